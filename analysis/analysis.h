@@ -1,0 +1,126 @@
+// Everything that is computed from one sounding under one set of options, in one value: displays
+// and reports read it and compute nothing themselves.
+#pragma once
+
+#include <array>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "analysis/level_profile.h"
+#include "config/options.h"
+#include "core/interaction.h"
+#include "core/markers.h"
+#include "core/sounding_record.h"
+
+namespace vexa::analysis {
+
+enum class LiftType { Surface, MeanLayer, MostUnstable };
+inline constexpr int kLiftTypes = 3;
+
+/// "Surface Base", "Mean Layer", "MostUnstable".
+std::string_view Text(LiftType type);
+
+/// Forced lift from the source level, or free convection after heating the surface.
+enum class LiftMode { Lfc, Ccl };
+
+/// A level that an analysis found: pressure, height and temperature; kNone where it found none.
+struct LevelPoint {
+  double Press = kNone;    // hPa
+  double Height = kNone;   // m above mean sea level
+  double Temp = kMissing;  // °C
+  bool Exists() const { return Press != kNone; }
+};
+
+/// Where a parcel starts. Without a source level Press is kNone.
+struct ParcelStart {
+  double Press = kNone;     // hPa
+  double Temp = kMissing;   // °C
+  double Dewpt = kMissing;  // °C
+  bool Exists() const { return Press != kNone; }
+};
+
+/// One parcel's ascent: its levels, its energies and the path that the diagram draws and shades,
+/// so that the area and the number always agree.
+struct ParcelAscent {
+  ParcelStart Start{};
+  LevelPoint Condensation{};   // LCL, or CCL in the free-convection mode
+  LevelPoint FreeLevel{};      // LFC, or CCL
+  LevelPoint Equilibrium{};    // EL
+  LevelPoint MaximumParcel{};  // MPL
+
+  double CapeTotal = 0;          // J/kg, positive increments above the free level
+  double CapePlusOnly = 0;       // J/kg, all positive increments of the path
+  double CinTotal = 0;           // J/kg, <= 0
+  double CapeDepth = 0;          // J/kg, "CAPE 0-x km"
+  double CapeHail = 0;           // J/kg, between the hail marks
+  double HailBasePress = kNone;  // hPa where the parcel passes -10 °C
+  double HailTopPress = kNone;   // hPa where it passes -30 °C
+
+  // The path: step i stands at FirstPress - i·Step hPa, from the start to the highest level of
+  // the sounding; temperatures are virtual when the temperature base is.
+  int FirstPress = 0;
+  int Step = 1;
+  std::vector<double> ParcelTemps{};  // °C
+  std::vector<double> EnvTemps{};     // °C, kMissing where the sounding has no value
+  std::vector<float> Increments{};    // J/kg, up to the equilibrium level; first is 0
+};
+
+/// One lift type under both modes.
+struct LiftAnalysis {
+  ParcelAscent Forced{};      // "LFC" set
+  ParcelAscent Convective{};  // "CCL" set
+};
+
+enum class InversionKind { Radiation, Frontal, Subsidence, Tropopause, Unknown };
+
+/// "Radiation Inv.", "Frontal Inv.", "Subsidence Inv.", "Trop Inv.", "Unknown Inv.".
+std::string_view Text(InversionKind kind);
+
+struct Inversion {
+  InversionKind Kind = InversionKind::Unknown;
+  LevelPoint Base{};
+  LevelPoint Top{};
+};
+
+/// The surface in altimetry's terms.
+struct SurfaceState {
+  bool Exists = false;
+  double Press = kNone;             // hPa
+  double Qnh = kNone;               // hPa
+  double PressureAltitude = kNone;  // m
+  double DensityAltitude = kNone;   // m
+  double IsaDeviation = kMissing;   // °C, surface temperature minus the standard one
+  bool Estimated = false;           // elevation unknown or surface dew point missing
+};
+
+struct AnalysisResults {
+  LevelProfile Levels{};
+  SurfaceState Surface{};
+
+  std::array<LiftAnalysis, kLiftTypes> Lifts{};  // by LiftType
+  LiftType ChosenLift = LiftType::MostUnstable;  // by the LPL option
+  LiftMode Mode = LiftMode::Lfc;                 // by the CAPE base level option
+  double CapeDepthTopPress = kNotReached;        // hPa of x km above ground
+
+  LevelPoint ConvectiveCondensation{};     // CCL
+  double ConvectiveTemp = kMissing;        // °C
+  double MeanLayerMixingRatio = kMissing;  // kg/kg
+
+  std::vector<Inversion> Inversions{};
+  std::vector<LevelPoint> FreezingLevels{};
+  std::vector<LevelPoint> Tropopauses{};
+
+  const ParcelAscent& Ascent(LiftType type) const {
+    const LiftAnalysis& lift = Lifts[static_cast<std::size_t>(type)];
+    return Mode == LiftMode::Ccl ? lift.Convective : lift.Forced;
+  }
+  const ParcelAscent& Chosen() const { return Ascent(ChosenLift); }
+};
+
+/// Analyses a sounding that has been put in order. Soundings with fewer than two temperature
+/// levels give what they can: markers, never NaN.
+AnalysisResults Analyse(const SoundingRecord& sounding, const Options& options,
+                        Progress progress = {});
+
+}  // namespace vexa::analysis

@@ -1,0 +1,85 @@
+// Values of the sounding between its levels: the four named routines with their markers and
+// roundings, and the typed outcome that the program computes with inside.
+#pragma once
+
+#include <vector>
+
+#include "analysis/level_profile.h"
+#include "core/sounding_record.h"
+
+namespace vexa::analysis {
+
+enum class Found { Value, Missing, Outside };
+
+/// A value, or why there is none.
+struct Sample {
+  double Value = 0;
+  Found State = Found::Outside;
+  bool Ok() const { return State == Found::Value; }
+};
+
+/// Quantity codes of GetTEMP.
+enum class Quantity {
+  Temp = 1,         // °C
+  Dewpt = 2,        // °C
+  WetBulb = 3,      // °C
+  ThetaE = 4,       // K
+  Theta = 5,        // K
+  VirtualTemp = 6,  // °C
+  MixingRatio = 7,  // kg/kg inside, g/kg from GetTEMP
+  RelHumidity = 8,  // %
+  Height = 9,       // m
+  ParcelTemp = 10   // °C, by whole hPa on the lifted parcel's path
+};
+
+/// A quantity at a pressure, linear in ln p between the bracketing levels, not rounded.
+Sample SampleAt(const LevelProfile& levels, double press, Quantity quantity);
+
+/// The same for the caller outside: rounded, 999.9 where SampleAt has no value.
+///
+/// press       hPa
+/// parcelTemps parcel temperatures at whole hPa, first at the pressure parcelStart, falling by
+///             1 hPa; only quantity 10 reads them
+/// returns     °C, K, g/kg, % or m by quantity; 999.9 (kMissing) without a value
+double GetTEMP(const LevelProfile& levels, double press, Quantity quantity);
+double GetTEMP(const std::vector<double>& parcelTemps, int parcelStart, double press);
+
+/// Pressure at a height, linear in ln p between the two levels that bracket it. Below the surface
+/// the lowest layer is continued by at most 500 m; fewer than two levels use the standard
+/// atmosphere.
+///
+/// height   m above mean sea level
+/// returns  hPa; kNotReached (99999) above the highest level
+double GetPRESS(const LevelProfile& levels, double height);
+
+/// Height at a pressure in feet, one decimal; kNone (-999) outside the sounding.
+double GetHeight(const LevelProfile& levels, double press);
+
+struct Wind {
+  double Dir = 0;  // degrees the wind blows from
+  double Spd = 0;  // knots
+};
+
+struct WindSample {
+  Wind Value{};
+  Found State = Found::Outside;
+  bool Ok() const { return State == Found::Value; }
+};
+
+/// Wind at a height in m above sea level: components linear in height between the bracketing wind
+/// levels; the lowest wind serves up to 100 m below itself. Not rounded.
+WindSample WindAtHeight(const SoundingRecord& sounding, double height);
+
+/// Wind at a pressure, direction in whole degrees and speed in tenths of a knot; both 999.9
+/// outside the wind levels.
+Wind GetWIND(const SoundingRecord& sounding, const LevelProfile& levels, double press);
+
+/// u = s·sin(d/57.29578), v = s·cos(d/57.29578), d the direction the wind blows from.
+struct WindVector {
+  double U = 0;
+  double V = 0;
+};
+WindVector Components(const Wind& wind);
+Wind FromComponents(const WindVector& vector);  // direction in (0, 360]; calm is 360/0
+
+}  // namespace vexa::analysis

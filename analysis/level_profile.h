@@ -1,0 +1,30 @@
+// The derived level arrays: what follows from pressure, temperature and dew point at each level,
+// computed once per sounding and read by every analysis and display.
+#pragma once
+
+#include "config/options.h"
+#include "core/levels.h"
+#include "core/sounding_record.h"
+
+namespace vexa::analysis {
+
+/// All arrays have the count of the temperature levels; a value that needs a missing dew point is
+/// kMissing (virtual temperature: the dry one).
+struct LevelProfile {
+  Levels<double> Press{};        // hPa
+  Levels<double> Temp{};         // °C
+  Levels<double> Dewpt{};        // °C
+  Levels<double> Height{};       // m above mean sea level, hydrostatic from the station elevation
+  Levels<double> WetBulb{};      // °C
+  Levels<double> ThetaE{};       // K
+  Levels<double> Theta{};        // K
+  Levels<double> VirtualTemp{};  // °C
+  Levels<double> MixingRatio{};  // kg/kg
+  Levels<double> RelHumidity{};  // %
+
+  int Count() const { return Press.Count(); }
+};
+
+LevelProfile DeriveLevels(const SoundingRecord& sounding, const Options& options);
+
+}  // namespace vexa::analysis

@@ -1,0 +1,32 @@
+// Where the program's files live: the program root with the system files and, below it, the data
+// folders under their fixed names.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "core/fault.h"
+
+namespace vexa {
+
+struct Folders {
+  std::filesystem::path Root{};          // system files, VEXA.STN, VEXA.SET
+  std::filesystem::path Data{};          // "vexadata"
+  std::filesystem::path CrossSection{};  // "crosdata"
+  std::filesystem::path Export{};        // "ExportData"
+  std::filesystem::path Forecast{};      // "ForecastData"
+};
+
+/// Program root, the first of: the --root argument; the variable VEXA_ROOT; the program's own
+/// folder when a file vexa.portable stands in it; the user's data folder joined with "vexa".
+std::filesystem::path ResolveRoot(const std::optional<std::string>& rootArgument,
+                                  const std::filesystem::path& programFolder);
+
+/// The folders below a root; nothing is created.
+Folders FoldersBelow(const std::filesystem::path& root);
+
+/// Creates the root and the folders below it where they are missing. Fault 75 names the folder.
+[[nodiscard]] std::optional<Fault> CreateFolders(const Folders& folders);
+
+}  // namespace vexa

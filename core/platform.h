@@ -1,0 +1,27 @@
+// The few things that each system does its own way; the only file with system calls.
+#pragma once
+
+#include <cstdio>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <system_error>
+
+namespace vexa {
+
+/// Opens a file by a path that may hold any character; null on failure with errno set.
+std::FILE* OpenFile(const std::filesystem::path& path, const char* mode);
+
+/// Hands a stream's buffer to the system and the system's to the disk.
+std::error_code FlushToDisk(std::FILE* file);
+
+/// The user's data folder: XDG_DATA_HOME or ~/.local/share, LOCALAPPDATA on Windows.
+std::filesystem::path UserDataFolder();
+
+/// The folder of the running program.
+std::filesystem::path ProgramFolder();
+
+/// A variable of the environment in UTF-8; empty when unset or empty.
+std::optional<std::string> EnvironmentText(const char* name);
+
+}  // namespace vexa

@@ -1,0 +1,36 @@
+// A sounding file's text, cut into lines, with the name it came by. Decoders read this and never
+// touch the file system; bytes outside ASCII are kept as they are.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vexa {
+
+class SourceText {
+ public:
+  SourceText() = default;
+  /// Cuts at LF, CR LF and CR CR LF; the last line may lack its end. A byte-order mark is dropped.
+  SourceText(std::string name, std::string bytes);
+
+  const std::string& Name() const { return name_; }
+  const std::string& Bytes() const { return bytes_; }
+
+  int LineCount() const { return static_cast<int>(lines_.size()); }
+  /// Line without its end, 1-based as in messages. Throws std::out_of_range outside.
+  std::string_view Line(int number) const;
+
+ private:
+  struct Span {
+    std::size_t Begin = 0;
+    std::size_t Length = 0;
+  };
+
+  std::string name_{};
+  std::string bytes_{};
+  std::vector<Span> lines_{};
+};
+
+}  // namespace vexa

@@ -1,0 +1,75 @@
+// The diagram's geometry: from temperature and pressure to the page and back, for the skew-T, the
+// emagram and the tephigram. Pure arithmetic; it travels with the picture so that the cursor
+// readout inverts the very numbers that placed it.
+#pragma once
+
+#include "config/options.h"
+#include "picture/picture.h"
+
+namespace vexa::diagram {
+
+inline constexpr double kPageWidth = 12000;  // drawing units
+inline constexpr double kPageHeight = 9000;
+
+// The skew of the skew-T, fixed in drawing units whatever the temperature scale: isotherms move
+// kSkewPerDecade to the right for each tenfold fall of pressure and meet the emagram near 1050 hPa.
+inline constexpr double kSkewOrigin = 11885;
+inline constexpr double kSkewPerDecade = 3934;
+
+// The tephigram's turn by 43 degrees, written to seven places.
+inline constexpr double kTephigramCos = 0.7313537;
+inline constexpr double kTephigramSin = 0.6819984;
+inline constexpr double kTephigramShift = 200;  // drawn this far to the left
+inline constexpr double kTephigramRaise = 130;  // bottom line raised by this
+inline constexpr double kTephigramTop = 100;    // hPa
+
+struct DiagramCoordinates {
+  double Temp = 0;   // °C
+  double Press = 0;  // hPa
+};
+
+class DiagramMapping {
+ public:
+  DiagramMapping() = default;
+  /// plot     the frame of the diagram, whole drawing units
+  /// tempMin, tempMax  °C at the frame's lower left and lower right
+  /// topPress, bottomPress  hPa; the tephigram's top is always 100
+  DiagramMapping(DiagramType type, const Rect& plot, double tempMin, double tempMax,
+                 double topPress, int bottomPress = 1050);
+
+  DiagramType Type() const { return type_; }
+  const Rect& Frame() const { return plot_; }
+  double TopPress() const { return topPress_; }
+  double BottomPress() const { return bottomPress_; }
+  double TempMin() const { return tempMin_; }
+  double TempMax() const { return tempMax_; }
+  float Scale() const { return scale_; }  // drawing units per °C
+
+  /// Page position of a temperature in °C at a pressure in hPa.
+  Point ToPoint(double temp, double press) const;
+  /// Temperature and pressure at a page position.
+  DiagramCoordinates ToCoordinates(Point at) const;
+  /// Vertical place of a pressure by itself: axis labels, winds, height scales.
+  double YOf(double press) const;
+  /// The pressure at such a place.
+  double PressAt(double y) const;
+  /// A point of the tephigram's unturned frame turned about the plot's lower left corner.
+  Point Turn(Point unturned) const;
+
+ private:
+  Point Unturn(Point drawn) const;
+  double Fraction(double press) const;
+
+  DiagramType type_ = DiagramType::SkewT;
+  Rect plot_{};
+  double tempMin_ = -40;
+  double tempMax_ = 40;
+  double topPress_ = 100;
+  int bottomPress_ = 1050;
+  float scale_ = 90;
+  // Tephigram: height of the unturned frame per unit of ln θ and the ln θ of its base line.
+  double perLogTheta_ = 0;
+  double baseLogTheta_ = 0;
+};
+
+}  // namespace vexa::diagram

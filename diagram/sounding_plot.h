@@ -1,0 +1,60 @@
+// The plot pipeline: one routine draws the whole thermodynamic diagram from the sounding, its
+// analysis and the options, step by step with its status texts.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "analysis/analysis.h"
+#include "config/options.h"
+#include "core/interaction.h"
+#include "core/sounding_record.h"
+#include "diagram/mapping.h"
+#include "picture/picture.h"
+
+namespace vexa::diagram {
+
+enum class MultiMode { Single, Overlay, Compare, Loop };
+
+/// A further sounding drawn on the same grid.
+struct OverlaySounding {
+  const SoundingRecord* Sounding = nullptr;
+};
+
+/// A frontal zone, marked at its height.
+struct FrontMark {
+  bool Cold = false;
+  double Height = 0;  // m above mean sea level
+};
+
+/// A layer that another analysis wants marked, mountain waves for one.
+struct LayerMark {
+  std::string Text{};
+  double BaseHeight = 0;  // m above mean sea level
+  double TopHeight = 0;
+};
+
+struct PlotInput {
+  const SoundingRecord& Sounding;
+  const analysis::AnalysisResults& Results;
+  const Options& Set;
+  MultiMode Mode = MultiMode::Single;
+  std::vector<OverlaySounding> Others{};
+  std::vector<FrontMark> Fronts{};
+  std::vector<LayerMark> Layers{};
+  const Picture* Hodograph = nullptr;    // small hodograph, finished elsewhere
+  std::string Configuration{};           // caption of the active configuration
+  std::optional<double> LoopHoldTime{};  // s, while a loop runs
+};
+
+struct SoundingPlot {
+  Picture Page{};
+  DiagramMapping Mapping{};
+  std::string Warning{};  // what the user is to be told about this diagram type, or empty
+};
+
+/// Draws the sounding; empty when the user stopped the work.
+std::optional<SoundingPlot> PlotSounding(const PlotInput& input, Progress progress = {});
+
+}  // namespace vexa::diagram

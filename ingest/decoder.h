@@ -1,0 +1,48 @@
+// The table of decoders: one row per exchange format, each with the tag it leaves in the record,
+// a recogniser that looks at the text and the function that fills the record. A new format is one
+// file pair and one row here.
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string_view>
+
+#include "core/current_sounding.h"
+#include "core/fault.h"
+#include "core/sounding_record.h"
+#include "core/source_text.h"
+
+namespace vexa::ingest {
+
+/// What a decoder may ask for besides the text.
+struct LoadContext {
+  Interaction* Ask = nullptr;
+};
+
+struct Decoder {
+  std::string_view Tag;           // left in SoundingRecord::DataFormat
+  std::string_view Name;          // for messages and the file dialog
+  std::string_view FilePatterns;  // "*.html *.htm *.txt"
+  bool (*Recognises)(const SourceText& source);
+  /// Fills a record that ClearData has emptied and sets DataFormat last; on a fault the record
+  /// keeps what was read so far.
+  std::optional<Fault> (*Decode)(const SourceText& source, LoadContext& context,
+                                 SoundingRecord& into);
+};
+
+std::span<const Decoder> Decoders();
+
+/// The first decoder that recognises the text; null when none does.
+const Decoder* FindDecoder(const SourceText& source);
+
+/// Recognises, decodes and orders one sounding: PressureDupe, SortData, PressureDupe. Fault 1209
+/// when no format is recognised, 2222 for fewer than two temperature levels; the detail names the
+/// file, the line where there is one, and the reason.
+std::optional<Fault> DecodeSounding(const SourceText& source, LoadContext& context,
+                                    SoundingRecord& into);
+
+/// Loads a file into the current sounding. The sounding that was current stays until the new one
+/// is whole; a native file keeps what was read before its fault, as its reader does.
+Status LoadSounding(CurrentSounding& current, const std::filesystem::path& path);
+
+}  // namespace vexa::ingest

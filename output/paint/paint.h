@@ -1,0 +1,29 @@
+// Puts a finished picture on a Qt surface: the window, an image, a PDF page, the printer. The only
+// painter besides the SVG text; it takes no decision about what is shown.
+#pragma once
+
+#include <QString>
+#include <optional>
+#include <string>
+
+#include "core/fault.h"
+#include "picture/picture.h"
+
+class QPainter;
+class QImage;
+class QRectF;
+
+namespace vexa::paint {
+
+/// Paints the whole page scaled into the rectangle, keeping its proportions.
+void Paint(const Picture& picture, QPainter& painter, const QRectF& target);
+
+/// The picture as an image of the given size in pixels.
+QImage ToImage(const Picture& picture, int widthPx, int heightPx);
+
+/// The bytes of a picture file by its extension: png, jpg, jpeg, bmp, svg, pdf. Fault 52 for
+/// another extension, 61 when the image cannot be made.
+Outcome<std::string> EncodePicture(const Picture& picture, const std::string& extension,
+                                   int widthPx, int heightPx);
+
+}  // namespace vexa::paint

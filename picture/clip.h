@@ -1,0 +1,16 @@
+// Cutting lines and polygons at a rectangle, so that no painter needs to know what a plot area is.
+#pragma once
+
+#include <vector>
+
+#include "picture/picture.h"
+
+namespace vexa {
+
+/// The pieces of a polyline that lie inside the rectangle.
+std::vector<std::vector<Point>> ClipPolyline(const std::vector<Point>& points, const Rect& to);
+
+/// A polygon cut at the rectangle; empty when nothing of it lies inside.
+std::vector<Point> ClipPolygon(const std::vector<Point>& ring, const Rect& to);
+
+}  // namespace vexa

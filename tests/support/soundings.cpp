@@ -1,0 +1,107 @@
+#include "support/soundings.h"
+
+#include <cstdlib>
+#include <random>
+
+namespace vexa::test {
+namespace fs = std::filesystem;
+
+SoundingRecord Profile(std::initializer_list<TempRow> temps, std::initializer_list<WindRow> winds,
+                       int elevM) {
+  SoundingRecord record;
+  ClearData(record);
+  record.FileTag = "VEXA 5.7";
+  record.StationTitle = "test";
+  SetElevation(record, elevM);
+  for (const TempRow& row : temps) record.AddTemp(row.Press, row.Temp, row.Dewpt);
+  for (const WindRow& row : winds) record.AddWind(row.Height, row.Dir, row.Spd);
+  record.DataFormat = "RAW";
+  return record;
+}
+
+SoundingRecord ReferenceConvective() {
+  SoundingRecord record =
+      Profile({{970, 28.0, 18.8},   {950, 26.3, 18.0},   {925, 24.0, 17.4},   {900, 21.8, 16.8},
+               {870, 19.6, 15.2},   {850, 18.6, 12.6},   {830, 18.8, 8.0},    {800, 17.2, 4.0},
+               {750, 13.2, 0.4},    {700, 8.6, -3.2},    {650, 3.8, -7.0},    {600, -1.4, -11.2},
+               {550, -6.7, -17.0},  {500, -12.5, -24.1}, {450, -18.6, -30.3}, {400, -25.7, -37.0},
+               {350, -33.9, -45.0}, {300, -43.3, -54.0}, {250, -53.9, 999.9}, {225, -58.3, 999.9},
+               {200, -59.1, 999.9}, {175, -58.6, 999.9}, {150, -58.3, 999.9}, {125, -60.2, 999.9},
+               {100, -62.7, 999.9}, {70, -61.5, 999.9},  {50, -58.9, 999.9}},
+              {{357, 160, 12},
+               {600, 165, 20},
+               {1000, 175, 28},
+               {1500, 190, 33},
+               {2000, 205, 34},
+               {3000, 225, 36},
+               {4000, 235, 42},
+               {5500, 243, 50},
+               {7000, 247, 58},
+               {9000, 250, 72},
+               {10500, 252, 84},
+               {12000, 255, 90},
+               {14000, 258, 62},
+               {16500, 260, 38},
+               {20600, 270, 15}},
+              357);
+  SetDecimalPosition(record, 35.2, -97.4);
+  record.StationTitle = "Reference A, convective";
+  return record;
+}
+
+SoundingRecord ReferenceWinter() {
+  SoundingRecord record =
+      Profile({{1005, -2.0, -3.0},  {985, -1.4, -2.6},   {960, -2.9, -3.9},   {925, -5.2, -6.2},
+               {900, -6.9, -7.9},   {880, -3.4, -8.4},   {850, -3.8, -6.9},   {800, -6.3, -7.9},
+               {750, -9.4, -10.9},  {700, -12.9, -14.9}, {650, -17.0, -20.0}, {600, -21.6, -27.6},
+               {550, -26.6, -34.6}, {500, -32.1, -40.1}, {450, -38.0, -47.0}, {400, -44.6, -54.6},
+               {350, -51.3, -61.3}, {300, -55.6, -67.6}, {275, -56.4, 999.9}, {250, -55.6, 999.9},
+               {200, -54.8, 999.9}, {150, -55.2, 999.9}, {100, -57.0, 999.9}},
+              {{120, 250, 6},
+               {300, 255, 10},
+               {600, 260, 15},
+               {900, 265, 20},
+               {1200, 275, 26},
+               {1600, 285, 30},
+               {2200, 290, 34},
+               {3000, 292, 40},
+               {4000, 294, 48},
+               {5000, 295, 56},
+               {6500, 296, 70},
+               {8000, 297, 88},
+               {9200, 298, 96},
+               {10400, 298, 86},
+               {12000, 296, 60},
+               {16000, 290, 30}},
+              120);
+  SetDecimalPosition(record, 45.0, 8.0);
+  record.StationTitle = "Reference B, winter";
+  return record;
+}
+
+fs::path TestData(const std::string& name) {
+  return fs::path(VEXA_SOURCE_DIR) / "tests" / "data" / name;
+}
+
+std::optional<fs::path> RealData(const std::string& name) {
+  const char* folder = std::getenv("VEXA_REAL_DATA");
+  const fs::path root = folder != nullptr
+                            ? fs::path(folder)
+                            : fs::path(VEXA_SOURCE_DIR).parent_path() / "shared" / "data";
+  std::error_code ignored;
+  if (!fs::exists(root / name, ignored)) return std::nullopt;
+  return root / name;
+}
+
+TemporaryFolder::TemporaryFolder() {
+  std::random_device seed;
+  path_ = fs::temp_directory_path() / ("vexa test " + std::to_string(seed()));
+  fs::create_directories(path_);
+}
+
+TemporaryFolder::~TemporaryFolder() {
+  std::error_code ignored;
+  fs::remove_all(path_, ignored);
+}
+
+}  // namespace vexa::test
