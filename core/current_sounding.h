@@ -7,8 +7,10 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "core/fault.h"
+#include "core/files.h"
 #include "core/interaction.h"
 #include "core/sounding_record.h"
 
@@ -22,11 +24,14 @@ struct CurrentSounding {
   std::string Procedure{};              // the routine at work, for the error reporter
   std::string StatusText{};             // last message or status word
   std::optional<Fault> LastFault{};
-  bool AutoLoading = false;    // a sounding is being loaded without the user's doing
-  bool DatasetMode = false;    // loading one of several soundings of a dataset
-  Interaction* Ask = nullptr;  // never null once the program runs
+  bool AutoLoading = false;        // a sounding is being loaded without the user's doing
+  bool DatasetMode = false;        // loading one of several soundings of a dataset
+  bool TolerateOrderOnce = false;  // the next check overlooks a fault of order, once
+  int QcFault = 0;  // what the last check found, QcText's number; the indicator is red unless 0
+  std::vector<std::string> LoadNotes{};  // what the last load left out or had to work out
+  Interaction* Ask = nullptr;            // never null once the program runs
 
-  std::filesystem::path FilePath() const { return DataFolder / std::filesystem::path(FileName); }
+  std::filesystem::path FilePath() const { return DataFolder / PathFromText(FileName); }
 };
 
 /// Records a routine's name as the current procedure while it runs.

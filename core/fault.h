@@ -18,6 +18,7 @@ struct Fault {
   int Number = 0;
   std::string Procedure{};  // the routine in which it arose
   std::string Detail{};     // file name, line and reason: whatever varies
+  std::string File{};       // name of the file concerned; empty: the file in work
   bool operator==(const Fault&) const = default;
 };
 

@@ -33,8 +33,8 @@ std::string TextFromPath(const std::filesystem::path& path);
 /// Folder and name joined, with the separator that the folder may lack.
 std::filesystem::path JoinFolder(std::string_view folder, std::string_view name);
 
-/// A file's bytes. Faults: 53 not found, 75 not readable or a folder, 62 when it shrinks while
-/// read.
+/// A file's bytes. Faults: 53 not found, 75 not readable or no ordinary file, 62 when it shrinks
+/// while read, 1209 when it is larger than any sounding.
 Outcome<std::string> ReadFile(const std::filesystem::path& path);
 
 /// A file in the making. Nothing stands under its own name before Commit has succeeded; without
@@ -51,12 +51,14 @@ class AtomicFile {
 
  private:
   std::optional<Fault> Open();
+  std::optional<Fault> Failed(int number, std::string_view reason);
   void Discard();
 
   std::filesystem::path path_;
   std::filesystem::path temporary_{};
   FileOps& ops_;
   std::FILE* file_ = nullptr;
+  std::optional<Fault> failed_{};  // the first fault: nothing is committed after it
 };
 
 /// Writes a whole file atomically.

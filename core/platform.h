@@ -15,6 +15,10 @@ std::FILE* OpenFile(const std::filesystem::path& path, const char* mode);
 /// Hands a stream's buffer to the system and the system's to the disk.
 std::error_code FlushToDisk(std::FILE* file);
 
+/// Hands a folder's entries to the disk, so that a rename in it outlives a power cut; no more than
+/// an attempt.
+void SyncFolder(const std::filesystem::path& folder);
+
 /// The user's data folder: XDG_DATA_HOME or ~/.local/share, LOCALAPPDATA on Windows.
 std::filesystem::path UserDataFolder();
 

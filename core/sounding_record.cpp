@@ -23,6 +23,17 @@ void ClearData(SoundingRecord& record) {
   record = SoundingRecord{};
 }
 
+std::string CutTitle(std::string_view text, int most) {
+  // Bytes of the form 10xxxxxx continue a character. In a text of single-byte characters above
+  // ASCII a few characters more may stay, never fewer.
+  const auto continues = [](char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; };
+  int characters = 0;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (!continues(text[i]) && ++characters > most) return std::string(text.substr(0, i));
+  }
+  return std::string(text);
+}
+
 void SetElevation(SoundingRecord& record, int elevM) {
   record.ElevM = elevM;
   record.ElevFt = FeetFromMeters(elevM);

@@ -100,6 +100,9 @@ inline constexpr int kMaxTitle = 54;
 /// begins with it.
 void ClearData(SoundingRecord& record);
 
+/// A caption cut to the characters that a title may have; a character of several bytes stays whole.
+std::string CutTitle(std::string_view text, int most = kMaxTitle);
+
 /// Sets ElevM and with it ElevFt; clears ElevUnknown.
 void SetElevation(SoundingRecord& record, int elevM);
 

@@ -33,4 +33,7 @@ class SourceText {
   std::vector<Span> lines_{};
 };
 
+/// "NAME, line 7: reason", the detail of a fault in a file's text.
+std::string AtLine(std::string_view name, int line, std::string_view reason);
+
 }  // namespace vexa

@@ -1,0 +1,145 @@
+#include "core/record_text.h"
+
+#include <algorithm>
+
+#include "core/numbers.h"
+#include "core/source_text.h"
+
+namespace vexa {
+namespace {
+
+constexpr char kEndOfText = '\x1A';  // closes files of the time before Windows
+
+std::string Quoted(std::string_view text) {
+  constexpr std::size_t kLongest = 40;
+  return '"' + std::string(text.substr(0, kLongest)) + (text.size() > kLongest ? "...\"" : "\"");
+}
+
+}  // namespace
+
+RecordReader::RecordReader(std::string_view text, std::string_view name)
+    : text_(text.substr(0, text.find(kEndOfText))), name_(name) {
+  constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+  if (text_.starts_with(kByteOrderMark)) text_.remove_prefix(kByteOrderMark.size());
+}
+
+Fault RecordReader::DamagedAt(int line, std::string_view reason) const {
+  return Fault{kFaultEndOfFile, "RecordReader", AtLine(name_, line, reason), std::string(name_)};
+}
+
+void RecordReader::SkipBlanks() {
+  while (at_ < text_.size() && (text_[at_] == ' ' || text_[at_] == '\t')) ++at_;
+}
+
+// One line end: LF, or any number of CR with the LF behind them.
+bool RecordReader::SkipLineEnd() {
+  const std::size_t begin = at_;
+  while (at_ < text_.size() && text_[at_] == '\r') ++at_;
+  if (at_ < text_.size() && text_[at_] == '\n') ++at_;
+  if (at_ == begin) return false;
+  ++line_;
+  return true;
+}
+
+Outcome<RecordField> RecordReader::Next(std::string_view what) {
+  do SkipBlanks();
+  while (SkipLineEnd());
+  if (at_ >= text_.size()) {
+    return DamagedAt(line_, "the data end where " + std::string(what) + " should stand");
+  }
+
+  RecordField field{.Line = line_};
+  if (text_[at_] == '"') {
+    const std::size_t close = text_.find_first_of("\"\r\n", at_ + 1);
+    if (close == std::string_view::npos || text_[close] != '"') {
+      return DamagedAt(line_, "a text lacks its closing quote");
+    }
+    field.Text = text_.substr(at_ + 1, close - at_ - 1);
+    field.Quoted = true;
+    at_ = close + 1;
+    SkipBlanks();
+    if (at_ < text_.size() && text_.find_first_of(",\r\n", at_) != at_) {
+      return DamagedAt(line_, "a comma is missing behind " + Quoted(field.Text));
+    }
+  } else {
+    const std::size_t end = std::min(text_.find_first_of(",\r\n", at_), text_.size());
+    field.Text = Trim(text_.substr(at_, end - at_));
+    at_ = end;
+  }
+  if (at_ < text_.size() && text_[at_] == ',') {
+    ++at_;
+  } else {
+    SkipLineEnd();
+  }
+  return field;
+}
+
+Outcome<std::string> RecordReader::Text(std::string_view what) {
+  Outcome<RecordField> field = Next(what);
+  if (!field) return field.Error();
+  return std::string(field.Value().Text);
+}
+
+Outcome<double> RecordReader::Number(std::string_view what) {
+  Outcome<RecordField> field = Next(what);
+  if (!field) return field.Error();
+  const std::optional<double> number =
+      field.Value().Quoted ? std::nullopt : ParseNumber(field.Value().Text);
+  if (!number) {
+    return DamagedAt(field.Value().Line,
+                     std::string(what) + " should be a number, not " + Quoted(field.Value().Text));
+  }
+  return *number;
+}
+
+Outcome<int> RecordReader::Count(std::string_view what) {
+  Outcome<RecordField> field = Next(what);
+  if (!field) return field.Error();
+  const std::optional<int> count =
+      field.Value().Quoted ? std::nullopt : ParseWhole(field.Value().Text);
+  if (!count || *count < 0) {
+    return DamagedAt(field.Value().Line,
+                     std::string(what) + " should be a count, not " + Quoted(field.Value().Text));
+  }
+  return *count;
+}
+
+void RecordWriter::Separate() {
+  if (!atStart_) text_ += ',';
+  atStart_ = false;
+}
+
+RecordWriter& RecordWriter::Text(std::string_view text) {
+  Separate();
+  text_ += '"';
+  for (const char c : text) {
+    text_ += c == '"' ? '\'' : (c == '\r' || c == '\n' || c == kEndOfText) ? ' ' : c;
+  }
+  text_ += '"';
+  return *this;
+}
+
+RecordWriter& RecordWriter::Number(double value) {
+  Separate();
+  text_ += Shortest(value);
+  return *this;
+}
+
+RecordWriter& RecordWriter::Number(float value) {
+  Separate();
+  text_ += Shortest(value);
+  return *this;
+}
+
+RecordWriter& RecordWriter::Number(int value) {
+  Separate();
+  text_ += Shortest(value);
+  return *this;
+}
+
+void RecordWriter::EndRecord() {
+  text_ += "\r\n";
+  atStart_ = true;
+}
+
+}  // namespace vexa

@@ -1,0 +1,36 @@
+#include "core/source_text.h"
+
+#include <stdexcept>
+#include <utility>
+
+namespace vexa {
+
+SourceText::SourceText(std::string name, std::string bytes)
+    : name_(std::move(name)), bytes_(std::move(bytes)) {
+  constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+  if (bytes_.starts_with(kByteOrderMark)) bytes_.erase(0, kByteOrderMark.size());
+  for (std::size_t begin = 0; begin < bytes_.size();) {
+    const std::size_t feed = bytes_.find('\n', begin);
+    const std::size_t next = feed == std::string::npos ? bytes_.size() : feed + 1;
+    std::size_t end = feed == std::string::npos ? bytes_.size() : feed;
+    while (end > begin && bytes_[end - 1] == '\r') --end;
+    lines_.push_back({begin, end - begin});
+    begin = next;
+  }
+}
+
+std::string_view SourceText::Line(int number) const {
+  if (number < 1 || number > LineCount()) throw std::out_of_range("line number");
+  const Span& span = lines_[static_cast<std::size_t>(number) - 1];
+  return std::string_view(bytes_).substr(span.Begin, span.Length);
+}
+
+std::string AtLine(std::string_view name, int line, std::string_view reason) {
+  std::string text(name);
+  if (!text.empty()) text += ", ";
+  text += "line " + std::to_string(line) + ": ";
+  text += reason;
+  return text;
+}
+
+}  // namespace vexa
