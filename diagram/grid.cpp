@@ -1,0 +1,355 @@
+#include "diagram/grid.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "analysis/interpolate.h"
+#include "analysis/moist_air.h"
+#include "analysis/standard_atmosphere.h"
+#include "core/markers.h"
+#include "core/numbers.h"
+#include "core/units.h"
+
+namespace vexa::diagram {
+namespace {
+
+constexpr std::array kMandatory = {1000, 925, 850, 700, 500, 400, 300, 250,
+                                   200,  150, 100, 70,  50,  30,  20,  10};
+
+// g/kg. The tephigram's tradition has more lines than fit the narrower moist corner of the others.
+constexpr double kMixingRatios[] = {0.1, 0.2, 0.4, 0.7, 1,  1.5, 2,  3,  4,
+                                    6,   8,   10,  13,  16, 20,  25, 30, 36};
+constexpr double kTephigramMixingRatios[] = {0.2, 0.4, 0.6, 0.8, 1,  1.5, 2,  2.5, 3,  4,  5,  6, 7,
+                                             8,   9,   10,  12,  15, 16,  20, 25,  28, 30, 35, 36};
+
+constexpr double kSatFirst = -32;  // °C, wet-bulb potential temperatures
+constexpr double kSatLast = 40;
+constexpr double kSatStep = 4;
+constexpr double kAxisRow = 120;  // below the frame
+constexpr double kSecondAxisRow = 290;
+constexpr double kMixingTop = 400;  // hPa: the lines end here, moisture above is not read off them
+
+// Pressures at which curves are evaluated, bottom to top.
+std::vector<double> CurvePressures(double bottom, double top, double step) {
+  std::vector<double> pressures;
+  for (double press = bottom; press > top; press -= press > 150 ? step : step / 4) {
+    pressures.push_back(press);
+  }
+  pressures.push_back(top);
+  return pressures;
+}
+
+double FromGridUnits(double value, TempUnits units) {
+  switch (units) {
+    case TempUnits::Celsius:
+      return value;
+    case TempUnits::Fahrenheit:
+      return (value - 32) / 1.8;
+    case TempUnits::Kelvin:
+      return value - kKelvinOffset;
+  }
+  return value;
+}
+
+double ToGridUnits(double temp, TempUnits units) {
+  switch (units) {
+    case TempUnits::Celsius:
+      return temp;
+    case TempUnits::Fahrenheit:
+      return FahrenheitFromCelsius(temp);
+    case TempUnits::Kelvin:
+      return temp + kKelvinOffset;
+  }
+  return temp;
+}
+
+// The other scale of the two that forecasters read: Fahrenheit, unless it is the first.
+TempUnits SecondUnits(TempUnits first) {
+  return first == TempUnits::Fahrenheit ? TempUnits::Celsius : TempUnits::Fahrenheit;
+}
+
+std::string_view UnitText(TempUnits units) {
+  switch (units) {
+    case TempUnits::Celsius:
+      return "C";
+    case TempUnits::Fahrenheit:
+      return "F";
+    case TempUnits::Kelvin:
+      return "K";
+  }
+  return "C";
+}
+
+// The coldest and warmest temperature that the frame shows anywhere.
+std::pair<double, double> ShownTemps(const DiagramMapping& at) {
+  const Rect& frame = at.Frame();
+  const double corners[] = {at.ToCoordinates({frame.Left, frame.Top}).Temp,
+                            at.ToCoordinates({frame.Left, frame.Bottom}).Temp,
+                            at.ToCoordinates({frame.Right, frame.Top}).Temp,
+                            at.ToCoordinates({frame.Right, frame.Bottom}).Temp};
+  return {*std::ranges::min_element(corners), *std::ranges::max_element(corners)};
+}
+
+// An isotherm's two ends far outside the frame's upper and lower edge.
+std::vector<Point> IsothermLine(const DiagramMapping& at, double temp) {
+  return {at.ToPoint(temp, at.BottomPress() * 1.3), at.ToPoint(temp, at.TopPress() / 1.3)};
+}
+
+// Where a line crosses a height of the page; empty when it does not.
+std::optional<double> CrossingX(const std::vector<Point>& line, double y) {
+  for (std::size_t i = 1; i < line.size(); ++i) {
+    const Point& a = line[i - 1];
+    const Point& b = line[i];
+    if ((a.Y - y) * (b.Y - y) <= 0 && a.Y != b.Y) {
+      return a.X + (y - a.Y) / (b.Y - a.Y) * (b.X - a.X);
+    }
+  }
+  return std::nullopt;
+}
+
+void LabelIsotherm(Plot& plot, double temp, TempUnits units, double y, bool top) {
+  const Rect& frame = plot.At.Frame();
+  const std::optional<double> x =
+      CrossingX(IsothermLine(plot.At, temp), top ? frame.Top : frame.Bottom);
+  if (!x || *x < frame.Left - 1 || *x > frame.Right + 1) return;
+  DrawText(plot.Page, "temperature label", {*x, y}, Mask(ToGridUnits(temp, units), "###0"),
+           plot.Inks.Ink, top ? kSmallText : kAxisText, AnchorX::Center);
+}
+
+// One family's reference line: drawn and labelled only where its option says so.
+void DrawReference(Plot& plot, std::string_view tag, const ReferenceLine& line,
+                   const std::vector<Point>& points, Pen pen, const std::string& label) {
+  if (line.Plot) {
+    pen.Width *= 2.5;
+    DrawInFrame(plot, tag, points, pen);
+  }
+  if (!line.ShowLabel) return;
+  const Rect& frame = plot.At.Frame();
+  for (double y = frame.Top + 0.45 * frame.Height(); y < frame.Bottom; y += 200) {
+    const std::optional<double> x = CrossingX(points, y);
+    if (!x || *x < frame.Left + 200 || *x > frame.Right - 200) continue;
+    DrawTextOver(plot, tag, {*x, y}, label, pen.Ink, kMarkText, AnchorX::Center);
+    return;
+  }
+}
+
+std::vector<Point> DryAdiabat(const DiagramMapping& at, double theta) {
+  std::vector<Point> points;
+  for (const double press : CurvePressures(at.BottomPress(), at.TopPress(), 25)) {
+    points.push_back(at.ToPoint(analysis::DryAdiabatTemp(theta, press), press));
+  }
+  return points;
+}
+
+std::vector<Point> SaturationAdiabat(const DiagramMapping& at, double wetTheta,
+                                     SaturationOver over) {
+  const double thetaE = analysis::ThetaPoint(analysis::kReferencePress, wetTheta, over).ThetaE;
+  std::vector<Point> points;
+  for (const double press : CurvePressures(at.BottomPress(), std::max(at.TopPress(), 150.0), 30)) {
+    const analysis::LiftSatResult lifted = analysis::LiftSat(thetaE, press, over);
+    if (lifted.Failed) break;
+    points.push_back(at.ToPoint(lifted.Temp, press));
+  }
+  return points;
+}
+
+std::vector<Point> MixingRatioLine(const DiagramMapping& at, double gramsPerKg,
+                                   SaturationOver over) {
+  std::vector<Point> points;
+  for (const double press :
+       CurvePressures(at.BottomPress(), std::max(at.TopPress(), kMixingTop), 50)) {
+    points.push_back(
+        at.ToPoint(analysis::DewpointFromMixingRatio(press, gramsPerKg / 1000, over), press));
+  }
+  return points;
+}
+
+void DrawPressureLine(Plot& plot, double press, bool labelled) {
+  const std::vector<Point> line = Isobar(plot.At, press);
+  const bool mandatory = IsMandatory(press);
+  DrawInFrame(plot, "pressure line", line,
+              mandatory ? plot.Inks.MandatoryIsobar : plot.Inks.Isobar);
+  if (!labelled) return;
+  const Rect& frame = plot.At.Frame();
+  const double y = std::clamp(plot.At.YOf(press), frame.Top, frame.Bottom);
+  DrawText(plot.Page, "pressure label", {kPressLabelX, y}, Mask(press, "###0"), plot.Inks.Ink,
+           kAxisText, AnchorX::Right);
+}
+
+}  // namespace
+
+bool IsMandatory(double press) {
+  return std::ranges::find(kMandatory, press) != kMandatory.end();
+}
+
+void DrawIsotherms(Plot& plot) {
+  const Options& set = plot.Set();
+  const Rect& frame = plot.At.Frame();
+  const auto [coldest, warmest] = ShownTemps(plot.At);
+  const int step = std::max(set.TempGridInterval, 1);
+  const bool drawn = plot.At.Type() != DiagramType::Emagram || set.EmagramTempLines;
+
+  const auto each = [&](TempUnits units, auto&& use) {
+    const int first = static_cast<int>(std::ceil(ToGridUnits(coldest, units) / step)) * step;
+    for (int value = first; value <= ToGridUnits(warmest, units); value += step) {
+      use(FromGridUnits(value, units));
+    }
+  };
+  each(set.TempGridUnits, [&](double temp) {
+    const bool freezing = std::fabs(temp) < 0.01;
+    if (drawn) {
+      DrawInFrame(plot, "isotherm", IsothermLine(plot.At, temp),
+                  freezing ? plot.Inks.ZeroIsotherm : plot.Inks.Isotherm);
+    }
+    LabelIsotherm(plot, temp, set.TempGridUnits, frame.Bottom + kAxisRow, false);
+    if (plot.At.Type() != DiagramType::Emagram) {
+      LabelIsotherm(plot, temp, set.TempGridUnits, frame.Top - 80, true);
+    }
+  });
+  if (set.TempDualScale) {
+    const TempUnits other = SecondUnits(set.TempGridUnits);
+    each(other, [&](double temp) {
+      LabelIsotherm(plot, temp, other, frame.Bottom + kSecondAxisRow, false);
+    });
+  }
+}
+
+void DrawTemperatureUnits(Plot& plot) {
+  const Options& set = plot.Set();
+  const Rect& frame = plot.At.Frame();
+  const auto write = [&](TempUnits units, double below) {
+    DrawText(plot.Page, "temperature unit", {frame.Right + 130, frame.Bottom + below},
+             std::string(UnitText(units)), plot.Inks.Ink);
+  };
+  write(set.TempGridUnits, kAxisRow);
+  if (set.TempDualScale) write(SecondUnits(set.TempGridUnits), kSecondAxisRow);
+}
+
+void DrawDryAdiabats(Plot& plot) {
+  const Options& set = plot.Set();
+  const Rect& frame = plot.At.Frame();
+  const bool tephigram = plot.At.Type() == DiagramType::Tephigram;
+  const auto theta = [&](Point corner) {
+    const DiagramCoordinates at = plot.At.ToCoordinates(corner);
+    return analysis::ThetaPoint(at.Press, at.Temp).Theta;
+  };
+  if (set.DryAdiabats || tephigram) {
+    const double coldest = theta({frame.Left, frame.Bottom});
+    const double warmest = theta({frame.Right, frame.Top});
+    double last = -1e9;
+    for (double value = std::floor(coldest / 10) * 10; value <= std::min(warmest, 1200.0);
+         value += 10) {
+      const std::vector<Point> line = DryAdiabat(plot.At, value);
+      // High up the lines crowd together; those that would touch the last one are left out.
+      if (!tephigram && value > 400 && line.back().X - last < 130) continue;
+      last = line.back().X;
+      DrawInFrame(plot, tephigram ? "isentrope" : "dry adiabat", line, plot.Inks.DryAdiabat);
+      const bool labelled = tephigram ? value >= 240 && value <= 330 : set.DryLabel;
+      if (!labelled) continue;
+      // Labelled where the line meets a height that traces seldom reach, else at the left edge.
+      const double y = frame.Top + (tephigram ? 0.78 : 0.3) * frame.Height();
+      std::optional<double> x = CrossingX(line, y);
+      Point where{x.value_or(0), y};
+      if (!x || *x < frame.Left + 150 || *x > frame.Right - 150) {
+        const auto inside = std::ranges::find_if(line, [&](Point p) {
+          return p.X > frame.Left + 150 && p.X < frame.Right - 150 && p.Y > frame.Top + 100 &&
+                 p.Y < frame.Bottom - 100;
+        });
+        if (inside == line.end()) continue;
+        where = *inside;
+      }
+      DrawTextOver(plot, tephigram ? "isentrope label" : "dry label", where,
+                   Mask(value, "##0") + (tephigram ? "\u00B0" : ""), plot.Inks.DryAdiabat.Ink,
+                   kSmallText, AnchorX::Center);
+    }
+  }
+  DrawReference(plot, "dry reference", set.DryRef, DryAdiabat(plot.At, set.DryRef.Value),
+                plot.Inks.DryAdiabat, Mask(set.DryRef.Value, "##0.#") + " K");
+}
+
+void DrawSaturationAdiabats(Plot& plot) {
+  const Options& set = plot.Set();
+  const Rect& frame = plot.At.Frame();
+  if (set.SatAdiabats) {
+    for (double value = kSatFirst; value <= kSatLast; value += kSatStep) {
+      const std::vector<Point> line = SaturationAdiabat(plot.At, value, set.Saturation);
+      DrawInFrame(plot, "saturation adiabat", line, plot.Inks.SatAdiabat);
+      if (!set.SatLabel) continue;
+      const double y = frame.Top + 0.4 * frame.Height();
+      const std::optional<double> x = CrossingX(line, y);
+      if (!x || *x < frame.Left + 150 || *x > frame.Right - 150) continue;
+      DrawTextOver(plot, "saturation label", {*x, y}, Mask(value, "##0"), plot.Inks.SatAdiabat.Ink,
+                   kSmallText, AnchorX::Center);
+    }
+  }
+  if (set.SatRef.Plot || set.SatRef.ShowLabel) {
+    DrawReference(plot, "saturation reference", set.SatRef,
+                  SaturationAdiabat(plot.At, set.SatRef.Value, set.Saturation),
+                  plot.Inks.SatAdiabat, Mask(set.SatRef.Value, "##0.#") + " C");
+  }
+}
+
+void DrawMixingRatioLines(Plot& plot) {
+  const Options& set = plot.Set();
+  const Rect& frame = plot.At.Frame();
+  const bool tephigram = plot.At.Type() == DiagramType::Tephigram;
+  if (set.MixingLines) {
+    const std::span<const double> values =
+        tephigram ? std::span<const double>(kTephigramMixingRatios) : kMixingRatios;
+    double lastX = -1e9;
+    bool raised = false;
+    for (const double value : values) {
+      const std::vector<Point> line = MixingRatioLine(plot.At, value, set.Saturation);
+      DrawInFrame(plot, "mixing ratio line", line, plot.Inks.MixingRatio);
+      if (!set.WetLabel) continue;
+      const Point end = line.back();
+      if (end.X < frame.Left + 80 || end.X > frame.Right - 80) continue;
+      raised = end.X - lastX < 190 && !raised;  // neighbours too close take turns in height
+      DrawTextOver(
+          plot, "mixing ratio label", {end.X, end.Y - (raised ? 170 : 70)},
+          value < 1 || value != std::floor(value) ? Mask(value, "0.0#") : Mask(value, "#0"),
+          plot.Inks.MixingRatio.Ink, kSmallText * 0.9, AnchorX::Center);
+      lastX = end.X;
+    }
+  }
+  if (set.MixRef.Plot || set.MixRef.ShowLabel) {
+    DrawReference(plot, "mixing ratio reference", set.MixRef,
+                  MixingRatioLine(plot.At, set.MixRef.Value, set.Saturation), plot.Inks.MixingRatio,
+                  Mask(set.MixRef.Value, "#0.#") + " g/kg");
+  }
+}
+
+void DrawPressureLines(Plot& plot) {
+  const Options& set = plot.Set();
+  const Rect& frame = plot.At.Frame();
+  const double top = plot.At.TopPress();
+  DrawText(plot.Page, "pressure unit", {kPressLabelX, frame.Top - 190},
+           set.Pressure == PressureUnits::Hpa ? "hPa" : "MB", plot.Inks.Ink, kAxisText,
+           AnchorX::Right);
+  const bool inPressure = set.YGridUnits == GridUnits::Mb;
+  const int step = inPressure ? std::max(set.YGridInterval, 10) : 100;
+  double lastY = 1e9;
+  for (int press = plot.At.BottomPress() == 1050 ? 1050 : static_cast<int>(plot.At.BottomPress());
+       press >= top;) {
+    // The first line is the bottom one; above it whole multiples of the interval.
+    const double y = plot.At.YOf(press);
+    const bool labelled = lastY - y > 0.9 * kAxisText;
+    DrawPressureLine(plot, press, labelled);
+    if (labelled) lastY = y;
+    const int interval = press > 100 ? step : 10;
+    press = (press - 1) / interval * interval;
+    if (press <= 0) break;
+  }
+  if (set.AllMandatoryLines) {
+    for (const int press : kMandatory) {
+      if (press >= top && press % step != 0) DrawPressureLine(plot, press, true);
+    }
+  }
+}
+
+}  // namespace vexa::diagram

@@ -1,0 +1,257 @@
+#include "diagram/heights.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "analysis/interpolate.h"
+#include "analysis/standard_atmosphere.h"
+#include "core/markers.h"
+#include "core/numbers.h"
+#include "core/units.h"
+#include "diagram/grid.h"
+#include "picture/clip.h"
+
+namespace vexa::diagram {
+namespace {
+
+std::string_view ModeText(const Plot& plot) {
+  return plot.Set().Heights == HeightMode::Agl ? "AGL" : "msl";
+}
+
+// Pressure of a height above sea level where the sounding has one; kNone outside it.
+double PressOf(const Plot& plot, double height) {
+  if (plot.Results().Levels.Count() < 2) return kNone;
+  const double press = analysis::GetPRESS(plot.Results().Levels, height);
+  return HasHeight(press) ? press : kNone;
+}
+
+std::string QnhText(const Plot& plot) {
+  const double qnh = plot.Results().Surface.Qnh;
+  if (plot.Set().Pressure == PressureUnits::InHg) {
+    return "QNH = " + Mask(qnh * kInHgPerHpa, "#0.00") + " in Hg";
+  }
+  return "QNH = " + Mask(qnh, "###0.0") +
+         (plot.Set().Pressure == PressureUnits::Hpa ? " hPa" : " mb");
+}
+
+std::string SurfaceText(const Plot& plot) {
+  const analysis::SurfaceState& surface = plot.Results().Surface;
+  const bool feet = plot.Units.Feet();
+  const auto height = [feet](double meters) {
+    return Mask(feet ? FeetFromMeters(meters) : meters, "#####0") + (feet ? " ft" : " m");
+  };
+  std::string text = "Stn Elev:";
+  text += plot.Sounding().ElevUnknown ? " --" : " " + height(plot.Sounding().ElevM);
+  if (HasHeight(surface.DensityAltitude)) {
+    text += "   DA: " + height(surface.DensityAltitude);
+    if (!NotAvailable(surface.IsaDeviation)) {
+      text += std::string(", ISA") + (surface.IsaDeviation < 0 ? "" : "+") +
+              Mask(surface.IsaDeviation, "##0.0");
+    }
+    if (surface.Estimated) text += " Est";
+  }
+  if (plot.Set().ShowQnh && !NotAvailable(surface.Qnh - 1000) && !plot.Sounding().ElevUnknown) {
+    text += "   " + QnhText(plot);
+  }
+  return text;
+}
+
+void DrawHorizontal(Plot& plot, std::string_view tag, double press, const Pen& pen) {
+  DrawInFrame(plot, tag, Isobar(plot.At, press), pen);
+}
+
+}  // namespace
+
+void DrawSurfaceLine(Plot& plot, bool lineOnly) {
+  const analysis::SurfaceState& surface = plot.Results().Surface;
+  if (!plot.Set().SurfaceLine || !surface.Exists || !plot.InRange(surface.Press)) return;
+  const Rect& frame = plot.At.Frame();
+  const std::vector<Point> line = Isobar(plot.At, surface.Press);
+  if (plot.Set().ShadeGround) {
+    std::vector<Point> ground = line;
+    ground.push_back({frame.Right + 2000, frame.Bottom + 2000});
+    ground.push_back({frame.Left - 2000, frame.Bottom + 2000});
+    plot.Page.Add("ground", Area{.Rings = {ClipPolygon(ground, frame)}, .Fill = plot.Inks.Ground});
+  }
+  DrawInFrame(plot, "surface line", line, plot.Inks.Surface);
+  if (lineOnly) return;
+  // In the ground where it is thick enough, else on top of the line.
+  const double y = plot.At.YOf(surface.Press);
+  const double room = frame.Bottom - y;
+  const double at = room > 1.3 * kMarkText ? y + std::min(room / 2, 110.0) : y - 90;
+  DrawTextOver(plot, "surface label", {frame.Left + 70, at}, SurfaceText(plot), plot.Inks.Ink);
+}
+
+void ICAOlabels(Plot& plot) {
+  const Options& set = plot.Set();
+  if (!set.IcaoLine) return;
+  const Rect& frame = plot.At.Frame();
+  std::vector<Point> curve;
+  for (double height = -300; height < 80000; height += 250) {
+    const double press = analysis::IsaPressure(height);
+    if (press < plot.At.TopPress() * 0.98) break;
+    curve.push_back(plot.At.ToPoint(analysis::IsaTemp(height), press));
+  }
+  DrawInFrame(plot, "standard atmosphere", curve, plot.Inks.StandardAtmosphere);
+
+  int every = 0;
+  switch (set.IcaoLabelling) {
+    case IcaoLabels::None:
+      return;
+    case IcaoLabels::One:
+      every = 1;
+      break;
+    case IcaoLabels::Every5:
+      every = 5;
+      break;
+    case IcaoLabels::Every10:
+      every = 10;
+      break;
+  }
+  const bool feet = set.RightScale != HeightScale::Kilometers;
+  for (int n = 0; n < 200; n += every) {
+    const double height = feet ? MetersFromFeet(n * 1000.0) : n * 1000.0;
+    const double press = analysis::IsaPressure(height);
+    if (!HasHeight(press) || press < plot.At.TopPress()) break;
+    const Point at = plot.At.ToPoint(analysis::IsaTemp(height), press);
+    if (!frame.Contains(at)) continue;
+    plot.Page.Add("standard atmosphere",
+                  Circle{.Center = at, .Radius = 22, .Fill = {plot.Inks.StandardAtmosphere.Ink}});
+    DrawTextOver(plot, "ISA label", {at.X + 70, at.Y},
+                 "ISA " + Mask(n, "##0") + (feet ? "" : " km"), plot.Inks.StandardAtmosphere.Ink,
+                 kSmallText);
+  }
+}
+
+void DrawHeightAxis(Plot& plot) {
+  const Options& set = plot.Set();
+  if (set.YGridUnits == GridUnits::Mb) return;
+  const Rect& frame = plot.At.Frame();
+  const bool feet = set.YGridUnits == GridUnits::Feet;
+  const double unit = feet ? MetersFromFeet(1000) : 1000;
+  const double base = set.Heights == HeightMode::Agl ? plot.Sounding().ElevM : 0;
+  DrawTextOver(plot, "height axis", {frame.Left + 40, frame.Top + 90},
+               std::string(feet ? "FT (x1000) " : "KM ") + std::string(ModeText(plot)),
+               plot.Inks.Faint, kSmallText);
+  for (int n = 0; n * unit < 80000; n += std::max(set.YGridInterval, 1)) {
+    const double press = PressOf(plot, n * unit + base);
+    if (press == kNone || !plot.InRange(press)) continue;
+    const std::vector<Point> line = Isobar(plot.At, press);
+    DrawInFrame(plot, "height line", line, plot.Inks.MandatoryIsobar);
+    const double y = plot.At.YOf(press);
+    if (y - frame.Top < 200) continue;
+    DrawTextOver(plot, "height axis", {frame.Left + 40, y}, Mask(n, "##0"), plot.Inks.Ink,
+                 kSmallText);
+  }
+}
+
+void DrawHeightScale(Plot& plot) {
+  const Options& set = plot.Set();
+  if (set.RightScale == HeightScale::None) return;
+  const Rect& frame = plot.At.Frame();
+  double unit = 1000;
+  int step = 1;
+  std::string_view head = "   KM";
+  if (set.RightScale == HeightScale::Feet) {
+    unit = MetersFromFeet(1000);
+    step = 2;
+    head = " FT(x1000)";
+  } else if (set.RightScale == HeightScale::Miles) {
+    unit = kMetersPerMile;
+    head = "MILE";
+  }
+  DrawText(plot.Page, "height scale head", {frame.Right + 20, frame.Top - 240}, std::string(head),
+           plot.Inks.Ink, kSmallText);
+  DrawText(plot.Page, "height scale head", {frame.Right + 60, frame.Top - 90},
+           std::string(ModeText(plot)), plot.Inks.Faint, kSmallText);
+  const double base = set.Heights == HeightMode::Agl ? plot.Sounding().ElevM : 0;
+  double lastLabel = 1e9;
+  for (int n = 0; n * unit < 90000; ++n) {
+    const double press = PressOf(plot, n * unit + base);
+    if (press == kNone) {
+      if (n * unit + base > plot.Sounding().ElevM) break;
+      continue;
+    }
+    if (press < plot.At.TopPress()) break;
+    if (press > plot.At.BottomPress()) continue;
+    const double y = plot.At.YOf(press);
+    if (y > frame.Bottom) continue;
+    const bool labelled = n % step == 0 && lastLabel - y > 1.1 * kSmallText;
+    DrawSegment(plot.Page, "height scale", {frame.Right, y},
+                {frame.Right + (labelled ? 80 : 45), y}, plot.Inks.HeightAxis);
+    if (!labelled) continue;
+    lastLabel = y;
+    DrawText(plot.Page, "height scale label", {frame.Right + 120, y}, Mask(n, "##0"), plot.Inks.Ink,
+             kSmallText);
+  }
+}
+
+void DrawFreezingAndTropopause(Plot& plot) {
+  const LengthUnits units = plot.Units.Height;
+  const auto mark = [&](std::string_view tag, const analysis::LevelPoint& level,
+                        std::string_view name, const Pen& pen) {
+    if (!level.Exists() || !plot.InRange(level.Press)) return;
+    DrawHorizontal(plot, tag, level.Press, pen);
+    plot.RightMarks.Add(
+        {plot.At.YOf(level.Press),
+         std::string(name) + " " + HeightText(ShownHeight(plot, level.Height), units),
+         std::string(tag), pen.Ink});
+  };
+  if (plot.Set().FreezeLine) {
+    for (const analysis::LevelPoint& level : plot.Results().FreezingLevels) {
+      mark("freezing level", level, "FRZG", plot.Inks.Freezing);
+    }
+  }
+  if (plot.Set().TropoLine) {
+    for (const analysis::LevelPoint& level : plot.Results().Tropopauses) {
+      mark("tropopause", level, "TROP", plot.Inks.Tropopause);
+    }
+  }
+}
+
+void DrawCustomLines(Plot& plot) {
+  int number = 0;
+  for (const CustomLine& line : plot.Set().CustomLines) {
+    ++number;
+    if (!line.Plot) continue;
+    const double press = PressOf(plot, line.Height);
+    if (press == kNone || !plot.InRange(press)) continue;
+    constexpr std::array kStyles = {LineStyle::Solid, LineStyle::Dash, LineStyle::Dots};
+    const Pen pen{IndexedColor(line.ColorIndex), 16, kStyles[static_cast<std::size_t>(line.Style)]};
+    DrawHorizontal(plot, "custom line", press, pen);
+    if (line.ShowLabel) {
+      plot.RightMarks.Add({plot.At.YOf(press),
+                           "#" + Shortest(number) + " " +
+                               HeightText(ShownHeight(plot, line.Height), plot.Units.Height),
+                           "custom line", pen.Ink});
+    }
+  }
+}
+
+void PrsHgtLabel(Plot& plot, bool stopShort) {
+  const Rect& frame = plot.At.Frame();
+  const bool feet = plot.Units.Feet();
+  DrawText(plot.Page, "pressure height head", {kHeightLabelX, frame.Top - 240}, "Hgt",
+           plot.Inks.Faint, kSmallText, AnchorX::Right);
+  DrawText(plot.Page, "pressure height head", {kHeightLabelX, frame.Top - 90},
+           std::string(ModeText(plot)), plot.Inks.Faint, kSmallText, AnchorX::Right);
+  double lastY = 1e9;
+  for (int press = 1000; press >= 10; press -= press > 100 ? 25 : 10) {
+    if (!IsMandatory(press) || press < plot.At.TopPress()) continue;
+    if (stopShort && press <= plot.At.TopPress()) break;
+    const analysis::Sample height =
+        analysis::SampleAt(plot.Results().Levels, press, analysis::Quantity::Height);
+    const double y = plot.At.YOf(press);
+    if (!height.Ok() || lastY - y < 1.1 * kSmallText) continue;
+    lastY = y;
+    const double shown = ShownHeight(plot, height.Value);
+    DrawText(plot.Page, "pressure height label", {kHeightLabelX, y},
+             Mask(feet ? FeetFromMeters(shown) : shown, "####0") + (feet ? " ft " : " m "),
+             plot.Inks.Faint, kSmallText, AnchorX::Right);
+  }
+}
+
+}  // namespace vexa::diagram

@@ -1,0 +1,81 @@
+#include "diagram/plot_state.h"
+
+#include <cmath>
+#include <utility>
+
+#include "core/numbers.h"
+#include "core/units.h"
+#include "picture/clip.h"
+
+namespace vexa::diagram {
+
+void DrawText(Picture& page, std::string_view tag, Point at, std::string text, Color ink,
+              double size, AnchorX across, AnchorY down) {
+  page.Add(tag, Label{.At = at,
+                      .Text = std::move(text),
+                      .Across = across,
+                      .Down = down,
+                      .Size = size,
+                      .Ink = ink});
+}
+
+void DrawTextOver(Plot& plot, std::string_view tag, Point at, std::string text, Color ink,
+                  double size, AnchorX across, AnchorY down) {
+  plot.Page.Add(tag, Label{.At = at,
+                           .Text = std::move(text),
+                           .Across = across,
+                           .Down = down,
+                           .Size = size,
+                           .Ink = ink,
+                           .Halo = plot.Inks.Paper});
+}
+
+void DrawSegment(Picture& page, std::string_view tag, Point from, Point to, const Pen& pen) {
+  page.Add(tag, Polyline{.Points = {from, to}, .Stroke = pen});
+}
+
+void DrawInFrame(Plot& plot, std::string_view tag, const std::vector<Point>& points,
+                 const Pen& pen) {
+  for (std::vector<Point>& piece : ClipPolyline(points, plot.At.Frame())) {
+    plot.Page.Add(tag, Polyline{.Points = std::move(piece), .Stroke = pen});
+  }
+}
+
+std::vector<Point> Isobar(const DiagramMapping& at, double press) {
+  const Rect& frame = at.Frame();
+  if (at.Type() != DiagramType::Tephigram) {
+    const double y = at.YOf(press);
+    return {{frame.Left, y}, {frame.Right, y}};
+  }
+  std::vector<Point> points;
+  const double span = at.TempMax() - at.TempMin();
+  for (double temp = at.TempMin() - 1.5 * span; temp <= at.TempMax() + span; temp += 4) {
+    if (temp > -kKelvinOffset + 40) points.push_back(at.ToPoint(temp, press));
+  }
+  return points;
+}
+
+std::vector<Point> Thinned(std::vector<Point> points) {
+  constexpr double kNear = 4;  // drawing units
+  if (points.size() < 3) return points;
+  std::size_t kept = 1;
+  for (std::size_t i = 1; i + 1 < points.size(); ++i) {
+    const double dx = points[i].X - points[kept - 1].X;
+    const double dy = points[i].Y - points[kept - 1].Y;
+    if (dx * dx + dy * dy >= kNear * kNear) points[kept++] = points[i];
+  }
+  points[kept++] = points.back();
+  points.resize(kept);
+  return points;
+}
+
+double ShownHeight(const Plot& plot, double height) {
+  return plot.Set().Heights == HeightMode::Agl ? height - plot.Sounding().ElevM : height;
+}
+
+std::string HeightText(double height, LengthUnits units) {
+  return units == LengthUnits::Feet ? Mask(FeetFromMeters(height), "####0") + " ft"
+                                    : Mask(height, "####0") + " m";
+}
+
+}  // namespace vexa::diagram

@@ -1,0 +1,79 @@
+// What the steps of one plot share: the input, the page as it grows, the mapping, the inks and the
+// mark columns, with the few ways in which all of them put lines and texts on the page.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "diagram/mapping.h"
+#include "diagram/mark_column.h"
+#include "diagram/palette.h"
+#include "diagram/sounding_plot.h"
+#include "picture/picture.h"
+
+namespace vexa::diagram {
+
+// The page's regions, drawing units.
+inline constexpr Rect kFrame{1300, 620, 7900, 8220};
+inline constexpr double kPressLabelX = kFrame.Left - 80;    // right ends of the pressures
+inline constexpr double kHeightLabelX = kFrame.Left - 470;  // right ends of the heights
+inline constexpr Rect kWindColumn{8560, 620, 9580, 8220};
+inline constexpr Rect kPanel{9680, 620, 11880, 8220};
+inline constexpr Point kConfigurationAt{4690, 50};
+
+inline constexpr double kAxisText = 150;
+inline constexpr double kSmallText = 125;
+inline constexpr double kMarkText = 130;
+
+/// The units that the page shows, with the label of the winds.
+struct ShownUnits {
+  LengthUnits Height = LengthUnits::Meter;
+  SpeedUnits Speed = SpeedUnits::Knots;
+  std::string_view SpeedLabel = "kts";
+  bool Feet() const { return Height == LengthUnits::Feet; }
+};
+
+struct Plot {
+  const PlotInput& In;
+  Picture Page{};
+  DiagramMapping At{};
+  Palette Inks{};
+  ShownUnits Units{};
+  MarkColumn LeftMarks{};   // inside the frame at its left edge
+  MarkColumn RightMarks{};  // inside the frame at its right edge
+  std::string Warning{};
+
+  const Options& Set() const { return In.Set; }
+  const SoundingRecord& Sounding() const { return In.Sounding; }
+  const analysis::AnalysisResults& Results() const { return In.Results; }
+  bool InRange(double press) const { return press <= At.BottomPress() && press >= At.TopPress(); }
+};
+
+/// A text at a position; the one way in which labels come onto the page.
+void DrawText(Picture& page, std::string_view tag, Point at, std::string text, Color ink,
+              double size = kAxisText, AnchorX across = AnchorX::Left,
+              AnchorY down = AnchorY::Middle);
+/// The same with the paper's colour around the letters, for texts over lines.
+void DrawTextOver(Plot& plot, std::string_view tag, Point at, std::string text, Color ink,
+                  double size = kMarkText, AnchorX across = AnchorX::Left,
+                  AnchorY down = AnchorY::Middle);
+/// One straight line.
+void DrawSegment(Picture& page, std::string_view tag, Point from, Point to, const Pen& pen);
+/// A line cut at the frame of the diagram.
+void DrawInFrame(Plot& plot, std::string_view tag, const std::vector<Point>& points,
+                 const Pen& pen);
+
+/// Where a pressure's isobar enters the frame on the left and leaves it on the right. On the
+/// tephigram isobars are curves; elsewhere both ends have the same height.
+std::vector<Point> Isobar(const DiagramMapping& at, double press);
+
+/// Without the points that lie closer than a tenth of a millimetre in print to the one before.
+std::vector<Point> Thinned(std::vector<Point> points);
+
+/// A height above sea level as the settings show it: relative to the station under "AGL".
+double ShownHeight(const Plot& plot, double height);
+/// "1457 m" or "4780 ft" by the unit, rounded to whole ones.
+std::string HeightText(double height, LengthUnits units);
+
+}  // namespace vexa::diagram

@@ -1,0 +1,119 @@
+#include "diagram/scaling.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+#include "core/markers.h"
+
+namespace vexa::diagram {
+namespace {
+
+// Top pressures to choose from, lowest place first.
+constexpr std::array kTops = {700, 500, 400, 300, 200, 100};
+constexpr std::array kHighTops = {50, 30, 10};
+
+constexpr double kUsualMin = -40;
+constexpr double kUsualSpan = 80;
+constexpr double kWidestSpan = 180;
+constexpr double kLeftRoom = 2;   // °C kept free of temperatures on the cold side
+constexpr double kRightRoom = 5;  // and on the warm side
+// The dew point may widen the axis this far; drier air runs out of the frame on the left.
+constexpr double kWidestForDewpoint = 100;
+
+double LowestPress(const SoundingRecord& sounding) {
+  return sounding.Press.Empty() ? 1000 : *std::ranges::min_element(sounding.Press.Values());
+}
+
+// How far a sounding reaches along the temperature axis, in °C of the frame's lower edge.
+struct Reach {
+  double ColdestTemp = 1e9;
+  double ColdestDewpt = 1e9;
+  double Warmest = -1e9;
+};
+
+Reach MeasureReach(const SoundingRecord& sounding, const DiagramMapping& at) {
+  Reach reach;
+  const double perUnit = (at.TempMax() - at.TempMin()) / at.Frame().Width();
+  const auto along = [&](double temp, double press) {
+    return at.TempMin() + (at.ToPoint(temp, press).X - at.Frame().Left) * perUnit;
+  };
+  for (int i = 1; i <= sounding.NumTempLevels(); ++i) {
+    const double press = sounding.Press(i);
+    if (press < at.TopPress() || press > at.BottomPress()) continue;
+    const double temp = along(sounding.Temp(i), press);
+    reach.ColdestTemp = std::min(reach.ColdestTemp, temp);
+    reach.Warmest = std::max(reach.Warmest, temp);
+    if (!IsMissing(sounding.Dewpt(i))) {
+      reach.ColdestDewpt = std::min(reach.ColdestDewpt, along(sounding.Dewpt(i), press));
+    }
+  }
+  return reach;
+}
+
+}  // namespace
+
+DiagramChoice ChooseDiagram(const SoundingRecord& sounding, const Options& options) {
+  DiagramChoice choice;
+  choice.Type = options.Diagram;
+  const double lowest = LowestPress(sounding);
+  const bool reachesHigh = lowest < kTephigramTop;
+  const bool drawnHigh = reachesHigh && options.Above100mb;
+
+  if (drawnHigh && options.AutoHighEmagram) {
+    choice.Type = DiagramType::Emagram;
+  } else if (drawnHigh && choice.Type == DiagramType::Tephigram) {
+    choice.BeyondTephigram = true;
+  }
+
+  choice.TopPress = options.MbLimit;
+  if (options.AutoMbSelect) {
+    choice.TopPress = kTops.back();
+    for (const int top : kTops) {
+      if (top <= std::max(lowest, 100.0)) {
+        choice.TopPress = top;
+        break;
+      }
+    }
+    if (drawnHigh) {
+      choice.TopPress = kHighTops.back();
+      for (const int top : kHighTops) {
+        if (top <= lowest) {
+          choice.TopPress = top;
+          break;
+        }
+      }
+    }
+  } else if (!options.Above100mb) {
+    choice.TopPress = std::max(choice.TopPress, 100.0);
+  }
+  if (choice.Type == DiagramType::Tephigram) choice.TopPress = kTephigramTop;
+  return choice;
+}
+
+TempRange ChooseTempRange(const SoundingRecord& sounding, const Options& options,
+                          const DiagramChoice& choice, const Rect& frame) {
+  if (options.TempScaling == Scaling::Manual) {
+    return {options.TempMin, std::max(options.TempMax, options.TempMin + 40)};
+  }
+  for (double span = kUsualSpan; span <= kWidestSpan; span += 10) {
+    const DiagramMapping at(choice.Type, frame, kUsualMin, kUsualMin + span, choice.TopPress);
+    const Reach reach = MeasureReach(sounding, at);
+    if (reach.Warmest < reach.ColdestTemp) return {};  // nothing to show
+    const bool minDewpt = span <= kWidestForDewpoint || choice.Type == DiagramType::Emagram;
+    const double coldest =
+        (minDewpt ? std::min(reach.ColdestTemp, reach.ColdestDewpt) : reach.ColdestTemp) -
+        kLeftRoom;
+    const double warmest = reach.Warmest + kRightRoom;
+    if (warmest - coldest > span && span < kWidestSpan) continue;
+    // Tens between which the range may start; the one nearest the usual place wins.
+    const double least = std::ceil((warmest - span) / 10) * 10;
+    const double most = std::floor(coldest / 10) * 10;
+    if (least > most && span < kWidestSpan) continue;
+    const double start = std::clamp(kUsualMin, std::min(least, most), std::max(least, most));
+    return {start, start + span};
+  }
+  return {};
+}
+
+}  // namespace vexa::diagram

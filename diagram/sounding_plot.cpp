@@ -1,0 +1,201 @@
+#include "diagram/sounding_plot.h"
+
+#include <string>
+#include <string_view>
+
+#include "core/numbers.h"
+#include "diagram/analysis_marks.h"
+#include "diagram/grid.h"
+#include "diagram/heights.h"
+#include "diagram/panel.h"
+#include "diagram/plot_state.h"
+#include "diagram/scaling.h"
+#include "diagram/traces.h"
+#include "diagram/wind_column.h"
+
+namespace vexa::diagram {
+namespace {
+
+constexpr std::string_view kTephigramWarning =
+    " This data can only be displayed on the Skew-T / Log-P and Emagram diagrams.   (The "
+    "Tephigram's upper level is preset at 100 mb.)";
+
+bool HasOthers(const Plot& plot) {
+  return plot.In.Mode == MultiMode::Overlay || plot.In.Mode == MultiMode::Compare;
+}
+
+void ConfigureDiagram(Plot& plot) {
+  const Options& set = plot.Set();
+  const DiagramChoice choice = ChooseDiagram(plot.Sounding(), set);
+  if (choice.BeyondTephigram && set.TephigramWarning) plot.Warning = kTephigramWarning;
+  const TempRange range = ChooseTempRange(plot.Sounding(), set, choice, kFrame);
+  plot.At = DiagramMapping(choice.Type, kFrame, range.Min, range.Max, choice.TopPress);
+  plot.Inks = PaletteFor(set);
+  plot.Page = Picture(kPageWidth, kPageHeight, plot.Inks.Paper);
+  if (!plot.In.Configuration.empty()) {
+    DrawText(plot.Page, "configuration", kConfigurationAt, plot.In.Configuration, plot.Inks.Faint,
+             kSmallText, AnchorX::Left, AnchorY::Top);
+  }
+}
+
+// A sounding's title and place as one line of an overlay or a comparison.
+std::string OtherTitle(const SoundingRecord& sounding) {
+  std::string text = sounding.StationTitle;
+  if (!sounding.LatHemi.empty()) {
+    const auto size = [](double degrees) {
+      return Mask(degrees < 0 ? -degrees : degrees, "###0.0");
+    };
+    text += " // " + size(sounding.LatSigned) + sounding.LatHemi + " " + size(sounding.LonSigned) +
+            sounding.LonHemi;
+  }
+  return text;
+}
+
+// Titles of overlaid and compared soundings stand below the axis, in their own colours.
+void DrawOtherTitles(Plot& plot) {
+  if (!HasOthers(plot)) return;
+  const bool compare = plot.In.Mode == MultiMode::Compare;
+  constexpr int kRows = 3;
+  int number = 1;
+  const auto line = [&](const SoundingRecord& sounding, Color ink) {
+    const int place = number - 1;
+    DrawText(plot.Page, "other title",
+             {kFrame.Left + place / kRows * kFrame.Width() / 2, 8570.0 + place % kRows * 160},
+             (compare ? "#" + Shortest(number) + " - " : std::string()) + OtherTitle(sounding), ink,
+             kMarkText);
+    ++number;
+  };
+  line(plot.Sounding(), plot.Inks.Temperature.Ink);
+  for (const OverlaySounding& other : plot.In.Others) {
+    if (compare && number > 2) break;
+    if (other.Sounding != nullptr) {
+      line(*other.Sounding, OverlayPen(plot.Inks, number - 1).Ink);
+    }
+  }
+}
+
+void SetUpUnits(Plot& plot) {
+  const Options& set = plot.Set();
+  plot.Units.Height = set.GpmUnits;
+  plot.Units.Speed = set.Speed;
+  plot.Units.SpeedLabel = set.Speed == SpeedUnits::Knots ? "kts" : "m/s";
+}
+
+void DrawTemperatureGrid(Plot& plot) {
+  DrawMixingRatioLines(plot);
+  DrawSaturationAdiabats(plot);
+  DrawDryAdiabats(plot);
+  DrawIsotherms(plot);
+}
+
+void DrawSurface(Plot& plot) {
+  DrawSurfaceLine(plot, HasOthers(plot));
+}
+
+void DrawTitles(Plot& plot) {
+  if (plot.Set().TitleAboveDiagram) {
+    plot.Page.Add("title", Label{.At = {kFrame.Left, 250},
+                                 .Text = "VEXA  -  " + plot.Sounding().StationTitle,
+                                 .Size = 210,
+                                 .Ink = plot.Inks.Ink,
+                                 .Bold = true});
+  }
+  DrawTemperatureUnits(plot);
+  DrawText(plot.Page, "wind unit", {(kWindColumn.Left + kWindColumn.Right) / 2, kFrame.Top - 90},
+           std::string(plot.Units.SpeedLabel), plot.Inks.Ink, kSmallText, AnchorX::Center);
+}
+
+void DrawSoundingData(Plot& plot) {
+  DrawStabilityBars(plot);
+  DrawParcel(plot);
+  DrawTraces(plot);
+  DrawOtherTraces(plot);
+}
+
+void DrawWinds(Plot& plot) {
+  DrawWindColumn(plot);
+}
+
+void DrawIcaoAndHeightAxis(Plot& plot) {
+  ICAOlabels(plot);
+  DrawHeightAxis(plot);
+}
+
+void DrawScale(Plot& plot) {
+  DrawHeightScale(plot);
+  DrawFreezingAndTropopause(plot);
+  DrawCustomLines(plot);
+}
+
+void DrawPressHeights(Plot& plot) {
+  PrsHgtLabel(plot, HasOthers(plot));
+}
+
+void DrawAnalyses(Plot& plot) {
+  DrawLayerMarks(plot);
+  DrawParcelLevels(plot);
+  DrawMarkColumns(plot);
+  DrawPanel(plot);
+  if (plot.In.LoopHoldTime) {
+    DrawText(plot.Page, "hold time", {kFrame.Right, kFrame.Bottom + 480},
+             "Image hold time: " + Mask(*plot.In.LoopHoldTime, "0.0") + " seconds.", plot.Inks.Ink,
+             kAxisText, AnchorX::Right);
+  }
+}
+
+void DrawFrame(Plot& plot) {
+  const Rect& frame = kFrame;
+  plot.Page.Add("frame", Polyline{.Points = {{frame.Left, frame.Top},
+                                             {frame.Right, frame.Top},
+                                             {frame.Right, frame.Bottom},
+                                             {frame.Left, frame.Bottom},
+                                             {frame.Left, frame.Top}},
+                                  .Stroke = plot.Inks.Frame});
+}
+
+void DrawPressureAxis(Plot& plot) {
+  DrawPressureLines(plot);
+  DrawFrame(plot);
+}
+
+struct PlotStep {
+  std::string_view Status;  // empty: the step goes on under the text before it
+  void (*Draw)(Plot&);
+};
+
+// Each step draws over the ones before it.
+constexpr PlotStep kSteps[] = {
+    {"Configuring sounding diagram . . .", ConfigureDiagram},
+    {"", DrawOtherTitles},
+    {"", SetUpUnits},
+    {"Generating temperature grid lines . . .", DrawTemperatureGrid},
+    {"", DrawSurface},
+    {"", DrawTitles},
+    {"", DrawPressureAxis},
+    {"Loading sounding data arrays . . .", DrawSoundingData},
+    {"Plotting wind data . . .", DrawWinds},
+    {"", DrawIcaoAndHeightAxis},
+    {"", DrawScale},
+    {"", DrawPressHeights},
+    {"", DrawInversions},
+    {"", DrawFronts},
+    {"", DrawAnalyses},
+};
+
+constexpr std::string_view kTephigramStatus = "Creating tephigram grid lines . . .";
+
+}  // namespace
+
+std::optional<SoundingPlot> PlotSounding(const PlotInput& input, Progress progress) {
+  Plot plot{.In = input};
+  for (const PlotStep& step : kSteps) {
+    const bool tephigramGrid =
+        step.Draw == DrawTemperatureGrid && plot.At.Type() == DiagramType::Tephigram;
+    const std::string_view status = tephigramGrid ? kTephigramStatus : step.Status;
+    if (!status.empty() && !progress.Begin(status)) return std::nullopt;
+    step.Draw(plot);
+  }
+  return SoundingPlot{std::move(plot.Page), plot.At, std::move(plot.Warning)};
+}
+
+}  // namespace vexa::diagram

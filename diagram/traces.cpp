@@ -1,0 +1,220 @@
+#include "diagram/traces.h"
+
+#include <algorithm>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "analysis/analysis.h"
+#include "analysis/moist_air.h"
+#include "core/markers.h"
+#include "picture/clip.h"
+
+namespace vexa::diagram {
+namespace {
+
+using analysis::ParcelAscent;
+
+struct TraceStyle {
+  Pen Line{};
+  bool Joined = true;
+  bool Dots = false;
+  bool Circles = false;
+};
+
+// A trace over the levels, broken where a value is missing.
+void DrawTrace(Plot& plot, std::string_view tag, const Levels<double>& press,
+               const Levels<double>& temp, const TraceStyle& style) {
+  std::vector<Point> run;
+  const auto finish = [&] {
+    if (style.Joined && run.size() > 1) DrawInFrame(plot, tag, Thinned(run), style.Line);
+    run.clear();
+  };
+  const Rect& frame = plot.At.Frame();
+  for (int i = 1; i <= press.Count(); ++i) {
+    if (IsMissing(temp(i)) || press(i) <= 0) {
+      finish();
+      continue;
+    }
+    const Point at = plot.At.ToPoint(temp(i), press(i));
+    run.push_back(at);
+    if (!frame.Contains(at)) continue;
+    if (style.Dots) {
+      plot.Page.Add(tag, Circle{.Center = at, .Radius = 26, .Fill = {style.Line.Ink}});
+    }
+    if (style.Circles) {
+      plot.Page.Add(
+          tag,
+          Circle{.Center = at, .Radius = 42, .Stroke = {style.Line.Ink, 12, LineStyle::Solid}});
+    }
+  }
+  finish();
+}
+
+// The topmost point of a trace inside the frame, where its name is written.
+void NameTrace(Plot& plot, std::string_view name, const Levels<double>& press,
+               const Levels<double>& temp, Color ink, AnchorX across) {
+  const Rect& frame = plot.At.Frame();
+  for (int i = press.Count(); i >= 1; --i) {
+    if (IsMissing(temp(i)) || press(i) <= 0) continue;
+    const Point at = plot.At.ToPoint(temp(i), press(i));
+    if (at.Y < frame.Top + 60 || at.X < frame.Left + 150 || at.X > frame.Right - 150) continue;
+    const double aside = across == AnchorX::Left ? 70 : -70;
+    DrawTextOver(plot, "trace name", {at.X + aside, at.Y + 30}, std::string(name), ink, kAxisText,
+                 across);
+    return;
+  }
+}
+
+// The polygons between parcel and environment over [from, to) of the path's steps, one ring for
+// each run of steps where the parcel is on the wanted side.
+std::vector<std::vector<Point>> Between(const Plot& plot, const ParcelAscent& ascent,
+                                        std::size_t from, std::size_t to, bool warmer) {
+  std::vector<std::vector<Point>> rings;
+  std::vector<Point> parcel;
+  std::vector<Point> environment;
+  const auto close = [&] {
+    if (parcel.size() > 1) {
+      std::vector<Point> ring = Thinned(std::move(parcel));
+      const std::vector<Point> back = Thinned(std::move(environment));
+      ring.insert(ring.end(), back.rbegin(), back.rend());
+      ring = ClipPolygon(ring, plot.At.Frame());
+      if (ring.size() > 2) rings.push_back(std::move(ring));
+    }
+    parcel.clear();
+    environment.clear();
+  };
+  const auto press = [&](std::size_t i) {
+    return ascent.FirstPress - ascent.Step * static_cast<double>(i);
+  };
+  for (std::size_t i = from; i < to; ++i) {
+    const double env = ascent.EnvTemps[i];
+    const double lifted = ascent.ParcelTemps[i];
+    const bool wanted = !IsMissing(env) && (warmer ? lifted > env : lifted < env);
+    if (!wanted) {
+      close();
+      continue;
+    }
+    parcel.push_back(plot.At.ToPoint(lifted, press(i)));
+    environment.push_back(plot.At.ToPoint(env, press(i)));
+  }
+  close();
+  return rings;
+}
+
+std::size_t StepAt(const ParcelAscent& ascent, double press) {
+  const double steps = (ascent.FirstPress - press) / ascent.Step;
+  return static_cast<std::size_t>(
+      std::clamp(steps, 0.0, static_cast<double>(ascent.ParcelTemps.size())));
+}
+
+}  // namespace
+
+void DrawParcel(Plot& plot) {
+  if (!plot.Set().AutoAnalyses) return;
+  const ParcelAscent& ascent = plot.Results().Chosen();
+  if (!ascent.Start.Exists() || ascent.ParcelTemps.empty()) return;
+  const std::size_t steps = std::min(ascent.ParcelTemps.size(), ascent.EnvTemps.size());
+
+  std::size_t end = steps;
+  if (ascent.FreeLevel.Exists() && ascent.Equilibrium.Exists() && ascent.CapeTotal > 0) {
+    const std::size_t free = std::min(StepAt(ascent, ascent.FreeLevel.Press), steps);
+    const std::size_t top = std::min(StepAt(ascent, ascent.Equilibrium.Press) + 1, steps);
+    const auto fill = [&](std::string_view tag, std::vector<std::vector<Point>> rings,
+                          const Brush& brush) {
+      if (rings.empty()) return;
+      plot.Page.Add(tag, Area{.Rings = std::move(rings), .Fill = brush});
+    };
+    fill("CIN area", Between(plot, ascent, 0, top, false), plot.Inks.Cin);
+    fill("CAPE area", Between(plot, ascent, free, top, true), plot.Inks.Cape);
+    end = ascent.MaximumParcel.Exists()
+              ? std::min(StepAt(ascent, ascent.MaximumParcel.Press) + 1, steps)
+              : top;
+  }
+  if (plot.Set().CapeTempBase == TempBase::Virtual) {
+    std::vector<Point> run;
+    for (std::size_t i = 0; i < end; ++i) {
+      if (IsMissing(ascent.EnvTemps[i])) continue;
+      run.push_back(plot.At.ToPoint(ascent.EnvTemps[i],
+                                    ascent.FirstPress - ascent.Step * static_cast<double>(i)));
+    }
+    DrawInFrame(plot, "virtual temperature", Thinned(std::move(run)), plot.Inks.VirtualTemp);
+  }
+  std::vector<Point> curve;
+  for (std::size_t i = 0; i < end; ++i) {
+    curve.push_back(plot.At.ToPoint(ascent.ParcelTemps[i],
+                                    ascent.FirstPress - ascent.Step * static_cast<double>(i)));
+  }
+  DrawInFrame(plot, "parcel", Thinned(std::move(curve)), plot.Inks.Parcel);
+  // The parcel's moisture keeps its mixing ratio from the dew point up to the condensation level.
+  if (ascent.Condensation.Exists() && !IsMissing(ascent.Start.Dewpt)) {
+    const SaturationOver over = plot.Set().Saturation;
+    const double mixing =
+        analysis::ThetaPoint(ascent.Start.Press, ascent.Start.Dewpt, over).MixingRatio;
+    std::vector<Point> line;
+    for (double press = ascent.Start.Press; press > ascent.Condensation.Press; press -= 20) {
+      line.push_back(
+          plot.At.ToPoint(analysis::DewpointFromMixingRatio(press, mixing, over), press));
+    }
+    line.push_back(plot.At.ToPoint(ascent.Condensation.Temp, ascent.Condensation.Press));
+    DrawInFrame(plot, "parcel moisture", line, plot.Inks.ParcelMoisture);
+  }
+}
+
+void DrawTraces(Plot& plot) {
+  const Options& set = plot.Set();
+  const SoundingRecord& sounding = plot.Sounding();
+  TraceStyle dewpoint{plot.Inks.Dewpoint, set.DewptLine != TraceLine::None, set.TraceDots,
+                      set.TraceCircles};
+  // Without its line the dew point still shows as dots.
+  if (!dewpoint.Joined && !dewpoint.Circles) dewpoint.Dots = true;
+  DrawTrace(plot, "dew point", sounding.Press, sounding.Dewpt, dewpoint);
+  DrawTrace(plot, "temperature", sounding.Press, sounding.Temp,
+            {plot.Inks.Temperature, true, set.TraceDots, set.TraceCircles});
+  NameTrace(plot, "T", sounding.Press, sounding.Temp, plot.Inks.Temperature.Ink, AnchorX::Left);
+  NameTrace(plot, "Td", sounding.Press, sounding.Dewpt, plot.Inks.Dewpoint.Ink, AnchorX::Right);
+}
+
+void DrawOtherTraces(Plot& plot) {
+  int number = 0;
+  for (const OverlaySounding& other : plot.In.Others) {
+    ++number;
+    if (other.Sounding == nullptr) continue;
+    Pen pen = OverlayPen(plot.Inks, number);
+    if (plot.Set().TraceThick == ThickLines::All) pen.Width *= 1.6;
+    DrawTrace(plot, "other temperature", other.Sounding->Press, other.Sounding->Temp, {pen});
+    pen.Width *= 0.6;
+    DrawTrace(plot, "other dew point", other.Sounding->Press, other.Sounding->Dewpt, {pen});
+  }
+}
+
+void DrawStabilityBars(Plot& plot) {
+  if (!plot.Set().StabilityBars) return;
+  const Rect& frame = plot.At.Frame();
+  const analysis::LevelProfile& levels = plot.Results().Levels;
+  constexpr double kWidth = 110;
+  for (int i = 1; i < levels.Count(); ++i) {
+    const double low = std::min<double>(levels.Press(i), plot.At.BottomPress());
+    const double high = std::max(levels.Press(i + 1), plot.At.TopPress());
+    const double depth = levels.Height(i + 1) - levels.Height(i);
+    if (high >= low || depth <= 0) continue;
+    const double lapse = (levels.Temp(i) - levels.Temp(i + 1)) / depth;  // °C per m
+    const double thetaE =
+        analysis::ThetaPoint(levels.Press(i), levels.Temp(i), plot.Set().Saturation).ThetaE;
+    const analysis::LiftSatResult lifted =
+        analysis::LiftSat(thetaE, levels.Press(i + 1), plot.Set().Saturation);
+    const double saturated = lifted.Failed ? 0.0065 : (levels.Temp(i) - lifted.Temp) / depth;
+    int color = 10;                                             // stable
+    if (lapse < 0) color = 9;                                   // inversion
+    if (lapse > saturated) color = 14;                          // conditionally unstable
+    if (lapse > 1.005 * analysis::kGravity / 1005) color = 12;  // steeper than the dry adiabat
+    const double x = frame.Left;
+    plot.Page.Add("stability bar", Area{.Rings = {{{x, plot.At.YOf(low)},
+                                                   {x + kWidth, plot.At.YOf(low)},
+                                                   {x + kWidth, plot.At.YOf(high)},
+                                                   {x, plot.At.YOf(high)}}},
+                                        .Fill = {IndexedColor(color)}});
+  }
+}
+
+}  // namespace vexa::diagram

@@ -1,0 +1,24 @@
+// The sounding itself: temperature and dew-point traces, the lifted parcel's curve, and the areas
+// between parcel and environment.
+#pragma once
+
+#include "diagram/plot_state.h"
+
+namespace vexa::diagram {
+
+/// CAPE and CIN of the chosen parcel as polygons between the two curves that the numbers were
+/// summed over, and the parcel's curve itself.
+void DrawParcel(Plot& plot);
+
+/// Temperature and dew point of the sounding. The dew point's line breaks where values are
+/// missing.
+void DrawTraces(Plot& plot);
+
+/// The traces of the further soundings, each in its own pen.
+void DrawOtherTraces(Plot& plot);
+
+/// Bars at the left edge that class each layer by its lapse: unstable, conditional, stable,
+/// inversion.
+void DrawStabilityBars(Plot& plot);
+
+}  // namespace vexa::diagram

@@ -1,0 +1,102 @@
+#include "diagram/wind_column.h"
+
+#include <algorithm>
+#include <string>
+
+#include "analysis/interpolate.h"
+#include "analysis/standard_atmosphere.h"
+#include "core/markers.h"
+#include "core/numbers.h"
+#include "diagram/wind_symbol.h"
+
+namespace vexa::diagram {
+namespace {
+
+struct PlacedWind {
+  double Y = 0;
+  double Height = 0;  // m above mean sea level
+  analysis::Wind Value{};
+};
+
+std::vector<PlacedWind> PlaceWinds(const Plot& plot) {
+  const SoundingRecord& sounding = plot.Sounding();
+  std::vector<PlacedWind> placed;
+  for (int i = 1; i <= sounding.NumWindLevels(); ++i) {
+    const double height = sounding.WindHgt(i);
+    const double press = analysis::GetPRESS(plot.Results().Levels, height);
+    if (!HasHeight(press) || !plot.InRange(press)) continue;
+    placed.push_back({plot.At.YOf(press), height, {sounding.WindDir(i), sounding.WindSpd(i)}});
+  }
+  return placed;
+}
+
+// "th" as the column's caption has it for any number but one.
+std::string RatioCaption(int ratio) {
+  return "Plotted every " + Shortest(ratio) + " th wind";
+}
+
+}  // namespace
+
+int WindRatio(const std::vector<double>& places, int option, double apart) {
+  if (option > 0) return option;
+  std::vector<double> sorted = places;
+  std::ranges::sort(sorted);
+  const int count = static_cast<int>(sorted.size());
+  for (int ratio = 1; ratio < count; ++ratio) {
+    int gaps = 0;
+    int wide = 0;
+    for (int i = ratio; i < count; i += ratio) {
+      ++gaps;
+      const auto here = static_cast<std::size_t>(i);
+      if (sorted[here] - sorted[here - static_cast<std::size_t>(ratio)] >= apart) ++wide;
+    }
+    if (5 * wide >= 4 * gaps) return ratio;
+  }
+  return std::max(count, 1);
+}
+
+void DrawWindColumn(Plot& plot) {
+  const Options& set = plot.Set();
+  const std::vector<PlacedWind> winds = PlaceWinds(plot);
+  if (winds.empty() || set.Winds == WindDisplay::None) return;
+  const Rect& column = kWindColumn;
+  const double x = (column.Left + column.Right) / 2;
+  if (set.WindPlotsBox) {
+    plot.Page.Add("wind box", Polyline{.Points = {{column.Left, column.Top},
+                                                  {column.Right, column.Top},
+                                                  {column.Right, column.Bottom},
+                                                  {column.Left, column.Bottom},
+                                                  {column.Left, column.Top}},
+                                       .Stroke = plot.Inks.PanelFrame});
+  }
+  DrawSegment(plot.Page, "wind axis", {x, column.Top}, {x, column.Bottom}, plot.Inks.Isobar);
+  std::vector<double> places;
+  places.reserve(winds.size());
+  for (const PlacedWind& wind : winds) places.push_back(wind.Y);
+  const WindSymbolSize size = SizeOf(set.BarbSize);
+  const int ratio = WindRatio(places, set.WindPlotRatio, 1.3 * size.Spacing);
+  for (std::size_t i = 0; i < winds.size(); i += static_cast<std::size_t>(ratio)) {
+    const PlacedWind& wind = winds[i];
+    DrawWindSymbol(plot.Page, {x, wind.Y}, wind.Value, set, plot.Inks.Wind);
+    plot.Page.AddHotSpot({{column.Left, wind.Y - size.Spacing, column.Right, wind.Y + size.Spacing},
+                          "wind",
+                          HeightText(ShownHeight(plot, wind.Height), plot.Units.Height) + ": " +
+                              Mask(wind.Value.Dir, "000") + "/" +
+                              Mask(ShownSpeed(wind.Value.Spd, set.Speed),
+                                   set.Speed == SpeedUnits::Knots ? "##0" : "##0.0") +
+                              " " + std::string(plot.Units.SpeedLabel)});
+  }
+  if (ratio > 1) {
+    DrawText(plot.Page, "wind ratio", {x, column.Bottom + 110}, RatioCaption(ratio),
+             plot.Inks.Faint, 0.85 * kSmallText, AnchorX::Center);
+  }
+  // The limit of the winds: nothing is known above it.
+  const double top = std::ranges::min_element(winds, {}, &PlacedWind::Y)->Y;
+  DrawSegment(plot.Page, "wind limit", {column.Right - 130, top}, {column.Right, top},
+              plot.Inks.HeightAxis);
+  const double textY = top - column.Top > 120 ? top - 75 : top + 75;
+  DrawText(plot.Page, "wind limit", {column.Right - 20, textY}, "Limit", plot.Inks.Faint,
+           0.8 * kSmallText, AnchorX::Right);
+}
+
+}  // namespace vexa::diagram
