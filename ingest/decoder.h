@@ -3,9 +3,12 @@
 // file pair and one row here.
 #pragma once
 
+#include <filesystem>
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "core/current_sounding.h"
 #include "core/fault.h"
@@ -17,6 +20,7 @@ namespace vexa::ingest {
 /// What a decoder may ask for besides the text.
 struct LoadContext {
   Interaction* Ask = nullptr;
+  std::vector<std::string> Notes{};  // what was left out, changed or worked out, for the user
 };
 
 struct Decoder {
@@ -25,7 +29,7 @@ struct Decoder {
   std::string_view FilePatterns;  // "*.html *.htm *.txt"
   bool (*Recognises)(const SourceText& source);
   /// Fills a record that ClearData has emptied and sets DataFormat last; on a fault the record
-  /// keeps what was read so far.
+  /// keeps what was read so far. The text of a web page comes without its tags.
   std::optional<Fault> (*Decode)(const SourceText& source, LoadContext& context,
                                  SoundingRecord& into);
 };
@@ -36,8 +40,9 @@ std::span<const Decoder> Decoders();
 const Decoder* FindDecoder(const SourceText& source);
 
 /// Recognises, decodes and orders one sounding: PressureDupe, SortData, PressureDupe. Fault 1209
-/// when no format is recognised, 2222 for fewer than two temperature levels; the detail names the
-/// file, the line where there is one, and the reason.
+/// when no format is recognised, 62 for damage and for a server's answer that it has no data, 2222
+/// for fewer than two temperature levels; the detail names the file, the line where there is one,
+/// and the reason, the server's own words where it gave some.
 std::optional<Fault> DecodeSounding(const SourceText& source, LoadContext& context,
                                     SoundingRecord& into);
 

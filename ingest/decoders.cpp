@@ -1,0 +1,129 @@
+#include <algorithm>
+#include <array>
+#include <string>
+#include <utility>
+
+#include "core/data_checks.h"
+#include "core/error_report.h"
+#include "core/files.h"
+#include "core/numbers.h"
+#include "core/raw_file.h"
+#include "ingest/decoder.h"
+#include "ingest/html_text.h"
+#include "ingest/native.h"
+#include "ingest/source_header.h"
+#include "ingest/spc_text.h"
+#include "ingest/wyoming.h"
+
+namespace vexa::ingest {
+namespace {
+
+// The first that recognises a text reads it.
+constexpr Decoder kDecoders[] = {
+    {kRawTag, "VEXA sounding", "*.raw *.RAW", IsNative, DecodeNative},
+    {"SPC", "SPC text", "*.spc *.txt", IsSpcText, DecodeSpcText},
+    {"WYOMING", "Wyoming listing", "*.html *.htm *.txt", IsWyoming, DecodeWyoming},
+};
+
+const Decoder* Recognise(const SourceText& plain) {
+  const auto* decoder = std::ranges::find_if(
+      kDecoders, [&plain](const Decoder& row) { return row.Recognises(plain); });
+  return decoder == std::end(kDecoders) ? nullptr : decoder;
+}
+
+// What a server says in place of the data it does not have; empty for any other text.
+std::string RefusalIn(const SourceText& plain) {
+  constexpr int kMostLines = 100;
+  constexpr std::size_t kMostBytes = 200;
+  for (int line = 1; line <= std::min(plain.LineCount(), kMostLines); ++line) {
+    const std::string_view text = Trim(plain.Line(line));
+    for (const std::string_view opening :
+         {"Can't get", "Unable to retrieve", "Software error", "Sorry"}) {
+      if (StartsWithNoCase(text, opening)) return std::string(text.substr(0, kMostBytes));
+    }
+  }
+  return {};
+}
+
+std::optional<Fault> DecodePlain(const SourceText& plain, LoadContext& context,
+                                 SoundingRecord& into) {
+  const Decoder* decoder = Recognise(plain);
+  if (decoder == nullptr) {
+    if (const std::string refusal = RefusalIn(plain); !refusal.empty()) {
+      return Fault{kFaultEndOfFile, "DecodeSounding", plain.Name() + ": " + refusal, plain.Name()};
+    }
+    return Fault{kFaultFormat, "DecodeSounding",
+                 plain.Name() + (Trim(plain.Bytes()).empty() ? ": the file is empty"
+                                                             : ": in none of the known formats"),
+                 plain.Name()};
+  }
+  std::optional<Fault> fault = decoder->Decode(plain, context, into);
+  PressureDupe(into);
+  SortData(into);
+  PressureDupe(into);
+  if (fault) {
+    fault->File = plain.Name();
+    return fault;
+  }
+  if (into.NumTempLevels() < 2) {
+    return Fault{kFaultTooFewLevels, "DecodeSounding",
+                 plain.Name() + ": " + Shortest(into.NumTempLevels()) + " found", plain.Name()};
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+std::span<const Decoder> Decoders() {
+  return kDecoders;
+}
+
+const Decoder* FindDecoder(const SourceText& source) {
+  return IsHtml(source) ? Recognise(WithoutTags(source)) : Recognise(source);
+}
+
+std::optional<Fault> DecodeSounding(const SourceText& source, LoadContext& context,
+                                    SoundingRecord& into) {
+  ClearData(into);
+  return Guarded("DecodeSounding", [&] {
+    return IsHtml(source) ? DecodePlain(WithoutTags(source), context, into)
+                          : DecodePlain(source, context, into);
+  });
+}
+
+Status LoadSounding(CurrentSounding& current, const std::filesystem::path& path) {
+  const ProcedureScope here(current, "LoadSounding");
+  const std::string name = TextFromPath(path.filename());
+  SoundingRecord record;
+  LoadContext context{.Ask = current.Ask};
+  bool keeps = true;
+  std::optional<Fault> fault;
+  Outcome<std::string> bytes = ReadFile(path);
+  if (bytes) {
+    const SourceText source(name, std::move(bytes.Value()));
+    fault = DecodeSounding(source, context, record);
+    keeps = !fault || (fault->Number != kFaultTooFewLevels && IsNative(source));
+  } else {
+    fault = bytes.Error();
+    keeps = false;
+  }
+
+  if (keeps) {
+    std::error_code failed;
+    const std::filesystem::path whole = std::filesystem::absolute(path, failed);
+    current.Record = std::move(record);
+    current.FileName = name;
+    current.DataFolder = (failed ? path : whole).parent_path();
+    current.QcFault = 0;
+  }
+  current.LoadNotes = std::move(context.Notes);
+  if (fault) {
+    ErrorReport(current, *fault);
+    return Status::Error;
+  }
+  current.LastFault.reset();
+  current.StatusText = Text(Status::Ok);
+  return Status::Ok;
+}
+
+}  // namespace vexa::ingest

@@ -1,0 +1,109 @@
+#include "ingest/height_finder.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <functional>
+
+#include "core/markers.h"
+#include "core/units.h"
+
+namespace vexa::ingest {
+namespace {
+
+constexpr double kDryAirGas = 287.04;    // J/(kg K)
+constexpr double kGravity = 9.80665;     // m/s²
+constexpr double kMoistRatio = 0.62198;  // mass of water vapour to that of dry air
+constexpr double kSeaLevelPress = 1013.25;
+constexpr double kLongestStep = 0.02;  // in ln p, some 150 m
+
+// Standard atmosphere (ISO 2533): base of each layer, its temperature and the change with height.
+struct StandardLayer {
+  double Press;  // hPa
+  double TempK;
+  double LapseKm;  // K/km
+};
+constexpr StandardLayer kStandardLayers[] = {{1013.25, 288.15, -6.5},
+                                             {226.321, 216.65, 0},
+                                             {54.7489, 216.65, 1},
+                                             {8.68019, 228.65, 2.8},
+                                             {1.10906, 270.65, 0}};
+
+double StandardTempK(double press) {
+  const StandardLayer* layer = &kStandardLayers[0];
+  for (const StandardLayer& next : kStandardLayers) {
+    if (press <= next.Press) layer = &next;
+  }
+  return layer->TempK *
+         std::pow(press / layer->Press, -kDryAirGas * layer->LapseKm / 1000 / kGravity);
+}
+
+// Magnus form over water, Bolton (1980).
+double VaporPress(double dewpt) {
+  return 6.112 * std::exp(17.67 * dewpt / (dewpt + 243.5));
+}
+
+// Index of the level at or below a ln p in falling order, so that the next is above it.
+template <class Values, class Projection>
+std::size_t LowerOf(const Values& values, double logPress, Projection projection) {
+  const auto above = std::ranges::upper_bound(values, logPress, std::greater{}, projection);
+  const auto index = static_cast<std::size_t>(above - values.begin());
+  return std::clamp<std::size_t>(index, 1, values.size() - 1) - 1;
+}
+
+double Between(double at, double x0, double x1, double y0, double y1) {
+  return y0 + (y1 - y0) * (at - x0) / (x1 - x0);
+}
+
+}  // namespace
+
+void HeightFinder::AddKnown(double press, double height) {
+  const double logPress = std::log(press);
+  if (known_.empty() || logPress < known_.back().LogPress) known_.push_back({logPress, height});
+}
+
+void HeightFinder::SetTemperatures(std::vector<double> press, std::vector<double> temp,
+                                   std::vector<double> dewpt) {
+  logPress_.clear();
+  virtualTempK_.clear();
+  for (std::size_t i = 0; i < press.size(); ++i) {
+    const double vapor = IsMissing(dewpt[i]) ? 0 : std::min(VaporPress(dewpt[i]), press[i] / 2);
+    logPress_.push_back(std::log(press[i]));
+    virtualTempK_.push_back((temp[i] + kKelvinOffset) / (1 - (1 - kMoistRatio) * vapor / press[i]));
+  }
+}
+
+double HeightFinder::VirtualTempK(double logPress) {
+  if (logPress_.size() < 2 || logPress > logPress_.front() || logPress < logPress_.back()) {
+    usedStandardAtmosphere_ = true;
+    return StandardTempK(std::exp(logPress));
+  }
+  const std::size_t i = LowerOf(logPress_, logPress, std::identity{});
+  return Between(logPress, logPress_[i], logPress_[i + 1], virtualTempK_[i], virtualTempK_[i + 1]);
+}
+
+double HeightFinder::ThicknessTo(double fromLogPress, double toLogPress) {
+  const int steps =
+      std::max(1, static_cast<int>(std::ceil(std::fabs(toLogPress - fromLogPress) / kLongestStep)));
+  const double step = (toLogPress - fromLogPress) / steps;
+  double thickness = 0;
+  for (int i = 0; i < steps; ++i) {
+    thickness -= kDryAirGas / kGravity * VirtualTempK(fromLogPress + (i + 0.5) * step) * step;
+  }
+  return thickness;
+}
+
+double HeightFinder::At(double press) {
+  const double logPress = std::log(press);
+  if (known_.empty()) return ThicknessTo(std::log(kSeaLevelPress), logPress);
+  const Known& lowest = known_.front();
+  const Known& highest = known_.back();
+  if (logPress > lowest.LogPress) return lowest.Height + ThicknessTo(lowest.LogPress, logPress);
+  if (logPress < highest.LogPress) return highest.Height + ThicknessTo(highest.LogPress, logPress);
+  if (known_.size() == 1) return lowest.Height;
+  const std::size_t i = LowerOf(known_, logPress, &Known::LogPress);
+  return Between(logPress, known_[i].LogPress, known_[i + 1].LogPress, known_[i].Height,
+                 known_[i + 1].Height);
+}
+
+}  // namespace vexa::ingest

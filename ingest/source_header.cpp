@@ -1,0 +1,125 @@
+#include "ingest/source_header.h"
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cmath>
+
+#include "core/numbers.h"
+
+namespace vexa::ingest {
+namespace {
+
+constexpr std::array<std::string_view, 12> kMonths = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
+                                                      "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+constexpr int kFirstYearOf1900s = 50;  // two-digit years from here on
+
+char Lower(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+bool AllDigits(std::string_view text) {
+  return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
+int Digits(std::string_view text) {
+  return ParseWhole(text).value_or(-1);
+}
+
+std::optional<ObservationTime> Valid(const ObservationTime& time) {
+  const std::chrono::year_month_day day{std::chrono::year(time.Year),
+                                        std::chrono::month(static_cast<unsigned>(time.Month)),
+                                        std::chrono::day(static_cast<unsigned>(time.Day))};
+  const bool isValid = time.Year > 0 && day.ok() && time.Hour >= 0 && time.Hour <= 23 &&
+                       time.Minute >= 0 && time.Minute <= 59;
+  return isValid ? std::optional(time) : std::nullopt;
+}
+
+std::string TimeText(const ObservationTime& time) {
+  if (!time.Known()) return {};
+  std::string text = Mask(time.Hour, "00");
+  if (time.Minute != 0) text += Mask(time.Minute, "00");
+  return text + "Z " + Mask(time.Day, "00") + ' ' +
+         std::string(kMonths[static_cast<std::size_t>(time.Month) - 1]) + ' ' + Shortest(time.Year);
+}
+
+}  // namespace
+
+std::vector<std::string_view> Tokens(std::string_view text) {
+  constexpr std::string_view kBlanks = " \t";
+  std::vector<std::string_view> tokens;
+  std::size_t at = text.find_first_not_of(kBlanks);
+  while (at != std::string_view::npos) {
+    const std::size_t end = std::min(text.find_first_of(kBlanks, at), text.size());
+    tokens.push_back(text.substr(at, end - at));
+    at = text.find_first_not_of(kBlanks, end);
+  }
+  return tokens;
+}
+
+bool StartsWithNoCase(std::string_view text, std::string_view start) {
+  return text.size() >= start.size() &&
+         std::ranges::equal(text.substr(0, start.size()), start, {}, Lower, Lower);
+}
+
+std::size_t FindNoCase(std::string_view text, std::string_view sought, std::size_t from) {
+  if (from > text.size()) return std::string_view::npos;
+  const auto found = std::ranges::search(text.substr(from), sought, {}, Lower, Lower);
+  if (found.empty() && !sought.empty()) return std::string_view::npos;
+  return from + static_cast<std::size_t>(found.begin() - text.substr(from).begin());
+}
+
+std::optional<ObservationTime> ParseCompactTime(std::string_view text) {
+  const std::size_t slash = text.find('/');
+  if (slash != 6 || (text.size() != 9 && text.size() != 11)) return std::nullopt;
+  if (!AllDigits(text.substr(0, 6)) || !AllDigits(text.substr(7))) return std::nullopt;
+  const int year = Digits(text.substr(0, 2));
+  return Valid({.Year = year + (year < kFirstYearOf1900s ? 2000 : 1900),
+                .Month = Digits(text.substr(2, 2)),
+                .Day = Digits(text.substr(4, 2)),
+                .Hour = Digits(text.substr(7, 2)),
+                .Minute = text.size() == 11 ? Digits(text.substr(9, 2)) : 0});
+}
+
+std::optional<ObservationTime> ParseWrittenTime(std::string_view text) {
+  std::vector<std::string_view> tokens = Tokens(text);
+  if (tokens.empty()) return std::nullopt;
+  std::string_view& hour = tokens.front();
+  if (hour.ends_with('Z')) {
+    hour.remove_suffix(1);
+  } else if (tokens.size() > 1 && tokens[1] == "UTC") {
+    tokens.erase(tokens.begin() + 1);
+  }
+  if (tokens.size() < 4 || !AllDigits(hour) || hour.size() > 2) return std::nullopt;
+  const auto month = std::ranges::find_if(
+      kMonths, [&](std::string_view name) { return StartsWithNoCase(tokens[2], name); });
+  if (month == kMonths.end()) return std::nullopt;
+  return Valid({.Year = Digits(tokens[3].substr(0, 4)),
+                .Month = static_cast<int>(month - kMonths.begin()) + 1,
+                .Day = Digits(tokens[1]),
+                .Hour = Digits(hour)});
+}
+
+std::string Caption(const StationName& station, const ObservationTime& time) {
+  std::string caption;
+  const auto add = [&caption](std::string_view part) {
+    if (part.empty()) return;
+    if (!caption.empty()) caption += " - ";
+    caption += part;
+  };
+  if (station.Number != 0) add(Mask(station.Number, "00000"));
+  add(station.Letters);
+  add(station.Name);
+  const std::string when = TimeText(time);
+  if (when.empty()) return CutTitle(caption);
+  if (caption.empty()) return when;
+  caption = CutTitle(caption, kMaxTitle - 2 - static_cast<int>(when.size()));
+  return caption + "  " + when;
+}
+
+void SetPosition(SoundingRecord& record, std::optional<double> lat, std::optional<double> lon) {
+  if (!lat || !lon || std::fabs(*lat) > 90 || *lon < -180 || *lon > 360) return;
+  SetDecimalPosition(record, *lat, *lon > 180 ? *lon - 360 : *lon);
+}
+
+}  // namespace vexa::ingest

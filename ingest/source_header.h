@@ -1,0 +1,41 @@
+// Headings of exchange formats: times as they write them, positions that may be unknown, and the
+// caption that a sounding gets from its station and time.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/sounding_record.h"
+
+namespace vexa::ingest {
+
+/// Words between blanks and tabs.
+std::vector<std::string_view> Tokens(std::string_view text);
+
+/// True when a text begins with, or holds, another, without regard to the case of ASCII letters.
+bool StartsWithNoCase(std::string_view text, std::string_view start);
+std::size_t FindNoCase(std::string_view text, std::string_view sought, std::size_t from = 0);
+
+/// "990504/0000" or "990504/00": yymmdd/hhmm, years 00 to 49 after 2000. Empty for anything else
+/// and for times that no calendar has.
+std::optional<ObservationTime> ParseCompactTime(std::string_view text);
+
+/// "00Z 04 May 1999" or "12 UTC 23 Feb 2023".
+std::optional<ObservationTime> ParseWrittenTime(std::string_view text);
+
+struct StationName {
+  int Number = 0;         // WMO number, 0: none
+  std::string Letters{};  // "OUN"
+  std::string Name{};     // "Norman"
+};
+
+/// "72357 - OUN - Norman  00Z 04 May 1999", whatever is not known left out. A name that is too
+/// long for a title gives way to the time.
+std::string Caption(const StationName& station, const ObservationTime& time);
+
+/// Sets the position where both are given and lie on the earth, else leaves it empty.
+void SetPosition(SoundingRecord& record, std::optional<double> lat, std::optional<double> lon);
+
+}  // namespace vexa::ingest

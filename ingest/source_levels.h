@@ -1,0 +1,70 @@
+// What the exchange formats have in common below their layouts: fields that hold a value, a marker
+// for "missing" or rubbish; rows with any of six elements; and the one way from such rows to the
+// two profiles of a sounding. A decoder reads its rows into SourceLevels and calls FillProfiles.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/sounding_record.h"
+
+namespace vexa::ingest {
+
+enum class Element { Press, Height, Temp, Dewpt, Direction, Speed };
+inline constexpr std::size_t kElements = 6;
+
+/// Counts values that no atmosphere has and that were therefore left out, by element.
+class Refusals {
+ public:
+  void Add(Element element) { ++counts_[static_cast<std::size_t>(element)]; }
+  /// "2 temperatures outside -120 to 60 C were left out." and so on; empty when there were none.
+  std::vector<std::string> Notes() const;
+
+ private:
+  std::array<int, kElements> counts_{};
+};
+
+/// A row of a source; any element may be missing.
+struct SourceLevel {
+  std::optional<double> Press{};   // hPa
+  std::optional<double> Height{};  // m above mean sea level
+  std::optional<double> Temp{};    // °C
+  std::optional<double> Dewpt{};   // °C
+  std::optional<double> Dir{};  // degrees, as the source has it: calm and north not yet told apart
+  std::optional<double> Spd{};  // knots
+};
+
+/// Reads one field. A value outside its element's range is missing: silently when it is a usual
+/// marker (-9999, 9999, 99999, -999, 999, within 0.005), else counted as refused. A marker that
+/// lies in the range, 999 hPa or 9999 m, is a value.
+///
+/// field  blank, slashes, asterisks, "M", "NaN", "null" are missing
+/// factor  turns the source's unit into ours
+/// returns false when the field is neither a number nor a marker
+[[nodiscard]] bool ReadElement(std::string_view field, Element element, Refusals& refusals,
+                               std::optional<double>& into, double factor = 1);
+
+/// Factor from a unit as sources spell it ("knot", "kt", "kts", "knots", "m/s") to knots; empty
+/// for any other.
+std::optional<double> KnotsPer(std::string_view unit);
+
+/// Height of the ground: of the lowest row that has a temperature. Empty when its height is not
+/// known.
+std::optional<double> SurfaceHeight(const std::vector<SourceLevel>& levels);
+
+/// Fills both profiles from the rows in any order. Rows without temperature and wind are below the
+/// ground and are dropped; of rows with the same pressure, or winds of the same height, the first
+/// counts; a dew point above the temperature becomes the temperature; a calm wind is 360 degrees
+/// at 0 knots and a wind from 0 degrees comes from 360. Winds without a height get one: linear in
+/// ln p between the known heights, beyond them hydrostatic with the virtual temperature, and where
+/// there is no temperature with that of the standard atmosphere.
+///
+/// notes  gets a sentence for whatever was changed, worked out or left out
+void FillProfiles(std::vector<SourceLevel> levels, SoundingRecord& into,
+                  std::vector<std::string>& notes);
+
+}  // namespace vexa::ingest
