@@ -38,10 +38,10 @@ std::filesystem::path TestData(const std::string& name);
 std::optional<std::filesystem::path> RealData(const std::string& name);
 
 // Skips the test, saying so, where the collection of real soundings is absent.
-#define VEXA_REAL_DATA(path, name)                                                     \
-  const auto path##Found = ::vexa::test::RealData(name);                               \
-  if (!path##Found) GTEST_SKIP() << "the collection of real soundings is not present"; \
-  const std::filesystem::path path = *path##Found
+#define VEXA_REAL_DATA(variable, name)                                                     \
+  const auto variable##Found = ::vexa::test::RealData(name);                               \
+  if (!variable##Found) GTEST_SKIP() << "the collection of real soundings is not present"; \
+  const std::filesystem::path variable = *variable##Found
 
 /// A folder of its own for a test's files, removed with it.
 class TemporaryFolder {
