@@ -1,0 +1,135 @@
+#include "picture/clip.h"
+
+#include <cmath>
+#include <cstddef>
+#include <optional>
+#include <utility>
+
+namespace vexa {
+namespace {
+
+bool IsFinite(Point at) {
+  return std::isfinite(at.X) && std::isfinite(at.Y);
+}
+
+Point Between(Point from, Point to, double share) {
+  return {from.X + (to.X - from.X) * share, from.Y + (to.Y - from.Y) * share};
+}
+
+struct Segment {
+  Point From{};
+  Point To{};
+};
+
+// Liang & Barsky (1984): the part of a segment between its entry and its exit. An end inside is
+// kept to the digit, and a cut lies on its edge exactly, so that pieces join up.
+std::optional<Segment> ClipSegment(Point from, Point to, const Rect& rect) {
+  const double dx = to.X - from.X;
+  const double dy = to.Y - from.Y;
+  double enter = 0;
+  double leave = 1;
+  Segment kept{from, to};
+  const auto cut = [&](double towards, double distance, auto&& setEdge) {
+    if (towards == 0) return distance >= 0;
+    const double share = distance / towards;
+    if (towards < 0) {
+      if (share > leave) return false;
+      if (share > enter) {
+        enter = share;
+        kept.From = Between(from, to, share);
+        setEdge(kept.From);
+      }
+    } else {
+      if (share < enter) return false;
+      if (share < leave) {
+        leave = share;
+        kept.To = Between(from, to, share);
+        setEdge(kept.To);
+      }
+    }
+    return true;
+  };
+  const bool visible = cut(-dx, from.X - rect.Left, [&](Point& at) { at.X = rect.Left; }) &&
+                       cut(dx, rect.Right - from.X, [&](Point& at) { at.X = rect.Right; }) &&
+                       cut(-dy, from.Y - rect.Top, [&](Point& at) { at.Y = rect.Top; }) &&
+                       cut(dy, rect.Bottom - from.Y, [&](Point& at) { at.Y = rect.Bottom; });
+  if (!visible) return std::nullopt;
+  return kept;
+}
+
+// One side of Sutherland & Hodgman (1974).
+template <class Inside, class Crossing>
+std::vector<Point> CutSide(const std::vector<Point>& ring, Inside&& inside, Crossing&& crossing) {
+  std::vector<Point> kept;
+  kept.reserve(ring.size() + 4);
+  for (std::size_t i = 0; i < ring.size(); ++i) {
+    const Point& from = ring[i == 0 ? ring.size() - 1 : i - 1];
+    const Point& to = ring[i];
+    if (inside(from) != inside(to)) kept.push_back(crossing(from, to));
+    if (inside(to)) kept.push_back(to);
+  }
+  return kept;
+}
+
+Point AtX(Point from, Point to, double x) {
+  return {x, Between(from, to, (x - from.X) / (to.X - from.X)).Y};
+}
+Point AtY(Point from, Point to, double y) {
+  return {Between(from, to, (y - from.Y) / (to.Y - from.Y)).X, y};
+}
+
+}  // namespace
+
+std::vector<std::vector<Point>> ClipPolyline(const std::vector<Point>& points, const Rect& to) {
+  std::vector<std::vector<Point>> pieces;
+  std::vector<Point> piece;
+  const auto endPiece = [&] {
+    if (piece.size() > 1) pieces.push_back(std::move(piece));
+    piece.clear();
+  };
+  for (std::size_t i = 1; i < points.size(); ++i) {
+    const Point from = points[i - 1];
+    const Point next = points[i];
+    if (!IsFinite(from) || !IsFinite(next)) {
+      endPiece();
+      continue;
+    }
+    const std::optional<Segment> kept = ClipSegment(from, next, to);
+    if (!kept || (kept->From == kept->To && from != next)) {  // outside, or touching a corner
+      endPiece();
+      continue;
+    }
+    if (piece.empty() || piece.back() != kept->From) {
+      endPiece();
+      piece.push_back(kept->From);
+    }
+    piece.push_back(kept->To);
+    if (kept->To != next) endPiece();
+  }
+  endPiece();
+  return pieces;
+}
+
+std::vector<Point> ClipPolygon(const std::vector<Point>& ring, const Rect& to) {
+  std::vector<Point> kept;
+  kept.reserve(ring.size());
+  for (const Point& at : ring) {
+    if (IsFinite(at)) kept.push_back(at);
+  }
+  kept = CutSide(
+      kept, [&](Point at) { return at.X >= to.Left; },
+      [&](Point from, Point next) { return AtX(from, next, to.Left); });
+  kept = CutSide(
+      kept, [&](Point at) { return at.X <= to.Right; },
+      [&](Point from, Point next) { return AtX(from, next, to.Right); });
+  kept = CutSide(
+      kept, [&](Point at) { return at.Y >= to.Top; },
+      [&](Point from, Point next) { return AtY(from, next, to.Top); });
+  kept = CutSide(
+      kept, [&](Point at) { return at.Y <= to.Bottom; },
+      [&](Point from, Point next) { return AtY(from, next, to.Bottom); });
+  if (kept.size() < 3) kept.clear();
+  return kept;
+}
+
+}  // namespace vexa
