@@ -1,0 +1,109 @@
+#include "picture/clip.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <random>
+#include <vector>
+
+namespace vexa {
+namespace {
+
+constexpr Rect kBox{0, 0, 100, 50};
+using Pieces = std::vector<std::vector<Point>>;
+
+double RingArea(const std::vector<Point>& ring) {
+  double twice = 0;
+  for (std::size_t i = 0; i < ring.size(); ++i) {
+    const Point& a = ring[i];
+    const Point& b = ring[(i + 1) % ring.size()];
+    twice += a.X * b.Y - b.X * a.Y;
+  }
+  return std::fabs(twice) / 2;
+}
+
+TEST(ClipPolyline, KeepsThePiecesInside) {
+  const double nan = std::numeric_limits<double>::quiet_NaN();
+  struct Case {
+    const char* about;
+    std::vector<Point> points;
+    Pieces expected;
+  };
+  const Case cases[] = {
+      {"inside stays as it is", {{1, 1}, {9, 9}, {20, 5}}, {{{1, 1}, {9, 9}, {20, 5}}}},
+      {"through both sides", {{-50, 25}, {150, 25}}, {{{0, 25}, {100, 25}}}},
+      {"out and in again gives two",
+       {{10, 40}, {10, 60}, {20, 60}, {20, 40}},
+       {{{10, 40}, {10, 50}}, {{20, 50}, {20, 40}}}},
+      {"beside", {{-10, 0}, {-10, 50}, {-1, 49}}, {}},
+      {"touching a corner only", {{-10, 10}, {10, -10}}, {}},
+      {"along an edge", {{-10, 50}, {110, 50}}, {{{0, 50}, {100, 50}}}},
+      {"a point that is none breaks the line",
+       {{1, 1}, {2, 2}, {nan, 3}, {4, 4}, {5, 5}},
+       {{{1, 1}, {2, 2}}, {{4, 4}, {5, 5}}}},
+      {"one point is no line", {{5, 5}}, {}},
+      {"from an edge inwards", {{0, 10}, {50, 10}}, {{{0, 10}, {50, 10}}}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.about);
+    EXPECT_EQ(ClipPolyline(c.points, kBox), c.expected);
+  }
+}
+
+TEST(ClipPolyline, RandomWalksStayInsideAndLoseNothing) {
+  std::mt19937 random(7);
+  std::uniform_real_distribution<double> anywhere(-150, 250);
+  for (int run = 0; run < 200; ++run) {
+    std::vector<Point> walk;
+    for (int i = 0; i < 12; ++i) walk.push_back({anywhere(random), anywhere(random)});
+    double kept = 0;
+    for (const auto& piece : ClipPolyline(walk, kBox)) {
+      for (std::size_t i = 0; i < piece.size(); ++i) {
+        ASSERT_TRUE(kBox.Contains(piece[i]));
+        if (i > 0) kept += std::hypot(piece[i].X - piece[i - 1].X, piece[i].Y - piece[i - 1].Y);
+      }
+    }
+    // Length inside, by stepping along the walk.
+    constexpr int kSteps = 2000;
+    double inside = 0;
+    for (std::size_t i = 1; i < walk.size(); ++i) {
+      const Point from = walk[i - 1];
+      const Point to = walk[i];
+      const double step = std::hypot(to.X - from.X, to.Y - from.Y) / kSteps;
+      for (int k = 0; k < kSteps; ++k) {
+        const double share = (k + 0.5) / kSteps;
+        if (kBox.Contains({from.X + share * (to.X - from.X), from.Y + share * (to.Y - from.Y)})) {
+          inside += step;
+        }
+      }
+    }
+    EXPECT_NEAR(kept, inside, 12 * 2 * 0.3);  // a step at each end of each segment
+  }
+}
+
+TEST(ClipPolygon, KeepsTheAreaInside) {
+  struct Case {
+    const char* about;
+    std::vector<Point> ring;
+    double area;
+  };
+  const Case cases[] = {
+      {"larger than the box", {{-10, -10}, {200, -10}, {200, 90}, {-10, 90}}, 100 * 50},
+      {"a triangle over the left edge", {{-10, 20}, {10, 10}, {10, 30}}, 150},
+      {"a notch from above",
+       {{0, 0}, {40, 0}, {50, 30}, {60, 0}, {100, 0}, {100, 50}, {0, 50}},
+       5000 - 300},
+      {"outside", {{-10, -10}, {-5, -10}, {-5, 90}}, 0},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.about);
+    const std::vector<Point> kept = ClipPolygon(c.ring, kBox);
+    EXPECT_NEAR(RingArea(kept), c.area, 1e-9);
+    EXPECT_EQ(kept.empty(), c.area == 0);
+    for (const Point& at : kept) EXPECT_TRUE(kBox.Contains(at));
+  }
+}
+
+}  // namespace
+}  // namespace vexa
