@@ -1,0 +1,141 @@
+#include "core/data_checks.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+#include <set>
+
+#include "support/soundings.h"
+
+namespace vexa {
+namespace {
+
+using test::Profile;
+
+TEST(PressureDupe, TheLastOfEqualNeighboursStays) {
+  SoundingRecord record =
+      Profile({{1000, 1, 1}, {850, 2, 2}, {850, 3, 3}, {850, 4, 4}, {700, 5, 5}, {850, 6, 6}});
+  PressureDupe(record);
+  EXPECT_EQ(record, Profile({{1000, 1, 1}, {850, 4, 4}, {700, 5, 5}, {850, 6, 6}}));
+  SoundingRecord empty;
+  PressureDupe(empty);
+  EXPECT_EQ(empty.NumTempLevels(), 0);
+}
+
+TEST(SortData, OrdersAnyShuffleAndKeepsLevelsTogether) {
+  std::mt19937 random(7);
+  for (int round = 0; round < 50; ++round) {
+    const int count = std::uniform_int_distribution<int>(0, 60)(random);
+    SoundingRecord record;
+    std::multiset<double> kept;
+    for (int i = 0; i < count; ++i) {
+      const double press = std::uniform_int_distribution<int>(0, 40)(random) * 25;
+      if (press != 0) kept.insert(press);
+      record.AddTemp(press, press + 1, press + 2);
+      const int tens = std::uniform_int_distribution<int>(0, 36)(random);
+      record.AddWind(i * 7919 % 61, tens * 10, tens);
+    }
+    EXPECT_EQ(SortData(record), Status::NoHeights);
+    EXPECT_EQ(std::multiset<double>(record.Press.Values().begin(), record.Press.Values().end()),
+              kept);
+    EXPECT_TRUE(std::ranges::is_sorted(record.Press.Values(), std::greater{}));
+    EXPECT_TRUE(std::ranges::is_sorted(record.WindHgt.Values()));
+    EXPECT_EQ(std::ranges::count(record.WindDir.Values(), 0.0), 0);
+    for (int i = 1; i <= record.NumTempLevels(); ++i) {
+      EXPECT_EQ(record.Temp(i), record.Press(i) + 1);
+      EXPECT_EQ(record.Dewpt(i), record.Press(i) + 2);
+    }
+    for (int i = 1; i <= record.NumWindLevels(); ++i) {
+      EXPECT_EQ(record.WindDir(i), record.WindSpd(i) * 10);
+    }
+    const SoundingRecord once = record;
+    SortData(record);
+    EXPECT_EQ(record, once);
+  }
+}
+
+TEST(SortData, WorkingWindsMoveAlongWhereTheyCoverAllLevels) {
+  SoundingRecord record = Profile({}, {{900, 90, 9}, {100, 360, 1}, {500, 0, 5}});
+  record.WorkWindDir = Levels<float>({91, 361, 1});
+  record.WorkWindSpd = Levels<float>({9, 1, 5});
+  EXPECT_EQ(SortData(record), Status::YesHeights);
+  EXPECT_EQ(record.WorkWindDir, Levels<float>({361, 91}));
+  EXPECT_EQ(record.WindHgt, Levels<double>({100, 900}));
+}
+
+TEST(DataQC, FirstFaultDecides) {
+  const auto high = [](SoundingRecord record, int elevM) {
+    SetElevation(record, elevM);
+    return record;
+  };
+  const auto coded = [](SoundingRecord record) {
+    record.DataFormat = "CODED";
+    return record;
+  };
+  SoundingRecord working = Profile({{1000, 20, 15}, {900, 18, 14}}, {{10, 350, 5}});
+  working.WorkWindDir = Levels<float>({350, 360.5F});
+  working.WorkWindSpd = Levels<float>({5, 5});
+  struct Case {
+    const char* about;
+    SoundingRecord record;
+    QcFinding found;
+  };
+  const Case cases[] = {
+      {"nothing wrong, 360 and 70 degrees and 6000 m still pass",
+       high(Profile({{1000, 70, 15}, {900, 18, 14}}, {{10, 360, 0}}), 6000),
+       {}},
+      {"elevation before all else", high(Profile({{900, 80, 15}, {1000, 18, 14}}), 6001), {7, 0}},
+      {"pressure repeats", Profile({{1000, 80, 15}, {900, 18, 14}, {900, 17, 14}}), {1, 2}},
+      {"too hot", Profile({{1000, 20, 15}, {900, 70.1, 80}}), {6, 2}},
+      {"dew point above temperature", Profile({{1000, 20, 20.1}, {900, 71, 14}}), {5, 1}},
+      {"missing dew point is no fault", Profile({{1000, 20, 999.9}, {900, 18, 14}}), {}},
+      {"wind heights repeat", Profile({}, {{10, 400, 5}, {10, 20, 5}}), {2, 1}},
+      {"heights matter in native files only", coded(Profile({}, {{10, 20, 5}, {10, 20, 5}})), {}},
+      {"direction", Profile({}, {{10, 20, 5}, {20, 360.5, -1}}), {3, 2}},
+      {"speed", Profile({}, {{10, 20, -1}}), {4, 1}},
+      {"working winds", working, {3, 2}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.about);
+    const QcFinding found = CheckRecord(c.record);
+    EXPECT_EQ(found.Number, c.found.Number);
+    EXPECT_EQ(found.Level, c.found.Level);
+  }
+}
+
+TEST(DataQC, AsksAndLeavesAStatus) {
+  CurrentSounding current{.Record = Profile({{1000, 20, 15}, {900, 18, 14}}, {{10, 20, -1}})};
+  test::ScriptedInteraction user;
+  current.Ask = &user;
+  user.Expect("Data Error", Answer::Ok);
+  EXPECT_EQ(DataQC(current), Status::QcError);
+  EXPECT_EQ(current.StatusText, "QC-ERROR");
+  EXPECT_EQ(user.Boxes[0].Text,
+            "Wind speed value is less then 0 knots.\n"
+            "Error is at or adjacent to Data Level: 1\nClick OK to correct the error.");
+  user.Expect("Data Error", Answer::Cancel);
+  EXPECT_EQ(DataQC(current), Status::QcCancel);
+  EXPECT_EQ(current.StatusText, "QC-CANCEL");
+  EXPECT_EQ(DataQC(current, true), Status::Ok);
+
+  {
+    const Silenced quiet(current);
+    EXPECT_EQ(DataQC(current), Status::QcError);
+    EXPECT_TRUE(quiet.Boxes().empty());
+    EXPECT_EQ(current.QcFault, 4);
+  }
+
+  // The tolerance is for faults of order, and for one of them.
+  current.TolerateOrderOnce = true;
+  user.Expect("Data Error", Answer::Ok);
+  EXPECT_EQ(DataQC(current), Status::QcError);
+  current.Record = Profile({{900, 20, 15}, {1000, 18, 14}});
+  EXPECT_EQ(DataQC(current), Status::Ok);
+  EXPECT_EQ(current.StatusText, "OK");
+  user.Expect("Data Error", Answer::Ok);
+  EXPECT_EQ(DataQC(current), Status::QcError);
+}
+
+}  // namespace
+}  // namespace vexa

@@ -1,0 +1,82 @@
+#include "core/numbers.h"
+
+#include <gtest/gtest.h>
+
+#include <clocale>
+#include <cmath>
+#include <limits>
+#include <random>
+
+namespace vexa {
+namespace {
+
+TEST(Numbers, WhatIsWrittenReadsBackTheSame) {
+  std::mt19937 random(1999);
+  std::uniform_real_distribution<double> digits(-1, 1);
+  std::uniform_int_distribution<int> exponent(-12, 12);
+  for (int i = 0; i < 20000; ++i) {
+    const double value = digits(random) * std::pow(10.0, exponent(random));
+    EXPECT_EQ(ParseNumber(Shortest(value)), value);
+    EXPECT_EQ(Shortest(value).find_first_of("eE,"), std::string::npos);
+  }
+  EXPECT_EQ(Shortest(-56.3), "-56.3");
+  EXPECT_EQ(Shortest(999.9F), "999.9");
+  EXPECT_EQ(Shortest(-0.0), "0");
+  EXPECT_EQ(Shortest(1e22), "10000000000000000000000");
+}
+
+TEST(Numbers, OnlyAWholeFieldIsANumber) {
+  EXPECT_EQ(ParseNumber(" +1.5D+02\r"), 150);
+  EXPECT_EQ(ParseNumber("-.5"), -0.5);
+  for (const char* text :
+       {"", " ", "1,5", "12x", "nan", "inf", "1e999", "--1", "+-1", "0x10", "1 2"}) {
+    EXPECT_FALSE(ParseNumber(text)) << text;
+  }
+  EXPECT_EQ(ParseWhole("48.0"), 48);
+  EXPECT_FALSE(ParseWhole("48.5"));
+  EXPECT_FALSE(ParseWhole("3000000000"));
+}
+
+TEST(Numbers, TheTwoRoundingsDifferInHalves) {
+  struct Case {
+    double Value;
+    int Whole;
+    const char* Shown;
+  };
+  const Case cases[] = {{0.5, 0, "1"},    {1.5, 2, "2"},    {2.5, 2, "3"},   {-0.5, 0, "-1"},
+                        {-1.5, -2, "-2"}, {-2.5, -2, "-3"}, {2.4999, 2, "2"}};
+  for (const Case& c : cases) {
+    EXPECT_EQ(ToWhole(c.Value), c.Whole) << c.Value;
+    EXPECT_EQ(Mask(c.Value, "##0"), c.Shown) << c.Value;
+  }
+  EXPECT_EQ(ToWhole(1e12), std::numeric_limits<int>::max());
+}
+
+TEST(Numbers, MaskRoundsTheDecimalTextAndPads) {
+  struct Case {
+    double Value;
+    const char *Pattern, *Text;
+  };
+  const Case cases[] = {
+      {1.005, "0.00", "1.01"},  // 1.00499999999999989… in binary, but shown as 1.005
+      {-0.04, "##0.0", "0.0"}, {999.96, "##0.0", "1000.0"},
+      {7, "00000", "00007"},   {0.25, "#.##", ".25"},
+      {3, "0.##", "3"},        {12345.678, "0.0", "12345.7"},
+  };
+  for (const Case& c : cases) EXPECT_EQ(Mask(c.Value, c.Pattern), c.Text) << c.Pattern;
+}
+
+TEST(Numbers, AreTheSameUnderACommaLocale) {
+  const std::string before = std::setlocale(LC_ALL, nullptr);
+  const char* set = std::setlocale(LC_ALL, "de_DE.UTF-8");
+  if (set == nullptr) set = std::setlocale(LC_ALL, "fr_FR.UTF-8");
+  if (set == nullptr) GTEST_SKIP() << "no locale with a decimal comma is installed";
+  ASSERT_STREQ(std::localeconv()->decimal_point, ",");
+  EXPECT_EQ(Shortest(1013.25), "1013.25");
+  EXPECT_EQ(ParseNumber("1013.25"), 1013.25);
+  EXPECT_EQ(Mask(1013.25, "###0.0"), "1013.3");
+  std::setlocale(LC_ALL, before.c_str());
+}
+
+}  // namespace
+}  // namespace vexa
