@@ -20,12 +20,12 @@ struct ElementRow {
 
 // In the order of Element. A pressure of 0 is refused too.
 constexpr std::array<ElementRow, kElements> kElementRows = {{
-    {"pressures", "hPa", 0, 1100},
-    {"heights", "m", -500, 60000},
-    {"temperatures", "C", -120, 60},
-    {"dew points", "C", -150, 60},
-    {"wind directions", "degrees", 0, 360},
-    {"wind speeds", "knots", 0, 300},
+    {"Pressures", "hPa", 0, 1100},
+    {"Heights", "m", -500, 60000},
+    {"Temperatures", "C", -120, 60},
+    {"Dew points", "C", -150, 60},
+    {"Wind directions", "degrees", 0, 360},
+    {"Wind speeds", "knots", 0, 300},
 }};
 
 constexpr double kMarkers[] = {-9999, 9999, 99999, -99999, -999, 999};
@@ -44,8 +44,8 @@ bool IsMarkerText(std::string_view field) {
   return std::ranges::find(kTexts, std::string_view(lower)) != std::end(kTexts);
 }
 
-std::string Counted(int count, std::string_view rest) {
-  return Shortest(count) + ' ' + std::string(rest);
+std::string Counted(std::string_view what, int count) {
+  return std::string(what) + ": " + Shortest(count);
 }
 
 bool HasWind(const SourceLevel& level) {
@@ -59,8 +59,9 @@ std::vector<std::string> Refusals::Notes() const {
   for (std::size_t i = 0; i < kElements; ++i) {
     if (counts_[i] == 0) continue;
     const ElementRow& row = kElementRows[i];
-    notes.push_back(Counted(counts_[i], row.Plural) + " outside " + Shortest(row.Least) + " to " +
-                    Shortest(row.Most) + ' ' + std::string(row.Unit) + " were left out.");
+    notes.push_back(Counted(std::string(row.Plural) + " outside " + Shortest(row.Least) + " to " +
+                                Shortest(row.Most) + ' ' + std::string(row.Unit) + ", left out",
+                            counts_[i]));
   }
   return notes;
 }
@@ -152,12 +153,14 @@ void FillProfiles(std::vector<SourceLevel> levels, SoundingRecord& into,
   }
 
   if (loweredDewpts > 0) {
-    notes.push_back(Counted(loweredDewpts, "dew points above the temperature were lowered to it."));
+    notes.push_back(Counted("Dew points above the temperature, lowered to it", loweredDewpts));
   }
   if (computedHeights > 0) {
     notes.push_back(
-        Counted(computedHeights, "winds had no height; theirs was computed") +
-        (heights.UsedStandardAtmosphere() ? ", partly in the standard atmosphere." : "."));
+        Counted(heights.UsedStandardAtmosphere()
+                    ? "Winds whose height was computed, partly in the standard atmosphere"
+                    : "Winds whose height was computed",
+                computedHeights));
   }
 }
 

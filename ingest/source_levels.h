@@ -21,7 +21,7 @@ inline constexpr std::size_t kElements = 6;
 class Refusals {
  public:
   void Add(Element element) { ++counts_[static_cast<std::size_t>(element)]; }
-  /// "2 temperatures outside -120 to 60 C were left out." and so on; empty when there were none.
+  /// "Temperatures outside -120 to 60 C, left out: 2" and so on; empty when there were none.
   std::vector<std::string> Notes() const;
 
  private:
