@@ -1,0 +1,347 @@
+#include "output/paint/paint.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <deque>
+#include <optional>
+#include <QColor>
+#include <QFont>
+#include <QFontMetricsF>
+#include <QImage>
+#include <QLineF>
+#include <QPaintEngine>
+#include <QPainter>
+#include <QPainterPath>
+#include <QPen>
+#include <QPolygonF>
+#include <QString>
+#include <QTransform>
+#include <QVarLengthArray>
+#include <variant>
+#include <vector>
+
+#include "picture/hatch.h"
+#include "picture/picture.h"
+#include "picture/stroke.h"
+
+namespace vexa::paint {
+namespace {
+
+constexpr double kHairlinePt = 0.24;  // on paper; a screen's hairline is one of its pixels
+constexpr double kPointsPerInch = 72;
+
+QColor ToColor(Color ink) {
+  return {ink.Red, ink.Green, ink.Blue, ink.Alpha};
+}
+
+bool IsFinite(Point at) {
+  return std::isfinite(at.X) && std::isfinite(at.Y);
+}
+
+// A face at a size, ready for the surface, with what its labels are placed by.
+struct SizedFont {
+  Face Kind = Face::Sans;
+  bool Bold = false;
+  double Size = 0;
+  QFont Font;
+  QFontMetricsF Metrics;
+};
+
+class Painter {
+ public:
+  explicit Painter(QPainter& painter) : painter_(painter) {
+    const QTransform& device = painter.deviceTransform();
+    const QPaintEngine* engine = painter.paintEngine();
+    snaps_ = engine != nullptr && engine->type() == QPaintEngine::Raster &&
+             device.type() <= QTransform::TxScale && device.m11() > 0 && device.m22() > 0;
+    device_ = device;
+    toDevice_ = std::hypot(device.m11(), device.m12());
+    dpi_ = std::max(1, painter.device()->logicalDpiY());
+    if (!(toDevice_ > 0)) toDevice_ = 1;
+    // Logical units are inches by the logical resolution, device pixels by the transform.
+    hairline_ = std::max(1 / toDevice_, kHairlinePt / kPointsPerInch * dpi_);
+  }
+
+  void Page(const Picture& picture, const QRectF& target) {
+    const PageFit fit = FitPage(picture.Width(), picture.Height(),
+                                {target.left(), target.top(), target.right(), target.bottom()});
+    if (fit.Scale <= 0) return;
+    const double outerScale = scale_;
+    const double outerLeft = left_;
+    const double outerTop = top_;
+    scale_ = fit.Scale;
+    left_ = fit.Left;
+    top_ = fit.Top;
+    const QRectF page(left_, top_, picture.Width() * scale_, picture.Height() * scale_);
+    painter_.save();
+    painter_.setClipRect(page, Qt::IntersectClip);
+    painter_.fillRect(page, ToColor(picture.Paper()));
+    ForgetState();
+    for (const Item& item : picture.Items()) {
+      std::visit([this](const auto& shape) { Draw(shape); }, item.Shape);
+    }
+    painter_.restore();
+    ForgetState();
+    scale_ = outerScale;
+    left_ = outerLeft;
+    top_ = outerTop;
+  }
+
+ private:
+  QPointF At(Point at) const { return {left_ + at.X * scale_, top_ + at.Y * scale_}; }
+
+  void ForgetState() {
+    pen_.reset();
+    brush_.reset();
+    font_ = nullptr;
+  }
+
+  // Pens and brushes are set only where they differ from the item's before.
+  bool SetPen(const Pen& pen) {
+    const bool draws = pen.Width > 0 && pen.Ink.Alpha != 0;
+    const Pen wanted = draws ? pen : Pen{};
+    if (pen_ != wanted) {
+      pen_ = wanted;
+      painter_.setPen(draws ? ToPen(pen) : QPen(Qt::NoPen));
+    }
+    return draws;
+  }
+
+  double DrawnWidth(const Pen& pen) const { return std::max(pen.Width * scale_, hairline_); }
+
+  QPen ToPen(const Pen& pen) const {
+    const double width = DrawnWidth(pen);
+    QPen made(ToColor(pen.Ink), width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
+    const DashPattern dashes(pen.Style, width / scale_);
+    if (!dashes.Lengths().empty()) {
+      QList<qreal> pattern;
+      for (const double length : dashes.Lengths()) pattern.append(length * scale_ / width);
+      made.setDashPattern(pattern);
+      made.setCapStyle(Qt::FlatCap);
+    } else if (width * toDevice_ < 2) {
+      made.setCapStyle(Qt::FlatCap);  // too thin to show its ends
+      made.setJoinStyle(Qt::BevelJoin);
+    }
+    return made;
+  }
+
+  void SetBrush(Color ink) {
+    if (brush_ == ink) return;
+    brush_ = ink;
+    if (ink.Alpha == 0) {
+      painter_.setBrush(Qt::NoBrush);
+    } else {
+      painter_.setBrush(ToColor(ink));
+    }
+  }
+
+  void Antialias(bool on) {
+    if (painter_.testRenderHint(QPainter::Antialiasing) != on) {
+      painter_.setRenderHint(QPainter::Antialiasing, on);
+    }
+  }
+
+  QPolygonF ToPolygon(const std::vector<Point>& points) const {
+    QPolygonF polygon;
+    polygon.reserve(static_cast<qsizetype>(points.size()));
+    for (const Point& at : points) {
+      if (IsFinite(at)) polygon.append(At(at));
+    }
+    return polygon;
+  }
+
+  // A line along the pixel grid would be smeared over two rows; it moves onto one. Its width, in
+  // device pixels, becomes whole for the purpose.
+  bool DrawAlongGrid(const Polyline& line) {
+    if (!snaps_ || line.Points.size() < 2 || line.Points.size() > 5) return false;
+    for (std::size_t i = 1; i < line.Points.size(); ++i) {
+      const Point& a = line.Points[i - 1];
+      const Point& b = line.Points[i];
+      if ((a.X == b.X) == (a.Y == b.Y)) return false;
+    }
+    const int width = std::max(1, static_cast<int>(DrawnWidth(line.Stroke) * toDevice_ + 0.5));
+    const double centre = width % 2 == 0 ? 0 : 0.5;
+    const auto snap = [centre](double place) {
+      return std::floor(place + (centre == 0 ? 0.5 : 0)) + centre;
+    };
+    QVarLengthArray<QPointF, 5> points;
+    for (const Point& at : line.Points) {
+      const QPointF place = device_.map(At(at));
+      points.append({(snap(place.x()) - device_.dx()) / device_.m11(),
+                     (snap(place.y()) - device_.dy()) / device_.m22()});
+    }
+    QPen pen = ToPen(line.Stroke);
+    const double before = pen.widthF();
+    pen.setWidthF(width / toDevice_);
+    if (pen.style() == Qt::CustomDashLine) {  // lengths stay, in units of the new width
+      QList<qreal> pattern = pen.dashPattern();
+      for (qreal& length : pattern) length *= before / pen.widthF();
+      pen.setDashPattern(pattern);
+    } else {
+      pen.setCapStyle(Qt::SquareCap);
+      pen.setJoinStyle(Qt::MiterJoin);
+    }
+    pen_.reset();
+    painter_.setPen(pen);
+    painter_.drawPolyline(points.data(), static_cast<int>(points.size()));
+    return true;
+  }
+
+  void Draw(const Polyline& line) {
+    if (line.Stroke.Width <= 0 || line.Stroke.Ink.Alpha == 0) return;
+    Antialias(true);
+    if (DrawAlongGrid(line)) return;
+    SetPen(line.Stroke);
+    const QPolygonF polygon = ToPolygon(line.Points);
+    if (polygon.size() > 1) painter_.drawPolyline(polygon);
+  }
+
+  void Draw(const Area& area) {
+    const bool isPlain = area.Fill.Style == FillStyle::Plain;
+    const Color fill = isPlain ? area.Fill.Ink : Color{0, 0, 0, 0};
+    const bool strokes = SetPen(area.Stroke);
+    Antialias(true);
+    if (strokes || fill.Alpha != 0) {
+      SetBrush(fill);
+      if (area.Rings.size() == 1) {
+        painter_.drawPolygon(ToPolygon(area.Rings.front()), Qt::OddEvenFill);
+      } else {
+        QPainterPath path;
+        path.setFillRule(Qt::OddEvenFill);
+        for (const std::vector<Point>& ring : area.Rings) {
+          path.addPolygon(ToPolygon(ring));
+          path.closeSubpath();
+        }
+        painter_.drawPath(path);
+      }
+    }
+    if (!isPlain && area.Fill.Ink.Alpha != 0) Hatch(area);
+  }
+
+  void Hatch(const Area& area) {
+    const std::vector<HatchLine> lines = HatchLines(area.Rings, area.Fill.Style);
+    QList<QLineF> drawn;
+    drawn.reserve(static_cast<qsizetype>(lines.size()));
+    for (const HatchLine& line : lines) drawn.append(QLineF(At(line.From), At(line.To)));
+    if (SetPen({area.Fill.Ink, kHatchWidth, LineStyle::Solid})) painter_.drawLines(drawn);
+  }
+
+  void Draw(const Circle& circle) {
+    if (!IsFinite(circle.Center) || !(circle.Radius > 0) || !std::isfinite(circle.Radius)) return;
+    const bool strokes = SetPen(circle.Stroke);
+    if (!strokes && circle.Fill.Ink.Alpha == 0) return;
+    SetBrush(circle.Fill.Ink);
+    Antialias(true);
+    const double radius = circle.Radius * scale_;
+    painter_.drawEllipse(At(circle.Center), radius, radius);
+  }
+
+  const SizedFont& FontFor(const Label& label) {
+    const double size = label.Size * scale_;
+    for (const SizedFont& font : fonts_) {
+      if (font.Kind == label.Font && font.Bold == label.Bold && font.Size == size) return font;
+    }
+    QFont font;
+    if (label.Font == Face::Mono) {
+      font.setFamilies({QStringLiteral("Courier New"), QStringLiteral("Liberation Mono"),
+                        QStringLiteral("monospace")});
+      font.setStyleHint(QFont::Monospace);
+    } else {
+      font.setFamilies({QStringLiteral("Arial"), QStringLiteral("Liberation Sans"),
+                        QStringLiteral("sans-serif")});
+      font.setStyleHint(QFont::SansSerif);
+    }
+    // Points can be fractions where pixels cannot.
+    font.setPointSizeF(std::max(0.5, size * kPointsPerInch / dpi_));
+    font.setBold(label.Bold);
+    font.setHintingPreference(QFont::PreferNoHinting);
+    return fonts_.emplace_back(
+        SizedFont{label.Font, label.Bold, size, font, QFontMetricsF(font, painter_.device())});
+  }
+
+  void Draw(const Label& label) {
+    if (label.Text.empty() || !IsFinite(label.At) || !(label.Size > 0)) return;
+    const SizedFont& font = FontFor(label);
+    const QString text = QString::fromUtf8(label.Text.data(), static_cast<int>(label.Text.size()));
+    QPointF offset(0, 0);
+    if (label.Across != AnchorX::Left) {
+      const double width = font.Metrics.horizontalAdvance(text);
+      offset.setX(label.Across == AnchorX::Center ? -width / 2 : -width);
+    }
+    if (label.Down != AnchorY::Base) {
+      const double capHeight = font.Metrics.capHeight();
+      offset.setY(label.Down == AnchorY::Middle ? capHeight / 2 : capHeight);
+    }
+    Antialias(true);
+    if (label.Angle == 0) {
+      Letters(label, font, At(label.At) + offset, text);
+      return;
+    }
+    painter_.save();
+    painter_.translate(At(label.At));
+    painter_.rotate(-label.Angle);
+    Letters(label, font, offset, text);
+    painter_.restore();
+    ForgetState();
+  }
+
+  void Letters(const Label& label, const SizedFont& font, QPointF at, const QString& text) {
+    if (label.Halo.Alpha != 0) {
+      QPainterPath outline;
+      outline.addText(at, DeviceFont(font), text);
+      painter_.strokePath(outline, QPen(ToColor(label.Halo), 2 * kHaloShare * font.Size,
+                                        Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    }
+    const Pen ink{label.Ink, 1, LineStyle::Solid};
+    if (!SetPen(ink)) return;
+    if (font_ != &font) {
+      painter_.setFont(font.Font);
+      font_ = &font;
+    }
+    painter_.drawText(at, text);
+  }
+
+  // A path takes its letters at the screen's resolution; the surface may have another.
+  QFont DeviceFont(const SizedFont& font) const { return QFont(font.Font, painter_.device()); }
+
+  void Draw(const Inset& inset) {
+    if (inset.Content.empty()) return;
+    Page(inset.Content.front(), QRectF(At({inset.Place.Left, inset.Place.Top}),
+                                       At({inset.Place.Right, inset.Place.Bottom})));
+  }
+
+  QPainter& painter_;
+  QTransform device_{};
+  bool snaps_ = false;
+  double toDevice_ = 1;  // device pixels per logical unit
+  int dpi_ = 96;
+  double hairline_ = 1;  // logical units
+
+  double scale_ = 1;  // logical units per drawing unit
+  double left_ = 0;
+  double top_ = 0;
+  std::optional<Pen> pen_{};
+  std::optional<Color> brush_{};
+  const SizedFont* font_ = nullptr;
+  std::deque<SizedFont> fonts_{};  // few; entries keep their place
+};
+
+}  // namespace
+
+void Paint(const Picture& picture, QPainter& painter, const QRectF& target) {
+  painter.save();
+  Painter(painter).Page(picture, target);
+  painter.restore();
+}
+
+QImage ToImage(const Picture& picture, int widthPx, int heightPx) {
+  QImage image(widthPx, heightPx, QImage::Format_RGB32);
+  if (image.isNull()) return image;
+  image.fill(ToColor(picture.Paper()));
+  QPainter painter(&image);
+  Paint(picture, painter, QRectF(0, 0, widthPx, heightPx));
+  return image;
+}
+
+}  // namespace vexa::paint
