@@ -1,0 +1,252 @@
+#include "ingest/decoder.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+
+#include "core/files.h"
+#include "core/raw_file.h"
+#include "core/units.h"
+#include "ingest/height_finder.h"
+#include "ingest/source_header.h"
+#include "ingest/source_levels.h"
+#include "support/soundings.h"
+
+namespace vexa::ingest {
+namespace {
+
+struct Decoded {
+  SoundingRecord Record{};
+  std::optional<Fault> Failed{};
+  std::vector<std::string> Notes{};
+};
+
+Decoded DecodeText(const std::string& name, std::string text) {
+  LoadContext context;
+  Decoded decoded;
+  decoded.Failed = DecodeSounding(SourceText(name, std::move(text)), context, decoded.Record);
+  decoded.Notes = std::move(context.Notes);
+  return decoded;
+}
+
+std::string FileText(const std::string& name) {
+  return ReadFile(test::TestData(name)).Value();
+}
+
+TEST(Wyoming, AWebPage) {
+  const Decoded decoded = DecodeText("page.html", FileText("wyoming_page.html"));
+  ASSERT_FALSE(decoded.Failed) << decoded.Failed->Detail;
+  const SoundingRecord& record = decoded.Record;
+  EXPECT_EQ(record.DataFormat, "WYOMING");
+  EXPECT_EQ(record.StationTitle, "01234 - TSTX - Hill & Dale  06Z 29 Feb 2024");
+  EXPECT_EQ(record.WmoNumber, 1234);
+  EXPECT_EQ(record.Time, (ObservationTime{2024, 2, 29, 6, 0}));
+  EXPECT_EQ(record.LatHemi + record.LonHemi, "SE");
+  EXPECT_EQ(record.LonSigned, 151.25);
+  EXPECT_EQ(record.ElevM, 66);
+  // Below ground nothing; the dew point is lowered; the first of two 850 stays; -9999 and an
+  // impossible temperature are missing.
+  EXPECT_EQ(record.Press, Levels<double>({990, 925, 850, 700, 500}));
+  EXPECT_EQ(record.Temp, Levels<double>({21, 17, 12.2, 2, -15.1}));
+  EXPECT_EQ(record.Dewpt, Levels<double>({21, 14, 8.4, 999.9, 999.9}));
+  // Calm and north are 360, which ordering does not take for empty.
+  EXPECT_EQ(record.WindHgt, Levels<double>({65, 655, 1390, 2990, 7230}));
+  EXPECT_EQ(record.WindDir, Levels<double>({360, 360, 200, 210, 215}));
+  EXPECT_EQ(record.WindSpd, Levels<double>({0, 12, 25, 35, 60}));
+  EXPECT_EQ(decoded.Notes,
+            (std::vector<std::string>{"Dew points above the temperature, lowered to it: 1",
+                                      "Temperatures outside -120 to 60 C, left out: 1"}));
+}
+
+TEST(Wyoming, TheNewerTextWithMetresPerSecond) {
+  const Decoded decoded = DecodeText("text.txt", FileText("wyoming_text.txt"));
+  ASSERT_FALSE(decoded.Failed) << decoded.Failed->Detail;
+  const SoundingRecord& record = decoded.Record;
+  EXPECT_EQ(record.StationTitle, "98989 - PLACE ONE, Land  18Z 07 Nov 1987");
+  EXPECT_EQ(record.LatSigned, 60.125);
+  EXPECT_EQ(record.LonSigned, -5.5);
+  EXPECT_TRUE(record.ElevUnknown);
+  EXPECT_NEAR(record.WindSpd(2), 19.438, 0.001);
+  // 455 m - 29.27 m/K * 277.45 K * ln(1002/950).
+  EXPECT_NEAR(record.WindHgt(1), 22.2, 1);
+}
+
+TEST(Wyoming, DamageNamesItsLine) {
+  const std::string whole = FileText("wyoming_page.html");
+  std::string damaged = whole;
+  damaged.replace(damaged.find("12.2"), 4, "1x.2");
+  const Decoded bad = DecodeText("page.html", damaged);
+  ASSERT_TRUE(bad.Failed);
+  EXPECT_EQ(bad.Failed->Number, kFaultEndOfFile);
+  EXPECT_EQ(bad.Failed->Detail, "page.html, line 13: \"1x.2\" in column TEMP is not a number");
+
+  std::string unit = whole;
+  unit.replace(unit.find("knot"), 4, "km/h");
+  const Decoded strange = DecodeText("page.html", unit);
+  ASSERT_TRUE(strange.Failed);
+  EXPECT_EQ(strange.Failed->Number, kFaultNonStandard);
+
+  // A last row that ends inside a column has lost digits.
+  const std::size_t cut = whole.find("5600  -15.1");
+  const Decoded part = DecodeText("page.html", whole.substr(0, cut + 9));
+  ASSERT_FALSE(part.Failed);
+  EXPECT_EQ(part.Record.Press.Top(), 700);
+  EXPECT_EQ(part.Notes.back(), "The last row is cut off and was left out.");
+}
+
+TEST(Wyoming, OfSeveralSoundingsTheFirst) {
+  const std::string page = FileText("wyoming_page.html");
+  const Decoded decoded = DecodeText("page.html", page + FileText("wyoming_text.txt"));
+  EXPECT_EQ(decoded.Record.ElevM, 66);
+  EXPECT_EQ(decoded.Record.NumTempLevels(), 5);
+  EXPECT_NE(std::ranges::find(decoded.Notes,
+                              "The file holds more than one sounding; the first one was taken."),
+            decoded.Notes.end());
+}
+
+TEST(SpcText, RowsInAnyOrder) {
+  const Decoded decoded = DecodeText("x.spc", FileText("spc_text.spc"));
+  ASSERT_FALSE(decoded.Failed) << decoded.Failed->Detail;
+  const SoundingRecord& record = decoded.Record;
+  EXPECT_EQ(record.DataFormat, "SPC");
+  EXPECT_EQ(record.StationTitle, "TST  2330Z 31 May 2049");
+  EXPECT_EQ(record.LatSigned, -12.5);
+  EXPECT_EQ(record.LonSigned, 130.75);
+  EXPECT_EQ(record.ElevM, 410);
+  EXPECT_EQ(record.Press, Levels<double>({960, 850, 700}));
+  EXPECT_EQ(record.Dewpt, Levels<double>({22, 20, 999.9}));
+  EXPECT_EQ(record.WindDir, Levels<double>({170, 360, 220, 230}));
+  // 800 hPa: 1500 + 1600 * ln(850/800) / ln(850/700); 600 hPa: 1194 m above 700 in the standard
+  // atmosphere's tables.
+  EXPECT_NEAR(record.WindHgt(3), 1999.6, 0.1);
+  EXPECT_NEAR(record.WindHgt(4), 4294, 1.5);
+
+  std::string damaged = FileText("spc_text.spc");
+  damaged.replace(damaged.find("20.00,     20.50"), 5, "20:00");
+  EXPECT_EQ(DecodeText("x.spc", damaged).Failed->Detail,
+            "x.spc, line 10: \"20:00\" is not a number");
+}
+
+TEST(HeightFinder, FollowsTheStandardAtmosphereWhereNothingIsKnown) {
+  HeightFinder finder;
+  // Heights of the tables of the standard atmosphere.
+  EXPECT_NEAR(finder.At(1013.25), 0, 0.01);
+  EXPECT_NEAR(finder.At(500), 5574, 2);
+  EXPECT_NEAR(finder.At(100), 16180, 4);
+  EXPECT_NEAR(finder.At(10), 31055, 10);
+  EXPECT_TRUE(finder.UsedStandardAtmosphere());
+}
+
+TEST(Decoders, RecogniseByContent) {
+  struct Case {
+    const char *File, *Tag;
+  };
+  const Case cases[] = {{"native_5_7.RAW", "RAW"},        {"native_1_9.RAW", "RAW"},
+                        {"native_quick.RAW", "RAW"},      {"native_damaged.RAW", "RAW"},
+                        {"wyoming_page.html", "WYOMING"}, {"wyoming_text.txt", "WYOMING"},
+                        {"spc_text.spc", "SPC"}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.File);
+    const Decoder* decoder = FindDecoder(SourceText("x", FileText(c.File)));
+    ASSERT_NE(decoder, nullptr);
+    EXPECT_EQ(decoder->Tag, c.Tag);
+  }
+  // In a web page any of them is itself.
+  const std::string page = "<html><pre>" + FileText("wyoming_text.txt") + "</pre>";
+  EXPECT_EQ(DecodeText("p", page).Record.NumTempLevels(), 3);
+
+  const Decoded refusal = DecodeText("r.html", FileText("wyoming_refusal.html"));
+  EXPECT_EQ(refusal.Failed->Number, kFaultEndOfFile);
+  EXPECT_EQ(refusal.Failed->Detail,
+            "r.html: Can't get 01234 TSTX Hill Observations at 06Z 30 Feb 2024.");
+  EXPECT_EQ(DecodeText("e", "").Failed->Detail, "e: the file is empty");
+  EXPECT_EQ(DecodeText("n", "a list of things\n1,2,3\n").Failed->Number, kFaultFormat);
+  EXPECT_EQ(DecodeText("o",
+                       "\"VEXA 5.7\",\"t\",1,1,0\n1,\"N\",1,\"E\",0\n\"\",0,\"\",0,0,\"\",\"\"\n"
+                       "1000,1,1\n")
+                .Failed->Number,
+            kFaultTooFewLevels);
+}
+
+TEST(LoadSounding, KeepsTheSoundingInWorkUntilTheNewOneIsWhole) {
+  const test::TemporaryFolder folder;
+  CurrentSounding current;
+  test::ScriptedInteraction user;
+  current.Ask = &user;
+  user.Expect("Wind height error", Answer::Ok);
+  ASSERT_EQ(LoadSounding(current, test::TestData("native_5_7.RAW")), Status::Ok);
+  EXPECT_EQ(current.FileName, "native_5_7.RAW");
+  EXPECT_EQ(current.DataFolder, test::TestData("").parent_path());
+  const SoundingRecord first = current.Record;
+
+  std::string damaged = FileText("spc_text.spc");
+  damaged.replace(damaged.find("30.00"), 5, "3O.00");
+  ASSERT_FALSE(SaveFile(folder.Path() / "bad one.spc", damaged));
+  user.Expect("VEXA", Answer::Ok);
+  EXPECT_EQ(LoadSounding(current, folder.Path() / "bad one.spc"), Status::Error);
+  EXPECT_EQ(user.Boxes.back().Text,
+            "Data file is corrupt, incomplete, or has incorrect format.\n"
+            "bad one.spc, line 7: \"3O.00\" is not a number");
+  user.Expect("VEXA", Answer::Ok);
+  EXPECT_EQ(LoadSounding(current, folder.Path() / "none.RAW"), Status::Error);
+  EXPECT_EQ(current.StatusText, "none.RAW does not exist.");
+  EXPECT_EQ(current.Record, first);
+  EXPECT_EQ(current.FileName, "native_5_7.RAW");
+
+  // The native reader leaves what it read before the damage.
+  user.Expect("VEXA", Answer::Ok);
+  EXPECT_EQ(LoadSounding(current, test::TestData("native_damaged.RAW")), Status::Error);
+  EXPECT_EQ(current.Record.Press, Levels<double>({1000, 900}));
+  EXPECT_EQ(current.FileName, "native_damaged.RAW");
+}
+
+TEST(ReadElement, TellsValuesMarkersAndRubbishApart) {
+  struct Case {
+    const char* Field;
+    Element What;
+    bool Read;
+    std::optional<double> Value;
+    int Refused;
+  };
+  const Case cases[] = {
+      {"999.0", Element::Press, true, 999.0, 0},  {"999.00", Element::Temp, true, {}, 0},
+      {"9999", Element::Height, true, 9999.0, 0}, {"-9999.004", Element::Height, true, {}, 0},
+      {"/////", Element::Temp, true, {}, 0},      {"NaN", Element::Speed, true, {}, 0},
+      {"", Element::Dewpt, true, {}, 0},          {"61", Element::Temp, true, {}, 1},
+      {"0", Element::Press, true, {}, 1},         {"361", Element::Direction, true, {}, 1},
+      {"12,5", Element::Temp, false, {}, 0},      {"12C", Element::Temp, false, {}, 0},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.Field);
+    Refusals refusals;
+    std::optional<double> value;
+    EXPECT_EQ(ReadElement(c.Field, c.What, refusals, value), c.Read);
+    EXPECT_EQ(value, c.Value);
+    EXPECT_EQ(refusals.Notes().size(), static_cast<std::size_t>(c.Refused));
+  }
+  Refusals refusals;
+  std::optional<double> speed;
+  EXPECT_TRUE(ReadElement("155", Element::Speed, refusals, speed, kMsToKnot));
+  EXPECT_FALSE(speed);  // 301 knots
+}
+
+TEST(SourceHeader, TimesAndCaptions) {
+  EXPECT_EQ(ParseCompactTime("490101/0000")->Year, 2049);
+  EXPECT_EQ(ParseCompactTime("500101/0030")->Year, 1950);
+  EXPECT_EQ(ParseCompactTime("500101/0030")->Minute, 30);
+  for (const char* text :
+       {"990229/0000", "991301/0000", "990101/2400", "9901011/000", "abcdef/ghij"}) {
+    EXPECT_FALSE(ParseCompactTime(text)) << text;
+  }
+  EXPECT_FALSE(ParseWrittenTime("00Z 31 Apr 1999"));
+  EXPECT_FALSE(ParseWrittenTime("00Z 04 Mai 1999"));
+  // The time stays whole whatever the name.
+  const std::string caption =
+      Caption({3772, "", std::string(60, 'N')}, ObservationTime{1999, 5, 4, 0, 0});
+  EXPECT_EQ(caption, "03772 - " + std::string(29, 'N') + "  00Z 04 May 1999");
+  EXPECT_EQ(caption.size(), 54U);
+}
+
+}  // namespace
+}  // namespace vexa::ingest

@@ -1,0 +1,334 @@
+// The collection of real soundings. Counts and levels were taken from the files by eye and with a
+// throw-away script that cuts columns and commas; of repeated pressures the first counts.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <string>
+
+#include "core/data_checks.h"
+#include "core/files.h"
+#include "core/markers.h"
+#include "core/units.h"
+#include "ingest/decoder.h"
+#include "support/soundings.h"
+
+namespace vexa::ingest {
+namespace {
+
+using test::TempRow;
+using test::WindRow;
+
+struct Sample {
+  const char* File;
+  int Temps, Dewpts, Winds;
+  TempRow First, Last;
+  WindRow LowestWind, HighestWind;
+  double Elevation;  // kNone: not known
+  double LatSigned, LonSigned;
+  const char* Title;
+};
+
+// A speed in knots of one that the file gives in m/s.
+constexpr double FromMs(double speedMs) {
+  return speedMs * kMsToKnot;
+}
+
+const Sample kSamples[] = {
+    {"wyoming/html_72357_OUN_1999050400.html",
+     31,
+     31,
+     30,
+     {959, 22.2, 19},
+     {251, -52.5, -56.7},
+     {345, 160, 18},
+     {10058, 250, 70},
+     345,
+     35.18,
+     -97.44,
+     "72357 - OUN - Norman  00Z 04 May 1999"},
+    {"wyoming/html_72681_BOI_2010120912.html",
+     130,
+     28,
+     129,
+     {919, -0.1, -0.2},
+     {7.5, -56.9, kMissing},
+     {874, 240, 3},
+     {32309, 310, 20},
+     874,
+     43.56,
+     -116.21,
+     "72681 - BOI - Boise  12Z 09 Dec 2010"},
+    {"wyoming/html_72349_1976030400_no_id.html",
+     54,
+     25,
+     52,
+     {961, 5.6, 5.3},
+     {23, -57.1, kMissing},
+     {438, 80, 15},
+     {23560, 325, 29},
+     438,
+     36.88,
+     -93.9,
+     "72349  00Z 04 Mar 1976"},
+    // The surface has no height: 74 m - 29.27 m/K * 305.6 K * ln(1002/1000).
+    {"wyoming/html_82244_2012010100_no_position.html",
+     69,
+     69,
+     69,
+     {1002, 29, 24.1},
+     {50, -62.1, -83.1},
+     {56.1, 360, 4},
+     {20590, 340, 8},
+     kNone,
+     0,
+     0,
+     "82244 - Santarem  00Z 01 Jan 2012"},
+    {"wyoming/html_72672_RIW_2019052812.html",
+     128,
+     128,
+     127,
+     {824, 4.6, 3.9},
+     {8.3, -38.9, -68.9},
+     {1703, 300, 5},
+     {32309, 100, 28},
+     1703,
+     43.06,
+     -108.48,
+     "72672 - RIW - Riverton  12Z 28 May 2019"},
+    {"wyoming/text_83779_Marte_2023022312_ms.txt",
+     93,
+     93,
+     93,
+     {938, 21.2, 18.8},
+     {28.3, -57.7, -92.7},
+     {722, 10, FromMs(4.1)},
+     {24167, 88, FromMs(21.6)},
+     722,
+     -23.52,
+     -46.63,
+     "83779 - MARTE CIV/MIL, Brazil  12Z 23 Feb 2023"},
+    {"wyoming/table_only_may4.txt",
+     30,
+     30,
+     30,
+     {959, 22.2, 19},
+     {268.6, -49.1, -53.2},
+     {345, 160, 18},
+     {10058, 250, 70},
+     345,
+     0,
+     0,
+     "table_only_may4.txt"},
+    {"wyoming/table_only_nov11.txt",
+     53,
+     53,
+     26,
+     {978, 20.4, 16.5},
+     {23.5, -47.3, -60.3},
+     {180, 180, 16},
+     {5791, 240, 81},
+     180,
+     0,
+     0,
+     "table_only_nov11.txt"},
+    {"wyoming/table_only_may22.txt",
+     75,
+     75,
+     75,
+     {923, 24.4, 17.4},
+     {70, -64.9, -87.9},
+     {790, 145, 17},
+     {18630, 260, 28},
+     790,
+     0,
+     0,
+     "table_only_may22.txt"},
+    {"spc/14061619.OAX",
+     150,
+     150,
+     69,
+     {965, 27.8, 23.8},
+     {7.8, -31.9, -71.9},
+     {350, 150, 23},
+     {33223, 90, 39.01},
+     350,
+     0,
+     0,
+     "OAX  19Z 16 Jun 2014"},
+    {"spc/14072800.BNA",
+     86,
+     86,
+     86,
+     {989, 32.6, 23.6},
+     {20, -49.5, -83.5},
+     {210, 265, 10},
+     {26850, 90, 31.99},
+     210,
+     36.25,
+     -86.56,
+     "BNA  00Z 28 Jul 2014"},
+    {"spc/hail_01062100.DNR",
+     75,
+     75,
+     73,
+     {843, 23.1, 12.4},
+     {6.9, -30.3, -63.3},
+     {1625, 30, 7.77},
+     {33528, 70, 36.91},
+     1625,
+     0,
+     0,
+     "DNR  00Z 21 Jun 2001"},
+    {"spc/hail_02072000.LZK",
+     83,
+     40,
+     82,
+     {994, 31.6, 25.8},
+     {8.6, -41.3, kMissing},
+     {78, 120, 6.99},
+     {32004, 95, 40.99},
+     78,
+     0,
+     0,
+     "LZK  00Z 20 Jul 2002"},
+    {"spc/hail_04040400.EPZ",
+     65,
+     65,
+     64,
+     {870, 21.24, 14.48},
+     {13.2, -48.3, -73.3},
+     {1252, 130, 13.02},
+     {28651, 305, 4.08},
+     1252,
+     0,
+     0,
+     "EPZ  00Z 04 Apr 2004"},
+    {"spc/hail_91051700.TBW",
+     98,
+     78,
+     98,
+     {1014, 32.33, 21.35},
+     {100, -71.6, kMissing},
+     {13, 150, 8},
+     {16539, 254, 10},
+     13,
+     0,
+     0,
+     "TBW  00Z 17 May 1991"},
+    {"spc/supercell_00010319f0.gwo",
+     39,
+     39,
+     39,
+     {999.02, 21.97, 19.27},
+     {50, -62.94, -67.18},
+     {75.76, 177.71, 16.03},
+     {20567.44, 239.48, 106.68},
+     76,
+     0,
+     0,
+     "GWO  19Z 03 Jan 2000"},
+    {"spc/supercell_11052219.SGF",
+     82,
+     82,
+     56,
+     {962, 27.2, 19.2},
+     {7.8, -35.9, -73.9},
+     {387, 195, 10.99},
+     {32614, 90, 6.99},
+     387,
+     0,
+     0,
+     "SGF  19Z 22 May 2011"},
+};
+
+void ExpectTemp(const SoundingRecord& record, int level, const TempRow& row) {
+  EXPECT_EQ(record.Press(level), row.Press);
+  EXPECT_EQ(record.Temp(level), row.Temp);
+  EXPECT_EQ(record.Dewpt(level), row.Dewpt);
+}
+
+void ExpectWind(const SoundingRecord& record, int level, const WindRow& row) {
+  EXPECT_NEAR(record.WindHgt(level), row.Height, 0.05);  // one of them is computed
+  EXPECT_EQ(record.WindDir(level), row.Dir);
+  EXPECT_EQ(record.WindSpd(level), row.Spd);
+}
+
+TEST(RealFiles, CountsAndLevels) {
+  for (const Sample& sample : kSamples) {
+    SCOPED_TRACE(sample.File);
+    VEXA_REAL_DATA(path, sample.File);
+    CurrentSounding current;
+    SilentInteraction quiet;
+    current.Ask = &quiet;
+    ASSERT_EQ(LoadSounding(current, path), Status::Ok) << current.StatusText;
+    const SoundingRecord& record = current.Record;
+    EXPECT_EQ(record.NumTempLevels(), sample.Temps);
+    EXPECT_EQ(record.NumWindLevels(), sample.Winds);
+    int dewpts = 0;
+    for (const double dewpt : record.Dewpt.Values()) dewpts += IsMissing(dewpt) ? 0 : 1;
+    EXPECT_EQ(dewpts, sample.Dewpts);
+    ExpectTemp(record, 1, sample.First);
+    ExpectTemp(record, record.NumTempLevels(), sample.Last);
+    ExpectWind(record, 1, sample.LowestWind);
+    ExpectWind(record, record.NumWindLevels(), sample.HighestWind);
+    EXPECT_EQ(record.ElevUnknown, sample.Elevation == kNone);
+    EXPECT_EQ(record.ElevM, record.ElevUnknown ? 0 : sample.Elevation);
+    EXPECT_NEAR(record.LatSigned, sample.LatSigned, 1e-9);
+    EXPECT_NEAR(record.LonSigned, sample.LonSigned, 1e-9);
+    EXPECT_EQ(record.StationTitle, sample.Title);
+    EXPECT_EQ(CheckRecord(record), QcFinding{});
+  }
+}
+
+TEST(RealFiles, AServersRefusalKeepsItsWords) {
+  VEXA_REAL_DATA(path, "wyoming/html_no_data_BOI_2010120901.html");
+  CurrentSounding current{.Record = test::ReferenceWinter(), .FileName = "winter.RAW"};
+  SilentInteraction quiet;
+  current.Ask = &quiet;
+  EXPECT_EQ(LoadSounding(current, path), Status::Error);
+  EXPECT_NE(
+      quiet.Boxes.at(0).Text.find("Can't get 72681 BOI Boise Observations at 01Z 09 Dec 2010."),
+      std::string::npos);
+  EXPECT_EQ(current.Record, test::ReferenceWinter());
+  EXPECT_EQ(current.FileName, "winter.RAW");
+}
+
+// Whatever stands in a file or is cut off it: an orderly sounding or a fault that says why.
+void ExpectOrderly(const std::string& name, std::string text) {
+  SCOPED_TRACE(name + " of " + std::to_string(text.size()) + " bytes");
+  LoadContext context;
+  SoundingRecord record;
+  const std::optional<Fault> fault =
+      DecodeSounding(SourceText(name, std::move(text)), context, record);
+  if (fault) {
+    EXPECT_NE(fault->Detail.find(name), std::string::npos) << fault->Detail;
+  } else {
+    EXPECT_GE(record.NumTempLevels(), 2);
+  }
+  for (int i = 2; i <= record.NumTempLevels(); ++i) EXPECT_LT(record.Press(i), record.Press(i - 1));
+}
+
+TEST(AnyFile, CutAnywhereNeverCrashes) {
+  std::vector<std::filesystem::path> folders = {test::TestData("")};
+  if (const auto real = test::RealData("")) folders.push_back(*real);
+  int files = 0;
+  for (const std::filesystem::path& folder : folders) {
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
+      constexpr std::uintmax_t kLargest = 200000;
+      if (!entry.is_regular_file() || entry.file_size() > kLargest) continue;
+      const std::string text = ReadFile(entry.path()).Value();
+      const std::string name = entry.path().filename().string();
+      const std::size_t step = std::max<std::size_t>(1, text.size() / 30);
+      for (std::size_t size = 0; size < text.size(); size += step) {
+        ExpectOrderly(name, text.substr(0, size));
+      }
+      ExpectOrderly(name, text);
+      ++files;
+    }
+  }
+  EXPECT_GE(files, 8);
+}
+
+}  // namespace
+}  // namespace vexa::ingest
