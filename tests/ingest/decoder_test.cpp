@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <string>
 
+#include "core/data_checks.h"
 #include "core/files.h"
 #include "core/raw_file.h"
 #include "core/units.h"
@@ -199,6 +201,24 @@ TEST(LoadSounding, KeepsTheSoundingInWorkUntilTheNewOneIsWhole) {
   EXPECT_EQ(LoadSounding(current, test::TestData("native_damaged.RAW")), Status::Error);
   EXPECT_EQ(current.Record.Press, Levels<double>({1000, 900}));
   EXPECT_EQ(current.FileName, "native_damaged.RAW");
+}
+
+TEST(Examples, LoadWithoutRemarkAndSaveAsTheyAre) {
+  int files = 0;
+  for (const auto& entry :
+       std::filesystem::directory_iterator(std::filesystem::path(VEXA_SOURCE_DIR) / "examples")) {
+    if (entry.path().extension() != ".RAW") continue;
+    SCOPED_TRACE(entry.path().filename());
+    CurrentSounding current;
+    test::ScriptedInteraction nothing;
+    current.Ask = &nothing;
+    ASSERT_EQ(LoadSounding(current, entry.path()), Status::Ok);
+    EXPECT_EQ(DataQC(current), Status::Ok);
+    EXPECT_EQ(WriteRaw(current.Record), ReadFile(entry.path()).Value());
+    EXPECT_GT(current.Record.NumWindLevels(), 2);
+    ++files;
+  }
+  EXPECT_GE(files, 3);
 }
 
 TEST(ReadElement, TellsValuesMarkersAndRubbishApart) {
