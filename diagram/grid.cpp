@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
@@ -95,9 +96,9 @@ std::pair<double, double> ShownTemps(const DiagramMapping& at) {
   return {*std::ranges::min_element(corners), *std::ranges::max_element(corners)};
 }
 
-// An isotherm's two ends far outside the frame's upper and lower edge.
+// An isotherm from below the frame's lower edge to the top pressure.
 std::vector<Point> IsothermLine(const DiagramMapping& at, double temp) {
-  return {at.ToPoint(temp, at.BottomPress() * 1.3), at.ToPoint(temp, at.TopPress() / 1.3)};
+  return {at.ToPoint(temp, at.BottomPress() * 1.3), at.ToPoint(temp, at.TopPress())};
 }
 
 // Where a line crosses a height of the page; empty when it does not.
@@ -115,7 +116,7 @@ std::optional<double> CrossingX(const std::vector<Point>& line, double y) {
 void LabelIsotherm(Plot& plot, double temp, TempUnits units, double y, bool top) {
   const Rect& frame = plot.At.Frame();
   const std::optional<double> x =
-      CrossingX(IsothermLine(plot.At, temp), top ? frame.Top : frame.Bottom);
+      CrossingX(IsothermLine(plot.At, temp), top ? frame.Top + 1 : frame.Bottom);
   if (!x || *x < frame.Left - 1 || *x > frame.Right + 1) return;
   DrawText(plot.Page, "temperature label", {*x, y}, Mask(ToGridUnits(temp, units), "###0"),
            plot.Inks.Ink, top ? kSmallText : kAxisText, AnchorX::Center);
@@ -169,16 +170,14 @@ std::vector<Point> MixingRatioLine(const DiagramMapping& at, double gramsPerKg,
   return points;
 }
 
-void DrawPressureLine(Plot& plot, double press, bool labelled) {
-  const std::vector<Point> line = Isobar(plot.At, press);
-  const bool mandatory = IsMandatory(press);
-  DrawInFrame(plot, "pressure line", line,
-              mandatory ? plot.Inks.MandatoryIsobar : plot.Inks.Isobar);
-  if (!labelled) return;
-  const Rect& frame = plot.At.Frame();
-  const double y = std::clamp(plot.At.YOf(press), frame.Top, frame.Bottom);
-  DrawText(plot.Page, "pressure label", {kPressLabelX, y}, Mask(press, "###0"), plot.Inks.Ink,
-           kAxisText, AnchorX::Right);
+// High up the lines crowd together, so they stand further apart there.
+double DryStep(double theta) {
+  return theta < 400 ? 10 : theta < 600 ? 20 : 50;
+}
+
+void DrawPressureLine(Plot& plot, double press) {
+  DrawInFrame(plot, "pressure line", Isobar(plot.At, press),
+              IsMandatory(press) ? plot.Inks.MandatoryIsobar : plot.Inks.Isobar);
 }
 
 }  // namespace
@@ -241,13 +240,9 @@ void DrawDryAdiabats(Plot& plot) {
   if (set.DryAdiabats || tephigram) {
     const double coldest = theta({frame.Left, frame.Bottom});
     const double warmest = theta({frame.Right, frame.Top});
-    double last = -1e9;
     for (double value = std::floor(coldest / 10) * 10; value <= std::min(warmest, 1200.0);
-         value += 10) {
+         value += DryStep(value)) {
       const std::vector<Point> line = DryAdiabat(plot.At, value);
-      // High up the lines crowd together; those that would touch the last one are left out.
-      if (!tephigram && value > 400 && line.back().X - last < 130) continue;
-      last = line.back().X;
       DrawInFrame(plot, tephigram ? "isentrope" : "dry adiabat", line, plot.Inks.DryAdiabat);
       const bool labelled = tephigram ? value >= 240 && value <= 330 : set.DryLabel;
       if (!labelled) continue;
@@ -333,22 +328,29 @@ void DrawPressureLines(Plot& plot) {
            AnchorX::Right);
   const bool inPressure = set.YGridUnits == GridUnits::Mb;
   const int step = inPressure ? std::max(set.YGridInterval, 10) : 100;
-  double lastY = 1e9;
-  for (int press = plot.At.BottomPress() == 1050 ? 1050 : static_cast<int>(plot.At.BottomPress());
-       press >= top;) {
-    // The first line is the bottom one; above it whole multiples of the interval.
-    const double y = plot.At.YOf(press);
-    const bool labelled = lastY - y > 0.9 * kAxisText;
-    DrawPressureLine(plot, press, labelled);
-    if (labelled) lastY = y;
+  std::vector<int> pressures;
+  // The bottom line first; above it whole multiples of the interval.
+  for (int press = static_cast<int>(plot.At.BottomPress()); press > 0 && press >= top;) {
+    pressures.push_back(press);
     const int interval = press > 100 ? step : 10;
     press = (press - 1) / interval * interval;
-    if (press <= 0) break;
   }
   if (set.AllMandatoryLines) {
     for (const int press : kMandatory) {
-      if (press >= top && press % step != 0) DrawPressureLine(plot, press, true);
+      if (press >= top && std::ranges::find(pressures, press) == pressures.end()) {
+        pressures.push_back(press);
+      }
     }
+    std::ranges::sort(pressures, std::greater<>());
+  }
+  double lastY = 1e9;
+  for (const int press : pressures) {
+    DrawPressureLine(plot, press);
+    const std::optional<double> y = LeftEdgeY(plot.At, press);
+    if (!y || lastY - *y < 0.9 * kAxisText) continue;
+    lastY = *y;
+    DrawText(plot.Page, "pressure label", {kPressLabelX, *y}, Mask(press, "###0"), plot.Inks.Ink,
+             kAxisText, AnchorX::Right);
   }
 }
 

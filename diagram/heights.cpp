@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -163,9 +164,9 @@ void DrawHeightScale(Plot& plot) {
     unit = kMetersPerMile;
     head = "MILE";
   }
-  DrawText(plot.Page, "height scale head", {frame.Right + 20, frame.Top - 240}, std::string(head),
+  DrawText(plot.Page, "height scale head", {frame.Right + 20, frame.Top - 300}, std::string(head),
            plot.Inks.Ink, kSmallText);
-  DrawText(plot.Page, "height scale head", {frame.Right + 60, frame.Top - 90},
+  DrawText(plot.Page, "height scale head", {frame.Right + 60, frame.Top - 170},
            std::string(ModeText(plot)), plot.Inks.Faint, kSmallText);
   const double base = set.Heights == HeightMode::Agl ? plot.Sounding().ElevM : 0;
   double lastLabel = 1e9;
@@ -178,7 +179,7 @@ void DrawHeightScale(Plot& plot) {
     if (press < plot.At.TopPress()) break;
     if (press > plot.At.BottomPress()) continue;
     const double y = plot.At.YOf(press);
-    if (y > frame.Bottom) continue;
+    if (y > frame.Bottom || y < frame.Top) continue;
     const bool labelled = n % step == 0 && lastLabel - y > 1.1 * kSmallText;
     DrawSegment(plot.Page, "height scale", {frame.Right, y},
                 {frame.Right + (labelled ? 80 : 45), y}, plot.Inks.HeightAxis);
@@ -234,9 +235,9 @@ void DrawCustomLines(Plot& plot) {
 void PrsHgtLabel(Plot& plot, bool stopShort) {
   const Rect& frame = plot.At.Frame();
   const bool feet = plot.Units.Feet();
-  DrawText(plot.Page, "pressure height head", {kHeightLabelX, frame.Top - 240}, "Hgt",
+  DrawText(plot.Page, "pressure height head", {kHeightLabelX, frame.Top - 300}, "Hgt",
            plot.Inks.Faint, kSmallText, AnchorX::Right);
-  DrawText(plot.Page, "pressure height head", {kHeightLabelX, frame.Top - 90},
+  DrawText(plot.Page, "pressure height head", {kHeightLabelX, frame.Top - 170},
            std::string(ModeText(plot)), plot.Inks.Faint, kSmallText, AnchorX::Right);
   double lastY = 1e9;
   for (int press = 1000; press >= 10; press -= press > 100 ? 25 : 10) {
@@ -244,11 +245,11 @@ void PrsHgtLabel(Plot& plot, bool stopShort) {
     if (stopShort && press <= plot.At.TopPress()) break;
     const analysis::Sample height =
         analysis::SampleAt(plot.Results().Levels, press, analysis::Quantity::Height);
-    const double y = plot.At.YOf(press);
-    if (!height.Ok() || lastY - y < 1.1 * kSmallText) continue;
-    lastY = y;
+    const std::optional<double> y = LeftEdgeY(plot.At, press);
+    if (!height.Ok() || !y || lastY - *y < 1.1 * kSmallText) continue;
+    lastY = *y;
     const double shown = ShownHeight(plot, height.Value);
-    DrawText(plot.Page, "pressure height label", {kHeightLabelX, y},
+    DrawText(plot.Page, "pressure height label", {kHeightLabelX, *y},
              Mask(feet ? FeetFromMeters(shown) : shown, "####0") + (feet ? " ft " : " m "),
              plot.Inks.Faint, kSmallText, AnchorX::Right);
   }

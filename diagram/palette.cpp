@@ -75,7 +75,7 @@ Palette PaletteFor(const Options& options) {
   p.ParcelMoisture = {p.Parcel.Ink, 12, LineStyle::Dots};
   p.Wind = {p.Ink, 14, LineStyle::Solid};
   p.Surface = {ink(6), 24, LineStyle::Solid};
-  p.Freezing = {ink(1), 14, LineStyle::Dash};
+  p.Freezing = {ink(black ? 9 : 1), 14, LineStyle::Dash};
   p.Tropopause = {ink(5), 14, LineStyle::Dash};
   p.StandardAtmosphere = {ink(5), 16, LineStyle::DashDot};
   p.HeightAxis = {p.Ink, kThin, LineStyle::Solid};
@@ -93,7 +93,7 @@ Palette PaletteFor(const Options& options) {
   p.ColdFront = ink(9);
   p.WarmFront = ink(12);
   p.LayerMark = ink(5);
-  p.PanelHead = ink(1);
+  p.PanelHead = ink(black ? 9 : 1);
   p.Panel = {Blend(p.Paper, p.Ink, 0.02), FillStyle::Plain};
   p.PanelFrame = {Blend(p.Ink, p.Paper, 0.5), kThin, LineStyle::Solid};
   return p;

@@ -14,7 +14,7 @@ namespace {
 
 constexpr double kLineText = 132;
 constexpr double kLineStep = 168;
-constexpr double kTableText = 112;
+constexpr double kTableText = 108;
 constexpr double kMargin = 80;
 constexpr std::string_view kNoValue = "--";
 

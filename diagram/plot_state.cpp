@@ -55,6 +55,19 @@ std::vector<Point> Isobar(const DiagramMapping& at, double press) {
   return points;
 }
 
+std::optional<double> LeftEdgeY(const DiagramMapping& at, double press) {
+  const Rect& frame = at.Frame();
+  const std::vector<Point> line = Isobar(at, press);
+  for (std::size_t i = 1; i < line.size(); ++i) {
+    const Point& a = line[i - 1];
+    const Point& b = line[i];
+    if ((a.X - frame.Left) * (b.X - frame.Left) > 0 || a.X == b.X) continue;
+    const double y = a.Y + (frame.Left - a.X) / (b.X - a.X) * (b.Y - a.Y);
+    if (y >= frame.Top - 1 && y <= frame.Bottom + 1) return y;
+  }
+  return std::nullopt;
+}
+
 std::vector<Point> Thinned(std::vector<Point> points) {
   constexpr double kNear = 4;  // drawing units
   if (points.size() < 3) return points;

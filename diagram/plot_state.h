@@ -2,6 +2,7 @@
 // mark columns, with the few ways in which all of them put lines and texts on the page.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -67,6 +68,9 @@ void DrawInFrame(Plot& plot, std::string_view tag, const std::vector<Point>& poi
 /// Where a pressure's isobar enters the frame on the left and leaves it on the right. On the
 /// tephigram isobars are curves; elsewhere both ends have the same height.
 std::vector<Point> Isobar(const DiagramMapping& at, double press);
+
+/// Where a pressure's isobar meets the left edge of the frame; empty where it does not.
+std::optional<double> LeftEdgeY(const DiagramMapping& at, double press);
 
 /// Without the points that lie closer than a tenth of a millimetre in print to the one before.
 std::vector<Point> Thinned(std::vector<Point> points);

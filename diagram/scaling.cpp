@@ -16,8 +16,8 @@ constexpr std::array kHighTops = {50, 30, 10};
 constexpr double kUsualMin = -40;
 constexpr double kUsualSpan = 80;
 constexpr double kWidestSpan = 180;
-constexpr double kLeftRoom = 2;   // °C kept free of temperatures on the cold side
-constexpr double kRightRoom = 5;  // and on the warm side
+constexpr double kLeftRoom = 2;       // °C kept free of temperatures on the cold side
+constexpr double kRightShare = 0.09;  // of the span, on the warm side, for the marks
 // The dew point may widen the axis this far; drier air runs out of the frame on the left.
 constexpr double kWidestForDewpoint = 100;
 
@@ -104,7 +104,7 @@ TempRange ChooseTempRange(const SoundingRecord& sounding, const Options& options
     const double coldest =
         (minDewpt ? std::min(reach.ColdestTemp, reach.ColdestDewpt) : reach.ColdestTemp) -
         kLeftRoom;
-    const double warmest = reach.Warmest + kRightRoom;
+    const double warmest = reach.Warmest + kRightShare * span;
     if (warmest - coldest > span && span < kWidestSpan) continue;
     // Tens between which the range may start; the one nearest the usual place wins.
     const double least = std::ceil((warmest - span) / 10) * 10;

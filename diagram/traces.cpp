@@ -1,6 +1,7 @@
 #include "diagram/traces.h"
 
 #include <algorithm>
+#include <cmath>
 #include <string>
 #include <utility>
 #include <vector>
@@ -22,7 +23,8 @@ struct TraceStyle {
   bool Circles = false;
 };
 
-// A trace over the levels, broken where a value is missing.
+// A trace over the levels, broken where a value is missing and ended where it passes the
+// diagram's top pressure, which on the tephigram lies inside the frame.
 void DrawTrace(Plot& plot, std::string_view tag, const Levels<double>& press,
                const Levels<double>& temp, const TraceStyle& style) {
   std::vector<Point> run;
@@ -35,6 +37,15 @@ void DrawTrace(Plot& plot, std::string_view tag, const Levels<double>& press,
     if (IsMissing(temp(i)) || press(i) <= 0) {
       finish();
       continue;
+    }
+    const double top = plot.At.TopPress();
+    if (press(i) < top) {
+      if (!run.empty() && press(i - 1) > top) {
+        const double share = std::log(top / press(i - 1)) / std::log(press(i) / press(i - 1));
+        run.push_back(plot.At.ToPoint(temp(i - 1) + share * (temp(i) - temp(i - 1)), top));
+      }
+      finish();
+      break;
     }
     const Point at = plot.At.ToPoint(temp(i), press(i));
     run.push_back(at);
@@ -56,7 +67,7 @@ void NameTrace(Plot& plot, std::string_view name, const Levels<double>& press,
                const Levels<double>& temp, Color ink, AnchorX across) {
   const Rect& frame = plot.At.Frame();
   for (int i = press.Count(); i >= 1; --i) {
-    if (IsMissing(temp(i)) || press(i) <= 0) continue;
+    if (IsMissing(temp(i)) || press(i) < plot.At.TopPress()) continue;
     const Point at = plot.At.ToPoint(temp(i), press(i));
     if (at.Y < frame.Top + 60 || at.X < frame.Left + 150 || at.X > frame.Right - 150) continue;
     const double aside = across == AnchorX::Left ? 70 : -70;
@@ -131,6 +142,7 @@ void DrawParcel(Plot& plot) {
               ? std::min(StepAt(ascent, ascent.MaximumParcel.Press) + 1, steps)
               : top;
   }
+  end = std::min(end, StepAt(ascent, plot.At.TopPress()) + 1);
   if (plot.Set().CapeTempBase == TempBase::Virtual) {
     std::vector<Point> run;
     for (std::size_t i = 0; i < end; ++i) {

@@ -25,6 +25,7 @@ std::vector<PlacedWind> PlaceWinds(const Plot& plot) {
     const double height = sounding.WindHgt(i);
     const double press = analysis::GetPRESS(plot.Results().Levels, height);
     if (!HasHeight(press) || !plot.InRange(press)) continue;
+    if (plot.At.YOf(press) < plot.At.Frame().Top) continue;
     placed.push_back({plot.At.YOf(press), height, {sounding.WindDir(i), sounding.WindSpd(i)}});
   }
   return placed;
@@ -74,7 +75,7 @@ void DrawWindColumn(Plot& plot) {
   places.reserve(winds.size());
   for (const PlacedWind& wind : winds) places.push_back(wind.Y);
   const WindSymbolSize size = SizeOf(set.BarbSize);
-  const int ratio = WindRatio(places, set.WindPlotRatio, 1.3 * size.Spacing);
+  const int ratio = WindRatio(places, set.WindPlotRatio, 2.2 * size.Spacing);
   for (std::size_t i = 0; i < winds.size(); i += static_cast<std::size_t>(ratio)) {
     const PlacedWind& wind = winds[i];
     DrawWindSymbol(plot.Page, {x, wind.Y}, wind.Value, set, plot.Inks.Wind);
