@@ -80,7 +80,7 @@ void DrawSurfaceLine(Plot& plot, bool lineOnly) {
   DrawInFrame(plot, "surface line", line, plot.Inks.Surface);
   if (lineOnly) return;
   // In the ground where it is thick enough, else on top of the line.
-  const double y = plot.At.YOf(surface.Press);
+  const double y = LeftEdgeY(plot.At, surface.Press).value_or(plot.At.YOf(surface.Press));
   const double room = frame.Bottom - y;
   const double at = room > 1.3 * kMarkText ? y + std::min(room / 2, 110.0) : y - 90;
   DrawTextOver(plot, "surface label", {frame.Left + 70, at}, SurfaceText(plot), plot.Inks.Ink);

@@ -101,7 +101,7 @@ void DrawTitles(Plot& plot) {
                                  .Bold = true});
   }
   DrawTemperatureUnits(plot);
-  DrawText(plot.Page, "wind unit", {(kWindColumn.Left + kWindColumn.Right) / 2, kFrame.Top - 90},
+  DrawText(plot.Page, "wind unit", {(kWindColumn.Left + kWindColumn.Right) / 2, kFrame.Top - 330},
            std::string(plot.Units.SpeedLabel), plot.Inks.Ink, kSmallText, AnchorX::Center);
 }
 
