@@ -146,9 +146,13 @@ Status LoadVariant(CurrentSounding& current, const std::filesystem::path& path,
   return Status::Ok;
 }
 
-Status SaveText(CurrentSounding& current, const std::filesystem::path& path, std::string_view text,
-                FileOps& ops) {
-  if (std::optional<Fault> fault = SaveFile(path, text, ops)) {
+Status SaveVariant(CurrentSounding& current, const std::filesystem::path& path, RawVariant variant,
+                   FileOps& ops) {
+  std::optional<Fault> fault = Guarded(current.Procedure, [&] {
+    const std::string name = TextFromPath(path.filename());
+    return SaveFile(path, WriteRaw(current.Record, variant, name), ops);
+  });
+  if (fault) {
     fault->Procedure = current.Procedure;
     ErrorReport(current, *fault);
     return Status::Error;
@@ -251,7 +255,7 @@ Status LoadRAW(CurrentSounding& current) {
 
 Status SaveRAW(CurrentSounding& current, FileOps& ops) {
   const ProcedureScope here(current, "SaveRAW");
-  return SaveText(current, current.FilePath(), WriteRaw(current.Record), ops);
+  return SaveVariant(current, current.FilePath(), RawVariant::Plain, ops);
 }
 
 Status LoadRAWquick(CurrentSounding& current, std::string_view name) {
@@ -269,8 +273,7 @@ Status LoadRAWquick(CurrentSounding& current, std::string_view name) {
 
 Status SaveRAWquick(CurrentSounding& current, std::string_view name, FileOps& ops) {
   const ProcedureScope here(current, "SaveRAWquick");
-  return SaveText(current, current.QuickFolder / PathFromText(name),
-                  WriteRaw(current.Record, RawVariant::Quick, name), ops);
+  return SaveVariant(current, current.QuickFolder / PathFromText(name), RawVariant::Quick, ops);
 }
 
 }  // namespace vexa

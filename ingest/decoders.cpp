@@ -96,17 +96,15 @@ Status LoadSounding(CurrentSounding& current, const std::filesystem::path& path)
   const std::string name = TextFromPath(path.filename());
   SoundingRecord record;
   LoadContext context{.Ask = current.Ask};
-  bool keeps = true;
-  std::optional<Fault> fault;
-  Outcome<std::string> bytes = ReadFile(path);
-  if (bytes) {
+  bool keeps = false;
+  const std::optional<Fault> fault = Guarded(current.Procedure, [&]() -> std::optional<Fault> {
+    Outcome<std::string> bytes = ReadFile(path);
+    if (!bytes) return bytes.Error();
     const SourceText source(name, std::move(bytes.Value()));
-    fault = DecodeSounding(source, context, record);
-    keeps = !fault || (fault->Number != kFaultTooFewLevels && IsNative(source));
-  } else {
-    fault = bytes.Error();
-    keeps = false;
-  }
+    std::optional<Fault> failed = DecodeSounding(source, context, record);
+    keeps = !failed || (failed->Number != kFaultTooFewLevels && IsNative(source));
+    return failed;
+  });
 
   if (keeps) {
     std::error_code failed;

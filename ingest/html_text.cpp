@@ -1,6 +1,7 @@
 #include "ingest/html_text.h"
 
 #include <algorithm>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <utility>
