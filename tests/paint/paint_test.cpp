@@ -1,0 +1,197 @@
+#include "output/paint/paint.h"
+
+#include <gtest/gtest.h>
+
+#include <QGuiApplication>
+#include <QImage>
+#include <QPainter>
+#include <string>
+
+namespace vexa::paint {
+namespace {
+
+constexpr Color kWhite{255, 255, 255};
+constexpr Color kBlack{0, 0, 0};
+
+class GuiEnvironment : public testing::Environment {
+ public:
+  void SetUp() override { app_ = new QGuiApplication(count_, arguments_); }
+  void TearDown() override { delete app_; }
+
+ private:
+  int count_ = 1;
+  char name_[5] = "test";
+  char* arguments_[2] = {name_, nullptr};
+  QGuiApplication* app_ = nullptr;
+};
+const auto* const kGui = testing::AddGlobalTestEnvironment(new GuiEnvironment);
+
+// The pixels that are not paper, as a rectangle.
+QRect InkOf(const QImage& image) {
+  QRect ink;
+  for (int y = 0; y < image.height(); ++y) {
+    for (int x = 0; x < image.width(); ++x) {
+      if (qGray(image.pixel(x, y)) < 128) ink |= QRect(x, y, 1, 1);
+    }
+  }
+  return ink;
+}
+
+TEST(Paint, ScalesThePageIntoTheMiddle) {
+  Picture page(1000, 1000, {200, 220, 240});
+  page.Add("box", Area{{{{0, 0}, {1000, 0}, {1000, 1000}, {0, 1000}},
+                        {{250, 250}, {750, 250}, {750, 750}, {250, 750}}},
+                       {kBlack, FillStyle::Plain},
+                       {}});
+  const QImage image = ToImage(page, 300, 100);
+  EXPECT_EQ(image.pixelColor(50, 50), QColor(200, 220, 240));   // beside the page
+  EXPECT_EQ(image.pixelColor(110, 50), QColor(0, 0, 0));        // on it
+  EXPECT_EQ(image.pixelColor(150, 50), QColor(200, 220, 240));  // in the hole
+  EXPECT_EQ(InkOf(image), QRect(100, 0, 100, 100));
+}
+
+TEST(Paint, NothingLeavesThePage) {
+  Picture page(100, 100, kWhite);
+  page.Add("long", Polyline{{{-500, 50}, {500, 50}}, {kBlack, 10, LineStyle::Solid}});
+  Picture outer(300, 100, kWhite);
+  outer.Add("inset", Inset{{100, 0, 200, 100}, {page}});
+  EXPECT_EQ(InkOf(ToImage(outer, 300, 100)), QRect(100, 45, 100, 10));
+}
+
+TEST(Paint, LettersStandByTheirAnchors) {
+  struct Case {
+    const char* about;
+    AnchorX across;
+    AnchorY down;
+    double left, right, top, bottom;  // share of the ink on this side of the point
+  };
+  const Case cases[] = {
+      {"centred", AnchorX::Center, AnchorY::Middle, 0.5, 0.5, 0.5, 0.5},
+      {"right of the point, above it", AnchorX::Left, AnchorY::Base, 0, 1, 1, 0},
+      {"left of the point, below it", AnchorX::Right, AnchorY::Top, 1, 0, 0, 1},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.about);
+    for (const double angle : {0.0, 90.0}) {
+      SCOPED_TRACE(angle);
+      Picture page(400, 400, kWhite);
+      page.Add("h", Label{.At = {200, 200},
+                          .Text = "HHHH",
+                          .Across = c.across,
+                          .Down = c.down,
+                          .Size = 80,
+                          .Ink = kBlack,
+                          .Angle = angle});
+      const QRect ink = InkOf(ToImage(page, 400, 400));
+      // Turned by a right angle, what ran to the right runs upwards.
+      const bool turned = angle != 0;
+      const int width = turned ? ink.height() : ink.width();
+      const int height = turned ? ink.width() : ink.height();
+      const int left = turned ? ink.bottom() - 199 : 200 - ink.left();
+      const int top = turned ? 200 - ink.left() : 200 - ink.top();
+      EXPECT_NEAR(left, c.left * width, 8);  // side bearing
+      EXPECT_NEAR(top, c.top * height, 2);
+      EXPECT_GT(height, 0.6 * 80);  // capitals of common faces: 0.66 to 0.73 of the size
+      EXPECT_LT(height, 0.8 * 80);
+    }
+  }
+}
+
+TEST(Paint, LinesAlongTheGridAreCrispAtAnyScale) {
+  Picture page(12000, 9000, kWhite);
+  page.Add("thin", Polyline{{{1000, 4507}, {11000, 4507}}, {kBlack, 2, LineStyle::Solid}});
+  for (const double ratio : {1.0, 1.5, 2.0}) {
+    SCOPED_TRACE(ratio);
+    QImage image(static_cast<int>(800 * ratio), static_cast<int>(600 * ratio),
+                 QImage::Format_RGB32);
+    image.setDevicePixelRatio(ratio);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    Paint(page, painter, QRectF(0, 0, 800, 600));
+    painter.end();
+    int black = 0;
+    int grey = 0;
+    for (int y = 0; y < image.height(); ++y) {
+      const int shade = qGray(image.pixel(image.width() / 2, y));
+      if (shade == 0) ++black;
+      if (shade > 0 && shade < 255) ++grey;
+    }
+    EXPECT_EQ(black, 1);
+    EXPECT_EQ(grey, 0);
+  }
+}
+
+TEST(Paint, DashesKeepTheirLengthOnThePage) {
+  // Pen 30: dash 180, gap 120, so 9000 units hold 30 dashes at any scale, on the grid or slanted.
+  for (const double rise : {0.0, 900.0}) {
+    for (const int width : {800, 3200}) {
+      SCOPED_TRACE(width);
+      Picture page(12000, 9000, kWhite);
+      const double run = rise == 0 ? 9000 : 8954.9;  // the slanted one is 9000 long, too
+      page.Add("dash",
+               Polyline{{{1000, 4000}, {1000 + run, 4000 + rise}}, {kBlack, 30, LineStyle::Dash}});
+      const QImage image = ToImage(page, width, width * 3 / 4);
+      const double perPixel = 12000.0 / width;
+      int dashes = 0;
+      bool inDash = false;
+      for (double x = 1000; x < 1000 + run; x += perPixel / 2) {
+        const double y = 4000 + rise * (x - 1000) / run;
+        const bool ink = qGray(image.pixel(static_cast<int>(x / perPixel),
+                                           static_cast<int>(y / perPixel))) < 160;
+        if (ink && !inDash) ++dashes;
+        inDash = ink;
+      }
+      EXPECT_EQ(dashes, 30);
+    }
+  }
+}
+
+TEST(Paint, HalosClearWhatLiesAroundTheLetters) {
+  Picture page(400, 200, kWhite);
+  page.Add("dark",
+           Area{{{{0, 0}, {400, 0}, {400, 200}, {0, 200}}}, {kBlack, FillStyle::Plain}, {}});
+  page.Add("I", Label{.At = {200, 100},
+                      .Text = "I",
+                      .Across = AnchorX::Center,
+                      .Size = 100,
+                      .Ink = {255, 0, 0},
+                      .Halo = kWhite});
+  const QImage image = ToImage(page, 400, 200);
+  EXPECT_EQ(image.pixelColor(200, 100), QColor(255, 0, 0));
+  EXPECT_EQ(image.pixelColor(186, 100), QColor(255, 255, 255));
+  EXPECT_EQ(image.pixelColor(150, 100), QColor(0, 0, 0));
+}
+
+TEST(EncodePicture, GivesEachKindByItsExtension) {
+  Picture page(1200, 900, kWhite);
+  page.Add("title", Label{.At = {600, 450}, .Text = "Großenkneten", .Size = 100});
+  struct Case {
+    const char* extension;
+    const char* magic;
+  };
+  const Case cases[] = {{"png", "\x89PNG"}, {"jpg", "\xFF\xD8\xFF"}, {"JPEG", "\xFF\xD8\xFF"},
+                        {"BMP", "BM"},      {"svg", "<svg "},        {"pdf", "%PDF-"}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.extension);
+    const Outcome<std::string> bytes = EncodePicture(page, c.extension, 320, 240);
+    ASSERT_TRUE(bytes.Ok());
+    EXPECT_EQ(bytes.Value().substr(0, std::string(c.magic).size()), c.magic);
+    const QImage image = QImage::fromData(QByteArray::fromStdString(bytes.Value()));
+    const std::string kind = c.extension;
+    if (kind != "svg" && kind != "pdf") {
+      EXPECT_EQ(image.size(), QSize(320, 240));
+    }
+    if (kind == "pdf") {  // text that can be searched: a font with its way back to characters
+      EXPECT_NE(bytes.Value().find("/ToUnicode"), std::string::npos);
+    }
+  }
+  const Outcome<std::string> odd = EncodePicture(page, "gif", 320, 240);
+  ASSERT_FALSE(odd.Ok());
+  EXPECT_EQ(odd.Error().Number, kFaultBadFileName);
+  const Outcome<std::string> none = EncodePicture(page, "png", 0, 0);
+  ASSERT_FALSE(none.Ok());
+  EXPECT_EQ(none.Error().Number, kFaultDiskFull);
+}
+
+}  // namespace
+}  // namespace vexa::paint
