@@ -1,0 +1,118 @@
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "analysis/analysis.h"
+#include "cli/commands.h"
+#include "core/error_report.h"
+#include "core/files.h"
+#include "core/numbers.h"
+#include "core/source_text.h"
+#include "ingest/decoder.h"
+
+namespace vexa::cli {
+namespace {
+
+const Command* const kCommands[] = {&kPlotCommand, &kAnalyzeCommand, &kConvertCommand};
+
+constexpr std::string_view kProgram = "vexa-cli";
+
+std::string OptionLine(const ArgumentRow& row) {
+  std::string left = "  ";
+  if (!row.ShortName.empty()) left += std::string(row.ShortName) + ", ";
+  left += std::string(row.Name);
+  if (!row.Value.empty()) left += " " + std::string(row.Value);
+  return PadRight(left, 28) + " " + std::string(row.Help) + "\n";
+}
+
+std::string CommandHelp(const Command& command) {
+  std::string text = "Usage: vexa-cli " + std::string(command.Name) + " " +
+                     std::string(command.Usage) + "\n\n" + std::string(command.Summary) + "\n\n";
+  for (const ArgumentRow& row : command.Options) text += OptionLine(row);
+  return text + OptionLine({"--help", "-h", "", "this text"}) +
+         OptionLine({"--version", "", "", "the program's version"});
+}
+
+std::string ProgramHelp() {
+  std::string text =
+      "Usage: vexa-cli COMMAND FILE... [options]\n\nUpper-air soundings without a "
+      "window.\n\n";
+  for (const Command* command : kCommands) {
+    text += "  " + PadRight(command->Name, 10) + std::string(command->Summary) + "\n";
+  }
+  return text +
+         "\nvexa-cli COMMAND --help tells of its options.\n"
+         "Exit code: 0 success, 1 some input failed, 2 wrong usage.\n";
+}
+
+bool Asks(std::span<const std::string> words, std::string_view longName,
+          std::string_view shortName) {
+  const auto end = std::ranges::find(words, "--");
+  return std::any_of(words.begin(), end, [&](const std::string& word) {
+    return word == longName || (!shortName.empty() && word == shortName);
+  });
+}
+
+}  // namespace
+
+Outcome<AnalysedSounding> LoadAndAnalyse(const std::string& file, const Options& options) {
+  Outcome<std::string> bytes = ReadFile(PathFromText(file));
+  if (!bytes) return bytes.Error();
+  AnalysedSounding sounding;
+  sounding.File = file;
+  SilentInteraction quiet;
+  ingest::LoadContext context{.Ask = &quiet};
+  const SourceText source(TextFromPath(PathFromText(file).filename()), std::move(bytes.Value()));
+  if (std::optional<Fault> fault = ingest::DecodeSounding(source, context, sounding.Record)) {
+    return *fault;
+  }
+  sounding.Notes = std::move(context.Notes);
+  sounding.Results = analysis::Analyse(sounding.Record, options);
+  return sounding;
+}
+
+void ReportFault(Console& console, const std::string& file, const Fault& fault) {
+  CurrentSounding nobody;
+  nobody.FileName = file;
+  std::string text = std::string(kProgram) + ": " + file + ": " + FaultMessage(nobody, fault);
+  if (!fault.Detail.empty()) text += " (" + fault.Detail + ")";
+  std::ranges::replace(text, '\n', ' ');
+  console.Err(text + "\n");
+}
+
+int UsageError(Console& console, const Command& command, std::string_view reason) {
+  console.Err(std::string(kProgram) + " " + std::string(command.Name) + ": " + std::string(reason) +
+              "\nTry: vexa-cli " + std::string(command.Name) + " --help\n");
+  return kExitUsage;
+}
+
+int RunCommandLine(std::span<const std::string> words, Console& console) {
+  if (Asks(words, "--version", "")) {
+    console.Out(std::string(kProgram) + " " VEXA_VERSION "\n");
+    return kExitOk;
+  }
+  const auto name =
+      std::ranges::find_if(words, [](const std::string& word) { return !word.starts_with('-'); });
+  const auto command = name == words.end()
+                           ? std::end(kCommands)
+                           : std::ranges::find(kCommands, *name, [](const Command* candidate) {
+                               return std::string(candidate->Name);
+                             });
+  const bool isKnown = command != std::end(kCommands);
+  if (Asks(words, "--help", "-h")) {
+    console.Out(isKnown ? CommandHelp(**command) : ProgramHelp());
+    return kExitOk;
+  }
+  if (!isKnown || name != words.begin()) {
+    console.Err(words.empty() ? ProgramHelp()
+                              : std::string(kProgram) + ": there is no command \"" + words[0] +
+                                    "\"\nTry: vexa-cli --help\n");
+    return kExitUsage;
+  }
+  const Outcome<Arguments> arguments = Arguments::Parse(words.subspan(1), (*command)->Options);
+  if (!arguments) return UsageError(console, **command, arguments.Error().Detail);
+  if (arguments.Value().Files().empty()) return UsageError(console, **command, "no FILE is given");
+  return (*command)->Run(arguments.Value(), console);
+}
+
+}  // namespace vexa::cli

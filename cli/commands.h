@@ -1,0 +1,40 @@
+// The command line's commands: each a function over its words, and a row in the table of cli.cpp.
+#pragma once
+
+#include <span>
+#include <string>
+#include <vector>
+
+#include "cli/arguments.h"
+#include "cli/console.h"
+#include "cli/report.h"
+#include "config/options.h"
+#include "core/fault.h"
+
+namespace vexa::cli {
+
+struct Command {
+  std::string_view Name;
+  std::string_view Usage;    // what follows the name
+  std::string_view Summary;  // one line
+  std::span<const ArgumentRow> Options;
+  int (*Run)(const Arguments& arguments, Console& console);
+};
+
+extern const Command kPlotCommand;
+extern const Command kAnalyzeCommand;
+extern const Command kConvertCommand;
+
+/// Reads, orders and analyses one file; the fault's detail names file and reason.
+Outcome<AnalysedSounding> LoadAndAnalyse(const std::string& file, const Options& options);
+
+/// "vexa-cli: FILE: reason" for a file that failed.
+void ReportFault(Console& console, const std::string& file, const Fault& fault);
+
+/// "vexa-cli COMMAND: reason" with a pointer to the help; gives kExitUsage.
+int UsageError(Console& console, const Command& command, std::string_view reason);
+
+/// Runs the command line: the words after the program's name. Gives the exit code.
+int RunCommandLine(std::span<const std::string> words, Console& console);
+
+}  // namespace vexa::cli

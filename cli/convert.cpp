@@ -1,0 +1,39 @@
+#include <string>
+
+#include "cli/commands.h"
+#include "core/files.h"
+#include "core/raw_file.h"
+
+namespace vexa::cli {
+namespace {
+
+constexpr ArgumentRow kOptions[] = {
+    {"--output", "-o", "OUT.RAW", "native sounding file to write"},
+};
+
+int RunConvert(const Arguments& arguments, Console& console) {
+  const std::optional<std::string> output = arguments.Last("--output");
+  if (!output) return UsageError(console, kConvertCommand, "no output is given with -o");
+  if (arguments.Files().size() > 1) {
+    return UsageError(console, kConvertCommand, "one FILE at a time");
+  }
+  const std::string& file = arguments.Files().front();
+  const Outcome<AnalysedSounding> sounding = LoadAndAnalyse(file, {});
+  std::optional<Fault> fault;
+  if (!sounding) {
+    fault = sounding.Error();
+  } else {
+    fault = SaveFile(PathFromText(*output), WriteRaw(sounding.Value().Record));
+  }
+  if (!fault) return kExitOk;
+  ReportFault(console, file, *fault);
+  return kExitInputFailed;
+}
+
+}  // namespace
+
+const Command kConvertCommand = {"convert", "FILE -o OUT.RAW",
+                                 "Writes a sounding of any format as a native sounding file.",
+                                 kOptions, RunConvert};
+
+}  // namespace vexa::cli

@@ -1,0 +1,15 @@
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "cli/commands.h"
+#include "cli/console.h"
+
+int main(int argc, char** argv) {
+  const auto to = [](std::FILE* stream) {
+    return [stream](std::string_view text) { std::fwrite(text.data(), 1, text.size(), stream); };
+  };
+  vexa::cli::Console console{to(stdout), to(stderr)};
+  const std::vector<std::string> words(argv + 1, argv + argc);
+  return vexa::cli::RunCommandLine(words, console);
+}
