@@ -1,0 +1,179 @@
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <fstream>
+#include <sstream>
+
+#include "cli/commands.h"
+#include "core/files.h"
+#include "core/numbers.h"
+#include "core/raw_file.h"
+#include "support/soundings.h"
+
+namespace vexa::cli {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Ran {
+  int Exit = 0;
+  std::string Out{};
+  std::string Err{};
+};
+
+Ran Run(std::vector<std::string> words) {
+  Ran ran;
+  Console console{[&](std::string_view text) { ran.Out += text; },
+                  [&](std::string_view text) { ran.Err += text; }};
+  ran.Exit = RunCommandLine(words, console);
+  return ran;
+}
+
+class CommandLine : public testing::Test {
+ protected:
+  std::string Write(const std::string& name, const std::string& text) {
+    const fs::path path = folder_.Path() / PathFromText(name);
+    EXPECT_FALSE(SaveFile(path, text));
+    return TextFromPath(path);
+  }
+  std::string Sounding(const std::string& name = "große Lage.RAW") {
+    return Write(name, WriteRaw(test::ReferenceConvective()));
+  }
+  std::string In(const std::string& name) const { return TextFromPath(folder_.Path() / name); }
+
+  test::TemporaryFolder folder_{};
+};
+
+TEST_F(CommandLine, WrongUsageEndsWith2AndSaysWhy) {
+  struct Case {
+    const char* about;
+    std::vector<std::string> words;
+    const char* says;
+  };
+  const std::string file = Sounding();
+  const Case cases[] = {
+      {"nothing", {}, "Usage"},
+      {"unknown command", {"draw", file}, "no command \"draw\""},
+      {"no file", {"analyze"}, "no FILE"},
+      {"unknown option", {"analyze", file, "--fast"}, "--fast"},
+      {"option without its value", {"analyze", file, "--format"}, "FORMAT"},
+      {"unknown format", {"analyze", file, "--format", "xml"}, "xml"},
+      {"no output", {"plot", file}, "-o"},
+      {"unknown picture", {"plot", file, "-o", "a.tif"}, ".png"},
+      {"two files, one output", {"plot", file, file, "-o", "a.svg"}, "{name}"},
+      {"size", {"plot", file, "-o", "a.svg", "--size", "0x9"}, "50 to 20000"},
+      {"diagram", {"plot", file, "-o", "a.svg", "--diagram", "stuve"}, "tephigram"},
+      {"unknown key", {"plot", file, "-o", "a.svg", "--set", "Colour=1"}, "no option"},
+      {"out of range", {"analyze", file, "--set", "Search depth=20"}, "50 to 500"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.about);
+    const Ran ran = Run(c.words);
+    EXPECT_EQ(ran.Exit, kExitUsage);
+    EXPECT_NE(ran.Err.find(c.says), std::string::npos) << ran.Err;
+    EXPECT_TRUE(ran.Out.empty());
+  }
+  for (const char* command : {"plot", "analyze", "convert"}) {
+    const Ran help = Run({command, "--help"});
+    EXPECT_EQ(help.Exit, kExitOk);
+    EXPECT_NE(help.Out.find("Usage: vexa-cli " + std::string(command)), std::string::npos);
+    EXPECT_EQ(Run({command, "--version"}).Exit, kExitOk);
+  }
+}
+
+TEST_F(CommandLine, JsonCarriesTheAnalysisWithNullsForWhatIsMissing) {
+  const Ran ran = Run({"analyze", Sounding(), "--format", "json"});
+  ASSERT_EQ(ran.Exit, kExitOk) << ran.Err;
+  const QJsonObject json = QJsonDocument::fromJson(QByteArray::fromStdString(ran.Out)).object();
+  ASSERT_FALSE(json.isEmpty());
+  EXPECT_EQ(json["format"].toString(), "RAW");
+  EXPECT_EQ(json["elevation"].toInt(), 357);
+  EXPECT_NEAR(json["position"].toObject()["longitude"].toDouble(), -97.4, 1e-4);
+  EXPECT_TRUE(json["station"].toObject()["wmo"].isNull());
+  const QJsonArray dewpoints = json["temperature levels"].toObject()["dew point"].toArray();
+  ASSERT_EQ(dewpoints.size(), 27);
+  EXPECT_EQ(dewpoints[0].toDouble(), 18.8);
+  EXPECT_TRUE(dewpoints[26].isNull());
+  // Worked values of this sounding: LCL 847.91 hPa, EL 187.5 hPa, CAPE 3365, CIN -102.3 J/kg.
+  const QJsonObject surface = json["parcels"].toObject()["surface"].toObject();
+  EXPECT_NEAR(surface["LCL"].toObject()["pressure"].toDouble(), 847.91, 0.02);
+  EXPECT_NEAR(surface["EL"].toObject()["pressure"].toDouble(), 187.5, 0.1);
+  EXPECT_NEAR(surface["CAPE"].toDouble(), 3365, 1);
+  EXPECT_NEAR(surface["CIN"].toDouble(), -102.3, 0.2);
+  EXPECT_TRUE(json["parcels"].toObject().contains("mean layer"));
+  EXPECT_TRUE(json["parcels"].toObject().contains("most unstable"));
+
+  SoundingRecord dry = test::Profile({{900, 10, 999.9}, {500, -20, 999.9}});
+  SetElevationUnknown(dry);
+  const Ran poor = Run({"analyze", Write("dry.RAW", WriteRaw(dry)), "--format=json"});
+  ASSERT_EQ(poor.Exit, kExitOk) << poor.Err;
+  const QJsonObject none = QJsonDocument::fromJson(QByteArray::fromStdString(poor.Out)).object();
+  ASSERT_FALSE(none.isEmpty());
+  EXPECT_TRUE(none["elevation"].isNull());
+  EXPECT_TRUE(none["position"].isNull());
+  EXPECT_TRUE(none["parcels"].toObject()["surface"].toObject()["CAPE"].isNull());
+  EXPECT_TRUE(none["parcels"].toObject()["surface"].toObject()["LCL"].isNull());
+}
+
+TEST_F(CommandLine, OneBadFileLeavesTheOthersDone) {
+  const std::string good = Sounding();
+  const std::string bad = Write("bad.RAW", "\"VEXA 5.7\",\"cut\",1,30,0\r\n35.1,\"N\",");
+  const Ran csv = Run({"analyze", bad, good, In("missing.RAW"), good, "--format", "csv"});
+  EXPECT_EQ(csv.Exit, kExitInputFailed);
+  EXPECT_NE(csv.Err.find("bad.RAW"), std::string::npos);
+  EXPECT_NE(csv.Err.find("line 2"), std::string::npos) << csv.Err;
+  EXPECT_NE(csv.Err.find("does not exist"), std::string::npos) << csv.Err;
+  std::istringstream lines(csv.Out);
+  std::string header, first, second, end;
+  std::getline(lines, header);
+  std::getline(lines, first);
+  std::getline(lines, second);
+  EXPECT_FALSE(std::getline(lines, end));
+  EXPECT_EQ(std::ranges::count(header, ','), std::ranges::count(second, ',') - 1)
+      << "the title's comma stands in quotes";
+  EXPECT_NE(header.find("most unstable CAPE (J/kg)"), std::string::npos);
+  EXPECT_EQ(first, second);
+
+  const Ran json = Run({"analyze", good, bad, good, "--format", "json"});
+  EXPECT_EQ(QJsonDocument::fromJson(QByteArray::fromStdString(json.Out)).array().size(), 2);
+}
+
+TEST_F(CommandLine, PlotsEveryKindAndTheSettingsReachThePicture) {
+  const std::string file = Sounding();
+  const std::pair<const char*, std::string> kinds[] = {
+      {"a.png", "\x89PNG"}, {"a.jpg", "\xFF\xD8\xFF"}, {"a.bmp", "BM"}, {"a.pdf", "%PDF"}};
+  for (const auto& [name, magic] : kinds) {
+    SCOPED_TRACE(name);
+    const Ran ran = Run({"plot", file, "-o", In(name), "--size", "400x300"});
+    ASSERT_EQ(ran.Exit, kExitOk) << ran.Err;
+    EXPECT_TRUE(ReadFile(folder_.Path() / name).Value().starts_with(magic));
+  }
+  const auto svg = [&](std::vector<std::string> more) {
+    std::vector<std::string> words = {"plot", file, "-o", In("{name}.svg")};
+    words.insert(words.end(), more.begin(), more.end());
+    EXPECT_EQ(Run(words).Exit, kExitOk);
+    return ReadFile(folder_.Path() / PathFromText("große Lage.svg")).Value();
+  };
+  const std::string plain = svg({});
+  EXPECT_EQ(plain, svg({})) << "the same picture twice";
+  EXPECT_NE(plain.find("VEXA  -  "), std::string::npos);
+  EXPECT_EQ(svg({"--diagram", "emagram"}), svg({"--set", "diagram type = emagram"}));
+  EXPECT_NE(svg({"--set", "Screen title above skewt=no"}), plain);
+}
+
+TEST_F(CommandLine, ConvertWritesANativeFileOfTheSameSounding) {
+  const std::string page = TextFromPath(test::TestData("wyoming_page.html"));
+  ASSERT_EQ(Run({"convert", page, "-o", In("out.RAW")}).Exit, kExitOk);
+  const auto levels = [](const Ran& ran) {
+    return QJsonDocument::fromJson(QByteArray::fromStdString(ran.Out))
+        .object()["temperature levels"];
+  };
+  EXPECT_EQ(levels(Run({"analyze", page, "--format", "json"})),
+            levels(Run({"analyze", In("out.RAW"), "--format", "json"})));
+  EXPECT_EQ(Run({"convert", In("missing"), "-o", In("out.RAW")}).Exit, kExitInputFailed);
+  EXPECT_TRUE(fs::exists(folder_.Path() / "out.RAW")) << "a failed conversion takes nothing away";
+}
+
+}  // namespace
+}  // namespace vexa::cli
