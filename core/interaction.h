@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace vexa {
@@ -25,7 +26,7 @@ struct Box {
 struct FileQuestion {
   std::string Title{};
   std::string Folder{};
-  std::string Filter{};
+  std::string Filter{};  // "JPEG Files (*.JPG)|*.JPG|BMP Files (*.BMP)|*.BMP"
   bool Saving = false;
 };
 
@@ -34,6 +35,12 @@ class Interaction {
   virtual ~Interaction() = default;
   virtual Answer Ask(const Box& box) = 0;
   virtual std::optional<std::string> ChooseFile(const FileQuestion& question) = 0;
+  /// Several files of one folder at once; none when the user cancels.
+  virtual std::vector<std::string> ChooseFiles(const FileQuestion& question) {
+    std::vector<std::string> chosen;
+    if (std::optional<std::string> one = ChooseFile(question)) chosen.push_back(std::move(*one));
+    return chosen;
+  }
   /// Shows a step's text in the progress panel.
   virtual void Status(std::string_view text) = 0;
   /// Lets the window system run; false when the user stops the work.
