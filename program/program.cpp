@@ -1,0 +1,139 @@
+#include "program/program.h"
+
+#include <utility>
+
+#include "core/data_checks.h"
+#include "core/error_report.h"
+#include "core/numbers.h"
+#include "program/commands.h"
+
+namespace vexa {
+namespace {
+
+constexpr std::string_view kProgramTitle = "VEXA  -  ";
+
+struct CommandRow {
+  Command Does;
+  Changes (*Run)(Program&);
+};
+
+Changes Exit(Program& program) {
+  program.Leaving = true;
+  return {};
+}
+
+Changes DrawAgain(Program&) {
+  return {.View = true};
+}
+
+template <DiagramType type>
+Changes ChooseDiagram(Program& program) {
+  if (program.Set.Diagram == type) return {};
+  program.Set.Diagram = type;
+  return {.View = true};
+}
+
+constexpr CommandRow kCommands[] = {
+    {Command::Open, commands::Open},
+    {Command::Exit, Exit},
+    {Command::Refresh, DrawAgain},
+    {Command::DiagramSkewT, ChooseDiagram<DiagramType::SkewT>},
+    {Command::DiagramEmagram, ChooseDiagram<DiagramType::Emagram>},
+    {Command::DiagramTephigram, ChooseDiagram<DiagramType::Tephigram>},
+};
+
+Progress ProgressOf(Program& program) {
+  return program.Current.Ask == nullptr ? Progress() : Progress(*program.Current.Ask);
+}
+
+// Runs one command behind the closed gate; what was not foreseen ends in the error reporter.
+template <class Body>
+Changes Behind(Program& program, std::string_view procedure, Body&& body) {
+  const auto pass = program.Gate.Enter();
+  if (!pass) return {};
+  Changes changes;
+  const std::optional<Fault> fault = Guarded(procedure, [&]() -> std::optional<Fault> {
+    changes = body();
+    return {};
+  });
+  if (fault) ErrorReport(program.Current, *fault);
+  return changes;
+}
+
+void WarnOfTephigram(Program& program) {
+  if (program.TephigramWarned || program.Plot->Warning.empty()) return;
+  program.TephigramWarned = true;
+  if (program.Current.Ask == nullptr) return;
+  program.Current.Ask->Ask(Box{.Title = std::string(kErrorBoxTitle),
+                               .Text = program.Plot->Warning,
+                               .Icon = BoxIcon::Information});
+}
+
+}  // namespace
+
+Changes RunCommand(Program& program, Command command) {
+  for (const CommandRow& row : kCommands) {
+    if (row.Does == command) {
+      return Behind(program, "RunCommand", [&] { return row.Run(program); });
+    }
+  }
+  return {};
+}
+
+bool Refresh(Program& program, Changes changes) {
+  if (!changes.Any()) return true;
+  const auto pass = program.Gate.Enter();
+  if (!pass) return false;
+  bool finished = false;
+  const std::optional<Fault> fault = Guarded("Refresh", [&]() -> std::optional<Fault> {
+    if (changes.Sounding || changes.Options) {
+      program.Results = analysis::Analyse(program.Current.Record, program.Set, ProgressOf(program));
+    }
+    std::vector<diagram::OverlaySounding> others;
+    for (const SoundingRecord& other : program.Others) others.push_back({&other});
+    std::optional<diagram::SoundingPlot> plot =
+        diagram::PlotSounding({.Sounding = program.Current.Record,
+                               .Results = program.Results,
+                               .Set = program.Set,
+                               .Others = std::move(others)},
+                              ProgressOf(program));
+    if (!plot) return {};
+    program.Plot = std::move(plot);
+    finished = true;
+    return {};
+  });
+  if (fault) ErrorReport(program.Current, *fault);
+  if (finished) WarnOfTephigram(program);
+  return finished;
+}
+
+Changes OpenSoundings(Program& program, const std::vector<std::filesystem::path>& paths) {
+  return Behind(program, "OpenSoundings", [&] { return commands::LoadFirst(program, paths); });
+}
+
+Changes SequenceSounding(Program& program, std::size_t index) {
+  if (index >= program.Listed.size() || index == program.ListedNow) return {};
+  return Behind(program, "SequenceSounding", [&]() -> Changes {
+    if (!commands::LoadOne(program, program.Listed[index])) return {};
+    program.ListedNow = index;
+    return {.Sounding = true};
+  });
+}
+
+std::string SoundingBanner(const Program& program) {
+  if (program.Current.FileName.empty()) return "VEXA";
+  std::string text(kProgramTitle);
+  text += program.Current.Record.StationTitle.empty() ? program.Current.FileName
+                                                      : program.Current.Record.StationTitle;
+  if (program.Listed.size() > 1) {
+    text += "  (" + Shortest(static_cast<int>(program.ListedNow) + 1) + "/" +
+            Shortest(static_cast<int>(program.Listed.size())) + ")";
+  }
+  return text;
+}
+
+std::string FaultIndicator(const Program& program) {
+  return std::string(QcText(program.Current.QcFault));
+}
+
+}  // namespace vexa

@@ -1,0 +1,77 @@
+// The main window without its widgets: the sounding in work, the settings, what was computed and
+// drawn from them, and the circle in which every change runs: a command changes something, Refresh
+// computes and draws anew what follows from it.
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "analysis/analysis.h"
+#include "config/options.h"
+#include "core/current_sounding.h"
+#include "core/folders.h"
+#include "core/sounding_record.h"
+#include "diagram/sounding_plot.h"
+#include "program/command_gate.h"
+
+namespace vexa {
+
+enum class Command {
+  None,
+  Open,
+  Exit,
+  Refresh,
+  DiagramSkewT,
+  DiagramEmagram,
+  DiagramTephigram,
+};
+
+/// What a command changed, hence what is no longer true of the results and the picture.
+struct Changes {
+  bool Sounding = false;
+  bool Options = false;  // settings that analyses read
+  bool View = false;     // settings that only the drawing reads
+  bool Any() const { return Sounding || Options || View; }
+  bool operator==(const Changes&) const = default;
+};
+
+struct Program {
+  CurrentSounding Current{};
+  Options Set{};
+  analysis::AnalysisResults Results{};   // of Current.Record under Set
+  std::vector<SoundingRecord> Others{};  // overlay and comparison
+  Folders Where{};
+
+  std::vector<std::filesystem::path> Listed{};  // chosen together, for stepping
+  std::size_t ListedNow = 0;                    // index of the current one
+
+  std::optional<diagram::SoundingPlot> Plot{};  // the last picture that was finished
+  bool TephigramWarned = false;                 // its warning was shown
+  bool Leaving = false;                         // Exit was chosen
+  CommandGate Gate{};
+};
+
+/// Carries out one command. While another runs nothing happens.
+Changes RunCommand(Program& program, Command command);
+
+/// Computes and draws anew what the changes made stale. False while another command runs and when
+/// the user stopped the drawing: the picture before stays then.
+bool Refresh(Program& program, Changes changes);
+
+/// Loads the first of these files that can be loaded and lists all of them for stepping; what
+/// cannot be loaded is reported. Without any success the sounding in work stays.
+Changes OpenSoundings(Program& program, const std::vector<std::filesystem::path>& paths);
+
+/// Loads the listed sounding of this index.
+Changes SequenceSounding(Program& program, std::size_t index);
+
+/// Caption of the main window: the program title, the sounding's and the place in the list.
+std::string SoundingBanner(const Program& program);
+
+/// What is wrong with the sounding in work, for the status indicator; empty when nothing is.
+std::string FaultIndicator(const Program& program);
+
+}  // namespace vexa

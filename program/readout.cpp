@@ -1,0 +1,50 @@
+#include "program/readout.h"
+
+#include <string_view>
+
+#include "analysis/interpolate.h"
+#include "core/numbers.h"
+#include "core/units.h"
+
+namespace vexa {
+namespace {
+
+constexpr std::string_view kCursorMask = "#0.0";
+constexpr std::string_view kNoValue = "--";
+
+std::string TempText(double temp, TempUnits units) {
+  switch (units) {
+    case TempUnits::Fahrenheit:
+      return Mask(FahrenheitFromCelsius(temp), kCursorMask) + " F";
+    case TempUnits::Kelvin:
+      return Mask(temp + kKelvinOffset, kCursorMask) + " K";
+    case TempUnits::Celsius:
+      break;
+  }
+  return Mask(temp, kCursorMask) + " C";
+}
+
+std::string SampleText(const Program& program, double press, analysis::Quantity quantity) {
+  const double value = analysis::GetTEMP(program.Results.Levels, press, quantity);
+  return NotAvailable(value) ? std::string(kNoValue) : Mask(value, kCursorMask);
+}
+
+}  // namespace
+
+Readout ReadDiagram(const Program& program, Point at) {
+  Readout readout;
+  if (!program.Plot || !program.Plot->Mapping.Frame().Contains(at)) return readout;
+  const diagram::DiagramCoordinates under = program.Plot->Mapping.ToCoordinates(at);
+  if (program.Set.CursorGrid) {
+    const std::string_view unit = program.Set.Pressure == PressureUnits::Mb ? " mb" : " hPa";
+    readout.Grid = Mask(under.Press, "###0") + std::string(unit) + "   " +
+                   TempText(under.Temp, program.Set.TempGridUnits);
+  }
+  if (program.Set.CursorSounding && program.Results.Levels.Count() > 0) {
+    readout.Sounding = "Temp:" + SampleText(program, under.Press, analysis::Quantity::Temp) +
+                       "  Td:" + SampleText(program, under.Press, analysis::Quantity::Dewpt);
+  }
+  return readout;
+}
+
+}  // namespace vexa

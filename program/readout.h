@@ -1,0 +1,21 @@
+// What the pointer reads off the diagram: the grid values under it, by the mapping that placed the
+// picture, and the sounding's own values at its pressure.
+#pragma once
+
+#include <string>
+
+#include "picture/picture.h"
+#include "program/program.h"
+
+namespace vexa {
+
+struct Readout {
+  std::string Grid{};      // "700 mb   -3.2 C"
+  std::string Sounding{};  // "Temp:-5.1  Td:-9.8"
+};
+
+/// The readout at a position of the page; both texts are empty outside the diagram's frame and
+/// each one when its option is off. Values that the sounding lacks read "--".
+Readout ReadDiagram(const Program& program, Point at);
+
+}  // namespace vexa

@@ -1,0 +1,69 @@
+#include "program/start_up.h"
+
+#include <cstddef>
+#include <cstdio>
+#include <iterator>
+#include <string>
+#include <string_view>
+#include <system_error>
+
+#include "core/error_report.h"
+#include "core/files.h"
+#include "core/platform.h"
+
+namespace vexa {
+namespace {
+
+constexpr std::string_view kFolderTestFile = "dumptestfile123.xyz";
+
+void FindFolders(Program& program, const StartArguments& arguments) {
+  program.Where = FoldersBelow(ResolveRoot(arguments.Root, arguments.ProgramFolder));
+  if (const std::optional<Fault> fault = CreateFolders(program.Where)) {
+    ErrorReport(program.Current, *fault);
+  }
+}
+
+void ClearSounding(Program& program, const StartArguments&) {
+  ClearData(program.Current.Record);
+  program.Results = {};
+}
+
+bool CanWrite(const std::filesystem::path& folder) {
+  const std::filesystem::path path = folder / kFolderTestFile;
+  std::FILE* file = OpenFile(path, "wb");
+  if (file == nullptr) return false;
+  const bool wrote = std::fputs("test", file) >= 0;
+  const bool closed = std::fclose(file) == 0;
+  std::error_code ignored;
+  std::filesystem::remove(path, ignored);
+  return wrote && closed;
+}
+
+void CheckFolders(Program& program, const StartArguments&) {
+  for (const std::filesystem::path* folder : {&program.Where.Export, &program.Where.Forecast}) {
+    if (CanWrite(*folder)) continue;
+    program.Current.Ask->Ask(
+        Box{.Title = "VEXA program file/folder access problem...",
+            .Text = "VEXA is unable to access program folder:  " + TextFromPath(*folder) +
+                    "\nBe sure the Folder and Share Permissions are sufficient."});
+  }
+}
+
+using Stage = void (*)(Program&, const StartArguments&);
+constexpr Stage kStages[] = {FindFolders, ClearSounding, CheckFolders};
+
+// "AA" for the first stage, "BB" for the second: recorded while it runs, for the error reporter.
+std::string StageMark(std::size_t number) {
+  return std::string(2, static_cast<char>('A' + number));
+}
+
+}  // namespace
+
+void StartUp(Program& program, const StartArguments& arguments) {
+  for (std::size_t i = 0; i < std::size(kStages); ++i) {
+    const ProcedureScope here(program.Current, StageMark(i));
+    kStages[i](program, arguments);
+  }
+}
+
+}  // namespace vexa
