@@ -48,19 +48,19 @@ class Report {
 };
 
 int RunAnalyze(const Arguments& arguments, Console& console) {
-  const std::string format = arguments.Last("--format").value_or("text");
+  const std::string format = arguments.Value("--format").value_or("text");
   constexpr std::string_view kFormats[] = {"text", "json", "csv"};
   if (std::ranges::find(kFormats, format) == std::end(kFormats)) {
     return UsageError(console, kAnalyzeCommand,
                       "--format takes text, json or csv, not \"" + format + "\"");
   }
   Options options;
-  if (const auto fault = ApplySettings(arguments, options)) {
+  if (const auto fault = SetOptions(options, arguments.Values("--set"))) {
     return UsageError(console, kAnalyzeCommand, fault->Detail);
   }
   int exitCode = kExitOk;
-  Report report(format, arguments.Files().size() > 1, options, console);
-  for (const std::string& file : arguments.Files()) {
+  Report report(format, arguments.Files.size() > 1, options, console);
+  for (const std::string& file : arguments.Files) {
     const Outcome<AnalysedSounding> sounding = LoadAndAnalyse(file, options);
     if (!sounding) {
       ReportFault(console, file, sounding.Error());

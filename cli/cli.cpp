@@ -17,20 +17,13 @@ const Command* const kCommands[] = {&kPlotCommand, &kAnalyzeCommand, &kConvertCo
 
 constexpr std::string_view kProgram = "vexa-cli";
 
-std::string OptionLine(const ArgumentRow& row) {
-  std::string left = "  ";
-  if (!row.ShortName.empty()) left += std::string(row.ShortName) + ", ";
-  left += std::string(row.Name);
-  if (!row.Value.empty()) left += " " + std::string(row.Value);
-  return PadRight(left, 28) + " " + std::string(row.Help) + "\n";
-}
-
 std::string CommandHelp(const Command& command) {
   std::string text = "Usage: vexa-cli " + std::string(command.Name) + " " +
                      std::string(command.Usage) + "\n\n" + std::string(command.Summary) + "\n\n";
-  for (const ArgumentRow& row : command.Options) text += OptionLine(row);
-  return text + OptionLine({"--help", "-h", "", "this text"}) +
-         OptionLine({"--version", "", "", "the program's version"});
+  std::vector<ArgumentRow> rows(command.Options.begin(), command.Options.end());
+  rows.push_back({"--help", "-h", "", "this text"});
+  rows.push_back({"--version", "", "", "the program's version"});
+  return text + OptionHelp(rows);
 }
 
 std::string ProgramHelp() {
@@ -88,7 +81,7 @@ int UsageError(Console& console, const Command& command, std::string_view reason
 
 int RunCommandLine(std::span<const std::string> words, Console& console) {
   if (Asks(words, "--version", "")) {
-    console.Out(std::string(kProgram) + " " VEXA_VERSION "\n");
+    console.Out(std::string(kProgram) + " " + std::string(ProgramVersion()) + "\n");
     return kExitOk;
   }
   const auto name =
@@ -109,9 +102,9 @@ int RunCommandLine(std::span<const std::string> words, Console& console) {
                                     "\"\nTry: vexa-cli --help\n");
     return kExitUsage;
   }
-  const Outcome<Arguments> arguments = Arguments::Parse(words.subspan(1), (*command)->Options);
+  const Outcome<Arguments> arguments = ParseArguments(words.subspan(1), (*command)->Options);
   if (!arguments) return UsageError(console, **command, arguments.Error().Detail);
-  if (arguments.Value().Files().empty()) return UsageError(console, **command, "no FILE is given");
+  if (arguments.Value().Files.empty()) return UsageError(console, **command, "no FILE is given");
   return (*command)->Run(arguments.Value(), console);
 }
 

@@ -5,11 +5,11 @@
 #include <string>
 #include <vector>
 
-#include "cli/arguments.h"
 #include "cli/console.h"
 #include "cli/report.h"
 #include "config/options.h"
 #include "core/fault.h"
+#include "program/command_line.h"
 
 namespace vexa::cli {
 

@@ -12,12 +12,12 @@ constexpr ArgumentRow kOptions[] = {
 };
 
 int RunConvert(const Arguments& arguments, Console& console) {
-  const std::optional<std::string> output = arguments.Last("--output");
+  const std::optional<std::string> output = arguments.Value("--output");
   if (!output) return UsageError(console, kConvertCommand, "no output is given with -o");
-  if (arguments.Files().size() > 1) {
+  if (arguments.Files.size() > 1) {
     return UsageError(console, kConvertCommand, "one FILE at a time");
   }
-  const std::string& file = arguments.Files().front();
+  const std::string& file = arguments.Files.front();
   const Outcome<AnalysedSounding> sounding = LoadAndAnalyse(file, {});
   std::optional<Fault> fault;
   if (!sounding) {

@@ -56,7 +56,7 @@ std::optional<Fault> PlotFile(const std::string& file, const std::string& output
 }
 
 int RunPlot(const Arguments& arguments, Console& console) {
-  const std::optional<std::string> output = arguments.Last("--output");
+  const std::optional<std::string> output = arguments.Value("--output");
   if (!output) return UsageError(console, kPlotCommand, "no output is given with -o");
   const std::string extension = Extension(*output);
   constexpr std::string_view kKinds[] = {"png", "jpg", "jpeg", "bmp", "svg", "pdf"};
@@ -64,24 +64,21 @@ int RunPlot(const Arguments& arguments, Console& console) {
     return UsageError(console, kPlotCommand,
                       "\"" + *output + "\" does not end in .png, .jpg, .bmp, .svg or .pdf");
   }
-  if (arguments.Files().size() > 1 && output->find(kNamePlace) == std::string::npos) {
+  if (arguments.Files.size() > 1 && output->find(kNamePlace) == std::string::npos) {
     return UsageError(console, kPlotCommand,
                       "several files need {name} in the output, as in -o {name}." + extension);
   }
-  PixelSize size;
-  if (const auto text = arguments.Last("--size")) {
-    const std::optional<PixelSize> given = ParseSize(*text);
-    if (!given) {
-      return UsageError(console, kPlotCommand,
-                        "--size takes WIDTHxHEIGHT, each 50 to 20000, not \"" + *text + "\"");
-    }
-    size = *given;
+  PixelSize size{1600, 1200};
+  if (const auto text = arguments.Value("--size")) {
+    const Outcome<PixelSize> given = ParseSize(*text);
+    if (!given) return UsageError(console, kPlotCommand, given.Error().Detail);
+    size = given.Value();
   }
   Options options;
-  if (const auto fault = ApplySettings(arguments, options)) {
+  if (const auto fault = SetOptions(options, arguments.Values("--set"))) {
     return UsageError(console, kPlotCommand, fault->Detail);
   }
-  if (const auto type = arguments.Last("--diagram")) {
+  if (const auto type = arguments.Value("--diagram")) {
     const auto words = Words(DiagramType{});
     const auto word = std::ranges::find(words, *type);
     if (word == words.end()) {
@@ -92,7 +89,7 @@ int RunPlot(const Arguments& arguments, Console& console) {
   }
   if (extension != "svg") StartQt();
   int exitCode = kExitOk;
-  for (const std::string& file : arguments.Files()) {
+  for (const std::string& file : arguments.Files) {
     if (const auto fault = PlotFile(file, OutputFor(*output, file), size, options)) {
       ReportFault(console, file, *fault);
       exitCode = kExitInputFailed;

@@ -62,7 +62,7 @@ TEST_F(CommandLine, WrongUsageEndsWith2AndSaysWhy) {
       {"no output", {"plot", file}, "-o"},
       {"unknown picture", {"plot", file, "-o", "a.tif"}, ".png"},
       {"two files, one output", {"plot", file, file, "-o", "a.svg"}, "{name}"},
-      {"size", {"plot", file, "-o", "a.svg", "--size", "0x9"}, "50 to 20000"},
+      {"size", {"plot", file, "-o", "a.svg", "--size", "0x9"}, "20000"},
       {"diagram", {"plot", file, "-o", "a.svg", "--diagram", "stuve"}, "tephigram"},
       {"unknown key", {"plot", file, "-o", "a.svg", "--set", "Colour=1"}, "no option"},
       {"out of range", {"analyze", file, "--set", "Search depth=20"}, "50 to 500"},
