@@ -1,0 +1,52 @@
+// Shows a finished picture at any size, in its own proportions, and tells where on its page the
+// pointer is. The arrow keys move a cursor of their own over it.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <QWidget>
+#include <utility>
+
+#include "picture/picture.h"
+
+namespace vexa {
+
+class DiagramView : public QWidget {
+ public:
+  explicit DiagramView(QWidget* parent = nullptr);
+
+  /// The picture to show, or null; it must stay until the next one is set.
+  void Show(const Picture* picture);
+  /// Is told the pointer's place on the page, or nothing when it leaves the picture.
+  void OnPointer(std::function<void(std::optional<Point>)> pointed) {
+    pointed_ = std::move(pointed);
+  }
+  /// True once the picture has been painted.
+  bool HasPainted() const { return painted_; }
+  void OnPainted(std::function<void()> done) { whenPainted_ = std::move(done); }
+
+  /// Where a position of the widget lies on the page.
+  std::optional<Point> PageAt(const QPointF& position) const;
+
+  QSize sizeHint() const override { return {1000, 750}; }
+  QSize minimumSizeHint() const override { return {320, 240}; }
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void leaveEvent(QEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void focusOutEvent(QFocusEvent* event) override;
+
+ private:
+  void Tell(const std::optional<Point>& at);
+  void MoveCursor(double dx, double dy);
+
+  const Picture* picture_ = nullptr;
+  std::optional<Point> cursor_{};  // of the arrow keys, on the page
+  std::function<void(std::optional<Point>)> pointed_{};
+  std::function<void()> whenPainted_{};
+  bool painted_ = false;
+};
+
+}  // namespace vexa

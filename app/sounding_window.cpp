@@ -1,0 +1,192 @@
+#include "app/sounding_window.h"
+
+#include <map>
+#include <QAction>
+#include <QActionGroup>
+#include <QCloseEvent>
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QHBoxLayout>
+#include <QKeySequence>
+#include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QPalette>
+#include <QScrollBar>
+#include <QShortcut>
+#include <QSignalBlocker>
+#include <QStatusBar>
+#include <QString>
+#include <QUrl>
+#include <QWidget>
+#include <string>
+#include <string_view>
+
+#include "app/diagram_view.h"
+#include "core/files.h"
+#include "program/menu.h"
+#include "program/readout.h"
+
+namespace vexa {
+namespace {
+
+const QColor kFaultColor(255, 160, 160);
+
+QString ToQString(std::string_view text) {
+  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+std::vector<std::filesystem::path> FilesOf(const QMimeData& data) {
+  std::vector<std::filesystem::path> paths;
+  for (const QUrl& url : data.urls()) {
+    if (url.isLocalFile()) {
+      paths.push_back(std::filesystem::path(url.toLocalFile().toStdU16String()));
+    }
+  }
+  return paths;
+}
+
+}  // namespace
+
+SoundingWindow::SoundingWindow(Program& program, WindowInteraction& interaction)
+    : program_(program) {
+  setObjectName(QStringLiteral("Sounding"));
+  setAcceptDrops(true);
+  BuildMenus();
+  BuildPanels();
+  interaction.Attach(this, [this](std::string_view text) { ShowStatus(text); });
+  ShowState();
+}
+
+SoundingWindow::~SoundingWindow() = default;
+
+void SoundingWindow::BuildMenus() {
+  std::map<std::string_view, QMenu*> menus;
+  std::map<std::string_view, QActionGroup*> choices;
+  for (const MenuRow& row : MenuTree()) {
+    QMenu* in = row.In.empty() ? nullptr : menus.at(row.In);
+    const QString caption = ToQString(row.Caption);
+    if (in != nullptr && row.LineAbove) in->addSeparator();
+    if (row.Does == Command::None) {
+      QMenu* menu = in == nullptr ? menuBar()->addMenu(caption) : in->addMenu(caption);
+      menu->setObjectName(ToQString(row.Name));
+      menus[row.Name] = menu;
+      continue;
+    }
+    QAction* entry = in == nullptr ? menuBar()->addAction(caption) : in->addAction(caption);
+    entry->setObjectName(ToQString(row.Name));
+    entry->setStatusTip(ToQString(row.Hint));
+    if (!row.Key.empty()) entry->setShortcut(QKeySequence(ToQString(row.Key)));
+    if (row.IsChecked != nullptr) {
+      entry->setCheckable(true);
+      QActionGroup*& group = choices[row.In];
+      if (group == nullptr) group = new QActionGroup(this);
+      group->addAction(entry);
+    }
+    connect(entry, &QAction::triggered, this, [this, does = row.Does] { Run(does); });
+    entries_.emplace_back(entry, &row);
+  }
+  auto* stop = new QShortcut(QKeySequence(Qt::Key_Escape), this);
+  stop->setObjectName(QStringLiteral("EscapeKey"));
+  connect(stop, &QShortcut::activated, this, [this] { program_.Gate.Stop(); });
+}
+
+void SoundingWindow::BuildPanels() {
+  auto* middle = new QWidget(this);
+  auto* row = new QHBoxLayout(middle);
+  row->setContentsMargins(0, 0, 0, 0);
+  row->setSpacing(0);
+  view_ = new DiagramView(middle);
+  view_->OnPointer([this](const std::optional<Point>& at) { ShowReadout(at); });
+  sequence_ = new QScrollBar(Qt::Vertical, middle);
+  sequence_->setObjectName(QStringLiteral("ScrollSoundings"));
+  sequence_->setAccessibleName(QStringLiteral("Steps through the soundings that were opened"));
+  sequence_->setFocusPolicy(Qt::TabFocus);
+  sequence_->setPageStep(1);
+  sequence_->setTracking(false);
+  connect(sequence_, &QScrollBar::valueChanged, this,
+          [this](int value) { Show(SequenceSounding(program_, static_cast<std::size_t>(value))); });
+  row->addWidget(view_, 1);
+  row->addWidget(sequence_);
+  setCentralWidget(middle);
+
+  progress_ = new QLabel(this);
+  progress_->setObjectName(QStringLiteral("ProgressPanel"));
+  progress_->setTextFormat(Qt::PlainText);
+  progress_->setAutoFillBackground(true);
+  readout_ = new QLabel(this);
+  readout_->setObjectName(QStringLiteral("CursorReadout"));
+  readout_->setTextFormat(Qt::PlainText);
+  statusBar()->addWidget(progress_, 1);
+  statusBar()->addPermanentWidget(readout_);
+  view_->setFocus();
+}
+
+void SoundingWindow::OpenFiles(const std::vector<std::filesystem::path>& paths) {
+  Show(OpenSoundings(program_, paths));
+}
+
+void SoundingWindow::Run(Command command) {
+  Show(RunCommand(program_, command));
+}
+
+void SoundingWindow::Show(Changes changes) {
+  Refresh(program_, changes);
+  if (!program_.Gate.IsOpen()) return;  // the command that runs will show its own result
+  ShowState();
+  if (program_.Leaving || program_.Gate.TakeDeferredClose()) close();
+}
+
+void SoundingWindow::ShowState() {
+  setWindowTitle(ToQString(SoundingBanner(program_)));
+  view_->Show(program_.Plot ? &program_.Plot->Page : nullptr);
+  for (const auto& [entry, row] : entries_) {
+    if (row->IsChecked != nullptr) entry->setChecked(row->IsChecked(program_));
+  }
+  const QSignalBlocker silent(sequence_);
+  sequence_->setRange(0, std::max(0, static_cast<int>(program_.Listed.size()) - 1));
+  sequence_->setValue(static_cast<int>(program_.ListedNow));
+  sequence_->setVisible(program_.Listed.size() > 1);
+
+  const std::string fault = FaultIndicator(program_);
+  QPalette colors = statusBar()->palette();
+  if (!fault.empty()) {
+    colors.setColor(QPalette::Window, kFaultColor);
+    colors.setColor(QPalette::WindowText, Qt::black);
+  }
+  progress_->setPalette(colors);
+  progress_->setText(ToQString(fault));
+}
+
+void SoundingWindow::ShowStatus(std::string_view text) {
+  progress_->setText(ToQString(text));
+}
+
+void SoundingWindow::ShowReadout(const std::optional<Point>& at) {
+  if (!program_.Gate.IsOpen()) return;
+  const Readout readout = at ? ReadDiagram(program_, *at) : Readout{};
+  const char* between = readout.Grid.empty() || readout.Sounding.empty() ? "" : "     ";
+  readout_->setText(ToQString(readout.Grid + between + readout.Sounding));
+}
+
+void SoundingWindow::closeEvent(QCloseEvent* event) {
+  if (program_.Gate.MayClose()) {
+    event->accept();
+  } else {
+    event->ignore();
+  }
+}
+
+void SoundingWindow::dragEnterEvent(QDragEnterEvent* event) {
+  if (program_.Gate.IsOpen() && !FilesOf(*event->mimeData()).empty()) event->acceptProposedAction();
+}
+
+void SoundingWindow::dropEvent(QDropEvent* event) {
+  const std::vector<std::filesystem::path> paths = FilesOf(*event->mimeData());
+  if (paths.empty()) return;
+  event->acceptProposedAction();
+  OpenFiles(paths);
+}
+
+}  // namespace vexa

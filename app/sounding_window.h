@@ -1,0 +1,60 @@
+// The main window, `Sounding`: menu, diagram, progress panel and cursor readout. It turns events
+// into commands and shows what they left behind; it decides nothing about soundings.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <QMainWindow>
+#include <utility>
+#include <vector>
+
+#include "app/window_interaction.h"
+#include "picture/picture.h"
+#include "program/program.h"
+
+class QAction;
+class QLabel;
+class QScrollBar;
+
+namespace vexa {
+
+class DiagramView;
+struct MenuRow;
+
+class SoundingWindow : public QMainWindow {
+ public:
+  SoundingWindow(Program& program, WindowInteraction& interaction);
+  ~SoundingWindow() override;
+  SoundingWindow(const SoundingWindow&) = delete;
+  SoundingWindow& operator=(const SoundingWindow&) = delete;
+
+  /// Opens files as if chosen from the menu.
+  void OpenFiles(const std::vector<std::filesystem::path>& paths);
+  /// Carries out a menu entry's command.
+  void Run(Command command);
+  /// Draws what the changes made stale and shows it.
+  void Show(Changes changes);
+
+  DiagramView& View() { return *view_; }
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+
+ private:
+  void BuildMenus();
+  void BuildPanels();
+  void ShowState();
+  void ShowStatus(std::string_view text);
+  void ShowReadout(const std::optional<Point>& at);
+
+  Program& program_;
+  DiagramView* view_ = nullptr;
+  QScrollBar* sequence_ = nullptr;
+  QLabel* progress_ = nullptr;
+  QLabel* readout_ = nullptr;
+  std::vector<std::pair<QAction*, const MenuRow*>> entries_{};
+};
+
+}  // namespace vexa
