@@ -1,0 +1,198 @@
+#include "analysis/adiabat_table.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "analysis/moist_air.h"
+#include "analysis/pressure_grid.h"
+#include "core/units.h"
+
+namespace vexa::analysis {
+namespace {
+
+constexpr double kDryBelow = 153.16;  // K; colder air holds too little vapour to matter
+constexpr double kShortStep = 0.003;  // K; what a Newton step this short leaves is below 1e-6 K
+constexpr int kMarchSteps = 12;       // Newton steps at one pressure before the bracket search
+
+double SaturatedVirtualTemp(double tempK, double press, double vapor) {
+  return VirtualTemp(tempK - kKelvinOffset, kEpsilon * vapor / (press - vapor));
+}
+
+// Marches down one smooth formula from the cold end. Potential temperature along an adiabat bends
+// so gently that three points foretell the next within a thousandth of a degree; one Newton step
+// then does.
+class March {
+ public:
+  March(double thetaE, SaturationOver over)
+      : thetaE_(thetaE), target_(std::log(thetaE)), over_(over) {}
+
+  struct Here {
+    double TempK = 0;
+    double Vapor = 0;  // hPa
+  };
+
+  void Restart() { known_ = 0; }
+
+  Here Step(VaporFormula formula, int press) {
+    const WholePressures& whole = WholeHpa();
+    const double poisson = whole.Poisson[GridIndex(press)];
+    const double dry = thetaE_ * poisson;
+    if (dry < kDryBelow) return Remember({dry, 0}, poisson);
+
+    const double logPoisson = kPoisson * (whole.Log[GridIndex(1000)] - whole.Log[GridIndex(press)]);
+    double tempK = std::min(dry, Foretold(dry / poisson) * poisson);
+    if (known_ == 0) tempK = Searched(press);
+    for (int step = 0; step < kMarchSteps; ++step) {
+      const AdiabatPoint point = AdiabatAt(formula, tempK, press, logPoisson);
+      if (!(point.Vapor.Pressure < 0.3 * press)) break;
+      const double change = (target_ - point.LogThetaE) / point.Slope;
+      tempK += change;
+      if (!(tempK > 0)) break;
+      if (std::fabs(change) < kShortStep) {
+        const double vaporGrowth = point.Vapor.LogSlope * change;
+        return Remember({tempK, point.Vapor.Pressure * (1 + vaporGrowth)}, poisson);
+      }
+    }
+    tempK = Searched(press);
+    return Remember({tempK, SatVapor(tempK - kKelvinOffset, over_)}, poisson);
+  }
+
+ private:
+  double Searched(int press) const { return LiftSat(thetaE_, press, over_).Temp + kKelvinOffset; }
+
+  double Foretold(double first) const {
+    switch (known_) {
+      case 0:
+        return first;
+      case 1:
+        return thetas_[0];
+      case 2:
+        return 2 * thetas_[0] - thetas_[1];
+      default:
+        return 3 * (thetas_[0] - thetas_[1]) + thetas_[2];
+    }
+  }
+
+  Here Remember(Here here, double poisson) {
+    thetas_ = {here.TempK / poisson, thetas_[0], thetas_[1]};
+    known_ = std::min(known_ + 1, 3);
+    return here;
+  }
+
+  double thetaE_;
+  double target_;
+  SaturationOver over_;
+  std::array<double, 3> thetas_{};  // K, latest first
+  int known_ = 0;
+};
+
+}  // namespace
+
+void SolveAdiabat(double thetaE, SaturationOver over, int bottom, int top, double* temps,
+                  double* virtualTemps) {
+  March march(thetaE, over);
+  VaporFormula formula = over == SaturationOver::Ice ? VaporFormula::Ice : VaporFormula::Water;
+  for (int press = top; press <= bottom; ++press) {
+    March::Here here = march.Step(formula, press);
+    if (formula == VaporFormula::Ice && here.TempK > kKelvinOffset) {
+      formula = VaporFormula::Water;
+      march.Restart();
+      here = march.Step(formula, press);
+    }
+    temps[bottom - press] = here.TempK - kKelvinOffset;
+    if (virtualTemps != nullptr) {
+      virtualTemps[bottom - press] = SaturatedVirtualTemp(here.TempK, press, here.Vapor);
+    }
+  }
+}
+
+// Four columns and the weights of the cubic through them.
+struct AdiabatTable::Weighted {
+  std::array<const Column*, 4> Columns{};
+  std::array<double, 4> Weights{};
+
+  double TempAt(std::size_t i) const {
+    return Weights[0] * Columns[0]->Temps[i] + Weights[1] * Columns[1]->Temps[i] +
+           Weights[2] * Columns[2]->Temps[i] + Weights[3] * Columns[3]->Temps[i];
+  }
+
+  // Blends one array of the columns over [first, first + count).
+  void Sum(std::vector<double> Column::*array, std::size_t first, std::size_t count,
+           double* out) const {
+    const double* a = (Columns[0]->*array).data() + first;
+    const double* b = (Columns[1]->*array).data() + first;
+    const double* c = (Columns[2]->*array).data() + first;
+    const double* d = (Columns[3]->*array).data() + first;
+    const auto [wa, wb, wc, wd] = Weights;
+    for (std::size_t i = 0; i < count; ++i) {
+      out[i] = wa * a[i] + wb * b[i] + wc * c[i] + wd * d[i];
+    }
+  }
+};
+
+const AdiabatTable::Column& AdiabatTable::At(VaporFormula formula, int rung) {
+  std::vector<Column>& columns = columns_[static_cast<std::size_t>(formula)];
+  if (columns.empty()) columns.resize(kRungs);
+  Column& column = columns[static_cast<std::size_t>(rung)];
+  if (!column.Temps.empty()) return column;
+  column.Temps.resize(kGridBottom);
+  column.VirtualTemps.resize(kGridBottom);
+  const double thetaE = kFirstRung + kRungHeight * rung;
+  March march(thetaE, formula == VaporFormula::Ice ? SaturationOver::Ice : SaturationOver::Water);
+  for (int press = 1; press <= kGridBottom; ++press) {
+    const March::Here here = march.Step(formula, press);
+    column.Temps[GridIndex(press)] = here.TempK - kKelvinOffset;
+    column.VirtualTemps[GridIndex(press)] = SaturatedVirtualTemp(here.TempK, press, here.Vapor);
+  }
+  return column;
+}
+
+AdiabatTable::Weighted AdiabatTable::Neighbours(VaporFormula formula, double thetaE) {
+  const double place = (thetaE - kFirstRung) / kRungHeight;
+  const int rung = static_cast<int>(place);
+  const double u = place - rung;  // 0 … 1 between the two middle columns
+  Weighted blend;
+  for (int i = 0; i < 4; ++i) {
+    blend.Columns[static_cast<std::size_t>(i)] = &At(formula, rung - 1 + i);
+  }
+  blend.Weights = {-u * (u - 1) * (u - 2) / 6, (u + 1) * (u - 1) * (u - 2) / 2,
+                   -(u + 1) * u * (u - 2) / 2, (u + 1) * u * (u - 1) / 6};
+  return blend;
+}
+
+void AdiabatTable::Blend(double thetaE, SaturationOver over, int bottom, int top, double* temps,
+                         double* virtualTemps) {
+  if (bottom < top) return;
+  const bool onLadder =
+      thetaE >= kFirstRung + kRungHeight && thetaE < kFirstRung + kRungHeight * (kRungs - 2);
+  if (!onLadder) {
+    SolveAdiabat(thetaE, over, bottom, top, temps, virtualTemps);
+    return;
+  }
+  const std::size_t first = GridIndex(bottom);
+  const auto count = static_cast<std::size_t>(bottom - top + 1);
+  const auto blend = [&](const Weighted& columns, std::size_t from, std::size_t to) {
+    columns.Sum(&Column::Temps, first + from, to - from, temps + from);
+    if (virtualTemps == nullptr) return;
+    columns.Sum(&Column::VirtualTemps, first + from, to - from, virtualTemps + from);
+  };
+
+  // Over ice the water columns hold while they are warmer than 0 °C.
+  std::size_t icy = count;
+  const Weighted water = Neighbours(VaporFormula::Water, thetaE);
+  if (over == SaturationOver::Ice) {
+    std::size_t warm = 0;
+    while (warm < icy) {
+      const std::size_t middle = warm + (icy - warm) / 2;
+      if (water.TempAt(first + middle) > 0) {
+        warm = middle + 1;
+      } else {
+        icy = middle;
+      }
+    }
+  }
+  blend(water, 0, icy);
+  if (icy < count) blend(Neighbours(VaporFormula::Ice, thetaE), icy, count);
+}
+
+}  // namespace vexa::analysis

@@ -1,0 +1,197 @@
+#include "analysis/interpolate.h"
+
+#include <algorithm>
+#include <cmath>
+#include <functional>
+#include <optional>
+
+#include "analysis/standard_atmosphere.h"
+#include "core/markers.h"
+#include "core/numbers.h"
+#include "core/units.h"
+
+namespace vexa::analysis {
+namespace {
+
+constexpr double kEqualPressures = 0.001;    // ln p difference of levels with one pressure
+constexpr double kDeepestBelowGround = 500;  // m that GetPRESS goes on below the lowest level
+constexpr double kWindBelowLowest = 100;     // m below the lowest wind that it still serves
+
+// The two neighbouring levels between which a value lies; Low == High at a level.
+struct Bracket {
+  std::size_t Low = 0;
+  std::size_t High = 0;
+};
+
+// The bracket of a value in an ordered array. Should the order be broken (a sounding that its
+// check complained about) the levels are scanned upward instead and the first bracket counts.
+template <class Before>
+std::optional<Bracket> FindBracket(const std::vector<double>& values, double wanted,
+                                   Before before) {
+  const auto bracketEndingAt = [&](std::size_t at) -> std::optional<Bracket> {
+    if (values[at] == wanted) return Bracket{at, at};
+    if (at > 0 && before(values[at - 1], wanted) && before(wanted, values[at])) {
+      return Bracket{at - 1, at};
+    }
+    return std::nullopt;
+  };
+  const auto found = std::lower_bound(values.begin(), values.end(), wanted, before);
+  if (found != values.end()) {
+    const auto bracket = bracketEndingAt(static_cast<std::size_t>(found - values.begin()));
+    if (bracket) return bracket;
+  }
+  if (std::is_sorted(values.begin(), values.end(), before)) return std::nullopt;
+  for (std::size_t at = 0; at < values.size(); ++at) {
+    if (const auto bracket = bracketEndingAt(at)) return bracket;
+  }
+  return std::nullopt;
+}
+
+const Levels<double>* ArrayOf(const LevelProfile& levels, Quantity quantity) {
+  switch (quantity) {
+    case Quantity::Temp:
+      return &levels.Temp;
+    case Quantity::Dewpt:
+      return &levels.Dewpt;
+    case Quantity::WetBulb:
+      return &levels.WetBulb;
+    case Quantity::ThetaE:
+      return &levels.ThetaE;
+    case Quantity::Theta:
+      return &levels.Theta;
+    case Quantity::VirtualTemp:
+      return &levels.VirtualTemp;
+    case Quantity::MixingRatio:
+      return &levels.MixingRatio;
+    case Quantity::RelHumidity:
+      return &levels.RelHumidity;
+    case Quantity::Height:
+      return &levels.Height;
+    case Quantity::ParcelTemp:
+      return nullptr;
+  }
+  return nullptr;
+}
+
+// 9999 m and 999.9 m are heights like any other: only the other quantities can be missing.
+bool MissingAt(Quantity quantity, double value) {
+  return quantity == Quantity::Height ? !std::isfinite(value) : NotAvailable(value);
+}
+
+}  // namespace
+
+Sample SampleAt(const LevelProfile& levels, double press, Quantity quantity) {
+  const Levels<double>* array = ArrayOf(levels, quantity);
+  if (array == nullptr || !(press > 0)) return {};
+  const std::vector<double>& pressures = levels.Press.Values();
+  const auto bracket = FindBracket(pressures, press, std::greater<>{});
+  if (!bracket) return {};
+  const double low = array->Values()[bracket->Low];
+  const double high = array->Values()[bracket->High];
+  if (MissingAt(quantity, low) || MissingAt(quantity, high)) return {0, Found::Missing};
+  if (bracket->Low == bracket->High) return {low, Found::Value};
+  const double lowPress = pressures[bracket->Low];
+  const double highPress = pressures[bracket->High];
+  if (!(highPress > 0)) return {};
+  const double span =
+      lowPress == highPress ? kEqualPressures : std::log(highPress) - std::log(lowPress);
+  return {low + (high - low) * (std::log(press) - std::log(lowPress)) / span, Found::Value};
+}
+
+double GetTEMP(const LevelProfile& levels, double press, Quantity quantity) {
+  const Sample sample = SampleAt(levels, press, quantity);
+  if (!sample.Ok()) return kMissing;
+  switch (quantity) {
+    case Quantity::MixingRatio:
+      return Rounded(sample.Value * 1000, 3);
+    case Quantity::RelHumidity:
+    case Quantity::Height:
+      return Rounded(sample.Value, 1);
+    default:
+      return Rounded(sample.Value, 2);
+  }
+}
+
+double GetTEMP(const std::vector<double>& parcelTemps, int parcelStart, double press) {
+  const double step = parcelStart - ToWhole(press);
+  if (!(step >= 0) || step >= static_cast<double>(parcelTemps.size())) return kMissing;
+  const double temp = parcelTemps[static_cast<std::size_t>(step)];
+  return NotAvailable(temp) ? kMissing : Rounded(temp, 1);
+}
+
+double GetPRESS(const LevelProfile& levels, double height) {
+  if (levels.Count() < 2) return IsaPressure(height);
+  if (!std::isfinite(height)) return kNotReached;
+  const std::vector<double>& heights = levels.Height.Values();
+  const std::vector<double>& pressures = levels.Press.Values();
+  Bracket bracket{0, 1};
+  if (height < heights.front()) {
+    if (heights.front() - height > kDeepestBelowGround) return kNotReached;
+  } else {
+    const auto found = FindBracket(heights, height, std::less<>{});
+    if (!found) return kNotReached;
+    bracket = *found;
+  }
+  if (bracket.Low == bracket.High) return pressures[bracket.Low];
+  const double lowPress = pressures[bracket.Low];
+  const double highPress = pressures[bracket.High];
+  const double depth = heights[bracket.High] - heights[bracket.Low];
+  if (!(lowPress > 0) || !(highPress > 0) || depth == 0) return kNotReached;
+  const double share = (height - heights[bracket.Low]) / depth;
+  return std::exp(std::log(lowPress) + share * (std::log(highPress) - std::log(lowPress)));
+}
+
+double GetHeight(const LevelProfile& levels, double press) {
+  const Sample height = SampleAt(levels, press, Quantity::Height);
+  return height.Ok() ? Rounded(FeetFromMeters(height.Value), 1) : kNone;
+}
+
+WindSample WindAtHeight(const SoundingRecord& sounding, double height) {
+  const std::vector<double>& heights = sounding.WindHgt.Values();
+  if (heights.empty() || !std::isfinite(height)) return {};
+  Bracket bracket{0, 0};
+  if (height < heights.front()) {
+    if (heights.front() - height > kWindBelowLowest) return {};
+  } else {
+    const auto found = FindBracket(heights, height, std::less<>{});
+    if (!found) return {};
+    bracket = *found;
+  }
+  const auto windAt = [&](std::size_t i) {
+    return Wind{sounding.WindDir.Values()[i], sounding.WindSpd.Values()[i]};
+  };
+  const Wind low = windAt(bracket.Low);
+  const Wind high = windAt(bracket.High);
+  for (const Wind& wind : {low, high}) {
+    if (NotAvailable(wind.Dir) || NotAvailable(wind.Spd)) return {{}, Found::Missing};
+  }
+  if (bracket.Low == bracket.High) return {low, Found::Value};
+  const double share =
+      (height - heights[bracket.Low]) / (heights[bracket.High] - heights[bracket.Low]);
+  const WindVector lower = Components(low);
+  const WindVector upper = Components(high);
+  return {FromComponents(
+              {lower.U + share * (upper.U - lower.U), lower.V + share * (upper.V - lower.V)}),
+          Found::Value};
+}
+
+Wind GetWIND(const SoundingRecord& sounding, const LevelProfile& levels, double press) {
+  const Sample height = SampleAt(levels, press, Quantity::Height);
+  if (!height.Ok()) return {kMissing, kMissing};
+  const WindSample sample = WindAtHeight(sounding, height.Value);
+  if (!sample.Ok()) return {kMissing, kMissing};
+  const double dir = Rounded(sample.Value.Dir, 0);
+  return {dir == 0 ? 360 : dir, Rounded(sample.Value.Spd, 1)};
+}
+
+WindVector Components(const Wind& wind) {
+  return {wind.Spd * std::sin(Radians(wind.Dir)), wind.Spd * std::cos(Radians(wind.Dir))};
+}
+
+Wind FromComponents(const WindVector& vector) {
+  const double speed = std::hypot(vector.U, vector.V);
+  if (speed == 0) return {360, 0};
+  return {Wrap360(std::atan2(vector.U, vector.V) * kDegPerRadian), speed};
+}
+
+}  // namespace vexa::analysis

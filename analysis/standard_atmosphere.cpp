@@ -1,0 +1,115 @@
+#include "analysis/standard_atmosphere.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+#include "analysis/moist_air.h"
+#include "core/markers.h"
+#include "core/units.h"
+
+namespace vexa::analysis {
+namespace {
+
+constexpr double kIsaGasConstant = 287.05287;  // J/(kg K)
+constexpr double kIsaKelvinOffset = 273.15;    // K: 15 °C is 288.15 K
+constexpr double kIsaTop = 80000;              // m
+constexpr double kSeaLevelPress = 1013.25;     // hPa
+constexpr double kSeaLevelTempK = 288.15;      // K
+constexpr double kSeaLevelDensity = 1.225;     // kg/m³
+constexpr double kTroposphereLapse = 0.0065;   // K/m
+constexpr double kDensityExponent = 0.234969;  // of the troposphere's density law
+
+struct IsaLayer {
+  double Base;   // m, geopotential
+  double TempK;  // K at the base
+  double Slope;  // K/m
+  double Press;  // hPa at the base
+};
+
+double LayerPressure(const IsaLayer& layer, double height) {
+  const double rise = height - layer.Base;
+  if (layer.Slope == 0) {
+    return layer.Press * std::exp(-kGravity * rise / (kIsaGasConstant * layer.TempK));
+  }
+  return layer.Press * std::pow(1 + layer.Slope * rise / layer.TempK,
+                                -kGravity / (kIsaGasConstant * layer.Slope));
+}
+
+struct IsaTable {
+  std::array<IsaLayer, 7> Layers;
+  double TopPress;  // hPa
+};
+
+const IsaTable& Isa() {
+  static const IsaTable kTable = [] {
+    IsaTable table{{{{0, kSeaLevelTempK, -kTroposphereLapse, kSeaLevelPress},
+                     {11000, 216.65, 0, 0},
+                     {20000, 216.65, 0.0010, 0},
+                     {32000, 228.65, 0.0028, 0},
+                     {47000, 270.65, 0, 0},
+                     {51000, 270.65, -0.0028, 0},
+                     {71000, 214.65, -0.0020, 0}}},
+                   0};
+    for (std::size_t i = 1; i < table.Layers.size(); ++i) {
+      table.Layers[i].Press = LayerPressure(table.Layers[i - 1], table.Layers[i].Base);
+    }
+    table.TopPress = LayerPressure(table.Layers.back(), kIsaTop);
+    return table;
+  }();
+  return kTable;
+}
+
+// The layer of a height; the lowest one for heights below the sea.
+const IsaLayer& LayerOf(double height) {
+  const auto& layers = Isa().Layers;
+  const auto above = std::find_if(layers.begin() + 1, layers.end(),
+                                  [&](const IsaLayer& layer) { return layer.Base > height; });
+  return *(above - 1);
+}
+
+}  // namespace
+
+double IsaPressure(double height) {
+  if (!(height <= kIsaTop) || !std::isfinite(height)) return kNotReached;
+  return LayerPressure(LayerOf(height), height);
+}
+
+double IsaHeight(double press) {
+  if (!(press >= Isa().TopPress) || !std::isfinite(press)) return kNotReached;
+  const auto& layers = Isa().Layers;
+  const auto above = std::find_if(layers.begin() + 1, layers.end(),
+                                  [&](const IsaLayer& next) { return next.Press < press; });
+  const IsaLayer& layer = *(above - 1);
+  if (layer.Slope == 0) {
+    return layer.Base - kIsaGasConstant * layer.TempK / kGravity * std::log(press / layer.Press);
+  }
+  return layer.Base +
+         layer.TempK / layer.Slope *
+             (std::pow(press / layer.Press, -kIsaGasConstant * layer.Slope / kGravity) - 1);
+}
+
+double IsaTemp(double height) {
+  if (!(height <= kIsaTop) || !std::isfinite(height)) return kMissing;
+  const IsaLayer& layer = LayerOf(height);
+  return layer.TempK + layer.Slope * (height - layer.Base) - kIsaKelvinOffset;
+}
+
+double Qnh(double stationPress, double stationHeight) {
+  const double altitude = IsaHeight(stationPress);
+  if (!HasHeight(altitude)) return kNone;
+  const double press = IsaPressure(altitude - stationHeight);
+  return press == kNotReached ? kNone : press;
+}
+
+double DensityAltitude(double density) {
+  return kSeaLevelTempK / kTroposphereLapse *
+         (1 - std::pow(std::max(density, 0.0) / kSeaLevelDensity, kDensityExponent));
+}
+
+double AirDensity(double press, double virtualTemp) {
+  const double tempK = virtualTemp + kKelvinOffset;
+  return tempK > 0 ? 100 * press / (kDryGasConstant * tempK) : 0;
+}
+
+}  // namespace vexa::analysis
