@@ -25,8 +25,8 @@ constexpr std::array<Color, 16> kIndexed = {{{0, 0, 0},
                                              {200, 180, 0},
                                              {235, 235, 235}}};
 
-constexpr double kHairline = 8;
-constexpr double kThin = 12;
+constexpr double kHairline = 7;
+constexpr double kThin = 11;
 constexpr double kTrace = 30;
 
 }  // namespace
