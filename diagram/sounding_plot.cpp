@@ -110,6 +110,7 @@ void DrawSoundingData(Plot& plot) {
   DrawParcel(plot);
   DrawTraces(plot);
   DrawOtherTraces(plot);
+  if (!HasOthers(plot)) DrawLegend(plot);
 }
 
 void DrawWinds(Plot& plot) {

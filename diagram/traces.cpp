@@ -200,6 +200,42 @@ void DrawOtherTraces(Plot& plot) {
   }
 }
 
+void DrawLegend(Plot& plot) {
+  const auto drawn = [&plot](std::string_view tag) {
+    return std::ranges::any_of(plot.Page.Items(),
+                               [tag](const Item& item) { return item.Tag == tag; });
+  };
+  constexpr double kSample = 320;
+  constexpr double kEntry = 1180;
+  const double y = plot.At.Frame().Bottom + 520;
+  double x = plot.At.Frame().Left;
+  const auto name = [&](std::string_view text) {
+    DrawText(plot.Page, "legend", {x + kSample + 60, y}, std::string(text), plot.Inks.Faint,
+             kSmallText);
+    x += kEntry;
+  };
+  const auto line = [&](std::string_view tag, std::string_view text, const Pen& pen) {
+    if (!drawn(tag)) return;
+    DrawSegment(plot.Page, "legend line", {x, y}, {x + kSample, y}, pen);
+    name(text);
+  };
+  const auto area = [&](std::string_view tag, std::string_view text, const Brush& brush) {
+    if (!drawn(tag)) return;
+    plot.Page.Add(
+        "legend area",
+        Area{.Rings = {{{x, y - 60}, {x + kSample, y - 60}, {x + kSample, y + 60}, {x, y + 60}}},
+             .Fill = brush,
+             .Stroke = plot.Inks.PanelFrame});
+    name(text);
+  };
+  line("temperature", "T", plot.Inks.Temperature);
+  line("dew point", "Td", plot.Inks.Dewpoint);
+  line("virtual temperature", "Tv", plot.Inks.VirtualTemp);
+  line("parcel", "Parcel", plot.Inks.Parcel);
+  area("CAPE area", "CAPE", plot.Inks.Cape);
+  area("CIN area", "CIN", plot.Inks.Cin);
+}
+
 void DrawStabilityBars(Plot& plot) {
   if (!plot.Set().StabilityBars) return;
   const Rect& frame = plot.At.Frame();

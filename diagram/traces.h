@@ -17,6 +17,9 @@ void DrawTraces(Plot& plot);
 /// The traces of the further soundings, each in its own pen.
 void DrawOtherTraces(Plot& plot);
 
+/// What the lines and areas of this picture mean, below the temperature axis.
+void DrawLegend(Plot& plot);
+
 /// Bars at the left edge that class each layer by its lapse: unstable, conditional, stable,
 /// inversion.
 void DrawStabilityBars(Plot& plot);

@@ -51,7 +51,7 @@ int WindRatio(const std::vector<double>& places, int option, double apart) {
       const auto here = static_cast<std::size_t>(i);
       if (sorted[here] - sorted[here - static_cast<std::size_t>(ratio)] >= apart) ++wide;
     }
-    if (5 * wide >= 4 * gaps) return ratio;
+    if (10 * wide >= 9 * gaps) return ratio;
   }
   return std::max(count, 1);
 }

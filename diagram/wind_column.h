@@ -9,7 +9,7 @@
 namespace vexa::diagram {
 
 /// Every how many winds one is drawn: the ratio of the options, or, where that is 0, the smallest
-/// number that leaves four of five neighbours at least a symbol apart.
+/// number that leaves nine of ten neighbours at least a symbol apart.
 ///
 /// places  vertical places of the winds on the page, any order
 int WindRatio(const std::vector<double>& places, int option, double apart);
