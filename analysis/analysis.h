@@ -15,6 +15,8 @@
 
 namespace vexa::analysis {
 
+class AdiabatTable;
+
 enum class LiftType { Surface, MeanLayer, MostUnstable };
 inline constexpr int kLiftTypes = 3;
 
@@ -38,6 +40,7 @@ struct ParcelStart {
   double Temp = kMissing;   // °C
   double Dewpt = kMissing;  // °C
   bool Exists() const { return Press != kNone; }
+  bool operator==(const ParcelStart&) const = default;
 };
 
 /// One parcel's ascent: its levels, its energies and the path that the diagram draws and shades,
@@ -122,5 +125,10 @@ struct AnalysisResults {
 /// levels give what they can: markers, never NaN.
 AnalysisResults Analyse(const SoundingRecord& sounding, const Options& options,
                         Progress progress = {});
+
+/// The same by a table of saturated adiabats that fills itself as soundings need it: for whoever
+/// analyses many of them. A single one is solved sooner than the table's columns are filled.
+AnalysisResults Analyse(const SoundingRecord& sounding, const Options& options,
+                        AdiabatTable& table);
 
 }  // namespace vexa::analysis

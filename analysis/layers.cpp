@@ -1,0 +1,141 @@
+#include "analysis/layers.h"
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+
+#include "analysis/interpolate.h"
+
+namespace vexa::analysis {
+namespace {
+
+constexpr double kLeastThickness = 20;      // hPa
+constexpr double kLeastStrength = 2.5;      // °C
+constexpr double kRadiationHeight = 100;    // m above ground
+constexpr double kTropopausePress = 500;    // hPa; tropopauses lie above
+constexpr double kBelowTropopause = 500;    // m that its inversion may begin below it
+constexpr double kDriesAloft = -3;          // °C of dew point from base to top
+constexpr double kKeepsMoist = -1.5;        // °C
+constexpr double kStableLapse = 2;          // K/km
+constexpr double kSteepLapse = 3;           // K/km
+constexpr double kStableDepth = 2000;       // m
+constexpr double kLeastStableDepth = 1000;  // m, when the sounding ends
+constexpr double kSteepDepth = 1000;        // m
+
+LevelPoint PointOf(const LevelProfile& levels, int level) {
+  return {levels.Press(level), levels.Height(level), levels.Temp(level)};
+}
+
+// Mean lapse rates from a level to every level within a depth and to the depth itself, all tested;
+// empty when the sounding ends inside the depth before `least`.
+template <class Test>
+bool LapseHolds(const LevelProfile& levels, int from, double depth, double least, Test holds) {
+  const double base = levels.Height(from);
+  const auto lapseTo = [&](double height, double temp) {
+    return (levels.Temp(from) - temp) / (height - base) * 1000;
+  };
+  for (int i = from + 1; i <= levels.Count(); ++i) {
+    const double height = levels.Height(i);
+    if (!(height > base)) return false;
+    if (height <= base + depth) {
+      if (!holds(lapseTo(height, levels.Temp(i)))) return false;
+      if (height == base + depth) return true;
+      continue;
+    }
+    const double share = (base + depth - levels.Height(i - 1)) / (height - levels.Height(i - 1));
+    const double temp = levels.Temp(i - 1) + share * (levels.Temp(i) - levels.Temp(i - 1));
+    return holds(lapseTo(base + depth, temp));
+  }
+  return levels.Count() > from && levels.Height(levels.Count()) - base >= least;
+}
+
+bool IsTropopause(const LevelProfile& levels, int level) {
+  if (levels.Press(level) > kTropopausePress || level >= levels.Count()) return false;
+  const auto stable = [](double lapse) { return lapse <= kStableLapse; };
+  const double depth = levels.Height(level + 1) - levels.Height(level);
+  if (!(depth > 0)) return false;
+  const double toNext = (levels.Temp(level) - levels.Temp(level + 1)) / depth * 1000;
+  return stable(toNext) && LapseHolds(levels, level, kStableDepth, kLeastStableDepth, stable);
+}
+
+bool IsSteepAgain(const LevelProfile& levels, int level) {
+  return LapseHolds(levels, level, kSteepDepth, kSteepDepth,
+                    [](double lapse) { return lapse > kSteepLapse; });
+}
+
+InversionKind KindOf(const LevelProfile& levels, int base, int top,
+                     const std::vector<LevelPoint>& tropopauses) {
+  const double height = levels.Height(base);
+  if (base == 1 || height - levels.Height(1) < kRadiationHeight) return InversionKind::Radiation;
+  if (levels.Press(base) <= kTropopausePress && !tropopauses.empty() &&
+      height >= tropopauses.front().Height - kBelowTropopause) {
+    return InversionKind::Tropopause;
+  }
+  if (NotAvailable(levels.Dewpt(base)) || NotAvailable(levels.Dewpt(top))) {
+    return InversionKind::Unknown;
+  }
+  const double change = levels.Dewpt(top) - levels.Dewpt(base);
+  if (change <= kDriesAloft) return InversionKind::Subsidence;
+  return change >= kKeepsMoist ? InversionKind::Frontal : InversionKind::Unknown;
+}
+
+}  // namespace
+
+std::vector<LevelPoint> FindTropopauses(const LevelProfile& levels) {
+  std::vector<LevelPoint> found;
+  bool searching = true;  // for a tropopause, else for the steep layer after one
+  for (int i = 1; i <= levels.Count(); ++i) {
+    if (!searching && IsSteepAgain(levels, i)) searching = true;
+    if (searching && IsTropopause(levels, i)) {
+      found.push_back(PointOf(levels, i));
+      searching = false;
+    }
+  }
+  return found;
+}
+
+std::vector<Inversion> FindInversions(const LevelProfile& levels,
+                                      const std::vector<LevelPoint>& tropopauses) {
+  std::vector<Inversion> found;
+  int base = 1;
+  while (base < levels.Count()) {
+    if (!(levels.Temp(base + 1) > levels.Temp(base))) {
+      ++base;
+      continue;
+    }
+    // Up through rising layers; isothermal ones belong to it when the temperature rises again.
+    int top = base + 1;
+    for (int i = top; i < levels.Count() && levels.Temp(i + 1) >= levels.Temp(i); ++i) {
+      if (levels.Temp(i + 1) > levels.Temp(i)) top = i + 1;
+    }
+    if (levels.Press(base) - levels.Press(top) >= kLeastThickness ||
+        levels.Temp(top) - levels.Temp(base) >= kLeastStrength) {
+      found.push_back(
+          {KindOf(levels, base, top, tropopauses), PointOf(levels, base), PointOf(levels, top)});
+    }
+    base = top;
+  }
+  return found;
+}
+
+std::vector<LevelPoint> FindFreezingLevels(const LevelProfile& levels) {
+  std::vector<LevelPoint> found;
+  for (int i = 1; i <= levels.Count(); ++i) {
+    const double temp = levels.Temp(i);
+    const double below = i == 1 ? temp : levels.Temp(i - 1);
+    if (temp == 0) {
+      if (i == 1 || below != 0) found.push_back(PointOf(levels, i));
+      continue;
+    }
+    if (i == 1 || below == 0 || (below > 0) == (temp > 0)) continue;
+    if (!(levels.Press(i) > 0) || !(levels.Press(i - 1) > 0)) continue;
+    const double lowLog = std::log(levels.Press(i - 1));
+    const double press =
+        std::exp(lowLog + (std::log(levels.Press(i)) - lowLog) * below / (below - temp));
+    const Sample height = SampleAt(levels, press, Quantity::Height);
+    found.push_back({press, height.Ok() ? height.Value : levels.Height(i), 0});
+  }
+  return found;
+}
+
+}  // namespace vexa::analysis

@@ -1,0 +1,27 @@
+// Levels and layers of the temperature profile that the diagram marks: inversions, freezing levels
+// and tropopauses.
+#pragma once
+
+#include <vector>
+
+#include "analysis/analysis.h"
+#include "analysis/level_profile.h"
+
+namespace vexa::analysis {
+
+/// Tropopauses, lowest first: from 500 hPa up, where the lapse rate to the next level and the mean
+/// lapse rates to all levels within 2 km do not exceed 2 K/km; a further one above a layer whose
+/// mean lapse rates over 1 km exceed 3 K/km. WMO (1957). A sounding that ends inside the 2 km must
+/// reach 1 km.
+std::vector<LevelPoint> FindTropopauses(const LevelProfile& levels);
+
+/// Inversions at least 20 hPa thick or 2.5 °C strong, lowest first, with their kinds;
+/// AWS/TR-79/006.
+std::vector<Inversion> FindInversions(const LevelProfile& levels,
+                                      const std::vector<LevelPoint>& tropopauses);
+
+/// Where the temperature passes 0 °C, linear in ln p, lowest first. Neighbouring levels at exactly
+/// 0 °C count once.
+std::vector<LevelPoint> FindFreezingLevels(const LevelProfile& levels);
+
+}  // namespace vexa::analysis

@@ -1,0 +1,327 @@
+#include "analysis/parcel.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+#include "analysis/interpolate.h"
+#include "analysis/moist_air.h"
+#include "core/units.h"
+
+namespace vexa::analysis {
+namespace {
+
+constexpr double kColdestParcel =
+    -120;                              // °C, where LiftSat gives up and keeps its last temperature
+constexpr double kLeastCin = -99999;   // J/kg
+constexpr double kHailBaseTemp = -10;  // °C
+constexpr double kHailTopTemp = -30;   // °C
+
+// Virtual temperatures are rounded to three decimals. Adding and taking away 1.5 · 2^52 rounds to
+// a whole number in two operations that the compiler can do for several values at once.
+double ToThousandths(double value) {
+  constexpr double kRounder = 6755399441055744.0;
+  return (value * 1000 + kRounder - kRounder) / 1000;
+}
+
+// Sums in four strands, which a processor adds side by side.
+template <class Term>
+double SumOver(std::size_t from, std::size_t to, Term term) {
+  std::array<double, 4> strands{};
+  std::size_t i = from;
+  for (; i + 4 <= to; i += 4) {
+    for (std::size_t k = 0; k < 4; ++k) strands[k] += term(i + k);
+  }
+  for (; i < to; ++i) strands[0] += term(i);
+  return (strands[0] + strands[1]) + (strands[2] + strands[3]);
+}
+
+}  // namespace
+
+LiftSettings LiftSettingsOf(const Options& options, double depthTopPress) {
+  return {.Over = options.Saturation,
+          .Virtual = options.CapeTempBase == TempBase::Virtual,
+          .Step = std::max(options.CapeInterval, 1),
+          .DepthTopPress = depthTopPress,
+          .ElLowerLimit = options.ElLowerLimit,
+          .FindMaximum = options.MplDisplay};
+}
+
+struct ParcelLifter::Source {
+  double Theta = 0;        // K, of the dry ascent
+  double ThetaE = 0;       // K, of the saturated ascent
+  double MixingRatio = 0;  // kg/kg, below condensation
+  CondensationPoint Condensation{};
+};
+
+ParcelLifter::ParcelLifter(const LevelProfile& levels, const PressureGrid& grid,
+                           const LiftSettings& settings, AdiabatTable* table)
+    : levels_(levels), grid_(grid), settings_(settings), table_(table) {}
+
+double ParcelLifter::PressAt(std::size_t step) const {
+  return first_ - settings_.Step * static_cast<double>(step);
+}
+
+double ParcelLifter::LogPressAt(std::size_t step) const {
+  return WholeHpa().Log[GridIndex(first_) + step * static_cast<std::size_t>(settings_.Step)];
+}
+
+// Number of steps of the path at pressures not less than this one.
+std::size_t ParcelLifter::StepsDownTo(double press) const {
+  const double steps = std::floor((first_ - press) / settings_.Step) + 1;
+  return static_cast<std::size_t>(std::clamp(steps, 0.0, static_cast<double>(differences_.size())));
+}
+
+// Pressure at which the difference vanishes between a point below, given by ln p and difference,
+// and a step; linear in ln p.
+double ParcelLifter::Crossing(double lowLog, double low, std::size_t step) const {
+  const double high = differences_[step];
+  return std::exp(lowLog + (LogPressAt(step) - lowLog) * low / (low - high));
+}
+
+// A point of the path: the parcel's dry-bulb temperature there, from the whole hPa about it.
+LevelPoint ParcelLifter::PointAt(double press) const {
+  LevelPoint point{.Press = press};
+  const Sample height = SampleAt(levels_, press, Quantity::Height);
+  if (height.Ok()) point.Height = height.Value;
+  const double place = std::clamp(first_ - press, 0.0, static_cast<double>(temps_.size() - 1));
+  const auto below = static_cast<std::size_t>(place);
+  const std::size_t above = std::min(below + 1, temps_.size() - 1);
+  point.Temp =
+      temps_[below] + (temps_[above] - temps_[below]) * (place - static_cast<double>(below));
+  return point;
+}
+
+void ParcelLifter::LiftForced(const ParcelStart& start, ParcelAscent& into) {
+  CondensationPoint condensation;
+  if (start.Exists() && !NotAvailable(start.Temp) && !NotAvailable(start.Dewpt)) {
+    condensation.Temp = Condense(start.Temp, std::min(start.Dewpt, start.Temp));
+    condensation.Press = LclPressure(start.Press, start.Temp, condensation.Temp);
+  }
+  Lift(start, condensation, LiftMode::Lfc, into);
+}
+
+void ParcelLifter::LiftConvective(const ParcelStart& start, const CondensationPoint& condensation,
+                                  ParcelAscent& into) {
+  Lift(start, condensation, LiftMode::Ccl, into);
+}
+
+void ParcelLifter::Lift(const ParcelStart& start, const CondensationPoint& condensation,
+                        LiftMode mode, ParcelAscent& into) {
+  // Emptied but for the room that its arrays hold.
+  ParcelAscent empty;
+  empty.ParcelTemps.swap(into.ParcelTemps);
+  empty.EnvTemps.swap(into.EnvTemps);
+  empty.Increments.swap(into.Increments);
+  empty.ParcelTemps.clear();
+  empty.EnvTemps.clear();
+  empty.Increments.clear();
+  into = std::move(empty);
+
+  if (!start.Exists() || !condensation.Exists()) return;
+  const PointThermo saturated = ThetaPoint(condensation.Press, condensation.Temp, settings_.Over);
+  const Source source{
+      .Theta = ThetaPoint(start.Press, start.Temp, settings_.Over).Theta,
+      .ThetaE = saturated.ThetaE,
+      .MixingRatio = ThetaPoint(start.Press, start.Dewpt, settings_.Over).MixingRatio,
+      .Condensation = condensation};
+  if (!(source.Theta > 0) || !(source.ThetaE > 0)) return;  // 0 is no value
+
+  into.Start = start;
+  into.Step = settings_.Step;
+  into.Condensation = {.Press = condensation.Press, .Temp = condensation.Temp};
+  const Sample height = SampleAt(levels_, condensation.Press, Quantity::Height);
+  if (height.Ok()) into.Condensation.Height = height.Value;
+
+  first_ = grid_.Empty() || !(start.Press >= grid_.Top)
+               ? 0
+               : static_cast<int>(std::min<double>(start.Press, grid_.Bottom));
+  into.FirstPress = first_;
+  if (first_ < grid_.Top) return;
+  FillPath(source, into);
+  FindFreeLayer(source, mode, into);
+  Integrate(into);
+}
+
+void ParcelLifter::FillPath(const Source& source, ParcelAscent& into) {
+  const auto count = static_cast<std::size_t>(first_ - grid_.Top + 1);
+  const std::size_t offset = GridIndex(first_);
+  const WholePressures& whole = WholeHpa();
+  temps_.resize(count);
+  if (settings_.Virtual) virtuals_.resize(count);
+
+  // Dry while p > condensation pressure.
+  const double dryDepth = std::ceil(first_ - source.Condensation.Press);
+  const auto dry = static_cast<std::size_t>(std::clamp(dryDepth, 0.0, static_cast<double>(count)));
+  for (std::size_t i = 0; i < dry; ++i) {
+    temps_[i] = source.Theta * whole.Poisson[offset + i] - kKelvinOffset;
+  }
+  if (settings_.Virtual) {
+    for (std::size_t i = 0; i < dry; ++i) {
+      virtuals_[i] = VirtualTemp(temps_[i], source.MixingRatio);
+    }
+  }
+  if (dry < count) {
+    const int bottom = first_ - static_cast<int>(dry);
+    double* virtuals = settings_.Virtual ? virtuals_.data() + dry : nullptr;
+    double* temps = temps_.data() + dry;
+    if (table_ != nullptr) {
+      table_->Blend(source.ThetaE, settings_.Over, bottom, grid_.Top, temps, virtuals);
+    } else {
+      SolveAdiabat(source.ThetaE, settings_.Over, bottom, grid_.Top, temps, virtuals);
+    }
+  }
+  for (std::size_t i = dry; i < count; ++i) temps_[i] = std::max(temps_[i], kColdestParcel);
+  if (settings_.Virtual) {
+    for (double& temp : virtuals_) temp = ToThousandths(std::max(temp, kColdestParcel));
+  }
+
+  const std::vector<double>& parcel = settings_.Virtual ? virtuals_ : temps_;
+  const double* environment =
+      (settings_.Virtual ? grid_.VirtualTemp : grid_.Temp).data() + (grid_.Bottom - first_);
+  const auto stride = static_cast<std::size_t>(settings_.Step);
+  const std::size_t steps = (count - 1) / stride + 1;
+  if (stride == 1) {
+    into.ParcelTemps.assign(parcel.begin(), parcel.end());
+    into.EnvTemps.assign(environment, environment + count);
+  } else {
+    for (std::size_t i = 0; i < steps; ++i) {
+      into.ParcelTemps.push_back(parcel[i * stride]);
+      into.EnvTemps.push_back(environment[i * stride]);
+    }
+  }
+  differences_.resize(steps);
+  for (std::size_t i = 0; i < steps; ++i) {
+    differences_[i] = into.ParcelTemps[i] - into.EnvTemps[i];
+  }
+}
+
+// Parcel minus environment at the condensation level itself, which lies between two steps.
+double ParcelLifter::DifferenceAt(const Source& source) const {
+  const CondensationPoint& at = source.Condensation;
+  const Sample environment =
+      SampleAt(levels_, at.Press, settings_.Virtual ? Quantity::VirtualTemp : Quantity::Temp);
+  if (!environment.Ok()) return 0;
+  if (!settings_.Virtual) return at.Temp - environment.Value;
+  const double mixing = ThetaPoint(at.Press, at.Temp, settings_.Over).MixingRatio;
+  return ToThousandths(VirtualTemp(at.Temp, mixing)) - environment.Value;
+}
+
+// Free level and equilibrium level, by one pass from the condensation level to the top.
+void ParcelLifter::FindFreeLayer(const Source& source, LiftMode mode, ParcelAscent& into) {
+  const std::size_t steps = differences_.size();
+  const double condensation = source.Condensation.Press;
+  const std::size_t from = StepsDownTo(condensation);  // first step above it
+  const double baseLog = std::log(condensation);
+  double base = DifferenceAt(source);
+  std::size_t free = from;  // first step above the free level
+
+  if (mode == LiftMode::Ccl) {
+    // The level was found where the parcel's temperature is the sounding's own.
+    if (!settings_.Virtual) base = 0;
+    into.FreeLevel = into.Condensation;
+  } else if (base > 0) {
+    into.FreeLevel = into.Condensation;
+  } else {
+    while (free < steps && !(differences_[free] > 0)) ++free;
+    if (free == steps) return;
+    into.FreeLevel =
+        PointAt(free == from ? Crossing(baseLog, base, free)
+                             : Crossing(LogPressAt(free - 1), differences_[free - 1], free));
+  }
+
+  std::size_t above = steps;  // first step above the last one where the parcel is warmer
+  while (above > free && !(differences_[above - 1] > 0)) --above;
+  double press = kNone;
+  if (above == steps && steps > free) {
+    press = levels_.Press.Top();  // still warmer at the top
+  } else if (above > free) {
+    press = Crossing(LogPressAt(above - 1), differences_[above - 1], above);
+  } else if (base > 0 && above < steps) {
+    press = Crossing(baseLog, base, above);
+  }
+  if (press == kNone || press > settings_.ElLowerLimit) return;
+  into.Equilibrium = PointAt(press);
+}
+
+void ParcelLifter::Integrate(ParcelAscent& into) {
+  const std::size_t steps = differences_.size();
+  const std::size_t stride = static_cast<std::size_t>(settings_.Step);
+  const double* logs = WholeHpa().Log.data() + GridIndex(first_);
+  increments_.resize(steps);
+  increments_[0] = 0;
+  if (stride == 1) {
+    for (std::size_t i = 1; i < steps; ++i) {
+      increments_[i] = -kDryGasConstant * ((differences_[i - 1] + differences_[i]) / 2) *
+                       (logs[i] - logs[i - 1]);
+    }
+  } else {
+    for (std::size_t i = 1; i < steps; ++i) {
+      increments_[i] = -kDryGasConstant * ((differences_[i - 1] + differences_[i]) / 2) *
+                       (logs[i * stride] - logs[(i - 1) * stride]);
+    }
+  }
+
+  const bool hasEnd = into.Equilibrium.Exists();
+  const std::size_t end = hasEnd ? StepsDownTo(std::floor(into.Equilibrium.Press)) : steps;
+  MarkHailZone(end, into);
+  into.Increments.resize(end);
+  for (std::size_t i = 0; i < end; ++i) {
+    into.Increments[i] = static_cast<float>(increments_[i]);  // single precision
+  }
+  if (!hasEnd) return;  // all totals stay 0
+
+  const auto positive = [&](std::size_t from, std::size_t to) {
+    return SumOver(from, to, [&](std::size_t i) { return std::max(increments_[i], 0.0); });
+  };
+  // Steps with p < free level, of which those with p >= layer top lie in the 0-x km layer.
+  const std::size_t free =
+      std::clamp<std::size_t>(StepsDownTo(into.FreeLevel.Press), 1, std::max<std::size_t>(end, 1));
+  const std::size_t deep = settings_.DepthTopPress == kNotReached
+                               ? end
+                               : std::clamp(StepsDownTo(settings_.DepthTopPress), free, end);
+  into.CapeDepth = positive(free, deep);
+  into.CapeTotal = into.CapeDepth + positive(deep, end);
+  into.CapePlusOnly = positive(1, free) + into.CapeTotal;
+  into.CinTotal = SumOver(1, end, [&](std::size_t i) { return std::min(increments_[i], 0.0); });
+  if (into.HailBasePress != kNone) {
+    const std::size_t hailFrom = StepsDownTo(into.HailBasePress) - 1;
+    const std::size_t hailTo = into.HailTopPress == kNone ? end : StepsDownTo(into.HailTopPress);
+    into.CapeHail = positive(hailFrom, hailTo);
+  }
+
+  if (into.CapeTotal == 0) into.CinTotal = 0;
+  into.CinTotal = std::max(into.CinTotal, kLeastCin);
+  if (settings_.FindMaximum && into.CapeTotal > 0) FindMaximum(end, into);
+}
+
+// The first steps at which the parcel is -10 °C and -30 °C or colder in an environment below 0 °C.
+void ParcelLifter::MarkHailZone(std::size_t end, ParcelAscent& into) const {
+  const auto stride = static_cast<std::size_t>(settings_.Step);
+  const double* environment = grid_.Temp.data() + (grid_.Bottom - first_);
+  const auto mark = [&](double temp) {
+    const auto found = std::partition_point(temps_.begin(), temps_.end(),
+                                            [&](double value) { return value > temp; });
+    const auto whole = static_cast<std::size_t>(found - temps_.begin());
+    std::size_t step = (whole + stride - 1) / stride;
+    while (step < end && !(environment[step * stride] < 0)) ++step;
+    return step < end ? PressAt(step) : kNone;
+  };
+  into.HailBasePress = mark(kHailBaseTemp);
+  into.HailTopPress = mark(kHailTopTemp);
+}
+
+// Where the rising parcel has spent its energy: from the equilibrium level up the negative
+// increments are taken off CAPE until nothing is left.
+void ParcelLifter::FindMaximum(std::size_t end, ParcelAscent& into) const {
+  double energy = into.CapeTotal;
+  for (std::size_t i = end; i < increments_.size(); ++i) {
+    energy += std::min(increments_[i], 0.0);
+    if (energy <= 0) {
+      into.MaximumParcel = PointAt(PressAt(i));
+      return;
+    }
+  }
+}
+
+}  // namespace vexa::analysis

@@ -1,0 +1,129 @@
+#include "analysis/parcel_source.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "analysis/interpolate.h"
+#include "analysis/moist_air.h"
+#include "core/units.h"
+
+namespace vexa::analysis {
+namespace {
+
+constexpr double kSurfaceSearch = 100;   // hPa
+constexpr double kLogPressWidth = 1e-9;  // where the bisection for the CCL ends
+
+ParcelStart StartAt(const LevelProfile& levels, int level) {
+  return {levels.Press(level), levels.Temp(level), levels.Dewpt(level)};
+}
+
+struct Weighted {
+  double Press;
+  double Value;
+};
+
+// Pressure-weighted mean through points of falling pressure.
+double TrapezoidMean(const std::vector<Weighted>& points) {
+  if (points.size() == 1) return points.front().Value;
+  double sum = 0;
+  for (std::size_t i = 1; i < points.size(); ++i) {
+    sum += (points[i - 1].Value + points[i].Value) / 2 * (points[i - 1].Press - points[i].Press);
+  }
+  const double depth = points.front().Press - points.back().Press;
+  return depth > 0 ? sum / depth : points.front().Value;
+}
+
+// The mean of one quantity over [top, surface]; kMissing unless both ends have it.
+double LayerMeanOf(const LevelProfile& levels, const Levels<double>& values, Quantity quantity,
+                   double top) {
+  if (NotAvailable(values(1))) return kMissing;
+  std::vector<Weighted> points;
+  for (int i = 1; i <= levels.Count() && levels.Press(i) > top; ++i) {
+    if (!NotAvailable(values(i))) points.push_back({levels.Press(i), values(i)});
+  }
+  if (top < levels.Press(1)) {
+    const Sample end = SampleAt(levels, top, quantity);
+    if (!end.Ok()) return kMissing;
+    points.push_back({top, end.Value});
+  } else {
+    points = {{levels.Press(1), values(1)}};
+  }
+  return TrapezoidMean(points);
+}
+
+}  // namespace
+
+ParcelStart SurfaceParcel(const LevelProfile& levels) {
+  for (int i = 1; i <= levels.Count() && levels.Press(i) >= levels.Press(1) - kSurfaceSearch; ++i) {
+    if (!NotAvailable(levels.Dewpt(i))) return StartAt(levels, i);
+  }
+  return {};
+}
+
+LayerMean MeanOfLowestLayer(const LevelProfile& levels, double depth) {
+  if (levels.Count() == 0) return {};
+  const double top = levels.Press(1) - std::max(depth, 0.0);
+  return {LayerMeanOf(levels, levels.Theta, Quantity::Theta, top),
+          LayerMeanOf(levels, levels.MixingRatio, Quantity::MixingRatio, top)};
+}
+
+ParcelStart MeanLayerParcel(const LevelProfile& levels, const LayerMean& mean,
+                            SaturationOver over) {
+  if (!mean.Exists()) return {};
+  const double press = levels.Press(1);
+  const double temp = DryAdiabatTemp(mean.Theta, press);
+  const double dewpt = DewpointFromMixingRatio(press, mean.MixingRatio, over);
+  if (NotAvailable(dewpt)) return {};
+  return {press, temp, std::min(dewpt, temp)};
+}
+
+std::vector<ParcelStart> CandidateParcels(const LevelProfile& levels, double depth) {
+  std::vector<ParcelStart> starts;
+  for (int i = 1; i <= levels.Count() && levels.Press(i) >= levels.Press(1) - depth; ++i) {
+    if (!NotAvailable(levels.ThetaE(i))) starts.push_back(StartAt(levels, i));
+  }
+  return starts;
+}
+
+ParcelStart MostUnstableParcel(const LevelProfile& levels, double depth) {
+  int best = 0;
+  for (int i = 1; i <= levels.Count() && levels.Press(i) >= levels.Press(1) - depth; ++i) {
+    if (NotAvailable(levels.ThetaE(i))) continue;
+    if (best == 0 || levels.ThetaE(i) > levels.ThetaE(best)) best = i;
+  }
+  return best == 0 ? ParcelStart{} : StartAt(levels, best);
+}
+
+CondensationPoint FindConvectiveCondensation(const LevelProfile& levels, const PressureGrid& grid,
+                                             double mixingRatio, SaturationOver over) {
+  if (levels.Count() == 0 || NotAvailable(mixingRatio) || !(mixingRatio > 0)) return {};
+  const auto saturated = [&](double press, double temp) {
+    const double mixing = ThetaPoint(press, temp, over).MixingRatio;
+    return mixing >= 0 && mixing <= mixingRatio;
+  };
+  const double surface = levels.Press(1);
+  if (saturated(surface, levels.Temp(1))) return {surface, levels.Temp(1)};
+  double below = surface;
+  for (int press = grid.Bottom; press >= grid.Top; --press) {
+    const double temp = grid.Temp[static_cast<std::size_t>(grid.Bottom - press)];
+    if (!saturated(press, temp)) {
+      below = press;
+      continue;
+    }
+    double lowLog = std::log(below);
+    double highLog = std::log(press);
+    while (lowLog - highLog > kLogPressWidth) {
+      const double middle = (lowLog + highLog) / 2;
+      const double middlePress = std::exp(middle);
+      const Sample at = SampleAt(levels, middlePress, Quantity::Temp);
+      if (!at.Ok()) break;
+      (saturated(middlePress, at.Value) ? highLog : lowLog) = middle;
+    }
+    const double found = std::exp(highLog);
+    const Sample at = SampleAt(levels, found, Quantity::Temp);
+    return {found, at.Ok() ? at.Value : temp};
+  }
+  return {};
+}
+
+}  // namespace vexa::analysis
