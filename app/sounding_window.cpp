@@ -50,7 +50,7 @@ std::vector<std::filesystem::path> FilesOf(const QMimeData& data) {
 }  // namespace
 
 SoundingWindow::SoundingWindow(Program& program, WindowInteraction& interaction)
-    : program_(program) {
+    : program_(program), interaction_(interaction) {
   setObjectName(QStringLiteral("Sounding"));
   setAcceptDrops(true);
   BuildMenus();
@@ -59,7 +59,11 @@ SoundingWindow::SoundingWindow(Program& program, WindowInteraction& interaction)
   ShowState();
 }
 
-SoundingWindow::~SoundingWindow() = default;
+// Its parts outlive it by a little, and must not report to it any more.
+SoundingWindow::~SoundingWindow() {
+  view_->OnPointer({});
+  interaction_.Attach(nullptr, {});
+}
 
 void SoundingWindow::BuildMenus() {
   std::map<std::string_view, QMenu*> menus;

@@ -50,6 +50,7 @@ class SoundingWindow : public QMainWindow {
   void ShowReadout(const std::optional<Point>& at);
 
   Program& program_;
+  WindowInteraction& interaction_;
   DiagramView* view_ = nullptr;
   QScrollBar* sequence_ = nullptr;
   QLabel* progress_ = nullptr;

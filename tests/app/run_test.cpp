@@ -1,0 +1,79 @@
+// The program as its users start it.
+#include <gtest/gtest.h>
+
+#include <QImage>
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <QString>
+#include <QStringList>
+
+#include "core/files.h"
+#include "core/raw_file.h"
+#include "support/soundings.h"
+
+namespace vexa {
+namespace {
+
+struct Ended {
+  int Code = -1;
+  std::string Out{};
+  std::string Err{};
+};
+
+Ended RunProgram(const QStringList& arguments, const char* platform = "offscreen") {
+  QProcess process;
+  QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+  environment.insert("QT_QPA_PLATFORM", platform);
+  process.setProcessEnvironment(environment);
+  process.start(VEXA_PROGRAM, arguments);
+  if (!process.waitForFinished(60000) || process.exitStatus() != QProcess::NormalExit) return {};
+  return {process.exitCode(), process.readAllStandardOutput().toStdString(),
+          process.readAllStandardError().toStdString()};
+}
+
+TEST(VexaProgram, SavesAScreenshotOfItsWindow) {
+  const test::TemporaryFolder folder;
+  const auto name = [&folder](const char* file) {
+    return QString::fromStdString(TextFromPath(folder.Path() / file));
+  };
+  ASSERT_FALSE(SaveFile(folder.Path() / "a.RAW", WriteRaw(test::ReferenceConvective())));
+  const Ended ended =
+      RunProgram({"--root", name("root"), "--size", "640x520", "--set", "Diagram type=emagram",
+                  "--screenshot", name("out.png"), name("a.RAW")});
+  EXPECT_EQ(ended.Code, 0) << ended.Err;
+  const QImage image(name("out.png"));
+  EXPECT_EQ(image.size(), QSize(640, 520));
+  int red = 0;  // the temperature trace
+  for (int y = 0; y < image.height(); ++y) {
+    for (int x = 0; x < image.width(); ++x) {
+      const QColor pixel = image.pixelColor(x, y);
+      if (pixel.red() > 180 && pixel.green() < 90 && pixel.blue() < 90) ++red;
+    }
+  }
+  EXPECT_GT(red, 200);
+}
+
+TEST(VexaProgram, SaysWhatWentWrongByItsExitCode) {
+  const test::TemporaryFolder folder;
+  const QString root = QString::fromStdString(TextFromPath(folder.Path()));
+  const Ended absent =
+      RunProgram({"--root", root, "--screenshot", root + "/out.png", root + "/absent.RAW"});
+  EXPECT_EQ(absent.Code, 1);
+  EXPECT_NE(absent.Err.find("absent.RAW does not exist."), std::string::npos) << absent.Err;
+  const Ended nowhere = RunProgram({"--root", root, "--screenshot", root + "/no/such/out.png"});
+  EXPECT_EQ(nowhere.Code, 1);
+  EXPECT_EQ(RunProgram({"--size", "many"}).Code, 2);
+  EXPECT_EQ(RunProgram({"--set", "no such key=1"}).Code, 2);
+}
+
+TEST(VexaProgram, HelpsWithoutADisplay) {
+  const Ended help = RunProgram({"--help"}, "no-such-platform");
+  EXPECT_EQ(help.Code, 0) << help.Err;
+  EXPECT_NE(help.Out.find("--screenshot"), std::string::npos);
+  const Ended version = RunProgram({"--version"}, "no-such-platform");
+  EXPECT_EQ(version.Code, 0);
+  EXPECT_EQ(version.Out.substr(0, 5), "vexa ");
+}
+
+}  // namespace
+}  // namespace vexa

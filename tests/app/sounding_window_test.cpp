@@ -1,0 +1,161 @@
+#include "app/sounding_window.h"
+
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QDropEvent>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMimeData>
+#include <QMouseEvent>
+#include <QScrollBar>
+#include <QUrl>
+#include <string>
+
+#include "app/diagram_view.h"
+#include "core/files.h"
+#include "core/raw_file.h"
+#include "picture/stroke.h"
+#include "support/soundings.h"
+
+namespace vexa {
+namespace {
+
+class AppEnvironment : public testing::Environment {
+ public:
+  void SetUp() override { app_ = new QApplication(count_, arguments_); }
+  void TearDown() override { delete app_; }
+
+ private:
+  int count_ = 1;
+  char name_[5] = "test";
+  char* arguments_[2] = {name_, nullptr};
+  QApplication* app_ = nullptr;
+};
+const auto* const kApp = testing::AddGlobalTestEnvironment(new AppEnvironment);
+
+class WindowTest : public testing::Test {
+ protected:
+  WindowTest() {
+    program.Current.Ask = &interaction;
+    window.resize(900, 700);
+    window.show();
+    QApplication::processEvents();
+  }
+
+  std::filesystem::path Saved(const std::string& name, const SoundingRecord& record) {
+    const std::filesystem::path path = folder.Path() / PathFromText(name);
+    EXPECT_FALSE(SaveFile(path, WriteRaw(record)));
+    return path;
+  }
+  std::string Text(const char* label) {
+    return window.findChild<QLabel*>(label)->text().toStdString();
+  }
+  // Widget position of a page position.
+  QPointF Place(Point at) {
+    const Picture& page = program.Plot->Page;
+    const PageFit fit = FitPage(page.Width(), page.Height(),
+                                {0, 0, static_cast<double>(window.View().width()),
+                                 static_cast<double>(window.View().height())});
+    return {fit.Left + at.X * fit.Scale, fit.Top + at.Y * fit.Scale};
+  }
+
+  test::TemporaryFolder folder;
+  Program program;
+  WindowInteraction interaction{program.Gate, WindowInteraction::Attendance::Unattended};
+  SoundingWindow window{program, interaction};
+};
+
+TEST_F(WindowTest, MenuEntriesRunTheirCommands) {
+  window.OpenFiles({Saved("a.RAW", test::ReferenceWinter())});
+  ASSERT_TRUE(program.Plot);
+  EXPECT_EQ(window.windowTitle().toStdString(), "VEXA  -  Reference B, winter");
+  auto* tephigram = window.findChild<QAction*>("mnuTephigram");
+  auto* skewT = window.findChild<QAction*>("mnuSkewT");
+  ASSERT_TRUE(tephigram != nullptr && skewT != nullptr);
+  EXPECT_TRUE(skewT->isChecked());
+  tephigram->trigger();
+  EXPECT_EQ(program.Plot->Mapping.Type(), DiagramType::Tephigram);
+  EXPECT_TRUE(tephigram->isChecked());
+  EXPECT_FALSE(skewT->isChecked());
+
+  auto* leave = window.findChild<QAction*>("mnuExit");
+  ASSERT_NE(leave, nullptr);
+  leave->trigger();
+  EXPECT_FALSE(window.isVisible());
+}
+
+TEST_F(WindowTest, DroppedFilesOpenAndCanBeSteppedThrough) {
+  QMimeData data;
+  QList<QUrl> urls;
+  for (const auto& path : {Saved("M\xC3\xBCnchen 1.RAW", test::ReferenceWinter()),
+                           Saved("b.RAW", test::ReferenceConvective())}) {
+    urls.append(QUrl::fromLocalFile(QString::fromStdString(TextFromPath(path))));
+  }
+  data.setUrls(urls);
+  QDragEnterEvent enter({50, 50}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(&window, &enter);
+  EXPECT_TRUE(enter.isAccepted());
+  QDropEvent drop({50, 50}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(&window, &drop);
+  EXPECT_EQ(program.Current.FileName, "M\xC3\xBCnchen 1.RAW");
+
+  auto* sequence = window.findChild<QScrollBar*>("ScrollSoundings");
+  ASSERT_TRUE(sequence->isVisible());
+  sequence->setValue(1);
+  EXPECT_EQ(program.Current.FileName, "b.RAW");
+  EXPECT_TRUE(interaction.Kept().empty());
+}
+
+TEST_F(WindowTest, PointerAndKeysReadTheDiagram) {
+  window.OpenFiles({Saved("a.RAW", test::ReferenceConvective())});
+  QApplication::processEvents();
+  // Neither the window's margins nor its proportions move the readout.
+  for (const QSize size : {QSize(900, 700), QSize(500, 900), QSize(1300, 500)}) {
+    window.resize(size);
+    QApplication::processEvents();
+    const QPointF place = Place(program.Plot->Mapping.ToPoint(10, 700));
+    const auto at = window.View().PageAt(place);
+    ASSERT_TRUE(at);
+    QMouseEvent move(QEvent::MouseMove, place, window.View().mapToGlobal(place), Qt::NoButton,
+                     Qt::NoButton, Qt::NoModifier);
+    QApplication::sendEvent(&window.View(), &move);
+    EXPECT_EQ(Text("CursorReadout"), "700 mb   10.0 C     Temp:8.6  Td:-3.2");
+  }
+  QKeyEvent left(QEvent::KeyPress, Qt::Key_Left, Qt::NoModifier);
+  QApplication::sendEvent(&window.View(), &left);  // from the middle of the page
+  const std::string middle = Text("CursorReadout");
+  EXPECT_NE(middle, "700 mb   10.0 C     Temp:8.6  Td:-3.2");
+  EXPECT_NE(middle.find(" mb   "), std::string::npos);
+  QKeyEvent down(QEvent::KeyPress, Qt::Key_Down, Qt::ShiftModifier);
+  QApplication::sendEvent(&window.View(), &down);
+  EXPECT_NE(Text("CursorReadout"), middle);
+}
+
+TEST_F(WindowTest, FaultsAreKeptWhenNobodyIsThereAndShownInThePanel) {
+  window.OpenFiles({folder.Path() / "absent.RAW"});
+  ASSERT_EQ(interaction.Kept().size(), 1u);
+  window.OpenFiles({Saved("warm.RAW", test::Profile({{1000, 71, 10}, {900, 20, 10}}))});
+  EXPECT_EQ(Text("ProgressPanel"), "Temperature is greater than 70C.");
+}
+
+TEST_F(WindowTest, ClosingWaitsForTheRunningCommand) {
+  {
+    const auto pass = program.Gate.Enter();
+    EXPECT_FALSE(window.close());
+    window.Run(Command::DiagramEmagram);
+    EXPECT_EQ(program.Set.Diagram, DiagramType::SkewT);
+    EXPECT_TRUE(window.isVisible());
+  }
+  window.Show({});
+  EXPECT_FALSE(window.isVisible());
+}
+
+TEST(DialogFilter, BecomesTheToolkitsForm) {
+  EXPECT_EQ(DialogFilter("JPEG Files (*.JPG)|*.JPG|Text|*.TXT *.txt"),
+            "JPEG Files (*.JPG);;Text(*.TXT *.txt)");
+}
+
+}  // namespace
+}  // namespace vexa

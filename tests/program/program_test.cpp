@@ -1,0 +1,182 @@
+#include "program/program.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/files.h"
+#include "core/raw_file.h"
+#include "program/menu.h"
+#include "support/soundings.h"
+
+namespace vexa {
+namespace {
+
+namespace fs = std::filesystem;
+
+// Does something while the running command lets the window system run.
+class Meddling : public test::ScriptedInteraction {
+ public:
+  bool Yield() override { return !OnYield || OnYield(); }
+  std::vector<std::string> ChooseFiles(const FileQuestion& question) override {
+    Asked = question;
+    return Chosen;
+  }
+
+  std::function<bool()> OnYield{};
+  std::vector<std::string> Chosen{};
+  FileQuestion Asked{};
+};
+
+class ProgramTest : public testing::Test {
+ protected:
+  ProgramTest() { program.Current.Ask = &user; }
+
+  fs::path Saved(const std::string& name, const SoundingRecord& record) {
+    const fs::path path = folder.Path() / name;
+    EXPECT_FALSE(SaveFile(path, WriteRaw(record)));
+    return path;
+  }
+  fs::path SavedText(const std::string& name, const std::string& text) {
+    const fs::path path = folder.Path() / name;
+    EXPECT_FALSE(SaveFile(path, text));
+    return path;
+  }
+
+  test::TemporaryFolder folder;
+  Meddling user;
+  Program program;
+};
+
+TEST_F(ProgramTest, OpenLoadsAnalysesAndDraws) {
+  user.Chosen = {TextFromPath(Saved("a.RAW", test::ReferenceConvective()))};
+  const Changes changes = RunCommand(program, Command::Open);
+  EXPECT_EQ(changes, (Changes{.Sounding = true}));
+  EXPECT_NE(user.Asked.Filter.find("*.RAW"), std::string::npos);
+  EXPECT_EQ(program.Current.Record.NumTempLevels(), 27);
+  EXPECT_FALSE(program.Plot);
+
+  ASSERT_TRUE(Refresh(program, changes));
+  EXPECT_EQ(program.Results.Levels.Count(), 27);
+  ASSERT_TRUE(program.Plot);
+  EXPECT_FALSE(program.Plot->Page.Items().empty());
+  EXPECT_EQ(user.Statuses.back().substr(user.Statuses.back().size() - 6), " . . .");
+  EXPECT_EQ(SoundingBanner(program), "VEXA  -  Reference A, convective");
+  EXPECT_TRUE(program.Gate.IsOpen());
+
+  user.Chosen.clear();  // cancelled
+  EXPECT_FALSE(RunCommand(program, Command::Open).Any());
+  EXPECT_EQ(program.Current.Record.NumTempLevels(), 27);
+}
+
+TEST_F(ProgramTest, WhatCannotBeLoadedIsToldAndTheSoundingStays) {
+  ASSERT_TRUE(OpenSoundings(program, {Saved("good.RAW", test::ReferenceWinter())}).Sounding);
+  const SoundingRecord before = program.Current.Record;
+
+  user.Expect("VEXA", Answer::Ok);
+  EXPECT_FALSE(OpenSoundings(program, {SavedText("bad.txt", "no sounding at all\n")}).Any());
+  EXPECT_NE(user.Boxes.back().Text.find("bad.txt"), std::string::npos);
+  EXPECT_EQ(program.Current.Record, before);
+
+  user.Expect("VEXA", Answer::Ok);
+  EXPECT_FALSE(OpenSoundings(program, {folder.Path() / "absent.RAW"}).Any());
+  EXPECT_EQ(user.Boxes.back().Text.substr(0, 27), "absent.RAW does not exist.\n");
+  EXPECT_EQ(program.Current.Record, before);
+  EXPECT_EQ(program.Listed.size(), 1u);
+}
+
+TEST_F(ProgramTest, SeveralFilesAreListedForStepping) {
+  const std::vector<fs::path> paths{SavedText("bad.txt", "nothing\n"),
+                                    Saved("a.RAW", test::ReferenceConvective()),
+                                    Saved("b.RAW", test::ReferenceWinter())};
+  user.Expect("VEXA", Answer::Ok);
+  EXPECT_TRUE(OpenSoundings(program, paths).Sounding);
+  EXPECT_EQ(program.Current.FileName, "a.RAW");
+  EXPECT_EQ(program.ListedNow, 1u);
+  EXPECT_TRUE(SequenceSounding(program, 2).Sounding);
+  EXPECT_EQ(program.Current.FileName, "b.RAW");
+  EXPECT_FALSE(SequenceSounding(program, 2).Any());
+  EXPECT_FALSE(SequenceSounding(program, 3).Any());
+  user.Expect("VEXA", Answer::Ok);
+  EXPECT_FALSE(SequenceSounding(program, 0).Any());
+  EXPECT_EQ(program.Current.FileName, "b.RAW");
+  EXPECT_EQ(program.ListedNow, 2u);
+}
+
+TEST_F(ProgramTest, ARunningDrawingRefusesCommandsAndCanBeStopped) {
+  ASSERT_TRUE(
+      Refresh(program, OpenSoundings(program, {Saved("a.RAW", test::ReferenceConvective())})));
+  const std::size_t items = program.Plot->Page.Items().size();
+  ASSERT_EQ(program.Plot->Mapping.Type(), DiagramType::SkewT);
+
+  // A second command in the middle of a drawing does nothing, the drawing ends.
+  int yields = 0;
+  user.OnYield = [&] {
+    ++yields;
+    EXPECT_FALSE(RunCommand(program, Command::DiagramEmagram).Any());
+    EXPECT_FALSE(OpenSoundings(program, {folder.Path() / "absent.RAW"}).Any());
+    EXPECT_FALSE(Refresh(program, {.View = true}));
+    return true;
+  };
+  EXPECT_TRUE(Refresh(program, {.View = true}));
+  EXPECT_GT(yields, 1);
+  EXPECT_EQ(program.Set.Diagram, DiagramType::SkewT);
+
+  // A stopped one leaves the picture that was there.
+  user.OnYield = [] { return false; };
+  EXPECT_TRUE(RunCommand(program, Command::DiagramTephigram).View);
+  EXPECT_FALSE(Refresh(program, {.View = true}));
+  EXPECT_EQ(program.Plot->Mapping.Type(), DiagramType::SkewT);
+  EXPECT_EQ(program.Plot->Page.Items().size(), items);
+  EXPECT_TRUE(program.Gate.IsOpen());
+}
+
+TEST_F(ProgramTest, TheTephigramWarnsOnce) {
+  program.Set.Above100mb = true;
+  program.Set.AutoHighEmagram = false;
+  program.Set.Diagram = DiagramType::Tephigram;
+  const Changes opened = OpenSoundings(program, {Saved("a.RAW", test::ReferenceConvective())});
+  user.Expect("VEXA", Answer::Ok);
+  EXPECT_TRUE(Refresh(program, opened));
+  ASSERT_FALSE(user.Boxes.empty());
+  EXPECT_EQ(user.Boxes.back().Text,
+            " This data can only be displayed on the Skew-T / Log-P and Emagram diagrams.   "
+            "(The Tephigram's upper level is preset at 100 mb.)");
+  EXPECT_TRUE(Refresh(program, {.View = true}));  // an unforeseen box would fail here
+
+  program.TephigramWarned = false;
+  program.Set.TephigramWarning = false;
+  EXPECT_TRUE(Refresh(program, {.View = true}));
+}
+
+TEST_F(ProgramTest, ImplausibleDataTurnTheIndicatorOn) {
+  ASSERT_TRUE(
+      OpenSoundings(program, {Saved("warm.RAW", test::Profile({{1000, 71, 10}, {900, 20, 10}}))})
+          .Sounding);
+  EXPECT_EQ(FaultIndicator(program), "Temperature is greater than 70C.");
+  ASSERT_TRUE(OpenSoundings(program, {Saved("good.RAW", test::ReferenceWinter())}).Sounding);
+  EXPECT_EQ(FaultIndicator(program), "");
+}
+
+TEST(MenuTree, IsATreeOfDistinctNames) {
+  std::set<std::string_view> menus;
+  std::set<std::string_view> names;
+  std::set<std::string_view> keys;
+  for (const MenuRow& row : MenuTree()) {
+    SCOPED_TRACE(row.Name);
+    EXPECT_TRUE(row.In.empty() || menus.contains(row.In)) << "stands ahead of its menu";
+    EXPECT_TRUE(names.insert(row.Name).second);
+    EXPECT_FALSE(row.Caption.empty());
+    if (row.Does == Command::None) menus.insert(row.Name);
+    if (!row.Key.empty()) {
+      EXPECT_TRUE(keys.insert(row.Key).second);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace vexa

@@ -1,0 +1,45 @@
+#include "program/readout.h"
+
+#include <gtest/gtest.h>
+
+#include "support/soundings.h"
+
+namespace vexa {
+namespace {
+
+TEST(ReadDiagram, InvertsTheMappingOfThePicture) {
+  SilentInteraction silent;
+  Program program;
+  program.Current.Ask = &silent;
+  program.Current.Record = test::ReferenceConvective();
+  for (const DiagramType type :
+       {DiagramType::SkewT, DiagramType::Emagram, DiagramType::Tephigram}) {
+    SCOPED_TRACE(Word(type));
+    program.Set = {};
+    program.Set.AutoHighEmagram = false;
+    program.Set.Diagram = type;
+    ASSERT_TRUE(Refresh(program, {.Sounding = true}));
+    const diagram::DiagramMapping& mapping = program.Plot->Mapping;
+
+    // The levels 700 hPa, 8.6 and -3.2 degrees, and 250 hPa without a dew point.
+    const Readout low = ReadDiagram(program, mapping.ToPoint(10, 700));
+    EXPECT_EQ(low.Grid, "700 mb   10.0 C");
+    EXPECT_EQ(low.Sounding, "Temp:8.6  Td:-3.2");
+    const Readout high = ReadDiagram(program, mapping.ToPoint(-53.9, 250));
+    EXPECT_EQ(high.Sounding, "Temp:-53.9  Td:--");
+    const Rect& frame = mapping.Frame();
+    const Readout outside = ReadDiagram(program, {frame.Right + 1, frame.Top});
+    EXPECT_EQ(outside.Grid + outside.Sounding, "");
+
+    program.Set.CursorGrid = false;
+    program.Set.TempGridUnits = TempUnits::Fahrenheit;
+    EXPECT_EQ(ReadDiagram(program, mapping.ToPoint(10, 700)).Grid, "");
+    program.Set.CursorGrid = true;
+    program.Set.CursorSounding = false;
+    EXPECT_EQ(ReadDiagram(program, mapping.ToPoint(10, 700)).Grid, "700 mb   50.0 F");
+    EXPECT_EQ(ReadDiagram(program, mapping.ToPoint(10, 700)).Sounding, "");
+  }
+}
+
+}  // namespace
+}  // namespace vexa

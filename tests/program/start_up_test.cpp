@@ -1,0 +1,45 @@
+#include "program/start_up.h"
+
+#include <gtest/gtest.h>
+
+#include "core/files.h"
+#include "support/soundings.h"
+
+namespace vexa {
+namespace {
+
+namespace fs = std::filesystem;
+
+TEST(StartUp, MakesTheFoldersAndLeavesNothingElse) {
+  const test::TemporaryFolder folder;
+  const fs::path root = folder.Path() / "vexa root";
+  test::ScriptedInteraction user;
+  Program program;
+  program.Current.Ask = &user;
+  StartUp(program, {TextFromPath(root), {}});
+  int entries = 0;
+  for (const auto& entry : fs::recursive_directory_iterator(root)) {
+    EXPECT_TRUE(entry.is_directory()) << entry.path();
+    ++entries;
+  }
+  EXPECT_EQ(entries, 4);
+  EXPECT_TRUE(fs::is_directory(root / "vexadata"));
+}
+
+TEST(StartUp, TellsOfAFolderThatCannotBeWritten) {
+  const test::TemporaryFolder folder;
+  ASSERT_FALSE(SaveFile(folder.Path() / "ForecastData", "in the way"));
+  test::ScriptedInteraction user;
+  user.Expect("VEXA", Answer::Ok);
+  user.Expect("VEXA program file/folder access problem...", Answer::Ok);
+  Program program;
+  program.Current.Ask = &user;
+  StartUp(program, {TextFromPath(folder.Path()), {}});
+  EXPECT_EQ(
+      user.Boxes.back().Text,
+      "VEXA is unable to access program folder:  " + TextFromPath(folder.Path() / "ForecastData") +
+          "\nBe sure the Folder and Share Permissions are sufficient.");
+}
+
+}  // namespace
+}  // namespace vexa
