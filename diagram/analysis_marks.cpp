@@ -86,7 +86,7 @@ void DrawParcelLevels(Plot& plot) {
     DrawSegment(plot.Page, "parcel level", {frame.Right - 150, y}, {frame.Right, y},
                 {plot.Inks.ParcelMark, 20, LineStyle::Solid});
     plot.RightMarks.Add({y, std::string(name) + " " + Mask(level.Press, "###0") + " mb",
-                         "parcel level", plot.Inks.ParcelMark});
+                         "parcel level label", plot.Inks.ParcelMark});
   };
   const bool convective = results.Mode == analysis::LiftMode::Ccl;
   if (!convective) {

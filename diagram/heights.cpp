@@ -199,7 +199,7 @@ void DrawFreezingAndTropopause(Plot& plot) {
     plot.RightMarks.Add(
         {plot.At.YOf(level.Press),
          std::string(name) + " " + HeightText(ShownHeight(plot, level.Height), units),
-         std::string(tag), pen.Ink});
+         std::string(tag) + " label", pen.Ink});
   };
   if (plot.Set().FreezeLine) {
     for (const analysis::LevelPoint& level : plot.Results().FreezingLevels) {
@@ -227,7 +227,7 @@ void DrawCustomLines(Plot& plot) {
       plot.RightMarks.Add({plot.At.YOf(press),
                            "#" + Shortest(number) + " " +
                                HeightText(ShownHeight(plot, line.Height), plot.Units.Height),
-                           "custom line", pen.Ink});
+                           "custom line label", pen.Ink});
     }
   }
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <optional>
 
 #include "core/markers.h"
 
@@ -51,6 +52,31 @@ Reach MeasureReach(const SoundingRecord& sounding, const DiagramMapping& at) {
   return reach;
 }
 
+// The start of a temperature range of this span that shows the sounding, the nearest to the usual
+// one; empty when the span is too narrow. room scales the space kept free at the sides.
+std::optional<double> FittingStart(const SoundingRecord& sounding, const DiagramChoice& choice,
+                                   const Rect& frame, double span, double room) {
+  // The tephigram's points do not shift quite as its range does, so that a shift is tried again.
+  constexpr int kTries = 4;
+  const bool mindsDewpt = span <= kWidestForDewpoint || choice.Type == DiagramType::Emagram;
+  double start = kUsualMin;
+  for (int attempt = 0; attempt < kTries; ++attempt) {
+    const DiagramMapping at(choice.Type, frame, start, start + span, choice.TopPress);
+    const Reach reach = MeasureReach(sounding, at);
+    if (reach.Warmest < reach.ColdestTemp) return kUsualMin;  // nothing to show
+    const double coldest =
+        (mindsDewpt ? std::min(reach.ColdestTemp, reach.ColdestDewpt) : reach.ColdestTemp) -
+        room * kLeftRoom;
+    const double warmest = reach.Warmest + room * kRightShare * span;
+    if (coldest >= start && warmest <= start + span) return start;
+    const double least = std::ceil((warmest - span) / 10) * 10;
+    const double most = std::floor(coldest / 10) * 10;
+    if (least > most) return std::nullopt;
+    start = std::clamp(kUsualMin, least, most);
+  }
+  return std::nullopt;
+}
+
 }  // namespace
 
 DiagramChoice ChooseDiagram(const SoundingRecord& sounding, const Options& options) {
@@ -96,24 +122,16 @@ TempRange ChooseTempRange(const SoundingRecord& sounding, const Options& options
   if (options.TempScaling == Scaling::Manual) {
     return {options.TempMin, std::max(options.TempMax, options.TempMin + 40)};
   }
-  for (double span = kUsualSpan; span <= kWidestSpan; span += 10) {
-    const DiagramMapping at(choice.Type, frame, kUsualMin, kUsualMin + span, choice.TopPress);
-    const Reach reach = MeasureReach(sounding, at);
-    if (reach.Warmest < reach.ColdestTemp) return {};  // nothing to show
-    const bool minDewpt = span <= kWidestForDewpoint || choice.Type == DiagramType::Emagram;
-    const double coldest =
-        (minDewpt ? std::min(reach.ColdestTemp, reach.ColdestDewpt) : reach.ColdestTemp) -
-        kLeftRoom;
-    const double warmest = reach.Warmest + kRightShare * span;
-    if (warmest - coldest > span && span < kWidestSpan) continue;
-    // Tens between which the range may start; the one nearest the usual place wins.
-    const double least = std::ceil((warmest - span) / 10) * 10;
-    const double most = std::floor(coldest / 10) * 10;
-    if (least > most && span < kWidestSpan) continue;
-    const double start = std::clamp(kUsualMin, std::min(least, most), std::max(least, most));
-    return {start, start + span};
+  // A cold, nearly isothermal sounding fills the tephigram's width at any scale: there the room at
+  // the sides is given up.
+  for (const double room : {1.0, 0.0}) {
+    for (double span = kUsualSpan; span <= kWidestSpan; span += 10) {
+      if (const auto start = FittingStart(sounding, choice, frame, span, room)) {
+        return {*start, *start + span};
+      }
+    }
   }
-  return {};
+  return {kUsualMin, kUsualMin + kUsualSpan};
 }
 
 }  // namespace vexa::diagram

@@ -22,7 +22,7 @@ struct Ran {
   std::string Err{};
 };
 
-Ran Run(std::vector<std::string> words) {
+Ran RunWords(std::vector<std::string> words) {
   Ran ran;
   Console console{[&](std::string_view text) { ran.Out += text; },
                   [&](std::string_view text) { ran.Err += text; }};
@@ -69,21 +69,21 @@ TEST_F(CommandLine, WrongUsageEndsWith2AndSaysWhy) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.about);
-    const Ran ran = Run(c.words);
+    const Ran ran = RunWords(c.words);
     EXPECT_EQ(ran.Exit, kExitUsage);
     EXPECT_NE(ran.Err.find(c.says), std::string::npos) << ran.Err;
     EXPECT_TRUE(ran.Out.empty());
   }
   for (const char* command : {"plot", "analyze", "convert"}) {
-    const Ran help = Run({command, "--help"});
+    const Ran help = RunWords({command, "--help"});
     EXPECT_EQ(help.Exit, kExitOk);
     EXPECT_NE(help.Out.find("Usage: vexa-cli " + std::string(command)), std::string::npos);
-    EXPECT_EQ(Run({command, "--version"}).Exit, kExitOk);
+    EXPECT_EQ(RunWords({command, "--version"}).Exit, kExitOk);
   }
 }
 
 TEST_F(CommandLine, JsonCarriesTheAnalysisWithNullsForWhatIsMissing) {
-  const Ran ran = Run({"analyze", Sounding(), "--format", "json"});
+  const Ran ran = RunWords({"analyze", Sounding(), "--format", "json"});
   ASSERT_EQ(ran.Exit, kExitOk) << ran.Err;
   const QJsonObject json = QJsonDocument::fromJson(QByteArray::fromStdString(ran.Out)).object();
   ASSERT_FALSE(json.isEmpty());
@@ -106,7 +106,7 @@ TEST_F(CommandLine, JsonCarriesTheAnalysisWithNullsForWhatIsMissing) {
 
   SoundingRecord dry = test::Profile({{900, 10, 999.9}, {500, -20, 999.9}});
   SetElevationUnknown(dry);
-  const Ran poor = Run({"analyze", Write("dry.RAW", WriteRaw(dry)), "--format=json"});
+  const Ran poor = RunWords({"analyze", Write("dry.RAW", WriteRaw(dry)), "--format=json"});
   ASSERT_EQ(poor.Exit, kExitOk) << poor.Err;
   const QJsonObject none = QJsonDocument::fromJson(QByteArray::fromStdString(poor.Out)).object();
   ASSERT_FALSE(none.isEmpty());
@@ -119,7 +119,7 @@ TEST_F(CommandLine, JsonCarriesTheAnalysisWithNullsForWhatIsMissing) {
 TEST_F(CommandLine, OneBadFileLeavesTheOthersDone) {
   const std::string good = Sounding();
   const std::string bad = Write("bad.RAW", "\"VEXA 5.7\",\"cut\",1,30,0\r\n35.1,\"N\",");
-  const Ran csv = Run({"analyze", bad, good, In("missing.RAW"), good, "--format", "csv"});
+  const Ran csv = RunWords({"analyze", bad, good, In("missing.RAW"), good, "--format", "csv"});
   EXPECT_EQ(csv.Exit, kExitInputFailed);
   EXPECT_NE(csv.Err.find("bad.RAW"), std::string::npos);
   EXPECT_NE(csv.Err.find("line 2"), std::string::npos) << csv.Err;
@@ -135,7 +135,7 @@ TEST_F(CommandLine, OneBadFileLeavesTheOthersDone) {
   EXPECT_NE(header.find("most unstable CAPE (J/kg)"), std::string::npos);
   EXPECT_EQ(first, second);
 
-  const Ran json = Run({"analyze", good, bad, good, "--format", "json"});
+  const Ran json = RunWords({"analyze", good, bad, good, "--format", "json"});
   EXPECT_EQ(QJsonDocument::fromJson(QByteArray::fromStdString(json.Out)).array().size(), 2);
 }
 
@@ -145,14 +145,14 @@ TEST_F(CommandLine, PlotsEveryKindAndTheSettingsReachThePicture) {
       {"a.png", "\x89PNG"}, {"a.jpg", "\xFF\xD8\xFF"}, {"a.bmp", "BM"}, {"a.pdf", "%PDF"}};
   for (const auto& [name, magic] : kinds) {
     SCOPED_TRACE(name);
-    const Ran ran = Run({"plot", file, "-o", In(name), "--size", "400x300"});
+    const Ran ran = RunWords({"plot", file, "-o", In(name), "--size", "400x300"});
     ASSERT_EQ(ran.Exit, kExitOk) << ran.Err;
     EXPECT_TRUE(ReadFile(folder_.Path() / name).Value().starts_with(magic));
   }
   const auto svg = [&](std::vector<std::string> more) {
     std::vector<std::string> words = {"plot", file, "-o", In("{name}.svg")};
     words.insert(words.end(), more.begin(), more.end());
-    EXPECT_EQ(Run(words).Exit, kExitOk);
+    EXPECT_EQ(RunWords(words).Exit, kExitOk);
     return ReadFile(folder_.Path() / PathFromText("große Lage.svg")).Value();
   };
   const std::string plain = svg({});
@@ -164,14 +164,14 @@ TEST_F(CommandLine, PlotsEveryKindAndTheSettingsReachThePicture) {
 
 TEST_F(CommandLine, ConvertWritesANativeFileOfTheSameSounding) {
   const std::string page = TextFromPath(test::TestData("wyoming_page.html"));
-  ASSERT_EQ(Run({"convert", page, "-o", In("out.RAW")}).Exit, kExitOk);
+  ASSERT_EQ(RunWords({"convert", page, "-o", In("out.RAW")}).Exit, kExitOk);
   const auto levels = [](const Ran& ran) {
     return QJsonDocument::fromJson(QByteArray::fromStdString(ran.Out))
         .object()["temperature levels"];
   };
-  EXPECT_EQ(levels(Run({"analyze", page, "--format", "json"})),
-            levels(Run({"analyze", In("out.RAW"), "--format", "json"})));
-  EXPECT_EQ(Run({"convert", In("missing"), "-o", In("out.RAW")}).Exit, kExitInputFailed);
+  EXPECT_EQ(levels(RunWords({"analyze", page, "--format", "json"})),
+            levels(RunWords({"analyze", In("out.RAW"), "--format", "json"})));
+  EXPECT_EQ(RunWords({"convert", In("missing"), "-o", In("out.RAW")}).Exit, kExitInputFailed);
   EXPECT_TRUE(fs::exists(folder_.Path() / "out.RAW")) << "a failed conversion takes nothing away";
 }
 

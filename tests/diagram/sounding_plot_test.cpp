@@ -1,0 +1,213 @@
+#include "diagram/sounding_plot.h"
+
+#include <algorithm>
+#include <cmath>
+#include <set>
+
+#include "diagram/palette.h"
+#include "support/soundings.h"
+
+namespace vexa::diagram {
+namespace {
+
+using test::Profile;
+
+SoundingPlot Draw(const SoundingRecord& sounding, const Options& options = {}) {
+  const analysis::AnalysisResults results = analysis::Analyse(sounding, options);
+  return *PlotSounding({.Sounding = sounding, .Results = results, .Set = options});
+}
+
+std::vector<const Item*> Tagged(const Picture& page, std::string_view tag) {
+  std::vector<const Item*> found;
+  for (const Item& item : page.Items()) {
+    if (item.Tag == tag) found.push_back(&item);
+  }
+  return found;
+}
+
+std::vector<std::string> Texts(const Picture& page, std::string_view tag) {
+  std::vector<std::string> texts;
+  for (const Item* item : Tagged(page, tag)) texts.push_back(std::get<Label>(item->Shape).Text);
+  return texts;
+}
+
+TEST(SoundingPlot, ReportsItsStepsInOrderAndStopsWhenAsked) {
+  const SoundingRecord sounding = test::ReferenceConvective();
+  Options options;
+  const analysis::AnalysisResults results = analysis::Analyse(sounding, options);
+  const PlotInput input{.Sounding = sounding, .Results = results, .Set = options};
+
+  test::ScriptedInteraction watching;
+  ASSERT_TRUE(PlotSounding(input, Progress(watching)));
+  EXPECT_EQ(watching.Statuses,
+            (std::vector<std::string>{
+                "Configuring sounding diagram . . .", "Generating temperature grid lines . . .",
+                "Loading sounding data arrays . . .", "Plotting wind data . . ."}));
+
+  test::ScriptedInteraction stopping;
+  stopping.StopAfter = 2;
+  EXPECT_FALSE(PlotSounding(input, Progress(stopping)));
+  EXPECT_EQ(stopping.Statuses.size(), 3u);
+
+  options.Diagram = DiagramType::Tephigram;
+  test::ScriptedInteraction tephigram;
+  ASSERT_TRUE(PlotSounding(input, Progress(tephigram)));
+  EXPECT_EQ(tephigram.Statuses.at(1), "Creating tephigram grid lines . . .");
+}
+
+TEST(SoundingPlot, ShadedCapeIsTheCapeOfTheNumbers) {
+  // On the skew-T an area is temperature difference times log pressure: with 82.5 units to the
+  // degree and 7600 units for ln 10.5, J/kg = 287.04 · area / (82.5 · 7600 / ln 10.5).
+  Options options;
+  options.TempScaling = Scaling::Manual;  // -40 to 40 in 6600 units
+  const SoundingPlot plot = Draw(test::ReferenceConvective(), options);
+  const auto areas = Tagged(plot.Page, "CAPE area");
+  ASSERT_EQ(areas.size(), 1u);
+  double area = 0;
+  for (const auto& ring : std::get<Area>(areas[0]->Shape).Rings) {
+    double twice = 0;
+    for (std::size_t i = 0; i < ring.size(); ++i) {
+      const Point& a = ring[i];
+      const Point& b = ring[(i + 1) % ring.size()];
+      twice += a.X * b.Y - b.X * a.Y;
+    }
+    area += std::fabs(twice) / 2;
+  }
+  // 3365 J/kg: the surface parcel of the reference sounding; steps and thinning cost under 1 %.
+  EXPECT_NEAR(287.04 * area / (82.5 * 7600 / std::log(10.5)), 3365, 34);
+  EXPECT_EQ(Tagged(plot.Page, "CIN area").size(), 1u);
+}
+
+TEST(SoundingPlot, WritesWhatAForecasterReads) {
+  const SoundingPlot plot = Draw(test::ReferenceConvective());
+  EXPECT_EQ(Texts(plot.Page, "title"),
+            std::vector<std::string>{"VEXA  -  Reference A, convective"});
+  EXPECT_EQ(Texts(plot.Page, "pressure unit"), std::vector<std::string>{"MB"});
+  const auto pressures = Texts(plot.Page, "pressure label");
+  EXPECT_EQ(pressures.front(), "1050");
+  EXPECT_EQ(pressures.back(), "100");
+  // ICAO QNH of 970 hPa at 357 m; density altitude by the virtual temperature 30.57 °C.
+  ASSERT_EQ(Texts(plot.Page, "surface label").size(), 1u);
+  const std::string surface = Texts(plot.Page, "surface label")[0];
+  EXPECT_NE(surface.find("Stn Elev: 357 m"), std::string::npos) << surface;
+  EXPECT_NE(surface.find("DA: 991 m"), std::string::npos) << surface;
+  EXPECT_NE(surface.find("QNH = 1012.1 mb"), std::string::npos) << surface;
+  // 850 to 830 hPa: base 1510 m above the sea on 357 m of ground.
+  const auto inversions = Texts(plot.Page, "inversion label");
+  ASSERT_FALSE(inversions.empty());
+  EXPECT_EQ(inversions.back(), "Subsidence Inv. 1153 m AGL");
+  EXPECT_EQ(Texts(plot.Page, "freezing level label"), std::vector<std::string>{"FRZG 4230 m"});
+  EXPECT_EQ(Texts(plot.Page, "tropopause label"), std::vector<std::string>{"TROP 11363 m"});
+}
+
+TEST(SoundingPlot, DewPointLineBreaksWhereValuesAreMissing) {
+  const SoundingPlot plot = Draw(Profile({{1000, 20, 15},
+                                          {900, 14, 10},
+                                          {800, 8, 999.9},
+                                          {700, 2, 999.9},
+                                          {600, -5, -20},
+                                          {500, -14, -30}}));
+  const auto runs = Tagged(plot.Page, "dew point");
+  ASSERT_EQ(runs.size(), 2u);
+  const auto pressAt = [&](Point at) { return plot.Mapping.ToCoordinates(at).Press; };
+  EXPECT_NEAR(pressAt(std::get<Polyline>(runs[0]->Shape).Points.back()), 900, 0.1);
+  EXPECT_NEAR(pressAt(std::get<Polyline>(runs[1]->Shape).Points.front()), 600, 0.1);
+  EXPECT_EQ(Tagged(plot.Page, "temperature").size(), 1u);
+}
+
+TEST(SoundingPlot, PoorSoundingsStillDrawWhatTheyHave) {
+  struct Case {
+    const char* about;
+    SoundingRecord sounding;
+  };
+  std::vector<Case> cases = {
+      {"empty", Profile({})},
+      {"one level", Profile({{850, 10, 5}})},
+      {"no winds", Profile({{1000, 20, 15}, {500, -10, -30}})},
+      {"no dew point", Profile({{1000, 20, 999.9}, {500, -10, 999.9}}, {{100, 200, 10}})},
+      {"above every grid line", Profile({{60, -60, 999.9}, {20, -50, 999.9}})},
+  };
+  for (const Case& c : cases) {
+    for (const DiagramType type :
+         {DiagramType::SkewT, DiagramType::Emagram, DiagramType::Tephigram}) {
+      SCOPED_TRACE(c.about);
+      Options options;
+      options.Diagram = type;
+      const SoundingPlot plot = Draw(c.sounding, options);
+      EXPECT_EQ(Tagged(plot.Page, "frame").size(), 1u);
+      EXPECT_EQ(Tagged(plot.Page, "wind shaft").size(), 0u + (c.sounding.NumWindLevels() > 0));
+      EXPECT_EQ(Tagged(plot.Page, "wind box").size(), 0u + (c.sounding.NumWindLevels() > 0));
+    }
+  }
+}
+
+TEST(SoundingPlot, NothingLeavesThePageAndLinesStayInTheFrame) {
+  Options options;
+  for (const DiagramType type :
+       {DiagramType::SkewT, DiagramType::Emagram, DiagramType::Tephigram}) {
+    options.Diagram = type;
+    const SoundingPlot plot = Draw(test::ReferenceWinter(), options);
+    const Rect frame = plot.Mapping.Frame();
+    for (const Item& item : plot.Page.Items()) {
+      SCOPED_TRACE(item.Tag);
+      if (const auto* label = std::get_if<Label>(&item.Shape)) {
+        EXPECT_TRUE((Rect{0, 0, 12000, 9000}.Contains(label->At))) << label->Text;
+      }
+      const std::set<std::string> inside = {"isotherm",  "dry adiabat",  "saturation adiabat",
+                                            "isentrope", "temperature",  "dew point",
+                                            "parcel",    "pressure line"};
+      if (!inside.contains(item.Tag)) continue;
+      for (const Point& at : std::get<Polyline>(item.Shape).Points) {
+        EXPECT_GE(at.X, frame.Left - 1e-6);
+        EXPECT_LE(at.X, frame.Right + 1e-6);
+        EXPECT_GE(at.Y, frame.Top - 1e-6);
+        EXPECT_LE(at.Y, frame.Bottom + 1e-6);
+      }
+    }
+  }
+}
+
+TEST(SoundingPlot, DarklinesDarkenEveryGridFamily) {
+  Options options;
+  const Palette pale = PaletteFor(options);
+  options.Darklines = true;
+  const Palette darker = PaletteFor(options);
+  const auto luminance = [](const Pen& pen) {
+    return 0.299 * pen.Ink.Red + 0.587 * pen.Ink.Green + 0.114 * pen.Ink.Blue;
+  };
+  for (const auto family :
+       {&Palette::Isotherm, &Palette::ZeroIsotherm, &Palette::Isobar, &Palette::MandatoryIsobar,
+        &Palette::DryAdiabat, &Palette::SatAdiabat, &Palette::MixingRatio}) {
+    EXPECT_LT(luminance(darker.*family), luminance(pale.*family) - 20);
+  }
+}
+
+TEST(SoundingPlot, ComparesAndOverlays) {
+  const SoundingRecord first = test::ReferenceConvective();
+  const SoundingRecord second = test::ReferenceWinter();
+  const Options options;
+  const analysis::AnalysisResults results = analysis::Analyse(first, options);
+  PlotInput input{.Sounding = first, .Results = results, .Set = options};
+  input.Mode = MultiMode::Compare;
+  input.Others = {{&second}};
+  input.Fronts = {{true, 3000}, {false, 5000}};
+  input.LoopHoldTime = 1.5;
+  input.Configuration = "VEXA Config #1: summer";
+  const SoundingPlot plot = *PlotSounding(input);
+  EXPECT_EQ(Texts(plot.Page, "other title"),
+            (std::vector<std::string>{"#1 - Reference A, convective // 35.2N 97.4W",
+                                      "#2 - Reference B, winter // 45.0N 8.0E"}));
+  EXPECT_EQ(Tagged(plot.Page, "other temperature").size(), 1u);
+  // 3000 m and 5000 m in feet: 9842.5 and 16404.2.
+  EXPECT_EQ(Texts(plot.Page, "front label"),
+            (std::vector<std::string>{"Warm Front 16404 ft ", "Cold Front 9843 ft "}));
+  EXPECT_EQ(Texts(plot.Page, "hold time"),
+            std::vector<std::string>{"Image hold time: 1.5 seconds."});
+  const auto caption = Tagged(plot.Page, "configuration");
+  ASSERT_EQ(caption.size(), 1u);
+  EXPECT_EQ(std::get<Label>(caption[0]->Shape).At, (Point{4690, 50}));
+  EXPECT_TRUE(Texts(plot.Page, "surface label").empty()) << "only the line with other soundings";
+}
+
+}  // namespace
+}  // namespace vexa::diagram

@@ -1,0 +1,98 @@
+#include "diagram/wind_symbol.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "diagram/wind_column.h"
+
+namespace vexa::diagram {
+namespace {
+
+int Count(const Picture& picture, std::string_view tag) {
+  return static_cast<int>(std::ranges::count(picture.Items(), tag, &Item::Tag));
+}
+
+Picture Symbol(analysis::Wind wind, const Options& options) {
+  Picture page(1000, 1000, {});
+  DrawWindSymbol(page, {500, 500}, wind, options, {{}, 10, LineStyle::Solid});
+  return page;
+}
+
+TEST(WindSymbol, CountsToTheNearestHalfFeather) {
+  struct Case {
+    double knots;
+    SpeedUnits units;
+    int pennants, feathers, halves;
+  };
+  using enum SpeedUnits;
+  const Case cases[] = {
+      {2, Knots, 0, 0, 0},
+      {3, Knots, 0, 0, 1},
+      {12, Knots, 0, 1, 0},
+      {13, Knots, 0, 1, 1},
+      {48, Knots, 1, 0, 0},
+      {115, Knots, 2, 1, 1},
+      {10, MetersPerSecond, 0, 1, 0},  // 5.1 m/s
+      {97, MetersPerSecond, 2, 0, 0},  // 49.9 m/s
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.knots);
+    const FeatherCount count = CountFeathers(c.knots, c.units);
+    EXPECT_EQ(count.Pennants, c.pennants);
+    EXPECT_EQ(count.Feathers, c.feathers);
+    EXPECT_EQ(count.Halves, c.halves);
+  }
+  EXPECT_DOUBLE_EQ(ShownSpeed(10, MetersPerSecond), 5.1);  // 100 x 0.5148 = 51.48 tenths
+  EXPECT_DOUBLE_EQ(ShownSpeed(24.5, Knots), 25) << "halves go up";
+}
+
+TEST(WindSymbol, ShaftPointsIntoTheWindAndFeathersFollowTheHemisphere) {
+  Options options;
+  const auto tipOf = [](const Picture& picture, std::string_view tag) {
+    const auto item = std::ranges::find(picture.Items(), tag, &Item::Tag);
+    return std::get<Polyline>(item->Shape).Points.back();
+  };
+  const Picture west = Symbol({270, 10}, options);
+  EXPECT_LT(tipOf(west, "wind shaft").X, 500);
+  EXPECT_NEAR(tipOf(west, "wind shaft").Y, 500, 0.01);
+  EXPECT_LT(tipOf(west, "wind feather").Y, 500) << "north of a westerly in the north";
+  options.BarbHemisphere = Hemisphere::Southern;
+  EXPECT_GT(tipOf(Symbol({270, 10}, options), "wind feather").Y, 500);
+  options.BarbFeathers = Feathers::Right;
+  EXPECT_LT(tipOf(Symbol({270, 10}, options), "wind feather").Y, 500) << "the word decides";
+}
+
+TEST(WindSymbol, CalmIsACircleAndSpeedsHaveTheirParts) {
+  Options options;
+  const Picture calm = Symbol({360, 0}, options);
+  EXPECT_EQ(Count(calm, "calm"), 1);
+  EXPECT_EQ(Count(calm, "wind shaft"), 0);
+
+  const Picture strong = Symbol({250, 77}, options);  // 75: a pennant, two feathers, a half
+  EXPECT_EQ(Count(strong, "wind pennant"), 1);
+  EXPECT_EQ(Count(strong, "wind feather"), 3);
+  EXPECT_EQ(Count(strong, "wind dot"), 1);
+
+  options.Winds = WindDisplay::Flags;
+  EXPECT_EQ(Count(Symbol({250, 77}, options), "wind pennant"), 4);
+  options.WindShafts = false;
+  options.WindDots = false;
+  EXPECT_EQ(Count(Symbol({250, 77}, options), "wind shaft"), 0);
+  EXPECT_EQ(Count(Symbol({250, 77}, options), "wind dot"), 0);
+}
+
+TEST(WindColumn, DrawsEveryNthWindOnlyWhereTheyCrowd) {
+  const auto spaced = [](int count, double step) {
+    std::vector<double> places;
+    for (int i = 0; i < count; ++i) places.push_back(i * step);
+    return places;
+  };
+  EXPECT_EQ(WindRatio(spaced(40, 100), 0, 60), 1);
+  EXPECT_EQ(WindRatio(spaced(100, 25), 0, 60), 3);
+  EXPECT_EQ(WindRatio(spaced(100, 25), 7, 60), 7) << "the option decides";
+  EXPECT_EQ(WindRatio({}, 0, 60), 1);
+}
+
+}  // namespace
+}  // namespace vexa::diagram
