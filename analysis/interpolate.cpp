@@ -23,8 +23,8 @@ struct Bracket {
   std::size_t High = 0;
 };
 
-// The bracket of a value in an ordered array. Should the order be broken (a sounding that its
-// check complained about) the levels are scanned upward instead and the first bracket counts.
+// The bracket of a value in an ordered array, by halving. Should the order be broken, as in a
+// sounding that its check complained about, and halving miss, the levels are scanned upward.
 template <class Before>
 std::optional<Bracket> FindBracket(const std::vector<double>& values, double wanted,
                                    Before before) {

@@ -1,0 +1,137 @@
+// Expected values: the levels of the reference soundings by eye, crossings and lapse rates by hand.
+#include "analysis/layers.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "support/soundings.h"
+
+namespace vexa::analysis {
+namespace {
+
+using test::Profile;
+
+LevelProfile Derived(const SoundingRecord& sounding) {
+  return DeriveLevels(sounding, Options{});
+}
+
+std::vector<std::string> Listed(const LevelProfile& levels) {
+  std::vector<std::string> listed;
+  for (const Inversion& inversion : FindInversions(levels, FindTropopauses(levels))) {
+    listed.push_back(std::string(Text(inversion.Kind)) + ' ' +
+                     std::to_string(static_cast<int>(inversion.Base.Press)) + '-' +
+                     std::to_string(static_cast<int>(inversion.Top.Press)));
+  }
+  return listed;
+}
+
+TEST(Inversions, OfTheReferenceSoundings) {
+  // Above its tropopause the first warms twice: 200-150 and 100-50 hPa.
+  EXPECT_EQ(Listed(Derived(test::ReferenceConvective())),
+            (std::vector<std::string>{"Subsidence Inv. 850-830", "Trop Inv. 200-150",
+                                      "Trop Inv. 100-50"}));
+  EXPECT_EQ(Listed(Derived(test::ReferenceWinter())),
+            (std::vector<std::string>{"Radiation Inv. 1005-985", "Frontal Inv. 900-880",
+                                      "Trop Inv. 275-200"}));
+}
+
+TEST(Inversions, AreMergedSizedAndClassified) {
+  const struct {
+    const char* About;
+    SoundingRecord Sounding;
+    std::vector<std::string> Found;
+  } cases[] = {
+      {"an isothermal layer inside joins, one on top does not",
+       Profile({{1000, 10, 5}, {900, 4, 2}, {880, 5, 2}, {870, 5, 2}, {860, 6, 2}, {840, 6, 2}}),
+       {"Frontal Inv. 900-860"}},
+      {"thin and weak is none",
+       Profile({{1000, 10, 5}, {900, 4, 2}, {881, 6.4, 2}, {800, 0, 0}}),
+       {}},
+      {"thin but strong",
+       Profile({{1000, 10, 5}, {900, 4, 2}, {895, 6.5, 2}, {800, 0, 0}}),
+       {"Frontal Inv. 900-895"}},
+      {"near the ground",
+       Profile({{1000, 10, 5}, {990, 9, 5}, {960, 12, 1}, {800, 0, 0}}),
+       {"Radiation Inv. 990-960"}},
+      {"between dry and moist",
+       Profile({{1000, 10, 5}, {900, 4, 2}, {870, 6, 0}, {800, 0, 0}}),
+       {"Unknown Inv. 900-870"}},
+      {"no dew point",
+       Profile({{1000, 10, 5}, {900, 4, 2}, {870, 6, 999.9}, {800, 0, 0}}),
+       {"Unknown Inv. 900-870"}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.About);
+    EXPECT_EQ(Listed(Derived(c.Sounding)), c.Found);
+  }
+}
+
+TEST(Tropopauses, OfTheReferenceSoundings) {
+  const auto convective = FindTropopauses(Derived(test::ReferenceConvective()));
+  ASSERT_EQ(convective.size(), 1u);
+  EXPECT_EQ(convective[0].Press, 225);
+  EXPECT_NEAR(convective[0].Height, 11363, 0.6);
+  EXPECT_EQ(convective[0].Temp, -58.3);
+  const auto winter = FindTropopauses(Derived(test::ReferenceWinter()));
+  ASSERT_EQ(winter.size(), 1u);
+  EXPECT_EQ(winter[0].Press, 300);
+  EXPECT_NEAR(winter[0].Height, 8827, 0.6);
+}
+
+TEST(Tropopauses, NeedDepthAndCanBeTwo) {
+  const struct {
+    const char* About;
+    SoundingRecord Sounding;
+    std::vector<double> Found;
+  } cases[] = {
+      {"stable only below 500 hPa",
+       Profile({{1000, 0, -5}, {700, 0, -5}, {500, -30, -40}, {300, -60, -70}}),
+       {}},
+      {"the sounding ends 0.7 km above: too soon",
+       Profile({{500, -10, -20}, {300, -50, -60}, {270, -50, -60}}),
+       {}},
+      {"it ends 1.2 km above: enough",
+       Profile({{500, -10, -20}, {300, -50, -60}, {250, -50, -60}}),
+       {300}},
+      {"steep again within the 2 km",
+       Profile({{500, -10, -20}, {300, -50, -60}, {270, -50, -60}, {200, -66, -70}}),
+       {}},
+      // 250-150 hPa is 3.2 km isothermal, 150-110 hPa cools by 10 K in 1.9 km, then isothermal.
+      {"a second one above a steep layer",
+       Profile({{500, -10, -20},
+                {250, -55, -60},
+                {200, -55, -60},
+                {150, -55, -60},
+                {110, -65, 999.9},
+                {80, -65, 999.9},
+                {60, -65, 999.9}}),
+       {250, 110}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.About);
+    std::vector<double> found;
+    for (const LevelPoint& level : FindTropopauses(Derived(c.Sounding)))
+      found.push_back(level.Press);
+    EXPECT_EQ(found, c.Found);
+  }
+}
+
+TEST(FreezingLevels, AreAllCrossings) {
+  const auto reference = FindFreezingLevels(Derived(test::ReferenceConvective()));
+  ASSERT_EQ(reference.size(), 1u);
+  EXPECT_NEAR(reference[0].Press, 613.1, 0.05);
+  EXPECT_NEAR(reference[0].Height, 4230, 0.6);
+  EXPECT_TRUE(FindFreezingLevels(Derived(test::ReferenceWinter())).empty());
+
+  const auto many = FindFreezingLevels(Derived(Profile(
+      {{1000, 0, -5}, {950, -2, -5}, {900, 2, -5}, {850, 0, -5}, {840, 0, -5}, {700, -9, -9}})));
+  ASSERT_EQ(many.size(), 3u);  // the surface, one crossing, and one run of zeros
+  EXPECT_EQ(many[0].Press, 1000);
+  EXPECT_NEAR(many[1].Press, 924.662, 1e-3);  // sqrt(950 * 900)
+  EXPECT_EQ(many[2].Press, 850);
+}
+
+}  // namespace
+}  // namespace vexa::analysis

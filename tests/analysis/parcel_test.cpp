@@ -1,0 +1,333 @@
+// Expected values of the reference soundings: an independent program in double precision, with the
+// last digit shown; convective energies by another that bisects every step.
+#include "analysis/parcel.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+
+#include "analysis/interpolate.h"
+#include "analysis/moist_air.h"
+#include "analysis/parcel_source.h"
+#include "support/soundings.h"
+
+namespace vexa::analysis {
+namespace {
+
+using test::Profile;
+
+Options With(TempBase base, int step = 1) {
+  Options options;
+  options.CapeTempBase = base;
+  options.CapeInterval = step;
+  return options;
+}
+
+const ParcelAscent& Forced(const AnalysisResults& results, LiftType type) {
+  return results.Lifts[static_cast<std::size_t>(type)].Forced;
+}
+
+TEST(Parcel, SurfaceParcelOfTheConvectiveReference) {
+  const AnalysisResults results = Analyse(test::ReferenceConvective(), With(TempBase::Dry));
+  const ParcelAscent& parcel = Forced(results, LiftType::Surface);
+  EXPECT_NEAR(results.CapeDepthTopPress, 682.7, 0.05);
+  EXPECT_NEAR(parcel.Condensation.Press, 847.91, 0.01);
+  EXPECT_NEAR(parcel.Condensation.Temp, 16.65, 0.01);
+  EXPECT_NEAR(parcel.Condensation.Height, 1531, 1);
+  EXPECT_NEAR(parcel.FreeLevel.Press, 721.7, 0.1);
+  EXPECT_NEAR(parcel.FreeLevel.Height, 2897, 1);
+  EXPECT_NEAR(parcel.Equilibrium.Press, 187.5, 0.1);
+  EXPECT_NEAR(parcel.Equilibrium.Height, 12509, 1);
+  EXPECT_EQ(parcel.MaximumParcel.Press, 96);
+  EXPECT_NEAR(parcel.MaximumParcel.Height, 16686, 1);
+  EXPECT_NEAR(parcel.CapeTotal, 3365, 1);
+  EXPECT_NEAR(parcel.CapePlusOnly, 3365, 1);
+  EXPECT_NEAR(parcel.CinTotal, -102.3, 0.1);
+  EXPECT_NEAR(parcel.CapeDepth, 12.2, 0.1);
+  EXPECT_EQ(parcel.HailBasePress, 442);
+  EXPECT_EQ(parcel.HailTopPress, 302);
+  EXPECT_NEAR(parcel.CapeHail, 1264, 1);
+
+  const struct {
+    int Press;
+    double Temp;
+  } path[] = {{900, 21.63}, {850, 16.85},  {800, 14.51},  {700, 9.47},
+              {500, -4.40}, {400, -14.92}, {300, -30.52}, {200, -54.95}};
+  for (const auto& c : path) {
+    EXPECT_NEAR(parcel.ParcelTemps[static_cast<std::size_t>(970 - c.Press)], c.Temp, 0.01)
+        << c.Press;
+  }
+  EXPECT_EQ(parcel.FirstPress, 970);
+  EXPECT_EQ(parcel.ParcelTemps.size(), 921u);  // 970 … 50 hPa
+  EXPECT_EQ(parcel.EnvTemps.size(), 921u);
+  EXPECT_EQ(parcel.Increments.size(), 784u);  // 970 … 187 hPa
+  EXPECT_EQ(parcel.Increments.front(), 0);
+}
+
+TEST(Parcel, OtherLiftsBasesAndSteps) {
+  const struct {
+    const char* About;
+    TempBase Base;
+    int Step;
+    LiftType Type;
+    double Lfc, El, Cape, Cin, Depth;
+  } cases[] = {
+      {"surface, virtual", TempBase::Virtual, 1, LiftType::Surface, 750.9, 187.4, 3532, -52.5,
+       35.6},
+      {"surface, 5 hPa", TempBase::Dry, 5, LiftType::Surface, 721.7, 187.5, 3363, -102.3, 10.9},
+      {"surface, virtual, 5 hPa", TempBase::Virtual, 5, LiftType::Surface, 750.9, 187.4, 3531,
+       -52.5, 33.5},
+      {"mean layer", TempBase::Dry, 1, LiftType::MeanLayer, 708.9, 190.6, 3039, -119.1, 5.3},
+      {"mean layer, virtual", TempBase::Virtual, 1, LiftType::MeanLayer, 735.8, 190.6, 3190, -70.1,
+       21.6},
+      {"most unstable is the surface", TempBase::Dry, 1, LiftType::MostUnstable, 721.7, 187.5, 3365,
+       -102.3, 12.2},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.About);
+    const AnalysisResults results = Analyse(test::ReferenceConvective(), With(c.Base, c.Step));
+    const ParcelAscent& parcel = Forced(results, c.Type);
+    EXPECT_NEAR(parcel.FreeLevel.Press, c.Lfc, 0.1);
+    EXPECT_NEAR(parcel.Equilibrium.Press, c.El, 0.1);
+    EXPECT_NEAR(parcel.CapeTotal, c.Cape, 1);
+    EXPECT_NEAR(parcel.CinTotal, c.Cin, 0.15);
+    EXPECT_NEAR(parcel.CapeDepth, c.Depth, 0.1);
+  }
+  const AnalysisResults coarse = Analyse(test::ReferenceConvective(), With(TempBase::Dry, 25));
+  EXPECT_NEAR(Forced(coarse, LiftType::Surface).CapeTotal, 3331, 1);
+}
+
+TEST(Parcel, SourcesAndFreeConvection) {
+  Options options;
+  options.BaseLevel = CapeBase::Ccl;
+  const AnalysisResults results = Analyse(test::ReferenceConvective(), options);
+  const ParcelStart& mean = Forced(results, LiftType::MeanLayer).Start;
+  EXPECT_EQ(mean.Press, 970);
+  EXPECT_NEAR(mean.Temp, 28.21, 0.01);
+  EXPECT_NEAR(mean.Dewpt, 18.03, 0.01);
+  EXPECT_NEAR(results.MeanLayerMixingRatio, 0.013551, 1e-6);
+
+  EXPECT_NEAR(results.ConvectiveCondensation.Press, 763.10, 0.01);
+  EXPECT_NEAR(results.ConvectiveCondensation.Temp, 14.27, 0.01);
+  EXPECT_NEAR(results.ConvectiveCondensation.Height, 2429, 1);
+  EXPECT_NEAR(results.ConvectiveTemp, 34.66, 0.01);
+  EXPECT_EQ(results.Mode, LiftMode::Ccl);
+  const ParcelAscent& parcel = results.Chosen();
+  EXPECT_EQ(parcel.FreeLevel.Press, parcel.Condensation.Press);
+  EXPECT_NEAR(parcel.Equilibrium.Press, 177.4, 0.1);
+  EXPECT_NEAR(parcel.Equilibrium.Height, 12855, 1);
+  EXPECT_NEAR(parcel.CapeTotal, 4453.5, 1);
+  EXPECT_EQ(parcel.CinTotal, 0);
+}
+
+TEST(Parcel, SourceLevelsAvoidMissingDewPoints) {
+  const auto startOf = [](const SoundingRecord& sounding, LiftType type, double depth = 300) {
+    Options options;
+    options.SearchDepth = depth;
+    return Forced(Analyse(sounding, options), type).Start.Press;
+  };
+  const SoundingRecord noSurface =
+      Profile({{1000, 20, 999.9}, {950, 18, 12}, {850, 12, 11.5}, {600, -5, -6}, {300, -40, -50}});
+  EXPECT_EQ(startOf(noSurface, LiftType::Surface), 950);
+  EXPECT_EQ(startOf(noSurface, LiftType::MeanLayer), kNone);  // no mean without its lower end
+  EXPECT_EQ(startOf(noSurface, LiftType::MostUnstable), 850);
+  EXPECT_EQ(startOf(noSurface, LiftType::MostUnstable, 100), 950);
+  EXPECT_EQ(
+      startOf(Profile({{1000, 20, 999.9}, {899, 15, 10}, {500, -10, -15}}), LiftType::Surface),
+      kNone);
+  // Two levels of one θe: the lower one.
+  EXPECT_EQ(
+      startOf(Profile({{1000, 20, 20}, {1000, 20, 20}, {500, -30, -35}}), LiftType::MostUnstable),
+      1000);
+
+  const AnalysisResults dry =
+      Analyse(Profile({{1000, 20, 999.9}, {700, 0, 999.9}, {300, -40, 999.9}}), {});
+  for (const LiftAnalysis& lift : dry.Lifts) {
+    EXPECT_FALSE(lift.Forced.Start.Exists());
+    EXPECT_FALSE(lift.Convective.Condensation.Exists());
+    EXPECT_EQ(lift.Forced.CapeTotal, 0);
+    EXPECT_TRUE(lift.Forced.ParcelTemps.empty());
+  }
+}
+
+TEST(Parcel, EdgeCases) {
+  const SoundingRecord reference = test::ReferenceConvective();
+  {
+    SCOPED_TRACE("isothermal");
+    const AnalysisResults results =
+        Analyse(Profile({{1000, 10, 5}, {700, 10, 0}, {400, 10, -5}, {200, 10, -20}}), {});
+    const ParcelAscent& parcel = Forced(results, LiftType::Surface);
+    EXPECT_TRUE(parcel.Condensation.Exists());
+    EXPECT_FALSE(parcel.FreeLevel.Exists());
+    EXPECT_FALSE(parcel.Equilibrium.Exists());
+    EXPECT_FALSE(parcel.MaximumParcel.Exists());
+    EXPECT_EQ(parcel.CapeTotal, 0);
+    EXPECT_EQ(parcel.CinTotal, 0);  // not a negative CIN alone
+  }
+  {
+    // Saturated air at the ground under a lapse rate far beyond the saturated one; no level ends
+    // the ascent, so its top does.
+    SCOPED_TRACE("warmer from the first step to the top");
+    const AnalysisResults results =
+        Analyse(Profile({{1000, 25, 25}, {700, -5, -10}, {400, -45, -50}}), {});
+    const ParcelAscent& parcel = Forced(results, LiftType::Surface);
+    EXPECT_EQ(parcel.CinTotal, 0);
+    EXPECT_NEAR(parcel.FreeLevel.Press, 1000, 1.01);
+    EXPECT_EQ(parcel.Equilibrium.Press, 400);
+    EXPECT_FALSE(parcel.MaximumParcel.Exists());
+    EXPECT_GT(parcel.CapeTotal, 1000);
+  }
+  {
+    SCOPED_TRACE("a layer deeper than the sounding takes all");
+    Options options;
+    options.CapeDepthKm = 30;
+    const AnalysisResults results = Analyse(reference, options);
+    EXPECT_EQ(results.CapeDepthTopPress, kNotReached);
+    EXPECT_EQ(results.Chosen().CapeDepth, results.Chosen().CapeTotal);
+  }
+  {
+    SCOPED_TRACE("height reference does not move the layer top");
+    Options options;
+    options.Heights = HeightMode::Agl;
+    EXPECT_EQ(Analyse(reference, options).CapeDepthTopPress,
+              Analyse(reference, {}).CapeDepthTopPress);
+  }
+  for (const double limit : {300.0, 150.0}) {
+    SCOPED_TRACE(limit);
+    Options options;
+    options.ElLowerLimit = limit;
+    const AnalysisResults results = Analyse(reference, options);
+    EXPECT_EQ(results.Chosen().Equilibrium.Exists(), limit > 187.5);
+    EXPECT_EQ(results.Chosen().CapeTotal > 0, limit > 187.5);
+    EXPECT_EQ(results.Chosen().CinTotal<0, limit> 187.5);
+  }
+  {
+    SCOPED_TRACE("no MPL wanted");
+    Options options;
+    options.MplDisplay = false;
+    EXPECT_FALSE(Analyse(reference, options).Chosen().MaximumParcel.Exists());
+  }
+  {
+    // A warm, very dry start: condensation above the top of the sounding.
+    SCOPED_TRACE("the sounding ends below the LCL");
+    const AnalysisResults results = Analyse(Profile({{1000, 30, -20}, {900, 22, -22}}), {});
+    const ParcelAscent& parcel = Forced(results, LiftType::Surface);
+    EXPECT_LT(parcel.Condensation.Press, 900);
+    EXPECT_EQ(parcel.Condensation.Height, kNone);
+    EXPECT_FALSE(parcel.FreeLevel.Exists());
+    EXPECT_EQ(parcel.ParcelTemps.size(), 101u);
+  }
+}
+
+// Above a cold pool the level with the largest θe is not the one with the most CAPE.
+TEST(Parcel, MultiLiftTakesTheLargestCape) {
+  const SoundingRecord sounding = Profile({{1000, 30, 12},
+                                           {950, 24, 19},
+                                           {900, 21, 18.5},
+                                           {850, 19.5, 12},
+                                           {700, 8, -5},
+                                           {500, -12, -30},
+                                           {300, -42, -60},
+                                           {200, -56, -70},
+                                           {150, -56, 999.9}});
+  Options options;
+  options.MultiLift = true;
+  const ParcelAscent winner = Forced(Analyse(sounding, options), LiftType::MostUnstable);
+  double most = 0;
+  const LevelProfile levels = DeriveLevels(sounding, options);
+  const PressureGrid grid = MakePressureGrid(levels);
+  ParcelLifter lifter(levels, grid, LiftSettingsOf(options, kNotReached));
+  ParcelAscent ascent;
+  for (int i = 1; i <= 5; ++i) {
+    lifter.LiftForced({levels.Press(i), levels.Temp(i), levels.Dewpt(i)}, ascent);
+    most = std::max(most, ascent.CapeTotal);
+  }
+  EXPECT_GT(most, 0);
+  EXPECT_DOUBLE_EQ(winner.CapeTotal, most);
+}
+
+// What the diagram shades is what was summed.
+TEST(Parcel, IncrementsAddUpToTheTotals) {
+  for (const TempBase base : {TempBase::Dry, TempBase::Virtual}) {
+    for (const int step : {1, 3, 5, 25}) {
+      const AnalysisResults results = Analyse(test::ReferenceConvective(), With(base, step));
+      const ParcelAscent& parcel = results.Chosen();
+      double cape = 0;
+      double cin = 0;
+      for (std::size_t i = 1; i < parcel.Increments.size(); ++i) {
+        const double press = parcel.FirstPress - static_cast<double>(i) * parcel.Step;
+        const double increment = parcel.Increments[i];
+        if (increment <= 0) cin += increment;
+        if (increment > 0 && press < parcel.FreeLevel.Press) cape += increment;
+      }
+      EXPECT_NEAR(parcel.CapeTotal, cape, 1e-2);
+      EXPECT_NEAR(parcel.CinTotal, cin, 1e-2);
+    }
+  }
+}
+
+void ExpectSameAscent(const ParcelAscent& solved, const ParcelAscent& blended) {
+  ASSERT_EQ(solved.ParcelTemps.size(), blended.ParcelTemps.size());
+  for (std::size_t i = 0; i < solved.ParcelTemps.size(); ++i) {
+    // Virtual temperatures are rounded to 0.001 K, hence the hair.
+    ASSERT_NEAR(solved.ParcelTemps[i], blended.ParcelTemps[i], 1.0001e-3)
+        << solved.FirstPress - static_cast<int>(i) * solved.Step << " hPa";
+  }
+  EXPECT_NEAR(solved.CapeTotal, blended.CapeTotal, 0.5);
+  EXPECT_NEAR(solved.CinTotal, blended.CinTotal, 0.5);
+}
+
+TEST(AdiabatTable, AgreesWithSolvingOnSoundingsOfAllClimates) {
+  std::mt19937 random(3141);
+  std::uniform_real_distribution<double> surfaceTemp(-45, 42);
+  std::uniform_real_distribution<double> lapse(4, 9.5);
+  std::uniform_real_distribution<double> depression(0, 12);
+  AdiabatTable table;
+  for (int n = 0; n < 60; ++n) {
+    SoundingRecord sounding;
+    const double surface = surfaceTemp(random);
+    const double perKm = lapse(random);
+    for (double press = 1013.4; press > 5; press *= 0.93) {
+      const double km = 7.3 * std::log(1013.4 / press);
+      const double temp = std::max(surface - perKm * km, -70.0);
+      sounding.AddTemp(press, temp, temp - depression(random));
+    }
+    for (const SaturationOver over : {SaturationOver::Water, SaturationOver::Ice}) {
+      Options options = With(n % 2 == 0 ? TempBase::Dry : TempBase::Virtual);
+      options.Saturation = over;
+      const AnalysisResults solved = Analyse(sounding, options);
+      const AnalysisResults blended = Analyse(sounding, options, table);
+      for (std::size_t type = 0; type < solved.Lifts.size(); ++type) {
+        SCOPED_TRACE(testing::Message() << "surface " << surface << ", lapse " << perKm);
+        ExpectSameAscent(solved.Lifts[type].Forced, blended.Lifts[type].Forced);
+        ExpectSameAscent(solved.Lifts[type].Convective, blended.Lifts[type].Convective);
+      }
+    }
+  }
+}
+
+// The march along an adiabat against the search at each single pressure, up to where that ends.
+TEST(SolveAdiabat, AgreesWithLiftSatAtEveryPressure) {
+  for (const double thetaE : {215.0, 260.0, 300.0, 346.0, 420.0, 640.0}) {
+    for (const SaturationOver over : {SaturationOver::Water, SaturationOver::Ice}) {
+      std::vector<double> temps(1100);
+      std::vector<double> virtuals(1100);
+      SolveAdiabat(thetaE, over, 1100, 1, temps.data(), virtuals.data());
+      for (int press = 1; press <= 1100; press += 3) {
+        const LiftSatResult lifted = LiftSat(thetaE, press, over);
+        const auto at = static_cast<std::size_t>(1100 - press);
+        if (lifted.Failed) {
+          EXPECT_LE(temps[at], -120);
+          continue;
+        }
+        ASSERT_NEAR(temps[at], lifted.Temp, 2e-5) << thetaE << " K, " << press << " hPa";
+        const double mixing = ThetaPoint(press, lifted.Temp, over).MixingRatio;
+        ASSERT_NEAR(virtuals[at], VirtualTemp(lifted.Temp, mixing), 4e-5) << press;
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace vexa::analysis
