@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -99,10 +100,21 @@ struct Label {
 
 class Picture;
 
-/// Another picture, finished, set into a rectangle of this one.
+/// A finished picture inside another one. Copies share it, since nothing changes it any more.
+class HeldPicture {
+ public:
+  HeldPicture() = default;
+  HeldPicture(Picture picture);
+  const Picture* Get() const { return held_.get(); }  // null when nothing is held
+
+ private:
+  std::shared_ptr<const Picture> held_{};
+};
+
+/// Another picture set into a rectangle of this one, in its middle.
 struct Inset {
   Rect Place{};
-  std::vector<Picture> Content{};  // exactly one
+  HeldPicture Content{};
 };
 
 struct Item {
@@ -142,6 +154,9 @@ class Picture {
   std::vector<Item> items_{};
   std::vector<HotSpot> hotSpots_{};
 };
+
+inline HeldPicture::HeldPicture(Picture picture)
+    : held_(std::make_shared<const Picture>(std::move(picture))) {}
 
 /// The picture as a self-contained SVG document of the given size in pixels; the same text for the
 /// same picture on every machine.

@@ -254,8 +254,8 @@ class SvgWriter {
   }
 
   void Draw(std::string_view tag, const Inset& inset) {
-    if (inset.Content.empty()) return;
-    const Picture& content = inset.Content.front();
+    if (inset.Content.Get() == nullptr) return;
+    const Picture& content = *inset.Content.Get();
     const PageFit fit = FitPage(content.Width(), content.Height(), inset.Place);
     if (fit.Scale <= 0) return;
     Open("svg", tag);

@@ -32,7 +32,8 @@ Changes Open(Program& program) {
   const std::vector<std::string> chosen = program.Current.Ask->ChooseFiles(FileQuestion{
       .Title = "Open Sounding", .Folder = TextFromPath(folder), .Filter = OpenFilter()});
   std::vector<std::filesystem::path> paths;
-  for (const std::string& name : chosen) paths.push_back(std::filesystem::path(PathFromText(name)));
+  paths.reserve(chosen.size());
+  for (const std::string& name : chosen) paths.push_back(PathFromText(name));
   return LoadFirst(program, paths);
 }
 

@@ -21,6 +21,7 @@
 #include <variant>
 #include <vector>
 
+#include "core/numbers.h"
 #include "picture/hatch.h"
 #include "picture/picture.h"
 #include "picture/stroke.h"
@@ -179,7 +180,7 @@ class Painter {
       const Point& b = line.Points[i];
       if ((a.X == b.X) == (a.Y == b.Y)) return false;
     }
-    const int width = std::max(1, static_cast<int>(DrawnWidth(line.Stroke) * toDevice_ + 0.5));
+    const int width = std::max(1, ToWhole(DrawnWidth(line.Stroke) * toDevice_));
     const double centre = width % 2 == 0 ? 0 : 0.5;
     const auto snap = [centre](double place) {
       return std::floor(place + (centre == 0 ? 0.5 : 0)) + centre;
@@ -359,9 +360,9 @@ class Painter {
   QFont DeviceFont(const SizedFont& font) const { return QFont(font.Font, painter_.device()); }
 
   void Draw(const Inset& inset) {
-    if (inset.Content.empty()) return;
-    Page(inset.Content.front(), QRectF(At({inset.Place.Left, inset.Place.Top}),
-                                       At({inset.Place.Right, inset.Place.Bottom})));
+    if (inset.Content.Get() == nullptr) return;
+    Page(*inset.Content.Get(), QRectF(At({inset.Place.Left, inset.Place.Top}),
+                                      At({inset.Place.Right, inset.Place.Bottom})));
   }
 
   QPainter& painter_;
