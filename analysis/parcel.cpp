@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstddef>
 
 #include "analysis/interpolate.h"
 #include "analysis/moist_air.h"
@@ -178,11 +179,15 @@ void ParcelLifter::FillPath(const Source& source, ParcelAscent& into) {
       SolveAdiabat(source.ThetaE, settings_.Over, bottom, grid_.Top, temps, virtuals);
     }
   }
-  for (std::size_t i = dry; i < count; ++i) temps_[i] = std::max(temps_[i], kColdestParcel);
+  const auto saturated = temps_.begin() + static_cast<std::ptrdiff_t>(dry);
+  std::fill(std::partition_point(saturated, temps_.end(),
+                                 [](double temp) { return temp > kColdestParcel; }),
+            temps_.end(), kColdestParcel);
 
-  const double* parcel = (settings_.Virtual ? virtuals_ : temps_).data();
+  const bool isVirtual = settings_.Virtual;
+  const double* parcel = (isVirtual ? virtuals_ : temps_).data();
   const double* environment =
-      (settings_.Virtual ? grid_.VirtualTemp : grid_.Temp).data() + (grid_.Bottom - first_);
+      (isVirtual ? grid_.VirtualTemp : grid_.Temp).data() + (grid_.Bottom - first_);
   const auto stride = static_cast<std::size_t>(settings_.Step);
   const std::size_t steps = (count - 1) / stride + 1;
   into.ParcelTemps.resize(steps);
@@ -190,22 +195,19 @@ void ParcelLifter::FillPath(const Source& source, ParcelAscent& into) {
   differences_.resize(steps);
   double* parcelOut = into.ParcelTemps.data();
   double* environmentOut = into.EnvTemps.data();
-  if (stride == 1) {
-    std::copy_n(parcel, steps, parcelOut);
-    std::copy_n(environment, steps, environmentOut);
-  } else {
-    for (std::size_t i = 0; i < steps; ++i) {
-      parcelOut[i] = parcel[i * stride];
-      environmentOut[i] = environment[i * stride];
-    }
-  }
-  if (settings_.Virtual) {
-    for (std::size_t i = 0; i < steps; ++i) {
-      parcelOut[i] = ToThousandths(std::max(parcelOut[i], kColdestParcel));
-    }
-  }
   double* differences = differences_.data();
-  for (std::size_t i = 0; i < steps; ++i) differences[i] = parcelOut[i] - environmentOut[i];
+  const auto take = [&](std::size_t i, std::size_t at) {
+    const double temp =
+        isVirtual ? ToThousandths(std::max(parcel[at], kColdestParcel)) : parcel[at];
+    parcelOut[i] = temp;
+    environmentOut[i] = environment[at];
+    differences[i] = temp - environment[at];
+  };
+  if (stride == 1) {
+    for (std::size_t i = 0; i < steps; ++i) take(i, i);
+  } else {
+    for (std::size_t i = 0; i < steps; ++i) take(i, i * stride);
+  }
 }
 
 // Parcel minus environment at the condensation level itself, which lies between two steps.
