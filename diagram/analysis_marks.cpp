@@ -100,9 +100,9 @@ void DrawParcelLevels(Plot& plot) {
 
 void DrawMarkColumns(Plot& plot) {
   const Rect& frame = plot.At.Frame();
-  const auto write = [&](MarkColumn& column, double edge, double text, AnchorX across) {
-    for (const Mark& mark :
-         column.Arrange(frame.Top + kMarkGap / 2, frame.Bottom - kMarkGap / 2, kMarkGap)) {
+  const auto write = [&](MarkColumn& column, double bottom, double edge, double text,
+                         AnchorX across) {
+    for (const Mark& mark : column.Arrange(frame.Top + kMarkGap / 2, bottom, kMarkGap)) {
       if (std::abs(mark.PlacedY - mark.Y) > kMarkGap / 3) {
         DrawSegment(plot.Page, "leader", {edge, mark.Y}, {text, mark.PlacedY},
                     {mark.Ink, 8, LineStyle::Solid});
@@ -112,8 +112,15 @@ void DrawMarkColumns(Plot& plot) {
                    across);
     }
   };
-  write(plot.LeftMarks, frame.Left + 60, frame.Left + 190, AnchorX::Left);
-  write(plot.RightMarks, frame.Right - 60, frame.Right - 190, AnchorX::Right);
+  // The surface line has its own label on the left.
+  const analysis::SurfaceState& surface = plot.Results().Surface;
+  double ground = frame.Bottom;
+  if (surface.Exists && plot.InRange(surface.Press)) ground = plot.At.YOf(surface.Press);
+  const bool labelOnLine = frame.Bottom - ground < kMarkGap * 1.2;
+  write(plot.LeftMarks, ground - (labelOnLine ? 1.7 : 0.7) * kMarkGap, frame.Left + 60,
+        frame.Left + 190, AnchorX::Left);
+  write(plot.RightMarks, frame.Bottom - kMarkGap / 2, frame.Right - 60, frame.Right - 190,
+        AnchorX::Right);
 }
 
 }  // namespace vexa::diagram
