@@ -170,7 +170,7 @@ void AdiabatTable::Blend(double thetaE, SaturationOver over, int bottom, int top
     return;
   }
   const std::size_t first = GridIndex(bottom);
-  const auto count = static_cast<std::size_t>(bottom - top + 1);
+  const auto count = static_cast<std::size_t>(bottom - top) + 1;
   const auto blend = [&](const Weighted& columns, std::size_t from, std::size_t to) {
     columns.Sum(&Column::Temps, first + from, to - from, temps + from);
     if (virtualTemps == nullptr) return;

@@ -147,7 +147,7 @@ void ParcelLifter::Lift(const ParcelStart& start, const CondensationPoint& conde
 }
 
 void ParcelLifter::FillPath(const Source& source, ParcelAscent& into) {
-  const auto count = static_cast<std::size_t>(first_ - grid_.Top + 1);
+  const auto count = static_cast<std::size_t>(first_ - grid_.Top) + 1;
   const std::size_t offset = GridIndex(first_);
   const WholePressures& whole = WholeHpa();
   temps_.resize(count);

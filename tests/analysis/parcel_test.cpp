@@ -179,6 +179,17 @@ TEST(Parcel, EdgeCases) {
     EXPECT_GT(parcel.CapeTotal, 1000);
   }
   {
+    // Between two steps of 25 hPa the parcel is warmer for a moment at its LCL, about 928 hPa.
+    SCOPED_TRACE("an equilibrium level but no CAPE");
+    const SoundingRecord notch = Profile(
+        {{1000, 20, 15}, {950, 17, 10}, {929, 12, 8}, {925, 16, 5}, {500, 5, -30}, {300, 0, -40}});
+    const ParcelAscent parcel = Forced(Analyse(notch, With(TempBase::Dry, 25)), LiftType::Surface);
+    EXPECT_TRUE(parcel.Equilibrium.Exists());
+    EXPECT_EQ(parcel.CapeTotal, 0);
+    EXPECT_EQ(parcel.CinTotal, 0);
+    EXPECT_LT(parcel.Increments.back(), 0);
+  }
+  {
     SCOPED_TRACE("a layer deeper than the sounding takes all");
     Options options;
     options.CapeDepthKm = 30;
