@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <optional>
+#include <set>
 #include <string>
 
 #include "cli/commands.h"
@@ -89,8 +90,14 @@ int RunPlot(const Arguments& arguments, Console& console) {
   }
   if (extension != "svg") StartQt();
   int exitCode = kExitOk;
+  std::set<std::string> written;
   for (const std::string& file : arguments.Files) {
-    if (const auto fault = PlotFile(file, OutputFor(*output, file), size, options)) {
+    const std::string name = OutputFor(*output, file);
+    const auto fault = written.insert(name).second
+                           ? PlotFile(file, name, size, options)
+                           : Fault{kFaultBadFileName, "RunPlot",
+                                   name + " holds the picture of another input already"};
+    if (fault) {
       ReportFault(console, file, *fault);
       exitCode = kExitInputFailed;
     }

@@ -160,6 +160,8 @@ TEST_F(CommandLine, PlotsEveryKindAndTheSettingsReachThePicture) {
   EXPECT_NE(plain.find("VEXA  -  "), std::string::npos);
   EXPECT_EQ(svg({"--diagram", "emagram"}), svg({"--set", "diagram type = emagram"}));
   EXPECT_NE(svg({"--set", "Screen title above skewt=no"}), plain);
+  const Ran twice = RunWords({"plot", file, file, "-o", In("{name}.svg")});
+  EXPECT_EQ(twice.Exit, kExitInputFailed) << "no input's picture may replace another's";
 }
 
 TEST_F(CommandLine, ConvertWritesANativeFileOfTheSameSounding) {
