@@ -84,9 +84,9 @@ TEST(RealSoundings, TableAgreesWithSolving) {
   RecordProperty("largest CIN difference", Shortest(std::max(dry.Cin, rounded.Cin)));
 }
 
-// Levels and energies printed at the end of the files by a program with another saturated adiabat,
-// whose parcels are some tenths of a degree warmer aloft: condensation to the hPa, CAPE by virtual
-// temperature 3 to 13 % above ours, equilibrium up to 16 hPa higher.
+// Levels and energies printed at the end of the files by a program with formulas of its own:
+// condensation agrees to the hPa, its CAPE by virtual temperature is 3 to 13 % above ours and its
+// equilibrium up to 17 hPa higher.
 TEST(RealSoundings, AgreeWithWhatTheFilesPrint) {
   VEXA_REAL_DATA(spc, "spc");
   const struct {
