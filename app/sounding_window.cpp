@@ -1,5 +1,6 @@
 #include "app/sounding_window.h"
 
+#include <algorithm>
 #include <map>
 #include <QAction>
 #include <QActionGroup>
@@ -160,7 +161,7 @@ void SoundingWindow::ShowState() {
     colors.setColor(QPalette::WindowText, Qt::black);
   }
   progress_->setPalette(colors);
-  progress_->setText(ToQString(fault));
+  progress_->setText(ToQString(fault.empty() ? LoadRemarks(program_) : fault));
 }
 
 void SoundingWindow::ShowStatus(std::string_view text) {

@@ -136,4 +136,13 @@ std::string FaultIndicator(const Program& program) {
   return std::string(QcText(program.Current.QcFault));
 }
 
+std::string LoadRemarks(const Program& program) {
+  std::string text;
+  for (const std::string& note : program.Current.LoadNotes) {
+    if (!text.empty()) text += "; ";
+    text += note;
+  }
+  return text;
+}
+
 }  // namespace vexa

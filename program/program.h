@@ -74,4 +74,7 @@ std::string SoundingBanner(const Program& program);
 /// What is wrong with the sounding in work, for the status indicator; empty when nothing is.
 std::string FaultIndicator(const Program& program);
 
+/// What the last load left out or had to work out, on one line; empty when nothing.
+std::string LoadRemarks(const Program& program);
+
 }  // namespace vexa
