@@ -66,7 +66,7 @@ void DrawHorizontal(Plot& plot, std::string_view tag, double press, const Pen& p
 
 }  // namespace
 
-void DrawSurfaceLine(Plot& plot, bool lineOnly) {
+void DrawSurfaceLine(Plot& plot) {
   const analysis::SurfaceState& surface = plot.Results().Surface;
   if (!plot.Set().SurfaceLine || !surface.Exists || !plot.InRange(surface.Press)) return;
   const Rect& frame = plot.At.Frame();
@@ -78,7 +78,12 @@ void DrawSurfaceLine(Plot& plot, bool lineOnly) {
     plot.Page.Add("ground", Area{.Rings = {ClipPolygon(ground, frame)}, .Fill = plot.Inks.Ground});
   }
   DrawInFrame(plot, "surface line", line, plot.Inks.Surface);
-  if (lineOnly) return;
+}
+
+void DrawSurfaceLabel(Plot& plot) {
+  const analysis::SurfaceState& surface = plot.Results().Surface;
+  if (!plot.Set().SurfaceLine || !surface.Exists || !plot.InRange(surface.Press)) return;
+  const Rect& frame = plot.At.Frame();
   // In the ground where it is thick enough, else on top of the line.
   const double y = LeftEdgeY(plot.At, surface.Press).value_or(plot.At.YOf(surface.Press));
   const double room = frame.Bottom - y;

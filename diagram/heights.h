@@ -6,8 +6,11 @@
 
 namespace vexa::diagram {
 
-/// The station's pressure as a line with the ground below it. lineOnly leaves its label out.
-void DrawSurfaceLine(Plot& plot, bool lineOnly);
+/// The station's pressure as a line with the ground below it.
+void DrawSurfaceLine(Plot& plot);
+
+/// Elevation, density altitude and QNH at the surface line.
+void DrawSurfaceLabel(Plot& plot);
 
 /// The standard atmosphere's curve and its heights, "ISA …", beside their pressures.
 void ICAOlabels(Plot& plot);

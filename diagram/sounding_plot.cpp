@@ -88,10 +88,6 @@ void DrawTemperatureGrid(Plot& plot) {
   DrawIsotherms(plot);
 }
 
-void DrawSurface(Plot& plot) {
-  DrawSurfaceLine(plot, HasOthers(plot));
-}
-
 void DrawTitles(Plot& plot) {
   if (plot.Set().TitleAboveDiagram) {
     plot.Page.Add("title", Label{.At = {kFrame.Left, 250},
@@ -157,6 +153,8 @@ void DrawFrame(Plot& plot) {
 void DrawPressureAxis(Plot& plot) {
   DrawPressureLines(plot);
   DrawFrame(plot);
+  // Over the isobars; with other soundings on the diagram the line stands alone.
+  if (!HasOthers(plot)) DrawSurfaceLabel(plot);
 }
 
 struct PlotStep {
@@ -170,7 +168,7 @@ constexpr PlotStep kSteps[] = {
     {"", DrawOtherTitles},
     {"", SetUpUnits},
     {"Generating temperature grid lines . . .", DrawTemperatureGrid},
-    {"", DrawSurface},
+    {"", DrawSurfaceLine},
     {"", DrawTitles},
     {"", DrawPressureAxis},
     {"Loading sounding data arrays . . .", DrawSoundingData},
