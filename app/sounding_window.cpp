@@ -171,8 +171,12 @@ void SoundingWindow::ShowStatus(std::string_view text) {
 void SoundingWindow::ShowReadout(const std::optional<Point>& at) {
   if (!program_.Gate.IsOpen()) return;
   const Readout readout = at ? ReadDiagram(program_, *at) : Readout{};
-  const char* between = readout.Grid.empty() || readout.Sounding.empty() ? "" : "     ";
-  readout_->setText(ToQString(readout.Grid + between + readout.Sounding));
+  std::string text;
+  for (const std::string& part : {readout.Spot, readout.Grid, readout.Sounding}) {
+    if (!text.empty() && !part.empty()) text += "     ";
+    text += part;
+  }
+  readout_->setText(ToQString(text));
 }
 
 void SoundingWindow::closeEvent(QCloseEvent* event) {

@@ -60,8 +60,16 @@ std::string SurfaceText(const Plot& plot) {
   return text;
 }
 
+// A line across the frame that leaves room for its mark at the right edge.
 void DrawHorizontal(Plot& plot, std::string_view tag, double press, const Pen& pen) {
-  DrawInFrame(plot, tag, Isobar(plot.At, press), pen);
+  Rect room = plot.At.Frame();
+  const double edge = room.Right;
+  room.Right -= kMarkRoom;
+  for (std::vector<Point>& piece : ClipPolyline(Isobar(plot.At, press), room)) {
+    plot.Page.Add(tag, Polyline{.Points = std::move(piece), .Stroke = pen});
+  }
+  const double y = plot.At.YOf(press);
+  DrawSegment(plot.Page, tag, {edge - 150, y}, {edge, y}, {pen.Ink, pen.Width, LineStyle::Solid});
 }
 
 }  // namespace

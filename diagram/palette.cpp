@@ -85,8 +85,10 @@ Palette PaletteFor(const Options& options) {
   cape.Alpha = 80;
   p.Cape = {cape, FillStyle::Plain};
   Color cin = ink(9);
-  cin.Alpha = 110;
-  p.Cin = {cin, FillStyle::BackHatched};
+  cin.Alpha = 45;
+  p.Cin = {cin, FillStyle::Plain};
+  cin.Alpha = 190;
+  p.CinHatch = {cin, FillStyle::BackHatched};
 
   p.ParcelMark = p.Ink;
   p.InversionMark = black ? Blend(ink(6), p.Ink, 0.2) : Color{140, 60, 0};

@@ -38,6 +38,7 @@ struct Palette {
   Brush Ground{};
   Brush Cape{};
   Brush Cin{};
+  Brush CinHatch{};  // over it, so that grey print tells it from CAPE
   Color ParcelMark{};
   Color InversionMark{};
   Color ColdFront{};

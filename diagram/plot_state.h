@@ -26,6 +26,7 @@ inline constexpr Point kConfigurationAt{4690, 50};
 inline constexpr double kAxisText = 150;
 inline constexpr double kSmallText = 125;
 inline constexpr double kMarkText = 130;
+inline constexpr double kMarkRoom = 1230;  // at the right edge, for the marks' texts
 
 /// The units that the page shows, with the label of the winds.
 struct ShownUnits {

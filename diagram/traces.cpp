@@ -136,7 +136,9 @@ void DrawParcel(Plot& plot) {
       if (rings.empty()) return;
       plot.Page.Add(tag, Area{.Rings = std::move(rings), .Fill = brush});
     };
-    fill("CIN area", Between(plot, ascent, 0, top, false), plot.Inks.Cin);
+    const std::vector<std::vector<Point>> inhibited = Between(plot, ascent, 0, top, false);
+    fill("CIN area", inhibited, plot.Inks.Cin);
+    fill("CIN hatch", inhibited, plot.Inks.CinHatch);
     fill("CAPE area", Between(plot, ascent, free, top, true), plot.Inks.Cape);
     end = ascent.MaximumParcel.Exists()
               ? std::min(StepAt(ascent, ascent.MaximumParcel.Press) + 1, steps)
@@ -233,7 +235,7 @@ void DrawLegend(Plot& plot) {
   line("virtual temperature", "Tv", plot.Inks.VirtualTemp);
   line("parcel", "Parcel", plot.Inks.Parcel);
   area("CAPE area", "CAPE", plot.Inks.Cape);
-  area("CIN area", "CIN", plot.Inks.Cin);
+  area("CIN hatch", "CIN", plot.Inks.CinHatch);
 }
 
 void DrawStabilityBars(Plot& plot) {

@@ -1,12 +1,15 @@
 #include "diagram/wind_column.h"
 
 #include <algorithm>
+#include <array>
+#include <cmath>
 #include <string>
 
 #include "analysis/interpolate.h"
 #include "analysis/standard_atmosphere.h"
 #include "core/markers.h"
 #include "core/numbers.h"
+#include "core/units.h"
 #include "diagram/wind_symbol.h"
 
 namespace vexa::diagram {
@@ -30,6 +33,43 @@ std::vector<PlacedWind> PlaceWinds(const Plot& plot) {
   }
   return placed;
 }
+
+/// How far a symbol reaches above and below, page positions.
+struct Reach {
+  double Top = 0;
+  double Bottom = 0;
+};
+
+Reach ReachOf(const PlacedWind& wind, const Options& options) {
+  const WindSymbolSize size = SizeOf(options.BarbSize);
+  const double side = FeathersOnRight(options) ? 1 : -1;
+  const double tip = -size.Shaft * std::cos(Radians(wind.Value.Dir));
+  const double feather =
+      tip - size.Feather * std::cos(Radians(wind.Value.Dir + side * kFeatherAngle));
+  const auto [least, most] = std::minmax({0.0, tip, feather});
+  const double margin = 0.3 * size.Spacing;
+  return {wind.Y + least - margin, wind.Y + most + margin};
+}
+
+/// Symbols that would still stand on one another step aside, to the right and to the left.
+class Lanes {
+ public:
+  /// The lane of the next wind: 0 in the middle, 1 to the right, -1 to the left; the middle where
+  /// none is free.
+  int Place(const Reach& reach) {
+    constexpr std::array kOrder = {0, 1, -1};
+    for (std::size_t i = 0; i < kOrder.size(); ++i) {
+      if (reach.Top < last_[i].Bottom && last_[i].Top < reach.Bottom) continue;
+      last_[i] = reach;
+      return kOrder[i];
+    }
+    last_[0] = reach;
+    return 0;
+  }
+
+ private:
+  std::array<Reach, 3> last_{};
+};
 
 // "th" as the column's caption has it for any number but one.
 std::string RatioCaption(int ratio) {
@@ -76,9 +116,14 @@ void DrawWindColumn(Plot& plot) {
   for (const PlacedWind& wind : winds) places.push_back(wind.Y);
   const WindSymbolSize size = SizeOf(set.BarbSize);
   const int ratio = WindRatio(places, set.WindPlotRatio, 2.2 * size.Spacing);
+  Lanes lanes;
   for (std::size_t i = 0; i < winds.size(); i += static_cast<std::size_t>(ratio)) {
     const PlacedWind& wind = winds[i];
-    DrawWindSymbol(plot.Page, {x, wind.Y}, wind.Value, set, plot.Inks.Wind);
+    const double aside = lanes.Place(ReachOf(wind, set)) * 1.35 * size.Shaft;
+    if (aside != 0) {
+      DrawSegment(plot.Page, "wind lane", {x, wind.Y}, {x + aside, wind.Y}, plot.Inks.Isobar);
+    }
+    DrawWindSymbol(plot.Page, {x + aside, wind.Y}, wind.Value, set, plot.Inks.Wind);
     plot.Page.AddHotSpot({{column.Left, wind.Y - size.Spacing, column.Right, wind.Y + size.Spacing},
                           "wind",
                           HeightText(ShownHeight(plot, wind.Height), plot.Units.Height) + ": " +
@@ -88,7 +133,7 @@ void DrawWindColumn(Plot& plot) {
                               " " + std::string(plot.Units.SpeedLabel)});
   }
   if (ratio > 1) {
-    DrawText(plot.Page, "wind ratio", {x, column.Bottom + 110}, RatioCaption(ratio),
+    DrawText(plot.Page, "wind ratio", {x, column.Bottom + 270}, RatioCaption(ratio),
              plot.Inks.Faint, 0.85 * kSmallText, AnchorX::Center);
   }
   // The limit of the winds: nothing is known above it.

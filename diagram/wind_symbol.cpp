@@ -9,9 +9,6 @@
 namespace vexa::diagram {
 namespace {
 
-// Feathers lean outwards by this angle from the shaft's far end.
-constexpr double kFeatherAngle = 65;
-
 Point Along(Point from, double degrees, double distance) {
   return {from.X + distance * std::sin(Radians(degrees)),
           from.Y - distance * std::cos(Radians(degrees))};

@@ -17,6 +17,9 @@ struct WindSymbolSize {
 };
 WindSymbolSize SizeOf(WindSize size);
 
+/// Feathers lean outwards by this many degrees from the shaft's far end.
+inline constexpr double kFeatherAngle = 65;
+
 /// A wind's speed in whole units of the setting: knots, or metres per second to a tenth by the
 /// factor of the wind symbols.
 double ShownSpeed(double knots, SpeedUnits units);

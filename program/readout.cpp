@@ -33,7 +33,11 @@ std::string SampleText(const Program& program, double press, analysis::Quantity 
 
 Readout ReadDiagram(const Program& program, Point at) {
   Readout readout;
-  if (!program.Plot || !program.Plot->Mapping.Frame().Contains(at)) return readout;
+  if (!program.Plot) return readout;
+  for (const HotSpot& spot : program.Plot->Page.HotSpots()) {
+    if (spot.Where.Contains(at)) readout.Spot = spot.Text;
+  }
+  if (!program.Plot->Mapping.Frame().Contains(at)) return readout;
   const diagram::DiagramCoordinates under = program.Plot->Mapping.ToCoordinates(at);
   if (program.Set.CursorGrid) {
     const std::string_view unit = program.Set.Pressure == PressureUnits::Mb ? " mb" : " hPa";

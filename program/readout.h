@@ -12,10 +12,12 @@ namespace vexa {
 struct Readout {
   std::string Grid{};      // "700 mb   -3.2 C"
   std::string Sounding{};  // "Temp:-5.1  Td:-9.8"
+  std::string Spot{};      // what stands under the pointer: a wind, an inversion
 };
 
-/// The readout at a position of the page; both texts are empty outside the diagram's frame and
-/// each one when its option is off. Values that the sounding lacks read "--".
+/// The readout at a position of the page. Grid and sounding are empty outside the diagram's frame
+/// and each when its option is off; values that the sounding lacks read "--". The spot is empty
+/// where nothing of its own stands.
 Readout ReadDiagram(const Program& program, Point at);
 
 }  // namespace vexa
