@@ -5,42 +5,20 @@
 #include <cstddef>
 #include <functional>
 
+#include "analysis/moist_air.h"
+#include "analysis/standard_atmosphere.h"
 #include "core/markers.h"
 #include "core/units.h"
 
 namespace vexa::ingest {
 namespace {
 
-constexpr double kDryAirGas = 287.04;    // J/(kg K)
-constexpr double kGravity = 9.80665;     // m/s²
-constexpr double kMoistRatio = 0.62198;  // mass of water vapour to that of dry air
-constexpr double kSeaLevelPress = 1013.25;
 constexpr double kLongestStep = 0.02;  // in ln p, some 150 m
 
-// Standard atmosphere (ISO 2533): base of each layer, its temperature and the change with height.
-struct StandardLayer {
-  double Press;  // hPa
-  double TempK;
-  double LapseKm;  // K/km
-};
-constexpr StandardLayer kStandardLayers[] = {{1013.25, 288.15, -6.5},
-                                             {226.321, 216.65, 0},
-                                             {54.7489, 216.65, 1},
-                                             {8.68019, 228.65, 2.8},
-                                             {1.10906, 270.65, 0}};
-
 double StandardTempK(double press) {
-  const StandardLayer* layer = &kStandardLayers[0];
-  for (const StandardLayer& next : kStandardLayers) {
-    if (press <= next.Press) layer = &next;
-  }
-  return layer->TempK *
-         std::pow(press / layer->Press, -kDryAirGas * layer->LapseKm / 1000 / kGravity);
-}
-
-// Magnus form over water, Bolton (1980).
-double VaporPress(double dewpt) {
-  return 6.112 * std::exp(17.67 * dewpt / (dewpt + 243.5));
+  const double height = analysis::IsaHeight(press);
+  constexpr double kHighest = 80000;  // m, where the standard atmosphere ends
+  return analysis::IsaTemp(HasHeight(height) ? height : kHighest) + kKelvinOffset;
 }
 
 // Index of the level at or below a ln p in falling order, so that the next is above it.
@@ -67,9 +45,10 @@ void HeightFinder::SetTemperatures(std::vector<double> press, std::vector<double
   logPress_.clear();
   virtualTempK_.clear();
   for (std::size_t i = 0; i < press.size(); ++i) {
-    const double vapor = IsMissing(dewpt[i]) ? 0 : std::min(VaporPress(dewpt[i]), press[i] / 2);
+    const double mixing =
+        IsMissing(dewpt[i]) ? 0 : analysis::ThetaPoint(press[i], dewpt[i]).MixingRatio;
     logPress_.push_back(std::log(press[i]));
-    virtualTempK_.push_back((temp[i] + kKelvinOffset) / (1 - (1 - kMoistRatio) * vapor / press[i]));
+    virtualTempK_.push_back(analysis::VirtualTemp(temp[i], std::max(mixing, 0.0)) + kKelvinOffset);
   }
 }
 
@@ -88,14 +67,15 @@ double HeightFinder::ThicknessTo(double fromLogPress, double toLogPress) {
   const double step = (toLogPress - fromLogPress) / steps;
   double thickness = 0;
   for (int i = 0; i < steps; ++i) {
-    thickness -= kDryAirGas / kGravity * VirtualTempK(fromLogPress + (i + 0.5) * step) * step;
+    thickness -= analysis::kDryGasConstant / analysis::kGravity *
+                 VirtualTempK(fromLogPress + (i + 0.5) * step) * step;
   }
   return thickness;
 }
 
 double HeightFinder::At(double press) {
   const double logPress = std::log(press);
-  if (known_.empty()) return ThicknessTo(std::log(kSeaLevelPress), logPress);
+  if (known_.empty()) return ThicknessTo(std::log(analysis::IsaPressure(0)), logPress);
   const Known& lowest = known_.front();
   const Known& highest = known_.back();
   if (logPress > lowest.LogPress) return lowest.Height + ThicknessTo(lowest.LogPress, logPress);

@@ -18,8 +18,8 @@ namespace fs = std::filesystem;
 // What each folder names as its basis; it may also include what its basis may include.
 const std::map<std::string, std::vector<std::string>> kBuildsOn = {
     {"core", {}},
-    {"picture", {"core"}},  // for the text of numbers
-    {"ingest", {"core"}},
+    {"picture", {"core"}},     // for the text of numbers
+    {"ingest", {"analysis"}},  // heights of winds that came with a pressure
     {"config", {"core"}},
     {"analysis", {"core", "config"}},
     {"diagram", {"analysis", "picture"}},
