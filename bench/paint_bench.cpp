@@ -2,7 +2,6 @@
 #include <benchmark/benchmark.h>
 
 #include <cmath>
-#include <QGuiApplication>
 #include <QImage>
 #include <QPainter>
 #include <string>
@@ -80,10 +79,3 @@ BENCHMARK_CAPTURE(Paint, labels200, Labels({0, 0, 0, 0}))->Unit(benchmark::kMill
 BENCHMARK_CAPTURE(Paint, halos200, Labels({255, 255, 255}))->Unit(benchmark::kMillisecond);
 
 }  // namespace
-
-int main(int argc, char** argv) {
-  qputenv("QT_QPA_PLATFORM", "offscreen");
-  const QGuiApplication application(argc, argv);
-  benchmark::Initialize(&argc, argv);
-  benchmark::RunSpecifiedBenchmarks();
-}
