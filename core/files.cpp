@@ -13,7 +13,7 @@ namespace {
 namespace fs = std::filesystem;
 
 // The longest soundings run to some ten thousand levels of a hundred bytes.
-constexpr std::uintmax_t kLargestFile = 256u * 1024 * 1024;
+constexpr std::uintmax_t kLargestFile = std::uintmax_t{256} * 1024 * 1024;
 
 // The reporter's number for what the system says; what it does not say in so many words is
 // `otherwise`.

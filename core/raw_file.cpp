@@ -121,7 +121,8 @@ class RawReader {
 // has at most four decimals.
 double DegreesMinutesSeconds(double decimalDegrees) {
   const int seconds = ToWhole(std::fabs(decimalDegrees) * 3600);
-  return (seconds / 3600 * 10000 + seconds / 60 % 60 * 100 + seconds % 60) / 10000.0;
+  const int digits = seconds / 3600 * 10000 + seconds / 60 % 60 * 100 + seconds % 60;
+  return digits / 10000.0;
 }
 
 Status LoadVariant(CurrentSounding& current, const std::filesystem::path& path,

@@ -86,11 +86,8 @@ DiagramChoice ChooseDiagram(const SoundingRecord& sounding, const Options& optio
   const bool reachesHigh = lowest < kTephigramTop;
   const bool drawnHigh = reachesHigh && options.Above100mb;
 
-  if (drawnHigh && options.AutoHighEmagram) {
-    choice.Type = DiagramType::Emagram;
-  } else if (drawnHigh && choice.Type == DiagramType::Tephigram) {
-    choice.BeyondTephigram = true;
-  }
+  if (drawnHigh && options.AutoHighEmagram) choice.Type = DiagramType::Emagram;
+  choice.BeyondTephigram = reachesHigh && choice.Type == DiagramType::Tephigram;
 
   choice.TopPress = options.MbLimit;
   if (options.AutoMbSelect) {

@@ -11,7 +11,7 @@ namespace vexa::diagram {
 struct DiagramChoice {
   DiagramType Type = DiagramType::SkewT;
   double TopPress = 100;  // hPa
-  /// The tephigram was asked for and cannot show the sounding's upper part.
+  /// The tephigram is drawn and cannot show the sounding's upper part.
   bool BeyondTephigram = false;
 };
 

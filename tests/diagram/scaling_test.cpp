@@ -32,6 +32,7 @@ TEST(ChooseDiagram, TopAndTypeFollowTheData) {
       {"high part wanted: emagram", 22, true, SkewT, true, Emagram, 10, false},
       {"high part wanted, own choice kept", 60, true, SkewT, false, SkewT, 50, false},
       {"tephigram ends at 100", 20, true, Tephigram, false, Tephigram, 100, true},
+      {"tephigram of a usual radiosonde", 20, false, Tephigram, true, Tephigram, 100, true},
       {"tephigram below 100 has nothing to warn of", 110, true, Tephigram, true, Tephigram, 100,
        false},
   };
