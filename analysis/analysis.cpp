@@ -20,7 +20,7 @@ SurfaceState SurfaceOf(const SoundingRecord& sounding, const LevelProfile& level
   if (levels.Count() == 0 || !(levels.Press(1) > 0)) return surface;
   surface.Exists = true;
   surface.Press = levels.Press(1);
-  surface.Qnh = Qnh(surface.Press, sounding.ElevM);
+  if (!sounding.ElevUnknown) surface.Qnh = Qnh(surface.Press, sounding.ElevM);
   const double altitude = IsaHeight(surface.Press);
   if (HasHeight(altitude)) surface.PressureAltitude = altitude;
   surface.DensityAltitude = DensityAltitude(AirDensity(surface.Press, levels.VirtualTemp(1)));

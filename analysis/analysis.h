@@ -90,7 +90,7 @@ struct Inversion {
 struct SurfaceState {
   bool Exists = false;
   double Press = kNone;             // hPa
-  double Qnh = kNone;               // hPa
+  double Qnh = kNone;               // hPa; none for an unknown elevation
   double PressureAltitude = kNone;  // m
   double DensityAltitude = kNone;   // m
   double IsaDeviation = kMissing;   // °C, surface temperature minus the standard one

@@ -71,6 +71,7 @@ TEST(Surface, InTermsOfAltimetry) {
   sounding = test::ReferenceConvective();
   SetElevationUnknown(sounding);
   EXPECT_TRUE(Analyse(sounding, {}).Surface.Estimated);
+  EXPECT_EQ(Analyse(sounding, {}).Surface.Qnh, kNone);
   EXPECT_FALSE(Analyse(SoundingRecord{}, {}).Surface.Exists);
 }
 
