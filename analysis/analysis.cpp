@@ -103,6 +103,7 @@ AnalysisResults AnalyseWith(const SoundingRecord& sounding, const Options& optio
   results.Mode = options.BaseLevel == CapeBase::Ccl ? LiftMode::Ccl : LiftMode::Lfc;
   results.Levels = DeriveLevels(sounding, options);
   results.Surface = SurfaceOf(sounding, results.Levels);
+  results.Storm = AnalyseStormMotion(sounding, options);
   if (results.Levels.Count() == 0) return results;
 
   const double ground = results.Levels.Height(1);

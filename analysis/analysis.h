@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "analysis/level_profile.h"
+#include "analysis/storm_motion.h"
 #include "config/options.h"
 #include "core/interaction.h"
 #include "core/markers.h"
@@ -113,6 +114,8 @@ struct AnalysisResults {
   std::vector<Inversion> Inversions{};
   std::vector<LevelPoint> FreezingLevels{};
   std::vector<LevelPoint> Tropopauses{};
+
+  StormMotionResults Storm{};
 
   const ParcelAscent& Ascent(LiftType type) const {
     const LiftAnalysis& lift = Lifts[static_cast<std::size_t>(type)];

@@ -4,6 +4,7 @@
 #include <string_view>
 #include <utility>
 
+#include "analysis/interpolate.h"
 #include "core/markers.h"
 #include "core/numbers.h"
 
@@ -122,6 +123,52 @@ void WriteParcel(JsonWriter& json, const ParcelAscent& ascent) {
   json.Key("CAPE 0-x").Number(Energy(ascent, ascent.CapeDepth));
   json.Key("CAPE+ only").Number(Energy(ascent, ascent.CapePlusOnly));
   json.Key("CAPE..Hail").Number(Energy(ascent, ascent.CapeHail));
+  json.EndObject();
+}
+
+void WriteWind(JsonWriter& json, std::string_view key,
+               const std::optional<analysis::WindVector>& vector) {
+  json.Key(key);
+  if (!vector) {
+    json.Null();
+    return;
+  }
+  const analysis::Wind wind = analysis::FromComponents(*vector);
+  json.BeginObject();
+  json.Key("direction").Number(Rounded(wind.Dir, 1));
+  json.Key("speed").Number(Rounded(wind.Spd, 1));
+  json.EndObject();
+}
+
+void WriteMover(JsonWriter& json, std::string_view key,
+                const std::optional<analysis::Mover>& mover) {
+  json.Key(key);
+  if (!mover) {
+    json.Null();
+    return;
+  }
+  const analysis::Wind wind = analysis::FromComponents(mover->Motion);
+  json.BeginObject();
+  json.Key("direction").Number(Rounded(wind.Dir, 1));
+  json.Key("speed").Number(Rounded(wind.Spd, 1));
+  for (std::size_t i = 0; i < analysis::kHelicityDepthsKm.size(); ++i) {
+    json.Key("helicity 0-" + Shortest(analysis::kHelicityDepthsKm[i]) + " km")
+        .Number(Value(mover->Helicity[i], kEnergyDecimals));
+  }
+  json.EndObject();
+}
+
+void WriteStormMotion(JsonWriter& json, const analysis::StormMotionResults& storm,
+                      const Options& options) {
+  json.Key("storm motion").BeginObject();
+  json.Key("method").Text(Word(options.Motion));
+  WriteWind(json, "mean wind 0-6 km", storm.Mean6km);
+  WriteWind(json, "mean wind 0-0.5 km", storm.MeanHalfKm);
+  WriteWind(json, "shear 0-6 km", storm.Shear6km);
+  json.Key("BRN shear").Number(Value(storm.BrnShear, kEnergyDecimals));
+  WriteMover(json, "right mover", storm.Right);
+  WriteMover(json, "left mover", storm.Left);
+  json.Key("cyclonic").Text(storm.RightIsCyclonic ? "right mover" : "left mover");
   json.EndObject();
 }
 
@@ -255,6 +302,19 @@ std::string TextReport(const AnalysedSounding& sounding, const Options& options)
   for (const analysis::Inversion& inversion : results.Inversions) {
     line(Text(inversion.Kind), point(inversion.Base) + " to " + point(inversion.Top));
   }
+  const auto wind = [](const analysis::WindVector& vector) {
+    const analysis::Wind shown = analysis::FromComponents(vector);
+    return Mask(shown.Dir, "000") + "/" + Mask(shown.Spd, "##0") + " kts";
+  };
+  if (results.Storm.Mean6km) line("Mean wind 0-6km", wind(*results.Storm.Mean6km));
+  const auto mover = [&](std::string_view name, const std::optional<analysis::Mover>& one) {
+    if (!one) return;
+    line(name, wind(one->Motion) + ", helicity 0-1 km " +
+                   Shown(Value(one->Helicity.front(), 0), "###0", "") + ", 0-3 km " +
+                   Shown(Value(one->Helicity.back(), 0), "###0", " m2/s2"));
+  };
+  mover("Right mover", results.Storm.Right);
+  mover("Left mover", results.Storm.Left);
   for (const std::string& note : sounding.Notes) line("Note", note);
   return text;
 }
@@ -331,6 +391,7 @@ void WriteJson(JsonWriter& json, const AnalysedSounding& sounding, const Options
     json.EndObject();
   }
   json.EndArray();
+  WriteStormMotion(json, results.Storm, options);
   json.Key("notes").BeginArray();
   for (const std::string& note : sounding.Notes) json.Text(note);
   json.EndArray();

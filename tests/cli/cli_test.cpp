@@ -101,6 +101,10 @@ TEST_F(CommandLine, JsonCarriesTheAnalysisWithNullsForWhatIsMissing) {
   EXPECT_NEAR(surface["EL"].toObject()["pressure"].toDouble(), 187.5, 0.1);
   EXPECT_NEAR(surface["CAPE"].toDouble(), 3365, 1);
   EXPECT_NEAR(surface["CIN"].toDouble(), -102.3, 0.2);
+  // Right mover 244.6°/21.3 kt with 297.6 m²/s² of helicity below 3 km.
+  const QJsonObject mover = json["storm motion"].toObject()["right mover"].toObject();
+  EXPECT_NEAR(mover["direction"].toDouble(), 244.6, 0.11);
+  EXPECT_NEAR(mover["helicity 0-3 km"].toDouble(), 297.6, 0.11);
   EXPECT_TRUE(json["parcels"].toObject().contains("mean layer"));
   EXPECT_TRUE(json["parcels"].toObject().contains("most unstable"));
 

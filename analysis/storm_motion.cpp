@@ -1,0 +1,172 @@
+#include "analysis/storm_motion.h"
+
+#include <cmath>
+#include <vector>
+
+#include "core/units.h"
+
+namespace vexa::analysis {
+namespace {
+
+constexpr double kSurfaceWindDepth = 100;  // m: the lowest wind within it is the surface wind
+constexpr double kAtTop = 1;               // m: a level this near the top stands for it
+constexpr double kShearHeight = 5750;      // m above ground
+constexpr double kDeviation = 15;          // kt
+constexpr double kNoShear = 0.01;          // kt
+
+WindVector VectorAt(const SoundingRecord& sounding, int level) {
+  return Components({sounding.WindDir(level), sounding.WindSpd(level)});
+}
+
+double Length(const WindVector& vector) {
+  return std::hypot(vector.U, vector.V);
+}
+
+WindVector Difference(const WindVector& a, const WindVector& b) {
+  return {a.U - b.U, a.V - b.V};
+}
+
+// The winds of a layer from the ground up, with the one at its top, interpolated where need be.
+struct LayerWinds {
+  std::vector<WindVector> Winds{};
+  bool HasSurface = false;
+  bool ReachesTop = false;
+};
+
+LayerWinds WindsOfLayer(const SoundingRecord& sounding, double ground, double depth) {
+  LayerWinds layer;
+  for (int i = 1; i <= sounding.NumWindLevels(); ++i) {
+    const double height = sounding.WindHgt(i) - ground;
+    if (height < 0 || height > depth + kAtTop) continue;
+    if (layer.Winds.empty()) layer.HasSurface = height <= kSurfaceWindDepth;
+    layer.Winds.push_back(VectorAt(sounding, i));
+    layer.ReachesTop = std::fabs(height - depth) <= kAtTop;
+  }
+  if (!layer.ReachesTop) {
+    const WindSample top = WindAtHeight(sounding, ground + depth);
+    if (top.Ok()) {
+      layer.Winds.push_back(Components(top.Value));
+      layer.ReachesTop = true;
+    }
+  }
+  return layer;
+}
+
+// The wind at 5750 m above ground between the first level above it and the one below; a sounding
+// that ends lower gives its last wind.
+WindVector ShearTopWind(const SoundingRecord& sounding, double ground) {
+  const int count = sounding.NumWindLevels();
+  int high = count;
+  int low = count;
+  for (int i = 2; i <= count; ++i) {
+    if (sounding.WindHgt(i) - ground > kShearHeight) {
+      high = i;
+      low = i - 1;
+      break;
+    }
+  }
+  const WindVector lower = VectorAt(sounding, low);
+  const WindVector upper = VectorAt(sounding, high);
+  double lowerWeight = 1;
+  double upperWeight = 1;
+  if (high != low) {
+    lowerWeight = sounding.WindHgt(high) - ground - kShearHeight;
+    upperWeight = kShearHeight - (sounding.WindHgt(low) - ground);
+  }
+  const double sum = lowerWeight + upperWeight;
+  return {(lower.U * lowerWeight + upper.U * upperWeight) / sum,
+          (lower.V * lowerWeight + upper.V * upperWeight) / sum};
+}
+
+Mover MoverOf(const SoundingRecord& sounding, double ground, const WindVector& motion) {
+  Mover mover{.Motion = motion};
+  for (std::size_t i = 0; i < kHelicityDepthsKm.size(); ++i) {
+    mover.Helicity[i] =
+        StormRelativeHelicity(sounding, ground, kHelicityDepthsKm[i] * 1000, motion);
+  }
+  return mover;
+}
+
+}  // namespace
+
+std::optional<WindVector> LayerMeanWind(const SoundingRecord& sounding, double ground,
+                                        double depth) {
+  const LayerWinds layer = WindsOfLayer(sounding, ground, depth);
+  if (layer.Winds.empty()) return std::nullopt;
+  WindVector sum;
+  for (const WindVector& wind : layer.Winds) {
+    sum.U += wind.U;
+    sum.V += wind.V;
+  }
+  const auto count = static_cast<double>(layer.Winds.size());
+  return WindVector{sum.U / count, sum.V / count};
+}
+
+float BRNnbr(const std::optional<WindVector>& mean6km,
+             const std::optional<WindVector>& meanHalfKm) {
+  if (!mean6km || !meanHalfKm) return static_cast<float>(kNone);
+  const double shearMs = kKnotToMsBrn * Length(Difference(*mean6km, *meanHalfKm));
+  return static_cast<float>(0.5 * shearMs * shearMs);
+}
+
+std::optional<Movers> Bunkers(const SoundingRecord& sounding, double ground, int deviationFactor) {
+  const std::optional<WindVector> mean = LayerMeanWind(sounding, ground, 6000);
+  const std::optional<WindVector> low = LayerMeanWind(sounding, ground, 500);
+  if (!mean || !low) return std::nullopt;
+  const WindVector shear = Difference(ShearTopWind(sounding, ground), *low);
+  const double size = Length(shear);
+  if (size < kNoShear) return Movers{*mean, *mean};
+  const double deviation = kDeviation * deviationFactor;
+  const WindVector aside{deviation * shear.V / size, -deviation * shear.U / size};
+  return Movers{{mean->U + aside.U, mean->V + aside.V}, {mean->U - aside.U, mean->V - aside.V}};
+}
+
+std::optional<Movers> TraditionalMotion(const SoundingRecord& sounding, double ground,
+                                        const Options& options) {
+  const double bottom = options.ShearLayerBottomKm * 1000;
+  const std::optional<WindVector> mean =
+      LayerMeanWind(sounding, ground + bottom, options.ShearLayerTopKm * 1000 - bottom);
+  if (!mean) return std::nullopt;
+  const Wind wind = FromComponents(*mean);
+  const double speed = wind.Spd * options.ShearLayerPct / 100;
+  const auto turned = [&](double degrees) {
+    return Components({Wrap360(wind.Dir + degrees), speed});
+  };
+  return Movers{turned(options.ShearLayerDeg), turned(-options.ShearLayerDeg)};
+}
+
+double StormRelativeHelicity(const SoundingRecord& sounding, double ground, double depth,
+                             const WindVector& motion) {
+  const LayerWinds layer = WindsOfLayer(sounding, ground, depth);
+  if (!layer.HasSurface || !layer.ReachesTop || layer.Winds.size() < 2) return kNone;
+  double sum = 0;
+  for (std::size_t i = 1; i < layer.Winds.size(); ++i) {
+    const WindVector below = Difference(layer.Winds[i - 1], motion);
+    const WindVector above = Difference(layer.Winds[i], motion);
+    sum += above.U * below.V - below.U * above.V;
+  }
+  return kKnotToMs * kKnotToMs * sum;
+}
+
+StormMotionResults AnalyseStormMotion(const SoundingRecord& sounding, const Options& options) {
+  StormMotionResults results;
+  const double ground = sounding.ElevM;
+  results.RightIsCyclonic = sounding.LatHemi != "S";
+  results.Mean6km = LayerMeanWind(sounding, ground, 6000);
+  results.MeanHalfKm = LayerMeanWind(sounding, ground, 500);
+  results.BrnShear = BRNnbr(results.Mean6km, results.MeanHalfKm);
+  const LayerWinds deep = WindsOfLayer(sounding, ground, 6000);
+  if (deep.HasSurface && deep.ReachesTop && deep.Winds.size() > 1) {
+    results.Shear6km = Difference(deep.Winds.back(), deep.Winds.front());
+  }
+  const std::optional<Movers> movers = options.Motion == StormMotion::Bunkers
+                                           ? Bunkers(sounding, ground)
+                                           : TraditionalMotion(sounding, ground, options);
+  if (movers) {
+    results.Right = MoverOf(sounding, ground, movers->Right);
+    results.Left = MoverOf(sounding, ground, movers->Left);
+  }
+  return results;
+}
+
+}  // namespace vexa::analysis

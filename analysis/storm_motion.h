@@ -1,0 +1,68 @@
+// Layer-mean winds, shear, the motions of right- and left-moving supercells and the helicity that
+// air has relative to them. Speeds are in knots, components point where the wind comes from.
+#pragma once
+
+#include <array>
+#include <optional>
+
+#include "analysis/interpolate.h"
+#include "config/options.h"
+#include "core/markers.h"
+#include "core/sounding_record.h"
+
+namespace vexa::analysis {
+
+/// Depths above ground, km, over which helicity is shown.
+inline constexpr std::array<double, 3> kHelicityDepthsKm = {1, 2, 3};
+
+/// One mover: its motion, and the helicity of the layers below kHelicityDepthsKm relative to it.
+struct Mover {
+  WindVector Motion{};
+  std::array<double, 3> Helicity = {kNone, kNone, kNone};  // m²/s²
+};
+
+struct StormMotionResults {
+  std::optional<WindVector> Mean6km{};     // 0-6 km
+  std::optional<WindVector> MeanHalfKm{};  // 0-0.5 km
+  std::optional<WindVector> Shear6km{};    // wind at 6 km minus surface wind
+  double BrnShear = kNone;                 // m²/s²
+  std::optional<Mover> Right{};
+  std::optional<Mover> Left{};
+  bool RightIsCyclonic = true;  // the left mover is, on the southern hemisphere
+};
+
+/// Mean wind from the ground to a height in metres above it: the average of u and of v over the
+/// wind levels in the layer, with one interpolated at the top where no level lies within 1 m of
+/// it. Empty without any.
+std::optional<WindVector> LayerMeanWind(const SoundingRecord& sounding, double ground,
+                                        double depth);
+
+/// Bulk shear for the Richardson number, m²/s²: half the square of the difference between the 0-6
+/// and the 0-0.5 km mean winds; kNone without one of them.
+float BRNnbr(const std::optional<WindVector>& mean6km, const std::optional<WindVector>& meanHalfKm);
+
+struct Movers {
+  WindVector Right{};
+  WindVector Left{};
+};
+
+/// Supercell motions after Bunkers et al. (2000), Wea. Forecasting 15, 61: the 0-6 km mean wind,
+/// moved 15 kt times the factor across the shear between 0-0.5 km and 5750 m. Without shear both
+/// are the mean wind.
+std::optional<Movers> Bunkers(const SoundingRecord& sounding, double ground,
+                              int deviationFactor = 1);
+
+/// The mean wind of the options' layer, turned and slowed as the options say (Maddox 1976, Mon.
+/// Wea. Rev. 104, 133); the left mover mirrors the turn.
+std::optional<Movers> TraditionalMotion(const SoundingRecord& sounding, double ground,
+                                        const Options& options);
+
+/// Storm-relative helicity, m²/s², from the surface wind to a height in metres above ground
+/// (Davies-Jones, Burgess and Foster 1990); kNone without winds over the whole layer.
+double StormRelativeHelicity(const SoundingRecord& sounding, double ground, double depth,
+                             const WindVector& motion);
+
+/// All of these under the options.
+StormMotionResults AnalyseStormMotion(const SoundingRecord& sounding, const Options& options);
+
+}  // namespace vexa::analysis

@@ -1,0 +1,101 @@
+#include "analysis/storm_motion.h"
+
+#include <cmath>
+
+#include "core/units.h"
+#include "support/soundings.h"
+
+namespace vexa::analysis {
+namespace {
+
+void ExpectWind(const std::optional<WindVector>& vector, double direction, double speed) {
+  ASSERT_TRUE(vector);
+  const Wind wind = FromComponents(*vector);
+  EXPECT_NEAR(wind.Dir, direction, 0.1);
+  EXPECT_NEAR(wind.Spd, speed, 0.1);
+}
+
+// Worked values of the convective reference sounding, computed with an independent script.
+TEST(StormMotion, OfTheReferenceSounding) {
+  const StormMotionResults storm = AnalyseStormMotion(test::ReferenceConvective(), {});
+  ExpectWind(storm.Mean6km, 216.8, 30.1);
+  ExpectWind(storm.MeanHalfKm, 167.1, 19.0);
+  EXPECT_NEAR(storm.BrnShear, 69.8, 0.1);
+  ASSERT_TRUE(storm.Shear6km);
+  EXPECT_NEAR(std::hypot(storm.Shear6km->U, storm.Shear6km->V), 54.9, 0.1);
+  ASSERT_TRUE(storm.Right && storm.Left);
+  EXPECT_NEAR(storm.Right->Motion.U, -19.246, 0.005);
+  EXPECT_NEAR(storm.Right->Motion.V, -9.129, 0.005);
+  EXPECT_NEAR(storm.Left->Motion.U, -16.841, 0.005);
+  EXPECT_NEAR(storm.Left->Motion.V, -39.032, 0.005);
+  const double right[] = {159.7, 246.5, 297.6};
+  const double left[] = {87.7, 57.8, 29.7};
+  for (std::size_t i = 0; i < 3; ++i) {
+    EXPECT_NEAR(storm.Right->Helicity[i], right[i], 0.1);
+    EXPECT_NEAR(storm.Left->Helicity[i], left[i], 0.1);
+  }
+  Options traditional;
+  traditional.Motion = StormMotion::Traditional;
+  const StormMotionResults turned = AnalyseStormMotion(test::ReferenceConvective(), traditional);
+  ExpectWind(turned.Right->Motion, 246.8, 22.6);
+  EXPECT_NEAR(turned.Right->Helicity[2], 305, 0.5);
+}
+
+TEST(StormMotion, TurnsWithTheWindAndVanishesWithTheShear) {
+  const SoundingRecord base = test::ReferenceConvective();
+  SoundingRecord rotated = base;
+  for (double& direction : rotated.WindDir.Values()) direction = Wrap360(direction + 75);
+  const StormMotionResults before = AnalyseStormMotion(base, {});
+  const StormMotionResults after = AnalyseStormMotion(rotated, {});
+  const Wind expected = FromComponents(before.Right->Motion);
+  ExpectWind(after.Right->Motion, Wrap360(expected.Dir + 75), expected.Spd);
+  EXPECT_NEAR(after.Right->Helicity[2], before.Right->Helicity[2], 1e-6);
+
+  SoundingRecord uniform = base;
+  for (double& direction : uniform.WindDir.Values()) direction = 250;
+  for (double& speed : uniform.WindSpd.Values()) speed = 20;
+  const StormMotionResults still = AnalyseStormMotion(uniform, {});
+  EXPECT_NEAR(still.BrnShear, 0, 1e-6);
+  ExpectWind(still.Right->Motion, 250, 20);
+  ExpectWind(still.Left->Motion, 250, 20);
+  EXPECT_NEAR(still.Right->Helicity[2], 0, 1e-6);
+}
+
+TEST(StormMotion, SaysNothingWhereTheWindsSayNothing) {
+  struct Case {
+    const char* about;
+    SoundingRecord sounding;
+    bool motion;
+    bool helicity;
+  };
+  const std::initializer_list<test::TempRow> temps = {{1000, 20, 10}, {500, -10, -30}};
+  const Case cases[] = {
+      {"no winds", test::Profile(temps), false, false},
+      {"one wind at the ground", test::Profile(temps, {{10, 180, 10}}), true, false},
+      {"ends at 2 km", test::Profile(temps, {{0, 180, 10}, {1000, 200, 20}, {2000, 220, 30}}), true,
+       false},
+      {"begins at 2 km", test::Profile(temps, {{2000, 180, 10}, {7000, 270, 60}}), false, false},
+      {"whole", test::Profile(temps, {{0, 180, 10}, {3000, 225, 20}, {7000, 270, 60}}), true, true},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.about);
+    const StormMotionResults storm = AnalyseStormMotion(c.sounding, {});
+    EXPECT_EQ(storm.Right.has_value(), c.motion);
+    if (!storm.Right) continue;
+    EXPECT_TRUE(std::isfinite(storm.Right->Motion.U) && std::isfinite(storm.Left->Motion.V));
+    EXPECT_EQ(storm.Right->Helicity[2] != kNone, c.helicity);
+  }
+  SoundingRecord south = test::ReferenceConvective();
+  SetDecimalPosition(south, -30, 25);
+  EXPECT_FALSE(AnalyseStormMotion(south, {}).RightIsCyclonic);
+}
+
+// Points 180/10, 225/20, 270/30 and a motion of 240/20: worked by hand, 24.47 m²/s².
+TEST(StormMotion, HelicityOfThreePoints) {
+  const SoundingRecord sounding = test::Profile({{1000, 20, 10}, {500, -10, -30}},
+                                                {{0, 180, 10}, {500, 225, 20}, {1000, 270, 30}});
+  EXPECT_NEAR(StormRelativeHelicity(sounding, 0, 1000, Components({240, 20})), 24.47, 0.01);
+}
+
+}  // namespace
+}  // namespace vexa::analysis
