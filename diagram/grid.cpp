@@ -86,8 +86,13 @@ std::string_view UnitText(TempUnits units) {
   return "C";
 }
 
+struct TempSpan {
+  double Coldest = 0;
+  double Warmest = 0;
+};
+
 // The coldest and warmest temperature that the frame shows anywhere.
-std::pair<double, double> ShownTemps(const DiagramMapping& at) {
+TempSpan ShownTemps(const DiagramMapping& at) {
   const Rect& frame = at.Frame();
   const double corners[] = {at.ToCoordinates({frame.Left, frame.Top}).Temp,
                             at.ToCoordinates({frame.Left, frame.Bottom}).Temp,
@@ -189,13 +194,13 @@ bool IsMandatory(double press) {
 void DrawIsotherms(Plot& plot) {
   const Options& set = plot.Set();
   const Rect& frame = plot.At.Frame();
-  const auto [coldest, warmest] = ShownTemps(plot.At);
+  const TempSpan shown = ShownTemps(plot.At);
   const int step = std::max(set.TempGridInterval, 1);
   const bool drawn = plot.At.Type() != DiagramType::Emagram || set.EmagramTempLines;
 
   const auto each = [&](TempUnits units, auto&& use) {
-    const int first = static_cast<int>(std::ceil(ToGridUnits(coldest, units) / step)) * step;
-    for (int value = first; value <= ToGridUnits(warmest, units); value += step) {
+    const int first = static_cast<int>(std::ceil(ToGridUnits(shown.Coldest, units) / step)) * step;
+    for (int value = first; value <= ToGridUnits(shown.Warmest, units); value += step) {
       use(FromGridUnits(value, units));
     }
   };

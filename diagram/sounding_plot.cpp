@@ -58,9 +58,10 @@ void DrawOtherTitles(Plot& plot) {
   constexpr int kRows = 3;
   int number = 1;
   const auto line = [&](const SoundingRecord& sounding, Color ink) {
-    const int place = number - 1;
+    const int column = (number - 1) / kRows;
+    const int row = (number - 1) % kRows;
     DrawText(plot.Page, "other title",
-             {kFrame.Left + place / kRows * kFrame.Width() / 2, 8570.0 + place % kRows * 160},
+             {kFrame.Left + column * kFrame.Width() / 2, 8570.0 + row * 160},
              (compare ? "#" + Shortest(number) + " - " : std::string()) + OtherTitle(sounding), ink,
              kMarkText);
     ++number;

@@ -64,9 +64,11 @@ bool StartsWithNoCase(std::string_view text, std::string_view start) {
 
 std::size_t FindNoCase(std::string_view text, std::string_view sought, std::size_t from) {
   if (from > text.size()) return std::string_view::npos;
-  const auto found = std::ranges::search(text.substr(from), sought, {}, Lower, Lower);
-  if (found.empty() && !sought.empty()) return std::string_view::npos;
-  return from + static_cast<std::size_t>(found.begin() - text.substr(from).begin());
+  const std::string_view rest = text.substr(from);
+  const auto found = std::search(rest.begin(), rest.end(), sought.begin(), sought.end(),
+                                  [](char a, char b) { return Lower(a) == Lower(b); });
+  if (found == rest.end() && !sought.empty()) return std::string_view::npos;
+  return from + static_cast<std::size_t>(found - rest.begin());
 }
 
 std::optional<ObservationTime> ParseCompactTime(std::string_view text) {
@@ -110,7 +112,7 @@ std::string Caption(const StationName& station, const ObservationTime& time) {
   if (station.Number != 0) add(Mask(station.Number, "00000"));
   add(station.Letters);
   add(station.Name);
-  const std::string when = TimeText(time);
+  std::string when = TimeText(time);
   if (when.empty()) return CutTitle(caption);
   if (caption.empty()) return when;
   caption = CutTitle(caption, kMaxTitle - 2 - static_cast<int>(when.size()));
