@@ -110,10 +110,6 @@ void DrawSoundingData(Plot& plot) {
   if (!HasOthers(plot)) DrawLegend(plot);
 }
 
-void DrawWinds(Plot& plot) {
-  DrawWindColumn(plot);
-}
-
 void DrawIcaoAndHeightAxis(Plot& plot) {
   ICAOlabels(plot);
   DrawHeightAxis(plot);
@@ -161,7 +157,12 @@ void DrawPressureAxis(Plot& plot) {
 struct PlotStep {
   std::string_view Status;  // empty: the step goes on under the text before it
   void (*Draw)(Plot&);
+  bool (*Applies)(const Plot&) = nullptr;  // null: always
 };
+
+bool HasWinds(const Plot& plot) {
+  return plot.Sounding().NumWindLevels() > 0;
+}
 
 // Each step draws over the ones before it.
 constexpr PlotStep kSteps[] = {
@@ -173,7 +174,7 @@ constexpr PlotStep kSteps[] = {
     {"", DrawTitles},
     {"", DrawPressureAxis},
     {"Loading sounding data arrays . . .", DrawSoundingData},
-    {"Plotting wind data . . .", DrawWinds},
+    {"Plotting wind data . . .", DrawWindColumn, HasWinds},
     {"", DrawIcaoAndHeightAxis},
     {"", DrawScale},
     {"", DrawPressHeights},
@@ -189,6 +190,7 @@ constexpr std::string_view kTephigramStatus = "Creating tephigram grid lines . .
 std::optional<SoundingPlot> PlotSounding(const PlotInput& input, Progress progress) {
   Plot plot{.In = input};
   for (const PlotStep& step : kSteps) {
+    if (step.Applies != nullptr && !step.Applies(plot)) continue;
     const bool tephigramGrid =
         step.Draw == DrawTemperatureGrid && plot.At.Type() == DiagramType::Tephigram;
     const std::string_view status = tephigramGrid ? kTephigramStatus : step.Status;

@@ -178,14 +178,13 @@ void DrawParcel(Plot& plot) {
 void DrawTraces(Plot& plot) {
   const Options& set = plot.Set();
   const SoundingRecord& sounding = plot.Sounding();
-  TraceStyle dewpoint{plot.Inks.Dewpoint, set.DewptLine != TraceLine::None, set.TraceDots,
-                      set.TraceCircles};
-  // Without its line the dew point still shows as dots.
-  if (!dewpoint.Joined && !dewpoint.Circles) dewpoint.Dots = true;
+  const TraceStyle dewpoint{plot.Inks.Dewpoint, set.DewptLine != TraceLine::None, set.TraceDots,
+                            set.TraceCircles};
   DrawTrace(plot, "dew point", sounding.Press, sounding.Dewpt, dewpoint);
   DrawTrace(plot, "temperature", sounding.Press, sounding.Temp,
             {plot.Inks.Temperature, true, set.TraceDots, set.TraceCircles});
   NameTrace(plot, "T", sounding.Press, sounding.Temp, plot.Inks.Temperature.Ink, AnchorX::Left);
+  if (!dewpoint.Joined && !dewpoint.Dots && !dewpoint.Circles) return;
   NameTrace(plot, "Td", sounding.Press, sounding.Dewpt, plot.Inks.Dewpoint.Ink, AnchorX::Right);
 }
 

@@ -49,6 +49,13 @@ TEST(SoundingPlot, ReportsItsStepsInOrderAndStopsWhenAsked) {
   EXPECT_FALSE(PlotSounding(input, Progress(stopping)));
   EXPECT_EQ(stopping.Statuses.size(), 3u);
 
+  const SoundingRecord calm = Profile({{1000, 20, 15}, {500, -10, -30}});
+  const analysis::AnalysisResults calmResults = analysis::Analyse(calm, options);
+  test::ScriptedInteraction windless;
+  ASSERT_TRUE(
+      PlotSounding({.Sounding = calm, .Results = calmResults, .Set = options}, Progress(windless)));
+  EXPECT_EQ(windless.Statuses.back(), "Loading sounding data arrays . . .");
+
   options.Diagram = DiagramType::Tephigram;
   test::ScriptedInteraction tephigram;
   ASSERT_TRUE(PlotSounding(input, Progress(tephigram)));
@@ -113,6 +120,12 @@ TEST(SoundingPlot, DewPointLineBreaksWhereValuesAreMissing) {
   EXPECT_NEAR(pressAt(std::get<Polyline>(runs[0]->Shape).Points.back()), 900, 0.1);
   EXPECT_NEAR(pressAt(std::get<Polyline>(runs[1]->Shape).Points.front()), 600, 0.1);
   EXPECT_EQ(Tagged(plot.Page, "temperature").size(), 1u);
+
+  Options without;
+  without.DewptLine = TraceLine::None;
+  const SoundingPlot bare = Draw(test::ReferenceWinter(), without);
+  EXPECT_TRUE(Tagged(bare.Page, "dew point").empty());
+  EXPECT_EQ(Texts(bare.Page, "trace name"), std::vector<std::string>{"T"});
 }
 
 TEST(SoundingPlot, PoorSoundingsStillDrawWhatTheyHave) {
