@@ -1,13 +1,18 @@
 #include <algorithm>
 #include <string>
+#include <vector>
 
+#include "analysis/index_table.h"
 #include "cli/commands.h"
+#include "core/numbers.h"
 
 namespace vexa::cli {
 namespace {
 
 constexpr ArgumentRow kOptions[] = {
     {"--format", "", "FORMAT", "text (without it), json or csv"},
+    {"--explain", "", "INDEX",
+     "tell how an index came about, by its label: KI, SWEAT; may be repeated"},
     {"--set", "", "\"KEY=VALUE\"", "sets an option by its label; may be repeated"},
 };
 
@@ -47,6 +52,34 @@ class Report {
   int count_ = 0;
 };
 
+std::string IndexLabels() {
+  std::string labels;
+  for (const analysis::IndexRow& row : analysis::IndexTable()) {
+    labels += (labels.empty() ? "" : ", ") + std::string(Trim(row.Label));
+  }
+  return labels;
+}
+
+int ExplainAll(const Arguments& arguments, const std::vector<const analysis::IndexRow*>& rows,
+               const Options& options, Console& console) {
+  int exitCode = kExitOk;
+  for (const std::string& file : arguments.Files) {
+    const Outcome<AnalysedSounding> sounding = LoadAndAnalyse(file, options);
+    if (!sounding) {
+      ReportFault(console, file, sounding.Error());
+      exitCode = kExitInputFailed;
+      continue;
+    }
+    const SoundingRecord& record = sounding.Value().Record;
+    console.Out(record.StationTitle + "\n");
+    for (const analysis::IndexRow* row : rows) {
+      console.Out(analysis::Explain(
+          analysis::ComputeIndex(*row, record, sounding.Value().Results, options)));
+    }
+  }
+  return exitCode;
+}
+
 int RunAnalyze(const Arguments& arguments, Console& console) {
   const std::string format = arguments.Value("--format").value_or("text");
   constexpr std::string_view kFormats[] = {"text", "json", "csv"};
@@ -58,6 +91,15 @@ int RunAnalyze(const Arguments& arguments, Console& console) {
   if (const auto fault = SetOptions(options, arguments.Values("--set"))) {
     return UsageError(console, kAnalyzeCommand, fault->Detail);
   }
+  std::vector<const analysis::IndexRow*> explained;
+  for (const std::string& label : arguments.Values("--explain")) {
+    explained.push_back(analysis::FindIndex(label));
+    if (explained.back() == nullptr) {
+      return UsageError(console, kAnalyzeCommand,
+                        "there is no index \"" + label + "\"; there are " + IndexLabels());
+    }
+  }
+  if (!explained.empty()) return ExplainAll(arguments, explained, options, console);
   int exitCode = kExitOk;
   Report report(format, arguments.Files.size() > 1, options, console);
   for (const std::string& file : arguments.Files) {

@@ -88,7 +88,8 @@ int RunPlot(const Arguments& arguments, Console& console) {
     }
     options.Diagram = static_cast<DiagramType>(word - words.begin());
   }
-  if (extension != "svg") StartQt();
+  std::optional<QtSession> toolkit;
+  if (extension != "svg") toolkit.emplace();
   int exitCode = kExitOk;
   std::set<std::string> written;
   for (const std::string& file : arguments.Files) {

@@ -6,7 +6,7 @@
 
 namespace vexa::cli {
 
-void StartQt() {
+QtSession::QtSession() {
   if (QCoreApplication::instance() != nullptr) return;
   qputenv("QT_QPA_PLATFORM", "offscreen");
   // Its remarks on the desktop it does not find are of no use to a command's user.
@@ -15,11 +15,9 @@ void StartQt() {
       std::fprintf(stderr, "vexa-cli: %s\n", qPrintable(text));
     }
   });
-  // The toolkit keeps the references and wants them alive as long as the program.
-  static int count = 1;
-  static char name[] = "vexa-cli";
-  static char* words[] = {name, nullptr};
-  static const QGuiApplication application(count, words);
+  application_ = std::make_unique<QGuiApplication>(wordCount_, programWords_);
 }
+
+QtSession::~QtSession() = default;
 
 }  // namespace vexa::cli

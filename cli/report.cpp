@@ -4,6 +4,7 @@
 #include <string_view>
 #include <utility>
 
+#include "analysis/index_table.h"
 #include "analysis/interpolate.h"
 #include "core/markers.h"
 #include "core/numbers.h"
@@ -21,6 +22,13 @@ constexpr int kPressDecimals = 2;
 constexpr int kHeightDecimals = 1;
 constexpr int kTempDecimals = 2;
 constexpr int kEnergyDecimals = 1;
+
+constexpr int kIndexDecimals = 3;
+
+std::vector<analysis::IndexValue> IndicesOf(const AnalysedSounding& sounding,
+                                            const Options& options) {
+  return analysis::ComputeIndices(sounding.Record, sounding.Results, options);
+}
 
 struct LiftName {
   LiftType Type;
@@ -225,6 +233,11 @@ std::vector<CsvColumn> CsvColumns(const AnalysedSounding& sounding, const Option
     columns.push_back(
         {name + "CAPE 0-" + depth + " km (J/kg)", Cell(Energy(ascent, ascent.CapeDepth))});
   }
+  for (const analysis::IndexValue& index : IndicesOf(sounding, options)) {
+    std::string name(Trim(index.Row->Label));
+    if (!index.Row->Unit.empty()) name += " (" + std::string(index.Row->Unit) + ")";
+    columns.push_back({std::move(name), Cell(Value(index.Value, kIndexDecimals))});
+  }
   columns.push_back({"freezing level (m)", results.FreezingLevels.empty()
                                                ? ""
                                                : Cell(Height(results.FreezingLevels[0].Height))});
@@ -315,6 +328,16 @@ std::string TextReport(const AnalysedSounding& sounding, const Options& options)
   };
   mover("Right mover", results.Storm.Right);
   mover("Left mover", results.Storm.Left);
+  text += "\n";
+  constexpr int kPerLine = 4;
+  int inLine = 0;
+  for (const analysis::IndexValue& index : IndicesOf(sounding, options)) {
+    const std::string value =
+        index.Exists() ? Mask(index.Value, index.Row->Mask) : std::string("--");
+    text += std::string(index.Row->Label) + " " + PadRight(value, 9);
+    if (++inLine % kPerLine == 0) text += "\n";
+  }
+  if (inLine % kPerLine != 0) text += "\n";
   for (const std::string& note : sounding.Notes) line("Note", note);
   return text;
 }
@@ -392,6 +415,16 @@ void WriteJson(JsonWriter& json, const AnalysedSounding& sounding, const Options
   }
   json.EndArray();
   WriteStormMotion(json, results.Storm, options);
+  json.Key("indices").BeginObject();
+  for (const analysis::IndexValue& index : IndicesOf(sounding, options)) {
+    json.Key(Trim(index.Row->Label)).BeginObject();
+    json.Key("value").Number(Value(index.Value, kIndexDecimals));
+    json.Key("unit").Text(index.Row->Unit);
+    json.Key("reason");
+    index.Exists() ? json.Null() : json.Text(index.Reason);
+    json.EndObject();
+  }
+  json.EndObject();
   json.Key("notes").BeginArray();
   for (const std::string& note : sounding.Notes) json.Text(note);
   json.EndArray();

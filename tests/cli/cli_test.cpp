@@ -105,6 +105,10 @@ TEST_F(CommandLine, JsonCarriesTheAnalysisWithNullsForWhatIsMissing) {
   const QJsonObject mover = json["storm motion"].toObject()["right mover"].toObject();
   EXPECT_NEAR(mover["direction"].toDouble(), 244.6, 0.11);
   EXPECT_NEAR(mover["helicity 0-3 km"].toDouble(), 297.6, 0.11);
+  const QJsonObject kIndex = json["indices"].toObject()["KI"].toObject();
+  EXPECT_NEAR(kIndex["value"].toDouble(), 31.9, 0.01);
+  EXPECT_EQ(kIndex["unit"].toString(), "C");
+  EXPECT_TRUE(kIndex["reason"].isNull());
   EXPECT_TRUE(json["parcels"].toObject().contains("mean layer"));
   EXPECT_TRUE(json["parcels"].toObject().contains("most unstable"));
 
@@ -141,6 +145,16 @@ TEST_F(CommandLine, OneBadFileLeavesTheOthersDone) {
 
   const Ran json = RunWords({"analyze", good, bad, good, "--format", "json"});
   EXPECT_EQ(QJsonDocument::fromJson(QByteArray::fromStdString(json.Out)).array().size(), 2);
+}
+
+TEST_F(CommandLine, ExplainsAnIndex) {
+  const Ran ran = RunWords({"analyze", Sounding(), "--explain", "ki", "--explain", "SWEAT"});
+  EXPECT_EQ(ran.Exit, kExitOk) << ran.Err;
+  for (const char* part :
+       {"K Index: 31.9 C", "T 850 hPa", "18.6 C", "George 1960", "SWEAT Index"}) {
+    EXPECT_NE(ran.Out.find(part), std::string::npos) << part << "\n" << ran.Out;
+  }
+  EXPECT_EQ(RunWords({"analyze", Sounding(), "--explain", "XYZ"}).Exit, kExitUsage);
 }
 
 TEST_F(CommandLine, PlotsEveryKindAndTheSettingsReachThePicture) {

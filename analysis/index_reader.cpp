@@ -1,0 +1,154 @@
+#include "analysis/index_reader.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "analysis/interpolate.h"
+#include "analysis/moist_air.h"
+#include "core/numbers.h"
+#include "core/units.h"
+
+namespace vexa::analysis {
+namespace {
+
+constexpr double kSurfaceWindDepth = 100;  // m above ground
+
+std::string At(std::string_view name, double press) {
+  return std::string(name) + " " + Mask(press, "###0.#") + " hPa";
+}
+
+}  // namespace
+
+double IndexReader::Note(std::string_view name, double value, std::string_view unit) {
+  const bool isNew = std::ranges::find(inputs_, name, &IndexInput::Name) == inputs_.end();
+  if (!Failed() && isNew) {
+    std::string text = Mask(value, "#####0.##");
+    if (!unit.empty()) text += " " + std::string(unit);
+    inputs_.push_back({std::string(name), std::move(text)});
+  }
+  return value;
+}
+
+void IndexReader::Setting(std::string_view label, std::string_view value) {
+  if (std::ranges::find(inputs_, label, &IndexInput::Name) != inputs_.end()) return;
+  inputs_.push_back({std::string(label), std::string(value)});
+}
+
+double IndexReader::Fail(std::string reason) {
+  if (reason_.empty()) reason_ = std::move(reason);
+  return 0;
+}
+
+std::string IndexReader::WhyNot(std::string_view what, double press) const {
+  const LevelProfile& levels = Levels();
+  if (levels.Count() == 0) return "the sounding has no levels";
+  const std::string level = Mask(press, "###0.#") + " hPa";
+  if (press > levels.Press(1)) {
+    return "no " + level + " level: the sounding starts at " + Mask(levels.Press(1), "###0.#") +
+           " hPa";
+  }
+  if (press < levels.Press.Top()) {
+    return "no " + level + " level: the sounding ends at " + Mask(levels.Press.Top(), "###0.#") +
+           " hPa";
+  }
+  return "no " + std::string(what) + " at " + level;
+}
+
+double IndexReader::Read(std::string_view name, double press, Quantity quantity,
+                         std::string_view unit) {
+  const double value = GetTEMP(Levels(), press, quantity);
+  if (NotAvailable(value)) {
+    return Fail(WhyNot(quantity == Quantity::Temp ? "temperature" : "dew point", press));
+  }
+  return Note(At(name, press), value, unit);
+}
+
+double IndexReader::Temp(double press) {
+  return Read("T", press, Quantity::Temp, "C");
+}
+double IndexReader::Dewpt(double press) {
+  return Read("Td", press, Quantity::Dewpt, "C");
+}
+double IndexReader::WetBulb(double press) {
+  return Read("Tw", press, Quantity::WetBulb, "C");
+}
+double IndexReader::ThetaE(double press) {
+  return Read("theta-e", press, Quantity::ThetaE, "K");
+}
+
+double IndexReader::Height(double press) {
+  const Sample height = SampleAt(Levels(), press, Quantity::Height);
+  if (height.Ok()) return Note(At("height of", press), height.Value, "m");
+  if (press != kReferencePress || Levels().Count() == 0 || press < Levels().Press(1)) {
+    return Fail(WhyNot("height", press));
+  }
+  // Below the ground with the standard lapse, as in the reduction to sea level.
+  constexpr double kStandardLapse = 0.0065;  // K/m
+  const double a = kDryGasConstant / kGravity * std::log(press / Levels().Press(1));
+  const double surfaceK = Levels().VirtualTemp(1) + kKelvinOffset;
+  const double depth = a * surfaceK / (1 - 0.5 * kStandardLapse * a);
+  return Note(At("height of", press), Levels().Height(1) - depth, "m");
+}
+
+Wind IndexReader::WindAt(double press) {
+  const Wind wind = GetWIND(sounding_, Levels(), press);
+  if (NotAvailable(wind.Spd)) {
+    Fail(WhyNot("wind", press));
+    return {};
+  }
+  Note(At("wind direction", press), wind.Dir, "deg");
+  Note(At("wind speed", press), wind.Spd, "kt");
+  return wind;
+}
+
+double IndexReader::SurfacePress() {
+  if (Levels().Count() == 0) return Fail("the sounding has no levels");
+  return Note("surface pressure", Levels().Press(1), "hPa");
+}
+
+double IndexReader::SurfaceTemp() {
+  if (Levels().Count() == 0) return Fail("the sounding has no levels");
+  return Note("surface T", Levels().Temp(1), "C");
+}
+
+double IndexReader::SurfaceDewpt() {
+  if (Levels().Count() == 0) return Fail("the sounding has no levels");
+  if (NotAvailable(Levels().Dewpt(1))) return Fail("no dew point at the surface");
+  return Note("surface Td", Levels().Dewpt(1), "C");
+}
+
+Wind IndexReader::SurfaceWind() {
+  if (sounding_.NumWindLevels() == 0 ||
+      sounding_.WindHgt(1) - sounding_.ElevM > kSurfaceWindDepth) {
+    Fail("no wind within 100 m of the ground");
+    return {};
+  }
+  Note("surface wind direction", sounding_.WindDir(1), "deg");
+  Note("surface wind speed", sounding_.WindSpd(1), "kt");
+  return {sounding_.WindDir(1), sounding_.WindSpd(1)};
+}
+
+double IndexReader::Cape() {
+  const ParcelAscent& parcel = results_.Chosen();
+  if (!parcel.Start.Exists()) return Fail("no parcel to lift");
+  Setting("lift type", Text(results_.ChosenLift));
+  return Note("CAPE total", parcel.CapeTotal, "J/kg");
+}
+
+double IndexReader::BrnShear() {
+  if (NotAvailable(results_.Storm.BrnShear)) return Fail("no winds between the ground and 6 km");
+  return Note("BRN shear", results_.Storm.BrnShear, "m2/s2");
+}
+
+double IndexReader::Helicity(double depthKm) {
+  const std::optional<Mover>& mover =
+      results_.Storm.RightIsCyclonic ? results_.Storm.Right : results_.Storm.Left;
+  if (!mover) return Fail("no storm motion: winds below 6 km are missing");
+  const double helicity =
+      StormRelativeHelicity(sounding_, sounding_.ElevM, depthKm * 1000, mover->Motion);
+  const std::string layer = "0-" + Mask(depthKm, "#0.#") + " km";
+  if (NotAvailable(helicity)) return Fail("the winds do not cover " + layer);
+  return Note("helicity " + layer, helicity, "m2/s2");
+}
+
+}  // namespace vexa::analysis

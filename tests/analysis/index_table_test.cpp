@@ -1,0 +1,123 @@
+#include "analysis/index_table.h"
+
+#include <cmath>
+#include <set>
+
+#include "core/numbers.h"
+#include "support/soundings.h"
+
+namespace vexa::analysis {
+namespace {
+
+using test::Profile;
+
+IndexValue Index(std::string_view label, const SoundingRecord& sounding,
+                 const Options& options = {}) {
+  const IndexRow* row = FindIndex(label);
+  if (row == nullptr) {
+    ADD_FAILURE() << "no index " << label;
+    return {};
+  }
+  return ComputeIndex(*row, sounding, Analyse(sounding, options), options);
+}
+
+// Computed with an independent script from the published formulas. What passes through GetTEMP is
+// rounded to hundredths there.
+TEST(IndexTable, OfTheReferenceSounding) {
+  struct Case {
+    const char* label;
+    double value, tolerance;
+  };
+  const Case cases[] = {
+      {"KI", 31.9, 0.01},          {"VT", 31.1, 0.01},         {"CT", 25.1, 0.01},
+      {"TT", 56.2, 0.01},          {"LI", -8.10, 0.02},        {"SI", -4.97, 0.02},
+      {"S{TT}", 44.4, 0.01},       {"JI", 31.71, 0.05},        {"TI", 40.0, 0.02},
+      {"DCI", 39.3, 0.02},         {"KO", -18.54, 0.03},       {"TQ Index", 16.58, 0.01},
+      {"Boyden", 98.02, 0.05},     {"Delta ePT", 0.818, 2e-3}, {"GOES HMI", 1, 0},
+      {"700-500 LR", 7.892, 2e-3}, {"THI", 76.2, 0.1},         {"SWEAT", 538.6, 0.6},
+      {"EHI 0-xkm", 6.26, 0.01},   {"Supercell", 17.48, 0.02}, {"Craven", 85.839, 0.05},
+      {"BRN", 48.2, 0.1},          {"BRN Shear", 69.8, 0.1},   {"VGP 0-xkm", 0.564, 1e-3},
+      {"MDPI", 0.818, 2e-3},       {"WMSI", 82.6, 0.1},        {"DownRush-T", 20.69, 0.02},
+      {"Fog Point", 14.18, 0.02},  {"Fog Threat", 6.51, 0.03}, {"Fog FSI", 70.2, 0.1},
+      {"CAP", 2.93, 0.01},         {"NCAPE", 0.3501, 2e-4},    {"MVV", 82.0, 0.1},
+  };
+  const SoundingRecord sounding = test::ReferenceConvective();
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.label);
+    const IndexValue index = Index(c.label, sounding);
+    EXPECT_NEAR(index.Value, c.value, c.tolerance) << index.Reason;
+    EXPECT_FALSE(index.Inputs.empty() && std::string_view(c.label) != "CAP");
+  }
+  EXPECT_NEAR(Index("Fog Point", test::ReferenceWinter()).Value, -2.48, 0.02);
+  EXPECT_NEAR(Index("Fog FSI", test::ReferenceWinter()).Value, 33.9, 0.1);
+}
+
+TEST(IndexTable, SaysWhyThereIsNoValue) {
+  struct Case {
+    const char* about;
+    const char* label;
+    SoundingRecord sounding;
+    const char* reason;
+  };
+  const Case cases[] = {
+      {"starts above", "KI", Profile({{812, 10, 5}, {700, 2, -3}, {400, -20, -30}}),
+       "no 850 hPa level: the sounding starts at 812 hPa"},
+      {"ends below", "VT", Profile({{1000, 20, 15}, {700, 2, -3}}),
+       "no 500 hPa level: the sounding ends at 700 hPa"},
+      {"dew point missing", "CT", Profile({{1000, 20, 999.9}, {700, 2, 999.9}, {400, -25, 999.9}}),
+       "no dew point at 850 hPa"},
+      {"plateau", "Boyden", Profile({{690, 10, 5}, {400, -20, -30}}),
+       "the surface lies above 700 hPa"},
+      {"no shear", "BRN", Profile({{1000, 20, 15}, {400, -20, -30}}),
+       "no winds between the ground and 6 km"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.about);
+    const IndexValue index = Index(c.label, c.sounding);
+    EXPECT_EQ(index.Value, kNone);
+    EXPECT_EQ(index.Reason, c.reason);
+  }
+  // 1000 hPa below the ground: the lowest level stands in for it.
+  EXPECT_TRUE(
+      Index("KO", Profile({{950, 20, 15}, {850, 14, 8}, {700, 4, -2}, {400, -25, -40}})).Exists());
+}
+
+TEST(IndexTable, PoorProfilesGiveAValueOrAReason) {
+  SoundingRecord dense = Profile({});
+  for (int i = 0; i < 10000; ++i) {
+    const double press = 1010 - i * 0.1;
+    dense.AddTemp(press, 25 - 0.07 * (1010 - press), 20 - 0.09 * (1010 - press));
+    dense.AddWind(i * 2.0, 180 + i * 0.01, 5 + i * 0.01);
+  }
+  const SoundingRecord family[] = {
+      Profile({}),
+      Profile({{900, 10, 5}}, {{0, 180, 10}}),
+      Profile({{900, 10, 5}, {600, -10, -20}}),
+      Profile({{1000, 25, 999.9}, {500, -10, 999.9}, {200, -50, 999.9}}, {{0, 180, 10}}),
+      Profile({{840, 15, 5}, {500, -10, -20}, {200, -50, 999.9}}, {{1500, 180, 10}}, 1500),
+      Profile({{690, 5, 0}, {500, -10, -20}, {200, -50, 999.9}}, {{3200, 180, 10}}, 3200),
+      Profile({{1000, 25, 20}, {520, -10, -20}}, {{0, 180, 10}, {5000, 250, 40}}),
+      dense,
+  };
+  for (const SoundingRecord& sounding : family) {
+    const AnalysisResults results = Analyse(sounding, {});
+    for (const IndexRow& row : IndexTable()) {
+      SCOPED_TRACE(row.Label);
+      const IndexValue index = ComputeIndex(row, sounding, results, {});
+      EXPECT_TRUE(std::isfinite(index.Value));
+      EXPECT_NE(index.Exists(), !index.Reason.empty());
+      EXPECT_LT(std::fabs(index.Value), 1e6);
+    }
+  }
+}
+
+TEST(IndexTable, LabelsAreTenWideAndTheirOwn) {
+  std::set<std::string_view> labels;
+  for (const IndexRow& row : IndexTable()) {
+    EXPECT_EQ(row.Label.size(), 10u) << row.Label;
+    EXPECT_TRUE(labels.insert(Trim(row.Label)).second) << row.Label;
+  }
+}
+
+}  // namespace
+}  // namespace vexa::analysis
