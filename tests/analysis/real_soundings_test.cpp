@@ -9,6 +9,7 @@
 
 #include "analysis/adiabat_table.h"
 #include "analysis/analysis.h"
+#include "analysis/index_table.h"
 #include "analysis/moist_air.h"
 #include "analysis/parcel.h"
 #include "core/interaction.h"
@@ -123,6 +124,37 @@ TEST(RealSoundings, AgreeWithWhatTheFilesPrint) {
       EXPECT_NEAR(parcel.Equilibrium.Press, c.El + 8, 9);
     }
     EXPECT_NEAR(parcel.CapeTotal / c.Cape, 0.93, 0.07);
+  }
+}
+
+// What the listings print of themselves. Sums of level values agree to the digit; the Showalter
+// index rests on another saturated adiabat, SWEAT on winds in whole degrees.
+TEST(RealSoundings, IndicesAgreeWithTheListings) {
+  VEXA_REAL_DATA(folder, "wyoming");
+  struct Case {
+    const char* file;
+    double kIndex, cross, vertical, totals, sweat, showalter;
+  };
+  const Case cases[] = {
+      {"html_72357_OUN_1999050400.html", 27.40, 27.40, 31.90, 59.30, 555.49, -6.51},
+      {"html_72681_BOI_2010120912.html", 23.80, 22.10, 24.70, 46.80, 81.40, 5.01},
+      {"html_72349_1976030400_no_id.html", 39.70, 27.70, 28.10, 55.80, 493.70, -4.13},
+      {"html_82244_2012010100_no_position.html", 31.50, 20.70, 22.70, 43.40, 239.60, -0.52},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.file);
+    SoundingRecord sounding;
+    ASSERT_TRUE(Load(folder / c.file, sounding));
+    const AnalysisResults results = Analyse(sounding, {});
+    const auto index = [&](std::string_view label) {
+      return ComputeIndex(*FindIndex(label), sounding, results, {}).Value;
+    };
+    EXPECT_NEAR(index("KI"), c.kIndex, 0.005);
+    EXPECT_NEAR(index("CT"), c.cross, 0.005);
+    EXPECT_NEAR(index("VT"), c.vertical, 0.005);
+    EXPECT_NEAR(index("TT"), c.totals, 0.005);
+    EXPECT_NEAR(index("SWEAT"), c.sweat, 1);
+    EXPECT_NEAR(index("SI"), c.showalter, 0.15);
   }
 }
 
