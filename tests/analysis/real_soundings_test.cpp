@@ -128,7 +128,7 @@ TEST(RealSoundings, AgreeWithWhatTheFilesPrint) {
 }
 
 // What the listings print of themselves. Sums of level values agree to the digit; the Showalter
-// index rests on another saturated adiabat, SWEAT on winds in whole degrees.
+// index rests on another saturated adiabat, SWEAT on winds read at our heights, in whole degrees.
 TEST(RealSoundings, IndicesAgreeWithTheListings) {
   VEXA_REAL_DATA(folder, "wyoming");
   struct Case {
