@@ -5,6 +5,7 @@
 #include <numbers>
 
 #include "analysis/saturated_point.h"
+#include "core/numbers.h"
 #include "core/units.h"
 
 namespace vexa::analysis {
@@ -68,7 +69,7 @@ double Condense(double temp, double dewpt) {
                               depression * (-0.00219 + 1.173e-5 * depression - 5.2e-6 * temp));
 }
 
-LiftSatResult LiftSat(double thetaE, double press, SaturationOver over) {
+LiftSatResult LiftSat(double thetaE, double press, SaturationOver over, std::string* trace) {
   if (!(thetaE > 0) || !(press > 0)) return {.Temp = kColdestLift, .Failed = true};
   const double logPoisson = kPoisson * std::log(kReferencePress / press);
   const double target = std::log(thetaE);
@@ -95,6 +96,10 @@ LiftSatResult LiftSat(double thetaE, double press, SaturationOver over) {
     (error.Value > 0 ? high : low) = temp;
     double next = error.Slope > 0 ? temp - error.Value / error.Slope : low;
     if (!(next > low && next < high)) next = low + (high - low) / 2;
+    if (trace != nullptr) {
+      *trace += "TX =" + Shortest(thetaE) + " Count =" + Shortest(step + 1) +
+                " T1 =" + Shortest(temp) + " T2 =" + Shortest(next) + "\n";
+    }
     if (error.Slope > 0 && std::fabs(next - temp) < kLiftAccuracy &&
         std::fabs(error.Value) < 1e-5) {
       return {.Temp = next};

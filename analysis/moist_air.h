@@ -3,6 +3,8 @@
 // constants fix the numbers that the whole program reports.
 #pragma once
 
+#include <string>
+
 #include "config/options.h"
 #include "core/markers.h"
 
@@ -55,7 +57,11 @@ inline constexpr int kLiftSatMaxSteps = 2000;
 /// Temperature of the saturated adiabat of a θe at a pressure: the T at which ThetaPoint gives the
 /// target, better than 0.001 K wherever a solution exists. Sought between -120 °C and the warmest
 /// T whose vapour pressure does not exceed 0.3 p, where θe rises with T.
-LiftSatResult LiftSat(double thetaE, double press, SaturationOver over = SaturationOver::Water);
+///
+/// trace    where not null, gets a line for each step: target, step and the temperatures before and
+///          after it
+LiftSatResult LiftSat(double thetaE, double press, SaturationOver over = SaturationOver::Water,
+                      std::string* trace = nullptr);
 
 /// Pressure of the lifting condensation level, hPa, on the dry adiabat through (press, temp).
 double LclPressure(double press, double temp, double lclTemp);

@@ -3,7 +3,10 @@
 #include <vector>
 
 #include "analysis/index_table.h"
+#include "analysis/moist_air.h"
 #include "cli/commands.h"
+#include "core/files.h"
+#include "core/markers.h"
 #include "core/numbers.h"
 
 namespace vexa::cli {
@@ -13,6 +16,8 @@ constexpr ArgumentRow kOptions[] = {
     {"--format", "", "FORMAT", "text (without it), json or csv"},
     {"--explain", "", "INDEX",
      "tell how an index came about, by its label: KI, SWEAT; may be repeated"},
+    {"--trace-liftsat", "", "FILE",
+     "write the steps of the saturated-adiabat search for each level's wet bulb"},
     {"--set", "", "\"KEY=VALUE\"", "sets an option by its label; may be repeated"},
 };
 
@@ -80,6 +85,20 @@ int ExplainAll(const Arguments& arguments, const std::vector<const analysis::Ind
   return exitCode;
 }
 
+// The steps of LiftSat for the wet bulb of every level that has one, under a line that names it.
+std::string TraceLiftSat(const AnalysedSounding& sounding, const Options& options) {
+  std::string trace = sounding.File + "\n";
+  const analysis::LevelProfile& levels = sounding.Results.Levels;
+  for (int i = 1; i <= levels.Count(); ++i) {
+    if (NotAvailable(levels.ThetaE(i))) continue;
+    trace += "level " + Shortest(i) + ", " + Shortest(levels.Press(i)) + " hPa\n";
+    const analysis::LiftSatResult lifted =
+        analysis::LiftSat(levels.ThetaE(i), levels.Press(i), options.Saturation, &trace);
+    if (lifted.Failed) trace += "LiftSatError\n";
+  }
+  return trace;
+}
+
 int RunAnalyze(const Arguments& arguments, Console& console) {
   const std::string format = arguments.Value("--format").value_or("text");
   constexpr std::string_view kFormats[] = {"text", "json", "csv"};
@@ -101,6 +120,8 @@ int RunAnalyze(const Arguments& arguments, Console& console) {
   }
   if (!explained.empty()) return ExplainAll(arguments, explained, options, console);
   int exitCode = kExitOk;
+  std::string trace;
+  const std::optional<std::string> traceFile = arguments.Value("--trace-liftsat");
   Report report(format, arguments.Files.size() > 1, options, console);
   for (const std::string& file : arguments.Files) {
     const Outcome<AnalysedSounding> sounding = LoadAndAnalyse(file, options);
@@ -110,8 +131,15 @@ int RunAnalyze(const Arguments& arguments, Console& console) {
       continue;
     }
     report.Add(sounding.Value());
+    if (traceFile) trace += TraceLiftSat(sounding.Value(), options);
   }
   report.End();
+  if (traceFile) {
+    if (const auto fault = SaveFile(PathFromText(*traceFile), trace)) {
+      ReportFault(console, *traceFile, *fault);
+      exitCode = kExitInputFailed;
+    }
+  }
   return exitCode;
 }
 

@@ -155,6 +155,10 @@ TEST_F(CommandLine, ExplainsAnIndex) {
     EXPECT_NE(ran.Out.find(part), std::string::npos) << part << "\n" << ran.Out;
   }
   EXPECT_EQ(RunWords({"analyze", Sounding(), "--explain", "XYZ"}).Exit, kExitUsage);
+  ASSERT_EQ(RunWords({"analyze", Sounding(), "--trace-liftsat", In("trace.txt")}).Exit, kExitOk);
+  const std::string trace = ReadFile(folder_.Path() / "trace.txt").Value();
+  EXPECT_NE(trace.find("level 1, 970 hPa\nTX =346"), std::string::npos) << trace.substr(0, 300);
+  EXPECT_NE(trace.find(" Count =1 T1 ="), std::string::npos);
 }
 
 TEST_F(CommandLine, PlotsEveryKindAndTheSettingsReachThePicture) {
