@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "analysis/adiabat_table.h"
+#include "analysis/index_table.h"
 #include "analysis/interpolate.h"
 #include "analysis/layers.h"
 #include "analysis/moist_air.h"
@@ -104,7 +105,10 @@ AnalysisResults AnalyseWith(const SoundingRecord& sounding, const Options& optio
   results.Levels = DeriveLevels(sounding, options);
   results.Surface = SurfaceOf(sounding, results.Levels);
   results.Storm = AnalyseStormMotion(sounding, options);
-  if (results.Levels.Count() == 0) return results;
+  if (results.Levels.Count() == 0) {
+    results.Indices = ComputeIndices(sounding, results, options);
+    return results;
+  }
 
   const double ground = results.Levels.Height(1);
   results.CapeDepthTopPress = GetPRESS(results.Levels, ground + options.CapeDepthKm * 1000);
@@ -112,6 +116,7 @@ AnalysisResults AnalyseWith(const SoundingRecord& sounding, const Options& optio
   results.Tropopauses = FindTropopauses(results.Levels);
   results.Inversions = FindInversions(results.Levels, results.Tropopauses);
   results.FreezingLevels = FindFreezingLevels(results.Levels);
+  results.Indices = ComputeIndices(sounding, results, options);
   return results;
 }
 

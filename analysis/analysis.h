@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "analysis/index_value.h"
 #include "analysis/level_profile.h"
 #include "analysis/storm_motion.h"
 #include "config/options.h"
@@ -116,6 +117,7 @@ struct AnalysisResults {
   std::vector<LevelPoint> Tropopauses{};
 
   StormMotionResults Storm{};
+  std::vector<IndexValue> Indices{};  // in the order of the index table
 
   const ParcelAscent& Ascent(LiftType type) const {
     const LiftAnalysis& lift = Lifts[static_cast<std::size_t>(type)];

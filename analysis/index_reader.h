@@ -8,16 +8,12 @@
 #include <vector>
 
 #include "analysis/analysis.h"
+#include "analysis/index_value.h"
 #include "analysis/interpolate.h"
 #include "config/options.h"
 #include "core/sounding_record.h"
 
 namespace vexa::analysis {
-
-struct IndexInput {
-  std::string Name{};   // "T 850 hPa"
-  std::string Value{};  // "18.6 C"
-};
 
 class IndexReader {
  public:

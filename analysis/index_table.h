@@ -21,14 +21,6 @@ struct IndexRow {
   double (*Compute)(IndexReader& in);
 };
 
-struct IndexValue {
-  const IndexRow* Row = nullptr;
-  double Value = kNone;
-  std::string Reason{};              // why there is none
-  std::vector<IndexInput> Inputs{};  // what it was computed from, in the order of reading
-  bool Exists() const { return Value != kNone; }
-};
-
 std::span<const IndexRow> IndexTable();
 
 /// The row of a trimmed panel label, compared without regard to case; null when there is none.

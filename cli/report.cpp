@@ -25,11 +25,6 @@ constexpr int kEnergyDecimals = 1;
 
 constexpr int kIndexDecimals = 3;
 
-std::vector<analysis::IndexValue> IndicesOf(const AnalysedSounding& sounding,
-                                            const Options& options) {
-  return analysis::ComputeIndices(sounding.Record, sounding.Results, options);
-}
-
 struct LiftName {
   LiftType Type;
   std::string_view Name;
@@ -233,7 +228,7 @@ std::vector<CsvColumn> CsvColumns(const AnalysedSounding& sounding, const Option
     columns.push_back(
         {name + "CAPE 0-" + depth + " km (J/kg)", Cell(Energy(ascent, ascent.CapeDepth))});
   }
-  for (const analysis::IndexValue& index : IndicesOf(sounding, options)) {
+  for (const analysis::IndexValue& index : sounding.Results.Indices) {
     std::string name(Trim(index.Row->Label));
     if (!index.Row->Unit.empty()) name += " (" + std::string(index.Row->Unit) + ")";
     columns.push_back({std::move(name), Cell(Value(index.Value, kIndexDecimals))});
@@ -331,7 +326,7 @@ std::string TextReport(const AnalysedSounding& sounding, const Options& options)
   text += "\n";
   constexpr int kPerLine = 4;
   int inLine = 0;
-  for (const analysis::IndexValue& index : IndicesOf(sounding, options)) {
+  for (const analysis::IndexValue& index : sounding.Results.Indices) {
     const std::string value =
         index.Exists() ? Mask(index.Value, index.Row->Mask) : std::string("--");
     text += std::string(index.Row->Label) + " " + PadRight(value, 9);
@@ -416,7 +411,7 @@ void WriteJson(JsonWriter& json, const AnalysedSounding& sounding, const Options
   json.EndArray();
   WriteStormMotion(json, results.Storm, options);
   json.Key("indices").BeginObject();
-  for (const analysis::IndexValue& index : IndicesOf(sounding, options)) {
+  for (const analysis::IndexValue& index : sounding.Results.Indices) {
     json.Key(Trim(index.Row->Label)).BeginObject();
     json.Key("value").Number(Value(index.Value, kIndexDecimals));
     json.Key("unit").Text(index.Row->Unit);
@@ -433,7 +428,9 @@ void WriteJson(JsonWriter& json, const AnalysedSounding& sounding, const Options
 
 std::string CsvHeader(const Options& options) {
   std::string text;
-  for (const CsvColumn& column : CsvColumns({}, options)) text += ',' + CsvField(column.Name);
+  AnalysedSounding none;
+  none.Results = analysis::Analyse(none.Record, options);
+  for (const CsvColumn& column : CsvColumns(none, options)) text += ',' + CsvField(column.Name);
   return text.substr(1);
 }
 

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "analysis/analysis.h"
+#include "analysis/index_table.h"
 #include "core/markers.h"
 #include "core/numbers.h"
 #include "core/units.h"
@@ -15,6 +16,8 @@ namespace {
 constexpr double kLineText = 132;
 constexpr double kLineStep = 168;
 constexpr double kTableText = 108;
+constexpr double kIndexText = 100;
+constexpr double kIndexColumn = 1020;  // from one column of indices to the next
 constexpr double kMargin = 80;
 constexpr std::string_view kNoValue = "--";
 
@@ -123,6 +126,30 @@ std::vector<std::string> LiftTable(const Plot& plot) {
   };
 }
 
+// The indices of the groups that the options show, two to a line.
+std::vector<const analysis::IndexValue*> PanelIndices(const Plot& plot) {
+  struct Group {
+    bool Options::*Shown;
+    std::vector<std::string_view> Labels;
+  };
+  const Group groups[] = {
+      {&Options::PanelMain, {"KI", "TT", "VT", "CT", "LI", "SI", "SWEAT"}},
+      {&Options::PanelEurope, {"KO", "JI", "TI", "Boyden", "S{TT}", "TQ Index"}},
+      {&Options::PanelCape, {"BRN", "EHI 0-xkm", "VGP 0-xkm"}},
+      {&Options::PanelFog, {"Fog FSI", "Fog Threat", "Fog Point"}},
+  };
+  std::vector<const analysis::IndexValue*> shown;
+  for (const Group& group : groups) {
+    if (!(plot.Set().*group.Shown)) continue;
+    for (const std::string_view label : group.Labels) {
+      for (const analysis::IndexValue& index : plot.Results().Indices) {
+        if (Trim(index.Row->Label) == label) shown.push_back(&index);
+      }
+    }
+  }
+  return shown;
+}
+
 std::string PositionText(const SoundingRecord& sounding) {
   if (sounding.LatHemi.empty() && sounding.LonHemi.empty()) return {};
   const auto part = [](double degrees, std::string_view hemisphere) {
@@ -156,10 +183,12 @@ void DrawPanel(Plot& plot) {
 
   const std::vector<Row> rows = ParcelRows(plot);
   const std::vector<std::string> table = LiftTable(plot);
+  const std::vector<const analysis::IndexValue*> indices = PanelIndices(plot);
+  const std::size_t indexLines = (indices.size() + 1) / 2;
   const std::string position = PositionText(plot.Sounding());
-  const double height =
-      kLineStep * (static_cast<double>(rows.size() + table.size()) + (position.empty() ? 1 : 2)) +
-      kMargin;
+  const double height = kLineStep * (static_cast<double>(rows.size() + table.size() + indexLines) +
+                                     (position.empty() ? 1 : 2) + (indices.empty() ? 0.0 : 0.5)) +
+                        kMargin;
   const Rect box{kPanel.Left, top, kPanel.Right, top + height};
   plot.Page.Add("analysis box", Area{.Rings = {{{box.Left, box.Top},
                                                 {box.Right, box.Top},
@@ -183,6 +212,22 @@ void DrawPanel(Plot& plot) {
   for (const std::string& line : table) {
     DrawMono(plot, "lift table", {x, y}, line, kTableText, plot.Inks.Ink, &line == &table.front());
     y += kLineStep;
+  }
+  y += kLineStep / 2;
+  for (std::size_t i = 0; i < indices.size(); ++i) {
+    const analysis::IndexValue& index = *indices[i];
+    const analysis::IndexRow& row = *index.Row;
+    const double left = x + (i % 2 == 0 ? 0 : kIndexColumn);
+    const double letter = 0.6 * kIndexText;
+    DrawMono(plot, "index label", {left, y}, std::string(row.Label), kIndexText, plot.Inks.Faint);
+    DrawMono(plot, "index value", {left + 11 * letter, y},
+             index.Exists() ? Mask(index.Value, row.Mask) : std::string(kNoValue), kIndexText,
+             plot.Inks.Ink);
+    plot.Page.AddHotSpot({{left, y - kLineStep / 2, left + 17 * letter, y + kLineStep / 2},
+                          "index",
+                          std::string(row.Name) + (index.Exists() ? " = " : ": ") +
+                              (index.Exists() ? std::string(row.Formula) : index.Reason)});
+    if (i % 2 == 1) y += kLineStep;
   }
 }
 
