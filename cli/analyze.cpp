@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -65,24 +66,32 @@ std::string IndexLabels() {
   return labels;
 }
 
-int ExplainAll(const Arguments& arguments, const std::vector<const analysis::IndexRow*>& rows,
-               const Options& options, Console& console) {
+// Reads one file after the other and hands each sounding on; what fails is reported and passed
+// over. Gives the exit code.
+template <class Use>
+int ForEachSounding(const Arguments& arguments, const Options& options, Console& console,
+                    Use&& use) {
   int exitCode = kExitOk;
   for (const std::string& file : arguments.Files) {
     const Outcome<AnalysedSounding> sounding = LoadAndAnalyse(file, options);
-    if (!sounding) {
+    if (sounding) {
+      use(sounding.Value());
+    } else {
       ReportFault(console, file, sounding.Error());
       exitCode = kExitInputFailed;
-      continue;
-    }
-    const SoundingRecord& record = sounding.Value().Record;
-    console.Out(record.StationTitle + "\n");
-    for (const analysis::IndexRow* row : rows) {
-      console.Out(analysis::Explain(
-          analysis::ComputeIndex(*row, record, sounding.Value().Results, options)));
     }
   }
   return exitCode;
+}
+
+void ExplainIndices(const AnalysedSounding& sounding,
+                    const std::vector<const analysis::IndexRow*>& rows, Console& console) {
+  console.Out(sounding.Record.StationTitle + "\n");
+  for (const analysis::IndexRow* row : rows) {
+    for (const analysis::IndexValue& index : sounding.Results.Indices) {
+      if (index.Row == row) console.Out(analysis::Explain(index));
+    }
+  }
 }
 
 // The steps of LiftSat for the wet bulb of every level that has one, under a line that names it.
@@ -118,29 +127,26 @@ int RunAnalyze(const Arguments& arguments, Console& console) {
                         "there is no index \"" + label + "\"; there are " + IndexLabels());
     }
   }
-  if (!explained.empty()) return ExplainAll(arguments, explained, options, console);
-  int exitCode = kExitOk;
-  std::string trace;
-  const std::optional<std::string> traceFile = arguments.Value("--trace-liftsat");
+  if (!explained.empty()) {
+    return ForEachSounding(arguments, options, console, [&](const AnalysedSounding& sounding) {
+      ExplainIndices(sounding, explained, console);
+    });
+  }
+  std::optional<AtomicFile> trace;
+  std::optional<Fault> traceFault;
+  const std::optional<std::string> traceName = arguments.Value("--trace-liftsat");
+  if (traceName) trace.emplace(PathFromText(*traceName));
   Report report(format, arguments.Files.size() > 1, options, console);
-  for (const std::string& file : arguments.Files) {
-    const Outcome<AnalysedSounding> sounding = LoadAndAnalyse(file, options);
-    if (!sounding) {
-      ReportFault(console, file, sounding.Error());
-      exitCode = kExitInputFailed;
-      continue;
-    }
-    report.Add(sounding.Value());
-    if (traceFile) trace += TraceLiftSat(sounding.Value(), options);
-  }
+  const int exitCode =
+      ForEachSounding(arguments, options, console, [&](const AnalysedSounding& sounding) {
+        report.Add(sounding);
+        if (trace && !traceFault) traceFault = trace->Write(TraceLiftSat(sounding, options));
+      });
   report.End();
-  if (traceFile) {
-    if (const auto fault = SaveFile(PathFromText(*traceFile), trace)) {
-      ReportFault(console, *traceFile, *fault);
-      exitCode = kExitInputFailed;
-    }
-  }
-  return exitCode;
+  if (trace && !traceFault) traceFault = trace->Commit();
+  if (!traceFault) return exitCode;
+  ReportFault(console, *traceName, *traceFault);
+  return kExitInputFailed;
 }
 
 }  // namespace

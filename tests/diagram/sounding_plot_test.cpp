@@ -107,6 +107,37 @@ TEST(SoundingPlot, WritesWhatAForecasterReads) {
   EXPECT_EQ(Texts(plot.Page, "tropopause label"), std::vector<std::string>{"TROP 11363 m"});
 }
 
+TEST(SoundingPlot, ShowsTheChosenGroupsOfIndicesWithTheirReasons) {
+  Options options;  // Main and CAPE
+  const SoundingPlot usual = Draw(test::ReferenceConvective(), options);
+  const auto labels = Texts(usual.Page, "index label");
+  EXPECT_EQ(labels, (std::vector<std::string>{
+                        "        KI", "        TT", "        VT", "        CT", "        LI",
+                        "        SI", "     SWEAT", "       BRN", " EHI 0-xkm", " VGP 0-xkm"}));
+  EXPECT_EQ(Texts(usual.Page, "index value").front(), "31.9");
+  options.PanelMain = false;
+  options.PanelFog = true;
+  EXPECT_EQ(Texts(Draw(test::ReferenceConvective(), options).Page, "index label").size(), 6u);
+
+  const SoundingPlot high = Draw(Profile({{690, 5, 0}, {500, -10, -20}, {300, -40, -50}}));
+  EXPECT_EQ(Texts(high.Page, "index value").front(), "--");
+  const auto spot = std::ranges::find(high.Page.HotSpots(), "index", &HotSpot::Tag);
+  ASSERT_NE(spot, high.Page.HotSpots().end());
+  EXPECT_EQ(spot->Text, "K Index: no 850 hPa level: the sounding starts at 690 hPa");
+}
+
+TEST(SoundingPlot, CrowdedWindsStepAsideWithinTheirBox) {
+  std::initializer_list<test::WindRow> southerlies = {
+      {0, 180, 20}, {250, 180, 20}, {500, 180, 20}, {3000, 270, 30}};
+  const SoundingPlot plot =
+      Draw(Profile({{1000, 20, 15}, {700, 5, 0}, {300, -40, -50}}, southerlies));
+  std::set<double> feet;
+  for (const Item* item : Tagged(plot.Page, "wind shaft")) {
+    feet.insert(std::get<Polyline>(item->Shape).Points.front().X);
+  }
+  EXPECT_GT(feet.size(), 1u);
+}
+
 TEST(SoundingPlot, DewPointLineBreaksWhereValuesAreMissing) {
   const SoundingPlot plot = Draw(Profile({{1000, 20, 15},
                                           {900, 14, 10},
