@@ -3,14 +3,21 @@
 #include <cmath>
 
 #include "analysis/adiabat_table.h"
+#include "analysis/clouds.h"
+#include "analysis/downdraft.h"
+#include "analysis/icing.h"
 #include "analysis/index_table.h"
 #include "analysis/interpolate.h"
 #include "analysis/layers.h"
+#include "analysis/level_listing.h"
 #include "analysis/moist_air.h"
 #include "analysis/parcel.h"
 #include "analysis/parcel_source.h"
 #include "analysis/pressure_grid.h"
+#include "analysis/soaring.h"
 #include "analysis/standard_atmosphere.h"
+#include "analysis/turbulence.h"
+#include "analysis/winter.h"
 #include "core/units.h"
 
 namespace vexa::analysis {
@@ -59,9 +66,9 @@ ParcelStart MultiLift(const LevelProfile& levels, double depth, ParcelLifter& li
   return best;
 }
 
-void LiftAll(const Options& options, AdiabatTable* table, AnalysisResults& results) {
+void LiftAll(const Options& options, const PressureGrid& grid, AdiabatTable* table,
+             AnalysisResults& results) {
   const LevelProfile& levels = results.Levels;
-  const PressureGrid grid = MakePressureGrid(levels);
   ParcelLifter lifter(levels, grid, LiftSettingsOf(options, results.CapeDepthTopPress), table);
 
   const LayerMean mean = MeanOfLowestLayer(levels, options.CclMeanLayer);
@@ -97,6 +104,76 @@ void LiftAll(const Options& options, AdiabatTable* table, AnalysisResults& resul
   for (LiftAnalysis& lift : results.Lifts) lift.Convective = convective;
 }
 
+LayerResults FindLayers(const SoundingRecord& sounding, const AnalysisResults& results,
+                        const Options& options) {
+  constexpr double kNormalizedPair = 304.8;  // m: 1000 ft
+  constexpr double kLowShearDepth = 1000;    // m, well above the layer that counts
+  const LevelProfile& levels = results.Levels;
+  const double ground = levels.Height(1);
+  LayerResults layers;
+  layers.Mixed = FindMixedLayer(sounding, levels);
+  layers.Clouds = FindClouds(sounding, results, options);
+  layers.Icing = options.Ice == IceType::SmithFeddes
+                     ? SmithFeddesIcing(levels, layers.Clouds, options.Saturation)
+                     : RuleIcing(levels, layers.Clouds);
+  const std::vector<WindPair> pairs =
+      PairWinds(sounding, levels, options.ShearNormalization ? kNormalizedPair : 0);
+  layers.Turbulence = FindCat(pairs, ground, options.Cat);
+  layers.HighTurbulence = FindHighCat(pairs, results.Tropopauses);
+  layers.LowShear = FindLowShear(PairWinds(sounding, levels, 0, ground + kLowShearDepth), ground);
+  layers.Contrails = FindContrails(levels, options.ContrailRh);
+  layers.Lightning = FindLightning(levels, layers.Clouds);
+  layers.CarbIcing = FindCarburettorIcing(levels);
+  layers.Listing = ListLevels(levels);
+  layers.Ducts = FindDucts(levels, layers.Listing, options.DuctingThreshold);
+  return layers;
+}
+
+bool Finite(const LevelPoint& level) {
+  return std::isfinite(level.Press) && std::isfinite(level.Height) && std::isfinite(level.Temp);
+}
+
+// Levels that no atmosphere has, colder than absolute zero or without pressure, lead formulas out
+// of their range: what comes of them becomes a marker here, in one place.
+void DropNonsense(AnalysisResults& results) {
+  const auto mark = [](double& value, double marker) {
+    if (!std::isfinite(value)) value = marker;
+  };
+  LayerResults& layers = results.Layers;
+  for (auto* found : {&layers.Icing, &layers.Turbulence, &layers.HighTurbulence, &layers.LowShear,
+                      &layers.Contrails, &layers.Lightning, &layers.CarbIcing}) {
+    std::erase_if(*found, [](const AirLayer& layer) {
+      return !Finite(layer.Base) || !Finite(layer.Top) || !std::isfinite(layer.Value);
+    });
+  }
+  std::erase_if(layers.Clouds,
+                [](const CloudDeck& deck) { return !Finite(deck.Base) || !Finite(deck.Top); });
+  std::erase_if(layers.Ducts, [](const Duct& duct) {
+    return !Finite(duct.Base) || !Finite(duct.Top) || !std::isfinite(duct.DuctBase);
+  });
+  LevelListing& listing = layers.Listing;
+  for (auto* column : {&listing.Density, &listing.DValue, &listing.Refractivity, &listing.Modified,
+                       &listing.Potential, &listing.Gradient, &listing.WaterBelow,
+                       &results.Soaring.ThermalIndex}) {
+    for (double& value : column->Values()) mark(value, kMissing);
+  }
+  WinterResults& winter = results.Winter;
+  for (double* area : {&winter.WarmArea, &winter.ColdArea, &winter.SurfaceWarmArea}) {
+    mark(*area, 0);
+  }
+  for (double* value : {&winter.SnowRatio, &winter.SnowSquall, &winter.Thickness1000to500,
+                        &winter.Thickness1000to850, &winter.Thickness850to700,
+                        &results.Descent.Energy, &results.Soaring.Lift}) {
+    mark(*value, kNone);
+  }
+  mark(results.Descent.SurfaceTemp, kMissing);
+  mark(results.Soaring.TriggerTemp, kMissing);
+  for (LevelPoint* level : {&results.Soaring.ThermalTop, &results.Soaring.PilotLevel,
+                            &results.Soaring.CloudBase, &results.Descent.Source}) {
+    if (!Finite(*level)) *level = {};
+  }
+}
+
 AnalysisResults AnalyseWith(const SoundingRecord& sounding, const Options& options,
                             AdiabatTable* table) {
   AnalysisResults results;
@@ -112,10 +189,16 @@ AnalysisResults AnalyseWith(const SoundingRecord& sounding, const Options& optio
 
   const double ground = results.Levels.Height(1);
   results.CapeDepthTopPress = GetPRESS(results.Levels, ground + options.CapeDepthKm * 1000);
-  LiftAll(options, table, results);
+  const PressureGrid grid = MakePressureGrid(results.Levels);
+  LiftAll(options, grid, table, results);
+  results.Descent = FindDowndraft(results.Levels, grid, options, table);
   results.Tropopauses = FindTropopauses(results.Levels);
   results.Inversions = FindInversions(results.Levels, results.Tropopauses);
   results.FreezingLevels = FindFreezingLevels(results.Levels);
+  results.Layers = FindLayers(sounding, results, options);
+  results.Winter = AnalyseWinter(sounding, results);
+  results.Soaring = AnalyseSoaring(results, SoaringSettings{});
+  DropNonsense(results);
   results.Indices = ComputeIndices(sounding, results, options);
   return results;
 }
@@ -130,22 +213,6 @@ std::string_view Text(LiftType type) {
       return "Mean Layer";
     case LiftType::MostUnstable:
       return "MostUnstable";
-  }
-  return "";
-}
-
-std::string_view Text(InversionKind kind) {
-  switch (kind) {
-    case InversionKind::Radiation:
-      return "Radiation Inv.";
-    case InversionKind::Frontal:
-      return "Frontal Inv.";
-    case InversionKind::Subsidence:
-      return "Subsidence Inv.";
-    case InversionKind::Tropopause:
-      return "Trop Inv.";
-    case InversionKind::Unknown:
-      return "Unknown Inv.";
   }
   return "";
 }

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "analysis/index_value.h"
+#include "analysis/layer_results.h"
 #include "analysis/level_profile.h"
 #include "analysis/storm_motion.h"
 #include "config/options.h"
@@ -27,14 +28,6 @@ std::string_view Text(LiftType type);
 
 /// Forced lift from the source level, or free convection after heating the surface.
 enum class LiftMode { Lfc, Ccl };
-
-/// A level that an analysis found: pressure, height and temperature; kNone where it found none.
-struct LevelPoint {
-  double Press = kNone;    // hPa
-  double Height = kNone;   // m above mean sea level
-  double Temp = kMissing;  // °C
-  bool Exists() const { return Press != kNone; }
-};
 
 /// Where a parcel starts. Without a source level Press is kNone.
 struct ParcelStart {
@@ -77,17 +70,6 @@ struct LiftAnalysis {
   ParcelAscent Convective{};  // "CCL" set
 };
 
-enum class InversionKind { Radiation, Frontal, Subsidence, Tropopause, Unknown };
-
-/// "Radiation Inv.", "Frontal Inv.", "Subsidence Inv.", "Trop Inv.", "Unknown Inv.".
-std::string_view Text(InversionKind kind);
-
-struct Inversion {
-  InversionKind Kind = InversionKind::Unknown;
-  LevelPoint Base{};
-  LevelPoint Top{};
-};
-
 /// The surface in altimetry's terms.
 struct SurfaceState {
   bool Exists = false;
@@ -115,6 +97,10 @@ struct AnalysisResults {
   std::vector<Inversion> Inversions{};
   std::vector<LevelPoint> FreezingLevels{};
   std::vector<LevelPoint> Tropopauses{};
+  Downdraft Descent{};
+  LayerResults Layers{};
+  WinterResults Winter{};
+  SoaringResults Soaring{};
 
   StormMotionResults Storm{};
   std::vector<IndexValue> Indices{};  // in the order of the index table

@@ -20,8 +20,7 @@ std::string At(std::string_view name, double press) {
 }  // namespace
 
 double IndexReader::Note(std::string_view name, double value, std::string_view unit) {
-  const bool isNew = std::ranges::find(inputs_, name, &IndexInput::Name) == inputs_.end();
-  if (!Failed() && isNew) {
+  if (Keeps() && std::ranges::find(inputs_, name, &IndexInput::Name) == inputs_.end()) {
     std::string text = Mask(value, "#####0.##");
     if (!unit.empty()) text += " " + std::string(unit);
     inputs_.push_back({std::string(name), std::move(text)});
@@ -30,7 +29,7 @@ double IndexReader::Note(std::string_view name, double value, std::string_view u
 }
 
 void IndexReader::Setting(std::string_view label, std::string_view value) {
-  if (std::ranges::find(inputs_, label, &IndexInput::Name) != inputs_.end()) return;
+  if (!Keeps() || std::ranges::find(inputs_, label, &IndexInput::Name) != inputs_.end()) return;
   inputs_.push_back({std::string(label), std::string(value)});
 }
 
@@ -60,7 +59,7 @@ double IndexReader::Read(std::string_view name, double press, Quantity quantity,
   if (NotAvailable(value)) {
     return Fail(WhyNot(quantity == Quantity::Temp ? "temperature" : "dew point", press));
   }
-  return Note(At(name, press), value, unit);
+  return Keeps() ? Note(At(name, press), value, unit) : value;
 }
 
 double IndexReader::Temp(double press) {
@@ -76,28 +75,28 @@ double IndexReader::ThetaE(double press) {
   return Read("theta-e", press, Quantity::ThetaE, "K");
 }
 
+double IndexReader::MixingRatio(double press) {
+  return Read("w", press, Quantity::MixingRatio, "g/kg");
+}
+
 double IndexReader::Height(double press) {
-  const Sample height = SampleAt(Levels(), press, Quantity::Height);
-  if (height.Ok()) return Note(At("height of", press), height.Value, "m");
-  if (press != kReferencePress || Levels().Count() == 0 || press < Levels().Press(1)) {
-    return Fail(WhyNot("height", press));
-  }
-  // Below the ground with the standard lapse, as in the reduction to sea level.
-  constexpr double kStandardLapse = 0.0065;  // K/m
-  const double a = kDryGasConstant / kGravity * std::log(press / Levels().Press(1));
-  const double surfaceK = Levels().VirtualTemp(1) + kKelvinOffset;
-  const double depth = a * surfaceK / (1 - 0.5 * kStandardLapse * a);
-  return Note(At("height of", press), Levels().Height(1) - depth, "m");
+  const Sample height = HeightAt(Levels(), press);
+  if (!height.Ok()) return Fail(WhyNot("height", press));
+  return Keeps() ? Note(At("height of", press), height.Value, "m") : height.Value;
 }
 
 Wind IndexReader::WindAt(double press) {
-  const Wind wind = GetWIND(sounding_, Levels(), press);
-  if (NotAvailable(wind.Spd)) {
+  const Sample height = SampleAt(Levels(), press, Quantity::Height);
+  const WindSample sample = height.Ok() ? WindAtHeight(sounding_, height.Value) : WindSample{};
+  if (!sample.Ok()) {
     Fail(WhyNot("wind", press));
     return {};
   }
-  Note(At("wind direction", press), wind.Dir, "deg");
-  Note(At("wind speed", press), wind.Spd, "kt");
+  const Wind wind = sample.Value;
+  if (Keeps()) {
+    Note(At("wind direction", press), wind.Dir, "deg");
+    Note(At("wind speed", press), wind.Spd, "kt");
+  }
   return wind;
 }
 
@@ -141,14 +140,37 @@ double IndexReader::BrnShear() {
 }
 
 double IndexReader::Helicity(double depthKm) {
-  const std::optional<Mover>& mover =
-      results_.Storm.RightIsCyclonic ? results_.Storm.Right : results_.Storm.Left;
+  const std::optional<Mover>& mover = results_.Storm.Chosen();
   if (!mover) return Fail("no storm motion: winds below 6 km are missing");
   const double helicity =
       StormRelativeHelicity(sounding_, sounding_.ElevM, depthKm * 1000, mover->Motion);
-  const std::string layer = "0-" + Mask(depthKm, "#0.#") + " km";
-  if (NotAvailable(helicity)) return Fail("the winds do not cover " + layer);
-  return Note("helicity " + layer, helicity, "m2/s2");
+  if (NotAvailable(helicity)) {
+    return Fail("the winds do not cover 0-" + Mask(depthKm, "#0.#") + " km");
+  }
+  if (!Keeps()) return helicity;
+  Setting("storm motion", results_.Storm.ChosenName());
+  return Note("helicity 0-" + Mask(depthKm, "#0.#") + " km", helicity, "m2/s2");
+}
+
+double IndexReader::FreezingHeight() {
+  if (Levels().Count() == 0) return Fail("the sounding has no levels");
+  for (const LevelPoint& level : results_.FreezingLevels) {
+    const Sample below = SampleAt(Levels(), level.Press * 1.001, Quantity::Temp);
+    if (below.Ok() && below.Value > 0) {
+      return Note("freezing level", level.Height - Levels().Height(1), "m AGL");
+    }
+  }
+  return Fail("no level of 0 C with warmer air below");
+}
+
+WindVector IndexReader::MeanWind(double bottom, double top) {
+  const auto mean = LayerMeanWind(sounding_, sounding_.ElevM + bottom, top - bottom);
+  if (!mean) {
+    Fail("no winds between " + Mask(bottom, "####0") + " and " + Mask(top, "####0") +
+         " m above ground");
+    return {};
+  }
+  return *mean;
 }
 
 }  // namespace vexa::analysis

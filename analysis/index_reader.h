@@ -1,6 +1,6 @@
-// What an index reads of a sounding. Every value that passes through the reader is noted with its
-// name, unit and level, and the first one that is missing leaves the reason: so each index can say
-// how its number came about, or why there is none, without a line of prose of its own.
+// What an index reads of a sounding. Every value that passes through the reader can be noted with
+// its name, unit and level, and the first one that is missing leaves the reason: so each index can
+// say how its number came about, or why there is none, without a line of prose of its own.
 #pragma once
 
 #include <string>
@@ -17,30 +17,39 @@ namespace vexa::analysis {
 
 class IndexReader {
  public:
+  /// Whether each value that is read is noted down, or only the reason for a missing one.
+  enum class Notes { Keep, Drop };
+
   IndexReader(const SoundingRecord& sounding, const AnalysisResults& results,
-              const Options& options)
-      : sounding_(sounding), results_(results), options_(options) {}
+              const Options& options, Notes notes)
+      : sounding_(sounding), results_(results), options_(options), notes_(notes) {}
 
   // Each gives 0 once something is missing: the index goes through its formula and is dropped.
-  double Temp(double press);     // °C, as GetTEMP gives it
-  double Dewpt(double press);    // °C
-  double WetBulb(double press);  // °C
-  double ThetaE(double press);   // K
-  double Height(double press);   // m above mean sea level; 1000 hPa also below the ground
-  Wind WindAt(double press);     // as GetWIND gives it
-  double SurfaceTemp();          // °C
-  double SurfaceDewpt();         // °C
-  double SurfacePress();         // hPa
-  Wind SurfaceWind();            // the lowest within 100 m above ground
+  double Temp(double press);         // °C, as GetTEMP gives it
+  double Dewpt(double press);        // °C
+  double WetBulb(double press);      // °C
+  double ThetaE(double press);       // K
+  double MixingRatio(double press);  // g/kg
+  double Height(double press);       // m above mean sea level; 1000 hPa also below the ground
+  Wind WindAt(double press);         // as GetWIND gives it
+  double SurfaceTemp();              // °C
+  double SurfaceDewpt();             // °C
+  double SurfacePress();             // hPa
+  Wind SurfaceWind();                // the lowest within 100 m above ground
 
   double Cape();                    // J/kg, total of the chosen parcel
   double BrnShear();                // m²/s²
-  double Helicity(double depthKm);  // m²/s², relative to the mover that turns cyclonically
+  double Helicity(double depthKm);  // m²/s², relative to the chosen mover
+  double FreezingHeight();          // m above ground of the lowest with warm air below
+  WindVector MeanWind(double bottom, double top);  // kt, between heights in m above ground
 
   /// Notes a value that the index worked out itself.
   double Note(std::string_view name, double value, std::string_view unit);
   /// Notes a setting that the value depends on.
   void Setting(std::string_view label, std::string_view value);
+  /// Words that stand for the number.
+  void Say(std::string text) { text_ = std::move(text); }
+  const std::string& Said() const { return text_; }
   /// There is no value, for this reason; the first reason stays. Gives 0.
   double Fail(std::string reason);
 
@@ -55,13 +64,16 @@ class IndexReader {
 
  private:
   double Read(std::string_view name, double press, Quantity quantity, std::string_view unit);
+  bool Keeps() const { return notes_ == Notes::Keep && !Failed(); }
   std::string WhyNot(std::string_view what, double press) const;
 
   const SoundingRecord& sounding_;
   const AnalysisResults& results_;
   const Options& options_;
+  Notes notes_;
   std::vector<IndexInput> inputs_{};
   std::string reason_{};
+  std::string text_{};
 };
 
 }  // namespace vexa::analysis

@@ -1,5 +1,6 @@
 // The table of indices: a row each with its panel label, name, unit, mask, formula in words, source
-// and the function that computes it. Panel, listings, JSON and explanations walk this table.
+// and the function that computes it. Panel, listings, JSON, severe-weather table and explanations
+// walk this table.
 #pragma once
 
 #include <span>
@@ -11,10 +12,24 @@
 
 namespace vexa::analysis {
 
+/// What a value is: decides how the settings' units change what is shown.
+enum class Measure {
+  Number,    // shown as it is
+  Temp,      // °C or °F
+  TempDiff,  // °C or Fahrenheit degrees
+  Height,    // m above sea level; shown above it or above the ground, in m or ft
+  Depth,     // m, a difference or a height above ground; m or ft
+  Press,     // hPa
+  Speed,     // kt or m/s
+  Water,     // cm or inches
+  Word       // the words say it all
+};
+
 struct IndexRow {
-  std::string_view Label;    // ten characters, right-aligned
-  std::string_view Name;     // "K Index"
-  std::string_view Unit;     // "C", empty for a bare number
+  std::string_view Label;  // ten characters, right-aligned
+  std::string_view Name;   // "K Index"
+  Measure Kind;
+  std::string_view Unit;     // of the value: "C", "m", "kt"; empty for a bare number
   std::string_view Mask;     // how the value is shown
   std::string_view Formula;  // in words
   std::string_view Source;
@@ -34,8 +49,18 @@ IndexValue ComputeIndex(const IndexRow& row, const SoundingRecord& sounding,
 std::vector<IndexValue> ComputeIndices(const SoundingRecord& sounding,
                                        const AnalysisResults& results, const Options& options);
 
-/// How an index came about, for people: name and value, formula, source, inputs or the reason why
-/// there is no value. Lines end in LF.
-std::string Explain(const IndexValue& index);
+/// The index of a row among the results; null when they were not computed.
+const IndexValue* IndexOf(const AnalysisResults& results, const IndexRow& row);
+
+/// A value as the panel shows it, in the units of the options: "31.9 C", "10570 ft", "281/32 kts",
+/// "--" without one.
+///
+/// ground  m above sea level, taken off heights that are shown above ground
+std::string ShownValue(const IndexValue& index, const Options& options, double ground);
+
+/// How an index came about, for people: name and value, formula, inputs with their levels, settings
+/// and source, or the reason why there is no value. Lines end in LF.
+std::string Explain(const IndexRow& row, const SoundingRecord& sounding,
+                    const AnalysisResults& results, const Options& options);
 
 }  // namespace vexa::analysis

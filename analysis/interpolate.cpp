@@ -5,6 +5,7 @@
 #include <functional>
 #include <optional>
 
+#include "analysis/moist_air.h"
 #include "analysis/standard_atmosphere.h"
 #include "core/markers.h"
 #include "core/numbers.h"
@@ -144,6 +145,17 @@ double GetPRESS(const LevelProfile& levels, double height) {
 double GetHeight(const LevelProfile& levels, double press) {
   const Sample height = SampleAt(levels, press, Quantity::Height);
   return height.Ok() ? Rounded(FeetFromMeters(height.Value), 1) : kNone;
+}
+
+Sample HeightAt(const LevelProfile& levels, double press) {
+  const Sample height = SampleAt(levels, press, Quantity::Height);
+  if (height.Ok() || press != kReferencePress || levels.Count() == 0 || press < levels.Press(1)) {
+    return height;
+  }
+  constexpr double kStandardLapse = 0.0065;  // K/m
+  const double a = kDryGasConstant / kGravity * std::log(press / levels.Press(1));
+  const double surfaceK = levels.VirtualTemp(1) + kKelvinOffset;
+  return {levels.Height(1) - a * surfaceK / (1 - 0.5 * kStandardLapse * a), Found::Value};
 }
 
 WindSample WindAtHeight(const SoundingRecord& sounding, double height) {

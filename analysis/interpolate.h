@@ -55,6 +55,10 @@ double GetPRESS(const LevelProfile& levels, double height);
 /// Height at a pressure in feet, one decimal; kNone (-999) outside the sounding.
 double GetHeight(const LevelProfile& levels, double press);
 
+/// Height at a pressure, m; 1000 hPa below the ground is where the standard lapse of 6.5 K/km, from
+/// the surface virtual temperature, puts it, as in the reduction to sea level.
+Sample HeightAt(const LevelProfile& levels, double press);
+
 struct Wind {
   double Dir = 0;  // degrees the wind blows from
   double Spd = 0;  // knots

@@ -5,6 +5,8 @@
 #include <optional>
 
 #include "analysis/interpolate.h"
+#include "analysis/parcel_source.h"
+#include "analysis/storm_motion.h"
 
 namespace vexa::analysis {
 namespace {
@@ -136,6 +138,54 @@ std::vector<LevelPoint> FindFreezingLevels(const LevelProfile& levels) {
     found.push_back({press, height.Ok() ? height.Value : levels.Height(i), 0});
   }
   return found;
+}
+
+std::optional<MixedLayer> FindMixedLayer(const SoundingRecord& sounding,
+                                         const LevelProfile& levels) {
+  constexpr double kNearGround = 25;   // hPa
+  constexpr double kWarmer = 0.5;      // K
+  constexpr double kLeastDepth = 150;  // m
+  if (levels.Count() < 2) return std::nullopt;
+  double least = levels.Theta(1);
+  for (int i = 2; i <= levels.Count() && levels.Press(i) >= levels.Press(1) - kNearGround; ++i) {
+    least = std::min(least, levels.Theta(i));
+  }
+  const double limit = least + kWarmer;
+  int above = 2;
+  while (above <= levels.Count() && levels.Theta(above) <= limit) ++above;
+  if (above > levels.Count()) return std::nullopt;
+  const double below = levels.Theta(above - 1);
+  const double share = std::max((limit - below) / (levels.Theta(above) - below), 0.0);
+  MixedLayer mixed;
+  const double press =
+      levels.Press(above - 1) * std::pow(levels.Press(above) / levels.Press(above - 1), share);
+  const Sample height = SampleAt(levels, press, Quantity::Height);
+  const Sample temp = SampleAt(levels, press, Quantity::Temp);
+  if (!height.Ok() || !temp.Ok()) return std::nullopt;
+  mixed.Top = {press, height.Value, temp.Value};
+  mixed.Depth = height.Value - levels.Height(1);
+  if (mixed.Depth < kLeastDepth) return std::nullopt;
+  const LayerMean mean = MeanOfLowestLayer(levels, levels.Press(1) - press);
+  mixed.Theta = mean.Theta;
+  mixed.MixingRatio = mean.MixingRatio;
+  mixed.Mean = LayerMeanWind(sounding, levels.Height(1), mixed.Depth);
+  return mixed;
+}
+
+std::string_view Text(InversionKind kind) {
+  switch (kind) {
+    case InversionKind::Radiation:
+      return "Radiation Inv.";
+    case InversionKind::Frontal:
+      return "Frontal Inv.";
+    case InversionKind::Subsidence:
+      return "Subsidence Inv.";
+    case InversionKind::Tropopause:
+      return "Trop Inv.";
+    case InversionKind::Unknown:
+      return "Unknown Inv.";
+  }
+  return "";
 }
 
 }  // namespace vexa::analysis

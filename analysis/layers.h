@@ -1,11 +1,13 @@
-// Levels and layers of the temperature profile that the diagram marks: inversions, freezing levels
-// and tropopauses.
+// Levels and layers of the temperature profile: inversions, the mixed layer, freezing levels and
+// tropopauses.
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include "analysis/analysis.h"
 #include "analysis/level_profile.h"
+#include "core/sounding_record.h"
 
 namespace vexa::analysis {
 
@@ -23,5 +25,10 @@ std::vector<Inversion> FindInversions(const LevelProfile& levels,
 /// Where the temperature passes 0 °C, linear in ln p, lowest first. Neighbouring levels at exactly
 /// 0 °C count once.
 std::vector<LevelPoint> FindFreezingLevels(const LevelProfile& levels);
+
+/// The well-mixed layer above the ground (parcel method, Seibert et al. 2000): up to where θ passes
+/// the smallest θ of the lowest 25 hPa by 0.5 K; none when it is less than 150 m deep.
+std::optional<MixedLayer> FindMixedLayer(const SoundingRecord& sounding,
+                                         const LevelProfile& levels);
 
 }  // namespace vexa::analysis

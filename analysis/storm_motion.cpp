@@ -159,14 +159,31 @@ StormMotionResults AnalyseStormMotion(const SoundingRecord& sounding, const Opti
   if (deep.HasSurface && deep.ReachesTop && deep.Winds.size() > 1) {
     results.Shear6km = Difference(deep.Winds.back(), deep.Winds.front());
   }
-  const std::optional<Movers> movers = options.Motion == StormMotion::Bunkers
-                                           ? Bunkers(sounding, ground)
-                                           : TraditionalMotion(sounding, ground, options);
+  results.RightIsChosen = options.Mover == StormMover::Right ||
+                          (options.Mover == StormMover::Cyclonic && results.RightIsCyclonic);
+  std::optional<Movers> movers = options.Motion == StormMotion::Bunkers
+                                     ? Bunkers(sounding, ground, options.DeviationFactor)
+                                     : TraditionalMotion(sounding, ground, options);
   if (movers) {
     results.Right = MoverOf(sounding, ground, movers->Right);
     results.Left = MoverOf(sounding, ground, movers->Left);
   }
+  if (options.MotionMode == Scaling::Manual) {
+    const double speed = options.Speed == SpeedUnits::MetersPerSecond
+                             ? options.ManualMotionSpd / kKnotToMs
+                             : options.ManualMotionSpd;
+    results.ChosenIsManual = true;
+    (results.RightIsChosen ? results.Right : results.Left) =
+        MoverOf(sounding, ground, Components({options.ManualMotionDir, speed}));
+  }
   return results;
+}
+
+std::string_view StormMotionResults::ChosenName() const {
+  if (ChosenIsManual) {
+    return RightIsChosen ? "right mover, entered by hand" : "left mover, entered by hand";
+  }
+  return RightIsChosen ? "right mover" : "left mover";
 }
 
 }  // namespace vexa::analysis

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <optional>
+#include <string_view>
 
 #include "analysis/interpolate.h"
 #include "config/options.h"
@@ -29,6 +30,11 @@ struct StormMotionResults {
   std::optional<Mover> Right{};
   std::optional<Mover> Left{};
   bool RightIsCyclonic = true;  // the left mover is, on the southern hemisphere
+  bool RightIsChosen = true;    // what storm-relative values use
+  bool ChosenIsManual = false;  // its motion was entered by hand
+
+  const std::optional<Mover>& Chosen() const { return RightIsChosen ? Right : Left; }
+  std::string_view ChosenName() const;  // "right mover", "left mover, entered by hand"
 };
 
 /// Mean wind from the ground to a height in metres above it: the average of u and of v over the
@@ -62,7 +68,8 @@ std::optional<Movers> TraditionalMotion(const SoundingRecord& sounding, double g
 double StormRelativeHelicity(const SoundingRecord& sounding, double ground, double depth,
                              const WindVector& motion);
 
-/// All of these under the options.
+/// All of these under the options. A motion entered by hand replaces the chosen mover; the other
+/// one keeps its own.
 StormMotionResults AnalyseStormMotion(const SoundingRecord& sounding, const Options& options);
 
 }  // namespace vexa::analysis

@@ -85,12 +85,11 @@ int ForEachSounding(const Arguments& arguments, const Options& options, Console&
 }
 
 void ExplainIndices(const AnalysedSounding& sounding,
-                    const std::vector<const analysis::IndexRow*>& rows, Console& console) {
+                    const std::vector<const analysis::IndexRow*>& rows, const Options& options,
+                    Console& console) {
   console.Out(sounding.Record.StationTitle + "\n");
   for (const analysis::IndexRow* row : rows) {
-    for (const analysis::IndexValue& index : sounding.Results.Indices) {
-      if (index.Row == row) console.Out(analysis::Explain(index));
-    }
+    console.Out(analysis::Explain(*row, sounding.Record, sounding.Results, options));
   }
 }
 
@@ -129,7 +128,7 @@ int RunAnalyze(const Arguments& arguments, Console& console) {
   }
   if (!explained.empty()) {
     return ForEachSounding(arguments, options, console, [&](const AnalysedSounding& sounding) {
-      ExplainIndices(sounding, explained, console);
+      ExplainIndices(sounding, explained, options, console);
     });
   }
   std::optional<AtomicFile> trace;

@@ -140,6 +140,14 @@ constexpr OptionRow kRows[] = {
     Row<At<&Options::Ice>>("Ice type = ", "Ice type", "Program/Tab 2"),
     Row<At<&Options::ContrailRh>, kTrue, Range{0, 100}>("RH% = ", "RH%", "Program/Tab 2"),
     Row<At<&Options::Motion>>("Storm motion = ", "Storm motion", "Program/Tab 2"),
+    Row<At<&Options::DeviationFactor>, kTrue, Range{0, 4}>("", "Bunkers deviation factor",
+                                                           "Program/Tab 2"),
+    Row<At<&Options::Mover>>("", "Storm mover", "Program/Tab 2"),
+    Row<At<&Options::MotionMode>>("", "Storm motion mode", "Program/Tab 2"),
+    Row<At<&Options::ManualMotionDir>, kTrue, Range{1, 360}>("", "Storm motion direction",
+                                                             "Program/Tab 2"),
+    Row<At<&Options::ManualMotionSpd>, kTrue, Range{0, 200}>("", "Storm motion speed",
+                                                             "Program/Tab 2"),
     Row<At<&Options::ShearLayerTopKm>, kTrue, Range{1, 15}>(
         "Shear SR Layer Top = ", "Shear SR Layer Top", "Program/Tab 2"),
     Row<At<&Options::ShearLayerBottomKm>, kTrue, Range{0, 10}>(

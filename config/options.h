@@ -18,6 +18,7 @@ enum class ScreenColor { White, Black };
 enum class CatType { Faa, Usaf };
 enum class IceType { SmithFeddes, Usaf };
 enum class StormMotion { Bunkers, Traditional };
+enum class StormMover { Cyclonic, Right, Left };
 enum class SaturationOver { Water, Ice };
 enum class LiftSource { LowerLayer, Surface, MostUnstable };
 enum class CapeBase { Lfc, Ccl };
@@ -68,6 +69,9 @@ constexpr auto Words(IceType) {
 }
 constexpr auto Words(StormMotion) {
   return std::to_array<std::string_view>({"Bunkers", "Traditional"});
+}
+constexpr auto Words(StormMover) {
+  return std::to_array<std::string_view>({"cyclonic", "RM", "LM"});
 }
 constexpr auto Words(SaturationOver) {
   return std::to_array<std::string_view>({"Water", "Ice"});
@@ -186,6 +190,11 @@ struct Options {
   IceType Ice = IceType::SmithFeddes;
   double ContrailRh = 60;  // %
   StormMotion Motion = StormMotion::Bunkers;
+  int DeviationFactor = 1;  // times 15 kt from the mean wind
+  StormMover Mover = StormMover::Cyclonic;
+  Scaling MotionMode = Scaling::Auto;  // a motion entered by hand replaces the chosen mover
+  double ManualMotionDir = 240;        // degrees it comes from
+  double ManualMotionSpd = 20;         // in the unit of wind speeds
   double ShearLayerTopKm = 6;
   double ShearLayerBottomKm = 0;
   double ShearLayerDeg = 30;

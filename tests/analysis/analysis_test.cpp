@@ -110,6 +110,34 @@ std::vector<double> Numbers(const AnalysisResults& results) {
   }
   for (const LevelPoint& level : results.FreezingLevels) add(level);
   for (const LevelPoint& level : results.Tropopauses) add(level);
+  const LayerResults& layers = results.Layers;
+  for (const auto* found :
+       {&layers.Icing, &layers.Turbulence, &layers.HighTurbulence, &layers.LowShear,
+        &layers.Contrails, &layers.Lightning, &layers.CarbIcing}) {
+    for (const AirLayer& layer : *found) {
+      add(layer.Base);
+      add(layer.Top);
+      all.push_back(layer.Value);
+    }
+  }
+  for (const CloudDeck& deck : layers.Clouds) {
+    add(deck.Base);
+    add(deck.Top);
+  }
+  for (const Duct& duct : layers.Ducts) all.insert(all.end(), {duct.DuctBase, duct.Gradient});
+  const LevelListing& listing = layers.Listing;
+  for (const auto* column : {&listing.Density, &listing.DValue, &listing.Refractivity,
+                             &listing.Modified, &listing.Potential, &listing.Gradient,
+                             &listing.WaterBelow, &results.Soaring.ThermalIndex}) {
+    all.insert(all.end(), column->Values().begin(), column->Values().end());
+  }
+  const WinterResults& winter = results.Winter;
+  all.insert(all.end(),
+             {winter.WarmArea, winter.ColdArea, winter.SurfaceWarmArea, winter.SnowRatio,
+              winter.SnowSquall, winter.Thickness1000to500, results.Descent.Energy,
+              results.Descent.SurfaceTemp, results.Soaring.Lift, results.Soaring.TriggerTemp});
+  add(results.Soaring.ThermalTop);
+  add(results.Soaring.PilotLevel);
   return all;
 }
 
@@ -121,6 +149,8 @@ void ExpectFinite(const SoundingRecord& sounding) {
       options.Saturation = over;
       options.CapeTempBase = mode == CapeBase::Ccl ? TempBase::Virtual : TempBase::Dry;
       options.MultiLift = sounding.NumTempLevels() < 100;
+      options.Ice = mode == CapeBase::Ccl ? IceType::Usaf : IceType::SmithFeddes;
+      options.ShearNormalization = over == SaturationOver::Water;
       int bad = 0;
       const AnalysisResults results = Analyse(sounding, options);
       for (const double value : Numbers(results)) bad += std::isfinite(value) ? 0 : 1;
@@ -177,6 +207,7 @@ TEST(Analyse, OddShapesGiveMarkersAndNeverNaN) {
     SoundingRecord noise;
     for (int i = 0; i < 12; ++i) {
       noise.AddTemp(press(random), temp(random), i % 4 == 3 ? kMissing : temp(random));
+      noise.AddWind(1500 * i + temp(random), 3 * std::fabs(temp(random)), std::fabs(temp(random)));
     }
     ExpectFinite(noise);
   }

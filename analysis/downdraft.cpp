@@ -1,0 +1,144 @@
+#include "analysis/downdraft.h"
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+#include "analysis/moist_air.h"
+#include "core/markers.h"
+
+namespace vexa::analysis {
+namespace {
+
+constexpr double kHighestSource = 6000;     // m above sea level
+constexpr double kHighStation = 4000;       // m; above it the source may lie …
+constexpr double kAboveHighStation = 2000;  // m above the ground
+
+class Descent {
+ public:
+  Descent(const LevelProfile& levels, const PressureGrid& grid, const Options& options,
+          AdiabatTable* table)
+      : levels_(levels),
+        grid_(grid),
+        over_(options.Saturation),
+        virtual_(options.CapeTempBase == TempBase::Virtual),
+        table_(table) {}
+
+  // By whole hPa between the source and the ground, and the pieces at both ends.
+  double ByWholeHpa(int source) {
+    const double top = levels_.Press(source);
+    const double ground = levels_.Press(1);
+    const int first = std::min(grid_.Bottom, static_cast<int>(std::floor(ground)));
+    const int last = static_cast<int>(std::ceil(top));
+    Begin(ground, GroundDifference(source));
+    if (first < last) {
+      Add(std::log(top), Difference(source, SourceTemp(source)));
+      return energy_;
+    }
+    const auto count = static_cast<std::size_t>(first - last) + 1;
+    temps_.resize(count);
+    virtuals_.resize(count);
+    Adiabat(levels_.ThetaE(source), first, last);
+    const std::vector<double>& environment = virtual_ ? grid_.VirtualTemp : grid_.Temp;
+    const std::vector<double>& parcel = virtual_ ? virtuals_ : temps_;
+    const auto offset = static_cast<std::size_t>(grid_.Bottom - first);
+    const WholePressures& whole = WholeHpa();
+    for (std::size_t i = 0; i < count; ++i) {
+      const int press = first - static_cast<int>(i);
+      Add(whole.Log[GridIndex(press)], environment[offset + i] - parcel[i]);
+    }
+    if (last > top) Add(std::log(top), Difference(source, SourceTemp(source)));
+    return energy_;
+  }
+
+  // By the levels of the sounding.
+  double ByLevels(int source) {
+    Begin(levels_.Press(1), GroundDifference(source));
+    for (int i = 2; i <= source; ++i) {
+      const double parcel = LiftSat(levels_.ThetaE(source), levels_.Press(i), over_).Temp;
+      Add(std::log(levels_.Press(i)), Difference(i, parcel));
+    }
+    return energy_;
+  }
+
+  double GroundTemp(int source) const {
+    return LiftSat(levels_.ThetaE(source), levels_.Press(1), over_).Temp;
+  }
+
+ private:
+  void Adiabat(double thetaE, int bottom, int top) {
+    double* virtuals = virtual_ ? virtuals_.data() : nullptr;
+    if (table_ != nullptr) {
+      table_->Blend(thetaE, over_, bottom, top, temps_.data(), virtuals);
+    } else {
+      SolveAdiabat(thetaE, over_, bottom, top, temps_.data(), virtuals);
+    }
+  }
+
+  double SourceTemp(int source) const { return levels_.WetBulb(source); }
+
+  double GroundDifference(int source) const { return Difference(1, GroundTemp(source)); }
+
+  // Surroundings minus the saturated parcel at a level.
+  double Difference(int level, double parcelTemp) const {
+    if (!virtual_) return levels_.Temp(level) - parcelTemp;
+    const double mixing = ThetaPoint(levels_.Press(level), parcelTemp, over_).MixingRatio;
+    return levels_.VirtualTemp(level) - VirtualTemp(parcelTemp, mixing);
+  }
+
+  void Begin(double press, double difference) {
+    energy_ = 0;
+    log_ = std::log(press);
+    difference_ = difference;
+  }
+
+  void Add(double logPress, double difference) {
+    energy_ += kDryGasConstant * (difference_ + difference) / 2 * (log_ - logPress);
+    log_ = logPress;
+    difference_ = difference;
+  }
+
+  const LevelProfile& levels_;
+  const PressureGrid& grid_;
+  SaturationOver over_;
+  bool virtual_;
+  AdiabatTable* table_;
+  std::vector<double> temps_{};
+  std::vector<double> virtuals_{};
+  double energy_ = 0;
+  double log_ = 0;
+  double difference_ = 0;
+};
+
+}  // namespace
+
+Downdraft FindDowndraft(const LevelProfile& levels, const PressureGrid& grid,
+                        const Options& options, AdiabatTable* table) {
+  Downdraft result;
+  if (levels.Count() < 2 || !(levels.Press(1) > 0)) return result;
+  const double ground = levels.Height(1);
+  const double highest = ground > kHighStation ? ground + kAboveHighStation : kHighestSource;
+  Descent descent(levels, grid, options, table);
+  int source = 0;
+  for (int i = 2; i <= levels.Count() && levels.Height(i) <= highest; ++i) {
+    if (!(levels.Press(i) >= grid.Top)) break;
+    if (NotAvailable(levels.ThetaE(i)) || !(levels.Press(i) < levels.Press(i - 1))) continue;
+    if (options.Dcape == DcapeMode::Best) {
+      const double energy = descent.ByWholeHpa(i);
+      if (source == 0 || energy > result.Energy) {
+        result.Energy = energy;
+        source = i;
+      }
+    } else if (source == 0 || levels.ThetaE(i) < levels.ThetaE(source)) {
+      source = i;
+    }
+  }
+  if (source == 0) return result;
+  if (options.Dcape == DcapeMode::Fast) result.Energy = descent.ByLevels(source);
+  result.Energy = std::max(result.Energy, 0.0);
+  result.Source = {levels.Press(source), levels.Height(source), levels.Temp(source)};
+  result.SurfaceTemp = descent.GroundTemp(source);
+  return result;
+}
+
+}  // namespace vexa::analysis

@@ -1,0 +1,208 @@
+// Indices of energy, shear and storm-relative wind.
+#include <algorithm>
+#include <cmath>
+
+#include "analysis/index_formulas.h"
+#include "analysis/interpolate.h"
+#include "analysis/moist_air.h"
+#include "core/numbers.h"
+#include "core/units.h"
+
+namespace vexa::analysis::formula {
+double Sweat(In& in) {
+  const double moisture = 12 * std::max(in.Dewpt(850), 0.0);
+  const double totals = 20 * std::max(in.Note("TT", TotalTotals(in), "C") - 49, 0.0);
+  const Wind low = in.WindAt(850);
+  const Wind high = in.WindAt(500);
+  const bool turns = low.Dir >= 130 && low.Dir <= 250 && high.Dir >= 210 && high.Dir <= 310 &&
+                     high.Dir > low.Dir && low.Spd >= 15 && high.Spd >= 15;
+  const double shear = turns ? 125 * (std::sin(Radians(high.Dir - low.Dir)) + 0.2) : 0;
+  in.Note("shear term", shear, "");
+  return moisture + totals + 2 * low.Spd + high.Spd + shear;
+}
+
+double BulkRichardson(In& in) {
+  const double shear = in.BrnShear();
+  if (!in.Failed() && shear < 1e-9) in.Fail("there is no shear");
+  return in.Failed() ? 0 : in.Cape() / shear;
+}
+
+double BulkShear(In& in) {
+  return in.BrnShear();
+}
+
+double EnergyHelicity(In& in) {
+  return in.Cape() * in.Helicity(in.Set().EhiDepthKm) / 160000;
+}
+
+double Supercell(In& in) {
+  const ParcelAscent& parcel = in.Results().Ascent(LiftType::MostUnstable);
+  if (!parcel.Start.Exists()) return in.Fail("no parcel to lift");
+  const double cape = in.Note("most unstable CAPE", parcel.CapeTotal, "J/kg");
+  return cape / 1000 * (in.Helicity(3) / 100) * (in.BrnShear() / 40);
+}
+
+double Craven(In& in) {
+  const ParcelAscent& parcel = in.Results().Ascent(LiftType::MeanLayer);
+  if (!parcel.Start.Exists()) return in.Fail("no mean-layer parcel");
+  const auto& shear = in.Results().Storm.Shear6km;
+  if (!shear) return in.Fail("the winds do not cover 0-6 km");
+  const double shearMs = in.Note("shear 0-6 km", kKnotToMs * std::hypot(shear->U, shear->V), "m/s");
+  return in.Note("mean-layer CAPE", parcel.CapeTotal, "J/kg") * shearMs / 1000;
+}
+
+// The pair of winds that straddles the layer's top counts whole: keep.
+double VorticityGeneration(In& in) {
+  const double depth = in.Set().VgpDepthKm * 1000;
+  if (!(depth > 0)) return in.Fail("the layer has no depth");
+  const SoundingRecord& sounding = in.Sounding();
+  if (sounding.NumWindLevels() < 2) return in.Fail("fewer than 2 winds");
+  double sum = 0;
+  for (int i = 1; i < sounding.NumWindLevels(); ++i) {
+    if (sounding.WindHgt(i) - sounding.ElevM > depth) break;
+    const WindVector a = Components({sounding.WindDir(i), sounding.WindSpd(i) * kKnotToMsPlot});
+    const WindVector b =
+        Components({sounding.WindDir(i + 1), sounding.WindSpd(i + 1) * kKnotToMsPlot});
+    sum += std::hypot(b.U - a.U, b.V - a.V);
+  }
+  return in.Note("mean shear", sum / depth * 1000, "1/1000 s") / 1000 * std::sqrt(in.Cape());
+}
+
+double NormalizedCape(In& in) {
+  const ParcelAscent& parcel = in.Results().Chosen();
+  if (!parcel.FreeLevel.Exists() || !parcel.Equilibrium.Exists()) {
+    return in.Fail("the parcel is never free");
+  }
+  const double depth =
+      in.Note("EL minus LFC", parcel.Equilibrium.Height - parcel.FreeLevel.Height, "m");
+  if (!(depth > 0)) return in.Fail("LFC and EL coincide");
+  return in.Cape() / depth;
+}
+
+double MaximumUpdraft(In& in) {
+  return std::sqrt(2 * in.Cape());
+}
+
+double CapStrength(In& in) {
+  const ParcelAscent& parcel = in.Results().Chosen();
+  if (!parcel.FreeLevel.Exists()) return in.Fail("the parcel is never free");
+  double cap = 0;
+  for (std::size_t i = 0; i < parcel.ParcelTemps.size(); ++i) {
+    if (parcel.FirstPress - parcel.Step * static_cast<double>(i) < parcel.FreeLevel.Press) break;
+    cap = std::max(cap, parcel.EnvTemps[i] - parcel.ParcelTemps[i]);
+  }
+  return cap;
+}
+
+double WetMicroburst(In& in) {
+  return in.Cape() * MicroburstContrast(in) / 1000;
+}
+
+double HelicityLowest(In& in) {
+  return in.Helicity(1);
+}
+double HelicityMiddle(In& in) {
+  return in.Helicity(2);
+}
+double HelicityDeep(In& in) {
+  return in.Helicity(3);
+}
+
+double ShearToX(In& in) {
+  const double depth = in.Note("layer top", in.Set().ShearXLayerTopKm * 1000, "m AGL");
+  const SoundingRecord& sounding = in.Sounding();
+  const Wind surface = in.SurfaceWind();
+  const WindSample top = WindAtHeight(sounding, sounding.ElevM + depth);
+  if (!top.Ok()) return in.Fail("the winds end below the layer's top");
+  in.Note("wind direction at the top", top.Value.Dir, "deg");
+  in.Note("wind speed at the top", top.Value.Spd, "kt");
+  const WindVector low = Components(surface);
+  const WindVector high = Components(top.Value);
+  return std::hypot(high.U - low.U, high.V - low.V);
+}
+
+namespace {
+
+double OfChosen(In& in, double ParcelAscent::*energy) {
+  const ParcelAscent& parcel = in.Results().Chosen();
+  if (!parcel.Start.Exists()) return in.Fail("no parcel to lift");
+  in.Setting("lift type", Text(in.Results().ChosenLift));
+  in.Setting("lift mode", Word(in.Set().BaseLevel));
+  in.Setting("temperature base", Word(in.Set().CapeTempBase));
+  in.Note("starts at", parcel.Start.Press, "hPa");
+  return parcel.*energy;
+}
+
+}  // namespace
+
+double CapeTotal(In& in) {
+  return OfChosen(in, &ParcelAscent::CapeTotal);
+}
+double CapePlusOnly(In& in) {
+  return OfChosen(in, &ParcelAscent::CapePlusOnly);
+}
+double CinTotal(In& in) {
+  return OfChosen(in, &ParcelAscent::CinTotal);
+}
+double CapeHail(In& in) {
+  return OfChosen(in, &ParcelAscent::CapeHail);
+}
+double CapeToX(In& in) {
+  in.Note("layer top", in.Set().CapeDepthKm, "km AGL");
+  return OfChosen(in, &ParcelAscent::CapeDepth);
+}
+
+double DowndraftCape(In& in) {
+  const Downdraft& descent = in.Results().Descent;
+  if (NotAvailable(descent.Energy)) return in.Fail("no dew point below 6 km");
+  in.Setting("mode", Word(in.Set().Dcape));
+  in.Note("starts at", descent.Source.Press, "hPa");
+  in.Note("reaches the ground with", descent.SurfaceTemp, "C");
+  return descent.Energy;
+}
+
+// Winds of four mandatory levels against the low-level jet. Where 850 hPa lies below the ground the
+// upper three stand alone and the strongest wind of the lowest 1500 m is the jet.
+double MesoscaleVector(In& in) {
+  const bool high = in.SurfacePress() < 850;
+  WindVector cloud;
+  int count = 0;
+  for (const double press : {850.0, 700.0, 500.0, 300.0}) {
+    if (high && press == 850) continue;
+    const WindVector wind = Components(in.WindAt(press));
+    cloud.U += wind.U;
+    cloud.V += wind.V;
+    ++count;
+  }
+  cloud = {cloud.U / count, cloud.V / count};
+  Wind jet;
+  if (high) {
+    const SoundingRecord& sounding = in.Sounding();
+    for (int i = 1; i <= sounding.NumWindLevels(); ++i) {
+      if (sounding.WindHgt(i) - sounding.ElevM > 1500) break;
+      if (sounding.WindSpd(i) > jet.Spd) jet = {sounding.WindDir(i), sounding.WindSpd(i)};
+    }
+    if (!(jet.Spd > 0)) return in.Fail("no winds in the lowest 1500 m");
+  } else {
+    jet = in.WindAt(850);
+  }
+  const WindVector low = Components(jet);
+  const Wind moves = FromComponents({cloud.U - low.U, cloud.V - low.V});
+  in.Note("low-level jet direction", jet.Dir, "deg");
+  in.Note("low-level jet speed", jet.Spd, "kt");
+  in.Note("propagates from", moves.Dir, "deg");
+  if (!in.Failed()) in.Say(DirectionAndSpeed(moves));
+  return moves.Spd;
+}
+
+double Wind200(In& in) {
+  return in.WindAt(200).Spd;
+}
+double Wind500(In& in) {
+  return in.WindAt(500).Spd;
+}
+double Wind850(In& in) {
+  return in.WindAt(850).Spd;
+}
+
+}  // namespace vexa::analysis::formula

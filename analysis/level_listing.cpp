@@ -1,0 +1,182 @@
+#include "analysis/level_listing.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "analysis/moist_air.h"
+#include "analysis/profile_walk.h"
+#include "analysis/standard_atmosphere.h"
+#include "core/markers.h"
+#include "core/units.h"
+
+namespace vexa::analysis {
+namespace {
+
+constexpr double kDryAbove = 300;  // hPa
+constexpr double kModifiedPerMeter = 0.157;
+constexpr double kContrailPress = 500;     // hPa
+constexpr double kContrailFactor = 0.040;  // g/(kg K), low-bypass engines
+constexpr double kLeastGradient = 0.053;   // Pa/K, where the threshold formula ends
+
+// Vapour pressure of a level, hPa, from its mixing ratio; kMissing when unknown.
+double VaporAt(const LevelProfile& levels, int level) {
+  const double mixing = levels.MixingRatio(level);
+  if (!NotAvailable(mixing)) return mixing * levels.Press(level) / (kEpsilon + mixing);
+  return levels.Press(level) < kDryAbove ? 0 : kMissing;
+}
+
+// Slope of the mixing line, Pa/K, and the threshold of saturated air, °C.
+struct MixingLine {
+  double Slope = 0;
+  double Saturated = kMissing;
+  double Vapor = 0;  // Pa at the saturated threshold
+};
+
+MixingLine MixingLineAt(double press) {
+  MixingLine line;
+  line.Slope = kContrailFactor * 1e-3 * 100 * press / kEpsilon;
+  if (line.Slope <= kLeastGradient) return line;
+  const double log = std::log(line.Slope - kLeastGradient);
+  line.Saturated = -46.46 + 9.43 * log + 0.720 * log * log;
+  line.Vapor = 100 * SatVapor(line.Saturated);
+  return line;
+}
+
+// Positive where air is too warm for a contrail: rises with the temperature, 0 at the threshold.
+double Excess(const MixingLine& line, double temp, double share) {
+  return temp - line.Saturated + (line.Vapor - share * 100 * SatVapor(temp)) / line.Slope;
+}
+
+LevelPoint PointOf(const LevelProfile& levels, int level) {
+  return {levels.Press(level), levels.Height(level), levels.Temp(level)};
+}
+
+}  // namespace
+
+double RefractivityOf(double press, double temp, double vapor) {
+  const double tempK = temp + kKelvinOffset;
+  return 77.6 / tempK * (press + 4810 * vapor / tempK);
+}
+
+LevelListing ListLevels(const LevelProfile& levels) {
+  LevelListing listing;
+  for (Levels<double>* array :
+       {&listing.Density, &listing.DValue, &listing.Refractivity, &listing.Modified,
+        &listing.Potential, &listing.Gradient, &listing.WaterBelow}) {
+    array->Resize(levels.Count(), kMissing);
+  }
+  double water = 0;  // mm
+  bool moistBelow = true;
+  for (int i = 1; i <= levels.Count(); ++i) {
+    const double press = levels.Press(i);
+    const double height = levels.Height(i);
+    if (!(press > 0)) continue;
+    listing.Density(i) = AirDensity(press, levels.VirtualTemp(i));
+    const double standard = IsaHeight(press);
+    if (HasHeight(standard)) listing.DValue(i) = height - standard;
+    const double mixing = levels.MixingRatio(i);
+    moistBelow = moistBelow && !NotAvailable(mixing);
+    if (moistBelow && i > 1) {
+      const double mean = (levels.MixingRatio(i - 1) + mixing) / 2;
+      water += mean * (levels.Press(i - 1) - press) * 100 / kGravity;
+    }
+    if (moistBelow) listing.WaterBelow(i) = water;
+    const double vapor = VaporAt(levels, i);
+    if (NotAvailable(vapor)) continue;
+    listing.Refractivity(i) = RefractivityOf(press, levels.Temp(i), vapor);
+    listing.Modified(i) = listing.Refractivity(i) + kModifiedPerMeter * height;
+    listing.Potential(i) = RefractivityOf(kReferencePress, levels.Theta(i) - kKelvinOffset,
+                                          kReferencePress * vapor / press);
+    if (i > 1 && !NotAvailable(listing.Refractivity(i - 1)) && height > levels.Height(i - 1)) {
+      listing.Gradient(i) = (listing.Refractivity(i) - listing.Refractivity(i - 1)) /
+                            (height - levels.Height(i - 1)) * 1000;
+    }
+  }
+  return listing;
+}
+
+std::vector<Duct> FindDucts(const LevelProfile& levels, const LevelListing& listing,
+                            double threshold) {
+  std::vector<Duct> ducts;
+  for (int i = 2; i <= levels.Count(); ++i) {
+    const double gradient = listing.Gradient(i);
+    if (NotAvailable(gradient) || gradient > threshold) continue;
+    if (!ducts.empty() && ducts.back().Top.Height == levels.Height(i - 1)) {
+      ducts.back().Top = PointOf(levels, i);
+      ducts.back().Gradient = std::min(ducts.back().Gradient, gradient);
+    } else {
+      ducts.push_back(
+          {.Base = PointOf(levels, i - 1), .Top = PointOf(levels, i), .Gradient = gradient});
+    }
+  }
+  for (Duct& duct : ducts) {
+    int top = 1;
+    while (levels.Height(top) < duct.Top.Height) ++top;
+    const double wanted = listing.Modified(top);
+    duct.DuctBase = levels.Height(1);
+    duct.OnSurface = true;
+    for (int i = top - 1; i >= 1; --i) {
+      const double modified = listing.Modified(i);
+      if (NotAvailable(modified)) break;
+      if (modified > wanted) continue;
+      const double above = listing.Modified(i + 1);
+      const double share = above > modified ? (wanted - modified) / (above - modified) : 0;
+      duct.DuctBase = levels.Height(i) + share * (levels.Height(i + 1) - levels.Height(i));
+      duct.OnSurface = i == 1 && share == 0;
+      break;
+    }
+  }
+  return ducts;
+}
+
+double ContrailTemp(double press, double humidity) {
+  const MixingLine line = MixingLineAt(press);
+  if (NotAvailable(line.Saturated)) return kMissing;
+  const double share = humidity / 100;
+  if (share >= 1) return line.Saturated;
+  double low = line.Saturated - line.Vapor / line.Slope - 1;
+  double high = line.Saturated;
+  while (high - low > 1e-4) {
+    const double middle = (low + high) / 2;
+    (Excess(line, middle, share) > 0 ? high : low) = middle;
+  }
+  return (low + high) / 2;
+}
+
+std::vector<AirLayer> FindContrails(const LevelProfile& levels, double humidity) {
+  std::vector<AirLayer> layers;
+  const auto excessAt = [&](int level) {
+    const MixingLine line = MixingLineAt(levels.Press(level));
+    if (NotAvailable(line.Saturated)) return 1.0;
+    const double observed = levels.RelHumidity(level);
+    const double share = std::min((NotAvailable(observed) ? humidity : observed) / 100, 1.0);
+    return share >= 1 ? levels.Temp(level) - line.Saturated
+                      : Excess(line, levels.Temp(level), share);
+  };
+  double below = 1;
+  for (int i = 1; i <= levels.Count(); ++i) {
+    if (levels.Press(i) > kContrailPress) continue;
+    const bool first = i == 1 || levels.Press(i - 1) > kContrailPress;
+    const double excess = excessAt(i);
+    const bool inside = !layers.empty() && !first && below <= 0;
+    const LevelPoint here = PointOf(levels, i);
+    const auto crossing = [&] {
+      ProfileWalk walk(levels);
+      const double low = levels.Height(i - 1);
+      return walk.At(low + (here.Height - low) * below / (below - excess)).Point();
+    };
+    if (excess <= 0) {
+      if (!inside) {
+        layers.push_back({first ? here : crossing(), here, Intensity::Light, " CP ", -excess});
+      }
+      layers.back().Top = here;
+      layers.back().Value = std::max(layers.back().Value, -excess);
+    } else if (inside) {
+      layers.back().Top = crossing();
+    }
+    below = excess;
+  }
+  return layers;
+}
+
+}  // namespace vexa::analysis

@@ -1,0 +1,53 @@
+// The air at any height between the levels, read from below upward, and the runs of classes that
+// layer analyses join into layers.
+#pragma once
+
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "analysis/layer_results.h"
+#include "analysis/level_profile.h"
+
+namespace vexa::analysis {
+
+/// The air at one height: linear in height between the levels, pressure in its logarithm.
+struct AirPoint {
+  double Height = 0;        // m
+  double Press = 0;         // hPa
+  double Temp = 0;          // °C
+  double Dewpt = kMissing;  // °C
+  double Theta = 0;         // K
+  double Lapse = 0;         // °C per km of the layer; at a level, of the one above
+  bool HasDewpt() const { return !NotAvailable(Dewpt); }
+  LevelPoint Point() const { return {Press, Height, Temp}; }
+};
+
+/// Reads a profile at heights that do not fall. Heights outside the sounding give its ends.
+class ProfileWalk {
+ public:
+  explicit ProfileWalk(const LevelProfile& levels) : levels_(levels) {}
+  AirPoint At(double height);
+
+ private:
+  const LevelProfile& levels_;
+  int low_ = 1;
+};
+
+/// Heights from low to high at which layer analyses look: both ends and the levels between, at
+/// least 50 m apart, with further ones so that no two are more than 250 m apart.
+std::vector<double> SampleHeights(const LevelProfile& levels, double low, double high);
+
+/// One look of a layer analysis.
+struct ClassedPoint {
+  LevelPoint At{};
+  Intensity Class = Intensity::None;
+  std::string_view Word{};
+  double Value = kMissing;
+};
+
+/// Joins neighbouring points of one class and word into layers that reach half way to the next
+/// point of another.
+std::vector<AirLayer> JoinRuns(std::span<const ClassedPoint> points);
+
+}  // namespace vexa::analysis

@@ -1,0 +1,104 @@
+#include "analysis/soaring.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "analysis/interpolate.h"
+#include "analysis/moist_air.h"
+#include "core/markers.h"
+#include "core/units.h"
+
+namespace vexa::analysis {
+namespace {
+
+constexpr double kPilotIndex = -3;          // °C
+constexpr double kIndexHeightFt = 4000;     // above ground
+constexpr double kHeatFlux = 0.20;          // K m/s
+constexpr double kFeetPerMinute = 0.00508;  // m/s
+
+LevelPoint Between(const LevelProfile& levels, int low, double share) {
+  const double press =
+      levels.Press(low) * std::pow(levels.Press(low + 1) / levels.Press(low), share);
+  return {press, levels.Height(low) + share * (levels.Height(low + 1) - levels.Height(low)),
+          levels.Temp(low) + share * (levels.Temp(low + 1) - levels.Temp(low))};
+}
+
+// Where a value first rises past a limit above the ground; the ground when it is there at once.
+LevelPoint FirstAbove(const LevelProfile& levels, const Levels<double>& values, double limit) {
+  if (values(1) >= limit) return {levels.Press(1), levels.Height(1), levels.Temp(1)};
+  for (int i = 1; i < levels.Count(); ++i) {
+    if (values(i + 1) < limit) continue;
+    return Between(levels, i, (limit - values(i)) / (values(i + 1) - values(i)));
+  }
+  return {};
+}
+
+double DayTemp(const LevelProfile& levels, const SoaringSettings& settings) {
+  constexpr double kLid = 850;  // hPa
+  const double ground = levels.Press(1);
+  if (settings.MaxTemp) return *settings.MaxTemp;
+  const Sample aloft = SampleAt(levels, kLid, Quantity::Temp);
+  if (ground <= kLid || !aloft.Ok()) return levels.Temp(1);
+  return (aloft.Value + kKelvinOffset) * std::pow(ground / kLid, kPoisson) - kKelvinOffset;
+}
+
+double LiftOf(const LevelProfile& levels, const SoaringResults& soaring) {
+  const double ground = levels.Height(1);
+  const double depth = soaring.ThermalTop.Height - ground;
+  if (soaring.LiftEquation == 2) {
+    const double meanK = (soaring.MaxTemp + soaring.ThermalTop.Temp) / 2 + kKelvinOffset;
+    return std::cbrt(kGravity / meanK * std::max(depth, 0.0) * kHeatFlux);
+  }
+  const double depthFt = FeetFromMeters(depth);
+  double drop = 0;
+  if (depthFt > kIndexHeightFt) {
+    const double press = GetPRESS(levels, ground + MetersFromFeet(kIndexHeightFt));
+    const Sample low = SampleAt(levels, press, Quantity::Temp);
+    if (low.Ok()) drop = std::max(low.Value - soaring.ThermalTop.Temp, 0.0);
+  }
+  return 3 * depthFt / 100 + 10 * drop;
+}
+
+std::string_view WordsOf(double feetPerMinute) {
+  if (feetPerMinute < 200) return "poor";
+  if (feetPerMinute < 400) return "fair";
+  return feetPerMinute < 600 ? "good" : "excellent";
+}
+
+}  // namespace
+
+SoaringResults AnalyseSoaring(const AnalysisResults& results, const SoaringSettings& settings) {
+  SoaringResults soaring;
+  soaring.LiftEquation = settings.LiftEquation;
+  const LevelProfile& levels = results.Levels;
+  if (levels.Count() < 2) return soaring;
+  const double ground = levels.Press(1);
+  soaring.MaxTemp = DayTemp(levels, settings);
+  const double theta = ThetaPoint(ground, soaring.MaxTemp).Theta;
+  soaring.ThermalIndex.Resize(levels.Count());
+  for (int i = 1; i <= levels.Count(); ++i) {
+    soaring.ThermalIndex(i) = levels.Temp(i) - DryAdiabatTemp(theta, levels.Press(i));
+  }
+
+  const double triggerPress =
+      GetPRESS(levels, levels.Height(1) + MetersFromFeet(settings.TriggerHeightFt));
+  const Sample trigger = SampleAt(levels, triggerPress, Quantity::Temp);
+  if (trigger.Ok()) {
+    soaring.TriggerTemp =
+        (trigger.Value + kKelvinOffset) * std::pow(ground / triggerPress, kPoisson) - kKelvinOffset;
+  }
+
+  soaring.ThermalTop = FirstAbove(levels, levels.Theta, theta);
+  const LevelPoint& base = results.ConvectiveCondensation;
+  if (base.Exists() && soaring.MaxTemp >= results.ConvectiveTemp) {
+    soaring.CloudBase = base;
+    soaring.ThermalTop = base;
+  }
+  soaring.PilotLevel = FirstAbove(levels, soaring.ThermalIndex, kPilotIndex);
+  if (!soaring.ThermalTop.Exists()) return soaring;
+  soaring.Lift = LiftOf(levels, soaring);
+  soaring.Words = WordsOf(soaring.LiftEquation == 2 ? soaring.Lift / kFeetPerMinute : soaring.Lift);
+  return soaring;
+}
+
+}  // namespace vexa::analysis

@@ -1,0 +1,251 @@
+#include <cmath>
+
+#include "analysis/analysis.h"
+#include "analysis/clouds.h"
+#include "analysis/icing.h"
+#include "analysis/level_listing.h"
+#include "analysis/soaring.h"
+#include "analysis/turbulence.h"
+#include "analysis/winter.h"
+#include "core/markers.h"
+#include "support/soundings.h"
+
+namespace vexa::analysis {
+namespace {
+
+using test::Profile;
+
+TEST(Clouds, WaterAndMixingAsPublished) {
+  const auto water = SaturationOver::Water;
+  EXPECT_NEAR(AdiabaticWater(925, -5.2, 900, water), 0.2778, 1e-3);
+  EXPECT_NEAR(AdiabaticWater(850, 10, 800, water), 0.9585, 2e-3);
+  EXPECT_NEAR(AdiabaticWater(850, 10, 750, water), 1.8261, 2e-3);
+  const double heights[] = {0, 0.02, 0.1, 0.3, 0.6, 1, 1.5, 2};
+  const double stratiform[] = {1, 0.78, 0.551, 0.398, 0.291, 0.230, 0.200, 0.200};
+  for (std::size_t i = 0; i < std::size(heights); ++i) {
+    EXPECT_NEAR(EntrainmentFactor(CloudFamily::Stratiform, heights[i]), stratiform[i], 1e-3);
+  }
+  const double deep[] = {0, 0.1, 0.3, 0.6, 1, 1.5, 2, 3};
+  const double cumuliform[] = {1, 0.834, 0.488, 0.433, 0.316, 0.293, 0.271, 0.26};
+  for (std::size_t i = 0; i < std::size(deep); ++i) {
+    EXPECT_NEAR(EntrainmentFactor(CloudFamily::Cumuliform, deep[i]), cumuliform[i], 1e-3);
+  }
+}
+
+TEST(Clouds, OfTheWinterSounding) {
+  const SoundingRecord sounding = test::ReferenceWinter();
+  const AnalysisResults results = Analyse(sounding, {});
+  const std::vector<CloudDeck>& clouds = results.Layers.Clouds;
+  ASSERT_FALSE(clouds.empty());
+  // Depressions of 1 to 2 °C from the ground to 700 hPa, but for 5.0 °C at -3.4 °C on 880 hPa,
+  // which is still scattered; 8.0 °C at -26.6 °C on 550 hPa is none.
+  EXPECT_EQ(clouds.front().Amount, CloudAmount::Overcast);
+  EXPECT_LE(clouds.front().Base.Height, 121);
+  for (const CloudDeck& deck : clouds) {
+    EXPECT_LT(deck.Base.Height, deck.Top.Height);
+    EXPECT_FALSE(deck.Base.Press >= 550 && deck.Top.Press <= 550);
+    EXPECT_NE(deck.Type, CloudType::None);
+  }
+  // A table of the user's own stands instead, none is none.
+  SoundingRecord own = sounding;
+  own.CloudMode = "MANUAL";
+  own.Clouds.Add({"AC", 80, "120", 2});
+  const AnalysisResults drawn = Analyse(own, {});
+  ASSERT_EQ(drawn.Layers.Clouds.size(), 1u);
+  EXPECT_EQ(drawn.Layers.Clouds[0].Type, CloudType::AC);
+  EXPECT_NEAR(drawn.Layers.Clouds[0].Base.Height, 120 + 8000 * 0.3048, 0.5);
+  const Levels<CloudLayer> table = CloudTable(drawn.Layers.Clouds, 120);
+  ASSERT_EQ(table.Count(), 1);
+  EXPECT_EQ(table(1), own.Clouds(1));
+  own.CloudOption = "NO";
+  EXPECT_TRUE(Analyse(own, {}).Layers.Clouds.empty());
+}
+
+TEST(Icing, ByRulesAtTheLevelsOfTheWinterSounding) {
+  Options options;
+  options.Ice = IceType::Usaf;
+  const SoundingRecord sounding = test::ReferenceWinter();
+  const AnalysisResults results = Analyse(sounding, options);
+  const auto wordAt = [&](double press) -> std::string_view {
+    for (const AirLayer& layer : results.Layers.Icing) {
+      if (press <= layer.Base.Press && press >= layer.Top.Press) return layer.Word;
+    }
+    return "none";
+  };
+  EXPECT_EQ(wordAt(925), "MDT CLEAR");
+  EXPECT_EQ(wordAt(800), "TRC RIME");
+  EXPECT_EQ(wordAt(750), "LGT MIXED");
+  EXPECT_EQ(wordAt(550), "none");
+}
+
+TEST(Icing, FreezingRainBelowAWarmMoistLayer) {
+  Options options;
+  options.Ice = IceType::Usaf;
+  const SoundingRecord sounding = Profile(
+      {{1000, -3, -4}, {950, -4, -5}, {900, 4, 3}, {800, 1, 0}, {600, -15, -16}, {300, -50, -58}});
+  const AnalysisResults results = Analyse(sounding, options);
+  ASSERT_FALSE(results.Layers.Icing.empty());
+  EXPECT_EQ(results.Layers.Icing.front().Word, "SVR CLEAR");
+  EXPECT_EQ(results.Winter.Precipitation, "FREEZING RAIN");
+}
+
+TEST(Icing, OfCarburettorsAsTheChartHasIt) {
+  EXPECT_EQ(CarburettorIcing(22, 5), Intensity::Moderate);
+  EXPECT_EQ(CarburettorIcing(10, 8), Intensity::Severe);
+  EXPECT_EQ(CarburettorIcing(30, 5), Intensity::None);
+  EXPECT_EQ(CarburettorIcing(33, 15), Intensity::Light);
+  EXPECT_EQ(CarburettorIcing(-20, -21), Intensity::None);
+}
+
+// 900-1200 m has 7.31 kt/1000 ft with Ri 4.52, 6500-8000 m 3.67 with 2.61.
+TEST(Turbulence, OfTheWinterSounding) {
+  const SoundingRecord sounding = test::ReferenceWinter();
+  const LevelProfile levels = DeriveLevels(sounding, {});
+  const std::vector<WindPair> pairs = PairWinds(sounding, levels, 0);
+  const auto pairFrom = [&](double height) {
+    for (const WindPair& pair : pairs) {
+      if (std::fabs(pair.Low.Height - height) < 1) return pair;
+    }
+    ADD_FAILURE() << "no pair from " << height;
+    return WindPair{};
+  };
+  const WindPair low = pairFrom(900);
+  EXPECT_NEAR(low.Shear, 7.31, 0.01);
+  EXPECT_NEAR(low.Richardson, 4.52, 0.1);
+  EXPECT_EQ(CatOf(CatType::Usaf, low.Shear, low.Richardson), Intensity::Moderate);
+  EXPECT_EQ(CatOf(CatType::Faa, low.Shear, low.Richardson), Intensity::Light);
+  const WindPair high = pairFrom(6500);
+  EXPECT_NEAR(high.Shear, 3.67, 0.01);
+  EXPECT_NEAR(high.Richardson, 2.61, 0.05);
+  EXPECT_EQ(CatOf(CatType::Usaf, high.Shear, high.Richardson), Intensity::Light);
+  EXPECT_EQ(CatOf(CatType::Faa, high.Shear, high.Richardson), Intensity::None);
+}
+
+TEST(Turbulence, LowLevelShearAndWaveWords) {
+  // 20 kt over 200 ft: 10 kt in 100 ft.
+  const SoundingRecord sounding =
+      Profile({{1000, 15, 10}, {700, 0, -5}}, {{100, 270, 10}, {160.96, 270, 30}}, 100);
+  const LevelProfile levels = DeriveLevels(sounding, {});
+  const std::vector<AirLayer> shear = FindLowShear(PairWinds(sounding, levels, 0), 100);
+  ASSERT_EQ(shear.size(), 1u);
+  EXPECT_EQ(shear[0].Word, "STR");
+  EXPECT_NEAR(shear[0].Value, 10, 0.01);
+  EXPECT_EQ(WaveTurbulence(0.4).Long, "");
+  EXPECT_EQ(WaveTurbulence(1.8).Long, "MODRT");
+  EXPECT_EQ(WaveTurbulence(-3.2).Short, "SVR");
+}
+
+TEST(Contrails, ThresholdAsAppleman) {
+  struct Row {
+    double Press, Dry, Humid40, Humid60, Saturated;
+  };
+  for (const Row& row : {Row{300, -49.8, -48.2, -47.0, -40.2},
+                         {250, -51.5, -50.0, -48.8, -42.2},
+                         {200, -53.6, -52.1, -51.0, -44.5},
+                         {150, -56.2, -54.7, -53.7, -47.3},
+                         {100, -59.8, -58.4, -57.3, -51.2}}) {
+    SCOPED_TRACE(row.Press);
+    EXPECT_NEAR(ContrailTemp(row.Press, 0), row.Dry, 0.1);
+    EXPECT_NEAR(ContrailTemp(row.Press, 40), row.Humid40, 0.1);
+    EXPECT_NEAR(ContrailTemp(row.Press, 60), row.Humid60, 0.1);
+    EXPECT_NEAR(ContrailTemp(row.Press, 100), row.Saturated, 0.1);
+  }
+  EXPECT_TRUE(IsMissing(ContrailTemp(5, 60)));
+  const AnalysisResults results = Analyse(test::ReferenceConvective(), {});
+  ASSERT_FALSE(results.Layers.Contrails.empty());
+  EXPECT_LT(results.Layers.Contrails.front().Base.Press, 300);
+  EXPECT_GT(results.Layers.Contrails.front().Base.Press, 250);
+}
+
+TEST(Refractivity, OfTheConvectiveSounding) {
+  EXPECT_NEAR(RefractivityOf(1013.25, 15, 12.2791), 328.06, 0.1);
+  const SoundingRecord sounding = test::ReferenceConvective();
+  const AnalysisResults results = Analyse(sounding, {});
+  const LevelListing& listing = results.Layers.Listing;
+  EXPECT_NEAR(listing.Refractivity(1), 339.26, 0.05);
+  EXPECT_NEAR(listing.Modified(1), 395.30, 0.1);
+  EXPECT_NEAR(listing.Potential(1), 345.93, 0.1);
+  EXPECT_NEAR(listing.Refractivity(6), 290.05, 0.05);
+  EXPECT_NEAR(listing.Refractivity(7), 267.58, 0.05);
+  EXPECT_NEAR(listing.Potential(6), 322.50, 0.1);
+  EXPECT_NEAR(listing.Gradient(7), -109.8, 0.5);
+  EXPECT_NEAR(listing.Density(1), 1.1126, 2e-4);
+  EXPECT_NEAR(listing.DValue(14), 250.9, 1);  // 500 hPa
+  EXPECT_TRUE(results.Layers.Ducts.empty());
+  Options loose;
+  loose.DuctingThreshold = -100;
+  const AnalysisResults trapped = Analyse(sounding, loose);
+  ASSERT_EQ(trapped.Layers.Ducts.size(), 1u);
+  EXPECT_NEAR(trapped.Layers.Ducts[0].Base.Press, 850, 0.01);
+  EXPECT_NEAR(trapped.Layers.Ducts[0].Gradient, -109.8, 0.5);
+}
+
+TEST(Winter, PrecipitationTypeByTheAreas) {
+  EXPECT_EQ(PrecipitationType(0, 0, 0), "SNOW");
+  EXPECT_EQ(PrecipitationType(4, 0, 0), "SNOW");
+  EXPECT_EQ(PrecipitationType(10, 0, 0), "RAIN/SNOW");
+  EXPECT_EQ(PrecipitationType(20, 0, 0), "RAIN");
+  EXPECT_EQ(PrecipitationType(0, 50, 30), "FREEZING RAIN");
+  EXPECT_EQ(PrecipitationType(0, 70, 30), "FREEZING RAIN/ICE PELLETS");
+  EXPECT_EQ(PrecipitationType(0, 90, 30), "ICE PELLETS");
+  EXPECT_EQ(PrecipitationType(10, 90, 30), "RAIN/PELLETS");
+  EXPECT_EQ(PrecipitationType(10, 50, 30), "RAIN");
+  EXPECT_DOUBLE_EQ(SnowRatio(-2), 12);
+  EXPECT_DOUBLE_EQ(SnowRatio(-8), 18);
+  EXPECT_DOUBLE_EQ(SnowRatio(1), 6);
+  EXPECT_DOUBLE_EQ(SnowRatio(30), 0);
+}
+
+// Wet bulbs of 3 °C throughout 850-750 hPa hold 107.8 J/kg.
+TEST(Winter, AreasAndZonesOfAProfile) {
+  const SoundingRecord sounding = Profile({{1000, -2, -2},
+                                           {850.0001, -2, -2},
+                                           {850, 3, 3},
+                                           {750, 3, 3},
+                                           {749.9999, -4, -4},
+                                           {600, -12, -12},
+                                           {500, -18, -18},
+                                           {400, -30, -40}});
+  const AnalysisResults results = Analyse(sounding, {});
+  EXPECT_NEAR(results.Winter.WarmArea, 107.8, 0.5);
+  EXPECT_GT(results.Winter.ColdArea, 0);
+  ASSERT_EQ(results.Winter.Dendritic.size(), 1u);
+  EXPECT_NEAR(results.Winter.Dendritic[0].Base.Press, 600, 0.1);
+  EXPECT_NEAR(results.Winter.Dendritic[0].Top.Press, 500, 0.1);
+  EXPECT_NEAR(results.Winter.Dendritic[0].MeanHumidity, 100, 0.1);
+  const AnalysisResults winter = Analyse(test::ReferenceWinter(), {});
+  EXPECT_EQ(winter.Winter.Precipitation, "SNOW");
+  EXPECT_NEAR(winter.Winter.Thickness850to700, 2950.7 - 1442.5, 0.5);
+}
+
+TEST(Soaring, OfTheConvectiveSoundingAt31Degrees) {
+  const AnalysisResults results = Analyse(test::ReferenceConvective(), {});
+  SoaringSettings settings{.MaxTemp = 31, .TriggerHeightFt = 1000 / 0.3048};
+  const SoaringResults soaring = AnalyseSoaring(results, settings);
+  EXPECT_NEAR(soaring.ThermalIndex(4), -2.76, 0.01);  // 900 hPa
+  EXPECT_NEAR(soaring.ThermalIndex(6), -1.14, 0.01);  // 850 hPa
+  EXPECT_NEAR(soaring.ThermalIndex(8), 2.49, 0.01);   // 800 hPa
+  EXPECT_NEAR(soaring.ThermalTop.Press, 839.5, 0.2);
+  EXPECT_NEAR(soaring.ThermalTop.Height - 357, 1260, 3);
+  EXPECT_NEAR(soaring.TriggerTemp, 29.07, 0.02);
+  EXPECT_FALSE(soaring.CloudBase.Exists());
+  settings.LiftEquation = 2;
+  EXPECT_NEAR(AnalyseSoaring(results, settings).Lift, 2.01, 0.02);
+  settings.MaxTemp = 36;
+  EXPECT_TRUE(AnalyseSoaring(results, settings).CloudBase.Exists());
+}
+
+TEST(Layers, MixedLayerEndsUnderTheInversion) {
+  const SoundingRecord sounding =
+      Profile({{1000, 25, 12}, {950, 20.7, 11.4}, {900, 16.2, 10.8}, {870, 19, 0}, {700, 8, -10}},
+              {{0, 200, 10}, {500, 210, 15}, {900, 220, 20}, {1500, 230, 30}});
+  const AnalysisResults results = Analyse(sounding, {});
+  ASSERT_TRUE(results.Layers.Mixed);
+  EXPECT_LT(results.Layers.Mixed->Top.Press, 900.5);
+  EXPECT_GT(results.Layers.Mixed->Top.Press, 890);
+  EXPECT_NEAR(results.Layers.Mixed->Theta, 298.2, 0.2);
+  EXPECT_FALSE(Analyse(test::ReferenceWinter(), {}).Layers.Mixed);
+}
+
+}  // namespace
+}  // namespace vexa::analysis
