@@ -27,6 +27,11 @@ constexpr double kMostVapor = 0.3;
 constexpr double kLiftWidth = 1e-7;     // K, where bisection has nothing left to halve
 constexpr double kLiftAccuracy = 1e-4;  // K; a Newton step this short has converged quadratically
 
+// Potential temperatures come from a temperature in single precision: keep.
+float SinglePrecisionK(double temp) {
+  return static_cast<float>(temp + kKelvinOffset);
+}
+
 }  // namespace
 
 double SatVapor(double temp, SaturationOver over) {
@@ -48,15 +53,21 @@ double SatVapor(double temp, SaturationOver over) {
   return std::exp(std::min(power * std::numbers::ln10, kMaxExponent));
 }
 
+double DryTheta(double press, double temp) {
+  const float tempK = SinglePrecisionK(temp);
+  if (!(press > 0) || !(tempK > 0)) return 0;
+  return tempK * std::pow(kReferencePress / press, kPoisson);
+}
+
 PointThermo ThetaPoint(double press, double temp, SaturationOver over) {
   PointThermo point;
   if (!(press > 0)) return point;
-  const float tempK = static_cast<float>(temp + kKelvinOffset);  // single precision
+  const float tempK = SinglePrecisionK(temp);
   point.VaporPressure = SatVapor(temp, over);
   const double dry = press - point.VaporPressure;
   point.MixingRatio = dry == 0 ? 0 : kEpsilon * point.VaporPressure / dry;
+  point.Theta = DryTheta(press, temp);
   if (!(tempK > 0)) return point;
-  point.Theta = tempK * std::pow(kReferencePress / press, kPoisson);
   const double x = -kLatentFactor * point.MixingRatio / tempK;
   const double latent = std::fabs(x) > kMaxLatent ? 0 : std::exp(x);
   point.ThetaE = latent == 0 ? 0 : point.Theta / latent;
@@ -111,7 +122,7 @@ LiftSatResult LiftSat(double thetaE, double press, SaturationOver over, std::str
 }
 
 double LclPressure(double press, double temp, double lclTemp) {
-  const double theta = ThetaPoint(press, temp).Theta;
+  const double theta = DryTheta(press, temp);
   if (!(theta > 0)) return press;
   const double lclTempK = std::max(lclTemp + kKelvinOffset, 0.0);
   return std::min(press, kReferencePress * std::pow(lclTempK / theta, 1 / kPoisson));

@@ -42,6 +42,9 @@ struct PointThermo {
 /// returns  θe 0 where the latent-heat exponent exceeds 88
 PointThermo ThetaPoint(double press, double temp, SaturationOver over = SaturationOver::Water);
 
+/// Potential temperature alone, K; 0 without a pressure or at absolute zero.
+double DryTheta(double press, double temp);
+
 /// Temperature of the lifting condensation level, °C, from temperature and dew point in °C.
 double Condense(double temp, double dewpt);
 

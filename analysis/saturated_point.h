@@ -51,20 +51,26 @@ struct AdiabatPoint {
   VaporPoint Vapor{};
 };
 
-/// ln θe and its slope for saturation at a temperature. The vapour pressure must be below press.
+/// ln θe and its slope where the vapour pressure, below press, is known.
 ///
 /// logPoisson  0.2856 · ln(1000 / press)
-inline AdiabatPoint AdiabatAt(VaporFormula formula, double tempK, double press, double logPoisson) {
-  const double logTempK = std::log(tempK);
+inline AdiabatPoint AdiabatWith(const VaporPoint& vapor, double tempK, double logTempK,
+                                double press, double logPoisson) {
   AdiabatPoint point;
-  point.Vapor = SaturationAt(formula, tempK, logTempK);
+  point.Vapor = vapor;
   const double inverse = 1 / tempK;
-  const double dryShare = 1 / (press - point.Vapor.Pressure);
-  const double mixing = kEpsilon * point.Vapor.Pressure * dryShare;
+  const double dryShare = 1 / (press - vapor.Pressure);
+  const double mixing = kEpsilon * vapor.Pressure * dryShare;
   const double latent = kLatentFactor * mixing * inverse;
   point.LogThetaE = logTempK + logPoisson + latent;
-  point.Slope = inverse + latent * (press * dryShare * point.Vapor.LogSlope - inverse);
+  point.Slope = inverse + latent * (press * dryShare * vapor.LogSlope - inverse);
   return point;
+}
+
+/// The same at a temperature whose vapour pressure comes from the formula.
+inline AdiabatPoint AdiabatAt(VaporFormula formula, double tempK, double press, double logPoisson) {
+  const double logTempK = std::log(tempK);
+  return AdiabatWith(SaturationAt(formula, tempK, logTempK), tempK, logTempK, press, logPoisson);
 }
 
 /// Which formula holds at a temperature in °C over a reference.

@@ -98,20 +98,47 @@ void GridOfSounding(benchmark::State& state) {
 }
 BENCHMARK(GridOfSounding)->Arg(110)->Arg(2800)->Unit(benchmark::kMicrosecond);
 
-void AnalyseSolved(benchmark::State& state) {
-  const SoundingRecord sounding = MakeSounding(static_cast<int>(state.range(0)));
-  const Options options;
-  for (auto _ : state) benchmark::DoNotOptimize(Analyse(sounding, options));
+// Winds beside the temperatures, so that storm motion and turbulence have their work too.
+SoundingRecord MakeFullSounding(int levels) {
+  SoundingRecord record = MakeSounding(levels);
+  for (int i = 0; i < levels; ++i) {
+    const double share = static_cast<double>(i) / (levels - 1);
+    record.AddWind(350 + 32000 * share, 160 + 100 * share, 10 + 60 * std::sin(3 * share));
+  }
+  return record;
 }
-BENCHMARK(AnalyseSolved)->Arg(110)->Arg(2800)->Arg(10000)->Unit(benchmark::kMicrosecond);
 
-void AnalyseByTable(benchmark::State& state) {
-  const SoundingRecord sounding = MakeSounding(static_cast<int>(state.range(0)));
-  const Options options;
+void AnalyseAll(benchmark::State& state, bool byTable) {
+  const SoundingRecord sounding = MakeFullSounding(static_cast<int>(state.range(0)));
+  Options options;
+  options.Dcape = state.range(1) == 0 ? vexa::DcapeMode::Best : vexa::DcapeMode::Fast;
   AdiabatTable table;
-  for (auto _ : state) benchmark::DoNotOptimize(Analyse(sounding, options, table));
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(byTable ? Analyse(sounding, options, table)
+                                     : Analyse(sounding, options));
+  }
 }
-BENCHMARK(AnalyseByTable)->Arg(110)->Arg(2800)->Arg(10000)->Unit(benchmark::kMicrosecond);
+void AnalyseSolved(benchmark::State& state) {
+  AnalyseAll(state, false);
+}
+void AnalyseByTable(benchmark::State& state) {
+  AnalyseAll(state, true);
+}
+const std::vector<std::vector<std::int64_t>> kAnalyseCases = {{110, 3000, 10000}, {0, 1}};
+BENCHMARK(AnalyseSolved)
+    ->ArgsProduct(kAnalyseCases)
+    ->ArgNames({"levels", "fast"})
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK(AnalyseByTable)
+    ->ArgsProduct(kAnalyseCases)
+    ->ArgNames({"levels", "fast"})
+    ->Unit(benchmark::kMicrosecond);
+
+void DeriveLevelsOf(benchmark::State& state) {
+  const SoundingRecord sounding = MakeFullSounding(static_cast<int>(state.range(0)));
+  for (auto _ : state) benchmark::DoNotOptimize(DeriveLevels(sounding, Options{}));
+}
+BENCHMARK(DeriveLevelsOf)->Arg(110)->Arg(3000)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
 

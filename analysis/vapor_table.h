@@ -1,0 +1,18 @@
+// Saturation vapour pressure for loops over thousands of levels: the logarithm of SatVapor and its
+// slope on a ladder of temperatures, between which a cubic goes. Within 1e-11 of the formula.
+#pragma once
+
+#include "analysis/saturated_point.h"
+
+namespace vexa::analysis {
+
+/// Vapour pressure, hPa, and d ln e / dT of one of the formulas at a temperature in K; outside the
+/// ladder of 120 to 400 K from the formula itself.
+VaporPoint TabledVapor(VaporFormula formula, double tempK);
+
+/// What SatVapor gives, to 1e-11 of it.
+inline double TabledSatVapor(double temp, SaturationOver over) {
+  return TabledVapor(FormulaAt(over, temp), temp + kKelvinOffset).Pressure;
+}
+
+}  // namespace vexa::analysis
