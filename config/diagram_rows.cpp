@@ -53,7 +53,7 @@ constexpr OptionRow kTab1Rows[] = {
     Row<At<&Options::AnalysesBox>>("Analyses box = ", kTab1)
         .Says("Shows the box of indices and parcel levels."),
     Row<At<&Options::WindPlotsBox>>("Wind plots box = ", kTab1)
-        .Says("Shows the winds in a box of their own beside the diagram."),
+        .Says("Frames the column of winds beside the diagram."),
     Row<At<&Options::ShadeGround>>("Shade ground block = ", kTab1)
         .Says("Shades the diagram below the station."),
     Row<At<&Options::CursorSounding>>("Cursor sounding = ", kTab1)
@@ -84,7 +84,7 @@ constexpr OptionRow kTab2Rows[] = {
     Row<At<&Options::TempGridUnits>>("Temp grid units = ", kTab2)
         .Says("Unit of the temperature scale."),
     Row<At<&Options::TempDualScale>>("Temp dual scale = ", kTab2)
-        .Says("Adds a second temperature scale, Fahrenheit beside Celsius."),
+        .Says("Adds a scale in °F; in °C where the first is in °F."),
     Row<At<&Options::TempGridInterval>, kTrue, kTempIntervals>("Temp grid interval = ", kTab2)
         .In("degrees")
         .Says("Spacing of the isotherms."),
@@ -213,7 +213,7 @@ constexpr OptionRow kTab6Rows[] = {
         .Named("Storm motion")
         .Says("Draws the storm motion into the small hodograph."),
     Row<At<&Options::HodoPlace>>("Hodo location = ", kTab6)
-        .Says("Keeps the hodograph centred, or shifts it with the winds."),
+        .Says("Calm in the middle of the inset, or where the winds leave room for it."),
     Row<At<&Options::HodoGridOrigin>>("Hodo Grid origin = ", kTab6)
         .Says("Rings around a wind of zero, or around the storm motion."),
     Row<At<&Options::HodoDepthMode>>("Hodo depth mode = ", kTab6)

@@ -52,7 +52,7 @@ constexpr OptionRow kTab2Rows[] = {
         .Named("Clear-air turbulence")
         .Says("Scale by which clear-air turbulence is graded."),
     Row<At<&Options::ShearNormalization>, kYes>("Shear normalization = ", kTab2)
-        .Says("Brings wind shear to a common layer depth before turbulence is graded."),
+        .Says("Grades shear over layers of 1000 ft at least, not between every two levels."),
     Row<At<&Options::Ice>>("Ice type = ", kTab2)
         .Named("Icing method")
         .Says("Method by which aircraft icing is judged."),
@@ -124,7 +124,7 @@ constexpr OptionRow kTab3Rows[] = {
         .Says("Depth x of CAPE 0-x; a change sets the EHI and VGP depths to the same.")
         .Then(DepthsFollowCape),
     Row<At<&Options::Dcape>>("DCAPE mode = ", kTab3)
-        .Says("Seeks the strongest downdraught among all sources, or tries the usual one only."),
+        .Says("Lets every level up to 6 km sink, or quickly only the one of least theta-e."),
     Row<At<&Options::EhiDepthKm>, kTrue, kIndexDepths>("EHI depth = ", kTab3)
         .In("km")
         .Says("Depth of the helicity in the energy-helicity index."),

@@ -122,9 +122,11 @@ void LoadSettingsFile(const fs::path& folder, SettingsFile file, SettingsStore& 
   Outcome<std::string> bytes = ReadFile(folder / PathFromText(name));
   const bool isMissing = !bytes && bytes.Error().Number == kFaultFileNotFound;
   std::string problem = ReadParts(file, name, bytes ? std::move(bytes.Value()) : "", store);
-  const std::vector<std::string> repaired = RepairOptions(store.Set);
   if (!bytes) problem = isMissing ? "" : bytes.Error().Detail;
-  if (problem.empty() && !repaired.empty()) problem = name + ": " + repaired.front();
+  if (file == SettingsFile::Main) {
+    const std::vector<std::string> repaired = RepairOptions(store.Set);
+    if (problem.empty() && !repaired.empty()) problem = name + ": " + repaired.front();
+  }
   if (file == SettingsFile::System) store.Active = store.System.Current;
   store.Damaged.erase(name);
   if (problem.empty()) return;
@@ -162,6 +164,7 @@ std::optional<Fault> SwitchConfiguration(const fs::path& folder, Configuration t
                                          FileOps& ops) {
   SettingsStore next = store;
   if (auto fault = SaveSettingsFile(folder, SettingsFile::Main, next, ops)) return fault;
+  store.Damaged = next.Damaged;  // the copy of a damaged file must not be replaced by a later one
   next.Active = next.System.Current = to;
   std::vector<std::string> found;
   LoadSettingsFile(folder, SettingsFile::Main, next, found);

@@ -356,6 +356,19 @@ TEST(SwitchConfiguration, EachHasItsOwnMainSettings) {
   }
 }
 
+TEST(SwitchConfiguration, TheCopyOfADamagedFileOutlivesAFault) {
+  const test::TemporaryFolder folder;
+  const fs::path main = folder.Path() / "VEXAMAIN.SYS";
+  ASSERT_FALSE(SaveFile(main, "\"header\"\r\n\"torn\r\n"));
+  Notes notes;
+  SettingsStore store = Loaded(folder.Path(), notes);
+  EXPECT_EQ(notes.size(), 1U);
+  fs::create_directory(folder.Path() / "VEXA.SYS");
+  ASSERT_TRUE(SwitchConfiguration(folder.Path(), Configuration::First, store, notes));
+  ASSERT_FALSE(SaveSettingsFile(folder.Path(), SettingsFile::Main, store));
+  EXPECT_EQ(ReadFile(folder.Path() / "VEXAMAIN.SYS.bak").Value(), "\"header\"\r\n\"torn\r\n");
+}
+
 TEST(SwitchConfiguration, AFaultChangesNothing) {
   const test::TemporaryFolder folder;
   SettingsStore store;
