@@ -67,9 +67,9 @@ std::string WriteFile(SettingsFile file, const SettingsStore& store) {
 }
 
 // What was wrong with the file; empty when nothing was.
-std::string ReadParts(SettingsFile file, std::string name, std::string bytes,
+std::string ReadParts(SettingsFile file, const std::string& name, const std::string& bytes,
                       SettingsStore& store) {
-  SystemReader reader(std::move(name), std::move(bytes));
+  SystemReader reader(name, bytes);
   if (file == SettingsFile::System && reader.TextRecord("the version tag") != kSystemTag) {
     reader.Note("the version tag is not " + std::string(kSystemTag));
     store.System = {};
@@ -119,9 +119,9 @@ std::string SettingsFileName(SettingsFile file, Configuration active) {
 void LoadSettingsFile(const fs::path& folder, SettingsFile file, SettingsStore& store,
                       std::vector<std::string>& notes) {
   const std::string name = SettingsFileName(file, store.Active);
-  Outcome<std::string> bytes = ReadFile(folder / PathFromText(name));
+  const Outcome<std::string> bytes = ReadFile(folder / PathFromText(name));
   const bool isMissing = !bytes && bytes.Error().Number == kFaultFileNotFound;
-  std::string problem = ReadParts(file, name, bytes ? std::move(bytes.Value()) : "", store);
+  std::string problem = ReadParts(file, name, bytes ? bytes.Value() : "", store);
   if (!bytes) problem = isMissing ? "" : bytes.Error().Detail;
   if (file == SettingsFile::Main) {
     const std::vector<std::string> repaired = RepairOptions(store.Set);

@@ -69,7 +69,7 @@ void SystemWriter::Field(const RowInfo& row, const std::string& value) {
   }
 }
 
-SystemReader::SystemReader(std::string name, std::string bytes)
+SystemReader::SystemReader(std::string name, const std::string& bytes)
     : lines_(std::move(name), bytes.substr(0, bytes.find(kEndOfText))) {
   if (!NextLine()) Note("the file is empty");
 }

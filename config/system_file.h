@@ -63,7 +63,7 @@ class SystemWriter {
 class SystemReader {
  public:
   /// Skips the header record, whatever it says. `name` is for messages.
-  SystemReader(std::string name, std::string bytes);
+  SystemReader(std::string name, const std::string& bytes);
 
   /// The single text of a record; empty when there is none.
   std::optional<std::string> TextRecord(std::string_view what);
