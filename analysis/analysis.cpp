@@ -197,7 +197,7 @@ AnalysisResults AnalyseWith(const SoundingRecord& sounding, const Options& optio
   results.FreezingLevels = FindFreezingLevels(results.Levels);
   results.Layers = FindLayers(sounding, results, options);
   results.Winter = AnalyseWinter(sounding, results);
-  results.Soaring = AnalyseSoaring(results, SoaringSettings{});
+  results.Soaring = AnalyseSoaring(results, options);
   DropNonsense(results);
   results.Indices = ComputeIndices(sounding, results, options);
   return results;

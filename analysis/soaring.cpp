@@ -33,10 +33,10 @@ LevelPoint FirstAbove(const LevelProfile& levels, const Levels<double>& values, 
   return {};
 }
 
-double DayTemp(const LevelProfile& levels, const SoaringSettings& settings) {
+double DayTemp(const LevelProfile& levels, const SystemOptions& settings) {
   constexpr double kLid = 850;  // hPa
   const double ground = levels.Press(1);
-  if (settings.MaxTemp) return *settings.MaxTemp;
+  if (settings.SoarTm) return *settings.SoarTm;
   const Sample aloft = SampleAt(levels, kLid, Quantity::Temp);
   if (ground <= kLid || !aloft.Ok()) return levels.Temp(1);
   return (aloft.Value + kKelvinOffset) * std::pow(ground / kLid, kPoisson) - kKelvinOffset;
@@ -67,9 +67,10 @@ std::string_view WordsOf(double feetPerMinute) {
 
 }  // namespace
 
-SoaringResults AnalyseSoaring(const AnalysisResults& results, const SoaringSettings& settings) {
+SoaringResults AnalyseSoaring(const AnalysisResults& results, const Options& options) {
+  const SystemOptions& settings = options.System;
   SoaringResults soaring;
-  soaring.LiftEquation = settings.LiftEquation;
+  soaring.LiftEquation = settings.LiftEq;
   const LevelProfile& levels = results.Levels;
   if (levels.Count() < 2) return soaring;
   const double ground = levels.Press(1);
@@ -81,7 +82,7 @@ SoaringResults AnalyseSoaring(const AnalysisResults& results, const SoaringSetti
   }
 
   const double triggerPress =
-      GetPRESS(levels, levels.Height(1) + MetersFromFeet(settings.TriggerHeightFt));
+      GetPRESS(levels, levels.Height(1) + MetersFromFeet(settings.TriggerHgt));
   const Sample trigger = SampleAt(levels, triggerPress, Quantity::Temp);
   if (trigger.Ok()) {
     soaring.TriggerTemp =

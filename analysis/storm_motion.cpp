@@ -169,12 +169,9 @@ StormMotionResults AnalyseStormMotion(const SoundingRecord& sounding, const Opti
     results.Left = MoverOf(sounding, ground, movers->Left);
   }
   if (options.MotionMode == Scaling::Manual) {
-    const double speed = options.Speed == SpeedUnits::MetersPerSecond
-                             ? options.ManualMotionSpd / kKnotToMs
-                             : options.ManualMotionSpd;
     results.ChosenIsManual = true;
     (results.RightIsChosen ? results.Right : results.Left) =
-        MoverOf(sounding, ground, Components({options.ManualMotionDir, speed}));
+        MoverOf(sounding, ground, Components({options.ManualMotionDir, options.ManualMotionSpd}));
   }
   return results;
 }

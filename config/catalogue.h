@@ -6,40 +6,32 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <type_traits>
+#include <vector>
 
+#include "config/option_rows.h"
 #include "config/options.h"
+#include "config/setting_row.h"
 #include "core/fault.h"
-#include "core/numbers.h"
 
 namespace vexa {
-
-enum class OptionKind { YesNo, TrueFalse, Choice, Whole, Number };
-
-struct OptionRow {
-  std::string_view Label{};  // as in the report: leading blanks and "= " are part of it
-  std::string_view Key{};    // unique, without "=": what --set takes
-  std::string_view Place{};  // form and tab
-  OptionKind Kind = OptionKind::Choice;
-  double Least = 0;  // range of Whole and Number
-  double Most = 0;
-  std::span<const std::string_view> Words{};  // of Choice
-  bool SameRecord = false;                    // stands on the record of the row before it
-  bool InReport = true;
-  std::string (*Write)(const Options&) = nullptr;
-  /// False when the text is not one of the words or lies outside the range; nothing changes then.
-  bool (*Read)(Options&, std::string_view) = nullptr;
-};
 
 std::span<const OptionRow> Catalogue();
 
 /// The row of a key, compared without regard to case; null when there is none.
 const OptionRow* FindOption(std::string_view key);
 
+/// Sets one option as a user does: with it change the options that follow from it. False when the
+/// row does not take the text; nothing changes then.
+[[nodiscard]] bool ChangeOption(Options& options, const OptionRow& row, std::string_view text);
+
 /// Sets one option from "KEY=VALUE". Fault 380 names the key or the words and range it takes.
 [[nodiscard]] std::optional<Fault> SetOption(Options& options, std::string_view assignment);
 
-/// What a row takes: its words, or its range.
-std::string Accepts(const OptionRow& row);
+/// What must hold between options that are each within their range: the bottom of the steering
+/// layer lies below its top, Temp MAX between Temp MIN + 40 and 60. Fault 380 says which does not.
+[[nodiscard]] std::optional<Fault> CheckOptions(const Options& options);
+
+/// Gives the options of each broken rule their defaults; a sentence for each.
+std::vector<std::string> RepairOptions(Options& options);
 
 }  // namespace vexa

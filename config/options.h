@@ -4,6 +4,7 @@
 #pragma once
 
 #include <array>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -42,6 +43,10 @@ enum class HodoOrigin { Ground, Storm };
 enum class HodoDepth { All, Limit };
 enum class IcaoLabels { None, One, Every5, Every10 };
 enum class CustomLineStyle { Solid, Dash, Dots };
+enum class FileOrder { Name, Date, Size, Type };
+enum class DumpHeight { Meters, Feet };
+enum class DumpTemp { Celsius, Fahrenheit };
+enum class DumpWater { Centimeters, Inches };
 
 constexpr auto Words(DiagramType) {
   return std::to_array<std::string_view>({"skewt", "emagram", "tephigram"});
@@ -142,6 +147,18 @@ constexpr auto Words(IcaoLabels) {
 constexpr auto Words(CustomLineStyle) {
   return std::to_array<std::string_view>({"solid", "dash", "dots"});
 }
+constexpr auto Words(FileOrder) {
+  return std::to_array<std::string_view>({"name", "date", "size", "type"});
+}
+constexpr auto Words(DumpHeight) {
+  return std::to_array<std::string_view>({"M", "FT"});
+}
+constexpr auto Words(DumpTemp) {
+  return std::to_array<std::string_view>({"C", "F"});
+}
+constexpr auto Words(DumpWater) {
+  return std::to_array<std::string_view>({"cm", "in"});
+}
 
 /// An enumerator's word.
 template <class E>
@@ -169,6 +186,50 @@ struct CustomLine {
 
 inline constexpr int kCustomLines = 5;
 
+/// What an auto-load file name reads when several soundings are loaded at start.
+inline constexpr std::string_view kMultipleMarker = ".multiple.";
+
+/// Units and blocks of the data export.
+struct DumpOptions {
+  DumpHeight Height = DumpHeight::Meters;
+  HeightMode Reference = HeightMode::Msl;
+  SpeedUnits Speed = SpeedUnits::Knots;
+  DumpTemp Temp = DumpTemp::Celsius;
+  DumpWater Water = DumpWater::Centimeters;
+  bool FormatBlock = true;
+  bool SignificantOnly = false;
+  bool operator==(const DumpOptions&) const = default;
+};
+
+/// Options that the user sets in passing, by menu commands and dialogs, not on an option form.
+struct SystemOptions {
+  std::string DataFolder = "vexadata\\";  // below the program folder unless absolute
+  std::string CrossSectionFolder = "crosdata\\";
+  std::string ReferenceFolder{};  // empty: the program folder
+  std::string HeaderFile = "Header.Dat";
+  bool CursorGrid = true;
+  bool CursorData = true;
+  bool Autoload = false;
+  std::string AutoDrive{};  // folder of the auto-load file
+  std::string AutoFile{};   // its name, or kMultipleMarker
+  std::string AutoType = "RAW";
+  int FilterIndexNum = 1;
+  int ShortCutValue = 0;
+  FileOrder SortMode = FileOrder::Name;
+  bool SoftFlip = false;
+  std::optional<double> SoarTm{};  // °C expected at the ground; empty: estimated
+  double TriggerHgt = 3000;        // ft above ground
+  int LiftEq = 1;                  // 1 index rule, 2 w*
+  HeightMode SoarHgtMode = HeightMode::Msl;
+  bool HodoInvert = false;
+  bool HodoAnalInvert = false;
+  bool AutoAnalysisLoad = true;
+  std::string PrintTitleMemory{};
+  bool DarklinesMemory = false;
+  DumpOptions Dump{};
+  bool operator==(const SystemOptions&) const = default;
+};
+
 struct Options {
   // Program, tab 1: screen and units.
   bool Above100mb = false;
@@ -194,7 +255,7 @@ struct Options {
   StormMover Mover = StormMover::Cyclonic;
   Scaling MotionMode = Scaling::Auto;  // a motion entered by hand replaces the chosen mover
   double ManualMotionDir = 240;        // degrees it comes from
-  double ManualMotionSpd = 20;         // in the unit of wind speeds
+  double ManualMotionSpd = 25;         // kt
   double ShearLayerTopKm = 6;
   double ShearLayerBottomKm = 0;
   double ShearLayerDeg = 30;
@@ -288,6 +349,7 @@ struct Options {
   bool PanelEurope = false;
   bool PanelCape = true;
   bool PanelFog = false;
+  std::string CustomPanel = "KI,TT,LI,CAPE total,CIN total,BRN,s-rH 0-3km,EHI 0-xkm,Water";
   LengthUnits ThermoHeight = LengthUnits::Meter;
   TempUnits ThermoTemp = TempUnits::Celsius;
   PotentialTempUnits PtUnits = PotentialTempUnits::Kelvin;
@@ -309,6 +371,7 @@ struct Options {
 
   // System.
   bool Darklines = false;
+  SystemOptions System{};
 
   bool operator==(const Options&) const = default;
 };

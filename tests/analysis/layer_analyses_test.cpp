@@ -220,7 +220,9 @@ TEST(Winter, AreasAndZonesOfAProfile) {
 
 TEST(Soaring, OfTheConvectiveSoundingAt31Degrees) {
   const AnalysisResults results = Analyse(test::ReferenceConvective(), {});
-  SoaringSettings settings{.MaxTemp = 31, .TriggerHeightFt = 1000 / 0.3048};
+  Options settings;
+  settings.System.SoarTm = 31;
+  settings.System.TriggerHgt = 1000 / 0.3048;
   const SoaringResults soaring = AnalyseSoaring(results, settings);
   EXPECT_NEAR(soaring.ThermalIndex(4), -2.76, 0.01);  // 900 hPa
   EXPECT_NEAR(soaring.ThermalIndex(6), -1.14, 0.01);  // 850 hPa
@@ -229,9 +231,9 @@ TEST(Soaring, OfTheConvectiveSoundingAt31Degrees) {
   EXPECT_NEAR(soaring.ThermalTop.Height - 357, 1260, 3);
   EXPECT_NEAR(soaring.TriggerTemp, 29.07, 0.02);
   EXPECT_FALSE(soaring.CloudBase.Exists());
-  settings.LiftEquation = 2;
+  settings.System.LiftEq = 2;
   EXPECT_NEAR(AnalyseSoaring(results, settings).Lift, 2.01, 0.02);
-  settings.MaxTemp = 36;
+  settings.System.SoarTm = 36;
   EXPECT_TRUE(AnalyseSoaring(results, settings).CloudBase.Exists());
 }
 

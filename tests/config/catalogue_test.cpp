@@ -7,19 +7,13 @@
 #include <set>
 #include <string>
 
+#include "config/random_settings.h"
 #include "core/numbers.h"
 
 namespace vexa {
 namespace {
 
-std::string AnyValue(const OptionRow& row, std::mt19937& random) {
-  if (!row.Words.empty()) {
-    std::uniform_int_distribution<std::size_t> pick(0, row.Words.size() - 1);
-    return std::string(row.Words[pick(random)]);
-  }
-  const double value = std::uniform_real_distribution<double>(row.Least, row.Most)(random);
-  return row.Kind == OptionKind::Whole ? Shortest(ToWhole(value)) : Shortest(value);
-}
+using test::AnyValue;
 
 std::vector<std::string> WriteAll(const Options& options) {
   std::vector<std::string> texts;
@@ -39,6 +33,23 @@ TEST(Catalogue, KeysAreUniqueAndNeedNoQuoting) {
   }
 }
 
+TEST(Catalogue, ADialogFindsWhatItNeedsInEveryRow) {
+  for (const OptionRow& row : Catalogue()) {
+    SCOPED_TRACE(row.Key);
+    EXPECT_FALSE(row.Caption.empty());
+    EXPECT_FALSE(row.Place.empty());
+    EXPECT_TRUE(row.Hint.size() > 12 && row.Hint.ends_with('.')) << row.Hint;
+    EXPECT_EQ(row.Words.empty(), row.Kind > OptionKind::Choice);
+    const bool hasRange = row.Kind == OptionKind::Whole || row.Kind == OptionKind::Number ||
+                          row.Kind == OptionKind::Color;
+    EXPECT_EQ(row.Least < row.Most, hasRange);
+    EXPECT_TRUE(row.Unit.empty() || hasRange);
+    if (row.Key.ends_with("color") || row.Key.ends_with("Color")) {
+      EXPECT_EQ(row.Kind, row.Key == "Screen color" ? OptionKind::Choice : OptionKind::Color);
+    }
+  }
+}
+
 TEST(Catalogue, ARowChangesItsOptionAndNoOther) {
   std::mt19937 random(11);
   for (const OptionRow& row : Catalogue()) {
@@ -47,7 +58,8 @@ TEST(Catalogue, ARowChangesItsOptionAndNoOther) {
     for (int i = 0; i < 8; ++i) {
       Options options;
       const std::string value = AnyValue(row, random);
-      ASSERT_TRUE(row.Read(options, "  " + value + " "));
+      const std::string blanks = row.Kind == OptionKind::Text ? "" : "  ";
+      ASSERT_TRUE(row.Read(options, blanks + value + blanks));
       EXPECT_EQ(row.Write(options), value);
       std::vector<std::string> expected = WriteAll(Options{});
       expected[index] = value;
@@ -56,16 +68,7 @@ TEST(Catalogue, ARowChangesItsOptionAndNoOther) {
   }
 }
 
-TEST(Catalogue, ThroughTheTableEveryOptionComesBack) {
-  std::mt19937 random(12);
-  for (int i = 0; i < 50; ++i) {
-    Options options;
-    for (const OptionRow& row : Catalogue()) ASSERT_TRUE(row.Read(options, AnyValue(row, random)));
-    Options back;
-    for (const OptionRow& row : Catalogue()) ASSERT_TRUE(row.Read(back, row.Write(options)));
-    EXPECT_EQ(back, options);
-  }
-  // The defaults are values that the rows themselves would take.
+TEST(Catalogue, ItsRowsTakeTheDefaults) {
   Options back;
   for (const OptionRow& row : Catalogue()) EXPECT_TRUE(row.Read(back, row.Write({}))) << row.Key;
   EXPECT_EQ(back, Options{});
@@ -78,7 +81,12 @@ TEST(SetOption, RefusalsSayWhatItTakesAndChangeNothing) {
   const Case cases[] = {
       {"Temp MIN=-121", "-120 to 40"},
       {"Temp MIN=cold", "-120 to 40"},
-      {"Y-Grid interval=2.5", "1 to 100, whole"},
+      {"CAPE interval=2.5", "1 to 50, whole"},
+      {"Y-Grid interval=20", "25, 50, 100, 1, 2, 5, 10"},
+      {"MB limit=150", "700, 500, 400, 300, 200, 100, 50, 30, 10"},
+      {"Temp grid interval=7", "5, 10, 20"},
+      {"Td color=16", "0 to 15, whole"},
+      {"LiftEq=3", "1, 2"},
       {"Diagram type=skew", "\"skewt\", \"emagram\", \"tephigram\""},
       {"Freeze line=yes", "\"false\", \"true\""},
       {"No such=1", "No such"},
@@ -98,6 +106,59 @@ TEST(SetOption, RefusalsSayWhatItTakesAndChangeNothing) {
   EXPECT_EQ(options.Diagram, DiagramType::Tephigram);
   EXPECT_FALSE(SetOption(options, "Temp MIN=-62.5"));
   EXPECT_EQ(options.TempMin, -62.5);
+  EXPECT_FALSE(SetOption(options, "PrintTitleMemory=a = b"));
+  EXPECT_EQ(options.System.PrintTitleMemory, "a = b");
+}
+
+TEST(SetOption, OtherOptionsFollow) {
+  struct Case {
+    const char* About;
+    std::vector<const char*> Assignments;
+    double CapeKm, EhiKm, VgpKm;
+  };
+  const Case cases[] = {
+      {"the index depths follow CAPE's", {"CAPE depth xKm depth=2"}, 2, 2, 2},
+      {"as far as they reach", {"CAPE depth xKm depth=8"}, 8, 6, 6},
+      {"and may be set apart", {"CAPE depth xKm depth=2", "EHI depth=1"}, 2, 1, 2},
+      {"until CAPE's changes", {"EHI depth=1", "CAPE depth xKm depth=3"}, 3, 1, 3},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.About);
+    Options options;
+    for (const char* assignment : c.Assignments) ASSERT_FALSE(SetOption(options, assignment));
+    EXPECT_EQ(options.CapeDepthKm, c.CapeKm);
+    EXPECT_EQ(options.EhiDepthKm, c.EhiKm);
+    EXPECT_EQ(options.VgpDepthKm, c.VgpKm);
+  }
+  // The grid's 50 hPa would be 50 km.
+  Options options;
+  ASSERT_FALSE(SetOption(options, "Y-Grid units=KM"));
+  EXPECT_EQ(options.YGridInterval, 1);
+  ASSERT_FALSE(SetOption(options, "Y-Grid units=MB"));
+  EXPECT_EQ(options.YGridInterval, 50);
+}
+
+TEST(CheckOptions, WhatMustHoldBetweenOptions) {
+  struct Case {
+    double Bottom, Top, Min, Max;
+    bool Holds;
+  };
+  const Case cases[] = {
+      {0, 6, -40, 40, true},  {5.9, 6, 20, 60, true}, {6, 6, -40, 40, false},
+      {7, 6, -40, 40, false}, {0, 6, -40, -1, false}, {0, 6, -40, 0, true},
+      {0, 6, 21, 60, false},  {0, 6, -40, 61, false},
+  };
+  for (const Case& c : cases) {
+    Options options;
+    options.ShearLayerBottomKm = c.Bottom;
+    options.ShearLayerTopKm = c.Top;
+    options.TempMin = c.Min;
+    options.TempMax = c.Max;
+    EXPECT_EQ(CheckOptions(options) == std::nullopt, c.Holds)
+        << c.Bottom << ' ' << c.Top << ' ' << c.Min << ' ' << c.Max;
+    EXPECT_EQ(RepairOptions(options).empty(), c.Holds);
+    EXPECT_EQ(CheckOptions(options), std::nullopt);
+  }
 }
 
 }  // namespace

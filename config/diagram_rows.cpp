@@ -1,0 +1,310 @@
+// Options of the diagram form.
+#include <iterator>
+
+#include "config/option_rows.h"
+#include "config/row_builder.h"
+
+namespace vexa {
+namespace {
+
+constexpr Range kTopPressures = OneOf({700, 500, 400, 300, 200, 100, 50, 30, 10});
+constexpr Range kGridIntervals = OneOf({25, 50, 100, 1, 2, 5, 10});
+constexpr Range kTempIntervals = OneOf({5, 10, 20});
+constexpr Range kLineHeights{-500, 80000};
+
+// Intervals go by their unit: 25, 50, 100 hPa; 1, 2, 5 km; 5, 10 thousand feet.
+void IntervalFollowsUnits(Options& options) {
+  const int interval = options.YGridInterval;
+  switch (options.YGridUnits) {
+    case GridUnits::Mb:
+      if (interval < 25) options.YGridInterval = 50;
+      return;
+    case GridUnits::Kilometers:
+      if (interval > 5) options.YGridInterval = 1;
+      return;
+    case GridUnits::Feet:
+      if (interval != 5 && interval != 10) options.YGridInterval = 5;
+      return;
+  }
+}
+
+constexpr std::string_view kTab1 = "Diagram/Tab 1";
+
+constexpr OptionRow kTab1Rows[] = {
+    Row<At<&Options::Diagram>>("Diagram type = ", kTab1)
+        .Says("Skew-T, popular in the U.S.; emagram; or tephigram, popular in Europe."),
+    Row<At<&Options::AutoHighEmagram>>("Auto high-altitude emagram = ", kTab1)
+        .Says("Draws soundings that reach above 100 hPa on an emagram."),
+    Row<At<&Options::EmagramTempLines>>("Emagram temperature lines = ", kTab1)
+        .Says("Draws isotherms on the emagram."),
+    Row<At<&Options::TephigramWarning>>("Tephigram warning = ", kTab1)
+        .Says("Warns once when data reach above the tephigram's top at 100 hPa."),
+    Row<At<&Options::StabilityBars>>("Stability bars = ", kTab1)
+        .Says("Marks each layer's lapse-rate class by a bar at the left margin."),
+    Row<At<&Options::RightScale>>("Height scale = ", kTab1)
+        .Says("Unit of the height scale on the right."),
+    Row<At<&Options::SurfaceLine>>("Surface line = ", kTab1)
+        .Says("Draws a line at the station's elevation."),
+    Row<At<&Options::AllMandatoryLines>>("All TTAA lines = ", kTab1)
+        .Named("All mandatory levels")
+        .Says("Draws a line at every mandatory pressure level."),
+    Row<At<&Options::AutoAnalyses>>("Auto display analyses = ", kTab1)
+        .Says("Shows the analyses as soon as a sounding is loaded."),
+    Row<At<&Options::AnalysesBox>>("Analyses box = ", kTab1)
+        .Says("Shows the box of indices and parcel levels."),
+    Row<At<&Options::WindPlotsBox>>("Wind plots box = ", kTab1)
+        .Says("Frames the column of winds beside the diagram."),
+    Row<At<&Options::ShadeGround>>("Shade ground block = ", kTab1)
+        .Says("Shades the diagram below the station."),
+    Row<At<&Options::CursorSounding>>("Cursor sounding = ", kTab1)
+        .Says("Reads the sounding's values at the cursor's pressure."),
+    Row<At<&Options::CursorGrid>>("Cursor diagram grid = ", kTab1)
+        .Says("Reads the grid's values under the cursor."),
+    Row<At<&Options::Heights>>("Height mode = ", kTab1)
+        .Says("Heights above mean sea level or above ground."),
+    Row<At<&Options::FreezeLine>>("Freeze line = ", kTab1).Says("Draws the freezing levels."),
+    Row<At<&Options::TropoLine>>("Tropo line = ", kTab1).Says("Draws the tropopauses."),
+};
+
+constexpr std::string_view kTab2 = "Diagram/Tab 2";
+
+constexpr OptionRow kTab2Rows[] = {
+    Row<At<&Options::MbLimit>, kTrue, kTopPressures>("MB limit = ", kTab2)
+        .Named("Top pressure")
+        .In("hPa")
+        .Says("Pressure at the top of the diagram."),
+    Row<At<&Options::AutoMbSelect>>("Auto MB select = ", kTab2)
+        .Named("Top from data")
+        .Says("Chooses the top of the diagram from the sounding."),
+    Row<At<&Options::YGridUnits>>("Y-Grid units = ", kTab2)
+        .Says("Draws the horizontal grid at pressures or at heights.")
+        .Then(IntervalFollowsUnits),
+    Row<At<&Options::YGridInterval>, kTrue, kGridIntervals>("Y-Grid interval = ", kTab2)
+        .Says("Spacing of the horizontal grid: 25, 50, 100 hPa; 1, 2, 5 km; 5, 10 thousand feet."),
+    Row<At<&Options::TempGridUnits>>("Temp grid units = ", kTab2)
+        .Says("Unit of the temperature scale."),
+    Row<At<&Options::TempDualScale>>("Temp dual scale = ", kTab2)
+        .Says("Adds a scale in °F; in °C where the first is in °F."),
+    Row<At<&Options::TempGridInterval>, kTrue, kTempIntervals>("Temp grid interval = ", kTab2)
+        .In("degrees")
+        .Says("Spacing of the isotherms."),
+    Row<At<&Options::TempScaling>>("Temp grid scaling = ", kTab2)
+        .Says("Takes the temperature range from the data, or as set below."),
+    Row<At<&Options::TempMin>, kTrue, Range{-120, 40}>("Temp MIN = ", kTab2)
+        .In("°C")
+        .Says("Temperature at the diagram's left edge in manual scaling."),
+    Row<At<&Options::TempMax>, kTrue, Range{-80, 60}>("  Temp MAX = ", kTab2, Record::Same)
+        .In("°C")
+        .Says("Temperature at the right edge; at least 40 degrees above the left."),
+};
+
+constexpr std::string_view kTab3 = "Diagram/Tab 3";
+
+constexpr OptionRow kTab3Rows[] = {
+    Row<At<&Options::DryAdiabats>>("Dry adiabats = ", kTab3).Says("Draws the dry adiabats."),
+    Row<At<&Options::SatAdiabats>>(" Saturation adiabats = ", kTab3, Record::Same)
+        .Says("Draws the saturation adiabats."),
+    Row<At<&Options::MixingLines>>(" Mixing ratio lines = ", kTab3, Record::Same)
+        .Says("Draws the lines of equal saturation mixing ratio."),
+    Row<At<&Options::DryColor>, kTrue, kColors>("Dry color = ", kTab3)
+        .Says("Colour of the dry adiabats."),
+    Row<At<&Options::SatColor>, kTrue, kColors>("  Sat color = ", kTab3, Record::Same)
+        .Says("Colour of the saturation adiabats."),
+    Row<At<&Options::WetColor>, kTrue, kColors>("  Wet color = ", kTab3, Record::Same)
+        .Says("Colour of the mixing ratio lines."),
+    Row<At<&Options::DryLabel>>("Dry label = ", kTab3).Says("Labels the dry adiabats."),
+    Row<At<&Options::SatLabel>>("  Sat label = ", kTab3, Record::Same)
+        .Says("Labels the saturation adiabats."),
+    Row<At<&Options::WetLabel>>("  Wet label = ", kTab3, Record::Same)
+        .Says("Labels the mixing ratio lines."),
+    Row<At<&Options::DryRef, &ReferenceLine::Value>, kTrue, Range{200, 450}>("Dry Ref Val = ",
+                                                                             kTab3)
+        .Named("Reference dry adiabat")
+        .In("K")
+        .Says("Potential temperature of a dry adiabat of your choice."),
+    Row<At<&Options::DryRef, &ReferenceLine::Plot>>("  Plot = ", kTab3, Record::Same)
+        .As("Dry Ref Val Plot")
+        .Says("Draws the reference dry adiabat."),
+    Row<At<&Options::DryRef, &ReferenceLine::ShowLabel>>("  Label = ", kTab3, Record::Same)
+        .As("Dry Ref Val Label")
+        .Says("Labels the reference dry adiabat."),
+    Row<At<&Options::SatRef, &ReferenceLine::Value>, kTrue, Range{-30, 40}>("Sat Ref Val = ", kTab3)
+        .Named("Reference saturation adiabat")
+        .In("°C")
+        .Says("Wet-bulb potential temperature of a saturation adiabat of your choice."),
+    Row<At<&Options::SatRef, &ReferenceLine::Plot>>("  Plot = ", kTab3, Record::Same)
+        .As("Sat Ref Val Plot")
+        .Says("Draws the reference saturation adiabat."),
+    Row<At<&Options::SatRef, &ReferenceLine::ShowLabel>>("  Label = ", kTab3, Record::Same)
+        .As("Sat Ref Val Label")
+        .Says("Labels the reference saturation adiabat."),
+    Row<At<&Options::MixRef, &ReferenceLine::Value>, kTrue, Range{0.1, 40}>("Mix Ref Val = ", kTab3)
+        .Named("Reference mixing ratio")
+        .In("g/kg")
+        .Says("Mixing ratio of a line of your choice."),
+    Row<At<&Options::MixRef, &ReferenceLine::Plot>>("  Plot = ", kTab3, Record::Same)
+        .As("Mix Ref Val Plot")
+        .Says("Draws the reference mixing ratio line."),
+    Row<At<&Options::MixRef, &ReferenceLine::ShowLabel>>("  Label = ", kTab3, Record::Same)
+        .As("Mix Ref Val Label")
+        .Says("Labels the reference mixing ratio line."),
+};
+
+constexpr std::string_view kTab4 = "Diagram/Tab 4";
+
+constexpr OptionRow kTab4Rows[] = {
+    Row<At<&Options::TraceDots>>("T/Td dots = ", kTab4)
+        .Says("Marks each level of the temperature and dew-point traces with a dot."),
+    Row<At<&Options::TraceCircles>>("T/Td circles = ", kTab4)
+        .Says("Marks each level of the temperature and dew-point traces with a circle."),
+    Row<At<&Options::TraceThick>>("T/Td thick lines = ", kTab4)
+        .Says("Thick traces for no sounding, for the first, or for all that are shown."),
+    Row<At<&Options::DewptLine>>("Td lines None/Dash/Solid = ", kTab4)
+        .Named("Dew-point line")
+        .Says("Line style of the dew-point trace."),
+    Row<At<&Options::DewptColor>, kTrue, kColors>("Td color = ", kTab4)
+        .Named("Dew-point color")
+        .Says("Colour of the dew-point trace."),
+    Row<At<&Options::WindShafts>>("Wind shafts = ", kTab4)
+        .Says("Draws the staff on which the wind symbols stand."),
+    Row<At<&Options::WindDots>>("  Wind dots = ", kTab4, Record::Same)
+        .Says("Draws a dot at the foot of each wind symbol."),
+    Row<At<&Options::Winds>>("Wind display = ", kTab4).Says("Winds as barbs, as flags, or none."),
+    Row<At<&Options::Speed>>("  Wind speed units = ", kTab4, Record::Same)
+        .Says("Unit of wind speeds everywhere in the program."),
+    Row<At<&Options::BarbSize>>("", kTab4)
+        .As("Wind size")
+        .Named("Wind size")
+        .Says("Size of the wind symbols."),
+};
+
+constexpr std::string_view kTab5 = "Diagram/Tab 5";
+
+constexpr OptionRow kTab5Rows[] = {
+    Row<At<&Options::Thermo>>("Thermo display type = ", kTab5)
+        .Says("All indices in the classic order, or the groups chosen below."),
+    Row<At<&Options::PanelMain>>("Main = ", kTab5)
+        .Says("Shows KI, TT, VT, CT, LI, SI, SWEAT and the wet-bulb zero."),
+    Row<At<&Options::PanelEurope>>("  Europe = ", kTab5, Record::Same)
+        .Says("Shows KO, JI, TI, Boyden, S and TQ."),
+    Row<At<&Options::PanelCape>>("  CAPE = ", kTab5, Record::Same)
+        .Says("Shows CAPE, CIN, BRN, EHI and VGP."),
+    Row<At<&Options::PanelFog>>("  Fog = ", kTab5, Record::Same)
+        .Says("Shows the fog stability index, fog threat and fog point."),
+    Row<At<&Options::ThermoHeight>>("Thermo units = ", kTab5)
+        .Named("Panel height unit")
+        .Says("Unit of heights in the analysis box."),
+    Row<At<&Options::ThermoTemp>>("  Thermo units = ", kTab5, Record::Same)
+        .As("Thermo units temperature")
+        .Named("Panel temperature unit")
+        .Says("Unit of temperatures in the analysis box."),
+    Row<At<&Options::CustomPanel>>("", kTab5)
+        .As("Custom panel")
+        .Named("Custom indices")
+        .Says(
+            "Labels of the indices that the custom panel shows, in this order, parted by commas."),
+    Row<At<&Options::PtUnits>>("PTunits = ", kTab5)
+        .Named("Potential temperature unit")
+        .Says("Unit of potential temperatures."),
+};
+
+constexpr std::string_view kTab6 = "Diagram/Tab 6";
+
+constexpr OptionRow kTab6Rows[] = {
+    Row<At<&Options::PlotHodo>>("Plot Hodo = ", kTab6)
+        .Named("Hodograph inset")
+        .Says("Draws a small hodograph into the diagram."),
+    Row<At<&Options::PlotStormVector>>("Plot SM Vector = ", kTab6, Record::Same)
+        .Named("Storm motion")
+        .Says("Draws the storm motion into the small hodograph."),
+    Row<At<&Options::HodoPlace>>("Hodo location = ", kTab6)
+        .Says("Calm in the middle of the inset, or where the winds leave room for it."),
+    Row<At<&Options::HodoGridOrigin>>("Hodo Grid origin = ", kTab6)
+        .Says("Rings around a wind of zero, or around the storm motion."),
+    Row<At<&Options::HodoDepthMode>>("Hodo depth mode = ", kTab6)
+        .Says("Draws all winds, or those up to the limit."),
+    Row<At<&Options::HodoDepthLimitKm>, kTrue, Range{1, 20}>("  Depth limit = ", kTab6,
+                                                             Record::Same)
+        .In("km")
+        .Says("Height up to which the hodograph is drawn."),
+};
+
+constexpr std::string_view kTab7 = "Diagram/Tab 7";
+
+constexpr OptionRow kTab7Rows[] = {
+    Row<At<&Options::IcaoLine>>("ICAO line = ", kTab7)
+        .Says("Draws the standard atmosphere's temperatures and heights."),
+    Row<At<&Options::IcaoLabelling>>("  ICAO None/5/10 = ", kTab7, Record::Same)
+        .Named("Standard height labels")
+        .Says("How many standard heights are labelled."),
+};
+
+constexpr std::string_view kTab8 = "Diagram/Tab 8";
+
+struct LineKeys {
+  std::string_view Plot, Label, Color, Height, Style;
+};
+
+constexpr LineKeys kLineKeys[kCustomLines] = {
+    {"Line #1 Plot", "Line #1 Label", "Line #1 Color", "Line #1 Height", "Line #1 Style"},
+    {"Line #2 Plot", "Line #2 Label", "Line #2 Color", "Line #2 Height", "Line #2 Style"},
+    {"Line #3 Plot", "Line #3 Label", "Line #3 Color", "Line #3 Height", "Line #3 Style"},
+    {"Line #4 Plot", "Line #4 Label", "Line #4 Color", "Line #4 Height", "Line #4 Style"},
+    {"Line #5 Plot", "Line #5 Label", "Line #5 Color", "Line #5 Height", "Line #5 Style"},
+};
+
+template <std::size_t N, auto Member>
+constexpr auto kLine = Nth<&Options::CustomLines, N, Member>;
+
+template <std::size_t N>
+constexpr OptionRow kLineRows[] = {
+    Row<kLine<N, &CustomLine::Plot>>("Plot = ", kTab8)
+        .As(kLineKeys[N].Plot)
+        .Says("Draws a line at a height of your choice."),
+    Row<kLine<N, &CustomLine::ShowLabel>>("  Label = ", kTab8, Record::Same)
+        .As(kLineKeys[N].Label)
+        .Says("Writes its height beside the line."),
+    Row<kLine<N, &CustomLine::ColorIndex>, kTrue, kColors>("Color = ", kTab8)
+        .As(kLineKeys[N].Color)
+        .Says("Colour of the line."),
+    Row<kLine<N, &CustomLine::Height>, kTrue, kLineHeights>("  Height = ", kTab8, Record::Same)
+        .As(kLineKeys[N].Height)
+        .In("m MSL")
+        .Says("Height of the line above mean sea level."),
+    Row<kLine<N, &CustomLine::Style>>("", kTab8)
+        .As(kLineKeys[N].Style)
+        .Named("Style")
+        .ShownInReport()
+        .Says("Style of the line."),
+};
+
+using Rows = std::vector<OptionRow>;
+
+void Append(Rows& all, std::span<const OptionRow> rows) {
+  all.insert(all.end(), rows.begin(), rows.end());
+}
+
+template <std::size_t... N>
+void AppendLines(Rows& all, std::index_sequence<N...>) {
+  const auto append = [&all](std::span<const OptionRow> line, int number) {
+    for (const OptionRow& row : line) all.push_back(row.ElementOf(number));
+  };
+  (append(kLineRows<N>, static_cast<int>(N) + 1), ...);
+}
+
+}  // namespace
+
+Rows DiagramRows() {
+  Rows all;
+  for (const std::span<const OptionRow> tab :
+       {std::span<const OptionRow>(kTab1Rows), std::span<const OptionRow>(kTab2Rows),
+        std::span<const OptionRow>(kTab3Rows), std::span<const OptionRow>(kTab4Rows),
+        std::span<const OptionRow>(kTab5Rows), std::span<const OptionRow>(kTab6Rows),
+        std::span<const OptionRow>(kTab7Rows)}) {
+    Append(all, tab);
+  }
+  AppendLines(all, std::make_index_sequence<kCustomLines>());
+  return all;
+}
+
+}  // namespace vexa

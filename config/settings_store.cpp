@@ -1,0 +1,186 @@
+#include "config/settings_store.h"
+
+#include <utility>
+
+#include "config/catalogue.h"
+#include "config/system_file.h"
+
+namespace vexa {
+namespace {
+
+namespace fs = std::filesystem;
+
+// In the order of reading at start.
+constexpr SettingsFile kFiles[] = {
+    SettingsFile::System, SettingsFile::Soaring, SettingsFile::Hodograph, SettingsFile::Hodogram3D,
+    SettingsFile::Main,   SettingsFile::Window,  SettingsFile::Listing};
+
+constexpr std::size_t kFieldsPerRecord = 3;
+
+// The options of a file in the order of the catalogue, up to three of a tab on a record; after them
+// the option arrays, an element on each record.
+Records<Options> OptionRecords(SettingsFile file) {
+  Records<Options> records, elements;
+  for (const OptionRow& row : Catalogue()) {
+    if (row.File != file) continue;
+    Records<Options>& target = row.Element > 0 ? elements : records;
+    const bool starts = target.empty() || target.back().front()->Place != row.Place ||
+                        target.back().front()->Element != row.Element ||
+                        (row.Element == 0 && target.back().size() == kFieldsPerRecord);
+    if (starts) target.emplace_back();
+    target.back().push_back(&row);
+  }
+  records.insert(records.end(), elements.begin(), elements.end());
+  return records;
+}
+
+// Shows a file's parts to `visit`, in their order in the file.
+template <class Store, class Visit>
+void VisitParts(SettingsFile file, Store& store, Visit&& visit) {
+  visit(store.Set, OptionRecords(file));
+  const auto own = [&visit](auto& settings) { visit(settings, MarkedRecords(RowsOf(settings))); };
+  switch (file) {
+    case SettingsFile::System:
+      return own(store.System);
+    case SettingsFile::Soaring:
+      return own(store.Soaring);
+    case SettingsFile::Hodograph:
+      return own(store.Hodograph);
+    case SettingsFile::Hodogram3D:
+      return own(store.Hodogram3D);
+    case SettingsFile::Window:
+      return own(store.Window);
+    case SettingsFile::Listing:
+      return own(store.Listing);
+    case SettingsFile::Main:
+      return;
+  }
+}
+
+std::string WriteFile(SettingsFile file, const SettingsStore& store) {
+  SystemWriter writer;
+  if (file == SettingsFile::System) writer.TextRecord(kSystemTag);
+  VisitParts(file, store, [&writer](const auto& settings, const auto& records) {
+    writer.Write(settings, records);
+  });
+  return writer.Take();
+}
+
+// What was wrong with the file; empty when nothing was.
+std::string ReadParts(SettingsFile file, const std::string& name, const std::string& bytes,
+                      SettingsStore& store) {
+  SystemReader reader(name, bytes);
+  if (file == SettingsFile::System && reader.TextRecord("the version tag") != kSystemTag) {
+    reader.Note("the version tag is not " + std::string(kSystemTag));
+    store.System = {};
+    return reader.Problem();
+  }
+  VisitParts(file, store,
+             [&reader](auto& settings, const auto& records) { reader.Read(settings, records); });
+  reader.ExpectEnd();
+  return reader.Problem();
+}
+
+std::optional<Fault> BackUp(const fs::path& path, FileOps& ops) {
+  const Outcome<std::string> bytes = ReadFile(path);
+  if (!bytes) {
+    if (bytes.Error().Number == kFaultFileNotFound) return std::nullopt;
+    return bytes.Error();
+  }
+  fs::path copy = path;
+  copy += ".bak";
+  return SaveFile(copy, bytes.Value(), ops);
+}
+
+}  // namespace
+
+std::string SettingsFileName(SettingsFile file, Configuration active) {
+  const std::string tag(kSystemTag);
+  switch (file) {
+    case SettingsFile::System:
+      return "VEXA.SYS";
+    case SettingsFile::Soaring:
+      return "VEXAsoar.CFG";
+    case SettingsFile::Hodograph:
+      return tag + ".HOD";
+    case SettingsFile::Hodogram3D:
+      return tag + ".H3D";
+    case SettingsFile::Window:
+      return tag + ".RAW";
+    case SettingsFile::Listing:
+      return tag + ".THM";
+    case SettingsFile::Main:
+      break;
+  }
+  const bool isNamed = active != Configuration::None;
+  return "VEXA" + (isNamed ? std::string(Word(active)) : "") + "MAIN.SYS";
+}
+
+void LoadSettingsFile(const fs::path& folder, SettingsFile file, SettingsStore& store,
+                      std::vector<std::string>& notes) {
+  const std::string name = SettingsFileName(file, store.Active);
+  const Outcome<std::string> bytes = ReadFile(folder / PathFromText(name));
+  const bool isMissing = !bytes && bytes.Error().Number == kFaultFileNotFound;
+  std::string problem = ReadParts(file, name, bytes ? bytes.Value() : "", store);
+  if (!bytes) problem = isMissing ? "" : bytes.Error().Detail;
+  if (file == SettingsFile::Main) {
+    const std::vector<std::string> repaired = RepairOptions(store.Set);
+    if (problem.empty() && !repaired.empty()) problem = name + ": " + repaired.front();
+  }
+  if (file == SettingsFile::System) store.Active = store.System.Current;
+  store.Damaged.erase(name);
+  if (problem.empty()) return;
+  store.Damaged.insert(name);
+  notes.push_back(problem + '.');
+}
+
+void LoadSettings(const fs::path& folder, SettingsStore& store, std::vector<std::string>& notes) {
+  store = {};
+  for (const SettingsFile file : kFiles) LoadSettingsFile(folder, file, store, notes);
+}
+
+std::optional<Fault> SaveSettingsFile(const fs::path& folder, SettingsFile file,
+                                      SettingsStore& store, FileOps& ops) {
+  const std::string name = SettingsFileName(file, store.Active);
+  const fs::path path = folder / PathFromText(name);
+  if (store.Damaged.contains(name)) {
+    if (std::optional<Fault> fault = BackUp(path, ops)) return fault;
+    store.Damaged.erase(name);
+  }
+  return SaveFile(path, WriteFile(file, store), ops);
+}
+
+std::optional<Fault> SaveSettings(const fs::path& folder, SettingsStore& store, FileOps& ops) {
+  std::optional<Fault> first;
+  for (const SettingsFile file : kFiles) {
+    const std::optional<Fault> fault = SaveSettingsFile(folder, file, store, ops);
+    if (!first) first = fault;
+  }
+  return first;
+}
+
+std::optional<Fault> SwitchConfiguration(const fs::path& folder, Configuration to,
+                                         SettingsStore& store, std::vector<std::string>& notes,
+                                         FileOps& ops) {
+  SettingsStore next = store;
+  if (auto fault = SaveSettingsFile(folder, SettingsFile::Main, next, ops)) return fault;
+  store.Damaged = next.Damaged;  // the copy of a damaged file must not be replaced by a later one
+  next.Active = next.System.Current = to;
+  std::vector<std::string> found;
+  LoadSettingsFile(folder, SettingsFile::Main, next, found);
+  if (auto fault = SaveSettingsFile(folder, SettingsFile::System, next, ops)) return fault;
+  store = std::move(next);
+  notes.insert(notes.end(), found.begin(), found.end());
+  return std::nullopt;
+}
+
+std::string ConfigurationCaption(const SettingsStore& store) {
+  const SystemSettings& system = store.System;
+  const bool isShown = system.CaptionEnabled && system.CaptionOnDiagram;
+  if (!isShown || store.Active == Configuration::None) return {};
+  const auto index = static_cast<std::size_t>(store.Active) - 1;
+  return "VEXA Config #" + std::string(Word(store.Active)) + ": " +
+         system.Configurations[index].Name;
+}
+
+}  // namespace vexa

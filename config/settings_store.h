@@ -1,0 +1,69 @@
+// All settings of the program and the files that hold them. Each option has one home: the main
+// settings of the active configuration, or the file of the window that owns it.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "config/options.h"
+#include "config/setting_row.h"
+#include "config/window_settings.h"
+#include "core/fault.h"
+#include "core/files.h"
+
+namespace vexa {
+
+struct SettingsStore {
+  SystemSettings System{};
+  Configuration Active = Configuration::None;  // whose main settings are in force
+  Options Set{};
+  MainWindowSettings Window{};
+  HodographSettings Hodograph{};
+  Hodogram3DSettings Hodogram3D{};
+  ListingSettings Listing{};
+  SoaringSettings Soaring{};
+  std::set<std::string> Damaged{};  // files to copy before they are first overwritten
+  bool operator==(const SettingsStore&) const = default;
+};
+
+/// Name of a settings file; the main settings have one for each configuration.
+std::string SettingsFileName(SettingsFile file, Configuration active);
+
+/// Reads one file. What it does not say, or says in a way that no row takes, has its default; a
+/// file that is missing leaves all defaults. A file with a fault of any kind adds one note, a
+/// sentence with its name, the line and the reason.
+void LoadSettingsFile(const std::filesystem::path& folder, SettingsFile file, SettingsStore& store,
+                      std::vector<std::string>& notes);
+
+/// Reads all files, VEXA.SYS first, since it names the configuration whose main settings apply.
+void LoadSettings(const std::filesystem::path& folder, SettingsStore& store,
+                  std::vector<std::string>& notes);
+
+/// Writes one file; one that was found damaged is copied to NAME.bak before. Faults 61, 75, 76 name
+/// the file, which is then as it was.
+[[nodiscard]] std::optional<Fault> SaveSettingsFile(const std::filesystem::path& folder,
+                                                    SettingsFile file, SettingsStore& store,
+                                                    FileOps& ops = SystemFileOps());
+
+/// Writes all files. One that fails does not keep the others from being written; the first fault.
+[[nodiscard]] std::optional<Fault> SaveSettings(const std::filesystem::path& folder,
+                                                SettingsStore& store,
+                                                FileOps& ops = SystemFileOps());
+
+/// Saves the main settings of the active configuration, makes another one active and reads its
+/// main settings; it starts with the defaults when it has none. After a fault nothing has changed
+/// in the store.
+[[nodiscard]] std::optional<Fault> SwitchConfiguration(const std::filesystem::path& folder,
+                                                       Configuration to, SettingsStore& store,
+                                                       std::vector<std::string>& notes,
+                                                       FileOps& ops = SystemFileOps());
+
+/// "VEXA Config #1: NAME" for the diagram; empty without an active configuration and unless both
+/// of its flags are set.
+std::string ConfigurationCaption(const SettingsStore& store);
+
+}  // namespace vexa

@@ -1,0 +1,128 @@
+#include "config/system_file.h"
+
+#include <utility>
+
+#include "core/numbers.h"
+
+namespace vexa {
+namespace {
+
+struct Escape {
+  char Plain;
+  std::string_view Code;
+};
+
+constexpr Escape kEscapes[] = {
+    {'"', "%22"}, {'\r', "%0D"}, {'\n', "%0A"}, {'\x1A', "%1A"}, {'%', "%25"}};
+constexpr char kEndOfText = '\x1A';  // closes files of the time before Windows
+
+bool IsBare(OptionKind kind) {
+  return kind == OptionKind::Whole || kind == OptionKind::Number || kind == OptionKind::Color;
+}
+
+}  // namespace
+
+std::string EncodeText(std::string_view text) {
+  std::string encoded;
+  for (const char c : text) {
+    std::string_view code(&c, 1);
+    for (const Escape& escape : kEscapes) {
+      if (escape.Plain == c) code = escape.Code;
+    }
+    encoded += code;
+  }
+  return encoded;
+}
+
+std::string DecodeText(std::string_view text) {
+  std::string decoded;
+  while (!text.empty()) {
+    char plain = text.front();
+    std::size_t length = 1;
+    for (const Escape& escape : kEscapes) {
+      if (!text.starts_with(escape.Code)) continue;
+      plain = escape.Plain;
+      length = escape.Code.size();
+      break;
+    }
+    decoded += plain;
+    text.remove_prefix(length);
+  }
+  return decoded;
+}
+
+SystemWriter::SystemWriter() {
+  TextRecord(kSystemHeader);
+}
+
+void SystemWriter::TextRecord(std::string_view text) {
+  text_.Text(EncodeText(text));
+  text_.EndRecord();
+}
+
+void SystemWriter::Field(const RowInfo& row, const std::string& value) {
+  const std::optional<double> number = IsBare(row.Kind) ? ParseNumber(value) : std::nullopt;
+  if (number) {
+    text_.Number(*number);
+  } else {
+    text_.Text(EncodeText(value));
+  }
+}
+
+SystemReader::SystemReader(std::string name, const std::string& bytes)
+    : lines_(std::move(name), bytes.substr(0, bytes.find(kEndOfText))) {
+  if (!NextLine()) Note("the file is empty");
+}
+
+void SystemReader::Note(std::string_view reason) {
+  if (problem_.empty()) problem_ = AtLine(lines_.Name(), line_, reason);
+}
+
+// The next line that is not blank.
+bool SystemReader::NextLine() {
+  while (++line_ <= lines_.LineCount()) {
+    if (!Trim(lines_.Line(line_)).empty()) return true;
+  }
+  return false;
+}
+
+std::optional<std::string> SystemReader::TextRecord(std::string_view what) {
+  RowInfo row{.Key = what, .Kind = OptionKind::Text};
+  std::vector<std::string> fields = NextRecord({&row});
+  if (fields.empty()) return std::nullopt;
+  return std::move(fields.front());
+}
+
+std::vector<std::string> SystemReader::NextRecord(const std::vector<const RowInfo*>& rows) {
+  if (!NextLine()) {
+    Note("the file ends where " + std::string(rows.front()->Key) + " should stand");
+    return {};
+  }
+  // The line goes to the reader alone, so that a torn text ends with it.
+  RecordReader reader(lines_.Line(line_), {});
+  std::vector<std::string> fields;
+  for (const RowInfo* row : rows) {
+    const Outcome<RecordField> field = reader.Next(row->Key);
+    if (!field) {
+      const std::string& detail = field.Error().Detail;  // "line 1: reason"
+      Note(detail.substr(detail.find(": ") + 2));
+      return fields;
+    }
+    const std::string_view text = field.Value().Text;
+    fields.push_back(field.Value().Quoted ? DecodeText(text) : std::string(text));
+  }
+  if (reader.Next({})) Note("the record has more fields than this version knows");
+  return fields;
+}
+
+void SystemReader::Refuse(const RowInfo& row, std::string_view field) {
+  constexpr std::size_t kLongest = 40;
+  Note(std::string(row.Key) + " does not take \"" + std::string(field.substr(0, kLongest)) +
+       "\" and keeps its default");
+}
+
+void SystemReader::ExpectEnd() {
+  if (NextLine()) Note("the file has more records than this version knows");
+}
+
+}  // namespace vexa

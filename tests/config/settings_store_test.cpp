@@ -1,0 +1,389 @@
+#include "config/settings_store.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+
+#include "config/catalogue.h"
+#include "config/random_settings.h"
+#include "config/system_file.h"
+#include "support/soundings.h"
+
+namespace vexa {
+namespace {
+
+namespace fs = std::filesystem;
+using Notes = std::vector<std::string>;
+
+template <class S>
+void Randomise(S& settings, std::mt19937& random) {
+  for (const SettingRow<S>& row : RowsOf(settings)) {
+    ASSERT_TRUE(row.Read(settings, test::AnyValue(row, random))) << row.Key;
+  }
+}
+
+SettingsStore AnyStore(std::mt19937& random) {
+  SettingsStore store;
+  do {
+    for (const OptionRow& row : Catalogue()) {
+      EXPECT_TRUE(row.Read(store.Set, test::AnyValue(row, random))) << row.Key;
+    }
+  } while (CheckOptions(store.Set));
+  Randomise(store.System, random);
+  Randomise(store.Window, random);
+  Randomise(store.Hodograph, random);
+  Randomise(store.Hodogram3D, random);
+  Randomise(store.Listing, random);
+  Randomise(store.Soaring, random);
+  store.Active = store.System.Current;
+  return store;
+}
+
+std::map<std::string, std::string> FilesIn(const fs::path& folder) {
+  std::map<std::string, std::string> files;
+  for (const auto& entry : fs::directory_iterator(folder)) {
+    files[entry.path().filename().string()] = ReadFile(entry.path()).Value();
+  }
+  return files;
+}
+
+SettingsStore Loaded(const fs::path& folder, Notes& notes) {
+  SettingsStore store;
+  store.Set.TempMin = -77;  // must not outlive the load
+  LoadSettings(folder, store, notes);
+  return store;
+}
+
+// Leaves it to the system when the bytes reach the disk: thousands of files are written here.
+class UnhurriedOps : public FileOps {
+ public:
+  std::error_code Flush(std::FILE*) override { return {}; }
+  std::error_code Rename(const fs::path& from, const fs::path& to) override {
+    std::error_code failed;
+    fs::rename(from, to, failed);
+    return failed;
+  }
+};
+
+TEST(Settings, WhatIsWrittenReadsBackTheSame) {
+  std::mt19937 random(21);
+  UnhurriedOps ops;
+  for (int i = 0; i < 200; ++i) {
+    const test::TemporaryFolder folder;
+    SettingsStore store = AnyStore(random);
+    ASSERT_FALSE(SaveSettings(folder.Path(), store, ops));
+    const auto first = FilesIn(folder.Path());
+    EXPECT_EQ(first.size(), 7U);
+
+    Notes notes;
+    SettingsStore back = Loaded(folder.Path(), notes);
+    EXPECT_EQ(notes, Notes{});
+    ASSERT_EQ(back, store);
+    ASSERT_FALSE(SaveSettings(folder.Path(), back, ops));
+    ASSERT_EQ(FilesIn(folder.Path()), first);
+  }
+}
+
+TEST(Settings, TheFilesAsTheyStand) {
+  const test::TemporaryFolder folder;
+  SettingsStore store;
+  store.System.Configurations[0] = {"Gliding", ""};
+  store.System.Configurations[1] = {"6\" dish, 5%", "Z\xC3\xBCrich"};
+  store.Set.System.SoarTm = 31.5;
+  ASSERT_FALSE(SaveSettings(folder.Path(), store));
+  auto files = FilesIn(folder.Path());
+  const std::string header = "\"This is a VEXA system file -- Do Not Alter.\"\r\n";
+  EXPECT_EQ(files["VEXA.SYS"], header +
+                                   "\"VEXA56+\"\r\n"
+                                   "\"0\",\"true\",\"true\"\r\n"
+                                   "\"Gliding\",\"\"\r\n"
+                                   "\"6%22 dish, 5%25\",\"Z\xC3\xBCrich\"\r\n"
+                                   "800,1\r\n");
+  EXPECT_EQ(files["VEXAsoar.CFG"], header +
+                                       "3000,1,\"MSL\"\r\n"
+                                       "31.5\r\n"
+                                       "\"FEET\",\"FT/MIN\",\"C\"\r\n");
+  for (const char* name : {"VEXA56+.RAW", "VEXA56+.HOD", "VEXA56+.H3D", "VEXA56+.THM"}) {
+    EXPECT_TRUE(files[name].starts_with(header)) << name;
+  }
+  const std::string& main = files["VEXAMAIN.SYS"];
+  EXPECT_TRUE(main.starts_with(header + "\"no\",\"yes\",\"no\"\r\n0,0,\"default\"\r\n")) << main;
+  EXPECT_NE(main.find("\"vexadata\\\",\"crosdata\\\",\"\"\r\n"), std::string::npos);
+  EXPECT_TRUE(main.ends_with("\"false\",\"true\",4,0,\"dash\"\r\n"));
+  // About forty records for the options, then one for each custom line.
+  const auto records = std::ranges::count(main, '\n') - 1 - kCustomLines;
+  EXPECT_GE(records, 35);
+  EXPECT_LE(records, 50);
+}
+
+TEST(Settings, OneHomeForEachOption) {
+  // Changing the owner's file must not touch the main settings, and the other way round.
+  const test::TemporaryFolder folder;
+  SettingsStore store;
+  ASSERT_FALSE(SaveSettings(folder.Path(), store));
+  const auto before = FilesIn(folder.Path());
+  struct Case {
+    const char *Assignment, *File;
+  };
+  const Case cases[] = {
+      {"TriggerHgt=4000", "VEXAsoar.CFG"},   {"HodoInvert=true", "VEXA56+.HOD"},
+      {"SortMode=date", "VEXA56+.RAW"},      {"DumpData4=F", "VEXA56+.RAW"},
+      {"Freeze line=false", "VEXAMAIN.SYS"}, {"Autoload=true", "VEXAMAIN.SYS"},
+  };
+  for (const Case& c : cases) {
+    SettingsStore changed;
+    ASSERT_FALSE(SetOption(changed.Set, c.Assignment));
+    ASSERT_FALSE(SaveSettings(folder.Path(), changed));
+    for (const auto& [name, bytes] : FilesIn(folder.Path())) {
+      EXPECT_EQ(bytes != before.at(name), name == c.File) << c.Assignment << ' ' << name;
+    }
+  }
+}
+
+TEST(Settings, AMissingFolderOrFileMeansDefaults) {
+  const test::TemporaryFolder folder;
+  Notes notes;
+  EXPECT_EQ(Loaded(folder.Path() / "none", notes), SettingsStore{});
+  EXPECT_EQ(notes, Notes{});
+}
+
+TEST(Settings, DamageCostsNoMoreThanItTouches) {
+  struct Case {
+    const char* About;
+    SettingsFile File;
+    const char* Text;  // behind the header
+    const char* Note;
+    bool (*Kept)(const SettingsStore&);
+  };
+  const Case cases[] = {
+      {"another version's tag", SettingsFile::System,
+       "\"VEXA56\"\r\n\"1\",\"false\",\"true\"\r\n\"a\",\"b\"\r\n\"c\",\"d\"\r\n900,2\r\n",
+       "VEXA.SYS, line 2: the version tag is not VEXA56+.",
+       [](const SettingsStore& s) { return s.System == SystemSettings{}; }},
+      {"a tag with more behind it", SettingsFile::System,
+       "\"VEXA56+ \"\r\n\"1\",\"false\",\"true\"\r\n\"a\",\"b\"\r\n\"c\",\"d\"\r\n900,2\r\n",
+       "VEXA.SYS, line 2: the version tag is not VEXA56+.",
+       [](const SettingsStore& s) { return s.System == SystemSettings{}; }},
+      {"nothing but the header", SettingsFile::System, "",
+       "VEXA.SYS, line 2: the file ends where the version tag should stand.",
+       [](const SettingsStore& s) { return s.System == SystemSettings{}; }},
+      {"the right tag, then the end", SettingsFile::System,
+       "\"VEXA56+\"\r\n\"2\",\"false\",\"true\"\r\n\"a\",\"b\"\r\n",
+       "VEXA.SYS, line 5: the file ends where name of configuration 2 should stand.",
+       [](const SettingsStore& s) {
+         return s.Active == Configuration::Second && !s.System.CaptionEnabled &&
+                s.System.Configurations[0].Description == "b" && s.System.LeastScreenWidth == 800;
+       }},
+      {"a configuration that does not exist", SettingsFile::System,
+       "\"VEXA56+\"\r\n\"3\",\"false\",\"true\"\r\n\"a\",\"b\"\r\n\"c\",\"d\"\r\n900,2\r\n",
+       "VEXA.SYS, line 3: current configuration does not take \"3\" and keeps its default.",
+       [](const SettingsStore& s) {
+         return s.Active == Configuration::None && s.System.ScreenScale == 2;
+       }},
+      {"a word not in the list, a value out of range", SettingsFile::Soaring,
+       "99999,2,\"sideways\"\r\n\"\"\r\n\"METER\",\"M/S\",\"F\"\r\n",
+       "VEXAsoar.CFG, line 2: TriggerHgt does not take \"99999\" and keeps its default.",
+       [](const SettingsStore& s) {
+         return s.Set.System.TriggerHgt == 3000 && s.Set.System.LiftEq == 2 &&
+                s.Set.System.SoarHgtMode == HeightMode::Msl &&
+                s.Soaring.Lift == LiftUnits::MetersPerSecond;
+       }},
+      {"a record that lacks a field", SettingsFile::Soaring,
+       "4000,2\r\n12.5\r\n\"METER\",\"M/S\",\"F\"\r\n",
+       "VEXAsoar.CFG, line 2: the data end where SoarHgtMode should stand.",
+       [](const SettingsStore& s) {
+         return s.Set.System.LiftEq == 2 && s.Set.System.SoarTm == 12.5 &&
+                s.Soaring.Heights == LengthUnits::Meter;
+       }},
+      {"a record with a field too many", SettingsFile::Soaring,
+       "4000,2,\"AGL\",7\r\n12.5\r\n\"METER\",\"M/S\",\"F\"\r\n",
+       "VEXAsoar.CFG, line 2: the record has more fields than this version knows.",
+       [](const SettingsStore& s) {
+         return s.Set.System.SoarHgtMode == HeightMode::Agl && s.Set.System.SoarTm == 12.5;
+       }},
+      {"a torn text ends with its line", SettingsFile::Soaring,
+       "4000,2,\"AGL\r\n12.5\r\n\"METER\",\"M/S\",\"F\"\r\n",
+       "VEXAsoar.CFG, line 2: a text lacks its closing quote.",
+       [](const SettingsStore& s) {
+         return s.Set.System.TriggerHgt == 4000 && s.Set.System.SoarTm == 12.5;
+       }},
+      {"more records than known", SettingsFile::Soaring,
+       "4000,2,\"AGL\"\r\n12.5\r\n\"METER\",\"M/S\",\"F\"\r\n1,2\r\n",
+       "VEXAsoar.CFG, line 5: the file has more records than this version knows.",
+       [](const SettingsStore& s) { return s.Set.System.SoarTm == 12.5; }},
+      {"a foreign file", SettingsFile::Listing, "TTAA 51231 72357\n99970 28009\n",
+       "VEXA56+.THM, line 2: the data end where height interval should stand.",
+       [](const SettingsStore& s) { return s.Listing == ListingSettings{}; }},
+      {"bytes that are no text", SettingsFile::Hodogram3D, "\xFF\xFE\x01\",\r,,\"\r\n\x80",
+       "VEXA56+.H3D, line 2: the record has more fields than this version knows.",
+       [](const SettingsStore& s) { return s.Hodogram3D == Hodogram3DSettings{}; }},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.About);
+    const test::TemporaryFolder folder;
+    const std::string name = SettingsFileName(c.File, Configuration::None);
+    const std::string bytes = "\"any header\"\r\n" + std::string(c.Text);
+    ASSERT_FALSE(SaveFile(folder.Path() / name, bytes));
+    Notes notes;
+    SettingsStore store = Loaded(folder.Path(), notes);
+    ASSERT_EQ(notes.size(), 1U);
+    EXPECT_TRUE(notes[0].starts_with(c.Note)) << notes[0];
+    EXPECT_TRUE(c.Kept(store));
+
+    // The first save keeps a copy, the second leaves the copy alone.
+    ASSERT_FALSE(SaveSettingsFile(folder.Path(), c.File, store));
+    ASSERT_FALSE(SaveSettingsFile(folder.Path(), c.File, store));
+    const auto files = FilesIn(folder.Path());
+    EXPECT_EQ(files.at(name + ".bak"), bytes);
+    EXPECT_NE(files.at(name), bytes);
+    EXPECT_EQ(files.size(), 2U);
+  }
+}
+
+TEST(Settings, WhateverAFileHoldsTheResultIsUsable) {
+  std::mt19937 random(22);
+  const auto below = [&random](std::size_t count) {
+    return std::uniform_int_distribution<std::size_t>(0, count - 1)(random);
+  };
+  UnhurriedOps ops;
+  const test::TemporaryFolder folder;
+  SettingsStore store = AnyStore(random);
+  ASSERT_FALSE(SaveSettings(folder.Path(), store, ops));
+  const std::string name = SettingsFileName(SettingsFile::Main, store.Active);
+  const std::string whole = ReadFile(folder.Path() / name).Value();
+  for (int i = 0; i < 150; ++i) {
+    std::string bytes = whole;
+    for (std::size_t n = below(6) + 1; n > 0; --n) {
+      const std::string_view kinds = "\"\r\n,%\x1A-9\xFF";
+      bytes[below(bytes.size())] = kinds[below(kinds.size())];
+      if (below(3) == 0) bytes.erase(below(bytes.size()), below(40));
+    }
+    ASSERT_FALSE(SaveFile(folder.Path() / name, bytes, ops));
+    SettingsStore read = store;
+    Notes notes;
+    LoadSettingsFile(folder.Path(), SettingsFile::Main, read, notes);
+    EXPECT_LE(notes.size(), 1U);
+    EXPECT_EQ(CheckOptions(read.Set), std::nullopt);
+    for (const OptionRow& row : Catalogue()) {
+      Options back;
+      EXPECT_TRUE(row.Read(back, row.Write(read.Set))) << row.Key;
+    }
+    EXPECT_EQ(read.Set.System.SortMode, store.Set.System.SortMode);  // of another file
+  }
+}
+
+TEST(Settings, OptionsThatDoNotGoTogetherFallBack) {
+  const test::TemporaryFolder folder;
+  SettingsStore store;
+  store.Set.TempMin = 30;
+  store.Set.FreezeLine = false;
+  ASSERT_FALSE(SaveSettings(folder.Path(), store));
+  Notes notes;
+  const SettingsStore back = Loaded(folder.Path(), notes);
+  EXPECT_EQ(notes, Notes{"VEXAMAIN.SYS: Temp MAX must lie between Temp MIN + 40 and 60."});
+  EXPECT_EQ(back.Set.TempMin, -40);
+  EXPECT_FALSE(back.Set.FreezeLine);
+}
+
+TEST(Settings, WhatCannotBeWrittenNamesItsFileAndStaysAsItWas) {
+  const test::TemporaryFolder folder;
+  SettingsStore store;
+  ASSERT_FALSE(SaveSettings(folder.Path(), store));
+  const fs::path locked = folder.Path() / "VEXA56+.HOD";
+  fs::permissions(locked, fs::perms::owner_read);
+  const std::string before = ReadFile(locked).Value();
+  store.Hodograph.Hold = true;
+  store.Listing.TopDown = true;
+  const std::optional<Fault> fault = SaveSettings(folder.Path(), store);
+  ASSERT_TRUE(fault);
+  EXPECT_EQ(fault->Number, kFaultPathAccess);
+  EXPECT_EQ(fault->File, "VEXA56+.HOD");
+  EXPECT_EQ(ReadFile(locked).Value(), before);
+  Notes notes;
+  EXPECT_TRUE(Loaded(folder.Path(), notes).Listing.TopDown);  // the others were written
+  fs::permissions(locked, fs::perms::owner_all);
+
+  // A file in the folder's place, and a folder in a file's place.
+  const std::optional<Fault> noFolder = SaveSettings(locked, store);
+  ASSERT_TRUE(noFolder);
+  EXPECT_EQ(noFolder->File, "VEXA.SYS");
+  const fs::path taken = folder.Path() / "VEXAsoar.CFG";
+  fs::remove(taken);
+  fs::create_directory(taken);
+  notes.clear();
+  store = Loaded(folder.Path(), notes);
+  ASSERT_EQ(notes.size(), 1U);
+  EXPECT_NE(notes[0].find("VEXAsoar.CFG: not an ordinary file."), std::string::npos) << notes[0];
+  const std::optional<Fault> noFile = SaveSettings(folder.Path(), store);
+  ASSERT_TRUE(noFile);
+  EXPECT_EQ(noFile->File, "VEXAsoar.CFG");
+  EXPECT_TRUE(fs::is_directory(taken));
+}
+
+TEST(SwitchConfiguration, EachHasItsOwnMainSettings) {
+  const test::TemporaryFolder folder;
+  SettingsStore store;
+  store.System.Configurations = {{{"Gliding", ""}, {"Storms", ""}}};
+  store.Set.TempMin = -60;
+  store.Set.System.SortMode = FileOrder::Date;  // lives with the window, for all of them
+  Notes notes;
+  EXPECT_EQ(ConfigurationCaption(store), "");
+  ASSERT_FALSE(SwitchConfiguration(folder.Path(), Configuration::First, store, notes));
+  EXPECT_EQ(ConfigurationCaption(store), "VEXA Config #1: Gliding");
+  EXPECT_EQ(store.Set.TempMin, -40);
+  EXPECT_EQ(store.Set.System.SortMode, FileOrder::Date);
+  store.Set.TempMin = -70;
+  ASSERT_FALSE(SwitchConfiguration(folder.Path(), Configuration::Second, store, notes));
+  EXPECT_EQ(ConfigurationCaption(store), "VEXA Config #2: Storms");
+  ASSERT_FALSE(SwitchConfiguration(folder.Path(), Configuration::None, store, notes));
+  EXPECT_EQ(store.Set.TempMin, -60);
+  ASSERT_FALSE(SwitchConfiguration(folder.Path(), Configuration::First, store, notes));
+  EXPECT_EQ(store.Set.TempMin, -70);
+  EXPECT_EQ(notes, Notes{});
+  // The next start finds the same configuration active.
+  const SettingsStore next = Loaded(folder.Path(), notes);
+  EXPECT_EQ(next.Active, Configuration::First);
+  EXPECT_EQ(next.Set.TempMin, -70);
+  for (const std::string name : {"VEXAMAIN.SYS", "VEXA1MAIN.SYS", "VEXA2MAIN.SYS"}) {
+    EXPECT_TRUE(fs::exists(folder.Path() / name)) << name;
+  }
+  for (bool SystemSettings::*flag :
+       {&SystemSettings::CaptionEnabled, &SystemSettings::CaptionOnDiagram}) {
+    SettingsStore hidden = store;
+    hidden.System.*flag = false;
+    EXPECT_EQ(ConfigurationCaption(hidden), "");
+  }
+}
+
+TEST(SwitchConfiguration, TheCopyOfADamagedFileOutlivesAFault) {
+  const test::TemporaryFolder folder;
+  const fs::path main = folder.Path() / "VEXAMAIN.SYS";
+  ASSERT_FALSE(SaveFile(main, "\"header\"\r\n\"torn\r\n"));
+  Notes notes;
+  SettingsStore store = Loaded(folder.Path(), notes);
+  EXPECT_EQ(notes.size(), 1U);
+  fs::create_directory(folder.Path() / "VEXA.SYS");
+  ASSERT_TRUE(SwitchConfiguration(folder.Path(), Configuration::First, store, notes));
+  ASSERT_FALSE(SaveSettingsFile(folder.Path(), SettingsFile::Main, store));
+  EXPECT_EQ(ReadFile(folder.Path() / "VEXAMAIN.SYS.bak").Value(), "\"header\"\r\n\"torn\r\n");
+}
+
+TEST(SwitchConfiguration, AFaultChangesNothing) {
+  const test::TemporaryFolder folder;
+  SettingsStore store;
+  ASSERT_FALSE(SaveSettings(folder.Path(), store));
+  for (const char* name : {"VEXAMAIN.SYS", "VEXA.SYS"}) {
+    fs::permissions(folder.Path() / name, fs::perms::owner_read);
+    const SettingsStore before = store;
+    Notes notes;
+    const auto fault = SwitchConfiguration(folder.Path(), Configuration::First, store, notes);
+    ASSERT_TRUE(fault);
+    EXPECT_EQ(fault->File, name);
+    EXPECT_EQ(store, before);
+    fs::permissions(folder.Path() / name, fs::perms::owner_all);
+  }
+}
+
+}  // namespace
+}  // namespace vexa
