@@ -157,7 +157,7 @@ TEST(StationFile, LookupFillsTheHeader) {
 }
 
 // The file that the program ships: sound, written as the program writes, and with stations where
-// listings of their soundings place them (positions of a sounding archive's pages).
+// an atlas has the towns, those among them whose lists contradict each other.
 TEST(StationFile, ShippedFile) {
   const auto text = ReadFile(fs::path(VEXA_SOURCE_DIR) / "share" / "VEXA.STN");
   ASSERT_TRUE(text);
