@@ -23,6 +23,10 @@ RecordReader::RecordReader(std::string_view text, std::string_view name)
   if (text_.starts_with(kByteOrderMark)) text_.remove_prefix(kByteOrderMark.size());
 }
 
+bool RecordReader::AtEnd() const {
+  return text_.find_first_not_of(" \t\r\n", at_) == std::string_view::npos;
+}
+
 Fault RecordReader::DamagedAt(int line, std::string_view reason) const {
   return Fault{kFaultEndOfFile, "RecordReader", AtLine(name_, line, reason), std::string(name_)};
 }
@@ -134,6 +138,12 @@ RecordWriter& RecordWriter::Number(float value) {
 RecordWriter& RecordWriter::Number(int value) {
   Separate();
   text_ += Shortest(value);
+  return *this;
+}
+
+RecordWriter& RecordWriter::Bare(std::string_view field) {
+  Separate();
+  text_ += field;
   return *this;
 }
 

@@ -36,6 +36,8 @@ class RecordReader {
   /// The next field as a whole number not below 0.
   Outcome<int> Count(std::string_view what);
 
+  /// True when nothing but blanks and line ends is left.
+  bool AtEnd() const;
   int Line() const { return line_; }
   Fault DamagedAt(int line, std::string_view reason) const;
 
@@ -58,6 +60,8 @@ class RecordWriter {
   RecordWriter& Number(double value);
   RecordWriter& Number(float value);
   RecordWriter& Number(int value);
+  /// A bare field as it stands; it must hold no comma, quote or line end.
+  RecordWriter& Bare(std::string_view field);
   void EndRecord();
 
   std::string Take() { return std::move(text_); }

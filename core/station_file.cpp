@@ -1,0 +1,340 @@
+#include "core/station_file.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+#include <vector>
+
+#include "core/error_report.h"
+#include "core/markers.h"
+#include "core/numbers.h"
+#include "core/record_text.h"
+#include "core/source_text.h"
+#include "core/units.h"
+
+namespace vexa {
+namespace {
+
+constexpr std::string_view kTitleMarker = "VEXA STATION LISTING";
+constexpr std::string_view kNumberMarker = "WMO";
+constexpr std::string_view kWarning = "Warning ...";
+
+bool IsDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+
+// A number, signed or quoted, begins the first record; every other line belongs to the header.
+bool BeginsRecord(std::string_view line) {
+  line = Trim(line);
+  if (line.starts_with('"')) line = Trim(line.substr(1));
+  if (line.starts_with('-') || line.starts_with('+')) line.remove_prefix(1);
+  return !line.empty() && IsDigit(line.front());
+}
+
+// Cuts the header off a text and gives its lines.
+std::vector<std::string> TakeHeader(std::string_view& text) {
+  constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+  if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
+  std::vector<std::string> lines;
+  while (!text.empty() && !BeginsRecord(text.substr(0, text.find('\n')))) {
+    const std::size_t end = text.find('\n');
+    std::string_view line = text.substr(0, end);
+    while (line.ends_with('\r')) line.remove_suffix(1);
+    lines.emplace_back(line);
+    text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+  }
+  return lines;
+}
+
+bool HasMarker(const std::vector<std::string>& lines, std::string_view marker) {
+  return std::ranges::any_of(
+      lines, [marker](const std::string& line) { return line.find(marker) != std::string::npos; });
+}
+
+// What a record's fields break, the gravest for the reader first.
+struct Complaint {
+  StationTrouble Kind = StationTrouble::None;
+  std::string Reason{};
+};
+
+Complaint CheckRecordTexts(const StationTexts& texts) {
+  for (const StationField field : {StationField::Latitude, StationField::Longitude}) {
+    const std::string& text = texts[static_cast<std::size_t>(field)];
+    if (text.find('.') == std::string::npos) {
+      return {StationTrouble::Format, std::string(Text(field)) + ": lacks a decimal point"};
+    }
+  }
+  // A file's texts may be empty and its elevations fractions of a metre, unlike an editor's.
+  for (const StationField field :
+       {StationField::Elevation, StationField::Latitude, StationField::LatHemi,
+        StationField::Longitude, StationField::LonHemi}) {
+    const std::string& text = texts[static_cast<std::size_t>(field)];
+    if (field == StationField::Elevation && ParseNumber(text)) continue;
+    const std::optional<Fault> fault = CheckStationField(field, text);
+    if (!fault) continue;
+    const bool isQuadrant = field == StationField::LatHemi || field == StationField::LonHemi;
+    return {isQuadrant ? StationTrouble::Quadrant : StationTrouble::Format, fault->Detail};
+  }
+  return {};
+}
+
+class StationReader {
+ public:
+  StationReader(std::string_view text, std::string_view name, int headerLines, StationReading& into)
+      : fields_(text, name), name_(name), linesBefore_(headerLines), into_(into) {}
+
+  void Read() {
+    while (ReadRecord()) {
+    }
+  }
+
+ private:
+  void Note(StationTrouble kind, int line, std::string_view reason) {
+    if (into_.Finding.Kind != StationTrouble::None) return;
+    into_.Finding = {kind, number_, AtLine(name_, linesBefore_ + line, reason)};
+  }
+
+  // Nothing more can be read: the text has ended, or a quote does not close.
+  bool Stop() {
+    if (fields_.AtEnd()) {
+      Note(StationTrouble::EndOfFile, fields_.Line(), "ends without the number 99999");
+    } else {
+      Note(StationTrouble::Format, fields_.Line(), "a quote is not closed or a comma is missing");
+    }
+    return false;
+  }
+
+  // False at the end: at 99999, at the end of the text, and where the fields are out of step.
+  bool ReadRecord() {
+    const Outcome<RecordField> first = fields_.Next("the station number");
+    if (!first) return Stop();
+    const int line = first.Value().Line;
+    const std::optional<int> number = ParseWhole(first.Value().Text);
+    if (!number || *number > kEndOfStations) {
+      Note(StationTrouble::Format, line, "no station number stands where one should");
+      return false;
+    }
+    const int previous = std::exchange(number_, *number);
+    if (number_ == kEndOfStations) return false;
+
+    StationTexts texts{std::string(first.Value().Text)};
+    for (std::size_t i = 1; i < texts.size(); ++i) {
+      const Outcome<RecordField> field = fields_.Next("a field");
+      if (!field) return Stop();
+      texts[i] = Trim(field.Value().Text);
+    }
+    const Complaint complaint = CheckRecordTexts(texts);
+    if (complaint.Kind != StationTrouble::None) {
+      Note(complaint.Kind, line, complaint.Reason);
+    } else if (number_ <= (isFirst_ ? -1 : previous)) {
+      Note(StationTrouble::Sequence, line, "the number does not rise");
+    }
+    isFirst_ = false;
+    if (complaint.Kind == StationTrouble::None) into_.List.Insert(UncheckedStation(texts));
+    return true;
+  }
+
+  RecordReader fields_;
+  std::string_view name_;
+  int linesBefore_;
+  StationReading& into_;
+  int number_ = 0;
+  bool isFirst_ = true;
+};
+
+std::string Joined(std::initializer_list<std::string_view> lines) {
+  std::string text;
+  for (const std::string_view line : lines) {
+    if (!text.empty()) text += '\n';
+    text += line;
+  }
+  return text;
+}
+
+void Tell(CurrentSounding& current, const Box& box) {
+  if (current.Ask != nullptr) current.Ask->Ask(box);
+}
+
+std::array<double, 2> Positions(const Station& station) {
+  return {station.Lat, station.Lon};
+}
+
+double FromDegreesMinutes(double value) {
+  constexpr int kDecimals = 4;
+  return Rounded(DecimalDegrees(SplitAngle(Shortest(value))), kDecimals);
+}
+
+}  // namespace
+
+StationReading ReadStations(std::string_view text, std::string_view name) {
+  StationReading reading;
+  std::string_view records = text;
+  std::vector<std::string> header = TakeHeader(records);
+  for (const std::string_view marker : {kTitleMarker, kNumberMarker}) {
+    if (HasMarker(header, marker) || reading.Finding.Kind != StationTrouble::None) continue;
+    reading.Finding = {StationTrouble::Header, 0,
+                       AtLine(name, 1, "no header line holds \"" + std::string(marker) + '"')};
+  }
+  const int headerLines = static_cast<int>(header.size());
+  reading.List.SetHeader(std::move(header));
+  StationReader(records, name, headerLines, reading).Read();
+  return reading;
+}
+
+std::string WriteStations(const StationList& list) {
+  RecordWriter records;
+  std::string text;
+  for (const std::string& line : list.Header()) text += line + "\r\n";
+  for (const Station& station : list.All()) {
+    const StationTexts texts = TextsOf(station);
+    for (int i = 0; i < kStationFields; ++i) {
+      const std::string& field = texts[static_cast<std::size_t>(i)];
+      switch (static_cast<StationField>(i)) {
+        case StationField::Number:
+        case StationField::Elevation:
+        case StationField::Latitude:
+        case StationField::Longitude:
+          records.Bare(field);
+          break;
+        default:
+          records.Text(field);
+      }
+    }
+    records.EndRecord();
+  }
+  records.Number(kEndOfStations).EndRecord();
+  return text + records.Take();
+}
+
+Box StationBox(const StationFinding& finding) {
+  std::string place = "Error is at or before ... " + Shortest(finding.Number) + " - ";
+  if (finding.Kind == StationTrouble::EndOfFile) {
+    place += "end of file or a missing '99999' terminator.";
+  }
+  Box box{.Title = std::string(kWarning)};
+  if (finding.Kind == StationTrouble::Quadrant) {
+    box.Text = Joined({"The  VEXA.STN  Locator File has an error.",
+                       "The LAT or LONG quadrant indicator is wrong.",
+                       "It should be either N, S, E, or W", place});
+  } else {
+    box.Text = Joined({"The  VEXA.STN  Locator File contains one or more errors.",
+                       "Fix or Replace this file from the Distribution Disk.",
+                       "Note: WMO numbers must be in numerical sequence.",
+                       "          Placement of commas and Lat/Lon decimals are critical.",
+                       "          Coordinates must be in Degrees & Minutes.", place});
+  }
+  return box;
+}
+
+Status LoadStations(CurrentSounding& current, const std::filesystem::path& root,
+                    StationList& into) {
+  const ProcedureScope here(current, "LoadStations");
+  into = StationList{};
+  const Outcome<std::string> text = ReadFile(root / kStationFileName);
+  if (!text) {
+    ErrorReport(current, text.Error());
+    return Status::Error;
+  }
+  StationReading reading = ReadStations(text.Value(), kStationFileName);
+  into = std::move(reading.List);
+  if (reading.Finding.Kind == StationTrouble::None) return Status::Ok;
+  current.LastFault =
+      Fault{kFaultFormat, "LoadStations", reading.Finding.Detail, std::string(kStationFileName)};
+  current.StatusText = "error";
+  Tell(current, StationBox(reading.Finding));
+  return Status::Error;
+}
+
+std::optional<Fault> SaveStations(const std::filesystem::path& root, const StationList& list,
+                                  FileOps& ops) {
+  return SaveFile(root / kStationFileName, WriteStations(list), ops);
+}
+
+bool FindStation(const StationList& list, int number, SoundingRecord& record) {
+  const Station* station = list.Find(number);
+  if (station == nullptr) return false;
+  if (station->ElevUnknown) {
+    SetElevationUnknown(record);
+  } else {
+    SetElevation(record, station->ElevM);
+    record.ElevFt = ToWhole(FeetFromMeters(station->ElevM));
+  }
+  SetDecimalPosition(record, station->LatSigned(), station->LonSigned());
+  record.LatHemi = station->LatHemi;
+  record.LonHemi = station->LonHemi;
+  record.StationTitle = CutTitle(StationCaption(*station));
+  return true;
+}
+
+bool NeedsConversion(const StationList& list) {
+  if (HasMarker(list.Header(), "decimal degrees")) return false;
+  constexpr double kMinutes = 60;
+  return std::ranges::none_of(list.All(), [](const Station& station) {
+    return std::ranges::any_of(Positions(station), [](double value) {
+      return ParseNumber(SplitAngle(Shortest(value)).Minutes).value_or(0) >= kMinutes;
+    });
+  });
+}
+
+StationList ConvertStations(const StationList& list) {
+  StationList converted;
+  std::vector<std::string> header = StationHeader();
+  for (const std::string& line : list.Header()) {
+    const bool isReplaced = line.find(kTitleMarker) != std::string::npos ||
+                            line.find(kNumberMarker) != std::string::npos;
+    if (!isReplaced) header.push_back(line);
+  }
+  converted.SetHeader(std::move(header));
+  for (Station station : list.All()) {
+    station.Lat = FromDegreesMinutes(station.Lat);
+    station.Lon = FromDegreesMinutes(station.Lon);
+    converted.Insert(std::move(station));
+  }
+  return converted;
+}
+
+Status ConvertStationFile(CurrentSounding& current, const std::filesystem::path& root,
+                          StationList& list, FileOps& ops) {
+  const ProcedureScope here(current, "ConvertStationFile");
+  if (!NeedsConversion(list)) return Status::Ok;
+  const Box question{
+      .Title = std::string(kErrorBoxTitle),
+      .Text = Joined({"Your VEXA.STN Locator file needs to be updated.",
+                      "Station coordinates are now listed in 'decimal-degrees' format .vs. "
+                      "'degress.minutes' format.",
+                      "Prior to conversion, your current VEXA.STN file will be renamed as "
+                      "VEXASTN.BAK"}),
+      .Icon = BoxIcon::Question,
+      .Buttons = BoxButtons::OkCancel,
+      .WhenSilent = Answer::Cancel};
+  if (current.Ask == nullptr || current.Ask->Ask(question) != Answer::Ok) {
+    Tell(current, {.Title = std::string(kErrorBoxTitle),
+                   .Text = Joined({"WARNING ... VEXA.STN has not been updated",
+                                   "Station coordinate values will be used incorrectly.",
+                                   "This message will reappear until conversion is complete."})});
+    return Status::Error;
+  }
+
+  // The old file is copied and then replaced, so that at no time there is none.
+  StationList converted = ConvertStations(list);
+  std::optional<Fault> fault;
+  if (const Outcome<std::string> old = ReadFile(root / kStationFileName)) {
+    fault = SaveFile(root / kStationBackupName, old.Value(), ops);
+  } else {
+    fault = old.Error();
+  }
+  if (!fault) fault = SaveStations(root, converted, ops);
+  if (fault) {
+    ErrorReport(current, *fault);
+    return Status::Error;
+  }
+  list = std::move(converted);
+  Tell(
+      current,
+      {.Title = std::string(kErrorBoxTitle),
+       .Text = Joined({"VEXA.STN has been updated", "Your prior locator file is now VEXASTN.BAK."}),
+       .Icon = BoxIcon::Information});
+  return Status::Ok;
+}
+
+}  // namespace vexa

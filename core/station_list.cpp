@@ -1,0 +1,125 @@
+#include "core/station_list.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+#include "core/numbers.h"
+
+namespace vexa {
+namespace {
+
+Fault Refused(std::string_view procedure, int number, std::string_view reason) {
+  return Fault{kFaultInvalidValue, std::string(procedure),
+               "Station " + Mask(number, "00000") + ' ' + std::string(reason)};
+}
+
+std::optional<Fault> CheckFields(const Station& station) {
+  const Outcome<Station> checked = StationFrom(TextsOf(station));
+  if (checked) return std::nullopt;
+  return checked.Error();
+}
+
+// Only the letters of ASCII have two cases here: locator files know no code page.
+std::string Upper(std::string_view text) {
+  std::string upper(text);
+  std::ranges::transform(upper, upper.begin(), [](char c) {
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+  });
+  return upper;
+}
+
+std::vector<std::string_view> Words(std::string_view text) {
+  std::vector<std::string_view> words;
+  while (!(text = Trim(text)).empty()) {
+    const std::size_t end = std::min(text.find(' '), text.size());
+    words.push_back(text.substr(0, end));
+    text.remove_prefix(end);
+  }
+  return words;
+}
+
+// How well a station answers a text in capitals: 0 best, kNoMatch not at all.
+constexpr int kNoMatch = 3;
+int Rank(const Station& station, std::string_view text,
+         const std::vector<std::string_view>& words) {
+  const std::string ident = Upper(station.Ident);
+  const std::string name = Upper(station.Name);
+  if (ident == text) return 0;
+  if (name.starts_with(text)) return 1;
+  const std::string all = ident + '\n' + name + '\n' + Upper(station.Region);
+  const bool hasAll = std::ranges::all_of(
+      words, [&all](std::string_view word) { return all.find(word) != std::string::npos; });
+  return hasAll ? 2 : kNoMatch;
+}
+
+int RankByNumber(const Station& station, std::string_view digits) {
+  if (Mask(station.Number, "00000").starts_with(digits)) return 0;
+  return Shortest(station.Number).starts_with(digits) ? 1 : kNoMatch;
+}
+
+}  // namespace
+
+std::vector<std::string> StationHeader() {
+  return {"VEXA STATION LISTING",
+          "WMO numbers must be sequential.      Coordinates are in decimal degrees."};
+}
+
+StationList::StationList() : header_(StationHeader()) {}
+
+const Station* StationList::Find(int number) const {
+  const auto place = std::ranges::lower_bound(stations_, number, {}, &Station::Number);
+  return place != stations_.end() && place->Number == number ? &*place : nullptr;
+}
+
+bool StationList::Insert(Station station) {
+  const auto place = std::ranges::lower_bound(stations_, station.Number, {}, &Station::Number);
+  if (place != stations_.end() && place->Number == station.Number) return false;
+  stations_.insert(place, std::move(station));
+  return true;
+}
+
+std::optional<Fault> StationList::Add(const Station& station) {
+  if (std::optional<Fault> fault = CheckFields(station)) return fault;
+  if (!Insert(station)) return Refused("Add", station.Number, "is in the list already");
+  return std::nullopt;
+}
+
+std::optional<Fault> StationList::Change(int number, const Station& station) {
+  if (Find(number) == nullptr) return Refused("Change", number, "is not in the list");
+  if (std::optional<Fault> fault = CheckFields(station)) return fault;
+  if (station.Number != number && Find(station.Number) != nullptr) {
+    return Refused("Change", station.Number, "is in the list already");
+  }
+  const Station changed = station;  // may be one of the list's own
+  if (std::optional<Fault> fault = Delete(number)) return fault;
+  Insert(changed);
+  return std::nullopt;
+}
+
+std::optional<Fault> StationList::Delete(int number) {
+  const Station* station = Find(number);
+  if (station == nullptr) return Refused("Delete", number, "is not in the list");
+  stations_.erase(stations_.begin() + std::distance(std::as_const(stations_).data(), station));
+  return std::nullopt;
+}
+
+std::vector<const Station*> SearchStations(const StationList& list, std::string_view text,
+                                           int most) {
+  const std::string wanted = Upper(Trim(text));
+  if (wanted.empty() || most <= 0) return {};
+  const bool isNumber = std::ranges::all_of(wanted, [](char c) { return c >= '0' && c <= '9'; });
+  const std::vector<std::string_view> words = Words(wanted);
+
+  std::vector<std::vector<const Station*>> byRank(kNoMatch);
+  for (const Station& station : list.All()) {
+    const int rank = isNumber ? RankByNumber(station, wanted) : Rank(station, wanted, words);
+    if (rank < kNoMatch) byRank[static_cast<std::size_t>(rank)].push_back(&station);
+  }
+  std::vector<const Station*> found;
+  for (const auto& group : byRank) found.insert(found.end(), group.begin(), group.end());
+  if (found.size() > static_cast<std::size_t>(most)) found.resize(static_cast<std::size_t>(most));
+  return found;
+}
+
+}  // namespace vexa

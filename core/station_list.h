@@ -1,0 +1,60 @@
+// The stations of a locator file, always in order of their numbers, each number once: found by
+// number at once, searched by fragment for a pick list, changed by the station editor.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/fault.h"
+#include "core/station.h"
+
+namespace vexa {
+
+class StationList {
+ public:
+  StationList();
+
+  /// The free lines ahead of the first record, without their ends; a new list has the program's.
+  const std::vector<std::string>& Header() const { return header_; }
+  void SetHeader(std::vector<std::string> lines) { header_ = std::move(lines); }
+
+  const std::vector<Station>& All() const { return stations_; }
+  int Count() const { return static_cast<int>(stations_.size()); }
+
+  /// The station of a number, found by halving; null when the list lacks it. Changes of the list
+  /// make the pointer stale.
+  const Station* Find(int number) const;
+
+  /// Puts a station in its place. Fault 380 when its number is taken or a field is wrong.
+  [[nodiscard]] std::optional<Fault> Add(const Station& station);
+  /// Replaces the station of a number, its number too. Fault 380 when there is none, the new
+  /// number is another station's, or a field is wrong; the list stays then.
+  [[nodiscard]] std::optional<Fault> Change(int number, const Station& station);
+  /// Fault 380 when there is none.
+  [[nodiscard]] std::optional<Fault> Delete(int number);
+
+  /// Puts a station that a file gave in its place; false when its number is taken.
+  bool Insert(Station station);
+
+  bool operator==(const StationList&) const = default;
+
+ private:
+  std::vector<std::string> header_;
+  std::vector<Station> stations_{};  // by rising number
+};
+
+/// The lines that head a locator file of the program.
+std::vector<std::string> StationHeader();
+
+/// Stations for a pick list: digits find numbers that begin with them (leading zeros may be left
+/// out), words find stations in whose identifier, name and region all of them occur, capitals or
+/// not. Identifiers that match whole come first, then names that begin with the text, then the
+/// rest; each by number. Nothing is found by an empty text.
+///
+/// most  number of stations at most
+std::vector<const Station*> SearchStations(const StationList& list, std::string_view text,
+                                           int most);
+
+}  // namespace vexa

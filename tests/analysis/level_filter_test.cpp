@@ -1,0 +1,229 @@
+// What thinning a dense sounding changes in its analysis: nothing at the mandatory levels, little
+// in the energies.
+#include "core/level_filter.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <optional>
+#include <random>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "analysis/analysis.h"
+#include "analysis/index_table.h"
+#include "analysis/interpolate.h"
+#include "core/current_sounding.h"
+#include "core/interaction.h"
+#include "core/markers.h"
+#include "core/numbers.h"
+#include "core/units.h"
+#include "ingest/decoder.h"
+#include "support/soundings.h"
+
+namespace vexa::analysis {
+namespace {
+
+// A value every second through a warm, moist layer under a lid, with the noise of a sensor: 3,000
+// levels from 985 to 15 hPa that miss every mandatory pressure.
+SoundingRecord Dense(unsigned seed, double noise) {
+  SoundingRecord record;
+  record.DataFormat = "RAW";
+  SetElevation(record, 250);
+  std::mt19937 random(seed);
+  std::uniform_real_distribution<double> sensor(-noise, noise);
+  constexpr int kLevels = 3000;
+  for (int i = 0; i < kLevels; ++i) {
+    const double share = static_cast<double>(i) / (kLevels - 1);
+    const double press = 985.03 * std::pow(15.07 / 985.03, share);
+    const double height = 250 + 7400 * std::log(985.03 / press);
+    double temp = height < 12000 ? 29 - 0.0071 * (height - 250) : -54.4 + 0.001 * (height - 12000);
+    if (height > 1800 && height < 2300) temp += 0.005 * (height - 1800);
+    if (height >= 2300) temp += 2.5 * std::max(0.0, 1 - (height - 2300) / 3000);
+    const double spread = height < 1800 ? 5 + 0.002 * height : 14 + 4 * std::sin(height / 900);
+    const double dewpt = press < 150 ? kMissing : temp - spread + sensor(random);
+    record.AddTemp(press, temp + sensor(random), dewpt);
+    const double direction = Wrap360(160 + height / 90);
+    record.AddWind(height, direction, 10 + height / 250 + 5 * sensor(random));
+  }
+  return record;
+}
+
+double Cape(const AnalysisResults& results, std::size_t type) {
+  return results.Lifts[type].Forced.CapeTotal;
+}
+
+// Holds the analysis of a sounding against that of its thinned copy.
+void ExpectTheSameAnalysis(const SoundingRecord& full, const SoundingRecord& thin) {
+  const Options options;
+  const AnalysisResults before = Analyse(full, options);
+  const AnalysisResults after = Analyse(thin, options);
+  for (std::size_t type = 0; type < before.Lifts.size(); ++type) {
+    const double cape = Cape(before, type);
+    // Two percent, or for energies near nothing as many J/kg as cannot matter.
+    EXPECT_NEAR(Cape(after, type), cape, std::max(0.02 * cape, 5.0)) << "lift type " << type;
+  }
+  for (const char* label : {"        KI", "        TT"}) {
+    const IndexRow* index = FindIndex(label);
+    ASSERT_NE(index, nullptr);
+    EXPECT_EQ(ComputeIndex(*index, thin, after, options).Value,
+              ComputeIndex(*index, full, before, options).Value)
+        << label;
+  }
+}
+
+// Every value that was left out lies within the tolerance of the line through those that stayed.
+void ExpectWithinTolerance(const SoundingRecord& full, const SoundingRecord& thin,
+                           const FilterTolerance& tolerance) {
+  const LevelProfile levels = Analyse(thin, {}).Levels;
+  double temp = 0;
+  double dewpt = 0;
+  double wind = 0;
+  for (int i = 1; i <= full.NumTempLevels(); ++i) {
+    const Sample t = SampleAt(levels, full.Press(i), Quantity::Temp);
+    ASSERT_TRUE(t.Ok()) << full.Press(i);
+    temp = std::max(temp, std::fabs(t.Value - full.Temp(i)));
+    const Sample td = SampleAt(levels, full.Press(i), Quantity::Dewpt);
+    ASSERT_EQ(td.Ok(), !IsMissing(full.Dewpt(i))) << full.Press(i);
+    if (td.Ok()) dewpt = std::max(dewpt, std::fabs(td.Value - full.Dewpt(i)));
+  }
+  for (int i = 1; i <= full.NumWindLevels(); ++i) {
+    const WindSample at = WindAtHeight(thin, full.WindHgt(i));
+    ASSERT_TRUE(at.Ok());
+    const WindVector a = Components(at.Value);
+    const WindVector b = Components({full.WindDir(i), full.WindSpd(i)});
+    wind = std::max(wind, std::hypot(a.U - b.U, a.V - b.V));
+  }
+  EXPECT_LE(temp, tolerance.Temp + 1e-9);
+  EXPECT_LE(dewpt, tolerance.Dewpt + 1e-9);
+  EXPECT_LE(wind, tolerance.Wind + 1e-9);
+  EXPECT_GT(temp + dewpt + wind, 0);
+}
+
+TEST(LevelFilter, DenseSoundingsKeepTheirAnalysis) {
+  for (const double noise : {0.0, 0.1, 0.2}) {
+    SCOPED_TRACE(noise);
+    const SoundingRecord full = Dense(17, noise);
+    ASSERT_TRUE(IsHighDensity(full));
+    ASSERT_GT(Cape(Analyse(full, {}), 0), 500);
+    const SoundingRecord thin = FilterLevels(full);
+    EXPECT_LT(thin.NumTempLevels(), noise > 0.1 ? 600 : 200);
+    EXPECT_LT(thin.NumWindLevels(), 50);
+    ExpectTheSameAnalysis(full, thin);
+    ExpectWithinTolerance(full, thin, {});
+    EXPECT_EQ(FilterLevels(full), thin);
+  }
+}
+
+TEST(LevelFilter, WhatStaysWhateverTheTolerance) {
+  const FilterTolerance wide{.Temp = 90, .Dewpt = 90, .Wind = 900, .LowTemp = 90, .LowDewpt = 90};
+  SoundingRecord full = test::Profile({{990, 20, 10},
+                                       {860, 12, 8},
+                                       {855, 11, 8},
+                                       {845, 10, 8},
+                                       {840, 10, 7},
+                                       {700, 5, 1},
+                                       {650, 1, -3},
+                                       {600, -1, -9},
+                                       {590, -1, 999.9},
+                                       {580, -2, 999.9},
+                                       {500, -9, 999.9},
+                                       {480, -9, 999.9},
+                                       {450, -12, 999.9}},
+                                      {{0, 180, 10},
+                                       {500, 180, 12},
+                                       {900, 200, 60},
+                                       {1200, 210, 30},
+                                       {2000, 999.9, 999.9},
+                                       {2500, 215, 30},
+                                       {3000, 220, 30},
+                                       {4000, 225, 30}});
+  const SoundingRecord thin = FilterLevels(full, wide);
+  EXPECT_EQ(thin.Press.Values(),
+            (std::vector<double>{990, 860, 855, 845, 700, 600, 590, 500, 450}));
+  EXPECT_EQ(thin.WindHgt.Values(), (std::vector<double>{0, 900, 1200, 2000, 2500, 4000}));
+  EXPECT_EQ(FilterLevels(thin, wide), thin);
+
+  full.WorkWindDir = Levels<float>({1, 2, 3, 4, 5, 6, 7, 8});
+  full.WorkWindSpd = full.WorkWindDir;
+  EXPECT_EQ(FilterLevels(full, wide).WorkWindSpd.Values(), (std::vector<float>{1, 3, 4, 5, 6, 8}));
+
+  EXPECT_FALSE(IsHighDensity(full));
+  EXPECT_EQ(FilterLevels(SoundingRecord{}), SoundingRecord{});
+  const SoundingRecord single = test::Profile({{1000, 20, 10}});
+  EXPECT_EQ(FilterLevels(single), single);
+}
+
+TEST(LevelFilter, RealSoundingsKeepTheirAnalysis) {
+  VEXA_REAL_DATA(wyoming, "wyoming");
+  VEXA_REAL_DATA(spc, "spc");
+  int soundings = 0;
+  for (const std::filesystem::path& folder : {wyoming, spc}) {
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+      CurrentSounding current;
+      SilentInteraction quiet;
+      current.Ask = &quiet;
+      if (ingest::LoadSounding(current, entry.path()) != Status::Ok) continue;
+      SCOPED_TRACE(entry.path().filename().string());
+      ++soundings;
+      ExpectTheSameAnalysis(current.Record, FilterLevels(current.Record));
+    }
+  }
+  EXPECT_GE(soundings, 26);
+}
+
+// The soundings of a file with a value every second or every 5 hPa, read by its columns: seconds,
+// hPa, °C, °C, %, m/s, m/s, m/s, degrees and, as the fifteenth, metres.
+std::vector<SoundingRecord> ReadDense(const std::filesystem::path& path) {
+  std::vector<SoundingRecord> soundings;
+  std::ifstream file(path);
+  for (std::string line; std::getline(file, line);) {
+    if (line.starts_with("Data Type:")) soundings.emplace_back();
+    std::istringstream fields(line);
+    std::vector<double> values;
+    for (std::string field; fields >> field;) {
+      if (const std::optional<double> value = ParseNumber(field)) values.push_back(*value);
+    }
+    if (values.size() != 21 || soundings.empty()) continue;
+    SoundingRecord& record = soundings.back();
+    if (record.Press.Empty()) SetElevation(record, ToWhole(values[14]));
+    const bool falls = record.Press.Empty() || values[1] < record.Press.Top();
+    if (falls && values[2] < 900) {
+      record.AddTemp(values[1], values[2], values[3] < 900 ? values[3] : kMissing);
+    }
+    const bool rises = record.WindHgt.Empty() || values[14] > record.WindHgt.Top();
+    if (rises && values[14] < 90000 && values[7] < 900) {
+      record.AddWind(values[14], values[8], values[7] * kMsToKnot);
+    }
+  }
+  return soundings;
+}
+
+TEST(LevelFilter, RealDenseSoundingsKeepTheirAnalysis) {
+  VEXA_REAL_DATA(folder, "class");
+  int dense = 0;
+  int withEnergy = 0;
+  for (const char* name : {"KABQ_202305222306_1s_first1200.cls", "NWS_20230522_5mb_several.cls"}) {
+    for (const SoundingRecord& full : ReadDense(folder / name)) {
+      SCOPED_TRACE(full.Press(1));
+      ASSERT_GT(full.NumTempLevels(), 100);
+      const SoundingRecord thin = FilterLevels(full);
+      dense += IsHighDensity(full) ? 1 : 0;
+      withEnergy += Cape(Analyse(full, {}), 2) > 500 ? 1 : 0;
+      if (IsHighDensity(full)) {
+        EXPECT_LT(thin.NumTempLevels(), full.NumTempLevels() / 5);
+      }
+      ExpectTheSameAnalysis(full, thin);
+      ExpectWithinTolerance(full, thin, {});
+    }
+  }
+  EXPECT_GT(dense, 0);
+  EXPECT_GT(withEnergy, 0);
+}
+
+}  // namespace
+}  // namespace vexa::analysis
