@@ -64,25 +64,30 @@ constexpr OptionRow kTab2Rows[] = {
         .Says("Bunkers adds a deviation across the shear; Traditional turns the mean wind."),
     Row<At<&Options::DeviationFactor>, kTrue, Range{0, 10}>("", kTab2)
         .As("Bunkers deviation factor")
+        .Named("Bunkers deviation factor")
         .In("x 15 kt")
         .Says("Distance of supercells from the mean wind in multiples of 15 kt.")
         .KeptIn(SettingsFile::Hodograph),
     Row<At<&Options::Mover>>("", kTab2)
         .As("Storm mover")
+        .Named("Storm mover")
         .Says("Mover for storm-relative values: the cyclonic one (right in the north, left in the "
               "south), the right or the left one.")
         .KeptIn(SettingsFile::Hodograph),
     Row<At<&Options::MotionMode>>("", kTab2)
         .As("Storm motion mode")
+        .Named("Storm motion mode")
         .Says("AUTO computes the storm motion; MANUAL takes the one entered for the chosen mover.")
         .KeptIn(SettingsFile::Hodograph),
     Row<At<&Options::ManualMotionDir>, kTrue, Range{1, 360}>("", kTab2)
         .As("Manual storm direction")
+        .Named("Manual storm direction")
         .In("degrees")
         .Says("Direction from which the storm comes when the motion is MANUAL.")
         .KeptIn(SettingsFile::Hodograph),
     Row<At<&Options::ManualMotionSpd>, kTrue, Range{0, 200}>("", kTab2)
         .As("Manual storm speed")
+        .Named("Manual storm speed")
         .In("kt")
         .Says("Speed of the storm when the motion is MANUAL.")
         .KeptIn(SettingsFile::Hodograph),

@@ -67,13 +67,6 @@ constexpr OptionRow kRows[] = {
         .Named("Reversed order")
         .Says("Turns the order of file lists round.")
         .KeptIn(kWindow),
-    Row<kSystem<&SystemOptions::SoarTm>, kTrue, Range{-90, 70}>("", kPlace)
-        .As("SoarTm")
-        .Named("Surface temperature of the day")
-        .In("°C")
-        .Says(
-            "Warmest temperature expected at the ground; empty takes the 850 hPa air brought down.")
-        .KeptIn(SettingsFile::Soaring),
     Row<kSystem<&SystemOptions::TriggerHgt>, kTrue, Range{0, 30000}>("TriggerHgt = ", kPlace)
         .Named("Trigger height")
         .In("ft AGL")
@@ -86,6 +79,13 @@ constexpr OptionRow kRows[] = {
     Row<kSystem<&SystemOptions::SoarHgtMode>>(" SoarHgtMode = ", kPlace, Record::Same)
         .Named("Soaring heights")
         .Says("Soaring heights above mean sea level or above ground.")
+        .KeptIn(SettingsFile::Soaring),
+    Row<kSystem<&SystemOptions::SoarTm>, kTrue, Range{-90, 70}>("", kPlace)
+        .As("SoarTm")
+        .Named("Surface temperature of the day")
+        .In("°C")
+        .Says(
+            "Warmest temperature expected at the ground; empty takes the 850 hPa air brought down.")
         .KeptIn(SettingsFile::Soaring),
     Row<At<&Options::Darklines>>("Darklines = ", kPlace)
         .Named("Dark grid lines")
