@@ -8,7 +8,9 @@
 #include "core/files.h"
 #include "core/numbers.h"
 #include "core/raw_file.h"
+#include "ingest/coded.h"
 #include "ingest/decoder.h"
+#include "ingest/fsl.h"
 #include "ingest/html_text.h"
 #include "ingest/native.h"
 #include "ingest/source_header.h"
@@ -23,6 +25,8 @@ constexpr Decoder kDecoders[] = {
     {kRawTag, "VEXA sounding", "*.raw *.RAW", IsNative, DecodeNative},
     {"SPC", "SPC text", "*.spc *.txt", IsSpcText, DecodeSpcText},
     {"WYOMING", "Wyoming listing", "*.html *.htm *.txt", IsWyoming, DecodeWyoming},
+    {"FSL", "FSL rawinsonde text", "*.fsl *.txt", IsFsl, DecodeFsl, ListFsl},
+    {"CODED", "Coded messages", "*.txt", IsCoded, DecodeCoded, ListCoded},
 };
 
 const Decoder* Recognise(const SourceText& plain) {
@@ -43,6 +47,13 @@ std::string RefusalIn(const SourceText& plain) {
     }
   }
   return {};
+}
+
+std::vector<SourceEntry> ListPlain(const SourceText& plain) {
+  const Decoder* decoder = Recognise(plain);
+  if (decoder == nullptr) return {};
+  if (decoder->List != nullptr) return decoder->List(plain);
+  return {{.Title = plain.Name()}};
 }
 
 std::optional<Fault> DecodePlain(const SourceText& plain, LoadContext& context,
@@ -82,6 +93,10 @@ const Decoder* FindDecoder(const SourceText& source) {
   return IsHtml(source) ? Recognise(WithoutTags(source)) : Recognise(source);
 }
 
+std::vector<SourceEntry> ListSoundings(const SourceText& source) {
+  return IsHtml(source) ? ListPlain(WithoutTags(source)) : ListPlain(source);
+}
+
 std::optional<Fault> DecodeSounding(const SourceText& source, LoadContext& context,
                                     SoundingRecord& into) {
   ClearData(into);
@@ -91,11 +106,11 @@ std::optional<Fault> DecodeSounding(const SourceText& source, LoadContext& conte
   });
 }
 
-Status LoadSounding(CurrentSounding& current, const std::filesystem::path& path) {
+Status LoadSounding(CurrentSounding& current, const std::filesystem::path& path, int index) {
   const ProcedureScope here(current, "LoadSounding");
   const std::string name = TextFromPath(path.filename());
   SoundingRecord record;
-  LoadContext context{.Ask = current.Ask};
+  LoadContext context{.Ask = current.Ask, .Index = index};
   bool keeps = false;
   const std::optional<Fault> fault = Guarded(current.Procedure, [&]() -> std::optional<Fault> {
     Outcome<std::string> bytes = ReadFile(path);
