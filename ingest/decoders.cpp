@@ -8,14 +8,22 @@
 #include "core/files.h"
 #include "core/numbers.h"
 #include "core/raw_file.h"
+#include "ingest/avaps.h"
+#include "ingest/bufkit.h"
+#include "ingest/class_text.h"
 #include "ingest/coded.h"
+#include "ingest/columns.h"
 #include "ingest/decoder.h"
 #include "ingest/fsl.h"
 #include "ingest/html_text.h"
+#include "ingest/iem.h"
+#include "ingest/igra.h"
+#include "ingest/model_csv.h"
 #include "ingest/native.h"
 #include "ingest/source_header.h"
 #include "ingest/spc_text.h"
 #include "ingest/wyoming.h"
+#include "ingest/wyoming_csv.h"
 
 namespace vexa::ingest {
 namespace {
@@ -23,10 +31,19 @@ namespace {
 // The first that recognises a text reads it.
 constexpr Decoder kDecoders[] = {
     {kRawTag, "VEXA sounding", "*.raw *.RAW", IsNative, DecodeNative},
+    {"IEM", "IEM JSON", "*.json", IsIemJson, DecodeIemJson, ListIemJson},
+    {"DROPSONDE", "Dropsonde file", "D*", IsAvaps, DecodeAvaps},
+    {"CLASS", "CLASS and EOL files", "*.cls *.eol", IsClassText, DecodeClassText, ListClassText},
+    {"FCST", "BUFKIT", "*.buf", IsBufkit, DecodeBufkit, ListBufkit},
     {"SPC", "SPC text", "*.spc *.txt", IsSpcText, DecodeSpcText},
-    {"WYOMING", "Wyoming listing", "*.html *.htm *.txt", IsWyoming, DecodeWyoming},
+    {"IGRA", "IGRA station file", "*.txt", IsIgra, DecodeIgra, ListIgra},
     {"FSL", "FSL rawinsonde text", "*.fsl *.txt", IsFsl, DecodeFsl, ListFsl},
+    {"WYOMING", "Wyoming CSV", "*.csv", IsWyomingCsv, DecodeWyomingCsv},
+    {"WYOMING", "Wyoming listing", "*.html *.htm *.txt", IsWyoming, DecodeWyoming},
+    {"IEM", "IEM table", "*.csv *.txt", IsIemTable, DecodeIemTable, ListIemTable},
+    {"FCST", "Model profiles", "*.csv *.txt", IsModelCsv, DecodeModelCsv, ListModelCsv},
     {"CODED", "Coded messages", "*.txt", IsCoded, DecodeCoded, ListCoded},
+    {"COLUMNS", "Columns", "*.csv *.txt", IsColumns, DecodeColumns},
 };
 
 const Decoder* Recognise(const SourceText& plain) {
