@@ -126,6 +126,7 @@ int TempRank(const CodedLevel& level) {
 
 // Which of two winds close to each other counts.
 int WindRank(const CodedLevel& level) {
+  if (level.Kind == LevelKind::Surface && level.Part == 'A') return 0;
   switch (level.Kind) {
     case LevelKind::Mandatory:
       return 0;

@@ -207,9 +207,7 @@ class Reader {
     const bool isSaid = top != table.rend() &&
                         (level.Press >= top->Press || (report_.IsAloft() && top->Press == 10));
     if (isSaid) return true;
-    return std::ranges::none_of(table.subspan(next_), [&](const MandatoryLevel& row) {
-      return group.starts_with(row.Code);
-    });
+    return next_ >= table.size() || !group.starts_with(table[next_].Code);
   }
 
   void ReadSignificant() {
