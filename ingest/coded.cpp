@@ -30,11 +30,16 @@ struct CodedAscent {
   SourceHeading Heading{};
 };
 
-// Hours between two day-of-month times, which may lie on both sides of a month's end.
+// Hours between two day-of-month times, which may lie on both sides of a month's end: from the 28th
+// on, the next day may be the 1st.
 int HoursBetween(const CodedReport& a, const CodedReport& b) {
-  constexpr int kMonthHours = 31 * 24, kShortestHours = 28 * 24;
-  const int hours = std::abs((a.Day - b.Day) * 24 + a.Hour - b.Hour);
-  return hours < kShortestHours - 24 ? hours : std::max(0, kMonthHours - 24 * 4 - hours);
+  constexpr int kDayHours = 24, kShortestMonth = 28;
+  const CodedReport& earlier = a.Day < b.Day ? a : b;
+  const CodedReport& later = a.Day < b.Day ? b : a;
+  if (earlier.Day == 1 && later.Day >= kShortestMonth) {
+    return kDayHours - later.Hour + earlier.Hour;
+  }
+  return std::abs((a.Day - b.Day) * kDayHours + a.Hour - b.Hour);
 }
 
 // The date "20220713" of a file's name.

@@ -56,6 +56,10 @@ std::vector<SourceEntry> ListSoundings(const SourceText& source);
 std::optional<Fault> DecodeSounding(const SourceText& source, LoadContext& context,
                                     SoundingRecord& into);
 
+/// A file's text as decoders take it. A gzip or ZIP file is unpacked; of several files inside, the
+/// first in a known format counts, with a note.
+Outcome<SourceText> ReadSource(const std::filesystem::path& path, std::vector<std::string>& notes);
+
 /// Loads a file into the current sounding. The sounding that was current stays until the new one
 /// is whole; a native file keeps what was read before its fault, as its reader does.
 ///

@@ -22,6 +22,7 @@
 #include "ingest/native.h"
 #include "ingest/source_header.h"
 #include "ingest/spc_text.h"
+#include "ingest/unpack.h"
 #include "ingest/wyoming.h"
 #include "ingest/wyoming_csv.h"
 
@@ -123,6 +124,35 @@ std::optional<Fault> DecodeSounding(const SourceText& source, LoadContext& conte
   });
 }
 
+Outcome<SourceText> ReadSource(const std::filesystem::path& path, std::vector<std::string>& notes) {
+  Outcome<std::string> bytes = ReadFile(path);
+  if (!bytes) return bytes.Error();
+  const std::string name = TextFromPath(path.filename());
+  if (!IsPacked(bytes.Value())) return SourceText(name, std::move(bytes.Value()));
+  Outcome<std::vector<PackedFile>> files = Unpack(bytes.Value());
+  if (!files) {
+    Fault fault = files.Error();
+    fault.Detail = name + ": " + fault.Detail;
+    fault.File = name;
+    return fault;
+  }
+  std::optional<SourceText> first;
+  for (PackedFile& file : files.Value()) {
+    const std::size_t folder = file.Name.find_last_of("/\\") + 1;  // 0 where there is none
+    const std::string inside = file.Name.substr(folder);
+    SourceText text(inside.empty() ? TextFromPath(path.stem()) : inside, std::move(file.Bytes));
+    const bool isKnown = FindDecoder(text) != nullptr;
+    if (!first || isKnown) first = std::move(text);
+    if (isKnown) break;
+  }
+  if (!first) return Fault{kFaultEndOfFile, "ReadSource", name + ": the archive is empty", name};
+  if (files.Value().size() > 1) {
+    notes.push_back("The archive holds " + Shortest(static_cast<int>(files.Value().size())) +
+                    " files; " + first->Name() + " was taken.");
+  }
+  return std::move(*first);
+}
+
 Status LoadSounding(CurrentSounding& current, const std::filesystem::path& path, int index) {
   const ProcedureScope here(current, "LoadSounding");
   const std::string name = TextFromPath(path.filename());
@@ -130,11 +160,10 @@ Status LoadSounding(CurrentSounding& current, const std::filesystem::path& path,
   LoadContext context{.Ask = current.Ask, .Index = index};
   bool keeps = false;
   const std::optional<Fault> fault = Guarded(current.Procedure, [&]() -> std::optional<Fault> {
-    Outcome<std::string> bytes = ReadFile(path);
-    if (!bytes) return bytes.Error();
-    const SourceText source(name, std::move(bytes.Value()));
-    std::optional<Fault> failed = DecodeSounding(source, context, record);
-    keeps = !failed || (failed->Number != kFaultTooFewLevels && IsNative(source));
+    const Outcome<SourceText> source = ReadSource(path, context.Notes);
+    if (!source) return source.Error();
+    std::optional<Fault> failed = DecodeSounding(source.Value(), context, record);
+    keeps = !failed || (failed->Number != kFaultTooFewLevels && IsNative(source.Value()));
     return failed;
   });
 

@@ -14,6 +14,7 @@
 #include "core/units.h"
 #include "ingest/decoder.h"
 #include "ingest/json_text.h"
+#include "ingest/unpack.h"
 #include "support/soundings.h"
 
 namespace vexa::ingest {
@@ -310,6 +311,35 @@ TEST(Json, IsReadStrictly) {
   for (const char* text : bad) EXPECT_FALSE(ReadJson(SourceText("j", text))) << text;
   EXPECT_EQ(*ReadJson(SourceText("j", "\"\\u00e4\"")).Value().Text(), "\xc3\xa4");
   EXPECT_FALSE(ReadJson(SourceText("j", std::string(5000, '['))));
+}
+
+// Packed by other programs: the first file of the archive is stored, the second deflated.
+TEST(Unpack, GzipAndZip) {
+  const Outcome<std::vector<PackedFile>> gzip = Unpack(FileText("packed.txt.gz"));
+  ASSERT_TRUE(gzip);
+  EXPECT_EQ(gzip.Value().at(0).Bytes, FileText("spc_text.spc"));
+  const std::string archive = FileText("packed.zip");
+  const Outcome<std::vector<PackedFile>> zip = Unpack(archive);
+  ASSERT_TRUE(zip) << zip.Error().Detail;
+  ASSERT_EQ(zip.Value().size(), 2U);
+  EXPECT_EQ(zip.Value()[0].Name, "folder/readme.txt");
+  EXPECT_EQ(zip.Value()[0].Bytes, "read me\n");
+  EXPECT_EQ(zip.Value()[1].Bytes, FileText("spc_text.spc"));
+  for (const std::string& whole : {archive, FileText("packed.txt.gz")}) {
+    for (std::size_t size = 4; size < whole.size(); size += 7) {
+      EXPECT_FALSE(Unpack(whole.substr(0, size))) << size;
+    }
+  }
+  std::string damaged = archive;
+  damaged[damaged.find("read me\n")] = 'R';
+  EXPECT_EQ(Unpack(damaged).Error().Detail, "the archive has a wrong check sum");
+
+  CurrentSounding current;
+  SilentInteraction quiet;
+  current.Ask = &quiet;
+  ASSERT_EQ(LoadSounding(current, test::TestData("packed.zip")), Status::Ok) << current.StatusText;
+  EXPECT_EQ(current.Record.DataFormat, "SPC");
+  EXPECT_EQ(current.LoadNotes.at(0), "The archive holds 2 files; spc_text.spc was taken.");
 }
 
 TEST(Formats, SecondsOfAWholeFlightOpenInASecond) {
