@@ -93,6 +93,9 @@ const Sample kSamples[] = {
      {400, 90, FromMs(2)}, {2990, 250, FromMs(20)}, 400, 50.25, 10.5},
     {"class_two.cls", "CLASS", "Elsewhere  12Z 10 Mar 2021", 1, 2, 2, 2,
      {960, 9, 4}, {850, 3, -1}, {400, 80, FromMs(3)}, {1400, 100, FromMs(5)}, 400, 50.25, 10.5},
+    {"eol_one.eol", "CLASS", "Test field  1759Z 30 Jun 2021", 0, 1, 3, 3,
+     {898.5, 28.25, 11.5}, {700, 8.5, kMissing},
+     {1036, 165, FromMs(4)}, {3150, 230, FromMs(15)}, 1036, 39.357463, -101.370695},
     // Without the aircraft's row, the first seconds and what the sonde marks as bad. 50 % at 8 C
     // is half of 10.72 hPa, the dew point -1.8 C.
     {"dropsonde_raw.txt", "DROPSONDE", "Dropsonde  1001Z 04 Jul 2021", 0, 1, 3, 3,
