@@ -14,12 +14,14 @@
 #include "core/fault.h"
 #include "core/sounding_record.h"
 #include "core/source_text.h"
+#include "ingest/source_sounding.h"
 
 namespace vexa::ingest {
 
 /// What a decoder may ask for besides the text.
 struct LoadContext {
   Interaction* Ask = nullptr;
+  int Index = 0;                     // which sounding of the file, 0: the first
   std::vector<std::string> Notes{};  // what was left out, changed or worked out, for the user
 };
 
@@ -32,6 +34,9 @@ struct Decoder {
   /// keeps what was read so far. The text of a web page comes without its tags.
   std::optional<Fault> (*Decode)(const SourceText& source, LoadContext& context,
                                  SoundingRecord& into);
+  /// The soundings that the text holds, in the order of LoadContext::Index; null for a format of
+  /// one sounding a file.
+  std::vector<SourceEntry> (*List)(const SourceText& source) = nullptr;
 };
 
 std::span<const Decoder> Decoders();
@@ -39,15 +44,26 @@ std::span<const Decoder> Decoders();
 /// The first decoder that recognises the text; null when none does.
 const Decoder* FindDecoder(const SourceText& source);
 
-/// Recognises, decodes and orders one sounding: PressureDupe, SortData, PressureDupe. Fault 1209
-/// when no format is recognised, 62 for damage and for a server's answer that it has no data, 2222
-/// for fewer than two temperature levels; the detail names the file, the line where there is one,
-/// and the reason, the server's own words where it gave some.
+/// The soundings of a text, for the user to choose from: titles with station and time. A format of
+/// one sounding a file gives one entry titled by the file's name; an unknown format gives none.
+std::vector<SourceEntry> ListSoundings(const SourceText& source);
+
+/// Recognises, decodes and orders the sounding that the context's Index chooses: PressureDupe,
+/// SortData, PressureDupe. Fault 1209 when no format is recognised, 62 for damage and for a
+/// server's answer that it has no data, 2222 for fewer than two temperature levels; the detail
+/// names the file, the line where there is one, and the reason, the server's own words where it
+/// gave some.
 std::optional<Fault> DecodeSounding(const SourceText& source, LoadContext& context,
                                     SoundingRecord& into);
 
+/// A file's text as decoders take it. A gzip or ZIP file is unpacked; of several files inside, the
+/// first in a known format counts, with a note.
+Outcome<SourceText> ReadSource(const std::filesystem::path& path, std::vector<std::string>& notes);
+
 /// Loads a file into the current sounding. The sounding that was current stays until the new one
 /// is whole; a native file keeps what was read before its fault, as its reader does.
-Status LoadSounding(CurrentSounding& current, const std::filesystem::path& path);
+///
+/// index  which of the file's soundings, as ListSoundings counts them from 0
+Status LoadSounding(CurrentSounding& current, const std::filesystem::path& path, int index = 0);
 
 }  // namespace vexa::ingest

@@ -8,12 +8,23 @@
 #include "core/files.h"
 #include "core/numbers.h"
 #include "core/raw_file.h"
+#include "ingest/avaps.h"
+#include "ingest/bufkit.h"
+#include "ingest/class_text.h"
+#include "ingest/coded.h"
+#include "ingest/columns.h"
 #include "ingest/decoder.h"
+#include "ingest/fsl.h"
 #include "ingest/html_text.h"
+#include "ingest/iem.h"
+#include "ingest/igra.h"
+#include "ingest/model_csv.h"
 #include "ingest/native.h"
 #include "ingest/source_header.h"
 #include "ingest/spc_text.h"
+#include "ingest/unpack.h"
 #include "ingest/wyoming.h"
+#include "ingest/wyoming_csv.h"
 
 namespace vexa::ingest {
 namespace {
@@ -21,8 +32,19 @@ namespace {
 // The first that recognises a text reads it.
 constexpr Decoder kDecoders[] = {
     {kRawTag, "VEXA sounding", "*.raw *.RAW", IsNative, DecodeNative},
+    {"IEM", "IEM JSON", "*.json", IsIemJson, DecodeIemJson, ListIemJson},
+    {"DROPSONDE", "Dropsonde file", "D*", IsAvaps, DecodeAvaps},
+    {"CLASS", "CLASS and EOL files", "*.cls *.eol", IsClassText, DecodeClassText, ListClassText},
+    {"FCST", "BUFKIT", "*.buf", IsBufkit, DecodeBufkit, ListBufkit},
     {"SPC", "SPC text", "*.spc *.txt", IsSpcText, DecodeSpcText},
+    {"IGRA", "IGRA station file", "*.txt", IsIgra, DecodeIgra, ListIgra},
+    {"FSL", "FSL rawinsonde text", "*.fsl *.txt", IsFsl, DecodeFsl, ListFsl},
+    {"WYOMING", "Wyoming CSV", "*.csv", IsWyomingCsv, DecodeWyomingCsv},
     {"WYOMING", "Wyoming listing", "*.html *.htm *.txt", IsWyoming, DecodeWyoming},
+    {"IEM", "IEM table", "*.csv *.txt", IsIemTable, DecodeIemTable, ListIemTable},
+    {"FCST", "Model profiles", "*.csv *.txt", IsModelCsv, DecodeModelCsv, ListModelCsv},
+    {"CODED", "Coded messages", "*.txt", IsCoded, DecodeCoded, ListCoded},
+    {"COLUMNS", "Columns", "*.csv *.txt", IsColumns, DecodeColumns},
 };
 
 const Decoder* Recognise(const SourceText& plain) {
@@ -43,6 +65,13 @@ std::string RefusalIn(const SourceText& plain) {
     }
   }
   return {};
+}
+
+std::vector<SourceEntry> ListPlain(const SourceText& plain) {
+  const Decoder* decoder = Recognise(plain);
+  if (decoder == nullptr) return {};
+  if (decoder->List != nullptr) return decoder->List(plain);
+  return {{.Title = plain.Name()}};
 }
 
 std::optional<Fault> DecodePlain(const SourceText& plain, LoadContext& context,
@@ -82,6 +111,10 @@ const Decoder* FindDecoder(const SourceText& source) {
   return IsHtml(source) ? Recognise(WithoutTags(source)) : Recognise(source);
 }
 
+std::vector<SourceEntry> ListSoundings(const SourceText& source) {
+  return IsHtml(source) ? ListPlain(WithoutTags(source)) : ListPlain(source);
+}
+
 std::optional<Fault> DecodeSounding(const SourceText& source, LoadContext& context,
                                     SoundingRecord& into) {
   ClearData(into);
@@ -91,18 +124,46 @@ std::optional<Fault> DecodeSounding(const SourceText& source, LoadContext& conte
   });
 }
 
-Status LoadSounding(CurrentSounding& current, const std::filesystem::path& path) {
+Outcome<SourceText> ReadSource(const std::filesystem::path& path, std::vector<std::string>& notes) {
+  Outcome<std::string> bytes = ReadFile(path);
+  if (!bytes) return bytes.Error();
+  const std::string name = TextFromPath(path.filename());
+  if (!IsPacked(bytes.Value())) return SourceText(name, std::move(bytes.Value()));
+  Outcome<std::vector<PackedFile>> files = Unpack(bytes.Value());
+  if (!files) {
+    Fault fault = files.Error();
+    fault.Detail = name + ": " + fault.Detail;
+    fault.File = name;
+    return fault;
+  }
+  std::optional<SourceText> first;
+  for (PackedFile& file : files.Value()) {
+    const std::size_t folder = file.Name.find_last_of("/\\") + 1;  // 0 where there is none
+    const std::string inside = file.Name.substr(folder);
+    SourceText text(inside.empty() ? TextFromPath(path.stem()) : inside, std::move(file.Bytes));
+    const bool isKnown = FindDecoder(text) != nullptr;
+    if (!first || isKnown) first = std::move(text);
+    if (isKnown) break;
+  }
+  if (!first) return Fault{kFaultEndOfFile, "ReadSource", name + ": the archive is empty", name};
+  if (files.Value().size() > 1) {
+    notes.push_back("The archive holds " + Shortest(static_cast<int>(files.Value().size())) +
+                    " files; " + first->Name() + " was taken.");
+  }
+  return std::move(*first);
+}
+
+Status LoadSounding(CurrentSounding& current, const std::filesystem::path& path, int index) {
   const ProcedureScope here(current, "LoadSounding");
   const std::string name = TextFromPath(path.filename());
   SoundingRecord record;
-  LoadContext context{.Ask = current.Ask};
+  LoadContext context{.Ask = current.Ask, .Index = index};
   bool keeps = false;
   const std::optional<Fault> fault = Guarded(current.Procedure, [&]() -> std::optional<Fault> {
-    Outcome<std::string> bytes = ReadFile(path);
-    if (!bytes) return bytes.Error();
-    const SourceText source(name, std::move(bytes.Value()));
-    std::optional<Fault> failed = DecodeSounding(source, context, record);
-    keeps = !failed || (failed->Number != kFaultTooFewLevels && IsNative(source));
+    const Outcome<SourceText> source = ReadSource(path, context.Notes);
+    if (!source) return source.Error();
+    std::optional<Fault> failed = DecodeSounding(source.Value(), context, record);
+    keeps = !failed || (failed->Number != kFaultTooFewLevels && IsNative(source.Value()));
     return failed;
   });
 

@@ -66,7 +66,7 @@ std::size_t FindNoCase(std::string_view text, std::string_view sought, std::size
   if (from > text.size()) return std::string_view::npos;
   const std::string_view rest = text.substr(from);
   const auto found = std::search(rest.begin(), rest.end(), sought.begin(), sought.end(),
-                                  [](char a, char b) { return Lower(a) == Lower(b); });
+                                 [](char a, char b) { return Lower(a) == Lower(b); });
   if (found == rest.end() && !sought.empty()) return std::string_view::npos;
   return from + static_cast<std::size_t>(found - rest.begin());
 }
@@ -93,13 +93,38 @@ std::optional<ObservationTime> ParseWrittenTime(std::string_view text) {
     tokens.erase(tokens.begin() + 1);
   }
   if (tokens.size() < 4 || !AllDigits(hour) || hour.size() > 2) return std::nullopt;
-  const auto month = std::ranges::find_if(
-      kMonths, [&](std::string_view name) { return StartsWithNoCase(tokens[2], name); });
-  if (month == kMonths.end()) return std::nullopt;
-  return Valid({.Year = Digits(tokens[3].substr(0, 4)),
-                .Month = static_cast<int>(month - kMonths.begin()) + 1,
-                .Day = Digits(tokens[1]),
-                .Hour = Digits(hour)});
+  return MakeTime(Digits(tokens[3].substr(0, 4)), MonthNumber(tokens[2]), Digits(tokens[1]),
+                  Digits(hour));
+}
+
+std::optional<ObservationTime> MakeTime(int year, int month, int day, int hour, int minute) {
+  if (month < 1 || day < 1) return std::nullopt;
+  return Valid({.Year = year, .Month = month, .Day = day, .Hour = hour, .Minute = minute});
+}
+
+int MonthNumber(std::string_view name) {
+  const auto* month = std::ranges::find_if(
+      kMonths, [&](std::string_view known) { return StartsWithNoCase(name, known); });
+  return month == kMonths.end() ? 0 : static_cast<int>(month - kMonths.begin()) + 1;
+}
+
+std::vector<int> WholeNumbersIn(std::string_view text) {
+  constexpr std::string_view kFigures = "0123456789";
+  constexpr std::size_t kLongest = 9;  // figures that fit an int
+  std::vector<int> numbers;
+  std::size_t at = text.find_first_of(kFigures);
+  while (at != std::string_view::npos) {
+    const std::size_t end = std::min(text.find_first_not_of(kFigures, at), text.size());
+    numbers.push_back(Digits(text.substr(at, std::min(end - at, kLongest))));
+    at = text.find_first_of(kFigures, end);
+  }
+  return numbers;
+}
+
+std::optional<ObservationTime> ParseIsoTime(std::string_view text) {
+  const std::vector<int> parts = WholeNumbersIn(text);
+  if (parts.size() < 4) return std::nullopt;
+  return MakeTime(parts[0], parts[1], parts[2], parts[3], parts.size() > 4 ? parts[4] : 0);
 }
 
 std::string Caption(const StationName& station, const ObservationTime& time) {

@@ -25,6 +25,18 @@ std::optional<ObservationTime> ParseCompactTime(std::string_view text);
 /// "00Z 04 May 1999" or "12 UTC 23 Feb 2023".
 std::optional<ObservationTime> ParseWrittenTime(std::string_view text);
 
+/// A time from its parts; empty where no calendar has it.
+std::optional<ObservationTime> MakeTime(int year, int month, int day, int hour, int minute = 0);
+
+/// A month by the first letters of its English name, 1 to 12; 0 for anything else.
+int MonthNumber(std::string_view name);
+
+/// The whole numbers of a text, "2023, 05, 22, 23:06:10" gives six.
+std::vector<int> WholeNumbersIn(std::string_view text);
+
+/// "1999-05-04 00:00:00" or "1999-05-04T00:00Z": year, month, day, hour, minute in this order.
+std::optional<ObservationTime> ParseIsoTime(std::string_view text);
+
 struct StationName {
   int Number = 0;         // WMO number, 0: none
   std::string Letters{};  // "OUN"

@@ -54,6 +54,12 @@ bool HasWind(const SourceLevel& level) {
 
 }  // namespace
 
+double Scale::operator()(double value) const {
+  constexpr int kDecimals = 4;
+  const double scaled = value * Times / Over;
+  return Plus == 0 ? scaled : Rounded(scaled + Plus, kDecimals);
+}
+
 std::vector<std::string> Refusals::Notes() const {
   std::vector<std::string> notes;
   for (std::size_t i = 0; i < kElements; ++i) {
@@ -67,13 +73,13 @@ std::vector<std::string> Refusals::Notes() const {
 }
 
 bool ReadElement(std::string_view field, Element element, Refusals& refusals,
-                 std::optional<double>& into, double factor) {
+                 std::optional<double>& into, const Scale& scale) {
   into.reset();
   const std::string_view text = Trim(field);
   if (IsMarkerText(text)) return true;
   const std::optional<double> number = ParseNumber(text);
   if (!number) return false;
-  const double value = *number * factor;
+  const double value = scale(*number);
   const ElementRow& row = kElementRows[static_cast<std::size_t>(element)];
   const bool isPossible =
       value >= row.Least && value <= row.Most && !(element == Element::Press && value == 0);

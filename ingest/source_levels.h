@@ -38,15 +38,25 @@ struct SourceLevel {
   std::optional<double> Spd{};  // knots
 };
 
+/// value * Times / Over + Plus. Tenths are divided by 10 and not multiplied by 0.1, so that 184
+/// tenths are 18.4 to the last bit; sums are rounded to 0.0001.
+struct Scale {
+  double Times = 1;
+  double Over = 1;
+  double Plus = 0;
+
+  double operator()(double value) const;
+};
+
 /// Reads one field. A value outside its element's range is missing: silently when it is a usual
 /// marker (-9999, 9999, 99999, -999, 999, within 0.005), else counted as refused. A marker that
 /// lies in the range, 999 hPa or 9999 m, is a value.
 ///
 /// field  blank, slashes, asterisks, "M", "NaN", "null" are missing
-/// factor  turns the source's unit into ours
+/// scale  turns the source's unit into ours
 /// returns false when the field is neither a number nor a marker
 [[nodiscard]] bool ReadElement(std::string_view field, Element element, Refusals& refusals,
-                               std::optional<double>& into, double factor = 1);
+                               std::optional<double>& into, const Scale& scale = {});
 
 /// Factor from a unit as sources spell it ("knot", "kt", "kts", "knots", "m/s") to knots; empty
 /// for any other.

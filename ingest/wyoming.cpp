@@ -156,7 +156,7 @@ class Table {
     SourceLevel level;
     for (const ReadColumn& column : columns) {
       const std::string_view field = column.At.Of(row);
-      if (!ReadElement(field, column.What, Refused, level.*column.Into, column.Factor)) {
+      if (!ReadElement(field, column.What, Refused, level.*column.Into, {column.Factor})) {
         return Fault{kFaultEndOfFile, "DecodeWyoming",
                      AtLine(source_.Name(), line_,
                             '"' + std::string(Trim(field)) + "\" in column " +

@@ -247,7 +247,7 @@ TEST(ReadElement, TellsValuesMarkersAndRubbishApart) {
   }
   Refusals refusals;
   std::optional<double> speed;
-  EXPECT_TRUE(ReadElement("155", Element::Speed, refusals, speed, kMsToKnot));
+  EXPECT_TRUE(ReadElement("155", Element::Speed, refusals, speed, {kMsToKnot}));
   EXPECT_FALSE(speed);  // 301 knots
 }
 

@@ -1,0 +1,281 @@
+#include "ingest/coded.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <cstdlib>
+#include <iterator>
+#include <string>
+#include <tuple>
+#include <utility>
+
+#include "core/markers.h"
+#include "core/numbers.h"
+#include "ingest/coded_groups.h"
+#include "ingest/coded_heights.h"
+#include "ingest/coded_part.h"
+#include "ingest/coded_report.h"
+
+namespace vexa::ingest {
+namespace {
+
+constexpr std::string_view kFormatTag = "CODED";
+constexpr int kHoursApart = 3;
+constexpr int kMostHeadingLines = 400;
+
+// Reports of one station and time.
+struct CodedAscent {
+  std::vector<CodedReport> Reports{};
+  std::vector<CodedPart> Parts{};
+  SourceHeading Heading{};
+};
+
+// Hours between two day-of-month times, which may lie on both sides of a month's end: from the 28th
+// on, the next day may be the 1st.
+int HoursBetween(const CodedReport& a, const CodedReport& b) {
+  constexpr int kDayHours = 24, kShortestMonth = 28;
+  const CodedReport& earlier = a.Day < b.Day ? a : b;
+  const CodedReport& later = a.Day < b.Day ? b : a;
+  if (earlier.Day == 1 && later.Day >= kShortestMonth) {
+    return kDayHours - later.Hour + earlier.Hour;
+  }
+  return std::abs((a.Day - b.Day) * kDayHours + a.Hour - b.Hour);
+}
+
+// The date "20220713" of a file's name.
+std::optional<std::chrono::sys_days> DateIn(std::string_view name) {
+  for (std::size_t i = 0; i + 8 <= name.size(); ++i) {
+    const std::optional<int> year = Figures(name, i, 4), month = Figures(name, i + 4, 2),
+                             day = Figures(name, i + 6, 2);
+    if (!year || !month || !day || *year < 1900 || *year > 2100) continue;
+    const std::chrono::year_month_day date{std::chrono::year(*year),
+                                           std::chrono::month(static_cast<unsigned>(*month)),
+                                           std::chrono::day(static_cast<unsigned>(*day))};
+    if (date.ok()) return std::chrono::sys_days(date);
+  }
+  return std::nullopt;
+}
+
+// The day of that number nearest to the date in the file's name.
+ObservationTime TimeOf(const CodedReport& report, std::string_view fileName) {
+  const std::optional<std::chrono::sys_days> around = DateIn(fileName);
+  if (!around) return {};
+  constexpr int kFarthest = 3;  // days; the name is not about this report otherwise
+  for (int away = 0; away <= kFarthest; ++away) {
+    for (const int days : {-away, away}) {
+      const std::chrono::year_month_day date{*around + std::chrono::days(days)};
+      if (static_cast<int>(static_cast<unsigned>(date.day())) != report.Day) continue;
+      return {.Year = static_cast<int>(date.year()),
+              .Month = static_cast<int>(static_cast<unsigned>(date.month())),
+              .Day = report.Day,
+              .Hour = report.Hour};
+    }
+  }
+  return {};
+}
+
+SourceHeading HeadingOf(const CodedAscent& ascent, std::string_view fileName) {
+  const auto main = std::ranges::min_element(ascent.Reports, {}, [](const CodedReport& report) {
+    return std::pair(report.IsPilot(), report.Letter());
+  });
+  SourceHeading heading;
+  heading.Station.Number = main->WmoNumber;
+  if (main->WmoNumber == 0) heading.Station.Name = main->Station;
+  heading.Time = TimeOf(*main, fileName);
+  if (!heading.Time.Known()) {
+    heading.Station.Name += (heading.Station.Name.empty() ? "day " : " day ") +
+                            Mask(main->Day, "00") + ' ' + Mask(main->Hour, "00") + 'Z';
+  }
+  heading.Lat = main->Lat;
+  heading.Lon = main->Lon;
+  heading.Elevation = main->Elevation;
+  return heading;
+}
+
+// Ascents that hold any level, in the order of their first reports. What the reports without a
+// level say of themselves goes into the remarks.
+std::vector<CodedAscent> AscentsOf(const SourceText& source, std::vector<std::string>& remarks,
+                                   std::vector<std::string>& notes) {
+  std::vector<CodedAscent> ascents;
+  for (CodedReport& report : LatestReports(SplitReports(source, notes), notes)) {
+    auto ascent = std::ranges::find_if(ascents, [&](const CodedAscent& other) {
+      const CodedReport& first = other.Reports.front();
+      return first.Station == report.Station && HoursBetween(first, report) <= kHoursApart;
+    });
+    if (ascent == ascents.end()) ascent = ascents.insert(ascents.end(), CodedAscent{});
+    ascent->Parts.push_back(ReadPart(report));
+    ascent->Reports.push_back(std::move(report));
+  }
+  std::erase_if(ascents, [&](const CodedAscent& ascent) {
+    bool isEmpty = true;
+    for (const CodedPart& part : ascent.Parts) isEmpty = isEmpty && part.Levels.empty();
+    for (std::size_t i = 0; isEmpty && i < ascent.Parts.size(); ++i) {
+      const CodedPart& part = ascent.Parts[i];
+      std::ranges::copy(part.Notes, std::back_inserter(remarks));
+      for (const std::string& remark : part.Remarks) {
+        remarks.push_back(ascent.Reports[i].Name() + ": " + remark + '.');
+      }
+    }
+    return isEmpty;
+  });
+  for (CodedAscent& ascent : ascents) ascent.Heading = HeadingOf(ascent, source.Name());
+  return ascents;
+}
+
+// Which of two temperatures at the same pressure counts: of mandatory levels that of parts A and C,
+// elsewhere the significant level of parts B and D, which is the finer one.
+int TempRank(const CodedLevel& level) {
+  if (level.Kind == LevelKind::Mandatory) return 0;
+  return level.Part == 'B' || level.Part == 'D' ? 1 : 2;
+}
+
+// Which of two winds close to each other counts.
+int WindRank(const CodedLevel& level) {
+  if (level.Kind == LevelKind::Surface && level.Part == 'A') return 0;
+  switch (level.Kind) {
+    case LevelKind::Mandatory:
+      return 0;
+    case LevelKind::PilotWind:
+      return 2;
+    default:
+      return 1;
+  }
+}
+
+void AddTemps(const std::vector<CodedLevel>& levels, SourceSounding& into) {
+  for (const CodedLevel& level : levels) {
+    if (!level.Values.Temp || !level.Values.Press) continue;
+    const auto same = std::ranges::find(into.Levels, level.Values.Press, &SourceLevel::Press);
+    if (same == into.Levels.end()) {
+      into.Levels.push_back({.Press = level.Values.Press,
+                             .Height = level.Values.Height,
+                             .Temp = level.Values.Temp,
+                             .Dewpt = level.Values.Dewpt});
+      continue;
+    }
+    if (!same->Dewpt) same->Dewpt = level.Values.Dewpt;
+    if (same->Temp != level.Values.Temp) {
+      into.Notes.push_back("At " + Shortest(*level.Values.Press) +
+                           " hPa the parts differ: " + Shortest(*same->Temp) + " C was taken, " +
+                           Shortest(*level.Values.Temp) + " C of part " + level.Part + " was not.");
+    }
+  }
+}
+
+void AddWinds(std::vector<CodedLevel> levels, HeightFinder& heights, SourceSounding& into) {
+  constexpr double kClosest = 50;  // m between winds of different sources
+  std::erase_if(levels, [](const CodedLevel& level) { return !level.Values.Spd; });
+  std::ranges::stable_sort(levels, {}, WindRank);
+  struct Taken {
+    double Height;
+    int Rank;
+  };
+  std::vector<Taken> taken;
+  for (const CodedLevel& level : levels) {
+    const SourceLevel& wind = level.Values;
+    if (!wind.Press && !wind.Height) continue;
+    const double height = wind.Height ? *wind.Height : heights.At(*wind.Press);
+    const bool isRepeated = std::ranges::any_of(taken, [&](const Taken& other) {
+      const double apart = std::fabs(other.Height - height);
+      return other.Rank < WindRank(level) ? apart < kClosest : apart < 1;
+    });
+    if (isRepeated) continue;
+    taken.push_back({height, WindRank(level)});
+    into.Levels.push_back(
+        {.Press = wind.Press, .Height = wind.Height, .Dir = wind.Dir, .Spd = wind.Spd});
+  }
+}
+
+// The surface wind of a PILOT part has neither height nor pressure of its own.
+void PlaceSurfaceWinds(std::vector<CodedLevel>& levels, std::vector<std::string>& notes) {
+  const auto surface = std::ranges::find_if(levels, [](const CodedLevel& level) {
+    return level.Kind == LevelKind::Surface && level.Values.Temp;
+  });
+  for (CodedLevel& level : levels) {
+    if (!level.IsAtSurface) continue;
+    if (surface == levels.end()) {
+      notes.push_back("The surface wind was left out: the height of the ground is not known.");
+    } else {
+      level.Values.Press = surface->Values.Press;
+    }
+  }
+}
+
+void NoteMissingParts(const CodedAscent& ascent, std::vector<std::string>& notes) {
+  std::string missing;
+  for (const char letter : {'A', 'B', 'C', 'D'}) {
+    const bool isThere = std::ranges::any_of(ascent.Reports, [letter](const CodedReport& report) {
+      return !report.IsPilot() && report.Letter() == letter;
+    });
+    const bool isDropsonde = ascent.Reports.front().Part[0] == 'X';
+    if (isThere || (isDropsonde && letter >= 'C')) continue;
+    missing += (missing.empty() ? "" : ", ") + std::string(1, letter);
+  }
+  if (!missing.empty()) notes.push_back("Parts of the message that are missing: " + missing + '.');
+}
+
+SourceSounding Merged(const CodedAscent& ascent) {
+  SourceSounding sounding{.Heading = ascent.Heading};
+  std::vector<CodedLevel> levels;
+  for (const CodedPart& part : ascent.Parts) {
+    std::ranges::copy(part.Levels, std::back_inserter(levels));
+    std::ranges::copy(part.Notes, std::back_inserter(sounding.Notes));
+  }
+  std::ranges::stable_sort(
+      levels, {}, [](const CodedLevel& level) { return std::tuple(TempRank(level), level.Part); });
+  PlaceSurfaceWinds(levels, sounding.Notes);
+  HeightFinder heights = RestoreHeights(levels, sounding.Notes);
+  AddTemps(levels, sounding);
+  AddWinds(std::move(levels), heights, sounding);
+  NoteMissingParts(ascent, sounding.Notes);
+  if (!sounding.Heading.Time.Known()) {
+    sounding.Notes.push_back("The message has no month and year; they are not known.");
+  }
+  return sounding;
+}
+
+}  // namespace
+
+bool IsCoded(const SourceText& source) {
+  const int last = std::min(source.LineCount(), kMostHeadingLines);
+  for (int line = 1; line <= last; ++line) {
+    std::vector<std::string_view> words = Tokens(source.Line(line));
+    if (line < source.LineCount()) {
+      const std::vector<std::string_view> next = Tokens(source.Line(line + 1));
+      words.insert(words.end(), next.begin(), next.end());
+    }
+    for (std::size_t i = 0; i + 1 < words.size(); ++i) {
+      if (!IsPartName(words[i])) continue;
+      for (std::size_t k = i + 1; k < std::min(i + 4, words.size()); ++k) {
+        if (IsGroup(words[k]) && Figures(words[k], 0, 4)) return true;
+      }
+    }
+  }
+  return false;
+}
+
+std::vector<SourceEntry> ListCoded(const SourceText& source) {
+  std::vector<std::string> unused;
+  std::vector<SoundingBlock> blocks;
+  for (CodedAscent& ascent : AscentsOf(source, unused, unused)) {
+    blocks.push_back({.Heading = std::move(ascent.Heading)});
+  }
+  return Entries(blocks);
+}
+
+std::optional<Fault> DecodeCoded(const SourceText& source, LoadContext& context,
+                                 SoundingRecord& into) {
+  std::vector<std::string> remarks;
+  const std::vector<CodedAscent> ascents = AscentsOf(source, remarks, context.Notes);
+  if (ascents.empty()) {
+    const std::string said = remarks.empty() ? std::string() : "; " + remarks.front();
+    return Fault{kFaultEndOfFile, "DecodeCoded", source.Name() + ": no ascent in it" + said};
+  }
+  const Outcome<std::size_t> index = ChooseSounding(ascents.size(), source, context);
+  if (!index) return index.Error();
+  FillRecord(Merged(ascents[index.Value()]), source.Name(), context, into);
+  into.DataFormat = kFormatTag;
+  return std::nullopt;
+}
+
+}  // namespace vexa::ingest

@@ -1,0 +1,73 @@
+#include "ingest/coded_heights.h"
+
+#include <algorithm>
+#include <cmath>
+#include <functional>
+#include <map>
+
+#include "core/markers.h"
+
+namespace vexa::ingest {
+namespace {
+
+constexpr double kDoubtful = 300;  // m
+
+void SetTemperatures(const std::vector<CodedLevel>& levels, HeightFinder& heights) {
+  std::map<double, const SourceLevel*, std::greater<>> byPress;
+  for (const CodedLevel& level : levels) {
+    if (level.Values.Press && level.Values.Temp) {
+      byPress.try_emplace(*level.Values.Press, &level.Values);
+    }
+  }
+  std::vector<double> press, temp, dewpt;
+  for (const auto& [pressure, values] : byPress) {
+    press.push_back(pressure);
+    temp.push_back(*values->Temp);
+    // Impossibly moist is as good as unknown.
+    const bool isMoist = values->Dewpt && *values->Dewpt <= *values->Temp;
+    dewpt.push_back(isMoist ? *values->Dewpt : kMissing);
+  }
+  heights.SetTemperatures(std::move(press), std::move(temp), std::move(dewpt));
+}
+
+// Of the heights that three figures can stand for the nearest to an expected one.
+double Nearest(double press, int figures, double expected) {
+  constexpr double kLowestInDecametres = 500, kBelowSea = 500;
+  if (press == 1000) return figures >= kBelowSea ? kBelowSea - figures : figures;
+  const bool isDecametres = press <= kLowestInDecametres;
+  const double shown = isDecametres ? figures * 10.0 : figures;
+  const double cycle = isDecametres ? 10000 : 1000;
+  return shown + cycle * std::round((expected - shown) / cycle);
+}
+
+}  // namespace
+
+HeightFinder RestoreHeights(std::vector<CodedLevel>& levels, std::vector<std::string>& notes) {
+  HeightFinder heights;
+  SetTemperatures(levels, heights);
+  std::vector<CodedLevel*> mandatory;
+  for (CodedLevel& level : levels) {
+    if (level.Kind == LevelKind::Mandatory && level.HeightFigures) mandatory.push_back(&level);
+  }
+  std::ranges::stable_sort(mandatory, std::greater{},
+                           [](const CodedLevel* level) { return *level->Values.Press; });
+  bool isFirst = true;
+  for (CodedLevel* level : mandatory) {
+    const double press = *level->Values.Press;
+    const double expected = heights.At(press);
+    const double height = Nearest(press, *level->HeightFigures, expected);
+    // Without a level below, the expectation itself knows nothing of the day's pressure, and below
+    // the ground nothing of the temperature.
+    if (!isFirst && level->Values.Temp && std::fabs(height - expected) > kDoubtful) {
+      notes.push_back("The height of group " + level->HeightGroup +
+                      " does not fit the levels below; it was left out.");
+      continue;
+    }
+    level->Values.Height = height;
+    heights.AddKnown(press, height);
+    isFirst = false;
+  }
+  return heights;
+}
+
+}  // namespace vexa::ingest

@@ -1,0 +1,12 @@
+// PILOT reports: winds at mandatory pressures (parts A and C) and at heights (parts B and D).
+#pragma once
+
+#include "ingest/coded_part.h"
+
+namespace vexa::ingest {
+
+/// Appends the winds of a PILOT report. Heights are counted in 1000 ft by messages in knots and in
+/// 300 m by the others; a height of 0 is the ground's.
+void ReadPilot(const CodedReport& report, double toKnots, CodedPart& into);
+
+}  // namespace vexa::ingest

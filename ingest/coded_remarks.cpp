@@ -1,0 +1,103 @@
+#include "ingest/coded_remarks.h"
+
+#include <algorithm>
+
+#include "core/numbers.h"
+#include "ingest/coded_groups.h"
+
+namespace vexa::ingest {
+namespace {
+
+struct Meaning {
+  int Code;
+  std::string_view Text;
+};
+
+constexpr Meaning kMeanings[] = {
+    {40, "no ascent was planned"},
+    {41, "the report is incomplete"},
+    {42, "the ground equipment failed"},
+    {43, "the observation is delayed"},
+    {44, "the power failed"},
+    {45, "unfavourable weather"},
+    {46, "the ascent reached a low height only"},
+    {47, "the balloon leaked"},
+    {48, "the ascent was not authorised"},
+    {49, "alert"},
+    {50, "the ascent did not reach 400 hPa"},
+    {51, "the balloon iced"},
+    {52, "the balloon came into precipitation"},
+    {53, "interference"},
+    {54, "interference"},
+    {55, "the signal was lost"},
+    {56, "the signal was lost"},
+    {57, "maintenance"},
+    {58, "the flight equipment failed"},
+    {59, "no or part of an ascent for other reasons"},
+    {65, "data are doubtful or missing"},
+    {66, "data are doubtful or missing"},
+    {67, "data are doubtful or missing"},
+    {68, "data are doubtful or missing"},
+};
+
+constexpr int kStabilityIndex = 64, kExtrapolatedHeight = 90, kMeanWinds = 94;
+
+std::string StabilityIndex(std::string_view group) {
+  constexpr int kMostPositive = 40, kNegative = 50, kMostNegative = 90;
+  const std::optional<int> coded = Figures(group, 3, 2);
+  if (!coded || *coded > kMostNegative || (*coded > kMostPositive && *coded < kNegative)) return {};
+  const int index = *coded <= kMostPositive ? *coded : kNegative - *coded;
+  return "stability index of the station " + Shortest(index);
+}
+
+std::string ExtrapolatedHeight(std::string_view group) {
+  const std::optional<int> press = Figures(group, 0, 2), height = Figures(group, 2, 3);
+  if (!press || !height) return {};
+  constexpr int kHighestInMetres = 70;  // from 500 hPa up in tens of metres
+  return "height of " + Shortest(*press * 10) + " hPa extrapolated, " +
+         std::string(group.substr(2)) + (*press >= kHighestInMetres ? " m" : "0 m");
+}
+
+std::string MeanWinds(std::string_view lower, std::string_view upper) {
+  const auto text = [](std::string_view group) {
+    const std::optional<GroupWind> wind = ReadWindGroup(group, 1);
+    if (!wind || !wind->Spd) return std::string("not given");
+    return Mask(*wind->Dir, "000") + '/' + Shortest(*wind->Spd) + " kt";
+  };
+  if (!IsGroup(lower) || !IsGroup(upper)) return {};
+  return "mean wind surface to 5000 ft " + text(lower) + ", 5000 to 10000 ft " + text(upper);
+}
+
+}  // namespace
+
+bool IsSectionMark(std::string_view group) {
+  return group == "31313" || group == "41414" || group == "51515" || group == "61616" ||
+         group == "62626";
+}
+
+std::vector<std::string> RemarksIn(const std::vector<std::string>& groups) {
+  std::vector<std::string> remarks;
+  const auto at = [&](std::size_t i) { return i < groups.size() ? groups[i] : std::string(); };
+  const auto add = [&](std::string text) {
+    if (!text.empty()) remarks.push_back(std::move(text));
+  };
+  auto i = static_cast<std::size_t>(std::ranges::find(groups, "51515") - groups.begin()) + 1;
+  for (; i < groups.size() && !IsSectionMark(groups[i]); ++i) {
+    if (!IsGroup(groups[i]) || !groups[i].starts_with("101")) continue;
+    const int code = Figures(groups[i], 3, 2).value_or(-1);
+    if (code == kStabilityIndex) {
+      add(StabilityIndex(at(++i)));
+    } else if (code == kExtrapolatedHeight) {
+      add(ExtrapolatedHeight(at(++i)));
+    } else if (code == kMeanWinds) {
+      add(MeanWinds(at(i + 1), at(i + 2)));
+      i += 2;
+    } else if (const auto* row = std::ranges::find(kMeanings, code, &Meaning::Code);
+               row != std::end(kMeanings)) {
+      add(std::string(row->Text));
+    }
+  }
+  return remarks;
+}
+
+}  // namespace vexa::ingest

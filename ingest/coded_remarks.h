@@ -1,0 +1,19 @@
+// What stands behind the levels of a coded message: sections for instruments, clouds, regional and
+// national groups. Only a few of them say something about the ascent.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vexa::ingest {
+
+/// "31313", "41414", "51515", "61616" or "62626".
+bool IsSectionMark(std::string_view group);
+
+/// Sentences, without the full stop, on the regional groups of North America behind 51515: why an
+/// ascent is lacking or doubtful, its stability index, heights extrapolated above its top and mean
+/// winds. Regional groups of other countries give none.
+std::vector<std::string> RemarksIn(const std::vector<std::string>& groups);
+
+}  // namespace vexa::ingest

@@ -1,0 +1,74 @@
+#include "ingest/columns.h"
+
+#include <algorithm>
+#include <string>
+#include <utility>
+
+#include "core/numbers.h"
+#include "ingest/source_table.h"
+
+namespace vexa::ingest {
+namespace {
+
+constexpr std::string_view kFormatTag = "COLUMNS";
+constexpr int kMostHeadingLines = 100;
+
+// The number behind a label, with a sign where S or W follows: "Latitude<tab>40.58N".
+std::optional<double> Degrees(std::string_view text) {
+  const std::size_t begin = text.find_first_of("0123456789-");
+  if (begin == std::string_view::npos) return std::nullopt;
+  const std::size_t end = std::min(text.find_first_not_of("0123456789.-", begin), text.size());
+  std::optional<double> degrees = ParseNumber(text.substr(begin, end - begin));
+  const bool isNegative = text.find_first_of("SW", end) != std::string_view::npos;
+  if (degrees && isNegative) degrees = -*degrees;
+  return degrees;
+}
+
+// Lines such as "Station name<tab>Hill" above the table.
+void ReadLabel(std::string_view line, SourceHeading& heading) {
+  const std::size_t separator = line.find_first_of("\t:=");
+  if (separator == std::string_view::npos) return;
+  const std::string_view label = line.substr(0, separator);
+  const std::string_view value = Trim(line.substr(separator + 1));
+  const auto isAbout = [label](std::string_view word) {
+    return FindNoCase(label, word) != std::string_view::npos;
+  };
+  if (isAbout("latitude") && !heading.Lat) heading.Lat = Degrees(value);
+  if (isAbout("longitude") && !heading.Lon) heading.Lon = Degrees(value);
+  if ((isAbout("elevation") || isAbout("height")) && !heading.Elevation) {
+    heading.Elevation = Degrees(value);
+  }
+  if (isAbout("station") && heading.Station.Name.empty()) heading.Station.Name = value;
+  if (isAbout("time") || isAbout("date")) {
+    if (const auto time = ParseIsoTime(value)) heading.Time = *time;
+  }
+}
+
+}  // namespace
+
+bool IsColumns(const SourceText& source) {
+  return FindLayout(source, kMostHeadingLines) != 0;
+}
+
+std::optional<Fault> DecodeColumns(const SourceText& source, LoadContext& context,
+                                   SoundingRecord& into) {
+  const int names = FindLayout(source, kMostHeadingLines);
+  if (names == 0) return Fault{kFaultFormat, "DecodeColumns", source.Name() + ": no column names"};
+  const TableLayout layout = LayoutAt(source, names).value_or(TableLayout{});
+  SourceSounding sounding;
+  for (int line = 1; line < names; ++line) ReadLabel(source.Line(line), sounding.Heading);
+  if (std::optional<Fault> fault =
+          ReadTable(source, layout, source.LineCount() + 1, "DecodeColumns", sounding)) {
+    return fault;
+  }
+  KeepAscent(sounding.Levels, sounding.Notes);
+  const bool hasNoUnit = std::ranges::any_of(layout.Plan, [](const QuantityColumn& column) {
+    return column.What == Quantity::Speed && !column.HasUnit;
+  });
+  if (hasNoUnit) sounding.Notes.push_back("No unit of the wind speed is stated; taken as knots.");
+  FillRecord(std::move(sounding), source.Name(), context, into);
+  into.DataFormat = kFormatTag;
+  return std::nullopt;
+}
+
+}  // namespace vexa::ingest

@@ -1,0 +1,180 @@
+#include "ingest/iem.h"
+
+#include <algorithm>
+#include <string>
+#include <utility>
+
+#include "core/numbers.h"
+#include "ingest/json_text.h"
+#include "ingest/source_columns.h"
+
+namespace vexa::ingest {
+namespace {
+
+constexpr std::string_view kFormatTag = "IEM";
+constexpr std::string_view kTableHeading = "station,validUTC,levelcode";
+
+SourceHeading HeadingOf(std::string_view station, std::string_view time) {
+  SourceHeading heading;
+  heading.Station.Letters = station;
+  heading.Time = ParseIsoTime(time).value_or(ObservationTime{});
+  return heading;
+}
+
+SourceHeading HeadingOf(const JsonValue& profile) {
+  const auto text = [&profile](std::string_view name) {
+    const JsonValue* member = profile.Member(name);
+    const std::string* held = member == nullptr ? nullptr : member->Text();
+    return held == nullptr ? std::string() : *held;
+  };
+  return HeadingOf(text("station"), text("valid"));
+}
+
+const JsonArray* ProfilesOf(const JsonValue& document) {
+  const JsonValue* profiles = document.Member("profiles");
+  return profiles == nullptr ? nullptr : profiles->Array();
+}
+
+// A number goes the way of every other source's text, so that the same limits hold.
+std::optional<std::string> ReadLevel(const JsonValue& row, Refusals& refused, SourceLevel& into) {
+  struct Key {
+    std::string_view Name;
+    Element What;
+    std::optional<double> SourceLevel::*Into;
+  };
+  static constexpr Key kKeys[] = {{"pres", Element::Press, &SourceLevel::Press},
+                                  {"hght", Element::Height, &SourceLevel::Height},
+                                  {"tmpc", Element::Temp, &SourceLevel::Temp},
+                                  {"dwpc", Element::Dewpt, &SourceLevel::Dewpt},
+                                  {"drct", Element::Direction, &SourceLevel::Dir},
+                                  {"sknt", Element::Speed, &SourceLevel::Spd}};
+  for (const Key& key : kKeys) {
+    const JsonValue* value = row.Member(key.Name);
+    if (value == nullptr) continue;
+    const std::string* text = value->Text();
+    const std::optional<double> number = value->Number();
+    const std::string field = text != nullptr ? *text : number ? Shortest(*number) : std::string();
+    if (!ReadElement(field, key.What, refused, into.*key.Into)) {
+      return std::string(key.Name) + " \"" + field + '"';
+    }
+  }
+  return std::nullopt;
+}
+
+struct TableRow {
+  std::vector<std::string_view> Fields;
+  int Line = 0;
+};
+
+struct TableGroup {
+  SourceHeading Heading{};
+  std::string_view Station{}, Valid{};
+  std::vector<TableRow> Rows{};
+};
+
+int FindTable(const SourceText& source) {
+  constexpr int kMostHeadingLines = 20;
+  for (int line = 1; line <= std::min(source.LineCount(), kMostHeadingLines); ++line) {
+    if (source.Line(line).starts_with(kTableHeading)) return line;
+  }
+  return 0;
+}
+
+std::vector<TableGroup> GroupsOf(const SourceText& source) {
+  std::vector<TableGroup> groups;
+  const int heading = FindTable(source);
+  for (int line = heading + 1; heading != 0 && line <= source.LineCount(); ++line) {
+    TableRow row{SplitFields(source.Line(line), ','), line};
+    if (row.Fields.size() < 3) continue;
+    if (groups.empty() || groups.back().Station != row.Fields[0] ||
+        groups.back().Valid != row.Fields[1]) {
+      groups.push_back({HeadingOf(row.Fields[0], row.Fields[1]), row.Fields[0], row.Fields[1]});
+    }
+    groups.back().Rows.push_back(std::move(row));
+  }
+  return groups;
+}
+
+}  // namespace
+
+bool IsIemJson(const SourceText& source) {
+  return Trim(source.Bytes()).starts_with('{') &&
+         source.Bytes().find("\"profiles\"") != std::string::npos;
+}
+
+std::vector<SourceEntry> ListIemJson(const SourceText& source) {
+  const Outcome<JsonValue> document = ReadJson(source);
+  const JsonArray* profiles = document ? ProfilesOf(document.Value()) : nullptr;
+  std::vector<SoundingBlock> blocks;
+  if (profiles != nullptr) {
+    for (const JsonValue& profile : *profiles) blocks.push_back({.Heading = HeadingOf(profile)});
+  }
+  return Entries(blocks);
+}
+
+std::optional<Fault> DecodeIemJson(const SourceText& source, LoadContext& context,
+                                   SoundingRecord& into) {
+  const Outcome<JsonValue> document = ReadJson(source);
+  if (!document) return document.Error();
+  const JsonArray* profiles = ProfilesOf(document.Value());
+  const Outcome<std::size_t> index =
+      ChooseSounding(profiles == nullptr ? 0 : profiles->size(), source, context);
+  if (!index) return index.Error();
+  const JsonValue& profile = (*profiles)[index.Value()];
+  SourceSounding sounding{.Heading = HeadingOf(profile)};
+  const JsonValue* rows = profile.Member("profile");
+  if (rows == nullptr || rows->Array() == nullptr) {
+    return Fault{kFaultEndOfFile, "DecodeIemJson", source.Name() + ": a profile without levels"};
+  }
+  for (const JsonValue& row : *rows->Array()) {
+    SourceLevel level;
+    if (const std::optional<std::string> bad = ReadLevel(row, sounding.Refused, level)) {
+      return Fault{kFaultEndOfFile, "DecodeIemJson",
+                   source.Name() + ", level " +
+                       Shortest(static_cast<int>(sounding.Levels.size()) + 1) + ": " + *bad +
+                       " is not a number"};
+    }
+    sounding.Levels.push_back(level);
+  }
+  FillRecord(std::move(sounding), source.Name(), context, into);
+  into.DataFormat = kFormatTag;
+  return std::nullopt;
+}
+
+bool IsIemTable(const SourceText& source) {
+  return FindTable(source) != 0;
+}
+
+std::vector<SourceEntry> ListIemTable(const SourceText& source) {
+  std::vector<SoundingBlock> blocks;
+  for (const TableGroup& group : GroupsOf(source)) blocks.push_back({.Heading = group.Heading});
+  return Entries(blocks);
+}
+
+std::optional<Fault> DecodeIemTable(const SourceText& source, LoadContext& context,
+                                    SoundingRecord& into) {
+  const std::vector<TableGroup> groups = GroupsOf(source);
+  const Outcome<std::size_t> index = ChooseSounding(groups.size(), source, context);
+  if (!index) return index.Error();
+  const TableGroup& group = groups[index.Value()];
+  const std::vector<std::string_view> names = SplitFields(source.Line(FindTable(source)), ',');
+  const std::vector<QuantityColumn> plan = PlanColumns(names);
+  SourceSounding sounding{.Heading = group.Heading};
+  for (const TableRow& row : group.Rows) {
+    if (MayBeCutOff(source, row.Line) && row.Fields.size() < names.size()) {
+      sounding.Notes.push_back("The last row is cut off and was left out.");
+      continue;
+    }
+    SourceLevel level;
+    if (const std::optional<std::string> bad = ReadRow(row.Fields, plan, sounding.Refused, level)) {
+      return Fault{kFaultEndOfFile, "DecodeIemTable",
+                   AtLine(source.Name(), row.Line, '"' + *bad + "\" is not a number")};
+    }
+    sounding.Levels.push_back(level);
+  }
+  FillRecord(std::move(sounding), source.Name(), context, into);
+  into.DataFormat = kFormatTag;
+  return std::nullopt;
+}
+
+}  // namespace vexa::ingest

@@ -1,0 +1,83 @@
+#include "ingest/model_csv.h"
+
+#include <algorithm>
+#include <string>
+#include <utility>
+
+#include "core/numbers.h"
+#include "ingest/source_table.h"
+
+namespace vexa::ingest {
+namespace {
+
+constexpr std::string_view kFormatTag = "FCST";
+constexpr std::string_view kColumns = "PRES, HGHT";
+
+// The word behind "NAME =".
+std::string_view Labelled(std::string_view line, std::string_view name) {
+  const std::vector<std::string_view> words = Tokens(line);
+  for (std::size_t i = 0; i + 2 < words.size(); ++i) {
+    if (words[i] == name && words[i + 1] == "=") return words[i + 2];
+  }
+  return {};
+}
+
+// A block begins with its first label and holds one table; FirstRow is the line of its names.
+std::vector<SoundingBlock> BlocksOf(const SourceText& source) {
+  std::vector<SoundingBlock> blocks;
+  SourceHeading heading;
+  for (int line = 1; line <= source.LineCount(); ++line) {
+    const std::string_view text = Trim(source.Line(line));
+    if (text.starts_with(kColumns)) {
+      blocks.push_back({heading, line, source.LineCount() + 1});
+    } else if (text.starts_with("TIME")) {
+      heading.Time = ParseCompactTime(Labelled(text, "TIME")).value_or(ObservationTime{});
+    } else if (text.starts_with("STID")) {
+      heading.Station.Letters = Labelled(text, "STID");
+      heading.Lat = ParseNumber(Labelled(text, "SLAT"));
+      heading.Lon = ParseNumber(Labelled(text, "SLON"));
+      heading.Elevation = ParseNumber(Labelled(text, "MALT"));
+    }
+  }
+  return blocks;
+}
+
+}  // namespace
+
+bool IsModelCsv(const SourceText& source) {
+  constexpr int kMostHeadingLines = 20;
+  bool isLabelled = false;
+  for (int line = 1; line <= std::min(source.LineCount(), kMostHeadingLines); ++line) {
+    const std::string_view text = Trim(source.Line(line));
+    isLabelled = isLabelled || text.starts_with("MEM =") || text.starts_with("STID =");
+    if (text.starts_with(kColumns)) return isLabelled;
+  }
+  return false;
+}
+
+std::vector<SourceEntry> ListModelCsv(const SourceText& source) {
+  return Entries(BlocksOf(source));
+}
+
+std::optional<Fault> DecodeModelCsv(const SourceText& source, LoadContext& context,
+                                    SoundingRecord& into) {
+  const std::vector<SoundingBlock> blocks = BlocksOf(source);
+  const Outcome<std::size_t> index = ChooseSounding(blocks.size(), source, context);
+  if (!index) return index.Error();
+  const SoundingBlock& block = blocks[index.Value()];
+  const std::optional<TableLayout> layout = LayoutAt(source, block.FirstRow);
+  if (!layout) {
+    return Fault{kFaultEndOfFile, "DecodeModelCsv",
+                 AtLine(source.Name(), block.FirstRow, "no rows under these names")};
+  }
+  SourceSounding sounding{.Heading = block.Heading};
+  if (std::optional<Fault> fault =
+          ReadTable(source, *layout, block.EndRow, "DecodeModelCsv", sounding)) {
+    return fault;
+  }
+  FillRecord(std::move(sounding), source.Name(), context, into);
+  into.DataFormat = kFormatTag;
+  return std::nullopt;
+}
+
+}  // namespace vexa::ingest

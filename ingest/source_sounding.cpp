@@ -1,0 +1,104 @@
+#include "ingest/source_sounding.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <utility>
+
+#include "core/numbers.h"
+#include "ingest/decoder.h"
+
+namespace vexa::ingest {
+
+std::vector<SourceEntry> Entries(const std::vector<SoundingBlock>& blocks) {
+  std::vector<SourceEntry> entries;
+  entries.reserve(blocks.size());
+  for (const SoundingBlock& block : blocks) {
+    entries.push_back({Caption(block.Heading.Station, block.Heading.Time), block.Heading.Station,
+                       block.Heading.Time});
+  }
+  return entries;
+}
+
+Outcome<std::size_t> ChooseSounding(std::size_t count, const SourceText& source,
+                                    LoadContext& context) {
+  const auto index = static_cast<std::size_t>(context.Index);
+  if (context.Index < 0 || index >= count) {
+    const std::string reason = count == 0 ? ": no sounding in it"
+                                          : ": it holds " + Shortest(static_cast<int>(count)) +
+                                                " soundings, number " +
+                                                Shortest(context.Index + 1) + " was asked for";
+    return Fault{kFaultEndOfFile, "ChooseSounding", source.Name() + reason};
+  }
+  if (count > 1) {
+    context.Notes.push_back("The file holds " + Shortest(static_cast<int>(count)) +
+                            " soundings; number " + Shortest(context.Index + 1) + " was taken.");
+  }
+  return index;
+}
+
+bool MayBeCutOff(const SourceText& source, int line) {
+  return line == source.LineCount() && !source.Bytes().ends_with('\n');
+}
+
+void KeepAscent(std::vector<SourceLevel>& levels, std::vector<std::string>& notes) {
+  const auto pressure = [](const SourceLevel& level) {
+    constexpr double kNone = 1e6;  // above every pressure
+    return level.Press.value_or(kNone);
+  };
+  if (levels.empty()) return;
+  auto top = std::ranges::min_element(levels, {}, pressure);
+  if (!top->Press) return;
+  if (levels.end() - top > top - levels.begin() + 1) {
+    std::ranges::reverse(levels);
+    // Of the lowest pressures, the last one now.
+    top = std::ranges::min_element(levels, {}, pressure);
+  }
+  const auto descent = levels.end() - top - 1;
+  levels.erase(top + 1, levels.end());
+
+  // On the ground the pressure hardly changes; from the last such row on the balloon rises.
+  constexpr double kOnGround = 0.2;  // hPa
+  constexpr std::ptrdiff_t kFewest = 5;
+  const auto onGround = [&](const SourceLevel& level) {
+    return level.Press && *level.Press >= *levels.front().Press - kOnGround;
+  };
+  std::ptrdiff_t ground = 0;
+  if (levels.front().Press) {
+    const auto release = std::ranges::find_if_not(levels, onGround);
+    ground = std::max<std::ptrdiff_t>(0, release - levels.begin() - 1);
+    if (ground < kFewest) ground = 0;
+    levels.erase(levels.begin(), levels.begin() + ground);
+  }
+  const auto note = [&notes](std::string_view what, std::ptrdiff_t count) {
+    if (count > 0) {
+      notes.push_back(std::string(what) + ", left out: " + Shortest(static_cast<int>(count)));
+    }
+  };
+  note("Rows before the release", ground);
+  note("Rows after the highest point", descent);
+}
+
+void FillRecord(SourceSounding sounding, std::string_view sourceName, LoadContext& context,
+                SoundingRecord& into) {
+  const SourceHeading& heading = sounding.Heading;
+  into.WmoNumber = heading.Station.Number;
+  into.Time = heading.Time;
+  const std::string caption = Caption(heading.Station, heading.Time);
+  into.StationTitle = caption.empty() ? CutTitle(sourceName) : caption;
+  SetPosition(into, heading.Lat, heading.Lon);
+  constexpr double kLowest = -500, kHighest = 9000;  // m; beyond them a marker
+  const bool isGiven =
+      heading.Elevation && *heading.Elevation >= kLowest && *heading.Elevation <= kHighest;
+  const std::optional<double> elevation =
+      isGiven ? heading.Elevation : SurfaceHeight(sounding.Levels);
+  if (elevation) {
+    SetElevation(into, ToWhole(*elevation));
+  } else {
+    SetElevationUnknown(into);
+  }
+  FillProfiles(std::move(sounding.Levels), into, context.Notes);
+  for (std::string& note : sounding.Notes) context.Notes.push_back(std::move(note));
+  for (std::string& note : sounding.Refused.Notes()) context.Notes.push_back(std::move(note));
+}
+
+}  // namespace vexa::ingest

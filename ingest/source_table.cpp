@@ -1,0 +1,106 @@
+#include "ingest/source_table.h"
+
+#include <algorithm>
+#include <string>
+
+#include "core/numbers.h"
+
+namespace vexa::ingest {
+namespace {
+
+constexpr int kMostLinesBetween = 3;  // units, dashes, a blank
+
+// "pressure (mb) wind speed (kts)": names of several words, told apart by their units.
+std::vector<std::string_view> SplitAfterBrackets(std::string_view line) {
+  std::vector<std::string_view> names;
+  while (!Trim(line).empty()) {
+    const std::size_t end = line.find(')');
+    names.push_back(Trim(line.substr(0, end == line.npos ? end : end + 1)));
+    if (end == std::string_view::npos) break;
+    line.remove_prefix(end + 1);
+  }
+  return names;
+}
+
+// At least two numbers, and a number or a time first.
+bool IsRow(std::string_view line) {
+  int numbers = 0;
+  std::string words(line);
+  std::ranges::replace(words, ',', ' ');
+  const std::vector<std::string_view> tokens = Tokens(words);
+  for (const std::string_view word : tokens) numbers += ParseNumber(word) ? 1 : 0;
+  constexpr std::string_view kStart = "0123456789+-./";
+  return numbers >= 2 && kStart.find(tokens.front().front()) != std::string_view::npos;
+}
+
+bool IsUseful(const std::vector<QuantityColumn>& plan) {
+  return Holds(plan, Quantity::Press) && plan.size() >= 2;
+}
+
+}  // namespace
+
+std::vector<std::string_view> TableLayout::Fields(std::string_view line) const {
+  return Separator == ' ' ? Tokens(line) : SplitFields(line, Separator);
+}
+
+std::optional<TableLayout> LayoutAt(const SourceText& source, int line) {
+  std::string_view heading = Trim(source.Line(line));
+  if (heading.starts_with('#')) heading = Trim(heading.substr(1));
+  if (heading.empty() || IsRow(heading)) return std::nullopt;
+  int first = line + 1;
+  while (first <= source.LineCount() && first <= line + 1 + kMostLinesBetween &&
+         !IsRow(source.Line(first))) {
+    ++first;
+  }
+  if (first > source.LineCount() || !IsRow(source.Line(first))) return std::nullopt;
+
+  const bool hasCommas = heading.find(',') != std::string_view::npos;
+  TableLayout layout{.Separator = hasCommas ? ',' : ' ', .FirstRow = first};
+  layout.Columns = layout.Fields(source.Line(first)).size();
+  using Split = std::vector<std::string_view> (*)(std::string_view);
+  static constexpr Split kByComma = [](std::string_view text) { return SplitFields(text, ','); };
+  static constexpr Split kByTab = [](std::string_view text) { return SplitFields(text, '\t'); };
+  static constexpr Split kSplits[] = {kByTab, SplitAfterBrackets, Tokens};
+  const std::span<const Split> splits =
+      hasCommas ? std::span<const Split>(&kByComma, 1) : std::span<const Split>(kSplits);
+  for (const Split split : splits) {
+    const std::vector<std::string_view> names = split(heading);
+    if (names.size() != layout.Columns) continue;
+    std::vector<std::string_view> units;
+    if (first > line + 1) units = split(Trim(source.Line(line + 1)));
+    if (units.size() != names.size()) units.clear();
+    layout.Plan = PlanColumns(names, units);
+    if (IsUseful(layout.Plan)) return layout;
+  }
+  return std::nullopt;
+}
+
+int FindLayout(const SourceText& source, int lastLine) {
+  for (int line = 1; line <= std::min(source.LineCount(), lastLine); ++line) {
+    if (LayoutAt(source, line)) return line;
+  }
+  return 0;
+}
+
+std::optional<Fault> ReadTable(const SourceText& source, const TableLayout& layout, int end,
+                               std::string_view procedure, SourceSounding& into) {
+  for (int line = layout.FirstRow; line < end; ++line) {
+    const std::string_view text = source.Line(line);
+    if (Trim(text).empty()) continue;
+    if (!IsRow(text)) break;
+    const std::vector<std::string_view> fields = layout.Fields(text);
+    if (MayBeCutOff(source, line) && fields.size() < layout.Columns) {
+      into.Notes.push_back("The last row is cut off and was left out.");
+      break;
+    }
+    SourceLevel level;
+    if (const std::optional<std::string> bad = ReadRow(fields, layout.Plan, into.Refused, level)) {
+      return Fault{kFaultEndOfFile, std::string(procedure),
+                   AtLine(source.Name(), line, '"' + *bad + "\" is not a number")};
+    }
+    into.Levels.push_back(level);
+  }
+  return std::nullopt;
+}
+
+}  // namespace vexa::ingest

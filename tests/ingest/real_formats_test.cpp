@@ -1,0 +1,185 @@
+// The collection of real soundings in the formats of several soundings a file and in coded form.
+// Counts and levels were taken from the files by eye and with throw-away decoders of their own; for
+// 83779 they are the publisher's, for the interpreted surface heights those of the station lists.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <string>
+
+#include "core/data_checks.h"
+#include "core/files.h"
+#include "core/markers.h"
+#include "core/units.h"
+#include "ingest/decoder.h"
+#include "support/soundings.h"
+
+namespace vexa::ingest {
+namespace {
+
+using test::TempRow;
+
+constexpr double FromMs(double speedMs) {
+  return speedMs * kMsToKnot;
+}
+
+SoundingRecord DecodeFile(const std::filesystem::path& path, int index) {
+  LoadContext context{.Index = index};
+  SoundingRecord record;
+  const std::optional<Fault> fault =
+      DecodeSounding(SourceText(path.filename().string(), ReadFile(path).Value()), context, record);
+  EXPECT_FALSE(fault) << fault->Detail;
+  return record;
+}
+
+struct Counted {
+  const char* File;
+  int Index, Soundings, Temps, Winds;
+  TempRow First;
+  double Elevation, Dir, Spd;  // of the lowest wind
+};
+
+// clang-format off
+const Counted kCounted[] = {
+    {"fsl/87576_Ezeiza_DEC2021_ms.fsl", 0, 30, 14, 52, {1014, 18.4, 14.9}, 20, 120, FromMs(2.1)},
+    {"fsl/gsl_op40_MSN_20210902_23z.txt", 0, 1, 61, 61, {985.1, 23.3, 12.5}, 261, 76, 5},
+    {"fsl/gsl_op40_DEN_20210903_01z.txt", 2, 3, 59, 59, {827.9, 23.3, 7.8}, 1655, 219, 3},
+    {"fsl/gsl_gfs_-24.776_134.755_20220801_12z.txt", 0, 8, 31, 31, {1000, 18.6, 0.7}, 150, 92, 9},
+    {"igra/AUM00011035-data_20150601-10.txt", 0, 20, 46, 102, {993, 16.2, 12.3}, kNone, 290,
+     FromMs(1)},
+    {"igra/AUM00011035-data_20150601-10.txt", 19, 20, 57, 86, {0, 0, 0}, kNone, 0, 0},
+    {"igra/USM00070026-data_3soundings.txt", 0, 3, 58, 154, {1009.8, 0, 0}, 12, 20, FromMs(5.1)},
+    {"bufkit/rap_oun_2018121904.buf", 0, 22, 50, 50, {971.6, 7.14, 4.78}, 350, 147.26, 6.47},
+    {"bufkit/gfs3_kmso_2017040106.buf", 60, 61, 64, 64, {0, 0, 0}, 972, 0, 0},
+    {"bufkit/hrrr_kdsm.buf", 18, 19, 50, 50, {0, 0, 0}, 280, 0, 0},
+    {"class/KABQ_202305222306_1s_first1200.cls", 0, 1, 1200, 1200, {837.5, 24.1, 2.9}, 1619, 275,
+     FromMs(3.6)},
+    {"class/KABQ_202305221104_every60s.cls", 0, 1, 102, 102, {840, 11.9, 9.1}, 1619, 298,
+     FromMs(1.5)},
+    {"wyoming/csv_OUN_1999050400.csv", 0, 1, 31, 30, {959, 22.2, 19}, 345, 160, FromMs(9.3)},
+    {"wyoming/csv_82244_2012010100_no_position.csv", 0, 1, 62, 62, {1002, 29, 24.1}, kNone, 360,
+     FromMs(2.1)},
+    {"iem/OUN_1999050400.json", 0, 1, 27, 58, {959, 22.3, 19.1}, 362, 160, 18},
+};
+// clang-format on
+
+TEST(RealFormats, CountsAndFirstLevels) {
+  for (const Counted& c : kCounted) {
+    SCOPED_TRACE(std::string(c.File) + ' ' + std::to_string(c.Index));
+    VEXA_REAL_DATA(path, c.File);
+    const SourceText source(path.filename().string(), ReadFile(path).Value());
+    EXPECT_EQ(ListSoundings(source).size(), static_cast<std::size_t>(c.Soundings));
+    const SoundingRecord record = DecodeFile(path, c.Index);
+    EXPECT_EQ(CheckRecord(record), QcFinding{});
+    EXPECT_EQ(record.NumTempLevels(), c.Temps);
+    EXPECT_EQ(record.NumWindLevels(), c.Winds);
+    EXPECT_EQ(record.ElevUnknown, c.Elevation == kNone);
+    if (!record.ElevUnknown) {
+      EXPECT_EQ(record.ElevM, c.Elevation);
+    }
+    if (c.First.Press == 0) continue;
+    EXPECT_EQ(record.Press(1), c.First.Press);
+    EXPECT_EQ(record.Temp(1), c.First.Temp);
+    EXPECT_EQ(record.Dewpt(1), c.First.Dewpt);
+    EXPECT_EQ(record.WindDir(1), c.Dir);
+    EXPECT_DOUBLE_EQ(record.WindSpd(1), c.Spd);
+  }
+}
+
+struct Mandatory {
+  double Press, Height, Temp, Dewpt, Dir, Spd;
+};
+struct CodedFile {
+  const char* File;
+  bool InMs;
+  Mandatory
+      Surface;  // its height is that of the station list, met within 25 m; at sea that of a deck
+  std::vector<Mandatory> Levels;
+};
+
+// clang-format off
+const CodedFile kCoded[] = {
+    {"temp/03808_Camborne_20260206_00z.txt", false, {967, 87, 9.4, 8.8, 140, 10},
+     {{850, 1144, 2.6, 1.8, 170, 13}, {500, 5240, -23.9, -26.7, 200, 13},
+      {10, 31400, -45.5, -84.5, 130, 28}}},
+    {"temp/04360_Tasiilaq_20260206_00z.txt", true, {1007, 54, -4.3, -9, 80, 3},
+     {{850, 1383, -8.5, -16.5, 300, 5}, {300, 8700, -55.3, -66.3, 305, 18},
+      {10, 30270, -42.3, -77.3, 225, 80}}},
+    {"temp/24688_Oymyakon_20260206_00z.txt", true, {928, 740, -42.7, -45, 240, 1},
+     {{850, 1343, -29.3, -33.2, 10, 4}, {20, 26040, -51.9, -55.8, 205, 36}}},
+    {"temp/72681_Boise_20260206_00z.txt", false, {923, 873, 12.8, 0.8, 290, 4},
+     {{850, 1558, 9.8, -3.2, 140, 4}, {10, 30640, -54.9, -85.9, 10, 14}}},
+    {"temp/72712_Caribou_20220713_00z.txt", false, {976, 191, 25.2, 18.2, 200, 6},
+     {{850, 1383, 15, 12.6, 225, 37}, {700, 3001, 5.2, -0.8, 245, 47},
+      {300, 9410, -36.7, -45.7, 235, 87}, {10, 31680, -35.1, -69.1, 95, 31}}},
+    {"temp/83779_Marte_20230223_12z.txt", false, {938, 722, 21.2, 18.8, 10, 8},
+     {{925, 843, 20, 18.1, 75, 6}, {700, 3207, 8, 5, 340, 4}, {400, 7610, -18.3, -32.3, 300, 17},
+      {70, 18650, -71.5, -89.5, 150, 20}, {30, 23800, -58.3, -91.3, 85, 35}}},
+    {"temp/89009_South_Pole_20220713_00z.txt", false, {668, 2835, -64.5, -70.5, 95, 12},
+     {{500, 4810, -43.1, -45.8, 95, 24}, {300, 8130, -61.7, -68.7, 150, 6}}},
+    {"temp/91765_Pago_Pago_20220713_00z.txt", false, {1013, 5, 28.8, 22.8, 110, 14},
+     {{300, 9660, -31.9, -70.9, 230, 13}, {10, 31080, -43.1, -79.1, 270, 33}}},
+    {"temp/ship_9ZT9MRK_20260206_00z.txt", true, {997, 10, 4, -6, 70, 10},
+     {{850, 1311, -4.1, -15.1, 80, 5}, {100, 15550, -61.3, -90.3, 200, 20},
+      {20, 25700, -51.3, -83.3, 220, 62}}},
+    {"temp/dropsonde_Maria_20170920_0231z.txt", false, {1007, 5, 29.4, 23.4, 285, 21},
+     {{925, 755, 22.2, 20.5, 300, 27}, {500, 5870, -4.7, -13.7, 295, 22}}},
+};
+// clang-format on
+
+void ExpectMandatory(const SoundingRecord& record, const Mandatory& level, double factor,
+                     double heightTolerance) {
+  SCOPED_TRACE(level.Press);
+  bool hasTemp = false, hasWind = false;
+  for (int i = 1; i <= record.NumTempLevels(); ++i) {
+    hasTemp = hasTemp || (record.Press(i) == level.Press && record.Temp(i) == level.Temp &&
+                          record.Dewpt(i) == level.Dewpt);
+  }
+  for (int i = 1; i <= record.NumWindLevels(); ++i) {
+    hasWind = hasWind || (std::fabs(record.WindHgt(i) - level.Height) <= heightTolerance &&
+                          record.WindDir(i) == level.Dir &&
+                          std::fabs(record.WindSpd(i) - level.Spd * factor) < 1e-9);
+  }
+  EXPECT_TRUE(hasTemp);
+  EXPECT_TRUE(hasWind);
+}
+
+TEST(RealFormats, CodedLevels) {
+  for (const CodedFile& c : kCoded) {
+    SCOPED_TRACE(c.File);
+    VEXA_REAL_DATA(path, c.File);
+    const SoundingRecord record = DecodeFile(path, 0);
+    const double factor = c.InMs ? kMsToKnot : 1;
+    ExpectMandatory(record, c.Surface, factor, 25);
+    for (const Mandatory& level : c.Levels) ExpectMandatory(record, level, factor, 0);
+  }
+}
+
+// Every ascent of the collection passes the checks or has too few levels to be one.
+TEST(RealFormats, EveryCodedAscentIsOrderly) {
+  VEXA_REAL_DATA(folder, "temp");
+  int whole = 0, files = 0;
+  for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+    const std::string name = entry.path().filename().string();
+    SCOPED_TRACE(name);
+    const SourceText source(name, ReadFile(entry.path()).Value());
+    const auto count = static_cast<int>(ListSoundings(source).size());
+    EXPECT_EQ(count == 0, name.starts_with("no_ascent"));
+    ++files;
+    for (int index = 0; index < count; ++index) {
+      LoadContext context{.Index = index};
+      SoundingRecord record;
+      const std::optional<Fault> fault = DecodeSounding(source, context, record);
+      if (fault) {
+        EXPECT_EQ(fault->Number, kFaultTooFewLevels) << fault->Detail;
+        continue;
+      }
+      EXPECT_EQ(CheckRecord(record), QcFinding{}) << index;
+      ++whole;
+    }
+  }
+  EXPECT_GE(files, 50);
+  EXPECT_GE(whole, 60);
+}
+
+}  // namespace
+}  // namespace vexa::ingest
