@@ -175,7 +175,7 @@ void DropNonsense(AnalysisResults& results) {
 }
 
 AnalysisResults AnalyseWith(const SoundingRecord& sounding, const Options& options,
-                            AdiabatTable* table) {
+                            AdiabatTable* table, Progress progress) {
   AnalysisResults results;
   results.ChosenLift = TypeOf(options.Lpl);
   results.Mode = options.BaseLevel == CapeBase::Ccl ? LiftMode::Ccl : LiftMode::Lfc;
@@ -191,6 +191,7 @@ AnalysisResults AnalyseWith(const SoundingRecord& sounding, const Options& optio
   results.CapeDepthTopPress = GetPRESS(results.Levels, ground + options.CapeDepthKm * 1000);
   const PressureGrid grid = MakePressureGrid(results.Levels);
   LiftAll(options, grid, table, results);
+  if (options.Dcape == DcapeMode::Best) progress.Begin("Calculating DCAPE . . .");
   results.Descent = FindDowndraft(results.Levels, grid, options, table);
   results.Tropopauses = FindTropopauses(results.Levels);
   results.Inversions = FindInversions(results.Levels, results.Tropopauses);
@@ -217,13 +218,13 @@ std::string_view Text(LiftType type) {
   return "";
 }
 
-AnalysisResults Analyse(const SoundingRecord& sounding, const Options& options, Progress) {
-  return AnalyseWith(sounding, options, nullptr);
+AnalysisResults Analyse(const SoundingRecord& sounding, const Options& options, Progress progress) {
+  return AnalyseWith(sounding, options, nullptr, progress);
 }
 
-AnalysisResults Analyse(const SoundingRecord& sounding, const Options& options,
-                        AdiabatTable& table) {
-  return AnalyseWith(sounding, options, &table);
+AnalysisResults Analyse(const SoundingRecord& sounding, const Options& options, AdiabatTable& table,
+                        Progress progress) {
+  return AnalyseWith(sounding, options, &table, progress);
 }
 
 }  // namespace vexa::analysis

@@ -119,7 +119,7 @@ AnalysisResults Analyse(const SoundingRecord& sounding, const Options& options,
 
 /// The same by a table of saturated adiabats that fills itself as soundings need it: for whoever
 /// analyses many of them. A single one is solved sooner than the table's columns are filled.
-AnalysisResults Analyse(const SoundingRecord& sounding, const Options& options,
-                        AdiabatTable& table);
+AnalysisResults Analyse(const SoundingRecord& sounding, const Options& options, AdiabatTable& table,
+                        Progress progress = {});
 
 }  // namespace vexa::analysis

@@ -150,8 +150,10 @@ std::vector<AirLayer> FindContrails(const LevelProfile& levels, double humidity)
     if (NotAvailable(line.Saturated)) return 1.0;
     const double observed = levels.RelHumidity(level);
     const double share = std::min((NotAvailable(observed) ? humidity : observed) / 100, 1.0);
-    return share >= 1 ? levels.Temp(level) - line.Saturated
-                      : Excess(line, levels.Temp(level), share);
+    // Warmer than saturated air may be, the mixing line lies above the vapour curve throughout.
+    const double temp = levels.Temp(level);
+    const bool tooWarm = share >= 1 || temp >= line.Saturated;
+    return tooWarm ? temp - line.Saturated : Excess(line, temp, share);
   };
   double below = 1;
   for (int i = 1; i <= levels.Count(); ++i) {

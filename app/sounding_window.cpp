@@ -19,13 +19,19 @@
 #include <QSignalBlocker>
 #include <QStatusBar>
 #include <QString>
+#include <QToolTip>
 #include <QUrl>
 #include <QWidget>
 #include <string>
 #include <string_view>
 
+#include "app/analysis_dock.h"
 #include "app/diagram_view.h"
+#include "app/display_window.h"
+#include "app/qt_text.h"
+#include "app/severe_table_window.h"
 #include "core/files.h"
+#include "program/displays.h"
 #include "program/menu.h"
 #include "program/readout.h"
 
@@ -33,10 +39,6 @@ namespace vexa {
 namespace {
 
 const QColor kFaultColor(255, 160, 160);
-
-QString ToQString(std::string_view text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 std::vector<std::filesystem::path> FilesOf(const QMimeData& data) {
   std::vector<std::filesystem::path> paths;
@@ -125,6 +127,10 @@ void SoundingWindow::BuildPanels() {
   readout_->setTextFormat(Qt::PlainText);
   statusBar()->addWidget(progress_, 1);
   statusBar()->addPermanentWidget(readout_);
+  dock_ = new AnalysisDock(program_, this);
+  addDockWidget(Qt::RightDockWidgetArea, dock_);
+  dock_->hide();
+  connect(dock_, &QDockWidget::visibilityChanged, this, [this] { dock_->Follow(); });
   view_->setFocus();
 }
 
@@ -133,7 +139,49 @@ void SoundingWindow::OpenFiles(const std::vector<std::filesystem::path>& paths) 
 }
 
 void SoundingWindow::Run(Command command) {
-  Show(RunCommand(program_, command));
+  if (const DisplayRow* row = DisplayOf(command)) {
+    OpenDisplay(*row);
+  } else if (command == Command::SevereTable) {
+    OpenSevereTable();
+  } else if (command == Command::Analyze) {
+    dock_->setVisible(!dock_->isVisible());
+    dock_->Follow();
+  } else {
+    Show(RunCommand(program_, command));
+  }
+}
+
+// One window for each display: opened again, it comes to the front.
+void SoundingWindow::OpenDisplay(const DisplayRow& row) {
+  QPointer<DisplayWindow>& window = displays_[&row];
+  if (window.isNull()) {
+    window = new DisplayWindow(program_, row, this);
+    window->setAttribute(Qt::WA_DeleteOnClose);
+  }
+  window->show();
+  window->raise();
+  window->activateWindow();
+}
+
+void SoundingWindow::OpenSevereTable() {
+  SevereTableWindow window(
+      program_.Severe,
+      [this](const analysis::SevereTable& table) {
+        program_.Severe = table;
+        if (const auto fault = analysis::SaveTable(SevereTablePath(program_), table)) {
+          ShowStatus(fault->Detail);
+        }
+        FollowDisplays();
+      },
+      this);
+  window.exec();
+}
+
+void SoundingWindow::FollowDisplays() {
+  dock_->Follow();
+  for (const auto& [row, window] : displays_) {
+    if (!window.isNull()) window->Follow();
+  }
 }
 
 void SoundingWindow::Show(Changes changes) {
@@ -146,6 +194,7 @@ void SoundingWindow::Show(Changes changes) {
 void SoundingWindow::ShowState() {
   setWindowTitle(ToQString(SoundingBanner(program_)));
   view_->Show(program_.Plot ? &program_.Plot->Page : nullptr);
+  FollowDisplays();
   for (const auto& [entry, row] : entries_) {
     if (row->IsChecked != nullptr) entry->setChecked(row->IsChecked(program_));
   }
@@ -177,6 +226,11 @@ void SoundingWindow::ShowReadout(const std::optional<Point>& at) {
     text += part;
   }
   readout_->setText(ToQString(text));
+  if (readout.Tip.empty()) {
+    QToolTip::hideText();
+  } else {
+    QToolTip::showText(QCursor::pos(), ToQString(readout.Tip), view_);
+  }
 }
 
 void SoundingWindow::closeEvent(QCloseEvent* event) {

@@ -3,8 +3,10 @@
 #pragma once
 
 #include <filesystem>
+#include <map>
 #include <optional>
 #include <QMainWindow>
+#include <QPointer>
 #include <utility>
 #include <vector>
 
@@ -18,7 +20,10 @@ class QScrollBar;
 
 namespace vexa {
 
+class AnalysisDock;
 class DiagramView;
+class DisplayWindow;
+struct DisplayRow;
 struct MenuRow;
 
 class SoundingWindow : public QMainWindow {
@@ -48,6 +53,9 @@ class SoundingWindow : public QMainWindow {
   void ShowState();
   void ShowStatus(std::string_view text);
   void ShowReadout(const std::optional<Point>& at);
+  void OpenDisplay(const DisplayRow& row);
+  void OpenSevereTable();
+  void FollowDisplays();
 
   Program& program_;
   WindowInteraction& interaction_;
@@ -55,6 +63,8 @@ class SoundingWindow : public QMainWindow {
   QScrollBar* sequence_ = nullptr;
   QLabel* progress_ = nullptr;
   QLabel* readout_ = nullptr;
+  AnalysisDock* dock_ = nullptr;
+  std::map<const DisplayRow*, QPointer<DisplayWindow>> displays_{};
   std::vector<std::pair<QAction*, const MenuRow*>> entries_{};
 };
 

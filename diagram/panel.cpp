@@ -1,5 +1,7 @@
 #include "diagram/panel.h"
 
+#include <algorithm>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -8,7 +10,6 @@
 #include "analysis/index_table.h"
 #include "core/markers.h"
 #include "core/numbers.h"
-#include "core/units.h"
 
 namespace vexa::diagram {
 namespace {
@@ -21,86 +22,68 @@ constexpr double kIndexColumn = 1020;  // from one column of indices to the next
 constexpr double kMargin = 80;
 constexpr std::string_view kNoValue = "--";
 
-struct Row {
-  std::string Label{};  // ten characters, right-aligned
-  std::string Value{};
+// Rows of the chosen parcel's column, in their order.
+constexpr std::string_view kParcelLabels[] = {
+    "Lift Mode", "Lift Type",  "Temp Base", "LPL",     "CAPE total", "CAPE+ only", "CAPE 0-xkm",
+    "CIN total", "CAPE..Hail", "LCL Hgt",   "LFC Hgt", "lfcEL Hgt",  "CCL Hgt",    "cclEL Hgt",
+    "LFC-LCL",   "MPL Prs",    "MPL Hgt",   "TConv",   "TROP Lvl",   "FRZG Lvl",   "Stn Elev"};
+
+using Labels = std::vector<std::string_view>;
+
+// The groups of the first page.
+struct Group {
+  bool Options::*Shown;
+  Labels Rows;
+};
+const Group kGroups[] = {
+    {&Options::PanelMain, {"KI", "TT", "VT", "CT", "LI", "SI", "SWEAT", "WBZ Hgt"}},
+    {&Options::PanelEurope, {"KO", "JI", "TI", "Boyden", "S{TT}", "TQ Index"}},
+    {&Options::PanelCape, {"BRN", "BRN Shear", "EHI 0-xkm", "VGP 0-xkm", "NCAPE", "DCAPE 6km"}},
+    {&Options::PanelFog, {"Fog FSI", "Fog Threat", "Fog Point"}},
 };
 
-class PanelText {
- public:
-  explicit PanelText(const Plot& plot) : plot_(plot) {}
-
-  std::string Press(const analysis::LevelPoint& level) const {
-    return level.Exists() ? Mask(level.Press, "###0.0") + " mb" : std::string(kNoValue);
-  }
-  std::string Height(double height) const {
-    if (!HasHeight(height)) return std::string(kNoValue);
-    return HeightText(ShownHeight(plot_, height), plot_.Set().ThermoHeight);
-  }
-  std::string Height(const analysis::LevelPoint& level) const {
-    return level.Exists() ? Height(level.Height) : std::string(kNoValue);
-  }
-  std::string Depth(double meters) const { return HeightText(meters, plot_.Set().ThermoHeight); }
-  static std::string Energy(double value) { return Mask(value, "####0") + " J/kg"; }
-  std::string Temp(double temp) const {
-    if (NotAvailable(temp)) return std::string(kNoValue);
-    return plot_.Set().ThermoTemp == TempUnits::Fahrenheit
-               ? Mask(FahrenheitFromCelsius(temp), "##0.0") + " F"
-               : Mask(temp, "##0.0") + " C";
-  }
-
- private:
-  const Plot& plot_;
+// The further pages of the classic panel, chosen by number.
+const Labels kPages[] = {
+    {"KI", "TT", "VT", "CT", "LI", "SI", "KO", "JI", "TI", "S{TT}", "Boyden", "TQ Index", "DCI",
+     "CAP", "700-500 LR", "Delta ePT"},
+    {"SWEAT", "BRN", "BRN Shear", "NCAPE", "MVV", "Craven", "Supercell", "s-rH 0-1km", "s-rH 0-2km",
+     "s-rH 0-3km", "EHI 0-xkm", "VGP 0-xkm", "Shear xKm", "MBE Vector"},
+    {"DCAPE 6km", "T1Gust", "T2Gust", "WindEX", "DownRush-T", "WMSI", "MDPI", "GOES HMI",
+     "Delta ePT", "Hail", "CAPE..Hail", "WBZ Hgt"},
+    {"Water", "Mean RH", "Mean DPD", "WCD", "Fog FSI", "Fog Threat", "Fog Point", "Surface Td",
+     "850mb Td"},
+    {"Wind-Chill", "THI", "Haines", "Mixing Hgt", "Vent Index", "DensityAlt"},
+    {"200mb Wind", "500mb Wind", "850mb Wind", "TROP Lvl", "FRZG Lvl", "Stn Elev", "LFC Prs",
+     "LFC-LCL", "MPL Prs", "MPL Hgt"},
 };
 
-std::vector<Row> ParcelRows(const Plot& plot) {
+bool IsSwitchedOff(std::string_view label, const Options& set) {
+  if (label == "CAPE total") return set.CapeDepth == CapeDepthDisplay::LfcLayer;
+  if (label == "CAPE 0-xkm") return set.CapeDepth == CapeDepthDisplay::Total;
+  return (label == "MPL Prs" || label == "MPL Hgt") && !set.MplDisplay;
+}
+
+// The values of labels, in their order; what is switched off or unknown is left out.
+std::vector<const analysis::IndexValue*> Pick(const Plot& plot,
+                                              std::span<const std::string_view> labels) {
+  std::vector<const analysis::IndexValue*> picked;
+  for (const std::string_view label : labels) {
+    const analysis::IndexRow* row = analysis::FindIndex(label);
+    if (row == nullptr || IsSwitchedOff(label, plot.Set())) continue;
+    const analysis::IndexValue* value = analysis::IndexOf(plot.Results(), *row);
+    if (value != nullptr) picked.push_back(value);
+  }
+  return picked;
+}
+
+std::string ValueText(const Plot& plot, const analysis::IndexValue& index) {
   const Options& set = plot.Set();
-  const analysis::AnalysisResults& results = plot.Results();
-  const analysis::ParcelAscent& parcel = results.Chosen();
-  const analysis::LiftAnalysis& lift = results.Lifts[static_cast<std::size_t>(results.ChosenLift)];
-  const PanelText text(plot);
-
-  std::vector<Row> rows = {
-      {" Lift Mode", std::string(Word(set.BaseLevel))},
-      {" Lift Type", std::string(Text(results.ChosenLift))},
-      {" Temp Base", set.CapeTempBase == TempBase::Virtual ? "Virtual" : "DryBulb"},
-      {"       LPL",
-       parcel.Start.Exists() ? Mask(parcel.Start.Press, "###0.0") + " mb" : std::string(kNoValue)},
-  };
-  if (set.CapeDepth != CapeDepthDisplay::LfcLayer) {
-    rows.push_back({"CAPE total", PanelText::Energy(parcel.CapeTotal)});
-  }
-  rows.push_back({"CAPE+ only", PanelText::Energy(parcel.CapePlusOnly)});
-  if (set.CapeDepth != CapeDepthDisplay::Total) {
-    rows.push_back({"CAPE 0-xkm", PanelText::Energy(parcel.CapeDepth) + " " +
-                                      Mask(set.CapeDepthKm, "#0.#") + "km"});
-  }
-  rows.push_back({" CIN total", PanelText::Energy(parcel.CinTotal)});
-  rows.push_back({"CAPE..Hail", PanelText::Energy(parcel.CapeHail)});
-  rows.push_back({"   LCL Hgt", text.Height(lift.Forced.Condensation)});
-  rows.push_back({"   LFC Hgt", text.Height(lift.Forced.FreeLevel)});
-  rows.push_back({" lfcEL Hgt", text.Height(lift.Forced.Equilibrium)});
-  rows.push_back({"   CCL Hgt", text.Height(results.ConvectiveCondensation)});
-  rows.push_back({" cclEL Hgt", text.Height(lift.Convective.Equilibrium)});
-  const bool both = lift.Forced.Condensation.Exists() && lift.Forced.FreeLevel.Exists();
-  rows.push_back({"   LFC-LCL",
-                  both ? text.Depth(lift.Forced.FreeLevel.Height - lift.Forced.Condensation.Height)
-                       : std::string(kNoValue)});
-  if (set.MplDisplay) {
-    rows.push_back({"   MPL Prs", text.Press(parcel.MaximumParcel)});
-    rows.push_back({"   MPL Hgt", text.Height(parcel.MaximumParcel)});
-  }
-  rows.push_back({"     TConv", text.Temp(results.ConvectiveTemp)});
-  rows.push_back({"  TROP Lvl", results.Tropopauses.empty()
-                                    ? std::string(kNoValue)
-                                    : text.Height(results.Tropopauses.front())});
-  rows.push_back({"  FRZG Lvl", results.FreezingLevels.empty()
-                                    ? std::string(kNoValue)
-                                    : text.Height(results.FreezingLevels.front())});
-  rows.push_back({"  Stn Elev", plot.Sounding().ElevUnknown
-                                    ? std::string(kNoValue)
-                                    : HeightText(plot.Sounding().ElevM, set.ThermoHeight)});
-  return rows;
+  std::string text = analysis::ShownValue(index, set, plot.Sounding().ElevM);
+  const std::string_view label = Trim(index.Row->Label);
+  const auto depth = [&](double km) { text += " " + Mask(km, "#0.#") + "km"; };
+  if (label == "CAPE 0-xkm") depth(set.CapeDepthKm);
+  if (label == "EHI 0-xkm") depth(set.EhiDepthKm);
+  return text;
 }
 
 // A table of the three lifts: a line per quantity, a column per lift.
@@ -126,28 +109,27 @@ std::vector<std::string> LiftTable(const Plot& plot) {
   };
 }
 
-// The indices of the groups that the options show, two to a line.
+// The indices that the options ask for: the user's own list, the chosen groups, or a page.
 std::vector<const analysis::IndexValue*> PanelIndices(const Plot& plot) {
-  struct Group {
-    bool Options::*Shown;
-    std::vector<std::string_view> Labels;
-  };
-  const Group groups[] = {
-      {&Options::PanelMain, {"KI", "TT", "VT", "CT", "LI", "SI", "SWEAT"}},
-      {&Options::PanelEurope, {"KO", "JI", "TI", "Boyden", "S{TT}", "TQ Index"}},
-      {&Options::PanelCape, {"BRN", "EHI 0-xkm", "VGP 0-xkm"}},
-      {&Options::PanelFog, {"Fog FSI", "Fog Threat", "Fog Point"}},
-  };
-  std::vector<const analysis::IndexValue*> shown;
-  for (const Group& group : groups) {
-    if (!(plot.Set().*group.Shown)) continue;
-    for (const std::string_view label : group.Labels) {
-      for (const analysis::IndexValue& index : plot.Results().Indices) {
-        if (Trim(index.Row->Label) == label) shown.push_back(&index);
-      }
+  const Options& set = plot.Set();
+  Labels labels;
+  if (set.Thermo == ThermoDisplay::Custom) {
+    std::string_view rest = set.CustomPanel;
+    while (!rest.empty()) {
+      const std::size_t comma = std::min(rest.find(','), rest.size());
+      labels.push_back(Trim(rest.substr(0, comma)));
+      rest.remove_prefix(std::min(comma + 1, rest.size()));
+    }
+  } else if (set.ThermoNum > 1) {
+    const auto page = static_cast<std::size_t>(set.ThermoNum) - 2;
+    if (page < std::size(kPages)) labels = kPages[page];
+  } else {
+    for (const Group& group : kGroups) {
+      if (!(set.*group.Shown)) continue;
+      labels.insert(labels.end(), group.Rows.begin(), group.Rows.end());
     }
   }
-  return shown;
+  return Pick(plot, labels);
 }
 
 std::string PositionText(const SoundingRecord& sounding) {
@@ -169,6 +151,23 @@ void DrawMono(Plot& plot, std::string_view tag, Point at, std::string text, doub
                            .Bold = bold});
 }
 
+// Two columns leave no room for units; the explanation has them.
+std::string WithoutUnit(const std::string& value) {
+  return value.substr(0, value.find(' '));
+}
+
+// A label and its value; the pointer over it asks for its explanation by the label.
+void DrawIndex(Plot& plot, const analysis::IndexValue& index, Point at, double size,
+               const std::string& value) {
+  const double letter = 0.6 * size;
+  DrawMono(plot, "index label", at, std::string(index.Row->Label), size, plot.Inks.Faint);
+  DrawMono(plot, "index value", {at.X + 11 * letter, at.Y}, value, size, plot.Inks.Ink);
+  const double width = letter * (11 + static_cast<double>(value.size()));
+  plot.Page.AddHotSpot({{at.X, at.Y - kLineStep / 2, at.X + width, at.Y + kLineStep / 2},
+                        std::string(kIndexSpot),
+                        std::string(Trim(index.Row->Label))});
+}
+
 }  // namespace
 
 void DrawPanel(Plot& plot) {
@@ -181,7 +180,7 @@ void DrawPanel(Plot& plot) {
   if (!plot.Set().AnalysesBox || !plot.Set().AutoAnalyses) return;
   if (plot.Results().Levels.Count() < 2) return;
 
-  const std::vector<Row> rows = ParcelRows(plot);
+  const std::vector<const analysis::IndexValue*> rows = Pick(plot, kParcelLabels);
   const std::vector<std::string> table = LiftTable(plot);
   const std::vector<const analysis::IndexValue*> indices = PanelIndices(plot);
   const std::size_t indexLines = (indices.size() + 1) / 2;
@@ -202,10 +201,8 @@ void DrawPanel(Plot& plot) {
     DrawMono(plot, "position", {x, y}, position, kLineText, plot.Inks.PanelHead, true);
     y += kLineStep;
   }
-  for (const Row& row : rows) {
-    DrawMono(plot, "analysis label", {x, y}, row.Label, kLineText, plot.Inks.Faint);
-    DrawMono(plot, "analysis value", {x + 0.6 * kLineText * 11, y}, row.Value, kLineText,
-             plot.Inks.Ink);
+  for (const analysis::IndexValue* row : rows) {
+    DrawIndex(plot, *row, {x, y}, kLineText, ValueText(plot, *row));
     y += kLineStep;
   }
   y += kLineStep / 2;
@@ -215,18 +212,8 @@ void DrawPanel(Plot& plot) {
   }
   y += kLineStep / 2;
   for (std::size_t i = 0; i < indices.size(); ++i) {
-    const analysis::IndexValue& index = *indices[i];
-    const analysis::IndexRow& row = *index.Row;
-    const double left = x + (i % 2 == 0 ? 0 : kIndexColumn);
-    const double letter = 0.6 * kIndexText;
-    DrawMono(plot, "index label", {left, y}, std::string(row.Label), kIndexText, plot.Inks.Faint);
-    DrawMono(plot, "index value", {left + 11 * letter, y},
-             index.Exists() ? Mask(index.Value, row.Mask) : std::string(kNoValue), kIndexText,
-             plot.Inks.Ink);
-    plot.Page.AddHotSpot({{left, y - kLineStep / 2, left + 17 * letter, y + kLineStep / 2},
-                          "index",
-                          std::string(row.Name) + (index.Exists() ? " = " : ": ") +
-                              (index.Exists() ? std::string(row.Formula) : index.Reason)});
+    DrawIndex(plot, *indices[i], {x + (i % 2 == 0 ? 0 : kIndexColumn), y}, kIndexText,
+              WithoutUnit(ValueText(plot, *indices[i])));
     if (i % 2 == 1) y += kLineStep;
   }
 }

@@ -87,7 +87,8 @@ bool Refresh(Program& program, Changes changes) {
   bool finished = false;
   const std::optional<Fault> fault = Guarded("Refresh", [&]() -> std::optional<Fault> {
     if (changes.Sounding || changes.Options) {
-      program.Results = analysis::Analyse(program.Current.Record, program.Set, ProgressOf(program));
+      program.Results = analysis::Analyse(program.Current.Record, program.Set, program.Adiabats,
+                                          ProgressOf(program));
     }
     std::vector<diagram::OverlaySounding> others;
     for (const SoundingRecord& other : program.Others) others.push_back({&other});

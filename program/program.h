@@ -9,7 +9,9 @@
 #include <string>
 #include <vector>
 
+#include "analysis/adiabat_table.h"
 #include "analysis/analysis.h"
+#include "analysis/severe_table.h"
 #include "config/options.h"
 #include "core/current_sounding.h"
 #include "core/folders.h"
@@ -27,6 +29,12 @@ enum class Command {
   DiagramSkewT,
   DiagramEmagram,
   DiagramTephigram,
+  Analyze,
+  SevereWeather,
+  WinterWeather,
+  LayerAnalyzer,
+  Soaring,
+  SevereTable,
 };
 
 /// What a command changed, hence what is no longer true of the results and the picture.
@@ -41,9 +49,12 @@ struct Changes {
 struct Program {
   CurrentSounding Current{};
   Options Set{};
+  analysis::AdiabatTable Adiabats{};     // filled as soundings are analysed
   analysis::AnalysisResults Results{};   // of Current.Record under Set
   std::vector<SoundingRecord> Others{};  // overlay and comparison
   Folders Where{};
+
+  analysis::SevereTable Severe = analysis::DefaultSevereTable();
 
   std::vector<std::filesystem::path> Listed{};  // chosen together, for stepping
   std::size_t ListedNow = 0;                    // index of the current one

@@ -2,9 +2,11 @@
 
 #include <string_view>
 
+#include "analysis/index_table.h"
 #include "analysis/interpolate.h"
 #include "core/numbers.h"
 #include "core/units.h"
+#include "diagram/panel.h"
 
 namespace vexa {
 namespace {
@@ -31,11 +33,21 @@ std::string SampleText(const Program& program, double press, analysis::Quantity 
 
 }  // namespace
 
+std::string ExplainIndex(const Program& program, std::string_view label) {
+  const analysis::IndexRow* row = analysis::FindIndex(label);
+  if (row == nullptr) return {};
+  return analysis::Explain(*row, program.Current.Record, program.Results, program.Set);
+}
+
 Readout ReadDiagram(const Program& program, Point at) {
   Readout readout;
   if (!program.Plot) return readout;
   for (const HotSpot& spot : program.Plot->Page.HotSpots()) {
-    if (spot.Where.Contains(at)) readout.Spot = spot.Text;
+    if (!spot.Where.Contains(at)) continue;
+    readout.Spot = spot.Text;
+    if (spot.Tag != diagram::kIndexSpot) continue;
+    readout.Tip = ExplainIndex(program, spot.Text);
+    readout.Spot = readout.Tip.substr(0, readout.Tip.find('\n'));
   }
   if (!program.Plot->Mapping.Frame().Contains(at)) return readout;
   const diagram::DiagramCoordinates under = program.Plot->Mapping.ToCoordinates(at);

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "picture/picture.h"
 #include "program/program.h"
@@ -12,8 +13,12 @@ namespace vexa {
 struct Readout {
   std::string Grid{};      // "700 mb   -3.2 C"
   std::string Sounding{};  // "Temp:-5.1  Td:-9.8"
-  std::string Spot{};      // what stands under the pointer: a wind, an inversion
+  std::string Spot{};      // what stands under the pointer: a wind, an inversion, an index
+  std::string Tip{};       // how an index came about, on several lines
 };
+
+/// How the index of a trimmed panel label came about; empty for a label that is none.
+std::string ExplainIndex(const Program& program, std::string_view label);
 
 /// The readout at a position of the page. Grid and sounding are empty outside the diagram's frame
 /// and each when its option is off; values that the sounding lacks read "--". The spot is empty

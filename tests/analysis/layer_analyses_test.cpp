@@ -151,6 +151,9 @@ TEST(Contrails, ThresholdAsAppleman) {
     EXPECT_NEAR(ContrailTemp(row.Press, 100), row.Saturated, 0.1);
   }
   EXPECT_TRUE(IsMissing(ContrailTemp(5, 60)));
+  // Nearly saturated, but far too warm.
+  EXPECT_TRUE(Analyse(Profile({{1000, 15, 14}, {500, -18, -18.1}, {450, -23, -23.2}}), {})
+                  .Layers.Contrails.empty());
   const AnalysisResults results = Analyse(test::ReferenceConvective(), {});
   ASSERT_FALSE(results.Layers.Contrails.empty());
   EXPECT_LT(results.Layers.Contrails.front().Base.Press, 300);

@@ -1,0 +1,33 @@
+// A window that shows one display of the current sounding, and follows it.
+#pragma once
+
+#include <optional>
+#include <QDialog>
+
+#include "picture/picture.h"
+#include "program/displays.h"
+
+class QLabel;
+
+namespace vexa {
+
+class DiagramView;
+
+class DisplayWindow : public QDialog {
+ public:
+  DisplayWindow(const Program& program, const DisplayRow& row, QWidget* parent);
+
+  /// Draws the display anew.
+  void Follow();
+  DiagramView& View() { return *view_; }
+
+ private:
+  void Point(const std::optional<vexa::Point>& at);
+
+  const Program& program_;
+  const DisplayRow& row_;
+  Picture picture_{};
+  DiagramView* view_ = nullptr;
+};
+
+}  // namespace vexa

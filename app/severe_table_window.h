@@ -1,0 +1,47 @@
+// Arranges the severe-weather table: which entries, in which order, with which thresholds; kept in
+// and restored from table files.
+#pragma once
+
+#include <functional>
+#include <QDialog>
+
+#include "analysis/severe_table.h"
+
+class QComboBox;
+class QLabel;
+class QLineEdit;
+class QTableWidget;
+
+namespace vexa {
+
+class SevereTableWindow : public QDialog {
+ public:
+  /// accepted  is given the new arrangement each time the user applies it
+  SevereTableWindow(const analysis::SevereTable& table,
+                    std::function<void(const analysis::SevereTable&)> accepted, QWidget* parent);
+
+  /// The arrangement as it stands in the window; limits that are none keep their last value.
+  const analysis::SevereTable& Table() const { return table_; }
+
+  void SaveTo(const QString& path);
+  void RestoreFrom(const QString& path);
+
+ private:
+  void Fill();
+  void ReadCell(int row, int column);
+  void Move(int step);
+  void Add();
+  void Remove();
+  void Say(const QString& text);
+  bool Apply();
+
+  analysis::SevereTable table_;
+  std::function<void(const analysis::SevereTable&)> accepted_;
+  QLineEdit* title_ = nullptr;
+  QTableWidget* rows_ = nullptr;
+  QComboBox* offered_ = nullptr;
+  QLabel* remark_ = nullptr;
+  bool filling_ = false;
+};
+
+}  // namespace vexa

@@ -1,0 +1,96 @@
+#include <utility>
+#include <vector>
+
+#include "analysis/index_table.h"
+#include "cli/report.h"
+#include "cli/report_values.h"
+#include "core/numbers.h"
+
+namespace vexa::cli {
+namespace {
+
+using analysis::AnalysisResults;
+using analysis::ParcelAscent;
+
+std::string CsvField(std::string_view text) {
+  if (text.find_first_of(",\"\r\n") == std::string_view::npos) return std::string(text);
+  std::string quoted = "\"";
+  for (const char c : text) {
+    if (c == '"') quoted += '"';
+    quoted += c;
+  }
+  return quoted + '"';
+}
+
+/// The CSV columns: a name with its unit and the text of a value.
+struct CsvColumn {
+  std::string Name;
+  std::string Value;
+};
+
+std::string Cell(std::optional<double> value) {
+  return value ? Shortest(*value) : std::string();
+}
+
+std::vector<CsvColumn> CsvColumns(const AnalysedSounding& sounding, const Options& options) {
+  const SoundingRecord& record = sounding.Record;
+  const AnalysisResults& results = sounding.Results;
+  const bool placed = HasPosition(record);
+  std::vector<CsvColumn> columns = {
+      {"file", sounding.File},
+      {"station", record.StationTitle},
+      {"wmo number", record.WmoNumber == 0 ? "" : Mask(record.WmoNumber, "00000")},
+      {"time", TimeText(record.Time).value_or("")},
+      {"latitude (deg)", placed ? Shortest(record.LatSigned) : ""},
+      {"longitude (deg)", placed ? Shortest(record.LonSigned) : ""},
+      {"elevation (m)", record.ElevUnknown ? "" : Shortest(record.ElevM)},
+      {"format", record.DataFormat},
+      {"temperature levels", Shortest(record.NumTempLevels())},
+      {"wind levels", Shortest(record.NumWindLevels())},
+      {"QNH (hPa)", Cell(Pressure(results.Surface.Qnh))},
+  };
+  const std::string depth = Shortest(options.CapeDepthKm);
+  for (const LiftName& lift : kLifts) {
+    const ParcelAscent& ascent = results.Ascent(lift.Type);
+    const std::string name = std::string(lift.Name) + " ";
+    columns.push_back({name + "LCL (hPa)", Cell(Pressure(ascent.Condensation.Press))});
+    columns.push_back({name + "LFC (hPa)", Cell(Pressure(ascent.FreeLevel.Press))});
+    columns.push_back({name + "EL (hPa)", Cell(Pressure(ascent.Equilibrium.Press))});
+    columns.push_back({name + "CAPE (J/kg)", Cell(Energy(ascent, ascent.CapeTotal))});
+    columns.push_back({name + "CIN (J/kg)", Cell(Energy(ascent, ascent.CinTotal))});
+    columns.push_back(
+        {name + "CAPE 0-" + depth + " km (J/kg)", Cell(Energy(ascent, ascent.CapeDepth))});
+  }
+  for (const analysis::IndexValue& index : sounding.Results.Indices) {
+    std::string name(Trim(index.Row->Label));
+    if (!index.Row->Unit.empty()) name += " (" + std::string(index.Row->Unit) + ")";
+    columns.push_back({std::move(name), Cell(Value(index.Value, kIndexDecimals))});
+  }
+  columns.push_back({"freezing level (m)", results.FreezingLevels.empty()
+                                               ? ""
+                                               : Cell(Height(results.FreezingLevels[0].Height))});
+  columns.push_back({"tropopause (m)", results.Tropopauses.empty()
+                                           ? ""
+                                           : Cell(Height(results.Tropopauses[0].Height))});
+  return columns;
+}
+
+}  // namespace
+
+std::string CsvHeader(const Options& options) {
+  std::string text;
+  AnalysedSounding none;
+  none.Results = analysis::Analyse(none.Record, options);
+  for (const CsvColumn& column : CsvColumns(none, options)) text += ',' + CsvField(column.Name);
+  return text.substr(1);
+}
+
+std::string CsvRow(const AnalysedSounding& sounding, const Options& options) {
+  std::string text;
+  for (const CsvColumn& column : CsvColumns(sounding, options)) {
+    text += ',' + CsvField(column.Value);
+  }
+  return text.substr(1);
+}
+
+}  // namespace vexa::cli

@@ -1,0 +1,159 @@
+#include <optional>
+#include <string_view>
+
+#include "analysis/index_table.h"
+#include "analysis/interpolate.h"
+#include "cli/report.h"
+#include "cli/report_values.h"
+#include "core/numbers.h"
+
+namespace vexa::cli {
+namespace {
+
+using analysis::AnalysisResults;
+using analysis::LevelPoint;
+using analysis::ParcelAscent;
+
+std::string Shown(std::optional<double> value, std::string_view mask, std::string_view unit) {
+  return value ? Mask(*value, mask) + std::string(unit) : "--";
+}
+
+// A line for each layer found: what it is, from where to where.
+template <class Line>
+void LayerLines(const AnalysisResults& results, Line& line) {
+  const auto span = [](const LevelPoint& base, const LevelPoint& top) {
+    return Shown(Height(base.Height), "####0", "") + " to " +
+           Shown(Height(top.Height), "####0", " m");
+  };
+  const analysis::LayerResults& layers = results.Layers;
+  if (layers.Mixed) {
+    line("Mixed layer", "up to " + Shown(Height(layers.Mixed->Top.Height), "####0", " m") + ", " +
+                            Shown(Value(layers.Mixed->Theta, 1), "##0.0", " K"));
+  }
+  for (const analysis::CloudDeck& deck : layers.Clouds) {
+    line("Cloud", std::string(Trim(Text(deck.Amount))) + " " + std::string(Text(deck.Type)) + " " +
+                      span(deck.Base, deck.Top));
+  }
+  const auto each = [&](std::string_view name, const std::vector<analysis::AirLayer>& found) {
+    for (const analysis::AirLayer& layer : found) {
+      line(name, std::string(Trim(layer.Word)) + " " + span(layer.Base, layer.Top));
+    }
+  };
+  each("Icing", layers.Icing);
+  each("Turbulence", layers.Turbulence);
+  each("High turbulence", layers.HighTurbulence);
+  each("Low-level shear", layers.LowShear);
+  each("Contrails", layers.Contrails);
+  each("Lightning", layers.Lightning);
+  each("Carburettor ice", layers.CarbIcing);
+  for (const analysis::Duct& duct : layers.Ducts) {
+    line("Duct", span({.Height = duct.DuctBase}, duct.Top) + ", " +
+                     Shown(Value(duct.Gradient, 0), "###0", " N/km"));
+  }
+  if (!results.Winter.Precipitation.empty()) {
+    line("Precipitation", results.Winter.Precipitation);
+  }
+  const analysis::SoaringResults& soaring = results.Soaring;
+  if (soaring.ThermalTop.Exists()) {
+    line("Thermals", "to " + Shown(Height(soaring.ThermalTop.Height), "####0", " m") + " at " +
+                         Shown(Value(soaring.MaxTemp, 1), "##0.0", " C") + ", " +
+                         std::string(soaring.Words) + (soaring.CloudBase.Exists() ? "" : ", blue"));
+  }
+}
+
+}  // namespace
+
+std::string TextReport(const AnalysedSounding& sounding, const Options& options) {
+  const SoundingRecord& record = sounding.Record;
+  const AnalysisResults& results = sounding.Results;
+  std::string text;
+  const auto line = [&text](std::string_view label, std::string_view value) {
+    text += PadRight(label, 16) + std::string(value) + "\n";
+  };
+  line("Sounding", record.StationTitle);
+  line("File", sounding.File + " (" + record.DataFormat + ")");
+  if (const auto time = TimeText(record.Time)) line("Time", *time);
+  if (HasPosition(record)) {
+    const auto degrees = [](double signedDegrees, std::string_view hemisphere) {
+      return Mask(signedDegrees < 0 ? -signedDegrees : signedDegrees, "##0.00") +
+             std::string(hemisphere);
+    };
+    line("Position", degrees(record.LatSigned, record.LatHemi) + " " +
+                         degrees(record.LonSigned, record.LonHemi));
+  }
+  line("Elevation", record.ElevUnknown ? "unknown" : Shortest(record.ElevM) + " m");
+  line("Levels", Shortest(record.NumTempLevels()) + " temperature, " +
+                     Shortest(record.NumWindLevels()) + " wind");
+  if (results.Surface.Exists) {
+    line("Surface", Shown(Pressure(results.Surface.Press), "###0.0", " hPa") + ", QNH " +
+                        Shown(Pressure(results.Surface.Qnh), "###0.0", " hPa") +
+                        ", density altitude " +
+                        Shown(Height(results.Surface.DensityAltitude), "####0", " m"));
+  }
+  text += "\n" + PadRight("", 16);
+  for (const LiftName& lift : kLifts) text += PadLeft(Text(lift.Type), 14);
+  text += "\n";
+  const auto row = [&](std::string_view label, auto&& value) {
+    text += PadRight(label, 16);
+    for (const LiftName& lift : kLifts) text += PadLeft(value(results.Ascent(lift.Type)), 14);
+    text += "\n";
+  };
+  const auto press = [](double value) { return Shown(Pressure(value), "###0.0", " hPa"); };
+  const auto energy = [](const ParcelAscent& a, double value) {
+    return Shown(Energy(a, value), "####0", " J/kg");
+  };
+  const bool convective = results.Mode == analysis::LiftMode::Ccl;
+  row("Start", [&](const ParcelAscent& a) { return press(a.Start.Press); });
+  row(convective ? "CCL" : "LCL",
+      [&](const ParcelAscent& a) { return press(a.Condensation.Press); });
+  row("LFC", [&](const ParcelAscent& a) { return press(a.FreeLevel.Press); });
+  row("EL", [&](const ParcelAscent& a) { return press(a.Equilibrium.Press); });
+  row("MPL", [&](const ParcelAscent& a) { return press(a.MaximumParcel.Press); });
+  row("CAPE", [&](const ParcelAscent& a) { return energy(a, a.CapeTotal); });
+  row("CIN", [&](const ParcelAscent& a) { return energy(a, a.CinTotal); });
+  row("CAPE 0-" + Shortest(options.CapeDepthKm) + " km",
+      [&](const ParcelAscent& a) { return energy(a, a.CapeDepth); });
+  row("CAPE..Hail", [&](const ParcelAscent& a) { return energy(a, a.CapeHail); });
+  text += "\n";
+  const auto point = [](const LevelPoint& level) {
+    return Shown(Pressure(level.Press), "###0.0", " hPa") + ", " +
+           Shown(Height(level.Height), "####0", " m") + ", " +
+           Shown(Value(level.Temp, kTempDecimals), "##0.0", " C");
+  };
+  if (results.ConvectiveCondensation.Exists()) {
+    line("CCL", point(results.ConvectiveCondensation) + ", convective temperature " +
+                    Shown(Value(results.ConvectiveTemp, kTempDecimals), "##0.0", " C"));
+  }
+  for (const LevelPoint& level : results.FreezingLevels) line("Freezing level", point(level));
+  for (const LevelPoint& level : results.Tropopauses) line("Tropopause", point(level));
+  for (const analysis::Inversion& inversion : results.Inversions) {
+    line(Text(inversion.Kind), point(inversion.Base) + " to " + point(inversion.Top));
+  }
+  LayerLines(results, line);
+  const auto wind = [](const analysis::WindVector& vector) {
+    const analysis::Wind shown = analysis::FromComponents(vector);
+    return Mask(shown.Dir, "000") + "/" + Mask(shown.Spd, "##0") + " kts";
+  };
+  if (results.Storm.Mean6km) line("Mean wind 0-6km", wind(*results.Storm.Mean6km));
+  const auto mover = [&](std::string_view name, const std::optional<analysis::Mover>& one) {
+    if (!one) return;
+    line(name, wind(one->Motion) + ", helicity 0-1 km " +
+                   Shown(Value(one->Helicity.front(), 0), "###0", "") + ", 0-3 km " +
+                   Shown(Value(one->Helicity.back(), 0), "###0", " m2/s2"));
+  };
+  mover("Right mover", results.Storm.Right);
+  mover("Left mover", results.Storm.Left);
+  text += "\n";
+  constexpr int kPerLine = 3;
+  int inLine = 0;
+  for (const analysis::IndexValue& index : sounding.Results.Indices) {
+    text += std::string(index.Row->Label) + " " +
+            PadRight(analysis::ShownValue(index, options, record.ElevM), 14);
+    if (++inLine % kPerLine == 0) text += "\n";
+  }
+  if (inLine % kPerLine != 0) text += "\n";
+  for (const std::string& note : sounding.Notes) line("Note", note);
+  return text;
+}
+
+}  // namespace vexa::cli

@@ -1,0 +1,40 @@
+#include "cli/report_values.h"
+
+#include "core/markers.h"
+#include "core/numbers.h"
+
+namespace vexa::cli {
+
+using analysis::ParcelAscent;
+
+std::optional<double> Value(double value, int decimals) {
+  if (NotAvailable(value)) return std::nullopt;
+  return Rounded(value, decimals);
+}
+
+std::optional<double> Height(double height) {
+  if (!HasHeight(height)) return std::nullopt;
+  return Rounded(height, kHeightDecimals);
+}
+
+std::optional<double> Pressure(double press) {
+  if (!HasHeight(press) || press <= 0) return std::nullopt;
+  return Rounded(press, kPressDecimals);
+}
+
+std::optional<double> Energy(const ParcelAscent& ascent, double energy) {
+  if (!ascent.Start.Exists()) return std::nullopt;
+  return Rounded(energy, kEnergyDecimals);
+}
+
+std::optional<std::string> TimeText(const ObservationTime& time) {
+  if (!time.Known()) return std::nullopt;
+  return Mask(time.Year, "0000") + "-" + Mask(time.Month, "00") + "-" + Mask(time.Day, "00") + "T" +
+         Mask(time.Hour, "00") + ":" + Mask(time.Minute, "00") + "Z";
+}
+
+bool HasPosition(const SoundingRecord& record) {
+  return !record.LatHemi.empty() && !record.LonHemi.empty();
+}
+
+}  // namespace vexa::cli

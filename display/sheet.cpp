@@ -1,0 +1,189 @@
+#include "display/sheet.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "core/numbers.h"
+
+namespace vexa::display {
+namespace {
+
+constexpr double kPageHeight = 7500;
+constexpr double kMargin = 250;
+constexpr double kTitle = 230;
+constexpr double kText = 130;
+constexpr double kLine = 190;
+constexpr double kLetter = 0.6;  // width of a fixed letter by its size
+constexpr int kLabelLetters = 42;
+constexpr int kValueLetters = 14;
+constexpr int kNoteLetters = 26;
+constexpr double kColumn = kText * kLetter * (kLabelLetters + kValueLetters + kNoteLetters);
+
+struct Inks {
+  Color Paper, Ink, Faint;
+};
+
+Inks InksFor(const Options& options) {
+  if (options.Screen == ScreenColor::Black) return {{0, 0, 0}, {240, 240, 240}, {170, 170, 170}};
+  return {{255, 255, 255}, {0, 0, 0}, {90, 90, 90}};
+}
+
+// What a step looks like without its colour.
+std::string_view StressSign(Stress stress) {
+  constexpr std::string_view kSigns[] = {"", "*", "**", "***"};
+  return kSigns[static_cast<std::size_t>(stress)];
+}
+
+std::size_t LinesOf(const SheetBlock& block) {
+  return block.Rows.size() + (block.Heading.empty() ? 1 : 2);
+}
+
+// A place for each line: blocks fill a column and go on in the next.
+class Layout {
+ public:
+  explicit Layout(const Sheet& sheet) : top_(kMargin + 2.2 * kTitle) {
+    std::size_t total = 0;
+    for (const SheetBlock& block : sheet.Blocks) total += LinesOf(block);
+    const auto fits = static_cast<std::size_t>((kPageHeight - top_ - kMargin) / kLine);
+    columns_ = std::max<std::size_t>(1, (total + fits - 1) / fits);
+    perColumn_ = (total + columns_ - 1) / columns_ + 1;
+  }
+
+  // Keeps a heading together with its first row.
+  void Begin(std::size_t lines) {
+    if (line_ > 0 && line_ + std::min<std::size_t>(lines, 3) > perColumn_) NextColumn();
+  }
+
+  Point Next() {
+    if (line_ >= perColumn_) NextColumn();
+    const Point at{kMargin + static_cast<double>(column_) * (kColumn + kMargin),
+                   top_ + (static_cast<double>(line_) + 0.5) * kLine};
+    ++line_;
+    deepest_ = std::max(deepest_, line_);
+    return at;
+  }
+
+  void Skip() {
+    if (line_ > 0) ++line_;
+  }
+
+  double Width() const { return kMargin + static_cast<double>(column_ + 1) * (kColumn + kMargin); }
+  double Height() const { return top_ + static_cast<double>(deepest_) * kLine + kMargin; }
+
+ private:
+  void NextColumn() {
+    ++column_;
+    line_ = 0;
+  }
+
+  double top_;
+  std::size_t columns_ = 1;
+  std::size_t perColumn_ = 1;
+  std::size_t column_ = 0;
+  std::size_t line_ = 0;
+  std::size_t deepest_ = 1;
+};
+
+void Write(Picture& page, std::string_view tag, Point at, std::string text, Color ink,
+           bool bold = false) {
+  page.Add(tag, Label{.At = at,
+                      .Text = std::move(text),
+                      .Size = kText,
+                      .Font = Face::Mono,
+                      .Ink = ink,
+                      .Bold = bold});
+}
+
+void DrawRow(Picture& page, const SheetRow& row, Point at, const Inks& inks) {
+  const double valueX = at.X + kText * kLetter * kLabelLetters;
+  const double noteX = valueX + kText * kLetter * kValueLetters;
+  Write(page, "label", at, row.Label, inks.Ink);
+  Color valueInk = inks.Ink;
+  if (row.Step != Stress::None) {
+    const Rect box{valueX - 60, at.Y - kLine * 0.45, noteX - 60, at.Y + kLine * 0.45};
+    page.Add("stress", Area{.Rings = {{{box.Left, box.Top},
+                                       {box.Right, box.Top},
+                                       {box.Right, box.Bottom},
+                                       {box.Left, box.Bottom}}},
+                            .Fill = {.Ink = StressColor(row.Step)}});
+    valueInk = row.Step == Stress::Third ? Color{255, 255, 255} : Color{0, 0, 0};
+  }
+  Write(page, "value", {valueX, at.Y}, row.Value, valueInk, row.Step != Stress::None);
+  const std::string_view sign = StressSign(row.Step);
+  std::string note(sign);
+  if (!note.empty() && !row.Note.empty()) note += ' ';
+  Write(page, "note", {noteX, at.Y}, note + row.Note, inks.Faint);
+  if (!row.Index.empty()) {
+    page.AddHotSpot(
+        {{at.X, at.Y - kLine / 2, noteX, at.Y + kLine / 2}, std::string(kIndexSpot), row.Index});
+  }
+}
+
+}  // namespace
+
+Color StressColor(Stress stress) {
+  switch (stress) {
+    case Stress::First:
+      return {255, 235, 90};
+    case Stress::Second:
+      return {255, 165, 40};
+    case Stress::Third:
+      return {200, 20, 20};
+    case Stress::None:
+      break;
+  }
+  return {0, 0, 0, 0};
+}
+
+Picture DrawSheet(const Sheet& sheet, const Options& options) {
+  const Inks inks = InksFor(options);
+  Layout measured(sheet);
+  const auto walk = [&sheet](Layout& layout, auto&& heading, auto&& row) {
+    for (const SheetBlock& block : sheet.Blocks) {
+      layout.Begin(LinesOf(block));
+      layout.Skip();
+      if (!block.Heading.empty()) heading(block, layout.Next());
+      for (const SheetRow& one : block.Rows) row(one, layout.Next());
+    }
+  };
+  walk(
+      measured, [](const SheetBlock&, Point) {}, [](const SheetRow&, Point) {});
+  Picture page(measured.Width(), measured.Height(), inks.Paper);
+  page.Add("title", Label{.At = {kMargin, kMargin + kTitle / 2},
+                          .Text = sheet.Title,
+                          .Size = kTitle,
+                          .Ink = inks.Ink,
+                          .Bold = true});
+  page.Add("subtitle", Label{.At = {kMargin, kMargin + 1.6 * kTitle},
+                             .Text = sheet.Subtitle,
+                             .Size = kText * 1.2,
+                             .Ink = inks.Faint});
+  Layout layout(sheet);
+  walk(
+      layout,
+      [&](const SheetBlock& block, Point at) {
+        Write(page, "heading", at, block.Heading, inks.Ink, true);
+        page.Add("rule",
+                 Polyline{.Points = {{at.X, at.Y + kLine / 2}, {at.X + kColumn, at.Y + kLine / 2}},
+                          .Stroke = {.Ink = inks.Faint, .Width = 8}});
+      },
+      [&](const SheetRow& row, Point at) { DrawRow(page, row, at, inks); });
+  return page;
+}
+
+std::vector<std::string> SheetLines(const Sheet& sheet) {
+  std::vector<std::string> lines = {sheet.Title, sheet.Subtitle};
+  for (const SheetBlock& block : sheet.Blocks) {
+    lines.emplace_back();
+    if (!block.Heading.empty()) lines.push_back(block.Heading);
+    for (const SheetRow& row : block.Rows) {
+      std::string line = PadRight(row.Label, kLabelLetters) + PadRight(row.Value, kValueLetters) +
+                         PadRight(StressSign(row.Step), 4) + row.Note;
+      line.resize(line.find_last_not_of(' ') + 1);
+      lines.push_back(std::move(line));
+    }
+  }
+  return lines;
+}
+
+}  // namespace vexa::display

@@ -1,0 +1,252 @@
+#include "display/weather.h"
+
+#include <string_view>
+#include <utility>
+
+#include "analysis/index_table.h"
+#include "analysis/moist_air.h"
+#include "core/markers.h"
+#include "core/numbers.h"
+#include "core/units.h"
+
+namespace vexa::display {
+namespace {
+
+using analysis::LevelPoint;
+
+constexpr std::string_view kNone = "--";
+
+// Heights, temperatures and indices in the units of the options.
+class Texts {
+ public:
+  explicit Texts(const Shown& shown) : shown_(shown) {}
+
+  std::string Height(double height) const {
+    if (!HasHeight(height)) return std::string(kNone);
+    const bool above = shown_.Set.Heights == HeightMode::Agl;
+    const double shown = above ? height - shown_.Record.ElevM : height;
+    return Depth(shown) + (above ? " AGL" : "");
+  }
+  std::string Depth(double meters) const {
+    if (!HasHeight(meters)) return std::string(kNone);
+    return shown_.Set.ThermoHeight == LengthUnits::Feet
+               ? Mask(FeetFromMeters(meters), "####0") + " ft"
+               : Mask(meters, "####0") + " m";
+  }
+  std::string Temp(double temp) const {
+    if (NotAvailable(temp)) return std::string(kNone);
+    return shown_.Set.ThermoTemp == TempUnits::Fahrenheit
+               ? Mask(FahrenheitFromCelsius(temp), "##0.0") + " F"
+               : Mask(temp, "##0.0") + " C";
+  }
+  std::string Press(const LevelPoint& level) const {
+    if (!level.Exists()) return std::string(kNone);
+    return Mask(level.Press, "###0") + (shown_.Set.Pressure == PressureUnits::Mb ? " mb" : " hPa");
+  }
+  static std::string Number(double value, std::string_view mask, std::string_view unit) {
+    return NotAvailable(value) ? std::string(kNone) : Mask(value, mask) + std::string(unit);
+  }
+  std::string Span(const LevelPoint& base, const LevelPoint& top) const {
+    return Height(base.Height) + " - " + Height(top.Height);
+  }
+
+  SheetRow Index(std::string_view label) const {
+    const analysis::IndexRow* row = analysis::FindIndex(label);
+    const analysis::IndexValue* value =
+        row == nullptr ? nullptr : analysis::IndexOf(shown_.Results, *row);
+    if (value == nullptr) return {};
+    return {.Label = std::string(row->Name),
+            .Value = analysis::ShownValue(*value, shown_.Set, shown_.Record.ElevM),
+            .Note = value->Reason.empty() ? "" : "n/a",
+            .Index = std::string(label)};
+  }
+
+ private:
+  const Shown& shown_;
+};
+
+Sheet Titled(std::string_view title, const Shown& shown) {
+  return {.Title = std::string(title), .Subtitle = shown.Record.StationTitle};
+}
+
+SheetBlock LevelBlock(std::string heading, const std::vector<LevelPoint>& levels,
+                      const Texts& texts) {
+  SheetBlock block{.Heading = std::move(heading)};
+  for (const LevelPoint& level : levels) {
+    block.Rows.push_back({texts.Press(level), texts.Height(level.Height), texts.Temp(level.Temp)});
+  }
+  if (levels.empty()) block.Rows.push_back({"none"});
+  return block;
+}
+
+SheetBlock AirLayerBlock(std::string heading, const std::vector<analysis::AirLayer>& layers,
+                         const Texts& texts) {
+  SheetBlock block{.Heading = std::move(heading)};
+  for (const analysis::AirLayer& layer : layers) {
+    const bool severe = layer.Class >= analysis::Intensity::Severe;
+    const bool moderate = layer.Class >= analysis::Intensity::Moderate;
+    Stress step = Stress::None;
+    if (moderate) step = severe ? Stress::Third : Stress::Second;
+    block.Rows.push_back(
+        {texts.Span(layer.Base, layer.Top), std::string(Trim(layer.Word)), "", step});
+  }
+  if (layers.empty()) block.Rows.push_back({"none"});
+  return block;
+}
+
+SheetBlock CloudBlock(const analysis::LayerResults& layers, const Texts& texts) {
+  SheetBlock block{.Heading = "Clouds"};
+  for (const analysis::CloudDeck& deck : layers.Clouds) {
+    block.Rows.push_back({texts.Span(deck.Base, deck.Top), std::string(Trim(Text(deck.Amount))) +
+                                                               " " + std::string(Text(deck.Type))});
+  }
+  if (layers.Clouds.empty()) block.Rows.push_back({"none"});
+  return block;
+}
+
+std::string IcingHeading(const Options& options) {
+  return "Icing (" + std::string(Word(options.Ice)) + ")";
+}
+
+}  // namespace
+
+Sheet SevereWeatherSheet(const Shown& shown) {
+  Sheet sheet = Titled("Severe Weather", shown);
+  SheetBlock block{.Heading = shown.Severe.Title};
+  for (const analysis::SevereValue& value :
+       analysis::FillSevereTable(shown.Severe, shown.Results)) {
+    block.Rows.push_back(
+        {.Label = std::string(value.Text),
+         .Value = value.Shown,
+         .Note = value.Reason.empty() ? "" : "n/a",
+         .Step = static_cast<Stress>(value.Step),
+         .Index = value.Index == nullptr ? "" : std::string(Trim(value.Index->Label))});
+  }
+  sheet.Blocks.push_back(std::move(block));
+  return sheet;
+}
+
+Sheet WinterWeatherSheet(const Shown& shown) {
+  const Texts texts(shown);
+  const analysis::WinterResults& winter = shown.Results.Winter;
+  Sheet sheet = Titled("Winter Weather", shown);
+  const auto energy = [](double value) { return Texts::Number(value, "###0.0", " J/kg"); };
+  sheet.Blocks.push_back(
+      {"Precipitation",
+       {{"Type", winter.Precipitation.empty() ? "none" : std::string(winter.Precipitation)},
+        {"Warm layer aloft", energy(winter.WarmArea)},
+        {"Cold layer below it", energy(winter.ColdArea)},
+        {"Warm layer at the ground", energy(winter.SurfaceWarmArea)},
+        {"Snow to liquid ratio", Texts::Number(winter.SnowRatio, "#0.0", " : 1")},
+        {.Label = "Snow squall parameter",
+         .Value = Texts::Number(winter.SnowSquall, "#0.00", ""),
+         .Step = winter.SnowSquall >= 1 ? Stress::Second : Stress::None}}});
+  const auto thickness = [&](std::string label, double value, double snow) {
+    const bool likely = HasHeight(value) && value < snow;
+    return SheetRow{std::move(label), Texts::Number(value, "####0", " m"),
+                    likely ? "snow likely" : ""};
+  };
+  sheet.Blocks.push_back({"Thickness",
+                          {thickness("1000 - 500 hPa", winter.Thickness1000to500, 5400),
+                           thickness("1000 - 850 hPa", winter.Thickness1000to850, 1300),
+                           thickness("850 - 700 hPa", winter.Thickness850to700, 1540)}});
+  sheet.Blocks.push_back({"Near the ground", {texts.Index("Wind-Chill"), texts.Index("WBZ Hgt")}});
+  sheet.Blocks.push_back(LevelBlock("Freezing levels", shown.Results.FreezingLevels, texts));
+  SheetBlock dendrites{.Heading = "Dendritic growth (-12 to -18 C)"};
+  for (const auto& layer : winter.Dendritic) {
+    dendrites.Rows.push_back({texts.Span(layer.Base, layer.Top),
+                              texts.Depth(layer.Top.Height - layer.Base.Height),
+                              "RH " + Texts::Number(layer.MeanHumidity, "##0", " %")});
+  }
+  if (winter.Dendritic.empty()) dendrites.Rows.push_back({"none"});
+  sheet.Blocks.push_back(std::move(dendrites));
+  sheet.Blocks.push_back(CloudBlock(shown.Results.Layers, texts));
+  sheet.Blocks.push_back(AirLayerBlock(IcingHeading(shown.Set), shown.Results.Layers.Icing, texts));
+  return sheet;
+}
+
+Sheet SoaringSheet(const Shown& shown) {
+  const Texts texts(shown);
+  const analysis::SoaringResults& soaring = shown.Results.Soaring;
+  Sheet sheet = Titled("Soaring", shown);
+  const auto level = [&](std::string label, const LevelPoint& point, std::string_view without) {
+    return point.Exists() ? SheetRow{std::move(label), texts.Height(point.Height),
+                                     texts.Press(point) + "  " + texts.Temp(point.Temp)}
+                          : SheetRow{std::move(label), std::string(without)};
+  };
+  const std::string lift = soaring.LiftEquation == 2
+                               ? Texts::Number(soaring.Lift, "#0.0", " m/s")
+                               : Texts::Number(soaring.Lift, "###0", " ft/min");
+  sheet.Blocks.push_back({"Thermals",
+                          {{"Temperature of the day", texts.Temp(soaring.MaxTemp)},
+                           {"Trigger temperature", texts.Temp(soaring.TriggerTemp),
+                            "for " + Mask(shown.Set.System.TriggerHgt, "####0") + " ft AGL"},
+                           level("Thermal top (index 0)", soaring.ThermalTop, kNone),
+                           level("Pilot level (index -3)", soaring.PilotLevel, kNone),
+                           level("Cloud base", soaring.CloudBase, "blue"),
+                           {"Lift", lift, std::string(soaring.Words)},
+                           texts.Index("TConv"),
+                           texts.Index("CCL Hgt"),
+                           texts.Index("DensityAlt")}});
+  SheetBlock index{.Heading = "Thermal index"};
+  const analysis::LevelProfile& levels = shown.Results.Levels;
+  for (const double press : {950.0, 925.0, 900.0, 850.0, 800.0, 750.0, 700.0, 650.0, 600.0}) {
+    if (levels.Count() < 2 || press > levels.Press(1) || press < levels.Press.Top()) continue;
+    const double temp = analysis::GetTEMP(levels, press, analysis::Quantity::Temp);
+    const analysis::Sample height = analysis::SampleAt(levels, press, analysis::Quantity::Height);
+    if (NotAvailable(temp) || !height.Ok() || NotAvailable(soaring.MaxTemp)) continue;
+    const double dry =
+        analysis::DryAdiabatTemp(analysis::DryTheta(levels.Press(1), soaring.MaxTemp), press);
+    index.Rows.push_back({Mask(press, "###0") + " hPa   " + texts.Height(height.Value),
+                          Mask(temp - dry, "##0.0"), temp < dry ? "lift" : ""});
+  }
+  sheet.Blocks.push_back(std::move(index));
+  sheet.Blocks.push_back(CloudBlock(shown.Results.Layers, texts));
+  return sheet;
+}
+
+Sheet LayerSheet(const Shown& shown) {
+  const Texts texts(shown);
+  const analysis::AnalysisResults& results = shown.Results;
+  const analysis::LayerResults& layers = results.Layers;
+  Sheet sheet = Titled("Layer Analyzer", shown);
+  SheetBlock inversions{.Heading = "Inversions"};
+  for (const analysis::Inversion& inversion : results.Inversions) {
+    inversions.Rows.push_back(
+        {texts.Span(inversion.Base, inversion.Top), std::string(Text(inversion.Kind)),
+         "+" + Mask(inversion.Top.Temp - inversion.Base.Temp, "#0.0") + " C"});
+  }
+  if (results.Inversions.empty()) inversions.Rows.push_back({"none"});
+  sheet.Blocks.push_back(std::move(inversions));
+  SheetBlock mixed{.Heading = "Mixed layer"};
+  if (layers.Mixed) {
+    mixed.Rows.push_back({"Up to " + texts.Height(layers.Mixed->Top.Height),
+                          Texts::Number(layers.Mixed->Theta, "##0.0", " K"),
+                          texts.Depth(layers.Mixed->Depth) + " deep"});
+  } else {
+    mixed.Rows.push_back({"none"});
+  }
+  sheet.Blocks.push_back(std::move(mixed));
+  sheet.Blocks.push_back(LevelBlock("Freezing levels", results.FreezingLevels, texts));
+  sheet.Blocks.push_back(LevelBlock("Tropopauses", results.Tropopauses, texts));
+  sheet.Blocks.push_back(CloudBlock(layers, texts));
+  sheet.Blocks.push_back(AirLayerBlock(IcingHeading(shown.Set), layers.Icing, texts));
+  sheet.Blocks.push_back(AirLayerBlock(
+      "Clear-air turbulence (" + std::string(Word(shown.Set.Cat)) + ")", layers.Turbulence, texts));
+  sheet.Blocks.push_back(AirLayerBlock("High-level turbulence", layers.HighTurbulence, texts));
+  sheet.Blocks.push_back(AirLayerBlock("Low-level wind shear", layers.LowShear, texts));
+  sheet.Blocks.push_back(AirLayerBlock("Contrails", layers.Contrails, texts));
+  sheet.Blocks.push_back(AirLayerBlock("Lightning potential", layers.Lightning, texts));
+  sheet.Blocks.push_back(AirLayerBlock("Carburettor icing", layers.CarbIcing, texts));
+  SheetBlock ducts{.Heading = "Ducts"};
+  for (const analysis::Duct& duct : layers.Ducts) {
+    ducts.Rows.push_back({texts.Height(duct.DuctBase) + " - " + texts.Height(duct.Top.Height),
+                          Mask(duct.Gradient, "###0") + " N/km",
+                          duct.OnSurface ? "on the surface" : ""});
+  }
+  if (layers.Ducts.empty()) ducts.Rows.push_back({"none"});
+  sheet.Blocks.push_back(std::move(ducts));
+  return sheet;
+}
+
+}  // namespace vexa::display

@@ -1,0 +1,73 @@
+#include "display/weather.h"
+
+#include <algorithm>
+
+#include "support/soundings.h"
+
+namespace vexa::display {
+namespace {
+
+const SheetRow* RowOf(const Sheet& sheet, std::string_view label) {
+  for (const SheetBlock& block : sheet.Blocks) {
+    for (const SheetRow& row : block.Rows) {
+      if (row.Label == label) return &row;
+    }
+  }
+  return nullptr;
+}
+
+TEST(WeatherSheets, ShowTheAnalysisInTheUnitsOfTheOptions) {
+  const SoundingRecord sounding = test::ReferenceConvective();
+  Options options;
+  options.ThermoHeight = LengthUnits::Feet;
+  options.System.SoarTm = 31;
+  const analysis::AnalysisResults results = analysis::Analyse(sounding, options);
+  const analysis::SevereTable table = analysis::DefaultSevereTable();
+  const Shown shown{sounding, results, options, table};
+
+  const Sheet severe = SevereWeatherSheet(shown);
+  const SheetRow* lifted = RowOf(severe, "LI - Lifted Index");
+  ASSERT_NE(lifted, nullptr);
+  EXPECT_EQ(lifted->Value, "-8.1");
+  EXPECT_EQ(lifted->Step, Stress::Third);
+  EXPECT_EQ(lifted->Index, "LI");
+
+  const Sheet soaring = SoaringSheet(shown);
+  const SheetRow* top = RowOf(soaring, "Thermal top (index 0)");
+  ASSERT_NE(top, nullptr);
+  EXPECT_EQ(top->Value.substr(0, 3), "530");  // 1617 m above the sea
+  EXPECT_EQ(RowOf(soaring, "Cloud base")->Value, "blue");
+  EXPECT_NE(RowOf(WinterWeatherSheet(shown), "Type"), nullptr);
+}
+
+// Any sounding makes a page on which every text stands, in columns when there are many.
+TEST(WeatherSheets, KeepEveryRowOnThePage) {
+  const analysis::SevereTable table = analysis::DefaultSevereTable();
+  for (const SoundingRecord& sounding :
+       {SoundingRecord{}, test::ReferenceConvective(), test::ReferenceWinter()}) {
+    const Options options;
+    const analysis::AnalysisResults results = analysis::Analyse(sounding, options);
+    const Shown shown{sounding, results, options, table};
+    for (const Sheet& sheet : {SevereWeatherSheet(shown), WinterWeatherSheet(shown),
+                               SoaringSheet(shown), LayerSheet(shown)}) {
+      SCOPED_TRACE(sheet.Title);
+      const Picture page = DrawSheet(sheet, options);
+      std::size_t values = 0;
+      for (const Item& item : page.Items()) {
+        const auto* label = std::get_if<Label>(&item.Shape);
+        if (label == nullptr) continue;
+        EXPECT_TRUE((Rect{0, 0, page.Width(), page.Height()}.Contains(label->At)));
+        values += item.Tag == "value" ? 1 : 0;
+      }
+      std::size_t rows = 0;
+      for (const SheetBlock& block : sheet.Blocks) rows += block.Rows.size();
+      EXPECT_EQ(values, rows);
+      for (const std::string& line : SheetLines(sheet)) {
+        EXPECT_EQ(line.find_last_not_of(' ') + 1, line.size());
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace vexa::display
