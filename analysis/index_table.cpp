@@ -312,7 +312,7 @@ std::string Explain(const IndexRow& row, const SoundingRecord& sounding,
   }
   text += "\n  = " + std::string(row.Formula) + "\n";
   for (const IndexInput& input : reader.Inputs()) {
-    text += "  " + PadRight(input.Name, 32) + " " + input.Value + "\n";
+    text += "  " + PadRight(input.Name, 26) + " " + input.Value + "\n";
   }
   if (!row.Source.empty()) text += "  Source: " + std::string(row.Source) + "\n";
   return text;

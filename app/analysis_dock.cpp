@@ -58,18 +58,22 @@ AnalysisDock::AnalysisDock(const Program& program, QWidget* parent)
   table_->setSelectionBehavior(QAbstractItemView::SelectRows);
   table_->setSelectionMode(QAbstractItemView::SingleSelection);
   table_->setShowGrid(false);
+  table_->setWordWrap(false);
+  table_->verticalHeader()->setDefaultSectionSize(table_->fontMetrics().height() + 6);
   table_->setAlternatingRowColors(true);
   table_->setTabKeyNavigation(false);
   table_->horizontalHeader()->setStretchLastSection(true);
   explanation_ = new QPlainTextEdit(splitter);
   explanation_->setObjectName(QStringLiteral("IndexExplanation"));
   explanation_->setReadOnly(true);
+  explanation_->setLineWrapMode(QPlainTextEdit::NoWrap);
   explanation_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
   explanation_->setAccessibleName(QStringLiteral("How the chosen index came about"));
   explanation_->setPlaceholderText(QStringLiteral("Choose an index to see how it came about."));
   splitter->setStretchFactor(0, 3);
   splitter->setStretchFactor(1, 1);
   layout->addWidget(splitter);
+  inside->setMinimumWidth(360);
   setWidget(inside);
   connect(search_, &QLineEdit::textChanged, this, [this](const QString& words) { Search(words); });
   connect(table_, &QTableWidget::currentCellChanged, this,

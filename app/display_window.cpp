@@ -1,5 +1,6 @@
 #include "app/display_window.h"
 
+#include <algorithm>
 #include <QCursor>
 #include <QToolTip>
 #include <QVBoxLayout>
@@ -22,9 +23,11 @@ DisplayWindow::DisplayWindow(const Program& program, const DisplayRow& row, QWid
   view_->OnPointer([this](const std::optional<vexa::Point>& at) { Point(at); });
   layout->addWidget(view_);
   Follow();
-  constexpr int kHeight = 620;  // fits a screen of 800 x 600 with its frame taken off by the system
-  const double share = picture_.Height() > 0 ? picture_.Width() / picture_.Height() : 1;
-  resize(qMin(static_cast<int>(kHeight * share), 1100), kHeight);
+  // As large as a screen of 800 x 600 has room for, in the shape of the page.
+  constexpr double kWidth = 780;
+  constexpr double kHeight = 560;
+  const double scale = std::min(kWidth / picture_.Width(), kHeight / picture_.Height());
+  resize(static_cast<int>(picture_.Width() * scale), static_cast<int>(picture_.Height() * scale));
 }
 
 void DisplayWindow::Follow() {

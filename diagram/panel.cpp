@@ -158,10 +158,12 @@ std::string WithoutUnit(const std::string& value) {
 
 // A label and its value; the pointer over it asks for its explanation by the label.
 void DrawIndex(Plot& plot, const analysis::IndexValue& index, Point at, double size,
-               const std::string& value) {
+               const std::string& value, std::string_view tag) {
   const double letter = 0.6 * size;
-  DrawMono(plot, "index label", at, std::string(index.Row->Label), size, plot.Inks.Faint);
-  DrawMono(plot, "index value", {at.X + 11 * letter, at.Y}, value, size, plot.Inks.Ink);
+  DrawMono(plot, std::string(tag) + " label", at, std::string(index.Row->Label), size,
+           plot.Inks.Faint);
+  DrawMono(plot, std::string(tag) + " value", {at.X + 11 * letter, at.Y}, value, size,
+           plot.Inks.Ink);
   const double width = letter * (11 + static_cast<double>(value.size()));
   plot.Page.AddHotSpot({{at.X, at.Y - kLineStep / 2, at.X + width, at.Y + kLineStep / 2},
                         std::string(kIndexSpot),
@@ -202,7 +204,7 @@ void DrawPanel(Plot& plot) {
     y += kLineStep;
   }
   for (const analysis::IndexValue* row : rows) {
-    DrawIndex(plot, *row, {x, y}, kLineText, ValueText(plot, *row));
+    DrawIndex(plot, *row, {x, y}, kLineText, ValueText(plot, *row), "analysis");
     y += kLineStep;
   }
   y += kLineStep / 2;
@@ -213,7 +215,7 @@ void DrawPanel(Plot& plot) {
   y += kLineStep / 2;
   for (std::size_t i = 0; i < indices.size(); ++i) {
     DrawIndex(plot, *indices[i], {x + (i % 2 == 0 ? 0 : kIndexColumn), y}, kIndexText,
-              WithoutUnit(ValueText(plot, *indices[i])));
+              WithoutUnit(ValueText(plot, *indices[i])), "index");
     if (i % 2 == 1) y += kLineStep;
   }
 }

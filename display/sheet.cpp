@@ -14,9 +14,9 @@ constexpr double kTitle = 230;
 constexpr double kText = 130;
 constexpr double kLine = 190;
 constexpr double kLetter = 0.6;  // width of a fixed letter by its size
-constexpr int kLabelLetters = 42;
+constexpr int kLabelLetters = 44;
 constexpr int kValueLetters = 14;
-constexpr int kNoteLetters = 26;
+constexpr int kNoteLetters = 18;
 constexpr double kColumn = kText * kLetter * (kLabelLetters + kValueLetters + kNoteLetters);
 
 struct Inks {

@@ -1,6 +1,7 @@
 #include "program/displays.h"
 
 #include <algorithm>
+#include <system_error>
 
 #include "display/weather.h"
 
@@ -40,6 +41,18 @@ Picture DrawDisplay(const DisplayRow& row, const Program& program) {
 
 std::filesystem::path SevereTablePath(const Program& program) {
   return program.Where.Root / "VEXA.TBL";
+}
+
+void LoadSevereTable(Program& program) {
+  std::error_code ignored;
+  const std::filesystem::path path = SevereTablePath(program);
+  if (!std::filesystem::exists(path, ignored)) return;
+  const Outcome<analysis::SevereTable> table = analysis::RestoreTable(path);
+  if (table) {
+    program.Severe = table.Value();
+  } else if (program.Current.Ask != nullptr) {
+    program.Current.Ask->Status(table.Error().Detail);
+  }
 }
 
 }  // namespace vexa

@@ -28,4 +28,7 @@ Picture DrawDisplay(const DisplayRow& row, const Program& program);
 /// The file in which the arrangement of the severe-weather table is kept between sessions.
 std::filesystem::path SevereTablePath(const Program& program);
 
+/// Restores that arrangement where there is one; a fault keeps the published one and is told.
+void LoadSevereTable(Program& program);
+
 }  // namespace vexa

@@ -1,5 +1,7 @@
 #include "program/start_up.h"
 
+#include "program/displays.h"
+
 #include <cstddef>
 #include <cstdio>
 #include <iterator>
@@ -64,6 +66,7 @@ void StartUp(Program& program, const StartArguments& arguments) {
     const ProcedureScope here(program.Current, StageMark(i));
     kStages[i](program, arguments);
   }
+  LoadSevereTable(program);
 }
 
 }  // namespace vexa

@@ -113,17 +113,27 @@ TEST(SoundingPlot, ShowsTheChosenGroupsOfIndicesWithTheirReasons) {
   const auto labels = Texts(usual.Page, "index label");
   EXPECT_EQ(labels, (std::vector<std::string>{
                         "        KI", "        TT", "        VT", "        CT", "        LI",
-                        "        SI", "     SWEAT", "       BRN", " EHI 0-xkm", " VGP 0-xkm"}));
+                        "        SI", "     SWEAT", "   WBZ Hgt", "       BRN", " BRN Shear",
+                        " EHI 0-xkm", " VGP 0-xkm", "     NCAPE", " DCAPE 6km"}));
   EXPECT_EQ(Texts(usual.Page, "index value").front(), "31.9");
+  EXPECT_EQ(Texts(usual.Page, "analysis label").front(), " Lift Mode");
+  EXPECT_EQ(Texts(usual.Page, "analysis value")[4], "3365 J/kg");
   options.PanelMain = false;
   options.PanelFog = true;
-  EXPECT_EQ(Texts(Draw(test::ReferenceConvective(), options).Page, "index label").size(), 6u);
+  EXPECT_EQ(Texts(Draw(test::ReferenceConvective(), options).Page, "index label").size(), 9u);
+  options.ThermoNum = 5;
+  EXPECT_EQ(Texts(Draw(test::ReferenceConvective(), options).Page, "index label").front(),
+            "     Water");
+  options.Thermo = ThermoDisplay::Custom;
+  options.CustomPanel = "Hail, no such index,KI";
+  EXPECT_EQ(Texts(Draw(test::ReferenceConvective(), options).Page, "index label"),
+            (std::vector<std::string>{"      Hail", "        KI"}));
 
   const SoundingPlot high = Draw(Profile({{690, 5, 0}, {500, -10, -20}, {300, -40, -50}}));
   EXPECT_EQ(Texts(high.Page, "index value").front(), "--");
-  const auto spot = std::ranges::find(high.Page.HotSpots(), "index", &HotSpot::Tag);
+  const auto spot = std::ranges::find(high.Page.HotSpots(), "KI", &HotSpot::Text);
   ASSERT_NE(spot, high.Page.HotSpots().end());
-  EXPECT_EQ(spot->Text, "K Index: no 850 hPa level: the sounding starts at 690 hPa");
+  EXPECT_EQ(spot->Tag, "index");
 }
 
 TEST(SoundingPlot, CrowdedWindsStepAsideWithinTheirBox) {

@@ -1,5 +1,7 @@
 #include "program/readout.h"
 
+#include <algorithm>
+
 #include <gtest/gtest.h>
 
 #include "support/soundings.h"
@@ -39,6 +41,20 @@ TEST(ReadDiagram, InvertsTheMappingOfThePicture) {
     EXPECT_EQ(ReadDiagram(program, mapping.ToPoint(10, 700)).Grid, "700 mb   50.0 F");
     EXPECT_EQ(ReadDiagram(program, mapping.ToPoint(10, 700)).Sounding, "");
   }
+}
+
+TEST(Readout, ExplainsTheIndexUnderThePointer) {
+  Program program;
+  program.Current.Record = test::ReferenceConvective();
+  ASSERT_TRUE(Refresh(program, {.Sounding = true}));
+  const auto& spots = program.Plot->Page.HotSpots();
+  const auto spot = std::ranges::find(spots, "KI", &HotSpot::Text);
+  ASSERT_NE(spot, spots.end());
+  const Point at{(spot->Where.Left + spot->Where.Right) / 2,
+                 (spot->Where.Top + spot->Where.Bottom) / 2};
+  const Readout readout = ReadDiagram(program, at);
+  EXPECT_EQ(readout.Spot, "KI  K Index: 31.9 C");
+  EXPECT_NE(readout.Tip.find("T 850 hPa"), std::string::npos);
 }
 
 }  // namespace

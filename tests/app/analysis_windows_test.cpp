@@ -1,0 +1,125 @@
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTableWidget>
+
+#include "app/analysis_dock.h"
+#include "app/display_window.h"
+#include "app/severe_table_window.h"
+#include "app/sounding_window.h"
+#include "core/files.h"
+#include "program/displays.h"
+#include "support/soundings.h"
+
+namespace vexa {
+namespace {
+
+class AnalysisWindows : public testing::Test {
+ protected:
+  AnalysisWindows() {
+    program.Current.Ask = &interaction;
+    program.Where = FoldersBelow(folder.Path());
+    program.Current.Record = test::ReferenceConvective();
+    window.resize(900, 700);
+    window.show();
+    window.Show({.Sounding = true});
+    QApplication::processEvents();
+  }
+  void Choose(const char* entry) {
+    auto* action = window.findChild<QAction*>(entry);
+    ASSERT_NE(action, nullptr) << entry;
+    action->trigger();
+    QApplication::processEvents();
+  }
+
+  test::TemporaryFolder folder;
+  Program program;
+  WindowInteraction interaction{program.Gate, WindowInteraction::Attendance::Unattended};
+  SoundingWindow window{program, interaction};
+};
+
+TEST_F(AnalysisWindows, TheDockShowsAndExplainsEveryIndex) {
+  auto* dock = window.findChild<AnalysisDock*>("InfoPanel");
+  ASSERT_NE(dock, nullptr);
+  EXPECT_FALSE(dock->isVisible());
+  Choose("mnuAnalyze");
+  EXPECT_TRUE(dock->isVisible());
+  auto* table = dock->findChild<QTableWidget*>("IndexTable");
+  ASSERT_EQ(table->rowCount(), static_cast<int>(program.Results.Indices.size()));
+  EXPECT_EQ(table->item(0, 0)->text(), "KI");
+  EXPECT_EQ(table->item(0, 1)->text(), "31.9 C");
+  table->setCurrentCell(0, 0);
+  EXPECT_TRUE(
+      dock->findChild<QPlainTextEdit*>("IndexExplanation")->toPlainText().contains("T 850 hPa"));
+  // It follows the sounding.
+  program.Current.Record = test::ReferenceWinter();
+  window.Show({.Sounding = true});
+  EXPECT_NE(table->item(0, 1)->text(), "31.9 C");
+  Choose("mnuAnalyze");
+  EXPECT_FALSE(dock->isVisible());
+}
+
+TEST_F(AnalysisWindows, EveryDisplayOpensOnceAndFollows) {
+  for (const char* entry : {"mnuSevereWx", "mnuWinter", "mnuScale", "mnuSoaring"}) {
+    SCOPED_TRACE(entry);
+    Choose(entry);
+    Choose(entry);
+  }
+  EXPECT_EQ(window.findChildren<DisplayWindow*>().size(), 4);
+  program.Current.Record = SoundingRecord{};
+  window.Show({.Sounding = true});
+  QApplication::processEvents();
+  for (DisplayWindow* display : window.findChildren<DisplayWindow*>()) display->close();
+}
+
+TEST_F(AnalysisWindows, TheSevereTableIsArrangedSavedAndRestored) {
+  analysis::SevereTable accepted;
+  SevereTableWindow table(
+      analysis::DefaultSevereTable(), [&](const analysis::SevereTable& given) { accepted = given; },
+      nullptr);
+  auto* rows = table.findChild<QTableWidget*>("SevereRows");
+  auto* remark = table.findChild<QLabel*>("SevereRemark");
+  ASSERT_EQ(rows->rowCount(), 41);
+  EXPECT_EQ(rows->item(38, 2)->text(), "5000 to 12000");
+  const auto press = [&](const char* caption) {
+    for (QPushButton* button : table.findChildren<QPushButton*>()) {
+      if (button->text() == caption) button->click();
+    }
+  };
+  rows->selectRow(1);
+  press("&Up");
+  EXPECT_EQ(table.Table().Rows[0].Entry, 3);
+  press("Re&move");
+  EXPECT_EQ(rows->rowCount(), 40);
+
+  rows->item(0, 2)->setText("lots");
+  EXPECT_TRUE(remark->text().contains("is no threshold"));
+  EXPECT_EQ(rows->item(0, 2)->text(), "75");
+  rows->item(0, 2)->setText("110");  // above the second step
+  EXPECT_EQ(remark->text(), "the limits must rise");
+  press("Apply");
+  EXPECT_TRUE(accepted.Rows.empty());
+  rows->item(0, 2)->setText("80");
+  press("Apply");
+  ASSERT_EQ(accepted.Rows.size(), 40u);
+  EXPECT_EQ(accepted.Rows[0].Limits.From[0], 80);
+
+  const QString path = QString::fromStdString(TextFromPath(folder.Path() / "my.TBL"));
+  table.SaveTo(path);
+  press("De&faults");
+  EXPECT_EQ(rows->rowCount(), 41);
+  table.RestoreFrom(path);
+  EXPECT_EQ(table.Table(), accepted);
+  ASSERT_FALSE(SaveFile(folder.Path() / "bad.TBL", "\"header\"\n\"t\",1\n99,1,2,3,0,0,0\n"));
+  table.RestoreFrom(QString::fromStdString(TextFromPath(folder.Path() / "bad.TBL")));
+  EXPECT_TRUE(remark->text().contains("Severe Weather Table index error."));
+  EXPECT_EQ(table.Table(), accepted);
+}
+
+}  // namespace
+}  // namespace vexa
