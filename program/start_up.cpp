@@ -1,7 +1,5 @@
 #include "program/start_up.h"
 
-#include "program/displays.h"
-
 #include <cstddef>
 #include <cstdio>
 #include <iterator>
@@ -12,6 +10,7 @@
 #include "core/error_report.h"
 #include "core/files.h"
 #include "core/platform.h"
+#include "program/displays.h"
 
 namespace vexa {
 namespace {

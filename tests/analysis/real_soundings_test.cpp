@@ -158,5 +158,71 @@ TEST(RealSoundings, IndicesAgreeWithTheListings) {
   }
 }
 
+// The listings lift the mean of the lowest 500 m: with a mean layer of that depth ours comes to
+// theirs but for the saturated adiabat. Their thickness rests on heights of their own, their
+// precipitable water goes to the end of the sounding.
+TEST(RealSoundings, ParcelsAgreeWithTheListings) {
+  VEXA_REAL_DATA(folder, "wyoming");
+  struct Case {
+    const char* file;
+    double lifted, lcl, cape, cin, thickness, water;
+  };
+  const Case cases[] = {
+      {"html_72357_OUN_1999050400.html", -8.04, 895.98, 2252.27, -120.55, 5677, 26.86},
+      {"html_72681_BOI_2010120912.html", 7.90, 869.51, 0, 0, 5415, 11.09},
+      {"html_72672_RIW_2019052812.html", 2.33, 796.06, 0, 0, 5527, 14.38},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.file);
+    SoundingRecord sounding;
+    ASSERT_TRUE(Load(folder / c.file, sounding));
+    Options options;
+    options.Lpl = LiftSource::LowerLayer;
+    const LevelProfile levels = DeriveLevels(sounding, options);
+    options.CclMeanLayer = levels.Press(1) - GetPRESS(levels, levels.Height(1) + 500);
+    const AnalysisResults results = Analyse(sounding, options);
+    const auto index = [&](std::string_view label) {
+      return ComputeIndex(*FindIndex(label), sounding, results, options).Value;
+    };
+    EXPECT_NEAR(index("LI"), c.lifted, 0.06);
+    EXPECT_NEAR(results.Chosen().Condensation.Press, c.lcl, 0.5);
+    EXPECT_NEAR(results.Chosen().CapeTotal, c.cape, 20);
+    EXPECT_NEAR(results.Chosen().CinTotal, c.cin, 1);
+    EXPECT_NEAR(results.Winter.Thickness1000to500, c.thickness, 11);
+    EXPECT_NEAR(index("Water") * 10, c.water, 0.3);
+  }
+}
+
+// Another analysis of Omaha, 16 June 2014 19Z: virtual temperatures, eastward winds by pressure
+// weights, a downdraft from a layer of 100 hPa.
+TEST(RealSoundings, OmahaBesideItsReference) {
+  VEXA_REAL_DATA(file, "spc/14061619.OAX");
+  SoundingRecord sounding;
+  ASSERT_TRUE(Load(file, sounding));
+  Options options;
+  options.CapeTempBase = TempBase::Virtual;
+  const AnalysisResults results = Analyse(sounding, options);
+  const auto index = [&](std::string_view label) {
+    return ComputeIndex(*FindIndex(label), sounding, results, options).Value;
+  };
+  EXPECT_NEAR(index("KI"), 37.1, 0.005);
+  EXPECT_NEAR(index("TT"), 57.2, 0.005);
+  EXPECT_NEAR(index("Water"), 1.5256 * 2.54, 0.02);
+  const ParcelAscent& surface = results.Lifts[0].Forced;
+  EXPECT_NEAR(surface.CapeTotal / 5769.2, 1, 0.05);
+  EXPECT_NEAR(surface.CinTotal, -0.64, 0.5);
+  EXPECT_NEAR(surface.Condensation.Height - 350, 512.7, 5);
+  const ParcelAscent& mixed = results.Lifts[1].Forced;
+  EXPECT_NEAR(mixed.CapeTotal / 4206.0, 1, 0.05);
+  EXPECT_NEAR(mixed.CinTotal, -59.0, 7);
+  EXPECT_NEAR(index("BRN Shear"), 146.9, 8);
+  EXPECT_NEAR(index("s-rH 0-1km"), 355.1, 30);
+  EXPECT_NEAR(index("s-rH 0-3km"), 584.0, 30);
+  EXPECT_NEAR(index("Shear xKm"), 55.96, 0.1);
+  const Wind right = FromComponents(results.Storm.Right->Motion);
+  EXPECT_NEAR(right.Dir, 225.7, 8);
+  EXPECT_NEAR(right.Spd, 27.2, 2);
+}
+
 }  // namespace
 }  // namespace vexa::analysis
