@@ -54,9 +54,17 @@ class Descent {
   // By the levels of the sounding.
   double ByLevels(int source) {
     Begin(levels_.Press(1), GroundDifference(source));
+    const int first = static_cast<int>(std::ceil(std::min<double>(levels_.Press(1), kGridBottom)));
+    const int last = std::max(1, static_cast<int>(std::floor(levels_.Press(source))));
+    temps_.resize(static_cast<std::size_t>(first - last) + 1);
+    virtuals_.resize(temps_.size());
+    Adiabat(levels_.ThetaE(source), first, last);
     for (int i = 2; i <= source; ++i) {
-      const double parcel = LiftSat(levels_.ThetaE(source), levels_.Press(i), over_).Temp;
-      Add(std::log(levels_.Press(i)), Difference(i, parcel));
+      const double below = std::clamp<double>(first - levels_.Press(i), 0, first - last);
+      const auto step = static_cast<std::size_t>(below);
+      const double share = below - static_cast<double>(step);
+      const double next = step + 1 < temps_.size() ? temps_[step + 1] : temps_[step];
+      Add(levels_.LogPress(i), Difference(i, temps_[step] + share * (next - temps_[step])));
     }
     return energy_;
   }

@@ -57,13 +57,16 @@ double VorticityGeneration(In& in) {
   if (!(depth > 0)) return in.Fail("the layer has no depth");
   const SoundingRecord& sounding = in.Sounding();
   if (sounding.NumWindLevels() < 2) return in.Fail("fewer than 2 winds");
+  const auto windAt = [&](int i) {
+    return Components({sounding.WindDir(i), sounding.WindSpd(i) * kKnotToMsPlot});
+  };
   double sum = 0;
+  WindVector below = windAt(1);
   for (int i = 1; i < sounding.NumWindLevels(); ++i) {
     if (sounding.WindHgt(i) - sounding.ElevM > depth) break;
-    const WindVector a = Components({sounding.WindDir(i), sounding.WindSpd(i) * kKnotToMsPlot});
-    const WindVector b =
-        Components({sounding.WindDir(i + 1), sounding.WindSpd(i + 1) * kKnotToMsPlot});
-    sum += std::hypot(b.U - a.U, b.V - a.V);
+    const WindVector above = windAt(i + 1);
+    sum += std::hypot(above.U - below.U, above.V - below.V);
+    below = above;
   }
   return in.Note("mean shear", sum / depth * 1000, "1/1000 s") / 1000 * std::sqrt(in.Cape());
 }

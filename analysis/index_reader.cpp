@@ -142,8 +142,11 @@ double IndexReader::BrnShear() {
 double IndexReader::Helicity(double depthKm) {
   const std::optional<Mover>& mover = results_.Storm.Chosen();
   if (!mover) return Fail("no storm motion: winds below 6 km are missing");
+  const auto* const ready = std::ranges::find(kHelicityDepthsKm, depthKm);
   const double helicity =
-      StormRelativeHelicity(sounding_, sounding_.ElevM, depthKm * 1000, mover->Motion);
+      ready != kHelicityDepthsKm.end()
+          ? mover->Helicity[static_cast<std::size_t>(ready - kHelicityDepthsKm.begin())]
+          : StormRelativeHelicity(sounding_, sounding_.ElevM, depthKm * 1000, mover->Motion);
   if (NotAvailable(helicity)) {
     return Fail("the winds do not cover 0-" + Mask(depthKm, "#0.#") + " km");
   }

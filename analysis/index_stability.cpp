@@ -163,7 +163,9 @@ double MicroburstContrast(In& in) {
     if (press <= 650 && press >= 500) least = std::min(least, thetaE);
   };
   const LevelProfile& levels = in.Levels();
-  for (int i = 1; i <= levels.Count(); ++i) take(levels.Press(i), levels.ThetaE(i));
+  for (int i = 1; i <= levels.Count() && levels.Press(i) >= 500; ++i) {
+    take(levels.Press(i), levels.ThetaE(i));
+  }
   for (const double press : {surface - 150, 650.0, 500.0}) {
     const Sample at = SampleAt(levels, press, Quantity::ThetaE);
     if (at.Ok()) take(press, at.Value);

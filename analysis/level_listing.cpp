@@ -6,6 +6,7 @@
 #include "analysis/moist_air.h"
 #include "analysis/profile_walk.h"
 #include "analysis/standard_atmosphere.h"
+#include "analysis/vapor_table.h"
 #include "core/markers.h"
 #include "core/units.h"
 
@@ -38,13 +39,14 @@ MixingLine MixingLineAt(double press) {
   if (line.Slope <= kLeastGradient) return line;
   const double log = std::log(line.Slope - kLeastGradient);
   line.Saturated = -46.46 + 9.43 * log + 0.720 * log * log;
-  line.Vapor = 100 * SatVapor(line.Saturated);
+  line.Vapor = 100 * TabledSatVapor(line.Saturated, SaturationOver::Water);
   return line;
 }
 
 // Positive where air is too warm for a contrail: rises with the temperature, 0 at the threshold.
 double Excess(const MixingLine& line, double temp, double share) {
-  return temp - line.Saturated + (line.Vapor - share * 100 * SatVapor(temp)) / line.Slope;
+  return temp - line.Saturated +
+         (line.Vapor - share * 100 * TabledSatVapor(temp, SaturationOver::Water)) / line.Slope;
 }
 
 LevelPoint PointOf(const LevelProfile& levels, int level) {
@@ -72,7 +74,7 @@ LevelListing ListLevels(const LevelProfile& levels) {
     const double height = levels.Height(i);
     if (!(press > 0)) continue;
     listing.Density(i) = AirDensity(press, levels.VirtualTemp(i));
-    const double standard = IsaHeight(press);
+    const double standard = IsaHeight(press, levels.LogPress(i));
     if (HasHeight(standard)) listing.DValue(i) = height - standard;
     const double mixing = levels.MixingRatio(i);
     moistBelow = moistBelow && !NotAvailable(mixing);

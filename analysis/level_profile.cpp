@@ -14,12 +14,11 @@ namespace {
 constexpr double kMetersPerKelvin = kDryGasConstant / kGravity;
 constexpr double kLogReference = 6.907755278982137;  // ln 1000
 
-// Thickness between two levels from their virtual temperatures; Hess (1959).
-double Thickness(double lowPress, double highPress, double lowTemp, double highTemp) {
-  if (!(lowPress > 0) || !(highPress > 0)) return 0;
-  const double meanTempK = (lowTemp + highTemp) / 2 + kKelvinOffset;
-  return kMetersPerKelvin * meanTempK * std::log(lowPress / highPress);
-}
+// What the quantities of a level share: the logarithms are taken once.
+struct LevelLogs {
+  double Press = 0;    // ln p
+  double Poisson = 0;  // 0.2856 ln(1000/p)
+};
 
 // The moist quantities of a level as moist_air.h defines them, with the vapour pressures from the
 // table and Normand's rule solved from where the level below left off.
@@ -27,7 +26,7 @@ class MoistLevel {
  public:
   explicit MoistLevel(SaturationOver over) : over_(over) {}
 
-  void Fill(LevelProfile& levels, int level) {
+  void Fill(LevelProfile& levels, int level, const LevelLogs& logs) {
     const double press = levels.Press(level);
     const double temp = levels.Temp(level);
     const double dewpt = std::min(levels.Dewpt(level), temp);
@@ -39,31 +38,44 @@ class MoistLevel {
     levels.RelHumidity(level) = saturation > 0 ? 100 * vapor / saturation : 0;
 
     const double lclTemp = Condense(temp, dewpt);
-    const double lclPress = LclPressure(press, temp, lclTemp);
-    const double lclVapor = TabledSatVapor(lclTemp, over_);
     const double lclTempK = lclTemp + kKelvinOffset;
     // What is out of the ordinary goes through the routines with all their guards.
-    const bool ordinary = press >= 1 && lclTempK > 150 && lclVapor < 0.25 * lclPress;
-    if (!ordinary) {
-      levels.ThetaE(level) = LevelThetaE(press, temp, levels.Dewpt(level), over_);
-      levels.WetBulb(level) = WetBulb(press, temp, levels.Dewpt(level), over_);
+    if (!(press >= 1 && lclTempK > 150 && levels.Theta(level) > 0)) {
+      FillGuarded(levels, level);
+      return;
+    }
+    // Dry up to the condensation level the potential temperature stays.
+    const double logTheta = std::log(levels.Theta(level));
+    const double logLcl =
+        std::min(logs.Press, kLogReference + (std::log(lclTempK) - logTheta) / kPoisson);
+    const double lclPress = std::exp(logLcl);
+    const double lclVapor = TabledSatVapor(lclTemp, over_);
+    if (!(lclVapor < 0.25 * lclPress)) {
+      FillGuarded(levels, level);
       return;
     }
     const double mixing = kEpsilon * lclVapor / (lclPress - lclVapor);
-    const double latent = kLatentFactor * mixing / lclTempK;
-    const double lclTheta = lclTempK * std::exp(kPoisson * (kLogReference - std::log(lclPress)));
-    levels.ThetaE(level) = lclTheta * std::exp(latent);
-    const double found = Lowered(std::log(lclTheta) + latent, press, temp, dewpt);
+    const double logThetaE = std::log(lclTempK) + kPoisson * (kLogReference - logLcl) +
+                             kLatentFactor * mixing / lclTempK;
+    levels.ThetaE(level) = std::exp(logThetaE);
+    const double found = Lowered(logThetaE, press, logs.Poisson, temp, dewpt);
     levels.WetBulb(level) = std::clamp(found, dewpt, temp);
     share_ = temp > dewpt ? (levels.WetBulb(level) - dewpt) / (temp - dewpt) : share_;
   }
 
  private:
+  void FillGuarded(LevelProfile& levels, int level) const {
+    const double press = levels.Press(level);
+    const double temp = levels.Temp(level);
+    levels.ThetaE(level) = LevelThetaE(press, temp, levels.Dewpt(level), over_);
+    levels.WetBulb(level) = WetBulb(press, temp, levels.Dewpt(level), over_);
+  }
+
   // Newton steps along the saturated adiabat from the last level's place between Td and T.
-  double Lowered(double logThetaE, double press, double temp, double dewpt) const {
+  double Lowered(double logThetaE, double press, double logPoisson, double temp,
+                 double dewpt) const {
     constexpr int kSteps = 6;
-    constexpr double kAccuracy = 1e-4;  // K, from where a step has converged quadratically
-    const double logPoisson = kPoisson * (kLogReference - std::log(press));
+    constexpr double kShort = 0.003;  // K; what a step this short leaves is below 1e-6 K
     double tempK = dewpt + share_ * (temp - dewpt) + kKelvinOffset;
     for (int step = 0; step < kSteps; ++step) {
       const VaporPoint vapor = TabledVapor(FormulaAt(over_, tempK - kKelvinOffset), tempK);
@@ -71,7 +83,7 @@ class MoistLevel {
       const AdiabatPoint point = AdiabatWith(vapor, tempK, std::log(tempK), press, logPoisson);
       const double change = (logThetaE - point.LogThetaE) / point.Slope;
       tempK += change;
-      if (std::fabs(change) < kAccuracy) return tempK - kKelvinOffset;
+      if (std::fabs(change) < kShort) return tempK - kKelvinOffset;
       if (!(tempK > 120 && tempK < 400)) break;
     }
     return LiftSat(std::exp(logThetaE), press, over_).Temp;
@@ -80,6 +92,12 @@ class MoistLevel {
   SaturationOver over_;
   double share_ = 0.5;
 };
+
+// Potential temperature as DryTheta has it, from a logarithm that is at hand.
+double ThetaOf(double press, double temp, const LevelLogs& logs) {
+  const auto tempK = static_cast<double>(static_cast<float>(temp + kKelvinOffset));
+  return press > 0 && tempK > 0 ? tempK * std::exp(logs.Poisson) : 0;
+}
 
 }  // namespace
 
@@ -93,16 +111,29 @@ LevelProfile DeriveLevels(const SoundingRecord& sounding, const Options& options
                                 &levels.VirtualTemp, &levels.MixingRatio, &levels.RelHumidity}) {
     array->Resize(count, kMissing);
   }
+  levels.LogPress.Resize(count, 0);
   MoistLevel moist(options.Saturation);
   for (int i = 1; i <= count; ++i) {
     const double press = levels.Press(i);
-    levels.Theta(i) = DryTheta(press, levels.Temp(i));
+    LevelLogs logs;
+    if (press > 0) {
+      logs.Press = std::log(press);
+      logs.Poisson = kPoisson * (kLogReference - logs.Press);
+    }
+    levels.LogPress(i) = logs.Press;
+    levels.Theta(i) = ThetaOf(press, levels.Temp(i), logs);
     levels.VirtualTemp(i) = levels.Temp(i);
-    if (!NotAvailable(levels.Dewpt(i))) moist.Fill(levels, i);
-    levels.Height(i) =
-        i == 1 ? sounding.ElevM
-               : levels.Height(i - 1) + Thickness(levels.Press(i - 1), press,
-                                                  levels.VirtualTemp(i - 1), levels.VirtualTemp(i));
+    if (!NotAvailable(levels.Dewpt(i))) moist.Fill(levels, i, logs);
+    if (i == 1) {
+      levels.Height(i) = sounding.ElevM;
+    } else {
+      // The hypsometric equation; Hess (1959).
+      const bool rises = press > 0 && levels.Press(i - 1) > 0;
+      const double meanK = (levels.VirtualTemp(i - 1) + levels.VirtualTemp(i)) / 2 + kKelvinOffset;
+      levels.Height(i) =
+          levels.Height(i - 1) +
+          (rises ? kMetersPerKelvin * meanK * (levels.LogPress(i - 1) - logs.Press) : 0);
+    }
   }
   return levels;
 }

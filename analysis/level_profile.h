@@ -12,6 +12,7 @@ namespace vexa::analysis {
 /// kMissing (virtual temperature: the dry one).
 struct LevelProfile {
   Levels<double> Press{};        // hPa
+  Levels<double> LogPress{};     // ln p; 0 where there is no pressure
   Levels<double> Temp{};         // °C
   Levels<double> Dewpt{};        // °C
   Levels<double> Height{};       // m above mean sea level, hydrostatic from the station elevation

@@ -78,7 +78,9 @@ SoaringResults AnalyseSoaring(const AnalysisResults& results, const Options& opt
   const double theta = ThetaPoint(ground, soaring.MaxTemp).Theta;
   soaring.ThermalIndex.Resize(levels.Count());
   for (int i = 1; i <= levels.Count(); ++i) {
-    soaring.ThermalIndex(i) = levels.Temp(i) - DryAdiabatTemp(theta, levels.Press(i));
+    // The level's own ratio of temperature to potential temperature stands for (p/1000)^0.2856.
+    const double tempK = levels.Temp(i) + kKelvinOffset;
+    soaring.ThermalIndex(i) = tempK - theta * tempK / levels.Theta(i);
   }
 
   const double triggerPress =

@@ -25,6 +25,7 @@ struct IsaLayer {
   double TempK;  // K at the base
   double Slope;  // K/m
   double Press;  // hPa at the base
+  double LogPress = 0;
 };
 
 double LayerPressure(const IsaLayer& layer, double height) {
@@ -43,17 +44,18 @@ struct IsaTable {
 
 const IsaTable& Isa() {
   static const IsaTable kTable = [] {
-    IsaTable table{{{{0, kSeaLevelTempK, -kTroposphereLapse, kSeaLevelPress},
-                     {11000, 216.65, 0, 0},
-                     {20000, 216.65, 0.0010, 0},
-                     {32000, 228.65, 0.0028, 0},
-                     {47000, 270.65, 0, 0},
-                     {51000, 270.65, -0.0028, 0},
-                     {71000, 214.65, -0.0020, 0}}},
+    IsaTable table{{{{0, kSeaLevelTempK, -kTroposphereLapse, kSeaLevelPress, 0},
+                     {11000, 216.65, 0, 0, 0},
+                     {20000, 216.65, 0.0010, 0, 0},
+                     {32000, 228.65, 0.0028, 0, 0},
+                     {47000, 270.65, 0, 0, 0},
+                     {51000, 270.65, -0.0028, 0, 0},
+                     {71000, 214.65, -0.0020, 0, 0}}},
                    0};
     for (std::size_t i = 1; i < table.Layers.size(); ++i) {
       table.Layers[i].Press = LayerPressure(table.Layers[i - 1], table.Layers[i].Base);
     }
+    for (IsaLayer& layer : table.Layers) layer.LogPress = std::log(layer.Press);
     table.TopPress = LayerPressure(table.Layers.back(), kIsaTop);
     return table;
   }();
@@ -76,17 +78,18 @@ double IsaPressure(double height) {
 }
 
 double IsaHeight(double press) {
+  return IsaHeight(press, press > 0 ? std::log(press) : 0);
+}
+
+double IsaHeight(double press, double logPress) {
   if (!(press >= Isa().TopPress) || !std::isfinite(press)) return kNotReached;
   const auto& layers = Isa().Layers;
   const auto above = std::find_if(layers.begin() + 1, layers.end(),
                                   [&](const IsaLayer& next) { return next.Press < press; });
   const IsaLayer& layer = *(above - 1);
-  if (layer.Slope == 0) {
-    return layer.Base - kIsaGasConstant * layer.TempK / kGravity * std::log(press / layer.Press);
-  }
-  return layer.Base +
-         layer.TempK / layer.Slope *
-             (std::pow(press / layer.Press, -kIsaGasConstant * layer.Slope / kGravity) - 1);
+  const double depth = kIsaGasConstant / kGravity * (layer.LogPress - logPress);
+  if (layer.Slope == 0) return layer.Base + layer.TempK * depth;
+  return layer.Base + layer.TempK / layer.Slope * std::expm1(layer.Slope * depth);
 }
 
 double IsaTemp(double height) {

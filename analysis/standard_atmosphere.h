@@ -12,6 +12,9 @@ double IsaPressure(double height);
 /// Height, m, of a pressure in hPa; kNotReached beyond 80 km and for p <= 0.
 double IsaHeight(double press);
 
+/// The same where the logarithm of the pressure is at hand.
+double IsaHeight(double press, double logPress);
+
 /// Temperature, °C, at a height in metres; kMissing above 80 km.
 double IsaTemp(double height);
 

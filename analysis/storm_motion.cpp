@@ -12,6 +12,8 @@ constexpr double kSurfaceWindDepth = 100;  // m: the lowest wind within it is th
 constexpr double kAtTop = 1;               // m: a level this near the top stands for it
 constexpr double kShearHeight = 5750;      // m above ground
 constexpr double kDeviation = 15;          // kt
+constexpr double kDeepLayer = 6000;        // m
+constexpr double kLowLayer = 500;          // m
 constexpr double kNoShear = 0.01;          // kt
 
 WindVector VectorAt(const SoundingRecord& sounding, int level) {
@@ -33,23 +35,65 @@ struct LayerWinds {
   bool ReachesTop = false;
 };
 
-LayerWinds WindsOfLayer(const SoundingRecord& sounding, double ground, double depth) {
-  LayerWinds layer;
-  for (int i = 1; i <= sounding.NumWindLevels(); ++i) {
-    const double height = sounding.WindHgt(i) - ground;
-    if (height < 0 || height > depth + kAtTop) continue;
-    if (layer.Winds.empty()) layer.HasSurface = height <= kSurfaceWindDepth;
-    layer.Winds.push_back(VectorAt(sounding, i));
-    layer.ReachesTop = std::fabs(height - depth) <= kAtTop;
-  }
-  if (!layer.ReachesTop) {
-    const WindSample top = WindAtHeight(sounding, ground + depth);
-    if (top.Ok()) {
-      layer.Winds.push_back(Components(top.Value));
-      layer.ReachesTop = true;
+// The winds above the ground as components, turned once for all layers.
+class WindsAbove {
+ public:
+  WindsAbove(const SoundingRecord& sounding, double ground, double highest)
+      : sounding_(sounding), ground_(ground) {
+    for (int i = 1; i <= sounding.NumWindLevels(); ++i) {
+      const double height = sounding.WindHgt(i) - ground;
+      if (height < 0 || height > highest + kAtTop) continue;
+      heights_.push_back(height);
+      vectors_.push_back(VectorAt(sounding, i));
     }
   }
-  return layer;
+
+  LayerWinds Layer(double depth) const {
+    LayerWinds layer;
+    layer.HasSurface = !heights_.empty() && heights_.front() <= kSurfaceWindDepth &&
+                       heights_.front() <= depth + kAtTop;
+    for (std::size_t i = 0; i < heights_.size(); ++i) {
+      if (heights_[i] > depth + kAtTop) continue;
+      layer.Winds.push_back(vectors_[i]);
+      layer.ReachesTop = std::fabs(heights_[i] - depth) <= kAtTop;
+    }
+    if (!layer.ReachesTop) {
+      const WindSample top = WindAtHeight(sounding_, ground_ + depth);
+      if (top.Ok()) {
+        layer.Winds.push_back(Components(top.Value));
+        layer.ReachesTop = true;
+      }
+    }
+    return layer;
+  }
+
+ private:
+  const SoundingRecord& sounding_;
+  double ground_;
+  std::vector<double> heights_{};
+  std::vector<WindVector> vectors_{};
+};
+
+std::optional<WindVector> MeanOf(const LayerWinds& layer) {
+  if (layer.Winds.empty()) return std::nullopt;
+  WindVector sum;
+  for (const WindVector& wind : layer.Winds) {
+    sum.U += wind.U;
+    sum.V += wind.V;
+  }
+  const auto count = static_cast<double>(layer.Winds.size());
+  return WindVector{sum.U / count, sum.V / count};
+}
+
+double HelicityOf(const LayerWinds& layer, const WindVector& motion) {
+  if (!layer.HasSurface || !layer.ReachesTop || layer.Winds.size() < 2) return kNone;
+  double sum = 0;
+  for (std::size_t i = 1; i < layer.Winds.size(); ++i) {
+    const WindVector below = Difference(layer.Winds[i - 1], motion);
+    const WindVector above = Difference(layer.Winds[i], motion);
+    sum += above.U * below.V - below.U * above.V;
+  }
+  return kKnotToMs * kKnotToMs * sum;
 }
 
 // The wind at 5750 m above ground between the first level above it and the one below; a sounding
@@ -78,28 +122,33 @@ WindVector ShearTopWind(const SoundingRecord& sounding, double ground) {
           (lower.V * lowerWeight + upper.V * upperWeight) / sum};
 }
 
-Mover MoverOf(const SoundingRecord& sounding, double ground, const WindVector& motion) {
+using HelicityLayers = std::array<LayerWinds, kHelicityDepthsKm.size()>;
+
+Mover MoverOf(const HelicityLayers& layers, const WindVector& motion) {
   Mover mover{.Motion = motion};
-  for (std::size_t i = 0; i < kHelicityDepthsKm.size(); ++i) {
-    mover.Helicity[i] =
-        StormRelativeHelicity(sounding, ground, kHelicityDepthsKm[i] * 1000, motion);
+  for (std::size_t i = 0; i < layers.size(); ++i) {
+    mover.Helicity[i] = HelicityOf(layers[i], motion);
   }
   return mover;
+}
+
+std::optional<Movers> BunkersOf(const SoundingRecord& sounding, double ground,
+                                const std::optional<WindVector>& mean,
+                                const std::optional<WindVector>& low, int deviationFactor) {
+  if (!mean || !low) return std::nullopt;
+  const WindVector shear = Difference(ShearTopWind(sounding, ground), *low);
+  const double size = Length(shear);
+  if (size < kNoShear) return Movers{*mean, *mean};
+  const double deviation = kDeviation * deviationFactor;
+  const WindVector aside{deviation * shear.V / size, -deviation * shear.U / size};
+  return Movers{{mean->U + aside.U, mean->V + aside.V}, {mean->U - aside.U, mean->V - aside.V}};
 }
 
 }  // namespace
 
 std::optional<WindVector> LayerMeanWind(const SoundingRecord& sounding, double ground,
                                         double depth) {
-  const LayerWinds layer = WindsOfLayer(sounding, ground, depth);
-  if (layer.Winds.empty()) return std::nullopt;
-  WindVector sum;
-  for (const WindVector& wind : layer.Winds) {
-    sum.U += wind.U;
-    sum.V += wind.V;
-  }
-  const auto count = static_cast<double>(layer.Winds.size());
-  return WindVector{sum.U / count, sum.V / count};
+  return MeanOf(WindsAbove(sounding, ground, depth).Layer(depth));
 }
 
 float BRNnbr(const std::optional<WindVector>& mean6km,
@@ -110,15 +159,8 @@ float BRNnbr(const std::optional<WindVector>& mean6km,
 }
 
 std::optional<Movers> Bunkers(const SoundingRecord& sounding, double ground, int deviationFactor) {
-  const std::optional<WindVector> mean = LayerMeanWind(sounding, ground, 6000);
-  const std::optional<WindVector> low = LayerMeanWind(sounding, ground, 500);
-  if (!mean || !low) return std::nullopt;
-  const WindVector shear = Difference(ShearTopWind(sounding, ground), *low);
-  const double size = Length(shear);
-  if (size < kNoShear) return Movers{*mean, *mean};
-  const double deviation = kDeviation * deviationFactor;
-  const WindVector aside{deviation * shear.V / size, -deviation * shear.U / size};
-  return Movers{{mean->U + aside.U, mean->V + aside.V}, {mean->U - aside.U, mean->V - aside.V}};
+  return BunkersOf(sounding, ground, LayerMeanWind(sounding, ground, kDeepLayer),
+                   LayerMeanWind(sounding, ground, kLowLayer), deviationFactor);
 }
 
 std::optional<Movers> TraditionalMotion(const SoundingRecord& sounding, double ground,
@@ -137,41 +179,39 @@ std::optional<Movers> TraditionalMotion(const SoundingRecord& sounding, double g
 
 double StormRelativeHelicity(const SoundingRecord& sounding, double ground, double depth,
                              const WindVector& motion) {
-  const LayerWinds layer = WindsOfLayer(sounding, ground, depth);
-  if (!layer.HasSurface || !layer.ReachesTop || layer.Winds.size() < 2) return kNone;
-  double sum = 0;
-  for (std::size_t i = 1; i < layer.Winds.size(); ++i) {
-    const WindVector below = Difference(layer.Winds[i - 1], motion);
-    const WindVector above = Difference(layer.Winds[i], motion);
-    sum += above.U * below.V - below.U * above.V;
-  }
-  return kKnotToMs * kKnotToMs * sum;
+  return HelicityOf(WindsAbove(sounding, ground, depth).Layer(depth), motion);
 }
 
 StormMotionResults AnalyseStormMotion(const SoundingRecord& sounding, const Options& options) {
   StormMotionResults results;
   const double ground = sounding.ElevM;
   results.RightIsCyclonic = sounding.LatHemi != "S";
-  results.Mean6km = LayerMeanWind(sounding, ground, 6000);
-  results.MeanHalfKm = LayerMeanWind(sounding, ground, 500);
+  const WindsAbove winds(sounding, ground, kDeepLayer);
+  const LayerWinds deep = winds.Layer(kDeepLayer);
+  results.Mean6km = MeanOf(deep);
+  results.MeanHalfKm = MeanOf(winds.Layer(kLowLayer));
   results.BrnShear = BRNnbr(results.Mean6km, results.MeanHalfKm);
-  const LayerWinds deep = WindsOfLayer(sounding, ground, 6000);
   if (deep.HasSurface && deep.ReachesTop && deep.Winds.size() > 1) {
     results.Shear6km = Difference(deep.Winds.back(), deep.Winds.front());
+  }
+  HelicityLayers layers;
+  for (std::size_t i = 0; i < layers.size(); ++i) {
+    layers[i] = winds.Layer(kHelicityDepthsKm[i] * 1000);
   }
   results.RightIsChosen = options.Mover == StormMover::Right ||
                           (options.Mover == StormMover::Cyclonic && results.RightIsCyclonic);
   std::optional<Movers> movers = options.Motion == StormMotion::Bunkers
-                                     ? Bunkers(sounding, ground, options.DeviationFactor)
+                                     ? BunkersOf(sounding, ground, results.Mean6km,
+                                                 results.MeanHalfKm, options.DeviationFactor)
                                      : TraditionalMotion(sounding, ground, options);
   if (movers) {
-    results.Right = MoverOf(sounding, ground, movers->Right);
-    results.Left = MoverOf(sounding, ground, movers->Left);
+    results.Right = MoverOf(layers, movers->Right);
+    results.Left = MoverOf(layers, movers->Left);
   }
   if (options.MotionMode == Scaling::Manual) {
     results.ChosenIsManual = true;
     (results.RightIsChosen ? results.Right : results.Left) =
-        MoverOf(sounding, ground, Components({options.ManualMotionDir, options.ManualMotionSpd}));
+        MoverOf(layers, Components({options.ManualMotionDir, options.ManualMotionSpd}));
   }
   return results;
 }
