@@ -234,7 +234,8 @@ void DrawCustomLines(Plot& plot) {
     const double press = PressOf(plot, line.Height);
     if (press == kNone || !plot.InRange(press)) continue;
     constexpr std::array kStyles = {LineStyle::Solid, LineStyle::Dash, LineStyle::Dots};
-    const Pen pen{IndexedColor(line.ColorIndex), 16, kStyles[static_cast<std::size_t>(line.Style)]};
+    const Pen pen{LegibleColor(plot.Inks, line.ColorIndex), 16,
+                  kStyles[static_cast<std::size_t>(line.Style)]};
     DrawHorizontal(plot, "custom line", press, pen);
     if (line.ShowLabel) {
       plot.RightMarks.Add({plot.At.YOf(press),
