@@ -34,8 +34,7 @@ std::string QnhText(const Plot& plot) {
   if (plot.Set().Pressure == PressureUnits::InHg) {
     return "QNH = " + Mask(qnh * kInHgPerHpa, "#0.00") + " in Hg";
   }
-  return "QNH = " + Mask(qnh, "###0.0") +
-         (plot.Set().Pressure == PressureUnits::Hpa ? " hPa" : " mb");
+  return "QNH = " + Mask(qnh, "###0.0") + PressureUnit(plot);
 }
 
 std::string SurfaceText(const Plot& plot) {

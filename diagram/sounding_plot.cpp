@@ -63,8 +63,9 @@ void DrawOtherTitles(Plot& plot) {
     const int row = (number - 1) % kRows;
     DrawText(plot.Page, "other title",
              {kFrame.Left + column * kFrame.Width() / 2, 8570.0 + row * 160},
-             (compare ? "#" + Shortest(number) + " - " : std::string()) + OtherTitle(sounding, plot.Set()), ink,
-             kMarkText);
+             (compare ? "#" + Shortest(number) + " - " : std::string()) +
+                 OtherTitle(sounding, plot.Set()),
+             ink, kMarkText);
     ++number;
   };
   line(plot.Sounding(), plot.Inks.Temperature.Ink);
