@@ -16,13 +16,13 @@ constexpr std::string_view kNoValue = "--";
 std::string TempText(double temp, TempUnits units) {
   switch (units) {
     case TempUnits::Fahrenheit:
-      return Mask(FahrenheitFromCelsius(temp), kCursorMask) + " F";
+      return Mask(FahrenheitFromCelsius(temp), kCursorMask);
     case TempUnits::Kelvin:
-      return Mask(temp + kKelvinOffset, kCursorMask) + " K";
+      return Mask(temp + kKelvinOffset, kCursorMask);
     case TempUnits::Celsius:
       break;
   }
-  return Mask(temp, kCursorMask) + " C";
+  return Mask(temp, kCursorMask);
 }
 
 std::string PotentialText(const diagram::DiagramCoordinates& at, const Options& set) {
@@ -34,7 +34,7 @@ std::string PotentialText(const diagram::DiagramCoordinates& at, const Options& 
 
 std::string SampleText(const Program& program, double press, analysis::Quantity quantity) {
   const double value = analysis::GetTEMP(program.Results.Levels, press, quantity);
-  return NotAvailable(value) ? std::string(kNoValue) : Mask(value, kCursorMask);
+  return NotAvailable(value) ? std::string(kNoValue) : TempText(value, program.Set.TempGridUnits);
 }
 
 }  // namespace
@@ -50,7 +50,8 @@ Readout ReadDiagram(const Program& program, Point at) {
   if (program.Set.CursorGrid && program.Set.System.CursorGrid) {
     const std::string_view unit = program.Set.Pressure == PressureUnits::Hpa ? " hPa" : " mb";
     readout.Grid = Mask(under.Press, "###0") + std::string(unit) + "   " +
-                   TempText(under.Temp, program.Set.TempGridUnits) + "   PT " +
+                   TempText(under.Temp, program.Set.TempGridUnits) + ' ' +
+                   std::string(Word(program.Set.TempGridUnits)) + "   PT " +
                    PotentialText(under, program.Set);
   }
   const bool readsData = program.Set.CursorSounding && program.Set.System.CursorData;

@@ -40,6 +40,10 @@ TEST(ReadDiagram, InvertsTheMappingOfThePicture) {
     EXPECT_EQ(ReadDiagram(program, mapping.ToPoint(10, 700)).Grid, "700 mb   50.0 F   PT 313.5 K");
     EXPECT_EQ(ReadDiagram(program, mapping.ToPoint(10, 700)).Sounding, "");
 
+    // The sounding's values are in the unit of the grid: 8.6 and -3.2 degrees.
+    program.Set.CursorSounding = true;
+    EXPECT_EQ(ReadDiagram(program, mapping.ToPoint(10, 700)).Sounding, "Temp:47.5  Td:26.2");
+    program.Set.CursorSounding = false;
     program.Set.PtUnits = PotentialTempUnits::Celsius;
     program.Set.Pressure = PressureUnits::InHg;  // of QNH alone
     EXPECT_EQ(ReadDiagram(program, mapping.ToPoint(10, 700)).Grid, "700 mb   50.0 F   PT 40.4 C");
