@@ -4,18 +4,24 @@
 #include <filesystem>
 #include <optional>
 #include <QApplication>
+#include <QDialog>
 #include <QPixmap>
+#include <QScreen>
 #include <QString>
 #include <QStringList>
+#include <QTabWidget>
 #include <QTimer>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "app/config_window.h"
 #include "app/diagram_view.h"
+#include "app/option_control.h"
 #include "app/sounding_window.h"
 #include "app/window_interaction.h"
 #include "core/files.h"
+#include "core/numbers.h"
 #include "core/platform.h"
 #include "program/command_line.h"
 #include "program/program.h"
@@ -29,11 +35,12 @@ constexpr ArgumentRow kArguments[] = {
     {"--size", "", "WxH", "size of the window in pixels"},
     {"--set", "", "\"KEY=VALUE\"", "set an option, may be repeated"},
     {"--screenshot", "", "OUT.png", "save a picture of the window and exit"},
+    {"--show", "", "NAME", "open a form at start: Config, Diagram or System"},
+    {"--tab", "", "NUMBER", "page of that form, from 1"},
     {"--help", "-h", "", "show this text"},
     {"--version", "", "", "show the version"},
 };
 
-constexpr PixelSize kUsualSize{1024, 800};
 constexpr int kLongestWaitMs = 20000;
 constexpr int kFailed = 1;
 constexpr int kWrongUsage = 2;
@@ -58,10 +65,10 @@ void TellKept(const WindowInteraction& interaction) {
 
 // Waits for the picture to be on the window, then saves the window as an image. A window system
 // that never shows the window ends the wait.
-int TakeScreenshot(SoundingWindow& window, const std::string& name) {
+int TakeScreenshot(SoundingWindow& window, QWidget& shown, const std::string& name) {
   bool saved = false;
   const auto grab = [&] {
-    saved = window.grab().save(QString::fromStdString(name), "PNG");
+    saved = shown.grab().save(QString::fromStdString(name), "PNG");
     QApplication::exit();
   };
   // Not from within the paint event: the window is whole only after it.
@@ -99,33 +106,56 @@ int RunWindow(int argc, char** argv) {
   Program program;
   const Outcome<Arguments> arguments = ParseArguments(words, kArguments);
   if (!arguments) return WrongUsage(arguments.Error());
-  PixelSize size = kUsualSize;
+  std::optional<PixelSize> size;
   if (const auto text = arguments.Value().Value("--size")) {
     const Outcome<PixelSize> parsed = ParseSize(*text);
     if (!parsed) return WrongUsage(parsed.Error());
     size = parsed.Value();
   }
-  if (const auto fault = SetOptions(program.Set, arguments.Value().Values("--set"))) {
-    return WrongUsage(*fault);
+  const FormRow* form = nullptr;
+  if (const auto wanted = arguments.Value().Value("--show")) {
+    form = FindForm(*wanted);
+    if (form == nullptr) {
+      return WrongUsage({kFaultInvalidValue, "RunWindow", "there is no form \"" + *wanted + '"'});
+    }
   }
+  const std::vector<std::string> assignments = arguments.Value().Values("--set");
+  if (Options alone; const auto fault = SetOptions(alone, assignments)) return WrongUsage(*fault);
   const std::optional<std::string> screenshot = arguments.Value().Value("--screenshot");
 
   WindowInteraction interaction(program.Gate, screenshot ? WindowInteraction::Attendance::Unattended
                                                          : WindowInteraction::Attendance::Attended);
   program.Current.Ask = &interaction;
   SoundingWindow window(program, interaction);
-  window.resize(size.Width, size.Height);
 
-  StartUp(program, {arguments.Value().Value("--root"), ProgramFolder()});
+  StartArguments start{arguments.Value().Value("--root"), ProgramFolder()};
+  if (const QScreen* screen = QApplication::primaryScreen()) {
+    start.ScreenWidth = screen->size().width();
+    start.ScreenHeight = screen->size().height();
+    program.Resolution = Shortest(start.ScreenWidth) + "x" + Shortest(start.ScreenHeight);
+  }
+  StartUp(program, start);
+  if (const auto fault = SetOptions(program.Set, assignments)) return WrongUsage(*fault);
+  program.Written = program.Settings;  // what is set for one run is not kept
+  window.PlaceAsBefore();
+  if (size) window.resize(size->Width, size->Height);
   std::vector<std::filesystem::path> paths;
   for (const std::string& file : arguments.Value().Files) paths.push_back(PathFromText(file));
-  Changes changes = OpenSoundings(program, paths);
+  Changes changes = paths.empty() ? LoadAtStart(program) : OpenSoundings(program, paths);
   const bool opened = paths.empty() || changes.Sounding;
   changes.View = true;  // the grid is drawn without a sounding, too
   window.Show(changes);
 
+  QWidget* shown = &window;
+  if (form != nullptr) {
+    window.ShowForm(*form);
+    if (auto* dialog = window.findChild<QDialog*>(ToQString(form->Name))) shown = dialog;
+    auto* tabs = shown->findChild<QTabWidget*>();
+    const auto page = ParseWhole(arguments.Value().Value("--tab").value_or(""));
+    if (tabs != nullptr && page) tabs->setCurrentIndex(*page - 1);
+  }
   if (screenshot) {
-    const int code = program.Plot ? TakeScreenshot(window, *screenshot) : kFailed;
+    const int code = program.Plot ? TakeScreenshot(window, *shown, *screenshot) : kFailed;
     TellKept(interaction);
     return opened ? code : kFailed;
   }

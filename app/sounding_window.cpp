@@ -26,14 +26,16 @@
 #include <string_view>
 
 #include "app/analysis_dock.h"
+#include "app/config_window.h"
 #include "app/diagram_view.h"
 #include "app/display_window.h"
-#include "app/qt_text.h"
+#include "app/option_control.h"
 #include "app/severe_table_window.h"
 #include "core/files.h"
 #include "program/displays.h"
 #include "program/menu.h"
 #include "program/readout.h"
+#include "program/settings_commands.h"
 
 namespace vexa {
 namespace {
@@ -87,6 +89,8 @@ void SoundingWindow::BuildMenus() {
     if (!row.Key.empty()) entry->setShortcut(QKeySequence(ToQString(row.Key)));
     if (row.IsChecked != nullptr) {
       entry->setCheckable(true);
+    }
+    if (row.IsChecked != nullptr && !row.IsSwitch) {
       QActionGroup*& group = choices[row.In];
       if (group == nullptr) group = new QActionGroup(this);
       group->addAction(entry);
@@ -139,7 +143,9 @@ void SoundingWindow::OpenFiles(const std::vector<std::filesystem::path>& paths) 
 }
 
 void SoundingWindow::Run(Command command) {
-  if (const DisplayRow* row = DisplayOf(command)) {
+  if (const FormRow* form = FindForm(command)) {
+    ShowForm(*form);
+  } else if (const DisplayRow* row = DisplayOf(command)) {
     OpenDisplay(*row);
   } else if (command == Command::SevereTable) {
     OpenSevereTable();
@@ -184,6 +190,31 @@ void SoundingWindow::FollowDisplays() {
   }
 }
 
+void SoundingWindow::ShowForm(const FormRow& form) {
+  if (!program_.Gate.IsOpen()) return;
+  auto* shown = new ConfigWindow(
+      program_, form, [this](Changes changes) { Show(changes); }, this);
+  shown->setAttribute(Qt::WA_DeleteOnClose);
+  shown->open();
+}
+
+void SoundingWindow::PlaceAsBefore() {
+  const MainWindowSettings& place = program_.Settings.Window;
+  resize(place.Width, place.Height);
+  move(place.Left, place.Top);
+  if (place.Maximized) setWindowState(windowState() | Qt::WindowMaximized);
+}
+
+void SoundingWindow::RememberPlace() {
+  MainWindowSettings& place = program_.Settings.Window;
+  const QRect whole = isMaximized() ? normalGeometry() : QRect(pos(), size());
+  place.Maximized = isMaximized();
+  place.Width = whole.width();
+  place.Height = whole.height();
+  place.Left = whole.left();
+  place.Top = whole.top();
+}
+
 void SoundingWindow::Show(Changes changes) {
   Refresh(program_, changes);
   if (!program_.Gate.IsOpen()) return;  // the command that runs will show its own result
@@ -197,6 +228,10 @@ void SoundingWindow::ShowState() {
   FollowDisplays();
   for (const auto& [entry, row] : entries_) {
     if (row->IsChecked != nullptr) entry->setChecked(row->IsChecked(program_));
+    if (row->Shows == nullptr) continue;
+    const std::string caption = row->Shows(program_);
+    entry->setText(ToQString(caption));
+    entry->setVisible(!caption.empty());
   }
   const QSignalBlocker silent(sequence_);
   sequence_->setRange(0, std::max(0, static_cast<int>(program_.Listed.size()) - 1));
@@ -210,7 +245,8 @@ void SoundingWindow::ShowState() {
     colors.setColor(QPalette::WindowText, Qt::black);
   }
   progress_->setPalette(colors);
-  progress_->setText(ToQString(fault.empty() ? LoadRemarks(program_) : fault));
+  progress_->setText(
+      ToQString(TakeNotices(program_) + (fault.empty() ? LoadRemarks(program_) : fault)));
 }
 
 void SoundingWindow::ShowStatus(std::string_view text) {
@@ -235,6 +271,8 @@ void SoundingWindow::ShowReadout(const std::optional<Point>& at) {
 
 void SoundingWindow::closeEvent(QCloseEvent* event) {
   if (program_.Gate.MayClose()) {
+    RememberPlace();
+    KeepSettings(program_);
     event->accept();
   } else {
     event->ignore();

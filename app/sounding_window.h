@@ -24,6 +24,7 @@ class AnalysisDock;
 class DiagramView;
 class DisplayWindow;
 struct DisplayRow;
+struct FormRow;
 struct MenuRow;
 
 class SoundingWindow : public QMainWindow {
@@ -40,6 +41,11 @@ class SoundingWindow : public QMainWindow {
   /// Draws what the changes made stale and shows it.
   void Show(Changes changes);
 
+  /// Opens an option form over the window.
+  void ShowForm(const FormRow& form);
+  /// Takes the size and place that the window had when the program was left.
+  void PlaceAsBefore();
+
   DiagramView& View() { return *view_; }
 
  protected:
@@ -48,6 +54,7 @@ class SoundingWindow : public QMainWindow {
   void dropEvent(QDropEvent* event) override;
 
  private:
+  void RememberPlace();
   void BuildMenus();
   void BuildPanels();
   void ShowState();

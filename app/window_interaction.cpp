@@ -105,9 +105,12 @@ std::optional<std::string> WindowInteraction::ChooseFile(const FileQuestion& que
 std::vector<std::string> WindowInteraction::ChooseFiles(const FileQuestion& question) {
   std::vector<std::string> names;
   if (unattended_) return names;
+  const QString filter = QString::fromStdString(DialogFilter(question.Filter));
+  QString first =
+      filter.section(QStringLiteral(";;"), question.FilterIndex - 1, question.FilterIndex - 1);
   const QStringList chosen = QFileDialog::getOpenFileNames(
       parent_, QString::fromStdString(question.Title), QString::fromStdString(question.Folder),
-      QString::fromStdString(DialogFilter(question.Filter)));
+      filter, first.isEmpty() ? nullptr : &first);
   for (const QString& name : chosen) names.push_back(name.toStdString());
   return names;
 }

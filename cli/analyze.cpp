@@ -6,6 +6,7 @@
 #include "analysis/index_table.h"
 #include "analysis/moist_air.h"
 #include "cli/commands.h"
+#include "cli/settings.h"
 #include "core/files.h"
 #include "core/markers.h"
 #include "core/numbers.h"
@@ -19,6 +20,7 @@ constexpr ArgumentRow kOptions[] = {
      "tell how an index came about, by its label: KI, SWEAT; may be repeated"},
     {"--trace-liftsat", "", "FILE",
      "write the steps of the saturated-adiabat search for each level's wet bulb"},
+    kRootOption,
     {"--set", "", "\"KEY=VALUE\"", "sets an option by its label; may be repeated"},
 };
 
@@ -114,10 +116,9 @@ int RunAnalyze(const Arguments& arguments, Console& console) {
     return UsageError(console, kAnalyzeCommand,
                       "--format takes text, json or csv, not \"" + format + "\"");
   }
-  Options options;
-  if (const auto fault = SetOptions(options, arguments.Values("--set"))) {
-    return UsageError(console, kAnalyzeCommand, fault->Detail);
-  }
+  const Outcome<SettingsStore> settings = CommandSettings(arguments, console);
+  if (!settings) return UsageError(console, kAnalyzeCommand, settings.Error().Detail);
+  const Options& options = settings.Value().Set;
   std::vector<const analysis::IndexRow*> explained;
   for (const std::string& label : arguments.Values("--explain")) {
     explained.push_back(analysis::FindIndex(label));

@@ -13,7 +13,8 @@
 namespace vexa::cli {
 namespace {
 
-const Command* const kCommands[] = {&kPlotCommand, &kAnalyzeCommand, &kConvertCommand};
+const Command* const kCommands[] = {&kPlotCommand, &kAnalyzeCommand, &kConvertCommand,
+                                    &kSettingsCommand};
 
 constexpr std::string_view kProgram = "vexa-cli";
 
@@ -28,7 +29,7 @@ std::string CommandHelp(const Command& command) {
 
 std::string ProgramHelp() {
   std::string text =
-      "Usage: vexa-cli COMMAND FILE... [options]\n\nUpper-air soundings without a "
+      "Usage: vexa-cli COMMAND [FILE]... [options]\n\nUpper-air soundings without a "
       "window.\n\n";
   for (const Command* command : kCommands) {
     text += "  " + PadRight(command->Name, 10) + std::string(command->Summary) + "\n";
@@ -104,7 +105,8 @@ int RunCommandLine(std::span<const std::string> words, Console& console) {
   }
   const Outcome<Arguments> arguments = ParseArguments(words.subspan(1), (*command)->Options);
   if (!arguments) return UsageError(console, **command, arguments.Error().Detail);
-  if (arguments.Value().Files.empty()) return UsageError(console, **command, "no FILE is given");
+  if ((*command)->NeedsFiles && arguments.Value().Files.empty())
+    return UsageError(console, **command, "no FILE is given");
   return (*command)->Run(arguments.Value(), console);
 }
 

@@ -19,11 +19,13 @@ struct Command {
   std::string_view Summary;  // one line
   std::span<const ArgumentRow> Options;
   int (*Run)(const Arguments& arguments, Console& console);
+  bool NeedsFiles = true;
 };
 
 extern const Command kPlotCommand;
 extern const Command kAnalyzeCommand;
 extern const Command kConvertCommand;
+extern const Command kSettingsCommand;
 
 /// Reads, orders and analyses one file; the fault's detail names file and reason.
 Outcome<AnalysedSounding> LoadAndAnalyse(const std::string& file, const Options& options);

@@ -6,6 +6,7 @@
 
 #include "cli/commands.h"
 #include "cli/qt_start.h"
+#include "cli/settings.h"
 #include "core/files.h"
 #include "diagram/sounding_plot.h"
 #include "output/paint/paint.h"
@@ -19,6 +20,7 @@ constexpr ArgumentRow kOptions[] = {
      " input's name"},
     {"--diagram", "", "TYPE", "skewt, emagram or tephigram"},
     {"--size", "", "WxH", "size in pixels, 1600x1200 without it"},
+    kRootOption,
     {"--set", "", "\"KEY=VALUE\"", "sets an option by its label; may be repeated"},
 };
 
@@ -38,11 +40,15 @@ std::string OutputFor(const std::string& output, const std::string& file) {
 }
 
 std::optional<Fault> PlotFile(const std::string& file, const std::string& output, PixelSize size,
-                              const Options& options) {
+                              const SettingsStore& settings) {
+  const Options& options = settings.Set;
   const Outcome<AnalysedSounding> sounding = LoadAndAnalyse(file, options);
   if (!sounding) return sounding.Error();
-  const std::optional<diagram::SoundingPlot> plot = diagram::PlotSounding(
-      {.Sounding = sounding.Value().Record, .Results = sounding.Value().Results, .Set = options});
+  const std::optional<diagram::SoundingPlot> plot =
+      diagram::PlotSounding({.Sounding = sounding.Value().Record,
+                             .Results = sounding.Value().Results,
+                             .Set = options,
+                             .Configuration = ConfigurationCaption(settings)});
   const std::string extension = Extension(output);
   std::string bytes;
   if (extension == "svg") {
@@ -75,10 +81,9 @@ int RunPlot(const Arguments& arguments, Console& console) {
     if (!given) return UsageError(console, kPlotCommand, given.Error().Detail);
     size = given.Value();
   }
-  Options options;
-  if (const auto fault = SetOptions(options, arguments.Values("--set"))) {
-    return UsageError(console, kPlotCommand, fault->Detail);
-  }
+  Outcome<SettingsStore> settings = CommandSettings(arguments, console);
+  if (!settings) return UsageError(console, kPlotCommand, settings.Error().Detail);
+  Options& options = settings.Value().Set;
   if (const auto type = arguments.Value("--diagram")) {
     const auto words = Words(DiagramType{});
     const auto word = std::ranges::find(words, *type);
@@ -95,7 +100,7 @@ int RunPlot(const Arguments& arguments, Console& console) {
   for (const std::string& file : arguments.Files) {
     const std::string name = OutputFor(*output, file);
     const auto fault = written.insert(name).second
-                           ? PlotFile(file, name, size, options)
+                           ? PlotFile(file, name, size, settings.Value())
                            : Fault{kFaultBadFileName, "RunPlot",
                                    name + " holds the picture of another input already"};
     if (fault) {

@@ -28,6 +28,14 @@ void IntervalFollowsUnits(Options& options) {
   }
 }
 
+// A scheme brings its paper and the strength of its grid along.
+void PaperFollowsScheme(Options& options) {
+  const ColorScheme scheme = options.Scheme;
+  const bool isDark = scheme == ColorScheme::Dark || scheme == ColorScheme::SafeDark;
+  options.Screen = isDark ? ScreenColor::Black : ScreenColor::White;
+  options.Darklines = scheme == ColorScheme::Darker || scheme == ColorScheme::Print;
+}
+
 constexpr std::string_view kTab1 = "Diagram/Tab 1";
 
 constexpr OptionRow kTab1Rows[] = {
@@ -106,6 +114,11 @@ constexpr OptionRow kTab3Rows[] = {
         .Says("Draws the saturation adiabats."),
     Row<At<&Options::MixingLines>>(" Mixing ratio lines = ", kTab3, Record::Same)
         .Says("Draws the lines of equal saturation mixing ratio."),
+    Row<At<&Options::Scheme>>("", kTab3)
+        .As("Color scheme")
+        .Named("Color scheme")
+        .Says("Colours of the whole diagram; the color-safe ones stay apart for colour-blind eyes.")
+        .Then(PaperFollowsScheme),
     Row<At<&Options::DryColor>, kTrue, kColors>("Dry color = ", kTab3)
         .Says("Colour of the dry adiabats."),
     Row<At<&Options::SatColor>, kTrue, kColors>("  Sat color = ", kTab3, Record::Same)
@@ -124,9 +137,11 @@ constexpr OptionRow kTab3Rows[] = {
         .Says("Potential temperature of a dry adiabat of your choice."),
     Row<At<&Options::DryRef, &ReferenceLine::Plot>>("  Plot = ", kTab3, Record::Same)
         .As("Dry Ref Val Plot")
+        .Named("Plot reference dry adiabat")
         .Says("Draws the reference dry adiabat."),
     Row<At<&Options::DryRef, &ReferenceLine::ShowLabel>>("  Label = ", kTab3, Record::Same)
         .As("Dry Ref Val Label")
+        .Named("Label reference dry adiabat")
         .Says("Labels the reference dry adiabat."),
     Row<At<&Options::SatRef, &ReferenceLine::Value>, kTrue, Range{-30, 40}>("Sat Ref Val = ", kTab3)
         .Named("Reference saturation adiabat")
@@ -134,9 +149,11 @@ constexpr OptionRow kTab3Rows[] = {
         .Says("Wet-bulb potential temperature of a saturation adiabat of your choice."),
     Row<At<&Options::SatRef, &ReferenceLine::Plot>>("  Plot = ", kTab3, Record::Same)
         .As("Sat Ref Val Plot")
+        .Named("Plot reference saturation adiabat")
         .Says("Draws the reference saturation adiabat."),
     Row<At<&Options::SatRef, &ReferenceLine::ShowLabel>>("  Label = ", kTab3, Record::Same)
         .As("Sat Ref Val Label")
+        .Named("Label reference saturation adiabat")
         .Says("Labels the reference saturation adiabat."),
     Row<At<&Options::MixRef, &ReferenceLine::Value>, kTrue, Range{0.1, 40}>("Mix Ref Val = ", kTab3)
         .Named("Reference mixing ratio")
@@ -144,9 +161,11 @@ constexpr OptionRow kTab3Rows[] = {
         .Says("Mixing ratio of a line of your choice."),
     Row<At<&Options::MixRef, &ReferenceLine::Plot>>("  Plot = ", kTab3, Record::Same)
         .As("Mix Ref Val Plot")
+        .Named("Plot reference mixing ratio line")
         .Says("Draws the reference mixing ratio line."),
     Row<At<&Options::MixRef, &ReferenceLine::ShowLabel>>("  Label = ", kTab3, Record::Same)
         .As("Mix Ref Val Label")
+        .Named("Label reference mixing ratio line")
         .Says("Labels the reference mixing ratio line."),
 };
 

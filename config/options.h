@@ -16,6 +16,7 @@ enum class Hemisphere { Northern, Southern };
 enum class PressureUnits { Mb, Hpa, InHg };
 enum class LengthUnits { Meter, Feet };
 enum class ScreenColor { White, Black };
+enum class ColorScheme { Light, Dark, Darker, Print, Safe, SafeDark };
 enum class CatType { Faa, Usaf };
 enum class IceType { SmithFeddes, Usaf };
 enum class StormMotion { Bunkers, Traditional };
@@ -65,6 +66,10 @@ constexpr auto Words(LengthUnits) {
 }
 constexpr auto Words(ScreenColor) {
   return std::to_array<std::string_view>({"White", "Black"});
+}
+constexpr auto Words(ColorScheme) {
+  return std::to_array<std::string_view>(
+      {"light", "dark", "darker", "print", "color-safe", "color-safe dark"});
 }
 constexpr auto Words(CatType) {
   return std::to_array<std::string_view>({"FAA", "USAF"});
@@ -164,6 +169,14 @@ constexpr auto Words(DumpWater) {
 template <class E>
 constexpr std::string_view Word(E value) {
   return Words(E{})[static_cast<std::size_t>(value)];
+}
+
+/// The scheme for a paper that comes nearest to another one.
+constexpr ColorScheme SchemeOn(ScreenColor paper, ColorScheme scheme) {
+  const bool isSafe = scheme == ColorScheme::Safe || scheme == ColorScheme::SafeDark;
+  if (paper == ScreenColor::Black) return isSafe ? ColorScheme::SafeDark : ColorScheme::Dark;
+  if (isSafe) return ColorScheme::Safe;
+  return scheme == ColorScheme::Dark ? ColorScheme::Light : scheme;
 }
 
 /// A line of a grid family that the user picks out: its value, whether it is drawn and labelled.
@@ -318,6 +331,7 @@ struct Options {
   double TempMax = 40;   // °C
 
   // Diagram, tab 3: reference lines.
+  ColorScheme Scheme = ColorScheme::Light;
   bool DryAdiabats = true;
   bool SatAdiabats = true;
   bool MixingLines = true;

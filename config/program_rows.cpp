@@ -16,6 +16,10 @@ void DepthsFollowCape(Options& options) {
   options.VgpDepthKm = depth;
 }
 
+void SchemeFollowsPaper(Options& options) {
+  options.Scheme = SchemeOn(options.Screen, options.Scheme);
+}
+
 constexpr std::string_view kTab1 = "Program/Tab 1";
 
 constexpr OptionRow kTab1Rows[] = {
@@ -40,7 +44,9 @@ constexpr OptionRow kTab1Rows[] = {
         .Says("Writes the altimeter setting beside the surface line."),
     Row<At<&Options::GpmUnits>>("GPM units = ", kTab1)
         .Says("Unit of geopotential heights in listings."),
-    Row<At<&Options::Screen>>("Screen color = ", kTab1).Says("Paper colour of every display."),
+    Row<At<&Options::Screen>>("Screen color = ", kTab1)
+        .Says("Paper colour of every display.")
+        .Then(SchemeFollowsPaper),
     Row<At<&Options::AutoDirectoryUpdate>, kYes>("Auto directory update = ", kTab1)
         .Says("Makes the folder of the file opened last the one that file dialogs start in."),
 };

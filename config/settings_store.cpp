@@ -159,6 +159,17 @@ std::optional<Fault> SaveSettings(const fs::path& folder, SettingsStore& store, 
   return first;
 }
 
+std::optional<Fault> SaveChangedSettings(const fs::path& folder, SettingsStore& store,
+                                         const SettingsStore& before, FileOps& ops) {
+  std::optional<Fault> first;
+  for (const SettingsFile file : kFiles) {
+    if (WriteFile(file, store) == WriteFile(file, before)) continue;
+    const std::optional<Fault> fault = SaveSettingsFile(folder, file, store, ops);
+    if (!first) first = fault;
+  }
+  return first;
+}
+
 std::optional<Fault> SwitchConfiguration(const fs::path& folder, Configuration to,
                                          SettingsStore& store, std::vector<std::string>& notes,
                                          FileOps& ops) {

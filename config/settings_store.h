@@ -54,6 +54,12 @@ void LoadSettings(const std::filesystem::path& folder, SettingsStore& store,
                                                 SettingsStore& store,
                                                 FileOps& ops = SystemFileOps());
 
+/// Writes the files whose contents differ from those of `before`, as SaveSettings does.
+[[nodiscard]] std::optional<Fault> SaveChangedSettings(const std::filesystem::path& folder,
+                                                       SettingsStore& store,
+                                                       const SettingsStore& before,
+                                                       FileOps& ops = SystemFileOps());
+
 /// Saves the main settings of the active configuration, makes another one active and reads its
 /// main settings; it starts with the defaults when it has none. After a fault nothing has changed
 /// in the store.

@@ -13,6 +13,15 @@ constexpr auto kDump = At<&Options::System, &SystemOptions::Dump, Member>;
 constexpr std::string_view kPlace = "System";
 constexpr auto kWindow = SettingsFile::Window;
 
+// "light" and "darker" differ in the strength of the grid alone.
+void SchemeFollowsGrid(Options& options) {
+  if (options.Darklines && options.Scheme == ColorScheme::Light) {
+    options.Scheme = ColorScheme::Darker;
+  } else if (!options.Darklines && options.Scheme == ColorScheme::Darker) {
+    options.Scheme = ColorScheme::Light;
+  }
+}
+
 constexpr OptionRow kRows[] = {
     Row<kSystem<&SystemOptions::DataFolder>>("Drive D/X/Ref = ", kPlace)
         .As("Drive D")
@@ -89,7 +98,8 @@ constexpr OptionRow kRows[] = {
         .KeptIn(SettingsFile::Soaring),
     Row<At<&Options::Darklines>>("Darklines = ", kPlace)
         .Named("Dark grid lines")
-        .Says("Draws the diagram's grid in full instead of pale colours."),
+        .Says("Draws the diagram's grid in full instead of pale colours.")
+        .Then(SchemeFollowsGrid),
     Row<kSystem<&SystemOptions::HodoInvert>>("HodoInvert = ", kPlace)
         .Named("Hodograph white on black")
         .Says("Draws the hodograph white on black.")

@@ -15,15 +15,30 @@ using Named = NamedConfiguration;
 
 constexpr SettingRow<System> kSystemRows[] = {
     Row<At<&System::Current>>("current configuration"),
-    Row<At<&System::CaptionEnabled>>("caption enabled", kSame),
-    Row<At<&System::CaptionOnDiagram>>("caption on the diagram", kSame),
-    Row<Nth<&System::Configurations, 0, &Named::Name>>("name of configuration 1"),
+    Row<At<&System::CaptionEnabled>>("caption enabled", kSame)
+        .Named("Caption enabled")
+        .Says("Names the active configuration in captions."),
+    Row<At<&System::CaptionOnDiagram>>("caption on the diagram", kSame)
+        .Named("Caption on the diagram")
+        .Says("Writes the caption above the diagram, when captions are enabled."),
+    Row<Nth<&System::Configurations, 0, &Named::Name>>("name of configuration 1")
+        .Named("#1 name")
+        .Says("Name of the first configuration, for its caption and the menu."),
     Row<Nth<&System::Configurations, 0, &Named::Description>>("description of configuration 1",
-                                                              kSame),
-    Row<Nth<&System::Configurations, 1, &Named::Name>>("name of configuration 2"),
+                                                              kSame)
+        .Named("#1 description")
+        .Says("What the first configuration is for."),
+    Row<Nth<&System::Configurations, 1, &Named::Name>>("name of configuration 2")
+        .Named("#2 name")
+        .Says("Name of the second configuration, for its caption and the menu."),
     Row<Nth<&System::Configurations, 1, &Named::Description>>("description of configuration 2",
-                                                              kSame),
-    Row<At<&System::LeastScreenWidth>, kTrue, Range{1, 32767}>("minimum screen width"),
+                                                              kSame)
+        .Named("#2 description")
+        .Says("What the second configuration is for."),
+    Row<At<&System::LeastScreenWidth>, kTrue, Range{1, 32767}>("minimum screen width")
+        .Named("Least screen width")
+        .In("pixels")
+        .Says("Screens narrower than this give a warning at start."),
     Row<At<&System::ScreenScale>, kTrue, Range{0.1, 10}>("screen scale factor", kSame),
 };
 

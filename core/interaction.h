@@ -28,6 +28,7 @@ struct FileQuestion {
   std::string Folder{};
   std::string Filter{};  // "JPEG Files (*.JPG)|*.JPG|BMP Files (*.BMP)|*.BMP"
   bool Saving = false;
+  int FilterIndex = 1;  // entry of the filter that is chosen at first, from 1
 };
 
 class Interaction {

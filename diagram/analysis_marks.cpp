@@ -39,7 +39,7 @@ void DrawInversions(Plot& plot) {
                           "inversion",
                           std::string(Text(inversion.Kind)) + " " +
                               Mask(inversion.Base.Press, "###0.#") + " to " +
-                              Mask(inversion.Top.Press, "###0.#") + " hPa"});
+                              Mask(inversion.Top.Press, "###0.#") + PressureUnit(plot)});
   }
 }
 
@@ -85,7 +85,8 @@ void DrawParcelLevels(Plot& plot) {
     const double y = plot.At.YOf(level.Press);
     DrawSegment(plot.Page, "parcel level", {frame.Right - 150, y}, {frame.Right, y},
                 {plot.Inks.ParcelMark, 20, LineStyle::Solid});
-    plot.RightMarks.Add({y, std::string(name) + " " + Mask(level.Press, "###0") + " mb",
+    plot.RightMarks.Add({y,
+                         std::string(name) + " " + Mask(level.Press, "###0") + PressureUnit(plot),
                          "parcel level label", plot.Inks.ParcelMark});
   };
   const bool convective = results.Mode == analysis::LiftMode::Ccl;

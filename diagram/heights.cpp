@@ -34,8 +34,7 @@ std::string QnhText(const Plot& plot) {
   if (plot.Set().Pressure == PressureUnits::InHg) {
     return "QNH = " + Mask(qnh * kInHgPerHpa, "#0.00") + " in Hg";
   }
-  return "QNH = " + Mask(qnh, "###0.0") +
-         (plot.Set().Pressure == PressureUnits::Hpa ? " hPa" : " mb");
+  return "QNH = " + Mask(qnh, "###0.0") + PressureUnit(plot);
 }
 
 std::string SurfaceText(const Plot& plot) {
@@ -234,7 +233,8 @@ void DrawCustomLines(Plot& plot) {
     const double press = PressOf(plot, line.Height);
     if (press == kNone || !plot.InRange(press)) continue;
     constexpr std::array kStyles = {LineStyle::Solid, LineStyle::Dash, LineStyle::Dots};
-    const Pen pen{IndexedColor(line.ColorIndex), 16, kStyles[static_cast<std::size_t>(line.Style)]};
+    const Pen pen{LegibleColor(plot.Inks, line.ColorIndex), 16,
+                  kStyles[static_cast<std::size_t>(line.Style)]};
     DrawHorizontal(plot, "custom line", press, pen);
     if (line.ShowLabel) {
       plot.RightMarks.Add({plot.At.YOf(press),

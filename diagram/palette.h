@@ -1,18 +1,20 @@
 // The diagram's colours and pens by what they draw. Drawing code names an ink, never a colour.
 #pragma once
 
+#include <array>
+
 #include "config/options.h"
 #include "picture/picture.h"
 
 namespace vexa::diagram {
 
-/// The sixteen colours that the options choose from by index.
-Color IndexedColor(int index);
+inline constexpr int kIndexedColors = 16;
 
 /// A colour moved towards another; share 0 leaves it, 1 replaces it.
 Color Blend(Color from, Color to, double share);
 
 struct Palette {
+  std::array<Color, kIndexedColors> Indexed{};  // what options choose from by number
   Color Paper{};
   Color Ink{};    // texts, frame
   Color Faint{};  // side notes
@@ -49,9 +51,13 @@ struct Palette {
   Pen PanelFrame{};
 };
 
-/// The palette of the options: paper by the screen colour, grid lines pale or, with Darklines,
-/// in their full colours ("Darker").
+/// The palette of the options: the colour scheme on the paper of the screen colour, grid lines pale
+/// or, with Darklines, in their full colours. Traces and main lines keep a contrast of 3 to the
+/// paper whatever colour is chosen for them.
 Palette PaletteFor(const Options& options);
+
+/// One of the sixteen colours, darkened or lightened where the paper would hide it.
+Color LegibleColor(const Palette& palette, int index);
 
 /// The pen of the n-th further sounding of an overlay, from 1; colours and styles take turns.
 Pen OverlayPen(const Palette& palette, int number);

@@ -86,6 +86,10 @@ double ShownHeight(const Plot& plot, double height) {
   return plot.Set().Heights == HeightMode::Agl ? height - plot.Sounding().ElevM : height;
 }
 
+std::string PressureUnit(const Plot& plot) {
+  return plot.Set().Pressure == PressureUnits::Hpa ? " hPa" : " mb";
+}
+
 std::string HeightText(double height, LengthUnits units) {
   return units == LengthUnits::Feet ? Mask(FeetFromMeters(height), "####0") + " ft"
                                     : Mask(height, "####0") + " m";

@@ -78,6 +78,8 @@ std::vector<Point> Thinned(std::vector<Point> points);
 
 /// A height above sea level as the settings show it: relative to the station under "AGL".
 double ShownHeight(const Plot& plot, double height);
+/// " mb" or " hPa", to stand behind a pressure.
+std::string PressureUnit(const Plot& plot);
 /// "1457 m" or "4780 ft" by the unit, rounded to whole ones.
 std::string HeightText(double height, LengthUnits units);
 

@@ -10,6 +10,7 @@
 #include "diagram/panel.h"
 #include "diagram/plot_state.h"
 #include "diagram/scaling.h"
+#include "diagram/title_text.h"
 #include "diagram/traces.h"
 #include "diagram/wind_column.h"
 
@@ -39,8 +40,8 @@ void ConfigureDiagram(Plot& plot) {
 }
 
 // A sounding's title and place as one line of an overlay or a comparison.
-std::string OtherTitle(const SoundingRecord& sounding) {
-  std::string text = sounding.StationTitle;
+std::string OtherTitle(const SoundingRecord& sounding, const Options& set) {
+  std::string text = TitleText(sounding, set);
   if (!sounding.LatHemi.empty()) {
     const auto size = [](double degrees) {
       return Mask(degrees < 0 ? -degrees : degrees, "###0.0");
@@ -62,8 +63,9 @@ void DrawOtherTitles(Plot& plot) {
     const int row = (number - 1) % kRows;
     DrawText(plot.Page, "other title",
              {kFrame.Left + column * kFrame.Width() / 2, 8570.0 + row * 160},
-             (compare ? "#" + Shortest(number) + " - " : std::string()) + OtherTitle(sounding), ink,
-             kMarkText);
+             (compare ? "#" + Shortest(number) + " - " : std::string()) +
+                 OtherTitle(sounding, plot.Set()),
+             ink, kMarkText);
     ++number;
   };
   line(plot.Sounding(), plot.Inks.Temperature.Ink);
@@ -92,7 +94,7 @@ void DrawTemperatureGrid(Plot& plot) {
 void DrawTitles(Plot& plot) {
   if (plot.Set().TitleAboveDiagram) {
     plot.Page.Add("title", Label{.At = {kFrame.Left, 250},
-                                 .Text = "VEXA  -  " + plot.Sounding().StationTitle,
+                                 .Text = "VEXA  -  " + TitleText(plot.Sounding(), plot.Set()),
                                  .Size = 210,
                                  .Ink = plot.Inks.Ink,
                                  .Bold = true});

@@ -262,7 +262,7 @@ void DrawStabilityBars(Plot& plot) {
                                                    {x + kWidth, plot.At.YOf(low)},
                                                    {x + kWidth, plot.At.YOf(high)},
                                                    {x, plot.At.YOf(high)}}},
-                                        .Fill = {IndexedColor(color)}});
+                                        .Fill = {LegibleColor(plot.Inks, color)}});
   }
 }
 

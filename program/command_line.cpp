@@ -108,7 +108,7 @@ std::optional<Fault> SetOptions(Options& options, const std::vector<std::string>
   for (const std::string& assignment : assignments) {
     if (std::optional<Fault> fault = SetOption(options, assignment)) return fault;
   }
-  return std::nullopt;
+  return CheckOptions(options);
 }
 
 std::string_view ProgramVersion() {

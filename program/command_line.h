@@ -48,7 +48,8 @@ struct PixelSize {
 /// "1600x1200", each from 16 to 20000. Fault 380 for anything else.
 Outcome<PixelSize> ParseSize(std::string_view text);
 
-/// Sets every "KEY=VALUE" in turn; the first fault ends it.
+/// Sets every "KEY=VALUE" in turn, then checks that all of them go together; the first fault ends
+/// it.
 [[nodiscard]] std::optional<Fault> SetOptions(Options& options,
                                               const std::vector<std::string>& assignments);
 

@@ -1,6 +1,7 @@
 // The commands' bodies, file by file as the menu groups them. They run behind the closed gate.
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <vector>
 
@@ -12,6 +13,30 @@ Changes Open(Program& program);
 
 /// Loads one file into the sounding in work and checks it; a fault has been reported on false.
 bool LoadOne(Program& program, const std::filesystem::path& path);
+
+/// Marks the sounding in work as the one to load at start, or takes the mark away.
+Changes AutoLoad(Program& program);
+
+/// Whether the sounding in work is the one that is loaded at start.
+bool IsAutoLoaded(const Program& program);
+
+Changes OpenRecentFile(Program& program, std::size_t number);
+
+template <std::size_t kNumber>
+Changes OpenRecent(Program& program) {
+  return OpenRecentFile(program, kNumber);
+}
+
+/// Makes a configuration the active one; its options replace those in force.
+Changes SwitchTo(Program& program, Configuration to);
+
+template <Configuration kTo>
+Changes ChooseConfiguration(Program& program) {
+  return SwitchTo(program, kTo);
+}
+
+/// Writes the settings report into the program folder.
+Changes WriteReport(Program& program);
 
 Changes LoadFirst(Program& program, const std::vector<std::filesystem::path>& paths);
 

@@ -1,6 +1,9 @@
 // Commands of the File menu.
+#include <algorithm>
+#include <filesystem>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <utility>
 
 #include "core/data_checks.h"
@@ -24,16 +27,60 @@ std::string OpenFilter() {
   return filter;
 }
 
+// Files chosen together are stepped through in the order of the file lists.
+void SortForStepping(std::vector<std::filesystem::path>& paths, const SystemOptions& set) {
+  namespace fs = std::filesystem;
+  const auto precedes = [&set](const fs::path& a, const fs::path& b) {
+    std::error_code ignored;
+    switch (set.SortMode) {
+      case FileOrder::Date: {
+        const auto first = fs::last_write_time(a, ignored);
+        const auto second = fs::last_write_time(b, ignored);
+        if (first != second) return first < second;
+        break;
+      }
+      case FileOrder::Size: {
+        const auto first = fs::file_size(a, ignored);
+        const auto second = fs::file_size(b, ignored);
+        if (first != second) return first < second;
+        break;
+      }
+      case FileOrder::Type:
+        if (a.extension() != b.extension()) return a.extension() < b.extension();
+        break;
+      case FileOrder::Name:
+        break;
+    }
+    return a.filename() < b.filename();
+  };
+  std::ranges::stable_sort(paths, precedes);
+  if (set.SoftFlip) std::ranges::reverse(paths);
+}
+
+// The latest first, each once.
+void MakeRecentFiles(Program& program) {
+  const std::string latest = TextFromPath(program.Current.FilePath());
+  auto& files = program.Settings.Window.RecentFiles;
+  const auto known = std::ranges::find(files, latest);
+  std::rotate(files.begin(), known == files.end() ? files.end() - 1 : known,
+              known == files.end() ? files.end() : known + 1);
+  files.front() = latest;
+}
+
 }  // namespace
 
 Changes Open(Program& program) {
-  const std::filesystem::path& folder =
-      program.Current.DataFolder.empty() ? program.Where.Data : program.Current.DataFolder;
-  const std::vector<std::string> chosen = program.Current.Ask->ChooseFiles(FileQuestion{
-      .Title = "Open Sounding", .Folder = TextFromPath(folder), .Filter = OpenFilter()});
+  const bool isUpdated = program.Set.AutoDirectoryUpdate && !program.Current.DataFolder.empty();
+  const std::filesystem::path& folder = isUpdated ? program.Current.DataFolder : program.Where.Data;
+  const std::vector<std::string> chosen = program.Current.Ask->ChooseFiles(
+      FileQuestion{.Title = "Open Sounding",
+                   .Folder = TextFromPath(folder),
+                   .Filter = OpenFilter(),
+                   .FilterIndex = program.Set.System.FilterIndexNum});
   std::vector<std::filesystem::path> paths;
   paths.reserve(chosen.size());
   for (const std::string& name : chosen) paths.push_back(PathFromText(name));
+  SortForStepping(paths, program.Set.System);
   return LoadFirst(program, paths);
 }
 
@@ -52,8 +99,35 @@ Changes LoadFirst(Program& program, const std::vector<std::filesystem::path>& pa
     if (!LoadOne(program, paths[i])) continue;
     program.Listed = paths;
     program.ListedNow = i;
+    MakeRecentFiles(program);
     return {.Sounding = true};
   }
+  return {};
+}
+
+Changes OpenRecentFile(Program& program, std::size_t number) {
+  const std::string file = program.Settings.Window.RecentFiles[number - 1];
+  return file.empty() ? Changes{} : LoadFirst(program, {PathFromText(file)});
+}
+
+bool IsAutoLoaded(const Program& program) {
+  const SystemOptions& set = program.Set.System;
+  return set.Autoload && !program.Current.FileName.empty() &&
+         set.AutoFile == program.Current.FileName &&
+         set.AutoDrive == TextFromPath(program.Current.DataFolder);
+}
+
+Changes AutoLoad(Program& program) {
+  SystemOptions& set = program.Set.System;
+  if (IsAutoLoaded(program)) {
+    set.Autoload = false;
+    return {};
+  }
+  if (program.Current.FileName.empty()) return {};
+  set.Autoload = true;
+  set.AutoDrive = TextFromPath(program.Current.DataFolder);
+  set.AutoFile = program.Current.FileName;
+  set.AutoType = program.Current.Record.DataFormat;
   return {};
 }
 

@@ -1,17 +1,64 @@
 #include "program/menu.h"
 
+#include <cstddef>
+
+#include "core/files.h"
+#include "core/numbers.h"
+#include "program/commands.h"
+
 namespace vexa {
 namespace {
+
+// An ampersand in a name must not become a mark of the entry's letter.
+std::string EscapeCaption(std::string_view text) {
+  std::string caption;
+  for (const char c : text) caption += c == '&' ? "&&" : std::string(1, c);
+  return caption;
+}
 
 template <DiagramType type>
 bool Shows(const Program& program) {
   return program.Set.Diagram == type;
 }
 
+template <Configuration configuration>
+bool IsActive(const Program& program) {
+  return program.Settings.Active == configuration;
+}
+
+// "#1: NAME"
+template <Configuration configuration>
+std::string ConfigurationEntry(const Program& program) {
+  const auto index = static_cast<std::size_t>(configuration) - 1;
+  const std::string& name = program.Settings.System.Configurations[index].Name;
+  return "#&" + std::string(Word(configuration)) + (name.empty() ? "" : ": " + EscapeCaption(name));
+}
+
+template <std::size_t number>
+std::string RecentFile(const Program& program) {
+  const std::string& file = program.Settings.Window.RecentFiles[number - 1];
+  if (file.empty()) return {};
+  return "&" + Shortest(static_cast<int>(number)) + "  " +
+         EscapeCaption(TextFromPath(PathFromText(file).filename()));
+}
+
 constexpr MenuRow kMenuTree[] = {
     {"", "mnuFile", "&File"},
     {"mnuFile", "mnuOpen", "&Open Sounding", Command::Open, "Choose one or more sounding files",
      "Ctrl+O"},
+    {"mnuFile", "mnuAutoLoad", "Auto-&Load This Sounding", Command::AutoLoad,
+     "Load this sounding whenever the program starts", "", false, commands::IsAutoLoaded, nullptr,
+     true},
+    {"mnuFile", "mnuRecentFile1", "RecentFile1", Command::Recent1, "Open this file again", "", true,
+     nullptr, RecentFile<1>},
+    {"mnuFile", "mnuRecentFile2", "RecentFile2", Command::Recent2, "Open this file again", "",
+     false, nullptr, RecentFile<2>},
+    {"mnuFile", "mnuRecentFile3", "RecentFile3", Command::Recent3, "Open this file again", "",
+     false, nullptr, RecentFile<3>},
+    {"mnuFile", "mnuRecentFile4", "RecentFile4", Command::Recent4, "Open this file again", "",
+     false, nullptr, RecentFile<4>},
+    {"mnuFile", "mnuRecentFile5", "RecentFile5", Command::Recent5, "Open this file again", "",
+     false, nullptr, RecentFile<5>},
     {"mnuFile", "mnuExit", "E&xit", Command::Exit, "End the program", "Ctrl+Q", true},
     {"", "mnuDisplay", "&Displays"},
     {"mnuDisplay", "mnuSevereWx", "Se&vere Weather", Command::SevereWeather,
@@ -26,8 +73,25 @@ constexpr MenuRow kMenuTree[] = {
     {"mnuDisplay", "mnuRefreshed", "&Refresh", Command::Refresh,
      "Redraw the diagram from the current data", "F5"},
     {"", "mnuOptions", "&Options"},
+    {"mnuOptions", "mnuDiag", "&Diagram Options", Command::DiagramOptions,
+     "Set what the diagram shows and how", "F8"},
+    {"mnuOptions", "mnuProgram", "&Program Options", Command::ProgramOptions,
+     "Set units, analyses and parcels", "F9"},
+    {"mnuOptions", "mnuSystem", "&System Options", Command::SystemOptions,
+     "Set folders, file lists and export units", "Shift+F9"},
+    {"mnuOptions", "mnuConfiguration", "&Configuration"},
+    {"mnuConfiguration", "mnuConfiguration0", "&None", Command::ConfigurationNone,
+     "Work with the unnamed settings", "", false, IsActive<Configuration::None>},
+    {"mnuConfiguration", "mnuConfiguration1", "#&1", Command::ConfigurationFirst,
+     "Work with the settings of the first configuration", "", false, IsActive<Configuration::First>,
+     ConfigurationEntry<Configuration::First>},
+    {"mnuConfiguration", "mnuConfiguration2", "#&2", Command::ConfigurationSecond,
+     "Work with the settings of the second configuration", "", false,
+     IsActive<Configuration::Second>, ConfigurationEntry<Configuration::Second>},
+    {"mnuOptions", "mnuSettingsReport", "Write Settings &Report", Command::SettingsReport,
+     "List every option in the file VEXA.SET of the program folder"},
     {"mnuOptions", "mnuSkewT", "Skew-T / Log-P", Command::DiagramSkewT, "Popular U.S. diagram",
-     "Ctrl+1", false, Shows<DiagramType::SkewT>},
+     "Ctrl+1", true, Shows<DiagramType::SkewT>},
     {"mnuOptions", "mnuEmagram", "Emagram", Command::DiagramEmagram, "Similar to the Stuve diagram",
      "Ctrl+2", false, Shows<DiagramType::Emagram>},
     {"mnuOptions", "mnuTephigram", " Tephigram", Command::DiagramTephigram,

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <span>
+#include <string>
 #include <string_view>
 
 #include "program/program.h"
@@ -18,6 +19,9 @@ struct MenuRow {
   std::string_view Key{};        // short-cut, "Ctrl+O"
   bool LineAbove = false;        // a separator before it
   bool (*IsChecked)(const Program&) = nullptr;  // entries that show a choice
+  /// What an entry shows in place of its caption; empty: it is hidden.
+  std::string (*Shows)(const Program&) = nullptr;
+  bool IsSwitch = false;  // checked by itself, not one of its menu's choices
 };
 
 /// Every menu and entry in order; a menu stands ahead of its entries.

@@ -5,7 +5,9 @@
 #include "core/data_checks.h"
 #include "core/error_report.h"
 #include "core/numbers.h"
+#include "diagram/title_text.h"
 #include "program/commands.h"
+#include "program/settings_commands.h"
 
 namespace vexa {
 namespace {
@@ -40,6 +42,16 @@ constexpr CommandRow kCommands[] = {
     {Command::DiagramSkewT, ChooseDiagram<DiagramType::SkewT>},
     {Command::DiagramEmagram, ChooseDiagram<DiagramType::Emagram>},
     {Command::DiagramTephigram, ChooseDiagram<DiagramType::Tephigram>},
+    {Command::ConfigurationNone, commands::ChooseConfiguration<Configuration::None>},
+    {Command::ConfigurationFirst, commands::ChooseConfiguration<Configuration::First>},
+    {Command::ConfigurationSecond, commands::ChooseConfiguration<Configuration::Second>},
+    {Command::SettingsReport, commands::WriteReport},
+    {Command::AutoLoad, commands::AutoLoad},
+    {Command::Recent1, commands::OpenRecent<1>},
+    {Command::Recent2, commands::OpenRecent<2>},
+    {Command::Recent3, commands::OpenRecent<3>},
+    {Command::Recent4, commands::OpenRecent<4>},
+    {Command::Recent5, commands::OpenRecent<5>},
 };
 
 Progress ProgressOf(Program& program) {
@@ -96,7 +108,8 @@ bool Refresh(Program& program, Changes changes) {
         diagram::PlotSounding({.Sounding = program.Current.Record,
                                .Results = program.Results,
                                .Set = program.Set,
-                               .Others = std::move(others)},
+                               .Others = std::move(others),
+                               .Configuration = ConfigurationCaption(program.Settings)},
                               ProgressOf(program));
     if (!plot) return {};
     program.Plot = std::move(plot);
@@ -124,8 +137,9 @@ Changes SequenceSounding(Program& program, std::size_t index) {
 std::string SoundingBanner(const Program& program) {
   if (program.Current.FileName.empty()) return "VEXA";
   std::string text(kProgramTitle);
-  text += program.Current.Record.StationTitle.empty() ? program.Current.FileName
-                                                      : program.Current.Record.StationTitle;
+  text += program.Current.Record.StationTitle.empty()
+              ? program.Current.FileName
+              : diagram::TitleText(program.Current.Record, program.Set);
   if (program.Listed.size() > 1) {
     text += "  (" + Shortest(static_cast<int>(program.ListedNow) + 1) + "/" +
             Shortest(static_cast<int>(program.Listed.size())) + ")";
@@ -135,6 +149,12 @@ std::string SoundingBanner(const Program& program) {
 
 std::string FaultIndicator(const Program& program) {
   return std::string(QcText(program.Current.QcFault));
+}
+
+std::string TakeNotices(Program& program) {
+  std::string text;
+  for (const std::string& notice : std::exchange(program.Notices, {})) text += notice + "  ";
+  return text;
 }
 
 std::string LoadRemarks(const Program& program) {

@@ -13,6 +13,7 @@
 #include "analysis/analysis.h"
 #include "analysis/severe_table.h"
 #include "config/options.h"
+#include "config/settings_store.h"
 #include "core/current_sounding.h"
 #include "core/folders.h"
 #include "core/sounding_record.h"
@@ -35,6 +36,19 @@ enum class Command {
   LayerAnalyzer,
   Soaring,
   SevereTable,
+  DiagramOptions,  // the forms are opened by the window
+  ProgramOptions,
+  SystemOptions,
+  ConfigurationNone,
+  ConfigurationFirst,
+  ConfigurationSecond,
+  SettingsReport,
+  AutoLoad,
+  Recent1,
+  Recent2,
+  Recent3,
+  Recent4,
+  Recent5,
 };
 
 /// What a command changed, hence what is no longer true of the results and the picture.
@@ -47,8 +61,16 @@ struct Changes {
 };
 
 struct Program {
+  Program() = default;
+  Program(const Program&) = delete;
+  Program& operator=(const Program&) = delete;
+
   CurrentSounding Current{};
-  Options Set{};
+  SettingsStore Settings{};
+  SettingsStore Written{};               // the settings as their files have them
+  Options& Set = Settings.Set;           // what analyses and drawings read
+  std::vector<std::string> Notices{};    // to be shown once in the status line
+  std::string Resolution{};              // of the screen, "1024x768"
   analysis::AdiabatTable Adiabats{};     // filled as soundings are analysed
   analysis::AnalysisResults Results{};   // of Current.Record under Set
   std::vector<SoundingRecord> Others{};  // overlay and comparison
@@ -84,6 +106,9 @@ std::string SoundingBanner(const Program& program);
 
 /// What is wrong with the sounding in work, for the status indicator; empty when nothing is.
 std::string FaultIndicator(const Program& program);
+
+/// The notices as one line, each a sentence and a blank; they are shown once.
+std::string TakeNotices(Program& program);
 
 /// What the last load left out or had to work out, on one line; empty when nothing.
 std::string LoadRemarks(const Program& program);

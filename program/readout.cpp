@@ -4,6 +4,7 @@
 
 #include "analysis/index_table.h"
 #include "analysis/interpolate.h"
+#include "analysis/moist_air.h"
 #include "core/numbers.h"
 #include "core/units.h"
 #include "diagram/panel.h"
@@ -17,18 +18,25 @@ constexpr std::string_view kNoValue = "--";
 std::string TempText(double temp, TempUnits units) {
   switch (units) {
     case TempUnits::Fahrenheit:
-      return Mask(FahrenheitFromCelsius(temp), kCursorMask) + " F";
+      return Mask(FahrenheitFromCelsius(temp), kCursorMask);
     case TempUnits::Kelvin:
-      return Mask(temp + kKelvinOffset, kCursorMask) + " K";
+      return Mask(temp + kKelvinOffset, kCursorMask);
     case TempUnits::Celsius:
       break;
   }
-  return Mask(temp, kCursorMask) + " C";
+  return Mask(temp, kCursorMask);
+}
+
+std::string PotentialText(const diagram::DiagramCoordinates& at, const Options& set) {
+  const double theta = analysis::ThetaPoint(at.Press, at.Temp, set.Saturation).Theta;
+  return set.PtUnits == PotentialTempUnits::Kelvin
+             ? Mask(theta, kCursorMask) + " K"
+             : Mask(theta - kKelvinOffset, kCursorMask) + " C";
 }
 
 std::string SampleText(const Program& program, double press, analysis::Quantity quantity) {
   const double value = analysis::GetTEMP(program.Results.Levels, press, quantity);
-  return NotAvailable(value) ? std::string(kNoValue) : Mask(value, kCursorMask);
+  return NotAvailable(value) ? std::string(kNoValue) : TempText(value, program.Set.TempGridUnits);
 }
 
 }  // namespace
@@ -51,12 +59,15 @@ Readout ReadDiagram(const Program& program, Point at) {
   }
   if (!program.Plot->Mapping.Frame().Contains(at)) return readout;
   const diagram::DiagramCoordinates under = program.Plot->Mapping.ToCoordinates(at);
-  if (program.Set.CursorGrid) {
-    const std::string_view unit = program.Set.Pressure == PressureUnits::Mb ? " mb" : " hPa";
+  if (program.Set.CursorGrid && program.Set.System.CursorGrid) {
+    const std::string_view unit = program.Set.Pressure == PressureUnits::Hpa ? " hPa" : " mb";
     readout.Grid = Mask(under.Press, "###0") + std::string(unit) + "   " +
-                   TempText(under.Temp, program.Set.TempGridUnits);
+                   TempText(under.Temp, program.Set.TempGridUnits) + ' ' +
+                   std::string(Word(program.Set.TempGridUnits)) + "   PT " +
+                   PotentialText(under, program.Set);
   }
-  if (program.Set.CursorSounding && program.Results.Levels.Count() > 0) {
+  const bool readsData = program.Set.CursorSounding && program.Set.System.CursorData;
+  if (readsData && program.Results.Levels.Count() > 0) {
     readout.Sounding = "Temp:" + SampleText(program, under.Press, analysis::Quantity::Temp) +
                        "  Td:" + SampleText(program, under.Press, analysis::Quantity::Dewpt);
   }

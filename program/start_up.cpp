@@ -10,7 +10,9 @@
 #include "core/error_report.h"
 #include "core/files.h"
 #include "core/platform.h"
+#include "program/commands.h"
 #include "program/displays.h"
+#include "program/settings_commands.h"
 
 namespace vexa {
 namespace {
@@ -22,6 +24,12 @@ void FindFolders(Program& program, const StartArguments& arguments) {
   if (const std::optional<Fault> fault = CreateFolders(program.Where)) {
     ErrorReport(program.Current, *fault);
   }
+}
+
+void ReadSettings(Program& program, const StartArguments&) {
+  LoadSettings(program.Where.Root, program.Settings, program.Notices);
+  program.Written = program.Settings;
+  FollowFolders(program);
 }
 
 void ClearSounding(Program& program, const StartArguments&) {
@@ -50,8 +58,21 @@ void CheckFolders(Program& program, const StartArguments&) {
   }
 }
 
+void CheckScreen(Program& program, const StartArguments& arguments) {
+  constexpr int kLeastHeight = 600;  // pixels
+  const bool isKnown = arguments.ScreenWidth > 0 && arguments.ScreenHeight > 0;
+  const bool isLarge = arguments.ScreenWidth >= program.Settings.System.LeastScreenWidth &&
+                       arguments.ScreenHeight >= kLeastHeight;
+  if (!isKnown || isLarge) return;
+  program.Current.Ask->Ask(
+      Box{.Title = "Inadequate Screen Resolution",
+          .Text = "WARNING: VEXA is designed to function on screen resolutions of 800 x 600 or "
+                  "greater.\nSome VEXA options may not properly function at this screen "
+                  "resolution."});
+}
+
 using Stage = void (*)(Program&, const StartArguments&);
-constexpr Stage kStages[] = {FindFolders, ClearSounding, CheckFolders};
+constexpr Stage kStages[] = {FindFolders, ReadSettings, ClearSounding, CheckFolders, CheckScreen};
 
 // "AA" for the first stage, "BB" for the second: recorded while it runs, for the error reporter.
 std::string StageMark(std::size_t number) {
@@ -66,6 +87,12 @@ void StartUp(Program& program, const StartArguments& arguments) {
     kStages[i](program, arguments);
   }
   LoadSevereTable(program);
+}
+
+Changes LoadAtStart(Program& program) {
+  const SystemOptions& set = program.Set.System;
+  if (!set.Autoload || set.AutoFile.empty() || set.AutoFile == kMultipleMarker) return {};
+  return OpenSoundings(program, {PathFromText(set.AutoDrive) / PathFromText(set.AutoFile)});
 }
 
 }  // namespace vexa

@@ -12,10 +12,16 @@ namespace vexa {
 struct StartArguments {
   std::optional<std::string> Root{};      // --root
   std::filesystem::path ProgramFolder{};  // where the program stands
+  int ScreenWidth = 0;                    // pixels; 0: not known
+  int ScreenHeight = 0;
 };
 
 /// Runs the stages of the start; afterwards the main window may open. Faults are told to the user,
 /// and the start goes on: a sounding can be looked at without any folder of the program's own.
+/// All settings are read; what was wrong with their files is in the notices.
 void StartUp(Program& program, const StartArguments& arguments);
+
+/// Loads the sounding that is marked for it; nothing changes when none is.
+Changes LoadAtStart(Program& program);
 
 }  // namespace vexa

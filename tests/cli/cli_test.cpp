@@ -6,9 +6,12 @@
 #include <sstream>
 
 #include "cli/commands.h"
+#include "config/settings_store.h"
 #include "core/files.h"
 #include "core/numbers.h"
 #include "core/raw_file.h"
+#include "program/program.h"
+#include "program/start_up.h"
 #include "support/soundings.h"
 
 namespace vexa::cli {
@@ -197,6 +200,64 @@ TEST_F(CommandLine, ConvertWritesANativeFileOfTheSameSounding) {
             levels(RunWords({"analyze", In("out.RAW"), "--format", "json"})));
   EXPECT_EQ(RunWords({"convert", In("missing"), "-o", In("out.RAW")}).Exit, kExitInputFailed);
   EXPECT_TRUE(fs::exists(folder_.Path() / "out.RAW")) << "a failed conversion takes nothing away";
+}
+
+// One snapshot of the settings feeds the window and the command line.
+TEST_F(CommandLine, PlotsWhatTheWindowDraws) {
+  const std::string file = Sounding("a.RAW");
+  const std::vector<std::vector<std::string>> sets = {
+      {},
+      {"Diagram type=tephigram", "Auto high-altitude emagram=false", "Temp grid units=F"},
+      {"Color scheme=color-safe dark", "Td lines None/Dash/Solid=Dash", "GPM units=FEET"},
+      {"CAPE temp base=virtual", "Wind speed units=M/S", "Height mode=AGL", "QNH=no",
+       "Line #3 Plot=true", "Line #3 Height=4000"},
+  };
+  SettingsStore kept;
+  kept.Active = kept.System.Current = Configuration::Second;
+  kept.System.Configurations[1].Name = "Night";
+  kept.Set.StabilityBars = true;
+  ASSERT_FALSE(SaveSettings(PathFromText(In("")), kept));
+  for (const std::vector<std::string>& set : sets) {
+    for (const bool withRoot : {false, true}) {
+      std::vector<std::string> words = {"plot", file, "-o", In("out.svg")};
+      if (withRoot) words.insert(words.end(), {"--root", In("")});
+      for (const std::string& assignment : set) words.insert(words.end(), {"--set", assignment});
+      const Ran ran = RunWords(words);
+      ASSERT_EQ(ran.Exit, 0) << ran.Err;
+      EXPECT_EQ(ran.Err, "");
+
+      SilentInteraction silent;
+      Program program;
+      program.Current.Ask = &silent;
+      if (withRoot) StartUp(program, {In(""), {}});
+      ASSERT_FALSE(SetOptions(program.Set, set));
+      ASSERT_TRUE(Refresh(program, OpenSoundings(program, {PathFromText(file)})));
+      const std::string drawn = ToSvg(program.Plot->Page, 1600, 1200);
+      EXPECT_EQ(ReadFile(PathFromText(In("out.svg"))).Value(), drawn);
+      EXPECT_EQ(drawn.find("VEXA Config #2: Night") != std::string::npos, withRoot);
+      EXPECT_EQ(drawn.find("stability bar") != std::string::npos, withRoot);
+    }
+  }
+}
+
+TEST_F(CommandLine, SettingsListsEveryOption) {
+  const Ran plain = RunWords({"settings"});
+  EXPECT_EQ(plain.Exit, 0);
+  EXPECT_EQ(plain.Out.substr(0, 37), "Current VEXA configuration settings\r\n");
+  EXPECT_NE(plain.Out.find("\r\nMB limit = 100\r\n"), std::string::npos);
+  SettingsStore kept;
+  kept.Set.MbLimit = 300;
+  ASSERT_FALSE(SaveSettings(PathFromText(In("")), kept));
+  EXPECT_EQ(RunWords({"settings", "--root", In(""), "-o", In("list.txt")}).Exit, 0);
+  const std::string listed = ReadFile(PathFromText(In("list.txt"))).Value();
+  EXPECT_NE(listed.find("\r\nMB limit = 300\r\n"), std::string::npos);
+
+  Write("VEXAMAIN.SYS", "header\r\n\"perhaps\"\r\n");
+  EXPECT_NE(RunWords({"settings", "--root", In("")}).Err.find("VEXAMAIN.SYS"), std::string::npos);
+  EXPECT_EQ(RunWords({"settings", "a.RAW"}).Exit, 2);
+  const Ran apart = RunWords({"settings", "--set", "Temp MIN=30"});
+  EXPECT_EQ(apart.Exit, 2);
+  EXPECT_NE(apart.Err.find("Temp MAX must lie"), std::string::npos) << apart.Err;
 }
 
 }  // namespace

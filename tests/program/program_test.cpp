@@ -178,5 +178,42 @@ TEST(MenuTree, IsATreeOfDistinctNames) {
   }
 }
 
+TEST_F(ProgramTest, TheFileDialogFollowsItsOptions) {
+  const fs::path data = folder.Path() / "data";
+  program.Where.Data = data;
+  program.Set.System.FilterIndexNum = 3;
+  SoundingRecord longer = test::ReferenceConvective();
+  longer.StationTitle = std::string(40, 'x');
+  user.Chosen = {TextFromPath(Saved("a.RAW", longer)),
+                 TextFromPath(Saved("c.RAW", test::ReferenceConvective())),
+                 TextFromPath(Saved("b.TXT", test::ReferenceConvective()))};
+  RunCommand(program, Command::Open);
+  EXPECT_EQ(user.Asked.Folder, TextFromPath(data));  // nothing was open
+  EXPECT_EQ(user.Asked.FilterIndex, 3);
+  const auto order = [this] {
+    std::string names;
+    for (const fs::path& path : program.Listed) names += TextFromPath(path.filename()) + ' ';
+    return names;
+  };
+  EXPECT_EQ(order(), "a.RAW b.TXT c.RAW ");
+  struct Case {
+    FileOrder by;
+    bool flip;
+    const char* order;
+  };
+  for (const Case& c : {Case{FileOrder::Type, false, "a.RAW c.RAW b.TXT "},
+                        Case{FileOrder::Size, false, "b.TXT c.RAW a.RAW "},
+                        Case{FileOrder::Name, true, "c.RAW b.TXT a.RAW "}}) {
+    program.Set.System.SortMode = c.by;
+    program.Set.System.SoftFlip = c.flip;
+    RunCommand(program, Command::Open);
+    EXPECT_EQ(order(), c.order);
+  }
+  EXPECT_EQ(user.Asked.Folder, TextFromPath(folder.Path()));
+  program.Set.AutoDirectoryUpdate = false;
+  RunCommand(program, Command::Open);
+  EXPECT_EQ(user.Asked.Folder, TextFromPath(data));
+}
+
 }  // namespace
 }  // namespace vexa

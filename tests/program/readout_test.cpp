@@ -25,7 +25,8 @@ TEST(ReadDiagram, InvertsTheMappingOfThePicture) {
 
     // The levels 700 hPa, 8.6 and -3.2 degrees, and 250 hPa without a dew point.
     const Readout low = ReadDiagram(program, mapping.ToPoint(10, 700));
-    EXPECT_EQ(low.Grid, "700 mb   10.0 C");
+    // 283.16 K * (1000 / 700) ^ 0.2856 = 313.525 K, by hand
+    EXPECT_EQ(low.Grid, "700 mb   10.0 C   PT 313.5 K");
     EXPECT_EQ(low.Sounding, "Temp:8.6  Td:-3.2");
     const Readout high = ReadDiagram(program, mapping.ToPoint(-53.9, 250));
     EXPECT_EQ(high.Sounding, "Temp:-53.9  Td:--");
@@ -38,7 +39,18 @@ TEST(ReadDiagram, InvertsTheMappingOfThePicture) {
     EXPECT_EQ(ReadDiagram(program, mapping.ToPoint(10, 700)).Grid, "");
     program.Set.CursorGrid = true;
     program.Set.CursorSounding = false;
-    EXPECT_EQ(ReadDiagram(program, mapping.ToPoint(10, 700)).Grid, "700 mb   50.0 F");
+    EXPECT_EQ(ReadDiagram(program, mapping.ToPoint(10, 700)).Grid, "700 mb   50.0 F   PT 313.5 K");
+    EXPECT_EQ(ReadDiagram(program, mapping.ToPoint(10, 700)).Sounding, "");
+
+    // The sounding's values are in the unit of the grid: 8.6 and -3.2 degrees.
+    program.Set.CursorSounding = true;
+    EXPECT_EQ(ReadDiagram(program, mapping.ToPoint(10, 700)).Sounding, "Temp:47.5  Td:26.2");
+    program.Set.CursorSounding = false;
+    program.Set.PtUnits = PotentialTempUnits::Celsius;
+    program.Set.Pressure = PressureUnits::InHg;  // of QNH alone
+    EXPECT_EQ(ReadDiagram(program, mapping.ToPoint(10, 700)).Grid, "700 mb   50.0 F   PT 40.4 C");
+    program.Set.CursorSounding = true;
+    program.Set.System.CursorData = false;
     EXPECT_EQ(ReadDiagram(program, mapping.ToPoint(10, 700)).Sounding, "");
   }
 }

@@ -41,5 +41,20 @@ TEST(StartUp, TellsOfAFolderThatCannotBeWritten) {
           "\nBe sure the Folder and Share Permissions are sufficient.");
 }
 
+TEST(StartUp, WarnsOfASmallScreen) {
+  const test::TemporaryFolder folder;
+  struct Case {
+    int width, height;
+    bool warns;
+  };
+  for (const Case& c : {Case{640, 480, true}, Case{800, 599, true}, Case{800, 600, false}}) {
+    test::ScriptedInteraction user;
+    if (c.warns) user.Expect("Inadequate Screen Resolution", Answer::Ok);
+    Program program;
+    program.Current.Ask = &user;
+    StartUp(program, {TextFromPath(folder.Path()), {}, c.width, c.height});
+  }
+}
+
 }  // namespace
 }  // namespace vexa

@@ -1,0 +1,106 @@
+#include "app/option_page.h"
+
+#include <cctype>
+#include <QFormLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QVBoxLayout>
+#include <utility>
+
+namespace vexa {
+namespace {
+
+// Letters of the form's own buttons.
+constexpr char kApplyLetter = 'a';
+constexpr char kDefaultsLetter = 'd';
+
+}  // namespace
+
+OptionPage::OptionPage(std::vector<OptionField> fields, PageEvents events, QWidget* parent)
+    : QScrollArea(parent),
+      fields_(std::move(fields)),
+      events_(std::move(events)),
+      letters_{kApplyLetter, kDefaultsLetter} {
+  setWidgetResizable(true);
+  setFrameShape(QFrame::NoFrame);
+  auto* content = new QWidget(this);
+  auto* whole = new QVBoxLayout(content);
+  QFormLayout* column = nullptr;
+  const std::string* box = nullptr;
+  for (const OptionField& field : fields_) {
+    if (box == nullptr || *box != field.Box) {
+      box = &field.Box;
+      QWidget* in = content;
+      if (!box->empty()) in = new QGroupBox(ToQString(*box), content);
+      column = box->empty() ? new QFormLayout() : new QFormLayout(in);
+      if (box->empty()) {
+        whole->addLayout(column);
+      } else {
+        whole->addWidget(in);
+      }
+    }
+    AddField(field, *column);
+  }
+  whole->addStretch(1);
+  setWidget(content);
+  ShowValues();
+}
+
+void OptionPage::AddField(const OptionField& field, QFormLayout& column) {
+  const std::size_t index = controls_.size();
+  const RowInfo& row = *field.Row;
+  const auto refuse = [this, index] {
+    const RowInfo& refused = *fields_[index].Row;
+    events_.Refused(ToQString(std::string(refused.Caption) + " takes " + Accepts(refused) +
+                              (refused.Unit.empty() ? "" : " " + std::string(refused.Unit)) + "."),
+                    controls_[index].Widget);
+  };
+  const auto enter = [this, index, refuse](const std::string& text) {
+    const bool taken = fields_[index].Read(text);
+    if (taken) {
+      events_.Changed();
+    } else {
+      refuse();
+    }
+    ShowValues();
+  };
+  controls_.push_back(MakeOptionControl(row, {enter, refuse, events_.Swatch}, widget()));
+  OptionControl& control = controls_.back();
+  const QString caption = Lettered(row.Caption);
+  if (control.ShowsCaption) {
+    control.Name(caption);
+    column.addRow(control.Widget);
+    return;
+  }
+  auto* label = new QLabel(caption);
+  label->setToolTip(ToQString(row.Hint));
+  label->setBuddy(control.Widget);
+  column.addRow(label, control.Widget);
+}
+
+QString OptionPage::Lettered(std::string_view caption) {
+  std::string text;
+  bool isMarked = false;
+  for (const char c : caption) {
+    const char letter = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    if (!isMarked && std::isalnum(static_cast<unsigned char>(c)) != 0 &&
+        letters_.insert(letter).second) {
+      text += '&';
+      isMarked = true;
+    }
+    text += c;
+    if (c == '&') text += c;
+  }
+  return ToQString(text);
+}
+
+void OptionPage::ShowValues() {
+  for (std::size_t i = 0; i < controls_.size(); ++i) controls_[i].Show(fields_[i].Write());
+}
+
+void OptionPage::RestoreDefaults() {
+  for (const OptionField& field : fields_) field.Restore();
+  ShowValues();
+}
+
+}  // namespace vexa

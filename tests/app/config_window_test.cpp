@@ -1,0 +1,276 @@
+// The option forms, driven as users drive them.
+#include "app/config_window.h"
+
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QDoubleSpinBox>
+#include <QElapsedTimer>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTabWidget>
+#include <QToolButton>
+#include <set>
+#include <string>
+
+#include "app/diagram_view.h"
+#include "app/sounding_window.h"
+#include "config/catalogue.h"
+#include "core/files.h"
+#include "core/raw_file.h"
+#include "program/start_up.h"
+#include "support/soundings.h"
+
+namespace vexa {
+namespace {
+
+class FormTest : public testing::Test {
+ protected:
+  FormTest() {
+    program.Current.Ask = &interaction;
+    StartUp(program, {TextFromPath(folder.Path()), {}});
+    const std::filesystem::path path = folder.Path() / "a.RAW";
+    EXPECT_FALSE(SaveFile(path, WriteRaw(test::ReferenceConvective())));
+    window.resize(800, 600);
+    window.show();
+    window.OpenFiles({path});
+  }
+
+  ConfigWindow& Open(const char* entry) {
+    window.findChild<QAction*>(entry)->trigger();
+    for (const FormRow& row : OptionForms()) {
+      if (auto* found = window.findChild<ConfigWindow*>(QString::fromUtf8(row.Name.data()))) {
+        form = found;
+      }
+    }
+    QApplication::processEvents();
+    return *form;
+  }
+  template <class Control>
+  Control& At(const char* key) {
+    auto* control = form->findChild<Control*>(key);
+    EXPECT_NE(control, nullptr) << key;
+    return *control;
+  }
+  void Press(QDialogButtonBox::StandardButton button) {
+    form->findChild<QDialogButtonBox*>()->button(button)->click();
+    Settle();
+  }
+  static void Type(QWidget& into, const std::string& text) {
+    auto* line = qobject_cast<QLineEdit*>(&into);
+    if (line == nullptr) line = into.findChild<QLineEdit*>();
+    line->setFocus();
+    line->selectAll();
+    for (const char c : text) {
+      QKeyEvent key(QEvent::KeyPress, 0, Qt::NoModifier, QString(QLatin1Char(c)));
+      QApplication::sendEvent(line, &key);
+    }
+    QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+    QApplication::sendEvent(&into, &enter);
+  }
+  // Until the preview has been drawn.
+  static void Settle() {
+    QElapsedTimer time;
+    time.start();
+    while (time.elapsed() < 150) QApplication::processEvents(QEventLoop::AllEvents, 20);
+  }
+  std::string Drawn() const { return ToSvg(program.Plot->Page, 1600, 1200); }
+  std::string Message() const {
+    return form->findChild<QLabel*>("FormMessage")->text().toStdString();
+  }
+  std::string File(const char* name) const {
+    const Outcome<std::string> bytes = ReadFile(folder.Path() / name);
+    return bytes ? bytes.Value() : std::string();
+  }
+
+  test::TemporaryFolder folder;
+  Program program;
+  WindowInteraction interaction{program.Gate, WindowInteraction::Attendance::Unattended};
+  SoundingWindow window{program, interaction};
+  ConfigWindow* form = nullptr;
+};
+
+TEST_F(FormTest, EveryOptionHasOneControlAndItsLetterIsItsOwn) {
+  std::multiset<std::string> shown;
+  for (const char* entry : {"mnuDiag", "mnuProgram", "mnuSystem"}) {
+    Open(entry);
+    for (const OptionRow& row : Catalogue()) {
+      const auto found = form->findChildren<QWidget*>(
+          QString::fromUtf8(row.Key.data(), static_cast<qsizetype>(row.Key.size())));
+      for (const QWidget* control : found) {
+        shown.insert(std::string(row.Key));
+        EXPECT_FALSE(control->toolTip().isEmpty()) << row.Key;
+      }
+    }
+    for (const OptionPage* page : form->findChildren<OptionPage*>()) {
+      std::multiset<QChar> letters;
+      const auto note = [&letters](const QString& text) {
+        QString plain = text;
+        plain.replace("&&", "");
+        const qsizetype mark = plain.indexOf('&');
+        if (mark >= 0) letters.insert(plain[mark + 1].toLower());
+      };
+      for (const QLabel* label : page->findChildren<QLabel*>()) {
+        note(label->text());
+        EXPECT_NE(label->buddy(), nullptr) << label->text().toStdString();
+      }
+      for (const QCheckBox* box : page->findChildren<QCheckBox*>()) note(box->text());
+      for (const QChar letter : letters) {
+        EXPECT_EQ(letters.count(letter), 1u) << letter.toLatin1();
+      }
+      EXPECT_EQ(letters.count('a') + letters.count('d'), 0u);
+      EXPECT_GE(letters.size(), 1u);
+    }
+    EXPECT_LE(form->width(), 800);
+    EXPECT_LE(form->height(), 600);
+    Press(QDialogButtonBox::Cancel);
+    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  }
+  for (const OptionRow& row : Catalogue()) {
+    EXPECT_EQ(shown.count(std::string(row.Key)), 1u) << row.Key;
+  }
+}
+
+TEST_F(FormTest, ControlsOfEveryKindChangeThePreview) {
+  Open("mnuDiag");
+  struct Case {
+    const char* key;
+    std::function<void()> act;
+    const char* value;
+  };
+  const Case cases[] = {
+      {"Surface line", [this] { At<QCheckBox>("Surface line").click(); }, "false"},
+      {"Diagram type", [this] { At<QRadioButton>("Diagram type=emagram").click(); }, "emagram"},
+      {"Temp grid interval",
+       [this] {
+         auto& list = At<QComboBox>("Temp grid interval");
+         list.setFocus();
+         QKeyEvent up(QEvent::KeyPress, Qt::Key_Up, Qt::NoModifier);
+         QApplication::sendEvent(&list, &up);
+       },
+       "5"},
+      {"Td color", [this] { At<QToolButton>("Td color").menu()->actions().at(2)->trigger(); }, "2"},
+      {"Temp MIN", [this] { Type(At<QWidget>("Temp MIN"), "-52.5"); }, "-52.5"},
+      {"Temp grid scaling", [this] { At<QRadioButton>("Temp grid scaling=MANUAL").click(); },
+       "MANUAL"},
+      {"Line #2 Height", [this] { Type(At<QWidget>("Line #2 Height"), "3000"); }, "3000"},
+      {"Line #2 Plot", [this] { At<QCheckBox>("Line #2 Plot").click(); }, "true"},
+  };
+  const std::set<std::string> invisible = {"Temp MIN", "Line #2 Height"};  // until switched on
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.key);
+    const std::string before = Drawn();
+    c.act();
+    Settle();
+    EXPECT_EQ(FindOption(c.key)->Write(program.Set), c.value);
+    EXPECT_EQ(Drawn() == before, invisible.contains(c.key));
+  }
+}
+
+TEST_F(FormTest, RefusesWhatIsOutOfRangeAndNamesTheRange) {
+  Open("mnuProgram");
+  Type(At<QWidget>("Search depth"), "9000");
+  EXPECT_EQ(Message(), "Search depth takes 50 to 500 hPa.");
+  EXPECT_EQ(At<QDoubleSpinBox>("Search depth").value(), 300);
+  Settle();
+  EXPECT_EQ(program.Set.SearchDepth, 300);
+  Type(At<QWidget>("Search depth"), "120.5");
+  Settle();
+  EXPECT_EQ(program.Set.SearchDepth, 120.5);
+
+  // Each is within its range, but they do not go together.
+  Type(At<QWidget>("Shear SR Layer Bot"), "8");
+  EXPECT_EQ(Message(), "Shear SR Layer Bot must lie below Shear SR Layer Top.");
+  auto* ok = form->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok);
+  EXPECT_FALSE(ok->isEnabled());
+  Settle();
+  EXPECT_EQ(program.Set.ShearLayerBottomKm, 0);
+  Type(At<QWidget>("Shear SR Layer Top"), "9");
+  EXPECT_TRUE(ok->isEnabled());
+
+  // What follows from a change is shown at once.
+  Type(At<QWidget>("CAPE depth xKm depth"), "2");
+  EXPECT_EQ(At<QDoubleSpinBox>("EHI depth").value(), 2);
+  Press(QDialogButtonBox::Cancel);
+
+  Open("mnuSystem");
+  Type(At<QWidget>("SoarTm"), "hot");
+  EXPECT_EQ(Message(),
+            "Surface temperature of the day takes -90 to 70 \xC2\xB0"
+            "C.");
+  EXPECT_EQ(At<QLineEdit>("SoarTm").text(), "");
+}
+
+TEST_F(FormTest, CancelTakesEverythingBackAndOkKeepsIt) {
+  const std::string before = Drawn();
+  const Options options = program.Set;
+  Open("mnuDiag");
+  At<QCheckBox>("Freeze line").click();
+  Press(QDialogButtonBox::Apply);
+  EXPECT_NE(File("VEXAMAIN.SYS"), "");
+  At<QRadioButton>("Diagram type=tephigram").click();
+  Settle();
+  EXPECT_NE(Drawn(), before);
+  QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+  QApplication::sendEvent(form, &escape);
+  Settle();
+  EXPECT_EQ(Drawn(), before);
+  EXPECT_EQ(program.Set, options);
+  Program next;
+  StartUp(next, {TextFromPath(folder.Path()), {}});
+  EXPECT_EQ(next.Set, options);
+
+  Open("mnuDiag");
+  At<QRadioButton>("Diagram type=emagram").click();
+  Press(QDialogButtonBox::Ok);  // before the preview was drawn
+  EXPECT_EQ(program.Plot->Mapping.Type(), DiagramType::Emagram);
+  EXPECT_TRUE(window.findChild<QAction*>("mnuEmagram")->isChecked());
+  StartUp(next, {TextFromPath(folder.Path()), {}});
+  EXPECT_EQ(next.Set.Diagram, DiagramType::Emagram);
+}
+
+TEST_F(FormTest, DefaultsComeBackTabByTab) {
+  program.Set.FreezeLine = false;
+  program.Set.MbLimit = 300;
+  Open("mnuDiag");
+  form->findChild<QTabWidget*>()->setCurrentIndex(1);
+  At<QPushButton>("RestoreDefaults").click();
+  Settle();
+  EXPECT_EQ(program.Set.MbLimit, 100);
+  EXPECT_EQ(At<QComboBox>("MB limit").currentText(), "100 hPa");
+  EXPECT_FALSE(program.Set.FreezeLine);
+}
+
+TEST_F(FormTest, ConfigurationsAreNamedInTheFormAndSwitchedInTheMenu) {
+  Open("mnuProgram");
+  Type(At<QWidget>("name of configuration 1"), "Winter");
+  Press(QDialogButtonBox::Ok);
+  auto* first = window.findChild<QAction*>("mnuConfiguration1");
+  EXPECT_EQ(first->text(), "#&1: Winter");
+  first->trigger();
+  EXPECT_TRUE(first->isChecked());
+  EXPECT_NE(Drawn().find("VEXA Config #1: Winter"), std::string::npos);
+  EXPECT_NE(File("VEXA.SYS").find("\"1\",\"true\",\"true\"\r\n\"Winter\""), std::string::npos);
+}
+
+TEST_F(FormTest, ClosingRemembersTheWindow) {
+  window.resize(900, 640);
+  QApplication::processEvents();
+  window.close();
+  Program next;
+  StartUp(next, {TextFromPath(folder.Path()), {}});
+  EXPECT_EQ(next.Settings.Window.Width, 900);
+  EXPECT_EQ(next.Settings.Window.Height, 640);
+  EXPECT_EQ(next.Settings.Window.RecentFiles[0], TextFromPath(folder.Path() / "a.RAW"));
+}
+
+}  // namespace
+}  // namespace vexa

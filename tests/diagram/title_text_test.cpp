@@ -1,0 +1,40 @@
+#include "diagram/title_text.h"
+
+#include <gtest/gtest.h>
+
+namespace vexa::diagram {
+namespace {
+
+TEST(TitleText, ShowsMonthAndYearInsteadOfTheDate) {
+  struct Case {
+    const char* about;
+    const char* title;
+    ObservationTime time;
+    const char* shown;
+  };
+  const Case cases[] = {
+      {"a caption of ours",
+       "72357 - OUN - Norman  00Z 04 MAY 1999",
+       {},
+       "72357 - OUN - Norman  MAY 1999"},
+      {"with minutes", "Norman  2330Z 3 May 1999", {}, "Norman  May 1999"},
+      {"the date alone", "12Z 05 MAR 2024", {}, "MAR 2024"},
+      {"no date in the title", "Norman, mean", {1999, 5, 4, 0, 0}, "Norman, mean  MAY 1999"},
+      {"no date at all", "Flight 12 MAR 2024", {}, "Flight 12 MAR 2024"},
+      {"nothing", "", {}, ""},
+  };
+  Options options;
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.about);
+    SoundingRecord record;
+    record.StationTitle = c.title;
+    record.Time = c.time;
+    options.MonthYear = false;
+    EXPECT_EQ(TitleText(record, options), c.title);
+    options.MonthYear = true;
+    EXPECT_EQ(TitleText(record, options), c.shown);
+  }
+}
+
+}  // namespace
+}  // namespace vexa::diagram

@@ -1,0 +1,97 @@
+// No option of the diagram is dead: changing it changes the drawing, the readout or the warning.
+#include <gtest/gtest.h>
+
+#include <set>
+#include <string>
+#include <vector>
+
+#include "config/catalogue.h"
+#include "core/numbers.h"
+#include "program/program.h"
+#include "program/readout.h"
+#include "support/soundings.h"
+
+namespace vexa {
+namespace {
+
+// Everything that users see of a sounding under some options.
+std::string Seen(const SoundingRecord& sounding, const Options& set) {
+  SilentInteraction silent;
+  Program program;
+  program.Current.Ask = &silent;
+  program.Current.Record = sounding;
+  program.Current.FileName = "a.RAW";
+  program.Set = set;
+  if (!Refresh(program, {.Sounding = true})) return "";
+  const Readout readout = ReadDiagram(program, program.Plot->Mapping.ToPoint(10, 700));
+  return ToSvg(program.Plot->Page, 1600, 1200) + readout.Grid + readout.Sounding +
+         program.Plot->Warning + SoundingBanner(program);
+}
+
+std::vector<std::string> ValuesOf(const OptionRow& row) {
+  std::vector<std::string> values;
+  for (const std::string_view word : row.Words) values.emplace_back(word);
+  for (const double number : row.Numbers) values.push_back(Shortest(number));
+  if (!values.empty()) return values;
+  const double middle = static_cast<double>(static_cast<int>((row.Least + row.Most) / 2));
+  return {Shortest(row.Least), Shortest(middle), Shortest(middle + 1), Shortest(row.Most)};
+}
+
+TEST(Options, NoneOfTheDiagramIsWithoutEffect) {
+  // Read elsewhere: by the file dialog, the hodograph and the pages of the analysis box.
+  const std::set<std::string_view> elsewhere = {
+      "Auto directory update", "Plot Hodo",       "Plot SM Vector", "Hodo location",
+      "Hodo Grid origin",      "Hodo depth mode", "Depth limit",    "Custom panel",
+      "Thermo display type",   "ThermoNum"};
+  SoundingRecord sounding = test::ReferenceConvective();
+  sounding.StationTitle = "Norman  00Z 04 MAY 1999";
+  SoundingRecord high = sounding;  // reaches above the tephigram's top
+  high.AddTemp(60, -60, 999.9);
+  high.AddTemp(20, -55, 999.9);
+
+  Options manual;
+  manual.AutoMbSelect = manual.AutoHighEmagram = false;
+  manual.MbLimit = 200;
+  manual.TempScaling = Scaling::Manual;
+  manual.IcaoLine = true;
+  manual.TraceCircles = true;
+  for (ReferenceLine* line : {&manual.DryRef, &manual.SatRef, &manual.MixRef}) line->Plot = true;
+  manual.DryRef.Value = 310;
+  for (CustomLine& line : manual.CustomLines) line.Plot = true;
+  Options heights = manual;
+  heights.YGridUnits = GridUnits::Kilometers;
+  heights.YGridInterval = 1;
+  heights.Diagram = DiagramType::Emagram;
+  Options stretched;
+  stretched.Above100mb = true;
+  stretched.Diagram = DiagramType::Tephigram;
+  stretched.AutoHighEmagram = false;
+  stretched.Pressure = PressureUnits::InHg;
+  struct Scene {
+    const SoundingRecord& Sounding;
+    const Options& Set;
+  };
+  const Scene scenes[] = {
+      {sounding, Options{}}, {sounding, manual}, {high, stretched}, {sounding, heights}};
+  std::vector<std::string> plain;
+  for (const Scene& scene : scenes) plain.push_back(Seen(scene.Sounding, scene.Set));
+
+  for (const OptionRow& row : Catalogue()) {
+    const bool ofDiagram = row.Place.starts_with("Diagram") || row.Place == "Program/Tab 1";
+    if (!ofDiagram || elsewhere.contains(row.Key) || row.Key.find("x-section") != row.Key.npos) {
+      continue;
+    }
+    bool lives = false;
+    for (std::size_t i = 0; i < std::size(scenes) && !lives; ++i) {
+      for (const std::string& value : ValuesOf(row)) {
+        Options set = scenes[i].Set;
+        if (!row.Read(set, value) || set == scenes[i].Set) continue;
+        lives = lives || Seen(scenes[i].Sounding, set) != plain[i];
+      }
+    }
+    EXPECT_TRUE(lives) << row.Key;
+  }
+}
+
+}  // namespace
+}  // namespace vexa

@@ -1,0 +1,162 @@
+#include "program/settings_commands.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "core/files.h"
+#include "core/raw_file.h"
+#include "program/menu.h"
+#include "program/start_up.h"
+#include "support/soundings.h"
+
+namespace vexa {
+namespace {
+
+namespace fs = std::filesystem;
+
+class SettingsTest : public testing::Test {
+ protected:
+  // A program as it starts in the test's folder.
+  void Start(Program& program) {
+    program.Current.Ask = &user;
+    StartUp(program, {TextFromPath(folder.Path()), {}});
+  }
+  std::string Read(const char* name) {
+    const Outcome<std::string> bytes = ReadFile(folder.Path() / name);
+    return bytes ? bytes.Value() : std::string();
+  }
+  fs::path Saved(const std::string& name) {
+    const fs::path path = folder.Path() / name;
+    EXPECT_FALSE(SaveFile(path, WriteRaw(test::ReferenceConvective())));
+    return path;
+  }
+
+  test::TemporaryFolder folder;
+  test::ScriptedInteraction user;
+};
+
+TEST_F(SettingsTest, WhatIsAcceptedIsThereAtTheNextStart) {
+  Program program;
+  Start(program);
+  EXPECT_TRUE(program.Notices.empty());
+  EXPECT_TRUE(KeepSettings(program));
+  EXPECT_EQ(Read("VEXAMAIN.SYS"), "");  // nothing has changed
+  SettingsDraft draft = CurrentSettings(program);
+  draft.Set.Diagram = DiagramType::Tephigram;
+  draft.Set.System.DataFolder = "my data\\";
+  const auto changes = AdoptSettings(program, draft);
+  ASSERT_TRUE(changes);
+  EXPECT_TRUE(changes->Options);
+  EXPECT_EQ(program.Where.Data, program.Where.Root / "my data" / "");
+  EXPECT_TRUE(KeepSettings(program));
+  EXPECT_EQ(Read("VEXA56+.HOD"), "");  // only the file that changed
+
+  Program next;
+  Start(next);
+  EXPECT_EQ(next.Settings, program.Settings);
+  EXPECT_EQ(next.Where.Data, program.Where.Data);
+}
+
+TEST_F(SettingsTest, DamagedFilesAreToldOfAndKeptAside) {
+  ASSERT_FALSE(SaveFile(folder.Path() / "VEXAMAIN.SYS", "header\r\n\"maybe\",\"yes\",\"no\"\r\n"));
+  Program program;
+  Start(program);
+  const std::string told = TakeNotices(program);
+  EXPECT_NE(told.find("VEXAMAIN.SYS"), std::string::npos) << told;
+  EXPECT_EQ(TakeNotices(program), "");
+  program.Set.Above100mb = true;
+  EXPECT_TRUE(KeepSettings(program));
+  EXPECT_NE(Read("VEXAMAIN.SYS.bak").find("maybe"), std::string::npos);
+}
+
+TEST_F(SettingsTest, WhatCannotBeWrittenStaysInForce) {
+  Program program;
+  Start(program);
+  // A folder in the file's place refuses writing for every user.
+  fs::create_directory(folder.Path() / "VEXAMAIN.SYS");
+  program.Set.MbLimit = 300;
+  user.Expect("VEXA", Answer::Ok);
+  EXPECT_FALSE(KeepSettings(program));
+  EXPECT_NE(user.Boxes.back().Text.find("VEXAMAIN.SYS"), std::string::npos);
+  EXPECT_EQ(program.Set.MbLimit, 300);
+  fs::remove(folder.Path() / "VEXAMAIN.SYS");
+  EXPECT_TRUE(KeepSettings(program));  // still owed
+  EXPECT_NE(Read("VEXAMAIN.SYS").find("300"), std::string::npos);
+}
+
+TEST_F(SettingsTest, NothingChangesWhileACommandDraws) {
+  Program program;
+  SettingsDraft draft;
+  draft.Set.MbLimit = 300;
+  const auto pass = program.Gate.Enter();
+  EXPECT_FALSE(AdoptSettings(program, draft));
+  EXPECT_EQ(program.Set.MbLimit, 100);
+}
+
+TEST_F(SettingsTest, ConfigurationsHaveOptionsOfTheirOwnAndACaption) {
+  Program program;
+  Start(program);
+  program.Settings.System.Configurations[0].Name = "Gliding & more";
+  program.Set.MbLimit = 500;
+  Refresh(program, RunCommand(program, Command::ConfigurationFirst));
+  EXPECT_EQ(program.Set.MbLimit, 100);
+  const auto caption = [&program]() -> std::string {
+    for (const Item& item : program.Plot->Page.Items()) {
+      const auto* label = std::get_if<Label>(&item.Shape);
+      if (item.Tag == "configuration" && label != nullptr) {
+        EXPECT_EQ(label->At, (Point{4690, 50}));
+        return label->Text;
+      }
+    }
+    return "";
+  };
+  EXPECT_EQ(caption(), "VEXA Config #1: Gliding & more");
+  for (const MenuRow& row : MenuTree()) {
+    if (row.Name == "mnuConfiguration1") {
+      EXPECT_TRUE(row.IsChecked(program));
+      EXPECT_EQ(row.Shows(program), "#&1: Gliding && more");
+    }
+  }
+  SettingsDraft draft = CurrentSettings(program);
+  draft.System.CaptionOnDiagram = false;
+  Refresh(program, *AdoptSettings(program, draft));
+  EXPECT_EQ(caption(), "");
+  RunCommand(program, Command::ConfigurationNone);
+  EXPECT_EQ(program.Set.MbLimit, 500);
+}
+
+TEST_F(SettingsTest, WritesTheReport) {
+  Program program;
+  Start(program);
+  program.Resolution = "1280x1024";
+  RunCommand(program, Command::SettingsReport);
+  const std::string report = Read("VEXA.SET");
+  EXPECT_EQ(report.substr(0, 36), "Current VEXA configuration settings\r");
+  EXPECT_NE(report.find("\r\nResolution = 1280x1024\r\n"), std::string::npos);
+  EXPECT_NE(TakeNotices(program).find("VEXA.SET"), std::string::npos);
+}
+
+TEST_F(SettingsTest, RemembersFilesAndLoadsTheMarkedOneAtStart) {
+  Program program;
+  Start(program);
+  for (const char* name : {"a.RAW", "b.RAW", "a.RAW"}) OpenSoundings(program, {Saved(name)});
+  const auto& recent = program.Settings.Window.RecentFiles;
+  EXPECT_EQ(recent[0], TextFromPath(folder.Path() / "a.RAW"));
+  EXPECT_EQ(recent[1], TextFromPath(folder.Path() / "b.RAW"));
+  EXPECT_EQ(recent[2], "");
+  RunCommand(program, Command::AutoLoad);
+  RunCommand(program, Command::Recent2);
+  EXPECT_EQ(program.Current.FileName, "b.RAW");
+  EXPECT_TRUE(KeepSettings(program));
+
+  Program next;
+  Start(next);
+  EXPECT_TRUE(LoadAtStart(next).Sounding);
+  EXPECT_EQ(next.Current.FileName, "a.RAW");
+  RunCommand(next, Command::AutoLoad);  // takes the mark away
+  EXPECT_FALSE(LoadAtStart(next).Any());
+}
+
+}  // namespace
+}  // namespace vexa
