@@ -14,6 +14,7 @@
 #include "core/current_sounding.h"
 #include "core/folders.h"
 #include "core/sounding_record.h"
+#include "core/station_list.h"
 #include "diagram/sounding_plot.h"
 #include "program/command_gate.h"
 
@@ -44,6 +45,7 @@ struct Program {
   analysis::AnalysisResults Results{};   // of Current.Record under Set
   std::vector<SoundingRecord> Others{};  // overlay and comparison
   Folders Where{};
+  StationList Stations{};  // of the root folder, for soundings that give a number only
 
   std::vector<std::filesystem::path> Listed{};  // chosen together, for stepping
   std::size_t ListedNow = 0;                    // index of the current one

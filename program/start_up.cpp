@@ -10,6 +10,7 @@
 #include "core/error_report.h"
 #include "core/files.h"
 #include "core/platform.h"
+#include "core/station_file.h"
 
 namespace vexa {
 namespace {
@@ -21,6 +22,18 @@ void FindFolders(Program& program, const StartArguments& arguments) {
   if (const std::optional<Fault> fault = CreateFolders(program.Where)) {
     ErrorReport(program.Current, *fault);
   }
+}
+
+// Without a list of its own and without a shipped one the program works, and says of each sounding
+// that its station is not known.
+void ReadStationList(Program& program, const StartArguments& arguments) {
+  const std::optional<Fault> fault =
+      EnsureShipped(program.Where.Root, arguments.ProgramFolder, kStationFileName);
+  if (fault) ErrorReport(program.Current, *fault);
+  std::error_code ignored;
+  if (!std::filesystem::exists(program.Where.Root / kStationFileName, ignored)) return;
+  if (LoadStations(program.Current, program.Where.Root, program.Stations) != Status::Ok) return;
+  ConvertStationFile(program.Current, program.Where.Root, program.Stations);
 }
 
 void ClearSounding(Program& program, const StartArguments&) {
@@ -50,7 +63,7 @@ void CheckFolders(Program& program, const StartArguments&) {
 }
 
 using Stage = void (*)(Program&, const StartArguments&);
-constexpr Stage kStages[] = {FindFolders, ClearSounding, CheckFolders};
+constexpr Stage kStages[] = {FindFolders, ReadStationList, ClearSounding, CheckFolders};
 
 // "AA" for the first stage, "BB" for the second: recorded while it runs, for the error reporter.
 std::string StageMark(std::size_t number) {
