@@ -6,15 +6,18 @@
 #include "cli/commands.h"
 #include "core/error_report.h"
 #include "core/files.h"
+#include "core/folders.h"
 #include "core/numbers.h"
+#include "core/platform.h"
 #include "core/source_text.h"
+#include "core/station_file.h"
 #include "ingest/decoder.h"
 
 namespace vexa::cli {
 namespace {
 
-const Command* const kCommands[] = {&kPlotCommand, &kAnalyzeCommand, &kConvertCommand,
-                                    &kSettingsCommand};
+const Command* const kCommands[] = {&kPlotCommand,     &kAnalyzeCommand, &kConvertCommand,
+                                    &kSettingsCommand, &kCheckCommand,   &kFetchCommand};
 
 constexpr std::string_view kProgram = "vexa-cli";
 
@@ -49,15 +52,21 @@ bool Asks(std::span<const std::string> words, std::string_view longName,
 
 }  // namespace
 
+const StationList& Stations() {
+  static const StationList list =
+      KnownStations(ResolveRoot(std::nullopt, ProgramFolder()), ProgramFolder());
+  return list;
+}
+
 Outcome<AnalysedSounding> LoadAndAnalyse(const std::string& file, const Options& options) {
-  Outcome<std::string> bytes = ReadFile(PathFromText(file));
-  if (!bytes) return bytes.Error();
   AnalysedSounding sounding;
   sounding.File = file;
   SilentInteraction quiet;
-  ingest::LoadContext context{.Ask = &quiet};
-  const SourceText source(TextFromPath(PathFromText(file).filename()), std::move(bytes.Value()));
-  if (std::optional<Fault> fault = ingest::DecodeSounding(source, context, sounding.Record)) {
+  ingest::LoadContext context{.Ask = &quiet, .Stations = &Stations()};
+  const Outcome<SourceText> source = ingest::ReadSource(PathFromText(file), context.Notes);
+  if (!source) return source.Error();
+  if (std::optional<Fault> fault =
+          ingest::DecodeSounding(source.Value(), context, sounding.Record)) {
     return *fault;
   }
   sounding.Notes = std::move(context.Notes);
@@ -105,8 +114,9 @@ int RunCommandLine(std::span<const std::string> words, Console& console) {
   }
   const Outcome<Arguments> arguments = ParseArguments(words.subspan(1), (*command)->Options);
   if (!arguments) return UsageError(console, **command, arguments.Error().Detail);
-  if ((*command)->NeedsFiles && arguments.Value().Files.empty())
+  if (arguments.Value().Files.empty() && (*command)->NeedsFiles) {
     return UsageError(console, **command, "no FILE is given");
+  }
   return (*command)->Run(arguments.Value(), console);
 }
 

@@ -9,6 +9,7 @@
 #include "cli/report.h"
 #include "config/options.h"
 #include "core/fault.h"
+#include "core/station_list.h"
 #include "program/command_line.h"
 
 namespace vexa::cli {
@@ -26,6 +27,11 @@ extern const Command kPlotCommand;
 extern const Command kAnalyzeCommand;
 extern const Command kConvertCommand;
 extern const Command kSettingsCommand;
+extern const Command kCheckCommand;
+extern const Command kFetchCommand;
+
+/// The station list of the program root, else the shipped one; read once.
+const StationList& Stations();
 
 /// Reads, orders and analyses one file; the fault's detail names file and reason.
 Outcome<AnalysedSounding> LoadAndAnalyse(const std::string& file, const Options& options);

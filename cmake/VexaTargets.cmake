@@ -8,6 +8,15 @@ if(VEXA_SANITIZE)
   add_link_options(-fsanitize=address,undefined)
 endif()
 
+if(VEXA_FUZZ)
+  if(NOT CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+    message(FATAL_ERROR "VEXA_FUZZ needs clang")
+  endif()
+  add_compile_options(-fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=undefined
+                      -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+endif()
+
 function(_vexa_common target)
   target_compile_features(${target} PUBLIC cxx_std_20)
   if(MSVC)

@@ -23,6 +23,34 @@ fs::path ResolveRoot(const std::optional<std::string>& rootArgument,
   return UserDataFolder() / "vexa";
 }
 
+fs::path ShippedFile(const fs::path& programFolder, std::string_view name) {
+  if (programFolder.empty()) return {};
+  const fs::path file = PathFromText(name);
+  std::error_code ignored;
+  const auto isThere = [&](const fs::path& path) { return fs::is_regular_file(path, ignored); };
+  if (const fs::path beside = programFolder / file; isThere(beside)) return beside;
+  const fs::path installed = programFolder.parent_path() / "share" / "vexa" / file;
+  if (isThere(installed)) return installed;
+  constexpr int kMostLevels = 4;  // build/PRESET/app below the source tree, and one more
+  fs::path folder = programFolder;
+  for (int level = 0; level < kMostLevels; ++level, folder = folder.parent_path()) {
+    if (const fs::path built = folder / "share" / file; isThere(built)) return built;
+  }
+  return {};
+}
+
+std::optional<Fault> EnsureShipped(const fs::path& root, const fs::path& programFolder,
+                                   std::string_view name) {
+  const fs::path target = root / PathFromText(name);
+  std::error_code ignored;
+  if (fs::exists(target, ignored)) return std::nullopt;
+  const fs::path shipped = ShippedFile(programFolder, name);
+  if (shipped.empty()) return std::nullopt;
+  const Outcome<std::string> bytes = ReadFile(shipped);
+  if (!bytes) return bytes.Error();
+  return SaveFile(target, bytes.Value());
+}
+
 Folders FoldersBelow(const fs::path& root) {
   return Folders{root, root / "vexadata", root / "crosdata", root / "ExportData",
                  root / "ForecastData"};

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "core/fault.h"
 
@@ -22,6 +23,17 @@ struct Folders {
 /// folder when a file vexa.portable stands in it; the user's data folder joined with "vexa".
 std::filesystem::path ResolveRoot(const std::optional<std::string>& rootArgument,
                                   const std::filesystem::path& programFolder);
+
+/// A file that comes with the program: beside it, in ../share/vexa, or in the folder share of a
+/// source tree that the program was built in. Empty when there is none.
+std::filesystem::path ShippedFile(const std::filesystem::path& programFolder,
+                                  std::string_view name);
+
+/// Copies a shipped file to the root unless one of its name is there already, so that the user may
+/// change it. Without a shipped file nothing happens.
+[[nodiscard]] std::optional<Fault> EnsureShipped(const std::filesystem::path& root,
+                                                 const std::filesystem::path& programFolder,
+                                                 std::string_view name);
 
 /// The folders below a root; nothing is created.
 Folders FoldersBelow(const std::filesystem::path& root);

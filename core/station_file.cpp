@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "core/error_report.h"
+#include "core/folders.h"
 #include "core/markers.h"
 #include "core/numbers.h"
 #include "core/record_text.h"
@@ -243,6 +244,15 @@ Status LoadStations(CurrentSounding& current, const std::filesystem::path& root,
   current.StatusText = "error";
   Tell(current, StationBox(reading.Finding));
   return Status::Error;
+}
+
+StationList KnownStations(const std::filesystem::path& root,
+                          const std::filesystem::path& programFolder) {
+  Outcome<std::string> text = ReadFile(root / kStationFileName);
+  if (!text) text = ReadFile(ShippedFile(programFolder, kStationFileName));
+  if (!text) return {};
+  StationList list = std::move(ReadStations(text.Value(), kStationFileName).List);
+  return NeedsConversion(list) ? ConvertStations(list) : list;
 }
 
 std::optional<Fault> SaveStations(const std::filesystem::path& root, const StationList& list,

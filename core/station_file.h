@@ -51,6 +51,11 @@ Box StationBox(const StationFinding& finding);
 /// empty list.
 Status LoadStations(CurrentSounding& current, const std::filesystem::path& root, StationList& into);
 
+/// The list for programs without a window: of the root folder, else the shipped one, else empty.
+/// Its faults are not told of.
+StationList KnownStations(const std::filesystem::path& root,
+                          const std::filesystem::path& programFolder);
+
 /// Writes the list to the root folder.
 [[nodiscard]] std::optional<Fault> SaveStations(const std::filesystem::path& root,
                                                 const StationList& list,

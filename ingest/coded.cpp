@@ -22,6 +22,7 @@ namespace {
 constexpr std::string_view kFormatTag = "CODED";
 constexpr int kHoursApart = 3;
 constexpr int kMostHeadingLines = 400;
+constexpr int kNumberWidth = 17;  // "72357 - LETTERS - " of a title, with room to spare
 
 // Reports of one station and time.
 struct CodedAscent {
@@ -74,22 +75,33 @@ ObservationTime TimeOf(const CodedReport& report, std::string_view fileName) {
   return {};
 }
 
-SourceHeading HeadingOf(const CodedAscent& ascent, std::string_view fileName) {
-  const auto main = std::ranges::min_element(ascent.Reports, {}, [](const CodedReport& report) {
+// The report that heads the ascent: the lowest part of the TEMP message, else of the PILOT.
+const CodedReport& MainReport(const CodedAscent& ascent) {
+  return *std::ranges::min_element(ascent.Reports, {}, [](const CodedReport& report) {
     return std::pair(report.IsPilot(), report.Letter());
   });
+}
+
+SourceHeading HeadingOf(const CodedAscent& ascent, std::string_view fileName) {
+  const CodedReport* main = &MainReport(ascent);
   SourceHeading heading;
   heading.Station.Number = main->WmoNumber;
   if (main->WmoNumber == 0) heading.Station.Name = main->Station;
   heading.Time = TimeOf(*main, fileName);
-  if (!heading.Time.Known()) {
-    heading.Station.Name += (heading.Station.Name.empty() ? "day " : " day ") +
-                            Mask(main->Day, "00") + ' ' + Mask(main->Hour, "00") + 'Z';
-  }
   heading.Lat = main->Lat;
   heading.Lon = main->Lon;
   heading.Elevation = main->Elevation;
   return heading;
+}
+
+// Without month and year the title has the day and hour of the message.
+void AddDay(const CodedAscent& ascent, SourceHeading& heading) {
+  if (heading.Time.Known()) return;
+  const CodedReport& main = MainReport(ascent);
+  std::string& name = heading.Station.Name;
+  const std::string day = "day " + Mask(main.Day, "00") + ' ' + Mask(main.Hour, "00") + 'Z';
+  name = CutTitle(name, kMaxTitle - kNumberWidth - static_cast<int>(day.size())) +
+         (name.empty() ? "" : " ") + day;
 }
 
 // Ascents that hold any level, in the order of their first reports. What the reports without a
@@ -187,16 +199,19 @@ void AddWinds(std::vector<CodedLevel> levels, HeightFinder& heights, SourceSound
 }
 
 // The surface wind of a PILOT part has neither height nor pressure of its own.
-void PlaceSurfaceWinds(std::vector<CodedLevel>& levels, std::vector<std::string>& notes) {
+void PlaceSurfaceWinds(std::vector<CodedLevel>& levels, std::optional<double> ground,
+                       std::vector<std::string>& notes) {
   const auto surface = std::ranges::find_if(levels, [](const CodedLevel& level) {
     return level.Kind == LevelKind::Surface && level.Values.Temp;
   });
   for (CodedLevel& level : levels) {
     if (!level.IsAtSurface) continue;
-    if (surface == levels.end()) {
-      notes.push_back("The surface wind was left out: the height of the ground is not known.");
-    } else {
+    if (surface != levels.end()) {
       level.Values.Press = surface->Values.Press;
+    } else if (ground) {
+      level.Values.Height = ground;
+    } else {
+      notes.push_back("The surface wind was left out: the height of the ground is not known.");
     }
   }
 }
@@ -214,7 +229,7 @@ void NoteMissingParts(const CodedAscent& ascent, std::vector<std::string>& notes
   if (!missing.empty()) notes.push_back("Parts of the message that are missing: " + missing + '.');
 }
 
-SourceSounding Merged(const CodedAscent& ascent) {
+SourceSounding Merged(const CodedAscent& ascent, LoadContext& context) {
   SourceSounding sounding{.Heading = ascent.Heading};
   std::vector<CodedLevel> levels;
   for (const CodedPart& part : ascent.Parts) {
@@ -223,8 +238,10 @@ SourceSounding Merged(const CodedAscent& ascent) {
   }
   std::ranges::stable_sort(
       levels, {}, [](const CodedLevel& level) { return std::tuple(TempRank(level), level.Part); });
-  PlaceSurfaceWinds(levels, sounding.Notes);
-  HeightFinder heights = RestoreHeights(levels, sounding.Notes);
+  LocateStation(sounding.Heading, context);
+  AddDay(ascent, sounding.Heading);
+  PlaceSurfaceWinds(levels, sounding.Heading.Elevation, sounding.Notes);
+  HeightFinder heights = RestoreHeights(levels, sounding.Heading.Elevation, sounding.Notes);
   AddTemps(levels, sounding);
   AddWinds(std::move(levels), heights, sounding);
   NoteMissingParts(ascent, sounding.Notes);
@@ -258,6 +275,7 @@ std::vector<SourceEntry> ListCoded(const SourceText& source) {
   std::vector<std::string> unused;
   std::vector<SoundingBlock> blocks;
   for (CodedAscent& ascent : AscentsOf(source, unused, unused)) {
+    AddDay(ascent, ascent.Heading);
     blocks.push_back({.Heading = std::move(ascent.Heading)});
   }
   return Entries(blocks);
@@ -273,7 +291,7 @@ std::optional<Fault> DecodeCoded(const SourceText& source, LoadContext& context,
   }
   const Outcome<std::size_t> index = ChooseSounding(ascents.size(), source, context);
   if (!index) return index.Error();
-  FillRecord(Merged(ascents[index.Value()]), source.Name(), context, into);
+  FillRecord(Merged(ascents[index.Value()], context), source.Name(), context, into);
   into.DataFormat = kFormatTag;
   return std::nullopt;
 }

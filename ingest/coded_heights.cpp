@@ -6,6 +6,7 @@
 #include <map>
 
 #include "core/markers.h"
+#include "core/numbers.h"
 
 namespace vexa::ingest {
 namespace {
@@ -40,9 +41,27 @@ double Nearest(double press, int figures, double expected) {
   return shown + cycle * std::round((expected - shown) / cycle);
 }
 
+// The ground's height takes its place among the mandatory levels.
+HeightFinder WithGround(std::vector<CodedLevel>& levels, double ground) {
+  std::map<double, double, std::greater<>> known;
+  for (CodedLevel& level : levels) {
+    const bool isGround = level.Kind == LevelKind::Surface && level.Values.Temp;
+    if (isGround) level.Values.Height = ground;
+    if (!level.Values.Press || !level.Values.Height) continue;
+    if (isGround || level.Kind == LevelKind::Mandatory) {
+      known.try_emplace(*level.Values.Press, *level.Values.Height);
+    }
+  }
+  HeightFinder heights;
+  SetTemperatures(levels, heights);
+  for (const auto& [press, height] : known) heights.AddKnown(press, height);
+  return heights;
+}
+
 }  // namespace
 
-HeightFinder RestoreHeights(std::vector<CodedLevel>& levels, std::vector<std::string>& notes) {
+HeightFinder RestoreHeights(std::vector<CodedLevel>& levels, std::optional<double>& ground,
+                            std::vector<std::string>& notes) {
   HeightFinder heights;
   SetTemperatures(levels, heights);
   std::vector<CodedLevel*> mandatory;
@@ -67,7 +86,18 @@ HeightFinder RestoreHeights(std::vector<CodedLevel>& levels, std::vector<std::st
     heights.AddKnown(press, height);
     isFirst = false;
   }
-  return heights;
+  const auto surface = std::ranges::find_if(levels, [](const CodedLevel& level) {
+    return level.Kind == LevelKind::Surface && level.Values.Temp && level.Values.Press;
+  });
+  if (!ground || surface == levels.end()) return heights;
+  // Without a mandatory level there is nothing that the ground could contradict.
+  if (!isFirst && std::fabs(heights.At(*surface->Values.Press) - *ground) > kDoubtful) {
+    notes.push_back("The elevation of " + Shortest(*ground) +
+                    " m does not fit the heights of the message; it was not used.");
+    ground.reset();
+    return heights;
+  }
+  return WithGround(levels, *ground);
 }
 
 }  // namespace vexa::ingest

@@ -2,6 +2,7 @@
 // level by level from the thickness of the air in between.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,7 +15,11 @@ namespace vexa::ingest {
 /// the thickness of the layer by the sounding's temperatures. One that misses this by more than
 /// 300 m is garbled; it is left out with a note that names its group.
 ///
+/// ground  m above mean sea level of the surface level, where the station is known; one that misses
+///         the message's own heights by more than 300 m is another place's and is taken away, with
+///         a note
 /// returns the finder that knows these heights, for the winds in between
-HeightFinder RestoreHeights(std::vector<CodedLevel>& levels, std::vector<std::string>& notes);
+HeightFinder RestoreHeights(std::vector<CodedLevel>& levels, std::optional<double>& ground,
+                            std::vector<std::string>& notes);
 
 }  // namespace vexa::ingest

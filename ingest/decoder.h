@@ -14,6 +14,7 @@
 #include "core/fault.h"
 #include "core/sounding_record.h"
 #include "core/source_text.h"
+#include "core/station_list.h"
 #include "ingest/source_sounding.h"
 
 namespace vexa::ingest {
@@ -21,8 +22,9 @@ namespace vexa::ingest {
 /// What a decoder may ask for besides the text.
 struct LoadContext {
   Interaction* Ask = nullptr;
-  int Index = 0;                     // which sounding of the file, 0: the first
-  std::vector<std::string> Notes{};  // what was left out, changed or worked out, for the user
+  int Index = 0;                          // which sounding of the file, 0: the first
+  const StationList* Stations = nullptr;  // for soundings that name their station by number only
+  std::vector<std::string> Notes{};       // what was left out, changed or worked out, for the user
 };
 
 struct Decoder {
@@ -60,10 +62,16 @@ std::optional<Fault> DecodeSounding(const SourceText& source, LoadContext& conte
 /// first in a known format counts, with a note.
 Outcome<SourceText> ReadSource(const std::filesystem::path& path, std::vector<std::string>& notes);
 
+/// The same for bytes that came by another way, under a name of their own.
+Outcome<SourceText> ReadSource(const std::string& name, std::string bytes,
+                               std::vector<std::string>& notes);
+
 /// Loads a file into the current sounding. The sounding that was current stays until the new one
 /// is whole; a native file keeps what was read before its fault, as its reader does.
 ///
-/// index  which of the file's soundings, as ListSoundings counts them from 0
-Status LoadSounding(CurrentSounding& current, const std::filesystem::path& path, int index = 0);
+/// index     which of the file's soundings, as ListSoundings counts them from 0
+/// stations  for a sounding that names its station by number only; null: it stays without position
+Status LoadSounding(CurrentSounding& current, const std::filesystem::path& path, int index = 0,
+                    const StationList* stations = nullptr);
 
 }  // namespace vexa::ingest

@@ -10,6 +10,7 @@
 #include "core/raw_file.h"
 #include "ingest/avaps.h"
 #include "ingest/bufkit.h"
+#include "ingest/bufr.h"
 #include "ingest/class_text.h"
 #include "ingest/coded.h"
 #include "ingest/columns.h"
@@ -31,6 +32,7 @@ namespace {
 
 // The first that recognises a text reads it.
 constexpr Decoder kDecoders[] = {
+    {"BUFR", "BUFR messages", "*.bufr *.bfr *.bin", IsBufr, DecodeBufr, ListBufr},
     {kRawTag, "VEXA sounding", "*.raw *.RAW", IsNative, DecodeNative},
     {"IEM", "IEM JSON", "*.json", IsIemJson, DecodeIemJson, ListIemJson},
     {"DROPSONDE", "Dropsonde file", "D*", IsAvaps, DecodeAvaps},
@@ -127,9 +129,13 @@ std::optional<Fault> DecodeSounding(const SourceText& source, LoadContext& conte
 Outcome<SourceText> ReadSource(const std::filesystem::path& path, std::vector<std::string>& notes) {
   Outcome<std::string> bytes = ReadFile(path);
   if (!bytes) return bytes.Error();
-  const std::string name = TextFromPath(path.filename());
-  if (!IsPacked(bytes.Value())) return SourceText(name, std::move(bytes.Value()));
-  Outcome<std::vector<PackedFile>> files = Unpack(bytes.Value());
+  return ReadSource(TextFromPath(path.filename()), std::move(bytes.Value()), notes);
+}
+
+Outcome<SourceText> ReadSource(const std::string& name, std::string bytes,
+                               std::vector<std::string>& notes) {
+  if (!IsPacked(bytes)) return SourceText(name, std::move(bytes));
+  Outcome<std::vector<PackedFile>> files = Unpack(bytes);
   if (!files) {
     Fault fault = files.Error();
     fault.Detail = name + ": " + fault.Detail;
@@ -140,7 +146,8 @@ Outcome<SourceText> ReadSource(const std::filesystem::path& path, std::vector<st
   for (PackedFile& file : files.Value()) {
     const std::size_t folder = file.Name.find_last_of("/\\") + 1;  // 0 where there is none
     const std::string inside = file.Name.substr(folder);
-    SourceText text(inside.empty() ? TextFromPath(path.stem()) : inside, std::move(file.Bytes));
+    SourceText text(inside.empty() ? TextFromPath(PathFromText(name).stem()) : inside,
+                    std::move(file.Bytes));
     const bool isKnown = FindDecoder(text) != nullptr;
     if (!first || isKnown) first = std::move(text);
     if (isKnown) break;
@@ -153,11 +160,12 @@ Outcome<SourceText> ReadSource(const std::filesystem::path& path, std::vector<st
   return std::move(*first);
 }
 
-Status LoadSounding(CurrentSounding& current, const std::filesystem::path& path, int index) {
+Status LoadSounding(CurrentSounding& current, const std::filesystem::path& path, int index,
+                    const StationList* stations) {
   const ProcedureScope here(current, "LoadSounding");
   const std::string name = TextFromPath(path.filename());
   SoundingRecord record;
-  LoadContext context{.Ask = current.Ask, .Index = index};
+  LoadContext context{.Ask = current.Ask, .Index = index, .Stations = stations};
   bool keeps = false;
   const std::optional<Fault> fault = Guarded(current.Procedure, [&]() -> std::optional<Fault> {
     const Outcome<SourceText> source = ReadSource(path, context.Notes);

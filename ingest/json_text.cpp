@@ -89,7 +89,7 @@ class Parser {
     if (!Take('}')) {
       do {
         SkipBlanks();
-        std::pair<std::string, JsonValue> member;
+        JsonObject::value_type member{std::string(), JsonValue{}};
         if (at_ >= text_.size() || text_[at_] != '"') return Fail("a name was expected");
         if (!ReadString(member.first)) return false;
         if (!Take(':')) return Fail("a colon was expected");

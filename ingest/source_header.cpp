@@ -27,6 +27,12 @@ int Digits(std::string_view text) {
 }
 
 std::optional<ObservationTime> Valid(const ObservationTime& time) {
+  // The calendar keeps the lowest bits only: month 260 would be April to it.
+  constexpr int kMonthsOfYear = 12, kLongestMonth = 31, kLastYear = 9999;
+  if (time.Month < 1 || time.Month > kMonthsOfYear || time.Day < 1 || time.Day > kLongestMonth ||
+      time.Year > kLastYear) {
+    return std::nullopt;
+  }
   const std::chrono::year_month_day day{std::chrono::year(time.Year),
                                         std::chrono::month(static_cast<unsigned>(time.Month)),
                                         std::chrono::day(static_cast<unsigned>(time.Day))};

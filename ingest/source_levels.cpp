@@ -48,6 +48,11 @@ std::string Counted(std::string_view what, int count) {
   return std::string(what) + ": " + Shortest(count);
 }
 
+bool IsPossible(double value, Element element) {
+  const ElementRow& row = kElementRows[static_cast<std::size_t>(element)];
+  return value >= row.Least && value <= row.Most && !(element == Element::Press && value == 0);
+}
+
 bool HasWind(const SourceLevel& level) {
   return level.Spd && (level.Dir || *level.Spd == 0);
 }
@@ -80,10 +85,7 @@ bool ReadElement(std::string_view field, Element element, Refusals& refusals,
   const std::optional<double> number = ParseNumber(text);
   if (!number) return false;
   const double value = scale(*number);
-  const ElementRow& row = kElementRows[static_cast<std::size_t>(element)];
-  const bool isPossible =
-      value >= row.Least && value <= row.Most && !(element == Element::Press && value == 0);
-  if (isPossible) {
+  if (IsPossible(value, element)) {
     into = value;
     return true;
   }
@@ -92,6 +94,14 @@ bool ReadElement(std::string_view field, Element element, Refusals& refusals,
   });
   if (!isMarker) refusals.Add(element);
   return true;
+}
+
+void TakeElement(double value, Element element, Refusals& refusals, std::optional<double>& into) {
+  if (IsPossible(value, element)) {
+    into = value;
+  } else {
+    refusals.Add(element);
+  }
 }
 
 std::optional<double> KnotsPer(std::string_view unit) {

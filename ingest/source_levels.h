@@ -58,6 +58,9 @@ struct Scale {
 [[nodiscard]] bool ReadElement(std::string_view field, Element element, Refusals& refusals,
                                std::optional<double>& into, const Scale& scale = {});
 
+/// Takes a value in our unit unless it lies outside its element's range, which is counted.
+void TakeElement(double value, Element element, Refusals& refusals, std::optional<double>& into);
+
 /// Factor from a unit as sources spell it ("knot", "kt", "kts", "knots", "m/s") to knots; empty
 /// for any other.
 std::optional<double> KnotsPer(std::string_view unit);

@@ -78,21 +78,46 @@ void KeepAscent(std::vector<SourceLevel>& levels, std::vector<std::string>& note
   note("Rows after the highest point", descent);
 }
 
+void LocateStation(SourceHeading& heading, LoadContext& context) {
+  StationName& name = heading.Station;
+  if (name.Number == 0 || context.Stations == nullptr) return;
+  const bool hasPosition = heading.Lat && heading.Lon;
+  const Station* station = context.Stations->Find(name.Number);
+  if (station == nullptr) {
+    if (hasPosition) return;
+    context.Notes.push_back("Station " + Mask(name.Number, "00000") +
+                            " is not in the station list; its position is not known.");
+    return;
+  }
+  if (name.Letters.empty() && name.Name.empty()) {
+    name.Letters = station->Ident;
+    name.Name = station->Name;
+    if (!station->Region.empty()) name.Name += (name.Name.empty() ? "" : ", ") + station->Region;
+  }
+  if (hasPosition) return;
+  heading.Lat = station->LatSigned();
+  heading.Lon = station->LonSigned();
+  const bool takesElevation = !heading.Elevation && !station->ElevUnknown;
+  if (takesElevation) heading.Elevation = station->ElevM;
+  context.Notes.push_back(takesElevation ? "Position and elevation are those of the station list."
+                                         : "The position is that of the station list.");
+}
+
 void FillRecord(SourceSounding sounding, std::string_view sourceName, LoadContext& context,
                 SoundingRecord& into) {
-  const SourceHeading& heading = sounding.Heading;
+  SourceHeading& heading = sounding.Heading;
+  constexpr double kLowest = -500, kHighest = 9000;  // m; beyond them a marker
+  const bool isGiven =
+      heading.Elevation && *heading.Elevation >= kLowest && *heading.Elevation <= kHighest;
+  if (!isGiven) heading.Elevation = SurfaceHeight(sounding.Levels);
+  LocateStation(heading, context);
   into.WmoNumber = heading.Station.Number;
   into.Time = heading.Time;
   const std::string caption = Caption(heading.Station, heading.Time);
   into.StationTitle = caption.empty() ? CutTitle(sourceName) : caption;
   SetPosition(into, heading.Lat, heading.Lon);
-  constexpr double kLowest = -500, kHighest = 9000;  // m; beyond them a marker
-  const bool isGiven =
-      heading.Elevation && *heading.Elevation >= kLowest && *heading.Elevation <= kHighest;
-  const std::optional<double> elevation =
-      isGiven ? heading.Elevation : SurfaceHeight(sounding.Levels);
-  if (elevation) {
-    SetElevation(into, ToWhole(*elevation));
+  if (heading.Elevation) {
+    SetElevation(into, ToWhole(*heading.Elevation));
   } else {
     SetElevationUnknown(into);
   }

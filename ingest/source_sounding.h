@@ -59,8 +59,13 @@ bool MayBeCutOff(const SourceText& source, int line);
 /// release and after the highest point goes, and a descent is turned round. Notes what went.
 void KeepAscent(std::vector<SourceLevel>& levels, std::vector<std::string>& notes);
 
+/// Station lookup: a heading with a number only gets letters and name from the station list; one
+/// without a position gets that too, and the elevation where it has none of its own, with a note.
+/// Without a list, or when the list lacks the number, nothing changes.
+void LocateStation(SourceHeading& heading, LoadContext& context);
+
 /// Makes the record: header, both profiles, notes. The elevation is the heading's, else the height
-/// of the lowest row with a temperature.
+/// of the lowest row with a temperature, else the station list's.
 void FillRecord(SourceSounding sounding, std::string_view sourceName, LoadContext& context,
                 SoundingRecord& into);
 

@@ -86,7 +86,7 @@ Changes Open(Program& program) {
 
 bool LoadOne(Program& program, const std::filesystem::path& path) {
   CurrentSounding& current = program.Current;
-  if (ingest::LoadSounding(current, path) != Status::Ok) return false;
+  if (ingest::LoadSounding(current, path, 0, &program.Stations) != Status::Ok) return false;
   // There is no window yet in which a fault could be corrected, so none is asked for: the status
   // indicator tells of it.
   const Silenced quiet(current);

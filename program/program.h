@@ -17,6 +17,7 @@
 #include "core/current_sounding.h"
 #include "core/folders.h"
 #include "core/sounding_record.h"
+#include "core/station_list.h"
 #include "diagram/sounding_plot.h"
 #include "program/command_gate.h"
 
@@ -75,6 +76,7 @@ struct Program {
   analysis::AnalysisResults Results{};   // of Current.Record under Set
   std::vector<SoundingRecord> Others{};  // overlay and comparison
   Folders Where{};
+  StationList Stations{};  // of the root folder, for soundings that give a number only
 
   analysis::SevereTable Severe = analysis::DefaultSevereTable();
 

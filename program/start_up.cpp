@@ -10,6 +10,7 @@
 #include "core/error_report.h"
 #include "core/files.h"
 #include "core/platform.h"
+#include "core/station_file.h"
 #include "program/commands.h"
 #include "program/displays.h"
 #include "program/settings_commands.h"
@@ -30,6 +31,18 @@ void ReadSettings(Program& program, const StartArguments&) {
   LoadSettings(program.Where.Root, program.Settings, program.Notices);
   program.Written = program.Settings;
   FollowFolders(program);
+}
+
+// Without a list of its own and without a shipped one the program works, and says of each sounding
+// that its station is not known.
+void ReadStationList(Program& program, const StartArguments& arguments) {
+  const std::optional<Fault> fault =
+      EnsureShipped(program.Where.Root, arguments.ProgramFolder, kStationFileName);
+  if (fault) ErrorReport(program.Current, *fault);
+  std::error_code ignored;
+  if (!std::filesystem::exists(program.Where.Root / kStationFileName, ignored)) return;
+  if (LoadStations(program.Current, program.Where.Root, program.Stations) != Status::Ok) return;
+  ConvertStationFile(program.Current, program.Where.Root, program.Stations);
 }
 
 void ClearSounding(Program& program, const StartArguments&) {
@@ -72,7 +85,8 @@ void CheckScreen(Program& program, const StartArguments& arguments) {
 }
 
 using Stage = void (*)(Program&, const StartArguments&);
-constexpr Stage kStages[] = {FindFolders, ReadSettings, ClearSounding, CheckFolders, CheckScreen};
+constexpr Stage kStages[] = {FindFolders,   ReadSettings, ReadStationList,
+                             ClearSounding, CheckFolders, CheckScreen};
 
 // "AA" for the first stage, "BB" for the second: recorded while it runs, for the error reporter.
 std::string StageMark(std::size_t number) {

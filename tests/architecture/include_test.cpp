@@ -34,7 +34,7 @@ const std::map<std::string, std::vector<std::string>> kBuildsOn = {
     {"output/paint", {"picture"}},
     {"program", {"output", "ingest", "download", "forecast", "crosssection", "mountainwave"}},
     {"app", {"program", "output/paint", "download/net"}},
-    {"cli", {"program", "output/paint"}},
+    {"cli", {"program", "output/paint", "download/net"}},
 };
 
 const std::set<std::string> kMayUseToolkit = {"app", "cli", "output/paint", "download/net"};

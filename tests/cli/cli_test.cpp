@@ -260,5 +260,48 @@ TEST_F(CommandLine, SettingsListsEveryOption) {
   EXPECT_NE(apart.Err.find("Temp MAX must lie"), std::string::npos) << apart.Err;
 }
 
+TEST_F(CommandLine, CheckTellsOfFilesAndFolders) {
+  fs::create_directories(folder_.Path() / "below");
+  Sounding("below/a.RAW");
+  Write("below/b.txt", "no sounding\n");
+  SoundingRecord bad = test::ReferenceConvective();
+  bad.Temp(2) = 75;
+  Write("c.RAW", WriteRaw(bad));
+  const Ran ran = RunWords({"check", TextFromPath(folder_.Path())});
+  EXPECT_EQ(ran.Exit, kExitInputFailed);
+  EXPECT_NE(ran.Out.find("a.RAW: RAW, "), std::string::npos) << ran.Out;
+  EXPECT_NE(ran.Out.find("winds, OK\n"), std::string::npos);
+  EXPECT_NE(ran.Out.find("b.txt: FAULT: b.txt: in none of the known formats\n"), std::string::npos);
+  EXPECT_NE(ran.Out.find(" Level 2.\n3 files, 3 soundings, 2 faults\n"), std::string::npos)
+      << ran.Out;
+  EXPECT_EQ(RunWords({"check", "-q", In("below/a.RAW")}).Out, "1 file, 1 sounding, 0 faults\n");
+}
+
+// Nothing is asked of any server: every one of these ends ahead of that.
+TEST_F(CommandLine, FetchChecksItsWordsFirst) {
+  const std::string sources = Write("s.url", "[A]\naddress = http://127.0.0.1:9/@Y@M@D@H/@N\n");
+  struct Case {
+    std::vector<std::string> words;
+    int exit;
+    const char* says;
+  };
+  const Case cases[] = {
+      {{"72357", "-s", "B", "-t", "1999-05-04T00"}, kExitUsage, "no source \"B\""},
+      {{"72357", "-s", "A", "-t", "yesterday"}, kExitUsage, "is no time"},
+      {{"-s", "A", "-t", "1999-05-04T00"}, kExitUsage, "no station"},
+      {{"72357", "-s", "A"}, kExitUsage, "no date"},
+      {{"OUN", "-s", "A", "-t", "1999-05-04T00", "--fresh"}, kExitInputFailed, "(@N): not given"},
+  };
+  for (const Case& c : cases) {
+    std::vector<std::string> words = {"fetch", "--sources", sources};
+    words.insert(words.end(), c.words.begin(), c.words.end());
+    const Ran ran = RunWords(words);
+    EXPECT_EQ(ran.Exit, c.exit) << ran.Err;
+    EXPECT_NE(ran.Err.find(c.says), std::string::npos) << ran.Err;
+  }
+  EXPECT_NE(RunWords({"fetch", "--sources", sources, "-l"}).Out.find("@Y@M@D@H"),
+            std::string::npos);
+}
+
 }  // namespace
 }  // namespace vexa::cli

@@ -260,6 +260,9 @@ TEST(SourceHeader, TimesAndCaptions) {
     EXPECT_FALSE(ParseCompactTime(text)) << text;
   }
   EXPECT_FALSE(ParseWrittenTime("00Z 31 Apr 1999"));
+  for (const char* text : {"2024-260-03 00:00", "2024-04-259 00:00", "67560-04-03 00:00"}) {
+    EXPECT_FALSE(ParseIsoTime(text)) << text;
+  }
   EXPECT_FALSE(ParseWrittenTime("00Z 04 Mai 1999"));
   // The time stays whole whatever the name.
   const std::string caption =

@@ -250,6 +250,56 @@ TEST(Coded, PartsOfABulletinBecomeOneSounding) {
   }
 }
 
+TEST(Coded, TheStationListGivesPositionAndGround) {
+  struct Case {
+    const char* About;
+    int Number, ElevM;
+    bool ElevUnknown;
+    const char* Title;
+    double Elevation, WindHeight;  // kNone: not known; of the ground's wind
+    const char* Note;
+  };
+  const Case cases[] = {
+      {"the elevation is the ground's", 1234, 240, false,
+       "01234 - ENXX - PLACE, NORWAY  12Z 05 Mar 2024", 240, 240,
+       "Position and elevation are those of the station list."},
+      {"an elevation of another place", 1234, 900, false,
+       "01234 - ENXX - PLACE, NORWAY  12Z 05 Mar 2024", kNone, 251.7,
+       "The elevation of 900 m does not fit"},
+      {"an elevation that the list lacks", 1234, 0, true,
+       "01234 - ENXX - PLACE, NORWAY  12Z 05 Mar 2024", kNone, 251.7,
+       "The position is that of the station list."},
+      {"a station that the list lacks", 1235, 0, false, "01234  12Z 05 Mar 2024", kNone, 251.7,
+       "Station 01234 is not in the station list"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.About);
+    StationList stations;
+    ASSERT_TRUE(stations.Insert({.Number = c.Number,
+                                 .Ident = "ENXX",
+                                 .Name = "PLACE",
+                                 .Region = "NORWAY",
+                                 .ElevM = c.ElevM,
+                                 .ElevUnknown = c.ElevUnknown,
+                                 .Lat = 61.5,
+                                 .Lon = 5.25,
+                                 .LonHemi = "W"}));
+    LoadContext context{.Stations = &stations};
+    SoundingRecord record;
+    ASSERT_FALSE(DecodeSounding(SourceText(kBulletins, FileText(kBulletins)), context, record));
+    EXPECT_EQ(record.StationTitle, c.Title);
+    EXPECT_EQ(record.ElevUnknown, c.Elevation == kNone);
+    if (!record.ElevUnknown) {
+      EXPECT_EQ(record.ElevM, c.Elevation);
+    }
+    EXPECT_NEAR(record.WindHgt(1), c.WindHeight, c.WindHeight == 240 ? 0 : 1.5);
+    EXPECT_EQ(record.LonSigned, c.Number == 1234 ? -5.25 : 0);
+    EXPECT_TRUE(std::ranges::any_of(context.Notes, [&](const std::string& note) {
+      return note.starts_with(c.Note);
+    })) << c.Note;
+  }
+}
+
 TEST(Coded, AShipHasItsPosition) {
   const Decoded decoded = DecodeText(kBulletins, FileText(kBulletins), 1);
   ASSERT_FALSE(decoded.Failed);

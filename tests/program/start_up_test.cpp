@@ -26,6 +26,29 @@ TEST(StartUp, MakesTheFoldersAndLeavesNothingElse) {
   EXPECT_TRUE(fs::is_directory(root / "vexadata"));
 }
 
+TEST(StartUp, BringsTheStationListAndKeepsTheUsers) {
+  const test::TemporaryFolder folder;
+  const fs::path program = folder.Path() / "build" / "bin";
+  const auto list = [](const std::string& name) {
+    return "VEXA STATION LISTING\nWMO numbers must be sequential.  Coordinates are in decimal "
+           "degrees.\n01001,\"ENJA\",\"" +
+           name + "\",\"\",10,70.9,\"N\",8.6,\"W\"\n99999\n";
+  };
+  fs::create_directories(program);
+  fs::create_directories(folder.Path() / "share");
+  ASSERT_FALSE(SaveFile(folder.Path() / "share" / "VEXA.STN", list("SHIPPED")));
+  const fs::path root = folder.Path() / "root";
+  for (const std::string name : {"SHIPPED", "CHANGED"}) {
+    test::ScriptedInteraction user;
+    Program started;
+    started.Current.Ask = &user;
+    StartUp(started, {TextFromPath(root), program});
+    ASSERT_NE(started.Stations.Find(1001), nullptr);
+    EXPECT_EQ(started.Stations.Find(1001)->Name, name);
+    ASSERT_FALSE(SaveFile(root / "VEXA.STN", list("CHANGED")));
+  }
+}
+
 TEST(StartUp, TellsOfAFolderThatCannotBeWritten) {
   const test::TemporaryFolder folder;
   ASSERT_FALSE(SaveFile(folder.Path() / "ForecastData", "in the way"));

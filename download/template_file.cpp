@@ -1,0 +1,170 @@
+#include "download/template_file.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <utility>
+
+#include "core/numbers.h"
+#include "core/source_text.h"
+
+namespace vexa::download {
+namespace {
+
+struct FieldRow {
+  std::string_view Key;
+  std::string Source::*Field;
+};
+
+constexpr FieldRow kFields[] = {
+    {"address", &Source::Address}, {"hours", &Source::Hours}, {"note", &Source::Note}};
+
+char Small(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+bool BeginsWith(std::string_view text, std::string_view start) {
+  return text.size() >= start.size() &&
+         std::equal(start.begin(), start.end(), text.begin(),
+                    [](char a, char b) { return Small(a) == Small(b); });
+}
+
+bool IsSame(std::string_view a, std::string_view b) {
+  return a.size() == b.size() && BeginsWith(a, b);
+}
+
+// A request that has everything, to try an address by.
+Request AnyRequest() {
+  return {
+      .Number = 72357, .Letters = "OUN", .Time = {.Year = 1999, .Month = 5, .Day = 4, .Hour = 0}};
+}
+
+std::string HoursObjection(const std::string& hours) {
+  std::size_t words = 0, known = 0;
+  for (std::size_t at = 0; at < hours.size();) {
+    const std::size_t end = std::min(hours.find(' ', at), hours.size());
+    words += end > at ? 1 : 0;
+    at = end + 1;
+  }
+  constexpr int kHours = 24;
+  for (int hour = 0; hour < kHours; ++hour) {
+    known += words > 0 && HasHour({.Hours = hours}, hour) ? 1 : 0;
+  }
+  return words == known ? std::string() : "the hours are not two figures each, 00 to 23";
+}
+
+// What is wrong with a source as a whole; empty when nothing is.
+std::string Objection(const Source& source) {
+  if (source.Address.empty()) return "the source has no address";
+  const Outcome<std::string> address = AddressOf(source, AnyRequest());
+  if (!address) return address.Error().Detail;
+  return HoursObjection(source.Hours);
+}
+
+class Reader {
+ public:
+  Reader(std::string_view text, std::string_view name)
+      : text_(std::string(name), std::string(text)) {}
+
+  Outcome<SourceList> Read() {
+    for (line_ = 1; line_ <= text_.LineCount(); ++line_) {
+      if (std::string reason = ReadLine(text_.Line(line_)); !reason.empty())
+        return At(line_, reason);
+    }
+    if (std::string reason = EndSource(); !reason.empty()) return At(firstLine_, reason);
+    return std::move(list_);
+  }
+
+ private:
+  std::string ReadLine(std::string_view raw) {
+    const std::string_view line = Trim(raw);
+    if (line.starts_with('[')) return BeginSource(line);
+    if (!isInSource_) {
+      list_.Header.emplace_back(raw);
+      return {};
+    }
+    if (line.empty() || line.starts_with('#')) return {};
+    const std::size_t sign = line.find('=');
+    const std::string_view key = Trim(line.substr(0, sign));
+    const auto* row = std::ranges::find_if(
+        kFields, [key](const FieldRow& field) { return IsSame(field.Key, key); });
+    if (sign == std::string_view::npos || row == std::end(kFields)) {
+      return "neither \"address =\", \"hours =\" nor \"note =\"";
+    }
+    std::string& field = list_.Sources.back().*row->Field;
+    if (!field.empty()) return std::string(row->Key) + " is given twice";
+    field = Trim(line.substr(sign + 1));
+    return {};
+  }
+
+  std::string BeginSource(std::string_view line) {
+    if (std::string reason = EndSource(); !reason.empty()) {
+      line_ = firstLine_;
+      return reason;
+    }
+    if (!line.ends_with(']')) return "the name of the source has no closing bracket";
+    const std::string_view name = Trim(line.substr(1, line.size() - 2));
+    if (name.empty()) return "the source has no name";
+    const bool isTaken = std::ranges::any_of(
+        list_.Sources, [name](const Source& source) { return IsSame(source.Name, name); });
+    if (isTaken) return "there is another source of this name";
+    list_.Sources.push_back({.Name = std::string(name)});
+    isInSource_ = true;
+    firstLine_ = line_;
+    return {};
+  }
+
+  std::string EndSource() const {
+    return isInSource_ ? Objection(list_.Sources.back()) : std::string();
+  }
+
+  Fault At(int line, const std::string& reason) const {
+    return Fault{kFaultEndOfFile, "ReadSources", AtLine(text_.Name(), line, reason), text_.Name()};
+  }
+
+  SourceText text_;
+  SourceList list_{};
+  int line_ = 0;
+  int firstLine_ = 0;  // of the source being read
+  bool isInSource_ = false;
+};
+
+std::string OneLine(std::string text) {
+  std::ranges::replace_if(
+      text, [](char c) { return c == '\n' || c == '\r'; }, ' ');
+  return text;
+}
+
+}  // namespace
+
+const Source* SourceList::Find(std::string_view name) const {
+  const Source* beginning = nullptr;
+  int found = 0;
+  for (const Source& source : Sources) {
+    if (IsSame(source.Name, name)) return &source;
+    if (!name.empty() && BeginsWith(source.Name, name)) {
+      beginning = &source;
+      ++found;
+    }
+  }
+  return found == 1 ? beginning : nullptr;
+}
+
+Outcome<SourceList> ReadSources(std::string_view text, std::string_view name) {
+  return Reader(text, name).Read();
+}
+
+std::string WriteSources(const SourceList& list) {
+  std::string text;
+  for (const std::string& line : list.Header) text += OneLine(line) + '\n';
+  for (const Source& source : list.Sources) {
+    text += '[' + OneLine(source.Name) + "]\n";
+    for (const FieldRow& field : kFields) {
+      const std::string& value = source.*field.Field;
+      if (!value.empty()) text += std::string(field.Key) + " = " + OneLine(value) + '\n';
+    }
+    text += '\n';
+  }
+  return text;
+}
+
+}  // namespace vexa::download

@@ -1,0 +1,37 @@
+// The file VEXA.URL of the program root: the sources of soundings, for the user to edit.
+//
+//   # free lines
+//   [University of Wyoming]
+//   address = https://…/sounding?datetime=@Y-@M-@D%20@H:00:00&id=@N
+//   hours = 00 12
+//   note = listing; last known good 2026-02
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "download/sources.h"
+
+namespace vexa::download {
+
+inline constexpr std::string_view kSourcesFileName = "VEXA.URL";
+
+struct SourceList {
+  std::vector<std::string> Header{};  // lines ahead of the first source
+  std::vector<Source> Sources{};
+  bool operator==(const SourceList&) const = default;
+
+  /// By name, capitals or not; when none has it whole, the only one whose name begins with it. Null
+  /// when there is none.
+  const Source* Find(std::string_view name) const;
+};
+
+/// Reads the text of the file. Fault 62 with "NAME, line 7: reason" for a line that is none of the
+/// above, a source without address or named twice, and an address whose tokens are not known.
+Outcome<SourceList> ReadSources(std::string_view text, std::string_view name);
+
+/// The list as text; reading it gives the list again. Line ends inside a field become blanks.
+std::string WriteSources(const SourceList& list);
+
+}  // namespace vexa::download

@@ -1,0 +1,189 @@
+// The fetcher against a server inside the test, on the machine itself, that misbehaves on demand.
+#include "download/net/http_fetcher.h"
+
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QHostAddress>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QTimer>
+
+#include <chrono>
+#include <map>
+#include <string>
+
+namespace vexa::download {
+namespace {
+
+using namespace std::chrono_literals;
+
+// Answers by path; the n-th request for a path gets the n-th answer, the last one again and again.
+class LocalServer {
+ public:
+  enum class Then { Close, KeepOpen, GoOnForever };
+  struct Reply {
+    std::string Bytes{};
+    Then Afterwards = Then::Close;
+  };
+
+  LocalServer() {
+    EXPECT_TRUE(server_.listen(QHostAddress::LocalHost));
+    QObject::connect(&server_, &QTcpServer::newConnection, &server_, [this] {
+      QTcpSocket* socket = server_.nextPendingConnection();
+      QObject::connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
+      QObject::connect(socket, &QTcpSocket::readyRead, socket, [this, socket] { Serve(*socket); });
+    });
+  }
+
+  std::string Address(const std::string& path) const {
+    return "http://127.0.0.1:" + std::to_string(server_.serverPort()) + path;
+  }
+  void Add(const std::string& path, Reply reply) { replies_[path].push_back(std::move(reply)); }
+  int Asked(const std::string& path) { return asked_[path]; }
+
+  static std::string Whole(const std::string& status, const std::string& body,
+                           const std::string& more = {}) {
+    return "HTTP/1.1 " + status + "\r\nContent-Type: text/plain\r\nConnection: close\r\n" + more +
+           "Content-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body;
+  }
+
+ private:
+  void Serve(QTcpSocket& socket) {
+    const std::string request = socket.readAll().toStdString();
+    if (!request.starts_with("GET ")) return;
+    const std::string path = request.substr(4, request.find(' ', 4) - 4);
+    const auto found = replies_.find(path);
+    if (found == replies_.end()) {
+      ADD_FAILURE() << "unforeseen request: " << path;
+      socket.disconnectFromHost();
+      return;
+    }
+    const int index = std::min<int>(asked_[path]++, static_cast<int>(found->second.size()) - 1);
+    const Reply& reply = found->second[static_cast<std::size_t>(index)];
+    socket.write(reply.Bytes.data(), static_cast<qint64>(reply.Bytes.size()));
+    if (reply.Afterwards == Then::Close) socket.disconnectFromHost();
+    if (reply.Afterwards == Then::GoOnForever) {
+      auto* beat = new QTimer(&socket);
+      QObject::connect(beat, &QTimer::timeout, &socket, [&socket] { socket.write("more\n"); });
+      beat->start(5);
+    }
+  }
+
+  QTcpServer server_{};
+  std::map<std::string, std::vector<Reply>> replies_{};
+  std::map<std::string, int> asked_{};
+};
+
+class HttpFetching : public testing::Test {
+ protected:
+  FetchResult Fetch(const std::string& path) {
+    return HttpFetcher(settings_, progress_).Fetch(server_.Address(path));
+  }
+
+  int count_ = 1;
+  char name_[5] = "test";
+  char* words_[2] = {name_, nullptr};
+  QCoreApplication application_{count_, words_};
+  LocalServer server_{};
+  HttpSettings settings_{.Silence = 400ms, .Longest = 900ms, .Pause = 10ms, .Attempts = 2};
+  std::function<bool(const FetchProgress&)> progress_{};
+};
+
+using Then = LocalServer::Then;
+
+TEST_F(HttpFetching, EveryWayAnAnswerMayEnd) {
+  struct Case {
+    const char* About;
+    std::vector<LocalServer::Reply> Replies;
+    FetchEnd End;
+    int Attempts;
+    const char* Says;  // of the body when Done, else of the fault
+  };
+  const std::string fine = LocalServer::Whole("200 OK", "PRES HGHT");
+  const Case cases[] = {
+      {"/whole", {{fine}}, FetchEnd::Done, 1, "PRES HGHT"},
+      {"/missing", {{LocalServer::Whole("404 Not Found", "none")}}, FetchEnd::Refused, 1, "404"},
+      {"/busy", {{LocalServer::Whole("503 Busy", "later")}}, FetchEnd::NoAnswer, 2, "503"},
+      {"/busy-first",
+       {{LocalServer::Whole("503 Busy", "later")}, {fine}},
+       FetchEnd::Done,
+       2,
+       "PRES HGHT"},
+      {"/cut",
+       {{"HTTP/1.1 200 OK\r\nContent-Length: 5000\r\n\r\nPRES"}, {fine}},
+       FetchEnd::Done,
+       2,
+       "PRES HGHT"},
+      {"/always-cut",
+       {{"HTTP/1.1 200 OK\r\nContent-Length: 5000\r\n\r\nPRES"}},
+       FetchEnd::NoAnswer,
+       2,
+       ""},
+      {"/silent", {{"", Then::KeepOpen}}, FetchEnd::NoAnswer, 2, ""},
+      {"/endless",
+       {{"HTTP/1.1 200 OK\r\nContent-Type: text/plain\r\n\r\n", Then::GoOnForever}},
+       FetchEnd::NoAnswer,
+       2,
+       "too long"},
+      {"/moved",
+       {{LocalServer::Whole("302 Found", "", "Location: /whole\r\n")}},
+       FetchEnd::Done,
+       1,
+       "PRES HGHT"},
+      {"/circle",
+       {{LocalServer::Whole("302 Found", "", "Location: /circle\r\n")}},
+       FetchEnd::NoAnswer,
+       1,
+       ""},
+  };
+  for (const Case& c : cases) {
+    for (const LocalServer::Reply& reply : c.Replies) server_.Add(c.About, reply);
+  }
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.About);
+    const FetchResult result = Fetch(c.About);
+    EXPECT_EQ(result.End, c.End) << (result.Failed ? result.Failed->Detail : "");
+    EXPECT_EQ(result.Attempts, c.Attempts);
+    EXPECT_EQ(result.Failed.has_value(), c.End != FetchEnd::Done);
+    const std::string said = result.Failed ? result.Failed->Detail : result.Got.Body;
+    EXPECT_NE(said.find(c.Says), std::string::npos) << said;
+  }
+  EXPECT_EQ(server_.Asked("/missing"), 1);
+}
+
+TEST_F(HttpFetching, LargerThanAnySoundingEndsAtOnce) {
+  settings_.MostBytes = 100;
+  server_.Add("/large", {LocalServer::Whole("200 OK", std::string(100000, 'x'))});
+  const FetchResult result = Fetch("/large");
+  EXPECT_EQ(result.End, FetchEnd::NoAnswer);
+  EXPECT_EQ(result.Attempts, 1);
+  EXPECT_TRUE(result.Got.Body.empty());
+}
+
+TEST_F(HttpFetching, TheUserCancelsWhileNothingComesIn) {
+  settings_.Silence = 60s;
+  settings_.Longest = 60s;
+  server_.Add("/silent", {"", Then::KeepOpen});
+  int told = 0;
+  progress_ = [&told](const FetchProgress&) { return ++told < 2; };
+  const auto begin = std::chrono::steady_clock::now();
+  EXPECT_EQ(Fetch("/silent").End, FetchEnd::Cancelled);
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, 20s);
+}
+
+TEST_F(HttpFetching, WhatIsNoSoundingNeverCounts) {
+  server_.Add("/picture", {"HTTP/1.1 200 OK\r\nContent-Type: image/png\r\nConnection: close\r\n"
+                           "Content-Length: 4\r\n\r\n\x89PNG"});
+  server_.Add("/page", {LocalServer::Whole("200 OK", "<html><p>Sorry, try later</p></html>")});
+  HttpFetcher net(settings_);
+  const Judge anything = [](const std::string&, const Request&) { return std::nullopt; };
+  for (const char* path : {"/picture", "/page"}) {
+    const Source source{.Name = "s", .Address = server_.Address(path)};
+    const FetchResult result = FetchSounding(source, {}, net, anything, nullptr, Instant{});
+    EXPECT_EQ(result.End, FetchEnd::Refused) << path;
+  }
+}
+
+}  // namespace
+}  // namespace vexa::download

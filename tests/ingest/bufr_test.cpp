@@ -1,0 +1,189 @@
+// BUFR messages. Of the sample written for these tests the levels are those put into it; values of
+// the real files are those that another decoder of BUFR gave, and of one ascent what its publisher
+// printed as text.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+
+#include "core/data_checks.h"
+#include "core/files.h"
+#include "core/markers.h"
+#include "core/units.h"
+#include "ingest/decoder.h"
+#include "support/soundings.h"
+
+// The library loses a few kilobytes with some messages that have quality sections.
+extern "C" const char* __lsan_default_suppressions();
+extern "C" const char* __lsan_default_suppressions() {
+  return "leak:libeccodes";
+}
+
+namespace vexa::ingest {
+namespace {
+
+struct Decoded {
+  SoundingRecord Record{};
+  std::optional<Fault> Failed{};
+  std::vector<std::string> Notes{};
+};
+
+Decoded Decode(const SourceText& source, int index = 0) {
+  LoadContext context{.Index = index};
+  Decoded decoded;
+  decoded.Failed = DecodeSounding(source, context, decoded.Record);
+  decoded.Notes = std::move(context.Notes);
+  return decoded;
+}
+
+SourceText File(const std::filesystem::path& path) {
+  return SourceText(path.filename().string(), ReadFile(path).Value());
+}
+
+#ifdef VEXA_HAS_BUFR
+
+std::string Bytes() {
+  return ReadFile(test::TestData("bufr_five.bufr")).Value();
+}
+
+TEST(Bufr, MessagesOfAnAscentBecomeOneSounding) {
+  const SourceText source("bufr_five.bufr", Bytes());
+  const std::vector<SourceEntry> entries = ListSoundings(source);
+  ASSERT_EQ(entries.size(), 2U);
+  EXPECT_EQ(entries[1].Title, "99456  00Z 29 Feb 2024");
+
+  const Decoded first = Decode(source);
+  ASSERT_FALSE(first.Failed) << first.Failed->Detail;
+  const SoundingRecord& record = first.Record;
+  EXPECT_EQ(record.DataFormat, "BUFR");
+  EXPECT_EQ(record.StationTitle, "99123  06Z 29 Feb 2024");
+  EXPECT_EQ(record.LatSigned, -35.5);
+  EXPECT_EQ(record.LonSigned, 151.25);
+  EXPECT_EQ(record.ElevM, 66);
+  // Below the ground there is a height only; of the two reports that count the longer one gives
+  // 850 hPa; a wind from 225 degrees has no speed at 300 hPa in neither.
+  EXPECT_EQ(record.Press, Levels<double>({990, 850, 500, 300}));
+  EXPECT_EQ(record.Temp, Levels<double>({21, 12.2, -15.1, -45}));
+  EXPECT_EQ(record.Dewpt, Levels<double>({20, 8.4, kMissing, -48.15}));
+  // The height of the ground's wind is the station's.
+  EXPECT_EQ(record.WindHgt, Levels<double>({65.5, 1390, 5600, 9200}));
+  EXPECT_EQ(record.WindDir, Levels<double>({360, 200, 220, 230}));
+  EXPECT_NEAR(record.WindSpd(4), 40 * kMsToKnot, 1e-9);
+  EXPECT_EQ(first.Notes,
+            (std::vector<std::string>{"The file holds 2 soundings; number 1 was taken.",
+                                      "A message that was corrected later was left out.",
+                                      "Released at 05:02 UTC."}));
+
+  // Winds of a message of their own join the ascent; at 850 hPa the one with temperatures counts.
+  const Decoded second = Decode(source, 1);
+  EXPECT_EQ(second.Record.Time, (ObservationTime{2024, 2, 29, 0, 0}));
+  EXPECT_EQ(second.Record.WindDir, Levels<double>({270, 280}));
+}
+
+TEST(Bufr, DamageLeavesTheOtherMessages) {
+  const std::string whole = Bytes();
+  // The end mark of the third message goes, and the file ends within the fifth.
+  std::size_t at = 0;
+  for (int message = 0; message < 3; ++message) at = whole.find("7777", at) + 4;
+  std::string damaged = whole.substr(0, whole.size() - 20);
+  damaged[at - 1] = '8';
+  const Decoded decoded = Decode(SourceText("cut.bufr", damaged));
+  ASSERT_FALSE(decoded.Failed) << decoded.Failed->Detail;
+  EXPECT_EQ(decoded.Record.Press, Levels<double>({990, 850}));
+  EXPECT_EQ(decoded.Notes.front(), "Messages that are damaged or cut off, left out: 2");
+
+  const Decoded nothing = Decode(SourceText("cut.bufr", whole.substr(0, 100)));
+  ASSERT_TRUE(nothing.Failed);
+  EXPECT_EQ(nothing.Failed->Number, kFaultEndOfFile);
+  EXPECT_EQ(nothing.Failed->Detail, "cut.bufr: Messages that are damaged or cut off, left out: 1");
+}
+
+struct RealFile {
+  const char* Name;
+  int Index, Soundings;
+  const char* Title;
+  double Lat, Lon, Elevation;
+  test::TempRow First;
+  double Dir, SpdMs;  // of the lowest wind
+};
+
+// clang-format off
+const RealFile kRealFiles[] = {
+    {"KABQ_202305221200_ius.bufr", 0, 1, "72365  12Z 22 May 2023", 35.0381, -106.6228, 1619,
+     {840, 11.9, 9.1}, 298, 1.5},
+    {"KEPZ_202306120000_iuk.bufr", 0, 1, "72364  00Z 12 Jun 2023", 31.8727, -106.6971, 1254,
+     {870.6, 34.5, 2.1}, 248, 5.7},
+    {"temp_hires.bufr", 0, 1, "10954  1045Z 23 Feb 2025", 47.8341, 10.8667, 760,
+     {940.51, 7.5, 4.98}, 10, 1.5},
+    {"uegabe.bufr", 0, 1, "10618  05Z 12 Jul 2015", 49.6927, 7.3263, 376, {975, 14.8, 11.5}, 240,
+     3},
+    {"temp_102.bufr", 0, 1, "ASDE3  23Z 30 Oct 2012", 51.2, -28.1, 0, {0, 0, 0}, 0, 0},
+    {"temp_small.bufr", 6, 7, nullptr, 0, 0, 0, {0, 0, 0}, 0, 0},
+    {"temp_101.bufr", 3, 4, nullptr, 0, 0, 0, {0, 0, 0}, 0, 0},
+};
+// clang-format on
+
+TEST(Bufr, RealMessages) {
+  VEXA_REAL_DATA(folder, "bufr");
+  for (const RealFile& c : kRealFiles) {
+    SCOPED_TRACE(c.Name);
+    const SourceText source = File(folder / c.Name);
+    EXPECT_EQ(static_cast<int>(ListSoundings(source).size()), c.Soundings);
+    const Decoded decoded = Decode(source, c.Index);
+    ASSERT_FALSE(decoded.Failed) << decoded.Failed->Detail;
+    const SoundingRecord& record = decoded.Record;
+    EXPECT_EQ(CheckRecord(record), QcFinding{});
+    if (c.Title == nullptr) continue;
+    EXPECT_EQ(record.StationTitle, c.Title);
+    EXPECT_NEAR(record.LatSigned, c.Lat, 1e-4);
+    EXPECT_NEAR(record.LonSigned, c.Lon, 1e-4);
+    EXPECT_EQ(record.ElevM, c.Elevation);
+    if (c.First.Press == 0) continue;
+    EXPECT_NEAR(record.Press(1), c.First.Press, 1e-6);
+    EXPECT_NEAR(record.Temp(1), c.First.Temp, 1e-6);
+    EXPECT_NEAR(record.Dewpt(1), c.First.Dewpt, 1e-6);
+    EXPECT_NEAR(record.WindHgt(1), c.Elevation, 0.5);
+    EXPECT_EQ(record.WindDir(1), c.Dir);
+    EXPECT_NEAR(record.WindSpd(1), c.SpdMs * kMsToKnot, 1e-6);
+  }
+  // Winds alone are no sounding here, as with coded messages, and aircraft make none at all.
+  EXPECT_EQ(ListSoundings(File(folder / "pilo_91.bufr")).size(), 17U);
+  EXPECT_EQ(Decode(File(folder / "pilo_91.bufr")).Failed->Number, kFaultTooFewLevels);
+  EXPECT_EQ(Decode(File(folder / "aircraft_small.bufr")).Failed->Detail,
+            "aircraft_small.bufr: no vertical sounding in it");
+}
+
+TEST(Bufr, AgreesWithTheTextOfTheSameAscent) {
+  VEXA_REAL_DATA(folder, "");
+  const Decoded bufr = Decode(File(folder / "bufr" / "KABQ_202305221200_ius.bufr"));
+  const Decoded text = Decode(File(folder / "class" / "KABQ_202305221104_every60s.cls"));
+  const std::vector<double>& press = bufr.Record.Press.Values();
+  int compared = 0;
+  for (int i = 1; i <= text.Record.NumTempLevels(); ++i) {
+    const auto same = std::ranges::find_if(
+        press, [&](double value) { return std::fabs(value - text.Record.Press(i)) < 0.01; });
+    // Higher up several seconds share a pressure.
+    if (text.Record.Press(i) < 100) break;
+    ASSERT_NE(same, press.end()) << text.Record.Press(i);
+    const int level = static_cast<int>(same - press.begin()) + 1;
+    EXPECT_NEAR(bufr.Record.Temp(level), text.Record.Temp(i), 0.06) << text.Record.Press(i);
+    EXPECT_NEAR(bufr.Record.Dewpt(level), text.Record.Dewpt(i), 0.06) << text.Record.Press(i);
+    ++compared;
+  }
+  EXPECT_GT(compared, 40);
+}
+
+#else
+
+TEST(Bufr, ABuildWithoutTheLibrarySaysSo) {
+  const Decoded decoded = Decode(File(test::TestData("bufr_five.bufr")));
+  ASSERT_TRUE(decoded.Failed);
+  EXPECT_EQ(decoded.Failed->Detail,
+            "bufr_five.bufr: this build of the program does not read BUFR messages");
+}
+
+#endif
+
+}  // namespace
+}  // namespace vexa::ingest
