@@ -18,6 +18,7 @@
 #include "ingest/html_text.h"
 #include "ingest/iem.h"
 #include "ingest/igra.h"
+#include "ingest/level_dump.h"
 #include "ingest/model_csv.h"
 #include "ingest/native.h"
 #include "ingest/source_header.h"
@@ -32,6 +33,7 @@ namespace {
 // The first that recognises a text reads it.
 constexpr Decoder kDecoders[] = {
     {kRawTag, "VEXA sounding", "*.raw *.RAW", IsNative, DecodeNative},
+    {"COLUMNS", "VEXA data dump", "*.txt *.csv", IsLevelDump, DecodeLevelDump, ListLevelDump},
     {"IEM", "IEM JSON", "*.json", IsIemJson, DecodeIemJson, ListIemJson},
     {"DROPSONDE", "Dropsonde file", "D*", IsAvaps, DecodeAvaps},
     {"CLASS", "CLASS and EOL files", "*.cls *.eol", IsClassText, DecodeClassText, ListClassText},
