@@ -14,7 +14,7 @@ namespace vexa::cli {
 namespace {
 
 const Command* const kCommands[] = {&kPlotCommand, &kAnalyzeCommand, &kConvertCommand,
-                                    &kExportCommand};
+                                    &kExportCommand, &kListCommand};
 
 constexpr std::string_view kProgram = "vexa-cli";
 

@@ -25,6 +25,7 @@ extern const Command kPlotCommand;
 extern const Command kAnalyzeCommand;
 extern const Command kConvertCommand;
 extern const Command kExportCommand;
+extern const Command kListCommand;
 
 /// Reads, orders and analyses one file; the fault's detail names file and reason.
 Outcome<AnalysedSounding> LoadAndAnalyse(const std::string& file, const Options& options);

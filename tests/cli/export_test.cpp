@@ -66,5 +66,17 @@ TEST_F(ExportCommand, WritesWhatTheOptionsAskFor) {
   for (const auto& words : wrong) EXPECT_EQ(RunWords(words).Exit, kExitUsage);
 }
 
+TEST_F(ExportCommand, ListsWhatIsAskedFor) {
+  const std::string a = Write("a.RAW", WriteRaw(test::ReferenceConvective()));
+  const Ran one = RunWords({"list", a, "--listing", "cape"});
+  EXPECT_EQ(one.Exit, kExitOk) << one.Err;
+  EXPECT_TRUE(one.Out.starts_with("VEXA:  Reference A, convective  //  ")) << one.Out;
+  EXPECT_NE(one.Out.find("Level   (mb)  (layer)"), std::string::npos);
+  EXPECT_EQ(one.Out.find("NEWPAGE"), std::string::npos);
+  const Ran all = RunWords({"list", a});
+  EXPECT_NE(all.Out.find(" Pressure Levels"), std::string::npos);
+  EXPECT_EQ(RunWords({"list", a, "-l", "all"}).Exit, kExitUsage);
+}
+
 }  // namespace
 }  // namespace vexa::cli
