@@ -13,8 +13,8 @@
 namespace vexa::cli {
 namespace {
 
-const Command* const kCommands[] = {&kPlotCommand, &kAnalyzeCommand, &kConvertCommand,
-                                    &kExportCommand, &kListCommand};
+const Command* const kCommands[] = {&kPlotCommand,   &kAnalyzeCommand, &kConvertCommand,
+                                    &kExportCommand, &kListCommand,    &kReportCommand};
 
 constexpr std::string_view kProgram = "vexa-cli";
 

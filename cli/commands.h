@@ -26,6 +26,7 @@ extern const Command kAnalyzeCommand;
 extern const Command kConvertCommand;
 extern const Command kExportCommand;
 extern const Command kListCommand;
+extern const Command kReportCommand;
 
 /// Reads, orders and analyses one file; the fault's detail names file and reason.
 Outcome<AnalysedSounding> LoadAndAnalyse(const std::string& file, const Options& options);

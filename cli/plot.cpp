@@ -7,6 +7,7 @@
 #include "cli/commands.h"
 #include "cli/qt_start.h"
 #include "core/files.h"
+#include "core/numbers.h"
 #include "diagram/sounding_plot.h"
 #include "output/paint/paint.h"
 
@@ -19,6 +20,8 @@ constexpr ArgumentRow kOptions[] = {
      " input's name"},
     {"--diagram", "", "TYPE", "skewt, emagram or tephigram"},
     {"--size", "", "WxH", "size in pixels, 1600x1200 without it"},
+    {"--dpi", "", "N", "resolution that the file states, 96 without it"},
+    {"--quality", "", "N", "of a .jpg, 1 to 100, 92 without it"},
     {"--set", "", "\"KEY=VALUE\"", "sets an option by its label; may be repeated"},
 };
 
@@ -37,8 +40,20 @@ std::string OutputFor(const std::string& output, const std::string& file) {
   return name;
 }
 
+// A number of an option within a range; its own value where the option is not given.
+Outcome<int> WholeOption(const Arguments& arguments, std::string_view name, int own, int least,
+                         int most) {
+  const std::optional<std::string> text = arguments.Value(name);
+  if (!text) return own;
+  const std::optional<int> number = ParseWhole(*text);
+  if (number && *number >= least && *number <= most) return *number;
+  return Fault{kFaultInvalidValue, "WholeOption",
+               std::string(name) + " takes a number from " + Shortest(least) + " to " +
+                   Shortest(most) + ", not \"" + *text + "\""};
+}
+
 std::optional<Fault> PlotFile(const std::string& file, const std::string& output, PixelSize size,
-                              const Options& options) {
+                              const paint::ImageSettings& image, const Options& options) {
   const Outcome<AnalysedSounding> sounding = LoadAndAnalyse(file, options);
   if (!sounding) return sounding.Error();
   const std::optional<diagram::SoundingPlot> plot = diagram::PlotSounding(
@@ -49,7 +64,7 @@ std::optional<Fault> PlotFile(const std::string& file, const std::string& output
     bytes = ToSvg(plot->Page, size.Width, size.Height);
   } else {
     Outcome<std::string> encoded =
-        paint::EncodePicture(plot->Page, extension, size.Width, size.Height);
+        paint::EncodePicture(plot->Page, extension, size.Width, size.Height, image);
     if (!encoded) return encoded.Error();
     bytes = std::move(encoded.Value());
   }
@@ -75,6 +90,14 @@ int RunPlot(const Arguments& arguments, Console& console) {
     if (!given) return UsageError(console, kPlotCommand, given.Error().Detail);
     size = given.Value();
   }
+  const Outcome<int> quality = WholeOption(arguments, "--quality", paint::kJpegQuality, 1, 100);
+  if (!quality) return UsageError(console, kPlotCommand, quality.Error().Detail);
+  constexpr int kLeastDpi = 10, kMostDpi = 2400;
+  const Outcome<int> dpi =
+      WholeOption(arguments, "--dpi", static_cast<int>(paint::kScreenDpi), kLeastDpi, kMostDpi);
+  if (!dpi) return UsageError(console, kPlotCommand, dpi.Error().Detail);
+  const paint::ImageSettings image{.JpegQuality = quality.Value(),
+                                   .Dpi = static_cast<double>(dpi.Value())};
   Options options;
   if (const auto fault = SetOptions(options, arguments.Values("--set"))) {
     return UsageError(console, kPlotCommand, fault->Detail);
@@ -95,7 +118,7 @@ int RunPlot(const Arguments& arguments, Console& console) {
   for (const std::string& file : arguments.Files) {
     const std::string name = OutputFor(*output, file);
     const auto fault = written.insert(name).second
-                           ? PlotFile(file, name, size, options)
+                           ? PlotFile(file, name, size, image, options)
                            : Fault{kFaultBadFileName, "RunPlot",
                                    name + " holds the picture of another input already"};
     if (fault) {

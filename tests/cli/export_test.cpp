@@ -78,5 +78,21 @@ TEST_F(ExportCommand, ListsWhatIsAskedFor) {
   EXPECT_EQ(RunWords({"list", a, "-l", "all"}).Exit, kExitUsage);
 }
 
+TEST_F(ExportCommand, TheReportFolderRepeatsTheCase) {
+  const std::string a = Write("a.RAW", WriteRaw(test::ReferenceConvective()));
+  const Ran ran = RunWords({"report", a, "-o", In("case"), "--set", "Diagram type=emagram"});
+  ASSERT_EQ(ran.Exit, kExitOk) << ran.Err;
+  EXPECT_EQ(Text("case/source/a.RAW"), Text("a.RAW"));
+  EXPECT_NE(Text("case/VEXA.SET").find("emagram"), std::string::npos);
+  EXPECT_TRUE(Text("case/diagram.png").starts_with("\x89PNG"));
+  EXPECT_NE(Text("case/versions.json").find("CAPEInterval.Dat"), std::string::npos);
+  // The native file in the folder gives the analysis in the folder.
+  const Ran again = RunWords({"analyze", In("case/sounding.RAW"), "--format", "json"});
+  const auto afterFile = [](const std::string& json) { return json.substr(json.find("format")); };
+  EXPECT_EQ(afterFile(again.Out), afterFile(Text("case/analysis.json")));
+  EXPECT_EQ(RunWords({"report", In("none.RAW"), "-o", In("other")}).Exit, kExitInputFailed);
+  EXPECT_EQ(Text("other/versions.json"), "no file");
+}
+
 }  // namespace
 }  // namespace vexa::cli
