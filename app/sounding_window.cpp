@@ -25,6 +25,7 @@
 #include <string_view>
 
 #include "app/diagram_view.h"
+#include "app/output_actions.h"
 #include "core/files.h"
 #include "program/menu.h"
 #include "program/readout.h"
@@ -133,6 +134,7 @@ void SoundingWindow::OpenFiles(const std::vector<std::filesystem::path>& paths) 
 }
 
 void SoundingWindow::Run(Command command) {
+  if (RunOutputCommand(program_, command, this, view_->size())) return;
   Show(RunCommand(program_, command));
 }
 

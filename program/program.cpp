@@ -35,6 +35,7 @@ Changes ChooseDiagram(Program& program) {
 
 constexpr CommandRow kCommands[] = {
     {Command::Open, commands::Open},
+    {Command::ExportData, commands::ExportData},
     {Command::Exit, Exit},
     {Command::Refresh, DrawAgain},
     {Command::DiagramSkewT, ChooseDiagram<DiagramType::SkewT>},

@@ -7,6 +7,7 @@
 
 #include "core/numbers.h"
 #include "core/raw_file.h"
+#include "program/program.h"
 #include "support/soundings.h"
 
 namespace vexa {
@@ -114,6 +115,36 @@ TEST_F(ExportBatchTest, WhatStoodThereSurvivesFailure) {
   EXPECT_TRUE(empty.Output.empty());
   EXPECT_EQ(empty.Rejected, 1);
   EXPECT_EQ(Text("out.txt"), "earlier");
+}
+
+/// Chooses a file and takes every box.
+class Chooser : public SilentInteraction {
+ public:
+  std::optional<std::string> ChooseFile(const FileQuestion&) override { return Name; }
+  std::optional<std::string> Name{};
+};
+
+TEST_F(ExportBatchTest, TheCommandWritesTheSoundingInWork) {
+  Chooser user;
+  Program program;
+  program.Current.Ask = &user;
+  program.Current.Record = test::ReferenceConvective();
+  RunCommand(program, Command::ExportData);
+  EXPECT_EQ(program.Current.StatusText, "cancel");
+  EXPECT_TRUE(user.Boxes.empty());
+  user.Name = TextFromPath(folder_.Path() / "one.txt");
+  RunCommand(program, Command::ExportData);
+  ASSERT_EQ(user.Boxes.size(), 1u);
+  EXPECT_EQ(user.Boxes[0].Text, "File one.txt has been created\nwith 1 sounding processed.");
+  // The same bytes as a batch of that sounding alone.
+  const std::vector<std::string> files = {Write("a.RAW", WriteRaw(program.Current.Record))};
+  std::filesystem::create_directories(folder_.Path() / "batch");
+  ExportBatch({.Files = files, .Output = folder_.Path() / "batch" / "one.txt"}, {});
+  EXPECT_EQ(Text("one.txt"), Text("batch/one.txt"));
+  program.Current.Record.Dewpt(3) = 60;
+  std::filesystem::remove(folder_.Path() / "one.txt");
+  RunCommand(program, Command::ExportData);
+  EXPECT_EQ(Text("one.txt"), "no file") << "a bad sounding is not written";
 }
 
 TEST(ExportRange, TakesTwoFourDigitNumbersInOrder) {
