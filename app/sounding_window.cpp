@@ -30,6 +30,7 @@
 #include "app/diagram_view.h"
 #include "app/display_window.h"
 #include "app/option_control.h"
+#include "app/output_actions.h"
 #include "app/severe_table_window.h"
 #include "core/files.h"
 #include "program/displays.h"
@@ -152,7 +153,7 @@ void SoundingWindow::Run(Command command) {
   } else if (command == Command::Analyze) {
     dock_->setVisible(!dock_->isVisible());
     dock_->Follow();
-  } else {
+  } else if (!RunOutputCommand(program_, command, this, view_->size())) {
     Show(RunCommand(program_, command));
   }
 }

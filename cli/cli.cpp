@@ -4,7 +4,6 @@
 
 #include "analysis/analysis.h"
 #include "cli/commands.h"
-#include "core/error_report.h"
 #include "core/files.h"
 #include "core/folders.h"
 #include "core/numbers.h"
@@ -12,12 +11,14 @@
 #include "core/source_text.h"
 #include "core/station_file.h"
 #include "ingest/decoder.h"
+#include "program/export_batch.h"
 
 namespace vexa::cli {
 namespace {
 
 const Command* const kCommands[] = {&kPlotCommand,     &kAnalyzeCommand, &kConvertCommand,
-                                    &kSettingsCommand, &kCheckCommand,   &kFetchCommand};
+                                    &kSettingsCommand, &kCheckCommand,   &kFetchCommand,
+                                    &kExportCommand,   &kListCommand,    &kReportCommand};
 
 constexpr std::string_view kProgram = "vexa-cli";
 
@@ -75,12 +76,7 @@ Outcome<AnalysedSounding> LoadAndAnalyse(const std::string& file, const Options&
 }
 
 void ReportFault(Console& console, const std::string& file, const Fault& fault) {
-  CurrentSounding nobody;
-  nobody.FileName = file;
-  std::string text = std::string(kProgram) + ": " + file + ": " + FaultMessage(nobody, fault);
-  if (!fault.Detail.empty()) text += " (" + fault.Detail + ")";
-  std::ranges::replace(text, '\n', ' ');
-  console.Err(text + "\n");
+  console.Err(std::string(kProgram) + ": " + file + ": " + FaultLine(file, fault) + "\n");
 }
 
 int UsageError(Console& console, const Command& command, std::string_view reason) {

@@ -26,6 +26,9 @@ struct Command {
 extern const Command kPlotCommand;
 extern const Command kAnalyzeCommand;
 extern const Command kConvertCommand;
+extern const Command kExportCommand;
+extern const Command kListCommand;
+extern const Command kReportCommand;
 extern const Command kSettingsCommand;
 extern const Command kCheckCommand;
 extern const Command kFetchCommand;

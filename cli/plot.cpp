@@ -8,6 +8,7 @@
 #include "cli/qt_start.h"
 #include "cli/settings.h"
 #include "core/files.h"
+#include "core/numbers.h"
 #include "diagram/sounding_plot.h"
 #include "output/paint/paint.h"
 
@@ -21,6 +22,8 @@ constexpr ArgumentRow kOptions[] = {
     {"--diagram", "", "TYPE", "skewt, emagram or tephigram"},
     {"--size", "", "WxH", "size in pixels, 1600x1200 without it"},
     kRootOption,
+    {"--dpi", "", "N", "resolution that the file states, 96 without it"},
+    {"--quality", "", "N", "of a .jpg, 1 to 100, 92 without it"},
     {"--set", "", "\"KEY=VALUE\"", "sets an option by its label; may be repeated"},
 };
 
@@ -39,8 +42,20 @@ std::string OutputFor(const std::string& output, const std::string& file) {
   return name;
 }
 
+// A number of an option within a range; its own value where the option is not given.
+Outcome<int> WholeOption(const Arguments& arguments, std::string_view name, int own, int least,
+                         int most) {
+  const std::optional<std::string> text = arguments.Value(name);
+  if (!text) return own;
+  const std::optional<int> number = ParseWhole(*text);
+  if (number && *number >= least && *number <= most) return *number;
+  return Fault{kFaultInvalidValue, "WholeOption",
+               std::string(name) + " takes a number from " + Shortest(least) + " to " +
+                   Shortest(most) + ", not \"" + *text + "\""};
+}
+
 std::optional<Fault> PlotFile(const std::string& file, const std::string& output, PixelSize size,
-                              const SettingsStore& settings) {
+                              const paint::ImageSettings& image, const SettingsStore& settings) {
   const Options& options = settings.Set;
   const Outcome<AnalysedSounding> sounding = LoadAndAnalyse(file, options);
   if (!sounding) return sounding.Error();
@@ -55,7 +70,7 @@ std::optional<Fault> PlotFile(const std::string& file, const std::string& output
     bytes = ToSvg(plot->Page, size.Width, size.Height);
   } else {
     Outcome<std::string> encoded =
-        paint::EncodePicture(plot->Page, extension, size.Width, size.Height);
+        paint::EncodePicture(plot->Page, extension, size.Width, size.Height, image);
     if (!encoded) return encoded.Error();
     bytes = std::move(encoded.Value());
   }
@@ -81,6 +96,14 @@ int RunPlot(const Arguments& arguments, Console& console) {
     if (!given) return UsageError(console, kPlotCommand, given.Error().Detail);
     size = given.Value();
   }
+  const Outcome<int> quality = WholeOption(arguments, "--quality", paint::kJpegQuality, 1, 100);
+  if (!quality) return UsageError(console, kPlotCommand, quality.Error().Detail);
+  constexpr int kLeastDpi = 10, kMostDpi = 2400;
+  const Outcome<int> dpi =
+      WholeOption(arguments, "--dpi", static_cast<int>(paint::kScreenDpi), kLeastDpi, kMostDpi);
+  if (!dpi) return UsageError(console, kPlotCommand, dpi.Error().Detail);
+  const paint::ImageSettings image{.JpegQuality = quality.Value(),
+                                   .Dpi = static_cast<double>(dpi.Value())};
   Outcome<SettingsStore> settings = CommandSettings(arguments, console);
   if (!settings) return UsageError(console, kPlotCommand, settings.Error().Detail);
   Options& options = settings.Value().Set;
@@ -100,7 +123,7 @@ int RunPlot(const Arguments& arguments, Console& console) {
   for (const std::string& file : arguments.Files) {
     const std::string name = OutputFor(*output, file);
     const auto fault = written.insert(name).second
-                           ? PlotFile(file, name, size, settings.Value())
+                           ? PlotFile(file, name, size, image, settings.Value())
                            : Fault{kFaultBadFileName, "RunPlot",
                                    name + " holds the picture of another input already"};
     if (fault) {

@@ -19,6 +19,7 @@
 #include "ingest/html_text.h"
 #include "ingest/iem.h"
 #include "ingest/igra.h"
+#include "ingest/level_dump.h"
 #include "ingest/model_csv.h"
 #include "ingest/native.h"
 #include "ingest/source_header.h"
@@ -34,6 +35,7 @@ namespace {
 constexpr Decoder kDecoders[] = {
     {"BUFR", "BUFR messages", "*.bufr *.bfr *.bin", IsBufr, DecodeBufr, ListBufr},
     {kRawTag, "VEXA sounding", "*.raw *.RAW", IsNative, DecodeNative},
+    {"COLUMNS", "VEXA data dump", "*.txt *.csv", IsLevelDump, DecodeLevelDump, ListLevelDump},
     {"IEM", "IEM JSON", "*.json", IsIemJson, DecodeIemJson, ListIemJson},
     {"DROPSONDE", "Dropsonde file", "D*", IsAvaps, DecodeAvaps},
     {"CLASS", "CLASS and EOL files", "*.cls *.eol", IsClassText, DecodeClassText, ListClassText},

@@ -37,6 +37,7 @@ Changes ChooseDiagram(Program& program) {
 
 constexpr CommandRow kCommands[] = {
     {Command::Open, commands::Open},
+    {Command::ExportData, commands::ExportData},
     {Command::Exit, Exit},
     {Command::Refresh, DrawAgain},
     {Command::DiagramSkewT, ChooseDiagram<DiagramType::SkewT>},

@@ -27,6 +27,10 @@ enum class Command {
   None,
   Open,
   Exit,
+  ExportData,
+  PrintImage,  // these three by the window
+  SaveImage,
+  CopyImage,
   Refresh,
   DiagramSkewT,
   DiagramEmagram,

@@ -2,11 +2,12 @@
 // painter besides the SVG text; it takes no decision about what is shown.
 #pragma once
 
-#include <QString>
 #include <optional>
+#include <QString>
 #include <string>
 
 #include "core/fault.h"
+#include "output/paint/dib_section.h"
 #include "picture/picture.h"
 
 class QPainter;
@@ -23,7 +24,9 @@ QImage ToImage(const Picture& picture, int widthPx, int heightPx);
 
 /// The bytes of a picture file by its extension: png, jpg, jpeg, bmp, svg, pdf. Fault 52 for
 /// another extension, 61 when the image cannot be made.
+///
+/// settings  a PDF page measures the size at the resolution; SVG has none
 Outcome<std::string> EncodePicture(const Picture& picture, const std::string& extension,
-                                   int widthPx, int heightPx);
+                                   int widthPx, int heightPx, const ImageSettings& settings = {});
 
 }  // namespace vexa::paint

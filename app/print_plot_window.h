@@ -1,0 +1,54 @@
+// The print window, `PrintPlot`: what to print, on which paper, with a preview of every page. It
+// prints to the printer that the platform's dialog chooses, or to a PDF file where there is none.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <QDialog>
+#include <vector>
+
+#include "core/fault.h"
+#include "output/print_pages.h"
+#include "picture/picture.h"
+#include "program/program.h"
+
+class QCheckBox;
+class QComboBox;
+class QLabel;
+class QPushButton;
+class QSpinBox;
+
+namespace vexa {
+
+class PrintPlotWindow : public QDialog {
+ public:
+  explicit PrintPlotWindow(Program& program, QWidget* parent = nullptr);
+
+  /// What is chosen now, page by page.
+  std::vector<Picture> Pages() const;
+  output::PrintSetup Setup() const;
+  /// Prepares the chosen listings' files and writes the pages as a PDF file.
+  std::optional<Fault> PrintToPdf(const std::filesystem::path& path);
+
+ private:
+  void BuildControls();
+  void ShowPreview();
+  void Print();
+  void PrintToFile();
+  std::optional<Fault> PrepareFiles() const;
+  std::vector<const output::ListingRow*> ChosenListings() const;
+  void Tell(const Fault& fault);
+
+  Program& program_;
+  QComboBox* display_ = nullptr;
+  QComboBox* orientation_ = nullptr;
+  QComboBox* paper_ = nullptr;
+  QCheckBox* dataType_ = nullptr;
+  QCheckBox* coordinates_ = nullptr;
+  QCheckBox* allListings_ = nullptr;
+  QSpinBox* page_ = nullptr;
+  QLabel* preview_ = nullptr;
+  QPushButton* print_ = nullptr;
+};
+
+}  // namespace vexa

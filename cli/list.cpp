@@ -1,0 +1,70 @@
+#include <string>
+
+#include "cli/commands.h"
+#include "output/listings.h"
+
+namespace vexa::cli {
+namespace {
+
+constexpr ArgumentRow kOptions[] = {
+    {"--listing", "-l", "LISTING",
+     "summary, complete, interval, analyses, weather, indices or cape; may be repeated, all seven "
+     "without it"},
+    {"--set", "", "\"KEY=VALUE\"", "sets an option by its label; may be repeated"},
+};
+
+std::string Words() {
+  std::string words;
+  for (const output::ListingRow& row : output::Listings()) {
+    words += (words.empty() ? "" : ", ") + std::string(row.Word);
+  }
+  return words;
+}
+
+void Print(const AnalysedSounding& sounding, const std::vector<const output::ListingRow*>& rows,
+           const Options& options, Console& console) {
+  const output::ListingSource from{sounding.Record, sounding.Results, options};
+  std::string text;
+  for (const std::string& line : output::PageHeader(from, {})) text += line + "\n";
+  for (const output::ListingRow* row : rows) {
+    text += row == rows.front() ? "\n" : std::string(output::kNewPage) + "\n";
+    for (const std::string& line : row->Make(from)) text += line + "\n";
+  }
+  console.Out(text);
+}
+
+int RunList(const Arguments& arguments, Console& console) {
+  Options options;
+  if (const auto fault = SetOptions(options, arguments.Values("--set"))) {
+    return UsageError(console, kListCommand, fault->Detail);
+  }
+  std::vector<const output::ListingRow*> rows;
+  for (const std::string& word : arguments.Values("--listing")) {
+    rows.push_back(output::FindListing(word));
+    if (rows.back() == nullptr) {
+      return UsageError(console, kListCommand,
+                        "there is no listing \"" + word + "\"; there are " + Words());
+    }
+  }
+  if (rows.empty()) {
+    for (const output::ListingRow& row : output::Listings()) rows.push_back(&row);
+  }
+  int exitCode = kExitOk;
+  for (const std::string& file : arguments.Files) {
+    const Outcome<AnalysedSounding> sounding = LoadAndAnalyse(file, options);
+    if (sounding) {
+      Print(sounding.Value(), rows, options, console);
+    } else {
+      ReportFault(console, file, sounding.Error());
+      exitCode = kExitInputFailed;
+    }
+  }
+  return exitCode;
+}
+
+}  // namespace
+
+const Command kListCommand = {"list", "FILE... [--listing LISTING]...",
+                              "Prints the listings of each sounding.", kOptions, RunList};
+
+}  // namespace vexa::cli

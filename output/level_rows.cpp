@@ -1,0 +1,171 @@
+#include "output/level_rows.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+
+#include "analysis/moist_air.h"
+#include "analysis/turbulence.h"
+#include "core/level_filter.h"
+#include "core/units.h"
+
+namespace vexa::output {
+namespace {
+
+using analysis::AnalysisResults;
+using analysis::LevelProfile;
+
+constexpr double kNearMeters = 5;
+constexpr double kNearShare = 0.005;  // of the height above the ground
+constexpr double kGramsPerKilogram = 1000;
+
+// A row and the levels that it was made of, 0 for none.
+struct Joined {
+  LevelRow Row{};
+  int TempLevel = 0;
+  int WindLevel = 0;
+};
+
+std::optional<double> Given(double value) {
+  return NotAvailable(value) ? std::nullopt : std::optional(value);
+}
+
+template <class T>
+std::optional<double> At(const Levels<T>& values, int level) {
+  return level <= values.Count() ? Given(values(level)) : std::nullopt;
+}
+
+LevelRow TempRow(const AnalysisResults& results, int level) {
+  const LevelProfile& levels = results.Levels;
+  const analysis::LevelListing& listing = results.Layers.Listing;
+  LevelRow row{.Press = levels.Press(level), .Height = levels.Height(level)};
+  row.Temp = Given(levels.Temp(level));
+  row.Dewpt = Given(levels.Dewpt(level));
+  row.Theta = Given(levels.Theta(level));
+  row.ThetaE = Given(levels.ThetaE(level));
+  row.Humidity = Given(levels.RelHumidity(level));
+  row.MixingRatio = Given(levels.MixingRatio(level));
+  if (row.MixingRatio) *row.MixingRatio *= kGramsPerKilogram;
+  row.VirtualTemp = Given(levels.VirtualTemp(level));
+  row.WetBulb = Given(levels.WetBulb(level));
+  row.Water = At(listing.WaterBelow, level);
+  row.Density = At(listing.Density, level);
+  return row;
+}
+
+// Number of the temperature level nearest to a height; 0 without any.
+int NearestLevel(const LevelProfile& levels, double height) {
+  const std::vector<double>& heights = levels.Height.Values();
+  if (heights.empty()) return 0;
+  const auto above = std::ranges::lower_bound(heights, height);
+  if (above == heights.end()) return levels.Count();
+  const auto index = static_cast<int>(above - heights.begin());
+  if (index == 0) return 1;
+  const bool isBelowNearer = height - levels.Height(index) <= levels.Height(index + 1) - height;
+  return isBelowNearer ? index : index + 1;
+}
+
+double Tolerance(const LevelProfile& levels, double height) {
+  return kNearMeters + kNearShare * std::max(0.0, height - levels.Height(1));
+}
+
+// Which wind stands at each temperature level, 0 for none; of several the nearest.
+std::vector<int> WindsAtLevels(const SoundingRecord& sounding, const LevelProfile& levels) {
+  std::vector<int> winds(static_cast<std::size_t>(levels.Count()) + 1, 0);
+  for (int i = 1; i <= sounding.NumWindLevels(); ++i) {
+    const double height = sounding.WindHgt(i);
+    const int level = NearestLevel(levels, height);
+    if (level == 0) continue;
+    const double distance = std::fabs(levels.Height(level) - height);
+    if (!(distance <= Tolerance(levels, height))) continue;
+    int& taken = winds[static_cast<std::size_t>(level)];
+    if (taken == 0 || distance < std::fabs(levels.Height(level) - sounding.WindHgt(taken))) {
+      taken = i;
+    }
+  }
+  return winds;
+}
+
+// Pressure at a height, beyond the highest level in air of its virtual temperature.
+std::optional<double> PressureAt(const LevelProfile& levels, double height) {
+  const double press = analysis::GetPRESS(levels, height);
+  if (press != kNotReached) return press > 0 ? std::optional(press) : std::nullopt;
+  if (levels.Count() == 0 || height < levels.Height.Top()) return std::nullopt;
+  const double tempK = levels.VirtualTemp.Top() + kKelvinOffset;
+  if (!(tempK > 0)) return std::nullopt;
+  const double scale = analysis::kDryGasConstant * tempK / analysis::kGravity;
+  return levels.Press.Top() * std::exp(-(height - levels.Height.Top()) / scale);
+}
+
+void PutShear(const SoundingRecord& sounding, const LevelProfile& levels,
+              std::vector<Joined>& rows) {
+  constexpr double kSameHeight = 1e-6;  // m
+  const std::vector<analysis::WindPair> pairs = analysis::PairWinds(sounding, levels, 0);
+  for (Joined& joined : rows) {
+    if (joined.WindLevel == 0) continue;
+    const double height = sounding.WindHgt(joined.WindLevel);
+    const auto pair = std::ranges::lower_bound(
+        pairs, height - kSameHeight, {},
+        [](const analysis::WindPair& candidate) { return candidate.High.Height; });
+    if (pair == pairs.end() || pair->High.Height > height + kSameHeight) continue;
+    joined.Row.Shear = pair->Shear;
+    joined.Row.Richardson = pair->Richardson;
+  }
+}
+
+std::vector<Joined> Join(const SoundingRecord& sounding, const AnalysisResults& results) {
+  const LevelProfile& levels = results.Levels;
+  const std::vector<int> winds = WindsAtLevels(sounding, levels);
+  std::vector<bool> isPlaced(static_cast<std::size_t>(sounding.NumWindLevels()) + 1, false);
+  std::vector<Joined> rows;
+  rows.reserve(winds.size() + isPlaced.size());
+  const auto put = [&](Joined& row, int wind) {
+    row.WindLevel = wind;
+    row.Row.Dir = Given(sounding.WindDir(wind));
+    row.Row.Spd = Given(sounding.WindSpd(wind));
+    isPlaced[static_cast<std::size_t>(wind)] = true;
+  };
+  for (int i = 1; i <= levels.Count(); ++i) {
+    Joined row{.Row = TempRow(results, i), .TempLevel = i};
+    if (const int wind = winds[static_cast<std::size_t>(i)]; wind != 0) put(row, wind);
+    rows.push_back(row);
+  }
+  for (int i = 1; i <= sounding.NumWindLevels(); ++i) {
+    if (isPlaced[static_cast<std::size_t>(i)]) continue;
+    const std::optional<double> press = PressureAt(levels, sounding.WindHgt(i));
+    if (!press) continue;
+    Joined row{.Row = {.Press = *press, .Height = sounding.WindHgt(i)}};
+    put(row, i);
+    rows.push_back(row);
+  }
+  std::ranges::stable_sort(rows, {}, [](const Joined& joined) { return joined.Row.Height; });
+  PutShear(sounding, levels, rows);
+  return rows;
+}
+
+}  // namespace
+
+std::vector<LevelRow> IntegrateLevels(const SoundingRecord& sounding,
+                                      const AnalysisResults& results) {
+  std::vector<LevelRow> rows;
+  for (const Joined& joined : Join(sounding, results)) rows.push_back(joined.Row);
+  return rows;
+}
+
+std::vector<LevelRow> SignificantLevels(const SoundingRecord& sounding,
+                                        const AnalysisResults& results) {
+  const SoundingRecord thinned = FilterLevels(sounding);
+  const auto holds = [](const std::vector<double>& values, double value) {
+    return std::ranges::find(values, value) != values.end();
+  };
+  std::vector<LevelRow> rows;
+  for (const Joined& joined : Join(sounding, results)) {
+    const bool keepsTemp = joined.TempLevel != 0 && holds(thinned.Press.Values(), joined.Row.Press);
+    const bool keepsWind = joined.WindLevel != 0 &&
+                           holds(thinned.WindHgt.Values(), sounding.WindHgt(joined.WindLevel));
+    if (keepsTemp || keepsWind) rows.push_back(joined.Row);
+  }
+  return rows;
+}
+
+}  // namespace vexa::output

@@ -1,0 +1,109 @@
+#include "output/paint/dib_section.h"
+
+#include <algorithm>
+#include <QBuffer>
+#include <QByteArray>
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QImageWriter>
+#include <QMimeData>
+#include <QtGlobal>
+#include <variant>
+#include <vector>
+
+#include "output/paint/paint.h"
+
+namespace vexa::paint {
+namespace {
+
+constexpr double kMetersPerInch = 0.0254;
+constexpr const char* kNoMemory = "no memory for an image of this size";
+
+Fault Failed(std::string reason) {
+  return {kFaultDiskFull, "cDIBSection", std::move(reason)};
+}
+
+Outcome<std::string> Write(const QImage& image, const char* format, int quality) {
+  if (image.isNull()) return Failed(kNoMemory);
+  QByteArray bytes;
+  QBuffer buffer(&bytes);
+  buffer.open(QIODevice::WriteOnly);
+  QImageWriter writer(&buffer, format);
+  if (quality > 0) writer.setQuality(quality);
+  if (!writer.write(image)) return Failed(writer.errorString().toStdString());
+  return bytes.toStdString();
+}
+
+void CollectLabels(const Picture& picture, std::vector<const Label*>& labels) {
+  for (const Item& item : picture.Items()) {
+    if (const auto* label = std::get_if<Label>(&item.Shape)) labels.push_back(label);
+    const auto* inset = std::get_if<Inset>(&item.Shape);
+    if (inset != nullptr && inset->Content.Get() != nullptr) {
+      CollectLabels(*inset->Content.Get(), labels);
+    }
+  }
+}
+
+}  // namespace
+
+bool cDIBSection::Create(const Picture& picture, int widthPx, int heightPx, double dpi) {
+  image_ = ToImage(picture, widthPx, heightPx);
+  const int dotsPerMeter = qRound(dpi / kMetersPerInch);
+  image_.setDotsPerMeterX(dotsPerMeter);
+  image_.setDotsPerMeterY(dotsPerMeter);
+  return !image_.isNull();
+}
+
+Outcome<std::string> cDIBSection::Jpeg(int quality) const {
+  if (!QImageWriter::supportedImageFormats().contains("jpg")) {
+    return Failed(std::string(kJpegInitFailed) + "no support for JPEG files is installed");
+  }
+  Outcome<std::string> bytes = Write(image_, "jpg", std::clamp(quality, 1, 100));
+  if (!bytes) return Failed(kJpegSaveFailed + bytes.Error().Detail);
+  return bytes;
+}
+
+Outcome<std::string> cDIBSection::Bmp() const {
+  return Write(image_, "bmp", 0);
+}
+Outcome<std::string> cDIBSection::Png() const {
+  return Write(image_, "png", 0);
+}
+
+std::optional<std::string> cDIBSection::CopyToClipboard(bool asDib) const {
+  if (asDib) return kNoDibOnClipboard;
+  if (image_.isNull()) return kNoMemory;
+  QGuiApplication::clipboard()->setImage(image_);
+  return std::nullopt;
+}
+
+std::string CopyPicture(const Picture& picture, int widthPx, int heightPx) {
+  cDIBSection bitmap;
+  if (!bitmap.Create(picture, widthPx, heightPx)) return kNoMemory;
+  auto* data = new QMimeData;  // the clipboard's own from here on
+  data->setImageData(bitmap.Image());
+  data->setData(QStringLiteral("image/svg+xml"),
+                QByteArray::fromStdString(ToSvg(picture, widthPx, heightPx)));
+  data->setText(QString::fromStdString(TextOf(picture)));
+  QGuiApplication::clipboard()->setMimeData(data);
+  return kClipboardDone;
+}
+
+std::string TextOf(const Picture& picture) {
+  std::vector<const Label*> labels;
+  CollectLabels(picture, labels);
+  std::ranges::stable_sort(labels, [](const Label* a, const Label* b) {
+    return a->At.Y != b->At.Y ? a->At.Y < b->At.Y : a->At.X < b->At.X;
+  });
+  std::string text;
+  for (const Label* label : labels) {
+    if (!label->Text.empty()) text += label->Text + "\n";
+  }
+  return text;
+}
+
+std::string JpegLibraryVersion() {
+  return std::string("JPEG by Qt ") + qVersion();
+}
+
+}  // namespace vexa::paint

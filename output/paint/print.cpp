@@ -1,0 +1,71 @@
+#include "output/paint/print.h"
+
+#include <algorithm>
+#include <QBuffer>
+#include <QByteArray>
+#include <QMarginsF>
+#include <QPageLayout>
+#include <QPageSize>
+#include <QPainter>
+#include <QPdfWriter>
+#include <string>
+
+#include "core/numbers.h"
+#include "output/paint/paint.h"
+
+namespace vexa::paint {
+namespace {
+
+Fault Failed(std::string reason) {
+  return {kFaultPrinter, "PrintPages", std::move(reason)};
+}
+
+}  // namespace
+
+bool SetPaper(QPagedPaintDevice& device, const Picture& page, double unitsPerPoint) {
+  const double width = page.Width() / unitsPerPoint;
+  const double height = page.Height() / unitsPerPoint;
+  // Paper sizes stand upright; printers learn from the orientation how to turn them.
+  const QSizeF upright(std::min(width, height), std::max(width, height));
+  const auto turn = width > height ? QPageLayout::Landscape : QPageLayout::Portrait;
+  const QPageSize paper(upright, QPageSize::Point, {}, QPageSize::FuzzyOrientationMatch);
+  QPageLayout layout(paper, turn, QMarginsF(0, 0, 0, 0));
+  layout.setMode(QPageLayout::FullPageMode);
+  return device.setPageLayout(layout);
+}
+
+std::optional<Fault> PrintPages(std::span<const Picture> pages, double unitsPerPoint,
+                                QPagedPaintDevice& device, Progress progress) {
+  if (pages.empty()) return Failed("there is nothing to print");
+  if (!SetPaper(device, pages.front(), unitsPerPoint)) {
+    return Failed("the paper is not one of the printer's");
+  }
+  QPainter painter;
+  if (!painter.begin(&device)) return Failed("the printer cannot be opened");
+  const std::string total = Shortest(static_cast<int>(pages.size()));
+  for (std::size_t i = 0; i < pages.size(); ++i) {
+    if (!progress.Begin("Printing: " + Shortest(static_cast<int>(i) + 1) + " of " + total)) {
+      return Failed(kPrintCancelled);
+    }
+    if (i > 0 && !device.newPage()) return Failed("a new page cannot be begun");
+    Paint(pages[i], painter, QRectF(0, 0, device.width(), device.height()));
+  }
+  if (!painter.end()) return Failed("the printer did not take the pages");
+  return std::nullopt;
+}
+
+Outcome<std::string> PagesAsPdf(std::span<const Picture> pages, double unitsPerPoint,
+                                Progress progress) {
+  QByteArray bytes;
+  {
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    QPdfWriter writer(&buffer);
+    writer.setCreator(QStringLiteral("VEXA"));
+    writer.setResolution(kPrintPdfDpi);
+    if (auto fault = PrintPages(pages, unitsPerPoint, writer, progress)) return *fault;
+  }
+  return bytes.toStdString();
+}
+
+}  // namespace vexa::paint

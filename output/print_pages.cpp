@@ -1,0 +1,95 @@
+#include "output/print_pages.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace vexa::output {
+namespace {
+
+constexpr double kMonoAdvance = 0.6;  // width of a letter by its size
+
+constexpr PageSizePt kPaperSizes[] = {{612, 792}, {612, 1008}, {595, 842}};
+
+constexpr Color kPaperColor{255, 255, 255};
+
+Picture BlankPage(const PrintSetup& setup) {
+  const PageSizePt size = SizeOf(setup);
+  return {size.Width * kUnitsPerPoint, size.Height * kUnitsPerPoint, kPaperColor};
+}
+
+// Number of characters, not bytes.
+std::size_t Characters(std::string_view line) {
+  return static_cast<std::size_t>(std::ranges::count_if(
+      line, [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
+}
+
+// Size of the letters in points with which the longest line fits.
+double LetterSize(const ListingLines& listing, const ListingLines& header, double widthPt) {
+  std::size_t longest = 1;
+  for (const ListingLines* lines : {&listing, &header}) {
+    for (const std::string& line : *lines) longest = std::max(longest, Characters(line));
+  }
+  return std::min(kListingPt, widthPt / (kMonoAdvance * static_cast<double>(longest)));
+}
+
+void PutLines(Picture& page, const ListingLines& lines, double sizePt) {
+  double y = kMarginPt * kUnitsPerPoint;
+  for (const std::string& line : lines) {
+    if (!line.empty()) {
+      page.Add("listing", Label{.At = {kMarginPt * kUnitsPerPoint, y},
+                                .Text = line,
+                                .Down = AnchorY::Top,
+                                .Size = sizePt * kUnitsPerPoint,
+                                .Font = Face::Mono,
+                                .Ink = {0, 0, 0}});
+    }
+    y += sizePt * kLeadingShare * kUnitsPerPoint;
+  }
+}
+
+}  // namespace
+
+PageSizePt SizeOf(const PrintSetup& setup) {
+  PageSizePt size = kPaperSizes[static_cast<std::size_t>(setup.Sheet)];
+  if (setup.Turn == Orientation::Landscape) std::swap(size.Width, size.Height);
+  return size;
+}
+
+Picture DisplayPage(const Picture& display, const ListingLines& header, const PrintSetup& setup) {
+  Picture page = BlankPage(setup);
+  const double letters = LetterSize({}, header, SizeOf(setup).Width - 2 * kMarginPt);
+  PutLines(page, header, letters);
+  const double margin = kMarginPt * kUnitsPerPoint;
+  const double top =
+      margin + (static_cast<double>(header.size()) + 1) * letters * kLeadingShare * kUnitsPerPoint;
+  page.Add("display", Inset{.Place = {margin, top, page.Width() - margin, page.Height() - margin},
+                            .Content = display});
+  return page;
+}
+
+std::vector<Picture> ListingPages(const ListingLines& listing, const ListingLines& header,
+                                  const PrintSetup& setup) {
+  const PageSizePt size = SizeOf(setup);
+  const double letters = LetterSize(listing, header, size.Width - 2 * kMarginPt);
+  const double room = (size.Height - 2 * kMarginPt) / (letters * kLeadingShare);
+  std::vector<Picture> pages;
+  for (const ListingLines& lines : Paginate(listing, header, static_cast<int>(std::floor(room)))) {
+    pages.push_back(BlankPage(setup));
+    PutLines(pages.back(), lines, letters);
+  }
+  return pages;
+}
+
+std::vector<Picture> PagesOfListings(std::span<const ListingRow* const> rows,
+                                     const ListingSource& from, const PrintSetup& setup) {
+  const ListingLines header = PageHeader(from, setup.Header);
+  std::vector<Picture> pages;
+  for (const ListingRow* row : rows) {
+    for (Picture& page : ListingPages(row->Make(from), header, setup)) {
+      pages.push_back(std::move(page));
+    }
+  }
+  return pages;
+}
+
+}  // namespace vexa::output

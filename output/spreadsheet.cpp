@@ -1,0 +1,262 @@
+// The spreadsheet's block of one sounding: where it was made, its analysis values with their
+// labels and units, its tropopauses and the table of its levels.
+#include <algorithm>
+#include <cmath>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "analysis/index_table.h"
+#include "core/numbers.h"
+#include "core/units.h"
+#include "output/data_dump.h"
+
+namespace vexa::output {
+namespace {
+
+using analysis::AnalysisResults;
+using analysis::IndexValue;
+using analysis::LevelPoint;
+using analysis::Measure;
+
+constexpr double kCentimetersPerInch = 2.54;
+constexpr double kMilesPerKilometer = 1000 / kMetersPerMile;
+
+/// Rows of comma-separated fields; texts that need quotes get them.
+class Sheet {
+ public:
+  Sheet& Cell(std::string_view text) {
+    if (!atStart_) text_ += ',';
+    atStart_ = false;
+    if (text.find_first_of(",\"\r\n") == std::string_view::npos) {
+      text_ += text;
+      return *this;
+    }
+    text_ += '"';
+    for (const char c : text) {
+      if (c == '"') text_ += '"';
+      text_ += c;
+    }
+    text_ += '"';
+    return *this;
+  }
+  void EndRow() {
+    text_ += "\r\n";
+    atStart_ = true;
+  }
+  std::string Take() { return std::move(text_); }
+
+ private:
+  std::string text_{};
+  bool atStart_ = true;
+};
+
+/// What the rows are made of.
+struct Source {
+  const SoundingRecord& Sounding;
+  const AnalysisResults& Results;
+  const Options& Set;
+  double Ground;  // m above mean sea level
+};
+
+const DumpOptions& Dump(const Source& from) {
+  return from.Set.System.Dump;
+}
+
+struct Quantity {
+  std::string Number{};
+  std::string_view Unit{};
+};
+
+Quantity Length(double meters, const Source& from) {
+  const bool isFeet = Dump(from).Height == DumpHeight::Feet;
+  return {Mask(isFeet ? FeetFromMeters(meters) : meters, "#####0"), isFeet ? " ft " : " m "};
+}
+
+Quantity HeightOf(double height, const Source& from) {
+  if (!HasHeight(height)) return {std::string(kDumpMissing), Length(0, from).Unit};
+  return Length(Dump(from).Reference == HeightMode::Agl ? height - from.Ground : height, from);
+}
+
+void PutLevel(Sheet& sheet, std::string_view label, const LevelPoint& level, const Source& from) {
+  const bool exists = level.Exists();
+  const Quantity height = HeightOf(exists ? level.Height : kNone, from);
+  sheet.Cell(label).Cell(exists ? Mask(level.Press, "###0.0") : kDumpMissing).Cell(" mb");
+  sheet.Cell(height.Number).Cell(height.Unit).EndRow();
+}
+
+/// The levels, with the labels that spreadsheets expect.
+struct LevelEntry {
+  std::string_view Label;
+  LevelPoint (*Find)(const AnalysisResults& results);
+};
+
+LevelPoint FirstFreezing(const AnalysisResults& results) {
+  return results.FreezingLevels.empty() ? LevelPoint{} : results.FreezingLevels.front();
+}
+
+constexpr LevelEntry kLevels[] = {
+    {"LCL", [](const AnalysisResults& r) { return r.Chosen().Condensation; }},
+    {"LFC", [](const AnalysisResults& r) { return r.Chosen().FreeLevel; }},
+    {"CCL", [](const AnalysisResults& r) { return r.ConvectiveCondensation; }},
+    {"MPL = ", [](const AnalysisResults& r) { return r.Chosen().MaximumParcel; }},
+    {"FRZG Lvl", FirstFreezing},
+    {"cclEL",
+     [](const AnalysisResults& r) {
+       return r.Lifts[static_cast<std::size_t>(r.ChosenLift)].Convective.Equilibrium;
+     }},
+    {"lfcEL",
+     [](const AnalysisResults& r) {
+       return r.Lifts[static_cast<std::size_t>(r.ChosenLift)].Forced.Equilibrium;
+     }},
+};
+
+/// Indices whose label in a spreadsheet is not the panel's.
+struct Renamed {
+  std::string_view Index;
+  std::string_view Label;
+};
+constexpr Renamed kRenamed[] = {
+    {"KO", "KO = "},
+    {"Supercell", "Supercell Composite Parameter (SCP)"},
+};
+
+// Those that the levels above tell already, with their pressures.
+constexpr std::string_view kToldAsLevels[] = {"LCL Hgt",   "LFC Hgt",  "LFC Prs",  "CCL Hgt",
+                                              "MPL Prs",   "MPL Hgt",  "FRZG Lvl", "cclEL Hgt",
+                                              "lfcEL Hgt", "Stn Elev", "TROP Lvl"};
+
+std::string LabelOf(const IndexValue& index, const Options& options) {
+  const std::string_view label = Trim(index.Row->Label);
+  for (const Renamed& row : kRenamed) {
+    if (row.Index == label) return std::string(row.Label);
+  }
+  // "CAPE 0-xkm" with the depth that the settings have.
+  const std::size_t depth = label.find("0-xkm");
+  if (depth == std::string_view::npos) return std::string(label);
+  const double km = label.starts_with("EHI")   ? options.EhiDepthKm
+                    : label.starts_with("VGP") ? options.VgpDepthKm
+                                               : options.CapeDepthKm;
+  return std::string(label.substr(0, depth)) + "0-" + Shortest(km) + "km";
+}
+
+Quantity Shown(const IndexValue& index, const Source& from) {
+  const analysis::IndexRow& row = *index.Row;
+  const DumpOptions& dump = Dump(from);
+  const bool isFahrenheit = dump.Temp == DumpTemp::Fahrenheit;
+  const bool isMetric = dump.Speed == SpeedUnits::MetersPerSecond;
+  const bool isInches = dump.Water == DumpWater::Inches;
+  switch (row.Kind) {
+    case Measure::Temp:
+      return {Mask(isFahrenheit ? FahrenheitFromCelsius(index.Value) : index.Value, row.Mask),
+              isFahrenheit ? " F" : " C"};
+    case Measure::Height:
+      return HeightOf(index.Value, from);
+    case Measure::Depth:
+      return Length(index.Value, from);
+    case Measure::Press:
+      return {Mask(index.Value, row.Mask), " mb"};
+    case Measure::Speed:
+      return {Mask(isMetric ? index.Value * kKnotToMs : index.Value, row.Mask),
+              isMetric ? " m/s" : " kts"};
+    case Measure::Water:
+      return {Mask(isInches ? index.Value / kCentimetersPerInch : index.Value, row.Mask),
+              isInches ? " in " : " cm "};
+    case Measure::Word:
+      return {index.Text};
+    case Measure::TempDiff:
+    case Measure::Number:
+      break;
+  }
+  return {Mask(index.Value, row.Mask), row.Unit};
+}
+
+std::string UnitCell(std::string_view unit) {
+  constexpr std::string_view kAsItStands = "C/km";
+  if (unit.empty() || unit.front() == ' ' || unit == kAsItStands) return std::string(unit);
+  return " " + std::string(unit);
+}
+
+void PutIndices(Sheet& sheet, const Source& from) {
+  for (const IndexValue& index : from.Results.Indices) {
+    const std::string_view label = Trim(index.Row->Label);
+    if (std::ranges::find(kToldAsLevels, label) != std::end(kToldAsLevels)) continue;
+    sheet.Cell(LabelOf(index, from.Set));
+    if (index.Exists()) {
+      const Quantity shown = Shown(index, from);
+      sheet.Cell(shown.Number).Cell(UnitCell(shown.Unit));
+    } else {
+      sheet.Cell(kDumpMissing).Cell("");
+    }
+    sheet.EndRow();
+  }
+}
+
+void PutStormMotion(Sheet& sheet, const Source& from) {
+  sheet.Cell("Storm motion = ");
+  const std::optional<analysis::Mover>& mover = from.Results.Storm.Chosen();
+  if (!mover) {
+    sheet.Cell(kDumpMissing).EndRow();
+    return;
+  }
+  const analysis::Wind wind = analysis::FromComponents(mover->Motion);
+  const double kmPerHour = wind.Spd * kKmPerNauticalMile;
+  sheet.Cell(Mask(wind.Dir, "##0")).Cell(" deg");
+  sheet.Cell(Mask(wind.Spd, "##0.0")).Cell(" kts");
+  sheet.Cell(Mask(wind.Spd * kKnotToMs, "##0.0")).Cell(" m/s");
+  sheet.Cell(Mask(kmPerHour * kMilesPerKilometer, "##0.0")).Cell(" mph").EndRow();
+}
+
+void PutTropopauses(Sheet& sheet, const Source& from) {
+  const std::vector<LevelPoint>& found = from.Results.Tropopauses;
+  sheet.Cell(Shortest(static_cast<int>(found.size())))
+      .Cell(found.size() == 1 ? " Tropopause level." : " Tropopause levels.")
+      .EndRow();
+  for (const LevelPoint& level : found) PutLevel(sheet, "TROP", level, from);
+}
+
+void PutPosition(Sheet& sheet, const Source& from) {
+  const SoundingRecord& sounding = from.Sounding;
+  for (const std::string_view name : {"Elev (m)", "Lat", "N/S", "Lon", "E/W"}) sheet.Cell(name);
+  sheet.EndRow();
+  sheet.Cell(sounding.ElevUnknown ? std::string(kDumpMissing) : Shortest(sounding.ElevM));
+  sheet.Cell(Mask(std::fabs(sounding.LatSigned), "#0.####")).Cell(sounding.LatHemi);
+  sheet.Cell(Mask(std::fabs(sounding.LonSigned), "##0.####")).Cell(sounding.LonHemi).EndRow();
+}
+
+void PutLevels(Sheet& sheet, const Source& from) {
+  const DumpOptions& dump = Dump(from);
+  const std::span<const DumpColumn> columns = DumpColumns(dump);
+  for (const DumpColumn& column : columns) {
+    const std::string unit = column.Unit(dump);
+    sheet.Cell(std::string(column.Name) + (unit.empty() ? "" : "(" + unit + ")"));
+  }
+  sheet.EndRow();
+  for (const LevelRow& row : DumpRows(from.Sounding, from.Results, dump)) {
+    for (const DumpColumn& column : columns) sheet.Cell(DumpCell(column, row, dump, from.Ground));
+    sheet.EndRow();
+  }
+}
+
+}  // namespace
+
+std::string SpreadsheetBlock(const SoundingRecord& sounding, const AnalysisResults& results,
+                             const Options& options) {
+  const double ground = results.Levels.Count() > 0 ? results.Levels.Height(1) : 0;
+  const Source from{sounding, results, options, ground};
+  Sheet sheet;
+  sheet.Cell("Sounding Information").Cell(sounding.StationTitle).EndRow();
+  PutPosition(sheet, from);
+  for (const LevelEntry& entry : kLevels) {
+    PutLevel(sheet, entry.Label, entry.Find(results), from);
+  }
+  PutIndices(sheet, from);
+  PutStormMotion(sheet, from);
+  PutTropopauses(sheet, from);
+  PutLevels(sheet, from);
+  sheet.EndRow();
+  return sheet.Take();
+}
+
+}  // namespace vexa::output

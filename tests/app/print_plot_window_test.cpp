@@ -1,0 +1,80 @@
+#include "app/print_plot_window.h"
+
+#include <gtest/gtest.h>
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QSpinBox>
+
+#include "app/output_actions.h"
+#include "core/files.h"
+#include "support/soundings.h"
+
+namespace vexa {
+namespace {
+
+class PrintPlotTest : public testing::Test {
+ protected:
+  PrintPlotTest() {
+    program.Current.Record = test::ReferenceConvective();
+    program.Current.Ask = &user;
+    program.Where.Root = folder.Path();
+    Refresh(program, {.Sounding = true});
+  }
+
+  test::ScriptedInteraction user{};
+  test::TemporaryFolder folder{};
+  Program program{};
+};
+
+TEST_F(PrintPlotTest, EveryChoiceReachesThePages) {
+  PrintPlotWindow window(program);
+  EXPECT_EQ(window.Pages().size(), 1u);
+  EXPECT_EQ(window.Pages().front().Width(), 612 * output::kUnitsPerPoint);
+  window.findChild<QComboBox*>("Orientation")->setCurrentText("Landscape");
+  window.findChild<QComboBox*>("Paper")->setCurrentText("Legal");
+  // Legal across is 14 inches wide.
+  EXPECT_EQ(window.Pages().front().Width(), 1008 * output::kUnitsPerPoint);
+  const auto items = [&] { return window.Pages().front().Items().size(); };
+  const std::size_t withAll = items();
+  auto* dataType = window.findChild<QCheckBox*>("IncludeDataType");
+  EXPECT_EQ(dataType->text(), " Include Data Type && # Data Levels");
+  dataType->setChecked(false);
+  EXPECT_EQ(items(), withAll - 1);
+  window.findChild<QCheckBox*>("IncludeCoordinates")->setChecked(false);
+  EXPECT_EQ(items(), withAll - 2);
+  window.findChild<QComboBox*>("DisplayToPrint")->setCurrentText("CAPEdata");
+  EXPECT_EQ(window.Pages().size(), 1u);
+  window.findChild<QCheckBox*>("AllListings")->setChecked(true);
+  EXPECT_GE(window.Pages().size(), 8u) << "seven listings, the complete one with two pages";
+  auto* page = window.findChild<QSpinBox*>("PreviewPage");
+  EXPECT_EQ(page->maximum(), static_cast<int>(window.Pages().size()));
+  const QImage first = window.findChild<QLabel*>("Preview")->pixmap().toImage();
+  page->setValue(2);
+  EXPECT_NE(window.findChild<QLabel*>("Preview")->pixmap().toImage(), first);
+}
+
+TEST_F(PrintPlotTest, PrintingPreparesTheListingsAndStoppingLeavesNothing) {
+  PrintPlotWindow window(program);
+  window.findChild<QCheckBox*>("AllListings")->setChecked(true);
+  EXPECT_FALSE(window.PrintToPdf(folder.Path() / "all.pdf"));
+  EXPECT_TRUE(ReadFile(folder.Path() / "all.pdf").Value().starts_with("%PDF"));
+  EXPECT_TRUE(std::filesystem::exists(folder.Path() / "Indixes.Dat"));
+  user.Statuses.clear();
+  user.StopAfter = 3;
+  const auto fault = window.PrintToPdf(folder.Path() / "stopped.pdf");
+  ASSERT_TRUE(fault);
+  EXPECT_EQ(fault->Detail, "Cancelling Print");
+  EXPECT_FALSE(std::filesystem::exists(folder.Path() / "stopped.pdf"));
+}
+
+TEST_F(PrintPlotTest, CopyingTellsTheUser) {
+  user.Expect("VEXA", Answer::Ok);
+  EXPECT_TRUE(RunOutputCommand(program, Command::CopyImage, nullptr, {400, 300}));
+  EXPECT_EQ(user.Boxes.back().Text, "Image has been saved to your ClipBoard");
+  EXPECT_FALSE(RunOutputCommand(program, Command::Refresh, nullptr, {400, 300}));
+}
+
+}  // namespace
+}  // namespace vexa

@@ -1,0 +1,113 @@
+// Printing to PDF and reading the text back with an independent program.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "analysis/analysis.h"
+#include "cli/qt_start.h"
+#include "core/files.h"
+#include "diagram/sounding_plot.h"
+#include "output/paint/print.h"
+#include "output/print_pages.h"
+#include "support/soundings.h"
+
+namespace vexa {
+namespace {
+
+using output::Orientation;
+using output::Paper;
+using output::PrintSetup;
+
+struct Printed {
+  SoundingRecord Sounding = test::ReferenceConvective();
+  Options Set{};
+  analysis::AnalysisResults Results = analysis::Analyse(Sounding, Set);
+  output::ListingSource Source() const { return {Sounding, Results, Set}; }
+};
+
+// Text of a PDF as pdftotext reads it, pages ended by form feeds; empty without that program.
+std::string TextOfPdf(const std::string& bytes, const std::filesystem::path& folder) {
+  EXPECT_FALSE(SaveFile(folder / "print.pdf", bytes));
+  const std::string command = "pdftotext -layout \"" + TextFromPath(folder / "print.pdf") +
+                              "\" \"" + TextFromPath(folder / "print.txt") + "\" 2>&1";
+  if (std::system(command.c_str()) != 0) return {};
+  const auto text = ReadFile(folder / "print.txt");
+  return text ? text.Value() : std::string();
+}
+
+TEST(Print, ListingsComeBackFromThePaper) {
+  if (std::system("pdftotext -v > /dev/null 2>&1") != 0) GTEST_SKIP() << "no pdftotext";
+  const cli::QtSession toolkit;
+  const test::TemporaryFolder folder;
+  const Printed printed;
+  std::vector<const output::ListingRow*> rows;
+  for (const output::ListingRow& row : output::Listings()) rows.push_back(&row);
+  for (const Paper paper : {Paper::Letter, Paper::Legal, Paper::A4}) {
+    for (const Orientation turn : {Orientation::Portrait, Orientation::Landscape}) {
+      SCOPED_TRACE(std::string(output::Words(paper)[static_cast<std::size_t>(paper)]));
+      const PrintSetup setup{.Sheet = paper, .Turn = turn};
+      const std::vector<Picture> pages = output::PagesOfListings(rows, printed.Source(), setup);
+      const auto bytes = paint::PagesAsPdf(pages, output::kUnitsPerPoint);
+      ASSERT_TRUE(bytes) << bytes.Error().Detail;
+      const std::string text = TextOfPdf(bytes.Value(), folder.Path());
+      EXPECT_EQ(static_cast<std::size_t>(std::ranges::count(text, '\f')), pages.size());
+      constexpr const char* kTitle = "Reference A, convective";
+      std::size_t heads = 0;
+      for (std::size_t at = text.find(kTitle); at != std::string::npos;
+           at = text.find(kTitle, at + 1)) {
+        ++heads;
+      }
+      EXPECT_EQ(heads, pages.size()) << "every page has its header";
+      for (const char* part : {"WAVE/X---W---turb--", "Integrated data levels: ",
+                               "Elev: 357 meters", "K Index", "Lifted parcels", "Wind Levels"}) {
+        EXPECT_NE(text.find(part), std::string::npos) << part;
+      }
+      EXPECT_EQ(text.find("NEWPAGE"), std::string::npos);
+    }
+  }
+}
+
+TEST(Print, TheDiagramStandsOnThePageInItsProportions) {
+  const cli::QtSession toolkit;
+  const test::TemporaryFolder folder;
+  const Printed printed;
+  const auto plot = diagram::PlotSounding(
+      {.Sounding = printed.Sounding, .Results = printed.Results, .Set = printed.Set});
+  const PrintSetup setup{.Turn = Orientation::Landscape, .Header = {.DataType = false}};
+  const Picture page =
+      output::DisplayPage(plot->Page, output::PageHeader(printed.Source(), setup.Header), setup);
+  // Letter across: 11 by 8.5 inches of 72 points.
+  EXPECT_EQ(page.Width(), 792 * output::kUnitsPerPoint);
+  EXPECT_EQ(page.Height(), 612 * output::kUnitsPerPoint);
+  const auto& inset = std::get<Inset>(page.Items().back().Shape);
+  EXPECT_EQ(inset.Place.Left, output::kMarginPt * output::kUnitsPerPoint);
+  EXPECT_EQ(inset.Place.Right, (792 - output::kMarginPt) * output::kUnitsPerPoint);
+  EXPECT_EQ(inset.Place.Bottom, (612 - output::kMarginPt) * output::kUnitsPerPoint);
+  const std::vector<Picture> pages = {page};
+  const auto bytes = paint::PagesAsPdf(pages, output::kUnitsPerPoint);
+  ASSERT_TRUE(bytes) << bytes.Error().Detail;
+  EXPECT_LT(bytes.Value().size(), 1'000'000u);
+  if (std::system("pdftotext -v > /dev/null 2>&1") != 0) GTEST_SKIP() << "no pdftotext";
+  const std::string text = TextOfPdf(bytes.Value(), folder.Path());
+  EXPECT_NE(text.find("Lat: 35.20 N"), std::string::npos);
+  EXPECT_EQ(text.find("Integrated data levels"), std::string::npos);
+  EXPECT_NE(text.find("CAPE"), std::string::npos) << "the diagram's texts can be selected";
+}
+
+TEST(Print, StoppingSaysSoAndPrintsNothingMore) {
+  const cli::QtSession toolkit;
+  const Printed printed;
+  const std::vector<Picture> pages(5, Picture(6120, 7920, {255, 255, 255}));
+  test::ScriptedInteraction user;
+  user.StopAfter = 2;
+  const auto bytes = paint::PagesAsPdf(pages, output::kUnitsPerPoint, Progress(user));
+  ASSERT_FALSE(bytes);
+  EXPECT_EQ(bytes.Error().Detail, "Cancelling Print");
+  EXPECT_EQ(user.Statuses.size(), 3u);
+}
+
+}  // namespace
+}  // namespace vexa

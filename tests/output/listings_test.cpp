@@ -1,0 +1,154 @@
+#include "output/listings.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "core/files.h"
+#include "core/numbers.h"
+#include "support/soundings.h"
+
+namespace vexa::output {
+namespace {
+
+struct Listed {
+  SoundingRecord Sounding = test::ReferenceConvective();
+  Options Set{};
+  analysis::AnalysisResults Results{};
+
+  ListingLines Make(ListingLines (*make)(const ListingSource&)) {
+    Results = analysis::Analyse(Sounding, Set);
+    return make(Source());
+  }
+  ListingSource Source() const { return {Sounding, Results, Set}; }
+};
+
+double FieldAt(const std::string& line, std::size_t begin, std::size_t size) {
+  return ParseNumber(line.substr(begin, size)).value_or(-1);
+}
+
+bool HasLine(const ListingLines& lines, std::string_view part) {
+  return std::ranges::any_of(
+      lines, [part](const std::string& line) { return line.find(part) != std::string::npos; });
+}
+
+TEST(Listings, HeaderTextsAreExact) {
+  Listed listed;
+  EXPECT_EQ(listed.Make(SummaryListing)[1],
+            "Height   Pres     T     Td   RH   DD/FF    CAT   LLWS   Icing - Type     "
+            "WAVE/X---W---turb--");
+  const ListingLines interval = listed.Make(IntervalListing);
+  EXPECT_EQ(interval[0], "        Meters  Meters     T     Td    Pres    DD/FF      Feet    Feet");
+  EXPECT_EQ(interval[1], "Level   (AGL)   (MSL)    (C)   (C)    (mb)  (deg/kts)   (AGL)   (MSL)");
+  const ListingLines cape = listed.Make(CapeListing);
+  EXPECT_EQ(cape[0], "        Pres    CAPE    CAPE   Meters   Meters     Feet     Feet");
+  EXPECT_EQ(cape[1], "Level   (mb)  (layer) (total)   (AGL)    (MSL)    (AGL)    (MSL)");
+  const ListingLines complete = listed.Make(CompleteListing);
+  EXPECT_EQ(complete[0], " Pressure Levels                     Wind Levels");
+  EXPECT_EQ(complete[1], "PR(mb)    T(C)   Td(C)  T-Td(C)      HT(m)[MSL]  DD(Deg)  FF(kts)");
+  EXPECT_EQ(complete[2], " 970.0    28.0    18.8      9.2        357          160    12");
+  EXPECT_EQ(std::ranges::count(complete, "NEWPAGE"), 1);
+  listed.Set.ThermoTemp = TempUnits::Fahrenheit;
+  listed.Set.GpmUnits = LengthUnits::Feet;
+  listed.Set.Heights = HeightMode::Agl;
+  listed.Set.Speed = SpeedUnits::MetersPerSecond;
+  const ListingLines foreign = listed.Make(CompleteListing);
+  EXPECT_EQ(foreign[1], "PR(mb)    T(F)   Td(F)  T-Td(F)     HT(ft)[AGL]  DD(Deg)  FF(m)");
+  // 28.0 °C are 82.4 °F, a depression of 9.2 °C is 16.6 °F, 12 kt are 6.2 m/s.
+  EXPECT_EQ(foreign[2], " 970.0    82.4    65.8     16.6          0          160     6");
+}
+
+TEST(Listings, CapeOfTheLayersAddsUpToTheTotal) {
+  for (const int interval : {1, 7, 50}) {
+    SCOPED_TRACE(interval);
+    Listed listed;
+    listed.Set.CapeInterval = interval;
+    listed.Set.Lpl = LiftSource::Surface;
+    const ListingLines lines = listed.Make(CapeListing);
+    ASSERT_GT(lines.size(), 5u);
+    double sum = 0;
+    double before = 2000;
+    for (std::size_t i = 2; i < lines.size(); ++i) {
+      sum += FieldAt(lines[i], 13, 8);
+      const double press = FieldAt(lines[i], 5, 8);
+      EXPECT_LT(press, before);
+      before = press;
+    }
+    const double total = FieldAt(lines.back(), 21, 8);
+    EXPECT_NEAR(sum, total, 0.5 * static_cast<double>(lines.size())) << "rounded layer by layer";
+    EXPECT_NEAR(total, listed.Results.Chosen().CapeTotal, 1);
+    // Worked for this sounding: EL 187.5 hPa, CAPE 3365 J/kg by steps of 1 hPa.
+    if (interval == 1) {
+      EXPECT_NEAR(total, 3365, 1);
+      EXPECT_NEAR(before, 188, 1);
+    }
+  }
+}
+
+TEST(Listings, FindingsStandInTheirListing) {
+  Listed convective;
+  const ListingLines analyses = convective.Make(AnalysesListing);
+  EXPECT_TRUE(HasLine(analyses, "847.9"));  // surface LCL
+  EXPECT_TRUE(HasLine(analyses, "187.5"));  // its EL
+  EXPECT_TRUE(HasLine(analyses, "245/21 kts, srH 0-3 km 298"));
+  const ListingLines indices = convective.Make(IndicesListing);
+  EXPECT_TRUE(HasLine(indices, "        KI  K Index"));
+  EXPECT_TRUE(HasLine(indices, " 31.9 C"));
+  Listed winter{.Sounding = test::ReferenceWinter()};
+  const ListingLines weather = winter.Make(WeatherListing);
+  EXPECT_TRUE(HasLine(weather, "Precipitation"));
+  EXPECT_TRUE(HasLine(weather, "  LGT"));
+  // Every 500 m from the ground up, 11 at 5000 m: p falls there below 550 hPa.
+  const ListingLines interval = winter.Make(IntervalListing);
+  EXPECT_EQ(interval[12].substr(0, 21), "   11    5000    5120");
+  // A sounding with next to nothing in it still lists.
+  Listed poor{.Sounding = test::Profile({{900, 10, 999.9}, {500, -20, 999.9}})};
+  SetElevationUnknown(poor.Sounding);
+  for (const ListingRow& row : Listings()) {
+    SCOPED_TRACE(row.Name);
+    EXPECT_FALSE(HasLine(poor.Make(row.Make), "999.9"));
+    Listed empty{.Sounding = {}};
+    EXPECT_NO_THROW(empty.Make(row.Make));
+  }
+}
+
+TEST(Listings, PagesHaveTheHeaderAndEndAtNewPage) {
+  Listed listed;
+  listed.Sounding.Time = {.Year = 1999, .Month = 5, .Day = 4, .Hour = 0, .Minute = 0};
+  listed.Make(SummaryListing);
+  const ListingLines header = PageHeader(listed.Source(), {});
+  ASSERT_EQ(header.size(), 3u);
+  EXPECT_EQ(header[0], "VEXA:  Reference A, convective  //  1999-05-04 00:00 UTC");
+  EXPECT_TRUE(header[1].starts_with("Data type: RAW     Integrated data levels: "));
+  EXPECT_EQ(header[2], "Lat: 35.20 N  Lon: 97.40 W  Elev: 357 meters");
+  EXPECT_EQ(PageHeader(listed.Source(), {.DataType = false, .Coordinates = false}).size(), 1u);
+
+  const ListingLines text = {"1", "2", "3", "NEWPAGE", "4", "NEWPAGE", "NEWPAGE", "5"};
+  const auto pages = Paginate(text, {"head"}, 4);  // two lines below header and blank
+  ASSERT_EQ(pages.size(), 4u);
+  EXPECT_EQ(pages[0], (ListingLines{"head", "", "1", "2"}));
+  EXPECT_EQ(pages[1], (ListingLines{"head", "", "3"}));
+  EXPECT_EQ(pages[3], (ListingLines{"head", "", "5"}));
+  EXPECT_EQ(Paginate({}, {"head"}, 4).size(), 1u);
+}
+
+TEST(Listings, FilesHaveTheirNames) {
+  test::TemporaryFolder folder;
+  Listed listed;
+  listed.Make(SummaryListing);
+  for (const ListingRow& row : Listings()) {
+    EXPECT_FALSE(PrepareListing(row, listed.Source(), {}, folder.Path()));
+  }
+  for (const char* name : {"Summary.Dat", "Interval.Dat", "Analyses.Dat", "Analysis.Dat",
+                           "Complete.Dat", "Completed.Dat", "Weather.Dat", "Weathered.Dat",
+                           "Indices.Dat", "Indixes.Dat", "CAPEInterval.Dat"}) {
+    EXPECT_TRUE(std::filesystem::exists(folder.Path() / name)) << name;
+  }
+  const auto pages = ReadFile(folder.Path() / "Indixes.Dat");
+  ASSERT_TRUE(pages);
+  EXPECT_TRUE(pages.Value().starts_with("VEXA:  Reference A, convective  //  "));
+}
+
+}  // namespace
+}  // namespace vexa::output

@@ -1,0 +1,165 @@
+#include "program/export_batch.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <vector>
+
+#include "core/numbers.h"
+#include "core/raw_file.h"
+#include "program/program.h"
+#include "support/soundings.h"
+
+namespace vexa {
+namespace {
+
+/// Fails with a full disk at the n-th write.
+class FullDisk : public FileOps {
+ public:
+  explicit FullDisk(int atWrite) : left_(atWrite) {}
+  std::error_code Write(std::FILE* file, std::string_view bytes) override {
+    if (--left_ <= 0) return std::make_error_code(std::errc::no_space_on_device);
+    return FileOps::Write(file, bytes);
+  }
+
+ private:
+  int left_;
+};
+
+class ExportBatchTest : public testing::Test {
+ protected:
+  std::string Write(const std::string& name, const std::string& text) {
+    const std::filesystem::path path = folder_.Path() / PathFromText(name);
+    EXPECT_FALSE(SaveFile(path, text));
+    return TextFromPath(path);
+  }
+  std::vector<std::string> Files(int count) {
+    std::vector<std::string> files;
+    for (int i = 1; i <= count; ++i) {
+      SoundingRecord record = i % 2 == 0 ? test::ReferenceWinter() : test::ReferenceConvective();
+      record.StationTitle = "Number " + Shortest(i);
+      files.push_back(Write(Shortest(i) + ".RAW", WriteRaw(record)));
+    }
+    return files;
+  }
+  std::string Text(const std::string& name) {
+    const auto text = ReadFile(folder_.Path() / name);
+    return text ? text.Value() : "no file";
+  }
+
+  test::TemporaryFolder folder_{};
+};
+
+TEST_F(ExportBatchTest, RejectsAreNamedAndTheRestIsTheSameForAnyNumberOfThreads) {
+  std::vector<std::string> files = Files(23);
+  files.insert(files.begin() + 5, Write("torn.RAW", "\"VEXA 5.7\",\"cut\",1,30,0\r\n35.1,\"N\","));
+  SoundingRecord moist = test::ReferenceWinter();
+  moist.Dewpt(3) = 30;
+  files.push_back(Write("moist.RAW", WriteRaw(moist)));
+  std::string first;
+  for (const int jobs : {1, 2, 7}) {
+    for (const auto kind : {output::DumpKind::Textfile, output::DumpKind::Spreadsheet}) {
+      SCOPED_TRACE(jobs);
+      std::vector<std::string> told;
+      const ExportReport report = ExportBatch(
+          {.Files = files, .Output = folder_.Path() / "out.txt", .Kind = kind, .Jobs = jobs}, {},
+          {}, [&told](const std::string& file, const Fault&) { told.push_back(file); });
+      EXPECT_FALSE(report.Failed);
+      EXPECT_EQ(report.Written, 23);
+      EXPECT_EQ(told, (std::vector<std::string>{files[5], files[24]}));
+      if (kind == output::DumpKind::Spreadsheet) continue;
+      const std::string text = Text("out.txt");
+      if (first.empty()) first = text;
+      EXPECT_EQ(text, first);
+      EXPECT_NE(text.find("NUMBER OF SOUNDINGS LISTED = 23\r\n"), std::string::npos);
+      const std::string rejects = Text("BAD_out.txt");
+      EXPECT_NE(rejects.find("torn.RAW    Error = "), std::string::npos) << rejects;
+      EXPECT_NE(rejects.find("line 2"), std::string::npos) << rejects;
+      EXPECT_EQ(std::ranges::count(rejects, '\n'), 2);
+      EXPECT_EQ(ExportSummary(report).Title, "VEXA Data Export");
+      EXPECT_EQ(ExportSummary(report).Text,
+                "File out.txt has been created\nwith 23 soundings processed.\n\n"
+                "Note: 2 soundings were not processed,\nwhich will be displayed next.\n"
+                "BAD_out.txt contains rejected soundings.");
+    }
+  }
+}
+
+TEST_F(ExportBatchTest, CancellingLeavesWholeSoundings) {
+  const std::vector<std::string> files = Files(6);
+  test::ScriptedInteraction user;
+  user.StopAfter = 3;
+  const ExportReport report = ExportBatch(
+      {.Files = files, .Output = folder_.Path() / "out.txt", .Jobs = 2}, {}, Progress(user));
+  EXPECT_TRUE(report.Cancelled);
+  EXPECT_EQ(user.Statuses.front(), "Processing: 1 of 6");
+  EXPECT_EQ(report.Written, 3);
+  const std::string text = Text("out.txt");
+  EXPECT_NE(text.find("SOUNDING = Number 3"), std::string::npos);
+  EXPECT_EQ(text.find("SOUNDING = Number 4"), std::string::npos);
+  EXPECT_TRUE(text.ends_with("NUMBER OF SOUNDINGS LISTED = 3\r\n"));
+}
+
+TEST_F(ExportBatchTest, WhatStoodThereSurvivesFailure) {
+  const std::vector<std::string> files = Files(5);
+  Write("out.txt", "earlier");
+  FullDisk full(4);
+  const ExportReport report = ExportBatch(
+      {.Files = files, .Output = folder_.Path() / "out.txt", .Jobs = 3}, {}, {}, {}, full);
+  ASSERT_TRUE(report.Failed);
+  EXPECT_EQ(report.Failed->Number, kFaultDiskFull);
+  EXPECT_EQ(Text("out.txt"), "earlier");
+
+  const std::vector<std::string> none = {"missing.RAW"};
+  const ExportReport empty = ExportBatch({.Files = none, .Output = folder_.Path() / "out.txt"}, {});
+  EXPECT_TRUE(empty.Output.empty());
+  EXPECT_EQ(empty.Rejected, 1);
+  EXPECT_EQ(Text("out.txt"), "earlier");
+}
+
+/// Chooses a file and takes every box.
+class Chooser : public SilentInteraction {
+ public:
+  std::optional<std::string> ChooseFile(const FileQuestion&) override { return Name; }
+  std::optional<std::string> Name{};
+};
+
+TEST_F(ExportBatchTest, TheCommandWritesTheSoundingInWork) {
+  Chooser user;
+  Program program;
+  program.Current.Ask = &user;
+  program.Current.Record = test::ReferenceConvective();
+  RunCommand(program, Command::ExportData);
+  EXPECT_EQ(program.Current.StatusText, "cancel");
+  EXPECT_TRUE(user.Boxes.empty());
+  user.Name = TextFromPath(folder_.Path() / "one.txt");
+  RunCommand(program, Command::ExportData);
+  ASSERT_EQ(user.Boxes.size(), 1u);
+  EXPECT_EQ(user.Boxes[0].Text, "File one.txt has been created\nwith 1 sounding processed.");
+  // The same bytes as a batch of that sounding alone.
+  const std::vector<std::string> files = {Write("a.RAW", WriteRaw(program.Current.Record))};
+  std::filesystem::create_directories(folder_.Path() / "batch");
+  ExportBatch({.Files = files, .Output = folder_.Path() / "batch" / "one.txt"}, {});
+  EXPECT_EQ(Text("one.txt"), Text("batch/one.txt"));
+  program.Current.Record.Dewpt(3) = 60;
+  std::filesystem::remove(folder_.Path() / "one.txt");
+  RunCommand(program, Command::ExportData);
+  EXPECT_EQ(Text("one.txt"), "no file") << "a bad sounding is not written";
+}
+
+TEST(ExportRange, TakesTwoFourDigitNumbersInOrder) {
+  const auto good = ParseExportRange("0002", "0010", 10);
+  ASSERT_TRUE(good);
+  EXPECT_EQ(good.Value().First, 2);
+  EXPECT_EQ(good.Value().Last, 10);
+  const std::pair<const char*, const char*> bad[] = {
+      {"0000", "0003"}, {"0004", "0003"}, {"1", "0003"}, {"0001", "0011"}, {"000x", "0003"}};
+  for (const auto& [first, last] : bad) {
+    const auto range = ParseExportRange(first, last, 10);
+    ASSERT_FALSE(range) << first << " " << last;
+    EXPECT_EQ(range.Error().Detail, "Range is not valid.");
+  }
+}
+
+}  // namespace
+}  // namespace vexa
