@@ -8,6 +8,8 @@
 #include "cli/qt_start.h"
 #include "core/files.h"
 #include "diagram/sounding_plot.h"
+#include "hodograph/hodogram_plot.h"
+#include "hodograph/hodograph_plot.h"
 #include "output/paint/paint.h"
 
 namespace vexa::cli {
@@ -18,6 +20,7 @@ constexpr ArgumentRow kOptions[] = {
      "picture file: .png, .jpg, .bmp, .svg or .pdf; {name} stands for the"
      " input's name"},
     {"--diagram", "", "TYPE", "skewt, emagram or tephigram"},
+    {"--display", "", "NAME", "sounding, hodograph or hodogram; sounding without it"},
     {"--size", "", "WxH", "size in pixels, 1600x1200 without it"},
     {"--set", "", "\"KEY=VALUE\"", "sets an option by its label; may be repeated"},
 };
@@ -37,19 +40,46 @@ std::string OutputFor(const std::string& output, const std::string& file) {
   return name;
 }
 
+Picture DiagramPage(const AnalysedSounding& sounding, const Options& options) {
+  const hodograph::HodographInput hodograph{
+      .Sounding = sounding.Record, .Results = sounding.Results, .Set = options};
+  const std::optional<Picture> small = hodograph::PlotSmallHodograph(hodograph);
+  return diagram::PlotSounding({.Sounding = sounding.Record,
+                                .Results = sounding.Results,
+                                .Set = options,
+                                .Hodograph = small ? &*small : nullptr})
+      ->Page;
+}
+
+Picture HodographPage(const AnalysedSounding& sounding, const Options& options) {
+  return hodograph::PlotHodograph(
+             {.Sounding = sounding.Record, .Results = sounding.Results, .Set = options})
+      .Page;
+}
+
+Picture HodogramPage(const AnalysedSounding& sounding, const Options& options) {
+  return hodograph::PlotHodogram(hodograph::MakeHodogram(sounding.Record, options), {});
+}
+
+struct Display {
+  std::string_view Name;
+  Picture (*Page)(const AnalysedSounding& sounding, const Options& options);
+};
+
+constexpr Display kDisplays[] = {
+    {"sounding", DiagramPage}, {"hodograph", HodographPage}, {"hodogram", HodogramPage}};
+
 std::optional<Fault> PlotFile(const std::string& file, const std::string& output, PixelSize size,
-                              const Options& options) {
+                              const Options& options, const Display& display) {
   const Outcome<AnalysedSounding> sounding = LoadAndAnalyse(file, options);
   if (!sounding) return sounding.Error();
-  const std::optional<diagram::SoundingPlot> plot = diagram::PlotSounding(
-      {.Sounding = sounding.Value().Record, .Results = sounding.Value().Results, .Set = options});
+  const Picture page = display.Page(sounding.Value(), options);
   const std::string extension = Extension(output);
   std::string bytes;
   if (extension == "svg") {
-    bytes = ToSvg(plot->Page, size.Width, size.Height);
+    bytes = ToSvg(page, size.Width, size.Height);
   } else {
-    Outcome<std::string> encoded =
-        paint::EncodePicture(plot->Page, extension, size.Width, size.Height);
+    Outcome<std::string> encoded = paint::EncodePicture(page, extension, size.Width, size.Height);
     if (!encoded) return encoded.Error();
     bytes = std::move(encoded.Value());
   }
@@ -88,6 +118,13 @@ int RunPlot(const Arguments& arguments, Console& console) {
     }
     options.Diagram = static_cast<DiagramType>(word - words.begin());
   }
+  const std::string displayName = arguments.Value("--display").value_or("sounding");
+  const auto display = std::ranges::find(kDisplays, displayName, &Display::Name);
+  if (display == std::end(kDisplays)) {
+    return UsageError(
+        console, kPlotCommand,
+        "--display takes sounding, hodograph or hodogram, not \"" + displayName + "\"");
+  }
   std::optional<QtSession> toolkit;
   if (extension != "svg") toolkit.emplace();
   int exitCode = kExitOk;
@@ -95,7 +132,7 @@ int RunPlot(const Arguments& arguments, Console& console) {
   for (const std::string& file : arguments.Files) {
     const std::string name = OutputFor(*output, file);
     const auto fault = written.insert(name).second
-                           ? PlotFile(file, name, size, options)
+                           ? PlotFile(file, name, size, options, *display)
                            : Fault{kFaultBadFileName, "RunPlot",
                                    name + " holds the picture of another input already"};
     if (fault) {

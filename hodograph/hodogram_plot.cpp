@@ -15,8 +15,8 @@ namespace {
 constexpr double kPageWidth = 12000;
 constexpr double kPageHeight = 9000;
 constexpr Point kMiddle{6000, 4500};
-constexpr double kReach = 3400;       // of the trajectory's plan from the middle, drawing units
-constexpr double kRise = 5600;        // of its height
+constexpr double kReach = 3000;       // of the trajectory's plan from the middle, drawing units
+constexpr double kRise = 5000;        // of its height
 constexpr double kLeastReach = 1000;  // m
 constexpr double kText = 150;
 constexpr double kFinest = 6;  // drawing units between points of a line
@@ -141,20 +141,25 @@ class Drawing {
     Text("scale unit", {11750, 8400}, Miles() ? "   Miles" : "Kilometers", kText, AnchorX::Right);
   }
 
+  // Lines across a round ground, so that no turn moves its corners over the captions.
   void GroundGrid() {
     const double step = GridStep() * MetersPerUnit();
     const double half = view_.Reach;
     const auto lines = [&](double middle, auto&& ends) {
       for (double at = std::ceil((middle - half) / step) * step; at <= middle + half; at += step) {
-        const auto [from, to] = ends(at);
+        const auto [from, to] = ends(at, std::sqrt(half * half - (at - middle) * (at - middle)));
         Line("ground grid", {view_.ToPage(from), view_.ToPage(to)}, inks_.Ground);
       }
     };
     const double east = view_.MiddleEast;
     const double north = view_.MiddleNorth;
     using Ends = std::pair<TrajectoryPoint, TrajectoryPoint>;
-    lines(east, [&](double at) { return Ends{{0, at, north - half}, {0, at, north + half}}; });
-    lines(north, [&](double at) { return Ends{{0, east - half, at}, {0, east + half, at}}; });
+    lines(east, [&](double at, double reach) {
+      return Ends{{0, at, north - reach}, {0, at, north + reach}};
+    });
+    lines(north, [&](double at, double reach) {
+      return Ends{{0, east - reach, at}, {0, east + reach, at}};
+    });
     // The distance scale: one interval from the station eastwards.
     const Point from = view_.ToPage({0, 0, 0});
     const Point to = view_.ToPage({0, step, 0});

@@ -92,7 +92,7 @@ Rings PlaceRings(Canvas& canvas, const Rect& frame, const std::vector<ProfileWin
     return {.Step = step, .Outer = outer, .Units = units};
   }
   canvas.At = FittedTo(frame, reference, extent);
-  return {.Step = RingStep(Shown(frame.Width() / 1.6 / canvas.At.Scale, units)), .Units = units};
+  return {.Step = RingStep(Shown(frame.Width() / 2 / canvas.At.Scale, units)), .Units = units};
 }
 
 void DrawText(Canvas& canvas, std::string_view tag, Point at, std::string text, double size,
@@ -116,7 +116,12 @@ void DrawTrace(Canvas& canvas, const std::vector<ProfileWind>& winds) {
     std::vector<Point> points;
     points.reserve(piece.Winds.size());
     for (const ProfileWind& wind : piece.Winds) points.push_back(canvas.At.ToPoint(wind.Vector));
-    DrawLine(canvas, "trace", points, canvas.Colors.Band[static_cast<std::size_t>(piece.Band)]);
+    const Pen& pen = canvas.Colors.Band[static_cast<std::size_t>(piece.Band)];
+    // A thin line below keeps sharp turns whole where a dash would leave them out.
+    if (pen.Style != LineStyle::Solid) {
+      DrawLine(canvas, "trace core", points, {pen.Ink, pen.Width / 4, LineStyle::Solid});
+    }
+    DrawLine(canvas, "trace", points, pen);
   }
   if (canvas.Small) return;
   Point last{-1e9, -1e9};

@@ -8,12 +8,22 @@ bool Shows(const Program& program) {
   return program.Set.Diagram == type;
 }
 
+template <bool Program::*Shown>
+bool IsUp(const Program& program) {
+  return program.*Shown;
+}
+
 constexpr MenuRow kMenuTree[] = {
     {"", "mnuFile", "&File"},
     {"mnuFile", "mnuOpen", "&Open Sounding", Command::Open, "Choose one or more sounding files",
      "Ctrl+O"},
     {"mnuFile", "mnuExit", "E&xit", Command::Exit, "End the program", "Ctrl+Q", true},
     {"", "mnuDisplay", "&Displays"},
+    {"mnuDisplay", "mnuHodograph", "&Hodograph", Command::Hodograph,
+     "Winds, storm motion and helicity", "Ctrl+H", false, IsUp<&Program::ShowsHodograph>, true},
+    {"mnuDisplay", "mnuHodogram", "Hodo&gram (3-D)", Command::Hodogram,
+     "The way of the balloon in three dimensions", "Ctrl+G", false, IsUp<&Program::ShowsHodogram>,
+     true},
     {"mnuDisplay", "mnuRefreshed", "&Refresh", Command::Refresh,
      "Redraw the diagram from the current data", "F5"},
     {"", "mnuOptions", "&Options"},

@@ -18,6 +18,7 @@ struct MenuRow {
   std::string_view Key{};        // short-cut, "Ctrl+O"
   bool LineAbove = false;        // a separator before it
   bool (*IsChecked)(const Program&) = nullptr;  // entries that show a choice
+  bool Alone = false;                           // checked by itself, not one choice of its menu
 };
 
 /// Every menu and entry in order; a menu stands ahead of its entries.

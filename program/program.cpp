@@ -6,6 +6,7 @@
 #include "core/error_report.h"
 #include "core/numbers.h"
 #include "program/commands.h"
+#include "program/hodograph_commands.h"
 
 namespace vexa {
 namespace {
@@ -33,6 +34,12 @@ Changes ChooseDiagram(Program& program) {
   return {.View = true};
 }
 
+template <bool Program::*Shows>
+Changes Toggle(Program& program) {
+  program.*Shows = !(program.*Shows);
+  return {};
+}
+
 constexpr CommandRow kCommands[] = {
     {Command::Open, commands::Open},
     {Command::Exit, Exit},
@@ -40,6 +47,8 @@ constexpr CommandRow kCommands[] = {
     {Command::DiagramSkewT, ChooseDiagram<DiagramType::SkewT>},
     {Command::DiagramEmagram, ChooseDiagram<DiagramType::Emagram>},
     {Command::DiagramTephigram, ChooseDiagram<DiagramType::Tephigram>},
+    {Command::Hodograph, Toggle<&Program::ShowsHodograph>},
+    {Command::Hodogram, Toggle<&Program::ShowsHodogram>},
 };
 
 Progress ProgressOf(Program& program) {
@@ -91,11 +100,13 @@ bool Refresh(Program& program, Changes changes) {
     }
     std::vector<diagram::OverlaySounding> others;
     for (const SoundingRecord& other : program.Others) others.push_back({&other});
+    const std::optional<Picture> small = hodograph::PlotSmallHodograph(HodographOf(program));
     std::optional<diagram::SoundingPlot> plot =
         diagram::PlotSounding({.Sounding = program.Current.Record,
                                .Results = program.Results,
                                .Set = program.Set,
-                               .Others = std::move(others)},
+                               .Others = std::move(others),
+                               .Hodograph = small ? &*small : nullptr},
                               ProgressOf(program));
     if (!plot) return {};
     program.Plot = std::move(plot);

@@ -11,10 +11,12 @@
 
 #include "analysis/analysis.h"
 #include "config/options.h"
+#include "config/window_settings.h"
 #include "core/current_sounding.h"
 #include "core/folders.h"
 #include "core/sounding_record.h"
 #include "diagram/sounding_plot.h"
+#include "hodograph/comparison.h"
 #include "program/command_gate.h"
 
 namespace vexa {
@@ -27,6 +29,8 @@ enum class Command {
   DiagramSkewT,
   DiagramEmagram,
   DiagramTephigram,
+  Hodograph,
+  Hodogram,
 };
 
 /// What a command changed, hence what is no longer true of the results and the picture.
@@ -44,6 +48,12 @@ struct Program {
   analysis::AnalysisResults Results{};   // of Current.Record under Set
   std::vector<SoundingRecord> Others{};  // overlay and comparison
   Folders Where{};
+
+  HodographSettings Hodograph{};
+  Hodogram3DSettings Hodogram{};
+  std::vector<hodograph::ComparedWinds> Compared{};  // hodographs kept for comparison
+  bool ShowsHodograph = false;                       // its window is up
+  bool ShowsHodogram = false;
 
   std::vector<std::filesystem::path> Listed{};  // chosen together, for stepping
   std::size_t ListedNow = 0;                    // index of the current one
