@@ -235,13 +235,17 @@ class Drawing {
 
   void NorthPointer() {
     const double length = 0.45 * view_.Reach;
-    const Point from = view_.ToPage({0, 0, 0});
-    const Point to = view_.ToPage({0, 0, length});
-    Line("north pointer", {from, to}, inks_.North);
-    const Point left = view_.ToPage({0, -0.05 * length, 0.86 * length});
-    const Point right = view_.ToPage({0, 0.05 * length, 0.86 * length});
-    page_.Add("north pointer", Area{.Rings = {{to, left, right}}, .Fill = {inks_.North.Ink}});
-    const Point name = view_.ToPage({0, 0, 1.12 * length});
+    // Around the middle of the ground, so that it stays on the page from every side.
+    const auto at = [&](double aside, double along) {
+      return view_.ToPage({0, view_.MiddleEast + aside, view_.MiddleNorth + along});
+    };
+    const Point to = at(0, length);
+    Line("north pointer", {at(0, 0), to}, inks_.North);
+    page_.Add(
+        "north pointer",
+        Area{.Rings = {{to, at(-0.05 * length, 0.86 * length), at(0.05 * length, 0.86 * length)}},
+             .Fill = {inks_.North.Ink}});
+    const Point name = at(0, 1.14 * length);
     Text("north pointer", name, "North", kText, AnchorX::Center, true);
   }
 

@@ -90,8 +90,11 @@ std::vector<TracePiece> CutAtBands(const std::vector<ProfileWind>& profile) {
     for (int band = pieces.back().Band; band < to; ++band) {
       const double edge = kBandTopsKm[static_cast<std::size_t>(band)] * 1000;
       ProfileWind end{edge, Between(profile[i - 1], profile[i], edge), false};
-      if (profile[i - 1].Height >= edge) end = profile[i - 1];
-      pieces.back().Winds.push_back(end);
+      if (profile[i - 1].Height >= edge) {
+        end = profile[i - 1];  // ends its piece already
+      } else {
+        pieces.back().Winds.push_back(end);
+      }
       pieces.push_back({band + 1, {end}});
     }
     pieces.back().Winds.push_back(profile[i]);
