@@ -25,6 +25,8 @@
 #include <string_view>
 
 #include "app/diagram_view.h"
+#include "app/hodogram_window.h"
+#include "app/hodograph_window.h"
 #include "core/files.h"
 #include "program/menu.h"
 #include "program/readout.h"
@@ -85,6 +87,8 @@ void SoundingWindow::BuildMenus() {
     if (!row.Key.empty()) entry->setShortcut(QKeySequence(ToQString(row.Key)));
     if (row.IsChecked != nullptr) {
       entry->setCheckable(true);
+    }
+    if (row.IsChecked != nullptr && !row.Alone) {
       QActionGroup*& group = choices[row.In];
       if (group == nullptr) group = new QActionGroup(this);
       group->addAction(entry);
@@ -146,9 +150,8 @@ void SoundingWindow::Show(Changes changes) {
 void SoundingWindow::ShowState() {
   setWindowTitle(ToQString(SoundingBanner(program_)));
   view_->Show(program_.Plot ? &program_.Plot->Page : nullptr);
-  for (const auto& [entry, row] : entries_) {
-    if (row->IsChecked != nullptr) entry->setChecked(row->IsChecked(program_));
-  }
+  ShowChecks();
+  ShowDisplays();
   const QSignalBlocker silent(sequence_);
   sequence_->setRange(0, std::max(0, static_cast<int>(program_.Listed.size()) - 1));
   sequence_->setValue(static_cast<int>(program_.ListedNow));
@@ -162,6 +165,42 @@ void SoundingWindow::ShowState() {
   }
   progress_->setPalette(colors);
   progress_->setText(ToQString(fault.empty() ? LoadRemarks(program_) : fault));
+}
+
+// A display that is up follows every change; one that was chosen opens. None is taken down while
+// an event of its own is still on its way.
+void SoundingWindow::ShowDisplays() {
+  if (program_.ShowsHodograph && hodograph_ == nullptr) {
+    hodograph_ = std::make_unique<HodographWindow>(
+        program_, [this](Changes changes) { Show(changes); },
+        [this] {
+          program_.ShowsHodograph = false;
+          ShowChecks();
+        },
+        this);
+  }
+  if (program_.ShowsHodogram && hodogram_ == nullptr) {
+    hodogram_ = std::make_unique<HodogramWindow>(
+        program_,
+        [this] {
+          program_.ShowsHodogram = false;
+          ShowChecks();
+        },
+        this);
+  }
+  const auto show = [](auto& window, bool shown) {
+    if (window == nullptr) return;
+    if (shown) window->ShowState();
+    if (window->isVisible() != shown) window->setVisible(shown);
+  };
+  show(hodograph_, program_.ShowsHodograph);
+  show(hodogram_, program_.ShowsHodogram);
+}
+
+void SoundingWindow::ShowChecks() {
+  for (const auto& [entry, row] : entries_) {
+    if (row->IsChecked != nullptr) entry->setChecked(row->IsChecked(program_));
+  }
 }
 
 void SoundingWindow::ShowStatus(std::string_view text) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <QMainWindow>
 #include <utility>
@@ -19,6 +20,8 @@ class QScrollBar;
 namespace vexa {
 
 class DiagramView;
+class HodogramWindow;
+class HodographWindow;
 struct MenuRow;
 
 class SoundingWindow : public QMainWindow {
@@ -36,6 +39,8 @@ class SoundingWindow : public QMainWindow {
   void Show(Changes changes);
 
   DiagramView& View() { return *view_; }
+  HodographWindow* Hodograph() { return hodograph_.get(); }  // null while it is not up
+  HodogramWindow* Hodogram() { return hodogram_.get(); }
 
  protected:
   void closeEvent(QCloseEvent* event) override;
@@ -46,12 +51,16 @@ class SoundingWindow : public QMainWindow {
   void BuildMenus();
   void BuildPanels();
   void ShowState();
+  void ShowDisplays();
+  void ShowChecks();
   void ShowStatus(std::string_view text);
   void ShowReadout(const std::optional<Point>& at);
 
   Program& program_;
   WindowInteraction& interaction_;
   DiagramView* view_ = nullptr;
+  std::unique_ptr<HodographWindow> hodograph_;
+  std::unique_ptr<HodogramWindow> hodogram_;
   QScrollBar* sequence_ = nullptr;
   QLabel* progress_ = nullptr;
   QLabel* readout_ = nullptr;

@@ -1,14 +1,26 @@
 #include "program/hodograph_commands.h"
 
+#include <algorithm>
+
 #include "core/error_report.h"
+#include "core/numbers.h"
 #include "core/units.h"
 #include "hodograph/wind_table.h"
 
 namespace vexa {
 namespace {
 
+constexpr double kFastest = 200;  // kt, of a motion entered by hand
+
 void Tell(Program& program, const std::optional<Fault>& fault) {
   if (fault) ErrorReport(program.Current, *fault);
+}
+
+// As the settings take it: tenths of a degree from 1 to 360.
+double EnteredDirection(double degrees) {
+  const double direction = Rounded(Wrap360(degrees), 1);
+  if (direction < 0.5) return 360;
+  return std::max(direction, 1.0);
 }
 
 }  // namespace
@@ -52,13 +64,14 @@ Changes HoldStormMotion(Program& program, bool hold) {
 StormDraft DraftStorm(const Program& program, analysis::Wind motion) {
   StormDraft draft{.Set = program.Set};
   draft.Set.MotionMode = Scaling::Manual;
-  draft.Set.ManualMotionDir = Wrap360(motion.Dir);
-  draft.Set.ManualMotionSpd = motion.Spd;
+  draft.Set.ManualMotionDir = EnteredDirection(motion.Dir);
+  draft.Set.ManualMotionSpd = std::clamp(Rounded(motion.Spd, 2), 0.0, kFastest);
   draft.Storm = analysis::AnalyseStormMotion(program.Current.Record, draft.Set);
   return draft;
 }
 
 void LoadCompared(Program& program) {
+  if (program.Where.Root.empty()) return;
   std::vector<Fault> faults;
   program.Compared = hodograph::LoadComparisons(program.Where.Root, faults);
   for (const Fault& fault : faults) ErrorReport(program.Current, fault);
@@ -75,6 +88,7 @@ void EmptyCompared(Program& program, int slot) {
 }
 
 void SaveWindListings(Program& program) {
+  if (program.Where.Root.empty()) return;
   const hodograph::WindTable table = hodograph::ListWinds(HodographOf(program));
   Tell(program, hodograph::SaveListings(program.Where.Root, program.Current.Record,
                                         hodograph::TableText(table)));
