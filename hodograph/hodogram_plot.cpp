@@ -123,7 +123,7 @@ class Drawing {
   }
   bool Miles() const { return settings_.Distance == DistanceUnits::Miles; }
   double MetersPerUnit() const { return Miles() ? kMetersPerMile : 1000; }
-  double GridStep() const { return NiceStep(view_.Reach / MetersPerUnit() / 3); }
+  double GridStep() const { return NiceStep(view_.Reach / MetersPerUnit() / 5); }
 
   void Captions() {
     Text("title", {250, 220}, hodogram_.Title, 220, AnchorX::Left, true);
@@ -160,6 +160,12 @@ class Drawing {
     lines(north, [&](double at, double reach) {
       return Ends{{0, east - reach, at}, {0, east + reach, at}};
     });
+    std::vector<Point> edge;
+    for (int degrees = 0; degrees <= 360; degrees += 4) {
+      edge.push_back(view_.ToPage({0, east + half * std::sin(Radians(degrees)),
+                                   north + half * std::cos(Radians(degrees))}));
+    }
+    Line("ground edge", std::move(edge), inks_.Ground);
     // The distance scale: one interval from the station eastwards.
     const Point from = view_.ToPage({0, 0, 0});
     const Point to = view_.ToPage({0, step, 0});
@@ -209,7 +215,7 @@ class Drawing {
       const Point here = view_.ToPage(at);
       if (const int now = BandOf(at.Height); now != band) {
         const Point joint = points.back();
-        Line("trajectory", std::exchange(points, {joint}), BandPen(band));
+        DrawBand(std::exchange(points, {joint}), band);
         band = now;
       }
       AddPoint(points, here);
@@ -217,13 +223,16 @@ class Drawing {
     if (points.back() != view_.ToPage(hodogram_.Points.back())) {
       points.push_back(view_.ToPage(hodogram_.Points.back()));
     }
-    Line("trajectory", std::move(points), BandPen(band));
+    DrawBand(std::move(points), band);
   }
 
-  Pen BandPen(int band) const {
+  void DrawBand(std::vector<Point> points, int band) {
     Pen pen = inks_.Band[static_cast<std::size_t>(band)];
     pen.Width = std::max(pen.Width, 30.0);
-    return pen;
+    if (pen.Style != LineStyle::Solid) {
+      Line("trajectory core", points, {pen.Ink, 8, LineStyle::Solid});
+    }
+    Line("trajectory", std::move(points), pen);
   }
 
   static void AddPoint(std::vector<Point>& points, Point at) {

@@ -28,6 +28,8 @@ constexpr double kCaptionText = 150;
 constexpr double kPanelText = 110;
 constexpr double kPanelStep = 185;
 constexpr double kLegendStep = 200;
+constexpr int kEveryKm = 12;          // a height mark for each, up to here
+constexpr double kRingMargin = 1.09;  // of the frame around the outer ring, with its label
 constexpr double kHandle = 160;       // how near to a storm vector's head the pointer takes hold
 constexpr double kSpotReach = 60;     // around a level of the trace
 constexpr double kSmallShare = 0.45;  // of the line widths, in the small hodograph
@@ -82,17 +84,41 @@ Rings PlaceRings(Canvas& canvas, const Rect& frame, const std::vector<ProfileWin
   }
   if (fixed) {
     const double limit = canvas.In.Window.RingLimit;
-    canvas.At = CenteredOn(frame, reference, limit * 1.04);
+    canvas.At = CenteredOn(frame, reference, limit * kRingMargin);
     return {.Step = RingStep(Shown(limit, units)), .Outer = Shown(limit, units), .Units = units};
   }
   if (canvas.Set().HodoPlace == HodoLocation::Centered) {
     const double step = RingStep(std::max(Shown(fastest, units), Shown(10, units)));
     const double outer = step * std::max(2.0, std::ceil(Shown(fastest, units) / step - 1e-9));
-    canvas.At = CenteredOn(frame, reference, KnotsOf(outer, units) * 1.04);
+    canvas.At = CenteredOn(frame, reference, KnotsOf(outer, units) * kRingMargin);
     return {.Step = step, .Outer = outer, .Units = units};
   }
   canvas.At = FittedTo(frame, reference, extent);
   return {.Step = RingStep(Shown(frame.Width() / 2 / canvas.At.Scale, units)), .Units = units};
+}
+
+// Where the trace runs, in steps short enough that no text fits between; texts keep off it.
+std::vector<Point> AvoidTrace(Canvas& canvas, const std::vector<ProfileWind>& winds) {
+  constexpr double kStep = 90;
+  std::vector<Point> places;
+  for (std::size_t i = 0; i < winds.size(); ++i) {
+    const Point to = canvas.At.ToPoint(winds[i].Vector);
+    const Point from = i == 0 ? to : canvas.At.ToPoint(winds[i - 1].Vector);
+    const double length = std::hypot(to.X - from.X, to.Y - from.Y);
+    if (i > 0 && length < 1) continue;
+    const int steps = 1 + static_cast<int>(length / kStep);
+    for (int step = 1; step <= steps; ++step) {
+      const double share = static_cast<double>(step) / steps;
+      const Point at{from.X + share * (to.X - from.X), from.Y + share * (to.Y - from.Y)};
+      if (!places.empty() &&
+          std::hypot(at.X - places.back().X, at.Y - places.back().Y) < kStep / 3) {
+        continue;
+      }
+      places.push_back(at);
+      canvas.Room.Avoid(at, kStep / 4);
+    }
+  }
+  return places;
 }
 
 void DrawText(Canvas& canvas, std::string_view tag, Point at, std::string text, double size,
@@ -137,7 +163,8 @@ void DrawTrace(Canvas& canvas, const std::vector<ProfileWind>& winds) {
   }
 }
 
-// A dot at every whole kilometre, with its number where there is room.
+// A dot at every whole kilometre, at every third one further up, with its number where there is
+// room.
 void DrawHeightMarks(Canvas& canvas, const std::vector<ProfileWind>& winds) {
   if (winds.size() < 2) {
     for (const ProfileWind& wind : winds) {
@@ -150,7 +177,7 @@ void DrawHeightMarks(Canvas& canvas, const std::vector<ProfileWind>& winds) {
   const double radius = canvas.Small ? 18 : 34;
   const double size = canvas.Small ? 105 : 140;
   for (int km = 1; km <= 60; ++km) {
-    if (canvas.Small && km % 3 != 0) continue;
+    if ((canvas.Small || km > kEveryKm) && km % 3 != 0) continue;
     const std::optional<WindVector> wind = WindAt(winds, km * 1000);
     if (!wind) continue;
     const Point at = canvas.At.ToPoint(*wind);
@@ -164,13 +191,13 @@ void DrawHeightMarks(Canvas& canvas, const std::vector<ProfileWind>& winds) {
     const std::string text = Shortest(km);
     const auto place = canvas.Room.Beside(at, TextWidth(text.size(), size), size, radius + 15);
     if (!place) continue;
-    canvas.Page.Add("height label", Label{.At = *place,
-                                          .Text = text,
-                                          .Across = AnchorX::Center,
-                                          .Size = size,
-                                          .Ink = pen.Ink,
-                                          .Bold = true,
-                                          .Halo = canvas.Colors.Paper});
+    canvas.Names.emplace_back("height label", Label{.At = *place,
+                                                    .Text = text,
+                                                    .Across = AnchorX::Center,
+                                                    .Size = size,
+                                                    .Ink = pen.Ink,
+                                                    .Bold = true,
+                                                    .Halo = canvas.Colors.Paper});
   }
 }
 
@@ -289,7 +316,7 @@ HodographPlot PlotHodograph(const HodographInput& input) {
   plot.Winds = WindProfile(input.Sounding, input.Set);
   Canvas canvas{.In = input, .Page = plot.Page, .Colors = inks, .Room = LabelRoom(kFrame)};
   const Rings rings = PlaceRings(canvas, kFrame, plot.Winds);
-  DrawRings(plot.Page, canvas.At, rings, inks, canvas.Room);
+  DrawRings(plot.Page, canvas.At, rings, inks, AvoidTrace(canvas, plot.Winds), canvas.Room);
   if (ShowsStorm(canvas)) DrawStormVectors(canvas);
   if (input.Window.HelicityContours) DrawHelicityContours(canvas);
   if (input.Window.MbeVector) DrawPropagationVector(canvas);
@@ -300,6 +327,7 @@ HodographPlot PlotHodograph(const HodographInput& input) {
     DrawTrace(canvas, plot.Winds);
     DrawHeightMarks(canvas, plot.Winds);
   }
+  DrawNames(canvas);
   DrawFrameLine(canvas);
   DrawCaptions(canvas, rings);
   if (const std::string remark = Remark(plot.Winds); !remark.empty()) {
@@ -330,10 +358,11 @@ std::optional<Picture> PlotSmallHodograph(const HodographInput& input) {
   Canvas canvas{
       .In = input, .Page = page, .Colors = inks, .Room = LabelRoom(kSmallFrame), .Small = true};
   const Rings rings = PlaceRings(canvas, kSmallFrame, winds);
-  DrawRings(page, canvas.At, rings, inks, canvas.Room);
+  DrawRings(page, canvas.At, rings, inks, AvoidTrace(canvas, winds), canvas.Room);
   if (ShowsStorm(canvas)) DrawStormVectors(canvas);
   DrawTrace(canvas, winds);
   DrawHeightMarks(canvas, winds);
+  DrawNames(canvas);
   DrawFrameLine(canvas);
   return page;
 }

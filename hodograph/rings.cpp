@@ -31,13 +31,22 @@ void DrawClipped(Picture& page, std::string_view tag, const std::vector<Point>& 
   }
 }
 
-// The half axis with the most room in the frame carries the labels.
-Point RoomiestWay(const HodographMapping& at) {
+// The half axis that carries the labels: long, and not crossed by the trace.
+Point LabelledWay(const HodographMapping& at, const std::vector<Point>& trace) {
+  constexpr double kNear = 220;
   const std::pair<double, Point> ways[] = {{at.Frame.Right - at.Center.X, {1, 0}},
                                            {at.Center.X - at.Frame.Left, {-1, 0}},
                                            {at.Frame.Bottom - at.Center.Y, {0, 1}},
                                            {at.Center.Y - at.Frame.Top, {0, -1}}};
-  return std::ranges::max_element(ways, {}, [](const auto& way) { return way.first; })->second;
+  const auto worth = [&](const std::pair<double, Point>& candidate) {
+    const auto& [room, way] = candidate;
+    const auto crossed = std::ranges::count_if(trace, [&, to = way](const Point& place) {
+      const Point off{place.X - at.Center.X, place.Y - at.Center.Y};
+      return off.X * to.X + off.Y * to.Y > 0 && std::fabs(off.X * to.Y - off.Y * to.X) < kNear;
+    });
+    return std::min(room, at.Frame.Width() / 2) - kNear * static_cast<double>(crossed);
+  };
+  return std::ranges::max_element(ways, {}, worth)->second;
 }
 
 double FarthestCorner(const HodographMapping& at) {
@@ -70,7 +79,7 @@ double RingLabelShift(double value) {
 }
 
 void DrawRings(Picture& page, const HodographMapping& at, const Rings& rings, const Inks& inks,
-               LabelRoom& room) {
+               const std::vector<Point>& trace, LabelRoom& room) {
   const Rect& frame = at.Frame;
   DrawClipped(page, "axis", {{frame.Left, at.Center.Y}, {frame.Right, at.Center.Y}}, frame,
               inks.Axis);
@@ -78,7 +87,7 @@ void DrawRings(Picture& page, const HodographMapping& at, const Rings& rings, co
               inks.Axis);
   const double perShown = at.Scale * KnotsOf(1, rings.Units);
   const double farthest = rings.Outer > 0 ? rings.Outer : FarthestCorner(at) / perShown;
-  const Point way = RoomiestWay(at);
+  const Point way = LabelledWay(at, trace);
   std::vector<double> values;
   for (int i = 1; i * rings.Step < farthest + kAlmost; ++i) values.push_back(i * rings.Step);
   // A fixed limit between two steps has its own ring.

@@ -1,6 +1,8 @@
 // The rings of equal speed: their step, their labels, and the axes through their centre.
 #pragma once
 
+#include <vector>
+
 #include "config/options.h"
 #include "hodograph/inks.h"
 #include "hodograph/label_room.h"
@@ -26,8 +28,12 @@ struct Rings {
   bool Labels = true;
 };
 
+/// Draws axes and rings; the labels stand on the half axis that has room and is least crossed by
+/// the trace.
+///
+/// trace  places along it, page positions
 void DrawRings(Picture& page, const HodographMapping& at, const Rings& rings, const Inks& inks,
-               LabelRoom& room);
+               const std::vector<Point>& trace, LabelRoom& room);
 
 /// A speed in knots in the display unit, and back.
 double Shown(double knots, SpeedUnits units);

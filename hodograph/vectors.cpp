@@ -37,18 +37,24 @@ void DrawArrow(Canvas& canvas, std::string_view tag, const WindVector& from, con
 }
 
 void DrawName(Canvas& canvas, std::string_view tag, const WindVector& at, std::string text,
-              Color ink) {
+              Color ink, Point prefer = {1, 0}) {
   const double size = canvas.Small ? kSmallMarkText : kMarkText;
   const auto place =
-      canvas.Room.Beside(canvas.At.ToPoint(at), TextWidth(text.size(), size), size, 45);
+      canvas.Room.Beside(canvas.At.ToPoint(at), TextWidth(text.size(), size), size, 45, prefer);
   if (!place) return;
-  canvas.Page.Add(tag, Label{.At = *place,
-                             .Text = std::move(text),
-                             .Across = AnchorX::Center,
-                             .Size = size,
-                             .Ink = ink,
-                             .Bold = true,
-                             .Halo = canvas.Colors.Paper});
+  canvas.Names.emplace_back(tag, Label{.At = *place,
+                                       .Text = std::move(text),
+                                       .Across = AnchorX::Center,
+                                       .Size = size,
+                                       .Ink = ink,
+                                       .Bold = true,
+                                       .Halo = canvas.Colors.Paper});
+}
+
+// The side of an arrow's head that lies ahead of it.
+Point Ahead(const WindVector& vector) {
+  const double length = std::hypot(vector.U, vector.V);
+  return length > 0 ? Point{-vector.U / length, vector.V / length} : Point{1, 0};
 }
 
 void AddSpot(Canvas& canvas, std::string_view tag, const WindVector& wind, std::string text) {
@@ -72,7 +78,7 @@ void DrawMover(Canvas& canvas, bool right, bool chosen) {
   const Pen& pen = chosen ? canvas.Colors.ChosenStorm : canvas.Colors.OtherStorm;
   const std::string_view tag = chosen ? "storm vector" : "other storm vector";
   DrawArrow(canvas, tag, {}, mover->Motion, pen);
-  DrawName(canvas, tag, mover->Motion, std::string(name), pen.Ink);
+  DrawName(canvas, tag, mover->Motion, std::string(name), pen.Ink, Ahead(mover->Motion));
   canvas.Legend.push_back({"Storm Vector (" + std::string(name) + ")", pen});
   AddSpot(canvas, tag, mover->Motion,
           "Storm Vector (" + std::string(name) +
@@ -142,10 +148,15 @@ void DrawPropagationVector(Canvas& canvas) {
       PropagationVector(canvas.In.Sounding, canvas.In.Results.Levels);
   if (!vector) return;
   DrawArrow(canvas, "MBE vector", {}, *vector, canvas.Colors.Propagation);
-  DrawName(canvas, "MBE vector", *vector, "MBE", canvas.Colors.Propagation.Ink);
+  DrawName(canvas, "MBE vector", *vector, "MBE", canvas.Colors.Propagation.Ink, Ahead(*vector));
   canvas.Legend.push_back({"MBE Vector", canvas.Colors.Propagation});
   AddSpot(canvas, "MBE vector", *vector,
           "MBE Vector: " + WindText(*vector, canvas.Set(), "##0.0", UnitOf(canvas.Set())));
+}
+
+void DrawNames(Canvas& canvas) {
+  for (auto& [tag, label] : canvas.Names) canvas.Page.Add(tag, std::move(label));
+  canvas.Names.clear();
 }
 
 void DrawHelicityContours(Canvas& canvas) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "hodograph/hodograph_plot.h"
@@ -24,6 +25,7 @@ struct Canvas {
   Inks Colors{};
   LabelRoom Room{{}};
   std::vector<LegendItem> Legend{};
+  std::vector<std::pair<std::string, Label>> Names{};  // by tag, for over all lines
   bool Small = false;
 
   const Options& Set() const { return In.Set; }
@@ -41,6 +43,9 @@ void DrawStormVectors(Canvas& canvas);
 void DrawMeanWinds(Canvas& canvas);
 void DrawShearLayer(Canvas& canvas);
 void DrawPropagationVector(Canvas& canvas);
+
+/// Puts the names of what was drawn over all lines.
+void DrawNames(Canvas& canvas);
 
 /// Helicity of the lowest 3 km as it would be for every motion: straight lines, every 50 m²/s² up
 /// to 300 and every 100 above.

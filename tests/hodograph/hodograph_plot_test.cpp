@@ -67,8 +67,9 @@ TEST(HodographPlot, LimitHasItsOuterRingAtTheLimit) {
             (std::vector<std::string>{"20", "40", "60", "80", "85"}));
   const std::vector<Label> labels = Tagged<Label>(plot.Page, "ring label");
   // Two digits begin 45 display units left of their ring.
-  EXPECT_NEAR(plot.Mapping.Center.X + 20 * plot.Mapping.Scale - labels[0].At.X, 45 * kDisplayUnit,
-              0.01);
+  const Point ring{labels[0].At.X + 45 * kDisplayUnit, labels[0].At.Y};
+  EXPECT_NEAR(std::hypot(ring.X - plot.Mapping.Center.X, ring.Y - plot.Mapping.Center.Y),
+              20 * plot.Mapping.Scale, 0.01);
   EXPECT_EQ(RingLabelShift(9), 25);
   EXPECT_EQ(RingLabelShift(10), 45);
   EXPECT_EQ(RingLabelShift(100), 65);
