@@ -103,6 +103,7 @@ class Drawing {
     Shadow();
     Drops();
     Curve();
+    HeightLabels();
     if (settings_.NorthPointer) NorthPointer();
     return std::move(page_);
   }
@@ -172,21 +173,31 @@ class Drawing {
     Line("distance scale", {from, to}, {inks_.Ink, 30, LineStyle::Solid});
   }
 
+  bool Feet() const { return hodogram_.Set.GpmUnits == LengthUnits::Feet; }
+  double MetersPerHeight() const { return Feet() ? 1000 * kMetersPerFoot : 1000; }
+  double HeightStep() const {
+    return NiceStep(view_.Top / MetersPerHeight() / 9) * MetersPerHeight();
+  }
+
   void HeightAxis() {
-    const bool feet = hodogram_.Set.GpmUnits == LengthUnits::Feet;
-    const double perUnit = feet ? 1000 * kMetersPerFoot : 1000;
-    const double step = NiceStep(view_.Top / perUnit / 9) * perUnit;
     Line("height axis", {view_.ToPage({0, 0, 0}), view_.ToPage({view_.Top, 0, 0})}, inks_.Axis);
-    LabelRoom room({0, 0, kPageWidth, kPageHeight});
-    for (double height = step; height <= view_.Top; height += step) {
+    for (double height = HeightStep(); height <= view_.Top; height += HeightStep()) {
       const Point at = view_.ToPage({height, 0, 0});
       Line("height tick", {{at.X - 60, at.Y}, {at.X + 60, at.Y}}, inks_.Axis);
-      // Seen from above the ticks stand on one another.
+    }
+  }
+
+  // Over the curve; seen from above they would stand on one another.
+  void HeightLabels() {
+    LabelRoom room({0, 0, kPageWidth, kPageHeight});
+    for (double height = HeightStep(); height <= view_.Top; height += HeightStep()) {
+      const Point at = view_.ToPage({height, 0, 0});
       const Rect place{at.X - 600, at.Y - kText / 2, at.X - 90, at.Y + kText / 2};
       if (!room.IsFree(place)) continue;
       room.Take(place);
       Text("height label", {at.X - 90, at.Y},
-           Mask(height / perUnit, "##0") + (feet ? " kft" : " km"), 0.85 * kText, AnchorX::Right);
+           Mask(height / MetersPerHeight(), "##0") + (Feet() ? " kft" : " km"), 0.85 * kText,
+           AnchorX::Right);
     }
   }
 
@@ -243,18 +254,16 @@ class Drawing {
   }
 
   void NorthPointer() {
-    const double length = 0.45 * view_.Reach;
-    // Around the middle of the ground, so that it stays on the page from every side.
+    // At the edge of the ground, off the trajectory as a rule.
+    const double reach = view_.Reach;
     const auto at = [&](double aside, double along) {
-      return view_.ToPage({0, view_.MiddleEast + aside, view_.MiddleNorth + along});
+      return view_.ToPage({0, view_.MiddleEast + aside * reach, view_.MiddleNorth + along * reach});
     };
-    const Point to = at(0, length);
-    Line("north pointer", {at(0, 0), to}, inks_.North);
-    page_.Add(
-        "north pointer",
-        Area{.Rings = {{to, at(-0.05 * length, 0.86 * length), at(0.05 * length, 0.86 * length)}},
-             .Fill = {inks_.North.Ink}});
-    const Point name = at(0, 1.14 * length);
+    const Point to = at(0, 0.98);
+    Line("north pointer", {at(0, 0.7), to}, inks_.North);
+    page_.Add("north pointer",
+              Area{.Rings = {{to, at(-0.025, 0.91), at(0.025, 0.91)}}, .Fill = {inks_.North.Ink}});
+    const Point name = at(0, 1.07);
     Text("north pointer", name, "North", kText, AnchorX::Center, true);
   }
 
