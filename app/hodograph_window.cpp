@@ -161,6 +161,18 @@ void HodographWindow::BuildPlotting(QVBoxLayout& column) {
   });
   grid->addWidget(frame_, 0, 0);
   grid->addWidget(rings_, 0, 1);
+  limit_ = new QDoubleSpinBox(group);
+  limit_->setObjectName(QStringLiteral("txtLimit"));
+  limit_->setDecimals(0);
+  limit_->setRange(10, 500);
+  limit_->setSingleStep(10);
+  limit_->setSuffix(QStringLiteral(" kts"));
+  limit_->setKeyboardTracking(false);
+  connect(limit_, &QDoubleSpinBox::valueChanged, this, [this](double knots) {
+    program_.Hodograph.RingLimit = knots;
+    changed_({.View = true});
+  });
+  grid->addWidget(limit_, 0, 2);
   AddSwitch(*grid, "chkNoSMplot", QStringLiteral("No storm vectors"), &HodographSettings::NoSMplot);
   AddSwitch(*grid, "chkFloat", QStringLiteral("FLOAT"), &HodographSettings::Float);
   AddSwitch(*grid, "chkHelicity", QStringLiteral("Helicity Contours"),
@@ -299,6 +311,9 @@ void HodographWindow::ShowControls() {
   ShowWord(frame_, program_.Hodograph.Frame);
   ShowWord(rings_, program_.Hodograph.Rings);
   ShowWord(compare_, program_.Hodograph.Compare);
+  const QSignalBlocker silentLimit(limit_);
+  limit_->setValue(program_.Hodograph.RingLimit);
+  limit_->setEnabled(program_.Hodograph.Rings == RingScaling::Limit);
   for (const auto& [box, setting] : switches_) box->setChecked(program_.Hodograph.*setting);
   hold_->setChecked(program_.Hodograph.Hold);
   hold_->setEnabled(program_.Results.Storm.Chosen().has_value());

@@ -76,6 +76,7 @@ class HodographWindow : public QWidget {
   QCheckBox* hold_ = nullptr;
   QComboBox* frame_ = nullptr;
   QComboBox* rings_ = nullptr;
+  QDoubleSpinBox* limit_ = nullptr;
   QComboBox* compare_ = nullptr;
   QPlainTextEdit* table_ = nullptr;
   std::vector<std::pair<QCheckBox*, bool HodographSettings::*>> switches_{};
