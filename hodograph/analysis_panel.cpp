@@ -83,12 +83,12 @@ class PanelWriter {
 
   PanelLine Shear() const {
     const double depthKm = in_.Set.ShearXLayerTopKm;
-    const std::vector<ProfileWind> winds = WindProfile(in_.Sounding, {});
-    const std::optional<analysis::WindVector> top = WindAt(winds, depthKm * 1000);
+    const std::optional<LayerEnds> ends =
+        EndsOfLayer(WindProfile(in_.Sounding, {}), depthKm * 1000);
     std::string text(kNoValue);
-    if (top && !winds.empty()) {
-      const analysis::WindVector& low = winds.front().Vector;
-      text = Speed(std::hypot(top->U - low.U, top->V - low.V), "###0.0") + Unit();
+    if (ends) {
+      const double speed = std::hypot(ends->High.U - ends->Low.U, ends->High.V - ends->Low.V);
+      text = Speed(speed, "###0.0") + Unit();
     }
     return {"    Shear:  (0-" + Shortest(depthKm) + "km) " + text};
   }

@@ -134,12 +134,12 @@ void DrawMeanWinds(Canvas& canvas) {
 }
 
 void DrawShearLayer(Canvas& canvas) {
-  const std::vector<ProfileWind> winds = WindProfile(canvas.In.Sounding, {});
   const double depthKm = canvas.Set().ShearXLayerTopKm;
-  const std::optional<WindVector> top = WindAt(winds, depthKm * 1000);
-  if (!top || winds.empty()) return;
-  DrawLine(canvas, "shear layer",
-           {canvas.At.ToPoint(winds.front().Vector), canvas.At.ToPoint(*top)}, canvas.Colors.Shear);
+  const std::optional<LayerEnds> ends =
+      EndsOfLayer(WindProfile(canvas.In.Sounding, {}), depthKm * 1000);
+  if (!ends) return;
+  DrawLine(canvas, "shear layer", {canvas.At.ToPoint(ends->Low), canvas.At.ToPoint(ends->High)},
+           canvas.Colors.Shear);
   canvas.Legend.push_back({"Shear (0-" + Shortest(depthKm) + "km)", canvas.Colors.Shear});
 }
 

@@ -73,6 +73,14 @@ std::optional<WindVector> WindAt(const std::vector<ProfileWind>& profile, double
   return std::nullopt;
 }
 
+std::optional<LayerEnds> EndsOfLayer(const std::vector<ProfileWind>& profile, double depth) {
+  constexpr double kSurfaceWindDepth = 100;
+  if (profile.empty() || profile.front().Height > kSurfaceWindDepth) return std::nullopt;
+  const std::optional<WindVector> top = WindAt(profile, depth);
+  if (!top) return std::nullopt;
+  return LayerEnds{profile.front().Vector, *top};
+}
+
 int BandOf(double height) {
   const auto top =
       std::ranges::find_if(kBandTopsKm, [&](double km) { return height <= km * 1000; });

@@ -33,6 +33,14 @@ std::vector<ProfileWind> WindProfile(const SoundingRecord& sounding, const Optio
 /// The wind at a height above ground, linear in height between the two winds around it.
 std::optional<analysis::WindVector> WindAt(const std::vector<ProfileWind>& profile, double height);
 
+/// The ends of a layer from the ground up: the surface wind and the wind at the depth in m. Empty
+/// where the lowest wind lies more than 100 m above ground or the winds end below the depth.
+struct LayerEnds {
+  analysis::WindVector Low{};
+  analysis::WindVector High{};
+};
+std::optional<LayerEnds> EndsOfLayer(const std::vector<ProfileWind>& profile, double depth);
+
 /// Band of a height above ground, 0 to kBands - 1; a height on an edge belongs to the band below.
 int BandOf(double height);
 

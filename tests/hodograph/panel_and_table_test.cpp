@@ -63,6 +63,9 @@ TEST(AnalysisPanel, ManualMotionAndNoWinds) {
   EXPECT_EQ(panel[0], " Storm-Motion: RM:  --                  LM:  --                  ");
   EXPECT_EQ(panel[6], "     s-rH: (0-3km) --");
   EXPECT_EQ(panel[9], "Mean Wind:  (0-6km) --");
+  // Winds that begin aloft have no shear from the ground.
+  const SoundingRecord aloft = test::Profile({}, {{5000, 270, 20}, {7000, 270, 60}});
+  EXPECT_EQ(Panel(aloft, {})[10], "    Shear:  (0-6km) --");
   still.LatHemi = "S";
   EXPECT_EQ(Panel(still, {})[0].substr(0, 19), " Storm-Motion: LM: ");
 }
