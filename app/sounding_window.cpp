@@ -29,6 +29,8 @@
 #include "app/config_window.h"
 #include "app/diagram_view.h"
 #include "app/display_window.h"
+#include "app/hodogram_window.h"
+#include "app/hodograph_window.h"
 #include "app/option_control.h"
 #include "app/output_actions.h"
 #include "app/severe_table_window.h"
@@ -227,13 +229,8 @@ void SoundingWindow::ShowState() {
   setWindowTitle(ToQString(SoundingBanner(program_)));
   view_->Show(program_.Plot ? &program_.Plot->Page : nullptr);
   FollowDisplays();
-  for (const auto& [entry, row] : entries_) {
-    if (row->IsChecked != nullptr) entry->setChecked(row->IsChecked(program_));
-    if (row->Shows == nullptr) continue;
-    const std::string caption = row->Shows(program_);
-    entry->setText(ToQString(caption));
-    entry->setVisible(!caption.empty());
-  }
+  ShowChecks();
+  ShowDisplays();
   const QSignalBlocker silent(sequence_);
   sequence_->setRange(0, std::max(0, static_cast<int>(program_.Listed.size()) - 1));
   sequence_->setValue(static_cast<int>(program_.ListedNow));
@@ -248,6 +245,46 @@ void SoundingWindow::ShowState() {
   progress_->setPalette(colors);
   progress_->setText(
       ToQString(TakeNotices(program_) + (fault.empty() ? LoadRemarks(program_) : fault)));
+}
+
+// A display that is up follows every change; one that was chosen opens. None is taken down while
+// an event of its own is still on its way.
+void SoundingWindow::ShowDisplays() {
+  if (program_.ShowsHodograph && hodograph_ == nullptr) {
+    hodograph_ = std::make_unique<HodographWindow>(
+        program_, [this](Changes changes) { Show(changes); },
+        [this] {
+          program_.ShowsHodograph = false;
+          ShowChecks();
+        },
+        this);
+  }
+  if (program_.ShowsHodogram && hodogram_ == nullptr) {
+    hodogram_ = std::make_unique<HodogramWindow>(
+        program_,
+        [this] {
+          program_.ShowsHodogram = false;
+          ShowChecks();
+        },
+        this);
+  }
+  const auto show = [](auto& window, bool shown) {
+    if (window == nullptr) return;
+    if (shown) window->ShowState();
+    if (window->isVisible() != shown) window->setVisible(shown);
+  };
+  show(hodograph_, program_.ShowsHodograph);
+  show(hodogram_, program_.ShowsHodogram);
+}
+
+void SoundingWindow::ShowChecks() {
+  for (const auto& [entry, row] : entries_) {
+    if (row->IsChecked != nullptr) entry->setChecked(row->IsChecked(program_));
+    if (row->Shows == nullptr) continue;
+    const std::string caption = row->Shows(program_);
+    entry->setText(ToQString(caption));
+    entry->setVisible(!caption.empty());
+  }
 }
 
 void SoundingWindow::ShowStatus(std::string_view text) {

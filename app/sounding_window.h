@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <map>
+#include <memory>
 #include <optional>
 #include <QMainWindow>
 #include <QPointer>
@@ -23,6 +24,8 @@ namespace vexa {
 class AnalysisDock;
 class DiagramView;
 class DisplayWindow;
+class HodogramWindow;
+class HodographWindow;
 struct DisplayRow;
 struct FormRow;
 struct MenuRow;
@@ -47,6 +50,8 @@ class SoundingWindow : public QMainWindow {
   void PlaceAsBefore();
 
   DiagramView& View() { return *view_; }
+  HodographWindow* Hodograph() { return hodograph_.get(); }  // null while it is not up
+  HodogramWindow* Hodogram() { return hodogram_.get(); }
 
  protected:
   void closeEvent(QCloseEvent* event) override;
@@ -58,6 +63,8 @@ class SoundingWindow : public QMainWindow {
   void BuildMenus();
   void BuildPanels();
   void ShowState();
+  void ShowDisplays();
+  void ShowChecks();
   void ShowStatus(std::string_view text);
   void ShowReadout(const std::optional<Point>& at);
   void OpenDisplay(const DisplayRow& row);
@@ -67,6 +74,8 @@ class SoundingWindow : public QMainWindow {
   Program& program_;
   WindowInteraction& interaction_;
   DiagramView* view_ = nullptr;
+  std::unique_ptr<HodographWindow> hodograph_;
+  std::unique_ptr<HodogramWindow> hodogram_;
   QScrollBar* sequence_ = nullptr;
   QLabel* progress_ = nullptr;
   QLabel* readout_ = nullptr;

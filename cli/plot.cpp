@@ -10,6 +10,8 @@
 #include "core/files.h"
 #include "core/numbers.h"
 #include "diagram/sounding_plot.h"
+#include "hodograph/hodogram_plot.h"
+#include "hodograph/hodograph_plot.h"
 #include "output/paint/paint.h"
 
 namespace vexa::cli {
@@ -20,6 +22,7 @@ constexpr ArgumentRow kOptions[] = {
      "picture file: .png, .jpg, .bmp, .svg or .pdf; {name} stands for the"
      " input's name"},
     {"--diagram", "", "TYPE", "skewt, emagram or tephigram"},
+    {"--display", "", "NAME", "sounding, hodograph or hodogram; sounding without it"},
     {"--size", "", "WxH", "size in pixels, 1600x1200 without it"},
     kRootOption,
     {"--dpi", "", "N", "resolution that the file states, 96 without it"},
@@ -54,23 +57,51 @@ Outcome<int> WholeOption(const Arguments& arguments, std::string_view name, int 
                    Shortest(most) + ", not \"" + *text + "\""};
 }
 
-std::optional<Fault> PlotFile(const std::string& file, const std::string& output, PixelSize size,
-                              const paint::ImageSettings& image, const SettingsStore& settings) {
+Picture DiagramPage(const AnalysedSounding& sounding, const SettingsStore& settings) {
   const Options& options = settings.Set;
-  const Outcome<AnalysedSounding> sounding = LoadAndAnalyse(file, options);
+  const hodograph::HodographInput hodograph{
+      .Sounding = sounding.Record, .Results = sounding.Results, .Set = options};
+  const std::optional<Picture> small = hodograph::PlotSmallHodograph(hodograph);
+  return diagram::PlotSounding({.Sounding = sounding.Record,
+                                .Results = sounding.Results,
+                                .Set = options,
+                                .Hodograph = small ? &*small : nullptr,
+                                .Configuration = ConfigurationCaption(settings)})
+      ->Page;
+}
+
+Picture HodographPage(const AnalysedSounding& sounding, const SettingsStore& settings) {
+  const Options& options = settings.Set;
+  return hodograph::PlotHodograph(
+             {.Sounding = sounding.Record, .Results = sounding.Results, .Set = options})
+      .Page;
+}
+
+Picture HodogramPage(const AnalysedSounding& sounding, const SettingsStore& settings) {
+  return hodograph::PlotHodogram(hodograph::MakeHodogram(sounding.Record, settings.Set), {});
+}
+
+struct Display {
+  std::string_view Name;
+  Picture (*Page)(const AnalysedSounding& sounding, const SettingsStore& settings);
+};
+
+constexpr Display kDisplays[] = {
+    {"sounding", DiagramPage}, {"hodograph", HodographPage}, {"hodogram", HodogramPage}};
+
+std::optional<Fault> PlotFile(const std::string& file, const std::string& output, PixelSize size,
+                              const paint::ImageSettings& image, const SettingsStore& settings,
+                              const Display& display) {
+  const Outcome<AnalysedSounding> sounding = LoadAndAnalyse(file, settings.Set);
   if (!sounding) return sounding.Error();
-  const std::optional<diagram::SoundingPlot> plot =
-      diagram::PlotSounding({.Sounding = sounding.Value().Record,
-                             .Results = sounding.Value().Results,
-                             .Set = options,
-                             .Configuration = ConfigurationCaption(settings)});
+  const Picture page = display.Page(sounding.Value(), settings);
   const std::string extension = Extension(output);
   std::string bytes;
   if (extension == "svg") {
-    bytes = ToSvg(plot->Page, size.Width, size.Height);
+    bytes = ToSvg(page, size.Width, size.Height);
   } else {
     Outcome<std::string> encoded =
-        paint::EncodePicture(plot->Page, extension, size.Width, size.Height, image);
+        paint::EncodePicture(page, extension, size.Width, size.Height, image);
     if (!encoded) return encoded.Error();
     bytes = std::move(encoded.Value());
   }
@@ -116,6 +147,13 @@ int RunPlot(const Arguments& arguments, Console& console) {
     }
     options.Diagram = static_cast<DiagramType>(word - words.begin());
   }
+  const std::string displayName = arguments.Value("--display").value_or("sounding");
+  const auto display = std::ranges::find(kDisplays, displayName, &Display::Name);
+  if (display == std::end(kDisplays)) {
+    return UsageError(
+        console, kPlotCommand,
+        "--display takes sounding, hodograph or hodogram, not \"" + displayName + "\"");
+  }
   std::optional<QtSession> toolkit;
   if (extension != "svg") toolkit.emplace();
   int exitCode = kExitOk;
@@ -123,7 +161,7 @@ int RunPlot(const Arguments& arguments, Console& console) {
   for (const std::string& file : arguments.Files) {
     const std::string name = OutputFor(*output, file);
     const auto fault = written.insert(name).second
-                           ? PlotFile(file, name, size, image, settings.Value())
+                           ? PlotFile(file, name, size, image, settings.Value(), *display)
                            : Fault{kFaultBadFileName, "RunPlot",
                                    name + " holds the picture of another input already"};
     if (fault) {

@@ -42,6 +42,11 @@ std::string RecentFile(const Program& program) {
          EscapeCaption(TextFromPath(PathFromText(file).filename()));
 }
 
+template <bool Program::*Shown>
+bool IsUp(const Program& program) {
+  return program.*Shown;
+}
+
 constexpr MenuRow kMenuTree[] = {
     {"", "mnuFile", "&File"},
     {"mnuFile", "mnuOpen", "&Open Sounding", Command::Open, "Choose one or more sounding files",
@@ -78,6 +83,12 @@ constexpr MenuRow kMenuTree[] = {
     {"mnuDisplay", "mnuSoaring", "S&oaring", Command::Soaring, "Thermals of the day"},
     {"mnuDisplay", "mnuAnalyze", "&Analyze", Command::Analyze,
      "Show or hide the panel of all indices", "F4", true},
+    {"mnuDisplay", "mnuHodograph", "&Hodograph", Command::Hodograph,
+     "Winds, storm motion and helicity", "Ctrl+H", false, IsUp<&Program::ShowsHodograph>, nullptr,
+     true},
+    {"mnuDisplay", "mnuHodogram", "Hodo&gram (3-D)", Command::Hodogram,
+     "The way of the balloon in three dimensions", "Ctrl+G", false, IsUp<&Program::ShowsHodogram>,
+     nullptr, true},
     {"mnuDisplay", "mnuRefreshed", "&Refresh", Command::Refresh,
      "Redraw the diagram from the current data", "F5"},
     {"", "mnuOptions", "&Options"},

@@ -7,6 +7,7 @@
 #include "core/numbers.h"
 #include "diagram/title_text.h"
 #include "program/commands.h"
+#include "program/hodograph_commands.h"
 #include "program/settings_commands.h"
 
 namespace vexa {
@@ -35,6 +36,12 @@ Changes ChooseDiagram(Program& program) {
   return {.View = true};
 }
 
+template <bool Program::*Shows>
+Changes Toggle(Program& program) {
+  program.*Shows = !(program.*Shows);
+  return {};
+}
+
 constexpr CommandRow kCommands[] = {
     {Command::Open, commands::Open},
     {Command::ExportData, commands::ExportData},
@@ -53,6 +60,8 @@ constexpr CommandRow kCommands[] = {
     {Command::Recent3, commands::OpenRecent<3>},
     {Command::Recent4, commands::OpenRecent<4>},
     {Command::Recent5, commands::OpenRecent<5>},
+    {Command::Hodograph, Toggle<&Program::ShowsHodograph>},
+    {Command::Hodogram, Toggle<&Program::ShowsHodogram>},
 };
 
 Progress ProgressOf(Program& program) {
@@ -105,11 +114,13 @@ bool Refresh(Program& program, Changes changes) {
     }
     std::vector<diagram::OverlaySounding> others;
     for (const SoundingRecord& other : program.Others) others.push_back({&other});
+    const std::optional<Picture> small = hodograph::PlotSmallHodograph(HodographOf(program));
     std::optional<diagram::SoundingPlot> plot =
         diagram::PlotSounding({.Sounding = program.Current.Record,
                                .Results = program.Results,
                                .Set = program.Set,
                                .Others = std::move(others),
+                               .Hodograph = small ? &*small : nullptr,
                                .Configuration = ConfigurationCaption(program.Settings)},
                               ProgressOf(program));
     if (!plot) return {};

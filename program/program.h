@@ -14,11 +14,13 @@
 #include "analysis/severe_table.h"
 #include "config/options.h"
 #include "config/settings_store.h"
+#include "config/window_settings.h"
 #include "core/current_sounding.h"
 #include "core/folders.h"
 #include "core/sounding_record.h"
 #include "core/station_list.h"
 #include "diagram/sounding_plot.h"
+#include "hodograph/comparison.h"
 #include "program/command_gate.h"
 
 namespace vexa {
@@ -54,6 +56,8 @@ enum class Command {
   Recent3,
   Recent4,
   Recent5,
+  Hodograph,
+  Hodogram,
 };
 
 /// What a command changed, hence what is no longer true of the results and the picture.
@@ -83,6 +87,12 @@ struct Program {
   StationList Stations{};  // of the root folder, for soundings that give a number only
 
   analysis::SevereTable Severe = analysis::DefaultSevereTable();
+
+  HodographSettings& Hodograph = Settings.Hodograph;
+  Hodogram3DSettings& Hodogram = Settings.Hodogram3D;
+  std::vector<hodograph::ComparedWinds> Compared{};  // hodographs kept for comparison
+  bool ShowsHodograph = false;                       // its window is up
+  bool ShowsHodogram = false;
 
   std::vector<std::filesystem::path> Listed{};  // chosen together, for stepping
   std::size_t ListedNow = 0;                    // index of the current one

@@ -67,6 +67,7 @@ TEST_F(CommandLine, WrongUsageEndsWith2AndSaysWhy) {
       {"two files, one output", {"plot", file, file, "-o", "a.svg"}, "{name}"},
       {"size", {"plot", file, "-o", "a.svg", "--size", "0x9"}, "20000"},
       {"diagram", {"plot", file, "-o", "a.svg", "--diagram", "stuve"}, "tephigram"},
+      {"display", {"plot", file, "-o", "a.svg", "--display", "map"}, "hodogram"},
       {"unknown key", {"plot", file, "-o", "a.svg", "--set", "Colour=1"}, "no option"},
       {"out of range", {"analyze", file, "--set", "Search depth=20"}, "50 to 500"},
   };
@@ -187,6 +188,20 @@ TEST_F(CommandLine, PlotsEveryKindAndTheSettingsReachThePicture) {
   EXPECT_NE(svg({"--set", "Screen title above skewt=no"}), plain);
   const Ran twice = RunWords({"plot", file, file, "-o", In("{name}.svg")});
   EXPECT_EQ(twice.Exit, kExitInputFailed) << "no input's picture may replace another's";
+}
+
+TEST_F(CommandLine, PlotsTheHodographAndTheTrajectory) {
+  struct Case {
+    const char* display;
+    const char* holds;
+  };
+  for (const Case& c : {Case{"sounding", "hodograph"}, Case{"hodograph", "Storm-Motion"},
+                        Case{"hodogram", "3-D Trajectory Diagram"}}) {
+    SCOPED_TRACE(c.display);
+    const std::string name = In(std::string(c.display) + ".svg");
+    ASSERT_EQ(RunWords({"plot", Sounding(), "-o", name, "--display", c.display}).Exit, 0);
+    EXPECT_NE(ReadFile(PathFromText(name)).Value().find(c.holds), std::string::npos);
+  }
 }
 
 TEST_F(CommandLine, ConvertWritesANativeFileOfTheSameSounding) {

@@ -1,0 +1,49 @@
+// A picture that can be dragged and answers keys: tells its window where on the page the button
+// went down, where the pointer is meanwhile and where it was let go.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <QKeyEvent>
+#include <QMouseEvent>
+
+#include "app/diagram_view.h"
+
+namespace vexa {
+
+class DragView : public DiagramView {
+ public:
+  using DiagramView::DiagramView;
+
+  /// Takes hold of what is under the pointer; false when there is nothing to drag.
+  std::function<bool(Point page, QPointF widget)> OnPress{};
+  std::function<void(std::optional<Point> page, QPointF widget)> OnDrag{};
+  std::function<void()> OnRelease{};
+  /// True when the key was used.
+  std::function<bool(int key)> OnKey{};
+
+ protected:
+  void mousePressEvent(QMouseEvent* event) override {
+    const std::optional<Point> at = PageAt(event->position());
+    dragging_ =
+        event->button() == Qt::LeftButton && at && OnPress && OnPress(*at, event->position());
+    if (!dragging_) DiagramView::mousePressEvent(event);
+  }
+  void mouseMoveEvent(QMouseEvent* event) override {
+    DiagramView::mouseMoveEvent(event);
+    if (dragging_ && OnDrag) OnDrag(PageAt(event->position()), event->position());
+  }
+  void mouseReleaseEvent(QMouseEvent* event) override {
+    if (!dragging_) return DiagramView::mouseReleaseEvent(event);
+    dragging_ = false;
+    if (OnRelease) OnRelease();
+  }
+  void keyPressEvent(QKeyEvent* event) override {
+    if (!OnKey || !OnKey(event->key())) DiagramView::keyPressEvent(event);
+  }
+
+ private:
+  bool dragging_ = false;
+};
+
+}  // namespace vexa

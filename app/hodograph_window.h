@@ -1,0 +1,85 @@
+// The hodograph's window: the picture, the controls of storm motion, frame and comparison, and the
+// wind table. It turns controls into commands and shows what they left behind.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <QString>
+#include <QWidget>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "hodograph/hodograph_plot.h"
+#include "program/program.h"
+
+class QCheckBox;
+class QComboBox;
+class QDoubleSpinBox;
+class QGridLayout;
+class QLabel;
+class QPlainTextEdit;
+class QPushButton;
+class QVBoxLayout;
+
+namespace vexa {
+
+class DragView;
+
+class HodographWindow : public QWidget {
+ public:
+  /// changed  computes and draws anew what a change made stale, this window included
+  /// closed   the user closed the window
+  HodographWindow(Program& program, std::function<void(Changes)> changed,
+                  std::function<void()> closed, QWidget* parent);
+  ~HodographWindow() override;
+
+  /// Draws the state of the program.
+  void ShowState();
+
+  const hodograph::HodographPlot& Plot() const { return plot_; }
+  DragView& View() { return *view_; }
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
+
+ private:
+  void BuildMotion(QVBoxLayout& column);
+  void BuildPlotting(QVBoxLayout& column);
+  void BuildComparison(QVBoxLayout& column);
+  void BuildTable(QVBoxLayout& column);
+  void BuildDragging();
+  QCheckBox* AddSwitch(QGridLayout& into, const char* name, const QString& text,
+                       bool HodographSettings::*setting);
+  void Draw(const hodograph::HodographInput& input);
+  void ShowControls();
+  void ShowTable();
+  void ShowCursor(const std::optional<Point>& at);
+  void Enter();
+
+  Program& program_;
+  std::function<void(Changes)> changed_;
+  std::function<void()> closed_;
+  hodograph::HodographPlot plot_{};
+  std::string listed_{};  // wind table that the files hold
+  std::optional<analysis::Wind> dragged_{};
+  std::optional<hodograph::HodographMapping> dragMapping_{};
+
+  DragView* view_ = nullptr;
+  QLabel* cursor_ = nullptr;
+  QLabel* floating_ = nullptr;
+  QComboBox* mode_ = nullptr;
+  QComboBox* mover_ = nullptr;
+  QDoubleSpinBox* direction_ = nullptr;
+  QDoubleSpinBox* speed_ = nullptr;
+  QCheckBox* hold_ = nullptr;
+  QComboBox* frame_ = nullptr;
+  QComboBox* rings_ = nullptr;
+  QDoubleSpinBox* limit_ = nullptr;
+  QComboBox* compare_ = nullptr;
+  QPlainTextEdit* table_ = nullptr;
+  std::vector<std::pair<QCheckBox*, bool HodographSettings::*>> switches_{};
+};
+
+}  // namespace vexa

@@ -1,0 +1,318 @@
+#include "hodograph/hodogram_plot.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "core/numbers.h"
+#include "core/units.h"
+#include "hodograph/inks.h"
+#include "hodograph/label_room.h"
+
+namespace vexa::hodograph {
+namespace {
+
+constexpr double kPageWidth = 12000;
+constexpr double kPageHeight = 9000;
+constexpr Point kMiddle{6000, 4500};
+constexpr double kReach = 3000;       // of the trajectory's plan from the middle, drawing units
+constexpr double kRise = 5000;        // of its height
+constexpr double kLeastReach = 1000;  // m
+constexpr double kText = 150;
+constexpr double kFinest = 6;  // drawing units between points of a line
+
+// From metres in space to the page, around the middle of the plan.
+class View {
+ public:
+  View(const std::vector<TrajectoryPoint>& points, const Hodogram3DSettings& view)
+      : sinAzimuth_(std::sin(Radians(view.Azimuth))),
+        cosAzimuth_(std::cos(Radians(view.Azimuth))),
+        sinTilt_(std::sin(Radians(view.Tilt))),
+        cosTilt_(std::cos(Radians(view.Tilt))) {
+    // The station belongs to the plan.
+    double west = 0;
+    double east = 0;
+    double south = 0;
+    double north = 0;
+    for (const TrajectoryPoint& point : points) {
+      west = std::min(west, point.East);
+      east = std::max(east, point.East);
+      south = std::min(south, point.North);
+      north = std::max(north, point.North);
+      Top = std::max(Top, point.Height);
+    }
+    MiddleEast = (west + east) / 2;
+    MiddleNorth = (south + north) / 2;
+    Reach = std::max(std::hypot(east - west, north - south) / 2, kLeastReach);
+    PerMeter = kReach / Reach;
+    PerHeightMeter = kRise / Top;
+  }
+
+  Point ToPage(const TrajectoryPoint& at) const {
+    const double east = (at.East - MiddleEast) * PerMeter;
+    const double north = (at.North - MiddleNorth) * PerMeter;
+    const double up = at.Height * PerHeightMeter - kRise / 2;
+    const double right = east * cosAzimuth_ - north * sinAzimuth_;
+    const double away = east * sinAzimuth_ + north * cosAzimuth_;
+    return {kMiddle.X + right, kMiddle.Y - (up * cosTilt_ + away * sinTilt_)};
+  }
+
+  double MiddleEast = 0;
+  double MiddleNorth = 0;
+  double Reach = kLeastReach;  // m
+  double Top = 1000;           // m
+  double PerMeter = 1;         // drawing units, along the ground
+  double PerHeightMeter = 1;
+
+ private:
+  double sinAzimuth_;
+  double cosAzimuth_;
+  double sinTilt_;
+  double cosTilt_;
+};
+
+double NiceStep(double most) {
+  double step = 1;
+  for (const double factor : {2.0, 2.5, 2.0, 2.0, 2.5, 2.0, 2.0, 2.5}) {
+    if (step >= most) break;
+    step *= factor;
+  }
+  return step;
+}
+
+class Drawing {
+ public:
+  Drawing(const Hodogram& hodogram, const Hodogram3DSettings& settings)
+      : hodogram_(hodogram),
+        settings_(settings),
+        inks_(InksFor(hodogram.Set, hodogram.Set.System.HodoInvert)),
+        view_(hodogram.Points, settings),
+        page_(kPageWidth, kPageHeight, inks_.Paper) {}
+
+  Picture Draw() && {
+    Captions();
+    if (hodogram_.Points.size() < 2) {
+      Text("remark", kMiddle,
+           hodogram_.Points.empty() ? "This sounding has no winds."
+                                    : "This sounding has a single wind.",
+           1.5 * kText, AnchorX::Center);
+      return std::move(page_);
+    }
+    GroundGrid();
+    HeightAxis();
+    Shadow();
+    Drops();
+    Curve();
+    HeightLabels();
+    if (settings_.NorthPointer) NorthPointer();
+    return std::move(page_);
+  }
+
+ private:
+  void Line(std::string_view tag, std::vector<Point> points, const Pen& pen) {
+    page_.Add(tag, Polyline{.Points = std::move(points), .Stroke = pen});
+  }
+  void Text(std::string_view tag, Point at, std::string text, double size = kText,
+            AnchorX across = AnchorX::Left, bool bold = false) {
+    page_.Add(tag, Label{.At = at,
+                         .Text = std::move(text),
+                         .Across = across,
+                         .Size = size,
+                         .Ink = inks_.Ink,
+                         .Bold = bold,
+                         .Halo = inks_.Paper});
+  }
+  bool Miles() const { return settings_.Distance == DistanceUnits::Miles; }
+  double MetersPerUnit() const { return Miles() ? kMetersPerMile : 1000; }
+  double GridStep() const { return NiceStep(view_.Reach / MetersPerUnit() / 5); }
+
+  void Captions() {
+    Text("title", {250, 220}, hodogram_.Title, 220, AnchorX::Left, true);
+    Text("diagram name", {11750, 220}, "3-D Trajectory Diagram", 220, AnchorX::Right);
+    Text("tilt caption", {250, 8600}, "Vertical Tilt: " + Mask(settings_.Tilt, "##0"));
+    Text("azimuth caption", {250, 8800}, "Azimuth View: " + Mask(settings_.Azimuth, "##0"));
+    if (hodogram_.Points.size() < 2) return;
+    Text("scale caption", {11750, 8600},
+         Shortest(GridStep()) + (Miles() ? " Mile" : " Kilometer") + " Intervals", kText,
+         AnchorX::Right);
+    Text("scale caption", {11750, 8800},
+         "Heights " + Mask(view_.PerHeightMeter / view_.PerMeter, "##0.0") +
+             " times the distances; rise of " + Shortest(kAscentRate) + " m/s",
+         kText, AnchorX::Right);
+    Text("scale unit", {11750, 8400}, Miles() ? "   Miles" : "Kilometers", kText, AnchorX::Right);
+  }
+
+  // Lines across a round ground, so that no turn moves its corners over the captions.
+  void GroundGrid() {
+    const double step = GridStep() * MetersPerUnit();
+    const double half = view_.Reach;
+    const auto lines = [&](double middle, auto&& ends) {
+      for (double at = std::ceil((middle - half) / step) * step; at <= middle + half; at += step) {
+        const auto [from, to] = ends(at, std::sqrt(half * half - (at - middle) * (at - middle)));
+        Line("ground grid", {view_.ToPage(from), view_.ToPage(to)}, inks_.Ground);
+      }
+    };
+    const double east = view_.MiddleEast;
+    const double north = view_.MiddleNorth;
+    using Ends = std::pair<TrajectoryPoint, TrajectoryPoint>;
+    lines(east, [&](double at, double reach) {
+      return Ends{{0, at, north - reach}, {0, at, north + reach}};
+    });
+    lines(north, [&](double at, double reach) {
+      return Ends{{0, east - reach, at}, {0, east + reach, at}};
+    });
+    std::vector<Point> edge;
+    for (int degrees = 0; degrees <= 360; degrees += 4) {
+      edge.push_back(view_.ToPage({0, east + half * std::sin(Radians(degrees)),
+                                   north + half * std::cos(Radians(degrees))}));
+    }
+    Line("ground edge", std::move(edge), inks_.Ground);
+    // The distance scale: one interval from the station eastwards.
+    const Point from = view_.ToPage({0, 0, 0});
+    const Point to = view_.ToPage({0, step, 0});
+    Line("distance scale", {from, to}, {inks_.Ink, 30, LineStyle::Solid});
+  }
+
+  bool Feet() const { return hodogram_.Set.GpmUnits == LengthUnits::Feet; }
+  double MetersPerHeight() const { return Feet() ? 1000 * kMetersPerFoot : 1000; }
+  double HeightStep() const {
+    return NiceStep(view_.Top / MetersPerHeight() / 9) * MetersPerHeight();
+  }
+
+  void HeightAxis() {
+    Line("height axis", {view_.ToPage({0, 0, 0}), view_.ToPage({view_.Top, 0, 0})}, inks_.Axis);
+    for (double height = HeightStep(); height <= view_.Top; height += HeightStep()) {
+      const Point at = view_.ToPage({height, 0, 0});
+      Line("height tick", {{at.X - 60, at.Y}, {at.X + 60, at.Y}}, inks_.Axis);
+    }
+  }
+
+  // Over the curve; seen from above they would stand on one another.
+  void HeightLabels() {
+    LabelRoom room({0, 0, kPageWidth, kPageHeight});
+    for (double height = HeightStep(); height <= view_.Top; height += HeightStep()) {
+      const Point at = view_.ToPage({height, 0, 0});
+      const Rect place{at.X - 600, at.Y - kText / 2, at.X - 90, at.Y + kText / 2};
+      if (!room.IsFree(place)) continue;
+      room.Take(place);
+      Text("height label", {at.X - 90, at.Y},
+           Mask(height / MetersPerHeight(), "##0") + (Feet() ? " kft" : " km"), 0.85 * kText,
+           AnchorX::Right);
+    }
+  }
+
+  // The path on the ground below the balloon.
+  void Shadow() {
+    std::vector<Point> points;
+    for (const TrajectoryPoint& at : hodogram_.Points) {
+      AddPoint(points, view_.ToPage({0, at.East, at.North}));
+    }
+    Line("shadow", std::move(points), {inks_.Faint, 14, LineStyle::Dots});
+  }
+
+  void Drops() {
+    for (const TrajectoryPoint& at : hodogram_.Points) {
+      const bool edge = std::ranges::any_of(
+          kBandTopsKm, [&](double km) { return std::fabs(at.Height - km * 1000) < 1e-6; });
+      if (!edge && &at != &hodogram_.Points.back()) continue;
+      Line("drop", {view_.ToPage(at), view_.ToPage({0, at.East, at.North})}, inks_.Ground);
+    }
+  }
+
+  void Curve() {
+    int band = BandOf(hodogram_.Points.front().Height);
+    std::vector<Point> points;
+    for (const TrajectoryPoint& at : hodogram_.Points) {
+      const Point here = view_.ToPage(at);
+      if (const int now = BandOf(at.Height); now != band) {
+        const Point joint = points.back();
+        DrawBand(std::exchange(points, {joint}), band);
+        band = now;
+      }
+      AddPoint(points, here);
+    }
+    if (points.back() != view_.ToPage(hodogram_.Points.back())) {
+      points.push_back(view_.ToPage(hodogram_.Points.back()));
+    }
+    DrawBand(std::move(points), band);
+  }
+
+  void DrawBand(std::vector<Point> points, int band) {
+    Pen pen = inks_.Band[static_cast<std::size_t>(band)];
+    pen.Width = std::max(pen.Width, 30.0);
+    if (pen.Style != LineStyle::Solid) {
+      Line("trajectory core", points, {pen.Ink, 8, LineStyle::Solid});
+    }
+    Line("trajectory", std::move(points), pen);
+  }
+
+  static void AddPoint(std::vector<Point>& points, Point at) {
+    if (!points.empty() && std::hypot(points.back().X - at.X, points.back().Y - at.Y) < kFinest) {
+      return;
+    }
+    points.push_back(at);
+  }
+
+  void NorthPointer() {
+    // At the edge of the ground, off the trajectory as a rule.
+    const double reach = view_.Reach;
+    const auto at = [&](double aside, double along) {
+      return view_.ToPage({0, view_.MiddleEast + aside * reach, view_.MiddleNorth + along * reach});
+    };
+    const Point to = at(0, 0.98);
+    Line("north pointer", {at(0, 0.7), to}, inks_.North);
+    page_.Add("north pointer",
+              Area{.Rings = {{to, at(-0.025, 0.91), at(0.025, 0.91)}}, .Fill = {inks_.North.Ink}});
+    const Point name = at(0, 1.07);
+    Text("north pointer", name, "North", kText, AnchorX::Center, true);
+  }
+
+  const Hodogram& hodogram_;
+  const Hodogram3DSettings& settings_;
+  Inks inks_;
+  View view_;
+  Picture page_;
+};
+
+}  // namespace
+
+std::vector<TrajectoryPoint> Trajectory(const SoundingRecord& sounding, const Options& options) {
+  std::vector<TrajectoryPoint> points;
+  std::optional<analysis::WindVector> below;
+  for (const TracePiece& piece : CutAtBands(WindProfile(sounding, options))) {
+    for (const ProfileWind& wind : piece.Winds) {
+      if (!below) {
+        points.push_back({std::max(wind.Height, 0.0), 0, 0});
+        below = wind.Vector;
+        continue;
+      }
+      const TrajectoryPoint& last = points.back();
+      const double rise = wind.Height - last.Height;
+      if (rise <= 0) {
+        below = wind.Vector;
+        continue;
+      }
+      const double carried = rise / kAscentRate * kKnotToMs;  // m per knot
+      points.push_back({wind.Height, last.East - carried * (below->U + wind.Vector.U) / 2,
+                        last.North - carried * (below->V + wind.Vector.V) / 2});
+      below = wind.Vector;
+    }
+  }
+  return points;
+}
+
+Hodogram MakeHodogram(const SoundingRecord& sounding, const Options& options) {
+  return {sounding.StationTitle, Trajectory(sounding, options), options};
+}
+
+Picture PlotHodogram(const Hodogram& hodogram, const Hodogram3DSettings& view) {
+  return Drawing(hodogram, view).Draw();
+}
+
+Hodogram3DSettings Turned(Hodogram3DSettings view, double azimuth, double tilt) {
+  view.Azimuth = std::fmod(std::fmod(view.Azimuth + azimuth, 360.0) + 360.0, 360.0);
+  view.Tilt = std::clamp(view.Tilt + tilt, -90.0, 90.0);
+  return view;
+}
+
+}  // namespace vexa::hodograph

@@ -1,0 +1,61 @@
+// The hodograph as a picture: the winds of a sounding as vectors from a common origin, with storm
+// motions, mean winds and shear, beside its analysis panel. The same drawing without panel and
+// legend is the small hodograph of the diagram.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "analysis/analysis.h"
+#include "config/options.h"
+#include "config/window_settings.h"
+#include "core/sounding_record.h"
+#include "hodograph/comparison.h"
+#include "hodograph/mapping.h"
+#include "hodograph/wind_profile.h"
+#include "picture/picture.h"
+
+namespace vexa::hodograph {
+
+struct HodographInput {
+  const SoundingRecord& Sounding;
+  const analysis::AnalysisResults& Results;
+  const Options& Set;
+  HodographSettings Window{};
+  std::vector<ComparedWinds> Compared{};                // at most kComparisonSlots
+  const analysis::StormMotionResults* Draft = nullptr;  // while a storm vector is dragged
+  std::optional<HodographMapping> Keep{};               // the mapping to keep meanwhile
+  bool SkipPlot = false;                                // everything but the trace
+  bool AtTop = true;                                    // captions above the plot, or below it
+
+  const analysis::StormMotionResults& Storm() const { return Draft ? *Draft : Results.Storm; }
+};
+
+struct HodographPlot {
+  Picture Page{};
+  HodographMapping Mapping{};
+  std::vector<ProfileWind> Winds{};             // of the trace
+  std::optional<analysis::WindVector> Storm{};  // the chosen mover, where it is drawn
+  bool StormRelative = false;
+};
+
+/// The hodograph's page, 12 000 x 9 000 drawing units.
+HodographPlot PlotHodograph(const HodographInput& input);
+
+/// The small hodograph for the corner of the diagram, after the options of its own; empty without
+/// any wind.
+std::optional<Picture> PlotSmallHodograph(const HodographInput& input);
+
+/// True near enough to the head of the chosen storm vector to take hold of it.
+bool HitsStormVector(const HodographPlot& plot, Point at);
+
+/// The two lines of the cursor's box: the pointer's place as a wind, and the sounding's wind that
+/// is drawn nearest to it, with its height above ground. Empty outside the plot.
+struct CursorBox {
+  std::string Cursor{};
+  std::string Wind{};
+};
+CursorBox ReadHodograph(const HodographPlot& plot, Point at, const Options& options);
+
+}  // namespace vexa::hodograph

@@ -1,0 +1,46 @@
+#include "hodograph/inks.h"
+
+#include <cstdint>
+
+namespace vexa::hodograph {
+namespace {
+
+Color Blend(Color from, Color to, double share) {
+  const auto mix = [share](std::uint8_t a, std::uint8_t b) {
+    return static_cast<std::uint8_t>(a + (b - a) * share);
+  };
+  return {mix(from.Red, to.Red), mix(from.Green, to.Green), mix(from.Blue, to.Blue), from.Alpha};
+}
+
+}  // namespace
+
+Inks InksFor(const Options& options, bool inverted) {
+  const bool black = (options.Screen == ScreenColor::Black) != inverted;
+  Inks inks;
+  inks.Paper = black ? Color{0, 0, 0} : Color{255, 255, 255};
+  inks.Ink = black ? Color{235, 235, 235} : Color{20, 20, 20};
+  inks.Faint = Blend(inks.Ink, inks.Paper, 0.35);
+  // On black the dark colours are lifted so that they stay visible.
+  const auto ink = [&](Color color) { return black ? Blend(color, {255, 255, 255}, 0.3) : color; };
+  inks.Frame = {inks.Ink, 16, LineStyle::Solid};
+  inks.Ring = {Blend(inks.Ink, inks.Paper, 0.72), 8, LineStyle::Solid};
+  inks.OuterRing = {Blend(inks.Ink, inks.Paper, 0.5), 12, LineStyle::Solid};
+  inks.Axis = {Blend(inks.Ink, inks.Paper, 0.5), 10, LineStyle::Solid};
+  inks.Band = {
+      Pen{ink({205, 0, 0}), 44, LineStyle::Solid}, Pen{ink({0, 140, 0}), 36, LineStyle::Solid},
+      Pen{ink({190, 140, 0}), 30, LineStyle::Dash}, Pen{ink({0, 130, 190}), 24, LineStyle::DashDot},
+      Pen{ink({130, 60, 160}), 18, LineStyle::Dots}};
+  inks.ChosenStorm = {ink({150, 0, 90}), 34, LineStyle::Solid};
+  inks.OtherStorm = {ink({90, 90, 200}), 18, LineStyle::Solid};
+  inks.MeanWind = {ink({140, 80, 20}), 16, LineStyle::Solid};
+  inks.Shear = {ink({110, 110, 110}), 16, LineStyle::Dash};
+  inks.Propagation = {ink({0, 120, 120}), 24, LineStyle::DashDot};
+  inks.Helicity = {ink({200, 120, 120}), 9, LineStyle::Dash};
+  inks.Compared = {Pen{ink({40, 80, 235}), 20, LineStyle::Dash},
+                   Pen{ink({200, 110, 0}), 20, LineStyle::DashDot}};
+  inks.Ground = {Blend(inks.Ink, inks.Paper, 0.68), 8, LineStyle::Solid};
+  inks.North = {ink({200, 0, 0}), 26, LineStyle::Solid};
+  return inks;
+}
+
+}  // namespace vexa::hodograph

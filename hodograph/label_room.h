@@ -1,0 +1,78 @@
+// Room for labels: remembers where texts stand so that none is put on another.
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <functional>
+#include <optional>
+#include <vector>
+
+#include "picture/picture.h"
+
+namespace vexa::hodograph {
+
+class LabelRoom {
+ public:
+  explicit LabelRoom(const Rect& within) : within_(within) {}
+
+  bool IsFree(const Rect& place) const {
+    const bool inside = place.Left >= within_.Left && place.Right <= within_.Right &&
+                        place.Top >= within_.Top && place.Bottom <= within_.Bottom;
+    return inside && !Touches(place, taken_);
+  }
+  void Take(const Rect& place) { taken_.push_back(place); }
+
+  /// Lines that texts keep away from where they can, by their points.
+  void Avoid(Point at, double reach) {
+    avoided_.push_back({at.X - reach, at.Y - reach, at.X + reach, at.Y + reach});
+  }
+
+  /// Middle of a free place for a text of this extent beside a point, nearest first and, among
+  /// those, on the preferred side; taken when found.
+  std::optional<Point> Beside(Point at, double width, double height, double gap,
+                              Point prefer = {1, 0}) {
+    for (const bool overLines : {false, true}) {
+      if (const auto middle = Beside(at, width, height, gap, prefer, overLines)) return middle;
+    }
+    return std::nullopt;
+  }
+
+ private:
+  static bool Touches(const Rect& place, const std::vector<Rect>& others) {
+    return std::ranges::any_of(others, [&](const Rect& other) {
+      return place.Left < other.Right && other.Left < place.Right && place.Top < other.Bottom &&
+             other.Top < place.Bottom;
+    });
+  }
+
+  std::optional<Point> Beside(Point at, double width, double height, double gap, Point prefer,
+                              bool overLines) {
+    std::array<Point, 8> ways = {
+        {{1, 0}, {0.8, -0.9}, {0, -1}, {-0.8, -0.9}, {-1, 0}, {-0.8, 0.9}, {0, 1}, {0.8, 0.9}}};
+    std::ranges::stable_sort(ways, std::greater<>(),
+                             [&](const Point& way) { return way.X * prefer.X + way.Y * prefer.Y; });
+    for (const double far : {1.0, 1.9, 3.0}) {
+      for (const Point& way : ways) {
+        const Point middle{at.X + way.X * (width / 2 + gap * far),
+                           at.Y + way.Y * (height / 2 + gap * far)};
+        const Rect place{middle.X - width / 2, middle.Y - height / 2, middle.X + width / 2,
+                         middle.Y + height / 2};
+        if (!IsFree(place) || (!overLines && Touches(place, avoided_))) continue;
+        Take(place);
+        return middle;
+      }
+    }
+    return std::nullopt;
+  }
+
+  Rect within_;
+  std::vector<Rect> taken_{};
+  std::vector<Rect> avoided_{};
+};
+
+/// Width of a text, near enough for keeping texts apart.
+inline double TextWidth(std::size_t characters, double size) {
+  return 0.58 * size * static_cast<double>(characters);
+}
+
+}  // namespace vexa::hodograph

@@ -1,0 +1,42 @@
+// The rings of equal speed: their step, their labels, and the axes through their centre.
+#pragma once
+
+#include <vector>
+
+#include "config/options.h"
+#include "hodograph/inks.h"
+#include "hodograph/label_room.h"
+#include "hodograph/mapping.h"
+
+namespace vexa::hodograph {
+
+/// Labels of rings are measured in these: 25 for one digit, 45 for two, 65 for three, so that a
+/// digit of the label's size is about 20 wide.
+inline constexpr double kDisplayUnit = 4.5;  // drawing units
+inline constexpr double kRingText = 150;
+
+/// A whole step in the display unit that gives about five rings up to a speed.
+double RingStep(double speed);
+
+/// How far to the left of its ring a label begins, display units.
+double RingLabelShift(double value);
+
+struct Rings {
+  double Step = 10;  // display unit
+  double Outer = 0;  // display unit; 0: as far as the frame reaches
+  SpeedUnits Units = SpeedUnits::Knots;
+  bool Labels = true;
+};
+
+/// Draws axes and rings; the labels stand on the half axis that has room and is least crossed by
+/// the trace.
+///
+/// trace  places along it, page positions
+void DrawRings(Picture& page, const HodographMapping& at, const Rings& rings, const Inks& inks,
+               const std::vector<Point>& trace, LabelRoom& room);
+
+/// A speed in knots in the display unit, and back.
+double Shown(double knots, SpeedUnits units);
+double KnotsOf(double shown, SpeedUnits units);
+
+}  // namespace vexa::hodograph

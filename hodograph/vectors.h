@@ -1,0 +1,54 @@
+// What is drawn over the trace: storm vectors, mean winds, the shear of the layer, the propagation
+// vector and lines of equal helicity. Each adds itself to the legend.
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "hodograph/hodograph_plot.h"
+#include "hodograph/inks.h"
+#include "hodograph/label_room.h"
+
+namespace vexa::hodograph {
+
+struct LegendItem {
+  std::string Text{};
+  Pen Stroke{};
+};
+
+/// What the steps of one hodograph share.
+struct Canvas {
+  const HodographInput& In;
+  Picture& Page;
+  HodographMapping At{};
+  Inks Colors{};
+  LabelRoom Room{{}};
+  std::vector<LegendItem> Legend{};
+  std::vector<std::pair<std::string, Label>> Names{};  // by tag, for over all lines
+  bool Small = false;
+
+  const Options& Set() const { return In.Set; }
+};
+
+/// "245/21 kts": whole degrees, and the speed in the options' unit by a mask.
+std::string WindText(const analysis::WindVector& wind, const Options& options,
+                     std::string_view mask, std::string_view unit);
+
+void DrawLine(Canvas& canvas, std::string_view tag, const std::vector<Point>& points,
+              const Pen& pen);
+
+/// The movers with their heads at their motions; the chosen one first, so that it leads the legend.
+void DrawStormVectors(Canvas& canvas);
+void DrawMeanWinds(Canvas& canvas);
+void DrawShearLayer(Canvas& canvas);
+void DrawPropagationVector(Canvas& canvas);
+
+/// Puts the names of what was drawn over all lines.
+void DrawNames(Canvas& canvas);
+
+/// Helicity of the lowest 3 km as it would be for every motion: straight lines, every 50 m²/s² up
+/// to 300 and every 100 above.
+void DrawHelicityContours(Canvas& canvas);
+
+}  // namespace vexa::hodograph

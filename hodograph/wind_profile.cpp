@@ -1,0 +1,131 @@
+#include "hodograph/wind_profile.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+
+#include "core/markers.h"
+
+namespace vexa::hodograph {
+namespace {
+
+using analysis::WindVector;
+
+constexpr double kJetDepth = 1500;  // m: above high ground the low-level jet is sought in this
+
+WindVector Between(const ProfileWind& low, const ProfileWind& high, double height) {
+  const double share = (height - low.Height) / (high.Height - low.Height);
+  return {low.Vector.U + share * (high.Vector.U - low.Vector.U),
+          low.Vector.V + share * (high.Vector.V - low.Vector.V)};
+}
+
+std::optional<WindVector> WindAtPressure(const SoundingRecord& sounding,
+                                         const analysis::LevelProfile& levels, double press) {
+  const analysis::Sample height = analysis::HeightAt(levels, press);
+  if (!height.Ok()) return std::nullopt;
+  const analysis::WindSample wind = analysis::WindAtHeight(sounding, height.Value);
+  if (!wind.Ok()) return std::nullopt;
+  return analysis::Components(wind.Value);
+}
+
+std::optional<WindVector> StrongestBelow(const SoundingRecord& sounding, double depth) {
+  std::optional<WindVector> strongest;
+  double speed = -1;
+  for (const ProfileWind& wind : WindProfile(sounding, {})) {
+    const double here = std::hypot(wind.Vector.U, wind.Vector.V);
+    if (wind.Height > depth || here <= speed) continue;
+    speed = here;
+    strongest = wind.Vector;
+  }
+  return strongest;
+}
+
+}  // namespace
+
+std::vector<ProfileWind> WindProfile(const SoundingRecord& sounding, const Options& options) {
+  std::vector<ProfileWind> profile;
+  for (int i = 1; i <= sounding.NumWindLevels(); ++i) {
+    const double direction = sounding.WindDir(i);
+    const double speed = sounding.WindSpd(i);
+    if (NotAvailable(direction) || NotAvailable(speed) || !HasHeight(sounding.WindHgt(i))) continue;
+    profile.push_back(
+        {sounding.WindHgt(i) - sounding.ElevM, analysis::Components({direction, speed})});
+  }
+  if (options.HodoDepthMode == HodoDepth::All) return profile;
+  const double top = options.HodoDepthLimitKm * 1000;
+  const auto above = std::ranges::find_if(profile, [&](const auto& w) { return w.Height > top; });
+  if (above == profile.end()) return profile;
+  const std::optional<WindVector> end = WindAt(profile, top);
+  profile.erase(above, profile.end());
+  if (end && !profile.empty() && profile.back().Height < top) {
+    profile.push_back({top, *end, false});
+  }
+  return profile;
+}
+
+std::optional<WindVector> WindAt(const std::vector<ProfileWind>& profile, double height) {
+  for (std::size_t i = 0; i < profile.size(); ++i) {
+    if (profile[i].Height == height) return profile[i].Vector;
+    if (profile[i].Height < height) continue;
+    if (i == 0) return std::nullopt;
+    return Between(profile[i - 1], profile[i], height);
+  }
+  return std::nullopt;
+}
+
+std::optional<LayerEnds> EndsOfLayer(const std::vector<ProfileWind>& profile, double depth) {
+  constexpr double kSurfaceWindDepth = 100;
+  if (profile.empty() || profile.front().Height > kSurfaceWindDepth) return std::nullopt;
+  const std::optional<WindVector> top = WindAt(profile, depth);
+  if (!top) return std::nullopt;
+  return LayerEnds{profile.front().Vector, *top};
+}
+
+int BandOf(double height) {
+  const auto top =
+      std::ranges::find_if(kBandTopsKm, [&](double km) { return height <= km * 1000; });
+  return static_cast<int>(top - kBandTopsKm.begin());
+}
+
+std::vector<TracePiece> CutAtBands(const std::vector<ProfileWind>& profile) {
+  std::vector<TracePiece> pieces;
+  for (std::size_t i = 0; i < profile.size(); ++i) {
+    if (i == 0) {
+      pieces.push_back({BandOf(profile[0].Height), {profile[0]}});
+      continue;
+    }
+    const int to = BandOf(profile[i].Height);
+    for (int band = pieces.back().Band; band < to; ++band) {
+      const double edge = kBandTopsKm[static_cast<std::size_t>(band)] * 1000;
+      ProfileWind end{edge, Between(profile[i - 1], profile[i], edge), false};
+      if (profile[i - 1].Height >= edge) {
+        end = profile[i - 1];  // ends its piece already
+      } else {
+        pieces.back().Winds.push_back(end);
+      }
+      pieces.push_back({band + 1, {end}});
+    }
+    pieces.back().Winds.push_back(profile[i]);
+  }
+  return pieces;
+}
+
+std::optional<WindVector> PropagationVector(const SoundingRecord& sounding,
+                                            const analysis::LevelProfile& levels) {
+  if (levels.Count() < 2) return std::nullopt;
+  constexpr double kJetPress = 850;
+  const std::optional<WindVector> jet = levels.Press(1) < kJetPress
+                                            ? StrongestBelow(sounding, kJetDepth)
+                                            : WindAtPressure(sounding, levels, kJetPress);
+  if (!jet) return std::nullopt;
+  WindVector mean = *jet;
+  for (const double press : {700.0, 500.0, 300.0}) {
+    const std::optional<WindVector> wind = WindAtPressure(sounding, levels, press);
+    if (!wind) return std::nullopt;
+    mean.U += wind->U;
+    mean.V += wind->V;
+  }
+  return WindVector{mean.U / 4 - jet->U, mean.V / 4 - jet->V};
+}
+
+}  // namespace vexa::hodograph

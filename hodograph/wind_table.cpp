@@ -1,0 +1,87 @@
+#include "hodograph/wind_table.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "analysis/interpolate.h"
+#include "core/markers.h"
+#include "core/numbers.h"
+#include "core/units.h"
+#include "hodograph/rings.h"
+
+namespace vexa::hodograph {
+namespace {
+
+constexpr std::string_view kNoValue = "--";
+
+std::string HeightText(double meters, const Options& options, int width) {
+  const bool feet = options.GpmUnits == LengthUnits::Feet;
+  return PadLeft(Mask(feet ? FeetFromMeters(meters) : meters, "#####0"), width);
+}
+
+std::string PressText(const HodographInput& input, double height) {
+  const double press = analysis::GetPRESS(input.Results.Levels, height);
+  return PadLeft(HasHeight(press) ? Mask(press, "###0") : std::string(kNoValue), 5);
+}
+
+// Direction and speed in columns: "240 /  25.0".
+std::string WindColumns(const analysis::WindVector& vector, const Options& options) {
+  const analysis::Wind wind = analysis::FromComponents(vector);
+  return PadLeft(Mask(wind.Dir, "##0"), 3) + " / " +
+         PadLeft(Mask(Shown(wind.Spd, options.Speed), "###0.0"), 5);
+}
+
+std::string ThermalColumns(const std::vector<ProfileWind>& winds, std::size_t level,
+                           const Options& options) {
+  // There is no layer below the lowest level.
+  if (level == 0) return "     0 / " + PadLeft("0.0", 5);
+  const analysis::WindVector& low = winds[level - 1].Vector;
+  const analysis::WindVector& high = winds[level].Vector;
+  return "   " + WindColumns({high.U - low.U, high.V - low.V}, options);
+}
+
+std::string NormalColumn(const analysis::WindVector& wind, std::optional<double> towards,
+                         const Options& options) {
+  if (!towards) return PadLeft(kNoValue, 8);
+  const double normal =
+      -(wind.U * std::sin(Radians(*towards)) + wind.V * std::cos(Radians(*towards)));
+  return PadLeft(Mask(Shown(normal, options.Speed), "###0.0"), 8);
+}
+
+std::vector<std::string> Header(const Options& options) {
+  const bool feet = options.GpmUnits == LengthUnits::Feet;
+  const bool knots = options.Speed == SpeedUnits::Knots;
+  const std::string press = options.Pressure == PressureUnits::Hpa ? "(hPa)" : "(mb) ";
+  return {std::string(" PRES    HEIGHT") + (feet ? "(ft)" : " (m)") + "    DIR / SPD" +
+              "    Thermal" + "    Normal ",
+          press + "   MSL    AGL   (deg) (" + (knots ? "kts" : "m/s") + ")" + "    Wind" + "   " +
+              "    Wind"};
+}
+
+}  // namespace
+
+WindTable ListWinds(const HodographInput& input, std::optional<double> frontNormal) {
+  const Options& set = input.Set;
+  const std::vector<ProfileWind> winds = WindProfile(input.Sounding, {});
+  WindTable table{.Header = Header(set)};
+  for (std::size_t i = 0; i < winds.size(); ++i) {
+    const ProfileWind& wind = winds[i];
+    const double height = wind.Height + input.Sounding.ElevM;
+    table.Rows.push_back(PressText(input, height) + HeightText(height, set, 6) +
+                         HeightText(wind.Height, set, 7) + "   " + WindColumns(wind.Vector, set) +
+                         ThermalColumns(winds, i, set) +
+                         NormalColumn(wind.Vector, frontNormal, set));
+  }
+  if (input.Window.TableInverted) std::ranges::reverse(table.Rows);
+  return table;
+}
+
+std::string TableText(const WindTable& table) {
+  std::string text;
+  for (const auto* lines : {&table.Header, &table.Rows}) {
+    for (const std::string& line : *lines) text += line + "\r\n";
+  }
+  return text;
+}
+
+}  // namespace vexa::hodograph

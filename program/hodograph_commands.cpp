@@ -1,0 +1,97 @@
+#include "program/hodograph_commands.h"
+
+#include <algorithm>
+
+#include "core/error_report.h"
+#include "core/numbers.h"
+#include "core/units.h"
+#include "hodograph/wind_table.h"
+
+namespace vexa {
+namespace {
+
+constexpr double kFastest = 200;  // kt, of a motion entered by hand
+
+void Tell(Program& program, const std::optional<Fault>& fault) {
+  if (fault) ErrorReport(program.Current, *fault);
+}
+
+// As the settings take it: tenths of a degree from 1 to 360.
+double EnteredDirection(double degrees) {
+  const double direction = Rounded(Wrap360(degrees), 1);
+  if (direction < 0.5) return 360;
+  return std::max(direction, 1.0);
+}
+
+}  // namespace
+
+hodograph::HodographInput HodographOf(const Program& program) {
+  return {.Sounding = program.Current.Record,
+          .Results = program.Results,
+          .Set = program.Set,
+          .Window = program.Hodograph,
+          .Compared = program.Compared};
+}
+
+Changes EnterStormMotion(Program& program, analysis::Wind motion) {
+  const Options before = program.Set;
+  program.Set = DraftStorm(program, motion).Set;
+  return {.Options = program.Set != before};
+}
+
+Changes SetMotionMode(Program& program, Scaling mode) {
+  if (mode == Scaling::Auto) program.Hodograph.Hold = false;
+  if (program.Set.MotionMode == mode) return {};
+  program.Set.MotionMode = mode;
+  return {.Options = true};
+}
+
+Changes ChooseMover(Program& program, StormMover mover) {
+  if (program.Set.Mover == mover) return {};
+  program.Set.Mover = mover;
+  return {.Options = true};
+}
+
+Changes HoldStormMotion(Program& program, bool hold) {
+  if (program.Hodograph.Hold == hold) return {};
+  if (!hold) return SetMotionMode(program, Scaling::Auto);
+  const std::optional<analysis::Mover>& chosen = program.Results.Storm.Chosen();
+  if (!chosen) return {};
+  program.Hodograph.Hold = true;
+  return EnterStormMotion(program, analysis::FromComponents(chosen->Motion));
+}
+
+StormDraft DraftStorm(const Program& program, analysis::Wind motion) {
+  StormDraft draft{.Set = program.Set};
+  draft.Set.MotionMode = Scaling::Manual;
+  draft.Set.ManualMotionDir = EnteredDirection(motion.Dir);
+  draft.Set.ManualMotionSpd = std::clamp(Rounded(motion.Spd, 2), 0.0, kFastest);
+  draft.Storm = analysis::AnalyseStormMotion(program.Current.Record, draft.Set);
+  return draft;
+}
+
+void LoadCompared(Program& program) {
+  if (program.Where.Root.empty()) return;
+  std::vector<Fault> faults;
+  program.Compared = hodograph::LoadComparisons(program.Where.Root, faults);
+  for (const Fault& fault : faults) ErrorReport(program.Current, fault);
+}
+
+void KeepCompared(Program& program, int slot) {
+  Tell(program, hodograph::KeepComparison(program.Where.Root, slot, program.Current.Record));
+  LoadCompared(program);
+}
+
+void EmptyCompared(Program& program, int slot) {
+  Tell(program, hodograph::EmptyComparison(program.Where.Root, slot));
+  LoadCompared(program);
+}
+
+void SaveWindListings(Program& program) {
+  if (program.Where.Root.empty()) return;
+  const hodograph::WindTable table = hodograph::ListWinds(HodographOf(program));
+  Tell(program, hodograph::SaveListings(program.Where.Root, program.Current.Record,
+                                        hodograph::TableText(table)));
+}
+
+}  // namespace vexa

@@ -1,0 +1,41 @@
+// What the hodograph's controls do: the storm motion and its mover, holding it, and the slots of
+// the comparison. Everything that depends on the motion follows through Refresh.
+#pragma once
+
+#include <vector>
+
+#include "hodograph/hodograph_plot.h"
+#include "program/program.h"
+
+namespace vexa {
+
+/// The hodograph of the sounding in work under the window's settings.
+hodograph::HodographInput HodographOf(const Program& program);
+
+/// A motion entered by hand replaces the chosen mover's; direction from which, knots.
+Changes EnterStormMotion(Program& program, analysis::Wind motion);
+Changes SetMotionMode(Program& program, Scaling mode);
+Changes ChooseMover(Program& program, StormMover mover);
+
+/// Held, the chosen mover's present motion stays while the data change: it becomes a motion
+/// entered by hand. Let go, motions are computed again.
+Changes HoldStormMotion(Program& program, bool hold);
+
+/// The storm as it would be with a motion entered by hand, without changing anything: for the
+/// picture while the vector is dragged.
+struct StormDraft {
+  Options Set{};
+  analysis::StormMotionResults Storm{};
+};
+StormDraft DraftStorm(const Program& program, analysis::Wind motion);
+
+/// Reads the comparison slots from their files, tells of those that cannot be read.
+void LoadCompared(Program& program);
+/// Keeps the winds of the sounding in work in a slot, or empties the slot.
+void KeepCompared(Program& program, int slot);
+void EmptyCompared(Program& program, int slot);
+
+/// Writes the winds and the wind table of the sounding in work to their files.
+void SaveWindListings(Program& program);
+
+}  // namespace vexa

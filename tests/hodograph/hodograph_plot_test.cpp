@@ -1,0 +1,245 @@
+#include "hodograph/hodograph_plot.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "hodograph/rings.h"
+#include "support/soundings.h"
+
+namespace vexa::hodograph {
+namespace {
+
+template <class Shape>
+std::vector<Shape> Tagged(const Picture& page, std::string_view tag) {
+  std::vector<Shape> found;
+  for (const Item& item : page.Items()) {
+    if (item.Tag != tag) continue;
+    if (const Shape* shape = std::get_if<Shape>(&item.Shape)) found.push_back(*shape);
+  }
+  return found;
+}
+
+HodographPlot Draw(const SoundingRecord& sounding, const Options& options,
+                   const HodographSettings& window = {}, std::vector<ComparedWinds> compared = {}) {
+  const auto results = analysis::Analyse(sounding, options);
+  return PlotHodograph({.Sounding = sounding,
+                        .Results = results,
+                        .Set = options,
+                        .Window = window,
+                        .Compared = std::move(compared)});
+}
+
+std::vector<std::string> Texts(const Picture& page, std::string_view tag) {
+  std::vector<std::string> texts;
+  for (const Label& label : Tagged<Label>(page, tag)) texts.push_back(label.Text);
+  return texts;
+}
+
+TEST(HodographPlot, WestIsRightSouthIsUpAndTheMappingTurnsBack) {
+  for (const HodoLocation place : {HodoLocation::Centered, HodoLocation::Dependent}) {
+    Options options;
+    options.HodoPlace = place;
+    const HodographPlot plot = Draw(test::ReferenceConvective(), options);
+    const HodographMapping& at = plot.Mapping;
+    const Point calm = at.ToPoint({});
+    const Point west = at.ToPoint(analysis::Components({270, 20}));
+    const Point south = at.ToPoint(analysis::Components({180, 20}));
+    EXPECT_NEAR(west.X - calm.X, 20 * at.Scale, 0.01);
+    EXPECT_NEAR(west.Y, calm.Y, 0.01);
+    EXPECT_NEAR(calm.Y - south.Y, 20 * at.Scale, 0.01);
+    for (const ProfileWind& wind : plot.Winds) {
+      const Point point = at.ToPoint(wind.Vector);
+      EXPECT_TRUE(at.Frame.Contains(point));
+      EXPECT_NEAR(at.ToWind(point).U, wind.Vector.U, 1e-9);
+      EXPECT_NEAR(at.ToWind(point).V, wind.Vector.V, 1e-9);
+    }
+  }
+}
+
+TEST(HodographPlot, LimitHasItsOuterRingAtTheLimit) {
+  HodographSettings window;
+  window.Rings = RingScaling::Limit;
+  window.RingLimit = 85;
+  const HodographPlot plot = Draw(test::ReferenceConvective(), {}, window);
+  EXPECT_EQ(Texts(plot.Page, "ring label"),
+            (std::vector<std::string>{"20", "40", "60", "80", "85"}));
+  const std::vector<Label> labels = Tagged<Label>(plot.Page, "ring label");
+  // Two digits begin 45 display units left of their ring.
+  const Point ring{labels[0].At.X + 45 * kDisplayUnit, labels[0].At.Y};
+  EXPECT_NEAR(std::hypot(ring.X - plot.Mapping.Center.X, ring.Y - plot.Mapping.Center.Y),
+              20 * plot.Mapping.Scale, 0.01);
+  EXPECT_EQ(RingLabelShift(9), 25);
+  EXPECT_EQ(RingLabelShift(10), 45);
+  EXPECT_EQ(RingLabelShift(100), 65);
+  // 90 kt at 12 km lie outside; the trace is cut at the frame.
+  for (const Polyline& line : Tagged<Polyline>(plot.Page, "trace")) {
+    for (const Point& point : line.Points) EXPECT_LE(point.X, plot.Mapping.Frame.Right + 0.01);
+  }
+}
+
+TEST(HodographPlot, TextsKeepApart) {
+  for (const SoundingRecord& sounding : {test::ReferenceConvective(), test::ReferenceWinter()}) {
+    HodographSettings window;
+    window.MbeVector = true;
+    window.HelicityContours = true;
+    const HodographPlot plot = Draw(sounding, {}, window);
+    std::vector<Rect> places;
+    for (const char* tag : {"height label", "storm vector", "other storm vector", "mean wind",
+                            "MBE vector", "helicity label"}) {
+      for (const Label& label : Tagged<Label>(plot.Page, tag)) {
+        const double half = 0.28 * label.Size * static_cast<double>(label.Text.size());
+        places.push_back({label.At.X - half, label.At.Y - label.Size / 2, label.At.X + half,
+                          label.At.Y + label.Size / 2});
+      }
+    }
+    EXPECT_GT(places.size(), 10u);
+    for (std::size_t i = 0; i < places.size(); ++i) {
+      for (std::size_t j = 0; j < i; ++j) {
+        const Rect& a = places[i];
+        const Rect& b = places[j];
+        EXPECT_FALSE(a.Left < b.Right && b.Left < a.Right && a.Top < b.Bottom && b.Top < a.Bottom)
+            << "texts " << i << " and " << j;
+      }
+    }
+  }
+}
+
+TEST(HodographPlot, LegendNamesWhatIsDrawn) {
+  HodographSettings window;
+  window.MbeVector = true;
+  window.HelicityContours = true;
+  HodographPlot plot = Draw(test::ReferenceConvective(), {}, window);
+  std::vector<std::string> legend = Texts(plot.Page, "legend");
+  ASSERT_GT(legend.size(), 6u);
+  EXPECT_EQ(legend[0], "Storm Vector (RM)");
+  EXPECT_EQ(legend[1], "Storm Vector (LM)");
+  for (const char* text : {"Helicity Contours", "MBE Vector", "Ground-Relative Winds"}) {
+    EXPECT_EQ(std::ranges::count(legend, text), 1) << text;
+  }
+  EXPECT_TRUE(plot.Storm);
+
+  Options left;
+  left.Mover = StormMover::Left;
+  window = {};
+  window.Frame = HodoOrigin::Storm;
+  plot = Draw(test::ReferenceConvective(), left, window);
+  legend = Texts(plot.Page, "legend");
+  EXPECT_EQ(legend[0], "Storm Vector (LM)");
+  EXPECT_EQ(std::ranges::count(legend, "Storm-Relative Winds"), 1);
+  EXPECT_EQ(Texts(plot.Page, "axis caption"), (std::vector<std::string>{" Storm", "Relative"}));
+  EXPECT_TRUE(plot.StormRelative);
+  EXPECT_EQ(plot.Mapping.ToPoint(*plot.Storm), plot.Mapping.Center);
+  EXPECT_EQ(std::ranges::count(legend, "MBE Vector"), 0);
+
+  window.NoSMplot = true;
+  plot = Draw(test::ReferenceConvective(), left, window);
+  EXPECT_TRUE(Tagged<Polyline>(plot.Page, "storm vector").empty());
+  EXPECT_FALSE(plot.Storm);
+  EXPECT_FALSE(HitsStormVector(plot, plot.Mapping.Center));
+}
+
+// On the line of a value the helicity function itself gives this value.
+TEST(HodographPlot, HelicityContoursAgreeWithTheHelicity) {
+  HodographSettings window;
+  window.HelicityContours = true;
+  const SoundingRecord sounding = test::ReferenceConvective();
+  const HodographPlot plot = Draw(sounding, {}, window);
+  const std::vector<Polyline> lines = Tagged<Polyline>(plot.Page, "helicity contour");
+  ASSERT_GT(lines.size(), 4u);
+  double last = kNone;
+  for (const Polyline& line : lines) {
+    double values[2];
+    for (int end = 0; end < 2; ++end) {
+      const Point& at = end == 0 ? line.Points.front() : line.Points.back();
+      values[end] =
+          analysis::StormRelativeHelicity(sounding, sounding.ElevM, 3000, plot.Mapping.ToWind(at));
+    }
+    EXPECT_NEAR(values[0], values[1], 0.01);
+    EXPECT_NEAR(std::remainder(values[0], 50), 0, 0.01);
+    EXPECT_TRUE(std::fabs(values[0]) <= 300.01 || std::fabs(std::remainder(values[0], 100)) < 0.01);
+    EXPECT_GT(values[0], last);
+    last = values[0];
+  }
+}
+
+TEST(HodographPlot, SoundingsWithFewWindsSayWhatTheyLack) {
+  struct Case {
+    const char* about;
+    SoundingRecord sounding;
+    const char* remark;
+  };
+  SoundingRecord mostlyCalm = test::Profile({}, {});
+  for (int i = 0; i < 100; ++i) mostlyCalm.AddWind(100.0 * i, 360, i == 99 ? 8 : 0);
+  const Case cases[] = {
+      {"no level at all", test::Profile({}), "This sounding has no winds."},
+      {"missing winds only", test::Profile({}, {{0, 999.9, 999.9}}), "This sounding has no winds."},
+      {"one wind", test::Profile({}, {{10, 200, 30}}), "This sounding has a single wind."},
+      {"calm", test::Profile({}, {{0, 360, 0}, {900, 360, 0}}), "Calm at every level."},
+      {"aloft", test::Profile({}, {{5000, 200, 30}, {6000, 210, 40}}),
+       "No winds below 5.0 km above ground."},
+      {"99 of 100 calm", mostlyCalm, ""},
+  };
+  HodographSettings all;
+  all.MbeVector = true;
+  all.HelicityContours = true;
+  for (const Case& c : cases) {
+    for (const HodoOrigin frame : {HodoOrigin::Ground, HodoOrigin::Storm}) {
+      SCOPED_TRACE(c.about);
+      all.Frame = frame;
+      const HodographPlot plot = Draw(c.sounding, {}, all);
+      const std::vector<std::string> remarks = Texts(plot.Page, "remark");
+      EXPECT_EQ(remarks.empty() ? "" : remarks[0], c.remark);
+      EXPECT_TRUE(std::isfinite(plot.Mapping.Scale));
+      const auto results = analysis::Analyse(c.sounding, {});
+      EXPECT_EQ(PlotSmallHodograph({.Sounding = c.sounding, .Results = results, .Set = Options()})
+                    .has_value(),
+                !plot.Winds.empty());
+    }
+  }
+}
+
+TEST(HodographPlot, ComparisonTracesFollowTheirChoice) {
+  const std::vector<ComparedWinds> both = {{1, "first", {{0, {0, 0}}, {1000, {-20, 0}}}},
+                                           {2, "second", {{0, {0, 0}}, {1000, {0, -30}}}}};
+  HodographSettings window;
+  EXPECT_EQ(
+      Tagged<Polyline>(Draw(test::ReferenceWinter(), {}, window, both).Page, "comparison").size(),
+      2u);
+  window.Compare = CompareTraces::Left;
+  const HodographPlot left = Draw(test::ReferenceWinter(), {}, window, both);
+  EXPECT_EQ(Tagged<Polyline>(left.Page, "comparison").size(), 1u);
+  EXPECT_EQ(std::ranges::count(Texts(left.Page, "legend"), "#1 - first"), 1);
+}
+
+TEST(HodographPlot, CursorReadsTheWindUnderItAndTheNearestLevel) {
+  Options options;
+  const HodographPlot plot = Draw(test::ReferenceConvective(), options);
+  const Point at = plot.Mapping.ToPoint(analysis::Components({226, 37}));
+  CursorBox box = ReadHodograph(plot, at, options);
+  EXPECT_EQ(box.Cursor, "Cursor: 226/37 kts");
+  EXPECT_EQ(box.Wind, "  Wind: 225/36 kts  2.6 km");  // 3000 m above sea level, station at 357 m
+  options.Speed = SpeedUnits::MetersPerSecond;
+  EXPECT_EQ(ReadHodograph(plot, at, options).Cursor, "Cursor: 226/19.0 m/s");
+  EXPECT_TRUE(ReadHodograph(plot, {11000, 4000}, options).Cursor.empty());
+}
+
+TEST(SmallHodograph, ObeysItsOptions) {
+  const SoundingRecord sounding = test::ReferenceConvective();
+  Options options;
+  const auto results = analysis::Analyse(sounding, options);
+  const auto draw = [&] {
+    return *PlotSmallHodograph({.Sounding = sounding, .Results = results, .Set = options});
+  };
+  EXPECT_EQ(Tagged<Polyline>(draw(), "storm vector").size(), 1u);
+  EXPECT_EQ(Tagged<Polyline>(draw(), "trace").size(), 5u);
+  options.PlotStormVector = false;
+  options.HodoDepthMode = HodoDepth::Limit;
+  options.HodoDepthLimitKm = 6;
+  EXPECT_TRUE(Tagged<Polyline>(draw(), "storm vector").empty());
+  EXPECT_EQ(Tagged<Polyline>(draw(), "trace").size(), 2u);
+}
+
+}  // namespace
+}  // namespace vexa::hodograph

@@ -1,0 +1,143 @@
+#include "hodograph/wind_profile.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "analysis/analysis.h"
+#include "core/markers.h"
+#include "hodograph/comparison.h"
+#include "hodograph/compass.h"
+#include "support/soundings.h"
+
+namespace vexa::hodograph {
+namespace {
+
+TEST(CompassName, SectorsAreCentredOnTheirPoints) {
+  struct Case {
+    int degrees;
+    std::string_view name;
+  };
+  const Case cases[] = {{0, "N"},   {11, "N"},    {12, "NNE"},  {33, "NNE"}, {34, "NE"},
+                        {90, "E"},  {101, "E"},   {102, "ESE"}, {180, "S"},  {225, "SW"},
+                        {281, "W"}, {282, "WNW"}, {348, "NNW"}, {349, "N"},  {360, "N"}};
+  for (const Case& c : cases) EXPECT_EQ(CompassName(c.degrees), c.name) << c.degrees;
+}
+
+TEST(WindProfile, LeavesOutMissingWindsAndEndsAtTheLimit) {
+  const SoundingRecord sounding = test::Profile(
+      {}, {{100, 180, 10}, {1100, kMissing, 20}, {2100, 270, 30}, {6100, 270, 50}}, 100);
+  Options options;
+  ASSERT_EQ(WindProfile(sounding, options).size(), 3u);
+  EXPECT_EQ(WindProfile(sounding, options).back().Height, 6000);
+  options.HodoDepthMode = HodoDepth::Limit;
+  options.HodoDepthLimitKm = 4;
+  const std::vector<ProfileWind> limited = WindProfile(sounding, options);
+  ASSERT_EQ(limited.size(), 3u);
+  EXPECT_EQ(limited.back().Height, 4000);
+  EXPECT_NEAR(limited.back().Vector.U, -40, 1e-6);  // half-way between 30 and 50 kt from the west
+  options.HodoDepthLimitKm = 1;                     // below the second wind
+  EXPECT_EQ(WindProfile(sounding, options).size(), 2u);
+}
+
+TEST(WindProfile, CutsTheTraceAtEveryBandThatALayerCrosses) {
+  // One layer from 1 to 11 km passes three edges at once.
+  const std::vector<ProfileWind> winds = {{1000, {0, 0}}, {11000, {-100, 0}}, {12000, {-90, 0}}};
+  const std::vector<TracePiece> pieces = CutAtBands(winds);
+  ASSERT_EQ(pieces.size(), 4u);
+  for (std::size_t i = 0; i < pieces.size(); ++i) {
+    EXPECT_EQ(pieces[i].Band, static_cast<int>(i));
+    if (i == 0) continue;
+    EXPECT_EQ(pieces[i].Winds.front().Height, pieces[i - 1].Winds.back().Height);
+  }
+  EXPECT_EQ(pieces[1].Winds.front().Height, 3000);
+  EXPECT_NEAR(pieces[1].Winds.front().Vector.U, -20, 1e-9);
+  EXPECT_EQ(pieces[3].Winds.size(), 3u);  // the edge, 11 and 12 km
+
+  // A level on the edge is not doubled.
+  const std::vector<TracePiece> onEdge = CutAtBands({{2000, {}}, {3000, {-1, 0}}, {4000, {-2, 0}}});
+  ASSERT_EQ(onEdge.size(), 2u);
+  EXPECT_EQ(onEdge[0].Winds.size(), 2u);
+  EXPECT_EQ(onEdge[1].Winds.size(), 2u);
+  EXPECT_TRUE(CutAtBands({}).empty());
+}
+
+// Values worked out by hand from the reference sounding's winds.
+TEST(PropagationVector, IsTheCloudLayerWindMinusTheJet) {
+  const SoundingRecord sounding = test::ReferenceConvective();
+  const auto results = analysis::Analyse(sounding, {});
+  const auto vector = PropagationVector(sounding, results.Levels);
+  ASSERT_TRUE(vector);
+  const analysis::Wind wind = analysis::FromComponents(*vector);
+  EXPECT_NEAR(wind.Dir, 280.8, 0.5);
+  EXPECT_NEAR(wind.Spd, 32.4, 0.3);
+
+  SoundingRecord shallow = sounding;
+  while (shallow.NumWindLevels() > 9) {  // nothing at 300 hPa
+    shallow.WindHgt.Erase(shallow.NumWindLevels());
+    shallow.WindDir.Erase(shallow.WindDir.Count());
+    shallow.WindSpd.Erase(shallow.WindSpd.Count());
+  }
+  EXPECT_FALSE(PropagationVector(shallow, results.Levels));
+}
+
+TEST(PropagationVector, HighGroundTakesTheStrongestLowWind) {
+  // Ground at 800 hPa: the jet is the 40 kt from the south 1 km above it.
+  const SoundingRecord sounding =
+      test::Profile({{800, 20, 5}, {700, 10, 0}, {500, -10, -20}, {300, -40, -50}, {200, -55, -65}},
+                    {{2000, 180, 10}, {3000, 180, 40}, {3200, 270, 20}, {12500, 270, 20}}, 2000);
+  const auto results = analysis::Analyse(sounding, {});
+  const auto vector = PropagationVector(sounding, results.Levels);
+  ASSERT_TRUE(vector);
+  // 700 hPa lies between 3000 and 3200 m; 500 and 300 hPa have 20 kt from the west.
+  EXPECT_LT(vector->U, -10);
+  EXPECT_GT(vector->V, 20);
+}
+
+TEST(Comparison, WritesAndReadsSlots) {
+  const test::TemporaryFolder folder;
+  std::vector<Fault> faults;
+  EXPECT_TRUE(LoadComparisons(folder.Path(), faults).empty());
+  EXPECT_TRUE(faults.empty());
+  const SoundingRecord sounding = test::ReferenceWinter();
+  ASSERT_FALSE(KeepComparison(folder.Path(), 2, sounding));
+  ASSERT_FALSE(EmptyComparison(folder.Path(), 1));
+  const std::vector<ComparedWinds> read = LoadComparisons(folder.Path(), faults);
+  ASSERT_EQ(read.size(), 1u);
+  EXPECT_EQ(read[0].Slot, 2);
+  EXPECT_EQ(read[0].Title, "Reference B, winter");
+  ASSERT_EQ(read[0].Winds.size(), 16u);
+  EXPECT_EQ(read[0].Winds[1].Height, 180);
+  EXPECT_NEAR(analysis::FromComponents(read[0].Winds[1].Vector).Dir, 255, 0.06);
+  EXPECT_TRUE(std::filesystem::exists(folder.Path() / "VEXAcalculations" / "Compare 2.dat"));
+}
+
+TEST(Comparison, DamagedFilesNameTheLine) {
+  struct Case {
+    const char* about;
+    const char* text;
+    int line;  // 0: an unused slot
+  };
+  const Case cases[] = {
+      {"unused", "empty\r\n", 0},
+      {"nothing at all", "", 0},
+      {"a word for a speed", "A\r\n0,180,10\r\n500,190,x\r\n", 3},
+      {"two values", "A\n0,180\n", 2},
+      {"four values", "A\n0,180,10,5\n", 2},
+      {"a direction of 400", "A\n0,400,10\n", 2},
+      {"heights that fall", "A\n500,180,10\n\n400,180,10\n", 4},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.about);
+    const auto parsed = ParseComparison(c.text, 1);
+    ASSERT_EQ(parsed.Ok(), c.line == 0);
+    if (parsed.Ok()) {
+      EXPECT_FALSE(parsed.Value());
+    } else {
+      EXPECT_NE(parsed.Error().Detail.find("line " + std::to_string(c.line)), std::string::npos);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace vexa::hodograph
