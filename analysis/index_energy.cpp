@@ -165,34 +165,29 @@ double DowndraftCape(In& in) {
 }
 
 // Winds of four mandatory levels against the low-level jet. Where 850 hPa lies below the ground the
-// upper three stand alone and the strongest wind of the lowest 1500 m is the jet.
+// strongest wind of the lowest 1500 m stands for its wind.
 double MesoscaleVector(In& in) {
-  const bool high = in.SurfacePress() < 850;
-  WindVector cloud;
-  int count = 0;
-  for (const double press : {850.0, 700.0, 500.0, 300.0}) {
-    if (high && press == 850) continue;
-    const WindVector wind = Components(in.WindAt(press));
-    cloud.U += wind.U;
-    cloud.V += wind.V;
-    ++count;
-  }
-  cloud = {cloud.U / count, cloud.V / count};
   Wind jet;
-  if (high) {
+  if (in.SurfacePress() < 850) {
     const SoundingRecord& sounding = in.Sounding();
     for (int i = 1; i <= sounding.NumWindLevels(); ++i) {
       if (sounding.WindHgt(i) - sounding.ElevM > 1500) break;
       if (sounding.WindSpd(i) > jet.Spd) jet = {sounding.WindDir(i), sounding.WindSpd(i)};
     }
     if (!(jet.Spd > 0)) return in.Fail("no winds in the lowest 1500 m");
+    in.Note("low-level jet direction", jet.Dir, "deg");
+    in.Note("low-level jet speed", jet.Spd, "kt");
   } else {
     jet = in.WindAt(850);
   }
   const WindVector low = Components(jet);
-  const Wind moves = FromComponents({cloud.U - low.U, cloud.V - low.V});
-  in.Note("low-level jet direction", jet.Dir, "deg");
-  in.Note("low-level jet speed", jet.Spd, "kt");
+  WindVector cloud = low;
+  for (const double press : {700.0, 500.0, 300.0}) {
+    const WindVector wind = Components(in.WindAt(press));
+    cloud.U += wind.U;
+    cloud.V += wind.V;
+  }
+  const Wind moves = FromComponents({cloud.U / 4 - low.U, cloud.V / 4 - low.V});
   in.Note("propagates from", moves.Dir, "deg");
   if (!in.Failed()) in.Say(DirectionAndSpeed(moves));
   return moves.Spd;

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "analysis/adiabat_table.h"
 #include "analysis/index_table.h"
 #include "analysis/moist_air.h"
 #include "cli/commands.h"
@@ -74,8 +75,10 @@ template <class Use>
 int ForEachSounding(const Arguments& arguments, const Options& options, Console& console,
                     Use&& use) {
   int exitCode = kExitOk;
+  analysis::AdiabatTable adiabats;  // one sounding is solved sooner than the table is filled
+  analysis::AdiabatTable* const table = arguments.Files.size() > 1 ? &adiabats : nullptr;
   for (const std::string& file : arguments.Files) {
-    const Outcome<AnalysedSounding> sounding = LoadAndAnalyse(file, options);
+    const Outcome<AnalysedSounding> sounding = LoadAndAnalyse(file, options, table);
     if (sounding) {
       use(sounding.Value());
     } else {

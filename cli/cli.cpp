@@ -59,7 +59,8 @@ const StationList& Stations() {
   return list;
 }
 
-Outcome<AnalysedSounding> LoadAndAnalyse(const std::string& file, const Options& options) {
+Outcome<AnalysedSounding> LoadAndAnalyse(const std::string& file, const Options& options,
+                                         analysis::AdiabatTable* table) {
   AnalysedSounding sounding;
   sounding.File = file;
   SilentInteraction quiet;
@@ -71,7 +72,8 @@ Outcome<AnalysedSounding> LoadAndAnalyse(const std::string& file, const Options&
     return *fault;
   }
   sounding.Notes = std::move(context.Notes);
-  sounding.Results = analysis::Analyse(sounding.Record, options);
+  sounding.Results = table != nullptr ? analysis::Analyse(sounding.Record, options, *table)
+                                      : analysis::Analyse(sounding.Record, options);
   return sounding;
 }
 

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "analysis/adiabat_table.h"
 #include "cli/console.h"
 #include "cli/report.h"
 #include "config/options.h"
@@ -37,7 +38,8 @@ extern const Command kFetchCommand;
 const StationList& Stations();
 
 /// Reads, orders and analyses one file; the fault's detail names file and reason.
-Outcome<AnalysedSounding> LoadAndAnalyse(const std::string& file, const Options& options);
+Outcome<AnalysedSounding> LoadAndAnalyse(const std::string& file, const Options& options,
+                                         analysis::AdiabatTable* table = nullptr);
 
 /// "vexa-cli: FILE: reason" for a file that failed.
 void ReportFault(Console& console, const std::string& file, const Fault& fault);

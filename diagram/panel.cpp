@@ -99,13 +99,14 @@ std::vector<std::string> LiftTable(const Plot& plot) {
     return level.Exists() ? Mask(level.Press, "###0") : std::string(kNoValue);
   };
   using Ascent = analysis::ParcelAscent;
+  const std::string unit(PressureUnit(plot));
   return {
       PadRight("", 8) + PadLeft("Surface", 8) + PadLeft("MeanLyr", 8) + PadLeft("MostUn", 8),
       line("CAPE", [](const Ascent& a) { return Mask(a.CapeTotal, "####0"); }),
       line("CIN", [](const Ascent& a) { return Mask(a.CinTotal, "####0"); }),
-      line("LCL mb", [&](const Ascent& a) { return press(a.Condensation); }),
-      line("LFC mb", [&](const Ascent& a) { return press(a.FreeLevel); }),
-      line("EL  mb", [&](const Ascent& a) { return press(a.Equilibrium); }),
+      line("LCL " + unit, [&](const Ascent& a) { return press(a.Condensation); }),
+      line("LFC " + unit, [&](const Ascent& a) { return press(a.FreeLevel); }),
+      line("EL  " + unit, [&](const Ascent& a) { return press(a.Equilibrium); }),
   };
 }
 

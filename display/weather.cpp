@@ -19,11 +19,12 @@ constexpr std::string_view kNone = "--";
 // Heights, temperatures and indices in the units of the options.
 class Texts {
  public:
-  explicit Texts(const Shown& shown) : shown_(shown) {}
+  explicit Texts(const Shown& shown) : Texts(shown, shown.Set.Heights) {}
+  Texts(const Shown& shown, HeightMode heights) : shown_(shown), heights_(heights) {}
 
   std::string Height(double height) const {
     if (!HasHeight(height)) return std::string(kNone);
-    const bool above = shown_.Set.Heights == HeightMode::Agl;
+    const bool above = heights_ == HeightMode::Agl;
     const double shown = above ? height - shown_.Record.ElevM : height;
     return Depth(shown) + (above ? " AGL" : "");
   }
@@ -63,6 +64,7 @@ class Texts {
 
  private:
   const Shown& shown_;
+  HeightMode heights_;
 };
 
 Sheet Titled(std::string_view title, const Shown& shown) {
@@ -166,7 +168,7 @@ Sheet WinterWeatherSheet(const Shown& shown) {
 }
 
 Sheet SoaringSheet(const Shown& shown) {
-  const Texts texts(shown);
+  const Texts texts(shown, shown.Set.System.SoarHgtMode);
   const analysis::SoaringResults& soaring = shown.Results.Soaring;
   Sheet sheet = Titled("Soaring", shown);
   const auto level = [&](std::string label, const LevelPoint& point, std::string_view without) {
