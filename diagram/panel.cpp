@@ -16,10 +16,11 @@ namespace {
 
 constexpr double kLineText = 132;
 constexpr double kLineStep = 168;
-constexpr double kTableText = 108;
+constexpr double kTableText = 104;
 constexpr double kIndexText = 100;
 constexpr double kIndexColumn = 1020;  // from one column of indices to the next
 constexpr double kMargin = 80;
+constexpr double kBelow = 8950;  // the page ends there: more lines stand closer and smaller
 constexpr std::string_view kNoValue = "--";
 
 // Rows of the chosen parcel's column, in their order.
@@ -99,7 +100,7 @@ std::vector<std::string> LiftTable(const Plot& plot) {
     return level.Exists() ? Mask(level.Press, "###0") : std::string(kNoValue);
   };
   using Ascent = analysis::ParcelAscent;
-  const std::string unit(PressureUnit(plot));
+  const std::string unit(Trim(PressureUnit(plot)));
   return {
       PadRight("", 8) + PadLeft("Surface", 8) + PadLeft("MeanLyr", 8) + PadLeft("MostUn", 8),
       line("CAPE", [](const Ascent& a) { return Mask(a.CapeTotal, "####0"); }),
@@ -188,9 +189,11 @@ void DrawPanel(Plot& plot) {
   const std::vector<const analysis::IndexValue*> indices = PanelIndices(plot);
   const std::size_t indexLines = (indices.size() + 1) / 2;
   const std::string position = PositionText(plot.Sounding());
-  const double height = kLineStep * (static_cast<double>(rows.size() + table.size() + indexLines) +
-                                     (position.empty() ? 1 : 2) + (indices.empty() ? 0.0 : 0.5)) +
-                        kMargin;
+  const double lines = static_cast<double>(rows.size() + table.size() + indexLines) +
+                       (position.empty() ? 1 : 2) + (indices.empty() ? 0.0 : 0.5);
+  const double scale = std::min(1.0, (kBelow - top - kMargin) / (lines * kLineStep));
+  const double step = kLineStep * scale;
+  const double height = step * lines + kMargin;
   const Rect box{kPanel.Left, top, kPanel.Right, top + height};
   plot.Page.Add("analysis box", Area{.Rings = {{{box.Left, box.Top},
                                                 {box.Right, box.Top},
@@ -198,26 +201,27 @@ void DrawPanel(Plot& plot) {
                                                 {box.Left, box.Bottom}}},
                                      .Fill = plot.Inks.Panel,
                                      .Stroke = plot.Inks.PanelFrame});
-  double y = top + kMargin + kLineStep / 2;
+  double y = top + kMargin + step / 2;
   const double x = kPanel.Left + kMargin;
   if (!position.empty()) {
-    DrawMono(plot, "position", {x, y}, position, kLineText, plot.Inks.PanelHead, true);
-    y += kLineStep;
+    DrawMono(plot, "position", {x, y}, position, kLineText * scale, plot.Inks.PanelHead, true);
+    y += step;
   }
   for (const analysis::IndexValue* row : rows) {
-    DrawIndex(plot, *row, {x, y}, kLineText, ValueText(plot, *row), "analysis");
-    y += kLineStep;
+    DrawIndex(plot, *row, {x, y}, kLineText * scale, ValueText(plot, *row), "analysis");
+    y += step;
   }
-  y += kLineStep / 2;
+  y += step / 2;
   for (const std::string& line : table) {
-    DrawMono(plot, "lift table", {x, y}, line, kTableText, plot.Inks.Ink, &line == &table.front());
-    y += kLineStep;
+    DrawMono(plot, "lift table", {x, y}, line, kTableText * scale, plot.Inks.Ink,
+             &line == &table.front());
+    y += step;
   }
-  y += kLineStep / 2;
+  y += step / 2;
   for (std::size_t i = 0; i < indices.size(); ++i) {
-    DrawIndex(plot, *indices[i], {x + (i % 2 == 0 ? 0 : kIndexColumn), y}, kIndexText,
+    DrawIndex(plot, *indices[i], {x + (i % 2 == 0 ? 0 : kIndexColumn), y}, kIndexText * scale,
               WithoutUnit(ValueText(plot, *indices[i])), "index");
-    if (i % 2 == 1) y += kLineStep;
+    if (i % 2 == 1) y += step;
   }
 }
 

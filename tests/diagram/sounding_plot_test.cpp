@@ -129,6 +129,19 @@ TEST(SoundingPlot, ShowsTheChosenGroupsOfIndicesWithTheirReasons) {
   EXPECT_EQ(Texts(Draw(test::ReferenceConvective(), options).Page, "index label"),
             (std::vector<std::string>{"      Hail", "        KI"}));
 
+  // However much is shown, it stays on the page.
+  Options full;
+  full.PanelEurope = full.PanelFog = true;
+  const Picture hodograph(100, 100, {});
+  const SoundingRecord record = test::ReferenceConvective();
+  const analysis::AnalysisResults results = analysis::Analyse(record, full);
+  const auto crowded =
+      PlotSounding({.Sounding = record, .Results = results, .Set = full, .Hodograph = &hodograph});
+  ASSERT_TRUE(crowded);
+  for (const Item& item : crowded->Page.Items()) {
+    if (const auto* label = std::get_if<Label>(&item.Shape)) EXPECT_LT(label->At.Y, kPageHeight);
+  }
+
   const SoundingPlot high = Draw(Profile({{690, 5, 0}, {500, -10, -20}, {300, -40, -50}}));
   EXPECT_EQ(Texts(high.Page, "index value").front(), "--");
   const auto spot = std::ranges::find(high.Page.HotSpots(), "KI", &HotSpot::Text);
