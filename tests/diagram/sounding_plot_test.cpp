@@ -139,7 +139,9 @@ TEST(SoundingPlot, ShowsTheChosenGroupsOfIndicesWithTheirReasons) {
       PlotSounding({.Sounding = record, .Results = results, .Set = full, .Hodograph = &hodograph});
   ASSERT_TRUE(crowded);
   for (const Item& item : crowded->Page.Items()) {
-    if (const auto* label = std::get_if<Label>(&item.Shape)) EXPECT_LT(label->At.Y, kPageHeight);
+    if (const auto* label = std::get_if<Label>(&item.Shape)) {
+      EXPECT_LT(label->At.Y, kPageHeight);
+    }
   }
 
   const SoundingPlot high = Draw(Profile({{690, 5, 0}, {500, -10, -20}, {300, -40, -50}}));
