@@ -48,13 +48,6 @@ std::optional<double> Margin(const LevelProfile& levels, int level) {
   return temp - levels.Dewpt(level) - kScattered - Widening(temp);
 }
 
-LevelPoint Between(const LevelProfile& levels, int low, double share) {
-  const double press =
-      levels.Press(low) * std::pow(levels.Press(low + 1) / levels.Press(low), share);
-  return {press, levels.Height(low) + share * (levels.Height(low + 1) - levels.Height(low)),
-          levels.Temp(low) + share * (levels.Temp(low + 1) - levels.Temp(low))};
-}
-
 std::vector<CloudDeck> MoistRuns(const LevelProfile& levels, double highest) {
   std::vector<CloudDeck> decks;
   bool inside = false;

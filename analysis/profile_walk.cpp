@@ -15,6 +15,15 @@ LevelPoint Middle(const LevelPoint& a, const LevelPoint& b) {
 
 }  // namespace
 
+LevelPoint Between(const LevelProfile& levels, int low, double share) {
+  const auto along = [low, share](const Levels<double>& values) {
+    return values(low) + share * (values(low + 1) - values(low));
+  };
+  const double press =
+      levels.Press(low) * std::pow(levels.Press(low + 1) / levels.Press(low), share);
+  return {press, along(levels.Height), along(levels.Temp)};
+}
+
 AirPoint ProfileWalk::At(double height) {
   const int count = levels_.Count();
   AirPoint point;

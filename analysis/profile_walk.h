@@ -23,6 +23,10 @@ struct AirPoint {
   LevelPoint Point() const { return {Press, Height, Temp}; }
 };
 
+/// The point a share of the way from a level to the next: height and temperature linear, pressure
+/// in its logarithm.
+LevelPoint Between(const LevelProfile& levels, int low, double share);
+
 /// Reads a profile at heights that do not fall. Heights outside the sounding give its ends.
 class ProfileWalk {
  public:

@@ -5,6 +5,7 @@
 
 #include "analysis/interpolate.h"
 #include "analysis/moist_air.h"
+#include "analysis/profile_walk.h"
 #include "core/markers.h"
 #include "core/units.h"
 
@@ -15,13 +16,6 @@ constexpr double kPilotIndex = -3;          // °C
 constexpr double kIndexHeightFt = 4000;     // above ground
 constexpr double kHeatFlux = 0.20;          // K m/s
 constexpr double kFeetPerMinute = 0.00508;  // m/s
-
-LevelPoint Between(const LevelProfile& levels, int low, double share) {
-  const double press =
-      levels.Press(low) * std::pow(levels.Press(low + 1) / levels.Press(low), share);
-  return {press, levels.Height(low) + share * (levels.Height(low + 1) - levels.Height(low)),
-          levels.Temp(low) + share * (levels.Temp(low + 1) - levels.Temp(low))};
-}
 
 // Where a value first rises past a limit above the ground; the ground when it is there at once.
 LevelPoint FirstAbove(const LevelProfile& levels, const Levels<double>& values, double limit) {

@@ -123,13 +123,6 @@ double SnowSquall(const SoundingRecord& sounding, const LevelProfile& levels) {
 
 std::vector<WinterResults::DendriticLayer> DendriticZone(const LevelProfile& levels) {
   std::vector<WinterResults::DendriticLayer> zone;
-  const auto at = [&](int low, double share) {
-    const double press =
-        levels.Press(low) * std::pow(levels.Press(low + 1) / levels.Press(low), share);
-    return LevelPoint{press,
-                      levels.Height(low) + share * (levels.Height(low + 1) - levels.Height(low)),
-                      levels.Temp(low) + share * (levels.Temp(low + 1) - levels.Temp(low))};
-  };
   for (int i = 1; i < levels.Count(); ++i) {
     const double low = levels.Temp(i);
     const double high = levels.Temp(i + 1);
@@ -144,11 +137,11 @@ std::vector<WinterResults::DendriticLayer> DendriticZone(const LevelProfile& lev
       to = std::clamp(std::max(warm, cold), 0.0, 1.0);
     }
     if (!(to > from)) continue;
-    const LevelPoint base = at(i, from);
+    const LevelPoint base = Between(levels, i, from);
     if (!zone.empty() && std::fabs(zone.back().Top.Height - base.Height) < 1) {
-      zone.back().Top = at(i, to);
+      zone.back().Top = Between(levels, i, to);
     } else {
-      zone.push_back({.Base = base, .Top = at(i, to)});
+      zone.push_back({.Base = base, .Top = Between(levels, i, to)});
     }
   }
   for (WinterResults::DendriticLayer& layer : zone) {
