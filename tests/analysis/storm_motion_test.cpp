@@ -97,5 +97,35 @@ TEST(StormMotion, HelicityOfThreePoints) {
   EXPECT_NEAR(StormRelativeHelicity(sounding, 0, 1000, Components({240, 20})), 24.47, 0.01);
 }
 
+TEST(StormMotion, EnteredByHandReplacesTheChosenMover) {
+  SoundingRecord sounding = test::ReferenceConvective();
+  const StormMotionResults computed = AnalyseStormMotion(sounding, {});
+  EXPECT_EQ(computed.ChosenName(), "right mover");
+  Options options;
+  options.MotionMode = Scaling::Manual;
+  options.ManualMotionDir = 230;
+  options.ManualMotionSpd = 30;
+  const StormMotionResults entered = AnalyseStormMotion(sounding, options);
+  const Wind motion = FromComponents(entered.Right->Motion);
+  EXPECT_NEAR(motion.Dir, 230, 1e-6);
+  EXPECT_NEAR(motion.Spd, 30, 1e-6);
+  EXPECT_NE(entered.Right->Helicity[2], computed.Right->Helicity[2]);
+  EXPECT_EQ(entered.Left->Motion.U, computed.Left->Motion.U);
+  EXPECT_EQ(entered.ChosenName(), "right mover, entered by hand");
+
+  // South of the equator the left mover is the cyclonic one, and chosen unless the user says else.
+  sounding.LatHemi = "S";
+  const StormMotionResults southern = AnalyseStormMotion(sounding, options);
+  EXPECT_FALSE(southern.RightIsCyclonic);
+  EXPECT_EQ(southern.ChosenName(), "left mover, entered by hand");
+  EXPECT_NEAR(FromComponents(southern.Left->Motion).Dir, 230, 1e-6);
+  options.Mover = StormMover::Right;
+  EXPECT_TRUE(AnalyseStormMotion(sounding, options).RightIsChosen);
+  // Without any wind there is a motion, but no helicity.
+  const StormMotionResults calm = AnalyseStormMotion(SoundingRecord{}, options);
+  ASSERT_TRUE(calm.Right);
+  EXPECT_EQ(calm.Right->Helicity[0], kNone);
+}
+
 }  // namespace
 }  // namespace vexa::analysis
