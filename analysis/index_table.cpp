@@ -270,9 +270,15 @@ std::string ShownValue(const IndexValue& index, const Options& options, double g
   if (!index.Text.empty() && row.Kind != Measure::Speed) return index.Text;
   switch (row.Kind) {
     case Measure::Temp:
-      return options.ThermoTemp == TempUnits::Fahrenheit
-                 ? number(FahrenheitFromCelsius(index.Value), "F")
-                 : number(index.Value, "C");
+      switch (options.ThermoTemp) {
+        case TempUnits::Fahrenheit:
+          return number(FahrenheitFromCelsius(index.Value), "F");
+        case TempUnits::Kelvin:
+          return number(index.Value + kKelvinOffset, "K");
+        case TempUnits::Celsius:
+          break;
+      }
+      return number(index.Value, "C");
     case Measure::TempDiff:
       return number(index.Value, row.Unit);
     case Measure::Height:

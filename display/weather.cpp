@@ -36,9 +36,15 @@ class Texts {
   }
   std::string Temp(double temp) const {
     if (NotAvailable(temp)) return std::string(kNone);
-    return shown_.Set.ThermoTemp == TempUnits::Fahrenheit
-               ? Mask(FahrenheitFromCelsius(temp), "##0.0") + " F"
-               : Mask(temp, "##0.0") + " C";
+    switch (shown_.Set.ThermoTemp) {
+      case TempUnits::Fahrenheit:
+        return Mask(FahrenheitFromCelsius(temp), "##0.0") + " F";
+      case TempUnits::Kelvin:
+        return Mask(temp + kKelvinOffset, "##0.0") + " K";
+      case TempUnits::Celsius:
+        break;
+    }
+    return Mask(temp, "##0.0") + " C";
   }
   std::string Press(const LevelPoint& level) const {
     if (!level.Exists()) return std::string(kNone);

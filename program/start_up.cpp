@@ -106,7 +106,15 @@ void StartUp(Program& program, const StartArguments& arguments) {
 Changes LoadAtStart(Program& program) {
   const SystemOptions& set = program.Set.System;
   if (!set.Autoload || set.AutoFile.empty() || set.AutoFile == kMultipleMarker) return {};
-  return OpenSoundings(program, {PathFromText(set.AutoDrive) / PathFromText(set.AutoFile)});
+  const Changes changes =
+      OpenSoundings(program, {PathFromText(set.AutoDrive) / PathFromText(set.AutoFile)});
+  // Another program may have put something else in the file's place since it was chosen.
+  const std::string& format = program.Current.Record.DataFormat;
+  if (changes.Sounding && !set.AutoType.empty() && format != set.AutoType) {
+    program.Notices.push_back(set.AutoFile + " was " + set.AutoType +
+                              " when it was chosen to load at start and is " + format + " now.");
+  }
+  return changes;
 }
 
 }  // namespace vexa

@@ -148,6 +148,8 @@ TEST(IndexTable, ShowsValuesInTheUnitsOfTheOptions) {
   options.Heights = HeightMode::Agl;
   options.Speed = SpeedUnits::MetersPerSecond;
   EXPECT_EQ(shown("DownRush-T", options), "69.2 F");
+  options.ThermoTemp = TempUnits::Kelvin;
+  EXPECT_EQ(shown("DownRush-T", options), "293.9 K");  // 20.69 C
   EXPECT_EQ(shown("LCL Hgt", options), "3852 ft AGL");  // 1531 m less 357 m
   EXPECT_EQ(shown("WBZ Hgt", options), "10570 ft");
   EXPECT_EQ(shown("500mb Wind", options), "27 m/s");
