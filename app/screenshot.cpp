@@ -75,9 +75,7 @@ void OpenAfterPainting(SoundingWindow& window, const WindowToShow& what) {
 bool TakeScreenshot(SoundingWindow& window, const WindowToShow& what, const std::string& name) {
   bool saved = false;
   const auto grab = [&] {
-    QWidget& shown = *Opened(window);
-    ChoosePage(shown, what);
-    saved = shown.grab().save(QString::fromStdString(name), "PNG");
+    saved = Opened(window)->grab().save(QString::fromStdString(name), "PNG");
     QApplication::exit();
   };
   // Not from within the paint event: the window is whole only after it.
@@ -86,7 +84,10 @@ bool TakeScreenshot(SoundingWindow& window, const WindowToShow& what, const std:
       if (what.Opens == Command::None) {
         grab();
       } else {
-        Open(window, what, grab);
+        Open(window, what, [&] {
+          ChoosePage(*Opened(window), what);
+          QTimer::singleShot(kSettleMs, &window, grab);
+        });
       }
     });
   });

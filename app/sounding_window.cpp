@@ -74,6 +74,7 @@ SoundingWindow::SoundingWindow(Program& program, WindowInteraction& interaction)
 // Its parts outlive it by a little, and must not report to it any more.
 SoundingWindow::~SoundingWindow() {
   view_->OnPointer({});
+  dock_->disconnect(this);
   interaction_.Attach(nullptr, {});
 }
 

@@ -10,16 +10,18 @@
 #include "analysis/index_table.h"
 #include "core/markers.h"
 #include "core/numbers.h"
+#include "diagram/mapping.h"
 
 namespace vexa::diagram {
 namespace {
 
 constexpr double kLineText = 132;
 constexpr double kLineStep = 168;
-constexpr double kTableText = 108;
+constexpr double kTableText = 104;
 constexpr double kIndexText = 100;
 constexpr double kIndexColumn = 1020;  // from one column of indices to the next
 constexpr double kMargin = 80;
+constexpr double kPanelBottom = kPageHeight - 60;
 constexpr std::string_view kNoValue = "--";
 
 // Rows of the chosen parcel's column, in their order.
@@ -157,7 +159,7 @@ std::string WithoutUnit(const std::string& value) {
 }
 
 // A label and its value; the pointer over it asks for its explanation by the label.
-void DrawIndex(Plot& plot, const analysis::IndexValue& index, Point at, double size,
+void DrawIndex(Plot& plot, const analysis::IndexValue& index, Point at, double size, double step,
                const std::string& value, std::string_view tag) {
   const double letter = 0.6 * size;
   DrawMono(plot, std::string(tag) + " label", at, std::string(index.Row->Label), size,
@@ -165,7 +167,7 @@ void DrawIndex(Plot& plot, const analysis::IndexValue& index, Point at, double s
   DrawMono(plot, std::string(tag) + " value", {at.X + 11 * letter, at.Y}, value, size,
            plot.Inks.Ink);
   const double width = letter * (11 + static_cast<double>(value.size()));
-  plot.Page.AddHotSpot({{at.X, at.Y - kLineStep / 2, at.X + width, at.Y + kLineStep / 2},
+  plot.Page.AddHotSpot({{at.X, at.Y - step / 2, at.X + width, at.Y + step / 2},
                         std::string(kIndexSpot),
                         std::string(Trim(index.Row->Label))});
 }
@@ -187,9 +189,13 @@ void DrawPanel(Plot& plot) {
   const std::vector<const analysis::IndexValue*> indices = PanelIndices(plot);
   const std::size_t indexLines = (indices.size() + 1) / 2;
   const std::string position = PositionText(plot.Sounding());
-  const double height = kLineStep * (static_cast<double>(rows.size() + table.size() + indexLines) +
-                                     (position.empty() ? 1 : 2) + (indices.empty() ? 0.0 : 0.5)) +
-                        kMargin;
+  const double lines = static_cast<double>(rows.size() + table.size() + indexLines) +
+                       (position.empty() ? 1 : 2) + (indices.empty() ? 0.0 : 0.5);
+  // Many lines stand closer, in smaller letters, so that the box ends on the page.
+  const double room = kPanelBottom - top - kMargin;
+  const double scale = std::min(1.0, room / (lines * kLineStep));
+  const double step = kLineStep * scale;
+  const double height = step * lines + kMargin;
   const Rect box{kPanel.Left, top, kPanel.Right, top + height};
   plot.Page.Add("analysis box", Area{.Rings = {{{box.Left, box.Top},
                                                 {box.Right, box.Top},
@@ -197,26 +203,27 @@ void DrawPanel(Plot& plot) {
                                                 {box.Left, box.Bottom}}},
                                      .Fill = plot.Inks.Panel,
                                      .Stroke = plot.Inks.PanelFrame});
-  double y = top + kMargin + kLineStep / 2;
+  double y = top + kMargin + step / 2;
   const double x = kPanel.Left + kMargin;
   if (!position.empty()) {
-    DrawMono(plot, "position", {x, y}, position, kLineText, plot.Inks.PanelHead, true);
-    y += kLineStep;
+    DrawMono(plot, "position", {x, y}, position, kLineText * scale, plot.Inks.PanelHead, true);
+    y += step;
   }
   for (const analysis::IndexValue* row : rows) {
-    DrawIndex(plot, *row, {x, y}, kLineText, ValueText(plot, *row), "analysis");
-    y += kLineStep;
+    DrawIndex(plot, *row, {x, y}, kLineText * scale, step, ValueText(plot, *row), "analysis");
+    y += step;
   }
-  y += kLineStep / 2;
+  y += step / 2;
   for (const std::string& line : table) {
-    DrawMono(plot, "lift table", {x, y}, line, kTableText, plot.Inks.Ink, &line == &table.front());
-    y += kLineStep;
+    DrawMono(plot, "lift table", {x, y}, line, kTableText * scale, plot.Inks.Ink,
+             &line == &table.front());
+    y += step;
   }
-  y += kLineStep / 2;
+  y += step / 2;
   for (std::size_t i = 0; i < indices.size(); ++i) {
-    DrawIndex(plot, *indices[i], {x + (i % 2 == 0 ? 0 : kIndexColumn), y}, kIndexText,
+    DrawIndex(plot, *indices[i], {x + (i % 2 == 0 ? 0 : kIndexColumn), y}, kIndexText * scale, step,
               WithoutUnit(ValueText(plot, *indices[i])), "index");
-    if (i % 2 == 1) y += kLineStep;
+    if (i % 2 == 1) y += step;
   }
 }
 

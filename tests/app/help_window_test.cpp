@@ -106,10 +106,11 @@ TEST_F(HelpTest, DisplaysComeBackAtTheNextStart) {
   ASSERT_FALSE(SaveFile(path, WriteRaw(test::ReferenceConvective())));
   window.OpenFiles({path});
   window.Run(Command::SevereWeather);
+  window.Run(Command::Analyze);
   window.Run(Command::Hodograph);
   window.close();
   EXPECT_EQ(ReadList(folder.Path(), kAnalysisMemory),
-            (std::vector<std::string>{"SvrWx", "Hodograph"}));
+            (std::vector<std::string>{"InfoPanel", "SvrWx", "Hodograph"}));
 
   Program next;
   next.Current.Ask = &interaction;
