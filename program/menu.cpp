@@ -100,6 +100,8 @@ constexpr MenuRow kMenuTree[] = {
     {"mnuDisplay", "mnuSoaring", "S&oaring", Command::Soaring, "Thermals of the day"},
     {"mnuDisplay", "mnuCrossSectionReturn", "Cross-Section", Command::NotBuilt,
      "Not in this version: the return to a cross-section"},
+    {"mnuDisplay", "mnuListings", "&Listings", Command::NotBuilt,
+     "Not in this version: listings in a window; Print Image prints them"},
     {"mnuDisplay", "mnuAnalyze", "&Analyze", Command::Analyze,
      "Show or hide the panel of all indices", "F4"},
     {"mnuDisplay", "mnuForecast", "F&orecast", Command::NotBuilt,

@@ -30,7 +30,6 @@ constexpr NeedRow kNeedSounding[] = {
     {"mnuWinter", "(winter weather)"},
     {"mnuScale", "(layer analyzer)"},
     {"mnuSoaring", "(soaring)"},
-    {"mnuListings", "(listings)"},
     {"mnuRestore", "(restore)"},
     {"mnuCompare", "(compare sounding)"},
     {"mnuOverlay", "(overlay soundings)"},
