@@ -1,5 +1,6 @@
 #include "app/screenshot.h"
 
+#include <memory>
 #include <QApplication>
 #include <QPixmap>
 #include <QString>
@@ -43,11 +44,21 @@ void ChoosePage(QWidget& shown, const WindowToShow& what) {
   if (tabs != nullptr && what.Tab) tabs->setCurrentIndex(*what.Tab - 1);
 }
 
-// A dialog may keep its command from returning: what follows is done by the clock.
+// A dialog keeps its command from returning, so what follows is done by the clock: once the command
+// has returned or a dialog is up.
 template <class Then>
 void Open(SoundingWindow& window, const WindowToShow& what, Then then) {
-  QTimer::singleShot(kSettleMs, &window, then);
+  const auto returned = std::make_shared<bool>(false);
+  auto* clock = new QTimer(&window);
+  QObject::connect(clock, &QTimer::timeout, &window, [clock, returned, then] {
+    if (!*returned && QApplication::activeModalWidget() == nullptr) return;
+    clock->stop();
+    clock->deleteLater();
+    then();
+  });
+  clock->start(kSettleMs);
   if (what.Opens != Command::None) window.Run(what.Opens);
+  *returned = true;
 }
 
 }  // namespace
