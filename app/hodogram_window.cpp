@@ -5,6 +5,7 @@
 #include <QComboBox>
 #include <QHBoxLayout>
 #include <QPushButton>
+#include <QScreen>
 #include <QString>
 #include <QVBoxLayout>
 #include <utility>
@@ -13,6 +14,8 @@
 
 namespace vexa {
 namespace {
+
+constexpr QSize kSmallest(780, 560);  // fits a screen of 800 x 600
 
 constexpr int kFrameMs = 16;
 constexpr double kDegreesPerPixel = 0.4;
@@ -46,7 +49,7 @@ HodogramWindow::HodogramWindow(Program& program, std::function<void()> closed, Q
     const Hodogram3DSettings& set = program_.Hodogram;
     Turn(set.Step * static_cast<double>(sinceFrame_.restart()) / set.RotationMs, 0);
   });
-  resize(960, 760);
+  resize(QSize(960, 760).boundedTo(screen()->availableSize()).expandedTo(kSmallest));
 }
 
 void HodogramWindow::BuildControls() {

@@ -11,6 +11,7 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScreen>
 #include <QScrollBar>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
@@ -25,6 +26,8 @@
 
 namespace vexa {
 namespace {
+
+constexpr QSize kSmallest(780, 560);  // fits a screen of 800 x 600
 
 constexpr int kColumnWidth = 430;  // pixels, of the controls
 
@@ -87,7 +90,7 @@ HodographWindow::HodographWindow(Program& program, std::function<void(Changes)> 
   row->addWidget(side);
   BuildDragging();
   LoadCompared(program_);
-  resize(1280, 720);
+  resize(QSize(1280, 720).boundedTo(screen()->availableSize()).expandedTo(kSmallest));
 }
 
 HodographWindow::~HodographWindow() {

@@ -4,27 +4,29 @@
 #include <filesystem>
 #include <optional>
 #include <QApplication>
-#include <QDialog>
+#include <QFont>
+#include <QImage>
 #include <QPixmap>
 #include <QScreen>
+#include <QSplashScreen>
 #include <QString>
 #include <QStringList>
-#include <QTabWidget>
 #include <QTimer>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "app/config_window.h"
-#include "app/diagram_view.h"
-#include "app/option_control.h"
+#include "app/qt_text.h"
+#include "app/screenshot.h"
 #include "app/sounding_window.h"
 #include "app/window_interaction.h"
 #include "core/files.h"
 #include "core/numbers.h"
 #include "core/platform.h"
+#include "output/paint/paint.h"
 #include "program/command_line.h"
 #include "program/program.h"
+#include "program/start_picture.h"
 #include "program/start_up.h"
 
 namespace vexa {
@@ -35,13 +37,12 @@ constexpr ArgumentRow kArguments[] = {
     {"--size", "", "WxH", "size of the window in pixels"},
     {"--set", "", "\"KEY=VALUE\"", "set an option, may be repeated"},
     {"--screenshot", "", "OUT.png", "save a picture of the window and exit"},
-    {"--show", "", "NAME", "open a form at start: Config, Diagram or System"},
-    {"--tab", "", "NUMBER", "page of that form, from 1"},
+    {"--show", "", "NAME", "open a window at start, by its name or its menu entry's"},
+    {"--tab", "", "NUMBER", "page of that window, from 1"},
     {"--help", "-h", "", "show this text"},
     {"--version", "", "", "show the version"},
 };
 
-constexpr int kLongestWaitMs = 20000;
 constexpr int kFailed = 1;
 constexpr int kWrongUsage = 2;
 
@@ -63,21 +64,27 @@ void TellKept(const WindowInteraction& interaction) {
   for (const Box& box : interaction.Kept()) Say(stderr, "vexa: " + box.Text + "\n");
 }
 
-// Waits for the picture to be on the window, then saves the window as an image. A window system
-// that never shows the window ends the wait.
-int TakeScreenshot(SoundingWindow& window, QWidget& shown, const std::string& name) {
-  bool saved = false;
-  const auto grab = [&] {
-    saved = shown.grab().save(QString::fromStdString(name), "PNG");
-    QApplication::exit();
-  };
-  // Not from within the paint event: the window is whole only after it.
-  window.View().OnPainted([&] { QTimer::singleShot(0, &window, grab); });
-  QTimer::singleShot(kLongestWaitMs, &window, [] { QApplication::exit(); });
-  window.show();
-  QApplication::exec();
-  if (!saved) Say(stderr, "vexa: " + name + ": the picture cannot be saved\n");
-  return saved ? 0 : kFailed;
+// The picture shown at start: the file in the program folder, made when it is not there.
+QPixmap StartPixmap(const Program& program) {
+  const std::filesystem::path path = program.Where.Root / kStartPicture;
+  const QString name = ToQString(TextFromPath(path));
+  QPixmap pixmap(name);
+  if (!pixmap.isNull()) return pixmap;
+  const Picture picture = StartPicture();
+  QImage image = paint::ToImage(picture, static_cast<int>(picture.Width()),
+                                static_cast<int>(picture.Height()));
+  image.save(name, "BMP");  // without it the picture is drawn again next time
+  return QPixmap::fromImage(image);
+}
+
+// Where the named fonts are missing, those of the same widths and the common ones take their place.
+void NameFonts() {
+  QFont::insertSubstitutions(QStringLiteral("Courier New"), {QStringLiteral("Liberation Mono"),
+                                                             QStringLiteral("DejaVu Sans Mono")});
+  for (const char* name : {"Arial", "Verdana"}) {
+    QFont::insertSubstitutions(QString::fromLatin1(name),
+                               {QStringLiteral("Liberation Sans"), QStringLiteral("DejaVu Sans")});
+  }
 }
 
 }  // namespace
@@ -112,13 +119,14 @@ int RunWindow(int argc, char** argv) {
     if (!parsed) return WrongUsage(parsed.Error());
     size = parsed.Value();
   }
-  const FormRow* form = nullptr;
-  if (const auto wanted = arguments.Value().Value("--show")) {
-    form = FindForm(*wanted);
-    if (form == nullptr) {
-      return WrongUsage({kFaultInvalidValue, "RunWindow", "there is no form \"" + *wanted + '"'});
+  WindowToShow wanted;
+  if (const auto name = arguments.Value().Value("--show")) {
+    wanted.Opens = CommandToShow(*name);
+    if (wanted.Opens == Command::None) {
+      return WrongUsage({kFaultInvalidValue, "RunWindow", "there is no window \"" + *name + '"'});
     }
   }
+  wanted.Tab = ParseWhole(arguments.Value().Value("--tab").value_or(""));
   const std::vector<std::string> assignments = arguments.Value().Values("--set");
   if (Options alone; const auto fault = SetOptions(alone, assignments)) return WrongUsage(*fault);
   const std::optional<std::string> screenshot = arguments.Value().Value("--screenshot");
@@ -134,6 +142,13 @@ int RunWindow(int argc, char** argv) {
     start.ScreenHeight = screen->size().height();
     program.Resolution = Shortest(start.ScreenWidth) + "x" + Shortest(start.ScreenHeight);
   }
+  QSplashScreen splash;
+  start.Done = [&](std::string_view mark) {
+    if (mark == kFontStage) NameFonts();
+    if (mark != kPictureStage) return;
+    splash.setPixmap(StartPixmap(program));
+    if (!screenshot) splash.show();
+  };
   StartUp(program, start);
   if (const auto fault = SetOptions(program.Set, assignments)) return WrongUsage(*fault);
   program.Written = program.Settings;  // what is set for one run is not kept
@@ -146,20 +161,19 @@ int RunWindow(int argc, char** argv) {
   changes.View = true;  // the grid is drawn without a sounding, too
   window.Show(changes);
 
-  QWidget* shown = &window;
-  if (form != nullptr) {
-    window.ShowForm(*form);
-    if (auto* dialog = window.findChild<QDialog*>(ToQString(form->Name))) shown = dialog;
-    auto* tabs = shown->findChild<QTabWidget*>();
-    const auto page = ParseWhole(arguments.Value().Value("--tab").value_or(""));
-    if (tabs != nullptr && page) tabs->setCurrentIndex(*page - 1);
-  }
   if (screenshot) {
-    const int code = program.Plot ? TakeScreenshot(window, *shown, *screenshot) : kFailed;
+    const bool saved = program.Plot && TakeScreenshot(window, wanted, *screenshot);
+    if (!saved) Say(stderr, "vexa: " + *screenshot + ": the picture cannot be saved\n");
     TellKept(interaction);
-    return opened ? code : kFailed;
+    return opened && saved ? 0 : kFailed;
   }
   window.show();
+  splash.finish(&window);
+  if (wanted.Opens == Command::None) {
+    QTimer::singleShot(0, &window, [&window] { window.RestoreDisplays(); });
+  } else {
+    OpenAfterPainting(window, wanted);
+  }
   return QApplication::exec();
 }
 

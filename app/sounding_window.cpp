@@ -29,15 +29,19 @@
 #include "app/config_window.h"
 #include "app/diagram_view.h"
 #include "app/display_window.h"
+#include "app/help_window.h"
 #include "app/hodogram_window.h"
 #include "app/hodograph_window.h"
 #include "app/option_control.h"
 #include "app/output_actions.h"
+#include "app/screenshot.h"
 #include "app/severe_table_window.h"
+#include "core/error_report.h"
 #include "core/files.h"
 #include "program/displays.h"
 #include "program/menu.h"
 #include "program/readout.h"
+#include "program/session_memory.h"
 #include "program/settings_commands.h"
 
 namespace vexa {
@@ -70,6 +74,7 @@ SoundingWindow::SoundingWindow(Program& program, WindowInteraction& interaction)
 // Its parts outlive it by a little, and must not report to it any more.
 SoundingWindow::~SoundingWindow() {
   view_->OnPointer({});
+  dock_->disconnect(this);
   interaction_.Attach(nullptr, {});
 }
 
@@ -83,12 +88,12 @@ void SoundingWindow::BuildMenus() {
     if (row.Does == Command::None) {
       QMenu* menu = in == nullptr ? menuBar()->addMenu(caption) : in->addMenu(caption);
       menu->setObjectName(ToQString(row.Name));
+      menu->setToolTipsVisible(true);
       menus[row.Name] = menu;
       continue;
     }
     QAction* entry = in == nullptr ? menuBar()->addAction(caption) : in->addAction(caption);
     entry->setObjectName(ToQString(row.Name));
-    entry->setStatusTip(ToQString(row.Hint));
     if (!row.Key.empty()) entry->setShortcut(QKeySequence(ToQString(row.Key)));
     if (row.IsChecked != nullptr) {
       entry->setCheckable(true);
@@ -101,6 +106,7 @@ void SoundingWindow::BuildMenus() {
     connect(entry, &QAction::triggered, this, [this, does = row.Does] { Run(does); });
     entries_.emplace_back(entry, &row);
   }
+  new HelpKey(program_, this);
   auto* stop = new QShortcut(QKeySequence(Qt::Key_Escape), this);
   stop->setObjectName(QStringLiteral("EscapeKey"));
   connect(stop, &QShortcut::activated, this, [this] { program_.Gate.Stop(); });
@@ -152,6 +158,12 @@ void SoundingWindow::Run(Command command) {
     OpenDisplay(*row);
   } else if (command == Command::SevereTable) {
     OpenSevereTable();
+  } else if (const std::string_view topic = HelpTopicOf(command); !topic.empty()) {
+    OpenHelp(program_, this).ShowTopic(topic);
+  } else if (command == Command::SoundingDiagram) {
+    raise();
+    activateWindow();
+    view_->setFocus();
   } else if (command == Command::Analyze) {
     dock_->setVisible(!dock_->isVisible());
     dock_->Follow();
@@ -218,6 +230,29 @@ void SoundingWindow::RememberPlace() {
   place.Top = whole.top();
 }
 
+void SoundingWindow::RememberDisplays() {
+  if (program_.Where.Root.empty()) return;
+  std::vector<std::string> names;
+  if (dock_->isVisible()) names.push_back(dock_->objectName().toStdString());
+  for (const auto& [row, window] : displays_) {
+    if (!window.isNull() && window->isVisible()) names.emplace_back(row->Name);
+  }
+  if (program_.ShowsHodograph) names.push_back(hodograph_->objectName().toStdString());
+  if (program_.ShowsHodogram) names.push_back(hodogram_->objectName().toStdString());
+  if (const auto fault = WriteList(program_.Where.Root, kAnalysisMemory, names)) {
+    ErrorReport(program_.Current, *fault);
+  }
+}
+
+void SoundingWindow::RestoreDisplays() {
+  if (!program_.Set.System.AutoAnalysisLoad || program_.Current.FileName.empty()) return;
+  for (const std::string& name : ReadList(program_.Where.Root, kAnalysisMemory)) {
+    if (const Command command = CommandToShow(name); command != Command::None) Run(command);
+  }
+  raise();
+  activateWindow();
+}
+
 void SoundingWindow::Show(Changes changes) {
   Refresh(program_, changes);
   if (!program_.Gate.IsOpen()) return;  // the command that runs will show its own result
@@ -279,6 +314,9 @@ void SoundingWindow::ShowDisplays() {
 
 void SoundingWindow::ShowChecks() {
   for (const auto& [entry, row] : entries_) {
+    entry->setEnabled(IsEnabled(*row, program_));
+    entry->setStatusTip(ToQString(HintOf(*row, program_)));
+    entry->setToolTip(entry->statusTip());
     if (row->IsChecked != nullptr) entry->setChecked(row->IsChecked(program_));
     if (row->Shows == nullptr) continue;
     const std::string caption = row->Shows(program_);
@@ -310,6 +348,7 @@ void SoundingWindow::ShowReadout(const std::optional<Point>& at) {
 void SoundingWindow::closeEvent(QCloseEvent* event) {
   if (program_.Gate.MayClose()) {
     RememberPlace();
+    RememberDisplays();
     KeepSettings(program_);
     event->accept();
   } else {

@@ -49,6 +49,9 @@ class SoundingWindow : public QMainWindow {
   /// Takes the size and place that the window had when the program was left.
   void PlaceAsBefore();
 
+  /// Opens the displays that were shown when the program was left.
+  void RestoreDisplays();
+
   DiagramView& View() { return *view_; }
   HodographWindow* Hodograph() { return hodograph_.get(); }  // null while it is not up
   HodogramWindow* Hodogram() { return hodogram_.get(); }
@@ -60,6 +63,7 @@ class SoundingWindow : public QMainWindow {
 
  private:
   void RememberPlace();
+  void RememberDisplays();
   void BuildMenus();
   void BuildPanels();
   void ShowState();

@@ -60,6 +60,11 @@ void SystemWriter::TextRecord(std::string_view text) {
   text_.EndRecord();
 }
 
+void SystemWriter::NumberRecord(std::span<const double> numbers) {
+  for (const double number : numbers) text_.Number(number);
+  text_.EndRecord();
+}
+
 void SystemWriter::Field(const RowInfo& row, const std::string& value) {
   const std::optional<double> number = IsBare(row.Kind) ? ParseNumber(value) : std::nullopt;
   if (number) {
@@ -91,6 +96,22 @@ std::optional<std::string> SystemReader::TextRecord(std::string_view what) {
   std::vector<std::string> fields = NextRecord({&row});
   if (fields.empty()) return std::nullopt;
   return std::move(fields.front());
+}
+
+std::optional<std::vector<double>> SystemReader::NumberRecord(std::string_view what,
+                                                              std::size_t count) {
+  const RowInfo row{.Key = what, .Kind = OptionKind::Number};
+  std::vector<double> numbers;
+  for (const std::string& field : NextRecord(std::vector<const RowInfo*>(count, &row))) {
+    const std::optional<double> number = ParseNumber(field);
+    if (!number) {
+      Refuse(row, field);
+      return std::nullopt;
+    }
+    numbers.push_back(*number);
+  }
+  if (numbers.size() != count) return std::nullopt;
+  return numbers;
 }
 
 std::vector<std::string> SystemReader::NextRecord(const std::vector<const RowInfo*>& rows) {

@@ -45,6 +45,7 @@ class SystemWriter {
  public:
   SystemWriter();  // with the header record
   void TextRecord(std::string_view text);
+  void NumberRecord(std::span<const double> numbers);
   template <class S>
   void Write(const S& settings, const Records<S>& records) {
     for (const auto& record : records) {
@@ -67,6 +68,8 @@ class SystemReader {
 
   /// The single text of a record; empty when there is none.
   std::optional<std::string> TextRecord(std::string_view what);
+  /// A record of so many bare numbers; empty when it holds anything else.
+  std::optional<std::vector<double>> NumberRecord(std::string_view what, std::size_t count);
 
   /// Every row gets what the file says of it, or its default where the file says nothing that the
   /// row takes. A record ends with its line: what one lacks or has too much does not shift the

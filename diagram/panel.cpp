@@ -10,6 +10,7 @@
 #include "analysis/index_table.h"
 #include "core/markers.h"
 #include "core/numbers.h"
+#include "diagram/mapping.h"
 
 namespace vexa::diagram {
 namespace {
@@ -20,7 +21,7 @@ constexpr double kTableText = 104;
 constexpr double kIndexText = 100;
 constexpr double kIndexColumn = 1020;  // from one column of indices to the next
 constexpr double kMargin = 80;
-constexpr double kBelow = 8950;  // the page ends there: more lines stand closer and smaller
+constexpr double kPanelBottom = kPageHeight - 60;
 constexpr std::string_view kNoValue = "--";
 
 // Rows of the chosen parcel's column, in their order.
@@ -159,7 +160,7 @@ std::string WithoutUnit(const std::string& value) {
 }
 
 // A label and its value; the pointer over it asks for its explanation by the label.
-void DrawIndex(Plot& plot, const analysis::IndexValue& index, Point at, double size,
+void DrawIndex(Plot& plot, const analysis::IndexValue& index, Point at, double size, double step,
                const std::string& value, std::string_view tag) {
   const double letter = 0.6 * size;
   DrawMono(plot, std::string(tag) + " label", at, std::string(index.Row->Label), size,
@@ -167,7 +168,7 @@ void DrawIndex(Plot& plot, const analysis::IndexValue& index, Point at, double s
   DrawMono(plot, std::string(tag) + " value", {at.X + 11 * letter, at.Y}, value, size,
            plot.Inks.Ink);
   const double width = letter * (11 + static_cast<double>(value.size()));
-  plot.Page.AddHotSpot({{at.X, at.Y - kLineStep / 2, at.X + width, at.Y + kLineStep / 2},
+  plot.Page.AddHotSpot({{at.X, at.Y - step / 2, at.X + width, at.Y + step / 2},
                         std::string(kIndexSpot),
                         std::string(Trim(index.Row->Label))});
 }
@@ -191,7 +192,9 @@ void DrawPanel(Plot& plot) {
   const std::string position = PositionText(plot.Sounding());
   const double lines = static_cast<double>(rows.size() + table.size() + indexLines) +
                        (position.empty() ? 1 : 2) + (indices.empty() ? 0.0 : 0.5);
-  const double scale = std::min(1.0, (kBelow - top - kMargin) / (lines * kLineStep));
+  // Many lines stand closer, in smaller letters, so that the box ends on the page.
+  const double room = kPanelBottom - top - kMargin;
+  const double scale = std::min(1.0, room / (lines * kLineStep));
   const double step = kLineStep * scale;
   const double height = step * lines + kMargin;
   const Rect box{kPanel.Left, top, kPanel.Right, top + height};
@@ -208,7 +211,7 @@ void DrawPanel(Plot& plot) {
     y += step;
   }
   for (const analysis::IndexValue* row : rows) {
-    DrawIndex(plot, *row, {x, y}, kLineText * scale, ValueText(plot, *row), "analysis");
+    DrawIndex(plot, *row, {x, y}, kLineText * scale, step, ValueText(plot, *row), "analysis");
     y += step;
   }
   y += step / 2;
@@ -219,7 +222,7 @@ void DrawPanel(Plot& plot) {
   }
   y += step / 2;
   for (std::size_t i = 0; i < indices.size(); ++i) {
-    DrawIndex(plot, *indices[i], {x + (i % 2 == 0 ? 0 : kIndexColumn), y}, kIndexText * scale,
+    DrawIndex(plot, *indices[i], {x + (i % 2 == 0 ? 0 : kIndexColumn), y}, kIndexText * scale, step,
               WithoutUnit(ValueText(plot, *indices[i])), "index");
     if (i % 2 == 1) y += step;
   }

@@ -7,9 +7,11 @@
 #include <utility>
 
 #include "core/data_checks.h"
+#include "core/error_report.h"
 #include "core/files.h"
 #include "ingest/decoder.h"
 #include "program/commands.h"
+#include "program/session_memory.h"
 
 namespace vexa::commands {
 namespace {
@@ -67,6 +69,16 @@ void MakeRecentFiles(Program& program) {
   files.front() = latest;
 }
 
+std::vector<std::string> ListedTexts(const Program& program) {
+  std::vector<std::string> texts;
+  for (const std::filesystem::path& path : program.Listed) {
+    std::error_code failed;
+    const std::filesystem::path whole = std::filesystem::absolute(path, failed);
+    texts.push_back(TextFromPath(failed ? path : whole));
+  }
+  return texts;
+}
+
 }  // namespace
 
 Changes Open(Program& program) {
@@ -112,8 +124,12 @@ Changes OpenRecentFile(Program& program, std::size_t number) {
 
 bool IsAutoLoaded(const Program& program) {
   const SystemOptions& set = program.Set.System;
-  return set.Autoload && !program.Current.FileName.empty() &&
-         set.AutoFile == program.Current.FileName &&
+  if (!set.Autoload || program.Current.FileName.empty()) return false;
+  if (set.AutoFile == kMultipleMarker) {
+    return program.Listed.size() > 1 &&
+           ReadList(program.Where.Root, kSoundingList) == ListedTexts(program);
+  }
+  return program.Listed.size() < 2 && set.AutoFile == program.Current.FileName &&
          set.AutoDrive == TextFromPath(program.Current.DataFolder);
 }
 
@@ -124,9 +140,16 @@ Changes AutoLoad(Program& program) {
     return {};
   }
   if (program.Current.FileName.empty()) return {};
+  const bool isMultiple = program.Listed.size() > 1;
+  if (isMultiple) {
+    if (const auto fault = WriteList(program.Where.Root, kSoundingList, ListedTexts(program))) {
+      ErrorReport(program.Current, *fault);
+      return {};
+    }
+  }
   set.Autoload = true;
   set.AutoDrive = TextFromPath(program.Current.DataFolder);
-  set.AutoFile = program.Current.FileName;
+  set.AutoFile = isMultiple ? std::string(kMultipleMarker) : program.Current.FileName;
   set.AutoType = program.Current.Record.DataFormat;
   return {};
 }

@@ -24,6 +24,13 @@ struct MenuRow {
   bool IsSwitch = false;  // checked by itself, not one of its menu's choices
 };
 
+/// Whether an entry can be chosen now: displays and tables of a sounding need one to be loaded.
+bool IsEnabled(const MenuRow& row, const Program& program);
+
+/// What the status bar shows of an entry: its hint or, while it cannot be chosen, what it lacks:
+/// "(severe weather) needs a sounding".
+std::string HintOf(const MenuRow& row, const Program& program);
+
 /// Every menu and entry in order; a menu stands ahead of its entries.
 std::span<const MenuRow> MenuTree();
 

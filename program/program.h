@@ -58,6 +58,14 @@ enum class Command {
   Recent5,
   Hodograph,
   Hodogram,
+  SoundingDiagram,  // these by the window
+  HelpMain,
+  HelpContents,
+  HelpShortcuts,
+  HelpSupport,
+  HelpWebSite,
+  HelpUpdates,
+  NotBuilt,  // entries of displays that this version lacks
 };
 
 /// What a command changed, hence what is no longer true of the results and the picture.
@@ -84,7 +92,8 @@ struct Program {
   analysis::AnalysisResults Results{};   // of Current.Record under Set
   std::vector<SoundingRecord> Others{};  // overlay and comparison
   Folders Where{};
-  StationList Stations{};  // of the root folder, for soundings that give a number only
+  std::filesystem::path HelpFile{};  // empty: none was found
+  StationList Stations{};            // of the root folder, for soundings that give a number only
 
   analysis::SevereTable Severe = analysis::DefaultSevereTable();
 

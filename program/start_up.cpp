@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 #include <system_error>
+#include <vector>
 
 #include "core/error_report.h"
 #include "core/files.h"
@@ -13,6 +14,8 @@
 #include "core/station_file.h"
 #include "program/commands.h"
 #include "program/displays.h"
+#include "program/reference_tables.h"
+#include "program/session_memory.h"
 #include "program/settings_commands.h"
 
 namespace vexa {
@@ -27,10 +30,41 @@ void FindFolders(Program& program, const StartArguments& arguments) {
   }
 }
 
+// The help text lies in the program folder, where a user may translate it; else the shipped one.
+void FindHelp(Program& program, const StartArguments& arguments) {
+  FindFolders(program, arguments);
+  std::error_code ignored;
+  const std::filesystem::path own = program.Where.Root / kHelpFile;
+  program.HelpFile =
+      std::filesystem::exists(own, ignored) ? own : ShippedFile(arguments.ProgramFolder, kHelpFile);
+}
+
+template <SettingsFile kFile>
 void ReadSettings(Program& program, const StartArguments&) {
-  LoadSettings(program.Where.Root, program.Settings, program.Notices);
+  if (kFile == SettingsFile::System) program.Settings = {};
+  LoadSettingsFile(program.Where.Root, kFile, program.Settings, program.Notices);
   program.Written = program.Settings;
-  FollowFolders(program);
+  if (kFile == SettingsFile::Main) FollowFolders(program);
+}
+
+void ChooseFonts(Program&, const StartArguments&) {}  // by the window, once the stage is told
+
+void TellOfTable(Program& program, std::string_view file, const Outcome<TableState>& state) {
+  if (!state) {
+    program.Notices.push_back(state.Error().Detail + '.');
+  } else if (state.Value() == TableState::Rebuilt) {
+    program.Notices.push_back(std::string(file) + " was damaged and has been built anew.");
+  }
+}
+
+template <std::size_t kNumber>
+void ReadTable(Program& program, const StartArguments&) {
+  const ReferenceTable& table = ReferenceTables()[kNumber];
+  TellOfTable(program, table.File, ReadOrBuild(table, program.Where.Root));
+}
+
+void ReadReference(Program& program, const StartArguments&) {
+  TellOfTable(program, kReferenceSounding, ReadOrBuildReference(program.Where.Root));
 }
 
 // Without a list of its own and without a shipped one the program works, and says of each sounding
@@ -84,9 +118,33 @@ void CheckScreen(Program& program, const StartArguments& arguments) {
                   "resolution."});
 }
 
+void CheckSurroundings(Program& program, const StartArguments& arguments) {
+  ReadStationList(program, arguments);
+  CheckFolders(program, arguments);
+  CheckScreen(program, arguments);
+}
+
+void PrepareWindow(Program& program, const StartArguments&) {
+  LoadSevereTable(program);
+}
+
 using Stage = void (*)(Program&, const StartArguments&);
-constexpr Stage kStages[] = {FindFolders,   ReadSettings, ReadStationList,
-                             ClearSounding, CheckFolders, CheckScreen};
+constexpr Stage kStages[] = {FindHelp,
+                             ReadSettings<SettingsFile::System>,
+                             ReadSettings<SettingsFile::Soaring>,
+                             ReadSettings<SettingsFile::Hodograph>,
+                             ReadSettings<SettingsFile::Hodogram3D>,
+                             ReadSettings<SettingsFile::Main>,
+                             ChooseFonts,
+                             ReadSettings<SettingsFile::Window>,
+                             ReadSettings<SettingsFile::Listing>,
+                             ClearSounding,
+                             ReadTable<0>,
+                             ReadTable<1>,
+                             ReadTable<2>,
+                             ReadReference,
+                             CheckSurroundings,
+                             PrepareWindow};
 
 // "AA" for the first stage, "BB" for the second: recorded while it runs, for the error reporter.
 std::string StageMark(std::size_t number) {
@@ -99,13 +157,20 @@ void StartUp(Program& program, const StartArguments& arguments) {
   for (std::size_t i = 0; i < std::size(kStages); ++i) {
     const ProcedureScope here(program.Current, StageMark(i));
     kStages[i](program, arguments);
+    if (arguments.Done) arguments.Done(StageMark(i));
   }
-  LoadSevereTable(program);
 }
 
 Changes LoadAtStart(Program& program) {
   const SystemOptions& set = program.Set.System;
-  if (!set.Autoload || set.AutoFile.empty() || set.AutoFile == kMultipleMarker) return {};
+  if (!set.Autoload || set.AutoFile.empty()) return {};
+  if (set.AutoFile == kMultipleMarker) {
+    std::vector<std::filesystem::path> paths;
+    for (const std::string& name : ReadList(program.Where.Root, kSoundingList)) {
+      paths.push_back(PathFromText(name));
+    }
+    return OpenSoundings(program, paths);
+  }
   const Changes changes =
       OpenSoundings(program, {PathFromText(set.AutoDrive) / PathFromText(set.AutoFile)});
   // Another program may have put something else in the file's place since it was chosen.

@@ -2,8 +2,10 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "program/program.h"
 
@@ -14,7 +16,14 @@ struct StartArguments {
   std::filesystem::path ProgramFolder{};  // where the program stands
   int ScreenWidth = 0;                    // pixels; 0: not known
   int ScreenHeight = 0;
+  /// Told of each stage's mark, "AA" to "PP", when the stage is done.
+  std::function<void(std::string_view mark)> Done{};
 };
+
+inline constexpr std::string_view kHelpFile = "VEXA.HLP";
+inline constexpr std::string_view kStartPicture = "VEXA57.BMP";
+inline constexpr std::string_view kPictureStage = "BB";  // the start-up picture may be shown
+inline constexpr std::string_view kFontStage = "GG";     // the fonts may be chosen
 
 /// Runs the stages of the start; afterwards the main window may open. Faults are told to the user,
 /// and the start goes on: a sounding can be looked at without any folder of the program's own.

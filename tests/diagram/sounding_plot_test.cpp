@@ -236,6 +236,36 @@ TEST(SoundingPlot, NothingLeavesThePageAndLinesStayInTheFrame) {
   }
 }
 
+// The small hodograph takes the panel's upper part, and every group of indices is shown.
+TEST(SoundingPlot, AFullAnalysisBoxEndsOnThePage) {
+  Options options;
+  options.PanelEurope = options.PanelFog = true;
+  const SoundingRecord sounding = test::ReferenceConvective();
+  const analysis::AnalysisResults results = analysis::Analyse(sounding, options);
+  const Picture inset(100, 100, Color{});
+  const SoundingPlot plot = *PlotSounding(
+      {.Sounding = sounding, .Results = results, .Set = options, .Hodograph = &inset});
+  const auto box = Tagged(plot.Page, "analysis box");
+  ASSERT_EQ(box.size(), 1u);
+  double bottom = 0;
+  double right = 0;
+  for (const Point& corner : std::get<Area>(box[0]->Shape).Rings.at(0)) {
+    bottom = std::max(bottom, corner.Y);
+    right = std::max(right, corner.X);
+  }
+  EXPECT_LE(bottom, 9000);
+  for (const char* tag : {"analysis value", "lift table", "index value"}) {
+    ASSERT_FALSE(Tagged(plot.Page, tag).empty()) << tag;
+    for (const Item* item : Tagged(plot.Page, tag)) {
+      const Label& label = std::get<Label>(item->Shape);
+      EXPECT_LE(label.At.Y + label.Size / 2, bottom) << label.Text;
+      // A letter of the fixed-width face is 0.6 of its size wide.
+      EXPECT_LE(label.At.X + 0.6 * label.Size * static_cast<double>(label.Text.size()), right)
+          << label.Text;
+    }
+  }
+}
+
 TEST(SoundingPlot, DarklinesDarkenEveryGridFamily) {
   Options options;
   const Palette pale = PaletteFor(options);

@@ -2,7 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
+#include <string>
+
 #include "core/files.h"
+#include "core/raw_file.h"
+#include "program/commands.h"
+#include "program/settings_commands.h"
 #include "support/soundings.h"
 
 namespace vexa {
@@ -10,20 +16,52 @@ namespace {
 
 namespace fs = std::filesystem;
 
-TEST(StartUp, MakesTheFoldersAndLeavesNothingElse) {
+TEST(StartUp, PassesItsStagesInOrderAndLeavesFoldersAndTables) {
   const test::TemporaryFolder folder;
   const fs::path root = folder.Path() / "vexa root";
   test::ScriptedInteraction user;
   Program program;
   program.Current.Ask = &user;
-  StartUp(program, {TextFromPath(root), {}});
-  int entries = 0;
+  std::string marks;
+  StartUp(program, {.Root = TextFromPath(root), .Done = [&](std::string_view mark) {
+                      marks += mark;
+                      EXPECT_EQ(program.Current.Procedure, mark);
+                    }});
+  EXPECT_EQ(marks, "AABBCCDDEEFFGGHHIIJJKKLLMMNNOOPP");
+  EXPECT_TRUE(program.Notices.empty());
+  std::set<std::string> entries;
   for (const auto& entry : fs::recursive_directory_iterator(root)) {
-    EXPECT_TRUE(entry.is_directory()) << entry.path();
-    ++entries;
+    entries.insert(entry.path().filename().string());
   }
-  EXPECT_EQ(entries, 4);
-  EXPECT_TRUE(fs::is_directory(root / "vexadata"));
+  EXPECT_EQ(entries,
+            (std::set<std::string>{"ExportData", "ForecastData", "REFERENCE.DAT", "VEXA.IKO",
+                                   "VEXA.SAT", "VEXA.WET", "crosdata", "vexadata"}));
+}
+
+TEST(StartUp, LoadsTheSoundingsThatWereMarkedTogether) {
+  const test::TemporaryFolder folder;
+  const auto saved = [&](const char* name, const SoundingRecord& record) {
+    EXPECT_FALSE(SaveFile(folder.Path() / name, WriteRaw(record)));
+    return folder.Path() / name;
+  };
+  test::ScriptedInteraction user;
+  {
+    Program program;
+    program.Current.Ask = &user;
+    StartUp(program, {TextFromPath(folder.Path())});
+    OpenSoundings(program, {saved("a.RAW", test::ReferenceWinter()),
+                            saved("b.RAW", test::ReferenceConvective())});
+    RunCommand(program, Command::AutoLoad);
+    EXPECT_TRUE(commands::IsAutoLoaded(program));
+    EXPECT_TRUE(KeepSettings(program));
+  }
+  Program next;
+  next.Current.Ask = &user;
+  StartUp(next, {TextFromPath(folder.Path())});
+  EXPECT_TRUE(LoadAtStart(next).Sounding);
+  EXPECT_EQ(next.Listed.size(), 2u);
+  EXPECT_EQ(next.Current.FileName, "a.RAW");
+  EXPECT_TRUE(commands::IsAutoLoaded(next));
 }
 
 TEST(StartUp, BringsTheStationListAndKeepsTheUsers) {

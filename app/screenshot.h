@@ -1,0 +1,33 @@
+// Opens any window of the program by its name, for a start with a window up and for pictures of
+// windows.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "program/program.h"
+
+class QWidget;
+
+namespace vexa {
+
+class SoundingWindow;
+
+/// The command that opens a window or form of this name, or that stands behind a menu entry of this
+/// name; None when there is none and for displays that this version lacks.
+Command CommandToShow(std::string_view name);
+
+struct WindowToShow {
+  Command Opens = Command::None;  // None: the main window alone
+  std::optional<int> Tab{};       // its page, from 1
+};
+
+/// Opens it over the main window once that has been painted.
+void OpenAfterPainting(SoundingWindow& window, const WindowToShow& what);
+
+/// Waits for the picture to be on the window, opens what is wanted and saves that as a PNG image.
+/// A window system that never shows the window ends the wait. False when no image was saved.
+bool TakeScreenshot(SoundingWindow& window, const WindowToShow& what, const std::string& name);
+
+}  // namespace vexa

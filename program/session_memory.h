@@ -1,0 +1,26 @@
+// What the main window remembers from one session to the next besides the settings: which displays
+// were shown, and the soundings that were opened together.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "core/fault.h"
+
+namespace vexa {
+
+inline constexpr std::string_view kAnalysisMemory = "VEXAanalysis.dat";
+inline constexpr std::string_view kSoundingList = "DATM.LST";
+
+/// The texts of a list file of the program folder, one a record; none when it is missing or is no
+/// such file.
+std::vector<std::string> ReadList(const std::filesystem::path& root, std::string_view name);
+
+/// Writes them; an unchanged file is not touched.
+[[nodiscard]] std::optional<Fault> WriteList(const std::filesystem::path& root,
+                                             std::string_view name,
+                                             const std::vector<std::string>& texts);
+
+}  // namespace vexa
