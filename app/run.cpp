@@ -26,6 +26,7 @@
 #include "output/paint/paint.h"
 #include "program/command_line.h"
 #include "program/program.h"
+#include "program/session_commands.h"
 #include "program/start_picture.h"
 #include "program/start_up.h"
 
@@ -156,7 +157,10 @@ int RunWindow(int argc, char** argv) {
   if (size) window.resize(size->Width, size->Height);
   std::vector<std::filesystem::path> paths;
   for (const std::string& file : arguments.Value().Files) paths.push_back(PathFromText(file));
-  Changes changes = paths.empty() ? LoadAtStart(program) : OpenSoundings(program, paths);
+  Changes changes = OfferSession(program);
+  if (!changes.Sounding) {
+    changes = paths.empty() ? LoadAtStart(program) : OpenSoundings(program, paths);
+  }
   const bool opened = paths.empty() || changes.Sounding;
   changes.View = true;  // the grid is drawn without a sounding, too
   window.Show(changes);

@@ -19,6 +19,7 @@
 #include <QSignalBlocker>
 #include <QStatusBar>
 #include <QString>
+#include <QTimer>
 #include <QToolTip>
 #include <QUrl>
 #include <QWidget>
@@ -29,6 +30,7 @@
 #include "app/config_window.h"
 #include "app/diagram_view.h"
 #include "app/display_window.h"
+#include "app/edit_actions.h"
 #include "app/help_window.h"
 #include "app/hodogram_window.h"
 #include "app/hodograph_window.h"
@@ -39,8 +41,10 @@
 #include "core/error_report.h"
 #include "core/files.h"
 #include "program/displays.h"
+#include "program/edit_commands.h"
 #include "program/menu.h"
 #include "program/readout.h"
+#include "program/session_commands.h"
 #include "program/session_memory.h"
 #include "program/settings_commands.h"
 
@@ -68,6 +72,12 @@ SoundingWindow::SoundingWindow(Program& program, WindowInteraction& interaction)
   BuildMenus();
   BuildPanels();
   interaction.Attach(this, [this](std::string_view text) { ShowStatus(text); });
+  auto* session = new QTimer(this);
+  session->setInterval(kKeepSessionMs);
+  connect(session, &QTimer::timeout, this, [this] {
+    if (const auto fault = KeepSession(program_)) ShowStatus(fault->Detail);
+  });
+  session->start();
   ShowState();
 }
 
@@ -167,6 +177,8 @@ void SoundingWindow::Run(Command command) {
   } else if (command == Command::Analyze) {
     dock_->setVisible(!dock_->isVisible());
     dock_->Follow();
+  } else if (RunEditCommand(program_, command, this, [this](Changes changes) { Show(changes); })) {
+    return;
   } else if (!RunOutputCommand(program_, command, this, view_->size())) {
     Show(RunCommand(program_, command));
   }
@@ -257,7 +269,11 @@ void SoundingWindow::Show(Changes changes) {
   Refresh(program_, changes);
   if (!program_.Gate.IsOpen()) return;  // the command that runs will show its own result
   ShowState();
-  if (program_.Leaving || program_.Gate.TakeDeferredClose()) close();
+  if (program_.Leaving || program_.Gate.TakeDeferredClose()) {
+    close();
+    return;
+  }
+  OpenCorrection(program_, this, [this](Changes edited) { Show(edited); });
 }
 
 void SoundingWindow::ShowState() {
@@ -346,7 +362,12 @@ void SoundingWindow::ShowReadout(const std::optional<Point>& at) {
 }
 
 void SoundingWindow::closeEvent(QCloseEvent* event) {
-  if (program_.Gate.MayClose()) {
+  const bool mayClose = program_.Gate.MayClose();
+  if (mayClose && !MayExit(program_)) {
+    program_.Leaving = false;
+    event->ignore();
+  } else if (mayClose) {
+    EndSession(program_);
     RememberPlace();
     RememberDisplays();
     KeepSettings(program_);

@@ -23,6 +23,9 @@ Changes AutoLoad(Program& program);
 /// Whether the sounding in work is the one that is loaded at start.
 bool IsAutoLoaded(const Program& program);
 
+/// Puts the file in work ahead of the recent files, each of which is listed once.
+void MakeRecentFiles(Program& program);
+
 Changes OpenRecentFile(Program& program, std::size_t number);
 
 template <std::size_t kNumber>

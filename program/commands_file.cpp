@@ -11,6 +11,7 @@
 #include "core/files.h"
 #include "ingest/decoder.h"
 #include "program/commands.h"
+#include "program/edit_commands.h"
 #include "program/session_memory.h"
 
 namespace vexa::commands {
@@ -59,16 +60,6 @@ void SortForStepping(std::vector<std::filesystem::path>& paths, const SystemOpti
   if (set.SoftFlip) std::ranges::reverse(paths);
 }
 
-// The latest first, each once.
-void MakeRecentFiles(Program& program) {
-  const std::string latest = TextFromPath(program.Current.FilePath());
-  auto& files = program.Settings.Window.RecentFiles;
-  const auto known = std::ranges::find(files, latest);
-  std::rotate(files.begin(), known == files.end() ? files.end() - 1 : known,
-              known == files.end() ? files.end() : known + 1);
-  files.front() = latest;
-}
-
 std::vector<std::string> ListedTexts(const Program& program) {
   std::vector<std::string> texts;
   for (const std::filesystem::path& path : program.Listed) {
@@ -80,6 +71,15 @@ std::vector<std::string> ListedTexts(const Program& program) {
 }
 
 }  // namespace
+
+void MakeRecentFiles(Program& program) {
+  const std::string latest = TextFromPath(program.Current.FilePath());
+  auto& files = program.Settings.Window.RecentFiles;
+  const auto known = std::ranges::find(files, latest);
+  std::rotate(files.begin(), known == files.end() ? files.end() - 1 : known,
+              known == files.end() ? files.end() : known + 1);
+  files.front() = latest;
+}
 
 Changes Open(Program& program) {
   const bool isUpdated = program.Set.AutoDirectoryUpdate && !program.Current.DataFolder.empty();
@@ -98,15 +98,31 @@ Changes Open(Program& program) {
 
 bool LoadOne(Program& program, const std::filesystem::path& path) {
   CurrentSounding& current = program.Current;
-  if (ingest::LoadSounding(current, path, 0, &program.Stations) != Status::Ok) return false;
-  // There is no window yet in which a fault could be corrected, so none is asked for: the status
-  // indicator tells of it.
-  const Silenced quiet(current);
-  DataQC(current);
+  const CurrentSounding before = current;
+  if (ingest::LoadSounding(current, path, 0, &program.Stations) != Status::Ok) {
+    // A damaged native file has left what could be read of it.
+    current.Record = before.Record;
+    current.FileName = before.FileName;
+    current.DataFolder = before.DataFolder;
+    current.QcFault = before.QcFault;
+    return false;
+  }
+  if (DataQC(current) == Status::QcCancel) {
+    current = before;
+    current.StatusText = Text(Status::QcCancel);
+    return false;
+  }
+  program.ToCorrect.reset();
+  if (current.QcFault != 0 && !current.Ask->Unattended()) {
+    program.ToCorrect = CheckRecord(current.Record);
+  }
+  program.History.Clear();
+  program.Loaded = current.Record;
   return true;
 }
 
 Changes LoadFirst(Program& program, const std::vector<std::filesystem::path>& paths) {
+  if (!paths.empty() && !MayLeaveSounding(program)) return {};
   for (std::size_t i = 0; i < paths.size(); ++i) {
     if (!LoadOne(program, paths[i])) continue;
     program.Listed = paths;

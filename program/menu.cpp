@@ -5,6 +5,7 @@
 #include "core/files.h"
 #include "core/numbers.h"
 #include "program/commands.h"
+#include "program/edit_commands.h"
 
 namespace vexa {
 namespace {
@@ -42,6 +43,30 @@ std::string RecentFile(const Program& program) {
          EscapeCaption(TextFromPath(PathFromText(file).filename()));
 }
 
+bool HasSounding(const Program& program) {
+  return program.Current.Record.NumTempLevels() > 0;
+}
+
+std::string UndoEntry(const Program& program) {
+  return "&" + EscapeCaption(program.History.UndoText());
+}
+
+std::string RedoEntry(const Program& program) {
+  return "&" + EscapeCaption(program.History.RedoText());
+}
+
+// An entry that works on the sounding in work.
+constexpr MenuRow OnSounding(std::string_view in, std::string_view name, std::string_view caption,
+                             Command does, std::string_view hint, std::string_view whenDisabled) {
+  return {.In = in,
+          .Name = name,
+          .Caption = caption,
+          .Does = does,
+          .Hint = hint,
+          .IsEnabled = HasSounding,
+          .WhenDisabled = whenDisabled};
+}
+
 template <bool Program::*Shown>
 bool IsUp(const Program& program) {
   return program.*Shown;
@@ -49,8 +74,21 @@ bool IsUp(const Program& program) {
 
 constexpr MenuRow kMenuTree[] = {
     {"", "mnuFile", "&File"},
+    {"mnuFile", "mnuNew", "&New Sounding", Command::NewSounding, "Enter a sounding by hand",
+     "Ctrl+N"},
     {"mnuFile", "mnuOpen", "&Open Sounding", Command::Open, "Choose one or more sounding files",
      "Ctrl+O"},
+    {.In = "mnuFile",
+     .Name = "mnuSaveAs",
+     .Caption = "&Save Sounding As...",
+     .Does = Command::SaveAs,
+     .Hint = "Save the sounding in the native format",
+     .Key = "Ctrl+S",
+     .IsEnabled = HasSounding,
+     .WhenDisabled = "Open a sounding first (save sounding)"},
+    OnSounding("mnuFile", "mnuInfo", "Proper&ties...", Command::Properties,
+               "Show where the sounding comes from and what it holds",
+               "Open a sounding first (sounding properties)"),
     {"mnuFile", "mnuAutoLoad", "Auto-&Load This Sounding", Command::AutoLoad,
      "Load this sounding whenever the program starts", "", false, commands::IsAutoLoaded, nullptr,
      true},
@@ -74,6 +112,48 @@ constexpr MenuRow kMenuTree[] = {
      false, nullptr, RecentFile<5>},
     {"mnuFile", "mnuExit", "E&xit", Command::Exit, "End the program", "Ctrl+Q", true},
     {"", "mnuEdit", "&Edit"},
+    {.In = "mnuEdit",
+     .Name = "mnuUndo",
+     .Caption = "&Undo",
+     .Does = Command::Undo,
+     .Hint = "Take back the last change of the sounding",
+     .Key = "Ctrl+Z",
+     .Shows = UndoEntry,
+     .IsEnabled = [](const Program& program) { return program.History.CanUndo(); },
+     .WhenDisabled = "Nothing was changed (undo)"},
+    {.In = "mnuEdit",
+     .Name = "mnuRedo",
+     .Caption = "&Redo",
+     .Does = Command::Redo,
+     .Hint = "Make the change again that was taken back last",
+     .Key = "Ctrl+Y",
+     .Shows = RedoEntry,
+     .IsEnabled = [](const Program& program) { return program.History.CanRedo(); },
+     .WhenDisabled = "Nothing was taken back (redo)"},
+    {.In = "mnuEdit",
+     .Name = "mnuEditFile",
+     .Caption = "Edit &DeCoded Data",
+     .Does = Command::EditDecoded,
+     .Hint = "Change the levels and the heading of the sounding",
+     .Key = "Ctrl+E",
+     .LineAbove = true,
+     .IsEnabled = HasSounding,
+     .WhenDisabled = "Open a sounding first (edit decoded data)"},
+    OnSounding("mnuEdit", "mnuEditData", "Edit &Source Data", Command::EditSource,
+               "Change the text that the sounding was decoded from",
+               "Open a sounding first (edit source data)"),
+    OnSounding("mnuEdit", "mnuEditSource", "Edit &Entire Source File", Command::EditEntireSource,
+               "Change the file that the sounding came from",
+               "Open a sounding first (edit source file)"),
+    OnSounding("mnuEdit", "mnuFilter", "Filter Sounding Data...", Command::Filter,
+               "Thin a sounding of high density", "Open a sounding first (filter sounding data)"),
+    {"mnuEdit", "mnuEditStation", "Edit Station &Locator File", Command::EditStations,
+     "Change the list of stations"},
+    OnSounding("mnuEdit", "mnuAddTemp", "Add/Delete &Temperature Data...", Command::AddTemp,
+               "Add or delete temperature levels",
+               "Open a sounding first (add/delete temperature data)"),
+    OnSounding("mnuEdit", "mnuAddWind", "Add/Delete &Wind Data...", Command::AddWind,
+               "Add or delete wind levels", "Open a sounding first (add/delete wind data)"),
     {"mnuEdit", "mnuEditMountain", "Edit &Mountain Parameter File", Command::NotBuilt,
      "Not in this version: the mountains of the mountain-wave display"},
     {"", "mnuDisplay", "&Displays"},
@@ -108,6 +188,13 @@ constexpr MenuRow kMenuTree[] = {
      "Not in this version: soundings of forecast models"},
     {"mnuDisplay", "mnuRefreshed", "&Refresh", Command::Refresh,
      "Redraw the diagram from the current data", "F5"},
+    {.In = "mnuDisplay",
+     .Name = "mnuRestore",
+     .Caption = "Restore",
+     .Does = Command::Restore,
+     .Hint = "Take the sounding as it was loaded",
+     .IsEnabled = commands::CanRestore,
+     .WhenDisabled = "The sounding is as it was loaded (restore)"},
     {"", "mnuOptions", "&Options"},
     {"mnuOptions", "mnuDiag", "&Diagram Options", Command::DiagramOptions,
      "Set what the diagram shows and how", "F8"},
@@ -135,6 +222,9 @@ constexpr MenuRow kMenuTree[] = {
     {"mnuOptions", "mnuTables", "&Tables"},
     {"mnuTables", "mnuSevere", "&Severe Weather Table", Command::SevereTable,
      "Arrange the severe-weather table and its thresholds"},
+    OnSounding("mnuTables", "mnuClouds", "&Cloud Layer Table", Command::CloudTable,
+               "Enter the cloud layers of the sounding",
+               "Open a sounding first (cloud layer table)"),
     {"", "mnuHelp", "&Help"},
     {"mnuHelp", "mnuMain", "&Main Menu", Command::HelpMain, "What each menu entry does"},
     {"mnuHelp", "mnuContents", "&Contents", Command::HelpContents, "All topics of the help"},

@@ -54,12 +54,15 @@ bool HasSounding(const Program& program) {
 
 bool IsEnabled(const MenuRow& row, const Program& program) {
   if (row.Does == Command::NotBuilt) return false;
+  if (row.IsEnabled != nullptr && !row.IsEnabled(program)) return false;
   return HasSounding(program) || NeedOf(row) == nullptr;
 }
 
 std::string HintOf(const MenuRow& row, const Program& program) {
   if (row.Does == Command::NotBuilt || IsEnabled(row, program)) return std::string(row.Hint);
-  return std::string(NeedOf(row)->Hint) + " needs a sounding";
+  const NeedRow* need = NeedOf(row);
+  if (need == nullptr || HasSounding(program)) return std::string(row.WhenDisabled);
+  return std::string(need->Hint) + " needs a sounding";
 }
 
 }  // namespace vexa

@@ -7,6 +7,7 @@
 #include "core/numbers.h"
 #include "diagram/title_text.h"
 #include "program/commands.h"
+#include "program/edit_commands.h"
 #include "program/hodograph_commands.h"
 #include "program/settings_commands.h"
 
@@ -62,6 +63,11 @@ constexpr CommandRow kCommands[] = {
     {Command::Recent5, commands::OpenRecent<5>},
     {Command::Hodograph, Toggle<&Program::ShowsHodograph>},
     {Command::Hodogram, Toggle<&Program::ShowsHodogram>},
+    {Command::SaveAs, commands::SaveAs},
+    {Command::Filter, commands::FilterSounding},
+    {Command::Restore, commands::RestoreSounding},
+    {Command::Undo, commands::UndoEdit},
+    {Command::Redo, commands::RedoEdit},
 };
 
 Progress ProgressOf(Program& program) {
@@ -140,6 +146,7 @@ Changes OpenSoundings(Program& program, const std::vector<std::filesystem::path>
 Changes SequenceSounding(Program& program, std::size_t index) {
   if (index >= program.Listed.size() || index == program.ListedNow) return {};
   return Behind(program, "SequenceSounding", [&]() -> Changes {
+    if (!commands::MayLeaveSounding(program)) return {};
     if (!commands::LoadOne(program, program.Listed[index])) return {};
     program.ListedNow = index;
     return {.Sounding = true};

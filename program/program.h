@@ -16,7 +16,10 @@
 #include "config/settings_store.h"
 #include "config/window_settings.h"
 #include "core/current_sounding.h"
+#include "core/data_checks.h"
+#include "core/edit_history.h"
 #include "core/folders.h"
+#include "core/session_file.h"
 #include "core/sounding_record.h"
 #include "core/station_list.h"
 #include "diagram/sounding_plot.h"
@@ -66,6 +69,20 @@ enum class Command {
   HelpWebSite,
   HelpUpdates,
   NotBuilt,  // entries of displays that this version lacks
+  NewSounding,  // the editors are opened by the window
+  EditDecoded,
+  EditSource,
+  EditEntireSource,
+  EditStations,
+  AddTemp,
+  AddWind,
+  CloudTable,
+  Properties,
+  SaveAs,
+  Filter,
+  Restore,
+  Undo,
+  Redo,
 };
 
 /// What a command changed, hence what is no longer true of the results and the picture.
@@ -105,6 +122,11 @@ struct Program {
 
   std::vector<std::filesystem::path> Listed{};  // chosen together, for stepping
   std::size_t ListedNow = 0;                    // index of the current one
+
+  EditHistory History{};                   // of the sounding in work, since it was loaded
+  std::optional<SoundingRecord> Loaded{};  // the sounding in work as its file gave it
+  std::optional<Session> KeptSession{};    // as it was written last
+  std::optional<QcFinding> ToCorrect{};    // what the user wants to correct, for the editor
 
   std::optional<diagram::SoundingPlot> Plot{};  // the last picture that was finished
   bool TephigramWarned = false;                 // its warning was shown

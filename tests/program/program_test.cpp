@@ -154,6 +154,7 @@ TEST_F(ProgramTest, TheTephigramWarnsOnce) {
 }
 
 TEST_F(ProgramTest, ImplausibleDataTurnTheIndicatorOn) {
+  user.Expect("Data Error", Answer::Ok);
   ASSERT_TRUE(
       OpenSoundings(program, {Saved("warm.RAW", test::Profile({{1000, 71, 10}, {900, 20, 10}}))})
           .Sounding);

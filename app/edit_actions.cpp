@@ -1,0 +1,178 @@
+#include "app/edit_actions.h"
+
+#include <QDialogButtonBox>
+#include <QFormLayout>
+#include <QLabel>
+#include <QVBoxLayout>
+#include <utility>
+
+#include "app/cloud_editor.h"
+#include "app/edit_grid.h"
+#include "app/level_editor.h"
+#include "app/qt_text.h"
+#include "app/station_editor.h"
+#include "app/text_editor.h"
+#include "core/error_report.h"
+#include "core/raw_file.h"
+#include "core/station_file.h"
+#include "program/edit_commands.h"
+#include "program/properties.h"
+#include "program/source_edit.h"
+
+namespace vexa {
+namespace {
+
+using Show = std::function<void(Changes)>;
+
+// Editors are modal and go with the window; none waits in an event loop of its own.
+void Open(QDialog* editor) {
+  editor->setAttribute(Qt::WA_DeleteOnClose);
+  editor->open();
+}
+
+LevelEditor* LevelsOf(Program& program, EditorPages pages, QWidget* window, const Show& show) {
+  return new LevelEditor(
+      program.Current.Record, pages,
+      [&program, show](SoundingRecord edited) { show(AdoptEdit(program, std::move(edited))); },
+      window);
+}
+
+template <EditorPages pages>
+void EditLevels(Program& program, QWidget* window, const Show& show) {
+  Open(LevelsOf(program, pages, window, show));
+}
+
+void NewSounding(Program& program, QWidget* window, const Show& show) {
+  if (!MayExit(program)) return;
+  SoundingRecord empty;
+  ClearData(empty);
+  empty.DataFormat = kRawTag;
+  empty.FileTag = kProgramFileTag;
+  SetDecimalPosition(empty, 0, 0);
+  SetElevationUnknown(empty);
+  auto* editor = new LevelEditor(
+      empty, EditorPages::All,
+      [&program, show](SoundingRecord entered) { show(AdoptNew(program, std::move(entered))); },
+      window);
+  editor->setWindowTitle(QStringLiteral("New Sounding"));
+  editor->Temps()->InsertAbove();
+  editor->Winds()->InsertAbove();
+  Open(editor);
+}
+
+// Layers that were entered are kept by the native format only: whoever has loaded another one is
+// asked, and then for a name.
+bool TakeClouds(Program& program, SoundingRecord edited, const Show& show) {
+  const bool changesFormat = program.Current.Record.DataFormat != kRawTag;
+  if (changesFormat && program.Current.Ask->Ask(
+                           {.Title = "Impending Format Change . . .",
+                            .Text = "This procedure will save the sounding data in the RAW format."
+                                    "\nDo you wish to continue?",
+                            .Icon = BoxIcon::Question,
+                            .Buttons = BoxButtons::YesNo,
+                            .WhenSilent = Answer::No}) != Answer::Yes) {
+    return false;
+  }
+  show(AdoptEdit(program, std::move(edited)));
+  if (changesFormat) show(RunCommand(program, Command::SaveAs));
+  return true;
+}
+
+void EditClouds(Program& program, QWidget* window, const Show& show) {
+  Open(new CloudEditor(
+      program.Current.Record,
+      [&program, show](SoundingRecord edited) {
+        return TakeClouds(program, std::move(edited), show);
+      },
+      window));
+}
+
+template <bool entireFile>
+void EditSource(Program& program, QWidget* window, const Show& show) {
+  const Outcome<EditableText> source = SourceToEdit(program, entireFile);
+  if (!source) {
+    ErrorReport(program.Current, source.Error());
+    return;
+  }
+  Open(new TextEditor(
+      source.Value(),
+      entireFile ? QStringLiteral("Edit Entire Source File") : QStringLiteral("Edit Source Data"),
+      [&program, show](const std::string& bytes) {
+        Changes changes;
+        auto fault =
+            entireFile ? SaveSource(program, bytes, changes) : AdoptSource(program, bytes, changes);
+        if (!fault) show(changes);
+        return fault;
+      },
+      window));
+}
+
+void EditStations(Program& program, QWidget* window, const Show&) {
+  Open(new StationEditor(
+      program.Stations,
+      [&program](const StationList& list) {
+        auto fault = SaveStations(program.Where.Root, list);
+        if (!fault) program.Stations = list;
+        return fault;
+      },
+      window));
+}
+
+void ShowProperties(Program& program, QWidget* window, const Show&) {
+  auto* shown = new QDialog(window);
+  shown->setObjectName(QStringLiteral("Properties"));
+  shown->setWindowTitle(QStringLiteral("Properties"));
+  auto* layout = new QVBoxLayout(shown);
+  auto* form = new QFormLayout;
+  for (const auto& [label, value] : PropertiesOf(program)) {
+    auto* text = new QLabel(ToQString(value), shown);
+    text->setTextFormat(Qt::PlainText);
+    text->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    form->addRow(ToQString(label + ":"), text);
+  }
+  layout->addLayout(form);
+  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close, shown);
+  QObject::connect(buttons, &QDialogButtonBox::rejected, shown, &QDialog::reject);
+  layout->addWidget(buttons);
+  Open(shown);
+}
+
+struct EditorRow {
+  Command Does;
+  void (*Run)(Program&, QWidget*, const Show&);
+  bool NeedsSounding = true;
+};
+
+constexpr EditorRow kEditors[] = {
+    {Command::NewSounding, NewSounding, false},
+    {Command::EditStations, EditStations, false},
+    {Command::EditDecoded, EditLevels<EditorPages::All>},
+    {Command::AddTemp, EditLevels<EditorPages::Temps>},
+    {Command::AddWind, EditLevels<EditorPages::Winds>},
+    {Command::CloudTable, EditClouds},
+    {Command::EditSource, EditSource<false>},
+    {Command::EditEntireSource, EditSource<true>},
+    {Command::Properties, ShowProperties},
+};
+
+}  // namespace
+
+bool RunEditCommand(Program& program, Command command, QWidget* window, const Show& show) {
+  for (const EditorRow& row : kEditors) {
+    if (row.Does != command) continue;
+    const bool has = program.Current.Record.NumTempLevels() > 0 || !row.NeedsSounding;
+    if (program.Gate.IsOpen() && has) row.Run(program, window, show);
+    return true;
+  }
+  return false;
+}
+
+void OpenCorrection(Program& program, QWidget* window, const Show& show) {
+  const std::optional<QcFinding> finding = std::exchange(program.ToCorrect, std::nullopt);
+  if (!finding) return;
+  LevelEditor* editor = LevelsOf(program, EditorPages::All, window, show);
+  Open(editor);
+  editor->GoTo(*finding);
+}
+
+}  // namespace vexa

@@ -1,0 +1,58 @@
+#include "app/text_editor.h"
+
+#include <QDialogButtonBox>
+#include <QFontDatabase>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QVBoxLayout>
+#include <utility>
+
+#include "app/qt_text.h"
+
+namespace vexa {
+
+TextEditor::TextEditor(const EditableText& source, const QString& title,
+                       std::function<std::optional<Fault>(const std::string&)> accepted,
+                       QWidget* parent)
+    : QDialog(parent), source_(source), accepted_(std::move(accepted)) {
+  setObjectName(QStringLiteral("TextEditor"));
+  setWindowTitle(title + QStringLiteral(" - ") + ToQString(source.Name));
+  auto* layout = new QVBoxLayout(this);
+  edit_ = new QPlainTextEdit(this);
+  edit_->setObjectName(QStringLiteral("SourceText"));
+  edit_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+  edit_->setLineWrapMode(QPlainTextEdit::NoWrap);
+  edit_->setPlainText(ToQString(source.Text));
+  layout->addWidget(edit_, 1);
+  place_ = new QLabel(this);
+  layout->addWidget(place_);
+  connect(edit_, &QPlainTextEdit::cursorPositionChanged, this, [this] {
+    const QTextCursor cursor = edit_->textCursor();
+    place_->setText(QStringLiteral("Line %1, column %2")
+                        .arg(cursor.blockNumber() + 1)
+                        .arg(cursor.positionInBlock() + 1));
+  });
+  remark_ = new QLabel(this);
+  remark_->setObjectName(QStringLiteral("TextRemark"));
+  remark_->setTextFormat(Qt::PlainText);
+  remark_->setWordWrap(true);
+  layout->addWidget(remark_);
+  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
+  connect(buttons, &QDialogButtonBox::accepted, this, [this] {
+    if (Apply()) accept();
+  });
+  connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+  layout->addWidget(buttons);
+  resize(760, 560);
+}
+
+bool TextEditor::Apply() {
+  const Outcome<std::string> bytes = BytesOf(source_, edit_->toPlainText().toStdString());
+  const std::optional<Fault> fault = bytes ? accepted_(bytes.Value()) : bytes.Error();
+  if (!fault) return true;
+  remark_->setText(ToQString(fault->Detail.empty() ? "The text holds no sounding that can be read."
+                                                   : fault->Detail));
+  return false;
+}
+
+}  // namespace vexa

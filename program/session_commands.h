@@ -1,0 +1,23 @@
+// The session of a running program: kept while it runs, so that a crash loses no edit, and offered
+// when the program starts after one.
+#pragma once
+
+#include "program/program.h"
+
+namespace vexa {
+
+inline constexpr int kKeepSessionMs = 20000;
+
+/// Writes files in work, edits and view into the program folder if they changed since the last
+/// time. Without a program folder, while a command runs and in an unattended run nothing is
+/// written. A fault is the caller's to show.
+[[nodiscard]] std::optional<Fault> KeepSession(Program& program);
+
+/// Offers the session that was cut off and takes it up if the user wants it; else it is forgotten.
+/// An unattended run leaves it.
+Changes OfferSession(Program& program);
+
+/// The program ends well: nothing is to be offered at the next start.
+void EndSession(Program& program);
+
+}  // namespace vexa

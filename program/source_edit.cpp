@@ -1,0 +1,144 @@
+#include "program/source_edit.h"
+
+#include <utility>
+#include <vector>
+
+#include "core/files.h"
+#include "ingest/decoder.h"
+#include "program/edit_commands.h"
+
+namespace vexa {
+namespace {
+
+// Length of the UTF-8 character that begins a text, 0 when none does.
+std::size_t CharacterLength(std::string_view text) {
+  const auto byte = static_cast<unsigned char>(text.front());
+  const std::size_t length = byte < 0x80                   ? 1
+                             : byte >= 0xC2 && byte < 0xE0 ? 2
+                             : byte >= 0xE0 && byte < 0xF0 ? 3
+                             : byte >= 0xF0 && byte < 0xF5 ? 4
+                                                           : 0;
+  if (length == 0 || text.size() < length) return 0;
+  for (std::size_t i = 1; i < length; ++i) {
+    if ((static_cast<unsigned char>(text[i]) & 0xC0) != 0x80) return 0;
+  }
+  return length;
+}
+
+bool IsUtf8(std::string_view text) {
+  while (!text.empty()) {
+    const std::size_t length = CharacterLength(text);
+    if (length == 0) return false;
+    text.remove_prefix(length);
+  }
+  return true;
+}
+
+std::string Utf8FromSingleBytes(std::string_view bytes) {
+  std::string text;
+  for (const char c : bytes) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte < 0x80) {
+      text += c;
+    } else {
+      text += static_cast<char>(0xC0 | (byte >> 6));
+      text += static_cast<char>(0x80 | (byte & 0x3F));
+    }
+  }
+  return text;
+}
+
+// Empty when a character lies beyond Latin-1.
+std::optional<std::string> SingleBytesFromUtf8(std::string_view text) {
+  std::string bytes;
+  while (!text.empty()) {
+    const std::size_t length = CharacterLength(text);
+    const auto first = static_cast<unsigned char>(text.front());
+    if (length == 1) {
+      bytes += text.front();
+    } else if (length == 2 && first <= 0xC3) {
+      bytes += static_cast<char>(((first & 0x03) << 6) | (text[1] & 0x3F));
+    } else {
+      return std::nullopt;
+    }
+    text.remove_prefix(length);
+  }
+  return bytes;
+}
+
+Outcome<SoundingRecord> Decode(Program& program, const std::string& bytes) {
+  SoundingRecord record;
+  ingest::LoadContext context{.Ask = program.Current.Ask, .Stations = &program.Stations};
+  const std::optional<Fault> fault = Guarded("EditSource", [&]() -> std::optional<Fault> {
+    return ingest::DecodeSounding(SourceText(program.Current.FileName, bytes), context, record);
+  });
+  if (fault) return *fault;
+  return record;
+}
+
+}  // namespace
+
+Outcome<EditableText> TextToEdit(std::string_view bytes, std::string_view name) {
+  const bool isPacked = bytes.starts_with("\x1F\x8B") || bytes.starts_with("PK\x03\x04");
+  if (isPacked || bytes.starts_with("BUFR") || bytes.find('\0') != std::string_view::npos) {
+    return Fault{kFaultFormat, "TextToEdit",
+                 std::string(name) + " holds no text that could be edited"};
+  }
+  EditableText text{.Name = std::string(name), .IsSingleByte = !IsUtf8(bytes)};
+  const std::string whole = text.IsSingleByte ? Utf8FromSingleBytes(bytes) : std::string(bytes);
+  text.EndsInCrLf = whole.find("\r\n") != std::string::npos;
+  for (std::size_t i = 0; i < whole.size(); ++i) {
+    if (whole[i] != '\r') {
+      text.Text += whole[i];
+    } else if (i + 1 == whole.size() || (whole[i + 1] != '\n' && whole[i + 1] != '\r')) {
+      text.Text += '\n';
+    }
+  }
+  return text;
+}
+
+Outcome<std::string> BytesOf(const EditableText& original, std::string_view edited) {
+  std::string text;
+  for (const char c : edited) {
+    if (c == '\n' && original.EndsInCrLf) text += '\r';
+    text += c;
+  }
+  if (!original.IsSingleByte) return text;
+  std::optional<std::string> bytes = SingleBytesFromUtf8(text);
+  if (bytes) return *std::move(bytes);
+  return Fault{kFaultInvalidValue, "BytesOf",
+               original.Name + " cannot hold every character that was typed"};
+}
+
+Outcome<EditableText> SourceToEdit(const Program& program, bool entireFile) {
+  const std::string& name = program.Current.FileName;
+  const std::filesystem::path path = program.Current.FilePath();
+  if (entireFile) {
+    const Outcome<std::string> bytes = ReadFile(path);
+    if (!bytes) return bytes.Error();
+    return TextToEdit(bytes.Value(), name);
+  }
+  std::vector<std::string> notes;
+  const Outcome<SourceText> source = ingest::ReadSource(path, notes);
+  if (!source) return source.Error();
+  return TextToEdit(source.Value().Bytes(), name);
+}
+
+std::optional<Fault> AdoptSource(Program& program, const std::string& bytes, Changes& changes) {
+  Outcome<SoundingRecord> record = Decode(program, bytes);
+  if (!record) return record.Error();
+  changes = AdoptEdit(program, std::move(record.Value()), "edit source data");
+  return std::nullopt;
+}
+
+std::optional<Fault> SaveSource(Program& program, const std::string& bytes, Changes& changes) {
+  Outcome<SoundingRecord> record = Decode(program, bytes);
+  if (!record) return record.Error();
+  if (auto fault = SaveFile(program.Current.FilePath(), bytes)) return fault;
+  program.Loaded = record.Value();
+  changes = AdoptEdit(program, std::move(record.Value()), "edit source file");
+  program.History.MarkSaved();
+  return std::nullopt;
+}
+
+}  // namespace vexa

@@ -1,0 +1,299 @@
+#include <gtest/gtest.h>
+
+#include <deque>
+#include <map>
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QDialogButtonBox>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTabWidget>
+
+#include "app/cloud_editor.h"
+#include "app/edit_grid.h"
+#include "app/level_editor.h"
+#include "app/sounding_window.h"
+#include "app/station_editor.h"
+#include "app/text_editor.h"
+#include "core/files.h"
+#include "core/raw_file.h"
+#include "core/station_file.h"
+#include "program/edit_commands.h"
+#include "support/soundings.h"
+
+namespace vexa {
+namespace {
+
+// Somebody sits in front of the window and answers as it was agreed.
+class Answering : public WindowInteraction {
+ public:
+  explicit Answering(CommandGate& gate) : WindowInteraction(gate, Attendance::Attended) {}
+  Answer Ask(const Box& box) override {
+    Titles.push_back(box.Title);
+    if (Answers.empty()) {
+      ADD_FAILURE() << "unforeseen box: " << box.Text;
+      return box.WhenSilent;
+    }
+    const Answer answer = Answers.front();
+    Answers.pop_front();
+    return answer;
+  }
+  std::optional<std::string> ChooseFile(const FileQuestion&) override { return Name; }
+
+  std::deque<Answer> Answers{};
+  std::vector<std::string> Titles{};
+  std::optional<std::string> Name{};
+};
+
+class Editors : public testing::Test {
+ protected:
+  Editors() {
+    program.Current.Ask = &user;
+    program.Where = FoldersBelow(folder.Path());
+    window.resize(900, 700);
+    window.show();
+  }
+  std::filesystem::path Saved(const std::string& name, const std::string& bytes) {
+    const std::filesystem::path path = folder.Path() / name;
+    EXPECT_FALSE(SaveFile(path, bytes));
+    return path;
+  }
+  QAction& Entry(const char* name) {
+    auto* entry = window.findChild<QAction*>(name);
+    EXPECT_NE(entry, nullptr) << name;
+    return *entry;
+  }
+  template <class Editor>
+  Editor* Opened(const char* entry) {
+    Entry(entry).trigger();
+    return Shown<Editor>();
+  }
+  // The editor that was opened last; those before it go when they are closed.
+  template <class Editor>
+  Editor* Shown() {
+    for (QDialog* dialog : window.findChildren<QDialog*>()) {
+      auto* editor = dynamic_cast<Editor*>(dialog);
+      if (editor != nullptr && editor->isVisible()) return editor;
+    }
+    return nullptr;
+  }
+  std::string Said(const QWidget* in, const char* label) {
+    return in->findChild<QLabel*>(label)->text().toStdString();
+  }
+
+  test::TemporaryFolder folder;
+  Program program;
+  Answering user{program.Gate};
+  SoundingWindow window{program, user};
+};
+
+TEST_F(Editors, EntriesThatNeedASoundingSayThat) {
+  const char* entries[] = {"mnuSaveAs",     "mnuInfo",    "mnuEditFile", "mnuEditData",
+                           "mnuEditSource", "mnuFilter",  "mnuAddTemp",  "mnuAddWind",
+                           "mnuClouds",     "mnuRestore", "mnuUndo",     "mnuRedo"};
+  std::map<std::string, QString> hints;
+  for (const char* name : entries) {
+    EXPECT_FALSE(Entry(name).isEnabled()) << name;
+    hints[name] = Entry(name).statusTip();
+    EXPECT_TRUE(hints[name].contains('(')) << name;
+  }
+  window.OpenFiles({Saved("a.RAW", WriteRaw(test::ReferenceWinter()))});
+  for (int level = 3; level <= 4; ++level) {
+    SoundingRecord edited = program.Current.Record;
+    edited.Temp(level) += 0.5;
+    AdoptEdit(program, std::move(edited));
+  }
+  Entry("mnuRefreshed").trigger();
+  Entry("mnuUndo").trigger();  // leaves one to undo and one to redo
+  for (const char* name : entries) {
+    EXPECT_TRUE(Entry(name).isEnabled()) << name;
+    EXPECT_NE(Entry(name).statusTip(), hints[name]) << name;
+  }
+  EXPECT_TRUE(Entry("mnuNew").isEnabled());
+  EXPECT_TRUE(Entry("mnuEditStation").isEnabled());
+}
+
+TEST_F(Editors, LevelsAreEditedAsOneStep) {
+  window.OpenFiles({Saved("a.RAW", WriteRaw(test::ReferenceWinter()))});
+  const SoundingRecord before = program.Current.Record;
+  auto* editor = Opened<LevelEditor>("mnuEditFile");
+  ASSERT_NE(editor, nullptr);
+  EditGrid* grid = editor->Temps();
+  grid->item(2, 1)->setText("warm");
+  EXPECT_EQ(Said(editor, "LevelRemark"), "Temperature row 3: temperature \"warm\" is no number");
+  EXPECT_NE(grid->item(2, 1)->background().color(), grid->item(2, 0)->background().color());
+  EXPECT_FALSE(editor->Apply());
+  EXPECT_EQ(program.Current.Record, before);
+
+  grid->item(2, 1)->setText(QString::number(before.Temp(3) + 0.5));
+  EXPECT_EQ(Said(editor, "LevelRemark"), "");
+  EXPECT_TRUE(editor->Apply());
+  editor->close();
+  EXPECT_EQ(program.Current.Record.Temp(3), before.Temp(3) + 0.5);
+  EXPECT_EQ(Entry("mnuUndo").text(), "&Undo change level 3");
+  Entry("mnuUndo").trigger();
+  EXPECT_EQ(program.Current.Record, before);
+  EXPECT_EQ(Entry("mnuRedo").text(), "&Redo change level 3");
+}
+
+TEST_F(Editors, RowsComeFromTheClipboardAndGoByTheKey) {
+  window.OpenFiles({Saved("a.RAW", WriteRaw(test::ReferenceWinter()))});
+  const int count = program.Current.Record.NumWindLevels();
+  auto* editor = Opened<LevelEditor>("mnuAddWind");
+  ASSERT_NE(editor, nullptr);
+  EXPECT_EQ(editor->Temps(), nullptr);
+  EditGrid* grid = editor->Winds();
+  QApplication::clipboard()->setText("Height\tDir\tSpd\n60000\t270\t30\n61000\t280\t35,5\n");
+  grid->InsertAbove();  // a row without text counts for nothing
+  while (grid->rowCount() < count + 2) grid->InsertAbove();
+  grid->setCurrentCell(0, 0);
+  QKeyEvent paste(QEvent::KeyPress, Qt::Key_V, Qt::ControlModifier);
+  QApplication::sendEvent(grid, &paste);
+  QKeyEvent release(QEvent::KeyRelease, Qt::Key_V, Qt::NoModifier);
+  QApplication::sendEvent(grid, &release);  // Control is not held while rows are chosen
+  EXPECT_EQ(grid->item(1, 2)->text(), "35.5");
+  EXPECT_FALSE(editor->Apply());  // these heights stand below lower ones
+  QKeyEvent remove(QEvent::KeyPress, Qt::Key_Delete, Qt::NoModifier);
+  for (int rows = count + 1; rows >= count; --rows) {
+    grid->clearSelection();
+    grid->selectRow(0);
+    EXPECT_EQ(grid->selectedItems().size(), 3);
+    QApplication::sendEvent(grid, &remove);
+    EXPECT_EQ(grid->rowCount(), rows);
+  }
+  EXPECT_FALSE(grid->AddInOrder({"60000", "270", "30"}));
+  EXPECT_TRUE(editor->Apply());
+  editor->close();
+  EXPECT_EQ(program.Current.Record.NumWindLevels(), count + 1);
+  EXPECT_EQ(program.Current.Record.WindHgt.Top(), 60000);
+}
+
+TEST_F(Editors, AFaultAfterALoadOpensTheEditorAtItsLevel) {
+  SoundingRecord bad = test::ReferenceWinter();
+  bad.WindDir(4) = 365;
+  user.Answers = {Answer::Ok};
+  window.OpenFiles({Saved("bad.RAW", WriteRaw(bad))});
+  EXPECT_EQ(user.Titles, std::vector<std::string>{"Data Error"});
+  auto* editor = Shown<LevelEditor>();
+  ASSERT_NE(editor, nullptr);
+  EXPECT_EQ(editor->findChild<QTabWidget*>()->currentIndex(), 1);
+  EXPECT_EQ(editor->Winds()->currentRow(), 3);
+  EXPECT_EQ(editor->Winds()->currentColumn(), 1);
+  EXPECT_EQ(Said(editor, "LevelRemark"), "Wind direction is greater than 360 degrees.");
+  editor->Winds()->item(3, 1)->setText("355");
+  EXPECT_TRUE(editor->Apply());
+  editor->close();
+  EXPECT_EQ(Said(&window, "ProgressPanel"), "");
+}
+
+TEST_F(Editors, ANewSoundingIsEnteredByHand) {
+  auto* editor = Opened<LevelEditor>("mnuNew");
+  ASSERT_NE(editor, nullptr);
+  EXPECT_FALSE(editor->Apply());  // two levels are wanted
+  editor->Temps()->PasteText("1000 20 10\n900 14 8\n500 -15 -30\n");
+  auto* latitude = editor->findChild<QLineEdit*>("Latitude");
+  latitude->setText("north");
+  EXPECT_FALSE(editor->Apply());
+  latitude->setText("-33.9");
+  editor->findChild<QLineEdit*>("StationTitle")->setText("Kite");
+  editor->findChild<QLineEdit*>("Elevation")->setText("42");
+  EXPECT_TRUE(editor->Apply());
+  editor->close();
+  EXPECT_EQ(program.Current.Record.NumTempLevels(), 3);
+  EXPECT_EQ(program.Current.Record.LatHemi, "S");
+  EXPECT_EQ(program.Current.Record.ElevM, 42);
+  EXPECT_EQ(window.windowTitle(), "VEXA  -  Kite");
+
+  user.Answers = {Answer::Cancel, Answer::No};
+  EXPECT_FALSE(window.close());
+  EXPECT_TRUE(window.isVisible());
+  Entry("mnuExit").trigger();
+  EXPECT_FALSE(window.isVisible());
+}
+
+TEST_F(Editors, CloudLayersOfAListingNeedTheNativeFormat) {
+  const std::string listing = ReadFile(test::TestData("wyoming_text.txt")).Value();
+  window.OpenFiles({Saved("list.txt", listing)});
+  auto* editor = Opened<CloudEditor>("mnuClouds");
+  ASSERT_NE(editor, nullptr);
+  EXPECT_NE(Said(editor, "CloudGuidance").find("  AS   65 - 230\n"), std::string::npos);
+  editor->Layers()->InsertAbove();
+  editor->Layers()->item(0, 0)->setText("cu");
+  editor->Layers()->item(0, 1)->setText("40");
+  editor->Layers()->item(0, 2)->setText("35");
+  EXPECT_FALSE(editor->Apply());
+  EXPECT_NE(Said(editor, "CloudRemark"), "");
+  editor->Layers()->item(0, 2)->setText("65");
+  user.Answers = {Answer::No, Answer::Yes};
+  user.Name = TextFromPath(folder.Path() / "clouds.RAW");
+  EXPECT_FALSE(editor->Apply());
+  EXPECT_EQ(program.Current.Record.NumCloudLayers(), 0);
+  EXPECT_TRUE(editor->Apply());
+  editor->close();
+  EXPECT_EQ(user.Titles.back(), "Impending Format Change . . .");
+  EXPECT_EQ(program.Current.Record.Clouds(1), (CloudLayer{"CU", 40, "65", 0}));
+  EXPECT_EQ(program.Current.Record.CloudMode, "USER");
+  EXPECT_EQ(program.Current.FileName, "clouds.RAW");
+  EXPECT_EQ(ReadFile(folder.Path() / "list.txt").Value(), listing);
+}
+
+TEST_F(Editors, StationsAreFoundCheckedAndSaved) {
+  Station known;
+  known.Number = 3772;
+  known.Ident = "EGLL";
+  known.Name = "LONDON";
+  known.Lat = 51.4775;
+  known.Lon = 0.4614;
+  known.LonHemi = "W";
+  program.Where.Root = folder.Path();
+  ASSERT_FALSE(program.Stations.Add(known));
+  auto* editor = Opened<StationEditor>("mnuEditStation");
+  ASSERT_NE(editor, nullptr);
+  editor->Search("egll");
+  EXPECT_EQ(editor->Field(StationField::Number)->text(), "03772");
+  editor->Field(StationField::Latitude)->setText("95.0");
+  editor->ChangeStation();
+  EXPECT_EQ(editor->List().Find(3772)->Lat, 51.4775);
+  EXPECT_NE(Said(editor, "StationRemark").find("Latitude"), std::string::npos);
+  editor->Field(StationField::Latitude)->setText("51.5");
+  editor->ChangeStation();
+  editor->Field(StationField::Number)->setText("03773");
+  editor->AddStation();
+  EXPECT_EQ(editor->List().Count(), 2);
+  EXPECT_EQ(program.Stations.Count(), 1);  // not before it is saved
+  editor->Search("3772");
+  editor->DeleteStation();
+  auto* save = editor->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Save);
+  save->click();
+  EXPECT_EQ(program.Stations.Count(), 1);
+  const std::string text = ReadFile(folder.Path() / kStationFileName).Value();
+  const StationReading reading = ReadStations(text, "VEXA.STN");
+  EXPECT_EQ(reading.Finding.Kind, StationTrouble::None);
+  ASSERT_NE(reading.List.Find(3773), nullptr);
+  EXPECT_EQ(reading.List.Find(3773)->Lat, 51.5);
+}
+
+TEST_F(Editors, TheSourceIsEditedAsText) {
+  const std::filesystem::path path = Saved("a.RAW", WriteRaw(test::ReferenceWinter()));
+  window.OpenFiles({path});
+  auto* editor = Opened<TextEditor>("mnuEditData");
+  ASSERT_NE(editor, nullptr);
+  QString text = editor->Edit()->toPlainText();
+  editor->Edit()->setPlainText("nothing");
+  EXPECT_FALSE(editor->Apply());
+  EXPECT_NE(Said(editor, "TextRemark"), "");
+  editor->Edit()->setPlainText(text.replace("Reference B, winter", "Edited"));
+  EXPECT_TRUE(editor->Apply());
+  editor->close();
+  EXPECT_EQ(window.windowTitle(), "VEXA  -  Edited");
+  EXPECT_EQ(Entry("mnuUndo").text(), "&Undo edit source data");
+  EXPECT_EQ(ReadFile(path).Value(), WriteRaw(test::ReferenceWinter()));
+}
+
+}  // namespace
+}  // namespace vexa

@@ -1,0 +1,308 @@
+#include "program/edit_commands.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "core/files.h"
+#include "core/markers.h"
+#include "core/raw_file.h"
+#include "core/record_edits.h"
+#include "program/properties.h"
+#include "program/session_commands.h"
+#include "program/source_edit.h"
+#include "support/soundings.h"
+
+namespace vexa {
+namespace {
+
+namespace fs = std::filesystem;
+
+class NamingUser : public test::ScriptedInteraction {
+ public:
+  std::optional<std::string> ChooseFile(const FileQuestion& question) override {
+    Asked.push_back(question.Folder);
+    return Name;
+  }
+  std::optional<std::string> Name{};
+  std::vector<std::string> Asked{};
+};
+
+class EditCommands : public testing::Test {
+ protected:
+  EditCommands() {
+    program.Current.Ask = &user;
+    program.Where.Data = folder.Path();
+  }
+  fs::path Saved(const std::string& name, const std::string& bytes) {
+    const fs::path path = folder.Path() / name;
+    EXPECT_FALSE(SaveFile(path, bytes));
+    return path;
+  }
+  fs::path Native(const std::string& name) {
+    return Saved(name, WriteRaw(test::ReferenceWinter()));
+  }
+  void DeleteLevel(int level) {
+    SoundingRecord edited = program.Current.Record;
+    ASSERT_FALSE(DeleteTempLevel(edited, level));
+    ASSERT_TRUE(AdoptEdit(program, std::move(edited)).Sounding);
+  }
+  int LevelsIn(const fs::path& path) {
+    SoundingRecord record;
+    std::vector<RefusedWind> refused;
+    EXPECT_FALSE(ReadRaw(ReadFile(path).Value(), "", RawVariant::Plain, record, refused));
+    return record.NumTempLevels();
+  }
+
+  test::TemporaryFolder folder;
+  NamingUser user;
+  Program program;
+};
+
+TEST_F(EditCommands, StepsAreNamedByWhatTheyDid) {
+  const SoundingRecord before = test::ReferenceConvective();
+  struct Case {
+    const char* name;
+    void (*edit)(SoundingRecord&);
+  };
+  const Case cases[] = {
+      {"delete level 17", [](SoundingRecord& r) { (void)DeleteTempLevel(r, 17); }},
+      {"delete level 27", [](SoundingRecord& r) { (void)DeleteTempLevel(r, 27); }},
+      {"add level 28", [](SoundingRecord& r) { r.AddTemp(5, -40, kMissing); }},
+      {"change level 1", [](SoundingRecord& r) { r.Temp(1) -= 1; }},
+      {"edit levels", [](SoundingRecord& r) { r.Temp(2) -= 1, r.Temp(4) -= 1; }},
+      {"delete wind level 3", [](SoundingRecord& r) { (void)DeleteWindLevel(r, 3); }},
+      {"add cloud layer 1",
+       [](SoundingRecord& r) {
+         r.Clouds.Add({"CU", 40, "60", 0});
+       }},
+      {"edit sounding", [](SoundingRecord& r) { r.Temp(2) -= 1, r.WindSpd(1) += 1; }},
+      {"edit heading", [](SoundingRecord& r) { r.StationTitle = "Elsewhere"; }},
+  };
+  for (const Case& c : cases) {
+    SoundingRecord after = before;
+    c.edit(after);
+    EXPECT_EQ(EditName(before, after), c.name);
+  }
+}
+
+TEST_F(EditCommands, EditsAreUndoneRestoredAndWrittenOnlyOnSaving) {
+  const fs::path path = Native("a.RAW");
+  ASSERT_TRUE(OpenSoundings(program, {path}).Sounding);
+  const SoundingRecord loaded = program.Current.Record;
+  const int count = loaded.NumTempLevels();
+  EXPECT_FALSE(commands::CanRestore(program));
+  DeleteLevel(3);
+  DeleteLevel(2);
+  EXPECT_EQ(program.History.UndoText(), "Undo delete level 2");
+  EXPECT_EQ(LevelsIn(path), count);
+
+  EXPECT_TRUE(RunCommand(program, Command::Undo).Sounding);
+  EXPECT_EQ(program.History.RedoText(), "Redo delete level 2");
+  EXPECT_TRUE(RunCommand(program, Command::Restore).Sounding);
+  EXPECT_EQ(program.Current.Record, loaded);
+  EXPECT_TRUE(RunCommand(program, Command::Undo).Sounding);
+  EXPECT_EQ(program.Current.Record.NumTempLevels(), count - 1);
+
+  user.Name = TextFromPath(folder.Path() / "b");
+  EXPECT_TRUE(RunCommand(program, Command::SaveAs).Any());
+  EXPECT_EQ(LevelsIn(folder.Path() / "b.RAW"), count - 1);
+  EXPECT_EQ(LevelsIn(path), count);
+  EXPECT_FALSE(program.History.IsChanged());
+  EXPECT_EQ(program.Current.FileName, "b.RAW");
+  EXPECT_EQ(user.Asked.back(), TextFromPath(folder.Path() / "a.RAW"));
+}
+
+TEST_F(EditCommands, AListingIsNeverWrittenOver) {
+  const std::string listing = ReadFile(test::TestData("wyoming_text.txt")).Value();
+  const fs::path path = Saved("list.txt", listing);
+  ASSERT_TRUE(OpenSoundings(program, {path}).Sounding);
+  DeleteLevel(2);
+  user.Name = TextFromPath(path);
+  user.Expect("VEXA", Answer::Ok);
+  EXPECT_FALSE(RunCommand(program, Command::SaveAs).Any());
+  // Nor on leaving: a name is asked for, and without one the program stays.
+  user.Expect("Exit VEXA . . .", Answer::Yes);
+  user.Expect("VEXA", Answer::Ok);
+  EXPECT_FALSE(MayExit(program));
+  EXPECT_EQ(ReadFile(path).Value(), listing);
+  EXPECT_EQ(program.Current.FileName, "list.txt");
+
+  // An added extension may meet a native file: that is asked.
+  Native("old.RAW");
+  user.Name = TextFromPath(folder.Path() / "old");
+  user.Expect("VEXA", Answer::No);
+  EXPECT_FALSE(RunCommand(program, Command::SaveAs).Any());
+  EXPECT_NE(user.Boxes.back().Text.find("already exists."), std::string::npos);
+  EXPECT_TRUE(program.History.IsChanged());
+}
+
+TEST_F(EditCommands, LeavingAsksForChangesOnly) {
+  const fs::path path = Native("a.RAW");
+  ASSERT_TRUE(OpenSoundings(program, {path}).Sounding);
+  EXPECT_TRUE(MayExit(program));
+  const int count = program.Current.Record.NumTempLevels();
+  DeleteLevel(2);
+
+  user.Expect("Exit VEXA . . .", Answer::Cancel);
+  EXPECT_FALSE(MayExit(program));
+  EXPECT_EQ(user.Boxes.back().Text,
+            "a.RAW sounding data has been changed.\nDo you want to save a.RAW changes ?");
+  EXPECT_EQ(program.Current.StatusText, "CancelSave");
+  user.Expect("Exit VEXA . . .", Answer::No);
+  EXPECT_TRUE(MayExit(program));
+  EXPECT_EQ(LevelsIn(path), count);
+  user.Expect("Exit VEXA . . .", Answer::Cancel);  // another sounding would lose them, too
+  EXPECT_FALSE(OpenSoundings(program, {Native("b.RAW")}).Any());
+  EXPECT_EQ(program.Current.FileName, "a.RAW");
+  user.Expect("Exit VEXA . . .", Answer::Yes);
+  EXPECT_TRUE(MayExit(program));
+  EXPECT_EQ(LevelsIn(path), count - 1);
+}
+
+TEST_F(EditCommands, ANewSoundingHasNoFileUntilItIsSaved) {
+  Native("NEW.RAW");  // somebody else's
+  ASSERT_TRUE(AdoptNew(program, test::Profile({{1000, 20, 10}, {900, 14, 8}})).Sounding);
+  user.Expect("Exit VEXA . . .", Answer::Yes);
+  EXPECT_FALSE(MayExit(program));  // no name was given
+  EXPECT_GT(LevelsIn(folder.Path() / "NEW.RAW"), 2);
+}
+
+TEST_F(EditCommands, AFaultAfterALoadIsCorrectedOrTheSoundingStays) {
+  ASSERT_TRUE(OpenSoundings(program, {Native("good.RAW")}).Sounding);
+  const CurrentSounding before = program.Current;
+  const fs::path bad = Saved(
+      "bad.RAW", WriteRaw(test::Profile({{1000, 20, 10}, {900, 14, 8}, {850, 5, 9}, {700, 0, 0}})));
+  user.Expect("Data Error", Answer::Cancel);
+  EXPECT_FALSE(OpenSoundings(program, {bad}).Any());
+  EXPECT_EQ(user.Boxes.back().Text,
+            "T/Td relationship is inconsistent.\nError is at or adjacent to Data Level: 3\n"
+            "Click OK to correct the error.");
+  EXPECT_EQ(program.Current.Record, before.Record);
+  EXPECT_EQ(program.Current.FileName, "good.RAW");
+  EXPECT_FALSE(program.ToCorrect);
+
+  user.Expect("Data Error", Answer::Ok);
+  EXPECT_TRUE(OpenSoundings(program, {bad}).Sounding);
+  EXPECT_EQ(program.ToCorrect, (QcFinding{5, 3}));
+  SoundingRecord mended = program.Current.Record;
+  mended.Dewpt(3) = 4;
+  AdoptEdit(program, mended);
+  EXPECT_EQ(FaultIndicator(program), "");
+
+  SilentInteraction nobody;
+  program.Current.Ask = &nobody;
+  EXPECT_TRUE(OpenSoundings(program, {bad}).Sounding);
+  EXPECT_FALSE(program.ToCorrect);
+  for (const Box& box : nobody.Boxes) EXPECT_NE(box.Title, "Data Error");
+}
+
+TEST_F(EditCommands, TheFilterThinsHighDensityOnly) {
+  program.Current.Record = test::ReferenceWinter();
+  user.Expect("Filter Sounding Data", Answer::Ok);
+  EXPECT_FALSE(RunCommand(program, Command::Filter).Any());
+  EXPECT_EQ(user.Boxes.back().Text,
+            "This is a non-high-density sounding and does not typically need to be filtered.");
+
+  SoundingRecord dense = test::Profile({});
+  for (int i = 0; i < 900; ++i) dense.AddTemp(1000 - i, 20 - 0.06 * i, 10 - 0.06 * i);
+  program.Current.Record = dense;
+  program.Loaded = dense;
+  user.Expect("Filter Sounding Data", Answer::Ok);
+  EXPECT_TRUE(RunCommand(program, Command::Filter).Sounding);
+  EXPECT_LT(program.Current.Record.NumTempLevels(), 450);
+  EXPECT_EQ(user.Statuses.back(), "Standby while data is being filtered . . .");
+  EXPECT_NE(user.Boxes.back().Text.find("Use the Restore command to automatically retrieve the "
+                                        "original sounding data."),
+            std::string::npos);
+  EXPECT_EQ(program.History.UndoText(), "Undo filter");
+  EXPECT_TRUE(RunCommand(program, Command::Restore).Sounding);
+  EXPECT_EQ(program.Current.Record, dense);
+}
+
+TEST_F(EditCommands, SourceTextKeepsItsBytesAndLineEnds) {
+  const std::string bytes = "M\xFCnchen\r\nsecond\r\n";
+  const Outcome<EditableText> text = TextToEdit(bytes, "x");
+  ASSERT_TRUE(text);
+  EXPECT_EQ(text.Value().Text, "M\xC3\xBCnchen\nsecond\n");
+  EXPECT_EQ(BytesOf(text.Value(), text.Value().Text).Value(), bytes);
+  EXPECT_EQ(BytesOf(text.Value(), "\xE2\x82\xAC").Error().Number, kFaultInvalidValue);  // euro
+  const std::string utf8 = "caf\xC3\xA9\n";
+  EXPECT_EQ(BytesOf(TextToEdit(utf8, "x").Value(), utf8).Value(), utf8);
+  for (const char* packed : {"packed.txt.gz", "packed.zip", "bufr_five.bufr"}) {
+    EXPECT_FALSE(TextToEdit(ReadFile(test::TestData(packed)).Value(), packed)) << packed;
+  }
+}
+
+TEST_F(EditCommands, AnEditedSourceBecomesTheSoundingOrSaysWhyNot) {
+  const fs::path path = Native("a.RAW");
+  ASSERT_TRUE(OpenSoundings(program, {path}).Sounding);
+  const SoundingRecord loaded = program.Current.Record;
+  SoundingRecord other = test::ReferenceWinter();
+  other.StationTitle = "Changed by hand";
+  const std::string bytes = WriteRaw(other);
+
+  Changes changes;
+  EXPECT_TRUE(AdoptSource(program, "no sounding\n", changes));
+  EXPECT_TRUE(SaveSource(program, "no sounding\n", changes));
+  EXPECT_FALSE(changes.Any());
+  EXPECT_EQ(program.Current.Record, loaded);
+
+  EXPECT_FALSE(AdoptSource(program, bytes, changes));
+  EXPECT_EQ(program.Current.Record.StationTitle, "Changed by hand");
+  EXPECT_TRUE(program.History.IsChanged());
+  EXPECT_NE(ReadFile(path).Value(), bytes);
+  EXPECT_FALSE(SaveSource(program, bytes, changes));
+  EXPECT_EQ(ReadFile(path).Value(), bytes);
+  EXPECT_FALSE(program.History.IsChanged());
+}
+
+TEST_F(EditCommands, ASessionCutOffIsOfferedWithItsEdits) {
+  program.Where.Root = folder.Path();
+  const fs::path a = Native("a.RAW");
+  const fs::path b = Native("b.RAW");
+  ASSERT_TRUE(OpenSoundings(program, {a, b}).Sounding);
+  SequenceSounding(program, 1);
+  DeleteLevel(2);
+  EXPECT_FALSE(KeepSession(program));
+  const SoundingRecord edited = program.Current.Record;
+
+  const auto begin = [&](Program& next, Answer answer) {
+    next.Current.Ask = &user;
+    next.Where.Root = folder.Path();
+    user.Expect("VEXA", answer);
+    return OfferSession(next);
+  };
+  Program next;
+  EXPECT_TRUE(begin(next, Answer::Yes).Sounding);
+  EXPECT_EQ(next.Current.Record, edited);
+  EXPECT_EQ(next.Current.FileName, "b.RAW");
+  EXPECT_EQ(next.ListedNow, 1u);
+  EXPECT_EQ(next.Listed, (std::vector<fs::path>{a, b}));
+  EXPECT_TRUE(next.History.IsChanged());
+
+  fs::remove(b);  // the edits survive their file
+  Program alone;
+  EXPECT_TRUE(begin(alone, Answer::Yes).Sounding);
+  EXPECT_EQ(alone.Current.Record, edited);
+  EXPECT_EQ(alone.Current.FileName, "b.RAW");
+
+  Program declined;
+  EXPECT_FALSE(begin(declined, Answer::No).Any());
+  EXPECT_FALSE(OfferSession(declined).Any());  // an unforeseen box would fail here
+}
+
+TEST_F(EditCommands, PropertiesTellFileAndLevels) {
+  ASSERT_TRUE(OpenSoundings(program, {Native("a.RAW")}).Sounding);
+  std::string all;
+  for (const auto& [label, value] : PropertiesOf(program)) all += label + "=" + value + "\n";
+  for (const char* part : {"File=a.RAW\n", "Data format=RAW\n", "Elevation=120 m, 394 ft\n",
+                           "Position=45.0000 N  8.0000 E\n", "Changed=no\n"}) {
+    EXPECT_NE(all.find(part), std::string::npos) << part << " in\n" << all;
+  }
+}
+
+}  // namespace
+}  // namespace vexa
