@@ -87,6 +87,8 @@ Changes Open(Program& program) {
 bool LoadOne(Program& program, const std::filesystem::path& path) {
   CurrentSounding& current = program.Current;
   if (ingest::LoadSounding(current, path, 0, &program.Stations) != Status::Ok) return false;
+  program.Edits.Clear();
+  program.View.Cursor = {};
   // There is no window yet in which a fault could be corrected, so none is asked for: the status
   // indicator tells of it.
   const Silenced quiet(current);

@@ -22,6 +22,8 @@ struct MenuRow {
   /// What an entry shows in place of its caption; empty: it is hidden.
   std::string (*Shows)(const Program&) = nullptr;
   bool IsSwitch = false;  // checked by itself, not one of its menu's choices
+  /// Not empty: the entry needs a sounding; without one it is disabled and hints at this.
+  std::string_view Needs{};
 };
 
 /// Every menu and entry in order; a menu stands ahead of its entries.

@@ -16,12 +16,14 @@
 #include "config/settings_store.h"
 #include "config/window_settings.h"
 #include "core/current_sounding.h"
+#include "core/edit_history.h"
 #include "core/folders.h"
 #include "core/sounding_record.h"
 #include "core/station_list.h"
 #include "diagram/sounding_plot.h"
 #include "hodograph/comparison.h"
 #include "program/command_gate.h"
+#include "program/view_state.h"
 
 namespace vexa {
 
@@ -58,6 +60,21 @@ enum class Command {
   Recent5,
   Hodograph,
   Hodogram,
+  SoundingAlone,
+  Zoom,  // the region is chosen in the window
+  UnZoom,
+  Compare,
+  Overlay,
+  IsaSounding,
+  ReferenceSounding,
+  PressHeights,
+  HeightCorrection,
+  ContrailLine,
+  SoaringLine,
+  LoopOptions,  // these three by the window
+  SurfaceParcel,
+  FourParcels,
+  StopLoop,
 };
 
 /// What a command changed, hence what is no longer true of the results and the picture.
@@ -96,6 +113,9 @@ struct Program {
 
   std::vector<std::filesystem::path> Listed{};  // chosen together, for stepping
   std::size_t ListedNow = 0;                    // index of the current one
+
+  ViewState View{};     // how the diagram is looked at
+  EditHistory Edits{};  // of the sounding in work
 
   std::optional<diagram::SoundingPlot> Plot{};  // the last picture that was finished
   bool TephigramWarned = false;                 // its warning was shown
