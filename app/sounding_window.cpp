@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <memory>
 #include <QAction>
 #include <QActionGroup>
 #include <QCloseEvent>
@@ -27,18 +28,23 @@
 
 #include "app/analysis_dock.h"
 #include "app/config_window.h"
+#include "app/diagram_control.h"
 #include "app/diagram_view.h"
 #include "app/display_window.h"
 #include "app/hodogram_window.h"
 #include "app/hodograph_window.h"
+#include "app/loop_window.h"
 #include "app/option_control.h"
 #include "app/output_actions.h"
+#include "app/parcel_dock.h"
 #include "app/severe_table_window.h"
+#include "app/surface_window.h"
 #include "core/files.h"
 #include "program/displays.h"
 #include "program/menu.h"
 #include "program/readout.h"
 #include "program/settings_commands.h"
+#include "program/sounding_loop.h"
 
 namespace vexa {
 namespace {
@@ -103,7 +109,9 @@ void SoundingWindow::BuildMenus() {
   }
   auto* stop = new QShortcut(QKeySequence(Qt::Key_Escape), this);
   stop->setObjectName(QStringLiteral("EscapeKey"));
-  connect(stop, &QShortcut::activated, this, [this] { program_.Gate.Stop(); });
+  connect(stop, &QShortcut::activated, this, [this] {
+    if (!control_->Escape()) program_.Gate.Stop();
+  });
 }
 
 void SoundingWindow::BuildPanels() {
@@ -113,6 +121,9 @@ void SoundingWindow::BuildPanels() {
   row->setSpacing(0);
   view_ = new DiagramView(middle);
   view_->OnPointer([this](const std::optional<Point>& at) { ShowReadout(at); });
+  control_ = std::make_unique<DiagramControl>(
+      program_, *view_, [this](Changes changes) { Show(changes); },
+      [this](const std::string& text) { ShowStatus(text); });
   sequence_ = new QScrollBar(Qt::Vertical, middle);
   sequence_->setObjectName(QStringLiteral("ScrollSoundings"));
   sequence_->setAccessibleName(QStringLiteral("Steps through the soundings that were opened"));
@@ -138,6 +149,10 @@ void SoundingWindow::BuildPanels() {
   addDockWidget(Qt::RightDockWidgetArea, dock_);
   dock_->hide();
   connect(dock_, &QDockWidget::visibilityChanged, this, [this] { dock_->Follow(); });
+  parcels_ = new ParcelDock(program_, this);
+  addDockWidget(Qt::RightDockWidgetArea, parcels_);
+  parcels_->hide();
+  connect(parcels_, &QDockWidget::visibilityChanged, this, [this] { parcels_->Follow(); });
   view_->setFocus();
 }
 
@@ -155,9 +170,31 @@ void SoundingWindow::Run(Command command) {
   } else if (command == Command::Analyze) {
     dock_->setVisible(!dock_->isVisible());
     dock_->Follow();
+  } else if (RunOnDiagram(command)) {
+    return;
   } else if (!RunOutputCommand(program_, command, this, view_->size())) {
     Show(RunCommand(program_, command));
   }
+}
+
+// Commands that need the diagram's own controls; false for any other.
+bool SoundingWindow::RunOnDiagram(Command command) {
+  if (command == Command::Zoom) {
+    control_->ChooseRegion();
+  } else if (command == Command::FourParcels) {
+    parcels_->setVisible(!parcels_->isVisible());
+  } else if (command == Command::LoopOptions) {
+    if (program_.Gate.IsOpen() && EditLoop(program_, this)) Show(StartLoop(program_));
+  } else if (command == Command::SurfaceParcel) {
+    if (!program_.Gate.IsOpen()) return true;
+    auto* window = new SurfaceWindow(
+        program_, [this](Changes changes) { Show(changes); }, this);
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    window->open();
+  } else {
+    return false;
+  }
+  return true;
 }
 
 // One window for each display: opened again, it comes to the front.
@@ -188,6 +225,7 @@ void SoundingWindow::OpenSevereTable() {
 
 void SoundingWindow::FollowDisplays() {
   dock_->Follow();
+  parcels_->Follow();
   for (const auto& [row, window] : displays_) {
     if (!window.isNull()) window->Follow();
   }
@@ -228,6 +266,7 @@ void SoundingWindow::Show(Changes changes) {
 void SoundingWindow::ShowState() {
   setWindowTitle(ToQString(SoundingBanner(program_)));
   view_->Show(program_.Plot ? &program_.Plot->Page : nullptr);
+  control_->Follow();
   FollowDisplays();
   ShowChecks();
   ShowDisplays();
@@ -279,6 +318,12 @@ void SoundingWindow::ShowDisplays() {
 
 void SoundingWindow::ShowChecks() {
   for (const auto& [entry, row] : entries_) {
+    if (!row->Needs.empty()) {
+      const bool loaded = program_.Current.Record.NumTempLevels() > 0;
+      entry->setEnabled(loaded);
+      entry->setStatusTip(ToQString(loaded ? row->Hint : row->Needs));
+      entry->setToolTip(ToQString(loaded ? row->Hint : row->Needs));
+    }
     if (row->IsChecked != nullptr) entry->setChecked(row->IsChecked(program_));
     if (row->Shows == nullptr) continue;
     const std::string caption = row->Shows(program_);
