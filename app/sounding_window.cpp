@@ -6,6 +6,7 @@
 #include <QAction>
 #include <QActionGroup>
 #include <QCloseEvent>
+#include <QDockWidget>
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QHBoxLayout>
@@ -76,6 +77,10 @@ SoundingWindow::SoundingWindow(Program& program, WindowInteraction& interaction)
 // Its parts outlive it by a little, and must not report to it any more.
 SoundingWindow::~SoundingWindow() {
   view_->OnPointer({});
+  for (QDockWidget* dock :
+       {static_cast<QDockWidget*>(dock_), static_cast<QDockWidget*>(parcels_)}) {
+    dock->disconnect(this);
+  }
   interaction_.Attach(nullptr, {});
 }
 
