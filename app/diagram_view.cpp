@@ -32,6 +32,18 @@ void DiagramView::Show(const Picture* picture) {
   update();
 }
 
+void DiagramView::ShowOver(const Picture* over) {
+  over_ = over;
+  update();
+}
+
+double DiagramView::UnitsPerPixel() const {
+  if (picture_ == nullptr) return 0;
+  const PageFit fit = FitPage(picture_->Width(), picture_->Height(),
+                              {0, 0, static_cast<double>(width()), static_cast<double>(height())});
+  return fit.Scale > 0 ? 1 / fit.Scale : 0;
+}
+
 std::optional<Point> DiagramView::PageAt(const QPointF& position) const {
   if (picture_ == nullptr) return std::nullopt;
   const PageFit fit = FitPage(picture_->Width(), picture_->Height(),
@@ -51,6 +63,7 @@ void DiagramView::paintEvent(QPaintEvent*) {
   const Color paper = picture_->Paper();
   painter.fillRect(rect(), QColor(paper.Red, paper.Green, paper.Blue));
   paint::Paint(*picture_, painter, rect());
+  if (over_ != nullptr) paint::Paint(*over_, painter, rect());
   if (cursor_) {
     const PageFit fit =
         FitPage(picture_->Width(), picture_->Height(),

@@ -17,6 +17,8 @@ class DiagramView : public QWidget {
 
   /// The picture to show, or null; it must stay until the next one is set.
   void Show(const Picture* picture);
+  /// A picture of the same page over it, or null; it must stay as well.
+  void ShowOver(const Picture* over);
   /// Is told the pointer's place on the page, or nothing when it leaves the picture.
   void OnPointer(std::function<void(std::optional<Point>)> pointed) {
     pointed_ = std::move(pointed);
@@ -27,6 +29,9 @@ class DiagramView : public QWidget {
 
   /// Where a position of the widget lies on the page.
   std::optional<Point> PageAt(const QPointF& position) const;
+
+  /// Drawing units for a pixel of the widget; 0 without a picture.
+  double UnitsPerPixel() const;
 
   QSize sizeHint() const override { return {1000, 750}; }
   QSize minimumSizeHint() const override { return {320, 240}; }
@@ -43,6 +48,7 @@ class DiagramView : public QWidget {
   void MoveCursor(double dx, double dy);
 
   const Picture* picture_ = nullptr;
+  const Picture* over_ = nullptr;
   std::optional<Point> cursor_{};  // of the arrow keys, on the page
   std::function<void(std::optional<Point>)> pointed_{};
   std::function<void()> whenPainted_{};

@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <map>
+#include <memory>
 #include <QAction>
 #include <QActionGroup>
 #include <QCloseEvent>
+#include <QDockWidget>
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QHBoxLayout>
@@ -28,16 +30,20 @@
 
 #include "app/analysis_dock.h"
 #include "app/config_window.h"
+#include "app/diagram_control.h"
 #include "app/diagram_view.h"
 #include "app/display_window.h"
 #include "app/edit_actions.h"
 #include "app/help_window.h"
 #include "app/hodogram_window.h"
 #include "app/hodograph_window.h"
+#include "app/loop_window.h"
 #include "app/option_control.h"
 #include "app/output_actions.h"
+#include "app/parcel_dock.h"
 #include "app/screenshot.h"
 #include "app/severe_table_window.h"
+#include "app/surface_window.h"
 #include "core/error_report.h"
 #include "core/files.h"
 #include "program/displays.h"
@@ -47,6 +53,7 @@
 #include "program/session_commands.h"
 #include "program/session_memory.h"
 #include "program/settings_commands.h"
+#include "program/sounding_loop.h"
 
 namespace vexa {
 namespace {
@@ -84,7 +91,10 @@ SoundingWindow::SoundingWindow(Program& program, WindowInteraction& interaction)
 // Its parts outlive it by a little, and must not report to it any more.
 SoundingWindow::~SoundingWindow() {
   view_->OnPointer({});
-  dock_->disconnect(this);
+  for (QDockWidget* dock :
+       {static_cast<QDockWidget*>(dock_), static_cast<QDockWidget*>(parcels_)}) {
+    dock->disconnect(this);
+  }
   interaction_.Attach(nullptr, {});
 }
 
@@ -119,7 +129,9 @@ void SoundingWindow::BuildMenus() {
   new HelpKey(program_, this);
   auto* stop = new QShortcut(QKeySequence(Qt::Key_Escape), this);
   stop->setObjectName(QStringLiteral("EscapeKey"));
-  connect(stop, &QShortcut::activated, this, [this] { program_.Gate.Stop(); });
+  connect(stop, &QShortcut::activated, this, [this] {
+    if (!control_->Escape()) program_.Gate.Stop();
+  });
 }
 
 void SoundingWindow::BuildPanels() {
@@ -129,6 +141,9 @@ void SoundingWindow::BuildPanels() {
   row->setSpacing(0);
   view_ = new DiagramView(middle);
   view_->OnPointer([this](const std::optional<Point>& at) { ShowReadout(at); });
+  control_ = std::make_unique<DiagramControl>(
+      program_, *view_, [this](Changes changes) { Show(changes); },
+      [this](const std::string& text) { ShowStatus(text); });
   sequence_ = new QScrollBar(Qt::Vertical, middle);
   sequence_->setObjectName(QStringLiteral("ScrollSoundings"));
   sequence_->setAccessibleName(QStringLiteral("Steps through the soundings that were opened"));
@@ -154,6 +169,10 @@ void SoundingWindow::BuildPanels() {
   addDockWidget(Qt::RightDockWidgetArea, dock_);
   dock_->hide();
   connect(dock_, &QDockWidget::visibilityChanged, this, [this] { dock_->Follow(); });
+  parcels_ = new ParcelDock(program_, this);
+  addDockWidget(Qt::RightDockWidgetArea, parcels_);
+  parcels_->hide();
+  connect(parcels_, &QDockWidget::visibilityChanged, this, [this] { parcels_->Follow(); });
   view_->setFocus();
 }
 
@@ -174,14 +193,36 @@ void SoundingWindow::Run(Command command) {
     raise();
     activateWindow();
     view_->setFocus();
+    Show(RunCommand(program_, command));
   } else if (command == Command::Analyze) {
     dock_->setVisible(!dock_->isVisible());
     dock_->Follow();
   } else if (RunEditCommand(program_, command, this, [this](Changes changes) { Show(changes); })) {
+  } else if (RunOnDiagram(command)) {
     return;
   } else if (!RunOutputCommand(program_, command, this, view_->size())) {
     Show(RunCommand(program_, command));
   }
+}
+
+// Commands that need the diagram's own controls; false for any other.
+bool SoundingWindow::RunOnDiagram(Command command) {
+  if (command == Command::Zoom) {
+    control_->ChooseRegion();
+  } else if (command == Command::FourParcels) {
+    parcels_->setVisible(!parcels_->isVisible());
+  } else if (command == Command::LoopOptions) {
+    if (program_.Gate.IsOpen() && EditLoop(program_, this)) Show(StartLoop(program_));
+  } else if (command == Command::SurfaceParcel) {
+    if (!program_.Gate.IsOpen()) return true;
+    auto* window = new SurfaceWindow(
+        program_, [this](Changes changes) { Show(changes); }, this);
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    window->open();
+  } else {
+    return false;
+  }
+  return true;
 }
 
 // One window for each display: opened again, it comes to the front.
@@ -212,6 +253,7 @@ void SoundingWindow::OpenSevereTable() {
 
 void SoundingWindow::FollowDisplays() {
   dock_->Follow();
+  parcels_->Follow();
   for (const auto& [row, window] : displays_) {
     if (!window.isNull()) window->Follow();
   }
@@ -279,6 +321,7 @@ void SoundingWindow::Show(Changes changes) {
 void SoundingWindow::ShowState() {
   setWindowTitle(ToQString(SoundingBanner(program_)));
   view_->Show(program_.Plot ? &program_.Plot->Page : nullptr);
+  control_->Follow();
   FollowDisplays();
   ShowChecks();
   ShowDisplays();

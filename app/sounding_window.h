@@ -22,10 +22,12 @@ class QScrollBar;
 namespace vexa {
 
 class AnalysisDock;
+class DiagramControl;
 class DiagramView;
 class DisplayWindow;
 class HodogramWindow;
 class HodographWindow;
+class ParcelDock;
 struct DisplayRow;
 struct FormRow;
 struct MenuRow;
@@ -53,6 +55,7 @@ class SoundingWindow : public QMainWindow {
   void RestoreDisplays();
 
   DiagramView& View() { return *view_; }
+  DiagramControl& Control() { return *control_; }
   HodographWindow* Hodograph() { return hodograph_.get(); }  // null while it is not up
   HodogramWindow* Hodogram() { return hodogram_.get(); }
 
@@ -74,10 +77,13 @@ class SoundingWindow : public QMainWindow {
   void OpenDisplay(const DisplayRow& row);
   void OpenSevereTable();
   void FollowDisplays();
+  bool RunOnDiagram(Command command);
 
   Program& program_;
   WindowInteraction& interaction_;
   DiagramView* view_ = nullptr;
+  std::unique_ptr<DiagramControl> control_;
+  ParcelDock* parcels_ = nullptr;
   std::unique_ptr<HodographWindow> hodograph_;
   std::unique_ptr<HodogramWindow> hodogram_;
   QScrollBar* sequence_ = nullptr;

@@ -308,7 +308,7 @@ void DrawMixingRatioLines(Plot& plot) {
       DrawInFrame(plot, "mixing ratio line", line, plot.Inks.MixingRatio);
       if (!set.WetLabel) continue;
       const Point end = line.back();
-      if (end.X < frame.Left + 80 || end.X > frame.Right - 80) continue;
+      if (!frame.Contains(end) || end.X < frame.Left + 80 || end.X > frame.Right - 80) continue;
       raised = end.X - lastX < 190 && !raised;  // neighbours too close take turns in height
       DrawTextOver(
           plot, "mixing ratio label", {end.X, end.Y - (raised ? 170 : 70)},
@@ -332,12 +332,14 @@ void DrawPressureLines(Plot& plot) {
            set.Pressure == PressureUnits::Hpa ? "hPa" : "MB", plot.Inks.Ink, kAxisText,
            AnchorX::Right);
   const bool inPressure = set.YGridUnits == GridUnits::Mb;
-  const int step = inPressure ? std::max(set.YGridInterval, 10) : 100;
+  int step = inPressure ? std::max(set.YGridInterval, 10) : 100;
+  // An enlarged part keeps about as many lines as the whole.
+  while (plot.At.IsZoomed() && step > 5 && (plot.At.BottomPress() - top) / step < 5) step /= 2;
   std::vector<int> pressures;
   // The bottom line first; above it whole multiples of the interval.
   for (int press = static_cast<int>(plot.At.BottomPress()); press > 0 && press >= top;) {
     pressures.push_back(press);
-    const int interval = press > 100 ? step : 10;
+    const int interval = press > 100 ? step : std::min(step, 10);
     press = (press - 1) / interval * interval;
   }
   if (set.AllMandatoryLines) {

@@ -31,7 +31,9 @@ DiagramMapping::DiagramMapping(DiagramType type, const Rect& plot, double tempMi
       tempMax_(tempMax),
       topPress_(type == DiagramType::Tephigram ? kTephigramTop : topPress),
       bottomPress_(bottomPress),
-      scale_(static_cast<float>(plot.Width() / (tempMax - tempMin))) {
+      scale_(static_cast<float>(plot.Width() / (tempMax - tempMin))),
+      shownTop_(topPress_),
+      shownBottom_(bottomPress) {
   if (type_ != DiagramType::Tephigram) return;
   // The temperature range spans the frame along a turned isobar, hence the cosine.
   scale_ = static_cast<float>(plot.Width() * kTephigramCos / (tempMax - tempMin));
@@ -47,6 +49,43 @@ DiagramMapping::DiagramMapping(DiagramType type, const Rect& plot, double tempMi
                       (perLogTheta_ * kTephigramCos);
 }
 
+DiagramMapping DiagramMapping::Zoomed(const Rect& region) const {
+  DiagramMapping zoomed = *this;
+  zoomed.zoom_ = region;
+  double low = shownTop_;
+  double high = shownBottom_;
+  bool first = true;
+  for (const Point corner : {Point{region.Left, region.Top},
+                             {region.Right, region.Top},
+                             {region.Left, region.Bottom},
+                             {region.Right, region.Bottom}}) {
+    const double press =
+        std::clamp(ToCoordinates(corner).Press, topPress_, static_cast<double>(bottomPress_));
+    low = first ? press : std::min(low, press);
+    high = first ? press : std::max(high, press);
+    first = false;
+  }
+  zoomed.shownTop_ = low;
+  zoomed.shownBottom_ = high;
+  return zoomed;
+}
+
+DiagramMapping DiagramMapping::Whole() const {
+  return {type_, plot_, tempMin_, tempMax_, topPress_, bottomPress_};
+}
+
+Point DiagramMapping::Enlarge(Point whole) const {
+  if (!zoom_) return whole;
+  return {plot_.Left + (whole.X - zoom_->Left) * plot_.Width() / zoom_->Width(),
+          plot_.Top + (whole.Y - zoom_->Top) * plot_.Height() / zoom_->Height()};
+}
+
+Point DiagramMapping::Reduce(Point shown) const {
+  if (!zoom_) return shown;
+  return {zoom_->Left + (shown.X - plot_.Left) * zoom_->Width() / plot_.Width(),
+          zoom_->Top + (shown.Y - plot_.Top) * zoom_->Height() / plot_.Height()};
+}
+
 double DiagramMapping::Fraction(double press) const {
   const auto fraction = static_cast<float>((Log10(press) - Log10(topPress_)) /
                                            (Log10(bottomPress_) - Log10(topPress_)));
@@ -55,13 +94,14 @@ double DiagramMapping::Fraction(double press) const {
 
 double DiagramMapping::YOf(double press) const {
   const double raise = type_ == DiagramType::Tephigram ? kTephigramRaise : 0;
-  return plot_.Height() * Fraction(press) + plot_.Top - raise;
+  return Enlarge({plot_.Left, plot_.Height() * Fraction(press) + plot_.Top - raise}).Y;
 }
 
 double DiagramMapping::PressAt(double y) const {
   const double raise = type_ == DiagramType::Tephigram ? kTephigramRaise : 0;
+  const double whole = Reduce({plot_.Left, y}).Y;
   return std::exp(std::numbers::ln10 *
-                  (Log10(topPress_) + (y + raise - plot_.Top) / plot_.Height() *
+                  (Log10(topPress_) + (whole + raise - plot_.Top) / plot_.Height() *
                                           (Log10(bottomPress_) - Log10(topPress_))));
 }
 
@@ -85,19 +125,19 @@ Point DiagramMapping::ToPoint(double temp, double press) const {
   const double unskewed = (temp - tempMin_) * scale_ + plot_.Left;
   switch (type_) {
     case DiagramType::SkewT:
-      return {unskewed + kSkewOrigin - kSkewPerDecade * Log10(press), YOf(press)};
+      return {Enlarge({unskewed + kSkewOrigin - kSkewPerDecade * Log10(press), 0}).X, YOf(press)};
     case DiagramType::Emagram:
-      return {unskewed, YOf(press)};
+      return {Enlarge({unskewed, 0}).X, YOf(press)};
     case DiagramType::Tephigram:
       break;
   }
   const double up = perLogTheta_ * (LogTheta(temp, press) - baseLogTheta_);
-  return Turn({unskewed, plot_.Bottom - up});
+  return Enlarge(Turn({unskewed, plot_.Bottom - up}));
 }
 
 DiagramCoordinates DiagramMapping::ToCoordinates(Point at) const {
   if (type_ == DiagramType::Tephigram) {
-    const Point flat = Unturn(at);
+    const Point flat = Unturn(Reduce(at));
     const double temp = (flat.X - plot_.Left) / scale_ + tempMin_;
     const double logTheta = baseLogTheta_ + (plot_.Bottom - flat.Y) / perLogTheta_;
     const double logTemp = std::log(std::max(temp + kKelvinOffset, 1.0));
@@ -105,7 +145,7 @@ DiagramCoordinates DiagramMapping::ToCoordinates(Point at) const {
   }
   const double press = PressAt(at.Y);
   const double skew = type_ == DiagramType::SkewT ? kSkewOrigin - kSkewPerDecade * Log10(press) : 0;
-  return {(at.X - plot_.Left - skew) / scale_ + tempMin_, press};
+  return {(Reduce(at).X - plot_.Left - skew) / scale_ + tempMin_, press};
 }
 
 }  // namespace vexa::diagram

@@ -3,6 +3,8 @@
 // readout inverts the very numbers that placed it.
 #pragma once
 
+#include <optional>
+
 #include "config/options.h"
 #include "picture/picture.h"
 
@@ -37,10 +39,19 @@ class DiagramMapping {
   DiagramMapping(DiagramType type, const Rect& plot, double tempMin, double tempMax,
                  double topPress, int bottomPress = 1050);
 
+  /// The same diagram with a region of its frame enlarged to the whole of it.
+  DiagramMapping Zoomed(const Rect& region) const;
+  /// The same diagram whole.
+  DiagramMapping Whole() const;
+
   DiagramType Type() const { return type_; }
   const Rect& Frame() const { return plot_; }
-  double TopPress() const { return topPress_; }
-  double BottomPress() const { return bottomPress_; }
+  bool IsZoomed() const { return zoom_.has_value(); }
+  /// The part of the frame that is shown; all of it unless zoomed.
+  Rect Region() const { return zoom_.value_or(plot_); }
+  /// Lowest and highest pressure that the frame shows, hPa.
+  double TopPress() const { return shownTop_; }
+  double BottomPress() const { return shownBottom_; }
   double TempMin() const { return tempMin_; }
   double TempMax() const { return tempMax_; }
   float Scale() const { return scale_; }  // drawing units per °C
@@ -59,6 +70,8 @@ class DiagramMapping {
  private:
   Point Unturn(Point drawn) const;
   double Fraction(double press) const;
+  Point Enlarge(Point whole) const;
+  Point Reduce(Point shown) const;
 
   DiagramType type_ = DiagramType::SkewT;
   Rect plot_{};
@@ -67,6 +80,9 @@ class DiagramMapping {
   double topPress_ = 100;
   int bottomPress_ = 1050;
   float scale_ = 90;
+  std::optional<Rect> zoom_{};
+  double shownTop_ = 100;
+  double shownBottom_ = 1050;
   // Tephigram: height of the unturned frame per unit of ln θ and the ln θ of its base line.
   double perLogTheta_ = 0;
   double baseLogTheta_ = 0;

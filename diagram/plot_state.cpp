@@ -49,7 +49,8 @@ std::vector<Point> Isobar(const DiagramMapping& at, double press) {
   }
   std::vector<Point> points;
   const double span = at.TempMax() - at.TempMin();
-  for (double temp = at.TempMin() - 1.5 * span; temp <= at.TempMax() + span; temp += 4) {
+  for (double temp = at.TempMin() - 1.5 * span; temp <= at.TempMax() + span;
+       temp += at.IsZoomed() ? 1 : 4) {
     if (temp > -kKelvinOffset + 40) points.push_back(at.ToPoint(temp, press));
   }
   return points;

@@ -49,7 +49,13 @@ struct Plot {
   const Options& Set() const { return In.Set; }
   const SoundingRecord& Sounding() const { return In.Sounding; }
   const analysis::AnalysisResults& Results() const { return In.Results; }
-  bool InRange(double press) const { return press <= At.BottomPress() && press >= At.TopPress(); }
+  bool InRange(double press) const {
+    if (press > At.BottomPress() || press < At.TopPress()) return false;
+    const double y = At.IsZoomed() ? At.YOf(press) : At.Frame().Top;
+    return y >= At.Frame().Top && y <= At.Frame().Bottom;
+  }
+  /// Further soundings are drawn beside this one.
+  bool HasOthers() const { return In.Mode == MultiMode::Overlay || In.Mode == MultiMode::Compare; }
 };
 
 /// A text at a position; the one way in which labels come onto the page.

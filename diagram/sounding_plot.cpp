@@ -1,10 +1,12 @@
 #include "diagram/sounding_plot.h"
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 
 #include "core/numbers.h"
 #include "diagram/analysis_marks.h"
+#include "diagram/extra_lines.h"
 #include "diagram/grid.h"
 #include "diagram/heights.h"
 #include "diagram/panel.h"
@@ -21,16 +23,30 @@ constexpr std::string_view kTephigramWarning =
     " This data can only be displayed on the Skew-T / Log-P and Emagram diagrams.   (The "
     "Tephigram's upper level is preset at 100 mb.)";
 
-bool HasOthers(const Plot& plot) {
-  return plot.In.Mode == MultiMode::Overlay || plot.In.Mode == MultiMode::Compare;
+// The mapping that this sounding asks for, with room for those beside it.
+DiagramMapping OwnScale(const Plot& plot, DiagramChoice choice) {
+  const Options& set = plot.Set();
+  TempRange range = ChooseTempRange(plot.Sounding(), set, choice, kFrame);
+  if (plot.HasOthers() && plot.In.OthersScaling == Scaling::Auto) {
+    for (const OverlaySounding& other : plot.In.Others) {
+      if (other.Sounding == nullptr) continue;
+      if (choice.Type != DiagramType::Tephigram) {
+        choice.TopPress = std::min(choice.TopPress, ChooseDiagram(*other.Sounding, set).TopPress);
+      }
+      const TempRange its = ChooseTempRange(*other.Sounding, set, choice, kFrame);
+      range = {std::min(range.Min, its.Min), std::max(range.Max, its.Max)};
+    }
+  }
+  return {choice.Type, kFrame, range.Min, range.Max, choice.TopPress};
 }
 
 void ConfigureDiagram(Plot& plot) {
   const Options& set = plot.Set();
   const DiagramChoice choice = ChooseDiagram(plot.Sounding(), set);
   if (choice.BeyondTephigram && set.TephigramWarning) plot.Warning = kTephigramWarning;
-  const TempRange range = ChooseTempRange(plot.Sounding(), set, choice, kFrame);
-  plot.At = DiagramMapping(choice.Type, kFrame, range.Min, range.Max, choice.TopPress);
+  const DiagramMapping* held = plot.In.Scale;
+  plot.At = held != nullptr && held->Type() == choice.Type ? *held : OwnScale(plot, choice);
+  if (plot.In.Zoom) plot.At = plot.At.Zoomed(*plot.In.Zoom);
   plot.Inks = PaletteFor(set);
   plot.Page = Picture(kPageWidth, kPageHeight, plot.Inks.Paper);
   if (!plot.In.Configuration.empty()) {
@@ -54,7 +70,7 @@ std::string OtherTitle(const SoundingRecord& sounding, const Options& set) {
 
 // Titles of overlaid and compared soundings stand below the axis, in their own colours.
 void DrawOtherTitles(Plot& plot) {
-  if (!HasOthers(plot)) return;
+  if (!plot.HasOthers()) return;
   const bool compare = plot.In.Mode == MultiMode::Compare;
   constexpr int kRows = 3;
   int number = 1;
@@ -109,7 +125,9 @@ void DrawSoundingData(Plot& plot) {
   DrawParcel(plot);
   DrawTraces(plot);
   DrawOtherTraces(plot);
-  if (!HasOthers(plot)) DrawLegend(plot);
+  DrawReferenceTraces(plot);
+  DrawExtraLines(plot);
+  if (!plot.HasOthers()) DrawLegend(plot);
 }
 
 void DrawIcaoAndHeightAxis(Plot& plot) {
@@ -124,7 +142,8 @@ void DrawScale(Plot& plot) {
 }
 
 void DrawPressHeights(Plot& plot) {
-  PrsHgtLabel(plot, HasOthers(plot));
+  if (!plot.In.Lines.PressHeights) return;
+  PrsHgtLabel(plot, plot.HasOthers());
 }
 
 void DrawAnalyses(Plot& plot) {
@@ -153,7 +172,7 @@ void DrawPressureAxis(Plot& plot) {
   DrawPressureLines(plot);
   DrawFrame(plot);
   // Over the isobars; with other soundings on the diagram the line stands alone.
-  if (!HasOthers(plot)) DrawSurfaceLabel(plot);
+  if (!plot.HasOthers()) DrawSurfaceLabel(plot);
 }
 
 struct PlotStep {

@@ -35,6 +35,15 @@ struct LayerMark {
   double TopHeight = 0;
 };
 
+/// Lines that the Compare menu puts over the diagram.
+struct ExtraLines {
+  bool PressHeights = true;       // heights of the mandatory levels beside their pressures
+  bool HeightCorrection = false;  // purple
+  bool Contrail = false;          // green
+  bool Soaring = false;
+  bool operator==(const ExtraLines&) const = default;
+};
+
 struct PlotInput {
   const SoundingRecord& Sounding;
   const analysis::AnalysisResults& Results;
@@ -43,9 +52,15 @@ struct PlotInput {
   std::vector<OverlaySounding> Others{};
   std::vector<FrontMark> Fronts{};
   std::vector<LayerMark> Layers{};
-  const Picture* Hodograph = nullptr;    // small hodograph, finished elsewhere
-  std::string Configuration{};           // caption of the active configuration
-  std::optional<double> LoopHoldTime{};  // s, while a loop runs
+  const Picture* Hodograph = nullptr;     // small hodograph, finished elsewhere
+  std::string Configuration{};            // caption of the active configuration
+  std::optional<double> LoopHoldTime{};   // s, while a loop runs
+  Scaling OthersScaling = Scaling::Auto;  // Auto: the axes make room for every sounding
+  const SoundingRecord* Reference = nullptr;
+  ExtraLines Lines{};
+  std::optional<Rect> Zoom{};  // part of the diagram's frame that fills it, page units
+  /// Drawn by this mapping as long as it is of the right type, not by one of the sounding's own.
+  const DiagramMapping* Scale = nullptr;
 };
 
 struct SoundingPlot {

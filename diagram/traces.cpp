@@ -69,6 +69,7 @@ void NameTrace(Plot& plot, std::string_view name, const Levels<double>& press,
   for (int i = press.Count(); i >= 1; --i) {
     if (IsMissing(temp(i)) || press(i) < plot.At.TopPress()) continue;
     const Point at = plot.At.ToPoint(temp(i), press(i));
+    if (at.Y > frame.Bottom) continue;
     if (at.Y < frame.Top + 60 || at.X < frame.Left + 150 || at.X > frame.Right - 150) continue;
     const double aside = across == AnchorX::Left ? 70 : -70;
     DrawTextOver(plot, "trace name", {at.X + aside, at.Y + 30}, std::string(name), ink, kAxisText,
@@ -201,6 +202,16 @@ void DrawOtherTraces(Plot& plot) {
   }
 }
 
+void DrawReferenceTraces(Plot& plot) {
+  const SoundingRecord* reference = plot.In.Reference;
+  if (reference == nullptr) return;
+  const Pen pen{plot.Inks.Faint, 22, LineStyle::Dash};
+  DrawTrace(plot, "reference temperature", reference->Press, reference->Temp, {pen});
+  DrawTrace(plot, "reference dew point", reference->Press, reference->Dewpt,
+            {{pen.Ink, 16, LineStyle::Dots}});
+  NameTrace(plot, "Reference", reference->Press, reference->Temp, pen.Ink, AnchorX::Left);
+}
+
 void DrawLegend(Plot& plot) {
   const auto drawn = [&plot](std::string_view tag) {
     return std::ranges::any_of(plot.Page.Items(),
@@ -233,6 +244,7 @@ void DrawLegend(Plot& plot) {
   line("dew point", "Td", plot.Inks.Dewpoint);
   line("virtual temperature", "Tv", plot.Inks.VirtualTemp);
   line("parcel", "Parcel", plot.Inks.Parcel);
+  line("reference temperature", "Reference", {plot.Inks.Faint, 22, LineStyle::Dash});
   area("CAPE area", "CAPE", plot.Inks.Cape);
   area("CIN hatch", "CIN", plot.Inks.CinHatch);
 }

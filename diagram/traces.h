@@ -17,6 +17,9 @@ void DrawTraces(Plot& plot);
 /// The traces of the further soundings, each in its own pen.
 void DrawOtherTraces(Plot& plot);
 
+/// The reference sounding, dashed, with its title.
+void DrawReferenceTraces(Plot& plot);
+
 /// What the lines and areas of this picture mean, below the temperature axis.
 void DrawLegend(Plot& plot);
 

@@ -118,6 +118,7 @@ bool LoadOne(Program& program, const std::filesystem::path& path) {
   }
   program.History.Clear();
   program.Loaded = current.Record;
+  program.View.Cursor = {};
   return true;
 }
 

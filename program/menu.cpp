@@ -67,6 +67,32 @@ constexpr MenuRow OnSounding(std::string_view in, std::string_view name, std::st
           .WhenDisabled = whenDisabled};
 }
 
+bool IsComparing(const Program& program) {
+  return program.View.Mode == diagram::MultiMode::Compare;
+}
+
+bool IsOverlaying(const Program& program) {
+  return program.View.Mode == diagram::MultiMode::Overlay;
+}
+
+bool ShowsIsa(const Program& program) {
+  return program.Set.IcaoLine;
+}
+
+bool ShowsReference(const Program& program) {
+  return program.View.ShowsReference;
+}
+
+template <bool diagram::ExtraLines::*Line>
+bool ShowsLine(const Program& program) {
+  return program.View.Lines.*Line;
+}
+
+// Stands in the menu bar only while a loop runs.
+std::string StopLoopCaption(const Program& program) {
+  return program.View.Looping ? "     > > >   STOP LOOP  < < <        (or press ESC)" : "";
+}
+
 template <bool Program::*Shown>
 bool IsUp(const Program& program) {
   return program.*Shown;
@@ -195,6 +221,37 @@ constexpr MenuRow kMenuTree[] = {
      .Hint = "Take the sounding as it was loaded",
      .IsEnabled = commands::CanRestore,
      .WhenDisabled = "The sounding is as it was loaded (restore)"},
+    {"mnuDisplay", "mnuZoom", "&Zoom", Command::Zoom,
+     "Choose a region of the diagram with the mouse; the wheel zooms, too", "F7", true, nullptr,
+     nullptr, false},
+    {"mnuDisplay", "mnuUnZoom", "Un-Zoom", Command::UnZoom, "Back to the full diagram", "Ctrl+0"},
+    {"mnuDisplay", "mnuSurface", "S&urface Values...", Command::SurfaceParcel,
+     "Set temperature, dew point and wind at the surface and mix the air above", "", true, nullptr,
+     nullptr, false},
+    {"mnuDisplay", "mnuParcels", "Four &Parcels", Command::FourParcels,
+     "Surface, mean-layer, most unstable and own parcel side by side", "F6", false, nullptr,
+     nullptr, false},
+    {"mnuDisplay", "mnuCompares", "&Compare"},
+    {"mnuCompares", "mnuCompare", "&Compare Another Sounding", Command::Compare,
+     "Draw a second sounding on the diagram", "", false, IsComparing, nullptr, true},
+    {"mnuCompares", "mnuOverlay", "&Overlay Multiple Soundings", Command::Overlay,
+     "Draw several soundings on the diagram", "", false, IsOverlaying, nullptr, true},
+    {"mnuCompares", "mnuICAO", "&ISA Sounding", Command::IsaSounding,
+     "Draw the standard atmosphere on the diagram", "", false, ShowsIsa, nullptr, true},
+    {"mnuCompares", "mnuReference", "&Reference Sounding", Command::ReferenceSounding,
+     "Draw the reference sounding on the diagram", "", false, ShowsReference, nullptr, true},
+    {"mnuCompares", "mnuPrsHgt", "&Pressure/Height Values", Command::PressHeights,
+     "Write heights beside the pressures", "", true, ShowsLine<&diagram::ExtraLines::PressHeights>,
+     nullptr, true},
+    {"mnuCompares", "mnuHeightCorr", "&Height Correction Line (purple)", Command::HeightCorrection,
+     "Draw what a pressure altitude has to be corrected by", "", false,
+     ShowsLine<&diagram::ExtraLines::HeightCorrection>, nullptr, true},
+    {"mnuCompares", "mnuContrail", "&Contrail Threshold Line (green)", Command::ContrailLine,
+     "Draw the warmest temperatures at which engines leave trails", "", false,
+     ShowsLine<&diagram::ExtraLines::Contrail>, nullptr, true},
+    {"mnuCompares", "mnuSoar", "&Soaring", Command::SoaringLine,
+     "Draw the dry adiabat of the day's thermals", "", false,
+     ShowsLine<&diagram::ExtraLines::Soaring>, nullptr, true},
     {"", "mnuOptions", "&Options"},
     {"mnuOptions", "mnuDiag", "&Diagram Options", Command::DiagramOptions,
      "Set what the diagram shows and how", "F8"},
@@ -202,6 +259,8 @@ constexpr MenuRow kMenuTree[] = {
      "Set units, analyses and parcels", "F9"},
     {"mnuOptions", "mnuSystem", "&System Options", Command::SystemOptions,
      "Set folders, file lists and export units", "Shift+F9"},
+    {"mnuOptions", "mnuLoop", "&Loop Options", Command::LoopOptions,
+     "Show the soundings that were opened together as a movie", ""},
     {"mnuOptions", "mnuConfiguration", "&Configuration"},
     {"mnuConfiguration", "mnuConfiguration0", "&None", Command::ConfigurationNone,
      "Work with the unnamed settings", "", false, IsActive<Configuration::None>},
@@ -236,6 +295,8 @@ constexpr MenuRow kMenuTree[] = {
      "Where the program is at home"},
     {"mnuHelp", "mnuUpdates", "VEXA Program &Updates", Command::HelpUpdates,
      "How to get a newer version"},
+    {"", "mnuSpecial", "     > > >   STOP LOOP  < < <        (or press ESC)", Command::StopLoop,
+     "Stop the running loop", "", false, nullptr, StopLoopCaption},
 };
 
 }  // namespace

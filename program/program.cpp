@@ -10,6 +10,8 @@
 #include "program/edit_commands.h"
 #include "program/hodograph_commands.h"
 #include "program/settings_commands.h"
+#include "program/sounding_loop.h"
+#include "program/view_commands.h"
 
 namespace vexa {
 namespace {
@@ -26,7 +28,8 @@ Changes Exit(Program& program) {
   return {};
 }
 
-Changes DrawAgain(Program&) {
+Changes DrawAgain(Program& program) {
+  program.View.Cursor = {};
   return {.View = true};
 }
 
@@ -68,6 +71,17 @@ constexpr CommandRow kCommands[] = {
     {Command::Restore, commands::RestoreSounding},
     {Command::Undo, commands::UndoEdit},
     {Command::Redo, commands::RedoEdit},
+    {Command::SoundingDiagram, commands::ShowAlone},
+    {Command::UnZoom, commands::UnZoom},
+    {Command::Compare, commands::CompareAnother},
+    {Command::Overlay, commands::OverlaySeveral},
+    {Command::IsaSounding, commands::ToggleIsa},
+    {Command::ReferenceSounding, commands::ToggleReference},
+    {Command::PressHeights, commands::ToggleLine<&diagram::ExtraLines::PressHeights>},
+    {Command::HeightCorrection, commands::ToggleLine<&diagram::ExtraLines::HeightCorrection>},
+    {Command::ContrailLine, commands::ToggleLine<&diagram::ExtraLines::Contrail>},
+    {Command::SoaringLine, commands::ToggleLine<&diagram::ExtraLines::Soaring>},
+    {Command::StopLoop, StopLoop},
 };
 
 Progress ProgressOf(Program& program) {
@@ -121,14 +135,14 @@ bool Refresh(Program& program, Changes changes) {
     std::vector<diagram::OverlaySounding> others;
     for (const SoundingRecord& other : program.Others) others.push_back({&other});
     const std::optional<Picture> small = hodograph::PlotSmallHodograph(HodographOf(program));
-    std::optional<diagram::SoundingPlot> plot =
-        diagram::PlotSounding({.Sounding = program.Current.Record,
-                               .Results = program.Results,
-                               .Set = program.Set,
-                               .Others = std::move(others),
-                               .Hodograph = small ? &*small : nullptr,
-                               .Configuration = ConfigurationCaption(program.Settings)},
-                              ProgressOf(program));
+    diagram::PlotInput input{.Sounding = program.Current.Record,
+                             .Results = program.Results,
+                             .Set = program.Set,
+                             .Others = std::move(others),
+                             .Hodograph = small ? &*small : nullptr,
+                             .Configuration = ConfigurationCaption(program.Settings)};
+    LookAs(program, input);
+    std::optional<diagram::SoundingPlot> plot = diagram::PlotSounding(input, ProgressOf(program));
     if (!plot) return {};
     program.Plot = std::move(plot);
     finished = true;
@@ -159,6 +173,8 @@ std::string SoundingBanner(const Program& program) {
   text += program.Current.Record.StationTitle.empty()
               ? program.Current.FileName
               : diagram::TitleText(program.Current.Record, program.Set);
+  if (program.View.Mode == diagram::MultiMode::Compare) text += "  -  Sounding Comparison";
+  if (program.View.Mode == diagram::MultiMode::Overlay) text += "  -  Sounding Overlay";
   if (program.Listed.size() > 1) {
     text += "  (" + Shortest(static_cast<int>(program.ListedNow) + 1) + "/" +
             Shortest(static_cast<int>(program.Listed.size())) + ")";

@@ -25,6 +25,7 @@
 #include "diagram/sounding_plot.h"
 #include "hodograph/comparison.h"
 #include "program/command_gate.h"
+#include "program/view_state.h"
 
 namespace vexa {
 
@@ -61,14 +62,14 @@ enum class Command {
   Recent5,
   Hodograph,
   Hodogram,
-  SoundingDiagram,  // these by the window
+  SoundingDiagram,
   HelpMain,
   HelpContents,
   HelpShortcuts,
   HelpSupport,
   HelpWebSite,
   HelpUpdates,
-  NotBuilt,  // entries of displays that this version lacks
+  NotBuilt,     // entries of displays that this version lacks
   NewSounding,  // the editors are opened by the window
   EditDecoded,
   EditSource,
@@ -83,6 +84,20 @@ enum class Command {
   Restore,
   Undo,
   Redo,
+  Zoom,  // the region is chosen in the window
+  UnZoom,
+  Compare,
+  Overlay,
+  IsaSounding,
+  ReferenceSounding,
+  PressHeights,
+  HeightCorrection,
+  ContrailLine,
+  SoaringLine,
+  LoopOptions,  // these three by the window
+  SurfaceParcel,
+  FourParcels,
+  StopLoop,
 };
 
 /// What a command changed, hence what is no longer true of the results and the picture.
@@ -127,6 +142,7 @@ struct Program {
   std::optional<SoundingRecord> Loaded{};  // the sounding in work as its file gave it
   std::optional<Session> KeptSession{};    // as it was written last
   std::optional<QcFinding> ToCorrect{};    // what the user wants to correct, for the editor
+  ViewState View{};                        // how the diagram is looked at
 
   std::optional<diagram::SoundingPlot> Plot{};  // the last picture that was finished
   bool TephigramWarned = false;                 // its warning was shown

@@ -1,0 +1,34 @@
+// The panel of four parcels side by side; the fourth is the user's own.
+#pragma once
+
+#include <QDockWidget>
+
+#include "analysis/analysis.h"
+#include "program/program.h"
+
+class QDoubleSpinBox;
+class QTableWidget;
+
+namespace vexa {
+
+class ParcelDock : public QDockWidget {
+ public:
+  ParcelDock(const Program& program, QWidget* parent);
+
+  /// Fills in the parcels of the sounding in work. The own parcel starts as the surface's until the
+  /// user has set it.
+  void Follow();
+
+ private:
+  QDoubleSpinBox* AddNumber(const char* name, double least, double most);
+  void Fill();
+
+  const Program& program_;
+  QTableWidget* table_ = nullptr;
+  QDoubleSpinBox* press_ = nullptr;
+  QDoubleSpinBox* temp_ = nullptr;
+  QDoubleSpinBox* dewpt_ = nullptr;
+  bool isSet_ = false;
+};
+
+}  // namespace vexa

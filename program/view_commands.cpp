@@ -1,0 +1,212 @@
+#include "program/view_commands.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <string_view>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+#include "analysis/interpolate.h"
+#include "core/data_checks.h"
+#include "core/files.h"
+#include "core/markers.h"
+#include "core/numbers.h"
+#include "core/units.h"
+#include "ingest/decoder.h"
+#include "program/sounding_loop.h"
+
+namespace vexa {
+namespace {
+
+using diagram::MultiMode;
+
+constexpr std::string_view kReferenceFile = "REFERENCE.DAT";
+constexpr std::string_view kLockedAlready =
+    "Because you already specified a Data-Locked Cursor,\n"
+    "you must first activate a screen REFRESH from the Main Menu,\n"
+    "before another Cursor can be positioned on the diagram.";
+
+// Reads a sounding beside the one in work; what is wrong with it is told.
+std::optional<SoundingRecord> LoadBeside(Program& program, const std::filesystem::path& path) {
+  CurrentSounding beside;
+  beside.Ask = program.Current.Ask;
+  if (ingest::LoadSounding(beside, path, 0, &program.Stations) != Status::Ok) return std::nullopt;
+  const Silenced quiet(beside);
+  DataQC(beside);
+  return std::move(beside.Record);
+}
+
+FileQuestion QuestionFor(const Program& program, std::string_view title) {
+  const std::filesystem::path& folder =
+      program.Current.DataFolder.empty() ? program.Where.Data : program.Current.DataFolder;
+  return {.Title = std::string(title), .Folder = TextFromPath(folder), .Filter = "All files (*)|*"};
+}
+
+Changes ShowWith(Program& program, MultiMode mode, std::vector<SoundingRecord> others) {
+  if (others.empty()) return {};
+  StopLoop(program);
+  program.Others = std::move(others);
+  program.View.Mode = mode;
+  return {.View = true};
+}
+
+std::string TempText(double temp) {
+  return NotAvailable(temp) ? "--" : Mask(temp, "#0.0");
+}
+
+}  // namespace
+
+void LookAs(const Program& program, diagram::PlotInput& input) {
+  const ViewState& view = program.View;
+  const MainWindowSettings& window = program.Settings.Window;
+  input.Mode = view.Looping ? MultiMode::Loop : view.Mode;
+  input.OthersScaling =
+      view.Mode == MultiMode::Compare ? window.CompareScaling : window.OverlayScaling;
+  if (view.ShowsReference && view.Reference) input.Reference = &*view.Reference;
+  input.Lines = view.Lines;
+  input.Zoom = view.Zoom;
+  if (view.Looping) input.LoopHoldTime = program.Set.MovieTime;
+  if (view.LoopScale) input.Scale = &*view.LoopScale;
+}
+
+Changes ZoomTo(Program& program, const Rect& chosen) {
+  if (!program.Plot) return {};
+  program.View.Zoom = diagram::ZoomRegion(program.Plot->Mapping, chosen);
+  return {.View = true};
+}
+
+Changes ZoomBy(Program& program, Point about, double factor) {
+  if (!program.Plot || factor <= 0) return {};
+  const auto region = diagram::ZoomAbout(program.Plot->Mapping, about, factor);
+  if (region == program.View.Zoom) return {};
+  program.View.Zoom = region;
+  return {.View = true};
+}
+
+Changes Pan(Program& program, double dx, double dy) {
+  if (!program.Plot || !program.View.Zoom) return {};
+  const Rect region = diagram::PanBy(program.Plot->Mapping, dx, dy);
+  if (region == *program.View.Zoom) return {};
+  program.View.Zoom = region;
+  return {.View = true};
+}
+
+void PlaceCursor(Program& program, Point at) {
+  if (!program.Plot || !program.Plot->Mapping.Frame().Contains(at)) return;
+  diagram::CursorState& cursor = program.View.Cursor;
+  if (cursor.Level) {
+    if (program.Current.Ask == nullptr) return;
+    program.Current.Ask->Ask(Box{.Title = "VEXA", .Text = std::string(kLockedAlready)});
+    return;
+  }
+  if (program.Settings.Window.Cursor == CursorMode::Free) {
+    cursor.At = at;
+    return;
+  }
+  cursor = {};
+  cursor.Level = diagram::NearestLevel(program.Plot->Mapping, program.Current.Record, at);
+  if (cursor.Level) cursor.Text = LevelText(program, *cursor.Level);
+}
+
+bool StepCursor(Program& program, int step) {
+  diagram::CursorState& cursor = program.View.Cursor;
+  if (!cursor.Level) return false;
+  cursor.Level = std::clamp(*cursor.Level + step, 1, program.Current.Record.NumTempLevels());
+  cursor.Text = LevelText(program, *cursor.Level);
+  return true;
+}
+
+std::string SwitchCursor(Program& program) {
+  CursorMode& mode = program.Settings.Window.Cursor;
+  mode = mode == CursorMode::Free ? CursorMode::Locked : CursorMode::Free;
+  program.View.Cursor = {};
+  return mode == CursorMode::Free ? "Mouse Cursor" : "Data-Locked Cursor";
+}
+
+std::string LevelText(const Program& program, int level) {
+  const SoundingRecord& record = program.Current.Record;
+  if (level < 1 || level > record.NumTempLevels()) return {};
+  const Options& set = program.Set;
+  std::string text = "#" + Shortest(level) + "  " + Mask(record.Press(level), "###0.0") +
+                     (set.Pressure == PressureUnits::Hpa ? " hPa" : " mb");
+  if (level > program.Results.Levels.Count()) return text;
+  const double height = program.Results.Levels.Height(level);
+  if (HasHeight(height)) {
+    const double shown = set.Heights == HeightMode::Agl ? height - record.ElevM : height;
+    const bool feet = set.GpmUnits == LengthUnits::Feet;
+    text += "  " + Mask(feet ? FeetFromMeters(shown) : shown, "####0") + (feet ? " ft" : " m") +
+            (set.Heights == HeightMode::Agl ? " AGL" : "");
+  }
+  text += "  Temp:" + TempText(record.Temp(level)) + "  Td:" + TempText(record.Dewpt(level));
+  const analysis::WindSample wind = analysis::WindAtHeight(record, height);
+  if (wind.Ok()) {
+    const bool knots = set.Speed == SpeedUnits::Knots;
+    text += "  Wind:" + Mask(wind.Value.Dir, "000") + "/" +
+            (knots ? Mask(wind.Value.Spd, "##0") + " kts"
+                   : Mask(wind.Value.Spd * kKnotToMs, "##0.0") + " m/s");
+  }
+  return text;
+}
+
+namespace commands {
+
+Changes ShowAlone(Program& program) {
+  const bool looped = StopLoop(program).Any();
+  if (program.View.Mode == MultiMode::Single && program.Others.empty() && !looped) return {};
+  program.View.Mode = MultiMode::Single;
+  program.Others.clear();
+  return {.View = true};
+}
+
+Changes UnZoom(Program& program) {
+  if (!program.View.Zoom) return {};
+  program.View.Zoom.reset();
+  return {.View = true};
+}
+
+Changes CompareAnother(Program& program) {
+  if (program.View.Mode == MultiMode::Compare) return ShowAlone(program);
+  const auto name = program.Current.Ask->ChooseFile(QuestionFor(program, "Sounding Comparison"));
+  if (!name) return {};
+  std::vector<SoundingRecord> others;
+  if (auto record = LoadBeside(program, PathFromText(*name))) others.push_back(std::move(*record));
+  return ShowWith(program, MultiMode::Compare, std::move(others));
+}
+
+Changes OverlaySeveral(Program& program) {
+  if (program.View.Mode == MultiMode::Overlay) return ShowAlone(program);
+  std::vector<SoundingRecord> others;
+  const auto names = program.Current.Ask->ChooseFiles(QuestionFor(program, "Sounding Overlay"));
+  for (const std::string& name : names) {
+    if (auto record = LoadBeside(program, PathFromText(name))) {
+      others.push_back(std::move(*record));
+    }
+  }
+  return ShowWith(program, MultiMode::Overlay, std::move(others));
+}
+
+Changes ToggleIsa(Program& program) {
+  program.Set.IcaoLine = !program.Set.IcaoLine;
+  return {.View = true};
+}
+
+Changes ToggleReference(Program& program) {
+  ViewState& view = program.View;
+  if (!view.ShowsReference && !view.Reference) {
+    std::filesystem::path path = program.Where.Root / kReferenceFile;
+    std::error_code ignored;
+    if (!std::filesystem::exists(path, ignored)) {
+      const auto name = program.Current.Ask->ChooseFile(QuestionFor(program, "Reference Sounding"));
+      if (!name) return {};
+      path = PathFromText(*name);
+    }
+    view.Reference = LoadBeside(program, path);
+    if (!view.Reference) return {};
+  }
+  view.ShowsReference = !view.ShowsReference;
+  return {.View = true};
+}
+
+}  // namespace commands
+}  // namespace vexa

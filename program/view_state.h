@@ -1,0 +1,25 @@
+// How the diagram is looked at: enlarged or whole, alone or with other soundings, with which lines
+// over it, and where the cursor stands. None of this is kept between sessions.
+#pragma once
+
+#include <optional>
+
+#include "core/sounding_record.h"
+#include "diagram/cursor_marks.h"
+#include "diagram/sounding_plot.h"
+
+namespace vexa {
+
+struct ViewState {
+  diagram::MultiMode Mode = diagram::MultiMode::Single;  // Single, Overlay or Compare
+  std::optional<Rect> Zoom{};                            // part of the frame that fills it
+  diagram::ExtraLines Lines{};
+  std::optional<SoundingRecord> Reference{};  // once it has been read
+  bool ShowsReference = false;
+  diagram::CursorState Cursor{};
+
+  bool Looping = false;
+  std::optional<diagram::DiagramMapping> LoopScale{};  // axes that a loop keeps
+};
+
+}  // namespace vexa

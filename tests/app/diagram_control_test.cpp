@@ -1,0 +1,231 @@
+// Mouse, wheel and keys on the main window's diagram.
+#include "app/diagram_control.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <QAction>
+#include <QApplication>
+#include <QCheckBox>
+#include <QDialog>
+#include <QDialogButtonBox>
+#include <QDoubleSpinBox>
+#include <QElapsedTimer>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPushButton>
+#include <QTableWidget>
+#include <QTimer>
+#include <QWheelEvent>
+#include <string>
+#include <vector>
+
+#include "app/diagram_view.h"
+#include "app/sounding_window.h"
+#include "core/files.h"
+#include "core/raw_file.h"
+#include "picture/stroke.h"
+#include "support/soundings.h"
+
+namespace vexa {
+namespace {
+
+class ControlTest : public testing::Test {
+ protected:
+  ControlTest() {
+    program.Current.Ask = &interaction;
+    window.resize(1000, 760);
+    window.show();
+    QApplication::processEvents();
+  }
+  void Open(std::initializer_list<SoundingRecord> records) {
+    std::vector<std::filesystem::path> paths;
+    for (const SoundingRecord& record : records) {
+      paths.push_back(folder.Path() / (std::to_string(paths.size()) + ".RAW"));
+      EXPECT_FALSE(SaveFile(paths.back(), WriteRaw(record)));
+    }
+    window.OpenFiles(paths);
+    QApplication::processEvents();
+  }
+  QPointF Place(Point at) {
+    const PageFit fit = FitPage(program.Plot->Page.Width(), program.Plot->Page.Height(),
+                                {0, 0, static_cast<double>(window.View().width()),
+                                 static_cast<double>(window.View().height())});
+    return {fit.Left + at.X * fit.Scale, fit.Top + at.Y * fit.Scale};
+  }
+  void Mouse(QEvent::Type type, Point at, Qt::MouseButton button = Qt::LeftButton) {
+    const QPointF place = Place(at);
+    const bool up = type == QEvent::MouseButtonRelease;
+    QMouseEvent event(type, place, window.View().mapToGlobal(place),
+                      type == QEvent::MouseMove ? Qt::NoButton : button,
+                      up ? Qt::MouseButtons(Qt::NoButton) : Qt::MouseButtons(button),
+                      Qt::NoModifier);
+    QApplication::sendEvent(&window.View(), &event);
+  }
+  void Key(int key) {
+    QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
+    QApplication::sendEvent(&window.View(), &event);
+  }
+  QAction& Entry(const char* name) { return *window.findChild<QAction*>(name); }
+  const diagram::DiagramMapping& At() const { return program.Plot->Mapping; }
+
+  test::TemporaryFolder folder;
+  Program program;
+  WindowInteraction interaction{program.Gate, WindowInteraction::Attendance::Unattended};
+  SoundingWindow window{program, interaction};
+};
+
+TEST_F(ControlTest, EntriesThatNeedASoundingHintAtItWithoutOne) {
+  window.Show({.View = true});
+  for (const char* name : {"mnuCompare", "mnuOverlay", "mnuContrail", "mnuSurface", "mnuLoop"}) {
+    EXPECT_FALSE(Entry(name).isEnabled()) << name;
+  }
+  EXPECT_EQ(Entry("mnuCompare").statusTip(), "(compare sounding)");
+  Open({test::ReferenceWinter()});
+  EXPECT_TRUE(Entry("mnuCompare").isEnabled());
+  EXPECT_FALSE(Entry("mnuSpecial").isVisible());
+}
+
+TEST_F(ControlTest, ZoomsByRegionWheelAndKeysAndPans) {
+  Open({test::ReferenceConvective()});
+  const Point target = At().ToPoint(8.6, 700);
+  Entry("mnuZoom").trigger();
+  Mouse(QEvent::MouseButtonPress, {target.X - 800, target.Y - 900});
+  Mouse(QEvent::MouseMove, {target.X + 800, target.Y + 900});
+  EXPECT_TRUE(program.View.Cursor.Choosing);
+  Mouse(QEvent::MouseButtonRelease, {target.X + 800, target.Y + 900});
+  ASSERT_TRUE(At().IsZoomed());
+  const Rect frame = At().Frame();
+  EXPECT_NEAR(At().ToPoint(8.6, 700).X, (frame.Left + frame.Right) / 2, 30);
+  EXPECT_FALSE(program.History.CanUndo());
+
+  const Rect before = At().Region();
+  const Point empty{frame.Right - 300, frame.Bottom - 300};
+  Mouse(QEvent::MouseButtonPress, empty, Qt::MiddleButton);
+  Mouse(QEvent::MouseMove, {empty.X - 600, empty.Y}, Qt::MiddleButton);
+  Mouse(QEvent::MouseButtonRelease, {empty.X - 600, empty.Y}, Qt::MiddleButton);
+  EXPECT_GT(At().Region().Left, before.Left);
+  EXPECT_NEAR(At().Region().Width(), before.Width(), 1e-6);
+
+  Entry("mnuUnZoom").trigger();
+  EXPECT_FALSE(At().IsZoomed());
+  const QPointF place = Place(target);
+  QWheelEvent wheel(place, window.View().mapToGlobal(place), {}, {0, 240}, Qt::NoButton,
+                    Qt::NoModifier, Qt::NoScrollPhase, false);
+  QApplication::sendEvent(&window.View(), &wheel);
+  EXPECT_NEAR(At().Region().Width(), frame.Width() / (1.25 * 1.25), 1);
+  EXPECT_NEAR(At().ToPoint(8.6, 700).X, target.X, 20);
+  Key(Qt::Key_Minus);
+  Key(Qt::Key_Minus);
+  EXPECT_FALSE(At().IsZoomed());
+}
+
+TEST_F(ControlTest, DragsALevelAndEscapeTakesItBack) {
+  Open({test::ReferenceConvective()});
+  const SoundingRecord before = program.Current.Record;
+  const std::string drawn = ToSvg(program.Plot->Page, 800, 600);
+  const Point from = At().ToPoint(8.6, 700);
+  const Point to = At().ToPoint(14.6, 700);
+  Mouse(QEvent::MouseButtonPress, from);
+  Mouse(QEvent::MouseMove, to);
+  EXPECT_NEAR(program.Current.Record.Temp(10), 14.6, 0.2);
+  EXPECT_NE(ToSvg(program.Plot->Page, 800, 600), drawn);
+  EXPECT_TRUE(window.Control().Escape());
+  EXPECT_EQ(program.Current.Record, before);
+  EXPECT_EQ(ToSvg(program.Plot->Page, 800, 600), drawn);
+  Mouse(QEvent::MouseButtonRelease, to);
+  EXPECT_FALSE(program.History.CanUndo());
+
+  Mouse(QEvent::MouseButtonPress, from);
+  for (int i = 1; i <= 5; ++i) Mouse(QEvent::MouseMove, {from.X + 60.0 * i, from.Y});
+  Mouse(QEvent::MouseButtonRelease, {from.X + 300, from.Y});
+  EXPECT_TRUE(program.History.Undo(program.Current.Record));
+  EXPECT_EQ(program.Current.Record, before);
+  EXPECT_FALSE(program.History.CanUndo());  // one step
+
+  // A click on a level moves nothing; it places the cursor.
+  Mouse(QEvent::MouseButtonPress, from);
+  Mouse(QEvent::MouseButtonRelease, from);
+  EXPECT_EQ(program.Current.Record, before);
+  EXPECT_TRUE(program.View.Cursor.At);
+}
+
+TEST_F(ControlTest, KeysStepLevelsAndSoundings) {
+  Open({test::ReferenceConvective(), test::ReferenceWinter()});
+  Key(Qt::Key_L);
+  const Point at = At().ToPoint(10, 500);
+  Mouse(QEvent::MouseButtonPress, at);
+  Mouse(QEvent::MouseButtonRelease, at);
+  EXPECT_EQ(program.View.Cursor.Level, 14);
+  Key(Qt::Key_Down);
+  EXPECT_EQ(program.View.Cursor.Level, 13);
+  Key(Qt::Key_PageDown);
+  EXPECT_EQ(program.ListedNow, 1u);
+  EXPECT_FALSE(program.View.Cursor.Level);  // another sounding
+  Key(Qt::Key_PageDown);
+  EXPECT_EQ(program.ListedNow, 1u);
+  Key(Qt::Key_PageUp);
+  EXPECT_EQ(program.ListedNow, 0u);
+}
+
+TEST_F(ControlTest, TheLoopRunsUntilItIsStopped) {
+  Open({test::ReferenceConvective(), test::ReferenceWinter()});
+  program.Set.MovieTime = 0.1;
+  QTimer::singleShot(0, &window, [] {
+    auto* dialog = QApplication::activeModalWidget();
+    ASSERT_NE(dialog, nullptr);
+    dialog->findChild<QPushButton*>("StartLoop")->click();
+  });
+  Entry("mnuLoop").trigger();
+  ASSERT_TRUE(program.View.Looping);
+  EXPECT_TRUE(Entry("mnuSpecial").isVisible());
+  std::size_t most = 0;
+  QElapsedTimer time;
+  time.start();
+  while (most == 0 && time.elapsed() < 10000) {
+    QApplication::processEvents(QEventLoop::AllEvents, 20);
+    most = std::max(most, program.ListedNow);
+  }
+  EXPECT_EQ(most, 1u);
+  Entry("mnuSpecial").trigger();
+  EXPECT_FALSE(program.View.Looping);
+  EXPECT_FALSE(Entry("mnuSpecial").isVisible());
+}
+
+TEST_F(ControlTest, TheSurfaceDialogTriesKeepsAndTakesBack) {
+  Open({test::ReferenceConvective()});
+  const SoundingRecord before = program.Current.Record;
+  for (const bool kept : {false, true}) {
+    SCOPED_TRACE(kept);
+    Entry("mnuSurface").trigger();
+    auto* dialog = window.findChild<QDialog*>("SurfaceValues");
+    ASSERT_NE(dialog, nullptr);
+    dialog->findChild<QDoubleSpinBox*>("SurfaceTemp")->setValue(34);
+    dialog->findChild<QCheckBox*>("SurfaceMix")->setChecked(true);
+    EXPECT_EQ(program.Results.Levels.Temp(1), 34);
+    EXPECT_GT(program.Results.Levels.Temp(2), 30);  // mixed along
+    dialog->findChild<QDialogButtonBox*>()
+        ->button(kept ? QDialogButtonBox::Ok : QDialogButtonBox::Cancel)
+        ->click();
+    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_EQ(program.Current.Record == before, !kept);
+  }
+  EXPECT_EQ(program.History.UndoText(), "Undo change surface");
+}
+
+TEST_F(ControlTest, TheParcelPanelFollowsTheOwnParcel) {
+  Open({test::ReferenceConvective()});
+  Entry("mnuParcels").trigger();
+  auto* table = window.findChild<QTableWidget*>("ParcelTable");
+  ASSERT_TRUE(table != nullptr && table->isVisible());
+  const auto cape = [&](int column) { return table->item(3, column)->text().toInt(); };
+  EXPECT_EQ(cape(3), cape(0));
+  EXPECT_GT(cape(3), 0);
+  window.findChild<QDoubleSpinBox*>("OwnDewpt")->setValue(20.5);
+  EXPECT_GT(cape(3), cape(0));
+  window.findChild<QPushButton*>("OwnFromSurface")->click();
+  EXPECT_EQ(cape(3), cape(0));
+}
+
+}  // namespace
+}  // namespace vexa

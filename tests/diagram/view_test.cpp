@@ -1,0 +1,206 @@
+// How a diagram is looked at: enlarged regions, other soundings beside the first, extra lines, the
+// cursor's marks.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "diagram/cursor_marks.h"
+#include "diagram/plot_state.h"
+#include "diagram/sounding_plot.h"
+#include "support/soundings.h"
+
+namespace vexa::diagram {
+namespace {
+
+using test::Profile;
+
+constexpr DiagramType kTypes[] = {DiagramType::SkewT, DiagramType::Emagram, DiagramType::Tephigram};
+
+std::vector<const Item*> Tagged(const Picture& page, std::string_view tag) {
+  std::vector<const Item*> found;
+  for (const Item& item : page.Items()) {
+    if (item.Tag == tag) found.push_back(&item);
+  }
+  return found;
+}
+
+std::vector<Point> PointsOf(const Picture& page, std::string_view tag) {
+  std::vector<Point> points;
+  for (const Item* item : Tagged(page, tag)) {
+    const auto& line = std::get<Polyline>(item->Shape).Points;
+    points.insert(points.end(), line.begin(), line.end());
+  }
+  return points;
+}
+
+struct Drawn {
+  explicit Drawn(SoundingRecord record) : Sounding(std::move(record)) {}
+  SoundingPlot operator()() {
+    Results = analysis::Analyse(Sounding, Set);
+    return *PlotSounding({.Sounding = Sounding,
+                          .Results = Results,
+                          .Set = Set,
+                          .Mode = Mode,
+                          .Others = Others,
+                          .Lines = Lines,
+                          .Zoom = Zoom});
+  }
+  SoundingRecord Sounding;
+  Options Set{};
+  MultiMode Mode = MultiMode::Single;
+  std::vector<OverlaySounding> Others{};
+  ExtraLines Lines{};
+  std::optional<Rect> Zoom{};
+  analysis::AnalysisResults Results{};
+};
+
+TEST(Zoom, EnlargesARegionToTheFrameAndReadsBack) {
+  for (const DiagramType type : kTypes) {
+    SCOPED_TRACE(static_cast<int>(type));
+    const DiagramMapping whole(type, kFrame, -40, 40, 100);
+    const Point middle = whole.ToPoint(5, 700);
+    // A quarter of the width and height: four times as large.
+    const Rect region{middle.X - kFrame.Width() / 8, middle.Y - kFrame.Height() / 8,
+                      middle.X + kFrame.Width() / 8, middle.Y + kFrame.Height() / 8};
+    const DiagramMapping zoomed = whole.Zoomed(region);
+    const Point shown = zoomed.ToPoint(5, 700);
+    EXPECT_NEAR(shown.X, (kFrame.Left + kFrame.Right) / 2, 1e-3);
+    EXPECT_NEAR(shown.Y, (kFrame.Top + kFrame.Bottom) / 2, 1e-3);
+    const Point far = zoomed.ToPoint(12, 620);
+    EXPECT_NEAR(far.X - shown.X, 4 * (whole.ToPoint(12, 620).X - middle.X), 1e-2);
+    EXPECT_NEAR(far.Y - shown.Y, 4 * (whole.ToPoint(12, 620).Y - middle.Y), 1e-2);
+    const DiagramCoordinates back = zoomed.ToCoordinates(far);
+    EXPECT_NEAR(back.Temp, 12, 1e-3);
+    EXPECT_NEAR(back.Press, 620, 1e-2);
+    EXPECT_GT(zoomed.TopPress(), 400);
+    EXPECT_LT(zoomed.BottomPress(), 1050);
+    EXPECT_NEAR(zoomed.Whole().ToPoint(5, 700).X, middle.X, 1e-9);
+  }
+}
+
+TEST(Zoom, ChosenWheeledAndPannedRegionsStayInTheFrame) {
+  const DiagramMapping whole(DiagramType::SkewT, kFrame, -40, 40, 100);
+  // 660 x 760 units are a tenth of the frame; a flat choice grows to the frame's proportions.
+  const Rect flat = ZoomRegion(whole, {3000, 4000, 3660, 4100});
+  EXPECT_NEAR(flat.Width(), 660, 1e-9);
+  EXPECT_NEAR(flat.Height(), 760, 1e-9);
+  EXPECT_NEAR((flat.Top + flat.Bottom) / 2, 4050, 1e-9);
+  EXPECT_EQ(ZoomRegion(whole, {0, 0, 100, 100}).Left, kFrame.Left);
+
+  const Point fixed{5000, 3000};
+  const auto wheeled = ZoomAbout(whole, fixed, 2);
+  ASSERT_TRUE(wheeled);
+  const DiagramMapping twice = whole.Zoomed(*wheeled);
+  EXPECT_NEAR(twice.ToCoordinates(fixed).Press, whole.ToCoordinates(fixed).Press, 1e-6);
+  EXPECT_NEAR(twice.ToCoordinates(fixed).Temp, whole.ToCoordinates(fixed).Temp, 1e-6);
+  EXPECT_FALSE(ZoomAbout(twice, fixed, 0.5));
+  EXPECT_NEAR(ZoomAbout(whole, fixed, 1e6)->Width(), kFrame.Width() / 20, 1e-6);
+
+  const Rect moved = PanBy(twice, 100, 0);
+  EXPECT_NEAR(moved.Left, wheeled->Left - 50, 1e-9);
+  EXPECT_EQ(PanBy(twice, -1e6, -1e6).Right, kFrame.Right);
+  EXPECT_EQ(PanBy(twice, 1e6, 1e6).Top, kFrame.Top);
+}
+
+TEST(Zoom, NothingOfTheDiagramLeavesItsFrame) {
+  for (const DiagramType type : kTypes) {
+    SCOPED_TRACE(static_cast<int>(type));
+    Drawn drawn(test::ReferenceConvective());
+    drawn.Set.Diagram = type;
+    drawn.Lines = {true, true, true, true};
+    drawn.Set.WetLabel = drawn.Set.DryLabel = drawn.Set.SatLabel = true;
+    for (const Rect& region : {Rect{2950, 1000, 4600, 2900}, Rect{5000, 5000, 6650, 6900}}) {
+      drawn.Zoom = region;
+      const SoundingPlot plot = drawn();
+      for (const Item& item : plot.Page.Items()) {
+        if (item.Tag.starts_with("wind") || item.Tag == "hodograph") continue;
+        const auto* label = std::get_if<Label>(&item.Shape);
+        // Left, right and below stand axis labels; above and below it nothing else.
+        if (label != nullptr && label->At.X > kFrame.Left && label->At.X < kFrame.Right) {
+          EXPECT_GT(label->At.Y, 0) << item.Tag;
+          EXPECT_LT(label->At.Y, kPageHeight) << item.Tag << label->Text;
+        }
+        const auto* circle = std::get_if<Circle>(&item.Shape);
+        if (circle != nullptr && circle->Center.X < kFrame.Right) {
+          EXPECT_TRUE(kFrame.Contains(circle->Center)) << item.Tag;
+        }
+      }
+      EXPECT_GE(Tagged(plot.Page, "pressure label").size(), 3u);
+      EXPECT_GE(Tagged(plot.Page, "temperature label").size(), 2u);
+    }
+  }
+}
+
+TEST(OtherSoundings, TheAxesMakeRoomForThemUnlessSetByHand) {
+  const SoundingRecord cold = Profile({{1000, -45, -50}, {700, -48, -55}, {300, -60, -70}});
+  Drawn drawn(test::ReferenceConvective());
+  drawn.Others = {{&cold}};
+  drawn.Mode = MultiMode::Overlay;
+  EXPECT_LE(drawn().Mapping.TempMin(), -50);
+  EXPECT_EQ(Tagged(drawn().Page, "other title").size(), 2u);
+  drawn.Mode = MultiMode::Single;
+  EXPECT_EQ(drawn().Mapping.TempMin(), -40);
+  drawn.Mode = MultiMode::Compare;
+  const SoundingPlot compared = drawn();
+  EXPECT_TRUE(
+      std::get<Label>(Tagged(compared.Page, "other title")[1]->Shape).Text.starts_with("#2 - "));
+}
+
+TEST(ExtraLines, StandWhereTheirNumbersAre) {
+  Drawn drawn(test::ReferenceConvective());
+  EXPECT_TRUE(Tagged(drawn().Page, "contrail").empty());
+  drawn.Lines = {true, true, true, true};
+  drawn.Set.System.SoarTm = 31;
+  const SoundingPlot plot = drawn();
+  // Critical temperatures at 60 %, Schumann (1996) with a contrail factor of 0.040, computed apart.
+  struct Case {
+    double press, temp;
+  };
+  for (const Case& c : {Case{300, -47.0}, Case{250, -48.8}, Case{200, -51.0}, Case{150, -53.7}}) {
+    SCOPED_TRACE(c.press);
+    const Point at = plot.Mapping.ToPoint(c.temp, c.press);
+    const auto points = PointsOf(plot.Page, "contrail");
+    const auto nearest = std::ranges::min_element(
+        points, {}, [&](Point p) { return std::hypot(p.X - at.X, p.Y - at.Y); });
+    EXPECT_NEAR(nearest->X, at.X, 0.15 * plot.Mapping.Scale());
+    EXPECT_NEAR(nearest->Y, at.Y, 1);
+  }
+  // At 31 degrees thermals of this sounding reach 839.5 hPa, worked out apart.
+  const auto thermal = PointsOf(plot.Page, "soaring");
+  ASSERT_FALSE(thermal.empty());
+  EXPECT_NEAR(plot.Mapping.PressAt(thermal.back().Y), 839.5, 1.5);
+  EXPECT_NEAR(plot.Mapping.PressAt(thermal.front().Y), 970, 1e-2);
+}
+
+TEST(ExtraLines, HeightCorrectionIsTheHeightAboveTheStandardOne) {
+  // A station at 100 m with sea level's standard pressure stands 100 m too high for it.
+  Drawn drawn(Profile({{1013.25, 15, 5}, {900, 8.5, 0}, {700, -5, -20}, {500, -21, -40}}, {}, 100));
+  drawn.Lines.HeightCorrection = true;
+  const SoundingPlot plot = drawn();
+  const auto line = PointsOf(plot.Page, "height correction");
+  const auto zero = PointsOf(plot.Page, "height correction zero");
+  ASSERT_TRUE(!line.empty() && !zero.empty());
+  EXPECT_NEAR(line.front().X - zero.front().X, 2 * 100, 1);
+}
+
+TEST(CursorMarks, LockToTheNearestLevel) {
+  const SoundingRecord sounding = test::ReferenceConvective();
+  const DiagramMapping at(DiagramType::SkewT, kFrame, -40, 40, 100);
+  EXPECT_EQ(NearestLevel(at, sounding, at.ToPoint(-20, 690)), 10);
+  EXPECT_FALSE(NearestLevel(at, Profile({}), at.ToPoint(0, 700)));
+  CursorState cursor;
+  cursor.Level = 10;
+  const Picture marks = CursorMarks(at, sounding, cursor, {});
+  std::vector<Point> rings;
+  for (const Item* item : Tagged(marks, "locked cursor")) {
+    if (const auto* circle = std::get_if<Circle>(&item->Shape)) rings.push_back(circle->Center);
+  }
+  EXPECT_EQ(rings, (std::vector<Point>{at.ToPoint(8.6, 700), at.ToPoint(-3.2, 700)}));
+  EXPECT_EQ(marks.Paper().Alpha, 0);
+}
+
+}  // namespace
+}  // namespace vexa::diagram

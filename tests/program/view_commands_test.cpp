@@ -1,0 +1,246 @@
+// Other soundings, the loop, the cursor, dragging, the surface and the four parcels, without a
+// window.
+#include "program/view_commands.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "core/files.h"
+#include "core/raw_file.h"
+#include "program/level_drag.h"
+#include "program/menu.h"
+#include "program/parcel_table.h"
+#include "program/sounding_loop.h"
+#include "program/surface_edit.h"
+#include "support/soundings.h"
+
+namespace vexa {
+namespace {
+
+class Choosing : public test::ScriptedInteraction {
+ public:
+  std::optional<std::string> ChooseFile(const FileQuestion& question) override {
+    Titles.push_back(question.Title);
+    return Chosen.empty() ? std::nullopt : std::optional(Chosen.front());
+  }
+  std::vector<std::string> ChooseFiles(const FileQuestion& question) override {
+    Titles.push_back(question.Title);
+    return Chosen;
+  }
+  std::vector<std::string> Chosen{};
+  std::vector<std::string> Titles{};
+};
+
+class ViewTest : public testing::Test {
+ protected:
+  ViewTest() {
+    program.Current.Ask = &user;
+    program.Where.Root = folder.Path();
+    Do(OpenSoundings(program, {Saved("a.RAW", test::ReferenceConvective())}));
+  }
+  std::filesystem::path Saved(const std::string& name, const SoundingRecord& record) {
+    const std::filesystem::path path = folder.Path() / name;
+    EXPECT_FALSE(SaveFile(path, WriteRaw(record)));
+    return path;
+  }
+  void Do(Changes changes) { ASSERT_TRUE(Refresh(program, changes)); }
+  void Do(Command command) { Do(RunCommand(program, command)); }
+  std::vector<std::string> Texts(std::string_view tag) const {
+    std::vector<std::string> texts;
+    for (const Item& item : program.Plot->Page.Items()) {
+      if (item.Tag == tag) texts.push_back(std::get<Label>(item.Shape).Text);
+    }
+    return texts;
+  }
+
+  test::TemporaryFolder folder;
+  Choosing user;
+  Program program;
+};
+
+TEST_F(ViewTest, ComparesOverlaysAndGoesBack) {
+  Do(Command::Compare);  // cancelled
+  EXPECT_EQ(program.View.Mode, diagram::MultiMode::Single);
+  user.Chosen = {TextFromPath(Saved("b.RAW", test::ReferenceWinter())),
+                 TextFromPath(Saved("c.RAW", test::ReferenceConvective()))};
+  Do(Command::Compare);
+  EXPECT_EQ(user.Titles.back(), "Sounding Comparison");
+  ASSERT_EQ(Texts("other title").size(), 2u);
+  EXPECT_TRUE(Texts("other title")[0].starts_with("#1 - Reference A, convective // "));
+  EXPECT_TRUE(Texts("other title")[1].starts_with("#2 - Reference B, winter // "));
+  EXPECT_EQ(SoundingBanner(program), "VEXA  -  Reference A, convective  -  Sounding Comparison");
+  Do(Command::Overlay);
+  EXPECT_EQ(Texts("other title").size(), 3u);
+  Do(Command::SoundingDiagram);
+  EXPECT_TRUE(Texts("other title").empty());
+
+  // A file that is no sounding is told of, and nothing is compared.
+  ASSERT_FALSE(SaveFile(folder.Path() / "bad.txt", "no sounding\n"));
+  user.Chosen = {TextFromPath(folder.Path() / "bad.txt")};
+  user.Expect("VEXA", Answer::Ok);
+  Do(Command::Compare);
+  EXPECT_EQ(program.View.Mode, diagram::MultiMode::Single);
+
+  EXPECT_TRUE(Texts("trace name").size() == 2u);
+  Saved("REFERENCE.DAT", test::ReferenceWinter());
+  Do(Command::ReferenceSounding);
+  EXPECT_EQ(Texts("trace name").back(), "Reference");
+  Do(Command::ReferenceSounding);
+  EXPECT_EQ(Texts("trace name").size(), 2u);
+}
+
+TEST_F(ViewTest, LoopsThroughTheListAndSkipsWhatIsBad) {
+  EXPECT_FALSE(StartLoop(program).Any());  // one sounding is no loop
+  const auto a = folder.Path() / "a.RAW";
+  const auto hot = Saved("hot.RAW", test::Profile({{1000, 71, 10}, {900, 20, 10}}));
+  const auto b = Saved("b.RAW", test::ReferenceWinter());
+  Do(OpenSoundings(program, {a, hot, b}));
+  program.Set.MovieTime = 2.5;
+  program.Set.LoopNoRescaling = true;
+  Do(StartLoop(program));
+  const double least = program.Plot->Mapping.TempMin();
+  EXPECT_EQ(Texts("hold time"), (std::vector<std::string>{"Image hold time: 2.5 seconds."}));
+  Do(StepLoop(program));
+  EXPECT_EQ(program.ListedNow, 1u);
+  program.Set.SkipLoop = true;
+  Do(StepLoop(program));
+  EXPECT_EQ(program.Current.FileName, "b.RAW");
+  EXPECT_EQ(program.Plot->Mapping.TempMin(), least);
+  Do(StepLoop(program));
+  Do(StepLoop(program));  // past the hot one
+  EXPECT_EQ(program.Current.FileName, "b.RAW");
+  Do(Command::StopLoop);
+  EXPECT_TRUE(Texts("hold time").empty());
+  EXPECT_FALSE(StepLoop(program).Any());
+}
+
+TEST_F(ViewTest, ALockedCursorStepsLevelsUntilTheDiagramIsRefreshed) {
+  EXPECT_EQ(SwitchCursor(program), "Data-Locked Cursor");
+  const Point at = program.Plot->Mapping.ToPoint(0, 705);
+  PlaceCursor(program, at);
+  EXPECT_EQ(program.View.Cursor.Level, 10);
+  EXPECT_NE(program.View.Cursor.Text.find("700.0 mb"), std::string::npos);
+  EXPECT_NE(program.View.Cursor.Text.find("Temp:8.6  Td:-3.2"), std::string::npos);
+  ASSERT_TRUE(StepCursor(program, 1));
+  EXPECT_NE(program.View.Cursor.Text.find("650.0 mb"), std::string::npos);
+  user.Expect("VEXA", Answer::Ok);
+  PlaceCursor(program, at);
+  EXPECT_NE(user.Boxes.back().Text.find("Data-Locked Cursor"), std::string::npos);
+  Do(Command::Refresh);
+  EXPECT_FALSE(program.View.Cursor.Level);
+}
+
+TEST_F(ViewTest, ADragIsOneEditThatCanBeTakenBackOrUndone) {
+  program.Set.TephigramWarning = false;
+  const SoundingRecord before = program.Current.Record;
+  const diagram::DiagramMapping at = program.Plot->Mapping;
+  const Point held = at.ToPoint(8.6, 700);
+  const auto grip = FindGrip(program, held, 100);
+  ASSERT_EQ(grip, (Grip{Dragged::Temp, 10}));
+  EXPECT_FALSE(FindGrip(program, at.ToPoint(35, 400), 100));
+
+  for (const DiagramType type :
+       {DiagramType::SkewT, DiagramType::Emagram, DiagramType::Tephigram}) {
+    SCOPED_TRACE(static_cast<int>(type));
+    program.Set.Diagram = type;
+    Do(Changes{.View = true});
+    LevelDrag drag(program, *grip, program.Plot->Mapping.ToPoint(8.6, 700));
+    Do(drag.Move(program, program.Plot->Mapping.ToPoint(11.3, 700)));
+    EXPECT_NEAR(program.Current.Record.Temp(10), 11.3, 1e-9);
+    EXPECT_EQ(program.Results.Levels.Temp(10), program.Current.Record.Temp(10));
+    Do(drag.TakeBack(program));
+    EXPECT_EQ(program.Current.Record, before);
+    EXPECT_FALSE(program.History.CanUndo());
+  }
+  program.Set.Diagram = DiagramType::SkewT;
+  Do(Changes{.View = true});
+
+  // Colder than its dew point: the dew point goes along.
+  LevelDrag drag(program, *grip, held);
+  Do(drag.Move(program, at.ToPoint(0, 700)));
+  Do(drag.Move(program, at.ToPoint(-6, 700)));
+  drag.Finish(program);
+  EXPECT_NEAR(program.Current.Record.Dewpt(10), -6, 1e-9);
+  EXPECT_EQ(program.History.UndoText(), "Undo drag temperature of level 10");
+  ASSERT_TRUE(program.History.Undo(program.Current.Record));
+  EXPECT_EQ(program.Current.Record, before);
+  EXPECT_FALSE(program.History.CanUndo());
+
+  // The dew point stops at the temperature.
+  LevelDrag wet(program, {Dragged::Dewpt, 10}, at.ToPoint(-3.2, 700));
+  Do(wet.Move(program, at.ToPoint(20, 700)));
+  EXPECT_NEAR(program.Current.Record.Dewpt(10), 8.6, 1e-9);
+  Do(wet.TakeBack(program));
+}
+
+TEST_F(ViewTest, AWindFollowsThePointer) {
+  // Level 2, 165 degrees and 20 kt: the arrow's tip lies 5.2 kt to the east and 19.3 to the south.
+  const HotSpot* spot = nullptr;
+  for (const HotSpot& each : program.Plot->Page.HotSpots()) {
+    if (each.Tag == "wind" && each.Text.find("165/20") != std::string::npos) spot = &each;
+  }
+  ASSERT_NE(spot, nullptr);
+  const Point held{(spot->Where.Left + spot->Where.Right) / 2,
+                   (spot->Where.Top + spot->Where.Bottom) / 2};
+  const auto grip = FindGrip(program, held, 100);
+  ASSERT_EQ(grip, (Grip{Dragged::Wind, 2}));
+  LevelDrag drag(program, *grip, held);
+  // 30 kt to the west: (-24.8, -19.3), 31.4 kt from 232 degrees.
+  Do(drag.Move(program, {held.X - 30 * LevelDrag::kUnitsPerKnot, held.Y}));
+  EXPECT_EQ(program.Current.Record.WindDir(2), 232);
+  EXPECT_EQ(program.Current.Record.WindSpd(2), 31);
+  Do(drag.TakeBack(program));
+  EXPECT_EQ(program.Current.Record.WindDir(2), 165);
+}
+
+TEST(SurfaceEdit, HeatsAndMixes) {
+  SoundingRecord record = test::Profile(
+      {{1000, 20, 10}, {950, 20, 8}, {900, 18, 2}, {850, 17, -5}, {700, 5, -15}}, {{0, 180, 5}});
+  const SoundingRecord before = record;
+  ASSERT_FALSE(SetSurface(record, {30, 10, 200, 12}));
+  EXPECT_EQ(record.WindDir(1), 200);
+  EXPECT_EQ(record.Temp(2), 20);
+  ASSERT_TRUE(MixSurfaceLayer(record, Options{}));
+  // 303.16 K x (p/1000)^0.2856 - 273.16, by hand: the adiabat leaves the air between 900 and 850.
+  EXPECT_NEAR(record.Temp(2), 25.59, 0.02);
+  EXPECT_NEAR(record.Temp(3), 21.01, 0.02);
+  ASSERT_EQ(record.NumTempLevels(), 6);
+  const double top = record.Press(4);
+  EXPECT_GT(top, 850);
+  EXPECT_LT(top, 900);
+  EXPECT_NEAR(record.Temp(4) + 273.16, 303.16 * std::pow(top / 1000, 0.2856), 0.02);
+  EXPECT_EQ(record.Temp(5), 17);
+  // One mixing ratio everywhere: the dew point falls by some 1.8 degrees in a kilometre, far less
+  // than the temperature, and was drier above and moister below before.
+  EXPECT_LT(record.Dewpt(1), 10);
+  EXPECT_GT(record.Dewpt(3), 2);
+  EXPECT_NEAR(record.Dewpt(1) - record.Dewpt(3), 1.7, 0.3);
+
+  SoundingRecord stable = before;
+  EXPECT_FALSE(MixSurfaceLayer(stable, Options{}));
+  EXPECT_EQ(stable, before);
+  EXPECT_TRUE(SetSurface(stable, {80, 10, {}, {}}));
+  EXPECT_EQ(stable, before);
+}
+
+TEST_F(ViewTest, TheOwnParcelFromTheSurfaceIsTheSurfaceParcel) {
+  const auto value = [](const std::vector<ParcelLine>& lines, const std::string& label,
+                        std::size_t column) {
+    for (const ParcelLine& line : lines) {
+      if (line.Label == label) return line.Values[column];
+    }
+    return std::string("no such line");
+  };
+  const auto same = ParcelTable(program, OwnParcel(program));
+  for (const ParcelLine& line : same) EXPECT_EQ(line.Values[0], line.Values[3]) << line.Label;
+  EXPECT_NE(value(same, "CAPE J/kg", 0), "0");
+  const auto dry = ParcelTable(program, {970, 28, -10});
+  EXPECT_EQ(value(dry, "CAPE J/kg", 3), "0");
+  EXPECT_EQ(value(ParcelTable(program, {1050, 28, 18}), "CAPE J/kg", 3), "--");
+}
+
+}  // namespace
+}  // namespace vexa
