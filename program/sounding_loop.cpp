@@ -43,6 +43,7 @@ Changes StepLoop(Program& program) {
   if (!CanLoop(program)) return StopLoop(program);
   const std::size_t count = program.Listed.size();
   if (!program.Set.SkipLoop) {
+    const Silenced quiet(program.Current);  // nobody attends to boxes while pictures pass
     const Changes changes = SequenceSounding(program, (program.ListedNow + 1) % count);
     const bool refused = !program.Gate.IsOpen();  // another command runs: at the next tick
     return changes.Any() || refused ? changes : StopLoop(program);
