@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "core/data_checks.h"
+#include "core/error_report.h"
 #include "core/files.h"
 #include "ingest/decoder.h"
 #include "program/commands.h"
@@ -67,6 +68,35 @@ void MakeRecentFiles(Program& program) {
   files.front() = latest;
 }
 
+// The soundings of a file when there is somebody to choose from them; what is wrong with the file
+// the loading will tell.
+std::vector<std::string> TitlesIn(const Program& program, const std::filesystem::path& path) {
+  std::vector<std::string> titles;
+  if (!program.ChooseSoundings) return titles;
+  std::vector<std::string> notes;
+  const Outcome<SourceText> source = ingest::ReadSource(path, notes);
+  if (!source) return titles;
+  for (const ingest::SourceEntry& entry : ingest::ListSoundings(source.Value())) {
+    titles.push_back(entry.Title);
+  }
+  return titles;
+}
+
+// Those that the user chooses are stepped through.
+Changes LoadChosen(Program& program, const std::filesystem::path& path,
+                   const std::vector<std::string>& titles) {
+  const std::vector<int> chosen = program.ChooseSoundings(titles);
+  for (std::size_t i = 0; i < chosen.size(); ++i) {
+    if (!LoadOne(program, path, chosen[i])) continue;
+    program.Listed.assign(chosen.size(), path);
+    program.ListedIndex = chosen;
+    program.ListedNow = i;
+    MakeRecentFiles(program);
+    return {.Sounding = true};
+  }
+  return {};
+}
+
 }  // namespace
 
 Changes Open(Program& program) {
@@ -84,9 +114,9 @@ Changes Open(Program& program) {
   return LoadFirst(program, paths);
 }
 
-bool LoadOne(Program& program, const std::filesystem::path& path) {
+bool LoadOne(Program& program, const std::filesystem::path& path, int index) {
   CurrentSounding& current = program.Current;
-  if (ingest::LoadSounding(current, path, 0, &program.Stations) != Status::Ok) return false;
+  if (ingest::LoadSounding(current, path, index, &program.Stations) != Status::Ok) return false;
   // There is no window yet in which a fault could be corrected, so none is asked for: the status
   // indicator tells of it.
   const Silenced quiet(current);
@@ -95,13 +125,34 @@ bool LoadOne(Program& program, const std::filesystem::path& path) {
 }
 
 Changes LoadFirst(Program& program, const std::vector<std::filesystem::path>& paths) {
+  if (paths.size() == 1) {
+    const std::vector<std::string> titles = TitlesIn(program, paths.front());
+    if (titles.size() > 1) return LoadChosen(program, paths.front(), titles);
+  }
   for (std::size_t i = 0; i < paths.size(); ++i) {
     if (!LoadOne(program, paths[i])) continue;
     program.Listed = paths;
+    program.ListedIndex.clear();
     program.ListedNow = i;
     MakeRecentFiles(program);
     return {.Sounding = true};
   }
+  return {};
+}
+
+Changes LoadText(Program& program, const std::string& text) {
+  std::vector<std::string> notes;
+  const Outcome<SourceText> source = ingest::ReadSource("clipboard", text, notes);
+  std::optional<Fault> fault;
+  if (!source) {
+    fault = source.Error();
+  } else if (ingest::FindDecoder(source.Value()) == nullptr) {
+    fault = Fault{kFaultFormat, "LoadText", "the text is no sounding in a known format"};
+  }
+  const std::filesystem::path path = program.Where.Data / kPastedFile;
+  if (!fault) fault = SaveFile(path, text);
+  if (!fault) return LoadFirst(program, {path});
+  ErrorReport(program.Current, *fault);
   return {};
 }
 

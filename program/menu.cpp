@@ -42,6 +42,15 @@ std::string RecentFile(const Program& program) {
          EscapeCaption(TextFromPath(PathFromText(file).filename()));
 }
 
+// Shown while there is something to turn off.
+std::string TimerEntry(const Program& program) {
+  return program.DownloadTimer ? "Turn_Download_Timer_OFF" : "";
+}
+
+std::string BeeperEntry(const Program& program) {
+  return program.Beeper ? "Turn_Beeper_OFF" : "";
+}
+
 template <bool Program::*Shown>
 bool IsUp(const Program& program) {
   return program.*Shown;
@@ -51,9 +60,21 @@ constexpr MenuRow kMenuTree[] = {
     {"", "mnuFile", "&File"},
     {"mnuFile", "mnuOpen", "&Open Sounding", Command::Open, "Choose one or more sounding files",
      "Ctrl+O"},
+    {"mnuFile", "mnuPaste", "&Paste Sounding", Command::Paste,
+     "Open the text on the clipboard as a sounding", "Ctrl+V"},
+    {"mnuFile", "mnuDownload", "&Download Data...", Command::Download,
+     "Fetch a sounding from one of the sources"},
+    {"mnuFile", "mnuTimer", "&Batch Processing...", Command::DownloadTimer,
+     "Fetch many soundings, by hand or when their hour has come"},
     {"mnuFile", "mnuAutoLoad", "Auto-&Load This Sounding", Command::AutoLoad,
      "Load this sounding whenever the program starts", "", false, commands::IsAutoLoaded, nullptr,
      true},
+    {"mnuFile", "mnuPrintData", "Print Sounding &Data", Command::PrintData,
+     "Print the levels as a table", "", true},
+    {"mnuFile", "PrintDeCodedData", "Print &DeCoded Data...", Command::PrintDecoded,
+     "Print the sounding as it was decoded"},
+    {"mnuFile", "mnuPrintDataFile", "Print &Source Data...", Command::PrintSource,
+     "Print the file that the sounding came from"},
     {"mnuFile", "mnuDataDump", "&Export Sounding Data...", Command::ExportData,
      "Write the levels as text or spreadsheet", "", true},
     {"mnuFile", "mnuPrint", "&Print Image...", Command::PrintImage,
@@ -62,6 +83,8 @@ constexpr MenuRow kMenuTree[] = {
      "Save the diagram as an image file"},
     {"mnuFile", "mnuCopy", "&Copy Image to ClipBoard", Command::CopyImage,
      "Copy the diagram to the clipboard"},
+    {"mnuFile", "mnuReportFolder", "Report &Folder...", Command::ReportFolder,
+     "Write a folder with which the case can be repeated"},
     {"mnuFile", "mnuRecentFile1", "RecentFile1", Command::Recent1, "Open this file again", "", true,
      nullptr, RecentFile<1>},
     {"mnuFile", "mnuRecentFile2", "RecentFile2", Command::Recent2, "Open this file again", "",
@@ -81,6 +104,8 @@ constexpr MenuRow kMenuTree[] = {
     {"mnuDisplay", "mnuScale", "&Layer Analyzer", Command::LayerAnalyzer,
      "Inversions, clouds, icing, turbulence, contrails and ducts"},
     {"mnuDisplay", "mnuSoaring", "S&oaring", Command::Soaring, "Thermals of the day"},
+    {"mnuDisplay", "mnuListings", "&Listings", Command::Listings,
+     "The seven listings of this sounding", "Ctrl+L"},
     {"mnuDisplay", "mnuAnalyze", "&Analyze", Command::Analyze,
      "Show or hide the panel of all indices", "F4", true},
     {"mnuDisplay", "mnuHodograph", "&Hodograph", Command::Hodograph,
@@ -118,6 +143,10 @@ constexpr MenuRow kMenuTree[] = {
     {"mnuOptions", "mnuTables", "&Tables"},
     {"mnuTables", "mnuSevere", "&Severe Weather Table", Command::SevereTable,
      "Arrange the severe-weather table and its thresholds"},
+    {"", "mnuOFF", "Turn_Download_Timer_OFF", Command::DownloadTimerOff,
+     "Stop waiting for the hours of the batch", "", false, nullptr, TimerEntry},
+    {"", "mnuBeep", "Turn_Beeper_OFF", Command::BeeperOff, "Silence the alarm", "", false, nullptr,
+     BeeperEntry},
 };
 
 }  // namespace

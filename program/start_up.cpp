@@ -11,6 +11,7 @@
 #include "core/files.h"
 #include "core/platform.h"
 #include "core/station_file.h"
+#include "download/template_file.h"
 #include "program/commands.h"
 #include "program/displays.h"
 #include "program/settings_commands.h"
@@ -50,6 +51,12 @@ void ClearSounding(Program& program, const StartArguments&) {
   program.Results = {};
 }
 
+void BringSources(Program& program, const StartArguments& arguments) {
+  const std::optional<Fault> fault =
+      EnsureShipped(program.Where.Root, arguments.ProgramFolder, download::kSourcesFileName);
+  if (fault) ErrorReport(program.Current, *fault);
+}
+
 bool CanWrite(const std::filesystem::path& folder) {
   const std::filesystem::path path = folder / kFolderTestFile;
   std::FILE* file = OpenFile(path, "wb");
@@ -85,8 +92,8 @@ void CheckScreen(Program& program, const StartArguments& arguments) {
 }
 
 using Stage = void (*)(Program&, const StartArguments&);
-constexpr Stage kStages[] = {FindFolders,   ReadSettings, ReadStationList,
-                             ClearSounding, CheckFolders, CheckScreen};
+constexpr Stage kStages[] = {FindFolders,  ReadSettings, ReadStationList, ClearSounding,
+                             CheckFolders, CheckScreen,  BringSources};
 
 // "AA" for the first stage, "BB" for the second: recorded while it runs, for the error reporter.
 std::string StageMark(std::size_t number) {
