@@ -27,6 +27,7 @@
 
 #include "app/analysis_dock.h"
 #include "app/config_window.h"
+#include "app/data_windows.h"
 #include "app/diagram_view.h"
 #include "app/display_window.h"
 #include "app/hodogram_window.h"
@@ -34,6 +35,7 @@
 #include "app/option_control.h"
 #include "app/output_actions.h"
 #include "app/severe_table_window.h"
+#include "app/sounding_chooser.h"
 #include "core/files.h"
 #include "program/displays.h"
 #include "program/menu.h"
@@ -63,12 +65,23 @@ SoundingWindow::SoundingWindow(Program& program, WindowInteraction& interaction)
   setAcceptDrops(true);
   BuildMenus();
   BuildPanels();
+  data_ = std::make_unique<DataWindows>(
+      program, this,
+      DataWindows::Events{.Changed = [this](Changes changes) { Show(changes); },
+                          .Open = [this](const std::filesystem::path& file) { OpenFiles({file}); },
+                          .Entries = [this] { ShowChecks(); }});
+  if (!interaction.Unattended()) {
+    program.ChooseSoundings = [this](const std::vector<std::string>& titles) {
+      return SoundingChooser::Ask(titles, this);
+    };
+  }
   interaction.Attach(this, [this](std::string_view text) { ShowStatus(text); });
   ShowState();
 }
 
 // Its parts outlive it by a little, and must not report to it any more.
 SoundingWindow::~SoundingWindow() {
+  program_.ChooseSoundings = {};
   view_->OnPointer({});
   interaction_.Attach(nullptr, {});
 }
@@ -155,7 +168,7 @@ void SoundingWindow::Run(Command command) {
   } else if (command == Command::Analyze) {
     dock_->setVisible(!dock_->isVisible());
     dock_->Follow();
-  } else if (!RunOutputCommand(program_, command, this, view_->size())) {
+  } else if (!data_->Run(command) && !RunOutputCommand(program_, command, this, view_->size())) {
     Show(RunCommand(program_, command));
   }
 }
@@ -166,6 +179,8 @@ void SoundingWindow::OpenDisplay(const DisplayRow& row) {
   if (window.isNull()) {
     window = new DisplayWindow(program_, row, this);
     window->setAttribute(Qt::WA_DeleteOnClose);
+    AddPictureMenu(*window, program_,
+                   [shown = window.data()]() -> const Picture& { return shown->Page(); });
   }
   window->show();
   window->raise();
@@ -187,6 +202,7 @@ void SoundingWindow::OpenSevereTable() {
 }
 
 void SoundingWindow::FollowDisplays() {
+  data_->Follow();
   dock_->Follow();
   for (const auto& [row, window] : displays_) {
     if (!window.isNull()) window->Follow();
@@ -258,6 +274,8 @@ void SoundingWindow::ShowDisplays() {
           ShowChecks();
         },
         this);
+    AddPictureMenu(*hodograph_, program_,
+                   [this]() -> const Picture& { return hodograph_->Plot().Page; });
   }
   if (program_.ShowsHodogram && hodogram_ == nullptr) {
     hodogram_ = std::make_unique<HodogramWindow>(
@@ -267,6 +285,7 @@ void SoundingWindow::ShowDisplays() {
           ShowChecks();
         },
         this);
+    AddPictureMenu(*hodogram_, program_, [this]() -> const Picture& { return hodogram_->Page(); });
   }
   const auto show = [](auto& window, bool shown) {
     if (window == nullptr) return;
@@ -318,13 +337,19 @@ void SoundingWindow::closeEvent(QCloseEvent* event) {
 }
 
 void SoundingWindow::dragEnterEvent(QDragEnterEvent* event) {
-  if (program_.Gate.IsOpen() && !FilesOf(*event->mimeData()).empty()) event->acceptProposedAction();
+  if (program_.Gate.IsOpen() &&
+      (event->mimeData()->hasText() || !FilesOf(*event->mimeData()).empty())) {
+    event->acceptProposedAction();
+  }
 }
 
 void SoundingWindow::dropEvent(QDropEvent* event) {
   const std::vector<std::filesystem::path> paths = FilesOf(*event->mimeData());
-  if (paths.empty()) return;
   event->acceptProposedAction();
+  if (paths.empty()) {
+    data_->OpenText(*event->mimeData());
+    return;
+  }
   OpenFiles(paths);
 }
 
