@@ -19,6 +19,7 @@ class DisplayWindow : public QDialog {
 
   /// Draws the display anew.
   void Follow();
+  const Picture& Page() const { return picture_; }
   DiagramView& View() { return *view_; }
 
  private:

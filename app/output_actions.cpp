@@ -1,15 +1,35 @@
 #include "app/output_actions.h"
 
-#include <optional>
-#include <string>
+#include <QAction>
+#include <QDialogButtonBox>
+#include <QFormLayout>
+#include <QKeySequence>
+#include <QSpinBox>
+#include <QWidget>
+#include <utility>
+#include <vector>
 
+#include "app/data_dump_window.h"
 #include "app/print_plot_window.h"
+#include "app/printing.h"
+#include "app/qt_text.h"
+#include "app/text_window.h"
 #include "core/error_report.h"
 #include "core/files.h"
+#include "core/raw_file.h"
+#include "core/source_text.h"
+#include "ingest/decoder.h"
+#include "output/data_print.h"
 #include "output/paint/paint.h"
+#include "output/print_pages.h"
 
 namespace vexa {
 namespace {
+
+constexpr int kLeastPx = 64;
+constexpr int kMostPx = 20000;
+constexpr int kLeastDpi = 36;
+constexpr int kMostDpi = 1200;
 
 void Tell(Program& program, std::string text, BoxIcon icon) {
   program.Current.StatusText = text;
@@ -18,35 +38,177 @@ void Tell(Program& program, std::string text, BoxIcon icon) {
       Box{.Title = std::string(kErrorBoxTitle), .Text = std::move(text), .Icon = icon});
 }
 
-void SaveImage(Program& program, QSize size) {
+void SaveImage(Program& program, const Picture& picture, QSize displaySize, QWidget* parent) {
+  SaveImageWindow window(displaySize, parent);
+  if (window.exec() != QDialog::Accepted) return;
   const std::optional<std::string> name = program.Current.Ask->ChooseFile(
       {.Title = "Save Image", .Filter = paint::kImageFilter, .Saving = true});
   if (!name) return;
-  std::string extension = TextFromPath(PathFromText(*name).extension());
-  extension.erase(0, 1);
-  const Outcome<std::string> bytes =
-      paint::EncodePicture(program.Plot->Page, extension, size.width(), size.height());
-  if (!bytes) return Tell(program, bytes.Error().Detail, BoxIcon::Exclamation);
-  if (const auto fault = SaveFile(PathFromText(*name), bytes.Value())) {
+  const auto fault = SaveImageAs(picture, *name, window.SizePx(), window.Settings());
+  if (!fault) return;
+  if (fault->Procedure == "SaveFile") {
     ErrorReport(program.Current, *fault);
+  } else {
+    Tell(program, fault->Detail, BoxIcon::Exclamation);
   }
+}
+
+void CopyImage(Program& program, const Picture& picture, QSize size) {
+  Tell(program, paint::CopyPicture(picture, size.width(), size.height()), BoxIcon::Information);
+}
+
+output::ListingLines LinesOf(const std::string& bytes) {
+  const SourceText text("text", bytes);
+  output::ListingLines lines;
+  for (int i = 1; i <= text.LineCount(); ++i) lines.emplace_back(text.Line(i));
+  return lines;
+}
+
+output::ListingLines SourceLines(Program& program) {
+  std::vector<std::string> notes;
+  const Outcome<SourceText> source = ingest::ReadSource(program.Current.FilePath(), notes);
+  if (!source) {
+    ErrorReport(program.Current, source.Error());
+    return {};
+  }
+  return LinesOf(source.Value().Bytes());
+}
+
+output::ListingLines DecodedLines(Program& program) {
+  return LinesOf(WriteRaw(program.Current.Record));
+}
+
+output::ListingLines DataLines(Program& program) {
+  return output::SoundingDataTable({program.Current.Record, program.Results, program.Set});
+}
+
+struct PrintedText {
+  Command Does;
+  const char* Name;
+  const char* Title;
+  const char* File;
+  output::ListingLines (*Make)(Program&);
+};
+
+constexpr PrintedText kTexts[] = {
+    {Command::PrintData, "PrintData", "Print Sounding Data", "SoundingData.txt", DataLines},
+    {Command::PrintDecoded, "PrintDeCodedData", "Print DeCoded Data", "DeCodedData.txt",
+     DecodedLines},
+    {Command::PrintSource, "PrintDataFile", "Print Source Data", "SourceData.txt", SourceLines},
+};
+
+bool ShowText(Program& program, Command command, QWidget* parent) {
+  for (const PrintedText& row : kTexts) {
+    if (row.Does != command) continue;
+    if (program.Current.Record.NumTempLevels() == 0) return true;
+    ShownText text{
+        .Name = row.Name,
+        .Title = row.Title,
+        .FileName = row.File,
+        .Lines = row.Make(program),
+        .Header = output::PageHeader({program.Current.Record, program.Results, program.Set}, {})};
+    if (text.Lines.empty()) return true;
+    auto* window = new TextWindow(program, std::move(text), parent);
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    window->show();
+    return true;
+  }
+  return false;
+}
+
+bool RunImageCommand(Program& program, Command command, QWidget* window, QSize displaySize) {
+  if (command != Command::SaveImage && command != Command::CopyImage &&
+      command != Command::PrintImage) {
+    return false;
+  }
+  if (!program.Plot) return true;
+  if (command == Command::SaveImage) SaveImage(program, program.Plot->Page, displaySize, window);
+  if (command == Command::CopyImage) CopyImage(program, program.Plot->Page, displaySize);
+  if (command == Command::PrintImage) PrintPlotWindow(program, window).exec();
+  return true;
 }
 
 }  // namespace
 
 bool RunOutputCommand(Program& program, Command command, QWidget* window, QSize displaySize) {
-  if (command != Command::SaveImage && command != Command::CopyImage &&
-      command != Command::PrintImage) {
-    return false;
+  const bool isOurs = command == Command::SaveImage || command == Command::CopyImage ||
+                      command == Command::PrintImage || command == Command::ExportData ||
+                      command == Command::PrintData || command == Command::PrintDecoded ||
+                      command == Command::PrintSource;
+  if (!isOurs) return false;
+  if (!program.Gate.IsOpen() || program.Current.Ask == nullptr) return true;
+  if (command == Command::ExportData) {
+    DataDumpWindow(program, window).exec();
+    return true;
   }
-  if (!program.Gate.IsOpen() || !program.Plot || program.Current.Ask == nullptr) return true;
-  if (command == Command::SaveImage) SaveImage(program, displaySize);
-  if (command == Command::CopyImage) {
-    Tell(program, paint::CopyPicture(program.Plot->Page, displaySize.width(), displaySize.height()),
-         BoxIcon::Information);
-  }
-  if (command == Command::PrintImage) PrintPlotWindow(program, window).exec();
-  return true;
+  return RunImageCommand(program, command, window, displaySize) ||
+         ShowText(program, command, window);
+}
+
+SaveImageWindow::SaveImageWindow(QSize displaySize, QWidget* parent) : QDialog(parent) {
+  setObjectName(QStringLiteral("SaveImage"));
+  setWindowTitle(QStringLiteral("Save Image to File"));
+  auto* form = new QFormLayout(this);
+  const auto number = [&](const char* name, const char* caption, int least, int most, int now,
+                          const char* unit) {
+    auto* box = new QSpinBox(this);
+    box->setObjectName(QString::fromLatin1(name));
+    box->setRange(least, most);
+    box->setValue(now);
+    box->setSuffix(QString::fromLatin1(unit));
+    form->addRow(QString::fromLatin1(caption), box);
+    return box;
+  };
+  width_ = number("ImageWidth", "&Width", kLeastPx, kMostPx, displaySize.width(), " pixels");
+  height_ = number("ImageHeight", "&Height", kLeastPx, kMostPx, displaySize.height(), " pixels");
+  dpi_ = number("ImageDpi", "&Resolution", kLeastDpi, kMostDpi, static_cast<int>(paint::kScreenDpi),
+                " dots per inch");
+  quality_ = number("JpegQuality", "JPEG &quality", 1, 100, paint::kJpegQuality, "");
+  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
+  connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+  connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+  form->addRow(buttons);
+}
+
+QSize SaveImageWindow::SizePx() const {
+  return {width_->value(), height_->value()};
+}
+
+paint::ImageSettings SaveImageWindow::Settings() const {
+  return {.JpegQuality = quality_->value(), .Dpi = static_cast<double>(dpi_->value())};
+}
+
+std::optional<Fault> SaveImageAs(const Picture& picture, const std::string& name, QSize sizePx,
+                                 const paint::ImageSettings& settings) {
+  std::string extension = TextFromPath(PathFromText(name).extension());
+  if (!extension.empty()) extension.erase(0, 1);
+  const Outcome<std::string> bytes =
+      paint::EncodePicture(picture, extension, sizePx.width(), sizePx.height(), settings);
+  if (!bytes) return bytes.Error();
+  return SaveFile(PathFromText(name), bytes.Value());
+}
+
+void AddPictureMenu(QWidget& window, Program& program, std::function<const Picture&()> picture) {
+  const auto add = [&window](const char* name, const char* caption, const char* key, auto does) {
+    auto* action = new QAction(QString::fromLatin1(caption), &window);
+    action->setObjectName(QString::fromLatin1(name));
+    action->setShortcut(QKeySequence(QString::fromLatin1(key)));
+    action->setShortcutContext(Qt::WindowShortcut);
+    QObject::connect(action, &QAction::triggered, &window, does);
+    window.addAction(action);
+  };
+  window.setContextMenuPolicy(Qt::ActionsContextMenu);
+  add("mnuSavePicture", "Save &Image to File...", "Ctrl+S",
+      [&window, &program, picture] { SaveImage(program, picture(), window.size(), &window); });
+  add("mnuCopyPicture", "&Copy Image to ClipBoard", "Ctrl+C",
+      [&window, &program, picture] { CopyImage(program, picture(), window.size()); });
+  add("mnuPrintPicture", "&Print Image...", "Ctrl+P", [&window, &program, picture] {
+    const output::PrintSetup setup{.Turn = output::Orientation::Landscape};
+    const output::ListingSource from{program.Current.Record, program.Results, program.Set};
+    PrintSheets(program,
+                {output::DisplayPage(picture(), output::PageHeader(from, setup.Header), setup)},
+                &window);
+  });
 }
 
 }  // namespace vexa

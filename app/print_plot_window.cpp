@@ -7,30 +7,23 @@
 #include <QHBoxLayout>
 #include <QImage>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPixmap>
-#include <QPrintDialog>
-#include <QPrinter>
-#include <QPrinterInfo>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QVBoxLayout>
 #include <string>
 
-#include "core/error_report.h"
-#include "core/files.h"
+#include "app/printing.h"
+#include "app/qt_text.h"
 #include "output/listings.h"
 #include "output/paint/paint.h"
-#include "output/paint/print.h"
+#include "program/print_displays.h"
 
 namespace vexa {
 namespace {
 
-constexpr const char* kDiagram = "Sounding";  // the display that stands ahead of the listings
 constexpr int kPreviewPx = 420;
-
-QString ToQString(std::string_view text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 template <class E>
 QComboBox* Choice(const char* name, QWidget* parent) {
@@ -47,10 +40,6 @@ QCheckBox* Check(const char* name, const char* caption, bool isOn, QWidget* pare
   return box;
 }
 
-bool HasPrinter() {
-  return !QPrinterInfo::availablePrinterNames().isEmpty();
-}
-
 }  // namespace
 
 PrintPlotWindow::PrintPlotWindow(Program& program, QWidget* parent)
@@ -64,12 +53,17 @@ PrintPlotWindow::PrintPlotWindow(Program& program, QWidget* parent)
 void PrintPlotWindow::BuildControls() {
   display_ = new QComboBox(this);
   display_->setObjectName(QStringLiteral("DisplayToPrint"));
-  if (program_.Plot) display_->addItem(QString::fromLatin1(kDiagram));
+  for (const PrintDisplay& there : PrintDisplays(program_)) {
+    display_->addItem(ToQString(there.Name));
+  }
   for (const output::ListingRow& row : output::Listings()) display_->addItem(ToQString(row.Name));
   orientation_ = Choice<output::Orientation>("Orientation", this);
   paper_ = Choice<output::Paper>("Paper", this);
   dataType_ = Check("IncludeDataType", " Include Data Type && # Data Levels", true, this);
   coordinates_ = Check("IncludeCoordinates", " Include Station Coordinates && Elev", true, this);
+  darkLines_ = Check("DarkLines", " Dark lines", program_.Set.System.DarklinesMemory, this);
+  title_ = new QLineEdit(ToQString(program_.Set.System.PrintTitleMemory), this);
+  title_->setObjectName(QStringLiteral("PrintTitle"));
   allListings_ = Check("AllListings", " Print all 7 listings", false, this);
   page_ = new QSpinBox(this);
   page_->setObjectName(QStringLiteral("PreviewPage"));
@@ -84,8 +78,7 @@ void PrintPlotWindow::BuildControls() {
   toFile->setObjectName(QStringLiteral("cmdPrintPdf"));
   auto* cancel = new QPushButton(QStringLiteral("&Cancel"), this);
   cancel->setObjectName(QStringLiteral("cmdCancel"));
-  auto* noPrinter =
-      new QLabel(QStringLiteral("There is no printer. Pages can be saved as PDF."), this);
+  auto* noPrinter = new QLabel(QString::fromLatin1(kNoPrinter), this);
   noPrinter->setObjectName(QStringLiteral("NoPrinter"));
   noPrinter->setVisible(!HasPrinter());
 
@@ -93,7 +86,8 @@ void PrintPlotWindow::BuildControls() {
   form->addRow(QStringLiteral("&Display"), display_);
   form->addRow(QStringLiteral("&Orientation"), orientation_);
   form->addRow(QStringLiteral("P&aper"), paper_);
-  for (QCheckBox* box : {dataType_, coordinates_, allListings_}) form->addRow(box);
+  form->addRow(QStringLiteral("&Title"), title_);
+  for (QCheckBox* box : {dataType_, coordinates_, darkLines_, allListings_}) form->addRow(box);
   form->addRow(QStringLiteral("Preview of pa&ge"), page_);
   form->addRow(noPrinter);
   for (QPushButton* button : {print_, toFile, cancel}) form->addRow(button);
@@ -104,9 +98,10 @@ void PrintPlotWindow::BuildControls() {
   for (QComboBox* box : {display_, orientation_, paper_}) {
     connect(box, &QComboBox::currentIndexChanged, this, [this] { ShowPreview(); });
   }
-  for (QCheckBox* box : {dataType_, coordinates_, allListings_}) {
+  for (QCheckBox* box : {dataType_, coordinates_, darkLines_, allListings_}) {
     connect(box, &QCheckBox::toggled, this, [this] { ShowPreview(); });
   }
+  connect(title_, &QLineEdit::editingFinished, this, [this] { ShowPreview(); });
   connect(page_, &QSpinBox::valueChanged, this, [this] { ShowPreview(); });
   connect(print_, &QPushButton::clicked, this, [this] { Print(); });
   connect(toFile, &QPushButton::clicked, this, [this] { PrintToFile(); });
@@ -134,14 +129,22 @@ std::vector<Picture> PrintPlotWindow::Pages() const {
   const output::ListingSource from{program_.Current.Record, program_.Results, program_.Set};
   const output::PrintSetup setup = Setup();
   std::vector<Picture> pages;
-  if (program_.Plot && display_->currentText() == QLatin1String(kDiagram)) {
-    pages.push_back(
-        output::DisplayPage(program_.Plot->Page, output::PageHeader(from, setup.Header), setup));
+  for (const PrintDisplay& there : PrintDisplays(program_)) {
+    if (display_->currentText() != ToQString(there.Name)) continue;
+    output::ListingLines header = output::PageHeader(from, setup.Header);
+    if (!title_->text().isEmpty()) header.insert(header.begin(), title_->text().toStdString());
+    const Options set = PrintOptions(program_, darkLines_->isChecked());
+    pages.push_back(output::DisplayPage(there.Draw(program_, set), header, setup));
   }
   for (Picture& page : output::PagesOfListings(ChosenListings(), from, setup)) {
     pages.push_back(std::move(page));
   }
   return pages;
+}
+
+void PrintPlotWindow::KeepChoices() {
+  program_.Set.System.PrintTitleMemory = title_->text().toStdString();
+  program_.Set.System.DarklinesMemory = darkLines_->isChecked();
 }
 
 void PrintPlotWindow::ShowPreview() {
@@ -167,50 +170,21 @@ std::optional<Fault> PrintPlotWindow::PrepareFiles() const {
 }
 
 std::optional<Fault> PrintPlotWindow::PrintToPdf(const std::filesystem::path& path) {
+  KeepChoices();
   if (auto fault = PrepareFiles()) return fault;
-  Progress progress;
-  if (program_.Current.Ask != nullptr) progress = Progress(*program_.Current.Ask);
-  const Outcome<std::string> bytes = paint::PagesAsPdf(Pages(), output::kUnitsPerPoint, progress);
-  if (!bytes) return bytes.Error();
-  return SaveFile(path, bytes.Value());
-}
-
-void PrintPlotWindow::Tell(const Fault& fault) {
-  if (program_.Current.Ask == nullptr) return;
-  if (fault.Detail == paint::kPrintCancelled) {
-    program_.Current.Ask->Ask(Box{.Title = std::string(kErrorBoxTitle), .Text = fault.Detail});
-    return;
-  }
-  ErrorReport(program_.Current, fault);
+  return SaveSheetsAsPdf(program_, Pages(), path);
 }
 
 void PrintPlotWindow::PrintToFile() {
-  if (program_.Current.Ask == nullptr) return;
-  const auto name = program_.Current.Ask->ChooseFile(
-      {.Title = "Print to PDF", .Filter = "PDF Files (*.PDF)|*.PDF", .Saving = true});
-  if (!name) return;
-  if (const auto fault = PrintToPdf(PathFromText(*name))) return Tell(*fault);
-  accept();
+  KeepChoices();
+  if (const auto fault = PrepareFiles()) return TellOfPrinting(program_, *fault);
+  if (AskAndSavePdf(program_, Pages())) accept();
 }
 
 void PrintPlotWindow::Print() {
-  QPrinter printer(QPrinter::HighResolution);
-  const std::vector<Picture> pages = Pages();
-  if (pages.empty()) return;
-  paint::SetPaper(printer, pages.front(), output::kUnitsPerPoint);
-  QPrintDialog dialog(&printer, this);
-  if (dialog.exec() != QDialog::Accepted) {
-    return Tell({kFaultPrinter, "PrintPlot", paint::kPrintCancelled});
-  }
-  std::optional<Fault> fault = PrepareFiles();
-  Progress progress;
-  if (program_.Current.Ask != nullptr) progress = Progress(*program_.Current.Ask);
-  if (!fault) fault = paint::PrintPages(pages, output::kUnitsPerPoint, printer, progress);
-  if (fault) {
-    if (fault->Detail == paint::kPrintCancelled) printer.abort();
-    return Tell(*fault);
-  }
-  accept();
+  KeepChoices();
+  if (const auto fault = PrepareFiles()) return TellOfPrinting(program_, *fault);
+  if (PrintSheets(program_, Pages(), this)) accept();
 }
 
 }  // namespace vexa

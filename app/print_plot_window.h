@@ -15,6 +15,7 @@
 class QCheckBox;
 class QComboBox;
 class QLabel;
+class QLineEdit;
 class QPushButton;
 class QSpinBox;
 
@@ -37,7 +38,7 @@ class PrintPlotWindow : public QDialog {
   void PrintToFile();
   std::optional<Fault> PrepareFiles() const;
   std::vector<const output::ListingRow*> ChosenListings() const;
-  void Tell(const Fault& fault);
+  void KeepChoices();
 
   Program& program_;
   QComboBox* display_ = nullptr;
@@ -45,6 +46,8 @@ class PrintPlotWindow : public QDialog {
   QComboBox* paper_ = nullptr;
   QCheckBox* dataType_ = nullptr;
   QCheckBox* coordinates_ = nullptr;
+  QCheckBox* darkLines_ = nullptr;
+  QLineEdit* title_ = nullptr;
   QCheckBox* allListings_ = nullptr;
   QSpinBox* page_ = nullptr;
   QLabel* preview_ = nullptr;

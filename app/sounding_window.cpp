@@ -30,6 +30,7 @@
 
 #include "app/analysis_dock.h"
 #include "app/config_window.h"
+#include "app/data_windows.h"
 #include "app/diagram_control.h"
 #include "app/diagram_view.h"
 #include "app/display_window.h"
@@ -43,6 +44,7 @@
 #include "app/parcel_dock.h"
 #include "app/screenshot.h"
 #include "app/severe_table_window.h"
+#include "app/sounding_chooser.h"
 #include "app/surface_window.h"
 #include "core/error_report.h"
 #include "core/files.h"
@@ -78,6 +80,16 @@ SoundingWindow::SoundingWindow(Program& program, WindowInteraction& interaction)
   setAcceptDrops(true);
   BuildMenus();
   BuildPanels();
+  data_ = std::make_unique<DataWindows>(
+      program, this,
+      DataWindows::Events{.Changed = [this](Changes changes) { Show(changes); },
+                          .Open = [this](const std::filesystem::path& file) { OpenFiles({file}); },
+                          .Entries = [this] { ShowChecks(); }});
+  if (!interaction.Unattended()) {
+    program.ChooseSoundings = [this](const std::vector<std::string>& titles) {
+      return SoundingChooser::Ask(titles, this);
+    };
+  }
   interaction.Attach(this, [this](std::string_view text) { ShowStatus(text); });
   auto* session = new QTimer(this);
   session->setInterval(kKeepSessionMs);
@@ -90,6 +102,7 @@ SoundingWindow::SoundingWindow(Program& program, WindowInteraction& interaction)
 
 // Its parts outlive it by a little, and must not report to it any more.
 SoundingWindow::~SoundingWindow() {
+  program_.ChooseSoundings = {};
   view_->OnPointer({});
   for (QDockWidget* dock :
        {static_cast<QDockWidget*>(dock_), static_cast<QDockWidget*>(parcels_)}) {
@@ -200,7 +213,7 @@ void SoundingWindow::Run(Command command) {
   } else if (RunEditCommand(program_, command, this, [this](Changes changes) { Show(changes); })) {
   } else if (RunOnDiagram(command)) {
     return;
-  } else if (!RunOutputCommand(program_, command, this, view_->size())) {
+  } else if (!data_->Run(command) && !RunOutputCommand(program_, command, this, view_->size())) {
     Show(RunCommand(program_, command));
   }
 }
@@ -231,6 +244,8 @@ void SoundingWindow::OpenDisplay(const DisplayRow& row) {
   if (window.isNull()) {
     window = new DisplayWindow(program_, row, this);
     window->setAttribute(Qt::WA_DeleteOnClose);
+    AddPictureMenu(*window, program_,
+                   [shown = window.data()]() -> const Picture& { return shown->Page(); });
   }
   window->show();
   window->raise();
@@ -252,6 +267,7 @@ void SoundingWindow::OpenSevereTable() {
 }
 
 void SoundingWindow::FollowDisplays() {
+  data_->Follow();
   dock_->Follow();
   parcels_->Follow();
   for (const auto& [row, window] : displays_) {
@@ -352,6 +368,8 @@ void SoundingWindow::ShowDisplays() {
           ShowChecks();
         },
         this);
+    AddPictureMenu(*hodograph_, program_,
+                   [this]() -> const Picture& { return hodograph_->Plot().Page; });
   }
   if (program_.ShowsHodogram && hodogram_ == nullptr) {
     hodogram_ = std::make_unique<HodogramWindow>(
@@ -361,6 +379,7 @@ void SoundingWindow::ShowDisplays() {
           ShowChecks();
         },
         this);
+    AddPictureMenu(*hodogram_, program_, [this]() -> const Picture& { return hodogram_->Page(); });
   }
   const auto show = [](auto& window, bool shown) {
     if (window == nullptr) return;
@@ -421,13 +440,19 @@ void SoundingWindow::closeEvent(QCloseEvent* event) {
 }
 
 void SoundingWindow::dragEnterEvent(QDragEnterEvent* event) {
-  if (program_.Gate.IsOpen() && !FilesOf(*event->mimeData()).empty()) event->acceptProposedAction();
+  if (program_.Gate.IsOpen() &&
+      (event->mimeData()->hasText() || !FilesOf(*event->mimeData()).empty())) {
+    event->acceptProposedAction();
+  }
 }
 
 void SoundingWindow::dropEvent(QDropEvent* event) {
   const std::vector<std::filesystem::path> paths = FilesOf(*event->mimeData());
-  if (paths.empty()) return;
   event->acceptProposedAction();
+  if (paths.empty()) {
+    data_->OpenText(*event->mimeData());
+    return;
+  }
   OpenFiles(paths);
 }
 

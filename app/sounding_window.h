@@ -22,6 +22,7 @@ class QScrollBar;
 namespace vexa {
 
 class AnalysisDock;
+class DataWindows;
 class DiagramControl;
 class DiagramView;
 class DisplayWindow;
@@ -90,6 +91,7 @@ class SoundingWindow : public QMainWindow {
   QLabel* progress_ = nullptr;
   QLabel* readout_ = nullptr;
   AnalysisDock* dock_ = nullptr;
+  std::unique_ptr<DataWindows> data_;
   std::map<const DisplayRow*, QPointer<DisplayWindow>> displays_{};
   std::vector<std::pair<QAction*, const MenuRow*>> entries_{};
 };

@@ -3,8 +3,11 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <optional>
+#include <string>
 #include <vector>
 
+#include "output/data_dump.h"
 #include "program/program.h"
 
 namespace vexa::commands {
@@ -13,9 +16,16 @@ Changes Open(Program& program);
 
 /// Writes the sounding in work as a data dump; a cancelled dialog leaves the status "cancel".
 Changes ExportData(Program& program);
+/// Asks for the file of a dump, named after another at first; empty, with the status "cancel", when
+/// the user cancels. A name without an ending gets the kind's.
+std::optional<std::filesystem::path> ChooseDumpFile(Program& program, const std::string& proposedBy,
+                                                    output::DumpKind kind);
+Changes ExportAs(Program& program, output::DumpKind kind);
 
 /// Loads one file into the sounding in work and checks it; a fault has been reported on false.
-bool LoadOne(Program& program, const std::filesystem::path& path);
+///
+/// index  which of the file's soundings, from 0
+bool LoadOne(Program& program, const std::filesystem::path& path, int index = 0);
 
 /// Marks the sounding in work as the one to load at start, or takes the mark away.
 Changes AutoLoad(Program& program);
@@ -44,6 +54,7 @@ Changes ChooseConfiguration(Program& program) {
 /// Writes the settings report into the program folder.
 Changes WriteReport(Program& program);
 
+Changes LoadText(Program& program, const std::string& text);
 Changes LoadFirst(Program& program, const std::vector<std::filesystem::path>& paths);
 
 }  // namespace vexa::commands

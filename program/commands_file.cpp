@@ -81,6 +81,39 @@ void MakeRecentFiles(Program& program) {
   files.front() = latest;
 }
 
+namespace {
+
+// The soundings of a file when there is somebody to choose from them; what is wrong with the file
+// the loading will tell.
+std::vector<std::string> TitlesIn(const Program& program, const std::filesystem::path& path) {
+  std::vector<std::string> titles;
+  if (!program.ChooseSoundings) return titles;
+  std::vector<std::string> notes;
+  const Outcome<SourceText> source = ingest::ReadSource(path, notes);
+  if (!source) return titles;
+  for (const ingest::SourceEntry& entry : ingest::ListSoundings(source.Value())) {
+    titles.push_back(entry.Title);
+  }
+  return titles;
+}
+
+// Those that the user chooses are stepped through.
+Changes LoadChosen(Program& program, const std::filesystem::path& path,
+                   const std::vector<std::string>& titles) {
+  const std::vector<int> chosen = program.ChooseSoundings(titles);
+  for (std::size_t i = 0; i < chosen.size(); ++i) {
+    if (!LoadOne(program, path, chosen[i])) continue;
+    program.Listed.assign(chosen.size(), path);
+    program.ListedIndex = chosen;
+    program.ListedNow = i;
+    MakeRecentFiles(program);
+    return {.Sounding = true};
+  }
+  return {};
+}
+
+}  // namespace
+
 Changes Open(Program& program) {
   const bool isUpdated = program.Set.AutoDirectoryUpdate && !program.Current.DataFolder.empty();
   const std::filesystem::path& folder = isUpdated ? program.Current.DataFolder : program.Where.Data;
@@ -96,10 +129,10 @@ Changes Open(Program& program) {
   return LoadFirst(program, paths);
 }
 
-bool LoadOne(Program& program, const std::filesystem::path& path) {
+bool LoadOne(Program& program, const std::filesystem::path& path, int index) {
   CurrentSounding& current = program.Current;
   const CurrentSounding before = current;
-  if (ingest::LoadSounding(current, path, 0, &program.Stations) != Status::Ok) {
+  if (ingest::LoadSounding(current, path, index, &program.Stations) != Status::Ok) {
     // A damaged native file has left what could be read of it.
     current.Record = before.Record;
     current.FileName = before.FileName;
@@ -124,13 +157,34 @@ bool LoadOne(Program& program, const std::filesystem::path& path) {
 
 Changes LoadFirst(Program& program, const std::vector<std::filesystem::path>& paths) {
   if (!paths.empty() && !MayLeaveSounding(program)) return {};
+  if (paths.size() == 1) {
+    const std::vector<std::string> titles = TitlesIn(program, paths.front());
+    if (titles.size() > 1) return LoadChosen(program, paths.front(), titles);
+  }
   for (std::size_t i = 0; i < paths.size(); ++i) {
     if (!LoadOne(program, paths[i])) continue;
     program.Listed = paths;
+    program.ListedIndex.clear();
     program.ListedNow = i;
     MakeRecentFiles(program);
     return {.Sounding = true};
   }
+  return {};
+}
+
+Changes LoadText(Program& program, const std::string& text) {
+  std::vector<std::string> notes;
+  const Outcome<SourceText> source = ingest::ReadSource("clipboard", text, notes);
+  std::optional<Fault> fault;
+  if (!source) {
+    fault = source.Error();
+  } else if (ingest::FindDecoder(source.Value()) == nullptr) {
+    fault = Fault{kFaultFormat, "LoadText", "the text is no sounding in a known format"};
+  }
+  const std::filesystem::path path = program.Where.Data / kPastedFile;
+  if (!fault) fault = SaveFile(path, text);
+  if (!fault) return LoadFirst(program, {path});
+  ErrorReport(program.Current, *fault);
   return {};
 }
 

@@ -10,28 +10,43 @@
 
 namespace vexa::commands {
 
+std::optional<std::filesystem::path> ChooseDumpFile(Program& program, const std::string& proposedBy,
+                                                    output::DumpKind kind) {
+  const bool isSheet = kind == output::DumpKind::Spreadsheet;
+  const std::optional<std::string> name = program.Current.Ask->ChooseFile(
+      {.Title = std::string(kExportTitle),
+       .Folder = TextFromPath(program.Where.Export /
+                              PathFromText(output::ProposedDumpName(proposedBy, kind))),
+       .Filter = std::string(isSheet ? output::kDumpSheetFilter : output::kDumpTextFilter),
+       .Saving = true});
+  if (!name) {
+    program.Current.StatusText = "cancel";
+    return std::nullopt;
+  }
+  std::filesystem::path path = PathFromText(*name);
+  if (path.extension().empty()) path += isSheet ? ".csv" : ".txt";
+  return path;
+}
+
 Changes ExportData(Program& program) {
+  return ExportAs(program, output::DumpKind::Textfile);
+}
+
+Changes ExportAs(Program& program, output::DumpKind kind) {
   if (program.Current.Record.NumTempLevels() == 0) return {};
   if (const QcFinding found = CheckRecord(program.Current.Record); found.Number != 0) {
     ErrorReport(program.Current,
                 {kFaultUnusable, "BadSounding", std::string(QcText(found.Number))});
     return {};
   }
-  const std::string filter = "*.txt|*.txt|*.csv|*.csv|*.dat|*.dat|*.doc|*.doc|*.*|*.*";
-  const std::optional<std::string> name = program.Current.Ask->ChooseFile(
-      {.Title = std::string(kExportTitle),
-       .Folder = TextFromPath(program.Where.Export /
-                              PathFromText(output::ProposedDumpName(program.Current.FileName,
-                                                                    output::DumpKind::Textfile))),
-       .Filter = filter,
-       .Saving = true});
-  if (!name) {
-    program.Current.StatusText = "cancel";
-    return {};
-  }
-  const std::filesystem::path path = PathFromText(*name);
-  if (const auto fault =
-          ExportSounding(program.Current.Record, program.Set, path, output::DumpKindOf(*name))) {
+  const std::optional<std::filesystem::path> chosen =
+      ChooseDumpFile(program, program.Current.FileName, kind);
+  if (!chosen) return {};
+  const std::filesystem::path& path = *chosen;
+  // A name that says spreadsheet makes one.
+  const bool isSheet = output::DumpKindOf(TextFromPath(path)) == output::DumpKind::Spreadsheet;
+  if (const auto fault = ExportSounding(program.Current.Record, program.Set, path,
+                                        isSheet ? output::DumpKind::Spreadsheet : kind)) {
     ErrorReport(program.Current, *fault);
     return {};
   }

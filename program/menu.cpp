@@ -93,6 +93,15 @@ std::string StopLoopCaption(const Program& program) {
   return program.View.Looping ? "     > > >   STOP LOOP  < < <        (or press ESC)" : "";
 }
 
+// Shown while there is something to turn off.
+std::string TimerEntry(const Program& program) {
+  return program.DownloadTimer ? "Turn_Download_Timer_OFF" : "";
+}
+
+std::string BeeperEntry(const Program& program) {
+  return program.Beeper ? "Turn_Beeper_OFF" : "";
+}
+
 template <bool Program::*Shown>
 bool IsUp(const Program& program) {
   return program.*Shown;
@@ -104,6 +113,8 @@ constexpr MenuRow kMenuTree[] = {
      "Ctrl+N"},
     {"mnuFile", "mnuOpen", "&Open Sounding", Command::Open, "Choose one or more sounding files",
      "Ctrl+O"},
+    {"mnuFile", "mnuPaste", "&Paste Sounding", Command::Paste,
+     "Open the text on the clipboard as a sounding", "Ctrl+V"},
     {.In = "mnuFile",
      .Name = "mnuSaveAs",
      .Caption = "&Save Sounding As...",
@@ -112,12 +123,22 @@ constexpr MenuRow kMenuTree[] = {
      .Key = "Ctrl+S",
      .IsEnabled = HasSounding,
      .WhenDisabled = "Open a sounding first (save sounding)"},
+    {"mnuFile", "mnuDownload", "&Download Data...", Command::Download,
+     "Fetch a sounding from one of the sources"},
+    {"mnuFile", "mnuTimer", "&Batch Processing...", Command::DownloadTimer,
+     "Fetch many soundings, by hand or when their hour has come"},
     OnSounding("mnuFile", "mnuInfo", "Proper&ties...", Command::Properties,
                "Show where the sounding comes from and what it holds",
                "Open a sounding first (sounding properties)"),
     {"mnuFile", "mnuAutoLoad", "Auto-&Load This Sounding", Command::AutoLoad,
      "Load this sounding whenever the program starts", "", false, commands::IsAutoLoaded, nullptr,
      true},
+    {"mnuFile", "mnuPrintData", "Print Sounding &Data", Command::PrintData,
+     "Print the levels as a table", "", true},
+    {"mnuFile", "PrintDeCodedData", "Print &DeCoded Data...", Command::PrintDecoded,
+     "Print the sounding as it was decoded"},
+    {"mnuFile", "mnuPrintDataFile", "Print &Source Data...", Command::PrintSource,
+     "Print the file that the sounding came from"},
     {"mnuFile", "mnuDataDump", "&Export Sounding Data...", Command::ExportData,
      "Write the levels as text or spreadsheet", "", true},
     {"mnuFile", "mnuPrint", "&Print Image...", Command::PrintImage,
@@ -126,6 +147,8 @@ constexpr MenuRow kMenuTree[] = {
      "Save the diagram as an image file"},
     {"mnuFile", "mnuCopy", "&Copy Image to ClipBoard", Command::CopyImage,
      "Copy the diagram to the clipboard"},
+    {"mnuFile", "mnuReportFolder", "Report &Folder...", Command::ReportFolder,
+     "Write a folder with which the case can be repeated"},
     {"mnuFile", "mnuRecentFile1", "RecentFile1", Command::Recent1, "Open this file again", "", true,
      nullptr, RecentFile<1>},
     {"mnuFile", "mnuRecentFile2", "RecentFile2", Command::Recent2, "Open this file again", "",
@@ -206,8 +229,8 @@ constexpr MenuRow kMenuTree[] = {
     {"mnuDisplay", "mnuSoaring", "S&oaring", Command::Soaring, "Thermals of the day"},
     {"mnuDisplay", "mnuCrossSectionReturn", "Cross-Section", Command::NotBuilt,
      "Not in this version: the return to a cross-section"},
-    {"mnuDisplay", "mnuListings", "&Listings", Command::NotBuilt,
-     "Not in this version: listings in a window; Print Image prints them"},
+    {"mnuDisplay", "mnuListings", "&Listings", Command::Listings,
+     "The seven listings of this sounding", "Ctrl+L"},
     {"mnuDisplay", "mnuAnalyze", "&Analyze", Command::Analyze,
      "Show or hide the panel of all indices", "F4"},
     {"mnuDisplay", "mnuForecast", "F&orecast", Command::NotBuilt,
@@ -284,6 +307,10 @@ constexpr MenuRow kMenuTree[] = {
     OnSounding("mnuTables", "mnuClouds", "&Cloud Layer Table", Command::CloudTable,
                "Enter the cloud layers of the sounding",
                "Open a sounding first (cloud layer table)"),
+    {"", "mnuOFF", "Turn_Download_Timer_OFF", Command::DownloadTimerOff,
+     "Stop waiting for the hours of the batch", "", false, nullptr, TimerEntry},
+    {"", "mnuBeep", "Turn_Beeper_OFF", Command::BeeperOff, "Silence the alarm", "", false, nullptr,
+     BeeperEntry},
     {"", "mnuHelp", "&Help"},
     {"mnuHelp", "mnuMain", "&Main Menu", Command::HelpMain, "What each menu entry does"},
     {"mnuHelp", "mnuContents", "&Contents", Command::HelpContents, "All topics of the help"},

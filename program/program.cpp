@@ -157,11 +157,16 @@ Changes OpenSoundings(Program& program, const std::vector<std::filesystem::path>
   return Behind(program, "OpenSoundings", [&] { return commands::LoadFirst(program, paths); });
 }
 
+Changes OpenText(Program& program, const std::string& text) {
+  return Behind(program, "OpenText", [&] { return commands::LoadText(program, text); });
+}
+
 Changes SequenceSounding(Program& program, std::size_t index) {
   if (index >= program.Listed.size() || index == program.ListedNow) return {};
   return Behind(program, "SequenceSounding", [&]() -> Changes {
     if (!commands::MayLeaveSounding(program)) return {};
-    if (!commands::LoadOne(program, program.Listed[index])) return {};
+    const int inFile = index < program.ListedIndex.size() ? program.ListedIndex[index] : 0;
+    if (!commands::LoadOne(program, program.Listed[index], inFile)) return {};
     program.ListedNow = index;
     return {.Sounding = true};
   });

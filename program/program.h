@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -98,6 +99,16 @@ enum class Command {
   SurfaceParcel,
   FourParcels,
   StopLoop,
+  Listings,  // from here on by the window
+  PrintData,
+  PrintDecoded,
+  PrintSource,
+  ReportFolder,
+  Paste,
+  Download,
+  DownloadTimer,
+  DownloadTimerOff,
+  BeeperOff,
 };
 
 /// What a command changed, hence what is no longer true of the results and the picture.
@@ -137,6 +148,13 @@ struct Program {
 
   std::vector<std::filesystem::path> Listed{};  // chosen together, for stepping
   std::size_t ListedNow = 0;                    // index of the current one
+  std::vector<int> ListedIndex{};               // which sounding of each listed file; empty: first
+  /// Asks which of a file's soundings to open, by their titles; none: the user cancels. Not set,
+  /// the first is opened.
+  std::function<std::vector<int>(const std::vector<std::string>& titles)> ChooseSoundings{};
+
+  bool DownloadTimer = false;  // a batch waits for its hour
+  bool Beeper = false;         // the alarm sounds
 
   EditHistory History{};                   // of the sounding in work, since it was loaded
   std::optional<SoundingRecord> Loaded{};  // the sounding in work as its file gave it
@@ -160,6 +178,11 @@ bool Refresh(Program& program, Changes changes);
 /// Loads the first of these files that can be loaded and lists all of them for stepping; what
 /// cannot be loaded is reported. Without any success the sounding in work stays.
 Changes OpenSoundings(Program& program, const std::vector<std::filesystem::path>& paths);
+
+/// Opens a text that came without a file, kept as kPastedFile in the data folder; what is no
+/// sounding is reported and kept nowhere.
+Changes OpenText(Program& program, const std::string& text);
+inline constexpr std::string_view kPastedFile = "Pasted.txt";
 
 /// Loads the listed sounding of this index.
 Changes SequenceSounding(Program& program, std::size_t index);

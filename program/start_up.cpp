@@ -12,6 +12,7 @@
 #include "core/files.h"
 #include "core/platform.h"
 #include "core/station_file.h"
+#include "download/template_file.h"
 #include "program/commands.h"
 #include "program/displays.h"
 #include "program/reference_tables.h"
@@ -84,6 +85,12 @@ void ClearSounding(Program& program, const StartArguments&) {
   program.Results = {};
 }
 
+void BringSources(Program& program, const StartArguments& arguments) {
+  const std::optional<Fault> fault =
+      EnsureShipped(program.Where.Root, arguments.ProgramFolder, download::kSourcesFileName);
+  if (fault) ErrorReport(program.Current, *fault);
+}
+
 bool CanWrite(const std::filesystem::path& folder) {
   const std::filesystem::path path = folder / kFolderTestFile;
   std::FILE* file = OpenFile(path, "wb");
@@ -120,6 +127,7 @@ void CheckScreen(Program& program, const StartArguments& arguments) {
 
 void CheckSurroundings(Program& program, const StartArguments& arguments) {
   ReadStationList(program, arguments);
+  BringSources(program, arguments);
   CheckFolders(program, arguments);
   CheckScreen(program, arguments);
 }

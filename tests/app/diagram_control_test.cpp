@@ -80,7 +80,7 @@ TEST_F(ControlTest, EntriesThatNeedASoundingHintAtItWithoutOne) {
   for (const char* name : {"mnuCompare", "mnuOverlay", "mnuContrail", "mnuSurface", "mnuLoop"}) {
     EXPECT_FALSE(Entry(name).isEnabled()) << name;
   }
-  EXPECT_EQ(Entry("mnuCompare").statusTip(), "(compare sounding)");
+  EXPECT_EQ(Entry("mnuCompare").statusTip(), "(compare sounding) needs a sounding");
   Open({test::ReferenceWinter()});
   EXPECT_TRUE(Entry("mnuCompare").isEnabled());
   EXPECT_FALSE(Entry("mnuSpecial").isVisible());

@@ -5,10 +5,13 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QSpinBox>
+#include <set>
 
 #include "app/output_actions.h"
 #include "core/files.h"
+#include "output/paint/paint.h"
 #include "support/soundings.h"
 
 namespace vexa {
@@ -67,6 +70,32 @@ TEST_F(PrintPlotTest, PrintingPreparesTheListingsAndStoppingLeavesNothing) {
   ASSERT_TRUE(fault);
   EXPECT_EQ(fault->Detail, "Cancelling Print");
   EXPECT_FALSE(std::filesystem::exists(folder.Path() / "stopped.pdf"));
+}
+
+TEST_F(PrintPlotTest, EveryDisplayIsOfferedAndTitleAndDarkLinesAreRemembered) {
+  PrintPlotWindow window(program);
+  auto* display = window.findChild<QComboBox*>("DisplayToPrint");
+  EXPECT_EQ(display->findText("Overlay"), -1) << "nothing lies over the diagram";
+  std::set<std::string> texts;
+  for (const char* name :
+       {"Sounding", "Hodograph", "Hodogram3D", "SvrWx", "Winter", "LayerAnalyzer", "Soaring"}) {
+    SCOPED_TRACE(name);
+    ASSERT_GE(display->findText(name), 0);
+    display->setCurrentText(name);
+    ASSERT_EQ(window.Pages().size(), 1u);
+    const std::string text = paint::TextOf(window.Pages().front());
+    EXPECT_GT(text.size(), 150u) << text;
+    EXPECT_TRUE(texts.insert(text).second) << "the same as another display";
+  }
+  window.findChild<QLineEdit*>("PrintTitle")->setText("Case of the week");
+  window.findChild<QCheckBox*>("DarkLines")->setChecked(true);
+  EXPECT_FALSE(window.PrintToPdf(folder.Path() / "one.pdf"));
+  PrintPlotWindow again(program);
+  EXPECT_EQ(again.findChild<QLineEdit*>("PrintTitle")->text(), "Case of the week");
+  EXPECT_TRUE(again.findChild<QCheckBox*>("DarkLines")->isChecked());
+  program.Others.push_back(test::ReferenceWinter());
+  EXPECT_GE(PrintPlotWindow(program).findChild<QComboBox*>("DisplayToPrint")->findText("Overlay"),
+            0);
 }
 
 TEST_F(PrintPlotTest, CopyingTellsTheUser) {

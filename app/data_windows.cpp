@@ -1,0 +1,73 @@
+#include "app/data_windows.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QMimeData>
+#include <QUrl>
+#include <string>
+
+namespace vexa {
+namespace {
+
+void BringUp(QDialog& window) {
+  window.show();
+  window.raise();
+  window.activateWindow();
+}
+
+}  // namespace
+
+bool DataWindows::Run(Command command) {
+  switch (command) {
+    case Command::Listings:
+      if (listings_.isNull()) {
+        listings_ = new ListingWindow(program_, parent_);
+        listings_->setAttribute(Qt::WA_DeleteOnClose);
+      }
+      BringUp(*listings_);
+      return true;
+    case Command::Download:
+      if (download_.isNull()) {
+        download_ = new DownloadWindow(program_, events_.Open, parent_);
+        download_->setAttribute(Qt::WA_DeleteOnClose);
+      }
+      BringUp(*download_);
+      return true;
+    case Command::DownloadTimer:
+      ShowBatch();
+      return true;
+    case Command::DownloadTimerOff:
+      if (!batch_.isNull()) batch_->SetTimer(false);
+      return true;
+    case Command::BeeperOff:
+      if (!batch_.isNull()) batch_->SilenceBeeper();
+      return true;
+    case Command::Paste:
+      if (const QMimeData* data = QApplication::clipboard()->mimeData()) OpenText(*data);
+      return true;
+    default:
+      return false;
+  }
+}
+
+void DataWindows::ShowBatch() {
+  if (batch_.isNull()) batch_ = new BatchWindow(program_, events_.Entries, parent_);
+  BringUp(*batch_);
+}
+
+void DataWindows::Follow() {
+  if (!listings_.isNull()) listings_->Follow();
+}
+
+bool DataWindows::OpenText(const QMimeData& data) {
+  for (const QUrl& url : data.urls()) {
+    if (!url.isLocalFile()) continue;
+    events_.Open(std::filesystem::path(url.toLocalFile().toStdU16String()));
+    return true;
+  }
+  if (!data.hasText() || data.text().trimmed().isEmpty()) return false;
+  events_.Changed(vexa::OpenText(program_, data.text().toStdString()));
+  return true;
+}
+
+}  // namespace vexa

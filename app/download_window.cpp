@@ -1,0 +1,208 @@
+#include "app/download_window.h"
+
+#include <algorithm>
+#include <QComboBox>
+#include <QDateEdit>
+#include <QDateTime>
+#include <QFormLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QVBoxLayout>
+#include <utility>
+
+#include "app/qt_text.h"
+#include "core/files.h"
+#include "core/numbers.h"
+#include "core/platform.h"
+#include "core/station_list.h"
+#include "program/fetch_work.h"
+
+namespace vexa {
+namespace {
+
+constexpr int kMostStations = 60;
+constexpr int kStationNumber = Qt::UserRole;
+constexpr int kHoursPerDay = 24;
+
+// "72357  OUN  NORMAN, OK"
+QString StationLine(const Station& station) {
+  QString line = QStringLiteral("%1  %2  %3")
+                     .arg(station.Number, 5, 10, QLatin1Char('0'))
+                     .arg(ToQString(station.Ident), ToQString(station.Name));
+  if (!station.Region.empty()) line += QStringLiteral(", ") + ToQString(station.Region);
+  return line;
+}
+
+}  // namespace
+
+DownloadWindow::DownloadWindow(Program& program, Opener opened, QWidget* parent,
+                               download::HttpSettings net)
+    : QDialog(parent), program_(program), opened_(std::move(opened)), net_(net) {
+  setObjectName(QStringLiteral("Download"));
+  setWindowTitle(QStringLiteral("Download Data"));
+  BuildControls();
+  const Outcome<download::SourceList> sources = LoadSources(program.Where.Root, ProgramFolder());
+  if (!sources) {
+    step_->setText(ToQString(sources.Error().Detail));
+  } else {
+    sources_ = sources.Value();
+    for (const download::Source& source : sources_.Sources) {
+      source_->addItem(ToQString(source.Name));
+    }
+  }
+  fetch_->setEnabled(!sources_.Sources.empty());
+  ShowSource();
+}
+
+void DownloadWindow::BuildControls() {
+  const auto named = [](auto* widget, const char* name) {
+    widget->setObjectName(QString::fromLatin1(name));
+    return widget;
+  };
+  source_ = named(new QComboBox(this), "Source");
+  note_ = named(new QLabel(this), "SourceNote");
+  note_->setWordWrap(true);
+  note_->setTextFormat(Qt::PlainText);
+  station_ = named(new QLineEdit(this), "Station");
+  station_->setPlaceholderText(QStringLiteral("Number, letters or name"));
+  found_ = named(new QListWidget(this), "StationsFound");
+  found_->setAccessibleName(QStringLiteral("Stations found"));
+  date_ = named(new QDateEdit(QDateTime::currentDateTimeUtc().date(), this), "Date");
+  date_->setCalendarPopup(true);
+  date_->setDisplayFormat(QStringLiteral("yyyy-MM-dd"));
+  hour_ = named(new QComboBox(this), "Hour");
+  step_ = named(new QLabel(this), "Progress");
+  step_->setWordWrap(true);
+  step_->setTextFormat(Qt::PlainText);
+  bar_ = named(new QProgressBar(this), "ProgressBar");
+  bar_->hide();
+  fetch_ = named(new QPushButton(QStringLiteral("&Download"), this), "cmdDownload");
+  auto* cancel = named(new QPushButton(QStringLiteral("&Cancel"), this), "cmdCancel");
+  cancel->setAutoDefault(false);
+
+  auto* form = new QFormLayout;
+  form->addRow(QStringLiteral("&Source"), source_);
+  form->addRow(note_);
+  form->addRow(QStringLiteral("S&tation"), station_);
+  form->addRow(found_);
+  form->addRow(QStringLiteral("D&ate (UTC)"), date_);
+  form->addRow(QStringLiteral("&Hour (UTC)"), hour_);
+  auto* buttons = new QHBoxLayout;
+  buttons->addWidget(fetch_);
+  buttons->addWidget(cancel);
+  auto* column = new QVBoxLayout(this);
+  column->addLayout(form);
+  column->addWidget(step_);
+  column->addWidget(bar_);
+  column->addLayout(buttons);
+  resize(460, 520);
+
+  connect(source_, &QComboBox::currentIndexChanged, this, [this] { ShowSource(); });
+  connect(station_, &QLineEdit::textEdited, this, [this] { ShowStations(); });
+  connect(found_, &QListWidget::itemClicked, this, [this](QListWidgetItem* item) {
+    station_->setText(item->data(kStationNumber).toString());
+  });
+  connect(found_, &QListWidget::itemActivated, this, [this](QListWidgetItem* item) {
+    station_->setText(item->data(kStationNumber).toString());
+  });
+  connect(fetch_, &QPushButton::clicked, this, [this] { Fetch(); });
+  connect(cancel, &QPushButton::clicked, this, [this] { reject(); });
+}
+
+// Only hours that the source has can be chosen; the one that was chosen stays where it can.
+void DownloadWindow::ShowSource() {
+  const auto index = static_cast<std::size_t>(std::max(0, source_->currentIndex()));
+  if (index >= sources_.Sources.size()) return;
+  const download::Source& source = sources_.Sources[index];
+  note_->setText(ToQString(source.Note));
+  const QString before = hour_->currentText();
+  hour_->clear();
+  for (int hour = 0; hour < kHoursPerDay; ++hour) {
+    if (!download::HasHour(source, hour)) continue;
+    hour_->addItem(QStringLiteral("%1").arg(hour, 2, 10, QLatin1Char('0')));
+  }
+  hour_->setCurrentIndex(std::max(0, hour_->findText(before)));
+  station_->setEnabled(download::NeedsStation(source));
+  found_->setEnabled(station_->isEnabled());
+  date_->setEnabled(download::NeedsTime(source));
+  hour_->setEnabled(download::NeedsTime(source));
+}
+
+void DownloadWindow::ShowStations() {
+  found_->clear();
+  for (const Station* station :
+       SearchStations(program_.Stations, station_->text().toStdString(), kMostStations)) {
+    auto* item = new QListWidgetItem(StationLine(*station), found_);
+    item->setData(kStationNumber,
+                  QStringLiteral("%1").arg(station->Number, 5, 10, QLatin1Char('0')));
+  }
+}
+
+download::BatchPlan DownloadWindow::Plan() const {
+  const QDate date = date_->date();
+  download::BatchPlan plan{.Times = {{.Year = date.year(),
+                                      .Month = date.month(),
+                                      .Day = date.day(),
+                                      .Hour = hour_->currentText().toInt()}},
+                           .Folder = TextFromPath(program_.Where.Data)};
+  const auto index = static_cast<std::size_t>(std::max(0, source_->currentIndex()));
+  if (index < sources_.Sources.size()) plan.Sources.push_back(sources_.Sources[index]);
+  const std::string station(Trim(station_->text().toStdString()));
+  if (!station.empty()) plan.Stations.push_back(station);
+  return plan;
+}
+
+bool DownloadWindow::ShowProgress(const download::FetchProgress& step) {
+  QString text = QStringLiteral("%1 bytes").arg(step.Received);
+  if (step.Attempt > 1) text += QStringLiteral(", attempt %1").arg(step.Attempt);
+  step_->setText(text);
+  bar_->setRange(0, step.Total > 0 ? 100 : 0);
+  if (step.Total > 0) bar_->setValue(static_cast<int>(100 * step.Received / step.Total));
+  return !isStopped_;
+}
+
+bool DownloadWindow::Fetch() {
+  if (isRunning_) return false;
+  const download::BatchPlan plan = Plan();
+  if (const auto fault = download::CheckPlan(plan)) {
+    step_->setText(ToQString(fault->Detail));
+    return false;
+  }
+  download::BatchReport report;
+  {
+    const auto pass = program_.Gate.Enter();
+    if (!pass) return false;
+    isRunning_ = true;
+    isStopped_ = false;
+    fetch_->setEnabled(false);
+    bar_->show();
+    download::HttpFetcher fetcher(
+        net_, [this](const download::FetchProgress& step) { return ShowProgress(step); });
+    const download::Cache cache(program_.Where.Root / "cache");
+    FetchWork work(fetcher, &cache, &program_.Stations, {});
+    report = download::RunBatch(plan, work);
+    isRunning_ = false;
+    fetch_->setEnabled(true);
+    bar_->hide();
+  }
+  if (report.Items.empty() || report.Saved() == 0) {
+    const bool hasReason = !report.Items.empty() && report.Items.front().Failed;
+    step_->setText(hasReason ? ToQString(report.Items.front().Failed->Detail) : QString());
+    return false;
+  }
+  step_->setText(ToQString(report.Items.front().File));
+  opened_(PathFromText(report.Items.front().File));
+  return true;
+}
+
+// While an answer is on its way this gives it up.
+void DownloadWindow::reject() {
+  isStopped_ = true;
+  if (!isRunning_) QDialog::reject();
+}
+
+}  // namespace vexa

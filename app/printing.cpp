@@ -1,0 +1,74 @@
+#include "app/printing.h"
+
+#include <QPrintDialog>
+#include <QPrinter>
+#include <QPrinterInfo>
+#include <string>
+
+#include "core/error_report.h"
+#include "core/files.h"
+#include "output/paint/print.h"
+#include "output/print_pages.h"
+
+namespace vexa {
+namespace {
+
+Progress ProgressOf(Program& program) {
+  return program.Current.Ask == nullptr ? Progress() : Progress(*program.Current.Ask);
+}
+
+}  // namespace
+
+bool HasPrinter() {
+  return !QPrinterInfo::availablePrinterNames().isEmpty();
+}
+
+std::optional<Fault> SaveSheetsAsPdf(Program& program, const std::vector<Picture>& pages,
+                                     const std::filesystem::path& path) {
+  const Outcome<std::string> bytes =
+      paint::PagesAsPdf(pages, output::kUnitsPerPoint, ProgressOf(program));
+  if (!bytes) return bytes.Error();
+  return SaveFile(path, bytes.Value());
+}
+
+void TellOfPrinting(Program& program, const Fault& fault) {
+  if (program.Current.Ask == nullptr) return;
+  if (fault.Detail == paint::kPrintCancelled) {
+    program.Current.Ask->Ask(Box{.Title = std::string(kErrorBoxTitle), .Text = fault.Detail});
+    return;
+  }
+  ErrorReport(program.Current, fault);
+}
+
+bool AskAndSavePdf(Program& program, const std::vector<Picture>& pages) {
+  if (program.Current.Ask == nullptr || pages.empty()) return false;
+  const auto name = program.Current.Ask->ChooseFile(
+      {.Title = "Print to PDF", .Filter = "PDF Files (*.PDF)|*.PDF", .Saving = true});
+  if (!name) return false;
+  const auto fault = SaveSheetsAsPdf(program, pages, PathFromText(*name));
+  if (fault) TellOfPrinting(program, *fault);
+  return !fault;
+}
+
+bool PrintSheets(Program& program, const std::vector<Picture>& pages, QWidget* parent) {
+  if (pages.empty()) return false;
+  if (!HasPrinter()) {
+    program.Current.Ask->Ask(Box{
+        .Title = std::string(kErrorBoxTitle), .Text = kNoPrinter, .Icon = BoxIcon::Information});
+    return AskAndSavePdf(program, pages);
+  }
+  QPrinter printer(QPrinter::HighResolution);
+  paint::SetPaper(printer, pages.front(), output::kUnitsPerPoint);
+  QPrintDialog dialog(&printer, parent);
+  if (dialog.exec() != QDialog::Accepted) {
+    TellOfPrinting(program, {kFaultPrinter, "PrintSheets", paint::kPrintCancelled});
+    return false;
+  }
+  const auto fault = paint::PrintPages(pages, output::kUnitsPerPoint, printer, ProgressOf(program));
+  if (!fault) return true;
+  if (fault->Detail == paint::kPrintCancelled) printer.abort();
+  TellOfPrinting(program, *fault);
+  return false;
+}
+
+}  // namespace vexa

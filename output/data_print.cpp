@@ -1,0 +1,87 @@
+#include "output/data_print.h"
+
+#include <algorithm>
+#include <string>
+
+#include "core/units.h"
+#include "output/listing_line.h"
+
+namespace vexa::output {
+namespace {
+
+constexpr std::string_view kPressureHeading = " Pressure Levels                    ";
+constexpr std::string_view kWindHeading = " Wind Levels";
+
+// The columns' last characters.
+constexpr int kPressEnd = 6;
+constexpr int kTempEnd = 14;
+constexpr int kDewptEnd = 22;
+constexpr int kSpreadEnd = 31;
+constexpr int kHeightEnd = 47;
+constexpr int kDirEnd = 56;
+constexpr int kSpdEnd = 65;
+
+struct Units {
+  bool Fahrenheit = false;
+  bool Feet = false;
+  bool Metric = false;
+  double Ground = 0;  // m, subtracted from heights
+  std::string_view Reference{};
+};
+
+Units UnitsOf(const ListingSource& from) {
+  const bool isAgl = from.Set.Heights == HeightMode::Agl;
+  return {.Fahrenheit = from.Set.ThermoTemp == TempUnits::Fahrenheit,
+          .Feet = from.Set.GpmUnits == LengthUnits::Feet,
+          .Metric = from.Set.Speed == SpeedUnits::MetersPerSecond,
+          .Ground = isAgl ? static_cast<double>(from.Sounding.ElevM) : 0,
+          .Reference = isAgl ? "[AGL]" : "[MSL]"};
+}
+
+void PutTemps(ListingLine& line, const SoundingRecord& sounding, int level, const Units& units) {
+  const double temp = sounding.Temp(level);
+  const double dewpt = sounding.Dewpt(level);
+  const auto shown = [&units](double celsius) {
+    if (NotAvailable(celsius)) return std::string(kNoValue);
+    return Mask(units.Fahrenheit ? FahrenheitFromCelsius(celsius) : celsius, "##0.0");
+  };
+  const bool hasBoth = !NotAvailable(temp) && !NotAvailable(dewpt);
+  const double spread =
+      units.Fahrenheit ? FahrenheitFromCelsius(temp) - FahrenheitFromCelsius(dewpt) : temp - dewpt;
+  line.EndAt(kPressEnd, Shown(sounding.Press(level), "###0.0"))
+      .EndAt(kTempEnd, shown(temp))
+      .EndAt(kDewptEnd, shown(dewpt))
+      .EndAt(kSpreadEnd, hasBoth ? Mask(spread, "##0.0") : std::string(kNoValue));
+}
+
+void PutWind(ListingLine& line, const SoundingRecord& sounding, int level, const Units& units) {
+  const double height = sounding.WindHgt(level) - units.Ground;
+  const double speed = sounding.WindSpd(level);
+  line.EndAt(kHeightEnd, Mask(units.Feet ? FeetFromMeters(height) : height, "#####0"))
+      .EndAt(kDirEnd, Shown(sounding.WindDir(level), "##0"))
+      .EndAt(kSpdEnd, NotAvailable(speed) ? std::string(kNoValue)
+                                          : Mask(units.Metric ? speed * kKnotToMs : speed, "##0"));
+}
+
+}  // namespace
+
+ListingLines SoundingDataTable(const ListingSource& from) {
+  const Units units = UnitsOf(from);
+  const std::string temps =
+      units.Fahrenheit ? "PR(mb)    T(F)   Td(F)  T-Td(F)" : "PR(mb)    T(C)   Td(C)  T-Td(C)";
+  const std::string heights = (units.Feet ? "HT(ft)" : " HT(m)") + std::string(units.Reference);
+  ListingLines lines = {std::string(kPressureHeading) + std::string(kWindHeading),
+                        PadRight(temps, static_cast<int>(kPressureHeading.size())) + heights +
+                            "  DD(Deg)  FF" + (units.Metric ? "(m)" : "(kts)")};
+  const int temperatureLevels = from.Sounding.NumTempLevels();
+  const int windLevels = from.Sounding.NumWindLevels();
+  for (int level = 1; level <= std::max(temperatureLevels, windLevels); ++level) {
+    ListingLine line;
+    if (level <= temperatureLevels) PutTemps(line, from.Sounding, level, units);
+    if (level <= windLevels) PutWind(line, from.Sounding, level, units);
+    lines.push_back(line.Take());
+  }
+  return lines;
+}
+
+}  // namespace vexa::output

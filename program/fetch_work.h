@@ -1,0 +1,59 @@
+// What fetching soundings needs besides the net: the list of sources, the judgement whether an
+// answer opens as the sounding that was asked for, and the saving of answers. The windows and the
+// command line fetch by this alike.
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "core/station_list.h"
+#include "download/batch.h"
+#include "download/template_file.h"
+
+namespace vexa {
+
+/// The sources of a root's file; where it has none, those that come with the program.
+Outcome<download::SourceList> LoadSources(const std::filesystem::path& root,
+                                          const std::filesystem::path& programFolder);
+
+/// Reads one file of sources.
+Outcome<download::SourceList> LoadSourcesFile(const std::filesystem::path& path);
+
+/// Why an answer's bytes are not the sounding that was asked for: they do not open, or as that of
+/// another hour. Forecasts and files of many soundings hold the hour somewhere and pass.
+std::optional<Fault> JudgeSounding(const std::string& bytes, const download::Request& request);
+
+/// The clock, to the second, UTC.
+download::Instant SystemNow();
+
+/// Fetches through a fetcher, saves as received (".txt") or as native file (".RAW").
+class FetchWork : public download::BatchWork {
+ public:
+  struct Watch {
+    std::function<void(const download::Source&, const download::Request&, const Fault&)> Failed{};
+    std::function<void(const std::string& file)> Saved{};
+    std::function<bool(int done, int total, const download::Request& next)> Continue{};
+  };
+
+  /// cache     null: answers are neither taken from it nor kept
+  /// stations  for native files of soundings that name their station by number only
+  FetchWork(download::Fetcher& fetcher, const download::Cache* cache, const StationList* stations,
+            Watch watch)
+      : fetcher_(fetcher), cache_(cache), stations_(stations), watch_(std::move(watch)) {}
+
+  download::FetchResult Fetch(const download::Source& source,
+                              const download::Request& request) override;
+  Outcome<std::string> Save(const download::BatchPlan& plan, const download::Request& request,
+                            const download::FetchResult& result) override;
+  bool Continue(int done, int total, const download::Request& next) override;
+
+ private:
+  download::Fetcher& fetcher_;
+  const download::Cache* cache_;
+  const StationList* stations_;
+  Watch watch_;
+};
+
+}  // namespace vexa

@@ -1,0 +1,26 @@
+// The displays that can be printed, as a table: what each is called among the choices of the print
+// window, when there is something of it, and its picture under the options of the print.
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "picture/picture.h"
+#include "program/program.h"
+
+namespace vexa {
+
+struct PrintDisplay {
+  std::string_view Name{};
+  Picture (*Draw)(const Program& program, const Options& set) = nullptr;
+};
+
+/// The displays that the program has something to show of now, the diagram first.
+std::vector<PrintDisplay> PrintDisplays(const Program& program);
+
+/// The options under which a display is printed: on white paper, with dark lines where wanted.
+Options PrintOptions(const Program& program, bool darkLines);
+
+}  // namespace vexa

@@ -1,0 +1,290 @@
+// The windows of export, listings, paste and choice, driven by their widgets.
+#include "app/data_windows.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QClipboard>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMimeData>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSpinBox>
+
+#include "app/data_dump_window.h"
+#include "app/output_actions.h"
+#include "app/sounding_chooser.h"
+#include "app/text_window.h"
+#include "core/files.h"
+#include "core/raw_file.h"
+#include "core/source_text.h"
+#include "output/data_print.h"
+#include "support/soundings.h"
+
+namespace vexa {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Answers file questions with one name and keeps what was asked.
+class NamingUser : public SilentInteraction {
+ public:
+  std::optional<std::string> ChooseFile(const FileQuestion& question) override {
+    Asked.push_back(question);
+    return Name;
+  }
+  void Status(std::string_view text) override {
+    Statuses.emplace_back(text);
+    if (OnStatus) OnStatus();
+  }
+  bool Yield() override { return GateOf == nullptr || !GateOf->Stopped(); }
+
+  std::optional<std::string> Name{};
+  std::vector<FileQuestion> Asked{};
+  std::vector<std::string> Statuses{};
+  std::function<void()> OnStatus{};
+  CommandGate* GateOf = nullptr;
+};
+
+class DataWindowsTest : public testing::Test {
+ protected:
+  DataWindowsTest() {
+    program.Current.Record = test::ReferenceConvective();
+    program.Current.Ask = &user;
+    program.Where.Root = folder.Path();
+    program.Where.Data = folder.Path();
+    program.Where.Export = folder.Path();
+    user.GateOf = &program.Gate;
+    Refresh(program, {.Sounding = true});
+  }
+  std::string Write(const std::string& name, const std::string& bytes) {
+    const fs::path path = folder.Path() / name;
+    EXPECT_FALSE(SaveFile(path, bytes));
+    return TextFromPath(path);
+  }
+  std::string Text(const std::string& name) {
+    const Outcome<std::string> bytes = ReadFile(folder.Path() / name);
+    return bytes ? bytes.Value() : "no file";
+  }
+  template <class W>
+  static W& In(QWidget& window, const char* name) {
+    W* found = window.findChild<W*>(QString::fromLatin1(name));
+    if (found == nullptr) throw std::runtime_error(name);
+    return *found;
+  }
+
+  test::TemporaryFolder folder{};
+  NamingUser user{};
+  Program program{};
+};
+
+TEST_F(DataWindowsTest, ARangeOfFilesIsExportedAndRejectedOnesAreNamed) {
+  const std::string good = WriteRaw(test::ReferenceConvective());
+  DataDumpWindow window(program, nullptr);
+  window.SetFiles({Write("a.RAW", good), Write("b.RAW", "no sounding"), Write("c.RAW", good),
+                   Write("d.RAW", good)});
+  EXPECT_EQ(In<QLineEdit>(window, "RangeFirst").text(), "0001");
+  EXPECT_EQ(In<QLineEdit>(window, "RangeLast").text(), "0004");
+  EXPECT_EQ(In<QListWidget>(window, "FileNumbers").item(2)->text(), "0003  c.RAW");
+  In<QRadioButton>(window, "RangeOfFiles").setChecked(true);
+  In<QLineEdit>(window, "RangeLast").setText("0009");
+  In<QPushButton>(window, "cmdExport").click();
+  ASSERT_EQ(user.Boxes.size(), 1u);
+  EXPECT_EQ(user.Boxes[0].Text, "Range is not valid.");
+
+  In<QLineEdit>(window, "RangeLast").setText("0003");
+  In<QPushButton>(window, "cmdExport").click();
+  EXPECT_EQ(program.Current.StatusText, "cancel") << "no file was chosen";
+
+  In<QComboBox>(window, "OutputKind").setCurrentText("Spreadsheet");
+  user.Name = TextFromPath(folder.Path() / "out");
+  In<QPushButton>(window, "cmdExport").click();
+  EXPECT_EQ(user.Asked.back().Filter, "*.csv|*.csv|*.txt|*.txt|*.*|*.*");
+  EXPECT_TRUE(user.Asked.back().Folder.ends_with("a_data.csv")) << user.Asked.back().Folder;
+  EXPECT_EQ(user.Statuses.back(), "Processing: 3 of 3");
+  ASSERT_EQ(user.Boxes.size(), 2u);
+  EXPECT_EQ(user.Boxes[1].Title, "VEXA Data Export");
+  EXPECT_TRUE(
+      user.Boxes[1].Text.starts_with("File out.csv has been created\nwith 2 soundings processed."));
+  EXPECT_NE(Text("out.csv").find("Sounding Information"), std::string::npos);
+  EXPECT_NE(Text("BAD_out.csv").find("b.RAW"), std::string::npos);
+  const auto* rejected = window.findChild<TextWindow*>("Rejected");
+  ASSERT_NE(rejected, nullptr);
+  EXPECT_EQ(rejected->windowTitle(), "BAD_out.csv");
+}
+
+TEST_F(DataWindowsTest, CancelStopsBetweenTwoSoundings) {
+  DataDumpWindow window(program, nullptr);
+  const std::string good = WriteRaw(test::ReferenceConvective());
+  window.SetFiles({Write("a.RAW", good), Write("b.RAW", good), Write("c.RAW", good)});
+  In<QRadioButton>(window, "RangeOfFiles").setChecked(true);
+  user.Name = TextFromPath(folder.Path() / "out.txt");
+  user.OnStatus = [&] {
+    if (user.Statuses.back() == "Processing: 2 of 3") In<QPushButton>(window, "cmdCancel").click();
+  };
+  In<QPushButton>(window, "cmdExport").click();
+  ASSERT_EQ(user.Boxes.size(), 1u);
+  EXPECT_EQ(user.Boxes[0].Text, "File out.txt has been created\nwith 1 sounding processed.");
+  EXPECT_TRUE(program.Gate.IsOpen());
+  EXPECT_TRUE(In<QPushButton>(window, "cmdExport").isEnabled());
+}
+
+TEST_F(DataWindowsTest, TheSevenSelectionsAreShownAndTaken) {
+  DumpOptions other{.Height = DumpHeight::Feet,
+                    .Reference = HeightMode::Agl,
+                    .Speed = SpeedUnits::MetersPerSecond,
+                    .Temp = DumpTemp::Fahrenheit,
+                    .Water = DumpWater::Inches,
+                    .FormatBlock = false,
+                    .SignificantOnly = true};
+  EXPECT_EQ(DataDumpOptionsWindow(other, nullptr).Chosen(), other);
+  EXPECT_EQ(DataDumpOptionsWindow({}, nullptr).Chosen(), DumpOptions{});
+  DataDumpOptionsWindow window({}, nullptr);
+  In<QComboBox>(window, "DumpData1").setCurrentText("ft");
+  In<QComboBox>(window, "DumpData2").setCurrentText("AGL");
+  In<QComboBox>(window, "DumpData3").setCurrentText("M/S");
+  In<QComboBox>(window, "DumpData4").setCurrentText("(F)");
+  In<QComboBox>(window, "DumpData5").setCurrentText("in");
+  In<QCheckBox>(window, "DumpData6").setChecked(false);
+  In<QCheckBox>(window, "DumpData7").setChecked(true);
+  EXPECT_EQ(window.Chosen(), other);
+}
+
+TEST_F(DataWindowsTest, ListingsFollowTheSoundingAndAreSaved) {
+  QWidget parent;
+  ListingWindow window(program, &parent);
+  const auto shown = [&](const char* name) {
+    return In<QPlainTextEdit>(window, name).toPlainText().toStdString();
+  };
+  EXPECT_NE(shown("CAPEdata").find("(layer) (total)"), std::string::npos);
+  const std::string before = shown("CompleteData");
+  program.Current.Record = test::ReferenceWinter();
+  Refresh(program, {.Sounding = true});
+  window.Follow();
+  EXPECT_NE(shown("CompleteData"), before);
+  user.Name = TextFromPath(folder.Path() / "listing.dat");
+  In<QPushButton>(window, "cmdSave").click();
+  EXPECT_TRUE(user.Asked.back().Folder.ends_with("Summary.Dat"));
+  EXPECT_NE(Text("listing.dat").find("Icing - Type"), std::string::npos);
+}
+
+// The convective sounding's first level by hand: as the file has it, and 1 kt = 0.514444 m/s.
+TEST_F(DataWindowsTest, TheDataTableSetsLevelsAndWindsSideBySide) {
+  program.Current.Record = test::Profile({{1000, 20, 10}, {850, 10, kMissing}},
+                                         {{100, 180, 10}, {1500, 270, 20}, {3000, 360, 30}}, 100);
+  const output::ListingSource from{program.Current.Record, program.Results, program.Set};
+  EXPECT_EQ(
+      output::SoundingDataTable(from),
+      (output::ListingLines{" Pressure Levels                     Wind Levels",
+                            "PR(mb)    T(C)   Td(C)  T-Td(C)      HT(m)[MSL]  DD(Deg)  FF(kts)",
+                            "1000.0    20.0    10.0     10.0             100      180       10",
+                            " 850.0    10.0      --       --            1500      270       20",
+                            "                                           3000      360       30"}));
+  program.Set.ThermoTemp = TempUnits::Fahrenheit;
+  program.Set.GpmUnits = LengthUnits::Feet;
+  program.Set.Heights = HeightMode::Agl;
+  program.Set.Speed = SpeedUnits::MetersPerSecond;
+  const output::ListingLines lines = output::SoundingDataTable(from);
+  EXPECT_EQ(lines[1], "PR(mb)    T(F)   Td(F)  T-Td(F)     HT(ft)[AGL]  DD(Deg)  FF(m)");
+  EXPECT_EQ(lines[2], "1000.0    68.0    50.0     18.0               0      180        5");
+  EXPECT_EQ(lines[3].substr(36), "       4593      270       10");
+}
+
+TEST_F(DataWindowsTest, PrintedTextsOpenInAWindowOfTheirOwn) {
+  QWidget parent;
+  const std::string raw = WriteRaw(program.Current.Record);
+  Write("x.RAW", raw);
+  program.Current.DataFolder = folder.Path();
+  program.Current.FileName = "x.RAW";
+  const std::pair<Command, const char*> cases[] = {{Command::PrintData, "PrintData"},
+                                                   {Command::PrintDecoded, "PrintDeCodedData"},
+                                                   {Command::PrintSource, "PrintDataFile"}};
+  for (const auto& [command, name] : cases) {
+    SCOPED_TRACE(name);
+    EXPECT_TRUE(RunOutputCommand(program, command, &parent, {400, 300}));
+    const auto* window = parent.findChild<TextWindow*>(name);
+    ASSERT_NE(window, nullptr);
+    EXPECT_GE(window->Pages().size(), 1u);
+    EXPECT_FALSE(window->SaveAs(folder.Path() / "saved.txt"));
+    if (command != Command::PrintData) {
+      EXPECT_EQ(SourceText("a", Text("saved.txt")).Line(3), SourceText("b", raw).Line(3));
+    }
+  }
+  EXPECT_TRUE(user.Boxes.empty());
+}
+
+TEST_F(DataWindowsTest, ImagesAreSavedAtTheChosenSize) {
+  SaveImageWindow window({400, 300}, nullptr);
+  In<QSpinBox>(window, "ImageWidth").setValue(800);
+  In<QSpinBox>(window, "ImageHeight").setValue(600);
+  In<QSpinBox>(window, "ImageDpi").setValue(300);
+  In<QSpinBox>(window, "JpegQuality").setValue(30);
+  const auto save = [&](const std::string& name, const paint::ImageSettings& settings) {
+    return SaveImageAs(program.Plot->Page, TextFromPath(folder.Path() / name), window.SizePx(),
+                       settings);
+  };
+  EXPECT_FALSE(save("a.png", window.Settings()));
+  const QImage image(QString::fromStdString(TextFromPath(folder.Path() / "a.png")));
+  EXPECT_EQ(image.size(), QSize(800, 600));
+  EXPECT_NEAR(image.dotsPerMeterX() * 0.0254, 300, 0.1);
+  EXPECT_FALSE(save("low.jpg", window.Settings()));
+  EXPECT_FALSE(save("high.jpg", {.JpegQuality = 95}));
+  EXPECT_LT(Text("low.jpg").size(), Text("high.jpg").size());
+  EXPECT_TRUE(save("a.xyz", {}));
+  EXPECT_TRUE(save("noending", {}));
+  EXPECT_EQ(Text("noending"), "no file");
+}
+
+TEST_F(DataWindowsTest, AFileOfSeveralSoundingsAsksWhich) {
+  const fs::path file = test::TestData("igra_station.txt");
+  std::vector<std::string> offered;
+  program.ChooseSoundings = [&](const std::vector<std::string>& titles) {
+    offered = titles;
+    SoundingChooser chooser(titles, nullptr);
+    In<QListWidget>(chooser, "SoundingsOfFile").selectAll();
+    return chooser.Chosen();
+  };
+  EXPECT_TRUE(OpenSoundings(program, {file}).Sounding);
+  ASSERT_GE(offered.size(), 2u);
+  EXPECT_EQ(program.Listed.size(), offered.size());
+  const ObservationTime first = program.Current.Record.Time;
+  EXPECT_TRUE(SequenceSounding(program, 1).Sounding);
+  EXPECT_NE(program.Current.Record.Time, first);
+
+  program.ChooseSoundings = [](const std::vector<std::string>&) { return std::vector<int>{}; };
+  const ObservationTime stays = program.Current.Record.Time;
+  EXPECT_FALSE(OpenSoundings(program, {file}).Any());
+  EXPECT_EQ(program.Current.Record.Time, stays);
+  EXPECT_EQ(program.Listed.size(), offered.size());
+}
+
+TEST_F(DataWindowsTest, PastedTextOpensAsASounding) {
+  Changes changed;
+  DataWindows windows(program, nullptr, {.Changed = [&](Changes c) { changed = c; }});
+  QApplication::clipboard()->setText(
+      QString::fromStdString(ReadFile(test::TestData("wyoming_text.txt")).Value()));
+  EXPECT_TRUE(windows.Run(Command::Paste));
+  EXPECT_TRUE(changed.Sounding);
+  EXPECT_EQ(program.Current.FileName, "Pasted.txt");
+  const std::string title = program.Current.Record.StationTitle;
+  const std::string kept = Text("Pasted.txt");
+
+  changed = {};
+  QMimeData data;
+  data.setText("Dear all, the balloon burst early.");
+  EXPECT_TRUE(windows.OpenText(data));
+  EXPECT_FALSE(changed.Any());
+  ASSERT_EQ(user.Boxes.size(), 1u);
+  EXPECT_EQ(program.Current.Record.StationTitle, title);
+  EXPECT_EQ(Text("Pasted.txt"), kept);
+  data.setText("  \n");
+  EXPECT_FALSE(windows.OpenText(data));
+}
+
+}  // namespace
+}  // namespace vexa

@@ -1,0 +1,156 @@
+// Download and batch windows against a server inside the test.
+#include <gtest/gtest.h>
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDateEdit>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QPushButton>
+
+#include "app/batch_window.h"
+#include "app/download_window.h"
+#include "core/files.h"
+#include "core/raw_file.h"
+#include "download/template_file.h"
+#include "program/menu.h"
+#include "support/local_server.h"
+#include "support/soundings.h"
+
+namespace vexa {
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+
+class DownloadWindowsTest : public testing::Test {
+ protected:
+  DownloadWindowsTest() {
+    program.Current.Ask = &user;
+    program.Where.Root = folder.Path();
+    program.Where.Data = folder.Path() / "data";
+    fs::create_directories(program.Where.Data);
+    const download::SourceList list{
+        .Sources = {{.Name = "First",
+                     .Address = server.Address("/@N/@Y@M@D@H"),
+                     .Hours = "00 12",
+                     .Note = "a note"},
+                    {.Name = "Second", .Address = server.Address("/other/@N/@Y@M@D@H")}}};
+    EXPECT_FALSE(SaveFile(folder.Path() / "VEXA.URL", WriteSources(list)));
+    SoundingRecord record = test::ReferenceConvective();
+    sounding = WriteRaw(record);
+  }
+  template <class W>
+  static W& In(QWidget& window, const char* name) {
+    W* found = window.findChild<W*>(QString::fromLatin1(name));
+    if (found == nullptr) throw std::runtime_error(name);
+    return *found;
+  }
+  static std::string Caption(const char* name, const Program& program) {
+    for (const MenuRow& row : MenuTree()) {
+      if (row.Name == name) return row.Shows(program);
+    }
+    return "no entry";
+  }
+
+  test::TemporaryFolder folder{};
+  test::ScriptedInteraction user{};
+  test::LocalServer server{};
+  Program program{};
+  std::string sounding{};
+  download::HttpSettings net{.Silence = 500ms, .Longest = 1000ms, .Pause = 10ms, .Attempts = 1};
+};
+
+TEST_F(DownloadWindowsTest, WhatIsChosenIsFetchedAndOpened) {
+  Station norman{.Number = 72357, .Ident = "OUN", .Name = "NORMAN", .Region = "OK"};
+  ASSERT_FALSE(program.Stations.Add(norman));
+  server.Add("/72357/1999050412", sounding);
+  fs::path opened;
+  DownloadWindow window(
+      program, [&](const fs::path& file) { opened = file; }, nullptr, net);
+  EXPECT_EQ(In<QLabel>(window, "SourceNote").text(), "a note");
+  EXPECT_EQ(In<QComboBox>(window, "Hour").count(), 2);
+  EXPECT_FALSE(window.Fetch()) << "no station";
+  EXPECT_EQ(In<QLabel>(window, "Progress").text(), "no station is given");
+
+  auto& station = In<QLineEdit>(window, "Station");
+  station.setText("norm");
+  emit station.textEdited("norm");
+  auto& found = In<QListWidget>(window, "StationsFound");
+  ASSERT_EQ(found.count(), 1);
+  emit found.itemClicked(found.item(0));
+  EXPECT_EQ(station.text(), "72357");
+  In<QDateEdit>(window, "Date").setDate({1999, 5, 4});
+  EXPECT_FALSE(window.Fetch());
+  EXPECT_TRUE(In<QLabel>(window, "Progress").text().contains("404"));
+  EXPECT_TRUE(opened.empty());
+  In<QComboBox>(window, "Hour").setCurrentText("12");
+  In<QPushButton>(window, "cmdDownload").click();
+  EXPECT_EQ(opened.filename(), "72357_1999050412.txt");
+  EXPECT_EQ(ReadFile(opened).Value(), sounding);
+  EXPECT_TRUE(program.Gate.IsOpen());
+}
+
+TEST_F(DownloadWindowsTest, AnAnswerThatIsNoSoundingIsNotOpened) {
+  server.Add("/72357/1999050400", "Sorry, the archive is closed for maintenance today.");
+  bool opened = false;
+  DownloadWindow window(
+      program, [&](const fs::path&) { opened = true; }, nullptr, net);
+  In<QLineEdit>(window, "Station").setText("72357");
+  In<QDateEdit>(window, "Date").setDate({1999, 5, 4});
+  EXPECT_FALSE(window.Fetch());
+  EXPECT_FALSE(opened);
+  EXPECT_FALSE(In<QLabel>(window, "Progress").text().isEmpty());
+  EXPECT_TRUE(fs::is_empty(program.Where.Data));
+}
+
+// The clock is the test's: at 19:00 the sounding of 18 is not due with a delay of 90 minutes.
+TEST_F(DownloadWindowsTest, TheTimerFetchesAnHourOnceItIsDue) {
+  using namespace std::chrono;
+  download::Instant now = sys_days(1987y / November / 7) + 19h;
+  server.Add("/other/98989/1987110718", ReadFile(test::TestData("wyoming_text.txt")).Value());
+  int told = 0;
+  BatchWindow window(
+      program, [&] { ++told; }, nullptr, net, [&] { return now; });
+  window.SetTimer(true);
+  EXPECT_FALSE(program.DownloadTimer) << "no stations are listed";
+  EXPECT_EQ(Caption("mnuOFF", program), "");
+  In<QLineEdit>(window, "Stations").setText("98989");
+  In<QListWidget>(window, "Sources").item(1)->setCheckState(Qt::Checked);
+  In<QComboBox>(window, "OnFailure").setCurrentIndex(1);
+  In<QComboBox>(window, "Format").setCurrentText("Native");
+  In<QCheckBox>(window, "Beeper").setChecked(true);
+  In<QLineEdit>(window, "Hours").setText("25");
+  window.SetTimer(true);
+  EXPECT_FALSE(program.DownloadTimer) << "a day has no such hour";
+  In<QLineEdit>(window, "Hours").setText("6 18");
+  window.SetTimer(true);
+  EXPECT_EQ(Caption("mnuOFF", program), "Turn_Download_Timer_OFF");
+  EXPECT_EQ(In<QLabel>(window, "NextBatch").text(), "Next batch at 1987-11-07 19:30 UTC");
+  window.Tick();
+  EXPECT_EQ(server.Asked("/98989/1987110718"), 0);
+  EXPECT_FALSE(program.Beeper);
+  now += 31min;
+  told = 0;
+  window.Tick();
+  EXPECT_EQ(server.Asked("/98989/1987110718"), 1) << "the first source has none";
+  const fs::path saved = program.Where.Data / "98989_1987110718.RAW";
+  ASSERT_TRUE(fs::exists(saved)) << In<QPlainTextEdit>(window, "Log").toPlainText().toStdString();
+  EXPECT_TRUE(ReadFile(saved).Value().starts_with("\"VEXA 5.7\""));
+  EXPECT_GT(told, 0);
+  EXPECT_EQ(Caption("mnuBeep", program), "Turn_Beeper_OFF");
+  window.Tick();
+  EXPECT_EQ(server.Asked("/other/98989/1987110718"), 1) << "an hour is fetched once";
+  window.SilenceBeeper();
+  EXPECT_EQ(Caption("mnuBeep", program), "");
+  window.SetTimer(false);
+  now += 24h;
+  window.Tick();
+  EXPECT_EQ(server.Asked("/other/98989/1987110818"), 0);
+  EXPECT_EQ(Caption("mnuOFF", program), "");
+}
+
+}  // namespace
+}  // namespace vexa
