@@ -22,6 +22,7 @@
 #include "output/data_print.h"
 #include "output/paint/paint.h"
 #include "output/print_pages.h"
+#include "report/report_folder.h"
 
 namespace vexa {
 namespace {
@@ -116,6 +117,35 @@ bool ShowText(Program& program, Command command, QWidget* parent) {
   return false;
 }
 
+// The dialog names the folder as it would a file.
+void WriteReport(Program& program) {
+  if (program.Current.Record.NumTempLevels() == 0) return;
+  const std::optional<std::string> name = program.Current.Ask->ChooseFile(
+      {.Title = "Report Folder",
+       .Folder = TextFromPath(program.Where.Export /
+                              PathFromText(program.Current.FileName).stem().concat("_report")),
+       .Filter = "*|*",
+       .Saving = true});
+  if (!name) return;
+  const Outcome<std::string> source = ReadFile(program.Current.FilePath());
+  if (!source) {
+    ErrorReport(program.Current, source.Error());
+    return;
+  }
+  const report::AnalysedSounding sounding{.File = TextFromPath(program.Current.FilePath()),
+                                          .Record = program.Current.Record,
+                                          .Results = program.Results,
+                                          .Notes = program.Current.LoadNotes};
+  const auto pass = program.Gate.Enter();
+  if (!pass) return;
+  if (const auto fault = report::WriteReportFolder({sounding, program.Set, source.Value(), "vexa"},
+                                                   PathFromText(*name))) {
+    ErrorReport(program.Current, *fault);
+    return;
+  }
+  Tell(program, "The report is in " + *name, BoxIcon::Information);
+}
+
 bool RunImageCommand(Program& program, Command command, QWidget* window, QSize displaySize) {
   if (command != Command::SaveImage && command != Command::CopyImage &&
       command != Command::PrintImage) {
@@ -134,11 +164,15 @@ bool RunOutputCommand(Program& program, Command command, QWidget* window, QSize 
   const bool isOurs = command == Command::SaveImage || command == Command::CopyImage ||
                       command == Command::PrintImage || command == Command::ExportData ||
                       command == Command::PrintData || command == Command::PrintDecoded ||
-                      command == Command::PrintSource;
+                      command == Command::PrintSource || command == Command::ReportFolder;
   if (!isOurs) return false;
   if (!program.Gate.IsOpen() || program.Current.Ask == nullptr) return true;
   if (command == Command::ExportData) {
     DataDumpWindow(program, window).exec();
+    return true;
+  }
+  if (command == Command::ReportFolder) {
+    WriteReport(program);
     return true;
   }
   return RunImageCommand(program, command, window, displaySize) ||

@@ -3,10 +3,13 @@
 
 #include "analysis/index_table.h"
 #include "cli/report.h"
-#include "cli/report_values.h"
 #include "core/numbers.h"
+#include "report/values.h"
 
 namespace vexa::cli {
+
+using namespace report;
+
 namespace {
 
 using analysis::AnalysisResults;

@@ -4,10 +4,13 @@
 #include "analysis/index_table.h"
 #include "analysis/interpolate.h"
 #include "cli/report.h"
-#include "cli/report_values.h"
 #include "core/numbers.h"
+#include "report/values.h"
 
 namespace vexa::cli {
+
+using namespace report;
+
 namespace {
 
 using analysis::AnalysisResults;

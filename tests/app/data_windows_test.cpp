@@ -218,6 +218,22 @@ TEST_F(DataWindowsTest, PrintedTextsOpenInAWindowOfTheirOwn) {
   EXPECT_TRUE(user.Boxes.empty());
 }
 
+TEST_F(DataWindowsTest, TheReportFolderHoldsTheCase) {
+  const std::string raw = WriteRaw(program.Current.Record);
+  Write("x.RAW", raw);
+  program.Current.DataFolder = folder.Path();
+  program.Current.FileName = "x.RAW";
+  user.Name = TextFromPath(folder.Path() / "case");
+  EXPECT_TRUE(RunOutputCommand(program, Command::ReportFolder, nullptr, {400, 300}));
+  EXPECT_TRUE(user.Asked.back().Folder.ends_with("x_report"));
+  EXPECT_EQ(Text("case/source/x.RAW"), raw);
+  EXPECT_NE(Text("case/versions.json").find("\"program\": \"vexa\""), std::string::npos);
+  for (const char* name : {"VEXA.SET", "analysis.json", "diagram.svg", "CAPEInterval.Dat"}) {
+    EXPECT_GT(Text("case/" + std::string(name)).size(), 100u) << name;
+  }
+  EXPECT_TRUE(program.Gate.IsOpen());
+}
+
 TEST_F(DataWindowsTest, ImagesAreSavedAtTheChosenSize) {
   SaveImageWindow window({400, 300}, nullptr);
   In<QSpinBox>(window, "ImageWidth").setValue(800);

@@ -4,16 +4,19 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QDialog>
 #include <QDropEvent>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMimeData>
 #include <QMouseEvent>
+#include <QPlainTextEdit>
 #include <QScrollBar>
 #include <QUrl>
 #include <string>
 
 #include "app/diagram_view.h"
+#include "app/hodograph_window.h"
 #include "core/files.h"
 #include "core/raw_file.h"
 #include "picture/stroke.h"
@@ -106,6 +109,29 @@ TEST_F(WindowTest, DroppedFilesOpenAndCanBeSteppedThrough) {
   sequence->setValue(1);
   EXPECT_EQ(program.Current.FileName, "b.RAW");
   EXPECT_TRUE(interaction.Kept().empty());
+}
+
+TEST_F(WindowTest, WindowsOfDataOpenFromTheMenuAndFollow) {
+  window.OpenFiles({Saved("a.RAW", test::ReferenceWinter())});
+  for (const auto& [entry, name] : {std::pair{"mnuListings", "Listings"},
+                                    {"mnuDownload", "Download"},
+                                    {"mnuTimer", "BatchProcessing"},
+                                    {"mnuPrintData", "PrintData"}}) {
+    SCOPED_TRACE(name);
+    window.findChild<QAction*>(entry)->trigger();
+    auto* opened = window.findChild<QDialog*>(name);
+    ASSERT_NE(opened, nullptr);
+    EXPECT_TRUE(opened->isVisible());
+  }
+  EXPECT_FALSE(window.findChild<QAction*>("mnuOFF")->isVisible());
+  EXPECT_FALSE(window.findChild<QAction*>("mnuBeep")->isVisible());
+  auto* complete = window.findChild<QPlainTextEdit*>("CompleteData");
+  const QString before = complete->toPlainText();
+  window.OpenFiles({Saved("b.RAW", test::ReferenceConvective())});
+  EXPECT_NE(complete->toPlainText(), before);
+  window.Run(Command::Hodograph);
+  ASSERT_NE(window.Hodograph(), nullptr);
+  EXPECT_NE(window.Hodograph()->findChild<QAction*>("mnuSavePicture"), nullptr);
 }
 
 TEST_F(WindowTest, PointerAndKeysReadTheDiagram) {

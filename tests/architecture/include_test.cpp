@@ -33,8 +33,9 @@ const std::map<std::string, std::vector<std::string>> kBuildsOn = {
     {"output", {"diagram", "display", "hodograph", "crosssection", "mountainwave", "forecast"}},
     {"output/paint", {"picture"}},
     {"program", {"output", "ingest", "download", "forecast", "crosssection", "mountainwave"}},
-    {"app", {"program", "output/paint", "download/net"}},
-    {"cli", {"program", "output/paint", "download/net"}},
+    {"report", {"program", "output/paint"}},
+    {"app", {"program", "output/paint", "download/net", "report"}},
+    {"cli", {"program", "output/paint", "download/net", "report"}},
 };
 
 const std::set<std::string> kMayUseToolkit = {"app", "cli", "output/paint", "download/net"};

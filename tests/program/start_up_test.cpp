@@ -76,6 +76,7 @@ TEST(StartUp, BringsTheStationListAndKeepsTheUsers) {
   fs::create_directories(folder.Path() / "share");
   ASSERT_FALSE(SaveFile(folder.Path() / "share" / "VEXA.STN", list("SHIPPED")));
   const fs::path root = folder.Path() / "root";
+  ASSERT_FALSE(SaveFile(folder.Path() / "share" / "VEXA.URL", "# sources\n"));
   for (const std::string name : {"SHIPPED", "CHANGED"}) {
     test::ScriptedInteraction user;
     Program started;
@@ -84,6 +85,7 @@ TEST(StartUp, BringsTheStationListAndKeepsTheUsers) {
     ASSERT_NE(started.Stations.Find(1001), nullptr);
     EXPECT_EQ(started.Stations.Find(1001)->Name, name);
     ASSERT_FALSE(SaveFile(root / "VEXA.STN", list("CHANGED")));
+    EXPECT_EQ(ReadFile(root / "VEXA.URL").Value(), "# sources\n");
   }
 }
 

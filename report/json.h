@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-namespace vexa::cli {
+namespace vexa::report {
 
 class JsonWriter {
  public:
@@ -38,4 +38,4 @@ class JsonWriter {
 /// A text in quotes with what JSON wants escaped. Bytes that are not UTF-8 become U+FFFD.
 std::string JsonQuoted(std::string_view text);
 
-}  // namespace vexa::cli
+}  // namespace vexa::report

@@ -1,14 +1,15 @@
+#include "report/sounding_json.h"
+
 #include <optional>
 #include <string_view>
 
 #include "analysis/index_table.h"
 #include "analysis/interpolate.h"
-#include "cli/report.h"
-#include "cli/report_values.h"
 #include "core/markers.h"
 #include "core/numbers.h"
+#include "report/values.h"
 
-namespace vexa::cli {
+namespace vexa::report {
 namespace {
 
 using analysis::AnalysisResults;
@@ -347,4 +348,4 @@ void WriteJson(JsonWriter& json, const AnalysedSounding& sounding, const Options
   json.EndObject();
 }
 
-}  // namespace vexa::cli
+}  // namespace vexa::report

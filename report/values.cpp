@@ -1,9 +1,9 @@
-#include "cli/report_values.h"
+#include "report/values.h"
 
 #include "core/markers.h"
 #include "core/numbers.h"
 
-namespace vexa::cli {
+namespace vexa::report {
 
 using analysis::ParcelAscent;
 
@@ -37,4 +37,4 @@ bool HasPosition(const SoundingRecord& record) {
   return !record.LatHemi.empty() && !record.LonHemi.empty();
 }
 
-}  // namespace vexa::cli
+}  // namespace vexa::report

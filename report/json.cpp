@@ -1,10 +1,10 @@
-#include "cli/json.h"
+#include "report/json.h"
 
 #include <cmath>
 
 #include "core/numbers.h"
 
-namespace vexa::cli {
+namespace vexa::report {
 namespace {
 
 // Length of the UTF-8 sequence that begins here; 0 when it is none.
@@ -140,4 +140,4 @@ JsonWriter& JsonWriter::Numbers(const std::vector<std::optional<double>>& values
   return *this;
 }
 
-}  // namespace vexa::cli
+}  // namespace vexa::report

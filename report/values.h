@@ -8,7 +8,7 @@
 #include "analysis/analysis.h"
 #include "core/sounding_record.h"
 
-namespace vexa::cli {
+namespace vexa::report {
 
 // Decimals of what is written: finer than any instrument, coarser than rounding noise.
 inline constexpr int kPressDecimals = 2;
@@ -33,4 +33,4 @@ std::optional<double> Energy(const analysis::ParcelAscent& ascent, double energy
 std::optional<std::string> TimeText(const ObservationTime& time);
 bool HasPosition(const SoundingRecord& record);
 
-}  // namespace vexa::cli
+}  // namespace vexa::report
