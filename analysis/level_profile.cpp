@@ -77,16 +77,25 @@ class MoistLevel {
     constexpr int kSteps = 6;
     constexpr double kShort = 0.003;  // K; what a step this short leaves is below 1e-6 K
     double tempK = dewpt + share_ * (temp - dewpt) + kKelvinOffset;
+    double logTempK = std::log(tempK);
     for (int step = 0; step < kSteps; ++step) {
       const VaporPoint vapor = TabledVapor(FormulaAt(over_, tempK - kKelvinOffset), tempK);
       if (!(vapor.Pressure < 0.3 * press)) break;
-      const AdiabatPoint point = AdiabatWith(vapor, tempK, std::log(tempK), press, logPoisson);
+      const AdiabatPoint point = AdiabatWith(vapor, tempK, logTempK, press, logPoisson);
       const double change = (logThetaE - point.LogThetaE) / point.Slope;
       tempK += change;
       if (std::fabs(change) < kShort) return tempK - kKelvinOffset;
       if (!(tempK > 120 && tempK < 400)) break;
+      logTempK = LogAfter(logTempK, change / tempK, tempK);
     }
     return LiftSat(std::exp(logThetaE), press, over_).Temp;
+  }
+
+  // ln of a temperature a small share away from one whose logarithm is known.
+  static double LogAfter(double log, double share, double tempK) {
+    constexpr double kSmall = 2e-3;  // the series then leaves less than 1e-12
+    if (!(std::fabs(share) < kSmall)) return std::log(tempK);
+    return log + share * (1 + share * (0.5 + share * (1.0 / 3 + share / 4)));
   }
 
   SaturationOver over_;

@@ -7,12 +7,12 @@ namespace vexa::analysis {
 namespace {
 
 constexpr double kColdest = 120;  // K
-constexpr double kRung = 0.25;    // K
-constexpr std::size_t kRungs = 1121;
+constexpr double kRung = 0.125;   // K
+constexpr std::size_t kRungs = 2241;
 
 struct Node {
-  double Log = 0;
-  double Slope = 0;  // per rung
+  double Pressure = 0;  // hPa
+  double Slope = 0;     // hPa per rung
 };
 using Ladder = std::array<Node, kRungs>;
 
@@ -21,7 +21,7 @@ Ladder MakeLadder(VaporFormula formula) {
   for (std::size_t i = 0; i < kRungs; ++i) {
     const double tempK = kColdest + kRung * static_cast<double>(i);
     const VaporPoint point = SaturationAt(formula, tempK, std::log(tempK));
-    ladder[i] = {std::log(point.Pressure), point.LogSlope * kRung};
+    ladder[i] = {point.Pressure, point.Pressure * point.LogSlope * kRung};
   }
   return ladder;
 }
@@ -44,11 +44,12 @@ VaporPoint TabledVapor(VaporFormula formula, double tempK) {
   const double u = place - static_cast<double>(rung);
   const Node& a = LadderOf(formula)[rung];
   const Node& b = LadderOf(formula)[rung + 1];
-  const double rise = b.Log - a.Log;
+  const double rise = b.Pressure - a.Pressure;
   const double c2 = 3 * rise - 2 * a.Slope - b.Slope;
   const double c3 = a.Slope + b.Slope - 2 * rise;
-  return {std::exp(a.Log + u * (a.Slope + u * (c2 + u * c3))),
-          (a.Slope + u * (2 * c2 + 3 * u * c3)) / kRung};
+  const double pressure = a.Pressure + u * (a.Slope + u * (c2 + u * c3));
+  const double slope = a.Slope + u * (2 * c2 + 3 * u * c3);
+  return {pressure, slope / (kRung * pressure)};
 }
 
 }  // namespace vexa::analysis

@@ -1,5 +1,7 @@
 #include "app/run.h"
+#include "core/platform.h"
 
 int main(int argc, char** argv) {
+  vexa::KeepFreedMemory();
   return vexa::RunWindow(argc, argv);
 }

@@ -12,6 +12,7 @@
 #include "analysis/moist_air.h"
 #include "analysis/parcel.h"
 #include "analysis/parcel_source.h"
+#include "core/platform.h"
 
 namespace {
 
@@ -142,4 +143,8 @@ BENCHMARK(DeriveLevelsOf)->Arg(110)->Arg(3000)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
 
-BENCHMARK_MAIN();
+int main(int argc, char** argv) {
+  vexa::KeepFreedMemory();  // as both programs do
+  benchmark::Initialize(&argc, argv);
+  benchmark::RunSpecifiedBenchmarks();
+}

@@ -4,8 +4,10 @@
 
 #include "cli/commands.h"
 #include "cli/console.h"
+#include "core/platform.h"
 
 int main(int argc, char** argv) {
+  vexa::KeepFreedMemory();
   const auto to = [](std::FILE* stream) {
     return [stream](std::string_view text) { std::fwrite(text.data(), 1, text.size(), stream); };
   };

@@ -16,6 +16,9 @@
 #include <fcntl.h>
 #include <pwd.h>
 #include <unistd.h>
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
 #endif
 
 namespace vexa {
@@ -68,6 +71,8 @@ std::optional<std::string> EnvironmentText(const char* name) {
   return Utf8(value);
 }
 
+void KeepFreedMemory() {}
+
 #else
 
 std::FILE* OpenFile(const fs::path& path, const char* mode) {
@@ -112,6 +117,14 @@ std::optional<std::string> EnvironmentText(const char* name) {
   const char* value = std::getenv(name);
   if (value == nullptr || *value == '\0') return std::nullopt;
   return std::string(value);
+}
+
+void KeepFreedMemory() {
+#ifdef __GLIBC__
+  constexpr int kMebibyte = 1 << 20;
+  ::mallopt(M_MMAP_THRESHOLD, 32 * kMebibyte);
+  ::mallopt(M_TRIM_THRESHOLD, 64 * kMebibyte);
+#endif
 }
 
 #endif

@@ -28,4 +28,9 @@ std::filesystem::path ProgramFolder();
 /// A variable of the environment in UTF-8; empty when unset or empty.
 std::optional<std::string> EnvironmentText(const char* name);
 
+/// Lets the program keep the memory it frees instead of handing it back at once: each analysis and
+/// each redraw needs the same arrays again, and fresh pages cost more than the arithmetic in them.
+/// To be called once, before work begins; without effect where the system keeps it anyway.
+void KeepFreedMemory();
+
 }  // namespace vexa
