@@ -44,12 +44,14 @@
 #include "app/parcel_dock.h"
 #include "app/screenshot.h"
 #include "app/severe_table_window.h"
+#include "app/shortcut_memory.h"
 #include "app/sounding_chooser.h"
 #include "app/surface_window.h"
 #include "core/error_report.h"
 #include "core/files.h"
 #include "program/displays.h"
 #include "program/edit_commands.h"
+#include "program/listed_soundings.h"
 #include "program/menu.h"
 #include "program/readout.h"
 #include "program/session_commands.h"
@@ -114,6 +116,7 @@ SoundingWindow::~SoundingWindow() {
 void SoundingWindow::BuildMenus() {
   std::map<std::string_view, QMenu*> menus;
   std::map<std::string_view, QActionGroup*> choices;
+  auto* shortcuts = new ShortcutMemory(program_, this);
   for (const MenuRow& row : MenuTree()) {
     QMenu* in = row.In.empty() ? nullptr : menus.at(row.In);
     const QString caption = ToQString(row.Caption);
@@ -137,6 +140,7 @@ void SoundingWindow::BuildMenus() {
       group->addAction(entry);
     }
     connect(entry, &QAction::triggered, this, [this, does = row.Does] { Run(does); });
+    shortcuts->Watch(entry);
     entries_.emplace_back(entry, &row);
   }
   new HelpKey(program_, this);
@@ -345,6 +349,7 @@ void SoundingWindow::ShowState() {
   sequence_->setRange(0, std::max(0, static_cast<int>(program_.Listed.size()) - 1));
   sequence_->setValue(static_cast<int>(program_.ListedNow));
   sequence_->setVisible(program_.Listed.size() > 1);
+  sequence_->setToolTip(ToQString(ListedNeighbours(program_)));
 
   const std::string fault = FaultIndicator(program_);
   QPalette colors = statusBar()->palette();

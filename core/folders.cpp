@@ -53,7 +53,7 @@ std::optional<Fault> EnsureShipped(const fs::path& root, const fs::path& program
 
 Folders FoldersBelow(const fs::path& root) {
   return Folders{root, root / "vexadata", root / "crosdata", root / "ExportData",
-                 root / "ForecastData"};
+                 root / "ForecastData", root};
 }
 
 std::optional<Fault> CreateFolders(const Folders& folders) {

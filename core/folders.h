@@ -17,6 +17,7 @@ struct Folders {
   std::filesystem::path CrossSection{};  // "crosdata"
   std::filesystem::path Export{};        // "ExportData"
   std::filesystem::path Forecast{};      // "ForecastData"
+  std::filesystem::path Reference{};     // of "REFERENCE.DAT"; the root unless set otherwise
 };
 
 /// Program root, the first of: the --root argument; the variable VEXA_ROOT; the program's own

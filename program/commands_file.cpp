@@ -12,6 +12,7 @@
 #include "ingest/decoder.h"
 #include "program/commands.h"
 #include "program/edit_commands.h"
+#include "program/listed_soundings.h"
 #include "program/session_memory.h"
 
 namespace vexa::commands {
@@ -106,6 +107,9 @@ Changes LoadChosen(Program& program, const std::filesystem::path& path,
     program.Listed.assign(chosen.size(), path);
     program.ListedIndex = chosen;
     program.ListedNow = i;
+    std::vector<std::string> headers;
+    for (const int entry : chosen) headers.push_back(titles[static_cast<std::size_t>(entry)]);
+    StartHeaders(program, std::move(headers));
     MakeRecentFiles(program);
     return {.Sounding = true};
   }
@@ -166,6 +170,7 @@ Changes LoadFirst(Program& program, const std::vector<std::filesystem::path>& pa
     program.Listed = paths;
     program.ListedIndex.clear();
     program.ListedNow = i;
+    StartHeaders(program, {});
     MakeRecentFiles(program);
     return {.Sounding = true};
   }

@@ -9,6 +9,7 @@
 #include "program/commands.h"
 #include "program/edit_commands.h"
 #include "program/hodograph_commands.h"
+#include "program/listed_soundings.h"
 #include "program/settings_commands.h"
 #include "program/sounding_loop.h"
 #include "program/view_commands.h"
@@ -165,9 +166,9 @@ Changes SequenceSounding(Program& program, std::size_t index) {
   if (index >= program.Listed.size() || index == program.ListedNow) return {};
   return Behind(program, "SequenceSounding", [&]() -> Changes {
     if (!commands::MayLeaveSounding(program)) return {};
-    const int inFile = index < program.ListedIndex.size() ? program.ListedIndex[index] : 0;
-    if (!commands::LoadOne(program, program.Listed[index], inFile)) return {};
+    if (!LoadListed(program, index)) return {};
     program.ListedNow = index;
+    NoteHeader(program);
     return {.Sounding = true};
   });
 }

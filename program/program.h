@@ -148,6 +148,7 @@ struct Program {
 
   std::vector<std::filesystem::path> Listed{};  // chosen together, for stepping
   std::size_t ListedNow = 0;                    // index of the current one
+  std::vector<std::string> ListedHeaders{};     // their titles, empty where not yet read
   std::vector<int> ListedIndex{};               // which sounding of each listed file; empty: first
   /// Asks which of a file's soundings to open, by their titles; none: the user cancels. Not set,
   /// the first is opened.

@@ -59,6 +59,12 @@ void FollowFolders(Program& program) {
   };
   program.Where.Data = below(set.DataFolder);
   program.Where.CrossSection = below(set.CrossSectionFolder);
+  std::filesystem::path reference =
+      set.ReferenceFolder.empty() ? program.Where.Root : below(set.ReferenceFolder);
+  if (reference == program.Where.Reference) return;
+  program.Where.Reference = std::move(reference);
+  program.View.Reference.reset();
+  program.View.ShowsReference = false;
 }
 
 namespace commands {

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "program/commands.h"
+#include "program/listed_soundings.h"
 
 namespace vexa {
 namespace {
@@ -16,7 +17,7 @@ bool LoadQuietly(Program& program, std::size_t index) {
   bool good = false;
   {
     const Silenced quiet(program.Current);
-    good = commands::LoadOne(program, program.Listed[index]) && program.Current.QcFault == 0;
+    good = LoadListed(program, index) && program.Current.QcFault == 0;
   }
   if (!good) program.Current = std::move(before);
   return good;
@@ -54,6 +55,7 @@ Changes StepLoop(Program& program) {
     const std::size_t index = (program.ListedNow + step) % count;
     if (!LoadQuietly(program, index)) continue;
     program.ListedNow = index;
+    NoteHeader(program);
     return {.Sounding = true};
   }
   return StopLoop(program);

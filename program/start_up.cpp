@@ -65,7 +65,7 @@ void ReadTable(Program& program, const StartArguments&) {
 }
 
 void ReadReference(Program& program, const StartArguments&) {
-  TellOfTable(program, kReferenceSounding, ReadOrBuildReference(program.Where.Root));
+  TellOfTable(program, kReferenceSounding, ReadOrBuildReference(program.Where.Reference));
 }
 
 // Without a list of its own and without a shipped one the program works, and says of each sounding

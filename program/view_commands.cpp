@@ -14,6 +14,7 @@
 #include "core/numbers.h"
 #include "core/units.h"
 #include "ingest/decoder.h"
+#include "program/reference_tables.h"
 #include "program/sounding_loop.h"
 
 namespace vexa {
@@ -21,7 +22,6 @@ namespace {
 
 using diagram::MultiMode;
 
-constexpr std::string_view kReferenceFile = "REFERENCE.DAT";
 constexpr std::string_view kLockedAlready =
     "Because you already specified a Data-Locked Cursor,\n"
     "you must first activate a screen REFRESH from the Main Menu,\n"
@@ -194,7 +194,7 @@ Changes ToggleIsa(Program& program) {
 Changes ToggleReference(Program& program) {
   ViewState& view = program.View;
   if (!view.ShowsReference && !view.Reference) {
-    std::filesystem::path path = program.Where.Root / kReferenceFile;
+    std::filesystem::path path = program.Where.Reference / kReferenceSounding;
     std::error_code ignored;
     if (!std::filesystem::exists(path, ignored)) {
       const auto name = program.Current.Ask->ChooseFile(QuestionFor(program, "Reference Sounding"));

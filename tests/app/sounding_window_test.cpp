@@ -12,6 +12,8 @@
 #include <QMouseEvent>
 #include <QPlainTextEdit>
 #include <QScrollBar>
+#include <QShortcut>
+#include <QShortcutEvent>
 #include <QUrl>
 #include <string>
 
@@ -181,6 +183,26 @@ TEST_F(WindowTest, ClosingWaitsForTheRunningCommand) {
 TEST(DialogFilter, BecomesTheToolkitsForm) {
   EXPECT_EQ(DialogFilter("JPEG Files (*.JPG)|*.JPG|Text|*.TXT *.txt"),
             "JPEG Files (*.JPG);;Text(*.TXT *.txt)");
+}
+
+TEST_F(WindowTest, AKeyRepeatsTheEntryThatAKeyChoseLast) {
+  const auto press = [this](QKeySequence keys, QObject* to) {
+    QShortcutEvent event(keys, 0);
+    QApplication::sendEvent(to, &event);
+  };
+  auto* entry = window.findChild<QAction*>("mnuEmagram");
+  auto* again = window.findChild<QShortcut*>("RepeatKey");
+  ASSERT_TRUE(entry != nullptr && again != nullptr);
+  const DiagramType before = program.Set.Diagram;
+  emit again->activated();  // nothing to repeat yet
+  EXPECT_EQ(program.Set.Diagram, before);
+  press(entry->shortcut(), entry);
+  EXPECT_EQ(program.Set.Diagram, DiagramType::Emagram);
+  EXPECT_NE(program.Set.System.ShortCutValue, 0);
+  window.findChild<QAction*>("mnuSkewT")->trigger();  // by the mouse: not remembered
+  EXPECT_EQ(program.Set.Diagram, DiagramType::SkewT);
+  emit again->activated();
+  EXPECT_EQ(program.Set.Diagram, DiagramType::Emagram);
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
-// No option of the diagram is dead: changing it changes the drawing, the readout or the warning.
+// No option is dead: changing it changes the drawing, the readout, a display, a listing or the
+// exported values.
 #include <gtest/gtest.h>
 
 #include <set>
@@ -7,6 +8,8 @@
 
 #include "config/catalogue.h"
 #include "core/numbers.h"
+#include "output/listings.h"
+#include "program/print_displays.h"
 #include "program/program.h"
 #include "program/readout.h"
 #include "support/soundings.h"
@@ -91,6 +94,60 @@ TEST(Options, NoneOfTheDiagramIsWithoutEffect) {
     }
     EXPECT_TRUE(lives) << row.Key;
   }
+}
+
+// Everything that the analysis, the displays and what leaves the program say under some options.
+std::string Told(const SoundingRecord& sounding, const Options& set) {
+  SilentInteraction silent;
+  Program program;
+  program.Current.Ask = &silent;
+  program.Current.Record = sounding;
+  program.Current.FileName = "a.RAW";
+  program.Set = set;
+  if (!Refresh(program, {.Sounding = true})) return "";
+  std::string text = ToSvg(program.Plot->Page, 1600, 1200);
+  const output::ListingSource from{sounding, program.Results, set};
+  for (const output::ListingRow& row : output::Listings()) {
+    for (const std::string& line : row.Make(from)) text += line + '\n';
+  }
+  for (const PrintDisplay& display : PrintDisplays(program)) {
+    text += ToSvg(display.Draw(program, set), 800, 600);
+  }
+  return text;
+}
+
+TEST(Options, NoneOfTheAnalysisIsWithoutEffect) {
+  SoundingRecord icy = test::ReferenceWinter();
+  icy.StationTitle = "Winter";
+  const SoundingRecord soundings[] = {test::ReferenceConvective(), icy};
+  Options traditional;
+  traditional.Motion = StormMotion::Traditional;
+  traditional.Lpl = LiftSource::MostUnstable;
+  traditional.CapeDepth = CapeDepthDisplay::Both;
+  Options manual = traditional;
+  manual.MultiLift = true;
+  manual.MotionMode = Scaling::Manual;
+  const std::set<std::string_view> ofLoops = {"Movie time", "Skiploop", "LoopNoReScaling"};
+  std::vector<std::string> dead;
+  for (const OptionRow& row : Catalogue()) {
+    const bool isOfAnalysis = row.Place.starts_with("Program/") && row.Place != "Program/Tab 1";
+    if (!isOfAnalysis || ofLoops.contains(row.Key)) continue;
+    bool lives = false;
+    for (const Options& base : {Options{}, traditional, manual}) {
+      for (const SoundingRecord& sounding : soundings) {
+        if (lives) break;
+        const std::string plain = Told(sounding, base);
+        for (const std::string& value : ValuesOf(row)) {
+          Options set = base;
+          if (!row.Read(set, value) || set == base) continue;
+          lives = Told(sounding, set) != plain;
+          if (lives) break;
+        }
+      }
+    }
+    if (!lives) dead.emplace_back(row.Key);
+  }
+  EXPECT_EQ(dead, std::vector<std::string>{});
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 
 #include "core/files.h"
 #include "core/raw_file.h"
+#include "program/listed_soundings.h"
 #include "program/menu.h"
 #include "program/start_up.h"
 #include "support/soundings.h"
@@ -161,6 +162,41 @@ TEST_F(SettingsTest, RemembersFilesAndLoadsTheMarkedOneAtStart) {
   EXPECT_NE(next.Notices[0].find("is RAW now"), std::string::npos);
   RunCommand(next, Command::AutoLoad);  // takes the mark away
   EXPECT_FALSE(LoadAtStart(next).Any());
+}
+
+TEST_F(SettingsTest, HeadersOfTheListedSoundingsOutliveTheSession) {
+  Program program;
+  Start(program);
+  program.Set.System.HeaderFile = "Mine.Dat";
+  OpenSoundings(program, {Saved("a.RAW"), Saved("b.RAW"), Saved("c.RAW")});
+  SequenceSounding(program, 2);
+  EXPECT_EQ(ListedText(program, 1), "2/3  b.RAW");  // not read yet
+  EXPECT_EQ(ListedText(program, 2).find("3/3  " + program.Current.Record.StationTitle), 0u);
+  RunCommand(program, Command::AutoLoad);
+  EXPECT_TRUE(KeepSettings(program));
+
+  Program next;
+  Start(next);
+  EXPECT_TRUE(LoadAtStart(next).Sounding);
+  EXPECT_EQ(ListedText(next, 2), ListedText(program, 2));
+  EXPECT_EQ(ListedText(next, 1), "2/3  b.RAW");
+}
+
+TEST_F(SettingsTest, TheReferenceSoundingComesFromItsFolder) {
+  Program program;
+  Start(program);
+  const std::filesystem::path other = folder.Path() / "mine";
+  std::filesystem::create_directory(other);
+  ASSERT_FALSE(SaveFile(other / "REFERENCE.DAT", WriteRaw(test::ReferenceWinter())));
+  RunCommand(program, Command::ReferenceSounding);
+  ASSERT_TRUE(program.View.Reference);
+  EXPECT_EQ(program.View.Reference->StationTitle, "ICAO standard atmosphere");
+  program.Set.System.ReferenceFolder = "mine";
+  FollowFolders(program);
+  EXPECT_FALSE(program.View.ShowsReference);
+  RunCommand(program, Command::ReferenceSounding);
+  ASSERT_TRUE(program.View.Reference);
+  EXPECT_EQ(program.View.Reference->StationTitle, test::ReferenceWinter().StationTitle);
 }
 
 }  // namespace

@@ -38,7 +38,7 @@ class ViewTest : public testing::Test {
  protected:
   ViewTest() {
     program.Current.Ask = &user;
-    program.Where.Root = folder.Path();
+    program.Where = FoldersBelow(folder.Path());
     Do(OpenSoundings(program, {Saved("a.RAW", test::ReferenceConvective())}));
   }
   std::filesystem::path Saved(const std::string& name, const SoundingRecord& record) {
