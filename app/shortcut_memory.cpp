@@ -6,6 +6,7 @@
 #include <QKeySequence>
 #include <QShortcut>
 #include <QString>
+#include <QWidget>
 
 #include "program/program.h"
 
