@@ -17,15 +17,21 @@
 namespace vexa {
 namespace {
 
-// Everything that users see of a sounding under some options.
-std::string Seen(const SoundingRecord& sounding, const Options& set) {
-  SilentInteraction silent;
-  Program program;
+// A program with a sounding under some options; false when it cannot be drawn.
+bool Load(Program& program, SilentInteraction& silent, const SoundingRecord& sounding,
+          const Options& set) {
   program.Current.Ask = &silent;
   program.Current.Record = sounding;
   program.Current.FileName = "a.RAW";
   program.Set = set;
-  if (!Refresh(program, {.Sounding = true})) return "";
+  return Refresh(program, {.Sounding = true});
+}
+
+// Everything that users see of a sounding under some options.
+std::string Seen(const SoundingRecord& sounding, const Options& set) {
+  SilentInteraction silent;
+  Program program;
+  if (!Load(program, silent, sounding, set)) return "";
   const Readout readout = ReadDiagram(program, program.Plot->Mapping.ToPoint(10, 700));
   return ToSvg(program.Plot->Page, 1600, 1200) + readout.Grid + readout.Sounding +
          program.Plot->Warning + SoundingBanner(program);
@@ -100,11 +106,7 @@ TEST(Options, NoneOfTheDiagramIsWithoutEffect) {
 std::string Told(const SoundingRecord& sounding, const Options& set) {
   SilentInteraction silent;
   Program program;
-  program.Current.Ask = &silent;
-  program.Current.Record = sounding;
-  program.Current.FileName = "a.RAW";
-  program.Set = set;
-  if (!Refresh(program, {.Sounding = true})) return "";
+  if (!Load(program, silent, sounding, set)) return "";
   std::string text = ToSvg(program.Plot->Page, 1600, 1200);
   const output::ListingSource from{sounding, program.Results, set};
   for (const output::ListingRow& row : output::Listings()) {
