@@ -282,8 +282,9 @@ void DataDumpWindow::ExportRangeOfFiles() {
   bar_->show();
   ShowControls();
   StepsShown steps(user, *step_, *bar_);
-  const ExportReport report = ExportBatch({.Files = files, .Output = *output, .Kind = Kind()},
-                                          program_.Set, Progress(steps));
+  const ExportReport report = ExportBatch(
+      {.Files = files, .Output = *output, .Kind = Kind(), .Stations = &program_.Stations},
+      program_.Set, Progress(steps));
   isRunning_ = false;
   bar_->hide();
   step_->clear();

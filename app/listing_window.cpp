@@ -15,6 +15,7 @@
 #include "core/error_report.h"
 #include "core/files.h"
 #include "output/print_pages.h"
+#include "program/print_work.h"
 
 namespace vexa {
 namespace {
@@ -72,13 +73,15 @@ ListingWindow::ListingWindow(Program& program, QWidget* parent)
   add("cmdPrint", "&Print...", [this] {
     const output::ListingRow* row = &Shown();
     const auto from = SourceOf(program_);
+    const output::PrintSetup setup = LastPrintSetup(program_);
     if (!program_.Where.Root.empty()) {
-      if (const auto fault = output::PrepareListing(*row, from, {}, program_.Where.Root)) {
+      if (const auto fault =
+              output::PrepareListing(*row, from, setup.Header, program_.Where.Root)) {
         ErrorReport(program_.Current, *fault);
         return;
       }
     }
-    PrintSheets(program_, output::PagesOfListings({&row, 1}, from, {}), this);
+    PrintSheets(program_, output::PagesOfListings({&row, 1}, from, setup), this);
   });
   add("cmdClose", "C&lose", [this] { close(); });
   auto* column = new QVBoxLayout(this);

@@ -4,6 +4,7 @@
 #include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QKeySequence>
+#include <QLabel>
 #include <QSpinBox>
 #include <QWidget>
 #include <utility>
@@ -16,12 +17,10 @@
 #include "app/text_window.h"
 #include "core/error_report.h"
 #include "core/files.h"
-#include "core/raw_file.h"
-#include "core/source_text.h"
-#include "ingest/decoder.h"
 #include "output/data_print.h"
 #include "output/paint/paint.h"
 #include "output/print_pages.h"
+#include "program/print_work.h"
 #include "report/report_folder.h"
 
 namespace vexa {
@@ -45,7 +44,9 @@ void SaveImage(Program& program, const Picture& picture, QSize displaySize, QWid
   const std::optional<std::string> name = program.Current.Ask->ChooseFile(
       {.Title = "Save Image", .Filter = paint::kImageFilter, .Saving = true});
   if (!name) return;
-  const auto fault = SaveImageAs(picture, *name, window.SizePx(), window.Settings());
+  const QSize size = window.SizePx();
+  const auto fault = paint::SavePicture(picture, PathFromText(*name), size.width(), size.height(),
+                                        window.Settings());
   if (!fault) return;
   if (fault->Procedure == "SaveFile") {
     ErrorReport(program.Current, *fault);
@@ -58,25 +59,15 @@ void CopyImage(Program& program, const Picture& picture, QSize size) {
   Tell(program, paint::CopyPicture(picture, size.width(), size.height()), BoxIcon::Information);
 }
 
-output::ListingLines LinesOf(const std::string& bytes) {
-  const SourceText text("text", bytes);
-  output::ListingLines lines;
-  for (int i = 1; i <= text.LineCount(); ++i) lines.emplace_back(text.Line(i));
-  return lines;
+output::ListingLines SourceText(Program& program) {
+  const Outcome<output::ListingLines> lines = SourceLines(program);
+  if (lines) return lines.Value();
+  ErrorReport(program.Current, lines.Error());
+  return {};
 }
 
-output::ListingLines SourceLines(Program& program) {
-  std::vector<std::string> notes;
-  const Outcome<SourceText> source = ingest::ReadSource(program.Current.FilePath(), notes);
-  if (!source) {
-    ErrorReport(program.Current, source.Error());
-    return {};
-  }
-  return LinesOf(source.Value().Bytes());
-}
-
-output::ListingLines DecodedLines(Program& program) {
-  return LinesOf(WriteRaw(program.Current.Record));
+output::ListingLines DecodedText(Program& program) {
+  return DecodedLines(program);
 }
 
 output::ListingLines DataLines(Program& program) {
@@ -94,8 +85,8 @@ struct PrintedText {
 constexpr PrintedText kTexts[] = {
     {Command::PrintData, "PrintData", "Print Sounding Data", "SoundingData.txt", DataLines},
     {Command::PrintDecoded, "PrintDeCodedData", "Print DeCoded Data", "DeCodedData.txt",
-     DecodedLines},
-    {Command::PrintSource, "PrintDataFile", "Print Source Data", "SourceData.txt", SourceLines},
+     DecodedText},
+    {Command::PrintSource, "PrintDataFile", "Print Source Data", "SourceData.txt", SourceText},
 };
 
 bool ShowText(Program& program, Command command, QWidget* parent) {
@@ -127,19 +118,9 @@ void WriteReport(Program& program) {
        .Filter = "*|*",
        .Saving = true});
   if (!name) return;
-  const Outcome<std::string> source = ReadFile(program.Current.FilePath());
-  if (!source) {
-    ErrorReport(program.Current, source.Error());
-    return;
-  }
-  const report::AnalysedSounding sounding{.File = TextFromPath(program.Current.FilePath()),
-                                          .Record = program.Current.Record,
-                                          .Results = program.Results,
-                                          .Notes = program.Current.LoadNotes};
   const auto pass = program.Gate.Enter();
   if (!pass) return;
-  if (const auto fault = report::WriteReportFolder({sounding, program.Set, source.Value(), "vexa"},
-                                                   PathFromText(*name))) {
+  if (const auto fault = report::WriteReport(program, PathFromText(*name), "vexa")) {
     ErrorReport(program.Current, *fault);
     return;
   }
@@ -198,6 +179,9 @@ SaveImageWindow::SaveImageWindow(QSize displaySize, QWidget* parent) : QDialog(p
   dpi_ = number("ImageDpi", "&Resolution", kLeastDpi, kMostDpi, static_cast<int>(paint::kScreenDpi),
                 " dots per inch");
   quality_ = number("JpegQuality", "JPEG &quality", 1, 100, paint::kJpegQuality, "");
+  auto* library = new QLabel(ToQString(paint::JpegLibraryVersion()), this);
+  library->setObjectName(QStringLiteral("JpegLibrary"));
+  form->addRow(library);
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
   connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
@@ -210,16 +194,6 @@ QSize SaveImageWindow::SizePx() const {
 
 paint::ImageSettings SaveImageWindow::Settings() const {
   return {.JpegQuality = quality_->value(), .Dpi = static_cast<double>(dpi_->value())};
-}
-
-std::optional<Fault> SaveImageAs(const Picture& picture, const std::string& name, QSize sizePx,
-                                 const paint::ImageSettings& settings) {
-  std::string extension = TextFromPath(PathFromText(name).extension());
-  if (!extension.empty()) extension.erase(0, 1);
-  const Outcome<std::string> bytes =
-      paint::EncodePicture(picture, extension, sizePx.width(), sizePx.height(), settings);
-  if (!bytes) return bytes.Error();
-  return SaveFile(PathFromText(name), bytes.Value());
 }
 
 void AddPictureMenu(QWidget& window, Program& program, std::function<const Picture&()> picture) {
@@ -237,7 +211,8 @@ void AddPictureMenu(QWidget& window, Program& program, std::function<const Pictu
   add("mnuCopyPicture", "&Copy Image to ClipBoard", "Ctrl+C",
       [&window, &program, picture] { CopyImage(program, picture(), window.size()); });
   add("mnuPrintPicture", "&Print Image...", "Ctrl+P", [&window, &program, picture] {
-    const output::PrintSetup setup{.Turn = output::Orientation::Landscape};
+    output::PrintSetup setup = LastPrintSetup(program);
+    setup.Turn = output::Orientation::Landscape;
     const output::ListingSource from{program.Current.Record, program.Results, program.Set};
     PrintSheets(program,
                 {output::DisplayPage(picture(), output::PageHeader(from, setup.Header), setup)},

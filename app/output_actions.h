@@ -4,10 +4,8 @@
 #pragma once
 
 #include <functional>
-#include <optional>
 #include <QDialog>
 #include <QSize>
-#include <string>
 
 #include "output/paint/dib_section.h"
 #include "picture/picture.h"
@@ -34,11 +32,6 @@ class SaveImageWindow : public QDialog {
   QSpinBox* dpi_ = nullptr;
   QSpinBox* quality_ = nullptr;
 };
-
-/// Writes a picture as the image file that its name says. Fault 52 for another kind, 61 with the
-/// text of the failure; nothing is written then.
-[[nodiscard]] std::optional<Fault> SaveImageAs(const Picture& picture, const std::string& name,
-                                               QSize sizePx, const paint::ImageSettings& settings);
 
 /// Gives a window that shows a picture a menu of its own to save, copy and print it, with the keys
 /// Ctrl+S, Ctrl+C and Ctrl+P.

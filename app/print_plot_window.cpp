@@ -16,9 +16,8 @@
 
 #include "app/printing.h"
 #include "app/qt_text.h"
-#include "output/listings.h"
 #include "output/paint/paint.h"
-#include "program/print_displays.h"
+#include "program/print_work.h"
 
 namespace vexa {
 namespace {
@@ -26,10 +25,11 @@ namespace {
 constexpr int kPreviewPx = 420;
 
 template <class E>
-QComboBox* Choice(const char* name, QWidget* parent) {
+QComboBox* Choice(const char* name, E now, QWidget* parent) {
   auto* box = new QComboBox(parent);
   box->setObjectName(QString::fromLatin1(name));
-  for (const std::string_view word : output::Words(E{})) box->addItem(ToQString(word));
+  for (const std::string_view word : output::Words(now)) box->addItem(ToQString(word));
+  box->setCurrentIndex(static_cast<int>(now));
   return box;
 }
 
@@ -53,18 +53,18 @@ PrintPlotWindow::PrintPlotWindow(Program& program, QWidget* parent)
 void PrintPlotWindow::BuildControls() {
   display_ = new QComboBox(this);
   display_->setObjectName(QStringLiteral("DisplayToPrint"));
-  for (const PrintDisplay& there : PrintDisplays(program_)) {
-    display_->addItem(ToQString(there.Name));
-  }
-  for (const output::ListingRow& row : output::Listings()) display_->addItem(ToQString(row.Name));
-  orientation_ = Choice<output::Orientation>("Orientation", this);
-  paper_ = Choice<output::Paper>("Paper", this);
-  dataType_ = Check("IncludeDataType", " Include Data Type && # Data Levels", true, this);
-  coordinates_ = Check("IncludeCoordinates", " Include Station Coordinates && Elev", true, this);
+  for (const std::string_view name : PrintableNames(program_)) display_->addItem(ToQString(name));
+  const output::PrintSetup last = LastPrintSetup(program_);
+  orientation_ = Choice("Orientation", last.Turn, this);
+  paper_ = Choice("Paper", last.Sheet, this);
+  dataType_ =
+      Check("IncludeDataType", " Include Data Type && # Data Levels", last.Header.DataType, this);
+  coordinates_ = Check("IncludeCoordinates", " Include Station Coordinates && Elev",
+                       last.Header.Coordinates, this);
   darkLines_ = Check("DarkLines", " Dark lines", program_.Set.System.DarklinesMemory, this);
   title_ = new QLineEdit(ToQString(program_.Set.System.PrintTitleMemory), this);
   title_->setObjectName(QStringLiteral("PrintTitle"));
-  allListings_ = Check("AllListings", " Print all 7 listings", false, this);
+  allListings_ = Check("AllListings", " Print all 7 listings", last.AllListings, this);
   page_ = new QSpinBox(this);
   page_->setObjectName(QStringLiteral("PreviewPage"));
   preview_ = new QLabel(this);
@@ -108,43 +108,19 @@ void PrintPlotWindow::BuildControls() {
   connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
 }
 
-output::PrintSetup PrintPlotWindow::Setup() const {
-  return {.Sheet = static_cast<output::Paper>(paper_->currentIndex()),
-          .Turn = static_cast<output::Orientation>(orientation_->currentIndex()),
-          .Header = {.DataType = dataType_->isChecked(), .Coordinates = coordinates_->isChecked()},
-          .AllListings = allListings_->isChecked()};
-}
-
-std::vector<const output::ListingRow*> PrintPlotWindow::ChosenListings() const {
-  std::vector<const output::ListingRow*> rows;
-  for (const output::ListingRow& row : output::Listings()) {
-    if (allListings_->isChecked() || ToQString(row.Name) == display_->currentText()) {
-      rows.push_back(&row);
-    }
-  }
-  return rows;
+PrintRequest PrintPlotWindow::Request() const {
+  return {.Display = display_->currentText().toStdString(),
+          .Title = title_->text().toStdString(),
+          .DarkLines = darkLines_->isChecked(),
+          .Setup = {.Sheet = static_cast<output::Paper>(paper_->currentIndex()),
+                    .Turn = static_cast<output::Orientation>(orientation_->currentIndex()),
+                    .Header = {.DataType = dataType_->isChecked(),
+                               .Coordinates = coordinates_->isChecked()},
+                    .AllListings = allListings_->isChecked()}};
 }
 
 std::vector<Picture> PrintPlotWindow::Pages() const {
-  const output::ListingSource from{program_.Current.Record, program_.Results, program_.Set};
-  const output::PrintSetup setup = Setup();
-  std::vector<Picture> pages;
-  for (const PrintDisplay& there : PrintDisplays(program_)) {
-    if (display_->currentText() != ToQString(there.Name)) continue;
-    output::ListingLines header = output::PageHeader(from, setup.Header);
-    if (!title_->text().isEmpty()) header.insert(header.begin(), title_->text().toStdString());
-    const Options set = PrintOptions(program_, darkLines_->isChecked());
-    pages.push_back(output::DisplayPage(there.Draw(program_, set), header, setup));
-  }
-  for (Picture& page : output::PagesOfListings(ChosenListings(), from, setup)) {
-    pages.push_back(std::move(page));
-  }
-  return pages;
-}
-
-void PrintPlotWindow::KeepChoices() {
-  program_.Set.System.PrintTitleMemory = title_->text().toStdString();
-  program_.Set.System.DarklinesMemory = darkLines_->isChecked();
+  return PagesToPrint(program_, Request());
 }
 
 void PrintPlotWindow::ShowPreview() {
@@ -158,32 +134,28 @@ void PrintPlotWindow::ShowPreview() {
       paint::ToImage(page, qRound(page.Width() * scale), qRound(page.Height() * scale))));
 }
 
-std::optional<Fault> PrintPlotWindow::PrepareFiles() const {
-  const output::ListingSource from{program_.Current.Record, program_.Results, program_.Set};
-  if (program_.Where.Root.empty()) return std::nullopt;
-  for (const output::ListingRow* row : ChosenListings()) {
-    if (auto fault = output::PrepareListing(*row, from, Setup().Header, program_.Where.Root)) {
-      return fault;
-    }
-  }
-  return std::nullopt;
+std::optional<Fault> PrintPlotWindow::Prepare() {
+  const PrintRequest request = Request();
+  program_.Set.System.PrintTitleMemory = request.Title;
+  program_.Set.System.DarklinesMemory = request.DarkLines;
+  const std::filesystem::path& folder = program_.Where.Root;
+  if (folder.empty()) return std::nullopt;
+  if (auto fault = WritePrinterFile(folder, request.Setup)) return fault;
+  return PrepareToPrint(program_, request, folder);
 }
 
 std::optional<Fault> PrintPlotWindow::PrintToPdf(const std::filesystem::path& path) {
-  KeepChoices();
-  if (auto fault = PrepareFiles()) return fault;
+  if (auto fault = Prepare()) return fault;
   return SaveSheetsAsPdf(program_, Pages(), path);
 }
 
 void PrintPlotWindow::PrintToFile() {
-  KeepChoices();
-  if (const auto fault = PrepareFiles()) return TellOfPrinting(program_, *fault);
+  if (const auto fault = Prepare()) return TellOfPrinting(program_, *fault);
   if (AskAndSavePdf(program_, Pages())) accept();
 }
 
 void PrintPlotWindow::Print() {
-  KeepChoices();
-  if (const auto fault = PrepareFiles()) return TellOfPrinting(program_, *fault);
+  if (const auto fault = Prepare()) return TellOfPrinting(program_, *fault);
   if (PrintSheets(program_, Pages(), this)) accept();
 }
 

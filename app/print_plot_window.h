@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "core/fault.h"
-#include "output/print_pages.h"
 #include "picture/picture.h"
+#include "program/print_work.h"
 #include "program/program.h"
 
 class QCheckBox;
@@ -25,10 +25,10 @@ class PrintPlotWindow : public QDialog {
  public:
   explicit PrintPlotWindow(Program& program, QWidget* parent = nullptr);
 
-  /// What is chosen now, page by page.
+  /// What is chosen now, and its pages.
+  PrintRequest Request() const;
   std::vector<Picture> Pages() const;
-  output::PrintSetup Setup() const;
-  /// Prepares the chosen listings' files and writes the pages as a PDF file.
+  /// Keeps the choices, prepares the chosen listings' files and writes the pages as a PDF file.
   std::optional<Fault> PrintToPdf(const std::filesystem::path& path);
 
  private:
@@ -36,9 +36,7 @@ class PrintPlotWindow : public QDialog {
   void ShowPreview();
   void Print();
   void PrintToFile();
-  std::optional<Fault> PrepareFiles() const;
-  std::vector<const output::ListingRow*> ChosenListings() const;
-  void KeepChoices();
+  std::optional<Fault> Prepare();
 
   Program& program_;
   QComboBox* display_ = nullptr;

@@ -58,7 +58,10 @@ bool PrintSheets(Program& program, const std::vector<Picture>& pages, QWidget* p
     return AskAndSavePdf(program, pages);
   }
   QPrinter printer(QPrinter::HighResolution);
-  paint::SetPaper(printer, pages.front(), output::kUnitsPerPoint);
+  if (!paint::SetPaper(printer, pages.front(), output::kUnitsPerPoint)) {
+    TellOfPrinting(program, paint::PaperRefused());
+    return false;
+  }
   QPrintDialog dialog(&printer, parent);
   if (dialog.exec() != QDialog::Accepted) {
     TellOfPrinting(program, {kFaultPrinter, "PrintSheets", paint::kPrintCancelled});

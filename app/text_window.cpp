@@ -13,6 +13,7 @@
 #include "core/error_report.h"
 #include "core/files.h"
 #include "output/print_pages.h"
+#include "program/print_work.h"
 
 namespace vexa {
 
@@ -58,7 +59,7 @@ void TextWindow::Show(ShownText text) {
 }
 
 std::vector<Picture> TextWindow::Pages() const {
-  return output::ListingPages(text_.Lines, text_.Header, {});
+  return output::ListingPages(text_.Lines, text_.Header, LastPrintSetup(program_));
 }
 
 std::optional<Fault> TextWindow::SaveAs(const std::filesystem::path& path) const {

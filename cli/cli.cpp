@@ -16,9 +16,9 @@
 namespace vexa::cli {
 namespace {
 
-const Command* const kCommands[] = {&kPlotCommand,     &kAnalyzeCommand, &kConvertCommand,
-                                    &kSettingsCommand, &kCheckCommand,   &kFetchCommand,
-                                    &kExportCommand,   &kListCommand,    &kReportCommand};
+const Command* const kCommands[] = {
+    &kPlotCommand,  &kAnalyzeCommand, &kConvertCommand, &kSettingsCommand, &kCheckCommand,
+    &kFetchCommand, &kExportCommand,  &kListCommand,    &kReportCommand,   &kPrintCommand};
 
 constexpr std::string_view kProgram = "vexa-cli";
 

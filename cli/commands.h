@@ -30,6 +30,7 @@ extern const Command kConvertCommand;
 extern const Command kExportCommand;
 extern const Command kListCommand;
 extern const Command kReportCommand;
+extern const Command kPrintCommand;
 extern const Command kSettingsCommand;
 extern const Command kCheckCommand;
 extern const Command kFetchCommand;

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "cli/commands.h"
+#include "cli/loaded_program.h"
 #include "core/files.h"
 #include "core/numbers.h"
 #include "program/export_batch.h"
@@ -17,6 +18,7 @@ constexpr ArgumentRow kOptions[] = {
     {"--output", "-o", "OUT", "dump to write: a spreadsheet for .csv, else text"},
     {"--jobs", "-j", "N", "threads that read and compute, 1 without it"},
     {"--range", "", "NNNN-NNNN", "of the files only these, counted from 0001"},
+    kRootOption,
     {"--set", "", "\"KEY=VALUE\"",
      "sets an option by its label, DumpData1 to DumpData7 those of the dump"},
 };
@@ -33,10 +35,8 @@ Outcome<ExportRange> RangeOf(const std::optional<std::string>& text, int count) 
 int RunExport(const Arguments& arguments, Console& console) {
   const std::optional<std::string> output = arguments.Value("--output");
   if (!output) return UsageError(console, kExportCommand, "no output is given with -o");
-  Options options;
-  if (const auto fault = SetOptions(options, arguments.Values("--set"))) {
-    return UsageError(console, kExportCommand, fault->Detail);
-  }
+  const Outcome<CommandSetup> setup = SetupOf(arguments, console);
+  if (!setup) return UsageError(console, kExportCommand, setup.Error().Detail);
   const std::string jobsText = arguments.Value("--jobs").value_or("1");
   const std::optional<int> jobs = ParseWhole(jobsText);
   if (!jobs || *jobs < 1 || *jobs > kMostJobs) {
@@ -51,14 +51,15 @@ int RunExport(const Arguments& arguments, Console& console) {
   const std::span<const std::string> files =
       std::span(arguments.Files)
           .subspan(first, static_cast<std::size_t>(range.Value().Last) - first);
-  const ExportReport report =
-      ExportBatch({.Files = files,
-                   .Output = PathFromText(*output),
-                   .Kind = output::DumpKindOf(*output),
-                   .Jobs = *jobs},
-                  options, {}, [&console](const std::string& file, const Fault& fault) {
-                    ReportFault(console, file, fault);
-                  });
+  const ExportReport report = ExportBatch({.Files = files,
+                                           .Output = PathFromText(*output),
+                                           .Kind = output::DumpKindOf(*output),
+                                           .Jobs = *jobs,
+                                           .Stations = &setup.Value().Stations},
+                                          setup.Value().Settings.Set, {},
+                                          [&console](const std::string& file, const Fault& fault) {
+                                            ReportFault(console, file, fault);
+                                          });
   if (report.Failed) {
     ReportFault(console, *output, *report.Failed);
     return kExitInputFailed;

@@ -1,6 +1,7 @@
 #include <string>
 
 #include "cli/commands.h"
+#include "cli/loaded_program.h"
 #include "output/listings.h"
 
 namespace vexa::cli {
@@ -10,6 +11,7 @@ constexpr ArgumentRow kOptions[] = {
     {"--listing", "-l", "LISTING",
      "summary, complete, interval, analyses, weather, indices or cape; may be repeated, all seven "
      "without it"},
+    kRootOption,
     {"--set", "", "\"KEY=VALUE\"", "sets an option by its label; may be repeated"},
 };
 
@@ -21,9 +23,9 @@ std::string Words() {
   return words;
 }
 
-void Print(const AnalysedSounding& sounding, const std::vector<const output::ListingRow*>& rows,
-           const Options& options, Console& console) {
-  const output::ListingSource from{sounding.Record, sounding.Results, options};
+void Print(const Program& program, const std::vector<const output::ListingRow*>& rows,
+           Console& console) {
+  const output::ListingSource from{program.Current.Record, program.Results, program.Set};
   std::string text;
   for (const std::string& line : output::PageHeader(from, {})) text += line + "\n";
   for (const output::ListingRow* row : rows) {
@@ -34,10 +36,8 @@ void Print(const AnalysedSounding& sounding, const std::vector<const output::Lis
 }
 
 int RunList(const Arguments& arguments, Console& console) {
-  Options options;
-  if (const auto fault = SetOptions(options, arguments.Values("--set"))) {
-    return UsageError(console, kListCommand, fault->Detail);
-  }
+  const Outcome<CommandSetup> setup = SetupOf(arguments, console);
+  if (!setup) return UsageError(console, kListCommand, setup.Error().Detail);
   std::vector<const output::ListingRow*> rows;
   for (const std::string& word : arguments.Values("--listing")) {
     rows.push_back(output::FindListing(word));
@@ -50,14 +50,14 @@ int RunList(const Arguments& arguments, Console& console) {
     for (const output::ListingRow& row : output::Listings()) rows.push_back(&row);
   }
   int exitCode = kExitOk;
+  LoadedProgram loaded(setup.Value());
   for (const std::string& file : arguments.Files) {
-    const Outcome<AnalysedSounding> sounding = LoadAndAnalyse(file, options);
-    if (sounding) {
-      Print(sounding.Value(), rows, options, console);
-    } else {
-      ReportFault(console, file, sounding.Error());
+    if (const auto fault = loaded.Load(file)) {
+      ReportFault(console, file, *fault);
       exitCode = kExitInputFailed;
+      continue;
     }
+    Print(loaded.Get(), rows, console);
   }
   return exitCode;
 }

@@ -1,18 +1,17 @@
 #include <algorithm>
+#include <cctype>
 #include <filesystem>
 #include <optional>
 #include <set>
 #include <string>
 
 #include "cli/commands.h"
+#include "cli/loaded_program.h"
 #include "cli/qt_start.h"
-#include "cli/settings.h"
 #include "core/files.h"
 #include "core/numbers.h"
-#include "diagram/sounding_plot.h"
-#include "hodograph/hodogram_plot.h"
-#include "hodograph/hodograph_plot.h"
 #include "output/paint/paint.h"
+#include "program/print_displays.h"
 
 namespace vexa::cli {
 namespace {
@@ -22,7 +21,8 @@ constexpr ArgumentRow kOptions[] = {
      "picture file: .png, .jpg, .bmp, .svg or .pdf; {name} stands for the"
      " input's name"},
     {"--diagram", "", "TYPE", "skewt, emagram or tephigram"},
-    {"--display", "", "NAME", "sounding, hodograph or hodogram; sounding without it"},
+    {"--display", "", "NAME",
+     "the display to draw, sounding without it: hodograph, hodogram, SvrWx, Winter..."},
     {"--size", "", "WxH", "size in pixels, 1600x1200 without it"},
     kRootOption,
     {"--dpi", "", "N", "resolution that the file states, 96 without it"},
@@ -57,55 +57,36 @@ Outcome<int> WholeOption(const Arguments& arguments, std::string_view name, int 
                    Shortest(most) + ", not \"" + *text + "\""};
 }
 
-Picture DiagramPage(const AnalysedSounding& sounding, const SettingsStore& settings) {
-  const Options& options = settings.Set;
-  const hodograph::HodographInput hodograph{
-      .Sounding = sounding.Record, .Results = sounding.Results, .Set = options};
-  const std::optional<Picture> small = hodograph::PlotSmallHodograph(hodograph);
-  return diagram::PlotSounding({.Sounding = sounding.Record,
-                                .Results = sounding.Results,
-                                .Set = options,
-                                .Hodograph = small ? &*small : nullptr,
-                                .Configuration = ConfigurationCaption(settings)})
-      ->Page;
+// The name of a display; "hodogram" is short for the one in three dimensions.
+std::optional<std::string_view> DisplayNamed(std::string_view word) {
+  constexpr std::string_view kShort = "hodogram", kLong = "Hodogram3D";
+  const auto lower = [](std::string_view text) {
+    std::string letters(text);
+    std::ranges::transform(letters, letters.begin(), [](unsigned char letter) {
+      return static_cast<char>(std::tolower(letter));
+    });
+    return letters;
+  };
+  for (const std::string_view name : AllPrintDisplays()) {
+    if (lower(name) == lower(word) || (name == kLong && lower(word) == kShort)) return name;
+  }
+  return std::nullopt;
 }
 
-Picture HodographPage(const AnalysedSounding& sounding, const SettingsStore& settings) {
-  const Options& options = settings.Set;
-  return hodograph::PlotHodograph(
-             {.Sounding = sounding.Record, .Results = sounding.Results, .Set = options})
-      .Page;
+Outcome<Picture> PageOf(const Program& program, std::string_view display) {
+  for (const PrintDisplay& there : PrintDisplays(program)) {
+    if (there.Name == display) return there.Draw(program, program.Set);
+  }
+  return Fault{kFaultInvalidValue, "PageOf", "there is no " + std::string(display) + " of it"};
 }
-
-Picture HodogramPage(const AnalysedSounding& sounding, const SettingsStore& settings) {
-  return hodograph::PlotHodogram(hodograph::MakeHodogram(sounding.Record, settings.Set), {});
-}
-
-struct Display {
-  std::string_view Name;
-  Picture (*Page)(const AnalysedSounding& sounding, const SettingsStore& settings);
-};
-
-constexpr Display kDisplays[] = {
-    {"sounding", DiagramPage}, {"hodograph", HodographPage}, {"hodogram", HodogramPage}};
 
 std::optional<Fault> PlotFile(const std::string& file, const std::string& output, PixelSize size,
-                              const paint::ImageSettings& image, const SettingsStore& settings,
-                              const Display& display) {
-  const Outcome<AnalysedSounding> sounding = LoadAndAnalyse(file, settings.Set);
-  if (!sounding) return sounding.Error();
-  const Picture page = display.Page(sounding.Value(), settings);
-  const std::string extension = Extension(output);
-  std::string bytes;
-  if (extension == "svg") {
-    bytes = ToSvg(page, size.Width, size.Height);
-  } else {
-    Outcome<std::string> encoded =
-        paint::EncodePicture(page, extension, size.Width, size.Height, image);
-    if (!encoded) return encoded.Error();
-    bytes = std::move(encoded.Value());
-  }
-  return SaveFile(PathFromText(output), bytes);
+                              const paint::ImageSettings& image, LoadedProgram& loaded,
+                              std::string_view display) {
+  if (auto fault = loaded.Load(file)) return fault;
+  const Outcome<Picture> drawn = PageOf(loaded.Get(), display);
+  if (!drawn) return drawn.Error();
+  return paint::SavePicture(drawn.Value(), PathFromText(output), size.Width, size.Height, image);
 }
 
 int RunPlot(const Arguments& arguments, Console& console) {
@@ -135,9 +116,9 @@ int RunPlot(const Arguments& arguments, Console& console) {
   if (!dpi) return UsageError(console, kPlotCommand, dpi.Error().Detail);
   const paint::ImageSettings image{.JpegQuality = quality.Value(),
                                    .Dpi = static_cast<double>(dpi.Value())};
-  Outcome<SettingsStore> settings = CommandSettings(arguments, console);
-  if (!settings) return UsageError(console, kPlotCommand, settings.Error().Detail);
-  Options& options = settings.Value().Set;
+  Outcome<CommandSetup> setup = SetupOf(arguments, console);
+  if (!setup) return UsageError(console, kPlotCommand, setup.Error().Detail);
+  Options& options = setup.Value().Settings.Set;
   if (const auto type = arguments.Value("--diagram")) {
     const auto words = Words(DiagramType{});
     const auto word = std::ranges::find(words, *type);
@@ -148,20 +129,22 @@ int RunPlot(const Arguments& arguments, Console& console) {
     options.Diagram = static_cast<DiagramType>(word - words.begin());
   }
   const std::string displayName = arguments.Value("--display").value_or("sounding");
-  const auto display = std::ranges::find(kDisplays, displayName, &Display::Name);
-  if (display == std::end(kDisplays)) {
-    return UsageError(
-        console, kPlotCommand,
-        "--display takes sounding, hodograph or hodogram, not \"" + displayName + "\"");
+  const std::optional<std::string_view> display = DisplayNamed(displayName);
+  if (!display) {
+    std::string names;
+    for (const std::string_view name : AllPrintDisplays()) names += " " + std::string(name);
+    return UsageError(console, kPlotCommand,
+                      "there is no display \"" + displayName + "\"; there are" + names);
   }
   std::optional<QtSession> toolkit;
   if (extension != "svg") toolkit.emplace();
   int exitCode = kExitOk;
+  LoadedProgram loaded(setup.Value());
   std::set<std::string> written;
   for (const std::string& file : arguments.Files) {
     const std::string name = OutputFor(*output, file);
     const auto fault = written.insert(name).second
-                           ? PlotFile(file, name, size, image, settings.Value(), *display)
+                           ? PlotFile(file, name, size, image, loaded, *display)
                            : Fault{kFaultBadFileName, "RunPlot",
                                    name + " holds the picture of another input already"};
     if (fault) {

@@ -3,8 +3,8 @@
 #include <string>
 
 #include "cli/commands.h"
+#include "cli/loaded_program.h"
 #include "cli/qt_start.h"
-#include "cli/report.h"
 #include "core/files.h"
 #include "report/report_folder.h"
 
@@ -13,6 +13,7 @@ namespace {
 
 constexpr ArgumentRow kOptions[] = {
     {"--output", "-o", "FOLDER", "folder to write; it is made where it is missing"},
+    kRootOption,
     {"--set", "", "\"KEY=VALUE\"", "sets an option by its label; may be repeated"},
 };
 
@@ -22,22 +23,13 @@ int RunReport(const Arguments& arguments, Console& console) {
   if (arguments.Files.size() > 1) {
     return UsageError(console, kReportCommand, "one FILE at a time");
   }
-  Options options;
-  if (const auto fault = SetOptions(options, arguments.Values("--set"))) {
-    return UsageError(console, kReportCommand, fault->Detail);
-  }
+  const Outcome<CommandSetup> setup = SetupOf(arguments, console);
+  if (!setup) return UsageError(console, kReportCommand, setup.Error().Detail);
   const std::string& file = arguments.Files.front();
   const QtSession toolkit;
-  const Outcome<AnalysedSounding> sounding = LoadAndAnalyse(file, options);
-  std::optional<Fault> fault;
-  if (!sounding) {
-    fault = sounding.Error();
-  } else if (const Outcome<std::string> bytes = ReadFile(PathFromText(file)); !bytes) {
-    fault = bytes.Error();
-  } else {
-    fault = report::WriteReportFolder({sounding.Value(), options, bytes.Value()},
-                                      PathFromText(*output));
-  }
+  LoadedProgram loaded(setup.Value());
+  std::optional<Fault> fault = loaded.Load(file);
+  if (!fault) fault = report::WriteReport(loaded.Get(), PathFromText(*output), "vexa-cli");
   if (!fault) return kExitOk;
   ReportFault(console, file, *fault);
   return kExitInputFailed;

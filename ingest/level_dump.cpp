@@ -89,10 +89,11 @@ std::string TitleAt(const SourceText& source, int line) {
                                   : std::string(Trim(source.Line(line).substr(kTextStart.size()))));
 }
 
-std::optional<double> Elevation(std::string_view text) {
+// A number of the heading, elevation or degrees.
+std::optional<double> Known(std::string_view text) {
   constexpr double kUnknown = -999;
-  const std::optional<double> meters = ParseNumber(text);
-  return meters == kUnknown ? std::nullopt : meters;
+  const std::optional<double> number = ParseNumber(text);
+  return number == kUnknown ? std::nullopt : number;
 }
 
 /// A sounding's lines on the way to its record.
@@ -107,12 +108,12 @@ void ReadTextHead(const SourceText& source, int first, int end, SourceHeading& h
                   Block& block) {
   for (int line = first; line < end; ++line) {
     const std::string_view text = source.Line(line);
-    if (text.starts_with(kElevation)) heading.Elevation = Elevation(text.substr(kElevation.size()));
+    if (text.starts_with(kElevation)) heading.Elevation = Known(text.substr(kElevation.size()));
     if (text.starts_with(kPosition)) {
       const std::vector<std::string_view> degrees = Tokens(text.substr(kPosition.size()));
       if (degrees.size() == 2) {
-        heading.Lat = ParseNumber(degrees[0]);
-        heading.Lon = ParseNumber(degrees[1]);
+        heading.Lat = Known(degrees[0]);
+        heading.Lon = Known(degrees[1]);
       }
     }
     if (!text.starts_with(kLevels)) continue;
@@ -138,7 +139,7 @@ void ReadSheetHead(const SourceText& source, int first, int end, SourceHeading& 
     if (text.starts_with(kSheetPosition) && line + 1 < end) {
       const std::vector<std::string_view> fields = SplitFields(source.Line(line + 1), ',');
       if (fields.size() != kFields) continue;
-      heading.Elevation = Elevation(fields[0]);
+      heading.Elevation = Known(fields[0]);
       heading.Lat = Signed(fields[1], fields[2]);
       heading.Lon = Signed(fields[3], fields[4]);
     }

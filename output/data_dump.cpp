@@ -141,8 +141,8 @@ std::string TextBlock(const SoundingRecord& sounding, const analysis::AnalysisRe
   line("SOUNDING = " + sounding.StationTitle);
   line("ELEVATION (M) = " +
        (sounding.ElevUnknown ? std::string(kDumpMissing) : Shortest(sounding.ElevM)));
-  line("LAT/LONG = " + Mask(sounding.LatSigned, "##.####") + "  " +
-       Mask(sounding.LonSigned, "###.####"));
+  line("LAT/LONG = " + DumpDegrees(sounding.LatSigned, sounding.LatHemi, "##.####") + "  " +
+       DumpDegrees(sounding.LonSigned, sounding.LonHemi, "###.####"));
   line("DATA LEVELS = " + Shortest(static_cast<int>(rows.size())));
   for (const LevelRow& row : rows) {
     for (const DumpColumn& column : columns) {
@@ -187,6 +187,12 @@ std::string DumpCell(const DumpColumn& column, const LevelRow& row, const DumpOp
   if (!value) return std::string(kDumpMissing);
   const std::string text = Mask(*value, column.Mask);
   return text.empty() ? "0" : text;  // no digit is left of 0.004 under "###.##"
+}
+
+std::string DumpDegrees(double degrees, std::string_view hemisphere, std::string_view mask) {
+  if (hemisphere.empty()) return std::string(kDumpMissing);
+  const std::string text = Mask(degrees, mask);
+  return text.empty() ? "0" : text;  // as for the levels
 }
 
 std::vector<LevelRow> DumpRows(const SoundingRecord& sounding,

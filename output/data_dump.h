@@ -46,6 +46,10 @@ std::span<const DumpColumn> DumpColumns(const DumpOptions& dump);
 std::string DumpCell(const DumpColumn& column, const LevelRow& row, const DumpOptions& dump,
                      double ground);
 
+/// Signed degrees, or their magnitude, as dumps show them: kDumpMissing where the sounding has no
+/// position, which its hemispheres tell.
+std::string DumpDegrees(double degrees, std::string_view hemisphere, std::string_view mask);
+
 /// What is exported of a sounding: all levels or the significant ones.
 std::vector<LevelRow> DumpRows(const SoundingRecord& sounding,
                                const analysis::AnalysisResults& results, const DumpOptions& dump);

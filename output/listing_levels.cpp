@@ -191,7 +191,8 @@ ListingLines SummaryListing(const ListingSource& from) {
     line.EndAt(46, ClassWord(layers.Turbulence, height));
     line.EndAt(52, ClassWord(layers.LowShear, height));
     line.BeginAt(57, IcingWord(from, height));
-    line.BeginAt(74, kNoValue);  // a wave is no property of the sounding alone
+    // Waves are no property of the sounding alone.
+    line.BeginAt(74, kNoValue).EndAt(82, kNoValue).EndAt(87, kNoValue).EndAt(93, kNoValue);
     lines.push_back(line.Take());
   }
   return lines;

@@ -221,8 +221,12 @@ void PutPosition(Sheet& sheet, const Source& from) {
   for (const std::string_view name : {"Elev (m)", "Lat", "N/S", "Lon", "E/W"}) sheet.Cell(name);
   sheet.EndRow();
   sheet.Cell(sounding.ElevUnknown ? std::string(kDumpMissing) : Shortest(sounding.ElevM));
-  sheet.Cell(Mask(std::fabs(sounding.LatSigned), "#0.####")).Cell(sounding.LatHemi);
-  sheet.Cell(Mask(std::fabs(sounding.LonSigned), "##0.####")).Cell(sounding.LonHemi).EndRow();
+  const auto put = [&sheet](double degrees, std::string_view hemisphere, std::string_view mask) {
+    sheet.Cell(DumpDegrees(std::fabs(degrees), hemisphere, mask)).Cell(hemisphere);
+  };
+  put(sounding.LatSigned, sounding.LatHemi, "#0.####");
+  put(sounding.LonSigned, sounding.LonHemi, "##0.####");
+  sheet.EndRow();
 }
 
 void PutLevels(Sheet& sheet, const Source& from) {

@@ -26,11 +26,12 @@ struct Piece {
   std::optional<Fault> Failed{};
 };
 
-Piece MakePiece(const std::string& file, output::DumpKind kind, const Options& options) {
+Piece MakePiece(const std::string& file, const ExportRequest& request, const Options& options) {
+  const output::DumpKind kind = request.Kind;
   Piece piece;
   piece.Failed = Guarded("ExportBatch", [&]() -> std::optional<Fault> {
     SilentInteraction quiet;
-    ingest::LoadContext context{.Ask = &quiet};
+    ingest::LoadContext context{.Ask = &quiet, .Stations = request.Stations};
     const Outcome<SourceText> source = ingest::ReadSource(PathFromText(file), context.Notes);
     if (!source) return source.Error();
     SoundingRecord record;
@@ -71,7 +72,7 @@ class PieceSource {
   PieceSource& operator=(const PieceSource&) = delete;
 
   Piece Next() {
-    if (workers_.empty()) return MakePiece(request_.Files[used_++], request_.Kind, options_);
+    if (workers_.empty()) return MakePiece(request_.Files[used_++], request_, options_);
     std::unique_lock lock(mutex_);
     std::unique_ptr<Piece>& slot = slots_[used_ % slots_.size()];
     changed_.wait(lock, [&slot] { return slot != nullptr; });
@@ -91,8 +92,7 @@ class PieceSource {
       if (stopped_ || begun_ >= request_.Files.size()) return;
       const std::size_t mine = begun_++;
       lock.unlock();
-      auto piece =
-          std::make_unique<Piece>(MakePiece(request_.Files[mine], request_.Kind, options_));
+      auto piece = std::make_unique<Piece>(MakePiece(request_.Files[mine], request_, options_));
       lock.lock();
       slots_[mine % slots_.size()] = std::move(piece);
       changed_.notify_all();

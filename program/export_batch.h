@@ -13,6 +13,7 @@
 #include "core/fault.h"
 #include "core/files.h"
 #include "core/interaction.h"
+#include "core/station_list.h"
 #include "output/data_dump.h"
 
 namespace vexa {
@@ -36,7 +37,8 @@ struct ExportRequest {
   std::span<const std::string> Files{};
   std::filesystem::path Output{};
   output::DumpKind Kind = output::DumpKind::Textfile;
-  int Jobs = 1;  // threads that read and compute
+  int Jobs = 1;                           // threads that read and compute
+  const StationList* Stations = nullptr;  // for soundings that name their station by number only
 };
 
 struct ExportReport {

@@ -8,9 +8,12 @@
 #include "hodograph/hodogram_plot.h"
 #include "program/hodograph_commands.h"
 #include "program/settings_commands.h"
+#include "program/view_commands.h"
 
 namespace vexa {
 namespace {
+
+using diagram::MultiMode;
 
 hodograph::HodographInput InputOf(const Program& program, const Options& set) {
   return {.Sounding = program.Current.Record,
@@ -20,21 +23,21 @@ hodograph::HodographInput InputOf(const Program& program, const Options& set) {
           .Compared = program.Compared};
 }
 
-// As the window shows it, the soundings laid over it only where they are wanted.
-template <bool kWithOthers>
+// As the window shows it: the part, the lines over it and, in their modes, the other soundings.
+template <MultiMode kMode>
 Picture Diagram(const Program& program, const Options& set) {
-  std::vector<diagram::OverlaySounding> others;
-  if (kWithOthers) {
-    for (const SoundingRecord& other : program.Others) others.push_back({&other});
-  }
   const std::optional<Picture> small = hodograph::PlotSmallHodograph(InputOf(program, set));
-  std::optional<diagram::SoundingPlot> plot =
-      diagram::PlotSounding({.Sounding = program.Current.Record,
-                             .Results = program.Results,
-                             .Set = set,
-                             .Others = std::move(others),
-                             .Hodograph = small ? &*small : nullptr,
-                             .Configuration = ConfigurationCaption(program.Settings)});
+  diagram::PlotInput input{.Sounding = program.Current.Record,
+                           .Results = program.Results,
+                           .Set = set,
+                           .Hodograph = small ? &*small : nullptr,
+                           .Configuration = ConfigurationCaption(program.Settings)};
+  LookAs(program, input);
+  input.Mode = kMode;
+  if (kMode != MultiMode::Single) {
+    for (const SoundingRecord& other : program.Others) input.Others.push_back({&other});
+  }
+  std::optional<diagram::SoundingPlot> plot = diagram::PlotSounding(input);
   return plot ? std::move(plot->Page) : Picture{};
 }
 
@@ -57,10 +60,11 @@ bool HasSounding(const Program& program) {
   return program.Current.Record.NumTempLevels() > 0;
 }
 bool HasDiagram(const Program& program) {
-  return program.Plot.has_value();
+  return HasSounding(program) || program.Current.Record.NumWindLevels() > 0;
 }
-bool HasOthers(const Program& program) {
-  return HasDiagram(program) && !program.Others.empty();
+template <MultiMode kMode>
+bool IsIn(const Program& program) {
+  return HasSounding(program) && program.View.Mode == kMode && !program.Others.empty();
 }
 bool HasWinds(const Program& program) {
   return program.Current.Record.NumWindLevels() > 0;
@@ -72,8 +76,9 @@ struct PrintRow {
 };
 
 constexpr PrintRow kRows[] = {
-    {{"Sounding", Diagram<false>}, HasDiagram},
-    {{"Overlay", Diagram<true>}, HasOthers},
+    {{"Sounding", Diagram<MultiMode::Single>}, HasDiagram},
+    {{"Overlay", Diagram<MultiMode::Overlay>}, IsIn<MultiMode::Overlay>},
+    {{"Compare", Diagram<MultiMode::Compare>}, IsIn<MultiMode::Compare>},
     {{"Hodograph", Hodograph}, HasWinds},
     {{"Hodogram3D", Hodogram}, HasWinds},
     {{"SvrWx", Sheet<display::SevereWeatherSheet>}, HasSounding},
@@ -90,6 +95,12 @@ std::vector<PrintDisplay> PrintDisplays(const Program& program) {
     if (row.IsThere(program)) there.push_back(row.Display);
   }
   return there;
+}
+
+std::vector<std::string_view> AllPrintDisplays() {
+  std::vector<std::string_view> names;
+  for (const PrintRow& row : kRows) names.push_back(row.Display.Name);
+  return names;
 }
 
 Options PrintOptions(const Program& program, bool darkLines) {

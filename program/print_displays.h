@@ -20,6 +20,9 @@ struct PrintDisplay {
 /// The displays that the program has something to show of now, the diagram first.
 std::vector<PrintDisplay> PrintDisplays(const Program& program);
 
+/// The names of all displays, those too that there is nothing of now.
+std::vector<std::string_view> AllPrintDisplays();
+
 /// The options under which a display is printed: on white paper, with dark lines where wanted.
 Options PrintOptions(const Program& program, bool darkLines);
 

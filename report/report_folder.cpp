@@ -8,10 +8,11 @@
 #include "core/files.h"
 #include "core/numbers.h"
 #include "core/raw_file.h"
-#include "diagram/sounding_plot.h"
 #include "output/listings.h"
 #include "output/paint/paint.h"
 #include "program/command_line.h"
+#include "program/print_displays.h"
+#include "report/sounding_json.h"
 
 namespace vexa::report {
 namespace {
@@ -27,20 +28,35 @@ struct ReportFile {
   std::function<Outcome<std::string>()> Make;
 };
 
+/// What the files are made from.
+struct ReportSource {
+  const Program& In;
+  const std::string& SourceBytes;
+  std::string_view Writer;
+
+  // Its file is named as it stands in the folder.
+  AnalysedSounding Sounding() const {
+    return {.File = "source/" + In.Current.FileName,
+            .Record = In.Current.Record,
+            .Results = In.Results,
+            .Notes = In.Current.LoadNotes};
+  }
+};
+
 std::string Json(const ReportSource& from) {
   JsonWriter json;
-  WriteJson(json, from.Sounding, from.Set);
+  WriteJson(json, from.Sounding(), from.In.Set);
   return json.Str() + "\n";
 }
 
 std::string Versions(const ReportSource& from, const std::vector<ReportFile>& files) {
   JsonWriter json;
   json.BeginObject();
-  json.Key("program").Text(from.Program);
+  json.Key("program").Text(from.Writer);
   json.Key("version").Text(ProgramVersion());
   json.Key("toolkit").Text(paint::JpegLibraryVersion());
-  json.Key("source").Text(TextFromPath(PathFromText(from.Sounding.File).filename()));
-  json.Key("format").Text(from.Sounding.Record.DataFormat);
+  json.Key("source").Text(from.In.Current.FileName);
+  json.Key("format").Text(from.In.Current.Record.DataFormat);
   json.Key("files").BeginArray();
   for (const ReportFile& file : files) json.Text(file.Name);
   json.EndArray();
@@ -49,19 +65,17 @@ std::string Versions(const ReportSource& from, const std::vector<ReportFile>& fi
 }
 
 std::vector<ReportFile> FilesOf(const ReportSource& from) {
-  const AnalysedSounding& sounding = from.Sounding;
-  const auto picture = [from](const char* extension) {
-    const auto plot = diagram::PlotSounding(
-        {.Sounding = from.Sounding.Record, .Results = from.Sounding.Results, .Set = from.Set});
-    return paint::EncodePicture(plot->Page, extension, kWidthPx, kHeightPx);
+  const Program& program = from.In;
+  const auto picture = [&program](const char* extension) {
+    const Picture page = PrintDisplays(program).front().Draw(program, program.Set);
+    return paint::EncodePicture(page, extension, kWidthPx, kHeightPx);
   };
   std::vector<ReportFile> files = {
-      {"source/" + TextFromPath(PathFromText(sounding.File).filename()),
-       [from] { return from.SourceBytes; }},
-      {"sounding.RAW", [from] { return WriteRaw(from.Sounding.Record); }},
+      {"source/" + program.Current.FileName, [from] { return from.SourceBytes; }},
+      {"sounding.RAW", [&program] { return WriteRaw(program.Current.Record); }},
       {std::string(kSettingsReportName),
-       [from] {
-         return SettingsReport(from.Set,
+       [&program] {
+         return SettingsReport(program.Set,
                                {.Version = std::string(ProgramVersion()),
                                 .Resolution = Shortest(kWidthPx) + "x" + Shortest(kHeightPx)});
        }},
@@ -70,28 +84,34 @@ std::vector<ReportFile> FilesOf(const ReportSource& from) {
       {"diagram.png", [picture] { return picture("png"); }},
   };
   for (const output::ListingRow& row : output::Listings()) {
-    files.push_back({std::string(row.File), [from, &row]() -> Outcome<std::string> {
-                       const output::ListingSource source{from.Sounding.Record,
-                                                          from.Sounding.Results, from.Set};
-                       output::ListingLines lines = output::PageHeader(source, {});
-                       lines.emplace_back();
-                       for (std::string& line : row.Make(source)) lines.push_back(std::move(line));
-                       return output::ListingFileText(lines);
-                     }});
+    files.push_back(
+        {std::string(row.File), [&program, &row]() -> Outcome<std::string> {
+           const output::ListingSource source{program.Current.Record, program.Results, program.Set};
+           output::ListingLines lines = output::PageHeader(source, {});
+           lines.emplace_back();
+           for (std::string& line : row.Make(source)) lines.push_back(std::move(line));
+           return output::ListingFileText(lines);
+         }});
   }
   return files;
 }
 
 }  // namespace
 
-std::optional<Fault> WriteReportFolder(const ReportSource& from, const fs::path& folder) {
+std::optional<Fault> WriteReport(const Program& program, const fs::path& folder,
+                                 std::string_view writer) {
+  if (PrintDisplays(program).empty()) {
+    return Fault{kFaultUnusable, "WriteReport", "there is no sounding"};
+  }
+  const Outcome<std::string> source = ReadFile(program.Current.FilePath());
+  if (!source) return source.Error();
   std::error_code failed;
   fs::create_directories(folder / "source", failed);
   if (failed) {
-    return Fault{kFaultPathAccess, "WriteReportFolder",
-                 TextFromPath(folder) + ": " + failed.message()};
+    return Fault{kFaultPathAccess, "WriteReport", TextFromPath(folder) + ": " + failed.message()};
   }
-  std::vector<ReportFile> files = FilesOf(from);
+  const ReportSource from{program, source.Value(), writer};
+  const std::vector<ReportFile> files = FilesOf(from);
   for (const ReportFile& file : files) {
     const Outcome<std::string> bytes = file.Make();
     if (!bytes) return bytes.Error();

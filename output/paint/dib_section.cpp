@@ -103,7 +103,7 @@ std::string TextOf(const Picture& picture) {
 }
 
 std::string JpegLibraryVersion() {
-  return std::string("JPEG by Qt ") + qVersion();
+  return std::string("JPEG by ") + VEXA_JPEG_LIBRARY + ", Qt " + qVersion();
 }
 
 }  // namespace vexa::paint

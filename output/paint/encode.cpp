@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <cctype>
-#include <QBuffer>
-#include <QByteArray>
+#include <optional>
 #include <QColor>
 #include <QMarginsF>
 #include <QPageLayout>
@@ -10,13 +9,22 @@
 #include <QPdfWriter>
 #include <string>
 
+#include "core/files.h"
 #include "output/paint/paint.h"
+#include "output/paint/pdf.h"
 
 namespace vexa::paint {
 namespace {
 
-constexpr int kPdfDpi = 1200;
 constexpr double kPointsPerInch = 72;
+
+// "jpg" of "JPEG".
+std::string KindOf(std::string extension) {
+  std::ranges::transform(extension, extension.begin(), [](unsigned char letter) {
+    return static_cast<char>(std::tolower(letter));
+  });
+  return extension == "jpeg" ? "jpg" : extension;
+}
 
 Fault Failed(const std::string& reason) {
   return {kFaultDiskFull, "EncodePicture", reason};
@@ -33,34 +41,26 @@ Outcome<std::string> EncodeImage(const Picture& picture, const std::string& kind
 }
 
 Outcome<std::string> EncodePdf(const Picture& picture, int widthPx, int heightPx, double dpi) {
-  QByteArray bytes;
-  QBuffer buffer(&bytes);
-  buffer.open(QIODevice::WriteOnly);
-  QPdfWriter writer(&buffer);
-  writer.setCreator(QStringLiteral("VEXA"));
-  writer.setResolution(kPdfDpi);
-  const QSizeF sizePt(widthPx * kPointsPerInch / dpi, heightPx * kPointsPerInch / dpi);
-  writer.setPageLayout(QPageLayout(QPageSize(sizePt, QPageSize::Point, {}, QPageSize::ExactMatch),
-                                   QPageLayout::Portrait, QMarginsF(0, 0, 0, 0)));
-  QPainter painter;
-  if (!painter.begin(&writer)) return Failed("the document cannot be made");
-  const QRectF page(0, 0, writer.width(), writer.height());
-  const Color paper = picture.Paper();
-  painter.fillRect(page, QColor(paper.Red, paper.Green, paper.Blue));
-  Paint(picture, painter, page);
-  if (!painter.end()) return Failed("the document cannot be made");
-  return bytes.toStdString();
+  return MakePdf([&](QPdfWriter& writer) -> std::optional<Fault> {
+    const QSizeF sizePt(widthPx * kPointsPerInch / dpi, heightPx * kPointsPerInch / dpi);
+    writer.setPageLayout(QPageLayout(QPageSize(sizePt, QPageSize::Point, {}, QPageSize::ExactMatch),
+                                     QPageLayout::Portrait, QMarginsF(0, 0, 0, 0)));
+    QPainter painter;
+    if (!painter.begin(&writer)) return Failed("the document cannot be made");
+    const QRectF page(0, 0, writer.width(), writer.height());
+    const Color paper = picture.Paper();
+    painter.fillRect(page, QColor(paper.Red, paper.Green, paper.Blue));
+    Paint(picture, painter, page);
+    if (!painter.end()) return Failed("the document cannot be made");
+    return std::nullopt;
+  });
 }
 
 }  // namespace
 
 Outcome<std::string> EncodePicture(const Picture& picture, const std::string& extension,
                                    int widthPx, int heightPx, const ImageSettings& settings) {
-  std::string kind = extension;
-  std::ranges::transform(kind, kind.begin(), [](unsigned char letter) {
-    return static_cast<char>(std::tolower(letter));
-  });
-  if (kind == "jpeg") kind = "jpg";
+  const std::string kind = KindOf(extension);
   if (kind == "svg") return ToSvg(picture, widthPx, heightPx);
   if (kind == "pdf") return EncodePdf(picture, widthPx, heightPx, settings.Dpi);
   if (kind == "png" || kind == "jpg" || kind == "bmp") {
@@ -68,6 +68,20 @@ Outcome<std::string> EncodePicture(const Picture& picture, const std::string& ex
   }
   return Fault{kFaultBadFileName, "EncodePicture",
                "\"" + extension + "\" is none of png, jpg, bmp, svg, pdf"};
+}
+
+std::optional<Fault> SavePicture(const Picture& picture, const std::filesystem::path& path,
+                                 int widthPx, int heightPx, const ImageSettings& settings) {
+  std::string extension = TextFromPath(path.extension());
+  if (!extension.empty()) extension.erase(0, 1);
+  const Outcome<std::string> bytes = EncodePicture(picture, extension, widthPx, heightPx, settings);
+  if (!bytes) return bytes.Error();
+  std::optional<Fault> fault = SaveFile(path, bytes.Value());
+  if (fault && KindOf(extension) == "jpg") {
+    fault->Procedure = "SavePicture";
+    fault->Detail = kJpegSaveFailed + fault->Detail;
+  }
+  return fault;
 }
 
 }  // namespace vexa::paint

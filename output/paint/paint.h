@@ -2,6 +2,7 @@
 // painter besides the SVG text; it takes no decision about what is shown.
 #pragma once
 
+#include <filesystem>
 #include <optional>
 #include <QString>
 #include <string>
@@ -28,5 +29,12 @@ QImage ToImage(const Picture& picture, int widthPx, int heightPx);
 /// settings  a PDF page measures the size at the resolution; SVG has none
 Outcome<std::string> EncodePicture(const Picture& picture, const std::string& extension,
                                    int widthPx, int heightPx, const ImageSettings& settings = {});
+
+/// Writes the picture file that a path's ending says. Faults as of EncodePicture, and 61, 75, 76
+/// when it cannot be written, that of a JPEG file with kJpegSaveFailed before the reason; nothing
+/// is written then.
+[[nodiscard]] std::optional<Fault> SavePicture(const Picture& picture,
+                                               const std::filesystem::path& path, int widthPx,
+                                               int heightPx, const ImageSettings& settings = {});
 
 }  // namespace vexa::paint

@@ -1,8 +1,6 @@
 #include "output/paint/print.h"
 
 #include <algorithm>
-#include <QBuffer>
-#include <QByteArray>
 #include <QMarginsF>
 #include <QPageLayout>
 #include <QPageSize>
@@ -12,6 +10,7 @@
 
 #include "core/numbers.h"
 #include "output/paint/paint.h"
+#include "output/paint/pdf.h"
 
 namespace vexa::paint {
 namespace {
@@ -34,12 +33,14 @@ bool SetPaper(QPagedPaintDevice& device, const Picture& page, double unitsPerPoi
   return device.setPageLayout(layout);
 }
 
+Fault PaperRefused() {
+  return Failed(kSetPrinterFailed + Shortest(kFaultPrinter));
+}
+
 std::optional<Fault> PrintPages(std::span<const Picture> pages, double unitsPerPoint,
                                 QPagedPaintDevice& device, Progress progress) {
   if (pages.empty()) return Failed("there is nothing to print");
-  if (!SetPaper(device, pages.front(), unitsPerPoint)) {
-    return Failed("the paper is not one of the printer's");
-  }
+  if (!SetPaper(device, pages.front(), unitsPerPoint)) return PaperRefused();
   QPainter painter;
   if (!painter.begin(&device)) return Failed("the printer cannot be opened");
   const std::string total = Shortest(static_cast<int>(pages.size()));
@@ -56,16 +57,8 @@ std::optional<Fault> PrintPages(std::span<const Picture> pages, double unitsPerP
 
 Outcome<std::string> PagesAsPdf(std::span<const Picture> pages, double unitsPerPoint,
                                 Progress progress) {
-  QByteArray bytes;
-  {
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    QPdfWriter writer(&buffer);
-    writer.setCreator(QStringLiteral("VEXA"));
-    writer.setResolution(kPrintPdfDpi);
-    if (auto fault = PrintPages(pages, unitsPerPoint, writer, progress)) return *fault;
-  }
-  return bytes.toStdString();
+  return MakePdf(
+      [&](QPdfWriter& writer) { return PrintPages(pages, unitsPerPoint, writer, progress); });
 }
 
 }  // namespace vexa::paint

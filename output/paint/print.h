@@ -14,15 +14,19 @@ namespace vexa::paint {
 
 inline constexpr const char* kPrintCancelled = "Cancelling Print";
 
-/// Resolution of PDF files, dots per inch.
-inline constexpr int kPrintPdfDpi = 1200;
+/// Before the number of the fault, when the device refuses the paper or its orientation.
+inline constexpr const char* kSetPrinterFailed = "SetPrinter Failed. Error code: ";
 
 /// Sets the device's paper to the page's size, which is given in units of so many a point, without
 /// margins: pages bring their own.
 bool SetPaper(QPagedPaintDevice& device, const Picture& page, double unitsPerPoint);
 
-/// Paints every page, each on a sheet of its own. Fault 482 when the device fails and, with
-/// kPrintCancelled, when the user stops between two pages.
+/// The fault to tell when SetPaper was in vain: kSetPrinterFailed and its number.
+Fault PaperRefused();
+
+/// Paints every page, each on a sheet of its own. Fault 482 when the device fails, with
+/// kSetPrinterFailed when it takes neither the paper nor its orientation, with kPrintCancelled when
+/// the user stops between two pages.
 [[nodiscard]] std::optional<Fault> PrintPages(std::span<const Picture> pages, double unitsPerPoint,
                                               QPagedPaintDevice& device, Progress progress = {});
 

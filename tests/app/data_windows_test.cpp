@@ -24,6 +24,7 @@
 #include "core/raw_file.h"
 #include "core/source_text.h"
 #include "output/data_print.h"
+#include "output/paint/paint.h"
 #include "support/soundings.h"
 
 namespace vexa {
@@ -241,8 +242,8 @@ TEST_F(DataWindowsTest, ImagesAreSavedAtTheChosenSize) {
   In<QSpinBox>(window, "ImageDpi").setValue(300);
   In<QSpinBox>(window, "JpegQuality").setValue(30);
   const auto save = [&](const std::string& name, const paint::ImageSettings& settings) {
-    return SaveImageAs(program.Plot->Page, TextFromPath(folder.Path() / name), window.SizePx(),
-                       settings);
+    return paint::SavePicture(program.Plot->Page, folder.Path() / name, window.SizePx().width(),
+                              window.SizePx().height(), settings);
   };
   EXPECT_FALSE(save("a.png", window.Settings()));
   const QImage image(QString::fromStdString(TextFromPath(folder.Path() / "a.png")));
@@ -254,6 +255,10 @@ TEST_F(DataWindowsTest, ImagesAreSavedAtTheChosenSize) {
   EXPECT_TRUE(save("a.xyz", {}));
   EXPECT_TRUE(save("noending", {}));
   EXPECT_EQ(Text("noending"), "no file");
+  const auto fault = save("no/folder.JPG", {});
+  ASSERT_TRUE(fault);
+  EXPECT_TRUE(fault->Detail.starts_with("Failed to save to JPG ")) << fault->Detail;
+  EXPECT_TRUE(In<QLabel>(window, "JpegLibrary").text().contains("JPEG"));
 }
 
 TEST_F(DataWindowsTest, AFileOfSeveralSoundingsAsksWhich) {

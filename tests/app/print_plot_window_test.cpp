@@ -6,12 +6,16 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPdfWriter>
 #include <QSpinBox>
 #include <set>
+#include <utility>
 
 #include "app/output_actions.h"
 #include "core/files.h"
 #include "output/paint/paint.h"
+#include "output/paint/print.h"
+#include "program/view_commands.h"
 #include "support/soundings.h"
 
 namespace vexa {
@@ -93,9 +97,57 @@ TEST_F(PrintPlotTest, EveryDisplayIsOfferedAndTitleAndDarkLinesAreRemembered) {
   PrintPlotWindow again(program);
   EXPECT_EQ(again.findChild<QLineEdit*>("PrintTitle")->text(), "Case of the week");
   EXPECT_TRUE(again.findChild<QCheckBox*>("DarkLines")->isChecked());
+}
+
+TEST_F(PrintPlotTest, WhatTheDiagramShowsIsPrinted) {
+  const auto labels = [&](const char* display) {
+    PrintPlotWindow window(program);
+    auto* box = window.findChild<QComboBox*>("DisplayToPrint");
+    EXPECT_GE(box->findText(display), 0) << display;
+    box->setCurrentText(display);
+    return paint::TextOf(window.Pages().front());
+  };
   program.Others.push_back(test::ReferenceWinter());
-  EXPECT_GE(PrintPlotWindow(program).findChild<QComboBox*>("DisplayToPrint")->findText("Overlay"),
-            0);
+  for (const auto& [mode, name] : {std::pair(diagram::MultiMode::Overlay, "Overlay"),
+                                   std::pair(diagram::MultiMode::Compare, "Compare")}) {
+    program.View.Mode = mode;
+    EXPECT_NE(labels(name).find("Reference B, winter"), std::string::npos) << name;
+    EXPECT_EQ(labels("Sounding").find("Reference B, winter"), std::string::npos);
+  }
+  program.View = {};
+  const std::string whole = labels("Sounding");
+  const Rect frame = program.Plot->Mapping.Frame();
+  Refresh(program, ZoomTo(program, {frame.Left, frame.Top, frame.Left + 2000, frame.Top + 2000}));
+  EXPECT_NE(labels("Sounding"), whole) << "the part on the screen is printed";
+  program.Current.LoadNotes = {"a wind without a height is left out"};
+  EXPECT_NE(labels("Notes").find("without a height"), std::string::npos);
+  EXPECT_NE(labels("NotePad").find("VEXA 5.7"), std::string::npos);
+}
+
+TEST_F(PrintPlotTest, TheSheetIsRememberedAndADamagedFileDoesNoHarm) {
+  PrintPlotWindow window(program);
+  window.findChild<QComboBox*>("Orientation")->setCurrentText("Landscape");
+  window.findChild<QComboBox*>("Paper")->setCurrentText("A4");
+  window.findChild<QCheckBox*>("IncludeDataType")->setChecked(false);
+  EXPECT_FALSE(window.PrintToPdf(folder.Path() / "one.pdf"));
+  EXPECT_EQ(PrintPlotWindow(program).Request().Setup, window.Request().Setup);
+  EXPECT_FALSE(SaveFile(folder.Path() / "PRINTER.DAT", "Paper = Papyrus\r\nno sense\r\n\r\n= "));
+  EXPECT_EQ(PrintPlotWindow(program).Request().Setup, output::PrintSetup{});
+}
+
+/// Takes no other paper than its own, as printers may.
+class StubbornPrinter : public QPdfWriter {
+ public:
+  using QPdfWriter::QPdfWriter;
+  bool setPageLayout(const QPageLayout&) override { return false; }
+};
+
+TEST_F(PrintPlotTest, APrinterThatRefusesThePaperIsNamed) {
+  StubbornPrinter printer(QString::fromStdString(TextFromPath(folder.Path() / "out.pdf")));
+  const std::vector<Picture> pages(1, Picture(6120, 7920, {255, 255, 255}));
+  const auto fault = paint::PrintPages(pages, output::kUnitsPerPoint, printer);
+  ASSERT_TRUE(fault);
+  EXPECT_EQ(fault->Detail, "SetPrinter Failed. Error code: 482");
 }
 
 TEST_F(PrintPlotTest, CopyingTellsTheUser) {

@@ -67,7 +67,7 @@ TEST_F(CommandLine, WrongUsageEndsWith2AndSaysWhy) {
       {"two files, one output", {"plot", file, file, "-o", "a.svg"}, "{name}"},
       {"size", {"plot", file, "-o", "a.svg", "--size", "0x9"}, "20000"},
       {"diagram", {"plot", file, "-o", "a.svg", "--diagram", "stuve"}, "tephigram"},
-      {"display", {"plot", file, "-o", "a.svg", "--display", "map"}, "hodogram"},
+      {"display", {"plot", file, "-o", "a.svg", "--display", "map"}, "Hodogram3D"},
       {"unknown key", {"plot", file, "-o", "a.svg", "--set", "Colour=1"}, "no option"},
       {"out of range", {"analyze", file, "--set", "Search depth=20"}, "50 to 500"},
   };

@@ -3,12 +3,16 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <filesystem>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "analysis/analysis.h"
+#include "cli/commands.h"
 #include "cli/qt_start.h"
 #include "core/files.h"
+#include "core/raw_file.h"
 #include "diagram/sounding_plot.h"
 #include "output/paint/print.h"
 #include "output/print_pages.h"
@@ -107,6 +111,77 @@ TEST(Print, StoppingSaysSoAndPrintsNothingMore) {
   ASSERT_FALSE(bytes);
   EXPECT_EQ(bytes.Error().Detail, "Cancelling Print");
   EXPECT_EQ(user.Statuses.size(), 3u);
+}
+
+/// Runs a command line; gives its exit code and what it wrote to the error output.
+std::pair<int, std::string> RunWords(const std::vector<std::string>& words) {
+  std::string errors;
+  cli::Console console{[](std::string_view) {}, [&](std::string_view text) { errors += text; }};
+  const int exit = cli::RunCommandLine(words, console);
+  return {exit, errors};
+}
+
+TEST(PrintCommand, PutsWhatIsAskedForInOneDocument) {
+  if (std::system("pdftotext -v > /dev/null 2>&1") != 0) GTEST_SKIP() << "no pdftotext";
+  const test::TemporaryFolder folder;
+  const auto in = [&](const char* name) { return TextFromPath(folder.Path() / name); };
+  ASSERT_FALSE(SaveFile(in("a.RAW"), WriteRaw(test::ReferenceConvective())));
+  ASSERT_FALSE(SaveFile(in("b.RAW"), WriteRaw(test::ReferenceWinter())));
+  const auto [exit, errors] =
+      RunWords({"print", in("a.RAW"), in("none.RAW"), in("b.RAW"), "-o", in("out.pdf"), "-d",
+                "hodograph", "-d", "cape", "-d", "NotePad", "--orientation", "landscape", "--paper",
+                "a4", "--no-coordinates", "--title", "Two cases"});
+  EXPECT_EQ(exit, cli::kExitInputFailed);
+  EXPECT_NE(errors.find("none.RAW does not exist"), std::string::npos) << errors;
+  const std::string text = TextOfPdf(ReadFile(in("out.pdf")).Value(), folder.Path());
+  const auto times = [&text](std::string_view part) {
+    int count = 0;
+    for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) {
+      ++count;
+    }
+    return count;
+  };
+  EXPECT_EQ(times("Integrated data levels: "), times("\f")) << "every page has its header";
+  EXPECT_EQ(times("Two cases"), 2) << "over the hodographs alone";
+  EXPECT_EQ(times("(layer)"), 2);
+  for (const char* part : {"Two cases", "Reference A, convective", "Reference B, winter",
+                           "Integrated data levels: ", "(layer)", "\"VEXA 5.7\""}) {
+    EXPECT_NE(text.find(part), std::string::npos) << part;
+  }
+  EXPECT_EQ(text.find("Elev: "), std::string::npos);
+
+  const std::pair<std::vector<std::string>, const char*> wrong[] = {
+      {{"print", in("a.RAW")}, "-o"},
+      {{"print", in("a.RAW"), "-o", in("x.pdf"), "--paper", "a3"}, "letter, legal or a4"},
+      {{"print", in("a.RAW"), "-o", in("x.pdf"), "--orientation", "up"}, "portrait or landscape"},
+      {{"print", in("a.RAW"), "-o", in("x.pdf"), "-d", "map"}, "IndicesData"},
+  };
+  for (const auto& [words, said] : wrong) {
+    const auto [code, why] = RunWords(words);
+    EXPECT_EQ(code, cli::kExitUsage);
+    EXPECT_NE(why.find(said), std::string::npos) << why;
+  }
+  EXPECT_EQ(RunWords({"print", in("a.RAW"), "-o", in("x.pdf"), "-d", "overlay"}).first,
+            cli::kExitInputFailed);
+  EXPECT_FALSE(std::filesystem::exists(in("x.pdf")));
+}
+
+TEST(PrintCommand, DocumentsAreSmallAndTheirTextsCanBeSelected) {
+  const test::TemporaryFolder folder;
+  const auto in = [&](const char* name) { return TextFromPath(folder.Path() / name); };
+  ASSERT_FALSE(SaveFile(in("a.RAW"), WriteRaw(test::ReferenceConvective())));
+  for (const char* display : {"sounding", "hodograph", "svrwx", "winter", "layeranalyzer"}) {
+    SCOPED_TRACE(display);
+    for (const char* name : {"a.svg", "a.pdf"}) {
+      ASSERT_EQ(RunWords({"plot", in("a.RAW"), "-o", in(name), "--display", display}).first, 0);
+      const std::string bytes = ReadFile(in(name)).Value();
+      EXPECT_LT(bytes.size(), 1'000'000u);
+      const bool isPdf = bytes.starts_with("%PDF");
+      if (isPdf && std::system("pdftotext -v > /dev/null 2>&1") != 0) continue;
+      const std::string text = isPdf ? TextOfPdf(bytes, folder.Path()) : bytes;
+      EXPECT_NE(text.find("Reference A"), std::string::npos) << text.substr(0, 500);
+    }
+  }
 }
 
 }  // namespace

@@ -160,9 +160,14 @@ TEST(DataDump, OpensAgainAsTheSameSounding) {
   };
   SoundingRecord unknown = test::Profile({{900, 10, 999.9}, {500, -20, 999.9}});
   SetElevationUnknown(unknown);
+  unknown.LatHemi.clear();
+  unknown.LonHemi.clear();
+  unknown.LatSigned = unknown.LonSigned = 0;
+  SoundingRecord gulf = test::Profile({{900, 10, 5}, {500, -20, -30}});
+  SetDecimalPosition(gulf, 0, -0.25);
   for (const Case& c : cases) {
     for (const SoundingRecord& record :
-         {test::ReferenceConvective(), test::ReferenceWinter(), unknown}) {
+         {test::ReferenceConvective(), test::ReferenceWinter(), unknown, gulf}) {
       SCOPED_TRACE(std::string(c.about) + ", " + record.StationTitle);
       Options options;
       options.System.Dump = c.dump;
@@ -174,6 +179,8 @@ TEST(DataDump, OpensAgainAsTheSameSounding) {
       EXPECT_EQ(read.StationTitle, record.StationTitle);
       EXPECT_EQ(read.ElevM, record.ElevM);
       EXPECT_EQ(read.ElevUnknown, record.ElevUnknown);
+      EXPECT_EQ(read.LatHemi, record.LatHemi);
+      EXPECT_EQ(read.LonHemi, record.LonHemi);
       EXPECT_NEAR(read.LatSigned, record.LatSigned, 1e-4);
       EXPECT_NEAR(read.LonSigned, record.LonSigned, 1e-4);
       EXPECT_EQ(read.Press, record.Press);

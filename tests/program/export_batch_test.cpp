@@ -117,6 +117,18 @@ TEST_F(ExportBatchTest, WhatStoodThereSurvivesFailure) {
   EXPECT_EQ(Text("out.txt"), "earlier");
 }
 
+TEST_F(ExportBatchTest, StationsThatGiveANumberAloneAreLookedUp) {
+  StationList stations;
+  ASSERT_FALSE(
+      stations.Add({.Number = 1234, .Name = "Test", .ElevM = 17, .Lat = 59.5, .Lon = 5.25}));
+  const std::vector<std::string> files = {
+      TextFromPath(test::TestData("coded_bulletins_20240305.txt"))};
+  ExportBatch({.Files = files, .Output = folder_.Path() / "out.txt", .Stations = &stations}, {});
+  EXPECT_NE(Text("out.txt").find("ELEVATION (M) = 17\r\nLAT/LONG = 59.5  5.25\r\n"),
+            std::string::npos)
+      << Text("out.txt").substr(0, 200);
+}
+
 /// Chooses a file and takes every box.
 class Chooser : public SilentInteraction {
  public:

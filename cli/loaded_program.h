@@ -1,0 +1,38 @@
+// The program as the window has it when it has opened one file, so that a command draws, prints and
+// exports what the window would.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "cli/commands.h"
+#include "cli/settings.h"
+#include "core/fault.h"
+#include "core/interaction.h"
+#include "core/station_list.h"
+#include "program/program.h"
+
+namespace vexa::cli {
+
+/// Settings and, where --root names one, the program folder that they came from.
+struct CommandSetup {
+  SettingsStore Settings{};
+  std::filesystem::path Root{};
+  StationList Stations{};  // of the root; without one those of the command line
+};
+Outcome<CommandSetup> SetupOf(const Arguments& arguments, Console& console);
+
+/// A program with one sounding in work, analysed and not yet drawn.
+class LoadedProgram {
+ public:
+  explicit LoadedProgram(const CommandSetup& setup);
+  std::optional<Fault> Load(const std::string& file);
+  const Program& Get() const { return program_; }
+
+ private:
+  SilentInteraction quiet_{};
+  Program program_{};
+};
+
+}  // namespace vexa::cli

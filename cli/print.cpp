@@ -1,0 +1,155 @@
+// `print`: displays and listings on the pages that the print window makes, as one PDF document.
+#include <algorithm>
+#include <cctype>
+#include <iterator>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "cli/commands.h"
+#include "cli/loaded_program.h"
+#include "cli/qt_start.h"
+#include "core/files.h"
+#include "output/paint/print.h"
+#include "program/print_displays.h"
+#include "program/print_work.h"
+
+namespace vexa::cli {
+namespace {
+
+constexpr ArgumentRow kOptions[] = {
+    {"--output", "-o", "OUT", "PDF document to write"},
+    {"--display", "-d", "NAME",
+     "display, text or listing to print, \"Sounding\" without it; may be repeated"},
+    {"--all-listings", "", "", "prints the seven listings too"},
+    {"--paper", "", "SIZE", "letter, legal or a4"},
+    {"--orientation", "", "TURN", "portrait or landscape"},
+    {"--title", "", "TEXT", "a line above the header of displays"},
+    {"--dark-lines", "", "", "draws with dark lines"},
+    {"--no-data-type", "", "", "leaves data type and number of levels out of the header"},
+    {"--no-coordinates", "", "", "leaves coordinates and elevation out of the header"},
+    kRootOption,
+    {"--set", "", "\"KEY=VALUE\"", "sets an option by its label; may be repeated"},
+};
+
+std::string Lower(std::string_view text) {
+  std::string lower(text);
+  std::ranges::transform(lower, lower.begin(), [](unsigned char letter) {
+    return static_cast<char>(std::tolower(letter));
+  });
+  return lower;
+}
+
+// Sets an enum by an option's word, in any case; false when the word is none of its.
+template <class E>
+bool TakeWord(const Arguments& arguments, std::string_view option, E& into) {
+  const std::optional<std::string> given = arguments.Value(option);
+  if (!given) return true;
+  const auto words = output::Words(into);
+  const auto found = std::ranges::find_if(
+      words, [&](std::string_view word) { return Lower(word) == Lower(*given); });
+  if (found == words.end()) return false;
+  into = static_cast<E>(found - words.begin());
+  return true;
+}
+
+// The printed name that a word means: a name in any case, or a listing's word of `list`.
+std::optional<std::string> NameOf(std::string_view word) {
+  if (const output::ListingRow* row = output::FindListing(Lower(word))) {
+    return std::string(row->Name);
+  }
+  for (const std::string_view name : AllPrintableNames()) {
+    if (Lower(name) == Lower(word)) return std::string(name);
+  }
+  return std::nullopt;
+}
+
+/// What was asked for: the sheet, and a request for each name.
+struct Asked {
+  PrintRequest Print{};
+  std::vector<std::string> Names{};
+};
+
+Outcome<Asked> ReadRequest(const Arguments& arguments, const CommandSetup& setup) {
+  const auto wrong = [](std::string detail) {
+    return Fault{kFaultInvalidValue, "ReadRequest", std::move(detail)};
+  };
+  Asked asked;
+  PrintRequest& print = asked.Print;
+  if (!setup.Root.empty()) print.Setup = ReadPrinterFile(setup.Root);
+  const SystemOptions& system = setup.Settings.Set.System;
+  print.Title = arguments.Value("--title").value_or(system.PrintTitleMemory);
+  print.DarkLines = system.DarklinesMemory || arguments.Has("--dark-lines");
+  if (!TakeWord(arguments, "--paper", print.Setup.Sheet)) {
+    return wrong("--paper takes letter, legal or a4");
+  }
+  if (!TakeWord(arguments, "--orientation", print.Setup.Turn)) {
+    return wrong("--orientation takes portrait or landscape");
+  }
+  if (arguments.Has("--no-data-type")) print.Setup.Header.DataType = false;
+  if (arguments.Has("--no-coordinates")) print.Setup.Header.Coordinates = false;
+  if (arguments.Has("--all-listings")) print.Setup.AllListings = true;
+  for (const std::string& word : arguments.Values("--display")) {
+    const std::optional<std::string> name = NameOf(word);
+    if (!name) {
+      std::string names;
+      for (const std::string_view one : AllPrintableNames()) names += " " + std::string(one);
+      return wrong("nothing to print is called \"" + word + "\"; there are" + names);
+    }
+    asked.Names.push_back(*name);
+  }
+  if (asked.Names.empty()) asked.Names.push_back(print.Display);
+  return asked;
+}
+
+std::optional<Fault> AddPages(const std::string& file, LoadedProgram& loaded, const Asked& asked,
+                              std::vector<Picture>& pages) {
+  if (auto fault = loaded.Load(file)) return fault;
+  PrintRequest request = asked.Print;
+  for (std::size_t i = 0; i < asked.Names.size(); ++i) {
+    request.Display = asked.Names[i];
+    // All seven follow the last name.
+    request.Setup.AllListings = asked.Print.Setup.AllListings && i + 1 == asked.Names.size();
+    std::vector<Picture> more = PagesToPrint(loaded.Get(), request);
+    if (more.empty()) {
+      return Fault{kFaultInvalidValue, "AddPages", "there is no " + request.Display + " of it"};
+    }
+    std::ranges::move(more, std::back_inserter(pages));
+  }
+  return std::nullopt;
+}
+
+int RunPrint(const Arguments& arguments, Console& console) {
+  const std::optional<std::string> output = arguments.Value("--output");
+  if (!output) return UsageError(console, kPrintCommand, "no output is given with -o");
+  const Outcome<CommandSetup> setup = SetupOf(arguments, console);
+  if (!setup) return UsageError(console, kPrintCommand, setup.Error().Detail);
+  const Outcome<Asked> asked = ReadRequest(arguments, setup.Value());
+  if (!asked) return UsageError(console, kPrintCommand, asked.Error().Detail);
+  const QtSession toolkit;
+  LoadedProgram loaded(setup.Value());
+  int exitCode = kExitOk;
+  std::vector<Picture> pages;
+  for (const std::string& file : arguments.Files) {
+    if (const auto fault = AddPages(file, loaded, asked.Value(), pages)) {
+      ReportFault(console, file, *fault);
+      exitCode = kExitInputFailed;
+    }
+  }
+  if (pages.empty()) return exitCode;
+  const Outcome<std::string> bytes = paint::PagesAsPdf(pages, output::kUnitsPerPoint);
+  const std::optional<Fault> fault =
+      bytes ? SaveFile(PathFromText(*output), bytes.Value()) : std::optional(bytes.Error());
+  if (!fault) return exitCode;
+  ReportFault(console, *output, *fault);
+  return kExitInputFailed;
+}
+
+}  // namespace
+
+const Command kPrintCommand = {"print", "FILE... -o OUT.pdf [options]",
+                               "Prints displays and listings to a PDF document.", kOptions,
+                               RunPrint};
+
+}  // namespace vexa::cli

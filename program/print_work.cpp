@@ -1,0 +1,204 @@
+#include "program/print_work.h"
+
+#include <algorithm>
+#include <iterator>
+#include <system_error>
+#include <type_traits>
+#include <utility>
+
+#include "core/files.h"
+#include "core/numbers.h"
+#include "core/raw_file.h"
+#include "core/source_text.h"
+#include "ingest/decoder.h"
+#include "program/print_displays.h"
+
+namespace vexa {
+namespace {
+
+using output::ListingLines;
+using output::ListingRow;
+using output::PrintSetup;
+
+output::ListingSource SourceOf(const Program& program) {
+  return {program.Current.Record, program.Results, program.Set};
+}
+
+ListingLines LinesOf(const std::string& bytes) {
+  const SourceText text("text", bytes);
+  ListingLines lines;
+  for (int i = 1; i <= text.LineCount(); ++i) lines.emplace_back(text.Line(i));
+  return lines;
+}
+
+ListingLines NoteLines(const Program& program) {
+  return program.Current.LoadNotes;
+}
+ListingLines RawLines(const Program& program) {
+  const Outcome<ListingLines> lines = SourceLines(program);
+  return lines ? lines.Value() : ListingLines{};
+}
+
+/// A text that is printed under the header as a listing is, while there is any of it.
+struct PrintText {
+  std::string_view Name;
+  ListingLines (*Make)(const Program& program);
+  bool (*IsThere)(const Program& program);
+};
+
+bool HasSounding(const Program& program) {
+  return program.Current.Record.NumTempLevels() > 0;
+}
+
+constexpr PrintText kTexts[] = {
+    {"NotePad", DecodedLines, HasSounding},
+    {"NoteRaw", RawLines,
+     [](const Program& program) {
+       std::error_code ignored;
+       return !program.Current.FileName.empty() &&
+              std::filesystem::is_regular_file(program.Current.FilePath(), ignored);
+     }},
+    {"Notes", NoteLines, [](const Program& program) { return !program.Current.LoadNotes.empty(); }},
+};
+
+std::vector<const ListingRow*> ListingsOf(const PrintRequest& request) {
+  std::vector<const ListingRow*> rows;
+  for (const ListingRow& row : output::Listings()) {
+    if (request.Setup.AllListings || row.Name == request.Display) rows.push_back(&row);
+  }
+  return rows;
+}
+
+/// A line of the printer file: its key and the member it sets.
+struct PrinterLine {
+  std::string_view Key;
+  std::string_view (*Word)(const PrintSetup& setup);
+  void (*Take)(PrintSetup& setup, std::string_view word);
+};
+
+template <auto kMember>
+std::string_view WordOf(const PrintSetup& setup) {
+  return output::Words(setup.*kMember)[static_cast<std::size_t>(setup.*kMember)];
+}
+template <auto kMember>
+void TakeWord(PrintSetup& setup, std::string_view word) {
+  const auto words = output::Words(setup.*kMember);
+  const auto found = std::ranges::find(words, word);
+  if (found == words.end()) return;
+  setup.*kMember =
+      static_cast<std::remove_reference_t<decltype(setup.*kMember)>>(found - words.begin());
+}
+constexpr std::string_view YesOrNo(bool is) {
+  return is ? "Yes" : "No";
+}
+void TakeFlag(bool& flag, std::string_view word) {
+  if (word == YesOrNo(true) || word == YesOrNo(false)) flag = word == YesOrNo(true);
+}
+
+constexpr PrinterLine kPrinterLines[] = {
+    {"Orientation", WordOf<&PrintSetup::Turn>, TakeWord<&PrintSetup::Turn>},
+    {"Paper", WordOf<&PrintSetup::Sheet>, TakeWord<&PrintSetup::Sheet>},
+    {"Include Data Type", [](const PrintSetup& setup) { return YesOrNo(setup.Header.DataType); },
+     [](PrintSetup& setup, std::string_view word) { TakeFlag(setup.Header.DataType, word); }},
+    {"Include Station Coordinates",
+     [](const PrintSetup& setup) { return YesOrNo(setup.Header.Coordinates); },
+     [](PrintSetup& setup, std::string_view word) { TakeFlag(setup.Header.Coordinates, word); }},
+    {"Print all 7 listings", [](const PrintSetup& setup) { return YesOrNo(setup.AllListings); },
+     [](PrintSetup& setup, std::string_view word) { TakeFlag(setup.AllListings, word); }},
+};
+
+constexpr std::string_view kEquals = " = ";
+
+}  // namespace
+
+std::vector<std::string_view> PrintableNames(const Program& program) {
+  std::vector<std::string_view> names;
+  for (const PrintDisplay& there : PrintDisplays(program)) names.push_back(there.Name);
+  for (const PrintText& text : kTexts) {
+    if (text.IsThere(program)) names.push_back(text.Name);
+  }
+  for (const ListingRow& row : output::Listings()) names.push_back(row.Name);
+  return names;
+}
+
+std::vector<std::string_view> AllPrintableNames() {
+  std::vector<std::string_view> names = AllPrintDisplays();
+  for (const PrintText& text : kTexts) names.push_back(text.Name);
+  for (const ListingRow& row : output::Listings()) names.push_back(row.Name);
+  return names;
+}
+
+std::vector<Picture> PagesToPrint(const Program& program, const PrintRequest& request) {
+  const output::ListingSource from = SourceOf(program);
+  const ListingLines header = output::PageHeader(from, request.Setup.Header);
+  std::vector<Picture> pages;
+  for (const PrintDisplay& there : PrintDisplays(program)) {
+    if (there.Name != request.Display) continue;
+    ListingLines above = header;
+    if (!request.Title.empty()) above.insert(above.begin(), request.Title);
+    const Options set = PrintOptions(program, request.DarkLines);
+    pages.push_back(output::DisplayPage(there.Draw(program, set), above, request.Setup));
+  }
+  const auto add = [&pages](std::vector<Picture> more) {
+    std::ranges::move(more, std::back_inserter(pages));
+  };
+  for (const PrintText& text : kTexts) {
+    if (text.Name != request.Display || !text.IsThere(program)) continue;
+    add(output::ListingPages(text.Make(program), header, request.Setup));
+  }
+  add(output::PagesOfListings(ListingsOf(request), from, request.Setup));
+  return pages;
+}
+
+std::optional<Fault> PrepareToPrint(const Program& program, const PrintRequest& request,
+                                    const std::filesystem::path& folder) {
+  const output::ListingSource from = SourceOf(program);
+  for (const ListingRow* row : ListingsOf(request)) {
+    if (auto fault = output::PrepareListing(*row, from, request.Setup.Header, folder)) {
+      return fault;
+    }
+  }
+  return std::nullopt;
+}
+
+ListingLines DecodedLines(const Program& program) {
+  return LinesOf(WriteRaw(program.Current.Record));
+}
+
+Outcome<ListingLines> SourceLines(const Program& program) {
+  std::vector<std::string> notes;
+  const Outcome<SourceText> source = ingest::ReadSource(program.Current.FilePath(), notes);
+  if (!source) return source.Error();
+  return LinesOf(source.Value().Bytes());
+}
+
+PrintSetup ReadPrinterFile(const std::filesystem::path& folder) {
+  PrintSetup setup;
+  const Outcome<std::string> bytes = ReadFile(folder / PathFromText(kPrinterFile));
+  if (!bytes) return setup;
+  for (const std::string& line : LinesOf(bytes.Value())) {
+    const std::size_t equals = line.find(kEquals);
+    if (equals == std::string::npos) continue;
+    const std::string_view key = Trim(std::string_view(line).substr(0, equals));
+    const std::string_view word = Trim(std::string_view(line).substr(equals + kEquals.size()));
+    for (const PrinterLine& row : kPrinterLines) {
+      if (row.Key == key) row.Take(setup, word);
+    }
+  }
+  return setup;
+}
+
+PrintSetup LastPrintSetup(const Program& program) {
+  return program.Where.Root.empty() ? PrintSetup{} : ReadPrinterFile(program.Where.Root);
+}
+
+std::optional<Fault> WritePrinterFile(const std::filesystem::path& folder,
+                                      const PrintSetup& setup) {
+  ListingLines lines;
+  for (const PrinterLine& row : kPrinterLines) {
+    lines.push_back(std::string(row.Key) + std::string(kEquals) + std::string(row.Word(setup)));
+  }
+  return SaveFile(folder / PathFromText(kPrinterFile), output::ListingFileText(lines));
+}
+
+}  // namespace vexa
