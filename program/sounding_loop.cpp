@@ -16,7 +16,9 @@ bool LoadQuietly(Program& program, std::size_t index) {
   bool good = false;
   {
     const Silenced quiet(program.Current);
-    good = commands::LoadOne(program, program.Listed[index]) && program.Current.QcFault == 0;
+    const int inFile = index < program.ListedIndex.size() ? program.ListedIndex[index] : 0;
+    good = commands::LoadOne(program, program.Listed[index], inFile, true) &&
+           program.Current.QcFault == 0;
   }
   if (!good) program.Current = std::move(before);
   return good;
