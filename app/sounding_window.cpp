@@ -16,6 +16,7 @@
 #include <QMenuBar>
 #include <QMimeData>
 #include <QPalette>
+#include <QProgressBar>
 #include <QScrollBar>
 #include <QShortcut>
 #include <QSignalBlocker>
@@ -90,7 +91,12 @@ SoundingWindow::SoundingWindow(Program& program, WindowInteraction& interaction)
       return SoundingChooser::Ask(titles, this);
     };
   }
-  interaction.Attach(this, [this](std::string_view text) { ShowStatus(text); });
+  interaction.Attach(
+      this, [this](std::string_view text) { ShowStatus(text); },
+      [this](double done) {
+        bar_->setValue(static_cast<int>(bar_->maximum() * done));
+        bar_->show();
+      });
   auto* session = new QTimer(this);
   session->setInterval(kKeepSessionMs);
   connect(session, &QTimer::timeout, this, [this] {
@@ -177,6 +183,11 @@ void SoundingWindow::BuildPanels() {
   readout_->setObjectName(QStringLiteral("CursorReadout"));
   readout_->setTextFormat(Qt::PlainText);
   statusBar()->addWidget(progress_, 1);
+  bar_ = new QProgressBar(this);
+  bar_->setObjectName(QStringLiteral("ProgressBar"));
+  bar_->setMaximumWidth(160);
+  bar_->hide();
+  statusBar()->addPermanentWidget(bar_);
   statusBar()->addPermanentWidget(readout_);
   dock_ = new AnalysisDock(program_, this);
   addDockWidget(Qt::RightDockWidgetArea, dock_);
@@ -335,6 +346,7 @@ void SoundingWindow::Show(Changes changes) {
 }
 
 void SoundingWindow::ShowState() {
+  bar_->hide();
   setWindowTitle(ToQString(SoundingBanner(program_)));
   view_->Show(program_.Plot ? &program_.Plot->Page : nullptr);
   control_->Follow();
