@@ -132,6 +132,7 @@ std::vector<Picture> PrintPlotWindow::Pages() const {
   for (const PrintDisplay& there : PrintDisplays(program_)) {
     if (display_->currentText() != ToQString(there.Name)) continue;
     output::ListingLines header = output::PageHeader(from, setup.Header);
+    if (!there.Heading.empty()) header.insert(header.begin(), std::string(there.Heading));
     if (!title_->text().isEmpty()) header.insert(header.begin(), title_->text().toStdString());
     const Options set = PrintOptions(program_, darkLines_->isChecked());
     pages.push_back(output::DisplayPage(there.Draw(program_, set), header, setup));

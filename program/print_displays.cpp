@@ -75,7 +75,7 @@ constexpr PrintRow kRows[] = {
     {{"Sounding", Diagram<false>}, HasDiagram},
     {{"Overlay", Diagram<true>}, HasOthers},
     {{"Hodograph", Hodograph}, HasWinds},
-    {{"Hodogram3D", Hodogram}, HasWinds},
+    {{"Hodogram3D", Hodogram, "HODOGRAM"}, HasWinds},
     {{"SvrWx", Sheet<display::SevereWeatherSheet>}, HasSounding},
     {{"Winter", Sheet<display::WinterWeatherSheet>}, HasSounding},
     {{"LayerAnalyzer", Sheet<display::LayerSheet>}, HasSounding},
@@ -90,6 +90,13 @@ std::vector<PrintDisplay> PrintDisplays(const Program& program) {
     if (row.IsThere(program)) there.push_back(row.Display);
   }
   return there;
+}
+
+std::string_view PrintHeading(std::string_view name) {
+  for (const PrintRow& row : kRows) {
+    if (row.Display.Name == name) return row.Display.Heading;
+  }
+  return {};
 }
 
 Options PrintOptions(const Program& program, bool darkLines) {
