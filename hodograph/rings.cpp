@@ -54,8 +54,8 @@ std::array<Point, 4> LabelledWays(const HodographMapping& at, const std::vector<
   return ways;
 }
 
-// Where a ring's label begins: on the best half axis that the ring still crosses, off the trace
-// where one is.
+// Where a ring's label begins: on the best half axis that the ring still crosses, off the trace;
+// over the trace on the best of all only.
 std::optional<Point> LabelPlace(const HodographMapping& at, std::span<const Point> ways,
                                 double value, double radius, double width, LabelRoom& room) {
   for (const bool overTrace : {false, true}) {
@@ -63,7 +63,8 @@ std::optional<Point> LabelPlace(const HodographMapping& at, std::span<const Poin
       const Point ring{at.Center.X + way.X * radius, at.Center.Y + way.Y * radius};
       const double left = ring.X - RingLabelShift(value) * kDisplayUnit;
       const Rect place{left, ring.Y - kRingText / 2, left + width, ring.Y + kRingText / 2};
-      if (!room.IsFree(place) || (!overTrace && !room.IsOffLines(place))) continue;
+      const bool isLegible = room.IsOffLines(place) || (overTrace && &way == ways.data());
+      if (!room.IsFree(place) || !isLegible) continue;
       room.Take(place);
       return Point{left, ring.Y};
     }
