@@ -5,6 +5,7 @@
 #include <memory>
 #include <QAction>
 #include <QActionGroup>
+#include <QApplication>
 #include <QCloseEvent>
 #include <QDockWidget>
 #include <QDragEnterEvent>
@@ -330,6 +331,7 @@ void SoundingWindow::RestoreDisplays() {
   for (const std::string& name : ReadList(program_.Where.Root, kAnalysisMemory)) {
     if (const Command command = CommandToShow(name); command != Command::None) Run(command);
   }
+  if (QApplication::activeModalWidget() != nullptr) return;  // it stays on top
   raise();
   activateWindow();
 }
@@ -342,7 +344,15 @@ void SoundingWindow::Show(Changes changes) {
     close();
     return;
   }
-  OpenCorrection(program_, this, [this](Changes edited) { Show(edited); });
+  const auto correct = [this] {
+    OpenCorrection(program_, this, [this](Changes edited) { Show(edited); });
+  };
+  // At start the window comes up after its first sounding, and would cover the editor.
+  if (isVisible()) {
+    correct();
+  } else {
+    QTimer::singleShot(0, this, correct);
+  }
 }
 
 void SoundingWindow::ShowState() {

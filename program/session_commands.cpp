@@ -11,6 +11,7 @@
 #include "core/numbers.h"
 #include "program/commands.h"
 #include "program/edit_commands.h"
+#include "program/hodograph_commands.h"
 
 namespace vexa {
 namespace {
@@ -22,6 +23,7 @@ constexpr std::string_view kZoom = "zoom";
 constexpr std::string_view kCursor = "cursor";
 constexpr std::string_view kLocked = "locked level";
 constexpr std::string_view kLines = "lines";
+constexpr std::string_view kStorm = "storm motion";  // by hand or not, direction, knots, held
 
 std::string JoinNumbers(const std::vector<double>& numbers) {
   std::string text;
@@ -68,6 +70,9 @@ Session SessionOf(const Program& program) {
   const auto flag = [](bool on) { return on ? 1.0 : 0.0; };
   add(kLines, {flag(view.Lines.PressHeights), flag(view.Lines.HeightCorrection),
                flag(view.Lines.Contrail), flag(view.Lines.Soaring)});
+  const StormEntry storm = EntryOf(program);
+  add(kStorm,
+      {flag(storm.Mode == Scaling::Manual), storm.Motion.Dir, storm.Motion.Spd, flag(storm.Hold)});
   return session;
 }
 
@@ -103,6 +108,10 @@ void TakeView(Program& program, const Session& session) {
   }
   if (const auto lines = Setting(session, kLines, 4); !lines.empty()) {
     view.Lines = {lines[0] != 0, lines[1] != 0, lines[2] != 0, lines[3] != 0};
+  }
+  if (const auto storm = Setting(session, kStorm, 4); !storm.empty()) {
+    const Scaling mode = storm[0] != 0 ? Scaling::Manual : Scaling::Auto;
+    TakeBack(program, {mode, {storm[1], storm[2]}, storm[3] != 0});
   }
 }
 

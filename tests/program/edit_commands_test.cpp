@@ -316,6 +316,9 @@ TEST_F(EditCommands, ASessionCutOffComesBackAsItWasLookedAt) {
   program.View.Cursor.Level = 2;
   program.View.Lines.Contrail = true;
   program.View.Lines.PressHeights = false;
+  program.Set.MotionMode = Scaling::Manual;
+  program.Set.ManualMotionDir = 215;
+  program.Set.ManualMotionSpd = 33.5;
   EXPECT_FALSE(KeepSession(program));
 
   Program next;
@@ -327,6 +330,7 @@ TEST_F(EditCommands, ASessionCutOffComesBackAsItWasLookedAt) {
   EXPECT_EQ(next.ListedIndex, (std::vector<int>{0, 1}));
   EXPECT_EQ(next.View.Zoom, program.View.Zoom);
   EXPECT_EQ(next.View.Lines, program.View.Lines);
+  EXPECT_EQ(next.Set, program.Set);
   EXPECT_EQ(next.View.Cursor.Level, 2);
   EXPECT_TRUE(next.View.Cursor.Text.starts_with("#2  ")) << next.View.Cursor.Text;
 }
