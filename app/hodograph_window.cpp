@@ -351,13 +351,17 @@ void HodographWindow::Draw(const hodograph::HodographInput& input) {
   view_->Show(nullptr);  // the picture that it shows is about to go
   plot_ = hodograph::PlotHodograph(input);
   view_->Show(&plot_.Page);
-  floating_->setVisible(isVisible() && program_.Hodograph.Float);
-  if (!program_.Hodograph.Float) return;
+  if (!program_.Hodograph.Float) return floating_->hide();
   QString text;
   for (const hodograph::PanelLine& line : AnalysisPanel(input)) {
     text += ToQString(line.Text) + QLatin1Char('\n');
   }
   floating_->setText(text);
+  floating_->adjustSize();
+  if (floating_->isVisible() || !isVisible()) return;
+  const QPoint free(view_->width() - floating_->width(), view_->height() - floating_->height());
+  floating_->move(view_->mapToGlobal(free));
+  floating_->show();
 }
 
 void HodographWindow::ShowState() {

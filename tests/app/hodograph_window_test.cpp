@@ -207,6 +207,9 @@ TEST_F(DisplayTest, ControlsOfThePlotOutlastTheProgram) {
   }
   EXPECT_EQ(count("trace"), 0);
   EXPECT_EQ(count("height mark"), 0);
+  auto* panel = hodograph.findChild<QLabel*>("FloatingPanel");
+  EXPECT_TRUE(panel->isVisible());
+  EXPECT_GE(panel->height(), 11 * panel->fontMetrics().lineSpacing());  // all its lines
   choose("cboFrame", 1);
   choose("cboRings", 1);
   choose("cboCompare", 1);
