@@ -227,4 +227,10 @@ AnalysisResults Analyse(const SoundingRecord& sounding, const Options& options, 
   return AnalyseWith(sounding, options, &table, progress);
 }
 
+void FollowStormMotion(const SoundingRecord& sounding, const Options& options,
+                       AnalysisResults& results) {
+  results.Storm = AnalyseStormMotion(sounding, options);
+  results.Indices = ComputeIndices(sounding, results, options);
+}
+
 }  // namespace vexa::analysis

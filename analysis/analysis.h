@@ -122,4 +122,9 @@ AnalysisResults Analyse(const SoundingRecord& sounding, const Options& options,
 AnalysisResults Analyse(const SoundingRecord& sounding, const Options& options, AdiabatTable& table,
                         Progress progress = {});
 
+/// Computes anew what rests on the storm's motion: the movers and the indices. The rest of the
+/// results stays as it was computed for the same sounding.
+void FollowStormMotion(const SoundingRecord& sounding, const Options& options,
+                       AnalysisResults& results);
+
 }  // namespace vexa::analysis

@@ -60,6 +60,7 @@ double VorticityGeneration(In& in) {
   const auto windAt = [&](int i) {
     return Components({sounding.WindDir(i), sounding.WindSpd(i) * kKnotToMsPlot});
   };
+  if (sounding.WindHgt(1) - sounding.ElevM > depth) return in.Fail("no winds in the layer");
   double sum = 0;
   WindVector below = windAt(1);
   for (int i = 1; i < sounding.NumWindLevels(); ++i) {

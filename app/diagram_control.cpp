@@ -3,15 +3,20 @@
 #include <algorithm>
 #include <cmath>
 #include <QApplication>
+#include <QCursor>
 #include <QGestureEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QNativeGestureEvent>
+#include <QPainter>
 #include <QPinchGesture>
+#include <QPixmap>
 #include <QWheelEvent>
 #include <utility>
 
 #include "app/diagram_view.h"
+#include "app/qt_text.h"
+#include "core/files.h"
 #include "diagram/cursor_marks.h"
 #include "diagram/palette.h"
 #include "program/sounding_loop.h"
@@ -20,6 +25,7 @@
 namespace vexa {
 namespace {
 
+constexpr const char* kZoomCursor = "zoom.cur";
 constexpr double kGripPixels = 9;
 constexpr double kWheelFactor = 1.25;  // for a notch of the wheel
 constexpr double kNotch = 120;         // the toolkit's measure of one
@@ -27,6 +33,27 @@ constexpr double kLeastRegion = 150;   // drawing units; less is a click
 
 Rect Spanned(Point a, Point b) {
   return {std::min(a.X, b.X), std::min(a.Y, b.Y), std::max(a.X, b.X), std::max(a.Y, b.Y)};
+}
+
+// A magnifying glass, or the one that lies in the program folder.
+QCursor ZoomCursor(const Program& program) {
+  constexpr int kSize = 32;
+  constexpr int kMiddle = 12;  // of the glass, which is where it points
+  const QPixmap own(ToQString(TextFromPath(program.Where.Root / kZoomCursor)));
+  if (!program.Where.Root.empty() && !own.isNull()) return QCursor(own, kMiddle, kMiddle);
+  QPixmap glass(kSize, kSize);
+  glass.fill(Qt::transparent);
+  QPainter painter(&glass);
+  painter.setRenderHint(QPainter::Antialiasing);
+  for (const auto& [color, width] : {std::pair{Qt::white, 5.0}, std::pair{Qt::black, 2.5}}) {
+    painter.setPen(QPen(color, width, Qt::SolidLine, Qt::RoundCap));
+    painter.drawEllipse(QPointF(kMiddle, kMiddle), 9, 9);
+    painter.drawLine(QPointF(19, 19), QPointF(28, 28));
+    painter.drawLine(QPointF(kMiddle - 4, kMiddle), QPointF(kMiddle + 4, kMiddle));
+    painter.drawLine(QPointF(kMiddle, kMiddle - 4), QPointF(kMiddle, kMiddle + 4));
+  }
+  painter.end();
+  return QCursor(glass, kMiddle, kMiddle);
 }
 
 }  // namespace
@@ -47,7 +74,13 @@ DiagramControl::~DiagramControl() {
 
 void DiagramControl::ChooseRegion() {
   choosing_ = true;
+  view_.setCursor(ZoomCursor(program_));
   status_("Drag over the region to zoom into; ESC leaves the diagram as it is.");
+}
+
+void DiagramControl::EndChoosing() {
+  choosing_ = false;
+  view_.setCursor(Qt::CrossCursor);
 }
 
 bool DiagramControl::Escape() {
@@ -65,7 +98,7 @@ bool DiagramControl::Escape() {
     return true;
   }
   const bool used = choosing_ || program_.View.Cursor.At;
-  choosing_ = false;
+  EndChoosing();
   pressed_.reset();
   program_.View.Cursor.At.reset();
   program_.View.Cursor.Choosing.reset();
@@ -95,8 +128,9 @@ void DiagramControl::ShowCursor() {
     view_.ShowOver(nullptr);
     return;
   }
+  const diagram::Palette palette = diagram::PaletteFor(program_.Set);
   marks_ = diagram::CursorMarks(program_.Plot->Mapping, program_.Current.Record,
-                                program_.View.Cursor, diagram::PaletteFor(program_.Set).Ink);
+                                program_.View.Cursor, palette.Ink, palette.Paper);
   view_.ShowOver(&marks_);
 }
 
@@ -176,7 +210,7 @@ bool DiagramControl::Release(const QMouseEvent& event) {
     return true;
   }
   if (choosing_) {
-    choosing_ = false;
+    EndChoosing();
     const std::optional<Rect> region = std::exchange(program_.View.Cursor.Choosing, {});
     const bool isClick = !region || std::max(region->Width(), region->Height()) < kLeastRegion;
     show_(isClick ? ZoomBy(program_, from, 2) : ZoomTo(program_, *region));

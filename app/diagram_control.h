@@ -50,6 +50,7 @@ class DiagramControl : public QObject {
   void StepSounding(int step);
   void Drag(Point to);
   void ShowCursor();
+  void EndChoosing();
   void Tick();
 
   Program& program_;

@@ -13,6 +13,7 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QScrollBar>
+#include <QShortcut>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 #include <utility>
@@ -30,6 +31,8 @@ namespace {
 constexpr QSize kSmallest(780, 560);  // fits a screen of 800 x 600
 
 constexpr int kColumnWidth = 430;  // pixels, of the controls
+constexpr int kSwitchRow = 2;      // below the boxes of frame, rings and depth
+constexpr int kSwitchColumns = 3;
 
 QString ToQString(std::string_view text) {
   return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
@@ -47,6 +50,15 @@ template <class E>
 void ShowWord(QComboBox* box, E value) {
   const QSignalBlocker silent(box);
   box->setCurrentIndex(static_cast<int>(value));
+}
+
+Box StormRelativeBox() {
+  return {.Title = "Storm-Relative Wind Mode ...",
+          .Text =
+              "Wind vectors are not interactive on this screen.\n"
+              "Interactive winds are only functional with the Ground-Relative Mode,\n"
+              "However, the Storm-Motion vector (when plotted) is interactive.",
+          .Icon = BoxIcon::Information};
 }
 
 double SpeedFactor(const Options& options) {
@@ -144,7 +156,7 @@ QCheckBox* HodographWindow::AddSwitch(QGridLayout& into, const char* name, const
     changed_({.View = true});
   });
   const int place = static_cast<int>(switches_.size());
-  into.addWidget(box, 1 + place / 2, place % 2);
+  into.addWidget(box, kSwitchRow + place / kSwitchColumns, place % kSwitchColumns);
   switches_.emplace_back(box, setting);
   return box;
 }
@@ -176,12 +188,41 @@ void HodographWindow::BuildPlotting(QVBoxLayout& column) {
     changed_({.View = true});
   });
   grid->addWidget(limit_, 0, 2);
+  BuildDepth(*grid);
   AddSwitch(*grid, "chkNoSMplot", QStringLiteral("No storm vectors"), &HodographSettings::NoSMplot);
+  AddSwitch(*grid, "chkSkipPlot", QStringLiteral("No trace"), &HodographSettings::SkipPlot);
   AddSwitch(*grid, "chkFloat", QStringLiteral("FLOAT"), &HodographSettings::Float);
   AddSwitch(*grid, "chkHelicity", QStringLiteral("Helicity Contours"),
             &HodographSettings::HelicityContours);
   AddSwitch(*grid, "chkMbe", QStringLiteral("MBE Vector"), &HodographSettings::MbeVector);
+  AddSwitch(*grid, "chkCaptionAtTop", QStringLiteral("Caption at top"),
+            &HodographSettings::CaptionAtTop);
   column.addWidget(group);
+}
+
+// The depth belongs to the options: the small hodograph of the diagram and the trajectory obey it
+// too.
+void HodographWindow::BuildDepth(QGridLayout& into) {
+  auto* caption = new QLabel(QStringLiteral("Depth"), this);
+  depthMode_ = WordBox<HodoDepth>("cboDepth", this);
+  caption->setBuddy(depthMode_);
+  depth_ = new QDoubleSpinBox(this);
+  depth_->setObjectName(QStringLiteral("txtDepth"));
+  depth_->setDecimals(1);
+  depth_->setRange(1, 40);
+  depth_->setSuffix(QStringLiteral(" km"));
+  depth_->setKeyboardTracking(false);
+  connect(depthMode_, &QComboBox::activated, this, [this](int index) {
+    program_.Set.HodoDepthMode = static_cast<HodoDepth>(index);
+    changed_({.View = true});
+  });
+  connect(depth_, &QDoubleSpinBox::valueChanged, this, [this](double km) {
+    program_.Set.HodoDepthLimitKm = km;
+    changed_({.View = true});
+  });
+  into.addWidget(caption, 1, 0);
+  into.addWidget(depthMode_, 1, 1);
+  into.addWidget(depth_, 1, 2);
 }
 
 void HodographWindow::BuildComparison(QVBoxLayout& column) {
@@ -252,30 +293,53 @@ void HodographWindow::BuildTable(QVBoxLayout& column) {
 
 void HodographWindow::BuildDragging() {
   view_->OnPointer([this](const std::optional<Point>& at) { ShowCursor(at); });
-  view_->OnPress = [this](Point at, QPointF) {
-    if (!program_.Gate.IsOpen() || !HitsStormVector(plot_, at)) return false;
-    dragMapping_ = plot_.Mapping;
-    return true;
-  };
+  view_->OnPress = [this](Point at, QPointF) { return TakeHold(at); };
   view_->OnDrag = [this](std::optional<Point> at, QPointF) {
     if (!at || !dragMapping_ || !dragMapping_->Frame.Contains(*at)) return;
-    dragged_ = analysis::FromComponents(dragMapping_->ToWind(*at));
-    const StormDraft draft = DraftStorm(program_, *dragged_);
-    Draw({.Sounding = program_.Current.Record,
-          .Results = program_.Results,
-          .Set = draft.Set,
-          .Window = program_.Hodograph,
-          .Compared = program_.Compared,
-          .Draft = &draft.Storm,
-          .Keep = dragMapping_});
+    // Nothing may run in between, so that each picture follows its mouse move at once.
+    const Silenced quiet(program_.Current);
+    const analysis::WindVector to = dragMapping_->ToWind(*at);
+    changed_(windDrag_ ? windDrag_->SetWind(program_, to)
+                       : EnterStormMotion(program_, analysis::FromComponents(to)));
   };
   view_->OnRelease = [this] {
-    dragMapping_.reset();
-    const std::optional<analysis::Wind> motion = std::exchange(dragged_, std::nullopt);
-    if (!motion) return;
-    changed_(EnterStormMotion(program_, *motion));
-    ShowState();
+    if (!dragMapping_) return;
+    if (windDrag_) windDrag_->Finish(program_);
+    EndDrag({.View = true});
   };
+  auto* stop = new QShortcut(QKeySequence(Qt::Key_Escape), this);
+  stop->setObjectName(QStringLiteral("EscapeKey"));
+  connect(stop, &QShortcut::activated, this, [this] {
+    if (!dragMapping_) return program_.Gate.Stop();
+    const Silenced quiet(program_.Current);
+    EndDrag(windDrag_ ? windDrag_->TakeBack(program_) : TakeBack(program_, beforeDrag_));
+  });
+}
+
+// The head of the storm vector, else a wind of the trace.
+bool HodographWindow::TakeHold(Point at) {
+  view_->setFocus();
+  if (!program_.Gate.IsOpen()) return false;
+  windDrag_.reset();
+  if (!HitsStormVector(plot_, at)) {
+    const std::optional<hodograph::ProfileWind> wind = FindWind(plot_, at);
+    if (!wind) return false;
+    if (plot_.StormRelative) {
+      program_.Current.Ask->Ask(StormRelativeBox());
+      return false;
+    }
+    windDrag_.emplace(program_, Grip{Dragged::Wind, wind->Level}, at);
+  }
+  dragMapping_ = plot_.Mapping;
+  beforeDrag_ = EntryOf(program_);
+  return true;
+}
+
+void HodographWindow::EndDrag(Changes changes) {
+  windDrag_.reset();
+  dragMapping_.reset();
+  changed_(changes);
+  ShowState();
 }
 
 void HodographWindow::Enter() {
@@ -287,18 +351,24 @@ void HodographWindow::Draw(const hodograph::HodographInput& input) {
   view_->Show(nullptr);  // the picture that it shows is about to go
   plot_ = hodograph::PlotHodograph(input);
   view_->Show(&plot_.Page);
-  floating_->setVisible(isVisible() && program_.Hodograph.Float);
-  if (!program_.Hodograph.Float) return;
+  if (!program_.Hodograph.Float) return floating_->hide();
   QString text;
   for (const hodograph::PanelLine& line : AnalysisPanel(input)) {
     text += ToQString(line.Text) + QLatin1Char('\n');
   }
   floating_->setText(text);
+  floating_->adjustSize();
+  if (floating_->isVisible() || !isVisible()) return;
+  const QPoint free(view_->width() - floating_->width(), view_->height() - floating_->height());
+  floating_->move(view_->mapToGlobal(free));
+  floating_->show();
 }
 
 void HodographWindow::ShowState() {
   setWindowTitle(QStringLiteral("Hodograph - ") + ToQString(program_.Current.Record.StationTitle));
-  Draw(HodographOf(program_));
+  hodograph::HodographInput input = HodographOf(program_);
+  input.Keep = dragMapping_;
+  Draw(input);
   ShowControls();
   ShowTable();
   // Told once, and not again at every redraw, where the folder cannot be written.
@@ -317,6 +387,10 @@ void HodographWindow::ShowControls() {
   const QSignalBlocker silentLimit(limit_);
   limit_->setValue(program_.Hodograph.RingLimit);
   limit_->setEnabled(program_.Hodograph.Rings == RingScaling::Limit);
+  ShowWord(depthMode_, program_.Set.HodoDepthMode);
+  const QSignalBlocker silentDepth(depth_);
+  depth_->setValue(program_.Set.HodoDepthLimitKm);
+  depth_->setEnabled(program_.Set.HodoDepthMode == HodoDepth::Limit);
   for (const auto& [box, setting] : switches_) box->setChecked(program_.Hodograph.*setting);
   hold_->setChecked(program_.Hodograph.Hold);
   hold_->setEnabled(program_.Results.Storm.Chosen().has_value());

@@ -11,6 +11,8 @@
 #include <vector>
 
 #include "hodograph/hodograph_plot.h"
+#include "program/hodograph_commands.h"
+#include "program/level_drag.h"
 #include "program/program.h"
 
 class QCheckBox;
@@ -47,9 +49,12 @@ class HodographWindow : public QWidget {
  private:
   void BuildMotion(QVBoxLayout& column);
   void BuildPlotting(QVBoxLayout& column);
+  void BuildDepth(QGridLayout& into);
   void BuildComparison(QVBoxLayout& column);
   void BuildTable(QVBoxLayout& column);
   void BuildDragging();
+  bool TakeHold(Point at);
+  void EndDrag(Changes changes);
   QCheckBox* AddSwitch(QGridLayout& into, const char* name, const QString& text,
                        bool HodographSettings::*setting);
   void Draw(const hodograph::HodographInput& input);
@@ -63,8 +68,10 @@ class HodographWindow : public QWidget {
   std::function<void()> closed_;
   hodograph::HodographPlot plot_{};
   std::string listed_{};  // wind table that the files hold
-  std::optional<analysis::Wind> dragged_{};
+  // While the storm vector or a wind is dragged: the mapping that stays, and what it was before.
   std::optional<hodograph::HodographMapping> dragMapping_{};
+  std::optional<LevelDrag> windDrag_{};
+  StormEntry beforeDrag_{};
 
   DragView* view_ = nullptr;
   QLabel* cursor_ = nullptr;
@@ -77,6 +84,8 @@ class HodographWindow : public QWidget {
   QComboBox* frame_ = nullptr;
   QComboBox* rings_ = nullptr;
   QDoubleSpinBox* limit_ = nullptr;
+  QComboBox* depthMode_ = nullptr;
+  QDoubleSpinBox* depth_ = nullptr;
   QComboBox* compare_ = nullptr;
   QPlainTextEdit* table_ = nullptr;
   std::vector<std::pair<QCheckBox*, bool HodographSettings::*>> switches_{};

@@ -20,6 +20,7 @@
 #include "output/data_print.h"
 #include "output/paint/paint.h"
 #include "output/print_pages.h"
+#include "program/print_displays.h"
 #include "program/print_work.h"
 #include "report/report_folder.h"
 
@@ -214,9 +215,10 @@ void AddPictureMenu(QWidget& window, Program& program, std::function<const Pictu
     output::PrintSetup setup = LastPrintSetup(program);
     setup.Turn = output::Orientation::Landscape;
     const output::ListingSource from{program.Current.Record, program.Results, program.Set};
-    PrintSheets(program,
-                {output::DisplayPage(picture(), output::PageHeader(from, setup.Header), setup)},
-                &window);
+    output::ListingLines header = output::PageHeader(from, setup.Header);
+    const std::string_view heading = PrintHeading(window.objectName().toStdString());
+    if (!heading.empty()) header.insert(header.begin(), std::string(heading));
+    PrintSheets(program, {output::DisplayPage(picture(), header, setup)}, &window);
   });
 }
 

@@ -5,6 +5,7 @@
 #include <memory>
 #include <QAction>
 #include <QActionGroup>
+#include <QApplication>
 #include <QCloseEvent>
 #include <QDockWidget>
 #include <QDragEnterEvent>
@@ -16,6 +17,7 @@
 #include <QMenuBar>
 #include <QMimeData>
 #include <QPalette>
+#include <QProgressBar>
 #include <QScrollBar>
 #include <QShortcut>
 #include <QSignalBlocker>
@@ -92,7 +94,12 @@ SoundingWindow::SoundingWindow(Program& program, WindowInteraction& interaction)
       return SoundingChooser::Ask(titles, this);
     };
   }
-  interaction.Attach(this, [this](std::string_view text) { ShowStatus(text); });
+  interaction.Attach(
+      this, [this](std::string_view text) { ShowStatus(text); },
+      [this](double done) {
+        bar_->setValue(static_cast<int>(bar_->maximum() * done));
+        bar_->show();
+      });
   auto* session = new QTimer(this);
   session->setInterval(kKeepSessionMs);
   connect(session, &QTimer::timeout, this, [this] {
@@ -181,6 +188,11 @@ void SoundingWindow::BuildPanels() {
   readout_->setObjectName(QStringLiteral("CursorReadout"));
   readout_->setTextFormat(Qt::PlainText);
   statusBar()->addWidget(progress_, 1);
+  bar_ = new QProgressBar(this);
+  bar_->setObjectName(QStringLiteral("ProgressBar"));
+  bar_->setMaximumWidth(160);
+  bar_->hide();
+  statusBar()->addPermanentWidget(bar_);
   statusBar()->addPermanentWidget(readout_);
   dock_ = new AnalysisDock(program_, this);
   addDockWidget(Qt::RightDockWidgetArea, dock_);
@@ -323,6 +335,7 @@ void SoundingWindow::RestoreDisplays() {
   for (const std::string& name : ReadList(program_.Where.Root, kAnalysisMemory)) {
     if (const Command command = CommandToShow(name); command != Command::None) Run(command);
   }
+  if (QApplication::activeModalWidget() != nullptr) return;  // it stays on top
   raise();
   activateWindow();
 }
@@ -335,10 +348,19 @@ void SoundingWindow::Show(Changes changes) {
     close();
     return;
   }
-  OpenCorrection(program_, this, [this](Changes edited) { Show(edited); });
+  const auto correct = [this] {
+    OpenCorrection(program_, this, [this](Changes edited) { Show(edited); });
+  };
+  // At start the window comes up after its first sounding, and would cover the editor.
+  if (isVisible()) {
+    correct();
+  } else {
+    QTimer::singleShot(0, this, correct);
+  }
 }
 
 void SoundingWindow::ShowState() {
+  bar_->hide();
   setWindowTitle(ToQString(SoundingBanner(program_)));
   view_->Show(program_.Plot ? &program_.Plot->Page : nullptr);
   control_->Follow();

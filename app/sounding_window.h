@@ -17,6 +17,7 @@
 
 class QAction;
 class QLabel;
+class QProgressBar;
 class QScrollBar;
 
 namespace vexa {
@@ -88,6 +89,7 @@ class SoundingWindow : public QMainWindow {
   std::unique_ptr<HodographWindow> hodograph_;
   std::unique_ptr<HodogramWindow> hodogram_;
   QScrollBar* sequence_ = nullptr;
+  QProgressBar* bar_ = nullptr;  // while a routine tells how far it is
   QLabel* progress_ = nullptr;
   QLabel* readout_ = nullptr;
   AnalysisDock* dock_ = nullptr;

@@ -65,9 +65,11 @@ std::string DialogFilter(std::string_view filter) {
   return entries;
 }
 
-void WindowInteraction::Attach(QWidget* parent, std::function<void(std::string_view)> showStatus) {
+void WindowInteraction::Attach(QWidget* parent, std::function<void(std::string_view)> showStatus,
+                               std::function<void(double)> showShare) {
   parent_ = parent;
   showStatus_ = std::move(showStatus);
+  showShare_ = std::move(showShare);
 }
 
 Answer WindowInteraction::Ask(const Box& box) {
@@ -117,6 +119,10 @@ std::vector<std::string> WindowInteraction::ChooseFiles(const FileQuestion& ques
 
 void WindowInteraction::Status(std::string_view text) {
   if (showStatus_) showStatus_(text);
+}
+
+void WindowInteraction::Share(double done) {
+  if (showShare_) showShare_(done);
 }
 
 bool WindowInteraction::Yield() {

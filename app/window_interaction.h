@@ -23,13 +23,16 @@ class WindowInteraction : public Interaction {
   WindowInteraction(CommandGate& gate, Attendance attendance)
       : gate_(gate), unattended_(attendance == Attendance::Unattended) {}
 
-  /// The window to show boxes over, and where the texts of steps go.
-  void Attach(QWidget* parent, std::function<void(std::string_view)> showStatus);
+  /// The window to show boxes over, and where the texts of steps and the share of the work that is
+  /// done go.
+  void Attach(QWidget* parent, std::function<void(std::string_view)> showStatus,
+              std::function<void(double)> showShare = {});
 
   Answer Ask(const Box& box) override;
   std::optional<std::string> ChooseFile(const FileQuestion& question) override;
   std::vector<std::string> ChooseFiles(const FileQuestion& question) override;
   void Status(std::string_view text) override;
+  void Share(double done) override;
   bool Yield() override;
   bool Unattended() const override { return unattended_; }
 
@@ -41,6 +44,7 @@ class WindowInteraction : public Interaction {
   bool unattended_;
   QWidget* parent_ = nullptr;
   std::function<void(std::string_view)> showStatus_{};
+  std::function<void(double)> showShare_{};
   QElapsedTimer sinceYield_{};
   std::vector<Box> kept_{};
 };

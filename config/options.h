@@ -237,6 +237,8 @@ struct SystemOptions {
   bool HodoInvert = false;
   bool HodoAnalInvert = false;
   bool AutoAnalysisLoad = true;
+  bool DataChecks = true;  // of a sounding after its load
+  bool StepChecks = true;  // and when soundings are stepped through
   std::string PrintTitleMemory{};
   bool DarklinesMemory = false;
   DumpOptions Dump{};

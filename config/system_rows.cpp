@@ -112,6 +112,16 @@ constexpr OptionRow kRows[] = {
         .Named("Restore analyses")
         .Says("Shows at start the analyses that were shown last.")
         .KeptIn(kWindow),
+    Row<kSystem<&SystemOptions::DataChecks>>("", kPlace)
+        .As("DataChecks")
+        .Named("Check data")
+        .Says("Tests every sounding after its load for levels that cannot be right.")
+        .KeptIn(kWindow),
+    Row<kSystem<&SystemOptions::StepChecks>>("", kPlace)
+        .As("StepChecks")
+        .Named("Check data when stepping")
+        .Says("Tests soundings also when they are stepped through or shown in a loop.")
+        .KeptIn(kWindow),
     Row<kSystem<&SystemOptions::PrintTitleMemory>>("PrintTitleMemory = ", kPlace)
         .Named("Print title")
         .Says("Title printed last.")

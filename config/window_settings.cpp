@@ -89,6 +89,8 @@ constexpr SettingRow<Hodo> kHodographRows[] = {
     Row<kFront<&Front::GradientThreshold>, kTrue, Range{0.005, 0.5}>("gradient threshold", kSame),
     Row<kFront<&Front::AngularThreshold>, kTrue, Range{5, 90}>("angular threshold", kSame),
     Row<kFront<&Front::LowerLimitM>, kTrue, Range{0, 3000}>("lower frontal limit", kSame),
+    Row<At<&Hodo::SkipPlot>>("trace hidden"),
+    Row<At<&Hodo::CaptionAtTop>>("captions above the plot", kSame),
 };
 
 using View3D = Hodogram3DSettings;

@@ -112,8 +112,10 @@ struct HodographSettings {
   double RingLimit = 100;  // knots
   DistanceUnits Distance = DistanceUnits::Kilometers;
   bool NoSMplot = false;
-  bool Float = false;  // the storm-relative panel floats
-  bool Hold = false;   // keeps the storm vector while the data change
+  bool SkipPlot = false;     // everything but the trace
+  bool CaptionAtTop = true;  // the captions stand above the plot, or below it
+  bool Float = false;        // the storm-relative panel floats
+  bool Hold = false;         // keeps the storm vector while the data change
   bool HelicityContours = false;
   bool MbeVector = false;
   HodoOrigin Frame = HodoOrigin::Ground;

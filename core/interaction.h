@@ -44,6 +44,8 @@ class Interaction {
   }
   /// Shows a step's text in the progress panel.
   virtual void Status(std::string_view text) = 0;
+  /// Shows how much of the work is done, 0 to 1.
+  virtual void Share(double) {}
   /// Lets the window system run; false when the user stops the work.
   virtual bool Yield() = 0;
   /// True when nobody is there to answer: texts are kept instead of shown.
@@ -72,9 +74,12 @@ class Progress {
   explicit Progress(Interaction& interaction) : interaction_(&interaction) {}
 
   /// Begins a step; false when the user has asked to stop.
-  bool Begin(std::string_view status) {
+  ///
+  /// done  of all steps those before this one, 0 to 1; empty where nobody knows
+  bool Begin(std::string_view status, std::optional<double> done = {}) {
     if (interaction_ == nullptr) return true;
     interaction_->Status(status);
+    if (done) interaction_->Share(*done);
     return interaction_->Yield();
   }
 

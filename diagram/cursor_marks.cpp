@@ -33,7 +33,7 @@ Point Whole(const DiagramMapping& mapping, Point at) {
 }
 
 void DrawLocked(Picture& page, const DiagramMapping& mapping, const SoundingRecord& sounding,
-                const CursorState& cursor, const Pen& pen) {
+                const CursorState& cursor, const Pen& pen, Color paper) {
   const int level = *cursor.Level;
   if (level < 1 || level > sounding.NumTempLevels()) return;
   const Rect& frame = mapping.Frame();
@@ -51,17 +51,20 @@ void DrawLocked(Picture& page, const DiagramMapping& mapping, const SoundingReco
   const std::optional<double> edge = LeftEdgeY(mapping, press);
   const double y = edge.value_or(mapping.YOf(press));
   const bool above = y - frame.Top > 400;
-  DrawText(page, "locked cursor text", {frame.Left + 120, above ? y - 110 : y + 110}, cursor.Text,
-           pen.Ink, kAxisText);
+  page.Add("locked cursor text", Label{.At = {frame.Left + 120, above ? y - 110 : y + 110},
+                                       .Text = cursor.Text,
+                                       .Size = kAxisText,
+                                       .Ink = pen.Ink,
+                                       .Halo = paper});
 }
 
 }  // namespace
 
 Picture CursorMarks(const DiagramMapping& mapping, const SoundingRecord& sounding,
-                    const CursorState& cursor, Color ink) {
+                    const CursorState& cursor, Color ink, Color paper) {
   Picture page(kPageWidth, kPageHeight, {0, 0, 0, 0});
   const Pen pen{ink, 10, LineStyle::Solid};
-  if (cursor.Level) DrawLocked(page, mapping, sounding, cursor, pen);
+  if (cursor.Level) DrawLocked(page, mapping, sounding, cursor, pen, paper);
   if (cursor.At) {
     const Point at = *cursor.At;
     DrawSegment(page, "cursor", {at.X - kArm, at.Y}, {at.X + kArm, at.Y}, pen);

@@ -20,7 +20,7 @@ struct CursorState {
 };
 
 Picture CursorMarks(const DiagramMapping& mapping, const SoundingRecord& sounding,
-                    const CursorState& cursor, Color ink);
+                    const CursorState& cursor, Color ink, Color paper);
 
 /// The temperature level whose isobar is the nearest to a place on the page; empty without levels.
 std::optional<int> NearestLevel(const DiagramMapping& mapping, const SoundingRecord& sounding,

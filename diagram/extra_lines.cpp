@@ -22,6 +22,7 @@ constexpr double kContrailBottom = 500;   // hPa: engines leave no trails in the
 constexpr double kPressStep = 10;         // hPa between the points of a curve
 constexpr double kCorrectionZero = 0.25;  // of the frame's width, where the correction is none
 constexpr double kUnitsPerMeter = 2;      // drawing units for a metre of correction
+constexpr double kHeadDown = 90;          // of the line's name below the top of the frame
 
 // Colours of the sixteen by number; the menu names the first two.
 constexpr int kPurple = 5;
@@ -59,12 +60,13 @@ void DrawHeightCorrection(Plot& plot) {
   if (levels.Count() < 2) return;
   const double bottom = std::min(levels.Press(1), plot.At.BottomPress());
   const double top = std::max(levels.Press.Top(), plot.At.TopPress());
+  const double headBottom = frame.Top + kHeadDown + kSmallText;
   double lastLabel = 1e9;
   for (double press = bottom; press >= top;) {
     const auto correction = HeightCorrectionAt(plot, press);
     if (correction) line.push_back({zero + *correction * kUnitsPerMeter, plot.At.YOf(press)});
     if (correction && IsMandatory(press) && lastLabel - line.back().Y > 1.2 * kSmallText &&
-        frame.Contains(line.back())) {
+        line.back().Y > headBottom && frame.Contains(line.back())) {
       lastLabel = line.back().Y;
       const bool feet = plot.Units.Feet();
       const double shown = feet ? FeetFromMeters(*correction) : *correction;
@@ -78,8 +80,8 @@ void DrawHeightCorrection(Plot& plot) {
   DrawInFrame(plot, "height correction zero", {{zero, frame.Top}, {zero, frame.Bottom}},
               {pen.Ink, 8, LineStyle::Dash});
   DrawInFrame(plot, "height correction", line, pen);
-  DrawTextOver(plot, "height correction label", {zero + 40, frame.Top + 90}, "Height correction",
-               pen.Ink, kSmallText);
+  DrawTextOver(plot, "height correction label", {zero + 40, frame.Top + kHeadDown},
+               "Height correction", pen.Ink, kSmallText);
 }
 
 void DrawContrail(Plot& plot) {

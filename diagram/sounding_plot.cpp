@@ -215,7 +215,8 @@ std::optional<SoundingPlot> PlotSounding(const PlotInput& input, Progress progre
     const bool tephigramGrid =
         step.Draw == DrawTemperatureGrid && plot.At.Type() == DiagramType::Tephigram;
     const std::string_view status = tephigramGrid ? kTephigramStatus : step.Status;
-    if (!status.empty() && !progress.Begin(status)) return std::nullopt;
+    const auto done = static_cast<double>(&step - kSteps) / static_cast<double>(std::size(kSteps));
+    if (!status.empty() && !progress.Begin(status, done)) return std::nullopt;
     step.Draw(plot);
   }
   return SoundingPlot{std::move(plot.Page), plot.At, std::move(plot.Warning)};

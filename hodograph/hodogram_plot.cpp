@@ -103,8 +103,8 @@ class Drawing {
     Shadow();
     Drops();
     Curve();
-    HeightLabels();
     if (settings_.NorthPointer) NorthPointer();
+    HeightLabels();
     return std::move(page_);
   }
 
@@ -187,14 +187,13 @@ class Drawing {
     }
   }
 
-  // Over the curve; seen from above they would stand on one another.
+  // Over the curve; seen from above they would stand on one another, or on the pointer's name.
   void HeightLabels() {
-    LabelRoom room({0, 0, kPageWidth, kPageHeight});
     for (double height = HeightStep(); height <= view_.Top; height += HeightStep()) {
       const Point at = view_.ToPage({height, 0, 0});
       const Rect place{at.X - 600, at.Y - kText / 2, at.X - 90, at.Y + kText / 2};
-      if (!room.IsFree(place)) continue;
-      room.Take(place);
+      if (!room_.IsFree(place)) continue;
+      room_.Take(place);
       Text("height label", {at.X - 90, at.Y},
            Mask(height / MetersPerHeight(), "##0") + (Feet() ? " kft" : " km"), 0.85 * kText,
            AnchorX::Right);
@@ -264,6 +263,8 @@ class Drawing {
     page_.Add("north pointer",
               Area{.Rings = {{to, at(-0.025, 0.91), at(0.025, 0.91)}}, .Fill = {inks_.North.Ink}});
     const Point name = at(0, 1.07);
+    const double half = TextWidth(5, kText) / 2;
+    room_.Take({name.X - half, name.Y - kText / 2, name.X + half, name.Y + kText / 2});
     Text("north pointer", name, "North", kText, AnchorX::Center, true);
   }
 
@@ -272,6 +273,7 @@ class Drawing {
   Inks inks_;
   View view_;
   Picture page_;
+  LabelRoom room_{{0, 0, kPageWidth, kPageHeight}};
 };
 
 }  // namespace

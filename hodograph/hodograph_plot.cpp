@@ -32,6 +32,7 @@ constexpr int kEveryKm = 12;          // a height mark for each, up to here
 constexpr double kRingMargin = 1.09;  // of the frame around the outer ring, with its label
 constexpr double kHandle = 160;       // how near to a storm vector's head the pointer takes hold
 constexpr double kSpotReach = 60;     // around a level of the trace
+constexpr double kWindHandle = 90;    // how near to a wind the pointer takes hold
 constexpr double kSmallShare = 0.45;  // of the line widths, in the small hodograph
 
 bool StormFrame(const Canvas& canvas) {
@@ -242,7 +243,7 @@ std::string Remark(const std::vector<ProfileWind>& winds) {
 
 void DrawCaptions(Canvas& canvas, const Rings& rings) {
   const bool knots = canvas.Set().Speed == SpeedUnits::Knots;
-  const double captionY = canvas.In.AtTop ? 400 : 8480;
+  const double captionY = canvas.In.Window.CaptionAtTop ? 400 : 8480;
   DrawText(canvas, "title", {250, 200}, canvas.In.Sounding.StationTitle, kTitleText, AnchorX::Left,
            true);
   DrawText(canvas, "diagram name", {kPanel.Right, 200}, "Hodograph", kTitleText, AnchorX::Right);
@@ -282,11 +283,13 @@ void DrawPanel(Canvas& canvas) {
   }
 }
 
-void DrawLegend(Canvas& canvas, int highestBand) {
+void DrawLegend(Canvas& canvas, const std::vector<ProfileWind>& winds) {
   double y = canvas.In.Window.Float ? kPanel.Top + kLegendStep : kPanel.Top + 13.5 * kPanelStep;
   std::vector<LegendItem> items = canvas.Legend;
   items.push_back({StormFrame(canvas) ? "Storm-Relative Winds" : "Ground-Relative Winds", {}});
-  for (int band = 0; band <= highestBand; ++band) {
+  const int lowest = winds.empty() ? 0 : BandOf(winds.front().Height);
+  const int highest = winds.empty() || canvas.In.Window.SkipPlot ? -1 : BandOf(winds.back().Height);
+  for (int band = lowest; band <= highest; ++band) {
     const auto index = static_cast<std::size_t>(band);
     items.push_back({"  " + std::string(kBandNames[index]), canvas.Colors.Band[index]});
   }
@@ -323,7 +326,7 @@ HodographPlot PlotHodograph(const HodographInput& input) {
   DrawMeanWinds(canvas);
   DrawShearLayer(canvas);
   DrawComparisons(canvas);
-  if (!input.SkipPlot) {
+  if (!input.Window.SkipPlot) {
     DrawTrace(canvas, plot.Winds);
     DrawHeightMarks(canvas, plot.Winds);
   }
@@ -339,9 +342,10 @@ HodographPlot PlotHodograph(const HodographInput& input) {
                                     .Halo = inks.Paper});
   }
   if (!input.Window.Float) DrawPanel(canvas);
-  DrawLegend(canvas, plot.Winds.empty() ? -1 : BandOf(plot.Winds.back().Height));
+  DrawLegend(canvas, plot.Winds);
   plot.Mapping = canvas.At;
   plot.StormRelative = StormFrame(canvas);
+  plot.HasTrace = !input.Window.SkipPlot;
   if (ShowsStorm(canvas) && input.Storm().Chosen()) plot.Storm = input.Storm().Chosen()->Motion;
   return plot;
 }
@@ -371,6 +375,19 @@ bool HitsStormVector(const HodographPlot& plot, Point at) {
   if (!plot.Storm) return false;
   const Point head = plot.Mapping.ToPoint(*plot.Storm);
   return std::hypot(head.X - at.X, head.Y - at.Y) <= kHandle;
+}
+
+std::optional<ProfileWind> FindWind(const HodographPlot& plot, Point at) {
+  std::optional<ProfileWind> nearest;
+  double least = plot.HasTrace ? kWindHandle : 0;
+  for (const ProfileWind& wind : plot.Winds) {
+    const Point here = plot.Mapping.ToPoint(wind.Vector);
+    const double apart = std::hypot(here.X - at.X, here.Y - at.Y);
+    if (wind.Level == 0 || apart >= least) continue;
+    nearest = wind;
+    least = apart;
+  }
+  return nearest;
 }
 
 CursorBox ReadHodograph(const HodographPlot& plot, Point at, const Options& options) {

@@ -23,13 +23,10 @@ struct HodographInput {
   const analysis::AnalysisResults& Results;
   const Options& Set;
   HodographSettings Window{};
-  std::vector<ComparedWinds> Compared{};                // at most kComparisonSlots
-  const analysis::StormMotionResults* Draft = nullptr;  // while a storm vector is dragged
-  std::optional<HodographMapping> Keep{};               // the mapping to keep meanwhile
-  bool SkipPlot = false;                                // everything but the trace
-  bool AtTop = true;                                    // captions above the plot, or below it
+  std::vector<ComparedWinds> Compared{};   // at most kComparisonSlots
+  std::optional<HodographMapping> Keep{};  // the mapping to keep while the storm vector is dragged
 
-  const analysis::StormMotionResults& Storm() const { return Draft ? *Draft : Results.Storm; }
+  const analysis::StormMotionResults& Storm() const { return Results.Storm; }
 };
 
 struct HodographPlot {
@@ -38,6 +35,7 @@ struct HodographPlot {
   std::vector<ProfileWind> Winds{};             // of the trace
   std::optional<analysis::WindVector> Storm{};  // the chosen mover, where it is drawn
   bool StormRelative = false;
+  bool HasTrace = true;
 };
 
 /// The hodograph's page, 12 000 x 9 000 drawing units.
@@ -49,6 +47,9 @@ std::optional<Picture> PlotSmallHodograph(const HodographInput& input);
 
 /// True near enough to the head of the chosen storm vector to take hold of it.
 bool HitsStormVector(const HodographPlot& plot, Point at);
+
+/// The sounding's wind near enough to take hold of, nearest first; empty without a trace.
+std::optional<ProfileWind> FindWind(const HodographPlot& plot, Point at);
 
 /// The two lines of the cursor's box: the pointer's place as a wind, and the sounding's wind that
 /// is drawn nearest to it, with its height above ground. Empty outside the plot.

@@ -20,6 +20,7 @@ class LabelRoom {
                         place.Top >= within_.Top && place.Bottom <= within_.Bottom;
     return inside && !Touches(place, taken_);
   }
+  bool IsOffLines(const Rect& place) const { return !Touches(place, avoided_); }
   void Take(const Rect& place) { taken_.push_back(place); }
 
   /// Lines that texts keep away from where they can, by their points.

@@ -1,7 +1,11 @@
 #include "hodograph/rings.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <functional>
+#include <optional>
+#include <span>
 #include <string>
 #include <utility>
 
@@ -31,22 +35,41 @@ void DrawClipped(Picture& page, std::string_view tag, const std::vector<Point>& 
   }
 }
 
-// The half axis that carries the labels: long, and not crossed by the trace.
-Point LabelledWay(const HodographMapping& at, const std::vector<Point>& trace) {
+// The half axes for the labels, the best first: long, and not crossed by the trace.
+std::array<Point, 4> LabelledWays(const HodographMapping& at, const std::vector<Point>& trace) {
   constexpr double kNear = 220;
-  const std::pair<double, Point> ways[] = {{at.Frame.Right - at.Center.X, {1, 0}},
-                                           {at.Center.X - at.Frame.Left, {-1, 0}},
-                                           {at.Frame.Bottom - at.Center.Y, {0, 1}},
-                                           {at.Center.Y - at.Frame.Top, {0, -1}}};
-  const auto worth = [&](const std::pair<double, Point>& candidate) {
-    const auto& [room, way] = candidate;
-    const auto crossed = std::ranges::count_if(trace, [&, to = way](const Point& place) {
-      const Point off{place.X - at.Center.X, place.Y - at.Center.Y};
-      return off.X * to.X + off.Y * to.Y > 0 && std::fabs(off.X * to.Y - off.Y * to.X) < kNear;
-    });
-    return std::min(room, at.Frame.Width() / 2) - kNear * static_cast<double>(crossed);
+  const auto room = [&](Point way) {
+    if (way.X != 0) return way.X > 0 ? at.Frame.Right - at.Center.X : at.Center.X - at.Frame.Left;
+    return way.Y > 0 ? at.Frame.Bottom - at.Center.Y : at.Center.Y - at.Frame.Top;
   };
-  return std::ranges::max_element(ways, {}, worth)->second;
+  const auto worth = [&](Point way) {
+    const auto crossed = std::ranges::count_if(trace, [&](const Point& place) {
+      const Point off{place.X - at.Center.X, place.Y - at.Center.Y};
+      return off.X * way.X + off.Y * way.Y > 0 && std::fabs(off.X * way.Y - off.Y * way.X) < kNear;
+    });
+    return std::min(room(way), at.Frame.Width() / 2) - kNear * static_cast<double>(crossed);
+  };
+  std::array<Point, 4> ways = {{{1, 0}, {-1, 0}, {0, 1}, {0, -1}}};
+  std::ranges::stable_sort(ways, std::greater<>(), worth);
+  return ways;
+}
+
+// Where a ring's label begins: on the best half axis that the ring still crosses, off the trace;
+// over the trace on the best of all only.
+std::optional<Point> LabelPlace(const HodographMapping& at, std::span<const Point> ways,
+                                double value, double radius, double width, LabelRoom& room) {
+  for (const bool overTrace : {false, true}) {
+    for (const Point& way : ways) {
+      const Point ring{at.Center.X + way.X * radius, at.Center.Y + way.Y * radius};
+      const double left = ring.X - RingLabelShift(value) * kDisplayUnit;
+      const Rect place{left, ring.Y - kRingText / 2, left + width, ring.Y + kRingText / 2};
+      const bool isLegible = room.IsOffLines(place) || (overTrace && &way == ways.data());
+      if (!room.IsFree(place) || !isLegible) continue;
+      room.Take(place);
+      return Point{left, ring.Y};
+    }
+  }
+  return std::nullopt;
 }
 
 double FarthestCorner(const HodographMapping& at) {
@@ -87,7 +110,7 @@ void DrawRings(Picture& page, const HodographMapping& at, const Rings& rings, co
               inks.Axis);
   const double perShown = at.Scale * KnotsOf(1, rings.Units);
   const double farthest = rings.Outer > 0 ? rings.Outer : FarthestCorner(at) / perShown;
-  const Point way = LabelledWay(at, trace);
+  const std::array<Point, 4> ways = LabelledWays(at, trace);
   std::vector<double> values;
   for (int i = 1; i * rings.Step < farthest + kAlmost; ++i) values.push_back(i * rings.Step);
   // A fixed limit between two steps has its own ring.
@@ -100,17 +123,13 @@ void DrawRings(Picture& page, const HodographMapping& at, const Rings& rings, co
     DrawClipped(page, "ring", Ring(at.Center, radius), frame, outer ? inks.OuterRing : inks.Ring);
     if (!rings.Labels) continue;
     const std::string text = Mask(value, "##0");
-    const Point ring{at.Center.X + way.X * radius, at.Center.Y + way.Y * radius};
-    const double left = ring.X - RingLabelShift(value) * kDisplayUnit;
-    const Rect place{left, ring.Y - kRingText / 2, left + TextWidth(text.size(), kRingText),
-                     ring.Y + kRingText / 2};
-    if (!room.IsFree(place)) continue;
-    room.Take(place);
-    page.Add("ring label", Label{.At = {left, ring.Y},
-                                 .Text = text,
-                                 .Size = kRingText,
-                                 .Ink = inks.Faint,
-                                 .Halo = inks.Paper});
+    const std::optional<Point> place =
+        LabelPlace(at, ways, value, radius, TextWidth(text.size(), kRingText), room);
+    if (!place) continue;
+    page.Add(
+        "ring label",
+        Label{
+            .At = *place, .Text = text, .Size = kRingText, .Ink = inks.Faint, .Halo = inks.Paper});
   }
 }
 

@@ -48,8 +48,9 @@ std::vector<ProfileWind> WindProfile(const SoundingRecord& sounding, const Optio
     const double direction = sounding.WindDir(i);
     const double speed = sounding.WindSpd(i);
     if (NotAvailable(direction) || NotAvailable(speed) || !HasHeight(sounding.WindHgt(i))) continue;
-    profile.push_back(
-        {sounding.WindHgt(i) - sounding.ElevM, analysis::Components({direction, speed})});
+    profile.push_back({.Height = sounding.WindHgt(i) - sounding.ElevM,
+                       .Vector = analysis::Components({direction, speed}),
+                       .Level = i});
   }
   if (options.HodoDepthMode == HodoDepth::All) return profile;
   const double top = options.HodoDepthLimitKm * 1000;

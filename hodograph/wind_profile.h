@@ -24,6 +24,7 @@ struct ProfileWind {
   double Height = 0;  // m above ground
   analysis::WindVector Vector{};
   bool Observed = true;  // false for ends that were interpolated
+  int Level = 0;         // of the sounding's winds, from 1; 0: none of them
 };
 
 /// All winds of the sounding, lowest first; under the options' depth limit those below it and one

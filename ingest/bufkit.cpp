@@ -124,7 +124,7 @@ bool IsBufkit(const SourceText& source) {
 }
 
 std::vector<SourceEntry> ListBufkit(const SourceText& source) {
-  return Entries(BlocksOf(source));
+  return EntriesUnderHeadings(BlocksOf(source));
 }
 
 std::optional<Fault> DecodeBufkit(const SourceText& source, LoadContext& context,

@@ -197,7 +197,7 @@ bool IsFsl(const SourceText& source) {
 }
 
 std::vector<SourceEntry> ListFsl(const SourceText& source) {
-  return Entries(BlocksOf(source));
+  return EntriesUnderHeadings(BlocksOf(source));
 }
 
 std::optional<Fault> DecodeFsl(const SourceText& source, LoadContext& context,

@@ -131,7 +131,7 @@ bool IsIgra(const SourceText& source) {
 }
 
 std::vector<SourceEntry> ListIgra(const SourceText& source) {
-  return Entries(BlocksOf(source));
+  return EntriesUnderHeadings(BlocksOf(source));
 }
 
 std::optional<Fault> DecodeIgra(const SourceText& source, LoadContext& context,

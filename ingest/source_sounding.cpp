@@ -19,6 +19,15 @@ std::vector<SourceEntry> Entries(const std::vector<SoundingBlock>& blocks) {
   return entries;
 }
 
+std::vector<SourceEntry> EntriesUnderHeadings(const std::vector<SoundingBlock>& blocks) {
+  std::vector<SourceEntry> entries = Entries(blocks);
+  for (std::size_t i = 0; i < blocks.size(); ++i) {
+    entries[i].FirstLine = blocks[i].FirstRow - 1;
+    entries[i].EndLine = blocks[i].EndRow;
+  }
+  return entries;
+}
+
 Outcome<std::size_t> ChooseSounding(std::size_t count, const SourceText& source,
                                     LoadContext& context) {
   const auto index = static_cast<std::size_t>(context.Index);

@@ -22,6 +22,8 @@ struct SourceEntry {
   std::string Title{};
   StationName Station{};
   ObservationTime Time{};
+  int FirstLine = 0;  // of its text in the file; 0 where its lines are not known
+  int EndLine = 0;    // behind the last
 };
 
 struct SourceHeading {
@@ -46,6 +48,9 @@ struct SoundingBlock {
 };
 
 std::vector<SourceEntry> Entries(const std::vector<SoundingBlock>& blocks);
+
+/// The same with the lines of each: for blocks that begin behind a heading of one line.
+std::vector<SourceEntry> EntriesUnderHeadings(const std::vector<SoundingBlock>& blocks);
 
 /// The chosen one of so many soundings; notes that there were others. Fault 62 when the file holds
 /// none or not that many.

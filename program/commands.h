@@ -24,8 +24,10 @@ Changes ExportAs(Program& program, output::DumpKind kind);
 
 /// Loads one file into the sounding in work and checks it; a fault has been reported on false.
 ///
-/// index  which of the file's soundings, from 0
-bool LoadOne(Program& program, const std::filesystem::path& path, int index = 0);
+/// index     which of the file's soundings, from 0
+/// stepping  on the way through several, which may go unchecked by an option of its own
+bool LoadOne(Program& program, const std::filesystem::path& path, int index = 0,
+             bool stepping = false);
 
 /// Marks the sounding in work as the one to load at start, or takes the mark away.
 Changes AutoLoad(Program& program);

@@ -133,7 +133,7 @@ Changes Open(Program& program) {
   return LoadFirst(program, paths);
 }
 
-bool LoadOne(Program& program, const std::filesystem::path& path, int index) {
+bool LoadOne(Program& program, const std::filesystem::path& path, int index, bool stepping) {
   CurrentSounding& current = program.Current;
   const CurrentSounding before = current;
   if (ingest::LoadSounding(current, path, index, &program.Stations) != Status::Ok) {
@@ -144,7 +144,9 @@ bool LoadOne(Program& program, const std::filesystem::path& path, int index) {
     current.QcFault = before.QcFault;
     return false;
   }
-  if (DataQC(current) == Status::QcCancel) {
+  const SystemOptions& set = program.Set.System;
+  current.QcFault = 0;
+  if (DataQC(current, !set.DataChecks || (stepping && !set.StepChecks)) == Status::QcCancel) {
     current = before;
     current.StatusText = Text(Status::QcCancel);
     return false;

@@ -148,7 +148,9 @@ ExportReport ExportBatch(const ExportRequest& request, const Options& options, P
   const std::string total = Shortest(static_cast<int>(request.Files.size()));
   PieceSource pieces(request, options);
   for (std::size_t i = 0; i < request.Files.size() && !report.Failed; ++i) {
-    if (!progress.Begin("Processing: " + Shortest(static_cast<int>(i) + 1) + " of " + total)) {
+    const double done = static_cast<double>(i) / static_cast<double>(request.Files.size());
+    if (!progress.Begin("Processing: " + Shortest(static_cast<int>(i) + 1) + " of " + total,
+                        done)) {
       report.Cancelled = true;
       break;
     }

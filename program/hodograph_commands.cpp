@@ -35,21 +35,23 @@ hodograph::HodographInput HodographOf(const Program& program) {
 
 Changes EnterStormMotion(Program& program, analysis::Wind motion) {
   const Options before = program.Set;
-  program.Set = DraftStorm(program, motion).Set;
-  return {.Options = program.Set != before};
+  program.Set.MotionMode = Scaling::Manual;
+  program.Set.ManualMotionDir = EnteredDirection(motion.Dir);
+  program.Set.ManualMotionSpd = std::clamp(Rounded(motion.Spd, 2), 0.0, kFastest);
+  return {.Storm = program.Set != before};
 }
 
 Changes SetMotionMode(Program& program, Scaling mode) {
   if (mode == Scaling::Auto) program.Hodograph.Hold = false;
   if (program.Set.MotionMode == mode) return {};
   program.Set.MotionMode = mode;
-  return {.Options = true};
+  return {.Storm = true};
 }
 
 Changes ChooseMover(Program& program, StormMover mover) {
   if (program.Set.Mover == mover) return {};
   program.Set.Mover = mover;
-  return {.Options = true};
+  return {.Storm = true};
 }
 
 Changes HoldStormMotion(Program& program, bool hold) {
@@ -61,13 +63,19 @@ Changes HoldStormMotion(Program& program, bool hold) {
   return EnterStormMotion(program, analysis::FromComponents(chosen->Motion));
 }
 
-StormDraft DraftStorm(const Program& program, analysis::Wind motion) {
-  StormDraft draft{.Set = program.Set};
-  draft.Set.MotionMode = Scaling::Manual;
-  draft.Set.ManualMotionDir = EnteredDirection(motion.Dir);
-  draft.Set.ManualMotionSpd = std::clamp(Rounded(motion.Spd, 2), 0.0, kFastest);
-  draft.Storm = analysis::AnalyseStormMotion(program.Current.Record, draft.Set);
-  return draft;
+StormEntry EntryOf(const Program& program) {
+  return {program.Set.MotionMode,
+          {program.Set.ManualMotionDir, program.Set.ManualMotionSpd},
+          program.Hodograph.Hold};
+}
+
+Changes TakeBack(Program& program, const StormEntry& entry) {
+  const Options before = program.Set;
+  program.Set.MotionMode = entry.Mode;
+  program.Set.ManualMotionDir = entry.Motion.Dir;
+  program.Set.ManualMotionSpd = entry.Motion.Spd;
+  program.Hodograph.Hold = entry.Hold;
+  return {.Storm = program.Set != before};
 }
 
 void LoadCompared(Program& program) {

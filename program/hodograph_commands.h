@@ -21,13 +21,14 @@ Changes ChooseMover(Program& program, StormMover mover);
 /// entered by hand. Let go, motions are computed again.
 Changes HoldStormMotion(Program& program, bool hold);
 
-/// The storm as it would be with a motion entered by hand, without changing anything: for the
-/// picture while the vector is dragged.
-struct StormDraft {
-  Options Set{};
-  analysis::StormMotionResults Storm{};
+/// What was entered for the storm's motion, to come back to when a drag is given up.
+struct StormEntry {
+  Scaling Mode = Scaling::Auto;
+  analysis::Wind Motion{};
+  bool Hold = false;
 };
-StormDraft DraftStorm(const Program& program, analysis::Wind motion);
+StormEntry EntryOf(const Program& program);
+Changes TakeBack(Program& program, const StormEntry& entry);
 
 /// Reads the comparison slots from their files, tells of those that cannot be read.
 void LoadCompared(Program& program);

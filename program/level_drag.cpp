@@ -64,16 +64,20 @@ std::optional<Fault> MoveTemp(SoundingRecord& record, Grip grip, double temp) {
   return ChangeTempLevel(record, grip.Level, to);
 }
 
-std::optional<Fault> MoveWind(SoundingRecord& record, int level, double dx, double dy) {
-  // The arrow points to where the wind comes from: up the page is north.
-  analysis::WindVector arrow = analysis::Components({record.WindDir(level), record.WindSpd(level)});
-  arrow.U += dx / LevelDrag::kUnitsPerKnot;
-  arrow.V -= dy / LevelDrag::kUnitsPerKnot;
+std::optional<Fault> PutWind(SoundingRecord& record, int level, const analysis::WindVector& arrow) {
   const analysis::Wind wind = analysis::FromComponents(arrow);
   const double dir = std::round(wind.Dir);
   return ChangeWindLevel(
       record, level,
       {record.WindHgt(level), dir < 1 ? 360 : dir, std::min(std::round(wind.Spd), kMostWind)});
+}
+
+std::optional<Fault> MoveWind(SoundingRecord& record, int level, double dx, double dy) {
+  // The arrow points to where the wind comes from: up the page is north.
+  analysis::WindVector arrow = analysis::Components({record.WindDir(level), record.WindSpd(level)});
+  arrow.U += dx / LevelDrag::kUnitsPerKnot;
+  arrow.V -= dy / LevelDrag::kUnitsPerKnot;
+  return PutWind(record, level, arrow);
 }
 
 std::string_view NameOf(Dragged what) {
@@ -122,6 +126,14 @@ Changes LevelDrag::Move(Program& program, Point to) {
     fault = MoveTemp(moved, grip_, TempAcross(mapping, before_.Press(level), was, to.X));
   }
   if (fault || moved == program.Current.Record) return {};
+  program.Current.Record = std::move(moved);
+  return {.Sounding = true};
+}
+
+Changes LevelDrag::SetWind(Program& program, const analysis::WindVector& wind) {
+  if (!program.Gate.IsOpen()) return {};
+  SoundingRecord moved = before_;
+  if (PutWind(moved, grip_.Level, wind) || moved == program.Current.Record) return {};
   program.Current.Record = std::move(moved);
   return {.Sounding = true};
 }

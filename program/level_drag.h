@@ -32,6 +32,8 @@ class LevelDrag {
   /// point never exceeds its temperature: it stops there, or is taken along. A wind's arrow
   /// moves with the pointer, a knot for each kUnitsPerKnot.
   Changes Move(Program& program, Point to);
+  /// Brings the level's wind to one of its own, in whole degrees and knots.
+  Changes SetWind(Program& program, const analysis::WindVector& wind);
   /// The sounding as it was before.
   Changes TakeBack(Program& program);
   /// Remembers the edit, "drag temperature of level 17".

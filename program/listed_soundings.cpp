@@ -72,7 +72,7 @@ void NoteHeader(Program& program) {
 
 bool LoadListed(Program& program, std::size_t index) {
   const int inFile = index < program.ListedIndex.size() ? program.ListedIndex[index] : 0;
-  return commands::LoadOne(program, program.Listed[index], inFile);
+  return commands::LoadOne(program, program.Listed[index], inFile, true);
 }
 
 std::string ListedText(const Program& program, std::size_t index) {

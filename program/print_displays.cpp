@@ -80,7 +80,7 @@ constexpr PrintRow kRows[] = {
     {{"Overlay", Diagram<MultiMode::Overlay>}, IsIn<MultiMode::Overlay>},
     {{"Compare", Diagram<MultiMode::Compare>}, IsIn<MultiMode::Compare>},
     {{"Hodograph", Hodograph}, HasWinds},
-    {{"Hodogram3D", Hodogram}, HasWinds},
+    {{"Hodogram3D", Hodogram, "HODOGRAM"}, HasWinds},
     {{"SvrWx", Sheet<display::SevereWeatherSheet>}, HasSounding},
     {{"Winter", Sheet<display::WinterWeatherSheet>}, HasSounding},
     {{"LayerAnalyzer", Sheet<display::LayerSheet>}, HasSounding},
@@ -101,6 +101,13 @@ std::vector<std::string_view> AllPrintDisplays() {
   std::vector<std::string_view> names;
   for (const PrintRow& row : kRows) names.push_back(row.Display.Name);
   return names;
+}
+
+std::string_view PrintHeading(std::string_view name) {
+  for (const PrintRow& row : kRows) {
+    if (row.Display.Name == name) return row.Display.Heading;
+  }
+  return {};
 }
 
 Options PrintOptions(const Program& program, bool darkLines) {

@@ -15,7 +15,11 @@ namespace vexa {
 struct PrintDisplay {
   std::string_view Name{};
   Picture (*Draw)(const Program& program, const Options& set) = nullptr;
+  std::string_view Heading{};  // above the header of its page; empty: none
 };
+
+/// The heading of a display's page by its name or its window's.
+std::string_view PrintHeading(std::string_view name);
 
 /// The displays that the program has something to show of now, the diagram first.
 std::vector<PrintDisplay> PrintDisplays(const Program& program);

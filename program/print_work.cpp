@@ -135,6 +135,7 @@ std::vector<Picture> PagesToPrint(const Program& program, const PrintRequest& re
   for (const PrintDisplay& there : PrintDisplays(program)) {
     if (there.Name != request.Display) continue;
     ListingLines above = header;
+    if (!there.Heading.empty()) above.insert(above.begin(), std::string(there.Heading));
     if (!request.Title.empty()) above.insert(above.begin(), request.Title);
     const Options set = PrintOptions(program, request.DarkLines);
     pages.push_back(output::DisplayPage(there.Draw(program, set), above, request.Setup));

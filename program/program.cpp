@@ -132,6 +132,8 @@ bool Refresh(Program& program, Changes changes) {
     if (changes.Sounding || changes.Options) {
       program.Results = analysis::Analyse(program.Current.Record, program.Set, program.Adiabats,
                                           ProgressOf(program));
+    } else if (changes.Storm) {
+      analysis::FollowStormMotion(program.Current.Record, program.Set, program.Results);
     }
     std::vector<diagram::OverlaySounding> others;
     for (const SoundingRecord& other : program.Others) others.push_back({&other});
@@ -146,6 +148,9 @@ bool Refresh(Program& program, Changes changes) {
     std::optional<diagram::SoundingPlot> plot = diagram::PlotSounding(input, ProgressOf(program));
     if (!plot) return {};
     program.Plot = std::move(plot);
+    // The locked level's text follows its values and units.
+    diagram::CursorState& cursor = program.View.Cursor;
+    if (cursor.Level) cursor.Text = LevelText(program, *cursor.Level);
     finished = true;
     return {};
   });
@@ -160,6 +165,11 @@ Changes OpenSoundings(Program& program, const std::vector<std::filesystem::path>
 
 Changes OpenText(Program& program, const std::string& text) {
   return Behind(program, "OpenText", [&] { return commands::LoadText(program, text); });
+}
+
+int IndexInFile(const Program& program) {
+  return program.ListedNow < program.ListedIndex.size() ? program.ListedIndex[program.ListedNow]
+                                                        : 0;
 }
 
 Changes SequenceSounding(Program& program, std::size_t index) {

@@ -115,8 +115,9 @@ enum class Command {
 struct Changes {
   bool Sounding = false;
   bool Options = false;  // settings that analyses read
+  bool Storm = false;    // the storm's motion alone
   bool View = false;     // settings that only the drawing reads
-  bool Any() const { return Sounding || Options || View; }
+  bool Any() const { return Sounding || Options || Storm || View; }
   bool operator==(const Changes&) const = default;
 };
 
@@ -187,6 +188,9 @@ inline constexpr std::string_view kPastedFile = "Pasted.txt";
 
 /// Loads the listed sounding of this index.
 Changes SequenceSounding(Program& program, std::size_t index);
+
+/// Which sounding of its file the one in work is, from 0.
+int IndexInFile(const Program& program);
 
 /// Caption of the main window: the program title, the sounding's and the place in the list.
 std::string SoundingBanner(const Program& program);

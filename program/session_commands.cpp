@@ -9,13 +9,40 @@
 #include "core/error_report.h"
 #include "core/files.h"
 #include "core/numbers.h"
+#include "program/commands.h"
 #include "program/edit_commands.h"
+#include "program/hodograph_commands.h"
 
 namespace vexa {
 namespace {
 
 constexpr std::string_view kListedNow = "listed";
 constexpr std::string_view kDiagram = "diagram";
+constexpr std::string_view kInFile = "in file";  // which sounding of its file each listed one is
+constexpr std::string_view kZoom = "zoom";
+constexpr std::string_view kCursor = "cursor";
+constexpr std::string_view kLocked = "locked level";
+constexpr std::string_view kLines = "lines";
+constexpr std::string_view kStorm = "storm motion";  // by hand or not, direction, knots, held
+
+std::string JoinNumbers(const std::vector<double>& numbers) {
+  std::string text;
+  for (const double number : numbers) text += (text.empty() ? "" : " ") + Shortest(number);
+  return text;
+}
+
+// Nothing of a text with anything else in it.
+std::vector<double> SplitNumbers(std::string_view text) {
+  std::vector<double> numbers;
+  while (!text.empty()) {
+    const std::size_t blank = text.find(' ');
+    const std::optional<double> number = ParseNumber(text.substr(0, blank));
+    if (!number) return {};
+    numbers.push_back(*number);
+    text.remove_prefix(blank == std::string_view::npos ? text.size() : blank + 1);
+  }
+  return numbers;
+}
 
 bool KeepsSessions(const Program& program) {
   return !program.Where.Root.empty() && program.Current.Ask != nullptr &&
@@ -30,15 +57,62 @@ Session SessionOf(const Program& program) {
     session.Files.push_back(TextFromPath(path));
   }
   if (program.History.IsChanged()) session.Edited = program.Current.Record;
-  session.Settings = {{std::string(kListedNow), Shortest(static_cast<int>(program.ListedNow))},
-                      {std::string(kDiagram), Shortest(static_cast<int>(program.Set.Diagram))}};
+  const auto add = [&session](std::string_view key, const std::vector<double>& numbers) {
+    session.Settings.emplace_back(key, JoinNumbers(numbers));
+  };
+  add(kListedNow, {static_cast<double>(program.ListedNow)});
+  add(kDiagram, {static_cast<double>(program.Set.Diagram)});
+  add(kInFile, {program.ListedIndex.begin(), program.ListedIndex.end()});
+  const ViewState& view = program.View;
+  if (view.Zoom) add(kZoom, {view.Zoom->Left, view.Zoom->Top, view.Zoom->Right, view.Zoom->Bottom});
+  if (view.Cursor.At) add(kCursor, {view.Cursor.At->X, view.Cursor.At->Y});
+  if (view.Cursor.Level) add(kLocked, {static_cast<double>(*view.Cursor.Level)});
+  const auto flag = [](bool on) { return on ? 1.0 : 0.0; };
+  add(kLines, {flag(view.Lines.PressHeights), flag(view.Lines.HeightCorrection),
+               flag(view.Lines.Contrail), flag(view.Lines.Soaring)});
+  const StormEntry storm = EntryOf(program);
+  add(kStorm,
+      {flag(storm.Mode == Scaling::Manual), storm.Motion.Dir, storm.Motion.Spd, flag(storm.Hold)});
   return session;
 }
 
-int Setting(const Session& session, std::string_view key) {
+// The numbers of a setting; none unless they are as many as expected.
+std::vector<double> Setting(const Session& session, std::string_view key,
+                            std::optional<std::size_t> count = {}) {
   const auto found =
       std::ranges::find(session.Settings, key, [](const auto& setting) { return setting.first; });
-  return found == session.Settings.end() ? 0 : ParseWhole(found->second).value_or(0);
+  if (found == session.Settings.end()) return {};
+  std::vector<double> numbers = SplitNumbers(found->second);
+  if (count && numbers.size() != *count) return {};
+  return numbers;
+}
+
+int WholeSetting(const Session& session, std::string_view key) {
+  const std::vector<double> numbers = Setting(session, key, 1);
+  return numbers.empty() ? 0 : ToWhole(numbers.front());
+}
+
+// A zoom that shows nothing of the diagram is not taken.
+void TakeView(Program& program, const Session& session) {
+  ViewState& view = program.View;
+  if (const auto zoom = Setting(session, kZoom, 4); !zoom.empty()) {
+    const Rect region{zoom[0], zoom[1], zoom[2], zoom[3]};
+    if (region.Width() > 0 && region.Height() > 0) view.Zoom = region;
+  }
+  if (const auto at = Setting(session, kCursor, 2); !at.empty()) {
+    view.Cursor.At = Point{at[0], at[1]};
+  }
+  if (const int level = WholeSetting(session, kLocked);
+      level > 0 && level <= program.Current.Record.NumTempLevels()) {
+    view.Cursor.Level = level;
+  }
+  if (const auto lines = Setting(session, kLines, 4); !lines.empty()) {
+    view.Lines = {lines[0] != 0, lines[1] != 0, lines[2] != 0, lines[3] != 0};
+  }
+  if (const auto storm = Setting(session, kStorm, 4); !storm.empty()) {
+    const Scaling mode = storm[0] != 0 ? Scaling::Manual : Scaling::Auto;
+    TakeBack(program, {mode, {storm[1], storm[2]}, storm[3] != 0});
+  }
 }
 
 void TakeList(Program& program, const Session& session) {
@@ -46,8 +120,23 @@ void TakeList(Program& program, const Session& session) {
   for (std::size_t i = 1; i < session.Files.size(); ++i) {
     program.Listed.push_back(PathFromText(session.Files[i]));
   }
-  const auto now = static_cast<std::size_t>(std::max(0, Setting(session, kListedNow)));
+  const auto now = static_cast<std::size_t>(std::max(0, WholeSetting(session, kListedNow)));
   program.ListedNow = now < program.Listed.size() ? now : 0;
+  program.ListedIndex.clear();
+  const std::vector<double> indices = Setting(session, kInFile, program.Listed.size());
+  for (const double index : indices) program.ListedIndex.push_back(std::max(0, ToWhole(index)));
+}
+
+// Without the question which of a file's soundings is wanted.
+bool LoadAgain(Program& program, const Session& session, const std::filesystem::path& file) {
+  const auto pass = program.Gate.Enter();
+  if (!pass) return false;
+  const std::vector<double> indices = Setting(session, kInFile);
+  const auto now = static_cast<std::size_t>(std::max(0, WholeSetting(session, kListedNow)));
+  const int index = now < indices.size() ? std::max(0, ToWhole(indices[now])) : 0;
+  if (!commands::LoadOne(program, file, index)) return false;
+  commands::MakeRecentFiles(program);
+  return true;
 }
 
 Changes TakeUp(Program& program, Session session) {
@@ -56,7 +145,7 @@ Changes TakeUp(Program& program, Session session) {
   const std::filesystem::path file = PathFromText(session.Files.front());
   std::error_code ignored;
   const bool isThere = std::filesystem::exists(file, ignored);
-  const bool loaded = (isThere || !session.Edited) && OpenSoundings(program, {file}).Sounding;
+  const bool loaded = (isThere || !session.Edited) && LoadAgain(program, session, file);
   if (session.Edited && loaded) {
     AdoptEdit(program, *std::move(session.Edited), "edits before the crash");
   } else if (session.Edited) {
@@ -67,7 +156,8 @@ Changes TakeUp(Program& program, Session session) {
   // What stands there now is newer than what a check of the file wants corrected.
   if (program.Current.QcFault == 0) program.ToCorrect.reset();
   TakeList(program, session);
-  const int diagram = Setting(session, kDiagram);
+  TakeView(program, session);
+  const int diagram = WholeSetting(session, kDiagram);
   if (diagram >= 0 && diagram <= static_cast<int>(DiagramType::Tephigram)) {
     program.Set.Diagram = static_cast<DiagramType>(diagram);
   }

@@ -66,9 +66,34 @@ std::optional<std::string> SingleBytesFromUtf8(std::string_view text) {
   return bytes;
 }
 
+// Where a line begins, 1-based; the end for lines behind the last.
+std::size_t BeginOfLine(std::string_view bytes, int line) {
+  std::size_t at = 0;
+  for (int i = 1; i < line && at < bytes.size(); ++i) {
+    const std::size_t end = bytes.find('\n', at);
+    if (end == std::string_view::npos) return bytes.size();
+    at = end + 1;
+  }
+  return at;
+}
+
+// The lines of one sounding of several, with the rest of the file around them.
+Outcome<EditableText> PartToEdit(const SourceText& source, const ingest::SourceEntry& entry,
+                                 std::string_view name) {
+  const std::string_view bytes = source.Bytes();
+  const std::size_t from = BeginOfLine(bytes, entry.FirstLine);
+  const std::size_t to = entry.EndLine > 0 ? BeginOfLine(bytes, entry.EndLine) : bytes.size();
+  Outcome<EditableText> part = TextToEdit(bytes.substr(from, to - from), name);
+  if (!part) return part;
+  part.Value().Before = bytes.substr(0, from);
+  part.Value().After = bytes.substr(to);
+  return part;
+}
+
 Outcome<SoundingRecord> Decode(Program& program, const std::string& bytes) {
   SoundingRecord record;
-  ingest::LoadContext context{.Ask = program.Current.Ask, .Stations = &program.Stations};
+  ingest::LoadContext context{
+      .Ask = program.Current.Ask, .Index = IndexInFile(program), .Stations = &program.Stations};
   const std::optional<Fault> fault = Guarded("EditSource", [&]() -> std::optional<Fault> {
     return ingest::DecodeSounding(SourceText(program.Current.FileName, bytes), context, record);
   });
@@ -103,9 +128,10 @@ Outcome<std::string> BytesOf(const EditableText& original, std::string_view edit
     if (c == '\n' && original.EndsInCrLf) text += '\r';
     text += c;
   }
-  if (!original.IsSingleByte) return text;
-  std::optional<std::string> bytes = SingleBytesFromUtf8(text);
-  if (bytes) return *std::move(bytes);
+  if (!original.IsSingleByte) return original.Before + text + original.After;
+  if (const std::optional<std::string> bytes = SingleBytesFromUtf8(text)) {
+    return original.Before + *bytes + original.After;
+  }
   return Fault{kFaultInvalidValue, "BytesOf",
                original.Name + " cannot hold every character that was typed"};
 }
@@ -121,6 +147,11 @@ Outcome<EditableText> SourceToEdit(const Program& program, bool entireFile) {
   std::vector<std::string> notes;
   const Outcome<SourceText> source = ingest::ReadSource(path, notes);
   if (!source) return source.Error();
+  const std::vector<ingest::SourceEntry> entries = ingest::ListSoundings(source.Value());
+  const auto index = static_cast<std::size_t>(IndexInFile(program));
+  if (entries.size() > 1 && index < entries.size() && entries[index].FirstLine > 0) {
+    return PartToEdit(source.Value(), entries[index], name);
+  }
   return TextToEdit(source.Value().Bytes(), name);
 }
 

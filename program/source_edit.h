@@ -12,8 +12,10 @@
 namespace vexa {
 
 struct EditableText {
-  std::string Name{};         // of the file, for the caption
-  std::string Text{};         // UTF-8, lines ending in LF
+  std::string Name{};    // of the file, for the caption
+  std::string Text{};    // UTF-8, lines ending in LF
+  std::string Before{};  // the file's bytes ahead of the text and behind it, which stay
+  std::string After{};
   bool IsSingleByte = false;  // the file holds one byte a character (Latin-1), not UTF-8
   bool EndsInCrLf = false;
 };
@@ -21,11 +23,13 @@ struct EditableText {
 /// A file's bytes as text to edit. Fault 1209 for bytes that are no text.
 Outcome<EditableText> TextToEdit(std::string_view bytes, std::string_view name);
 
-/// The bytes of the edited text; fault 380 when it has a character that the file cannot hold.
+/// The whole file's bytes with the edited text; fault 380 when it has a character that the file
+/// cannot hold.
 Outcome<std::string> BytesOf(const EditableText& original, std::string_view edited);
 
-/// The source of the sounding in work, unpacked; the entire file may be edited only when it is not
-/// packed. Faults as ReadFile and TextToEdit.
+/// The source of the sounding in work, unpacked: of a file with several soundings its part, where
+/// the format tells it from the others. The entire file may be edited only when it is not packed.
+/// Faults as ReadFile and TextToEdit.
 Outcome<EditableText> SourceToEdit(const Program& program, bool entireFile);
 
 /// Decodes an edited source and takes the sounding as a step of the history; the file stays. The

@@ -178,8 +178,13 @@ Changes OverlaySeveral(Program& program) {
   if (program.View.Mode == MultiMode::Overlay) return ShowAlone(program);
   std::vector<SoundingRecord> others;
   const auto names = program.Current.Ask->ChooseFiles(QuestionFor(program, "Sounding Overlay"));
-  for (const std::string& name : names) {
-    if (auto record = LoadBeside(program, PathFromText(name))) {
+  Progress progress(*program.Current.Ask);
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    const std::string step =
+        Shortest(static_cast<int>(i) + 1) + " of " + Shortest(static_cast<int>(names.size()));
+    const double done = static_cast<double>(i) / static_cast<double>(names.size());
+    if (!progress.Begin("Loading sounding " + step + " . . .", done)) return {};
+    if (auto record = LoadBeside(program, PathFromText(names[i]))) {
       others.push_back(std::move(*record));
     }
   }

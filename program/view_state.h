@@ -1,5 +1,5 @@
 // How the diagram is looked at: enlarged or whole, alone or with other soundings, with which lines
-// over it, and where the cursor stands. None of this is kept between sessions.
+// over it, and where the cursor stands. Kept for a session that is cut off, and no longer.
 #pragma once
 
 #include <optional>

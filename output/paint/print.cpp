@@ -45,7 +45,8 @@ std::optional<Fault> PrintPages(std::span<const Picture> pages, double unitsPerP
   if (!painter.begin(&device)) return Failed("the printer cannot be opened");
   const std::string total = Shortest(static_cast<int>(pages.size()));
   for (std::size_t i = 0; i < pages.size(); ++i) {
-    if (!progress.Begin("Printing: " + Shortest(static_cast<int>(i) + 1) + " of " + total)) {
+    const double done = static_cast<double>(i) / static_cast<double>(pages.size());
+    if (!progress.Begin("Printing: " + Shortest(static_cast<int>(i) + 1) + " of " + total, done)) {
       return Failed(kPrintCancelled);
     }
     if (i > 0 && !device.newPage()) return Failed("a new page cannot be begun");

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
@@ -11,10 +12,13 @@
 #include <QMouseEvent>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QShortcut>
 
+#include "analysis/index_table.h"
 #include "app/drag_view.h"
 #include "app/hodogram_window.h"
 #include "app/sounding_window.h"
+#include "config/settings_store.h"
 #include "core/files.h"
 #include "core/raw_file.h"
 #include "picture/stroke.h"
@@ -76,30 +80,62 @@ TEST_F(DisplayTest, CheckMarkTellsWhetherTheWindowIsUp) {
   EXPECT_FALSE(entry->isChecked());
 }
 
-TEST_F(DisplayTest, DraggingTheStormVectorChangesEverythingThatDependsOnIt) {
+TEST_F(DisplayTest, EverythingFollowsTheStormVectorWhileItIsDragged) {
   Choose("mnuHodograph");
   HodographWindow& hodograph = *window.Hodograph();
   QApplication::processEvents();
-  const double before = program.Results.Storm.Chosen()->Helicity[2];
   ASSERT_TRUE(hodograph.Plot().Storm);
   const hodograph::HodographMapping at = hodograph.Plot().Mapping;
   const auto place = [&](const analysis::WindVector& wind) {
     return Place(hodograph.View(), hodograph.Plot().Page, at.ToPoint(wind));
   };
+  const auto texts = [](const Picture& page) {
+    std::string all;
+    for (const Item& item : page.Items()) {
+      if (const auto* label = std::get_if<Label>(&item.Shape)) all += label->Text + "\n";
+    }
+    return all;
+  };
+  const auto index = [&](std::string_view label) {
+    return analysis::IndexOf(program.Results, *analysis::FindIndex(label))->Value;
+  };
+  const Options before = program.Set;
+  const std::string panel = texts(hodograph.Plot().Page);
+  const std::string diagram = texts(program.Plot->Page);
+  const double energy = index(" EHI 0-xkm");
   const QPointF from = place(*hodograph.Plot().Storm);
   const QPointF to = place(analysis::Components({270, 40}));
   Mouse(hodograph.View(), QEvent::MouseButtonPress, from);
   Mouse(hodograph.View(), QEvent::MouseMove, to);
-  EXPECT_EQ(program.Set.MotionMode, Scaling::Auto);  // not before the button is let go
-  EXPECT_NEAR(analysis::FromComponents(*hodograph.Plot().Storm).Spd, 40, 0.5);
+  // The picture, its panel, the entry, the indices and the diagram say the same at once.
+  EXPECT_EQ(hodograph.Plot().Mapping.Scale, at.Scale);  // the rings stand still meanwhile
+  const analysis::Wind drawn = analysis::FromComponents(*hodograph.Plot().Storm);
+  EXPECT_NEAR(drawn.Dir, 270, 0.6);
+  EXPECT_NEAR(drawn.Spd, 40, 0.5);
+  EXPECT_EQ(hodograph.findChild<QComboBox*>("cboMode")->currentText(), "MANUAL");
+  EXPECT_NEAR(hodograph.findChild<QDoubleSpinBox*>("txtSpeed")->value(), drawn.Spd, 0.06);
+  EXPECT_NE(texts(hodograph.Plot().Page), panel);
+  EXPECT_NE(texts(program.Plot->Page), diagram);
+  EXPECT_NE(index(" EHI 0-xkm"), energy);
+  EXPECT_EQ(index("s-rH 0-3km"), program.Results.Storm.Chosen()->Helicity[2]);
+  const analysis::AnalysisResults anew =
+      analysis::Analyse(program.Current.Record, program.Set, program.Adiabats);
+  for (std::size_t i = 0; i < anew.Indices.size(); ++i) {
+    EXPECT_EQ(program.Results.Indices[i].Value, anew.Indices[i].Value)
+        << anew.Indices[i].Row->Label;
+  }
+
+  // ESC gives the drag up, the button keeps it.
+  hodograph.findChild<QShortcut*>("EscapeKey")->activated();
+  EXPECT_EQ(program.Set, before);
+  EXPECT_EQ(index(" EHI 0-xkm"), energy);
+  EXPECT_EQ(texts(hodograph.Plot().Page), panel);
+  Mouse(hodograph.View(), QEvent::MouseButtonRelease, to);
+  EXPECT_EQ(program.Set, before);
+  Mouse(hodograph.View(), QEvent::MouseButtonPress, from);
+  Mouse(hodograph.View(), QEvent::MouseMove, to);
   Mouse(hodograph.View(), QEvent::MouseButtonRelease, to);
   EXPECT_EQ(program.Set.MotionMode, Scaling::Manual);
-  const analysis::Wind motion = analysis::FromComponents(program.Results.Storm.Chosen()->Motion);
-  EXPECT_NEAR(motion.Dir, 270, 0.6);
-  EXPECT_NEAR(motion.Spd, 40, 0.3);
-  EXPECT_NE(program.Results.Storm.Chosen()->Helicity[2], before);
-  EXPECT_NEAR(hodograph.findChild<QDoubleSpinBox*>("txtSpeed")->value(), 40, 0.3);
-  EXPECT_EQ(hodograph.findChild<QComboBox*>("cboMode")->currentText(), "MANUAL");
 
   // Beside the vector there is nothing to take hold of.
   const Options held = program.Set;
@@ -107,6 +143,98 @@ TEST_F(DisplayTest, DraggingTheStormVectorChangesEverythingThatDependsOnIt) {
   Mouse(hodograph.View(), QEvent::MouseMove, from);
   Mouse(hodograph.View(), QEvent::MouseButtonRelease, from);
   EXPECT_EQ(program.Set, held);
+}
+
+TEST_F(DisplayTest, AWindIsDraggedAsOneEditButNotInTheStormsFrame) {
+  Choose("mnuHodograph");
+  HodographWindow& hodograph = *window.Hodograph();
+  QApplication::processEvents();
+  const SoundingRecord before = program.Current.Record;
+  const auto drag = [&](int level, const analysis::WindVector& to) {
+    const hodograph::HodographMapping at = hodograph.Plot().Mapping;
+    const analysis::WindVector from =
+        analysis::Components({before.WindDir(level), before.WindSpd(level)});
+    Mouse(hodograph.View(), QEvent::MouseButtonPress,
+          Place(hodograph.View(), hodograph.Plot().Page, at.ToPoint(from)));
+    const QPointF end = Place(hodograph.View(), hodograph.Plot().Page, at.ToPoint(to));
+    Mouse(hodograph.View(), QEvent::MouseMove, end);
+    return end;
+  };
+  const analysis::WindVector to = analysis::Components({240, 44});
+  drag(9, to);
+  EXPECT_NEAR(program.Current.Record.WindDir(9), 240, 2);
+  EXPECT_NEAR(program.Current.Record.WindSpd(9), 44, 1.1);
+  hodograph.findChild<QShortcut*>("EscapeKey")->activated();
+  EXPECT_EQ(program.Current.Record, before);
+
+  const QPointF end = drag(9, to);
+  Mouse(hodograph.View(), QEvent::MouseButtonRelease, end);
+  EXPECT_EQ(program.History.UndoText(), "Undo drag wind of level 9");
+  EXPECT_TRUE(program.History.Undo(program.Current.Record));
+  EXPECT_EQ(program.Current.Record, before);
+  window.Show({.Sounding = true});
+
+  program.Hodograph.Frame = HodoOrigin::Storm;
+  window.Show({.View = true});
+  drag(9, to);
+  EXPECT_EQ(program.Current.Record, before);
+  ASSERT_EQ(interaction.Kept().size(), 1u);
+  EXPECT_EQ(interaction.Kept()[0].Title, "Storm-Relative Wind Mode ...");
+}
+
+TEST_F(DisplayTest, ControlsOfThePlotOutlastTheProgram) {
+  Choose("mnuHodograph");
+  Choose("mnuHodogram");
+  HodographWindow& hodograph = *window.Hodograph();
+  const auto count = [&](std::string_view tag) {
+    return std::ranges::count_if(hodograph.Plot().Page.Items(),
+                                 [&](const Item& item) { return item.Tag == tag; });
+  };
+  const auto choose = [&](const char* name, int index) {
+    auto* box = hodograph.findChild<QComboBox*>(name);
+    box->setCurrentIndex(index);
+    box->activated(index);
+  };
+  const double top = hodograph.Plot().Winds.back().Height;
+  choose("cboDepth", static_cast<int>(HodoDepth::Limit));
+  hodograph.findChild<QDoubleSpinBox*>("txtDepth")->setValue(4.5);
+  EXPECT_GT(top, 4500);
+  EXPECT_EQ(hodograph.Plot().Winds.back().Height, 4500);
+  EXPECT_GT(count("trace"), 0);
+  for (const char* box : {"chkSkipPlot", "chkCaptionAtTop", "chkNoSMplot", "chkFloat",
+                          "chkHelicity", "chkMbe", "chkHold"}) {
+    hodograph.findChild<QCheckBox*>(box)->click();
+  }
+  EXPECT_EQ(count("trace"), 0);
+  EXPECT_EQ(count("height mark"), 0);
+  auto* panel = hodograph.findChild<QLabel*>("FloatingPanel");
+  EXPECT_TRUE(panel->isVisible());
+  EXPECT_GE(panel->height(), 11 * panel->fontMetrics().lineSpacing());  // all its lines
+  choose("cboFrame", 1);
+  choose("cboRings", 1);
+  choose("cboCompare", 1);
+  hodograph.findChild<QDoubleSpinBox*>("txtLimit")->setValue(130);
+  Press(&hodograph, "cmdInvert");
+  Press(window.Hodogram(), "cmdLeft");
+  Press(window.Hodogram(), "cmdUp");
+  window.Hodogram()->findChild<QCheckBox*>("chkNorth")->click();
+  window.close();
+
+  SettingsStore again;
+  std::vector<std::string> notes;
+  LoadSettings(folder.Path(), again, notes);
+  EXPECT_TRUE(notes.empty());
+  EXPECT_EQ(again.Hodograph, program.Hodograph);
+  EXPECT_EQ(again.Hodogram3D, program.Hodogram);
+  EXPECT_EQ(again.Set.HodoDepthMode, HodoDepth::Limit);
+  EXPECT_EQ(again.Set.HodoDepthLimitKm, 4.5);
+  EXPECT_EQ(again.Set.ManualMotionSpd, program.Set.ManualMotionSpd);
+  const HodographSettings fresh;
+  EXPECT_NE(again.Hodograph.SkipPlot, fresh.SkipPlot);
+  EXPECT_NE(again.Hodograph.CaptionAtTop, fresh.CaptionAtTop);
+  EXPECT_NE(again.Hodograph.Hold, fresh.Hold);
+  EXPECT_EQ(again.Hodograph.RingLimit, 130);
+  EXPECT_EQ(again.Hodogram3D.Azimuth, 25);  // a step of 5 to the left of 30
 }
 
 TEST_F(DisplayTest, EnteredSpeedsAreInTheShownUnitAndHoldOutlastsTheSounding) {

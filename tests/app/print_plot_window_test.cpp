@@ -89,6 +89,7 @@ TEST_F(PrintPlotTest, EveryDisplayIsOfferedAndTitleAndDarkLinesAreRemembered) {
     ASSERT_EQ(window.Pages().size(), 1u);
     const std::string text = paint::TextOf(window.Pages().front());
     EXPECT_GT(text.size(), 150u) << text;
+    EXPECT_EQ(text.find("HODOGRAM") != std::string::npos, std::string_view(name) == "Hodogram3D");
     EXPECT_TRUE(texts.insert(text).second) << "the same as another display";
   }
   window.findChild<QLineEdit*>("PrintTitle")->setText("Case of the week");

@@ -11,6 +11,7 @@
 #include <QMimeData>
 #include <QMouseEvent>
 #include <QPlainTextEdit>
+#include <QProgressBar>
 #include <QScrollBar>
 #include <QShortcut>
 #include <QShortcutEvent>
@@ -166,6 +167,23 @@ TEST_F(WindowTest, FaultsAreKeptWhenNobodyIsThereAndShownInThePanel) {
   ASSERT_EQ(interaction.Kept().size(), 1u);
   window.OpenFiles({Saved("warm.RAW", test::Profile({{1000, 71, 10}, {900, 20, 10}}))});
   EXPECT_EQ(Text("ProgressPanel"), "Temperature is greater than 70C.");
+}
+
+TEST_F(WindowTest, TheProgressBarIsUpWhileARoutineTellsItsShareAndEscStops) {
+  auto* bar = window.findChild<QProgressBar*>("ProgressBar");
+  EXPECT_FALSE(bar->isVisible());
+  {
+    const auto pass = program.Gate.Enter();
+    Progress progress(interaction);
+    EXPECT_TRUE(progress.Begin("Loading sounding 3 of 4 . . .", 0.5));
+    EXPECT_TRUE(bar->isVisible());
+    EXPECT_EQ(bar->value(), (bar->maximum() + bar->minimum()) / 2);
+    EXPECT_EQ(Text("ProgressPanel"), "Loading sounding 3 of 4 . . .");
+    window.findChild<QShortcut*>("EscapeKey")->activated();
+    EXPECT_FALSE(progress.Begin("Loading sounding 4 of 4 . . .", 0.75));
+  }
+  window.Show({});
+  EXPECT_FALSE(bar->isVisible());
 }
 
 TEST_F(WindowTest, ClosingWaitsForTheRunningCommand) {

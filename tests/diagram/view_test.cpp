@@ -186,6 +186,22 @@ TEST(ExtraLines, HeightCorrectionIsTheHeightAboveTheStandardOne) {
   EXPECT_NEAR(line.front().X - zero.front().X, 2 * 100, 1);
 }
 
+// Up to the top of the diagram no value stands on the line's name.
+TEST(ExtraLines, HeightCorrectionsKeepOffTheirName) {
+  Drawn drawn(Profile({{1000, 15, 5}, {700, 0, -5}, {300, -45, -50}, {100, -60, -70}}, {}, 100));
+  drawn.Lines.HeightCorrection = true;
+  const SoundingPlot plot = drawn();
+  const auto names = Tagged(plot.Page, "height correction label");
+  ASSERT_EQ(names.size(), 1u);
+  const auto& name = std::get<Label>(names.front()->Shape);
+  const auto values = Tagged(plot.Page, "height correction value");
+  EXPECT_GE(values.size(), 4u);
+  for (const Item* item : values) {
+    const auto& value = std::get<Label>(item->Shape);
+    EXPECT_GT(value.At.Y - name.At.Y, (value.Size + name.Size) / 2) << value.Text;
+  }
+}
+
 TEST(CursorMarks, LockToTheNearestLevel) {
   const SoundingRecord sounding = test::ReferenceConvective();
   const DiagramMapping at(DiagramType::SkewT, kFrame, -40, 40, 100);
@@ -193,13 +209,16 @@ TEST(CursorMarks, LockToTheNearestLevel) {
   EXPECT_FALSE(NearestLevel(at, Profile({}), at.ToPoint(0, 700)));
   CursorState cursor;
   cursor.Level = 10;
-  const Picture marks = CursorMarks(at, sounding, cursor, {});
+  const Picture marks = CursorMarks(at, sounding, cursor, {}, {255, 255, 240});
   std::vector<Point> rings;
   for (const Item* item : Tagged(marks, "locked cursor")) {
     if (const auto* circle = std::get_if<Circle>(&item->Shape)) rings.push_back(circle->Center);
   }
   EXPECT_EQ(rings, (std::vector<Point>{at.ToPoint(8.6, 700), at.ToPoint(-3.2, 700)}));
   EXPECT_EQ(marks.Paper().Alpha, 0);
+  // The text is legible over lines.
+  const auto& text = std::get<Label>(Tagged(marks, "locked cursor text").front()->Shape);
+  EXPECT_EQ(text.Halo, (Color{255, 255, 240}));
 }
 
 }  // namespace

@@ -140,6 +140,31 @@ TEST(HodographPlot, LegendNamesWhatIsDrawn) {
   EXPECT_FALSE(HitsStormVector(plot, plot.Mapping.Center));
 }
 
+// Where the centre stands low in the frame, rings that miss the half axis below are labelled on
+// another one; a trace that begins aloft has no colours of the air below in its legend.
+TEST(HodographPlot, EveryRingOnAHalfAxisIsLabelledAndTheLegendHasOnlyWhatIsDrawn) {
+  SoundingRecord sounding;
+  sounding.AddTemp(500, -10, -20);
+  sounding.AddTemp(300, -40, -50);
+  sounding.AddTemp(200, -55, -65);
+  sounding.AddWind(5700, 180, 60);
+  sounding.AddWind(7000, 200, 55);
+  sounding.AddWind(10000, 160, 62);
+  const HodographPlot plot = Draw(sounding, {});
+  const HodographMapping& at = plot.Mapping;
+  ASSERT_GT(at.Center.Y - at.Frame.Top, 1.5 * (at.Frame.Bottom - at.Center.Y));
+  const std::vector<std::string> labels = Texts(plot.Page, "ring label");
+  const auto rings = static_cast<std::size_t>((at.Center.Y - at.Frame.Top) / at.Scale / 20);
+  ASSERT_GE(rings, 3u);
+  for (std::size_t i = 1; i <= rings; ++i) {
+    EXPECT_EQ(std::ranges::count(labels, std::to_string(20 * i)), 1) << 20 * i;
+  }
+  const std::vector<std::string> legend = Texts(plot.Page, "legend");
+  EXPECT_EQ(std::ranges::count(legend, "  0-3 km"), 0);
+  EXPECT_EQ(std::ranges::count(legend, "  3-6 km"), 1);
+  EXPECT_EQ(std::ranges::count(legend, "  9-12 km"), 1);
+}
+
 // On the line of a value the helicity function itself gives this value.
 TEST(HodographPlot, HelicityContoursAgreeWithTheHelicity) {
   HodographSettings window;

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <string>
 #include <vector>
@@ -257,6 +258,81 @@ TEST_F(EditCommands, AnEditedSourceBecomesTheSoundingOrSaysWhyNot) {
   EXPECT_FALSE(SaveSource(program, bytes, changes));
   EXPECT_EQ(ReadFile(path).Value(), bytes);
   EXPECT_FALSE(program.History.IsChanged());
+}
+
+// The second of two soundings: the editor has its lines alone, and an edit changes it and not the
+// first one.
+TEST_F(EditCommands, TheSourceOfOneOfSeveralSoundingsIsItsOwn) {
+  const std::string whole = ReadFile(test::TestData("fsl_two.fsl")).Value();
+  program.ChooseSoundings = [](const auto& titles) {
+    EXPECT_EQ(titles.size(), 2u);
+    return std::vector<int>{0, 1};
+  };
+  ASSERT_TRUE(OpenSoundings(program, {Saved("two.fsl", whole)}).Sounding);
+  ASSERT_TRUE(SequenceSounding(program, 1).Sounding);
+  const int time = program.Current.Record.Time.Hour;
+  const Outcome<EditableText> part = SourceToEdit(program, false);
+  ASSERT_TRUE(part);
+  std::string text = part.Value().Text;
+  EXPECT_TRUE(text.starts_with("    254     12      4"));
+  EXPECT_EQ(part.Value().Before + text, whole);
+  EXPECT_EQ(BytesOf(part.Value(), text).Value(), whole);
+  EXPECT_EQ(SourceToEdit(program, true).Value().Text, whole);
+
+  text.replace(text.find("    156  32767"), 14, "    140  32767");  // 850 hPa
+  Changes changes;
+  EXPECT_FALSE(AdoptSource(program, BytesOf(part.Value(), text).Value(), changes));
+  EXPECT_TRUE(changes.Sounding);
+  EXPECT_EQ(program.Current.Record.Time.Hour, time);
+  const auto& temps = program.Current.Record.Temp.Values();
+  EXPECT_EQ(std::count(temps.begin(), temps.end(), 14.0), 1);
+}
+
+TEST_F(EditCommands, ChecksAreSwitchedOffByTheirOptions) {
+  const fs::path good = Native("good.RAW");
+  const fs::path bad = Saved(
+      "bad.RAW", WriteRaw(test::Profile({{1000, 20, 10}, {900, 14, 8}, {850, 5, 9}, {700, 0, 0}})));
+  program.Set.System.StepChecks = false;
+  ASSERT_TRUE(OpenSoundings(program, {good, bad}).Sounding);
+  EXPECT_TRUE(SequenceSounding(program, 1).Sounding);  // no box
+  EXPECT_EQ(FaultIndicator(program), "");
+  EXPECT_FALSE(program.ToCorrect);
+  user.Expect("Data Error", Answer::Ok);
+  EXPECT_TRUE(OpenSoundings(program, {bad}).Sounding);
+  EXPECT_NE(FaultIndicator(program), "");
+  program.Set.System = {.DataChecks = false};
+  EXPECT_TRUE(OpenSoundings(program, {bad}).Sounding);
+  EXPECT_EQ(FaultIndicator(program), "");  // not that of the load before
+}
+
+TEST_F(EditCommands, ASessionCutOffComesBackAsItWasLookedAt) {
+  program.Where.Root = folder.Path();
+  program.ChooseSoundings = [](const auto&) { return std::vector<int>{0, 1}; };
+  ASSERT_TRUE(
+      OpenSoundings(program, {Saved("two.fsl", ReadFile(test::TestData("fsl_two.fsl")).Value())})
+          .Sounding);
+  ASSERT_TRUE(Refresh(program, SequenceSounding(program, 1)));
+  program.View.Zoom = Rect{1000.5, 2000, 3000, 4000};
+  program.View.Cursor.Level = 2;
+  program.View.Lines.Contrail = true;
+  program.View.Lines.PressHeights = false;
+  program.Set.MotionMode = Scaling::Manual;
+  program.Set.ManualMotionDir = 215;
+  program.Set.ManualMotionSpd = 33.5;
+  EXPECT_FALSE(KeepSession(program));
+
+  Program next;
+  next.Current.Ask = &user;
+  next.Where.Root = folder.Path();
+  user.Expect("VEXA", Answer::Yes);
+  ASSERT_TRUE(Refresh(next, OfferSession(next)));  // without asking which of the two
+  EXPECT_EQ(next.Current.Record, program.Current.Record);
+  EXPECT_EQ(next.ListedIndex, (std::vector<int>{0, 1}));
+  EXPECT_EQ(next.View.Zoom, program.View.Zoom);
+  EXPECT_EQ(next.View.Lines, program.View.Lines);
+  EXPECT_EQ(next.Set, program.Set);
+  EXPECT_EQ(next.View.Cursor.Level, 2);
+  EXPECT_TRUE(next.View.Cursor.Text.starts_with("#2  ")) << next.View.Cursor.Text;
 }
 
 TEST_F(EditCommands, ASessionCutOffIsOfferedWithItsEdits) {

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <string>
 #include <vector>
@@ -30,8 +31,10 @@ class Choosing : public test::ScriptedInteraction {
     Titles.push_back(question.Title);
     return Chosen;
   }
+  void Share(double done) override { Shares.push_back(done); }
   std::vector<std::string> Chosen{};
   std::vector<std::string> Titles{};
+  std::vector<double> Shares{};
 };
 
 class ViewTest : public testing::Test {
@@ -60,6 +63,24 @@ class ViewTest : public testing::Test {
   Choosing user;
   Program program;
 };
+
+TEST_F(ViewTest, LoadingManyBesideOneAnotherTellsItsShareAndStops) {
+  for (const char* name : {"1.RAW", "2.RAW", "3.RAW", "4.RAW"}) {
+    user.Chosen.push_back(TextFromPath(Saved(name, test::ReferenceWinter())));
+  }
+  user.StopAfter = static_cast<int>(user.Statuses.size()) + 2;
+  EXPECT_FALSE(RunCommand(program, Command::Overlay).Any());
+  EXPECT_TRUE(program.Others.empty());
+  EXPECT_EQ(user.Statuses.back(), "Loading sounding 3 of 4 . . .");
+  user.StopAfter = -1;
+  Do(Command::Overlay);
+  EXPECT_EQ(program.Others.size(), 4u);
+  // A quarter more for each file, then the steps of the diagram.
+  const auto files = std::ranges::search(user.Shares, std::vector{0.0, 0.25, 0.5, 0.75, 0.0});
+  ASSERT_FALSE(files.empty());
+  EXPECT_TRUE(std::is_sorted(files.end() - 1, user.Shares.end()));
+  EXPECT_GT(user.Shares.back(), 0.4);
+}
 
 TEST_F(ViewTest, ComparesOverlaysAndGoesBack) {
   Do(Command::Compare);  // cancelled
