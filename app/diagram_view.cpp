@@ -54,6 +54,13 @@ std::optional<Point> DiagramView::PageAt(const QPointF& position) const {
   return at;
 }
 
+QPointF DiagramView::WidgetAt(Point at) const {
+  if (picture_ == nullptr) return {};
+  const PageFit fit = FitPage(picture_->Width(), picture_->Height(),
+                              {0, 0, static_cast<double>(width()), static_cast<double>(height())});
+  return {fit.Left + at.X * fit.Scale, fit.Top + at.Y * fit.Scale};
+}
+
 void DiagramView::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   if (picture_ == nullptr) {
