@@ -1,5 +1,6 @@
 #include "app/hodograph_window.h"
 
+#include <algorithm>
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QComboBox>
@@ -12,8 +13,10 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScreen>
+#include <QScrollArea>
 #include <QScrollBar>
 #include <QSignalBlocker>
+#include <QSplitter>
 #include <QVBoxLayout>
 #include <utility>
 
@@ -23,12 +26,14 @@
 #include "hodograph/analysis_panel.h"
 #include "hodograph/wind_table.h"
 #include "program/hodograph_commands.h"
+#include "program/hodograph_drag.h"
 
 namespace vexa {
 namespace {
 
 constexpr QSize kSmallest(780, 560);  // fits a screen of 800 x 600
 
+constexpr double kGripPixels = 9;
 constexpr int kColumnWidth = 430;  // pixels, of the controls
 
 QString ToQString(std::string_view text) {
@@ -78,7 +83,6 @@ HodographWindow::HodographWindow(Program& program, std::function<void(Changes)> 
   floating_->setMargin(8);
 
   auto* side = new QWidget(this);
-  side->setFixedWidth(kColumnWidth);
   auto* column = new QVBoxLayout(side);
   BuildMotion(*column);
   BuildPlotting(*column);
@@ -86,11 +90,24 @@ HodographWindow::HodographWindow(Program& program, std::function<void(Changes)> 
   BuildTable(*column);
   auto* row = new QHBoxLayout(this);
   row->setContentsMargins(0, 0, 0, 0);
-  row->addWidget(view_, 1);
-  row->addWidget(side);
+  auto* around = new QScrollArea(this);  // the controls scroll where the screen is too low for them
+  around->setWidget(side);
+  around->setWidgetResizable(true);
+  around->setFrameShape(QFrame::NoFrame);
+  around->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  around->setMinimumWidth(side->minimumSizeHint().width() +
+                          around->verticalScrollBar()->sizeHint().width());
+  auto* parts = new QSplitter(this);
+  parts->addWidget(view_);
+  parts->addWidget(around);
+  parts->setChildrenCollapsible(false);
+  parts->setStretchFactor(0, 1);
+  row->addWidget(parts);
   BuildDragging();
   LoadCompared(program_);
   resize(QSize(1280, 720).boundedTo(screen()->availableSize()).expandedTo(kSmallest));
+  const int controls = std::max(around->minimumWidth(), std::min(kColumnWidth, width() / 3));
+  parts->setSizes({width() - controls, controls});
 }
 
 HodographWindow::~HodographWindow() {
@@ -186,13 +203,13 @@ void HodographWindow::BuildPlotting(QVBoxLayout& column) {
 
 void HodographWindow::BuildComparison(QVBoxLayout& column) {
   auto* group = new QGroupBox(QStringLiteral("Compare"), this);
-  auto* row = new QHBoxLayout(group);
+  auto* grid = new QGridLayout(group);
   compare_ = WordBox<CompareTraces>("cboCompare", group);
   connect(compare_, &QComboBox::activated, this, [this](int index) {
     program_.Hodograph.Compare = static_cast<CompareTraces>(index);
     changed_({.View = true});
   });
-  row->addWidget(compare_);
+  grid->addWidget(compare_, 0, 0);
   for (int slot = 1; slot <= hodograph::kComparisonSlots; ++slot) {
     auto* keep = new QPushButton(QStringLiteral("Keep as #%1").arg(slot), group);
     keep->setObjectName(QStringLiteral("cmdCompare%1").arg(slot));
@@ -206,8 +223,8 @@ void HodographWindow::BuildComparison(QVBoxLayout& column) {
       EmptyCompared(program_, slot);
       ShowState();
     });
-    row->addWidget(keep);
-    row->addWidget(empty);
+    grid->addWidget(keep, 0, slot);
+    grid->addWidget(empty, 1, slot);
   }
   column.addWidget(group);
 }
@@ -232,13 +249,13 @@ void HodographWindow::BuildTable(QVBoxLayout& column) {
       {"cmdPageUp", "Page UP", QAbstractSlider::SliderPageStepSub},
       {"cmdPageDn", "Page DN", QAbstractSlider::SliderPageStepAdd},
   };
-  auto* row = new QHBoxLayout;
+  auto* grid = new QGridLayout;
   for (const Button& button : buttons) {
     auto* widget = new QPushButton(QString::fromLatin1(button.text), this);
     widget->setObjectName(QString::fromLatin1(button.name));
     connect(widget, &QPushButton::clicked, this,
             [this, action = button.action] { table_->verticalScrollBar()->triggerAction(action); });
-    row->addWidget(widget);
+    grid->addWidget(widget, grid->count() / 3, grid->count() % 3);
   }
   auto* invert = new QPushButton(QStringLiteral("INVERT"), this);
   invert->setObjectName(QStringLiteral("cmdInvert"));
@@ -246,19 +263,24 @@ void HodographWindow::BuildTable(QVBoxLayout& column) {
     program_.Hodograph.TableInverted = !program_.Hodograph.TableInverted;
     ShowTable();
   });
-  row->addWidget(invert);
-  column.addLayout(row);
+  grid->addWidget(invert, grid->count() / 3, grid->count() % 3);
+  column.addLayout(grid);
 }
 
 void HodographWindow::BuildDragging() {
   view_->OnPointer([this](const std::optional<Point>& at) { ShowCursor(at); });
   view_->OnPress = [this](Point at, QPointF) {
-    if (!program_.Gate.IsOpen() || !HitsStormVector(plot_, at)) return false;
+    if (!program_.Gate.IsOpen()) return false;
+    if (!HitsStormVector(plot_, at)) {
+      windDrag_ = BeginWindDrag(program_, plot_, at, kGripPixels * view_->UnitsPerPixel());
+      if (!windDrag_) return false;
+    }
     dragMapping_ = plot_.Mapping;
     return true;
   };
   view_->OnDrag = [this](std::optional<Point> at, QPointF) {
     if (!at || !dragMapping_ || !dragMapping_->Frame.Contains(*at)) return;
+    if (windDrag_) return DragWind(*at);
     dragged_ = analysis::FromComponents(dragMapping_->ToWind(*at));
     const StormDraft draft = DraftStorm(program_, *dragged_);
     Draw({.Sounding = program_.Current.Record,
@@ -269,13 +291,31 @@ void HodographWindow::BuildDragging() {
           .Draft = &draft.Storm,
           .Keep = dragMapping_});
   };
+  view_->OnKey = [this](int key) {
+    if (key != Qt::Key_Escape || !windDrag_) return false;
+    const Silenced quiet(program_.Current);
+    dragMapping_.reset();
+    changed_(std::exchange(windDrag_, {})->TakeBack(program_));
+    return true;
+  };
   view_->OnRelease = [this] {
     dragMapping_.reset();
+    if (auto wind = std::exchange(windDrag_, {})) {
+      wind->Finish(program_);
+      changed_({.View = true});
+      return;
+    }
     const std::optional<analysis::Wind> motion = std::exchange(dragged_, std::nullopt);
     if (!motion) return;
     changed_(EnterStormMotion(program_, *motion));
     ShowState();
   };
+}
+
+// The rings stay as they were, so that the point stays under the pointer.
+void HodographWindow::DragWind(Point to) {
+  const Silenced quiet(program_.Current);
+  changed_(windDrag_->MoveWindTo(program_, analysis::FromComponents(dragMapping_->ToWind(to))));
 }
 
 void HodographWindow::Enter() {
@@ -298,7 +338,9 @@ void HodographWindow::Draw(const hodograph::HodographInput& input) {
 
 void HodographWindow::ShowState() {
   setWindowTitle(QStringLiteral("Hodograph - ") + ToQString(program_.Current.Record.StationTitle));
-  Draw(HodographOf(program_));
+  hodograph::HodographInput input = HodographOf(program_);
+  if (windDrag_) input.Keep = dragMapping_;
+  Draw(input);
   ShowControls();
   ShowTable();
   // Told once, and not again at every redraw, where the folder cannot be written.

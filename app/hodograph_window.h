@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "hodograph/hodograph_plot.h"
+#include "program/level_drag.h"
 #include "program/program.h"
 
 class QCheckBox;
@@ -50,6 +51,7 @@ class HodographWindow : public QWidget {
   void BuildComparison(QVBoxLayout& column);
   void BuildTable(QVBoxLayout& column);
   void BuildDragging();
+  void DragWind(Point to);
   QCheckBox* AddSwitch(QGridLayout& into, const char* name, const QString& text,
                        bool HodographSettings::*setting);
   void Draw(const hodograph::HodographInput& input);
@@ -65,6 +67,7 @@ class HodographWindow : public QWidget {
   std::string listed_{};  // wind table that the files hold
   std::optional<analysis::Wind> dragged_{};
   std::optional<hodograph::HodographMapping> dragMapping_{};
+  std::optional<LevelDrag> windDrag_{};
 
   DragView* view_ = nullptr;
   QLabel* cursor_ = nullptr;

@@ -64,16 +64,19 @@ std::optional<Fault> MoveTemp(SoundingRecord& record, Grip grip, double temp) {
   return ChangeTempLevel(record, grip.Level, to);
 }
 
+std::optional<Fault> SetWind(SoundingRecord& record, int level, const analysis::Wind& wind) {
+  const double dir = std::round(wind.Dir);
+  return ChangeWindLevel(
+      record, level,
+      {record.WindHgt(level), dir < 1 ? 360 : dir, std::min(std::round(wind.Spd), kMostWind)});
+}
+
 std::optional<Fault> MoveWind(SoundingRecord& record, int level, double dx, double dy) {
   // The arrow points to where the wind comes from: up the page is north.
   analysis::WindVector arrow = analysis::Components({record.WindDir(level), record.WindSpd(level)});
   arrow.U += dx / LevelDrag::kUnitsPerKnot;
   arrow.V -= dy / LevelDrag::kUnitsPerKnot;
-  const analysis::Wind wind = analysis::FromComponents(arrow);
-  const double dir = std::round(wind.Dir);
-  return ChangeWindLevel(
-      record, level,
-      {record.WindHgt(level), dir < 1 ? 360 : dir, std::min(std::round(wind.Spd), kMostWind)});
+  return SetWind(record, level, analysis::FromComponents(arrow));
 }
 
 std::string_view NameOf(Dragged what) {
@@ -122,6 +125,14 @@ Changes LevelDrag::Move(Program& program, Point to) {
     fault = MoveTemp(moved, grip_, TempAcross(mapping, before_.Press(level), was, to.X));
   }
   if (fault || moved == program.Current.Record) return {};
+  program.Current.Record = std::move(moved);
+  return {.Sounding = true};
+}
+
+Changes LevelDrag::MoveWindTo(Program& program, const analysis::Wind& wind) {
+  if (grip_.What != Dragged::Wind || !program.Gate.IsOpen()) return {};
+  SoundingRecord moved = before_;
+  if (SetWind(moved, grip_.Level, wind) || moved == program.Current.Record) return {};
   program.Current.Record = std::move(moved);
   return {.Sounding = true};
 }

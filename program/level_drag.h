@@ -32,6 +32,8 @@ class LevelDrag {
   /// point never exceeds its temperature: it stops there, or is taken along. A wind's arrow
   /// moves with the pointer, a knot for each kUnitsPerKnot.
   Changes Move(Program& program, Point to);
+  /// Gives a wind level this wind, in whole degrees and knots.
+  Changes MoveWindTo(Program& program, const analysis::Wind& wind);
   /// The sounding as it was before.
   Changes TakeBack(Program& program);
   /// Remembers the edit, "drag temperature of level 17".

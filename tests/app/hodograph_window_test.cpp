@@ -109,6 +109,44 @@ TEST_F(DisplayTest, DraggingTheStormVectorChangesEverythingThatDependsOnIt) {
   EXPECT_EQ(program.Set, held);
 }
 
+TEST_F(DisplayTest, AWindIsDraggedRelativeToTheGroundOnly) {
+  Choose("mnuHodograph");
+  HodographWindow& hodograph = *window.Hodograph();
+  QApplication::processEvents();
+  const SoundingRecord before = program.Current.Record;
+  const int level = before.NumWindLevels();
+  const auto place = [&](const analysis::Wind& wind) {
+    return Place(hodograph.View(), hodograph.Plot().Page,
+                 hodograph.Plot().Mapping.ToPoint(analysis::Components(wind)));
+  };
+  const analysis::Wind was{before.WindDir(level), before.WindSpd(level)};
+  const QPointF from = place(was);
+  const QPointF to = place({was.Dir, was.Spd - 10});
+  Mouse(hodograph.View(), QEvent::MouseButtonPress, from);
+  Mouse(hodograph.View(), QEvent::MouseMove, to);
+  EXPECT_NEAR(program.Current.Record.WindSpd(level), was.Spd - 10, 1);
+  QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+  QApplication::sendEvent(&hodograph.View(), &escape);
+  EXPECT_EQ(program.Current.Record, before);
+  Mouse(hodograph.View(), QEvent::MouseButtonRelease, to);
+  EXPECT_FALSE(program.History.CanUndo());
+
+  Mouse(hodograph.View(), QEvent::MouseButtonPress, from);
+  Mouse(hodograph.View(), QEvent::MouseMove, to);
+  Mouse(hodograph.View(), QEvent::MouseButtonRelease, to);
+  EXPECT_NEAR(program.Current.Record.WindSpd(level), was.Spd - 10, 1);
+  EXPECT_TRUE(program.History.CanUndo());
+  window.Run(Command::Undo);
+  EXPECT_EQ(program.Current.Record, before);
+
+  program.Hodograph.Frame = HodoOrigin::Storm;
+  window.Show({.View = true});
+  Mouse(hodograph.View(), QEvent::MouseButtonPress, place(was));
+  ASSERT_EQ(interaction.Kept().size(), 1u);
+  EXPECT_EQ(interaction.Kept()[0].Title, "Storm-Relative Wind Mode ...");
+  EXPECT_EQ(program.Current.Record, before);
+}
+
 TEST_F(DisplayTest, EnteredSpeedsAreInTheShownUnitAndHoldOutlastsTheSounding) {
   program.Set.Speed = SpeedUnits::MetersPerSecond;
   Choose("mnuHodograph");
