@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "app/diagram_view.h"
+#include "app/zoom_cursor.h"
 #include "diagram/cursor_marks.h"
 #include "diagram/palette.h"
 #include "program/sounding_loop.h"
@@ -27,6 +28,22 @@ constexpr double kLeastRegion = 150;   // drawing units; less is a click
 
 Rect Spanned(Point a, Point b) {
   return {std::min(a.X, b.X), std::min(a.Y, b.Y), std::max(a.X, b.X), std::max(a.Y, b.Y)};
+}
+
+bool IsInput(QEvent::Type type) {
+  switch (type) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::MouseMove:
+    case QEvent::MouseButtonRelease:
+    case QEvent::Wheel:
+    case QEvent::Gesture:
+    case QEvent::NativeGesture:
+    case QEvent::KeyPress:
+      return true;
+    default:
+      return false;
+  }
 }
 
 }  // namespace
@@ -47,6 +64,7 @@ DiagramControl::~DiagramControl() {
 
 void DiagramControl::ChooseRegion() {
   choosing_ = true;
+  view_.setCursor(ZoomCursor(program_.Where.Root));
   status_("Drag over the region to zoom into; ESC leaves the diagram as it is.");
 }
 
@@ -91,6 +109,7 @@ void DiagramControl::Tick() {
 }
 
 void DiagramControl::ShowCursor() {
+  if (!choosing_ && view_.cursor().shape() != Qt::CrossCursor) view_.setCursor(Qt::CrossCursor);
   if (!program_.Plot) {
     view_.ShowOver(nullptr);
     return;
@@ -102,6 +121,11 @@ void DiagramControl::ShowCursor() {
 
 bool DiagramControl::eventFilter(QObject* watched, QEvent* event) {
   if (watched != &view_ || !program_.Plot) return false;
+  if (!program_.Gate.IsOpen() && IsInput(event->type())) {
+    // What is being drawn would not show it, and would be out of date itself.
+    if (event->type() == QEvent::MouseButtonRelease) pressed_.reset();
+    return true;
+  }
   switch (event->type()) {
     case QEvent::MouseButtonPress:
       return Press(*static_cast<QMouseEvent*>(event));
