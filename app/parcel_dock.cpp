@@ -24,6 +24,7 @@ ParcelDock::ParcelDock(const Program& program, QWidget* parent)
   table_->setObjectName(QStringLiteral("ParcelTable"));
   table_->setAccessibleName(QStringLiteral("Four parcels side by side"));
   table_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  table_->setTabKeyNavigation(false);
   QStringList titles;
   for (const std::string& title : ParcelTitles()) {
     titles << ToQString(title).replace(QLatin1Char(' '), QLatin1Char('\n'));
