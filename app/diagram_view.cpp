@@ -18,7 +18,6 @@ constexpr double kCursorStride = 150;
 }  // namespace
 
 DiagramView::DiagramView(QWidget* parent) : QWidget(parent) {
-  setObjectName(QStringLiteral("Diagram"));
   setAccessibleName(QStringLiteral("Sounding diagram"));
   setMouseTracking(true);
   setFocusPolicy(Qt::StrongFocus);

@@ -155,6 +155,7 @@ void SoundingWindow::BuildPanels() {
   row->setContentsMargins(0, 0, 0, 0);
   row->setSpacing(0);
   view_ = new DiagramView(middle);
+  view_->setObjectName(QStringLiteral("Diagram"));  // by which the help knows it
   view_->OnPointer([this](const std::optional<Point>& at) { ShowReadout(at); });
   control_ = std::make_unique<DiagramControl>(
       program_, *view_, [this](Changes changes) { Show(changes); },

@@ -150,7 +150,7 @@ void DrawAnalyses(Plot& plot) {
   DrawLayerMarks(plot);
   DrawParcelLevels(plot);
   DrawMarkColumns(plot);
-  DrawPanel(plot);
+  InfoBoxx(plot);
   if (plot.In.LoopHoldTime) {
     DrawText(plot.Page, "hold time", {kFrame.Right, kFrame.Bottom + 480},
              "Image hold time: " + Mask(*plot.In.LoopHoldTime, "0.0") + " seconds.", plot.Inks.Ink,

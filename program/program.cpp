@@ -47,7 +47,7 @@ Changes Toggle(Program& program) {
 }
 
 constexpr CommandRow kCommands[] = {
-    {Command::Open, commands::Open},
+    {Command::Open, commands::DataAccess},
     {Command::ExportData, commands::ExportData},
     {Command::Exit, Exit},
     {Command::Refresh, DrawAgain},

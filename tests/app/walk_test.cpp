@@ -441,19 +441,30 @@ TEST_P(EveryWindow, IsWholeOnTheSmallestScreen) {
   });
 }
 
+QString TopicByF1(QWidget& asked) {
+  QKeyEvent press(QEvent::KeyPress, Qt::Key_F1, Qt::NoModifier);
+  QApplication::sendEvent(&asked, &press);
+  for (QWidget* widget : QApplication::topLevelWidgets()) {
+    if (widget->objectName() != "HelpWindow" || !widget->isVisible()) continue;
+    return widget->findChild<QListWidget*>("HelpTopics")->currentItem()->text();
+  }
+  return {};
+}
+
 TEST_P(EveryWindow, HasATopicThatF1Opens) {
   Open([](QWidget& window) {
     QWidget* panel = window.findChild<QWidget*>(QString::fromUtf8(GetParam().data()));
-    QWidget& asked = window.objectName() == "Sounding" && panel != nullptr ? *panel : window;
-    QKeyEvent press(QEvent::KeyPress, Qt::Key_F1, Qt::NoModifier);
-    QApplication::sendEvent(&asked, &press);
-    QString topic;
-    for (QWidget* widget : QApplication::topLevelWidgets()) {
-      if (widget->objectName() != "HelpWindow" || !widget->isVisible()) continue;
-      topic = widget->findChild<QListWidget*>("HelpTopics")->currentItem()->text();
-    }
+    const bool isPanel = window.objectName() == "Sounding" && panel != nullptr;
+    const QString topic = TopicByF1(isPanel ? *panel : window);
     EXPECT_FALSE(topic.isEmpty());
     EXPECT_EQ(topic == "Contents", GetParam() == "HelpWindow");
+    // From the picture or the first control within it, too.
+    if (isPanel || GetParam() == "HelpWindow") return;
+    for (QWidget* inside : window.findChildren<QWidget*>()) {
+      if (inside->window() == &window && IsControl(*inside)) {
+        EXPECT_EQ(TopicByF1(*inside).toStdString(), topic.toStdString()) << NameOf(*inside);
+      }
+    }
   });
 }
 
