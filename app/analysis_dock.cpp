@@ -28,7 +28,7 @@ class ValueItem : public QTableWidgetItem {
   }
 
   QVariant data(int role) const override {
-    if (role == Qt::ToolTipRole) return ToQString(ExplainIndex(program_, row_.Label));
+    if (role == Qt::ToolTipRole) return ToQString(HotInfo(program_, row_.Label));
     return QTableWidgetItem::data(role);
   }
 
@@ -112,7 +112,7 @@ void AnalysisDock::Search(const QString& words) {
 void AnalysisDock::ExplainRow(int row) {
   const bool exists = row >= 0 && row < table_->rowCount() && table_->item(row, kLabel) != nullptr;
   const std::string label = exists ? table_->item(row, kLabel)->text().toStdString() : "";
-  explanation_->setPlainText(exists ? ToQString(ExplainIndex(program_, label)) : QString());
+  explanation_->setPlainText(exists ? ToQString(HotInfo(program_, label)) : QString());
 }
 
 }  // namespace vexa

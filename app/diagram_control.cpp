@@ -8,15 +8,12 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QNativeGestureEvent>
-#include <QPainter>
 #include <QPinchGesture>
-#include <QPixmap>
 #include <QWheelEvent>
 #include <utility>
 
 #include "app/diagram_view.h"
-#include "app/qt_text.h"
-#include "core/files.h"
+#include "app/zoom_cursor.h"
 #include "diagram/cursor_marks.h"
 #include "diagram/palette.h"
 #include "program/sounding_loop.h"
@@ -25,7 +22,6 @@
 namespace vexa {
 namespace {
 
-constexpr const char* kZoomCursor = "zoom.cur";
 constexpr double kGripPixels = 9;
 constexpr double kWheelFactor = 1.25;  // for a notch of the wheel
 constexpr double kNotch = 120;         // the toolkit's measure of one
@@ -35,25 +31,20 @@ Rect Spanned(Point a, Point b) {
   return {std::min(a.X, b.X), std::min(a.Y, b.Y), std::max(a.X, b.X), std::max(a.Y, b.Y)};
 }
 
-// A magnifying glass, or the one that lies in the program folder.
-QCursor ZoomCursor(const Program& program) {
-  constexpr int kSize = 32;
-  constexpr int kMiddle = 12;  // of the glass, which is where it points
-  const QPixmap own(ToQString(TextFromPath(program.Where.Root / kZoomCursor)));
-  if (!program.Where.Root.empty() && !own.isNull()) return QCursor(own, kMiddle, kMiddle);
-  QPixmap glass(kSize, kSize);
-  glass.fill(Qt::transparent);
-  QPainter painter(&glass);
-  painter.setRenderHint(QPainter::Antialiasing);
-  for (const auto& [color, width] : {std::pair{Qt::white, 5.0}, std::pair{Qt::black, 2.5}}) {
-    painter.setPen(QPen(color, width, Qt::SolidLine, Qt::RoundCap));
-    painter.drawEllipse(QPointF(kMiddle, kMiddle), 9, 9);
-    painter.drawLine(QPointF(19, 19), QPointF(28, 28));
-    painter.drawLine(QPointF(kMiddle - 4, kMiddle), QPointF(kMiddle + 4, kMiddle));
-    painter.drawLine(QPointF(kMiddle, kMiddle - 4), QPointF(kMiddle, kMiddle + 4));
+bool IsInput(QEvent::Type type) {
+  switch (type) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::MouseMove:
+    case QEvent::MouseButtonRelease:
+    case QEvent::Wheel:
+    case QEvent::Gesture:
+    case QEvent::NativeGesture:
+    case QEvent::KeyPress:
+      return true;
+    default:
+      return false;
   }
-  painter.end();
-  return QCursor(glass, kMiddle, kMiddle);
 }
 
 }  // namespace
@@ -74,7 +65,7 @@ DiagramControl::~DiagramControl() {
 
 void DiagramControl::ChooseRegion() {
   choosing_ = true;
-  view_.setCursor(ZoomCursor(program_));
+  view_.setCursor(ZoomCursor(program_.Where.Root));
   status_("Drag over the region to zoom into; ESC leaves the diagram as it is.");
 }
 
@@ -124,6 +115,7 @@ void DiagramControl::Tick() {
 }
 
 void DiagramControl::ShowCursor() {
+  if (!choosing_ && view_.cursor().shape() != Qt::CrossCursor) view_.setCursor(Qt::CrossCursor);
   if (!program_.Plot) {
     view_.ShowOver(nullptr);
     return;
@@ -136,6 +128,11 @@ void DiagramControl::ShowCursor() {
 
 bool DiagramControl::eventFilter(QObject* watched, QEvent* event) {
   if (watched != &view_ || !program_.Plot) return false;
+  if (!program_.Gate.IsOpen() && IsInput(event->type())) {
+    // What is being drawn would not show it, and would be out of date itself.
+    if (event->type() == QEvent::MouseButtonRelease) pressed_.reset();
+    return true;
+  }
   switch (event->type()) {
     case QEvent::MouseButtonPress:
       return Press(*static_cast<QMouseEvent*>(event));

@@ -18,7 +18,6 @@ constexpr double kCursorStride = 150;
 }  // namespace
 
 DiagramView::DiagramView(QWidget* parent) : QWidget(parent) {
-  setObjectName(QStringLiteral("Diagram"));
   setAccessibleName(QStringLiteral("Sounding diagram"));
   setMouseTracking(true);
   setFocusPolicy(Qt::StrongFocus);
@@ -52,6 +51,13 @@ std::optional<Point> DiagramView::PageAt(const QPointF& position) const {
   const Point at{(position.x() - fit.Left) / fit.Scale, (position.y() - fit.Top) / fit.Scale};
   if (!Rect{0, 0, picture_->Width(), picture_->Height()}.Contains(at)) return std::nullopt;
   return at;
+}
+
+QPointF DiagramView::WidgetAt(Point at) const {
+  if (picture_ == nullptr) return {};
+  const PageFit fit = FitPage(picture_->Width(), picture_->Height(),
+                              {0, 0, static_cast<double>(width()), static_cast<double>(height())});
+  return {fit.Left + at.X * fit.Scale, fit.Top + at.Y * fit.Scale};
 }
 
 void DiagramView::paintEvent(QPaintEvent*) {

@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <optional>
+#include <QPointF>
 #include <QWidget>
 #include <utility>
 
@@ -29,6 +30,8 @@ class DiagramView : public QWidget {
 
   /// Where a position of the widget lies on the page.
   std::optional<Point> PageAt(const QPointF& position) const;
+  /// Where a place of the page lies on the widget; its corner without a picture.
+  QPointF WidgetAt(Point at) const;
 
   /// Drawing units for a pixel of the widget; 0 without a picture.
   double UnitsPerPixel() const;

@@ -1,4 +1,5 @@
-// A window that shows one display of the current sounding, and follows it.
+// A window that shows one display of the current sounding, and follows it. A page that would become
+// unreadable on a small screen keeps its size and is scrolled.
 #pragma once
 
 #include <optional>
@@ -7,7 +8,7 @@
 #include "picture/picture.h"
 #include "program/displays.h"
 
-class QLabel;
+class QScrollArea;
 
 namespace vexa {
 
@@ -29,6 +30,7 @@ class DisplayWindow : public QDialog {
   const DisplayRow& row_;
   Picture picture_{};
   DiagramView* view_ = nullptr;
+  QScrollArea* around_ = nullptr;
 };
 
 }  // namespace vexa

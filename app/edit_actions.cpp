@@ -55,8 +55,8 @@ void NewSounding(Program& program, QWidget* window, const Show& show) {
       [&program, show](SoundingRecord entered) { show(AdoptNew(program, std::move(entered))); },
       window);
   editor->setWindowTitle(QStringLiteral("New Sounding"));
-  editor->Temps()->InsertAbove();
   editor->Winds()->InsertAbove();
+  editor->Temps()->InsertAbove();  // last, for it is typed into first
   Open(editor);
 }
 

@@ -120,6 +120,13 @@ void EditGrid::GoTo(int row, int column) {
   setFocus();
 }
 
+bool EditGrid::focusNextPrevChild(bool next) {
+  const bool isFirst = currentRow() <= 0 && currentColumn() <= 0;
+  const bool isLast = currentRow() == rowCount() - 1 && currentColumn() == columnCount() - 1;
+  if (rowCount() == 0 || (next ? isLast : isFirst)) return QWidget::focusNextPrevChild(next);
+  return QTableWidget::focusNextPrevChild(next);
+}
+
 void EditGrid::keyPressEvent(QKeyEvent* event) {
   if (event->matches(QKeySequence::Paste)) {
     PasteText(QApplication::clipboard()->text());

@@ -31,6 +31,9 @@ class EditGrid : public QTableWidget {
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
+  /// Tab goes from cell to cell and leaves the grid behind its last one, Shift+Tab ahead of its
+  /// first.
+  bool focusNextPrevChild(bool next) override;
 
  private:
   void Fill();

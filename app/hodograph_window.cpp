@@ -1,5 +1,6 @@
 #include "app/hodograph_window.h"
 
+#include <algorithm>
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QComboBox>
@@ -12,9 +13,11 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScreen>
+#include <QScrollArea>
 #include <QScrollBar>
 #include <QShortcut>
 #include <QSignalBlocker>
+#include <QSplitter>
 #include <QVBoxLayout>
 #include <utility>
 
@@ -90,7 +93,6 @@ HodographWindow::HodographWindow(Program& program, std::function<void(Changes)> 
   floating_->setMargin(8);
 
   auto* side = new QWidget(this);
-  side->setFixedWidth(kColumnWidth);
   auto* column = new QVBoxLayout(side);
   BuildMotion(*column);
   BuildPlotting(*column);
@@ -98,11 +100,24 @@ HodographWindow::HodographWindow(Program& program, std::function<void(Changes)> 
   BuildTable(*column);
   auto* row = new QHBoxLayout(this);
   row->setContentsMargins(0, 0, 0, 0);
-  row->addWidget(view_, 1);
-  row->addWidget(side);
+  auto* around = new QScrollArea(this);  // the controls scroll where the screen is too low for them
+  around->setWidget(side);
+  around->setWidgetResizable(true);
+  around->setFrameShape(QFrame::NoFrame);
+  around->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  around->setMinimumWidth(side->minimumSizeHint().width() +
+                          around->verticalScrollBar()->sizeHint().width());
+  auto* parts = new QSplitter(this);
+  parts->addWidget(view_);
+  parts->addWidget(around);
+  parts->setChildrenCollapsible(false);
+  parts->setStretchFactor(0, 1);
+  row->addWidget(parts);
   BuildDragging();
   LoadCompared(program_);
   resize(QSize(1280, 720).boundedTo(screen()->availableSize()).expandedTo(kSmallest));
+  const int controls = std::max(around->minimumWidth(), std::min(kColumnWidth, width() / 3));
+  parts->setSizes({width() - controls, controls});
 }
 
 HodographWindow::~HodographWindow() {
@@ -227,13 +242,13 @@ void HodographWindow::BuildDepth(QGridLayout& into) {
 
 void HodographWindow::BuildComparison(QVBoxLayout& column) {
   auto* group = new QGroupBox(QStringLiteral("Compare"), this);
-  auto* row = new QHBoxLayout(group);
+  auto* grid = new QGridLayout(group);
   compare_ = WordBox<CompareTraces>("cboCompare", group);
   connect(compare_, &QComboBox::activated, this, [this](int index) {
     program_.Hodograph.Compare = static_cast<CompareTraces>(index);
     changed_({.View = true});
   });
-  row->addWidget(compare_);
+  grid->addWidget(compare_, 0, 0);
   for (int slot = 1; slot <= hodograph::kComparisonSlots; ++slot) {
     auto* keep = new QPushButton(QStringLiteral("Keep as #%1").arg(slot), group);
     keep->setObjectName(QStringLiteral("cmdCompare%1").arg(slot));
@@ -247,8 +262,8 @@ void HodographWindow::BuildComparison(QVBoxLayout& column) {
       EmptyCompared(program_, slot);
       ShowState();
     });
-    row->addWidget(keep);
-    row->addWidget(empty);
+    grid->addWidget(keep, 0, slot);
+    grid->addWidget(empty, 1, slot);
   }
   column.addWidget(group);
 }
@@ -273,13 +288,13 @@ void HodographWindow::BuildTable(QVBoxLayout& column) {
       {"cmdPageUp", "Page UP", QAbstractSlider::SliderPageStepSub},
       {"cmdPageDn", "Page DN", QAbstractSlider::SliderPageStepAdd},
   };
-  auto* row = new QHBoxLayout;
+  auto* grid = new QGridLayout;
   for (const Button& button : buttons) {
     auto* widget = new QPushButton(QString::fromLatin1(button.text), this);
     widget->setObjectName(QString::fromLatin1(button.name));
     connect(widget, &QPushButton::clicked, this,
             [this, action = button.action] { table_->verticalScrollBar()->triggerAction(action); });
-    row->addWidget(widget);
+    grid->addWidget(widget, grid->count() / 3, grid->count() % 3);
   }
   auto* invert = new QPushButton(QStringLiteral("INVERT"), this);
   invert->setObjectName(QStringLiteral("cmdInvert"));
@@ -287,8 +302,8 @@ void HodographWindow::BuildTable(QVBoxLayout& column) {
     program_.Hodograph.TableInverted = !program_.Hodograph.TableInverted;
     ShowTable();
   });
-  row->addWidget(invert);
-  column.addLayout(row);
+  grid->addWidget(invert, grid->count() / 3, grid->count() % 3);
+  column.addLayout(grid);
 }
 
 void HodographWindow::BuildDragging() {

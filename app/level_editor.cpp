@@ -109,6 +109,7 @@ LevelEditor::LevelEditor(const SoundingRecord& record, EditorPages pages,
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
   layout->addWidget(buttons);
   ShowProblems();
+  (temps_ != nullptr ? temps_ : winds_)->setFocus();  // to be typed into at once
   resize(560, 560);
 }
 

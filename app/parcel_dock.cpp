@@ -4,6 +4,7 @@
 #include <QFormLayout>
 #include <QHeaderView>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QSignalBlocker>
 #include <QTableWidget>
 #include <QVBoxLayout>
@@ -23,10 +24,13 @@ ParcelDock::ParcelDock(const Program& program, QWidget* parent)
   table_->setObjectName(QStringLiteral("ParcelTable"));
   table_->setAccessibleName(QStringLiteral("Four parcels side by side"));
   table_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  table_->setTabKeyNavigation(false);
   QStringList titles;
-  for (const std::string& title : ParcelTitles()) titles << ToQString(title);
+  for (const std::string& title : ParcelTitles()) {
+    titles << ToQString(title).replace(QLatin1Char(' '), QLatin1Char('\n'));
+  }
   table_->setHorizontalHeaderLabels(titles);
-  table_->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+  table_->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
   layout->addWidget(table_);
   press_ = AddNumber("OwnPress", 100, 1100);
   temp_ = AddNumber("OwnTemp", -90, 60);
@@ -89,6 +93,10 @@ void ParcelDock::Fill() {
     }
     ++row;
   }
+  // Four columns side by side are what the panel is for: none may be scrolled out of sight.
+  table_->setMinimumWidth(table_->verticalHeader()->sizeHint().width() +
+                          table_->horizontalHeader()->length() + 2 * table_->frameWidth() +
+                          table_->verticalScrollBar()->sizeHint().width());
 }
 
 }  // namespace vexa

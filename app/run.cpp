@@ -18,6 +18,7 @@
 
 #include "app/qt_text.h"
 #include "app/screenshot.h"
+#include "app/sounding_chooser.h"
 #include "app/sounding_window.h"
 #include "app/window_interaction.h"
 #include "core/files.h"
@@ -122,6 +123,7 @@ int RunWindow(int argc, char** argv) {
   }
   WindowToShow wanted;
   if (const auto name = arguments.Value().Value("--show")) {
+    wanted.Name = *name;
     wanted.Opens = CommandToShow(*name);
     if (wanted.Opens == Command::None) {
       return WrongUsage({kFaultInvalidValue, "RunWindow", "there is no window \"" + *name + '"'});
@@ -159,13 +161,18 @@ int RunWindow(int argc, char** argv) {
   for (const std::string& file : arguments.Value().Files) paths.push_back(PathFromText(file));
   Changes changes = OfferSession(program);
   if (!changes.Sounding) {
-    changes = paths.empty() ? LoadAtStart(program) : OpenSoundings(program, paths);
+    changes = paths.empty() ? AutoLoadCode(program) : OpenSoundings(program, paths);
   }
   const bool opened = paths.empty() || changes.Sounding;
   changes.View = true;  // the grid is drawn without a sounding, too
   window.Show(changes);
 
   if (screenshot) {
+    if (wanted.Name == kChooserName) {
+      program.ChooseSoundings = [&window](const std::vector<std::string>& titles) {
+        return SoundingChooser::Ask(titles, &window);
+      };
+    }
     const bool saved = program.Plot && TakeScreenshot(window, wanted, *screenshot);
     if (!saved) Say(stderr, "vexa: " + *screenshot + ": the picture cannot be saved\n");
     TellKept(interaction);

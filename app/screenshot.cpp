@@ -1,14 +1,19 @@
 #include "app/screenshot.h"
 
+#include <algorithm>
+#include <iterator>
 #include <memory>
 #include <QApplication>
 #include <QPixmap>
+#include <QPushButton>
 #include <QString>
 #include <QTabWidget>
 #include <QTimer>
+#include <utility>
 
 #include "app/config_window.h"
 #include "app/diagram_view.h"
+#include "app/qt_text.h"
 #include "app/sounding_window.h"
 #include "program/displays.h"
 #include "program/menu.h"
@@ -22,13 +27,42 @@ constexpr int kSettleMs = 200;  // a window lays itself out after it has been op
 struct NameRow {
   std::string_view Name;
   Command Opens;
+  std::string_view Press{};  // button of the opened window that opens this one
 };
 
 constexpr NameRow kNames[] = {
-    {"Hodograph", Command::Hodograph},     {"Hodogram3D", Command::Hodogram},
-    {"InfoPanel", Command::Analyze},       {"PrintPlot", Command::PrintImage},
-    {"SevereTable", Command::SevereTable}, {"HelpWindow", Command::HelpContents},
+    {"NewSounding", Command::NewSounding},
+    {"LevelEditor", Command::EditDecoded},
+    {"TempLevels", Command::AddTemp},
+    {"WindLevels", Command::AddWind},
+    {"TextEditor", Command::EditSource},
+    {"StationEditor", Command::EditStations},
+    {"CloudEditor", Command::CloudTable},
+    {"Properties", Command::Properties},
+    {kChooserName, Command::Recent1},
+    {"Listings", Command::Listings},
+    {"PrintData", Command::PrintData},
+    {"PrintDataFile", Command::PrintSource},
+    {"DataDump", Command::ExportData},
+    {"DataDumpOptions", Command::ExportData, "cmdOptions"},
+    {"PrintPlot", Command::PrintImage},
+    {"SaveImage", Command::SaveImage},
+    {"Download", Command::Download},
+    {"BatchProcessing", Command::DownloadTimer},
+    {"Hodograph", Command::Hodograph},
+    {"Hodogram3D", Command::Hodogram},
+    {"InfoPanel", Command::Analyze},
+    {"FourParcels", Command::FourParcels},
+    {"SurfaceValues", Command::SurfaceParcel},
+    {"LoopOptions", Command::LoopOptions},
+    {"SevereTable", Command::SevereTable},
+    {"HelpWindow", Command::HelpContents},
 };
+
+const NameRow* FindName(std::string_view name) {
+  const auto* row = std::ranges::find(kNames, name, &NameRow::Name);
+  return row == std::end(kNames) ? nullptr : row;
+}
 
 // The dialog that holds the input, else another window than the main one, else that.
 QWidget* Opened(SoundingWindow& window) {
@@ -37,6 +71,14 @@ QWidget* Opened(SoundingWindow& window) {
     if (other != &window && other->isVisible() && !other->objectName().isEmpty()) return other;
   }
   return &window;
+}
+
+void PressButton(SoundingWindow& window, const WindowToShow& what) {
+  const NameRow* row = FindName(what.Name);
+  if (row == nullptr || row->Press.empty()) return;
+  if (auto* button = Opened(window)->findChild<QPushButton*>(ToQString(row->Press))) {
+    button->click();
+  }
 }
 
 void ChoosePage(QWidget& shown, const WindowToShow& what) {
@@ -64,9 +106,7 @@ void Open(SoundingWindow& window, const WindowToShow& what, Then then) {
 }  // namespace
 
 Command CommandToShow(std::string_view name) {
-  for (const NameRow& row : kNames) {
-    if (row.Name == name) return row.Opens;
-  }
+  if (const NameRow* row = FindName(name)) return row->Opens;
   if (const FormRow* form = FindForm(name)) return form->Opens;
   for (const DisplayRow& display : Displays()) {
     if (display.Name == name) return display.Opens;
@@ -77,9 +117,20 @@ Command CommandToShow(std::string_view name) {
   return Command::None;
 }
 
+std::vector<std::string_view> WindowNames() {
+  std::vector<std::string_view> names;
+  for (const NameRow& row : kNames) names.push_back(row.Name);
+  for (const FormRow& form : OptionForms()) names.push_back(form.Name);
+  for (const DisplayRow& display : Displays()) names.push_back(display.Name);
+  return names;
+}
+
 void OpenAfterPainting(SoundingWindow& window, const WindowToShow& what) {
   QTimer::singleShot(0, &window, [&window, what] {
-    Open(window, what, [&window, what] { ChoosePage(*Opened(window), what); });
+    Open(window, what, [&window, what] {
+      ChoosePage(*Opened(window), what);
+      PressButton(window, what);
+    });
   });
 }
 
@@ -89,8 +140,11 @@ bool TakeScreenshot(SoundingWindow& window, const WindowToShow& what, const std:
     saved = Opened(window)->grab().save(QString::fromStdString(name), "PNG");
     QApplication::exit();
   };
-  // Not from within the paint event: the window is whole only after it.
+  // Not from within the paint event: the window is whole only after it. What is opened may have the
+  // diagram painted once more, and must not be opened again by that.
+  bool begun = false;
   window.View().OnPainted([&] {
+    if (std::exchange(begun, true)) return;
     QTimer::singleShot(0, &window, [&] {
       if (what.Opens == Command::None) {
         grab();
@@ -98,6 +152,7 @@ bool TakeScreenshot(SoundingWindow& window, const WindowToShow& what, const std:
         Open(window, what, [&] {
           ChoosePage(*Opened(window), what);
           QTimer::singleShot(kSettleMs, &window, grab);
+          PressButton(window, what);  // which returns only when a dialog that it opens is left
         });
       }
     });

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "program/program.h"
 
@@ -18,9 +19,16 @@ class SoundingWindow;
 /// name; None when there is none and for displays that this version lacks.
 Command CommandToShow(std::string_view name);
 
+/// The names of all windows and dialogs, each of which CommandToShow takes.
+std::vector<std::string_view> WindowNames();
+
+/// The one that chooses among the soundings of a file; it comes up for a file of several.
+inline constexpr std::string_view kChooserName = "ChooseSounding";
+
 struct WindowToShow {
   Command Opens = Command::None;  // None: the main window alone
   std::optional<int> Tab{};       // its page, from 1
+  std::string Name{};             // as it was asked for
 };
 
 /// Opens it over the main window once that has been painted.

@@ -80,6 +80,7 @@ SevereTableWindow::SevereTableWindow(const analysis::SevereTable& table,
 
   rows_ = new QTableWidget(0, 2 + kSteps, this);
   rows_->setObjectName(QStringLiteral("SevereRows"));
+  rows_->setTabKeyNavigation(false);  // Tab goes on to the buttons, arrow keys go from cell to cell
   rows_->setHorizontalHeaderLabels({QStringLiteral("Index"), QStringLiteral("Severe"),
                                     QStringLiteral("Yellow"), QStringLiteral("Orange"),
                                     QStringLiteral("Red")});

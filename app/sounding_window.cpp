@@ -18,6 +18,7 @@
 #include <QMimeData>
 #include <QPalette>
 #include <QProgressBar>
+#include <QScreen>
 #include <QScrollBar>
 #include <QShortcut>
 #include <QSignalBlocker>
@@ -65,6 +66,7 @@ namespace vexa {
 namespace {
 
 const QColor kFaultColor(255, 160, 160);
+constexpr std::string_view kDontUnload = "Don't Unload";  // the status after Exit was taken back
 
 std::vector<std::filesystem::path> FilesOf(const QMimeData& data) {
   std::vector<std::filesystem::path> paths;
@@ -88,7 +90,7 @@ SoundingWindow::SoundingWindow(Program& program, WindowInteraction& interaction)
       program, this,
       DataWindows::Events{.Changed = [this](Changes changes) { Show(changes); },
                           .Open = [this](const std::filesystem::path& file) { OpenFiles({file}); },
-                          .Entries = [this] { ShowChecks(); }});
+                          .Entries = [this] { DisplaysCheck(); }});
   if (!interaction.Unattended()) {
     program.ChooseSoundings = [this](const std::vector<std::string>& titles) {
       return SoundingChooser::Ask(titles, this);
@@ -164,6 +166,7 @@ void SoundingWindow::BuildPanels() {
   row->setContentsMargins(0, 0, 0, 0);
   row->setSpacing(0);
   view_ = new DiagramView(middle);
+  view_->setObjectName(QStringLiteral("Diagram"));  // by which the help knows it
   view_->OnPointer([this](const std::optional<Point>& at) { ShowReadout(at); });
   control_ = std::make_unique<DiagramControl>(
       program_, *view_, [this](Changes changes) { Show(changes); },
@@ -276,13 +279,13 @@ void SoundingWindow::OpenSevereTable() {
         if (const auto fault = analysis::SaveTable(SevereTablePath(program_), table)) {
           ShowStatus(fault->Detail);
         }
-        FollowDisplays();
+        OtherDisplays();
       },
       this);
   window.exec();
 }
 
-void SoundingWindow::FollowDisplays() {
+void SoundingWindow::OtherDisplays() {
   data_->Follow();
   dock_->Follow();
   parcels_->Follow();
@@ -301,8 +304,11 @@ void SoundingWindow::ShowForm(const FormRow& form) {
 
 void SoundingWindow::PlaceAsBefore() {
   const MainWindowSettings& place = program_.Settings.Window;
-  resize(place.Width, place.Height);
-  move(place.Left, place.Top);
+  // The screen may have become smaller, or another one.
+  const QRect room = screen()->availableGeometry();
+  resize(QSize(place.Width, place.Height).boundedTo(room.size()));
+  move(std::clamp(place.Left, room.left(), std::max(room.left(), room.right() - width() + 1)),
+       std::clamp(place.Top, room.top(), std::max(room.top(), room.bottom() - height() + 1)));
   if (place.Maximized) setWindowState(windowState() | Qt::WindowMaximized);
 }
 
@@ -364,8 +370,8 @@ void SoundingWindow::ShowState() {
   setWindowTitle(ToQString(SoundingBanner(program_)));
   view_->Show(program_.Plot ? &program_.Plot->Page : nullptr);
   control_->Follow();
-  FollowDisplays();
-  ShowChecks();
+  OtherDisplays();
+  DisplaysCheck();
   ShowDisplays();
   const QSignalBlocker silent(sequence_);
   sequence_->setRange(0, std::max(0, static_cast<int>(program_.Listed.size()) - 1));
@@ -392,7 +398,7 @@ void SoundingWindow::ShowDisplays() {
         program_, [this](Changes changes) { Show(changes); },
         [this] {
           program_.ShowsHodograph = false;
-          ShowChecks();
+          DisplaysCheck();
         },
         this);
     AddPictureMenu(*hodograph_, program_,
@@ -403,7 +409,7 @@ void SoundingWindow::ShowDisplays() {
         program_,
         [this] {
           program_.ShowsHodogram = false;
-          ShowChecks();
+          DisplaysCheck();
         },
         this);
     AddPictureMenu(*hodogram_, program_, [this]() -> const Picture& { return hodogram_->Page(); });
@@ -417,7 +423,7 @@ void SoundingWindow::ShowDisplays() {
   show(hodogram_, program_.ShowsHodogram);
 }
 
-void SoundingWindow::ShowChecks() {
+void SoundingWindow::DisplaysCheck() {
   for (const auto& [entry, row] : entries_) {
     entry->setEnabled(IsEnabled(*row, program_));
     entry->setStatusTip(ToQString(HintOf(*row, program_)));
@@ -454,6 +460,7 @@ void SoundingWindow::closeEvent(QCloseEvent* event) {
   const bool mayClose = program_.Gate.MayClose();
   if (mayClose && !MayExit(program_)) {
     program_.Leaving = false;
+    program_.Current.StatusText = kDontUnload;
     event->ignore();
   } else if (mayClose) {
     EndSession(program_);

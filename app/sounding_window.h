@@ -73,12 +73,12 @@ class SoundingWindow : public QMainWindow {
   void BuildPanels();
   void ShowState();
   void ShowDisplays();
-  void ShowChecks();
+  void DisplaysCheck();
   void ShowStatus(std::string_view text);
   void ShowReadout(const std::optional<Point>& at);
   void OpenDisplay(const DisplayRow& row);
   void OpenSevereTable();
-  void FollowDisplays();
+  void OtherDisplays();
   bool RunOnDiagram(Command command);
 
   Program& program_;

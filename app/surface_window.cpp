@@ -78,7 +78,7 @@ void SurfaceWindow::Try() {
     message_->setText(ToQString(fault->Detail));
     return;
   }
-  const bool mixed = mix_->isChecked() && MixSurfaceLayer(tried, program_.Set);
+  const bool mixed = mix_->isChecked() && HotMix(tried, program_.Set);
   message_->setText(mix_->isChecked() && !mixed
                         ? QStringLiteral("The air above is too stable to be mixed.")
                         : QString());

@@ -22,6 +22,7 @@ TextEditor::TextEditor(const EditableText& source, const QString& title,
   edit_->setObjectName(QStringLiteral("SourceText"));
   edit_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
   edit_->setLineWrapMode(QPlainTextEdit::NoWrap);
+  edit_->setTabChangesFocus(true);  // else no key would leave the text
   edit_->setPlainText(ToQString(source.Text));
   layout->addWidget(edit_, 1);
   place_ = new QLabel(this);

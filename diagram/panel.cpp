@@ -175,7 +175,7 @@ void DrawIndex(Plot& plot, const analysis::IndexValue& index, Point at, double s
 
 }  // namespace
 
-void DrawPanel(Plot& plot) {
+void InfoBoxx(Plot& plot) {
   double top = kPanel.Top;
   if (plot.In.Hodograph != nullptr && plot.Set().PlotHodo) {
     const Rect place{kPanel.Left, top, kPanel.Right, top + kPanel.Width()};

@@ -12,6 +12,6 @@ namespace vexa::diagram {
 inline constexpr std::string_view kIndexSpot = "index";
 
 /// Draws the small hodograph, where one was passed in, and the analysis box below it.
-void DrawPanel(Plot& plot);
+void InfoBoxx(Plot& plot);
 
 }  // namespace vexa::diagram

@@ -57,7 +57,7 @@ void ConfigureDiagram(Plot& plot) {
 
 // A sounding's title and place as one line of an overlay or a comparison.
 std::string OtherTitle(const SoundingRecord& sounding, const Options& set) {
-  std::string text = TitleText(sounding, set);
+  std::string text = SoundingTitle(sounding, set);
   if (!sounding.LatHemi.empty()) {
     const auto size = [](double degrees) {
       return Mask(degrees < 0 ? -degrees : degrees, "###0.0");
@@ -110,7 +110,7 @@ void DrawTemperatureGrid(Plot& plot) {
 void DrawTitles(Plot& plot) {
   if (plot.Set().TitleAboveDiagram) {
     plot.Page.Add("title", Label{.At = {kFrame.Left, 250},
-                                 .Text = "VEXA  -  " + TitleText(plot.Sounding(), plot.Set()),
+                                 .Text = "VEXA  -  " + SoundingTitle(plot.Sounding(), plot.Set()),
                                  .Size = 210,
                                  .Ink = plot.Inks.Ink,
                                  .Bold = true});
@@ -150,7 +150,7 @@ void DrawAnalyses(Plot& plot) {
   DrawLayerMarks(plot);
   DrawParcelLevels(plot);
   DrawMarkColumns(plot);
-  DrawPanel(plot);
+  InfoBoxx(plot);
   if (plot.In.LoopHoldTime) {
     DrawText(plot.Page, "hold time", {kFrame.Right, kFrame.Bottom + 480},
              "Image hold time: " + Mask(*plot.In.LoopHoldTime, "0.0") + " seconds.", plot.Inks.Ink,

@@ -10,6 +10,6 @@ namespace vexa::diagram {
 
 /// The sounding's title; with the month-year option a date at its end, "12Z 05 MAR 2024", becomes
 /// "MAR 2024". A title without such a date gets month and year when the source gave the time.
-std::string TitleText(const SoundingRecord& sounding, const Options& options);
+std::string SoundingTitle(const SoundingRecord& sounding, const Options& options);
 
 }  // namespace vexa::diagram

@@ -11,7 +11,7 @@ namespace {
 constexpr double kPageHeight = 7500;
 constexpr double kMargin = 250;
 constexpr double kTitle = 230;
-constexpr double kText = 130;
+constexpr double kText = kSheetText;
 constexpr double kLine = 190;
 constexpr double kLetter = 0.6;  // width of a fixed letter by its size
 constexpr int kLabelLetters = 44;

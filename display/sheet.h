@@ -43,6 +43,9 @@ Picture DrawSheet(const Sheet& sheet, const Options& options);
 /// The same as lines of text of at most 78 characters where values allow.
 std::vector<std::string> SheetLines(const Sheet& sheet);
 
+/// Height of the values' letters on that page, drawing units.
+inline constexpr double kSheetText = 130;
+
 /// Kind of the hot spots of rows that stand for an index.
 inline constexpr std::string_view kIndexSpot = "index";
 

@@ -12,7 +12,8 @@
 
 namespace vexa::commands {
 
-Changes Open(Program& program);
+/// Asks for one or more files and loads the first that can be loaded.
+Changes DataAccess(Program& program);
 
 /// Writes the sounding in work as a data dump; a cancelled dialog leaves the status "cancel".
 Changes ExportData(Program& program);

@@ -118,7 +118,7 @@ Changes LoadChosen(Program& program, const std::filesystem::path& path,
 
 }  // namespace
 
-Changes Open(Program& program) {
+Changes DataAccess(Program& program) {
   const bool isUpdated = program.Set.AutoDirectoryUpdate && !program.Current.DataFolder.empty();
   const std::filesystem::path& folder = isUpdated ? program.Current.DataFolder : program.Where.Data;
   const std::vector<std::string> chosen = program.Current.Ask->ChooseFiles(

@@ -13,6 +13,8 @@
 namespace vexa {
 namespace {
 
+constexpr std::string_view kRecentEntry = "mnuRecentFile";  // five of them; one line tells of all
+
 // A text as a cell of a table: nothing in it is taken as a mark.
 std::string Cell(std::string_view text) {
   std::string cell;
@@ -60,7 +62,9 @@ std::string Menus(std::string_view) {
     text += "\n## " + MenuPath(menu.Name) + "\n\n" + Table({"entry", "what it does", "key"});
     for (const MenuRow& row : MenuTree()) {
       if (row.In != menu.Name || row.Does == Command::None) continue;
-      text += TableRow({Plain(row.Caption), row.Hint, row.Key});
+      const bool isRecent = row.Name.starts_with(kRecentEntry);
+      if (isRecent && row.Name.back() != '1') continue;
+      text += TableRow({isRecent ? "1 to 5" : Plain(row.Caption), row.Hint, row.Key});
     }
   }
   return text;

@@ -5,7 +5,6 @@
 #include "core/files.h"
 #include "core/numbers.h"
 #include "program/commands.h"
-#include "program/edit_commands.h"
 
 namespace vexa {
 namespace {
@@ -43,28 +42,12 @@ std::string RecentFile(const Program& program) {
          EscapeCaption(TextFromPath(PathFromText(file).filename()));
 }
 
-bool HasSounding(const Program& program) {
-  return program.Current.Record.NumTempLevels() > 0;
-}
-
 std::string UndoEntry(const Program& program) {
   return "&" + EscapeCaption(program.History.UndoText());
 }
 
 std::string RedoEntry(const Program& program) {
   return "&" + EscapeCaption(program.History.RedoText());
-}
-
-// An entry that works on the sounding in work.
-constexpr MenuRow OnSounding(std::string_view in, std::string_view name, std::string_view caption,
-                             Command does, std::string_view hint, std::string_view whenDisabled) {
-  return {.In = in,
-          .Name = name,
-          .Caption = caption,
-          .Does = does,
-          .Hint = hint,
-          .IsEnabled = HasSounding,
-          .WhenDisabled = whenDisabled};
 }
 
 bool IsComparing(const Program& program) {
@@ -120,16 +103,13 @@ constexpr MenuRow kMenuTree[] = {
      .Caption = "&Save Sounding As...",
      .Does = Command::SaveAs,
      .Hint = "Save the sounding in the native format",
-     .Key = "Ctrl+S",
-     .IsEnabled = HasSounding,
-     .WhenDisabled = "Open a sounding first (save sounding)"},
+     .Key = "Ctrl+S"},
     {"mnuFile", "mnuDownload", "&Download Data...", Command::Download,
      "Fetch a sounding from one of the sources"},
     {"mnuFile", "mnuTimer", "&Batch Processing...", Command::DownloadTimer,
      "Fetch many soundings, by hand or when their hour has come"},
-    OnSounding("mnuFile", "mnuInfo", "Proper&ties...", Command::Properties,
-               "Show where the sounding comes from and what it holds",
-               "Open a sounding first (sounding properties)"),
+    {"mnuFile", "mnuInfo", "Proper&ties...", Command::Properties,
+     "Show where the sounding comes from and what it holds"},
     {"mnuFile", "mnuAutoLoad", "Auto-&Load This Sounding", Command::AutoLoad,
      "Load this sounding whenever the program starts", "", false, commands::IsAutoLoaded, nullptr,
      true},
@@ -167,44 +147,35 @@ constexpr MenuRow kMenuTree[] = {
      .Does = Command::Undo,
      .Hint = "Take back the last change of the sounding",
      .Key = "Ctrl+Z",
-     .Shows = UndoEntry,
-     .IsEnabled = [](const Program& program) { return program.History.CanUndo(); },
-     .WhenDisabled = "Nothing was changed (undo)"},
+     .Shows = UndoEntry},
     {.In = "mnuEdit",
      .Name = "mnuRedo",
      .Caption = "&Redo",
      .Does = Command::Redo,
      .Hint = "Make the change again that was taken back last",
      .Key = "Ctrl+Y",
-     .Shows = RedoEntry,
-     .IsEnabled = [](const Program& program) { return program.History.CanRedo(); },
-     .WhenDisabled = "Nothing was taken back (redo)"},
+     .Shows = RedoEntry},
     {.In = "mnuEdit",
      .Name = "mnuEditFile",
      .Caption = "Edit &DeCoded Data",
      .Does = Command::EditDecoded,
      .Hint = "Change the levels and the heading of the sounding",
      .Key = "Ctrl+E",
-     .LineAbove = true,
-     .IsEnabled = HasSounding,
-     .WhenDisabled = "Open a sounding first (edit decoded data)"},
-    OnSounding("mnuEdit", "mnuEditData", "Edit &Source Data", Command::EditSource,
-               "Change the text that the sounding was decoded from",
-               "Open a sounding first (edit source data)"),
-    OnSounding("mnuEdit", "mnuEditSource", "Edit &Entire Source File", Command::EditEntireSource,
-               "Change the file that the sounding came from",
-               "Open a sounding first (edit source file)"),
-    OnSounding("mnuEdit", "mnuFilter", "Filter Sounding Data...", Command::Filter,
-               "Thin a sounding of high density", "Open a sounding first (filter sounding data)"),
+     .LineAbove = true},
+    {"mnuEdit", "mnuEditData", "Edit &Source Data", Command::EditSource,
+     "Change the text that the sounding was decoded from"},
+    {"mnuEdit", "mnuEditSource", "Edit &Entire Source File", Command::EditEntireSource,
+     "Change the file that the sounding came from"},
+    {"mnuEdit", "mnuFilter", "Filter Sounding Data...", Command::Filter,
+     "Thin a sounding of high density"},
     {"mnuEdit", "mnuEditStation", "Edit Station &Locator File", Command::EditStations,
      "Change the list of stations"},
     {"mnuEdit", "mnuEditMountain", "Edit &Mountain Parameter File", Command::NotBuilt,
      "Not in this version: the mountains of the mountain-wave display"},
-    OnSounding("mnuEdit", "mnuAddTemp", "Add/Delete &Temperature Data...", Command::AddTemp,
-               "Add or delete temperature levels",
-               "Open a sounding first (add/delete temperature data)"),
-    OnSounding("mnuEdit", "mnuAddWind", "Add/Delete &Wind Data...", Command::AddWind,
-               "Add or delete wind levels", "Open a sounding first (add/delete wind data)"),
+    {"mnuEdit", "mnuAddTemp", "Add/Delete &Temperature Data...", Command::AddTemp,
+     "Add or delete temperature levels"},
+    {"mnuEdit", "mnuAddWind", "Add/Delete &Wind Data...", Command::AddWind,
+     "Add or delete wind levels"},
     {"", "mnuDisplay", "&Displays"},
     {"mnuDisplay", "mnuSounding", "&Sounding", Command::SoundingDiagram,
      "Return to the sounding diagram"},
@@ -234,16 +205,14 @@ constexpr MenuRow kMenuTree[] = {
     {"mnuDisplay", "mnuAnalyze", "&Analyze", Command::Analyze,
      "Show or hide the panel of all indices", "F4"},
     {"mnuDisplay", "mnuForecast", "F&orecast", Command::NotBuilt,
-     "Not in this version: soundings of forecast models"},
+     "Not in this version: the forecast from a sounding upwind"},
     {"mnuDisplay", "mnuRefreshed", "&Refresh", Command::Refresh,
      "Redraw the diagram from the current data", "F5"},
     {.In = "mnuDisplay",
      .Name = "mnuRestore",
      .Caption = "Restore",
      .Does = Command::Restore,
-     .Hint = "Take the sounding as it was loaded",
-     .IsEnabled = commands::CanRestore,
-     .WhenDisabled = "The sounding is as it was loaded (restore)"},
+     .Hint = "Take the sounding as it was loaded"},
     {"mnuDisplay", "mnuZoom", "&Zoom", Command::Zoom,
      "Choose a region of the diagram with the mouse; the wheel zooms, too", "F7", true, nullptr,
      nullptr, false},
@@ -304,9 +273,8 @@ constexpr MenuRow kMenuTree[] = {
     {"mnuOptions", "mnuTables", "&Tables"},
     {"mnuTables", "mnuSevere", "&Severe Weather Table", Command::SevereTable,
      "Arrange the severe-weather table and its thresholds"},
-    OnSounding("mnuTables", "mnuClouds", "&Cloud Layer Table", Command::CloudTable,
-               "Enter the cloud layers of the sounding",
-               "Open a sounding first (cloud layer table)"),
+    {"mnuTables", "mnuClouds", "&Cloud Layer Table", Command::CloudTable,
+     "Enter the cloud layers of the sounding"},
     {"", "mnuOFF", "Turn_Download_Timer_OFF", Command::DownloadTimerOff,
      "Stop waiting for the hours of the batch", "", false, nullptr, TimerEntry},
     {"", "mnuBeep", "Turn_Beeper_OFF", Command::BeeperOff, "Silence the alarm", "", false, nullptr,

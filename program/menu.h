@@ -21,9 +21,7 @@ struct MenuRow {
   bool (*IsChecked)(const Program&) = nullptr;  // entries that show a choice
   /// What an entry shows in place of its caption; empty: it is hidden.
   std::string (*Shows)(const Program&) = nullptr;
-  bool IsSwitch = false;                        // checked by itself, not one of its menu's choices
-  bool (*IsEnabled)(const Program&) = nullptr;  // null: always
-  std::string_view WhenDisabled{};              // the hint then
+  bool IsSwitch = false;  // checked by itself, not one of its menu's choices
 };
 
 /// Whether an entry can be chosen now: displays and tables of a sounding need one to be loaded.

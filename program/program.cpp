@@ -48,7 +48,7 @@ Changes Toggle(Program& program) {
 }
 
 constexpr CommandRow kCommands[] = {
-    {Command::Open, commands::Open},
+    {Command::Open, commands::DataAccess},
     {Command::ExportData, commands::ExportData},
     {Command::Exit, Exit},
     {Command::Refresh, DrawAgain},
@@ -188,7 +188,7 @@ std::string SoundingBanner(const Program& program) {
   std::string text(kProgramTitle);
   text += program.Current.Record.StationTitle.empty()
               ? program.Current.FileName
-              : diagram::TitleText(program.Current.Record, program.Set);
+              : diagram::SoundingTitle(program.Current.Record, program.Set);
   if (program.View.Mode == diagram::MultiMode::Compare) text += "  -  Sounding Comparison";
   if (program.View.Mode == diagram::MultiMode::Overlay) text += "  -  Sounding Overlay";
   if (program.Listed.size() > 1) {

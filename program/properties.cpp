@@ -19,6 +19,7 @@ std::string Time(const ObservationTime& time) {
 }
 
 std::string Position(const SoundingRecord& record) {
+  if (record.LatHemi.empty() || record.LonHemi.empty()) return "not known";
   return Mask(std::abs(record.LatSigned), "#0.0000") + (record.LatSigned < 0 ? " S  " : " N  ") +
          Mask(std::abs(record.LonSigned), "##0.0000") + (record.LonSigned < 0 ? " W" : " E");
 }
@@ -53,7 +54,7 @@ std::vector<std::pair<std::string, std::string>> PropertiesOf(const Program& pro
       {"Position", Position(record)},
       {"Elevation", Elevation(record)},
       {"Temperature levels", Span(record.Press, "hPa")},
-      {"without dew point", Shortest(static_cast<int>(std::ranges::count_if(dewpts, IsMissing)))},
+      {"Without dew point", Shortest(static_cast<int>(std::ranges::count_if(dewpts, IsMissing)))},
       {"Wind levels", Span(record.WindHgt, "m")},
       {"Cloud layers", Shortest(record.NumCloudLayers())},
       {"Changed", program.History.IsChanged() ? "yes, not saved" : "no"},

@@ -41,10 +41,21 @@ std::string SampleText(const Program& program, double press, analysis::Quantity 
 
 }  // namespace
 
-std::string ExplainIndex(const Program& program, std::string_view label) {
+std::string HotInfo(const Program& program, std::string_view label) {
   const analysis::IndexRow* row = analysis::FindIndex(label);
   if (row == nullptr) return {};
   return analysis::Explain(*row, program.Current.Record, program.Results, program.Set);
+}
+
+std::string CursorGridData(const Options& set, const diagram::DiagramCoordinates& at) {
+  const std::string_view unit = set.Pressure == PressureUnits::Hpa ? " hPa" : " mb";
+  return Mask(at.Press, "###0") + std::string(unit) + "   " + TempText(at.Temp, set.TempGridUnits) +
+         ' ' + std::string(Word(set.TempGridUnits)) + "   PT " + PotentialText(at, set);
+}
+
+std::string CursorDataVexa(const Program& program, double press) {
+  return "Temp:" + SampleText(program, press, analysis::Quantity::Temp) +
+         "  Td:" + SampleText(program, press, analysis::Quantity::Dewpt);
 }
 
 Readout ReadDiagram(const Program& program, Point at) {
@@ -54,22 +65,17 @@ Readout ReadDiagram(const Program& program, Point at) {
     if (!spot.Where.Contains(at)) continue;
     readout.Spot = spot.Text;
     if (spot.Tag != diagram::kIndexSpot) continue;
-    readout.Tip = ExplainIndex(program, spot.Text);
+    readout.Tip = HotInfo(program, spot.Text);
     readout.Spot = readout.Tip.substr(0, readout.Tip.find('\n'));
   }
   if (!program.Plot->Mapping.Frame().Contains(at)) return readout;
   const diagram::DiagramCoordinates under = program.Plot->Mapping.ToCoordinates(at);
   if (program.Set.CursorGrid && program.Set.System.CursorGrid) {
-    const std::string_view unit = program.Set.Pressure == PressureUnits::Hpa ? " hPa" : " mb";
-    readout.Grid = Mask(under.Press, "###0") + std::string(unit) + "   " +
-                   TempText(under.Temp, program.Set.TempGridUnits) + ' ' +
-                   std::string(Word(program.Set.TempGridUnits)) + "   PT " +
-                   PotentialText(under, program.Set);
+    readout.Grid = CursorGridData(program.Set, under);
   }
   const bool readsData = program.Set.CursorSounding && program.Set.System.CursorData;
   if (readsData && program.Results.Levels.Count() > 0) {
-    readout.Sounding = "Temp:" + SampleText(program, under.Press, analysis::Quantity::Temp) +
-                       "  Td:" + SampleText(program, under.Press, analysis::Quantity::Dewpt);
+    readout.Sounding = CursorDataVexa(program, under.Press);
   }
   return readout;
 }

@@ -18,7 +18,13 @@ struct Readout {
 };
 
 /// How the index of a trimmed panel label came about; empty for a label that is none.
-std::string ExplainIndex(const Program& program, std::string_view label);
+std::string HotInfo(const Program& program, std::string_view label);
+
+/// The grid's own values at a place: "700 mb   -3.2 C   PT 299.1 K".
+std::string CursorGridData(const Options& set, const diagram::DiagramCoordinates& at);
+
+/// The sounding's temperature and dew point at a pressure: "Temp:-5.1  Td:-9.8".
+std::string CursorDataVexa(const Program& program, double press);
 
 /// The readout at a position of the page. Grid and sounding are empty outside the diagram's frame
 /// and each when its option is off; values that the sounding lacks read "--". The spot is empty

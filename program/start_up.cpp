@@ -169,7 +169,7 @@ void StartUp(Program& program, const StartArguments& arguments) {
   }
 }
 
-Changes LoadAtStart(Program& program) {
+Changes AutoLoadCode(Program& program) {
   const SystemOptions& set = program.Set.System;
   if (!set.Autoload || set.AutoFile.empty()) return {};
   if (set.AutoFile == kMultipleMarker) {

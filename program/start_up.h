@@ -31,6 +31,6 @@ inline constexpr std::string_view kFontStage = "GG";     // the fonts may be cho
 void StartUp(Program& program, const StartArguments& arguments);
 
 /// Loads the sounding that is marked for it; nothing changes when none is.
-Changes LoadAtStart(Program& program);
+Changes AutoLoadCode(Program& program);
 
 }  // namespace vexa

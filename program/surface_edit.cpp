@@ -60,7 +60,7 @@ std::optional<Fault> SetSurface(SoundingRecord& record, const SurfaceValues& to)
   return std::nullopt;
 }
 
-bool MixSurfaceLayer(SoundingRecord& record, const Options& options) {
+bool HotMix(SoundingRecord& record, const Options& options) {
   if (record.NumTempLevels() < 2) return false;
   const double theta = analysis::DryTheta(record.Press(1), record.Temp(1));
   int inside = 1;  // the highest level of the layer

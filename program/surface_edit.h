@@ -28,6 +28,6 @@ std::optional<SurfaceValues> SurfaceOf(const SoundingRecord& record);
 /// level there takes its temperature from the adiabat and its dew point from the layer's mean
 /// mixing ratio, never above the temperature. The top of the layer becomes a level. False when the
 /// air above is too stable to be mixed.
-bool MixSurfaceLayer(SoundingRecord& record, const Options& options);
+bool HotMix(SoundingRecord& record, const Options& options);
 
 }  // namespace vexa

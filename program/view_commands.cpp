@@ -28,7 +28,7 @@ constexpr std::string_view kLockedAlready =
     "before another Cursor can be positioned on the diagram.";
 
 // Reads a sounding beside the one in work; what is wrong with it is told.
-std::optional<SoundingRecord> LoadBeside(Program& program, const std::filesystem::path& path) {
+std::optional<SoundingRecord> LoadOld(Program& program, const std::filesystem::path& path) {
   CurrentSounding beside;
   beside.Ask = program.Current.Ask;
   if (ingest::LoadSounding(beside, path, 0, &program.Stations) != Status::Ok) return std::nullopt;
@@ -43,7 +43,7 @@ FileQuestion QuestionFor(const Program& program, std::string_view title) {
   return {.Title = std::string(title), .Folder = TextFromPath(folder), .Filter = "All files (*)|*"};
 }
 
-Changes ShowWith(Program& program, MultiMode mode, std::vector<SoundingRecord> others) {
+Changes PlotOldSounding(Program& program, MultiMode mode, std::vector<SoundingRecord> others) {
   if (others.empty()) return {};
   StopLoop(program);
   program.Others = std::move(others);
@@ -170,8 +170,8 @@ Changes CompareAnother(Program& program) {
   const auto name = program.Current.Ask->ChooseFile(QuestionFor(program, "Sounding Comparison"));
   if (!name) return {};
   std::vector<SoundingRecord> others;
-  if (auto record = LoadBeside(program, PathFromText(*name))) others.push_back(std::move(*record));
-  return ShowWith(program, MultiMode::Compare, std::move(others));
+  if (auto record = LoadOld(program, PathFromText(*name))) others.push_back(std::move(*record));
+  return PlotOldSounding(program, MultiMode::Compare, std::move(others));
 }
 
 Changes OverlaySeveral(Program& program) {
@@ -184,11 +184,11 @@ Changes OverlaySeveral(Program& program) {
         Shortest(static_cast<int>(i) + 1) + " of " + Shortest(static_cast<int>(names.size()));
     const double done = static_cast<double>(i) / static_cast<double>(names.size());
     if (!progress.Begin("Loading sounding " + step + " . . .", done)) return {};
-    if (auto record = LoadBeside(program, PathFromText(names[i]))) {
+    if (auto record = LoadOld(program, PathFromText(names[i]))) {
       others.push_back(std::move(*record));
     }
   }
-  return ShowWith(program, MultiMode::Overlay, std::move(others));
+  return PlotOldSounding(program, MultiMode::Overlay, std::move(others));
 }
 
 Changes ToggleIsa(Program& program) {
@@ -206,7 +206,7 @@ Changes ToggleReference(Program& program) {
       if (!name) return {};
       path = PathFromText(*name);
     }
-    view.Reference = LoadBeside(program, path);
+    view.Reference = LoadOld(program, path);
     if (!view.Reference) return {};
   }
   view.ShowsReference = !view.ShowsReference;

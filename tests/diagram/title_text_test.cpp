@@ -5,7 +5,7 @@
 namespace vexa::diagram {
 namespace {
 
-TEST(TitleText, ShowsMonthAndYearInsteadOfTheDate) {
+TEST(SoundingTitle, ShowsMonthAndYearInsteadOfTheDate) {
   struct Case {
     const char* about;
     const char* title;
@@ -30,9 +30,9 @@ TEST(TitleText, ShowsMonthAndYearInsteadOfTheDate) {
     record.StationTitle = c.title;
     record.Time = c.time;
     options.MonthYear = false;
-    EXPECT_EQ(TitleText(record, options), c.title);
+    EXPECT_EQ(SoundingTitle(record, options), c.title);
     options.MonthYear = true;
-    EXPECT_EQ(TitleText(record, options), c.shown);
+    EXPECT_EQ(SoundingTitle(record, options), c.shown);
   }
 }
 

@@ -137,11 +137,30 @@ TEST(MenuTree, EntriesSayWhatTheyLack) {
   EXPECT_FALSE(IsEnabled(row("mnuSevereWx"), program));
   EXPECT_EQ(HintOf(row("mnuSevereWx"), program), "(severe weather) needs a sounding");
   EXPECT_TRUE(IsEnabled(row("mnuOpen"), program));
+  // The words by which users know what is meant.
+  for (const auto& [name, words] : {std::pair{"mnuDataDump", "(export sounding data)"},
+                                    {"mnuSevereWx", "(severe weather)"},
+                                    {"mnuWinter", "(winter weather)"},
+                                    {"mnuScale", "(layer analyzer)"},
+                                    {"mnuCompare", "(compare sounding)"},
+                                    {"mnuOverlay", "(overlay soundings)"},
+                                    {"mnuPrsHgt", "(pressure/height values)"},
+                                    {"mnuHeightCorr", "(height correction line)"},
+                                    {"mnuContrail", "(contrail threshold line)"},
+                                    {"mnuSevere", "(severe weather table)"},
+                                    {"mnuClouds", "(cloud layer table)"}}) {
+    EXPECT_FALSE(IsEnabled(row(name), program)) << name;
+    EXPECT_EQ(HintOf(row(name), program), std::string(words) + " needs a sounding");
+  }
+  EXPECT_EQ(HintOf(row("mnuUndo"), program), "(undo) needs a change of the sounding");
   program.Current.Record = test::ReferenceWinter();
   EXPECT_TRUE(IsEnabled(row("mnuSevereWx"), program));
   EXPECT_EQ(HintOf(row("mnuSevereWx"), program), row("mnuSevereWx").Hint);
-  EXPECT_FALSE(IsEnabled(row("mnuWave"), program));
-  EXPECT_EQ(HintOf(row("mnuWave"), program).find("Not in this version"), 0u);
+  for (const char* name : {"mnuEditMountain", "mnuHodoFront", "mnuWave", "mnuCross",
+                           "mnuCrossSectionReturn", "mnuForecast"}) {
+    EXPECT_FALSE(IsEnabled(row(name), program)) << name;
+    EXPECT_EQ(HintOf(row(name), program).find("Not in this version"), 0u) << name;
+  }
 }
 
 }  // namespace

@@ -153,15 +153,15 @@ TEST_F(SettingsTest, RemembersFilesAndLoadsTheMarkedOneAtStart) {
 
   Program next;
   Start(next);
-  EXPECT_TRUE(LoadAtStart(next).Sounding);
+  EXPECT_TRUE(AutoLoadCode(next).Sounding);
   EXPECT_EQ(next.Current.FileName, "a.RAW");
   EXPECT_TRUE(next.Notices.empty());
   next.Set.System.AutoType = "FSL";
-  EXPECT_TRUE(LoadAtStart(next).Sounding);
+  EXPECT_TRUE(AutoLoadCode(next).Sounding);
   ASSERT_EQ(next.Notices.size(), 1u);
   EXPECT_NE(next.Notices[0].find("is RAW now"), std::string::npos);
   RunCommand(next, Command::AutoLoad);  // takes the mark away
-  EXPECT_FALSE(LoadAtStart(next).Any());
+  EXPECT_FALSE(AutoLoadCode(next).Any());
 }
 
 TEST_F(SettingsTest, HeadersOfTheListedSoundingsOutliveTheSession) {

@@ -58,7 +58,7 @@ TEST(StartUp, LoadsTheSoundingsThatWereMarkedTogether) {
   Program next;
   next.Current.Ask = &user;
   StartUp(next, {TextFromPath(folder.Path())});
-  EXPECT_TRUE(LoadAtStart(next).Sounding);
+  EXPECT_TRUE(AutoLoadCode(next).Sounding);
   EXPECT_EQ(next.Listed.size(), 2u);
   EXPECT_EQ(next.Current.FileName, "a.RAW");
   EXPECT_TRUE(commands::IsAutoLoaded(next));

@@ -224,7 +224,7 @@ TEST(SurfaceEdit, HeatsAndMixes) {
   ASSERT_FALSE(SetSurface(record, {30, 10, 200, 12}));
   EXPECT_EQ(record.WindDir(1), 200);
   EXPECT_EQ(record.Temp(2), 20);
-  ASSERT_TRUE(MixSurfaceLayer(record, Options{}));
+  ASSERT_TRUE(HotMix(record, Options{}));
   // 303.16 K x (p/1000)^0.2856 - 273.16, by hand: the adiabat leaves the air between 900 and 850.
   EXPECT_NEAR(record.Temp(2), 25.59, 0.02);
   EXPECT_NEAR(record.Temp(3), 21.01, 0.02);
@@ -241,7 +241,7 @@ TEST(SurfaceEdit, HeatsAndMixes) {
   EXPECT_NEAR(record.Dewpt(1) - record.Dewpt(3), 1.7, 0.3);
 
   SoundingRecord stable = before;
-  EXPECT_FALSE(MixSurfaceLayer(stable, Options{}));
+  EXPECT_FALSE(HotMix(stable, Options{}));
   EXPECT_EQ(stable, before);
   EXPECT_TRUE(SetSurface(stable, {80, 10, {}, {}}));
   EXPECT_EQ(stable, before);

@@ -1,0 +1,500 @@
+// Walks through everything that the program can open: each command with a sounding and without,
+// each window on the smallest screen and with nothing but keys, and what happens during a redraw.
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QAbstractScrollArea>
+#include <QAbstractSpinBox>
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QComboBox>
+#include <QCoreApplication>
+#include <QDialog>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMimeData>
+#include <QMouseEvent>
+#include <QPlainTextEdit>
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <QTabBar>
+#include <QTableView>
+#include <QTabWidget>
+#include <QTextEdit>
+#include <QTimer>
+#include <QWheelEvent>
+#include <set>
+
+#include "app/diagram_view.h"
+#include "app/screenshot.h"
+#include "app/sounding_window.h"
+#include "core/files.h"
+#include "core/raw_file.h"
+#include "picture/picture.h"
+#include "program/edit_commands.h"
+#include "program/menu.h"
+#include "program/view_commands.h"
+#include "support/soundings.h"
+
+namespace vexa {
+namespace {
+
+// Somebody who answers every box with yes and every question for a file with one at hand.
+class Willing : public WindowInteraction {
+ public:
+  explicit Willing(CommandGate& gate) : WindowInteraction(gate, Attendance::Attended) {}
+  Answer Ask(const Box& box) override {
+    Boxes.push_back(box.Text);
+    return box.Buttons == BoxButtons::Ok || box.Buttons == BoxButtons::OkCancel ? Answer::Ok
+                                                                                : Answer::No;
+  }
+  std::optional<std::string> ChooseFile(const FileQuestion& question) override {
+    return question.Saving ? SaveAs : Other;
+  }
+  std::vector<std::string> ChooseFiles(const FileQuestion&) override { return {Other}; }
+  bool Yield() override {
+    if (OnYield) OnYield();
+    return true;
+  }
+
+  std::string SaveAs{};
+  std::string Other{};
+  std::vector<std::string> Boxes{};
+  std::function<void()> OnYield{};
+};
+
+// A program with a window, at home in a folder of its own.
+struct Desk {
+  Desk() {
+    program.Current.Ask = &user;
+    program.Where = FoldersBelow(folder.Path());
+    for (const auto& below : {program.Where.Data, program.Where.Export}) {
+      std::filesystem::create_directories(below);
+    }
+    program.HelpFile = std::filesystem::path(VEXA_SOURCE_DIR) / "share" / "VEXA.HLP";
+    user.SaveAs = TextFromPath(folder.Path() / "saved.RAW");
+    user.Other = Saved("other.RAW", test::ReferenceWinter());
+    window.resize(800, 560);
+    window.show();
+    window.Show({.View = true});
+    QApplication::processEvents();
+    user.Boxes.clear();
+  }
+  std::string Saved(const char* name, const SoundingRecord& record) {
+    EXPECT_FALSE(SaveFile(folder.Path() / name, WriteRaw(record)));
+    return TextFromPath(folder.Path() / name);
+  }
+  // Two soundings in the list, one changed twice and taken back once, the diagram enlarged: every
+  // entry that ever can be chosen is open.
+  void Load() {
+    const auto path = [this](const char* name) { return folder.Path() / name; };
+    Saved("a.RAW", test::ReferenceConvective());
+    window.OpenFiles({path("a.RAW"), path("other.RAW")});
+    for (const double warmer : {0.5, 1.0}) {
+      SoundingRecord edited = program.Current.Record;
+      edited.Temp(3) += warmer;
+      window.Show(AdoptEdit(program, std::move(edited)));
+    }
+    window.Run(Command::Undo);
+    const Rect& frame = program.Plot->Mapping.Frame();
+    window.Show(ZoomBy(program, {(frame.Left + frame.Right) / 2, frame.Bottom - 900}, 2));
+    program.Settings.Window.RecentFiles.fill(user.Other);
+    QApplication::clipboard()->setText(QString::fromStdString(WriteRaw(test::ReferenceWinter())));
+    window.Show({.View = true});
+  }
+
+  test::TemporaryFolder folder;
+  Program program;
+  Willing user{program.Gate};
+  SoundingWindow window{program, user};
+};
+
+std::vector<QWidget*> OtherWindows(const Desk& desk) {
+  std::vector<QWidget*> others;
+  for (QWidget* widget : QApplication::topLevelWidgets()) {
+    if (widget != &desk.window && widget->isVisible()) others.push_back(widget);
+  }
+  return others;
+}
+
+void CloseOthers(const Desk& desk) {
+  for (QWidget* widget : OtherWindows(desk)) widget->close();
+  QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+// Opens something and looks at what is up then; a dialog that waits in a loop of its own is left
+// after that, so this returns. What may be null: nothing came up.
+void Opening(Desk& desk, const std::function<void()>& open,
+             const std::function<void(QWidget*)>& look) {
+  bool looked = false;
+  const auto lookOnce = [&] {
+    if (std::exchange(looked, true)) return;
+    const auto others = OtherWindows(desk);
+    QWidget* modal = QApplication::activeModalWidget();
+    look(modal != nullptr ? modal : others.empty() ? nullptr : others.front());
+  };
+  QTimer clock;
+  QObject::connect(&clock, &QTimer::timeout, &clock, [&] {
+    if (QApplication::activeModalWidget() == nullptr) return;
+    lookOnce();
+    if (QWidget* modal = QApplication::activeModalWidget()) modal->close();
+  });
+  clock.start(20);
+  open();
+  clock.stop();
+  QApplication::processEvents();
+  lookOnce();
+  CloseOthers(desk);
+}
+
+// Everything a command may change that users can see.
+std::string Seen(const Desk& desk, const QWidget* opened) {
+  std::string seen = ToSvg(desk.program.Plot->Page, 800, 600) + SoundingBanner(desk.program);
+  if (opened != nullptr) seen += opened->objectName().toStdString();
+  for (const char* dock : {"InfoPanel", "FourParcels"}) {
+    seen += desk.window.findChild<QWidget*>(dock)->isVisible() ? "+" : "-";
+  }
+  for (const std::string& text : desk.user.Boxes) seen += text;
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(desk.folder.Path())) {
+    seen += TextFromPath(entry.path());
+  }
+  for (const auto* entry : desk.window.findChildren<QAction*>()) {
+    seen += entry->isChecked() ? "x" : "o";
+  }
+  return seen + desk.window.findChild<QLabel*>("ProgressPanel")->text().toStdString() +
+         QApplication::clipboard()->text().toStdString() +
+         std::to_string(QApplication::clipboard()->mimeData()->formats().size());
+}
+
+// Shown only while a loop, a timer or the beeper runs; their own tests press them.
+const std::set<std::string_view> kHiddenNow = {"mnuSpecial", "mnuOFF", "mnuBeep"};
+// What these do looks the same when there is nothing to mend: the picture that is there already.
+const std::set<std::string_view> kNothingToSee = {"mnuRefreshed", "mnuSounding",
+                                                  "mnuConfiguration0", "mnuSkewT"};
+
+TEST(Walk, EveryEntryDoesItsWorkOnASounding) {
+  for (const MenuRow& row : MenuTree()) {
+    if (row.Does == Command::None || kHiddenNow.contains(row.Name)) continue;
+    SCOPED_TRACE(row.Name);
+    Desk desk;
+    desk.Load();
+    auto* entry = desk.window.findChild<QAction*>(QString::fromUtf8(row.Name.data()));
+    ASSERT_NE(entry, nullptr);
+    EXPECT_TRUE(entry->isVisible());
+    EXPECT_EQ(entry->isEnabled(), row.Does != Command::NotBuilt);
+    EXPECT_EQ(entry->toolTip(), entry->statusTip());
+    if (row.Does == Command::NotBuilt) {
+      EXPECT_TRUE(entry->statusTip().startsWith("Not in this version: "));
+      continue;
+    }
+    const std::string before = Seen(desk, nullptr);
+    std::string after;
+    Opening(
+        desk, [&] { entry->trigger(); },
+        [&](const QWidget* opened) { after = Seen(desk, opened); });
+    EXPECT_TRUE(desk.program.Gate.IsOpen());
+    EXPECT_EQ(desk.window.isVisible(), row.Does != Command::Exit);
+    if (row.Does == Command::Exit || kNothingToSee.contains(row.Name)) continue;
+    EXPECT_NE(after, before);
+  }
+}
+
+// However a command is reached, without a sounding none may fall over or leave a window that waits.
+TEST(Walk, EveryCommandRunsWithoutASounding) {
+  Desk desk;
+  for (const MenuRow& row : MenuTree()) {
+    if (row.Does == Command::None || row.Does == Command::Exit) continue;
+    SCOPED_TRACE(row.Name);
+    const auto* entry = desk.window.findChild<QAction*>(QString::fromUtf8(row.Name.data()));
+    if (entry->isVisible() && !entry->isEnabled()) {
+      const std::string hint = entry->statusTip().toStdString();
+      EXPECT_TRUE(hint.starts_with("Not in this version: ") ||
+                  (hint.starts_with('(') && hint.find(") needs a") != std::string::npos))
+          << hint;
+    }
+    desk.user.Other = {};  // nothing may be loaded on the way
+    QApplication::clipboard()->clear();
+    Opening(
+        desk, [&] { desk.window.Run(row.Does); }, [](QWidget*) {});
+    EXPECT_TRUE(desk.program.Gate.IsOpen());
+    EXPECT_TRUE(desk.window.isVisible());
+    ASSERT_TRUE(desk.program.Plot);
+    EXPECT_EQ(desk.program.Current.Record.NumTempLevels(), 0);
+  }
+}
+
+void Click(QWidget& on, QPointF at) {
+  for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+    QMouseEvent event(type, at, on.mapToGlobal(at), Qt::LeftButton,
+                      type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton,
+                      Qt::NoModifier);
+    QApplication::sendEvent(&on, &event);
+  }
+}
+
+TEST(Walk, ClicksAndTicksDuringARedrawChangeNothingAndBreakNothing) {
+  Desk desk;
+  desk.Load();
+  desk.program.Settings.Window.Cursor = CursorMode::Free;
+  DiagramView& view = desk.window.View();
+  const auto disturb = [&] {
+    Click(view, {300, 250});
+    QWheelEvent wheel({300, 250}, view.mapToGlobal(QPointF(300, 250)), {}, {0, 120}, Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&view, &wheel);
+    for (const int key : {Qt::Key_PageDown, Qt::Key_Plus, Qt::Key_L}) {
+      QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
+      QApplication::sendEvent(&view, &press);
+    }
+    for (const char* name : {"mnuTephigram", "mnuUndo", "mnuPrsHgt", "mnuICAO", "mnuRecentFile1"}) {
+      desk.window.findChild<QAction*>(name)->trigger();
+    }
+    bool ticked = false;
+    QTimer::singleShot(0, &desk.window, [&] {
+      ticked = true;
+      desk.window.Show({.Sounding = true});
+    });
+    QApplication::processEvents();
+    EXPECT_TRUE(ticked);
+  };
+
+  // The same redraw on a second desk, left in peace.
+  Desk quiet;
+  quiet.Load();
+  quiet.window.Run(Command::DiagramEmagram);
+
+  int yields = 0;
+  desk.user.OnYield = [&] {
+    ++yields;
+    disturb();
+  };
+  desk.window.Run(Command::DiagramEmagram);
+  desk.user.OnYield = {};
+  EXPECT_GE(yields, 3);
+  EXPECT_EQ(ToSvg(desk.program.Plot->Page, 800, 600), ToSvg(quiet.program.Plot->Page, 800, 600));
+  EXPECT_EQ(desk.program.View.Zoom, quiet.program.View.Zoom);
+  EXPECT_EQ(desk.program.Current.FileName, "a.RAW");
+  EXPECT_EQ(desk.program.Set.Diagram, DiagramType::Emagram);
+  EXPECT_FALSE(desk.program.Set.IcaoLine);
+  EXPECT_FALSE(desk.program.View.Cursor.At);
+  EXPECT_TRUE(desk.program.History.CanUndo());
+  desk.window.findChild<QAction*>("mnuTephigram")->trigger();  // and now it does
+  EXPECT_EQ(desk.program.Plot->Mapping.Type(), DiagramType::Tephigram);
+}
+
+// Windows whose contents are one picture or one text have nothing but that to reach.
+bool IsControl(const QWidget& widget) {
+  if (!widget.isVisible() || !widget.isEnabled()) return false;
+  if (const auto* edit = qobject_cast<const QLineEdit*>(&widget)) {
+    const QWidget* parent = edit->parentWidget();  // spin and combo boxes hold one
+    return qobject_cast<const QAbstractSpinBox*>(parent) == nullptr &&
+           qobject_cast<const QComboBox*>(parent) == nullptr;
+  }
+  if (const auto* button = qobject_cast<const QAbstractButton*>(&widget)) {
+    return button->focusPolicy() != Qt::NoFocus &&
+           (!button->autoExclusive() || button->isChecked());  // arrow keys reach the others
+  }
+  const auto* view = qobject_cast<const QAbstractItemView*>(&widget);
+  if (view != nullptr) {
+    return qobject_cast<const QHeaderView*>(&widget) == nullptr &&
+           widget.focusPolicy() != Qt::NoFocus;
+  }
+  return qobject_cast<const QComboBox*>(&widget) != nullptr ||
+         qobject_cast<const QAbstractSpinBox*>(&widget) != nullptr ||
+         qobject_cast<const QPlainTextEdit*>(&widget) != nullptr ||
+         qobject_cast<const QTextEdit*>(&widget) != nullptr ||
+         dynamic_cast<const DiagramView*>(&widget) != nullptr;
+}
+
+// The controls that Tab comes by, going round once.
+std::set<const QWidget*> ReachedByTab(QWidget& window) {
+  std::set<const QWidget*> reached;
+  window.activateWindow();
+  QApplication::processEvents();
+  if (window.focusWidget() == nullptr) window.setFocus();
+  for (int step = 0; step < 300; ++step) {
+    QWidget* focus = window.focusWidget();
+    if (focus == nullptr) focus = &window;
+    reached.insert(focus);
+    if (focus->parentWidget() != nullptr) reached.insert(focus->parentWidget());
+    if (auto* table = qobject_cast<QTableView*>(focus); table != nullptr && table->model()) {
+      // Its cells are on the way, too: from the last one the next Tab goes on.
+      table->setCurrentIndex(
+          table->model()->index(table->model()->rowCount() - 1, table->model()->columnCount() - 1));
+    }
+    QKeyEvent tab(QEvent::KeyPress, Qt::Key_Tab, Qt::NoModifier);
+    QApplication::sendEvent(focus, &tab);
+    QApplication::processEvents();
+  }
+  return reached;
+}
+
+// Calls `look` for a window as it is and with each of its pages in front.
+void OnEveryPage(QWidget& window, const std::function<void()>& look) {
+  const auto books = window.findChildren<QTabWidget*>();
+  if (books.empty()) return look();
+  for (QTabWidget* book : books) {
+    for (int page = 0; page < book->count(); ++page) {
+      book->setCurrentIndex(page);
+      QApplication::processEvents();
+      look();
+    }
+  }
+}
+
+std::string NameOf(const QWidget& widget) {
+  std::string name = widget.metaObject()->className();
+  name += " " + widget.objectName().toStdString();
+  if (const auto* button = qobject_cast<const QAbstractButton*>(&widget)) {
+    name += " \"" + button->text().toStdString() + '"';
+  }
+  if (const auto* label = qobject_cast<const QLabel*>(&widget)) {
+    name += " \"" + label->text().toStdString() + '"';
+  }
+  return name;
+}
+
+class EveryWindow : public testing::TestWithParam<std::string_view> {
+ protected:
+  // The window of that name, opened over a loaded sounding; a panel stands in the main window.
+  void Open(const std::function<void(QWidget&)>& look) {
+    desk.Load();
+    const Command opens = CommandToShow(GetParam());
+    ASSERT_NE(opens, Command::None);
+    bool looked = false;
+    Opening(
+        desk, [&] { desk.window.Run(opens); },
+        [&](QWidget* opened) {
+          looked = true;
+          look(opened == nullptr ? desk.window : *opened);
+        });
+    EXPECT_TRUE(looked);
+  }
+  Desk desk;
+};
+
+TEST_P(EveryWindow, CanBeWalkedThroughByTab) {
+  Open([](QWidget& window) {
+    OnEveryPage(window, [&window] {
+      const std::set<const QWidget*> reached = ReachedByTab(window);
+      for (const QWidget* control : window.findChildren<QWidget*>()) {
+        if (control->window() == &window && IsControl(*control)) {
+          EXPECT_TRUE(reached.contains(control)) << NameOf(*control);
+        }
+      }
+    });
+  });
+}
+
+bool Scrolls(const QWidget& widget) {
+  for (const QWidget* at = widget.parentWidget(); at != nullptr; at = at->parentWidget()) {
+    if (qobject_cast<const QAbstractScrollArea*>(at) != nullptr) return true;
+  }
+  return false;
+}
+
+// A control has the room it asks for and lies within what holds it.
+void ExpectWhole(const QWidget& window) {
+  for (const QWidget* widget : window.findChildren<QWidget*>()) {
+    if (!widget->isVisible() || widget->window() != &window) continue;
+    const auto* label = qobject_cast<const QLabel*>(widget);
+    const bool asks = IsControl(*widget) || (label != nullptr && !label->text().isEmpty());
+    if (!asks) continue;
+    const bool isText = qobject_cast<const QAbstractButton*>(widget) != nullptr ||
+                        (label != nullptr && !label->wordWrap());
+    const QSize least = isText ? widget->sizeHint() : widget->minimumSizeHint();
+    EXPECT_GE(widget->width(), least.width()) << NameOf(*widget);
+    EXPECT_GE(widget->height(), least.height()) << NameOf(*widget);
+    if (const auto* table = qobject_cast<const QTableView*>(widget)) {
+      const QHeaderView* head = table->horizontalHeader();
+      for (int i = 0; head->isVisible() && i < head->count(); ++i) {
+        EXPECT_GE(head->sectionSize(i),
+                  head->fontMetrics().horizontalAdvance(table->model()
+                                                            ->headerData(i, Qt::Horizontal)
+                                                            .toString()
+                                                            .section(QLatin1Char('\n'), -1)))
+            << NameOf(*widget) << ", column " << i;
+      }
+    }
+    if (Scrolls(*widget)) continue;
+    const QRect inWindow(widget->mapTo(&window, QPoint()), widget->size());
+    EXPECT_TRUE(window.rect().contains(inWindow)) << NameOf(*widget);
+  }
+}
+
+// A screen of 800 x 600 leaves this to what a window's frame encloses.
+constexpr QSize kRoom(800, 570);
+
+TEST_P(EveryWindow, IsWholeOnTheSmallestScreen) {
+  Open([this](QWidget& window) {
+    if (&window != &desk.window) window.resize(window.size().boundedTo(kRoom));
+    QApplication::processEvents();
+    EXPECT_LE(window.width(), kRoom.width());
+    EXPECT_LE(window.height(), kRoom.height());
+    OnEveryPage(window, [&window] { ExpectWhole(window); });
+  });
+}
+
+QString TopicByF1(QWidget& asked) {
+  QKeyEvent press(QEvent::KeyPress, Qt::Key_F1, Qt::NoModifier);
+  QApplication::sendEvent(&asked, &press);
+  for (QWidget* widget : QApplication::topLevelWidgets()) {
+    if (widget->objectName() != "HelpWindow" || !widget->isVisible()) continue;
+    return widget->findChild<QListWidget*>("HelpTopics")->currentItem()->text();
+  }
+  return {};
+}
+
+TEST_P(EveryWindow, HasATopicThatF1Opens) {
+  Open([](QWidget& window) {
+    QWidget* panel = window.findChild<QWidget*>(QString::fromUtf8(GetParam().data()));
+    const bool isPanel = window.objectName() == "Sounding" && panel != nullptr;
+    const QString topic = TopicByF1(isPanel ? *panel : window);
+    EXPECT_FALSE(topic.isEmpty());
+    EXPECT_EQ(topic == "Contents", GetParam() == "HelpWindow");
+    // From the picture or the first control within it, too.
+    if (isPanel || GetParam() == "HelpWindow") return;
+    for (QWidget* inside : window.findChildren<QWidget*>()) {
+      if (inside->window() == &window && IsControl(*inside)) {
+        EXPECT_EQ(TopicByF1(*inside).toStdString(), topic.toStdString()) << NameOf(*inside);
+      }
+    }
+  });
+}
+
+// All but those that only another window opens.
+std::vector<std::string_view> NamesToOpen() {
+  std::vector<std::string_view> names = WindowNames();
+  std::erase_if(names, [](std::string_view name) {
+    return name == kChooserName || name == "DataDumpOptions";
+  });
+  return names;
+}
+
+INSTANTIATE_TEST_SUITE_P(Names, EveryWindow, testing::ValuesIn(NamesToOpen()),
+                         [](const auto& tested) { return std::string(tested.param); });
+
+// The scale is fixed when a program starts, so the windows are looked at once more in another run.
+TEST(Walk, EveryWindowIsWholeAtTwiceTheScale) {
+  if (qEnvironmentVariableIsSet("QT_SCALE_FACTOR")) GTEST_SKIP() << "is that run";
+  QProcess again;
+  QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+  environment.insert("QT_SCALE_FACTOR", "2");
+  again.setProcessEnvironment(environment);
+  again.setProcessChannelMode(QProcess::MergedChannels);
+  again.start(QCoreApplication::applicationFilePath(),
+              {"--gtest_filter=*EveryWindow.IsWholeOnTheSmallestScreen/*"});
+  ASSERT_TRUE(again.waitForFinished(300000));
+  const std::string said = again.readAll().toStdString();
+  EXPECT_EQ(again.exitCode(), 0) << said;
+  EXPECT_NE(said.find("[  PASSED  ]"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace vexa
