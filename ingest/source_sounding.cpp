@@ -22,6 +22,7 @@ std::vector<SourceEntry> Entries(const std::vector<SoundingBlock>& blocks) {
 Outcome<std::size_t> ChooseSounding(std::size_t count, const SourceText& source,
                                     LoadContext& context) {
   const auto index = static_cast<std::size_t>(context.Index);
+  context.Count = std::max(1, static_cast<int>(count));
   if (context.Index < 0 || index >= count) {
     const std::string reason = count == 0 ? ": no sounding in it"
                                           : ": it holds " + Shortest(static_cast<int>(count)) +
