@@ -14,6 +14,28 @@ namespace vexa {
 namespace fs = std::filesystem;
 using namespace download;
 
+namespace {
+
+std::chrono::sys_time<std::chrono::minutes> MinuteOf(const ObservationTime& time) {
+  const std::chrono::year_month_day day{std::chrono::year(time.Year),
+                                        std::chrono::month(static_cast<unsigned>(time.Month)),
+                                        std::chrono::day(static_cast<unsigned>(time.Day))};
+  return std::chrono::sys_days(day) + std::chrono::hours(time.Hour) +
+         std::chrono::minutes(time.Minute);
+}
+
+// True for the hour itself, and for the time of a release, which has minutes and lies about an hour
+// ahead of the hour that the sounding is for.
+bool IsOfHour(const ObservationTime& found, const ObservationTime& wanted) {
+  if (!found.Known() || !wanted.Known()) return true;
+  const auto apart = std::chrono::abs(MinuteOf(found) - MinuteOf(wanted));
+  const bool isSameHour = found.Year == wanted.Year && found.Month == wanted.Month &&
+                          found.Day == wanted.Day && found.Hour == wanted.Hour;
+  return isSameHour || (found.Minute != 0 && apart <= std::chrono::hours(2));
+}
+
+}  // namespace
+
 Outcome<SourceList> LoadSourcesFile(const fs::path& path) {
   const Outcome<std::string> text = ReadFile(path);
   if (!text) return text.Error();
@@ -38,11 +60,7 @@ std::optional<Fault> JudgeSounding(const std::string& bytes, const Request& requ
   if (std::optional<Fault> fault = ingest::DecodeSounding(source.Value(), context, record)) {
     return fault;
   }
-  const bool isOtherHour =
-      record.Time.Known() && request.Time.Known() &&
-      (record.Time.Year != request.Time.Year || record.Time.Month != request.Time.Month ||
-       record.Time.Day != request.Time.Day || record.Time.Hour != request.Time.Hour);
-  if (!isOtherHour || record.DataFormat == "FCST") return std::nullopt;
+  if (IsOfHour(record.Time, request.Time) || record.DataFormat == "FCST") return std::nullopt;
   return Fault{kFaultEndOfFile, "JudgeSounding",
                "the server sent another hour: " + record.StationTitle};
 }

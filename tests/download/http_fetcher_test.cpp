@@ -172,6 +172,53 @@ TEST_F(HttpFetching, TheUserCancelsWhileNothingComesIn) {
   EXPECT_LT(std::chrono::steady_clock::now() - begin, 20s);
 }
 
+TEST_F(HttpFetching, TheUserCancelsASlowAnswerAndAPause) {
+  settings_.Longest = 60s;
+  settings_.Silence = 60s;
+  server_.Add("/slow",
+              {"HTTP/1.1 200 OK\r\nContent-Type: text/plain\r\n\r\nfirst ", Then::GoOnForever});
+  long long received = 0;
+  progress_ = [&received](const FetchProgress& step) {
+    received = step.Received;
+    return received < 100;
+  };
+  auto begin = std::chrono::steady_clock::now();
+  const FetchResult slow = Fetch("/slow");
+  EXPECT_EQ(slow.End, FetchEnd::Cancelled);
+  EXPECT_TRUE(slow.Got.Body.empty());
+  EXPECT_GE(received, 100);
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, 20s);
+
+  settings_.Pause = 60s;
+  server_.Add("/busy", {LocalServer::Whole("503 Busy", "later")});
+  begin = std::chrono::steady_clock::now();
+  progress_ = [&begin](const FetchProgress&) {
+    return std::chrono::steady_clock::now() - begin < 500ms;
+  };
+  EXPECT_EQ(Fetch("/busy").End, FetchEnd::Cancelled);
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, 20s);
+}
+
+TEST_F(HttpFetching, PausesDoubleFromAttemptToAttempt) {
+  settings_.Attempts = 4;
+  settings_.Pause = 50ms;
+  server_.Add("/busy", {LocalServer::Whole("503 Busy", "later")});
+  const auto begin = std::chrono::steady_clock::now();
+  EXPECT_EQ(Fetch("/busy").Attempts, 4);
+  EXPECT_GE(std::chrono::steady_clock::now() - begin, 350ms);
+  EXPECT_EQ(server_.Asked("/busy"), 4);
+
+  // Nobody listens there.
+  QTcpServer closed;
+  ASSERT_TRUE(closed.listen(QHostAddress::LocalHost));
+  const std::string address = "http://127.0.0.1:" + std::to_string(closed.serverPort()) + "/";
+  closed.close();
+  settings_.Attempts = 2;
+  const FetchResult refused = HttpFetcher(settings_).Fetch(address);
+  EXPECT_EQ(refused.End, FetchEnd::NoAnswer);
+  EXPECT_EQ(refused.Attempts, 2);
+}
+
 TEST_F(HttpFetching, WhatIsNoSoundingNeverCounts) {
   server_.Add("/picture", {"HTTP/1.1 200 OK\r\nContent-Type: image/png\r\nConnection: close\r\n"
                            "Content-Length: 4\r\n\r\n\x89PNG"});
