@@ -284,6 +284,8 @@ bool IsBufr(const SourceText& source) {
 }
 
 std::vector<SourceEntry> ListBufr(const SourceText& source) {
+  // A flight second by second takes its time to unpack; with no other to choose it is done once.
+  if (HoldsOneReport(source.Bytes())) return {{.Title = source.Name()}};
   std::vector<SoundingBlock> blocks;
   BufrFile file = ReadFileOf(source);
   for (BufrAscent& ascent : file.Ascents) {

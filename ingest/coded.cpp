@@ -222,6 +222,8 @@ void PlaceSurfaceWinds(std::vector<CodedLevel>& levels, std::optional<double> gr
 }
 
 void NoteMissingParts(const CodedAscent& ascent, std::vector<std::string>& notes) {
+  const bool isWindsOnly = std::ranges::all_of(ascent.Reports, &CodedReport::IsPilot);
+  if (isWindsOnly) return;
   std::string missing;
   for (const char letter : {'A', 'B', 'C', 'D'}) {
     const bool isThere = std::ranges::any_of(ascent.Reports, [letter](const CodedReport& report) {

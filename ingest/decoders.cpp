@@ -92,8 +92,8 @@ std::optional<Fault> Sufficiency(const std::string& name, LoadContext& context,
   if (into.NumTempLevels() >= kFewest) return std::nullopt;
   if (into.DataFormat == kRawTag || into.NumWindLevels() < kFewest) {
     return Fault{kFaultTooFewLevels, "DecodeSounding",
-                 name + ": " + Shortest(into.NumTempLevels()) + " levels with a temperature and " +
-                     Shortest(into.NumWindLevels()) + " winds found",
+                 name + ": too few levels, " + Shortest(into.NumTempLevels()) +
+                     " with a temperature and " + Shortest(into.NumWindLevels()) + " with a wind",
                  name};
   }
   if (into.NumTempLevels() > 0) {

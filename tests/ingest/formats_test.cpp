@@ -258,7 +258,7 @@ TEST(Formats, WindsAloneAreASounding) {
   EXPECT_EQ(single.Record.NumTempLevels(), 0);
   EXPECT_TRUE(single.HasNote("The only temperature, at 1000 hPa, was left out."));
   EXPECT_EQ(DecodeText("d.txt", "# pressure dewpoint\n1000 20\n850 12\n").Failed->Detail,
-            "d.txt: 0 levels with a temperature and 0 winds found");
+            "d.txt: too few levels, 0 with a temperature and 0 with a wind");
 }
 
 const char* const kBulletins = "coded_bulletins_20240305.txt";
