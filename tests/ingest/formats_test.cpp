@@ -109,6 +109,11 @@ const Sample kSamples[] = {
     {"td6201_two.txt", "TD6201", "12345  12Z 03 Jun 1965", 0, 2, 3, 3,
      {965, 24.8, 13.67}, {700, -1.2, kMissing},
      {520, 180, FromMs(6)}, {5000, 220, FromMs(20)}, 520, 35.25, -97.5},
+    // Our own exports of native_5_7.RAW; the wind below the ground is not in them.
+    {"dump_text.txt", "COLUMNS", "Testfeld M\xC3\xBCnster  12Z 03 Mar 2001", 0, 1, 5, 3,
+     {1010.5, 12.4, 9.1}, {500, -24.9, kMissing}, {62, 190, 8}, {5600, 360, 41}, 62, 51.9625, 7.5},
+    {"dump_sheet.csv", "COLUMNS", "Testfeld M\xC3\xBCnster  12Z 03 Mar 2001", 0, 1, 5, 3,
+     {1010.5, 12.4, 9.1}, {500, -24.9, kMissing}, {62, 190, 8}, {5600, 360, 41}, 62, 51.9625, 7.5},
     // u 3, v 4: from 180 + 36.87 degrees.
     {"model_two.csv", "FCST", "TST  06Z 01 Jan 2017", 0, 2, 2, 2,
      {950, -3, -5}, {850, -6, -11}, {500, 216.87, 5}, {1400, 90, 10}, 500, 44.5, -99.25},
@@ -156,6 +161,8 @@ TEST(Formats, CountsLevelsUnitsAndTimes) {
     EXPECT_EQ(record.LatSigned, sample.Lat);
     EXPECT_EQ(record.LonSigned, sample.Lon);
   }
+  EXPECT_EQ(DecodeText("d", FileText("dump_text.txt")).Record.Time,
+            (ObservationTime{2001, 3, 3, 12, 0}));
 }
 
 TEST(Formats, DamageNamesItsPlace) {
@@ -236,6 +243,48 @@ TEST(Formats, HeadingsInSeveralLayouts) {
     ExpectWind(decoded.Record, 1, {100, 270, FromMs(5)});
     EXPECT_EQ(decoded.Record.LatSigned, 40.5);
     EXPECT_EQ(decoded.Record.LonSigned, -105.25);
+  }
+}
+
+TEST(Formats, StationsOfTheListHavePositions) {
+  StationList stations;
+  for (const auto& [number, ident] :
+       {std::pair{99123, "KTST"}, {98989, "XXXX"}, {98990, "KAAA"}, {98991, "KAAA"}}) {
+    ASSERT_TRUE(stations.Insert({.Number = number,
+                                 .Ident = ident,
+                                 .Name = "PLACE",
+                                 .Region = "TX",
+                                 .ElevM = 77,
+                                 .Lat = 30.5,
+                                 .Lon = 100.25,
+                                 .LonHemi = "W"}));
+  }
+  struct Case {
+    const char *About, *File, *From, *To, *Title;
+    double Lon;
+    int ElevM;
+  };
+  const Case cases[] = {
+      {"letters of three", "spc_text.spc", "-12.50, 130.75", "", "TST  2330Z 31 May 2049", -100.25,
+       410},
+      {"the file's own position", "spc_text.spc", "", "", "TST  2330Z 31 May 2049", 130.75, 410},
+      {"letters that two stations have", "iem_two.json", "", "", "KAAA  12Z 01 Jun 2003", 0, 190},
+      {"a number without position and elevation", "wyoming_text.txt", "Latitude:", "Lat.",
+       "98989 - PLACE ONE, Land  18Z 07 Nov 1987", -100.25, 77},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.About);
+    std::string text = FileText(c.File);
+    const std::string from = c.From;
+    const std::size_t at = text.find(from);
+    ASSERT_NE(at, std::string::npos);
+    text.replace(at, from.size(), c.To);
+    LoadContext context{.Stations = &stations};
+    SoundingRecord record;
+    ASSERT_FALSE(DecodeSounding(SourceText(c.File, text), context, record));
+    EXPECT_EQ(record.StationTitle, c.Title);
+    EXPECT_EQ(record.LonSigned, c.Lon);
+    EXPECT_EQ(record.ElevM, c.ElevM);
   }
 }
 
