@@ -4,6 +4,7 @@
 #include <system_error>
 #include <vector>
 
+#include "core/error_report.h"
 #include "core/files.h"
 #include "core/folders.h"
 #include "core/raw_file.h"
@@ -75,24 +76,48 @@ FetchResult FetchWork::Fetch(const Source& source, const Request& request) {
   return result;
 }
 
+namespace {
+
+// What a native file of an answer holds.
+Outcome<std::string> NativeOf(const std::string& body, const StationList* stations) {
+  SilentInteraction quiet;
+  ingest::LoadContext context{.Ask = &quiet, .Stations = stations};
+  const Outcome<SourceText> source = ingest::ReadSource("answer", body, context.Notes);
+  if (!source) return source.Error();
+  SoundingRecord record;
+  if (std::optional<Fault> fault = ingest::DecodeSounding(source.Value(), context, record)) {
+    return *fault;
+  }
+  if (record.NumTempLevels() == 0) {
+    return Fault{kFaultTooFewLevels, "NativeOf", "winds alone cannot be kept in a native file"};
+  }
+  return WriteRaw(record);
+}
+
+}  // namespace
+
 Outcome<std::string> FetchWork::Save(const BatchPlan& plan, const Request& request,
                                      const FetchResult& result) {
   const bool isNative = plan.Format == BatchFormat::Native;
-  const fs::path path =
-      PathFromText(plan.Folder) / PathFromText(FileStem(request) + (isNative ? ".RAW" : ".txt"));
-  std::string bytes = result.Got.Body;
-  if (isNative) {
-    SilentInteraction quiet;
-    ingest::LoadContext context{.Ask = &quiet, .Stations = stations_};
-    const Outcome<SourceText> source = ingest::ReadSource("answer", bytes, context.Notes);
-    if (!source) return source.Error();
-    SoundingRecord record;
-    if (std::optional<Fault> fault = ingest::DecodeSounding(source.Value(), context, record)) {
-      return *fault;
-    }
-    bytes = WriteRaw(record);
+  const fs::path folder = PathFromText(plan.Folder);
+  const fs::path path = folder / PathFromText(FileStem(request) + (isNative ? ".RAW" : ".txt"));
+  Outcome<std::string> bytes =
+      isNative ? NativeOf(result.Got.Body, stations_) : Outcome<std::string>(result.Got.Body);
+  std::optional<Fault> fault;
+  if (bytes) {
+    std::error_code ignored;  // saving tells of it
+    if (!folder.empty()) fs::create_directories(folder, ignored);
+    fault = SaveFile(path, bytes.Value());
+  } else {
+    fault = bytes.Error();
   }
-  if (std::optional<Fault> fault = SaveFile(path, bytes)) return *fault;
+  if (fault) {
+    fault->Detail =
+        TextFromPath(path) + " was not saved: " +
+        (fault->Detail.empty() ? FaultMessage(CurrentSounding{}, *fault) : fault->Detail);
+    if (watch_.Failed) watch_.Failed({.Name = result.Got.Address}, request, *fault);
+    return *fault;
+  }
   if (watch_.Saved) watch_.Saved(TextFromPath(path));
   return TextFromPath(path);
 }

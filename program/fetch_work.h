@@ -29,7 +29,8 @@ std::optional<Fault> JudgeSounding(const std::string& bytes, const download::Req
 /// The clock, to the second, UTC.
 download::Instant SystemNow();
 
-/// Fetches through a fetcher, saves as received (".txt") or as native file (".RAW").
+/// Fetches through a fetcher, saves as received (".txt") or as native file (".RAW"). The folder is
+/// made where it is missing.
 class FetchWork : public download::BatchWork {
  public:
   struct Watch {

@@ -136,6 +136,36 @@ TEST_F(DownloadWindowsTest, AReleaseAheadOfItsHourIsThatHours) {
   EXPECT_TRUE(JudgeSounding(text, request));
 }
 
+TEST_F(DownloadWindowsTest, WhatCannotBeSavedIsTold) {
+  const std::string winds = "PPAA 55121 01234 55385 34004 32012 06514=";
+  struct Case {
+    const char* About;
+    std::string Folder, Body;
+    download::BatchFormat Format;
+    const char* Says;  // nothing: it is saved
+  };
+  const std::string data = program.Where.Data.string();
+  const Case cases[] = {
+      {"a folder is made", data + "/new/deep", winds, download::BatchFormat::AsReceived, ""},
+      {"a file is no folder", data + "/new/deep/00001_2008080812.txt", winds,
+       download::BatchFormat::AsReceived, "was not saved"},
+      {"winds alone", data, winds, download::BatchFormat::Native, "winds alone"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.About);
+    std::string told;
+    download::HttpFetcher fetcher(net);
+    FetchWork work(fetcher, nullptr, nullptr,
+                   {.Failed = [&told](const download::Source&, const download::Request&,
+                                      const Fault& fault) { told = fault.Detail; }});
+    const auto saved =
+        work.Save({.Folder = c.Folder, .Format = c.Format},
+                  {.Number = 1, .Time = {2008, 8, 8, 12, 0}}, {.Got = {.Body = c.Body}});
+    EXPECT_EQ(static_cast<bool>(saved), *c.Says == 0) << told;
+    EXPECT_NE(told.find(c.Says), std::string::npos) << told;
+  }
+}
+
 // The clock is the test's: at 19:00 the sounding of 18 is not due with a delay of 90 minutes.
 TEST_F(DownloadWindowsTest, TheTimerFetchesAnHourOnceItIsDue) {
   using namespace std::chrono;
