@@ -66,7 +66,8 @@ std::string HintOf(const MenuRow& row, const Program& program) {
   if (row.Does == Command::NotBuilt || IsEnabled(row, program)) return std::string(row.Hint);
   const NeedRow* need = NeedOf(row);
   if (need == nullptr || HasSounding(program)) return std::string(row.WhenDisabled);
-  return std::string(need->Hint) + " needs a sounding";
+  const bool hasWinds = program.Current.Record.NumWindLevels() > 0;
+  return std::string(need->Hint) + " needs a sounding" + (hasWinds ? " with temperatures" : "");
 }
 
 }  // namespace vexa

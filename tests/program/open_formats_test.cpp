@@ -10,6 +10,7 @@
 #include "ingest/decoder.h"
 #include "program/commands.h"
 #include "program/hodograph_commands.h"
+#include "program/menu.h"
 #include "program/program.h"
 #include "program/sounding_loop.h"
 #include "support/soundings.h"
@@ -45,13 +46,16 @@ class OpenFormats : public testing::Test {
 };
 
 TEST_F(OpenFormats, OpenedOrPastedItIsTheSameSoundingAndIsDrawn) {
-  const char* const files[] = {
-      "native_5_7.RAW",    "columns_units.txt",    "iem_two.json",
-      "dropsonde_raw.txt", "dropsonde_report.frd", "class_two.cls",
-      "eol_one.eol",       "bufkit_two.buf",       "spc_text.spc",
-      "igra_station.txt",  "fsl_two.fsl",          "wyoming_csv.csv",
-      "wyoming_page.html", "wyoming_text.txt",     "iem_table.csv",
-      "model_two.csv",     "td6201_two.txt",       "coded_bulletins_20240305.txt"};
+  const char* const files[] = {"native_1_9.RAW",       "dump_text.txt",
+                               "dump_sheet.csv",       "columns_units.txt",
+                               "iem_two.json",         "dropsonde_raw.txt",
+                               "dropsonde_report.frd", "class_two.cls",
+                               "eol_one.eol",          "bufkit_two.buf",
+                               "spc_text.spc",         "igra_station.txt",
+                               "fsl_two.fsl",          "wyoming_csv.csv",
+                               "wyoming_page.html",    "wyoming_text.txt",
+                               "iem_table.csv",        "model_two.csv",
+                               "td6201_two.txt",       "coded_bulletins_20240305.txt"};
   for (const char* name : files) {
     SCOPED_TRACE(name);
     ASSERT_TRUE(Refresh(program, OpenSoundings(program, {Copied(name)})));
@@ -92,6 +96,14 @@ TEST_F(OpenFormats, WindsAloneHaveADiagramAndAHodograph) {
   EXPECT_FALSE(program.Plot->Page.Items().empty());
   // 25 000 ft are at 376 hPa of the standard atmosphere.
   EXPECT_EQ(program.Plot->Mapping.TopPress(), 300);
+  for (const MenuRow& row : MenuTree()) {
+    if (row.Name == "mnuHodograph") {
+      EXPECT_TRUE(IsEnabled(row, program));
+    }
+    if (row.Name != "mnuSevereWx") continue;
+    EXPECT_FALSE(IsEnabled(row, program));
+    EXPECT_EQ(HintOf(row, program), "(severe weather) needs a sounding with temperatures");
+  }
   const hodograph::HodographPlot plot = hodograph::PlotHodograph(HodographOf(program));
   EXPECT_FALSE(plot.Page.Items().empty());
 }
