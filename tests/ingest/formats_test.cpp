@@ -161,6 +161,8 @@ TEST(Formats, CountsLevelsUnitsAndTimes) {
     EXPECT_EQ(record.LatSigned, sample.Lat);
     EXPECT_EQ(record.LonSigned, sample.Lon);
   }
+  EXPECT_EQ(DecodeText("72999_2008080812.txt", FileText("wyoming_csv.csv")).Record.StationTitle,
+            "72999  1102Z 08 Aug 2008");
   EXPECT_EQ(DecodeText("d", FileText("dump_text.txt")).Record.Time,
             (ObservationTime{2001, 3, 3, 12, 0}));
 }
