@@ -1,5 +1,6 @@
 #include "app/batch_window.h"
 
+#include <algorithm>
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
@@ -26,7 +27,6 @@ namespace {
 
 constexpr int kTickMs = 20000;
 constexpr int kBeepMs = 5000;
-constexpr int kUsualDelayMin = 90;  // from the hour of a sounding until most sources have it
 constexpr int kLongestDelayMin = 1440;
 constexpr int kMostLogLines = 2000;
 constexpr int kHoursPerDay = 24;
@@ -57,6 +57,7 @@ BatchWindow::BatchWindow(Program& program, std::function<void()> changed, QWidge
   setWindowTitle(QStringLiteral("Batch Processing"));
   BuildControls();
   ReadSources();
+  ReadSettings();
   connect(&ticks_, &QTimer::timeout, this, [this] { Tick(); });
   connect(&beeps_, &QTimer::timeout, this, [] { QApplication::beep(); });
   ShowTimer();
@@ -70,17 +71,16 @@ void BatchWindow::BuildLists(QFormLayout& form) {
   sources_ = named(new QListWidget(this), "Sources");
   stations_ = named(new QLineEdit(this), "Stations");
   stations_->setPlaceholderText(QStringLiteral("72357 OUN ..."));
-  hours_ = named(new QLineEdit(QStringLiteral("00 12"), this), "Hours");
+  hours_ = named(new QLineEdit(this), "Hours");
   delay_ = named(new QSpinBox(this), "Delay");
   delay_->setRange(0, kLongestDelayMin);
-  delay_->setValue(kUsualDelayMin);
   delay_->setSuffix(QStringLiteral(" min"));
   time_ = named(new QDateTimeEdit(this), "Time");
   time_->setTimeSpec(Qt::UTC);
   time_->setDisplayFormat(QStringLiteral("yyyy-MM-dd HH"));
   const QDateTime now = QDateTime::currentDateTimeUtc();
   time_->setDateTime(QDateTime(now.date(), QTime(now.time().hour() < 12 ? 0 : 12, 0), Qt::UTC));
-  folder_ = named(new QLineEdit(ToQString(TextFromPath(program_.Where.Data)), this), "Folder");
+  folder_ = named(new QLineEdit(this), "Folder");
   format_ = named(new QComboBox(this), "Format");
   format_->addItems({QStringLiteral("As received"), QStringLiteral("Native")});
   failing_ = named(new QComboBox(this), "OnFailure");
@@ -136,8 +136,60 @@ void BatchWindow::ReadSources() {
   for (const download::Source& source : all_.Sources) {
     auto* item = new QListWidgetItem(ToQString(source.Name), sources_);
     item->setToolTip(ToQString(source.Note));
-    item->setCheckState(sources_->count() == 1 ? Qt::Checked : Qt::Unchecked);
+    item->setCheckState(Qt::Unchecked);
   }
+}
+
+// The file of settings may be missing, and may name sources that are gone.
+void BatchWindow::ReadSettings() {
+  const std::filesystem::path path = program_.Where.Root / download::kBatchFileName;
+  if (const Outcome<std::string> text = ReadFile(path)) {
+    const auto read = download::ReadBatchSettings(text.Value(), download::kBatchFileName);
+    if (read) {
+      kept_ = read.Value();
+    } else {
+      Log(read.Error().Detail);
+    }
+  }
+  bool isAny = false;
+  for (int i = 0; i < sources_->count(); ++i) {
+    const std::string name = sources_->item(i)->text().toStdString();
+    if (std::ranges::find(kept_.Sources, name) == kept_.Sources.end()) continue;
+    sources_->item(i)->setCheckState(Qt::Checked);
+    isAny = true;
+  }
+  if (!isAny && sources_->count() > 0) sources_->item(0)->setCheckState(Qt::Checked);
+  stations_->setText(ToQString(kept_.Stations));
+  hours_->setText(ToQString(kept_.Hours));
+  delay_->setValue(kept_.DelayMin);
+  folder_->setText(
+      ToQString(kept_.Folder.empty() ? TextFromPath(program_.Where.Data) : kept_.Folder));
+  format_->setCurrentIndex(static_cast<int>(kept_.Format));
+  failing_->setCurrentIndex(static_cast<int>(kept_.Failing));
+  beeper_->setChecked(kept_.Beeper);
+}
+
+void BatchWindow::KeepSettings() {
+  const download::BatchPlan plan = PlanFor({});
+  const bool isUsualFolder = plan.Folder == TextFromPath(program_.Where.Data);
+  download::BatchSettings now{.Stations = stations_->text().toStdString(),
+                              .Hours = hours_->text().toStdString(),
+                              .DelayMin = delay_->value(),
+                              .Folder = isUsualFolder ? std::string() : plan.Folder,
+                              .Format = plan.Format,
+                              .Failing = plan.Failing,
+                              .Beeper = beeper_->isChecked()};
+  for (const download::Source& source : plan.Sources) now.Sources.push_back(source.Name);
+  if (now == kept_) return;
+  const auto fault =
+      SaveFile(program_.Where.Root / download::kBatchFileName, download::WriteBatchSettings(now));
+  if (fault) return Log("The list was not kept: " + fault->Detail);
+  kept_ = std::move(now);
+}
+
+void BatchWindow::hideEvent(QHideEvent* event) {
+  KeepSettings();
+  QDialog::hideEvent(event);
 }
 
 void BatchWindow::Log(const std::string& line) {
@@ -174,6 +226,7 @@ download::BatchReport BatchWindow::RunFor(const ObservationTime& time) {
     Log(fault->Detail);
     return {};
   }
+  KeepSettings();
   isRunning_ = true;
   isStopped_ = false;
   run_->setEnabled(false);
@@ -226,6 +279,7 @@ void BatchWindow::SetTimer(bool on) {
     } else {
       due_ = download::NextDue(clock_(), *hours, std::chrono::minutes(delay_->value()));
       ticks_.start(kTickMs);
+      KeepSettings();
     }
   }
   ShowTimer();

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "download/batch.h"
+#include "download/batch_file.h"
 #include "download/net/http_fetcher.h"
 #include "download/template_file.h"
 #include "program/program.h"
@@ -43,11 +44,14 @@ class BatchWindow : public QDialog {
   void SilenceBeeper();
 
   void reject() override;
+  void hideEvent(QHideEvent* event) override;
 
  private:
   void BuildControls();
   void BuildLists(QFormLayout& form);
   void ReadSources();
+  void ReadSettings();
+  void KeepSettings();
   void RunByHand();
   void ShowTimer();
   void Log(const std::string& line);
@@ -59,6 +63,7 @@ class BatchWindow : public QDialog {
   download::HttpSettings net_;
   Clock clock_;
   download::SourceList all_{};
+  download::BatchSettings kept_{};          // as in the file
   std::optional<download::Instant> due_{};  // of the next batch, while the timer is on
   bool isRunning_ = false;
   bool isStopped_ = false;

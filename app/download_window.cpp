@@ -12,10 +12,13 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <system_error>
 #include <utility>
 
 #include "app/qt_text.h"
+#include "app/text_editor.h"
 #include "core/files.h"
+#include "core/folders.h"
 #include "core/numbers.h"
 #include "core/platform.h"
 #include "core/station_list.h"
@@ -45,7 +48,14 @@ DownloadWindow::DownloadWindow(Program& program, Opener opened, QWidget* parent,
   setObjectName(QStringLiteral("Download"));
   setWindowTitle(QStringLiteral("Download Data"));
   BuildControls();
-  const Outcome<download::SourceList> sources = LoadSources(program.Where.Root, ProgramFolder());
+  ReadSourceList();
+}
+
+void DownloadWindow::ReadSourceList() {
+  const Outcome<download::SourceList> sources = LoadSources(program_.Where.Root, ProgramFolder());
+  const QString before = source_->currentText();
+  sources_ = {};
+  source_->clear();
   if (!sources) {
     step_->setText(ToQString(sources.Error().Detail));
   } else {
@@ -54,8 +64,32 @@ DownloadWindow::DownloadWindow(Program& program, Opener opened, QWidget* parent,
       source_->addItem(ToQString(source.Name));
     }
   }
+  source_->setCurrentIndex(std::max(0, source_->findText(before)));
   fetch_->setEnabled(!sources_.Sources.empty());
   ShowSource();
+}
+
+void DownloadWindow::EditSources() {
+  const std::filesystem::path own = program_.Where.Root / download::kSourcesFileName;
+  std::error_code ignored;
+  const bool hasOwn = std::filesystem::exists(own, ignored);
+  const std::filesystem::path shipped = ShippedFile(ProgramFolder(), download::kSourcesFileName);
+  const Outcome<std::string> bytes = ReadFile(hasOwn ? own : shipped);
+  const Outcome<EditableText> text =
+      TextToEdit(bytes ? bytes.Value() : std::string(), download::kSourcesFileName);
+  if (!text) return step_->setText(ToQString(text.Error().Detail));
+  auto* editor = new TextEditor(
+      text.Value(), QStringLiteral("Edit Sources"),
+      [this, own](const std::string& edited) -> std::optional<Fault> {
+        const auto list = download::ReadSources(edited, download::kSourcesFileName);
+        if (!list) return list.Error();
+        if (auto fault = SaveFile(own, edited)) return fault;
+        ReadSourceList();
+        return std::nullopt;
+      },
+      this);
+  editor->setAttribute(Qt::WA_DeleteOnClose);
+  editor->open();
 }
 
 void DownloadWindow::BuildControls() {
@@ -81,6 +115,8 @@ void DownloadWindow::BuildControls() {
   bar_ = named(new QProgressBar(this), "ProgressBar");
   bar_->hide();
   fetch_ = named(new QPushButton(QStringLiteral("&Download"), this), "cmdDownload");
+  auto* edit = named(new QPushButton(QStringLiteral("&Edit Sources..."), this), "cmdEditSources");
+  edit->setAutoDefault(false);
   auto* cancel = named(new QPushButton(QStringLiteral("&Cancel"), this), "cmdCancel");
   cancel->setAutoDefault(false);
 
@@ -93,6 +129,7 @@ void DownloadWindow::BuildControls() {
   form->addRow(QStringLiteral("&Hour (UTC)"), hour_);
   auto* buttons = new QHBoxLayout;
   buttons->addWidget(fetch_);
+  buttons->addWidget(edit);
   buttons->addWidget(cancel);
   auto* column = new QVBoxLayout(this);
   column->addLayout(form);
@@ -110,6 +147,7 @@ void DownloadWindow::BuildControls() {
     station_->setText(item->data(kStationNumber).toString());
   });
   connect(fetch_, &QPushButton::clicked, this, [this] { Fetch(); });
+  connect(edit, &QPushButton::clicked, this, [this] { EditSources(); });
   connect(cancel, &QPushButton::clicked, this, [this] { reject(); });
 }
 

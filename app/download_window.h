@@ -32,10 +32,14 @@ class DownloadWindow : public QDialog {
   /// Fetches what is chosen; true when it was saved. What went wrong stands in the progress line.
   bool Fetch();
 
+  /// Shows the file of sources to edit; what is wrong with it is said there, and nothing is saved.
+  void EditSources();
+
   void reject() override;
 
  private:
   void BuildControls();
+  void ReadSourceList();
   void ShowSource();
   void ShowStations();
   bool ShowProgress(const download::FetchProgress& step);

@@ -85,21 +85,20 @@ std::vector<Verdict> CheckFile(const fs::path& path) {
   std::vector<std::string> notes;
   const Outcome<SourceText> source = ingest::ReadSource(path, notes);
   if (!source) return {Refused(source.Error())};
-  const ingest::Decoder* decoder = ingest::FindDecoder(source.Value());
-  const bool holdsMany = decoder != nullptr && decoder->List != nullptr;
-  const auto count = holdsMany ? static_cast<int>(ingest::ListSoundings(source.Value()).size()) : 1;
   std::vector<Verdict> verdicts;
-  for (int index = 0; index < std::max(count, 1); ++index) {
-    SilentInteraction quiet;
-    ingest::LoadContext context{.Ask = &quiet, .Index = index, .Stations = &Stations()};
+  SilentInteraction quiet;
+  // One context for all: what it keeps of the text spares looking for the soundings again.
+  ingest::LoadContext context{.Ask = &quiet, .Stations = &Stations()};
+  do {
     context.Notes = notes;
     Verdict verdict = CheckSounding(source.Value(), context);
     verdict.Notes = std::move(context.Notes);
-    if (count > 1) {
-      verdict.Text.insert(0, '[' + Shortest(index + 1) + '/' + Shortest(count) + "] ");
+    if (context.Count > 1) {
+      verdict.Text.insert(0,
+                          '[' + Shortest(context.Index + 1) + '/' + Shortest(context.Count) + "] ");
     }
     verdicts.push_back(std::move(verdict));
-  }
+  } while (++context.Index < context.Count);
   return verdicts;
 }
 

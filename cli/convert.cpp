@@ -22,6 +22,8 @@ int RunConvert(const Arguments& arguments, Console& console) {
   std::optional<Fault> fault;
   if (!sounding) {
     fault = sounding.Error();
+  } else if (sounding.Value().Record.NumTempLevels() == 0) {
+    fault = Fault{kFaultTooFewLevels, "RunConvert", "winds alone cannot be kept in a native file"};
   } else {
     fault = SaveFile(PathFromText(*output), WriteRaw(sounding.Value().Record));
   }

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <optional>
 
+#include "analysis/standard_atmosphere.h"
 #include "core/markers.h"
 
 namespace vexa::diagram {
@@ -22,8 +23,11 @@ constexpr double kRightShare = 0.09;  // of the span, on the warm side, for the 
 // The dew point may widen the axis this far; drier air runs out of the frame on the left.
 constexpr double kWidestForDewpoint = 100;
 
+// Winds alone reach as high as the standard atmosphere has their pressures.
 double LowestPress(const SoundingRecord& sounding) {
-  return sounding.Press.Empty() ? 1000 : *std::ranges::min_element(sounding.Press.Values());
+  if (!sounding.Press.Empty()) return *std::ranges::min_element(sounding.Press.Values());
+  if (!sounding.WindHgt.Empty()) return analysis::IsaPressure(sounding.WindHgt.Top());
+  return 1000;
 }
 
 // How far a sounding reaches along the temperature axis, in °C of the frame's lower edge.

@@ -129,7 +129,7 @@ std::vector<SourceEntry> ListBufkit(const SourceText& source) {
 
 std::optional<Fault> DecodeBufkit(const SourceText& source, LoadContext& context,
                                   SoundingRecord& into) {
-  const std::vector<SoundingBlock> blocks = BlocksOf(source);
+  const std::vector<SoundingBlock>& blocks = Kept(context, source, BlocksOf);
   const Outcome<std::size_t> index = ChooseSounding(blocks.size(), source, context);
   if (!index) return index.Error();
   Outcome<SourceSounding> sounding = ReadBlock(source, blocks[index.Value()]);

@@ -205,14 +205,20 @@ bool AreOfOneAscent(const BufrReport& a, const BufrReport& b) {
 // Reports of one ascent, that which counts first: the latest correction, then the longest.
 using BufrAscent = std::vector<BufrReport>;
 
-std::vector<BufrAscent> AscentsOf(const SourceText& source, std::vector<std::string>& notes,
-                                  std::optional<Fault>& refused) {
-  std::vector<BufrAscent> ascents;
-  for (const std::string_view bytes : SplitBufr(source.Bytes(), notes)) {
+struct BufrFile {
+  std::vector<BufrAscent> Ascents{};
+  std::vector<std::string> Notes{};
+  std::optional<Fault> Refused{};  // why a message was left out
+};
+
+BufrFile ReadFileOf(const SourceText& source) {
+  BufrFile file;
+  std::vector<BufrAscent>& ascents = file.Ascents;
+  for (const std::string_view bytes : SplitBufr(source.Bytes(), file.Notes)) {
     Outcome<BufrMessage> message = UnpackBufr(bytes);
     if (!message) {
-      if (!refused) refused = message.Error();
-      notes.push_back("Left out: " + message.Error().Detail + '.');
+      if (!file.Refused) file.Refused = message.Error();
+      file.Notes.push_back("Left out: " + message.Error().Detail + '.');
       continue;
     }
     for (const BufrSubset& subset : message.Value().Subsets) {
@@ -234,7 +240,7 @@ std::vector<BufrAscent> AscentsOf(const SourceText& source, std::vector<std::str
       return std::pair(a.Update, a.Levels.size()) > std::pair(b.Update, b.Levels.size());
     });
   }
-  return ascents;
+  return file;
 }
 
 // The ground's wind may lack its height, of a PILOT its pressure too.
@@ -278,10 +284,11 @@ bool IsBufr(const SourceText& source) {
 }
 
 std::vector<SourceEntry> ListBufr(const SourceText& source) {
-  std::vector<std::string> unused;
-  std::optional<Fault> refused;
+  // A flight second by second takes its time to unpack; with no other to choose it is done once.
+  if (HoldsOneReport(source.Bytes())) return {{.Title = source.Name()}};
   std::vector<SoundingBlock> blocks;
-  for (BufrAscent& ascent : AscentsOf(source, unused, refused)) {
+  BufrFile file = ReadFileOf(source);
+  for (BufrAscent& ascent : file.Ascents) {
     blocks.push_back({.Heading = std::move(ascent.front().Heading)});
   }
   return Entries(blocks);
@@ -289,21 +296,21 @@ std::vector<SourceEntry> ListBufr(const SourceText& source) {
 
 std::optional<Fault> DecodeBufr(const SourceText& source, LoadContext& context,
                                 SoundingRecord& into) {
-  std::vector<std::string> notes;
-  std::optional<Fault> refused;
-  std::vector<BufrAscent> ascents = AscentsOf(source, notes, refused);
-  if (ascents.empty()) {
-    if (!refused) {
-      const std::string reason = notes.empty() ? "no vertical sounding in it" : notes.front();
+  const BufrFile& file = Kept(context, source, ReadFileOf);
+  if (file.Ascents.empty()) {
+    if (!file.Refused) {
+      const std::string reason =
+          file.Notes.empty() ? "no vertical sounding in it" : file.Notes.front();
       return Fault{kFaultEndOfFile, "DecodeBufr", source.Name() + ": " + reason};
     }
-    refused->Detail = source.Name() + ": " + refused->Detail;
+    Fault refused = *file.Refused;
+    refused.Detail = source.Name() + ": " + refused.Detail;
     return refused;
   }
-  std::ranges::move(notes, std::back_inserter(context.Notes));
-  const Outcome<std::size_t> index = ChooseSounding(ascents.size(), source, context);
+  std::ranges::copy(file.Notes, std::back_inserter(context.Notes));
+  const Outcome<std::size_t> index = ChooseSounding(file.Ascents.size(), source, context);
   if (!index) return index.Error();
-  FillRecord(Merged(std::move(ascents[index.Value()]), context), source.Name(), context, into);
+  FillRecord(Merged(file.Ascents[index.Value()], context), source.Name(), context, into);
   into.DataFormat = kFormatTag;
   return std::nullopt;
 }

@@ -32,6 +32,9 @@ struct BufrMessage {
 /// whose length leads beyond the end, or not to its end mark, is left out and noted.
 std::vector<std::string_view> SplitBufr(std::string_view bytes, std::vector<std::string>& notes);
 
+/// True when there is one message with one subset, which is told without unpacking it.
+bool HoldsOneReport(std::string_view bytes);
+
 /// Unpacks one message. Fault 62 when it is damaged or its tables are not known, 1209 in a build
 /// without the library.
 Outcome<BufrMessage> UnpackBufr(std::string_view message);

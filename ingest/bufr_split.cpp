@@ -1,4 +1,5 @@
 #include <cstddef>
+#include <optional>
 
 #include "core/numbers.h"
 #include "ingest/bufr_messages.h"
@@ -17,35 +18,45 @@ std::size_t Octets(std::string_view bytes, std::size_t at, std::size_t count) {
   return value;
 }
 
-// The sections must fill the message exactly: the library trusts their lengths.
-bool IsWhole(std::string_view message) {
+// How many subsets a whole message holds; empty for any other. The sections must fill the message
+// exactly: the library trusts their lengths.
+std::optional<std::size_t> SubsetsOf(std::string_view message) {
   constexpr std::size_t kIndicator = 8, kShortest = 4, kFlags3 = 7, kFlags4 = 9;
-  if (message.size() < kIndicator + kEnd.size() || !message.ends_with(kEnd)) return false;
+  if (message.size() < kIndicator + kEnd.size() || !message.ends_with(kEnd)) return {};
   const auto edition = static_cast<unsigned char>(message[7]);
-  if (edition < 2 || edition > 4) return false;
+  if (edition < 2 || edition > 4) return {};
   const std::size_t end = message.size() - kEnd.size();
-  std::size_t at = kIndicator;
+  std::size_t at = kIndicator, subsets = 0;
   bool hasOptional = false;
   for (int section = 1; section <= 4; ++section) {
     if (section == 2 && !hasOptional) continue;
-    if (end - at < kShortest) return false;
+    if (end - at < kShortest) return {};
     const std::size_t length = Octets(message, at, 3);
     const std::size_t flags = edition == 4 ? kFlags4 : kFlags3;
     if (length < kShortest || length > end - at || (section == 1 && length <= flags + 8)) {
-      return false;
+      return {};
     }
     if (section == 1) {
       constexpr unsigned kOptionalBit = 0x80;
       hasOptional = (static_cast<unsigned char>(message[at + flags]) & kOptionalBit) != 0;
     }
-    constexpr std::size_t kShortestDescription = 9;
-    if (section == 3 && length < kShortestDescription) return false;
+    constexpr std::size_t kShortestDescription = 9, kSubsetsAt = 4;
+    if (section == 3) {
+      if (length < kShortestDescription) return {};
+      subsets = Octets(message, at + kSubsetsAt, 2);
+    }
     at += length;
   }
-  return at == end;
+  return at == end ? std::optional(subsets) : std::nullopt;
 }
 
 }  // namespace
+
+bool HoldsOneReport(std::string_view bytes) {
+  std::vector<std::string> unused;
+  const std::vector<std::string_view> messages = SplitBufr(bytes, unused);
+  return messages.size() == 1 && SubsetsOf(messages.front()) == 1U;
+}
 
 std::vector<std::string_view> SplitBufr(std::string_view bytes, std::vector<std::string>& notes) {
   constexpr std::size_t kLengthAt = 4, kIndicator = 8;
@@ -56,7 +67,7 @@ std::vector<std::string_view> SplitBufr(std::string_view bytes, std::vector<std:
     if (bytes.size() - at >= kIndicator) {
       const std::size_t length = Octets(bytes, at + kLengthAt, 3);
       const std::string_view message = bytes.substr(at, length);
-      if (message.size() == length && IsWhole(message)) {
+      if (message.size() == length && SubsetsOf(message)) {
         messages.push_back(message);
         next = at + length;
       } else {

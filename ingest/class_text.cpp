@@ -190,7 +190,7 @@ std::vector<SourceEntry> ListClassText(const SourceText& source) {
 
 std::optional<Fault> DecodeClassText(const SourceText& source, LoadContext& context,
                                      SoundingRecord& into) {
-  const std::vector<ClassBlock> blocks = BlocksOf(source);
+  const std::vector<ClassBlock>& blocks = Kept(context, source, BlocksOf);
   const Outcome<std::size_t> index = ChooseSounding(blocks.size(), source, context);
   if (!index) return index.Error();
   Outcome<SourceSounding> sounding = ReadBlock(source, blocks[index.Value()]);

@@ -104,12 +104,17 @@ void AddDay(const CodedAscent& ascent, SourceHeading& heading) {
          (name.empty() ? "" : " ") + day;
 }
 
-// Ascents that hold any level, in the order of their first reports. What the reports without a
-// level say of themselves goes into the remarks.
-std::vector<CodedAscent> AscentsOf(const SourceText& source, std::vector<std::string>& remarks,
-                                   std::vector<std::string>& notes) {
-  std::vector<CodedAscent> ascents;
-  for (CodedReport& report : LatestReports(SplitReports(source, notes), notes)) {
+struct CodedFile {
+  std::vector<CodedAscent> Ascents{};  // that hold any level, in the order of their first reports
+  std::vector<std::string> Remarks{};  // what the reports without a level say of themselves
+  std::vector<std::string> Notes{};
+};
+
+CodedFile ReadFileOf(const SourceText& source) {
+  CodedFile file;
+  std::vector<CodedAscent>& ascents = file.Ascents;
+  std::vector<std::string>& remarks = file.Remarks;
+  for (CodedReport& report : LatestReports(SplitReports(source, file.Notes), file.Notes)) {
     auto ascent = std::ranges::find_if(ascents, [&](const CodedAscent& other) {
       const CodedReport& first = other.Reports.front();
       return first.Station == report.Station && HoursBetween(first, report) <= kHoursApart;
@@ -131,7 +136,7 @@ std::vector<CodedAscent> AscentsOf(const SourceText& source, std::vector<std::st
     return isEmpty;
   });
   for (CodedAscent& ascent : ascents) ascent.Heading = HeadingOf(ascent, source.Name());
-  return ascents;
+  return file;
 }
 
 // Which of two temperatures at the same pressure counts: of mandatory levels that of parts A and C,
@@ -217,6 +222,8 @@ void PlaceSurfaceWinds(std::vector<CodedLevel>& levels, std::optional<double> gr
 }
 
 void NoteMissingParts(const CodedAscent& ascent, std::vector<std::string>& notes) {
+  const bool isWindsOnly = std::ranges::all_of(ascent.Reports, &CodedReport::IsPilot);
+  if (isWindsOnly) return;
   std::string missing;
   for (const char letter : {'A', 'B', 'C', 'D'}) {
     const bool isThere = std::ranges::any_of(ascent.Reports, [letter](const CodedReport& report) {
@@ -232,9 +239,17 @@ void NoteMissingParts(const CodedAscent& ascent, std::vector<std::string>& notes
 SourceSounding Merged(const CodedAscent& ascent, LoadContext& context) {
   SourceSounding sounding{.Heading = ascent.Heading};
   std::vector<CodedLevel> levels;
+  std::vector<std::string> said;
   for (const CodedPart& part : ascent.Parts) {
     std::ranges::copy(part.Levels, std::back_inserter(levels));
     std::ranges::copy(part.Notes, std::back_inserter(sounding.Notes));
+    // The parts repeat each other here.
+    for (const std::string& remark : part.Remarks) {
+      if (std::ranges::find(said, remark) == said.end()) said.push_back(remark);
+    }
+  }
+  for (const std::string& remark : said) {
+    sounding.Notes.push_back("The message says: " + remark + '.');
   }
   std::ranges::stable_sort(
       levels, {}, [](const CodedLevel& level) { return std::tuple(TempRank(level), level.Part); });
@@ -272,9 +287,9 @@ bool IsCoded(const SourceText& source) {
 }
 
 std::vector<SourceEntry> ListCoded(const SourceText& source) {
-  std::vector<std::string> unused;
   std::vector<SoundingBlock> blocks;
-  for (CodedAscent& ascent : AscentsOf(source, unused, unused)) {
+  CodedFile file = ReadFileOf(source);
+  for (CodedAscent& ascent : file.Ascents) {
     AddDay(ascent, ascent.Heading);
     blocks.push_back({.Heading = std::move(ascent.Heading)});
   }
@@ -283,15 +298,15 @@ std::vector<SourceEntry> ListCoded(const SourceText& source) {
 
 std::optional<Fault> DecodeCoded(const SourceText& source, LoadContext& context,
                                  SoundingRecord& into) {
-  std::vector<std::string> remarks;
-  const std::vector<CodedAscent> ascents = AscentsOf(source, remarks, context.Notes);
-  if (ascents.empty()) {
-    const std::string said = remarks.empty() ? std::string() : "; " + remarks.front();
+  const CodedFile& file = Kept(context, source, ReadFileOf);
+  std::ranges::copy(file.Notes, std::back_inserter(context.Notes));
+  if (file.Ascents.empty()) {
+    const std::string said = file.Remarks.empty() ? std::string() : "; " + file.Remarks.front();
     return Fault{kFaultEndOfFile, "DecodeCoded", source.Name() + ": no ascent in it" + said};
   }
-  const Outcome<std::size_t> index = ChooseSounding(ascents.size(), source, context);
+  const Outcome<std::size_t> index = ChooseSounding(file.Ascents.size(), source, context);
   if (!index) return index.Error();
-  FillRecord(Merged(ascents[index.Value()], context), source.Name(), context, into);
+  FillRecord(Merged(file.Ascents[index.Value()], context), source.Name(), context, into);
   into.DataFormat = kFormatTag;
   return std::nullopt;
 }

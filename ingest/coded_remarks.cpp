@@ -1,6 +1,9 @@
 #include "ingest/coded_remarks.h"
 
 #include <algorithm>
+#include <iterator>
+#include <span>
+#include <utility>
 
 #include "core/numbers.h"
 #include "ingest/coded_groups.h"
@@ -68,23 +71,35 @@ std::string MeanWinds(std::string_view lower, std::string_view upper) {
   return "mean wind surface to 5000 ft " + text(lower) + ", 5000 to 10000 ft " + text(upper);
 }
 
-}  // namespace
+using Section = std::span<const std::string>;
 
-bool IsSectionMark(std::string_view group) {
-  return group == "31313" || group == "41414" || group == "51515" || group == "61616" ||
-         group == "62626";
+// "09608 80231 92287": the second group is the time of the release, the third the water's
+// temperature.
+void AddInstruments(Section section, std::vector<std::string>& remarks) {
+  for (std::size_t i = 1; i < section.size(); ++i) {
+    const std::string& group = section[i];
+    if (!IsGroup(group)) continue;
+    const std::optional<int> hour = Figures(group, 1, 2), minute = Figures(group, 3, 2);
+    if (group.starts_with('8') && hour && minute && *hour < 24 && *minute < 60) {
+      remarks.push_back("released at " + Mask(*hour, "00") + ':' + Mask(*minute, "00") + " UTC");
+    }
+    const std::optional<int> tenths = Figures(group, 2, 3);
+    const bool hasSign = group[1] == '0' || group[1] == '1';
+    if (group.starts_with('9') && hasSign && tenths) {
+      const double temp = (group[1] == '1' ? -*tenths : *tenths) / 10.0;
+      remarks.push_back("the water's temperature is " + Shortest(temp) + " C");
+    }
+  }
 }
 
-std::vector<std::string> RemarksIn(const std::vector<std::string>& groups) {
-  std::vector<std::string> remarks;
-  const auto at = [&](std::size_t i) { return i < groups.size() ? groups[i] : std::string(); };
+void AddRegional(Section section, std::vector<std::string>& remarks) {
+  const auto at = [&](std::size_t i) { return i < section.size() ? section[i] : std::string(); };
   const auto add = [&](std::string text) {
     if (!text.empty()) remarks.push_back(std::move(text));
   };
-  auto i = static_cast<std::size_t>(std::ranges::find(groups, "51515") - groups.begin()) + 1;
-  for (; i < groups.size() && !IsSectionMark(groups[i]); ++i) {
-    if (!IsGroup(groups[i]) || !groups[i].starts_with("101")) continue;
-    const int code = Figures(groups[i], 3, 2).value_or(-1);
+  for (std::size_t i = 0; i < section.size(); ++i) {
+    if (!IsGroup(section[i]) || !section[i].starts_with("101")) continue;
+    const int code = Figures(section[i], 3, 2).value_or(-1);
     if (code == kStabilityIndex) {
       add(StabilityIndex(at(++i)));
     } else if (code == kExtrapolatedHeight) {
@@ -96,6 +111,33 @@ std::vector<std::string> RemarksIn(const std::vector<std::string>& groups) {
                row != std::end(kMeanings)) {
       add(std::string(row->Text));
     }
+  }
+}
+
+// Plain words, as dropsondes have them of aircraft, mission and layer means.
+void AddWords(std::string_view caption, Section section, std::vector<std::string>& remarks) {
+  std::string words;
+  for (const std::string& word : section) words += ' ' + word;
+  if (!words.empty()) remarks.push_back(std::string(caption) + words);
+}
+
+}  // namespace
+
+bool IsSectionMark(std::string_view group) {
+  return group == "31313" || group == "41414" || group == "51515" || group == "61616" ||
+         group == "62626";
+}
+
+std::vector<std::string> RemarksIn(const std::vector<std::string>& groups) {
+  std::vector<std::string> remarks;
+  for (std::size_t i = 0; i < groups.size(); ++i) {
+    if (!IsSectionMark(groups[i])) continue;
+    const auto begin = groups.begin() + static_cast<std::ptrdiff_t>(i) + 1;
+    const Section section(begin, std::find_if(begin, groups.end(), IsSectionMark));
+    if (groups[i] == "31313") AddInstruments(section, remarks);
+    if (groups[i] == "51515") AddRegional(section, remarks);
+    if (groups[i] == "61616") AddWords("national section", section, remarks);
+    if (groups[i] == "62626") AddWords("remarks", section, remarks);
   }
   return remarks;
 }

@@ -11,9 +11,11 @@ namespace vexa::ingest {
 /// "31313", "41414", "51515", "61616" or "62626".
 bool IsSectionMark(std::string_view group);
 
-/// Sentences, without the full stop, on the regional groups of North America behind 51515: why an
+/// Sentences, without the full stop, on what the sections behind the levels say: the time of the
+/// release and the water's temperature (31313); of the regional groups of North America why an
 /// ascent is lacking or doubtful, its stability index, heights extrapolated above its top and mean
-/// winds. Regional groups of other countries give none.
+/// winds (51515); the words of the national section and the remarks (61616, 62626). Regional groups
+/// of other countries give none.
 std::vector<std::string> RemarksIn(const std::vector<std::string>& groups);
 
 }  // namespace vexa::ingest

@@ -13,17 +13,6 @@ namespace {
 constexpr std::string_view kFormatTag = "COLUMNS";
 constexpr int kMostHeadingLines = 100;
 
-// The number behind a label, with a sign where S or W follows: "Latitude<tab>40.58N".
-std::optional<double> Degrees(std::string_view text) {
-  const std::size_t begin = text.find_first_of("0123456789-");
-  if (begin == std::string_view::npos) return std::nullopt;
-  const std::size_t end = std::min(text.find_first_not_of("0123456789.-", begin), text.size());
-  std::optional<double> degrees = ParseNumber(text.substr(begin, end - begin));
-  const bool isNegative = text.find_first_of("SW", end) != std::string_view::npos;
-  if (degrees && isNegative) degrees = -*degrees;
-  return degrees;
-}
-
 // Lines such as "Station name<tab>Hill" above the table.
 void ReadLabel(std::string_view line, SourceHeading& heading) {
   const std::size_t separator = line.find_first_of("\t:=");
@@ -33,10 +22,10 @@ void ReadLabel(std::string_view line, SourceHeading& heading) {
   const auto isAbout = [label](std::string_view word) {
     return FindNoCase(label, word) != std::string_view::npos;
   };
-  if (isAbout("latitude") && !heading.Lat) heading.Lat = Degrees(value);
-  if (isAbout("longitude") && !heading.Lon) heading.Lon = Degrees(value);
+  if (isAbout("latitude") && !heading.Lat) heading.Lat = DegreesIn(value);
+  if (isAbout("longitude") && !heading.Lon) heading.Lon = DegreesIn(value);
   if ((isAbout("elevation") || isAbout("height")) && !heading.Elevation) {
-    heading.Elevation = Degrees(value);
+    heading.Elevation = DegreesIn(value);
   }
   if (isAbout("station") && heading.Station.Name.empty()) heading.Station.Name = value;
   if (isAbout("time") || isAbout("date")) {
@@ -61,6 +50,7 @@ std::optional<Fault> DecodeColumns(const SourceText& source, LoadContext& contex
           ReadTable(source, layout, source.LineCount() + 1, "DecodeColumns", sounding)) {
     return fault;
   }
+  LocateByColumns(source, layout, sounding.Heading);
   KeepAscent(sounding.Levels, sounding.Notes);
   const bool hasNoUnit = std::ranges::any_of(layout.Plan, [](const QuantityColumn& column) {
     return column.What == Quantity::Speed && !column.HasUnit;

@@ -3,6 +3,7 @@
 // file pair and one row here.
 #pragma once
 
+#include <any>
 #include <filesystem>
 #include <optional>
 #include <span>
@@ -25,7 +26,17 @@ struct LoadContext {
   int Index = 0;                          // which sounding of the file, 0: the first
   const StationList* Stations = nullptr;  // for soundings that name their station by number only
   std::vector<std::string> Notes{};       // what was left out, changed or worked out, for the user
+  int Count = 1;                          // soundings of the file, set by formats of several
+  std::any Kept{};                        // what a decoder worked out of the whole text, see Kept()
 };
+
+/// What `find` gives of the whole text: the soundings of a file are found once however many of them
+/// are decoded with the same context, which must then always come with the same text.
+template <class T>
+const T& Kept(LoadContext& context, const SourceText& source, T (*find)(const SourceText&)) {
+  if (!std::any_cast<T>(&context.Kept)) context.Kept = find(source);
+  return *std::any_cast<T>(&context.Kept);
+}
 
 struct Decoder {
   std::string_view Tag;           // left in SoundingRecord::DataFormat
@@ -52,9 +63,9 @@ std::vector<SourceEntry> ListSoundings(const SourceText& source);
 
 /// Recognises, decodes and orders the sounding that the context's Index chooses: PressureDupe,
 /// SortData, PressureDupe. Fault 1209 when no format is recognised, 62 for damage and for a
-/// server's answer that it has no data, 2222 for fewer than two temperature levels; the detail
+/// server's answer that it has no data, 2222 for fewer than two levels; the detail
 /// names the file, the line where there is one, and the reason, the server's own words where it
-/// gave some.
+/// gave some. Two winds without temperatures are a sounding too, except in a native file.
 std::optional<Fault> DecodeSounding(const SourceText& source, LoadContext& context,
                                     SoundingRecord& into);
 

@@ -11,10 +11,12 @@
 #include "ingest/avaps.h"
 #include "ingest/bufkit.h"
 #include "ingest/bufr.h"
+#include "ingest/cards.h"
 #include "ingest/class_text.h"
 #include "ingest/coded.h"
 #include "ingest/columns.h"
 #include "ingest/decoder.h"
+#include "ingest/frd.h"
 #include "ingest/fsl.h"
 #include "ingest/html_text.h"
 #include "ingest/iem.h"
@@ -24,6 +26,7 @@
 #include "ingest/native.h"
 #include "ingest/source_header.h"
 #include "ingest/spc_text.h"
+#include "ingest/td6201.h"
 #include "ingest/unpack.h"
 #include "ingest/wyoming.h"
 #include "ingest/wyoming_csv.h"
@@ -42,9 +45,12 @@ constexpr Decoder kDecoders[] = {
     {"FCST", "BUFKIT", "*.buf", IsBufkit, DecodeBufkit, ListBufkit},
     {"SPC", "SPC text", "*.spc *.txt", IsSpcText, DecodeSpcText},
     {"IGRA", "IGRA station file", "*.txt", IsIgra, DecodeIgra, ListIgra},
+    {"CARDS", "CARDS archive", "*.txt", IsCards, DecodeCards},
+    {"TD6201", "TD-6201 archive", "*.txt *.dat", IsTd6201, DecodeTd6201, ListTd6201},
     {"FSL", "FSL rawinsonde text", "*.fsl *.txt", IsFsl, DecodeFsl, ListFsl},
     {"WYOMING", "Wyoming CSV", "*.csv", IsWyomingCsv, DecodeWyomingCsv},
     {"WYOMING", "Wyoming listing", "*.html *.htm *.txt", IsWyoming, DecodeWyoming},
+    {"DROPSONDE", "Dropsonde report", "*.frd *.txt", IsFrd, DecodeFrd},
     {"IEM", "IEM table", "*.csv *.txt", IsIemTable, DecodeIemTable, ListIemTable},
     {"FCST", "Model profiles", "*.csv *.txt", IsModelCsv, DecodeModelCsv, ListModelCsv},
     {"CODED", "Coded messages", "*.txt", IsCoded, DecodeCoded, ListCoded},
@@ -78,6 +84,29 @@ std::vector<SourceEntry> ListPlain(const SourceText& plain) {
   return {{.Title = plain.Name()}};
 }
 
+// Two temperature levels are wanted. Two winds do as well in all formats but the native one: those
+// of a PILOT message have a hodograph, though no temperatures.
+std::optional<Fault> Sufficiency(const std::string& name, LoadContext& context,
+                                 SoundingRecord& into) {
+  constexpr int kFewest = 2;
+  if (into.NumTempLevels() >= kFewest) return std::nullopt;
+  if (into.DataFormat == kRawTag || into.NumWindLevels() < kFewest) {
+    return Fault{kFaultTooFewLevels, "DecodeSounding",
+                 name + ": too few levels, " + Shortest(into.NumTempLevels()) +
+                     " with a temperature and " + Shortest(into.NumWindLevels()) + " with a wind",
+                 name};
+  }
+  if (into.NumTempLevels() > 0) {
+    context.Notes.push_back("The only temperature, at " + Shortest(into.Press(1)) +
+                            " hPa, was left out.");
+    into.Press.Clear();
+    into.Temp.Clear();
+    into.Dewpt.Clear();
+  }
+  context.Notes.push_back("Winds only: there are no temperatures to analyse.");
+  return std::nullopt;
+}
+
 std::optional<Fault> DecodePlain(const SourceText& plain, LoadContext& context,
                                  SoundingRecord& into) {
   const Decoder* decoder = Recognise(plain);
@@ -98,11 +127,7 @@ std::optional<Fault> DecodePlain(const SourceText& plain, LoadContext& context,
     fault->File = plain.Name();
     return fault;
   }
-  if (into.NumTempLevels() < 2) {
-    return Fault{kFaultTooFewLevels, "DecodeSounding",
-                 plain.Name() + ": " + Shortest(into.NumTempLevels()) + " found", plain.Name()};
-  }
-  return std::nullopt;
+  return Sufficiency(plain.Name(), context, into);
 }
 
 }  // namespace

@@ -202,7 +202,7 @@ std::vector<SourceEntry> ListFsl(const SourceText& source) {
 
 std::optional<Fault> DecodeFsl(const SourceText& source, LoadContext& context,
                                SoundingRecord& into) {
-  const std::vector<SoundingBlock> blocks = BlocksOf(source);
+  const std::vector<SoundingBlock>& blocks = Kept(context, source, BlocksOf);
   const Outcome<std::size_t> index = ChooseSounding(blocks.size(), source, context);
   if (!index) return index.Error();
   Outcome<SourceSounding> sounding = Block(source, blocks[index.Value()]).Read();

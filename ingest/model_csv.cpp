@@ -61,7 +61,7 @@ std::vector<SourceEntry> ListModelCsv(const SourceText& source) {
 
 std::optional<Fault> DecodeModelCsv(const SourceText& source, LoadContext& context,
                                     SoundingRecord& into) {
-  const std::vector<SoundingBlock> blocks = BlocksOf(source);
+  const std::vector<SoundingBlock>& blocks = Kept(context, source, BlocksOf);
   const Outcome<std::size_t> index = ChooseSounding(blocks.size(), source, context);
   if (!index) return index.Error();
   const SoundingBlock& block = blocks[index.Value()];

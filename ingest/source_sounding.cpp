@@ -31,6 +31,7 @@ std::vector<SourceEntry> EntriesUnderHeadings(const std::vector<SoundingBlock>& 
 Outcome<std::size_t> ChooseSounding(std::size_t count, const SourceText& source,
                                     LoadContext& context) {
   const auto index = static_cast<std::size_t>(context.Index);
+  context.Count = std::max(1, static_cast<int>(count));
   if (context.Index < 0 || index >= count) {
     const std::string reason = count == 0 ? ": no sounding in it"
                                           : ": it holds " + Shortest(static_cast<int>(count)) +
@@ -87,13 +88,33 @@ void KeepAscent(std::vector<SourceLevel>& levels, std::vector<std::string>& note
   note("Rows after the highest point", descent);
 }
 
+namespace {
+
+// "KOUN", or "OUN" as it is called in the United States; null where several have these letters.
+const Station* StationOfLetters(const std::string& letters, const StationList& stations) {
+  constexpr std::size_t kWithoutCountry = 3, kWhole = 4;
+  const bool isShort = letters.size() == kWithoutCountry;
+  if (!isShort && letters.size() != kWhole) return nullptr;
+  const std::string sought = isShort ? 'K' + letters : letters;
+  const auto isSought = [&sought](const Station& station) { return station.Ident == sought; };
+  const auto& all = stations.All();
+  const auto found = std::ranges::find_if(all, isSought);
+  if (found == all.end() || std::find_if(found + 1, all.end(), isSought) != all.end()) {
+    return nullptr;
+  }
+  return &*found;
+}
+
+}  // namespace
+
 void LocateStation(SourceHeading& heading, LoadContext& context) {
   StationName& name = heading.Station;
-  if (name.Number == 0 || context.Stations == nullptr) return;
+  if (context.Stations == nullptr) return;
   const bool hasPosition = heading.Lat && heading.Lon;
-  const Station* station = context.Stations->Find(name.Number);
+  const Station* station = name.Number != 0 ? context.Stations->Find(name.Number)
+                                            : StationOfLetters(name.Letters, *context.Stations);
   if (station == nullptr) {
-    if (hasPosition) return;
+    if (hasPosition || name.Number == 0) return;
     context.Notes.push_back("Station " + Mask(name.Number, "00000") +
                             " is not in the station list; its position is not known.");
     return;

@@ -66,7 +66,8 @@ void KeepAscent(std::vector<SourceLevel>& levels, std::vector<std::string>& note
 
 /// Station lookup: a heading with a number only gets letters and name from the station list; one
 /// without a position gets that too, and the elevation where it has none of its own, with a note.
-/// Without a list, or when the list lacks the number, nothing changes.
+/// One without a number gets a position by its letters, where a single station has them. Without a
+/// list, or when the list lacks the station, nothing changes.
 void LocateStation(SourceHeading& heading, LoadContext& context);
 
 /// Makes the record: header, both profiles, notes. The elevation is the heading's, else the height

@@ -22,6 +22,33 @@ std::vector<std::string_view> SplitAfterBrackets(std::string_view line) {
   return names;
 }
 
+// "t (s)  P (mb)  WD  WS (m/s)": words with their units in brackets behind some of them.
+std::vector<std::string_view> SplitBeforeBrackets(std::string_view line) {
+  std::vector<std::string_view> names;
+  for (const std::string_view word : Tokens(line)) {
+    if (word.front() == '(' && !names.empty()) {
+      std::string_view& name = names.back();
+      name = {name.data(), static_cast<std::size_t>(word.data() + word.size() - name.data())};
+    } else {
+      names.push_back(word);
+    }
+  }
+  return names;
+}
+
+// "Elapsed time   HeightMSL     P": names of several words with more than one blank in between.
+std::vector<std::string_view> SplitAtGaps(std::string_view line) {
+  std::vector<std::string_view> names;
+  while (!Trim(line).empty()) {
+    line.remove_prefix(line.find_first_not_of(" \t"));
+    const std::size_t end = std::min(line.find("  "), line.find('\t'));
+    names.push_back(Trim(line.substr(0, end)));
+    if (end == std::string_view::npos) break;
+    line.remove_prefix(end);
+  }
+  return names;
+}
+
 // At least two numbers, and a number or a time first.
 bool IsRow(std::string_view line) {
   int numbers = 0;
@@ -60,7 +87,8 @@ std::optional<TableLayout> LayoutAt(const SourceText& source, int line) {
   using Split = std::vector<std::string_view> (*)(std::string_view);
   static constexpr Split kByComma = [](std::string_view text) { return SplitFields(text, ','); };
   static constexpr Split kByTab = [](std::string_view text) { return SplitFields(text, '\t'); };
-  static constexpr Split kSplits[] = {kByTab, SplitAfterBrackets, Tokens};
+  static constexpr Split kSplits[] = {kByTab, SplitAfterBrackets, SplitBeforeBrackets, SplitAtGaps,
+                                      Tokens};
   const std::span<const Split> splits =
       hasCommas ? std::span<const Split>(&kByComma, 1) : std::span<const Split>(kSplits);
   for (const Split split : splits) {
@@ -70,7 +98,9 @@ std::optional<TableLayout> LayoutAt(const SourceText& source, int line) {
     if (first > line + 1) units = split(Trim(source.Line(line + 1)));
     if (units.size() != names.size()) units.clear();
     layout.Plan = PlanColumns(names, units);
-    if (IsUseful(layout.Plan)) return layout;
+    if (!IsUseful(layout.Plan)) continue;
+    layout.Names = names;
+    return layout;
   }
   return std::nullopt;
 }
@@ -101,6 +131,47 @@ std::optional<Fault> ReadTable(const SourceText& source, const TableLayout& layo
     into.Levels.push_back(level);
   }
   return std::nullopt;
+}
+
+void LocateByColumns(const SourceText& source, const TableLayout& layout, SourceHeading& heading) {
+  if (heading.Lat && heading.Lon) return;
+  const auto column = [&layout](std::string_view name) {
+    return static_cast<std::size_t>(std::ranges::find_if(layout.Names,
+                                                         [name](std::string_view given) {
+                                                           return StartsWithNoCase(given, name);
+                                                         }) -
+                                    layout.Names.begin());
+  };
+  const std::size_t lat = column("lat"), lon = column("lon");
+  if (std::max(lat, lon) >= layout.Names.size()) return;
+  const auto degrees = [&layout](std::string_view field, std::size_t at, double most, char behind) {
+    std::optional<double> value = ParseNumber(field);
+    if (!value || *value < -most || *value > most) return std::optional<double>();
+    if (layout.Names[at].find(std::string("(") + behind + ')') != std::string_view::npos) {
+      value = -*value;
+    }
+    return value;
+  };
+  for (int line = layout.FirstRow; line <= source.LineCount() && IsRow(source.Line(line)); ++line) {
+    const std::vector<std::string_view> fields = layout.Fields(source.Line(line));
+    if (std::max(lat, lon) >= fields.size()) continue;
+    const std::optional<double> north = degrees(fields[lat], lat, 90, 'S');
+    const std::optional<double> east = degrees(fields[lon], lon, 180, 'W');
+    if (!north || !east) continue;
+    heading.Lat = north;
+    heading.Lon = east;
+    return;
+  }
+}
+
+std::optional<double> DegreesIn(std::string_view text) {
+  const std::size_t begin = text.find_first_of("0123456789-");
+  if (begin == std::string_view::npos) return std::nullopt;
+  const std::size_t end = std::min(text.find_first_not_of("0123456789.-", begin), text.size());
+  std::optional<double> degrees = ParseNumber(text.substr(begin, end - begin));
+  const bool isNegative = text.find_first_of("SW", end) != std::string_view::npos;
+  if (degrees && isNegative) degrees = -*degrees;
+  return degrees;
 }
 
 }  // namespace vexa::ingest

@@ -13,6 +13,7 @@ namespace vexa::ingest {
 struct TableLayout {
   char Separator = ' ';  // ' ' for blanks and tabs of any number
   std::size_t Columns = 0;
+  std::vector<std::string_view> Names{};  // of the columns, parts of the source
   std::vector<QuantityColumn> Plan{};
   int FirstRow = 0;  // line
 
@@ -30,5 +31,12 @@ int FindLayout(const SourceText& source, int lastLine);
 /// field of a row that is no number.
 std::optional<Fault> ReadTable(const SourceText& source, const TableLayout& layout, int end,
                                std::string_view procedure, SourceSounding& into);
+
+/// Sets a position that the heading lacks from the columns "lat" and "lon" of the first row that
+/// has both; "(S)" and "(W)" behind the names turn the signs.
+void LocateByColumns(const SourceText& source, const TableLayout& layout, SourceHeading& heading);
+
+/// The degrees behind a label, negative where S or W follows: "40.5875 N", "105 W".
+std::optional<double> DegreesIn(std::string_view text);
 
 }  // namespace vexa::ingest

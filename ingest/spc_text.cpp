@@ -8,6 +8,7 @@
 #include "core/numbers.h"
 #include "ingest/source_header.h"
 #include "ingest/source_levels.h"
+#include "ingest/source_sounding.h"
 
 namespace vexa::ingest {
 namespace {
@@ -26,33 +27,30 @@ int FindMark(const SourceText& source, std::string_view mark) {
 
 // "OAX   140616/1900 41.32,-96.37": station, time, position; each may be lacking, and without a
 // time the whole line is the station's name.
-void ReadTitle(std::string_view line, SoundingRecord& into) {
-  StationName station;
+void ReadTitle(std::string_view line, SourceHeading& heading) {
   const std::vector<std::string_view> words = Tokens(line);
   std::string_view before = line;
   for (std::size_t i = 0; i < words.size(); ++i) {
     const std::optional<ObservationTime> time = ParseCompactTime(words[i]);
     if (!time) continue;
-    into.Time = *time;
+    heading.Time = *time;
     before = line.substr(0, static_cast<std::size_t>(words[i].data() - line.data()));
     std::string position;
     for (std::size_t k = i + 1; k < words.size(); ++k) position += words[k];
     const std::size_t comma = position.find(',');
     if (comma != std::string::npos) {
-      SetPosition(into, ParseNumber(std::string_view(position).substr(0, comma)),
-                  ParseNumber(std::string_view(position).substr(comma + 1)));
+      heading.Lat = ParseNumber(std::string_view(position).substr(0, comma));
+      heading.Lon = ParseNumber(std::string_view(position).substr(comma + 1));
     }
     break;
   }
-  station.Name = Trim(before);
-  if (station.Name.size() == 5) {
-    const int number = ParseWhole(station.Name).value_or(0);
-    if (number > 0) {
-      station.Number = into.WmoNumber = number;
-      station.Name.clear();
-    }
-  }
-  into.StationTitle = Caption(station, into.Time);
+  const std::string_view name = Trim(before);
+  constexpr std::size_t kFigures = 5, kMostLetters = 4;
+  if (name.size() == kFigures) heading.Station.Number = ParseWhole(name).value_or(0);
+  if (heading.Station.Number > 0) return;
+  heading.Station.Number = 0;
+  const bool isWord = name.find(' ') == std::string_view::npos;
+  (isWord && name.size() <= kMostLetters ? heading.Station.Letters : heading.Station.Name) = name;
 }
 
 struct Rows {
@@ -106,11 +104,11 @@ std::optional<Fault> DecodeSpcText(const SourceText& source, LoadContext& contex
                                    SoundingRecord& into) {
   const int title = FindMark(source, "%TITLE%");
   const int raw = FindMark(source, "%RAW%");
-  into.StationTitle = CutTitle(source.Name());
+  SourceSounding sounding;
   const int headingEnd = raw == 0 ? source.LineCount() + 1 : raw;
   for (int line = title + 1; title != 0 && line < headingEnd; ++line) {
     if (Trim(source.Line(line)).empty()) continue;
-    ReadTitle(source.Line(line), into);
+    ReadTitle(source.Line(line), sounding.Heading);
     break;
   }
   if (raw == 0) {
@@ -127,19 +125,14 @@ std::optional<Fault> DecodeSpcText(const SourceText& source, LoadContext& contex
     if (!ended && !text.empty()) fault = ReadRow(source, line, rows);
   }
 
-  const std::optional<double> elevation = SurfaceHeight(rows.Levels);
-  if (elevation) {
-    SetElevation(into, ToWhole(*elevation));
-  } else {
-    SetElevationUnknown(into);
-  }
-  FillProfiles(std::move(rows.Levels), into, context.Notes);
+  sounding.Levels = std::move(rows.Levels);
+  sounding.Refused = rows.Refused;
   if (!ended) {
-    context.Notes.push_back(rows.LostLastRow
-                                ? "The last row is cut off and was left out; %END% is missing."
-                                : "%END% is missing.");
+    sounding.Notes.push_back(rows.LostLastRow
+                                 ? "The last row is cut off and was left out; %END% is missing."
+                                 : "%END% is missing.");
   }
-  for (std::string& note : rows.Refused.Notes()) context.Notes.push_back(std::move(note));
+  FillRecord(std::move(sounding), source.Name(), context, into);
   if (fault) return fault;
   into.DataFormat = kFormatTag;
   return std::nullopt;

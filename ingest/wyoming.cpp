@@ -8,6 +8,7 @@
 #include "core/numbers.h"
 #include "ingest/source_header.h"
 #include "ingest/source_levels.h"
+#include "ingest/source_sounding.h"
 
 namespace vexa::ingest {
 namespace {
@@ -171,13 +172,6 @@ class Table {
   int line_;
 };
 
-/// What stands around the table.
-struct Heading {
-  StationName Station{};
-  ObservationTime Time{};
-  std::optional<double> Lat{}, Lon{}, Elevation{};
-};
-
 // The word behind a label, "345.0" for "Station elevation: 345.0".
 std::optional<std::string_view> Labelled(std::string_view line, std::string_view label) {
   const std::size_t at = FindNoCase(line, label);
@@ -216,7 +210,7 @@ void ReadStation(std::string_view text, StationName& station) {
 
 /// The sentence that opens a sounding, in its older form, "72357 OUN Norman Observations at 00Z
 /// 04 May 1999", or its newer one, "Observations for Station 83779 at 12 UTC 23 Feb 2023".
-bool ReadOpening(std::string_view line, Heading& heading) {
+bool ReadOpening(std::string_view line, SourceHeading& heading) {
   constexpr std::string_view kOlder = "Observations at ";
   constexpr std::string_view kNewer = "Observations for Station ";
   if (const std::size_t at = line.find(kOlder); at != std::string_view::npos) {
@@ -236,7 +230,7 @@ bool ReadOpening(std::string_view line, Heading& heading) {
   return false;
 }
 
-void ReadLabels(std::string_view line, Heading& heading) {
+void ReadLabels(std::string_view line, SourceHeading& heading) {
   const auto number = [line](std::string_view label, std::optional<double>& into) {
     const std::optional<std::string_view> word = Labelled(line, label);
     if (word && !into) into = ParseNumber(*word);
@@ -268,7 +262,7 @@ std::optional<Fault> DecodeWyoming(const SourceText& source, LoadContext& contex
   if (nameLine == 0) {
     return Fault{kFaultFormat, "DecodeWyoming", source.Name() + ": no line of column names"};
   }
-  Heading heading;
+  SourceHeading heading;
   bool opened = false;
   for (int line = 1; line < nameLine; ++line) {
     const std::string_view text = Trim(source.Line(line));
@@ -289,7 +283,7 @@ std::optional<Fault> DecodeWyoming(const SourceText& source, LoadContext& contex
   std::optional<Fault> fault = table.Read();
   for (int line = table.NextLine(); line <= source.LineCount() && !fault; ++line) {
     const std::string_view text = source.Line(line);
-    Heading another;
+    SourceHeading another;
     if (ReadOpening(Trim(text), another) || IsNameLine(text)) {
       context.Notes.push_back("The file holds more than one sounding; the first one was taken.");
       break;
@@ -297,24 +291,12 @@ std::optional<Fault> DecodeWyoming(const SourceText& source, LoadContext& contex
     ReadLabels(text, heading);
   }
 
-  into.WmoNumber = heading.Station.Number;
-  into.Time = heading.Time;
-  into.StationTitle = opened || heading.Station.Number != 0 ? Caption(heading.Station, heading.Time)
-                                                            : CutTitle(source.Name());
-  SetPosition(into, heading.Lat, heading.Lon);
-  constexpr double kLowestElevation = -500;
-  const bool isGiven = heading.Elevation && *heading.Elevation >= kLowestElevation;
-  const std::optional<double> elevation = isGiven ? heading.Elevation : SurfaceHeight(table.Levels);
-  if (elevation) {
-    SetElevation(into, ToWhole(*elevation));
-  } else {
-    SetElevationUnknown(into);
-  }
-  FillProfiles(std::move(table.Levels), into, context.Notes);
-  if (table.LostLastRow) {
-    context.Notes.push_back("The last row is cut off and was left out.");
-  }
-  for (std::string& note : table.Refused.Notes()) context.Notes.push_back(std::move(note));
+  // A table that was cut out of a listing is titled by its file.
+  if (!opened && heading.Station.Number == 0) heading.Station.Name = CutTitle(source.Name());
+  SourceSounding sounding{
+      .Heading = std::move(heading), .Levels = std::move(table.Levels), .Refused = table.Refused};
+  if (table.LostLastRow) sounding.Notes.push_back("The last row is cut off and was left out.");
+  FillRecord(std::move(sounding), source.Name(), context, into);
   if (fault) return fault;
   into.DataFormat = kFormatTag;
   return std::nullopt;

@@ -21,9 +21,13 @@ int FindHeading(const SourceText& source) {
   return 0;
 }
 
-// "csv_OUN_1999050400.csv": the rows say when and where, but not which station.
-std::string NameOf(std::string_view fileName) {
-  return std::string(fileName.substr(0, fileName.rfind('.')));
+// The rows say when and where, but not which station. A file that was downloaded here has its
+// number, "72357_1999050400.txt"; of any other, "csv_OUN_1999050400.csv", the name must do.
+StationName StationOf(std::string_view fileName) {
+  constexpr std::size_t kFigures = 5;
+  const int number = ParseWhole(fileName.substr(0, kFigures)).value_or(0);
+  if (number > 0 && fileName.find('_') == kFigures) return {.Number = number};
+  return {.Name = std::string(fileName.substr(0, fileName.rfind('.')))};
 }
 
 }  // namespace
@@ -42,7 +46,7 @@ std::optional<Fault> DecodeWyomingCsv(const SourceText& source, LoadContext& con
     return fault;
   }
   const std::vector<std::string_view> first = layout->Fields(source.Line(layout->FirstRow));
-  sounding.Heading.Station.Name = NameOf(source.Name());
+  sounding.Heading.Station = StationOf(source.Name());
   sounding.Heading.Time = ParseIsoTime(first[0]).value_or(ObservationTime{});
   constexpr double kUnknown = -99.99;
   const std::optional<double> lon = ParseNumber(first[1]), lat = ParseNumber(first[2]);

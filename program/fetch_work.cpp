@@ -4,6 +4,7 @@
 #include <system_error>
 #include <vector>
 
+#include "core/error_report.h"
 #include "core/files.h"
 #include "core/folders.h"
 #include "core/raw_file.h"
@@ -13,6 +14,28 @@ namespace vexa {
 
 namespace fs = std::filesystem;
 using namespace download;
+
+namespace {
+
+std::chrono::sys_time<std::chrono::minutes> MinuteOf(const ObservationTime& time) {
+  const std::chrono::year_month_day day{std::chrono::year(time.Year),
+                                        std::chrono::month(static_cast<unsigned>(time.Month)),
+                                        std::chrono::day(static_cast<unsigned>(time.Day))};
+  return std::chrono::sys_days(day) + std::chrono::hours(time.Hour) +
+         std::chrono::minutes(time.Minute);
+}
+
+// True for the hour itself, and for the time of a release, which has minutes and lies about an hour
+// ahead of the hour that the sounding is for.
+bool IsOfHour(const ObservationTime& found, const ObservationTime& wanted) {
+  if (!found.Known() || !wanted.Known()) return true;
+  const auto apart = std::chrono::abs(MinuteOf(found) - MinuteOf(wanted));
+  const bool isSameHour = found.Year == wanted.Year && found.Month == wanted.Month &&
+                          found.Day == wanted.Day && found.Hour == wanted.Hour;
+  return isSameHour || (found.Minute != 0 && apart <= std::chrono::hours(2));
+}
+
+}  // namespace
 
 Outcome<SourceList> LoadSourcesFile(const fs::path& path) {
   const Outcome<std::string> text = ReadFile(path);
@@ -38,11 +61,7 @@ std::optional<Fault> JudgeSounding(const std::string& bytes, const Request& requ
   if (std::optional<Fault> fault = ingest::DecodeSounding(source.Value(), context, record)) {
     return fault;
   }
-  const bool isOtherHour =
-      record.Time.Known() && request.Time.Known() &&
-      (record.Time.Year != request.Time.Year || record.Time.Month != request.Time.Month ||
-       record.Time.Day != request.Time.Day || record.Time.Hour != request.Time.Hour);
-  if (!isOtherHour || record.DataFormat == "FCST") return std::nullopt;
+  if (IsOfHour(record.Time, request.Time) || record.DataFormat == "FCST") return std::nullopt;
   return Fault{kFaultEndOfFile, "JudgeSounding",
                "the server sent another hour: " + record.StationTitle};
 }
@@ -57,24 +76,48 @@ FetchResult FetchWork::Fetch(const Source& source, const Request& request) {
   return result;
 }
 
+namespace {
+
+// What a native file of an answer holds.
+Outcome<std::string> NativeOf(const std::string& body, const StationList* stations) {
+  SilentInteraction quiet;
+  ingest::LoadContext context{.Ask = &quiet, .Stations = stations};
+  const Outcome<SourceText> source = ingest::ReadSource("answer", body, context.Notes);
+  if (!source) return source.Error();
+  SoundingRecord record;
+  if (std::optional<Fault> fault = ingest::DecodeSounding(source.Value(), context, record)) {
+    return *fault;
+  }
+  if (record.NumTempLevels() == 0) {
+    return Fault{kFaultTooFewLevels, "NativeOf", "winds alone cannot be kept in a native file"};
+  }
+  return WriteRaw(record);
+}
+
+}  // namespace
+
 Outcome<std::string> FetchWork::Save(const BatchPlan& plan, const Request& request,
                                      const FetchResult& result) {
   const bool isNative = plan.Format == BatchFormat::Native;
-  const fs::path path =
-      PathFromText(plan.Folder) / PathFromText(FileStem(request) + (isNative ? ".RAW" : ".txt"));
-  std::string bytes = result.Got.Body;
-  if (isNative) {
-    SilentInteraction quiet;
-    ingest::LoadContext context{.Ask = &quiet, .Stations = stations_};
-    const Outcome<SourceText> source = ingest::ReadSource("answer", bytes, context.Notes);
-    if (!source) return source.Error();
-    SoundingRecord record;
-    if (std::optional<Fault> fault = ingest::DecodeSounding(source.Value(), context, record)) {
-      return *fault;
-    }
-    bytes = WriteRaw(record);
+  const fs::path folder = PathFromText(plan.Folder);
+  const fs::path path = folder / PathFromText(FileStem(request) + (isNative ? ".RAW" : ".txt"));
+  Outcome<std::string> bytes =
+      isNative ? NativeOf(result.Got.Body, stations_) : Outcome<std::string>(result.Got.Body);
+  std::optional<Fault> fault;
+  if (bytes) {
+    std::error_code ignored;  // saving tells of it
+    if (!folder.empty()) fs::create_directories(folder, ignored);
+    fault = SaveFile(path, bytes.Value());
+  } else {
+    fault = bytes.Error();
   }
-  if (std::optional<Fault> fault = SaveFile(path, bytes)) return *fault;
+  if (fault) {
+    fault->Detail =
+        TextFromPath(path) + " was not saved: " +
+        (fault->Detail.empty() ? FaultMessage(CurrentSounding{}, *fault) : fault->Detail);
+    if (watch_.Failed) watch_.Failed({.Name = result.Got.Address}, request, *fault);
+    return *fault;
+  }
   if (watch_.Saved) watch_.Saved(TextFromPath(path));
   return TextFromPath(path);
 }

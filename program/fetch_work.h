@@ -22,13 +22,15 @@ Outcome<download::SourceList> LoadSources(const std::filesystem::path& root,
 Outcome<download::SourceList> LoadSourcesFile(const std::filesystem::path& path);
 
 /// Why an answer's bytes are not the sounding that was asked for: they do not open, or as that of
-/// another hour. Forecasts and files of many soundings hold the hour somewhere and pass.
+/// another hour; a release within two hours is that of the hour. Forecasts and files of many
+/// soundings hold the hour somewhere and pass.
 std::optional<Fault> JudgeSounding(const std::string& bytes, const download::Request& request);
 
 /// The clock, to the second, UTC.
 download::Instant SystemNow();
 
-/// Fetches through a fetcher, saves as received (".txt") or as native file (".RAW").
+/// Fetches through a fetcher, saves as received (".txt") or as native file (".RAW"). The folder is
+/// made where it is missing.
 class FetchWork : public download::BatchWork {
  public:
   struct Watch {

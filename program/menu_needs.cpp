@@ -14,9 +14,17 @@ struct Need {
   std::string_view Lack;  // after the entry's own words
 };
 
-constexpr Need kSounding{
-    [](const Program& program) { return program.Current.Record.NumTempLevels() > 0; },
-    "needs a sounding"};
+bool HasTemps(const Program& program) {
+  return program.Current.Record.NumTempLevels() > 0;
+}
+bool HasWinds(const Program& program) {
+  return program.Current.Record.NumWindLevels() > 0;
+}
+
+constexpr Need kSounding{HasTemps, "needs a sounding"};
+constexpr Need kLevels{
+    [](const Program& program) { return HasTemps(program) || HasWinds(program); },
+    "needs a sounding"};  // winds alone do
 constexpr Need kUndo{[](const Program& program) { return program.History.CanUndo(); },
                      "needs a change of the sounding"};
 constexpr Need kRedo{[](const Program& program) { return program.History.CanRedo(); },
@@ -32,29 +40,29 @@ struct NeedRow {
 };
 
 constexpr NeedRow kNeeds[] = {
-    {"mnuSaveAs", "(save sounding)"},
-    {"mnuInfo", "(sounding properties)"},
-    {"mnuAutoLoad", "(auto-load)"},
-    {"mnuPrintData", "(print sounding data)"},
-    {"PrintDeCodedData", "(print decoded data)"},
-    {"mnuPrintDataFile", "(print source data)"},
-    {"mnuDataDump", "(export sounding data)"},
-    {"mnuReportFolder", "(report folder)"},
+    {"mnuSaveAs", "(save sounding)", kLevels},
+    {"mnuInfo", "(sounding properties)", kLevels},
+    {"mnuAutoLoad", "(auto-load)", kLevels},
+    {"mnuPrintData", "(print sounding data)", kLevels},
+    {"PrintDeCodedData", "(print decoded data)", kLevels},
+    {"mnuPrintDataFile", "(print source data)", kLevels},
+    {"mnuDataDump", "(export sounding data)", kLevels},
+    {"mnuReportFolder", "(report folder)", kLevels},
     {"mnuUndo", "(undo)", kUndo},
     {"mnuRedo", "(redo)", kRedo},
-    {"mnuEditFile", "(edit decoded data)"},
-    {"mnuEditData", "(edit source data)"},
-    {"mnuEditSource", "(edit source file)"},
+    {"mnuEditFile", "(edit decoded data)", kLevels},
+    {"mnuEditData", "(edit source data)", kLevels},
+    {"mnuEditSource", "(edit source file)", kLevels},
     {"mnuFilter", "(filter sounding data)"},
-    {"mnuAddTemp", "(temperature data)"},
-    {"mnuAddWind", "(wind data)"},
+    {"mnuAddTemp", "(temperature data)", kLevels},
+    {"mnuAddWind", "(wind data)", kLevels},
     {"mnuSevereWx", "(severe weather)"},
     {"mnuWinter", "(winter weather)"},
     {"mnuScale", "(layer analyzer)"},
-    {"mnuHodograph", "(hodograph)"},
-    {"mnuHodogram", "(hodogram)"},
+    {"mnuHodograph", "(hodograph)", kLevels},
+    {"mnuHodogram", "(hodogram)", kLevels},
     {"mnuSoaring", "(soaring)"},
-    {"mnuListings", "(listings)"},
+    {"mnuListings", "(listings)", kLevels},
     {"mnuRestore", "(restore)", kRestore},
     {"mnuZoom", "(zoom)"},
     {"mnuUnZoom", "(un-zoom)", kZoomed},
@@ -66,7 +74,7 @@ constexpr NeedRow kNeeds[] = {
     {"mnuHeightCorr", "(height correction line)"},
     {"mnuContrail", "(contrail threshold line)"},
     {"mnuSoar", "(soaring line)"},
-    {"mnuLoop", "(loop)"},
+    {"mnuLoop", "(loop)", kLevels},
     {"mnuSevere", "(severe weather table)"},
     {"mnuClouds", "(cloud layer table)"},
 };
@@ -87,7 +95,9 @@ bool IsEnabled(const MenuRow& row, const Program& program) {
 std::string HintOf(const MenuRow& row, const Program& program) {
   const NeedRow* need = NeedOf(row);
   if (need == nullptr || need->Needs.IsMet(program)) return std::string(row.Hint);
-  return std::string(need->Hint) + " " + std::string(need->Needs.Lack);
+  const bool lacksTemps = &need->Needs == &kSounding && HasWinds(program);
+  return std::string(need->Hint) + " " + std::string(need->Needs.Lack) +
+         (lacksTemps ? " with temperatures" : "");
 }
 
 }  // namespace vexa

@@ -12,9 +12,11 @@
 
 #include "app/batch_window.h"
 #include "app/download_window.h"
+#include "app/text_editor.h"
 #include "core/files.h"
 #include "core/raw_file.h"
 #include "download/template_file.h"
+#include "program/fetch_work.h"
 #include "program/menu.h"
 #include "support/local_server.h"
 #include "support/soundings.h"
@@ -106,6 +108,64 @@ TEST_F(DownloadWindowsTest, AnAnswerThatIsNoSoundingIsNotOpened) {
   EXPECT_TRUE(fs::is_empty(program.Where.Data));
 }
 
+TEST_F(DownloadWindowsTest, SourcesAreEditedInTheirFile) {
+  DownloadWindow window(
+      program, [](const fs::path&) {}, nullptr, net);
+  In<QPushButton>(window, "cmdEditSources").click();
+  auto& editor = In<TextEditor>(window, "TextEditor");
+  const std::string before = ReadFile(folder.Path() / "VEXA.URL").Value();
+  EXPECT_EQ(editor.Edit()->toPlainText().toStdString(), before);
+  editor.Edit()->setPlainText("[Third]\naddress = http://a/@Q\n");
+  EXPECT_FALSE(editor.Apply());
+  EXPECT_TRUE(In<QLabel>(editor, "TextRemark").text().startsWith("VEXA.URL, line 1"));
+  EXPECT_EQ(ReadFile(folder.Path() / "VEXA.URL").Value(), before);
+  editor.Edit()->setPlainText("[Third]\naddress = http://a/@N\nnote = new\n");
+  EXPECT_TRUE(editor.Apply());
+  EXPECT_EQ(In<QComboBox>(window, "Source").currentText(), "Third");
+  EXPECT_EQ(In<QLabel>(window, "SourceNote").text(), "new");
+}
+
+// A table of one release, 52 minutes ahead of the hour that it is for.
+TEST_F(DownloadWindowsTest, AReleaseAheadOfItsHourIsThatHours) {
+  const std::string text = ReadFile(test::TestData("wyoming_csv.csv")).Value();
+  download::Request request{.Number = 72357, .Time = {2008, 8, 8, 12, 0}};
+  EXPECT_FALSE(JudgeSounding(text, request));
+  request.Time.Hour = 18;
+  EXPECT_EQ(JudgeSounding(text, request)->Number, kFaultEndOfFile);
+  request.Time = {2008, 8, 9, 11, 0};
+  EXPECT_TRUE(JudgeSounding(text, request));
+}
+
+TEST_F(DownloadWindowsTest, WhatCannotBeSavedIsTold) {
+  const std::string winds = "PPAA 55121 01234 55385 34004 32012 06514=";
+  struct Case {
+    const char* About;
+    std::string Folder, Body;
+    download::BatchFormat Format;
+    const char* Says;  // nothing: it is saved
+  };
+  const std::string data = program.Where.Data.string();
+  const Case cases[] = {
+      {"a folder is made", data + "/new/deep", winds, download::BatchFormat::AsReceived, ""},
+      {"a file is no folder", data + "/new/deep/00001_2008080812.txt", winds,
+       download::BatchFormat::AsReceived, "was not saved"},
+      {"winds alone", data, winds, download::BatchFormat::Native, "winds alone"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.About);
+    std::string told;
+    download::HttpFetcher fetcher(net);
+    FetchWork work(fetcher, nullptr, nullptr,
+                   {.Failed = [&told](const download::Source&, const download::Request&,
+                                      const Fault& fault) { told = fault.Detail; }});
+    const auto saved =
+        work.Save({.Folder = c.Folder, .Format = c.Format},
+                  {.Number = 1, .Time = {2008, 8, 8, 12, 0}}, {.Got = {.Body = c.Body}});
+    EXPECT_EQ(static_cast<bool>(saved), *c.Says == 0) << told;
+    EXPECT_NE(told.find(c.Says), std::string::npos) << told;
+  }
+}
+
 // The clock is the test's: at 19:00 the sounding of 18 is not due with a delay of 90 minutes.
 TEST_F(DownloadWindowsTest, TheTimerFetchesAnHourOnceItIsDue) {
   using namespace std::chrono;
@@ -150,6 +210,17 @@ TEST_F(DownloadWindowsTest, TheTimerFetchesAnHourOnceItIsDue) {
   window.Tick();
   EXPECT_EQ(server.Asked("/other/98989/1987110818"), 0);
   EXPECT_EQ(Caption("mnuOFF", program), "");
+
+  // The next time the window opens with the same list, its timer off.
+  BatchWindow next(
+      program, [] {}, nullptr, net, [&] { return now; });
+  EXPECT_EQ(In<QLineEdit>(next, "Stations").text(), "98989");
+  EXPECT_EQ(In<QLineEdit>(next, "Hours").text(), "6 18");
+  EXPECT_EQ(In<QLineEdit>(next, "Folder").text().toStdString(), program.Where.Data.string());
+  EXPECT_EQ(In<QComboBox>(next, "Format").currentText(), "Native");
+  EXPECT_EQ(In<QListWidget>(next, "Sources").item(1)->checkState(), Qt::Checked);
+  EXPECT_TRUE(In<QCheckBox>(next, "Beeper").isChecked());
+  EXPECT_FALSE(program.DownloadTimer);
 }
 
 }  // namespace

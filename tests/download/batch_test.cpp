@@ -1,4 +1,5 @@
 #include "download/batch.h"
+#include "download/batch_file.h"
 
 #include <gtest/gtest.h>
 
@@ -84,6 +85,28 @@ TEST(Batch, APlanIsCheckedAhead) {
   EXPECT_FALSE(CheckPlan(plan));
   plan.Sources = {{.Name = "c", .Address = "http://c/@Q"}};
   EXPECT_EQ(CheckPlan(plan)->Number, kFaultBadUrl);
+}
+
+TEST(BatchSettings, AreReadAsTheyWereWritten) {
+  const BatchSettings settings{.Sources = {"University of A", "B"},
+                               .Stations = "72357, OUN = x",
+                               .Hours = "06 18",
+                               .DelayMin = 0,
+                               .Folder = "/a folder/b",
+                               .Format = BatchFormat::Native,
+                               .Failing = OnFailure::Stop,
+                               .Beeper = true};
+  for (const BatchSettings& one : {settings, BatchSettings{}}) {
+    const auto read = ReadBatchSettings(WriteBatchSettings(one), "f");
+    ASSERT_TRUE(read) << read.Error().Detail;
+    EXPECT_EQ(read.Value(), one);
+  }
+  for (const char* bad :
+       {"delay = 1441", "delay = x", "format = other", "beeper", "colour = red"}) {
+    const auto read = ReadBatchSettings(std::string("hours = 00\n") + bad + "\n", "f");
+    ASSERT_FALSE(read) << bad;
+    EXPECT_EQ(read.Error().Detail, std::string("f, line 2: \"") + bad + "\" is not understood");
+  }
 }
 
 TEST(Batch, HoursFallDue) {

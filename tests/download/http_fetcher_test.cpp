@@ -126,6 +126,12 @@ TEST_F(HttpFetching, EveryWayAnAnswerMayEnd) {
        FetchEnd::NoAnswer,
        2,
        "too long"},
+      {"/slow-but-whole",
+       {{"HTTP/1.1 200 OK\r\nContent-Type: text/plain\r\nContent-Length: 50\r\n\r\n",
+         Then::GoOnForever}},
+       FetchEnd::Done,
+       1,
+       "more\nmore"},
       {"/moved",
        {{LocalServer::Whole("302 Found", "", "Location: /whole\r\n")}},
        FetchEnd::Done,
@@ -170,6 +176,56 @@ TEST_F(HttpFetching, TheUserCancelsWhileNothingComesIn) {
   const auto begin = std::chrono::steady_clock::now();
   EXPECT_EQ(Fetch("/silent").End, FetchEnd::Cancelled);
   EXPECT_LT(std::chrono::steady_clock::now() - begin, 20s);
+}
+
+TEST_F(HttpFetching, TheUserCancelsASlowAnswerAndAPause) {
+  settings_.Longest = 60s;
+  settings_.Silence = 60s;
+  server_.Add("/slow",
+              {"HTTP/1.1 200 OK\r\nContent-Type: text/plain\r\n\r\nfirst ", Then::GoOnForever});
+  long long received = 0;
+  progress_ = [&received](const FetchProgress& step) {
+    received = step.Received;
+    return received < 100;
+  };
+  auto begin = std::chrono::steady_clock::now();
+  const FetchResult slow = Fetch("/slow");
+  EXPECT_EQ(slow.End, FetchEnd::Cancelled);
+  EXPECT_TRUE(slow.Got.Body.empty());
+  EXPECT_GE(received, 100);
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, 20s);
+
+  settings_.Pause = 60s;
+  server_.Add("/busy", {LocalServer::Whole("503 Busy", "later")});
+  begin = std::chrono::steady_clock::now();
+  progress_ = [&begin](const FetchProgress&) {
+    return std::chrono::steady_clock::now() - begin < 500ms;
+  };
+  EXPECT_EQ(Fetch("/busy").End, FetchEnd::Cancelled);
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, 20s);
+}
+
+TEST_F(HttpFetching, PausesDoubleFromAttemptToAttempt) {
+  settings_.Attempts = 4;
+  settings_.Silence = 20s;  // what is counted here are the pauses, however busy the machine
+  settings_.Longest = 20s;
+  settings_.Pause = 50ms;
+  server_.Add("/busy", {LocalServer::Whole("503 Busy", "later")});
+  const auto begin = std::chrono::steady_clock::now();
+  EXPECT_EQ(Fetch("/busy").Attempts, 4);
+  // 50 + 100 + 200 ms, less the toolkit's tolerance; pauses that stay the same would make 150.
+  EXPECT_GE(std::chrono::steady_clock::now() - begin, 300ms);
+  EXPECT_EQ(server_.Asked("/busy"), 4);
+
+  // Nobody listens there.
+  QTcpServer closed;
+  ASSERT_TRUE(closed.listen(QHostAddress::LocalHost));
+  const std::string address = "http://127.0.0.1:" + std::to_string(closed.serverPort()) + "/";
+  closed.close();
+  settings_.Attempts = 2;
+  const FetchResult refused = HttpFetcher(settings_).Fetch(address);
+  EXPECT_EQ(refused.End, FetchEnd::NoAnswer);
+  EXPECT_EQ(refused.Attempts, 2);
 }
 
 TEST_F(HttpFetching, WhatIsNoSoundingNeverCounts) {

@@ -101,6 +101,19 @@ const Sample kSamples[] = {
     {"dropsonde_raw.txt", "DROPSONDE", "Dropsonde  1001Z 04 Jul 2021", 0, 1, 3, 3,
      {1010, 27, 27}, {700, 8, -1.81},
      {15, 100, FromMs(15)}, {3150, 90, FromMs(10)}, 15, 14.2, -60.1},
+    // From the top down; the humidity of the lowest row is missing.
+    {"dropsonde_report.frd", "DROPSONDE", "Dropsonde 19X1  1635Z 15 Aug 2019", 0, 1, 3, 2,
+     {1010, 27, kMissing}, {700, 8, -1.81},
+     {15, 100, FromMs(15)}, {3150, 90, FromMs(10)}, 15, 25.6, -88.31},
+    // 50 % at 24.8 C is half of 31.3 hPa, the dew point 13.7 C; the highest wind has a height only.
+    {"td6201_two.txt", "TD6201", "12345  12Z 03 Jun 1965", 0, 2, 3, 3,
+     {965, 24.8, 13.67}, {700, -1.2, kMissing},
+     {520, 180, FromMs(6)}, {5000, 220, FromMs(20)}, 520, 35.25, -97.5},
+    // Our own exports of native_5_7.RAW; the wind below the ground is not in them.
+    {"dump_text.txt", "COLUMNS", "Testfeld M\xC3\xBCnster  12Z 03 Mar 2001", 0, 1, 5, 3,
+     {1010.5, 12.4, 9.1}, {500, -24.9, kMissing}, {62, 190, 8}, {5600, 360, 41}, 62, 51.9625, 7.5},
+    {"dump_sheet.csv", "COLUMNS", "Testfeld M\xC3\xBCnster  12Z 03 Mar 2001", 0, 1, 5, 3,
+     {1010.5, 12.4, 9.1}, {500, -24.9, kMissing}, {62, 190, 8}, {5600, 360, 41}, 62, 51.9625, 7.5},
     // u 3, v 4: from 180 + 36.87 degrees.
     {"model_two.csv", "FCST", "TST  06Z 01 Jan 2017", 0, 2, 2, 2,
      {950, -3, -5}, {850, -6, -11}, {500, 216.87, 5}, {1400, 90, 10}, 500, 44.5, -99.25},
@@ -148,6 +161,10 @@ TEST(Formats, CountsLevelsUnitsAndTimes) {
     EXPECT_EQ(record.LatSigned, sample.Lat);
     EXPECT_EQ(record.LonSigned, sample.Lon);
   }
+  EXPECT_EQ(DecodeText("72999_2008080812.txt", FileText("wyoming_csv.csv")).Record.StationTitle,
+            "72999  1102Z 08 Aug 2008");
+  EXPECT_EQ(DecodeText("d", FileText("dump_text.txt")).Record.Time,
+            (ObservationTime{2001, 3, 3, 12, 0}));
 }
 
 TEST(Formats, DamageNamesItsPlace) {
@@ -168,6 +185,10 @@ TEST(Formats, DamageNamesItsPlace) {
        "class_two.cls, line 26: \"4.O\" is not a number"},
       {"dropsonde_raw.txt", " 100130.25  700.00", " 100130.25  7o0.00",
        "dropsonde_raw.txt, line 4: \"7o0.00\" is not a number"},
+      {"dropsonde_report.frd", "   18.0 ", "   1B.0 ",
+       "dropsonde_report.frd, line 8: \"1B.0\" is not a number"},
+      {"td6201_two.txt", "0150999", "01S0999",
+       "td6201_two.txt, line 1: level 2: \"01S0\" is not a number"},
       {"model_two.csv", "-6.0,", "-6.0.,", "model_two.csv, line 7: \"-6.0.\" is not a number"},
   };
   for (const Case& c : cases) {
@@ -185,6 +206,110 @@ TEST(Formats, DamageNamesItsPlace) {
   // Fewer rows than announced are kept, and said.
   EXPECT_TRUE(DecodeText("i", FileText("igra_station.txt"), 1)
                   .HasNote("The heading announces 9 levels, 2 are there."));
+  EXPECT_TRUE(DecodeText("t", FileText("td6201_two.txt"), 1)
+                  .HasNote("The heading announces 3 levels, 2 are there."));
+  // Of this archive the headings are known and the levels are not.
+  const std::string cards =
+      "# 723570TEST PLC  35.25   -97.50   3571985060112" + std::string(60, '0');
+  EXPECT_EQ(
+      DecodeText("c", cards + "\n1 2 3\n").Failed->Detail,
+      "c: a CARDS record of 72357 - TEST PLC  12Z 01 Jun 1985; how its levels are laid out is "
+      "not known");
+}
+
+TEST(Formats, HeadingsInSeveralLayouts) {
+  struct Case {
+    const char *About, *Names, *Row;
+  };
+  const Case cases[] = {
+      {"names of two words, wide gaps",
+       "Elapsed time   HeightMSL      P   Temp   Dewp    RH  Speed   Dir   AscRate    Lat     Lon\n"
+       "           s           m    hPa      C      C     %    m/s   deg       m/s    deg     deg",
+       "0  100  1000.0  20.0  10.0  52  5.0  270  5.0  40.5 -105.25\n"
+       "9  1600  850.0  10.0  /////  ///  /////  /////  5.0  40.6 -105.0"},
+      {"units in brackets behind some names",
+       "IDX P (mb) Z (m) T (C) TD (C) WD WS (m/s) LAT (S)  "
+       "LON (W)",
+       "1 1000.0 100 20.0 10.0 270 5.0 -40.5 105.25\n2 850.0 1600 10.0 -999 -999 -999 -999 -999"},
+      {"commas", "lat,lon,P (Pa),Z (m),T (K),TD (C),WD (deg),WS (m/s)",
+       "40.5,-105.25,100000,100,293.15,10,270,5\n,,85000,1600,283.15,,,"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.About);
+    const Decoded decoded = DecodeText("c.txt", std::string(c.Names) + '\n' + c.Row + '\n');
+    ASSERT_FALSE(decoded.Failed) << decoded.Failed->Detail;
+    EXPECT_EQ(decoded.Record.Press, Levels<double>({1000, 850}));
+    EXPECT_EQ(decoded.Record.Temp, Levels<double>({20, 10}));
+    EXPECT_EQ(decoded.Record.Dewpt, Levels<double>({10, kMissing}));
+    ASSERT_EQ(decoded.Record.NumWindLevels(), 1);
+    ExpectWind(decoded.Record, 1, {100, 270, FromMs(5)});
+    EXPECT_EQ(decoded.Record.LatSigned, 40.5);
+    EXPECT_EQ(decoded.Record.LonSigned, -105.25);
+  }
+}
+
+TEST(Formats, StationsOfTheListHavePositions) {
+  StationList stations;
+  for (const auto& [number, ident] :
+       {std::pair{99123, "KTST"}, {98989, "XXXX"}, {98990, "KAAA"}, {98991, "KAAA"}}) {
+    ASSERT_TRUE(stations.Insert({.Number = number,
+                                 .Ident = ident,
+                                 .Name = "PLACE",
+                                 .Region = "TX",
+                                 .ElevM = 77,
+                                 .Lat = 30.5,
+                                 .Lon = 100.25,
+                                 .LonHemi = "W"}));
+  }
+  struct Case {
+    const char *About, *File, *From, *To, *Title;
+    double Lon;
+    int ElevM;
+  };
+  const Case cases[] = {
+      {"letters of three", "spc_text.spc", "-12.50, 130.75", "", "TST  2330Z 31 May 2049", -100.25,
+       410},
+      {"the file's own position", "spc_text.spc", "", "", "TST  2330Z 31 May 2049", 130.75, 410},
+      {"letters that two stations have", "iem_two.json", "", "", "KAAA  12Z 01 Jun 2003", 0, 190},
+      {"a number without position and elevation", "wyoming_text.txt", "Latitude:", "Lat.",
+       "98989 - PLACE ONE, Land  18Z 07 Nov 1987", -100.25, 77},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.About);
+    std::string text = FileText(c.File);
+    const std::string from = c.From;
+    const std::size_t at = text.find(from);
+    ASSERT_NE(at, std::string::npos);
+    text.replace(at, from.size(), c.To);
+    LoadContext context{.Stations = &stations};
+    SoundingRecord record;
+    ASSERT_FALSE(DecodeSounding(SourceText(c.File, text), context, record));
+    EXPECT_EQ(record.StationTitle, c.Title);
+    EXPECT_EQ(record.LonSigned, c.Lon);
+    EXPECT_EQ(record.ElevM, c.ElevM);
+  }
+}
+
+// Heights of 1000, 850 and 700 hPa in the tables of the standard atmosphere.
+TEST(Formats, WindsAloneAreASounding) {
+  const Decoded decoded = DecodeText(
+      "w.txt",
+      "# pressure (hPa)  direction (deg)  speed (kts)\n1000 180 10\n850 200 20\n700 0 0\n");
+  ASSERT_FALSE(decoded.Failed) << decoded.Failed->Detail;
+  EXPECT_EQ(decoded.Record.NumTempLevels(), 0);
+  ASSERT_EQ(decoded.Record.NumWindLevels(), 3);
+  EXPECT_NEAR(decoded.Record.WindHgt(1), 111, 1);
+  EXPECT_NEAR(decoded.Record.WindHgt(2), 1457, 1);
+  EXPECT_NEAR(decoded.Record.WindHgt(3), 3012, 1);
+  EXPECT_TRUE(decoded.HasNote("Winds only"));
+
+  const char* const one = "# pressure (hPa) T (C) WD (deg) WS (kt)\n1000 20 180 10\n850 M 200 20\n";
+  const Decoded single = DecodeText("s.txt", one);
+  ASSERT_FALSE(single.Failed);
+  EXPECT_EQ(single.Record.NumTempLevels(), 0);
+  EXPECT_TRUE(single.HasNote("The only temperature, at 1000 hPa, was left out."));
+  EXPECT_EQ(DecodeText("d.txt", "# pressure dewpoint\n1000 20\n850 12\n").Failed->Detail,
+            "d.txt: too few levels, 0 with a temperature and 0 with a wind");
 }
 
 const char* const kBulletins = "coded_bulletins_20240305.txt";

@@ -1,0 +1,112 @@
+// Every exchange format the ways a user has it opened: as a file, which stands for dropping and the
+// command line too, pasted, and of a file of several soundings those that are chosen.
+#include <gtest/gtest.h>
+
+#include <numeric>
+#include <string>
+#include <vector>
+
+#include "core/files.h"
+#include "ingest/decoder.h"
+#include "program/commands.h"
+#include "program/hodograph_commands.h"
+#include "program/menu.h"
+#include "program/program.h"
+#include "program/sounding_loop.h"
+#include "support/soundings.h"
+
+namespace vexa {
+namespace {
+
+namespace fs = std::filesystem;
+
+class OpenFormats : public testing::Test {
+ protected:
+  OpenFormats() {
+    program.Current.Ask = &user;
+    program.Where.Root = folder.Path();
+    program.Where.Data = folder.Path();
+    program.ChooseSoundings = [this](const std::vector<std::string>& titles) {
+      offered = titles;
+      std::vector<int> all(titles.size());
+      std::iota(all.begin(), all.end(), 0);
+      return all;
+    };
+  }
+  fs::path Copied(const std::string& name) {
+    const fs::path path = folder.Path() / name;
+    EXPECT_FALSE(SaveFile(path, ReadFile(test::TestData(name)).Value()));
+    return path;
+  }
+
+  test::TemporaryFolder folder;
+  test::ScriptedInteraction user;
+  std::vector<std::string> offered{};
+  Program program;
+};
+
+TEST_F(OpenFormats, OpenedOrPastedItIsTheSameSoundingAndIsDrawn) {
+  const char* const files[] = {"native_1_9.RAW",       "dump_text.txt",
+                               "dump_sheet.csv",       "columns_units.txt",
+                               "iem_two.json",         "dropsonde_raw.txt",
+                               "dropsonde_report.frd", "class_two.cls",
+                               "eol_one.eol",          "bufkit_two.buf",
+                               "spc_text.spc",         "igra_station.txt",
+                               "fsl_two.fsl",          "wyoming_csv.csv",
+                               "wyoming_page.html",    "wyoming_text.txt",
+                               "iem_table.csv",        "model_two.csv",
+                               "td6201_two.txt",       "coded_bulletins_20240305.txt"};
+  for (const char* name : files) {
+    SCOPED_TRACE(name);
+    ASSERT_TRUE(Refresh(program, OpenSoundings(program, {Copied(name)})));
+    ASSERT_EQ(program.Current.FileName, name);
+    ASSERT_TRUE(program.Plot);
+    EXPECT_FALSE(program.Plot->Page.Items().empty());
+    const SoundingRecord opened = program.Current.Record;
+    const std::string text = ReadFile(test::TestData(name)).Value();
+    ASSERT_TRUE(Refresh(program, commands::LoadText(program, text)));
+    EXPECT_NE(program.Current.FileName, name);
+    EXPECT_EQ(program.Current.Record.DataFormat, opened.DataFormat);
+    EXPECT_EQ(program.Current.Record.Press, opened.Press);
+    EXPECT_EQ(program.Current.Record.Dewpt, opened.Dewpt);
+    EXPECT_EQ(program.Current.Record.WindHgt, opened.WindHgt);
+  }
+}
+
+TEST_F(OpenFormats, HoursOfAForecastAreChosenAndSteppedThrough) {
+  Refresh(program, OpenSoundings(program, {Copied("bufkit_two.buf")}));
+  EXPECT_EQ(offered,
+            (std::vector<std::string>{"72999  00Z 29 Feb 2020", "72999 - KTST  03Z 29 Feb 2020"}));
+  ASSERT_EQ(program.Listed.size(), 2U);
+  EXPECT_EQ(program.Current.Record.Temp(1), 21.5);
+  Refresh(program, StartLoop(program));
+  Refresh(program, StepLoop(program));
+  EXPECT_EQ(program.Current.Record.Temp(1), 23.5);
+  EXPECT_EQ(program.Current.Record.Time.Hour, 3);
+}
+
+TEST_F(OpenFormats, WindsAloneHaveADiagramAndAHodograph) {
+  ASSERT_TRUE(Refresh(
+      program, commands::LoadText(program,
+                                  "PPBB 55120 01234 90146 19522 19533 20040 90789 20545 21050 "
+                                  "21555 91024 22060 22565 23070 9205/ 23575 24080=")));
+  EXPECT_EQ(program.Current.Record.NumTempLevels(), 0);
+  EXPECT_EQ(program.Current.Record.NumWindLevels(), 11);
+  ASSERT_TRUE(program.Plot);
+  EXPECT_FALSE(program.Plot->Page.Items().empty());
+  // 25 000 ft are at 376 hPa of the standard atmosphere.
+  EXPECT_EQ(program.Plot->Mapping.TopPress(), 300);
+  for (const MenuRow& row : MenuTree()) {
+    if (row.Name == "mnuHodograph") {
+      EXPECT_TRUE(IsEnabled(row, program));
+    }
+    if (row.Name != "mnuSevereWx") continue;
+    EXPECT_FALSE(IsEnabled(row, program));
+    EXPECT_EQ(HintOf(row, program), "(severe weather) needs a sounding with temperatures");
+  }
+  const hodograph::HodographPlot plot = hodograph::PlotHodograph(HodographOf(program));
+  EXPECT_FALSE(plot.Page.Items().empty());
+}
+
+}  // namespace
+}  // namespace vexa
