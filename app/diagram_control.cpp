@@ -162,7 +162,7 @@ bool DiagramControl::Press(const QMouseEvent& event) {
   panning_ = middle;
   grip_.reset();
   if (!middle && !choosing_) {
-    grip_ = FindGrip(program_, *at, kGripPixels * view_.UnitsPerPixel());
+    grip_ = CursorTTorTD(program_, *at, kGripPixels * view_.UnitsPerPixel());
   }
   return false;  // the view takes the focus
 }
@@ -210,12 +210,12 @@ bool DiagramControl::Release(const QMouseEvent& event) {
     EndChoosing();
     const std::optional<Rect> region = std::exchange(program_.View.Cursor.Choosing, {});
     const bool isClick = !region || std::max(region->Width(), region->Height()) < kLeastRegion;
-    show_(isClick ? ZoomBy(program_, from, 2) : ZoomTo(program_, *region));
+    show_(isClick ? ZoomBy(program_, from, 2) : ZoomInSizer(program_, *region));
     ShowCursor();
     return true;
   }
   if (std::exchange(panning_, false) || event.button() != Qt::LeftButton) return false;
-  PlaceCursor(program_, from);
+  CursorSetup(program_, from);
   ShowCursor();
   return false;
 }

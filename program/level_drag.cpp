@@ -86,7 +86,7 @@ std::string_view NameOf(Dragged what) {
 
 }  // namespace
 
-std::optional<Grip> FindGrip(const Program& program, Point at, double within) {
+std::optional<Grip> CursorTTorTD(const Program& program, Point at, double within) {
   if (!program.Plot || program.View.Looping) return std::nullopt;
   const diagram::DiagramMapping& mapping = program.Plot->Mapping;
   if (!mapping.Frame().Contains(at)) {
@@ -152,7 +152,7 @@ void LevelDrag::Finish(Program& program) {
 
 std::string LevelDrag::Text(const Program& program) const {
   const SoundingRecord& record = program.Current.Record;
-  if (grip_.What != Dragged::Wind) return LevelText(program, grip_.Level);
+  if (grip_.What != Dragged::Wind) return CursorDataLabels(program, grip_.Level);
   const double height = record.WindHgt(grip_.Level);
   const bool feet = program.Set.GpmUnits == LengthUnits::Feet;
   return Mask(feet ? FeetFromMeters(height) : height, "####0") + (feet ? " ft  " : " m  ") +

@@ -21,7 +21,7 @@ struct Grip {
 
 /// What can be taken hold of within a distance, drawing units, of a place on the page. Where
 /// temperature and dew point coincide it is the temperature.
-std::optional<Grip> FindGrip(const Program& program, Point at, double within);
+std::optional<Grip> CursorTTorTD(const Program& program, Point at, double within);
 
 class LevelDrag {
  public:

@@ -64,7 +64,7 @@ void StartHeaders(Program& program, std::vector<std::string> headers) {
 void NoteHeader(Program& program) {
   if (program.Listed.size() < 2 || program.ListedNow >= program.ListedHeaders.size()) return;
   std::string& header = program.ListedHeaders[program.ListedNow];
-  std::string now = diagram::TitleText(program.Current.Record, program.Set);
+  std::string now = diagram::SoundingTitle(program.Current.Record, program.Set);
   if (header == now) return;
   header = std::move(now);
   WriteHeaders(program);

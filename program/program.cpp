@@ -73,7 +73,7 @@ constexpr CommandRow kCommands[] = {
     {Command::Undo, commands::UndoEdit},
     {Command::Redo, commands::RedoEdit},
     {Command::SoundingDiagram, commands::ShowAlone},
-    {Command::UnZoom, commands::UnZoom},
+    {Command::UnZoom, commands::ZoomOutSizer},
     {Command::Compare, commands::CompareAnother},
     {Command::Overlay, commands::OverlaySeveral},
     {Command::IsaSounding, commands::ToggleIsa},
@@ -150,7 +150,7 @@ bool Refresh(Program& program, Changes changes) {
     program.Plot = std::move(plot);
     // The locked level's text follows its values and units.
     diagram::CursorState& cursor = program.View.Cursor;
-    if (cursor.Level) cursor.Text = LevelText(program, *cursor.Level);
+    if (cursor.Level) cursor.Text = CursorDataLabels(program, *cursor.Level);
     finished = true;
     return {};
   });

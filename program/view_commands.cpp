@@ -70,7 +70,7 @@ void LookAs(const Program& program, diagram::PlotInput& input) {
   if (view.LoopScale) input.Scale = &*view.LoopScale;
 }
 
-Changes ZoomTo(Program& program, const Rect& chosen) {
+Changes ZoomInSizer(Program& program, const Rect& chosen) {
   if (!program.Plot) return {};
   program.View.Zoom = diagram::ZoomRegion(program.Plot->Mapping, chosen);
   return {.View = true};
@@ -92,7 +92,7 @@ Changes Pan(Program& program, double dx, double dy) {
   return {.View = true};
 }
 
-void PlaceCursor(Program& program, Point at) {
+void CursorSetup(Program& program, Point at) {
   if (!program.Plot || !program.Plot->Mapping.Frame().Contains(at)) return;
   diagram::CursorState& cursor = program.View.Cursor;
   if (cursor.Level) {
@@ -106,14 +106,14 @@ void PlaceCursor(Program& program, Point at) {
   }
   cursor = {};
   cursor.Level = diagram::NearestLevel(program.Plot->Mapping, program.Current.Record, at);
-  if (cursor.Level) cursor.Text = LevelText(program, *cursor.Level);
+  if (cursor.Level) cursor.Text = CursorDataLabels(program, *cursor.Level);
 }
 
 bool StepCursor(Program& program, int step) {
   diagram::CursorState& cursor = program.View.Cursor;
   if (!cursor.Level) return false;
   cursor.Level = std::clamp(*cursor.Level + step, 1, program.Current.Record.NumTempLevels());
-  cursor.Text = LevelText(program, *cursor.Level);
+  cursor.Text = CursorDataLabels(program, *cursor.Level);
   return true;
 }
 
@@ -124,7 +124,7 @@ std::string SwitchCursor(Program& program) {
   return mode == CursorMode::Free ? "Mouse Cursor" : "Data-Locked Cursor";
 }
 
-std::string LevelText(const Program& program, int level) {
+std::string CursorDataLabels(const Program& program, int level) {
   const SoundingRecord& record = program.Current.Record;
   if (level < 1 || level > record.NumTempLevels()) return {};
   const Options& set = program.Set;
@@ -159,7 +159,7 @@ Changes ShowAlone(Program& program) {
   return {.View = true};
 }
 
-Changes UnZoom(Program& program) {
+Changes ZoomOutSizer(Program& program) {
   if (!program.View.Zoom) return {};
   program.View.Zoom.reset();
   return {.View = true};

@@ -13,7 +13,7 @@ namespace vexa {
 void LookAs(const Program& program, diagram::PlotInput& input);
 
 /// Shows a region chosen on the page; the proportions of the diagram stay.
-Changes ZoomTo(Program& program, const Rect& chosen);
+Changes ZoomInSizer(Program& program, const Rect& chosen);
 /// Enlarges by a factor (reduces below 1) about a place on the page.
 Changes ZoomBy(Program& program, Point about, double factor);
 /// Moves what is shown by a distance on the page; nothing while the whole diagram is shown.
@@ -21,19 +21,19 @@ Changes Pan(Program& program, double dx, double dy);
 
 /// Puts the cursor where the user clicked: freely, or locked to the data of the nearest level. A
 /// locked cursor stays until the diagram is refreshed; trying to place another tells so.
-void PlaceCursor(Program& program, Point at);
+void CursorSetup(Program& program, Point at);
 /// Moves a locked cursor up (1) or down (-1) by a level; false without one.
 bool StepCursor(Program& program, int step);
 /// From the free cursor to the locked one or back; gives the new mode's name.
 std::string SwitchCursor(Program& program);
 /// The level of a locked cursor in words: pressure, height, temperature, dew point, wind.
-std::string LevelText(const Program& program, int level);
+std::string CursorDataLabels(const Program& program, int level);
 
 namespace commands {
 
 /// Back to one sounding: no comparison, no overlay, no loop.
 Changes ShowAlone(Program& program);
-Changes UnZoom(Program& program);
+Changes ZoomOutSizer(Program& program);
 
 /// Chosen a second time, both end what they began.
 Changes CompareAnother(Program& program);

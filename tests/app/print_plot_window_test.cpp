@@ -118,7 +118,8 @@ TEST_F(PrintPlotTest, WhatTheDiagramShowsIsPrinted) {
   program.View = {};
   const std::string whole = labels("Sounding");
   const Rect frame = program.Plot->Mapping.Frame();
-  Refresh(program, ZoomTo(program, {frame.Left, frame.Top, frame.Left + 2000, frame.Top + 2000}));
+  Refresh(program,
+          ZoomInSizer(program, {frame.Left, frame.Top, frame.Left + 2000, frame.Top + 2000}));
   EXPECT_NE(labels("Sounding"), whole) << "the part on the screen is printed";
   program.Current.LoadNotes = {"a wind without a height is left out"};
   EXPECT_NE(labels("Notes").find("without a height"), std::string::npos);

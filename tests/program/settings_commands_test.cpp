@@ -177,7 +177,7 @@ TEST_F(SettingsTest, HeadersOfTheListedSoundingsOutliveTheSession) {
 
   Program next;
   Start(next);
-  EXPECT_TRUE(LoadAtStart(next).Sounding);
+  EXPECT_TRUE(AutoLoadCode(next).Sounding);
   EXPECT_EQ(ListedText(next, 2), ListedText(program, 2));
   EXPECT_EQ(ListedText(next, 1), "2/3  b.RAW");
 }

@@ -141,14 +141,14 @@ TEST_F(ViewTest, LoopsThroughTheListAndSkipsWhatIsBad) {
 TEST_F(ViewTest, ALockedCursorStepsLevelsUntilTheDiagramIsRefreshed) {
   EXPECT_EQ(SwitchCursor(program), "Data-Locked Cursor");
   const Point at = program.Plot->Mapping.ToPoint(0, 705);
-  PlaceCursor(program, at);
+  CursorSetup(program, at);
   EXPECT_EQ(program.View.Cursor.Level, 10);
   EXPECT_NE(program.View.Cursor.Text.find("700.0 mb"), std::string::npos);
   EXPECT_NE(program.View.Cursor.Text.find("Temp:8.6  Td:-3.2"), std::string::npos);
   ASSERT_TRUE(StepCursor(program, 1));
   EXPECT_NE(program.View.Cursor.Text.find("650.0 mb"), std::string::npos);
   user.Expect("VEXA", Answer::Ok);
-  PlaceCursor(program, at);
+  CursorSetup(program, at);
   EXPECT_NE(user.Boxes.back().Text.find("Data-Locked Cursor"), std::string::npos);
   Do(Command::Refresh);
   EXPECT_FALSE(program.View.Cursor.Level);
@@ -159,9 +159,9 @@ TEST_F(ViewTest, ADragIsOneEditThatCanBeTakenBackOrUndone) {
   const SoundingRecord before = program.Current.Record;
   const diagram::DiagramMapping at = program.Plot->Mapping;
   const Point held = at.ToPoint(8.6, 700);
-  const auto grip = FindGrip(program, held, 100);
+  const auto grip = CursorTTorTD(program, held, 100);
   ASSERT_EQ(grip, (Grip{Dragged::Temp, 10}));
-  EXPECT_FALSE(FindGrip(program, at.ToPoint(35, 400), 100));
+  EXPECT_FALSE(CursorTTorTD(program, at.ToPoint(35, 400), 100));
 
   for (const DiagramType type :
        {DiagramType::SkewT, DiagramType::Emagram, DiagramType::Tephigram}) {
@@ -206,7 +206,7 @@ TEST_F(ViewTest, AWindFollowsThePointer) {
   ASSERT_NE(spot, nullptr);
   const Point held{(spot->Where.Left + spot->Where.Right) / 2,
                    (spot->Where.Top + spot->Where.Bottom) / 2};
-  const auto grip = FindGrip(program, held, 100);
+  const auto grip = CursorTTorTD(program, held, 100);
   ASSERT_EQ(grip, (Grip{Dragged::Wind, 2}));
   LevelDrag drag(program, *grip, held);
   // 30 kt to the west: (-24.8, -19.3), 31.4 kt from 232 degrees.
