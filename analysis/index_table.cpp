@@ -109,7 +109,7 @@ constexpr IndexRow kRows[] = {
      "Atkins and Wakimoto 1991", DeltaThetaE},
     {"700-500 LR", "700 - 500 mb lapse rate (C/km)", Measure::Number, "C/km", "0.0",
      "(T700 - T500) / (z500 - z700)", "", LapseRate},
-    {"   WBZ Hgt", "WBZ - WetBulb Zero Hgt (ft,AGL)", Measure::Depth, "m", "####0",
+    {"   WBZ Hgt", "WBZ - WetBulb Zero Hgt", Measure::Depth, "m", "####0",
      "lowest height above ground where the wet bulb is 0 C", "Miller 1972", WetBulbZero},
     {"Wind-Chill", "Wind chill", Measure::Temp, "C", "##0.0", "of surface T and surface wind",
      "Siple and Passel 1945", WindChill},

@@ -33,6 +33,7 @@ struct LayerWinds {
   std::vector<WindVector> Winds{};
   bool HasSurface = false;
   bool ReachesTop = false;
+  bool IsFilled = false;  // the winds begin low enough and are enough to stand for the layer
 };
 
 // The winds above the ground as components, turned once for all layers.
@@ -64,6 +65,10 @@ class WindsAbove {
         layer.ReachesTop = true;
       }
     }
+    // Winds that begin aloft, or a single one, would pass for the mean of a deep layer.
+    const std::size_t fewest = depth > kLowLayer ? 2 : 1;
+    layer.IsFilled =
+        layer.Winds.size() >= fewest && !heights_.empty() && heights_.front() <= kLowLayer;
     return layer;
   }
 
@@ -83,6 +88,11 @@ std::optional<WindVector> MeanOf(const LayerWinds& layer) {
   }
   const auto count = static_cast<double>(layer.Winds.size());
   return WindVector{sum.U / count, sum.V / count};
+}
+
+std::optional<WindVector> MeanFromGround(const WindsAbove& winds, double depth) {
+  const LayerWinds layer = winds.Layer(depth);
+  return layer.IsFilled ? MeanOf(layer) : std::nullopt;
 }
 
 double HelicityOf(const LayerWinds& layer, const WindVector& motion) {
@@ -159,8 +169,9 @@ float BRNnbr(const std::optional<WindVector>& mean6km,
 }
 
 std::optional<Movers> Bunkers(const SoundingRecord& sounding, double ground, int deviationFactor) {
-  return BunkersOf(sounding, ground, LayerMeanWind(sounding, ground, kDeepLayer),
-                   LayerMeanWind(sounding, ground, kLowLayer), deviationFactor);
+  const WindsAbove winds(sounding, ground, kDeepLayer);
+  return BunkersOf(sounding, ground, MeanFromGround(winds, kDeepLayer),
+                   MeanFromGround(winds, kLowLayer), deviationFactor);
 }
 
 std::optional<Movers> TraditionalMotion(const SoundingRecord& sounding, double ground,
@@ -188,8 +199,8 @@ StormMotionResults AnalyseStormMotion(const SoundingRecord& sounding, const Opti
   results.RightIsCyclonic = sounding.LatHemi != "S";
   const WindsAbove winds(sounding, ground, kDeepLayer);
   const LayerWinds deep = winds.Layer(kDeepLayer);
-  results.Mean6km = MeanOf(deep);
-  results.MeanHalfKm = MeanOf(winds.Layer(kLowLayer));
+  results.Mean6km = MeanFromGround(winds, kDeepLayer);
+  results.MeanHalfKm = MeanFromGround(winds, kLowLayer);
   results.BrnShear = BRNnbr(results.Mean6km, results.MeanHalfKm);
   if (deep.HasSurface && deep.ReachesTop && deep.Winds.size() > 1) {
     results.Shear6km = Difference(deep.Winds.back(), deep.Winds.front());

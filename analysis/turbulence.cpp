@@ -11,6 +11,7 @@
 namespace vexa::analysis {
 namespace {
 
+constexpr double kBeyondShare = 0.005;    // of the depth of the sounding
 constexpr double kBoundaryLayer = 609.6;  // m: 2000 ft
 constexpr double kHighLevel = 12192;      // m: 40000 ft
 constexpr double kLeastLowPair = 15.24;   // m: 50 ft
@@ -105,6 +106,8 @@ std::vector<WindPair> PairWinds(const SoundingRecord& sounding, const LevelProfi
   if (levels.Count() < 2) return pairs;
   const double bottom = levels.Height(1);
   const double top = levels.Height.Top();
+  // The last wind may stand a little above the last temperature, whose height is worked out.
+  const double reach = top + kBeyondShare * (top - bottom);
   ProfileWalk walk(levels);
   AirPoint low;
   WindVector lowWind;
@@ -112,10 +115,11 @@ std::vector<WindPair> PairWinds(const SoundingRecord& sounding, const LevelProfi
   for (int i = 1; i <= sounding.NumWindLevels(); ++i) {
     const double height = sounding.WindHgt(i);
     if (height > highest) break;
-    if (height < bottom || height > top) continue;
+    if (height < bottom || height > reach) continue;
     if (begun && !(height - low.Height >= std::max(leastThickness, 1e-6))) continue;
     if (NotAvailable(sounding.WindDir(i)) || NotAvailable(sounding.WindSpd(i))) continue;
-    const AirPoint high = walk.At(height);
+    AirPoint high = walk.At(std::min(height, top));
+    high.Height = height;
     const WindVector wind = Components({sounding.WindDir(i), sounding.WindSpd(i)});
     if (begun) {
       const double depth = high.Height - low.Height;

@@ -271,6 +271,9 @@ bool DiagramControl::Key(const QKeyEvent& event) {
       return true;
     case Qt::Key_L:
       status_(SwitchCursor(program_));
+      if (program_.Settings.Window.Cursor == CursorMode::Locked) {
+        CursorSetup(program_, view_.Pointed().value_or(middle));
+      }
       ShowCursor();
       return true;
     case Qt::Key_Up:
@@ -281,7 +284,10 @@ bool DiagramControl::Key(const QKeyEvent& event) {
       return true;
     case Qt::Key_Left:
     case Qt::Key_Right:
-      if (!locked) return false;
+      // With Shift, and for a single sounding, the free cursor moves.
+      if (!locked && (program_.Listed.size() < 2 || event.modifiers() & Qt::ShiftModifier)) {
+        return false;
+      }
       StepSounding(event.key() == Qt::Key_Right ? 1 : -1);
       return true;
     default:

@@ -88,7 +88,12 @@ void DiagramView::paintEvent(QPaintEvent*) {
 }
 
 void DiagramView::Tell(const std::optional<Point>& at) {
+  told_ = at;
   if (pointed_) pointed_(at);
+}
+
+void DiagramView::TellAgain() {
+  Tell(told_);
 }
 
 void DiagramView::mouseMoveEvent(QMouseEvent* event) {

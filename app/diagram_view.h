@@ -21,6 +21,10 @@ class DiagramView : public QWidget {
   /// A picture of the same page over it, or null; it must stay as well.
   void ShowOver(const Picture* over);
   /// Is told the pointer's place on the page, or nothing when it leaves the picture.
+  /// Where the pointer or the cursor of the keys stands on the page.
+  const std::optional<Point>& Pointed() const { return told_; }
+  /// What the pointer rests on may have changed with the picture.
+  void TellAgain();
   void OnPointer(std::function<void(std::optional<Point>)> pointed) {
     pointed_ = std::move(pointed);
   }
@@ -48,6 +52,7 @@ class DiagramView : public QWidget {
 
  private:
   void Tell(const std::optional<Point>& at);
+  std::optional<Point> told_{};
   void MoveCursor(double dx, double dy);
 
   const Picture* picture_ = nullptr;

@@ -44,7 +44,10 @@ bool AskAndSavePdf(Program& program, const std::vector<Picture>& pages) {
   if (program.Current.Ask == nullptr || pages.empty()) return false;
   const auto name = program.Current.Ask->ChooseFile(
       {.Title = "Print to PDF", .Filter = "PDF Files (*.PDF)|*.PDF", .Saving = true});
-  if (!name) return false;
+  if (!name) {
+    TellOfPrinting(program, {kFaultPrinter, "AskAndSavePdf", paint::kPrintCancelled});
+    return false;
+  }
   const auto fault = SaveSheetsAsPdf(program, pages, PathFromText(*name));
   if (fault) TellOfPrinting(program, *fault);
   return !fault;

@@ -42,6 +42,7 @@
 #include "app/hodogram_window.h"
 #include "app/hodograph_window.h"
 #include "app/loop_window.h"
+#include "app/menu_hints.h"
 #include "app/option_control.h"
 #include "app/output_actions.h"
 #include "app/parcel_dock.h"
@@ -126,6 +127,7 @@ void SoundingWindow::BuildMenus() {
   std::map<std::string_view, QMenu*> menus;
   std::map<std::string_view, QActionGroup*> choices;
   auto* shortcuts = new ShortcutMemory(program_, this);
+  auto* hints = new MenuHints(this);
   for (const MenuRow& row : MenuTree()) {
     QMenu* in = row.In.empty() ? nullptr : menus.at(row.In);
     const QString caption = ToQString(row.Caption);
@@ -134,6 +136,7 @@ void SoundingWindow::BuildMenus() {
       QMenu* menu = in == nullptr ? menuBar()->addMenu(caption) : in->addMenu(caption);
       menu->setObjectName(ToQString(row.Name));
       menu->setToolTipsVisible(true);
+      menu->installEventFilter(hints);
       menus[row.Name] = menu;
       continue;
     }
@@ -388,6 +391,8 @@ void SoundingWindow::ShowState() {
   progress_->setPalette(colors);
   progress_->setText(
       ToQString(TakeNotices(program_) + (fault.empty() ? LoadRemarks(program_) : fault)));
+  progress_->setToolTip(ToQString(LoadRemarks(program_, "\n")));  // the line may be too short
+  view_->TellAgain();
 }
 
 // A display that is up follows every change; one that was chosen opens. None is taken down while

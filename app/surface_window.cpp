@@ -56,6 +56,7 @@ QDoubleSpinBox* SurfaceWindow::AddNumber(const char* name, double least, double 
   box->setObjectName(QString::fromUtf8(name));
   box->setLocale(QLocale::c());
   box->setDecimals(decimals);
+  box->setKeyboardTracking(false);  // half a number is none
   box->setRange(least, most);
   return box;
 }
@@ -87,6 +88,7 @@ void SurfaceWindow::Try() {
 
 void SurfaceWindow::accept() {
   RememberEdit(program_, "change surface", before_);
+  show_({.View = true});  // the undo entry follows
   QDialog::accept();
 }
 

@@ -8,6 +8,7 @@
 #include "analysis/moist_air.h"
 #include "cli/commands.h"
 #include "cli/settings.h"
+#include "core/data_checks.h"
 #include "core/files.h"
 #include "core/markers.h"
 #include "core/numbers.h"
@@ -80,6 +81,12 @@ int ForEachSounding(const Arguments& arguments, const Options& options, Console&
   for (const std::string& file : arguments.Files) {
     const Outcome<AnalysedSounding> sounding = LoadAndAnalyse(file, options, table);
     if (sounding) {
+      const QcFinding found = CheckRecord(sounding.Value().Record);
+      if (found.Number != 0) {
+        console.Err("vexa-cli: " + file +
+                    ": the data are doubtful: " + std::string(QcText(found.Number)) +
+                    (found.Level != 0 ? " Level " + Shortest(found.Level) + "." : "") + "\n");
+      }
       use(sounding.Value());
     } else {
       ReportFault(console, file, sounding.Error());

@@ -13,5 +13,9 @@ int main(int argc, char** argv) {
   };
   vexa::cli::Console console{to(stdout), to(stderr)};
   const std::vector<std::string> words(argv + 1, argv + argc);
-  return vexa::cli::RunCommandLine(words, console);
+  const int code = vexa::cli::RunCommandLine(words, console);
+  // What was written to a full disk is noticed at the latest here.
+  if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return code;
+  console.Err("vexa-cli: the standard output cannot be written\n");
+  return code == 0 ? 1 : code;
 }

@@ -104,6 +104,20 @@ std::optional<Fault> StationList::Delete(int number) {
   return std::nullopt;
 }
 
+const Station* StationOfLetters(const StationList& list, std::string_view letters) {
+  constexpr std::size_t kWithoutCountry = 3, kWhole = 4;
+  const bool isShort = letters.size() == kWithoutCountry;
+  if (!isShort && letters.size() != kWhole) return nullptr;
+  const std::string sought = Upper((isShort ? "K" : "") + std::string(letters));
+  const auto isSought = [&sought](const Station& station) { return station.Ident == sought; };
+  const auto& all = list.All();
+  const auto found = std::ranges::find_if(all, isSought);
+  if (found == all.end() || std::find_if(found + 1, all.end(), isSought) != all.end()) {
+    return nullptr;
+  }
+  return &*found;
+}
+
 std::vector<const Station*> SearchStations(const StationList& list, std::string_view text,
                                            int most) {
   const std::string wanted = Upper(Trim(text));

@@ -48,6 +48,10 @@ class StationList {
 /// The lines that head a locator file of the program.
 std::vector<std::string> StationHeader();
 
+/// The station of letters, "KOUN", or "OUN" as it is called in the United States, capitals or not;
+/// null where none or several have them.
+const Station* StationOfLetters(const StationList& list, std::string_view letters);
+
 /// Stations for a pick list: digits find numbers that begin with them (leading zeros may be left
 /// out), words find stations in whose identifier, name and region all of them occur, capitals or
 /// not. Identifiers that match whole come first, then names that begin with the text, then the

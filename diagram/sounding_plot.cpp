@@ -109,9 +109,15 @@ void DrawTemperatureGrid(Plot& plot) {
 
 void DrawTitles(Plot& plot) {
   if (plot.Set().TitleAboveDiagram) {
+    const std::string title = "VEXA  -  " + SoundingTitle(plot.Sounding(), plot.Set());
+    // A long one is written smaller, clear of the head of the height scale.
+    constexpr double kSize = 210;
+    constexpr double kPerLetter = 0.6;  // of the size, bold
+    const double letters = static_cast<double>(title.size());
+    const double fitting = (kFrame.Right - kFrame.Left) / (kPerLetter * letters);
     plot.Page.Add("title", Label{.At = {kFrame.Left, 250},
-                                 .Text = "VEXA  -  " + SoundingTitle(plot.Sounding(), plot.Set()),
-                                 .Size = 210,
+                                 .Text = title,
+                                 .Size = std::min(kSize, fitting),
                                  .Ink = plot.Inks.Ink,
                                  .Bold = true});
   }

@@ -61,6 +61,10 @@ std::vector<WindVector> Extent(const Canvas& canvas, const std::vector<ProfileWi
   };
   add(winds);
   for (const ComparedWinds& compared : ShownComparisons(canvas)) add(compared.Winds);
+  if (canvas.In.Window.MbeVector && !canvas.Small) {
+    const auto vector = PropagationVector(canvas.In.Sounding, canvas.In.Results.Levels);
+    if (vector) extent.push_back(*vector);
+  }
   if (!ShowsStorm(canvas)) return extent;
   for (const auto* mover : {&canvas.In.Storm().Right, &canvas.In.Storm().Left}) {
     if (*mover) extent.push_back((*mover)->Motion);

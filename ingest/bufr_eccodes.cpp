@@ -133,6 +133,12 @@ Outcome<BufrMessage> UnpackBufr(std::string_view message) {
   if (!handle) return Damaged("a message cannot be read");
   BufrMessage into;
   into.Category = Whole(handle.get(), "dataCategory");
+  // Others are not unpacked at all.
+  constexpr int kVerticalSoundings = 2, kUndefined = 255;
+  if (into.Category != kVerticalSoundings && into.Category != kUndefined) {
+    return Damaged("a message holds no vertical sounding, its category is " +
+                   Shortest(into.Category));
+  }
   into.Update = Whole(handle.get(), "updateSequenceNumber");
   into.Time = NominalTime(handle.get());
   const int subsets = Whole(handle.get(), "numberOfSubsets");

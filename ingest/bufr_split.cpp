@@ -18,6 +18,33 @@ std::size_t Octets(std::string_view bytes, std::size_t at, std::size_t count) {
   return value;
 }
 
+// A descriptor as section 3 packs it: F in 2 bits, X in 6, Y in 8.
+constexpr std::size_t Packed(std::size_t f, std::size_t x, std::size_t y) {
+  return f << 14 | x << 8 | y;
+}
+
+// Whether each operator that speaks of earlier values (quality, substitutes, statistics) is
+// followed by the bitmap that says of which: the library follows it unseen. Takes the descriptors
+// of section 3.
+bool HaveBitmaps(std::string_view descriptors) {
+  constexpr std::size_t kReuse = Packed(2, 37, 0), kDefine = Packed(2, 36, 0);
+  constexpr std::size_t kPresent = Packed(0, 31, 31);
+  const std::size_t count = descriptors.size() / 2;
+  const auto at = [&](std::size_t i) { return i < count ? Octets(descriptors, 2 * i, 2) : 0; };
+  for (std::size_t i = 0; i < count; ++i) {
+    const bool isOperator = at(i) >> 14 == 2 && (at(i) & 0xFF) == 0;
+    const std::size_t x = at(i) >> 8 & 0x3F;
+    if (!isOperator || !((x >= 22 && x <= 25) || x == 32)) continue;
+    std::size_t next = i + 1;
+    if (at(next) == kReuse) continue;
+    if (at(next) == kDefine) ++next;
+    const bool isReplication = at(next) >> 8 == Packed(1, 1, 0) >> 8;  // of one descriptor
+    const bool isDelayed = (at(next) & 0xFF) == 0;
+    if (!isReplication || at(next + (isDelayed ? 2 : 1)) != kPresent) return false;
+  }
+  return true;
+}
+
 // How many subsets a whole message holds; empty for any other. The sections must fill the message
 // exactly: the library trusts their lengths.
 std::optional<std::size_t> SubsetsOf(std::string_view message) {
@@ -40,10 +67,11 @@ std::optional<std::size_t> SubsetsOf(std::string_view message) {
       constexpr unsigned kOptionalBit = 0x80;
       hasOptional = (static_cast<unsigned char>(message[at + flags]) & kOptionalBit) != 0;
     }
-    constexpr std::size_t kShortestDescription = 9, kSubsetsAt = 4;
+    constexpr std::size_t kHead = 7, kShortestDescription = 9, kSubsetsAt = 4;
     if (section == 3) {
       if (length < kShortestDescription) return {};
       subsets = Octets(message, at + kSubsetsAt, 2);
+      if (!HaveBitmaps(message.substr(at + kHead, length - kHead))) return {};
     }
     at += length;
   }

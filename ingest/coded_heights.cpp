@@ -89,13 +89,19 @@ HeightFinder RestoreHeights(std::vector<CodedLevel>& levels, std::optional<doubl
   const auto surface = std::ranges::find_if(levels, [](const CodedLevel& level) {
     return level.Kind == LevelKind::Surface && level.Values.Temp && level.Values.Press;
   });
-  if (!ground || surface == levels.end()) return heights;
-  // Without a mandatory level there is nothing that the ground could contradict.
-  if (!isFirst && std::fabs(heights.At(*surface->Values.Press) - *ground) > kDoubtful) {
+  if (surface == levels.end()) return heights;
+  // Without a mandatory level there is nothing that the ground could contradict or fit.
+  if (isFirst) return ground ? WithGround(levels, *ground) : heights;
+  const double fitting = std::round(heights.At(*surface->Values.Press));
+  if (ground && std::fabs(fitting - *ground) > kDoubtful) {
     notes.push_back("The elevation of " + Shortest(*ground) +
                     " m does not fit the heights of the message; it was not used.");
     ground.reset();
-    return heights;
+  }
+  if (!ground) {
+    ground = fitting;
+    notes.push_back("The elevation is not known; " + Shortest(fitting) +
+                    " m fits the heights of the message.");
   }
   return WithGround(levels, *ground);
 }

@@ -16,8 +16,8 @@ namespace vexa::ingest {
 /// 300 m is garbled; it is left out with a note that names its group.
 ///
 /// ground  m above mean sea level of the surface level, where the station is known; one that misses
-///         the message's own heights by more than 300 m is another place's and is taken away, with
-///         a note
+///         the message's own heights by more than 300 m is another place's. That one, and one
+///         that is not known, becomes what fits the heights of the message, with a note
 /// returns the finder that knows these heights, for the winds in between
 HeightFinder RestoreHeights(std::vector<CodedLevel>& levels, std::optional<double>& ground,
                             std::vector<std::string>& notes);

@@ -88,31 +88,12 @@ void KeepAscent(std::vector<SourceLevel>& levels, std::vector<std::string>& note
   note("Rows after the highest point", descent);
 }
 
-namespace {
-
-// "KOUN", or "OUN" as it is called in the United States; null where several have these letters.
-const Station* StationOfLetters(const std::string& letters, const StationList& stations) {
-  constexpr std::size_t kWithoutCountry = 3, kWhole = 4;
-  const bool isShort = letters.size() == kWithoutCountry;
-  if (!isShort && letters.size() != kWhole) return nullptr;
-  const std::string sought = isShort ? 'K' + letters : letters;
-  const auto isSought = [&sought](const Station& station) { return station.Ident == sought; };
-  const auto& all = stations.All();
-  const auto found = std::ranges::find_if(all, isSought);
-  if (found == all.end() || std::find_if(found + 1, all.end(), isSought) != all.end()) {
-    return nullptr;
-  }
-  return &*found;
-}
-
-}  // namespace
-
 void LocateStation(SourceHeading& heading, LoadContext& context) {
   StationName& name = heading.Station;
   if (context.Stations == nullptr) return;
   const bool hasPosition = heading.Lat && heading.Lon;
   const Station* station = name.Number != 0 ? context.Stations->Find(name.Number)
-                                            : StationOfLetters(name.Letters, *context.Stations);
+                                            : StationOfLetters(*context.Stations, name.Letters);
   if (station == nullptr) {
     if (hasPosition || name.Number == 0) return;
     context.Notes.push_back("Station " + Mask(name.Number, "00000") +

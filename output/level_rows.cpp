@@ -16,6 +16,7 @@ using analysis::AnalysisResults;
 using analysis::LevelProfile;
 
 constexpr double kNearMeters = 5;
+constexpr double kGroundOffset = 30;  // m: more is no difference of two elevations
 constexpr double kNearShare = 0.005;  // of the height above the ground
 constexpr double kGramsPerKilogram = 1000;
 
@@ -69,22 +70,82 @@ double Tolerance(const LevelProfile& levels, double height) {
   return kNearMeters + kNearShare * std::max(0.0, height - levels.Height(1));
 }
 
-// Which wind stands at each temperature level, 0 for none; of several the nearest.
-std::vector<int> WindsAtLevels(const SoundingRecord& sounding, const LevelProfile& levels) {
-  std::vector<int> winds(static_cast<std::size_t>(levels.Count()) + 1, 0);
-  for (int i = 1; i <= sounding.NumWindLevels(); ++i) {
-    const double height = sounding.WindHgt(i);
-    const int level = NearestLevel(levels, height);
-    if (level == 0) continue;
-    const double distance = std::fabs(levels.Height(level) - height);
-    if (!(distance <= Tolerance(levels, height))) continue;
-    int& taken = winds[static_cast<std::size_t>(level)];
-    if (taken == 0 || distance < std::fabs(levels.Height(level) - sounding.WindHgt(taken))) {
-      taken = i;
+// Which wind stands at each temperature level, 0 for none. Both profiles rise, so the winds keep
+// their order; of several at one level those below step down where there is room, else the nearest
+// stays.
+class WindPlaces {
+ public:
+  WindPlaces(const SoundingRecord& sounding, const LevelProfile& levels)
+      : sounding_(sounding),
+        levels_(levels),
+        winds_(static_cast<std::size_t>(levels.Count()) + 1, 0) {
+    if (sounding.NumWindLevels() == 0 || levels.Count() == 0) return;
+    // A source's heights may begin at another elevation of the station than the sounding does.
+    const double offset = sounding.WindHgt(1) - levels.Height(1);
+    if (std::fabs(offset) <= kGroundOffset) offset_ = offset;
+    for (int i = 1; i <= sounding.NumWindLevels(); ++i) Place(i);
+  }
+  const std::vector<int>& Winds() const { return winds_; }
+
+ private:
+  int& At(int level) { return winds_[static_cast<std::size_t>(level)]; }
+  double HeightOf(int wind) const { return sounding_.WindHgt(wind) - offset_; }
+  double Distance(int level, int wind) const {
+    return std::fabs(levels_.Height(level) - HeightOf(wind));
+  }
+  bool Fits(int level, int wind) const {
+    return Distance(level, wind) <= Tolerance(levels_, HeightOf(wind));
+  }
+
+  void Place(int wind) {
+    const int nearest = NearestLevel(levels_, HeightOf(wind));
+    if (nearest == 0) return;
+    if (nearest > last_) return Put(nearest, wind);
+    const bool fitsAbove = last_ < levels_.Count() && Fits(last_ + 1, wind);
+    const std::optional<double> stepping = CostOfStepping();
+    const double above = fitsAbove ? Distance(last_ + 1, wind) : 0;
+    const bool fitsHere = Fits(last_, wind);
+    if (stepping && fitsHere && (!fitsAbove || *stepping + Distance(last_, wind) <= above)) {
+      StepDown();
+      At(last_) = wind;
+    } else if (fitsAbove) {
+      Put(last_ + 1, wind);
+    } else if (fitsHere && Distance(last_, wind) < Distance(last_, At(last_))) {
+      At(last_) = wind;
     }
   }
-  return winds;
-}
+
+  void Put(int level, int wind) {
+    if (!Fits(level, wind)) return;
+    At(level) = wind;
+    last_ = level;
+  }
+
+  // How much farther from their levels the winds of the run that ends at the last one taken would
+  // stand a level lower; empty where they cannot.
+  std::optional<double> CostOfStepping() {
+    double cost = 0;
+    for (int level = last_; level >= 1; --level) {
+      const int wind = At(level);
+      if (wind == 0) return cost;
+      if (level == 1 || !Fits(level - 1, wind)) return std::nullopt;
+      cost += Distance(level - 1, wind) - Distance(level, wind);
+    }
+    return std::nullopt;
+  }
+
+  void StepDown() {
+    int free = last_;
+    while (At(free) != 0) --free;
+    for (; free < last_; ++free) At(free) = At(free + 1);
+  }
+
+  const SoundingRecord& sounding_;
+  const LevelProfile& levels_;
+  std::vector<int> winds_;
+  double offset_ = 0;
+  int last_ = 0;  // highest level that is taken
+};
 
 // Pressure at a height, beyond the highest level in air of its virtual temperature.
 std::optional<double> PressureAt(const LevelProfile& levels, double height) {
@@ -115,7 +176,8 @@ void PutShear(const SoundingRecord& sounding, const LevelProfile& levels,
 
 std::vector<Joined> Join(const SoundingRecord& sounding, const AnalysisResults& results) {
   const LevelProfile& levels = results.Levels;
-  const std::vector<int> winds = WindsAtLevels(sounding, levels);
+  const WindPlaces places(sounding, levels);
+  const std::vector<int>& winds = places.Winds();
   std::vector<bool> isPlaced(static_cast<std::size_t>(sounding.NumWindLevels()) + 1, false);
   std::vector<Joined> rows;
   rows.reserve(winds.size() + isPlaced.size());
@@ -144,6 +206,10 @@ std::vector<Joined> Join(const SoundingRecord& sounding, const AnalysisResults& 
 }
 
 }  // namespace
+
+std::vector<int> WindsOfLevels(const SoundingRecord& sounding, const AnalysisResults& results) {
+  return WindPlaces(sounding, results.Levels).Winds();
+}
 
 std::vector<LevelRow> IntegrateLevels(const SoundingRecord& sounding,
                                       const AnalysisResults& results) {

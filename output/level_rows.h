@@ -32,11 +32,18 @@ struct LevelRow {
   bool operator==(const LevelRow&) const = default;
 };
 
+/// Number of the wind that belongs to each temperature level by its number, 0 for none; entry 0
+/// stands for no level.
+std::vector<int> WindsOfLevels(const SoundingRecord& sounding,
+                               const analysis::AnalysisResults& results);
+
 /// Every level in the order of height. A wind belongs to the temperature level nearest to it when
 /// both lie within 5 m plus half a per cent of their height above the ground: heights that a
-/// source reports and those that follow from its temperatures differ by as much. Other winds are
-/// levels of their own, above the highest temperature with the pressure of an isothermal
-/// continuation; winds that no pressure can be found for are left out.
+/// source reports and those that follow from its temperatures differ by as much, besides the
+/// difference between the lowest of both. Winds keep their order; where two are nearest to one
+/// level the lower steps down if it can. Other winds are levels of their own, above the highest
+/// temperature with the pressure of an isothermal continuation; winds that no pressure can be found
+/// for are left out.
 std::vector<LevelRow> IntegrateLevels(const SoundingRecord& sounding,
                                       const analysis::AnalysisResults& results);
 

@@ -47,11 +47,13 @@ std::string HeightShown(double height, const ListingSource& from) {
 }
 
 // "240/ 25" at a height; "--" outside the winds.
+std::string WindShown(const analysis::Wind& wind, const ListingSource& from) {
+  const double dir = Rounded(wind.Dir, 0);
+  return Mask(dir == 0 ? 360 : dir, "000") + "/" + PadLeft(SpeedShown(wind.Spd, from), 3);
+}
 std::string WindShown(double height, const ListingSource& from) {
   const analysis::WindSample wind = analysis::WindAtHeight(from.Sounding, height);
-  if (!wind.Ok()) return std::string(kNoValue);
-  const double dir = Rounded(wind.Value.Dir, 0);
-  return Mask(dir == 0 ? 360 : dir, "000") + "/" + PadLeft(SpeedShown(wind.Value.Spd, from), 3);
+  return wind.Ok() ? WindShown(wind.Value, from) : std::string(kNoValue);
 }
 
 std::string ClassWord(const std::vector<AirLayer>& layers, double height) {
@@ -182,12 +184,18 @@ ListingLines SummaryListing(const ListingSource& from) {
   lines.push_back(units.Take());
   const LevelProfile& levels = from.Results.Levels;
   const analysis::LayerResults& layers = from.Results.Layers;
+  const std::vector<int> winds = WindsOfLevels(from.Sounding, from.Results);
   for (int i = 1; i <= levels.Count(); ++i) {
     const double height = levels.Height(i);
+    // A wind that was observed at the level is shown as it was.
+    const int own = winds[static_cast<std::size_t>(i)];
+    const std::string wind =
+        own == 0 ? WindShown(height, from)
+                 : WindShown({from.Sounding.WindDir(own), from.Sounding.WindSpd(own)}, from);
     ListingLine line;
     line.EndAt(6, HeightShown(height, from)).EndAt(13, Mask(levels.Press(i), "###0.0"));
     line.EndAt(20, TempShown(levels.Temp(i), from)).EndAt(26, TempShown(levels.Dewpt(i), from));
-    line.EndAt(31, Shown(levels.RelHumidity(i), "##0")).EndAt(40, WindShown(height, from));
+    line.EndAt(31, Shown(levels.RelHumidity(i), "##0")).EndAt(40, wind);
     line.EndAt(46, ClassWord(layers.Turbulence, height));
     line.EndAt(52, ClassWord(layers.LowShear, height));
     line.BeginAt(57, IcingWord(from, height));

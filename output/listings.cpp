@@ -12,15 +12,15 @@ namespace {
 
 // "Indixes.Dat" is spelled so.
 constexpr ListingRow kListings[] = {
-    {Listing::Summary, "SummaryData", "summary", "Summary.Dat", "", SummaryListing},
+    {Listing::Summary, "SummaryData", "summary", "Summary.Dat", "", SummaryListing, 3},
     {Listing::Complete, "CompleteData", "complete", "Complete.Dat", "Completed.Dat",
-     CompleteListing},
-    {Listing::Interval, "IntervalData", "interval", "Interval.Dat", "", IntervalListing},
+     CompleteListing, 2},
+    {Listing::Interval, "IntervalData", "interval", "Interval.Dat", "", IntervalListing, 2},
     {Listing::Analyses, "AnalysesData", "analyses", "Analyses.Dat", "Analysis.Dat",
      AnalysesListing},
     {Listing::Weather, "WeatherData", "weather", "Weather.Dat", "Weathered.Dat", WeatherListing},
     {Listing::Indices, "IndicesData", "indices", "Indices.Dat", "Indixes.Dat", IndicesListing},
-    {Listing::Cape, "CAPEdata", "cape", "CAPEInterval.Dat", "", CapeListing},
+    {Listing::Cape, "CAPEdata", "cape", "CAPEInterval.Dat", "", CapeListing, 2},
 };
 
 std::string TimeText(const ObservationTime& time) {
@@ -64,10 +64,11 @@ ListingLines PageHeader(const ListingSource& from, const PageHeaderChoices& choi
 }
 
 std::vector<ListingLines> Paginate(const ListingLines& listing, const ListingLines& header,
-                                   int linesPerPage) {
+                                   int linesPerPage, int headLines) {
   const std::size_t room = static_cast<std::size_t>(std::max(linesPerPage, 1));
   const std::size_t used = header.size() + 1;
-  const std::size_t body = room > used ? room - used : 1;
+  const std::size_t body =
+      std::max(room > used ? room - used : 1, static_cast<std::size_t>(headLines) + 1);
   std::vector<ListingLines> pages;
   std::size_t onPage = body;  // none is begun
   const auto begin = [&] {
@@ -75,12 +76,25 @@ std::vector<ListingLines> Paginate(const ListingLines& listing, const ListingLin
     pages.back().emplace_back();
     onPage = 0;
   };
-  for (const std::string& line : listing) {
+  bool isFresh = true;  // a table begins, with a head of its own
+  ListingLines head;
+  for (auto at = listing.begin(); at != listing.end(); ++at) {
+    const std::string& line = *at;
     if (line == kNewPage) {
       onPage = body;
+      isFresh = true;
       continue;
     }
-    if (onPage >= body) begin();
+    if (onPage >= body) {
+      begin();
+      if (isFresh) {
+        head.assign(at, at + std::min<std::ptrdiff_t>(headLines, listing.end() - at));
+      } else {
+        pages.back().insert(pages.back().end(), head.begin(), head.end());
+        onPage = head.size();
+      }
+      isFresh = false;
+    }
     pages.back().push_back(line);
     ++onPage;
   }

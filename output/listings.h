@@ -36,6 +36,7 @@ struct ListingRow {
   std::string_view File;      // of the prepared text
   std::string_view PageFile;  // of the text as it is printed, with its header; empty: none
   ListingLines (*Make)(const ListingSource& from);
+  int HeadLines = 0;  // above its columns, repeated on each page
 };
 
 /// All seven in their order.
@@ -53,9 +54,10 @@ struct PageHeaderChoices {
 ListingLines PageHeader(const ListingSource& from, const PageHeaderChoices& choices);
 
 /// A listing as pages of at most so many lines, each under the header and a blank line; a page ends
-/// at "NEWPAGE" too, which is not among the lines.
+/// at "NEWPAGE" too, which is not among the lines. The first `headLines` of the listing stand on
+/// every page that goes on with its columns.
 std::vector<ListingLines> Paginate(const ListingLines& listing, const ListingLines& header,
-                                   int linesPerPage);
+                                   int linesPerPage, int headLines = 0);
 
 /// Lines with their ends, CR LF.
 std::string ListingFileText(const ListingLines& lines);

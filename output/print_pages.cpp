@@ -68,12 +68,13 @@ Picture DisplayPage(const Picture& display, const ListingLines& header, const Pr
 }
 
 std::vector<Picture> ListingPages(const ListingLines& listing, const ListingLines& header,
-                                  const PrintSetup& setup) {
+                                  const PrintSetup& setup, int headLines) {
   const PageSizePt size = SizeOf(setup);
   const double letters = LetterSize(listing, header, size.Width - 2 * kMarginPt);
   const double room = (size.Height - 2 * kMarginPt) / (letters * kLeadingShare);
   std::vector<Picture> pages;
-  for (const ListingLines& lines : Paginate(listing, header, static_cast<int>(std::floor(room)))) {
+  const auto linesPerPage = static_cast<int>(std::floor(room));
+  for (const ListingLines& lines : Paginate(listing, header, linesPerPage, headLines)) {
     pages.push_back(BlankPage(setup));
     PutLines(pages.back(), lines, letters);
   }
@@ -85,7 +86,7 @@ std::vector<Picture> PagesOfListings(std::span<const ListingRow* const> rows,
   const ListingLines header = PageHeader(from, setup.Header);
   std::vector<Picture> pages;
   for (const ListingRow* row : rows) {
-    for (Picture& page : ListingPages(row->Make(from), header, setup)) {
+    for (Picture& page : ListingPages(row->Make(from), header, setup, row->HeadLines)) {
       pages.push_back(std::move(page));
     }
   }

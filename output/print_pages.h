@@ -51,9 +51,9 @@ inline constexpr double kLeadingShare = 1.2;  // distance of lines by letters
 /// A display under the header lines, as large as the page allows, in its own proportions.
 Picture DisplayPage(const Picture& display, const ListingLines& header, const PrintSetup& setup);
 
-/// A listing's pages; every line fits the width.
+/// A listing's pages; every line fits the width, and its first `headLines` head each page.
 std::vector<Picture> ListingPages(const ListingLines& listing, const ListingLines& header,
-                                  const PrintSetup& setup);
+                                  const PrintSetup& setup, int headLines = 0);
 
 /// Everything that one print prints: the named listing, or all seven, of a sounding.
 std::vector<Picture> PagesOfListings(std::span<const ListingRow* const> rows,

@@ -157,6 +157,7 @@ bool LoadOne(Program& program, const std::filesystem::path& path, int index, boo
   }
   program.History.Clear();
   program.Loaded = current.Record;
+  program.OnDisk = current.Record;
   program.View.Cursor = {};
   return true;
 }

@@ -80,6 +80,7 @@ bool SaveTo(Program& program, const fs::path& path) {
   }
   current.Record.DataFormat = kRawTag;
   program.History.MarkSaved();
+  program.OnDisk = program.Current.Record;
   if (!program.Loaded) program.Loaded = current.Record;
   commands::MakeRecentFiles(program);
   return true;
@@ -187,22 +188,28 @@ Changes AdoptNew(Program& program, SoundingRecord entered) {
   program.Listed.clear();
   program.ListedNow = 0;
   program.Loaded.reset();
+  program.OnDisk.reset();
   program.History.Clear();
   return Do(program, "enter sounding",
             [&entered](SoundingRecord& record) { record = std::move(entered); });
 }
 
+bool IsAltered(const Program& program) {
+  return program.History.IsChanged() &&
+         !(program.OnDisk && *program.OnDisk == program.Current.Record);
+}
+
 bool MayExit(Program& program) {
   const auto pass = program.Gate.Enter();
-  return pass && commands::MayLeaveSounding(program);
+  return pass && commands::MayLeaveSounding(program, "Exit VEXA . . .");
 }
 
 namespace commands {
 
-bool MayLeaveSounding(Program& program) {
-  if (!program.History.IsChanged()) return true;
+bool MayLeaveSounding(Program& program, std::string_view title) {
+  if (!IsAltered(program)) return true;
   const std::string& file = program.Current.FileName;
-  switch (program.Current.Ask->Ask({.Title = "Exit VEXA . . .",
+  switch (program.Current.Ask->Ask({.Title = std::string(title),
                                     .Text = file +
                                             " sounding data has been changed.\n"
                                             "Do you want to save " +

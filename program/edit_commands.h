@@ -23,6 +23,9 @@ std::string EditName(const SoundingRecord& before, const SoundingRecord& after);
 /// Takes a sounding that was entered by hand, under a name of its own; it has no file yet.
 Changes AdoptNew(Program& program, SoundingRecord entered);
 
+/// Whether the sounding in work differs from what its file holds.
+bool IsAltered(const Program& program);
+
 /// Before the sounding in work goes: asks whether changes are to be saved, saves them if so. False
 /// when the user wants to stay, when saving failed, and while a command runs. Unattended runs
 /// leave without saving.
@@ -31,7 +34,7 @@ bool MayExit(Program& program);
 namespace commands {
 
 /// The same from within a command.
-bool MayLeaveSounding(Program& program);
+bool MayLeaveSounding(Program& program, std::string_view title = "Open Sounding");
 
 /// Asks for a name and writes the native format there. A file that is not native is never written
 /// over.

@@ -1,12 +1,15 @@
 #include "program/fetch_work.h"
 
+#include <algorithm>
 #include <chrono>
 #include <system_error>
 #include <vector>
 
+#include "config/row_builder.h"
 #include "core/error_report.h"
 #include "core/files.h"
 #include "core/folders.h"
+#include "core/numbers.h"
 #include "core/raw_file.h"
 #include "ingest/decoder.h"
 
@@ -35,6 +38,14 @@ bool IsOfHour(const ObservationTime& found, const ObservationTime& wanted) {
   return isSameHour || (found.Minute != 0 && apart <= std::chrono::hours(2));
 }
 
+// By number where both are known, else by letters, of which the first may stand for the region:
+// "OUN" is "KOUN".
+bool IsOfStation(int number, std::string_view letters, const Request& wanted) {
+  if (number > 0 && wanted.Number > 0) return number == wanted.Number;
+  const auto bare = [](std::string_view text) { return text.size() == 4 ? text.substr(1) : text; };
+  return letters.empty() || wanted.Letters.empty() || SameText(bare(letters), bare(wanted.Letters));
+}
+
 }  // namespace
 
 Outcome<SourceList> LoadSourcesFile(const fs::path& path) {
@@ -55,15 +66,30 @@ std::optional<Fault> JudgeSounding(const std::string& bytes, const Request& requ
   ingest::LoadContext context{.Ask = &quiet};
   const Outcome<SourceText> source = ingest::ReadSource("answer", bytes, context.Notes);
   if (!source) return source.Error();
-  // Files of many soundings hold the hour somewhere; choosing it is left to the loading.
-  if (ingest::ListSoundings(source.Value()).size() > 1) return std::nullopt;
+  const auto other = [](const std::string& what) {
+    return Fault{kFaultEndOfFile, "JudgeSounding", "the server sent " + what};
+  };
+  // Of many soundings one must be what was asked for; choosing it is left to the loading.
+  const std::vector<ingest::SourceEntry> entries = ingest::ListSoundings(source.Value());
+  if (entries.size() > 1) {
+    const bool isThere = std::ranges::any_of(entries, [&request](const ingest::SourceEntry& entry) {
+      return IsOfStation(entry.Station.Number, entry.Station.Letters, request) &&
+             IsOfHour(entry.Time, request.Time);
+    });
+    if (isThere) return std::nullopt;
+    return other(Shortest(static_cast<int>(entries.size())) +
+                 " soundings, none of them of this station and hour: " + entries.front().Title);
+  }
   SoundingRecord record;
   if (std::optional<Fault> fault = ingest::DecodeSounding(source.Value(), context, record)) {
     return fault;
   }
-  if (IsOfHour(record.Time, request.Time) || record.DataFormat == "FCST") return std::nullopt;
-  return Fault{kFaultEndOfFile, "JudgeSounding",
-               "the server sent another hour: " + record.StationTitle};
+  const std::string letters = entries.empty() ? "" : entries.front().Station.Letters;
+  if (!IsOfStation(record.WmoNumber, letters, request)) {
+    return other("another station: " + record.StationTitle);
+  }
+  if (IsOfHour(record.Time, request.Time)) return std::nullopt;
+  return other("another hour: " + record.StationTitle);
 }
 
 Instant SystemNow() {
@@ -71,7 +97,13 @@ Instant SystemNow() {
 }
 
 FetchResult FetchWork::Fetch(const Source& source, const Request& request) {
-  FetchResult result = FetchSounding(source, request, fetcher_, JudgeSounding, cache_, SystemNow());
+  // A source may want the number of a station that was named by its letters.
+  Request whole = request;
+  if (whole.Number == 0 && stations_ != nullptr) {
+    const Station* station = StationOfLetters(*stations_, whole.Letters);
+    if (station != nullptr) whole.Number = station->Number;
+  }
+  FetchResult result = FetchSounding(source, whole, fetcher_, JudgeSounding, cache_, SystemNow());
   if (result.Failed && watch_.Failed) watch_.Failed(source, request, *result.Failed);
   return result;
 }

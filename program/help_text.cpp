@@ -59,12 +59,14 @@ std::string Menus(std::string_view) {
   std::string text;
   for (const MenuRow& menu : MenuTree()) {
     if (menu.Does != Command::None) continue;
-    text += "\n## " + MenuPath(menu.Name) + "\n\n" + Table({"entry", "what it does", "key"});
+    text += "\n## " + MenuPath(menu.Name) + "\n\n";  // a list: tables this long open slowly
     for (const MenuRow& row : MenuTree()) {
       if (row.In != menu.Name || row.Does == Command::None) continue;
       const bool isRecent = row.Name.starts_with(kRecentEntry);
       if (isRecent && row.Name.back() != '1') continue;
-      text += TableRow({isRecent ? "1 to 5" : Plain(row.Caption), row.Hint, row.Key});
+      text += "- **" + Cell(isRecent ? "1 to 5" : Plain(row.Caption)) + "**";
+      if (!row.Key.empty()) text += " (" + Cell(row.Key) + ")";
+      text += ": " + Cell(row.Hint) + "\n";
     }
   }
   return text;

@@ -1,6 +1,7 @@
 #include "program/listed_soundings.h"
 
 #include <algorithm>
+#include <cmath>
 #include <filesystem>
 #include <map>
 #include <string_view>
@@ -72,7 +73,17 @@ void NoteHeader(Program& program) {
 
 bool LoadListed(Program& program, std::size_t index) {
   const int inFile = index < program.ListedIndex.size() ? program.ListedIndex[index] : 0;
-  return commands::LoadOne(program, program.Listed[index], inFile, true);
+  const std::optional<int> locked = program.View.Cursor.Level;
+  const double press = locked ? program.Current.Record.Press(*locked) : 0;
+  if (!commands::LoadOne(program, program.Listed[index], inFile, true)) return false;
+  // A locked cursor stays at its pressure.
+  const std::vector<double>& levels = program.Current.Record.Press.Values();
+  if (locked && !levels.empty()) {
+    const auto nearest = std::ranges::min_element(
+        levels, {}, [press](double level) { return std::fabs(level - press); });
+    program.View.Cursor.Level = static_cast<int>(nearest - levels.begin()) + 1;
+  }
+  return true;
 }
 
 std::string ListedText(const Program& program, std::size_t index) {

@@ -59,15 +59,12 @@ Picture Sheet(const Program& program, const Options& set) {
 bool HasSounding(const Program& program) {
   return program.Current.Record.NumTempLevels() > 0;
 }
-bool HasDiagram(const Program& program) {
+bool HasLevels(const Program& program) {
   return HasSounding(program) || program.Current.Record.NumWindLevels() > 0;
 }
 template <MultiMode kMode>
 bool IsIn(const Program& program) {
   return HasSounding(program) && program.View.Mode == kMode && !program.Others.empty();
-}
-bool HasWinds(const Program& program) {
-  return program.Current.Record.NumWindLevels() > 0;
 }
 
 struct PrintRow {
@@ -76,11 +73,11 @@ struct PrintRow {
 };
 
 constexpr PrintRow kRows[] = {
-    {{"Sounding", Diagram<MultiMode::Single>}, HasDiagram},
+    {{"Sounding", Diagram<MultiMode::Single>}, HasLevels},
     {{"Overlay", Diagram<MultiMode::Overlay>}, IsIn<MultiMode::Overlay>},
     {{"Compare", Diagram<MultiMode::Compare>}, IsIn<MultiMode::Compare>},
-    {{"Hodograph", Hodograph}, HasWinds},
-    {{"Hodogram3D", Hodogram, "HODOGRAM"}, HasWinds},
+    {{"Hodograph", Hodograph}, HasLevels},
+    {{"Hodogram3D", Hodogram, "HODOGRAM"}, HasLevels},
     {{"SvrWx", Sheet<display::SevereWeatherSheet>}, HasSounding},
     {{"Winter", Sheet<display::WinterWeatherSheet>}, HasSounding},
     {{"LayerAnalyzer", Sheet<display::LayerSheet>}, HasSounding},

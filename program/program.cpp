@@ -208,10 +208,11 @@ std::string TakeNotices(Program& program) {
   return text;
 }
 
-std::string LoadRemarks(const Program& program) {
+std::string LoadRemarks(const Program& program, std::string_view between) {
   std::string text;
   for (const std::string& note : program.Current.LoadNotes) {
-    if (!text.empty()) text += "; ";
+    if (text.ends_with('.')) text.pop_back();
+    if (!text.empty()) text += between;
     text += note;
   }
   return text;

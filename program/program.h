@@ -159,6 +159,7 @@ struct Program {
   bool Beeper = false;         // the alarm sounds
 
   EditHistory History{};                   // of the sounding in work, since it was loaded
+  std::optional<SoundingRecord> OnDisk{};  // as its file holds it now; empty: nowhere yet
   std::optional<SoundingRecord> Loaded{};  // the sounding in work as its file gave it
   std::optional<Session> KeptSession{};    // as it was written last
   std::optional<QcFinding> ToCorrect{};    // what the user wants to correct, for the editor
@@ -202,6 +203,6 @@ std::string FaultIndicator(const Program& program);
 std::string TakeNotices(Program& program);
 
 /// What the last load left out or had to work out, on one line; empty when nothing.
-std::string LoadRemarks(const Program& program);
+std::string LoadRemarks(const Program& program, std::string_view between = "; ");
 
 }  // namespace vexa

@@ -8,6 +8,7 @@
 #include "core/files.h"
 #include "core/markers.h"
 #include "core/numbers.h"
+#include "program/edit_commands.h"
 
 namespace vexa {
 namespace {
@@ -57,7 +58,7 @@ std::vector<std::pair<std::string, std::string>> PropertiesOf(const Program& pro
       {"Without dew point", Shortest(static_cast<int>(std::ranges::count_if(dewpts, IsMissing)))},
       {"Wind levels", Span(record.WindHgt, "m")},
       {"Cloud layers", Shortest(record.NumCloudLayers())},
-      {"Changed", program.History.IsChanged() ? "yes, not saved" : "no"},
+      {"Changed", IsAltered(program) ? "yes, not saved" : "no"},
   };
 }
 

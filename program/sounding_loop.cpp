@@ -47,7 +47,11 @@ Changes StepLoop(Program& program) {
     const Silenced quiet(program.Current);  // nobody attends to boxes while pictures pass
     const Changes changes = SequenceSounding(program, (program.ListedNow + 1) % count);
     const bool refused = !program.Gate.IsOpen();  // another command runs: at the next tick
-    return changes.Any() || refused ? changes : StopLoop(program);
+    if (changes.Any() || refused) return changes;
+    program.Notices.push_back(
+        "The loop ended: " + ListedText(program, (program.ListedNow + 1) % count) +
+        " cannot be shown.");
+    return StopLoop(program);
   }
   const auto pass = program.Gate.Enter();
   if (!pass) return {};

@@ -169,6 +169,7 @@ std::optional<Fault> SaveSource(Program& program, const std::string& bytes, Chan
   program.Loaded = record.Value();
   changes = AdoptEdit(program, std::move(record.Value()), "edit source file");
   program.History.MarkSaved();
+  program.OnDisk = program.Current.Record;
   return std::nullopt;
 }
 

@@ -71,16 +71,18 @@ TEST(StormMotion, SaysNothingWhereTheWindsSayNothing) {
   const std::initializer_list<test::TempRow> temps = {{1000, 20, 10}, {500, -10, -30}};
   const Case cases[] = {
       {"no winds", test::Profile(temps), false, false},
-      {"one wind at the ground", test::Profile(temps, {{10, 180, 10}}), true, false},
+      {"one wind at the ground", test::Profile(temps, {{10, 180, 10}}), false, false},
       {"ends at 2 km", test::Profile(temps, {{0, 180, 10}, {1000, 200, 20}, {2000, 220, 30}}), true,
        false},
       {"begins at 2 km", test::Profile(temps, {{2000, 180, 10}, {7000, 270, 60}}), false, false},
+      {"begins at 5.7 km", test::Profile(temps, {{5700, 245, 48}, {5900, 245, 50}}), false, false},
       {"whole", test::Profile(temps, {{0, 180, 10}, {3000, 225, 20}, {7000, 270, 60}}), true, true},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.about);
     const StormMotionResults storm = AnalyseStormMotion(c.sounding, {});
     EXPECT_EQ(storm.Right.has_value(), c.motion);
+    EXPECT_EQ(storm.Mean6km.has_value(), c.motion);
     if (!storm.Right) continue;
     EXPECT_TRUE(std::isfinite(storm.Right->Motion.U) && std::isfinite(storm.Left->Motion.V));
     EXPECT_EQ(storm.Right->Helicity[2] != kNone, c.helicity);

@@ -179,16 +179,15 @@ TEST_F(ControlTest, DragsALevelAndEscapeTakesItBack) {
 
 TEST_F(ControlTest, KeysStepLevelsAndSoundings) {
   Open({test::ReferenceConvective(), test::ReferenceWinter()});
-  Key(Qt::Key_L);
-  const Point at = At().ToPoint(10, 500);
-  Mouse(QEvent::MouseButtonPress, at);
-  Mouse(QEvent::MouseButtonRelease, at);
+  Mouse(QEvent::MouseMove, At().ToPoint(10, 500));
+  Key(Qt::Key_L);  // at the level nearest to the pointer
   EXPECT_EQ(program.View.Cursor.Level, 14);
   Key(Qt::Key_Down);
   EXPECT_EQ(program.View.Cursor.Level, 13);
   Key(Qt::Key_PageDown);
   EXPECT_EQ(program.ListedNow, 1u);
-  EXPECT_FALSE(program.View.Cursor.Level);  // another sounding
+  ASSERT_TRUE(program.View.Cursor.Level);  // stays at its pressure
+  EXPECT_NEAR(program.Current.Record.Press(*program.View.Cursor.Level), 550, 50);
   Key(Qt::Key_PageDown);
   EXPECT_EQ(program.ListedNow, 1u);
   Key(Qt::Key_PageUp);

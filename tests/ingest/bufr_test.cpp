@@ -11,6 +11,7 @@
 #include "core/files.h"
 #include "core/markers.h"
 #include "core/units.h"
+#include "ingest/bufr_messages.h"
 #include "ingest/decoder.h"
 #include "support/soundings.h"
 
@@ -124,6 +125,30 @@ const RealFile kRealFiles[] = {
 };
 // clang-format on
 
+// The library follows a bitmap that an operator announces without looking whether it is there.
+TEST(Bufr, AnOperatorWithoutItsBitmapIsDamage) {
+  const auto message = [](std::initializer_list<int> descriptors) {
+    std::string bytes("BUFR\0\0\0\3", 8);
+    bytes += std::string("\0\0\x12\0\0\x62\0\0\2\0\x0d\1\x0c\1\1\0\0\0", 18);
+    bytes += std::string("\0\0\0\0\0\1\0", 7);
+    bytes[8 + 18 + 2] = static_cast<char>(7 + 2 * descriptors.size() + 1);
+    for (const int packed : descriptors) {
+      bytes += static_cast<char>(packed >> 8);
+      bytes += static_cast<char>(packed & 0xFF);
+    }
+    bytes += std::string("\0\0\0\6\0\0\0", 7) + "7777";
+    bytes[6] = static_cast<char>(bytes.size());
+    return bytes;
+  };
+  constexpr int kTemp = 0x0C01, kQuality = 0x8000 | 22 << 8, kOne = 0x4100 | 1, kBit = 0x1F1F;
+  std::vector<std::string> notes;
+  EXPECT_EQ(SplitBufr(message({kTemp, kQuality, kOne, kBit}), notes).size(), 1U);
+  EXPECT_TRUE(notes.empty());
+  EXPECT_EQ(SplitBufr(message({kTemp, kQuality, kOne, kTemp}), notes).size(), 0U);
+  EXPECT_EQ(SplitBufr(message({kTemp, kQuality}), notes).size(), 0U);
+  EXPECT_EQ(notes.size(), 2U);
+}
+
 TEST(Bufr, RealMessages) {
   VEXA_REAL_DATA(folder, "bufr");
   for (const RealFile& c : kRealFiles) {
@@ -154,7 +179,7 @@ TEST(Bufr, RealMessages) {
   EXPECT_GE(winds.Record.NumWindLevels(), 2);
   EXPECT_EQ(ListSoundings(File(folder / "pilo_91.bufr")).size(), 17U);
   EXPECT_EQ(Decode(File(folder / "aircraft_small.bufr")).Failed->Detail,
-            "aircraft_small.bufr: no vertical sounding in it");
+            "aircraft_small.bufr: a message holds no vertical sounding, its category is 4");
 }
 
 TEST(Bufr, AgreesWithTheTextOfTheSameAscent) {

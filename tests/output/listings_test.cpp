@@ -131,6 +131,11 @@ TEST(Listings, PagesHaveTheHeaderAndEndAtNewPage) {
   EXPECT_EQ(pages[1], (ListingLines{"head", "", "3"}));
   EXPECT_EQ(pages[3], (ListingLines{"head", "", "5"}));
   EXPECT_EQ(Paginate({}, {"head"}, 4).size(), 1u);
+  const auto tables = Paginate({"cols", "1", "2", "3", "NEWPAGE", "4"}, {"head"}, 5, 1);
+  ASSERT_EQ(tables.size(), 3u);
+  EXPECT_EQ(tables[0], (ListingLines{"head", "", "cols", "1", "2"}));
+  EXPECT_EQ(tables[1], (ListingLines{"head", "", "cols", "3"}));
+  EXPECT_EQ(tables[2], (ListingLines{"head", "", "4"}));
 }
 
 TEST(Listings, FilesHaveTheirNames) {

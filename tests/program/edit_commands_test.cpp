@@ -155,7 +155,7 @@ TEST_F(EditCommands, LeavingAsksForChangesOnly) {
   user.Expect("Exit VEXA . . .", Answer::No);
   EXPECT_TRUE(MayExit(program));
   EXPECT_EQ(LevelsIn(path), count);
-  user.Expect("Exit VEXA . . .", Answer::Cancel);  // another sounding would lose them, too
+  user.Expect("Open Sounding", Answer::Cancel);  // another sounding would lose them, too
   EXPECT_FALSE(OpenSoundings(program, {Native("b.RAW")}).Any());
   EXPECT_EQ(program.Current.FileName, "a.RAW");
   user.Expect("Exit VEXA . . .", Answer::Yes);
