@@ -28,7 +28,9 @@ std::optional<Fault> SaveSheetsAsPdf(Program& program, const std::vector<Picture
   const Outcome<std::string> bytes =
       paint::PagesAsPdf(pages, output::kUnitsPerPoint, ProgressOf(program));
   if (!bytes) return bytes.Error();
-  return SaveFile(path, bytes.Value());
+  std::optional<Fault> fault = SaveFile(path, bytes.Value());
+  if (!fault) ProgressOf(program).Begin("Printed", 1);
+  return fault;
 }
 
 void TellOfPrinting(Program& program, const Fault& fault) {

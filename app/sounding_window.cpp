@@ -101,7 +101,7 @@ SoundingWindow::SoundingWindow(Program& program, WindowInteraction& interaction)
       this, [this](std::string_view text) { ShowStatus(text); },
       [this](double done) {
         bar_->setValue(static_cast<int>(bar_->maximum() * done));
-        bar_->show();
+        bar_->setVisible(done < 1);
       });
   auto* session = new QTimer(this);
   session->setInterval(kKeepSessionMs);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "core/numbers.h"
 #include "ingest/source_table.h"
@@ -33,6 +34,18 @@ void ReadLabel(std::string_view line, SourceHeading& heading) {
   }
 }
 
+// Names a user may have meant for something are not passed over in silence.
+void NoteUnread(const TableLayout& layout, std::vector<std::string>& notes) {
+  std::string unread;
+  for (std::size_t i = 0; i < layout.Names.size(); ++i) {
+    const bool isRead = std::ranges::any_of(
+        layout.Plan, [i](const QuantityColumn& column) { return column.Column == i; });
+    if (isRead || Trim(layout.Names[i]).empty()) continue;
+    unread += (unread.empty() ? "" : ", ") + std::string(Trim(layout.Names[i]));
+  }
+  if (!unread.empty()) notes.push_back("Columns that are not read: " + unread + '.');
+}
+
 }  // namespace
 
 bool IsColumns(const SourceText& source) {
@@ -51,6 +64,7 @@ std::optional<Fault> DecodeColumns(const SourceText& source, LoadContext& contex
     return fault;
   }
   LocateByColumns(source, layout, sounding.Heading);
+  NoteUnread(layout, sounding.Notes);
   KeepAscent(sounding.Levels, sounding.Notes);
   const bool hasNoUnit = std::ranges::any_of(layout.Plan, [](const QuantityColumn& column) {
     return column.What == Quantity::Speed && !column.HasUnit;

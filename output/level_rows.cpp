@@ -16,6 +16,7 @@ using analysis::AnalysisResults;
 using analysis::LevelProfile;
 
 constexpr double kNearMeters = 5;
+constexpr double kLeastNear = 15;     // m
 constexpr double kGroundOffset = 30;  // m: more is no difference of two elevations
 constexpr double kNearShare = 0.005;  // of the height above the ground
 constexpr double kGramsPerKilogram = 1000;
@@ -67,7 +68,7 @@ int NearestLevel(const LevelProfile& levels, double height) {
 }
 
 double Tolerance(const LevelProfile& levels, double height) {
-  return kNearMeters + kNearShare * std::max(0.0, height - levels.Height(1));
+  return std::max(kLeastNear, kNearMeters + kNearShare * (height - levels.Height(1)));
 }
 
 // Which wind stands at each temperature level, 0 for none. Both profiles rise, so the winds keep

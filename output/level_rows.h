@@ -38,8 +38,8 @@ std::vector<int> WindsOfLevels(const SoundingRecord& sounding,
                                const analysis::AnalysisResults& results);
 
 /// Every level in the order of height. A wind belongs to the temperature level nearest to it when
-/// both lie within 5 m plus half a per cent of their height above the ground: heights that a
-/// source reports and those that follow from its temperatures differ by as much, besides the
+/// both lie within 15 m, or 5 m plus half a per cent of their height above the ground: heights that
+/// a source reports and those that follow from its temperatures differ by as much, besides the
 /// difference between the lowest of both. Winds keep their order; where two are nearest to one
 /// level the lower steps down if it can. Other winds are levels of their own, above the highest
 /// temperature with the pressure of an isothermal continuation; winds that no pressure can be found
