@@ -25,8 +25,8 @@ constexpr Rect kSmallFrame{10, 10, kSmallPage - 10, kSmallPage - 10};
 
 constexpr double kTitleText = 220;
 constexpr double kCaptionText = 150;
-constexpr double kPanelText = 110;
-constexpr double kPanelStep = 185;
+constexpr double kPanelText = 165;     // at most
+constexpr double kPanelLeading = 1.5;  // distance of its lines by their size
 constexpr double kLegendStep = 200;
 constexpr int kEveryKm = 12;          // a height mark for each, up to here
 constexpr double kRingMargin = 1.09;  // of the frame around the outer ring, with its label
@@ -261,34 +261,61 @@ void DrawCaptions(Canvas& canvas, const Rings& rings) {
            kCaptionText);
 }
 
-void DrawPanel(Canvas& canvas) {
-  const std::vector<PanelLine> lines = AnalysisPanel(canvas.In);
+// A line with a wide gap goes on below, behind its head, so that all can be written larger.
+std::vector<PanelLine> Broken(const std::vector<PanelLine>& lines) {
+  constexpr std::string_view kGap = "     ", kHead = ": ";
+  std::vector<PanelLine> rows;
+  for (const PanelLine& line : lines) {
+    const std::size_t begin = std::min(line.Text.find_first_not_of(' '), line.Text.size());
+    const std::size_t gap = line.Text.find(kGap, begin);
+    const std::size_t rest = gap == line.Text.npos ? gap : line.Text.find_first_not_of(' ', gap);
+    PanelLine row = line;
+    if (gap != line.Text.npos) row.Text.resize(gap);
+    rows.push_back(row);
+    if (rest == line.Text.npos) continue;
+    const std::size_t head = line.Text.find(kHead);
+    const std::size_t indent = head < gap ? head + kHead.size() : begin;
+    row.Text = std::string(indent, ' ') + line.Text.substr(rest);
+    rows.push_back(std::move(row));
+  }
+  return rows;
+}
+
+// Gives the bottom of the panel.
+double DrawPanel(Canvas& canvas) {
+  constexpr double kMargin = 40, kLetterWidth = 0.61;  // of the size, in the fixed-width face
+  const std::vector<PanelLine> lines = Broken(AnalysisPanel(canvas.In));
+  std::size_t longest = 1;
+  for (const PanelLine& line : lines) longest = std::max(longest, line.Text.size());
+  const double room = kPanel.Right - kPanel.Left - 2 * kMargin;
+  const double size = std::min(kPanelText, room / (kLetterWidth * static_cast<double>(longest)));
+  const double step = size * kPanelLeading;
   const Inks inks = InksFor(canvas.Set(), canvas.Set().System.HodoAnalInvert);
-  const double bottom = kPanel.Top + kPanelStep * (static_cast<double>(lines.size()) + 1);
+  const double bottom = kPanel.Top + step * (static_cast<double>(lines.size()) + 1);
   canvas.Page.Add("panel", Area{.Rings = {{{kPanel.Left, kPanel.Top},
                                            {kPanel.Right, kPanel.Top},
                                            {kPanel.Right, bottom},
                                            {kPanel.Left, bottom}}},
                                 .Fill = {inks.Paper, FillStyle::Plain},
                                 .Stroke = inks.Ring});
-  double y = kPanel.Top + kPanelStep;
+  double y = kPanel.Top + step;
   for (const PanelLine& line : lines) {
-    canvas.Page.Add("panel line", Label{.At = {kPanel.Left + 40, y},
+    canvas.Page.Add("panel line", Label{.At = {kPanel.Left + kMargin, y},
                                         .Text = line.Text,
-                                        .Size = kPanelText,
+                                        .Size = size,
                                         .Font = Face::Mono,
                                         .Ink = inks.Ink});
     if (!line.Spot.empty()) {
-      canvas.Page.AddHotSpot({{kPanel.Left, y - kPanelStep / 2, kPanel.Right, y + kPanelStep / 2},
-                              "panel",
-                              line.Spot});
+      canvas.Page.AddHotSpot(
+          {{kPanel.Left, y - step / 2, kPanel.Right, y + step / 2}, "panel", line.Spot});
     }
-    y += kPanelStep;
+    y += step;
   }
+  return bottom;
 }
 
-void DrawLegend(Canvas& canvas, const std::vector<ProfileWind>& winds) {
-  double y = canvas.In.Window.Float ? kPanel.Top + kLegendStep : kPanel.Top + 13.5 * kPanelStep;
+void DrawLegend(Canvas& canvas, const std::vector<ProfileWind>& winds, double top) {
+  double y = top + kLegendStep;
   std::vector<LegendItem> items = canvas.Legend;
   items.push_back({StormFrame(canvas) ? "Storm-Relative Winds" : "Ground-Relative Winds", {}});
   const int lowest = winds.empty() ? 0 : BandOf(winds.front().Height);
@@ -345,8 +372,8 @@ HodographPlot PlotHodograph(const HodographInput& input) {
                                     .Ink = inks.Ink,
                                     .Halo = inks.Paper});
   }
-  if (!input.Window.Float) DrawPanel(canvas);
-  DrawLegend(canvas, plot.Winds);
+  const double panelEnd = input.Window.Float ? kPanel.Top : DrawPanel(canvas);
+  DrawLegend(canvas, plot.Winds, panelEnd);
   plot.Mapping = canvas.At;
   plot.StormRelative = StormFrame(canvas);
   plot.HasTrace = !input.Window.SkipPlot;
