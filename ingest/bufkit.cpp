@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "core/numbers.h"
+#include "ingest/decode_block.h"
 #include "ingest/source_columns.h"
 
 namespace vexa::ingest {
@@ -129,14 +130,7 @@ std::vector<SourceEntry> ListBufkit(const SourceText& source) {
 
 std::optional<Fault> DecodeBufkit(const SourceText& source, LoadContext& context,
                                   SoundingRecord& into) {
-  const std::vector<SoundingBlock>& blocks = Kept(context, source, BlocksOf);
-  const Outcome<std::size_t> index = ChooseSounding(blocks.size(), source, context);
-  if (!index) return index.Error();
-  Outcome<SourceSounding> sounding = ReadBlock(source, blocks[index.Value()]);
-  if (!sounding) return sounding.Error();
-  FillRecord(std::move(sounding.Value()), source.Name(), context, into);
-  into.DataFormat = kFormatTag;
-  return std::nullopt;
+  return DecodeBlock(source, context, into, BlocksOf, ReadBlock, kFormatTag);
 }
 
 }  // namespace vexa::ingest

@@ -6,6 +6,7 @@
 
 #include "core/numbers.h"
 #include "core/units.h"
+#include "ingest/decode_block.h"
 
 namespace vexa::ingest {
 namespace {
@@ -202,14 +203,10 @@ std::vector<SourceEntry> ListFsl(const SourceText& source) {
 
 std::optional<Fault> DecodeFsl(const SourceText& source, LoadContext& context,
                                SoundingRecord& into) {
-  const std::vector<SoundingBlock>& blocks = Kept(context, source, BlocksOf);
-  const Outcome<std::size_t> index = ChooseSounding(blocks.size(), source, context);
-  if (!index) return index.Error();
-  Outcome<SourceSounding> sounding = Block(source, blocks[index.Value()]).Read();
-  if (!sounding) return sounding.Error();
-  FillRecord(std::move(sounding.Value()), source.Name(), context, into);
-  into.DataFormat = kFormatTag;
-  return std::nullopt;
+  const auto read = [](const SourceText& text, const SoundingBlock& block) {
+    return Block(text, block).Read();
+  };
+  return DecodeBlock(source, context, into, BlocksOf, read, kFormatTag);
 }
 
 }  // namespace vexa::ingest

@@ -6,6 +6,7 @@
 
 #include "core/numbers.h"
 #include "core/units.h"
+#include "ingest/decode_block.h"
 #include "ingest/source_columns.h"
 
 namespace vexa::ingest {
@@ -136,19 +137,13 @@ std::vector<SourceEntry> ListIgra(const SourceText& source) {
 
 std::optional<Fault> DecodeIgra(const SourceText& source, LoadContext& context,
                                 SoundingRecord& into) {
-  const std::vector<SoundingBlock>& blocks = Kept(context, source, BlocksOf);
-  const Outcome<std::size_t> index = ChooseSounding(blocks.size(), source, context);
-  if (!index) return index.Error();
-  const SoundingBlock& block = blocks[index.Value()];
-  if (IsDerived(source.Line(block.FirstRow - 1))) {
+  const auto read = [](const SourceText& text,
+                       const SoundingBlock& block) -> Outcome<SourceSounding> {
+    if (!IsDerived(text.Line(block.FirstRow - 1))) return ReadBlock(text, block);
     return Fault{kFaultNonStandard, "DecodeIgra",
-                 source.Name() + ": holds the archive's derived parameters, not its soundings"};
-  }
-  Outcome<SourceSounding> sounding = ReadBlock(source, block);
-  if (!sounding) return sounding.Error();
-  FillRecord(std::move(sounding.Value()), source.Name(), context, into);
-  into.DataFormat = kFormatTag;
-  return std::nullopt;
+                 text.Name() + ": holds the archive's derived parameters, not its soundings"};
+  };
+  return DecodeBlock(source, context, into, BlocksOf, read, kFormatTag);
 }
 
 }  // namespace vexa::ingest

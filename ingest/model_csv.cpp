@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "core/numbers.h"
+#include "ingest/decode_block.h"
 #include "ingest/source_table.h"
 
 namespace vexa::ingest {
@@ -61,23 +62,20 @@ std::vector<SourceEntry> ListModelCsv(const SourceText& source) {
 
 std::optional<Fault> DecodeModelCsv(const SourceText& source, LoadContext& context,
                                     SoundingRecord& into) {
-  const std::vector<SoundingBlock>& blocks = Kept(context, source, BlocksOf);
-  const Outcome<std::size_t> index = ChooseSounding(blocks.size(), source, context);
-  if (!index) return index.Error();
-  const SoundingBlock& block = blocks[index.Value()];
-  const std::optional<TableLayout> layout = LayoutAt(source, block.FirstRow);
-  if (!layout) {
-    return Fault{kFaultEndOfFile, "DecodeModelCsv",
-                 AtLine(source.Name(), block.FirstRow, "no rows under these names")};
-  }
-  SourceSounding sounding{.Heading = block.Heading};
-  if (std::optional<Fault> fault =
-          ReadTable(source, *layout, block.EndRow, "DecodeModelCsv", sounding)) {
-    return fault;
-  }
-  FillRecord(std::move(sounding), source.Name(), context, into);
-  into.DataFormat = kFormatTag;
-  return std::nullopt;
+  const auto read = [](const SourceText& text,
+                       const SoundingBlock& block) -> Outcome<SourceSounding> {
+    const std::optional<TableLayout> layout = LayoutAt(text, block.FirstRow);
+    if (!layout) {
+      return Fault{kFaultEndOfFile, "DecodeModelCsv",
+                   AtLine(text.Name(), block.FirstRow, "no rows under these names")};
+    }
+    SourceSounding sounding{.Heading = block.Heading};
+    if (auto fault = ReadTable(text, *layout, block.EndRow, "DecodeModelCsv", sounding)) {
+      return *fault;
+    }
+    return sounding;
+  };
+  return DecodeBlock(source, context, into, BlocksOf, read, kFormatTag);
 }
 
 }  // namespace vexa::ingest

@@ -6,6 +6,7 @@
 
 #include "core/numbers.h"
 #include "core/units.h"
+#include "ingest/decode_block.h"
 #include "ingest/source_columns.h"
 
 namespace vexa::ingest {
@@ -128,14 +129,7 @@ std::vector<SourceEntry> ListTd6201(const SourceText& source) {
 
 std::optional<Fault> DecodeTd6201(const SourceText& source, LoadContext& context,
                                   SoundingRecord& into) {
-  const std::vector<SoundingBlock>& blocks = Kept(context, source, BlocksOf);
-  const Outcome<std::size_t> index = ChooseSounding(blocks.size(), source, context);
-  if (!index) return index.Error();
-  Outcome<SourceSounding> sounding = ReadBlock(source, blocks[index.Value()]);
-  if (!sounding) return sounding.Error();
-  FillRecord(std::move(sounding.Value()), source.Name(), context, into);
-  into.DataFormat = kFormatTag;
-  return std::nullopt;
+  return DecodeBlock(source, context, into, BlocksOf, ReadBlock, kFormatTag);
 }
 
 }  // namespace vexa::ingest
