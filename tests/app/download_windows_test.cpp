@@ -68,7 +68,7 @@ class DownloadWindowsTest : public testing::Test {
 TEST_F(DownloadWindowsTest, WhatIsChosenIsFetchedAndOpened) {
   Station norman{.Number = 72357, .Ident = "OUN", .Name = "NORMAN", .Region = "OK"};
   ASSERT_FALSE(program.Stations.Add(norman));
-  server.Add("/72357/1999050412", sounding);
+  server.AddBody("/72357/1999050412", sounding);
   fs::path opened;
   DownloadWindow window(
       program, [&](const fs::path& file) { opened = file; }, nullptr, net);
@@ -96,7 +96,7 @@ TEST_F(DownloadWindowsTest, WhatIsChosenIsFetchedAndOpened) {
 }
 
 TEST_F(DownloadWindowsTest, AnAnswerThatIsNoSoundingIsNotOpened) {
-  server.Add("/72357/1999050400", "Sorry, the archive is closed for maintenance today.");
+  server.AddBody("/72357/1999050400", "Sorry, the archive is closed for maintenance today.");
   bool opened = false;
   DownloadWindow window(
       program, [&](const fs::path&) { opened = true; }, nullptr, net);
@@ -170,7 +170,7 @@ TEST_F(DownloadWindowsTest, WhatCannotBeSavedIsTold) {
 TEST_F(DownloadWindowsTest, TheTimerFetchesAnHourOnceItIsDue) {
   using namespace std::chrono;
   download::Instant now = sys_days(1987y / November / 7) + 19h;
-  server.Add("/other/98989/1987110718", ReadFile(test::TestData("wyoming_text.txt")).Value());
+  server.AddBody("/other/98989/1987110718", ReadFile(test::TestData("wyoming_text.txt")).Value());
   int told = 0;
   BatchWindow window(
       program, [&] { ++told; }, nullptr, net, [&] { return now; });

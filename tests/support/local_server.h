@@ -6,14 +6,24 @@
 #include <QHostAddress>
 #include <QTcpServer>
 #include <QTcpSocket>
+#include <QTimer>
 
+#include <algorithm>
 #include <map>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace vexa::test {
 
 class LocalServer {
  public:
+  enum class Then { Close, KeepOpen, GoOnForever };
+  struct Reply {
+    std::string Bytes{};
+    Then Afterwards = Then::Close;
+  };
+
   LocalServer() {
     EXPECT_TRUE(server_.listen(QHostAddress::LocalHost));
     QObject::connect(&server_, &QTcpServer::newConnection, &server_, [this] {
@@ -26,29 +36,43 @@ class LocalServer {
   std::string Address(const std::string& path) const {
     return "http://127.0.0.1:" + std::to_string(server_.serverPort()) + path;
   }
-  void Add(const std::string& path, std::string body) { bodies_[path] = std::move(body); }
+  void AddBody(const std::string& path, const std::string& body) {
+    Add(path, {Whole("200 OK", body)});
+  }
+  void Add(const std::string& path, Reply reply) { replies_[path].push_back(std::move(reply)); }
   int Asked(const std::string& path) { return asked_[path]; }
 
+  static std::string Whole(const std::string& status, const std::string& body,
+                           const std::string& more = {}) {
+    return "HTTP/1.1 " + status + "\r\nContent-Type: text/plain\r\nConnection: close\r\n" + more +
+           "Content-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body;
+  }
+
  private:
-  // What was not added is answered by 404.
+  // What was not added is answered by 404; several replies of a path one after the other.
   void Serve(QTcpSocket& socket) {
     const std::string request = socket.readAll().toStdString();
     if (!request.starts_with("GET ")) return;
     const std::string path = request.substr(4, request.find(' ', 4) - 4);
-    ++asked_[path];
-    const auto found = bodies_.find(path);
-    const bool has = found != bodies_.end();
-    const std::string body = has ? found->second : "none";
-    const std::string reply = std::string("HTTP/1.1 ") + (has ? "200 OK" : "404 Not Found") +
-                              "\r\nContent-Type: text/plain\r\nConnection: close\r\n"
-                              "Content-Length: " +
-                              std::to_string(body.size()) + "\r\n\r\n" + body;
-    socket.write(reply.data(), static_cast<qint64>(reply.size()));
-    socket.disconnectFromHost();
+    const auto found = replies_.find(path);
+    const int before = asked_[path]++;
+    if (found == replies_.end()) return Send(socket, {Whole("404 Not Found", "none")});
+    const int index = std::min<int>(before, static_cast<int>(found->second.size()) - 1);
+    Send(socket, found->second[static_cast<std::size_t>(index)]);
+  }
+
+  static void Send(QTcpSocket& socket, const Reply& reply) {
+    socket.write(reply.Bytes.data(), static_cast<qint64>(reply.Bytes.size()));
+    if (reply.Afterwards == Then::Close) socket.disconnectFromHost();
+    if (reply.Afterwards == Then::GoOnForever) {
+      auto* beat = new QTimer(&socket);
+      QObject::connect(beat, &QTimer::timeout, &socket, [&socket] { socket.write("more\n"); });
+      beat->start(5);
+    }
   }
 
   QTcpServer server_{};
-  std::map<std::string, std::string> bodies_{};
+  std::map<std::string, std::vector<Reply>> replies_{};
   std::map<std::string, int> asked_{};
 };
 
