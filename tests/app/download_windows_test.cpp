@@ -132,6 +132,14 @@ TEST_F(DownloadWindowsTest, AReleaseAheadOfItsHourIsThatHours) {
   EXPECT_FALSE(JudgeSounding(text, request));
   request.Time.Hour = 18;
   EXPECT_EQ(JudgeSounding(text, request)->Number, kFaultEndOfFile);
+  request.Time.Hour = 12;
+  request.Letters = "OUN";
+  EXPECT_FALSE(JudgeSounding(text, request));
+  const std::string five = ReadFile(test::TestData("wyoming_text.txt")).Value();
+  const download::Request other{.Number = 72672, .Time = {1987, 11, 7, 18, 0}};
+  EXPECT_NE(JudgeSounding(five, other)->Detail.find("another station"), std::string::npos);
+  const std::string many = ReadFile(test::TestData("bufkit_two.buf")).Value();
+  EXPECT_NE(JudgeSounding(many, request)->Detail.find("none of them"), std::string::npos);
   request.Time = {2008, 8, 9, 11, 0};
   EXPECT_TRUE(JudgeSounding(text, request));
 }

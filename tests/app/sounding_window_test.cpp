@@ -8,6 +8,7 @@
 #include <QDropEvent>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QMenu>
 #include <QMimeData>
 #include <QMouseEvent>
 #include <QPlainTextEdit>
@@ -15,6 +16,7 @@
 #include <QScrollBar>
 #include <QShortcut>
 #include <QShortcutEvent>
+#include <QStatusBar>
 #include <QUrl>
 #include <string>
 
@@ -160,6 +162,37 @@ TEST_F(WindowTest, PointerAndKeysReadTheDiagram) {
   QKeyEvent down(QEvent::KeyPress, Qt::Key_Down, Qt::ShiftModifier);
   QApplication::sendEvent(&window.View(), &down);
   EXPECT_NE(Text("CursorReadout"), middle);
+}
+
+TEST_F(WindowTest, WhatThePointerReadsFollowsTheSounding) {
+  window.OpenFiles(
+      {Saved("a.RAW", test::ReferenceConvective()), Saved("b.RAW", test::ReferenceWinter())});
+  QApplication::processEvents();
+  const QPointF place = Place(program.Plot->Mapping.ToPoint(10, 700));
+  QMouseEvent move(QEvent::MouseMove, place, window.View().mapToGlobal(place), Qt::NoButton,
+                   Qt::NoButton, Qt::NoModifier);
+  QApplication::sendEvent(&window.View(), &move);
+  const std::string before = Text("CursorReadout");
+  QKeyEvent right(QEvent::KeyPress, Qt::Key_Right, Qt::NoModifier);
+  QApplication::sendEvent(&window.View(), &right);  // steps, since there are several
+  EXPECT_EQ(program.Current.FileName, "b.RAW");
+  EXPECT_NE(Text("CursorReadout"), before);
+  EXPECT_NE(Text("CursorReadout").find("Temp:"), std::string::npos);
+}
+
+TEST_F(WindowTest, TheStatusLineSaysWhatAGreyEntryLacks) {
+  auto* entry = window.findChild<QAction*>("mnuWinter");
+  auto* menu = window.findChild<QMenu*>("mnuDisplay");
+  ASSERT_TRUE(entry != nullptr && menu != nullptr && !entry->isEnabled());
+  menu->popup(window.mapToGlobal(QPoint(10, 30)));
+  const QPointF place = menu->actionGeometry(entry).center();
+  QMouseEvent move(QEvent::MouseMove, place, menu->mapToGlobal(place), Qt::NoButton, Qt::NoButton,
+                   Qt::NoModifier);
+  QApplication::sendEvent(menu, &move);
+  EXPECT_EQ(window.statusBar()->currentMessage().toStdString(),
+            "(winter weather) needs a sounding");
+  menu->hide();
+  EXPECT_TRUE(window.statusBar()->currentMessage().isEmpty());
 }
 
 TEST_F(WindowTest, FaultsAreKeptWhenNobodyIsThereAndShownInThePanel) {

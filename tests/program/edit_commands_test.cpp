@@ -103,6 +103,7 @@ TEST_F(EditCommands, EditsAreUndoneRestoredAndWrittenOnlyOnSaving) {
   EXPECT_TRUE(RunCommand(program, Command::Undo).Sounding);
   EXPECT_EQ(program.History.RedoText(), "Redo delete level 2");
   EXPECT_TRUE(RunCommand(program, Command::Restore).Sounding);
+  EXPECT_FALSE(IsAltered(program));
   EXPECT_EQ(program.Current.Record, loaded);
   EXPECT_TRUE(RunCommand(program, Command::Undo).Sounding);
   EXPECT_EQ(program.Current.Record.NumTempLevels(), count - 1);
