@@ -49,6 +49,11 @@ std::string WordsOf(std::string_view page) {
     }
     ++i;
   }
+  if (words.size() >= kMostWords) {
+    const std::size_t end = words.rfind(' ');  // whole words, and a sign that there are more
+    words.resize(end == std::string::npos ? words.size() : end);
+    words += " ...";
+  }
   return std::string(Trim(words));
 }
 
