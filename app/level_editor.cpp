@@ -225,7 +225,9 @@ void LevelEditor::ShowProblems() {
     const std::size_t others = grid->Problems().size() - 1;
     if (!text.empty()) text += '\n';
     text += std::string(what) + " row " + Shortest(first.Row + 1) + ": " + first.Reason;
-    if (others > 0) text += "; so many more rows: " + Shortest(static_cast<int>(others));
+    if (others > 0) {
+      text += "; wrong rows besides: " + Shortest(static_cast<int>(others));
+    }
   };
   tell("Temperature", temps_);
   tell("Wind", winds_);
