@@ -125,9 +125,7 @@ void ReadValues(Reading& reading) {
   }
 }
 
-}  // namespace
-
-Outcome<BufrMessage> UnpackBufr(std::string_view message) {
+Outcome<BufrMessage> Unpacked(std::string_view message) {
   Prepare();
   const Handle handle(codes_handle_new_from_message_copy(nullptr, message.data(), message.size()));
   if (!handle) return Damaged("a message cannot be read");
@@ -152,6 +150,16 @@ Outcome<BufrMessage> UnpackBufr(std::string_view message) {
   Reading reading{handle.get(), into, Whole(handle.get(), "compressedData") != 0};
   ReadValues(reading);
   return into;
+}
+
+}  // namespace
+
+Outcome<BufrMessage> UnpackBufr(std::string_view message) {
+  try {
+    return Unpacked(message);
+  } catch (const std::runtime_error& broken) {  // see ThrowAssertion
+    return Damaged(std::string("a message cannot be unpacked: ") + broken.what());
+  }
 }
 
 }  // namespace vexa::ingest
