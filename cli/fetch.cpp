@@ -99,9 +99,8 @@ int RunFetch(const Arguments& arguments, Console& console) {
   }
   HttpFetcher fetcher;
   const Cache cache(ResolveRoot(std::nullopt, ProgramFolder()) / "cache");
-  const bool isNative = plan.Value().Format == BatchFormat::Native;
-  FetchWork work(fetcher, arguments.Has("--fresh") ? nullptr : &cache,
-                 isNative ? &Stations() : nullptr, Telling(console));
+  FetchWork work(fetcher, arguments.Has("--fresh") ? nullptr : &cache, &Stations(),
+                 Telling(console));
   const BatchReport report = RunBatch(plan.Value(), work);
   const bool isWhole =
       !report.WasStopped && report.Saved() == static_cast<int>(report.Items.size());

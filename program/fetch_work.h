@@ -40,7 +40,8 @@ class FetchWork : public download::BatchWork {
   };
 
   /// cache     null: answers are neither taken from it nor kept
-  /// stations  for native files of soundings that name their station by number only
+  /// stations  for numbers of stations named by letters, and for native files of soundings that
+  ///           name their station by number only
   FetchWork(download::Fetcher& fetcher, const download::Cache* cache, const StationList* stations,
             Watch watch)
       : fetcher_(fetcher), cache_(cache), stations_(stations), watch_(std::move(watch)) {}

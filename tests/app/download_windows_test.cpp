@@ -174,6 +174,19 @@ TEST_F(DownloadWindowsTest, WhatCannotBeSavedIsTold) {
   }
 }
 
+TEST_F(DownloadWindowsTest, LettersStandForTheNumberThatASourceWants) {
+  server.AddBody("/n/98989", ReadFile(test::TestData("wyoming_text.txt")).Value());
+  StationList stations;
+  ASSERT_FALSE(stations.Add({.Number = 98989, .Ident = "KABC", .Name = "PLACE"}));
+  download::HttpFetcher fetcher(net);
+  const download::Source source{.Name = "n", .Address = server.Address("/n/@N")};
+  const download::Request request{.Letters = "ABC", .Time = {1987, 11, 7, 18, 0}};
+  EXPECT_EQ(FetchWork(fetcher, nullptr, &stations, {}).Fetch(source, request).End,
+            download::FetchEnd::Done);
+  EXPECT_NE(FetchWork(fetcher, nullptr, nullptr, {}).Fetch(source, request).End,
+            download::FetchEnd::Done);
+}
+
 // The clock is the test's: at 19:00 the sounding of 18 is not due with a delay of 90 minutes.
 TEST_F(DownloadWindowsTest, TheTimerFetchesAnHourOnceItIsDue) {
   using namespace std::chrono;
