@@ -19,6 +19,9 @@ SourceText::SourceText(std::string name, std::string bytes)
   }
 }
 
+SourceText::SourceText(std::string name, std::vector<SourceText> members)
+    : name_(std::move(name)), members_(std::move(members)) {}
+
 std::string_view SourceText::Line(int number) const {
   if (number < 1 || number > LineCount()) throw std::out_of_range("line number");
   const Span& span = lines_[static_cast<std::size_t>(number) - 1];

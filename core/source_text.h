@@ -14,9 +14,12 @@ class SourceText {
   SourceText() = default;
   /// Cuts at LF, CR LF and CR CR LF; the last line may lack its end. A byte-order mark is dropped.
   SourceText(std::string name, std::string bytes);
+  /// The texts of an archive, which has none of its own.
+  SourceText(std::string name, std::vector<SourceText> members);
 
   const std::string& Name() const { return name_; }
   const std::string& Bytes() const { return bytes_; }
+  const std::vector<SourceText>& Members() const { return members_; }
 
   int LineCount() const { return static_cast<int>(lines_.size()); }
   /// Line without its end, 1-based as in messages. Throws std::out_of_range outside.
@@ -31,6 +34,7 @@ class SourceText {
   std::string name_{};
   std::string bytes_{};
   std::vector<Span> lines_{};
+  std::vector<SourceText> members_{};
 };
 
 /// "NAME, line 7: reason", the detail of a fault in a file's text.

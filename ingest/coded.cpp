@@ -43,23 +43,9 @@ int HoursBetween(const CodedReport& a, const CodedReport& b) {
   return std::abs((a.Day - b.Day) * kDayHours + a.Hour - b.Hour);
 }
 
-// The date "20220713" of a file's name.
-std::optional<std::chrono::sys_days> DateIn(std::string_view name) {
-  for (std::size_t i = 0; i + 8 <= name.size(); ++i) {
-    const std::optional<int> year = Figures(name, i, 4), month = Figures(name, i + 4, 2),
-                             day = Figures(name, i + 6, 2);
-    if (!year || !month || !day || *year < 1900 || *year > 2100) continue;
-    const std::chrono::year_month_day date{std::chrono::year(*year),
-                                           std::chrono::month(static_cast<unsigned>(*month)),
-                                           std::chrono::day(static_cast<unsigned>(*day))};
-    if (date.ok()) return std::chrono::sys_days(date);
-  }
-  return std::nullopt;
-}
-
 // The day of that number nearest to the date in the file's name.
 ObservationTime TimeOf(const CodedReport& report, std::string_view fileName) {
-  const std::optional<std::chrono::sys_days> around = DateIn(fileName);
+  const std::optional<std::chrono::sys_days> around = DateInName(fileName);
   if (!around) return {};
   constexpr int kFarthest = 3;  // days; the name is not about this report otherwise
   for (int away = 0; away <= kFarthest; ++away) {

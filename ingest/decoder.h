@@ -28,6 +28,8 @@ struct LoadContext {
   std::vector<std::string> Notes{};       // what was left out, changed or worked out, for the user
   int Count = 1;                          // soundings of the file, set by formats of several
   std::any Kept{};                        // what a decoder worked out of the whole text, see Kept()
+  std::vector<int> Held{};                // of an archive: the soundings of each text in it
+  std::size_t Member = 0;                 // and the text that Kept is about
 };
 
 /// What `find` gives of the whole text: the soundings of a file are found once however many of them
@@ -50,6 +52,7 @@ struct Decoder {
   /// The soundings that the text holds, in the order of LoadContext::Index; null for a format of
   /// one sounding a file.
   std::vector<SourceEntry> (*List)(const SourceText& source) = nullptr;
+  bool IsInParts = false;  // an ascent may be spread over several files, which read on as one text
 };
 
 std::span<const Decoder> Decoders();
@@ -69,8 +72,8 @@ std::vector<SourceEntry> ListSoundings(const SourceText& source);
 std::optional<Fault> DecodeSounding(const SourceText& source, LoadContext& context,
                                     SoundingRecord& into);
 
-/// A file's text as decoders take it. A gzip or ZIP file is unpacked; of several files inside, the
-/// first in a known format counts, with a note.
+/// A file's text as decoders take it. A gzip or ZIP file is unpacked; of several files inside,
+/// those in known formats stand one behind the other, see MakeArchive, and a note names the rest.
 Outcome<SourceText> ReadSource(const std::filesystem::path& path, std::vector<std::string>& notes);
 
 /// The same for bytes that came by another way, under a name of their own.

@@ -8,6 +8,7 @@
 #include "core/files.h"
 #include "core/numbers.h"
 #include "core/raw_file.h"
+#include "ingest/archive.h"
 #include "ingest/avaps.h"
 #include "ingest/bufkit.h"
 #include "ingest/bufr.h"
@@ -27,7 +28,6 @@
 #include "ingest/source_header.h"
 #include "ingest/spc_text.h"
 #include "ingest/td6201.h"
-#include "ingest/unpack.h"
 #include "ingest/wyoming.h"
 #include "ingest/wyoming_csv.h"
 
@@ -36,7 +36,7 @@ namespace {
 
 // The first that recognises a text reads it.
 constexpr Decoder kDecoders[] = {
-    {"BUFR", "BUFR messages", "*.bufr *.bfr *.bin", IsBufr, DecodeBufr, ListBufr},
+    {"BUFR", "BUFR messages", "*.bufr *.bfr *.bin", IsBufr, DecodeBufr, ListBufr, true},
     {kRawTag, "VEXA sounding", "*.raw *.RAW", IsNative, DecodeNative},
     {"COLUMNS", "VEXA data dump", "*.txt *.csv", IsLevelDump, DecodeLevelDump, ListLevelDump},
     {"IEM", "IEM JSON", "*.json", IsIemJson, DecodeIemJson, ListIemJson},
@@ -53,7 +53,7 @@ constexpr Decoder kDecoders[] = {
     {"DROPSONDE", "Dropsonde report", "*.frd *.txt", IsFrd, DecodeFrd},
     {"IEM", "IEM table", "*.csv *.txt", IsIemTable, DecodeIemTable, ListIemTable},
     {"FCST", "Model profiles", "*.csv *.txt", IsModelCsv, DecodeModelCsv, ListModelCsv},
-    {"CODED", "Coded messages", "*.txt", IsCoded, DecodeCoded, ListCoded},
+    {"CODED", "Coded messages", "*.txt", IsCoded, DecodeCoded, ListCoded, true},
     {"COLUMNS", "Columns", "*.csv *.txt", IsColumns, DecodeColumns},
 };
 
@@ -137,10 +137,12 @@ std::span<const Decoder> Decoders() {
 }
 
 const Decoder* FindDecoder(const SourceText& source) {
+  if (!source.Members().empty()) return FindDecoder(source.Members().front());
   return IsHtml(source) ? Recognise(WithoutTags(source)) : Recognise(source);
 }
 
 std::vector<SourceEntry> ListSoundings(const SourceText& source) {
+  if (!source.Members().empty()) return ListArchive(source);
   return IsHtml(source) ? ListPlain(WithoutTags(source)) : ListPlain(source);
 }
 
@@ -148,43 +150,10 @@ std::optional<Fault> DecodeSounding(const SourceText& source, LoadContext& conte
                                     SoundingRecord& into) {
   ClearData(into);
   return Guarded("DecodeSounding", [&] {
+    if (!source.Members().empty()) return DecodeFromArchive(source, context, into);
     return IsHtml(source) ? DecodePlain(WithoutTags(source), context, into)
                           : DecodePlain(source, context, into);
   });
-}
-
-Outcome<SourceText> ReadSource(const std::filesystem::path& path, std::vector<std::string>& notes) {
-  Outcome<std::string> bytes = ReadFile(path);
-  if (!bytes) return bytes.Error();
-  return ReadSource(TextFromPath(path.filename()), std::move(bytes.Value()), notes);
-}
-
-Outcome<SourceText> ReadSource(const std::string& name, std::string bytes,
-                               std::vector<std::string>& notes) {
-  if (!IsPacked(bytes)) return SourceText(name, std::move(bytes));
-  Outcome<std::vector<PackedFile>> files = Unpack(bytes);
-  if (!files) {
-    Fault fault = files.Error();
-    fault.Detail = name + ": " + fault.Detail;
-    fault.File = name;
-    return fault;
-  }
-  std::optional<SourceText> first;
-  for (PackedFile& file : files.Value()) {
-    const std::size_t folder = file.Name.find_last_of("/\\") + 1;  // 0 where there is none
-    const std::string inside = file.Name.substr(folder);
-    SourceText text(inside.empty() ? TextFromPath(PathFromText(name).stem()) : inside,
-                    std::move(file.Bytes));
-    const bool isKnown = FindDecoder(text) != nullptr;
-    if (!first || isKnown) first = std::move(text);
-    if (isKnown) break;
-  }
-  if (!first) return Fault{kFaultEndOfFile, "ReadSource", name + ": the archive is empty", name};
-  if (files.Value().size() > 1) {
-    notes.push_back("The archive holds " + Shortest(static_cast<int>(files.Value().size())) +
-                    " files; " + first->Name() + " was taken.");
-  }
-  return std::move(*first);
 }
 
 Status LoadSounding(CurrentSounding& current, const std::filesystem::path& path, int index,

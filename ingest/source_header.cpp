@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "core/numbers.h"
+#include "ingest/coded_groups.h"
 
 namespace vexa::ingest {
 namespace {
@@ -112,6 +113,19 @@ int MonthNumber(std::string_view name) {
   const auto* month = std::ranges::find_if(
       kMonths, [&](std::string_view known) { return StartsWithNoCase(name, known); });
   return month == kMonths.end() ? 0 : static_cast<int>(month - kMonths.begin()) + 1;
+}
+
+std::optional<std::chrono::sys_days> DateInName(std::string_view name) {
+  for (std::size_t i = 0; i + 8 <= name.size(); ++i) {
+    const std::optional<int> year = Figures(name, i, 4), month = Figures(name, i + 4, 2),
+                             day = Figures(name, i + 6, 2);
+    if (!year || !month || !day || *year < 1900 || *year > 2100) continue;
+    const std::chrono::year_month_day date{std::chrono::year(*year),
+                                           std::chrono::month(static_cast<unsigned>(*month)),
+                                           std::chrono::day(static_cast<unsigned>(*day))};
+    if (date.ok()) return std::chrono::sys_days(date);
+  }
+  return std::nullopt;
 }
 
 std::vector<int> WholeNumbersIn(std::string_view text) {

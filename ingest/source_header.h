@@ -2,6 +2,7 @@
 // caption that a sounding gets from its station and time.
 #pragma once
 
+#include <chrono>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -36,6 +37,9 @@ std::vector<int> WholeNumbersIn(std::string_view text);
 
 /// "1999-05-04 00:00:00" or "1999-05-04T00:00Z": year, month, day, hour, minute in this order.
 std::optional<ObservationTime> ParseIsoTime(std::string_view text);
+
+/// The date "20220713" of a file's name.
+std::optional<std::chrono::sys_days> DateInName(std::string_view name);
 
 struct StationName {
   int Number = 0;         // WMO number, 0: none

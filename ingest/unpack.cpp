@@ -1,30 +1,28 @@
 #include "ingest/unpack.h"
 
+#include <zip.h>
 #include <zlib.h>
 
-#include <algorithm>
 #include <cstddef>
-#include <optional>
+#include <memory>
 
 namespace vexa::ingest {
 namespace {
 
 constexpr std::string_view kGzip = "\x1f\x8b";
 constexpr std::string_view kZipEntry = "PK\x03\x04";
-constexpr std::string_view kZipDirectory = "PK\x01\x02";
-constexpr std::string_view kZipEnd = "PK\x05\x06";
 constexpr std::size_t kMostBytes = std::size_t{512} << 20;
-constexpr int kRawDeflate = -MAX_WBITS, kWithGzipHeader = MAX_WBITS + 16;
+constexpr int kWithGzipHeader = MAX_WBITS + 16;
 
 Fault Damaged(std::string_view reason) {
   return Fault{kFaultEndOfFile, "Unpack", "the archive " + std::string(reason)};
 }
 
-// One stream at the front of the bytes, which lose it.
-Outcome<std::string> Inflate(std::string_view& bytes, int windowBits) {
+// One gzip stream at the front of the bytes, which lose it.
+Outcome<std::string> Inflate(std::string_view& bytes) {
   if (bytes.size() > kMostBytes) return Damaged("is too large");
   z_stream stream{};
-  if (inflateInit2(&stream, windowBits) != Z_OK) return Damaged("cannot be unpacked");
+  if (inflateInit2(&stream, kWithGzipHeader) != Z_OK) return Damaged("cannot be unpacked");
   // The library promises not to write to its input.
   stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(bytes.data()));
   stream.avail_in = static_cast<uInt>(bytes.size());
@@ -48,7 +46,7 @@ Outcome<std::vector<PackedFile>> UnpackGzip(std::string_view bytes) {
   PackedFile file;
   // Streams may follow each other; what else follows is padding.
   while (bytes.starts_with(kGzip)) {
-    Outcome<std::string> part = Inflate(bytes, kWithGzipHeader);
+    Outcome<std::string> part = Inflate(bytes);
     if (!part) return part.Error();
     file.Bytes += part.Value();
     if (file.Bytes.size() > kMostBytes) return Damaged("holds more than 512 MB");
@@ -56,68 +54,75 @@ Outcome<std::vector<PackedFile>> UnpackGzip(std::string_view bytes) {
   return std::vector<PackedFile>{std::move(file)};
 }
 
-// Little-endian figures of a ZIP header; 0 behind the end.
-std::size_t Figure(std::string_view bytes, std::size_t at, std::size_t count) {
-  std::size_t value = 0;
-  if (at > bytes.size() || count > bytes.size() - at) return 0;
-  for (std::size_t i = count; i > 0; --i) {
-    value = value << 8 | static_cast<unsigned char>(bytes[at + i - 1]);
+struct ZipEnd {
+  void operator()(zip_source_t* source) const { zip_source_free(source); }
+  void operator()(zip_t* archive) const { zip_discard(archive); }
+  void operator()(zip_file_t* file) const { zip_fclose(file); }
+};
+using ZipSource = std::unique_ptr<zip_source_t, ZipEnd>;
+using Zip = std::unique_ptr<zip_t, ZipEnd>;
+using ZipFile = std::unique_ptr<zip_file_t, ZipEnd>;
+
+// What the library finds wrong, in our words where users meet it.
+Fault ZipFault(const zip_error_t& error) {
+  switch (error.zip_err) {
+    case ZIP_ER_CRC:
+      return Damaged("has a wrong check sum");
+    case ZIP_ER_NOZIP:
+    case ZIP_ER_INCONS:
+    case ZIP_ER_EOF:
+    case ZIP_ER_SEEK:
+    case ZIP_ER_ZLIB:
+    case ZIP_ER_COMPRESSED_DATA:
+      return Damaged("is damaged or cut off");
+    case ZIP_ER_COMPNOTSUPP:
+    case ZIP_ER_ENCRNOTSUPP:
+      return Damaged("has a packing that is not known");
+    case ZIP_ER_NOPASSWD:
+    case ZIP_ER_WRONGPASSWD:
+      return Damaged("is locked by a password");
+    default: {
+      zip_error_t copy = error;
+      return Damaged(std::string("cannot be unpacked: ") + zip_error_strerror(&copy));
+    }
   }
-  return value;
 }
 
-std::string_view Part(std::string_view bytes, std::size_t at, std::size_t count) {
-  return at <= bytes.size() && count <= bytes.size() - at ? bytes.substr(at, count)
-                                                          : std::string_view();
-}
-
-// The file of one directory entry.
-Outcome<PackedFile> UnpackEntry(std::string_view bytes, std::string_view entry) {
-  const std::size_t method = Figure(entry, 10, 2), check = Figure(entry, 16, 4);
-  const std::size_t packed = Figure(entry, 20, 4), local = Figure(entry, 42, 4);
-  PackedFile file{.Name = std::string(Part(entry, 46, Figure(entry, 28, 2)))};
-  if (Part(bytes, local, kZipEntry.size()) != kZipEntry) return Damaged("is damaged");
-  constexpr std::size_t kLocalHeader = 30;
-  const std::size_t begin =
-      local + kLocalHeader + Figure(bytes, local + 26, 2) + Figure(bytes, local + 28, 2);
-  std::string_view data = Part(bytes, begin, packed);
-  if (data.size() != packed) return Damaged("is cut off");
-  constexpr std::size_t kStored = 0, kDeflated = 8;
-  if (method == kStored) {
-    file.Bytes = data;
-  } else if (method == kDeflated) {
-    Outcome<std::string> unpacked = Inflate(data, kRawDeflate);
-    if (!unpacked) return unpacked.Error();
-    file.Bytes = std::move(unpacked.Value());
-  } else {
-    return Damaged("has a packing that is not known");
+Outcome<std::string> UnpackEntry(zip_t& archive, zip_uint64_t index, std::size_t most) {
+  const ZipFile file(zip_fopen_index(&archive, index, 0));
+  if (!file) return ZipFault(*zip_get_error(&archive));
+  std::string unpacked;
+  std::string piece(std::size_t{1} << 16, '\0');
+  for (;;) {
+    const zip_int64_t count = zip_fread(file.get(), piece.data(), piece.size());
+    if (count < 0) return ZipFault(*zip_file_get_error(file.get()));
+    if (count == 0) return unpacked;
+    unpacked.append(piece, 0, static_cast<std::size_t>(count));
+    if (unpacked.size() > most) return Damaged("holds more than 512 MB");
   }
-  const auto* start = reinterpret_cast<const Bytef*>(file.Bytes.data());
-  if (crc32(0, start, static_cast<uInt>(file.Bytes.size())) != check) {
-    return Damaged("has a wrong check sum");
-  }
-  return file;
 }
 
 Outcome<std::vector<PackedFile>> UnpackZip(std::string_view bytes) {
-  const std::size_t end = bytes.rfind(kZipEnd);
-  constexpr std::size_t kEndRecord = 22;
-  if (end == std::string_view::npos || bytes.size() - end < kEndRecord) {
-    return Damaged("is cut off");
-  }
+  zip_error_t error;
+  zip_error_init(&error);
+  ZipSource source(zip_source_buffer_create(bytes.data(), bytes.size(), 0, &error));
+  if (!source) return ZipFault(error);
+  const Zip archive(zip_open_from_source(source.get(), ZIP_RDONLY | ZIP_CHECKCONS, &error));
+  if (!archive) return ZipFault(error);
+  static_cast<void>(source.release());  // belongs to the archive now
   std::vector<PackedFile> files;
-  const std::size_t count = Figure(bytes, end + 10, 2);
-  std::size_t at = Figure(bytes, end + 16, 4), total = 0;
-  for (std::size_t i = 0; i < count; ++i) {
-    constexpr std::size_t kHeader = 46;
-    if (Part(bytes, at, kZipDirectory.size()) != kZipDirectory) return Damaged("is damaged");
-    const std::string_view entry = bytes.substr(at);
-    Outcome<PackedFile> file = UnpackEntry(bytes, entry);
-    if (!file) return file.Error();
-    total += file.Value().Bytes.size();
-    if (total > kMostBytes) return Damaged("holds more than 512 MB");
-    if (!file.Value().Name.ends_with('/')) files.push_back(std::move(file.Value()));
-    at += kHeader + Figure(entry, 28, 2) + Figure(entry, 30, 2) + Figure(entry, 32, 2);
+  std::size_t left = kMostBytes;
+  for (zip_int64_t i = 0; i < zip_get_num_entries(archive.get(), 0); ++i) {
+    const auto index = static_cast<zip_uint64_t>(i);
+    const char* name = zip_get_name(archive.get(), index, ZIP_FL_ENC_GUESS);
+    if (name == nullptr) return ZipFault(*zip_get_error(archive.get()));
+    PackedFile file{.Name = name};
+    if (file.Name.ends_with('/')) continue;  // a folder
+    Outcome<std::string> unpacked = UnpackEntry(*archive, index, left);
+    if (!unpacked) return unpacked.Error();
+    file.Bytes = std::move(unpacked.Value());
+    left -= file.Bytes.size();
+    files.push_back(std::move(file));
   }
   return files;
 }

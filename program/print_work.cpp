@@ -10,6 +10,7 @@
 #include "core/numbers.h"
 #include "core/raw_file.h"
 #include "core/source_text.h"
+#include "ingest/archive.h"
 #include "ingest/decoder.h"
 #include "program/print_displays.h"
 
@@ -170,7 +171,7 @@ Outcome<ListingLines> SourceLines(const Program& program) {
   std::vector<std::string> notes;
   const Outcome<SourceText> source = ingest::ReadSource(program.Current.FilePath(), notes);
   if (!source) return source.Error();
-  return LinesOf(source.Value().Bytes());
+  return LinesOf(ingest::PlaceOf(source.Value(), IndexInFile(program)).Text->Bytes());
 }
 
 PrintSetup ReadPrinterFile(const std::filesystem::path& folder) {

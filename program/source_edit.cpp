@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "core/files.h"
+#include "ingest/archive.h"
 #include "ingest/decoder.h"
 #include "program/edit_commands.h"
 
@@ -90,12 +91,21 @@ Outcome<EditableText> PartToEdit(const SourceText& source, const ingest::SourceE
   return part;
 }
 
+// The edited text under the name that its file has in an archive, which may tell the date.
 Outcome<SoundingRecord> Decode(Program& program, const std::string& bytes) {
   SoundingRecord record;
   ingest::LoadContext context{
       .Ask = program.Current.Ask, .Index = IndexInFile(program), .Stations = &program.Stations};
   const std::optional<Fault> fault = Guarded("EditSource", [&]() -> std::optional<Fault> {
-    return ingest::DecodeSounding(SourceText(program.Current.FileName, bytes), context, record);
+    std::vector<std::string> notes;
+    const Outcome<SourceText> onDisk = ingest::ReadSource(program.Current.FilePath(), notes);
+    std::string name = program.Current.FileName;
+    if (onDisk) {
+      const ingest::SoundingPlace place = ingest::PlaceOf(onDisk.Value(), context.Index);
+      name = place.Text->Name();
+      context.Index = place.Index;
+    }
+    return ingest::DecodeSounding(SourceText(name, bytes), context, record);
   });
   if (fault) return *fault;
   return record;
@@ -147,12 +157,13 @@ Outcome<EditableText> SourceToEdit(const Program& program, bool entireFile) {
   std::vector<std::string> notes;
   const Outcome<SourceText> source = ingest::ReadSource(path, notes);
   if (!source) return source.Error();
-  const std::vector<ingest::SourceEntry> entries = ingest::ListSoundings(source.Value());
-  const auto index = static_cast<std::size_t>(IndexInFile(program));
+  const ingest::SoundingPlace place = ingest::PlaceOf(source.Value(), IndexInFile(program));
+  const std::vector<ingest::SourceEntry> entries = ingest::ListSoundings(*place.Text);
+  const auto index = static_cast<std::size_t>(place.Index);
   if (entries.size() > 1 && index < entries.size() && entries[index].FirstLine > 0) {
-    return PartToEdit(source.Value(), entries[index], name);
+    return PartToEdit(*place.Text, entries[index], name);
   }
-  return TextToEdit(source.Value().Bytes(), name);
+  return TextToEdit(place.Text->Bytes(), name);
 }
 
 std::optional<Fault> AdoptSource(Program& program, const std::string& bytes, Changes& changes) {

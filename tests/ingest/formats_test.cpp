@@ -12,6 +12,7 @@
 #include "core/markers.h"
 #include "core/numbers.h"
 #include "core/units.h"
+#include "ingest/archive.h"
 #include "ingest/decoder.h"
 #include "ingest/json_text.h"
 #include "ingest/unpack.h"
@@ -514,7 +515,52 @@ TEST(Unpack, GzipAndZip) {
   current.Ask = &quiet;
   ASSERT_EQ(LoadSounding(current, test::TestData("packed.zip")), Status::Ok) << current.StatusText;
   EXPECT_EQ(current.Record.DataFormat, "SPC");
-  EXPECT_EQ(current.LoadNotes.at(0), "The archive holds 2 files; spc_text.spc was taken.");
+  EXPECT_EQ(current.LoadNotes.at(0),
+            "Of the archive readme.txt was left out: in none of the known formats.");
+}
+
+// Two bulletins with the parts of the same ascents, a packed station file of two soundings and a
+// file of one.
+TEST(Unpack, AnArchiveOfManySoundings) {
+  std::vector<std::string> notes;
+  const Outcome<SourceText> source = ReadSource(test::TestData("packed_many.zip"), notes);
+  ASSERT_TRUE(source) << source.Error().Detail;
+  EXPECT_EQ(notes.size(), 1U);
+  const std::vector<SourceEntry> entries = ListSoundings(source.Value());
+  std::vector<std::string> formats;
+  LoadContext context;
+  do {
+    SoundingRecord record;
+    const auto fault = DecodeSounding(source.Value(), context, record);
+    ASSERT_FALSE(fault) << fault->Detail;
+    formats.push_back(record.DataFormat + ' ' + std::to_string(record.NumTempLevels()) + ' ' +
+                      std::to_string(record.NumWindLevels()));
+  } while (++context.Index < context.Count);
+  EXPECT_EQ(formats, (std::vector<std::string>{"CODED 15 23", "CODED 5 5", "IGRA 3 4", "IGRA 2 2",
+                                               "SPC 3 4"}));
+  ASSERT_EQ(entries.size(), formats.size());
+  EXPECT_EQ(entries[0].Station.Number, 1234);
+  EXPECT_EQ(entries[2].Time.Year, 1999);
+  EXPECT_EQ(entries[4].Title, "spc_text.spc");
+  const SoundingPlace place = PlaceOf(source.Value(), 3);
+  EXPECT_EQ(place.Text->Name() + ' ' + std::to_string(place.Index), "igra_station.txt 1");
+
+  context.Index = 5;
+  SoundingRecord record;
+  EXPECT_TRUE(DecodeSounding(source.Value(), context, record));
+}
+
+// Of other days, bulletins stay apart: the day of the month would be taken for the same.
+TEST(Unpack, BulletinsOfTwoMonthsStayApart) {
+  const std::string text = FileText("coded_bulletins_20240305.txt");
+  std::vector<std::string> notes;
+  const SourceText archive = MakeArchive(
+      "two.zip", {SourceText("20240305.txt", text), SourceText("20240405.txt", text)}, notes);
+  LoadContext context{.Index = 2};
+  SoundingRecord record;
+  ASSERT_FALSE(DecodeSounding(archive, context, record));
+  EXPECT_EQ(record.Time.Month, 4);
+  EXPECT_EQ(context.Count, 4);
 }
 
 TEST(Formats, SecondsOfAWholeFlightOpenInASecond) {
