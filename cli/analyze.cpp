@@ -23,6 +23,7 @@ constexpr ArgumentRow kOptions[] = {
     {"--trace-liftsat", "", "FILE",
      "write the steps of the saturated-adiabat search for each level's wet bulb"},
     kRootOption,
+    kSoundingOption,
     {"--set", "", "\"KEY=VALUE\"", "sets an option by its label; may be repeated"},
 };
 
@@ -73,13 +74,13 @@ std::string IndexLabels() {
 // Reads one file after the other and hands each sounding on; what fails is reported and passed
 // over. Gives the exit code.
 template <class Use>
-int ForEachSounding(const Arguments& arguments, const Options& options, Console& console,
+int ForEachSounding(const Arguments& arguments, int index, const Options& options, Console& console,
                     Use&& use) {
   int exitCode = kExitOk;
   analysis::AdiabatTable adiabats;  // one sounding is solved sooner than the table is filled
   analysis::AdiabatTable* const table = arguments.Files.size() > 1 ? &adiabats : nullptr;
   for (const std::string& file : arguments.Files) {
-    const Outcome<AnalysedSounding> sounding = LoadAndAnalyse(file, options, table);
+    const Outcome<AnalysedSounding> sounding = LoadAndAnalyse(file, index, options, table);
     if (sounding) {
       const QcFinding found = CheckRecord(sounding.Value().Record);
       if (found.Number != 0) {
@@ -137,18 +138,26 @@ int RunAnalyze(const Arguments& arguments, Console& console) {
                         "there is no index \"" + label + "\"; there are " + IndexLabels());
     }
   }
+  const Outcome<int> index = SoundingIndex(arguments);
+  if (!index) return UsageError(console, kAnalyzeCommand, index.Error().Detail);
+  const int at = index.Value();
   if (!explained.empty()) {
-    return ForEachSounding(arguments, options, console, [&](const AnalysedSounding& sounding) {
+    return ForEachSounding(arguments, at, options, console, [&](const AnalysedSounding& sounding) {
       ExplainIndices(sounding, explained, options, console);
     });
   }
   std::optional<AtomicFile> trace;
   std::optional<Fault> traceFault;
   const std::optional<std::string> traceName = arguments.Value("--trace-liftsat");
-  if (traceName) trace.emplace(PathFromText(*traceName));
+  if (traceName) {
+    if (const auto fault = NotAnInput(arguments, *traceName)) {
+      return UsageError(console, kAnalyzeCommand, fault->Detail);
+    }
+    trace.emplace(PathFromText(*traceName));
+  }
   Report report(format, arguments.Files.size() > 1, options, console);
   const int exitCode =
-      ForEachSounding(arguments, options, console, [&](const AnalysedSounding& sounding) {
+      ForEachSounding(arguments, at, options, console, [&](const AnalysedSounding& sounding) {
         report.Add(sounding);
         if (trace && !traceFault) traceFault = trace->Write(TraceLiftSat(sounding, options));
       });

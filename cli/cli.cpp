@@ -59,19 +59,36 @@ const StationList& Stations() {
   return list;
 }
 
-Outcome<AnalysedSounding> LoadAndAnalyse(const std::string& file, const Options& options,
-                                         analysis::AdiabatTable* table) {
-  AnalysedSounding sounding;
-  sounding.File = file;
-  SilentInteraction quiet;
-  ingest::LoadContext context{.Ask = &quiet, .Stations = &Stations()};
-  const Outcome<SourceText> source = ingest::ReadSource(PathFromText(file), context.Notes);
-  if (!source) return source.Error();
-  if (std::optional<Fault> fault =
-          ingest::DecodeSounding(source.Value(), context, sounding.Record)) {
-    return *fault;
+Outcome<int> SoundingIndex(const Arguments& arguments) {
+  const std::string text = arguments.Value(kSoundingOption.Name).value_or("1");
+  const std::optional<int> number = ParseWhole(text);
+  if (!number || *number < 1) {
+    return Fault{kFaultInvalidValue, "SoundingIndex",
+                 "--sounding takes a number from 1, not \"" + text + '"'};
   }
-  sounding.Notes = std::move(context.Notes);
+  return *number - 1;
+}
+
+std::optional<Fault> NotAnInput(const Arguments& arguments, const std::string& output) {
+  for (const std::string& file : arguments.Files) {
+    std::error_code failed;  // of what does not exist, neither is the other
+    if (std::filesystem::equivalent(PathFromText(file), PathFromText(output), failed)) {
+      return Fault{kFaultInvalidValue, "NotAnInput",
+                   '"' + output + "\" is a file to read and would be lost"};
+    }
+  }
+  return std::nullopt;
+}
+
+Outcome<AnalysedSounding> LoadAndAnalyse(const std::string& file, int index, const Options& options,
+                                         analysis::AdiabatTable* table) {
+  SilentInteraction quiet;
+  Outcome<ingest::LoadedFile> loaded =
+      ingest::LoadFile(PathFromText(file), index, &Stations(), &quiet);
+  if (!loaded) return loaded.Error();
+  AnalysedSounding sounding{.File = file,
+                            .Record = std::move(loaded.Value().Record),
+                            .Notes = std::move(loaded.Value().Notes)};
   sounding.Results = table != nullptr ? analysis::Analyse(sounding.Record, options, *table)
                                       : analysis::Analyse(sounding.Record, options);
   return sounding;

@@ -38,8 +38,17 @@ extern const Command kFetchCommand;
 /// The station list of the program root, else the shipped one; read once.
 const StationList& Stations();
 
-/// Reads, orders and analyses one file; the fault's detail names file and reason.
-Outcome<AnalysedSounding> LoadAndAnalyse(const std::string& file, const Options& options,
+inline constexpr ArgumentRow kSoundingOption = {
+    "--sounding", "-n", "N", "of a file with several soundings takes number N, 1 without it"};
+
+/// The number of --sounding, counted from 0; what is wrong with it else.
+Outcome<int> SoundingIndex(const Arguments& arguments);
+
+/// Refuses an output that is one of the files to read.
+std::optional<Fault> NotAnInput(const Arguments& arguments, const std::string& output);
+
+/// Reads, orders and analyses one sounding of a file; the fault's detail names file and reason.
+Outcome<AnalysedSounding> LoadAndAnalyse(const std::string& file, int index, const Options& options,
                                          analysis::AdiabatTable* table = nullptr);
 
 /// "vexa-cli: FILE: reason" for a file that failed.

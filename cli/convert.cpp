@@ -9,6 +9,7 @@ namespace {
 
 constexpr ArgumentRow kOptions[] = {
     {"--output", "-o", "OUT.RAW", "native sounding file to write"},
+    kSoundingOption,
 };
 
 int RunConvert(const Arguments& arguments, Console& console) {
@@ -18,8 +19,11 @@ int RunConvert(const Arguments& arguments, Console& console) {
     return UsageError(console, kConvertCommand, "one FILE at a time");
   }
   const std::string& file = arguments.Files.front();
-  const Outcome<AnalysedSounding> sounding = LoadAndAnalyse(file, {});
-  std::optional<Fault> fault;
+  const Outcome<int> index = SoundingIndex(arguments);
+  if (!index) return UsageError(console, kConvertCommand, index.Error().Detail);
+  std::optional<Fault> fault = NotAnInput(arguments, *output);
+  if (fault) return UsageError(console, kConvertCommand, fault->Detail);
+  const Outcome<AnalysedSounding> sounding = LoadAndAnalyse(file, index.Value(), {});
   if (!sounding) {
     fault = sounding.Error();
   } else if (sounding.Value().Record.NumTempLevels() == 0) {

@@ -18,6 +18,7 @@ constexpr ArgumentRow kOptions[] = {
     {"--output", "-o", "OUT", "dump to write: a spreadsheet for .csv, else text"},
     {"--jobs", "-j", "N", "threads that read and compute, 1 without it"},
     {"--range", "", "NNNN-NNNN", "of the files only these, counted from 0001"},
+    kSoundingOption,
     kRootOption,
     {"--set", "", "\"KEY=VALUE\"",
      "sets an option by its label, DumpData1 to DumpData7 those of the dump"},
@@ -35,6 +36,9 @@ Outcome<ExportRange> RangeOf(const std::optional<std::string>& text, int count) 
 int RunExport(const Arguments& arguments, Console& console) {
   const std::optional<std::string> output = arguments.Value("--output");
   if (!output) return UsageError(console, kExportCommand, "no output is given with -o");
+  if (const auto fault = NotAnInput(arguments, *output)) {
+    return UsageError(console, kExportCommand, fault->Detail);
+  }
   const Outcome<CommandSetup> setup = SetupOf(arguments, console);
   if (!setup) return UsageError(console, kExportCommand, setup.Error().Detail);
   const std::string jobsText = arguments.Value("--jobs").value_or("1");
@@ -55,7 +59,8 @@ int RunExport(const Arguments& arguments, Console& console) {
                                            .Output = PathFromText(*output),
                                            .Kind = output::DumpKindOf(*output),
                                            .Jobs = *jobs,
-                                           .Stations = &setup.Value().Stations},
+                                           .Stations = &setup.Value().Stations,
+                                           .Index = setup.Value().Index},
                                           setup.Value().Settings.Set, {},
                                           [&console](const std::string& file, const Fault& fault) {
                                             ReportFault(console, file, fault);

@@ -12,6 +12,7 @@ constexpr ArgumentRow kOptions[] = {
      "summary, complete, interval, analyses, weather, indices or cape; may be repeated, all seven "
      "without it"},
     kRootOption,
+    kSoundingOption,
     {"--set", "", "\"KEY=VALUE\"", "sets an option by its label; may be repeated"},
 };
 

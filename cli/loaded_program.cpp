@@ -14,7 +14,9 @@ namespace vexa::cli {
 Outcome<CommandSetup> SetupOf(const Arguments& arguments, Console& console) {
   const Outcome<SettingsStore> settings = CommandSettings(arguments, console);
   if (!settings) return settings.Error();
-  CommandSetup setup{.Settings = settings.Value()};
+  const Outcome<int> index = SoundingIndex(arguments);
+  if (!index) return index.Error();
+  CommandSetup setup{.Settings = settings.Value(), .Index = index.Value()};
   if (const auto root = arguments.Value(kRootOption.Name)) {
     setup.Root = PathFromText(*root);
     setup.Stations = KnownStations(setup.Root, ProgramFolder());
@@ -24,7 +26,7 @@ Outcome<CommandSetup> SetupOf(const Arguments& arguments, Console& console) {
   return setup;
 }
 
-LoadedProgram::LoadedProgram(const CommandSetup& setup) {
+LoadedProgram::LoadedProgram(const CommandSetup& setup) : index_(setup.Index) {
   program_.Current.Ask = &quiet_;
   program_.Settings = setup.Settings;
   program_.Stations = setup.Stations;
@@ -35,16 +37,13 @@ LoadedProgram::LoadedProgram(const CommandSetup& setup) {
 }
 
 std::optional<Fault> LoadedProgram::Load(const std::string& file) {
-  ingest::LoadContext context{.Ask = &quiet_, .Stations = &program_.Stations};
-  const Outcome<SourceText> source = ingest::ReadSource(PathFromText(file), context.Notes);
-  if (!source) return source.Error();
-  SoundingRecord record;
-  if (auto fault = ingest::DecodeSounding(source.Value(), context, record)) return fault;
   const std::filesystem::path path = PathFromText(file);
-  program_.Current.Record = std::move(record);
+  Outcome<ingest::LoadedFile> loaded = ingest::LoadFile(path, index_, &program_.Stations, &quiet_);
+  if (!loaded) return loaded.Error();
+  program_.Current.Record = std::move(loaded.Value().Record);
   program_.Current.FileName = TextFromPath(path.filename());
   program_.Current.DataFolder = path.parent_path();
-  program_.Current.LoadNotes = std::move(context.Notes);
+  program_.Current.LoadNotes = std::move(loaded.Value().Notes);
   program_.Results = analysis::Analyse(program_.Current.Record, program_.Set, program_.Adiabats);
   return std::nullopt;
 }

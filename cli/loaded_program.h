@@ -20,6 +20,7 @@ struct CommandSetup {
   SettingsStore Settings{};
   std::filesystem::path Root{};
   StationList Stations{};  // of the root; without one those of the command line
+  int Index = 0;           // of the sounding in its file
 };
 Outcome<CommandSetup> SetupOf(const Arguments& arguments, Console& console);
 
@@ -33,6 +34,7 @@ class LoadedProgram {
  private:
   SilentInteraction quiet_{};
   Program program_{};
+  int index_;
 };
 
 }  // namespace vexa::cli

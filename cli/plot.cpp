@@ -27,6 +27,7 @@ constexpr ArgumentRow kOptions[] = {
     kRootOption,
     {"--dpi", "", "N", "resolution that the file states, 96 without it"},
     {"--quality", "", "N", "of a .jpg, 1 to 100, 92 without it"},
+    kSoundingOption,
     {"--set", "", "\"KEY=VALUE\"", "sets an option by its label; may be repeated"},
 };
 
@@ -143,6 +144,9 @@ int RunPlot(const Arguments& arguments, Console& console) {
   std::set<std::string> written;
   for (const std::string& file : arguments.Files) {
     const std::string name = OutputFor(*output, file);
+    if (const auto fault = NotAnInput(arguments, name)) {
+      return UsageError(console, kPlotCommand, fault->Detail);
+    }
     const auto fault = written.insert(name).second
                            ? PlotFile(file, name, size, image, loaded, *display)
                            : Fault{kFaultBadFileName, "RunPlot",

@@ -30,6 +30,7 @@ constexpr ArgumentRow kOptions[] = {
     {"--no-data-type", "", "", "leaves data type and number of levels out of the header"},
     {"--no-coordinates", "", "", "leaves coordinates and elevation out of the header"},
     kRootOption,
+    kSoundingOption,
     {"--set", "", "\"KEY=VALUE\"", "sets an option by its label; may be repeated"},
 };
 
@@ -123,6 +124,9 @@ std::optional<Fault> AddPages(const std::string& file, LoadedProgram& loaded, co
 int RunPrint(const Arguments& arguments, Console& console) {
   const std::optional<std::string> output = arguments.Value("--output");
   if (!output) return UsageError(console, kPrintCommand, "no output is given with -o");
+  if (const auto fault = NotAnInput(arguments, *output)) {
+    return UsageError(console, kPrintCommand, fault->Detail);
+  }
   const Outcome<CommandSetup> setup = SetupOf(arguments, console);
   if (!setup) return UsageError(console, kPrintCommand, setup.Error().Detail);
   const Outcome<Asked> asked = ReadRequest(arguments, setup.Value());

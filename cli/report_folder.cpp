@@ -14,12 +14,16 @@ namespace {
 constexpr ArgumentRow kOptions[] = {
     {"--output", "-o", "FOLDER", "folder to write; it is made where it is missing"},
     kRootOption,
+    kSoundingOption,
     {"--set", "", "\"KEY=VALUE\"", "sets an option by its label; may be repeated"},
 };
 
 int RunReport(const Arguments& arguments, Console& console) {
   const std::optional<std::string> output = arguments.Value("--output");
   if (!output) return UsageError(console, kReportCommand, "no folder is given with -o");
+  if (const auto fault = NotAnInput(arguments, *output)) {
+    return UsageError(console, kReportCommand, fault->Detail);
+  }
   if (arguments.Files.size() > 1) {
     return UsageError(console, kReportCommand, "one FILE at a time");
   }

@@ -28,6 +28,20 @@ std::string_view SourceText::Line(int number) const {
   return std::string_view(bytes_).substr(span.Begin, span.Length);
 }
 
+SourceText SourceText::Part(int from, int to) const {
+  const auto beginOf = [this](int line) {
+    return line > LineCount() ? bytes_.size() : lines_[static_cast<std::size_t>(line) - 1].Begin;
+  };
+  const std::size_t begin = beginOf(from);
+  SourceText part(name_, bytes_.substr(begin, beginOf(to) - begin));
+  part.linesBefore_ = linesBefore_ + from - 1;
+  return part;
+}
+
+std::string AtLine(const SourceText& source, int line, std::string_view reason) {
+  return AtLine(source.Name(), source.LineInFile(line), reason);
+}
+
 std::string AtLine(std::string_view name, int line, std::string_view reason) {
   std::string text(name);
   if (!text.empty()) text += ", ";

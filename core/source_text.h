@@ -22,8 +22,13 @@ class SourceText {
   const std::vector<SourceText>& Members() const { return members_; }
 
   int LineCount() const { return static_cast<int>(lines_.size()); }
-  /// Line without its end, 1-based as in messages. Throws std::out_of_range outside.
+  /// Line without its end, 1-based. Throws std::out_of_range outside.
   std::string_view Line(int number) const;
+
+  /// The lines from one to the one before another, as a text of its own that knows its place.
+  SourceText Part(int from, int to) const;
+  /// Where a line stands in the whole file.
+  int LineInFile(int number) const { return linesBefore_ + number; }
 
  private:
   struct Span {
@@ -35,9 +40,11 @@ class SourceText {
   std::string bytes_{};
   std::vector<Span> lines_{};
   std::vector<SourceText> members_{};
+  int linesBefore_ = 0;
 };
 
 /// "NAME, line 7: reason", the detail of a fault in a file's text.
 std::string AtLine(std::string_view name, int line, std::string_view reason);
+std::string AtLine(const SourceText& source, int line, std::string_view reason);
 
 }  // namespace vexa

@@ -143,12 +143,17 @@ std::optional<Fault> DecodeFromArchive(const SourceText& archive, LoadContext& c
                                        SoundingRecord& into) {
   if (context.Held.empty()) context.Held = HeldBy(archive);
   const int whole = context.Index;
+  const int count = std::accumulate(context.Held.begin(), context.Held.end(), 0);
+  if (const auto index = ChooseSounding(static_cast<std::size_t>(count), archive, context);
+      !index) {
+    return index.Error();
+  }
   const std::size_t member = FindMember(context.Held, context.Index);
   if (member != context.Member) context.Kept.reset();
   context.Member = member;
   std::optional<Fault> fault = DecodeSounding(archive.Members()[member], context, into);
   context.Index = whole;
-  context.Count = std::accumulate(context.Held.begin(), context.Held.end(), 0);
+  context.Count = count;
   return fault;
 }
 

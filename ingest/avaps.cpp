@@ -77,7 +77,7 @@ class Rows {
     std::vector<std::string_view> fields = Tokens(source_.Line(line));
     if (fields.size() < 2 || fields[kStatus].front() != 'S') return std::nullopt;
     const auto fault = [&](const std::string& reason) {
-      return Fault{kFaultEndOfFile, "DecodeAvaps", AtLine(source_.Name(), line, reason)};
+      return Fault{kFaultEndOfFile, "DecodeAvaps", AtLine(source_, line, reason)};
     };
     if (MayBeCutOff(source_, line)) {
       into.Notes.push_back("The last row is cut off and was left out.");

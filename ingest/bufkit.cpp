@@ -97,7 +97,7 @@ Outcome<SourceSounding> ReadBlock(const SourceText& source, const SoundingBlock&
   const int first = names.size() < 2 ? 0 : FindFirstRow(source, block, names);
   if (first == 0 || !Holds(plan, Quantity::Press)) {
     return Fault{kFaultEndOfFile, "DecodeBufkit",
-                 AtLine(source.Name(), block.FirstRow, "no column names of the profile")};
+                 AtLine(source, block.FirstRow, "no column names of the profile")};
   }
   std::vector<std::string_view> values;
   for (int line = first; line < block.EndRow; ++line) {
@@ -107,7 +107,7 @@ Outcome<SourceSounding> ReadBlock(const SourceText& source, const SoundingBlock&
     SourceLevel level;
     if (const std::optional<std::string> bad = ReadRow(values, plan, sounding.Refused, level)) {
       return Fault{kFaultEndOfFile, "DecodeBufkit",
-                   AtLine(source.Name(), line, '"' + *bad + "\" is not a number")};
+                   AtLine(source, line, '"' + *bad + "\" is not a number")};
     }
     const bool isCutOff = MayBeCutOff(source, line);
     if (isCutOff) break;

@@ -144,7 +144,7 @@ Outcome<SourceSounding> ReadBlock(const SourceText& source, const ClassBlock& bl
       Cut(source.Line(place.FirstRow - 3), dashes), Cut(source.Line(place.FirstRow - 2), dashes));
   if (!Holds(plan, Quantity::Press)) {
     return Fault{kFaultNonStandard, "DecodeClassText",
-                 AtLine(source.Name(), place.FirstRow - 3, "no column of pressures")};
+                 AtLine(source, place.FirstRow - 3, "no column of pressures")};
   }
   for (int line = place.FirstRow; line < place.EndRow; ++line) {
     const std::string_view text = source.Line(line);
@@ -157,7 +157,7 @@ Outcome<SourceSounding> ReadBlock(const SourceText& source, const ClassBlock& bl
     if (const std::optional<std::string> bad =
             ReadRow(Cut(text, dashes), plan, sounding.Refused, level)) {
       return Fault{kFaultEndOfFile, "DecodeClassText",
-                   AtLine(source.Name(), line, '"' + *bad + "\" is not a number")};
+                   AtLine(source, line, '"' + *bad + "\" is not a number")};
     }
     sounding.Levels.push_back(level);
   }

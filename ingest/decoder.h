@@ -52,6 +52,9 @@ struct Decoder {
   /// The soundings that the text holds, in the order of LoadContext::Index; null for a format of
   /// one sounding a file.
   std::vector<SourceEntry> (*List)(const SourceText& source) = nullptr;
+  /// For a format of one sounding a file: the lines where soundings begin whose texts were put
+  /// together in one file.
+  std::vector<int> (*Beginnings)(const SourceText& source) = nullptr;
   bool IsInParts = false;  // an ascent may be spread over several files, which read on as one text
 };
 
@@ -79,6 +82,18 @@ Outcome<SourceText> ReadSource(const std::filesystem::path& path, std::vector<st
 /// The same for bytes that came by another way, under a name of their own.
 Outcome<SourceText> ReadSource(const std::string& name, std::string bytes,
                                std::vector<std::string>& notes);
+
+/// One sounding of a file, the notes told with it; of several that the index chooses, the first
+/// note says which it is. Faults as ReadSource and DecodeSounding.
+struct LoadedFile {
+  SoundingRecord Record{};
+  std::vector<std::string> Notes{};
+};
+Outcome<LoadedFile> LoadFile(const std::filesystem::path& path, int index,
+                             const StationList* stations, Interaction* ask);
+
+/// "This is number 2 of the file's 22 soundings." among a context's notes, where there are several.
+void NoteNumber(LoadContext& context);
 
 /// Loads a file into the current sounding. The sounding that was current stays until the new one
 /// is whole; a native file keeps what was read before its fault, as its reader does.

@@ -36,24 +36,26 @@ namespace {
 
 // The first that recognises a text reads it.
 constexpr Decoder kDecoders[] = {
-    {"BUFR", "BUFR messages", "*.bufr *.bfr *.bin", IsBufr, DecodeBufr, ListBufr, true},
+    {"BUFR", "BUFR messages", "*.bufr *.bfr *.bin", IsBufr, DecodeBufr, ListBufr, nullptr, true},
     {kRawTag, "VEXA sounding", "*.raw *.RAW", IsNative, DecodeNative},
     {"COLUMNS", "VEXA data dump", "*.txt *.csv", IsLevelDump, DecodeLevelDump, ListLevelDump},
     {"IEM", "IEM JSON", "*.json", IsIemJson, DecodeIemJson, ListIemJson},
     {"DROPSONDE", "Dropsonde file", "D*", IsAvaps, DecodeAvaps},
     {"CLASS", "CLASS and EOL files", "*.cls *.eol", IsClassText, DecodeClassText, ListClassText},
     {"FCST", "BUFKIT", "*.buf", IsBufkit, DecodeBufkit, ListBufkit},
-    {"SPC", "SPC text", "*.spc *.txt", IsSpcText, DecodeSpcText},
+    {"SPC", "SPC text", "*.spc *.txt", IsSpcText, DecodeSpcText, nullptr, SpcTextBeginnings},
     {"IGRA", "IGRA station file", "*.txt", IsIgra, DecodeIgra, ListIgra},
     {"CARDS", "CARDS archive", "*.txt", IsCards, DecodeCards},
     {"TD6201", "TD-6201 archive", "*.txt *.dat", IsTd6201, DecodeTd6201, ListTd6201},
     {"FSL", "FSL rawinsonde text", "*.fsl *.txt", IsFsl, DecodeFsl, ListFsl},
-    {"WYOMING", "Wyoming CSV", "*.csv", IsWyomingCsv, DecodeWyomingCsv},
-    {"WYOMING", "Wyoming listing", "*.html *.htm *.txt", IsWyoming, DecodeWyoming},
+    {"WYOMING", "Wyoming CSV", "*.csv", IsWyomingCsv, DecodeWyomingCsv, nullptr,
+     WyomingCsvBeginnings},
+    {"WYOMING", "Wyoming listing", "*.html *.htm *.txt", IsWyoming, DecodeWyoming, nullptr,
+     WyomingBeginnings},
     {"DROPSONDE", "Dropsonde report", "*.frd *.txt", IsFrd, DecodeFrd},
     {"IEM", "IEM table", "*.csv *.txt", IsIemTable, DecodeIemTable, ListIemTable},
     {"FCST", "Model profiles", "*.csv *.txt", IsModelCsv, DecodeModelCsv, ListModelCsv},
-    {"CODED", "Coded messages", "*.txt", IsCoded, DecodeCoded, ListCoded, true},
+    {"CODED", "Coded messages", "*.txt", IsCoded, DecodeCoded, ListCoded, nullptr, true},
     {"COLUMNS", "Columns", "*.csv *.txt", IsColumns, DecodeColumns},
 };
 
@@ -77,11 +79,50 @@ std::string RefusalIn(const SourceText& plain) {
   return {};
 }
 
+// The lines where soundings begin in a text of several put together, and the one behind its last;
+// of one sounding none.
+std::vector<int> CutsOf(const Decoder& decoder, const SourceText& plain) {
+  std::vector<int> cuts;
+  if (decoder.Beginnings != nullptr) cuts = decoder.Beginnings(plain);
+  if (cuts.size() < 2) return {};
+  cuts.front() = 1;
+  cuts.push_back(plain.LineCount() + 1);
+  return cuts;
+}
+
+std::vector<SourceEntry> ListParts(const Decoder& decoder, const SourceText& plain,
+                                   const std::vector<int>& cuts) {
+  std::vector<SourceEntry> entries;
+  for (std::size_t i = 0; i + 1 < cuts.size(); ++i) {
+    LoadContext context;
+    SoundingRecord record;
+    ClearData(record);
+    static_cast<void>(decoder.Decode(plain.Part(cuts[i], cuts[i + 1]), context, record));
+    entries.push_back({.Title = record.StationTitle,
+                       .Time = record.Time,
+                       .FirstLine = cuts[i],
+                       .EndLine = cuts[i + 1]});
+  }
+  return entries;
+}
+
 std::vector<SourceEntry> ListPlain(const SourceText& plain) {
   const Decoder* decoder = Recognise(plain);
   if (decoder == nullptr) return {};
   if (decoder->List != nullptr) return decoder->List(plain);
+  if (const std::vector<int> cuts = CutsOf(*decoder, plain); !cuts.empty()) {
+    return ListParts(*decoder, plain, cuts);
+  }
   return {{.Title = plain.Name()}};
+}
+
+std::optional<Fault> DecodeChosen(const Decoder& decoder, const SourceText& plain,
+                                  LoadContext& context, SoundingRecord& into) {
+  const std::vector<int> cuts = CutsOf(decoder, plain);
+  if (cuts.empty()) return decoder.Decode(plain, context, into);
+  const Outcome<std::size_t> index = ChooseSounding(cuts.size() - 1, plain, context);
+  if (!index) return index.Error();
+  return decoder.Decode(plain.Part(cuts[index.Value()], cuts[index.Value() + 1]), context, into);
 }
 
 // Two temperature levels are wanted. Two winds do as well in all formats but the native one: those
@@ -119,7 +160,8 @@ std::optional<Fault> DecodePlain(const SourceText& plain, LoadContext& context,
                                                              : ": in none of the known formats"),
                  plain.Name()};
   }
-  std::optional<Fault> fault = decoder->Decode(plain, context, into);
+  context.Count = 1;
+  std::optional<Fault> fault = DecodeChosen(*decoder, plain, context, into);
   PressureDupe(into);
   SortData(into);
   PressureDupe(into);
@@ -156,6 +198,25 @@ std::optional<Fault> DecodeSounding(const SourceText& source, LoadContext& conte
   });
 }
 
+void NoteNumber(LoadContext& context) {
+  if (context.Count <= 1) return;
+  context.Notes.insert(context.Notes.begin(), "This is number " + Shortest(context.Index + 1) +
+                                                  " of the file's " + Shortest(context.Count) +
+                                                  " soundings.");
+}
+
+Outcome<LoadedFile> LoadFile(const std::filesystem::path& path, int index,
+                             const StationList* stations, Interaction* ask) {
+  LoadContext context{.Ask = ask, .Index = index, .Stations = stations};
+  const Outcome<SourceText> source = ReadSource(path, context.Notes);
+  if (!source) return source.Error();
+  LoadedFile loaded;
+  if (auto fault = DecodeSounding(source.Value(), context, loaded.Record)) return *fault;
+  NoteNumber(context);
+  loaded.Notes = std::move(context.Notes);
+  return loaded;
+}
+
 Status LoadSounding(CurrentSounding& current, const std::filesystem::path& path, int index,
                     const StationList* stations) {
   const ProcedureScope here(current, "LoadSounding");
@@ -179,6 +240,7 @@ Status LoadSounding(CurrentSounding& current, const std::filesystem::path& path,
     current.DataFolder = (failed ? path : whole).parent_path();
     current.QcFault = 0;
   }
+  NoteNumber(context);
   current.LoadNotes = std::move(context.Notes);
   if (fault) {
     ErrorReport(current, *fault);

@@ -113,7 +113,7 @@ class Block {
       if (!IsData(type)) continue;
       if (!speed) {
         return Fault{kFaultNonStandard, "DecodeFsl",
-                     AtLine(source_.Name(), line, "the unit of the wind is not known")};
+                     AtLine(source_, line, "the unit of the wind is not known")};
       }
       if (MayBeCutOff(source_, line) && text.size() < kWidth * kFields) {
         sounding.Notes.push_back("The last row is cut off and was left out.");
@@ -123,7 +123,7 @@ class Block {
       if (const std::optional<std::string_view> bad =
               ReadData(text, press, *speed, sounding.Refused, level)) {
         return Fault{kFaultEndOfFile, "DecodeFsl",
-                     AtLine(source_.Name(), line, '"' + std::string(*bad) + "\" is not a number")};
+                     AtLine(source_, line, '"' + std::string(*bad) + "\" is not a number")};
       }
       if (type == "9" && !ground) ground = level.Height;
       sounding.Levels.push_back(level);

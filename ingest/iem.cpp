@@ -168,7 +168,7 @@ std::optional<Fault> DecodeIemTable(const SourceText& source, LoadContext& conte
     SourceLevel level;
     if (const std::optional<std::string> bad = ReadRow(row.Fields, plan, sounding.Refused, level)) {
       return Fault{kFaultEndOfFile, "DecodeIemTable",
-                   AtLine(source.Name(), row.Line, '"' + *bad + "\" is not a number")};
+                   AtLine(source, row.Line, '"' + *bad + "\" is not a number")};
     }
     sounding.Levels.push_back(level);
   }

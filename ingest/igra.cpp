@@ -110,7 +110,7 @@ Outcome<SourceSounding> ReadBlock(const SourceText& source, const SoundingBlock&
     SourceLevel level;
     if (const std::optional<std::string> bad = ReadLevel(text, sounding.Refused, level)) {
       return Fault{kFaultEndOfFile, "DecodeIgra",
-                   AtLine(source.Name(), line, '"' + *bad + "\" is not a number")};
+                   AtLine(source, line, '"' + *bad + "\" is not a number")};
     }
     sounding.Levels.push_back(level);
   }

@@ -175,7 +175,7 @@ Outcome<JsonValue> ReadJson(const SourceText& source) {
   if (parser.ReadAll(value)) return value;
   const std::string_view before = std::string_view(source.Bytes()).substr(0, parser.At());
   const int line = static_cast<int>(std::ranges::count(before, '\n')) + 1;
-  return Fault{kFaultEndOfFile, "ReadJson", AtLine(source.Name(), line, parser.Reason())};
+  return Fault{kFaultEndOfFile, "ReadJson", AtLine(source, line, parser.Reason())};
 }
 
 }  // namespace vexa::ingest

@@ -212,7 +212,7 @@ std::optional<Fault> DecodeLevelDump(const SourceText& source, LoadContext& cont
   }
   if (block.Row == 0 || !Holds(block.Columns.Plan, Quantity::Press)) {
     return Fault{kFaultEndOfFile, "DecodeLevelDump",
-                 AtLine(source.Name(), first, "the sounding has no levels")};
+                 AtLine(source, first, "the sounding has no levels")};
   }
   const bool isElevationKnown = sounding.Heading.Elevation.has_value();
   const double ground = sounding.Heading.Elevation.value_or(0);

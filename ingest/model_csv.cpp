@@ -67,7 +67,7 @@ std::optional<Fault> DecodeModelCsv(const SourceText& source, LoadContext& conte
     const std::optional<TableLayout> layout = LayoutAt(text, block.FirstRow);
     if (!layout) {
       return Fault{kFaultEndOfFile, "DecodeModelCsv",
-                   AtLine(text.Name(), block.FirstRow, "no rows under these names")};
+                   AtLine(text, block.FirstRow, "no rows under these names")};
     }
     SourceSounding sounding{.Heading = block.Heading};
     if (auto fault = ReadTable(text, *layout, block.EndRow, "DecodeModelCsv", sounding)) {

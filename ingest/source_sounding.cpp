@@ -39,10 +39,6 @@ Outcome<std::size_t> ChooseSounding(std::size_t count, const SourceText& source,
                                                 Shortest(context.Index + 1) + " was asked for";
     return Fault{kFaultEndOfFile, "ChooseSounding", source.Name() + reason};
   }
-  if (count > 1) {
-    context.Notes.push_back("The file holds " + Shortest(static_cast<int>(count)) +
-                            " soundings; number " + Shortest(context.Index + 1) + " was taken.");
-  }
   return index;
 }
 

@@ -126,7 +126,7 @@ std::optional<Fault> ReadTable(const SourceText& source, const TableLayout& layo
     SourceLevel level;
     if (const std::optional<std::string> bad = ReadRow(fields, layout.Plan, into.Refused, level)) {
       return Fault{kFaultEndOfFile, std::string(procedure),
-                   AtLine(source.Name(), line, '"' + *bad + "\" is not a number")};
+                   AtLine(source, line, '"' + *bad + "\" is not a number")};
     }
     into.Levels.push_back(level);
   }

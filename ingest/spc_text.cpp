@@ -15,6 +15,7 @@ namespace {
 
 constexpr int kMostHeadingLines = 400;
 constexpr std::string_view kFormatTag = "SPC";
+constexpr std::string_view kTitleMark = "%TITLE%", kDataMark = "%RAW%";
 
 // Line that holds nothing but a mark such as %RAW%, 0 when there is none.
 int FindMark(const SourceText& source, std::string_view mark) {
@@ -71,7 +72,7 @@ std::optional<Fault> ReadRow(const SourceText& source, int line, Rows& rows) {
                                                     {Element::Direction, &SourceLevel::Dir},
                                                     {Element::Speed, &SourceLevel::Spd}}};
   const auto fault = [&](const std::string& reason) {
-    return Fault{kFaultEndOfFile, "DecodeSpcText", AtLine(source.Name(), line, reason)};
+    return Fault{kFaultEndOfFile, "DecodeSpcText", AtLine(source, line, reason)};
   };
   std::string_view row = source.Line(line);
   const bool isLast = line == source.LineCount() && !source.Bytes().ends_with('\n');
@@ -97,13 +98,26 @@ std::optional<Fault> ReadRow(const SourceText& source, int line, Rows& rows) {
 }  // namespace
 
 bool IsSpcText(const SourceText& source) {
-  return FindMark(source, "%TITLE%") != 0 || FindMark(source, "%RAW%") != 0;
+  return FindMark(source, kTitleMark) != 0 || FindMark(source, kDataMark) != 0;
+}
+
+std::vector<int> SpcTextBeginnings(const SourceText& source) {
+  std::vector<int> beginnings;
+  int title = 0;
+  for (int line = 1; line <= source.LineCount(); ++line) {
+    const std::string_view text = Trim(source.Line(line));
+    if (text == kTitleMark) title = line;
+    if (text != kDataMark) continue;
+    beginnings.push_back(title > 0 ? title : line);
+    title = 0;
+  }
+  return beginnings;
 }
 
 std::optional<Fault> DecodeSpcText(const SourceText& source, LoadContext& context,
                                    SoundingRecord& into) {
-  const int title = FindMark(source, "%TITLE%");
-  const int raw = FindMark(source, "%RAW%");
+  const int title = FindMark(source, kTitleMark);
+  const int raw = FindMark(source, kDataMark);
   SourceSounding sounding;
   const int headingEnd = raw == 0 ? source.LineCount() + 1 : raw;
   for (int line = title + 1; title != 0 && line < headingEnd; ++line) {
@@ -113,7 +127,7 @@ std::optional<Fault> DecodeSpcText(const SourceText& source, LoadContext& contex
   }
   if (raw == 0) {
     return Fault{kFaultEndOfFile, "DecodeSpcText",
-                 AtLine(source.Name(), source.LineCount(), "the data end before %RAW%")};
+                 AtLine(source, source.LineCount(), "the data end before %RAW%")};
   }
 
   Rows rows;

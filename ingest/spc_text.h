@@ -7,6 +7,7 @@
 namespace vexa::ingest {
 
 bool IsSpcText(const SourceText& source);
+std::vector<int> SpcTextBeginnings(const SourceText& source);
 std::optional<Fault> DecodeSpcText(const SourceText& source, LoadContext& context,
                                    SoundingRecord& into);
 

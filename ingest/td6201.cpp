@@ -100,7 +100,7 @@ Outcome<SourceSounding> ReadBlock(const SourceText& source, const SoundingBlock&
     SourceLevel level;
     if (const std::optional<std::string> bad = ReadLevel(text, sounding.Refused, level)) {
       return Fault{kFaultEndOfFile, "DecodeTd6201",
-                   AtLine(source.Name(), block.FirstRow,
+                   AtLine(source, block.FirstRow,
                           "level " + Shortest(read + 1) + ": \"" + *bad + "\" is not a number")};
     }
     sounding.Levels.push_back(level);

@@ -123,7 +123,7 @@ class Table {
     Outcome<std::vector<ReadColumn>> chosen = ChooseColumns(columns, unitLine);
     if (!chosen) {
       Fault fault = chosen.Error();
-      fault.Detail = AtLine(source_.Name(), line_ - 1, fault.Detail);
+      fault.Detail = AtLine(source_, line_ - 1, fault.Detail);
       return fault;
     }
     for (; line_ <= source_.LineCount(); ++line_) {
@@ -159,7 +159,7 @@ class Table {
       const std::string_view field = column.At.Of(row);
       if (!ReadElement(field, column.What, Refused, level.*column.Into, {column.Factor})) {
         return Fault{kFaultEndOfFile, "DecodeWyoming",
-                     AtLine(source_.Name(), line_,
+                     AtLine(source_, line_,
                             '"' + std::string(Trim(field)) + "\" in column " +
                                 std::string(column.At.Name) + " is not a number")};
       }
@@ -256,6 +256,21 @@ bool IsWyoming(const SourceText& source) {
   return FindNameLine(source) != 0;
 }
 
+// At the sentence that opens it, else at its line of column names.
+std::vector<int> WyomingBeginnings(const SourceText& source) {
+  std::vector<int> beginnings;
+  int opening = 0;
+  for (int line = 1; line <= source.LineCount(); ++line) {
+    const std::string_view text = source.Line(line);
+    SourceHeading heading;
+    if (opening == 0 && ReadOpening(Trim(text), heading)) opening = line;
+    if (!IsNameLine(text)) continue;
+    beginnings.push_back(opening > 0 ? opening : line);
+    opening = 0;
+  }
+  return beginnings;
+}
+
 std::optional<Fault> DecodeWyoming(const SourceText& source, LoadContext& context,
                                    SoundingRecord& into) {
   const int nameLine = FindNameLine(source);
@@ -283,11 +298,6 @@ std::optional<Fault> DecodeWyoming(const SourceText& source, LoadContext& contex
   std::optional<Fault> fault = table.Read();
   for (int line = table.NextLine(); line <= source.LineCount() && !fault; ++line) {
     const std::string_view text = source.Line(line);
-    SourceHeading another;
-    if (ReadOpening(Trim(text), another) || IsNameLine(text)) {
-      context.Notes.push_back("The file holds more than one sounding; the first one was taken.");
-      break;
-    }
     ReadLabels(text, heading);
   }
 

@@ -7,6 +7,7 @@
 namespace vexa::ingest {
 
 bool IsWyoming(const SourceText& source);
+std::vector<int> WyomingBeginnings(const SourceText& source);
 std::optional<Fault> DecodeWyoming(const SourceText& source, LoadContext& context,
                                    SoundingRecord& into);
 

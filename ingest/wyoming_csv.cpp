@@ -36,6 +36,14 @@ bool IsWyomingCsv(const SourceText& source) {
   return FindHeading(source) != 0;
 }
 
+std::vector<int> WyomingCsvBeginnings(const SourceText& source) {
+  std::vector<int> beginnings;
+  for (int line = 1; line <= source.LineCount(); ++line) {
+    if (Trim(source.Line(line)).starts_with(kHeading)) beginnings.push_back(line);
+  }
+  return beginnings;
+}
+
 std::optional<Fault> DecodeWyomingCsv(const SourceText& source, LoadContext& context,
                                       SoundingRecord& into) {
   const std::optional<TableLayout> layout = LayoutAt(source, FindHeading(source));

@@ -6,6 +6,7 @@
 namespace vexa::ingest {
 
 bool IsWyomingCsv(const SourceText& source);
+std::vector<int> WyomingCsvBeginnings(const SourceText& source);
 std::optional<Fault> DecodeWyomingCsv(const SourceText& source, LoadContext& context,
                                       SoundingRecord& into);
 

@@ -31,11 +31,10 @@ Piece MakePiece(const std::string& file, const ExportRequest& request, const Opt
   Piece piece;
   piece.Failed = Guarded("ExportBatch", [&]() -> std::optional<Fault> {
     SilentInteraction quiet;
-    ingest::LoadContext context{.Ask = &quiet, .Stations = request.Stations};
-    const Outcome<SourceText> source = ingest::ReadSource(PathFromText(file), context.Notes);
-    if (!source) return source.Error();
-    SoundingRecord record;
-    if (auto fault = ingest::DecodeSounding(source.Value(), context, record)) return fault;
+    const Outcome<ingest::LoadedFile> loaded =
+        ingest::LoadFile(PathFromText(file), request.Index, request.Stations, &quiet);
+    if (!loaded) return loaded.Error();
+    const SoundingRecord& record = loaded.Value().Record;
     const QcFinding found = CheckRecord(record);
     if (found.Number != 0) {
       return Fault{kFaultUnusable, "BadSounding", std::string(QcText(found.Number))};

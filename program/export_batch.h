@@ -39,6 +39,7 @@ struct ExportRequest {
   output::DumpKind Kind = output::DumpKind::Textfile;
   int Jobs = 1;                           // threads that read and compute
   const StationList* Stations = nullptr;  // for soundings that name their station by number only
+  int Index = 0;                          // of the sounding in each file
 };
 
 struct ExportReport {

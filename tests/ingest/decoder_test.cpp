@@ -97,14 +97,35 @@ TEST(Wyoming, DamageNamesItsLine) {
   EXPECT_EQ(part.Notes.back(), "The last row is cut off and was left out.");
 }
 
-TEST(Wyoming, OfSeveralSoundingsTheFirst) {
+// Listings that were put together in one file, of servers that give one at a time.
+TEST(Wyoming, SoundingsPutTogether) {
   const std::string page = FileText("wyoming_page.html");
-  const Decoded decoded = DecodeText("page.html", page + FileText("wyoming_text.txt"));
-  EXPECT_EQ(decoded.Record.ElevM, 66);
-  EXPECT_EQ(decoded.Record.NumTempLevels(), 5);
-  EXPECT_NE(std::ranges::find(decoded.Notes,
-                              "The file holds more than one sounding; the first one was taken."),
-            decoded.Notes.end());
+  const SourceText both("page.html", page + FileText("wyoming_text.txt"));
+  EXPECT_EQ(ListSoundings(both).size(), 2U);
+  const Decoded first = DecodeText("page.html", both.Bytes());
+  EXPECT_EQ(first.Record.ElevM, 66);
+  EXPECT_EQ(first.Record.NumTempLevels(), 5);
+  LoadContext context{.Index = 1};
+  SoundingRecord second;
+  ASSERT_FALSE(DecodeSounding(both, context, second));
+  const Decoded alone = DecodeText("text", FileText("wyoming_text.txt"));
+  EXPECT_EQ(second.StationTitle, alone.Record.StationTitle);
+  EXPECT_EQ(second.Temp, alone.Record.Temp);
+  EXPECT_EQ(context.Count, 2);
+}
+
+// Faults count the lines of the whole file.
+TEST(SpcText, TheSecondOfTwoPutTogether) {
+  const std::string one = FileText("spc_text.spc");
+  std::string damaged = one;
+  damaged.replace(damaged.find("30.00"), 5, "3x.00");
+  const SourceText both("two.spc", one + damaged);
+  ASSERT_EQ(ListSoundings(both).size(), 2U);
+  LoadContext context{.Index = 1};
+  SoundingRecord record;
+  const auto fault = DecodeSounding(both, context, record);
+  ASSERT_TRUE(fault);
+  EXPECT_EQ(fault->Detail, "two.spc, line 23: \"3x.00\" is not a number");
 }
 
 TEST(SpcText, RowsInAnyOrder) {
