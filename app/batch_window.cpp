@@ -89,6 +89,8 @@ void BatchWindow::BuildLists(QFormLayout& form) {
   beeper_ =
       named(new QCheckBox(QStringLiteral("Sound the &beeper when a timed batch is done"), this),
             "Beeper");
+  constexpr int kSourceRows = 6;  // more scroll, and leave room for the log
+  sources_->setMaximumHeight(kSourceRows * fontMetrics().lineSpacing() * 3 / 2);
   form.addRow(QStringLiteral("&Sources"), sources_);
   form.addRow(QStringLiteral("S&tations"), stations_);
   form.addRow(QStringLiteral("Time (UTC) by ha&nd"), time_);
@@ -251,8 +253,8 @@ download::BatchReport BatchWindow::RunFor(const ObservationTime& time) {
   download::BatchReport report = download::RunBatch(plan, work);
   isRunning_ = false;
   run_->setEnabled(true);
-  Log(Shortest(report.Saved()) + " of " + Shortest(static_cast<int>(report.Items.size())) +
-      " soundings saved." + (report.WasStopped ? " The batch was stopped." : ""));
+  Log(Shortest(report.Saved()) + " of " + Shortest(report.Asked) + " soundings saved." +
+      (report.WasStopped ? " The batch was stopped." : ""));
   ShowTimer();
   return report;
 }

@@ -7,6 +7,16 @@
 #include <string>
 
 namespace vexa {
+
+std::vector<std::filesystem::path> FilesOf(const QMimeData& data) {
+  std::vector<std::filesystem::path> paths;
+  for (const QUrl& url : data.urls()) {
+    if (url.isLocalFile()) {
+      paths.push_back(std::filesystem::path(url.toLocalFile().toStdU16String()));
+    }
+  }
+  return paths;
+}
 namespace {
 
 void BringUp(QDialog& window) {
@@ -28,7 +38,12 @@ bool DataWindows::Run(Command command) {
       return true;
     case Command::Download:
       if (download_.isNull()) {
-        download_ = new DownloadWindow(program_, events_.Open, parent_);
+        download_ = new DownloadWindow(
+            program_,
+            [this](const std::filesystem::path& file, int index) {
+              events_.Changed(OpenSounding(program_, file, index));
+            },
+            parent_);
         download_->setAttribute(Qt::WA_DeleteOnClose);
       }
       BringUp(*download_);
@@ -43,7 +58,7 @@ bool DataWindows::Run(Command command) {
       if (!batch_.isNull()) batch_->SilenceBeeper();
       return true;
     case Command::Paste:
-      if (const QMimeData* data = QApplication::clipboard()->mimeData()) OpenText(*data);
+      if (const QMimeData* data = QApplication::clipboard()->mimeData()) OpenData(*data);
       return true;
     default:
       return false;
@@ -59,15 +74,17 @@ void DataWindows::Follow() {
   if (!listings_.isNull()) listings_->Follow();
 }
 
-bool DataWindows::OpenText(const QMimeData& data) {
-  for (const QUrl& url : data.urls()) {
-    if (!url.isLocalFile()) continue;
-    events_.Open(std::filesystem::path(url.toLocalFile().toStdU16String()));
-    return true;
+void DataWindows::OpenData(const QMimeData& data) {
+  if (const auto files = FilesOf(data); !files.empty()) {
+    events_.Open(files);
+    return;
   }
-  if (!data.hasText() || data.text().trimmed().isEmpty()) return false;
-  events_.Changed(vexa::OpenText(program_, data.text().toStdString()));
-  return true;
+  if (data.hasText() && !data.text().trimmed().isEmpty()) {
+    events_.Changed(OpenText(program_, data.text().toStdString()));
+    return;
+  }
+  program_.Current.StatusText = "There is neither a file nor text to open.";
+  events_.Changed({});
 }
 
 }  // namespace vexa

@@ -15,12 +15,15 @@ class QMimeData;
 
 namespace vexa {
 
+/// The files on this machine that are dragged or copied.
+std::vector<std::filesystem::path> FilesOf(const QMimeData& data);
+
 class DataWindows {
  public:
   struct Events {
-    std::function<void(Changes)> Changed{};                         // show what became stale
-    std::function<void(const std::filesystem::path& file)> Open{};  // open this file
-    std::function<void()> Entries{};                                // menu entries come or go
+    std::function<void(Changes)> Changed{};  // show what became stale
+    std::function<void(const std::vector<std::filesystem::path>& files)> Open{};
+    std::function<void()> Entries{};  // menu entries come or go
   };
   DataWindows(Program& program, QWidget* parent, Events events)
       : program_(program), parent_(parent), events_(std::move(events)) {}
@@ -29,8 +32,8 @@ class DataWindows {
   bool Run(Command command);
   /// The sounding has changed.
   void Follow();
-  /// Opens text that was dropped or pasted as a sounding; false when there is none.
-  bool OpenText(const QMimeData& data);
+  /// Opens files or text that were dropped or pasted; the status line says when there is neither.
+  void OpenData(const QMimeData& data);
 
  private:
   void ShowBatch();

@@ -140,6 +140,10 @@ void DownloadWindow::BuildControls() {
 
   connect(source_, &QComboBox::currentIndexChanged, this, [this] { ShowSource(); });
   connect(station_, &QLineEdit::textEdited, this, [this] { ShowStations(); });
+  // What the last try came to is no word on the next.
+  connect(station_, &QLineEdit::textChanged, step_, &QLabel::clear);
+  connect(date_, &QDateEdit::dateChanged, step_, &QLabel::clear);
+  connect(hour_, &QComboBox::currentIndexChanged, step_, &QLabel::clear);
   connect(found_, &QListWidget::itemClicked, this, [this](QListWidgetItem* item) {
     station_->setText(item->data(kStationNumber).toString());
   });
@@ -164,10 +168,11 @@ void DownloadWindow::ShowSource() {
     hour_->addItem(QStringLiteral("%1").arg(hour, 2, 10, QLatin1Char('0')));
   }
   hour_->setCurrentIndex(std::max(0, hour_->findText(before)));
-  station_->setEnabled(download::NeedsStation(source));
-  found_->setEnabled(station_->isEnabled());
-  date_->setEnabled(download::NeedsTime(source));
-  hour_->setEnabled(download::NeedsTime(source));
+  // An address without station or time gives an answer of many, from which one is taken.
+  station_->setPlaceholderText(download::NeedsStation(source)
+                                   ? QStringLiteral("Number, letters or name")
+                                   : QStringLiteral("Number, letters or name; empty: the first"));
+  step_->clear();
 }
 
 void DownloadWindow::ShowStations() {
@@ -232,8 +237,11 @@ bool DownloadWindow::Fetch() {
     step_->setText(hasReason ? ToQString(report.Items.front().Failed->Detail) : QString());
     return false;
   }
-  step_->setText(ToQString(report.Items.front().File));
-  opened_(PathFromText(report.Items.front().File));
+  const download::BatchItem& item = report.Items.front();
+  step_->setText(ToQString(item.File));
+  const Outcome<std::string> bytes = ReadFile(PathFromText(item.File));
+  const Outcome<int> asked = bytes ? AskedSounding(bytes.Value(), item.Wanted) : bytes.Error();
+  opened_(PathFromText(item.File), asked ? asked.Value() : 0);
   return true;
 }
 

@@ -24,7 +24,7 @@ namespace vexa {
 
 class DownloadWindow : public QDialog {
  public:
-  using Opener = std::function<void(const std::filesystem::path& file)>;
+  using Opener = std::function<void(const std::filesystem::path& file, int index)>;
 
   /// opened  is given the file that was fetched
   DownloadWindow(Program& program, Opener opened, QWidget* parent, download::HttpSettings net = {});

@@ -69,16 +69,6 @@ namespace {
 const QColor kFaultColor(255, 160, 160);
 constexpr std::string_view kDontUnload = "Don't Unload";  // the status after Exit was taken back
 
-std::vector<std::filesystem::path> FilesOf(const QMimeData& data) {
-  std::vector<std::filesystem::path> paths;
-  for (const QUrl& url : data.urls()) {
-    if (url.isLocalFile()) {
-      paths.push_back(std::filesystem::path(url.toLocalFile().toStdU16String()));
-    }
-  }
-  return paths;
-}
-
 }  // namespace
 
 SoundingWindow::SoundingWindow(Program& program, WindowInteraction& interaction)
@@ -89,9 +79,10 @@ SoundingWindow::SoundingWindow(Program& program, WindowInteraction& interaction)
   BuildPanels();
   data_ = std::make_unique<DataWindows>(
       program, this,
-      DataWindows::Events{.Changed = [this](Changes changes) { Show(changes); },
-                          .Open = [this](const std::filesystem::path& file) { OpenFiles({file}); },
-                          .Entries = [this] { DisplaysCheck(); }});
+      DataWindows::Events{
+          .Changed = [this](Changes changes) { Show(changes); },
+          .Open = [this](const std::vector<std::filesystem::path>& files) { OpenFiles(files); },
+          .Entries = [this] { DisplaysCheck(); }});
   if (!interaction.Unattended()) {
     program.ChooseSoundings = [this](const std::vector<std::string>& titles) {
       return SoundingChooser::Ask(titles, this);
@@ -478,21 +469,26 @@ void SoundingWindow::closeEvent(QCloseEvent* event) {
   }
 }
 
+namespace {
+
+// A source that would move what is dragged keeps it.
+void TakeCopy(QDropEvent& event) {
+  event.setDropAction(Qt::CopyAction);
+  event.accept();
+}
+
+}  // namespace
+
 void SoundingWindow::dragEnterEvent(QDragEnterEvent* event) {
   if (program_.Gate.IsOpen() &&
       (event->mimeData()->hasText() || !FilesOf(*event->mimeData()).empty())) {
-    event->acceptProposedAction();
+    TakeCopy(*event);
   }
 }
 
 void SoundingWindow::dropEvent(QDropEvent* event) {
-  const std::vector<std::filesystem::path> paths = FilesOf(*event->mimeData());
-  event->acceptProposedAction();
-  if (paths.empty()) {
-    data_->OpenText(*event->mimeData());
-    return;
-  }
-  OpenFiles(paths);
+  TakeCopy(*event);
+  data_->OpenData(*event->mimeData());
 }
 
 }  // namespace vexa

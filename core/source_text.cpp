@@ -35,7 +35,13 @@ SourceText SourceText::Part(int from, int to) const {
   const std::size_t begin = beginOf(from);
   SourceText part(name_, bytes_.substr(begin, beginOf(to) - begin));
   part.linesBefore_ = linesBefore_ + from - 1;
+  part.writtenOn_ = writtenOn_;
   return part;
+}
+
+void SourceText::SetWrittenOn(const std::optional<std::chrono::sys_days>& day) {
+  writtenOn_ = day;
+  for (SourceText& member : members_) member.SetWrittenOn(day);
 }
 
 std::string AtLine(const SourceText& source, int line, std::string_view reason) {

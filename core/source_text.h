@@ -2,7 +2,9 @@
 // touch the file system; bytes outside ASCII are kept as they are.
 #pragma once
 
+#include <chrono>
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -27,6 +29,10 @@ class SourceText {
 
   /// The lines from one to the one before another, as a text of its own that knows its place.
   SourceText Part(int from, int to) const;
+  /// The day on which the file was written, for sources that state no date; none where not known.
+  const std::optional<std::chrono::sys_days>& WrittenOn() const { return writtenOn_; }
+  void SetWrittenOn(const std::optional<std::chrono::sys_days>& day);
+
   /// Where a line stands in the whole file.
   int LineInFile(int number) const { return linesBefore_ + number; }
 
@@ -41,6 +47,7 @@ class SourceText {
   std::vector<Span> lines_{};
   std::vector<SourceText> members_{};
   int linesBefore_ = 0;
+  std::optional<std::chrono::sys_days> writtenOn_{};
 };
 
 /// "NAME, line 7: reason", the detail of a fault in a file's text.

@@ -10,11 +10,9 @@ using std::chrono::days;
 using std::chrono::hours;
 
 std::vector<Request> RequestsOf(const BatchPlan& plan) {
-  const bool needsStation = std::ranges::any_of(plan.Sources, NeedsStation);
   std::vector<Request> requests;
   for (const ObservationTime& time : plan.Times) {
-    if (!needsStation) requests.push_back({.Time = time});
-    if (!needsStation) continue;
+    if (plan.Stations.empty()) requests.push_back({.Time = time});
     for (const std::string& station : plan.Stations) {
       Request request = RequestFor(station, time);
       if (std::ranges::find(requests, request) == requests.end()) {
@@ -83,6 +81,7 @@ BatchReport RunBatch(const BatchPlan& plan, BatchWork& work) {
   BatchReport report;
   const std::vector<Request> requests = RequestsOf(plan);
   const auto total = static_cast<int>(requests.size());
+  report.Asked = total;
   for (int done = 0; done < total; ++done) {
     const Request& request = requests[static_cast<std::size_t>(done)];
     if (!work.Continue(done, total, request)) {

@@ -31,6 +31,7 @@ struct BatchItem {
 };
 
 struct BatchReport {
+  int Asked = 0;  // how many the plan asks for; stopped, the report has fewer items
   std::vector<BatchItem> Items{};  // in the order of the plan, those not reached left out
   bool WasStopped = false;         // by the user, or by a failure
   int Saved() const;
@@ -51,8 +52,8 @@ class BatchWork {
 /// Fault 380, or 35752 of the address.
 std::optional<Fault> CheckPlan(const BatchPlan& plan);
 
-/// Every station for every hour, hour by hour; a source whose addresses name no station is asked
-/// once an hour. Equal requests are made once.
+/// Every station for every hour, hour by hour; without stations, of sources whose addresses name
+/// none, every hour. Equal requests are made once.
 BatchReport RunBatch(const BatchPlan& plan, BatchWork& work);
 
 /// The last of some hours of the day whose data are due: its hour lies at least `delay` back.

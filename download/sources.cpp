@@ -73,7 +73,7 @@ const Token kTokens[] = {
     {'N', Kind::Station, "WMO number, five figures",
      [](const Request& r) { return Part(r.Number, "00000", r.Number != 0); }},
     {'L', Kind::Station, "letters of the station in capitals, OUN", ThreeLetters},
-    {'l', Kind::Station, "the same in small letters, oun",
+    {'l', Kind::Station, "letters of the station in small ones, oun",
      [](const Request& r) { return Lower(ThreeLetters(r)); }},
     {'I', Kind::Station, "four letters in capitals, KOUN", FourLetters},
     {'i', Kind::Station, "four letters in small ones, koun",

@@ -1,8 +1,11 @@
 #include "ingest/archive.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstddef>
+#include <filesystem>
 #include <numeric>
+#include <system_error>
 #include <utility>
 
 #include "core/files.h"
@@ -46,6 +49,17 @@ bool ReadsOn(const Decoder* before, const SourceText& text, const Decoder& decod
              const SourceText& next) {
   return before == &decoder && decoder.IsInParts &&
          DateInName(text.Name()) == DateInName(next.Name());
+}
+
+std::optional<std::chrono::sys_days> DayWritten(const std::filesystem::path& path) {
+  std::error_code failed;
+  const auto written = std::filesystem::last_write_time(path, failed);
+  if (failed) return std::nullopt;
+  // The file system's clock has an epoch of its own; both are read at the same moment.
+  const auto age = std::filesystem::file_time_type::clock::now() - written;
+  return std::chrono::floor<std::chrono::days>(
+      std::chrono::system_clock::now() -
+      std::chrono::duration_cast<std::chrono::system_clock::duration>(age));
 }
 
 void NoteLeftOut(const std::vector<std::string>& names, std::vector<std::string>& notes) {
@@ -109,7 +123,10 @@ SourceText MakeArchive(const std::string& name, std::vector<SourceText> texts,
 Outcome<SourceText> ReadSource(const std::filesystem::path& path, std::vector<std::string>& notes) {
   Outcome<std::string> bytes = ReadFile(path);
   if (!bytes) return bytes.Error();
-  return ReadSource(TextFromPath(path.filename()), std::move(bytes.Value()), notes);
+  Outcome<SourceText> source =
+      ReadSource(TextFromPath(path.filename()), std::move(bytes.Value()), notes);
+  if (source) source.Value().SetWrittenOn(DayWritten(path));
+  return source;
 }
 
 Outcome<SourceText> ReadSource(const std::string& name, std::string bytes,

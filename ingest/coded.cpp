@@ -43,22 +43,60 @@ int HoursBetween(const CodedReport& a, const CodedReport& b) {
   return std::abs((a.Day - b.Day) * kDayHours + a.Hour - b.Hour);
 }
 
+std::chrono::year_month MonthOf(std::chrono::sys_days day) {
+  const std::chrono::year_month_day date{day};
+  return date.year() / date.month();
+}
+
+std::optional<std::chrono::sys_days> DayOf(std::chrono::year_month month, int day) {
+  const std::chrono::year_month_day date = month / std::chrono::day(static_cast<unsigned>(day));
+  return date.ok() ? std::optional(std::chrono::sys_days(date)) : std::nullopt;
+}
+
 // The day of that number nearest to the date in the file's name.
-ObservationTime TimeOf(const CodedReport& report, std::string_view fileName) {
-  const std::optional<std::chrono::sys_days> around = DateInName(fileName);
-  if (!around) return {};
+std::optional<std::chrono::sys_days> DayNear(std::chrono::sys_days around, int day) {
   constexpr int kFarthest = 3;  // days; the name is not about this report otherwise
   for (int away = 0; away <= kFarthest; ++away) {
     for (const int days : {-away, away}) {
-      const std::chrono::year_month_day date{*around + std::chrono::days(days)};
-      if (static_cast<int>(static_cast<unsigned>(date.day())) != report.Day) continue;
-      return {.Year = static_cast<int>(date.year()),
-              .Month = static_cast<int>(static_cast<unsigned>(date.month())),
-              .Day = report.Day,
-              .Hour = report.Hour};
+      const std::chrono::sys_days date = around + std::chrono::days(days);
+      if (date == DayOf(MonthOf(date), day)) return date;
     }
   }
-  return {};
+  return std::nullopt;
+}
+
+// The last day of that number which does not lie more than a day behind the one given.
+std::optional<std::chrono::sys_days> LastDay(std::chrono::sys_days written, int day) {
+  constexpr int kLongestGap = 2;  // months: the 31st
+  const std::chrono::sys_days last = written + std::chrono::days(1);
+  for (int back = 0; back <= kLongestGap; ++back) {
+    const auto date = DayOf(MonthOf(last) - std::chrono::months(back), day);
+    if (date && *date <= last) return date;
+  }
+  return std::nullopt;
+}
+
+// A message of the hour before a main hour is that of the balloon's release for it.
+int HoursToNominal(const CodedReport& report) {
+  constexpr int kMainHours = 6;
+  return report.Hour % kMainHours == kMainHours - 1 ? 1 : 0;
+}
+
+ObservationTime TimeOf(const CodedReport& report, const SourceText& source) {
+  std::optional<std::chrono::sys_days> day;
+  if (const auto around = DateInName(source.Name())) {
+    day = DayNear(*around, report.Day);
+  } else if (source.WrittenOn()) {
+    day = LastDay(*source.WrittenOn(), report.Day);
+  }
+  if (!day) return {};
+  const auto nominal = *day + std::chrono::hours(report.Hour + HoursToNominal(report));
+  const auto nominalDay = std::chrono::floor<std::chrono::days>(nominal);
+  const std::chrono::year_month_day date{nominalDay};
+  return {.Year = static_cast<int>(date.year()),
+          .Month = static_cast<int>(static_cast<unsigned>(date.month())),
+          .Day = static_cast<int>(static_cast<unsigned>(date.day())),
+          .Hour = static_cast<int>((nominal - nominalDay) / std::chrono::hours(1))};
 }
 
 // The report that heads the ascent: the lowest part of the TEMP message, else of the PILOT.
@@ -68,16 +106,29 @@ const CodedReport& MainReport(const CodedAscent& ascent) {
   });
 }
 
-SourceHeading HeadingOf(const CodedAscent& ascent, std::string_view fileName) {
+SourceHeading HeadingOf(const CodedAscent& ascent, const SourceText& source) {
   const CodedReport* main = &MainReport(ascent);
   SourceHeading heading;
   heading.Station.Number = main->WmoNumber;
   if (main->WmoNumber == 0) heading.Station.Name = main->Station;
-  heading.Time = TimeOf(*main, fileName);
+  heading.Time = TimeOf(*main, source);
   heading.Lat = main->Lat;
   heading.Lon = main->Lon;
   heading.Elevation = main->Elevation;
   return heading;
+}
+
+void NoteTime(const CodedAscent& ascent, const SourceText& source,
+              std::vector<std::string>& notes) {
+  const CodedReport& main = MainReport(ascent);
+  if (!ascent.Heading.Time.Known()) return;
+  if (HoursToNominal(main) != 0) {
+    notes.push_back("Released for " + Mask(ascent.Heading.Time.Hour, "00") +
+                    " UTC; the message says " + Mask(main.Hour, "00") + " UTC.");
+  }
+  if (DateInName(source.Name())) return;
+  notes.push_back("The message says day " + Mask(main.Day, "00") +
+                  " only; month and year are those in which the file was written.");
 }
 
 // Without month and year the title has the day and hour of the message.
@@ -121,7 +172,7 @@ CodedFile ReadFileOf(const SourceText& source) {
     }
     return isEmpty;
   });
-  for (CodedAscent& ascent : ascents) ascent.Heading = HeadingOf(ascent, source.Name());
+  for (CodedAscent& ascent : ascents) ascent.Heading = HeadingOf(ascent, source);
   return file;
 }
 
@@ -292,7 +343,9 @@ std::optional<Fault> DecodeCoded(const SourceText& source, LoadContext& context,
   }
   const Outcome<std::size_t> index = ChooseSounding(file.Ascents.size(), source, context);
   if (!index) return index.Error();
-  FillRecord(Merged(file.Ascents[index.Value()], context), source.Name(), context, into);
+  const CodedAscent& ascent = file.Ascents[index.Value()];
+  NoteTime(ascent, source, context.Notes);
+  FillRecord(Merged(ascent, context), source.Name(), context, into);
   into.DataFormat = kFormatTag;
   return std::nullopt;
 }

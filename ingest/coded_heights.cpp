@@ -11,8 +11,6 @@
 namespace vexa::ingest {
 namespace {
 
-constexpr double kDoubtful = 300;  // m
-
 void SetTemperatures(const std::vector<CodedLevel>& levels, HeightFinder& heights) {
   std::map<double, const SourceLevel*, std::greater<>> byPress;
   for (const CodedLevel& level : levels) {
@@ -77,7 +75,7 @@ HeightFinder RestoreHeights(std::vector<CodedLevel>& levels, std::optional<doubl
     const double height = Nearest(press, *level->HeightFigures, expected);
     // Without a level below, the expectation itself knows nothing of the day's pressure, and below
     // the ground nothing of the temperature.
-    if (!isFirst && level->Values.Temp && std::fabs(height - expected) > kDoubtful) {
+    if (!isFirst && level->Values.Temp && std::fabs(height - expected) > kDoubtfulHeight) {
       notes.push_back("The height of group " + level->HeightGroup +
                       " does not fit the levels below; it was left out.");
       continue;
@@ -92,17 +90,7 @@ HeightFinder RestoreHeights(std::vector<CodedLevel>& levels, std::optional<doubl
   if (surface == levels.end()) return heights;
   // Without a mandatory level there is nothing that the ground could contradict or fit.
   if (isFirst) return ground ? WithGround(levels, *ground) : heights;
-  const double fitting = std::round(heights.At(*surface->Values.Press));
-  if (ground && std::fabs(fitting - *ground) > kDoubtful) {
-    notes.push_back("The elevation of " + Shortest(*ground) +
-                    " m does not fit the heights of the message; it was not used.");
-    ground.reset();
-  }
-  if (!ground) {
-    ground = fitting;
-    notes.push_back("The elevation is not known; " + Shortest(fitting) +
-                    " m fits the heights of the message.");
-  }
+  SettleGround(heights.At(*surface->Values.Press), ground, notes);
   return WithGround(levels, *ground);
 }
 

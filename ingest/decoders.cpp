@@ -59,7 +59,15 @@ constexpr Decoder kDecoders[] = {
     {"COLUMNS", "Columns", "*.csv *.txt", IsColumns, DecodeColumns},
 };
 
+// A file of zeros is no text, and would take its time in every decoder.
+bool IsEmptyOfText(const SourceText& plain) {
+  constexpr std::size_t kMostBytes = 4096;
+  const std::string_view start = std::string_view(plain.Bytes()).substr(0, kMostBytes);
+  return start.find_first_not_of(std::string_view("\0 \t\r\n", 5)) == std::string_view::npos;
+}
+
 const Decoder* Recognise(const SourceText& plain) {
+  if (plain.LineCount() == 1 && IsEmptyOfText(plain)) return nullptr;
   const auto* decoder = std::ranges::find_if(
       kDecoders, [&plain](const Decoder& row) { return row.Recognises(plain); });
   return decoder == std::end(kDecoders) ? nullptr : decoder;
@@ -73,7 +81,13 @@ std::string RefusalIn(const SourceText& plain) {
     const std::string_view text = Trim(plain.Line(line));
     for (const std::string_view opening :
          {"Can't get", "Unable to retrieve", "Software error", "Sorry"}) {
-      if (StartsWithNoCase(text, opening)) return std::string(text.substr(0, kMostBytes));
+      if (!StartsWithNoCase(text, opening)) continue;
+      std::string said(text);
+      for (int next = line + 1; said.ends_with(':') && next <= plain.LineCount(); ++next) {
+        const std::string_view reason = Trim(plain.Line(next));
+        if (!reason.empty()) said += ' ' + std::string(reason);
+      }
+      return said.substr(0, kMostBytes);
     }
   }
   return {};

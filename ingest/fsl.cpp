@@ -133,6 +133,8 @@ class Block {
       return ground && !level.Temp && level.Height && *level.Height < *ground;
     };
     std::erase_if(sounding.Levels, isBelow);
+    // The ground of a model is not that of the station it is named after.
+    if (ground) sounding.Heading.Elevation = ground;
     return sounding;
   }
 

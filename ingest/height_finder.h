@@ -10,6 +10,7 @@ class HeightFinder {
  public:
   /// A known height, pressures in falling order; one that repeats a pressure is passed over.
   void AddKnown(double press, double height);
+  bool KnowsAny() const { return !known_.empty(); }
   /// The temperature levels, pressures strictly falling; a missing dew point counts as dry air.
   void SetTemperatures(std::vector<double> press, std::vector<double> temp,
                        std::vector<double> dewpt);

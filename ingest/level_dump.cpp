@@ -159,20 +159,6 @@ Names TextColumns(const SourceText& source, std::vector<std::string>& notes) {
   return ReadNames("PR(mb),HT(m MSL),T(C),Td(C),DD(deg),FF(kts)");
 }
 
-// The time that ends a title, "19Z 16 Jun 2014" or "1045Z 23 Feb 2025".
-ObservationTime TimeIn(std::string_view title) {
-  constexpr std::size_t kWords = 4, kHour = 2, kHourAndMinute = 4;
-  const std::vector<std::string_view> words = Tokens(title);
-  if (words.size() < kWords) return {};
-  const std::string_view* last = &words[words.size() - kWords];
-  const std::string_view hour = last[0].substr(0, last[0].size() - 1);
-  if (!last[0].ends_with('Z') || (hour.size() != kHour && hour.size() != kHourAndMinute)) return {};
-  return MakeTime(ParseWhole(last[3]).value_or(0), MonthNumber(last[2]),
-                  ParseWhole(last[1]).value_or(0), ParseWhole(hour.substr(0, kHour)).value_or(-1),
-                  ParseWhole("0" + std::string(hour.substr(kHour))).value_or(-1))
-      .value_or(ObservationTime{});
-}
-
 }  // namespace
 
 bool IsLevelDump(const SourceText& source) {
@@ -189,7 +175,7 @@ std::vector<SourceEntry> ListLevelDump(const SourceText& source) {
   std::vector<SourceEntry> entries;
   for (const int line : Starts(source)) {
     const std::string title = TitleAt(source, line);
-    entries.push_back({.Title = title, .Time = TimeIn(title)});
+    entries.push_back({.Title = title, .Time = TimeInTitle(title)});
   }
   return entries;
 }
@@ -231,7 +217,7 @@ std::optional<Fault> DecodeLevelDump(const SourceText& source, LoadContext& cont
   }
   FillRecord(std::move(sounding), source.Name(), context, into);
   into.StationTitle = TitleAt(source, first);
-  into.Time = TimeIn(into.StationTitle);
+  into.Time = TimeInTitle(into.StationTitle);
   if (!isElevationKnown) SetElevationUnknown(into);
   into.DataFormat = kFormatTag;
   return std::nullopt;

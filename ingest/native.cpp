@@ -1,6 +1,7 @@
 #include "ingest/native.h"
 
 #include "core/raw_file.h"
+#include "ingest/source_header.h"
 
 namespace vexa::ingest {
 
@@ -18,6 +19,7 @@ std::optional<Fault> DecodeNative(const SourceText& source, LoadContext& context
     context.Notes.push_back(box.Text);
     if (context.Ask != nullptr) context.Ask->Ask(box);
   }
+  if (!into.Time.Known()) into.Time = TimeInTitle(into.StationTitle);
   return fault;
 }
 

@@ -104,6 +104,19 @@ std::optional<ObservationTime> ParseWrittenTime(std::string_view text) {
                   Digits(hour));
 }
 
+ObservationTime TimeInTitle(std::string_view title) {
+  constexpr std::size_t kWords = 4, kHour = 2, kHourAndMinute = 4;
+  const std::vector<std::string_view> words = Tokens(title);
+  if (words.size() < kWords) return {};
+  const std::string_view* last = &words[words.size() - kWords];
+  const std::string_view hour = last[0].substr(0, last[0].size() - 1);
+  if (!last[0].ends_with('Z') || (hour.size() != kHour && hour.size() != kHourAndMinute)) return {};
+  return MakeTime(ParseWhole(last[3]).value_or(0), MonthNumber(last[2]),
+                  ParseWhole(last[1]).value_or(0), ParseWhole(hour.substr(0, kHour)).value_or(-1),
+                  ParseWhole("0" + std::string(hour.substr(kHour))).value_or(-1))
+      .value_or(ObservationTime{});
+}
+
 std::optional<ObservationTime> MakeTime(int year, int month, int day, int hour, int minute) {
   if (month < 1 || day < 1) return std::nullopt;
   return Valid({.Year = year, .Month = month, .Day = day, .Hour = hour, .Minute = minute});

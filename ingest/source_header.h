@@ -35,6 +35,10 @@ int MonthNumber(std::string_view name);
 /// The whole numbers of a text, "2023, 05, 22, 23:06:10" gives six.
 std::vector<int> WholeNumbersIn(std::string_view text);
 
+/// The time that ends a title, "OAX  19Z 16 Jun 2014" or "1045Z 23 Feb 2025"; unknown where none
+/// does.
+ObservationTime TimeInTitle(std::string_view title);
+
 /// "1999-05-04 00:00:00" or "1999-05-04T00:00Z": year, month, day, hour, minute in this order.
 std::optional<ObservationTime> ParseIsoTime(std::string_view text);
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "core/markers.h"
 #include "core/numbers.h"
@@ -55,6 +56,28 @@ bool IsPossible(double value, Element element) {
 
 bool HasWind(const SourceLevel& level) {
   return level.Spd && (level.Dir || *level.Spd == 0);
+}
+
+void SortByPressure(std::vector<SourceLevel>& levels) {
+  std::ranges::stable_sort(levels, [](const SourceLevel& a, const SourceLevel& b) {
+    return a.Press.value_or(0) > b.Press.value_or(0);
+  });
+}
+
+// What rows in falling order tell of heights: those that are given and the temperatures between.
+HeightFinder FinderOf(const std::vector<SourceLevel>& levels) {
+  HeightFinder heights;
+  std::vector<double> press, temp, dewpt;
+  for (const SourceLevel& level : levels) {
+    if (!level.Press) continue;
+    if (level.Height) heights.AddKnown(*level.Press, *level.Height);
+    if (!level.Temp || (!press.empty() && press.back() == *level.Press)) continue;
+    press.push_back(*level.Press);
+    temp.push_back(*level.Temp);
+    dewpt.push_back(level.Dewpt.value_or(kMissing));
+  }
+  heights.SetTemperatures(std::move(press), std::move(temp), std::move(dewpt));
+  return heights;
 }
 
 }  // namespace
@@ -113,13 +136,36 @@ std::optional<double> KnotsPer(std::string_view unit) {
   return std::nullopt;
 }
 
-std::optional<double> SurfaceHeight(const std::vector<SourceLevel>& levels) {
-  const SourceLevel* surface = nullptr;
-  for (const SourceLevel& level : levels) {
+SourceLevel* SurfaceLevel(std::vector<SourceLevel>& levels) {
+  SourceLevel* surface = nullptr;
+  for (SourceLevel& level : levels) {
     if (!level.Temp || !level.Press) continue;
     if (surface == nullptr || *level.Press > *surface->Press) surface = &level;
   }
-  return surface == nullptr ? std::nullopt : surface->Height;
+  return surface;
+}
+
+std::optional<double> FittingGround(std::vector<SourceLevel> levels) {
+  const SourceLevel* surface = SurfaceLevel(levels);
+  if (surface == nullptr) return std::nullopt;
+  const double press = *surface->Press;
+  SortByPressure(levels);
+  HeightFinder heights = FinderOf(levels);
+  if (!heights.KnowsAny()) return std::nullopt;
+  return heights.At(press);
+}
+
+void SettleGround(double fitting, std::optional<double>& ground, std::vector<std::string>& notes) {
+  const double rounded = std::round(fitting);
+  if (ground && std::fabs(rounded - *ground) > kDoubtfulHeight) {
+    notes.push_back("The elevation of " + Shortest(*ground) +
+                    " m does not fit the heights that are given; it was not used.");
+    ground.reset();
+  }
+  if (ground) return;
+  ground = rounded;
+  notes.push_back("The elevation is not known; " + Shortest(rounded) +
+                  " m fits the heights that are given.");
 }
 
 void FillProfiles(std::vector<SourceLevel> levels, SoundingRecord& into,
@@ -132,19 +178,17 @@ void FillProfiles(std::vector<SourceLevel> levels, SoundingRecord& into,
       level.Dewpt = level.Temp;
     }
   }
-  std::ranges::stable_sort(levels, [](const SourceLevel& a, const SourceLevel& b) {
-    return a.Press.value_or(0) > b.Press.value_or(0);
-  });
-
-  HeightFinder heights;
+  SortByPressure(levels);
+  int repeated = 0;
   for (const SourceLevel& level : levels) {
-    if (!level.Press) continue;
-    if (level.Temp && (into.Press.Empty() || into.Press.Top() != *level.Press)) {
-      into.AddTemp(*level.Press, *level.Temp, level.Dewpt.value_or(kMissing));
+    if (!level.Press || !level.Temp) continue;
+    if (!into.Press.Empty() && into.Press.Top() == *level.Press) {
+      ++repeated;
+      continue;
     }
-    if (level.Height) heights.AddKnown(*level.Press, *level.Height);
+    into.AddTemp(*level.Press, *level.Temp, level.Dewpt.value_or(kMissing));
   }
-  heights.SetTemperatures(into.Press.Values(), into.Temp.Values(), into.Dewpt.Values());
+  HeightFinder heights = FinderOf(levels);
 
   struct Wind {
     double Height, Dir, Spd;
@@ -170,6 +214,11 @@ void FillProfiles(std::vector<SourceLevel> levels, SoundingRecord& into,
 
   if (loweredDewpts > 0) {
     notes.push_back(Counted("Dew points above the temperature, lowered to it", loweredDewpts));
+  }
+  // Some formats repeat single levels; many repeats are a flight finer than its pressures.
+  constexpr int kSingle = 20;
+  if (repeated > kSingle) {
+    notes.push_back(Counted("Levels at the pressure of the one before, left out", repeated));
   }
   if (computedHeights > 0) {
     notes.push_back(

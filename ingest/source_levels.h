@@ -65,9 +65,18 @@ void TakeElement(double value, Element element, Refusals& refusals, std::optiona
 /// for any other.
 std::optional<double> KnotsPer(std::string_view unit);
 
-/// Height of the ground: of the lowest row that has a temperature. Empty when its height is not
-/// known.
-std::optional<double> SurfaceHeight(const std::vector<SourceLevel>& levels);
+inline constexpr double kDoubtfulHeight = 300;  // m by which a height may miss what is expected
+
+/// The row on the ground: the lowest that has a temperature; null without any.
+SourceLevel* SurfaceLevel(std::vector<SourceLevel>& levels);
+
+/// Height in m of the row on the ground by the heights that other rows give and the air in between;
+/// empty where none gives one.
+std::optional<double> FittingGround(std::vector<SourceLevel> levels);
+
+/// Keeps an elevation that misses the fitting height by no more than 300 m, else takes this one;
+/// notes say so.
+void SettleGround(double fitting, std::optional<double>& ground, std::vector<std::string>& notes);
 
 /// Fills both profiles from the rows in any order. Rows without temperature and wind are below the
 /// ground and are dropped; of rows with the same pressure, or winds of the same height, the first

@@ -101,13 +101,16 @@ void LocateStation(SourceHeading& heading, LoadContext& context) {
     name.Name = station->Name;
     if (!station->Region.empty()) name.Name += (name.Name.empty() ? "" : ", ") + station->Region;
   }
-  if (hasPosition) return;
-  heading.Lat = station->LatSigned();
-  heading.Lon = station->LonSigned();
   const bool takesElevation = !heading.Elevation && !station->ElevUnknown;
   if (takesElevation) heading.Elevation = station->ElevM;
-  context.Notes.push_back(takesElevation ? "Position and elevation are those of the station list."
-                                         : "The position is that of the station list.");
+  if (!hasPosition) {
+    heading.Lat = station->LatSigned();
+    heading.Lon = station->LonSigned();
+    context.Notes.push_back(takesElevation ? "Position and elevation are those of the station list."
+                                           : "The position is that of the station list.");
+  } else if (takesElevation) {
+    context.Notes.push_back("The elevation is that of the station list.");
+  }
 }
 
 void FillRecord(SourceSounding sounding, std::string_view sourceName, LoadContext& context,
@@ -116,8 +119,15 @@ void FillRecord(SourceSounding sounding, std::string_view sourceName, LoadContex
   constexpr double kLowest = -500, kHighest = 9000;  // m; beyond them a marker
   const bool isGiven =
       heading.Elevation && *heading.Elevation >= kLowest && *heading.Elevation <= kHighest;
-  if (!isGiven) heading.Elevation = SurfaceHeight(sounding.Levels);
+  SourceLevel* surface = SurfaceLevel(sounding.Levels);
+  if (!isGiven) heading.Elevation = surface == nullptr ? std::nullopt : surface->Height;
+  const bool isKnown = heading.Elevation.has_value();
   LocateStation(heading, context);
+  if (const auto fitting = isKnown ? std::nullopt : FittingGround(sounding.Levels)) {
+    SettleGround(*fitting, heading.Elevation, context.Notes);
+  }
+  // Both profiles begin at the ground.
+  if (surface != nullptr && !surface->Height) surface->Height = heading.Elevation;
   into.WmoNumber = heading.Station.Number;
   into.Time = heading.Time;
   const std::string caption = Caption(heading.Station, heading.Time);

@@ -58,6 +58,7 @@ Changes ChooseConfiguration(Program& program) {
 Changes WriteReport(Program& program);
 
 Changes LoadText(Program& program, const std::string& text);
+Changes LoadAt(Program& program, const std::filesystem::path& path, int index);
 Changes LoadFirst(Program& program, const std::vector<std::filesystem::path>& paths);
 
 }  // namespace vexa::commands

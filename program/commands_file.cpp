@@ -180,6 +180,16 @@ Changes LoadFirst(Program& program, const std::vector<std::filesystem::path>& pa
   return {};
 }
 
+Changes LoadAt(Program& program, const std::filesystem::path& path, int index) {
+  if (!MayLeaveSounding(program) || !LoadOne(program, path, index)) return {};
+  program.Listed = {path};
+  program.ListedIndex = {index};
+  program.ListedNow = 0;
+  StartHeaders(program, {});
+  MakeRecentFiles(program);
+  return {.Sounding = true};
+}
+
 Changes LoadText(Program& program, const std::string& text) {
   std::vector<std::string> notes;
   const Outcome<SourceText> source = ingest::ReadSource("clipboard", text, notes);
@@ -187,7 +197,8 @@ Changes LoadText(Program& program, const std::string& text) {
   if (!source) {
     fault = source.Error();
   } else if (ingest::FindDecoder(source.Value()) == nullptr) {
-    fault = Fault{kFaultFormat, "LoadText", "the text is no sounding in a known format"};
+    fault =
+        Fault{kFaultFormat, "LoadText", "the text is no sounding in a known format", "The text"};
   }
   const std::filesystem::path path = program.Where.Data / kPastedFile;
   if (!fault) fault = SaveFile(path, text);

@@ -46,6 +46,20 @@ bool IsOfStation(int number, std::string_view letters, const Request& wanted) {
   return letters.empty() || wanted.Letters.empty() || SameText(bare(letters), bare(wanted.Letters));
 }
 
+Fault Other(const std::string& what) {
+  return Fault{kFaultEndOfFile, "AskedSounding", "the server sent " + what};
+}
+
+// What states no month is of that asked for, or of the day after.
+Outcome<SourceText> ReadAnswer(const std::string& bytes, const Request& request,
+                               std::vector<std::string>& notes) {
+  Outcome<SourceText> source = ingest::ReadSource("answer", bytes, notes);
+  if (source && request.Time.Known()) {
+    source.Value().SetWrittenOn(std::chrono::floor<std::chrono::days>(MinuteOf(request.Time)));
+  }
+  return source;
+}
+
 }  // namespace
 
 Outcome<SourceList> LoadSourcesFile(const fs::path& path) {
@@ -61,60 +75,112 @@ Outcome<SourceList> LoadSources(const fs::path& root, const fs::path& programFol
   return LoadSourcesFile(ShippedFile(programFolder, kSourcesFileName));
 }
 
-std::optional<Fault> JudgeSounding(const std::string& bytes, const Request& request) {
+Outcome<int> AskedSounding(const std::string& bytes, const Request& request) {
   SilentInteraction quiet;
   ingest::LoadContext context{.Ask = &quiet};
-  const Outcome<SourceText> source = ingest::ReadSource("answer", bytes, context.Notes);
+  Outcome<SourceText> source = ReadAnswer(bytes, request, context.Notes);
   if (!source) return source.Error();
-  const auto other = [](const std::string& what) {
-    return Fault{kFaultEndOfFile, "JudgeSounding", "the server sent " + what};
-  };
-  // Of many soundings one must be what was asked for; choosing it is left to the loading.
   const std::vector<ingest::SourceEntry> entries = ingest::ListSoundings(source.Value());
   if (entries.size() > 1) {
-    const bool isThere = std::ranges::any_of(entries, [&request](const ingest::SourceEntry& entry) {
+    const auto asked = std::ranges::find_if(entries, [&request](const ingest::SourceEntry& entry) {
       return IsOfStation(entry.Station.Number, entry.Station.Letters, request) &&
              IsOfHour(entry.Time, request.Time);
     });
-    if (isThere) return std::nullopt;
-    return other(Shortest(static_cast<int>(entries.size())) +
+    if (asked != entries.end()) return static_cast<int>(asked - entries.begin());
+    return Other(Shortest(static_cast<int>(entries.size())) +
                  " soundings, none of them of this station and hour: " + entries.front().Title);
   }
   SoundingRecord record;
   if (std::optional<Fault> fault = ingest::DecodeSounding(source.Value(), context, record)) {
-    return fault;
+    return *fault;
   }
   const std::string letters = entries.empty() ? "" : entries.front().Station.Letters;
   if (!IsOfStation(record.WmoNumber, letters, request)) {
-    return other("another station: " + record.StationTitle);
+    return Other("another station: " + record.StationTitle);
   }
-  if (IsOfHour(record.Time, request.Time)) return std::nullopt;
-  return other("another hour: " + record.StationTitle);
+  if (IsOfHour(record.Time, request.Time)) return 0;
+  return Other("another hour: " + record.StationTitle);
+}
+
+std::optional<Fault> JudgeSounding(const std::string& bytes, const Source& source,
+                                   const Request& request, Instant now) {
+  const Outcome<int> asked = AskedSounding(bytes, request);
+  if (!asked) return asked.Error();
+  if (NeedsTime(source) || !request.Time.Known()) return std::nullopt;
+  constexpr auto kCurrent = std::chrono::hours(48);
+  if (std::chrono::abs(MinuteOf(request.Time) - now) <= kCurrent) return std::nullopt;
+  // Without the day that was asked for, does the answer know its time?
+  std::vector<std::string> notes;
+  const Outcome<SourceText> undated = ingest::ReadSource("answer", bytes, notes);
+  if (!undated) return undated.Error();
+  SilentInteraction quiet;
+  ingest::LoadContext context{.Ask = &quiet, .Index = asked.Value()};
+  SoundingRecord record;
+  if (auto fault = ingest::DecodeSounding(undated.Value(), context, record)) return fault;
+  if (record.Time.Known()) return std::nullopt;
+  return Other("current messages without month and year; the hour asked for is not current");
 }
 
 Instant SystemNow() {
   return std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
 }
 
+// Of several stations in a row one answer may serve all, where the address names none.
+FetchResult FetchWork::Ask(const Source& source, const Request& request, const Request& judged) {
+  if (request.Time.Known() && !HasHour(source, request.Time.Hour)) {
+    return {.End = FetchEnd::Refused,
+            .Failed =
+                Fault{kFaultInvalidValue, "Fetch",
+                      "the source has the hours " + std::string(Trim(source.Hours)) + " UTC only"}};
+  }
+  const Instant now = SystemNow();
+  const Judge judge = [&](const std::string& bytes, const Request&) {
+    return JudgeSounding(bytes, source, judged, now);
+  };
+  const Outcome<std::string> address = AddressOf(source, request);
+  if (!NeedsStation(source) && address && address.Value() == lastAddress_) {
+    FetchResult again = last_;
+    again.Failed = judge(again.Got.Body, request);
+    again.End = again.Failed ? FetchEnd::Refused : FetchEnd::Done;
+    return again;
+  }
+  FetchResult result = FetchSounding(source, request, fetcher_, judge, cache_, now);
+  if (!NeedsStation(source) && !result.Got.Body.empty()) {
+    last_ = result;
+    lastAddress_ = address ? address.Value() : std::string();
+  }
+  return result;
+}
+
 FetchResult FetchWork::Fetch(const Source& source, const Request& request) {
-  // A source may want the number of a station that was named by its letters.
+  // A source may want the number of a station that was named by its letters, or the other way.
   Request whole = request;
   if (whole.Number == 0 && stations_ != nullptr) {
     const Station* station = StationOfLetters(*stations_, whole.Letters);
     if (station != nullptr) whole.Number = station->Number;
   }
-  FetchResult result = FetchSounding(source, whole, fetcher_, JudgeSounding, cache_, SystemNow());
+  // Letters of the list need not be those of the answer.
+  const Request judged = whole;
+  if (whole.Letters.empty() && stations_ != nullptr) {
+    const Station* station = stations_->Find(whole.Number);
+    if (station != nullptr) whole.Letters = station->Ident;
+  }
+  source_ = &source;
+  FetchResult result = Ask(source, whole, judged);
   if (result.Failed && watch_.Failed) watch_.Failed(source, request, *result.Failed);
   return result;
 }
 
 namespace {
 
-// What a native file of an answer holds.
-Outcome<std::string> NativeOf(const std::string& body, const StationList* stations) {
+// What a native file of an answer holds: the sounding that was asked for.
+Outcome<std::string> NativeOf(const std::string& body, const Request& request,
+                              const StationList* stations) {
+  const Outcome<int> asked = AskedSounding(body, request);
+  if (!asked) return asked.Error();
   SilentInteraction quiet;
-  ingest::LoadContext context{.Ask = &quiet, .Stations = stations};
-  const Outcome<SourceText> source = ingest::ReadSource("answer", body, context.Notes);
+  ingest::LoadContext context{.Ask = &quiet, .Index = asked.Value(), .Stations = stations};
+  const Outcome<SourceText> source = ReadAnswer(body, request, context.Notes);
   if (!source) return source.Error();
   SoundingRecord record;
   if (std::optional<Fault> fault = ingest::DecodeSounding(source.Value(), context, record)) {
@@ -133,8 +199,8 @@ Outcome<std::string> FetchWork::Save(const BatchPlan& plan, const Request& reque
   const bool isNative = plan.Format == BatchFormat::Native;
   const fs::path folder = PathFromText(plan.Folder);
   const fs::path path = folder / PathFromText(FileStem(request) + (isNative ? ".RAW" : ".txt"));
-  Outcome<std::string> bytes =
-      isNative ? NativeOf(result.Got.Body, stations_) : Outcome<std::string>(result.Got.Body);
+  Outcome<std::string> bytes = isNative ? NativeOf(result.Got.Body, request, stations_)
+                                        : Outcome<std::string>(result.Got.Body);
   std::optional<Fault> fault;
   if (bytes) {
     std::error_code ignored;  // saving tells of it
@@ -144,10 +210,12 @@ Outcome<std::string> FetchWork::Save(const BatchPlan& plan, const Request& reque
     fault = bytes.Error();
   }
   if (fault) {
-    fault->Detail =
-        TextFromPath(path) + " was not saved: " +
-        (fault->Detail.empty() ? FaultMessage(CurrentSounding{}, *fault) : fault->Detail);
-    if (watch_.Failed) watch_.Failed({.Name = result.Got.Address}, request, *fault);
+    const std::string name = TextFromPath(path);
+    std::string reason =
+        fault->Detail.empty() ? FaultMessage(CurrentSounding{}, *fault) : fault->Detail;
+    if (!reason.starts_with(name)) reason.insert(0, name + ": ");
+    fault->Detail = "not saved: " + reason;
+    if (watch_.Failed) watch_.Failed(source_ ? *source_ : Source{}, request, *fault);
     return *fault;
   }
   if (watch_.Saved) watch_.Saved(TextFromPath(path));

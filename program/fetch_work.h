@@ -21,10 +21,16 @@ Outcome<download::SourceList> LoadSources(const std::filesystem::path& root,
 /// Reads one file of sources.
 Outcome<download::SourceList> LoadSourcesFile(const std::filesystem::path& path);
 
-/// Why an answer's bytes are not the sounding that was asked for: they do not open, or as that of
-/// another hour; a release within two hours is that of the hour. Forecasts and files of many
-/// soundings hold the hour somewhere and pass.
-std::optional<Fault> JudgeSounding(const std::string& bytes, const download::Request& request);
+/// Which of an answer's soundings was asked for, from 0: that of the station and hour; a release
+/// within two hours is that of the hour. Messages without month and year are of the month asked
+/// for. Fault 62 when none is, and of the reading when nothing opens.
+Outcome<int> AskedSounding(const std::string& bytes, const download::Request& request);
+
+/// Why an answer's bytes are not the sounding that was asked for: AskedSounding finds none, or
+/// nothing in them and in the source's address tells month and year of a time that is more than
+/// two days away from now.
+std::optional<Fault> JudgeSounding(const std::string& bytes, const download::Source& source,
+                                   const download::Request& request, download::Instant now);
 
 /// The clock, to the second, UTC.
 download::Instant SystemNow();
@@ -53,10 +59,17 @@ class FetchWork : public download::BatchWork {
   bool Continue(int done, int total, const download::Request& next) override;
 
  private:
+  /// judged  what the answer must be; the request may have more to put into the address
+  download::FetchResult Ask(const download::Source& source, const download::Request& request,
+                            const download::Request& judged);
+
   download::Fetcher& fetcher_;
   const download::Cache* cache_;
   const StationList* stations_;
   Watch watch_;
+  download::FetchResult last_{};  // of an address that serves several stations
+  std::string lastAddress_{};
+  const download::Source* source_ = nullptr;  // the one asked last
 };
 
 }  // namespace vexa

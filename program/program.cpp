@@ -163,6 +163,10 @@ Changes OpenSoundings(Program& program, const std::vector<std::filesystem::path>
   return Behind(program, "OpenSoundings", [&] { return commands::LoadFirst(program, paths); });
 }
 
+Changes OpenSounding(Program& program, const std::filesystem::path& path, int index) {
+  return Behind(program, "OpenSounding", [&] { return commands::LoadAt(program, path, index); });
+}
+
 Changes OpenText(Program& program, const std::string& text) {
   return Behind(program, "OpenText", [&] { return commands::LoadText(program, text); });
 }

@@ -182,6 +182,9 @@ bool Refresh(Program& program, Changes changes);
 /// cannot be loaded is reported. Without any success the sounding in work stays.
 Changes OpenSoundings(Program& program, const std::vector<std::filesystem::path>& paths);
 
+/// Loads one sounding of a file, which alone is listed then.
+Changes OpenSounding(Program& program, const std::filesystem::path& path, int index);
+
 /// Opens a text that came without a file, kept as kPastedFile in the data folder; what is no
 /// sounding is reported and kept nowhere.
 Changes OpenText(Program& program, const std::string& text);

@@ -84,6 +84,8 @@ FetchResult HttpFetcher::Attempt(const std::string& address, int number, bool& m
   request.setRawHeader("Accept", "text/*, application/*;q=0.9, */*;q=0.1");
 
   const std::unique_ptr<QNetworkReply> reply(manager_->get(request));
+  constexpr qint64 kReadAhead = qint64{1} << 20;  // what is not read yet waits at the server
+  reply->setReadBufferSize(kReadAhead);
   Stopper stop{*reply};
   QByteArray body;
   FetchProgress step{.Address = address, .Attempt = number};
@@ -117,7 +119,6 @@ FetchResult HttpFetcher::Attempt(const std::string& address, int number, bool& m
     case Cut::TooLarge:
       return NoAnswer("the answer is larger than any sounding");
     case Cut::TimeOver:
-      mayRepeat = true;
       return NoAnswer("the answer took too long");
     case Cut::None:
       break;

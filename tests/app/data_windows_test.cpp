@@ -298,13 +298,16 @@ TEST_F(DataWindowsTest, PastedTextOpensAsASounding) {
   changed = {};
   QMimeData data;
   data.setText("Dear all, the balloon burst early.");
-  EXPECT_TRUE(windows.OpenText(data));
+  windows.OpenData(data);
   EXPECT_FALSE(changed.Any());
   ASSERT_EQ(user.Boxes.size(), 1u);
+  // The sounding in work is not the one with the trouble.
+  EXPECT_EQ(user.Boxes.front().Text.find(program.Current.FileName), std::string::npos);
   EXPECT_EQ(program.Current.Record.StationTitle, title);
   EXPECT_EQ(Text("Pasted.txt"), kept);
   data.setText("  \n");
-  EXPECT_FALSE(windows.OpenText(data));
+  windows.OpenData(data);
+  EXPECT_EQ(program.Current.StatusText, "There is neither a file nor text to open.");
 }
 
 }  // namespace

@@ -71,7 +71,7 @@ TEST_F(DownloadWindowsTest, WhatIsChosenIsFetchedAndOpened) {
   server.AddBody("/72357/1999050412", sounding);
   fs::path opened;
   DownloadWindow window(
-      program, [&](const fs::path& file) { opened = file; }, nullptr, net);
+      program, [&](const fs::path& file, int) { opened = file; }, nullptr, net);
   EXPECT_EQ(In<QLabel>(window, "SourceNote").text(), "a note");
   EXPECT_EQ(In<QComboBox>(window, "Hour").count(), 2);
   EXPECT_FALSE(window.Fetch()) << "no station";
@@ -99,7 +99,7 @@ TEST_F(DownloadWindowsTest, AnAnswerThatIsNoSoundingIsNotOpened) {
   server.AddBody("/72357/1999050400", "Sorry, the archive is closed for maintenance today.");
   bool opened = false;
   DownloadWindow window(
-      program, [&](const fs::path&) { opened = true; }, nullptr, net);
+      program, [&](const fs::path&, int) { opened = true; }, nullptr, net);
   In<QLineEdit>(window, "Station").setText("72357");
   In<QDateEdit>(window, "Date").setDate({1999, 5, 4});
   EXPECT_FALSE(window.Fetch());
@@ -110,7 +110,7 @@ TEST_F(DownloadWindowsTest, AnAnswerThatIsNoSoundingIsNotOpened) {
 
 TEST_F(DownloadWindowsTest, SourcesAreEditedInTheirFile) {
   DownloadWindow window(
-      program, [](const fs::path&) {}, nullptr, net);
+      program, [](const fs::path&, int) {}, nullptr, net);
   In<QPushButton>(window, "cmdEditSources").click();
   auto& editor = In<TextEditor>(window, "TextEditor");
   const std::string before = ReadFile(folder.Path() / "VEXA.URL").Value();
@@ -125,23 +125,45 @@ TEST_F(DownloadWindowsTest, SourcesAreEditedInTheirFile) {
   EXPECT_EQ(In<QLabel>(window, "SourceNote").text(), "new");
 }
 
+// Of a station's whole record the hour that was asked for is opened; messages that tell the day
+// only are of the month asked for, which must then be the current one.
+TEST(AskedSounding, AmongMany) {
+  const std::string record = ReadFile(test::TestData("igra_station.txt")).Value();
+  const download::Request second{.Number = 85999, .Time = {2000, 1, 1, 0, 0}};
+  EXPECT_EQ(AskedSounding(record, second).Value(), 1);
+  const std::string coded = ReadFile(test::TestData("coded_bulletins_20240305.txt")).Value();
+  const download::Source current{.Name = "current", .Address = "http://a/current"};
+  const download::Source dated{.Name = "dated", .Address = "http://a/@Y@M@D@H"};
+  const download::Request march{.Number = 1234, .Time = {2024, 3, 5, 12, 0}};
+  using namespace std::chrono_literals;
+  const download::Instant then = std::chrono::sys_days(2024y / 3 / 6), later = then + 240h;
+  EXPECT_FALSE(JudgeSounding(coded, current, march, then));
+  EXPECT_FALSE(JudgeSounding(coded, dated, march, later));
+  EXPECT_FALSE(JudgeSounding(record, current, second, later));
+  const auto old = JudgeSounding(coded, current, march, later);
+  ASSERT_TRUE(old);
+  EXPECT_NE(old->Detail.find("without month and year"), std::string::npos);
+  const download::Request nextDay{.Number = 1234, .Time = {2024, 3, 6, 12, 0}};
+  EXPECT_TRUE(JudgeSounding(coded, dated, nextDay, later));
+}
+
 // A table of one release, 52 minutes ahead of the hour that it is for.
 TEST_F(DownloadWindowsTest, AReleaseAheadOfItsHourIsThatHours) {
   const std::string text = ReadFile(test::TestData("wyoming_csv.csv")).Value();
   download::Request request{.Number = 72357, .Time = {2008, 8, 8, 12, 0}};
-  EXPECT_FALSE(JudgeSounding(text, request));
+  EXPECT_TRUE(AskedSounding(text, request));
   request.Time.Hour = 18;
-  EXPECT_EQ(JudgeSounding(text, request)->Number, kFaultEndOfFile);
+  EXPECT_EQ(AskedSounding(text, request).Error().Number, kFaultEndOfFile);
   request.Time.Hour = 12;
   request.Letters = "OUN";
-  EXPECT_FALSE(JudgeSounding(text, request));
+  EXPECT_TRUE(AskedSounding(text, request));
   const std::string five = ReadFile(test::TestData("wyoming_text.txt")).Value();
   const download::Request other{.Number = 72672, .Time = {1987, 11, 7, 18, 0}};
-  EXPECT_NE(JudgeSounding(five, other)->Detail.find("another station"), std::string::npos);
+  EXPECT_NE(AskedSounding(five, other).Error().Detail.find("another station"), std::string::npos);
   const std::string many = ReadFile(test::TestData("bufkit_two.buf")).Value();
-  EXPECT_NE(JudgeSounding(many, request)->Detail.find("none of them"), std::string::npos);
+  EXPECT_NE(AskedSounding(many, request).Error().Detail.find("none of them"), std::string::npos);
   request.Time = {2008, 8, 9, 11, 0};
-  EXPECT_TRUE(JudgeSounding(text, request));
+  EXPECT_FALSE(AskedSounding(text, request));
 }
 
 TEST_F(DownloadWindowsTest, WhatCannotBeSavedIsTold) {
@@ -155,8 +177,8 @@ TEST_F(DownloadWindowsTest, WhatCannotBeSavedIsTold) {
   const std::string data = program.Where.Data.string();
   const Case cases[] = {
       {"a folder is made", data + "/new/deep", winds, download::BatchFormat::AsReceived, ""},
-      {"a file is no folder", data + "/new/deep/00001_2008080812.txt", winds,
-       download::BatchFormat::AsReceived, "was not saved"},
+      {"a file is no folder", data + "/new/deep/01234_2008080512.txt", winds,
+       download::BatchFormat::AsReceived, "not saved: "},
       {"winds alone", data, winds, download::BatchFormat::Native, "winds alone"},
   };
   for (const Case& c : cases) {
@@ -168,7 +190,7 @@ TEST_F(DownloadWindowsTest, WhatCannotBeSavedIsTold) {
                                       const Fault& fault) { told = fault.Detail; }});
     const auto saved =
         work.Save({.Folder = c.Folder, .Format = c.Format},
-                  {.Number = 1, .Time = {2008, 8, 8, 12, 0}}, {.Got = {.Body = c.Body}});
+                  {.Number = 1234, .Time = {2008, 8, 5, 12, 0}}, {.Got = {.Body = c.Body}});
     EXPECT_EQ(static_cast<bool>(saved), *c.Says == 0) << told;
     EXPECT_NE(told.find(c.Says), std::string::npos) << told;
   }
@@ -216,7 +238,7 @@ TEST_F(DownloadWindowsTest, TheTimerFetchesAnHourOnceItIsDue) {
   now += 31min;
   told = 0;
   window.Tick();
-  EXPECT_EQ(server.Asked("/98989/1987110718"), 1) << "the first source has none";
+  EXPECT_EQ(server.Asked("/98989/1987110718"), 0) << "the first source has no such hour";
   const fs::path saved = program.Where.Data / "98989_1987110718.RAW";
   ASSERT_TRUE(fs::exists(saved)) << In<QPlainTextEdit>(window, "Log").toPlainText().toStdString();
   EXPECT_TRUE(ReadFile(saved).Value().starts_with("\"VEXA 5.7\""));

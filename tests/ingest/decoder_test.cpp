@@ -68,10 +68,10 @@ TEST(Wyoming, TheNewerTextWithMetresPerSecond) {
   EXPECT_EQ(record.StationTitle, "98989 - PLACE ONE, Land  18Z 07 Nov 1987");
   EXPECT_EQ(record.LatSigned, 60.125);
   EXPECT_EQ(record.LonSigned, -5.5);
-  EXPECT_TRUE(record.ElevUnknown);
   EXPECT_NEAR(record.WindSpd(2), 19.438, 0.001);
   // 455 m - 29.27 m/K * 277.45 K * ln(1002/950).
-  EXPECT_NEAR(record.WindHgt(1), 22.2, 1);
+  EXPECT_NEAR(record.ElevM, 22.2, 1);
+  EXPECT_EQ(record.WindHgt(1), record.ElevM);
 }
 
 TEST(Wyoming, DamageNamesItsLine) {

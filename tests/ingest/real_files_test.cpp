@@ -24,7 +24,7 @@ struct Sample {
   int Temps, Dewpts, Winds;
   TempRow First, Last;
   WindRow LowestWind, HighestWind;
-  double Elevation;  // kNone: not known
+  double Elevation;
   double LatSigned, LonSigned;
   const char* Title;
 };
@@ -47,7 +47,7 @@ const Sample kSamples[] = {
      "72349  00Z 04 Mar 1976"},
     // The surface has no height: 74 m - 29.27 m/K * 305.6 K * ln(1002/1000).
     {"wyoming/html_82244_2012010100_no_position.html", 69, 69, 69, {1002, 29, 24.1},
-     {50, -62.1, -83.1}, {56.1, 360, 4}, {20590, 340, 8}, kNone, 0, 0,
+     {50, -62.1, -83.1}, {56, 360, 4}, {20590, 340, 8}, 56, 0, 0,
      "82244 - Santarem  00Z 01 Jan 2012"},
     {"wyoming/html_72672_RIW_2019052812.html", 128, 128, 127, {824, 4.6, 3.9},
      {8.3, -38.9, -68.9}, {1703, 300, 5}, {32309, 100, 28}, 1703, 43.06, -108.48,
@@ -102,8 +102,8 @@ TEST(RealFiles, CountsAndLevels) {
     ExpectTemp(record, record.NumTempLevels(), sample.Last);
     ExpectWind(record, 1, sample.LowestWind);
     ExpectWind(record, record.NumWindLevels(), sample.HighestWind);
-    EXPECT_EQ(record.ElevUnknown, sample.Elevation == kNone);
-    EXPECT_EQ(record.ElevM, record.ElevUnknown ? 0 : sample.Elevation);
+    EXPECT_FALSE(record.ElevUnknown);
+    EXPECT_EQ(record.ElevM, sample.Elevation);
     EXPECT_NEAR(record.LatSigned, sample.LatSigned, 1e-9);
     EXPECT_NEAR(record.LonSigned, sample.LonSigned, 1e-9);
     EXPECT_EQ(record.StationTitle, sample.Title);

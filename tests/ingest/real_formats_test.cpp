@@ -41,12 +41,12 @@ struct Counted {
 // clang-format off
 const Counted kCounted[] = {
     {"fsl/87576_Ezeiza_DEC2021_ms.fsl", 0, 30, 14, 52, {1014, 18.4, 14.9}, 20, 120, FromMs(2.1)},
-    {"fsl/gsl_op40_MSN_20210902_23z.txt", 0, 1, 61, 61, {985.1, 23.3, 12.5}, 261, 76, 5},
-    {"fsl/gsl_op40_DEN_20210903_01z.txt", 2, 3, 59, 59, {827.9, 23.3, 7.8}, 1655, 219, 3},
+    {"fsl/gsl_op40_MSN_20210902_23z.txt", 0, 1, 61, 61, {985.1, 23.3, 12.5}, 289, 76, 5},
+    {"fsl/gsl_op40_DEN_20210903_01z.txt", 2, 3, 59, 59, {827.9, 23.3, 7.8}, 1724, 219, 3},
     {"fsl/gsl_gfs_-24.776_134.755_20220801_12z.txt", 0, 8, 31, 31, {1000, 18.6, 0.7}, 150, 92, 9},
-    {"igra/AUM00011035-data_20150601-10.txt", 0, 20, 46, 102, {993, 16.2, 12.3}, kNone, 290,
+    {"igra/AUM00011035-data_20150601-10.txt", 0, 20, 46, 102, {993, 16.2, 12.3}, 197, 290,
      FromMs(1)},
-    {"igra/AUM00011035-data_20150601-10.txt", 19, 20, 57, 86, {0, 0, 0}, kNone, 0, 0},
+    {"igra/AUM00011035-data_20150601-10.txt", 19, 20, 57, 86, {0, 0, 0}, 200, 0, 0},
     {"igra/USM00070026-data_3soundings.txt", 0, 3, 58, 154, {1009.8, 0, 0}, 12, 20, FromMs(5.1)},
     {"bufkit/rap_oun_2018121904.buf", 0, 22, 50, 50, {971.6, 7.14, 4.78}, 350, 147.26, 6.47},
     {"bufkit/gfs3_kmso_2017040106.buf", 60, 61, 64, 64, {0, 0, 0}, 972, 0, 0},
@@ -56,7 +56,7 @@ const Counted kCounted[] = {
     {"class/KABQ_202305221104_every60s.cls", 0, 1, 102, 102, {840, 11.9, 9.1}, 1619, 298,
      FromMs(1.5)},
     {"wyoming/csv_OUN_1999050400.csv", 0, 1, 31, 30, {959, 22.2, 19}, 345, 160, FromMs(9.3)},
-    {"wyoming/csv_82244_2012010100_no_position.csv", 0, 1, 62, 62, {1002, 29, 24.1}, kNone, 360,
+    {"wyoming/csv_82244_2012010100_no_position.csv", 0, 1, 62, 62, {1002, 29, 24.1}, 56, 360,
      FromMs(2.1)},
     {"iem/OUN_1999050400.json", 0, 1, 27, 58, {959, 22.3, 19.1}, 362, 160, 18},
 };
@@ -72,10 +72,8 @@ TEST(RealFormats, CountsAndFirstLevels) {
     EXPECT_EQ(CheckRecord(record), QcFinding{});
     EXPECT_EQ(record.NumTempLevels(), c.Temps);
     EXPECT_EQ(record.NumWindLevels(), c.Winds);
-    EXPECT_EQ(record.ElevUnknown, c.Elevation == kNone);
-    if (!record.ElevUnknown) {
-      EXPECT_EQ(record.ElevM, c.Elevation);
-    }
+    EXPECT_FALSE(record.ElevUnknown);
+    EXPECT_EQ(record.ElevM, c.Elevation);
     if (c.First.Press == 0) continue;
     EXPECT_EQ(record.Press(1), c.First.Press);
     EXPECT_EQ(record.Temp(1), c.First.Temp);
