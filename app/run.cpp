@@ -129,7 +129,16 @@ int RunWindow(int argc, char** argv) {
       return WrongUsage({kFaultInvalidValue, "RunWindow", "there is no window \"" + *name + '"'});
     }
   }
-  wanted.Tab = ParseWhole(arguments.Value().Value("--tab").value_or(""));
+  if (const auto tab = arguments.Value().Value("--tab")) {
+    wanted.Tab = ParseWhole(*tab);
+    if (!wanted.Tab || *wanted.Tab < 1) {
+      return WrongUsage(
+          {kFaultInvalidValue, "RunWindow", "--tab takes a number from 1, not \"" + *tab + '"'});
+    }
+    if (wanted.Opens == Command::None) {
+      return WrongUsage({kFaultInvalidValue, "RunWindow", "--tab needs a window, --show NAME"});
+    }
+  }
   const std::vector<std::string> assignments = arguments.Value().Values("--set");
   if (Options alone; const auto fault = SetOptions(alone, assignments)) return WrongUsage(*fault);
   const std::optional<std::string> screenshot = arguments.Value().Value("--screenshot");
@@ -173,10 +182,11 @@ int RunWindow(int argc, char** argv) {
         return SoundingChooser::Ask(titles, &window);
       };
     }
-    const bool saved = program.Plot && TakeScreenshot(window, wanted, *screenshot);
-    if (!saved) Say(stderr, "vexa: " + *screenshot + ": the picture cannot be saved\n");
+    const std::string wrong = program.Plot ? TakeScreenshot(window, wanted, *screenshot)
+                                           : *screenshot + ": there is no picture";
+    if (!wrong.empty()) Say(stderr, "vexa: " + wrong + "\n");
     TellKept(interaction);
-    return opened && saved ? 0 : kFailed;
+    return opened && wrong.empty() ? 0 : kFailed;
   }
   window.show();
   splash.finish(&window);
