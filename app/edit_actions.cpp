@@ -48,7 +48,6 @@ void NewSounding(Program& program, QWidget* window, const Show& show) {
   ClearData(empty);
   empty.DataFormat = kRawTag;
   empty.FileTag = kProgramFileTag;
-  SetDecimalPosition(empty, 0, 0);
   SetElevationUnknown(empty);
   auto* editor = new LevelEditor(
       empty, EditorPages::All,

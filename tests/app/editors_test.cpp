@@ -200,6 +200,12 @@ TEST_F(Editors, ANewSoundingIsEnteredByHand) {
   latitude->setText("north");
   EXPECT_FALSE(editor->Apply());
   latitude->setText("-33.9");
+  EXPECT_FALSE(editor->Apply()) << "a longitude belongs to it";
+  latitude->clear();
+  auto* longitude = editor->findChild<QLineEdit*>("Longitude");
+  longitude->setText("18.4");
+  EXPECT_FALSE(editor->Apply()) << "and a latitude to that";
+  latitude->setText("-33.9");
   editor->findChild<QLineEdit*>("StationTitle")->setText("Kite");
   editor->findChild<QLineEdit*>("Elevation")->setText("42");
   EXPECT_TRUE(editor->Apply());
