@@ -8,6 +8,7 @@
 #include <QImage>
 #include <QPixmap>
 #include <QScreen>
+#include <QSocketNotifier>
 #include <QSplashScreen>
 #include <QString>
 #include <QStringList>
@@ -26,6 +27,7 @@
 #include "core/platform.h"
 #include "output/paint/paint.h"
 #include "program/command_line.h"
+#include "program/edit_commands.h"
 #include "program/program.h"
 #include "program/session_commands.h"
 #include "program/start_picture.h"
@@ -87,6 +89,17 @@ void NameFonts() {
     QFont::insertSubstitutions(QString::fromLatin1(name),
                                {QStringLiteral("Liberation Sans"), QStringLiteral("DejaVu Sans")});
   }
+}
+
+// The system ends the program: nobody is asked, so what is not saved goes into the session, which
+// the next start offers.
+void EndNow(Program& program, SoundingWindow& window) {
+  if (!IsAltered(program)) {
+    window.close();
+  } else if (const auto fault = KeepSession(program)) {
+    Say(stderr, "vexa: " + fault->Detail + "\n");
+  }
+  QApplication::exit();
 }
 
 }  // namespace
@@ -190,6 +203,13 @@ int RunWindow(int argc, char** argv) {
   }
   window.show();
   splash.finish(&window);
+  const int ending = AwaitEnding();
+  std::optional<QSocketNotifier> notifier;
+  if (ending >= 0) {
+    notifier.emplace(ending, QSocketNotifier::Read);
+    QObject::connect(&*notifier, &QSocketNotifier::activated, &window,
+                     [&] { EndNow(program, window); });
+  }
   if (wanted.Opens == Command::None) {
     QTimer::singleShot(0, &window, [&window] { window.RestoreDisplays(); });
   } else {

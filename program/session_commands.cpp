@@ -76,6 +76,11 @@ Session SessionOf(const Program& program) {
   return session;
 }
 
+const std::filesystem::path& SessionFile(Program& program) {
+  if (program.OwnSession.File.empty()) program.OwnSession = TakeSessionPlace(program.Where.Root);
+  return program.OwnSession.File;
+}
+
 // The numbers of a setting; none unless they are as many as expected.
 std::vector<double> Setting(const Session& session, std::string_view key,
                             std::optional<std::size_t> count = {}) {
@@ -169,17 +174,23 @@ Changes TakeUp(Program& program, Session session) {
 
 std::optional<Fault> KeepSession(Program& program) {
   if (!KeepsSessions(program) || !program.Gate.IsOpen()) return std::nullopt;
+  const std::filesystem::path& file = SessionFile(program);
+  if (file.empty()) return std::nullopt;
   Session session = SessionOf(program);
-  if (program.KeptSession && *program.KeptSession == session) return std::nullopt;
-  std::optional<Fault> fault = session.Files.empty() ? ForgetSession(program.Where.Root)
-                                                     : SaveSession(program.Where.Root, session);
+  std::error_code ignored;
+  const bool isThere = session.Files.empty() || std::filesystem::exists(file, ignored);
+  if (isThere && program.KeptSession && *program.KeptSession == session) return std::nullopt;
+  std::optional<Fault> fault =
+      session.Files.empty() ? ForgetSession(file) : SaveSession(file, session);
   if (!fault) program.KeptSession = std::move(session);
   return fault;
 }
 
 Changes OfferSession(Program& program) {
   if (!KeepsSessions(program)) return {};
-  SessionReading reading = LoadSession(program.Where.Root);
+  const std::filesystem::path& file = SessionFile(program);
+  if (file.empty()) return {};
+  SessionReading reading = LoadSession(file);
   if (!reading.Note.empty()) program.Notices.push_back(reading.Note);
   if (!reading.Found || reading.Found->Files.empty()) return {};
   const std::string name = TextFromPath(PathFromText(reading.Found->Files.front()).filename());
@@ -197,8 +208,10 @@ Changes OfferSession(Program& program) {
 }
 
 void EndSession(Program& program) {
-  if (!KeepsSessions(program)) return;
-  if (const auto fault = ForgetSession(program.Where.Root)) ErrorReport(program.Current, *fault);
+  if (!KeepsSessions(program) || program.OwnSession.File.empty()) return;
+  if (const auto fault = ForgetSession(program.OwnSession.File)) {
+    ErrorReport(program.Current, *fault);
+  }
   program.KeptSession.reset();
 }
 
