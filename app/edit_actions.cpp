@@ -103,7 +103,7 @@ void EditSource(Program& program, QWidget* window, const Show& show) {
         if (!fault) show(changes);
         return fault;
       },
-      window));
+      SourceRemark(program), window));
 }
 
 void EditStations(Program& program, QWidget* window, const Show&) {

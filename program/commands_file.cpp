@@ -141,6 +141,7 @@ Changes DataAccess(Program& program) {
 bool LoadOne(Program& program, const std::filesystem::path& path, int index, bool stepping) {
   CurrentSounding& current = program.Current;
   const CurrentSounding before = current;
+  const std::optional<FileStamp> stamp = StampOf(path);  // of what is read, not of what comes after
   if (ingest::LoadSounding(current, path, index, &program.Stations) != Status::Ok) {
     // A damaged native file has left what could be read of it.
     current.Record = before.Record;
@@ -162,7 +163,8 @@ bool LoadOne(Program& program, const std::filesystem::path& path, int index, boo
   }
   program.History.Clear();
   program.Loaded = current.Record;
-  program.OnDisk = current.Record;
+  MarkOnDisk(program);
+  program.OnDiskStamp = stamp;
   program.View.Cursor = {};
   return true;
 }

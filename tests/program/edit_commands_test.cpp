@@ -252,13 +252,40 @@ TEST_F(EditCommands, AnEditedSourceBecomesTheSoundingOrSaysWhyNot) {
   EXPECT_FALSE(changes.Any());
   EXPECT_EQ(program.Current.Record, loaded);
 
+  EXPECT_EQ(SourceRemark(program), "");
   EXPECT_FALSE(AdoptSource(program, bytes, changes));
+  EXPECT_NE(SourceRemark(program).find("not saved"), std::string::npos);
   EXPECT_EQ(program.Current.Record.StationTitle, "Changed by hand");
   EXPECT_TRUE(program.History.IsChanged());
   EXPECT_NE(ReadFile(path).Value(), bytes);
   EXPECT_FALSE(SaveSource(program, bytes, changes));
   EXPECT_EQ(ReadFile(path).Value(), bytes);
   EXPECT_FALSE(program.History.IsChanged());
+}
+
+// What another program has put in the file's place since goes only when the user wants it to.
+TEST_F(EditCommands, AFileThatWasChangedSinceIsNotReplacedUnasked) {
+  const fs::path path = Native("a.RAW");
+  ASSERT_TRUE(OpenSoundings(program, {path}).Sounding);
+  DeleteLevel(2);
+  const std::string others = WriteRaw(test::ReferenceConvective());
+  Saved("a.RAW", others);
+  Changes changes;
+  user.Expect("VEXA", Answer::No);
+  EXPECT_TRUE(SaveSource(program, WriteRaw(test::ReferenceWinter()), changes));
+  EXPECT_NE(SourceRemark(program).find("another program"), std::string::npos);
+
+  user.Expect("Exit VEXA . . .", Answer::Yes);
+  user.Expect("VEXA", Answer::No);
+  EXPECT_FALSE(MayExit(program)) << "and no other name was given";
+  EXPECT_EQ(ReadFile(path).Value(), others);
+  user.Expect("Exit VEXA . . .", Answer::Yes);
+  user.Expect("VEXA", Answer::Yes);
+  EXPECT_TRUE(MayExit(program));
+  EXPECT_EQ(LevelsIn(path), program.Current.Record.NumTempLevels());
+  DeleteLevel(2);
+  user.Expect("Exit VEXA . . .", Answer::Yes);
+  EXPECT_TRUE(MayExit(program)) << "its own writing is none to ask about";
 }
 
 // The second of two soundings: the editor has its lines alone, and an edit changes it and not the
