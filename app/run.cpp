@@ -96,7 +96,7 @@ void NameFonts() {
 void EndNow(Program& program, SoundingWindow& window) {
   if (!IsAltered(program)) {
     window.close();
-  } else if (const auto fault = KeepSession(program)) {
+  } else if (const auto fault = KeepSessionAtEnd(program)) {
     Say(stderr, "vexa: " + fault->Detail + "\n");
   }
   QApplication::exit();

@@ -399,7 +399,15 @@ TEST_F(EditCommands, ASessionCutOffIsOfferedWithItsEdits) {
   EXPECT_TRUE(next.Listed[0].is_absolute());
   EXPECT_TRUE(fs::equivalent(next.Listed[0], a));
   EXPECT_TRUE(next.History.IsChanged());
+  EXPECT_FALSE(ChangedOnDisk(next));
   next.OwnSession = {};
+
+  Saved("b.RAW", WriteRaw(test::ReferenceConvective()));
+  Program later;
+  EXPECT_TRUE(begin(later, Answer::Yes).Sounding);
+  EXPECT_EQ(later.Current.Record, edited);
+  EXPECT_TRUE(ChangedOnDisk(later)) << "between the crash and the start";
+  later.OwnSession = {};
 
   fs::remove(b);  // the edits survive their file
   Program alone;
