@@ -6,8 +6,9 @@
 namespace vexa::analysis {
 namespace {
 
-constexpr double kNearest = 50;    // m
-constexpr double kFarthest = 250;  // m
+constexpr double kNearest = 50;     // m
+constexpr double kFarthest = 250;   // m
+constexpr double kMostParts = 400;  // of a layer: reached by none that an atmosphere has
 
 LevelPoint Middle(const LevelPoint& a, const LevelPoint& b) {
   return {std::sqrt(a.Press * b.Press), (a.Height + b.Height) / 2, (a.Temp + b.Temp) / 2};
@@ -60,7 +61,7 @@ std::vector<double> SampleHeights(const LevelProfile& levels, double low, double
   heights.push_back(low);
   const auto fillTo = [&](double next) {
     const double last = heights.back();
-    const int parts = static_cast<int>(std::ceil((next - last) / kFarthest));
+    const int parts = static_cast<int>(std::min(kMostParts, std::ceil((next - last) / kFarthest)));
     for (int i = 1; i < parts; ++i) heights.push_back(last + (next - last) * i / parts);
     heights.push_back(next);
   };

@@ -87,7 +87,7 @@ void DownloadWindow::EditSources() {
         ReadSourceList();
         return std::nullopt;
       },
-      this);
+      {}, this);
   editor->setAttribute(Qt::WA_DeleteOnClose);
   editor->open();
 }

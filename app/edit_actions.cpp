@@ -48,7 +48,6 @@ void NewSounding(Program& program, QWidget* window, const Show& show) {
   ClearData(empty);
   empty.DataFormat = kRawTag;
   empty.FileTag = kProgramFileTag;
-  SetDecimalPosition(empty, 0, 0);
   SetElevationUnknown(empty);
   auto* editor = new LevelEditor(
       empty, EditorPages::All,
@@ -104,7 +103,7 @@ void EditSource(Program& program, QWidget* window, const Show& show) {
         if (!fault) show(changes);
         return fault;
       },
-      window));
+      SourceRemark(program), window));
 }
 
 void EditStations(Program& program, QWidget* window, const Show&) {

@@ -29,7 +29,8 @@ struct HeadingRow {
   std::string (*Take)(SoundingRecord&, const std::string&);
 };
 
-std::string Angle(double degrees) {
+std::string Angle(const SoundingRecord& record, double degrees) {
+  if (record.LatHemi.empty() || record.LonHemi.empty()) return {};
   return Shortest(Rounded(degrees, 4));
 }
 
@@ -45,9 +46,26 @@ std::string TakeElevation(SoundingRecord& record, const std::string& text) {
   return {};
 }
 
+void SetPositionUnknown(SoundingRecord& record) {
+  record.LatHemi.clear();
+  record.LonHemi.clear();
+  record.LatSigned = record.LonSigned = record.LatValue = 0;
+  record.LonValue = 0;
+  record.LatParts = record.LonParts = {};
+}
+
+// Both or none, the latitude first.
 template <bool isLat>
 std::string TakeAngle(SoundingRecord& record, const std::string& text) {
   const double most = isLat ? 90 : 180;
+  if (isLat && Trim(text).empty()) {
+    SetPositionUnknown(record);
+    return {};
+  }
+  if (!isLat && (record.LatHemi.empty() || Trim(text).empty())) {
+    return record.LatHemi.empty() ? "Latitude: it is wanted where there is a longitude"
+                                  : "Longitude: it is wanted where there is a latitude";
+  }
   const std::optional<double> angle = ParseNumber(text);
   if (!angle || std::abs(*angle) > most) {
     return std::string(isLat ? "Latitude" : "Longitude") + ": a number from -" + Shortest(most) +
@@ -68,10 +86,11 @@ constexpr HeadingRow kHeading[] = {
        return record.ElevUnknown ? std::string() : Shortest(record.ElevM);
      },
      TakeElevation},
-    {"Latitude", "&Latitude (degrees, north positive):",
-     [](const SoundingRecord& record) { return Angle(record.LatSigned); }, TakeAngle<true>},
-    {"Longitude", "L&ongitude (degrees, east positive):",
-     [](const SoundingRecord& record) { return Angle(record.LonSigned); }, TakeAngle<false>},
+    {"Latitude", "&Latitude (north positive, empty: not known):",
+     [](const SoundingRecord& record) { return Angle(record, record.LatSigned); }, TakeAngle<true>},
+    {"Longitude", "L&ongitude (east positive, empty: not known):",
+     [](const SoundingRecord& record) { return Angle(record, record.LonSigned); },
+     TakeAngle<false>},
 };
 
 }  // namespace

@@ -3,5 +3,6 @@
 
 int main(int argc, char** argv) {
   vexa::KeepFreedMemory();
+  vexa::LetLargeWritesFail();
   return vexa::RunWindow(argc, argv);
 }

@@ -8,6 +8,7 @@
 #include <QImage>
 #include <QPixmap>
 #include <QScreen>
+#include <QSocketNotifier>
 #include <QSplashScreen>
 #include <QString>
 #include <QStringList>
@@ -26,6 +27,7 @@
 #include "core/platform.h"
 #include "output/paint/paint.h"
 #include "program/command_line.h"
+#include "program/edit_commands.h"
 #include "program/program.h"
 #include "program/session_commands.h"
 #include "program/start_picture.h"
@@ -89,6 +91,17 @@ void NameFonts() {
   }
 }
 
+// The system ends the program: nobody is asked, so what is not saved goes into the session, which
+// the next start offers.
+void EndNow(Program& program, SoundingWindow& window) {
+  if (!IsAltered(program)) {
+    window.close();
+  } else if (const auto fault = KeepSessionAtEnd(program)) {
+    Say(stderr, "vexa: " + fault->Detail + "\n");
+  }
+  QApplication::exit();
+}
+
 }  // namespace
 
 int RunWindow(int argc, char** argv) {
@@ -129,7 +142,16 @@ int RunWindow(int argc, char** argv) {
       return WrongUsage({kFaultInvalidValue, "RunWindow", "there is no window \"" + *name + '"'});
     }
   }
-  wanted.Tab = ParseWhole(arguments.Value().Value("--tab").value_or(""));
+  if (const auto tab = arguments.Value().Value("--tab")) {
+    wanted.Tab = ParseWhole(*tab);
+    if (!wanted.Tab || *wanted.Tab < 1) {
+      return WrongUsage(
+          {kFaultInvalidValue, "RunWindow", "--tab takes a number from 1, not \"" + *tab + '"'});
+    }
+    if (wanted.Opens == Command::None) {
+      return WrongUsage({kFaultInvalidValue, "RunWindow", "--tab needs a window, --show NAME"});
+    }
+  }
   const std::vector<std::string> assignments = arguments.Value().Values("--set");
   if (Options alone; const auto fault = SetOptions(alone, assignments)) return WrongUsage(*fault);
   const std::optional<std::string> screenshot = arguments.Value().Value("--screenshot");
@@ -173,13 +195,21 @@ int RunWindow(int argc, char** argv) {
         return SoundingChooser::Ask(titles, &window);
       };
     }
-    const bool saved = program.Plot && TakeScreenshot(window, wanted, *screenshot);
-    if (!saved) Say(stderr, "vexa: " + *screenshot + ": the picture cannot be saved\n");
+    const std::string wrong = program.Plot ? TakeScreenshot(window, wanted, *screenshot)
+                                           : *screenshot + ": there is no picture";
+    if (!wrong.empty()) Say(stderr, "vexa: " + wrong + "\n");
     TellKept(interaction);
-    return opened && saved ? 0 : kFailed;
+    return opened && wrong.empty() ? 0 : kFailed;
   }
   window.show();
   splash.finish(&window);
+  const int ending = AwaitEnding();
+  std::optional<QSocketNotifier> notifier;
+  if (ending >= 0) {
+    notifier.emplace(ending, QSocketNotifier::Read);
+    QObject::connect(&*notifier, &QSocketNotifier::activated, &window,
+                     [&] { EndNow(program, window); });
+  }
   if (wanted.Opens == Command::None) {
     QTimer::singleShot(0, &window, [&window] { window.RestoreDisplays(); });
   } else {

@@ -15,6 +15,7 @@
 #include "app/diagram_view.h"
 #include "app/qt_text.h"
 #include "app/sounding_window.h"
+#include "core/numbers.h"
 #include "program/displays.h"
 #include "program/menu.h"
 
@@ -81,9 +82,13 @@ void PressButton(SoundingWindow& window, const WindowToShow& what) {
   }
 }
 
-void ChoosePage(QWidget& shown, const WindowToShow& what) {
+// False when the window has no such page.
+bool ChoosePage(QWidget& shown, const WindowToShow& what) {
+  if (!what.Tab) return true;
   auto* tabs = shown.findChild<QTabWidget*>();
-  if (tabs != nullptr && what.Tab) tabs->setCurrentIndex(*what.Tab - 1);
+  if (tabs == nullptr || *what.Tab > tabs->count()) return false;
+  tabs->setCurrentIndex(*what.Tab - 1);
+  return true;
 }
 
 // A dialog keeps its command from returning, so what follows is done by the clock: once the command
@@ -134,10 +139,11 @@ void OpenAfterPainting(SoundingWindow& window, const WindowToShow& what) {
   });
 }
 
-bool TakeScreenshot(SoundingWindow& window, const WindowToShow& what, const std::string& name) {
-  bool saved = false;
+std::string TakeScreenshot(SoundingWindow& window, const WindowToShow& what,
+                           const std::string& name) {
+  std::string wrong = name + ": the picture cannot be saved";
   const auto grab = [&] {
-    saved = Opened(window)->grab().save(QString::fromStdString(name), "PNG");
+    if (Opened(window)->grab().save(QString::fromStdString(name), "PNG")) wrong.clear();
     QApplication::exit();
   };
   // Not from within the paint event: the window is whole only after it. What is opened may have the
@@ -150,7 +156,11 @@ bool TakeScreenshot(SoundingWindow& window, const WindowToShow& what, const std:
         grab();
       } else {
         Open(window, what, [&] {
-          ChoosePage(*Opened(window), what);
+          if (!ChoosePage(*Opened(window), what)) {
+            wrong = what.Name + " has no page " + Shortest(*what.Tab);
+            QApplication::exit();
+            return;
+          }
           QTimer::singleShot(kSettleMs, &window, grab);
           PressButton(window, what);  // which returns only when a dialog that it opens is left
         });
@@ -160,7 +170,7 @@ bool TakeScreenshot(SoundingWindow& window, const WindowToShow& what, const std:
   QTimer::singleShot(kLongestWaitMs, &window, [] { QApplication::exit(); });
   window.show();
   QApplication::exec();
-  return saved;
+  return wrong;
 }
 
 }  // namespace vexa

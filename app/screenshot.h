@@ -35,7 +35,9 @@ struct WindowToShow {
 void OpenAfterPainting(SoundingWindow& window, const WindowToShow& what);
 
 /// Waits for the picture to be on the window, opens what is wanted and saves that as a PNG image.
-/// A window system that never shows the window ends the wait. False when no image was saved.
-bool TakeScreenshot(SoundingWindow& window, const WindowToShow& what, const std::string& name);
+/// A window system that never shows the window ends the wait. Gives why no image was saved, nothing
+/// when one was.
+std::string TakeScreenshot(SoundingWindow& window, const WindowToShow& what,
+                           const std::string& name);
 
 }  // namespace vexa

@@ -13,7 +13,7 @@ namespace vexa {
 
 TextEditor::TextEditor(const EditableText& source, const QString& title,
                        std::function<std::optional<Fault>(const std::string&)> accepted,
-                       QWidget* parent)
+                       const std::string& remark, QWidget* parent)
     : QDialog(parent), source_(source), accepted_(std::move(accepted)) {
   setObjectName(QStringLiteral("TextEditor"));
   setWindowTitle(title + QStringLiteral(" - ") + ToQString(source.Name));
@@ -24,6 +24,7 @@ TextEditor::TextEditor(const EditableText& source, const QString& title,
   edit_->setLineWrapMode(QPlainTextEdit::NoWrap);
   edit_->setTabChangesFocus(true);  // else no key would leave the text
   edit_->setPlainText(ToQString(source.Text));
+  shown_ = edit_->toPlainText();
   layout->addWidget(edit_, 1);
   place_ = new QLabel(this);
   layout->addWidget(place_);
@@ -33,7 +34,7 @@ TextEditor::TextEditor(const EditableText& source, const QString& title,
                         .arg(cursor.blockNumber() + 1)
                         .arg(cursor.positionInBlock() + 1));
   });
-  remark_ = new QLabel(this);
+  remark_ = new QLabel(ToQString(remark), this);
   remark_->setObjectName(QStringLiteral("TextRemark"));
   remark_->setTextFormat(Qt::PlainText);
   remark_->setWordWrap(true);
@@ -48,7 +49,9 @@ TextEditor::TextEditor(const EditableText& source, const QString& title,
 }
 
 bool TextEditor::Apply() {
-  const Outcome<std::string> bytes = BytesOf(source_, edit_->toPlainText().toStdString());
+  const QString edited = edit_->toPlainText();
+  if (edited == shown_) return true;
+  const Outcome<std::string> bytes = BytesOf(source_, edited.toStdString());
   const std::optional<Fault> fault = bytes ? accepted_(bytes.Value()) : bytes.Error();
   if (!fault) return true;
   remark_->setText(ToQString(fault->Detail.empty() ? "The text holds no sounding that can be read."

@@ -16,15 +16,19 @@ namespace vexa {
 
 class TextEditor : public QDialog {
  public:
-  /// accepted  takes the bytes of the edited text, or says why not: the window stays open then
+  /// accepted  takes the bytes of the edited text, or says why not: the window stays open then;
+  ///           not called for a text that was left as it was
+  /// remark    to be said below the text from the start
   TextEditor(const EditableText& source, const QString& title,
-             std::function<std::optional<Fault>(const std::string&)> accepted, QWidget* parent);
+             std::function<std::optional<Fault>(const std::string&)> accepted,
+             const std::string& remark, QWidget* parent);
 
   QPlainTextEdit* Edit() { return edit_; }
   bool Apply();
 
  private:
   EditableText source_;
+  QString shown_;  // as the text was before it was edited
   std::function<std::optional<Fault>(const std::string&)> accepted_;
   QPlainTextEdit* edit_ = nullptr;
   QLabel* place_ = nullptr;

@@ -124,6 +124,9 @@ std::optional<Fault> AddPages(const std::string& file, LoadedProgram& loaded, co
 int RunPrint(const Arguments& arguments, Console& console) {
   const std::optional<std::string> output = arguments.Value("--output");
   if (!output) return UsageError(console, kPrintCommand, "no output is given with -o");
+  if (Lower(TextFromPath(PathFromText(*output).extension())) != ".pdf") {
+    return UsageError(console, kPrintCommand, "\"" + *output + "\" does not end in .pdf");
+  }
   if (const auto fault = NotAnInput(arguments, *output)) {
     return UsageError(console, kPrintCommand, fault->Detail);
   }

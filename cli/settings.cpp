@@ -1,6 +1,8 @@
 #include "cli/settings.h"
 
+#include <filesystem>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "cli/commands.h"
@@ -40,6 +42,10 @@ int RunSettings(const Arguments& arguments, Console& console) {
 Outcome<SettingsStore> CommandSettings(const Arguments& arguments, Console& console) {
   SettingsStore settings;
   if (const auto root = arguments.Value(kRootOption.Name)) {
+    std::error_code ignored;
+    if (!std::filesystem::is_directory(PathFromText(*root), ignored)) {
+      return Fault{kFaultPathAccess, "CommandSettings", '"' + *root + "\" is no folder"};
+    }
     std::vector<std::string> notes;
     LoadSettings(PathFromText(*root), settings, notes);
     for (const std::string& note : notes) console.Err("vexa-cli: " + note + "\n");

@@ -5,9 +5,12 @@
 
 #include "core/platform.h"
 
+#include <array>
 #include <cerrno>
+#include <csignal>
 #include <cstdlib>
 #include <string_view>
+#include <utility>
 
 #ifdef _WIN32
 #include <io.h>
@@ -15,6 +18,8 @@
 #else
 #include <fcntl.h>
 #include <pwd.h>
+#include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 #ifdef __GLIBC__
 #include <malloc.h>
@@ -37,6 +42,17 @@ std::string Utf8(const std::wstring& text) {
   return std::string(bytes.begin(), bytes.end());
 }
 
+class OpenHandle final : public FileHold {
+ public:
+  explicit OpenHandle(HANDLE handle) : handle_(handle) {}
+  ~OpenHandle() override {
+    if (handle_ != INVALID_HANDLE_VALUE) CloseHandle(handle_);
+  }
+
+ private:
+  HANDLE handle_;
+};
+
 }  // namespace
 
 std::FILE* OpenFile(const fs::path& path, const char* mode) {
@@ -51,6 +67,13 @@ std::error_code FlushToDisk(std::FILE* file) {
 }
 
 void SyncFolder(const fs::path&) {}  // renames are journalled
+
+std::unique_ptr<FileHold> HoldFile(const fs::path& path) {
+  const HANDLE handle = CreateFileW(path.c_str(), GENERIC_WRITE | DELETE, 0, nullptr, CREATE_ALWAYS,
+                                    FILE_FLAG_DELETE_ON_CLOSE, nullptr);
+  if (handle == INVALID_HANDLE_VALUE && GetLastError() == ERROR_SHARING_VIOLATION) return nullptr;
+  return std::make_unique<OpenHandle>(handle);
+}
 
 fs::path UserDataFolder() {
   const std::optional<std::string> local = EnvironmentText("LOCALAPPDATA");
@@ -73,7 +96,47 @@ std::optional<std::string> EnvironmentText(const char* name) {
 
 void KeepFreedMemory() {}
 
+void LetLargeWritesFail() {}
+
+int AwaitEnding() {
+  return -1;
+}
+
 #else
+
+namespace {
+
+class LockedFile final : public FileHold {
+ public:
+  LockedFile(int handle, fs::path path) : handle_(handle), path_(std::move(path)) {}
+  ~LockedFile() override {
+    if (handle_ < 0) return;
+    ::unlink(path_.c_str());
+    ::close(handle_);
+  }
+
+ private:
+  int handle_;
+  fs::path path_;
+};
+
+std::array<int, 2> endingPipe = {-1, -1};  // a signal's handler can reach nothing else
+
+void TellEnding(int) {
+  const int before = errno;
+  const char byte = 0;
+  [[maybe_unused]] const auto written = ::write(endingPipe[1], &byte, 1);
+  errno = before;
+}
+
+bool IsSameFile(int handle, const fs::path& path) {
+  struct stat own {};
+  struct stat there {};
+  return ::fstat(handle, &own) == 0 && ::stat(path.c_str(), &there) == 0 &&
+         own.st_dev == there.st_dev && own.st_ino == there.st_ino;
+}
+
+}  // namespace
 
 std::FILE* OpenFile(const fs::path& path, const char* mode) {
   return std::fopen(path.c_str(), mode);
@@ -113,6 +176,22 @@ fs::path ProgramFolder() {
   return failed ? fs::current_path(failed) : program.parent_path();
 }
 
+std::unique_ptr<FileHold> HoldFile(const fs::path& path) {
+  constexpr int kTries = 10;
+  for (int i = 0; i < kTries; ++i) {
+    const int handle = ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
+    if (handle >= 0 && ::flock(handle, LOCK_EX | LOCK_NB) == 0) {
+      if (IsSameFile(handle, path)) return std::make_unique<LockedFile>(handle, path);
+      ::close(handle);  // it was removed before it was locked
+      continue;
+    }
+    const bool isElsewhere = handle >= 0 && errno == EWOULDBLOCK;
+    if (handle >= 0) ::close(handle);
+    return isElsewhere ? nullptr : std::make_unique<LockedFile>(-1, path);
+  }
+  return nullptr;
+}
+
 std::optional<std::string> EnvironmentText(const char* name) {
   const char* value = std::getenv(name);
   if (value == nullptr || *value == '\0') return std::nullopt;
@@ -125,6 +204,25 @@ void KeepFreedMemory() {
   ::mallopt(M_MMAP_THRESHOLD, 32 * kMebibyte);
   ::mallopt(M_TRIM_THRESHOLD, 64 * kMebibyte);
 #endif
+}
+
+int AwaitEnding() {
+  if (endingPipe[0] >= 0 || ::pipe2(endingPipe.data(), O_CLOEXEC | O_NONBLOCK) != 0) {
+    return endingPipe[0];
+  }
+  struct sigaction once {};
+  once.sa_handler = TellEnding;
+  once.sa_flags = SA_RESTART | static_cast<int>(SA_RESETHAND);  // a second wish ends it at once
+  for (const int wish : {SIGTERM, SIGHUP, SIGINT}) {
+    struct sigaction before {};
+    const bool isIgnored = ::sigaction(wish, nullptr, &before) == 0 && before.sa_handler == SIG_IGN;
+    if (!isIgnored) ::sigaction(wish, &once, nullptr);
+  }
+  return endingPipe[0];
+}
+
+void LetLargeWritesFail() {
+  std::signal(SIGXFSZ, SIG_IGN);
 }
 
 #endif

@@ -3,6 +3,7 @@
 
 #include <cstdio>
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <string>
 #include <system_error>
@@ -19,6 +20,19 @@ std::error_code FlushToDisk(std::FILE* file);
 /// an attempt.
 void SyncFolder(const std::filesystem::path& folder);
 
+/// A file that is there while somebody holds it.
+class FileHold {
+ public:
+  FileHold() = default;
+  virtual ~FileHold() = default;
+  FileHold(const FileHold&) = delete;
+  FileHold& operator=(const FileHold&) = delete;
+};
+
+/// Holds a file until the hold is destroyed or the process ends, however it ends. Null when another
+/// process, or another hold of this one, has it. Where the system cannot tell, the file is held.
+std::unique_ptr<FileHold> HoldFile(const std::filesystem::path& path);
+
 /// The user's data folder: XDG_DATA_HOME or ~/.local/share, LOCALAPPDATA on Windows.
 std::filesystem::path UserDataFolder();
 
@@ -32,5 +46,13 @@ std::optional<std::string> EnvironmentText(const char* name);
 /// each redraw needs the same arrays again, and fresh pages cost more than the arithmetic in them.
 /// To be called once, before work begins; without effect where the system keeps it anyway.
 void KeepFreedMemory();
+
+/// From now on a wish of the system that the program end, at logout or shutdown, makes the handle
+/// that is given readable instead of ending it. -1 where there is no such handle.
+int AwaitEnding();
+
+/// Has a write that goes past the size a file may have fail like one to a full disk, where the
+/// system would end the program. To be called once, before work begins.
+void LetLargeWritesFail();
 
 }  // namespace vexa

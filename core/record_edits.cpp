@@ -47,8 +47,12 @@ struct Place {
 
 using Checked = std::optional<Fault>;
 
+bool IsWithin(const Range& range, double value) {
+  return value >= range.Least && value <= range.Most;
+}
+
 Checked CheckRange(const Place& place, const Range& range, double value) {
-  if (value >= range.Least && value <= range.Most) return std::nullopt;
+  if (IsWithin(range, value)) return std::nullopt;
   const std::string shown = std::isfinite(value) ? Shortest(value) : "no number";
   return place.Refuse(range.Field, shown + " lies outside " + Shortest(range.Least) + " to " +
                                        Shortest(range.Most));
@@ -143,6 +147,16 @@ constexpr std::greater<> kFalls{};
 constexpr std::less<> kRises{};
 
 }  // namespace
+
+bool IsPossible(const TempLevel& level) {
+  return (level.Press == 0 || IsWithin(kPress, level.Press)) && level.Temp >= kTemp.Least &&
+         (IsMissing(level.Dewpt) || level.Dewpt >= kDewpt.Least);
+}
+
+bool IsPossible(const WindLevel& level) {
+  return level.Height <= kHeight.Most && level.Dir >= kDir.Least &&
+         (IsMissing(level.Spd) || level.Spd <= kSpd.Most);
+}
 
 std::optional<Fault> ChangeTempLevel(SoundingRecord& record, int level, const TempLevel& to) {
   const Place place{"ChangeTempLevel", "Level", level};

@@ -22,6 +22,12 @@ struct WindLevel {
   double Spd = 0;     // knots
 };
 
+/// Whether an editor's ranges hold a level that a file gives. What the data check tells of and what
+/// ordering removes is let through: too warm, a dew point above the temperature, no pressure or
+/// direction, a direction beyond the circle, a negative speed or height.
+bool IsPossible(const TempLevel& level);
+bool IsPossible(const WindLevel& level);
+
 // Levels and layers count from 1. Faults are number 380 with a detail such as
 // "Level 17, pressure: 850 is not below the 850 of level 16"; the record stays as it was then.
 

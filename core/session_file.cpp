@@ -224,25 +224,42 @@ SessionReading ReadSession(std::string_view text, std::string_view name) {
   return {std::move(session), {}};
 }
 
-std::optional<Fault> SaveSession(const std::filesystem::path& folder, const Session& session,
-                                 FileOps& ops) {
-  return SaveFile(folder / kSessionFileName, WriteSession(session), ops);
+SessionPlace TakeSessionPlace(const std::filesystem::path& folder) {
+  constexpr int kMostPrograms = 8;
+  SessionPlace place;
+  for (int number = 1; number <= kMostPrograms; ++number) {
+    const std::filesystem::path file =
+        folder / ("VEXA" + (number == 1 ? std::string{} : Shortest(number)) + ".SES");
+    std::filesystem::path lock = file;
+    lock += ".lck";
+    std::unique_ptr<FileHold> held = HoldFile(lock);
+    if (held == nullptr) continue;
+    std::error_code ignored;
+    const bool hasSession = std::filesystem::exists(file, ignored);
+    if (place.File.empty() || hasSession) place = {file, std::move(held)};
+    if (hasSession) break;
+  }
+  return place;
 }
 
-SessionReading LoadSession(const std::filesystem::path& folder) {
-  const Outcome<std::string> text = ReadFile(folder / kSessionFileName);
-  if (text) return ReadSession(text.Value(), kSessionFileName);
+std::optional<Fault> SaveSession(const std::filesystem::path& file, const Session& session,
+                                 FileOps& ops) {
+  return SaveFile(file, WriteSession(session), ops);
+}
+
+SessionReading LoadSession(const std::filesystem::path& file) {
+  const Outcome<std::string> text = ReadFile(file);
+  if (text) return ReadSession(text.Value(), TextFromPath(file.filename()));
   if (text.Error().Number == kFaultFileNotFound) return {};
   return None(text.Error().Detail);
 }
 
-std::optional<Fault> ForgetSession(const std::filesystem::path& folder) {
+std::optional<Fault> ForgetSession(const std::filesystem::path& file) {
   std::error_code failed;
-  std::filesystem::remove(folder / kSessionFileName, failed);
+  std::filesystem::remove(file, failed);
   if (!failed) return std::nullopt;
-  return Fault{kFaultPathAccess, "ForgetSession",
-               TextFromPath(folder / kSessionFileName) + ": " + failed.message(),
-               std::string(kSessionFileName)};
+  return Fault{kFaultPathAccess, "ForgetSession", TextFromPath(file) + ": " + failed.message(),
+               TextFromPath(file.filename())};
 }
 
 }  // namespace vexa

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -12,11 +13,21 @@
 
 #include "core/fault.h"
 #include "core/files.h"
+#include "core/platform.h"
 #include "core/sounding_record.h"
 
 namespace vexa {
 
-inline constexpr std::string_view kSessionFileName = "VEXA.SES";
+/// The session file of a running program. Several may run in one folder: each has a file of its
+/// own, which another takes over only when the one that wrote it runs no more.
+struct SessionPlace {
+  std::filesystem::path File{};      // empty: there are too many already
+  std::unique_ptr<FileHold> Held{};  // for as long as the program runs
+};
+
+/// The first of VEXA.SES, VEXA2.SES... that no running program has, one with a session in it before
+/// one without.
+SessionPlace TakeSessionPlace(const std::filesystem::path& folder);
 
 struct Session {
   std::vector<std::string> Files{};        // UTF-8 paths, the current one first
@@ -41,14 +52,14 @@ std::string WriteSession(const Session& session);
 /// name  of the file, for the note
 SessionReading ReadSession(std::string_view text, std::string_view name);
 
-/// Writes the session file of a folder; the one before survives any fault.
-[[nodiscard]] std::optional<Fault> SaveSession(const std::filesystem::path& folder,
+/// Writes a session file; the one before survives any fault.
+[[nodiscard]] std::optional<Fault> SaveSession(const std::filesystem::path& file,
                                                const Session& session,
                                                FileOps& ops = SystemFileOps());
-SessionReading LoadSession(const std::filesystem::path& folder);
+SessionReading LoadSession(const std::filesystem::path& file);
 
-/// Removes the session file: the program ends well, or the user does not want it back. Fault 75
+/// Removes a session file: the program ends well, or the user does not want it back. Fault 75
 /// when it cannot be removed; none when there is none.
-[[nodiscard]] std::optional<Fault> ForgetSession(const std::filesystem::path& folder);
+[[nodiscard]] std::optional<Fault> ForgetSession(const std::filesystem::path& file);
 
 }  // namespace vexa

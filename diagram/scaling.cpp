@@ -94,7 +94,9 @@ DiagramChoice ChooseDiagram(const SoundingRecord& sounding, const Options& optio
   choice.BeyondTephigram = reachesHigh && choice.Type == DiagramType::Tephigram;
 
   choice.TopPress = options.MbLimit;
-  if (options.AutoMbSelect) {
+  // An empty diagram has no top to choose by.
+  const bool isEmpty = sounding.Press.Empty() && sounding.WindHgt.Empty();
+  if (options.AutoMbSelect && !isEmpty) {
     choice.TopPress = kTops.back();
     for (const int top : kTops) {
       if (top <= std::max(lowest, 100.0)) {

@@ -1,5 +1,6 @@
 #include "diagram/wind_symbol.h"
 
+#include <algorithm>
 #include <cmath>
 #include <vector>
 
@@ -8,6 +9,8 @@
 
 namespace vexa::diagram {
 namespace {
+
+constexpr int kMostPennants = 20;  // beyond every wind; a symbol must not grow without end
 
 Point Along(Point from, double degrees, double distance) {
   return {from.X + distance * std::sin(Radians(degrees)),
@@ -38,7 +41,7 @@ double ShownSpeed(double knots, SpeedUnits units) {
 FeatherCount CountFeathers(double knots, SpeedUnits units) {
   const double speed = ShownSpeed(knots, units);
   const double half = units == SpeedUnits::Knots ? 5 : 2.5;
-  int halves = static_cast<int>(std::floor(speed / half + 0.5));
+  int halves = static_cast<int>(std::floor(std::min(speed / half, 10.0 * kMostPennants) + 0.5));
   FeatherCount count;
   count.Pennants = halves / 10;
   halves -= 10 * count.Pennants;

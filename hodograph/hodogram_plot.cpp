@@ -1,6 +1,7 @@
 #include "hodograph/hodogram_plot.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <utility>
 
@@ -72,11 +73,9 @@ class View {
 };
 
 double NiceStep(double most) {
+  constexpr std::array<double, 3> kFactors = {2, 2.5, 2};
   double step = 1;
-  for (const double factor : {2.0, 2.5, 2.0, 2.0, 2.5, 2.0, 2.0, 2.5}) {
-    if (step >= most) break;
-    step *= factor;
-  }
+  for (std::size_t i = 0; step < most; ++i) step *= kFactors[i % kFactors.size()];
   return step;
 }
 

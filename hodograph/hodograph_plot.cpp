@@ -105,13 +105,14 @@ Rings PlaceRings(Canvas& canvas, const Rect& frame, const std::vector<ProfileWin
 // Where the trace runs, in steps short enough that no text fits between; texts keep off it.
 std::vector<Point> AvoidTrace(Canvas& canvas, const std::vector<ProfileWind>& winds) {
   constexpr double kStep = 90;
+  constexpr double kMostSteps = 1000;  // beyond them the trace is far outside
   std::vector<Point> places;
   for (std::size_t i = 0; i < winds.size(); ++i) {
     const Point to = canvas.At.ToPoint(winds[i].Vector);
     const Point from = i == 0 ? to : canvas.At.ToPoint(winds[i - 1].Vector);
     const double length = std::hypot(to.X - from.X, to.Y - from.Y);
     if (i > 0 && length < 1) continue;
-    const int steps = 1 + static_cast<int>(length / kStep);
+    const int steps = 1 + static_cast<int>(std::min(kMostSteps, length / kStep));
     for (int step = 1; step <= steps; ++step) {
       const double share = static_cast<double>(step) / steps;
       const Point at{from.X + share * (to.X - from.X), from.Y + share * (to.Y - from.Y)};

@@ -89,11 +89,9 @@ double KnotsOf(double shown, SpeedUnits units) {
 }
 
 double RingStep(double speed) {
+  constexpr std::array<double, 3> kFactors = {2, 2.5, 2};  // 2, 5, 10, 20, 50, 100...
   double step = 1;
-  for (const double factor : {2.0, 2.5, 2.0, 2.0, 2.5, 2.0}) {  // 2, 5, 10, 20, 50, 100
-    if (5.5 * step >= speed) break;
-    step *= factor;
-  }
+  for (std::size_t i = 0; 5.5 * step < speed; ++i) step *= kFactors[i % kFactors.size()];
   return step;
 }
 

@@ -207,7 +207,8 @@ ListingLines SummaryListing(const ListingSource& from) {
 }
 
 ListingLines IntervalListing(const ListingSource& from) {
-  constexpr double kStep = 500;  // m
+  constexpr double kStep = 500;        // m
+  constexpr double kHighest = 100000;  // m; no sounding reaches there
   ListingLines lines;
   lines.push_back("        Meters  Meters     T     Td    Pres    DD/FF      Feet    Feet");
   const std::string temp(TempUnit(from));
@@ -229,7 +230,8 @@ ListingLines IntervalListing(const ListingSource& from) {
     line.EndAt(70, Mask(FeetFromMeters(height), "#####0"));
     lines.push_back(line.Take());
   };
-  for (int number = 0; ground + kStep * number <= levels.Height.Top(); ++number) {
+  const double top = std::min(levels.Height.Top(), kHighest);
+  for (int number = 0; ground + kStep * number <= top; ++number) {
     put(number + 1, ground + kStep * number);
   }
   return lines;

@@ -61,12 +61,17 @@ void SortForStepping(std::vector<std::filesystem::path>& paths, const SystemOpti
   if (set.SoftFlip) std::ranges::reverse(paths);
 }
 
+// The list outlives the folder that the program was started in.
+std::filesystem::path Whole(const std::filesystem::path& path) {
+  std::error_code failed;
+  const std::filesystem::path whole = std::filesystem::absolute(path, failed);
+  return failed ? path : whole;
+}
+
 std::vector<std::string> ListedTexts(const Program& program) {
   std::vector<std::string> texts;
   for (const std::filesystem::path& path : program.Listed) {
-    std::error_code failed;
-    const std::filesystem::path whole = std::filesystem::absolute(path, failed);
-    texts.push_back(TextFromPath(failed ? path : whole));
+    texts.push_back(TextFromPath(path));
   }
   return texts;
 }
@@ -104,7 +109,7 @@ Changes LoadChosen(Program& program, const std::filesystem::path& path,
   const std::vector<int> chosen = program.ChooseSoundings(titles);
   for (std::size_t i = 0; i < chosen.size(); ++i) {
     if (!LoadOne(program, path, chosen[i])) continue;
-    program.Listed.assign(chosen.size(), path);
+    program.Listed.assign(chosen.size(), Whole(path));
     program.ListedIndex = chosen;
     program.ListedNow = i;
     std::vector<std::string> headers;
@@ -136,6 +141,7 @@ Changes DataAccess(Program& program) {
 bool LoadOne(Program& program, const std::filesystem::path& path, int index, bool stepping) {
   CurrentSounding& current = program.Current;
   const CurrentSounding before = current;
+  const std::optional<FileStamp> stamp = StampOf(path);  // of what is read, not of what comes after
   if (ingest::LoadSounding(current, path, index, &program.Stations) != Status::Ok) {
     // A damaged native file has left what could be read of it.
     current.Record = before.Record;
@@ -157,7 +163,8 @@ bool LoadOne(Program& program, const std::filesystem::path& path, int index, boo
   }
   program.History.Clear();
   program.Loaded = current.Record;
-  program.OnDisk = current.Record;
+  MarkOnDisk(program);
+  program.OnDiskStamp = stamp;
   program.View.Cursor = {};
   return true;
 }
@@ -170,7 +177,8 @@ Changes LoadFirst(Program& program, const std::vector<std::filesystem::path>& pa
   }
   for (std::size_t i = 0; i < paths.size(); ++i) {
     if (!LoadOne(program, paths[i])) continue;
-    program.Listed = paths;
+    program.Listed.clear();
+    for (const std::filesystem::path& path : paths) program.Listed.push_back(Whole(path));
     program.ListedIndex.clear();
     program.ListedNow = i;
     StartHeaders(program, {});

@@ -80,7 +80,7 @@ bool SaveTo(Program& program, const fs::path& path) {
   }
   current.Record.DataFormat = kRawTag;
   program.History.MarkSaved();
-  program.OnDisk = program.Current.Record;
+  MarkOnDisk(program);
   if (!program.Loaded) program.Loaded = current.Record;
   commands::MakeRecentFiles(program);
   return true;
@@ -131,7 +131,8 @@ bool SaveSounding(Program& program) {
 bool SaveAlteredSounding(Program& program) {
   const fs::path path = program.Current.FilePath();
   std::error_code ignored;
-  if (program.Loaded && fs::exists(path, ignored) && MayWriteNative(path)) {
+  if (program.Loaded && fs::exists(path, ignored) && MayWriteNative(path) &&
+      MayReplaceOnDisk(program)) {
     return SaveTo(program, path);
   }
   return SaveSounding(program);
@@ -197,6 +198,35 @@ Changes AdoptNew(Program& program, SoundingRecord entered) {
 bool IsAltered(const Program& program) {
   return program.History.IsChanged() &&
          !(program.OnDisk && *program.OnDisk == program.Current.Record);
+}
+
+std::optional<FileStamp> StampOf(const fs::path& path) {
+  std::error_code failed;
+  const fs::file_time_type written = fs::last_write_time(path, failed);
+  if (failed) return std::nullopt;
+  const std::uintmax_t size = fs::file_size(path, failed);
+  if (failed) return std::nullopt;
+  return FileStamp{written, size};
+}
+
+void MarkOnDisk(Program& program) {
+  program.OnDisk = program.Current.Record;
+  program.OnDiskStamp = StampOf(program.Current.FilePath());
+}
+
+bool ChangedOnDisk(const Program& program) {
+  return program.OnDisk && program.OnDiskStamp != StampOf(program.Current.FilePath());
+}
+
+bool MayReplaceOnDisk(Program& program) {
+  if (!ChangedOnDisk(program)) return true;
+  return program.Current.Ask->Ask({.Title = std::string(kErrorBoxTitle),
+                                   .Text = program.Current.FileName +
+                                           " was changed by another program since it was opened."
+                                           "\nReplace existing file?",
+                                   .Icon = BoxIcon::Question,
+                                   .Buttons = BoxButtons::YesNo,
+                                   .WhenSilent = Answer::No}) == Answer::Yes;
 }
 
 bool MayExit(Program& program) {

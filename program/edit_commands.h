@@ -26,6 +26,18 @@ Changes AdoptNew(Program& program, SoundingRecord entered);
 /// Whether the sounding in work differs from what its file holds.
 bool IsAltered(const Program& program);
 
+/// Of a file as it is now; empty when there is none.
+std::optional<FileStamp> StampOf(const std::filesystem::path& path);
+
+/// The sounding in work is what its file holds now.
+void MarkOnDisk(Program& program);
+
+/// Whether another program has written the file since then.
+bool ChangedOnDisk(const Program& program);
+
+/// Asks before a file goes that another program has written; true when it has not, too.
+bool MayReplaceOnDisk(Program& program);
+
 /// Before the sounding in work goes: asks whether changes are to be saved, saves them if so. False
 /// when the user wants to stay, when saving failed, and while a command runs. Unattended runs
 /// leave without saving.

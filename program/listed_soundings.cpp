@@ -19,9 +19,7 @@ namespace {
 
 // A file, and which of its soundings.
 std::string KeyOf(const Program& program, std::size_t index) {
-  std::error_code failed;
-  const std::filesystem::path whole = std::filesystem::absolute(program.Listed[index], failed);
-  std::string key = TextFromPath(failed ? program.Listed[index] : whole);
+  std::string key = TextFromPath(program.Listed[index]);
   if (index < program.ListedIndex.size()) key += "#" + Shortest(program.ListedIndex[index] + 1);
   return key;
 }

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <optional>
@@ -121,6 +122,13 @@ struct Changes {
   bool operator==(const Changes&) const = default;
 };
 
+/// By which a file that another program has written is known from what it was.
+struct FileStamp {
+  std::filesystem::file_time_type Written{};
+  std::uintmax_t Size = 0;
+  bool operator==(const FileStamp&) const = default;
+};
+
 struct Program {
   Program() = default;
   Program(const Program&) = delete;
@@ -160,7 +168,9 @@ struct Program {
 
   EditHistory History{};                   // of the sounding in work, since it was loaded
   std::optional<SoundingRecord> OnDisk{};  // as its file holds it now; empty: nowhere yet
+  std::optional<FileStamp> OnDiskStamp{};  // of that file then
   std::optional<SoundingRecord> Loaded{};  // the sounding in work as its file gave it
+  SessionPlace OwnSession{};               // where the session is kept
   std::optional<Session> KeptSession{};    // as it was written last
   std::optional<QcFinding> ToCorrect{};    // what the user wants to correct, for the editor
   ViewState View{};                        // how the diagram is looked at

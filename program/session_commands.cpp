@@ -1,6 +1,8 @@
 #include "program/session_commands.h"
 
 #include <algorithm>
+#include <chrono>
+#include <cstdint>
 #include <filesystem>
 #include <string>
 #include <system_error>
@@ -19,6 +21,7 @@ namespace {
 constexpr std::string_view kListedNow = "listed";
 constexpr std::string_view kDiagram = "diagram";
 constexpr std::string_view kInFile = "in file";  // which sounding of its file each listed one is
+constexpr std::string_view kStamp = "file";      // of the current one: written at s, ns; length
 constexpr std::string_view kZoom = "zoom";
 constexpr std::string_view kCursor = "cursor";
 constexpr std::string_view kLocked = "locked level";
@@ -44,6 +47,24 @@ std::vector<double> SplitNumbers(std::string_view text) {
   return numbers;
 }
 
+// In parts that a double holds without rounding.
+std::vector<double> NumbersOf(const FileStamp& stamp) {
+  using std::chrono::duration_cast;
+  const auto since = stamp.Written.time_since_epoch();
+  const auto seconds = duration_cast<std::chrono::seconds>(since);
+  const auto rest = duration_cast<std::chrono::nanoseconds>(since - seconds);
+  return {static_cast<double>(seconds.count()), static_cast<double>(rest.count()),
+          static_cast<double>(stamp.Size)};
+}
+
+FileStamp StampOfNumbers(const std::vector<double>& numbers) {
+  const auto since = std::chrono::seconds(static_cast<std::int64_t>(numbers[0])) +
+                     std::chrono::nanoseconds(static_cast<std::int64_t>(numbers[1]));
+  using Time = std::filesystem::file_time_type;
+  return {Time(std::chrono::duration_cast<Time::duration>(since)),
+          static_cast<std::uintmax_t>(numbers[2])};
+}
+
 bool KeepsSessions(const Program& program) {
   return !program.Where.Root.empty() && program.Current.Ask != nullptr &&
          !program.Current.Ask->Unattended();
@@ -63,6 +84,7 @@ Session SessionOf(const Program& program) {
   add(kListedNow, {static_cast<double>(program.ListedNow)});
   add(kDiagram, {static_cast<double>(program.Set.Diagram)});
   add(kInFile, {program.ListedIndex.begin(), program.ListedIndex.end()});
+  if (program.OnDisk && program.OnDiskStamp) add(kStamp, NumbersOf(*program.OnDiskStamp));
   const ViewState& view = program.View;
   if (view.Zoom) add(kZoom, {view.Zoom->Left, view.Zoom->Top, view.Zoom->Right, view.Zoom->Bottom});
   if (view.Cursor.At) add(kCursor, {view.Cursor.At->X, view.Cursor.At->Y});
@@ -74,6 +96,11 @@ Session SessionOf(const Program& program) {
   add(kStorm,
       {flag(storm.Mode == Scaling::Manual), storm.Motion.Dir, storm.Motion.Spd, flag(storm.Hold)});
   return session;
+}
+
+const std::filesystem::path& SessionFile(Program& program) {
+  if (program.OwnSession.File.empty()) program.OwnSession = TakeSessionPlace(program.Where.Root);
+  return program.OwnSession.File;
 }
 
 // The numbers of a setting; none unless they are as many as expected.
@@ -148,6 +175,10 @@ Changes TakeUp(Program& program, Session session) {
   const bool loaded = (isThere || !session.Edited) && LoadAgain(program, session, file);
   if (session.Edited && loaded) {
     AdoptEdit(program, *std::move(session.Edited), "edits before the crash");
+    // The edits are those of the file as it was then.
+    if (const auto then = Setting(session, kStamp, 3); !then.empty()) {
+      program.OnDiskStamp = StampOfNumbers(then);
+    }
   } else if (session.Edited) {
     AdoptNew(program, *std::move(session.Edited));
     program.Current.FileName = TextFromPath(file.filename());
@@ -168,18 +199,28 @@ Changes TakeUp(Program& program, Session session) {
 }  // namespace
 
 std::optional<Fault> KeepSession(Program& program) {
-  if (!KeepsSessions(program) || !program.Gate.IsOpen()) return std::nullopt;
+  return program.Gate.IsOpen() ? KeepSessionAtEnd(program) : std::nullopt;
+}
+
+std::optional<Fault> KeepSessionAtEnd(Program& program) {
+  if (!KeepsSessions(program)) return std::nullopt;
+  const std::filesystem::path& file = SessionFile(program);
+  if (file.empty()) return std::nullopt;
   Session session = SessionOf(program);
-  if (program.KeptSession && *program.KeptSession == session) return std::nullopt;
-  std::optional<Fault> fault = session.Files.empty() ? ForgetSession(program.Where.Root)
-                                                     : SaveSession(program.Where.Root, session);
+  std::error_code ignored;
+  const bool isThere = session.Files.empty() || std::filesystem::exists(file, ignored);
+  if (isThere && program.KeptSession && *program.KeptSession == session) return std::nullopt;
+  std::optional<Fault> fault =
+      session.Files.empty() ? ForgetSession(file) : SaveSession(file, session);
   if (!fault) program.KeptSession = std::move(session);
   return fault;
 }
 
 Changes OfferSession(Program& program) {
   if (!KeepsSessions(program)) return {};
-  SessionReading reading = LoadSession(program.Where.Root);
+  const std::filesystem::path& file = SessionFile(program);
+  if (file.empty()) return {};
+  SessionReading reading = LoadSession(file);
   if (!reading.Note.empty()) program.Notices.push_back(reading.Note);
   if (!reading.Found || reading.Found->Files.empty()) return {};
   const std::string name = TextFromPath(PathFromText(reading.Found->Files.front()).filename());
@@ -197,8 +238,10 @@ Changes OfferSession(Program& program) {
 }
 
 void EndSession(Program& program) {
-  if (!KeepsSessions(program)) return;
-  if (const auto fault = ForgetSession(program.Where.Root)) ErrorReport(program.Current, *fault);
+  if (!KeepsSessions(program) || program.OwnSession.File.empty()) return;
+  if (const auto fault = ForgetSession(program.OwnSession.File)) {
+    ErrorReport(program.Current, *fault);
+  }
   program.KeptSession.reset();
 }
 

@@ -13,6 +13,9 @@ inline constexpr int kKeepSessionMs = 20000;
 /// written. A fault is the caller's to show.
 [[nodiscard]] std::optional<Fault> KeepSession(Program& program);
 
+/// The same before the system ends the program, whatever command waits for the user then.
+[[nodiscard]] std::optional<Fault> KeepSessionAtEnd(Program& program);
+
 /// Offers the session that was cut off and takes it up if the user wants it; else it is forgotten.
 /// An unattended run leaves it.
 Changes OfferSession(Program& program);

@@ -166,6 +166,17 @@ Outcome<EditableText> SourceToEdit(const Program& program, bool entireFile) {
   return TextToEdit(place.Text->Bytes(), name);
 }
 
+std::string SourceRemark(const Program& program) {
+  std::string remark;
+  if (ChangedOnDisk(program)) {
+    remark = program.Current.FileName + " was changed by another program since it was opened. ";
+  }
+  if (IsAltered(program)) {
+    remark += "This is the text of the file: what was edited and not saved is not in it.";
+  }
+  return remark;
+}
+
 std::optional<Fault> AdoptSource(Program& program, const std::string& bytes, Changes& changes) {
   Outcome<SoundingRecord> record = Decode(program, bytes);
   if (!record) return record.Error();
@@ -176,11 +187,15 @@ std::optional<Fault> AdoptSource(Program& program, const std::string& bytes, Cha
 std::optional<Fault> SaveSource(Program& program, const std::string& bytes, Changes& changes) {
   Outcome<SoundingRecord> record = Decode(program, bytes);
   if (!record) return record.Error();
+  if (!MayReplaceOnDisk(program)) {
+    return Fault{kFaultPathAccess, "SaveSource",
+                 program.Current.FileName + " stays as the other program has written it"};
+  }
   if (auto fault = SaveFile(program.Current.FilePath(), bytes)) return fault;
   program.Loaded = record.Value();
   changes = AdoptEdit(program, std::move(record.Value()), "edit source file");
   program.History.MarkSaved();
-  program.OnDisk = program.Current.Record;
+  MarkOnDisk(program);
   return std::nullopt;
 }
 

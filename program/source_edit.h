@@ -32,13 +32,17 @@ Outcome<std::string> BytesOf(const EditableText& original, std::string_view edit
 /// Faults as ReadFile and TextToEdit.
 Outcome<EditableText> SourceToEdit(const Program& program, bool entireFile);
 
+/// What the text to edit does not tell: edits that are not saved, and another program's writing.
+std::string SourceRemark(const Program& program);
+
 /// Decodes an edited source and takes the sounding as a step of the history; the file stays. The
 /// fault of the decoder is not reported: the editor shows it.
 [[nodiscard]] std::optional<Fault> AdoptSource(Program& program, const std::string& bytes,
                                                Changes& changes);
 
 /// Writes the edited source over its file and loads the sounding from it anew, if it can be
-/// decoded; the file stays as it was otherwise.
+/// decoded; the file stays as it was otherwise, and when it was written by another program that the
+/// user does not want replaced.
 [[nodiscard]] std::optional<Fault> SaveSource(Program& program, const std::string& bytes,
                                               Changes& changes);
 

@@ -200,6 +200,12 @@ TEST_F(Editors, ANewSoundingIsEnteredByHand) {
   latitude->setText("north");
   EXPECT_FALSE(editor->Apply());
   latitude->setText("-33.9");
+  EXPECT_FALSE(editor->Apply()) << "a longitude belongs to it";
+  latitude->clear();
+  auto* longitude = editor->findChild<QLineEdit*>("Longitude");
+  longitude->setText("18.4");
+  EXPECT_FALSE(editor->Apply()) << "and a latitude to that";
+  latitude->setText("-33.9");
   editor->findChild<QLineEdit*>("StationTitle")->setText("Kite");
   editor->findChild<QLineEdit*>("Elevation")->setText("42");
   EXPECT_TRUE(editor->Apply());
@@ -281,7 +287,15 @@ TEST_F(Editors, StationsAreFoundCheckedAndSaved) {
 TEST_F(Editors, TheSourceIsEditedAsText) {
   const std::filesystem::path path = Saved("a.RAW", WriteRaw(test::ReferenceWinter()));
   window.OpenFiles({path});
+  Saved("a.RAW", WriteRaw(test::ReferenceConvective()));  // by another program
   auto* editor = Opened<TextEditor>("mnuEditData");
+  ASSERT_NE(editor, nullptr);
+  EXPECT_NE(Said(editor, "TextRemark"), "");
+  EXPECT_TRUE(editor->Apply()) << "a text left as it was changes nothing";
+  editor->close();
+  EXPECT_EQ(window.windowTitle(), "VEXA  -  Reference B, winter");
+  Saved("a.RAW", WriteRaw(test::ReferenceWinter()));
+  editor = Opened<TextEditor>("mnuEditData");
   ASSERT_NE(editor, nullptr);
   QString text = editor->Edit()->toPlainText();
   editor->Edit()->setPlainText("nothing");

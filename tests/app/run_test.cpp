@@ -63,6 +63,12 @@ TEST(VexaProgram, SaysWhatWentWrongByItsExitCode) {
   const Ended nowhere = RunProgram({"--root", root, "--screenshot", root + "/no/such/out.png"});
   EXPECT_EQ(nowhere.Code, 1);
   EXPECT_EQ(RunProgram({"--size", "many"}).Code, 2);
+  EXPECT_EQ(RunProgram({"--show", "Hodograph", "--tab", "0"}).Code, 2);
+  EXPECT_EQ(RunProgram({"--tab", "1"}).Code, 2);
+  const Ended beyond = RunProgram(
+      {"--root", root, "--show", "Config", "--tab", "99", "--screenshot", root + "/out.png"});
+  EXPECT_EQ(beyond.Code, 1);
+  EXPECT_NE(beyond.Err.find("Config has no page 99"), std::string::npos) << beyond.Err;
   EXPECT_EQ(RunProgram({"--set", "no such key=1"}).Code, 2);
 }
 

@@ -267,6 +267,8 @@ TEST_F(CommandLine, SettingsListsEveryOption) {
   const std::string listed = ReadFile(PathFromText(In("list.txt"))).Value();
   EXPECT_NE(listed.find("\r\nMB limit = 300\r\n"), std::string::npos);
 
+  EXPECT_NE(RunWords({"settings", "--root", In("list.txt")}).Err.find("is no folder"),
+            std::string::npos);
   Write("VEXAMAIN.SYS", "header\r\n\"perhaps\"\r\n");
   EXPECT_NE(RunWords({"settings", "--root", In("")}).Err.find("VEXAMAIN.SYS"), std::string::npos);
   EXPECT_EQ(RunWords({"settings", "a.RAW"}).Exit, 2);

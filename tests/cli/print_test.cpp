@@ -152,6 +152,7 @@ TEST(PrintCommand, PutsWhatIsAskedForInOneDocument) {
 
   const std::pair<std::vector<std::string>, const char*> wrong[] = {
       {{"print", in("a.RAW")}, "-o"},
+      {{"print", in("a.RAW"), "-o", in("x.png")}, "does not end in .pdf"},
       {{"print", in("a.RAW"), "-o", in("x.pdf"), "--paper", "a3"}, "letter, legal or a4"},
       {{"print", in("a.RAW"), "-o", in("x.pdf"), "--orientation", "up"}, "portrait or landscape"},
       {{"print", in("a.RAW"), "-o", in("x.pdf"), "-d", "map"}, "IndicesData"},

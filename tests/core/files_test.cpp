@@ -5,8 +5,12 @@
 #include <algorithm>
 #include <cstdlib>
 #include <iterator>
+#ifndef _WIN32
+#include <sys/resource.h>
+#endif
 
 #include "core/folders.h"
+#include "core/platform.h"
 #include "core/raw_file.h"
 #include "support/soundings.h"
 
@@ -72,6 +76,22 @@ TEST(AtomicFile, TheOldFileSurvivesEachFault) {
     EXPECT_EQ(FilesIn(folder.Path()), 1);
   }
 }
+
+#ifndef _WIN32
+TEST(AtomicFile, AFileBeyondTheSystemsLimitIsAFullDisk) {
+  const test::TemporaryFolder folder;
+  LetLargeWritesFail();
+  rlimit before{};
+  ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
+  const rlimit small{10000, before.rlim_max};
+  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+  const std::optional<Fault> fault = SaveFile(folder.Path() / "x", std::string(100000, 'x'));
+  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &before), 0);
+  ASSERT_TRUE(fault);
+  EXPECT_EQ(fault->Number, kFaultDiskFull);
+  EXPECT_EQ(FilesIn(folder.Path()), 0);
+}
+#endif
 
 TEST(AtomicFile, ASoundingSurvivesItsFailedSave) {
   const test::TemporaryFolder folder;

@@ -81,24 +81,45 @@ class FullDisk final : public FileOps {
 
 TEST(SessionFile, InItsFolder) {
   test::TemporaryFolder folder;
-  EXPECT_FALSE(LoadSession(folder.Path()).Found);
-  EXPECT_EQ(LoadSession(folder.Path()).Note, "");
+  const std::filesystem::path file = folder.Path() / "VEXA.SES";
+  EXPECT_FALSE(LoadSession(file).Found);
+  EXPECT_EQ(LoadSession(file).Note, "");
 
   const Session session = FullSession();
-  ASSERT_FALSE(SaveSession(folder.Path(), session));
+  ASSERT_FALSE(SaveSession(file, session));
   FullDisk disk;
-  const std::optional<Fault> fault = SaveSession(folder.Path(), Session{}, disk);
+  const std::optional<Fault> fault = SaveSession(file, Session{}, disk);
   ASSERT_TRUE(fault);
   EXPECT_EQ(fault->Number, kFaultDiskFull);
-  ASSERT_TRUE(LoadSession(folder.Path()).Found);
-  EXPECT_EQ(*LoadSession(folder.Path()).Found, session);
+  ASSERT_TRUE(LoadSession(file).Found);
+  EXPECT_EQ(*LoadSession(file).Found, session);
 
-  EXPECT_FALSE(ForgetSession(folder.Path()));
+  EXPECT_FALSE(ForgetSession(file));
   EXPECT_TRUE(std::filesystem::is_empty(folder.Path()));
-  EXPECT_FALSE(ForgetSession(folder.Path()));
+  EXPECT_FALSE(ForgetSession(file));
 
-  std::filesystem::create_directory(folder.Path() / "VEXA.SES");
-  EXPECT_NE(LoadSession(folder.Path()).Note.find("not an ordinary file"), std::string::npos);
+  std::filesystem::create_directory(file);
+  EXPECT_NE(LoadSession(file).Note.find("not an ordinary file"), std::string::npos);
+}
+
+// As several windows in one folder have it; a crash lets go of the file and leaves the session.
+TEST(SessionFile, EachRunningProgramHasItsOwn) {
+  const test::TemporaryFolder folder;
+  SessionPlace first = TakeSessionPlace(folder.Path());
+  SessionPlace second = TakeSessionPlace(folder.Path());
+  EXPECT_EQ(first.File, folder.Path() / "VEXA.SES");
+  EXPECT_EQ(second.File, folder.Path() / "VEXA2.SES");
+  ASSERT_FALSE(SaveSession(first.File, FullSession()));
+  ASSERT_FALSE(SaveSession(second.File, FullSession()));
+  EXPECT_EQ(TakeSessionPlace(folder.Path()).File, folder.Path() / "VEXA3.SES");
+
+  second.Held.reset();
+  EXPECT_EQ(TakeSessionPlace(folder.Path()).File, second.File) << "a session ahead of none";
+  ASSERT_FALSE(ForgetSession(second.File));
+  first.Held.reset();
+  EXPECT_EQ(TakeSessionPlace(folder.Path()).File, first.File);
+  ASSERT_FALSE(ForgetSession(first.File));
+  EXPECT_TRUE(std::filesystem::is_empty(folder.Path())) << "no lock stays";
 }
 
 }  // namespace

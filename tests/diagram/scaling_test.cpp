@@ -47,6 +47,7 @@ TEST(ChooseDiagram, TopAndTypeFollowTheData) {
     EXPECT_EQ(choice.TopPress, c.topPress);
     EXPECT_EQ(choice.BeyondTephigram, c.beyond);
   }
+  EXPECT_EQ(ChooseDiagram({}, {}).TopPress, 100) << "an empty diagram";
   Options manual;
   manual.AutoMbSelect = false;
   manual.MbLimit = 50;

@@ -189,6 +189,16 @@ TEST(HodographPlot, HelicityContoursAgreeWithTheHelicity) {
   }
 }
 
+TEST(HodographPlot, NeverGrowsWithTheSpeedOfAWind) {
+  const SoundingRecord fast =
+      test::Profile({}, {{10, 200, 30}, {500, 210, 1e9}, {1000, 250, 1e30}, {7000, 300, 20}});
+  for (const HodoLocation place : {HodoLocation::Centered, HodoLocation::Dependent}) {
+    Options options;
+    options.HodoPlace = place;
+    EXPECT_LT(Draw(fast, options).Page.Items().size(), 500u);
+  }
+}
+
 TEST(HodographPlot, SoundingsWithFewWindsSayWhatTheyLack) {
   struct Case {
     const char* about;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <filesystem>
 #include <string>
 
@@ -222,6 +223,38 @@ TEST(LoadSounding, KeepsTheSoundingInWorkUntilTheNewOneIsWhole) {
   EXPECT_EQ(LoadSounding(current, test::TestData("native_damaged.RAW")), Status::Error);
   EXPECT_EQ(current.Record.Press, Levels<double>({1000, 900}));
   EXPECT_EQ(current.FileName, "native_damaged.RAW");
+}
+
+// What the data check has words for stays for it to find.
+TEST(Native, ImpossibleValuesAreLeftOut) {
+  SoundingRecord record = test::Profile(
+      {{1000, 1e30, 999.9}, {-850, 10, 5}, {700, -1e9, -1e9}, {500, -20, -1e4}, {400, -30, -40}},
+      {{10, 200, 1e9},
+       {20, 365, -3},
+       {1e7, 200, 10},
+       {500, -90, 10},
+       {700, 210, 999.9},
+       {900, 210, 480}},
+      -5000);
+  const Decoded decoded = DecodeText("x.RAW", WriteRaw(record));
+  ASSERT_FALSE(decoded.Failed);
+  EXPECT_EQ(decoded.Record.Press, Levels<double>({1000, 400}));
+  EXPECT_EQ(CheckRecord(decoded.Record), (QcFinding{6, 1}));
+  EXPECT_EQ(decoded.Record.WindHgt, Levels<double>({20, 700, 900}));
+  EXPECT_TRUE(decoded.Record.ElevUnknown);
+  EXPECT_EQ(decoded.Notes,
+            (std::vector<std::string>{
+                "Temperature levels with impossible values, left out: 3; the first: -850 hPa, 10 "
+                "and 5 C.",
+                "Winds with impossible values, left out: 3; the first: 10 m, 200 degrees, "
+                "1000000000 knots.",
+                "The elevation of -5000 m is impossible."}));
+
+  for (double& press : record.Press.Values()) press = -std::abs(press);
+  const Decoded none = DecodeText("x.RAW", WriteRaw(record));
+  ASSERT_TRUE(none.Failed);
+  EXPECT_EQ(none.Failed->Number, kFaultTooFewLevels);
+  EXPECT_NE(none.Failed->Detail.find("left out: 5"), std::string::npos) << none.Failed->Detail;
 }
 
 TEST(Examples, LoadWithoutRemarkAndSaveAsTheyAre) {

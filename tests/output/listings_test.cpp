@@ -113,6 +113,17 @@ TEST(Listings, FindingsStandInTheirListing) {
   }
 }
 
+TEST(Listings, NeverGrowWithTheValuesOfASounding) {
+  for (const double temp : {1e6, 1e12, 1e30}) {
+    Listed hot{.Sounding = test::Profile({{1000, temp, 999.9}, {500, temp, 10}, {100, temp, temp}},
+                                         {{0, 200, 1e9}, {1e8, 210, 1e30}})};
+    for (const ListingRow& row : Listings()) {
+      SCOPED_TRACE(row.Name);
+      EXPECT_LT(hot.Make(row.Make).size(), 400u);
+    }
+  }
+}
+
 TEST(Listings, PagesHaveTheHeaderAndEndAtNewPage) {
   Listed listed;
   listed.Sounding.Time = {.Year = 1999, .Month = 5, .Day = 4, .Hour = 0, .Minute = 0};

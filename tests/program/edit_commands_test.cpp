@@ -252,13 +252,40 @@ TEST_F(EditCommands, AnEditedSourceBecomesTheSoundingOrSaysWhyNot) {
   EXPECT_FALSE(changes.Any());
   EXPECT_EQ(program.Current.Record, loaded);
 
+  EXPECT_EQ(SourceRemark(program), "");
   EXPECT_FALSE(AdoptSource(program, bytes, changes));
+  EXPECT_NE(SourceRemark(program).find("not saved"), std::string::npos);
   EXPECT_EQ(program.Current.Record.StationTitle, "Changed by hand");
   EXPECT_TRUE(program.History.IsChanged());
   EXPECT_NE(ReadFile(path).Value(), bytes);
   EXPECT_FALSE(SaveSource(program, bytes, changes));
   EXPECT_EQ(ReadFile(path).Value(), bytes);
   EXPECT_FALSE(program.History.IsChanged());
+}
+
+// What another program has put in the file's place since goes only when the user wants it to.
+TEST_F(EditCommands, AFileThatWasChangedSinceIsNotReplacedUnasked) {
+  const fs::path path = Native("a.RAW");
+  ASSERT_TRUE(OpenSoundings(program, {path}).Sounding);
+  DeleteLevel(2);
+  const std::string others = WriteRaw(test::ReferenceConvective());
+  Saved("a.RAW", others);
+  Changes changes;
+  user.Expect("VEXA", Answer::No);
+  EXPECT_TRUE(SaveSource(program, WriteRaw(test::ReferenceWinter()), changes));
+  EXPECT_NE(SourceRemark(program).find("another program"), std::string::npos);
+
+  user.Expect("Exit VEXA . . .", Answer::Yes);
+  user.Expect("VEXA", Answer::No);
+  EXPECT_FALSE(MayExit(program)) << "and no other name was given";
+  EXPECT_EQ(ReadFile(path).Value(), others);
+  user.Expect("Exit VEXA . . .", Answer::Yes);
+  user.Expect("VEXA", Answer::Yes);
+  EXPECT_TRUE(MayExit(program));
+  EXPECT_EQ(LevelsIn(path), program.Current.Record.NumTempLevels());
+  DeleteLevel(2);
+  user.Expect("Exit VEXA . . .", Answer::Yes);
+  EXPECT_TRUE(MayExit(program)) << "its own writing is none to ask about";
 }
 
 // The second of two soundings: the editor has its lines alone, and an edit changes it and not the
@@ -321,6 +348,7 @@ TEST_F(EditCommands, ASessionCutOffComesBackAsItWasLookedAt) {
   program.Set.ManualMotionDir = 215;
   program.Set.ManualMotionSpd = 33.5;
   EXPECT_FALSE(KeepSession(program));
+  program.OwnSession = {};  // the system lets go of what a program held that crashed
 
   Program next;
   next.Current.Ask = &user;
@@ -340,11 +368,21 @@ TEST_F(EditCommands, ASessionCutOffIsOfferedWithItsEdits) {
   program.Where.Root = folder.Path();
   const fs::path a = Native("a.RAW");
   const fs::path b = Native("b.RAW");
-  ASSERT_TRUE(OpenSoundings(program, {a, b}).Sounding);
+  ASSERT_TRUE(OpenSoundings(program, {fs::relative(a), fs::relative(b)}).Sounding);
   SequenceSounding(program, 1);
   DeleteLevel(2);
   EXPECT_FALSE(KeepSession(program));
   const SoundingRecord edited = program.Current.Record;
+
+  Program beside;  // while the first still runs
+  beside.Current.Ask = &user;
+  beside.Where.Root = folder.Path();
+  EXPECT_FALSE(OfferSession(beside).Any());
+  EndSession(beside);
+  fs::remove(folder.Path() / "VEXA.SES");
+  EXPECT_FALSE(KeepSession(program));
+  EXPECT_TRUE(fs::exists(folder.Path() / "VEXA.SES")) << "kept anew though nothing has changed";
+  program.OwnSession = {};
 
   const auto begin = [&](Program& next, Answer answer) {
     next.Current.Ask = &user;
@@ -357,14 +395,26 @@ TEST_F(EditCommands, ASessionCutOffIsOfferedWithItsEdits) {
   EXPECT_EQ(next.Current.Record, edited);
   EXPECT_EQ(next.Current.FileName, "b.RAW");
   EXPECT_EQ(next.ListedNow, 1u);
-  EXPECT_EQ(next.Listed, (std::vector<fs::path>{a, b}));
+  ASSERT_EQ(next.Listed.size(), 2u);
+  EXPECT_TRUE(next.Listed[0].is_absolute());
+  EXPECT_TRUE(fs::equivalent(next.Listed[0], a));
   EXPECT_TRUE(next.History.IsChanged());
+  EXPECT_FALSE(ChangedOnDisk(next));
+  next.OwnSession = {};
+
+  Saved("b.RAW", WriteRaw(test::ReferenceConvective()));
+  Program later;
+  EXPECT_TRUE(begin(later, Answer::Yes).Sounding);
+  EXPECT_EQ(later.Current.Record, edited);
+  EXPECT_TRUE(ChangedOnDisk(later)) << "between the crash and the start";
+  later.OwnSession = {};
 
   fs::remove(b);  // the edits survive their file
   Program alone;
   EXPECT_TRUE(begin(alone, Answer::Yes).Sounding);
   EXPECT_EQ(alone.Current.Record, edited);
   EXPECT_EQ(alone.Current.FileName, "b.RAW");
+  alone.OwnSession = {};
 
   Program declined;
   EXPECT_FALSE(begin(declined, Answer::No).Any());
