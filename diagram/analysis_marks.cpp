@@ -39,7 +39,7 @@ LeftBar PlaceBar(const Plot& plot, double base, double top, double aside) {
     bar.X += kStep;
   }
   bar.BaseY = plot.At.IsobarY(base, bar.X);
-  bar.TopY = plot.InRange(top) ? std::max(plot.At.IsobarY(top, bar.X), frame.Top) : frame.Top;
+  bar.TopY = std::max(plot.At.IsobarY(std::max(top, plot.At.TopPress()), bar.X), frame.Top);
   return bar;
 }
 
