@@ -30,14 +30,21 @@ class LabelRoom {
     avoided_.push_back({at.X - reach, at.Y - reach, at.X + reach, at.Y + reach});
   }
   void AvoidLine(const std::vector<Point>& line, double reach) {
-    for (std::size_t i = 1; i < line.size(); ++i) {
-      const double dx = line[i].X - line[i - 1].X;
-      const double dy = line[i].Y - line[i - 1].Y;
-      const int steps = 1 + static_cast<int>(std::max(std::fabs(dx), std::fabs(dy)) / (2 * reach));
+    if (line.empty()) return;
+    Point last = line.front();
+    Avoid(last, reach);
+    for (const Point& to : line) {
+      const double dx = to.X - last.X;
+      const double dy = to.Y - last.Y;
+      const double length = std::max(std::fabs(dx), std::fabs(dy));
+      // Points closer than a text would notice are one.
+      if (length < reach / 2 && &to != &line.back()) continue;
+      const int steps = 1 + static_cast<int>(length / (2 * reach));
       for (int step = 1; step <= steps; ++step) {
         const double share = static_cast<double>(step) / steps;
-        Avoid({line[i - 1].X + share * dx, line[i - 1].Y + share * dy}, reach);
+        Avoid({last.X + share * dx, last.Y + share * dy}, reach);
       }
+      last = to;
     }
   }
 
