@@ -27,7 +27,7 @@ inline constexpr double kAxisText = 150;
 inline constexpr double kSmallText = 125;
 inline constexpr double kMarkText = 130;
 inline constexpr double kMarkRoom = 1230;     // at the right edge, for the marks' texts
-inline constexpr double kMarkRoomAgl = 1480;  // the same with " AGL" behind heights
+inline constexpr double kMarkRoomAgl = 1540;  // the same with " AGL" behind heights
 
 /// The units that the page shows, with the label of the winds.
 struct ShownUnits {
