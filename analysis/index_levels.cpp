@@ -76,8 +76,9 @@ double TropopauseLevel(In& in) {
 double FreezingLevelShown(In& in) {
   const LevelProfile& levels = in.Levels();
   if (levels.Count() == 0) return in.Fail("the sounding has no levels");
-  if (levels.Temp(1) <= 0 && in.Results().FreezingLevels.empty()) {
-    in.Say("surface");
+  // Ground at 0 C is a level of its own; from colder ground on, all of the air is frozen.
+  if (levels.Temp(1) <= 0 && !in.FreezesWithWarmBelow()) {
+    if (levels.Temp(1) < 0) in.Say("surface");
     return levels.Height(1);
   }
   return in.FreezingHeight() + levels.Height(1);

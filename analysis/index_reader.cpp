@@ -155,15 +155,23 @@ double IndexReader::Helicity(double depthKm) {
   return Note("helicity 0-" + Mask(depthKm, "#0.#") + " km", helicity, "m2/s2");
 }
 
-double IndexReader::FreezingHeight() {
-  if (Levels().Count() == 0) return Fail("the sounding has no levels");
+const LevelPoint* IndexReader::LowestFreezing() const {
   for (const LevelPoint& level : results_.FreezingLevels) {
     const Sample below = SampleAt(Levels(), level.Press * 1.001, Quantity::Temp);
-    if (below.Ok() && below.Value > 0) {
-      return Note("freezing level", level.Height - Levels().Height(1), "m AGL");
-    }
+    if (below.Ok() && below.Value > 0) return &level;
   }
-  return Fail("no level of 0 C with warmer air below");
+  return nullptr;
+}
+
+bool IndexReader::FreezesWithWarmBelow() const {
+  return LowestFreezing() != nullptr;
+}
+
+double IndexReader::FreezingHeight() {
+  if (Levels().Count() == 0) return Fail("the sounding has no levels");
+  const LevelPoint* level = LowestFreezing();
+  if (level == nullptr) return Fail("no level of 0 C with warmer air below");
+  return Note("freezing level", level->Height - Levels().Height(1), "m AGL");
 }
 
 WindVector IndexReader::MeanWind(double bottom, double top) {

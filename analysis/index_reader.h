@@ -37,10 +37,11 @@ class IndexReader {
   double SurfacePress();             // hPa
   Wind SurfaceWind();                // the lowest within 100 m above ground
 
-  double Cape();                    // J/kg, total of the chosen parcel
-  double BrnShear();                // m²/s²
-  double Helicity(double depthKm);  // m²/s², relative to the chosen mover
-  double FreezingHeight();          // m above ground of the lowest with warm air below
+  double Cape();                      // J/kg, total of the chosen parcel
+  double BrnShear();                  // m²/s²
+  double Helicity(double depthKm);    // m²/s², relative to the chosen mover
+  double FreezingHeight();            // m above ground of the lowest with warm air below
+  bool FreezesWithWarmBelow() const;  // true where there is such a level
   WindVector MeanWind(double bottom, double top);  // kt, between heights in m above ground
 
   /// Notes a value that the index worked out itself.
@@ -63,6 +64,7 @@ class IndexReader {
   const Options& Set() const { return options_; }
 
  private:
+  const LevelPoint* LowestFreezing() const;
   double Read(std::string_view name, double press, Quantity quantity, std::string_view unit);
   bool Keeps() const { return notes_ == Notes::Keep && !Failed(); }
   std::string WhyNot(std::string_view what, double press) const;

@@ -109,7 +109,7 @@ constexpr IndexRow kRows[] = {
      "Atkins and Wakimoto 1991", DeltaThetaE},
     {"700-500 LR", "700 - 500 mb lapse rate (C/km)", Measure::Number, "C/km", "0.0",
      "(T700 - T500) / (z500 - z700)", "", LapseRate},
-    {"   WBZ Hgt", "WBZ - WetBulb Zero Hgt", Measure::Depth, "m", "####0",
+    {"   WBZ Hgt", "WBZ - WetBulb Zero Hgt", Measure::Agl, "m", "####0",
      "lowest height above ground where the wet bulb is 0 C", "Miller 1972", WetBulbZero},
     {"Wind-Chill", "Wind chill", Measure::Temp, "C", "##0.0", "of surface T and surface wind",
      "Siple and Passel 1945", WindChill},
@@ -121,7 +121,7 @@ constexpr IndexRow kRows[] = {
      "AFWA/TN-98/002", FogThreat},
     {" Fog Point", "Fog point", Measure::Temp, "C", "##0.0",
      "dew point at the surface of the moisture found at the LCL", "AFWA/TN-98/002", FogPoint},
-    {"Mixing Hgt", "Mixing height", Measure::Depth, "m", "####0",
+    {"Mixing Hgt", "Mixing height", Measure::Agl, "m", "####0",
      "where the dry adiabat of the surface temperature meets the sounding, above ground",
      "Holzworth 1967", MixingHeight},
     {"     Water", "Precipitable water", Measure::Water, "cm", "0.00",
@@ -156,7 +156,7 @@ constexpr IndexRow kRows[] = {
      "where the parcel has spent its CAPE above the EL", "Weisman and Klemp 1982", MplHeight},
     {" Temp Base", "Temperature base", Measure::Word, "", "0", "CAPE temp base of the settings", "",
      TempBaseShown},
-    {"  Stn Elev", "Station elevation", Measure::Height, "m", "####0", "as the sounding gives it",
+    {"  Stn Elev", "Station elevation", Measure::Ground, "m", "####0", "as the sounding gives it",
      "", StationElevation},
     {"  TROP Lvl", "Tropopause", Measure::Height, "m", "####0",
      "lowest level above 500 hPa with at most 2 K/km over 2 km", "WMO 1957", TropopauseLevel},
@@ -285,10 +285,13 @@ std::string ShownValue(const IndexValue& index, const Options& options, double g
       return options.Heights == HeightMode::Agl && HasHeight(ground)
                  ? length(index.Value - ground) + std::string(HeightReference(options))
                  : length(index.Value);
+    case Measure::Agl:
+      return length(index.Value) + " AGL";
+    case Measure::Ground:
     case Measure::Depth:
       return length(index.Value);
     case Measure::Press:
-      return number(index.Value, options.Pressure == PressureUnits::Mb ? "mb" : "hPa");
+      return number(index.Value, PressureWord(options.Pressure));
     case Measure::Speed:
       if (!index.Text.empty() && !metric) return index.Text + " kts";
       return metric ? number(index.Value * kKnotToMs, "m/s") : number(index.Value, "kts");

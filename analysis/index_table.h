@@ -18,7 +18,9 @@ enum class Measure {
   Temp,      // °C or °F
   TempDiff,  // °C or Fahrenheit degrees
   Height,    // m above sea level; shown above it or above the ground, in m or ft
-  Depth,     // m, a difference or a height above ground; m or ft
+  Ground,    // m above sea level, the ground's own height: never above the ground; m or ft
+  Agl,       // m above ground and shown as such, whatever the other heights count from; m or ft
+  Depth,     // m, a difference or a height of the standard atmosphere; m or ft
   Press,     // hPa
   Speed,     // kt or m/s
   Water,     // cm or inches
@@ -51,6 +53,12 @@ std::vector<IndexValue> ComputeIndices(const SoundingRecord& sounding,
 
 /// The index of a row among the results; null when they were not computed.
 const IndexValue* IndexOf(const AnalysisResults& results, const IndexRow& row);
+
+/// The word behind a pressure by the setting; inches of mercury are for station pressures alone,
+/// levels keep their mb.
+constexpr std::string_view PressureWord(PressureUnits units) {
+  return units == PressureUnits::Hpa ? "hPa" : "mb";
+}
 
 /// A value as the panel shows it, in the units of the options: "31.9 C", "10570 ft", "281/32 kts",
 /// "--" without one.

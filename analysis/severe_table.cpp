@@ -24,7 +24,7 @@ constexpr SevereEntry kEntries[] = {
     {"850 mb Dewpoint (C)", "850mb Td", SevereWhen::Above, {{8, 12, 16}, {}}},
     {"700 - 500 mb lapse rate (C/km)", "700-500 LR", SevereWhen::Above, {{6, 7, 8}, {}}},
     {"Boyden Index", "Boyden", SevereWhen::Above, {{94, 96, 98}, {}}},
-    {"BRN - Bulk Richardson No.", "BRN", SevereWhen::Below, {{100, 50, 35}, {}}},
+    {"BRN - Bulk Richardson No.", "BRN", SevereWhen::Below, {{100, 50, 35}, {}}, 1, true},
     {"BRN Shear (m\xC2\xB2/s\xC2\xB2)", "BRN Shear", SevereWhen::Above, {{20, 40, 80}, {}}},
     {"CAP Strength", "CAP", SevereWhen::Below, {{4, 2, 1}, {}}},
     {"CAPE 0-x km, AGL", "CAPE 0-xkm", SevereWhen::Above, {{25, 75, 150}, {}}},
@@ -171,7 +171,8 @@ std::vector<SevereValue> FillSevereTable(const SevereTable& table, const Analysi
     if (index != nullptr && index->Exists()) {
       const double inUnit = index->Value * entry.PerUnit;
       value.Shown = index->Text.empty() ? Mask(inUnit, value.Index->Mask) : index->Text;
-      value.Step = SevereStep(row, inUnit);
+      const bool says = !entry.NeedsCape || inUnit > 0;
+      value.Step = says ? SevereStep(row, inUnit) : 0;
     } else if (index != nullptr) {
       value.Reason = index->Reason;
     }

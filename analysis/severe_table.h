@@ -31,8 +31,9 @@ struct SevereEntry {
   std::string_view Text{};   // as the table writes it
   std::string_view Index{};  // trimmed panel label; empty for the first and last entry
   SevereWhen When = SevereWhen::Never;
-  SevereLimits Limits{};  // in the unit that Text names
-  double PerUnit = 1;     // what the index is multiplied by for that unit
+  SevereLimits Limits{};   // in the unit that Text names
+  double PerUnit = 1;      // what the index is multiplied by for that unit
+  bool NeedsCape = false;  // a quotient of the CAPE: 0 says that there is none, not that it is low
 };
 
 /// All entries; entry number n stands at n - 1. The first is the kind of the table's file, the last

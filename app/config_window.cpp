@@ -16,6 +16,7 @@
 #include <string>
 #include <utility>
 
+#include "analysis/index_table.h"
 #include "app/side_tabs.h"
 #include "config/catalogue.h"
 #include "diagram/palette.h"
@@ -139,6 +140,7 @@ OptionPage* ConfigWindow::MakePage(const FormTab& tab) {
     const Color color = diagram::PaletteFor(draft_.Set).Indexed[static_cast<std::size_t>(index)];
     return QColor(color.Red, color.Green, color.Blue);
   };
+  events.PressureUnit = analysis::PressureWord(draft_.Set.Pressure);
   return new OptionPage(std::move(fields), std::move(events), this);
 }
 

@@ -33,6 +33,8 @@ namespace {
 
 constexpr QSize kSmallest(780, 560);  // fits a screen of 800 x 600
 
+constexpr int kWide = 1000;        // pixels, of a window with the controls beside the plot
+constexpr int kControlShare = 4;   // of the height, for the controls below it: one in so many
 constexpr int kColumnWidth = 430;  // pixels, of the controls
 constexpr int kSwitchRow = 2;      // below the boxes of frame, rings and depth
 constexpr int kSwitchColumns = 3;
@@ -116,6 +118,12 @@ HodographWindow::HodographWindow(Program& program, std::function<void(Changes)> 
   BuildDragging();
   LoadCompared(program_);
   resize(QSize(1280, 720).boundedTo(screen()->availableSize()).expandedTo(kSmallest));
+  if (width() < kWide) {
+    // Beside the controls the plot would be too small to read: they scroll below it.
+    parts->setOrientation(Qt::Vertical);
+    parts->setSizes({height() - height() / kControlShare, height() / kControlShare});
+    return;
+  }
   const int controls = std::max(around->minimumWidth(), std::min(kColumnWidth, width() / 3));
   parts->setSizes({width() - controls, controls});
 }

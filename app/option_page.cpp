@@ -46,14 +46,20 @@ OptionPage::OptionPage(std::vector<OptionField> fields, PageEvents events, QWidg
   ShowValues();
 }
 
+std::string_view OptionPage::UnitOf(const RowInfo& row) const {
+  return row.Unit == "hPa" ? std::string_view(events_.PressureUnit) : row.Unit;
+}
+
 void OptionPage::AddField(const OptionField& field, QFormLayout& column) {
   const std::size_t index = controls_.size();
-  const RowInfo& row = *field.Row;
+  RowInfo row = *field.Row;
+  row.Unit = UnitOf(row);
   const auto refuse = [this, index] {
     const RowInfo& refused = *fields_[index].Row;
-    events_.Refused(ToQString(std::string(refused.Caption) + " takes " + Accepts(refused) +
-                              (refused.Unit.empty() ? "" : " " + std::string(refused.Unit)) + "."),
-                    controls_[index].Widget);
+    events_.Refused(
+        ToQString(std::string(refused.Caption) + " takes " + Accepts(refused) +
+                  (refused.Unit.empty() ? "" : " " + std::string(UnitOf(refused))) + "."),
+        controls_[index].Widget);
   };
   const auto enter = [this, index, refuse](const std::string& text) {
     const bool taken = fields_[index].Read(text);

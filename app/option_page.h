@@ -30,6 +30,7 @@ struct PageEvents {
   /// A value was not taken; the text names the setting and its range.
   std::function<void(const QString& text, QWidget* at)> Refused{};
   std::function<QColor(int index)> Swatch{};
+  std::string PressureUnit = "mb";  // behind pressures, as everywhere else
 };
 
 class OptionPage : public QScrollArea {
@@ -42,6 +43,7 @@ class OptionPage : public QScrollArea {
   void RestoreDefaults();
 
  private:
+  std::string_view UnitOf(const RowInfo& row) const;
   void AddField(const OptionField& field, QFormLayout& column);
   QString Lettered(std::string_view caption);
 

@@ -38,6 +38,7 @@
 #include "app/diagram_view.h"
 #include "app/display_window.h"
 #include "app/edit_actions.h"
+#include "app/elided_label.h"
 #include "app/help_window.h"
 #include "app/hodogram_window.h"
 #include "app/hodograph_window.h"
@@ -177,7 +178,7 @@ void SoundingWindow::BuildPanels() {
   row->addWidget(sequence_);
   setCentralWidget(middle);
 
-  progress_ = new QLabel(this);
+  progress_ = new ElidedLabel(this);
   progress_->setObjectName(QStringLiteral("ProgressPanel"));
   progress_->setTextFormat(Qt::PlainText);
   progress_->setAutoFillBackground(true);

@@ -1,5 +1,7 @@
 #include "cli/loaded_program.h"
 
+#include <utility>
+
 #include "analysis/analysis.h"
 #include "core/files.h"
 #include "core/platform.h"
@@ -45,6 +47,15 @@ std::optional<Fault> LoadedProgram::Load(const std::string& file) {
   program_.Current.DataFolder = path.parent_path();
   program_.Current.LoadNotes = std::move(loaded.Value().Notes);
   program_.Results = analysis::Analyse(program_.Current.Record, program_.Set, program_.Adiabats);
+  return std::nullopt;
+}
+
+std::optional<Fault> LoadedProgram::LoadBeside(const std::string& file, diagram::MultiMode mode) {
+  Outcome<ingest::LoadedFile> loaded =
+      ingest::LoadFile(PathFromText(file), index_, &program_.Stations, &quiet_);
+  if (!loaded) return loaded.Error();
+  program_.Others.push_back(std::move(loaded.Value().Record));
+  program_.View.Mode = mode;
   return std::nullopt;
 }
 

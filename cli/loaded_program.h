@@ -29,6 +29,8 @@ class LoadedProgram {
  public:
   explicit LoadedProgram(const CommandSetup& setup);
   std::optional<Fault> Load(const std::string& file);
+  /// Puts a further file beside the loaded one, for an overlay or a comparison.
+  std::optional<Fault> LoadBeside(const std::string& file, diagram::MultiMode mode);
   const Program& Get() const { return program_; }
 
  private:

@@ -22,7 +22,8 @@ constexpr ArgumentRow kOptions[] = {
      " input's name"},
     {"--diagram", "", "TYPE", "skewt, emagram or tephigram"},
     {"--display", "", "NAME",
-     "the display to draw, sounding without it: hodograph, hodogram, SvrWx, Winter..."},
+     "the display to draw, sounding without it: hodograph, hodogram, SvrWx, Winter...;"
+     " Overlay and Compare put all files on one diagram"},
     {"--size", "", "WxH", "size in pixels, 1600x1200 without it"},
     kRootOption,
     {"--dpi", "", "N", "resolution that the file states, 96 without it"},
@@ -78,7 +79,35 @@ Outcome<Picture> PageOf(const Program& program, std::string_view display) {
   for (const PrintDisplay& there : PrintDisplays(program)) {
     if (there.Name == display) return there.Draw(program, program.Set);
   }
-  return Fault{kFaultInvalidValue, "PageOf", "there is no " + std::string(display) + " of it"};
+  return Fault{kFaultTooFewLevels, "PageOf", "there is no " + std::string(display) + " of it"};
+}
+
+// All files on one diagram, the first in work and the others beside it. A file that fails is told
+// of and left out.
+int PlotTogether(const Arguments& arguments, Console& console, const std::string& output,
+                 PixelSize size, const paint::ImageSettings& image, LoadedProgram& loaded,
+                 std::string_view display) {
+  const diagram::MultiMode mode = *ModeOfDisplay(display);
+  int exitCode = kExitOk;
+  int count = 0;
+  for (const std::string& file : arguments.Files) {
+    if (mode == diagram::MultiMode::Compare && count == 2) break;
+    const auto fault = count == 0 ? loaded.Load(file) : loaded.LoadBeside(file, mode);
+    if (fault) {
+      ReportFault(console, file, *fault);
+      exitCode = kExitInputFailed;
+    } else {
+      ++count;
+    }
+  }
+  if (count == 0) return exitCode;
+  const Outcome<Picture> drawn = PageOf(loaded.Get(), display);
+  const auto fault = drawn ? paint::SavePicture(drawn.Value(), PathFromText(output), size.Width,
+                                                size.Height, image)
+                           : std::optional(drawn.Error());
+  if (!fault) return exitCode;
+  ReportFault(console, output, *fault);
+  return kExitInputFailed;
 }
 
 std::optional<Fault> PlotFile(const std::string& file, const std::string& output, PixelSize size,
@@ -99,7 +128,19 @@ int RunPlot(const Arguments& arguments, Console& console) {
     return UsageError(console, kPlotCommand,
                       "\"" + *output + "\" does not end in .png, .jpg, .bmp, .svg or .pdf");
   }
-  if (arguments.Files.size() > 1 && output->find(kNamePlace) == std::string::npos) {
+  const std::string displayName = arguments.Value("--display").value_or("sounding");
+  const std::optional<std::string_view> display = DisplayNamed(displayName);
+  if (!display) {
+    std::string names;
+    for (const std::string_view name : AllPrintDisplays()) names += " " + std::string(name);
+    return UsageError(console, kPlotCommand,
+                      "there is no display \"" + displayName + "\"; there are" + names);
+  }
+  const bool together = ModeOfDisplay(*display).has_value();
+  if (together && arguments.Files.size() < 2) {
+    return UsageError(console, kPlotCommand, std::string(*display) + " takes several files");
+  }
+  if (!together && arguments.Files.size() > 1 && output->find(kNamePlace) == std::string::npos) {
     return UsageError(console, kPlotCommand,
                       "several files need {name} in the output, as in -o {name}." + extension);
   }
@@ -129,18 +170,17 @@ int RunPlot(const Arguments& arguments, Console& console) {
     }
     options.Diagram = static_cast<DiagramType>(word - words.begin());
   }
-  const std::string displayName = arguments.Value("--display").value_or("sounding");
-  const std::optional<std::string_view> display = DisplayNamed(displayName);
-  if (!display) {
-    std::string names;
-    for (const std::string_view name : AllPrintDisplays()) names += " " + std::string(name);
-    return UsageError(console, kPlotCommand,
-                      "there is no display \"" + displayName + "\"; there are" + names);
-  }
   std::optional<QtSession> toolkit;
   if (extension != "svg") toolkit.emplace();
   int exitCode = kExitOk;
   LoadedProgram loaded(setup.Value());
+  if (together) {
+    const std::string name = OutputFor(*output, arguments.Files.front());
+    if (const auto fault = NotAnInput(arguments, name)) {
+      return UsageError(console, kPlotCommand, fault->Detail);
+    }
+    return PlotTogether(arguments, console, name, size, image, loaded, *display);
+  }
   std::set<std::string> written;
   for (const std::string& file : arguments.Files) {
     const std::string name = OutputFor(*output, file);

@@ -95,8 +95,13 @@ Outcome<Asked> ReadRequest(const Arguments& arguments, const CommandSetup& setup
     const std::optional<std::string> name = NameOf(word);
     if (!name) {
       std::string names;
-      for (const std::string_view one : AllPrintableNames()) names += " " + std::string(one);
+      for (const std::string_view one : AllPrintableNames()) {
+        if (!ModeOfDisplay(one)) names += " " + std::string(one);
+      }
       return wrong("nothing to print is called \"" + word + "\"; there are" + names);
+    }
+    if (ModeOfDisplay(*name)) {
+      return wrong(*name + " shows several files together; plot draws it");
     }
     asked.Names.push_back(*name);
   }
@@ -114,7 +119,7 @@ std::optional<Fault> AddPages(const std::string& file, LoadedProgram& loaded, co
     request.Setup.AllListings = asked.Print.Setup.AllListings && i + 1 == asked.Names.size();
     std::vector<Picture> more = PagesToPrint(loaded.Get(), request);
     if (more.empty()) {
-      return Fault{kFaultInvalidValue, "AddPages", "there is no " + request.Display + " of it"};
+      return Fault{kFaultTooFewLevels, "AddPages", "there is no " + request.Display + " of it"};
     }
     std::ranges::move(more, std::back_inserter(pages));
   }

@@ -4,6 +4,7 @@
 #include "analysis/index_table.h"
 #include "analysis/interpolate.h"
 #include "cli/report.h"
+#include "core/markers.h"
 #include "core/numbers.h"
 #include "report/values.h"
 
@@ -16,21 +17,26 @@ namespace {
 using analysis::AnalysisResults;
 using analysis::LevelPoint;
 using analysis::ParcelAscent;
+using analysis::PressureWord;
 
 std::string Shown(std::optional<double> value, std::string_view mask, std::string_view unit) {
   return value ? Mask(*value, mask) + std::string(unit) : "--";
+}
+
+// Rounded once: the finer rounding of the other forms of the report would come on top.
+std::string ShownHeight(double height, std::string_view mask, std::string_view unit) {
+  return HasHeight(height) ? Mask(height, mask) + std::string(unit) : "--";
 }
 
 // A line for each layer found: what it is, from where to where.
 template <class Line>
 void LayerLines(const AnalysisResults& results, Line& line) {
   const auto span = [](const LevelPoint& base, const LevelPoint& top) {
-    return Shown(Height(base.Height), "####0", "") + " to " +
-           Shown(Height(top.Height), "####0", " m");
+    return ShownHeight(base.Height, "####0", "") + " to " + ShownHeight(top.Height, "####0", " m");
   };
   const analysis::LayerResults& layers = results.Layers;
   if (layers.Mixed) {
-    line("Mixed layer", "up to " + Shown(Height(layers.Mixed->Top.Height), "####0", " m") + ", " +
+    line("Mixed layer", "up to " + ShownHeight(layers.Mixed->Top.Height, "####0", " m") + ", " +
                             Shown(Value(layers.Mixed->Theta, 1), "##0.0", " K"));
   }
   for (const analysis::CloudDeck& deck : layers.Clouds) {
@@ -58,7 +64,7 @@ void LayerLines(const AnalysisResults& results, Line& line) {
   }
   const analysis::SoaringResults& soaring = results.Soaring;
   if (soaring.ThermalTop.Exists()) {
-    line("Thermals", "to " + Shown(Height(soaring.ThermalTop.Height), "####0", " m") + " at " +
+    line("Thermals", "to " + ShownHeight(soaring.ThermalTop.Height, "####0", " m") + " at " +
                          Shown(Value(soaring.MaxTemp, 1), "##0.0", " C") + ", " +
                          std::string(soaring.Words) + (soaring.CloudBase.Exists() ? "" : ", blue"));
   }
@@ -72,6 +78,11 @@ std::string TextReport(const AnalysedSounding& sounding, const Options& options)
   std::string text;
   const auto line = [&text](std::string_view label, std::string_view value) {
     text += PadRight(label, 16) + std::string(value) + "\n";
+  };
+  const auto press = [&options](double value) {
+    return HasHeight(value) && value > 0
+               ? Mask(value, "###0.0") + " " + std::string(PressureWord(options.Pressure))
+               : std::string("--");
   };
   line("Sounding", record.StationTitle);
   line("File", sounding.File + " (" + record.DataFormat + ")");
@@ -88,10 +99,9 @@ std::string TextReport(const AnalysedSounding& sounding, const Options& options)
   line("Levels", Shortest(record.NumTempLevels()) + " temperature, " +
                      Shortest(record.NumWindLevels()) + " wind");
   if (results.Surface.Exists) {
-    line("Surface", Shown(Pressure(results.Surface.Press), "###0.0", " hPa") + ", QNH " +
-                        Shown(Pressure(results.Surface.Qnh), "###0.0", " hPa") +
+    line("Surface", press(results.Surface.Press) + ", QNH " + press(results.Surface.Qnh) +
                         ", density altitude " +
-                        Shown(Height(results.Surface.DensityAltitude), "####0", " m"));
+                        ShownHeight(results.Surface.DensityAltitude, "####0", " m"));
   }
   text += "\n" + PadRight("", 16);
   for (const LiftName& lift : kLifts) text += PadLeft(Text(lift.Type), 14);
@@ -101,7 +111,6 @@ std::string TextReport(const AnalysedSounding& sounding, const Options& options)
     for (const LiftName& lift : kLifts) text += PadLeft(value(results.Ascent(lift.Type)), 14);
     text += "\n";
   };
-  const auto press = [](double value) { return Shown(Pressure(value), "###0.0", " hPa"); };
   const auto energy = [](const ParcelAscent& a, double value) {
     return Shown(Energy(a, value), "####0", " J/kg");
   };
@@ -118,9 +127,8 @@ std::string TextReport(const AnalysedSounding& sounding, const Options& options)
       [&](const ParcelAscent& a) { return energy(a, a.CapeDepth); });
   row("CAPE..Hail", [&](const ParcelAscent& a) { return energy(a, a.CapeHail); });
   text += "\n";
-  const auto point = [](const LevelPoint& level) {
-    return Shown(Pressure(level.Press), "###0.0", " hPa") + ", " +
-           Shown(Height(level.Height), "####0", " m") + ", " +
+  const auto point = [&press](const LevelPoint& level) {
+    return press(level.Press) + ", " + ShownHeight(level.Height, "####0", " m") + ", " +
            Shown(Value(level.Temp, kTempDecimals), "##0.0", " C");
   };
   if (results.ConvectiveCondensation.Exists()) {

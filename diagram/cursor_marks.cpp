@@ -48,8 +48,9 @@ void DrawLocked(Picture& page, const DiagramMapping& mapping, const SoundingReco
     if (!frame.Contains(at)) continue;
     page.Add("locked cursor", Circle{.Center = at, .Radius = 60, .Stroke = {pen.Ink, 18}});
   }
-  const std::optional<double> edge = LeftEdgeY(mapping, press);
-  const double y = edge.value_or(mapping.YOf(press));
+  // An isobar that enters the frame through its lower edge is told of there.
+  const double y =
+      std::clamp(mapping.IsobarY(press, frame.Left), frame.Top, frame.Bottom - kAxisText / 2);
   const bool above = y - frame.Top > 400;
   page.Add("locked cursor text", Label{.At = {frame.Left + 120, above ? y - 110 : y + 110},
                                        .Text = cursor.Text,
@@ -65,7 +66,7 @@ Picture CursorMarks(const DiagramMapping& mapping, const SoundingRecord& soundin
   Picture page(kPageWidth, kPageHeight, {0, 0, 0, 0});
   const Pen pen{ink, 10, LineStyle::Solid};
   if (cursor.Level) DrawLocked(page, mapping, sounding, cursor, pen, paper);
-  if (cursor.At) {
+  if (cursor.At && mapping.Frame().Contains(*cursor.At)) {
     const Point at = *cursor.At;
     DrawSegment(page, "cursor", {at.X - kArm, at.Y}, {at.X + kArm, at.Y}, pen);
     DrawSegment(page, "cursor", {at.X, at.Y - kArm}, {at.X, at.Y + kArm}, pen);

@@ -13,7 +13,7 @@
 namespace vexa::diagram {
 
 struct CursorState {
-  std::optional<Point> At{};       // a free cursor, on the page
+  std::optional<Point> At{};       // a free cursor, on the page; beside the frame while zoomed away
   std::optional<int> Level{};      // a locked one: temperature level from 1
   std::optional<Rect> Choosing{};  // region being chosen, on the page
   std::string Text{};              // written beside the locked level

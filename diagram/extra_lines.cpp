@@ -13,6 +13,7 @@
 #include "core/numbers.h"
 #include "core/units.h"
 #include "diagram/grid.h"
+#include "diagram/label_places.h"
 
 namespace vexa::diagram {
 namespace {
@@ -35,12 +36,19 @@ void NameLine(Plot& plot, std::string_view tag, const std::vector<Point>& line,
   const Rect& frame = plot.At.Frame();
   const Point* highest = nullptr;
   for (const Point& at : line) {
-    if (at.X < frame.Left + 100 || at.X > frame.Right - 1200) continue;
+    if (at.X < frame.Left + 100 || at.X > frame.Right - 100) continue;
     if (at.Y < frame.Top + 120 || at.Y > frame.Bottom - 60) continue;
     if (highest == nullptr || at.Y < highest->Y) highest = &at;
   }
   if (highest == nullptr) return;
-  DrawTextOver(plot, std::string(tag) + " label", {highest->X + 80, highest->Y}, name, ink);
+  // To the right, or to the left of a line that leaves no room there for it and for the marks.
+  LabelRoom room = RoomOn(plot);
+  const double end = highest->X + 80 + TextWidth(name.size(), kMarkText);
+  const bool right = end < frame.Right - kMarkRoom;
+  const AnchorX across = right ? AnchorX::Left : AnchorX::Right;
+  const Point wanted{highest->X + (right ? 80 : -80), highest->Y};
+  DrawTextOver(plot, std::string(tag) + " label", TakePlace(room, wanted, name, kMarkText, across),
+               name, ink, kMarkText, across);
 }
 
 void DrawCurve(Plot& plot, std::string_view tag, const std::vector<Point>& line, int color,
@@ -64,7 +72,8 @@ void DrawHeightCorrection(Plot& plot) {
   double lastLabel = 1e9;
   for (double press = bottom; press >= top;) {
     const auto correction = HeightCorrectionAt(plot, press);
-    if (correction) line.push_back({zero + *correction * kUnitsPerMeter, plot.At.YOf(press)});
+    if (correction)
+      line.push_back({zero + *correction * kUnitsPerMeter, plot.At.IsobarY(press, zero)});
     if (correction && IsMandatory(press) && lastLabel - line.back().Y > 1.2 * kSmallText &&
         line.back().Y > headBottom && frame.Contains(line.back())) {
       lastLabel = line.back().Y;
@@ -108,9 +117,8 @@ void DrawThermal(Plot& plot) {
   }
   line.push_back(plot.At.ToPoint(analysis::DryAdiabatTemp(theta, top), top));
   DrawCurve(plot, "soaring", line, kRed,
-            "Thermals to " +
-                HeightText(ShownHeight(plot, soaring.ThermalTop.Height), plot.Units.Height) +
-                " at " + Mask(soaring.MaxTemp, "#0.0") + " C");
+            "Thermals to " + ShownHeightText(plot, soaring.ThermalTop.Height) + " at " +
+                Mask(soaring.MaxTemp, "#0.0") + " C");
 }
 
 }  // namespace

@@ -227,7 +227,7 @@ void DrawTemperatureUnits(Plot& plot) {
   const Options& set = plot.Set();
   const Rect& frame = plot.At.Frame();
   const auto write = [&](TempUnits units, double below) {
-    DrawText(plot.Page, "temperature unit", {frame.Right + 130, frame.Bottom + below},
+    DrawText(plot.Page, "temperature unit", {frame.Right + 190, frame.Bottom + below},
              std::string(UnitText(units)), plot.Inks.Ink);
   };
   write(set.TempGridUnits, kAxisRow);
@@ -307,7 +307,12 @@ void DrawMixingRatioLines(Plot& plot) {
       const std::vector<Point> line = MixingRatioLine(plot.At, value, set.Saturation);
       DrawInFrame(plot, "mixing ratio line", line, plot.Inks.MixingRatio);
       if (!set.WetLabel) continue;
-      const Point end = line.back();
+      // Above the line's end, or below the numbers of the axis where it ends at the frame.
+      Point end = line.back();
+      if (end.Y - frame.Top < 200) {
+        const double y = frame.Top + 260;
+        end = {CrossingX(line, y).value_or(end.X), y};
+      }
       if (!frame.Contains(end) || end.X < frame.Left + 80 || end.X > frame.Right - 80) continue;
       raised = end.X - lastX < 190 && !raised;  // neighbours too close take turns in height
       DrawTextOver(

@@ -13,6 +13,7 @@
 #include "core/numbers.h"
 #include "core/units.h"
 #include "diagram/grid.h"
+#include "diagram/label_places.h"
 #include "picture/clip.h"
 
 namespace vexa::diagram {
@@ -63,12 +64,13 @@ std::string SurfaceText(const Plot& plot) {
 void DrawHorizontal(Plot& plot, std::string_view tag, double press, const Pen& pen) {
   Rect room = plot.At.Frame();
   const double edge = room.Right;
-  room.Right -= kMarkRoom;
+  room.Right -= plot.Set().Heights == HeightMode::Agl ? kMarkRoomAgl : kMarkRoom;
   for (std::vector<Point>& piece : ClipPolyline(Isobar(plot.At, press), room)) {
     plot.Page.Add(tag, Polyline{.Points = std::move(piece), .Stroke = pen});
   }
-  const double y = plot.At.YOf(press);
-  DrawSegment(plot.Page, tag, {edge - 150, y}, {edge, y}, {pen.Ink, pen.Width, LineStyle::Solid});
+  const std::optional<double> y = RightEdgeY(plot.At, press);
+  if (!y) return;
+  DrawSegment(plot.Page, tag, {edge - 150, *y}, {edge, *y}, {pen.Ink, pen.Width, LineStyle::Solid});
 }
 
 }  // namespace
@@ -92,7 +94,7 @@ void DrawSurfaceLabel(Plot& plot) {
   if (!plot.Set().SurfaceLine || !surface.Exists || !plot.InRange(surface.Press)) return;
   const Rect& frame = plot.At.Frame();
   // In the ground where it is thick enough, else on top of the line.
-  const double y = LeftEdgeY(plot.At, surface.Press).value_or(plot.At.YOf(surface.Press));
+  const double y = LeftEdgeY(plot.At, surface.Press).value_or(frame.Bottom);
   const double room = frame.Bottom - y;
   const double at = room > 1.3 * kMarkText ? y + std::min(room / 2, 110.0) : y - 90;
   DrawTextOver(plot, "surface label", {frame.Left + 70, at}, SurfaceText(plot), plot.Inks.Ink);
@@ -149,15 +151,19 @@ void DrawHeightAxis(Plot& plot) {
   DrawTextOver(plot, "height axis", {frame.Left + 40, frame.Top + 90},
                std::string(feet ? "FT (x1000) " : "KM ") + std::string(ModeText(plot)),
                plot.Inks.Faint, kSmallText);
+  const LabelRoom room = RoomOn(plot);
   for (int n = 0; n * unit < 80000; n += std::max(set.YGridInterval, 1)) {
     const double press = PressOf(plot, n * unit + base);
     if (press == kNone || !plot.InRange(press)) continue;
     const std::vector<Point> line = Isobar(plot.At, press);
     DrawInFrame(plot, "height line", line, plot.Inks.MandatoryIsobar);
-    const double y = plot.At.YOf(press);
-    if (y - frame.Top < 200) continue;
-    DrawTextOver(plot, "height axis", {frame.Left + 40, y}, Mask(n, "##0"), plot.Inks.Ink,
-                 kSmallText);
+    const std::optional<double> y = LeftEdgeY(plot.At, press);
+    if (!y || *y - frame.Top < 200) continue;
+    // A line that the surface's label hides is told by its neighbours.
+    const Point at{frame.Left + 40, *y};
+    const std::string text = Mask(n, "##0");
+    if (!room.IsFree(TextPlace(at, text, kSmallText, AnchorX::Left))) continue;
+    DrawTextOver(plot, "height axis", at, text, plot.Inks.Ink, kSmallText);
   }
 }
 
@@ -190,28 +196,27 @@ void DrawHeightScale(Plot& plot) {
     }
     if (press < plot.At.TopPress()) break;
     if (press > plot.At.BottomPress()) continue;
-    const double y = plot.At.YOf(press);
-    if (y > frame.Bottom || y < frame.Top) continue;
-    const bool labelled = n % step == 0 && lastLabel - y > 1.1 * kSmallText;
-    DrawSegment(plot.Page, "height scale", {frame.Right, y},
-                {frame.Right + (labelled ? 80 : 45), y}, plot.Inks.HeightAxis);
+    const std::optional<double> y = RightEdgeY(plot.At, press);
+    if (!y) continue;
+    const bool labelled = n % step == 0 && lastLabel - *y > 1.1 * kSmallText;
+    DrawSegment(plot.Page, "height scale", {frame.Right, *y},
+                {frame.Right + (labelled ? 80 : 45), *y}, plot.Inks.HeightAxis);
     if (!labelled) continue;
-    lastLabel = y;
-    DrawText(plot.Page, "height scale label", {frame.Right + 120, y}, Mask(n, "##0"), plot.Inks.Ink,
-             kSmallText);
+    lastLabel = *y;
+    DrawText(plot.Page, "height scale label", {frame.Right + 120, *y}, Mask(n, "##0"),
+             plot.Inks.Ink, kSmallText);
   }
 }
 
 void DrawFreezingAndTropopause(Plot& plot) {
-  const LengthUnits units = plot.Units.Height;
   const auto mark = [&](std::string_view tag, const analysis::LevelPoint& level,
                         std::string_view name, const Pen& pen) {
     if (!level.Exists() || !plot.InRange(level.Press)) return;
     DrawHorizontal(plot, tag, level.Press, pen);
-    plot.RightMarks.Add(
-        {plot.At.YOf(level.Press),
-         std::string(name) + " " + HeightText(ShownHeight(plot, level.Height), units),
-         std::string(tag) + " label", pen.Ink});
+    if (const auto y = RightEdgeY(plot.At, level.Press)) {
+      plot.RightMarks.Add({*y, std::string(name) + " " + ShownHeightText(plot, level.Height),
+                           std::string(tag) + " label", pen.Ink});
+    }
   };
   if (plot.Set().FreezeLine) {
     for (const analysis::LevelPoint& level : plot.Results().FreezingLevels) {
@@ -236,10 +241,9 @@ void DrawCustomLines(Plot& plot) {
     const Pen pen{LegibleColor(plot.Inks, line.ColorIndex), 16,
                   kStyles[static_cast<std::size_t>(line.Style)]};
     DrawHorizontal(plot, "custom line", press, pen);
-    if (line.ShowLabel) {
-      plot.RightMarks.Add({plot.At.YOf(press),
-                           "#" + Shortest(number) + " " +
-                               HeightText(ShownHeight(plot, line.Height), plot.Units.Height),
+    const std::optional<double> y = RightEdgeY(plot.At, press);
+    if (line.ShowLabel && y) {
+      plot.RightMarks.Add({*y, "#" + Shortest(number) + " " + ShownHeightText(plot, line.Height),
                            "custom line label", pen.Ink});
     }
   }

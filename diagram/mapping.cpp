@@ -97,6 +97,19 @@ double DiagramMapping::YOf(double press) const {
   return Enlarge({plot_.Left, plot_.Height() * Fraction(press) + plot_.Top - raise}).Y;
 }
 
+double DiagramMapping::IsobarY(double press, double x) const {
+  if (type_ != DiagramType::Tephigram) return YOf(press);
+  // An isobar runs to the right as it grows warmer, so that halving finds the place across.
+  constexpr int kHalvings = 50;
+  double cold = -kKelvinOffset + 1;
+  double warm = 500;
+  for (int i = 0; i < kHalvings; ++i) {
+    const double middle = (cold + warm) / 2;
+    (ToPoint(middle, press).X < x ? cold : warm) = middle;
+  }
+  return ToPoint(cold, press).Y;
+}
+
 double DiagramMapping::PressAt(double y) const {
   const double raise = type_ == DiagramType::Tephigram ? kTephigramRaise : 0;
   const double whole = Reduce({plot_.Left, y}).Y;

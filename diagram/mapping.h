@@ -60,8 +60,12 @@ class DiagramMapping {
   Point ToPoint(double temp, double press) const;
   /// Temperature and pressure at a page position.
   DiagramCoordinates ToCoordinates(Point at) const;
-  /// Vertical place of a pressure by itself: axis labels, winds, height scales.
+  /// Vertical place of a pressure by itself, on a straight logarithmic scale. Only the skew-T's and
+  /// the emagram's isobars lie on it all along.
   double YOf(double press) const;
+  /// Vertical place of a pressure's isobar at a place across the page. On the tephigram isobars are
+  /// curved; elsewhere it is YOf. It may lie above or below the frame.
+  double IsobarY(double press, double x) const;
   /// The pressure at such a place.
   double PressAt(double y) const;
   /// A point of the tephigram's unturned frame turned about the plot's lower left corner.

@@ -2,6 +2,7 @@
 // they can and move apart where they would stand on each other, with a leader to their own height.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,7 +15,8 @@ struct Mark {
   std::string Text{};
   std::string Tag{};
   Color Ink{};
-  double PlacedY = 0;  // where it stands; set by Arrange
+  std::optional<double> X{};  // where its line stands when that is not at the column's edge
+  double PlacedY = 0;         // where it stands; set by Arrange
 };
 
 class MarkColumn {

@@ -4,6 +4,8 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
+#include <cstdlib>
+#include <vector>
 
 namespace vexa::diagram {
 namespace {
@@ -230,12 +232,23 @@ Palette PaletteFor(const Options& options) {
 }
 
 Pen OverlayPen(const Palette& palette, int number) {
-  constexpr std::array<int, 6> kColors = {5, 3, 6, 9, 2, 12};
+  constexpr std::array<int, 8> kColors = {5, 3, 6, 2, 8, 13, 12, 9};
   constexpr std::array<LineStyle, 3> kStyles = {LineStyle::Solid, LineStyle::DashDot,
                                                 LineStyle::Dash};
+  // What looks like a trace of the first sounding is left out.
+  const auto isNear = [](Color a, Color b) {
+    return std::abs(a.Red - b.Red) + std::abs(a.Green - b.Green) + std::abs(a.Blue - b.Blue) < 120;
+  };
+  std::vector<Color> inks;
+  for (const int color : kColors) {
+    const Color ink = Blend(LegibleColor(palette, color), palette.Ink, 0.1);
+    if (!isNear(ink, palette.Temperature.Ink) && !isNear(ink, palette.Dewpoint.Ink)) {
+      inks.push_back(ink);
+    }
+  }
+  if (inks.empty()) inks.push_back(palette.Ink);
   const auto turn = static_cast<std::size_t>(std::max(number - 1, 0));
-  return {Blend(LegibleColor(palette, kColors[turn % kColors.size()]), palette.Ink, 0.1), 20,
-          kStyles[turn % kStyles.size()]};
+  return {inks[turn % inks.size()], 20, kStyles[turn % kStyles.size()]};
 }
 
 }  // namespace vexa::diagram

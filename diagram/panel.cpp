@@ -19,7 +19,7 @@ constexpr double kLineText = 132;
 constexpr double kLineStep = 168;
 constexpr double kTableText = 104;
 constexpr double kIndexText = 100;
-constexpr double kIndexColumn = 1020;  // from one column of indices to the next
+constexpr double kIndexColumn = 1000;  // from one column of indices to the next
 constexpr double kMargin = 80;
 constexpr double kPanelBottom = kPageHeight - 60;
 constexpr std::string_view kNoValue = "--";
@@ -101,11 +101,14 @@ std::vector<std::string> LiftTable(const Plot& plot) {
     return level.Exists() ? Mask(level.Press, "###0") : std::string(kNoValue);
   };
   using Ascent = analysis::ParcelAscent;
+  const auto energy = [](const Ascent& ascent, double value) {
+    return ascent.Start.Exists() ? Mask(value, "####0") : std::string(kNoValue);
+  };
   const std::string unit(Trim(PressureUnit(plot)));
   return {
       PadRight("", 8) + PadLeft("Surface", 8) + PadLeft("MeanLyr", 8) + PadLeft("MostUn", 8),
-      line("CAPE", [](const Ascent& a) { return Mask(a.CapeTotal, "####0"); }),
-      line("CIN", [](const Ascent& a) { return Mask(a.CinTotal, "####0"); }),
+      line("CAPE", [&](const Ascent& a) { return energy(a, a.CapeTotal); }),
+      line("CIN", [&](const Ascent& a) { return energy(a, a.CinTotal); }),
       line("LCL " + unit, [&](const Ascent& a) { return press(a.Condensation); }),
       line("LFC " + unit, [&](const Ascent& a) { return press(a.FreeLevel); }),
       line("EL  " + unit, [&](const Ascent& a) { return press(a.Equilibrium); }),
@@ -154,9 +157,9 @@ void DrawMono(Plot& plot, std::string_view tag, Point at, std::string text, doub
                            .Bold = bold});
 }
 
-// Two columns leave no room for units; the explanation has them.
+// Two columns leave no room for units; the explanation has them. What a height counts from stays.
 std::string WithoutUnit(const std::string& value) {
-  return value.substr(0, value.find(' '));
+  return value.substr(0, value.find(' ')) + (value.ends_with(" AGL") ? " AGL" : "");
 }
 
 // A label and its value; the pointer over it asks for its explanation by the label.

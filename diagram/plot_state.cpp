@@ -3,6 +3,7 @@
 #include <cmath>
 #include <utility>
 
+#include "analysis/index_table.h"
 #include "core/numbers.h"
 #include "core/units.h"
 #include "picture/clip.h"
@@ -56,17 +57,23 @@ std::vector<Point> Isobar(const DiagramMapping& at, double press) {
   return points;
 }
 
-std::optional<double> LeftEdgeY(const DiagramMapping& at, double press) {
+namespace {
+
+std::optional<double> EdgeY(const DiagramMapping& at, double press, double x) {
   const Rect& frame = at.Frame();
-  const std::vector<Point> line = Isobar(at, press);
-  for (std::size_t i = 1; i < line.size(); ++i) {
-    const Point& a = line[i - 1];
-    const Point& b = line[i];
-    if ((a.X - frame.Left) * (b.X - frame.Left) > 0 || a.X == b.X) continue;
-    const double y = a.Y + (frame.Left - a.X) / (b.X - a.X) * (b.Y - a.Y);
-    if (y >= frame.Top - 1 && y <= frame.Bottom + 1) return y;
-  }
-  return std::nullopt;
+  const double y = at.IsobarY(press, x);
+  if (y < frame.Top - 1 || y > frame.Bottom + 1) return std::nullopt;
+  return y;
+}
+
+}  // namespace
+
+std::optional<double> LeftEdgeY(const DiagramMapping& at, double press) {
+  return EdgeY(at, press, at.Frame().Left);
+}
+
+std::optional<double> RightEdgeY(const DiagramMapping& at, double press) {
+  return EdgeY(at, press, at.Frame().Right);
 }
 
 std::vector<Point> Thinned(std::vector<Point> points) {
@@ -87,8 +94,13 @@ double ShownHeight(const Plot& plot, double height) {
   return plot.Set().Heights == HeightMode::Agl ? height - plot.Sounding().ElevM : height;
 }
 
+std::string ShownHeightText(const Plot& plot, double height) {
+  return HeightText(ShownHeight(plot, height), plot.Units.Height) +
+         (plot.Set().Heights == HeightMode::Agl ? " AGL" : "");
+}
+
 std::string PressureUnit(const Plot& plot) {
-  return plot.Set().Pressure == PressureUnits::Hpa ? " hPa" : " mb";
+  return " " + std::string(analysis::PressureWord(plot.Set().Pressure));
 }
 
 std::string HeightText(double height, LengthUnits units) {

@@ -26,7 +26,8 @@ inline constexpr Point kConfigurationAt{4690, 50};
 inline constexpr double kAxisText = 150;
 inline constexpr double kSmallText = 125;
 inline constexpr double kMarkText = 130;
-inline constexpr double kMarkRoom = 1230;  // at the right edge, for the marks' texts
+inline constexpr double kMarkRoom = 1230;     // at the right edge, for the marks' texts
+inline constexpr double kMarkRoomAgl = 1540;  // the same with " AGL" behind heights
 
 /// The units that the page shows, with the label of the winds.
 struct ShownUnits {
@@ -49,11 +50,7 @@ struct Plot {
   const Options& Set() const { return In.Set; }
   const SoundingRecord& Sounding() const { return In.Sounding; }
   const analysis::AnalysisResults& Results() const { return In.Results; }
-  bool InRange(double press) const {
-    if (press > At.BottomPress() || press < At.TopPress()) return false;
-    const double y = At.IsZoomed() ? At.YOf(press) : At.Frame().Top;
-    return y >= At.Frame().Top && y <= At.Frame().Bottom;
-  }
+  bool InRange(double press) const { return press <= At.BottomPress() && press >= At.TopPress(); }
   /// Further soundings are drawn beside this one.
   bool HasOthers() const { return In.Mode == MultiMode::Overlay || In.Mode == MultiMode::Compare; }
 };
@@ -76,8 +73,10 @@ void DrawInFrame(Plot& plot, std::string_view tag, const std::vector<Point>& poi
 /// tephigram isobars are curves; elsewhere both ends have the same height.
 std::vector<Point> Isobar(const DiagramMapping& at, double press);
 
-/// Where a pressure's isobar meets the left edge of the frame; empty where it does not.
+/// Where a pressure's isobar meets the left or the right edge of the frame; empty where it does
+/// not. What is told at an edge stands there: the winds and the height scale at the right one.
 std::optional<double> LeftEdgeY(const DiagramMapping& at, double press);
+std::optional<double> RightEdgeY(const DiagramMapping& at, double press);
 
 /// Without the points that lie closer than a tenth of a millimetre in print to the one before.
 std::vector<Point> Thinned(std::vector<Point> points);
@@ -86,6 +85,8 @@ std::vector<Point> Thinned(std::vector<Point> points);
 double ShownHeight(const Plot& plot, double height);
 /// " mb" or " hPa", to stand behind a pressure.
 std::string PressureUnit(const Plot& plot);
+/// The same as a text with its unit, and with " AGL" where it is above ground.
+std::string ShownHeightText(const Plot& plot, double height);
 /// "1457 m" or "4780 ft" by the unit, rounded to whole ones.
 std::string HeightText(double height, LengthUnits units);
 

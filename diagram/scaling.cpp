@@ -22,6 +22,9 @@ constexpr double kLeftRoom = 2;       // °C kept free of temperatures on the co
 constexpr double kRightShare = 0.09;  // of the span, on the warm side, for the marks
 // The dew point may widen the axis this far; drier air runs out of the frame on the left.
 constexpr double kWidestForDewpoint = 100;
+// Up to 10 hPa the fixed skew alone takes more than the frame's width: a wider range brings the
+// cold air back in, at the cost of the lower part.
+constexpr double kWidestHighSkew = 300;
 
 // Winds alone reach as high as the standard atmosphere has their pressures.
 double LowestPress(const SoundingRecord& sounding) {
@@ -56,6 +59,10 @@ Reach MeasureReach(const SoundingRecord& sounding, const DiagramMapping& at) {
   return reach;
 }
 
+bool IsHighSkew(const DiagramChoice& choice) {
+  return choice.Type == DiagramType::SkewT && choice.TopPress < kTops.back();
+}
+
 // The start of a temperature range of this span that shows the sounding, the nearest to the usual
 // one; empty when the span is too narrow. room scales the space kept free at the sides.
 std::optional<double> FittingStart(const SoundingRecord& sounding, const DiagramChoice& choice,
@@ -79,6 +86,37 @@ std::optional<double> FittingStart(const SoundingRecord& sounding, const Diagram
     start = std::clamp(kUsualMin, least, most);
   }
   return std::nullopt;
+}
+
+// The range of a skew-T above 100 hPa: all of the temperature, and as many dew points as any range
+// holds, by the narrowest range that does; empty when none holds the temperature.
+std::optional<TempRange> HighSkewRange(const SoundingRecord& sounding, const DiagramChoice& choice,
+                                       const Rect& frame) {
+  constexpr double kRound = 5;
+  constexpr double kShare = 0.97;  // of the span, for the traces
+  std::optional<TempRange> best;
+  int mostHeld = -1;
+  for (double span = kUsualSpan; span <= kWidestHighSkew; span += 10) {
+    const DiagramMapping at(choice.Type, frame, kUsualMin, kUsualMin + span, choice.TopPress);
+    // On the skew-T places along the axis do not depend on where the range starts.
+    const Reach reach = MeasureReach(sounding, at);
+    if (reach.Warmest < reach.ColdestTemp) return std::nullopt;
+    const double coldest = std::min(reach.ColdestTemp, reach.ColdestDewpt);
+    const double least = std::ceil((reach.Warmest - kShare * span) / kRound) * kRound;
+    const double start =
+        std::max(least, std::min(kUsualMin, std::floor(coldest / kRound) * kRound));
+    if (start > reach.ColdestTemp) continue;
+    int held = 0;
+    for (int i = 1; i <= sounding.NumTempLevels(); ++i) {
+      if (IsMissing(sounding.Dewpt(i)) || sounding.Press(i) < choice.TopPress) continue;
+      const double place = at.ToPoint(sounding.Dewpt(i), sounding.Press(i)).X - frame.Left;
+      if (kUsualMin + place * span / frame.Width() >= start) ++held;
+    }
+    if (held <= mostHeld) continue;
+    mostHeld = held;
+    best = {start, start + span};
+  }
+  return best;
 }
 
 }  // namespace
@@ -124,6 +162,9 @@ TempRange ChooseTempRange(const SoundingRecord& sounding, const Options& options
                           const DiagramChoice& choice, const Rect& frame) {
   if (options.TempScaling == Scaling::Manual) {
     return {options.TempMin, std::max(options.TempMax, options.TempMin + 40)};
+  }
+  if (IsHighSkew(choice)) {
+    if (const auto range = HighSkewRange(sounding, choice, frame)) return *range;
   }
   // A cold, nearly isothermal sounding fills the tephigram's width at any scale: there the room at
   // the sides is given up.

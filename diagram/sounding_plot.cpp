@@ -15,6 +15,7 @@
 #include "diagram/title_text.h"
 #include "diagram/traces.h"
 #include "diagram/wind_column.h"
+#include "picture/label_room.h"
 
 namespace vexa::diagram {
 namespace {
@@ -73,15 +74,21 @@ void DrawOtherTitles(Plot& plot) {
   if (!plot.HasOthers()) return;
   const bool compare = plot.In.Mode == MultiMode::Compare;
   constexpr int kRows = 3;
+  constexpr double kFirstRow = 8590;
+  constexpr double kRowStep = 150;
+  const double width = kPanel.Left - kFrame.Left;
+  const int count = compare ? 2 : 1 + static_cast<int>(plot.In.Others.size());
+  const double column = width / std::max(1, (count + kRows - 1) / kRows);
   int number = 1;
   const auto line = [&](const SoundingRecord& sounding, Color ink) {
-    const int column = (number - 1) / kRows;
-    const int row = (number - 1) % kRows;
-    DrawText(plot.Page, "other title",
-             {kFrame.Left + column * kFrame.Width() / 2, 8570.0 + row * 160},
-             (compare ? "#" + Shortest(number) + " - " : std::string()) +
-                 OtherTitle(sounding, plot.Set()),
-             ink, kMarkText);
+    const std::string text = (compare ? "#" + Shortest(number) + " - " : std::string()) +
+                             OtherTitle(sounding, plot.Set());
+    // Written smaller where the column is narrow.
+    const double fitting = (column - 150) / TextWidth(text.size(), 1.12);
+    DrawText(
+        plot.Page, "other title",
+        {kFrame.Left + (number - 1) / kRows * column, kFirstRow + (number - 1) % kRows * kRowStep},
+        text, ink, std::min(kMarkText, fitting));
     ++number;
   };
   line(plot.Sounding(), plot.Inks.Temperature.Ink);

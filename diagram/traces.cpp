@@ -1,8 +1,10 @@
 #include "diagram/traces.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -10,11 +12,22 @@
 #include "analysis/moist_air.h"
 #include "core/markers.h"
 #include "picture/clip.h"
+#include "picture/label_room.h"
 
 namespace vexa::diagram {
 namespace {
 
 using analysis::ParcelAscent;
+
+// What the bars at the left edge tell of the layers, from the most stable on.
+struct StabilityClass {
+  std::string_view Name;
+  int Color;  // of the sixteen
+};
+constexpr std::array<StabilityClass, 4> kStability = {{{"Inversion", 9},
+                                                       {"Stable", 10},
+                                                       {"Conditionally unstable", 14},
+                                                       {"Absolutely unstable", 12}}};
 
 struct TraceStyle {
   Pen Line{};
@@ -71,6 +84,10 @@ void NameTrace(Plot& plot, std::string_view name, const Levels<double>& press,
     const Point at = plot.At.ToPoint(temp(i), press(i));
     if (at.Y > frame.Bottom) continue;
     if (at.Y < frame.Top + 60 || at.X < frame.Left + 150 || at.X > frame.Right - 150) continue;
+    // On the other side where the frame leaves no room.
+    const double width = 70 + TextWidth(name.size(), kAxisText);
+    if (across == AnchorX::Right && at.X - width < frame.Left) across = AnchorX::Left;
+    if (across == AnchorX::Left && at.X + width > frame.Right) across = AnchorX::Right;
     const double aside = across == AnchorX::Left ? 70 : -70;
     DrawTextOver(plot, "trace name", {at.X + aside, at.Y + 30}, std::string(name), ink, kAxisText,
                  across);
@@ -218,13 +235,13 @@ void DrawLegend(Plot& plot) {
                                [tag](const Item& item) { return item.Tag == tag; });
   };
   constexpr double kSample = 320;
-  constexpr double kEntry = 1180;
-  const double y = plot.At.Frame().Bottom + 520;
+  double entry = 1180;
+  double y = plot.At.Frame().Bottom + 520;
   double x = plot.At.Frame().Left;
   const auto name = [&](std::string_view text) {
     DrawText(plot.Page, "legend", {x + kSample + 60, y}, std::string(text), plot.Inks.Faint,
              kSmallText);
-    x += kEntry;
+    x += entry;
   };
   const auto line = [&](std::string_view tag, std::string_view text, const Pen& pen) {
     if (!drawn(tag)) return;
@@ -247,6 +264,13 @@ void DrawLegend(Plot& plot) {
   line("reference temperature", "Reference", {plot.Inks.Faint, 22, LineStyle::Dash});
   area("CAPE area", "CAPE", plot.Inks.Cape);
   area("CIN hatch", "CIN", plot.Inks.CinHatch);
+  // The bars of stability have a row of their own.
+  x = plot.At.Frame().Left;
+  y += 170;
+  entry = 1800;
+  for (const StabilityClass& stability : kStability) {
+    area("stability bar", stability.Name, {LegibleColor(plot.Inks, stability.Color)});
+  }
 }
 
 void DrawStabilityBars(Plot& plot) {
@@ -265,16 +289,17 @@ void DrawStabilityBars(Plot& plot) {
     const analysis::LiftSatResult lifted =
         analysis::LiftSat(thetaE, levels.Press(i + 1), plot.Set().Saturation);
     const double saturated = lifted.Failed ? 0.0065 : (levels.Temp(i) - lifted.Temp) / depth;
-    int color = 10;                                             // stable
-    if (lapse < 0) color = 9;                                   // inversion
-    if (lapse > saturated) color = 14;                          // conditionally unstable
-    if (lapse > 1.005 * analysis::kGravity / 1005) color = 12;  // steeper than the dry adiabat
+    std::size_t kind = 1;
+    if (lapse < 0) kind = 0;
+    if (lapse > saturated) kind = 2;
+    if (lapse > 1.005 * analysis::kGravity / 1005) kind = 3;
     const double x = frame.Left;
-    plot.Page.Add("stability bar", Area{.Rings = {{{x, plot.At.YOf(low)},
-                                                   {x + kWidth, plot.At.YOf(low)},
-                                                   {x + kWidth, plot.At.YOf(high)},
-                                                   {x, plot.At.YOf(high)}}},
-                                        .Fill = {LegibleColor(plot.Inks, color)}});
+    const double bottom = std::min(plot.At.IsobarY(low, x), frame.Bottom);
+    const double top = std::max(plot.At.IsobarY(high, x), frame.Top);
+    if (top >= bottom) continue;
+    plot.Page.Add("stability bar",
+                  Area{.Rings = {{{x, bottom}, {x + kWidth, bottom}, {x + kWidth, top}, {x, top}}},
+                       .Fill = {LegibleColor(plot.Inks, kStability[kind].Color)}});
   }
 }
 

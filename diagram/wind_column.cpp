@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <optional>
 #include <string>
 
 #include "analysis/interpolate.h"
@@ -28,8 +29,8 @@ std::vector<PlacedWind> PlaceWinds(const Plot& plot) {
     const double height = sounding.WindHgt(i);
     const double press = analysis::GetPRESS(plot.Results().Levels, height);
     if (!HasHeight(press) || !plot.InRange(press)) continue;
-    if (plot.At.YOf(press) < plot.At.Frame().Top) continue;
-    placed.push_back({plot.At.YOf(press), height, {sounding.WindDir(i), sounding.WindSpd(i)}});
+    const std::optional<double> y = RightEdgeY(plot.At, press);
+    if (y) placed.push_back({*y, height, {sounding.WindDir(i), sounding.WindSpd(i)}});
   }
   return placed;
 }
@@ -41,14 +42,16 @@ struct Reach {
 };
 
 Reach ReachOf(const PlacedWind& wind, const Options& options) {
-  const WindSymbolSize size = SizeOf(options.BarbSize);
-  const double side = FeathersOnRight(options) ? 1 : -1;
-  const double tip = -size.Shaft * std::cos(Radians(wind.Value.Dir));
-  const double feather =
-      tip - size.Feather * std::cos(Radians(wind.Value.Dir + side * kFeatherAngle));
-  const auto [least, most] = std::minmax({0.0, tip, feather});
-  const double margin = 0.3 * size.Spacing;
-  return {wind.Y + least - margin, wind.Y + most + margin};
+  const Rect extent = SymbolExtent(wind.Value, options);
+  const double margin = 0.3 * SizeOf(options.BarbSize).Spacing;
+  return {wind.Y + extent.Top - margin, wind.Y + extent.Bottom + margin};
+}
+
+// Where a symbol's foot stands so that the symbol keeps inside the column.
+double FootX(double wanted, const Rect& extent) {
+  const double least = kWindColumn.Left - extent.Left;
+  const double most = kWindColumn.Right - extent.Right;
+  return least <= most ? std::clamp(wanted, least, most) : (least + most) / 2;
 }
 
 /// Symbols that would still stand on one another step aside, to the right and to the left.
@@ -115,15 +118,22 @@ void DrawWindColumn(Plot& plot) {
   places.reserve(winds.size());
   for (const PlacedWind& wind : winds) places.push_back(wind.Y);
   const WindSymbolSize size = SizeOf(set.BarbSize);
-  const int ratio = WindRatio(places, set.WindPlotRatio, 2.2 * size.Spacing);
+  // The largest symbols fill the column: without lanes beside the middle they stand further apart.
+  const double lane = 1.35 * size.Shaft;
+  const bool hasLanes = lane < column.Width() / 2;
+  const int ratio = WindRatio(places, set.WindPlotRatio, (hasLanes ? 2.2 : 3.2) * size.Spacing);
   Lanes lanes;
+  double lowest = column.Bottom;
   for (std::size_t i = 0; i < winds.size(); i += static_cast<std::size_t>(ratio)) {
     const PlacedWind& wind = winds[i];
-    const double aside = lanes.Place(ReachOf(wind, set)) * 1.35 * size.Shaft;
-    if (aside != 0) {
-      DrawSegment(plot.Page, "wind lane", {x, wind.Y}, {x + aside, wind.Y}, plot.Inks.Isobar);
+    const Reach reach = ReachOf(wind, set);
+    lowest = std::max(lowest, reach.Bottom);
+    const double wanted = hasLanes ? x + lanes.Place(reach) * lane : x;
+    const double foot = FootX(wanted, SymbolExtent(wind.Value, set));
+    if (foot != x) {
+      DrawSegment(plot.Page, "wind lane", {x, wind.Y}, {foot, wind.Y}, plot.Inks.Isobar);
     }
-    DrawWindSymbol(plot.Page, {x + aside, wind.Y}, wind.Value, set, plot.Inks.Wind);
+    DrawWindSymbol(plot.Page, {foot, wind.Y}, wind.Value, set, plot.Inks.Wind);
     plot.Page.AddHotSpot({{column.Left, wind.Y - size.Spacing, column.Right, wind.Y + size.Spacing},
                           "wind",
                           HeightText(ShownHeight(plot, wind.Height), plot.Units.Height) + ": " +
@@ -133,8 +143,9 @@ void DrawWindColumn(Plot& plot) {
                               " " + std::string(plot.Units.SpeedLabel)});
   }
   if (ratio > 1) {
-    DrawText(plot.Page, "wind ratio", {x, column.Bottom + 270}, RatioCaption(ratio),
-             plot.Inks.Faint, 0.85 * kSmallText, AnchorX::Center);
+    const double below = std::clamp(lowest + 80, column.Bottom + 270, kPageHeight - 80);
+    DrawText(plot.Page, "wind ratio", {x, below}, RatioCaption(ratio), plot.Inks.Faint,
+             0.85 * kSmallText, AnchorX::Center);
   }
   // The limit of the winds: nothing is known above it.
   const double top = std::ranges::min_element(winds, {}, &PlacedWind::Y)->Y;

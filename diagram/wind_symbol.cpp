@@ -62,6 +62,32 @@ bool FeathersOnRight(const Options& options) {
   return options.BarbHemisphere == Hemisphere::Northern;
 }
 
+namespace {
+
+// Strong winds need a longer shaft than the size gives.
+double ShaftLength(const WindSymbolSize& size, const FeatherCount& count) {
+  const double needed =
+      size.Spacing * (1.25 * count.Pennants + count.Feathers + count.Halves + 1.0);
+  return std::max<double>(size.Shaft, needed);
+}
+
+double FeatherLean(const analysis::Wind& wind, const Options& options) {
+  return wind.Dir + (FeathersOnRight(options) ? 1 : -1) * kFeatherAngle;
+}
+
+}  // namespace
+
+Rect SymbolExtent(const analysis::Wind& wind, const Options& options) {
+  const WindSymbolSize size = SizeOf(options.BarbSize);
+  const Point tip =
+      Along({0, 0}, wind.Dir, ShaftLength(size, CountFeathers(wind.Spd, options.Speed)));
+  const Point feather = Along(tip, FeatherLean(wind, options), size.Feather);
+  const double dot = options.WindDots ? size.Dot : 0;
+  const auto [left, right] = std::minmax({-dot, dot, tip.X, feather.X});
+  const auto [top, bottom] = std::minmax({-dot, dot, tip.Y, feather.Y});
+  return {left, top, right, bottom};
+}
+
 void DrawWindSymbol(Picture& page, Point foot, const analysis::Wind& wind, const Options& options,
                     const Pen& pen) {
   if (options.Winds == WindDisplay::None) return;
@@ -75,15 +101,11 @@ void DrawWindSymbol(Picture& page, Point foot, const analysis::Wind& wind, const
     page.Add("wind dot",
              Circle{.Center = foot, .Radius = static_cast<double>(size.Dot), .Fill = {pen.Ink}});
   }
-  // Strong winds need a longer shaft than the size gives.
-  const double needed =
-      size.Spacing * (1.25 * count.Pennants + count.Feathers + count.Halves + 1.0);
-  const double shaft = std::max<double>(size.Shaft, needed);
+  const double shaft = ShaftLength(size, count);
   const Point tip = Along(foot, wind.Dir, shaft);
   if (options.WindShafts) page.Add("wind shaft", Polyline{.Points = {foot, tip}, .Stroke = pen});
 
-  const double side = FeathersOnRight(options) ? 1 : -1;
-  const double lean = wind.Dir + side * kFeatherAngle;
+  const double lean = FeatherLean(wind, options);
   double at = shaft;  // distance of the next symbol from the foot
   const auto pennant = [&](double length, double width) {
     const Point outer = Along(foot, wind.Dir, at);

@@ -37,6 +37,9 @@ FeatherCount CountFeathers(double knots, SpeedUnits units);
 /// hemisphere, or as the feathers option says.
 bool FeathersOnRight(const Options& options);
 
+/// How far a symbol reaches from its foot to each side.
+Rect SymbolExtent(const analysis::Wind& wind, const Options& options);
+
 /// Draws the symbol with its foot at a point.
 void DrawWindSymbol(Picture& page, Point foot, const analysis::Wind& wind, const Options& options,
                     const Pen& pen);

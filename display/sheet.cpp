@@ -8,7 +8,7 @@
 namespace vexa::display {
 namespace {
 
-constexpr double kPageHeight = 7500;
+constexpr double kShape = 4.0 / 3;  // width by height that a page comes near to
 constexpr double kMargin = 250;
 constexpr double kTitle = 230;
 constexpr double kText = kSheetText;
@@ -16,8 +16,8 @@ constexpr double kLine = 190;
 constexpr double kLetter = 0.6;  // width of a fixed letter by its size
 constexpr int kLabelLetters = 44;
 constexpr int kValueLetters = 14;
-constexpr int kNoteLetters = 18;
-constexpr double kColumn = kText * kLetter * (kLabelLetters + kValueLetters + kNoteLetters);
+constexpr std::size_t kGapLetters = 2;
+constexpr std::size_t kMostColumns = 4;
 
 struct Inks {
   Color Paper, Ink, Faint;
@@ -38,15 +38,63 @@ std::size_t LinesOf(const SheetBlock& block) {
   return block.Rows.size() + (block.Heading.empty() ? 1 : 2);
 }
 
+// What stands beside a value: the sign of its step, and its note.
+std::string NoteOf(const SheetRow& row) {
+  std::string note(StressSign(row.Step));
+  if (!note.empty() && !row.Note.empty()) note += ' ';
+  return note + row.Note;
+}
+
+/// A column's parts, as wide as their longest text.
+struct Widths {
+  explicit Widths(const Sheet& sheet) {
+    std::size_t label = 12;
+    std::size_t value = 6;
+    std::size_t note = 4;
+    std::size_t alone = 0;  // rows and headings without a value
+    for (const SheetBlock& block : sheet.Blocks) {
+      alone = std::max(alone, block.Heading.size());
+      for (const SheetRow& row : block.Rows) {
+        const std::string beside = NoteOf(row);
+        if (row.Value.empty() && beside.empty()) {
+          alone = std::max(alone, row.Label.size());
+          continue;
+        }
+        label = std::max(label, row.Label.size());
+        value = std::max(value, row.Value.size());
+        note = std::max(note, beside.size());
+      }
+    }
+    const auto width = [](std::size_t letters) {
+      return kText * kLetter * static_cast<double>(letters);
+    };
+    Label = width(label + kGapLetters);
+    Value = width(value + kGapLetters);
+    Column = std::max(Label + Value + width(note), width(alone));
+  }
+
+  double Label = 0;
+  double Value = 0;
+  double Column = 0;  // all of it
+};
+
 // A place for each line: blocks fill a column and go on in the next.
 class Layout {
  public:
-  explicit Layout(const Sheet& sheet) : top_(kMargin + 2.2 * kTitle) {
+  Layout(const Sheet& sheet, const Widths& widths) : widths_(widths), top_(kMargin + 2.2 * kTitle) {
     std::size_t total = 0;
     for (const SheetBlock& block : sheet.Blocks) total += LinesOf(block);
-    const auto fits = static_cast<std::size_t>((kPageHeight - top_ - kMargin) / kLine);
-    columns_ = std::max<std::size_t>(1, (total + fits - 1) / fits);
-    perColumn_ = (total + columns_ - 1) / columns_ + 1;
+    // As many columns as let the letters be largest on a page of the usual shape.
+    double least = 0;
+    for (std::size_t columns = 1; columns <= kMostColumns; ++columns) {
+      const std::size_t lines = (total + columns - 1) / columns + 1;
+      const double size =
+          std::max((kMargin + static_cast<double>(columns) * (widths_.Column + kMargin)) / kShape,
+                   top_ + static_cast<double>(lines) * kLine + kMargin);
+      if (least > 0 && size >= least) continue;
+      least = size;
+      perColumn_ = lines;
+    }
   }
 
   // Keeps a heading together with its first row.
@@ -56,7 +104,7 @@ class Layout {
 
   Point Next() {
     if (line_ >= perColumn_) NextColumn();
-    const Point at{kMargin + static_cast<double>(column_) * (kColumn + kMargin),
+    const Point at{kMargin + static_cast<double>(column_) * (widths_.Column + kMargin),
                    top_ + (static_cast<double>(line_) + 0.5) * kLine};
     ++line_;
     deepest_ = std::max(deepest_, line_);
@@ -67,7 +115,9 @@ class Layout {
     if (line_ > 0) ++line_;
   }
 
-  double Width() const { return kMargin + static_cast<double>(column_ + 1) * (kColumn + kMargin); }
+  double Width() const {
+    return kMargin + static_cast<double>(column_ + 1) * (widths_.Column + kMargin);
+  }
   double Height() const { return top_ + static_cast<double>(deepest_) * kLine + kMargin; }
 
  private:
@@ -76,8 +126,8 @@ class Layout {
     line_ = 0;
   }
 
+  const Widths& widths_;
   double top_;
-  std::size_t columns_ = 1;
   std::size_t perColumn_ = 1;
   std::size_t column_ = 0;
   std::size_t line_ = 0;
@@ -94,9 +144,9 @@ void Write(Picture& page, std::string_view tag, Point at, std::string text, Colo
                       .Bold = bold});
 }
 
-void DrawRow(Picture& page, const SheetRow& row, Point at, const Inks& inks) {
-  const double valueX = at.X + kText * kLetter * kLabelLetters;
-  const double noteX = valueX + kText * kLetter * kValueLetters;
+void DrawRow(Picture& page, const SheetRow& row, Point at, const Widths& widths, const Inks& inks) {
+  const double valueX = at.X + widths.Label;
+  const double noteX = valueX + widths.Value;
   Write(page, "label", at, row.Label, inks.Ink);
   Color valueInk = inks.Ink;
   if (row.Step != Stress::None) {
@@ -109,10 +159,7 @@ void DrawRow(Picture& page, const SheetRow& row, Point at, const Inks& inks) {
     valueInk = row.Step == Stress::Third ? Color{255, 255, 255} : Color{0, 0, 0};
   }
   Write(page, "value", {valueX, at.Y}, row.Value, valueInk, row.Step != Stress::None);
-  const std::string_view sign = StressSign(row.Step);
-  std::string note(sign);
-  if (!note.empty() && !row.Note.empty()) note += ' ';
-  Write(page, "note", {noteX, at.Y}, note + row.Note, inks.Faint);
+  Write(page, "note", {noteX, at.Y}, NoteOf(row), inks.Faint);
   if (!row.Index.empty()) {
     page.AddHotSpot(
         {{at.X, at.Y - kLine / 2, noteX, at.Y + kLine / 2}, std::string(kIndexSpot), row.Index});
@@ -137,7 +184,8 @@ Color StressColor(Stress stress) {
 
 Picture DrawSheet(const Sheet& sheet, const Options& options) {
   const Inks inks = InksFor(options);
-  Layout measured(sheet);
+  const Widths widths(sheet);
+  Layout measured(sheet, widths);
   const auto walk = [&sheet](Layout& layout, auto&& heading, auto&& row) {
     for (const SheetBlock& block : sheet.Blocks) {
       layout.Begin(LinesOf(block));
@@ -148,7 +196,9 @@ Picture DrawSheet(const Sheet& sheet, const Options& options) {
   };
   walk(
       measured, [](const SheetBlock&, Point) {}, [](const SheetRow&, Point) {});
-  Picture page(measured.Width(), measured.Height(), inks.Paper);
+  const double head =
+      2 * kMargin + 1.2 * kText * kLetter * static_cast<double>(sheet.Subtitle.size());
+  Picture page(std::max(measured.Width(), head), measured.Height(), inks.Paper);
   page.Add("title", Label{.At = {kMargin, kMargin + kTitle / 2},
                           .Text = sheet.Title,
                           .Size = kTitle,
@@ -158,16 +208,16 @@ Picture DrawSheet(const Sheet& sheet, const Options& options) {
                              .Text = sheet.Subtitle,
                              .Size = kText * 1.2,
                              .Ink = inks.Faint});
-  Layout layout(sheet);
+  Layout layout(sheet, widths);
   walk(
       layout,
       [&](const SheetBlock& block, Point at) {
         Write(page, "heading", at, block.Heading, inks.Ink, true);
-        page.Add("rule",
-                 Polyline{.Points = {{at.X, at.Y + kLine / 2}, {at.X + kColumn, at.Y + kLine / 2}},
-                          .Stroke = {.Ink = inks.Faint, .Width = 8}});
+        page.Add("rule", Polyline{.Points = {{at.X, at.Y + kLine / 2},
+                                             {at.X + widths.Column, at.Y + kLine / 2}},
+                                  .Stroke = {.Ink = inks.Faint, .Width = 8}});
       },
-      [&](const SheetRow& row, Point at) { DrawRow(page, row, at, inks); });
+      [&](const SheetRow& row, Point at) { DrawRow(page, row, at, widths, inks); });
   return page;
 }
 

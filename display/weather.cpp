@@ -48,7 +48,10 @@ class Texts {
   }
   std::string Press(const LevelPoint& level) const {
     if (!level.Exists()) return std::string(kNone);
-    return Mask(level.Press, "###0") + (shown_.Set.Pressure == PressureUnits::Mb ? " mb" : " hPa");
+    return Mask(level.Press, "###0") + PressUnit();
+  }
+  std::string PressUnit() const {
+    return " " + std::string(analysis::PressureWord(shown_.Set.Pressure));
   }
   static std::string Number(double value, std::string_view mask, std::string_view unit) {
     return NotAvailable(value) ? std::string(kNone) : Mask(value, mask) + std::string(unit);
@@ -154,10 +157,11 @@ Sheet WinterWeatherSheet(const Shown& shown) {
     return SheetRow{std::move(label), Texts::Number(value, "####0", " m"),
                     likely ? "snow likely" : ""};
   };
-  sheet.Blocks.push_back({"Thickness",
-                          {thickness("1000 - 500 hPa", winter.Thickness1000to500, 5400),
-                           thickness("1000 - 850 hPa", winter.Thickness1000to850, 1300),
-                           thickness("850 - 700 hPa", winter.Thickness850to700, 1540)}});
+  sheet.Blocks.push_back(
+      {"Thickness",
+       {thickness("1000 - 500" + texts.PressUnit(), winter.Thickness1000to500, 5400),
+        thickness("1000 - 850" + texts.PressUnit(), winter.Thickness1000to850, 1300),
+        thickness("850 - 700" + texts.PressUnit(), winter.Thickness850to700, 1540)}});
   sheet.Blocks.push_back({"Near the ground", {texts.Index("Wind-Chill"), texts.Index("WBZ Hgt")}});
   sheet.Blocks.push_back(LevelBlock("Freezing levels", shown.Results.FreezingLevels, texts));
   SheetBlock dendrites{.Heading = "Dendritic growth (-12 to -18 C)"};
@@ -205,8 +209,9 @@ Sheet SoaringSheet(const Shown& shown) {
     if (NotAvailable(temp) || !height.Ok() || NotAvailable(soaring.MaxTemp)) continue;
     const double dry =
         analysis::DryAdiabatTemp(analysis::DryTheta(levels.Press(1), soaring.MaxTemp), press);
-    index.Rows.push_back({Mask(press, "###0") + " hPa   " + texts.Height(height.Value),
-                          Mask(temp - dry, "##0.0"), temp < dry ? "lift" : ""});
+    index.Rows.push_back(
+        {Mask(press, "###0") + texts.PressUnit() + "   " + texts.Height(height.Value),
+         Mask(temp - dry, "##0.0"), temp < dry ? "lift" : ""});
   }
   sheet.Blocks.push_back(std::move(index));
   sheet.Blocks.push_back(CloudBlock(shown.Results.Layers, texts));

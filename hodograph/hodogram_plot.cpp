@@ -3,12 +3,14 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <optional>
+#include <string>
 #include <utility>
 
 #include "core/numbers.h"
 #include "core/units.h"
 #include "hodograph/inks.h"
-#include "hodograph/label_room.h"
+#include "picture/label_room.h"
 
 namespace vexa::hodograph {
 namespace {
@@ -166,10 +168,17 @@ class Drawing {
                                    north + half * std::cos(Radians(degrees))}));
     }
     Line("ground edge", std::move(edge), inks_.Ground);
-    // The distance scale: one interval from the station eastwards.
+    // The distance scale: one interval from the station eastwards, or westwards where the ground
+    // ends before.
     const Point from = view_.ToPage({0, 0, 0});
-    const Point to = view_.ToPage({0, step, 0});
+    const bool isInside = std::hypot(step - east, north) <= half;
+    const Point to = view_.ToPage({0, isInside ? step : -step, 0});
     Line("distance scale", {from, to}, {inks_.Ink, 30, LineStyle::Solid});
+    const Point below{(from.X + to.X) / 2, (from.Y + to.Y) / 2 + 0.8 * kText};
+    const std::string length = Shortest(GridStep()) + (Miles() ? " mi" : " km");
+    const double width = TextWidth(length.size(), 0.85 * kText) / 2;
+    room_.Take({below.X - width, below.Y - kText / 2, below.X + width, below.Y + kText / 2});
+    Text("distance scale", below, length, 0.85 * kText, AnchorX::Center);
   }
 
   bool Feet() const { return hodogram_.Set.GpmUnits == LengthUnits::Feet; }
@@ -190,12 +199,24 @@ class Drawing {
   void HeightLabels() {
     for (double height = HeightStep(); height <= view_.Top; height += HeightStep()) {
       const Point at = view_.ToPage({height, 0, 0});
-      const Rect place{at.X - 600, at.Y - kText / 2, at.X - 90, at.Y + kText / 2};
-      if (!room_.IsFree(place)) continue;
-      room_.Take(place);
-      Text("height label", {at.X - 90, at.Y},
-           Mask(height / MetersPerHeight(), "##0") + (Feet() ? " kft" : " km"), 0.85 * kText,
-           AnchorX::Right);
+      const std::string text = Mask(height / MetersPerHeight(), "##0") + (Feet() ? " kft" : " km");
+      const double width = TextWidth(text.size(), 0.85 * kText);
+      const auto place = [&](bool left) {
+        const double from = left ? at.X - 90 - width : at.X + 90;
+        return Rect{from, at.Y - kText / 2, from + width, at.Y + kText / 2};
+      };
+      // On the side that the balloon's path leaves free, else where no other text stands.
+      std::optional<bool> left;
+      for (const bool overLines : {false, true}) {
+        for (const bool side : {true, false}) {
+          const Rect there = place(side);
+          if (!left && room_.IsFree(there) && (overLines || room_.IsOffLines(there))) left = side;
+        }
+      }
+      if (!left) continue;
+      room_.Take(place(*left));
+      Text("height label", {at.X + (*left ? -90 : 90), at.Y}, text, 0.85 * kText,
+           *left ? AnchorX::Right : AnchorX::Left);
     }
   }
 
@@ -238,6 +259,7 @@ class Drawing {
   void DrawBand(std::vector<Point> points, int band) {
     Pen pen = inks_.Band[static_cast<std::size_t>(band)];
     pen.Width = std::max(pen.Width, 30.0);
+    room_.AvoidLine(points, 35);
     if (pen.Style != LineStyle::Solid) {
       Line("trajectory core", points, {pen.Ink, 8, LineStyle::Solid});
     }

@@ -195,8 +195,11 @@ void DrawHeightMarks(Canvas& canvas, const std::vector<ProfileWind>& winds) {
                            .Fill = {canvas.Colors.Paper},
                            .Stroke = {pen.Ink, canvas.Small ? 10.0 : 16.0, LineStyle::Solid}});
     const std::string text = Shortest(km);
-    const auto place = canvas.Room.Beside(at, TextWidth(text.size(), size), size, radius + 15);
+    const double width = TextWidth(text.size(), size);
+    const auto place =
+        canvas.Room.Beside(at, width, size, radius + 15, {1, 0}, FarthestName(canvas));
     if (!place) continue;
+    DrawLeader(canvas, at, *place, width, size, pen.Ink);
     canvas.Names.emplace_back("height label", Label{.At = *place,
                                                     .Text = text,
                                                     .Across = AnchorX::Center,
@@ -327,7 +330,9 @@ void DrawLegend(Canvas& canvas, const std::vector<ProfileWind>& winds, double to
   }
   for (const LegendItem& item : items) {
     const double left = kPanel.Left + 100;
-    if (item.Stroke.Width > 0) {
+    if (item.Square) {
+      DrawSquare(canvas, "legend square", {left + 300, y}, item.Stroke);
+    } else if (item.Stroke.Width > 0) {
       canvas.Page.Add("legend line",
                       Polyline{.Points = {{left, y}, {left + 600, y}}, .Stroke = item.Stroke});
     }

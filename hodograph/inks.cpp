@@ -1,5 +1,6 @@
 #include "hodograph/inks.h"
 
+#include <cstddef>
 #include <cstdint>
 
 namespace vexa::hodograph {
@@ -30,6 +31,16 @@ Inks InksFor(const Options& options, bool inverted) {
       Pen{ink({205, 0, 0}), 44, LineStyle::Solid}, Pen{ink({0, 140, 0}), 36, LineStyle::Solid},
       Pen{ink({190, 140, 0}), 30, LineStyle::Dash}, Pen{ink({0, 130, 190}), 24, LineStyle::DashDot},
       Pen{ink({130, 60, 160}), 18, LineStyle::Dots}};
+  // Red and green look alike to some: after the colours of Okabe and Ito (2008).
+  const ColorScheme scheme = SchemeOn(options.Screen, options.Scheme);
+  const bool isSafe = scheme == ColorScheme::Safe || scheme == ColorScheme::SafeDark;
+  if (isSafe) {
+    constexpr Color kSafe[] = {
+        {213, 94, 0}, {0, 114, 178}, {190, 140, 0}, {70, 160, 215}, {150, 60, 110}};
+    for (std::size_t band = 0; band < inks.Band.size(); ++band) {
+      inks.Band[band].Ink = ink(kSafe[band]);
+    }
+  }
   inks.ChosenStorm = {ink({150, 0, 90}), 34, LineStyle::Solid};
   inks.OtherStorm = {ink({90, 90, 200}), 18, LineStyle::Solid};
   inks.MeanWind = {ink({140, 80, 20}), 16, LineStyle::Solid};
@@ -39,7 +50,7 @@ Inks InksFor(const Options& options, bool inverted) {
   inks.Compared = {Pen{ink({40, 80, 235}), 20, LineStyle::Dash},
                    Pen{ink({200, 110, 0}), 20, LineStyle::DashDot}};
   inks.Ground = {Blend(inks.Ink, inks.Paper, 0.68), 8, LineStyle::Solid};
-  inks.North = {ink({200, 0, 0}), 26, LineStyle::Solid};
+  inks.North = {ink(isSafe ? Color{213, 94, 0} : Color{200, 0, 0}), 26, LineStyle::Solid};
   return inks;
 }
 

@@ -5,8 +5,8 @@
 
 #include "config/options.h"
 #include "hodograph/inks.h"
-#include "hodograph/label_room.h"
 #include "hodograph/mapping.h"
+#include "picture/label_room.h"
 
 namespace vexa::hodograph {
 

@@ -39,9 +39,11 @@ void DrawArrow(Canvas& canvas, std::string_view tag, const WindVector& from, con
 void DrawName(Canvas& canvas, std::string_view tag, const WindVector& at, std::string text,
               Color ink, Point prefer = {1, 0}) {
   const double size = canvas.Small ? kSmallMarkText : kMarkText;
-  const auto place =
-      canvas.Room.Beside(canvas.At.ToPoint(at), TextWidth(text.size(), size), size, 45, prefer);
+  const double width = TextWidth(text.size(), size);
+  const Point from = canvas.At.ToPoint(at);
+  const auto place = canvas.Room.Beside(from, width, size, 45, prefer, FarthestName(canvas));
   if (!place) return;
+  DrawLeader(canvas, from, *place, width, size, ink);
   canvas.Names.emplace_back(tag, Label{.At = *place,
                                        .Text = std::move(text),
                                        .Across = AnchorX::Center,
@@ -79,6 +81,7 @@ void DrawMover(Canvas& canvas, bool right, bool chosen) {
   const std::string_view tag = chosen ? "storm vector" : "other storm vector";
   DrawArrow(canvas, tag, {}, mover->Motion, pen);
   DrawName(canvas, tag, mover->Motion, std::string(name), pen.Ink, Ahead(mover->Motion));
+  canvas.Room.AvoidLine({canvas.At.ToPoint({}), canvas.At.ToPoint(mover->Motion)}, 30);
   canvas.Legend.push_back({"Storm Vector (" + std::string(name) + ")", pen});
   AddSpot(canvas, tag, mover->Motion,
           "Storm Vector (" + std::string(name) +
@@ -87,15 +90,9 @@ void DrawMover(Canvas& canvas, bool right, bool chosen) {
 
 void DrawMeanWind(Canvas& canvas, const std::optional<WindVector>& mean, std::string_view layer) {
   if (!mean) return;
-  constexpr double kHalf = 45;
   const Point at = canvas.At.ToPoint(*mean);
   if (!canvas.At.Frame.Contains(at)) return;
-  canvas.Page.Add("mean wind", Area{.Rings = {{{at.X - kHalf, at.Y - kHalf},
-                                               {at.X + kHalf, at.Y - kHalf},
-                                               {at.X + kHalf, at.Y + kHalf},
-                                               {at.X - kHalf, at.Y + kHalf}}},
-                                    .Fill = {canvas.Colors.Paper, FillStyle::Plain},
-                                    .Stroke = canvas.Colors.MeanWind});
+  DrawSquare(canvas, "mean wind", at, canvas.Colors.MeanWind);
   DrawName(canvas, "mean wind", *mean, "MW " + std::string(layer), canvas.Colors.MeanWind.Ink);
   AddSpot(canvas, "mean wind", *mean,
           "Mean wind " + std::string(layer) +
@@ -118,6 +115,28 @@ void DrawLine(Canvas& canvas, std::string_view tag, const std::vector<Point>& po
   }
 }
 
+double FarthestName(const Canvas& canvas) {
+  return canvas.Small ? 3 : 12;
+}
+
+void DrawLeader(Canvas& canvas, Point at, Point middle, double width, double height, Color ink) {
+  constexpr double kFar = 150;
+  const Point end{std::clamp(at.X, middle.X - width / 2, middle.X + width / 2),
+                  std::clamp(at.Y, middle.Y - height / 2, middle.Y + height / 2)};
+  if (std::hypot(end.X - at.X, end.Y - at.Y) < kFar) return;
+  canvas.Page.Add("leader", Polyline{.Points = {at, end}, .Stroke = {ink, 7, LineStyle::Solid}});
+}
+
+void DrawSquare(Canvas& canvas, std::string_view tag, Point at, const Pen& pen) {
+  constexpr double kHalf = 45;
+  canvas.Page.Add(tag, Area{.Rings = {{{at.X - kHalf, at.Y - kHalf},
+                                       {at.X + kHalf, at.Y - kHalf},
+                                       {at.X + kHalf, at.Y + kHalf},
+                                       {at.X - kHalf, at.Y + kHalf}}},
+                            .Fill = {canvas.Colors.Paper, FillStyle::Plain},
+                            .Stroke = pen});
+}
+
 void DrawStormVectors(Canvas& canvas) {
   const bool rightFirst = canvas.In.Storm().RightIsChosen;
   DrawMover(canvas, rightFirst, true);
@@ -129,7 +148,7 @@ void DrawMeanWinds(Canvas& canvas) {
   DrawMeanWind(canvas, storm.Mean6km, "0-6");
   DrawMeanWind(canvas, storm.MeanHalfKm, "0-0.5");
   if (storm.Mean6km || storm.MeanHalfKm) {
-    canvas.Legend.push_back({"Mean Wind (MW, km)", canvas.Colors.MeanWind});
+    canvas.Legend.push_back({"Mean Wind (MW, km)", canvas.Colors.MeanWind, true});
   }
 }
 

@@ -8,13 +8,14 @@
 
 #include "hodograph/hodograph_plot.h"
 #include "hodograph/inks.h"
-#include "hodograph/label_room.h"
+#include "picture/label_room.h"
 
 namespace vexa::hodograph {
 
 struct LegendItem {
   std::string Text{};
   Pen Stroke{};
+  bool Square = false;  // shown as the square that it is, not as a line
 };
 
 /// What the steps of one hodograph share.
@@ -37,6 +38,14 @@ std::string WindText(const analysis::WindVector& wind, const Options& options,
 
 void DrawLine(Canvas& canvas, std::string_view tag, const std::vector<Point>& points,
               const Pen& pen);
+
+/// How many gaps a text may stand away from its point; a line leads there from the point.
+double FarthestName(const Canvas& canvas);
+/// That line, where a text stands clearly away from its point.
+void DrawLeader(Canvas& canvas, Point at, Point middle, double width, double height, Color ink);
+
+/// The mark of a mean wind.
+void DrawSquare(Canvas& canvas, std::string_view tag, Point at, const Pen& pen);
 
 /// The movers with their heads at their motions; the chosen one first, so that it leads the legend.
 void DrawStormVectors(Canvas& canvas);

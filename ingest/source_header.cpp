@@ -160,6 +160,22 @@ std::optional<ObservationTime> ParseIsoTime(std::string_view text) {
   return MakeTime(parts[0], parts[1], parts[2], parts[3], parts.size() > 4 ? parts[4] : 0);
 }
 
+namespace {
+
+// A caption of at most so many characters, whole words as far as that leaves more than half of it,
+// without what stands between its parts at its end.
+std::string CutAtWord(const std::string& caption, int most) {
+  std::string cut = CutTitle(caption, most);
+  const bool insideWord = cut.size() < caption.size() && caption[cut.size()] != ' ';
+  const std::size_t blank = cut.rfind(' ');
+  if (insideWord && blank != std::string::npos && blank > cut.size() / 2) cut.resize(blank);
+  const std::size_t last = cut.find_last_not_of(" ,-/");
+  if (last != std::string::npos) cut.resize(last + 1);
+  return cut;
+}
+
+}  // namespace
+
 std::string Caption(const StationName& station, const ObservationTime& time) {
   std::string caption;
   const auto add = [&caption](std::string_view part) {
@@ -171,10 +187,10 @@ std::string Caption(const StationName& station, const ObservationTime& time) {
   add(station.Letters);
   add(station.Name);
   std::string when = TimeText(time);
-  if (when.empty()) return CutTitle(caption);
   if (caption.empty()) return when;
-  caption = CutTitle(caption, kMaxTitle - 2 - static_cast<int>(when.size()));
-  return caption + "  " + when;
+  const int room = when.empty() ? kMaxTitle : kMaxTitle - 2 - static_cast<int>(when.size());
+  caption = CutAtWord(caption, room);
+  return when.empty() ? caption : caption + "  " + when;
 }
 
 void SetPosition(SoundingRecord& record, std::optional<double> lat, std::optional<double> lon) {

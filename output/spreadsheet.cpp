@@ -153,6 +153,8 @@ Quantity Shown(const IndexValue& index, const Source& from) {
               isFahrenheit ? " F" : " C"};
     case Measure::Height:
       return HeightOf(index.Value, from);
+    case Measure::Ground:
+    case Measure::Agl:
     case Measure::Depth:
       return Length(index.Value, from);
     case Measure::Press:

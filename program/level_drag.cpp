@@ -23,6 +23,7 @@ double Apart(Point a, Point b) {
 // The level whose symbol's hot spot contains a place; only the winds that are drawn have one.
 std::optional<int> WindAt(const Program& program, Point at) {
   const SoundingRecord& record = program.Current.Record;
+  const diagram::DiagramMapping& mapping = program.Plot->Mapping;
   for (const HotSpot& spot : program.Plot->Page.HotSpots()) {
     if (spot.Tag != "wind" || !spot.Where.Contains(at)) continue;
     const double middle = (spot.Where.Top + spot.Where.Bottom) / 2;
@@ -31,7 +32,7 @@ std::optional<int> WindAt(const Program& program, Point at) {
     for (int level = 1; level <= record.NumWindLevels(); ++level) {
       const double press = analysis::GetPRESS(program.Results.Levels, record.WindHgt(level));
       if (!HasHeight(press)) continue;
-      const double apart = std::fabs(program.Plot->Mapping.YOf(press) - middle);
+      const double apart = std::fabs(mapping.IsobarY(press, mapping.Frame().Right) - middle);
       if (nearest && apart >= least) continue;
       nearest = level;
       least = apart;

@@ -100,6 +100,12 @@ std::vector<std::string_view> AllPrintDisplays() {
   return names;
 }
 
+std::optional<MultiMode> ModeOfDisplay(std::string_view name) {
+  if (name == "Overlay") return MultiMode::Overlay;
+  if (name == "Compare") return MultiMode::Compare;
+  return std::nullopt;
+}
+
 std::string_view PrintHeading(std::string_view name) {
   for (const PrintRow& row : kRows) {
     if (row.Display.Name == name) return row.Display.Heading;

@@ -2,6 +2,7 @@
 // window, when there is something of it, and its picture under the options of the print.
 #pragma once
 
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -26,6 +27,9 @@ std::vector<PrintDisplay> PrintDisplays(const Program& program);
 
 /// The names of all displays, those too that there is nothing of now.
 std::vector<std::string_view> AllPrintDisplays();
+
+/// The mode of a display that shows further soundings beside the first; empty for any other.
+std::optional<diagram::MultiMode> ModeOfDisplay(std::string_view name);
 
 /// The options under which a display is printed: on white paper, with dark lines where wanted.
 Options PrintOptions(const Program& program, bool darkLines);

@@ -147,9 +147,14 @@ bool Refresh(Program& program, Changes changes) {
     LookAs(program, input);
     std::optional<diagram::SoundingPlot> plot = diagram::PlotSounding(input, ProgressOf(program));
     if (!plot) return {};
+    // The cross stays at its temperature and pressure, which the new axes may put elsewhere.
+    diagram::CursorState& cursor = program.View.Cursor;
+    if (program.Plot && cursor.At) {
+      const diagram::DiagramCoordinates there = program.Plot->Mapping.ToCoordinates(*cursor.At);
+      cursor.At = plot->Mapping.ToPoint(there.Temp, there.Press);
+    }
     program.Plot = std::move(plot);
     // The locked level's text follows its values and units.
-    diagram::CursorState& cursor = program.View.Cursor;
     if (cursor.Level) cursor.Text = CursorDataLabels(program, *cursor.Level);
     finished = true;
     return {};

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "analysis/index_table.h"
 #include "core/files.h"
 #include "core/markers.h"
 #include "core/numbers.h"
@@ -54,7 +55,7 @@ std::vector<std::pair<std::string, std::string>> PropertiesOf(const Program& pro
       {"Time", Time(record.Time)},
       {"Position", Position(record)},
       {"Elevation", Elevation(record)},
-      {"Temperature levels", Span(record.Press, "hPa")},
+      {"Temperature levels", Span(record.Press, analysis::PressureWord(program.Set.Pressure))},
       {"Without dew point", Shortest(static_cast<int>(std::ranges::count_if(dewpts, IsMissing)))},
       {"Wind levels", Span(record.WindHgt, "m")},
       {"Cloud layers", Shortest(record.NumCloudLayers())},

@@ -48,9 +48,9 @@ std::string HotInfo(const Program& program, std::string_view label) {
 }
 
 std::string CursorGridData(const Options& set, const diagram::DiagramCoordinates& at) {
-  const std::string_view unit = set.Pressure == PressureUnits::Hpa ? " hPa" : " mb";
-  return Mask(at.Press, "###0") + std::string(unit) + "   " + TempText(at.Temp, set.TempGridUnits) +
-         ' ' + std::string(Word(set.TempGridUnits)) + "   PT " + PotentialText(at, set);
+  return Mask(at.Press, "###0") + " " + std::string(analysis::PressureWord(set.Pressure)) + "   " +
+         TempText(at.Temp, set.TempGridUnits) + ' ' + std::string(Word(set.TempGridUnits)) +
+         "   PT " + PotentialText(at, set);
 }
 
 std::string CursorDataVexa(const Program& program, double press) {

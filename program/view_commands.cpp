@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "analysis/index_table.h"
 #include "analysis/interpolate.h"
 #include "core/data_checks.h"
 #include "core/files.h"
@@ -128,8 +129,8 @@ std::string CursorDataLabels(const Program& program, int level) {
   const SoundingRecord& record = program.Current.Record;
   if (level < 1 || level > record.NumTempLevels()) return {};
   const Options& set = program.Set;
-  std::string text = "#" + Shortest(level) + "  " + Mask(record.Press(level), "###0.0") +
-                     (set.Pressure == PressureUnits::Hpa ? " hPa" : " mb");
+  std::string text = "#" + Shortest(level) + "  " + Mask(record.Press(level), "###0.0") + " " +
+                     std::string(analysis::PressureWord(set.Pressure));
   if (level > program.Results.Levels.Count()) return text;
   const double height = program.Results.Levels.Height(level);
   if (HasHeight(height)) {

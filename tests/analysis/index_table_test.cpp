@@ -149,9 +149,9 @@ TEST(IndexTable, ShowsValuesInTheUnitsOfTheOptions) {
   options.Speed = SpeedUnits::MetersPerSecond;
   EXPECT_EQ(shown("DownRush-T", options), "69.2 F");
   options.ThermoTemp = TempUnits::Kelvin;
-  EXPECT_EQ(shown("DownRush-T", options), "293.9 K");  // 20.69 C
+  EXPECT_EQ(shown("DownRush-T", options), "293.9 K");   // 20.69 C
   EXPECT_EQ(shown("LCL Hgt", options), "3852 ft AGL");  // 1531 m less 357 m
-  EXPECT_EQ(shown("WBZ Hgt", options), "10570 ft");
+  EXPECT_EQ(shown("WBZ Hgt", options), "10570 ft AGL");
   EXPECT_EQ(shown("500mb Wind", options), "27 m/s");
 }
 
@@ -220,6 +220,26 @@ TEST(IndexTable, LabelsAreTenWideAndTheirOwn) {
   for (const IndexRow& row : IndexTable()) {
     EXPECT_EQ(row.Label.size(), 10u) << row.Label;
     EXPECT_TRUE(labels.insert(Trim(row.Label)).second) << row.Label;
+  }
+}
+
+TEST(IndexTable, FreezingLevelOfColdAndOfFreezingGround) {
+  struct Case {
+    const char* about;
+    SoundingRecord sounding;
+    std::string shown;
+  };
+  const Case cases[] = {
+      {"0 C at the ground", Profile({{1000, 0, -2}, {700, -15, -20}, {500, -30, -40}}, {}, 12),
+       "12 m"},
+      {"frozen throughout", Profile({{1000, -5, -8}, {700, -15, -20}, {500, -30, -40}}, {}, 12),
+       "surface"},
+      {"a level just at 0 C, frozen below",
+       Profile({{1000, -5, -8}, {850, 0, -3}, {500, -30, -40}}, {}, 12), "surface"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.about);
+    EXPECT_EQ(ShownValue(Index("FRZG Lvl", c.sounding), {}, 12), c.shown);
   }
 }
 

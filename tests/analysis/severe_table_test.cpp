@@ -1,5 +1,6 @@
 #include "analysis/severe_table.h"
 
+#include "analysis/analysis.h"
 #include "analysis/index_table.h"
 #include "core/files.h"
 #include "support/soundings.h"
@@ -80,6 +81,22 @@ TEST(SevereTable, IsKeptAndRestored) {
     ASSERT_FALSE(bad);
     EXPECT_NE(bad.Error().Detail.find(c.reason), std::string::npos) << bad.Error().Detail;
   }
+}
+
+TEST(SevereTable, NoEnergyIsNoAlarm) {
+  // Warming with height, so without CAPE, in a sheared wind.
+  const SoundingRecord stable = test::Profile(
+      {{1000, -20, -25}, {850, -10, -20}, {700, -12, -30}, {500, -25, -40}, {300, -50, -60}},
+      {{0, 180, 5}, {1000, 200, 20}, {3000, 230, 30}, {6000, 250, 50}, {9000, 260, 60}});
+  const AnalysisResults results = Analyse(stable, {});
+  for (const SevereValue& value : FillSevereTable(DefaultSevereTable(), results)) {
+    if (value.Text == "BRN - Bulk Richardson No.") {
+      EXPECT_EQ(value.Shown, "0.0");
+      EXPECT_EQ(value.Step, 0);
+      return;
+    }
+  }
+  FAIL() << "no BRN in the table";
 }
 
 }  // namespace

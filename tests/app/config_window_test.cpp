@@ -178,7 +178,7 @@ TEST_F(FormTest, ControlsOfEveryKindChangeThePreview) {
 TEST_F(FormTest, RefusesWhatIsOutOfRangeAndNamesTheRange) {
   Open("mnuProgram");
   Type(At<QWidget>("Search depth"), "9000");
-  EXPECT_EQ(Message(), "Search depth takes 50 to 500 hPa.");
+  EXPECT_EQ(Message(), "Search depth takes 50 to 500 mb.");
   EXPECT_EQ(At<QDoubleSpinBox>("Search depth").value(), 300);
   Settle();
   EXPECT_EQ(program.Set.SearchDepth, 300);
@@ -245,7 +245,7 @@ TEST_F(FormTest, DefaultsComeBackTabByTab) {
   At<QPushButton>("RestoreDefaults").click();
   Settle();
   EXPECT_EQ(program.Set.MbLimit, 100);
-  EXPECT_EQ(At<QComboBox>("MB limit").currentText(), "100 hPa");
+  EXPECT_EQ(At<QComboBox>("MB limit").currentText(), "100 mb");
   EXPECT_FALSE(program.Set.FreezeLine);
 }
 

@@ -68,6 +68,9 @@ TEST_F(CommandLine, WrongUsageEndsWith2AndSaysWhy) {
       {"size", {"plot", file, "-o", "a.svg", "--size", "0x9"}, "20000"},
       {"diagram", {"plot", file, "-o", "a.svg", "--diagram", "stuve"}, "tephigram"},
       {"display", {"plot", file, "-o", "a.svg", "--display", "map"}, "Hodogram3D"},
+      {"overlay of one file",
+       {"plot", file, "-o", "a.svg", "--display", "Overlay"},
+       "several files"},
       {"unknown key", {"plot", file, "-o", "a.svg", "--set", "Colour=1"}, "no option"},
       {"out of range", {"analyze", file, "--set", "Search depth=20"}, "50 to 500"},
   };
@@ -201,6 +204,20 @@ TEST_F(CommandLine, PlotsTheHodographAndTheTrajectory) {
     const std::string name = In(std::string(c.display) + ".svg");
     ASSERT_EQ(RunWords({"plot", Sounding(), "-o", name, "--display", c.display}).Exit, 0);
     EXPECT_NE(ReadFile(PathFromText(name)).Value().find(c.holds), std::string::npos);
+  }
+}
+
+TEST_F(CommandLine, PlotsSeveralFilesTogether) {
+  const std::string first = Sounding();
+  const std::string second = Write("winter.RAW", WriteRaw(test::ReferenceWinter()));
+  for (const char* display : {"Overlay", "compare"}) {
+    const Ran ran = RunWords({"plot", first, second, "-o", In("all.svg"), "--display", display});
+    EXPECT_EQ(ran.Exit, 0) << ran.Err;
+    const Outcome<std::string> picture = ReadFile(PathFromText(In("all.svg")));
+    ASSERT_TRUE(picture);
+    for (const char* title : {"Reference A, convective // 35.2N", "Reference B, winter // 45.0N"}) {
+      EXPECT_NE(picture.Value().find(title), std::string::npos) << title;
+    }
   }
 }
 

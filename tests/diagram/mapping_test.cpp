@@ -105,5 +105,21 @@ TEST(MarkColumn, MovesApartOnlyWhatTouches) {
   EXPECT_LE(kept.back().PlacedY, 9000);
 }
 
+TEST(DiagramMapping, AnIsobarIsFoundAtEveryPlaceAcross) {
+  for (const DiagramType type :
+       {DiagramType::SkewT, DiagramType::Emagram, DiagramType::Tephigram}) {
+    for (const double min : {-70.0, -40.0}) {
+      const DiagramMapping at =
+          Make(type, min, 40).Zoomed({kPlot.Left + 900, kPlot.Top + 800, 5200, 5700});
+      for (const double press : {1000.0, 500.0, 122.0}) {
+        for (const double temp : {-90.0, -20.0, 30.0}) {
+          const Point there = at.ToPoint(temp, press);
+          EXPECT_NEAR(at.IsobarY(press, there.X), there.Y, 1e-3);
+        }
+      }
+    }
+  }
+}
+
 }  // namespace
 }  // namespace vexa::diagram

@@ -74,7 +74,14 @@ TEST(Palette, EveryMainLineStandsOutFromThePaper) {
       EXPECT_GE(ContrastOf((palette.*line.Line).Ink, palette.Paper), 3) << line.Name;
     }
     for (int number = 1; number <= 6; ++number) {
-      EXPECT_GE(ContrastOf(OverlayPen(palette, number).Ink, palette.Paper), 3) << number;
+      const Color ink = OverlayPen(palette, number).Ink;
+      EXPECT_GE(ContrastOf(ink, palette.Paper), 3) << number;
+      for (const Color own : {palette.Temperature.Ink, palette.Dewpoint.Ink}) {
+        EXPECT_GE(std::abs(ink.Red - own.Red) + std::abs(ink.Green - own.Green) +
+                      std::abs(ink.Blue - own.Blue),
+                  100)
+            << number << " looks like the first sounding";
+      }
     }
   }
 }

@@ -97,5 +97,31 @@ TEST(ChooseTempRange, KeepsEveryTemperatureInTheFrame) {
   EXPECT_EQ(range.Max, 20);
 }
 
+// The fixed skew moves the air at 10 hPa by more than the frame's width.
+TEST(ChooseTempRange, HoldsAHighAscentOnTheSkewT) {
+  Options options;
+  options.Above100mb = true;
+  options.AutoHighEmagram = false;
+  const SoundingRecord sounding = Profile({{970, 28, 22},
+                                           {700, 10, -2},
+                                           {500, -10, -25},
+                                           {350, -30, -50},
+                                           {200, -58, -70},
+                                           {100, -62, -80},
+                                           {30, -52, -84},
+                                           {10, -40, -84}});
+  const DiagramChoice choice = ChooseDiagram(sounding, options);
+  ASSERT_EQ(choice.TopPress, 10);
+  const TempRange range = ChooseTempRange(sounding, options, choice, kPlot);
+  const DiagramMapping at(choice.Type, kPlot, range.Min, range.Max, choice.TopPress);
+  for (int i = 1; i <= sounding.NumTempLevels(); ++i) {
+    for (const double temp : {sounding.Temp(i), sounding.Dewpt(i)}) {
+      const Point point = at.ToPoint(temp, sounding.Press(i));
+      EXPECT_GE(point.X, kPlot.Left) << sounding.Press(i);
+      EXPECT_LE(point.X, kPlot.Right) << sounding.Press(i);
+    }
+  }
+}
+
 }  // namespace
 }  // namespace vexa::diagram

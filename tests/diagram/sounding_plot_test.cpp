@@ -4,7 +4,9 @@
 #include <cmath>
 #include <set>
 
+#include "analysis/interpolate.h"
 #include "diagram/palette.h"
+#include "picture/clip.h"
 #include "support/soundings.h"
 
 namespace vexa::diagram {
@@ -306,6 +308,123 @@ TEST(SoundingPlot, ComparesAndOverlays) {
   ASSERT_EQ(caption.size(), 1u);
   EXPECT_EQ(std::get<Label>(caption[0]->Shape).At, (Point{4690, 50}));
   EXPECT_TRUE(Texts(plot.Page, "surface label").empty()) << "only the line with other soundings";
+}
+
+// What the edges tell must be what the diagram itself reads there, curved isobars or not.
+TEST(SoundingPlot, MarksStandOnTheirIsobars) {
+  const SoundingRecord sounding = test::ReferenceConvective();
+  for (const DiagramType type : {DiagramType::SkewT, DiagramType::Tephigram}) {
+    Options options;
+    options.Diagram = type;
+    options.TempScaling = Scaling::Manual;
+    options.TempMin = -70;
+    options.TempMax = 40;
+    options.WindDots = options.StabilityBars = true;
+    options.RightScale = HeightScale::Kilometers;
+    const analysis::AnalysisResults results = analysis::Analyse(sounding, options);
+    const SoundingPlot plot =
+        *PlotSounding({.Sounding = sounding, .Results = results, .Set = options});
+    const Rect frame = plot.Mapping.Frame();
+    const auto read = [&](double x, double y) { return plot.Mapping.ToCoordinates({x, y}).Press; };
+
+    const analysis::ParcelAscent& parcel = results.Chosen();
+    std::vector<double> marked;
+    for (const Item* item : Tagged(plot.Page, "parcel level")) {
+      marked.push_back(read(frame.Right, std::get<Polyline>(item->Shape).Points.back().Y));
+    }
+    ASSERT_GE(marked.size(), 3U);
+    EXPECT_NEAR(marked[0], parcel.Condensation.Press, 0.1);
+    EXPECT_NEAR(marked[1], parcel.FreeLevel.Press, 0.1);
+
+    const auto bars = Tagged(plot.Page, "inversion");
+    ASSERT_FALSE(bars.empty());
+    const Point foot = std::get<Polyline>(bars[0]->Shape).Points.front();
+    EXPECT_NEAR(read(foot.X, foot.Y), results.Inversions.at(0).Base.Press, 0.1);
+
+    // The tenth kilometre, by the sounding's own heights.
+    const auto scale = Tagged(plot.Page, "height scale label");
+    const auto ten = std::ranges::find_if(
+        scale, [](const Item* item) { return std::get<Label>(item->Shape).Text == "10"; });
+    ASSERT_NE(ten, scale.end());
+    EXPECT_NEAR(read(frame.Right, std::get<Label>((*ten)->Shape).At.Y),
+                analysis::GetPRESS(results.Levels, 10000), 0.1);
+
+    const double lowestWind = std::get<Circle>(Tagged(plot.Page, "wind dot").at(0)->Shape).Center.Y;
+    EXPECT_NEAR(read(frame.Right, lowestWind),
+                analysis::GetPRESS(results.Levels, sounding.WindHgt(1)), 0.1);
+  }
+}
+
+TEST(SoundingPlot, LevelLabelsKeepOffTracesAndOneAnother) {
+  // The ascent runs up close to the right edge, with an inversion at the tropopause.
+  const SoundingRecord sounding = Profile({{1000, 38, 27},
+                                           {950, 34, 24},
+                                           {900, 30, 22},
+                                           {850, 26, 19},
+                                           {700, 14, 3},
+                                           {500, -6, -30},
+                                           {300, -34, -55},
+                                           {200, -56, -75},
+                                           {150, -64, -80},
+                                           {140, -58, -80},
+                                           {100, -57, -82}});
+  for (const DiagramType type :
+       {DiagramType::SkewT, DiagramType::Emagram, DiagramType::Tephigram}) {
+    Options options;
+    options.Diagram = type;
+    options.DryLabel = true;
+    options.FreezeLine = options.TropoLine = true;
+    const SoundingPlot plot = Draw(sounding, options);
+    std::vector<Rect> boxes;
+    for (const char* tag : {"parcel level label", "inversion label", "tropopause label",
+                            "freezing level label", "surface label"}) {
+      for (const Item* item : Tagged(plot.Page, tag)) {
+        const Label& label = std::get<Label>(item->Shape);
+        // Half the size is what a letter is wide on average; capitals are 0.7 of it high.
+        const double width = 0.5 * label.Size * static_cast<double>(label.Text.size());
+        const double left = label.Across == AnchorX::Right ? label.At.X - width : label.At.X;
+        const Rect box{left, label.At.Y - 0.35 * label.Size, left + width,
+                       label.At.Y + 0.35 * label.Size};
+        for (const Rect& other : boxes) {
+          EXPECT_FALSE(box.Left < other.Right && other.Left < box.Right && box.Top < other.Bottom &&
+                       other.Top < box.Bottom)
+              << label.Text;
+        }
+        boxes.push_back(box);
+        if (std::string_view(tag) == "surface label") continue;
+        for (const char* line : {"temperature", "dew point", "tropopause", "surface line"}) {
+          for (const Item* drawn : Tagged(plot.Page, line)) {
+            const auto& points = std::get<Polyline>(drawn->Shape).Points;
+            EXPECT_TRUE(ClipPolyline(points, box).empty()) << label.Text << " on " << line;
+          }
+        }
+      }
+    }
+    EXPECT_GE(boxes.size(), 5U);
+  }
+}
+
+TEST(SoundingPlot, HeightsSayWhatTheyCountFrom) {
+  Options options;
+  options.Heights = HeightMode::Agl;
+  options.FreezeLine = true;
+  const SoundingPlot plot = Draw(test::ReferenceConvective(), options);
+  for (const std::string& text : Texts(plot.Page, "freezing level label")) {
+    EXPECT_TRUE(text.ends_with(" m AGL")) << text;
+  }
+  const std::vector<std::string> labels = Texts(plot.Page, "analysis label");
+  const std::vector<std::string> values = Texts(plot.Page, "analysis value");
+  const auto elevation = std::ranges::find(labels, "  Stn Elev");
+  ASSERT_NE(elevation, labels.end());
+  EXPECT_EQ(values.at(static_cast<std::size_t>(elevation - labels.begin())), "357 m");
+}
+
+TEST(SoundingPlot, WithoutAParcelThereIsNoEnergyEither) {
+  const SoundingPlot plot = Draw(Profile({{1000, 20, 999.9}, {700, 5, 999.9}, {500, -10, 999.9}}));
+  const std::vector<std::string> table = Texts(plot.Page, "lift table");
+  ASSERT_GE(table.size(), 3U);
+  EXPECT_EQ(table[1], "CAPE          --      --      --");
+  EXPECT_EQ(table[2], "CIN           --      --      --");
 }
 
 }  // namespace

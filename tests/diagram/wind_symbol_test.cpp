@@ -4,7 +4,10 @@
 
 #include <algorithm>
 
+#include "analysis/analysis.h"
+#include "diagram/sounding_plot.h"
 #include "diagram/wind_column.h"
+#include "support/soundings.h"
 
 namespace vexa::diagram {
 namespace {
@@ -94,6 +97,46 @@ TEST(WindColumn, DrawsEveryNthWindOnlyWhereTheyCrowd) {
   EXPECT_EQ(WindRatio(spaced(100, 25), 0, 60), 3);
   EXPECT_EQ(WindRatio(spaced(100, 25), 7, 60), 7) << "the option decides";
   EXPECT_EQ(WindRatio({}, 0, 60), 1);
+}
+
+TEST(WindColumn, KeepsItsSymbolsOfEverySizeInside) {
+  const SoundingRecord sounding = test::Profile(
+      {{1000, 20, 15}, {700, 5, 0}, {500, -10, -30}, {200, -55, -70}},
+      {{0, 90, 25}, {1500, 200, 60}, {3000, 270, 110}, {6000, 300, 45}, {9000, 0, 80}});
+  for (const WindSize size : {WindSize::Huge, WindSize::Big, WindSize::Medium, WindSize::Small}) {
+    Options options;
+    options.BarbSize = size;
+    options.WindPlotRatio = 1;
+    options.WindPlotsBox = true;
+    const analysis::AnalysisResults results = analysis::Analyse(sounding, options);
+    const SoundingPlot plot =
+        *PlotSounding({.Sounding = sounding, .Results = results, .Set = options});
+    double left = 0;
+    double right = 0;
+    double least = 1e9;
+    double most = 0;
+    const auto reach = [&](const std::vector<Point>& points) {
+      for (const Point& at : points) {
+        least = std::min(least, at.X);
+        most = std::max(most, at.X);
+      }
+    };
+    for (const Item& item : plot.Page.Items()) {
+      const auto* line = std::get_if<Polyline>(&item.Shape);
+      if (item.Tag == "wind box") {
+        left = line->Points[0].X;
+        right = line->Points[1].X;
+      } else if (item.Tag == "wind shaft" || item.Tag == "wind feather") {
+        reach(line->Points);
+      } else if (item.Tag == "wind pennant") {
+        reach(std::get<Area>(item.Shape).Rings.at(0));
+      }
+    }
+    // The strongest wind's symbol of the largest size is wider than the column: it stands amid it.
+    const double room = size == WindSize::Huge ? 200 : 1;
+    EXPECT_GE(least, left - room) << static_cast<int>(size);
+    EXPECT_LE(most, right + room) << static_cast<int>(size);
+  }
 }
 
 }  // namespace

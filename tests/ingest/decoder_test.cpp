@@ -323,6 +323,12 @@ TEST(SourceHeader, TimesAndCaptions) {
       Caption({3772, "", std::string(60, 'N')}, ObservationTime{1999, 5, 4, 0, 0});
   EXPECT_EQ(caption, "03772 - " + std::string(29, 'N') + "  00Z 04 May 1999");
   EXPECT_EQ(caption.size(), 54U);
+  // Where the name is cut, it ends with a whole word and without what would join the next.
+  EXPECT_EQ(
+      Caption({42182, "VIDD", "NEW DELHI/SAFDARJUNG, IN"}, ObservationTime{2026, 2, 5, 23, 0}),
+      "42182 - VIDD - NEW DELHI/SAFDARJUNG  23Z 05 Feb 2026");
+  EXPECT_EQ(Caption({10618, "ETGI", "IDAR-OBERSTEIN, GERMANY"}, ObservationTime{2026, 2, 5, 5, 0}),
+            "10618 - ETGI - IDAR-OBERSTEIN  05Z 05 Feb 2026");
 }
 
 }  // namespace

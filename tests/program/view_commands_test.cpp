@@ -154,6 +154,32 @@ TEST_F(ViewTest, ALockedCursorStepsLevelsUntilTheDiagramIsRefreshed) {
   EXPECT_FALSE(program.View.Cursor.Level);
 }
 
+TEST_F(ViewTest, TheCrossStaysAtItsTemperatureAndPressure) {
+  const Point at = program.Plot->Mapping.ToPoint(-20, 450);
+  CursorSetup(program, at);
+  const auto there = [&] { return program.Plot->Mapping.ToCoordinates(*program.View.Cursor.At); };
+  Do(ZoomBy(program, {at.X + 900, at.Y + 500}, 2));
+  EXPECT_NEAR(there().Press, 450, 0.1);
+  EXPECT_NEAR(there().Temp, -20, 0.1);
+  program.Set.Diagram = DiagramType::Emagram;
+  Do({.Options = true});
+  EXPECT_NEAR(there().Press, 450, 0.1);
+  EXPECT_NEAR(there().Temp, -20, 0.1);
+  // Zoomed away it is not drawn, and it is back with the whole diagram.
+  const Rect frame = program.Plot->Mapping.Frame();
+  Do(ZoomBy(program, {frame.Right, frame.Bottom}, 8));
+  const auto crosses = [&] {
+    return diagram::CursorMarks(program.Plot->Mapping, program.Current.Record, program.View.Cursor,
+                                {}, {})
+        .Items()
+        .size();
+  };
+  EXPECT_EQ(crosses(), 0U);
+  Do(ZoomBy(program, {frame.Right, frame.Bottom}, 0.01));
+  EXPECT_EQ(crosses(), 2U);
+  EXPECT_NEAR(there().Press, 450, 0.1);
+}
+
 TEST_F(ViewTest, ADragIsOneEditThatCanBeTakenBackOrUndone) {
   program.Set.TephigramWarning = false;
   const SoundingRecord before = program.Current.Record;

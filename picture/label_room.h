@@ -3,13 +3,15 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
+#include <cstddef>
 #include <functional>
 #include <optional>
 #include <vector>
 
 #include "picture/picture.h"
 
-namespace vexa::hodograph {
+namespace vexa {
 
 class LabelRoom {
  public:
@@ -27,13 +29,34 @@ class LabelRoom {
   void Avoid(Point at, double reach) {
     avoided_.push_back({at.X - reach, at.Y - reach, at.X + reach, at.Y + reach});
   }
+  void AvoidLine(const std::vector<Point>& line, double reach) {
+    if (line.empty()) return;
+    Point last = line.front();
+    Avoid(last, reach);
+    for (const Point& to : line) {
+      const double dx = to.X - last.X;
+      const double dy = to.Y - last.Y;
+      const double length = std::max(std::fabs(dx), std::fabs(dy));
+      // Points closer than a text would notice are one.
+      if (length < reach / 2 && &to != &line.back()) continue;
+      const int steps = 1 + static_cast<int>(length / (2 * reach));
+      for (int step = 1; step <= steps; ++step) {
+        const double share = static_cast<double>(step) / steps;
+        Avoid({last.X + share * dx, last.Y + share * dy}, reach);
+      }
+      last = to;
+    }
+  }
 
   /// Middle of a free place for a text of this extent beside a point, nearest first and, among
-  /// those, on the preferred side; taken when found.
+  /// those, on the preferred side; taken when found. No further away than so many gaps, and over
+  /// lines only where there is no place off them.
   std::optional<Point> Beside(Point at, double width, double height, double gap,
-                              Point prefer = {1, 0}) {
+                              Point prefer = {1, 0}, double farthest = 3) {
     for (const bool overLines : {false, true}) {
-      if (const auto middle = Beside(at, width, height, gap, prefer, overLines)) return middle;
+      const auto middle =
+          Beside(at, width, height, gap, prefer, overLines ? 3 : farthest, overLines);
+      if (middle) return middle;
     }
     return std::nullopt;
   }
@@ -47,12 +70,13 @@ class LabelRoom {
   }
 
   std::optional<Point> Beside(Point at, double width, double height, double gap, Point prefer,
-                              bool overLines) {
+                              double farthest, bool overLines) {
     std::array<Point, 8> ways = {
         {{1, 0}, {0.8, -0.9}, {0, -1}, {-0.8, -0.9}, {-1, 0}, {-0.8, 0.9}, {0, 1}, {0.8, 0.9}}};
     std::ranges::stable_sort(ways, std::greater<>(),
                              [&](const Point& way) { return way.X * prefer.X + way.Y * prefer.Y; });
-    for (const double far : {1.0, 1.9, 3.0}) {
+    for (const double far : {1.0, 1.9, 3.0, 5.0, 8.0, 12.0}) {
+      if (far > farthest) break;
       for (const Point& way : ways) {
         const Point middle{at.X + way.X * (width / 2 + gap * far),
                            at.Y + way.Y * (height / 2 + gap * far)};
@@ -76,4 +100,4 @@ inline double TextWidth(std::size_t characters, double size) {
   return 0.58 * size * static_cast<double>(characters);
 }
 
-}  // namespace vexa::hodograph
+}  // namespace vexa

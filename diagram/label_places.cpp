@@ -1,0 +1,93 @@
+#include "diagram/label_places.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <variant>
+#include <vector>
+
+namespace vexa::diagram {
+namespace {
+
+constexpr double kLineReach = 18;  // of a line to each side, drawing units
+
+// Lines that may not run through a text; the grid may.
+constexpr std::array<std::string_view, 17> kLines = {"temperature",
+                                                     "dew point",
+                                                     "virtual temperature",
+                                                     "parcel",
+                                                     "other temperature",
+                                                     "other dew point",
+                                                     "reference temperature",
+                                                     "reference dew point",
+                                                     "standard atmosphere",
+                                                     "surface line",
+                                                     "freezing level",
+                                                     "tropopause",
+                                                     "custom line",
+                                                     "inversion",
+                                                     "layer",
+                                                     "soaring",
+                                                     "contrail"};
+
+struct Shift {
+  double In = 0;  // away from the anchor's side
+  double Down = 0;
+  double Cost() const { return std::fabs(Down) + 0.3 * In; }
+};
+
+std::vector<Shift> Shifts() {
+  std::vector<Shift> shifts;
+  for (int in = 0; in <= 14; ++in) {
+    for (const double down : {0.0, -80.0, 80.0, -110.0, 110.0, -160.0, 160.0, -240.0, 240.0}) {
+      shifts.push_back({in * 200.0, down});
+    }
+  }
+  std::ranges::stable_sort(shifts, {}, &Shift::Cost);
+  return shifts;
+}
+
+}  // namespace
+
+Rect TextPlace(Point at, std::string_view text, double size, AnchorX across) {
+  const double width = TextWidth(text.size(), size);
+  const double half = 0.45 * size;
+  double left = at.X;
+  if (across == AnchorX::Center) left -= width / 2;
+  if (across == AnchorX::Right) left -= width;
+  return {left, at.Y - half, left + width, at.Y + half};
+}
+
+LabelRoom RoomOn(const Plot& plot) {
+  const Rect& frame = plot.At.Frame();
+  LabelRoom room(frame);
+  for (const Item& item : plot.Page.Items()) {
+    if (const auto* label = std::get_if<Label>(&item.Shape)) {
+      if (frame.Contains(label->At)) {
+        room.Take(TextPlace(label->At, label->Text, label->Size, label->Across));
+      }
+    } else if (const auto* line = std::get_if<Polyline>(&item.Shape)) {
+      if (std::ranges::find(kLines, item.Tag) != kLines.end()) {
+        room.AvoidLine(line->Points, kLineReach);
+      }
+    }
+  }
+  return room;
+}
+
+Point TakePlace(LabelRoom& room, Point wanted, std::string_view text, double size, AnchorX across) {
+  const double inward = across == AnchorX::Right ? -1 : 1;
+  const std::vector<Shift> shifts = Shifts();
+  for (const bool overLines : {false, true}) {
+    for (const Shift& shift : shifts) {
+      const Point at{wanted.X + inward * shift.In, wanted.Y + shift.Down};
+      const Rect place = TextPlace(at, text, size, across);
+      if (!room.IsFree(place) || (!overLines && !room.IsOffLines(place))) continue;
+      room.Take(place);
+      return at;
+    }
+  }
+  return wanted;
+}
+
+}  // namespace vexa::diagram

@@ -1,0 +1,24 @@
+// Places for texts on the diagram: what stands on the page already says where there is room, so
+// that every label asks the same way and none has to know of the others.
+#pragma once
+
+#include <string_view>
+
+#include "diagram/plot_state.h"
+#include "picture/label_room.h"
+
+namespace vexa::diagram {
+
+/// The rectangle that a text covers, near enough for keeping texts apart.
+Rect TextPlace(Point at, std::string_view text, double size, AnchorX across);
+
+/// The frame of the diagram with the texts that stand in it, and with the traces and lines that
+/// texts keep off where they can.
+LabelRoom RoomOn(const Plot& plot);
+
+/// The nearest place to the wanted one with room for a text, off the lines where there is such a
+/// place; the text may move a little up or down, and across only away from its anchor's side. The
+/// place is taken. The wanted one stays where everything is full.
+Point TakePlace(LabelRoom& room, Point wanted, std::string_view text, double size, AnchorX across);
+
+}  // namespace vexa::diagram
