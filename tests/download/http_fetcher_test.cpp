@@ -66,7 +66,7 @@ TEST_F(HttpFetching, EveryWayAnAnswerMayEnd) {
       {"/endless",
        {{"HTTP/1.1 200 OK\r\nContent-Type: text/plain\r\n\r\n", Then::GoOnForever}},
        FetchEnd::NoAnswer,
-       2,
+       1,
        "too long"},
       {"/slow-but-whole",
        {{"HTTP/1.1 200 OK\r\nContent-Type: text/plain\r\nContent-Length: 50\r\n\r\n",
