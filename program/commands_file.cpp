@@ -169,8 +169,46 @@ bool LoadOne(Program& program, const std::filesystem::path& path, int index, boo
   return true;
 }
 
-Changes LoadFirst(Program& program, const std::vector<std::filesystem::path>& paths) {
-  if (!paths.empty() && !MayLeaveSounding(program)) return {};
+namespace {
+
+bool HoldsSounding(const std::filesystem::path& file) {
+  std::vector<std::string> notes;
+  const Outcome<SourceText> source = ingest::ReadSource(file, notes);
+  return source && ingest::FindDecoder(source.Value()) != nullptr;
+}
+
+// A folder stands for the files in it that hold soundings, in the order of stepping.
+std::vector<std::filesystem::path> FilesIn(Program& program,
+                                           const std::vector<std::filesystem::path>& given) {
+  std::vector<std::filesystem::path> files;
+  for (const std::filesystem::path& path : given) {
+    std::error_code failed;
+    if (!std::filesystem::is_directory(path, failed)) {
+      files.push_back(path);
+      continue;
+    }
+    std::vector<std::filesystem::path> inside;
+    for (std::filesystem::directory_iterator at(path, failed), end; !failed && at != end;
+         at.increment(failed)) {
+      std::error_code ignored;
+      if (at->is_regular_file(ignored) && HoldsSounding(at->path())) inside.push_back(at->path());
+    }
+    if (inside.empty()) {
+      const std::string name = TextFromPath(path.filename());
+      ErrorReport(program.Current,
+                  Fault{kFaultFormat, "LoadFirst", "there is no sounding in the folder", name});
+    }
+    SortForStepping(inside, program.Set.System);
+    files.insert(files.end(), inside.begin(), inside.end());
+  }
+  return files;
+}
+
+}  // namespace
+
+Changes LoadFirst(Program& program, const std::vector<std::filesystem::path>& given) {
+  if (!given.empty() && !MayLeaveSounding(program)) return {};
+  const std::vector<std::filesystem::path> paths = FilesIn(program, given);
   if (paths.size() == 1) {
     const std::vector<std::string> titles = TitlesIn(program, paths.front());
     if (titles.size() > 1) return LoadChosen(program, paths.front(), titles);
@@ -190,7 +228,7 @@ Changes LoadFirst(Program& program, const std::vector<std::filesystem::path>& pa
 
 Changes LoadAt(Program& program, const std::filesystem::path& path, int index) {
   if (!MayLeaveSounding(program) || !LoadOne(program, path, index)) return {};
-  program.Listed = {path};
+  program.Listed = {Whole(path)};
   program.ListedIndex = {index};
   program.ListedNow = 0;
   StartHeaders(program, {});

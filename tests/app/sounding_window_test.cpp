@@ -105,8 +105,11 @@ TEST_F(WindowTest, DroppedFilesOpenAndCanBeSteppedThrough) {
   QDragEnterEvent enter({50, 50}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
   QApplication::sendEvent(&window, &enter);
   EXPECT_TRUE(enter.isAccepted());
-  QDropEvent drop({50, 50}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+  // The source proposes to move, and would remove what it gave.
+  QDropEvent drop({50, 50}, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, Qt::NoModifier);
+  drop.setDropAction(Qt::MoveAction);
   QApplication::sendEvent(&window, &drop);
+  EXPECT_EQ(drop.dropAction(), Qt::CopyAction);
   EXPECT_EQ(program.Current.FileName, "M\xC3\xBCnchen 1.RAW");
 
   auto* sequence = window.findChild<QScrollBar*>("ScrollSoundings");
@@ -114,6 +117,42 @@ TEST_F(WindowTest, DroppedFilesOpenAndCanBeSteppedThrough) {
   sequence->setValue(1);
   EXPECT_EQ(program.Current.FileName, "b.RAW");
   EXPECT_TRUE(interaction.Kept().empty());
+}
+
+// A folder stands for the soundings in it.
+TEST_F(WindowTest, EveryFormatAndAFolderCanBeDropped) {
+  const std::filesystem::path samples = test::TestData("spc_text.spc").parent_path();
+  const auto dropped = [this](const std::filesystem::path& path) {
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(QString::fromStdString(TextFromPath(path)))});
+    QDragEnterEvent enter({50, 50}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&window, &enter);
+    QDropEvent drop({50, 50}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&window, &drop);
+  };
+  for (const auto& [name, format] : {std::pair{"native_1_9.RAW", "RAW"},
+                                     {"dump_sheet.csv", "COLUMNS"},
+                                     {"columns_units.txt", "COLUMNS"},
+                                     {"dropsonde_raw.txt", "DROPSONDE"},
+                                     {"dropsonde_report.frd", "DROPSONDE"},
+                                     {"eol_one.eol", "CLASS"},
+                                     {"spc_text.spc", "SPC"},
+                                     {"packed.txt.gz", "SPC"},
+                                     {"packed.zip", "SPC"},
+                                     {"wyoming_csv.csv", "WYOMING"},
+                                     {"wyoming_page.html", "WYOMING"},
+                                     {"fsl_model.txt", "FSL"}}) {
+    SCOPED_TRACE(name);
+    dropped(samples / name);
+    EXPECT_EQ(program.Current.FileName, name);
+    EXPECT_EQ(program.Current.Record.DataFormat, format);
+  }
+  Saved("b.RAW", test::ReferenceConvective());
+  const std::filesystem::path both = Saved("a.RAW", test::ReferenceWinter()).parent_path();
+  EXPECT_FALSE(SaveFile(both / "notes.txt", "no sounding"));
+  dropped(both);
+  EXPECT_EQ(program.Current.FileName, "a.RAW");
+  EXPECT_EQ(program.Listed.size(), 2U);
 }
 
 TEST_F(WindowTest, WindowsOfDataOpenFromTheMenuAndFollow) {

@@ -2,12 +2,14 @@
 // table of decoders by its name, --row=unpack the archives; --rows lists them and --seed=FILE tells
 // by the exit code whether a file belongs to the row.
 #include <algorithm>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "core/data_checks.h"
 #include "core/files.h"
@@ -37,10 +39,7 @@ void Decode(const vexa::SourceText& source, int index) {
   vexa::ingest::LoadContext context{.Index = index};
   vexa::SoundingRecord record;
   vexa::ClearData(record);
-  const auto fault =
-      vexa::Guarded("fuzz", [&] { return chosenRow->Decode(source, context, record); });
-  vexa::PressureDupe(record);
-  vexa::SortData(record);
+  const auto fault = vexa::ingest::DecodeSounding(source, context, record);
   vexa::CheckRecord(record);
   // What the standard library had to refuse is a fault of ours.
   constexpr int kThrown = 51;
@@ -48,6 +47,13 @@ void Decode(const vexa::SourceText& source, int index) {
     std::fprintf(stderr, "thrown: %s\n", fault->Detail.c_str());
     std::abort();
   }
+}
+
+// By the way that files take; a text that several rows recognise goes to the first of them.
+void DecodeFirstAndLast(const vexa::SourceText& source) {
+  const std::size_t count = vexa::ingest::ListSoundings(source).size();
+  Decode(source, 0);
+  if (count > 1) Decode(source, static_cast<int>(count) - 1);
 }
 
 [[noreturn]] void ListRows() {
@@ -88,14 +94,13 @@ extern "C" int LLVMFuzzerInitialize(int* count, char*** words) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   std::string bytes(reinterpret_cast<const char*>(data), size);
   if (chosenRow == nullptr) {
-    static_cast<void>(vexa::ingest::Unpack(bytes));
+    std::vector<std::string> notes;
+    const auto archive = vexa::ingest::ReadSource("input", std::move(bytes), notes);
+    if (archive) DecodeFirstAndLast(archive.Value());
     return 0;
   }
-  const vexa::SourceText source("input", std::move(bytes));
-  if (!chosenRow->Recognises(source)) return 0;
-  std::size_t count = 1;
-  if (chosenRow->List != nullptr) count = chosenRow->List(source).size();
-  Decode(source, 0);
-  if (count > 1) Decode(source, static_cast<int>(count) - 1);
+  vexa::SourceText source("input", std::move(bytes));
+  source.SetWrittenOn(std::chrono::sys_days(std::chrono::days(20000)));
+  if (chosenRow->Recognises(source)) DecodeFirstAndLast(source);
   return 0;
 }

@@ -99,6 +99,21 @@ TEST(Bufr, DamageLeavesTheOtherMessages) {
   EXPECT_EQ(nothing.Failed->Detail, "cut.bufr: Messages that are damaged or cut off, left out: 1");
 }
 
+// Tables of a version that the library has no files for break an assumption of its parser.
+TEST(Bufr, TablesThatTheLibraryGivesUpOnAreDamage) {
+  constexpr std::size_t kMasterTable = 21, kLocalTable = 22;
+  std::string damaged = Bytes();
+  const std::size_t message = damaged.find("BUFR");
+  damaged[message + kMasterTable] = '\xe8';
+  damaged[message + kLocalTable] = 1;
+  const Decoded decoded = Decode(SourceText("tables.bufr", damaged));
+  ASSERT_FALSE(decoded.Failed) << decoded.Failed->Detail;
+  EXPECT_NE(std::ranges::find(decoded.Notes,
+                              "Left out: a message cannot be unpacked: the BUFR library gave up "
+                              "on it."),
+            decoded.Notes.end());
+}
+
 struct RealFile {
   const char* Name;
   int Index, Soundings;
