@@ -190,7 +190,7 @@ double MesoscaleVector(In& in) {
   }
   const Wind moves = FromComponents({cloud.U / 4 - low.U, cloud.V / 4 - low.V});
   in.Note("propagates from", moves.Dir, "deg");
-  if (!in.Failed()) in.Say(DirectionAndSpeed(moves));
+  if (!in.Failed()) in.Say(DirectionAndSpeed({moves.Dir, in.ShownSpeed(moves.Spd)}));
   return moves.Spd;
 }
 

@@ -11,6 +11,9 @@ namespace vexa::analysis::formula {
 using In = IndexReader;
 
 /// Direction rounded to whole degrees, "/" and the speed rounded: "281/32". North is 360.
+/// Decimals to which differences of reported tenths are compared with limits.
+inline constexpr int kExactDecimals = 6;
+
 std::string DirectionAndSpeed(const Wind& wind);
 
 // Stability and moisture.

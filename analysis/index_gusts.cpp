@@ -155,7 +155,8 @@ double SecondGust(In& in) {
 double LargerGust(In& in) {
   const double first = in.Note("T1 gust", FirstGust(in), "kt");
   const double second = in.Note("T2 gust", SecondGust(in), "kt");
-  if (!in.Failed()) in.Say(Mask(first, "##0") + "/" + Mask(second, "##0"));
+  if (!in.Failed())
+    in.Say(Mask(in.ShownSpeed(first), "##0") + "/" + Mask(in.ShownSpeed(second), "##0"));
   return std::max(first, second);
 }
 

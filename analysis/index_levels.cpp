@@ -81,7 +81,7 @@ double FreezingLevelShown(In& in) {
     if (levels.Temp(1) < 0) in.Say("surface");
     return levels.Height(1);
   }
-  return in.FreezingHeight() + levels.Height(1);
+  return in.FreezingHeight() + in.Note("ground", levels.Height(1), "m");
 }
 
 double CclElHeight(In& in) {
@@ -115,10 +115,11 @@ double LfcAboveLcl(In& in) {
 double WarmCloudDepth(In& in) {
   const double lcl = LclHeight(in);
   if (in.Failed()) return 0;
-  in.Note("LCL", lcl, "m");
   const LevelProfile& levels = in.Levels();
+  const double lclAboveGround = in.Note("LCL", lcl - levels.Height(1), "m AGL");
+  in.Note("temperature at the LCL", Lift(in).Forced.Condensation.Temp, "C");
   if (Lift(in).Forced.Condensation.Temp <= 0 || levels.Temp(1) <= 0) return 0;
-  return std::max(in.FreezingHeight() + levels.Height(1) - lcl, 0.0);
+  return std::max(in.FreezingHeight() - lclAboveGround, 0.0);
 }
 
 double ConvectiveTemp(In& in) {

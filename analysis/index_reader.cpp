@@ -174,6 +174,10 @@ double IndexReader::FreezingHeight() {
   return Note("freezing level", level->Height - Levels().Height(1), "m AGL");
 }
 
+double IndexReader::ShownSpeed(double knots) const {
+  return Set().Speed == SpeedUnits::MetersPerSecond ? knots * kKnotToMs : knots;
+}
+
 WindVector IndexReader::MeanWind(double bottom, double top) {
   const auto mean = LayerMeanWind(sounding_, sounding_.ElevM + bottom, top - bottom);
   if (!mean) {

@@ -43,6 +43,7 @@ class IndexReader {
   double FreezingHeight();            // m above ground of the lowest with warm air below
   bool FreezesWithWarmBelow() const;  // true where there is such a level
   WindVector MeanWind(double bottom, double top);  // kt, between heights in m above ground
+  double ShownSpeed(double knots) const;           // in the unit of the settings
 
   /// Notes a value that the index worked out itself.
   double Note(std::string_view name, double value, std::string_view unit);

@@ -59,7 +59,7 @@ double Showalter(In& in) {
 }
 
 double SIndex(In& in) {
-  const double vertical = VerticalTotals(in);
+  const double vertical = Rounded(VerticalTotals(in), kExactDecimals);
   double term = 6;
   if (vertical >= 25) {
     term = 0;

@@ -73,7 +73,9 @@ const HainesVariant& VariantFor(double elevationFt, double surface) {
   return *variant;
 }
 
-double ClassOf(double value, double some, double much) {
+// Differences of tenths are not exact in binary: 28.4 - 15.4 is a little less than 13.
+double ClassOf(double difference, double some, double much) {
+  const double value = Rounded(difference, kExactDecimals);
   if (value < some) return 1;
   return value < much ? 2 : 3;
 }

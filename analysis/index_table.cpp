@@ -141,8 +141,9 @@ constexpr IndexRow kRows[] = {
     {"MBE Vector", "Mesoscale propagation vector", Measure::Speed, "kt", "##0",
      "mean wind of 850, 700, 500 and 300 hPa minus the low-level jet",
      "Corfidi, Merritt and Fritsch 1996", MesoscaleVector},
-    {"       WCD", "Warm cloud depth", Measure::Depth, "m", "####0", "freezing level minus LCL",
-     "Davis 2001", WarmCloudDepth},
+    {"       WCD", "Warm cloud depth", Measure::Depth, "m", "####0",
+     "freezing level minus LCL; 0 where the parcel condenses below 0 C", "Davis 2001",
+     WarmCloudDepth},
     {"       DCI", "Deep convective index", Measure::TempDiff, "C", "##0.0", "T850 + Td850 - LI",
      "Barlow 1993", DeepConvective},
     {" Lift Mode", "Lift mode", Measure::Word, "", "0", "CAPE base level of the settings", "",
@@ -293,7 +294,7 @@ std::string ShownValue(const IndexValue& index, const Options& options, double g
     case Measure::Press:
       return number(index.Value, PressureWord(options.Pressure));
     case Measure::Speed:
-      if (!index.Text.empty() && !metric) return index.Text + " kts";
+      if (!index.Text.empty()) return index.Text + (metric ? " m/s" : " kts");
       return metric ? number(index.Value * kKnotToMs, "m/s") : number(index.Value, "kts");
     case Measure::Water:
       return feet ? number(index.Value / 2.54, "in") : number(index.Value, "cm");

@@ -155,7 +155,8 @@ std::optional<MixedLayer> FindMixedLayer(const SoundingRecord& sounding,
   while (above <= levels.Count() && levels.Theta(above) <= limit) ++above;
   if (above > levels.Count()) return std::nullopt;
   const double below = levels.Theta(above - 1);
-  const double share = std::max((limit - below) / (levels.Theta(above) - below), 0.0);
+  // Superheated ground lies beyond the limit itself.
+  const double share = std::clamp((limit - below) / (levels.Theta(above) - below), 0.0, 1.0);
   MixedLayer mixed;
   const double press =
       levels.Press(above - 1) * std::pow(levels.Press(above) / levels.Press(above - 1), share);

@@ -102,7 +102,7 @@ std::vector<Duct> FindDucts(const LevelProfile& levels, const LevelListing& list
   std::vector<Duct> ducts;
   for (int i = 2; i <= levels.Count(); ++i) {
     const double gradient = listing.Gradient(i);
-    if (NotAvailable(gradient) || gradient > threshold) continue;
+    if (IsMissing(gradient) || gradient > threshold) continue;  // -2000 N/km is a gradient
     if (!ducts.empty() && ducts.back().Top.Height == levels.Height(i - 1)) {
       ducts.back().Top = PointOf(levels, i);
       ducts.back().Gradient = std::min(ducts.back().Gradient, gradient);

@@ -210,15 +210,22 @@ void ParcelLifter::FillPath(const Source& source, ParcelAscent& into) {
   }
 }
 
+// Below this the parcel is as warm as its surroundings: what is left is rounding.
+constexpr double kNoDifference = 1e-5;  // K
+
+double WithoutRounding(double difference) {
+  return std::fabs(difference) < kNoDifference ? 0 : difference;
+}
+
 // Parcel minus environment at the condensation level itself, which lies between two steps.
 double ParcelLifter::DifferenceAt(const Source& source) const {
   const CondensationPoint& at = source.Condensation;
   const Sample environment =
       SampleAt(levels_, at.Press, settings_.Virtual ? Quantity::VirtualTemp : Quantity::Temp);
   if (!environment.Ok()) return 0;
-  if (!settings_.Virtual) return at.Temp - environment.Value;
+  if (!settings_.Virtual) return WithoutRounding(at.Temp - environment.Value);
   const double mixing = ThetaPoint(at.Press, at.Temp, settings_.Over).MixingRatio;
-  return ToThousandths(VirtualTemp(at.Temp, mixing)) - environment.Value;
+  return WithoutRounding(ToThousandths(VirtualTemp(at.Temp, mixing)) - environment.Value);
 }
 
 // Free level and equilibrium level, by one pass from the condensation level to the top.

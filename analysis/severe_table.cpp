@@ -73,7 +73,10 @@ const SevereEntry& EntryOf(const SevereRow& row) {
   return kEntries[static_cast<std::size_t>(row.Entry) - 1];
 }
 
-bool Reaches(SevereWhen when, const SevereLimits& limits, std::size_t step, double value) {
+// Differences of reported tenths may miss a limit by the last binary digit.
+bool Reaches(SevereWhen when, const SevereLimits& limits, std::size_t step, double exact) {
+  constexpr int kExactDecimals = 6;
+  const double value = Rounded(exact, kExactDecimals);
   switch (when) {
     case SevereWhen::Above:
       return value >= limits.From[step];

@@ -28,6 +28,8 @@ WindVector Difference(const WindVector& a, const WindVector& b) {
   return {a.U - b.U, a.V - b.V};
 }
 
+constexpr double kRounding = 1;  // m: elevations are whole, the wind on the ground need not be
+
 // The winds of a layer from the ground up, with the one at its top, interpolated where need be.
 struct LayerWinds {
   std::vector<WindVector> Winds{};
@@ -43,8 +45,8 @@ class WindsAbove {
       : sounding_(sounding), ground_(ground) {
     for (int i = 1; i <= sounding.NumWindLevels(); ++i) {
       const double height = sounding.WindHgt(i) - ground;
-      if (height < 0 || height > highest + kAtTop) continue;
-      heights_.push_back(height);
+      if (height < -kRounding || height > highest + kAtTop) continue;
+      heights_.push_back(std::max(height, 0.0));
       vectors_.push_back(VectorAt(sounding, i));
     }
   }
@@ -177,8 +179,9 @@ std::optional<Movers> Bunkers(const SoundingRecord& sounding, double ground, int
 std::optional<Movers> TraditionalMotion(const SoundingRecord& sounding, double ground,
                                         const Options& options) {
   const double bottom = options.ShearLayerBottomKm * 1000;
+  const double depth = options.ShearLayerTopKm * 1000 - bottom;
   const std::optional<WindVector> mean =
-      LayerMeanWind(sounding, ground + bottom, options.ShearLayerTopKm * 1000 - bottom);
+      MeanFromGround(WindsAbove(sounding, ground + bottom, depth), depth);
   if (!mean) return std::nullopt;
   const Wind wind = FromComponents(*mean);
   const double speed = wind.Spd * options.ShearLayerPct / 100;

@@ -235,6 +235,7 @@ download::BatchReport BatchWindow::RunFor(const ObservationTime& time) {
   download::HttpFetcher fetcher(net_,
                                 [this](const download::FetchProgress&) { return !isStopped_; });
   const download::Cache cache(program_.Where.Root / "cache");
+  cache.Sweep(SystemNow());
   FetchWork work(
       fetcher, &cache, &program_.Stations,
       {.Failed =

@@ -226,6 +226,7 @@ bool DownloadWindow::Fetch() {
     download::HttpFetcher fetcher(
         net_, [this](const download::FetchProgress& step) { return ShowProgress(step); });
     const download::Cache cache(program_.Where.Root / "cache");
+    cache.Sweep(SystemNow());
     FetchWork work(fetcher, &cache, &program_.Stations, {});
     report = download::RunBatch(plan, work);
     isRunning_ = false;

@@ -139,7 +139,8 @@ int RunWindow(int argc, char** argv) {
     wanted.Name = *name;
     wanted.Opens = CommandToShow(*name);
     if (wanted.Opens == Command::None) {
-      return WrongUsage({kFaultInvalidValue, "RunWindow", "there is no window \"" + *name + '"'});
+      return WrongUsage({kFaultInvalidValue, "RunWindow",
+                         "there is no window \"" + *name + "\"; vexa --help lists them"});
     }
   }
   if (const auto tab = arguments.Value().Value("--tab")) {

@@ -99,6 +99,7 @@ int RunFetch(const Arguments& arguments, Console& console) {
   }
   HttpFetcher fetcher;
   const Cache cache(ResolveRoot(std::nullopt, ProgramFolder()) / "cache");
+  cache.Sweep(SystemNow());
   FetchWork work(fetcher, arguments.Has("--fresh") ? nullptr : &cache, &Stations(),
                  Telling(console));
   const BatchReport report = RunBatch(plan.Value(), work);

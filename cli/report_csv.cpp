@@ -67,7 +67,9 @@ std::vector<CsvColumn> CsvColumns(const AnalysedSounding& sounding, const Option
   for (const analysis::IndexValue& index : sounding.Results.Indices) {
     std::string name(Trim(index.Row->Label));
     if (!index.Row->Unit.empty()) name += " (" + std::string(index.Row->Unit) + ")";
-    columns.push_back({std::move(name), Cell(Value(index.Value, kIndexDecimals))});
+    // Words, and what has more than one number, stand as they are shown.
+    const bool hasText = index.Exists() && !index.Text.empty();
+    columns.push_back({std::move(name), hasText ? index.Text : Cell(IndexNumber(index))});
   }
   columns.push_back({"freezing level (m)", results.FreezingLevels.empty()
                                                ? ""

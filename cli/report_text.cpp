@@ -6,6 +6,7 @@
 #include "cli/report.h"
 #include "core/markers.h"
 #include "core/numbers.h"
+#include "core/units.h"
 #include "report/values.h"
 
 namespace vexa::cli {
@@ -23,20 +24,50 @@ std::string Shown(std::optional<double> value, std::string_view mask, std::strin
   return value ? Mask(*value, mask) + std::string(unit) : "--";
 }
 
-// Rounded once: the finer rounding of the other forms of the report would come on top.
-std::string ShownHeight(double height, std::string_view mask, std::string_view unit) {
-  return HasHeight(height) ? Mask(height, mask) + std::string(unit) : "--";
-}
+// Lengths, temperatures and speeds in the units of the settings, which the indices below keep too.
+struct Units {
+  const Options& Set;
+  double Ground;  // m above mean sea level; kNone where not known
+
+  // Rounded once: the finer rounding of the other forms of the report would come on top.
+  std::string Length(double meters) const {
+    const bool feet = Set.ThermoHeight == LengthUnits::Feet;
+    return Mask(feet ? FeetFromMeters(meters) : meters, "####0") + (feet ? " ft" : " m");
+  }
+  std::string Height(double height) const {
+    if (!HasHeight(height)) return "--";
+    const bool aboveGround = Set.Heights == HeightMode::Agl && HasHeight(Ground);
+    return aboveGround ? Length(height - Ground) + " AGL" : Length(height);
+  }
+  std::string Temp(double celsius) const {
+    if (NotAvailable(celsius)) return "--";
+    switch (Set.ThermoTemp) {
+      case TempUnits::Fahrenheit:
+        return Mask(FahrenheitFromCelsius(celsius), "##0.0") + " F";
+      case TempUnits::Kelvin:
+        return Mask(celsius + kKelvinOffset, "##0.0") + " K";
+      case TempUnits::Celsius:
+        break;
+    }
+    return Mask(celsius, "##0.0") + " C";
+  }
+  std::string Speed(const analysis::WindVector& vector) const {
+    const analysis::Wind shown = analysis::FromComponents(vector);
+    const bool metric = Set.Speed == SpeedUnits::MetersPerSecond;
+    return Mask(shown.Dir, "000") + "/" + Mask(metric ? shown.Spd * kKnotToMs : shown.Spd, "##0") +
+           (metric ? " m/s" : " kts");
+  }
+};
 
 // A line for each layer found: what it is, from where to where.
 template <class Line>
-void LayerLines(const AnalysisResults& results, Line& line) {
-  const auto span = [](const LevelPoint& base, const LevelPoint& top) {
-    return ShownHeight(base.Height, "####0", "") + " to " + ShownHeight(top.Height, "####0", " m");
+void LayerLines(const AnalysisResults& results, const Units& units, Line& line) {
+  const auto span = [&units](const LevelPoint& base, const LevelPoint& top) {
+    return units.Height(base.Height) + " to " + units.Height(top.Height);
   };
   const analysis::LayerResults& layers = results.Layers;
   if (layers.Mixed) {
-    line("Mixed layer", "up to " + ShownHeight(layers.Mixed->Top.Height, "####0", " m") + ", " +
+    line("Mixed layer", "up to " + units.Height(layers.Mixed->Top.Height) + ", " +
                             Shown(Value(layers.Mixed->Theta, 1), "##0.0", " K"));
   }
   for (const analysis::CloudDeck& deck : layers.Clouds) {
@@ -64,9 +95,9 @@ void LayerLines(const AnalysisResults& results, Line& line) {
   }
   const analysis::SoaringResults& soaring = results.Soaring;
   if (soaring.ThermalTop.Exists()) {
-    line("Thermals", "to " + ShownHeight(soaring.ThermalTop.Height, "####0", " m") + " at " +
-                         Shown(Value(soaring.MaxTemp, 1), "##0.0", " C") + ", " +
-                         std::string(soaring.Words) + (soaring.CloudBase.Exists() ? "" : ", blue"));
+    line("Thermals", "to " + units.Height(soaring.ThermalTop.Height) + " at " +
+                         units.Temp(soaring.MaxTemp) + ", " + std::string(soaring.Words) +
+                         (soaring.CloudBase.Exists() ? "" : ", blue"));
   }
 }
 
@@ -75,6 +106,7 @@ void LayerLines(const AnalysisResults& results, Line& line) {
 std::string TextReport(const AnalysedSounding& sounding, const Options& options) {
   const SoundingRecord& record = sounding.Record;
   const AnalysisResults& results = sounding.Results;
+  const Units units{options, record.ElevUnknown ? kNone : record.ElevM};
   std::string text;
   const auto line = [&text](std::string_view label, std::string_view value) {
     text += PadRight(label, 16) + std::string(value) + "\n";
@@ -95,13 +127,15 @@ std::string TextReport(const AnalysedSounding& sounding, const Options& options)
     line("Position", degrees(record.LatSigned, record.LatHemi) + " " +
                          degrees(record.LonSigned, record.LonHemi));
   }
-  line("Elevation", record.ElevUnknown ? "unknown" : Shortest(record.ElevM) + " m");
+  line("Elevation", record.ElevUnknown ? "unknown" : units.Length(record.ElevM));
   line("Levels", Shortest(record.NumTempLevels()) + " temperature, " +
                      Shortest(record.NumWindLevels()) + " wind");
   if (results.Surface.Exists) {
     line("Surface", press(results.Surface.Press) + ", QNH " + press(results.Surface.Qnh) +
                         ", density altitude " +
-                        ShownHeight(results.Surface.DensityAltitude, "####0", " m"));
+                        (HasHeight(results.Surface.DensityAltitude)
+                             ? units.Length(results.Surface.DensityAltitude)
+                             : "--"));
   }
   text += "\n" + PadRight("", 16);
   for (const LiftName& lift : kLifts) text += PadLeft(Text(lift.Type), 14);
@@ -127,28 +161,23 @@ std::string TextReport(const AnalysedSounding& sounding, const Options& options)
       [&](const ParcelAscent& a) { return energy(a, a.CapeDepth); });
   row("CAPE..Hail", [&](const ParcelAscent& a) { return energy(a, a.CapeHail); });
   text += "\n";
-  const auto point = [&press](const LevelPoint& level) {
-    return press(level.Press) + ", " + ShownHeight(level.Height, "####0", " m") + ", " +
-           Shown(Value(level.Temp, kTempDecimals), "##0.0", " C");
+  const auto point = [&](const LevelPoint& level) {
+    return press(level.Press) + ", " + units.Height(level.Height) + ", " + units.Temp(level.Temp);
   };
   if (results.ConvectiveCondensation.Exists()) {
     line("CCL", point(results.ConvectiveCondensation) + ", convective temperature " +
-                    Shown(Value(results.ConvectiveTemp, kTempDecimals), "##0.0", " C"));
+                    units.Temp(results.ConvectiveTemp));
   }
   for (const LevelPoint& level : results.FreezingLevels) line("Freezing level", point(level));
   for (const LevelPoint& level : results.Tropopauses) line("Tropopause", point(level));
   for (const analysis::Inversion& inversion : results.Inversions) {
     line(Text(inversion.Kind), point(inversion.Base) + " to " + point(inversion.Top));
   }
-  LayerLines(results, line);
-  const auto wind = [](const analysis::WindVector& vector) {
-    const analysis::Wind shown = analysis::FromComponents(vector);
-    return Mask(shown.Dir, "000") + "/" + Mask(shown.Spd, "##0") + " kts";
-  };
-  if (results.Storm.Mean6km) line("Mean wind 0-6km", wind(*results.Storm.Mean6km));
+  LayerLines(results, units, line);
+  if (results.Storm.Mean6km) line("Mean wind 0-6km", units.Speed(*results.Storm.Mean6km));
   const auto mover = [&](std::string_view name, const std::optional<analysis::Mover>& one) {
     if (!one) return;
-    line(name, wind(one->Motion) + ", helicity 0-1 km " +
+    line(name, units.Speed(one->Motion) + ", helicity 0-1 km " +
                    Shown(Value(one->Helicity.front(), 0), "###0", "") + ", 0-3 km " +
                    Shown(Value(one->Helicity.back(), 0), "###0", " m2/s2"));
   };

@@ -41,7 +41,9 @@ SourceText SourceText::Part(int from, int to) const {
 
 void SourceText::SetWrittenOn(const std::optional<std::chrono::sys_days>& day) {
   writtenOn_ = day;
-  for (SourceText& member : members_) member.SetWrittenOn(day);
+  for (SourceText& member : members_) {
+    if (!member.WrittenOn()) member.SetWrittenOn(day);
+  }
 }
 
 std::string AtLine(const SourceText& source, int line, std::string_view reason) {

@@ -31,6 +31,7 @@ class SourceText {
   SourceText Part(int from, int to) const;
   /// The day on which the file was written, for sources that state no date; none where not known.
   const std::optional<std::chrono::sys_days>& WrittenOn() const { return writtenOn_; }
+  /// Of an archive also that of the texts which have none.
   void SetWrittenOn(const std::optional<std::chrono::sys_days>& day);
 
   /// Where a line stands in the whole file.

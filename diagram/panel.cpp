@@ -19,7 +19,7 @@ constexpr double kLineText = 132;
 constexpr double kLineStep = 168;
 constexpr double kTableText = 104;
 constexpr double kIndexText = 100;
-constexpr double kIndexColumn = 1000;  // from one column of indices to the next
+constexpr double kIndexColumn = 970;  // from one column of indices to the next
 constexpr double kMargin = 80;
 constexpr double kPanelBottom = kPageHeight - 60;
 constexpr std::string_view kNoValue = "--";
@@ -166,11 +166,12 @@ std::string WithoutUnit(const std::string& value) {
 void DrawIndex(Plot& plot, const analysis::IndexValue& index, Point at, double size, double step,
                const std::string& value, std::string_view tag) {
   const double letter = 0.6 * size;
+  constexpr double kValueAt = 10.5;  // letters, behind a label of ten
   DrawMono(plot, std::string(tag) + " label", at, std::string(index.Row->Label), size,
            plot.Inks.Faint);
-  DrawMono(plot, std::string(tag) + " value", {at.X + 11 * letter, at.Y}, value, size,
+  DrawMono(plot, std::string(tag) + " value", {at.X + kValueAt * letter, at.Y}, value, size,
            plot.Inks.Ink);
-  const double width = letter * (11 + static_cast<double>(value.size()));
+  const double width = letter * (kValueAt + static_cast<double>(value.size()));
   plot.Page.AddHotSpot({{at.X, at.Y - step / 2, at.X + width, at.Y + step / 2},
                         std::string(kIndexSpot),
                         std::string(Trim(index.Row->Label))});

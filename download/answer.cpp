@@ -92,6 +92,17 @@ std::string StatusText(int status) {
   return row == std::end(kRows) ? number : number + ": " + std::string(row->Text);
 }
 
+// What a page goes on to say is about something else. A sentence that is too short to tell anything
+// takes the next one along.
+std::string FirstSentence(const std::string& words) {
+  constexpr std::size_t kShortest = 20;
+  for (std::size_t at = words.find(". "); at != std::string::npos; at = words.find(". ", at + 1)) {
+    const char next = at + 2 < words.size() ? words[at + 2] : ' ';
+    if (at >= kShortest && next >= 'A' && next <= 'Z') return words.substr(0, at + 1);
+  }
+  return words;
+}
+
 }  // namespace
 
 std::optional<Fault> Refusal(const Answer& answer) {
@@ -108,13 +119,13 @@ std::optional<Fault> Refusal(const Answer& answer) {
   const std::string words = WordsOf(std::string_view(answer.Body).substr(0, std::size_t{1} << 16));
   // Listings stand in a page as preformatted text.
   if (isPage && lower.find("<pre") == std::string::npos) {
-    return Refused("the server says: " + words);
+    return Refused("the server says: " + FirstSentence(words));
   }
   const std::string lowerWords = Lower(words);
   for (const std::string_view opening :
        {"can't get", "unable to retrieve", "sorry", "software error", "no data", "error",
         "not found", "404 not found", "service unavailable", "internal server error"}) {
-    if (lowerWords.starts_with(opening)) return Refused("the server says: " + words);
+    if (lowerWords.starts_with(opening)) return Refused("the server says: " + FirstSentence(words));
   }
   return std::nullopt;
 }

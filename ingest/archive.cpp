@@ -24,31 +24,41 @@ std::string NameInside(const PackedFile& file, const std::string& archive) {
   return inside.empty() ? TextFromPath(PathFromText(archive).stem()) : inside;
 }
 
+Fault In(const std::string& name, Fault fault) {
+  fault.Detail = name + ": " + fault.Detail;
+  fault.File = name;
+  return fault;
+}
+
+// What can be unpacked; the first fault where nothing can.
 std::optional<Fault> AddTexts(const std::string& name, const std::string& bytes, int depth,
-                              std::vector<SourceText>& texts) {
+                              std::vector<SourceText>& texts, std::vector<std::string>& notes) {
   Outcome<std::vector<PackedFile>> files = Unpack(bytes);
-  if (!files) {
-    Fault fault = files.Error();
-    fault.Detail = name + ": " + fault.Detail;
-    fault.File = name;
-    return fault;
-  }
+  if (!files) return In(name, files.Error());
+  std::optional<Fault> first;
+  const std::size_t before = texts.size();
   for (PackedFile& file : files.Value()) {
     const std::string inside = NameInside(file, name);
-    if (depth < kDeepest && IsPacked(file.Bytes)) {
-      if (auto fault = AddTexts(inside, file.Bytes, depth + 1, texts)) return fault;
-    } else {
+    std::optional<Fault> fault;
+    if (!file.Trouble.empty()) fault = Fault{kFaultEndOfFile, "Unpack", file.Trouble};
+    if (!fault && depth < kDeepest && IsPacked(file.Bytes)) {
+      fault = AddTexts(inside, file.Bytes, depth + 1, texts, notes);
+    } else if (!fault) {
       texts.emplace_back(inside, std::move(file.Bytes));
+      texts.back().SetWrittenOn(file.WrittenOn);
     }
+    if (!fault) continue;
+    notes.push_back(inside + " was left out: " + fault->Detail + '.');
+    if (!first) first = In(name, *fault);
   }
-  return std::nullopt;
+  return texts.size() == before ? first : std::nullopt;
 }
 
 // Bulletins of the same date make one text, with room between the reports.
 bool ReadsOn(const Decoder* before, const SourceText& text, const Decoder& decoder,
              const SourceText& next) {
   return before == &decoder && decoder.IsInParts &&
-         DateInName(text.Name()) == DateInName(next.Name());
+         DateInName(text.Name()) == DateInName(next.Name()) && text.WrittenOn() == next.WrittenOn();
 }
 
 std::optional<std::chrono::sys_days> DayWritten(const std::filesystem::path& path) {
@@ -108,7 +118,9 @@ SourceText MakeArchive(const std::string& name, std::vector<SourceText> texts,
       continue;
     }
     if (!known.empty() && ReadsOn(before, known.back(), *decoder, text)) {
-      known.back() = SourceText(known.back().Name(), known.back().Bytes() + "\r\n" + text.Bytes());
+      SourceText both(known.back().Name(), known.back().Bytes() + "\r\n" + text.Bytes());
+      both.SetWrittenOn(known.back().WrittenOn());
+      known.back() = std::move(both);
     } else {
       known.push_back(std::move(text));
     }
@@ -125,7 +137,7 @@ Outcome<SourceText> ReadSource(const std::filesystem::path& path, std::vector<st
   if (!bytes) return bytes.Error();
   Outcome<SourceText> source =
       ReadSource(TextFromPath(path.filename()), std::move(bytes.Value()), notes);
-  if (source) source.Value().SetWrittenOn(DayWritten(path));
+  if (source && !source.Value().WrittenOn()) source.Value().SetWrittenOn(DayWritten(path));
   return source;
 }
 
@@ -133,7 +145,7 @@ Outcome<SourceText> ReadSource(const std::string& name, std::string bytes,
                                std::vector<std::string>& notes) {
   if (!IsPacked(bytes)) return SourceText(name, std::move(bytes));
   std::vector<SourceText> texts;
-  if (auto fault = AddTexts(name, bytes, 1, texts)) return *fault;
+  if (auto fault = AddTexts(name, bytes, 1, texts, notes)) return *fault;
   if (texts.empty()) {
     return Fault{kFaultEndOfFile, "ReadSource", name + ": the archive is empty", name};
   }

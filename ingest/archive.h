@@ -12,8 +12,8 @@ namespace vexa::ingest {
 
 /// One source of the texts of an archive. Texts in no known format are left out and named in a
 /// note; those of a format in parts (coded messages, BUFR) read on as one text where their names
-/// hold the same date or none. Of one text only, this is the source itself; where none is known,
-/// the first.
+/// hold the same date or none and they were written on the same day. Of one text only, this is the
+/// source itself; where none is known, the first.
 SourceText MakeArchive(const std::string& name, std::vector<SourceText> texts,
                        std::vector<std::string>& notes);
 

@@ -55,7 +55,7 @@ std::optional<std::chrono::sys_days> DayOf(std::chrono::year_month month, int da
 
 // The day of that number nearest to the date in the file's name.
 std::optional<std::chrono::sys_days> DayNear(std::chrono::sys_days around, int day) {
-  constexpr int kFarthest = 3;  // days; the name is not about this report otherwise
+  constexpr int kFarthest = 3;  // days
   for (int away = 0; away <= kFarthest; ++away) {
     for (const int days : {-away, away}) {
       const std::chrono::sys_days date = around + std::chrono::days(days);
@@ -86,6 +86,7 @@ ObservationTime TimeOf(const CodedReport& report, const SourceText& source) {
   std::optional<std::chrono::sys_days> day;
   if (const auto around = DateInName(source.Name())) {
     day = DayNear(*around, report.Day);
+    if (!day) day = LastDay(*around, report.Day);
   } else if (source.WrittenOn()) {
     day = LastDay(*source.WrittenOn(), report.Day);
   }

@@ -85,7 +85,8 @@ std::string RefusalIn(const SourceText& plain) {
       std::string said(text);
       for (int next = line + 1; said.ends_with(':') && next <= plain.LineCount(); ++next) {
         const std::string_view reason = Trim(plain.Line(next));
-        if (!reason.empty()) said += ' ' + std::string(reason);
+        const bool isHeader = StartsWithNoCase(reason, "Content-type");
+        if (!reason.empty() && !isHeader) said += ' ' + std::string(reason);
       }
       return said.substr(0, kMostBytes);
     }
@@ -147,8 +148,10 @@ std::optional<Fault> Sufficiency(const std::string& name, LoadContext& context,
   if (into.NumTempLevels() >= kFewest) return std::nullopt;
   if (into.DataFormat == kRawTag || into.NumWindLevels() < kFewest) {
     return Fault{kFaultTooFewLevels, "DecodeSounding",
-                 name + ": too few levels, " + Shortest(into.NumTempLevels()) +
-                     " with a temperature and " + Shortest(into.NumWindLevels()) + " with a wind",
+                 name + ": too few levels" +
+                     (into.WmoNumber == 0 ? "" : " of " + Mask(into.WmoNumber, "00000")) + ", " +
+                     Shortest(into.NumTempLevels()) + " with a temperature and " +
+                     Shortest(into.NumWindLevels()) + " with a wind",
                  name};
   }
   if (into.NumTempLevels() > 0) {

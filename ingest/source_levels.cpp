@@ -183,7 +183,7 @@ void FillProfiles(std::vector<SourceLevel> levels, SoundingRecord& into,
   for (const SourceLevel& level : levels) {
     if (!level.Press || !level.Temp) continue;
     if (!into.Press.Empty() && into.Press.Top() == *level.Press) {
-      ++repeated;
+      if (into.Temp.Top() != *level.Temp) ++repeated;  // what says the same is no loss
       continue;
     }
     into.AddTemp(*level.Press, *level.Temp, level.Dewpt.value_or(kMissing));
@@ -215,9 +215,7 @@ void FillProfiles(std::vector<SourceLevel> levels, SoundingRecord& into,
   if (loweredDewpts > 0) {
     notes.push_back(Counted("Dew points above the temperature, lowered to it", loweredDewpts));
   }
-  // Some formats repeat single levels; many repeats are a flight finer than its pressures.
-  constexpr int kSingle = 20;
-  if (repeated > kSingle) {
+  if (repeated > 0) {
     notes.push_back(Counted("Levels at the pressure of the one before, left out", repeated));
   }
   if (computedHeights > 0) {

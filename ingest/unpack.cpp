@@ -4,6 +4,7 @@
 #include <zlib.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 
 namespace vexa::ingest {
@@ -42,8 +43,24 @@ Outcome<std::string> Inflate(std::string_view& bytes) {
   return unpacked;
 }
 
+std::optional<std::chrono::sys_days> DayOf(std::int64_t seconds) {
+  if (seconds <= 0) return std::nullopt;
+  return std::chrono::floor<std::chrono::days>(
+      std::chrono::sys_seconds(std::chrono::seconds(seconds)));
+}
+
+// Seconds since 1970 in the header, little-endian; 0 where the packer did not know.
+std::int64_t GzipTime(std::string_view bytes) {
+  constexpr std::size_t kAt = 4, kBytes = 4;
+  std::int64_t seconds = 0;
+  for (std::size_t i = kBytes; i > 0 && bytes.size() >= kAt + kBytes; --i) {
+    seconds = seconds * 256 + static_cast<unsigned char>(bytes[kAt + i - 1]);
+  }
+  return seconds;
+}
+
 Outcome<std::vector<PackedFile>> UnpackGzip(std::string_view bytes) {
-  PackedFile file;
+  PackedFile file{.WrittenOn = DayOf(GzipTime(bytes))};
   // Streams may follow each other; what else follows is padding.
   while (bytes.starts_with(kGzip)) {
     Outcome<std::string> part = Inflate(bytes);
@@ -114,14 +131,21 @@ Outcome<std::vector<PackedFile>> UnpackZip(std::string_view bytes) {
   std::size_t left = kMostBytes;
   for (zip_int64_t i = 0; i < zip_get_num_entries(archive.get(), 0); ++i) {
     const auto index = static_cast<zip_uint64_t>(i);
-    const char* name = zip_get_name(archive.get(), index, ZIP_FL_ENC_GUESS);
-    if (name == nullptr) return ZipFault(*zip_get_error(archive.get()));
-    PackedFile file{.Name = name};
+    zip_stat_t about;
+    if (zip_stat_index(archive.get(), index, 0, &about) != 0) {
+      return ZipFault(*zip_get_error(archive.get()));
+    }
+    if ((about.valid & ZIP_STAT_NAME) == 0) return Damaged("is damaged or cut off");
+    PackedFile file{.Name = about.name};
     if (file.Name.ends_with('/')) continue;  // a folder
+    if ((about.valid & ZIP_STAT_MTIME) != 0) file.WrittenOn = DayOf(about.mtime);
     Outcome<std::string> unpacked = UnpackEntry(*archive, index, left);
-    if (!unpacked) return unpacked.Error();
-    file.Bytes = std::move(unpacked.Value());
-    left -= file.Bytes.size();
+    if (unpacked) {
+      left -= unpacked.Value().size();
+      file.Bytes = std::move(unpacked.Value());
+    } else {
+      file.Trouble = unpacked.Error().Detail;
+    }
     files.push_back(std::move(file));
   }
   return files;

@@ -192,6 +192,13 @@ Outcome<std::string> NativeOf(const std::string& body, const Request& request,
   return WriteRaw(record);
 }
 
+// Which of the answer's soundings it is, where that is not the first.
+std::string NumberIn(const FetchResult& result, const Request& request) {
+  const Outcome<int> asked = AskedSounding(result.Got.Body, request);
+  if (!asked || asked.Value() == 0) return {};
+  return "  (sounding " + Shortest(asked.Value() + 1) + " of the file)";
+}
+
 }  // namespace
 
 Outcome<std::string> FetchWork::Save(const BatchPlan& plan, const Request& request,
@@ -218,7 +225,7 @@ Outcome<std::string> FetchWork::Save(const BatchPlan& plan, const Request& reque
     if (watch_.Failed) watch_.Failed(source_ ? *source_ : Source{}, request, *fault);
     return *fault;
   }
-  if (watch_.Saved) watch_.Saved(TextFromPath(path));
+  if (watch_.Saved) watch_.Saved(TextFromPath(path) + (isNative ? "" : NumberIn(result, request)));
   return TextFromPath(path);
 }
 

@@ -33,7 +33,8 @@ ListingLines LinesOf(const std::string& bytes) {
 }
 
 ListingLines NoteLines(const Program& program) {
-  return program.Current.LoadNotes;
+  const ListingLines& notes = program.Current.LoadNotes;
+  return notes.empty() ? ListingLines{"There are no notes on this file."} : notes;
 }
 ListingLines RawLines(const Program& program) {
   const Outcome<ListingLines> lines = SourceLines(program);
@@ -59,7 +60,7 @@ constexpr PrintText kTexts[] = {
        return !program.Current.FileName.empty() &&
               std::filesystem::is_regular_file(program.Current.FilePath(), ignored);
      }},
-    {"Notes", NoteLines, [](const Program& program) { return !program.Current.LoadNotes.empty(); }},
+    {"Notes", NoteLines, HasSounding},
 };
 
 std::vector<const ListingRow*> ListingsOf(const PrintRequest& request) {

@@ -332,7 +332,7 @@ void WriteJson(JsonWriter& json, const AnalysedSounding& sounding, const Options
     json.Key(Trim(index.Row->Label)).BeginObject();
     index.Row->Kind == analysis::Measure::Word&& index.Exists()
         ? json.Key("value").Text(index.Text)
-        : json.Key("value").Number(Value(index.Value, kIndexDecimals));
+        : json.Key("value").Number(IndexNumber(index));
     json.Key("unit").Text(index.Row->Unit);
     json.Key("reason");
     index.Exists() ? json.Null() : json.Text(index.Reason);

@@ -27,6 +27,11 @@ std::optional<double> Energy(const ParcelAscent& ascent, double energy) {
   return Rounded(energy, kEnergyDecimals);
 }
 
+std::optional<double> IndexNumber(const analysis::IndexValue& index) {
+  if (!index.Exists()) return std::nullopt;
+  return Rounded(index.Value, kIndexDecimals);
+}
+
 std::optional<std::string> TimeText(const ObservationTime& time) {
   if (!time.Known()) return std::nullopt;
   return Mask(time.Year, "0000") + "-" + Mask(time.Month, "00") + "-" + Mask(time.Day, "00") + "T" +

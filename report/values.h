@@ -30,6 +30,8 @@ std::optional<double> Height(double height);
 std::optional<double> Pressure(double press);
 /// An energy counts only where there was a parcel to lift.
 std::optional<double> Energy(const analysis::ParcelAscent& ascent, double energy);
+/// An index says itself whether it exists: some are large, such as heights and ventilation.
+std::optional<double> IndexNumber(const analysis::IndexValue& index);
 std::optional<std::string> TimeText(const ObservationTime& time);
 bool HasPosition(const SoundingRecord& record);
 

@@ -36,7 +36,8 @@ TEST(Unpack, GzipAndZip) {
   }
   std::string damaged = archive;
   damaged[damaged.find("read me\n")] = 'R';
-  EXPECT_EQ(Unpack(damaged).Error().Detail, "the archive has a wrong check sum");
+  EXPECT_EQ(Unpack(damaged).Value()[0].Trouble, "the archive has a wrong check sum");
+  EXPECT_EQ(Unpack(damaged).Value()[1].Bytes, FileText("spc_text.spc"));
 
   CurrentSounding current;
   SilentInteraction quiet;

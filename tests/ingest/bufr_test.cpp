@@ -72,7 +72,8 @@ TEST(Bufr, MessagesOfAnAscentBecomeOneSounding) {
   EXPECT_EQ(record.WindDir, Levels<double>({360, 200, 220, 230}));
   EXPECT_NEAR(record.WindSpd(4), 40 * kMsToKnot, 1e-9);
   EXPECT_EQ(first.Notes,
-            (std::vector<std::string>{"A message that was corrected later was left out.",
+            (std::vector<std::string>{"Levels at the pressure of the one before, left out: 1",
+                                      "A message that was corrected later was left out.",
                                       "Released at 05:02 UTC."}));
 
   // Winds of a message of their own join the ascent; at 850 hPa the one with temperatures counts.

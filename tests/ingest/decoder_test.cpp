@@ -59,6 +59,7 @@ TEST(Wyoming, AWebPage) {
   EXPECT_EQ(record.WindSpd, Levels<double>({0, 12, 25, 35, 60}));
   EXPECT_EQ(decoded.Notes,
             (std::vector<std::string>{"Dew points above the temperature, lowered to it: 1",
+                                      "Levels at the pressure of the one before, left out: 1",
                                       "Temperatures outside -120 to 60 C, left out: 1"}));
 }
 
