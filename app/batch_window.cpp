@@ -16,6 +16,7 @@
 #include <QVBoxLayout>
 #include <utility>
 
+#include "app/date_field.h"
 #include "app/qt_text.h"
 #include "core/files.h"
 #include "core/numbers.h"
@@ -75,7 +76,7 @@ void BatchWindow::BuildLists(QFormLayout& form) {
   delay_ = named(new QSpinBox(this), "Delay");
   delay_->setRange(0, kLongestDelayMin);
   delay_->setSuffix(QStringLiteral(" min"));
-  time_ = named(new QDateTimeEdit(this), "Time");
+  time_ = named(new FromTheYear<QDateTimeEdit>(this), "Time");
   time_->setTimeSpec(Qt::UTC);
   time_->setDisplayFormat(QStringLiteral("yyyy-MM-dd HH"));
   const QDateTime now = QDateTime::currentDateTimeUtc();

@@ -58,7 +58,11 @@ bool DataWindows::Run(Command command) {
       if (!batch_.isNull()) batch_->SilenceBeeper();
       return true;
     case Command::Paste:
-      if (const QMimeData* data = QApplication::clipboard()->mimeData()) OpenData(*data);
+      if (const QMimeData* data = QApplication::clipboard()->mimeData()) {
+        OpenData(*data);
+      } else {
+        OpenData(QMimeData());
+      }
       return true;
     default:
       return false;

@@ -15,6 +15,7 @@
 #include <system_error>
 #include <utility>
 
+#include "app/date_field.h"
 #include "app/qt_text.h"
 #include "app/text_editor.h"
 #include "core/files.h"
@@ -105,7 +106,8 @@ void DownloadWindow::BuildControls() {
   station_->setPlaceholderText(QStringLiteral("Number, letters or name"));
   found_ = named(new QListWidget(this), "StationsFound");
   found_->setAccessibleName(QStringLiteral("Stations found"));
-  date_ = named(new QDateEdit(QDateTime::currentDateTimeUtc().date(), this), "Date");
+  date_ = named(new FromTheYear<QDateEdit>(this), "Date");
+  date_->setDate(QDateTime::currentDateTimeUtc().date());
   date_->setCalendarPopup(true);
   date_->setDisplayFormat(QStringLiteral("yyyy-MM-dd"));
   hour_ = named(new QComboBox(this), "Hour");
@@ -194,7 +196,12 @@ download::BatchPlan DownloadWindow::Plan() const {
                            .Folder = TextFromPath(program_.Where.Data)};
   const auto index = static_cast<std::size_t>(std::max(0, source_->currentIndex()));
   if (index < sources_.Sources.size()) plan.Sources.push_back(sources_.Sources[index]);
-  const std::string station(Trim(station_->text().toStdString()));
+  std::string station(Trim(station_->text().toStdString()));
+  // A name that only one station has stands for it.
+  const bool isName = !ParseWhole(station) && !StationOfLetters(program_.Stations, station);
+  if (const auto hits = SearchStations(program_.Stations, station, 2); isName && hits.size() == 1) {
+    station = Mask(hits.front()->Number, "00000");
+  }
   if (!station.empty()) plan.Stations.push_back(station);
   return plan;
 }
@@ -241,7 +248,9 @@ bool DownloadWindow::Fetch() {
   const download::BatchItem& item = report.Items.front();
   step_->setText(ToQString(item.File));
   const Outcome<std::string> bytes = ReadFile(PathFromText(item.File));
-  const Outcome<int> asked = bytes ? AskedSounding(bytes.Value(), item.Wanted) : bytes.Error();
+  const Outcome<int> asked =
+      bytes ? AskedSounding(bytes.Value(), Completed(item.Wanted, &program_.Stations))
+            : bytes.Error();
   opened_(PathFromText(item.File), asked ? asked.Value() : 0);
   return true;
 }

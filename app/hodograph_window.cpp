@@ -333,6 +333,10 @@ void HodographWindow::BuildDragging() {
   auto* stop = new QShortcut(QKeySequence(Qt::Key_Escape), this);
   stop->setObjectName(QStringLiteral("EscapeKey"));
   connect(stop, &QShortcut::activated, this, [this] {
+    if (!dragMapping_ && program_.Gate.IsOpen()) {
+      close();
+      return;
+    }
     if (!dragMapping_) return program_.Gate.Stop();
     const Silenced quiet(program_.Current);
     EndDrag(windDrag_ ? windDrag_->TakeBack(program_) : TakeBack(program_, beforeDrag_));

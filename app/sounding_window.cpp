@@ -320,7 +320,10 @@ void SoundingWindow::RememberPlace() {
 void SoundingWindow::RememberDisplays() {
   if (program_.Where.Root.empty()) return;
   std::vector<std::string> names;
-  if (dock_->isVisible()) names.push_back(dock_->objectName().toStdString());
+  for (const QDockWidget* dock :
+       {static_cast<const QDockWidget*>(dock_), static_cast<const QDockWidget*>(parcels_)}) {
+    if (dock->isVisible()) names.push_back(dock->objectName().toStdString());
+  }
   for (const auto& [row, window] : displays_) {
     if (!window.isNull() && window->isVisible()) names.emplace_back(row->Name);
   }

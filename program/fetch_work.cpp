@@ -46,6 +46,21 @@ bool IsOfStation(int number, std::string_view letters, const Request& wanted) {
   return letters.empty() || wanted.Letters.empty() || SameText(bare(letters), bare(wanted.Letters));
 }
 
+bool IsNamed(const ingest::SourceEntry& entry, const Request& wanted) {
+  const bool isAny = wanted.Number == 0 && wanted.Letters.empty();
+  const bool byNumber = wanted.Number > 0 && entry.Station.Number > 0;
+  const bool byLetters = !wanted.Letters.empty() && !entry.Station.Letters.empty();
+  return (isAny || byNumber || byLetters) &&
+         IsOfStation(entry.Station.Number, entry.Station.Letters, wanted);
+}
+
+bool AreOfOneStation(const std::vector<ingest::SourceEntry>& entries) {
+  return std::ranges::all_of(entries, [&entries](const ingest::SourceEntry& entry) {
+    const ingest::StationName& first = entries.front().Station;
+    return entry.Station.Number == first.Number && entry.Station.Letters == first.Letters;
+  });
+}
+
 Fault Other(const std::string& what) {
   return Fault{kFaultEndOfFile, "AskedSounding", "the server sent " + what};
 }
@@ -75,6 +90,15 @@ Outcome<SourceList> LoadSources(const fs::path& root, const fs::path& programFol
   return LoadSourcesFile(ShippedFile(programFolder, kSourcesFileName));
 }
 
+Request Completed(const Request& request, const StationList* stations) {
+  Request whole = request;
+  if (whole.Number == 0 && stations != nullptr) {
+    const Station* station = StationOfLetters(*stations, whole.Letters);
+    if (station != nullptr) whole.Number = station->Number;
+  }
+  return whole;
+}
+
 Outcome<int> AskedSounding(const std::string& bytes, const Request& request) {
   SilentInteraction quiet;
   ingest::LoadContext context{.Ask = &quiet};
@@ -82,9 +106,12 @@ Outcome<int> AskedSounding(const std::string& bytes, const Request& request) {
   if (!source) return source.Error();
   const std::vector<ingest::SourceEntry> entries = ingest::ListSoundings(source.Value());
   if (entries.size() > 1) {
-    const auto asked = std::ranges::find_if(entries, [&request](const ingest::SourceEntry& entry) {
-      return IsOfStation(entry.Station.Number, entry.Station.Letters, request) &&
-             IsOfHour(entry.Time, request.Time);
+    const bool isOneStation = AreOfOneStation(entries);
+    const auto asked = std::ranges::find_if(entries, [&](const ingest::SourceEntry& entry) {
+      const bool isOfStation =
+          isOneStation ? IsOfStation(entry.Station.Number, entry.Station.Letters, request)
+                       : IsNamed(entry, request);
+      return isOfStation && IsOfHour(entry.Time, request.Time);
     });
     if (asked != entries.end()) return static_cast<int>(asked - entries.begin());
     return Other(Shortest(static_cast<int>(entries.size())) +
@@ -154,11 +181,7 @@ FetchResult FetchWork::Ask(const Source& source, const Request& request, const R
 
 FetchResult FetchWork::Fetch(const Source& source, const Request& request) {
   // A source may want the number of a station that was named by its letters, or the other way.
-  Request whole = request;
-  if (whole.Number == 0 && stations_ != nullptr) {
-    const Station* station = StationOfLetters(*stations_, whole.Letters);
-    if (station != nullptr) whole.Number = station->Number;
-  }
+  Request whole = Completed(request, stations_);
   // Letters of the list need not be those of the answer.
   const Request judged = whole;
   if (whole.Letters.empty() && stations_ != nullptr) {
@@ -206,8 +229,9 @@ Outcome<std::string> FetchWork::Save(const BatchPlan& plan, const Request& reque
   const bool isNative = plan.Format == BatchFormat::Native;
   const fs::path folder = PathFromText(plan.Folder);
   const fs::path path = folder / PathFromText(FileStem(request) + (isNative ? ".RAW" : ".txt"));
-  Outcome<std::string> bytes = isNative ? NativeOf(result.Got.Body, request, stations_)
-                                        : Outcome<std::string>(result.Got.Body);
+  Outcome<std::string> bytes =
+      isNative ? NativeOf(result.Got.Body, Completed(request, stations_), stations_)
+               : Outcome<std::string>(result.Got.Body);
   std::optional<Fault> fault;
   if (bytes) {
     std::error_code ignored;  // saving tells of it
@@ -225,7 +249,9 @@ Outcome<std::string> FetchWork::Save(const BatchPlan& plan, const Request& reque
     if (watch_.Failed) watch_.Failed(source_ ? *source_ : Source{}, request, *fault);
     return *fault;
   }
-  if (watch_.Saved) watch_.Saved(TextFromPath(path) + (isNative ? "" : NumberIn(result, request)));
+  if (watch_.Saved)
+    watch_.Saved(TextFromPath(path) +
+                 (isNative ? "" : NumberIn(result, Completed(request, stations_))));
   return TextFromPath(path);
 }
 

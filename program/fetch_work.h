@@ -21,9 +21,13 @@ Outcome<download::SourceList> LoadSources(const std::filesystem::path& root,
 /// Reads one file of sources.
 Outcome<download::SourceList> LoadSourcesFile(const std::filesystem::path& path);
 
+/// A request with the number of a station named by its letters, where a list knows it.
+download::Request Completed(const download::Request& request, const StationList* stations);
+
 /// Which of an answer's soundings was asked for, from 0: that of the station and hour; a release
 /// within two hours is that of the hour. Messages without month and year are of the month asked
-/// for. Fault 62 when none is, and of the reading when nothing opens.
+/// for. In an answer of several stations the one asked for must be named. Fault 62 when none is the
+/// one, and of the reading when nothing opens.
 Outcome<int> AskedSounding(const std::string& bytes, const download::Request& request);
 
 /// Why an answer's bytes are not the sounding that was asked for: AskedSounding finds none, or

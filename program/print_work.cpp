@@ -172,7 +172,16 @@ Outcome<ListingLines> SourceLines(const Program& program) {
   std::vector<std::string> notes;
   const Outcome<SourceText> source = ingest::ReadSource(program.Current.FilePath(), notes);
   if (!source) return source.Error();
-  return LinesOf(ingest::PlaceOf(source.Value(), IndexInFile(program)).Text->Bytes());
+  const ingest::SoundingPlace place = ingest::PlaceOf(source.Value(), IndexInFile(program));
+  const std::vector<ingest::SourceEntry> entries = ingest::ListSoundings(*place.Text);
+  const auto index = static_cast<std::size_t>(place.Index);
+  if (index >= entries.size() || entries[index].FirstLine == 0) {
+    return LinesOf(place.Text->Bytes());
+  }
+  const int end = entries[index].EndLine;
+  return LinesOf(
+      place.Text->Part(entries[index].FirstLine, end > 0 ? end : place.Text->LineCount() + 1)
+          .Bytes());
 }
 
 PrintSetup ReadPrinterFile(const std::filesystem::path& folder) {

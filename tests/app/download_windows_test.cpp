@@ -143,6 +143,10 @@ TEST(AskedSounding, AmongMany) {
   const auto old = JudgeSounding(coded, current, march, later);
   ASSERT_TRUE(old);
   EXPECT_NE(old->Detail.find("without month and year"), std::string::npos);
+  // Of several stations only the one that is named, by number or by letters of the list.
+  const download::Request unknown{.Letters = "QQQ", .Time = march.Time};
+  EXPECT_FALSE(AskedSounding(coded, unknown));
+  EXPECT_TRUE(AskedSounding(coded, {.Time = march.Time}));
   const download::Request nextDay{.Number = 1234, .Time = {2024, 3, 6, 12, 0}};
   EXPECT_TRUE(JudgeSounding(coded, dated, nextDay, later));
 }

@@ -127,8 +127,10 @@ TEST(RealFiles, EverySoundingOfTheseFormatsLoadsWhole) {
       current.Ask = &quiet;
       EXPECT_EQ(LoadSounding(current, entry.path()), Status::Ok);
       EXPECT_EQ(CheckRecord(current.Record), QcFinding{});
-      // Only the listing without a surface height had anything worked out or left out.
-      EXPECT_EQ(current.LoadNotes.size(), name.find("no_position") != name.npos ? 1U : 0U);
+      // Only the listing without a surface height had anything worked out, and only one repeats a
+      // pressure with another temperature.
+      const bool isChanged = name.find("no_position") != name.npos || name == "hail_91051700.TBW";
+      EXPECT_EQ(current.LoadNotes.size(), isChanged ? 1U : 0U);
       ++loaded;
     }
   }
