@@ -153,6 +153,28 @@ TEST(IndexTable, ShowsValuesInTheUnitsOfTheOptions) {
   EXPECT_EQ(shown("LCL Hgt", options), "3852 ft AGL");  // 1531 m less 357 m
   EXPECT_EQ(shown("WBZ Hgt", options), "10570 ft AGL");
   EXPECT_EQ(shown("500mb Wind", options), "27 m/s");
+  EXPECT_EQ(ShownValue(ComputeIndex(*FindIndex("MBE Vector"), sounding, results, options), options,
+                       sounding.ElevM),
+            "281/17 m/s");  // 32 knots
+}
+
+// Tenths meet a limit exactly, though their difference in binary falls short of it.
+TEST(IndexTable, LimitsHoldForDifferencesOfTenths) {
+  const auto valueOf = [](const char* label, const SoundingRecord& sounding) {
+    return IndexOf(Analyse(sounding, {}), *FindIndex(label))->Value;
+  };
+  // VT 25.0, so that A is 0: TT 43.0 less the depression of 5 K at 700 hPa.
+  const SoundingRecord cold = test::Profile({{1000, -10, -15},
+                                             {850, -20.05, -27.05},
+                                             {700, -30, -35},
+                                             {500, -45.05, -60},
+                                             {300, -60, -70}});
+  EXPECT_NEAR(valueOf("S{TT}", cold), 38, 1e-6);
+  // Middle variant: 850 - 700 hPa 9.0 K (2), depression 28.4 - 15.4 = 13 K (3).
+  SoundingRecord dry = test::Profile(
+      {{900, 32, 16}, {850, 28.4, 15.4}, {700, 19.4, 0}, {500, -5, -20}, {300, -40, -60}});
+  SetElevation(dry, 600);
+  EXPECT_EQ(valueOf("Haines", dry), 5);
 }
 
 TEST(IndexTable, SaysWhyThereIsNoValue) {

@@ -41,6 +41,29 @@ TEST(StormMotion, OfTheReferenceSounding) {
   EXPECT_NEAR(turned.Right->Helicity[2], 305, 0.5);
 }
 
+// Elevations are whole: the wind on the ground may stand a little below them.
+TEST(StormMotion, TheGroundsWindCountsThoughRounded) {
+  SoundingRecord sounding = test::ReferenceConvective();
+  const StormMotionResults exact = AnalyseStormMotion(sounding, {});
+  sounding.WindHgt(1) -= 0.4;
+  const StormMotionResults rounded = AnalyseStormMotion(sounding, {});
+  ASSERT_TRUE(exact.Right && rounded.Right);
+  for (std::size_t i = 0; i < 3; ++i) {
+    EXPECT_NEAR(rounded.Right->Helicity[i], exact.Right->Helicity[i], 0.1);
+  }
+  // Winds that begin aloft give neither motion.
+  SoundingRecord aloft = test::ReferenceConvective();
+  aloft.WindHgt.Clear();
+  aloft.WindDir.Clear();
+  aloft.WindSpd.Clear();
+  for (const double height : {5500.0, 7000.0, 9000.0}) aloft.AddWind(height, 270, 60);
+  for (const StormMotion motion : {StormMotion::Bunkers, StormMotion::Traditional}) {
+    Options options;
+    options.Motion = motion;
+    EXPECT_FALSE(AnalyseStormMotion(aloft, options).Right);
+  }
+}
+
 TEST(StormMotion, TurnsWithTheWindAndVanishesWithTheShear) {
   const SoundingRecord base = test::ReferenceConvective();
   SoundingRecord rotated = base;

@@ -116,6 +116,9 @@ TEST_F(CommandLine, JsonCarriesTheAnalysisWithNullsForWhatIsMissing) {
   EXPECT_NEAR(kIndex["value"].toDouble(), 31.9, 0.01);
   EXPECT_EQ(kIndex["unit"].toString(), "C");
   EXPECT_TRUE(kIndex["reason"].isNull());
+  // Heights beyond the figures that mark missing values elsewhere: the EL of 187.5 hPa.
+  const QJsonObject top = json["indices"].toObject()["lfcEL Hgt"].toObject();
+  EXPECT_GT(top["value"].toDouble(), 12000);
   EXPECT_TRUE(json["parcels"].toObject().contains("mean layer"));
   EXPECT_TRUE(json["parcels"].toObject().contains("most unstable"));
 
