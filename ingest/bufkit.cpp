@@ -7,6 +7,7 @@
 #include "core/numbers.h"
 #include "ingest/decode_block.h"
 #include "ingest/source_columns.h"
+#include "ingest/source_levels.h"
 
 namespace vexa::ingest {
 namespace {
@@ -89,6 +90,18 @@ int FindFirstRow(const SourceText& source, const SoundingBlock& block,
   return 0;
 }
 
+// The lowest level of a model floats some metres above its ground. Here the profile begins on the
+// ground: as the ground the level keeps all heights above the sea.
+void TakeLowestLevelAsGround(SourceSounding& sounding) {
+  const SourceLevel* lowest = SurfaceLevel(sounding.Levels);
+  std::optional<double>& elevation = sounding.Heading.Elevation;
+  if (lowest == nullptr || !lowest->Height || !elevation || *lowest->Height == *elevation) return;
+  sounding.Notes.push_back("The model's ground lies at " + Mask(*elevation, "###0") +
+                           " m; its lowest level, at " + Mask(*lowest->Height, "###0") +
+                           " m, stands for it.");
+  elevation = lowest->Height;
+}
+
 // Numbers follow each other, a level's values wrapped as the names are.
 Outcome<SourceSounding> ReadBlock(const SourceText& source, const SoundingBlock& block) {
   SourceSounding sounding{.Heading = block.Heading};
@@ -115,6 +128,7 @@ Outcome<SourceSounding> ReadBlock(const SourceText& source, const SoundingBlock&
     values.clear();
   }
   if (!values.empty()) sounding.Notes.push_back("The last level is cut off and was left out.");
+  TakeLowestLevelAsGround(sounding);
   return sounding;
 }
 
