@@ -3,10 +3,10 @@
 
 #include "analysis/index_table.h"
 #include "analysis/interpolate.h"
+#include "analysis/shown_units.h"
 #include "cli/report.h"
 #include "core/markers.h"
 #include "core/numbers.h"
-#include "core/units.h"
 #include "report/values.h"
 
 namespace vexa::cli {
@@ -24,44 +24,9 @@ std::string Shown(std::optional<double> value, std::string_view mask, std::strin
   return value ? Mask(*value, mask) + std::string(unit) : "--";
 }
 
-// Lengths, temperatures and speeds in the units of the settings, which the indices below keep too.
-struct Units {
-  const Options& Set;
-  double Ground;  // m above mean sea level; kNone where not known
-
-  // Rounded once: the finer rounding of the other forms of the report would come on top.
-  std::string Length(double meters) const {
-    const bool feet = Set.ThermoHeight == LengthUnits::Feet;
-    return Mask(feet ? FeetFromMeters(meters) : meters, "####0") + (feet ? " ft" : " m");
-  }
-  std::string Height(double height) const {
-    if (!HasHeight(height)) return "--";
-    const bool aboveGround = Set.Heights == HeightMode::Agl && HasHeight(Ground);
-    return aboveGround ? Length(height - Ground) + " AGL" : Length(height);
-  }
-  std::string Temp(double celsius) const {
-    if (NotAvailable(celsius)) return "--";
-    switch (Set.ThermoTemp) {
-      case TempUnits::Fahrenheit:
-        return Mask(FahrenheitFromCelsius(celsius), "##0.0") + " F";
-      case TempUnits::Kelvin:
-        return Mask(celsius + kKelvinOffset, "##0.0") + " K";
-      case TempUnits::Celsius:
-        break;
-    }
-    return Mask(celsius, "##0.0") + " C";
-  }
-  std::string Speed(const analysis::WindVector& vector) const {
-    const analysis::Wind shown = analysis::FromComponents(vector);
-    const bool metric = Set.Speed == SpeedUnits::MetersPerSecond;
-    return Mask(shown.Dir, "000") + "/" + Mask(metric ? shown.Spd * kKnotToMs : shown.Spd, "##0") +
-           (metric ? " m/s" : " kts");
-  }
-};
-
 // A line for each layer found: what it is, from where to where.
 template <class Line>
-void LayerLines(const AnalysisResults& results, const Units& units, Line& line) {
+void LayerLines(const AnalysisResults& results, const analysis::ShownUnits& units, Line& line) {
   const auto span = [&units](const LevelPoint& base, const LevelPoint& top) {
     return units.Height(base.Height) + " to " + units.Height(top.Height);
   };
@@ -106,7 +71,8 @@ void LayerLines(const AnalysisResults& results, const Units& units, Line& line) 
 std::string TextReport(const AnalysedSounding& sounding, const Options& options) {
   const SoundingRecord& record = sounding.Record;
   const AnalysisResults& results = sounding.Results;
-  const Units units{options, record.ElevUnknown ? kNone : record.ElevM};
+  const analysis::ShownUnits units(options, options.Heights,
+                                   record.ElevUnknown ? kNone : record.ElevM);
   std::string text;
   const auto line = [&text](std::string_view label, std::string_view value) {
     text += PadRight(label, 16) + std::string(value) + "\n";
@@ -127,15 +93,12 @@ std::string TextReport(const AnalysedSounding& sounding, const Options& options)
     line("Position", degrees(record.LatSigned, record.LatHemi) + " " +
                          degrees(record.LonSigned, record.LonHemi));
   }
-  line("Elevation", record.ElevUnknown ? "unknown" : units.Length(record.ElevM));
+  line("Elevation", record.ElevUnknown ? "unknown" : units.Depth(record.ElevM));
   line("Levels", Shortest(record.NumTempLevels()) + " temperature, " +
                      Shortest(record.NumWindLevels()) + " wind");
   if (results.Surface.Exists) {
     line("Surface", press(results.Surface.Press) + ", QNH " + press(results.Surface.Qnh) +
-                        ", density altitude " +
-                        (HasHeight(results.Surface.DensityAltitude)
-                             ? units.Length(results.Surface.DensityAltitude)
-                             : "--"));
+                        ", density altitude " + units.Depth(results.Surface.DensityAltitude));
   }
   text += "\n" + PadRight("", 16);
   for (const LiftName& lift : kLifts) text += PadLeft(Text(lift.Type), 14);
@@ -174,10 +137,10 @@ std::string TextReport(const AnalysedSounding& sounding, const Options& options)
     line(Text(inversion.Kind), point(inversion.Base) + " to " + point(inversion.Top));
   }
   LayerLines(results, units, line);
-  if (results.Storm.Mean6km) line("Mean wind 0-6km", units.Speed(*results.Storm.Mean6km));
+  if (results.Storm.Mean6km) line("Mean wind 0-6km", units.Motion(*results.Storm.Mean6km));
   const auto mover = [&](std::string_view name, const std::optional<analysis::Mover>& one) {
     if (!one) return;
-    line(name, units.Speed(one->Motion) + ", helicity 0-1 km " +
+    line(name, units.Motion(one->Motion) + ", helicity 0-1 km " +
                    Shown(Value(one->Helicity.front(), 0), "###0", "") + ", 0-3 km " +
                    Shown(Value(one->Helicity.back(), 0), "###0", " m2/s2"));
   };

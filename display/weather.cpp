@@ -5,6 +5,7 @@
 
 #include "analysis/index_table.h"
 #include "analysis/moist_air.h"
+#include "analysis/shown_units.h"
 #include "core/markers.h"
 #include "core/numbers.h"
 #include "core/units.h"
@@ -20,32 +21,12 @@ constexpr std::string_view kNone = "--";
 class Texts {
  public:
   explicit Texts(const Shown& shown) : Texts(shown, shown.Set.Heights) {}
-  Texts(const Shown& shown, HeightMode heights) : shown_(shown), heights_(heights) {}
+  Texts(const Shown& shown, HeightMode heights)
+      : shown_(shown), units_(shown.Set, heights, shown.Record.ElevM) {}
 
-  std::string Height(double height) const {
-    if (!HasHeight(height)) return std::string(kNone);
-    const bool above = heights_ == HeightMode::Agl;
-    const double shown = above ? height - shown_.Record.ElevM : height;
-    return Depth(shown) + (above ? " AGL" : "");
-  }
-  std::string Depth(double meters) const {
-    if (!HasHeight(meters)) return std::string(kNone);
-    return shown_.Set.ThermoHeight == LengthUnits::Feet
-               ? Mask(FeetFromMeters(meters), "####0") + " ft"
-               : Mask(meters, "####0") + " m";
-  }
-  std::string Temp(double temp) const {
-    if (NotAvailable(temp)) return std::string(kNone);
-    switch (shown_.Set.ThermoTemp) {
-      case TempUnits::Fahrenheit:
-        return Mask(FahrenheitFromCelsius(temp), "##0.0") + " F";
-      case TempUnits::Kelvin:
-        return Mask(temp + kKelvinOffset, "##0.0") + " K";
-      case TempUnits::Celsius:
-        break;
-    }
-    return Mask(temp, "##0.0") + " C";
-  }
+  std::string Height(double height) const { return units_.Height(height); }
+  std::string Depth(double meters) const { return units_.Depth(meters); }
+  std::string Temp(double temp) const { return units_.Temp(temp); }
   std::string Press(const LevelPoint& level) const {
     if (!level.Exists()) return std::string(kNone);
     return Mask(level.Press, "###0") + PressUnit();
@@ -73,7 +54,7 @@ class Texts {
 
  private:
   const Shown& shown_;
-  HeightMode heights_;
+  analysis::ShownUnits units_;
 };
 
 Sheet Titled(std::string_view title, const Shown& shown) {

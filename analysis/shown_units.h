@@ -1,0 +1,30 @@
+// Heights, temperatures, pressures and winds as texts in the units of the options, for panels and
+// reports; "--" for what there is not.
+#pragma once
+
+#include <string>
+
+#include "analysis/interpolate.h"
+#include "config/options.h"
+
+namespace vexa::analysis {
+
+class ShownUnits {
+ public:
+  /// heights  what heights count from
+  /// ground   m above mean sea level; kNone where not known, heights are above the sea then
+  ShownUnits(const Options& options, HeightMode heights, double ground)
+      : options_(options), heights_(heights), ground_(ground) {}
+
+  std::string Height(double height) const;  // m above mean sea level
+  std::string Depth(double meters) const;   // a length of its own
+  std::string Temp(double celsius) const;
+  std::string Motion(const WindVector& vector) const;  // kt: "217/30 kts"
+
+ private:
+  const Options& options_;
+  HeightMode heights_;
+  double ground_;
+};
+
+}  // namespace vexa::analysis
