@@ -10,10 +10,10 @@ namespace vexa::analysis::formula {
 
 using In = IndexReader;
 
-/// Direction rounded to whole degrees, "/" and the speed rounded: "281/32". North is 360.
 /// Decimals to which differences of reported tenths are compared with limits.
 inline constexpr int kExactDecimals = 6;
 
+/// Direction rounded to whole degrees, "/" and the speed rounded: "281/32". North is 360.
 std::string DirectionAndSpeed(const Wind& wind);
 
 // Stability and moisture.

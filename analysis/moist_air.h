@@ -10,13 +10,12 @@
 
 namespace vexa::analysis {
 
-inline constexpr double kPoisson = 0.2856;           // R/cp
-inline constexpr double kInversePoisson = 3.503854;  // = 1/0.2854 on purpose: first guesses only
-inline constexpr double kEpsilon = 0.62198;          // ratio of the gas constants
-inline constexpr double kLatentFactor = 2651.899;    // L/cp, K
-inline constexpr double kDryGasConstant = 287.04;    // Rd, J/(kg K)
-inline constexpr double kReferencePress = 1000;      // hPa
-inline constexpr double kGravity = 9.80665;          // m/s²
+inline constexpr double kPoisson = 0.2856;         // R/cp
+inline constexpr double kEpsilon = 0.62198;        // ratio of the gas constants
+inline constexpr double kLatentFactor = 2651.899;  // L/cp, K
+inline constexpr double kDryGasConstant = 287.04;  // Rd, J/(kg K)
+inline constexpr double kReferencePress = 1000;    // hPa
+inline constexpr double kGravity = 9.80665;        // m/s²
 
 /// Saturation vapour pressure, Goff & Gratch (1946).
 ///

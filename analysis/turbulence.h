@@ -40,8 +40,7 @@ std::vector<AirLayer> FindHighCat(const std::vector<WindPair>& pairs,
 std::vector<AirLayer> FindLowShear(const std::vector<WindPair>& pairs, double ground);
 
 /// Words for mountain-wave turbulence by vertical speed, m/s (ICAO Annex 3): short ones for
-/// sections
-/// ("LGT") and long ones for diagrams ("LIGHT"); empty below 0.5 m/s.
+/// sections ("LGT") and long ones for diagrams ("LIGHT"); empty below 0.5 m/s.
 struct WaveWord {
   Intensity Class = Intensity::None;
   std::string_view Short{};

@@ -29,7 +29,6 @@ class DiagramView : public QWidget {
     pointed_ = std::move(pointed);
   }
   /// True once the picture has been painted.
-  bool HasPainted() const { return painted_; }
   void OnPainted(std::function<void()> done) { whenPainted_ = std::move(done); }
 
   /// Where a position of the widget lies on the page.

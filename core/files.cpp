@@ -87,11 +87,6 @@ std::string TextFromPath(const fs::path& path) {
   return std::string(text.begin(), text.end());
 }
 
-fs::path JoinFolder(std::string_view folder, std::string_view name) {
-  name.remove_prefix(std::min(name.find_first_not_of("/\\"), name.size()));
-  return PathFromText(folder) / PathFromText(name);
-}
-
 Outcome<std::string> ReadFile(const fs::path& path) {
   const auto fault = [&path](int number, std::string_view reason) {
     return FileFault(number, "ReadFile", path, reason);

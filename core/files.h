@@ -30,8 +30,6 @@ FileOps& SystemFileOps();
 std::filesystem::path PathFromText(std::string_view utf8);
 /// UTF-8 text of a path, for messages and files.
 std::string TextFromPath(const std::filesystem::path& path);
-/// Folder and name joined, with the separator that the folder may lack.
-std::filesystem::path JoinFolder(std::string_view folder, std::string_view name);
 
 /// A file's bytes. Faults: 53 not found, 75 not readable or no ordinary file, 62 when it shrinks
 /// while read, 1209 when it is larger than any sounding.

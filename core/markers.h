@@ -7,7 +7,6 @@
 namespace vexa {
 
 inline constexpr double kMissing = 999.9;     // value not available; compared as float
-inline constexpr double kNoBracket = 9999;    // no bracketing levels were found
 inline constexpr double kNone = -999;         // no level, no index, unknown elevation in files
 inline constexpr double kNotReached = 99999;  // height not reached; end of station files
 

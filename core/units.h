@@ -8,7 +8,6 @@ namespace vexa {
 
 inline constexpr double kKelvinOffset = 273.16;    // K
 inline constexpr double kDegPerRadian = 57.29578;  // rounded on purpose
-inline constexpr double kPi = 3.1415929794311523;  // the single-precision π
 inline constexpr double kMetersPerFoot = 0.3048;
 inline constexpr double kKmPerNauticalMile = 1.852;
 inline constexpr double kMetersPerMile = 1609.344;

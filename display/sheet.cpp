@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "core/numbers.h"
-
 namespace vexa::display {
 namespace {
 
@@ -14,8 +12,6 @@ constexpr double kTitle = 230;
 constexpr double kText = kSheetText;
 constexpr double kLine = 190;
 constexpr double kLetter = 0.6;  // width of a fixed letter by its size
-constexpr int kLabelLetters = 44;
-constexpr int kValueLetters = 14;
 constexpr std::size_t kGapLetters = 2;
 constexpr std::size_t kMostColumns = 4;
 
@@ -219,21 +215,6 @@ Picture DrawSheet(const Sheet& sheet, const Options& options) {
       },
       [&](const SheetRow& row, Point at) { DrawRow(page, row, at, widths, inks); });
   return page;
-}
-
-std::vector<std::string> SheetLines(const Sheet& sheet) {
-  std::vector<std::string> lines = {sheet.Title, sheet.Subtitle};
-  for (const SheetBlock& block : sheet.Blocks) {
-    lines.emplace_back();
-    if (!block.Heading.empty()) lines.push_back(block.Heading);
-    for (const SheetRow& row : block.Rows) {
-      std::string line = PadRight(row.Label, kLabelLetters) + PadRight(row.Value, kValueLetters) +
-                         PadRight(StressSign(row.Step), 4) + row.Note;
-      line.resize(line.find_last_not_of(' ') + 1);
-      lines.push_back(std::move(line));
-    }
-  }
-  return lines;
 }
 
 }  // namespace vexa::display

@@ -1,5 +1,5 @@
 // A page of labelled values in blocks, as the weather displays show them: described as data, drawn
-// as a picture, or written as text lines for a listing.
+// as a picture.
 #pragma once
 
 #include <string>
@@ -39,9 +39,6 @@ struct Sheet {
 /// The sheet on a page of its own, its blocks in as many columns as keep the page near the shape of
 /// a screen; paper by the screen colour. Steps carry a sign of their own beside their colour.
 Picture DrawSheet(const Sheet& sheet, const Options& options);
-
-/// The same as lines of text of at most 78 characters where values allow.
-std::vector<std::string> SheetLines(const Sheet& sheet);
 
 /// Height of the values' letters on that page, drawing units.
 inline constexpr double kSheetText = 130;

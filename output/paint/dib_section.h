@@ -36,7 +36,6 @@ class cDIBSection {
  public:
   /// Draws the picture at a size in pixels; false when there is no memory for it.
   bool Create(const Picture& picture, int widthPx, int heightPx, double dpi = kScreenDpi);
-  bool IsEmpty() const { return image_.isNull(); }
   const QImage& Image() const { return image_; }
 
   /// The bytes of an image file. Fault 61 with the text of the failure.

@@ -131,10 +131,9 @@ TEST(AtomicFile, RefusesWhatItMustNotReplace) {
 TEST(Paths, BlanksUmlautsAndBackslashesWork) {
   const test::TemporaryFolder folder;
   const std::string root = TextFromPath(folder.Path());
-  const fs::path joined = JoinFolder(root + "\\M\u00FCnchen Daten\\2001", "\\S\u00F6nde 1.RAW");
+  const fs::path joined = PathFromText(root + "\\M\u00FCnchen Daten\\2001\\S\u00F6nde 1.RAW");
   EXPECT_EQ(joined, folder.Path() / fs::path(u8"M\u00FCnchen Daten") / "2001" /
                         fs::path(u8"S\u00F6nde 1.RAW"));
-  EXPECT_EQ(JoinFolder(root + "\\", "a"), folder.Path() / "a");
   fs::create_directories(joined.parent_path());
   ASSERT_FALSE(SaveFile(joined, "text"));
   EXPECT_EQ(ReadFile(joined).Value(), "text");
