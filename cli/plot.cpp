@@ -172,21 +172,20 @@ int RunPlot(const Arguments& arguments, Console& console) {
   }
   std::optional<QtSession> toolkit;
   if (extension != "svg") toolkit.emplace();
+  for (const std::string& file : arguments.Files) {
+    if (const auto fault = NotAnInput(arguments, OutputFor(*output, file))) {
+      return UsageError(console, kPlotCommand, fault->Detail);
+    }
+  }
   int exitCode = kExitOk;
   LoadedProgram loaded(setup.Value());
   if (together) {
     const std::string name = OutputFor(*output, arguments.Files.front());
-    if (const auto fault = NotAnInput(arguments, name)) {
-      return UsageError(console, kPlotCommand, fault->Detail);
-    }
     return PlotTogether(arguments, console, name, size, image, loaded, *display);
   }
   std::set<std::string> written;
   for (const std::string& file : arguments.Files) {
     const std::string name = OutputFor(*output, file);
-    if (const auto fault = NotAnInput(arguments, name)) {
-      return UsageError(console, kPlotCommand, fault->Detail);
-    }
     const auto fault = written.insert(name).second
                            ? PlotFile(file, name, size, image, loaded, *display)
                            : Fault{kFaultBadFileName, "RunPlot",

@@ -99,13 +99,14 @@ Outcome<SoundingRecord> Decode(Program& program, const std::string& bytes) {
   const std::optional<Fault> fault = Guarded("EditSource", [&]() -> std::optional<Fault> {
     std::vector<std::string> notes;
     const Outcome<SourceText> onDisk = ingest::ReadSource(program.Current.FilePath(), notes);
-    std::string name = program.Current.FileName;
+    SourceText edited(program.Current.FileName, bytes);
     if (onDisk) {
       const ingest::SoundingPlace place = ingest::PlaceOf(onDisk.Value(), context.Index);
-      name = place.Text->Name();
+      edited = SourceText(place.Text->Name(), bytes);
+      edited.SetWrittenOn(place.Text->WrittenOn());
       context.Index = place.Index;
     }
-    return ingest::DecodeSounding(SourceText(name, bytes), context, record);
+    return ingest::DecodeSounding(edited, context, record);
   });
   if (fault) return *fault;
   return record;
