@@ -37,11 +37,11 @@ void DrawArrow(Canvas& canvas, std::string_view tag, const WindVector& from, con
 }
 
 void DrawName(Canvas& canvas, std::string_view tag, const WindVector& at, std::string text,
-              Color ink, Point prefer = {1, 0}) {
+              Color ink, Point prefer = {1, 0}, double gap = 45) {
   const double size = canvas.Small ? kSmallMarkText : kMarkText;
   const double width = TextWidth(text.size(), size);
   const Point from = canvas.At.ToPoint(at);
-  const auto place = canvas.Room.Beside(from, width, size, 45, prefer, FarthestName(canvas));
+  const auto place = canvas.Room.Beside(from, width, size, gap, prefer, FarthestName(canvas));
   if (!place) return;
   DrawLeader(canvas, from, *place, width, size, ink);
   canvas.Names.emplace_back(tag, Label{.At = *place,
@@ -93,7 +93,9 @@ void DrawMeanWind(Canvas& canvas, const std::optional<WindVector>& mean, std::st
   const Point at = canvas.At.ToPoint(*mean);
   if (!canvas.At.Frame.Contains(at)) return;
   DrawSquare(canvas, "mean wind", at, canvas.Colors.MeanWind);
-  DrawName(canvas, "mean wind", *mean, "MW " + std::string(layer), canvas.Colors.MeanWind.Ink);
+  constexpr double kBesideSquare = 90;
+  DrawName(canvas, "mean wind", *mean, "MW " + std::string(layer), canvas.Colors.MeanWind.Ink,
+           {1, 0}, kBesideSquare);
   AddSpot(canvas, "mean wind", *mean,
           "Mean wind " + std::string(layer) +
               " km: " + WindText(*mean, canvas.Set(), "##0.0", UnitOf(canvas.Set())));
