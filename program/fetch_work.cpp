@@ -249,9 +249,10 @@ Outcome<std::string> FetchWork::Save(const BatchPlan& plan, const Request& reque
     if (watch_.Failed) watch_.Failed(source_ ? *source_ : Source{}, request, *fault);
     return *fault;
   }
-  if (watch_.Saved)
+  if (watch_.Saved) {
     watch_.Saved(TextFromPath(path) +
                  (isNative ? "" : NumberIn(result, Completed(request, stations_))));
+  }
   return TextFromPath(path);
 }
 

@@ -250,6 +250,10 @@ TEST(Layers, MixedLayerEndsUnderTheInversion) {
   EXPECT_GT(results.Layers.Mixed->Top.Press, 890);
   EXPECT_NEAR(results.Layers.Mixed->Theta, 298.2, 0.2);
   EXPECT_FALSE(Analyse(test::ReferenceWinter(), {}).Layers.Mixed);
+  // Ground at a theta of 320 K under air of 319.2 and 317 K: what is mixed is not 150 m deep.
+  const SoundingRecord superheated = test::Profile(
+      {{839, 31.2, 0}, {830, 29.5, 0}, {818, 26.2, 0}, {700, 17, -5}, {500, -10, -30}});
+  EXPECT_FALSE(Analyse(superheated, {}).Layers.Mixed);
 }
 
 }  // namespace

@@ -54,7 +54,7 @@ struct Sample {
   int Index, Soundings, Temps, Winds;
   TempRow First, Last;
   WindRow Lowest, Highest;
-  double Elevation;  // kNone: not known
+  double Elevation;
   double Lat, Lon;
 };
 
