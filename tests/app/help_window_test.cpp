@@ -26,7 +26,7 @@ class HelpTest : public testing::Test {
  protected:
   HelpTest() {
     program.Current.Ask = &interaction;
-    program.HelpFile = std::filesystem::path(VEXA_SOURCE_DIR) / "share" / "VEXA.HLP";
+    program.HelpFile = test::SourceFolder() / "share" / "VEXA.HLP";
     window.show();
   }
   QDialog* Help() {

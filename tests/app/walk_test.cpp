@@ -77,7 +77,7 @@ struct Desk {
     for (const auto& below : {program.Where.Data, program.Where.Export}) {
       std::filesystem::create_directories(below);
     }
-    program.HelpFile = std::filesystem::path(VEXA_SOURCE_DIR) / "share" / "VEXA.HLP";
+    program.HelpFile = test::SourceFolder() / "share" / "VEXA.HLP";
     user.SaveAs = TextFromPath(folder.Path() / "saved.RAW");
     user.Other = Saved("other.RAW", test::ReferenceWinter());
     window.resize(800, 560);

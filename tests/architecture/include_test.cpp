@@ -11,6 +11,8 @@
 #include <string>
 #include <vector>
 
+#include "support/soundings.h"
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -84,7 +86,7 @@ std::string Objection(const std::string& folder, const Include& include) {
 }
 
 TEST(Architecture, FoldersBuildOneWay) {
-  const fs::path root = VEXA_SOURCE_DIR;
+  const fs::path root = vexa::test::SourceFolder();
   int files = 0;
   int includes = 0;
   for (const auto& [folder, basis] : kBuildsOn) {

@@ -159,7 +159,7 @@ TEST(StationFile, LookupFillsTheHeader) {
 // The file that the program ships: sound, written as the program writes, and with stations where
 // an atlas has the towns, those among them whose lists contradict each other.
 TEST(StationFile, ShippedFile) {
-  const auto text = ReadFile(fs::path(VEXA_SOURCE_DIR) / "share" / "VEXA.STN");
+  const auto text = ReadFile(test::SourceFolder() / "share" / "VEXA.STN");
   ASSERT_TRUE(text);
   const StationList list = Read(text.Value());
   EXPECT_GT(list.Count(), 3000);

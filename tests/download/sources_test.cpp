@@ -65,7 +65,7 @@ TEST(AddressOf, ReplacesEveryTokenOrRefuses) {
 }
 
 TEST(SourceFile, TheShippedOneIsReadAndWrittenAgain) {
-  const auto path = std::filesystem::path(VEXA_SOURCE_DIR) / "share" / "VEXA.URL";
+  const auto path = test::SourceFolder() / "share" / "VEXA.URL";
   const Outcome<std::string> text = ReadFile(path);
   ASSERT_TRUE(text);
   const Outcome<SourceList> list = ReadSources(text.Value(), "VEXA.URL");

@@ -260,8 +260,7 @@ TEST(Native, ImpossibleValuesAreLeftOut) {
 
 TEST(Examples, LoadWithoutRemarkAndSaveAsTheyAre) {
   int files = 0;
-  for (const auto& entry :
-       std::filesystem::directory_iterator(std::filesystem::path(VEXA_SOURCE_DIR) / "examples")) {
+  for (const auto& entry : std::filesystem::directory_iterator(test::SourceFolder() / "examples")) {
     if (entry.path().extension() != ".RAW") continue;
     SCOPED_TRACE(entry.path().filename());
     CurrentSounding current;

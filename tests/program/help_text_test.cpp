@@ -16,7 +16,7 @@ namespace {
 
 std::vector<HelpTopic> Shipped() {
   Program program;
-  program.HelpFile = std::filesystem::path(VEXA_SOURCE_DIR) / "share" / "VEXA.HLP";
+  program.HelpFile = test::SourceFolder() / "share" / "VEXA.HLP";
   return HelpTopics(program);
 }
 

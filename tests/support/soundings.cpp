@@ -79,15 +79,18 @@ SoundingRecord ReferenceWinter() {
   return record;
 }
 
+fs::path SourceFolder() {
+  return VEXA_SOURCE_DIR;
+}
+
 fs::path TestData(const std::string& name) {
-  return fs::path(VEXA_SOURCE_DIR) / "tests" / "data" / name;
+  return SourceFolder() / "tests" / "data" / name;
 }
 
 std::optional<fs::path> RealData(const std::string& name) {
   const char* folder = std::getenv("VEXA_REAL_DATA");
-  const fs::path root = folder != nullptr
-                            ? fs::path(folder)
-                            : fs::path(VEXA_SOURCE_DIR).parent_path() / "shared" / "data";
+  const fs::path root =
+      folder != nullptr ? fs::path(folder) : SourceFolder().parent_path() / "shared" / "data";
   std::error_code ignored;
   if (!fs::exists(root / name, ignored)) return std::nullopt;
   return root / name;

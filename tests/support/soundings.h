@@ -31,6 +31,9 @@ SoundingRecord Profile(std::initializer_list<TempRow> temps,
 SoundingRecord ReferenceConvective();  // REF-A: 35.2 N 97.4 W, 357 m
 SoundingRecord ReferenceWinter();      // REF-B: 45.0 N 8.0 E, 120 m
 
+/// The project's own folder.
+std::filesystem::path SourceFolder();
+
 /// A small file written for the tests.
 std::filesystem::path TestData(const std::string& name);
 
