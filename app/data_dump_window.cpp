@@ -66,8 +66,10 @@ std::string FourDigits(std::size_t number) {
 // What was opened together, else the files beside the sounding, by name.
 std::vector<std::string> FilesAround(const Program& program) {
   std::vector<std::string> files;
-  if (program.Listed.size() > 1 && program.ListedIndex.empty()) {
-    for (const auto& path : program.Listed) files.push_back(TextFromPath(path));
+  if (program.Listed.Size() > 1 && program.Listed.IsOfFiles()) {
+    for (const auto& member : program.Listed.Members()) {
+      files.push_back(TextFromPath(member.File));
+    }
     return files;
   }
   if (program.Current.FileName.empty()) return files;
@@ -290,7 +292,7 @@ void DataDumpWindow::ExportRangeOfFiles() {
   step_->clear();
   ShowControls();
   if (report.Failed) {
-    ErrorReport(program_.Current, *report.Failed);
+    program_.Doc.Report(*report.Failed);
     return;
   }
   const Box summary = ExportSummary(report);

@@ -87,7 +87,7 @@ void DataWindows::OpenData(const QMimeData& data) {
     events_.Changed(OpenText(program_, data.text().toStdString()));
     return;
   }
-  program_.Current.StatusText = "There is neither a file nor text to open.";
+  program_.Doc.SetStatus("There is neither a file nor text to open.");
   events_.Changed({});
 }
 

@@ -76,7 +76,7 @@ void DiagramControl::EndChoosing() {
 
 bool DiagramControl::Escape() {
   if (drag_) {
-    const Silenced quiet(program_.Current);
+    const Silenced quiet = program_.Doc.Quiet();
     const Changes changes = std::exchange(drag_, {})->TakeBack(program_);
     grip_.reset();
     pressed_.reset();
@@ -192,7 +192,7 @@ bool DiagramControl::Move(const QMouseEvent& event) {
 
 // Nothing may run in between, so that each picture follows its mouse move at once.
 void DiagramControl::Drag(Point to) {
-  const Silenced quiet(program_.Current);
+  const Silenced quiet = program_.Doc.Quiet();
   show_(drag_->Move(program_, to));
   status_(drag_->Text(program_));
 }
@@ -285,7 +285,7 @@ bool DiagramControl::Key(const QKeyEvent& event) {
     case Qt::Key_Left:
     case Qt::Key_Right:
       // With Shift, and for a single sounding, the free cursor moves.
-      if (!locked && (program_.Listed.size() < 2 || event.modifiers() & Qt::ShiftModifier)) {
+      if (!locked && (program_.Listed.Size() < 2 || event.modifiers() & Qt::ShiftModifier)) {
         return false;
       }
       StepSounding(event.key() == Qt::Key_Right ? 1 : -1);

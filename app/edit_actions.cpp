@@ -90,7 +90,7 @@ template <bool entireFile>
 void EditSource(Program& program, QWidget* window, const Show& show) {
   const Outcome<EditableText> source = SourceToEdit(program, entireFile);
   if (!source) {
-    ErrorReport(program.Current, source.Error());
+    program.Doc.Report(source.Error());
     return;
   }
   Open(new TextEditor(
@@ -167,7 +167,7 @@ bool RunEditCommand(Program& program, Command command, QWidget* window, const Sh
 }
 
 void OpenCorrection(Program& program, QWidget* window, const Show& show) {
-  const std::optional<QcFinding> finding = std::exchange(program.ToCorrect, std::nullopt);
+  const std::optional<QcFinding> finding = program.Doc.TakeCorrection();
   if (!finding) return;
   LevelEditor* editor = LevelsOf(program, EditorPages::All, window, show);
   Open(editor);

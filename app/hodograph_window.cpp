@@ -320,7 +320,7 @@ void HodographWindow::BuildDragging() {
   view_->OnDrag = [this](std::optional<Point> at, QPointF) {
     if (!at || !dragMapping_ || !dragMapping_->Frame.Contains(*at)) return;
     // Nothing may run in between, so that each picture follows its mouse move at once.
-    const Silenced quiet(program_.Current);
+    const Silenced quiet = program_.Doc.Quiet();
     const analysis::WindVector to = dragMapping_->ToWind(*at);
     changed_(windDrag_ ? windDrag_->SetWind(program_, to)
                        : EnterStormMotion(program_, analysis::FromComponents(to)));
@@ -338,7 +338,7 @@ void HodographWindow::BuildDragging() {
       return;
     }
     if (!dragMapping_) return program_.Gate.Stop();
-    const Silenced quiet(program_.Current);
+    const Silenced quiet = program_.Doc.Quiet();
     EndDrag(windDrag_ ? windDrag_->TakeBack(program_) : TakeBack(program_, beforeDrag_));
   });
 }

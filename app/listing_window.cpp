@@ -62,7 +62,7 @@ ListingWindow::ListingWindow(Program& program, QWidget* parent)
     if (!chosen) return;
     const std::string text = output::ListingFileText(Shown().Make(SourceOf(program_)));
     if (const auto fault = SaveFile(PathFromText(*chosen), text)) {
-      ErrorReport(program_.Current, *fault);
+      program_.Doc.Report(*fault);
     }
   });
   add("cmdCopy", "&Copy", [this] {
@@ -77,7 +77,7 @@ ListingWindow::ListingWindow(Program& program, QWidget* parent)
     if (!program_.Where.Root.empty()) {
       if (const auto fault =
               output::PrepareListing(*row, from, setup.Header, program_.Where.Root)) {
-        ErrorReport(program_.Current, *fault);
+        program_.Doc.Report(*fault);
         return;
       }
     }

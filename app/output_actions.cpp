@@ -33,7 +33,7 @@ constexpr int kLeastDpi = 36;
 constexpr int kMostDpi = 1200;
 
 void Tell(Program& program, std::string text, BoxIcon icon) {
-  program.Current.StatusText = text;
+  program.Doc.SetStatus(text);
   if (program.Current.Ask == nullptr) return;
   program.Current.Ask->Ask(
       Box{.Title = std::string(kErrorBoxTitle), .Text = std::move(text), .Icon = icon});
@@ -50,7 +50,7 @@ void SaveImage(Program& program, const Picture& picture, QSize displaySize, QWid
                                         window.Settings());
   if (!fault) return;
   if (fault->Procedure == "SaveFile") {
-    ErrorReport(program.Current, *fault);
+    program.Doc.Report(*fault);
   } else {
     Tell(program, fault->Detail, BoxIcon::Exclamation);
   }
@@ -63,7 +63,7 @@ void CopyImage(Program& program, const Picture& picture, QSize size) {
 output::ListingLines SourceText(Program& program) {
   const Outcome<output::ListingLines> lines = SourceLines(program);
   if (lines) return lines.Value();
-  ErrorReport(program.Current, lines.Error());
+  program.Doc.Report(lines.Error());
   return {};
 }
 
@@ -122,7 +122,7 @@ void WriteReport(Program& program) {
   const auto pass = program.Gate.Enter();
   if (!pass) return;
   if (const auto fault = report::WriteReport(program, PathFromText(*name), "vexa")) {
-    ErrorReport(program.Current, *fault);
+    program.Doc.Report(*fault);
     return;
   }
   Tell(program, "The report is in " + *name, BoxIcon::Information);

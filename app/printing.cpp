@@ -39,7 +39,7 @@ void TellOfPrinting(Program& program, const Fault& fault) {
     program.Current.Ask->Ask(Box{.Title = std::string(kErrorBoxTitle), .Text = fault.Detail});
     return;
   }
-  ErrorReport(program.Current, fault);
+  program.Doc.Report(fault);
 }
 
 bool AskAndSavePdf(Program& program, const std::vector<Picture>& pages) {

@@ -94,7 +94,7 @@ void NameFonts() {
 // The system ends the program: nobody is asked, so what is not saved goes into the session, which
 // the next start offers.
 void EndNow(Program& program, SoundingWindow& window) {
-  if (!IsAltered(program)) {
+  if (!program.Doc.IsAltered()) {
     window.close();
   } else if (const auto fault = KeepSessionAtEnd(program)) {
     Say(stderr, "vexa: " + fault->Detail + "\n");
@@ -159,7 +159,7 @@ int RunWindow(int argc, char** argv) {
 
   WindowInteraction interaction(program.Gate, screenshot ? WindowInteraction::Attendance::Unattended
                                                          : WindowInteraction::Attendance::Attended);
-  program.Current.Ask = &interaction;
+  program.Doc.AskThrough(&interaction);
   SoundingWindow window(program, interaction);
 
   StartArguments start{arguments.Value().Value("--root"), ProgramFolder()};

@@ -330,7 +330,7 @@ void SoundingWindow::RememberDisplays() {
   if (program_.ShowsHodograph) names.push_back(hodograph_->objectName().toStdString());
   if (program_.ShowsHodogram) names.push_back(hodogram_->objectName().toStdString());
   if (const auto fault = WriteList(program_.Where.Root, kAnalysisMemory, names)) {
-    ErrorReport(program_.Current, *fault);
+    program_.Doc.Report(*fault);
   }
 }
 
@@ -372,9 +372,9 @@ void SoundingWindow::ShowState() {
   DisplaysCheck();
   ShowDisplays();
   const QSignalBlocker silent(sequence_);
-  sequence_->setRange(0, std::max(0, static_cast<int>(program_.Listed.size()) - 1));
-  sequence_->setValue(static_cast<int>(program_.ListedNow));
-  sequence_->setVisible(program_.Listed.size() > 1);
+  sequence_->setRange(0, std::max(0, static_cast<int>(program_.Listed.Size()) - 1));
+  sequence_->setValue(static_cast<int>(program_.Listed.Now()));
+  sequence_->setVisible(program_.Listed.Size() > 1);
   sequence_->setToolTip(ToQString(ListedNeighbours(program_)));
 
   const std::string fault = FaultIndicator(program_);
@@ -460,7 +460,7 @@ void SoundingWindow::closeEvent(QCloseEvent* event) {
   const bool mayClose = program_.Gate.MayClose();
   if (mayClose && !MayExit(program_)) {
     program_.Leaving = false;
-    program_.Current.StatusText = kDontUnload;
+    program_.Doc.SetStatus(kDontUnload);
     event->ignore();
   } else if (mayClose) {
     EndSession(program_);

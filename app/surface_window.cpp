@@ -63,8 +63,8 @@ QDoubleSpinBox* SurfaceWindow::AddNumber(const char* name, double least, double 
 
 void SurfaceWindow::Put(SoundingRecord record) {
   if (record == program_.Current.Record || !program_.Gate.IsOpen()) return;
-  program_.Current.Record = std::move(record);
-  const Silenced quiet(program_.Current);
+  program_.Doc.Try(std::move(record));
+  const Silenced quiet = program_.Doc.Quiet();
   show_({.Sounding = true});
 }
 
@@ -87,7 +87,7 @@ void SurfaceWindow::Try() {
 }
 
 void SurfaceWindow::accept() {
-  RememberEdit(program_, "change surface", before_);
+  program_.Doc.Keep("change surface");
   show_({.View = true});  // the undo entry follows
   QDialog::accept();
 }

@@ -73,7 +73,7 @@ void TextWindow::Save() {
        .Filter = "*.txt|*.txt|*.dat|*.dat|*.*|*.*",
        .Saving = true});
   if (!name) return;
-  if (const auto fault = SaveAs(PathFromText(*name))) ErrorReport(program_.Current, *fault);
+  if (const auto fault = SaveAs(PathFromText(*name))) program_.Doc.Report(*fault);
 }
 
 void TextWindow::Print() {

@@ -7,9 +7,9 @@
 #include "core/platform.h"
 #include "core/source_text.h"
 #include "core/station_file.h"
-#include "ingest/decoder.h"
 #include "program/displays.h"
 #include "program/hodograph_commands.h"
+#include "program/listed_soundings.h"
 
 namespace vexa::cli {
 
@@ -29,7 +29,7 @@ Outcome<CommandSetup> SetupOf(const Arguments& arguments, Console& console) {
 }
 
 LoadedProgram::LoadedProgram(const CommandSetup& setup) : index_(setup.Index) {
-  program_.Current.Ask = &quiet_;
+  program_.Doc.AskThrough(&quiet_);
   program_.Settings = setup.Settings;
   program_.Stations = setup.Stations;
   program_.Where.Root = setup.Root;
@@ -40,21 +40,18 @@ LoadedProgram::LoadedProgram(const CommandSetup& setup) : index_(setup.Index) {
 
 std::optional<Fault> LoadedProgram::Load(const std::string& file) {
   const std::filesystem::path path = PathFromText(file);
-  Outcome<ingest::LoadedFile> loaded = ingest::LoadFile(path, index_, &program_.Stations, &quiet_);
-  if (!loaded) return loaded.Error();
-  program_.Current.Record = std::move(loaded.Value().Record);
-  program_.Current.FileName = TextFromPath(path.filename());
-  program_.Current.DataFolder = path.parent_path();
-  program_.Current.LoadNotes = std::move(loaded.Value().Notes);
-  program_.Results = analysis::Analyse(program_.Current.Record, program_.Set, program_.Adiabats);
+  Loading loading = LoadSounding({.File = path, .Index = index_}, PolicyOf(program_));
+  if (loading.Failed) return loading.Failed;
+  program_.Doc.Take(Document::GiveUpEdits(), *std::move(loading.Sounding));
+  program_.Doc.Analyse(program_.Set, program_.Adiabats, {});
   return std::nullopt;
 }
 
 std::optional<Fault> LoadedProgram::LoadBeside(const std::string& file, diagram::MultiMode mode) {
-  Outcome<ingest::LoadedFile> loaded =
-      ingest::LoadFile(PathFromText(file), index_, &program_.Stations, &quiet_);
+  Outcome<SharedSounding> loaded =
+      LoadAnalysed({.File = PathFromText(file), .Index = index_}, PolicyOf(program_));
   if (!loaded) return loaded.Error();
-  program_.Others.push_back(std::move(loaded.Value().Record));
+  program_.Others.push_back(std::move(loaded.Value()));
   program_.View.Mode = mode;
   return std::nullopt;
 }

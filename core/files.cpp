@@ -87,6 +87,15 @@ std::string TextFromPath(const fs::path& path) {
   return std::string(text.begin(), text.end());
 }
 
+std::optional<FileStamp> StampOf(const std::filesystem::path& path) {
+  std::error_code failed;
+  const std::filesystem::file_time_type written = std::filesystem::last_write_time(path, failed);
+  if (failed) return std::nullopt;
+  const std::uintmax_t size = std::filesystem::file_size(path, failed);
+  if (failed) return std::nullopt;
+  return FileStamp{written, size};
+}
+
 Outcome<std::string> ReadFile(const fs::path& path) {
   const auto fault = [&path](int number, std::string_view reason) {
     return FileFault(number, "ReadFile", path, reason);

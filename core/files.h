@@ -3,6 +3,7 @@
 // leaves the old file as it was.
 #pragma once
 
+#include <cstdint>
 #include <cstdio>
 #include <filesystem>
 #include <optional>
@@ -30,6 +31,16 @@ FileOps& SystemFileOps();
 std::filesystem::path PathFromText(std::string_view utf8);
 /// UTF-8 text of a path, for messages and files.
 std::string TextFromPath(const std::filesystem::path& path);
+
+/// By which a file that another program has written is known from what it was.
+struct FileStamp {
+  std::filesystem::file_time_type Written{};
+  std::uintmax_t Size = 0;
+  bool operator==(const FileStamp&) const = default;
+};
+
+/// Of a file as it is now; empty when there is none.
+std::optional<FileStamp> StampOf(const std::filesystem::path& path);
 
 /// A file's bytes. Faults: 53 not found, 75 not readable or no ordinary file, 62 when it shrinks
 /// while read, 1209 when it is larger than any sounding.

@@ -27,8 +27,8 @@ Changes ExportAs(Program& program, output::DumpKind kind);
 ///
 /// index     which of the file's soundings, from 0
 /// stepping  on the way through several, which may go unchecked by an option of its own
-bool LoadOne(Program& program, const std::filesystem::path& path, int index = 0,
-             bool stepping = false);
+bool LoadOne(Program& program, Document::Leave leave, const std::filesystem::path& path,
+             int index = 0, bool stepping = false);
 
 /// Marks the sounding in work as the one to load at start, or takes the mark away.
 Changes AutoLoad(Program& program);

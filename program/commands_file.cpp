@@ -70,8 +70,8 @@ std::filesystem::path Whole(const std::filesystem::path& path) {
 
 std::vector<std::string> ListedTexts(const Program& program) {
   std::vector<std::string> texts;
-  for (const std::filesystem::path& path : program.Listed) {
-    texts.push_back(TextFromPath(path));
+  for (const SoundingSet::Member& member : program.Listed.Members()) {
+    texts.push_back(TextFromPath(member.File));
   }
   return texts;
 }
@@ -104,17 +104,22 @@ std::vector<std::string> TitlesIn(const Program& program, const std::filesystem:
 }
 
 // Those that the user chooses are stepped through.
-Changes LoadChosen(Program& program, const std::filesystem::path& path,
-                   const std::vector<std::string>& titles) {
-  const std::vector<int> chosen = program.ChooseSoundings(titles);
-  for (std::size_t i = 0; i < chosen.size(); ++i) {
-    if (!LoadOne(program, path, chosen[i])) continue;
-    program.Listed.assign(chosen.size(), Whole(path));
-    program.ListedIndex = chosen;
-    program.ListedNow = i;
-    std::vector<std::string> headers;
-    for (const int entry : chosen) headers.push_back(titles[static_cast<std::size_t>(entry)]);
-    StartHeaders(program, std::move(headers));
+std::vector<SoundingSet::Member> Chosen(Program& program, const std::filesystem::path& path,
+                                        const std::vector<std::string>& titles) {
+  std::vector<SoundingSet::Member> members;
+  for (const int index : program.ChooseSoundings(titles)) {
+    members.push_back({path, index, titles[static_cast<std::size_t>(index)]});
+  }
+  return members;
+}
+
+// Puts the first that can be loaded in work and lists all of them for stepping.
+Changes LoadFirstOf(Program& program, Document::Leave leave,
+                    std::vector<SoundingSet::Member> members) {
+  for (std::size_t i = 0; i < members.size(); ++i) {
+    if (!LoadOne(program, leave, members[i].File, members[i].Index)) continue;
+    for (SoundingSet::Member& member : members) member.File = Whole(member.File);
+    ListSoundings(program, SoundingSet(std::move(members), i));
     MakeRecentFiles(program);
     return {.Sounding = true};
   }
@@ -138,33 +143,14 @@ Changes DataAccess(Program& program) {
   return LoadFirst(program, paths);
 }
 
-bool LoadOne(Program& program, const std::filesystem::path& path, int index, bool stepping) {
-  CurrentSounding& current = program.Current;
-  const CurrentSounding before = current;
-  const std::optional<FileStamp> stamp = StampOf(path);  // of what is read, not of what comes after
-  if (ingest::LoadSounding(current, path, index, &program.Stations) != Status::Ok) {
-    // A damaged native file has left what could be read of it.
-    current.Record = before.Record;
-    current.FileName = before.FileName;
-    current.DataFolder = before.DataFolder;
-    current.QcFault = before.QcFault;
-    return false;
-  }
+bool LoadOne(Program& program, Document::Leave leave, const std::filesystem::path& path, int index,
+             bool stepping) {
   const SystemOptions& set = program.Set.System;
-  current.QcFault = 0;
-  if (DataQC(current, !set.DataChecks || (stepping && !set.StepChecks)) == Status::QcCancel) {
-    current = before;
-    current.StatusText = Text(Status::QcCancel);
+  const bool checks = set.DataChecks && (!stepping || set.StepChecks);
+  if (program.Doc.Load(leave, {.File = path, .Index = index}, PolicyOf(program), checks) !=
+      Status::Ok) {
     return false;
   }
-  program.ToCorrect.reset();
-  if (current.QcFault != 0 && !current.Ask->Unattended()) {
-    program.ToCorrect = CheckRecord(current.Record);
-  }
-  program.History.Clear();
-  program.Loaded = current.Record;
-  MarkOnDisk(program);
-  program.OnDiskStamp = stamp;
   program.View.Cursor = {};
   return true;
 }
@@ -195,8 +181,8 @@ std::vector<std::filesystem::path> FilesIn(Program& program,
     }
     if (inside.empty()) {
       const std::string name = TextFromPath(path.filename());
-      ErrorReport(program.Current,
-                  Fault{kFaultFormat, "LoadFirst", "there is no sounding in the folder", name});
+      program.Doc.Report(
+          Fault{kFaultFormat, "LoadFirst", "there is no sounding in the folder", name});
     }
     SortForStepping(inside, program.Set.System);
     files.insert(files.end(), inside.begin(), inside.end());
@@ -207,33 +193,24 @@ std::vector<std::filesystem::path> FilesIn(Program& program,
 }  // namespace
 
 Changes LoadFirst(Program& program, const std::vector<std::filesystem::path>& given) {
-  if (!given.empty() && !MayLeaveSounding(program)) return {};
+  if (given.empty()) return {};
+  const auto leave = MayLeaveSounding(program);
+  if (!leave) return {};
   const std::vector<std::filesystem::path> paths = FilesIn(program, given);
   if (paths.size() == 1) {
     const std::vector<std::string> titles = TitlesIn(program, paths.front());
-    if (titles.size() > 1) return LoadChosen(program, paths.front(), titles);
+    if (titles.size() > 1)
+      return LoadFirstOf(program, *leave, Chosen(program, paths.front(), titles));
   }
-  for (std::size_t i = 0; i < paths.size(); ++i) {
-    if (!LoadOne(program, paths[i])) continue;
-    program.Listed.clear();
-    for (const std::filesystem::path& path : paths) program.Listed.push_back(Whole(path));
-    program.ListedIndex.clear();
-    program.ListedNow = i;
-    StartHeaders(program, {});
-    MakeRecentFiles(program);
-    return {.Sounding = true};
-  }
-  return {};
+  std::vector<SoundingSet::Member> members;
+  for (const std::filesystem::path& path : paths) members.push_back({.File = path});
+  return LoadFirstOf(program, *leave, std::move(members));
 }
 
 Changes LoadAt(Program& program, const std::filesystem::path& path, int index) {
-  if (!MayLeaveSounding(program) || !LoadOne(program, path, index)) return {};
-  program.Listed = {Whole(path)};
-  program.ListedIndex = {index};
-  program.ListedNow = 0;
-  StartHeaders(program, {});
-  MakeRecentFiles(program);
-  return {.Sounding = true};
+  const auto leave = MayLeaveSounding(program);
+  if (!leave) return {};
+  return LoadFirstOf(program, *leave, {{.File = path, .Index = index}});
 }
 
 Changes LoadText(Program& program, const std::string& text) {
@@ -249,7 +226,7 @@ Changes LoadText(Program& program, const std::string& text) {
   const std::filesystem::path path = program.Where.Data / kPastedFile;
   if (!fault) fault = SaveFile(path, text);
   if (!fault) return LoadFirst(program, {path});
-  ErrorReport(program.Current, *fault);
+  program.Doc.Report(*fault);
   return {};
 }
 
@@ -262,10 +239,10 @@ bool IsAutoLoaded(const Program& program) {
   const SystemOptions& set = program.Set.System;
   if (!set.Autoload || program.Current.FileName.empty()) return false;
   if (set.AutoFile == kMultipleMarker) {
-    return program.Listed.size() > 1 &&
+    return program.Listed.Size() > 1 &&
            ReadList(program.Where.Root, kSoundingList) == ListedTexts(program);
   }
-  return program.Listed.size() < 2 && set.AutoFile == program.Current.FileName &&
+  return program.Listed.Size() < 2 && set.AutoFile == program.Current.FileName &&
          set.AutoDrive == TextFromPath(program.Current.DataFolder);
 }
 
@@ -276,10 +253,10 @@ Changes AutoLoad(Program& program) {
     return {};
   }
   if (program.Current.FileName.empty()) return {};
-  const bool isMultiple = program.Listed.size() > 1;
+  const bool isMultiple = program.Listed.Size() > 1;
   if (isMultiple) {
     if (const auto fault = WriteList(program.Where.Root, kSoundingList, ListedTexts(program))) {
-      ErrorReport(program.Current, *fault);
+      program.Doc.Report(*fault);
       return {};
     }
   }

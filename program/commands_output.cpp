@@ -20,7 +20,7 @@ std::optional<std::filesystem::path> ChooseDumpFile(Program& program, const std:
        .Filter = std::string(isSheet ? output::kDumpSheetFilter : output::kDumpTextFilter),
        .Saving = true});
   if (!name) {
-    program.Current.StatusText = "cancel";
+    program.Doc.SetStatus("cancel");
     return std::nullopt;
   }
   std::filesystem::path path = PathFromText(*name);
@@ -35,8 +35,7 @@ Changes ExportData(Program& program) {
 Changes ExportAs(Program& program, output::DumpKind kind) {
   if (program.Current.Record.NumTempLevels() == 0) return {};
   if (const QcFinding found = CheckRecord(program.Current.Record); found.Number != 0) {
-    ErrorReport(program.Current,
-                {kFaultUnusable, "BadSounding", std::string(QcText(found.Number))});
+    program.Doc.Report({kFaultUnusable, "BadSounding", std::string(QcText(found.Number))});
     return {};
   }
   const std::optional<std::filesystem::path> chosen =
@@ -47,7 +46,7 @@ Changes ExportAs(Program& program, output::DumpKind kind) {
   const bool isSheet = output::DumpKindOf(TextFromPath(path)) == output::DumpKind::Spreadsheet;
   if (const auto fault = ExportSounding(program.Current.Record, program.Set, path,
                                         isSheet ? output::DumpKind::Spreadsheet : kind)) {
-    ErrorReport(program.Current, *fault);
+    program.Doc.Report(*fault);
     return {};
   }
   program.Current.Ask->Ask(ExportSummary({.Written = 1, .Output = path}));

@@ -21,21 +21,6 @@ namespace fs = std::filesystem;
 constexpr std::string_view kNewName = "NEW.RAW";
 constexpr std::string_view kFilterTitle = "Filter Sounding Data";
 
-// The indicator follows each edit: an edit may mend what the check found.
-void CheckEdited(Program& program) {
-  program.Current.QcFault = CheckRecord(program.Current.Record).Number;
-}
-
-template <class Edit>
-Changes Do(Program& program, std::string_view name, Edit edit) {
-  SoundingRecord before = program.Current.Record;
-  edit(program.Current.Record);
-  if (before == program.Current.Record) return {};
-  program.History.Remember(name, std::move(before), program.Current.Record);
-  CheckEdited(program);
-  return {.Sounding = true};
-}
-
 // Where the levels of one profile begin to differ, 1-based; one more than the shorter has when
 // they don't up to there.
 template <class Same>
@@ -70,18 +55,7 @@ bool MayWriteNative(const fs::path& path) {
 }
 
 bool SaveTo(Program& program, const fs::path& path) {
-  CurrentSounding& current = program.Current;
-  const fs::path folder = std::exchange(current.DataFolder, path.parent_path());
-  const std::string name = std::exchange(current.FileName, TextFromPath(path.filename()));
-  if (SaveRAW(current) != Status::Ok) {
-    current.DataFolder = folder;
-    current.FileName = name;
-    return false;
-  }
-  current.Record.DataFormat = kRawTag;
-  program.History.MarkSaved();
-  MarkOnDisk(program);
-  if (!program.Loaded) program.Loaded = current.Record;
+  if (program.Doc.Save(path) != Status::Ok) return false;
   commands::MakeRecentFiles(program);
   return true;
 }
@@ -106,8 +80,8 @@ std::optional<fs::path> AskForName(Program& program) {
     path += ".RAW";
     // The dialog has asked about the name as it was typed only.
     if (fs::exists(path, ignored) && MayWriteNative(path) &&
-        ErrorReport(program.Current, {kFaultFileExists, "SaveSounding", "",
-                                      TextFromPath(path.filename())}) != Answer::Yes) {
+        program.Doc.Report({kFaultFileExists, "SaveSounding", "", TextFromPath(path.filename())}) !=
+            Answer::Yes) {
       return std::nullopt;
     }
   }
@@ -123,7 +97,7 @@ std::optional<fs::path> AskForName(Program& program) {
 bool SaveSounding(Program& program) {
   const std::optional<fs::path> path = AskForName(program);
   if (path) return SaveTo(program, *path);
-  program.Current.StatusText = "CancelSave";
+  program.Doc.SetStatus("CancelSave");
   return false;
 }
 
@@ -131,7 +105,7 @@ bool SaveSounding(Program& program) {
 bool SaveAlteredSounding(Program& program) {
   const fs::path path = program.Current.FilePath();
   std::error_code ignored;
-  if (program.Loaded && fs::exists(path, ignored) && MayWriteNative(path) &&
+  if (program.Doc.AsLoaded() && fs::exists(path, ignored) && MayWriteNative(path) &&
       MayReplaceOnDisk(program)) {
     return SaveTo(program, path);
   }
@@ -175,51 +149,22 @@ Changes AdoptEdit(Program& program, SoundingRecord edited, std::string_view name
   if (!pass) return {};
   const std::string step =
       name.empty() ? EditName(program.Current.Record, edited) : std::string(name);
-  return Do(program, step, [&edited](SoundingRecord& record) { record = std::move(edited); });
+  return {.Sounding = program.Doc.Adopt(std::move(edited), step)};
 }
 
-Changes AdoptNew(Program& program, SoundingRecord entered) {
+Changes AdoptNew(Program& program, SoundingRecord entered, const fs::path& path) {
   const auto pass = program.Gate.Enter();
   if (!pass) return {};
-  CurrentSounding& current = program.Current;
-  ClearData(current.Record);
-  current.FileName = kNewName;
-  current.DataFolder = program.Where.Data;
-  current.LoadNotes.clear();
-  program.Listed.clear();
-  program.ListedNow = 0;
-  program.Loaded.reset();
-  program.OnDisk.reset();
-  program.History.Clear();
-  return Do(program, "enter sounding",
-            [&entered](SoundingRecord& record) { record = std::move(entered); });
-}
-
-bool IsAltered(const Program& program) {
-  return program.History.IsChanged() &&
-         !(program.OnDisk && *program.OnDisk == program.Current.Record);
-}
-
-std::optional<FileStamp> StampOf(const fs::path& path) {
-  std::error_code failed;
-  const fs::file_time_type written = fs::last_write_time(path, failed);
-  if (failed) return std::nullopt;
-  const std::uintmax_t size = fs::file_size(path, failed);
-  if (failed) return std::nullopt;
-  return FileStamp{written, size};
-}
-
-void MarkOnDisk(Program& program) {
-  program.OnDisk = program.Current.Record;
-  program.OnDiskStamp = StampOf(program.Current.FilePath());
-}
-
-bool ChangedOnDisk(const Program& program) {
-  return program.OnDisk && program.OnDiskStamp != StampOf(program.Current.FilePath());
+  const auto leave = commands::MayLeaveSounding(program);
+  if (!leave) return {};
+  program.Doc.Enter(*leave, std::move(entered),
+                    path.empty() ? program.Where.Data / kNewName : path);
+  program.Listed = {};
+  return {.Sounding = true};
 }
 
 bool MayReplaceOnDisk(Program& program) {
-  if (!ChangedOnDisk(program)) return true;
+  if (!program.Doc.ChangedOnDisk()) return true;
   return program.Current.Ask->Ask({.Title = std::string(kErrorBoxTitle),
                                    .Text = program.Current.FileName +
                                            " was changed by another program since it was opened."
@@ -236,8 +181,8 @@ bool MayExit(Program& program) {
 
 namespace commands {
 
-bool MayLeaveSounding(Program& program, std::string_view title) {
-  if (!IsAltered(program)) return true;
+std::optional<Document::Leave> MayLeaveSounding(Program& program, std::string_view title) {
+  if (const auto leave = program.Doc.LeaveUnaltered()) return leave;
   const std::string& file = program.Current.FileName;
   switch (program.Current.Ask->Ask({.Title = std::string(title),
                                     .Text = file +
@@ -246,17 +191,18 @@ bool MayLeaveSounding(Program& program, std::string_view title) {
                                             file + " changes ?",
                                     .Icon = BoxIcon::Question,
                                     .Buttons = BoxButtons::YesNoCancel,
-                                    .WhenSilent = Answer::No})) {
+                                    .WhenSilent = Answer::Cancel})) {
     case Answer::Yes:
     case Answer::Ok:
-      return SaveAlteredSounding(program);
+      if (SaveAlteredSounding(program)) return program.Doc.LeaveUnaltered();
+      return std::nullopt;
     case Answer::No:
-      return true;
+      return Document::GiveUpEdits();
     case Answer::Cancel:
       break;
   }
-  program.Current.StatusText = "CancelSave";
-  return false;
+  program.Doc.SetStatus("CancelSave");
+  return std::nullopt;
 }
 
 Changes SaveAs(Program& program) {
@@ -279,8 +225,7 @@ Changes FilterSounding(Program& program) {
   program.Current.Ask->Status("Standby while data is being filtered . . .");
   program.Current.Ask->Yield();
   const std::string before = LevelCounts(record);
-  const Changes changes =
-      Do(program, "filter", [](SoundingRecord& changed) { changed = FilterLevels(changed); });
+  const Changes changes{.Sounding = program.Doc.Adopt(FilterLevels(record), "filter")};
   tell("Of " + before + ",\n" + LevelCounts(record) +
        " remain.\n\nUse the Restore command to automatically retrieve the original sounding data.\n"
        "The sounding's source file is not altered, until specifically saved using the File/Save "
@@ -289,24 +234,15 @@ Changes FilterSounding(Program& program) {
 }
 
 Changes RestoreSounding(Program& program) {
-  if (!CanRestore(program)) return {};
-  return Do(program, "restore", [&program](SoundingRecord& record) { record = *program.Loaded; });
-}
-
-bool CanRestore(const Program& program) {
-  return program.Loaded && *program.Loaded != program.Current.Record;
+  return {.Sounding = program.Doc.Restore()};
 }
 
 Changes UndoEdit(Program& program) {
-  if (!program.History.Undo(program.Current.Record)) return {};
-  CheckEdited(program);
-  return {.Sounding = true};
+  return {.Sounding = program.Doc.Undo()};
 }
 
 Changes RedoEdit(Program& program) {
-  if (!program.History.Redo(program.Current.Record)) return {};
-  CheckEdited(program);
-  return {.Sounding = true};
+  return {.Sounding = program.Doc.Redo()};
 }
 
 }  // namespace commands

@@ -20,33 +20,25 @@ Changes AdoptEdit(Program& program, SoundingRecord edited, std::string_view name
 /// level 17", "add wind level 3", "change level 2", "edit levels".
 std::string EditName(const SoundingRecord& before, const SoundingRecord& after);
 
-/// Takes a sounding that was entered by hand, under a name of its own; it has no file yet.
-Changes AdoptNew(Program& program, SoundingRecord entered);
-
-/// Whether the sounding in work differs from what its file holds.
-bool IsAltered(const Program& program);
-
-/// Of a file as it is now; empty when there is none.
-std::optional<FileStamp> StampOf(const std::filesystem::path& path);
-
-/// The sounding in work is what its file holds now.
-void MarkOnDisk(Program& program);
-
-/// Whether another program has written the file since then.
-bool ChangedOnDisk(const Program& program);
+/// Takes a sounding that was entered by hand; it has no file yet. Asks first whether changes of the
+/// sounding in work are to be saved.
+///
+/// path  under which it would be saved; empty: a name of its own in the data folder
+Changes AdoptNew(Program& program, SoundingRecord entered, const std::filesystem::path& path = {});
 
 /// Asks before a file goes that another program has written; true when it has not, too.
 bool MayReplaceOnDisk(Program& program);
 
 /// Before the sounding in work goes: asks whether changes are to be saved, saves them if so. False
-/// when the user wants to stay, when saving failed, and while a command runs. Unattended runs
-/// leave without saving.
+/// when the user wants to stay, when saving failed, while a command runs, and where nobody is there
+/// to be asked.
 bool MayExit(Program& program);
 
 namespace commands {
 
 /// The same from within a command.
-bool MayLeaveSounding(Program& program, std::string_view title = "Open Sounding");
+std::optional<Document::Leave> MayLeaveSounding(Program& program,
+                                                std::string_view title = "Open Sounding");
 
 /// Asks for a name and writes the native format there. A file that is not native is never written
 /// over.
@@ -57,7 +49,6 @@ Changes FilterSounding(Program& program);
 
 /// Takes the sounding as it was loaded; the edits so far can be had back by Undo.
 Changes RestoreSounding(Program& program);
-bool CanRestore(const Program& program);
 
 Changes UndoEdit(Program& program);
 Changes RedoEdit(Program& program);

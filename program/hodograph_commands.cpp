@@ -13,7 +13,7 @@ namespace {
 constexpr double kFastest = 200;  // kt, of a motion entered by hand
 
 void Tell(Program& program, const std::optional<Fault>& fault) {
-  if (fault) ErrorReport(program.Current, *fault);
+  if (fault) program.Doc.Report(*fault);
 }
 
 // As the settings take it: tenths of a degree from 1 to 360.
@@ -82,7 +82,7 @@ void LoadCompared(Program& program) {
   if (program.Where.Root.empty()) return;
   std::vector<Fault> faults;
   program.Compared = hodograph::LoadComparisons(program.Where.Root, faults);
-  for (const Fault& fault : faults) ErrorReport(program.Current, fault);
+  for (const Fault& fault : faults) program.Doc.Report(fault);
 }
 
 void KeepCompared(Program& program, int slot) {

@@ -127,7 +127,7 @@ Changes LevelDrag::Move(Program& program, Point to) {
     fault = MoveTemp(moved, grip_, TempAcross(mapping, before_.Press(level), was, to.X));
   }
   if (fault || moved == program.Current.Record) return {};
-  program.Current.Record = std::move(moved);
+  program.Doc.Try(std::move(moved));
   return {.Sounding = true};
 }
 
@@ -135,20 +135,17 @@ Changes LevelDrag::SetWind(Program& program, const analysis::WindVector& wind) {
   if (!program.Gate.IsOpen()) return {};
   SoundingRecord moved = before_;
   if (PutWind(moved, grip_.Level, wind) || moved == program.Current.Record) return {};
-  program.Current.Record = std::move(moved);
+  program.Doc.Try(std::move(moved));
   return {.Sounding = true};
 }
 
 Changes LevelDrag::TakeBack(Program& program) {
-  if (program.Current.Record == before_) return {};
-  program.Current.Record = before_;
-  return {.Sounding = true};
+  return {.Sounding = program.Doc.TakeBack()};
 }
 
 void LevelDrag::Finish(Program& program) {
-  RememberEdit(program,
-               "drag " + std::string(NameOf(grip_.What)) + " of level " + Shortest(grip_.Level),
-               before_);
+  program.Doc.Keep("drag " + std::string(NameOf(grip_.What)) + " of level " +
+                   Shortest(grip_.Level));
 }
 
 std::string LevelDrag::Text(const Program& program) const {
@@ -159,11 +156,6 @@ std::string LevelDrag::Text(const Program& program) const {
   return Mask(feet ? FeetFromMeters(height) : height, "####0") + (feet ? " ft  " : " m  ") +
          Mask(record.WindDir(grip_.Level), "000") + "/" + Mask(record.WindSpd(grip_.Level), "##0") +
          " kts";
-}
-
-void RememberEdit(Program& program, std::string_view name, SoundingRecord before) {
-  if (before == program.Current.Record) return;
-  program.History.Remember(name, std::move(before), program.Current.Record);
 }
 
 }  // namespace vexa

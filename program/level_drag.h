@@ -50,8 +50,4 @@ class LevelDrag {
   SoundingRecord before_;
 };
 
-/// Remembers an edit of the sounding in work that is done already; an edit that changed nothing is
-/// forgotten.
-void RememberEdit(Program& program, std::string_view name, SoundingRecord before);
-
 }  // namespace vexa

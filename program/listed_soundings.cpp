@@ -18,10 +18,8 @@ namespace vexa {
 namespace {
 
 // A file, and which of its soundings.
-std::string KeyOf(const Program& program, std::size_t index) {
-  std::string key = TextFromPath(program.Listed[index]);
-  if (index < program.ListedIndex.size()) key += "#" + Shortest(program.ListedIndex[index] + 1);
-  return key;
+std::string KeyOf(const SoundingSet::Member& member) {
+  return TextFromPath(member.File) + "#" + Shortest(member.Index + 1);
 }
 
 // The file holds a key and its header in turn.
@@ -29,9 +27,9 @@ void WriteHeaders(Program& program) {
   const std::string& name = program.Set.System.HeaderFile;
   if (program.Where.Root.empty() || name.empty()) return;
   std::vector<std::string> texts;
-  for (std::size_t i = 0; i < program.ListedHeaders.size(); ++i) {
-    texts.push_back(KeyOf(program, i));
-    texts.push_back(program.ListedHeaders[i]);
+  for (const SoundingSet::Member& member : program.Listed.Members()) {
+    texts.push_back(KeyOf(member));
+    texts.push_back(member.Title);
   }
   // The list is a convenience: without it the soundings are stepped through all the same.
   if (const auto fault = WriteList(program.Where.Root, name, texts)) {
@@ -44,63 +42,99 @@ void TakeKeptHeaders(Program& program) {
       ReadList(program.Where.Root, program.Set.System.HeaderFile);
   std::map<std::string_view, std::string_view> kept;
   for (std::size_t i = 0; i + 1 < texts.size(); i += 2) kept[texts[i]] = texts[i + 1];
-  for (std::size_t i = 0; i < program.ListedHeaders.size(); ++i) {
-    const auto known = kept.find(KeyOf(program, i));
-    if (known != kept.end()) program.ListedHeaders[i] = known->second;
+  for (std::size_t i = 0; i < program.Listed.Size(); ++i) {
+    const SoundingSet::Member& member = program.Listed.At(i);
+    const auto known = kept.find(KeyOf(member));
+    if (member.Title.empty() && known != kept.end()) {
+      program.Listed.SetTitle(i, std::string(known->second));
+    }
   }
 }
 
-}  // namespace
-
-void StartHeaders(Program& program, std::vector<std::string> headers) {
-  const bool areKnown = headers.size() == program.Listed.size();
-  headers.resize(program.Listed.size());
-  program.ListedHeaders = std::move(headers);
-  if (!areKnown && program.Listed.size() > 1) TakeKeptHeaders(program);
-  NoteHeader(program);
-}
-
-void NoteHeader(Program& program) {
-  if (program.Listed.size() < 2 || program.ListedNow >= program.ListedHeaders.size()) return;
-  std::string& header = program.ListedHeaders[program.ListedNow];
-  std::string now = diagram::SoundingTitle(program.Current.Record, program.Set);
-  if (header == now) return;
-  header = std::move(now);
+// Takes the title of the sounding in work into the list and writes the list when it has grown. A
+// single sounding has no list.
+void NoteTitle(Program& program) {
+  if (program.Listed.Size() < 2) return;
+  std::string title = diagram::SoundingTitle(program.Current.Record, program.Set);
+  if (program.Listed.At(program.Listed.Now()).Title == title) return;
+  program.Listed.SetTitle(program.Listed.Now(), std::move(title));
   WriteHeaders(program);
 }
 
-bool LoadListed(Program& program, std::size_t index) {
-  const int inFile = index < program.ListedIndex.size() ? program.ListedIndex[index] : 0;
-  const std::optional<int> locked = program.View.Cursor.Level;
-  const double press = locked ? program.Current.Record.Press(*locked) : 0;
-  if (!commands::LoadOne(program, program.Listed[index], inFile, true)) return false;
-  // A locked cursor stays at its pressure.
-  const std::vector<double>& levels = program.Current.Record.Press.Values();
-  if (locked && !levels.empty()) {
-    const auto nearest = std::ranges::min_element(
-        levels, {}, [press](double level) { return std::fabs(level - press); });
-    program.View.Cursor.Level = static_cast<int>(nearest - levels.begin()) + 1;
+// The pressure of a locked cursor, which stays there when another sounding comes.
+class LockedCursor {
+ public:
+  explicit LockedCursor(Program& program) : program_(program) {
+    const std::optional<int> level = program.View.Cursor.Level;
+    if (level && *level <= program.Doc.Record().NumTempLevels()) {
+      press_ = program.Doc.Record().Press(*level);
+    }
   }
+  void Follow() const {
+    program_.View.Cursor = {};
+    const std::vector<double>& levels = program_.Doc.Record().Press.Values();
+    if (!press_ || levels.empty()) return;
+    const auto nearest = std::ranges::min_element(
+        levels, {}, [this](double level) { return std::fabs(level - *press_); });
+    program_.View.Cursor.Level = static_cast<int>(nearest - levels.begin()) + 1;
+  }
+
+ private:
+  Program& program_;
+  std::optional<double> press_{};
+};
+
+}  // namespace
+
+LoadPolicy PolicyOf(const Program& program) {
+  return {.Stations = &program.Stations, .Ask = program.Current.Ask};
+}
+
+void ListSoundings(Program& program, SoundingSet listed) {
+  program.Listed = std::move(listed);
+  if (program.Listed.Size() > 1) TakeKeptHeaders(program);
+  NoteTitle(program);
+}
+
+bool LoadListed(Program& program, Document::Leave leave, std::size_t index) {
+  const LockedCursor cursor(program);
+  const SoundingSet::Member& member = program.Listed.At(index);
+  if (!commands::LoadOne(program, leave, member.File, member.Index, true)) return false;
+  cursor.Follow();
+  program.Listed.GoTo(index);
+  NoteTitle(program);
   return true;
 }
 
+void TakeListed(Program& program, Document::Leave leave, std::size_t index,
+                const AnalysedSounding& listed) {
+  const LockedCursor cursor(program);
+  program.Doc.Take(leave, {.From = listed.From(),
+                           .Record = listed.Record(),
+                           .Notes = listed.Notes(),
+                           .Finding = listed.Finding()});
+  cursor.Follow();
+  program.Listed.GoTo(index);
+  NoteTitle(program);
+}
+
 std::string ListedText(const Program& program, std::size_t index) {
-  const std::size_t count = program.Listed.size();
+  const std::size_t count = program.Listed.Size();
   if (index >= count) return {};
-  const bool isKnown =
-      index < program.ListedHeaders.size() && !program.ListedHeaders[index].empty();
+  const SoundingSet::Member& member = program.Listed.At(index);
   return Shortest(static_cast<int>(index) + 1) + "/" + Shortest(static_cast<int>(count)) + "  " +
-         (isKnown ? program.ListedHeaders[index] : TextFromPath(program.Listed[index].filename()));
+         (member.Title.empty() ? TextFromPath(member.File.filename()) : member.Title);
 }
 
 std::string ListedNeighbours(const Program& program) {
   constexpr std::size_t kEachWay = 5;
-  const std::size_t first = program.ListedNow - std::min(program.ListedNow, kEachWay);
-  const std::size_t end = std::min(program.ListedNow + kEachWay + 1, program.Listed.size());
+  const std::size_t now = program.Listed.Now();
+  const std::size_t first = now - std::min(now, kEachWay);
+  const std::size_t end = std::min(now + kEachWay + 1, program.Listed.Size());
   std::string text;
   for (std::size_t i = first; i < end; ++i) {
     if (!text.empty()) text += '\n';
-    text += (i == program.ListedNow ? "> " : "   ") + ListedText(program, i);
+    text += (i == now ? "> " : "   ") + ListedText(program, i);
   }
   return text;
 }

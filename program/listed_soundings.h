@@ -10,16 +10,20 @@
 
 namespace vexa {
 
-/// Makes a new list of headers for the soundings just chosen; `headers` are those known already,
-/// one a sounding, or none at all. What an earlier session noted of the same files is taken over.
-void StartHeaders(Program& program, std::vector<std::string> headers);
+/// What the program's own stations and user give to loading.
+LoadPolicy PolicyOf(const Program& program);
 
-/// Takes the header of the sounding in work into the list and writes the list to the header file
-/// when it has grown. A single sounding has no list.
-void NoteHeader(Program& program);
+/// The soundings just chosen, of which the one in work is one. Titles that are not known yet are
+/// taken over from an earlier session's list.
+void ListSoundings(Program& program, SoundingSet listed);
 
-/// Loads a listed sounding, with the checks and their boxes; false when it did not load.
-bool LoadListed(Program& program, std::size_t index);
+/// Puts a listed sounding in work, with the checks and their boxes; false when it did not load. A
+/// locked cursor stays at its pressure.
+bool LoadListed(Program& program, Document::Leave leave, std::size_t index);
+
+/// The same with one that was loaded before.
+void TakeListed(Program& program, Document::Leave leave, std::size_t index,
+                const AnalysedSounding& listed);
 
 /// "3/12  WHITMAN // 14 JUN 06 / 19:00 UTC", or with the file name in place of a header not yet
 /// read.

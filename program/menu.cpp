@@ -43,11 +43,11 @@ std::string RecentFile(const Program& program) {
 }
 
 std::string UndoEntry(const Program& program) {
-  return "&" + EscapeCaption(program.History.UndoText());
+  return "&" + EscapeCaption(program.Doc.History().UndoText());
 }
 
 std::string RedoEntry(const Program& program) {
-  return "&" + EscapeCaption(program.History.RedoText());
+  return "&" + EscapeCaption(program.Doc.History().RedoText());
 }
 
 bool IsComparing(const Program& program) {

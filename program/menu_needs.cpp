@@ -25,11 +25,12 @@ constexpr Need kSounding{HasTemps, "needs a sounding"};
 constexpr Need kLevels{
     [](const Program& program) { return HasTemps(program) || HasWinds(program); },
     "needs a sounding"};  // winds alone do
-constexpr Need kUndo{[](const Program& program) { return program.History.CanUndo(); },
+constexpr Need kUndo{[](const Program& program) { return program.Doc.History().CanUndo(); },
                      "needs a change of the sounding"};
-constexpr Need kRedo{[](const Program& program) { return program.History.CanRedo(); },
+constexpr Need kRedo{[](const Program& program) { return program.Doc.History().CanRedo(); },
                      "needs a change that was taken back"};
-constexpr Need kRestore{commands::CanRestore, "needs a sounding that was changed"};
+constexpr Need kRestore{[](const Program& program) { return program.Doc.CanRestore(); },
+                        "needs a sounding that was changed"};
 constexpr Need kZoomed{[](const Program& program) { return program.View.Zoom.has_value(); },
                        "needs an enlarged diagram"};
 

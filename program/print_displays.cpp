@@ -35,7 +35,7 @@ Picture Diagram(const Program& program, const Options& set) {
   LookAs(program, input);
   input.Mode = kMode;
   if (kMode != MultiMode::Single) {
-    for (const SoundingRecord& other : program.Others) input.Others.push_back({&other});
+    for (const SharedSounding& other : program.Others) input.Others.push_back({&other->Record()});
   }
   std::optional<diagram::SoundingPlot> plot = diagram::PlotSounding(input);
   return plot ? std::move(plot->Page) : Picture{};

@@ -172,7 +172,7 @@ Outcome<ListingLines> SourceLines(const Program& program) {
   std::vector<std::string> notes;
   const Outcome<SourceText> source = ingest::ReadSource(program.Current.FilePath(), notes);
   if (!source) return source.Error();
-  const ingest::SoundingPlace place = ingest::PlaceOf(source.Value(), IndexInFile(program));
+  const ingest::SoundingPlace place = ingest::PlaceOf(source.Value(), program.Doc.IndexInFile());
   const std::vector<ingest::SourceEntry> entries = ingest::ListSoundings(*place.Text);
   const auto index = static_cast<std::size_t>(place.Index);
   if (index >= entries.size() || entries[index].FirstLine == 0) {

@@ -99,7 +99,7 @@ Changes Behind(Program& program, std::string_view procedure, Body&& body) {
     changes = body();
     return {};
   });
-  if (fault) ErrorReport(program.Current, *fault);
+  if (fault) program.Doc.Report(*fault);
   return changes;
 }
 
@@ -130,13 +130,12 @@ bool Refresh(Program& program, Changes changes) {
   bool finished = false;
   const std::optional<Fault> fault = Guarded("Refresh", [&]() -> std::optional<Fault> {
     if (changes.Sounding || changes.Options) {
-      program.Results = analysis::Analyse(program.Current.Record, program.Set, program.Adiabats,
-                                          ProgressOf(program));
+      program.Doc.Analyse(program.Set, program.Adiabats, ProgressOf(program));
     } else if (changes.Storm) {
-      analysis::FollowStormMotion(program.Current.Record, program.Set, program.Results);
+      program.Doc.FollowStormMotion(program.Set);
     }
     std::vector<diagram::OverlaySounding> others;
-    for (const SoundingRecord& other : program.Others) others.push_back({&other});
+    for (const SharedSounding& other : program.Others) others.push_back({&other->Record()});
     const std::optional<Picture> small = hodograph::PlotSmallHodograph(HodographOf(program));
     diagram::PlotInput input{.Sounding = program.Current.Record,
                              .Results = program.Results,
@@ -159,7 +158,7 @@ bool Refresh(Program& program, Changes changes) {
     finished = true;
     return {};
   });
-  if (fault) ErrorReport(program.Current, *fault);
+  if (fault) program.Doc.Report(*fault);
   if (finished) WarnOfTephigram(program);
   return finished;
 }
@@ -176,19 +175,11 @@ Changes OpenText(Program& program, const std::string& text) {
   return Behind(program, "OpenText", [&] { return commands::LoadText(program, text); });
 }
 
-int IndexInFile(const Program& program) {
-  return program.ListedNow < program.ListedIndex.size() ? program.ListedIndex[program.ListedNow]
-                                                        : 0;
-}
-
 Changes SequenceSounding(Program& program, std::size_t index) {
-  if (index >= program.Listed.size() || index == program.ListedNow) return {};
+  if (index >= program.Listed.Size() || index == program.Listed.Now()) return {};
   return Behind(program, "SequenceSounding", [&]() -> Changes {
-    if (!commands::MayLeaveSounding(program)) return {};
-    if (!LoadListed(program, index)) return {};
-    program.ListedNow = index;
-    NoteHeader(program);
-    return {.Sounding = true};
+    const auto leave = commands::MayLeaveSounding(program);
+    return {.Sounding = leave && LoadListed(program, *leave, index)};
   });
 }
 
@@ -200,9 +191,9 @@ std::string SoundingBanner(const Program& program) {
               : diagram::SoundingTitle(program.Current.Record, program.Set);
   if (program.View.Mode == diagram::MultiMode::Compare) text += "  -  Sounding Comparison";
   if (program.View.Mode == diagram::MultiMode::Overlay) text += "  -  Sounding Overlay";
-  if (program.Listed.size() > 1) {
-    text += "  (" + Shortest(static_cast<int>(program.ListedNow) + 1) + "/" +
-            Shortest(static_cast<int>(program.Listed.size())) + ")";
+  if (program.Listed.Size() > 1) {
+    text += "  (" + Shortest(static_cast<int>(program.Listed.Now()) + 1) + "/" +
+            Shortest(static_cast<int>(program.Listed.Size())) + ")";
   }
   return text;
 }

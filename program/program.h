@@ -12,22 +12,19 @@
 #include <vector>
 
 #include "analysis/adiabat_table.h"
-#include "analysis/analysis.h"
 #include "analysis/severe_table.h"
 #include "config/options.h"
 #include "config/settings_store.h"
 #include "config/window_settings.h"
-#include "core/current_sounding.h"
-#include "core/data_checks.h"
-#include "core/edit_history.h"
 #include "core/folders.h"
 #include "core/session_file.h"
-#include "core/sounding_record.h"
 #include "core/station_list.h"
 #include "diagram/sounding_plot.h"
 #include "hodograph/comparison.h"
 #include "program/command_gate.h"
 #include "program/view_state.h"
+#include "sounding/document.h"
+#include "sounding/sounding_set.h"
 
 namespace vexa {
 
@@ -122,27 +119,21 @@ struct Changes {
   bool operator==(const Changes&) const = default;
 };
 
-/// By which a file that another program has written is known from what it was.
-struct FileStamp {
-  std::filesystem::file_time_type Written{};
-  std::uintmax_t Size = 0;
-  bool operator==(const FileStamp&) const = default;
-};
-
 struct Program {
   Program() = default;
   Program(const Program&) = delete;
   Program& operator=(const Program&) = delete;
 
-  CurrentSounding Current{};
+  Document Doc{};  // the sounding in work
+  const CurrentSounding& Current = Doc.Current();
+  const analysis::AnalysisResults& Results = Doc.Results();  // of it under Set
   SettingsStore Settings{};
   SettingsStore Written{};               // the settings as their files have them
   Options& Set = Settings.Set;           // what analyses and drawings read
   std::vector<std::string> Notices{};    // to be shown once in the status line
   std::string Resolution{};              // of the screen, "1024x768"
   analysis::AdiabatTable Adiabats{};     // filled as soundings are analysed
-  analysis::AnalysisResults Results{};   // of Current.Record under Set
-  std::vector<SoundingRecord> Others{};  // overlay and comparison
+  std::vector<SharedSounding> Others{};  // overlay and comparison
   Folders Where{};
   std::filesystem::path HelpFile{};  // empty: none was found
   StationList Stations{};            // of the root folder, for soundings that give a number only
@@ -155,10 +146,7 @@ struct Program {
   bool ShowsHodograph = false;                       // its window is up
   bool ShowsHodogram = false;
 
-  std::vector<std::filesystem::path> Listed{};  // chosen together, for stepping
-  std::size_t ListedNow = 0;                    // index of the current one
-  std::vector<std::string> ListedHeaders{};     // their titles, empty where not yet read
-  std::vector<int> ListedIndex{};               // which sounding of each listed file; empty: first
+  SoundingSet Listed{};  // opened together, for stepping
   /// Asks which of a file's soundings to open, by their titles; none: the user cancels. Not set,
   /// the first is opened.
   std::function<std::vector<int>(const std::vector<std::string>& titles)> ChooseSoundings{};
@@ -166,14 +154,9 @@ struct Program {
   bool DownloadTimer = false;  // a batch waits for its hour
   bool Beeper = false;         // the alarm sounds
 
-  EditHistory History{};                   // of the sounding in work, since it was loaded
-  std::optional<SoundingRecord> OnDisk{};  // as its file holds it now; empty: nowhere yet
-  std::optional<FileStamp> OnDiskStamp{};  // of that file then
-  std::optional<SoundingRecord> Loaded{};  // the sounding in work as its file gave it
-  SessionPlace OwnSession{};               // where the session is kept
-  std::optional<Session> KeptSession{};    // as it was written last
-  std::optional<QcFinding> ToCorrect{};    // what the user wants to correct, for the editor
-  ViewState View{};                        // how the diagram is looked at
+  SessionPlace OwnSession{};             // where the session is kept
+  std::optional<Session> KeptSession{};  // as it was written last
+  ViewState View{};                      // how the diagram is looked at
 
   std::optional<diagram::SoundingPlot> Plot{};  // the last picture that was finished
   bool TephigramWarned = false;                 // its warning was shown
@@ -202,9 +185,6 @@ inline constexpr std::string_view kPastedFile = "Pasted.txt";
 
 /// Loads the listed sounding of this index.
 Changes SequenceSounding(Program& program, std::size_t index);
-
-/// Which sounding of its file the one in work is, from 0.
-int IndexInFile(const Program& program);
 
 /// Caption of the main window: the program title, the sounding's and the place in the list.
 std::string SoundingBanner(const Program& program);

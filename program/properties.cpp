@@ -59,7 +59,7 @@ std::vector<std::pair<std::string, std::string>> PropertiesOf(const Program& pro
       {"Without dew point", Shortest(static_cast<int>(std::ranges::count_if(dewpts, IsMissing)))},
       {"Wind levels", Span(record.WindHgt, "m")},
       {"Cloud layers", Shortest(record.NumCloudLayers())},
-      {"Changed", IsAltered(program) ? "yes, not saved" : "no"},
+      {"Changed", program.Doc.IsAltered() ? "yes, not saved" : "no"},
   };
 }
 

@@ -74,17 +74,19 @@ Session SessionOf(const Program& program) {
   Session session;
   if (program.Current.FileName.empty()) return session;
   session.Files.push_back(TextFromPath(program.Current.FilePath()));
-  for (const std::filesystem::path& path : program.Listed) {
-    session.Files.push_back(TextFromPath(path));
+  std::vector<double> indices;
+  for (const SoundingSet::Member& member : program.Listed.Members()) {
+    session.Files.push_back(TextFromPath(member.File));
+    indices.push_back(member.Index);
   }
-  if (program.History.IsChanged()) session.Edited = program.Current.Record;
+  if (program.Doc.History().IsChanged()) session.Edited = program.Current.Record;
   const auto add = [&session](std::string_view key, const std::vector<double>& numbers) {
     session.Settings.emplace_back(key, JoinNumbers(numbers));
   };
-  add(kListedNow, {static_cast<double>(program.ListedNow)});
+  add(kListedNow, {static_cast<double>(program.Listed.Now())});
   add(kDiagram, {static_cast<double>(program.Set.Diagram)});
-  add(kInFile, {program.ListedIndex.begin(), program.ListedIndex.end()});
-  if (program.OnDisk && program.OnDiskStamp) add(kStamp, NumbersOf(*program.OnDiskStamp));
+  add(kInFile, indices);
+  if (const auto& stamp = program.Doc.OnDiskStamp()) add(kStamp, NumbersOf(*stamp));
   const ViewState& view = program.View;
   if (view.Zoom) add(kZoom, {view.Zoom->Left, view.Zoom->Top, view.Zoom->Right, view.Zoom->Bottom});
   if (view.Cursor.At) add(kCursor, {view.Cursor.At->X, view.Cursor.At->Y});
@@ -143,15 +145,16 @@ void TakeView(Program& program, const Session& session) {
 }
 
 void TakeList(Program& program, const Session& session) {
-  program.Listed.clear();
+  std::vector<SoundingSet::Member> members;
   for (std::size_t i = 1; i < session.Files.size(); ++i) {
-    program.Listed.push_back(PathFromText(session.Files[i]));
+    members.push_back({.File = PathFromText(session.Files[i])});
   }
-  const auto now = static_cast<std::size_t>(std::max(0, WholeSetting(session, kListedNow)));
-  program.ListedNow = now < program.Listed.size() ? now : 0;
-  program.ListedIndex.clear();
-  const std::vector<double> indices = Setting(session, kInFile, program.Listed.size());
-  for (const double index : indices) program.ListedIndex.push_back(std::max(0, ToWhole(index)));
+  const std::vector<double> indices = Setting(session, kInFile, members.size());
+  for (std::size_t i = 0; i < indices.size(); ++i) {
+    members[i].Index = std::max(0, ToWhole(indices[i]));
+  }
+  program.Listed = SoundingSet(
+      std::move(members), static_cast<std::size_t>(std::max(0, WholeSetting(session, kListedNow))));
 }
 
 // Without the question which of a file's soundings is wanted.
@@ -161,7 +164,8 @@ bool LoadAgain(Program& program, const Session& session, const std::filesystem::
   const std::vector<double> indices = Setting(session, kInFile);
   const auto now = static_cast<std::size_t>(std::max(0, WholeSetting(session, kListedNow)));
   const int index = now < indices.size() ? std::max(0, ToWhole(indices[now])) : 0;
-  if (!commands::LoadOne(program, file, index)) return false;
+  const auto leave = program.Doc.LeaveUnaltered();
+  if (!leave || !commands::LoadOne(program, *leave, file, index)) return false;
   commands::MakeRecentFiles(program);
   return true;
 }
@@ -177,15 +181,13 @@ Changes TakeUp(Program& program, Session session) {
     AdoptEdit(program, *std::move(session.Edited), "edits before the crash");
     // The edits are those of the file as it was then.
     if (const auto then = Setting(session, kStamp, 3); !then.empty()) {
-      program.OnDiskStamp = StampOfNumbers(then);
+      program.Doc.EditedSince(StampOfNumbers(then));
     }
   } else if (session.Edited) {
-    AdoptNew(program, *std::move(session.Edited));
-    program.Current.FileName = TextFromPath(file.filename());
-    program.Current.DataFolder = file.parent_path();
+    AdoptNew(program, *std::move(session.Edited), file);
   }
   // What stands there now is newer than what a check of the file wants corrected.
-  if (program.Current.QcFault == 0) program.ToCorrect.reset();
+  if (program.Current.QcFault == 0) program.Doc.TakeCorrection();
   TakeList(program, session);
   TakeView(program, session);
   const int diagram = WholeSetting(session, kDiagram);
@@ -240,7 +242,7 @@ Changes OfferSession(Program& program) {
 void EndSession(Program& program) {
   if (!KeepsSessions(program) || program.OwnSession.File.empty()) return;
   if (const auto fault = ForgetSession(program.OwnSession.File)) {
-    ErrorReport(program.Current, *fault);
+    program.Doc.Report(*fault);
   }
   program.KeptSession.reset();
 }

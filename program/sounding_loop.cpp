@@ -5,62 +5,63 @@
 #include <utility>
 
 #include "program/commands.h"
+#include "program/edit_commands.h"
 #include "program/listed_soundings.h"
 
 namespace vexa {
 namespace {
 
-// Loads a listed sounding without a box; false when it cannot be read or fails its check, and the
-// sounding before is in work again then.
-bool LoadQuietly(Program& program, std::size_t index) {
-  CurrentSounding before = program.Current;
-  bool good = false;
-  {
-    const Silenced quiet(program.Current);
-    good = LoadListed(program, index) && program.Current.QcFault == 0;
-  }
-  if (!good) program.Current = std::move(before);
-  return good;
+// Takes a listed sounding without a box; false when it cannot be read or its check found something,
+// and the sounding before stays in work then.
+bool TakeQuietly(Program& program, Document::Leave leave, std::size_t index) {
+  const Silenced quiet = program.Doc.Quiet();
+  const Outcome<SharedSounding> listed = program.Listed.Get(index, PolicyOf(program));
+  if (!listed || listed.Value()->Finding().Number != 0) return false;
+  TakeListed(program, leave, index, *listed.Value());
+  return true;
 }
 
 }  // namespace
 
 bool CanLoop(const Program& program) {
-  return program.Listed.size() > 1;
+  return program.Listed.Size() > 1;
 }
 
 Changes StartLoop(Program& program) {
   if (!CanLoop(program) || program.View.Looping) return {};
+  const auto leave = commands::MayLeaveSounding(program);
+  if (!leave) return {};
+  const bool changed = program.Doc.ForgetEdits(*leave);
   ViewState& view = program.View;
   view.Looping = true;
   view.Mode = diagram::MultiMode::Single;
   program.Others.clear();
   if (program.Set.LoopNoRescaling && program.Plot) view.LoopScale = program.Plot->Mapping.Whole();
-  return {.View = true};
+  return {.Sounding = changed, .View = true};
 }
 
 Changes StepLoop(Program& program) {
   if (!program.View.Looping) return {};
   if (!CanLoop(program)) return StopLoop(program);
-  const std::size_t count = program.Listed.size();
-  if (!program.Set.SkipLoop) {
-    const Silenced quiet(program.Current);  // nobody attends to boxes while pictures pass
-    const Changes changes = SequenceSounding(program, (program.ListedNow + 1) % count);
-    const bool refused = !program.Gate.IsOpen();  // another command runs: at the next tick
-    if (changes.Any() || refused) return changes;
-    program.Notices.push_back(
-        "The loop ended: " + ListedText(program, (program.ListedNow + 1) % count) +
-        " cannot be shown.");
+  const auto pass = program.Gate.Enter();
+  if (!pass) return {};  // another command runs: at the next tick
+  const auto leave = program.Doc.LeaveUnaltered();
+  if (!leave) {
+    program.Notices.push_back("The loop stopped: " + program.Current.FileName + " was changed.");
     return StopLoop(program);
   }
-  const auto pass = program.Gate.Enter();
-  if (!pass) return {};
+  const std::size_t count = program.Listed.Size();
+  if (!program.Set.SkipLoop) {
+    const Silenced quiet = program.Doc.Quiet();  // nobody attends to boxes while pictures pass
+    const std::size_t next = (program.Listed.Now() + 1) % count;
+    if (LoadListed(program, *leave, next)) return {.Sounding = true};
+    program.Notices.push_back("The loop ended: " + ListedText(program, next) + " cannot be shown.");
+    return StopLoop(program);
+  }
   for (std::size_t step = 1; step < count; ++step) {
-    const std::size_t index = (program.ListedNow + step) % count;
-    if (!LoadQuietly(program, index)) continue;
-    program.ListedNow = index;
-    NoteHeader(program);
-    return {.Sounding = true};
+    if (TakeQuietly(program, *leave, (program.Listed.Now() + step) % count)) {
+      return {.Sounding = true};
+    }
   }
   return StopLoop(program);
 }
@@ -73,9 +74,21 @@ Changes StopLoop(Program& program) {
 }
 
 Changes StepListed(Program& program, int step) {
-  const auto next = static_cast<std::ptrdiff_t>(program.ListedNow) + step;
-  if (next < 0) return {};
-  return SequenceSounding(program, static_cast<std::size_t>(next));
+  const auto count = static_cast<std::ptrdiff_t>(program.Listed.Size());
+  std::ptrdiff_t next = static_cast<std::ptrdiff_t>(program.Listed.Now()) + step;
+  if (step == 0 || next < 0 || next >= count) return {};
+  const auto pass = program.Gate.Enter();
+  if (!pass) return {};
+  const auto leave = commands::MayLeaveSounding(program);
+  if (!leave) return {};
+  // What cannot be read is told and stepped over, or it would block the way for good.
+  for (; next >= 0 && next < count; next += step) {
+    const auto member = static_cast<std::size_t>(next);
+    if (LoadListed(program, *leave, member)) return {.Sounding = true};
+    if (program.Current.StatusText == Text(Status::QcCancel)) return {};
+    program.Notices.push_back(ListedText(program, member) + " cannot be shown.");
+  }
+  return {.View = true};
 }
 
 }  // namespace vexa

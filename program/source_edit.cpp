@@ -94,8 +94,9 @@ Outcome<EditableText> PartToEdit(const SourceText& source, const ingest::SourceE
 // The edited text under the name that its file has in an archive, which may tell the date.
 Outcome<SoundingRecord> Decode(Program& program, const std::string& bytes) {
   SoundingRecord record;
-  ingest::LoadContext context{
-      .Ask = program.Current.Ask, .Index = IndexInFile(program), .Stations = &program.Stations};
+  ingest::LoadContext context{.Ask = program.Current.Ask,
+                              .Index = program.Doc.IndexInFile(),
+                              .Stations = &program.Stations};
   const std::optional<Fault> fault = Guarded("EditSource", [&]() -> std::optional<Fault> {
     std::vector<std::string> notes;
     const Outcome<SourceText> onDisk = ingest::ReadSource(program.Current.FilePath(), notes);
@@ -158,7 +159,7 @@ Outcome<EditableText> SourceToEdit(const Program& program, bool entireFile) {
   std::vector<std::string> notes;
   const Outcome<SourceText> source = ingest::ReadSource(path, notes);
   if (!source) return source.Error();
-  const ingest::SoundingPlace place = ingest::PlaceOf(source.Value(), IndexInFile(program));
+  const ingest::SoundingPlace place = ingest::PlaceOf(source.Value(), program.Doc.IndexInFile());
   const std::vector<ingest::SourceEntry> entries = ingest::ListSoundings(*place.Text);
   const auto index = static_cast<std::size_t>(place.Index);
   if (entries.size() > 1 && index < entries.size() && entries[index].FirstLine > 0) {
@@ -169,10 +170,10 @@ Outcome<EditableText> SourceToEdit(const Program& program, bool entireFile) {
 
 std::string SourceRemark(const Program& program) {
   std::string remark;
-  if (ChangedOnDisk(program)) {
+  if (program.Doc.ChangedOnDisk()) {
     remark = program.Current.FileName + " was changed by another program since it was opened. ";
   }
-  if (IsAltered(program)) {
+  if (program.Doc.IsAltered()) {
     remark += "This is the text of the file: what was edited and not saved is not in it.";
   }
   return remark;
@@ -193,10 +194,8 @@ std::optional<Fault> SaveSource(Program& program, const std::string& bytes, Chan
                  program.Current.FileName + " stays as the other program has written it"};
   }
   if (auto fault = SaveFile(program.Current.FilePath(), bytes)) return fault;
-  program.Loaded = record.Value();
-  changes = AdoptEdit(program, std::move(record.Value()), "edit source file");
-  program.History.MarkSaved();
-  MarkOnDisk(program);
+  program.Doc.Rewritten(std::move(record.Value()), "edit source file");
+  changes = {.Sounding = true};
   return std::nullopt;
 }
 

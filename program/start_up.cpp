@@ -27,7 +27,7 @@ constexpr std::string_view kFolderTestFile = "dumptestfile123.xyz";
 void FindFolders(Program& program, const StartArguments& arguments) {
   program.Where = FoldersBelow(ResolveRoot(arguments.Root, arguments.ProgramFolder));
   if (const std::optional<Fault> fault = CreateFolders(program.Where)) {
-    ErrorReport(program.Current, *fault);
+    program.Doc.Report(*fault);
   }
 }
 
@@ -73,22 +73,24 @@ void ReadReference(Program& program, const StartArguments&) {
 void ReadStationList(Program& program, const StartArguments& arguments) {
   const std::optional<Fault> fault =
       EnsureShipped(program.Where.Root, arguments.ProgramFolder, kStationFileName);
-  if (fault) ErrorReport(program.Current, *fault);
+  if (fault) program.Doc.Report(*fault);
   std::error_code ignored;
   if (!std::filesystem::exists(program.Where.Root / kStationFileName, ignored)) return;
-  if (LoadStations(program.Current, program.Where.Root, program.Stations) != Status::Ok) return;
-  ConvertStationFile(program.Current, program.Where.Root, program.Stations);
+  CurrentSounding beside = program.Doc.Beside();
+  if (LoadStations(beside, program.Where.Root, program.Stations) == Status::Ok) {
+    ConvertStationFile(beside, program.Where.Root, program.Stations);
+  }
+  program.Doc.SetStatus(beside.StatusText);
 }
 
 void ClearSounding(Program& program, const StartArguments&) {
-  ClearData(program.Current.Record);
-  program.Results = {};
+  program.Doc.Take(Document::GiveUpEdits(), {});
 }
 
 void BringSources(Program& program, const StartArguments& arguments) {
   const std::optional<Fault> fault =
       EnsureShipped(program.Where.Root, arguments.ProgramFolder, download::kSourcesFileName);
-  if (fault) ErrorReport(program.Current, *fault);
+  if (fault) program.Doc.Report(*fault);
 }
 
 bool CanWrite(const std::filesystem::path& folder) {
@@ -163,7 +165,7 @@ std::string StageMark(std::size_t number) {
 
 void StartUp(Program& program, const StartArguments& arguments) {
   for (std::size_t i = 0; i < std::size(kStages); ++i) {
-    const ProcedureScope here(program.Current, StageMark(i));
+    const ProcedureScope here = program.Doc.In(StageMark(i));
     kStages[i](program, arguments);
     if (arguments.Done) arguments.Done(StageMark(i));
   }

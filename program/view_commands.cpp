@@ -9,12 +9,11 @@
 
 #include "analysis/index_table.h"
 #include "analysis/interpolate.h"
-#include "core/data_checks.h"
 #include "core/files.h"
 #include "core/markers.h"
 #include "core/numbers.h"
 #include "core/units.h"
-#include "ingest/decoder.h"
+#include "program/listed_soundings.h"
 #include "program/reference_tables.h"
 #include "program/sounding_loop.h"
 
@@ -28,14 +27,12 @@ constexpr std::string_view kLockedAlready =
     "you must first activate a screen REFRESH from the Main Menu,\n"
     "before another Cursor can be positioned on the diagram.";
 
-// Reads a sounding beside the one in work; what is wrong with it is told.
-std::optional<SoundingRecord> LoadOld(Program& program, const std::filesystem::path& path) {
-  CurrentSounding beside;
-  beside.Ask = program.Current.Ask;
-  if (ingest::LoadSounding(beside, path, 0, &program.Stations) != Status::Ok) return std::nullopt;
-  const Silenced quiet(beside);
-  DataQC(beside);
-  return std::move(beside.Record);
+// Loads a sounding beside the one in work; null when it cannot be read, which is told.
+SharedSounding LoadOld(Program& program, const std::filesystem::path& path) {
+  Outcome<SharedSounding> loaded = LoadAnalysed({.File = path}, PolicyOf(program));
+  if (loaded) return std::move(loaded.Value());
+  program.Doc.Report(loaded.Error());
+  return nullptr;
 }
 
 FileQuestion QuestionFor(const Program& program, std::string_view title) {
@@ -44,7 +41,7 @@ FileQuestion QuestionFor(const Program& program, std::string_view title) {
   return {.Title = std::string(title), .Folder = TextFromPath(folder), .Filter = "All files (*)|*"};
 }
 
-Changes PlotOldSounding(Program& program, MultiMode mode, std::vector<SoundingRecord> others) {
+Changes PlotOldSounding(Program& program, MultiMode mode, std::vector<SharedSounding> others) {
   if (others.empty()) return {};
   StopLoop(program);
   program.Others = std::move(others);
@@ -64,7 +61,7 @@ void LookAs(const Program& program, diagram::PlotInput& input) {
   input.Mode = view.Looping ? MultiMode::Loop : view.Mode;
   input.OthersScaling =
       view.Mode == MultiMode::Compare ? window.CompareScaling : window.OverlayScaling;
-  if (view.ShowsReference && view.Reference) input.Reference = &*view.Reference;
+  if (view.ShowsReference && view.Reference) input.Reference = &view.Reference->Record();
   input.Lines = view.Lines;
   input.Zoom = view.Zoom;
   if (view.Looping) input.LoopHoldTime = program.Set.MovieTime;
@@ -170,14 +167,14 @@ Changes CompareAnother(Program& program) {
   if (program.View.Mode == MultiMode::Compare) return ShowAlone(program);
   const auto name = program.Current.Ask->ChooseFile(QuestionFor(program, "Sounding Comparison"));
   if (!name) return {};
-  std::vector<SoundingRecord> others;
-  if (auto record = LoadOld(program, PathFromText(*name))) others.push_back(std::move(*record));
+  std::vector<SharedSounding> others;
+  if (SharedSounding old = LoadOld(program, PathFromText(*name))) others.push_back(std::move(old));
   return PlotOldSounding(program, MultiMode::Compare, std::move(others));
 }
 
 Changes OverlaySeveral(Program& program) {
   if (program.View.Mode == MultiMode::Overlay) return ShowAlone(program);
-  std::vector<SoundingRecord> others;
+  std::vector<SharedSounding> others;
   const auto names = program.Current.Ask->ChooseFiles(QuestionFor(program, "Sounding Overlay"));
   Progress progress(*program.Current.Ask);
   for (std::size_t i = 0; i < names.size(); ++i) {
@@ -185,8 +182,8 @@ Changes OverlaySeveral(Program& program) {
         Shortest(static_cast<int>(i) + 1) + " of " + Shortest(static_cast<int>(names.size()));
     const double done = static_cast<double>(i) / static_cast<double>(names.size());
     if (!progress.Begin("Loading sounding " + step + " . . .", done)) return {};
-    if (auto record = LoadOld(program, PathFromText(names[i]))) {
-      others.push_back(std::move(*record));
+    if (SharedSounding old = LoadOld(program, PathFromText(names[i]))) {
+      others.push_back(std::move(old));
     }
   }
   return PlotOldSounding(program, MultiMode::Overlay, std::move(others));

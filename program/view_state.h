@@ -4,9 +4,9 @@
 
 #include <optional>
 
-#include "core/sounding_record.h"
 #include "diagram/cursor_marks.h"
 #include "diagram/sounding_plot.h"
+#include "sounding/analysed_sounding.h"
 
 namespace vexa {
 
@@ -14,7 +14,7 @@ struct ViewState {
   diagram::MultiMode Mode = diagram::MultiMode::Single;  // Single, Overlay or Compare
   std::optional<Rect> Zoom{};                            // part of the frame that fills it
   diagram::ExtraLines Lines{};
-  std::optional<SoundingRecord> Reference{};  // once it has been read
+  SharedSounding Reference{};  // once it has been read
   bool ShowsReference = false;
   diagram::CursorState Cursor{};
 

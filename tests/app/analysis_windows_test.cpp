@@ -14,6 +14,7 @@
 #include "app/sounding_window.h"
 #include "core/files.h"
 #include "program/displays.h"
+#include "support/document.h"
 #include "support/soundings.h"
 
 namespace vexa {
@@ -22,9 +23,9 @@ namespace {
 class AnalysisWindows : public testing::Test {
  protected:
   AnalysisWindows() {
-    program.Current.Ask = &interaction;
+    program.Doc.AskThrough(&interaction);
     program.Where = FoldersBelow(folder.Path());
-    program.Current.Record = test::ReferenceConvective();
+    test::Show(program, test::ReferenceConvective());
     window.resize(900, 700);
     window.show();
     window.Show({.Sounding = true});
@@ -57,7 +58,7 @@ TEST_F(AnalysisWindows, TheDockShowsAndExplainsEveryIndex) {
   EXPECT_TRUE(
       dock->findChild<QPlainTextEdit*>("IndexExplanation")->toPlainText().contains("T 850 hPa"));
   // It follows the sounding.
-  program.Current.Record = test::ReferenceWinter();
+  test::Show(program, test::ReferenceWinter());
   window.Show({.Sounding = true});
   EXPECT_NE(table->item(0, 1)->text(), "31.9 C");
   Choose("mnuAnalyze");
@@ -71,7 +72,7 @@ TEST_F(AnalysisWindows, EveryDisplayOpensOnceAndFollows) {
     Choose(entry);
   }
   EXPECT_EQ(window.findChildren<DisplayWindow*>().size(), 4);
-  program.Current.Record = SoundingRecord{};
+  test::Show(program, SoundingRecord{});
   window.Show({.Sounding = true});
   QApplication::processEvents();
   for (DisplayWindow* display : window.findChildren<DisplayWindow*>()) display->close();

@@ -35,7 +35,7 @@ namespace {
 class FormTest : public testing::Test {
  protected:
   FormTest() {
-    program.Current.Ask = &interaction;
+    program.Doc.AskThrough(&interaction);
     StartUp(program, {TextFromPath(folder.Path()), {}});
     const std::filesystem::path path = folder.Path() / "a.RAW";
     EXPECT_FALSE(SaveFile(path, WriteRaw(test::ReferenceConvective())));

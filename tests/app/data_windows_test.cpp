@@ -25,6 +25,7 @@
 #include "core/source_text.h"
 #include "output/data_print.h"
 #include "output/paint/paint.h"
+#include "support/document.h"
 #include "support/soundings.h"
 
 namespace vexa {
@@ -55,8 +56,8 @@ class NamingUser : public SilentInteraction {
 class DataWindowsTest : public testing::Test {
  protected:
   DataWindowsTest() {
-    program.Current.Record = test::ReferenceConvective();
-    program.Current.Ask = &user;
+    test::Show(program, test::ReferenceConvective());
+    program.Doc.AskThrough(&user);
     program.Where.Root = folder.Path();
     program.Where.Data = folder.Path();
     program.Where.Export = folder.Path();
@@ -164,7 +165,7 @@ TEST_F(DataWindowsTest, ListingsFollowTheSoundingAndAreSaved) {
   };
   EXPECT_NE(shown("CAPEdata").find("(layer) (total)"), std::string::npos);
   const std::string before = shown("CompleteData");
-  program.Current.Record = test::ReferenceWinter();
+  test::Show(program, test::ReferenceWinter());
   Refresh(program, {.Sounding = true});
   window.Follow();
   EXPECT_NE(shown("CompleteData"), before);
@@ -176,8 +177,8 @@ TEST_F(DataWindowsTest, ListingsFollowTheSoundingAndAreSaved) {
 
 // The convective sounding's first level by hand: as the file has it, and 1 kt = 0.514444 m/s.
 TEST_F(DataWindowsTest, TheDataTableSetsLevelsAndWindsSideBySide) {
-  program.Current.Record = test::Profile({{1000, 20, 10}, {850, 10, kMissing}},
-                                         {{100, 180, 10}, {1500, 270, 20}, {3000, 360, 30}}, 100);
+  test::Show(program, test::Profile({{1000, 20, 10}, {850, 10, kMissing}},
+                                    {{100, 180, 10}, {1500, 270, 20}, {3000, 360, 30}}, 100));
   const output::ListingSource from{program.Current.Record, program.Results, program.Set};
   EXPECT_EQ(
       output::SoundingDataTable(from),
@@ -200,8 +201,7 @@ TEST_F(DataWindowsTest, PrintedTextsOpenInAWindowOfTheirOwn) {
   QWidget parent;
   const std::string raw = WriteRaw(program.Current.Record);
   Write("x.RAW", raw);
-  program.Current.DataFolder = folder.Path();
-  program.Current.FileName = "x.RAW";
+  test::Show(program, SoundingRecord(program.Doc.Record()), folder.Path() / "x.RAW");
   const std::pair<Command, const char*> cases[] = {{Command::PrintData, "PrintData"},
                                                    {Command::PrintDecoded, "PrintDeCodedData"},
                                                    {Command::PrintSource, "PrintDataFile"}};
@@ -222,8 +222,7 @@ TEST_F(DataWindowsTest, PrintedTextsOpenInAWindowOfTheirOwn) {
 TEST_F(DataWindowsTest, TheReportFolderHoldsTheCase) {
   const std::string raw = WriteRaw(program.Current.Record);
   Write("x.RAW", raw);
-  program.Current.DataFolder = folder.Path();
-  program.Current.FileName = "x.RAW";
+  test::Show(program, SoundingRecord(program.Doc.Record()), folder.Path() / "x.RAW");
   user.Name = TextFromPath(folder.Path() / "case");
   EXPECT_TRUE(RunOutputCommand(program, Command::ReportFolder, nullptr, {400, 300}));
   EXPECT_TRUE(user.Asked.back().Folder.ends_with("x_report"));
@@ -272,7 +271,7 @@ TEST_F(DataWindowsTest, AFileOfSeveralSoundingsAsksWhich) {
   };
   EXPECT_TRUE(OpenSoundings(program, {file}).Sounding);
   ASSERT_GE(offered.size(), 2u);
-  EXPECT_EQ(program.Listed.size(), offered.size());
+  EXPECT_EQ(program.Listed.Size(), offered.size());
   const ObservationTime first = program.Current.Record.Time;
   EXPECT_TRUE(SequenceSounding(program, 1).Sounding);
   EXPECT_NE(program.Current.Record.Time, first);
@@ -281,7 +280,7 @@ TEST_F(DataWindowsTest, AFileOfSeveralSoundingsAsksWhich) {
   const ObservationTime stays = program.Current.Record.Time;
   EXPECT_FALSE(OpenSoundings(program, {file}).Any());
   EXPECT_EQ(program.Current.Record.Time, stays);
-  EXPECT_EQ(program.Listed.size(), offered.size());
+  EXPECT_EQ(program.Listed.Size(), offered.size());
 }
 
 TEST_F(DataWindowsTest, PastedTextOpensAsASounding) {

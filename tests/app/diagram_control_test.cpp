@@ -37,7 +37,7 @@ namespace {
 class ControlTest : public testing::Test {
  protected:
   ControlTest() {
-    program.Current.Ask = &interaction;
+    program.Doc.AskThrough(&interaction);
     window.resize(1000, 760);
     window.show();
     QApplication::processEvents();
@@ -101,7 +101,7 @@ TEST_F(ControlTest, ZoomsByRegionWheelAndKeysAndPans) {
   ASSERT_TRUE(At().IsZoomed());
   const Rect frame = At().Frame();
   EXPECT_NEAR(At().ToPoint(8.6, 700).X, (frame.Left + frame.Right) / 2, 30);
-  EXPECT_FALSE(program.History.CanUndo());
+  EXPECT_FALSE(program.Doc.History().CanUndo());
 
   const Rect before = At().Region();
   const Point empty{frame.Right - 300, frame.Bottom - 300};
@@ -161,14 +161,14 @@ TEST_F(ControlTest, DragsALevelAndEscapeTakesItBack) {
   EXPECT_EQ(program.Current.Record, before);
   EXPECT_EQ(ToSvg(program.Plot->Page, 800, 600), drawn);
   Mouse(QEvent::MouseButtonRelease, to);
-  EXPECT_FALSE(program.History.CanUndo());
+  EXPECT_FALSE(program.Doc.History().CanUndo());
 
   Mouse(QEvent::MouseButtonPress, from);
   for (int i = 1; i <= 5; ++i) Mouse(QEvent::MouseMove, {from.X + 60.0 * i, from.Y});
   Mouse(QEvent::MouseButtonRelease, {from.X + 300, from.Y});
-  EXPECT_TRUE(program.History.Undo(program.Current.Record));
+  EXPECT_TRUE(program.Doc.Undo());
   EXPECT_EQ(program.Current.Record, before);
-  EXPECT_FALSE(program.History.CanUndo());  // one step
+  EXPECT_FALSE(program.Doc.History().CanUndo());  // one step
 
   // A click on a level moves nothing; it places the cursor.
   Mouse(QEvent::MouseButtonPress, from);
@@ -185,13 +185,13 @@ TEST_F(ControlTest, KeysStepLevelsAndSoundings) {
   Key(Qt::Key_Down);
   EXPECT_EQ(program.View.Cursor.Level, 13);
   Key(Qt::Key_PageDown);
-  EXPECT_EQ(program.ListedNow, 1u);
+  EXPECT_EQ(program.Listed.Now(), 1u);
   ASSERT_TRUE(program.View.Cursor.Level);  // stays at its pressure
   EXPECT_NEAR(program.Current.Record.Press(*program.View.Cursor.Level), 550, 50);
   Key(Qt::Key_PageDown);
-  EXPECT_EQ(program.ListedNow, 1u);
+  EXPECT_EQ(program.Listed.Now(), 1u);
   Key(Qt::Key_PageUp);
-  EXPECT_EQ(program.ListedNow, 0u);
+  EXPECT_EQ(program.Listed.Now(), 0u);
 }
 
 TEST_F(ControlTest, TheLoopRunsUntilItIsStopped) {
@@ -210,7 +210,7 @@ TEST_F(ControlTest, TheLoopRunsUntilItIsStopped) {
   time.start();
   while (most == 0 && time.elapsed() < 10000) {
     QApplication::processEvents(QEventLoop::AllEvents, 20);
-    most = std::max(most, program.ListedNow);
+    most = std::max(most, program.Listed.Now());
   }
   EXPECT_EQ(most, 1u);
   Entry("mnuSpecial").trigger();
@@ -236,7 +236,7 @@ TEST_F(ControlTest, TheSurfaceDialogTriesKeepsAndTakesBack) {
     QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_EQ(program.Current.Record == before, !kept);
   }
-  EXPECT_EQ(program.History.UndoText(), "Undo change surface");
+  EXPECT_EQ(program.Doc.History().UndoText(), "Undo change surface");
 }
 
 TEST_F(ControlTest, TheParcelPanelFollowsTheOwnParcel) {

@@ -30,7 +30,7 @@ using namespace std::chrono_literals;
 class DownloadWindowsTest : public testing::Test {
  protected:
   DownloadWindowsTest() {
-    program.Current.Ask = &user;
+    program.Doc.AskThrough(&user);
     program.Where.Root = folder.Path();
     program.Where.Data = folder.Path() / "data";
     fs::create_directories(program.Where.Data);

@@ -53,7 +53,7 @@ class Answering : public WindowInteraction {
 class Editors : public testing::Test {
  protected:
   Editors() {
-    program.Current.Ask = &user;
+    program.Doc.AskThrough(&user);
     program.Where = FoldersBelow(folder.Path());
     window.resize(900, 700);
     window.show();

@@ -25,7 +25,7 @@ namespace {
 class HelpTest : public testing::Test {
  protected:
   HelpTest() {
-    program.Current.Ask = &interaction;
+    program.Doc.AskThrough(&interaction);
     program.HelpFile = test::SourceFolder() / "share" / "VEXA.HLP";
     window.show();
   }
@@ -113,7 +113,7 @@ TEST_F(HelpTest, DisplaysComeBackAtTheNextStart) {
             (std::vector<std::string>{"InfoPanel", "SvrWx", "Hodograph"}));
 
   Program next;
-  next.Current.Ask = &interaction;
+  next.Doc.AskThrough(&interaction);
   next.Where = program.Where;
   SoundingWindow again(next, interaction);
   again.show();

@@ -30,7 +30,7 @@ namespace {
 class DisplayTest : public testing::Test {
  protected:
   DisplayTest() {
-    program.Current.Ask = &interaction;
+    program.Doc.AskThrough(&interaction);
     program.Where = FoldersBelow(folder.Path());
     window.show();
     window.OpenFiles({Saved("a.RAW", test::ReferenceConvective())});
@@ -169,8 +169,8 @@ TEST_F(DisplayTest, AWindIsDraggedAsOneEditButNotInTheStormsFrame) {
 
   const QPointF end = drag(9, to);
   Mouse(hodograph.View(), QEvent::MouseButtonRelease, end);
-  EXPECT_EQ(program.History.UndoText(), "Undo drag wind of level 9");
-  EXPECT_TRUE(program.History.Undo(program.Current.Record));
+  EXPECT_EQ(program.Doc.History().UndoText(), "Undo drag wind of level 9");
+  EXPECT_TRUE(program.Doc.Undo());
   EXPECT_EQ(program.Current.Record, before);
   window.Show({.Sounding = true});
 

@@ -16,6 +16,7 @@
 #include "output/paint/paint.h"
 #include "output/paint/print.h"
 #include "program/view_commands.h"
+#include "support/document.h"
 #include "support/soundings.h"
 
 namespace vexa {
@@ -24,8 +25,8 @@ namespace {
 class PrintPlotTest : public testing::Test {
  protected:
   PrintPlotTest() {
-    program.Current.Record = test::ReferenceConvective();
-    program.Current.Ask = &user;
+    test::Show(program, test::ReferenceConvective());
+    program.Doc.AskThrough(&user);
     program.Where.Root = folder.Path();
     Refresh(program, {.Sounding = true});
   }
@@ -108,7 +109,8 @@ TEST_F(PrintPlotTest, WhatTheDiagramShowsIsPrinted) {
     box->setCurrentText(display);
     return paint::TextOf(window.Pages().front());
   };
-  program.Others.push_back(test::ReferenceWinter());
+  program.Others.push_back(
+      std::make_shared<AnalysedSounding>(LoadedSounding{.Record = test::ReferenceWinter()}));
   for (const auto& [mode, name] : {std::pair(diagram::MultiMode::Overlay, "Overlay"),
                                    std::pair(diagram::MultiMode::Compare, "Compare")}) {
     program.View.Mode = mode;
@@ -121,7 +123,8 @@ TEST_F(PrintPlotTest, WhatTheDiagramShowsIsPrinted) {
   Refresh(program,
           ZoomInSizer(program, {frame.Left, frame.Top, frame.Left + 2000, frame.Top + 2000}));
   EXPECT_NE(labels("Sounding"), whole) << "the part on the screen is printed";
-  program.Current.LoadNotes = {"a wind without a height is left out"};
+  program.Doc.Take(Document::GiveUpEdits(), {.Record = test::ReferenceConvective(),
+                                             .Notes = {"a wind without a height is left out"}});
   EXPECT_NE(labels("Notes").find("without a height"), std::string::npos);
   EXPECT_NE(labels("NotePad").find("VEXA 5.7"), std::string::npos);
 }

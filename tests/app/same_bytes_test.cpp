@@ -33,7 +33,7 @@ class SameBytesTest : public testing::Test {
   SameBytesTest() {
     program.Where.Root = In("root");
     fs::create_directories(program.Where.Root);
-    program.Current.Ask = &user;
+    program.Doc.AskThrough(&user);
     program.Set.Diagram = DiagramType::Emagram;
     program.Set.Scheme = ColorScheme::Darker;
     program.Set.System.Dump.Height = DumpHeight::Feet;

@@ -46,7 +46,7 @@ const auto* const kApp = testing::AddGlobalTestEnvironment(new AppEnvironment);
 class WindowTest : public testing::Test {
  protected:
   WindowTest() {
-    program.Current.Ask = &interaction;
+    program.Doc.AskThrough(&interaction);
     window.resize(900, 700);
     window.show();
     QApplication::processEvents();
@@ -152,7 +152,7 @@ TEST_F(WindowTest, EveryFormatAndAFolderCanBeDropped) {
   EXPECT_FALSE(SaveFile(both / "notes.txt", "no sounding"));
   dropped(both);
   EXPECT_EQ(program.Current.FileName, "a.RAW");
-  EXPECT_EQ(program.Listed.size(), 2U);
+  EXPECT_EQ(program.Listed.Size(), 2U);
 }
 
 TEST_F(WindowTest, WindowsOfDataOpenFromTheMenuAndFollow) {

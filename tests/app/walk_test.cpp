@@ -72,7 +72,7 @@ class Willing : public WindowInteraction {
 // A program with a window, at home in a folder of its own.
 struct Desk {
   Desk() {
-    program.Current.Ask = &user;
+    program.Doc.AskThrough(&user);
     program.Where = FoldersBelow(folder.Path());
     for (const auto& below : {program.Where.Data, program.Where.Export}) {
       std::filesystem::create_directories(below);
@@ -283,7 +283,7 @@ TEST(Walk, ClicksAndTicksDuringARedrawChangeNothingAndBreakNothing) {
   EXPECT_EQ(desk.program.Set.Diagram, DiagramType::Emagram);
   EXPECT_FALSE(desk.program.Set.IcaoLine);
   EXPECT_FALSE(desk.program.View.Cursor.At);
-  EXPECT_TRUE(desk.program.History.CanUndo());
+  EXPECT_TRUE(desk.program.Doc.History().CanUndo());
   desk.window.findChild<QAction*>("mnuTephigram")->trigger();  // and now it does
   EXPECT_EQ(desk.program.Plot->Mapping.Type(), DiagramType::Tephigram);
 }

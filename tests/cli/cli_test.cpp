@@ -263,7 +263,7 @@ TEST_F(CommandLine, PlotsWhatTheWindowDraws) {
 
       SilentInteraction silent;
       Program program;
-      program.Current.Ask = &silent;
+      program.Doc.AskThrough(&silent);
       if (withRoot) StartUp(program, {In(""), {}});
       ASSERT_FALSE(SetOptions(program.Set, set));
       ASSERT_TRUE(Refresh(program, OpenSoundings(program, {PathFromText(file)})));

@@ -14,6 +14,7 @@
 #include "program/properties.h"
 #include "program/session_commands.h"
 #include "program/source_edit.h"
+#include "support/document.h"
 #include "support/soundings.h"
 
 namespace vexa {
@@ -34,7 +35,7 @@ class NamingUser : public test::ScriptedInteraction {
 class EditCommands : public testing::Test {
  protected:
   EditCommands() {
-    program.Current.Ask = &user;
+    program.Doc.AskThrough(&user);
     program.Where.Data = folder.Path();
   }
   fs::path Saved(const std::string& name, const std::string& bytes) {
@@ -94,16 +95,16 @@ TEST_F(EditCommands, EditsAreUndoneRestoredAndWrittenOnlyOnSaving) {
   ASSERT_TRUE(OpenSoundings(program, {path}).Sounding);
   const SoundingRecord loaded = program.Current.Record;
   const int count = loaded.NumTempLevels();
-  EXPECT_FALSE(commands::CanRestore(program));
+  EXPECT_FALSE(program.Doc.CanRestore());
   DeleteLevel(3);
   DeleteLevel(2);
-  EXPECT_EQ(program.History.UndoText(), "Undo delete level 2");
+  EXPECT_EQ(program.Doc.History().UndoText(), "Undo delete level 2");
   EXPECT_EQ(LevelsIn(path), count);
 
   EXPECT_TRUE(RunCommand(program, Command::Undo).Sounding);
-  EXPECT_EQ(program.History.RedoText(), "Redo delete level 2");
+  EXPECT_EQ(program.Doc.History().RedoText(), "Redo delete level 2");
   EXPECT_TRUE(RunCommand(program, Command::Restore).Sounding);
-  EXPECT_FALSE(IsAltered(program));
+  EXPECT_FALSE(program.Doc.IsAltered());
   EXPECT_EQ(program.Current.Record, loaded);
   EXPECT_TRUE(RunCommand(program, Command::Undo).Sounding);
   EXPECT_EQ(program.Current.Record.NumTempLevels(), count - 1);
@@ -112,7 +113,7 @@ TEST_F(EditCommands, EditsAreUndoneRestoredAndWrittenOnlyOnSaving) {
   EXPECT_TRUE(RunCommand(program, Command::SaveAs).Any());
   EXPECT_EQ(LevelsIn(folder.Path() / "b.RAW"), count - 1);
   EXPECT_EQ(LevelsIn(path), count);
-  EXPECT_FALSE(program.History.IsChanged());
+  EXPECT_FALSE(program.Doc.History().IsChanged());
   EXPECT_EQ(program.Current.FileName, "b.RAW");
   EXPECT_EQ(user.Asked.back(), TextFromPath(folder.Path() / "a.RAW"));
 }
@@ -138,7 +139,7 @@ TEST_F(EditCommands, AListingIsNeverWrittenOver) {
   user.Expect("VEXA", Answer::No);
   EXPECT_FALSE(RunCommand(program, Command::SaveAs).Any());
   EXPECT_NE(user.Boxes.back().Text.find("already exists."), std::string::npos);
-  EXPECT_TRUE(program.History.IsChanged());
+  EXPECT_TRUE(program.Doc.History().IsChanged());
 }
 
 TEST_F(EditCommands, LeavingAsksForChangesOnly) {
@@ -184,25 +185,28 @@ TEST_F(EditCommands, AFaultAfterALoadIsCorrectedOrTheSoundingStays) {
             "Click OK to correct the error.");
   EXPECT_EQ(program.Current.Record, before.Record);
   EXPECT_EQ(program.Current.FileName, "good.RAW");
-  EXPECT_FALSE(program.ToCorrect);
+  EXPECT_FALSE(program.Doc.Correction());
 
   user.Expect("Data Error", Answer::Ok);
   EXPECT_TRUE(OpenSoundings(program, {bad}).Sounding);
-  EXPECT_EQ(program.ToCorrect, (QcFinding{5, 3}));
+  EXPECT_EQ(program.Doc.Correction(), (QcFinding{5, 3}));
   SoundingRecord mended = program.Current.Record;
   mended.Dewpt(3) = 4;
   AdoptEdit(program, mended);
   EXPECT_EQ(FaultIndicator(program), "");
 
   SilentInteraction nobody;
-  program.Current.Ask = &nobody;
+  program.Doc.AskThrough(&nobody);
+  EXPECT_FALSE(OpenSoundings(program, {bad}).Any()) << "nobody said that the edits may go";
+  EXPECT_EQ(program.Current.Record, mended);
+  program.Doc.Undo();
   EXPECT_TRUE(OpenSoundings(program, {bad}).Sounding);
-  EXPECT_FALSE(program.ToCorrect);
+  EXPECT_FALSE(program.Doc.Correction());
   for (const Box& box : nobody.Boxes) EXPECT_NE(box.Title, "Data Error");
 }
 
 TEST_F(EditCommands, TheFilterThinsHighDensityOnly) {
-  program.Current.Record = test::ReferenceWinter();
+  test::Show(program, test::ReferenceWinter());
   user.Expect("Filter Sounding Data", Answer::Ok);
   EXPECT_FALSE(RunCommand(program, Command::Filter).Any());
   EXPECT_EQ(user.Boxes.back().Text,
@@ -210,8 +214,7 @@ TEST_F(EditCommands, TheFilterThinsHighDensityOnly) {
 
   SoundingRecord dense = test::Profile({});
   for (int i = 0; i < 900; ++i) dense.AddTemp(1000 - i, 20 - 0.06 * i, 10 - 0.06 * i);
-  program.Current.Record = dense;
-  program.Loaded = dense;
+  test::Show(program, dense);
   user.Expect("Filter Sounding Data", Answer::Ok);
   EXPECT_TRUE(RunCommand(program, Command::Filter).Sounding);
   EXPECT_LT(program.Current.Record.NumTempLevels(), 450);
@@ -219,7 +222,7 @@ TEST_F(EditCommands, TheFilterThinsHighDensityOnly) {
   EXPECT_NE(user.Boxes.back().Text.find("Use the Restore command to automatically retrieve the "
                                         "original sounding data."),
             std::string::npos);
-  EXPECT_EQ(program.History.UndoText(), "Undo filter");
+  EXPECT_EQ(program.Doc.History().UndoText(), "Undo filter");
   EXPECT_TRUE(RunCommand(program, Command::Restore).Sounding);
   EXPECT_EQ(program.Current.Record, dense);
 }
@@ -256,11 +259,11 @@ TEST_F(EditCommands, AnEditedSourceBecomesTheSoundingOrSaysWhyNot) {
   EXPECT_FALSE(AdoptSource(program, bytes, changes));
   EXPECT_NE(SourceRemark(program).find("not saved"), std::string::npos);
   EXPECT_EQ(program.Current.Record.StationTitle, "Changed by hand");
-  EXPECT_TRUE(program.History.IsChanged());
+  EXPECT_TRUE(program.Doc.History().IsChanged());
   EXPECT_NE(ReadFile(path).Value(), bytes);
   EXPECT_FALSE(SaveSource(program, bytes, changes));
   EXPECT_EQ(ReadFile(path).Value(), bytes);
-  EXPECT_FALSE(program.History.IsChanged());
+  EXPECT_FALSE(program.Doc.History().IsChanged());
 }
 
 // What another program has put in the file's place since goes only when the user wants it to.
@@ -324,7 +327,7 @@ TEST_F(EditCommands, ChecksAreSwitchedOffByTheirOptions) {
   ASSERT_TRUE(OpenSoundings(program, {good, bad}).Sounding);
   EXPECT_TRUE(SequenceSounding(program, 1).Sounding);  // no box
   EXPECT_EQ(FaultIndicator(program), "");
-  EXPECT_FALSE(program.ToCorrect);
+  EXPECT_FALSE(program.Doc.Correction());
   user.Expect("Data Error", Answer::Ok);
   EXPECT_TRUE(OpenSoundings(program, {bad}).Sounding);
   EXPECT_NE(FaultIndicator(program), "");
@@ -351,12 +354,12 @@ TEST_F(EditCommands, ASessionCutOffComesBackAsItWasLookedAt) {
   program.OwnSession = {};  // the system lets go of what a program held that crashed
 
   Program next;
-  next.Current.Ask = &user;
+  next.Doc.AskThrough(&user);
   next.Where.Root = folder.Path();
   user.Expect("VEXA", Answer::Yes);
   ASSERT_TRUE(Refresh(next, OfferSession(next)));  // without asking which of the two
   EXPECT_EQ(next.Current.Record, program.Current.Record);
-  EXPECT_EQ(next.ListedIndex, (std::vector<int>{0, 1}));
+  EXPECT_EQ(next.Listed.At(1).Index, 1);
   EXPECT_EQ(next.View.Zoom, program.View.Zoom);
   EXPECT_EQ(next.View.Lines, program.View.Lines);
   EXPECT_EQ(next.Set, program.Set);
@@ -375,7 +378,7 @@ TEST_F(EditCommands, ASessionCutOffIsOfferedWithItsEdits) {
   const SoundingRecord edited = program.Current.Record;
 
   Program beside;  // while the first still runs
-  beside.Current.Ask = &user;
+  beside.Doc.AskThrough(&user);
   beside.Where.Root = folder.Path();
   EXPECT_FALSE(OfferSession(beside).Any());
   EndSession(beside);
@@ -385,7 +388,7 @@ TEST_F(EditCommands, ASessionCutOffIsOfferedWithItsEdits) {
   program.OwnSession = {};
 
   const auto begin = [&](Program& next, Answer answer) {
-    next.Current.Ask = &user;
+    next.Doc.AskThrough(&user);
     next.Where.Root = folder.Path();
     user.Expect("VEXA", answer);
     return OfferSession(next);
@@ -394,19 +397,19 @@ TEST_F(EditCommands, ASessionCutOffIsOfferedWithItsEdits) {
   EXPECT_TRUE(begin(next, Answer::Yes).Sounding);
   EXPECT_EQ(next.Current.Record, edited);
   EXPECT_EQ(next.Current.FileName, "b.RAW");
-  EXPECT_EQ(next.ListedNow, 1u);
-  ASSERT_EQ(next.Listed.size(), 2u);
-  EXPECT_TRUE(next.Listed[0].is_absolute());
-  EXPECT_TRUE(fs::equivalent(next.Listed[0], a));
-  EXPECT_TRUE(next.History.IsChanged());
-  EXPECT_FALSE(ChangedOnDisk(next));
+  EXPECT_EQ(next.Listed.Now(), 1u);
+  ASSERT_EQ(next.Listed.Size(), 2u);
+  EXPECT_TRUE(next.Listed.At(0).File.is_absolute());
+  EXPECT_TRUE(fs::equivalent(next.Listed.At(0).File, a));
+  EXPECT_TRUE(next.Doc.History().IsChanged());
+  EXPECT_FALSE(next.Doc.ChangedOnDisk());
   next.OwnSession = {};
 
   Saved("b.RAW", WriteRaw(test::ReferenceConvective()));
   Program later;
   EXPECT_TRUE(begin(later, Answer::Yes).Sounding);
   EXPECT_EQ(later.Current.Record, edited);
-  EXPECT_TRUE(ChangedOnDisk(later)) << "between the crash and the start";
+  EXPECT_TRUE(later.Doc.ChangedOnDisk()) << "between the crash and the start";
   later.OwnSession = {};
 
   fs::remove(b);  // the edits survive their file

@@ -8,6 +8,7 @@
 #include "core/numbers.h"
 #include "core/raw_file.h"
 #include "program/program.h"
+#include "support/document.h"
 #include "support/soundings.h"
 
 namespace vexa {
@@ -139,8 +140,8 @@ class Chooser : public SilentInteraction {
 TEST_F(ExportBatchTest, TheCommandWritesTheSoundingInWork) {
   Chooser user;
   Program program;
-  program.Current.Ask = &user;
-  program.Current.Record = test::ReferenceConvective();
+  program.Doc.AskThrough(&user);
+  test::Show(program, test::ReferenceConvective());
   RunCommand(program, Command::ExportData);
   EXPECT_EQ(program.Current.StatusText, "cancel");
   EXPECT_TRUE(user.Boxes.empty());
@@ -153,7 +154,9 @@ TEST_F(ExportBatchTest, TheCommandWritesTheSoundingInWork) {
   std::filesystem::create_directories(folder_.Path() / "batch");
   ExportBatch({.Files = files, .Output = folder_.Path() / "batch" / "one.txt"}, {});
   EXPECT_EQ(Text("one.txt"), Text("batch/one.txt"));
-  program.Current.Record.Dewpt(3) = 60;
+  SoundingRecord bad = program.Doc.Record();
+  bad.Dewpt(3) = 60;
+  program.Doc.Adopt(std::move(bad), "edit");
   std::filesystem::remove(folder_.Path() / "one.txt");
   RunCommand(program, Command::ExportData);
   EXPECT_EQ(Text("one.txt"), "no file") << "a bad sounding is not written";

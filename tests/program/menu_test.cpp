@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "support/document.h"
 #include "support/soundings.h"
 
 namespace vexa {
@@ -153,7 +154,7 @@ TEST(MenuTree, EntriesSayWhatTheyLack) {
     EXPECT_EQ(HintOf(row(name), program), std::string(words) + " needs a sounding");
   }
   EXPECT_EQ(HintOf(row("mnuUndo"), program), "(undo) needs a change of the sounding");
-  program.Current.Record = test::ReferenceWinter();
+  test::Show(program, test::ReferenceWinter());
   EXPECT_TRUE(IsEnabled(row("mnuSevereWx"), program));
   EXPECT_EQ(HintOf(row("mnuSevereWx"), program), row("mnuSevereWx").Hint);
   for (const char* name : {"mnuEditMountain", "mnuHodoFront", "mnuWave", "mnuCross",

@@ -23,7 +23,7 @@ namespace fs = std::filesystem;
 class OpenFormats : public testing::Test {
  protected:
   OpenFormats() {
-    program.Current.Ask = &user;
+    program.Doc.AskThrough(&user);
     program.Where.Root = folder.Path();
     program.Where.Data = folder.Path();
     program.ChooseSoundings = [this](const std::vector<std::string>& titles) {
@@ -77,7 +77,7 @@ TEST_F(OpenFormats, HoursOfAForecastAreChosenAndSteppedThrough) {
   Refresh(program, OpenSoundings(program, {Copied("bufkit_two.buf")}));
   EXPECT_EQ(offered,
             (std::vector<std::string>{"72999  00Z 29 Feb 2020", "72999 - KTST  03Z 29 Feb 2020"}));
-  ASSERT_EQ(program.Listed.size(), 2U);
+  ASSERT_EQ(program.Listed.Size(), 2U);
   EXPECT_EQ(program.Current.Record.Temp(1), 21.5);
   Refresh(program, StartLoop(program));
   Refresh(program, StepLoop(program));

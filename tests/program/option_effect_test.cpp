@@ -12,6 +12,7 @@
 #include "program/print_displays.h"
 #include "program/program.h"
 #include "program/readout.h"
+#include "support/document.h"
 #include "support/soundings.h"
 
 namespace vexa {
@@ -20,9 +21,8 @@ namespace {
 // A program with a sounding under some options; false when it cannot be drawn.
 bool Load(Program& program, SilentInteraction& silent, const SoundingRecord& sounding,
           const Options& set) {
-  program.Current.Ask = &silent;
-  program.Current.Record = sounding;
-  program.Current.FileName = "a.RAW";
+  program.Doc.AskThrough(&silent);
+  test::Show(program, sounding, "a.RAW");
   program.Set = set;
   return Refresh(program, {.Sounding = true});
 }

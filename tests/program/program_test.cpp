@@ -34,7 +34,7 @@ class Meddling : public test::ScriptedInteraction {
 
 class ProgramTest : public testing::Test {
  protected:
-  ProgramTest() { program.Current.Ask = &user; }
+  ProgramTest() { program.Doc.AskThrough(&user); }
 
   fs::path Saved(const std::string& name, const SoundingRecord& record) {
     const fs::path path = folder.Path() / name;
@@ -86,7 +86,25 @@ TEST_F(ProgramTest, WhatCannotBeLoadedIsToldAndTheSoundingStays) {
   EXPECT_FALSE(OpenSoundings(program, {folder.Path() / "absent.RAW"}).Any());
   EXPECT_EQ(user.Boxes.back().Text.substr(0, 27), "absent.RAW does not exist.\n");
   EXPECT_EQ(program.Current.Record, before);
-  EXPECT_EQ(program.Listed.size(), 1u);
+  EXPECT_EQ(program.Listed.Size(), 1u);
+}
+
+TEST_F(ProgramTest, ADamagedNativeFileShowsWhatCouldBeRead) {
+  ASSERT_TRUE(OpenSoundings(program, {Saved("good.RAW", test::ReferenceWinter())}).Sounding);
+  std::string cut = WriteRaw(test::ReferenceConvective());
+  cut.resize(cut.size() * 2 / 5);
+  user.Expect("VEXA", Answer::Ok);
+  EXPECT_TRUE(OpenSoundings(program, {SavedText("cut.RAW", cut)}).Sounding);
+  EXPECT_EQ(program.Current.FileName, "cut.RAW");
+  EXPECT_GT(program.Doc.Record().NumTempLevels(), 1);
+  EXPECT_LT(program.Doc.Record().NumTempLevels(), 27);
+  EXPECT_EQ(program.Doc.Record().Temp(2), test::ReferenceConvective().Temp(2));
+  EXPECT_FALSE(program.Doc.AsLoaded()) << "there is no whole file to restore it from";
+  // Nothing but the heading: the sounding before stays.
+  cut.resize(60);
+  user.Expect("VEXA", Answer::Ok);
+  EXPECT_FALSE(OpenSoundings(program, {SavedText("short.RAW", cut)}).Any());
+  EXPECT_EQ(program.Current.FileName, "cut.RAW");
 }
 
 TEST_F(ProgramTest, SeveralFilesAreListedForStepping) {
@@ -96,7 +114,7 @@ TEST_F(ProgramTest, SeveralFilesAreListedForStepping) {
   user.Expect("VEXA", Answer::Ok);
   EXPECT_TRUE(OpenSoundings(program, paths).Sounding);
   EXPECT_EQ(program.Current.FileName, "a.RAW");
-  EXPECT_EQ(program.ListedNow, 1u);
+  EXPECT_EQ(program.Listed.Now(), 1u);
   EXPECT_TRUE(SequenceSounding(program, 2).Sounding);
   EXPECT_EQ(program.Current.FileName, "b.RAW");
   EXPECT_FALSE(SequenceSounding(program, 2).Any());
@@ -104,7 +122,7 @@ TEST_F(ProgramTest, SeveralFilesAreListedForStepping) {
   user.Expect("VEXA", Answer::Ok);
   EXPECT_FALSE(SequenceSounding(program, 0).Any());
   EXPECT_EQ(program.Current.FileName, "b.RAW");
-  EXPECT_EQ(program.ListedNow, 2u);
+  EXPECT_EQ(program.Listed.Now(), 2u);
 }
 
 TEST_F(ProgramTest, ARunningDrawingRefusesCommandsAndCanBeStopped) {
@@ -193,7 +211,8 @@ TEST_F(ProgramTest, TheFileDialogFollowsItsOptions) {
   EXPECT_EQ(user.Asked.FilterIndex, 3);
   const auto order = [this] {
     std::string names;
-    for (const fs::path& path : program.Listed) names += TextFromPath(path.filename()) + ' ';
+    for (const auto& member : program.Listed.Members())
+      names += TextFromPath(member.File.filename()) + ' ';
     return names;
   };
   EXPECT_EQ(order(), "a.RAW b.TXT c.RAW ");

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "support/document.h"
 #include "support/soundings.h"
 
 namespace vexa {
@@ -12,8 +13,8 @@ namespace {
 TEST(ReadDiagram, InvertsTheMappingOfThePicture) {
   SilentInteraction silent;
   Program program;
-  program.Current.Ask = &silent;
-  program.Current.Record = test::ReferenceConvective();
+  program.Doc.AskThrough(&silent);
+  test::Show(program, test::ReferenceConvective());
   for (const DiagramType type :
        {DiagramType::SkewT, DiagramType::Emagram, DiagramType::Tephigram}) {
     SCOPED_TRACE(Word(type));
@@ -57,7 +58,7 @@ TEST(ReadDiagram, InvertsTheMappingOfThePicture) {
 
 TEST(Readout, ExplainsTheIndexUnderThePointer) {
   Program program;
-  program.Current.Record = test::ReferenceConvective();
+  test::Show(program, test::ReferenceConvective());
   ASSERT_TRUE(Refresh(program, {.Sounding = true}));
   const auto& spots = program.Plot->Page.HotSpots();
   const auto spot = std::ranges::find(spots, "KI", &HotSpot::Text);

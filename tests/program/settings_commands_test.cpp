@@ -20,7 +20,7 @@ class SettingsTest : public testing::Test {
  protected:
   // A program as it starts in the test's folder.
   void Start(Program& program) {
-    program.Current.Ask = &user;
+    program.Doc.AskThrough(&user);
     StartUp(program, {TextFromPath(folder.Path()), {}});
   }
   std::string Read(const char* name) {
@@ -190,13 +190,13 @@ TEST_F(SettingsTest, TheReferenceSoundingComesFromItsFolder) {
   ASSERT_FALSE(SaveFile(other / "REFERENCE.DAT", WriteRaw(test::ReferenceWinter())));
   RunCommand(program, Command::ReferenceSounding);
   ASSERT_TRUE(program.View.Reference);
-  EXPECT_EQ(program.View.Reference->StationTitle, "ICAO standard atmosphere");
+  EXPECT_EQ(program.View.Reference->Record().StationTitle, "ICAO standard atmosphere");
   program.Set.System.ReferenceFolder = "mine";
   FollowFolders(program);
   EXPECT_FALSE(program.View.ShowsReference);
   RunCommand(program, Command::ReferenceSounding);
   ASSERT_TRUE(program.View.Reference);
-  EXPECT_EQ(program.View.Reference->StationTitle, test::ReferenceWinter().StationTitle);
+  EXPECT_EQ(program.View.Reference->Record().StationTitle, test::ReferenceWinter().StationTitle);
 }
 
 }  // namespace

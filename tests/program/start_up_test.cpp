@@ -21,7 +21,7 @@ TEST(StartUp, PassesItsStagesInOrderAndLeavesFoldersAndTables) {
   const fs::path root = folder.Path() / "vexa root";
   test::ScriptedInteraction user;
   Program program;
-  program.Current.Ask = &user;
+  program.Doc.AskThrough(&user);
   std::string marks;
   StartUp(program, {.Root = TextFromPath(root), .Done = [&](std::string_view mark) {
                       marks += mark;
@@ -47,7 +47,7 @@ TEST(StartUp, LoadsTheSoundingsThatWereMarkedTogether) {
   test::ScriptedInteraction user;
   {
     Program program;
-    program.Current.Ask = &user;
+    program.Doc.AskThrough(&user);
     StartUp(program, {TextFromPath(folder.Path())});
     OpenSoundings(program, {saved("a.RAW", test::ReferenceWinter()),
                             saved("b.RAW", test::ReferenceConvective())});
@@ -56,10 +56,10 @@ TEST(StartUp, LoadsTheSoundingsThatWereMarkedTogether) {
     EXPECT_TRUE(KeepSettings(program));
   }
   Program next;
-  next.Current.Ask = &user;
+  next.Doc.AskThrough(&user);
   StartUp(next, {TextFromPath(folder.Path())});
   EXPECT_TRUE(AutoLoadCode(next).Sounding);
-  EXPECT_EQ(next.Listed.size(), 2u);
+  EXPECT_EQ(next.Listed.Size(), 2u);
   EXPECT_EQ(next.Current.FileName, "a.RAW");
   EXPECT_TRUE(commands::IsAutoLoaded(next));
 }
@@ -80,7 +80,7 @@ TEST(StartUp, BringsTheStationListAndKeepsTheUsers) {
   for (const std::string name : {"SHIPPED", "CHANGED"}) {
     test::ScriptedInteraction user;
     Program started;
-    started.Current.Ask = &user;
+    started.Doc.AskThrough(&user);
     StartUp(started, {TextFromPath(root), program});
     ASSERT_NE(started.Stations.Find(1001), nullptr);
     EXPECT_EQ(started.Stations.Find(1001)->Name, name);
@@ -96,7 +96,7 @@ TEST(StartUp, TellsOfAFolderThatCannotBeWritten) {
   user.Expect("VEXA", Answer::Ok);
   user.Expect("VEXA program file/folder access problem...", Answer::Ok);
   Program program;
-  program.Current.Ask = &user;
+  program.Doc.AskThrough(&user);
   StartUp(program, {TextFromPath(folder.Path()), {}});
   EXPECT_EQ(
       user.Boxes.back().Text,
@@ -114,7 +114,7 @@ TEST(StartUp, WarnsOfASmallScreen) {
     test::ScriptedInteraction user;
     if (c.warns) user.Expect("Inadequate Screen Resolution", Answer::Ok);
     Program program;
-    program.Current.Ask = &user;
+    program.Doc.AskThrough(&user);
     StartUp(program, {TextFromPath(folder.Path()), {}, c.width, c.height});
   }
 }

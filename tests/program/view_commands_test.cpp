@@ -11,6 +11,7 @@
 
 #include "core/files.h"
 #include "core/raw_file.h"
+#include "program/edit_commands.h"
 #include "program/level_drag.h"
 #include "program/menu.h"
 #include "program/parcel_table.h"
@@ -40,7 +41,7 @@ class Choosing : public test::ScriptedInteraction {
 class ViewTest : public testing::Test {
  protected:
   ViewTest() {
-    program.Current.Ask = &user;
+    program.Doc.AskThrough(&user);
     program.Where = FoldersBelow(folder.Path());
     Do(OpenSoundings(program, {Saved("a.RAW", test::ReferenceConvective())}));
   }
@@ -125,7 +126,7 @@ TEST_F(ViewTest, LoopsThroughTheListAndSkipsWhatIsBad) {
   const double least = program.Plot->Mapping.TempMin();
   EXPECT_EQ(Texts("hold time"), (std::vector<std::string>{"Image hold time: 2.5 seconds."}));
   Do(StepLoop(program));
-  EXPECT_EQ(program.ListedNow, 1u);
+  EXPECT_EQ(program.Listed.Now(), 1u);
   program.Set.SkipLoop = true;
   Do(StepLoop(program));
   EXPECT_EQ(program.Current.FileName, "b.RAW");
@@ -136,6 +137,62 @@ TEST_F(ViewTest, LoopsThroughTheListAndSkipsWhatIsBad) {
   Do(Command::StopLoop);
   EXPECT_TRUE(Texts("hold time").empty());
   EXPECT_FALSE(StepLoop(program).Any());
+}
+
+TEST_F(ViewTest, ALoopAsksBeforeEditsGoAndStopsWhenTheSoundingIsEdited) {
+  const auto a = folder.Path() / "a.RAW";
+  const auto b = Saved("b.RAW", test::ReferenceWinter());
+  Do(OpenSoundings(program, {a, b}));
+  const auto edit = [&] {
+    SoundingRecord edited = program.Doc.Record();
+    edited.Temp(1) += 1;
+    Do(AdoptEdit(program, edited));
+  };
+  edit();
+  user.Expect("Open Sounding", Answer::Cancel);
+  EXPECT_FALSE(StartLoop(program).Any());
+  EXPECT_TRUE(program.Doc.IsAltered());
+  user.Expect("Open Sounding", Answer::No);
+  Do(StartLoop(program));
+  Do(StepLoop(program));
+  EXPECT_EQ(program.Current.FileName, "b.RAW");
+  edit();
+  Do(StepLoop(program));
+  EXPECT_FALSE(program.View.Looping);
+  EXPECT_EQ(TakeNotices(program), "The loop stopped: b.RAW was changed.  ");
+  EXPECT_EQ(program.Current.FileName, "b.RAW");
+  EXPECT_TRUE(program.Doc.History().CanUndo());
+}
+
+TEST_F(ViewTest, WhatALoopPassesOverLeavesTheSoundingInWorkWhole) {
+  const auto a = folder.Path() / "a.RAW";
+  const auto hot = Saved("hot.RAW", test::Profile({{1000, 71, 10}, {900, 20, 10}}));
+  Do(OpenSoundings(program, {a, hot}));
+  program.Set.SkipLoop = true;
+  Do(StartLoop(program));
+  Do(StepLoop(program));  // past the hot one, back to the first
+  Do(Command::StopLoop);
+  SoundingRecord edited = test::ReferenceConvective();
+  edited.Temp(1) += 1;
+  Do(AdoptEdit(program, edited));
+  Do(Command::Restore);
+  EXPECT_EQ(program.Doc.Record().Temp(1), test::ReferenceConvective().Temp(1));
+  EXPECT_FALSE(program.Doc.ChangedOnDisk());
+}
+
+TEST_F(ViewTest, WhatCannotBeReadIsSteppedOver) {
+  const auto a = folder.Path() / "a.RAW";
+  ASSERT_FALSE(SaveFile(folder.Path() / "bad.txt", "no sounding\n"));
+  const auto b = Saved("b.RAW", test::ReferenceWinter());
+  Do(OpenSoundings(program, {a, folder.Path() / "bad.txt", b}));
+  user.Expect("VEXA", Answer::Ok);
+  Do(StepListed(program, 1));
+  EXPECT_EQ(program.Current.FileName, "b.RAW");
+  EXPECT_EQ(TakeNotices(program), "2/3  bad.txt cannot be shown.  ");
+  user.Expect("VEXA", Answer::Ok);
+  Do(StepListed(program, -1));
+  EXPECT_EQ(program.Current.FileName, "a.RAW");
+  EXPECT_FALSE(StepListed(program, -1).Any());
 }
 
 TEST_F(ViewTest, ALockedCursorStepsLevelsUntilTheDiagramIsRefreshed) {
@@ -200,7 +257,7 @@ TEST_F(ViewTest, ADragIsOneEditThatCanBeTakenBackOrUndone) {
     EXPECT_EQ(program.Results.Levels.Temp(10), program.Current.Record.Temp(10));
     Do(drag.TakeBack(program));
     EXPECT_EQ(program.Current.Record, before);
-    EXPECT_FALSE(program.History.CanUndo());
+    EXPECT_FALSE(program.Doc.History().CanUndo());
   }
   program.Set.Diagram = DiagramType::SkewT;
   Do(Changes{.View = true});
@@ -211,10 +268,10 @@ TEST_F(ViewTest, ADragIsOneEditThatCanBeTakenBackOrUndone) {
   Do(drag.Move(program, at.ToPoint(-6, 700)));
   drag.Finish(program);
   EXPECT_NEAR(program.Current.Record.Dewpt(10), -6, 1e-9);
-  EXPECT_EQ(program.History.UndoText(), "Undo drag temperature of level 10");
-  ASSERT_TRUE(program.History.Undo(program.Current.Record));
+  EXPECT_EQ(program.Doc.History().UndoText(), "Undo drag temperature of level 10");
+  ASSERT_TRUE(program.Doc.Undo());
   EXPECT_EQ(program.Current.Record, before);
-  EXPECT_FALSE(program.History.CanUndo());
+  EXPECT_FALSE(program.Doc.History().CanUndo());
 
   // The dew point stops at the temperature.
   LevelDrag wet(program, {Dragged::Dewpt, 10}, at.ToPoint(-3.2, 700));

@@ -1,0 +1,194 @@
+#include "sounding/document.h"
+
+#include <system_error>
+#include <utility>
+
+#include "core/files.h"
+#include "core/raw_file.h"
+
+namespace vexa {
+namespace {
+
+// The folder outlives the one that the program was started in.
+std::filesystem::path WholePath(const std::filesystem::path& path) {
+  if (path.empty()) return path;
+  std::error_code failed;
+  std::filesystem::path whole = std::filesystem::absolute(path, failed);
+  return failed ? path : whole;
+}
+
+}  // namespace
+
+bool Document::IsAltered() const {
+  return history_.IsChanged() && !(onDisk_ && *onDisk_ == current_.Record);
+}
+
+bool Document::ChangedOnDisk() const {
+  return onDisk_ && onDiskStamp_ != StampOf(current_.FilePath());
+}
+
+std::optional<Document::Leave> Document::LeaveUnaltered() const {
+  if (IsAltered()) return std::nullopt;
+  return Leave{};
+}
+
+Status Document::Load(Leave leave, const Source& from, const LoadPolicy& policy, bool checks) {
+  const ProcedureScope here(current_, "LoadSounding");
+  Loading loading = LoadSounding(from, policy);
+  if (loading.Failed) {
+    ErrorReport(current_, *loading.Failed);
+    if (!loading.Sounding) return Status::Error;
+    Take(leave, *std::move(loading.Sounding));
+    loaded_.reset();
+    onDisk_.reset();
+    return Status::Ok;
+  }
+  CurrentSounding asked = Beside();
+  asked.Record = loading.Sounding->Record;
+  const Status status = DataQC(asked, !checks);
+  if (status == Status::QcCancel) {
+    current_.StatusText = asked.StatusText;
+    return status;
+  }
+  Take(leave, *std::move(loading.Sounding));
+  if (status == Status::QcError && !asked.Ask->Unattended()) correction_ = CheckRecord(Record());
+  current_.QcFault = asked.QcFault;
+  current_.StatusText = Text(Status::Ok);
+  return Status::Ok;
+}
+
+void Document::Take(Leave, LoadedSounding loaded) {
+  const std::filesystem::path whole = WholePath(loaded.From.File);
+  current_.Record = std::move(loaded.Record);
+  current_.FileName = TextFromPath(whole.filename());
+  current_.DataFolder = whole.parent_path();
+  current_.LoadNotes = std::move(loaded.Notes);
+  current_.QcFault = loaded.Finding.Number;
+  current_.LastFault.reset();
+  index_ = loaded.From.Index;
+  history_.Clear();
+  loaded_ = current_.Record;
+  onDisk_ = current_.Record;
+  onDiskStamp_ = loaded.From.Stamp;
+  results_ = {};
+  before_.reset();
+  correction_.reset();
+}
+
+void Document::Enter(Leave leave, SoundingRecord entered, const std::filesystem::path& path) {
+  Take(leave, {.From = {.File = path}});
+  loaded_.reset();
+  onDisk_.reset();
+  ClearData(current_.Record);
+  Adopt(std::move(entered), "enter sounding");
+}
+
+bool Document::ForgetEdits(Leave) {
+  TakeBack();
+  history_.Clear();
+  if (!onDisk_ || *onDisk_ == current_.Record) return false;
+  current_.Record = *onDisk_;
+  Check();
+  return true;
+}
+
+// The indicator follows each edit: an edit may mend what the check found.
+void Document::Check() {
+  current_.QcFault = CheckRecord(current_.Record).Number;
+}
+
+bool Document::Adopt(SoundingRecord edited, std::string_view step) {
+  TakeBack();
+  if (edited == current_.Record) return false;
+  SoundingRecord before = std::exchange(current_.Record, std::move(edited));
+  history_.Remember(step, std::move(before), current_.Record);
+  Check();
+  return true;
+}
+
+bool Document::Undo() {
+  TakeBack();
+  if (!history_.Undo(current_.Record)) return false;
+  Check();
+  return true;
+}
+
+bool Document::Redo() {
+  TakeBack();
+  if (!history_.Redo(current_.Record)) return false;
+  Check();
+  return true;
+}
+
+bool Document::Restore() {
+  return CanRestore() && Adopt(*loaded_, "restore");
+}
+
+bool Document::Try(SoundingRecord tried) {
+  if (tried == current_.Record) return false;
+  SoundingRecord shown = std::exchange(current_.Record, std::move(tried));
+  if (!before_) before_ = std::move(shown);
+  return true;
+}
+
+bool Document::Keep(std::string_view step) {
+  if (!before_) return false;
+  SoundingRecord kept = std::exchange(current_.Record, *std::exchange(before_, std::nullopt));
+  return Adopt(std::move(kept), step);
+}
+
+bool Document::TakeBack() {
+  if (!before_) return false;
+  current_.Record = *std::exchange(before_, std::nullopt);
+  return true;
+}
+
+Status Document::Save(const std::filesystem::path& path) {
+  const std::filesystem::path folder = std::exchange(current_.DataFolder, path.parent_path());
+  const std::string name = std::exchange(current_.FileName, TextFromPath(path.filename()));
+  if (const Status status = SaveRAW(current_); status != Status::Ok) {
+    current_.DataFolder = folder;
+    current_.FileName = name;
+    return status;
+  }
+  current_.Record.DataFormat = kRawTag;
+  index_ = 0;
+  MarkOnDisk();
+  if (!loaded_) loaded_ = current_.Record;
+  return Status::Ok;
+}
+
+void Document::Rewritten(SoundingRecord edited, std::string_view step) {
+  loaded_ = edited;
+  Adopt(std::move(edited), step);
+  MarkOnDisk();
+}
+
+void Document::MarkOnDisk() {
+  history_.MarkSaved();
+  onDisk_ = current_.Record;
+  onDiskStamp_ = StampOf(current_.FilePath());
+}
+
+void Document::Analyse(const Options& set, analysis::AdiabatTable& table, Progress progress) {
+  results_ = analysis::Analyse(current_.Record, set, table, progress);
+}
+
+void Document::FollowStormMotion(const Options& set) {
+  analysis::FollowStormMotion(current_.Record, set, results_);
+}
+
+CurrentSounding Document::Beside() const {
+  CurrentSounding beside;
+  beside.DataFolder = current_.DataFolder;
+  beside.QuickFolder = current_.QuickFolder;
+  beside.AutoLoading = current_.AutoLoading;
+  beside.Ask = current_.Ask;
+  return beside;
+}
+
+std::optional<QcFinding> Document::TakeCorrection() {
+  return std::exchange(correction_, std::nullopt);
+}
+
+}  // namespace vexa
