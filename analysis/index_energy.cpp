@@ -1,6 +1,7 @@
 // Indices of energy, shear and storm-relative wind.
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 #include "analysis/index_formulas.h"
 #include "analysis/interpolate.h"
@@ -55,19 +56,17 @@ double Craven(In& in) {
 double VorticityGeneration(In& in) {
   const double depth = in.Set().VgpDepthKm * 1000;
   if (!(depth > 0)) return in.Fail("the layer has no depth");
+  in.NeedWinds(depth);
+  if (in.Failed()) return 0;
   const SoundingRecord& sounding = in.Sounding();
-  if (sounding.NumWindLevels() < 2) return in.Fail("fewer than 2 winds");
-  const auto windAt = [&](int i) {
-    return Components({sounding.WindDir(i), sounding.WindSpd(i) * kKnotToMsPlot});
-  };
-  if (sounding.WindHgt(1) - sounding.ElevM > depth) return in.Fail("no winds in the layer");
   double sum = 0;
-  WindVector below = windAt(1);
-  for (int i = 1; i < sounding.NumWindLevels(); ++i) {
+  std::optional<WindVector> below;
+  for (int i = 1; i <= sounding.NumWindLevels(); ++i) {
+    if (!sounding.HasWind(i)) continue;
+    const WindVector here = Components({sounding.WindDir(i), sounding.WindSpd(i) * kKnotToMsPlot});
+    if (below) sum += std::hypot(here.U - below->U, here.V - below->V);
     if (sounding.WindHgt(i) - sounding.ElevM > depth) break;
-    const WindVector above = windAt(i + 1);
-    sum += std::hypot(above.U - below.U, above.V - below.V);
-    below = above;
+    below = here;
   }
   return in.Note("mean shear", sum / depth * 1000, "1/1000 s") / 1000 * std::sqrt(in.Cape());
 }
@@ -172,6 +171,7 @@ double MesoscaleVector(In& in) {
   if (in.SurfacePress() < 850) {
     const SoundingRecord& sounding = in.Sounding();
     for (int i = 1; i <= sounding.NumWindLevels(); ++i) {
+      if (!sounding.HasWind(i)) continue;
       if (sounding.WindHgt(i) - sounding.ElevM > 1500) break;
       if (sounding.WindSpd(i) > jet.Spd) jet = {sounding.WindDir(i), sounding.WindSpd(i)};
     }

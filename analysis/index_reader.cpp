@@ -13,6 +13,10 @@ namespace {
 
 constexpr double kSurfaceWindDepth = 100;  // m above ground
 
+std::string LacksWinds(const std::string& layer) {
+  return "the winds do not stand for " + layer + ": a layer needs " + std::string(kLayerMeanRule);
+}
+
 std::string At(std::string_view name, double press) {
   return std::string(name) + " " + Mask(press, "###0.#") + " hPa";
 }
@@ -117,14 +121,17 @@ double IndexReader::SurfaceDewpt() {
 }
 
 Wind IndexReader::SurfaceWind() {
-  if (sounding_.NumWindLevels() == 0 ||
-      sounding_.WindHgt(1) - sounding_.ElevM > kSurfaceWindDepth) {
+  int lowest = 1;
+  while (lowest <= sounding_.NumWindLevels() && !sounding_.HasWind(lowest)) ++lowest;
+  if (lowest > sounding_.NumWindLevels() ||
+      sounding_.WindHgt(lowest) - sounding_.ElevM > kSurfaceWindDepth) {
     Fail("no wind within 100 m of the ground");
     return {};
   }
-  Note("surface wind direction", sounding_.WindDir(1), "deg");
-  Note("surface wind speed", sounding_.WindSpd(1), "kt");
-  return {sounding_.WindDir(1), sounding_.WindSpd(1)};
+  const Wind wind{sounding_.WindDir(lowest), sounding_.WindSpd(lowest)};
+  Note("surface wind direction", wind.Dir, "deg");
+  Note("surface wind speed", wind.Spd, "kt");
+  return wind;
 }
 
 double IndexReader::Cape() {
@@ -135,7 +142,11 @@ double IndexReader::Cape() {
 }
 
 double IndexReader::BrnShear() {
-  if (NotAvailable(results_.Storm.BrnShear)) return Fail("no winds between the ground and 6 km");
+  if (NotAvailable(results_.Storm.BrnShear)) {
+    return Fail(sounding_.NumWindLevels() == 0 ? "no winds between the ground and 6 km"
+                                               : LacksWinds("0-6 km above ground"));
+  }
+  Setting("a layer of winds needs", kLayerMeanRule);
   return Note("BRN shear", results_.Storm.BrnShear, "m2/s2");
 }
 
@@ -153,6 +164,13 @@ double IndexReader::Helicity(double depthKm) {
   if (!Keeps()) return helicity;
   Setting("storm motion", results_.Storm.ChosenName());
   return Note("helicity 0-" + Mask(depthKm, "#0.#") + " km", helicity, "m2/s2");
+}
+
+void IndexReader::NeedWinds(double depth) {
+  if (!WindsStandFor(sounding_, sounding_.ElevM, depth)) {
+    Fail(LacksWinds("0-" + Mask(depth, "####0") + " m above ground"));
+  }
+  Setting("a layer of winds needs", kLayerMeanRule);
 }
 
 const LevelPoint* IndexReader::LowestFreezing() const {
@@ -181,10 +199,10 @@ double IndexReader::ShownSpeed(double knots) const {
 WindVector IndexReader::MeanWind(double bottom, double top) {
   const auto mean = LayerMeanWind(sounding_, sounding_.ElevM + bottom, top - bottom);
   if (!mean) {
-    Fail("no winds between " + Mask(bottom, "####0") + " and " + Mask(top, "####0") +
-         " m above ground");
+    Fail(LacksWinds(Mask(bottom, "####0") + "-" + Mask(top, "####0") + " m above ground"));
     return {};
   }
+  Setting("a layer of winds needs", kLayerMeanRule);
   return *mean;
 }
 

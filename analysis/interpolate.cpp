@@ -161,22 +161,27 @@ Sample HeightAt(const LevelProfile& levels, double press) {
 WindSample WindAtHeight(const SoundingRecord& sounding, double height) {
   const std::vector<double>& heights = sounding.WindHgt.Values();
   if (heights.empty() || !std::isfinite(height)) return {};
-  Bracket bracket{0, 0};
-  if (height < heights.front()) {
-    if (heights.front() - height > kWindBelowLowest) return {};
+  const auto hasWind = [&](std::size_t i) { return sounding.HasWind(static_cast<int>(i) + 1); };
+  std::size_t lowest = 0;
+  while (lowest < heights.size() && !hasWind(lowest)) ++lowest;
+  if (lowest == heights.size()) return {};
+  Bracket bracket{lowest, lowest};
+  if (height < heights[lowest]) {
+    if (heights[lowest] - height > kWindBelowLowest) return {};
   } else {
     const auto found = FindBracket(heights, height, std::less<>{});
     if (!found) return {};
     bracket = *found;
+    // Levels without a wind are none: the winds about them are neighbours.
+    while (bracket.Low > lowest && !hasWind(bracket.Low)) --bracket.Low;
+    while (bracket.High + 1 < heights.size() && !hasWind(bracket.High)) ++bracket.High;
+    if (!hasWind(bracket.Low) || !hasWind(bracket.High)) return {};
   }
   const auto windAt = [&](std::size_t i) {
     return Wind{sounding.WindDir.Values()[i], sounding.WindSpd.Values()[i]};
   };
   const Wind low = windAt(bracket.Low);
   const Wind high = windAt(bracket.High);
-  for (const Wind& wind : {low, high}) {
-    if (NotAvailable(wind.Dir) || NotAvailable(wind.Spd)) return {{}, Found::Missing};
-  }
   if (bracket.Low == bracket.High) return {low, Found::Value};
   const double share =
       (height - heights[bracket.Low]) / (heights[bracket.High] - heights[bracket.Low]);

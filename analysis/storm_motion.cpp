@@ -14,6 +14,10 @@ constexpr double kShearHeight = 5750;      // m above ground
 constexpr double kDeviation = 15;          // kt
 constexpr double kDeepLayer = 6000;        // m
 constexpr double kLowLayer = 500;          // m
+// What kLayerMeanRule says.
+constexpr double kLatestBegin = 500;  // m above the layer's base
+constexpr double kLeastShare = 0.75;  // of the layer's depth
+constexpr double kWidestGap = 4000;   // m; mandatory levels alone stand 2.7 km apart
 constexpr double kNoShear = 0.01;          // kt
 
 WindVector VectorAt(const SoundingRecord& sounding, int level) {
@@ -35,19 +39,25 @@ struct LayerWinds {
   std::vector<WindVector> Winds{};
   bool HasSurface = false;
   bool ReachesTop = false;
-  bool IsFilled = false;  // the winds begin low enough and are enough to stand for the layer
+  bool IsFilled = false;  // by kLayerMeanRule: the winds stand for the layer
 };
 
-// The winds above the ground as components, turned once for all layers.
+// The winds from the ground to some height and the next one above, as components turned once for
+// all layers.
 class WindsAbove {
  public:
   WindsAbove(const SoundingRecord& sounding, double ground, double highest)
       : sounding_(sounding), ground_(ground) {
     for (int i = 1; i <= sounding.NumWindLevels(); ++i) {
+      if (!sounding.HasWind(i)) continue;
       const double height = sounding.WindHgt(i) - ground;
-      if (height < -kRounding || height > highest + kAtTop) continue;
+      if (height < -kRounding) {
+        below_ = height;
+        continue;
+      }
       heights_.push_back(std::max(height, 0.0));
       vectors_.push_back(VectorAt(sounding, i));
+      if (height > highest + kAtTop) break;
     }
   }
 
@@ -55,9 +65,10 @@ class WindsAbove {
     LayerWinds layer;
     layer.HasSurface = !heights_.empty() && heights_.front() <= kSurfaceWindDepth &&
                        heights_.front() <= depth + kAtTop;
-    for (std::size_t i = 0; i < heights_.size(); ++i) {
-      if (heights_[i] > depth + kAtTop) continue;
+    double reached = 0;
+    for (std::size_t i = 0; i < heights_.size() && heights_[i] <= depth + kAtTop; ++i) {
       layer.Winds.push_back(vectors_[i]);
+      reached = heights_[i];
       layer.ReachesTop = std::fabs(heights_[i] - depth) <= kAtTop;
     }
     if (!layer.ReachesTop) {
@@ -67,16 +78,28 @@ class WindsAbove {
         layer.ReachesTop = true;
       }
     }
-    // Winds that begin aloft, or a single one, would pass for the mean of a deep layer.
-    const std::size_t fewest = depth > kLowLayer ? 2 : 1;
     layer.IsFilled =
-        layer.Winds.size() >= fewest && !heights_.empty() && heights_.front() <= kLowLayer;
+        BeginsInTime(depth) && HasNoGap(depth) && (layer.ReachesTop || reached >= kLeastShare * depth);
     return layer;
   }
 
  private:
+  bool BeginsInTime(double depth) const {
+    if (heights_.empty()) return false;
+    const bool isAboveOthers = below_ && heights_.front() - *below_ <= kWidestGap;
+    return isAboveOthers || heights_.front() <= std::min(kLatestBegin, depth + kAtTop);
+  }
+
+  bool HasNoGap(double depth) const {
+    for (std::size_t i = 1; i < heights_.size() && heights_[i - 1] < depth - kAtTop; ++i) {
+      if (heights_[i] - heights_[i - 1] > kWidestGap) return false;
+    }
+    return true;
+  }
+
   const SoundingRecord& sounding_;
   double ground_;
+  std::optional<double> below_{};  // m, the last wind below the ground of the layers
   std::vector<double> heights_{};
   std::vector<WindVector> vectors_{};
 };
@@ -98,7 +121,9 @@ std::optional<WindVector> MeanFromGround(const WindsAbove& winds, double depth) 
 }
 
 double HelicityOf(const LayerWinds& layer, const WindVector& motion) {
-  if (!layer.HasSurface || !layer.ReachesTop || layer.Winds.size() < 2) return kNone;
+  if (!layer.HasSurface || !layer.ReachesTop || !layer.IsFilled || layer.Winds.size() < 2) {
+    return kNone;
+  }
   double sum = 0;
   for (std::size_t i = 1; i < layer.Winds.size(); ++i) {
     const WindVector below = Difference(layer.Winds[i - 1], motion);
@@ -111,16 +136,16 @@ double HelicityOf(const LayerWinds& layer, const WindVector& motion) {
 // The wind at 5750 m above ground between the first level above it and the one below; a sounding
 // that ends lower gives its last wind.
 WindVector ShearTopWind(const SoundingRecord& sounding, double ground) {
-  const int count = sounding.NumWindLevels();
-  int high = count;
-  int low = count;
-  for (int i = 2; i <= count; ++i) {
-    if (sounding.WindHgt(i) - ground > kShearHeight) {
-      high = i;
-      low = i - 1;
-      break;
-    }
+  int low = 0;
+  int high = 0;
+  for (int i = 1; i <= sounding.NumWindLevels(); ++i) {
+    if (!sounding.HasWind(i)) continue;
+    low = high == 0 ? i : high;
+    high = i;
+    if (low != high && sounding.WindHgt(i) - ground > kShearHeight) break;
   }
+  if (high == 0) return {};
+  if (!(sounding.WindHgt(high) - ground > kShearHeight)) low = high;
   const WindVector lower = VectorAt(sounding, low);
   const WindVector upper = VectorAt(sounding, high);
   double lowerWeight = 1;
@@ -160,7 +185,11 @@ std::optional<Movers> BunkersOf(const SoundingRecord& sounding, double ground,
 
 std::optional<WindVector> LayerMeanWind(const SoundingRecord& sounding, double ground,
                                         double depth) {
-  return MeanOf(WindsAbove(sounding, ground, depth).Layer(depth));
+  return MeanFromGround(WindsAbove(sounding, ground, depth), depth);
+}
+
+bool WindsStandFor(const SoundingRecord& sounding, double ground, double depth) {
+  return WindsAbove(sounding, ground, depth).Layer(depth).IsFilled;
 }
 
 float BRNnbr(const std::optional<WindVector>& mean6km,
@@ -199,7 +228,7 @@ double StormRelativeHelicity(const SoundingRecord& sounding, double ground, doub
 StormMotionResults AnalyseStormMotion(const SoundingRecord& sounding, const Options& options) {
   StormMotionResults results;
   const double ground = sounding.ElevM;
-  results.RightIsCyclonic = sounding.LatHemi != "S";
+  results.RightIsCyclonic = !sounding.IsSouthern();
   const WindsAbove winds(sounding, ground, kDeepLayer);
   const LayerWinds deep = winds.Layer(kDeepLayer);
   results.Mean6km = MeanFromGround(winds, kDeepLayer);

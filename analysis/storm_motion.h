@@ -37,11 +37,19 @@ struct StormMotionResults {
   std::string_view ChosenName() const;  // "right mover", "left mover, entered by hand"
 };
 
+/// When winds stand for a layer: for its mean wind, its helicity and what is made of them.
+inline constexpr std::string_view kLayerMeanRule =
+    "winds from at most 500 m above its base through 3/4 of its depth, no two neighbours more than "
+    "4 km apart";
+
 /// Mean wind from the ground to a height in metres above it: the average of u and of v over the
 /// wind levels in the layer, with one interpolated at the top where no level lies within 1 m of
-/// it. Empty without any.
+/// it. Empty where the winds do not stand for the layer (kLayerMeanRule).
 std::optional<WindVector> LayerMeanWind(const SoundingRecord& sounding, double ground,
                                         double depth);
+
+/// Whether the winds stand for a layer by kLayerMeanRule; both in m, the ground above sea level.
+bool WindsStandFor(const SoundingRecord& sounding, double ground, double depth);
 
 /// Bulk shear for the Richardson number, m²/s²: half the square of the difference between the 0-6
 /// and the 0-0.5 km mean winds; kNone without one of them.

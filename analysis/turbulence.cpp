@@ -117,7 +117,7 @@ std::vector<WindPair> PairWinds(const SoundingRecord& sounding, const LevelProfi
     if (height > highest) break;
     if (height < bottom || height > reach) continue;
     if (begun && !(height - low.Height >= std::max(leastThickness, 1e-6))) continue;
-    if (NotAvailable(sounding.WindDir(i)) || NotAvailable(sounding.WindSpd(i))) continue;
+    if (!sounding.HasWind(i)) continue;
     AirPoint high = walk.At(std::min(height, top));
     high.Height = height;
     const WindVector wind = Components({sounding.WindDir(i), sounding.WindSpd(i)});

@@ -107,7 +107,7 @@ std::vector<char> WindsToKeep(const SoundingRecord& record, const FilterToleranc
   std::vector<double> v(height.size());
   std::size_t strongest = 0;
   for (std::size_t i = 0; i < height.size(); ++i) {
-    if (NotAvailable(speed[i]) || NotAvailable(direction[i])) {
+    if (!record.HasWind(static_cast<int>(i) + 1)) {
       keep[i] = 1;
       if (i > 0) keep[i - 1] = 1;
       if (i + 1 < keep.size()) keep[i + 1] = 1;
@@ -115,7 +115,9 @@ std::vector<char> WindsToKeep(const SoundingRecord& record, const FilterToleranc
     }
     u[i] = speed[i] * std::sin(Radians(direction[i]));
     v[i] = speed[i] * std::cos(Radians(direction[i]));
-    if (speed[i] > speed[strongest] || NotAvailable(speed[strongest])) strongest = i;
+    if (speed[i] > speed[strongest] || !record.HasWind(static_cast<int>(strongest) + 1)) {
+      strongest = i;
+    }
   }
   keep[strongest] = 1;
   KeepVertices(keep, [&](std::size_t from, std::size_t to, std::size_t i) {

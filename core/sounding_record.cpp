@@ -2,10 +2,16 @@
 
 #include <cmath>
 
+#include "core/markers.h"
 #include "core/numbers.h"
 #include "core/units.h"
 
 namespace vexa {
+
+bool SoundingRecord::HasWind(int level) const {
+  return HasHeight(WindHgt(level)) && !NotAvailable(WindDir(level)) &&
+         !NotAvailable(WindSpd(level));
+}
 
 void SoundingRecord::AddTemp(double press, double temp, double dewpt) {
   Press.Add(press);

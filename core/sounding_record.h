@@ -88,6 +88,12 @@ struct SoundingRecord {
   int NumWindLevels() const { return WindHgt.Count(); }
   int NumCloudLayers() const { return Clouds.Count(); }
 
+  /// South of the equator, where it turns the other way round; not where no position is known.
+  bool IsSouthern() const { return LatHemi == "S"; }
+
+  /// Whether a wind level has a wind: a marker in its height, direction or speed stands for none.
+  bool HasWind(int level) const;
+
   void AddTemp(double press, double temp, double dewpt);
   void AddWind(double height, double direction, double speed);
 

@@ -4,7 +4,6 @@
 #include <cmath>
 #include <cstddef>
 
-#include "core/markers.h"
 
 namespace vexa::hodograph {
 namespace {
@@ -45,11 +44,9 @@ std::optional<WindVector> StrongestBelow(const SoundingRecord& sounding, double 
 std::vector<ProfileWind> WindProfile(const SoundingRecord& sounding, const Options& options) {
   std::vector<ProfileWind> profile;
   for (int i = 1; i <= sounding.NumWindLevels(); ++i) {
-    const double direction = sounding.WindDir(i);
-    const double speed = sounding.WindSpd(i);
-    if (NotAvailable(direction) || NotAvailable(speed) || !HasHeight(sounding.WindHgt(i))) continue;
+    if (!sounding.HasWind(i)) continue;
     profile.push_back({.Height = sounding.WindHgt(i) - sounding.ElevM,
-                       .Vector = analysis::Components({direction, speed}),
+                       .Vector = analysis::Components({sounding.WindDir(i), sounding.WindSpd(i)}),
                        .Level = i});
   }
   if (options.HodoDepthMode == HodoDepth::All) return profile;

@@ -57,10 +57,13 @@ void PutTemps(ListingLine& line, const SoundingRecord& sounding, int level, cons
 void PutWind(ListingLine& line, const SoundingRecord& sounding, int level, const Units& units) {
   const double height = sounding.WindHgt(level) - units.Ground;
   const double speed = sounding.WindSpd(level);
-  line.EndAt(kHeightEnd, Mask(units.Feet ? FeetFromMeters(height) : height, "#####0"))
-      .EndAt(kDirEnd, Shown(sounding.WindDir(level), "##0"))
-      .EndAt(kSpdEnd, NotAvailable(speed) ? std::string(kNoValue)
-                                          : Mask(units.Metric ? speed * kKnotToMs : speed, "##0"));
+  line.EndAt(kHeightEnd, Mask(units.Feet ? FeetFromMeters(height) : height, "#####0"));
+  if (!sounding.HasWind(level)) {
+    line.EndAt(kDirEnd, kNoValue).EndAt(kSpdEnd, kNoValue);
+    return;
+  }
+  line.EndAt(kDirEnd, Mask(sounding.WindDir(level), "##0"))
+      .EndAt(kSpdEnd, Mask(units.Metric ? speed * kKnotToMs : speed, "##0"));
 }
 
 }  // namespace

@@ -84,7 +84,9 @@ class WindPlaces {
     // A source's heights may begin at another elevation of the station than the sounding does.
     const double offset = sounding.WindHgt(1) - levels.Height(1);
     if (std::fabs(offset) <= kGroundOffset) offset_ = offset;
-    for (int i = 1; i <= sounding.NumWindLevels(); ++i) Place(i);
+    for (int i = 1; i <= sounding.NumWindLevels(); ++i) {
+      if (sounding.HasWind(i)) Place(i);
+    }
   }
   const std::vector<int>& Winds() const { return winds_; }
 
@@ -184,8 +186,8 @@ std::vector<Joined> Join(const SoundingRecord& sounding, const AnalysisResults& 
   rows.reserve(winds.size() + isPlaced.size());
   const auto put = [&](Joined& row, int wind) {
     row.WindLevel = wind;
-    row.Row.Dir = Given(sounding.WindDir(wind));
-    row.Row.Spd = Given(sounding.WindSpd(wind));
+    row.Row.Dir = sounding.WindDir(wind);
+    row.Row.Spd = sounding.WindSpd(wind);
     isPlaced[static_cast<std::size_t>(wind)] = true;
   };
   for (int i = 1; i <= levels.Count(); ++i) {
@@ -194,7 +196,7 @@ std::vector<Joined> Join(const SoundingRecord& sounding, const AnalysisResults& 
     rows.push_back(row);
   }
   for (int i = 1; i <= sounding.NumWindLevels(); ++i) {
-    if (isPlaced[static_cast<std::size_t>(i)]) continue;
+    if (isPlaced[static_cast<std::size_t>(i)] || !sounding.HasWind(i)) continue;
     const std::optional<double> press = PressureAt(levels, sounding.WindHgt(i));
     if (!press) continue;
     Joined row{.Row = {.Press = *press, .Height = sounding.WindHgt(i)}};

@@ -107,9 +107,9 @@ void PutDataTable(const ListingSource& from, ListingLines& lines) {
     }
     if (i <= sounding.NumWindLevels()) {
       line.EndAt(42, HeightShown(sounding.WindHgt(i), from));
-      line.EndAt(55, Shown(sounding.WindDir(i), "000"));
-      line.EndAt(61, NotAvailable(sounding.WindSpd(i)) ? std::string(kNoValue)
-                                                       : SpeedShown(sounding.WindSpd(i), from));
+      const bool hasWind = sounding.HasWind(i);
+      line.EndAt(55, hasWind ? Mask(sounding.WindDir(i), "000") : std::string(kNoValue));
+      line.EndAt(61, hasWind ? SpeedShown(sounding.WindSpd(i), from) : std::string(kNoValue));
     }
     lines.push_back(line.Take());
   }

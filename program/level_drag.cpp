@@ -30,6 +30,7 @@ std::optional<int> WindAt(const Program& program, Point at) {
     std::optional<int> nearest;
     double least = 0;
     for (int level = 1; level <= record.NumWindLevels(); ++level) {
+      if (!record.HasWind(level)) continue;
       const double press = analysis::GetPRESS(program.Results.Levels, record.WindHgt(level));
       if (!HasHeight(press)) continue;
       const double apart = std::fabs(mapping.IsobarY(press, mapping.Frame().Right) - middle);

@@ -42,7 +42,7 @@ double Crossing(const SoundingRecord& record, int below, double theta) {
 std::optional<SurfaceValues> SurfaceOf(const SoundingRecord& record) {
   if (record.NumTempLevels() < 1) return std::nullopt;
   SurfaceValues values{record.Temp(1), record.Dewpt(1), {}, {}};
-  if (record.NumWindLevels() > 0) {
+  if (record.NumWindLevels() > 0 && record.HasWind(1)) {
     values.Dir = record.WindDir(1);
     values.Spd = record.WindSpd(1);
   }

@@ -16,19 +16,32 @@ using analysis::AnalysisResults;
 using analysis::LevelPoint;
 using analysis::ParcelAscent;
 
-std::vector<std::optional<double>> Values(const Levels<double>& levels, int decimals) {
-  std::vector<std::optional<double>> values;
+using Numbers = std::vector<std::optional<double>>;
+
+Numbers Values(const Levels<double>& levels, int decimals) {
+  Numbers values;
   for (const double value : levels.Values()) {
     values.push_back(IsMissing(value) ? std::nullopt : std::optional(Rounded(value, decimals)));
   }
   return values;
 }
 
-std::vector<std::optional<double>> Observed(const Levels<double>& levels) {
-  std::vector<std::optional<double>> values;
+Numbers Observed(const Levels<double>& levels) {
+  Numbers values;
   for (const double value : levels.Values()) {
-    values.push_back(IsMissing(value) ? std::nullopt : std::optional(value));
+    values.push_back(NotAvailable(value) ? std::nullopt : std::optional(value));
   }
+  return values;
+}
+
+// 999.9 hPa and 999.9 m are pressures and heights like any other.
+Numbers Every(const Levels<double>& levels) {
+  return {levels.Values().begin(), levels.Values().end()};
+}
+
+Numbers Heights(const Levels<double>& levels) {
+  Numbers values;
+  for (const double value : levels.Values()) values.push_back(Height(value));
   return values;
 }
 
@@ -285,10 +298,10 @@ void WriteJson(JsonWriter& json, const AnalysedSounding& sounding, const Options
   record.ElevUnknown ? json.Null() : json.Number(record.ElevM);
 
   json.Key("temperature levels").BeginObject();
-  json.Key("pressure").Numbers(Observed(record.Press));
+  json.Key("pressure").Numbers(Every(record.Press));
   json.Key("temperature").Numbers(Observed(record.Temp));
   json.Key("dew point").Numbers(Observed(record.Dewpt));
-  json.Key("height").Numbers(Values(results.Levels.Height, kHeightDecimals));
+  json.Key("height").Numbers(Heights(results.Levels.Height));
   json.Key("wet bulb").Numbers(Values(results.Levels.WetBulb, kTempDecimals));
   json.Key("theta").Numbers(Values(results.Levels.Theta, kTempDecimals));
   json.Key("theta-e").Numbers(Values(results.Levels.ThetaE, kTempDecimals));
@@ -300,7 +313,7 @@ void WriteJson(JsonWriter& json, const AnalysedSounding& sounding, const Options
   json.Key("water below").Numbers(Values(listing.WaterBelow, 2));
   json.EndObject();
   json.Key("wind levels").BeginObject();
-  json.Key("height").Numbers(Observed(record.WindHgt));
+  json.Key("height").Numbers(Every(record.WindHgt));
   json.Key("direction").Numbers(Observed(record.WindDir));
   json.Key("speed").Numbers(Observed(record.WindSpd));
   json.EndObject();

@@ -177,6 +177,22 @@ TEST(IndexTable, LimitsHoldForDifferencesOfTenths) {
   EXPECT_EQ(valueOf("Haines", dry), 5);
 }
 
+// Levels whose wind was not observed: every value is that of the winds that were.
+TEST(IndexTable, EmptyWindsChangeNothing) {
+  for (const SoundingRecord& whole : {test::ReferenceConvective(), test::ReferenceWinter()}) {
+    const SoundingRecord empty = test::WithEmptyWinds(whole);
+    const AnalysisResults expected = Analyse(whole, {});
+    const AnalysisResults found = Analyse(empty, {});
+    for (std::size_t i = 0; i < expected.Indices.size(); ++i) {
+      SCOPED_TRACE(expected.Indices[i].Row->Label);
+      EXPECT_EQ(found.Indices[i].Value, expected.Indices[i].Value);
+    }
+    EXPECT_EQ(found.Layers.Turbulence.size(), expected.Layers.Turbulence.size());
+    EXPECT_EQ(found.Winter.SnowSquall, expected.Winter.SnowSquall);
+    EXPECT_EQ(WindAtHeight(empty, 1250).Value.Spd, WindAtHeight(whole, 1250).Value.Spd);
+  }
+}
+
 TEST(IndexTable, SaysWhyThereIsNoValue) {
   struct Case {
     const char* about;

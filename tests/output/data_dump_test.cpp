@@ -60,6 +60,13 @@ TEST(LevelRows, WindsJoinTheLevelTheyBelongTo) {
   EXPECT_FALSE(rows[0].Shear);
 }
 
+TEST(LevelRows, EmptyWindsAreNoLevels) {
+  const SoundingRecord whole = test::ReferenceConvective();
+  const SoundingRecord empty = test::WithEmptyWinds(whole);
+  const auto results = AnalyseForDump(whole, {}, DumpKind::Textfile);
+  EXPECT_EQ(IntegrateLevels(empty, results), IntegrateLevels(whole, results));
+}
+
 TEST(DataDump, TextHasTheRecordsInOrder) {
   SoundingRecord record = test::ReferenceConvective();
   const auto lines = Lines(Dump(record, {}, DumpKind::Textfile));

@@ -49,6 +49,27 @@ SoundingRecord ReferenceConvective() {
   return record;
 }
 
+SoundingRecord WithEmptyWinds(const SoundingRecord& sounding) {
+  constexpr WindRow kEmpty[] = {
+      {0, 999.9, 999.9}, {0, 999.9, 12}, {0, 240, 999.9}, {0, -999, -999}, {0, 9999, 9999}};
+  SoundingRecord record = sounding;
+  record.WindHgt.Clear();
+  record.WindDir.Clear();
+  record.WindSpd.Clear();
+  std::size_t next = 0;
+  const auto addEmpty = [&](double height) {
+    const WindRow& empty = kEmpty[next++ % std::size(kEmpty)];
+    record.AddWind(height, empty.Dir, empty.Spd);
+  };
+  for (int i = 1; i <= sounding.NumWindLevels(); ++i) {
+    addEmpty(i == 1 ? sounding.WindHgt(1) - 0.5
+                    : (sounding.WindHgt(i - 1) + sounding.WindHgt(i)) / 2);
+    record.AddWind(sounding.WindHgt(i), sounding.WindDir(i), sounding.WindSpd(i));
+  }
+  addEmpty(sounding.WindHgt.Top() + 100);
+  return record;
+}
+
 SoundingRecord ReferenceWinter() {
   SoundingRecord record =
       Profile({{1005, -2.0, -3.0},  {985, -1.4, -2.6},   {960, -2.9, -3.9},   {925, -5.2, -6.2},

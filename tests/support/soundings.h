@@ -34,6 +34,10 @@ SoundingRecord ReferenceWinter();      // REF-B: 45.0 N 8.0 E, 120 m
 /// The project's own folder.
 std::filesystem::path SourceFolder();
 
+/// The same with further wind levels that have no wind, below, between and above the others: in
+/// each another marker stands for it.
+SoundingRecord WithEmptyWinds(const SoundingRecord& sounding);
+
 /// A small file written for the tests.
 std::filesystem::path TestData(const std::string& name);
 
