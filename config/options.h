@@ -12,7 +12,7 @@ namespace vexa {
 
 enum class DiagramType { SkewT, Emagram, Tephigram };
 enum class Feathers { Default, Right, Left };
-enum class Hemisphere { Northern, Southern };
+enum class Hemisphere { ByLatitude, Northern, Southern };
 enum class PressureUnits { Mb, Hpa, InHg };
 enum class LengthUnits { Meter, Feet };
 enum class ScreenColor { White, Black };
@@ -56,7 +56,7 @@ constexpr auto Words(Feathers) {
   return std::to_array<std::string_view>({"default", "right", "left"});
 }
 constexpr auto Words(Hemisphere) {
-  return std::to_array<std::string_view>({"northern", "southern"});
+  return std::to_array<std::string_view>({"by latitude", "northern", "southern"});
 }
 constexpr auto Words(PressureUnits) {
   return std::to_array<std::string_view>({"mb", "hPa", "in Hg"});
@@ -253,7 +253,7 @@ struct Options {
   int WindPlotRatio = 0;  // every n-th wind, 0 = automatic
   int WindPlotSectionRatio = 0;
   Feathers BarbFeathers = Feathers::Default;
-  Hemisphere BarbHemisphere = Hemisphere::Northern;
+  Hemisphere BarbHemisphere = Hemisphere::ByLatitude;
   PressureUnits Pressure = PressureUnits::Mb;
   bool ShowQnh = true;
   LengthUnits GpmUnits = LengthUnits::Meter;

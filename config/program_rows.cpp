@@ -37,7 +37,7 @@ constexpr OptionRow kTab1Rows[] = {
     Row<At<&Options::BarbFeathers>>("Feathers = ", kTab1)
         .Says("Side of the shaft that carries the feathers; default goes by the hemisphere."),
     Row<At<&Options::BarbHemisphere>>("Hemisphere = ", kTab1)
-        .Says("Hemisphere whose custom the wind barbs follow."),
+        .Says("Hemisphere whose custom the wind barbs follow; by latitude that of the sounding."),
     Row<At<&Options::Pressure>>("Pressure Units = ", kTab1)
         .Says("Unit of pressure labels; inches of mercury apply to QNH only."),
     Row<At<&Options::ShowQnh>, kYes>("QNH = ", kTab1)

@@ -26,6 +26,7 @@ std::vector<PlacedWind> PlaceWinds(const Plot& plot) {
   const SoundingRecord& sounding = plot.Sounding();
   std::vector<PlacedWind> placed;
   for (int i = 1; i <= sounding.NumWindLevels(); ++i) {
+    if (!sounding.HasWind(i)) continue;
     const double height = sounding.WindHgt(i);
     const double press = analysis::GetPRESS(plot.Results().Levels, height);
     if (!HasHeight(press) || !plot.InRange(press)) continue;
@@ -100,7 +101,7 @@ int WindRatio(const std::vector<double>& places, int option, double apart) {
 }
 
 void DrawWindColumn(Plot& plot) {
-  const Options& set = plot.Set();
+  const Options set = SymbolOptions(plot.Set(), plot.Sounding());
   const std::vector<PlacedWind> winds = PlaceWinds(plot);
   if (winds.empty() || set.Winds == WindDisplay::None) return;
   const Rect& column = kWindColumn;

@@ -50,6 +50,14 @@ FeatherCount CountFeathers(double knots, SpeedUnits units) {
   return count;
 }
 
+Options SymbolOptions(const Options& options, const SoundingRecord& sounding) {
+  Options resolved = options;
+  if (options.BarbHemisphere == Hemisphere::ByLatitude) {
+    resolved.BarbHemisphere = sounding.IsSouthern() ? Hemisphere::Southern : Hemisphere::Northern;
+  }
+  return resolved;
+}
+
 bool FeathersOnRight(const Options& options) {
   switch (options.BarbFeathers) {
     case Feathers::Right:
@@ -59,7 +67,7 @@ bool FeathersOnRight(const Options& options) {
     case Feathers::Default:
       break;
   }
-  return options.BarbHemisphere == Hemisphere::Northern;
+  return options.BarbHemisphere != Hemisphere::Southern;
 }
 
 namespace {

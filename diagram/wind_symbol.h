@@ -4,6 +4,7 @@
 
 #include "analysis/interpolate.h"
 #include "config/options.h"
+#include "core/sounding_record.h"
 #include "picture/picture.h"
 
 namespace vexa::diagram {
@@ -32,6 +33,9 @@ struct FeatherCount {
   int Halves = 0;
 };
 FeatherCount CountFeathers(double knots, SpeedUnits units);
+
+/// The options with a sounding's own hemisphere where it goes by latitude.
+Options SymbolOptions(const Options& options, const SoundingRecord& sounding);
 
 /// True where feathers stand to the right of the shaft seen from its foot: as in the northern
 /// hemisphere, or as the feathers option says.

@@ -68,6 +68,33 @@ TEST(WindSymbol, ShaftPointsIntoTheWindAndFeathersFollowTheHemisphere) {
   EXPECT_LT(tipOf(Symbol({270, 10}, options), "wind feather").Y, 500) << "the word decides";
 }
 
+// A westerly's feathers lie on its left, to the north, south of the equator on its right.
+TEST(WindColumn, FeathersFollowTheLatitudeOfTheSounding) {
+  struct Case {
+    double Latitude;
+    Hemisphere Option;
+    bool IsRight;
+  };
+  const Case cases[] = {{35, Hemisphere::ByLatitude, true},  {-90, Hemisphere::ByLatitude, false},
+                        {-90, Hemisphere::Northern, true},   {35, Hemisphere::Southern, false}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.Latitude);
+    SoundingRecord sounding = test::ReferenceConvective();
+    SetDecimalPosition(sounding, c.Latitude, 0);
+    Options options;
+    options.BarbHemisphere = c.Option;
+    EXPECT_EQ(FeathersOnRight(SymbolOptions(options, sounding)), c.IsRight);
+    const analysis::AnalysisResults results = analysis::Analyse(sounding, options);
+    const SoundingPlot plot =
+        *PlotSounding({.Sounding = sounding, .Results = results, .Set = options});
+    const auto item = std::ranges::find(plot.Page.Items(), "wind feather", &Item::Tag);
+    ASSERT_NE(item, plot.Page.Items().end());
+    // The lowest wind, 160 degrees 12 kt: its shaft points to the south, right is to the west.
+    const auto& feather = std::get<Polyline>(item->Shape).Points;
+    EXPECT_EQ(feather.back().X < feather.front().X, c.IsRight);
+  }
+}
+
 TEST(WindSymbol, CalmIsACircleAndSpeedsHaveTheirParts) {
   Options options;
   const Picture calm = Symbol({360, 0}, options);
@@ -97,6 +124,15 @@ TEST(WindColumn, DrawsEveryNthWindOnlyWhereTheyCrowd) {
   EXPECT_EQ(WindRatio(spaced(100, 25), 0, 60), 3);
   EXPECT_EQ(WindRatio(spaced(100, 25), 7, 60), 7) << "the option decides";
   EXPECT_EQ(WindRatio({}, 0, 60), 1);
+}
+
+TEST(WindColumn, DrawsNoWindThatWasNotObserved) {
+  const auto drawn = [](const SoundingRecord& sounding) {
+    const analysis::AnalysisResults results = analysis::Analyse(sounding, {});
+    return ToSvg(PlotSounding({.Sounding = sounding, .Results = results, .Set = {}})->Page, 800, 600);
+  };
+  const SoundingRecord whole = test::ReferenceConvective();
+  EXPECT_EQ(drawn(test::WithEmptyWinds(whole)), drawn(whole));
 }
 
 TEST(WindColumn, KeepsItsSymbolsOfEverySizeInside) {
