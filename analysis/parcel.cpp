@@ -197,10 +197,11 @@ void ParcelLifter::FillPath(const Source& source, ParcelAscent& into) {
   double* environmentOut = into.EnvTemps.data();
   double* differences = differences_.data();
   const auto take = [&](std::size_t i, std::size_t at) {
-    const double temp =
-        isVirtual ? ToThousandths(std::max(parcel[at], kColdestParcel)) : parcel[at];
-    parcelOut[i] = temp;
+    const double temp = std::max(parcel[at], kColdestParcel);
+    parcelOut[i] = isVirtual ? ToThousandths(temp) : temp;
     environmentOut[i] = environment[at];
+    // Only what is shown is rounded: thousandths on one side alone would make air warmer than
+    // itself.
     differences[i] = temp - environment[at];
   };
   if (stride == 1) {
@@ -225,7 +226,7 @@ double ParcelLifter::DifferenceAt(const Source& source) const {
   if (!environment.Ok()) return 0;
   if (!settings_.Virtual) return WithoutRounding(at.Temp - environment.Value);
   const double mixing = ThetaPoint(at.Press, at.Temp, settings_.Over).MixingRatio;
-  return WithoutRounding(ToThousandths(VirtualTemp(at.Temp, mixing)) - environment.Value);
+  return WithoutRounding(VirtualTemp(at.Temp, mixing) - environment.Value);
 }
 
 // Free level and equilibrium level, by one pass from the condensation level to the top.
