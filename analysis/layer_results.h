@@ -155,7 +155,7 @@ struct SoaringResults {
   double MaxTemp = kMissing;      // °C at the ground that the analysis takes for the day
   double TriggerTemp = kMissing;  // °C that makes thermals reach the trigger height
   LevelPoint ThermalTop{};        // where the thermal index is 0, or the cloud base
-  LevelPoint PilotLevel{};        // where the thermal index is -3
+  LevelPoint PilotLevel{};        // the highest below it where the thermal index is -3
   LevelPoint CloudBase{};         // none: blue thermals
   double Lift = kNone;            // ft/min (equation 1) or m/s (equation 2)
   int LiftEquation = 1;

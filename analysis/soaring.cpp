@@ -17,23 +17,45 @@ constexpr double kIndexHeightFt = 4000;     // above ground
 constexpr double kHeatFlux = 0.20;          // K m/s
 constexpr double kFeetPerMinute = 0.00508;  // m/s
 
-// Where a value first rises past a limit above the ground; the ground when it is there at once.
-LevelPoint FirstAbove(const LevelProfile& levels, const Levels<double>& values, double limit) {
-  if (values(1) >= limit) return {levels.Press(1), levels.Height(1), levels.Temp(1)};
+// Potential temperatures carry a noise of some 1e-5 K: air this much warmer is no lid.
+constexpr double kNoLid = 1e-4;  // K
+
+// Where air that rises dry from the ground stops being potentially warmer than the air about it;
+// none where the sounding ends first.
+LevelPoint TopOfDryThermals(const LevelProfile& levels, double theta) {
   for (int i = 1; i < levels.Count(); ++i) {
-    if (values(i + 1) < limit) continue;
-    return Between(levels, i, (limit - values(i)) / (values(i + 1) - values(i)));
+    if (!(levels.Theta(i + 1) > theta + kNoLid)) continue;
+    const double share = (theta - levels.Theta(i)) / (levels.Theta(i + 1) - levels.Theta(i));
+    return Between(levels, i, std::clamp(share, 0.0, 1.0));
   }
   return {};
 }
 
+// The highest place below the thermals' top up to which the index is at most the pilot's; none
+// where it never is.
+LevelPoint PilotLevelUnder(const LevelProfile& levels, const Levels<double>& index, double top) {
+  for (int i = levels.Count() - 1; i >= 1; --i) {
+    const double depth = levels.Height(i + 1) - levels.Height(i);
+    if (levels.Height(i) > top || !(depth > 0)) continue;
+    const double highest = std::min((top - levels.Height(i)) / depth, 1.0);
+    const double rise = index(i + 1) - index(i);
+    if (index(i) + highest * rise <= kPilotIndex) return Between(levels, i, highest);
+    if (index(i) <= kPilotIndex) return Between(levels, i, (kPilotIndex - index(i)) / rise);
+  }
+  return {};
+}
+
+// The warmest of the day at the ground: what the user expects, else what the 850 hPa air has when it
+// is brought down, but never less than was measured.
 double DayTemp(const LevelProfile& levels, const SystemOptions& settings) {
   constexpr double kLid = 850;  // hPa
-  const double ground = levels.Press(1);
   if (settings.SoarTm) return *settings.SoarTm;
+  const double ground = levels.Press(1);
   const Sample aloft = SampleAt(levels, kLid, Quantity::Temp);
   if (ground <= kLid || !aloft.Ok()) return levels.Temp(1);
-  return (aloft.Value + kKelvinOffset) * std::pow(ground / kLid, kPoisson) - kKelvinOffset;
+  const double descended =
+      (aloft.Value + kKelvinOffset) * std::pow(ground / kLid, kPoisson) - kKelvinOffset;
+  return std::max(descended, levels.Temp(1));
 }
 
 double LiftOf(const LevelProfile& levels, const SoaringResults& soaring) {
@@ -85,13 +107,17 @@ SoaringResults AnalyseSoaring(const AnalysisResults& results, const Options& opt
         (trigger.Value + kKelvinOffset) * std::pow(ground / triggerPress, kPoisson) - kKelvinOffset;
   }
 
-  soaring.ThermalTop = FirstAbove(levels, levels.Theta, theta);
+  soaring.ThermalTop = TopOfDryThermals(levels, theta);
   const LevelPoint& base = results.ConvectiveCondensation;
-  if (base.Exists() && soaring.MaxTemp >= results.ConvectiveTemp) {
+  const bool reachesBase = base.Exists() && soaring.MaxTemp >= results.ConvectiveTemp &&
+                           !(soaring.ThermalTop.Exists() && soaring.ThermalTop.Height < base.Height);
+  if (reachesBase) {
     soaring.CloudBase = base;
     soaring.ThermalTop = base;
   }
-  soaring.PilotLevel = FirstAbove(levels, soaring.ThermalIndex, kPilotIndex);
+  soaring.PilotLevel = PilotLevelUnder(
+      levels, soaring.ThermalIndex,
+      soaring.ThermalTop.Exists() ? soaring.ThermalTop.Height : levels.Height.Top());
   if (!soaring.ThermalTop.Exists()) return soaring;
   soaring.Lift = LiftOf(levels, soaring);
   soaring.Words = WordsOf(soaring.LiftEquation == 2 ? soaring.Lift / kFeetPerMinute : soaring.Lift);

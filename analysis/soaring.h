@@ -5,10 +5,11 @@
 
 namespace vexa::analysis {
 
-/// Thermal index T - Tdry of every level (Higgins 1963), its heights of 0 and -3, the trigger
-/// temperature (WMO TN 158), lift by the soaring index of the National Weather Service or the
-/// convective velocity of Deardorff (1970). Where the day reaches the convective temperature the
-/// thermals end at the cloud base.
+/// Thermal index T - Tdry of every level (Higgins 1963); the thermals' top, where their potential
+/// temperature stops exceeding the air's; the pilot's level, the highest below it with an index of
+/// -3; the trigger temperature (WMO TN 158), lift by the soaring index of the National Weather
+/// Service or the convective velocity of Deardorff (1970). Where the day reaches the convective
+/// temperature the thermals end at the cloud base.
 SoaringResults AnalyseSoaring(const AnalysisResults& results, const Options& options);
 
 }  // namespace vexa::analysis

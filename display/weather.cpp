@@ -174,7 +174,9 @@ Sheet SoaringSheet(const Shown& shown) {
                           {{"Temperature of the day", texts.Temp(soaring.MaxTemp)},
                            {"Trigger temperature", texts.Temp(soaring.TriggerTemp),
                             "for " + Mask(shown.Set.System.TriggerHgt, "####0") + " ft AGL"},
-                           level("Thermal top (index 0)", soaring.ThermalTop, kNone),
+                           level(soaring.CloudBase.Exists() ? "Thermal top (cloud base)"
+                                                            : "Thermal top (index 0)",
+                                 soaring.ThermalTop, kNone),
                            level("Pilot level (index -3)", soaring.PilotLevel, kNone),
                            level("Cloud base", soaring.CloudBase, "blue"),
                            {"Lift", lift, std::string(soaring.Words)},

@@ -1,4 +1,5 @@
 #include <cmath>
+#include <optional>
 
 #include "analysis/analysis.h"
 #include "analysis/clouds.h"
@@ -238,6 +239,66 @@ TEST(Soaring, OfTheConvectiveSoundingAt31Degrees) {
   EXPECT_NEAR(AnalyseSoaring(results, settings).Lift, 2.01, 0.02);
   settings.System.SoarTm = 36;
   EXPECT_TRUE(AnalyseSoaring(results, settings).CloudBase.Exists());
+}
+
+// By hand: theta = T (1000/p)^0.2856 with 273.16 K at 0 °C, shares linear in theta and ln p.
+TEST(Soaring, ThermalsOfOrdinaryDays) {
+  struct Case {
+    const char* About;
+    SoundingRecord Sounding;
+    std::optional<double> Entered;
+    double DayTemp, Top, Pilot;  // °C, hPa; kNone for none
+    bool IsCloud;
+  };
+  const Case cases[] = {
+      // 8 °C at 850 hPa come to 21.4 °C at the ground, which is warmer already. Dry, so no cloud:
+      // theta 298.16 K of the ground against 294.52 at 850 and 304.45 K at 700 hPa; the index is
+      // -3.48 at 850 and 5.68 at 700 hPa.
+      {"a ground warmer than the air above brings down",
+       Profile({{1000, 25, -25}, {850, 8, -25}, {700, 1.8, -35}, {500, -10, -50}}),
+       {}, 25, 850 * std::pow(700.0 / 850, 0.3669), 850 * std::pow(700.0 / 850, 0.0521), false},
+      // theta 318.10 K of the ground against 317.95 at 700 and 326.48 K at 600 hPa.
+      {"a station above 850 hPa has thermals too",
+       Profile({{845, 30, -30}, {800, 24, -30}, {700, 14, -35}, {600, 9, -40}, {400, -20, -50}}, {},
+               1500),
+       {}, 30, 700 * std::pow(600.0 / 700, 0.0170), kNone, false},
+      {"stable ground has none", Profile({{840, 10, -30}, {800, 12, -30}, {600, 0, -40}}, {}, 1500),
+       {}, 10, 840, kNone, false},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.About);
+    Options options;
+    options.System.SoarTm = c.Entered;
+    const SoaringResults soaring = Analyse(c.Sounding, options).Soaring;
+    EXPECT_NEAR(soaring.MaxTemp, c.DayTemp, 0.01);
+    EXPECT_NEAR(soaring.ThermalTop.Press, c.Top, 0.3);
+    EXPECT_NEAR(soaring.PilotLevel.Press, c.Pilot, 1);
+    EXPECT_EQ(soaring.CloudBase.Exists(), c.IsCloud);
+  }
+}
+
+// Whatever the day's temperature: the pilot's level is no higher than the top of the thermals, that
+// is no higher than the cloud base, and what was measured at the ground is reached.
+TEST(Soaring, KeepsItsLevelsInOrder) {
+  for (const SoundingRecord& sounding : {test::ReferenceConvective(), test::ReferenceWinter()}) {
+    for (double entered = sounding.Temp(1) - 5; entered < 45; entered += 0.5) {
+      SCOPED_TRACE(entered);
+      Options options;
+      options.System.SoarTm = entered;
+      const AnalysisResults results = Analyse(sounding, options);
+      const SoaringResults& soaring = results.Soaring;
+      if (!soaring.ThermalTop.Exists()) continue;
+      EXPECT_GE(soaring.ThermalTop.Height, results.Levels.Height(1));
+      if (soaring.PilotLevel.Exists()) {
+        EXPECT_LE(soaring.PilotLevel.Height, soaring.ThermalTop.Height);
+      }
+      if (soaring.CloudBase.Exists()) {
+        EXPECT_EQ(soaring.ThermalTop.Height, soaring.CloudBase.Height);
+      }
+    }
+    Options options;
+    EXPECT_GE(Analyse(sounding, options).Soaring.MaxTemp, sounding.Temp(1));
+  }
 }
 
 TEST(Layers, MixedLayerEndsUnderTheInversion) {
