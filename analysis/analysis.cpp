@@ -174,8 +174,10 @@ void DropNonsense(AnalysisResults& results) {
   }
 }
 
-AnalysisResults AnalyseWith(const SoundingRecord& sounding, const Options& options,
-                            AdiabatTable* table, Progress progress) {
+}  // namespace
+
+AnalysisResults Analyse(const SoundingRecord& sounding, const Options& options, AdiabatTable& table,
+                        Progress progress) {
   AnalysisResults results;
   results.ChosenLift = TypeOf(options.Lpl);
   results.Mode = options.BaseLevel == CapeBase::Ccl ? LiftMode::Ccl : LiftMode::Lfc;
@@ -190,9 +192,9 @@ AnalysisResults AnalyseWith(const SoundingRecord& sounding, const Options& optio
   const double ground = results.Levels.Height(1);
   results.CapeDepthTopPress = GetPRESS(results.Levels, ground + options.CapeDepthKm * 1000);
   const PressureGrid grid = MakePressureGrid(results.Levels);
-  LiftAll(options, grid, table, results);
+  LiftAll(options, grid, &table, results);
   if (options.Dcape == DcapeMode::Best) progress.Begin("Calculating DCAPE . . .");
-  results.Descent = FindDowndraft(results.Levels, grid, options, table);
+  results.Descent = FindDowndraft(results.Levels, grid, options, &table);
   results.Tropopauses = FindTropopauses(results.Levels);
   results.Inversions = FindInversions(results.Levels, results.Tropopauses);
   results.FreezingLevels = FindFreezingLevels(results.Levels);
@@ -203,8 +205,6 @@ AnalysisResults AnalyseWith(const SoundingRecord& sounding, const Options& optio
   results.Indices = ComputeIndices(sounding, results, options);
   return results;
 }
-
-}  // namespace
 
 std::string_view Text(LiftType type) {
   switch (type) {
@@ -219,12 +219,8 @@ std::string_view Text(LiftType type) {
 }
 
 AnalysisResults Analyse(const SoundingRecord& sounding, const Options& options, Progress progress) {
-  return AnalyseWith(sounding, options, nullptr, progress);
-}
-
-AnalysisResults Analyse(const SoundingRecord& sounding, const Options& options, AdiabatTable& table,
-                        Progress progress) {
-  return AnalyseWith(sounding, options, &table, progress);
+  AdiabatTable table;
+  return Analyse(sounding, options, table, progress);
 }
 
 void FollowStormMotion(const SoundingRecord& sounding, const Options& options,

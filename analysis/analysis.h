@@ -117,8 +117,8 @@ struct AnalysisResults {
 AnalysisResults Analyse(const SoundingRecord& sounding, const Options& options,
                         Progress progress = {});
 
-/// The same by a table of saturated adiabats that fills itself as soundings need it: for whoever
-/// analyses many of them. A single one is solved sooner than the table's columns are filled.
+/// The same with a table of saturated adiabats that is kept from sounding to sounding: for whoever
+/// analyses many of them. The results are the same, whatever the table was used for before.
 AnalysisResults Analyse(const SoundingRecord& sounding, const Options& options, AdiabatTable& table,
                         Progress progress = {});
 

@@ -77,10 +77,9 @@ template <class Use>
 int ForEachSounding(const Arguments& arguments, int index, const Options& options, Console& console,
                     Use&& use) {
   int exitCode = kExitOk;
-  analysis::AdiabatTable adiabats;  // one sounding is solved sooner than the table is filled
-  analysis::AdiabatTable* const table = arguments.Files.size() > 1 ? &adiabats : nullptr;
+  analysis::AdiabatTable adiabats;
   for (const std::string& file : arguments.Files) {
-    const Outcome<AnalysedSounding> sounding = LoadAndAnalyse(file, index, options, table);
+    const Outcome<AnalysedSounding> sounding = LoadAndAnalyse(file, index, options, &adiabats);
     if (sounding) {
       const QcFinding found = CheckRecord(sounding.Value().Record);
       if (found.Number != 0) {

@@ -79,8 +79,10 @@ ParcelAscent LiftOwn(const Program& program, const analysis::ParcelStart& own) {
     return ascent;
   }
   const analysis::PressureGrid grid = analysis::MakePressureGrid(levels);
+  analysis::AdiabatTable adiabats;
   analysis::ParcelLifter lifter(
-      levels, grid, analysis::LiftSettingsOf(program.Set, program.Results.CapeDepthTopPress));
+      levels, grid, analysis::LiftSettingsOf(program.Set, program.Results.CapeDepthTopPress),
+      &adiabats);
   lifter.LiftForced(own, ascent);
   return ascent;
 }

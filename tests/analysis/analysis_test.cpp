@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "analysis/adiabat_table.h"
 #include "support/soundings.h"
 
 namespace vexa::analysis {
@@ -210,6 +211,24 @@ TEST(Analyse, OddShapesGiveMarkersAndNeverNaN) {
       noise.AddWind(1500 * i + temp(random), 3 * std::fabs(temp(random)), std::fabs(temp(random)));
     }
     ExpectFinite(noise);
+  }
+}
+
+// The numbers of a sounding are its own, whichever soundings were analysed before.
+TEST(Analyse, GivesTheSameInAnyCompany) {
+  const SoundingRecord soundings[] = {test::ReferenceConvective(), test::ReferenceWinter(),
+                                      Profile({{1000, 41, 24}, {850, 22, 18}, {500, -8, -20},
+                                               {200, -55, -70}, {100, -70, 999.9}})};
+  AdiabatTable table;
+  for (int turn = 0; turn < 2; ++turn) {
+    for (const SoundingRecord& sounding : soundings) {
+      for (const SaturationOver over : {SaturationOver::Water, SaturationOver::Ice}) {
+        Options options;
+        options.Saturation = over;
+        options.CapeTempBase = turn == 0 ? TempBase::Dry : TempBase::Virtual;
+        EXPECT_EQ(Numbers(Analyse(sounding, options, table)), Numbers(Analyse(sounding, options)));
+      }
+    }
   }
 }
 

@@ -61,12 +61,15 @@ TEST(RealSoundings, TableAgreesWithSolving) {
           Options options;
           options.Saturation = over;
           options.CapeTempBase = base;
-          const AnalysisResults solved = Analyse(sounding, options);
           const AnalysisResults blended = Analyse(sounding, options, table);
+          const PressureGrid grid = MakePressureGrid(blended.Levels);
+          ParcelLifter solver(blended.Levels, grid,
+                              LiftSettingsOf(options, blended.CapeDepthTopPress));
           Differences& worst = base == TempBase::Dry ? dry : rounded;
-          for (std::size_t type = 0; type < solved.Lifts.size(); ++type) {
-            worst.Add(solved.Lifts[type].Forced, blended.Lifts[type].Forced);
-            worst.Add(solved.Lifts[type].Convective, blended.Lifts[type].Convective);
+          for (const LiftAnalysis& lift : blended.Lifts) {
+            ParcelAscent solved;
+            solver.LiftForced(lift.Forced.Start, solved);
+            worst.Add(solved, lift.Forced);
           }
         }
       }
@@ -85,29 +88,31 @@ TEST(RealSoundings, TableAgreesWithSolving) {
   RecordProperty("largest CIN difference", Shortest(std::max(dry.Cin, rounded.Cin)));
 }
 
-// Levels and energies printed at the end of the files by a program with formulas of its own:
-// condensation agrees to the hPa, its CAPE by virtual temperature is 3 to 13 % above ours and its
-// equilibrium up to 17 hPa higher.
+// Levels and energies printed at the end of the files by a program that follows a polynomial fit of
+// the wet-bulb potential temperature: condensation agrees to the hPa, its CAPE by virtual temperature
+// is 3 to 15 % above ours and its equilibrium up to 17 hPa higher. The last column is the CAPE of
+// the same parcels along an exact pseudoadiabat, integrated by an independent script (Emanuel 1994,
+// 4.7.5): ours is 0.6 to 3.4 % below it for the constant latent heat.
 TEST(RealSoundings, AgreeWithWhatTheFilesPrint) {
   VEXA_REAL_DATA(spc, "spc");
   const struct {
     const char* File;
-    double Lcl, Lfc, El, Cape;
-  } cases[] = {{"hail_00030300.FWD", 858, 858, 200, 2589},
-               {"hail_01062100.DNR", 720, 720, 174, 2544},
-               {"hail_02072000.LZK", 914, 914, 120, 6551},
-               {"hail_04040400.EPZ", 787, 787, 195, 4484},
-               {"hail_04071300.LBF", 780, 780, 108, 7181},
-               {"hail_06081000.TUS", 727, 695, 135, 1913},
-               {"hail_90071400.ABQ", 653, 653, kNone, 1585},
-               {"hail_91051700.TBW", 865, 865, 150, 3304},
-               {"hail_97081800.SLC", 656, 620, 200, 931},
-               {"hail_98062900.TOP", 865, 855, 107, 6870},
-               {"hail_99050400.OUN", 869, 869, 180, 5195},
-               {"supercell_00010319f0.gwo", 960, 915, 225, 1549},
+    double Lcl, Lfc, El, Cape, Exact;
+  } cases[] = {{"hail_00030300.FWD", 858, 858, 200, 2589, 2365},
+               {"hail_01062100.DNR", 720, 720, 174, 2544, 2398},
+               {"hail_02072000.LZK", 914, 914, 120, 6551, 6403},
+               {"hail_04040400.EPZ", 787, 787, 195, 4484, 4281},
+               {"hail_04071300.LBF", 780, 780, 108, 7181, 6924},
+               {"hail_06081000.TUS", 727, 695, 135, 1913, 1708},
+               {"hail_90071400.ABQ", 653, 653, kNone, 1585, 1493},
+               {"hail_91051700.TBW", 865, 865, 150, 3304, 3100},
+               {"hail_97081800.SLC", 656, 620, 200, 931, 850},
+               {"hail_98062900.TOP", 865, 855, 107, 6870, 6710},
+               {"hail_99050400.OUN", 869, 869, 180, 5195, 4970},
+               {"supercell_00010319f0.gwo", 960, 915, 225, 1549, 1429},
                // Free at the LCL, caught again at 800 hPa, free from 768 hPa: the file names that.
-               {"supercell_11052219.SGF", 856, kNone, 187, 3732},
-               {"supercell_99050400.OUN", 869, 869, 180, 5195}};
+               {"supercell_11052219.SGF", 856, kNone, 187, 3732, 3510},
+               {"supercell_99050400.OUN", 869, 869, 180, 5195, 4970}};
   for (const auto& c : cases) {
     SCOPED_TRACE(c.File);
     SoundingRecord sounding;
@@ -124,6 +129,7 @@ TEST(RealSoundings, AgreeWithWhatTheFilesPrint) {
       EXPECT_NEAR(parcel.Equilibrium.Press, c.El + 8, 9);
     }
     EXPECT_NEAR(parcel.CapeTotal / c.Cape, 0.93, 0.07);
+    EXPECT_NEAR(parcel.CapeTotal / c.Exact, 0.98, 0.016);
   }
 }
 
