@@ -17,6 +17,7 @@ namespace {
 constexpr double kEqualPressures = 0.001;    // ln p difference of levels with one pressure
 constexpr double kDeepestBelowGround = 500;  // m that GetPRESS goes on below the lowest level
 constexpr double kWindBelowLowest = 100;     // m below the lowest wind that it still serves
+constexpr double kWindAboveHighest = 2;      // m above the highest: heights are rounded
 
 // The two neighbouring levels between which a value lies; Low == High at a level.
 struct Bracket {
@@ -168,6 +169,9 @@ WindSample WindAtHeight(const SoundingRecord& sounding, double height) {
   Bracket bracket{lowest, lowest};
   if (height < heights[lowest]) {
     if (heights[lowest] - height > kWindBelowLowest) return {};
+  } else if (height > heights.back() && height <= heights.back() + kWindAboveHighest &&
+             hasWind(heights.size() - 1)) {
+    bracket = {heights.size() - 1, heights.size() - 1};
   } else {
     const auto found = FindBracket(heights, height, std::less<>{});
     if (!found) return {};

@@ -71,7 +71,7 @@ struct WindSample {
 };
 
 /// Wind at a height in m above sea level: components linear in height between the bracketing wind
-/// levels; the lowest wind serves up to 100 m below itself. Not rounded.
+/// levels; the lowest wind serves up to 100 m below itself, the highest up to 2 m above. Not rounded.
 WindSample WindAtHeight(const SoundingRecord& sounding, double height);
 
 /// Wind at a pressure, direction in whole degrees and speed in tenths of a knot; both 999.9

@@ -102,6 +102,20 @@ class MoistLevel {
   double share_ = 0.5;
 };
 
+double VirtualTempAt(double press, double temp, double dewpt, SaturationOver over) {
+  if (NotAvailable(dewpt)) return temp;
+  const double vapor = TabledSatVapor(dewpt, over);
+  const double dry = press - vapor;
+  return VirtualTemp(temp, dry == 0 ? 0 : kEpsilon * vapor / dry);
+}
+
+// The hypsometric equation; Hess (1959). 0 where there is no pressure.
+double Thickness(double lowPress, double highPress, double logRatio, double virtualLow,
+                 double virtualHigh) {
+  if (!(lowPress > 0) || !(highPress > 0)) return 0;
+  return kMetersPerKelvin * ((virtualLow + virtualHigh) / 2 + kKelvinOffset) * logRatio;
+}
+
 // Potential temperature as DryTheta has it, from a logarithm that is at hand.
 double ThetaOf(double press, double temp, const LevelLogs& logs) {
   const auto tempK = static_cast<double>(static_cast<float>(temp + kKelvinOffset));
@@ -109,6 +123,23 @@ double ThetaOf(double press, double temp, const LevelLogs& logs) {
 }
 
 }  // namespace
+
+Levels<double> DeriveHeights(const SoundingRecord& sounding, SaturationOver over) {
+  Levels<double> heights;
+  double pressBelow = 0, logBelow = 0, virtualBelow = 0;
+  for (int i = 1; i <= sounding.NumTempLevels(); ++i) {
+    const double press = sounding.Press(i);
+    const double logPress = press > 0 ? std::log(press) : 0;
+    const double virtualTemp = VirtualTempAt(press, sounding.Temp(i), sounding.Dewpt(i), over);
+    heights.Add(i == 1 ? sounding.ElevM
+                       : heights.Top() + Thickness(pressBelow, press, logBelow - logPress,
+                                                   virtualBelow, virtualTemp));
+    pressBelow = press;
+    logBelow = logPress;
+    virtualBelow = virtualTemp;
+  }
+  return heights;
+}
 
 LevelProfile DeriveLevels(const SoundingRecord& sounding, const Options& options) {
   const int count = sounding.NumTempLevels();
@@ -133,16 +164,11 @@ LevelProfile DeriveLevels(const SoundingRecord& sounding, const Options& options
     levels.Theta(i) = ThetaOf(press, levels.Temp(i), logs);
     levels.VirtualTemp(i) = levels.Temp(i);
     if (!NotAvailable(levels.Dewpt(i))) moist.Fill(levels, i, logs);
-    if (i == 1) {
-      levels.Height(i) = sounding.ElevM;
-    } else {
-      // The hypsometric equation; Hess (1959).
-      const bool rises = press > 0 && levels.Press(i - 1) > 0;
-      const double meanK = (levels.VirtualTemp(i - 1) + levels.VirtualTemp(i)) / 2 + kKelvinOffset;
-      levels.Height(i) =
-          levels.Height(i - 1) +
-          (rises ? kMetersPerKelvin * meanK * (levels.LogPress(i - 1) - logs.Press) : 0);
-    }
+    levels.Height(i) =
+        i == 1 ? sounding.ElevM
+               : levels.Height(i - 1) + Thickness(levels.Press(i - 1), press,
+                                                  levels.LogPress(i - 1) - logs.Press,
+                                                  levels.VirtualTemp(i - 1), levels.VirtualTemp(i));
   }
   return levels;
 }

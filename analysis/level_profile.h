@@ -26,6 +26,9 @@ struct LevelProfile {
   int Count() const { return Press.Count(); }
 };
 
+/// The heights alone, as DeriveLevels gives them.
+Levels<double> DeriveHeights(const SoundingRecord& sounding, SaturationOver over);
+
 LevelProfile DeriveLevels(const SoundingRecord& sounding, const Options& options);
 
 }  // namespace vexa::analysis

@@ -184,7 +184,7 @@ int TempRank(const CodedLevel& level) {
   return level.Part == 'B' || level.Part == 'D' ? 1 : 2;
 }
 
-// Which of two winds close to each other counts.
+// Which of two winds at the same height counts.
 int WindRank(const CodedLevel& level) {
   if (level.Kind == LevelKind::Surface && level.Part == 'A') return 0;
   switch (level.Kind) {
@@ -217,25 +217,12 @@ void AddTemps(const std::vector<CodedLevel>& levels, SourceSounding& into) {
   }
 }
 
-void AddWinds(std::vector<CodedLevel> levels, HeightFinder& heights, SourceSounding& into) {
-  constexpr double kClosest = 50;  // m between winds of different sources
-  std::erase_if(levels, [](const CodedLevel& level) { return !level.Values.Spd; });
+// Of winds of the same height the first counts.
+void AddWinds(std::vector<CodedLevel> levels, SourceSounding& into) {
   std::ranges::stable_sort(levels, {}, WindRank);
-  struct Taken {
-    double Height;
-    int Rank;
-  };
-  std::vector<Taken> taken;
   for (const CodedLevel& level : levels) {
     const SourceLevel& wind = level.Values;
-    if (!wind.Press && !wind.Height) continue;
-    const double height = wind.Height ? *wind.Height : heights.At(*wind.Press);
-    const bool isRepeated = std::ranges::any_of(taken, [&](const Taken& other) {
-      const double apart = std::fabs(other.Height - height);
-      return other.Rank < WindRank(level) ? apart < kClosest : apart < 1;
-    });
-    if (isRepeated) continue;
-    taken.push_back({height, WindRank(level)});
+    if (!wind.Spd || (!wind.Press && !wind.Height)) continue;
     into.Levels.push_back(
         {.Press = wind.Press, .Height = wind.Height, .Dir = wind.Dir, .Spd = wind.Spd});
   }
@@ -294,9 +281,9 @@ SourceSounding Merged(const CodedAscent& ascent, LoadContext& context) {
   LocateStation(sounding.Heading, context);
   AddDay(ascent, sounding.Heading);
   PlaceSurfaceWinds(levels, sounding.Heading.Elevation, sounding.Notes);
-  HeightFinder heights = RestoreHeights(levels, sounding.Heading.Elevation, sounding.Notes);
+  RestoreHeights(levels, sounding.Heading.Elevation, sounding.Notes);
   AddTemps(levels, sounding);
-  AddWinds(std::move(levels), heights, sounding);
+  AddWinds(std::move(levels), sounding);
   NoteMissingParts(ascent, sounding.Notes);
   if (!sounding.Heading.Time.Known()) {
     sounding.Notes.push_back("The message has no month and year; they are not known.");

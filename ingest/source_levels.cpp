@@ -2,12 +2,13 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 #include <utility>
 
 #include "core/markers.h"
 #include "core/numbers.h"
 #include "core/units.h"
-#include "ingest/height_finder.h"
+#include "ingest/wind_heights.h"
 
 namespace vexa::ingest {
 namespace {
@@ -31,6 +32,7 @@ constexpr std::array<ElementRow, kElements> kElementRows = {{
 
 constexpr double kMarkers[] = {-9999, 9999, 99999, -99999, -999, 999};
 constexpr double kMarkerTolerance = 0.005;
+constexpr double kSameHeight = 0.5;      // m, of heights that were rounded
 constexpr double kDewptTolerance = 0.1;  // °C above the temperature that rounding explains
 
 bool IsMarkerText(std::string_view field) {
@@ -62,22 +64,6 @@ void SortByPressure(std::vector<SourceLevel>& levels) {
   std::ranges::stable_sort(levels, [](const SourceLevel& a, const SourceLevel& b) {
     return a.Press.value_or(0) > b.Press.value_or(0);
   });
-}
-
-// What rows in falling order tell of heights: those that are given and the temperatures between.
-HeightFinder FinderOf(const std::vector<SourceLevel>& levels) {
-  HeightFinder heights;
-  std::vector<double> press, temp, dewpt;
-  for (const SourceLevel& level : levels) {
-    if (!level.Press) continue;
-    if (level.Height) heights.AddKnown(*level.Press, *level.Height);
-    if (!level.Temp || (!press.empty() && press.back() == *level.Press)) continue;
-    press.push_back(*level.Press);
-    temp.push_back(*level.Temp);
-    dewpt.push_back(level.Dewpt.value_or(kMissing));
-  }
-  heights.SetTemperatures(std::move(press), std::move(temp), std::move(dewpt));
-  return heights;
 }
 
 }  // namespace
@@ -145,6 +131,21 @@ SourceLevel* SurfaceLevel(std::vector<SourceLevel>& levels) {
   return surface;
 }
 
+HeightFinder FinderOf(const std::vector<SourceLevel>& levels) {
+  HeightFinder heights;
+  std::vector<double> press, temp, dewpt;
+  for (const SourceLevel& level : levels) {
+    if (!level.Press) continue;
+    if (level.Height) heights.AddKnown(*level.Press, *level.Height);
+    if (!level.Temp || (!press.empty() && press.back() == *level.Press)) continue;
+    press.push_back(*level.Press);
+    temp.push_back(*level.Temp);
+    dewpt.push_back(level.Dewpt.value_or(kMissing));
+  }
+  heights.SetTemperatures(std::move(press), std::move(temp), std::move(dewpt));
+  return heights;
+}
+
 std::optional<double> FittingGround(std::vector<SourceLevel> levels) {
   const SourceLevel* surface = SurfaceLevel(levels);
   if (surface == nullptr) return std::nullopt;
@@ -188,35 +189,36 @@ void FillProfiles(std::vector<SourceLevel> levels, SoundingRecord& into,
     }
     into.AddTemp(*level.Press, *level.Temp, level.Dewpt.value_or(kMissing));
   }
-  HeightFinder heights = FinderOf(levels);
 
-  struct Wind {
-    double Height, Dir, Spd;
-  };
-  std::vector<Wind> winds;
-  int computedHeights = 0;
-  std::optional<double> pressBefore;
+  // Winds have levels of their own: a row whose pressure repeats has a wind all the same.
+  WindHeights heights(into, levels);
+  std::map<double, const SourceLevel*> winds;
+  int computedHeights = 0, repeatedWinds = 0;
   for (const SourceLevel& level : levels) {
     if (!HasWind(level) || (!level.Height && !level.Press)) continue;
-    if (level.Press && level.Press == pressBefore) continue;
-    pressBefore = level.Press;
+    const double height = heights.Of(level);
+    const auto near = winds.lower_bound(height - kSameHeight);
+    if (near != winds.end() && near->first <= height + kSameHeight) {
+      const bool saysTheSame = near->second->Dir == level.Dir && near->second->Spd == level.Spd;
+      if (!saysTheSame) ++repeatedWinds;
+      continue;
+    }
     if (!level.Height) ++computedHeights;
-    const bool isCalm = *level.Spd == 0;
-    const double direction = isCalm || *level.Dir == 0 ? 360 : *level.Dir;
-    winds.push_back(
-        {level.Height ? *level.Height : heights.At(*level.Press), direction, *level.Spd});
+    winds.emplace(height, &level);
   }
-  std::ranges::stable_sort(winds, {}, &Wind::Height);
-  for (const Wind& wind : winds) {
-    if (!into.WindHgt.Empty() && into.WindHgt.Top() == wind.Height) continue;
-    into.AddWind(wind.Height, wind.Dir, wind.Spd);
+  for (const auto& [height, level] : winds) {
+    const bool isNorth = *level->Spd == 0 || *level->Dir == 0;
+    into.AddWind(height, isNorth ? 360 : *level->Dir, *level->Spd);
   }
 
   if (loweredDewpts > 0) {
     notes.push_back(Counted("Dew points above the temperature, lowered to it", loweredDewpts));
   }
   if (repeated > 0) {
-    notes.push_back(Counted("Levels at the pressure of the one before, left out", repeated));
+    notes.push_back(Counted("Temperatures at the pressure of the one before, left out", repeated));
+  }
+  if (repeatedWinds > 0) {
+    notes.push_back(Counted("Winds at the height of another, left out", repeatedWinds));
   }
   if (computedHeights > 0) {
     notes.push_back(
@@ -224,6 +226,9 @@ void FillProfiles(std::vector<SourceLevel> levels, SoundingRecord& into,
                     ? "Winds whose height was computed, partly in the standard atmosphere"
                     : "Winds whose height was computed",
                 computedHeights));
+  }
+  if (std::string differences = heights.Differences(); !differences.empty()) {
+    notes.push_back(std::move(differences));
   }
 }
 

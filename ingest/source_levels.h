@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "core/sounding_record.h"
+#include "ingest/height_finder.h"
 
 namespace vexa::ingest {
 
@@ -67,6 +68,10 @@ std::optional<double> KnotsPer(std::string_view unit);
 
 inline constexpr double kDoubtfulHeight = 300;  // m by which a height may miss what is expected
 
+/// What rows in the order of falling pressure tell of heights: those that are given, and the
+/// temperatures in between.
+HeightFinder FinderOf(const std::vector<SourceLevel>& levels);
+
 /// The row on the ground: the lowest that has a temperature; null without any.
 SourceLevel* SurfaceLevel(std::vector<SourceLevel>& levels);
 
@@ -79,12 +84,13 @@ std::optional<double> FittingGround(std::vector<SourceLevel> levels);
 void SettleGround(double fitting, std::optional<double>& ground, std::vector<std::string>& notes);
 
 /// Fills both profiles from the rows in any order. Rows without temperature and wind are below the
-/// ground and are dropped; of rows with the same pressure, or winds of the same height, the first
-/// counts; a dew point above the temperature becomes the temperature; a calm wind is 360 degrees
-/// at 0 knots and a wind from 0 degrees comes from 360. Winds without a height get one: linear in
-/// ln p between the known heights, beyond them hydrostatic with the virtual temperature, and where
-/// there is no temperature with that of the standard atmosphere.
+/// ground and are dropped; of temperatures at the same pressure, or winds of the same height, the
+/// first counts; a dew point above the temperature becomes the temperature; a calm wind is 360
+/// degrees at 0 knots and a wind from 0 degrees comes from 360. A wind at a pressure gets the
+/// height that the profile has there, see WindHeights.
 ///
+/// into   has its elevation
+
 /// notes  gets a sentence for whatever was changed, worked out or left out
 void FillProfiles(std::vector<SourceLevel> levels, SoundingRecord& into,
                   std::vector<std::string>& notes);

@@ -9,6 +9,22 @@
 
 namespace vexa::ingest {
 
+namespace {
+
+// Of the rows at the lowest pressure, of which a sonde has several, the last of the highest ones.
+std::vector<SourceLevel>::iterator HighestOf(std::vector<SourceLevel>& levels) {
+  auto top = std::ranges::min_element(levels, {}, [](const SourceLevel& level) {
+    constexpr double kNone = 1e6;  // above every pressure
+    return level.Press.value_or(kNone);
+  });
+  for (auto row = top; row != levels.end() && row->Press == top->Press; ++row) {
+    if (row->Height.value_or(0) >= top->Height.value_or(0)) top = row;
+  }
+  return top;
+}
+
+}  // namespace
+
 std::vector<SourceEntry> Entries(const std::vector<SoundingBlock>& blocks) {
   std::vector<SourceEntry> entries;
   entries.reserve(blocks.size());
@@ -47,17 +63,12 @@ bool MayBeCutOff(const SourceText& source, int line) {
 }
 
 void KeepAscent(std::vector<SourceLevel>& levels, std::vector<std::string>& notes) {
-  const auto pressure = [](const SourceLevel& level) {
-    constexpr double kNone = 1e6;  // above every pressure
-    return level.Press.value_or(kNone);
-  };
   if (levels.empty()) return;
-  auto top = std::ranges::min_element(levels, {}, pressure);
+  auto top = HighestOf(levels);
   if (!top->Press) return;
   if (levels.end() - top > top - levels.begin() + 1) {
     std::ranges::reverse(levels);
-    // Of the lowest pressures, the last one now.
-    top = std::ranges::min_element(levels, {}, pressure);
+    top = HighestOf(levels);
   }
   const auto descent = levels.end() - top - 1;
   levels.erase(top + 1, levels.end());
@@ -92,8 +103,12 @@ void LocateStation(SourceHeading& heading, LoadContext& context) {
                                             : StationOfLetters(*context.Stations, name.Letters);
   if (station == nullptr) {
     if (hasPosition || name.Number == 0) return;
-    context.Notes.push_back("Station " + Mask(name.Number, "00000") +
-                            " is not in the station list; its position is not known.");
+    // Asked twice by decoders that need the ground before they fill the record.
+    std::string note = "Station " + Mask(name.Number, "00000") +
+                       " is not in the station list; its position is not known.";
+    if (std::ranges::find(context.Notes, note) == context.Notes.end()) {
+      context.Notes.push_back(std::move(note));
+    }
     return;
   }
   if (name.Letters.empty() && name.Name.empty()) {

@@ -67,19 +67,23 @@ TEST(Bufr, MessagesOfAnAscentBecomeOneSounding) {
   EXPECT_EQ(record.Press, Levels<double>({990, 850, 500, 300}));
   EXPECT_EQ(record.Temp, Levels<double>({21, 12.2, -15.1, -45}));
   EXPECT_EQ(record.Dewpt, Levels<double>({20, 8.4, kMissing, -48.15}));
-  // The height of the ground's wind is the station's.
-  EXPECT_EQ(record.WindHgt, Levels<double>({65.5, 1390, 5600, 9200}));
+  // Hypsometric, worked out apart from the program.
+  const double heights[] = {66, 1368.3, 5599.4, 9234.5};
+  ASSERT_EQ(record.NumWindLevels(), 4);
+  for (int i = 1; i <= 4; ++i) EXPECT_NEAR(record.WindHgt(i), heights[i - 1], 0.5);
   EXPECT_EQ(record.WindDir, Levels<double>({360, 200, 220, 230}));
   EXPECT_NEAR(record.WindSpd(4), 40 * kMsToKnot, 1e-9);
   EXPECT_EQ(first.Notes,
-            (std::vector<std::string>{"Levels at the pressure of the one before, left out: 1",
+            (std::vector<std::string>{"Temperatures at the pressure of the one before, left out: 1",
+                                      "Heights that do not follow from the temperatures, by more "
+                                      "than 30 m: 1. 300 hPa: reported 9200 m, computed 9234 m.",
                                       "A message that was corrected later was left out.",
                                       "Released at 05:02 UTC."}));
 
   // Winds of a message of their own join the ascent; at 850 hPa the one with temperatures counts.
   const Decoded second = Decode(source, 1);
   EXPECT_EQ(second.Record.Time, (ObservationTime{2024, 2, 29, 0, 0}));
-  EXPECT_EQ(second.Record.WindDir, Levels<double>({270, 280}));
+  EXPECT_EQ(second.Record.WindDir, Levels<double>({270, 90, 280}));
 }
 
 TEST(Bufr, DamageLeavesTheOtherMessages) {

@@ -53,13 +53,17 @@ TEST(Wyoming, AWebPage) {
   EXPECT_EQ(record.Press, Levels<double>({990, 925, 850, 700, 500}));
   EXPECT_EQ(record.Temp, Levels<double>({21, 17, 12.2, 2, -15.1}));
   EXPECT_EQ(record.Dewpt, Levels<double>({21, 14, 8.4, 999.9, 999.9}));
-  // Calm and north are 360, which ordering does not take for empty.
-  EXPECT_EQ(record.WindHgt, Levels<double>({65, 655, 1390, 2990, 7230}));
-  EXPECT_EQ(record.WindDir, Levels<double>({360, 360, 200, 210, 215}));
-  EXPECT_EQ(record.WindSpd, Levels<double>({0, 12, 25, 35, 60}));
+  // Calm and north are 360, which ordering does not take for empty. The second of two 850 has a
+  // wind of its own, three metres higher. Heights are hypsometric, worked out apart from the
+  // program; at 400 hPa there is no temperature, 7230 m move by the 10 m of 500 hPa.
+  const double heights[] = {66, 651.5, 1367.9, 1370.9, 2964.6, 7220.3};
+  ASSERT_EQ(record.NumWindLevels(), 6);
+  for (int i = 1; i <= 6; ++i) EXPECT_NEAR(record.WindHgt(i), heights[i - 1], 0.5);
+  EXPECT_EQ(record.WindDir, Levels<double>({360, 360, 200, 201, 210, 215}));
+  EXPECT_EQ(record.WindSpd, Levels<double>({0, 12, 25, 26, 35, 60}));
   EXPECT_EQ(decoded.Notes,
             (std::vector<std::string>{"Dew points above the temperature, lowered to it: 1",
-                                      "Levels at the pressure of the one before, left out: 1",
+                                      "Temperatures at the pressure of the one before, left out: 1",
                                       "Temperatures outside -120 to 60 C, left out: 1"}));
 }
 
@@ -142,10 +146,10 @@ TEST(SpcText, RowsInAnyOrder) {
   EXPECT_EQ(record.Press, Levels<double>({960, 850, 700}));
   EXPECT_EQ(record.Dewpt, Levels<double>({22, 20, 999.9}));
   EXPECT_EQ(record.WindDir, Levels<double>({170, 360, 220, 230}));
-  // 800 hPa: 1500 + 1600 * ln(850/800) / ln(850/700); 600 hPa: 1194 m above 700 in the standard
-  // atmosphere's tables.
-  EXPECT_NEAR(record.WindHgt(3), 1999.6, 0.1);
-  EXPECT_NEAR(record.WindHgt(4), 4294, 1.5);
+  // 800 hPa: 1483.5 + 1646.5 * ln(850/800) / ln(850/700), the hypsometric heights of 850 and 700;
+  // 600 hPa: 1194 m above 700 in the standard atmosphere's tables.
+  EXPECT_NEAR(record.WindHgt(3), 1997.6, 0.5);
+  EXPECT_NEAR(record.WindHgt(4), 4324, 1.5);
 
   std::string damaged = FileText("spc_text.spc");
   damaged.replace(damaged.find("20.00,     20.50"), 5, "20:00");

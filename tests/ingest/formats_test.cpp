@@ -1,6 +1,7 @@
 // Every exchange format that files of several soundings or tables come in. The samples were written
 // for these tests; expected values were worked out by hand from their figures, dew points from
-// humidities with a table of saturation pressures.
+// humidities with a table of saturation pressures. Heights of winds at a pressure are hypsometric,
+// worked out apart from the program with the vapour pressures of Bolton (1980).
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -8,9 +9,11 @@
 #include <cmath>
 #include <string>
 
+#include "analysis/interpolate.h"
 #include "core/files.h"
 #include "core/markers.h"
 #include "core/numbers.h"
+#include "core/raw_file.h"
 #include "core/units.h"
 #include "ingest/decoder.h"
 #include "ingest/json_text.h"
@@ -62,48 +65,48 @@ struct Sample {
 const Sample kSamples[] = {
     {"fsl_two.fsl", "FSL", "72999 - TST  12Z 03 Feb 1998", 0, 2, 4, 5,
      {987.6, 25.4, 20.1}, {102.4, -74.2, kMissing},
-     {118, 90, FromMs(4.1)}, {16400, 360, 0}, 118, 12.5, -101.25},
+     {118, 90, FromMs(4.1)}, {16517.9, 360, 0}, 118, 12.5, -101.25},
     {"fsl_two.fsl", "FSL", "72999 - TST  12Z 04 Feb 1998", 1, 2, 4, 5,
      {1002.1, 25.4, 20.1}, {102.4, -74.2, kMissing},
-     {118, 90, 41}, {16400, 360, 0}, 118, 12.5, -101.25},
+     {118, 90, 41}, {16645.1, 360, 0}, 118, 12.5, -101.25},
     {"fsl_model.txt", "FSL", "10.0,-20.0  06Z 15 Mar 2023", 0, 1, 2, 2,
-     {1005, 25.1, 22.2}, {900, 18.3, 15}, {60, 45, 12}, {1010, 50, 15}, 60, -10, 20},
+     {1005, 25.1, 22.2}, {900, 18.3, 15}, {60, 45, 12}, {1020.8, 50, 15}, 60, -10, 20},
     // The nominal hour is not known there; the release was at 1104. One value was removed by the
     // archive; 55.5 % at 21.5 C is a vapour pressure of 14.22 hPa, the dew point 12.2 C.
     {"igra_station.txt", "IGRA", "85999  11Z 31 Dec 1999", 0, 2, 3, 4,
      {965, 24.8, 15.2}, {700, -1.2, -21.7},
-     {520, 180, FromMs(3.1)}, {3210, 220, FromMs(15)}, 520, -33.45, -70.5},
+     {520, 180, FromMs(3.1)}, {3208.5, 220, FromMs(15)}, 520, -33.45, -70.5},
     {"bufkit_two.buf", "FCST", "72999  00Z 29 Feb 2020", 0, 2, 3, 3,
      {975, 21.5, 16.25}, {500, -14, kMissing},
-     {310, 170.5, 12.25}, {5700, 240, 50}, 310, 40.25, -95.5},
+     {310, 170.5, 12.25}, {5719.6, 240, 50}, 310, 40.25, -95.5},
     {"bufkit_two.buf", "FCST", "72999 - KTST  03Z 29 Feb 2020", 1, 2, 3, 3,
      {975, 23.5, 16.25}, {500, -14, kMissing},
-     {310, 170.5, 12.25}, {5700, 240, 50}, 310, 40.25, -95.5},
+     {310, 170.5, 12.25}, {5723.6, 240, 50}, 310, 40.25, -95.5},
     {"iem_two.json", "IEM", "KAAA  12Z 01 Jun 2003", 0, 2, 2, 3,
-     {990, 18.5, 15.5}, {850, 9.25, kMissing}, {190, 360, 0}, {1500, 220, 30}, 190, 0, 0},
+     {990, 18.5, 15.5}, {850, 9.25, kMissing}, {190, 360, 0}, {1475.4, 220, 30}, 190, 0, 0},
     {"iem_table.csv", "IEM", "KAAA  00Z 02 Jun 2003", 1, 2, 2, 3,
      {985, 20.5, 15}, {850, 10.2, kMissing}, {190, 180, 9}, {3000, 240, 45}, 190, 0, 0},
     {"wyoming_csv.csv", "WYOMING", "wyoming_csv  1102Z 08 Aug 2008", 0, 1, 3, 2,
      {1005.5, 24.5, 20.5}, {300, -36.5, kMissing},
-     {12, 360, FromMs(5)}, {1490, 345, FromMs(10)}, 12, -30.25, 25.5},
+     {12, 360, FromMs(5)}, {1460.2, 345, FromMs(10)}, 12, -30.25, 25.5},
     // Eight rows on the ground, of which the last counts, and two on the way down.
     {"class_two.cls", "CLASS", "72999 - KTST - Test Hill, XX  00Z 10 Mar 2021", 0, 2, 4, 4,
      {965, 8, 3}, {700, -6.5, -12},
-     {400, 90, FromMs(2)}, {2990, 250, FromMs(20)}, 400, 50.25, 10.5},
+     {400, 90, FromMs(2)}, {2974, 250, FromMs(20)}, 400, 50.25, 10.5},
     {"class_two.cls", "CLASS", "Elsewhere  12Z 10 Mar 2021", 1, 2, 2, 2,
-     {960, 9, 4}, {850, 3, -1}, {400, 80, FromMs(3)}, {1400, 100, FromMs(5)}, 400, 50.25, 10.5},
+     {960, 9, 4}, {850, 3, -1}, {400, 80, FromMs(3)}, {1397.3, 100, FromMs(5)}, 400, 50.25, 10.5},
     {"eol_one.eol", "CLASS", "Test field  1759Z 30 Jun 2021", 0, 1, 3, 3,
      {898.5, 28.25, 11.5}, {700, 8.5, kMissing},
-     {1036, 165, FromMs(4)}, {3150, 230, FromMs(15)}, 1036, 39.357463, -101.370695},
+     {1036, 165, FromMs(4)}, {3170.3, 230, FromMs(15)}, 1036, 39.357463, -101.370695},
     // Without the aircraft's row, the first seconds and what the sonde marks as bad. 50 % at 8 C
     // is half of 10.72 hPa, the dew point -1.8 C.
     {"dropsonde_raw.txt", "DROPSONDE", "Dropsonde  1001Z 04 Jul 2021", 0, 1, 3, 3,
      {1010, 27, 27}, {700, 8, -1.81},
-     {15, 100, FromMs(15)}, {3150, 90, FromMs(10)}, 15, 14.2, -60.1},
+     {15, 100, FromMs(15)}, {3158.4, 90, FromMs(10)}, 15, 14.2, -60.1},
     // From the top down; the humidity of the lowest row is missing.
     {"dropsonde_report.frd", "DROPSONDE", "Dropsonde 19X1  1635Z 15 Aug 2019", 0, 1, 3, 2,
      {1010, 27, kMissing}, {700, 8, -1.81},
-     {15, 100, FromMs(15)}, {3150, 90, FromMs(10)}, 15, 25.6, -88.31},
+     {15, 100, FromMs(15)}, {3150.8, 90, FromMs(10)}, 15, 25.6, -88.31},
     // 50 % at 24.8 C is half of 31.3 hPa, the dew point 13.7 C; the highest wind has a height only.
     {"td6201_two.txt", "TD6201", "12345  12Z 03 Jun 1965", 0, 2, 3, 3,
      {965, 24.8, 13.67}, {700, -1.2, kMissing},
@@ -115,11 +118,11 @@ const Sample kSamples[] = {
      {1010.5, 12.4, 9.1}, {500, -24.9, kMissing}, {62, 190, 8}, {5600, 360, 41}, 62, 51.9625, 7.5},
     // u 3, v 4: from 180 + 36.87 degrees.
     {"model_two.csv", "FCST", "TST  06Z 01 Jan 2017", 0, 2, 2, 2,
-     {950, -3, -5}, {850, -6, -11}, {500, 216.87, 5}, {1400, 90, 10}, 500, 44.5, -99.25},
+     {950, -3, -5}, {850, -6, -11}, {500, 216.87, 5}, {1375.9, 90, 10}, 500, 44.5, -99.25},
     // Pascals, kelvins, kilometres an hour; 20 % at -20 C is 0.251 hPa, the dew point -37.3 C.
     {"columns_units.txt", "COLUMNS", "Field site  2219Z 18 Feb 2020", 0, 1, 3, 2,
      {840, 10, 10}, {540, -20, -37.26},
-     {1608, 360, FromMs(10)}, {5000, 270, FromMs(20)}, 1608, 40.5, -105.25},
+     {1608, 360, FromMs(10)}, {5080.7, 270, FromMs(20)}, 1608, 40.5, -105.25},
 };
 // clang-format on
 
@@ -130,7 +133,7 @@ void ExpectTemp(const SoundingRecord& record, int level, const TempRow& row) {
 }
 
 void ExpectWind(const SoundingRecord& record, int level, const WindRow& row) {
-  EXPECT_EQ(record.WindHgt(level), row.Height);
+  EXPECT_NEAR(record.WindHgt(level), row.Height, 0.5);
   EXPECT_EQ(record.WindDir(level), row.Dir);
   EXPECT_DOUBLE_EQ(record.WindSpd(level), row.Spd);
 }
@@ -322,7 +325,7 @@ int TempAt(const SoundingRecord& record, double press) {
 
 int WindAt(const SoundingRecord& record, double height) {
   for (int i = 1; i <= record.NumWindLevels(); ++i) {
-    if (std::fabs(record.WindHgt(i) - height) < 0.01) return i;
+    if (std::fabs(record.WindHgt(i) - height) < 0.5) return i;
   }
   return 0;
 }
@@ -372,11 +375,11 @@ TEST(Coded, PartsOfABulletinBecomeOneSounding) {
     ExpectTemp(record, level, row);
   }
   const WindRow winds[] = {{304.8, 185, 12},   // thousand feet
-                           {780, 190, 20},     // 925 hPa
+                           {782.8, 190, 20},   // 925 hPa
                            {3657.6, 100, 16},  // "10016" is a wind, not 100 000 ft
-                           {5660, 220, 40},          {16260, 250, 40},
-                           {18530, 250, FromMs(20)},  // part C is in m/s
-                           {20660, 255, FromMs(22)}};
+                           {5632, 220, 40},           {16217.3, 250, 40},
+                           {18427, 250, FromMs(20)},  // part C is in m/s
+                           {20507.6, 255, FromMs(22)}};
   for (const WindRow& row : winds) {
     SCOPED_TRACE(row.Height);
     const int level = WindAt(record, row.Height);
@@ -460,23 +463,23 @@ TEST(Coded, HeightsAndWindsByTheirNeighbours) {
       {"below the sea",
        "TTAA 55000 01234 99950 10056 18010 00695 ///// ///// 92445 08056 20015 "
        "85135 04056 21020=",
-       1135, 210, 20},
+       1139.7, 210, 20},
       {"a cold layer has the lower thousand",
        "TTAA 55000 89999 99668 64556 09512 00721 ///// ///// 92414 ///// ///// 85079 ///// ///// "
        "70519 ///// ///// 50481 43127 09524=",
-       4810, 95, 24},
+       4698, 95, 24},  // 4810 m by the message, which has no temperatures in between
       {"five degrees and 500 knots",
        "TTAA 55001 01234 99000 20056 18010 85500 10056 35655 70100 "
        "01056 18012=",
-       1500, 355, 155},
+       1500.5, 355, 155},
       {"no winds: the next level stands in their place",
        "TTAA 55007 01234 99000 20056 18010 85500 10056 18010 70100 01056 18020 50580 10156 40750 "
        "22156 30956 40156=",
-       3100, 180, 20},
+       3088.9, 180, 20},
       {"a tropopause that looks like a wind maximum",
        "TTAA 5500/ 01234 99000 20056 18010 85500 10056 88120 77162 26018 77999= "
        "TTBB 55008 01234 00000 20056 11850 10056 21212 11850 24015=",
-       1500, 240, 15},
+       1500.5, 240, 15},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.About);
@@ -505,6 +508,60 @@ TEST(Json, IsReadStrictly) {
   for (const char* text : bad) EXPECT_FALSE(ReadJson(SourceText("j", text))) << text;
   EXPECT_EQ(*ReadJson(SourceText("j", "\"\\u00e4\"")).Value().Text(), "\xc3\xa4");
   EXPECT_FALSE(ReadJson(SourceText("j", std::string(5000, '['))));
+}
+
+// Aloft a tenth of a hectopascal lasts for seconds: each has a wind at a height of its own, and the
+// highest row is the last of those at the lowest pressure.
+TEST(Formats, RowsThatRepeatAPressureKeepTheirWinds) {
+  const Decoded decoded = DecodeText(
+      "r.txt",
+      "# P (hPa) Z (m) T (C) WD (deg) WS (kt)\n1000 100 20 180 10\n10.1 30900 -40 80 20\n"
+      "10.1 30930 -40 85 21\n10.0 30960 -40 90 22\n10.0 30990 -40.1 95 23\n"
+      "10.0 31020 -40.2 100 24\n10.0 31020 -40.2 101 25\n");
+  ASSERT_FALSE(decoded.Failed) << decoded.Failed->Detail;
+  EXPECT_EQ(decoded.Record.Press, Levels<double>({1000, 10.1, 10}));
+  const SoundingRecord& record = decoded.Record;
+  EXPECT_EQ(record.WindDir, Levels<double>({180, 80, 85, 90, 95, 100}));
+  const double top = record.WindHgt(4);  // at 10 hPa
+  EXPECT_NEAR(record.WindHgt(3), (record.WindHgt(2) + top) / 2, 0.1);
+  EXPECT_NEAR(record.WindHgt(5), top + 30, 0.1);
+  EXPECT_NEAR(record.WindHgt(6), top + 60, 0.1);
+  EXPECT_TRUE(decoded.HasNote("Temperatures at the pressure of the one before, left out: 3"));
+  EXPECT_TRUE(decoded.HasNote("Winds at the height of another, left out: 1"));
+  EXPECT_TRUE(decoded.HasNote("Heights that do not follow from the temperatures"));
+}
+
+// Heights that the station reports do not always follow from its temperatures: the wind of a
+// pressure must be found there all the same, in the native file too.
+TEST(Formats, AWindGivenAtAPressureIsFoundThere) {
+  const char* const message =
+      "TTAA 56001 01234 99986 09613 00000 00153 ///// ///// 92812 14461 32521 85523 13071 31526 "
+      "70129 05277 27516 50577 14185 26538 88259 49167 26062 77999= "
+      "TTBB 56008 01234 00986 09613 11983 11633 22967 12847 33958 15858 44917 14061=";
+  StationList stations;
+  ASSERT_TRUE(
+      stations.Insert({.Number = 1234, .Ident = "ENXX", .ElevM = 211, .Lat = 28.6, .Lon = 77}));
+  LoadContext context{.Stations = &stations};
+  SoundingRecord record;
+  ASSERT_FALSE(DecodeSounding(SourceText("m", message), context, record));
+  SoundingRecord back;
+  LoadContext again;
+  ASSERT_FALSE(DecodeSounding(SourceText("m.RAW", WriteRaw(record)), again, back));
+  const struct {
+    double Press, Dir, Spd;
+  } winds[] = {{925, 325, 21}, {850, 315, 26}, {700, 275, 16}, {500, 265, 38}, {259, 260, 62}};
+  for (const SoundingRecord* read : {&record, &back}) {
+    const analysis::LevelProfile profile = analysis::DeriveLevels(*read, Options{});
+    for (const auto& wind : winds) {
+      SCOPED_TRACE(wind.Press);
+      const analysis::Wind found = analysis::GetWIND(*read, profile, wind.Press);
+      EXPECT_EQ(found.Dir, wind.Dir);
+      EXPECT_NEAR(found.Spd, wind.Spd, 0.05);
+    }
+  }
+  EXPECT_TRUE(std::ranges::any_of(context.Notes, [](const std::string& note) {
+    return note.find("925 hPa: reported 812 m, computed") != note.npos;
+  }));
 }
 
 TEST(Formats, SecondsOfAWholeFlightOpenInASecond) {
