@@ -18,7 +18,7 @@ constexpr double kLowLayer = 500;          // m
 constexpr double kLatestBegin = 500;  // m above the layer's base
 constexpr double kLeastShare = 0.75;  // of the layer's depth
 constexpr double kWidestGap = 4000;   // m; mandatory levels alone stand 2.7 km apart
-constexpr double kNoShear = 0.01;          // kt
+constexpr double kNoShear = 0.01;     // kt
 
 WindVector VectorAt(const SoundingRecord& sounding, int level) {
   return Components({sounding.WindDir(level), sounding.WindSpd(level)});
@@ -78,8 +78,8 @@ class WindsAbove {
         layer.ReachesTop = true;
       }
     }
-    layer.IsFilled =
-        BeginsInTime(depth) && HasNoGap(depth) && (layer.ReachesTop || reached >= kLeastShare * depth);
+    layer.IsFilled = BeginsInTime(depth) && HasNoGap(depth) &&
+                     (layer.ReachesTop || reached >= kLeastShare * depth);
     return layer;
   }
 
@@ -261,7 +261,7 @@ StormMotionResults AnalyseStormMotion(const SoundingRecord& sounding, const Opti
 
 std::string_view StormMotionResults::ChosenName() const {
   if (ChosenIsManual) {
-    return RightIsChosen ? "right mover, entered by hand" : "left mover, entered by hand";
+    return RightIsChosen ? "right mover, manual" : "left mover, manual";
   }
   return RightIsChosen ? "right mover" : "left mover";
 }

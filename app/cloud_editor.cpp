@@ -106,6 +106,7 @@ bool CloudEditor::Apply() {
   }
   edited.CloudMode = mode_->currentText().toStdString();
   edited.CloudOption = option_->currentText().toStdString();
+  if (edited == record_) return true;  // looked at only
   return accepted_(std::move(edited));
 }
 

@@ -6,6 +6,7 @@
 #include <QVBoxLayout>
 #include <utility>
 
+#include "analysis/clouds.h"
 #include "app/cloud_editor.h"
 #include "app/edit_grid.h"
 #include "app/level_editor.h"
@@ -13,6 +14,7 @@
 #include "app/station_editor.h"
 #include "app/text_editor.h"
 #include "core/error_report.h"
+#include "core/numbers.h"
 #include "core/raw_file.h"
 #include "core/station_file.h"
 #include "program/edit_commands.h"
@@ -77,9 +79,18 @@ bool TakeClouds(Program& program, SoundingRecord edited, const Show& show) {
   return true;
 }
 
+// The table shows what the automatic analysis found until layers are entered.
+SoundingRecord WithCloudTable(const Program& program) {
+  SoundingRecord record = program.Doc.Record();
+  if (Trim(record.CloudMode) == "AUTO") {
+    record.Clouds = analysis::CloudTable(program.Doc.Results().Layers.Clouds, record.ElevM);
+  }
+  return record;
+}
+
 void EditClouds(Program& program, QWidget* window, const Show& show) {
   Open(new CloudEditor(
-      program.Current.Record,
+      WithCloudTable(program),
       [&program, show](SoundingRecord edited) {
         return TakeClouds(program, std::move(edited), show);
       },

@@ -322,6 +322,7 @@ void DrawLegend(Canvas& canvas, const std::vector<ProfileWind>& winds, double to
   double y = top + kLegendStep;
   std::vector<LegendItem> items = canvas.Legend;
   items.push_back({StormFrame(canvas) ? "Storm-Relative Winds" : "Ground-Relative Winds", {}});
+  if (canvas.In.Storm().ChosenIsManual) items.push_back({"Storm motion: manual", {}});
   const int lowest = winds.empty() ? 0 : BandOf(winds.front().Height);
   const int highest = winds.empty() || canvas.In.Window.SkipPlot ? -1 : BandOf(winds.back().Height);
   for (int band = lowest; band <= highest; ++band) {

@@ -12,6 +12,7 @@
 #include "ingest/decoder.h"
 #include "program/commands.h"
 #include "program/edit_commands.h"
+#include "program/hodograph_commands.h"
 #include "program/listed_soundings.h"
 #include "program/session_memory.h"
 
@@ -152,6 +153,7 @@ bool LoadOne(Program& program, Document::Leave leave, const std::filesystem::pat
     return false;
   }
   program.View.Cursor = {};
+  EndStormMotion(program);
   return true;
 }
 

@@ -12,6 +12,7 @@
 #include "core/numbers.h"
 #include "core/raw_file.h"
 #include "program/commands.h"
+#include "program/hodograph_commands.h"
 
 namespace vexa {
 namespace {
@@ -160,6 +161,7 @@ Changes AdoptNew(Program& program, SoundingRecord entered, const fs::path& path)
   program.Doc.Enter(*leave, std::move(entered),
                     path.empty() ? program.Where.Data / kNewName : path);
   program.Listed = {};
+  EndStormMotion(program);
   return {.Sounding = true};
 }
 

@@ -63,6 +63,10 @@ Changes HoldStormMotion(Program& program, bool hold) {
   return EnterStormMotion(program, analysis::FromComponents(chosen->Motion));
 }
 
+void EndStormMotion(Program& program) {
+  if (!program.Hodograph.Hold) program.Set.MotionMode = Scaling::Auto;
+}
+
 StormEntry EntryOf(const Program& program) {
   return {program.Set.MotionMode,
           {program.Set.ManualMotionDir, program.Set.ManualMotionSpd},

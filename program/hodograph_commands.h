@@ -21,6 +21,9 @@ Changes ChooseMover(Program& program, StormMover mover);
 /// entered by hand. Let go, motions are computed again.
 Changes HoldStormMotion(Program& program, bool hold);
 
+/// A motion that was entered ends with its sounding unless it is held.
+void EndStormMotion(Program& program);
+
 /// What was entered for the storm's motion, to come back to when a drag is given up.
 struct StormEntry {
   Scaling Mode = Scaling::Auto;

@@ -12,6 +12,7 @@
 #include "core/numbers.h"
 #include "diagram/title_text.h"
 #include "program/commands.h"
+#include "program/hodograph_commands.h"
 #include "program/session_memory.h"
 
 namespace vexa {
@@ -113,6 +114,7 @@ void TakeListed(Program& program, Document::Leave leave, std::size_t index,
                            .Record = listed.Record(),
                            .Notes = listed.Notes(),
                            .Finding = listed.Finding()});
+  EndStormMotion(program);
   cursor.Follow();
   program.Listed.GoTo(index);
   NoteTitle(program);

@@ -103,6 +103,18 @@ Changes Behind(Program& program, std::string_view procedure, Body&& body) {
   return changes;
 }
 
+// Each level is lifted down by itself: with thousands of them that is felt.
+void HintAtDcape(Program& program) {
+  constexpr int kMany = 1000;
+  if (program.DcapeHinted || program.Set.Dcape != DcapeMode::Best ||
+      program.Doc.Record().NumTempLevels() < kMany) {
+    return;
+  }
+  program.DcapeHinted = true;
+  program.Notices.push_back(
+      "DCAPE can be configured for faster simple calculations  (F9 - Tab 3).");
+}
+
 void WarnOfTephigram(Program& program) {
   if (program.TephigramWarned || program.Plot->Warning.empty()) return;
   program.TephigramWarned = true;
@@ -131,6 +143,7 @@ bool Refresh(Program& program, Changes changes) {
   const std::optional<Fault> fault = Guarded("Refresh", [&]() -> std::optional<Fault> {
     if (changes.Sounding || changes.Options) {
       program.Doc.Analyse(program.Set, program.Adiabats, ProgressOf(program));
+      HintAtDcape(program);
     } else if (changes.Storm) {
       program.Doc.FollowStormMotion(program.Set);
     }

@@ -160,6 +160,7 @@ struct Program {
 
   std::optional<diagram::SoundingPlot> Plot{};  // the last picture that was finished
   bool TephigramWarned = false;                 // its warning was shown
+  bool DcapeHinted = false;                     // that it can be had faster
   bool Leaving = false;                         // Exit was chosen
   CommandGate Gate{};
 };

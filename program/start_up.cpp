@@ -15,6 +15,7 @@
 #include "download/template_file.h"
 #include "program/commands.h"
 #include "program/displays.h"
+#include "program/hodograph_commands.h"
 #include "program/reference_tables.h"
 #include "program/session_memory.h"
 #include "program/settings_commands.h"
@@ -85,6 +86,7 @@ void ReadStationList(Program& program, const StartArguments& arguments) {
 
 void ClearSounding(Program& program, const StartArguments&) {
   program.Doc.Take(Document::GiveUpEdits(), {});
+  EndStormMotion(program);
 }
 
 void BringSources(Program& program, const StartArguments& arguments) {
@@ -161,6 +163,17 @@ std::string StageMark(std::size_t number) {
   return std::string(2, static_cast<char>('A' + number));
 }
 
+class AutoLoading {
+ public:
+  explicit AutoLoading(Document& doc) : doc_(doc) { doc_.SetAutoLoading(true); }
+  ~AutoLoading() { doc_.SetAutoLoading(false); }
+  AutoLoading(const AutoLoading&) = delete;
+  AutoLoading& operator=(const AutoLoading&) = delete;
+
+ private:
+  Document& doc_;
+};
+
 }  // namespace
 
 void StartUp(Program& program, const StartArguments& arguments) {
@@ -174,6 +187,7 @@ void StartUp(Program& program, const StartArguments& arguments) {
 Changes AutoLoadCode(Program& program) {
   const SystemOptions& set = program.Set.System;
   if (!set.Autoload || set.AutoFile.empty()) return {};
+  const AutoLoading marked(program.Doc);
   if (set.AutoFile == kMultipleMarker) {
     std::vector<std::filesystem::path> paths;
     for (const std::string& name : ReadList(program.Where.Root, kSoundingList)) {

@@ -9,6 +9,7 @@
 
 #include "analysis/index_table.h"
 #include "analysis/interpolate.h"
+#include "core/error_report.h"
 #include "core/files.h"
 #include "core/markers.h"
 #include "core/numbers.h"
@@ -27,12 +28,23 @@ constexpr std::string_view kLockedAlready =
     "you must first activate a screen REFRESH from the Main Menu,\n"
     "before another Cursor can be positioned on the diagram.";
 
-// Loads a sounding beside the one in work; null when it cannot be read, which is told.
-SharedSounding LoadOld(Program& program, const std::filesystem::path& path) {
+// Loads a sounding beside the one in work; null when it cannot be read, which is told. Doubtful
+// data are told too: alone a sounding is shown all the same, one of several is left out.
+SharedSounding LoadOld(Program& program, const std::filesystem::path& path,
+                       bool isOneOfSeveral = false) {
+  CurrentSounding beside = program.Doc.Beside();
+  beside.FileName = TextFromPath(path.filename());
+  beside.DatasetMode = isOneOfSeveral;
   Outcome<SharedSounding> loaded = LoadAnalysed({.File = path}, PolicyOf(program));
-  if (loaded) return std::move(loaded.Value());
-  program.Doc.Report(loaded.Error());
-  return nullptr;
+  if (!loaded) {
+    ErrorReport(beside, loaded.Error());
+    return nullptr;
+  }
+  const QcFinding& finding = loaded.Value()->Finding();
+  if (finding.Number == 0) return std::move(loaded.Value());
+  ErrorReport(beside, {kFaultUnusable, "LoadOld",
+                       beside.FileName + ": " + std::string(QcText(finding.Number))});
+  return isOneOfSeveral ? nullptr : std::move(loaded.Value());
 }
 
 FileQuestion QuestionFor(const Program& program, std::string_view title) {
@@ -182,7 +194,7 @@ Changes OverlaySeveral(Program& program) {
         Shortest(static_cast<int>(i) + 1) + " of " + Shortest(static_cast<int>(names.size()));
     const double done = static_cast<double>(i) / static_cast<double>(names.size());
     if (!progress.Begin("Loading sounding " + step + " . . .", done)) return {};
-    if (SharedSounding old = LoadOld(program, PathFromText(names[i]))) {
+    if (SharedSounding old = LoadOld(program, PathFromText(names[i]), true)) {
       others.push_back(std::move(old));
     }
   }

@@ -53,7 +53,7 @@ Status Document::Load(Leave leave, const Source& from, const LoadPolicy& policy,
   Take(leave, *std::move(loading.Sounding));
   if (status == Status::QcError && !asked.Ask->Unattended()) correction_ = CheckRecord(Record());
   current_.QcFault = asked.QcFault;
-  current_.StatusText = Text(Status::Ok);
+  current_.StatusText = Text(status);
   return Status::Ok;
 }
 

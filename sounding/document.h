@@ -101,6 +101,8 @@ class Document {
   // Talking to the user about it.
 
   void AskThrough(Interaction* ask) { current_.Ask = ask; }
+  /// While soundings are loaded without the user's doing their faults are told in other words.
+  void SetAutoLoading(bool on) { current_.AutoLoading = on; }
   void SetStatus(std::string_view text) { current_.StatusText = text; }
   Answer Report(const Fault& fault, BoxIcon icon = BoxIcon::Exclamation) {
     return ErrorReport(current_, fault, icon);

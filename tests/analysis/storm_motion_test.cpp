@@ -145,13 +145,13 @@ TEST(StormMotion, EnteredByHandReplacesTheChosenMover) {
   EXPECT_NEAR(motion.Spd, 30, 1e-6);
   EXPECT_NE(entered.Right->Helicity[2], computed.Right->Helicity[2]);
   EXPECT_EQ(entered.Left->Motion.U, computed.Left->Motion.U);
-  EXPECT_EQ(entered.ChosenName(), "right mover, entered by hand");
+  EXPECT_EQ(entered.ChosenName(), "right mover, manual");
 
   // South of the equator the left mover is the cyclonic one, and chosen unless the user says else.
   sounding.LatHemi = "S";
   const StormMotionResults southern = AnalyseStormMotion(sounding, options);
   EXPECT_FALSE(southern.RightIsCyclonic);
-  EXPECT_EQ(southern.ChosenName(), "left mover, entered by hand");
+  EXPECT_EQ(southern.ChosenName(), "left mover, manual");
   EXPECT_NEAR(FromComponents(southern.Left->Motion).Dir, 230, 1e-3);
   options.Mover = StormMover::Right;
   EXPECT_TRUE(AnalyseStormMotion(sounding, options).RightIsChosen);

@@ -64,6 +64,28 @@ TEST(StartUp, LoadsTheSoundingsThatWereMarkedTogether) {
   EXPECT_TRUE(commands::IsAutoLoaded(next));
 }
 
+TEST(StartUp, AFileToLoadAtStartThatIsDamagedIsToldInItsOwnWords) {
+  const test::TemporaryFolder folder;
+  std::string cut = WriteRaw(test::ReferenceWinter());
+  cut.resize(60);
+  ASSERT_FALSE(SaveFile(folder.Path() / "cut.RAW", cut));
+  test::ScriptedInteraction user;
+  Program program;
+  program.Doc.AskThrough(&user);
+  program.Set.System.Autoload = true;
+  program.Set.System.AutoDrive = TextFromPath(folder.Path());
+  program.Set.System.AutoFile = "cut.RAW";
+  user.Expect("VEXA", Answer::Ok);
+  EXPECT_FALSE(AutoLoadCode(program).Any());
+  EXPECT_TRUE(user.Boxes.back().Text.starts_with("Data for cut.RAW can not be found.\n"))
+      << user.Boxes.back().Text;
+  // Opened by the user the same file is told of in other words.
+  user.Expect("VEXA", Answer::Ok);
+  OpenSoundings(program, {folder.Path() / "cut.RAW"});
+  EXPECT_TRUE(user.Boxes.back().Text.starts_with("Data file is corrupt, incomplete"))
+      << user.Boxes.back().Text;
+}
+
 TEST(StartUp, BringsTheStationListAndKeepsTheUsers) {
   const test::TemporaryFolder folder;
   const fs::path program = folder.Path() / "build" / "bin";

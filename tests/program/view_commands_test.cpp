@@ -12,6 +12,7 @@
 #include "core/files.h"
 #include "core/raw_file.h"
 #include "program/edit_commands.h"
+#include "program/hodograph_commands.h"
 #include "program/level_drag.h"
 #include "program/menu.h"
 #include "program/parcel_table.h"
@@ -81,6 +82,51 @@ TEST_F(ViewTest, LoadingManyBesideOneAnotherTellsItsShareAndStops) {
   ASSERT_FALSE(files.empty());
   EXPECT_TRUE(std::is_sorted(files.end() - 1, user.Shares.end()));
   EXPECT_GT(user.Shares.back(), 0.4);
+}
+
+TEST_F(ViewTest, DoubtfulDataBesideAreToldAndOneOfSeveralIsLeftOut) {
+  const auto hot = Saved("hot.RAW", test::Profile({{1000, 71, 10}, {900, 20, 10}}));
+  const auto good = Saved("b.RAW", test::ReferenceWinter());
+  user.Chosen = {TextFromPath(hot), TextFromPath(good)};
+  user.Expect("VEXA", Answer::Ok);
+  Do(Command::Overlay);
+  ASSERT_EQ(program.Others.size(), 1u);
+  EXPECT_EQ(program.Others[0]->From().File, good);
+  EXPECT_EQ(user.Boxes.back().Text,
+            "This sounding has bad data or a non-standard format.\n"
+            "This sounding will not be used for this dataset.\n"
+            "hot.RAW: Temperature is greater than 70C.");
+  Do(Command::SoundingDiagram);
+  user.Chosen = {TextFromPath(hot)};
+  user.Expect("VEXA", Answer::Ok);
+  Do(Command::Compare);
+  EXPECT_EQ(program.Others.size(), 1u);
+  EXPECT_TRUE(user.Boxes.back().Text.starts_with("VEXA encountered one of the following problems"));
+}
+
+TEST_F(ViewTest, AnEnteredStormMotionEndsWithItsSoundingUnlessHeld) {
+  const auto next = Saved("b.RAW", test::ReferenceWinter());
+  Do(EnterStormMotion(program, {200, 40}));
+  EXPECT_TRUE(program.Results.Storm.ChosenIsManual);
+  Do(OpenSoundings(program, {next}));
+  EXPECT_FALSE(program.Results.Storm.ChosenIsManual);
+  Do(EnterStormMotion(program, {200, 40}));
+  Do(HoldStormMotion(program, true));
+  Do(OpenSoundings(program, {folder.Path() / "a.RAW"}));
+  EXPECT_TRUE(program.Results.Storm.ChosenIsManual);
+  EXPECT_EQ(program.Results.Storm.ChosenName(), "right mover, manual");
+}
+
+TEST_F(ViewTest, ManyLevelsHintOnceAtAFasterDcape) {
+  SoundingRecord dense = test::Profile({});
+  for (int i = 0; i < 1200; ++i) dense.AddTemp(1000 - 0.5 * i, 20 - 0.05 * i, 10 - 0.05 * i);
+  const auto file = Saved("dense.RAW", dense);
+  program.Set.Dcape = DcapeMode::Best;
+  Do(OpenSoundings(program, {file}));
+  EXPECT_EQ(TakeNotices(program),
+            "DCAPE can be configured for faster simple calculations  (F9 - Tab 3).  ");
+  Do({.Options = true});
+  EXPECT_EQ(TakeNotices(program), "");
 }
 
 TEST_F(ViewTest, ComparesOverlaysAndGoesBack) {
