@@ -18,6 +18,7 @@
 #include "analysis/standard_atmosphere.h"
 #include "analysis/turbulence.h"
 #include "analysis/winter.h"
+#include "core/numbers.h"
 #include "core/units.h"
 
 namespace vexa::analysis {
@@ -204,6 +205,22 @@ AnalysisResults Analyse(const SoundingRecord& sounding, const Options& options, 
   DropNonsense(results);
   results.Indices = ComputeIndices(sounding, results, options);
   return results;
+}
+
+bool ParcelAscent::IsBound(double ParcelAscent::*energy) const {
+  if (energy == &ParcelAscent::CapeDepth) return IsDepthCut;
+  if (energy == &ParcelAscent::CapeHail) return IsCut && HailTopPress == kNone;
+  return IsCut && (energy == &ParcelAscent::CapeTotal || energy == &ParcelAscent::CapePlusOnly);
+}
+
+std::string EnergyText(const ParcelAscent& ascent, double ParcelAscent::*energy) {
+  if (!ascent.Start.Exists()) return "--";
+  return (ascent.IsBound(energy) ? ">" : "") + Mask(ascent.*energy, "####0");
+}
+
+std::string ElText(const ParcelAscent& ascent, std::string_view mask) {
+  if (!ascent.Equilibrium.Exists()) return "--";
+  return (ascent.IsCut ? "above " : "") + Mask(ascent.Equilibrium.Press, mask);
 }
 
 std::string_view Text(LiftType type) {

@@ -55,6 +55,12 @@ struct ParcelAscent {
   double HailBasePress = kNone;  // hPa where the parcel passes -10 °C
   double HailTopPress = kNone;   // hPa where it passes -30 °C
 
+  // The sounding ends while the parcel is still warmer: its EL lies above, and the energies that
+  // would go on are at least what they say.
+  bool IsCut = false;
+  bool IsDepthCut = false;  // the top of the 0-x km layer lies above too
+  bool IsBound(double ParcelAscent::*energy) const;
+
   // The path: step i stands at FirstPress - i·Step hPa, from the start to the highest level of
   // the sounding; temperatures are virtual when the temperature base is.
   int FirstPress = 0;
@@ -63,6 +69,13 @@ struct ParcelAscent {
   std::vector<double> EnvTemps{};     // °C, kMissing where the sounding has no value
   std::vector<float> Increments{};    // J/kg, up to the equilibrium level; first is 0
 };
+
+/// An energy of a parcel as it is shown: "2463", ">2463" where the sounding ends too early, "--"
+/// without a parcel.
+std::string EnergyText(const ParcelAscent& ascent, double ParcelAscent::*energy);
+
+/// The pressure of its EL: "251", "above 251" where that is only the sounding's end, "--" for none.
+std::string ElText(const ParcelAscent& ascent, std::string_view mask = "###0");
 
 /// One lift type under both modes.
 struct LiftAnalysis {

@@ -40,12 +40,14 @@ double Supercell(In& in) {
   const ParcelAscent& parcel = in.Results().Ascent(LiftType::MostUnstable);
   if (!parcel.Start.Exists()) return in.Fail("no parcel to lift");
   const double cape = in.Note("most unstable CAPE", parcel.CapeTotal, "J/kg");
+  if (parcel.IsCut) in.SayBound();
   return cape / 1000 * (in.Helicity(3) / 100) * (in.BrnShear() / 40);
 }
 
 double Craven(In& in) {
   const ParcelAscent& parcel = in.Results().Ascent(LiftType::MeanLayer);
   if (!parcel.Start.Exists()) return in.Fail("no mean-layer parcel");
+  if (parcel.IsCut) in.SayBound();
   const auto& shear = in.Results().Storm.Shear6km;
   if (!shear) return in.Fail("the winds do not cover 0-6 km");
   const double shearMs = in.Note("shear 0-6 km", kKnotToMs * std::hypot(shear->U, shear->V), "m/s");
@@ -76,6 +78,7 @@ double NormalizedCape(In& in) {
   if (!parcel.FreeLevel.Exists() || !parcel.Equilibrium.Exists()) {
     return in.Fail("the parcel is never free");
   }
+  if (parcel.IsCut) return in.Fail("the sounding ends below the EL");
   const double depth =
       in.Note("EL minus LFC", parcel.Equilibrium.Height - parcel.FreeLevel.Height, "m");
   if (!(depth > 0)) return in.Fail("LFC and EL coincide");
@@ -133,6 +136,7 @@ double OfChosen(In& in, double ParcelAscent::*energy) {
   in.Setting("lift mode", Word(in.Set().BaseLevel));
   in.Setting("temperature base", Word(in.Set().CapeTempBase));
   in.Note("starts at", parcel.Start.Press, "hPa");
+  if (parcel.IsBound(energy)) in.SayBound();
   return parcel.*energy;
 }
 
@@ -190,7 +194,7 @@ double MesoscaleVector(In& in) {
   }
   const Wind moves = FromComponents({cloud.U / 4 - low.U, cloud.V / 4 - low.V});
   in.Note("propagates from", moves.Dir, "deg");
-  if (!in.Failed()) in.Say(DirectionAndSpeed({moves.Dir, in.ShownSpeed(moves.Spd)}));
+  in.SayDirection(moves.Dir);
   return moves.Spd;
 }
 

@@ -13,9 +13,6 @@ using In = IndexReader;
 /// Decimals to which differences of reported tenths are compared with limits.
 inline constexpr int kExactDecimals = 6;
 
-/// Direction rounded to whole degrees, "/" and the speed rounded: "281/32". North is 360.
-std::string DirectionAndSpeed(const Wind& wind);
-
 // Stability and moisture.
 double KIndex(In& in);
 double TotalTotals(In& in);

@@ -155,8 +155,7 @@ double SecondGust(In& in) {
 double LargerGust(In& in) {
   const double first = in.Note("T1 gust", FirstGust(in), "kt");
   const double second = in.Note("T2 gust", SecondGust(in), "kt");
-  if (!in.Failed())
-    in.Say(Mask(in.ShownSpeed(first), "##0") + "/" + Mask(in.ShownSpeed(second), "##0"));
+  in.SayBoth(first, second);
   return std::max(first, second);
 }
 
@@ -186,8 +185,9 @@ double HailSize(In& in) {
   constexpr double kLevel = -5;  // °C
   const AnalysisResults& results = in.Results();
   const LevelProfile& levels = in.Levels();
-  const double cape = in.Cape();
-  if (in.Failed()) return 0;
+  const ParcelAscent& parcel = results.Chosen();
+  if (!parcel.Start.Exists()) return in.Fail("no parcel to lift");
+  const double cape = in.Note("CAPE total", parcel.CapeTotal, "J/kg");
   const LevelPoint& ccl = results.ConvectiveCondensation;
   if (!ccl.Exists()) return in.Fail("the mixed layer's moisture never saturates");
   const std::optional<double> press = LowestCrossing(levels, levels.Temp, kLevel);

@@ -22,12 +22,12 @@ double HeightOf(In& in, const LevelPoint& level, std::string_view why) {
 constexpr std::string_view kNeverFree = "the parcel is never warmer than its surroundings";
 constexpr std::string_view kNoParcel = "no parcel to lift";
 
-}  // namespace
-
-std::string DirectionAndSpeed(const Wind& wind) {
-  const int direction = ToWhole(wind.Dir) == 0 ? 360 : ToWhole(wind.Dir);
-  return Shortest(direction) + "/" + Shortest(ToWhole(wind.Spd));
+double EquilibriumHeight(In& in, const ParcelAscent& parcel) {
+  if (parcel.IsCut) in.SayBound();
+  return HeightOf(in, parcel.Equilibrium, kNeverFree);
 }
+
+}  // namespace
 
 double LiftModeShown(In& in) {
   in.Say(std::string(Word(in.Set().BaseLevel)));
@@ -85,10 +85,10 @@ double FreezingLevelShown(In& in) {
 }
 
 double CclElHeight(In& in) {
-  return HeightOf(in, Lift(in).Convective.Equilibrium, kNeverFree);
+  return EquilibriumHeight(in, Lift(in).Convective);
 }
 double LfcElHeight(In& in) {
-  return HeightOf(in, Lift(in).Forced.Equilibrium, kNeverFree);
+  return EquilibriumHeight(in, Lift(in).Forced);
 }
 double LfcHeight(In& in) {
   return HeightOf(in, Lift(in).Forced.FreeLevel, kNeverFree);

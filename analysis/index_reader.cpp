@@ -138,7 +138,13 @@ double IndexReader::Cape() {
   const ParcelAscent& parcel = results_.Chosen();
   if (!parcel.Start.Exists()) return Fail("no parcel to lift");
   Setting("lift type", Text(results_.ChosenLift));
+  if (parcel.IsCut) SayBound();
   return Note("CAPE total", parcel.CapeTotal, "J/kg");
+}
+
+void IndexReader::SayBound() {
+  told_.IsBound = true;
+  Setting("the sounding ends", "while the parcel is still warmer: its EL lies above");
 }
 
 double IndexReader::BrnShear() {
@@ -163,6 +169,8 @@ double IndexReader::Helicity(double depthKm) {
   }
   if (!Keeps()) return helicity;
   Setting("storm motion", results_.Storm.ChosenName());
+  Setting("cyclonic turning is",
+          results_.Storm.RightIsCyclonic ? "positive" : "negative, south of the equator");
   return Note("helicity 0-" + Mask(depthKm, "#0.#") + " km", helicity, "m2/s2");
 }
 
@@ -190,10 +198,6 @@ double IndexReader::FreezingHeight() {
   const LevelPoint* level = LowestFreezing();
   if (level == nullptr) return Fail("no level of 0 C with warmer air below");
   return Note("freezing level", level->Height - Levels().Height(1), "m AGL");
-}
-
-double IndexReader::ShownSpeed(double knots) const {
-  return Set().Speed == SpeedUnits::MetersPerSecond ? knots * kKnotToMs : knots;
 }
 
 WindVector IndexReader::MeanWind(double bottom, double top) {

@@ -44,15 +44,18 @@ class IndexReader {
   double FreezingHeight();            // m above ground of the lowest with warm air below
   bool FreezesWithWarmBelow() const;  // true where there is such a level
   WindVector MeanWind(double bottom, double top);  // kt, between heights in m above ground
-  double ShownSpeed(double knots) const;           // in the unit of the settings
 
   /// Notes a value that the index worked out itself.
   double Note(std::string_view name, double value, std::string_view unit);
   /// Notes a setting that the value depends on.
   void Setting(std::string_view label, std::string_view value);
-  /// Words that stand for the number.
-  void Say(std::string text) { text_ = std::move(text); }
-  const std::string& Said() const { return text_; }
+  /// What is told beside the number or in its place: a word, the direction of a wind in degrees,
+  /// the two values of which it is the larger, that it is only a bound.
+  void Say(std::string word) { told_.Text = std::move(word); }
+  void SayDirection(double degrees) { told_.Direction = degrees; }
+  void SayBoth(double first, double second) { told_.Both = {first, second}; }
+  void SayBound();
+  const IndexValue& Told() const { return told_; }
   /// There is no value, for this reason; the first reason stays. Gives 0.
   double Fail(std::string reason);
 
@@ -77,7 +80,7 @@ class IndexReader {
   Notes notes_;
   std::vector<IndexInput> inputs_{};
   std::string reason_{};
-  std::string text_{};
+  IndexValue told_{};
 };
 
 }  // namespace vexa::analysis

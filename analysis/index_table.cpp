@@ -13,6 +13,8 @@ namespace {
 
 using namespace formula;
 
+constexpr double kCentimetersPerInch = 2.54;
+
 constexpr IndexRow kRows[] = {
     {"        KI", "K Index", Measure::TempDiff, "C", "##0.0",
      "(T850 - T500) + Td850 - (T700 - Td700)", "George 1960", KIndex},
@@ -55,18 +57,18 @@ constexpr IndexRow kRows[] = {
     {"    Craven", "Craven SigSvr Parameter (mixed-layer lift)", Measure::Number, "1000 m3/s3",
      "###0.0", "mean-layer CAPE x shear 0-6 km", "Craven and Brooks 2004", Craven},
     {" Supercell", "Supercell Composite Parameter (SCP)", Measure::Number, "", "##0.0",
-     "CAPE/1000 x helicity 0-3 km/100 x BRN shear/40", "Thompson et al. 2003", Supercell},
+     "CAPE/1000 x helicity 0-3 km/100 x BRN shear/40", "Thompson et al. 2003", Supercell, true},
     {"s-rH 0-1km", "srH - storm-relative Helicity (0-1 km)", Measure::Number, "m2/s2", "####0",
      "area that the hodograph sweeps about the storm motion",
-     "Davies-Jones, Burgess and Foster 1990", HelicityLowest},
+     "Davies-Jones, Burgess and Foster 1990", HelicityLowest, true},
     {"s-rH 0-2km", "srH - storm-relative Helicity (0-2 km)", Measure::Number, "m2/s2", "####0",
      "area that the hodograph sweeps about the storm motion",
-     "Davies-Jones, Burgess and Foster 1990", HelicityMiddle},
+     "Davies-Jones, Burgess and Foster 1990", HelicityMiddle, true},
     {"s-rH 0-3km", "srH - storm-relative Helicity (0-3 km)", Measure::Number, "m2/s2", "####0",
      "area that the hodograph sweeps about the storm motion",
-     "Davies-Jones, Burgess and Foster 1990", HelicityDeep},
+     "Davies-Jones, Burgess and Foster 1990", HelicityDeep, true},
     {" EHI 0-xkm", "EHI - Energy Helicity Index", Measure::Number, "", "##0.00",
-     "CAPE total x helicity / 160000", "Hart and Korotky 1991", EnergyHelicity},
+     "CAPE total x helicity / 160000", "Hart and Korotky 1991", EnergyHelicity, true},
     {" VGP 0-xkm", "VGP - Vorticity Generation Parameter", Measure::Number, "m/s2", "0.000",
      "mean shear x square root of CAPE total", "Rasmussen and Wilhelmson 1983",
      VorticityGeneration},
@@ -98,7 +100,7 @@ constexpr IndexRow kRows[] = {
     {"DownRush-T", "DownRush temperature", Measure::Temp, "C", "##0.0",
      "saturated adiabat through the 850 hPa wet bulb, at 1000 hPa", "Fawbush and Miller 1954",
      DownRush},
-    {"    WindEX", "Windex (kt)", Measure::Speed, "kt", "##0",
+    {"    WindEX", "Windex", Measure::Speed, "kt", "##0",
      "5 x square root of HM RQ (lapse^2 - 30 + QL - 2 QM)", "McCann 1994", WindexGust},
     {"      WMSI", "WMSI - Wet Microburst Severity Index", Measure::Number, "", "###0.0",
      "CAPE x theta-e contrast / 1000", "Pryor and Ellrod 2004", WetMicroburst},
@@ -107,7 +109,7 @@ constexpr IndexRow kRows[] = {
     {" Delta ePT", "Delta Theta-e (ePT)", Measure::Number, "K/30", "0.00",
      "largest theta-e below 850 hPa minus the smallest above 660 hPa, / 30",
      "Atkins and Wakimoto 1991", DeltaThetaE},
-    {"700-500 LR", "700 - 500 mb lapse rate (C/km)", Measure::Number, "C/km", "0.0",
+    {"700-500 LR", "700 - 500 mb lapse rate", Measure::Number, "C/km", "0.0",
      "(T700 - T500) / (z500 - z700)", "", LapseRate},
     {"   WBZ Hgt", "WBZ - WetBulb Zero Hgt", Measure::Agl, "m", "####0",
      "lowest height above ground where the wet bulb is 0 C", "Miller 1972", WetBulbZero},
@@ -126,7 +128,7 @@ constexpr IndexRow kRows[] = {
      "Holzworth 1967", MixingHeight},
     {"     Water", "Precipitable water", Measure::Water, "cm", "0.00",
      "mixing ratio summed from the ground to 300 hPa", "Solot 1939", PrecipitableWater},
-    {"      Hail", "Hail (inches)", Measure::Number, "in", "0.00",
+    {"      Hail", "Hail", Measure::Number, "in", "0.00",
      "size by the warmth of the cloud at -5 C and the dry descent from there to the CCL, melted "
      "below a high wet-bulb zero",
      "Fawbush and Miller 1953", HailSize},
@@ -173,9 +175,9 @@ constexpr IndexRow kRows[] = {
      "where the mixed layer's moisture saturates the sounding", "AWS/TR-79/006", CclHeight},
     {"   LCL Hgt", "LCL height", Measure::Height, "m", "####0", "where the chosen parcel saturates",
      "", LclHeight},
-    {"   LFC-LCL", "LFC-LCL height (m)", Measure::Depth, "m", "####0",
+    {"   LFC-LCL", "LFC-LCL height", Measure::Depth, "m", "####0",
      "height of the LFC above the LCL", "Davies 2004", LfcAboveLcl},
-    {"   LFC Prs", "LFC - Level of Free Convection (mb)", Measure::Press, "hPa", "###0.0",
+    {"   LFC Prs", "LFC - Level of Free Convection", Measure::Press, "hPa", "###0.0",
      "where the chosen parcel becomes warmer than its surroundings", "Miller 1972", LfcPressure},
     {"     TConv", "Convective temperature", Measure::Temp, "C", "##0.0",
      "the CCL brought down dry-adiabatically", "AWS/TR-79/006", ConvectiveTemp},
@@ -183,23 +185,19 @@ constexpr IndexRow kRows[] = {
      "height in the standard atmosphere of the surface density", "", DensityAltitudeShown},
     {" Shear xKm", "Shear of the lowest x km", Measure::Speed, "kt", "##0",
      "wind at the top of the layer minus the surface wind", "", ShearToX},
-    {"T1/T2 Gust", "T1/T2 Gust (kt)", Measure::Speed, "kt", "##0", "the larger of the two",
+    {"T1/T2 Gust", "T1/T2 Gust", Measure::Speed, "kt", "##0", "the larger of the two",
      "Fawbush and Miller 1954", LargerGust},
-    {"200mb Wind", "200 mb Wind Speed (kt)", Measure::Speed, "kt", "##0", "wind at 200 hPa", "",
+    {"200mb Wind", "200 mb Wind Speed", Measure::Speed, "kt", "##0", "wind at 200 hPa", "",
      Wind200},
-    {"500mb Wind", "500 mb Wind Speed (kt)", Measure::Speed, "kt", "##0", "wind at 500 hPa", "",
+    {"500mb Wind", "500 mb Wind Speed", Measure::Speed, "kt", "##0", "wind at 500 hPa", "",
      Wind500},
-    {"850mb Wind", "850 mb Wind Speed (kt)", Measure::Speed, "kt", "##0", "wind at 850 hPa", "",
+    {"850mb Wind", "850 mb Wind Speed", Measure::Speed, "kt", "##0", "wind at 850 hPa", "",
      Wind850},
-    {"  850mb Td", "850 mb Dewpoint (C)", Measure::Temp, "C", "##0.0", "dew point at 850 hPa", "",
+    {"  850mb Td", "850 mb Dewpoint", Measure::Temp, "C", "##0.0", "dew point at 850 hPa", "",
      Dewpoint850},
-    {"Surface Td", "Surface Dewpoint (C)", Measure::Temp, "C", "##0.0",
+    {"Surface Td", "Surface Dewpoint", Measure::Temp, "C", "##0.0",
      "dew point of the lowest level", "", SurfaceDewpoint},
 };
-
-std::string_view HeightReference(const Options& options) {
-  return options.Heights == HeightMode::Agl ? " AGL" : "";
-}
 
 }  // namespace
 
@@ -227,8 +225,9 @@ IndexValue Finish(const IndexRow& row, const IndexReader& reader, double value) 
   } else if (!std::isfinite(value)) {
     index.Reason = "the formula has no value for these inputs";
   } else {
+    index = reader.Told();
+    index.Row = &row;
     index.Value = value;
-    index.Text = reader.Said();
   }
   return index;
 }
@@ -257,52 +256,98 @@ const IndexValue* IndexOf(const AnalysisResults& results, const IndexRow& row) {
   return place < results.Indices.size() ? &results.Indices[place] : nullptr;
 }
 
-std::string ShownValue(const IndexValue& index, const Options& options, double ground) {
-  if (!index.Exists()) return "--";
-  const IndexRow& row = *index.Row;
-  const auto number = [&row](double value, std::string_view unit) {
-    return Mask(value, row.Mask) + (unit.empty() ? "" : " " + std::string(unit));
+IndexUnits UnitsOf(const Options& options, double ground) {
+  return {.Temp = options.ThermoTemp,
+          .Length = options.ThermoHeight,
+          .Heights = options.Heights,
+          .Ground = ground,
+          .Speed = options.Speed,
+          .IsWaterInches = options.ThermoHeight == LengthUnits::Feet,
+          .PressWord = PressureWord(options.Pressure)};
+}
+
+namespace {
+
+struct Converted {
+  double Amount = 0;
+  std::string Unit{};
+};
+
+// A value of a row in the units asked for, and the word of the unit.
+Converted InUnits(const IndexRow& row, double value, const IndexUnits& units) {
+  const auto length = [&units](double meters) -> Converted {
+    const bool isFeet = units.Length == LengthUnits::Feet;
+    return {isFeet ? FeetFromMeters(meters) : meters, isFeet ? "ft" : "m"};
   };
-  const bool feet = options.ThermoHeight == LengthUnits::Feet;
-  const auto length = [&](double meters) {
-    return feet ? number(FeetFromMeters(meters), "ft") : number(meters, "m");
+  const auto above = [&length](double meters) -> Converted {
+    const Converted depth = length(meters);
+    return {depth.Amount, depth.Unit + " AGL"};
   };
-  const bool metric = options.Speed == SpeedUnits::MetersPerSecond;
-  if (!index.Text.empty() && row.Kind != Measure::Speed) return index.Text;
   switch (row.Kind) {
     case Measure::Temp:
-      switch (options.ThermoTemp) {
-        case TempUnits::Fahrenheit:
-          return number(FahrenheitFromCelsius(index.Value), "F");
-        case TempUnits::Kelvin:
-          return number(index.Value + kKelvinOffset, "K");
-        case TempUnits::Celsius:
-          break;
-      }
-      return number(index.Value, "C");
-    case Measure::TempDiff:
-      return number(index.Value, row.Unit);
+      if (units.Temp == TempUnits::Fahrenheit) return {FahrenheitFromCelsius(value), "F"};
+      if (units.Temp == TempUnits::Kelvin) return {value + kKelvinOffset, "K"};
+      return {value, "C"};
     case Measure::Height:
-      return options.Heights == HeightMode::Agl && HasHeight(ground)
-                 ? length(index.Value - ground) + std::string(HeightReference(options))
-                 : length(index.Value);
+      return units.Heights == HeightMode::Agl && HasHeight(units.Ground)
+                 ? above(value - units.Ground)
+                 : length(value);
     case Measure::Agl:
-      return length(index.Value) + " AGL";
+      return above(value);
     case Measure::Ground:
     case Measure::Depth:
-      return length(index.Value);
+      return length(value);
     case Measure::Press:
-      return number(index.Value, PressureWord(options.Pressure));
+      return {value, std::string(units.PressWord)};
     case Measure::Speed:
-      if (!index.Text.empty()) return index.Text + (metric ? " m/s" : " kts");
-      return metric ? number(index.Value * kKnotToMs, "m/s") : number(index.Value, "kts");
+      if (units.Speed == SpeedUnits::MetersPerSecond) return {value * kKnotToMs, "m/s"};
+      return {value, std::string(units.KnotWord)};
     case Measure::Water:
-      return feet ? number(index.Value / 2.54, "in") : number(index.Value, "cm");
+      return units.IsWaterInches ? Converted{value / kCentimetersPerInch, "in"}
+                                 : Converted{value, "cm"};
+    case Measure::TempDiff:
     case Measure::Number:
     case Measure::Word:
       break;
   }
-  return number(index.Value, row.Unit);
+  return {value, std::string(row.Unit)};
+}
+
+}  // namespace
+
+ShownIndex ShowIndex(const IndexValue& index, const IndexUnits& units) {
+  const IndexRow& row = *index.Row;
+  const Converted converted = InUnits(row, index.Exists() ? index.Value : 0, units);
+  ShownIndex shown{.Unit = converted.Unit};
+  if (!index.Exists()) return shown;
+  if (!index.Text.empty()) {
+    shown.Number = index.Text;
+    shown.Unit.clear();
+    return shown;
+  }
+  shown.Amount = converted.Amount;
+  if (index.IsBound) shown.Bound = index.Value < 0 ? "<" : ">";
+  shown.Number = Mask(converted.Amount, row.Mask);
+  if (index.Direction) {
+    const int degrees = ToWhole(*index.Direction);
+    shown.Number = Shortest(degrees == 0 ? 360 : degrees) + "/" + shown.Number;
+  }
+  if (index.Both) {
+    const auto number = [&](double value) {
+      return Mask(InUnits(row, value, units).Amount, row.Mask);
+    };
+    shown.Number = number(index.Both->front()) + "/" + number(index.Both->back());
+  }
+  return shown;
+}
+
+std::string ShownIndex::Text() const {
+  const bool hasUnit = !Unit.empty() && Number != "--";
+  return std::string(Bound) + Number + (hasUnit ? " " + Unit : "");
+}
+
+std::string ShownValue(const IndexValue& index, const Options& options, double ground) {
+  return ShowIndex(index, UnitsOf(options, ground)).Text();
 }
 
 std::string Explain(const IndexRow& row, const SoundingRecord& sounding,
@@ -313,12 +358,8 @@ std::string Explain(const IndexRow& row, const SoundingRecord& sounding,
   std::string text = std::string(Trim(row.Label)) + "  " + std::string(row.Name) + ": ";
   if (!index.Exists()) {
     text += "-- (" + index.Reason + ")";
-  } else if (row.Kind == Measure::Word) {
-    text += index.Text;
   } else {
-    text += Mask(index.Value, row.Mask);
-    if (!row.Unit.empty()) text += " " + std::string(row.Unit);
-    if (!index.Text.empty()) text += " (" + index.Text + ")";
+    text += ShowIndex(index, kRowUnits).Text();
   }
   text += "\n  = " + std::string(row.Formula) + "\n";
   for (const IndexInput& input : reader.Inputs()) {

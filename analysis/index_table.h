@@ -36,6 +36,7 @@ struct IndexRow {
   std::string_view Formula;  // in words
   std::string_view Source;
   double (*Compute)(IndexReader& in);
+  bool IsTurning = false;  // its sign is that of a turning wind: cyclonic is negative in the south
 };
 
 std::span<const IndexRow> IndexTable();
@@ -60,8 +61,37 @@ constexpr std::string_view PressureWord(PressureUnits units) {
   return units == PressureUnits::Hpa ? "hPa" : "mb";
 }
 
+/// The units in which indices are shown.
+struct IndexUnits {
+  TempUnits Temp = TempUnits::Celsius;
+  LengthUnits Length = LengthUnits::Meter;
+  HeightMode Heights = HeightMode::Msl;
+  double Ground = kNone;  // m above sea level, taken off heights that are shown above ground
+  SpeedUnits Speed = SpeedUnits::Knots;
+  bool IsWaterInches = false;
+  std::string_view PressWord = "hPa";
+  std::string_view KnotWord = "kts";
+};
+
+/// Those of the table's rows, which do not follow the options: for files that programs read.
+inline constexpr IndexUnits kRowUnits{.KnotWord = "kt"};
+
+/// Those of the options, as panel, sheets and listings show indices.
+IndexUnits UnitsOf(const Options& options, double ground);
+
+/// An index as it is shown: number and unit are made together, so that they cannot part. The name of
+/// a row says no unit.
+struct ShownIndex {
+  double Amount = kNone;       // the number alone
+  std::string_view Bound{};    // ">" or "<" where the sounding ends too early to know more
+  std::string Number = "--";   // "31.9", "281/32", "28/40", "surface"
+  std::string Unit{};          // "C", "m AGL"; empty for a bare number
+  std::string Text() const;    // ">2463 J/kg", "--"
+};
+ShownIndex ShowIndex(const IndexValue& index, const IndexUnits& units);
+
 /// A value as the panel shows it, in the units of the options: "31.9 C", "10570 ft", "281/32 kts",
-/// "--" without one.
+/// ">2463 J/kg" where the sounding ends too early, "--" without one.
 ///
 /// ground  m above sea level, taken off heights that are shown above ground
 std::string ShownValue(const IndexValue& index, const Options& options, double ground);

@@ -1,6 +1,8 @@
 // One index of one sounding: its value, or the reason why there is none.
 #pragma once
 
+#include <array>
+#include <optional>
 #include <string>
 
 #include "core/markers.h"
@@ -12,8 +14,11 @@ struct IndexRow;
 struct IndexValue {
   const IndexRow* Row = nullptr;  // of the index table
   double Value = kNone;           // in the row's unit
-  std::string Text{};             // stands for the number where a word or a wind says more
-  std::string Reason{};           // why there is none
+  std::optional<double> Direction{};            // degrees: the value is the speed of a wind
+  std::optional<std::array<double, 2>> Both{};  // in the row's unit, the value is the larger
+  bool IsBound = false;  // the sounding ends too early: at least this, at most where negative
+  std::string Text{};    // a word in place of the number
+  std::string Reason{};  // why there is none
   bool Exists() const { return Value != kNone; }
 };
 

@@ -264,6 +264,8 @@ void ParcelLifter::FindFreeLayer(const Source& source, LiftMode mode, ParcelAsce
   }
   if (press == kNone || press > settings_.ElLowerLimit) return;
   into.Equilibrium = PointAt(press);
+  into.IsCut = above == steps && steps > free;
+  into.IsDepthCut = into.IsCut && settings_.DepthTopPress == kNotReached;
 }
 
 void ParcelLifter::Integrate(ParcelAscent& into) {

@@ -7,7 +7,6 @@
 #include "core/files.h"
 #include "core/numbers.h"
 #include "core/record_text.h"
-#include "core/units.h"
 
 namespace vexa::analysis {
 namespace {
@@ -24,7 +23,7 @@ constexpr SevereEntry kEntries[] = {
     {"850 mb Dewpoint (C)", "850mb Td", SevereWhen::Above, {{8, 12, 16}, {}}},
     {"700 - 500 mb lapse rate (C/km)", "700-500 LR", SevereWhen::Above, {{6, 7, 8}, {}}},
     {"Boyden Index", "Boyden", SevereWhen::Above, {{94, 96, 98}, {}}},
-    {"BRN - Bulk Richardson No.", "BRN", SevereWhen::Below, {{100, 50, 35}, {}}, 1, true},
+    {"BRN - Bulk Richardson No.", "BRN", SevereWhen::Below, {{100, 50, 35}, {}}, LengthUnits::Meter, 100},
     {"BRN Shear (m\xC2\xB2/s\xC2\xB2)", "BRN Shear", SevereWhen::Above, {{20, 40, 80}, {}}},
     {"CAP Strength", "CAP", SevereWhen::Below, {{4, 2, 1}, {}}},
     {"CAPE 0-x km, AGL", "CAPE 0-xkm", SevereWhen::Above, {{25, 75, 150}, {}}},
@@ -63,7 +62,7 @@ constexpr SevereEntry kEntries[] = {
      "WBZ Hgt",
      SevereWhen::Within,
      {{5000, 6000, 7000}, {12000, 11000, 10000}},
-     1 / kMetersPerFoot},
+     LengthUnits::Feet},
     {"Windex (kt)", "WindEX", SevereWhen::Above, {{35, 50, 65}, {}}},
     {"WMSI - Wet Microburst Severity Index", "WMSI", SevereWhen::Above, {{10, 50, 80}, {}}},
     {.Text = kSevereTableError},
@@ -172,10 +171,15 @@ std::vector<SevereValue> FillSevereTable(const SevereTable& table, const Analysi
     SevereValue value{.Text = entry.Text, .Shown = "--", .Index = FindIndex(entry.Index)};
     const IndexValue* index = value.Index ? IndexOf(results, *value.Index) : nullptr;
     if (index != nullptr && index->Exists()) {
-      const double inUnit = index->Value * entry.PerUnit;
-      value.Shown = index->Text.empty() ? Mask(inUnit, value.Index->Mask) : index->Text;
-      const bool says = !entry.NeedsCape || inUnit > 0;
-      value.Step = says ? SevereStep(row, inUnit) : 0;
+      const ShownIndex shown = ShowIndex(*index, {.Length = entry.Length});
+      value.Shown = std::string(shown.Bound) + shown.Number;
+      const bool isMirrored = value.Index->IsTurning && !results.Storm.RightIsCyclonic;
+      const bool says = results.Chosen().CapeTotal >= entry.LeastCape;
+      value.Step = says ? SevereStep(row, isMirrored ? -shown.Amount : shown.Amount) : 0;
+      if (!says) value.Note = "CAPE under " + Mask(entry.LeastCape, "##0") + " J/kg";
+      if (isMirrored && shown.Amount != 0) {
+        value.Note = shown.Amount < 0 ? "cyclonic" : "anticyclonic";
+      }
     } else if (index != nullptr) {
       value.Reason = index->Reason;
     }

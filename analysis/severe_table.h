@@ -31,9 +31,9 @@ struct SevereEntry {
   std::string_view Text{};   // as the table writes it
   std::string_view Index{};  // trimmed panel label; empty for the first and last entry
   SevereWhen When = SevereWhen::Never;
-  SevereLimits Limits{};   // in the unit that Text names
-  double PerUnit = 1;      // what the index is multiplied by for that unit
-  bool NeedsCape = false;  // a quotient of the CAPE: 0 says that there is none, not that it is low
+  SevereLimits Limits{};  // in the unit that Text names
+  LengthUnits Length = LengthUnits::Meter;
+  double LeastCape = 0;  // J/kg without which a value says nothing: a quotient of CAPE is low then
 };
 
 /// All entries; entry number n stands at n - 1. The first is the kind of the table's file, the last
@@ -70,8 +70,9 @@ std::string CheckLimits(const SevereRow& row);
 
 struct SevereValue {
   std::string_view Text{};
-  std::string Shown{};   // "--" without a value
+  std::string Shown{};   // in the unit that Text names; "--" without a value
   std::string Reason{};  // why there is none
+  std::string Note{};    // what to know about the value
   int Step = 0;
   const IndexRow* Index = nullptr;
 };

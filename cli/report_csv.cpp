@@ -63,13 +63,16 @@ std::vector<CsvColumn> CsvColumns(const AnalysedSounding& sounding, const Option
     columns.push_back({name + "CIN (J/kg)", Cell(Energy(ascent, ascent.CinTotal))});
     columns.push_back(
         {name + "CAPE 0-" + depth + " km (J/kg)", Cell(Energy(ascent, ascent.CapeDepth))});
+    const std::string cut = ascent.IsCut ? "yes" : "no";
+    columns.push_back({name + "cut", ascent.Start.Exists() ? cut : ""});
   }
   for (const analysis::IndexValue& index : sounding.Results.Indices) {
+    const analysis::ShownIndex shown = analysis::ShowIndex(index, analysis::kRowUnits);
     std::string name(Trim(index.Row->Label));
     if (!index.Row->Unit.empty()) name += " (" + std::string(index.Row->Unit) + ")";
     // Words, and what has more than one number, stand as they are shown.
-    const bool hasText = index.Exists() && !index.Text.empty();
-    columns.push_back({std::move(name), hasText ? index.Text : Cell(IndexNumber(index))});
+    const bool isText = index.Exists() && (!index.Text.empty() || index.Direction || index.Both);
+    columns.push_back({std::move(name), isText ? shown.Number : Cell(IndexNumber(index))});
   }
   columns.push_back({"freezing level (m)", results.FreezingLevels.empty()
                                                ? ""

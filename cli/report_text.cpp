@@ -101,28 +101,31 @@ std::string TextReport(const AnalysedSounding& sounding, const Options& options)
                         ", density altitude " + units.Depth(results.Surface.DensityAltitude));
   }
   text += "\n" + PadRight("", 16);
-  for (const LiftName& lift : kLifts) text += PadLeft(Text(lift.Type), 14);
+  constexpr int kColumn = 17;  // "above 1000.0 hPa"
+  for (const LiftName& lift : kLifts) text += PadLeft(Text(lift.Type), kColumn);
   text += "\n";
   const auto row = [&](std::string_view label, auto&& value) {
     text += PadRight(label, 16);
-    for (const LiftName& lift : kLifts) text += PadLeft(value(results.Ascent(lift.Type)), 14);
+    for (const LiftName& lift : kLifts) text += PadLeft(value(results.Ascent(lift.Type)), kColumn);
     text += "\n";
   };
-  const auto energy = [](const ParcelAscent& a, double value) {
-    return Shown(Energy(a, value), "####0", " J/kg");
+  const auto energy = [](const ParcelAscent& a, double ParcelAscent::*which) {
+    return analysis::EnergyText(a, which) + (a.Start.Exists() ? " J/kg" : "");
   };
   const bool convective = results.Mode == analysis::LiftMode::Ccl;
   row("Start", [&](const ParcelAscent& a) { return press(a.Start.Press); });
   row(convective ? "CCL" : "LCL",
       [&](const ParcelAscent& a) { return press(a.Condensation.Press); });
   row("LFC", [&](const ParcelAscent& a) { return press(a.FreeLevel.Press); });
-  row("EL", [&](const ParcelAscent& a) { return press(a.Equilibrium.Press); });
+  row("EL", [&](const ParcelAscent& a) {
+    return (a.IsCut ? "above " : "") + press(a.Equilibrium.Press);
+  });
   row("MPL", [&](const ParcelAscent& a) { return press(a.MaximumParcel.Press); });
-  row("CAPE", [&](const ParcelAscent& a) { return energy(a, a.CapeTotal); });
-  row("CIN", [&](const ParcelAscent& a) { return energy(a, a.CinTotal); });
+  row("CAPE", [&](const ParcelAscent& a) { return energy(a, &ParcelAscent::CapeTotal); });
+  row("CIN", [&](const ParcelAscent& a) { return energy(a, &ParcelAscent::CinTotal); });
   row("CAPE 0-" + Shortest(options.CapeDepthKm) + " km",
-      [&](const ParcelAscent& a) { return energy(a, a.CapeDepth); });
-  row("CAPE..Hail", [&](const ParcelAscent& a) { return energy(a, a.CapeHail); });
+      [&](const ParcelAscent& a) { return energy(a, &ParcelAscent::CapeDepth); });
+  row("CAPE..Hail", [&](const ParcelAscent& a) { return energy(a, &ParcelAscent::CapeHail); });
   text += "\n";
   const auto point = [&](const LevelPoint& level) {
     return press(level.Press) + ", " + units.Height(level.Height) + ", " + units.Temp(level.Temp);

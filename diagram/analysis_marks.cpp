@@ -112,14 +112,16 @@ void DrawParcelLevels(Plot& plot) {
   const analysis::AnalysisResults& results = plot.Results();
   const analysis::ParcelAscent& parcel = results.Chosen();
   const Rect& frame = plot.At.Frame();
-  const auto mark = [&](std::string_view name, const analysis::LevelPoint& level) {
+  const auto mark = [&](std::string_view name, const analysis::LevelPoint& level,
+                        bool isCut = false) {
     if (!level.Exists() || !plot.InRange(level.Press)) return;
     const std::optional<double> y = RightEdgeY(plot.At, level.Press);
     if (!y) return;
     DrawSegment(plot.Page, "parcel level", {frame.Right - 150, *y}, {frame.Right, *y},
                 {plot.Inks.ParcelMark, 20, LineStyle::Solid});
     plot.RightMarks.Add({*y,
-                         std::string(name) + " " + Mask(level.Press, "###0") + PressureUnit(plot),
+                         std::string(name) + (isCut ? " above " : " ") +
+                             Mask(level.Press, "###0") + PressureUnit(plot),
                          "parcel level label", plot.Inks.ParcelMark});
   };
   const bool convective = results.Mode == analysis::LiftMode::Ccl;
@@ -128,7 +130,7 @@ void DrawParcelLevels(Plot& plot) {
     mark("LFC", parcel.FreeLevel);
   }
   mark("CCL", results.ConvectiveCondensation);
-  mark("EL", parcel.Equilibrium);
+  mark("EL", parcel.Equilibrium, parcel.IsCut);
   if (plot.Set().MplDisplay) mark("MPL", parcel.MaximumParcel);
 }
 

@@ -78,9 +78,13 @@ std::vector<const analysis::IndexValue*> Pick(const Plot& plot,
   return picked;
 }
 
+analysis::ShownIndex Show(const Plot& plot, const analysis::IndexValue& index) {
+  return analysis::ShowIndex(index, analysis::UnitsOf(plot.Set(), plot.Sounding().ElevM));
+}
+
 std::string ValueText(const Plot& plot, const analysis::IndexValue& index) {
   const Options& set = plot.Set();
-  std::string text = analysis::ShownValue(index, set, plot.Sounding().ElevM);
+  std::string text = Show(plot, index).Text();
   const std::string_view label = Trim(index.Row->Label);
   const auto depth = [&](double km) { text += " " + Mask(km, "#0.#") + "km"; };
   if (label == "CAPE 0-xkm") depth(set.CapeDepthKm);
@@ -101,17 +105,18 @@ std::vector<std::string> LiftTable(const Plot& plot) {
     return level.Exists() ? Mask(level.Press, "###0") : std::string(kNoValue);
   };
   using Ascent = analysis::ParcelAscent;
-  const auto energy = [](const Ascent& ascent, double value) {
-    return ascent.Start.Exists() ? Mask(value, "####0") : std::string(kNoValue);
+  // The columns are narrow: an EL above 251 hPa is at a lower pressure than that.
+  const auto equilibrium = [&press](const Ascent& ascent) {
+    return (ascent.IsCut ? "<" : "") + press(ascent.Equilibrium);
   };
   const std::string unit(Trim(PressureUnit(plot)));
   return {
       PadRight("", 8) + PadLeft("Surface", 8) + PadLeft("MeanLyr", 8) + PadLeft("MostUn", 8),
-      line("CAPE", [&](const Ascent& a) { return energy(a, a.CapeTotal); }),
-      line("CIN", [&](const Ascent& a) { return energy(a, a.CinTotal); }),
+      line("CAPE", [&](const Ascent& a) { return analysis::EnergyText(a, &Ascent::CapeTotal); }),
+      line("CIN", [&](const Ascent& a) { return analysis::EnergyText(a, &Ascent::CinTotal); }),
       line("LCL " + unit, [&](const Ascent& a) { return press(a.Condensation); }),
       line("LFC " + unit, [&](const Ascent& a) { return press(a.FreeLevel); }),
-      line("EL  " + unit, [&](const Ascent& a) { return press(a.Equilibrium); }),
+      line("EL  " + unit, equilibrium),
   };
 }
 
@@ -157,9 +162,41 @@ void DrawMono(Plot& plot, std::string_view tag, Point at, std::string text, doub
                            .Bold = bold});
 }
 
-// Two columns leave no room for units; the explanation has them. What a height counts from stays.
-std::string WithoutUnit(const std::string& value) {
-  return value.substr(0, value.find(' ')) + (value.ends_with(" AGL") ? " AGL" : "");
+// Two columns leave no room for units; the explanation has them. What a height counts from must be
+// said, and then its unit too.
+std::string ShortText(const analysis::ShownIndex& shown) {
+  if (shown.Unit.ends_with(" AGL")) return shown.Text();
+  return std::string(shown.Bound) + shown.Number;
+}
+
+/// An index in the panel's two columns.
+struct PanelCell {
+  const analysis::IndexValue* Index = nullptr;
+  std::string Text{};
+  std::size_t Line = 0;
+  bool IsRight = false;
+};
+
+// Side by side, but what is too long for a column has a line of its own.
+std::vector<PanelCell> ArrangeIndices(const Plot& plot) {
+  constexpr std::size_t kMostLetters = 6;
+  std::vector<PanelCell> cells;
+  std::size_t line = 0;
+  bool isRight = false;
+  for (const analysis::IndexValue* index : PanelIndices(plot)) {
+    PanelCell cell{.Index = index, .Text = ShortText(Show(plot, *index))};
+    const bool isLong = cell.Text.size() > kMostLetters;
+    if (isLong && isRight) {
+      ++line;
+      isRight = false;
+    }
+    cell.Line = line;
+    cell.IsRight = isRight;
+    if (isRight || isLong) ++line;
+    isRight = !isRight && !isLong;
+    cells.push_back(std::move(cell));
+  }
+  return cells;
 }
 
 // A label and its value; the pointer over it asks for its explanation by the label.
@@ -191,8 +228,8 @@ void InfoBoxx(Plot& plot) {
 
   const std::vector<const analysis::IndexValue*> rows = Pick(plot, kParcelLabels);
   const std::vector<std::string> table = LiftTable(plot);
-  const std::vector<const analysis::IndexValue*> indices = PanelIndices(plot);
-  const std::size_t indexLines = (indices.size() + 1) / 2;
+  const std::vector<PanelCell> indices = ArrangeIndices(plot);
+  const std::size_t indexLines = indices.empty() ? 0 : indices.back().Line + 1;
   const std::string position = PositionText(plot.Sounding());
   const double lines = static_cast<double>(rows.size() + table.size() + indexLines) +
                        (position.empty() ? 1 : 2) + (indices.empty() ? 0.0 : 0.5);
@@ -225,10 +262,9 @@ void InfoBoxx(Plot& plot) {
     y += step;
   }
   y += step / 2;
-  for (std::size_t i = 0; i < indices.size(); ++i) {
-    DrawIndex(plot, *indices[i], {x + (i % 2 == 0 ? 0 : kIndexColumn), y}, kIndexText * scale, step,
-              WithoutUnit(ValueText(plot, *indices[i])), "index");
-    if (i % 2 == 1) y += step;
+  for (const PanelCell& cell : indices) {
+    const Point at{x + (cell.IsRight ? kIndexColumn : 0), y + step * static_cast<double>(cell.Line)};
+    DrawIndex(plot, *cell.Index, at, kIndexText * scale, step, cell.Text, "index");
   }
 }
 

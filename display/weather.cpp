@@ -110,7 +110,7 @@ Sheet SevereWeatherSheet(const Shown& shown) {
     block.Rows.push_back(
         {.Label = std::string(value.Text),
          .Value = value.Shown,
-         .Note = value.Reason.empty() ? "" : "n/a",
+         .Note = value.Reason.empty() ? value.Note : "n/a",
          .Step = static_cast<Stress>(value.Step),
          .Index = value.Index == nullptr ? "" : std::string(Trim(value.Index->Label))});
   }

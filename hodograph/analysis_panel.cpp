@@ -68,7 +68,8 @@ class PanelWriter {
     const double value = chosen ? chosen->Helicity[static_cast<std::size_t>(depthKm - 1)] : kNone;
     return {"     s-rH: (0-" + Shortest(depthKm) + "km) " +
                 (value == kNone ? std::string(kNoValue) : Mask(value, "###0")),
-            "Storm-relative helicity, m2/s2, of the " + std::string(storm_.ChosenName())};
+            "Storm-relative helicity, m2/s2, of the " + std::string(storm_.ChosenName()) +
+                (storm_.RightIsCyclonic ? "" : "; south of the equator cyclonic is negative")};
   }
 
   PanelLine Mean() const {
@@ -112,7 +113,7 @@ class PanelWriter {
     const analysis::IndexValue* value =
         row == nullptr ? nullptr : analysis::IndexOf(in_.Results, *row);
     if (value == nullptr || !value->Exists()) return std::string(kNoValue);
-    return Mask(value->Value, mask);
+    return std::string(analysis::ShowIndex(*value, {}).Bound) + Mask(value->Value, mask);
   }
 
   PanelLine Index(std::string_view caption, std::string_view label, std::string_view mask,

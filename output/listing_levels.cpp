@@ -286,6 +286,7 @@ ListingLines CapeListing(const ListingSource& from) {
     put(press);
     boundary = boundaryBelow(press);
   }
+  if (ascent.IsCut) lines.push_back("The sounding ends while the parcel is still warmer.");
   return lines;
 }
 

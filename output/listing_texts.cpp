@@ -89,19 +89,21 @@ struct ParcelLine {
 std::string Press(double press) {
   return Shown(press, "###0.0");
 }
-std::string Energy(const ParcelAscent& ascent, double energy) {
-  return ascent.Start.Exists() ? Mask(energy, "####0") : std::string(kNoValue);
+
+template <double ParcelAscent::*energy>
+std::string EnergyOf(const ParcelAscent& ascent) {
+  return analysis::EnergyText(ascent, energy);
 }
 
 constexpr ParcelLine kParcelLines[] = {
     {"Start (mb)", [](const ParcelAscent& a) { return Press(a.Start.Press); }},
     {"LCL (mb)", [](const ParcelAscent& a) { return Press(a.Condensation.Press); }},
     {"LFC (mb)", [](const ParcelAscent& a) { return Press(a.FreeLevel.Press); }},
-    {"EL (mb)", [](const ParcelAscent& a) { return Press(a.Equilibrium.Press); }},
+    {"EL (mb)", [](const ParcelAscent& a) { return analysis::ElText(a, "###0.0"); }},
     {"MPL (mb)", [](const ParcelAscent& a) { return Press(a.MaximumParcel.Press); }},
-    {"CAPE total (J/kg)", [](const ParcelAscent& a) { return Energy(a, a.CapeTotal); }},
-    {"CAPE+ only (J/kg)", [](const ParcelAscent& a) { return Energy(a, a.CapePlusOnly); }},
-    {"CIN total (J/kg)", [](const ParcelAscent& a) { return Energy(a, a.CinTotal); }},
+    {"CAPE total (J/kg)", EnergyOf<&ParcelAscent::CapeTotal>},
+    {"CAPE+ only (J/kg)", EnergyOf<&ParcelAscent::CapePlusOnly>},
+    {"CIN total (J/kg)", EnergyOf<&ParcelAscent::CinTotal>},
 };
 
 void PutParcels(Writer& out, const ListingSource& from) {

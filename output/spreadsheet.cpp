@@ -18,9 +18,7 @@ namespace {
 using analysis::AnalysisResults;
 using analysis::IndexValue;
 using analysis::LevelPoint;
-using analysis::Measure;
 
-constexpr double kCentimetersPerInch = 2.54;
 constexpr double kMilesPerKilometer = 1000 / kMetersPerMile;
 
 /// Rows of comma-separated fields; texts that need quotes get them.
@@ -79,18 +77,31 @@ Quantity HeightOf(double height, const Source& from) {
   return Length(Dump(from).Reference == HeightMode::Agl ? height - from.Ground : height, from);
 }
 
-void PutLevel(Sheet& sheet, std::string_view label, const LevelPoint& level, const Source& from) {
+// Numbers stay numbers: that the sounding ends too early stands in a cell behind them.
+constexpr std::string_view kAbove = "above";
+constexpr std::string_view kAtLeast = "at least";
+constexpr std::string_view kAtMost = "at most";
+
+void PutLevel(Sheet& sheet, std::string_view label, const LevelPoint& level, bool isCut,
+              const Source& from) {
   const bool exists = level.Exists();
   const Quantity height = HeightOf(exists ? level.Height : kNone, from);
   sheet.Cell(label).Cell(exists ? Mask(level.Press, "###0.0") : kDumpMissing).Cell(" mb");
-  sheet.Cell(height.Number).Cell(height.Unit).EndRow();
+  sheet.Cell(height.Number).Cell(height.Unit);
+  if (isCut) sheet.Cell(kAbove);
+  sheet.EndRow();
 }
 
 /// The levels, with the labels that spreadsheets expect.
 struct LevelEntry {
   std::string_view Label;
   LevelPoint (*Find)(const AnalysisResults& results);
+  bool (*IsCut)(const AnalysisResults& results) = [](const AnalysisResults&) { return false; };
 };
+
+const analysis::LiftAnalysis& ChosenLift(const AnalysisResults& results) {
+  return results.Lifts[static_cast<std::size_t>(results.ChosenLift)];
+}
 
 LevelPoint FirstFreezing(const AnalysisResults& results) {
   return results.FreezingLevels.empty() ? LevelPoint{} : results.FreezingLevels.front();
@@ -102,14 +113,10 @@ constexpr LevelEntry kLevels[] = {
     {"CCL", [](const AnalysisResults& r) { return r.ConvectiveCondensation; }},
     {"MPL = ", [](const AnalysisResults& r) { return r.Chosen().MaximumParcel; }},
     {"FRZG Lvl", FirstFreezing},
-    {"cclEL",
-     [](const AnalysisResults& r) {
-       return r.Lifts[static_cast<std::size_t>(r.ChosenLift)].Convective.Equilibrium;
-     }},
-    {"lfcEL",
-     [](const AnalysisResults& r) {
-       return r.Lifts[static_cast<std::size_t>(r.ChosenLift)].Forced.Equilibrium;
-     }},
+    {"cclEL", [](const AnalysisResults& r) { return ChosenLift(r).Convective.Equilibrium; },
+     [](const AnalysisResults& r) { return ChosenLift(r).Convective.IsCut; }},
+    {"lfcEL", [](const AnalysisResults& r) { return ChosenLift(r).Forced.Equilibrium; },
+     [](const AnalysisResults& r) { return ChosenLift(r).Forced.IsCut; }},
 };
 
 /// Indices whose label in a spreadsheet is not the panel's.
@@ -141,43 +148,25 @@ std::string LabelOf(const IndexValue& index, const Options& options) {
   return std::string(label.substr(0, depth)) + "0-" + Shortest(km) + "km";
 }
 
-Quantity Shown(const IndexValue& index, const Source& from) {
-  const analysis::IndexRow& row = *index.Row;
+analysis::IndexUnits UnitsOf(const Source& from) {
   const DumpOptions& dump = Dump(from);
-  const bool isFahrenheit = dump.Temp == DumpTemp::Fahrenheit;
-  const bool isMetric = dump.Speed == SpeedUnits::MetersPerSecond;
-  const bool isInches = dump.Water == DumpWater::Inches;
-  switch (row.Kind) {
-    case Measure::Temp:
-      return {Mask(isFahrenheit ? FahrenheitFromCelsius(index.Value) : index.Value, row.Mask),
-              isFahrenheit ? " F" : " C"};
-    case Measure::Height:
-      return HeightOf(index.Value, from);
-    case Measure::Ground:
-    case Measure::Agl:
-    case Measure::Depth:
-      return Length(index.Value, from);
-    case Measure::Press:
-      return {Mask(index.Value, row.Mask), " mb"};
-    case Measure::Speed:
-      return {Mask(isMetric ? index.Value * kKnotToMs : index.Value, row.Mask),
-              isMetric ? " m/s" : " kts"};
-    case Measure::Water:
-      return {Mask(isInches ? index.Value / kCentimetersPerInch : index.Value, row.Mask),
-              isInches ? " in " : " cm "};
-    case Measure::Word:
-      return {index.Text};
-    case Measure::TempDiff:
-    case Measure::Number:
-      break;
-  }
-  return {Mask(index.Value, row.Mask), row.Unit};
+  return {.Temp = dump.Temp == DumpTemp::Fahrenheit ? TempUnits::Fahrenheit : TempUnits::Celsius,
+          .Length = dump.Height == DumpHeight::Feet ? LengthUnits::Feet : LengthUnits::Meter,
+          .Heights = dump.Reference,
+          .Ground = from.Ground,
+          .Speed = dump.Speed,
+          .IsWaterInches = dump.Water == DumpWater::Inches,
+          .PressWord = "mb"};
 }
 
+// Units as spreadsheets expect them: behind a blank, those of lengths before one too.
 std::string UnitCell(std::string_view unit) {
   constexpr std::string_view kAsItStands = "C/km";
-  if (unit.empty() || unit.front() == ' ' || unit == kAsItStands) return std::string(unit);
-  return " " + std::string(unit);
+  constexpr std::string_view kLengths[] = {"m", "ft", "cm", "in"};
+  const std::string_view word = unit.substr(0, unit.find(" AGL"));
+  if (word.empty() || word == kAsItStands) return std::string(word);
+  const bool isLength = std::ranges::find(kLengths, word) != std::end(kLengths);
+  return " " + std::string(word) + (isLength ? " " : "");
 }
 
 void PutIndices(Sheet& sheet, const Source& from) {
@@ -186,8 +175,9 @@ void PutIndices(Sheet& sheet, const Source& from) {
     if (std::ranges::find(kToldAsLevels, label) != std::end(kToldAsLevels)) continue;
     sheet.Cell(LabelOf(index, from.Set));
     if (index.Exists()) {
-      const Quantity shown = Shown(index, from);
+      const analysis::ShownIndex shown = analysis::ShowIndex(index, UnitsOf(from));
       sheet.Cell(shown.Number).Cell(UnitCell(shown.Unit));
+      if (!shown.Bound.empty()) sheet.Cell(shown.Bound == ">" ? kAtLeast : kAtMost);
     } else {
       sheet.Cell(kDumpMissing).Cell("");
     }
@@ -215,7 +205,7 @@ void PutTropopauses(Sheet& sheet, const Source& from) {
   sheet.Cell(Shortest(static_cast<int>(found.size())))
       .Cell(found.size() == 1 ? " Tropopause level." : " Tropopause levels.")
       .EndRow();
-  for (const LevelPoint& level : found) PutLevel(sheet, "TROP", level, from);
+  for (const LevelPoint& level : found) PutLevel(sheet, "TROP", level, false, from);
 }
 
 void PutPosition(Sheet& sheet, const Source& from) {
@@ -255,7 +245,7 @@ std::string SpreadsheetBlock(const SoundingRecord& sounding, const AnalysisResul
   sheet.Cell("Sounding Information").Cell(sounding.StationTitle).EndRow();
   PutPosition(sheet, from);
   for (const LevelEntry& entry : kLevels) {
-    PutLevel(sheet, entry.Label, entry.Find(results), from);
+    PutLevel(sheet, entry.Label, entry.Find(results), entry.IsCut(results), from);
   }
   PutIndices(sheet, from);
   PutStormMotion(sheet, from);

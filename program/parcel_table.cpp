@@ -28,7 +28,7 @@ std::string LevelPress(const ParcelAscent& ascent) {
 
 template <double ParcelAscent::*Energy>
 std::string EnergyOf(const ParcelAscent& ascent) {
-  return ascent.ParcelTemps.empty() ? std::string(kNoValue) : Mask(ascent.*Energy, "####0");
+  return ascent.ParcelTemps.empty() ? std::string(kNoValue) : analysis::EnergyText(ascent, Energy);
 }
 
 std::string StartPress(const ParcelAscent& ascent) {
@@ -57,7 +57,7 @@ constexpr Row kRows[] = {
     {"CAPE 0-x km", EnergyOf<&ParcelAscent::CapeDepth>},
     {"LCL mb", LevelPress<&ParcelAscent::Condensation>},
     {"LFC mb", LevelPress<&ParcelAscent::FreeLevel>},
-    {"EL mb", LevelPress<&ParcelAscent::Equilibrium>},
+    {"EL mb", [](const ParcelAscent& ascent) { return analysis::ElText(ascent); }},
     {"MPL mb", LevelPress<&ParcelAscent::MaximumParcel>},
 };
 

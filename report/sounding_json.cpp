@@ -91,6 +91,7 @@ void WriteParcel(JsonWriter& json, const ParcelAscent& ascent) {
   json.Key("CAPE 0-x").Number(Energy(ascent, ascent.CapeDepth));
   json.Key("CAPE+ only").Number(Energy(ascent, ascent.CapePlusOnly));
   json.Key("CAPE..Hail").Number(Energy(ascent, ascent.CapeHail));
+  json.Key("cut").Bool(ascent.IsCut);
   json.EndObject();
 }
 
@@ -349,9 +350,12 @@ void WriteJson(JsonWriter& json, const AnalysedSounding& sounding, const Options
     json.Key("unit").Text(index.Row->Unit);
     json.Key("reason");
     index.Exists() ? json.Null() : json.Text(index.Reason);
-    if (index.Row->Kind != analysis::Measure::Word && !index.Text.empty()) {
-      json.Key("text").Text(index.Text);
+    const analysis::ShownIndex shown = analysis::ShowIndex(index, analysis::kRowUnits);
+    const bool isWord = index.Row->Kind == analysis::Measure::Word;
+    if (index.Direction || index.Both || (!isWord && !index.Text.empty())) {
+      json.Key("text").Text(shown.Number);
     }
+    if (!shown.Bound.empty()) json.Key("bound").Text(shown.Bound == ">" ? "at least" : "at most");
     json.EndObject();
   }
   json.EndObject();

@@ -99,7 +99,7 @@ TEST(IndexTable, OfTheReferenceSounding) {
     const IndexValue index = Index(c.label, sounding);
     EXPECT_NEAR(index.Value, c.value, c.tolerance) << index.Reason;
   }
-  EXPECT_EQ(Index("MBE Vector", sounding).Text, "281/32");
+  EXPECT_EQ(ShowIndex(Index("MBE Vector", sounding), {}).Number, "281/32");
   EXPECT_NEAR(Index("Wind-Chill", test::ReferenceWinter()).Value, -6.56, 0.01);
   EXPECT_NEAR(Index("Fog Point", test::ReferenceWinter()).Value, -2.48, 0.02);
   EXPECT_NEAR(Index("Fog FSI", test::ReferenceWinter()).Value, 33.9, 0.1);
@@ -156,6 +156,68 @@ TEST(IndexTable, ShowsValuesInTheUnitsOfTheOptions) {
   EXPECT_EQ(ShownValue(ComputeIndex(*FindIndex("MBE Vector"), sounding, results, options), options,
                        sounding.ElevM),
             "281/17 m/s");  // 32 knots
+}
+
+// Speeds in m/s: T1 28.4 kt, T2 40.1 kt, Windex 53.8 kt. What programs read stays in the unit of the
+// row, and no row's name speaks of a unit that the value need not have.
+TEST(IndexTable, NameNumberAndUnitBelongTogether) {
+  const SoundingRecord sounding = test::ReferenceConvective();
+  Options options;
+  options.Speed = SpeedUnits::MetersPerSecond;
+  const AnalysisResults results = Analyse(sounding, options);
+  const struct {
+    const char* Label;
+    const char* Shown;
+    const char* InRowUnits;
+  } cases[] = {{"T1/T2 Gust", "15/21 m/s", "28/40 kt"}, {"MBE Vector", "281/17 m/s", "281/32 kt"},
+               {"WindEX", "28 m/s", "54 kt"},           {"500mb Wind", "27 m/s", "52 kt"},
+               {"T1Gust", "15 m/s", "28 kt"},           {"KI", "31.9 C", "31.9 C"},
+               {"WBZ Hgt", "3222 m AGL", "3222 m AGL"}, {"Lift Mode", "LFC", "LFC"}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.Label);
+    const IndexValue& index = *IndexOf(results, *FindIndex(c.Label));
+    EXPECT_EQ(ShownValue(index, options, sounding.ElevM), c.Shown);
+    EXPECT_EQ(ShowIndex(index, kRowUnits).Text(), c.InRowUnits);
+    const std::string explained = Explain(*index.Row, sounding, results, options);
+    EXPECT_NE(explained.find(std::string(": ") + c.InRowUnits), std::string::npos) << explained;
+  }
+  for (const IndexRow& row : IndexTable()) {
+    for (const char* unit : {"(kt)", "(C)", "(C/km)", "(mb)", "(m)", "(inches)"}) {
+      EXPECT_EQ(row.Name.find(unit), std::string_view::npos) << row.Name;
+    }
+  }
+}
+
+// The reference sounding cut at 250 hPa, where its parcel is still warmer: what rests on its CAPE is
+// only a bound.
+TEST(IndexTable, ValuesCutByTheEndOfTheDataSaySo) {
+  const SoundingRecord whole = test::ReferenceConvective();
+  SoundingRecord cut = whole;
+  while (cut.Press.Top() < 250) {
+    for (Levels<double>* levels : {&cut.Press, &cut.Temp, &cut.Dewpt}) {
+      levels->Erase(levels->Count());
+    }
+  }
+  const AnalysisResults full = Analyse(whole, {});
+  const AnalysisResults results = Analyse(cut, {});
+  const std::set<std::string_view> bounds = {
+      "CAPE total", "CAPE+ only", "BRN",  "Craven", "Supercell", "EHI 0-xkm",
+      "VGP 0-xkm",  "MVV",        "WMSI", "cclEL Hgt", "lfcEL Hgt"};
+  for (std::size_t i = 0; i < results.Indices.size(); ++i) {
+    const IndexValue& index = results.Indices[i];
+    SCOPED_TRACE(index.Row->Label);
+    EXPECT_FALSE(full.Indices[i].IsBound);
+    EXPECT_EQ(index.IsBound, bounds.contains(Trim(index.Row->Label)));
+    if (index.IsBound) {
+      EXPECT_GT(full.Indices[i].Value, index.Value);
+      EXPECT_EQ(ShownValue(index, {}, 357).front(), '>');
+    }
+  }
+  EXPECT_EQ(IndexOf(results, *FindIndex("NCAPE"))->Reason, "the sounding ends below the EL");
+  EXPECT_EQ(ElText(results.Chosen()), "above 250");
+  EXPECT_EQ(EnergyText(results.Chosen(), &ParcelAscent::CapeDepth), "12");  // 3 km lie below
+  EXPECT_EQ(ElText(full.Chosen(), "###0.0"), "187.5");
+  EXPECT_FALSE(full.Chosen().IsCut);
 }
 
 // Tenths meet a limit exactly, though their difference in binary falls short of it.

@@ -1,5 +1,7 @@
 #include "analysis/severe_table.h"
 
+#include <algorithm>
+
 #include "analysis/analysis.h"
 #include "analysis/index_table.h"
 #include "core/files.h"
@@ -81,6 +83,83 @@ TEST(SevereTable, IsKeptAndRestored) {
     ASSERT_FALSE(bad);
     EXPECT_NE(bad.Error().Detail.find(c.reason), std::string::npos) << bad.Error().Detail;
   }
+}
+
+const SevereValue& ValueOf(const std::vector<SevereValue>& values, std::string_view text) {
+  return *std::ranges::find(values, text, &SevereValue::Text);
+}
+
+// The entries name their units: what is shown elsewhere in m/s, feet or Fahrenheit is not here.
+TEST(SevereTable, KeepsTheUnitsOfItsEntries) {
+  Options options;
+  options.Speed = SpeedUnits::MetersPerSecond;
+  options.ThermoTemp = TempUnits::Fahrenheit;
+  options.ThermoHeight = LengthUnits::Feet;
+  const auto values =
+      FillSevereTable(DefaultSevereTable(), Analyse(test::ReferenceConvective(), options));
+  EXPECT_EQ(ValueOf(values, "T1/T2 Gust (kt)").Shown, "28/40");
+  EXPECT_EQ(ValueOf(values, "T1/T2 Gust (kt)").Step, 1);  // 35 … 50 kt
+  EXPECT_EQ(ValueOf(values, "500 mb Wind Speed (kt)").Shown, "52");
+  EXPECT_EQ(ValueOf(values, "Surface Dewpoint (C)").Shown, "18.8");
+  EXPECT_EQ(ValueOf(values, "LFC-LCL height (m)").Shown, "1366");
+  EXPECT_EQ(ValueOf(values, "WBZ - WetBulb Zero Hgt (ft,AGL)").Shown, "10570");
+}
+
+// The same weather mirrored to the southern hemisphere warns the same way; its numbers keep their
+// sign and say which way they turn.
+TEST(SevereTable, WarnsOfCyclonicTurningOnBothHemispheres) {
+  const SoundingRecord north = test::ReferenceConvective();
+  SoundingRecord south = north;
+  SetDecimalPosition(south, -35.2, -97.4);
+  for (double& direction : south.WindDir.Values()) {
+    direction = direction <= 180 ? 180 - direction : 540 - direction;
+  }
+  const auto expected = FillSevereTable(DefaultSevereTable(), Analyse(north, {}));
+  const AnalysisResults results = Analyse(south, {});
+  const auto found = FillSevereTable(DefaultSevereTable(), results);
+  for (std::size_t i = 0; i < expected.size(); ++i) {
+    SCOPED_TRACE(expected[i].Text);
+    // These stand on directions of the northern hemisphere.
+    if (expected[i].Text == "SWEAT Index") continue;
+    EXPECT_EQ(found[i].Step, expected[i].Step);
+  }
+  for (const char* text : {"EHI - Energy Helicity Index", "Supercell Composite Parameter (SCP)",
+                           "srH - storm-relative Helicity (0-3 km)"}) {
+    SCOPED_TRACE(text);
+    EXPECT_EQ(ValueOf(found, text).Step, ValueOf(expected, text).Step);
+    EXPECT_GT(ValueOf(found, text).Step, 1);
+    EXPECT_EQ(ValueOf(found, text).Shown, "-" + ValueOf(expected, text).Shown);
+    EXPECT_EQ(ValueOf(found, text).Note, "cyclonic");
+    EXPECT_EQ(ValueOf(expected, text).Note, "");
+  }
+  const std::string explained = Explain(*FindIndex("s-rH 0-3km"), south, results, {});
+  EXPECT_NE(explained.find("negative, south of the equator"), std::string::npos) << explained;
+  // The anticyclonic mover does not warn.
+  Options options;
+  options.Mover = StormMover::Right;
+  SoundingRecord backing = south;
+  const auto other = FillSevereTable(DefaultSevereTable(), Analyse(backing, options));
+  EXPECT_LT(ValueOf(other, "srH - storm-relative Helicity (0-3 km)").Step, 1);
+}
+
+// A Richardson number is low for strong shear, and for want of energy.
+TEST(SevereTable, RichardsonNumberNeedsEnergy) {
+  int little = 0;
+  int enough = 0;
+  for (double warmer = 0; warmer < 12; warmer += 0.1) {
+    SoundingRecord sounding = test::ReferenceConvective();
+    for (int i = 10; i <= sounding.NumTempLevels(); ++i) sounding.Temp(i) += warmer;
+    const AnalysisResults results = Analyse(sounding, {});
+    const double cape = results.Chosen().CapeTotal;
+    const auto values = FillSevereTable(DefaultSevereTable(), results);
+    const SevereValue& value = ValueOf(values, "BRN - Bulk Richardson No.");
+    if (cape == 0) continue;
+    EXPECT_EQ(value.Step > 0, cape >= 100) << cape;
+    EXPECT_EQ(value.Note, cape < 100 ? "CAPE under 100 J/kg" : "");
+    ++(cape < 100 ? little : enough);
+  }
+  EXPECT_GT(little, 0);
+  EXPECT_GT(enough, 0);
 }
 
 TEST(SevereTable, NoEnergyIsNoAlarm) {

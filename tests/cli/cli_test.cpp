@@ -134,6 +134,25 @@ TEST_F(CommandLine, JsonCarriesTheAnalysisWithNullsForWhatIsMissing) {
   EXPECT_TRUE(none["parcels"].toObject()["surface"].toObject()["LCL"].isNull());
 }
 
+// What programs read has the units of its names, whatever the displays show.
+TEST_F(CommandLine, UnitsForProgramsDoNotFollowTheDisplays) {
+  const std::string file = Sounding();
+  const Ran csv = RunWords({"analyze", file, "--format", "csv"});
+  ASSERT_EQ(csv.Exit, kExitOk) << csv.Err;
+  EXPECT_EQ(RunWords({"analyze", file, "--format", "csv", "--set", "Wind speed units=M/S"}).Out,
+            csv.Out);
+  EXPECT_NE(csv.Out.find(",T1/T2 Gust (kt),"), std::string::npos);
+  EXPECT_NE(csv.Out.find(",28/40,"), std::string::npos);
+  EXPECT_NE(csv.Out.find(",surface cut,"), std::string::npos);
+  const Ran json =
+      RunWords({"analyze", file, "--format", "json", "--set", "Wind speed units=M/S"});
+  const QJsonObject all = QJsonDocument::fromJson(QByteArray::fromStdString(json.Out)).object();
+  const QJsonObject gust = all["indices"].toObject()["T1/T2 Gust"].toObject();
+  EXPECT_EQ(gust["text"].toString(), "28/40");
+  EXPECT_EQ(gust["unit"].toString(), "kt");
+  EXPECT_FALSE(all["parcels"].toObject()["surface"].toObject()["cut"].toBool(true));
+}
+
 TEST_F(CommandLine, OneBadFileLeavesTheOthersDone) {
   const std::string good = Sounding();
   const std::string bad = Write("bad.RAW", "\"VEXA 5.7\",\"cut\",1,30,0\r\n35.1,\"N\",");

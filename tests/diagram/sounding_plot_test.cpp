@@ -153,6 +153,41 @@ TEST(SoundingPlot, ShowsTheChosenGroupsOfIndicesWithTheirReasons) {
   EXPECT_EQ(spot->Tag, "index");
 }
 
+// Values that say what they count from are told with their unit and have a line of their own.
+TEST(SoundingPlot, LongValuesHaveALineOfTheirOwn) {
+  Options options;
+  options.Thermo = ThermoDisplay::Custom;
+  options.CustomPanel = "KI,WBZ Hgt,Mixing Hgt,TT,VT";
+  const SoundingPlot plot = Draw(test::ReferenceConvective(), options);
+  EXPECT_EQ(Texts(plot.Page, "index value"),
+            (std::vector<std::string>{"31.9", "3222 m AGL", "0 m AGL", "56.2", "31.1"}));
+  std::vector<double> y;
+  for (const Item* item : Tagged(plot.Page, "index value")) {
+    y.push_back(std::get<Label>(item->Shape).At.Y);
+  }
+  EXPECT_LT(y[0], y[1]);
+  EXPECT_LT(y[1], y[2]);
+  EXPECT_LT(y[2], y[3]);
+  EXPECT_EQ(y[3], y[4]);
+}
+
+// The data end at 250 hPa, where the parcel is still warmer: nothing passes for measured.
+TEST(SoundingPlot, AnAscentCutByTheEndOfTheDataSaysSo) {
+  SoundingRecord cut = test::ReferenceConvective();
+  while (cut.Press.Top() < 250) {
+    for (Levels<double>* levels : {&cut.Press, &cut.Temp, &cut.Dewpt}) {
+      levels->Erase(levels->Count());
+    }
+  }
+  const SoundingPlot plot = Draw(cut);
+  const auto marks = Texts(plot.Page, "parcel level label");
+  EXPECT_NE(std::ranges::find(marks, "EL above 250 mb"), marks.end());
+  EXPECT_TRUE(Texts(plot.Page, "analysis value")[4].starts_with(">"));  // CAPE total
+  const auto table = Texts(plot.Page, "lift table");
+  EXPECT_NE(table[1].find(" >"), std::string::npos) << table[1];
+  EXPECT_NE(table[5].find(" <250"), std::string::npos) << table[5];
+}
+
 TEST(SoundingPlot, CrowdedWindsStepAsideWithinTheirBox) {
   std::initializer_list<test::WindRow> southerlies = {
       {0, 180, 20}, {250, 180, 20}, {500, 180, 20}, {3000, 270, 30}};

@@ -38,6 +38,15 @@ TEST(WeatherSheets, ShowTheAnalysisInTheUnitsOfTheOptions) {
   EXPECT_EQ(top->Value.substr(0, 3), "530");  // 1617 m above the sea
   EXPECT_EQ(RowOf(soaring, "Cloud base")->Value, "blue");
   EXPECT_NE(RowOf(WinterWeatherSheet(shown), "Type"), nullptr);
+
+  // At 36 C clouds end the thermals, with an index far below 0.
+  options.System.SoarTm = 36;
+  options.Speed = SpeedUnits::MetersPerSecond;
+  const analysis::AnalysisResults cloudy = analysis::Analyse(sounding, options);
+  const Shown hot{sounding, cloudy, options, table};
+  EXPECT_EQ(RowOf(SoaringSheet(hot), "Thermal top (index 0)"), nullptr);
+  EXPECT_NE(RowOf(SoaringSheet(hot), "Thermal top (cloud base)"), nullptr);
+  EXPECT_EQ(RowOf(SevereWeatherSheet(hot), "T1/T2 Gust (kt)")->Value, "28/40");
 }
 
 // Any sounding makes a page on which every text stands, in columns when there are many.

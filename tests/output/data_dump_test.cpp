@@ -147,6 +147,32 @@ TEST(DataDump, SpreadsheetTellsTheAnalysis) {
   }
 }
 
+TEST(DataDump, SpreadsheetGivesBothGustsInItsUnitAndMarksWhatIsCut) {
+  Options options;
+  options.Speed = SpeedUnits::MetersPerSecond;  // of the displays, not of the sheet
+  SoundingRecord cut = test::ReferenceConvective();
+  const std::string whole = Dump(cut, options, DumpKind::Spreadsheet);
+  EXPECT_NE(whole.find("\r\nT1/T2 Gust,28/40, kts\r\n"), std::string::npos);
+  EXPECT_NE(whole.find("\r\nMBE Vector,281/32, kts\r\n"), std::string::npos);
+  options.System.Dump.Speed = SpeedUnits::MetersPerSecond;
+  EXPECT_NE(Dump(cut, options, DumpKind::Spreadsheet).find("\r\nT1/T2 Gust,15/21, m/s\r\n"),
+            std::string::npos);
+  while (cut.Press.Top() < 250) {
+    for (Levels<double>* levels : {&cut.Press, &cut.Temp, &cut.Dewpt}) {
+      levels->Erase(levels->Count());
+    }
+  }
+  const std::string sheet = Dump(cut, options, DumpKind::Spreadsheet);
+  const auto row = [&sheet](std::string_view label) {
+    const std::size_t at = sheet.find("\r\n" + std::string(label) + ",") + 2;
+    return sheet.substr(at, sheet.find("\r\n", at) - at);
+  };
+  EXPECT_TRUE(row("lfcEL").starts_with("lfcEL,250.0, mb,")) << row("lfcEL");
+  EXPECT_TRUE(row("lfcEL").ends_with(",above")) << row("lfcEL");
+  EXPECT_TRUE(row("CAPE total").ends_with(", J/kg,at least")) << row("CAPE total");
+  EXPECT_EQ(whole.find("at least"), std::string::npos);
+}
+
 TEST(DataDump, OpensAgainAsTheSameSounding) {
   struct Case {
     const char* about;
