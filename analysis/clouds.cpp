@@ -278,7 +278,7 @@ std::vector<AirLayer> FindLightning(const LevelProfile& levels,
       }
       points.push_back({air.Point(), level, Text(level)});
     }
-    points.push_back({points.back().At, Intensity::None});
+    if (!points.empty()) points.push_back({points.back().At, Intensity::None});
   }
   return JoinRuns(points);
 }

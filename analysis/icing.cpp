@@ -241,7 +241,7 @@ std::vector<AirLayer> SmithFeddesIcing(const LevelProfile& levels,
       }
       points.push_back(point);
     }
-    points.push_back({points.back().At, Intensity::None});
+    if (!points.empty()) points.push_back({points.back().At, Intensity::None});
   }
   return JoinRuns(points);
 }

@@ -30,6 +30,9 @@ int RunConvert(const Arguments& arguments, Console& console) {
     fault = Fault{kFaultTooFewLevels, "RunConvert", "winds alone cannot be kept in a native file"};
   } else {
     fault = SaveFile(PathFromText(*output), WriteRaw(sounding.Value().Record));
+    if (const std::string lost = LostBelowSea(sounding.Value().Record); !fault && !lost.empty()) {
+      console.Err("vexa-cli: " + *output + ": " + lost + '\n');
+    }
   }
   if (!fault) return kExitOk;
   ReportFault(console, file, *fault);

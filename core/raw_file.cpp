@@ -159,6 +159,10 @@ Status SaveVariant(CurrentSounding& current, const std::filesystem::path& path, 
     return Status::Error;
   }
   current.Record.FileFlavour = "Windows";
+  if (const std::string lost = LostBelowSea(current.Record);
+      !lost.empty() && current.Ask != nullptr) {
+    current.Ask->Ask(Box{.Title = "Winds below sea level", .Text = lost});
+  }
   current.StatusText = Text(Status::Ok);
   return Status::Ok;
 }
@@ -241,6 +245,16 @@ std::string WriteRaw(const SoundingRecord& record, RawVariant variant, std::stri
     text.EndRecord();
   }
   return text.Take();
+}
+
+std::string LostBelowSea(const SoundingRecord& record) {
+  const auto count = static_cast<int>(
+      std::ranges::count_if(record.WindHgt.Values(), [](double height) { return height < 0; }));
+  if (count == 0) return {};
+  return Shortest(count) + (count == 1 ? " wind lies" : " winds lie") +
+         " below sea level. A native file has no place for " + (count == 1 ? "it" : "them") +
+         ": when it is read again " + (count == 1 ? "this wind" : "these winds") +
+         " will be missing.";
 }
 
 Box WindHeightBox(const RefusedWind& refused) {

@@ -55,6 +55,10 @@ std::optional<Fault> ReadRaw(std::string_view text, std::string_view name, RawVa
 std::string WriteRaw(const SoundingRecord& record, RawVariant variant = RawVariant::Plain,
                      std::string_view quickName = {});
 
+/// Says how many winds a native file of the record keeps that will not be read from it again, as
+/// they lie below the sea; empty where there are none.
+std::string LostBelowSea(const SoundingRecord& record);
+
 /// The box that tells of a refused wind row.
 Box WindHeightBox(const RefusedWind& refused);
 

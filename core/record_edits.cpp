@@ -149,13 +149,21 @@ constexpr std::less<> kRises{};
 }  // namespace
 
 bool IsPossible(const TempLevel& level) {
+  constexpr double kTooWarm = 200;  // what the data check tells of, not what nothing can have
   return (level.Press == 0 || IsWithin(kPress, level.Press)) && level.Temp >= kTemp.Least &&
-         (IsMissing(level.Dewpt) || level.Dewpt >= kDewpt.Least);
+         level.Temp <= kTooWarm &&
+         (IsMissing(level.Dewpt) || (level.Dewpt >= kDewpt.Least && level.Dewpt <= kTooWarm));
 }
 
 bool IsPossible(const WindLevel& level) {
-  return level.Height <= kHeight.Most && level.Dir >= kDir.Least &&
+  constexpr double kMostDir = 999;
+  return level.Height <= kHeight.Most && level.Height >= -kHeight.Most && level.Dir >= kDir.Least &&
+         (IsMissing(level.Dir) || level.Dir <= kMostDir) && level.Spd >= -kSpd.Most &&
          (IsMissing(level.Spd) || level.Spd <= kSpd.Most);
+}
+
+bool IsPossible(const CloudLayer& layer) {
+  return IsWithin(kBase, layer.Base);
 }
 
 std::optional<Fault> ChangeTempLevel(SoundingRecord& record, int level, const TempLevel& to) {

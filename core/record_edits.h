@@ -23,10 +23,11 @@ struct WindLevel {
 };
 
 /// Whether an editor's ranges hold a level that a file gives. What the data check tells of and what
-/// ordering removes is let through: too warm, a dew point above the temperature, no pressure or
-/// direction, a direction beyond the circle, a negative speed or height.
+/// ordering removes is let through: too warm up to 200 °C, a dew point above the temperature, no
+/// pressure or direction, a direction beyond the circle up to 999, a negative speed or height.
 bool IsPossible(const TempLevel& level);
 bool IsPossible(const WindLevel& level);
+bool IsPossible(const CloudLayer& layer);
 
 // Levels and layers count from 1. Faults are number 380 with a detail such as
 // "Level 17, pressure: 850 is not below the 850 of level 16"; the record stays as it was then.

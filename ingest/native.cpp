@@ -1,5 +1,7 @@
 #include "ingest/native.h"
 
+#include <algorithm>
+#include <cmath>
 #include <string>
 
 #include "core/numbers.h"
@@ -57,8 +59,25 @@ std::optional<Fault> KeepPossible(const SourceText& source, SoundingRecord& reco
     context.Notes.push_back(LeftOut("Winds", count, first));
   }
 
-  constexpr int kLowestElevM = -500;
-  if (record.ElevUnknown || record.ElevM >= kLowestElevM) return std::nullopt;
+  const int layers = record.NumCloudLayers();
+  std::erase_if(record.Clouds.Values(), [](const CloudLayer& layer) { return !IsPossible(layer); });
+  if (const int count = layers - record.NumCloudLayers(); count > 0) {
+    context.Notes.push_back("Cloud layers with impossible bases, left out: " + Shortest(count) +
+                            '.');
+  }
+  constexpr double kMostExtra = 1e6;  // their first value is a height in feet
+  const auto isWild = [](double value) { return std::fabs(value) > kMostExtra; };
+  if (std::ranges::any_of(record.ExtraRecord1, isWild) ||
+      std::ranges::any_of(record.ExtraRecord2, isWild)) {
+    record.ExtraRecord1 = {};
+    record.ExtraRecord2 = {};
+    context.Notes.push_back("Supplementary values that are impossible were left out.");
+  }
+
+  constexpr int kLowestElevM = -500, kHighestElevM = 9000;
+  if (record.ElevUnknown || (record.ElevM >= kLowestElevM && record.ElevM <= kHighestElevM)) {
+    return std::nullopt;
+  }
   context.Notes.push_back("The elevation of " + Shortest(record.ElevM) + " m is impossible.");
   SetElevationUnknown(record);
   return std::nullopt;

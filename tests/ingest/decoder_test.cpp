@@ -232,15 +232,20 @@ TEST(LoadSounding, KeepsTheSoundingInWorkUntilTheNewOneIsWhole) {
 
 // What the data check has words for stays for it to find.
 TEST(Native, ImpossibleValuesAreLeftOut) {
-  SoundingRecord record = test::Profile(
-      {{1000, 1e30, 999.9}, {-850, 10, 5}, {700, -1e9, -1e9}, {500, -20, -1e4}, {400, -30, -40}},
-      {{10, 200, 1e9},
-       {20, 365, -3},
-       {1e7, 200, 10},
-       {500, -90, 10},
-       {700, 210, 999.9},
-       {900, 210, 480}},
-      -5000);
+  SoundingRecord record = test::Profile({{1000, 71, 999.9},
+                                         {-850, 10, 5},
+                                         {800, 2e307, 5},
+                                         {750, 10, 1e30},
+                                         {700, -1e9, -1e9},
+                                         {500, -20, -1e4},
+                                         {400, -30, -40}},
+                                        {{10, 200, 1e9},
+                                         {20, 365, -3},
+                                         {1e7, 200, 10},
+                                         {500, -90, 10},
+                                         {700, 210, 999.9},
+                                         {900, 210, 480}},
+                                        -5000);
   const Decoded decoded = DecodeText("x.RAW", WriteRaw(record));
   ASSERT_FALSE(decoded.Failed);
   EXPECT_EQ(decoded.Record.Press, Levels<double>({1000, 400}));
@@ -249,7 +254,7 @@ TEST(Native, ImpossibleValuesAreLeftOut) {
   EXPECT_TRUE(decoded.Record.ElevUnknown);
   EXPECT_EQ(decoded.Notes,
             (std::vector<std::string>{
-                "Temperature levels with impossible values, left out: 3; the first: -850 hPa, 10 "
+                "Temperature levels with impossible values, left out: 5; the first: -850 hPa, 10 "
                 "and 5 C.",
                 "Winds with impossible values, left out: 3; the first: 10 m, 200 degrees, "
                 "1000000000 knots.",
@@ -259,7 +264,7 @@ TEST(Native, ImpossibleValuesAreLeftOut) {
   const Decoded none = DecodeText("x.RAW", WriteRaw(record));
   ASSERT_TRUE(none.Failed);
   EXPECT_EQ(none.Failed->Number, kFaultTooFewLevels);
-  EXPECT_NE(none.Failed->Detail.find("left out: 5"), std::string::npos) << none.Failed->Detail;
+  EXPECT_NE(none.Failed->Detail.find("left out: 7"), std::string::npos) << none.Failed->Detail;
 }
 
 TEST(Examples, LoadWithoutRemarkAndSaveAsTheyAre) {
