@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <string>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include "cli/commands.h"
@@ -90,7 +91,7 @@ std::vector<Verdict> CheckFile(const fs::path& path) {
   // One context for all: what it keeps of the text spares looking for the soundings again.
   ingest::LoadContext context{.Ask = &quiet, .Stations = &Stations()};
   do {
-    context.Notes = notes;
+    context.Notes = std::exchange(notes, {});  // those of the file with its first sounding
     Verdict verdict = CheckSounding(source.Value(), context);
     verdict.Notes = std::move(context.Notes);
     if (context.Count > 1) {

@@ -184,6 +184,16 @@ BufrReport ReadSubset(const BufrSubset& subset, const BufrMessage& message) {
   heading.Lat = NumberOf(header, {kLat, kLatCoarse});
   heading.Lon = NumberOf(header, {kLon, kLonCoarse});
   heading.Elevation = NumberOf(header, {kGround, kHeight, kStationHeight, kBarometer});
+  // The sonde may start elsewhere than at the station: where its release and the level on the
+  // ground agree the ascent begins there.
+  const std::optional<double> release = NumberOf(header, {kHeight});
+  const auto ground = std::ranges::find_if(
+      report.Levels, [](const BufrLevel& level) { return level.IsGround && level.Values.Height; });
+  constexpr double kAgree = 1;  // m
+  if (release && ground != report.Levels.end() &&
+      std::fabs(*release - *ground->Values.Height) <= kAgree) {
+    heading.Elevation = ground->Values.Height;
+  }
   return report;
 }
 
@@ -223,8 +233,8 @@ BufrFile ReadFileOf(const SourceText& source) {
     }
     for (const BufrSubset& subset : message.Value().Subsets) {
       BufrReport report = ReadSubset(subset, message.Value());
-      constexpr int kFewest = 2;
-      if (std::ranges::count_if(report.Levels, IsUseful) < kFewest) continue;
+      // What has a surface only is listed, and told to be too little when it is asked for.
+      if (std::ranges::none_of(report.Levels, IsUseful)) continue;
       const auto same = std::ranges::find_if(ascents, [&report](const BufrAscent& ascent) {
         return AreOfOneAscent(ascent.front(), report);
       });
@@ -307,9 +317,10 @@ std::optional<Fault> DecodeBufr(const SourceText& source, LoadContext& context,
     refused.Detail = source.Name() + ": " + refused.Detail;
     return refused;
   }
-  std::ranges::copy(file.Notes, std::back_inserter(context.Notes));
   const Outcome<std::size_t> index = ChooseSounding(file.Ascents.size(), source, context);
   if (!index) return index.Error();
+  // What is said of the file is said with its first sounding, not with each.
+  if (index.Value() == 0) std::ranges::copy(file.Notes, std::back_inserter(context.Notes));
   FillRecord(Merged(file.Ascents[index.Value()], context), source.Name(), context, into);
   into.DataFormat = kFormatTag;
   return std::nullopt;

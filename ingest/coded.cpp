@@ -177,6 +177,24 @@ CodedFile ReadFileOf(const SourceText& source) {
   return file;
 }
 
+// What was said of the reports of an ascent, which begins with their names, is told with it; what
+// belongs to no ascent is told with the first.
+void CopyNotes(const CodedFile& file, std::size_t chosen, std::vector<std::string>& into) {
+  const auto isAbout = [](const CodedAscent& ascent, const std::string& note) {
+    return std::ranges::any_of(ascent.Reports, [&note](const CodedReport& report) {
+      return note.find(report.Name()) != std::string::npos;
+    });
+  };
+  for (const std::string& note : file.Notes) {
+    const bool isItsOwn = isAbout(file.Ascents[chosen], note);
+    const bool isOfNone = chosen == 0 && !isItsOwn &&
+                          std::ranges::none_of(file.Ascents, [&](const CodedAscent& ascent) {
+                            return isAbout(ascent, note);
+                          });
+    if (isItsOwn || isOfNone) into.push_back(note);
+  }
+}
+
 // Which of two temperatures at the same pressure counts: of mandatory levels that of parts A and C,
 // elsewhere the significant level of parts B and D, which is the finer one.
 int TempRank(const CodedLevel& level) {
@@ -324,7 +342,6 @@ std::vector<SourceEntry> ListCoded(const SourceText& source) {
 std::optional<Fault> DecodeCoded(const SourceText& source, LoadContext& context,
                                  SoundingRecord& into) {
   const CodedFile& file = Kept(context, source, ReadFileOf);
-  std::ranges::copy(file.Notes, std::back_inserter(context.Notes));
   if (file.Ascents.empty()) {
     const std::string said = file.Remarks.empty() ? std::string() : "; " + file.Remarks.front();
     return Fault{kFaultEndOfFile, "DecodeCoded", source.Name() + ": no ascent in it" + said};
@@ -332,6 +349,7 @@ std::optional<Fault> DecodeCoded(const SourceText& source, LoadContext& context,
   const Outcome<std::size_t> index = ChooseSounding(file.Ascents.size(), source, context);
   if (!index) return index.Error();
   const CodedAscent& ascent = file.Ascents[index.Value()];
+  CopyNotes(file, index.Value(), context.Notes);
   NoteTime(ascent, source, context.Notes);
   FillRecord(Merged(ascent, context), source.Name(), context, into);
   into.DataFormat = kFormatTag;
