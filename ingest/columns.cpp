@@ -36,11 +36,16 @@ void ReadLabel(std::string_view line, SourceHeading& heading) {
 
 // Names a user may have meant for something are not passed over in silence.
 void NoteUnread(const TableLayout& layout, std::vector<std::string>& notes) {
+  constexpr std::size_t kLongest = 300;
   std::string unread;
   for (std::size_t i = 0; i < layout.Names.size(); ++i) {
     const bool isRead = std::ranges::any_of(
         layout.Plan, [i](const QuantityColumn& column) { return column.Column == i; });
     if (isRead || Trim(layout.Names[i]).empty()) continue;
+    if (unread.size() > kLongest) {
+      unread += " and more";
+      break;
+    }
     unread += (unread.empty() ? "" : ", ") + std::string(Trim(layout.Names[i]));
   }
   if (!unread.empty()) notes.push_back("Columns that are not read: " + unread + '.');

@@ -5,6 +5,7 @@
 
 #include <any>
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -20,6 +21,19 @@
 
 namespace vexa::ingest {
 
+struct Decoder;
+
+/// What a text is, found once however many of its soundings are decoded with the same context.
+struct OpenedText {
+  const SourceText* Of = nullptr;
+  const char* Bytes = nullptr;                // where it lies: another text may come to its place
+  std::shared_ptr<const SourceText> Plain{};  // of a web page, without its tags
+  const Decoder* Row = nullptr;
+  std::vector<int> Cuts{};  // lines where soundings begin that were put together
+
+  const SourceText& Text() const { return Plain ? *Plain : *Of; }
+};
+
 /// What a decoder may ask for besides the text.
 struct LoadContext {
   Interaction* Ask = nullptr;
@@ -27,7 +41,8 @@ struct LoadContext {
   const StationList* Stations = nullptr;  // for soundings that name their station by number only
   std::vector<std::string> Notes{};       // what was left out, changed or worked out, for the user
   int Count = 1;                          // soundings of the file, set by formats of several
-  std::any Kept{};                        // what a decoder worked out of the whole text, see Kept()
+  OpenedText Opened{};                    // the text that was decoded last
+  std::any Kept{};                        // what a decoder worked out of it, see Kept()
   std::vector<int> Held{};                // of an archive: the soundings of each text in it
   std::size_t Member = 0;                 // and the text that Kept is about
 };

@@ -131,9 +131,19 @@ std::vector<SourceEntry> ListPlain(const SourceText& plain) {
   return {{.Title = plain.Name()}};
 }
 
+void Open(const SourceText& source, LoadContext& context) {
+  OpenedText& opened = context.Opened;
+  if (opened.Of == &source && opened.Bytes == source.Bytes().data()) return;
+  if (opened.Of != nullptr) context.Kept.reset();
+  opened = {.Of = &source, .Bytes = source.Bytes().data()};
+  if (IsHtml(source)) opened.Plain = std::make_shared<const SourceText>(WithoutTags(source));
+  opened.Row = Recognise(opened.Text());
+  if (opened.Row != nullptr) opened.Cuts = CutsOf(*opened.Row, opened.Text());
+}
+
 std::optional<Fault> DecodeChosen(const Decoder& decoder, const SourceText& plain,
                                   LoadContext& context, SoundingRecord& into) {
-  const std::vector<int> cuts = CutsOf(decoder, plain);
+  const std::vector<int>& cuts = context.Opened.Cuts;
   if (cuts.empty()) return decoder.Decode(plain, context, into);
   const Outcome<std::size_t> index = ChooseSounding(cuts.size() - 1, plain, context);
   if (!index) return index.Error();
@@ -165,9 +175,9 @@ std::optional<Fault> Sufficiency(const std::string& name, LoadContext& context,
   return std::nullopt;
 }
 
-std::optional<Fault> DecodePlain(const SourceText& plain, LoadContext& context,
-                                 SoundingRecord& into) {
-  const Decoder* decoder = Recognise(plain);
+std::optional<Fault> DecodeOpened(LoadContext& context, SoundingRecord& into) {
+  const SourceText& plain = context.Opened.Text();
+  const Decoder* decoder = context.Opened.Row;
   if (decoder == nullptr) {
     if (const std::string refusal = RefusalIn(plain); !refusal.empty()) {
       return Fault{kFaultEndOfFile, "DecodeSounding", plain.Name() + ": " + refusal, plain.Name()};
@@ -210,8 +220,8 @@ std::optional<Fault> DecodeSounding(const SourceText& source, LoadContext& conte
   ClearData(into);
   return Guarded("DecodeSounding", [&] {
     if (!source.Members().empty()) return DecodeFromArchive(source, context, into);
-    return IsHtml(source) ? DecodePlain(WithoutTags(source), context, into)
-                          : DecodePlain(source, context, into);
+    Open(source, context);
+    return DecodeOpened(context, into);
   });
 }
 

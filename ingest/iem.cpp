@@ -1,6 +1,7 @@
 #include "ingest/iem.h"
 
 #include <algorithm>
+#include <memory>
 #include <string>
 #include <utility>
 
@@ -28,6 +29,13 @@ SourceHeading HeadingOf(const JsonValue& profile) {
     return held == nullptr ? std::string() : *held;
   };
   return HeadingOf(text("station"), text("valid"));
+}
+
+// Shared, as a file's document is read once for all its soundings.
+using Document = std::shared_ptr<const Outcome<JsonValue>>;
+
+Document ReadDocument(const SourceText& source) {
+  return std::make_shared<const Outcome<JsonValue>>(ReadJson(source));
 }
 
 const JsonArray* ProfilesOf(const JsonValue& document) {
@@ -114,7 +122,8 @@ std::vector<SourceEntry> ListIemJson(const SourceText& source) {
 
 std::optional<Fault> DecodeIemJson(const SourceText& source, LoadContext& context,
                                    SoundingRecord& into) {
-  const Outcome<JsonValue> document = ReadJson(source);
+  const Document held = Kept(context, source, ReadDocument);
+  const Outcome<JsonValue>& document = *held;
   if (!document) return document.Error();
   const JsonArray* profiles = ProfilesOf(document.Value());
   const Outcome<std::size_t> index =
@@ -153,7 +162,7 @@ std::vector<SourceEntry> ListIemTable(const SourceText& source) {
 
 std::optional<Fault> DecodeIemTable(const SourceText& source, LoadContext& context,
                                     SoundingRecord& into) {
-  const std::vector<TableGroup> groups = GroupsOf(source);
+  const std::vector<TableGroup>& groups = Kept(context, source, GroupsOf);
   const Outcome<std::size_t> index = ChooseSounding(groups.size(), source, context);
   if (!index) return index.Error();
   const TableGroup& group = groups[index.Value()];

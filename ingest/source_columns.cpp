@@ -22,6 +22,8 @@ constexpr QuantityName kNames[] = {
     {"pres", Quantity::Press},
     {"prs", Quantity::Press},
     {"p", Quantity::Press},
+    {"pc", Quantity::Press},
+    {"pm", Quantity::Press},
     {"height", Quantity::Height},
     {"hght", Quantity::Height},
     {"hgt", Quantity::Height},

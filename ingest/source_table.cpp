@@ -41,10 +41,45 @@ std::vector<std::string_view> SplitAtGaps(std::string_view line) {
   std::vector<std::string_view> names;
   while (!Trim(line).empty()) {
     line.remove_prefix(line.find_first_not_of(" \t"));
-    const std::size_t end = std::min(line.find("  "), line.find('\t'));
+    // From here on only: a line of many names is gone through once.
+    std::size_t end = 0;
+    const auto isGap = [line](std::size_t at) {
+      return line[at] == '\t' || (line[at] == ' ' && at + 1 < line.size() && line[at + 1] == ' ');
+    };
+    while (end < line.size() && !isGap(end)) ++end;
+    if (end == line.size()) end = std::string_view::npos;
     names.push_back(Trim(line.substr(0, end)));
     if (end == std::string_view::npos) break;
     line.remove_prefix(end);
+  }
+  return names;
+}
+
+// "Elapsed time HeightMSL Pc Pm Temp RH": names of several words with one blank in between, as far
+// as the words together are names that are known.
+std::vector<std::string_view> SplitByNames(std::string_view line) {
+  constexpr std::string_view kOthers[] = {
+      "elapsedtime",         "flighttime",    "ascentrate",    "ascrate",
+      "mixingratio",         "virtualtemp",   "potentialtemp", "theta",
+      "heightagl",           "verticalspeed", "groundspeed",   "virtualtemperature",
+      "potentialtemperature"};
+  constexpr std::size_t kMostWords = 3;
+  const std::vector<std::string_view> words = Tokens(line);
+  std::vector<std::string_view> names;
+  for (std::size_t i = 0; i < words.size();) {
+    std::size_t count = 1;
+    for (std::size_t more = 2; more <= kMostWords && i + more <= words.size(); ++more) {
+      std::string letters;
+      for (std::size_t k = i; k < i + more; ++k) letters += words[k];
+      for (char& c : letters) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+      if (QuantityNamed(letters) || std::ranges::find(kOthers, letters) != std::end(kOthers)) {
+        count = more;
+      }
+    }
+    const std::string_view last = words[i + count - 1];
+    names.emplace_back(words[i].data(),
+                       static_cast<std::size_t>(last.data() + last.size() - words[i].data()));
+    i += count;
   }
   return names;
 }
@@ -87,8 +122,8 @@ std::optional<TableLayout> LayoutAt(const SourceText& source, int line) {
   using Split = std::vector<std::string_view> (*)(std::string_view);
   static constexpr Split kByComma = [](std::string_view text) { return SplitFields(text, ','); };
   static constexpr Split kByTab = [](std::string_view text) { return SplitFields(text, '\t'); };
-  static constexpr Split kSplits[] = {kByTab, SplitAfterBrackets, SplitBeforeBrackets, SplitAtGaps,
-                                      Tokens};
+  static constexpr Split kSplits[] = {kByTab,      SplitAfterBrackets, SplitBeforeBrackets,
+                                      SplitAtGaps, SplitByNames,       Tokens};
   const std::span<const Split> splits =
       hasCommas ? std::span<const Split>(&kByComma, 1) : std::span<const Split>(kSplits);
   for (const Split split : splits) {

@@ -61,10 +61,12 @@ std::vector<SoundingBlock> BlocksOf(const SourceText& source) {
   return blocks;
 }
 
-// Missing values are nines all through.
-bool IsMissingField(std::string_view field) {
-  const std::string_view text = Trim(field);
-  return text.find_first_not_of("-9") == std::string_view::npos;
+// Missing values are nines through the whole field, but for the place of a sign: "  9" is a nine
+// and "  9999" in the six figures of a height are 9999 m.
+bool IsMissingField(std::string_view field, bool isSigned) {
+  if (Trim(field).empty()) return true;
+  if (isSigned && (field.front() == '-' || field.front() == ' ')) field.remove_prefix(1);
+  return field.find_first_not_of('9') == std::string_view::npos;
 }
 
 std::optional<std::string> ReadLevel(std::string_view text, Refusals& refused, SourceLevel& into) {
@@ -72,19 +74,23 @@ std::optional<std::string> ReadLevel(std::string_view text, Refusals& refused, S
     std::size_t First, Width;
     Quantity What;
     Scale ToOurs;
+    bool IsSigned = false;
   };
   // Behind a figure for the quality and four for the time.
   static constexpr Field kFields[] = {
-      {5, 5, Quantity::Press, {.Over = 10}}, {10, 6, Quantity::Height, {}},
-      {16, 4, Quantity::Temp, {.Over = 10}}, {20, 3, Quantity::Humidity, {}},
-      {23, 3, Quantity::Direction, {}},      {26, 3, Quantity::Speed, {kMsToKnot}},
+      {5, 5, Quantity::Press, {.Over = 10}},
+      {10, 6, Quantity::Height, {}, true},
+      {16, 4, Quantity::Temp, {.Over = 10}, true},
+      {20, 3, Quantity::Humidity, {}},
+      {23, 3, Quantity::Direction, {}},
+      {26, 3, Quantity::Speed, {kMsToKnot}},
   };
   std::vector<std::string_view> fields;
   std::vector<QuantityColumn> plan;
   for (const Field& field : kFields) {
     const std::string_view value = text.substr(field.First, field.Width);
     plan.push_back({fields.size(), field.What, field.ToOurs});
-    fields.push_back(IsMissingField(value) ? std::string_view() : value);
+    fields.push_back(IsMissingField(value, field.IsSigned) ? std::string_view() : value);
   }
   return ReadRow(fields, plan, refused, into);
 }

@@ -229,6 +229,11 @@ TEST(Formats, HeadingsInSeveralLayouts) {
        "           s           m    hPa      C      C     %    m/s   deg       m/s    deg     deg",
        "0  100  1000.0  20.0  10.0  52  5.0  270  5.0  40.5 -105.25\n"
        "9  1600  850.0  10.0  /////  ///  /////  /////  5.0  40.6 -105.0"},
+      {"names of two words, one blank",
+       "Elapsed time HeightMSL Pc Pm Temp Dewp Speed Dir Lat Lon\n"
+       "s m hPa hPa C C m/s deg deg deg",
+       "0 100 1000.0 999.0 20.0 10.0 5.0 270 40.5 -105.25\n"
+       "9 1600 850.0 849.0 10.0 ///// ///// ///// 40.6 -105.0"},
       {"units in brackets behind some names",
        "IDX P (mb) Z (m) T (C) TD (C) WD WS (m/s) LAT (S)  "
        "LON (W)",
@@ -562,6 +567,39 @@ TEST(Formats, AWindGivenAtAPressureIsFoundThere) {
   EXPECT_TRUE(std::ranges::any_of(context.Notes, [](const std::string& note) {
     return note.find("925 hPa: reported 812 m, computed") != note.npos;
   }));
+}
+
+// A document of many profiles is read once, a line of many names gone through once.
+TEST(Formats, ManySoundingsAndNamesTakeLinearTime) {
+  constexpr int kProfiles = 20000, kNames = 50000;
+  std::string profiles = "{\"profiles\":[1", names = "pres", row = "1000";
+  for (int i = 1; i < kProfiles; ++i) profiles += ",1";
+  for (int i = 1; i < kNames; ++i) {
+    names += " x";
+    row += " 1";
+  }
+  const auto start = std::chrono::steady_clock::now();
+  const SourceText document("many.json", profiles + "]}");
+  LoadContext context;
+  for (context.Index = 0; context.Index < kProfiles; ++context.Index) {
+    SoundingRecord record;
+    ASSERT_TRUE(DecodeSounding(document, context, record));
+  }
+  EXPECT_EQ(context.Count, kProfiles);
+  EXPECT_TRUE(DecodeText("wide.txt", names + '\n' + row + '\n').Failed);
+  const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
+  EXPECT_LT(took.count(), 10);  // more than a minute where each is read anew
+}
+
+TEST(Formats, ABlankPaddedNineIsANine) {
+  std::string text = FileText("td6201_two.txt");
+  const std::size_t at = text.find("0150999");
+  ASSERT_NE(at, std::string::npos);
+  const Decoded missing = DecodeText("t", text);
+  text.replace(at + 4, 3, "  9");  // 9 % where the humidity was missing, or 9 degrees
+  const Decoded nine = DecodeText("t", text);
+  ASSERT_FALSE(nine.Failed) << nine.Failed->Detail;
+  EXPECT_NE(nine.Record, missing.Record);
 }
 
 TEST(Formats, SecondsOfAWholeFlightOpenInASecond) {
