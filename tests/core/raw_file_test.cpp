@@ -245,5 +245,14 @@ TEST(LoadRAW, LongSoundingsTakeLinearTime) {
   EXPECT_LT(took.count(), 10);
 }
 
+TEST(RawFile, SavingTellsOfWindsBelowTheSea) {
+  SoundingRecord record;
+  record.AddWind(-22, 270, 5);
+  record.AddWind(0, 270, 6);
+  EXPECT_TRUE(LostBelowSea(record).starts_with("1 wind lies below sea level."));
+  record.WindHgt(1) = 0;
+  EXPECT_EQ(LostBelowSea(record), "");
+}
+
 }  // namespace
 }  // namespace vexa

@@ -457,6 +457,8 @@ TEST(Coded, AShipHasItsPosition) {
   EXPECT_EQ(decoded.Record.WmoNumber, 0);
   EXPECT_EQ(decoded.Record.NumTempLevels(), 5);
   EXPECT_DOUBLE_EQ(decoded.Record.WindSpd(1), FromMs(15));
+  // What was said of the other station's reports is not its own.
+  EXPECT_FALSE(decoded.HasNote("01234 TTAA was corrected"));
 }
 
 TEST(Coded, HeightsAndWindsByTheirNeighbours) {
