@@ -40,7 +40,7 @@ class IndexReader {
   double Cape();                      // J/kg, total of the chosen parcel
   double BrnShear();                  // m²/s²
   double Helicity(double depthKm);    // m²/s², relative to the chosen mover
-  void NeedWinds(double depth);        // fails where they do not stand for the lowest m of air
+  void NeedWinds(double depth);       // fails where they do not stand for the lowest m of air
   double FreezingHeight();            // m above ground of the lowest with warm air below
   bool FreezesWithWarmBelow() const;  // true where there is such a level
   WindVector MeanWind(double bottom, double top);  // kt, between heights in m above ground

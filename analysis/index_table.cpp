@@ -195,8 +195,8 @@ constexpr IndexRow kRows[] = {
      Wind850},
     {"  850mb Td", "850 mb Dewpoint", Measure::Temp, "C", "##0.0", "dew point at 850 hPa", "",
      Dewpoint850},
-    {"Surface Td", "Surface Dewpoint", Measure::Temp, "C", "##0.0",
-     "dew point of the lowest level", "", SurfaceDewpoint},
+    {"Surface Td", "Surface Dewpoint", Measure::Temp, "C", "##0.0", "dew point of the lowest level",
+     "", SurfaceDewpoint},
 };
 
 }  // namespace

@@ -79,14 +79,14 @@ inline constexpr IndexUnits kRowUnits{.KnotWord = "kt"};
 /// Those of the options, as panel, sheets and listings show indices.
 IndexUnits UnitsOf(const Options& options, double ground);
 
-/// An index as it is shown: number and unit are made together, so that they cannot part. The name of
-/// a row says no unit.
+/// An index as it is shown: number and unit are made together, so that they cannot part. The name
+/// of a row says no unit.
 struct ShownIndex {
-  double Amount = kNone;       // the number alone
-  std::string_view Bound{};    // ">" or "<" where the sounding ends too early to know more
-  std::string Number = "--";   // "31.9", "281/32", "28/40", "surface"
-  std::string Unit{};          // "C", "m AGL"; empty for a bare number
-  std::string Text() const;    // ">2463 J/kg", "--"
+  double Amount = kNone;      // the number alone
+  std::string_view Bound{};   // ">" or "<" where the sounding ends too early to know more
+  std::string Number = "--";  // "31.9", "281/32", "28/40", "surface"
+  std::string Unit{};         // "C", "m AGL"; empty for a bare number
+  std::string Text() const;   // ">2463 J/kg", "--"
 };
 ShownIndex ShowIndex(const IndexValue& index, const IndexUnits& units);
 

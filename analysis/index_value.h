@@ -12,8 +12,8 @@ namespace vexa::analysis {
 struct IndexRow;
 
 struct IndexValue {
-  const IndexRow* Row = nullptr;  // of the index table
-  double Value = kNone;           // in the row's unit
+  const IndexRow* Row = nullptr;                // of the index table
+  double Value = kNone;                         // in the row's unit
   std::optional<double> Direction{};            // degrees: the value is the speed of a wind
   std::optional<std::array<double, 2>> Both{};  // in the row's unit, the value is the larger
   bool IsBound = false;  // the sounding ends too early: at least this, at most where negative

@@ -166,12 +166,13 @@ WindSample WindAtHeight(const SoundingRecord& sounding, double height) {
   std::size_t lowest = 0;
   while (lowest < heights.size() && !hasWind(lowest)) ++lowest;
   if (lowest == heights.size()) return {};
+  std::size_t highest = heights.size() - 1;
+  while (!hasWind(highest)) --highest;
   Bracket bracket{lowest, lowest};
   if (height < heights[lowest]) {
     if (heights[lowest] - height > kWindBelowLowest) return {};
-  } else if (height > heights.back() && height <= heights.back() + kWindAboveHighest &&
-             hasWind(heights.size() - 1)) {
-    bracket = {heights.size() - 1, heights.size() - 1};
+  } else if (height > heights[highest] && height <= heights[highest] + kWindAboveHighest) {
+    bracket = {highest, highest};
   } else {
     const auto found = FindBracket(heights, height, std::less<>{});
     if (!found) return {};

@@ -45,8 +45,8 @@ LevelPoint PilotLevelUnder(const LevelProfile& levels, const Levels<double>& ind
   return {};
 }
 
-// The warmest of the day at the ground: what the user expects, else what the 850 hPa air has when it
-// is brought down, but never less than was measured.
+// The warmest of the day at the ground: what the user expects, else what the 850 hPa air has when
+// it is brought down, but never less than was measured.
 double DayTemp(const LevelProfile& levels, const SystemOptions& settings) {
   constexpr double kLid = 850;  // hPa
   if (settings.SoarTm) return *settings.SoarTm;
@@ -109,8 +109,9 @@ SoaringResults AnalyseSoaring(const AnalysisResults& results, const Options& opt
 
   soaring.ThermalTop = TopOfDryThermals(levels, theta);
   const LevelPoint& base = results.ConvectiveCondensation;
-  const bool reachesBase = base.Exists() && soaring.MaxTemp >= results.ConvectiveTemp &&
-                           !(soaring.ThermalTop.Exists() && soaring.ThermalTop.Height < base.Height);
+  const bool reachesBase =
+      base.Exists() && soaring.MaxTemp >= results.ConvectiveTemp &&
+      !(soaring.ThermalTop.Exists() && soaring.ThermalTop.Height < base.Height);
   if (reachesBase) {
     soaring.CloudBase = base;
     soaring.ThermalTop = base;

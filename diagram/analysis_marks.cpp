@@ -120,8 +120,8 @@ void DrawParcelLevels(Plot& plot) {
     DrawSegment(plot.Page, "parcel level", {frame.Right - 150, *y}, {frame.Right, *y},
                 {plot.Inks.ParcelMark, 20, LineStyle::Solid});
     plot.RightMarks.Add({*y,
-                         std::string(name) + (isCut ? " above " : " ") +
-                             Mask(level.Press, "###0") + PressureUnit(plot),
+                         std::string(name) + (isCut ? " above " : " ") + Mask(level.Press, "###0") +
+                             PressureUnit(plot),
                          "parcel level label", plot.Inks.ParcelMark});
   };
   const bool convective = results.Mode == analysis::LiftMode::Ccl;

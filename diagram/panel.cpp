@@ -263,7 +263,8 @@ void InfoBoxx(Plot& plot) {
   }
   y += step / 2;
   for (const PanelCell& cell : indices) {
-    const Point at{x + (cell.IsRight ? kIndexColumn : 0), y + step * static_cast<double>(cell.Line)};
+    const Point at{x + (cell.IsRight ? kIndexColumn : 0),
+                   y + step * static_cast<double>(cell.Line)};
     DrawIndex(plot, *cell.Index, at, kIndexText * scale, step, cell.Text, "index");
   }
 }

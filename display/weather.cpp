@@ -170,19 +170,19 @@ Sheet SoaringSheet(const Shown& shown) {
   const std::string lift = soaring.LiftEquation == 2
                                ? Texts::Number(soaring.Lift, "#0.0", " m/s")
                                : Texts::Number(soaring.Lift, "###0", " ft/min");
-  sheet.Blocks.push_back({"Thermals",
-                          {{"Temperature of the day", texts.Temp(soaring.MaxTemp)},
-                           {"Trigger temperature", texts.Temp(soaring.TriggerTemp),
-                            "for " + Mask(shown.Set.System.TriggerHgt, "####0") + " ft AGL"},
-                           level(soaring.CloudBase.Exists() ? "Thermal top (cloud base)"
-                                                            : "Thermal top (index 0)",
-                                 soaring.ThermalTop, kNone),
-                           level("Pilot level (index -3)", soaring.PilotLevel, kNone),
-                           level("Cloud base", soaring.CloudBase, "blue"),
-                           {"Lift", lift, std::string(soaring.Words)},
-                           texts.Index("TConv"),
-                           texts.Index("CCL Hgt"),
-                           texts.Index("DensityAlt")}});
+  sheet.Blocks.push_back(
+      {"Thermals",
+       {{"Temperature of the day", texts.Temp(soaring.MaxTemp)},
+        {"Trigger temperature", texts.Temp(soaring.TriggerTemp),
+         "for " + Mask(shown.Set.System.TriggerHgt, "####0") + " ft AGL"},
+        level(soaring.CloudBase.Exists() ? "Thermal top (cloud base)" : "Thermal top (index 0)",
+              soaring.ThermalTop, kNone),
+        level("Pilot level (index -3)", soaring.PilotLevel, kNone),
+        level("Cloud base", soaring.CloudBase, "blue"),
+        {"Lift", lift, std::string(soaring.Words)},
+        texts.Index("TConv"),
+        texts.Index("CCL Hgt"),
+        texts.Index("DensityAlt")}});
   SheetBlock index{.Heading = "Thermal index"};
   const analysis::LevelProfile& levels = shown.Results.Levels;
   for (const double press : {950.0, 925.0, 900.0, 850.0, 800.0, 750.0, 700.0, 650.0, 600.0}) {

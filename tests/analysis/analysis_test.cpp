@@ -216,9 +216,9 @@ TEST(Analyse, OddShapesGiveMarkersAndNeverNaN) {
 
 // The numbers of a sounding are its own, whichever soundings were analysed before.
 TEST(Analyse, GivesTheSameInAnyCompany) {
-  const SoundingRecord soundings[] = {test::ReferenceConvective(), test::ReferenceWinter(),
-                                      Profile({{1000, 41, 24}, {850, 22, 18}, {500, -8, -20},
-                                               {200, -55, -70}, {100, -70, 999.9}})};
+  const SoundingRecord soundings[] = {
+      test::ReferenceConvective(), test::ReferenceWinter(),
+      Profile({{1000, 41, 24}, {850, 22, 18}, {500, -8, -20}, {200, -55, -70}, {100, -70, 999.9}})};
   AdiabatTable table;
   for (int turn = 0; turn < 2; ++turn) {
     for (const SoundingRecord& sounding : soundings) {

@@ -158,8 +158,8 @@ TEST(IndexTable, ShowsValuesInTheUnitsOfTheOptions) {
             "281/17 m/s");  // 32 knots
 }
 
-// Speeds in m/s: T1 28.4 kt, T2 40.1 kt, Windex 53.8 kt. What programs read stays in the unit of the
-// row, and no row's name speaks of a unit that the value need not have.
+// Speeds in m/s: T1 28.4 kt, T2 40.1 kt, Windex 53.8 kt. What programs read stays in the unit of
+// the row, and no row's name speaks of a unit that the value need not have.
 TEST(IndexTable, NameNumberAndUnitBelongTogether) {
   const SoundingRecord sounding = test::ReferenceConvective();
   Options options;
@@ -188,8 +188,8 @@ TEST(IndexTable, NameNumberAndUnitBelongTogether) {
   }
 }
 
-// The reference sounding cut at 250 hPa, where its parcel is still warmer: what rests on its CAPE is
-// only a bound.
+// The reference sounding cut at 250 hPa, where its parcel is still warmer: what rests on its CAPE
+// is only a bound.
 TEST(IndexTable, ValuesCutByTheEndOfTheDataSaySo) {
   const SoundingRecord whole = test::ReferenceConvective();
   SoundingRecord cut = whole;
@@ -200,9 +200,9 @@ TEST(IndexTable, ValuesCutByTheEndOfTheDataSaySo) {
   }
   const AnalysisResults full = Analyse(whole, {});
   const AnalysisResults results = Analyse(cut, {});
-  const std::set<std::string_view> bounds = {
-      "CAPE total", "CAPE+ only", "BRN",  "Craven", "Supercell", "EHI 0-xkm",
-      "VGP 0-xkm",  "MVV",        "WMSI", "cclEL Hgt", "lfcEL Hgt"};
+  const std::set<std::string_view> bounds = {"CAPE total", "CAPE+ only", "BRN",       "Craven",
+                                             "Supercell",  "EHI 0-xkm",  "VGP 0-xkm", "MVV",
+                                             "WMSI",       "cclEL Hgt",  "lfcEL Hgt"};
   for (std::size_t i = 0; i < results.Indices.size(); ++i) {
     const IndexValue& index = results.Indices[i];
     SCOPED_TRACE(index.Row->Label);

@@ -256,14 +256,27 @@ TEST(Soaring, ThermalsOfOrdinaryDays) {
       // -3.48 at 850 and 5.68 at 700 hPa.
       {"a ground warmer than the air above brings down",
        Profile({{1000, 25, -25}, {850, 8, -25}, {700, 1.8, -35}, {500, -10, -50}}),
-       {}, 25, 850 * std::pow(700.0 / 850, 0.3669), 850 * std::pow(700.0 / 850, 0.0521), false},
+       {},
+       25,
+       850 * std::pow(700.0 / 850, 0.3669),
+       850 * std::pow(700.0 / 850, 0.0521),
+       false},
       // theta 318.10 K of the ground against 317.95 at 700 and 326.48 K at 600 hPa.
       {"a station above 850 hPa has thermals too",
        Profile({{845, 30, -30}, {800, 24, -30}, {700, 14, -35}, {600, 9, -40}, {400, -20, -50}}, {},
                1500),
-       {}, 30, 700 * std::pow(600.0 / 700, 0.0170), kNone, false},
-      {"stable ground has none", Profile({{840, 10, -30}, {800, 12, -30}, {600, 0, -40}}, {}, 1500),
-       {}, 10, 840, kNone, false},
+       {},
+       30,
+       700 * std::pow(600.0 / 700, 0.0170),
+       kNone,
+       false},
+      {"stable ground has none",
+       Profile({{840, 10, -30}, {800, 12, -30}, {600, 0, -40}}, {}, 1500),
+       {},
+       10,
+       840,
+       kNone,
+       false},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.About);

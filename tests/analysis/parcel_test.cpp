@@ -296,8 +296,8 @@ void ExpectSameAscent(const ParcelAscent& solved, const ParcelAscent& blended) {
   EXPECT_NEAR(solved.CinTotal, blended.CinTotal, 0.5);
 }
 
-// Fog under warmer air: a saturated parcel is as warm as its surroundings where it starts and colder
-// above, whatever the last digits of its temperature.
+// Fog under warmer air: a saturated parcel is as warm as its surroundings where it starts and
+// colder above, whatever the last digits of its temperature.
 TEST(Parcel, SaturatedGroundIsNoFreeLevel) {
   for (double tenths = -50; tenths <= 300; ++tenths) {
     const double temp = tenths / 10;
@@ -333,8 +333,7 @@ TEST(AdiabatTable, AgreesWithSolvingOnSoundingsOfAllClimates) {
       options.Saturation = over;
       const AnalysisResults blended = Analyse(sounding, options, table);
       const PressureGrid grid = MakePressureGrid(blended.Levels);
-      ParcelLifter solver(blended.Levels, grid,
-                          LiftSettingsOf(options, blended.CapeDepthTopPress));
+      ParcelLifter solver(blended.Levels, grid, LiftSettingsOf(options, blended.CapeDepthTopPress));
       for (const LiftAnalysis& lift : blended.Lifts) {
         SCOPED_TRACE(testing::Message() << "surface " << surface << ", lapse " << perKm);
         ParcelAscent solved;

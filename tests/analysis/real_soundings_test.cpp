@@ -89,10 +89,10 @@ TEST(RealSoundings, TableAgreesWithSolving) {
 }
 
 // Levels and energies printed at the end of the files by a program that follows a polynomial fit of
-// the wet-bulb potential temperature: condensation agrees to the hPa, its CAPE by virtual temperature
-// is 3 to 15 % above ours and its equilibrium up to 17 hPa higher. The last column is the CAPE of
-// the same parcels along an exact pseudoadiabat, integrated by an independent script (Emanuel 1994,
-// 4.7.5): ours is 0.6 to 3.4 % below it for the constant latent heat.
+// the wet-bulb potential temperature: condensation agrees to the hPa, its CAPE by virtual
+// temperature is 3 to 15 % above ours and its equilibrium up to 17 hPa higher. The last column is
+// the CAPE of the same parcels along an exact pseudoadiabat, integrated by an independent script
+// (Emanuel 1994, 4.7.5): ours is 0.6 to 3.4 % below it for the constant latent heat.
 TEST(RealSoundings, AgreeWithWhatTheFilesPrint) {
   VEXA_REAL_DATA(spc, "spc");
   const struct {

@@ -144,8 +144,7 @@ TEST_F(CommandLine, UnitsForProgramsDoNotFollowTheDisplays) {
   EXPECT_NE(csv.Out.find(",T1/T2 Gust (kt),"), std::string::npos);
   EXPECT_NE(csv.Out.find(",28/40,"), std::string::npos);
   EXPECT_NE(csv.Out.find(",surface cut,"), std::string::npos);
-  const Ran json =
-      RunWords({"analyze", file, "--format", "json", "--set", "Wind speed units=M/S"});
+  const Ran json = RunWords({"analyze", file, "--format", "json", "--set", "Wind speed units=M/S"});
   const QJsonObject all = QJsonDocument::fromJson(QByteArray::fromStdString(json.Out)).object();
   const QJsonObject gust = all["indices"].toObject()["T1/T2 Gust"].toObject();
   EXPECT_EQ(gust["text"].toString(), "28/40");

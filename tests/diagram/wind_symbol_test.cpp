@@ -75,8 +75,10 @@ TEST(WindColumn, FeathersFollowTheLatitudeOfTheSounding) {
     Hemisphere Option;
     bool IsRight;
   };
-  const Case cases[] = {{35, Hemisphere::ByLatitude, true},  {-90, Hemisphere::ByLatitude, false},
-                        {-90, Hemisphere::Northern, true},   {35, Hemisphere::Southern, false}};
+  const Case cases[] = {{35, Hemisphere::ByLatitude, true},
+                        {-90, Hemisphere::ByLatitude, false},
+                        {-90, Hemisphere::Northern, true},
+                        {35, Hemisphere::Southern, false}};
   for (const Case& c : cases) {
     SCOPED_TRACE(c.Latitude);
     SoundingRecord sounding = test::ReferenceConvective();
@@ -129,7 +131,8 @@ TEST(WindColumn, DrawsEveryNthWindOnlyWhereTheyCrowd) {
 TEST(WindColumn, DrawsNoWindThatWasNotObserved) {
   const auto drawn = [](const SoundingRecord& sounding) {
     const analysis::AnalysisResults results = analysis::Analyse(sounding, {});
-    return ToSvg(PlotSounding({.Sounding = sounding, .Results = results, .Set = {}})->Page, 800, 600);
+    return ToSvg(PlotSounding({.Sounding = sounding, .Results = results, .Set = {}})->Page, 800,
+                 600);
   };
   const SoundingRecord whole = test::ReferenceConvective();
   EXPECT_EQ(drawn(test::WithEmptyWinds(whole)), drawn(whole));
