@@ -41,10 +41,8 @@ class Report {
     if (format_ == "csv") {
       console_.Out(CsvRow(sounding, options_) + "\n");
     } else if (format_ == "json") {
-      JsonWriter json;
-      WriteJson(json, sounding, options_);
-      console_.Out((several_ ? (count_ > 0 ? ",\n" : "\n") : "") + json.Str() +
-                   (several_ ? "" : "\n"));
+      console_.Out((several_ ? (count_ > 0 ? ",\n" : "\n") : "") +
+                   SoundingJson(sounding, options_) + (several_ ? "" : "\n"));
     } else {
       console_.Out((count_ > 0 ? "\n" : "") + TextReport(sounding, options_));
     }

@@ -4,15 +4,12 @@
 #include <string>
 
 #include "config/options.h"
-#include "report/json.h"
 #include "report/sounding_json.h"
 
 namespace vexa::cli {
 
 using report::AnalysedSounding;
-using report::JsonQuoted;
-using report::JsonWriter;
-using report::WriteJson;
+using report::SoundingJson;
 
 std::string TextReport(const AnalysedSounding& sounding, const Options& options);
 

@@ -12,6 +12,7 @@
 #include "output/paint/paint.h"
 #include "program/command_line.h"
 #include "program/print_displays.h"
+#include "report/json.h"
 #include "report/sounding_json.h"
 
 namespace vexa::report {
@@ -43,25 +44,15 @@ struct ReportSource {
   }
 };
 
-std::string Json(const ReportSource& from) {
-  JsonWriter json;
-  WriteJson(json, from.Sounding(), from.In.Set);
-  return json.Str() + "\n";
-}
-
 std::string Versions(const ReportSource& from, const std::vector<ReportFile>& files) {
-  JsonWriter json;
-  json.BeginObject();
-  json.Key("program").Text(from.Writer);
-  json.Key("version").Text(ProgramVersion());
-  json.Key("toolkit").Text(paint::JpegLibraryVersion());
-  json.Key("source").Text(from.In.Current.FileName);
-  json.Key("format").Text(from.In.Current.Record.DataFormat);
-  json.Key("files").BeginArray();
-  for (const ReportFile& file : files) json.Text(file.Name);
-  json.EndArray();
-  json.EndObject();
-  return json.Str() + "\n";
+  Json json;
+  json["program"] = from.Writer;
+  json["version"] = ProgramVersion();
+  json["toolkit"] = paint::JpegLibraryVersion();
+  json["source"] = from.In.Current.FileName;
+  json["format"] = from.In.Current.Record.DataFormat;
+  for (const ReportFile& file : files) json["files"].push_back(file.Name);
+  return JsonText(json) + "\n";
 }
 
 std::vector<ReportFile> FilesOf(const ReportSource& from) {
@@ -79,7 +70,7 @@ std::vector<ReportFile> FilesOf(const ReportSource& from) {
                                {.Version = std::string(ProgramVersion()),
                                 .Resolution = Shortest(kWidthPx) + "x" + Shortest(kHeightPx)});
        }},
-      {"analysis.json", [from] { return Json(from); }},
+      {"analysis.json", [from] { return SoundingJson(from.Sounding(), from.In.Set) + "\n"; }},
       {"diagram.svg", [picture] { return picture("svg"); }},
       {"diagram.png", [picture] { return picture("png"); }},
   };

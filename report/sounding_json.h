@@ -7,7 +7,6 @@
 #include "analysis/analysis.h"
 #include "config/options.h"
 #include "core/sounding_record.h"
-#include "report/json.h"
 
 namespace vexa::report {
 
@@ -18,7 +17,7 @@ struct AnalysedSounding {
   std::vector<std::string> Notes{};  // what the decoder left out or worked out
 };
 
-/// One JSON object; docs/command-line.md lists its keys.
-void WriteJson(JsonWriter& json, const AnalysedSounding& sounding, const Options& options);
+/// One JSON object, without a line end; docs/command-line.md lists its keys.
+std::string SoundingJson(const AnalysedSounding& sounding, const Options& options);
 
 }  // namespace vexa::report
