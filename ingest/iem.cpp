@@ -1,7 +1,7 @@
 #include "ingest/iem.h"
 
 #include <algorithm>
-#include <memory>
+#include <nlohmann/json.hpp>
 #include <string>
 #include <utility>
 
@@ -11,6 +11,8 @@
 
 namespace vexa::ingest {
 namespace {
+
+using Json = nlohmann::json;
 
 constexpr std::string_view kFormatTag = "IEM";
 constexpr std::string_view kTableHeading = "station,validUTC,levelcode";
@@ -22,31 +24,29 @@ SourceHeading HeadingOf(std::string_view station, std::string_view time) {
   return heading;
 }
 
-SourceHeading HeadingOf(const JsonValue& profile) {
-  const auto text = [&profile](std::string_view name) {
-    const JsonValue* member = profile.Member(name);
-    const std::string* held = member == nullptr ? nullptr : member->Text();
-    return held == nullptr ? std::string() : *held;
+SourceHeading HeadingOf(const Json& profile) {
+  const auto text = [&profile](const char* name) {
+    const auto member = profile.find(name);
+    return member != profile.end() && member->is_string() ? member->get<std::string>()
+                                                          : std::string();
   };
   return HeadingOf(text("station"), text("valid"));
 }
 
-// Shared, as a file's document is read once for all its soundings.
-using Document = std::shared_ptr<const Outcome<JsonValue>>;
-
-Document ReadDocument(const SourceText& source) {
-  return std::make_shared<const Outcome<JsonValue>>(ReadJson(source));
+// The profiles of a document, or the fault of its text. A document without any has none.
+Outcome<Json> ProfilesOf(const SourceText& source) {
+  Json document;
+  if (std::optional<Fault> fault = ReadJson(source, document)) return *fault;
+  const auto profiles = document.find("profiles");
+  if (profiles == document.end() || !profiles->is_array()) return Json::array();
+  return std::move(*profiles);
 }
 
-const JsonArray* ProfilesOf(const JsonValue& document) {
-  const JsonValue* profiles = document.Member("profiles");
-  return profiles == nullptr ? nullptr : profiles->Array();
-}
-
-// A number goes the way of every other source's text, so that the same limits hold.
-std::optional<std::string> ReadLevel(const JsonValue& row, Refusals& refused, SourceLevel& into) {
+// A number goes the way of every other source's text, so that the same limits hold. Gives what
+// cannot be read.
+std::optional<std::string> ReadLevel(const Json& row, Refusals& refused, SourceLevel& into) {
   struct Key {
-    std::string_view Name;
+    const char* Name;
     Element What;
     std::optional<double> SourceLevel::*Into;
   };
@@ -57,16 +57,45 @@ std::optional<std::string> ReadLevel(const JsonValue& row, Refusals& refused, So
                                   {"drct", Element::Direction, &SourceLevel::Dir},
                                   {"sknt", Element::Speed, &SourceLevel::Spd}};
   for (const Key& key : kKeys) {
-    const JsonValue* value = row.Member(key.Name);
-    if (value == nullptr) continue;
-    const std::string* text = value->Text();
-    const std::optional<double> number = value->Number();
-    const std::string field = text != nullptr ? *text : number ? Shortest(*number) : std::string();
+    const auto value = row.find(key.Name);
+    if (value == row.end()) continue;
+    const std::string field = value->is_string()   ? value->get<std::string>()
+                              : value->is_number() ? Shortest(value->get<double>())
+                                                   : std::string();
     if (!ReadElement(field, key.What, refused, into.*key.Into)) {
       return std::string(key.Name) + " \"" + field + '"';
     }
   }
   return std::nullopt;
+}
+
+Outcome<SourceSounding> ReadProfile(const SourceText& source, const Json& profile) {
+  SourceSounding sounding{.Heading = HeadingOf(profile)};
+  const auto rows = profile.find("profile");
+  if (rows == profile.end() || !rows->is_array()) {
+    return Fault{kFaultEndOfFile, "DecodeIemJson", source.Name() + ": a profile without levels"};
+  }
+  for (const Json& row : *rows) {
+    SourceLevel level;
+    if (const std::optional<std::string> bad = ReadLevel(row, sounding.Refused, level)) {
+      return Fault{kFaultEndOfFile, "DecodeIemJson",
+                   source.Name() + ", level " +
+                       Shortest(static_cast<int>(sounding.Levels.size()) + 1) + ": " + *bad +
+                       " is not a number"};
+    }
+    sounding.Levels.push_back(level);
+  }
+  return sounding;
+}
+
+using Soundings = std::vector<Outcome<SourceSounding>>;
+
+Outcome<Soundings> ReadProfiles(const SourceText& source) {
+  const Outcome<Json> profiles = ProfilesOf(source);
+  if (!profiles) return profiles.Error();
+  Soundings soundings;
+  for (const Json& profile : profiles.Value()) soundings.push_back(ReadProfile(source, profile));
+  return soundings;
 }
 
 struct TableRow {
@@ -111,41 +140,23 @@ bool IsIemJson(const SourceText& source) {
 }
 
 std::vector<SourceEntry> ListIemJson(const SourceText& source) {
-  const Outcome<JsonValue> document = ReadJson(source);
-  const JsonArray* profiles = document ? ProfilesOf(document.Value()) : nullptr;
+  const Outcome<Json> profiles = ProfilesOf(source);
   std::vector<SoundingBlock> blocks;
-  if (profiles != nullptr) {
-    for (const JsonValue& profile : *profiles) blocks.push_back({.Heading = HeadingOf(profile)});
+  if (profiles) {
+    for (const Json& profile : profiles.Value()) blocks.push_back({.Heading = HeadingOf(profile)});
   }
   return Entries(blocks);
 }
 
 std::optional<Fault> DecodeIemJson(const SourceText& source, LoadContext& context,
                                    SoundingRecord& into) {
-  const Document held = Kept(context, source, ReadDocument);
-  const Outcome<JsonValue>& document = *held;
-  if (!document) return document.Error();
-  const JsonArray* profiles = ProfilesOf(document.Value());
-  const Outcome<std::size_t> index =
-      ChooseSounding(profiles == nullptr ? 0 : profiles->size(), source, context);
+  const Outcome<Soundings>& soundings = Kept(context, source, ReadProfiles);
+  if (!soundings) return soundings.Error();
+  const Outcome<std::size_t> index = ChooseSounding(soundings.Value().size(), source, context);
   if (!index) return index.Error();
-  const JsonValue& profile = (*profiles)[index.Value()];
-  SourceSounding sounding{.Heading = HeadingOf(profile)};
-  const JsonValue* rows = profile.Member("profile");
-  if (rows == nullptr || rows->Array() == nullptr) {
-    return Fault{kFaultEndOfFile, "DecodeIemJson", source.Name() + ": a profile without levels"};
-  }
-  for (const JsonValue& row : *rows->Array()) {
-    SourceLevel level;
-    if (const std::optional<std::string> bad = ReadLevel(row, sounding.Refused, level)) {
-      return Fault{kFaultEndOfFile, "DecodeIemJson",
-                   source.Name() + ", level " +
-                       Shortest(static_cast<int>(sounding.Levels.size()) + 1) + ": " + *bad +
-                       " is not a number"};
-    }
-    sounding.Levels.push_back(level);
-  }
-  FillRecord(std::move(sounding), source.Name(), context, into);
+  const Outcome<SourceSounding>& sounding = soundings.Value()[index.Value()];
+  if (!sounding) return sounding.Error();
+  FillRecord(sounding.Value(), source.Name(), context, into);
   into.DataFormat = kFormatTag;
   return std::nullopt;
 }

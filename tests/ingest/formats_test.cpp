@@ -16,7 +16,6 @@
 #include "core/raw_file.h"
 #include "core/units.h"
 #include "ingest/decoder.h"
-#include "ingest/json_text.h"
 #include "support/soundings.h"
 
 namespace vexa::ingest {
@@ -180,7 +179,7 @@ TEST(Formats, DamageNamesItsPlace) {
       {"igra_station.txt", "  215B", "  2l5B", "igra_station.txt, line 3: \"2l5\" is not a number"},
       {"bufkit_two.buf", "850.00 12.00", "850.00 12..0",
        "bufkit_two.buf, line 16: \"12..0\" is not a number"},
-      {"iem_two.json", "18.5,", "18.5", "iem_two.json, line 4: a comma or a closing brace"},
+      {"iem_two.json", "18.5,", "18.5", "iem_two.json, line 4: syntax error"},
       {"iem_table.csv", "18.5", "1B.5", "iem_table.csv, line 2: \"1B.5\" is not a number"},
       {"wyoming_csv.csv", "24.5,", "2-4.5,", "wyoming_csv.csv, line 2: \"2-4.5\" is not a number"},
       {"class_two.cls", "  4.0 999.0", "  4.O 999.0",
@@ -507,14 +506,54 @@ TEST(Coded, ReportsWithoutAscentSayWhy) {
             std::string::npos);
 }
 
-TEST(Json, IsReadStrictly) {
-  const char* const good[] = {"{}", "[1, -2.5e3, true, null, NaN]", "\"\\u00e4\\n\""};
-  const char* const bad[] = {"",      "{\"a\" 1}", "[1,]", "{a: 1}", "[1] 2",
-                             "\"abc", "[\"\\x\"]", "01x",  "[1 2]",  "{\"a\":}"};
-  for (const char* text : good) EXPECT_TRUE(ReadJson(SourceText("j", text))) << text;
-  for (const char* text : bad) EXPECT_FALSE(ReadJson(SourceText("j", text))) << text;
-  EXPECT_EQ(*ReadJson(SourceText("j", "\"\\u00e4\"")).Value().Text(), "\xc3\xa4");
-  EXPECT_FALSE(ReadJson(SourceText("j", std::string(5000, '['))));
+TEST(IemJson, IsReadStrictlyButForNan) {
+  const auto decoded = [](std::string station, std::string temp) {
+    return DecodeText("j.json", "{\"profiles\": [{\"station\": \"" + station +
+                                    "\", \"valid\": \"2003-06-01T12:00:00Z\",\n \"profile\": [\n"
+                                    "{\"pres\": 1000, \"hght\": 100, \"tmpc\": 20.5},\n"
+                                    "{\"pres\": 900, \"hght\": 1000, \"tmpc\": " +
+                                    temp +
+                                    "},\n"
+                                    "{\"pres\": 800, \"hght\": 2000, \"tmpc\": 9}]}]}\n");
+  };
+  struct Case {
+    const char* about;
+    const char* station;
+    const char* temp;
+    int levels;
+    const char* title;
+  };
+  const Case good[] = {
+      {"a number with an exponent", "K\\u0041BC", "1.45e1", 3, "KABC"},
+      {"NaN stands for nothing", "KABC", "NaN", 2, "KABC"},
+      {"in a text NaN is a text", "KNaN", "null", 2, "KNaN"},
+      {"behind an escaped quote it still is", "K\\\"NaN", "14", 3, "K\"NaN"},
+      // U+1F600 as two escapes becomes one character of four bytes.
+      {"beyond 16 bits", "\\ud83d\\ude00", "14", 3, "\xf0\x9f\x98\x80"},
+  };
+  for (const Case& c : good) {
+    SCOPED_TRACE(c.about);
+    const Decoded read = decoded(c.station, c.temp);
+    ASSERT_FALSE(read.Failed) << read.Failed->Detail;
+    EXPECT_EQ(read.Record.NumTempLevels(), c.levels);
+    EXPECT_EQ(read.Record.StationTitle.find(c.title), 0u) << read.Record.StationTitle;
+  }
+  const std::pair<const char*, const char*> bad[] = {{"NaNny", "j.json, line 4: "},
+                                                     {"1.5 2", "j.json, line 4: "},
+                                                     {"\"\\x\"", "line 4: "},
+                                                     {"\"14", "line 4: "},
+                                                     {"01", "line 4: "},
+                                                     {"", "line 4: "},
+                                                     {"1e400", "j.json: number"},
+                                                     {"\"\\ud83d\"", "line 4: "},
+                                                     {"\"warm\"", "not a number"}};
+  for (const auto& [temp, says] : bad) {
+    const Decoded read = decoded("KABC", temp);
+    ASSERT_TRUE(read.Failed) << temp;
+    EXPECT_NE(read.Failed->Detail.find(says), std::string::npos) << temp << read.Failed->Detail;
+    EXPECT_LT(read.Failed->Detail.size(), 300u);
+  }
+  EXPECT_TRUE(DecodeText("j", "{\"profiles\": " + std::string(100000, '[')).Failed);
 }
 
 // Aloft a tenth of a hectopascal lasts for seconds: each has a wind at a height of its own, and the
