@@ -144,9 +144,11 @@ void Open(const SourceText& source, LoadContext& context) {
 std::optional<Fault> DecodeChosen(const Decoder& decoder, const SourceText& plain,
                                   LoadContext& context, SoundingRecord& into) {
   const std::vector<int>& cuts = context.Opened.Cuts;
-  if (cuts.empty()) return decoder.Decode(plain, context, into);
-  const Outcome<std::size_t> index = ChooseSounding(cuts.size() - 1, plain, context);
+  if (cuts.empty() && decoder.List != nullptr) return decoder.Decode(plain, context, into);
+  const std::size_t count = cuts.empty() ? 1 : cuts.size() - 1;
+  const Outcome<std::size_t> index = ChooseSounding(count, plain, context);
   if (!index) return index.Error();
+  if (cuts.empty()) return decoder.Decode(plain, context, into);
   return decoder.Decode(plain.Part(cuts[index.Value()], cuts[index.Value() + 1]), context, into);
 }
 

@@ -49,10 +49,11 @@ Outcome<std::size_t> ChooseSounding(std::size_t count, const SourceText& source,
   const auto index = static_cast<std::size_t>(context.Index);
   context.Count = std::max(1, static_cast<int>(count));
   if (context.Index < 0 || index >= count) {
-    const std::string reason = count == 0 ? ": no sounding in it"
-                                          : ": it holds " + Shortest(static_cast<int>(count)) +
-                                                " soundings, number " +
-                                                Shortest(context.Index + 1) + " was asked for";
+    const std::string reason = count == 0
+                                   ? ": no sounding in it"
+                                   : ": it holds " + Shortest(static_cast<int>(count)) +
+                                         (count == 1 ? " sounding" : " soundings") + ", number " +
+                                         Shortest(context.Index + 1) + " was asked for";
     return Fault{kFaultEndOfFile, "ChooseSounding", source.Name() + reason};
   }
   return index;

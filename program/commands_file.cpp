@@ -10,6 +10,7 @@
 #include "core/error_report.h"
 #include "core/files.h"
 #include "ingest/decoder.h"
+#include "ingest/sounding_files.h"
 #include "program/commands.h"
 #include "program/edit_commands.h"
 #include "program/hodograph_commands.h"
@@ -159,12 +160,6 @@ bool LoadOne(Program& program, Document::Leave leave, const std::filesystem::pat
 
 namespace {
 
-bool HoldsSounding(const std::filesystem::path& file) {
-  std::vector<std::string> notes;
-  const Outcome<SourceText> source = ingest::ReadSource(file, notes);
-  return source && ingest::FindDecoder(source.Value()) != nullptr;
-}
-
 // A folder stands for the files in it that hold soundings, in the order of stepping.
 std::vector<std::filesystem::path> FilesIn(Program& program,
                                            const std::vector<std::filesystem::path>& given) {
@@ -176,10 +171,8 @@ std::vector<std::filesystem::path> FilesIn(Program& program,
       continue;
     }
     std::vector<std::filesystem::path> inside;
-    for (std::filesystem::directory_iterator at(path, failed), end; !failed && at != end;
-         at.increment(failed)) {
-      std::error_code ignored;
-      if (at->is_regular_file(ignored) && HoldsSounding(at->path())) inside.push_back(at->path());
+    for (const std::filesystem::path& file : ingest::FilesIn(path)) {
+      if (ingest::HoldsSounding(file)) inside.push_back(file);
     }
     if (inside.empty()) {
       const std::string name = TextFromPath(path.filename());

@@ -103,6 +103,17 @@ TEST(Wyoming, DamageNamesItsLine) {
   EXPECT_EQ(part.Notes.back(), "The last row is cut off and was left out.");
 }
 
+// A format of one sounding a file has no second one either.
+TEST(DecodeSounding, RefusesANumberBeyondTheOnlyOne) {
+  for (const char* name : {"native_5_7.RAW", "wyoming_page.html", "dropsonde_raw.txt"}) {
+    LoadContext context{.Index = 1};
+    SoundingRecord record;
+    const auto fault = DecodeSounding(SourceText(name, FileText(name)), context, record);
+    ASSERT_TRUE(fault) << name;
+    EXPECT_EQ(fault->Detail, std::string(name) + ": it holds 1 sounding, number 2 was asked for");
+  }
+}
+
 // Listings that were put together in one file, of servers that give one at a time.
 TEST(Wyoming, SoundingsPutTogether) {
   const std::string page = FileText("wyoming_page.html");
