@@ -121,7 +121,14 @@ void WriteReport(Program& program) {
   if (!name) return;
   const auto pass = program.Gate.Enter();
   if (!pass) return;
-  if (const auto fault = report::WriteReport(program, PathFromText(*name), "vexa")) {
+  const report::ReportWriter writer{
+      .Program = "vexa",
+      .Toolkit = paint::JpegLibraryVersion(),
+      .EncodePicture = [](const Picture& picture, const std::string& extension, int widthPx,
+                          int heightPx) {
+        return paint::EncodePicture(picture, extension, widthPx, heightPx);
+      }};
+  if (const auto fault = report::WriteReport(program, PathFromText(*name), writer)) {
     program.Doc.Report(*fault);
     return;
   }

@@ -13,6 +13,7 @@
 #include <QString>
 #include <QStringList>
 #include <QTimer>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -39,12 +40,10 @@ namespace {
 constexpr ArgumentRow kArguments[] = {
     {"--root", "", "DIR", "folder of the program's own files"},
     {"--size", "", "WxH", "size of the window in pixels"},
-    {"--set", "", "\"KEY=VALUE\"", "set an option, may be repeated"},
-    {"--screenshot", "", "OUT.png", "save a picture of the window and exit"},
-    {"--show", "", "NAME", "open a window at start, by its name or its menu entry's"},
-    {"--tab", "", "NUMBER", "page of that window, from 1"},
-    {"--help", "-h", "", "show this text"},
-    {"--version", "", "", "show the version"},
+    kSetOption,
+    {"--screenshot", "", "OUT.png", "saves a picture of the window and exits"},
+    {"--show", "", "NAME", "opens a window at start, by its name below or its menu entry's"},
+    {"--tab", "", "N", "page of that window", {}, 1, 99},
 };
 
 constexpr int kFailed = 1;
@@ -54,9 +53,32 @@ void Say(std::FILE* stream, std::string_view text) {
   std::fwrite(text.data(), 1, text.size(), stream);
 }
 
-std::string HelpText() {
-  return "Usage: vexa [OPTION]... [FILE]...\nShows soundings on a thermodynamic diagram.\n\n" +
-         OptionHelp(kArguments);
+// The names that --show takes, filled into lines.
+std::string WindowList() {
+  constexpr std::size_t kWidth = 78;
+  std::string text = "Windows that --show opens:";
+  std::string line;
+  for (const std::string_view name : WindowNames()) {
+    if (line.empty() || line.size() + name.size() + 1 > kWidth) {
+      text += line + "\n ";
+      line.clear();
+    }
+    line += " " + std::string(name);
+  }
+  return text + line;
+}
+
+CommandLine ReadWords(std::span<const std::string> words) {
+  const std::string windows = WindowList();
+  const CommandForm form{.Name = "vexa",
+                         .Usage = "[FILE-OR-FOLDER]... [options]",
+                         .Summary = "Shows soundings on a thermodynamic diagram.",
+                         .Options = kArguments,
+                         .LeastFiles = 0,
+                         .Footer = windows};
+  CommandLine read = ReadCommandLine(words, form);
+  read.Command = nullptr;  // it ends here
+  return read;
 }
 
 int WrongUsage(const Fault& fault) {
@@ -105,18 +127,12 @@ void EndNow(Program& program, SoundingWindow& window) {
 }  // namespace
 
 int RunWindow(int argc, char** argv) {
-  // Help and version must come without a display, so the plain arguments are looked at first.
-  for (int i = 1; i < argc; ++i) {
-    const std::string_view word = argv[i];
-    if (word == "--") break;
-    if (word == "--help" || word == "-h") {
-      Say(stdout, HelpText());
-      return 0;
-    }
-    if (word == "--version") {
-      Say(stdout, "vexa " + std::string(ProgramVersion()) + "\n");
-      return 0;
-    }
+  // Help and version must come without a display, so the plain arguments are looked at first; what
+  // is wrong with them may be the toolkit's own options, which it takes out.
+  if (const CommandLine plain = ReadWords(std::vector<std::string>(argv + 1, argv + argc));
+      !plain.Answer.empty()) {
+    Say(stdout, plain.Answer);
+    return 0;
   }
 
   const QApplication application(argc, argv);
@@ -126,43 +142,39 @@ int RunWindow(int argc, char** argv) {
   for (qsizetype i = 1; i < given.size(); ++i) words.push_back(given[i].toStdString());
 
   Program program;
-  const Outcome<Arguments> arguments = ParseArguments(words, kArguments);
-  if (!arguments) return WrongUsage(arguments.Error());
+  const CommandLine read = ReadWords(words);
+  if (read.Wrong) return WrongUsage(*read.Wrong);
+  const Arguments& arguments = read.Given;
   std::optional<PixelSize> size;
-  if (const auto text = arguments.Value().Value("--size")) {
+  if (const auto text = arguments.Value("--size")) {
     const Outcome<PixelSize> parsed = ParseSize(*text);
     if (!parsed) return WrongUsage(parsed.Error());
     size = parsed.Value();
   }
   WindowToShow wanted;
-  if (const auto name = arguments.Value().Value("--show")) {
+  if (const auto name = arguments.Value("--show")) {
     wanted.Name = *name;
     wanted.Opens = CommandToShow(*name);
     if (wanted.Opens == Command::None) {
       return WrongUsage({kFaultInvalidValue, "RunWindow",
-                         "there is no window \"" + *name + "\"; vexa --help lists them"});
+                         "there is no window \"" + *name + "\"" + DidYouMean(*name, WindowNames()) +
+                             "; vexa --help lists them"});
     }
   }
-  if (const auto tab = arguments.Value().Value("--tab")) {
-    wanted.Tab = ParseWhole(*tab);
-    if (!wanted.Tab || *wanted.Tab < 1) {
-      return WrongUsage(
-          {kFaultInvalidValue, "RunWindow", "--tab takes a number from 1, not \"" + *tab + '"'});
-    }
-    if (wanted.Opens == Command::None) {
-      return WrongUsage({kFaultInvalidValue, "RunWindow", "--tab needs a window, --show NAME"});
-    }
+  wanted.Tab = arguments.Whole("--tab");
+  if (wanted.Tab && wanted.Opens == Command::None) {
+    return WrongUsage({kFaultInvalidValue, "RunWindow", "--tab needs a window, --show NAME"});
   }
-  const std::vector<std::string> assignments = arguments.Value().Values("--set");
+  const std::vector<std::string> assignments = arguments.Values("--set");
   if (Options alone; const auto fault = SetOptions(alone, assignments)) return WrongUsage(*fault);
-  const std::optional<std::string> screenshot = arguments.Value().Value("--screenshot");
+  const std::optional<std::string> screenshot = arguments.Value("--screenshot");
 
   WindowInteraction interaction(program.Gate, screenshot ? WindowInteraction::Attendance::Unattended
                                                          : WindowInteraction::Attendance::Attended);
   program.Doc.AskThrough(&interaction);
   SoundingWindow window(program, interaction);
 
-  StartArguments start{arguments.Value().Value("--root"), ProgramFolder()};
+  StartArguments start{arguments.Value("--root"), ProgramFolder()};
   if (const QScreen* screen = QApplication::primaryScreen()) {
     start.ScreenWidth = screen->size().width();
     start.ScreenHeight = screen->size().height();
@@ -181,7 +193,7 @@ int RunWindow(int argc, char** argv) {
   window.PlaceAsBefore();
   if (size) window.resize(size->Width, size->Height);
   std::vector<std::filesystem::path> paths;
-  for (const std::string& file : arguments.Value().Files) paths.push_back(PathFromText(file));
+  for (const std::string& file : arguments.Files) paths.push_back(PathFromText(file));
   Changes changes = OfferSession(program);
   if (!changes.Sounding) {
     changes = paths.empty() ? AutoLoadCode(program) : OpenSoundings(program, paths);

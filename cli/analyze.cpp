@@ -16,15 +16,17 @@
 namespace vexa::cli {
 namespace {
 
+constexpr std::string_view kFormats[] = {"text", "json", "csv"};
+
 constexpr ArgumentRow kOptions[] = {
-    {"--format", "", "FORMAT", "text (without it), json or csv"},
+    {"--format", "", "FORMAT", "form of the report, text without it", kFormats},
     {"--explain", "", "INDEX",
      "tell how an index came about, by its label: KI, SWEAT; may be repeated"},
     {"--trace-liftsat", "", "FILE",
      "write the steps of the saturated-adiabat search for each level's wet bulb"},
     kRootOption,
     kSoundingOption,
-    {"--set", "", "\"KEY=VALUE\"", "sets an option by its label; may be repeated"},
+    kSetOption,
 };
 
 /// How soundings follow each other in one of the formats. One is written and forgotten before the
@@ -61,11 +63,9 @@ class Report {
   int count_ = 0;
 };
 
-std::string IndexLabels() {
-  std::string labels;
-  for (const analysis::IndexRow& row : analysis::IndexTable()) {
-    labels += (labels.empty() ? "" : ", ") + std::string(Trim(row.Label));
-  }
+std::vector<std::string_view> IndexLabels() {
+  std::vector<std::string_view> labels;
+  for (const analysis::IndexRow& row : analysis::IndexTable()) labels.push_back(Trim(row.Label));
   return labels;
 }
 
@@ -119,25 +119,20 @@ std::string TraceLiftSat(const AnalysedSounding& sounding, const Options& option
 
 int RunAnalyze(const Arguments& arguments, Console& console) {
   const std::string format = arguments.Value("--format").value_or("text");
-  constexpr std::string_view kFormats[] = {"text", "json", "csv"};
-  if (std::ranges::find(kFormats, format) == std::end(kFormats)) {
-    return UsageError(console, kAnalyzeCommand,
-                      "--format takes text, json or csv, not \"" + format + "\"");
-  }
   const Outcome<SettingsStore> settings = CommandSettings(arguments, console);
   if (!settings) return UsageError(console, kAnalyzeCommand, settings.Error().Detail);
   const Options& options = settings.Value().Set;
   std::vector<const analysis::IndexRow*> explained;
+  const std::vector<std::string_view> labels = IndexLabels();
   for (const std::string& label : arguments.Values("--explain")) {
     explained.push_back(analysis::FindIndex(label));
     if (explained.back() == nullptr) {
       return UsageError(console, kAnalyzeCommand,
-                        "there is no index \"" + label + "\"; there are " + IndexLabels());
+                        "there is no index \"" + label + "\"" + DidYouMean(label, labels) +
+                            "; there are " + Joined(labels));
     }
   }
-  const Outcome<int> index = SoundingIndex(arguments);
-  if (!index) return UsageError(console, kAnalyzeCommand, index.Error().Detail);
-  const int at = index.Value();
+  const int at = SoundingIndex(arguments);
   if (!explained.empty()) {
     return ForEachSounding(arguments, at, options, console, [&](const AnalysedSounding& sounding) {
       ExplainIndices(sounding, explained, options, console);
@@ -167,7 +162,9 @@ int RunAnalyze(const Arguments& arguments, Console& console) {
 
 }  // namespace
 
-const Command kAnalyzeCommand = {"analyze", "FILE... [options]",
-                                 "Prints the analysis of each sounding.", kOptions, RunAnalyze};
+const Command kAnalyzeCommand = {
+    {"analyze", "FILE-OR-FOLDER... [options]", "Prints the analysis of each sounding.", kOptions},
+    RunAnalyze,
+    true};
 
 }  // namespace vexa::cli

@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <string>
-#include <system_error>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -12,7 +12,7 @@
 #include "core/files.h"
 #include "core/numbers.h"
 #include "ingest/decoder.h"
-#include "ingest/source_header.h"
+#include "ingest/sounding_files.h"
 
 namespace vexa::cli {
 namespace {
@@ -23,21 +23,6 @@ constexpr ArgumentRow kOptions[] = {
     {"--notes", "-n", "", "what was left out, changed or worked out, below each file"},
     {"--quiet", "-q", "", "only the files with a fault"},
 };
-
-// Ordinary files below a folder, in the order of their names; a file is itself.
-std::vector<fs::path> FilesOf(const fs::path& given) {
-  std::error_code failed;
-  if (!fs::is_directory(given, failed)) return {given};
-  std::vector<fs::path> files;
-  const auto options = fs::directory_options::skip_permission_denied;
-  for (fs::recursive_directory_iterator at(given, options, failed), end; !failed && at != end;
-       at.increment(failed)) {
-    std::error_code ignored;
-    if (at->is_regular_file(ignored)) files.push_back(at->path());
-  }
-  std::ranges::sort(files);
-  return files;
-}
 
 std::string TimeText(const ObservationTime& time) {
   if (!time.Known()) return "no time";
@@ -52,6 +37,7 @@ std::string Counts(const SoundingRecord& record) {
 
 struct Verdict {
   bool IsFault = false;
+  bool IsStrange = false;  // a text in none of the known formats
   std::string Text{};
   std::vector<std::string> Notes{};
 };
@@ -63,10 +49,17 @@ Verdict Refused(const Fault& fault) {
   return {.IsFault = true, .Text = "FAULT: " + std::move(text)};
 }
 
+// An empty file was to be a sounding; it is a fault wherever it stands.
+bool IsBlank(const SourceText& source) {
+  return source.Members().empty() && Trim(source.Bytes()).empty();
+}
+
 Verdict CheckSounding(const SourceText& source, ingest::LoadContext& context) {
   SoundingRecord record;
   if (const std::optional<Fault> fault = ingest::DecodeSounding(source, context, record)) {
-    return Refused(*fault);
+    Verdict refused = Refused(*fault);
+    refused.IsStrange = fault->Number == kFaultFormat && !IsBlank(source);
+    return refused;
   }
   const QcFinding found = CheckRecord(record);
   Verdict verdict{.IsFault = found.Number != 0};
@@ -81,7 +74,8 @@ Verdict CheckSounding(const SourceText& source, ingest::LoadContext& context) {
   return verdict;
 }
 
-// A file's soundings one after the other; of a format with one sounding a file that one.
+// A file's soundings one after the other; of a format with one sounding a file that one. A text in
+// no known format has one verdict.
 std::vector<Verdict> CheckFile(const fs::path& path) {
   std::vector<std::string> notes;
   const Outcome<SourceText> source = ingest::ReadSource(path, notes);
@@ -103,17 +97,30 @@ std::vector<Verdict> CheckFile(const fs::path& path) {
   return verdicts;
 }
 
+// "3 files".
+std::string Count(int number, std::string_view what) {
+  return Shortest(number) + " " + std::string(what) + (number == 1 ? "" : "s");
+}
+
 int RunCheck(const Arguments& arguments, Console& console) {
   const bool isQuiet = arguments.Has("--quiet"), showsNotes = arguments.Has("--notes");
-  int files = 0, soundings = 0, faults = 0;
+  int files = 0, soundings = 0, faults = 0, others = 0;
   for (const std::string& given : arguments.Files) {
-    for (const fs::path& path : FilesOf(PathFromText(given))) {
+    for (const fs::path& path : ingest::FilesBelow(PathFromText(given))) {
+      const std::string name = TextFromPath(path);
+      const std::vector<Verdict> verdicts = CheckFile(path);
+      // What stands in a folder beside the soundings is no fault; a file that was named is one.
+      if (verdicts.front().IsStrange && name != given) {
+        ++others;
+        if (showsNotes) console.Out(name + ": no sounding\n");
+        continue;
+      }
       ++files;
-      for (const Verdict& verdict : CheckFile(path)) {
+      for (const Verdict& verdict : verdicts) {
         ++soundings;
         faults += verdict.IsFault ? 1 : 0;
         if (isQuiet && !verdict.IsFault) continue;
-        std::string text = TextFromPath(path) + ": " + verdict.Text + '\n';
+        std::string text = name + ": " + verdict.Text + '\n';
         if (showsNotes) {
           for (const std::string& note : verdict.Notes) text += "    " + note + '\n';
         }
@@ -121,16 +128,17 @@ int RunCheck(const Arguments& arguments, Console& console) {
       }
     }
   }
-  console.Out(Shortest(files) + (files == 1 ? " file, " : " files, ") + Shortest(soundings) +
-              (soundings == 1 ? " sounding, " : " soundings, ") + Shortest(faults) +
-              (faults == 1 ? " fault\n" : " faults\n"));
+  console.Out(Count(files, "file") + ", " + Count(soundings, "sounding") + ", " +
+              Count(faults, "fault") +
+              (others == 0 ? "" : "; " + Count(others, "other file") + " passed over") + "\n");
   return faults == 0 && files > 0 ? kExitOk : kExitInputFailed;
 }
 
 }  // namespace
 
-const Command kCheckCommand = {"check", "FILE-OR-FOLDER...",
-                               "Tells of each file its format, station, time, levels and faults.",
-                               kOptions, RunCheck};
+const Command kCheckCommand = {
+    {"check", "FILE-OR-FOLDER... [options]",
+     "Tells of each file its format, station, time, levels and faults.", kOptions},
+    RunCheck};
 
 }  // namespace vexa::cli

@@ -1,5 +1,7 @@
 #include <algorithm>
+#include <filesystem>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "analysis/analysis.h"
@@ -11,6 +13,7 @@
 #include "core/source_text.h"
 #include "core/station_file.h"
 #include "ingest/decoder.h"
+#include "ingest/sounding_files.h"
 #include "program/export_batch.h"
 
 namespace vexa::cli {
@@ -20,35 +23,41 @@ const Command* const kCommands[] = {
     &kPlotCommand,  &kAnalyzeCommand, &kConvertCommand, &kSettingsCommand, &kCheckCommand,
     &kFetchCommand, &kExportCommand,  &kListCommand,    &kReportCommand,   &kPrintCommand};
 
-constexpr std::string_view kProgram = "vexa-cli";
+constexpr CommandForm kProgram = {
+    .Name = "vexa-cli",
+    .Usage = "COMMAND [FILE]... [options]",
+    .Summary = "Upper-air soundings without a window.",
+    .LeastFiles = 0,
+    .Footer =
+        "vexa-cli COMMAND --help tells of its options.\n"
+        "Exit code: 0 success, 1 some input failed, 2 wrong usage.",
+};
 
-std::string CommandHelp(const Command& command) {
-  std::string text = "Usage: vexa-cli " + std::string(command.Name) + " " +
-                     std::string(command.Usage) + "\n\n" + std::string(command.Summary) + "\n\n";
-  std::vector<ArgumentRow> rows(command.Options.begin(), command.Options.end());
-  rows.push_back({"--help", "-h", "", "this text"});
-  rows.push_back({"--version", "", "", "the program's version"});
-  return text + OptionHelp(rows);
-}
-
-std::string ProgramHelp() {
-  std::string text =
-      "Usage: vexa-cli COMMAND [FILE]... [options]\n\nUpper-air soundings without a "
-      "window.\n\n";
-  for (const Command* command : kCommands) {
-    text += "  " + PadRight(command->Name, 10) + std::string(command->Summary) + "\n";
+// The files that a command works on: in place of each folder the soundings in it and below. Gives
+// the exit code for folders without any.
+int TakeFolders(Arguments& arguments, Console& console) {
+  int exitCode = kExitOk;
+  const std::string output = arguments.Value("--output").value_or("");
+  std::vector<std::string> files;
+  for (const std::string& given : arguments.Files) {
+    std::error_code failed;
+    if (!std::filesystem::is_directory(PathFromText(given), failed)) {
+      files.push_back(given);
+      continue;
+    }
+    const std::size_t before = files.size();
+    for (const std::filesystem::path& path : ingest::FilesBelow(PathFromText(given))) {
+      // What an earlier run has written there is not read.
+      const bool isOutput = std::filesystem::equivalent(path, PathFromText(output), failed);
+      if (!isOutput && ingest::HoldsSounding(path)) files.push_back(TextFromPath(path));
+    }
+    if (files.size() > before) continue;
+    ReportFault(console, given,
+                {kFaultFormat, "TakeFolders", "there is no sounding in the folder"});
+    exitCode = kExitInputFailed;
   }
-  return text +
-         "\nvexa-cli COMMAND --help tells of its options.\n"
-         "Exit code: 0 success, 1 some input failed, 2 wrong usage.\n";
-}
-
-bool Asks(std::span<const std::string> words, std::string_view longName,
-          std::string_view shortName) {
-  const auto end = std::ranges::find(words, "--");
-  return std::any_of(words.begin(), end, [&](const std::string& word) {
-    return word == longName || (!shortName.empty() && word == shortName);
-  });
+  arguments.Files = std::move(files);
+  return exitCode;
 }
 
 }  // namespace
@@ -59,14 +68,8 @@ const StationList& Stations() {
   return list;
 }
 
-Outcome<int> SoundingIndex(const Arguments& arguments) {
-  const std::string text = arguments.Value(kSoundingOption.Name).value_or("1");
-  const std::optional<int> number = ParseWhole(text);
-  if (!number || *number < 1) {
-    return Fault{kFaultInvalidValue, "SoundingIndex",
-                 "--sounding takes a number from 1, not \"" + text + '"'};
-  }
-  return *number - 1;
+int SoundingIndex(const Arguments& arguments) {
+  return arguments.Whole(kSoundingOption.Name).value_or(1) - 1;
 }
 
 std::optional<Fault> NotAnInput(const Arguments& arguments, const std::string& output) {
@@ -95,44 +98,46 @@ Outcome<AnalysedSounding> LoadAndAnalyse(const std::string& file, int index, con
 }
 
 void ReportFault(Console& console, const std::string& file, const Fault& fault) {
-  console.Err(std::string(kProgram) + ": " + file + ": " + FaultLine(file, fault) + "\n");
+  console.Err(std::string(kProgram.Name) + ": " + file + ": " + FaultLine(file, fault) + "\n");
 }
 
 int UsageError(Console& console, const Command& command, std::string_view reason) {
-  console.Err(std::string(kProgram) + " " + std::string(command.Name) + ": " + std::string(reason) +
-              "\nTry: vexa-cli " + std::string(command.Name) + " --help\n");
+  const std::string name(command.Form.Name);
+  console.Err("vexa-cli " + name + ": " + std::string(reason) + "\nTry: vexa-cli " + name +
+              " --help\n");
+  return kExitUsage;
+}
+
+int LacksToolkit(Console& console, const Command& command, std::string_view something) {
+  console.Err("vexa-cli " + std::string(command.Form.Name) +
+              ": this program was built without the toolkit and makes no " +
+              std::string(something) + "\n");
   return kExitUsage;
 }
 
 int RunCommandLine(std::span<const std::string> words, Console& console) {
-  if (Asks(words, "--version", "")) {
-    console.Out(std::string(kProgram) + " " + std::string(ProgramVersion()) + "\n");
-    return kExitOk;
-  }
-  const auto name =
-      std::ranges::find_if(words, [](const std::string& word) { return !word.starts_with('-'); });
-  const auto command = name == words.end()
-                           ? std::end(kCommands)
-                           : std::ranges::find(kCommands, *name, [](const Command* candidate) {
-                               return std::string(candidate->Name);
-                             });
-  const bool isKnown = command != std::end(kCommands);
-  if (Asks(words, "--help", "-h")) {
-    console.Out(isKnown ? CommandHelp(**command) : ProgramHelp());
-    return kExitOk;
-  }
-  if (!isKnown || name != words.begin()) {
-    console.Err(words.empty() ? ProgramHelp()
-                              : std::string(kProgram) + ": there is no command \"" + words[0] +
-                                    "\"\nTry: vexa-cli --help\n");
+  std::vector<const CommandForm*> forms;
+  for (const Command* command : kCommands) forms.push_back(&command->Form);
+  if (words.empty()) {
+    const std::string help[] = {"--help"};
+    console.Err(ReadCommandLine(help, kProgram, forms).Answer);
     return kExitUsage;
   }
-  const Outcome<Arguments> arguments = ParseArguments(words.subspan(1), (*command)->Options);
-  if (!arguments) return UsageError(console, **command, arguments.Error().Detail);
-  if (arguments.Value().Files.empty() && (*command)->NeedsFiles) {
-    return UsageError(console, **command, "no FILE is given");
+  CommandLine read = ReadCommandLine(words, kProgram, forms);
+  if (!read.Answer.empty()) {
+    console.Out(read.Answer);
+    return kExitOk;
   }
-  return (*command)->Run(arguments.Value(), console);
+  const auto command = std::ranges::find(kCommands, read.Command,
+                                         [](const Command* candidate) { return &candidate->Form; });
+  if (command == std::end(kCommands)) {
+    console.Err("vexa-cli: " + read.Wrong->Detail + "\nTry: vexa-cli --help\n");
+    return kExitUsage;
+  }
+  if (read.Wrong) return UsageError(console, **command, read.Wrong->Detail);
+  const int exitCode = (*command)->TakesFolders ? TakeFolders(read.Given, console) : int{kExitOk};
+  if (read.Given.Files.empty() && exitCode != kExitOk) return exitCode;
+  return std::max(exitCode, (*command)->Run(read.Given, console));
 }
 
 }  // namespace vexa::cli

@@ -1,9 +1,10 @@
 // The command line's commands: each a function over its words, and a row in the table of cli.cpp.
 #pragma once
 
+#include <optional>
 #include <span>
 #include <string>
-#include <vector>
+#include <string_view>
 
 #include "analysis/adiabat_table.h"
 #include "cli/console.h"
@@ -16,12 +17,9 @@
 namespace vexa::cli {
 
 struct Command {
-  std::string_view Name;
-  std::string_view Usage;    // what follows the name
-  std::string_view Summary;  // one line
-  std::span<const ArgumentRow> Options;
+  CommandForm Form;
   int (*Run)(const Arguments& arguments, Console& console);
-  bool NeedsFiles = true;
+  bool TakesFolders = false;  // which then stand for the soundings in them
 };
 
 extern const Command kPlotCommand;
@@ -39,10 +37,10 @@ extern const Command kFetchCommand;
 const StationList& Stations();
 
 inline constexpr ArgumentRow kSoundingOption = {
-    "--sounding", "-n", "N", "of a file with several soundings takes number N, 1 without it"};
+    "--sounding", "-n", "N", "which sounding of a file, 1 without it", {}, 1, 99999};
 
-/// The number of --sounding, counted from 0; what is wrong with it else.
-Outcome<int> SoundingIndex(const Arguments& arguments);
+/// The number of --sounding, counted from 0.
+int SoundingIndex(const Arguments& arguments);
 
 /// Refuses an output that is one of the files to read.
 std::optional<Fault> NotAnInput(const Arguments& arguments, const std::string& output);
@@ -56,6 +54,9 @@ void ReportFault(Console& console, const std::string& file, const Fault& fault);
 
 /// "vexa-cli COMMAND: reason" with a pointer to the help; gives kExitUsage.
 int UsageError(Console& console, const Command& command, std::string_view reason);
+
+/// Says that this build cannot make something, "PDF documents"; gives kExitUsage.
+int LacksToolkit(Console& console, const Command& command, std::string_view something);
 
 /// Runs the command line: the words after the program's name. Gives the exit code.
 int RunCommandLine(std::span<const std::string> words, Console& console);

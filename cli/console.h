@@ -1,4 +1,5 @@
-// Where a command writes: two sinks, so that tests read what users see.
+// What a command has around it: two sinks, so that tests read what users see, and the toolkit where
+// the program was built with it.
 #pragma once
 
 #include <functional>
@@ -6,9 +7,12 @@
 
 namespace vexa::cli {
 
+class Toolkit;
+
 struct Console {
   std::function<void(std::string_view)> Out;
   std::function<void(std::string_view)> Err;
+  Toolkit* Tools = nullptr;
 };
 
 inline constexpr int kExitOk = 0;

@@ -15,15 +15,10 @@ constexpr ArgumentRow kOptions[] = {
 int RunConvert(const Arguments& arguments, Console& console) {
   const std::optional<std::string> output = arguments.Value("--output");
   if (!output) return UsageError(console, kConvertCommand, "no output is given with -o");
-  if (arguments.Files.size() > 1) {
-    return UsageError(console, kConvertCommand, "one FILE at a time");
-  }
   const std::string& file = arguments.Files.front();
-  const Outcome<int> index = SoundingIndex(arguments);
-  if (!index) return UsageError(console, kConvertCommand, index.Error().Detail);
   std::optional<Fault> fault = NotAnInput(arguments, *output);
   if (fault) return UsageError(console, kConvertCommand, fault->Detail);
-  const Outcome<AnalysedSounding> sounding = LoadAndAnalyse(file, index.Value(), {});
+  const Outcome<AnalysedSounding> sounding = LoadAndAnalyse(file, SoundingIndex(arguments), {});
   if (!sounding) {
     fault = sounding.Error();
   } else if (sounding.Value().Record.NumTempLevels() == 0) {
@@ -41,8 +36,9 @@ int RunConvert(const Arguments& arguments, Console& console) {
 
 }  // namespace
 
-const Command kConvertCommand = {"convert", "FILE -o OUT.RAW",
-                                 "Writes a sounding of any format as a native sounding file.",
-                                 kOptions, RunConvert};
+const Command kConvertCommand = {
+    {"convert", "FILE -o OUT.RAW [options]",
+     "Writes a sounding of any format as a native sounding file.", kOptions, 1, 1},
+    RunConvert};
 
 }  // namespace vexa::cli

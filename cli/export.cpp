@@ -2,26 +2,25 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <vector>
 
 #include "cli/commands.h"
 #include "cli/loaded_program.h"
 #include "core/files.h"
-#include "core/numbers.h"
 #include "program/export_batch.h"
+#include "report/json.h"
 
 namespace vexa::cli {
 namespace {
 
-constexpr int kMostJobs = 256;
-
 constexpr ArgumentRow kOptions[] = {
     {"--output", "-o", "OUT", "dump to write: a spreadsheet for .csv, else text"},
-    {"--jobs", "-j", "N", "threads that read and compute, 1 without it"},
+    {"--jobs", "-j", "N", "threads that read and compute, 1 without it", {}, 1, 256},
     {"--range", "", "NNNN-NNNN", "of the files only these, counted from 0001"},
+    {"--json", "", "", "tells what was done as JSON"},
     kSoundingOption,
     kRootOption,
-    {"--set", "", "\"KEY=VALUE\"",
-     "sets an option by its label, DumpData1 to DumpData7 those of the dump"},
+    kSetOption,
 };
 
 // "0001-0020" of so many files.
@@ -33,6 +32,30 @@ Outcome<ExportRange> RangeOf(const std::optional<std::string>& text, int count) 
   return ParseExportRange(whole.substr(0, dash), whole.substr(dash + 1), count);
 }
 
+/// A file that has no share in the dump.
+struct Rejected {
+  std::string File;
+  std::string Reason;
+};
+
+std::string SummaryJson(const ExportReport& done, const std::vector<Rejected>& rejected) {
+  const auto path = [](const std::filesystem::path& file) {
+    return file.empty() ? report::Json(nullptr) : report::Json(TextFromPath(file));
+  };
+  report::Json json;
+  json["output"] = path(done.Output);
+  json["soundings"] = done.Written;
+  json["reject file"] = path(done.RejectFile);
+  report::Json& list = json["rejected"] = report::Json::array();
+  for (const Rejected& one : rejected) {
+    report::Json row;
+    row["file"] = one.File;
+    row["reason"] = one.Reason;
+    list.push_back(std::move(row));
+  }
+  return report::JsonText(json);
+}
+
 int RunExport(const Arguments& arguments, Console& console) {
   const std::optional<std::string> output = arguments.Value("--output");
   if (!output) return UsageError(console, kExportCommand, "no output is given with -o");
@@ -41,13 +64,6 @@ int RunExport(const Arguments& arguments, Console& console) {
   }
   const Outcome<CommandSetup> setup = SetupOf(arguments, console);
   if (!setup) return UsageError(console, kExportCommand, setup.Error().Detail);
-  const std::string jobsText = arguments.Value("--jobs").value_or("1");
-  const std::optional<int> jobs = ParseWhole(jobsText);
-  if (!jobs || *jobs < 1 || *jobs > kMostJobs) {
-    return UsageError(
-        console, kExportCommand,
-        "--jobs takes a number from 1 to " + Shortest(kMostJobs) + ", not \"" + jobsText + "\"");
-  }
   const Outcome<ExportRange> range =
       RangeOf(arguments.Value("--range"), static_cast<int>(arguments.Files.size()));
   if (!range) return UsageError(console, kExportCommand, range.Error().Detail);
@@ -55,28 +71,35 @@ int RunExport(const Arguments& arguments, Console& console) {
   const std::span<const std::string> files =
       std::span(arguments.Files)
           .subspan(first, static_cast<std::size_t>(range.Value().Last) - first);
-  const ExportReport report = ExportBatch({.Files = files,
-                                           .Output = PathFromText(*output),
-                                           .Kind = output::DumpKindOf(*output),
-                                           .Jobs = *jobs,
-                                           .Stations = &setup.Value().Stations,
-                                           .Index = setup.Value().Index},
-                                          setup.Value().Settings.Set, {},
-                                          [&console](const std::string& file, const Fault& fault) {
-                                            ReportFault(console, file, fault);
-                                          });
-  if (report.Failed) {
-    ReportFault(console, *output, *report.Failed);
-    return kExitInputFailed;
+  std::vector<Rejected> rejected;
+  const ExportReport report =
+      ExportBatch({.Files = files,
+                   .Output = PathFromText(*output),
+                   .Kind = output::DumpKindOf(*output),
+                   .Jobs = arguments.Whole("--jobs").value_or(1),
+                   .Stations = &setup.Value().Stations,
+                   .Index = setup.Value().Index},
+                  setup.Value().Settings.Set, {}, [&](const std::string& file, const Fault& fault) {
+                    ReportFault(console, file, fault);
+                    rejected.push_back({file, FaultLine(file, fault)});
+                  });
+  if (report.Failed) ReportFault(console, *output, *report.Failed);
+  if (arguments.Has("--json")) {
+    console.Out(SummaryJson(report, rejected) + "\n");
+  } else if (!report.Failed) {
+    const std::string text = ExportSummary(report).Text;
+    if (!text.empty()) console.Out(text + "\n");
   }
-  if (const std::string text = ExportSummary(report).Text; !text.empty()) console.Out(text + "\n");
-  return report.Rejected > 0 ? kExitInputFailed : kExitOk;
+  return report.Failed || report.Rejected > 0 ? kExitInputFailed : kExitOk;
 }
 
 }  // namespace
 
-const Command kExportCommand = {"export", "FILE... -o OUT.{txt,csv} [options]",
-                                "Writes the levels of soundings as text or spreadsheet.", kOptions,
-                                RunExport};
+const Command kExportCommand = {
+    {"export", "FILE-OR-FOLDER... -o OUT.{txt,csv} [options]",
+     "Writes the levels of soundings as text or spreadsheet.", kOptions, 1, kAnyNumber,
+     "--set DumpData1=FT and so on to DumpData7 set the options of the dump."},
+    RunExport,
+    true};
 
 }  // namespace vexa::cli

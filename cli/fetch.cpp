@@ -1,17 +1,15 @@
 // `vexa-cli fetch`: soundings from the sources of VEXA.URL, one file each.
-#include <QCoreApplication>
-
 #include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "cli/commands.h"
+#include "cli/toolkit.h"
 #include "core/files.h"
 #include "core/folders.h"
 #include "core/platform.h"
 #include "download/batch.h"
-#include "download/net/http_fetcher.h"
 #include "download/template_file.h"
 #include "ingest/source_header.h"
 #include "program/fetch_work.h"
@@ -90,17 +88,11 @@ int RunFetch(const Arguments& arguments, Console& console) {
   if (arguments.Has("--list")) return ListSources(list.Value(), console);
   const Outcome<BatchPlan> plan = PlanOf(arguments, list.Value());
   if (!plan) return UsageError(console, kFetchCommand, plan.Error().Detail);
-  int count = 1;
-  char name[] = "vexa-cli";
-  char* words[] = {name, nullptr};
-  std::unique_ptr<QCoreApplication> application;
-  if (QCoreApplication::instance() == nullptr) {
-    application = std::make_unique<QCoreApplication>(count, words);
-  }
-  HttpFetcher fetcher;
+  if (console.Tools == nullptr) return LacksToolkit(console, kFetchCommand, "downloads");
+  const std::unique_ptr<Fetcher> fetcher = console.Tools->MakeFetcher();
   const Cache cache(ResolveRoot(std::nullopt, ProgramFolder()) / "cache");
   cache.Sweep(SystemNow());
-  FetchWork work(fetcher, arguments.Has("--fresh") ? nullptr : &cache, &Stations(),
+  FetchWork work(*fetcher, arguments.Has("--fresh") ? nullptr : &cache, &Stations(),
                  Telling(console));
   const BatchReport report = RunBatch(plan.Value(), work);
   const bool isWhole =
@@ -111,7 +103,7 @@ int RunFetch(const Arguments& arguments, Console& console) {
 }  // namespace
 
 const Command kFetchCommand = {
-    "fetch", "STATION... -s SOURCE -t TIME [-o FOLDER]", "Downloads soundings.", kOptions, RunFetch,
-    false};
+    {"fetch", "STATION... -s SOURCE -t TIME [options]", "Downloads soundings.", kOptions, 0},
+    RunFetch};
 
 }  // namespace vexa::cli

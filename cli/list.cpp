@@ -13,14 +13,12 @@ constexpr ArgumentRow kOptions[] = {
      "without it"},
     kRootOption,
     kSoundingOption,
-    {"--set", "", "\"KEY=VALUE\"", "sets an option by its label; may be repeated"},
+    kSetOption,
 };
 
-std::string Words() {
-  std::string words;
-  for (const output::ListingRow& row : output::Listings()) {
-    words += (words.empty() ? "" : ", ") + std::string(row.Word);
-  }
+std::vector<std::string_view> Words() {
+  std::vector<std::string_view> words;
+  for (const output::ListingRow& row : output::Listings()) words.push_back(row.Word);
   return words;
 }
 
@@ -44,7 +42,8 @@ int RunList(const Arguments& arguments, Console& console) {
     rows.push_back(output::FindListing(word));
     if (rows.back() == nullptr) {
       return UsageError(console, kListCommand,
-                        "there is no listing \"" + word + "\"; there are " + Words());
+                        "there is no listing \"" + word + "\"" + DidYouMean(word, Words()) +
+                            "; there are " + Joined(Words()));
     }
   }
   if (rows.empty()) {
@@ -65,7 +64,9 @@ int RunList(const Arguments& arguments, Console& console) {
 
 }  // namespace
 
-const Command kListCommand = {"list", "FILE... [--listing LISTING]...",
-                              "Prints the listings of each sounding.", kOptions, RunList};
+const Command kListCommand = {
+    {"list", "FILE-OR-FOLDER... [options]", "Prints the listings of each sounding.", kOptions},
+    RunList,
+    true};
 
 }  // namespace vexa::cli

@@ -16,9 +16,7 @@ namespace vexa::cli {
 Outcome<CommandSetup> SetupOf(const Arguments& arguments, Console& console) {
   const Outcome<SettingsStore> settings = CommandSettings(arguments, console);
   if (!settings) return settings.Error();
-  const Outcome<int> index = SoundingIndex(arguments);
-  if (!index) return index.Error();
-  CommandSetup setup{.Settings = settings.Value(), .Index = index.Value()};
+  CommandSetup setup{.Settings = settings.Value(), .Index = SoundingIndex(arguments)};
   if (const auto root = arguments.Value(kRootOption.Name)) {
     setup.Root = PathFromText(*root);
     setup.Stations = KnownStations(setup.Root, ProgramFolder());

@@ -1,9 +1,11 @@
 #include <cstdio>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "cli/commands.h"
 #include "cli/console.h"
+#include "cli/toolkit.h"
 #include "core/platform.h"
 
 int main(int argc, char** argv) {
@@ -12,7 +14,8 @@ int main(int argc, char** argv) {
   const auto to = [](std::FILE* stream) {
     return [stream](std::string_view text) { std::fwrite(text.data(), 1, text.size(), stream); };
   };
-  vexa::cli::Console console{to(stdout), to(stderr)};
+  const std::unique_ptr<vexa::cli::Toolkit> toolkit = vexa::cli::MakeToolkit();
+  vexa::cli::Console console{to(stdout), to(stderr), toolkit.get()};
   const std::vector<std::string> words(argv + 1, argv + argc);
   const int code = vexa::cli::RunCommandLine(words, console);
   // What was written to a full disk is noticed at the latest here.

@@ -7,36 +7,46 @@
 
 #include "cli/commands.h"
 #include "cli/loaded_program.h"
-#include "cli/qt_start.h"
+#include "cli/toolkit.h"
 #include "core/files.h"
 #include "core/numbers.h"
-#include "output/paint/paint.h"
 #include "program/print_displays.h"
 
 namespace vexa::cli {
 namespace {
 
+constexpr auto kDiagrams = Words(DiagramType{});
+
 constexpr ArgumentRow kOptions[] = {
     {"--output", "-o", "OUT",
      "picture file: .png, .jpg, .bmp, .svg or .pdf; {name} stands for the"
      " input's name"},
-    {"--diagram", "", "TYPE", "skewt, emagram or tephigram"},
+    {"--diagram", "", "TYPE", "in place of the one that is set", kDiagrams},
     {"--display", "", "NAME",
      "the display to draw, sounding without it: hodograph, hodogram, SvrWx, Winter...;"
      " Overlay and Compare put all files on one diagram"},
     {"--size", "", "WxH", "size in pixels, 1600x1200 without it"},
     kRootOption,
-    {"--dpi", "", "N", "resolution that the file states, 96 without it"},
-    {"--quality", "", "N", "of a .jpg, 1 to 100, 92 without it"},
+    {"--dpi", "", "N", "resolution that the file states, 96 without it", {}, 10, 2400},
+    {"--quality", "", "N", "of a .jpg, 92 without it", {}, 1, 100},
     kSoundingOption,
-    {"--set", "", "\"KEY=VALUE\"", "sets an option by its label; may be repeated"},
+    kSetOption,
 };
 
 constexpr std::string_view kNamePlace = "{name}";
 
+std::string Lower(std::string_view text) {
+  std::string letters(text);
+  std::ranges::transform(letters, letters.begin(), [](unsigned char letter) {
+    return static_cast<char>(std::tolower(letter));
+  });
+  return letters;
+}
+
+// The ending in small letters, without its dot.
 std::string Extension(const std::string& output) {
   const std::string extension = TextFromPath(PathFromText(output).extension());
-  return extension.empty() ? extension : extension.substr(1);
+  return extension.empty() ? extension : Lower(extension).substr(1);
 }
 
 std::string OutputFor(const std::string& output, const std::string& file) {
@@ -47,30 +57,11 @@ std::string OutputFor(const std::string& output, const std::string& file) {
   return name;
 }
 
-// A number of an option within a range; its own value where the option is not given.
-Outcome<int> WholeOption(const Arguments& arguments, std::string_view name, int own, int least,
-                         int most) {
-  const std::optional<std::string> text = arguments.Value(name);
-  if (!text) return own;
-  const std::optional<int> number = ParseWhole(*text);
-  if (number && *number >= least && *number <= most) return *number;
-  return Fault{kFaultInvalidValue, "WholeOption",
-               std::string(name) + " takes a number from " + Shortest(least) + " to " +
-                   Shortest(most) + ", not \"" + *text + "\""};
-}
-
 // The name of a display; "hodogram" is short for the one in three dimensions.
 std::optional<std::string_view> DisplayNamed(std::string_view word) {
   constexpr std::string_view kShort = "hodogram", kLong = "Hodogram3D";
-  const auto lower = [](std::string_view text) {
-    std::string letters(text);
-    std::ranges::transform(letters, letters.begin(), [](unsigned char letter) {
-      return static_cast<char>(std::tolower(letter));
-    });
-    return letters;
-  };
   for (const std::string_view name : AllPrintDisplays()) {
-    if (lower(name) == lower(word) || (name == kLong && lower(word) == kShort)) return name;
+    if (Lower(name) == Lower(word) || (name == kLong && Lower(word) == kShort)) return name;
   }
   return std::nullopt;
 }
@@ -82,11 +73,24 @@ Outcome<Picture> PageOf(const Program& program, std::string_view display) {
   return Fault{kFaultTooFewLevels, "PageOf", "there is no " + std::string(display) + " of it"};
 }
 
+/// What a picture is saved on.
+struct Canvas {
+  PixelSize Size{};
+  ImageSettings Image{};
+  Toolkit* Tools = nullptr;  // not needed for SVG
+};
+
+std::optional<Fault> Save(const Picture& picture, const std::string& output, const Canvas& canvas) {
+  const auto [width, height] = canvas.Size;
+  const std::filesystem::path path = PathFromText(output);
+  if (Extension(output) == "svg") return SaveFile(path, ToSvg(picture, width, height));
+  return canvas.Tools->SavePicture(picture, path, width, height, canvas.Image);
+}
+
 // All files on one diagram, the first in work and the others beside it. A file that fails is told
 // of and left out.
 int PlotTogether(const Arguments& arguments, Console& console, const std::string& output,
-                 PixelSize size, const paint::ImageSettings& image, LoadedProgram& loaded,
-                 std::string_view display) {
+                 const Canvas& canvas, LoadedProgram& loaded, std::string_view display) {
   const diagram::MultiMode mode = *ModeOfDisplay(display);
   int exitCode = kExitOk;
   int count = 0;
@@ -102,21 +106,19 @@ int PlotTogether(const Arguments& arguments, Console& console, const std::string
   }
   if (count == 0) return exitCode;
   const Outcome<Picture> drawn = PageOf(loaded.Get(), display);
-  const auto fault = drawn ? paint::SavePicture(drawn.Value(), PathFromText(output), size.Width,
-                                                size.Height, image)
-                           : std::optional(drawn.Error());
+  const auto fault = drawn ? Save(drawn.Value(), output, canvas) : std::optional(drawn.Error());
   if (!fault) return exitCode;
   ReportFault(console, output, *fault);
   return kExitInputFailed;
 }
 
-std::optional<Fault> PlotFile(const std::string& file, const std::string& output, PixelSize size,
-                              const paint::ImageSettings& image, LoadedProgram& loaded,
+std::optional<Fault> PlotFile(const std::string& file, const std::string& output,
+                              const Canvas& canvas, LoadedProgram& loaded,
                               std::string_view display) {
   if (auto fault = loaded.Load(file)) return fault;
   const Outcome<Picture> drawn = PageOf(loaded.Get(), display);
   if (!drawn) return drawn.Error();
-  return paint::SavePicture(drawn.Value(), PathFromText(output), size.Width, size.Height, image);
+  return Save(drawn.Value(), output, canvas);
 }
 
 int RunPlot(const Arguments& arguments, Console& console) {
@@ -128,13 +130,16 @@ int RunPlot(const Arguments& arguments, Console& console) {
     return UsageError(console, kPlotCommand,
                       "\"" + *output + "\" does not end in .png, .jpg, .bmp, .svg or .pdf");
   }
+  if (extension != "svg" && console.Tools == nullptr) {
+    return LacksToolkit(console, kPlotCommand, "." + extension + " pictures, only .svg");
+  }
   const std::string displayName = arguments.Value("--display").value_or("sounding");
   const std::optional<std::string_view> display = DisplayNamed(displayName);
   if (!display) {
-    std::string names;
-    for (const std::string_view name : AllPrintDisplays()) names += " " + std::string(name);
+    const auto names = AllPrintDisplays();
     return UsageError(console, kPlotCommand,
-                      "there is no display \"" + displayName + "\"; there are" + names);
+                      "there is no display \"" + displayName + "\"" +
+                          DidYouMean(displayName, names) + "; there are " + Joined(names));
   }
   const bool together = ModeOfDisplay(*display).has_value();
   if (together && arguments.Files.size() < 2) {
@@ -150,44 +155,33 @@ int RunPlot(const Arguments& arguments, Console& console) {
     if (!given) return UsageError(console, kPlotCommand, given.Error().Detail);
     size = given.Value();
   }
-  const Outcome<int> quality = WholeOption(arguments, "--quality", paint::kJpegQuality, 1, 100);
-  if (!quality) return UsageError(console, kPlotCommand, quality.Error().Detail);
-  constexpr int kLeastDpi = 10, kMostDpi = 2400;
-  const Outcome<int> dpi =
-      WholeOption(arguments, "--dpi", static_cast<int>(paint::kScreenDpi), kLeastDpi, kMostDpi);
-  if (!dpi) return UsageError(console, kPlotCommand, dpi.Error().Detail);
-  const paint::ImageSettings image{.JpegQuality = quality.Value(),
-                                   .Dpi = static_cast<double>(dpi.Value())};
+  const ImageSettings image{
+      .JpegQuality = arguments.Whole("--quality").value_or(kJpegQuality),
+      .Dpi = static_cast<double>(arguments.Whole("--dpi").value_or(ToWhole(kScreenDpi)))};
   Outcome<CommandSetup> setup = SetupOf(arguments, console);
   if (!setup) return UsageError(console, kPlotCommand, setup.Error().Detail);
   Options& options = setup.Value().Settings.Set;
   if (const auto type = arguments.Value("--diagram")) {
-    const auto words = Words(DiagramType{});
-    const auto word = std::ranges::find(words, *type);
-    if (word == words.end()) {
-      return UsageError(console, kPlotCommand,
-                        "--diagram takes skewt, emagram or tephigram, not \"" + *type + "\"");
-    }
-    options.Diagram = static_cast<DiagramType>(word - words.begin());
+    options.Diagram =
+        static_cast<DiagramType>(std::ranges::find(kDiagrams, *type) - kDiagrams.begin());
   }
-  std::optional<QtSession> toolkit;
-  if (extension != "svg") toolkit.emplace();
   for (const std::string& file : arguments.Files) {
     if (const auto fault = NotAnInput(arguments, OutputFor(*output, file))) {
       return UsageError(console, kPlotCommand, fault->Detail);
     }
   }
+  const Canvas canvas{size, image, console.Tools};
   int exitCode = kExitOk;
   LoadedProgram loaded(setup.Value());
   if (together) {
     const std::string name = OutputFor(*output, arguments.Files.front());
-    return PlotTogether(arguments, console, name, size, image, loaded, *display);
+    return PlotTogether(arguments, console, name, canvas, loaded, *display);
   }
   std::set<std::string> written;
   for (const std::string& file : arguments.Files) {
     const std::string name = OutputFor(*output, file);
     const auto fault = written.insert(name).second
-                           ? PlotFile(file, name, size, image, loaded, *display)
+                           ? PlotFile(file, name, canvas, loaded, *display)
                            : Fault{kFaultBadFileName, "RunPlot",
                                    name + " holds the picture of another input already"};
     if (fault) {
@@ -200,8 +194,9 @@ int RunPlot(const Arguments& arguments, Console& console) {
 
 }  // namespace
 
-const Command kPlotCommand = {"plot", "FILE... -o OUT [options]",
-                              "Draws the diagram of each sounding into a picture file.", kOptions,
-                              RunPlot};
+const Command kPlotCommand = {{"plot", "FILE-OR-FOLDER... -o OUT.{png,jpg,bmp,svg,pdf} [options]",
+                               "Draws the diagram of each sounding into a picture file.", kOptions},
+                              RunPlot,
+                              true};
 
 }  // namespace vexa::cli

@@ -9,29 +9,31 @@
 
 #include "cli/commands.h"
 #include "cli/loaded_program.h"
-#include "cli/qt_start.h"
+#include "cli/toolkit.h"
 #include "core/files.h"
-#include "output/paint/print.h"
 #include "program/print_displays.h"
 #include "program/print_work.h"
 
 namespace vexa::cli {
 namespace {
 
+constexpr auto kPapers = output::Words(output::Paper{});
+constexpr auto kTurns = output::Words(output::Orientation{});
+
 constexpr ArgumentRow kOptions[] = {
     {"--output", "-o", "OUT", "PDF document to write"},
     {"--display", "-d", "NAME",
      "display, text or listing to print, \"Sounding\" without it; may be repeated"},
     {"--all-listings", "", "", "prints the seven listings too"},
-    {"--paper", "", "SIZE", "letter, legal or a4"},
-    {"--orientation", "", "TURN", "portrait or landscape"},
+    {"--paper", "", "SIZE", "of the sheet", kPapers},
+    {"--orientation", "", "TURN", "of the sheet", kTurns},
     {"--title", "", "TEXT", "a line above the header of displays"},
     {"--dark-lines", "", "", "draws with dark lines"},
     {"--no-data-type", "", "", "leaves data type and number of levels out of the header"},
     {"--no-coordinates", "", "", "leaves coordinates and elevation out of the header"},
     kRootOption,
     kSoundingOption,
-    {"--set", "", "\"KEY=VALUE\"", "sets an option by its label; may be repeated"},
+    kSetOption,
 };
 
 std::string Lower(std::string_view text) {
@@ -42,17 +44,13 @@ std::string Lower(std::string_view text) {
   return lower;
 }
 
-// Sets an enum by an option's word, in any case; false when the word is none of its.
+// Sets an enum by an option whose values are its words.
 template <class E>
-bool TakeWord(const Arguments& arguments, std::string_view option, E& into) {
+void TakeWord(const Arguments& arguments, std::string_view option, E& into) {
   const std::optional<std::string> given = arguments.Value(option);
-  if (!given) return true;
+  if (!given) return;
   const auto words = output::Words(into);
-  const auto found = std::ranges::find_if(
-      words, [&](std::string_view word) { return Lower(word) == Lower(*given); });
-  if (found == words.end()) return false;
-  into = static_cast<E>(found - words.begin());
-  return true;
+  into = static_cast<E>(std::ranges::find(words, *given) - words.begin());
 }
 
 // The printed name that a word means: a name in any case, or a listing's word of `list`.
@@ -82,23 +80,20 @@ Outcome<Asked> ReadRequest(const Arguments& arguments, const CommandSetup& setup
   const SystemOptions& system = setup.Settings.Set.System;
   print.Title = arguments.Value("--title").value_or(system.PrintTitleMemory);
   print.DarkLines = system.DarklinesMemory || arguments.Has("--dark-lines");
-  if (!TakeWord(arguments, "--paper", print.Setup.Sheet)) {
-    return wrong("--paper takes letter, legal or a4");
-  }
-  if (!TakeWord(arguments, "--orientation", print.Setup.Turn)) {
-    return wrong("--orientation takes portrait or landscape");
-  }
+  TakeWord(arguments, "--paper", print.Setup.Sheet);
+  TakeWord(arguments, "--orientation", print.Setup.Turn);
   if (arguments.Has("--no-data-type")) print.Setup.Header.DataType = false;
   if (arguments.Has("--no-coordinates")) print.Setup.Header.Coordinates = false;
   if (arguments.Has("--all-listings")) print.Setup.AllListings = true;
   for (const std::string& word : arguments.Values("--display")) {
     const std::optional<std::string> name = NameOf(word);
     if (!name) {
-      std::string names;
+      std::vector<std::string_view> names;
       for (const std::string_view one : AllPrintableNames()) {
-        if (!ModeOfDisplay(one)) names += " " + std::string(one);
+        if (!ModeOfDisplay(one)) names.push_back(one);
       }
-      return wrong("nothing to print is called \"" + word + "\"; there are" + names);
+      return wrong("nothing to print is called \"" + word + "\"" + DidYouMean(word, names) +
+                   "; there are " + Joined(names));
     }
     if (ModeOfDisplay(*name)) {
       return wrong(*name + " shows several files together; plot draws it");
@@ -139,7 +134,7 @@ int RunPrint(const Arguments& arguments, Console& console) {
   if (!setup) return UsageError(console, kPrintCommand, setup.Error().Detail);
   const Outcome<Asked> asked = ReadRequest(arguments, setup.Value());
   if (!asked) return UsageError(console, kPrintCommand, asked.Error().Detail);
-  const QtSession toolkit;
+  if (console.Tools == nullptr) return LacksToolkit(console, kPrintCommand, "PDF documents");
   LoadedProgram loaded(setup.Value());
   int exitCode = kExitOk;
   std::vector<Picture> pages;
@@ -150,7 +145,7 @@ int RunPrint(const Arguments& arguments, Console& console) {
     }
   }
   if (pages.empty()) return exitCode;
-  const Outcome<std::string> bytes = paint::PagesAsPdf(pages, output::kUnitsPerPoint);
+  const Outcome<std::string> bytes = console.Tools->PagesAsPdf(pages);
   const std::optional<Fault> fault =
       bytes ? SaveFile(PathFromText(*output), bytes.Value()) : std::optional(bytes.Error());
   if (!fault) return exitCode;
@@ -160,8 +155,9 @@ int RunPrint(const Arguments& arguments, Console& console) {
 
 }  // namespace
 
-const Command kPrintCommand = {"print", "FILE... -o OUT.pdf [options]",
-                               "Prints displays and listings to a PDF document.", kOptions,
-                               RunPrint};
+const Command kPrintCommand = {{"print", "FILE-OR-FOLDER... -o OUT.pdf [options]",
+                                "Prints displays and listings to a PDF document.", kOptions},
+                               RunPrint,
+                               true};
 
 }  // namespace vexa::cli

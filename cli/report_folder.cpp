@@ -4,7 +4,7 @@
 
 #include "cli/commands.h"
 #include "cli/loaded_program.h"
-#include "cli/qt_start.h"
+#include "cli/toolkit.h"
 #include "core/files.h"
 #include "report/report_folder.h"
 
@@ -15,8 +15,20 @@ constexpr ArgumentRow kOptions[] = {
     {"--output", "-o", "FOLDER", "folder to write; it is made where it is missing"},
     kRootOption,
     kSoundingOption,
-    {"--set", "", "\"KEY=VALUE\"", "sets an option by its label; may be repeated"},
+    kSetOption,
 };
+
+std::optional<Fault> WriteFolder(const Program& program, const std::filesystem::path& folder,
+                                 Toolkit& tools) {
+  return report::WriteReport(
+      program, folder,
+      {.Program = "vexa-cli",
+       .Toolkit = tools.JpegLibraryVersion(),
+       .EncodePicture = [&tools](const Picture& picture, const std::string& extension, int widthPx,
+                                 int heightPx) {
+         return tools.EncodePicture(picture, extension, widthPx, heightPx);
+       }});
+}
 
 int RunReport(const Arguments& arguments, Console& console) {
   const std::optional<std::string> output = arguments.Value("--output");
@@ -24,16 +36,13 @@ int RunReport(const Arguments& arguments, Console& console) {
   if (const auto fault = NotAnInput(arguments, *output)) {
     return UsageError(console, kReportCommand, fault->Detail);
   }
-  if (arguments.Files.size() > 1) {
-    return UsageError(console, kReportCommand, "one FILE at a time");
-  }
+  if (console.Tools == nullptr) return LacksToolkit(console, kReportCommand, "PNG images");
   const Outcome<CommandSetup> setup = SetupOf(arguments, console);
   if (!setup) return UsageError(console, kReportCommand, setup.Error().Detail);
   const std::string& file = arguments.Files.front();
-  const QtSession toolkit;
   LoadedProgram loaded(setup.Value());
   std::optional<Fault> fault = loaded.Load(file);
-  if (!fault) fault = report::WriteReport(loaded.Get(), PathFromText(*output), "vexa-cli");
+  if (!fault) fault = WriteFolder(loaded.Get(), PathFromText(*output), *console.Tools);
   if (!fault) return kExitOk;
   ReportFault(console, file, *fault);
   return kExitInputFailed;
@@ -41,8 +50,9 @@ int RunReport(const Arguments& arguments, Console& console) {
 
 }  // namespace
 
-const Command kReportCommand = {"report", "FILE -o FOLDER [options]",
-                                "Writes a folder with which the case can be repeated.", kOptions,
-                                RunReport};
+const Command kReportCommand = {
+    {"report", "FILE -o FOLDER [options]", "Writes a folder with which the case can be repeated.",
+     kOptions, 1, 1},
+    RunReport};
 
 }  // namespace vexa::cli

@@ -14,14 +14,11 @@ namespace {
 
 constexpr ArgumentRow kOptions[] = {
     kRootOption,
-    {"--set", "", "\"KEY=VALUE\"", "sets an option by its label; may be repeated"},
+    kSetOption,
     {"--output", "-o", "FILE", "file to write instead of the standard output"},
 };
 
 int RunSettings(const Arguments& arguments, Console& console) {
-  if (!arguments.Files.empty()) {
-    return UsageError(console, kSettingsCommand, "it takes no FILE but with -o");
-  }
   const Outcome<SettingsStore> settings = CommandSettings(arguments, console);
   if (!settings) return UsageError(console, kSettingsCommand, settings.Error().Detail);
   const std::string report =
@@ -54,11 +51,7 @@ Outcome<SettingsStore> CommandSettings(const Arguments& arguments, Console& cons
   return settings;
 }
 
-const Command kSettingsCommand = {"settings",
-                                  "[--root DIR] [-o FILE]",
-                                  "Lists every option with its value.",
-                                  kOptions,
-                                  RunSettings,
-                                  false};
+const Command kSettingsCommand = {
+    {"settings", "[options]", "Lists every option with its value.", kOptions, 0, 0}, RunSettings};
 
 }  // namespace vexa::cli

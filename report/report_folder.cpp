@@ -9,7 +9,6 @@
 #include "core/numbers.h"
 #include "core/raw_file.h"
 #include "output/listings.h"
-#include "output/paint/paint.h"
 #include "program/command_line.h"
 #include "program/print_displays.h"
 #include "report/json.h"
@@ -33,7 +32,7 @@ struct ReportFile {
 struct ReportSource {
   const Program& In;
   const std::string& SourceBytes;
-  std::string_view Writer;
+  const ReportWriter& Writer;
 
   // Its file is named as it stands in the folder.
   AnalysedSounding Sounding() const {
@@ -46,9 +45,9 @@ struct ReportSource {
 
 std::string Versions(const ReportSource& from, const std::vector<ReportFile>& files) {
   Json json;
-  json["program"] = from.Writer;
+  json["program"] = from.Writer.Program;
   json["version"] = ProgramVersion();
-  json["toolkit"] = paint::JpegLibraryVersion();
+  json["toolkit"] = from.Writer.Toolkit;
   json["source"] = from.In.Current.FileName;
   json["format"] = from.In.Current.Record.DataFormat;
   for (const ReportFile& file : files) json["files"].push_back(file.Name);
@@ -57,9 +56,9 @@ std::string Versions(const ReportSource& from, const std::vector<ReportFile>& fi
 
 std::vector<ReportFile> FilesOf(const ReportSource& from) {
   const Program& program = from.In;
-  const auto picture = [&program](const char* extension) {
-    const Picture page = PrintDisplays(program).front().Draw(program, program.Set);
-    return paint::EncodePicture(page, extension, kWidthPx, kHeightPx);
+  const auto picture = [from](const char* extension) {
+    const Picture page = PrintDisplays(from.In).front().Draw(from.In, from.In.Set);
+    return from.Writer.EncodePicture(page, extension, kWidthPx, kHeightPx);
   };
   std::vector<ReportFile> files = {
       {"source/" + program.Current.FileName, [from] { return from.SourceBytes; }},
@@ -90,7 +89,7 @@ std::vector<ReportFile> FilesOf(const ReportSource& from) {
 }  // namespace
 
 std::optional<Fault> WriteReport(const Program& program, const fs::path& folder,
-                                 std::string_view writer) {
+                                 const ReportWriter& writer) {
   if (PrintDisplays(program).empty()) {
     return Fault{kFaultUnusable, "WriteReport", "there is no sounding"};
   }

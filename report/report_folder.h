@@ -3,21 +3,31 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "core/fault.h"
+#include "picture/picture.h"
 #include "program/program.h"
 
 namespace vexa::report {
 
+/// Who writes a folder, and what its images are made with.
+struct ReportWriter {
+  std::string_view Program;  // for versions.json, as the next
+  std::string Toolkit{};
+  std::function<Outcome<std::string>(const Picture& picture, const std::string& extension,
+                                     int widthPx, int heightPx)>
+      EncodePicture{};
+};
+
 /// Writes the folder of the sounding in work, which is made where it is missing; files of these
 /// names are replaced. Fault 75 when the folder cannot be made, else as of reading its file, of
-/// SaveFile and of the pictures. Needs an application object of the toolkit.
-///
-/// writer  the program's name, for versions.json
+/// SaveFile and of the pictures.
 [[nodiscard]] std::optional<Fault> WriteReport(const Program& program,
                                                const std::filesystem::path& folder,
-                                               std::string_view writer);
+                                               const ReportWriter& writer);
 
 }  // namespace vexa::report

@@ -7,14 +7,16 @@
 #include <string>
 
 #include "core/fault.h"
+#include "picture/image_settings.h"
 #include "picture/picture.h"
 
 class QMimeData;
 
 namespace vexa::paint {
 
-inline constexpr int kJpegQuality = 92;
-inline constexpr double kScreenDpi = 96;  // what a pixel measures on paper without a resolution
+using vexa::ImageSettings;
+using vexa::kJpegQuality;
+using vexa::kScreenDpi;
 
 inline constexpr const char* kImageFilter =
     "JPEG Files (*.JPG)|*.JPG|BMP Files (*.BMP)|*.BMP|PNG Files (*.PNG)|*.PNG|"
@@ -25,12 +27,6 @@ inline constexpr const char* kJpegSaveFailed = "Failed to save to JPG ";
 inline constexpr const char* kClipboardDone = "Image has been saved to your ClipBoard";
 inline constexpr const char* kNoDibOnClipboard =
     "I don't know how to put a DIB on the clipboard! Copy as bitmap instead!!!";
-
-/// The resolution that an image file states, dots per inch.
-struct ImageSettings {
-  int JpegQuality = kJpegQuality;  // 1 to 100
-  double Dpi = kScreenDpi;
-};
 
 class cDIBSection {
  public:

@@ -7,6 +7,7 @@
 
 #include "app/print_plot_window.h"
 #include "cli/commands.h"
+#include "cli/toolkit.h"
 #include "core/files.h"
 #include "core/raw_file.h"
 #include "output/listings.h"
@@ -50,8 +51,9 @@ class SameBytesTest : public testing::Test {
   /// Runs a command on the file with the settings of the root; gives its output.
   std::string Command(std::vector<std::string> words) {
     std::string out;
+    const std::unique_ptr<cli::Toolkit> toolkit = cli::MakeToolkit();
     cli::Console console{[&](std::string_view text) { out += text; },
-                         [&](std::string_view text) { ADD_FAILURE() << text; }};
+                         [&](std::string_view text) { ADD_FAILURE() << text; }, toolkit.get()};
     words.insert(words.begin() + 1,
                  {TextFromPath(In("a.RAW")), "--root", TextFromPath(In("root"))});
     EXPECT_EQ(cli::RunCommandLine(words, console), 0);
@@ -98,7 +100,13 @@ TEST_F(SameBytesTest, PrintsAndListings) {
 }
 
 TEST_F(SameBytesTest, ReportFolders) {
-  ASSERT_FALSE(report::WriteReport(program, In("window"), "vexa"));
+  ASSERT_FALSE(
+      report::WriteReport(program, In("window"),
+                          {.Program = "vexa",
+                           .EncodePicture = [](const Picture& picture, const std::string& extension,
+                                               int widthPx, int heightPx) {
+                             return paint::EncodePicture(picture, extension, widthPx, heightPx);
+                           }}));
   Command({"report", "-o", TextFromPath(In("command"))});
   int files = 0;
   for (const auto& entry : fs::recursive_directory_iterator(In("window"))) {

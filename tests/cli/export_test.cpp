@@ -3,27 +3,13 @@
 #include <string>
 #include <vector>
 
-#include "cli/commands.h"
+#include "cli/run_words.h"
 #include "core/files.h"
 #include "core/raw_file.h"
 #include "support/soundings.h"
 
 namespace vexa::cli {
 namespace {
-
-struct Ran {
-  int Exit = 0;
-  std::string Out{};
-  std::string Err{};
-};
-
-Ran RunWords(std::vector<std::string> words) {
-  Ran ran;
-  Console console{[&](std::string_view text) { ran.Out += text; },
-                  [&](std::string_view text) { ran.Err += text; }};
-  ran.Exit = RunCommandLine(words, console);
-  return ran;
-}
 
 class ExportCommand : public testing::Test {
  protected:
@@ -79,6 +65,7 @@ TEST_F(ExportCommand, ListsWhatIsAskedFor) {
 }
 
 TEST_F(ExportCommand, TheReportFolderRepeatsTheCase) {
+  VEXA_NEEDS_TOOLKIT();
   const std::string a = Write("a.RAW", WriteRaw(test::ReferenceConvective()));
   const Ran ran = RunWords({"report", a, "-o", In("case"), "--set", "Diagram type=emagram"});
   ASSERT_EQ(ran.Exit, kExitOk) << ran.Err;

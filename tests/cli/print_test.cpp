@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "analysis/analysis.h"
-#include "cli/commands.h"
-#include "cli/qt_start.h"
+#include "cli/qt/qt_toolkit.h"
+#include "cli/run_words.h"
 #include "core/files.h"
 #include "core/raw_file.h"
 #include "diagram/sounding_plot.h"
@@ -44,7 +44,8 @@ std::string TextOfPdf(const std::string& bytes, const std::filesystem::path& fol
 
 TEST(Print, ListingsComeBackFromThePaper) {
   if (std::system("pdftotext -v > /dev/null 2>&1") != 0) GTEST_SKIP() << "no pdftotext";
-  const cli::QtSession toolkit;
+  cli::QtToolkit toolkit;
+  toolkit.Start();
   const test::TemporaryFolder folder;
   const Printed printed;
   std::vector<const output::ListingRow*> rows;
@@ -75,7 +76,8 @@ TEST(Print, ListingsComeBackFromThePaper) {
 }
 
 TEST(Print, TheDiagramStandsOnThePageInItsProportions) {
-  const cli::QtSession toolkit;
+  cli::QtToolkit toolkit;
+  toolkit.Start();
   const test::TemporaryFolder folder;
   const Printed printed;
   const auto plot = diagram::PlotSounding(
@@ -102,7 +104,8 @@ TEST(Print, TheDiagramStandsOnThePageInItsProportions) {
 }
 
 TEST(Print, StoppingSaysSoAndPrintsNothingMore) {
-  const cli::QtSession toolkit;
+  cli::QtToolkit toolkit;
+  toolkit.Start();
   const Printed printed;
   const std::vector<Picture> pages(5, Picture(6120, 7920, {255, 255, 255}));
   test::ScriptedInteraction user;
@@ -113,24 +116,16 @@ TEST(Print, StoppingSaysSoAndPrintsNothingMore) {
   EXPECT_EQ(user.Statuses.size(), 3u);
 }
 
-/// Runs a command line; gives its exit code and what it wrote to the error output.
-std::pair<int, std::string> RunWords(const std::vector<std::string>& words) {
-  std::string errors;
-  cli::Console console{[](std::string_view) {}, [&](std::string_view text) { errors += text; }};
-  const int exit = cli::RunCommandLine(words, console);
-  return {exit, errors};
-}
-
 TEST(PrintCommand, PutsWhatIsAskedForInOneDocument) {
   if (std::system("pdftotext -v > /dev/null 2>&1") != 0) GTEST_SKIP() << "no pdftotext";
   const test::TemporaryFolder folder;
   const auto in = [&](const char* name) { return TextFromPath(folder.Path() / name); };
   ASSERT_FALSE(SaveFile(in("a.RAW"), WriteRaw(test::ReferenceConvective())));
   ASSERT_FALSE(SaveFile(in("b.RAW"), WriteRaw(test::ReferenceWinter())));
-  const auto [exit, errors] =
-      RunWords({"print", in("a.RAW"), in("none.RAW"), in("b.RAW"), "-o", in("out.pdf"), "-d",
-                "hodograph", "-d", "cape", "-d", "NotePad", "--orientation", "landscape", "--paper",
-                "a4", "--no-coordinates", "--title", "Two cases"});
+  const auto [exit, out, errors] =
+      cli::RunWords({"print", in("a.RAW"), in("none.RAW"), in("b.RAW"), "-o", in("out.pdf"), "-d",
+                     "hodograph", "-d", "cape", "-d", "NotePad", "--orientation", "landscape",
+                     "--paper", "a4", "--no-coordinates", "--title", "Two cases"});
   EXPECT_EQ(exit, cli::kExitInputFailed);
   EXPECT_NE(errors.find("none.RAW does not exist"), std::string::npos) << errors;
   const std::string text = TextOfPdf(ReadFile(in("out.pdf")).Value(), folder.Path());
@@ -153,15 +148,15 @@ TEST(PrintCommand, PutsWhatIsAskedForInOneDocument) {
   const std::pair<std::vector<std::string>, const char*> wrong[] = {
       {{"print", in("a.RAW")}, "-o"},
       {{"print", in("a.RAW"), "-o", in("x.png")}, "does not end in .pdf"},
-      {{"print", in("a.RAW"), "-o", in("x.pdf"), "--paper", "a3"}, "letter, legal or a4"},
-      {{"print", in("a.RAW"), "-o", in("x.pdf"), "--orientation", "up"}, "portrait or landscape"},
+      {{"print", in("a.RAW"), "-o", in("x.pdf"), "--paper", "a3"}, "{Letter,Legal,A4}"},
+      {{"print", in("a.RAW"), "-o", in("x.pdf"), "--orientation", "up"}, "{Portrait,Landscape}"},
       {{"print", in("a.RAW"), "-o", in("x.pdf"), "-d", "map"}, "IndicesData"},
       {{"print", in("a.RAW"), "-o", in("x.pdf"), "-d", "overlay"}, "plot draws it"},
   };
   for (const auto& [words, said] : wrong) {
-    const auto [code, why] = RunWords(words);
-    EXPECT_EQ(code, cli::kExitUsage);
-    EXPECT_NE(why.find(said), std::string::npos) << why;
+    const cli::Ran ran = cli::RunWords(words);
+    EXPECT_EQ(ran.Exit, cli::kExitUsage);
+    EXPECT_NE(ran.Err.find(said), std::string::npos) << ran.Err;
   }
   EXPECT_FALSE(std::filesystem::exists(in("x.pdf")));
 }
@@ -173,7 +168,7 @@ TEST(PrintCommand, DocumentsAreSmallAndTheirTextsCanBeSelected) {
   for (const char* display : {"sounding", "hodograph", "svrwx", "winter", "layeranalyzer"}) {
     SCOPED_TRACE(display);
     for (const char* name : {"a.svg", "a.pdf"}) {
-      ASSERT_EQ(RunWords({"plot", in("a.RAW"), "-o", in(name), "--display", display}).first, 0);
+      ASSERT_EQ(cli::RunWords({"plot", in("a.RAW"), "-o", in(name), "--display", display}).Exit, 0);
       const std::string bytes = ReadFile(in(name)).Value();
       EXPECT_LT(bytes.size(), 1'000'000u);
       const bool isPdf = bytes.starts_with("%PDF");

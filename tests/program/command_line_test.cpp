@@ -8,43 +8,106 @@
 namespace vexa {
 namespace {
 
-constexpr ArgumentRow kRows[] = {
-    {"--output", "-o", "OUT", ""}, {"--set", "", "KEY=VALUE", ""}, {"--help", "-h", "", ""}};
+constexpr std::string_view kKinds[] = {"text", "Json"};
+constexpr ArgumentRow kReadOptions[] = {
+    {"--output", "-o", "OUT", "where to"},      {"--kind", "", "KIND", "of what", kKinds},
+    {"--jobs", "-j", "N", "threads", {}, 1, 8}, {"--quiet", "-q", "", "says less"},
+    {"--notes", "-n", "", "says more"},         kSetOption};
+constexpr CommandForm kRead = {"read", "FILE... [options]", "Reads files.", kReadOptions};
+constexpr CommandForm kWait = {"wait", "", "Waits.", {}, 0, 0};
+constexpr CommandForm kTool = {.Name = "tool", .Usage = "COMMAND", .Summary = "A tool."};
+constexpr const CommandForm* kCommands[] = {&kRead, &kWait};
 
 using Words = std::vector<std::string>;
 
-TEST(ParseArguments, ReadsOptionsAndFiles) {
+CommandLine Read(const Words& words) {
+  return ReadCommandLine(words, kTool, kCommands);
+}
+
+TEST(ReadCommandLine, SortsOptionsAndFiles) {
   struct Case {
     const char* about;
     Words given;
     Words files;
     Words outputs;
-    bool help;
+    bool quiet;
   };
   const Case cases[] = {
       {"files only", {"a.txt", "b c.txt"}, {"a.txt", "b c.txt"}, {}, false},
       {"value in a word of its own", {"-o", "x.png", "a"}, {"a"}, {"x.png"}, false},
-      {"value behind an equals sign", {"--output=x=y.png"}, {}, {"x=y.png"}, false},
-      {"a value that looks like an option", {"--output", "-x"}, {}, {"-x"}, false},
-      {"options between files", {"a", "-h", "b"}, {"a", "b"}, {}, true},
+      {"value behind an equals sign", {"--output=x=y.png", "a"}, {"a"}, {"x=y.png"}, false},
+      {"value joined to its letter", {"-ox.png", "a"}, {"a"}, {"x.png"}, false},
+      {"letters joined", {"-nqo", "x.png", "a"}, {"a"}, {"x.png"}, true},
+      {"no value behind the sign", {"--output=", "a"}, {"a"}, {""}, false},
+      {"a value that looks like an option", {"a", "--output", "-x"}, {"a"}, {"-x"}, false},
+      {"options between files", {"a", "-q", "b"}, {"a", "b"}, {}, true},
       {"two dashes end the options", {"--", "-o", "--help"}, {"-o", "--help"}, {}, false},
       {"one dash is a file", {"-"}, {"-"}, {}, false},
-      {"the last of several stands", {"-o", "a", "-o", "b"}, {}, {"a", "b"}, false},
+      {"a file as a command is called", {"wait", "read"}, {"wait", "read"}, {}, false},
+      {"brackets are no list", {"[a,b]", "-o", "[c,d]"}, {"[a,b]"}, {"[c,d]"}, false},
+      {"the last of several stands", {"-o", "a", "-o", "b", "c"}, {"c"}, {"a", "b"}, false},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.about);
-    const Outcome<Arguments> parsed = ParseArguments(c.given, kRows);
-    ASSERT_TRUE(parsed.Ok());
-    EXPECT_EQ(parsed.Value().Files, c.files);
-    EXPECT_EQ(parsed.Value().Values("--output"), c.outputs);
-    EXPECT_EQ(parsed.Value().Value("--output").value_or(""),
-              c.outputs.empty() ? "" : c.outputs.back());
-    EXPECT_EQ(parsed.Value().Has("--help"), c.help);
+    Words words = c.given;
+    words.insert(words.begin(), "read");
+    const CommandLine read = Read(words);
+    ASSERT_FALSE(read.Wrong) << read.Wrong->Detail;
+    EXPECT_EQ(read.Command, &kRead);
+    EXPECT_EQ(read.Given.Files, c.files);
+    EXPECT_EQ(read.Given.Values("--output"), c.outputs);
+    EXPECT_EQ(read.Given.Value("--output").value_or(""), c.outputs.empty() ? "" : c.outputs.back());
+    EXPECT_EQ(read.Given.Has("--quiet"), c.quiet);
   }
-  for (const Words& wrong :
-       {Words{"--wrong"}, Words{"-o"}, Words{"--help=yes"}, Words{"-x", "a"}}) {
-    EXPECT_FALSE(ParseArguments(wrong, kRows).Ok()) << wrong.front();
+  const CommandLine read = Read({"read", "a", "-j8", "--kind", "JSON"});
+  EXPECT_EQ(read.Given.Whole("--jobs"), 8);
+  EXPECT_EQ(read.Given.Value("--kind"), "Json") << "as the table writes it";
+}
+
+TEST(ReadCommandLine, SaysWhatIsWrong) {
+  const std::pair<Words, const char*> cases[] = {
+      {{}, "no command"},
+      {{"reed", "a"}, "no command \"reed\"; did you mean read?"},
+      {{"wander", "a"}, "no command \"wander\""},
+      {{"--quiet", "read", "a"}, "\"--quiet\""},
+      {{"read"}, "no FILE"},
+      {{"wait", "a"}, "no FILE"},
+      {{"read", "a", "--otput", "b"}, "unknown option --otput; did you mean --output?"},
+      {{"read", "a", "--fast=1"}, "unknown option --fast"},
+      {{"read", "a", "-x"}, "unknown option -x"},
+      {{"read", "a", "-o"}, "OUT"},
+      {{"read", "a", "--quiet=1"}, "quiet"},
+      {{"read", "a", "--kind", "xml"}, "{text,Json}"},
+      {{"read", "a", "-j", "9"}, "1 to 8"},
+      {{"read", "a", "-j", "1.5"}, "1 to 8"},
+      {{"read", "a", "-j", "0"}, "1 to 8"},
+  };
+  for (const auto& [words, says] : cases) {
+    SCOPED_TRACE(says);
+    const CommandLine read = Read(words);
+    ASSERT_TRUE(read.Wrong);
+    EXPECT_EQ(read.Wrong->Number, kFaultInvalidValue);
+    EXPECT_NE(read.Wrong->Detail.find(says), std::string::npos) << read.Wrong->Detail;
+    EXPECT_TRUE(read.Answer.empty());
   }
+}
+
+TEST(ReadCommandLine, AnswersWithHelpAndVersion) {
+  const std::string all = Read({"--help"}).Answer;
+  for (const char* part : {"Usage: tool COMMAND", "read", "Reads files.", "wait"}) {
+    EXPECT_NE(all.find(part), std::string::npos) << part << "\n" << all;
+  }
+  // Asked for, help comes whatever else is wrong.
+  for (const Words& words : {Words{"read", "-h"}, Words{"read", "--kind", "xml", "--help"}}) {
+    const std::string help = Read(words).Answer;
+    for (const char* part : {"Usage: tool read FILE... [options]", "-o,--output OUT", "{text,Json}",
+                             "1 to 8", "KEY=VALUE"}) {
+      EXPECT_NE(help.find(part), std::string::npos) << part << "\n" << help;
+    }
+  }
+  const std::string version = "tool " + std::string(ProgramVersion()) + "\n";
+  EXPECT_EQ(Read({"--version"}).Answer, version);
+  EXPECT_EQ(Read({"read", "--version"}).Answer, version);
 }
 
 TEST(ParseSize, TakesPixelsWithinReason) {

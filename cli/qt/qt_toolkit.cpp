@@ -1,0 +1,63 @@
+#include "cli/qt/qt_toolkit.h"
+
+#include <cstdio>
+#include <QGuiApplication>
+#include <QString>
+
+#include "download/net/http_fetcher.h"
+#include "output/paint/paint.h"
+#include "output/paint/print.h"
+#include "output/print_pages.h"
+
+namespace vexa::cli {
+
+QtToolkit::QtToolkit() = default;
+QtToolkit::~QtToolkit() = default;
+
+void QtToolkit::Start() {
+  if (QCoreApplication::instance() != nullptr) return;
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  // Its remarks on the desktop it does not find are of no use to a command's user.
+  qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
+    if (type == QtCriticalMsg || type == QtFatalMsg) {
+      std::fprintf(stderr, "vexa-cli: %s\n", qPrintable(text));
+    }
+  });
+  application_ = std::make_unique<QGuiApplication>(wordCount_, programWords_);
+}
+
+Outcome<std::string> QtToolkit::EncodePicture(const Picture& picture, const std::string& extension,
+                                              int widthPx, int heightPx) {
+  Start();
+  return paint::EncodePicture(picture, extension, widthPx, heightPx);
+}
+
+std::optional<Fault> QtToolkit::SavePicture(const Picture& picture,
+                                            const std::filesystem::path& path, int widthPx,
+                                            int heightPx, const ImageSettings& settings) {
+  Start();
+  return paint::SavePicture(picture, path, widthPx, heightPx, settings);
+}
+
+Outcome<std::string> QtToolkit::PagesAsPdf(std::span<const Picture> pages) {
+  Start();
+  return paint::PagesAsPdf(pages, output::kUnitsPerPoint);
+}
+
+std::string QtToolkit::JpegLibraryVersion() {
+  Start();
+  return paint::JpegLibraryVersion();
+}
+
+std::unique_ptr<download::Fetcher> QtToolkit::MakeFetcher() {
+  if (QCoreApplication::instance() == nullptr) {
+    application_ = std::make_unique<QCoreApplication>(wordCount_, programWords_);
+  }
+  return std::make_unique<download::HttpFetcher>();
+}
+
+std::unique_ptr<Toolkit> MakeToolkit() {
+  return std::make_unique<QtToolkit>();
+}
+
+}  // namespace vexa::cli
