@@ -34,6 +34,7 @@ const std::map<std::string, std::vector<std::string>> kBuildsOn = {
     {"sounding", {"ingest", "analysis"}},
     {"program", {"sounding", "download", "hodograph", "display", "output"}},
     {"report", {"program"}},
+    {"engine", {"report"}},
     {"app", {"program", "output/paint", "download/net", "report"}},
     {"cli", {"program", "report"}},
     {"cli/qt", {"cli", "output/paint", "download/net"}},

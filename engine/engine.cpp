@@ -1,0 +1,172 @@
+#include <vexa/vexa.h>
+#include <filesystem>
+
+#include "analysis/analysis.h"
+#include "analysis/index_table.h"
+#include "config/catalogue.h"
+#include "core/data_checks.h"
+#include "core/error_report.h"
+#include "core/files.h"
+#include "core/interaction.h"
+#include "core/markers.h"
+#include "core/numbers.h"
+#include "core/raw_file.h"
+#include "core/station_file.h"
+#include "diagram/sounding_plot.h"
+#include "hodograph/hodograph_plot.h"
+#include "ingest/decoder.h"
+#include "report/sounding_json.h"
+#include "report/values.h"
+
+namespace vexa::engine {
+
+struct Sounding::Held {
+  report::AnalysedSounding Of{};
+  Options Set{};
+};
+
+namespace {
+
+using Held = Sounding::Held;
+
+std::optional<double> Present(double value) {
+  return NotAvailable(value) ? std::nullopt : std::optional(value);
+}
+
+Loaded Failed(const std::string& file, const Fault& fault) {
+  CurrentSounding nobody;
+  nobody.FileName = file;
+  const std::string& reason = fault.Detail;
+  return {.Reason = reason.empty() ? FaultMessage(nobody, fault) : reason};
+}
+
+Outcome<StationList> StationsOf(const std::string& file) {
+  if (file.empty()) return StationList{};
+  const Outcome<std::string> text = ReadFile(PathFromText(file));
+  if (!text) return text.Error();
+  return ReadStations(text.Value(), file).List;
+}
+
+Outcome<Options> OptionsOf(const std::vector<std::string>& assignments) {
+  Options options;
+  for (const std::string& assignment : assignments) {
+    if (auto fault = SetOption(options, assignment)) return *fault;
+  }
+  if (auto fault = CheckOptions(options)) return *fault;
+  return options;
+}
+
+}  // namespace
+
+std::string Version() {
+  return VEXA_VERSION;
+}
+
+Sounding::Sounding(std::shared_ptr<const Held> held) : held_(std::move(held)) {}
+
+std::string Sounding::Title() const {
+  return held_->Of.Record.StationTitle;
+}
+
+std::string Sounding::Time() const {
+  return report::TimeText(held_->Of.Record.Time).value_or("");
+}
+
+std::vector<Level> Sounding::Levels() const {
+  const SoundingRecord& record = held_->Of.Record;
+  const auto& heights = held_->Of.Results.Levels.Height;
+  std::vector<Level> levels;
+  for (int i = 1; i <= record.NumTempLevels(); ++i) {
+    levels.push_back({record.Press(i), Present(record.Temp(i)), Present(record.Dewpt(i)),
+                      i <= heights.Count() ? report::Height(heights(i)) : std::nullopt});
+  }
+  return levels;
+}
+
+std::vector<Wind> Sounding::Winds() const {
+  const SoundingRecord& record = held_->Of.Record;
+  std::vector<Wind> winds;
+  for (int i = 1; i <= record.NumWindLevels(); ++i) {
+    winds.push_back({record.WindHgt(i), Present(record.WindDir(i)), Present(record.WindSpd(i))});
+  }
+  return winds;
+}
+
+Parcel Sounding::Lifted(Lift lift) const {
+  constexpr analysis::LiftType kTypes[] = {
+      analysis::LiftType::Surface, analysis::LiftType::MeanLayer, analysis::LiftType::MostUnstable};
+  const analysis::ParcelAscent& ascent =
+      held_->Of.Results.Ascent(kTypes[static_cast<std::size_t>(lift)]);
+  return {report::Pressure(ascent.Condensation.Press), report::Pressure(ascent.FreeLevel.Press),
+          report::Pressure(ascent.Equilibrium.Press), report::Energy(ascent, ascent.CapeTotal),
+          report::Energy(ascent, ascent.CinTotal)};
+}
+
+std::optional<double> Sounding::Index(const std::string& label) const {
+  const analysis::IndexRow* row = analysis::FindIndex(label);
+  for (const analysis::IndexValue& index : held_->Of.Results.Indices) {
+    if (index.Row == row) return report::IndexNumber(index);
+  }
+  return std::nullopt;
+}
+
+std::string Sounding::Doubts() const {
+  const QcFinding found = CheckRecord(held_->Of.Record);
+  std::string text(QcText(found.Number));
+  if (found.Level != 0) text += " Level " + Shortest(found.Level) + ".";
+  return text;
+}
+
+std::vector<std::string> Sounding::Notes() const {
+  return held_->Of.Notes;
+}
+
+std::string Sounding::Json() const {
+  return report::SoundingJson(held_->Of, held_->Set);
+}
+
+std::string Sounding::Svg(int widthPx, int heightPx) const {
+  const SoundingRecord& record = held_->Of.Record;
+  const analysis::AnalysisResults& results = held_->Of.Results;
+  const std::optional<Picture> small =
+      hodograph::PlotSmallHodograph({.Sounding = record, .Results = results, .Set = held_->Set});
+  const auto plot = diagram::PlotSounding({.Sounding = record,
+                                           .Results = results,
+                                           .Set = held_->Set,
+                                           .Hodograph = small ? &*small : nullptr});
+  return plot ? ToSvg(plot->Page, widthPx, heightPx) : std::string();
+}
+
+std::string Sounding::Native() const {
+  return WriteRaw(held_->Of.Record);
+}
+
+Loaded Load(const std::string& file, const Settings& settings) {
+  const Outcome<Options> options = OptionsOf(settings.Options);
+  if (!options) return Failed(file, options.Error());
+  const Outcome<StationList> stations = StationsOf(settings.StationFile);
+  if (!stations) return Failed(settings.StationFile, stations.Error());
+  SilentInteraction quiet;
+  Outcome<ingest::LoadedFile> loaded =
+      ingest::LoadFile(PathFromText(file), settings.Number - 1, &stations.Value(), &quiet);
+  if (!loaded) return Failed(file, loaded.Error());
+  auto held = std::make_shared<Held>();
+  held->Set = options.Value();
+  held->Of = {.File = file,
+              .Record = std::move(loaded.Value().Record),
+              .Notes = std::move(loaded.Value().Notes)};
+  held->Of.Results = analysis::Analyse(held->Of.Record, held->Set);
+  return {.Found = Sounding(std::move(held))};
+}
+
+std::vector<std::string> Titles(const std::string& file) {
+  std::vector<std::string> notes, titles;
+  const Outcome<SourceText> source = ingest::ReadSource(PathFromText(file), notes);
+  if (!source) return titles;
+  for (const ingest::SourceEntry& entry : ingest::ListSoundings(source.Value())) {
+    titles.push_back(entry.Title);
+  }
+  return titles;
+}
+
+}  // namespace vexa::engine
