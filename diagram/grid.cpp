@@ -187,6 +187,10 @@ void DrawPressureLine(Plot& plot, double press) {
 
 }  // namespace
 
+std::span<const int> MandatoryPressures() {
+  return kMandatory;
+}
+
 bool IsMandatory(double press) {
   return std::ranges::find(kMandatory, press) != kMandatory.end();
 }

@@ -2,6 +2,8 @@
 // lines, the tephigram's isentropes, their labels and reference lines.
 #pragma once
 
+#include <span>
+
 #include "diagram/plot_state.h"
 
 namespace vexa::diagram {
@@ -22,6 +24,7 @@ void DrawTemperatureUnits(Plot& plot);
 void DrawPressureLines(Plot& plot);
 
 /// The levels that every station reports, hPa, from the ground up.
+std::span<const int> MandatoryPressures();
 bool IsMandatory(double press);
 
 }  // namespace vexa::diagram

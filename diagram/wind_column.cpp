@@ -11,6 +11,7 @@
 #include "core/markers.h"
 #include "core/numbers.h"
 #include "core/units.h"
+#include "diagram/grid.h"
 #include "diagram/wind_symbol.h"
 
 namespace vexa::diagram {
@@ -19,7 +20,9 @@ namespace {
 struct PlacedWind {
   double Y = 0;
   double Height = 0;  // m above mean sea level
+  double Press = 0;
   analysis::Wind Value{};
+  bool Stays = false;  // however much is thinned
 };
 
 std::vector<PlacedWind> PlaceWinds(const Plot& plot) {
@@ -31,16 +34,26 @@ std::vector<PlacedWind> PlaceWinds(const Plot& plot) {
     const double press = analysis::GetPRESS(plot.Results().Levels, height);
     if (!HasHeight(press) || !plot.InRange(press)) continue;
     const std::optional<double> y = RightEdgeY(plot.At, press);
-    if (y) placed.push_back({*y, height, {sounding.WindDir(i), sounding.WindSpd(i)}});
+    if (y) placed.push_back({*y, height, press, {sounding.WindDir(i), sounding.WindSpd(i)}});
   }
   return placed;
 }
 
-/// How far a symbol reaches above and below, page positions.
-struct Reach {
-  double Top = 0;
-  double Bottom = 0;
-};
+// The winds that a forecaster looks for by name: the lowest, the strongest, and those of the
+// mandatory levels.
+void MarkThoseThatStay(std::vector<PlacedWind>& winds) {
+  constexpr double kSameLevel = 0.01;  // of the pressure, some 80 m
+  if (winds.empty()) return;
+  winds.front().Stays = true;
+  std::ranges::max_element(winds, {}, [](const PlacedWind& wind) {
+    return wind.Value.Spd;
+  })->Stays = true;
+  for (const int press : MandatoryPressures()) {
+    const auto apart = [press](const PlacedWind& wind) { return std::fabs(wind.Press - press); };
+    const auto nearest = std::ranges::min_element(winds, {}, apart);
+    if (apart(*nearest) <= kSameLevel * press) nearest->Stays = true;
+  }
+}
 
 Reach ReachOf(const PlacedWind& wind, const Options& options) {
   const Rect extent = SymbolExtent(wind.Value, options);
@@ -58,22 +71,28 @@ double FootX(double wanted, const Rect& extent) {
 /// Symbols that would still stand on one another step aside, to the right and to the left.
 class Lanes {
  public:
-  /// The lane of the next wind: 0 in the middle, 1 to the right, -1 to the left; the middle where
-  /// none is free.
-  int Place(const Reach& reach) {
+  explicit Lanes(int count) : last_(static_cast<std::size_t>(count)) {}
+
+  /// The lane of the next wind: 0 in the middle, 1 to the right, -1 to the left; empty where none
+  /// is free.
+  std::optional<int> Place(const Reach& reach) {
     constexpr std::array kOrder = {0, 1, -1};
-    for (std::size_t i = 0; i < kOrder.size(); ++i) {
+    for (std::size_t i = 0; i < last_.size(); ++i) {
       if (reach.Top < last_[i].Bottom && last_[i].Top < reach.Bottom) continue;
       last_[i] = reach;
       return kOrder[i];
     }
     last_[0] = reach;
-    return 0;
+    return std::nullopt;
   }
 
  private:
-  std::array<Reach, 3> last_{};
+  std::vector<Reach> last_;
 };
+
+// Three lanes fit, but a column that has three symbols abreast all the way up is hard to read.
+constexpr int kLanes = 3;
+constexpr int kEasyLanes = 2;
 
 // "th" as the column's caption has it for any number but one.
 std::string RatioCaption(int ratio) {
@@ -82,27 +101,26 @@ std::string RatioCaption(int ratio) {
 
 }  // namespace
 
-int WindRatio(const std::vector<double>& places, int option, double apart) {
+int WindRatio(const std::vector<Reach>& reaches, int option, bool hasLanes) {
   if (option > 0) return option;
-  std::vector<double> sorted = places;
-  std::ranges::sort(sorted);
-  const int count = static_cast<int>(sorted.size());
+  const int count = static_cast<int>(reaches.size());
   for (int ratio = 1; ratio < count; ++ratio) {
-    int gaps = 0;
-    int wide = 0;
-    for (int i = ratio; i < count; i += ratio) {
-      ++gaps;
-      const auto here = static_cast<std::size_t>(i);
-      if (sorted[here] - sorted[here - static_cast<std::size_t>(ratio)] >= apart) ++wide;
+    Lanes lanes(hasLanes ? kEasyLanes : 1);
+    int drawn = 0;
+    int crowded = 0;
+    for (int i = 0; i < count; i += ratio) {
+      ++drawn;
+      if (!lanes.Place(reaches[static_cast<std::size_t>(i)])) ++crowded;
     }
-    if (10 * wide >= 9 * gaps) return ratio;
+    if (4 * crowded <= drawn) return ratio;
   }
   return std::max(count, 1);
 }
 
 void DrawWindColumn(Plot& plot) {
   const Options set = SymbolOptions(plot.Set(), plot.Sounding());
-  const std::vector<PlacedWind> winds = PlaceWinds(plot);
+  std::vector<PlacedWind> winds = PlaceWinds(plot);
+  MarkThoseThatStay(winds);
   if (winds.empty() || set.Winds == WindDisplay::None) return;
   const Rect& column = kWindColumn;
   const double x = (column.Left + column.Right) / 2;
@@ -115,21 +133,23 @@ void DrawWindColumn(Plot& plot) {
                                        .Stroke = plot.Inks.PanelFrame});
   }
   DrawSegment(plot.Page, "wind axis", {x, column.Top}, {x, column.Bottom}, plot.Inks.Isobar);
-  std::vector<double> places;
-  places.reserve(winds.size());
-  for (const PlacedWind& wind : winds) places.push_back(wind.Y);
+  std::vector<Reach> reaches;
+  reaches.reserve(winds.size());
+  for (const PlacedWind& wind : winds) reaches.push_back(ReachOf(wind, set));
   const WindSymbolSize size = SizeOf(set.BarbSize);
-  // The largest symbols fill the column: without lanes beside the middle they stand further apart.
+  // The largest symbols fill the column: there are no lanes beside the middle.
   const double lane = 1.35 * size.Shaft;
   const bool hasLanes = lane < column.Width() / 2;
-  const int ratio = WindRatio(places, set.WindPlotRatio, (hasLanes ? 2.2 : 3.2) * size.Spacing);
-  Lanes lanes;
+  const int ratio = WindRatio(reaches, set.WindPlotRatio, hasLanes);
+  Lanes lanes(hasLanes ? kLanes : 1);
   double lowest = column.Bottom;
-  for (std::size_t i = 0; i < winds.size(); i += static_cast<std::size_t>(ratio)) {
+  for (std::size_t i = 0; i < winds.size(); ++i) {
     const PlacedWind& wind = winds[i];
-    const Reach reach = ReachOf(wind, set);
+    const Reach& reach = reaches[i];
+    if (!wind.Stays && i % static_cast<std::size_t>(ratio) != 0) continue;
+    const std::optional<int> place = lanes.Place(reach);
     lowest = std::max(lowest, reach.Bottom);
-    const double wanted = hasLanes ? x + lanes.Place(reach) * lane : x;
+    const double wanted = x + place.value_or(0) * lane;
     const double foot = FootX(wanted, SymbolExtent(wind.Value, set));
     if (foot != x) {
       DrawSegment(plot.Page, "wind lane", {x, wind.Y}, {foot, wind.Y}, plot.Inks.Isobar);

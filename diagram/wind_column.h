@@ -8,12 +8,20 @@
 
 namespace vexa::diagram {
 
-/// Every how many winds one is drawn: the ratio of the options, or, where that is 0, the smallest
-/// number that leaves nine of ten neighbours at least a symbol apart.
-///
-/// places  vertical places of the winds on the page, any order
-int WindRatio(const std::vector<double>& places, int option, double apart);
+/// How far a symbol reaches above and below, page positions.
+struct Reach {
+  double Top = 0;
+  double Bottom = 0;
+};
 
+/// Every how many winds one is drawn: the ratio of the options, or, where that is 0, the smallest
+/// number that leaves three of four symbols clear of the others, in the middle or beside it.
+///
+/// reaches   of the winds' symbols, lowest wind first
+/// hasLanes  symbols may step aside
+int WindRatio(const std::vector<Reach>& reaches, int option, bool hasLanes);
+
+/// However much is thinned, the lowest and the strongest wind and those of mandatory levels stay.
 void DrawWindColumn(Plot& plot);
 
 }  // namespace vexa::diagram

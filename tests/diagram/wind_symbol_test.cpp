@@ -3,8 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 
 #include "analysis/analysis.h"
+#include "analysis/interpolate.h"
+#include "core/numbers.h"
 #include "diagram/sounding_plot.h"
 #include "diagram/wind_column.h"
 #include "support/soundings.h"
@@ -118,14 +121,68 @@ TEST(WindSymbol, CalmIsACircleAndSpeedsHaveTheirParts) {
 
 TEST(WindColumn, DrawsEveryNthWindOnlyWhereTheyCrowd) {
   const auto spaced = [](int count, double step) {
-    std::vector<double> places;
-    for (int i = 0; i < count; ++i) places.push_back(i * step);
-    return places;
+    std::vector<Reach> reaches;
+    for (int i = 0; i < count; ++i) reaches.push_back({i * step, i * step + 60});
+    return reaches;
   };
-  EXPECT_EQ(WindRatio(spaced(40, 100), 0, 60), 1);
-  EXPECT_EQ(WindRatio(spaced(100, 25), 0, 60), 3);
-  EXPECT_EQ(WindRatio(spaced(100, 25), 7, 60), 7) << "the option decides";
-  EXPECT_EQ(WindRatio({}, 0, 60), 1);
+  EXPECT_EQ(WindRatio(spaced(40, 100), 0, true), 1);
+  EXPECT_EQ(WindRatio(spaced(100, 25), 0, true), 2) << "two abreast: 4 x 25 is more than 60";
+  EXPECT_EQ(WindRatio(spaced(100, 25), 0, false), 3) << "one above the other: 3 x 25";
+  EXPECT_EQ(WindRatio(spaced(100, 25), 7, true), 7) << "the option decides";
+  EXPECT_EQ(WindRatio({}, 0, true), 1);
+  std::vector<Reach> pairs = spaced(8, 100);
+  for (const std::size_t close : {2U, 5U}) pairs.insert(pairs.begin() + close, pairs[close]);
+  EXPECT_EQ(WindRatio(pairs, 0, true), 1) << "a close pair stands side by side";
+}
+
+// "3000 m: 270/110 kts": what the pointer reads at the winds that are drawn, lowest first.
+std::vector<std::string> DrawnWinds(const SoundingRecord& sounding, const Options& options) {
+  const analysis::AnalysisResults results = analysis::Analyse(sounding, options);
+  const SoundingPlot plot =
+      *PlotSounding({.Sounding = sounding, .Results = results, .Set = options});
+  std::vector<std::string> texts;
+  for (const HotSpot& spot : plot.Page.HotSpots()) {
+    if (spot.Tag == "wind") texts.push_back(spot.Text);
+  }
+  return texts;
+}
+
+TEST(WindColumn, ClosePairsDoNotThinTheRest) {
+  const SoundingRecord sounding = test::Profile(
+      {{1000, 20, 15}, {700, 5, 0}, {500, -10, -30}, {200, -55, -70}}, {{0, 90, 5},
+                                                                        {100, 95, 6},
+                                                                        {1500, 200, 10},
+                                                                        {3000, 270, 15},
+                                                                        {3050, 271, 15},
+                                                                        {6000, 300, 45},
+                                                                        {9000, 0, 80}});
+  EXPECT_EQ(DrawnWinds(sounding, {}).size(), 7u);
+}
+
+// A wind every 100 m: the lowest, the strongest (75 kt at 9700 m) and those of the mandatory levels
+// (the heights given with them) are looked for by name.
+TEST(WindColumn, NamedWindsAreNeverThinnedAway) {
+  SoundingRecord sounding = test::Profile({{1000, 15, 10}, {100, -56.5, -70}});
+  for (int i = 0; i < 160; ++i) {
+    sounding.AddWind(30 + 100 * i, 250, i == 97 ? 75 : 30);
+  }
+  Options options;
+  options.WindPlotRatio = 40;
+  const analysis::AnalysisResults results = analysis::Analyse(sounding, options);
+  const std::vector<std::string> drawn = DrawnWinds(sounding, options);
+  const auto draws = [&](double height) {
+    return std::ranges::any_of(
+        drawn, [&](const std::string& text) { return text.starts_with(Shortest(height) + " m:"); });
+  };
+  EXPECT_TRUE(draws(30));
+  EXPECT_TRUE(draws(9730)) << "the strongest";
+  EXPECT_TRUE(draws(30 + 4000)) << "every 40th";
+  for (const int press : {925, 850, 700, 500, 400, 300, 250, 200, 150}) {
+    const double height =
+        analysis::SampleAt(results.Levels, press, analysis::Quantity::Height).Value;
+    EXPECT_TRUE(draws(30 + 100 * std::round((height - 30) / 100))) << press;
+  }
+  EXPECT_LE(drawn.size(), 16u);
 }
 
 TEST(WindColumn, DrawsNoWindThatWasNotObserved) {
