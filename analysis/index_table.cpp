@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "analysis/index_formulas.h"
+#include "analysis/shown_units.h"
 #include "core/numbers.h"
 #include "core/units.h"
 
@@ -328,10 +329,7 @@ ShownIndex ShowIndex(const IndexValue& index, const IndexUnits& units) {
   shown.Amount = converted.Amount;
   if (index.IsBound) shown.Bound = index.Value < 0 ? "<" : ">";
   shown.Number = Mask(converted.Amount, row.Mask);
-  if (index.Direction) {
-    const int degrees = ToWhole(*index.Direction);
-    shown.Number = Shortest(degrees == 0 ? 360 : degrees) + "/" + shown.Number;
-  }
+  if (index.Direction) shown.Number = DirectionText(*index.Direction) + "/" + shown.Number;
   if (index.Both) {
     const auto number = [&](double value) {
       return Mask(InUnits(row, value, units).Amount, row.Mask);

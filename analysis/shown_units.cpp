@@ -13,6 +13,19 @@ constexpr std::string_view kNothing = "--";
 
 }  // namespace
 
+std::string DirectionText(double degrees) {
+  const double whole = Rounded(degrees, 0);
+  return Mask(whole == 0 ? 360 : whole, "##0");
+}
+
+std::string TempText(double celsius, TempUnits units) {
+  if (NotAvailable(celsius)) return std::string(kNothing);
+  double shown = celsius;
+  if (units == TempUnits::Fahrenheit) shown = FahrenheitFromCelsius(celsius);
+  if (units == TempUnits::Kelvin) shown = celsius + kKelvinOffset;
+  return Mask(shown, "##0.0") + ' ' + std::string(Word(units));
+}
+
 std::string ShownUnits::Height(double height) const {
   if (!HasHeight(height)) return std::string(kNothing);
   const bool isAbove = heights_ == HeightMode::Agl && HasHeight(ground_);
@@ -26,22 +39,13 @@ std::string ShownUnits::Depth(double meters) const {
 }
 
 std::string ShownUnits::Temp(double celsius) const {
-  if (NotAvailable(celsius)) return std::string(kNothing);
-  switch (options_.ThermoTemp) {
-    case TempUnits::Fahrenheit:
-      return Mask(FahrenheitFromCelsius(celsius), "##0.0") + " F";
-    case TempUnits::Kelvin:
-      return Mask(celsius + kKelvinOffset, "##0.0") + " K";
-    case TempUnits::Celsius:
-      break;
-  }
-  return Mask(celsius, "##0.0") + " C";
+  return TempText(celsius, options_.ThermoTemp);
 }
 
 std::string ShownUnits::Motion(const WindVector& vector) const {
   const Wind wind = FromComponents(vector);
   const bool metric = options_.Speed == SpeedUnits::MetersPerSecond;
-  return Mask(wind.Dir, "000") + "/" + Mask(metric ? wind.Spd * kKnotToMs : wind.Spd, "##0") +
+  return DirectionText(wind.Dir) + "/" + Mask(metric ? wind.Spd * kKnotToMs : wind.Spd, "##0") +
          (metric ? " m/s" : " kts");
 }
 

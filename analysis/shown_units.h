@@ -9,6 +9,12 @@
 
 namespace vexa::analysis {
 
+/// The direction that a wind comes from as texts show it everywhere: whole degrees, 360 for north.
+std::string DirectionText(double degrees);
+
+/// A temperature with its unit: "-5.1 C", "22.8 F"; "--" where there is none.
+std::string TempText(double celsius, TempUnits units);
+
 class ShownUnits {
  public:
   /// heights  what heights count from

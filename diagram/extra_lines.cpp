@@ -8,6 +8,7 @@
 #include "analysis/interpolate.h"
 #include "analysis/level_listing.h"
 #include "analysis/moist_air.h"
+#include "analysis/shown_units.h"
 #include "analysis/standard_atmosphere.h"
 #include "core/markers.h"
 #include "core/numbers.h"
@@ -118,7 +119,7 @@ void DrawThermal(Plot& plot) {
   line.push_back(plot.At.ToPoint(analysis::DryAdiabatTemp(theta, top), top));
   DrawCurve(plot, "soaring", line, kRed,
             "Thermals to " + ShownHeightText(plot, soaring.ThermalTop.Height) + " at " +
-                Mask(soaring.MaxTemp, "#0.0") + " C");
+                analysis::TempText(soaring.MaxTemp, plot.Set().TempGridUnits));
 }
 
 }  // namespace

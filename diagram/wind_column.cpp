@@ -7,6 +7,7 @@
 #include <string>
 
 #include "analysis/interpolate.h"
+#include "analysis/shown_units.h"
 #include "analysis/standard_atmosphere.h"
 #include "core/markers.h"
 #include "core/numbers.h"
@@ -158,7 +159,7 @@ void DrawWindColumn(Plot& plot) {
     plot.Page.AddHotSpot({{column.Left, wind.Y - size.Spacing, column.Right, wind.Y + size.Spacing},
                           "wind",
                           HeightText(ShownHeight(plot, wind.Height), plot.Units.Height) + ": " +
-                              Mask(wind.Value.Dir, "000") + "/" +
+                              analysis::DirectionText(wind.Value.Dir) + "/" +
                               Mask(ShownSpeed(wind.Value.Spd, set.Speed),
                                    set.Speed == SpeedUnits::Knots ? "##0" : "##0.0") +
                               " " + std::string(plot.Units.SpeedLabel)});

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "analysis/index_table.h"
+#include "analysis/shown_units.h"
 #include "core/markers.h"
 #include "core/numbers.h"
 #include "core/units.h"
@@ -77,7 +78,7 @@ class PanelWriter {
     std::string text(kNoValue);
     if (storm_.Mean6km) {
       const analysis::Wind wind = analysis::FromComponents(*storm_.Mean6km);
-      text = Mask(wind.Dir, "##0") + "/" + Speed(wind.Spd, mask) + Unit();
+      text = analysis::DirectionText(wind.Dir) + "/" + Speed(wind.Spd, mask) + Unit();
     }
     return {"Mean Wind:  (0-6km) " + text};
   }
@@ -104,8 +105,9 @@ class PanelWriter {
   std::string MotionText(const std::optional<analysis::Mover>& mover) const {
     if (!mover) return std::string(kNoMotion);
     const analysis::Wind wind = analysis::FromComponents(mover->Motion);
-    return PadRight(Mask(wind.Dir, "##0") + "/" + Speed(wind.Spd, "##0.0") + Unit() + " ",
-                    kMotionWidth);
+    return PadRight(
+        analysis::DirectionText(wind.Dir) + "/" + Speed(wind.Spd, "##0.0") + Unit() + " ",
+        kMotionWidth);
   }
 
   std::string IndexText(std::string_view label, std::string_view mask) const {

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <utility>
 
+#include "analysis/shown_units.h"
 #include "core/numbers.h"
 #include "core/units.h"
 #include "hodograph/rings.h"
@@ -106,7 +107,7 @@ void DrawMeanWind(Canvas& canvas, const std::optional<WindVector>& mean, std::st
 std::string WindText(const WindVector& wind, const Options& options, std::string_view mask,
                      std::string_view unit) {
   const analysis::Wind from = analysis::FromComponents(wind);
-  return Mask(from.Dir, "##0") + "/" + Mask(Shown(from.Spd, options.Speed), mask) +
+  return analysis::DirectionText(from.Dir) + "/" + Mask(Shown(from.Spd, options.Speed), mask) +
          std::string(unit);
 }
 

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "analysis/interpolate.h"
+#include "analysis/shown_units.h"
 #include "core/markers.h"
 #include "core/numbers.h"
 #include "core/units.h"
@@ -27,7 +28,7 @@ std::string PressText(const HodographInput& input, double height) {
 // Direction and speed in columns: "240 /  25.0".
 std::string WindColumns(const analysis::WindVector& vector, const Options& options) {
   const analysis::Wind wind = analysis::FromComponents(vector);
-  return PadLeft(Mask(wind.Dir, "##0"), 3) + " / " +
+  return PadLeft(analysis::DirectionText(wind.Dir), 3) + " / " +
          PadLeft(Mask(Shown(wind.Spd, options.Speed), "###0.0"), 5);
 }
 

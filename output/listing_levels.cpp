@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "analysis/interpolate.h"
+#include "analysis/shown_units.h"
 #include "core/units.h"
 #include "output/level_rows.h"
 #include "output/listing_line.h"
@@ -48,8 +49,8 @@ std::string HeightShown(double height, const ListingSource& from) {
 
 // "240/ 25" at a height; "--" outside the winds.
 std::string WindShown(const analysis::Wind& wind, const ListingSource& from) {
-  const double dir = Rounded(wind.Dir, 0);
-  return Mask(dir == 0 ? 360 : dir, "000") + "/" + PadLeft(SpeedShown(wind.Spd, from), 3);
+  return PadLeft(analysis::DirectionText(wind.Dir), 3) + "/" +
+         PadLeft(SpeedShown(wind.Spd, from), 3);
 }
 std::string WindShown(double height, const ListingSource& from) {
   const analysis::WindSample wind = analysis::WindAtHeight(from.Sounding, height);
@@ -108,7 +109,7 @@ void PutDataTable(const ListingSource& from, ListingLines& lines) {
     if (i <= sounding.NumWindLevels()) {
       line.EndAt(42, HeightShown(sounding.WindHgt(i), from));
       const bool hasWind = sounding.HasWind(i);
-      line.EndAt(55, hasWind ? Mask(sounding.WindDir(i), "000") : std::string(kNoValue));
+      line.EndAt(55, hasWind ? Mask(sounding.WindDir(i), "##0") : std::string(kNoValue));
       line.EndAt(61, hasWind ? SpeedShown(sounding.WindSpd(i), from) : std::string(kNoValue));
     }
     lines.push_back(line.Take());

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "analysis/index_table.h"
+#include "analysis/shown_units.h"
 #include "core/units.h"
 #include "output/listing_line.h"
 #include "output/listings.h"
@@ -58,8 +59,8 @@ class Writer {
   std::string Wind(const analysis::WindVector& vector) const {
     const analysis::Wind wind = analysis::FromComponents(vector);
     const bool isMetric = from_.Set.Speed == SpeedUnits::MetersPerSecond;
-    return Mask(wind.Dir, "000") + "/" + Mask(isMetric ? wind.Spd * kKnotToMs : wind.Spd, "##0") +
-           (isMetric ? " m/s" : " kts");
+    return analysis::DirectionText(wind.Dir) + "/" +
+           Mask(isMetric ? wind.Spd * kKnotToMs : wind.Spd, "##0") + (isMetric ? " m/s" : " kts");
   }
 
   /// Layers from below upward with class and word, or "none".

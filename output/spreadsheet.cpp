@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "analysis/index_table.h"
+#include "analysis/shown_units.h"
 #include "core/numbers.h"
 #include "core/units.h"
 #include "output/data_dump.h"
@@ -194,7 +195,7 @@ void PutStormMotion(Sheet& sheet, const Source& from) {
   }
   const analysis::Wind wind = analysis::FromComponents(mover->Motion);
   const double kmPerHour = wind.Spd * kKmPerNauticalMile;
-  sheet.Cell(Mask(wind.Dir, "##0")).Cell(" deg");
+  sheet.Cell(analysis::DirectionText(wind.Dir)).Cell(" deg");
   sheet.Cell(Mask(wind.Spd, "##0.0")).Cell(" kts");
   sheet.Cell(Mask(wind.Spd * kKnotToMs, "##0.0")).Cell(" m/s");
   sheet.Cell(Mask(kmPerHour * kMilesPerKilometer, "##0.0")).Cell(" mph").EndRow();

@@ -9,6 +9,7 @@
 #include "core/numbers.h"
 #include "core/record_edits.h"
 #include "core/units.h"
+#include "program/readout.h"
 #include "program/view_commands.h"
 
 namespace vexa {
@@ -155,8 +156,7 @@ std::string LevelDrag::Text(const Program& program) const {
   const double height = record.WindHgt(grip_.Level);
   const bool feet = program.Set.GpmUnits == LengthUnits::Feet;
   return Mask(feet ? FeetFromMeters(height) : height, "####0") + (feet ? " ft  " : " m  ") +
-         Mask(record.WindDir(grip_.Level), "000") + "/" + Mask(record.WindSpd(grip_.Level), "##0") +
-         " kts";
+         WindText({record.WindDir(grip_.Level), record.WindSpd(grip_.Level)}, program.Set.Speed);
 }
 
 }  // namespace vexa

@@ -5,6 +5,7 @@
 #include "analysis/index_table.h"
 #include "analysis/interpolate.h"
 #include "analysis/moist_air.h"
+#include "analysis/shown_units.h"
 #include "core/numbers.h"
 #include "core/units.h"
 #include "diagram/panel.h"
@@ -13,30 +14,12 @@ namespace vexa {
 namespace {
 
 constexpr std::string_view kCursorMask = "#0.0";
-constexpr std::string_view kNoValue = "--";
-
-std::string TempText(double temp, TempUnits units) {
-  switch (units) {
-    case TempUnits::Fahrenheit:
-      return Mask(FahrenheitFromCelsius(temp), kCursorMask);
-    case TempUnits::Kelvin:
-      return Mask(temp + kKelvinOffset, kCursorMask);
-    case TempUnits::Celsius:
-      break;
-  }
-  return Mask(temp, kCursorMask);
-}
 
 std::string PotentialText(const diagram::DiagramCoordinates& at, const Options& set) {
   const double theta = analysis::ThetaPoint(at.Press, at.Temp, set.Saturation).Theta;
   return set.PtUnits == PotentialTempUnits::Kelvin
              ? Mask(theta, kCursorMask) + " K"
              : Mask(theta - kKelvinOffset, kCursorMask) + " C";
-}
-
-std::string SampleText(const Program& program, double press, analysis::Quantity quantity) {
-  const double value = analysis::GetTEMP(program.Results.Levels, press, quantity);
-  return NotAvailable(value) ? std::string(kNoValue) : TempText(value, program.Set.TempGridUnits);
 }
 
 }  // namespace
@@ -49,13 +32,24 @@ std::string HotInfo(const Program& program, std::string_view label) {
 
 std::string CursorGridData(const Options& set, const diagram::DiagramCoordinates& at) {
   return Mask(at.Press, "###0") + " " + std::string(analysis::PressureWord(set.Pressure)) + "   " +
-         TempText(at.Temp, set.TempGridUnits) + ' ' + std::string(Word(set.TempGridUnits)) +
-         "   PT " + PotentialText(at, set);
+         analysis::TempText(at.Temp, set.TempGridUnits) + "   PT " + PotentialText(at, set);
+}
+
+std::string TempsText(double temp, double dewpt, TempUnits units) {
+  return "Temp:" + analysis::TempText(temp, units) + "  Td:" + analysis::TempText(dewpt, units);
+}
+
+std::string WindText(const analysis::Wind& wind, SpeedUnits units) {
+  const std::string from = analysis::DirectionText(wind.Dir) + "/";
+  return units == SpeedUnits::Knots ? from + Mask(wind.Spd, "##0") + " kts"
+                                    : from + Mask(wind.Spd * kKnotToMs, "##0.0") + " m/s";
 }
 
 std::string CursorDataVexa(const Program& program, double press) {
-  return "Temp:" + SampleText(program, press, analysis::Quantity::Temp) +
-         "  Td:" + SampleText(program, press, analysis::Quantity::Dewpt);
+  const analysis::LevelProfile& levels = program.Results.Levels;
+  return TempsText(analysis::GetTEMP(levels, press, analysis::Quantity::Temp),
+                   analysis::GetTEMP(levels, press, analysis::Quantity::Dewpt),
+                   program.Set.TempGridUnits);
 }
 
 Readout ReadDiagram(const Program& program, Point at) {

@@ -12,7 +12,7 @@ namespace vexa {
 
 struct Readout {
   std::string Grid{};      // "700 mb   -3.2 C"
-  std::string Sounding{};  // "Temp:-5.1  Td:-9.8"
+  std::string Sounding{};  // "Temp:-5.1 C  Td:-9.8 C"
   std::string Spot{};      // what stands under the pointer: a wind, an inversion, an index
   std::string Tip{};       // how an index came about, on several lines
 };
@@ -20,10 +20,16 @@ struct Readout {
 /// How the index of a trimmed panel label came about; empty for a label that is none.
 std::string HotInfo(const Program& program, std::string_view label);
 
+/// Temperature and dew point as the cursor tells them, in the unit of the diagram's axis:
+/// "Temp:-5.1 C  Td:-9.8 C"; "--" for what there is not.
+std::string TempsText(double temp, double dewpt, TempUnits units);
+/// A wind of so many knots in the unit of the options: "240/25 kts", "240/12.9 m/s".
+std::string WindText(const analysis::Wind& wind, SpeedUnits units);
+
 /// The grid's own values at a place: "700 mb   -3.2 C   PT 299.1 K".
 std::string CursorGridData(const Options& set, const diagram::DiagramCoordinates& at);
 
-/// The sounding's temperature and dew point at a pressure: "Temp:-5.1  Td:-9.8".
+/// The sounding's temperature and dew point at a pressure: "Temp:-5.1 C  Td:-9.8 C".
 std::string CursorDataVexa(const Program& program, double press);
 
 /// The readout at a position of the page. Grid and sounding are empty outside the diagram's frame

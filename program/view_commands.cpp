@@ -15,6 +15,7 @@
 #include "core/numbers.h"
 #include "core/units.h"
 #include "program/listed_soundings.h"
+#include "program/readout.h"
 #include "program/reference_tables.h"
 #include "program/sounding_loop.h"
 
@@ -59,10 +60,6 @@ Changes PlotOldSounding(Program& program, MultiMode mode, std::vector<SharedSoun
   program.Others = std::move(others);
   program.View.Mode = mode;
   return {.View = true};
-}
-
-std::string TempText(double temp) {
-  return NotAvailable(temp) ? "--" : Mask(temp, "#0.0");
 }
 
 }  // namespace
@@ -148,14 +145,9 @@ std::string CursorDataLabels(const Program& program, int level) {
     text += "  " + Mask(feet ? FeetFromMeters(shown) : shown, "####0") + (feet ? " ft" : " m") +
             (set.Heights == HeightMode::Agl ? " AGL" : "");
   }
-  text += "  Temp:" + TempText(record.Temp(level)) + "  Td:" + TempText(record.Dewpt(level));
+  text += "  " + TempsText(record.Temp(level), record.Dewpt(level), set.TempGridUnits);
   const analysis::WindSample wind = analysis::WindAtHeight(record, height);
-  if (wind.Ok()) {
-    const bool knots = set.Speed == SpeedUnits::Knots;
-    text += "  Wind:" + Mask(wind.Value.Dir, "000") + "/" +
-            (knots ? Mask(wind.Value.Spd, "##0") + " kts"
-                   : Mask(wind.Value.Spd * kKnotToMs, "##0.0") + " m/s");
-  }
+  if (wind.Ok()) text += "  Wind:" + WindText(wind.Value, set.Speed);
   return text;
 }
 

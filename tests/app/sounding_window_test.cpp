@@ -191,12 +191,12 @@ TEST_F(WindowTest, PointerAndKeysReadTheDiagram) {
     QMouseEvent move(QEvent::MouseMove, place, window.View().mapToGlobal(place), Qt::NoButton,
                      Qt::NoButton, Qt::NoModifier);
     QApplication::sendEvent(&window.View(), &move);
-    EXPECT_EQ(Text("CursorReadout"), "700 mb   10.0 C   PT 313.5 K     Temp:8.6  Td:-3.2");
+    EXPECT_EQ(Text("CursorReadout"), "700 mb   10.0 C   PT 313.5 K     Temp:8.6 C  Td:-3.2 C");
   }
   QKeyEvent left(QEvent::KeyPress, Qt::Key_Left, Qt::NoModifier);
   QApplication::sendEvent(&window.View(), &left);  // from the middle of the page
   const std::string middle = Text("CursorReadout");
-  EXPECT_NE(middle, "700 mb   10.0 C   PT 313.5 K     Temp:8.6  Td:-3.2");
+  EXPECT_NE(middle, "700 mb   10.0 C   PT 313.5 K     Temp:8.6 C  Td:-3.2 C");
   EXPECT_NE(middle.find(" mb   "), std::string::npos);
   QKeyEvent down(QEvent::KeyPress, Qt::Key_Down, Qt::ShiftModifier);
   QApplication::sendEvent(&window.View(), &down);

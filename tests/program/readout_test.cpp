@@ -28,9 +28,9 @@ TEST(ReadDiagram, InvertsTheMappingOfThePicture) {
     const Readout low = ReadDiagram(program, mapping.ToPoint(10, 700));
     // 283.16 K * (1000 / 700) ^ 0.2856 = 313.525 K, by hand
     EXPECT_EQ(low.Grid, "700 mb   10.0 C   PT 313.5 K");
-    EXPECT_EQ(low.Sounding, "Temp:8.6  Td:-3.2");
+    EXPECT_EQ(low.Sounding, "Temp:8.6 C  Td:-3.2 C");
     const Readout high = ReadDiagram(program, mapping.ToPoint(-53.9, 250));
-    EXPECT_EQ(high.Sounding, "Temp:-53.9  Td:--");
+    EXPECT_EQ(high.Sounding, "Temp:-53.9 C  Td:--");
     const Rect& frame = mapping.Frame();
     const Readout outside = ReadDiagram(program, {frame.Right + 1, frame.Top});
     EXPECT_EQ(outside.Grid + outside.Sounding, "");
@@ -45,7 +45,7 @@ TEST(ReadDiagram, InvertsTheMappingOfThePicture) {
 
     // The sounding's values are in the unit of the grid: 8.6 and -3.2 degrees.
     program.Set.CursorSounding = true;
-    EXPECT_EQ(ReadDiagram(program, mapping.ToPoint(10, 700)).Sounding, "Temp:47.5  Td:26.2");
+    EXPECT_EQ(ReadDiagram(program, mapping.ToPoint(10, 700)).Sounding, "Temp:47.5 F  Td:26.2 F");
     program.Set.CursorSounding = false;
     program.Set.PtUnits = PotentialTempUnits::Celsius;
     program.Set.Pressure = PressureUnits::InHg;  // of QNH alone
@@ -54,6 +54,12 @@ TEST(ReadDiagram, InvertsTheMappingOfThePicture) {
     program.Set.System.CursorData = false;
     EXPECT_EQ(ReadDiagram(program, mapping.ToPoint(10, 700)).Sounding, "");
   }
+}
+
+TEST(Readout, WindsReadAlikeInEveryUnit) {
+  EXPECT_EQ(WindText({30.6, 4.6}, SpeedUnits::Knots), "31/5 kts");
+  EXPECT_EQ(WindText({330, 10}, SpeedUnits::MetersPerSecond), "330/5.1 m/s");  // 10 x 0.5144
+  EXPECT_EQ(WindText({0.2, 30}, SpeedUnits::Knots), "360/30 kts");
 }
 
 TEST(Readout, ExplainsTheIndexUnderThePointer) {

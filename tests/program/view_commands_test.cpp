@@ -247,7 +247,10 @@ TEST_F(ViewTest, ALockedCursorStepsLevelsUntilTheDiagramIsRefreshed) {
   CursorSetup(program, at);
   EXPECT_EQ(program.View.Cursor.Level, 10);
   EXPECT_NE(program.View.Cursor.Text.find("700.0 mb"), std::string::npos);
-  EXPECT_NE(program.View.Cursor.Text.find("Temp:8.6  Td:-3.2"), std::string::npos);
+  EXPECT_NE(program.View.Cursor.Text.find("Temp:8.6 C  Td:-3.2 C"), std::string::npos);
+  program.Set.TempGridUnits = TempUnits::Fahrenheit;  // 8.6 x 1.8 + 32 = 47.48
+  ASSERT_TRUE(Refresh(program, {.View = true}));
+  EXPECT_NE(program.View.Cursor.Text.find("Temp:47.5 F  Td:26.2 F"), std::string::npos);
   ASSERT_TRUE(StepCursor(program, 1));
   EXPECT_NE(program.View.Cursor.Text.find("650.0 mb"), std::string::npos);
   user.Expect("VEXA", Answer::Ok);
