@@ -1,5 +1,6 @@
 #include "app/output_actions.h"
 
+#include <algorithm>
 #include <QAction>
 #include <QDialogButtonBox>
 #include <QFormLayout>
@@ -7,6 +8,7 @@
 #include <QLabel>
 #include <QSpinBox>
 #include <QWidget>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -17,6 +19,7 @@
 #include "app/text_window.h"
 #include "core/error_report.h"
 #include "core/files.h"
+#include "core/numbers.h"
 #include "output/data_print.h"
 #include "output/paint/paint.h"
 #include "output/print_pages.h"
@@ -39,15 +42,35 @@ void Tell(Program& program, std::string text, BoxIcon icon) {
       Box{.Title = std::string(kErrorBoxTitle), .Text = std::move(text), .Icon = icon});
 }
 
-void SaveImage(Program& program, const Picture& picture, QSize displaySize, QWidget* parent) {
+// After the sounding's file and, for other displays than the diagram, the display; without an
+// ending, which the dialog's filter gives.
+std::string ImageName(const Program& program, const std::string& display) {
+  std::string name = TextFromPath(PathFromText(program.Current.FileName).stem());
+  if (name.empty()) name = "sounding";
+  if (const int index = program.Doc.IndexInFile(); index > 0) name += "_" + Shortest(index + 1);
+  if (!display.empty()) name += "_" + display;
+  std::ranges::replace(name, '.', '_');
+  return name;
+}
+
+void SaveImage(Program& program, const Picture& picture, const QString& display, QSize displaySize,
+               QWidget* parent) {
   SaveImageWindow window(displaySize, parent);
   if (window.exec() != QDialog::Accepted) return;
+  MainWindowSettings& kept = program.Settings.Window;
+  const std::filesystem::path folder =
+      kept.ImageFolder.empty() ? program.Where.Export : PathFromText(kept.ImageFolder);
   const std::optional<std::string> name = program.Current.Ask->ChooseFile(
-      {.Title = "Save Image", .Filter = paint::kImageFilter, .Saving = true});
+      {.Title = "Save Image",
+       .Folder = TextFromPath(folder / PathFromText(ImageName(program, display.toStdString()))),
+       .Filter = paint::kImageFilter,
+       .Saving = true});
   if (!name) return;
   const QSize size = window.SizePx();
-  const auto fault = paint::SavePicture(picture, PathFromText(*name), size.width(), size.height(),
-                                        window.Settings());
+  const std::filesystem::path path = PathFromText(*name);
+  const auto fault =
+      paint::SavePicture(picture, path, size.width(), size.height(), window.Settings());
+  if (!fault) kept.ImageFolder = TextFromPath(path.parent_path());
   if (!fault) return;
   if (fault->Procedure == "SaveFile") {
     program.Doc.Report(*fault);
@@ -141,7 +164,9 @@ bool RunImageCommand(Program& program, Command command, QWidget* window, QSize d
     return false;
   }
   if (!program.Plot) return true;
-  if (command == Command::SaveImage) SaveImage(program, program.Plot->Page, displaySize, window);
+  if (command == Command::SaveImage) {
+    SaveImage(program, program.Plot->Page, {}, displaySize, window);
+  }
   if (command == Command::CopyImage) CopyImage(program, program.Plot->Page, displaySize);
   if (command == Command::PrintImage) PrintPlotWindow(program, window).exec();
   return true;
@@ -214,8 +239,9 @@ void AddPictureMenu(QWidget& window, Program& program, std::function<const Pictu
     window.addAction(action);
   };
   window.setContextMenuPolicy(Qt::ActionsContextMenu);
-  add("mnuSavePicture", "Save &Image to File...", "Ctrl+S",
-      [&window, &program, picture] { SaveImage(program, picture(), window.size(), &window); });
+  add("mnuSavePicture", "Save &Image to File...", "Ctrl+S", [&window, &program, picture] {
+    SaveImage(program, picture(), window.objectName(), window.size(), &window);
+  });
   add("mnuCopyPicture", "&Copy Image to ClipBoard", "Ctrl+C",
       [&window, &program, picture] { CopyImage(program, picture(), window.size()); });
   add("mnuPrintPicture", "&Print Image...", "Ctrl+P", [&window, &program, picture] {

@@ -1,13 +1,19 @@
 #include "app/window_interaction.h"
 
-#include <QCoreApplication>
+#include <algorithm>
+#include <filesystem>
+#include <QApplication>
 #include <QEventLoop>
 #include <QFileDialog>
 #include <QMessageBox>
 #include <QString>
 #include <QStringList>
 #include <QWidget>
+#include <system_error>
 #include <utility>
+
+#include "config/row_builder.h"
+#include "core/files.h"
 
 namespace vexa {
 namespace {
@@ -44,7 +50,37 @@ QMessageBox::StandardButtons ToButtons(BoxButtons buttons) {
   return QMessageBox::Ok;
 }
 
+// The patterns of each entry of a filter: "*.JPG", "*.TXT *.txt", "*".
+std::vector<std::string_view> PatternsOf(std::string_view filter) {
+  std::vector<std::string_view> parts;
+  while (!filter.empty()) {
+    const std::size_t bar = std::min(filter.find('|'), filter.size());
+    parts.push_back(filter.substr(0, bar));
+    filter.remove_prefix(std::min(bar + 1, filter.size()));
+  }
+  std::vector<std::string_view> patterns;
+  for (std::size_t i = 1; i < parts.size(); i += 2) patterns.push_back(parts[i]);
+  return patterns;
+}
+
+// ".JPG" of "*.JPG *.jpg"; empty where any ending will do.
+std::string_view EndingOf(std::string_view patterns) {
+  const std::string_view first = patterns.substr(0, patterns.find(' '));
+  return first.starts_with("*.") && first != "*.*" ? first.substr(1) : std::string_view();
+}
+
 }  // namespace
+
+std::string WithEnding(const std::string& name, std::string_view filter, std::size_t entry) {
+  const std::vector<std::string_view> patterns = PatternsOf(filter);
+  const std::string_view wanted =
+      entry < patterns.size() ? EndingOf(patterns[entry]) : std::string_view();
+  const std::string ending = TextFromPath(PathFromText(name).extension());
+  const bool isKnown = std::ranges::any_of(patterns, [&](std::string_view of) {
+    return EndingOf(of).empty() || SameText(EndingOf(of), ending);
+  });
+  return wanted.empty() || (!ending.empty() && isKnown) ? name : name + std::string(wanted);
+}
 
 std::string DialogFilter(std::string_view filter) {
   std::string entries;
@@ -72,13 +108,20 @@ void WindowInteraction::Attach(QWidget* parent, std::function<void(std::string_v
   showShare_ = std::move(showShare);
 }
 
+// The window at which the user works: a box over another one would bring that to the front.
+QWidget* WindowInteraction::Over() const {
+  QWidget* active = QApplication::activeModalWidget();
+  if (active == nullptr) active = QApplication::activeWindow();
+  return active != nullptr ? active : parent_;
+}
+
 Answer WindowInteraction::Ask(const Box& box) {
   if (unattended_) {
     kept_.push_back(box);
     return box.WhenSilent;
   }
   QMessageBox shown(ToIcon(box.Icon), QString::fromStdString(box.Title),
-                    QString::fromStdString(box.Text), ToButtons(box.Buttons), parent_);
+                    QString::fromStdString(box.Text), ToButtons(box.Buttons), Over());
   shown.setTextFormat(Qt::PlainText);
   switch (shown.exec()) {
     case QMessageBox::Ok:
@@ -94,14 +137,39 @@ Answer WindowInteraction::Ask(const Box& box) {
 
 std::optional<std::string> WindowInteraction::ChooseFile(const FileQuestion& question) {
   if (unattended_) return std::nullopt;
-  const QString title = QString::fromStdString(question.Title);
-  const QString folder = QString::fromStdString(question.Folder);
+  const std::string chosen =
+      question.Saving
+          ? ChooseSaveFile(question)
+          : QFileDialog::getOpenFileName(Over(), QString::fromStdString(question.Title),
+                                         QString::fromStdString(question.Folder),
+                                         QString::fromStdString(DialogFilter(question.Filter)))
+                .toStdString();
+  if (chosen.empty()) return std::nullopt;
+  return chosen;
+}
+
+// The dialog asks before a file is replaced, but knows the name only as it was typed.
+std::string WindowInteraction::ChooseSaveFile(const FileQuestion& question) {
   const QString filter = QString::fromStdString(DialogFilter(question.Filter));
-  const QString chosen = question.Saving
-                             ? QFileDialog::getSaveFileName(parent_, title, folder, filter)
-                             : QFileDialog::getOpenFileName(parent_, title, folder, filter);
-  if (chosen.isEmpty()) return std::nullopt;
-  return chosen.toStdString();
+  const QStringList entries = filter.split(QStringLiteral(";;"));
+  QString entry = entries.value(question.FilterIndex - 1);
+  std::string at = question.Folder;
+  while (true) {
+    at = QFileDialog::getSaveFileName(Over(), QString::fromStdString(question.Title),
+                                      QString::fromStdString(at), filter, &entry)
+             .toStdString();
+    if (at.empty()) return at;
+    const auto index = static_cast<std::size_t>(std::max<qsizetype>(entries.indexOf(entry), 0));
+    const std::string named = WithEnding(at, question.Filter, index);
+    std::error_code ignored;
+    if (named == at || !std::filesystem::exists(PathFromText(named), ignored)) return named;
+    const std::string name = TextFromPath(PathFromText(named).filename());
+    if (Ask({.Title = question.Title,
+             .Text = name + " already exists.\nReplace existing file?",
+             .Buttons = BoxButtons::YesNo}) == Answer::Yes) {
+      return named;
+    }
+  }
 }
 
 std::vector<std::string> WindowInteraction::ChooseFiles(const FileQuestion& question) {
@@ -111,7 +179,7 @@ std::vector<std::string> WindowInteraction::ChooseFiles(const FileQuestion& ques
   QString first =
       filter.section(QStringLiteral(";;"), question.FilterIndex - 1, question.FilterIndex - 1);
   const QStringList chosen = QFileDialog::getOpenFileNames(
-      parent_, QString::fromStdString(question.Title), QString::fromStdString(question.Folder),
+      Over(), QString::fromStdString(question.Title), QString::fromStdString(question.Folder),
       filter, first.isEmpty() ? nullptr : &first);
   for (const QString& name : chosen) names.push_back(name.toStdString());
   return names;

@@ -3,6 +3,7 @@
 // answers that boxes bring along, and keeps their texts.
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <optional>
 #include <QElapsedTimer>
@@ -23,8 +24,8 @@ class WindowInteraction : public Interaction {
   WindowInteraction(CommandGate& gate, Attendance attendance)
       : gate_(gate), unattended_(attendance == Attendance::Unattended) {}
 
-  /// The window to show boxes over, and where the texts of steps and the share of the work that is
-  /// done go.
+  /// The window to show boxes over while none is active, and where the texts of steps and the share
+  /// of the work that is done go.
   void Attach(QWidget* parent, std::function<void(std::string_view)> showStatus,
               std::function<void(double)> showShare = {});
 
@@ -40,6 +41,9 @@ class WindowInteraction : public Interaction {
   const std::vector<Box>& Kept() const { return kept_; }
 
  private:
+  QWidget* Over() const;
+  std::string ChooseSaveFile(const FileQuestion& question);
+
   CommandGate& gate_;
   bool unattended_;
   QWidget* parent_ = nullptr;
@@ -51,5 +55,9 @@ class WindowInteraction : public Interaction {
 
 /// "Name (*.A *.B)|*.A *.B|…" as the toolkit's dialogs take it.
 std::string DialogFilter(std::string_view filter);
+
+/// A name to save under, with the ending of the filter's chosen entry (from 0) where it has none of
+/// the filter's; a filter for all files takes any ending.
+std::string WithEnding(const std::string& name, std::string_view filter, std::size_t entry);
 
 }  // namespace vexa

@@ -7,19 +7,23 @@
 #include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
+#include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMessageBox>
 #include <QMimeData>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSpinBox>
+#include <QTimer>
 
 #include "app/data_dump_window.h"
 #include "app/output_actions.h"
 #include "app/sounding_chooser.h"
 #include "app/text_window.h"
+#include "app/window_interaction.h"
 #include "core/files.h"
 #include "core/raw_file.h"
 #include "core/source_text.h"
@@ -232,6 +236,37 @@ TEST_F(DataWindowsTest, TheReportFolderHoldsTheCase) {
     EXPECT_GT(Text("case/" + std::string(name)).size(), 100u) << name;
   }
   EXPECT_TRUE(program.Gate.IsOpen());
+}
+
+// Somebody who accepts the proposed name and chooses the second kind of picture, twice.
+TEST_F(DataWindowsTest, ImagesGetANameAndTheEndingOfTheChosenFilter) {
+  WindowInteraction attended(program.Gate, WindowInteraction::Attendance::Attended);
+  program.Doc.AskThrough(&attended);
+  program.Doc.Enter(Document::GiveUpEdits(), test::ReferenceConvective(),
+                    folder.Path() / "14061619.OAX");
+  program.Where.Export = folder.Path();
+  int replaced = 0;
+  QTimer clicks;
+  QObject::connect(&clicks, &QTimer::timeout, [&] {
+    QWidget* shown = QApplication::activeModalWidget();
+    if (auto* files = qobject_cast<QFileDialog*>(shown)) {
+      files->selectNameFilter("BMP Files (*.BMP)");
+      QMetaObject::invokeMethod(files, "accept");
+    } else if (auto* box = qobject_cast<QMessageBox*>(shown)) {
+      ++replaced;
+      box->button(QMessageBox::Yes)->click();
+    } else if (auto* size = dynamic_cast<SaveImageWindow*>(shown)) {
+      size->accept();
+    }
+  });
+  clicks.start(10);
+  EXPECT_TRUE(RunOutputCommand(program, Command::SaveImage, nullptr, {400, 300}));
+  EXPECT_TRUE(Text("14061619.BMP").starts_with("BM"));
+  EXPECT_EQ(program.Settings.Window.ImageFolder, TextFromPath(folder.Path()));
+  EXPECT_EQ(replaced, 0);
+  EXPECT_TRUE(RunOutputCommand(program, Command::SaveImage, nullptr, {400, 300}));
+  EXPECT_EQ(replaced, 1) << "asks before a file is replaced";
+  program.Doc.AskThrough(&user);
 }
 
 TEST_F(DataWindowsTest, ImagesAreSavedAtTheChosenSize) {

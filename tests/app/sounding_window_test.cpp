@@ -275,6 +275,27 @@ TEST(DialogFilter, BecomesTheToolkitsForm) {
             "JPEG Files (*.JPG);;Text(*.TXT *.txt)");
 }
 
+TEST(WithEnding, IsTheChosenFiltersWhereTheNameHasNoneOfThem) {
+  constexpr const char* kPictures = "JPEG Files (*.JPG)|*.JPG|BMP Files (*.BMP)|*.BMP";
+  constexpr const char* kTexts = "*.txt *.text|*.txt *.text|All|*.*";
+  struct Case {
+    const char *Name, *Filter;
+    std::size_t Entry;
+    const char* Named;
+  };
+  const Case cases[] = {
+      {"/a.b/severe", kPictures, 0, "/a.b/severe.JPG"},
+      {"severe", kPictures, 1, "severe.BMP"},
+      {"severe.bmp", kPictures, 0, "severe.bmp"},
+      {"12.5", kPictures, 1, "12.5.BMP"},
+      {"list", kTexts, 0, "list.txt"},
+      {"list.dat", kTexts, 0, "list.dat"},
+      {"list", kTexts, 1, "list"},
+      {"list", "", 0, "list"},
+  };
+  for (const Case& c : cases) EXPECT_EQ(WithEnding(c.Name, c.Filter, c.Entry), c.Named) << c.Name;
+}
+
 TEST_F(WindowTest, AKeyRepeatsTheEntryThatAKeyChoseLast) {
   const auto press = [this](QKeySequence keys, QObject* to) {
     QShortcutEvent event(keys, 0);
