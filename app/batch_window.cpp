@@ -255,8 +255,7 @@ download::BatchReport BatchWindow::RunFor(const ObservationTime& time) {
   download::BatchReport report = download::RunBatch(plan, work);
   isRunning_ = false;
   run_->setEnabled(true);
-  Log(Shortest(report.Saved()) + " of " + Shortest(report.Asked) + " soundings saved." +
-      (report.WasStopped ? " The batch was stopped." : ""));
+  Log(download::BatchSummary(report));
   ShowTimer();
   return report;
 }

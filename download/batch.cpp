@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "core/numbers.h"
+
 namespace vexa::download {
 namespace {
 
@@ -60,6 +62,21 @@ int BatchReport::Saved() const {
       std::ranges::count_if(Items, [](const BatchItem& item) { return !item.File.empty(); }));
 }
 
+std::string BatchSummary(const BatchReport& report) {
+  constexpr std::size_t kNamed = 8;
+  std::string text =
+      Shortest(report.Saved()) + " of " + Shortest(report.Asked) + " soundings saved.";
+  if (!report.WasStopped) return text;
+  text += " The batch was stopped";
+  for (std::size_t i = 0; i < report.Left.size() && i < kNamed; ++i) {
+    text += (i == 0 ? "; not done: " : ", ") + FileStem(report.Left[i]);
+  }
+  if (report.Left.size() > kNamed) {
+    text += " and " + Shortest(static_cast<int>(report.Left.size() - kNamed)) + " more";
+  }
+  return text + '.';
+}
+
 std::optional<Fault> CheckPlan(const BatchPlan& plan) {
   if (plan.Sources.empty()) return BadPlan("no source is chosen");
   if (plan.Times.empty()) return BadPlan("no date and hour is given");
@@ -82,10 +99,14 @@ BatchReport RunBatch(const BatchPlan& plan, BatchWork& work) {
   const std::vector<Request> requests = RequestsOf(plan);
   const auto total = static_cast<int>(requests.size());
   report.Asked = total;
+  const auto stop = [&](int from) {
+    report.WasStopped = true;
+    report.Left.assign(requests.begin() + from, requests.end());
+  };
   for (int done = 0; done < total; ++done) {
     const Request& request = requests[static_cast<std::size_t>(done)];
     if (!work.Continue(done, total, request)) {
-      report.WasStopped = true;
+      stop(done);
       break;
     }
     BatchItem item{.Wanted = request};
@@ -93,7 +114,7 @@ BatchReport RunBatch(const BatchPlan& plan, BatchWork& work) {
     const bool hasFailed = item.Failed.has_value();
     report.Items.push_back(std::move(item));
     if (!goesOn || (hasFailed && plan.Failing == OnFailure::Stop)) {
-      report.WasStopped = true;
+      stop(goesOn ? done + 1 : done);
       break;
     }
   }

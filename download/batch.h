@@ -34,8 +34,12 @@ struct BatchReport {
   int Asked = 0;  // how many the plan asks for; stopped, the report has fewer items
   std::vector<BatchItem> Items{};  // in the order of the plan, those not reached left out
   bool WasStopped = false;         // by the user, or by a failure
+  std::vector<Request> Left{};     // what was not done then, the one that was broken off among it
   int Saved() const;
 };
+
+/// What the user is told at the end: how many were saved and, after a stop, what was not done.
+std::string BatchSummary(const BatchReport& report);
 
 class BatchWork {
  public:

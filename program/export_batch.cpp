@@ -11,6 +11,7 @@
 
 #include "core/data_checks.h"
 #include "core/error_report.h"
+#include "core/files.h"
 #include "core/numbers.h"
 #include "ingest/decoder.h"
 
@@ -151,6 +152,8 @@ ExportReport ExportBatch(const ExportRequest& request, const Options& options, P
     if (!progress.Begin("Processing: " + Shortest(static_cast<int>(i) + 1) + " of " + total,
                         done)) {
       report.Cancelled = true;
+      report.Left = static_cast<int>(request.Files.size() - i);
+      report.FirstLeft = TextFromPath(PathFromText(request.Files[i]).filename());
       break;
     }
     const Piece piece = pieces.Next();
@@ -205,6 +208,12 @@ Box ExportSummary(const ExportReport& report) {
     text += "Note: " + Shortest(report.Rejected) +
             " soundings were not processed,\nwhich will be displayed next.\n" +
             TextFromPath(report.RejectFile.filename()) + " contains rejected soundings.";
+  }
+  if (report.Cancelled) {
+    if (!text.empty()) text += "\n\n";
+    text += "The export was stopped: " + Shortest(report.Left) +
+            (report.Left == 1 ? " file was" : " files were") + " not processed,\nfrom " +
+            report.FirstLeft + " on.";
   }
   return {.Title = std::string(kExportTitle), .Text = text, .Icon = BoxIcon::Information};
 }

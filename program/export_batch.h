@@ -46,6 +46,8 @@ struct ExportReport {
   int Written = 0;
   int Rejected = 0;
   bool Cancelled = false;              // the soundings before it are in the file
+  int Left = 0;                        // files that were not come to
+  std::string FirstLeft{};             // the first of them
   std::filesystem::path Output{};      // empty when nothing was written
   std::filesystem::path RejectFile{};  // empty without rejected soundings
   std::optional<Fault> Failed{};       // the output could not be written; what it held stays

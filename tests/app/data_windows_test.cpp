@@ -135,7 +135,9 @@ TEST_F(DataWindowsTest, CancelStopsBetweenTwoSoundings) {
   };
   In<QPushButton>(window, "cmdExport").click();
   ASSERT_EQ(user.Boxes.size(), 1u);
-  EXPECT_EQ(user.Boxes[0].Text, "File out.txt has been created\nwith 1 sounding processed.");
+  EXPECT_EQ(user.Boxes[0].Text,
+            "File out.txt has been created\nwith 1 sounding processed.\n\n"
+            "The export was stopped: 2 files were not processed,\nfrom b.RAW on.");
   EXPECT_TRUE(program.Gate.IsOpen());
   EXPECT_TRUE(In<QPushButton>(window, "cmdExport").isEnabled());
 }

@@ -73,6 +73,12 @@ TEST(Batch, EveryStationOnceForEveryHour) {
     EXPECT_EQ(report.Saved(), c.Saved);
     EXPECT_EQ(work.Asked, c.Asked);
     EXPECT_EQ(report.WasStopped, c.WasStopped);
+    EXPECT_EQ(report.Left.size(), c.WasStopped ? 2u : 0u);
+    if (c.StopAt == 2) {
+      EXPECT_EQ(BatchSummary(report),
+                "2 of 4 soundings saved. The batch was stopped; not done: 00001_2024022912, "
+                "00002_2024022912.");
+    }
   }
 }
 

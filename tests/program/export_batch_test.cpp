@@ -95,6 +95,10 @@ TEST_F(ExportBatchTest, CancellingLeavesWholeSoundings) {
   EXPECT_TRUE(report.Cancelled);
   EXPECT_EQ(user.Statuses.front(), "Processing: 1 of 6");
   EXPECT_EQ(report.Written, 3);
+  EXPECT_EQ(ExportSummary(report).Text,
+            "File out.txt has been created\nwith 3 soundings processed.\n\n"
+            "The export was stopped: 3 files were not processed,\nfrom " +
+                TextFromPath(PathFromText(files[3]).filename()) + " on.");
   const std::string text = Text("out.txt");
   EXPECT_NE(text.find("SOUNDING = Number 3"), std::string::npos);
   EXPECT_EQ(text.find("SOUNDING = Number 4"), std::string::npos);
