@@ -9,6 +9,7 @@
 
 #include "core/numbers.h"
 #include "core/units.h"
+#include "hodograph/compass.h"
 #include "hodograph/inks.h"
 #include "picture/label_room.h"
 
@@ -131,7 +132,9 @@ class Drawing {
     Text("title", {250, 220}, hodogram_.Title, 220, AnchorX::Left, true);
     Text("diagram name", {11750, 220}, "3-D Trajectory Diagram", 220, AnchorX::Right);
     Text("tilt caption", {250, 8600}, "Vertical Tilt: " + Mask(settings_.Tilt, "##0"));
-    Text("azimuth caption", {250, 8800}, "Azimuth View: " + Mask(settings_.Azimuth, "##0"));
+    Text("azimuth caption", {250, 8800},
+         "Azimuth View: " + Mask(settings_.Azimuth, "##0") + " " +
+             std::string(CompassName(ToWhole(settings_.Azimuth))));
     if (hodogram_.Points.size() < 2) return;
     Text("scale caption", {11750, 8600},
          Shortest(GridStep()) + (Miles() ? " Mile" : " Kilometer") + " Intervals", kText,

@@ -7,6 +7,7 @@
 #include "core/numbers.h"
 #include "core/units.h"
 #include "hodograph/analysis_panel.h"
+#include "hodograph/compass.h"
 #include "hodograph/inks.h"
 #include "hodograph/rings.h"
 #include "hodograph/vectors.h"
@@ -431,18 +432,20 @@ std::optional<ProfileWind> FindWind(const HodographPlot& plot, Point at) {
 CursorBox ReadHodograph(const HodographPlot& plot, Point at, const Options& options) {
   if (!plot.Mapping.Frame.Contains(at)) return {};
   const bool knots = options.Speed == SpeedUnits::Knots;
-  const std::string_view mask = knots ? "##0" : "##0.0";
-  CursorBox box{
-      "Cursor: " + WindText(plot.Mapping.ToWind(at), options, mask, knots ? " kts" : " m/s"),
-      "  Wind: --"};
+  const auto text = [&](const WindVector& wind) {
+    const int from = ToWhole(analysis::FromComponents(wind).Dir);
+    return WindText(wind, options, knots ? "##0" : "##0.0", knots ? " kts " : " m/s ") +
+           std::string(CompassName(from));
+  };
+  CursorBox box{"Cursor: " + text(plot.Mapping.ToWind(at)), "  Wind: --"};
   const auto distance = [&](const ProfileWind& wind) {
     const Point here = plot.Mapping.ToPoint(wind.Vector);
     return std::hypot(here.X - at.X, here.Y - at.Y);
   };
   const auto nearest = std::ranges::min_element(plot.Winds, {}, distance);
   if (nearest != plot.Winds.end()) {
-    box.Wind = "  Wind: " + WindText(nearest->Vector, options, mask, knots ? " kts" : " m/s") +
-               "  " + Mask(nearest->Height / 1000, "#0.0") + " km";
+    box.Wind =
+        "  Wind: " + text(nearest->Vector) + "  " + Mask(nearest->Height / 1000, "#0.0") + " km";
   }
   return box;
 }

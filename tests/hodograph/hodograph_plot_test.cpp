@@ -253,10 +253,10 @@ TEST(HodographPlot, CursorReadsTheWindUnderItAndTheNearestLevel) {
   const HodographPlot plot = Draw(test::ReferenceConvective(), options);
   const Point at = plot.Mapping.ToPoint(analysis::Components({226, 37}));
   CursorBox box = ReadHodograph(plot, at, options);
-  EXPECT_EQ(box.Cursor, "Cursor: 226/37 kts");
-  EXPECT_EQ(box.Wind, "  Wind: 225/36 kts  2.6 km");  // 3000 m above sea level, station at 357 m
+  EXPECT_EQ(box.Cursor, "Cursor: 226/37 kts SW");
+  EXPECT_EQ(box.Wind, "  Wind: 225/36 kts SW  2.6 km");  // 3000 m above sea level, station at 357 m
   options.Speed = SpeedUnits::MetersPerSecond;
-  EXPECT_EQ(ReadHodograph(plot, at, options).Cursor, "Cursor: 226/19.0 m/s");
+  EXPECT_EQ(ReadHodograph(plot, at, options).Cursor, "Cursor: 226/19.0 m/s SW");
   EXPECT_TRUE(ReadHodograph(plot, {11000, 4000}, options).Cursor.empty());
 }
 
