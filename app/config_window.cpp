@@ -62,8 +62,12 @@ QString TabCaption(std::string_view caption) {
 template <class S>
 OptionField FieldOf(const SettingRow<S>& row, S& settings, std::string box,
                     std::function<bool(std::string_view)> read) {
-  return {&row, std::move(box), [&row, &settings] { return row.Write(settings); }, std::move(read),
-          [&row, &settings] { row.Read(settings, row.Write(S{})); }};
+  return {&row,
+          std::move(box),
+          [&row, &settings] { return row.Write(settings); },
+          std::move(read),
+          [&row, &settings] { row.Read(settings, row.Write(S{})); },
+          [&row, &settings] { return row.Matters == nullptr || row.Matters(settings); }};
 }
 
 }  // namespace

@@ -22,6 +22,8 @@
 #include <utility>
 
 #include "app/drag_view.h"
+#include "app/option_control.h"
+#include "config/catalogue.h"
 #include "core/numbers.h"
 #include "core/units.h"
 #include "hodograph/analysis_panel.h"
@@ -38,10 +40,6 @@ constexpr int kControlShare = 4;   // of the height, for the controls below it: 
 constexpr int kColumnWidth = 430;  // pixels, of the controls
 constexpr int kSwitchRow = 2;      // below the boxes of frame, rings and depth
 constexpr int kSwitchColumns = 3;
-
-QString ToQString(std::string_view text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 template <class E>
 QComboBox* WordBox(const char* name, QWidget* parent) {
@@ -137,12 +135,10 @@ void HodographWindow::BuildMotion(QVBoxLayout& column) {
   auto* grid = new QGridLayout(group);
   mode_ = WordBox<Scaling>("cboMode", group);
   mover_ = WordBox<StormMover>("cboMover", group);
-  direction_ = new QDoubleSpinBox(group);
+  direction_ = MakeNumberBox(*FindOption("Manual storm direction"), group);
   direction_->setObjectName(QStringLiteral("txtDirection"));
-  direction_->setRange(1, 360);
   direction_->setWrapping(true);
   direction_->setDecimals(0);
-  direction_->setSuffix(QStringLiteral(" deg"));
   speed_ = new QDoubleSpinBox(group);
   speed_->setObjectName(QStringLiteral("txtSpeed"));
   speed_->setDecimals(1);
@@ -202,12 +198,10 @@ void HodographWindow::BuildPlotting(QVBoxLayout& column) {
   limit_ = new QDoubleSpinBox(group);
   limit_->setObjectName(QStringLiteral("txtLimit"));
   limit_->setDecimals(0);
-  limit_->setRange(10, 500);
   limit_->setSingleStep(10);
-  limit_->setSuffix(QStringLiteral(" kts"));
   limit_->setKeyboardTracking(false);
-  connect(limit_, &QDoubleSpinBox::valueChanged, this, [this](double knots) {
-    program_.Hodograph.RingLimit = knots;
+  connect(limit_, &QDoubleSpinBox::valueChanged, this, [this](double shown) {
+    program_.Hodograph.RingLimit = shown / SpeedFactor(program_.Set);
     changed_({.View = true});
   });
   grid->addWidget(limit_, 0, 2);
@@ -229,12 +223,8 @@ void HodographWindow::BuildDepth(QGridLayout& into) {
   auto* caption = new QLabel(QStringLiteral("Depth"), this);
   depthMode_ = WordBox<HodoDepth>("cboDepth", this);
   caption->setBuddy(depthMode_);
-  depth_ = new QDoubleSpinBox(this);
+  depth_ = MakeNumberBox(*FindOption("Depth limit"), this);
   depth_->setObjectName(QStringLiteral("txtDepth"));
-  depth_->setDecimals(1);
-  depth_->setRange(1, 40);
-  depth_->setSuffix(QStringLiteral(" km"));
-  depth_->setKeyboardTracking(false);
   connect(depthMode_, &QComboBox::activated, this, [this](int index) {
     program_.Set.HodoDepthMode = static_cast<HodoDepth>(index);
     changed_({.View = true});
@@ -412,7 +402,7 @@ void HodographWindow::ShowControls() {
   ShowWord(rings_, program_.Hodograph.Rings);
   ShowWord(compare_, program_.Hodograph.Compare);
   const QSignalBlocker silentLimit(limit_);
-  limit_->setValue(program_.Hodograph.RingLimit);
+  ShowSpeed(limit_, RowNamed(program_.Hodograph, "ring limit"), program_.Hodograph.RingLimit);
   limit_->setEnabled(program_.Hodograph.Rings == RingScaling::Limit);
   ShowWord(depthMode_, program_.Set.HodoDepthMode);
   const QSignalBlocker silentDepth(depth_);
@@ -423,16 +413,22 @@ void HodographWindow::ShowControls() {
   hold_->setEnabled(program_.Results.Storm.Chosen().has_value());
   const QSignalBlocker silentDirection(direction_);
   const QSignalBlocker silentSpeed(speed_);
-  const double factor = SpeedFactor(program_.Set);
-  const bool knots = program_.Set.Speed == SpeedUnits::Knots;
-  speed_->setRange(0, Rounded(200 * factor, 1));
-  speed_->setSuffix(knots ? QStringLiteral(" kts") : QStringLiteral(" m/s"));
   analysis::Wind motion{program_.Set.ManualMotionDir, program_.Set.ManualMotionSpd};
   if (const auto& chosen = program_.Results.Storm.Chosen()) {
     motion = analysis::FromComponents(chosen->Motion);
   }
   direction_->setValue(motion.Dir);
-  speed_->setValue(motion.Spd * factor);
+  ShowSpeed(speed_, *FindOption("Manual storm speed"), motion.Spd);
+}
+
+// In the unit of the options, and within what the setting takes.
+void HodographWindow::ShowSpeed(QDoubleSpinBox* box, const RowInfo& row, double knots) {
+  const double factor = SpeedFactor(program_.Set);
+  box->setRange(Rounded(row.Least * factor, box->decimals()),
+                Rounded(row.Most * factor, box->decimals()));
+  box->setSuffix(program_.Set.Speed == SpeedUnits::Knots ? QStringLiteral(" kts")
+                                                         : QStringLiteral(" m/s"));
+  box->setValue(knots * factor);
 }
 
 void HodographWindow::ShowTable() {

@@ -59,6 +59,7 @@ class HodographWindow : public QWidget {
                        bool HodographSettings::*setting);
   void Draw(const hodograph::HodographInput& input);
   void ShowControls();
+  void ShowSpeed(QDoubleSpinBox* box, const RowInfo& row, double knots);
   void ShowTable();
   void ShowCursor(const std::optional<Point>& at);
   void Enter();

@@ -8,6 +8,8 @@
 #include <QLabel>
 #include <QPushButton>
 
+#include "app/option_control.h"
+#include "config/catalogue.h"
 #include "program/sounding_loop.h"
 
 namespace vexa {
@@ -17,12 +19,8 @@ bool EditLoop(Program& program, QWidget* parent) {
   dialog.setObjectName(QStringLiteral("LoopOptions"));
   dialog.setWindowTitle(QStringLiteral("Loop Options"));
   auto* form = new QFormLayout(&dialog);
-  auto* hold = new QDoubleSpinBox(&dialog);
+  QDoubleSpinBox* hold = MakeNumberBox(*FindOption("Movie time"), &dialog);
   hold->setObjectName(QStringLiteral("MovieTime"));
-  hold->setLocale(QLocale::c());
-  hold->setDecimals(1);
-  hold->setRange(0.1, 60);
-  hold->setSuffix(QStringLiteral(" s"));
   hold->setValue(program.Set.MovieTime);
   form->addRow(QStringLiteral("&Image hold time"), hold);
   auto* skip = new QCheckBox(QStringLiteral("Skip &bad soundings"), &dialog);

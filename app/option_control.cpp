@@ -108,13 +108,18 @@ OptionControl MakeCheckBox(const RowInfo& row, ControlEvents events, QWidget* pa
           [box](const QString& text) { box->setText(text); }};
 }
 
+QString CaptionOf(const RowInfo& row, std::size_t choice) {
+  return ToQString(row.Choices.empty() ? row.Words[choice] : row.Choices[choice].Caption);
+}
+
 OptionControl MakeRadioButtons(const RowInfo& row, ControlEvents events, QWidget* parent) {
   auto* strip = new QWidget(parent);
   auto* line = new QHBoxLayout(strip);
   line->setContentsMargins(0, 0, 0, 0);
   auto* group = new QButtonGroup(strip);
   for (std::size_t i = 0; i < row.Words.size(); ++i) {
-    auto* button = new QRadioButton(ToQString(row.Words[i]), strip);
+    auto* button = new QRadioButton(CaptionOf(row, i), strip);
+    if (!row.Choices.empty()) button->setToolTip(ToQString(row.Choices[i].Hint));
     button->setObjectName(ToQString(std::string(row.Key) + "=" + std::string(row.Words[i])));
     group->addButton(button, static_cast<int>(i));
     line->addWidget(button);
@@ -137,10 +142,18 @@ OptionControl MakeRadioButtons(const RowInfo& row, ControlEvents events, QWidget
 
 OptionControl MakeList(const RowInfo& row, ControlEvents events, QWidget* parent) {
   std::vector<std::string> values;
-  for (const std::string_view word : row.Words) values.emplace_back(word);
-  for (const double number : row.Numbers) values.push_back(Shortest(number));
   auto* list = new Calm<QComboBox>(parent);
-  for (const std::string& value : values) list->addItem(WithUnit(value, row.Unit));
+  for (std::size_t i = 0; i < row.Words.size(); ++i) {
+    values.emplace_back(row.Words[i]);
+    list->addItem(CaptionOf(row, i));
+    if (!row.Choices.empty()) {
+      list->setItemData(static_cast<int>(i), ToQString(row.Choices[i].Hint), Qt::ToolTipRole);
+    }
+  }
+  for (const double number : row.Numbers) {
+    values.push_back(Shortest(number));
+    list->addItem(WithUnit(values.back(), row.Unit));
+  }
   QObject::connect(list, &QComboBox::activated, list,
                    [values, entered = std::move(events.Entered)](int index) {
                      entered(values[static_cast<std::size_t>(index)]);
@@ -153,8 +166,8 @@ OptionControl MakeList(const RowInfo& row, ControlEvents events, QWidget* parent
   return {list, false, show, {}};
 }
 
-OptionControl MakeNumberBox(const RowInfo& row, ControlEvents events, QWidget* parent) {
-  auto* box = new NumberBox(row, std::move(events.Refused), parent);
+OptionControl MakeNumber(const RowInfo& row, ControlEvents events, QWidget* parent) {
+  QDoubleSpinBox* box = MakeNumberBox(row, parent, std::move(events.Refused));
   QObject::connect(
       box, &QDoubleSpinBox::valueChanged, box,
       [entered = std::move(events.Entered)](double value) { entered(Shortest(value)); });
@@ -223,7 +236,7 @@ OptionControl MakeByKind(const RowInfo& row, ControlEvents events, QWidget* pare
     case OptionKind::Whole:
     case OptionKind::Number:
       if (row.MayBeEmpty) return MakeLine(std::move(events), parent);
-      return row.Numbers.empty() ? MakeNumberBox(row, std::move(events), parent)
+      return row.Numbers.empty() ? MakeNumber(row, std::move(events), parent)
                                  : MakeList(row, std::move(events), parent);
     case OptionKind::Color:
       return MakeSwatch(std::move(events), parent);
@@ -234,6 +247,10 @@ OptionControl MakeByKind(const RowInfo& row, ControlEvents events, QWidget* pare
 }
 
 }  // namespace
+
+QDoubleSpinBox* MakeNumberBox(const RowInfo& row, QWidget* parent, std::function<void()> refused) {
+  return new NumberBox(row, std::move(refused), parent);
+}
 
 OptionControl MakeOptionControl(const RowInfo& row, ControlEvents events, QWidget* parent) {
   OptionControl control = MakeByKind(row, std::move(events), parent);

@@ -11,6 +11,7 @@
 #include "app/qt_text.h"
 #include "config/setting_row.h"
 
+class QDoubleSpinBox;
 class QWidget;
 
 namespace vexa {
@@ -28,6 +29,11 @@ struct OptionControl {
   std::function<void(const std::string& text)> Show{};
   std::function<void(const QString& text)> Name{};  // sets that caption
 };
+
+/// A box for the row's number: its range and unit, spelled as in files, with as many decimals as
+/// are typed. What lies outside the range is not taken and told to refused.
+QDoubleSpinBox* MakeNumberBox(const RowInfo& row, QWidget* parent,
+                              std::function<void()> refused = {});
 
 /// Builds a control: words as radio buttons or, beyond three, a list; yes and no as a check box;
 /// ranges as a spin box with the unit; fixed numbers as a list; colours as a swatch with a menu of

@@ -76,12 +76,14 @@ void OptionPage::AddField(const OptionField& field, QFormLayout& column) {
   if (control.ShowsCaption) {
     control.Name(caption);
     column.addRow(control.Widget);
+    labels_.push_back(nullptr);
     return;
   }
   auto* label = new QLabel(caption);
   label->setToolTip(ToQString(row.Hint));
   label->setBuddy(control.Widget);
   column.addRow(label, control.Widget);
+  labels_.push_back(label);
 }
 
 QString OptionPage::Lettered(std::string_view caption) {
@@ -101,7 +103,12 @@ QString OptionPage::Lettered(std::string_view caption) {
 }
 
 void OptionPage::ShowValues() {
-  for (std::size_t i = 0; i < controls_.size(); ++i) controls_[i].Show(fields_[i].Write());
+  for (std::size_t i = 0; i < controls_.size(); ++i) {
+    controls_[i].Show(fields_[i].Write());
+    const bool matters = fields_[i].Matters();
+    controls_[i].Widget->setEnabled(matters);
+    if (labels_[i] != nullptr) labels_[i]->setEnabled(matters);
+  }
 }
 
 void OptionPage::RestoreDefaults() {

@@ -13,6 +13,7 @@
 #include "config/setting_row.h"
 
 class QFormLayout;
+class QLabel;
 
 namespace vexa {
 
@@ -23,6 +24,7 @@ struct OptionField {
   std::function<std::string()> Write{};
   std::function<bool(std::string_view text)> Read{};  // false: not taken
   std::function<void()> Restore{};                    // its default
+  std::function<bool()> Matters{};                    // false: without effect at present
 };
 
 struct PageEvents {
@@ -50,7 +52,8 @@ class OptionPage : public QScrollArea {
   std::vector<OptionField> fields_;
   PageEvents events_;
   std::vector<OptionControl> controls_{};
-  std::set<char> letters_{};  // taken for captions
+  std::vector<QLabel*> labels_{};  // of each control; null where it shows its caption itself
+  std::set<char> letters_{};       // taken for captions
 };
 
 }  // namespace vexa

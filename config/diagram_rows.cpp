@@ -36,20 +36,31 @@ void PaperFollowsScheme(Options& options) {
   options.Darklines = scheme == ColorScheme::Darker || scheme == ColorScheme::Print;
 }
 
+constexpr ChoiceText kDiagramTypes[] = {{"Skew-T / Log-P", "Popular U.S. diagram"},
+                                        {"Emagram", "Similar to the Stuve diagram"},
+                                        {" Tephigram", "Popular European diagram"}};
+constexpr ChoiceText kHeightScales[] = {
+    {"FT (x1000)", {}}, {"KM", {}}, {"MT", "Metres"}, {"Miles", "Statute miles"}, {"none", {}}};
+
 constexpr std::string_view kTab1 = "Diagram/Tab 1";
 
 constexpr OptionRow kTab1Rows[] = {
     Row<At<&Options::Diagram>>("Diagram type = ", kTab1)
+        .Shown(kDiagramTypes)
         .Says("Skew-T, popular in the U.S.; emagram; or tephigram, popular in Europe."),
     Row<At<&Options::AutoHighEmagram>>("Auto high-altitude emagram = ", kTab1)
-        .Says("Draws soundings that reach above 100 hPa on an emagram."),
+        .Named("Automatically display Emagram for high-altitude soundings")
+        .Says("Only for soundings extending above 100 mb"),
     Row<At<&Options::EmagramTempLines>>("Emagram temperature lines = ", kTab1)
-        .Says("Draws isotherms on the emagram."),
+        .Named("Display Temperature Gridlines")
+        .Says("Emagram only option"),
     Row<At<&Options::TephigramWarning>>("Tephigram warning = ", kTab1)
-        .Says("Warns once when data reach above the tephigram's top at 100 hPa."),
+        .Named("Display warning message about offset graphic analyses  >")
+        .Says("Message will only be displayed upon initial use"),
     Row<At<&Options::StabilityBars>>("Stability bars = ", kTab1)
         .Says("Marks each layer's lapse-rate class by a bar at the left margin."),
     Row<At<&Options::RightScale>>("Height scale = ", kTab1)
+        .Shown(kHeightScales)
         .Says("Unit of the height scale on the right."),
     Row<At<&Options::SurfaceLine>>("Surface line = ", kTab1)
         .Says("Draws a line at the station's elevation."),
@@ -76,10 +87,15 @@ constexpr OptionRow kTab1Rows[] = {
 
 constexpr std::string_view kTab2 = "Diagram/Tab 2";
 
+bool ScalesByHand(const Options& options) {
+  return options.TempScaling == Scaling::Manual;
+}
+
 constexpr OptionRow kTab2Rows[] = {
     Row<At<&Options::MbLimit>, kTrue, kTopPressures>("MB limit = ", kTab2)
         .Named("Top pressure")
         .In("hPa")
+        .When([](const Options& set) { return !set.AutoMbSelect; })
         .Says("Pressure at the top of the diagram."),
     Row<At<&Options::AutoMbSelect>>("Auto MB select = ", kTab2)
         .Named("Top from data")
@@ -100,10 +116,20 @@ constexpr OptionRow kTab2Rows[] = {
         .Says("Takes the temperature range from the data, or as set below."),
     Row<At<&Options::TempMin>, kTrue, Range{-120, 40}>("Temp MIN = ", kTab2)
         .In("°C")
+        .When(ScalesByHand)
         .Says("Temperature at the diagram's left edge in manual scaling."),
     Row<At<&Options::TempMax>, kTrue, Range{-80, 60}>("  Temp MAX = ", kTab2, Record::Same)
         .In("°C")
+        .When(ScalesByHand)
         .Says("Temperature at the right edge; at least 40 degrees above the left."),
+    Row<At<&Options::OverlayScaling>>("", kTab2)
+        .As("Overlay scaling")
+        .Named("Overlay scaling")
+        .Says("Axes with room for every overlaid sounding, or those of the first alone."),
+    Row<At<&Options::CompareScaling>>("", kTab2)
+        .As("Compare scaling")
+        .Named("Compare scaling")
+        .Says("Axes with room for both compared soundings, or those of the first alone."),
 };
 
 constexpr std::string_view kTab3 = "Diagram/Tab 3";
@@ -220,6 +246,7 @@ constexpr OptionRow kTab5Rows[] = {
     Row<At<&Options::CustomPanel>>("", kTab5)
         .As("Custom panel")
         .Named("Custom indices")
+        .When([](const Options& set) { return set.Thermo == ThermoDisplay::Custom; })
         .Says(
             "Labels of the indices that the custom panel shows, in this order, parted by commas."),
     Row<At<&Options::PtUnits>>("PTunits = ", kTab5)
@@ -242,9 +269,10 @@ constexpr OptionRow kTab6Rows[] = {
         .Says("Rings around a wind of zero, or around the storm motion."),
     Row<At<&Options::HodoDepthMode>>("Hodo depth mode = ", kTab6)
         .Says("Draws all winds, or those up to the limit."),
-    Row<At<&Options::HodoDepthLimitKm>, kTrue, Range{1, 20}>("  Depth limit = ", kTab6,
+    Row<At<&Options::HodoDepthLimitKm>, kTrue, Range{1, 40}>("  Depth limit = ", kTab6,
                                                              Record::Same)
         .In("km")
+        .When([](const Options& set) { return set.HodoDepthMode == HodoDepth::Limit; })
         .Says("Height up to which the hodograph is drawn."),
 };
 
@@ -255,6 +283,7 @@ constexpr OptionRow kTab7Rows[] = {
         .Says("Draws the standard atmosphere's temperatures and heights."),
     Row<At<&Options::IcaoLabelling>>("  ICAO None/5/10 = ", kTab7, Record::Same)
         .Named("Standard height labels")
+        .When([](const Options& set) { return set.IcaoLine; })
         .Says("How many standard heights are labelled."),
 };
 

@@ -27,7 +27,7 @@ enum class CapeBase { Lfc, Ccl };
 enum class TempBase { Dry, Virtual };
 enum class CapeDepthDisplay { Total, LfcLayer, Both };
 enum class DcapeMode { Best, Fast };
-enum class HeightScale { Feet, Kilometers, Miles, None };
+enum class HeightScale { Feet, Kilometers, Meters, Miles, None };
 enum class HeightMode { Msl, Agl };
 enum class GridUnits { Mb, Kilometers, Feet };
 enum class TempUnits { Celsius, Fahrenheit, Kelvin };
@@ -102,7 +102,7 @@ constexpr auto Words(DcapeMode) {
   return std::to_array<std::string_view>({"best", "fast"});
 }
 constexpr auto Words(HeightScale) {
-  return std::to_array<std::string_view>({"FT", "KM", "MILE", "none"});
+  return std::to_array<std::string_view>({"FT", "KM", "MT", "MILE", "none"});
 }
 constexpr auto Words(HeightMode) {
   return std::to_array<std::string_view>({"MSL", "AGL"});
@@ -329,8 +329,10 @@ struct Options {
   bool TempDualScale = false;
   int TempGridInterval = 10;
   Scaling TempScaling = Scaling::Auto;
-  double TempMin = -40;  // °C
-  double TempMax = 40;   // °C
+  double TempMin = -40;                    // °C
+  double TempMax = 40;                     // °C
+  Scaling OverlayScaling = Scaling::Auto;  // whether the axes make room for every sounding
+  Scaling CompareScaling = Scaling::Auto;
 
   // Diagram, tab 3: reference lines.
   ColorScheme Scheme = ColorScheme::Light;

@@ -53,6 +53,16 @@ constexpr OptionRow kTab1Rows[] = {
 
 constexpr std::string_view kTab2 = "Program/Tab 2";
 
+bool IsMovedByHand(const Options& options) {
+  return options.MotionMode == Scaling::Manual;
+}
+bool IsBunkers(const Options& options) {
+  return options.Motion == StormMotion::Bunkers;
+}
+bool IsTraditional(const Options& options) {
+  return options.Motion == StormMotion::Traditional;
+}
+
 constexpr OptionRow kTab2Rows[] = {
     Row<At<&Options::Cat>>("CAT type = ", kTab2)
         .Named("Clear-air turbulence")
@@ -72,6 +82,7 @@ constexpr OptionRow kTab2Rows[] = {
         .As("Bunkers deviation factor")
         .Named("Bunkers deviation factor")
         .In("x 15 kt")
+        .When(IsBunkers)
         .Says("Distance of supercells from the mean wind in multiples of 15 kt.")
         .KeptIn(SettingsFile::Hodograph),
     Row<At<&Options::Mover>>("", kTab2)
@@ -89,29 +100,35 @@ constexpr OptionRow kTab2Rows[] = {
         .As("Manual storm direction")
         .Named("Manual storm direction")
         .In("degrees")
+        .When(IsMovedByHand)
         .Says("Direction from which the storm comes when the motion is MANUAL.")
         .KeptIn(SettingsFile::Hodograph),
     Row<At<&Options::ManualMotionSpd>, kTrue, Range{0, 200}>("", kTab2)
         .As("Manual storm speed")
         .Named("Manual storm speed")
         .In("kt")
+        .When(IsMovedByHand)
         .Says("Speed of the storm when the motion is MANUAL.")
         .KeptIn(SettingsFile::Hodograph),
     Row<At<&Options::ShearLayerTopKm>, kTrue, Range{1, 15}>("Shear SR Layer Top = ", kTab2)
         .Named("Steering layer top")
         .In("km AGL")
+        .When(IsTraditional)
         .Says("Top of the mean-wind layer of the traditional storm motion."),
     Row<At<&Options::ShearLayerBottomKm>, kTrue, Range{0, 10}>("Shear SR Layer Bot = ", kTab2)
         .Named("Steering layer bottom")
         .In("km AGL")
+        .When(IsTraditional)
         .Says("Bottom of the mean-wind layer of the traditional storm motion; below its top."),
     Row<At<&Options::ShearLayerDeg>, kTrue, Range{-90, 90}>("Shear SR Layer Deg = ", kTab2)
         .Named("Deviation angle")
         .In("degrees")
+        .When(IsTraditional)
         .Says("Angle by which the traditional storm motion turns off the mean wind."),
     Row<At<&Options::ShearLayerPct>, kTrue, Range{1, 150}>("Shear SR Layer Pct = ", kTab2)
         .Named("Share of steering flow")
         .In("%")
+        .When(IsTraditional)
         .Says("Share of the mean wind speed that the traditional storm motion keeps."),
     Row<At<&Options::ShearXLayerTopKm>, kTrue, Range{0.5, 15}>("Shear xLayer top = ", kTab2)
         .Named("Shear layer top")

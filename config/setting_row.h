@@ -14,6 +14,12 @@ enum class OptionKind { YesNo, TrueFalse, Choice, Whole, Number, Color, Text };
 /// The settings files, in the order in which they are read at start.
 enum class SettingsFile { System, Soaring, Hodograph, Hodogram3D, Main, Window, Listing };
 
+/// How a form shows one of a choice's words.
+struct ChoiceText {
+  std::string_view Caption{};
+  std::string_view Hint{};  // for the tooltip; empty: the row's
+};
+
 struct RowInfo {
   std::string_view Label{};    // as in the report: leading blanks and "= " are part of it
   std::string_view Key{};      // unique, without "=": what --set takes
@@ -25,6 +31,7 @@ struct RowInfo {
   double Least = 0;  // range of Whole, Number and Color
   double Most = 0;
   std::span<const std::string_view> Words{};  // of YesNo, TrueFalse and Choice
+  std::span<const ChoiceText> Choices{};      // of each word on a form; empty: the words themselves
   std::span<const double> Numbers{};          // the only numbers that it takes; empty: the range
   bool MayBeEmpty = false;                    // a number that need not be given
   bool SameRecord = false;                    // stands on the record of the row before it
@@ -42,6 +49,8 @@ struct SettingRow : RowInfo {
   bool (*Read)(S&, std::string_view) = nullptr;
   /// What a change by the user entails for other settings; null: nothing.
   void (*Follow)(S&) = nullptr;
+  /// False while other settings leave this one without effect; null: it always has one.
+  bool (*Matters)(const S&) = nullptr;
 
   // The finishing of a row in its table.
   constexpr SettingRow As(std::string_view key) const { return With(&RowInfo::Key, key); }
@@ -51,6 +60,14 @@ struct SettingRow : RowInfo {
   constexpr SettingRow KeptIn(SettingsFile file) const { return With(&RowInfo::File, file); }
   constexpr SettingRow ElementOf(int number) const { return With(&RowInfo::Element, number); }
   constexpr SettingRow ShownInReport() const { return With(&RowInfo::InReport, true); }
+  constexpr SettingRow Shown(std::span<const ChoiceText> choices) const {
+    return With(&RowInfo::Choices, choices);
+  }
+  constexpr SettingRow When(bool (*matters)(const S&)) const {
+    SettingRow row = *this;
+    row.Matters = matters;
+    return row;
+  }
   constexpr SettingRow Then(void (*follow)(S&)) const {
     SettingRow row = *this;
     row.Follow = follow;

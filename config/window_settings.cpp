@@ -52,8 +52,6 @@ constexpr SettingRow<Window> kWindowRows[] = {
     Row<At<&Window::Maximized>>("maximized", kSame),
     Row<At<&Window::Cursor>>("cursor mode"),
     Row<At<&Window::InfoBox>>("information box", kSame),
-    Row<At<&Window::OverlayScaling>>("overlay scaling", kSame),
-    Row<At<&Window::CompareScaling>>("compare scaling", kSame),
     Row<At<&Window::ImageFolder>>("image folder"),
     Row<Nth<&Window::RecentFiles, 0>>("recent file 1"),
     Row<Nth<&Window::RecentFiles, 1>>("recent file 2"),

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <cassert>
 #include <optional>
 #include <span>
 #include <string>
@@ -86,8 +87,6 @@ struct MainWindowSettings {
   bool Maximized = false;
   CursorMode Cursor = CursorMode::Free;
   bool InfoBox = true;
-  Scaling OverlayScaling = Scaling::Auto;
-  Scaling CompareScaling = Scaling::Auto;
   std::string ImageFolder{};                            // of the image saved last
   std::array<std::string, kRecentFiles> RecentFiles{};  // the latest first
   bool operator==(const MainWindowSettings&) const = default;
@@ -161,5 +160,15 @@ std::span<const SettingRow<HodographSettings>> RowsOf(const HodographSettings&);
 std::span<const SettingRow<Hodogram3DSettings>> RowsOf(const Hodogram3DSettings&);
 std::span<const SettingRow<ListingSettings>> RowsOf(const ListingSettings&);
 std::span<const SettingRow<SoaringSettings>> RowsOf(const SoaringSettings&);
+
+/// The row of a key in the table of these settings, which has it.
+template <class S>
+const RowInfo& RowNamed(const S& settings, std::string_view key) {
+  for (const SettingRow<S>& row : RowsOf(settings)) {
+    if (row.Key == key) return row;
+  }
+  assert(false);
+  return RowsOf(settings).front();
+}
 
 }  // namespace vexa

@@ -15,6 +15,7 @@
 #include "core/markers.h"
 #include "core/numbers.h"
 #include "core/units.h"
+#include "picture/clip.h"
 
 namespace vexa::diagram {
 namespace {
@@ -305,25 +306,25 @@ void DrawMixingRatioLines(Plot& plot) {
   if (set.MixingLines) {
     const std::span<const double> values =
         tephigram ? std::span<const double>(kTephigramMixingRatios) : kMixingRatios;
-    double lastX = -1e9;
+    // Labels stand above the lines' ends: at their top pressure or, where the frame ends before, at
+    // its right edge or below the numbers of its upper one.
+    const Rect inside{frame.Left + 80, frame.Top + 200, frame.Right - 80, frame.Bottom};
+    Point last{-1e9, 0};
     bool raised = false;
     for (const double value : values) {
       const std::vector<Point> line = MixingRatioLine(plot.At, value, set.Saturation);
       DrawInFrame(plot, "mixing ratio line", line, plot.Inks.MixingRatio);
       if (!set.WetLabel) continue;
-      // Above the line's end, or below the numbers of the axis where it ends at the frame.
-      Point end = line.back();
-      if (end.Y - frame.Top < 200) {
-        const double y = frame.Top + 260;
-        end = {CrossingX(line, y).value_or(end.X), y};
-      }
-      if (!frame.Contains(end) || end.X < frame.Left + 80 || end.X > frame.Right - 80) continue;
-      raised = end.X - lastX < 190 && !raised;  // neighbours too close take turns in height
+      const std::vector<std::vector<Point>> pieces = ClipPolyline(line, inside);
+      if (pieces.empty()) continue;
+      const Point end = pieces.back().back();
+      // Neighbours too close take turns in height.
+      raised = !raised && end.X - last.X < 190 && std::fabs(end.Y - last.Y) < 130;
       DrawTextOver(
           plot, "mixing ratio label", {end.X, end.Y - (raised ? 170 : 70)},
           value < 1 || value != std::floor(value) ? Mask(value, "0.0#") : Mask(value, "#0"),
           plot.Inks.MixingRatio.Ink, kSmallText * 0.9, AnchorX::Center);
-      lastX = end.X;
+      last = end;
     }
   }
   if (set.MixRef.Plot || set.MixRef.ShowLabel) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <iterator>
 #include <optional>
 #include <string>
 #include <vector>
@@ -58,6 +59,27 @@ std::string SurfaceText(const Plot& plot) {
     text += "   " + QnhText(plot);
   }
   return text;
+}
+
+/// A unit of the scale at the right edge.
+struct ScaleUnit {
+  HeightScale Scale;
+  std::string_view Head;
+  double Meters;      // of one step
+  int Shown;          // what a step counts as
+  int LabelledEvery;  // so many steps
+};
+
+const ScaleUnit kScaleUnits[] = {
+    {HeightScale::Feet, " FT(x1000)", MetersFromFeet(1000), 1, 2},
+    {HeightScale::Kilometers, "   KM", 1000, 1, 1},
+    {HeightScale::Meters, "MT", 1000, 1000, 1},
+    {HeightScale::Miles, "MILE", kMetersPerMile, 1, 1},
+};
+
+const ScaleUnit& ScaleUnitOf(HeightScale scale) {
+  const auto found = std::ranges::find(kScaleUnits, scale, &ScaleUnit::Scale);
+  return found == std::end(kScaleUnits) ? kScaleUnits[0] : *found;
 }
 
 // A line across the frame that leaves room for its mark at the right edge.
@@ -126,7 +148,8 @@ void ICAOlabels(Plot& plot) {
       every = 10;
       break;
   }
-  const bool feet = set.RightScale != HeightScale::Kilometers;
+  const bool feet =
+      set.RightScale != HeightScale::Kilometers && set.RightScale != HeightScale::Meters;
   for (int n = 0; n < 200; n += every) {
     const double height = feet ? MetersFromFeet(n * 1000.0) : n * 1000.0;
     const double press = analysis::IsaPressure(height);
@@ -171,40 +194,30 @@ void DrawHeightScale(Plot& plot) {
   const Options& set = plot.Set();
   if (set.RightScale == HeightScale::None) return;
   const Rect& frame = plot.At.Frame();
-  double unit = 1000;
-  int step = 1;
-  std::string_view head = "   KM";
-  if (set.RightScale == HeightScale::Feet) {
-    unit = MetersFromFeet(1000);
-    step = 2;
-    head = " FT(x1000)";
-  } else if (set.RightScale == HeightScale::Miles) {
-    unit = kMetersPerMile;
-    head = "MILE";
-  }
-  DrawText(plot.Page, "height scale head", {frame.Right + 20, frame.Top - 300}, std::string(head),
-           plot.Inks.Ink, kSmallText);
+  const ScaleUnit& scale = ScaleUnitOf(set.RightScale);
+  DrawText(plot.Page, "height scale head", {frame.Right + 20, frame.Top - 300},
+           std::string(scale.Head), plot.Inks.Ink, kSmallText);
   DrawText(plot.Page, "height scale head", {frame.Right + 60, frame.Top - 170},
            std::string(ModeText(plot)), plot.Inks.Faint, kSmallText);
   const double base = set.Heights == HeightMode::Agl ? plot.Sounding().ElevM : 0;
   double lastLabel = 1e9;
-  for (int n = 0; n * unit < 90000; ++n) {
-    const double press = PressOf(plot, n * unit + base);
+  for (int n = 0; n * scale.Meters < 90000; ++n) {
+    const double press = PressOf(plot, n * scale.Meters + base);
     if (press == kNone) {
-      if (n * unit + base > plot.Sounding().ElevM) break;
+      if (n * scale.Meters + base > plot.Sounding().ElevM) break;
       continue;
     }
     if (press < plot.At.TopPress()) break;
     if (press > plot.At.BottomPress()) continue;
     const std::optional<double> y = RightEdgeY(plot.At, press);
     if (!y) continue;
-    const bool labelled = n % step == 0 && lastLabel - *y > 1.1 * kSmallText;
+    const bool labelled = n % scale.LabelledEvery == 0 && lastLabel - *y > 1.1 * kSmallText;
     DrawSegment(plot.Page, "height scale", {frame.Right, *y},
                 {frame.Right + (labelled ? 80 : 45), *y}, plot.Inks.HeightAxis);
     if (!labelled) continue;
     lastLabel = *y;
-    DrawText(plot.Page, "height scale label", {frame.Right + 120, *y}, Mask(n, "##0"),
-             plot.Inks.Ink, kSmallText);
+    DrawText(plot.Page, "height scale label", {frame.Right + 120, *y},
+             Mask(n * scale.Shown, "####0"), plot.Inks.Ink, kSmallText);
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "config/catalogue.h"
 #include "core/error_report.h"
 #include "core/numbers.h"
 #include "core/units.h"
@@ -10,17 +11,15 @@
 namespace vexa {
 namespace {
 
-constexpr double kFastest = 200;  // kt, of a motion entered by hand
-
 void Tell(Program& program, const std::optional<Fault>& fault) {
   if (fault) program.Doc.Report(*fault);
 }
 
 // As the settings take it: tenths of a degree from 1 to 360.
 double EnteredDirection(double degrees) {
+  const RowInfo& takes = *FindOption("Manual storm direction");
   const double direction = Rounded(Wrap360(degrees), 1);
-  if (direction < 0.5) return 360;
-  return std::max(direction, 1.0);
+  return direction < takes.Least / 2 ? takes.Most : std::max(direction, takes.Least);
 }
 
 }  // namespace
@@ -34,10 +33,11 @@ hodograph::HodographInput HodographOf(const Program& program) {
 }
 
 Changes EnterStormMotion(Program& program, analysis::Wind motion) {
+  const RowInfo& speeds = *FindOption("Manual storm speed");
   const Options before = program.Set;
   program.Set.MotionMode = Scaling::Manual;
   program.Set.ManualMotionDir = EnteredDirection(motion.Dir);
-  program.Set.ManualMotionSpd = std::clamp(Rounded(motion.Spd, 2), 0.0, kFastest);
+  program.Set.ManualMotionSpd = std::clamp(Rounded(motion.Spd, 2), speeds.Least, speeds.Most);
   return {.Storm = program.Set != before};
 }
 

@@ -66,10 +66,9 @@ Changes PlotOldSounding(Program& program, MultiMode mode, std::vector<SharedSoun
 
 void LookAs(const Program& program, diagram::PlotInput& input) {
   const ViewState& view = program.View;
-  const MainWindowSettings& window = program.Settings.Window;
   input.Mode = view.Looping ? MultiMode::Loop : view.Mode;
-  input.OthersScaling =
-      view.Mode == MultiMode::Compare ? window.CompareScaling : window.OverlayScaling;
+  const Options& set = input.Set;
+  input.OthersScaling = view.Mode == MultiMode::Compare ? set.CompareScaling : set.OverlayScaling;
   if (view.ShowsReference && view.Reference) input.Reference = &view.Reference->Record();
   input.Lines = view.Lines;
   input.Zoom = view.Zoom;

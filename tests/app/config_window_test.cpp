@@ -158,13 +158,13 @@ TEST_F(FormTest, ControlsOfEveryKindChangeThePreview) {
        },
        "5"},
       {"Td color", [this] { At<QToolButton>("Td color").menu()->actions().at(2)->trigger(); }, "2"},
-      {"Temp MIN", [this] { Type(At<QWidget>("Temp MIN"), "-52.5"); }, "-52.5"},
       {"Temp grid scaling", [this] { At<QRadioButton>("Temp grid scaling=MANUAL").click(); },
        "MANUAL"},
+      {"Temp MIN", [this] { Type(At<QWidget>("Temp MIN"), "-52.5"); }, "-52.5"},
       {"Line #2 Height", [this] { Type(At<QWidget>("Line #2 Height"), "3000"); }, "3000"},
       {"Line #2 Plot", [this] { At<QCheckBox>("Line #2 Plot").click(); }, "true"},
   };
-  const std::set<std::string> invisible = {"Temp MIN", "Line #2 Height"};  // until switched on
+  const std::set<std::string> invisible = {"Line #2 Height"};  // until switched on
   for (const Case& c : cases) {
     SCOPED_TRACE(c.key);
     const std::string before = Drawn();
@@ -187,6 +187,7 @@ TEST_F(FormTest, RefusesWhatIsOutOfRangeAndNamesTheRange) {
   EXPECT_EQ(program.Set.SearchDepth, 120.5);
 
   // Each is within its range, but they do not go together.
+  At<QRadioButton>("Storm motion=Traditional").click();
   Type(At<QWidget>("Shear SR Layer Bot"), "8");
   EXPECT_EQ(Message(), "Shear SR Layer Bot must lie below Shear SR Layer Top.");
   auto* ok = form->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok);
@@ -207,6 +208,51 @@ TEST_F(FormTest, RefusesWhatIsOutOfRangeAndNamesTheRange) {
             "Surface temperature of the day takes -90 to 70 \xC2\xB0"
             "C.");
   EXPECT_EQ(At<QLineEdit>("SoarTm").text(), "");
+}
+
+TEST_F(FormTest, AutomaticModesDisableTheFieldsThatTheyReplace) {
+  for (const char* entry : {"mnuProgram", "mnuDiag"}) {
+    Open(entry);
+    for (const OptionRow& row : Catalogue()) {
+      const auto* control = form->findChild<QWidget*>(
+          QString::fromUtf8(row.Key.data(), static_cast<qsizetype>(row.Key.size())));
+      if (control == nullptr) continue;
+      EXPECT_EQ(control->isEnabled(), row.Matters == nullptr || row.Matters(program.Set))
+          << row.Key;
+    }
+    if (form->objectName() == "Config") Press(QDialogButtonBox::Cancel);
+    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  }
+  EXPECT_FALSE(At<QWidget>("MB limit").isEnabled());
+  At<QCheckBox>("Auto MB select").click();
+  EXPECT_TRUE(At<QWidget>("MB limit").isEnabled());
+  EXPECT_FALSE(At<QWidget>("Temp MAX").isEnabled());
+  At<QRadioButton>("Temp grid scaling=MANUAL").click();
+  EXPECT_TRUE(At<QWidget>("Temp MAX").isEnabled());
+  EXPECT_FALSE(At<QWidget>("Depth limit").isEnabled());
+  At<QRadioButton>("Hodo depth mode=Limit").click();
+  EXPECT_TRUE(At<QWidget>("Depth limit").isEnabled());
+}
+
+TEST_F(FormTest, ChoicesStandUnderTheirCaptions) {
+  Open("mnuDiag");
+  EXPECT_EQ(At<QRadioButton>("Diagram type=skewt").text(), "Skew-T / Log-P");
+  EXPECT_EQ(At<QRadioButton>("Diagram type=emagram").toolTip(), "Similar to the Stuve diagram");
+  EXPECT_EQ(At<QRadioButton>("Diagram type=tephigram").text(), " Tephigram");
+  auto& scale = At<QComboBox>("Height scale");
+  QStringList shown;
+  for (int i = 0; i < scale.count(); ++i) shown << scale.itemText(i);
+  EXPECT_EQ(shown.join('|'), "FT (x1000)|KM|MT|Miles|none");
+  scale.setCurrentIndex(2);
+  emit scale.activated(2);
+  Settle();
+  EXPECT_EQ(program.Set.RightScale, HeightScale::Meters);
+  At<QRadioButton>("Overlay scaling=MANUAL").click();
+  Press(QDialogButtonBox::Ok);
+  Program next;
+  StartUp(next, {TextFromPath(folder.Path()), {}});
+  EXPECT_EQ(next.Set.OverlayScaling, Scaling::Manual);
+  EXPECT_EQ(next.Set.CompareScaling, Scaling::Auto);
 }
 
 TEST_F(FormTest, CancelTakesEverythingBackAndOkKeepsIt) {
@@ -235,6 +281,20 @@ TEST_F(FormTest, CancelTakesEverythingBackAndOkKeepsIt) {
   EXPECT_TRUE(window.findChild<QAction*>("mnuEmagram")->isChecked());
   StartUp(next, {TextFromPath(folder.Path()), {}});
   EXPECT_EQ(next.Set.Diagram, DiagramType::Emagram);
+}
+
+// The F9 form keeps what lies in the hodograph's file, too.
+TEST_F(FormTest, OkKeepsOptionsOfEveryFile) {
+  Open("mnuProgram");
+  At<QRadioButton>("Storm mover=RM").click();
+  Press(QDialogButtonBox::Ok);
+  EXPECT_EQ(program.Set.Mover, StormMover::Right);
+  Program next;
+  StartUp(next, {TextFromPath(folder.Path()), {}});
+  EXPECT_EQ(next.Set.Mover, StormMover::Right);
+  window.close();
+  StartUp(next, {TextFromPath(folder.Path()), {}});
+  EXPECT_EQ(next.Set.Mover, StormMover::Right);
 }
 
 TEST_F(FormTest, DefaultsComeBackTabByTab) {

@@ -22,6 +22,7 @@
 #include "core/files.h"
 #include "core/raw_file.h"
 #include "picture/stroke.h"
+#include "program/settings_commands.h"
 #include "support/soundings.h"
 
 namespace vexa {
@@ -195,6 +196,15 @@ TEST_F(DisplayTest, ControlsOfThePlotOutlastTheProgram) {
     box->setCurrentIndex(index);
     box->activated(index);
   };
+  // The deepest that the box takes outlasts the program, too.
+  choose("cboDepth", static_cast<int>(HodoDepth::Limit));
+  hodograph.findChild<QDoubleSpinBox*>("txtDepth")->setValue(40);
+  EXPECT_TRUE(KeepSettings(program));
+  SettingsStore deep;
+  std::vector<std::string> deepNotes;
+  LoadSettings(folder.Path(), deep, deepNotes);
+  EXPECT_EQ(deep.Set.HodoDepthLimitKm, 40);
+  choose("cboDepth", static_cast<int>(HodoDepth::All));
   const double top = hodograph.Plot().Winds.back().Height;
   choose("cboDepth", static_cast<int>(HodoDepth::Limit));
   hodograph.findChild<QDoubleSpinBox*>("txtDepth")->setValue(4.5);
@@ -244,6 +254,15 @@ TEST_F(DisplayTest, EnteredSpeedsAreInTheShownUnitAndHoldOutlastsTheSounding) {
   hodograph.findChild<QDoubleSpinBox*>("txtSpeed")->setValue(20);
   EXPECT_NEAR(program.Set.ManualMotionSpd, 38.88, 0.01);  // 20 / 0.5144
   EXPECT_EQ(program.Set.MotionMode, Scaling::Manual);
+
+  auto* rings = hodograph.findChild<QComboBox*>("cboRings");
+  rings->setCurrentIndex(1);
+  rings->activated(1);
+  auto* limit = hodograph.findChild<QDoubleSpinBox*>("txtLimit");
+  EXPECT_EQ(limit->text(), "51 m/s");  // 100 kt
+  limit->setValue(30);
+  EXPECT_NEAR(program.Hodograph.RingLimit, 58.32, 0.01);
+  EXPECT_EQ(limit->text(), "30 m/s");
 
   auto* hold = hodograph.findChild<QCheckBox*>("chkHold");
   hold->click();

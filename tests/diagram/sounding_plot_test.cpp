@@ -109,6 +109,39 @@ TEST(SoundingPlot, WritesWhatAForecasterReads) {
   EXPECT_EQ(Texts(plot.Page, "tropopause label"), std::vector<std::string>{"TROP 11363 m"});
 }
 
+TEST(SoundingPlot, HeightScaleCountsInItsUnit) {
+  struct Case {
+    HeightScale Scale;
+    const char *Head, *Highest;
+  };
+  // The reference sounding ends at 100 hPa, 16.1 km up: 52.8 thousand feet, 10.0 miles.
+  const Case cases[] = {{HeightScale::Feet, " FT(x1000)", "52"},
+                        {HeightScale::Kilometers, "   KM", "16"},
+                        {HeightScale::Meters, "MT", "16000"},
+                        {HeightScale::Miles, "MILE", "10"}};
+  for (const Case& c : cases) {
+    Options options;
+    options.RightScale = c.Scale;
+    const SoundingPlot plot = Draw(test::ReferenceConvective(), options);
+    EXPECT_EQ(Texts(plot.Page, "height scale head").front(), c.Head);
+    EXPECT_EQ(Texts(plot.Page, "height scale label").back(), c.Highest);
+  }
+}
+
+TEST(SoundingPlot, TephigramLabelsItsMoistMixingRatiosToo) {
+  Options options;
+  options.Diagram = DiagramType::Tephigram;
+  options.TempScaling = Scaling::Manual;  // -40 to 40
+  const SoundingPlot plot = Draw(test::ReferenceWinter(), options);
+  const std::vector<std::string> labels = Texts(plot.Page, "mixing ratio label");
+  for (const char* value : {"0.2", "2.5", "12", "15", "16", "20", "25", "28", "30", "35", "36"}) {
+    EXPECT_EQ(std::ranges::count(labels, value), 1) << value;
+  }
+  for (const Item* item : Tagged(plot.Page, "mixing ratio label")) {
+    EXPECT_TRUE(plot.Mapping.Frame().Contains(std::get<Label>(item->Shape).At));
+  }
+}
+
 TEST(SoundingPlot, ShowsTheChosenGroupsOfIndicesWithTheirReasons) {
   Options options;  // Main and CAPE
   const SoundingPlot usual = Draw(test::ReferenceConvective(), options);

@@ -47,11 +47,12 @@ std::vector<std::string> ValuesOf(const OptionRow& row) {
 }
 
 TEST(Options, NoneOfTheDiagramIsWithoutEffect) {
-  // Read elsewhere: by the file dialog, the hodograph and the pages of the analysis box.
+  // Read elsewhere: by the file dialog, the hodograph, the pages of the analysis box and with
+  // several soundings.
   const std::set<std::string_view> elsewhere = {
-      "Auto directory update", "Plot Hodo",       "Plot SM Vector", "Hodo location",
-      "Hodo Grid origin",      "Hodo depth mode", "Depth limit",    "Custom panel",
-      "Thermo display type",   "ThermoNum"};
+      "Auto directory update", "Plot Hodo",       "Plot SM Vector",  "Hodo location",
+      "Hodo Grid origin",      "Hodo depth mode", "Depth limit",     "Custom panel",
+      "Thermo display type",   "ThermoNum",       "Overlay scaling", "Compare scaling"};
   SoundingRecord sounding = test::ReferenceConvective();
   sounding.StationTitle = "Norman  00Z 04 MAY 1999";
   SoundingRecord high = sounding;  // reaches above the tephigram's top

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "core/files.h"
+#include "core/markers.h"
 #include "core/raw_file.h"
 #include "program/edit_commands.h"
 #include "program/hodograph_commands.h"
@@ -239,6 +240,29 @@ TEST_F(ViewTest, WhatCannotBeReadIsSteppedOver) {
   Do(StepListed(program, -1));
   EXPECT_EQ(program.Current.FileName, "a.RAW");
   EXPECT_FALSE(StepListed(program, -1).Any());
+}
+
+// A second sounding that reaches 40 degrees lower widens the axes, or not.
+TEST_F(ViewTest, FurtherSoundingsScaleTheAxesAsTheOptionsSay) {
+  SoundingRecord cold = test::ReferenceConvective();
+  for (int i = 1; i <= cold.NumTempLevels(); ++i) {
+    cold.Temp(i) -= 40;
+    cold.Dewpt(i) = kMissing;
+  }
+  user.Chosen = {TextFromPath(Saved("cold.RAW", cold))};
+  const auto coldest = [this] { return program.Plot->Mapping.TempMin(); };
+  const double alone = coldest();
+  for (const Command command : {Command::Compare, Command::Overlay}) {
+    program.Set.CompareScaling = program.Set.OverlayScaling = Scaling::Auto;
+    Do(command);
+    EXPECT_LT(coldest(), alone);
+    Scaling& its =
+        command == Command::Compare ? program.Set.CompareScaling : program.Set.OverlayScaling;
+    its = Scaling::Manual;
+    Do({.View = true});
+    EXPECT_EQ(coldest(), alone);
+    Do(command);
+  }
 }
 
 TEST_F(ViewTest, ALockedCursorStepsLevelsUntilTheDiagramIsRefreshed) {
