@@ -87,7 +87,7 @@ Status SortData(SoundingRecord& record) {
 }
 
 std::string_view QcText(int number) {
-  static constexpr std::array<std::string_view, 8> kTexts = {
+  static constexpr std::array<std::string_view, 9> kTexts = {
       "",
       "Pressures are vertically inconsistent.",
       "Height values are vertically inconsistent.",
@@ -96,6 +96,7 @@ std::string_view QcText(int number) {
       "T/Td relationship is inconsistent.",
       "Temperature is greater than 70C.",
       "Elevation is greater than 6000 meters.",
+      "Surface level is missing or garbled.",
   };
   const auto index = static_cast<std::size_t>(std::max(number, 0));
   return index < kTexts.size() ? kTexts[index] : kTexts[0];
@@ -115,8 +116,13 @@ QcFinding CheckRecord(const SoundingRecord& record) {
       if (record.WindHgt(i) >= record.WindHgt(i + 1)) return {2, i};
     }
   }
-  const QcFinding found = CheckWinds(record.WindDir, record.WindSpd);
-  return found.Number != 0 ? found : CheckWinds(record.WorkWindDir, record.WorkWindSpd);
+  QcFinding found = CheckWinds(record.WindDir, record.WindSpd);
+  if (found.Number == 0) found = CheckWinds(record.WorkWindDir, record.WorkWindSpd);
+  if (found.Number != 0) return found;
+  // A level added beneath is the surface that was lacking.
+  const bool lacksSurface =
+      record.NumTempLevels() > 0 && record.Press(1) <= record.SurfaceLostBelow;
+  return lacksSurface ? QcFinding{8, 1} : QcFinding{};
 }
 
 Status DataQC(CurrentSounding& current, bool checkingOff) {

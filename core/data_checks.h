@@ -23,7 +23,7 @@ void PressureDupe(SoundingRecord& record);
 /// with them; else Status::NoHeights
 Status SortData(SoundingRecord& record);
 
-/// The first fault that the check found: 1 to 7, 0 for none.
+/// The first fault that the check found: 1 to 8, 0 for none.
 struct QcFinding {
   int Number = 0;
   int Level = 0;  // 1-based; 0 for the elevation

@@ -10,7 +10,7 @@ namespace vexa {
 namespace {
 
 constexpr std::string_view kTag = "VEXA SESSION";
-constexpr int kVersion = 1;
+constexpr int kVersion = 2;
 
 // Bytes that a quoted field cannot hold stand as %XX.
 constexpr std::string_view kEscaped = "%\"\r\n\x1A";
@@ -71,7 +71,7 @@ void Visit(Archive& archive, Record& record) {
   for (auto& value : record.ExtraRecord1) archive(value);
   for (auto& value : record.ExtraRecord2) archive(value);
   archive(record.WmoNumber, record.Time.Year, record.Time.Month, record.Time.Day, record.Time.Hour,
-          record.Time.Minute);
+          record.Time.Minute, record.SurfaceLostBelow);
   archive(record.Press, record.Temp, record.Dewpt);
   archive(record.WindHgt, record.WindDir, record.WindSpd);
   archive(record.Clouds, record.WorkWindDir, record.WorkWindSpd);

@@ -67,6 +67,9 @@ struct SoundingRecord {
   // Known from the source, not kept by the native file.
   int WmoNumber = 0;  // 0: none
   ObservationTime Time{};
+  /// Where the source's own surface level could not be used: the pressure of the lowest level that
+  /// took its place, hPa; else 0.
+  double SurfaceLostBelow = 0;
 
   // Temperature levels, pressure falling.
   Levels<double> Press{};  // hPa

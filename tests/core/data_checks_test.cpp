@@ -76,6 +76,10 @@ TEST(DataQC, FirstFaultDecides) {
   SoundingRecord working = Profile({{1000, 20, 15}, {900, 18, 14}}, {{10, 350, 5}});
   working.WorkWindDir = Levels<float>({350, 360.5F});
   working.WorkWindSpd = Levels<float>({5, 5});
+  SoundingRecord lost = Profile({{900, 18, 14}, {850, 15, 10}});
+  lost.SurfaceLostBelow = 900;
+  SoundingRecord mended = Profile({{1000, 20, 15}, {900, 18, 14}, {850, 15, 10}});
+  mended.SurfaceLostBelow = 900;
   struct Case {
     const char* about;
     SoundingRecord record;
@@ -95,6 +99,8 @@ TEST(DataQC, FirstFaultDecides) {
       {"direction", Profile({}, {{10, 20, 5}, {20, 360.5, -1}}), {3, 2}},
       {"speed", Profile({}, {{10, 20, -1}}), {4, 1}},
       {"working winds", working, {3, 2}},
+      {"begins above a surface that could not be used", lost, {8, 1}},
+      {"a surface was put beneath", mended, {}},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.about);

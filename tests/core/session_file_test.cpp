@@ -33,6 +33,7 @@ Session FullSession() {
   record.ExtraRecord2 = {4, 5, 6, 7.5};
   record.ExtraRecordsPresent = true;
   record.WmoNumber = 3772;
+  record.SurfaceLostBelow = 925;
   record.Time = {2011, 4, 14, 18, 59};
   record.Clouds.Add({"CB", 12.5, "350", 7});
   record.Clouds.Add({"", 0, "", -1});
