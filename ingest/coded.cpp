@@ -148,51 +148,91 @@ struct CodedFile {
   std::vector<std::string> Notes{};
 };
 
-CodedFile ReadFileOf(const SourceText& source) {
-  CodedFile file;
-  std::vector<CodedAscent>& ascents = file.Ascents;
-  std::vector<std::string>& remarks = file.Remarks;
-  for (CodedReport& report : LatestReports(SplitReports(source, file.Notes), file.Notes)) {
-    auto ascent = std::ranges::find_if(ascents, [&](const CodedAscent& other) {
-      const CodedReport& first = other.Reports.front();
-      return first.Station == report.Station && HoursBetween(first, report) <= kHoursApart;
-    });
-    if (ascent == ascents.end()) ascent = ascents.insert(ascents.end(), CodedAscent{});
-    ascent->Parts.push_back(ReadPart(report));
-    ascent->Reports.push_back(std::move(report));
+bool HasPart(const CodedAscent& ascent, const std::string& part) {
+  for (std::size_t i = 0; i < ascent.Reports.size(); ++i) {
+    if (ascent.Reports[i].Part == part && !ascent.Parts[i].Levels.empty()) return true;
   }
-  std::erase_if(ascents, [&](const CodedAscent& ascent) {
-    bool isEmpty = true;
-    for (const CodedPart& part : ascent.Parts) isEmpty = isEmpty && part.Levels.empty();
-    for (std::size_t i = 0; isEmpty && i < ascent.Parts.size(); ++i) {
-      const CodedPart& part = ascent.Parts[i];
-      std::ranges::copy(part.Notes, std::back_inserter(remarks));
-      for (const std::string& remark : part.Remarks) {
-        remarks.push_back(ascent.Reports[i].Name() + ": " + remark + '.');
-      }
-    }
-    return isEmpty;
-  });
-  for (CodedAscent& ascent : ascents) ascent.Heading = HeadingOf(ascent, source);
-  return file;
+  return false;
 }
 
-// What was said of the reports of an ascent, which begins with their names, is told with it; what
-// belongs to no ascent is told with the first.
-void CopyNotes(const CodedFile& file, std::size_t chosen, std::vector<std::string>& into) {
-  const auto isAbout = [](const CodedAscent& ascent, const std::string& note) {
-    return std::ranges::any_of(ascent.Reports, [&note](const CodedReport& report) {
-      return note.find(report.Name()) != std::string::npos;
-    });
-  };
-  for (const std::string& note : file.Notes) {
-    const bool isItsOwn = isAbout(file.Ascents[chosen], note);
-    const bool isOfNone = chosen == 0 && !isItsOwn &&
-                          std::ranges::none_of(file.Ascents, [&](const CodedAscent& ascent) {
-                            return isAbout(ascent, note);
-                          });
-    if (isItsOwn || isOfNone) into.push_back(note);
+void Join(CodedAscent& ascent, CodedAscent other) {
+  std::ranges::move(other.Reports, std::back_inserter(ascent.Reports));
+  std::ranges::move(other.Parts, std::back_inserter(ascent.Parts));
+}
+
+// The ascent whose hour is nearest and that lacks every part which the other has: with another
+// hour and a part that is there already it was another balloon.
+CodedAscent* SameBalloon(std::vector<CodedAscent>& ascents, const CodedAscent& other) {
+  const CodedReport& report = other.Reports.front();
+  CodedAscent* nearest = nullptr;
+  int least = kHoursApart + 1;
+  for (CodedAscent& ascent : ascents) {
+    const CodedReport& first = ascent.Reports.front();
+    const int hours = HoursBetween(first, report);
+    const bool isRepeated = std::ranges::any_of(
+        other.Reports, [&ascent](const CodedReport& part) { return HasPart(ascent, part.Part); });
+    if (first.Station != report.Station || hours >= least || isRepeated) continue;
+    nearest = &ascent;
+    least = hours;
   }
+  return nearest;
+}
+
+// Reports of one station and hour first, then those of neighbouring hours.
+std::vector<CodedAscent> Ascents(std::vector<CodedReport> reports) {
+  std::vector<CodedAscent> byHour;
+  for (CodedReport& report : reports) {
+    CodedAscent single;
+    single.Parts.push_back(ReadPart(report));
+    single.Reports.push_back(std::move(report));
+    const auto same = std::ranges::find_if(byHour, [&single](const CodedAscent& ascent) {
+      const CodedReport &first = ascent.Reports.front(), &other = single.Reports.front();
+      return first.Station == other.Station && HoursBetween(first, other) == 0;
+    });
+    if (same == byHour.end()) {
+      byHour.push_back(std::move(single));
+    } else {
+      Join(*same, std::move(single));
+    }
+  }
+  std::vector<CodedAscent> ascents;
+  for (CodedAscent& ascent : byHour) {
+    if (CodedAscent* same = SameBalloon(ascents, ascent)) {
+      Join(*same, std::move(ascent));
+    } else {
+      ascents.push_back(std::move(ascent));
+    }
+  }
+  return ascents;
+}
+
+// What an ascent without a level says of itself.
+bool TellEmpty(const CodedAscent& ascent, std::vector<std::string>& remarks) {
+  const bool isEmpty =
+      std::ranges::all_of(ascent.Parts, [](const CodedPart& part) { return part.Levels.empty(); });
+  for (std::size_t i = 0; isEmpty && i < ascent.Parts.size(); ++i) {
+    const CodedPart& part = ascent.Parts[i];
+    std::ranges::copy(part.Notes, std::back_inserter(remarks));
+    for (const std::string& remark : part.Remarks) {
+      remarks.push_back(ascent.Reports[i].Name() + ": " + remark + '.');
+    }
+  }
+  return isEmpty;
+}
+
+CodedFile ReadFileOf(const SourceText& source) {
+  CodedFile file;
+  std::vector<CodedReport> reports = SplitReports(source, file.Notes);
+  std::vector<std::string> nil;
+  for (const CodedReport& report : reports) {
+    if (report.IsNil) nil.push_back(report.Name() + ": NIL, there was no report.");
+  }
+  file.Ascents = Ascents(LatestReports(std::move(reports)));
+  std::erase_if(file.Ascents,
+                [&file](const CodedAscent& ascent) { return TellEmpty(ascent, file.Remarks); });
+  std::ranges::move(nil, std::back_inserter(file.Remarks));
+  for (CodedAscent& ascent : file.Ascents) ascent.Heading = HeadingOf(ascent, source);
+  return file;
 }
 
 // Which of two temperatures at the same pressure counts: of mandatory levels that of parts A and C,
@@ -279,7 +319,8 @@ void NoteMissingParts(const CodedAscent& ascent, std::vector<std::string>& notes
   if (!missing.empty()) notes.push_back("Parts of the message that are missing: " + missing + '.');
 }
 
-SourceSounding Merged(const CodedAscent& ascent, LoadContext& context) {
+// The sounding of the parts; `isGroundLost` tells that none gives a surface level.
+SourceSounding Merged(const CodedAscent& ascent, LoadContext& context, bool& isGroundLost) {
   SourceSounding sounding{.Heading = ascent.Heading};
   std::vector<CodedLevel> levels;
   std::vector<std::string> said;
@@ -299,7 +340,12 @@ SourceSounding Merged(const CodedAscent& ascent, LoadContext& context) {
   LocateStation(sounding.Heading, context);
   AddDay(ascent, sounding.Heading);
   PlaceSurfaceWinds(levels, sounding.Heading.Elevation, sounding.Notes);
-  RestoreHeights(levels, sounding.Heading.Elevation, sounding.Notes);
+  Ground ground{
+      .Elevation = sounding.Heading.Elevation,
+      .IsSea = std::string_view("UXQ").find(MainReport(ascent).Part[0]) != std::string_view::npos};
+  RestoreHeights(levels, ground, sounding.Notes);
+  sounding.Heading.Elevation = ground.Elevation;
+  isGroundLost = ground.IsLost;
   AddTemps(levels, sounding);
   AddWinds(std::move(levels), sounding);
   NoteMissingParts(ascent, sounding.Notes);
@@ -322,7 +368,8 @@ bool IsCoded(const SourceText& source) {
     for (std::size_t i = 0; i + 1 < words.size(); ++i) {
       if (!IsPartName(words[i])) continue;
       for (std::size_t k = i + 1; k < std::min(i + 4, words.size()); ++k) {
-        if (IsGroup(words[k]) && Figures(words[k], 0, 4)) return true;
+        if (words[k].starts_with("NIL") || (IsGroup(words[k]) && Figures(words[k], 0, 4)))
+          return true;
       }
     }
   }
@@ -343,15 +390,19 @@ std::optional<Fault> DecodeCoded(const SourceText& source, LoadContext& context,
                                  SoundingRecord& into) {
   const CodedFile& file = Kept(context, source, ReadFileOf);
   if (file.Ascents.empty()) {
-    const std::string said = file.Remarks.empty() ? std::string() : "; " + file.Remarks.front();
-    return Fault{kFaultEndOfFile, "DecodeCoded", source.Name() + ": no ascent in it" + said};
+    const std::vector<std::string>& said = file.Remarks.empty() ? file.Notes : file.Remarks;
+    return Fault{kFaultEndOfFile, "DecodeCoded",
+                 source.Name() + ": no ascent in it" + (said.empty() ? "" : "; " + said.front())};
   }
   const Outcome<std::size_t> index = ChooseSounding(file.Ascents.size(), source, context);
   if (!index) return index.Error();
   const CodedAscent& ascent = file.Ascents[index.Value()];
-  CopyNotes(file, index.Value(), context.Notes);
+  // What is of no ascent is told with the first.
+  if (index.Value() == 0) std::ranges::copy(file.Notes, std::back_inserter(context.Notes));
   NoteTime(ascent, source, context.Notes);
-  FillRecord(Merged(ascent, context), source.Name(), context, into);
+  bool isGroundLost = false;
+  FillRecord(Merged(ascent, context, isGroundLost), source.Name(), context, into);
+  if (isGroundLost && into.NumTempLevels() > 0) into.SurfaceLostBelow = into.Press.Values().front();
   into.DataFormat = kFormatTag;
   return std::nullopt;
 }

@@ -5,7 +5,6 @@
 namespace vexa::ingest {
 namespace {
 
-constexpr std::string_view kFigures = "0123456789";
 constexpr double kFastest = 300;  // knots
 constexpr double kHottest = 60;   // °C
 
@@ -19,7 +18,7 @@ std::optional<int> Figures(std::string_view group, std::size_t from, std::size_t
   if (from + count > group.size()) return std::nullopt;
   int value = 0;
   for (const char c : group.substr(from, count)) {
-    if (kFigures.find(c) == std::string_view::npos) return std::nullopt;
+    if (c < '0' || c > '9') return std::nullopt;
     value = value * 10 + (c - '0');
   }
   return value;

@@ -128,12 +128,12 @@ bool IsSectionMark(std::string_view group) {
          group == "62626";
 }
 
-std::vector<std::string> RemarksIn(const std::vector<std::string>& groups) {
+std::vector<std::string> RemarksIn(const std::vector<std::string>& groups, std::size_t begin) {
   std::vector<std::string> remarks;
-  for (std::size_t i = 0; i < groups.size(); ++i) {
+  for (std::size_t i = begin; i < groups.size(); ++i) {
     if (!IsSectionMark(groups[i])) continue;
-    const auto begin = groups.begin() + static_cast<std::ptrdiff_t>(i) + 1;
-    const Section section(begin, std::find_if(begin, groups.end(), IsSectionMark));
+    const auto first = groups.begin() + static_cast<std::ptrdiff_t>(i) + 1;
+    const Section section(first, std::find_if(first, groups.end(), IsSectionMark));
     if (groups[i] == "31313") AddInstruments(section, remarks);
     if (groups[i] == "51515") AddRegional(section, remarks);
     if (groups[i] == "61616") AddWords("national section", section, remarks);

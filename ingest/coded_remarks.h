@@ -2,6 +2,7 @@
 // national groups. Only a few of them say something about the ascent.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,6 +17,8 @@ bool IsSectionMark(std::string_view group);
 /// ascent is lacking or doubtful, its stability index, heights extrapolated above its top and mean
 /// winds (51515); the words of the national section and the remarks (61616, 62626). Regional groups
 /// of other countries give none.
-std::vector<std::string> RemarksIn(const std::vector<std::string>& groups);
+///
+/// begin  of the groups behind the levels, among which temperatures may look like a section's mark
+std::vector<std::string> RemarksIn(const std::vector<std::string>& groups, std::size_t begin);
 
 }  // namespace vexa::ingest

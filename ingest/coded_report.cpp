@@ -10,6 +10,8 @@
 namespace vexa::ingest {
 namespace {
 
+constexpr std::size_t kMostOfHeader = 6;  // groups ahead of the levels
+
 struct Token {
   std::string Text{};
   int Line = 0;
@@ -130,22 +132,14 @@ std::size_t ReadHeader(const std::vector<Token>& tokens, CodedReport& report) {
   const bool moves = kind == 'U' || kind == 'Q' || kind == 'I' || kind == 'E';
   if (moves && at < tokens.size()) report.Station = tokens[at++].Text;
   if (at >= tokens.size()) return 0;
-  const std::string& when = tokens[at].Text;
-  if (!ReadDayAndHour(when, report)) {
-    // "TTAA 69990 NIL" and the like
-    report.IsNil = at + 1 < tokens.size() && tokens[at + 1].Text == "NIL";
-    return 0;
-  }
-  ++at;
+  if (!ReadDayAndHour(tokens[at++].Text, report)) return 0;
   if (kind == 'T' || kind == 'P') {
     if (at >= tokens.size()) return 0;
     const std::string& station = tokens[at].Text;
     report.WmoNumber = station.size() == 5 ? Figures(station, 0, 5).value_or(0) : 0;
     report.Station = station;
-    if (report.WmoNumber == 0) report.IsNil = station == "NIL";
     return report.WmoNumber == 0 ? 0 : at + 1;
   }
-  report.IsNil = at < tokens.size() && tokens[at].Text == "NIL";
   if (!ReadPosition(tokens, at, report)) return 0;
   at += 3;
   if (kind == 'X') report.Station = "drop " + Shortest(*report.Lat) + ' ' + Shortest(*report.Lon);
@@ -190,13 +184,17 @@ class Splitter {
     isOpen_ = false;
     JoinBrokenGroups(tokens_);
     const std::size_t begin = ReadHeader(tokens_, report_);
-    if (begin == 0) {
-      if (!report_.IsNil) {
-        notes_.push_back("The header of " + report_.Part + " in line " + Shortest(report_.Line) +
-                         " is not readable; the report was left out.");
-      }
+    const auto nil = std::ranges::find(tokens_, "NIL", &Token::Text);
+    const auto header = static_cast<std::ptrdiff_t>(begin == 0 ? kMostOfHeader : begin);
+    report_.IsNil = nil != tokens_.end() && nil - tokens_.begin() <= header;
+    if (report_.IsNil) {
+      // "TTAA 69990 NIL", "UUAA SHIP NIL" and the like: whatever stands there is the station.
+      if (begin == 0) report_.Station = nil == tokens_.begin() ? "" : (nil - 1)->Text;
+      Reports.push_back(std::move(report_));
+    } else if (begin == 0) {
+      notes_.push_back("The header of " + report_.Part + " in line " + Shortest(report_.Line) +
+                       " is not readable; the report was left out.");
     } else {
-      report_.IsNil = begin < tokens_.size() && tokens_[begin].Text == "NIL";
       for (std::size_t i = begin; i < tokens_.size(); ++i) {
         report_.Groups.push_back(std::move(tokens_[i].Text));
       }
@@ -244,8 +242,7 @@ std::vector<CodedReport> SplitReports(const SourceText& source, std::vector<std:
   return std::move(splitter.Reports);
 }
 
-std::vector<CodedReport> LatestReports(std::vector<CodedReport> reports,
-                                       std::vector<std::string>& notes) {
+std::vector<CodedReport> LatestReports(std::vector<CodedReport> reports) {
   std::erase_if(reports,
                 [](const CodedReport& report) { return report.IsNil || report.Groups.empty(); });
   std::vector<CodedReport> kept;
@@ -260,10 +257,12 @@ std::vector<CodedReport> LatestReports(std::vector<CodedReport> reports,
     }
     const bool replaces = std::pair(report.Correction, report.Groups.size()) >=
                           std::pair(earlier->Correction, earlier->Groups.size());
-    if (report.Correction != earlier->Correction) {
-      notes.push_back(report.Name() + " was corrected; the correction was taken.");
-    }
+    const bool isCorrected = report.Correction != earlier->Correction;
     if (replaces) *earlier = std::move(report);
+    const std::string note = "was corrected; the correction was taken";
+    if (isCorrected && std::ranges::find(earlier->Notes, note) == earlier->Notes.end()) {
+      earlier->Notes.push_back(note);
+    }
   }
   return kept;
 }

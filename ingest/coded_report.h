@@ -38,14 +38,14 @@ struct CodedReport {
 /// True for the name of a part: TTAA, PPBB, UUCC, XXAA, IIDD ...
 bool IsPartName(std::string_view token);
 
-/// All reports of a text in their order. Groups that a line end broke are whole again; reports
-/// whose header is not readable are left out with a note.
+/// All reports of a text in their order, those that say NIL with as much of their header as can be
+/// read. Groups that a line end broke are whole again; other reports whose header is not readable
+/// are left out with a note.
 std::vector<CodedReport> SplitReports(const SourceText& source, std::vector<std::string>& notes);
 
 /// Of reports of the same part, station, day and hour the one that counts: the latest correction,
-/// else the one with the most groups, else the last. Reports without content are dropped. A note
-/// for each that a correction replaced.
-std::vector<CodedReport> LatestReports(std::vector<CodedReport> reports,
-                                       std::vector<std::string>& notes);
+/// else the one with the most groups, else the last. Reports without content are dropped. One that
+/// replaces another notes its being a correction.
+std::vector<CodedReport> LatestReports(std::vector<CodedReport> reports);
 
 }  // namespace vexa::ingest

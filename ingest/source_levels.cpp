@@ -156,9 +156,10 @@ std::optional<double> FittingGround(std::vector<SourceLevel> levels) {
   return heights.At(press);
 }
 
-void SettleGround(double fitting, std::optional<double>& ground, std::vector<std::string>& notes) {
+void SettleGround(double fitting, std::optional<double>& ground, std::vector<std::string>& notes,
+                  double most) {
   const double rounded = std::round(fitting);
-  if (ground && std::fabs(rounded - *ground) > kDoubtfulHeight) {
+  if (ground && std::fabs(rounded - *ground) > most) {
     notes.push_back("The elevation of " + Shortest(*ground) +
                     " m does not fit the heights that are given; it was not used.");
     ground.reset();

@@ -79,9 +79,10 @@ SourceLevel* SurfaceLevel(std::vector<SourceLevel>& levels);
 /// empty where none gives one.
 std::optional<double> FittingGround(std::vector<SourceLevel> levels);
 
-/// Keeps an elevation that misses the fitting height by no more than 300 m, else takes this one;
-/// notes say so.
-void SettleGround(double fitting, std::optional<double>& ground, std::vector<std::string>& notes);
+/// Keeps an elevation that misses the fitting height by no more than so many metres, else takes this
+/// one; notes say so.
+void SettleGround(double fitting, std::optional<double>& ground, std::vector<std::string>& notes,
+                  double most = kDoubtfulHeight);
 
 /// Fills both profiles from the rows in any order. Rows without temperature and wind are below the
 /// ground and are dropped; of temperatures at the same pressure, or winds of the same height, the

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <string>
 
+#include "core/data_checks.h"
 #include "core/station_list.h"
 #include "ingest/decoder.h"
 #include "support/soundings.h"
@@ -141,6 +142,195 @@ TEST(CodedParts, SectionsBehindTheLevelsAreNotLevels) {
   }
   // Both parts say when the balloon was released; it is told once.
   EXPECT_EQ(std::ranges::count(decoded.Notes, "The message says: released at 11:31 UTC."), 1);
+}
+
+// Part A and B of one ascent from 252 m; heights by the hypsometric equation.
+const char* const kPartA =
+    "TTAA 55121 01234 99985 15456 18510 00128 ///// ///// 92780 10850 19020 85479 05658 20025 "
+    "70042 03158 21530 50563 18167 22040 40725 30967 22550 30923 46159 23060 25043 52363 23570 "
+    "20186 54361 24080 15368 58761 24560 10621 60763 25040 88210 55161 24085 77205 24090 40812 "
+    "31313 44108 81131=\n";
+
+StationList Place(int elevM) {
+  StationList stations;
+  EXPECT_TRUE(stations.Insert({.Number = 1234, .ElevM = elevM, .Lat = 61.5, .Lon = 5.25}));
+  return stations;
+}
+
+std::string Replaced(std::string text, std::string_view from, std::string_view to) {
+  const std::size_t at = text.find(from);
+  EXPECT_NE(at, std::string::npos) << from;
+  return text.replace(at, from.size(), to);
+}
+
+// Behind a damaged code the reader used to take temperatures for codes: 20019 for 200 hPa.
+TEST(CodedParts, ADamagedCodeLosesItsLevelOnly) {
+  struct Case {
+    const char *From, *To;
+    double Lost;
+  };
+  const Case cases[] = {
+      {"92780", "95780", 925}, {"9278", "9X78", 925},   {"85479 ", "", 850},
+      {"85479", "8547", 850},  {"50563", "5056?", 500}, {"92780", "92780 92780", 0},
+  };
+  const StationList stations = Place(252);
+  const Decoded whole = Decode(kPartA, &stations);
+  ASSERT_FALSE(whole.Failed);
+  EXPECT_EQ(whole.Record.Press,
+            Levels<double>({985, 925, 850, 700, 500, 400, 300, 250, 210, 200, 150, 100}));
+  for (const Case& c : cases) {
+    SCOPED_TRACE(std::string(c.From) + " -> " + c.To);
+    const Decoded decoded = Decode(Replaced(kPartA, c.From, c.To), &stations);
+    ASSERT_FALSE(decoded.Failed);
+    EXPECT_TRUE(decoded.HasNote("is garbled and was skipped"));
+    EXPECT_EQ(decoded.Record.ElevM, 252);
+    Levels<double> press, temp;
+    for (int i = 1; i <= whole.Record.NumTempLevels(); ++i) {
+      if (whole.Record.Press(i) == c.Lost) continue;
+      press.Add(whole.Record.Press(i));
+      temp.Add(whole.Record.Temp(i));
+    }
+    EXPECT_EQ(decoded.Record.Press, press);
+    EXPECT_EQ(decoded.Record.Temp, temp);
+  }
+}
+
+// -31.3 °C with a depression of 1.3, -51.5 °C with one of 1.5.
+TEST(CodedParts, ATemperatureMayLookLikeTheMarkOfASection) {
+  const Decoded decoded = Decode(Replaced(Replaced(kPartA, "30967", "31313"), "52363", "51515"));
+  ASSERT_FALSE(decoded.Failed);
+  const SoundingRecord& record = decoded.Record;
+  ASSERT_EQ(record.NumTempLevels(), 12);
+  EXPECT_EQ(record.Temp(6), -31.3);
+  EXPECT_EQ(record.Dewpt(6), -32.6);
+  EXPECT_EQ(record.Temp(8), -51.5);
+  EXPECT_TRUE(decoded.HasNote("released at 11:31 UTC"));
+}
+
+TEST(CodedParts, HeightsBeginAtTheGroundOrWhereFiguresLeaveNoDoubt) {
+  struct Case {
+    const char *About, *Text;
+    int Ground;
+    double Height, Spd;  // of a wind, by the message
+  };
+  const Case cases[] = {
+      // 10 m + 29.27 m/K * 265 K * ln(950/850) = 873 m
+      {"a deep low at the sea",
+       "TTAA 55008 01234 99950 08156 18010 92210 08156 18011 85870 08156 19012=", 10, 870, 12},
+      {"an eye, over the sea",
+       "XXAA 55128 99153 70659 04355 99915 28056 18010 85665 23056 18011 70340 14056 19012 "
+       "88999 77999=",
+       0, 665, 11},
+      {"a plateau in a low of its own",
+       "TTAA 55005 01234 99668 64556 09512 70480 ///// ///// 50481 43127 09524 40630 49966 06005=",
+       2835, 4810, 24},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.About);
+    const StationList stations = Place(c.Ground);
+    const Decoded decoded = Decode(c.Text, &stations);
+    ASSERT_FALSE(decoded.Failed);
+    const SoundingRecord& record = decoded.Record;
+    EXPECT_NEAR(record.ElevM, c.Ground, 15);
+    const auto at =
+        std::ranges::find(record.WindSpd.Values(), c.Spd) - record.WindSpd.Values().begin();
+    ASSERT_LT(at, record.NumWindLevels());
+    EXPECT_NEAR(record.WindHgt.Values()[static_cast<std::size_t>(at)], c.Height, 120);
+  }
+}
+
+// The first balloon burst at 700 hPa; the second was released an hour later.
+TEST(CodedParts, ASecondBalloonIsASoundingOfItsOwn) {
+  const std::string text =
+      "TTAA 56007 01234 99985 15456 18510 92780 10850 19020 85479 05658 20025 70042 03158 21530=\n"
+      "TTAA 56018 01234 99986 16456 18511 92788 11850 19021 85490 06258 20026=\n"
+      "TTBB 56018 01234 00986 16456 11850 06258=\n";
+  const std::vector<SourceEntry> entries = ListSoundings(SourceText("m_20240306", text));
+  ASSERT_EQ(entries.size(), 2U);
+  EXPECT_EQ(entries[1].Time.Hour, 1);
+  const Decoded first = Decode(text);
+  EXPECT_EQ(first.Record.Press, Levels<double>({985, 925, 850, 700}));
+  // Parts that the hour alone keeps apart belong together.
+  EXPECT_EQ(ListSoundings(SourceText("m", Replaced(text, "TTAA 56018", "TTCC 56018"))).size(), 1U);
+}
+
+TEST(CodedParts, PilotLevelsRise) {
+  struct Case {
+    const char *About, *Text;
+    std::vector<WindRow> Winds;
+  };
+  const double ms = 3600.0 / 1852;
+  const Case cases[] = {
+      {"a height that no balloon reaches",
+       "PPDD 05120 01234 9956/ 20030 20531 199// 21032 100// 21533=",
+       {{28500, 200, 30 * ms}, {28800, 205, 31 * ms}, {30000, 215, 33 * ms}}},
+      {"a heading out of order",
+       "PPBB 05120 01234 9012/ 20010 20511 9546/ 21012 21513 9067/ 22014 22515 9112/ 23016 23517=",
+       {{300, 200, 10 * ms},
+        {600, 205, 11 * ms},
+        {1800, 220, 14 * ms},
+        {2100, 225, 15 * ms},
+        {3300, 230, 16 * ms},
+        {3600, 235, 17 * ms}}},
+      {"a wind is missing: which one, nobody knows",
+       "PPBB 55120 01234 9012/ 20010 20511 90346 21012 21513 9112/ 23016 23517=",
+       {{304.8, 200, 10}, {609.6, 205, 11}, {3352.8, 230, 16}, {3657.6, 235, 17}}},
+      {"a maximum by its height",
+       "PPAA 55121 01234 55285 34004 32012 71205 24101 41814=",
+       {{1457, 340, 4}, {3012, 320, 12}, {12050, 240, 101}}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.About);
+    const Decoded decoded = Decode(c.Text);
+    ASSERT_FALSE(decoded.Failed) << decoded.Failed->Detail;
+    ASSERT_EQ(decoded.Record.NumWindLevels(), static_cast<int>(c.Winds.size()));
+    for (int i = 1; i <= decoded.Record.NumWindLevels(); ++i) {
+      const WindRow& row = c.Winds[static_cast<std::size_t>(i) - 1];
+      EXPECT_NEAR(decoded.Record.WindHgt(i), row.Height, 1) << i;
+      EXPECT_EQ(decoded.Record.WindDir(i), row.Dir) << i;
+      EXPECT_NEAR(decoded.Record.WindSpd(i), row.Spd, 0.01) << i;
+    }
+  }
+}
+
+// 99.8 °C at the ground: the sounding begins at 925 hPa, at the height that is reported there.
+TEST(CodedParts, AGarbledSurfaceIsFoundByTheChecks) {
+  const StationList stations = Place(252);
+  const std::string garbled = Replaced(kPartA, "15456", "99857");
+  for (const std::string& text : {garbled, Replaced(kPartA, "99985", "91985")}) {
+    const Decoded decoded = Decode(text, &stations);
+    ASSERT_FALSE(decoded.Failed);
+    EXPECT_EQ(CheckRecord(decoded.Record), (QcFinding{8, 1}));
+    EXPECT_EQ(decoded.Record.Press(1), 925);
+    EXPECT_EQ(decoded.Record.ElevM, 780);
+    EXPECT_TRUE(decoded.HasNote("no surface level"));
+  }
+  // Part B has the surface too.
+  const Decoded mended = Decode(garbled + "TTBB 55128 01234 00985 15456 11850 05658=\n", &stations);
+  EXPECT_EQ(CheckRecord(mended.Record), QcFinding{});
+  EXPECT_EQ(mended.Record.Temp(1), 15.4);
+  EXPECT_EQ(mended.Record.ElevM, 252);
+}
+
+TEST(CodedParts, NilIsToldAsSuch) {
+  struct Case {
+    const char *Text, *Detail;
+  };
+  const Case cases[] = {
+      {"TTAA 63001 72776 NIL=",
+       "m_20240305: no ascent in it; 72776 TTAA: NIL, there was no report."},
+      {"TTAA 63/// 72776 NIL=",
+       "m_20240305: no ascent in it; 72776 TTAA: NIL, there was no report."},
+      {"UUAA SHIP NIL=", "m_20240305: no ascent in it; SHIP UUAA: NIL, there was no report."},
+  };
+  for (const Case& c : cases) {
+    const Decoded decoded = Decode(c.Text);
+    ASSERT_TRUE(decoded.Failed);
+    EXPECT_EQ(decoded.Failed->Detail, c.Detail);
+  }
+  const Decoded beside = Decode(std::string(kPartA) + cases[0].Text);
+  ASSERT_FALSE(beside.Failed);
+  EXPECT_FALSE(beside.HasNote("NIL"));
 }
 
 }  // namespace

@@ -379,11 +379,11 @@ TEST(Coded, PartsOfABulletinBecomeOneSounding) {
     ExpectTemp(record, level, row);
   }
   const WindRow winds[] = {{304.8, 185, 12},   // thousand feet
-                           {782.8, 190, 20},   // 925 hPa
+                           {779.8, 190, 20},   // 925 hPa
                            {3657.6, 100, 16},  // "10016" is a wind, not 100 000 ft
-                           {5632, 220, 40},           {16217.3, 250, 40},
-                           {18427, 250, FromMs(20)},  // part C is in m/s
-                           {20507.6, 255, FromMs(22)}};
+                           {5629, 220, 40},           {16214.3, 250, 40},
+                           {18424, 250, FromMs(20)},  // part C is in m/s
+                           {20504.6, 255, FromMs(22)}};
   for (const WindRow& row : winds) {
     SCOPED_TRACE(row.Height);
     const int level = WindAt(record, row.Height);
@@ -394,7 +394,7 @@ TEST(Coded, PartsOfABulletinBecomeOneSounding) {
   // The ground, 62.8 hPa below 925: 780 m - 29.27 m/K * 287.1 K * ln(985/925).
   EXPECT_NEAR(record.WindHgt(1), 251.7, 2.5);
   for (const char* note :
-       {"01234 TTAA was corrected", "group 22912 1X856 is garbled and was skipped",
+       {"01234 TTAA: was corrected", "group 22912 1X856 is garbled and was skipped",
         "At 925 hPa the parts differ: 10.8 C was taken",
         "Parts of the message that are missing: D."}) {
     EXPECT_TRUE(decoded.HasNote(note)) << note;
@@ -469,11 +469,11 @@ TEST(Coded, HeightsAndWindsByTheirNeighbours) {
       {"below the sea",
        "TTAA 55000 01234 99950 10056 18010 00695 ///// ///// 92445 08056 20015 "
        "85135 04056 21020=",
-       1139.7, 210, 20},
+       1137.6, 210, 20},
       {"a cold layer has the lower thousand",
        "TTAA 55000 89999 99668 64556 09512 00721 ///// ///// 92414 ///// ///// 85079 ///// ///// "
        "70519 ///// ///// 50481 43127 09524=",
-       4698, 95, 24},  // 4810 m by the message, which has no temperatures in between
+       4810, 95, 24},
       {"five degrees and 500 knots",
        "TTAA 55001 01234 99000 20056 18010 85500 10056 35655 70100 "
        "01056 18012=",

@@ -1,0 +1,369 @@
+#include "ingest/coded_judge.h"
+
+#include <algorithm>
+#include <cmath>
+#include <iterator>
+#include <optional>
+#include <utility>
+
+#include "analysis/moist_air.h"
+#include "core/numbers.h"
+#include "core/units.h"
+
+namespace vexa::ingest {
+namespace {
+
+struct Bounds {
+  double Press, Least, Most;
+};
+
+// Somewhat wider than the records of radiosondes: the South Pole's ground below 600 hPa, deserts,
+// the polar night and the warmings of the upper stratosphere.
+constexpr Bounds kBounds[] = {{1100, -90, 60}, {850, -90, 50},   {700, -90, 35},  {600, -90, 25},
+                              {500, -75, 8},   {400, -78, 0},    {300, -85, -8},  {250, -90, -20},
+                              {200, -95, -28}, {100, -100, -30}, {50, -100, -20}, {20, -100, 0},
+                              {10, -100, 15},  {1, -100, 40}};
+
+constexpr double kMetresPerKelvin = analysis::kDryGasConstant / analysis::kGravity;
+constexpr double kDryLapse = 0.00977;  // °C/m
+constexpr double kTropopause = 300;    // hPa, above which the significant levels stand wider
+
+double Between(double at, double x0, double x1, double y0, double y1) {
+  return x0 == x1 ? y0 : y0 + (y1 - y0) * (at - x0) / (x1 - x0);
+}
+
+// A temperature or a height of the message.
+struct Value {
+  CodedLevel* Level = nullptr;
+  bool IsHeight = false;
+  double Press = 0, LogPress = 0;
+  double Amount = 0;    // °C or m
+  double VirtualK = 0;  // of a temperature
+  bool IsOn = true;
+};
+
+// A check that failed: by how much of what is tolerated, and the values that took part.
+struct Strain {
+  double Size = 0;
+  std::vector<std::size_t> Parties{};
+};
+
+// How well the values that are on agree.
+struct Fit {
+  double Broken = 0;  // what goes beyond the tolerances
+  double Tension = 0;
+  std::vector<Strain> Strains{};
+};
+
+class Jury {
+ public:
+  explicit Jury(std::vector<CodedLevel>& levels) {
+    for (CodedLevel& level : levels) {
+      if (!level.Values.Press) continue;
+      const double press = *level.Values.Press;
+      if (level.Values.Temp) {
+        temps_.push_back({.Level = &level,
+                          .Press = press,
+                          .LogPress = std::log(press),
+                          .Amount = *level.Values.Temp,
+                          .VirtualK = VirtualK(level)});
+      }
+      if (level.Values.Height && level.Kind == LevelKind::Mandatory) {
+        heights_.push_back({.Level = &level,
+                            .IsHeight = true,
+                            .Press = press,
+                            .LogPress = std::log(press),
+                            .Amount = *level.Values.Height});
+      }
+    }
+    const auto fromBelow = [](const Value& a, const Value& b) { return a.Press > b.Press; };
+    std::ranges::stable_sort(temps_, fromBelow);
+    std::ranges::stable_sort(heights_, fromBelow);
+  }
+
+  void Decide(std::vector<std::string>& notes) {
+    DropDoubtful(notes);
+    constexpr int kMostRounds = 60;
+    for (int round = 0; round < kMostRounds; ++round) {
+      const Fit fit = Assess(true);
+      if (fit.Broken == 0) return;
+      for (Value* value : Culprits(fit)) Drop(*value, notes);
+    }
+  }
+
+ private:
+  static double VirtualK(const CodedLevel& level) {
+    const SourceLevel& values = level.Values;
+    // Impossibly moist is as good as unknown.
+    const bool isMoist = values.Dewpt && *values.Dewpt <= *values.Temp;
+    const double mixing =
+        isMoist ? analysis::ThetaPoint(*values.Press, *values.Dewpt).MixingRatio : 0;
+    return analysis::VirtualTemp(*values.Temp, std::max(mixing, 0.0)) + kKelvinOffset;
+  }
+
+  Value& At(std::size_t party) {
+    return party < temps_.size() ? temps_[party] : heights_[party - temps_.size()];
+  }
+
+  static void Drop(Value& value, std::vector<std::string>& notes) {
+    value.IsOn = false;
+    SourceLevel& values = value.Level->Values;
+    if (value.IsHeight) {
+      values.Height.reset();
+      value.Level->HeightFigures.reset();
+      notes.push_back("The height of group " + value.Level->HeightGroup +
+                      " does not fit the air around it; it was left out.");
+      return;
+    }
+    notes.push_back("At " + Shortest(value.Press) + " hPa " + Shortest(value.Amount) +
+                    " C of part " + value.Level->Part +
+                    " does not fit the levels around it; it was left out.");
+    values.Temp.reset();
+    values.Dewpt.reset();
+    // Where a level's pressure is not one of the mandatory ones, it may be the garbled value.
+    if (value.Level->Kind == LevelKind::Tropopause) values.Spd.reset();
+  }
+
+  // The temperature that parts B and D give for a pressure, and the two levels that give it.
+  struct Line {
+    double Temp = 0;
+    std::size_t Below = 0, Above = 0;
+    double Length = 0;  // in ln p
+  };
+  std::optional<Line> LineAt(const Value& value) const {
+    std::optional<std::size_t> below, above;
+    for (std::size_t i = 0; i < temps_.size(); ++i) {
+      const Value& other = temps_[i];
+      if (!other.IsOn || !other.Level->IsFine() || &other == &value) continue;
+      if (other.Press >= value.Press) below = i;
+      if (!above && other.Press <= value.Press) above = i;
+    }
+    if (!below || !above) return std::nullopt;
+    const Value &a = temps_[*below], &b = temps_[*above];
+    if (*below != *above && b.Level->IsBehindGap) return std::nullopt;
+    return Line{Between(value.LogPress, a.LogPress, b.LogPress, a.Amount, b.Amount), *below, *above,
+                a.LogPress - b.LogPress};
+  }
+
+  void DropDoubtful(std::vector<std::string>& notes) {
+    constexpr double kBorneOut = 2;  // °C
+    for (Value& value : temps_) {
+      if (!value.Level->IsDoubtful) continue;
+      const std::optional<Line> line = LineAt(value);
+      if (!line || std::fabs(line->Temp - value.Amount) > kBorneOut) Drop(value, notes);
+    }
+  }
+
+  Fit Assess(bool listsStrains) const {
+    Fit fit;
+    const auto check = [&](double size, auto... parties) {
+      constexpr double kMostTension = 9;
+      fit.Tension += std::min(size * size, kMostTension);
+      if (size <= 1) return;
+      fit.Broken += size - 1;
+      if (listsStrains) fit.Strains.push_back({size, {static_cast<std::size_t>(parties)...}});
+    };
+    CheckProfile(check);
+    CheckLines(check);
+    CheckSurface(check);
+    CheckLayers(fit, listsStrains);
+    return fit;
+  }
+
+  // Neighbours one way up, and two temperatures at one pressure.
+  template <class Check>
+  void CheckProfile(Check& check) const {
+    constexpr double kSamePlace = 1.5;                      // °C
+    constexpr double kSuperadiabatic = 1.7, kOnGround = 4;  // °C beyond the dry adiabat
+    constexpr double kGroundLayer = 150;                    // hPa
+    constexpr double kLowInversion = 15, kLowRise = 0.015;  // °C; °C/m
+    constexpr double kHighInversion = 11, kHighRise = 0.004;
+    constexpr double kHigh = 500;                   // hPa
+    constexpr double kStratosphere = 95;            // hPa
+    constexpr double kFall = 6, kFallRate = 0.005;  // °C; °C/m
+    std::optional<std::size_t> before;
+    double ground = 0;
+    for (std::size_t i = 0; i < temps_.size(); ++i) {
+      const Value& above = temps_[i];
+      if (!above.IsOn) continue;
+      if (!before) ground = above.Press;
+      if (before) {
+        const Value& below = temps_[*before];
+        const double change = above.Amount - below.Amount;
+        if (below.Press == above.Press) {
+          check(std::fabs(change) / kSamePlace, *before, i);
+          continue;
+        }
+        const double depth = kMetresPerKelvin * (below.VirtualK + above.VirtualK) / 2 *
+                             (below.LogPress - above.LogPress);
+        const double beyond = -change - kDryLapse * depth;
+        const bool isOnGround = below.Press > ground - kGroundLayer;
+        check(std::max(0.0, beyond / (isOnGround ? kOnGround : kSuperadiabatic)), *before, i);
+        const double most = below.Press > kHigh ? kLowInversion + kLowRise * depth
+                                                : kHighInversion + kHighRise * depth;
+        check(std::max(0.0, change / most), *before, i);
+        if (below.Press < kStratosphere) {
+          check(std::max(0.0, -change / (kFall + kFallRate * depth)), *before, i);
+        }
+      }
+      before = i;
+    }
+  }
+
+  // Mandatory levels and tropopauses on the lines between significant ones.
+  template <class Check>
+  void CheckLines(Check& check) const {
+    for (std::size_t i = 0; i < temps_.size(); ++i) {
+      const Value& value = temps_[i];
+      if (!value.IsOn || value.Level->IsFine()) continue;
+      const std::optional<Line> line = LineAt(value);
+      if (!line) continue;
+      constexpr double kLow = 3, kHigh = 5, kAloft = 6;  // °C
+      constexpr double kLong = 0.5, kOfLength = 10;      // in ln p; °C for each unit beyond
+      const double most = (value.Press >= kTropopause ? kLow
+                           : value.Press > 100        ? kHigh
+                                                      : kAloft) +
+                          kOfLength * std::max(0.0, line->Length - kLong);
+      check(std::fabs(line->Temp - value.Amount) / most, i, line->Below, line->Above);
+    }
+  }
+
+  // Nothing has a temperature beneath the surface.
+  template <class Check>
+  void CheckSurface(Check& check) const {
+    constexpr double kBeneath = 2;
+    for (std::size_t s = 0; s < temps_.size(); ++s) {
+      if (!temps_[s].IsOn || temps_[s].Level->Kind != LevelKind::Surface) continue;
+      for (std::size_t i = 0; i < s; ++i) {
+        if (temps_[i].IsOn && temps_[i].Press > temps_[s].Press) check(kBeneath, s, i);
+      }
+    }
+  }
+
+  // Layers between neighbouring heights, as far as there are temperatures.
+  void CheckLayers(Fit& fit, bool listsStrains) const {
+    std::vector<std::size_t> profile;
+    for (std::size_t i = 0; i < temps_.size(); ++i) {
+      if (!temps_[i].IsOn) continue;
+      if (profile.empty() || temps_[profile.back()].Press != temps_[i].Press) profile.push_back(i);
+    }
+    if (profile.size() < 2) return;
+    const Value* below = nullptr;
+    Strain layerBelow;
+    for (const Value& above : heights_) {
+      if (!above.IsOn) continue;
+      const Value* lower = std::exchange(below, &above);
+      if (lower == nullptr || lower->Press > temps_[profile.front()].Press ||
+          above.Press < temps_[profile.back()].Press) {
+        layerBelow = {};
+        continue;
+      }
+      const auto [thickness, gap, first, last] = LayerOf(*lower, above, profile);
+      const double layer = lower->LogPress - above.LogPress;
+      // Metres: what rounding, the habits of stations, and straight lines across a gap in the
+      // temperatures may amount to.
+      constexpr double kMetres = 18, kDecametres = 25, kOfLayer = 22, kOfGap = 100;
+      constexpr double kNoGap = 0.1, kInDecametres = 500;
+      const double most = (above.Press <= kInDecametres ? kDecametres : kMetres) +
+                          kOfLayer * layer + kOfGap * std::max(0.0, gap - kNoGap);
+      Strain strain{std::fabs(above.Amount - lower->Amount - thickness) / most, {}};
+      // A garbled value between two layers shows in both.
+      const double size = std::hypot(strain.Size, layerBelow.Size);
+      constexpr double kMostTension = 9;
+      fit.Tension += std::min(size * size, kMostTension);
+      fit.Broken += std::max(0.0, size - 1);
+      if (listsStrains) {
+        strain.Parties = {HeightParty(*lower), HeightParty(above)};
+        for (std::size_t k = first; k <= last; ++k) strain.Parties.push_back(profile[k]);
+        if (size > 1) {
+          fit.Strains.push_back({size, strain.Parties});
+          std::ranges::copy(layerBelow.Parties, std::back_inserter(fit.Strains.back().Parties));
+        }
+      }
+      layerBelow = std::move(strain);
+    }
+  }
+
+  std::size_t HeightParty(const Value& height) const {
+    return temps_.size() + static_cast<std::size_t>(&height - heights_.data());
+  }
+
+  struct Layer {
+    double Thickness = 0;             // m
+    double Gap = 0;                   // the widest between temperatures, in ln p
+    std::size_t First = 0, Last = 0;  // of the profile, the temperatures that count
+  };
+  Layer LayerOf(const Value& lower, const Value& upper,
+                const std::vector<std::size_t>& profile) const {
+    const auto temp = [&](std::size_t k) -> const Value& { return temps_[profile[k]]; };
+    Layer layer;
+    while (layer.First + 2 < profile.size() && temp(layer.First + 1).Press >= lower.Press) {
+      ++layer.First;
+    }
+    layer.Last = layer.First;
+    while (layer.Last + 1 < profile.size() && temp(layer.Last).Press > upper.Press) {
+      const Value &a = temp(layer.Last), &b = temp(layer.Last + 1);
+      const double from = std::min(a.LogPress, lower.LogPress);
+      const double to = std::max(b.LogPress, upper.LogPress);
+      const auto at = [&](double logPress) {
+        return Between(logPress, a.LogPress, b.LogPress, a.VirtualK, b.VirtualK);
+      };
+      layer.Thickness += kMetresPerKelvin * (at(from) + at(to)) / 2 * (from - to);
+      layer.Gap = std::max(layer.Gap, from - to);
+      ++layer.Last;
+    }
+    return layer;
+  }
+
+  // The value without which the rest agrees best, and those without which it does as well.
+  std::vector<Value*> Culprits(const Fit& fit) {
+    std::vector<std::size_t> parties;
+    for (const Strain& strain : fit.Strains) {
+      std::ranges::copy(strain.Parties, std::back_inserter(parties));
+    }
+    std::ranges::sort(parties);
+    parties.erase(std::unique(parties.begin(), parties.end()), parties.end());
+    const auto badness = [](const Fit& of) {
+      constexpr double kOfBroken = 10;
+      return kOfBroken * of.Broken + of.Tension;
+    };
+    std::vector<std::pair<double, std::size_t>> without;
+    for (const std::size_t party : parties) {
+      At(party).IsOn = false;
+      without.emplace_back(badness(Assess(false)), party);
+      At(party).IsOn = true;
+    }
+    const double least = std::ranges::min(without).first;
+    std::vector<Value*> culprits;
+    if (least >= badness(fit)) {
+      const Strain& worst = *std::ranges::max_element(fit.Strains, {}, &Strain::Size);
+      for (const std::size_t party : worst.Parties) culprits.push_back(&At(party));
+      return culprits;
+    }
+    constexpr double kAsWell = 2;
+    for (const auto& [bad, party] : without) {
+      if (bad <= least + kAsWell) culprits.push_back(&At(party));
+    }
+    return culprits;
+  }
+
+  std::vector<Value> temps_{}, heights_{};
+};
+
+}  // namespace
+
+bool IsPossibleTemp(double press, double temp) {
+  const auto* above = std::ranges::find_if(
+      kBounds, [press](const Bounds& bounds) { return bounds.Press <= press; });
+  if (above == std::begin(kBounds)) return temp >= above->Least && temp <= above->Most;
+  if (above == std::end(kBounds)) --above;
+  const Bounds& below = *(above - 1);
+  return temp >= Between(press, below.Press, above->Press, below.Least, above->Least) &&
+         temp <= Between(press, below.Press, above->Press, below.Most, above->Most);
+}
+
+void LeaveOutMisfits(std::vector<CodedLevel>& levels, std::vector<std::string>& notes) {
+  Jury(levels).Decide(notes);
+}
+
+}  // namespace vexa::ingest

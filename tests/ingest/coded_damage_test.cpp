@@ -1,0 +1,323 @@
+// Coded messages with one group damaged: deleted, doubled, a figure changed into each of the others
+// or lost. What such a message still passes off as measured must be what the whole one says: a
+// level whose temperature differs by more than 2 °C, or whose height by more than 3 %, has to be
+// left out, named by a note or found by the checks. The whole message is its own reference.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <iostream>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "analysis/interpolate.h"
+#include "core/data_checks.h"
+#include "core/files.h"
+#include "core/numbers.h"
+#include "core/station_file.h"
+#include "ingest/decoder.h"
+#include "support/soundings.h"
+
+namespace vexa::ingest {
+namespace {
+
+constexpr double kWrongTemp = 2;       // °C
+constexpr double kWrongHeight = 0.03;  // of the height
+constexpr double kLeastHeight = 30;    // m, below which a whole hPa at the ground says no more
+constexpr double kWrongWind = 15;      // knots
+constexpr std::string_view kFigures = "0123456789";
+
+struct Damage {
+  std::string About{}, Text{};
+};
+
+bool IsBlank(char c) {
+  return static_cast<unsigned char>(c) <= ' ';
+}
+
+// Beginnings and lengths of the groups between a part's name and the end of its report.
+std::vector<std::pair<std::size_t, std::size_t>> GroupsOf(const std::string& text) {
+  std::vector<std::pair<std::size_t, std::size_t>> groups;
+  bool isOpen = false;
+  for (std::size_t at = 0; at < text.size();) {
+    if (IsBlank(text[at]) || text[at] == '=') {
+      isOpen = isOpen && text[at] != '=';
+      ++at;
+      continue;
+    }
+    std::size_t end = at;
+    while (end < text.size() && !IsBlank(text[end]) && text[end] != '=') ++end;
+    const std::string_view group = std::string_view(text).substr(at, end - at);
+    isOpen = isOpen || (group.size() == 4 && group[0] == group[1] && group[2] == group[3] &&
+                        std::string_view("TPUX").find(group[0]) != std::string_view::npos);
+    if (isOpen) groups.emplace_back(at, end - at);
+    at = end;
+  }
+  return groups;
+}
+
+std::vector<Damage> DamagesOf(const std::string& text) {
+  std::vector<Damage> damages;
+  for (const auto& [at, length] : GroupsOf(text)) {
+    const std::string group = text.substr(at, length);
+    const auto add = [&, at = at, length = length](const std::string& instead) {
+      damages.push_back({"at " + std::to_string(at) + ' ' + group + " -> " + instead,
+                         std::string(text).replace(at, length, instead)});
+    };
+    add("");
+    add(group + ' ' + group);
+    for (std::size_t i = 0; i < length; ++i) {
+      if (kFigures.find(group[i]) == std::string_view::npos) continue;
+      add(std::string(group).erase(i, 1));
+      for (const char other : kFigures) {
+        if (other != group[i]) add(std::string(group).replace(i, 1, 1, other));
+      }
+    }
+  }
+  return damages;
+}
+
+struct Ascent {
+  SoundingRecord Record{};
+  analysis::LevelProfile Levels{};
+  std::vector<std::string> Notes{};
+};
+
+// The soundings of a text that the checks pass.
+std::vector<Ascent> Decode(const std::string& name, const std::string& text,
+                           const StationList& stations) {
+  std::vector<Ascent> ascents;
+  const SourceText source(name, text);
+  LoadContext context{.Stations = &stations};
+  do {
+    context.Notes.clear();
+    Ascent ascent;
+    if (DecodeSounding(source, context, ascent.Record)) continue;
+    if (CheckRecord(ascent.Record) != QcFinding{}) continue;
+    ascent.Levels = analysis::DeriveLevels(ascent.Record, {});
+    ascent.Notes = context.Notes;
+    ascents.push_back(std::move(ascent));
+  } while (++context.Index < context.Count);
+  return ascents;
+}
+
+struct Wrong {
+  int Temps = 0, Invented = 0, Heights = 0, Winds = 0;
+  std::string First{};
+  int Sum() const { return Temps + Invented + Heights + Winds; }
+  Wrong& operator+=(const Wrong& other) {
+    Temps += other.Temps;
+    Invented += other.Invented;
+    Heights += other.Heights;
+    Winds += other.Winds;
+    if (First.empty()) First = other.First;
+    return *this;
+  }
+};
+
+bool IsTold(const Ascent& ascent, const Ascent& whole, double press) {
+  const std::string name = ' ' + Shortest(press) + " hPa";
+  return std::ranges::any_of(ascent.Notes, [&](const std::string& note) {
+    return note.find(name) != note.npos &&
+           std::ranges::find(whole.Notes, note) == whole.Notes.end();
+  });
+}
+
+bool Differ(double height, double expected) {
+  const double apart = std::fabs(height - expected);
+  return apart > kLeastHeight && apart > kWrongHeight * std::fabs(expected);
+}
+
+Wrong Compare(const Ascent& ascent, const Ascent& whole) {
+  Wrong wrong;
+  const auto add = [&](int& count, std::string_view what, double where, double is, double was) {
+    ++count;
+    if (wrong.First.empty()) {
+      wrong.First = std::string(what) + " at " + Shortest(where) + ": " + Shortest(is) +
+                    " instead of " + Shortest(was);
+    }
+  };
+  const SoundingRecord& record = ascent.Record;
+  for (int i = 1; i <= record.NumTempLevels(); ++i) {
+    const double press = record.Press(i);
+    if (IsTold(ascent, whole, press)) continue;
+    const bool isKnown =
+        std::ranges::find(whole.Record.Press.Values(), press) != whole.Record.Press.Values().end();
+    const analysis::Sample temp = analysis::SampleAt(whole.Levels, press, analysis::Quantity::Temp);
+    if (!temp.Ok()) {
+      add(wrong.Invented, "invented", press, record.Temp(i), 999);
+      continue;
+    }
+    if (std::fabs(record.Temp(i) - temp.Value) > kWrongTemp + 1e-9) {
+      add(isKnown ? wrong.Temps : wrong.Invented, isKnown ? "temperature" : "invented", press,
+          record.Temp(i), temp.Value);
+    }
+    const analysis::Sample height = analysis::HeightAt(whole.Levels, press);
+    if (!record.ElevUnknown && height.Ok() && Differ(ascent.Levels.Height(i), height.Value)) {
+      add(wrong.Heights, "height", press, ascent.Levels.Height(i), height.Value);
+    }
+  }
+  // A wind of the message at a height where the whole message has another one.
+  for (int i = 1; i <= record.NumWindLevels(); ++i) {
+    const double height = record.WindHgt(i);
+    std::optional<double> was;
+    for (int k = 1; k <= whole.Record.NumWindLevels(); ++k) {
+      if (whole.Record.WindDir(k) != record.WindDir(i) ||
+          std::fabs(whole.Record.WindSpd(k) - record.WindSpd(i)) > 0.01) {
+        continue;
+      }
+      const double other = whole.Record.WindHgt(k);
+      if (!was || std::fabs(other - height) < std::fabs(*was - height)) was = other;
+    }
+    if (!was || !Differ(height, *was)) continue;
+    const analysis::WindSample there = analysis::WindAtHeight(whole.Record, height);
+    const auto [u, v] = analysis::Components({record.WindDir(i), record.WindSpd(i)});
+    const auto [wholeU, wholeV] = analysis::Components(there.Value);
+    if (there.Ok() && std::hypot(u - wholeU, v - wholeV) > kWrongWind) {
+      add(wrong.Winds, "wind", height, height, *was);
+    }
+  }
+  return wrong;
+}
+
+struct Tally {
+  int Damages = 0, WithWrong = 0, Levels = 0, Kept = 0;
+  Wrong Wrongs{};
+  Tally& operator+=(const Tally& other) {
+    Damages += other.Damages;
+    WithWrong += other.WithWrong;
+    Levels += other.Levels;
+    Kept += other.Kept;
+    Wrongs += other.Wrongs;
+    return *this;
+  }
+};
+
+Tally Try(const std::string& name, const std::string& text, const StationList& stations,
+          std::size_t stride, bool isVerbose) {
+  Tally tally;
+  const std::vector<Ascent> whole = Decode(name, text, stations);
+  EXPECT_FALSE(whole.empty()) << name;
+  if (whole.empty()) return tally;
+  const std::vector<Damage> damages = DamagesOf(text);
+  for (std::size_t i = 0; i < damages.size(); i += stride) {
+    ++tally.Damages;
+    Wrong wrong;
+    for (const Ascent& ascent : Decode(name, damages[i].Text, stations)) {
+      tally.Kept += ascent.Record.NumTempLevels();
+      Wrong least = Compare(ascent, whole.front());
+      for (std::size_t k = 1; k < whole.size() && least.Sum() > 0; ++k) {
+        Wrong other = Compare(ascent, whole[k]);
+        if (other.Sum() < least.Sum()) least = std::move(other);
+      }
+      wrong += least;
+    }
+    for (const Ascent& ascent : whole) tally.Levels += ascent.Record.NumTempLevels();
+    tally.Wrongs += wrong;
+    if (wrong.Sum() == 0) continue;
+    ++tally.WithWrong;
+    if (isVerbose) {
+      std::cout << name.substr(0, 5) << ' ' << damages[i].About << ": " << wrong.Temps << ' '
+                << wrong.Invented << ' ' << wrong.Heights << ' ' << wrong.Winds << " ("
+                << wrong.First << ")\n";
+    }
+  }
+  return tally;
+}
+
+void Print(const std::string& name, const Tally& tally) {
+  std::cout << name << ": " << tally.Damages << " damages, " << tally.WithWrong
+            << " with a wrong level passed; wrong " << tally.Wrongs.Temps << " temperatures, "
+            << tally.Wrongs.Invented << " invented levels, " << tally.Wrongs.Heights << " heights, "
+            << tally.Wrongs.Winds << " winds; "
+            << (tally.Levels == 0 ? 0 : 100.0 * tally.Kept / tally.Levels) << " % of levels kept\n";
+}
+
+const char* const kReal[] = {
+    "42182_New_Delhi_20260206_00z.txt", "72712_Caribou_20220713_00z.txt",
+    "72293_San_Diego_20220713_00z.txt", "89009_South_Pole_20220713_00z.txt",
+    "24688_Oymyakon_20260206_00z.txt",  "94672_Adelaide_20260206_00z.txt",
+    "04360_Tasiilaq_20260206_00z.txt",  "15420_Bucuresti_20260206_00z.txt",
+    "72357_Norman_day07_00z.txt",       "83779_Marte_20230223_12z.txt",
+    "ship_9ZT9MRK_20260206_00z.txt",    "dropsonde_Maria_20170920_0231z.txt",
+    "70398_Annette_COR_day10_12z.txt",  "91348_Pohnpei_20220713_00z.txt",
+    "10548_Meiningen_20260206_00z.txt", "11952_Poprad_20260206_00z.txt",
+};
+
+// Every so many damages, or as many as the variable VEXA_DAMAGES says: 1 tries all.
+struct Stride {
+  explicit Stride(std::size_t usual) : Step(usual) {
+    const char* given = std::getenv("VEXA_DAMAGES");
+    if (given == nullptr) return;
+    IsVerbose = true;
+    Step = static_cast<std::size_t>(std::max(1, ParseWhole(given).value_or(1)));
+  }
+  std::size_t Step;
+  bool IsVerbose = false;
+};
+
+// A figure changed by a few degrees cannot be told where nothing else speaks of that level. Of all
+// 194,680 damages of the real messages 2 % pass so; before codes, counts, lines and layers were
+// compared it were 12 %.
+void ExpectFew(const Tally& tally, double mostWrong) {
+  constexpr double kLeastKept = 0.97;
+  EXPECT_LE(tally.WithWrong, mostWrong * tally.Damages);
+  EXPECT_GE(tally.Kept, kLeastKept * tally.Levels);
+}
+
+TEST(CodedDamage, OfTheSample) {
+  const char* const name = "coded_bulletins_20240305.txt";
+  const Stride stride(7);
+  const Tally tally = Try(name, ReadFile(test::TestData(name)).Value(), StationList(), stride.Step,
+                          stride.IsVerbose);
+  Print(name, tally);
+  EXPECT_GT(tally.Damages, 5000 / static_cast<int>(stride.Step));
+  ExpectFew(tally, 0.045);
+}
+
+TEST(CodedDamage, OfRealMessages) {
+  VEXA_REAL_DATA(folder, "temp");
+  const Stride stride(397);
+  const StationList stations = KnownStations("", test::SourceFolder() / "share");
+  ASSERT_GT(stations.Count(), 0);
+  Tally sum;
+  for (const char* name : kReal) {
+    const std::string text = ReadFile(folder / name).Value();
+    const Tally tally = Try(name, text, stations, stride.Step, stride.IsVerbose);
+    if (stride.IsVerbose) Print(name, tally);
+    sum += tally;
+  }
+  Print("all", sum);
+  ExpectFew(sum, 0.03);
+}
+
+// Nothing of a message as it was sent is taken for garbled, but where its sender erred.
+TEST(CodedDamage, WholeMessagesStayWhole) {
+  VEXA_REAL_DATA(folder, "temp");
+  const StationList stations = KnownStations("", test::SourceFolder() / "share");
+  int soundings = 0;
+  for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+    const std::string name = entry.path().filename().string();
+    SCOPED_TRACE(name);
+    const SourceText source(name, ReadFile(entry.path()).Value());
+    LoadContext context{.Stations = &stations};
+    do {
+      context.Notes.clear();
+      SoundingRecord record;
+      if (DecodeSounding(source, context, record)) continue;
+      ++soundings;
+      EXPECT_EQ(CheckRecord(record), QcFinding{});
+      for (const std::string& note : context.Notes) {
+        for (const char* fault : {"does not fit", "is garbled", "out of order", "differ in"}) {
+          EXPECT_EQ(note.find(fault), note.npos) << note;
+        }
+      }
+    } while (++context.Index < context.Count);
+  }
+  EXPECT_GT(soundings, 60);
+}
+
+}  // namespace
+}  // namespace vexa::ingest
