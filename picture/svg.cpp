@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "core/numbers.h"
+#include "core/utf8.h"
 #include "picture/hatch.h"
 #include "picture/picture.h"
 #include "picture/stroke.h"
@@ -31,32 +32,21 @@ bool IsFinite(Point at) {
   return std::isfinite(at.X) && std::isfinite(at.Y);
 }
 
-// Length of the UTF-8 character that begins here; 0 when there is none that XML allows.
-std::size_t CharacterLength(std::string_view text) {
-  const auto byte = [text](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-  const unsigned first = byte(0);
-  if (first < 0x80) return first >= 0x20 || first == '\t' ? 1 : 0;
-  const std::size_t length = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
-  if (first < 0xC2 || first > 0xF4 || text.size() < length) return 0;
-  for (std::size_t i = 1; i < length; ++i) {
-    if ((byte(i) & 0xC0U) != 0x80U) return 0;
-  }
-  const unsigned second = byte(1);
-  if ((first == 0xE0 && second < 0xA0) || (first == 0xED && second > 0x9F) ||
-      (first == 0xF0 && second < 0x90) || (first == 0xF4 && second > 0x8F)) {
-    return 0;
-  }
-  if (first == 0xEF && second == 0xBF && byte(2) >= 0xBE) return 0;  // U+FFFE, U+FFFF
-  return length;
+// Bytes of the character that begins a text; 0 when there is none that XML allows.
+std::size_t XmlLength(std::string_view text) {
+  const auto first = static_cast<unsigned char>(text.front());
+  const bool isControl = first < 0x20 && first != '\t';
+  const bool isNone = text.starts_with("\xEF\xBF\xBE") || text.starts_with("\xEF\xBF\xBF");
+  return isControl || isNone ? 0 : Utf8Length(text);
 }
 
 std::string Escaped(std::string_view text) {
   std::string escaped;
   escaped.reserve(text.size());
   while (!text.empty()) {
-    const std::size_t length = CharacterLength(text);
+    const std::size_t length = XmlLength(text);
     if (length == 0) {
-      escaped += "\xEF\xBF\xBD";  // replacement character
+      escaped += kReplacement;
     } else if (text.front() == '&') {
       escaped += "&amp;";
     } else if (text.front() == '<') {

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "core/files.h"
+#include "core/utf8.h"
 #include "ingest/archive.h"
 #include "ingest/decoder.h"
 #include "program/edit_commands.h"
@@ -11,41 +12,9 @@
 namespace vexa {
 namespace {
 
-// Length of the UTF-8 character that begins a text, 0 when none does.
-std::size_t CharacterLength(std::string_view text) {
-  const auto byte = static_cast<unsigned char>(text.front());
-  const std::size_t length = byte < 0x80                   ? 1
-                             : byte >= 0xC2 && byte < 0xE0 ? 2
-                             : byte >= 0xE0 && byte < 0xF0 ? 3
-                             : byte >= 0xF0 && byte < 0xF5 ? 4
-                                                           : 0;
-  if (length == 0 || text.size() < length) return 0;
-  for (std::size_t i = 1; i < length; ++i) {
-    if ((static_cast<unsigned char>(text[i]) & 0xC0) != 0x80) return 0;
-  }
-  return length;
-}
-
-bool IsUtf8(std::string_view text) {
-  while (!text.empty()) {
-    const std::size_t length = CharacterLength(text);
-    if (length == 0) return false;
-    text.remove_prefix(length);
-  }
-  return true;
-}
-
 std::string Utf8FromSingleBytes(std::string_view bytes) {
   std::string text;
-  for (const char c : bytes) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (byte < 0x80) {
-      text += c;
-    } else {
-      text += static_cast<char>(0xC0 | (byte >> 6));
-      text += static_cast<char>(0x80 | (byte & 0x3F));
-    }
-  }
+  for (const char c : bytes) AppendUtf8(static_cast<unsigned char>(c), text);
   return text;
 }
 
@@ -53,7 +22,7 @@ std::string Utf8FromSingleBytes(std::string_view bytes) {
 std::optional<std::string> SingleBytesFromUtf8(std::string_view text) {
   std::string bytes;
   while (!text.empty()) {
-    const std::size_t length = CharacterLength(text);
+    const std::size_t length = Utf8Length(text);
     const auto first = static_cast<unsigned char>(text.front());
     if (length == 1) {
       bytes += text.front();

@@ -1,0 +1,26 @@
+// Texts from anywhere, checked for being UTF-8: what JSON, SVG and the editor show must be, whatever
+// bytes a file held.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace vexa {
+
+inline constexpr std::string_view kReplacement = "\xEF\xBF\xBD";  // U+FFFD
+
+/// Bytes of the character that begins a text, 1 to 4; 0 when none does: the text is empty or cut,
+/// a byte is no part of one, or the character is a surrogate, beyond U+10FFFF, or written longer
+/// than it need be (RFC 3629).
+std::size_t Utf8Length(std::string_view text);
+
+bool IsUtf8(std::string_view text);
+
+/// The text with U+FFFD in place of each byte that is no part of a character.
+std::string ValidUtf8(std::string_view text);
+
+/// Adds a character by its number; U+FFFD for a number that is none.
+void AppendUtf8(char32_t code, std::string& text);
+
+}  // namespace vexa
