@@ -7,6 +7,7 @@
 #include "core/files.h"
 #include "core/numbers.h"
 #include "core/record_text.h"
+#include "core/user_file.h"
 
 namespace vexa::analysis {
 namespace {
@@ -115,6 +116,27 @@ Outcome<SevereRow> ReadRow(RecordReader& reader) {
   return row;
 }
 
+Outcome<SevereTable> ReadTable(std::string_view text, const std::string& name) {
+  RecordReader reader(text, name);
+  if (const auto header = reader.Text("the header"); !header) return header.Error();
+  SevereTable table;
+  const Outcome<std::string> title = reader.Text("the title");
+  if (!title) return title.Error();
+  table.Title = title.Value();
+  const Outcome<int> count = reader.Count("the number of rows");
+  if (!count) return count.Error();
+  if (count.Value() > kMostRows) {
+    return reader.DamagedAt(reader.Line(), "more than 500 rows");
+  }
+  for (int i = 0; i < count.Value(); ++i) {
+    const Outcome<SevereRow> row = ReadRow(reader);
+    if (!row) return row.Error();
+    table.Rows.push_back(row.Value());
+  }
+  if (!reader.AtEnd()) return reader.DamagedAt(reader.Line(), "more rows than the table counts");
+  return table;
+}
+
 }  // namespace
 
 std::span<const SevereEntry> SevereEntries() {
@@ -208,30 +230,16 @@ std::string WriteSevereTable(const SevereTable& table) {
 }
 
 std::optional<Fault> SaveTable(const std::filesystem::path& path, const SevereTable& table) {
-  return SaveFile(path, WriteSevereTable(table));
+  return SaveUserFile(path, WriteSevereTable(table), [&path](std::string_view text) {
+    const Outcome<SevereTable> read = ReadTable(text, TextFromPath(path.filename()));
+    return read ? std::string() : read.Error().Detail;
+  });
 }
 
 Outcome<SevereTable> RestoreTable(const std::filesystem::path& path) {
   const Outcome<std::string> text = ReadFile(path);
   if (!text) return text.Error();
-  const std::string name = TextFromPath(path.filename());
-  RecordReader reader(text.Value(), name);
-  if (const auto header = reader.Text("the header"); !header) return header.Error();
-  SevereTable table;
-  const Outcome<std::string> title = reader.Text("the title");
-  if (!title) return title.Error();
-  table.Title = title.Value();
-  const Outcome<int> count = reader.Count("the number of rows");
-  if (!count) return count.Error();
-  if (count.Value() > kMostRows) {
-    return reader.DamagedAt(reader.Line(), "more than 500 rows");
-  }
-  for (int i = 0; i < count.Value(); ++i) {
-    const Outcome<SevereRow> row = ReadRow(reader);
-    if (!row) return row.Error();
-    table.Rows.push_back(row.Value());
-  }
-  return table;
+  return ReadTable(text.Value(), TextFromPath(path.filename()));
 }
 
 }  // namespace vexa::analysis

@@ -83,6 +83,7 @@ std::vector<SevereValue> FillSevereTable(const SevereTable& table, const Analysi
 /// A table file: its title and a record for each row, with entry number, three limits and three
 /// upper ends.
 std::string WriteSevereTable(const SevereTable& table);
+/// Faults as of SaveUserFile.
 [[nodiscard]] std::optional<Fault> SaveTable(const std::filesystem::path& path,
                                              const SevereTable& table);
 

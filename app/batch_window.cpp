@@ -21,6 +21,7 @@
 #include "core/files.h"
 #include "core/numbers.h"
 #include "core/platform.h"
+#include "core/user_file.h"
 #include "program/fetch_work.h"
 
 namespace vexa {
@@ -136,6 +137,7 @@ void BatchWindow::ReadSources() {
   const Outcome<download::SourceList> sources = LoadSources(program_.Where.Root, ProgramFolder());
   if (!sources) return Log(sources.Error().Detail);
   all_ = sources.Value();
+  for (const std::string& note : all_.Notes) Log(note);
   for (const download::Source& source : all_.Sources) {
     auto* item = new QListWidgetItem(ToQString(source.Name), sources_);
     item->setToolTip(ToQString(source.Note));
@@ -146,14 +148,13 @@ void BatchWindow::ReadSources() {
 // The file of settings may be missing, and may name sources that are gone.
 void BatchWindow::ReadSettings() {
   const std::filesystem::path path = program_.Where.Root / download::kBatchFileName;
-  if (const Outcome<std::string> text = ReadFile(path)) {
-    const auto read = download::ReadBatchSettings(text.Value(), download::kBatchFileName);
-    if (read) {
-      kept_ = read.Value();
-    } else {
-      Log(read.Error().Detail);
-    }
+  std::vector<std::string> notes;
+  if (const std::optional<std::string> text = ReadUserFile(path, notes)) {
+    download::BatchReading read = download::ReadBatchSettings(*text, download::kBatchFileName);
+    kept_ = std::move(read.Settings);
+    notes = std::move(read.Notes);
   }
+  for (const std::string& note : notes) Log(note);
   bool isAny = false;
   for (int i = 0; i < sources_->count(); ++i) {
     const std::string name = sources_->item(i)->text().toStdString();
@@ -170,24 +171,42 @@ void BatchWindow::ReadSettings() {
   format_->setCurrentIndex(static_cast<int>(kept_.Format));
   failing_->setCurrentIndex(static_cast<int>(kept_.Failing));
   beeper_->setChecked(kept_.Beeper);
+  shown_ = Entered();
+}
+
+download::BatchSettings BatchWindow::Entered() const {
+  const download::BatchPlan plan = PlanFor({});
+  const bool isUsualFolder = plan.Folder == TextFromPath(program_.Where.Data);
+  download::BatchSettings entered{.Stations = stations_->text().toStdString(),
+                                  .Hours = hours_->text().toStdString(),
+                                  .DelayMin = delay_->value(),
+                                  .Folder = isUsualFolder ? std::string() : plan.Folder,
+                                  .Format = plan.Format,
+                                  .Failing = plan.Failing,
+                                  .Beeper = beeper_->isChecked()};
+  for (const download::Source& source : plan.Sources) entered.Sources.push_back(source.Name);
+  // A source that the file of sources lacks today may be back tomorrow.
+  for (const std::string& name : kept_.Sources) {
+    const bool isListed = std::ranges::any_of(
+        all_.Sources, [&name](const download::Source& source) { return source.Name == name; });
+    if (!isListed) entered.Sources.push_back(name);
+  }
+  return entered;
 }
 
 void BatchWindow::KeepSettings() {
-  const download::BatchPlan plan = PlanFor({});
-  const bool isUsualFolder = plan.Folder == TextFromPath(program_.Where.Data);
-  download::BatchSettings now{.Stations = stations_->text().toStdString(),
-                              .Hours = hours_->text().toStdString(),
-                              .DelayMin = delay_->value(),
-                              .Folder = isUsualFolder ? std::string() : plan.Folder,
-                              .Format = plan.Format,
-                              .Failing = plan.Failing,
-                              .Beeper = beeper_->isChecked()};
-  for (const download::Source& source : plan.Sources) now.Sources.push_back(source.Name);
-  if (now == kept_) return;
-  const auto fault =
-      SaveFile(program_.Where.Root / download::kBatchFileName, download::WriteBatchSettings(now));
+  download::BatchSettings now = Entered();
+  if (now == shown_) return;
+  const std::filesystem::path path = program_.Where.Root / download::kBatchFileName;
+  const Outcome<std::string> before = ReadFile(path);
+  const auto fault = SaveUserFile(
+      path, download::WriteBatchSettings(now, before ? before.Value() : ""),
+      [](std::string_view text) {
+        const auto notes = download::ReadBatchSettings(text, download::kBatchFileName).Notes;
+        return notes.empty() ? std::string() : notes.front();
+      });
   if (fault) return Log("The list was not kept: " + fault->Detail);
-  kept_ = std::move(now);
+  shown_ = std::move(now);
 }
 
 void BatchWindow::hideEvent(QHideEvent* event) {

@@ -51,6 +51,7 @@ class BatchWindow : public QDialog {
   void BuildLists(QFormLayout& form);
   void ReadSources();
   void ReadSettings();
+  download::BatchSettings Entered() const;
   void KeepSettings();
   void RunByHand();
   void ShowTimer();
@@ -63,7 +64,8 @@ class BatchWindow : public QDialog {
   download::HttpSettings net_;
   Clock clock_;
   download::SourceList all_{};
-  download::BatchSettings kept_{};          // as in the file
+  download::BatchSettings kept_{};          // as the file had it
+  download::BatchSettings shown_{};         // as entered when it was read or written last
   std::optional<download::Instant> due_{};  // of the next batch, while the timer is on
   bool isRunning_ = false;
   bool isStopped_ = false;

@@ -14,6 +14,7 @@
 
 #include "app/edit_grid.h"
 #include "app/qt_text.h"
+#include "app/remark_label.h"
 #include "core/numbers.h"
 
 namespace vexa {
@@ -84,9 +85,8 @@ CloudEditor::CloudEditor(const SoundingRecord& record, std::function<bool(Soundi
   form->addRow(QStringLiteral("&Show clouds:"), option_);
   layout->addLayout(form);
 
-  remark_ = new QLabel(this);
+  remark_ = new RemarkLabel(this);
   remark_->setObjectName(QStringLiteral("CloudRemark"));
-  remark_->setTextFormat(Qt::PlainText);
   layout->addWidget(remark_);
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
   connect(buttons, &QDialogButtonBox::accepted, this, [this] {

@@ -17,6 +17,7 @@
 #include <utility>
 
 #include "analysis/index_table.h"
+#include "app/remark_label.h"
 #include "app/side_tabs.h"
 #include "config/catalogue.h"
 #include "diagram/palette.h"
@@ -100,10 +101,8 @@ ConfigWindow::ConfigWindow(Program& program, const FormRow& form, std::function<
     pages_.push_back(MakePage(tab));
     tabs_->addTab(pages_.back(), TabCaption(tab.Caption));
   }
-  message_ = new QLabel(this);
+  message_ = new RemarkLabel(this);
   message_->setObjectName(QStringLiteral("FormMessage"));
-  message_->setWordWrap(true);
-  message_->setTextFormat(Qt::PlainText);
   message_->setMinimumHeight(2 * message_->fontMetrics().lineSpacing());
   BuildButtons();
   auto* whole = new QVBoxLayout(this);

@@ -8,12 +8,23 @@
 
 namespace vexa {
 
+namespace {
+
+// A name need not be UTF-8, as the toolkit's texts must be.
+std::filesystem::path PathOf(const QUrl& url) {
+#ifdef _WIN32
+  return url.toLocalFile().toStdU16String();
+#else
+  return QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1()).toStdString();
+#endif
+}
+
+}  // namespace
+
 std::vector<std::filesystem::path> FilesOf(const QMimeData& data) {
   std::vector<std::filesystem::path> paths;
   for (const QUrl& url : data.urls()) {
-    if (url.isLocalFile()) {
-      paths.push_back(std::filesystem::path(url.toLocalFile().toStdU16String()));
-    }
+    if (url.isLocalFile()) paths.push_back(PathOf(url));
   }
   return paths;
 }

@@ -23,6 +23,7 @@
 #include "core/numbers.h"
 #include "core/platform.h"
 #include "core/station_list.h"
+#include "core/user_file.h"
 #include "program/fetch_work.h"
 
 namespace vexa {
@@ -39,6 +40,11 @@ QString StationLine(const Station& station) {
                      .arg(ToQString(station.Ident), ToQString(station.Name));
   if (!station.Region.empty()) line += QStringLiteral(", ") + ToQString(station.Region);
   return line;
+}
+
+std::string WrongWithSources(std::string_view text) {
+  const auto notes = download::ReadSources(text, download::kSourcesFileName).Notes;
+  return notes.empty() ? std::string() : notes.front();
 }
 
 }  // namespace
@@ -68,6 +74,7 @@ void DownloadWindow::ReadSourceList() {
   source_->setCurrentIndex(std::max(0, source_->findText(before)));
   fetch_->setEnabled(!sources_.Sources.empty());
   ShowSource();
+  if (!sources_.Notes.empty()) step_->setText(ToQString(sources_.Notes.front()));
 }
 
 void DownloadWindow::EditSources() {
@@ -82,9 +89,10 @@ void DownloadWindow::EditSources() {
   auto* editor = new TextEditor(
       text.Value(), QStringLiteral("Edit Sources"),
       [this, own](const std::string& edited) -> std::optional<Fault> {
-        const auto list = download::ReadSources(edited, download::kSourcesFileName);
-        if (!list) return list.Error();
-        if (auto fault = SaveFile(own, edited)) return fault;
+        if (const std::string wrong = WrongWithSources(edited); !wrong.empty()) {
+          return Fault{kFaultEndOfFile, "EditSources", wrong};
+        }
+        if (auto fault = SaveUserFile(own, edited, WrongWithSources)) return fault;
         ReadSourceList();
         return std::nullopt;
       },
@@ -234,7 +242,12 @@ bool DownloadWindow::Fetch() {
         net_, [this](const download::FetchProgress& step) { return ShowProgress(step); });
     const download::Cache cache(program_.Where.Root / "cache");
     cache.Sweep(SystemNow());
-    FetchWork work(fetcher, &cache, &program_.Stations, {});
+    FetchWork work(fetcher, &cache, &program_.Stations,
+                   {.MayReplace = [this](const std::filesystem::path& file) {
+                     const Fault question{kFaultFileExists, "Fetch", {},
+                                          TextFromPath(file.filename())};
+                     return program_.Doc.Report(question) == Answer::Yes;
+                   }});
     report = download::RunBatch(plan, work);
     isRunning_ = false;
     fetch_->setEnabled(true);

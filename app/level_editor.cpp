@@ -14,6 +14,7 @@
 
 #include "app/edit_grid.h"
 #include "app/qt_text.h"
+#include "app/remark_label.h"
 #include "core/numbers.h"
 
 namespace vexa {
@@ -105,10 +106,8 @@ LevelEditor::LevelEditor(const SoundingRecord& record, EditorPages pages,
   auto* layout = new QVBoxLayout(this);
   pages_ = new QTabWidget(this);
   layout->addWidget(pages_, 1);
-  remark_ = new QLabel(this);
+  remark_ = new RemarkLabel(this);
   remark_->setObjectName(QStringLiteral("LevelRemark"));
-  remark_->setTextFormat(Qt::PlainText);
-  remark_->setWordWrap(true);
   if (pages != EditorPages::Winds) {
     temps_ = new EditGrid(LevelKind::Temps, record, this);
     temps_->setObjectName(QStringLiteral("TempLevels"));

@@ -4,5 +4,6 @@
 int main(int argc, char** argv) {
   vexa::KeepFreedMemory();
   vexa::LetLargeWritesFail();
+  vexa::EndInWords("vexa");
   return vexa::RunWindow(argc, argv);
 }

@@ -26,6 +26,7 @@
 #include "core/files.h"
 #include "core/numbers.h"
 #include "core/platform.h"
+#include "core/user_file.h"
 #include "output/paint/paint.h"
 #include "program/command_line.h"
 #include "program/edit_commands.h"
@@ -90,17 +91,40 @@ void TellKept(const WindowInteraction& interaction) {
   for (const Box& box : interaction.Kept()) Say(stderr, "vexa: " + box.Text + "\n");
 }
 
-// The picture shown at start: the file in the program folder, made when it is not there.
+// The picture shown at start: the file in the program folder, made anew where it is missing or cut
+// short. Without the file the picture is drawn again next time.
 QPixmap StartPixmap(const Program& program) {
   const std::filesystem::path path = program.Where.Root / kStartPicture;
-  const QString name = ToQString(TextFromPath(path));
-  QPixmap pixmap(name);
-  if (!pixmap.isNull()) return pixmap;
+  const Outcome<std::string> kept = ReadFile(path);
+  QPixmap pixmap;
+  const auto isPicture = [&pixmap](std::string_view bytes) {
+    return IsWholeBitmap(bytes) &&
+           pixmap.loadFromData(reinterpret_cast<const uchar*>(bytes.data()),
+                               static_cast<uint>(bytes.size()));
+  };
+  if (kept && isPicture(kept.Value())) return pixmap;
   const Picture picture = StartPicture();
-  QImage image = paint::ToImage(picture, static_cast<int>(picture.Width()),
-                                static_cast<int>(picture.Height()));
-  image.save(name, "BMP");  // without it the picture is drawn again next time
-  return QPixmap::fromImage(image);
+  const auto width = static_cast<int>(picture.Width());
+  const auto height = static_cast<int>(picture.Height());
+  if (const auto bytes = paint::EncodePicture(picture, "bmp", width, height)) {
+    const auto objects = [](std::string_view) { return std::string(kStartPicture); };
+    static_cast<void>(
+        SaveUserFile(path, bytes.Value(), objects, SystemFileOps(), Links::Replace));
+  }
+  return QPixmap::fromImage(paint::ToImage(picture, width, height));
+}
+
+// What the toolkit has left of the command line. Its own list holds texts, and a name need not be
+// UTF-8; on Windows the list is the one that has every character.
+std::vector<std::string> WordsOf([[maybe_unused]] int argc, [[maybe_unused]] char** argv) {
+#ifdef _WIN32
+  std::vector<std::string> words;
+  const QStringList given = QApplication::arguments();
+  for (qsizetype i = 1; i < given.size(); ++i) words.push_back(given[i].toStdString());
+  return words;
+#else
+  return {argv + 1, argv + argc};
+#endif
 }
 
 // Where the named fonts are missing, those of the same widths and the common ones take their place.
@@ -137,9 +161,7 @@ int RunWindow(int argc, char** argv) {
 
   const QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("VEXA"));
-  std::vector<std::string> words;
-  const QStringList given = QApplication::arguments();
-  for (qsizetype i = 1; i < given.size(); ++i) words.push_back(given[i].toStdString());
+  const std::vector<std::string> words = WordsOf(argc, argv);
 
   Program program;
   const CommandLine read = ReadWords(words);
@@ -188,8 +210,8 @@ int RunWindow(int argc, char** argv) {
     if (!screenshot) splash.show();
   };
   StartUp(program, start);
-  if (const auto fault = SetOptions(program.Set, assignments)) return WrongUsage(*fault);
-  program.Written = program.Settings;  // what is set for one run is not kept
+  if (const auto fault = SetForThisRun(program.Settings, assignments)) return WrongUsage(*fault);
+  program.Written = program.Settings;
   window.PlaceAsBefore();
   if (size) window.resize(size->Width, size->Height);
   std::vector<std::filesystem::path> paths;

@@ -14,6 +14,7 @@
 #include <utility>
 
 #include "app/qt_text.h"
+#include "app/remark_label.h"
 #include "core/files.h"
 #include "core/numbers.h"
 #include "display/sheet.h"
@@ -131,9 +132,8 @@ SevereTableWindow::SevereTableWindow(const analysis::SevereTable& table,
   files->addStretch(1);
   layout->addLayout(files);
 
-  remark_ = new QLabel(this);
+  remark_ = new RemarkLabel(this);
   remark_->setObjectName(QStringLiteral("SevereRemark"));
-  remark_->setTextFormat(Qt::PlainText);
   layout->addWidget(remark_);
   auto* buttons = new QDialogButtonBox(
       QDialogButtonBox::Ok | QDialogButtonBox::Apply | QDialogButtonBox::Cancel, this);

@@ -336,7 +336,7 @@ void SoundingWindow::RememberDisplays() {
 
 void SoundingWindow::RestoreDisplays() {
   if (!program_.Set.System.AutoAnalysisLoad || program_.Current.FileName.empty()) return;
-  for (const std::string& name : ReadList(program_.Where.Root, kAnalysisMemory)) {
+  for (const std::string& name : ReadList(program_.Where.Root, kAnalysisMemory, &program_.Notices)) {
     if (const Command command = CommandToShow(name); command != Command::None) Run(command);
   }
   if (QApplication::activeModalWidget() != nullptr) return;  // it stays on top

@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "app/qt_text.h"
+#include "app/remark_label.h"
 #include "core/numbers.h"
 
 namespace vexa {
@@ -68,9 +69,8 @@ StationEditor::StationEditor(const StationList& list,
   change->addStretch(1);
   layout->addLayout(change);
 
-  remark_ = new QLabel(this);
+  remark_ = new RemarkLabel(this);
   remark_->setObjectName(QStringLiteral("StationRemark"));
-  remark_->setTextFormat(Qt::PlainText);
   layout->addWidget(remark_);
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Save | QDialogButtonBox::Cancel, this);
   connect(buttons, &QDialogButtonBox::accepted, this, [this] {

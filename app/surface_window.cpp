@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "app/qt_text.h"
+#include "app/remark_label.h"
 #include "core/markers.h"
 #include "program/level_drag.h"
 #include "program/surface_edit.h"
@@ -31,7 +32,7 @@ SurfaceWindow::SurfaceWindow(Program& program, std::function<void(Changes)> show
   spd_->setValue(now.Spd.value_or(0));
   mix_ = new QCheckBox(QStringLiteral("&Mix the air above up to where it is warmer"), this);
   mix_->setObjectName(QStringLiteral("SurfaceMix"));
-  message_ = new QLabel(this);
+  message_ = new RemarkLabel(this);
   message_->setObjectName(QStringLiteral("SurfaceMessage"));
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
   connect(buttons, &QDialogButtonBox::accepted, this, [this] { accept(); });

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "app/qt_text.h"
+#include "app/remark_label.h"
 
 namespace vexa {
 
@@ -34,10 +35,8 @@ TextEditor::TextEditor(const EditableText& source, const QString& title,
                         .arg(cursor.blockNumber() + 1)
                         .arg(cursor.positionInBlock() + 1));
   });
-  remark_ = new QLabel(ToQString(remark), this);
+  remark_ = new RemarkLabel(ToQString(remark), this);
   remark_->setObjectName(QStringLiteral("TextRemark"));
-  remark_->setTextFormat(Qt::PlainText);
-  remark_->setWordWrap(true);
   layout->addWidget(remark_);
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
   connect(buttons, &QDialogButtonBox::accepted, this, [this] {

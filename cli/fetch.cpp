@@ -85,6 +85,7 @@ int RunFetch(const Arguments& arguments, Console& console) {
     ReportFault(console, std::string(kSourcesFileName), list.Error());
     return kExitInputFailed;
   }
+  for (const std::string& note : list.Value().Notes) console.Err("vexa-cli: " + note + '\n');
   if (arguments.Has("--list")) return ListSources(list.Value(), console);
   const Outcome<BatchPlan> plan = PlanOf(arguments, list.Value());
   if (!plan) return UsageError(console, kFetchCommand, plan.Error().Detail);

@@ -1,5 +1,6 @@
 #include <cstdio>
 #include <memory>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -11,13 +12,21 @@
 int main(int argc, char** argv) {
   vexa::KeepFreedMemory();
   vexa::LetLargeWritesFail();
+  vexa::EndInWords("vexa-cli");
   const auto to = [](std::FILE* stream) {
     return [stream](std::string_view text) { std::fwrite(text.data(), 1, text.size(), stream); };
   };
   const std::unique_ptr<vexa::cli::Toolkit> toolkit = vexa::cli::MakeToolkit();
   vexa::cli::Console console{to(stdout), to(stderr), toolkit.get()};
   const std::vector<std::string> words(argv + 1, argv + argc);
-  const int code = vexa::cli::RunCommandLine(words, console);
+  const int code = [&] {
+    try {
+      return vexa::cli::RunCommandLine(words, console);
+    } catch (const std::bad_alloc&) {  // here, so that no unfinished file is left behind
+      console.Err("vexa-cli: there is not enough memory\n");
+      return vexa::cli::kExitInputFailed;
+    }
+  }();
   // What was written to a full disk is noticed at the latest here.
   if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return code;
   console.Err("vexa-cli: the standard output cannot be written\n");

@@ -1,6 +1,8 @@
 #include "config/settings_report.h"
 
 #include "config/catalogue.h"
+#include "core/source_text.h"
+#include "core/user_file.h"
 
 namespace vexa {
 namespace {
@@ -95,7 +97,10 @@ std::string SettingsReport(const Options& options, const ReportHead& head) {
 std::optional<Fault> WriteSettingsReport(const std::filesystem::path& folder,
                                          const Options& options, const ReportHead& head,
                                          FileOps& ops) {
-  return SaveFile(folder / kSettingsReportName, SettingsReport(options, head), ops);
+  const auto isNoReport = [](std::string_view text) {
+    return text.starts_with(kTitle) ? std::string() : AtLine(kSettingsReportName, 1, "no report");
+  };
+  return SaveUserFile(folder / kSettingsReportName, SettingsReport(options, head), isNoReport, ops);
 }
 
 }  // namespace vexa

@@ -23,7 +23,7 @@ struct ReportHead {
 /// The report's text, each record ended by CR LF.
 std::string SettingsReport(const Options& options, const ReportHead& head);
 
-/// Writes the report into a folder. Faults as of SaveFile.
+/// Writes the report into a folder. Faults as of SaveUserFile.
 [[nodiscard]] std::optional<Fault> WriteSettingsReport(const std::filesystem::path& folder,
                                                        const Options& options,
                                                        const ReportHead& head,

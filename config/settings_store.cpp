@@ -4,6 +4,7 @@
 
 #include "config/catalogue.h"
 #include "config/system_file.h"
+#include "core/user_file.h"
 
 namespace vexa {
 namespace {
@@ -57,8 +58,27 @@ void VisitParts(SettingsFile file, Store& store, Visit&& visit) {
   }
 }
 
-std::string WriteFile(SettingsFile file, const SettingsStore& store) {
+// The options as the files are to have them. Those of this run may not go together with what the
+// user has changed beside them: then all are kept.
+Options OptionsToKeep(const SettingsStore& store) {
+  Options kept = store.Set;
+  for (const RunOption& option : store.ForThisRun) {
+    const OptionRow& row = *FindOption(option.Key);
+    if (row.Write(kept) == option.Now) row.Read(kept, option.Kept);
+  }
+  return CheckOptions(kept) ? store.Set : kept;
+}
+
+// What the user has changed since is no more for one run.
+void ForgetChanged(SettingsStore& store) {
+  std::erase_if(store.ForThisRun, [&store](const RunOption& option) {
+    return FindOption(option.Key)->Write(store.Set) != option.Now;
+  });
+}
+
+std::string WriteFile(SettingsFile file, SettingsStore store) {
   SystemWriter writer;
+  store.Set = OptionsToKeep(store);
   if (file == SettingsFile::System) writer.TextRecord(kSystemTag);
   VisitParts(file, store, [&writer](const auto& settings, const auto& records) {
     writer.Write(settings, records);
@@ -66,7 +86,8 @@ std::string WriteFile(SettingsFile file, const SettingsStore& store) {
   return writer.Take();
 }
 
-// What was wrong with the file; empty when nothing was.
+// What was wrong with the file; empty when nothing was. Options that do not go together fall back to
+// their defaults.
 std::string ReadParts(SettingsFile file, const std::string& name, const std::string& bytes,
                       SettingsStore& store) {
   SystemReader reader(name, bytes);
@@ -78,18 +99,10 @@ std::string ReadParts(SettingsFile file, const std::string& name, const std::str
   VisitParts(file, store,
              [&reader](auto& settings, const auto& records) { reader.Read(settings, records); });
   reader.ExpectEnd();
-  return reader.Problem();
-}
-
-std::optional<Fault> BackUp(const fs::path& path, FileOps& ops) {
-  const Outcome<std::string> bytes = ReadFile(path);
-  if (!bytes) {
-    if (bytes.Error().Number == kFaultFileNotFound) return std::nullopt;
-    return bytes.Error();
-  }
-  fs::path copy = path;
-  copy += ".bak";
-  return SaveFile(copy, bytes.Value(), ops);
+  if (file != SettingsFile::Main) return reader.Problem();
+  const std::vector<std::string> repaired = RepairOptions(store.Set);
+  if (!reader.Problem().empty() || repaired.empty()) return reader.Problem();
+  return name + ": " + repaired.front();
 }
 
 }  // namespace
@@ -119,19 +132,15 @@ std::string SettingsFileName(SettingsFile file, Configuration active) {
 void LoadSettingsFile(const fs::path& folder, SettingsFile file, SettingsStore& store,
                       std::vector<std::string>& notes) {
   const std::string name = SettingsFileName(file, store.Active);
+  std::erase_if(store.ForThisRun, [file](const RunOption& option) {
+    return FindOption(option.Key)->File == file;
+  });
   const Outcome<std::string> bytes = ReadFile(folder / PathFromText(name));
   const bool isMissing = !bytes && bytes.Error().Number == kFaultFileNotFound;
   std::string problem = ReadParts(file, name, bytes ? bytes.Value() : "", store);
   if (!bytes) problem = isMissing ? "" : bytes.Error().Detail;
-  if (file == SettingsFile::Main) {
-    const std::vector<std::string> repaired = RepairOptions(store.Set);
-    if (problem.empty() && !repaired.empty()) problem = name + ": " + repaired.front();
-  }
   if (file == SettingsFile::System) store.Active = store.System.Current;
-  store.Damaged.erase(name);
-  if (problem.empty()) return;
-  store.Damaged.insert(name);
-  notes.push_back(problem + '.');
+  if (!problem.empty()) notes.push_back(problem + '.');
 }
 
 void LoadSettings(const fs::path& folder, SettingsStore& store, std::vector<std::string>& notes) {
@@ -139,15 +148,30 @@ void LoadSettings(const fs::path& folder, SettingsStore& store, std::vector<std:
   for (const SettingsFile file : kFiles) LoadSettingsFile(folder, file, store, notes);
 }
 
+std::optional<Fault> SetForThisRun(SettingsStore& store,
+                                   const std::vector<std::string>& assignments) {
+  const Options before = store.Set;
+  Options set = before;
+  for (const std::string& assignment : assignments) {
+    if (std::optional<Fault> fault = SetOption(set, assignment)) return fault;
+  }
+  if (std::optional<Fault> fault = CheckOptions(set)) return fault;
+  for (const OptionRow& row : Catalogue()) {
+    const std::string now = row.Write(set), kept = row.Write(before);
+    if (now != kept) store.ForThisRun.push_back({std::string(row.Key), now, kept});
+  }
+  store.Set = set;
+  return std::nullopt;
+}
+
 std::optional<Fault> SaveSettingsFile(const fs::path& folder, SettingsFile file,
                                       SettingsStore& store, FileOps& ops) {
   const std::string name = SettingsFileName(file, store.Active);
-  const fs::path path = folder / PathFromText(name);
-  if (store.Damaged.contains(name)) {
-    if (std::optional<Fault> fault = BackUp(path, ops)) return fault;
-    store.Damaged.erase(name);
-  }
-  return SaveFile(path, WriteFile(file, store), ops);
+  const Objection objects = [&](std::string_view text) {
+    SettingsStore read;
+    return ReadParts(file, name, std::string(text), read);
+  };
+  return SaveUserFile(folder / PathFromText(name), WriteFile(file, store), objects, ops);
 }
 
 std::optional<Fault> SaveSettings(const fs::path& folder, SettingsStore& store, FileOps& ops) {
@@ -156,6 +180,7 @@ std::optional<Fault> SaveSettings(const fs::path& folder, SettingsStore& store, 
     const std::optional<Fault> fault = SaveSettingsFile(folder, file, store, ops);
     if (!first) first = fault;
   }
+  ForgetChanged(store);
   return first;
 }
 
@@ -167,6 +192,7 @@ std::optional<Fault> SaveChangedSettings(const fs::path& folder, SettingsStore& 
     const std::optional<Fault> fault = SaveSettingsFile(folder, file, store, ops);
     if (!first) first = fault;
   }
+  ForgetChanged(store);
   return first;
 }
 
@@ -175,7 +201,6 @@ std::optional<Fault> SwitchConfiguration(const fs::path& folder, Configuration t
                                          FileOps& ops) {
   SettingsStore next = store;
   if (auto fault = SaveSettingsFile(folder, SettingsFile::Main, next, ops)) return fault;
-  store.Damaged = next.Damaged;  // the copy of a damaged file must not be replaced by a later one
   next.Active = next.System.Current = to;
   std::vector<std::string> found;
   LoadSettingsFile(folder, SettingsFile::Main, next, found);

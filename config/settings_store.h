@@ -4,7 +4,6 @@
 
 #include <filesystem>
 #include <optional>
-#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,6 +16,14 @@
 
 namespace vexa {
 
+/// An option that was set for one run of the program.
+struct RunOption {
+  std::string Key{};
+  std::string Now{};   // its value in this run
+  std::string Kept{};  // what its file goes on to say
+  bool operator==(const RunOption&) const = default;
+};
+
 struct SettingsStore {
   SystemSettings System{};
   Configuration Active = Configuration::None;  // whose main settings are in force
@@ -26,7 +33,7 @@ struct SettingsStore {
   Hodogram3DSettings Hodogram3D{};
   ListingSettings Listing{};
   SoaringSettings Soaring{};
-  std::set<std::string> Damaged{};  // files to copy before they are first overwritten
+  std::vector<RunOption> ForThisRun{};
   bool operator==(const SettingsStore&) const = default;
 };
 
@@ -43,8 +50,12 @@ void LoadSettingsFile(const std::filesystem::path& folder, SettingsFile file, Se
 void LoadSettings(const std::filesystem::path& folder, SettingsStore& store,
                   std::vector<std::string>& notes);
 
-/// Writes one file; one that was found damaged is copied to NAME.bak before. Faults 61, 75, 76 name
-/// the file, which is then as it was.
+/// Sets every "KEY=VALUE" in turn, with what follows from it, for this run: the files keep what they
+/// say until the user changes the option to something else. Faults as SetOption and CheckOptions.
+[[nodiscard]] std::optional<Fault> SetForThisRun(SettingsStore& store,
+                                                 const std::vector<std::string>& assignments);
+
+/// Writes one file. Faults as of SaveUserFile name the file, which is then as it was.
 [[nodiscard]] std::optional<Fault> SaveSettingsFile(const std::filesystem::path& folder,
                                                     SettingsFile file, SettingsStore& store,
                                                     FileOps& ops = SystemFileOps());

@@ -91,6 +91,13 @@ bool SystemReader::NextLine() {
   return false;
 }
 
+bool SystemReader::AtEnd() const {
+  for (int line = line_ + 1; line <= lines_.LineCount(); ++line) {
+    if (!Trim(lines_.Line(line)).empty()) return false;
+  }
+  return true;
+}
+
 std::optional<std::string> SystemReader::TextRecord(std::string_view what) {
   RowInfo row{.Key = what, .Kind = OptionKind::Text};
   std::vector<std::string> fields = NextRecord({&row});

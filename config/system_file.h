@@ -87,6 +87,8 @@ class SystemReader {
       }
     }
   }
+  /// True when no record is left.
+  bool AtEnd() const;
   /// Notes records beyond the last that this version knows.
   void ExpectEnd();
   void Note(std::string_view reason);

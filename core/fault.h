@@ -23,17 +23,22 @@ struct Fault {
 };
 
 // Fault numbers of the error reporter.
+inline constexpr int kFaultNoMemory = 7;
 inline constexpr int kFaultBadData = 9;
 inline constexpr int kFaultBadFileName = 52;
 inline constexpr int kFaultFileNotFound = 53;
+inline constexpr int kFaultDeviceError = 57;
 inline constexpr int kFaultFileExists = 58;
 inline constexpr int kFaultDiskFull = 61;
 inline constexpr int kFaultEndOfFile = 62;
+inline constexpr int kFaultTooManyFiles = 67;
 inline constexpr int kFaultDeviceUnavailable = 68;
+inline constexpr int kFaultAccessRefused = 70;
 inline constexpr int kFaultDiskNotReady = 71;
 inline constexpr int kFaultPathAccess = 75;
 inline constexpr int kFaultPathNotFound = 76;
 inline constexpr int kFaultInvalidValue = 380;
+inline constexpr int kFaultPicture = 481;
 inline constexpr int kFaultPrinter = 482;
 inline constexpr int kFaultFormat = 1209;
 inline constexpr int kFaultNonStandard = 2000;
@@ -89,7 +94,7 @@ std::optional<Fault> Guarded(std::string_view procedure, Body&& body) {
   } catch (const std::out_of_range& thrown) {
     return Fault{kFaultBadData, std::string(procedure), thrown.what()};
   } catch (const std::bad_alloc&) {
-    return Fault{7, std::string(procedure), "out of memory"};
+    return Fault{kFaultNoMemory, std::string(procedure), "out of memory"};
   } catch (const std::exception& thrown) {
     return Fault{51, std::string(procedure), thrown.what()};
   }

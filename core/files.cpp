@@ -2,8 +2,11 @@
 
 #include <algorithm>
 #include <array>
+#include <cassert>
 #include <cerrno>
+#include <chrono>
 #include <utility>
+#include <vector>
 
 #include "core/platform.h"
 
@@ -14,32 +17,6 @@ namespace fs = std::filesystem;
 
 // The longest soundings run to some ten thousand levels of a hundred bytes.
 constexpr std::uintmax_t kLargestFile = std::uintmax_t{256} * 1024 * 1024;
-
-// The reporter's number for what the system says; what it does not say in so many words is
-// `otherwise`.
-int FaultNumber(const std::error_code& error, int otherwise) {
-  struct Row {
-    std::errc Error;
-    int Number;
-  };
-  static constexpr Row kRows[] = {
-      {std::errc::no_space_on_device, kFaultDiskFull},
-      {std::errc::file_too_large, kFaultDiskFull},
-      {std::errc::no_such_file_or_directory, kFaultPathNotFound},
-      {std::errc::not_a_directory, kFaultPathNotFound},
-      {std::errc::permission_denied, kFaultPathAccess},
-      {std::errc::operation_not_permitted, kFaultPathAccess},
-      {std::errc::read_only_file_system, kFaultPathAccess},
-      {std::errc::is_a_directory, kFaultPathAccess},
-      {std::errc::no_such_device, kFaultDeviceUnavailable},
-      {std::errc::no_such_device_or_address, kFaultDeviceUnavailable},
-      {std::errc::filename_too_long, kFaultBadFileName},
-      {std::errc::invalid_argument, kFaultBadFileName},
-  };
-  const auto row = std::ranges::find_if(
-      kRows, [&error](const Row& candidate) { return error == candidate.Error; });
-  return row == std::end(kRows) ? otherwise : row->Number;
-}
 
 std::error_code LastError() {
   return std::error_code(errno, std::generic_category());
@@ -52,6 +29,26 @@ Fault FileFault(int number, std::string_view procedure, const fs::path& path,
 }
 
 class SystemOps final : public FileOps {};
+
+// What a file in the making is called: its name, this, and a number.
+constexpr std::string_view kTemporaryMark = ".tmp";
+constexpr int kMostTemporaries = 100;
+
+// A process locks what it writes as soon as it has made it; what is unlocked and not of this minute
+// has nobody to finish it.
+void RemoveIfLeft(const fs::path& path) {
+  std::error_code failed;
+  if (fs::symlink_status(path, failed).type() != fs::file_type::regular) return;
+  const fs::file_time_type written = fs::last_write_time(path, failed);
+  if (failed || fs::file_time_type::clock::now() - written < std::chrono::minutes(1)) return;
+  if (!IsLocked(path)) fs::remove(path, failed);
+}
+
+bool IsTemporaryName(const fs::path& name) {
+  const std::string ending = TextFromPath(name.extension());
+  return ending.starts_with(kTemporaryMark) && ending.size() > kTemporaryMark.size() &&
+         ending.find_first_not_of("0123456789", kTemporaryMark.size()) == std::string::npos;
+}
 
 }  // namespace
 
@@ -77,6 +74,15 @@ FileOps& SystemFileOps() {
 }
 
 fs::path PathFromText(std::string_view utf8) {
+  return fs::path(std::u8string(utf8.begin(), utf8.end()));
+}
+
+fs::path PathFromSetting(std::string_view utf8) {
+  const fs::path asItStands = PathFromText(utf8);
+  std::error_code ignored;
+  if (utf8.find('\\') == std::string_view::npos || fs::exists(asItStands, ignored)) {
+    return asItStands;
+  }
   std::u8string text(utf8.begin(), utf8.end());
   std::ranges::replace(text, u8'\\', static_cast<char8_t>(fs::path::preferred_separator));
   return fs::path(text);
@@ -96,6 +102,39 @@ std::optional<FileStamp> StampOf(const std::filesystem::path& path) {
   return FileStamp{written, size};
 }
 
+int FaultNumber(const std::error_code& error, int otherwise) {
+  struct Row {
+    std::errc Error;
+    int Number;
+  };
+  static constexpr Row kRows[] = {
+      {std::errc::no_space_on_device, kFaultDiskFull},
+      {std::errc::file_too_large, kFaultDiskFull},
+      {std::errc::no_such_file_or_directory, kFaultPathNotFound},
+      {std::errc::not_a_directory, kFaultPathNotFound},
+      {std::errc::permission_denied, kFaultAccessRefused},
+      {std::errc::operation_not_permitted, kFaultAccessRefused},
+      {std::errc::read_only_file_system, kFaultAccessRefused},
+      {std::errc::too_many_files_open, kFaultTooManyFiles},
+      {std::errc::too_many_files_open_in_system, kFaultTooManyFiles},
+      {std::errc::not_enough_memory, kFaultNoMemory},
+      {std::errc::io_error, kFaultDeviceError},
+      {std::errc::no_such_device, kFaultDeviceUnavailable},
+      {std::errc::no_such_device_or_address, kFaultDeviceUnavailable},
+      {std::errc::is_a_directory, kFaultBadFileName},
+      {std::errc::file_exists, kFaultBadFileName},  // a file where a folder should be
+      {std::errc::filename_too_long, kFaultBadFileName},
+      {std::errc::invalid_argument, kFaultBadFileName},
+      {std::errc::too_many_symbolic_link_levels, kFaultBadFileName},
+  };
+#ifdef EDQUOT
+  if (error.category() == std::generic_category() && error.value() == EDQUOT) return kFaultDiskFull;
+#endif
+  const auto row = std::ranges::find_if(
+      kRows, [&error](const Row& candidate) { return error == candidate.Error; });
+  return row == std::end(kRows) ? otherwise : row->Number;
+}
+
 Outcome<std::string> ReadFile(const fs::path& path) {
   const auto fault = [&path](int number, std::string_view reason) {
     return FileFault(number, "ReadFile", path, reason);
@@ -103,18 +142,18 @@ Outcome<std::string> ReadFile(const fs::path& path) {
   std::error_code failed;
   const fs::file_status status = fs::status(path, failed);
   if (status.type() == fs::file_type::not_found) return fault(kFaultFileNotFound, "not found");
-  if (failed) return fault(FaultNumber(failed, kFaultPathAccess), failed.message());
+  if (failed) return fault(FaultNumber(failed), failed.message());
   if (status.type() != fs::file_type::regular) {
-    return fault(kFaultPathAccess, "not an ordinary file");
+    return fault(kFaultBadFileName, "not an ordinary file");
   }
   const std::uintmax_t size = fs::file_size(path, failed);
-  if (failed) return fault(kFaultPathAccess, failed.message());
+  if (failed) return fault(FaultNumber(failed), failed.message());
   if (size > kLargestFile) return fault(kFaultFormat, "larger than any sounding");
 
   std::FILE* file = OpenFile(path, "rb");
   if (file == nullptr) {
     const std::error_code reason = LastError();
-    return fault(FaultNumber(reason, kFaultPathAccess), reason.message());
+    return fault(FaultNumber(reason), reason.message());
   }
   std::string bytes;
   bytes.reserve(static_cast<std::size_t>(size));
@@ -125,18 +164,17 @@ Outcome<std::string> ReadFile(const fs::path& path) {
   const bool broken = std::ferror(file) != 0;
   const std::error_code reason = LastError();
   std::fclose(file);
-  if (broken) return fault(FaultNumber(reason, kFaultPathAccess), reason.message());
+  if (broken) return fault(FaultNumber(reason), reason.message());
   if (bytes.size() < size) return fault(kFaultEndOfFile, "became shorter while it was read");
   return bytes;
 }
 
-AtomicFile::AtomicFile(fs::path path, FileOps& ops) : path_(std::move(path)), ops_(ops) {
-  // What a link points to is replaced, not the link.
+AtomicFile::AtomicFile(fs::path path, FileOps& ops, Links links)
+    : path_(std::move(path)), ops_(ops) {
   std::error_code failed;
-  if (fs::is_symlink(path_, failed)) {
-    const fs::path target = fs::weakly_canonical(path_, failed);
-    if (!failed) path_ = target;
-  }
+  if (links == Links::Replace || !fs::is_symlink(path_, failed)) return;
+  const fs::path target = fs::weakly_canonical(path_, failed);
+  if (!failed) path_ = target;
 }
 
 AtomicFile::~AtomicFile() {
@@ -153,33 +191,49 @@ std::optional<Fault> AtomicFile::Open() {
   if (failed_ || file_ != nullptr) return failed_;
   if (path_.filename().empty()) return Failed(kFaultBadFileName, "no file name");
   std::error_code failed;
-  const fs::file_status old = fs::status(path_, failed);
-  const bool replaces = fs::exists(old);
-  if (replaces && old.type() != fs::file_type::regular) {
-    return Failed(kFaultPathAccess, "not an ordinary file");
+  const fs::file_status old = fs::symlink_status(path_, failed);
+  const bool isFile = old.type() == fs::file_type::regular;
+  if (fs::exists(old) && !isFile && old.type() != fs::file_type::symlink) {
+    return Failed(kFaultBadFileName, "not an ordinary file");
   }
   constexpr fs::perms kWritable =
       fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
-  if (replaces && (old.permissions() & kWritable) == fs::perms::none) {
-    return Failed(kFaultPathAccess, "read-only");
+  if (isFile && (old.permissions() & kWritable) == fs::perms::none) {
+    return Failed(kFaultAccessRefused, "read-only");
   }
-
-  // A name that no other save of the same file uses at the same time.
-  constexpr int kMostNames = 100;
-  fs::path name;
-  for (int i = 1; i <= kMostNames && file_ == nullptr; ++i) {
-    name = path_;
-    name += ".tmp" + std::to_string(i);
-    file_ = OpenFile(name, "wbx");
-    if (file_ == nullptr && errno != EEXIST) break;
+  file_ = OpenTemporary();
+  if (file_ == nullptr && errno == EEXIST) {
+    return Failed(kFaultPathAccess, "too many unfinished copies of it stand beside it");
   }
   if (file_ == nullptr) {
     const std::error_code reason = LastError();
-    return Failed(FaultNumber(reason, kFaultPathAccess), reason.message());
+    return Failed(FaultNumber(reason), reason.message());
   }
-  temporary_ = name;
-  if (replaces) fs::permissions(temporary_, old.permissions(), failed);
+  if (isFile) fs::permissions(temporary_, old.permissions(), failed);
   return std::nullopt;
+}
+
+// Under a name that no other save of the same file uses at the same time; null with errno set.
+std::FILE* AtomicFile::OpenTemporary() {
+  const auto named = [this](int number) {
+    fs::path name = path_;
+    return name += std::string(kTemporaryMark) + std::to_string(number);
+  };
+  for (int i = 1; i <= kMostTemporaries; ++i) {
+    const fs::path name = named(i);
+    std::FILE* file = OpenFile(name, "wbx");
+    if (file == nullptr && errno == EEXIST && i == 1) {
+      for (int old = 1; old <= kMostTemporaries; ++old) RemoveIfLeft(named(old));
+      file = OpenFile(name, "wbx");
+    }
+    if (file != nullptr) {
+      LockWhileOpen(file);
+      temporary_ = name;
+      return file;
+    }
+    if (errno != EEXIST) return nullptr;
+  }
+  return nullptr;
 }
 
 void AtomicFile::Discard() {
@@ -191,27 +245,47 @@ void AtomicFile::Discard() {
 }
 
 std::optional<Fault> AtomicFile::Write(std::string_view bytes) {
+  assert(!isSettled_);
   if (std::optional<Fault> fault = Open()) return fault;
   if (const std::error_code failed = ops_.Write(file_, bytes)) {
-    return Failed(FaultNumber(failed, kFaultDiskFull), failed.message());
+    return Failed(FaultNumber(failed), failed.message());
   }
   return std::nullopt;
 }
 
-std::optional<Fault> AtomicFile::Commit() {
+std::optional<Fault> AtomicFile::Settle() {
+  if (isSettled_) return failed_;
   if (std::optional<Fault> fault = Open()) return fault;
   std::error_code failed = ops_.Flush(file_);
   if (std::fclose(std::exchange(file_, nullptr)) != 0 && !failed) failed = LastError();
-  if (!failed) failed = ops_.Rename(temporary_, path_);
-  if (failed) return Failed(FaultNumber(failed, kFaultDiskFull), failed.message());
+  if (failed) return Failed(FaultNumber(failed), failed.message());
+  isSettled_ = true;
+  return std::nullopt;
+}
+
+std::optional<Fault> AtomicFile::Commit() {
+  if (std::optional<Fault> fault = Settle()) return fault;
+  if (const std::error_code failed = ops_.Rename(temporary_, path_)) {
+    return Failed(FaultNumber(failed), failed.message());
+  }
   temporary_.clear();
   return std::nullopt;
 }
 
-std::optional<Fault> SaveFile(const fs::path& path, std::string_view bytes, FileOps& ops) {
-  AtomicFile file(path, ops);
+std::optional<Fault> SaveFile(const fs::path& path, std::string_view bytes, FileOps& ops,
+                              Links links) {
+  AtomicFile file(path, ops, links);
   if (std::optional<Fault> fault = file.Write(bytes)) return fault;
   return file.Commit();
+}
+
+void RemoveLeftovers(const fs::path& folder) {
+  std::error_code failed;
+  std::vector<fs::path> left;
+  for (fs::directory_iterator at(folder, failed), end; !failed && at != end; at.increment(failed)) {
+    if (IsTemporaryName(at->path())) left.push_back(at->path());
+  }
+  for (const fs::path& path : left) RemoveIfLeft(path);
 }
 
 }  // namespace vexa

@@ -27,8 +27,11 @@ class FileOps {
 
 FileOps& SystemFileOps();
 
-/// A path from UTF-8 text; backslashes of old settings become the system's separators.
+/// A path from UTF-8 text, just as it stands.
 std::filesystem::path PathFromText(std::string_view utf8);
+/// A path from a settings file, which may come from another system: backslashes become separators
+/// unless something of the very name is there.
+std::filesystem::path PathFromSetting(std::string_view utf8);
 /// UTF-8 text of a path, for messages and files.
 std::string TextFromPath(const std::filesystem::path& path);
 
@@ -42,24 +45,39 @@ struct FileStamp {
 /// Of a file as it is now; empty when there is none.
 std::optional<FileStamp> StampOf(const std::filesystem::path& path);
 
-/// A file's bytes. Faults: 53 not found, 75 not readable or no ordinary file, 62 when it shrinks
-/// while read, 1209 when it is larger than any sounding.
+/// The reporter's number for what the system says: 52 a name that cannot be a file's, 57 device
+/// error, 61 disk full, 67 too many files, 70 access refused, 76 no such path; `otherwise` for what
+/// it does not say in so many words.
+int FaultNumber(const std::error_code& error, int otherwise = kFaultDeviceError);
+
+/// A file's bytes. Faults: 53 not found, 52 no ordinary file, 62 when it shrinks while read, 1209
+/// when it is larger than any sounding; else as FaultNumber.
 Outcome<std::string> ReadFile(const std::filesystem::path& path);
 
+/// What a link becomes whose place is written to: the user's own are followed, so that what they
+/// point to is replaced; files that the program makes by itself take the link's place.
+enum class Links { Follow, Replace };
+
 /// A file in the making. Nothing stands under its own name before Commit has succeeded; without
-/// it the destructor removes the temporary file. Faults: 61 disk full, 75 access, 76 no such path.
+/// it the destructor removes the temporary file, NAME.tmp1. What a process that was killed has left
+/// under such a name is removed by the next. Faults as FaultNumber.
 class AtomicFile {
  public:
-  explicit AtomicFile(std::filesystem::path path, FileOps& ops = SystemFileOps());
+  explicit AtomicFile(std::filesystem::path path, FileOps& ops = SystemFileOps(),
+                      Links links = Links::Follow);
   ~AtomicFile();
   AtomicFile(const AtomicFile&) = delete;
   AtomicFile& operator=(const AtomicFile&) = delete;
 
   [[nodiscard]] std::optional<Fault> Write(std::string_view bytes);
+  /// Has all bytes on the disk, so that what is left to do needs no more room. To be called before
+  /// the first Commit where several files are to appear together.
+  [[nodiscard]] std::optional<Fault> Settle();
   [[nodiscard]] std::optional<Fault> Commit();
 
  private:
   std::optional<Fault> Open();
+  std::FILE* OpenTemporary();
   std::optional<Fault> Failed(int number, std::string_view reason);
   void Discard();
 
@@ -67,11 +85,16 @@ class AtomicFile {
   std::filesystem::path temporary_{};
   FileOps& ops_;
   std::FILE* file_ = nullptr;
+  bool isSettled_ = false;  // the temporary file is whole
   std::optional<Fault> failed_{};  // the first fault: nothing is committed after it
 };
 
 /// Writes a whole file atomically.
 [[nodiscard]] std::optional<Fault> SaveFile(const std::filesystem::path& path,
-                                            std::string_view bytes, FileOps& ops = SystemFileOps());
+                                            std::string_view bytes, FileOps& ops = SystemFileOps(),
+                                            Links links = Links::Follow);
+
+/// Removes what killed processes have left of files in the making in a folder.
+void RemoveLeftovers(const std::filesystem::path& folder);
 
 }  // namespace vexa

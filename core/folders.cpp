@@ -48,7 +48,7 @@ std::optional<Fault> EnsureShipped(const fs::path& root, const fs::path& program
   if (shipped.empty()) return std::nullopt;
   const Outcome<std::string> bytes = ReadFile(shipped);
   if (!bytes) return bytes.Error();
-  return SaveFile(target, bytes.Value());
+  return SaveFile(target, bytes.Value(), SystemFileOps(), Links::Replace);
 }
 
 Folders FoldersBelow(const fs::path& root) {
@@ -62,7 +62,9 @@ std::optional<Fault> CreateFolders(const Folders& folders) {
     std::error_code failed;
     fs::create_directories(*folder, failed);
     if (failed || !fs::is_directory(*folder, failed)) {
-      return Fault{kFaultPathAccess, "CreateFolders", TextFromPath(*folder)};
+      if (!failed) failed = std::make_error_code(std::errc::not_a_directory);
+      return Fault{FaultNumber(failed), "CreateFolders",
+                   TextFromPath(*folder) + ": " + failed.message(), TextFromPath(*folder)};
     }
   }
   return std::nullopt;

@@ -39,7 +39,8 @@ std::filesystem::path ShippedFile(const std::filesystem::path& programFolder,
 /// The folders below a root; nothing is created.
 Folders FoldersBelow(const std::filesystem::path& root);
 
-/// Creates the root and the folders below it where they are missing. Fault 75 names the folder.
+/// Creates the root and the folders below it where they are missing. Faults as FaultNumber name the
+/// folder.
 [[nodiscard]] std::optional<Fault> CreateFolders(const Folders& folders);
 
 }  // namespace vexa

@@ -51,6 +51,16 @@ std::string Shortest(int value) {
   return std::to_string(value);
 }
 
+std::string Brief(double value) {
+  constexpr std::size_t kLongest = 16;
+  std::string text = Shortest(value);
+  if (text.size() <= kLongest || !std::isfinite(value)) return text;
+  std::array<char, kLongestFixed> figures{};
+  const auto end = std::to_chars(figures.data(), figures.data() + figures.size(), value,
+                                 std::chars_format::general, 6);
+  return std::string(figures.data(), end.ptr);
+}
+
 std::string_view Trim(std::string_view text) {
   while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
   while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);

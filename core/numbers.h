@@ -13,6 +13,9 @@ std::string Shortest(double value);
 std::string Shortest(float value);  // don't widen a float first: 999.9f prints as 999.9
 std::string Shortest(int value);
 
+/// The same for a message: with an exponent where the figures would fill the line.
+std::string Brief(double value);
+
 /// Reads a whole field as a number with a full stop, leading and trailing blanks allowed; an
 /// exponent (e, E, d, D) is read too. Empty for anything else, for infinities and NaN.
 std::optional<double> ParseNumber(std::string_view text);

@@ -9,6 +9,8 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
+#include <exception>
+#include <new>
 #include <string_view>
 #include <utility>
 
@@ -28,6 +30,32 @@
 
 namespace vexa {
 namespace fs = std::filesystem;
+
+namespace {
+
+const char* endingProgram = "";  // the handler can reach nothing else
+
+// Nothing here asks for memory.
+[[noreturn]] void EndWithASentence() {
+  const char* reason = "an error that nobody expected";
+  try {
+    if (std::current_exception()) throw;
+  } catch (const std::bad_alloc&) {
+    reason = "there is not enough memory";
+  } catch (...) {
+    static_cast<void>(reason);
+  }
+  std::fflush(stdout);
+  for (const char* part : {endingProgram, ": ", reason, "\n"}) std::fputs(part, stderr);
+  std::_Exit(EXIT_FAILURE);
+}
+
+}  // namespace
+
+void EndInWords(const char* program) {
+  endingProgram = program;
+  std::set_terminate(EndWithASentence);
+}
 
 #ifdef _WIN32
 
@@ -67,6 +95,12 @@ std::error_code FlushToDisk(std::FILE* file) {
 }
 
 void SyncFolder(const fs::path&) {}  // renames are journalled
+
+void LockWhileOpen(std::FILE*) {}
+
+bool IsLocked(const fs::path&) {
+  return false;  // what is open cannot be removed
+}
 
 std::unique_ptr<FileHold> HoldFile(const fs::path& path) {
   const HANDLE handle = CreateFileW(path.c_str(), GENERIC_WRITE | DELETE, 0, nullptr, CREATE_ALWAYS,
@@ -158,6 +192,18 @@ void SyncFolder(const fs::path& folder) {
   ::close(handle);
 }
 
+void LockWhileOpen(std::FILE* file) {
+  ::flock(::fileno(file), LOCK_EX | LOCK_NB);
+}
+
+bool IsLocked(const fs::path& path) {
+  const int handle = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW);
+  if (handle < 0) return true;
+  const bool isFree = ::flock(handle, LOCK_EX | LOCK_NB) == 0;
+  ::close(handle);
+  return !isFree;
+}
+
 fs::path UserDataFolder() {
   if (const std::optional<std::string> xdg = EnvironmentText("XDG_DATA_HOME")) {
     if (fs::path(*xdg).is_absolute()) return *xdg;  // a relative one is to be ignored
@@ -179,7 +225,7 @@ fs::path ProgramFolder() {
 std::unique_ptr<FileHold> HoldFile(const fs::path& path) {
   constexpr int kTries = 10;
   for (int i = 0; i < kTries; ++i) {
-    const int handle = ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
+    const int handle = ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0666);
     if (handle >= 0 && ::flock(handle, LOCK_EX | LOCK_NB) == 0) {
       if (IsSameFile(handle, path)) return std::make_unique<LockedFile>(handle, path);
       ::close(handle);  // it was removed before it was locked

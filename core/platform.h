@@ -20,6 +20,13 @@ std::error_code FlushToDisk(std::FILE* file);
 /// an attempt.
 void SyncFolder(const std::filesystem::path& folder);
 
+/// Locks a file that is open for writing, until it is closed or the process ends, however it ends;
+/// no more than an attempt.
+void LockWhileOpen(std::FILE* file);
+
+/// True while a process has it locked so, and where the system cannot tell.
+bool IsLocked(const std::filesystem::path& path);
+
 /// A file that is there while somebody holds it.
 class FileHold {
  public:
@@ -46,6 +53,12 @@ std::optional<std::string> EnvironmentText(const char* name);
 /// each redraw needs the same arrays again, and fresh pages cost more than the arithmetic in them.
 /// To be called once, before work begins; without effect where the system keeps it anyway.
 void KeepFreedMemory();
+
+/// From now on an error that nobody has dealt with, as when memory runs out, ends the program with a
+/// sentence on the error output and the exit code 1. To be called once, before work begins.
+///
+/// program  its name, "vexa"; must outlive the program
+void EndInWords(const char* program);
 
 /// From now on a wish of the system that the program end, at logout or shutdown, makes the handle
 /// that is given readable instead of ending it. -1 where there is no such handle.

@@ -7,6 +7,8 @@
 #include "core/markers.h"
 #include "core/numbers.h"
 #include "core/record_text.h"
+#include "core/source_text.h"
+#include "core/user_file.h"
 
 namespace vexa {
 namespace {
@@ -147,11 +149,24 @@ Status LoadVariant(CurrentSounding& current, const std::filesystem::path& path,
   return Status::Ok;
 }
 
+// What a native file holds that loading it does not give.
+std::string NotLoaded(std::string_view text, std::string_view name) {
+  const std::optional<RawVariant> variant = RecogniseRaw(text);
+  if (!variant) return AtLine(name, 1, "no native sounding");
+  SoundingRecord record;
+  std::vector<RefusedWind> refused;
+  const std::optional<Fault> fault = ReadRaw(text, name, *variant, record, refused);
+  if (fault) return fault->Detail;
+  return refused.empty() ? std::string() : AtLine(name, 1, "winds are left out");
+}
+
 Status SaveVariant(CurrentSounding& current, const std::filesystem::path& path, RawVariant variant,
                    FileOps& ops) {
   std::optional<Fault> fault = Guarded(current.Procedure, [&] {
     const std::string name = TextFromPath(path.filename());
-    return SaveFile(path, WriteRaw(current.Record, variant, name), ops);
+    return SaveUserFile(
+        path, WriteRaw(current.Record, variant, name),
+        [&name](std::string_view text) { return NotLoaded(text, name); }, ops);
   });
   if (fault) {
     fault->Procedure = current.Procedure;

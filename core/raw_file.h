@@ -65,7 +65,8 @@ Box WindHeightBox(const RefusedWind& refused);
 /// Loads the file in work. The record is cleared first and keeps what was read before a fault.
 Status LoadRAW(CurrentSounding& current);
 
-/// Saves the sounding over the file in work; the old file survives any fault.
+/// Saves the sounding over the file in work; the old file survives any fault, and a damaged one
+/// stays beside it as NAME.bak.
 Status SaveRAW(CurrentSounding& current, FileOps& ops = SystemFileOps());
 
 /// The same against the quick folder. Fewer than 2 temperature levels are refused with a box.

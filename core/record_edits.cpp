@@ -53,7 +53,7 @@ bool IsWithin(const Range& range, double value) {
 
 Checked CheckRange(const Place& place, const Range& range, double value) {
   if (IsWithin(range, value)) return std::nullopt;
-  const std::string shown = std::isfinite(value) ? Shortest(value) : "no number";
+  const std::string shown = std::isfinite(value) ? Brief(value) : "no number";
   return place.Refuse(range.Field, shown + " lies outside " + Shortest(range.Least) + " to " +
                                        Shortest(range.Most));
 }
@@ -77,7 +77,7 @@ Checked CheckNeighbours(const Place& place, const Levels<double>& values, std::s
                         double value, Before before, std::string_view toBelow,
                         std::string_view toAbove) {
   const auto refuse = [&](std::string_view word, int neighbour) {
-    return place.Refuse(field, Shortest(value) + " is not " + std::string(word) + " the " +
+    return place.Refuse(field, Brief(value) + " is not " + std::string(word) + " the " +
                                    Shortest(values(neighbour)) + " of level " +
                                    Shortest(neighbour));
   };
@@ -99,7 +99,7 @@ Checked CheckTemp(const Place& place, const TempLevel& level) {
   if (Checked fault = CheckRange(place, kDewpt, level.Dewpt)) return fault;
   if (level.Dewpt <= level.Temp) return std::nullopt;
   return place.Refuse(
-      kDewpt.Field, Shortest(level.Dewpt) + " is above the temperature of " + Shortest(level.Temp));
+      kDewpt.Field, Brief(level.Dewpt) + " is above the temperature of " + Shortest(level.Temp));
 }
 
 Checked CheckWind(const Place& place, const WindLevel& level) {
@@ -121,7 +121,7 @@ Checked CheckCloud(const Place& place, const CloudLayer& layer) {
   const std::optional<double> top = ParseNumber(layer.Top);
   if (!top) return place.Refuse("top", "\"" + layer.Top + "\" is no number");
   if (*top >= layer.Base) return std::nullopt;
-  return place.Refuse("top", Shortest(*top) + " is below the base of " + Shortest(layer.Base));
+  return place.Refuse("top", Brief(*top) + " is below the base of " + Shortest(layer.Base));
 }
 
 // Where a value belongs among others in order, 1-based: behind all that stand before it.

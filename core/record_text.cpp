@@ -27,6 +27,20 @@ bool RecordReader::AtEnd() const {
   return text_.find_first_not_of(" \t\r\n", at_) == std::string_view::npos;
 }
 
+RecordReader::Place RecordReader::Where() {
+  do SkipBlanks();
+  while (SkipLineEnd());
+  return {at_, line_};
+}
+
+std::string_view RecordReader::SkipLine(const Place& place) {
+  at_ = std::min(text_.find_first_of("\r\n", place.At), text_.size());
+  line_ = place.Line;
+  const std::string_view skipped = text_.substr(place.At, at_ - place.At);
+  SkipLineEnd();
+  return skipped;
+}
+
 Fault RecordReader::DamagedAt(int line, std::string_view reason) const {
   return Fault{kFaultEndOfFile, "RecordReader", AtLine(name_, line, reason), std::string(name_)};
 }

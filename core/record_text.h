@@ -38,6 +38,19 @@ class RecordReader {
 
   /// True when nothing but blanks and line ends is left.
   bool AtEnd() const;
+
+  /// A place to which the reader can be put back.
+  struct Place {
+    std::size_t At = 0;
+    int Line = 1;
+  };
+  /// That of the next field, behind blanks and line ends.
+  Place Where();
+  /// Goes on with the line behind that of a place; gives what of that line stands from the place on.
+  std::string_view SkipLine(const Place& place);
+  /// All that is left.
+  std::string_view Rest() const { return text_.substr(at_); }
+
   int Line() const { return line_; }
   Fault DamagedAt(int line, std::string_view reason) const;
 

@@ -224,7 +224,11 @@ SessionReading ReadSession(std::string_view text, std::string_view name) {
   return {std::move(session), {}};
 }
 
-SessionPlace TakeSessionPlace(const std::filesystem::path& folder) {
+namespace {
+
+enum class Wanted { SessionFirst, None };
+
+SessionPlace TakePlace(const std::filesystem::path& folder, Wanted wanted) {
   constexpr int kMostPrograms = 8;
   SessionPlace place;
   for (int number = 1; number <= kMostPrograms; ++number) {
@@ -232,14 +236,25 @@ SessionPlace TakeSessionPlace(const std::filesystem::path& folder) {
         folder / ("VEXA" + (number == 1 ? std::string{} : Shortest(number)) + ".SES");
     std::filesystem::path lock = file;
     lock += ".lck";
+    std::error_code ignored;
+    if (wanted == Wanted::None && std::filesystem::exists(file, ignored)) continue;
     std::unique_ptr<FileHold> held = HoldFile(lock);
     if (held == nullptr) continue;
-    std::error_code ignored;
     const bool hasSession = std::filesystem::exists(file, ignored);
     if (place.File.empty() || hasSession) place = {file, std::move(held)};
-    if (hasSession) break;
+    if (hasSession || wanted == Wanted::None) break;
   }
   return place;
+}
+
+}  // namespace
+
+SessionPlace TakeSessionPlace(const std::filesystem::path& folder) {
+  return TakePlace(folder, Wanted::SessionFirst);
+}
+
+SessionPlace TakeFreeSessionPlace(const std::filesystem::path& folder) {
+  return TakePlace(folder, Wanted::None);
 }
 
 std::optional<Fault> SaveSession(const std::filesystem::path& file, const Session& session,
@@ -258,7 +273,7 @@ std::optional<Fault> ForgetSession(const std::filesystem::path& file) {
   std::error_code failed;
   std::filesystem::remove(file, failed);
   if (!failed) return std::nullopt;
-  return Fault{kFaultPathAccess, "ForgetSession", TextFromPath(file) + ": " + failed.message(),
+  return Fault{FaultNumber(failed), "ForgetSession", TextFromPath(file) + ": " + failed.message(),
                TextFromPath(file.filename())};
 }
 

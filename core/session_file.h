@@ -28,6 +28,8 @@ struct SessionPlace {
 /// The first of VEXA.SES, VEXA2.SES... that no running program has, one with a session in it before
 /// one without.
 SessionPlace TakeSessionPlace(const std::filesystem::path& folder);
+/// The first that no running program has and that holds no session.
+SessionPlace TakeFreeSessionPlace(const std::filesystem::path& folder);
 
 struct Session {
   std::vector<std::string> Files{};        // UTF-8 paths, the current one first
@@ -58,7 +60,7 @@ SessionReading ReadSession(std::string_view text, std::string_view name);
                                                FileOps& ops = SystemFileOps());
 SessionReading LoadSession(const std::filesystem::path& file);
 
-/// Removes a session file: the program ends well, or the user does not want it back. Fault 75
+/// Removes a session file: the program ends well, or the user does not want it back. Faults
 /// when it cannot be removed; none when there is none.
 [[nodiscard]] std::optional<Fault> ForgetSession(const std::filesystem::path& file);
 

@@ -14,7 +14,8 @@ SourceText::SourceText(std::string name, std::string bytes)
     const std::size_t next = feed == std::string::npos ? bytes_.size() : feed + 1;
     std::size_t end = feed == std::string::npos ? bytes_.size() : feed;
     while (end > begin && bytes_[end - 1] == '\r') --end;
-    lines_.push_back({begin, end - begin});
+    lines_.push_back(
+        {static_cast<std::uint32_t>(begin), static_cast<std::uint32_t>(end - begin)});
     begin = next;
   }
 }

@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -38,9 +39,9 @@ class SourceText {
   int LineInFile(int number) const { return linesBefore_ + number; }
 
  private:
-  struct Span {
-    std::size_t Begin = 0;
-    std::size_t Length = 0;
+  struct Span {  // of a text of less than 4 GB
+    std::uint32_t Begin = 0;
+    std::uint32_t Length = 0;
   };
 
   std::string name_{};

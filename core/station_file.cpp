@@ -12,6 +12,7 @@
 #include "core/record_text.h"
 #include "core/source_text.h"
 #include "core/units.h"
+#include "core/user_file.h"
 
 namespace vexa {
 namespace {
@@ -85,62 +86,66 @@ class StationReader {
       : fields_(text, name), name_(name), linesBefore_(headerLines), into_(into) {}
 
   void Read() {
-    while (ReadRecord()) {
+    for (;;) {
+      const RecordReader::Place place = fields_.Where();
+      line_ = place.Line;
+      if (fields_.AtEnd()) return Note(StationTrouble::EndOfFile, "ends without the number 99999");
+      isUnread_ = false;
+      if (ReadRecord()) return;
+      if (!isUnread_) continue;
+      into_.List.AddUnread({.After = last_, .Text = std::string(fields_.SkipLine(place))});
     }
   }
 
  private:
-  void Note(StationTrouble kind, int line, std::string_view reason) {
+  void Note(StationTrouble kind, std::string_view reason) {
     if (into_.Finding.Kind != StationTrouble::None) return;
-    into_.Finding = {kind, number_, AtLine(name_, linesBefore_ + line, reason)};
+    into_.Finding = {kind, number_, AtLine(name_, linesBefore_ + line_, reason)};
   }
-
-  // Nothing more can be read: the text has ended, or a quote does not close.
-  bool Stop() {
-    if (fields_.AtEnd()) {
-      Note(StationTrouble::EndOfFile, fields_.Line(), "ends without the number 99999");
-    } else {
-      Note(StationTrouble::Format, fields_.Line(), "a quote is not closed or a comma is missing");
-    }
+  // The line is no station.
+  bool Leave(StationTrouble kind, std::string_view reason) {
+    Note(kind, reason);
+    isUnread_ = true;
     return false;
   }
 
-  // False at the end: at 99999, at the end of the text, and where the fields are out of step.
+  // True at the number 99999.
   bool ReadRecord() {
     const Outcome<RecordField> first = fields_.Next("the station number");
-    if (!first) return Stop();
-    const int line = first.Value().Line;
-    const std::optional<int> number = ParseWhole(first.Value().Text);
+    const std::optional<int> number = first ? ParseWhole(first.Value().Text) : std::nullopt;
     if (!number || *number > kEndOfStations) {
-      Note(StationTrouble::Format, line, "no station number stands where one should");
-      return false;
+      return Leave(StationTrouble::Format, "no station number stands where one should");
     }
-    const int previous = std::exchange(number_, *number);
-    if (number_ == kEndOfStations) return false;
-
+    number_ = *number;
+    if (number_ == kEndOfStations) {
+      into_.List.SetTrailer(std::string(fields_.Rest()));
+      return true;
+    }
     StationTexts texts{std::string(first.Value().Text)};
     for (std::size_t i = 1; i < texts.size(); ++i) {
       const Outcome<RecordField> field = fields_.Next("a field");
-      if (!field) return Stop();
+      if (!field && fields_.AtEnd()) return Leave(StationTrouble::EndOfFile, "ends in a record");
+      if (!field) {
+        return Leave(StationTrouble::Format, "a quote is not closed or a comma is missing");
+      }
       texts[i] = Trim(field.Value().Text);
     }
     const Complaint complaint = CheckRecordTexts(texts);
-    if (complaint.Kind != StationTrouble::None) {
-      Note(complaint.Kind, line, complaint.Reason);
-    } else if (number_ <= (isFirst_ ? -1 : previous)) {
-      Note(StationTrouble::Sequence, line, "the number does not rise");
-    }
-    isFirst_ = false;
-    if (complaint.Kind == StationTrouble::None) into_.List.Insert(UncheckedStation(texts));
-    return true;
+    if (complaint.Kind != StationTrouble::None) return Leave(complaint.Kind, complaint.Reason);
+    if (number_ <= last_) Note(StationTrouble::Sequence, "the number does not rise");
+    if (!into_.List.Insert(UncheckedStation(texts))) isUnread_ = true;
+    last_ = number_;
+    return false;
   }
 
   RecordReader fields_;
   std::string_view name_;
   int linesBefore_;
   StationReading& into_;
-  int number_ = 0;
-  bool isFirst_ = true;
+  int line_ = 1;     // of the record in work
+  int number_ = 0;   // read last
+  int last_ = -1;    // that of the last station
+  bool isUnread_ = false;
 };
 
 std::string Joined(std::initializer_list<std::string_view> lines) {
@@ -186,7 +191,17 @@ std::string WriteStations(const StationList& list) {
   RecordWriter records;
   std::string text;
   for (const std::string& line : list.Header()) text += line + "\r\n";
+  // Of a station that is gone, the lines stand behind the one before it.
+  std::vector<UnreadLine> unread = list.Unread();
+  std::ranges::stable_sort(unread, {}, &UnreadLine::After);
+  auto next = unread.begin();
+  const auto writeUnreadBefore = [&](int number) {
+    for (; next != unread.end() && next->After < number; ++next) {
+      records.Bare(next->Text).EndRecord();
+    }
+  };
   for (const Station& station : list.All()) {
+    writeUnreadBefore(station.Number);
     const StationTexts texts = TextsOf(station);
     for (int i = 0; i < kStationFields; ++i) {
       const std::string& field = texts[static_cast<std::size_t>(i)];
@@ -203,8 +218,9 @@ std::string WriteStations(const StationList& list) {
     }
     records.EndRecord();
   }
+  writeUnreadBefore(kEndOfStations);
   records.Number(kEndOfStations).EndRecord();
-  return text + records.Take();
+  return text + records.Take() + list.Trailer();
 }
 
 Box StationBox(const StationFinding& finding) {
@@ -224,6 +240,7 @@ Box StationBox(const StationFinding& finding) {
                        "          Placement of commas and Lat/Lon decimals are critical.",
                        "          Coordinates must be in Degrees & Minutes.", place});
   }
+  if (!finding.Detail.empty()) box.Text += '\n' + finding.Detail;
   return box;
 }
 
@@ -257,7 +274,10 @@ StationList KnownStations(const std::filesystem::path& root,
 
 std::optional<Fault> SaveStations(const std::filesystem::path& root, const StationList& list,
                                   FileOps& ops) {
-  return SaveFile(root / kStationFileName, WriteStations(list), ops);
+  return SaveUserFile(
+      root / kStationFileName, WriteStations(list),
+      [](std::string_view text) { return ReadStations(text, kStationFileName).Finding.Detail; },
+      ops);
 }
 
 bool FindStation(const StationList& list, int number, SoundingRecord& record) {
@@ -300,6 +320,8 @@ StationList ConvertStations(const StationList& list) {
     station.Lon = FromDegreesMinutes(station.Lon);
     converted.Insert(std::move(station));
   }
+  for (const UnreadLine& line : list.Unread()) converted.AddUnread(line);
+  converted.SetTrailer(list.Trailer());
   return converted;
 }
 

@@ -36,14 +36,15 @@ struct StationReading {
 
 /// Reads a locator file's text. Free lines head it up to the first that begins with a digit; among
 /// them must stand the two markers. What follows is read field by field up to the number 99999.
-/// After a fault in a record the reading goes on where it can, so that a lookup finds what it
-/// would have found in the file: the record itself is left out, of equal numbers the first stays.
+/// After a fault in a record the reading goes on with the next line; the line of the fault is kept
+/// in the list as it stands. Of equal numbers the first is the station.
 StationReading ReadStations(std::string_view text, std::string_view name);
 
-/// A list as the text of a locator file, positions with four decimals.
+/// A list as the text of a locator file, positions with four decimals, with the lines that are no
+/// stations where they stood.
 std::string WriteStations(const StationList& list);
 
-/// The warning that tells the user what is wrong with the locator file.
+/// The warning that tells the user what is wrong with the locator file, and where.
 Box StationBox(const StationFinding& finding);
 
 /// Start-up validation: reads the file of the root folder and tells the user of its first fault;
@@ -56,7 +57,7 @@ Status LoadStations(CurrentSounding& current, const std::filesystem::path& root,
 StationList KnownStations(const std::filesystem::path& root,
                           const std::filesystem::path& programFolder);
 
-/// Writes the list to the root folder.
+/// Writes the list to the root folder. Faults as of SaveUserFile.
 [[nodiscard]] std::optional<Fault> SaveStations(const std::filesystem::path& root,
                                                 const StationList& list,
                                                 FileOps& ops = SystemFileOps());

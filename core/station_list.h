@@ -5,12 +5,20 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "core/fault.h"
 #include "core/station.h"
 
 namespace vexa {
+
+/// A line of a locator file that is no station, kept for it.
+struct UnreadLine {
+  int After = -1;  // the station that stood before it; -1: none
+  std::string Text{};
+  bool operator==(const UnreadLine&) const = default;
+};
 
 class StationList {
  public:
@@ -38,9 +46,18 @@ class StationList {
   /// Puts a station that a file gave in its place; false when its number is taken.
   bool Insert(Station station);
 
+  /// What of the file is no station: lines that are not understood, in their order, and what stands
+  /// behind the end of the list. Writing the list writes them again.
+  const std::vector<UnreadLine>& Unread() const { return unread_; }
+  void AddUnread(UnreadLine line) { unread_.push_back(std::move(line)); }
+  const std::string& Trailer() const { return trailer_; }
+  void SetTrailer(std::string text) { trailer_ = std::move(text); }
+
   bool operator==(const StationList&) const = default;
 
  private:
+  std::vector<UnreadLine> unread_{};
+  std::string trailer_{};
   std::vector<std::string> header_;
   std::vector<Station> stations_{};  // by rising number
 };

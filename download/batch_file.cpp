@@ -4,6 +4,7 @@
 #include <iterator>
 #include <optional>
 
+#include "core/key_lines.h"
 #include "core/numbers.h"
 #include "core/source_text.h"
 
@@ -14,12 +15,6 @@ constexpr std::string_view kFormats[] = {"as received", "native"};
 constexpr std::string_view kFailing[] = {"skip", "next source", "stop"};
 constexpr std::string_view kSwitch[] = {"off", "on"};
 constexpr int kLongestDelayMin = 1440;
-
-std::string OneLine(std::string text) {
-  std::ranges::replace(text, '\n', ' ');
-  std::ranges::replace(text, '\r', ' ');
-  return text;
-}
 
 // Sets one of several by its word; false for any other word.
 template <class T, std::size_t count>
@@ -102,31 +97,20 @@ constexpr Row kRows[] = {
 
 }  // namespace
 
-Outcome<BatchSettings> ReadBatchSettings(std::string_view text, std::string_view name) {
-  const SourceText source{std::string(name), std::string(text)};
-  BatchSettings settings;
-  for (int number = 1; number <= source.LineCount(); ++number) {
-    const std::string_view line = Trim(source.Line(number));
-    if (line.empty() || line.starts_with('#')) continue;
-    const std::size_t sign = std::min(line.find('='), line.size());
-    const std::string_view key = Trim(line.substr(0, sign));
-    const std::string_view value = Trim(line.substr(std::min(sign + 1, line.size())));
-    const auto* row = std::ranges::find(kRows, key, &Row::Key);
-    if (row == std::end(kRows) || !row->Read(value, settings)) {
-      return Fault{kFaultEndOfFile, "ReadBatchSettings",
-                   AtLine(name, number, '"' + std::string(line) + "\" is not understood"),
-                   std::string(name)};
-    }
+BatchReading ReadBatchSettings(std::string_view text, std::string_view name) {
+  BatchReading reading;
+  for (const KeyLines::Entry& entry : KeyLines(text).Entries()) {
+    const auto* row = std::ranges::find(kRows, entry.Key, &Row::Key);
+    if (row != std::end(kRows) && row->Read(entry.Value, reading.Settings)) continue;
+    reading.Notes.push_back(AtLine(name, entry.Line, '"' + entry.Whole + "\" is not understood"));
   }
-  return settings;
+  return reading;
 }
 
-std::string WriteBatchSettings(const BatchSettings& settings) {
-  std::string text = "# What the batch window was last set to.\n";
-  for (const Row& row : kRows) {
-    text += std::string(row.Key) + " = " + OneLine(row.Write(settings)) + '\n';
-  }
-  return text;
+std::string WriteBatchSettings(const BatchSettings& settings, std::string_view before) {
+  KeyLines lines(before.empty() ? "# What the batch window was last set to.\n" : before);
+  for (const Row& row : kRows) lines.Set(row.Key, row.Write(settings));
+  return lines.Text();
 }
 
 }  // namespace vexa::download

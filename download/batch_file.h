@@ -28,11 +28,18 @@ struct BatchSettings {
   bool operator==(const BatchSettings&) const = default;
 };
 
-/// Reads the text of the file; what it does not name keeps its default. Fault 62 with
-/// "NAME, line 3: reason" for an unknown key or value.
-Outcome<BatchSettings> ReadBatchSettings(std::string_view text, std::string_view name);
+struct BatchReading {
+  BatchSettings Settings{};
+  std::vector<std::string> Notes{};  // "NAME, line 3: reason" of what was not understood
+};
+
+/// Reads the text of the file; what it does not name, or not in a way that is understood, keeps its
+/// default.
+BatchReading ReadBatchSettings(std::string_view text, std::string_view name);
 
 /// The settings as text; reading it gives them again. Line ends inside a field become blanks.
-std::string WriteBatchSettings(const BatchSettings& settings);
+///
+/// before  the text that the file holds, whose other lines stay
+std::string WriteBatchSettings(const BatchSettings& settings, std::string_view before = {});
 
 }  // namespace vexa::download

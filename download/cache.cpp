@@ -105,7 +105,7 @@ std::optional<Fault> Cache::Store(const std::string& address, const std::string&
   }
   std::error_code failed;
   fs::create_directories(folder_, failed);
-  if (failed) return Fault{kFaultPathAccess, "Store", TextFromPath(folder_)};
+  if (failed) return Fault{FaultNumber(failed), "Store", TextFromPath(folder_)};
   const auto number = [](std::int64_t value) { return std::to_string(value); };
   return SaveFile(PathOf(address),
                   std::string(kMark) + number(until.time_since_epoch().count()) + '\n' + address +
@@ -123,6 +123,7 @@ void Cache::Sweep(Instant now) const {
     if (!kept || kept->Until <= now) old.push_back(at->path());
   }
   for (const fs::path& path : old) fs::remove(path, failed);
+  RemoveLeftovers(folder_);
 }
 
 }  // namespace vexa::download

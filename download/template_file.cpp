@@ -52,80 +52,74 @@ std::string HoursObjection(const std::string& hours) {
   return words == known ? std::string() : "the hours are not two figures each, 00 to 23";
 }
 
-// What is wrong with a source as a whole; empty when nothing is.
-std::string Objection(const Source& source) {
-  if (source.Address.empty()) return "the source has no address";
-  const Outcome<std::string> address = AddressOf(source, AnyRequest());
-  if (!address) return address.Error().Detail;
-  return HoursObjection(source.Hours);
-}
-
 class Reader {
  public:
   Reader(std::string_view text, std::string_view name)
       : text_(std::string(name), std::string(text)) {}
 
-  Outcome<SourceList> Read() {
-    for (line_ = 1; line_ <= text_.LineCount(); ++line_) {
-      if (std::string reason = ReadLine(text_.Line(line_)); !reason.empty())
-        return At(line_, reason);
-    }
-    if (std::string reason = EndSource(); !reason.empty()) return At(firstLine_, reason);
+  SourceList Read() {
+    for (line_ = 1; line_ <= text_.LineCount(); ++line_) ReadLine(text_.Line(line_));
+    EndSource();
     return std::move(list_);
   }
 
  private:
-  std::string ReadLine(std::string_view raw) {
+  void ReadLine(std::string_view raw) {
     const std::string_view line = Trim(raw);
     if (line.starts_with('[')) return BeginSource(line);
-    if (!isInSource_) {
+    if (firstLine_ == 0) {
       list_.Header.emplace_back(raw);
-      return {};
+      return;
     }
-    if (line.empty() || line.starts_with('#')) return {};
+    if (line.empty() || line.starts_with('#')) return;
     const std::size_t sign = line.find('=');
     const std::string_view key = Trim(line.substr(0, sign));
     const auto* row = std::ranges::find_if(
         kFields, [key](const FieldRow& field) { return IsSame(field.Key, key); });
     if (sign == std::string_view::npos || row == std::end(kFields)) {
-      return "neither \"address =\", \"hours =\" nor \"note =\"";
+      return Note(line_, "neither \"address =\", \"hours =\" nor \"note =\"");
     }
-    std::string& field = list_.Sources.back().*row->Field;
-    if (!field.empty()) return std::string(row->Key) + " is given twice";
+    std::string& field = source_.*row->Field;
+    if (!field.empty()) return Note(line_, std::string(row->Key) + " is given twice");
     field = Trim(line.substr(sign + 1));
-    return {};
+    if (row->Field != &Source::Hours) return;
+    if (std::string reason = HoursObjection(field); !reason.empty()) {
+      Note(line_, reason);
+      field.clear();
+    }
   }
 
-  std::string BeginSource(std::string_view line) {
-    if (std::string reason = EndSource(); !reason.empty()) {
-      line_ = firstLine_;
-      return reason;
-    }
-    if (!line.ends_with(']')) return "the name of the source has no closing bracket";
+  // The heading of a source that is left out heads the lines up to the next.
+  void BeginSource(std::string_view line) {
+    EndSource();
+    firstLine_ = line_;
+    source_ = {};
+    if (!line.ends_with(']')) return Note(line_, "the name of the source has no closing bracket");
     const std::string_view name = Trim(line.substr(1, line.size() - 2));
-    if (name.empty()) return "the source has no name";
+    if (name.empty()) return Note(line_, "the source has no name");
     const bool isTaken = std::ranges::any_of(
         list_.Sources, [name](const Source& source) { return IsSame(source.Name, name); });
-    if (isTaken) return "there is another source of this name";
-    list_.Sources.push_back({.Name = std::string(name)});
-    isInSource_ = true;
-    firstLine_ = line_;
-    return {};
+    if (isTaken) return Note(line_, "there is another source of this name");
+    source_.Name = name;
   }
 
-  std::string EndSource() const {
-    return isInSource_ ? Objection(list_.Sources.back()) : std::string();
+  void EndSource() {
+    if (source_.Name.empty()) return;
+    if (source_.Address.empty()) return Note(firstLine_, "the source has no address");
+    const Outcome<std::string> address = AddressOf(source_, AnyRequest());
+    if (!address) return Note(firstLine_, address.Error().Detail);
+    list_.Sources.push_back(std::move(source_));
   }
 
-  Fault At(int line, const std::string& reason) const {
-    return Fault{kFaultEndOfFile, "ReadSources", AtLine(text_.Name(), line, reason), text_.Name()};
+  void Note(int line, std::string_view reason) {
+    list_.Notes.push_back(AtLine(text_.Name(), line, reason));
   }
 
   SourceText text_;
   SourceList list_{};
+  Source source_{};  // being read; without a name it is left out
   int line_ = 0;
-  int firstLine_ = 0;  // of the source being read
-  bool isInSource_ = false;
+  int firstLine_ = 0;  // of the source being read; 0: none was begun
 };
 
 std::string OneLine(std::string text) {
@@ -149,7 +143,7 @@ const Source* SourceList::Find(std::string_view name) const {
   return found == 1 ? beginning : nullptr;
 }
 
-Outcome<SourceList> ReadSources(std::string_view text, std::string_view name) {
+SourceList ReadSources(std::string_view text, std::string_view name) {
   return Reader(text, name).Read();
 }
 

@@ -20,6 +20,7 @@ inline constexpr std::string_view kSourcesFileName = "VEXA.URL";
 struct SourceList {
   std::vector<std::string> Header{};  // lines ahead of the first source
   std::vector<Source> Sources{};
+  std::vector<std::string> Notes{};  // "NAME, line 7: reason" of what was left out
   bool operator==(const SourceList&) const = default;
 
   /// By name, capitals or not; when none has it whole, the only one whose name begins with it. Null
@@ -27,9 +28,9 @@ struct SourceList {
   const Source* Find(std::string_view name) const;
 };
 
-/// Reads the text of the file. Fault 62 with "NAME, line 7: reason" for a line that is none of the
-/// above, a source without address or named twice, and an address whose tokens are not known.
-Outcome<SourceList> ReadSources(std::string_view text, std::string_view name);
+/// Reads the text of the file. Left out are lines that are none of the above, hours that are none,
+/// and sources without an address, with tokens that are not known, or of a name that another has.
+SourceList ReadSources(std::string_view text, std::string_view name);
 
 /// The list as text; reading it gives the list again. Line ends inside a field become blanks.
 std::string WriteSources(const SourceList& list);

@@ -6,6 +6,7 @@
 
 #include "core/files.h"
 #include "core/numbers.h"
+#include "core/user_file.h"
 
 namespace vexa::hodograph {
 namespace {
@@ -13,13 +14,30 @@ namespace {
 constexpr std::string_view kUnused = "empty";
 constexpr std::string_view kLineEnd = "\r\n";
 
-std::optional<Fault> SaveCalculation(const std::filesystem::path& root, std::string_view name,
-                                     std::string_view text) {
+std::optional<Fault> MakeFolder(const std::filesystem::path& root) {
   const std::filesystem::path folder = root / kCalculationsFolder;
   std::error_code error;
   std::filesystem::create_directories(folder, error);
-  if (error) return Fault{kFaultPathAccess, "SaveCalculation", TextFromPath(folder)};
-  return SaveFile(folder / name, text);
+  if (error) {
+    return Fault{FaultNumber(error), "SaveCalculation",
+                 TextFromPath(folder) + ": " + error.message()};
+  }
+  return std::nullopt;
+}
+
+std::optional<Fault> SaveCalculation(const std::filesystem::path& root, std::string_view name,
+                                     std::string_view text) {
+  if (auto fault = MakeFolder(root)) return fault;
+  return SaveFile(root / kCalculationsFolder / name, text);
+}
+
+std::optional<Fault> SaveSlot(const std::filesystem::path& root, int slot, std::string_view text) {
+  if (auto fault = MakeFolder(root)) return fault;
+  return SaveUserFile(root / kCalculationsFolder / ComparisonFile(slot), text,
+                      [slot](std::string_view before) {
+                        const auto read = ParseComparison(before, slot);
+                        return read ? std::string() : read.Error().Detail;
+                      });
 }
 
 std::string_view TakeLine(std::string_view& text) {
@@ -89,11 +107,11 @@ Outcome<std::optional<ComparedWinds>> ParseComparison(std::string_view text, int
 
 std::optional<Fault> KeepComparison(const std::filesystem::path& root, int slot,
                                     const SoundingRecord& sounding) {
-  return SaveCalculation(root, ComparisonFile(slot), ComparisonText(sounding));
+  return SaveSlot(root, slot, ComparisonText(sounding));
 }
 
 std::optional<Fault> EmptyComparison(const std::filesystem::path& root, int slot) {
-  return SaveCalculation(root, ComparisonFile(slot), EmptyComparisonText());
+  return SaveSlot(root, slot, EmptyComparisonText());
 }
 
 std::vector<ComparedWinds> LoadComparisons(const std::filesystem::path& root,

@@ -38,7 +38,7 @@ std::string EmptyComparisonText();
 /// Reads such a text; nothing for an unused slot. Fault 1209 names the line that is no wind.
 Outcome<std::optional<ComparedWinds>> ParseComparison(std::string_view text, int slot);
 
-/// Keeps a sounding's winds in a slot, or empties it. Faults as of SaveFile.
+/// Keeps a sounding's winds in a slot, or empties it. Faults as of SaveUserFile.
 [[nodiscard]] std::optional<Fault> KeepComparison(const std::filesystem::path& root, int slot,
                                                   const SoundingRecord& sounding);
 [[nodiscard]] std::optional<Fault> EmptyComparison(const std::filesystem::path& root, int slot);

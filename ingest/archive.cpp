@@ -30,10 +30,18 @@ Fault In(const std::string& name, Fault fault) {
   return fault;
 }
 
-// What can be unpacked; the first fault where nothing can.
+// The lines of a text are remembered each by its place.
+std::optional<Fault> TooManyLines(const std::string& name, std::string_view bytes) {
+  constexpr std::ptrdiff_t kMostLines = 8'000'000;  // the longest archive of a station has half
+  if (std::ranges::count(bytes, '\n') <= kMostLines) return std::nullopt;
+  return Fault{kFaultFormat, "ReadSource", name + ": more lines than any sounding", name};
+}
+
+// What can be unpacked; the first fault where nothing can, and where the room is used up.
 std::optional<Fault> AddTexts(const std::string& name, const std::string& bytes, int depth,
-                              std::vector<SourceText>& texts, std::vector<std::string>& notes) {
-  Outcome<std::vector<PackedFile>> files = Unpack(bytes);
+                              UnpackRoom& room, std::vector<SourceText>& texts,
+                              std::vector<std::string>& notes) {
+  Outcome<std::vector<PackedFile>> files = Unpack(bytes, room);
   if (!files) return In(name, files.Error());
   std::optional<Fault> first;
   const std::size_t before = texts.size();
@@ -42,8 +50,10 @@ std::optional<Fault> AddTexts(const std::string& name, const std::string& bytes,
     std::optional<Fault> fault;
     if (!file.Trouble.empty()) fault = Fault{kFaultEndOfFile, "Unpack", file.Trouble};
     if (!fault && depth < kDeepest && IsPacked(file.Bytes)) {
-      fault = AddTexts(inside, file.Bytes, depth + 1, texts, notes);
-    } else if (!fault) {
+      fault = AddTexts(inside, file.Bytes, depth + 1, room, texts, notes);
+      if (room.IsUsedUp) return fault;
+      file.Bytes = {};
+    } else if (!fault && !(fault = TooManyLines(inside, file.Bytes))) {
       texts.emplace_back(inside, std::move(file.Bytes));
       texts.back().SetWrittenOn(file.WrittenOn);
     }
@@ -54,11 +64,21 @@ std::optional<Fault> AddTexts(const std::string& name, const std::string& bytes,
   return texts.size() == before ? first : std::nullopt;
 }
 
-// Bulletins of the same date make one text, with room between the reports.
+// Bulletins of the same date make one text.
 bool ReadsOn(const Decoder* before, const SourceText& text, const Decoder& decoder,
              const SourceText& next) {
   return before == &decoder && decoder.IsInParts &&
          DateInName(text.Name()) == DateInName(next.Name()) && text.WrittenOn() == next.WrittenOn();
+}
+
+// With room between the reports.
+SourceText Joined(std::vector<SourceText> parts) {
+  if (parts.size() == 1) return std::move(parts.front());
+  std::string bytes;
+  for (const SourceText& part : parts) bytes += (bytes.empty() ? "" : "\r\n") + part.Bytes();
+  SourceText whole(parts.front().Name(), std::move(bytes));
+  whole.SetWrittenOn(parts.front().WrittenOn());
+  return whole;
 }
 
 std::optional<std::chrono::sys_days> DayWritten(const std::filesystem::path& path) {
@@ -108,7 +128,10 @@ std::vector<int> HeldBy(const SourceText& archive) {
 
 SourceText MakeArchive(const std::string& name, std::vector<SourceText> texts,
                        std::vector<std::string>& notes) {
-  std::vector<SourceText> known;
+  std::vector<SourceText> known, parts;
+  const auto endText = [&] {
+    if (!parts.empty()) known.push_back(Joined(std::exchange(parts, {})));
+  };
   std::vector<std::string> leftOut;
   const Decoder* before = nullptr;
   for (SourceText& text : texts) {
@@ -117,15 +140,11 @@ SourceText MakeArchive(const std::string& name, std::vector<SourceText> texts,
       leftOut.push_back(text.Name());
       continue;
     }
-    if (!known.empty() && ReadsOn(before, known.back(), *decoder, text)) {
-      SourceText both(known.back().Name(), known.back().Bytes() + "\r\n" + text.Bytes());
-      both.SetWrittenOn(known.back().WrittenOn());
-      known.back() = std::move(both);
-    } else {
-      known.push_back(std::move(text));
-    }
+    if (!parts.empty() && !ReadsOn(before, parts.front(), *decoder, text)) endText();
+    parts.push_back(std::move(text));
     before = decoder;
   }
+  endText();
   if (known.empty()) return std::move(texts.front());
   NoteLeftOut(leftOut, notes);
   if (known.size() == 1) return std::move(known.front());
@@ -143,9 +162,13 @@ Outcome<SourceText> ReadSource(const std::filesystem::path& path, std::vector<st
 
 Outcome<SourceText> ReadSource(const std::string& name, std::string bytes,
                                std::vector<std::string>& notes) {
-  if (!IsPacked(bytes)) return SourceText(name, std::move(bytes));
+  if (!IsPacked(bytes)) {
+    if (auto fault = TooManyLines(name, bytes)) return *fault;
+    return SourceText(name, std::move(bytes));
+  }
   std::vector<SourceText> texts;
-  if (auto fault = AddTexts(name, bytes, 1, texts, notes)) return *fault;
+  UnpackRoom room;
+  if (auto fault = AddTexts(name, bytes, 1, room, texts, notes)) return *fault;
   if (texts.empty()) {
     return Fault{kFaultEndOfFile, "ReadSource", name + ": the archive is empty", name};
   }

@@ -1,7 +1,6 @@
 #include "ingest/coded_mandatory.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <span>
 

@@ -154,10 +154,62 @@ std::vector<int> WholeNumbersIn(std::string_view text) {
   return numbers;
 }
 
+namespace {
+
+// The minutes that a time of day is ahead of UTC by what stands behind it: "+05:30", "-03" or
+// "+0530". 0 for anything else, empty for an offset that no clock has.
+std::optional<int> OffsetMinutes(std::string_view behind) {
+  constexpr std::string_view kMinusSign = "\xE2\x88\x92";
+  const bool isBehind = behind.starts_with('-') || behind.starts_with(kMinusSign);
+  if (!isBehind && !behind.starts_with('+')) return 0;
+  behind.remove_prefix(behind.starts_with(kMinusSign) ? kMinusSign.size() : 1);
+  std::string figures(behind);
+  if (figures.size() == 5 && figures[2] == ':') figures.erase(2, 1);
+  if (!AllDigits(figures) || (figures.size() != 2 && figures.size() != 4)) return 0;
+  const int hours = Digits(figures.substr(0, 2));
+  const int minutes = figures.size() == 4 ? Digits(figures.substr(2)) : 0;
+  constexpr int kFarthest = 14, kMinutes = 60;  // hours; Kiribati
+  if (hours > kFarthest || minutes >= kMinutes) return std::nullopt;
+  const int ahead = hours * kMinutes + minutes;
+  return isBehind ? -ahead : ahead;
+}
+
+ObservationTime Earlier(const ObservationTime& time, std::chrono::minutes by) {
+  using namespace std::chrono;
+  const sys_days day{year_month_day{year(time.Year), month(static_cast<unsigned>(time.Month)),
+                                    std::chrono::day(static_cast<unsigned>(time.Day))}};
+  const auto at = day + hours(time.Hour) + minutes(time.Minute) - by;
+  const sys_days dayOf = floor<days>(at);
+  const year_month_day date{dayOf};
+  ObservationTime earlier = time;
+  earlier.Year = static_cast<int>(date.year());
+  earlier.Month = static_cast<int>(static_cast<unsigned>(date.month()));
+  earlier.Day = static_cast<int>(static_cast<unsigned>(date.day()));
+  earlier.Hour = static_cast<int>((at - dayOf) / hours(1));
+  earlier.Minute = static_cast<int>((at - dayOf) / minutes(1)) % 60;
+  return earlier;
+}
+
+}  // namespace
+
 std::optional<ObservationTime> ParseIsoTime(std::string_view text) {
-  const std::vector<int> parts = WholeNumbersIn(text);
+  std::vector<int> parts = WholeNumbersIn(text);
   if (parts.size() < 4) return std::nullopt;
-  return MakeTime(parts[0], parts[1], parts[2], parts[3], parts.size() > 4 ? parts[4] : 0);
+  // Behind the fourth number and what belongs to it, "12:00:00.0".
+  constexpr std::string_view kFigures = "0123456789", kOfTheClock = "0123456789:.";
+  std::size_t at = 0;
+  for (int number = 1; number < 4; ++number) {
+    at = text.find_first_not_of(kFigures, text.find_first_of(kFigures, at));
+  }
+  const std::size_t hour = text.find_first_of(kFigures, at);
+  const std::size_t end = std::min(text.find_first_not_of(kOfTheClock, hour), text.size());
+  const std::optional<int> ahead = OffsetMinutes(Trim(text.substr(end)));
+  if (!ahead) return std::nullopt;
+  const bool hasMinutes = text.substr(hour, end - hour).find(':') != std::string_view::npos;
+  if (*ahead != 0 && !hasMinutes) parts.resize(4);  // the next number is the offset's
+  const auto time =
+      MakeTime(parts[0], parts[1], parts[2], parts[3], parts.size() > 4 ? parts[4] : 0);
+  return time && *ahead != 0 ? Earlier(*time, std::chrono::minutes(*ahead)) : time;
 }
 
 namespace {

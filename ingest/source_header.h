@@ -39,7 +39,8 @@ std::vector<int> WholeNumbersIn(std::string_view text);
 /// does.
 ObservationTime TimeInTitle(std::string_view title);
 
-/// "1999-05-04 00:00:00" or "1999-05-04T00:00Z": year, month, day, hour, minute in this order.
+/// "1999-05-04 00:00:00", "1999-05-04T00:00Z" or "1999-05-04T05:30+05:30": year, month, day, hour,
+/// minute in this order; an offset behind them is taken off, so that the time is UTC.
 std::optional<ObservationTime> ParseIsoTime(std::string_view text);
 
 /// The date "20220713" of a file's name.

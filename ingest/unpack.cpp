@@ -1,46 +1,31 @@
 #include "ingest/unpack.h"
 
 #include <zip.h>
-#include <zlib.h>
 
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <utility>
+
+#include "core/gzip.h"
+#include "core/numbers.h"
 
 namespace vexa::ingest {
 namespace {
 
-constexpr std::string_view kGzip = "\x1f\x8b";
 constexpr std::string_view kZipEntry = "PK\x03\x04";
-constexpr std::size_t kMostBytes = std::size_t{512} << 20;
-constexpr int kWithGzipHeader = MAX_WBITS + 16;
 
 Fault Damaged(std::string_view reason) {
   return Fault{kFaultEndOfFile, "Unpack", "the archive " + std::string(reason)};
 }
 
-// One gzip stream at the front of the bytes, which lose it.
-Outcome<std::string> Inflate(std::string_view& bytes) {
-  if (bytes.size() > kMostBytes) return Damaged("is too large");
-  z_stream stream{};
-  if (inflateInit2(&stream, kWithGzipHeader) != Z_OK) return Damaged("cannot be unpacked");
-  // The library promises not to write to its input.
-  stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(bytes.data()));
-  stream.avail_in = static_cast<uInt>(bytes.size());
-  std::string unpacked;
-  std::string piece(std::size_t{1} << 16, '\0');
-  int state = Z_OK;
-  while (state == Z_OK && unpacked.size() <= kMostBytes) {
-    stream.next_out = reinterpret_cast<Bytef*>(piece.data());
-    stream.avail_out = static_cast<uInt>(piece.size());
-    state = inflate(&stream, Z_NO_FLUSH);
-    unpacked.append(piece, 0, piece.size() - stream.avail_out);
-  }
-  bytes.remove_prefix(bytes.size() - stream.avail_in);
-  inflateEnd(&stream);
-  if (unpacked.size() > kMostBytes) return Damaged("holds more than 512 MB");
-  if (state != Z_STREAM_END) return Damaged("is damaged or cut off");
-  return unpacked;
+std::string TooMuch() {
+  return "holds more than " + Shortest(static_cast<int>(UnpackRoom{}.Bytes >> 20)) + " MB";
+}
+
+Fault UsedUp(UnpackRoom& room, std::string_view reason) {
+  room.IsUsedUp = true;
+  return Damaged(reason);
 }
 
 std::optional<std::chrono::sys_days> DayOf(std::int64_t seconds) {
@@ -59,16 +44,17 @@ std::int64_t GzipTime(std::string_view bytes) {
   return seconds;
 }
 
-Outcome<std::vector<PackedFile>> UnpackGzip(std::string_view bytes) {
+Outcome<std::vector<PackedFile>> UnpackGzip(std::string_view bytes, UnpackRoom& room) {
+  if (--room.Files < 0) return UsedUp(room, "holds too many files");
+  Gunzipped unpacked = Gunzip(bytes, room.Bytes);
+  if (unpacked.End == GzipEnd::TooLarge) return UsedUp(room, TooMuch());
+  room.Bytes -= unpacked.Bytes;
+  if (unpacked.End == GzipEnd::Damaged) return Damaged("is damaged or cut off");
   PackedFile file{.WrittenOn = DayOf(GzipTime(bytes))};
-  // Streams may follow each other; what else follows is padding.
-  while (bytes.starts_with(kGzip)) {
-    Outcome<std::string> part = Inflate(bytes);
-    if (!part) return part.Error();
-    file.Bytes += part.Value();
-    if (file.Bytes.size() > kMostBytes) return Damaged("holds more than 512 MB");
-  }
-  return std::vector<PackedFile>{std::move(file)};
+  file.Bytes = std::move(unpacked.Text);
+  std::vector<PackedFile> files;
+  files.push_back(std::move(file));
+  return files;
 }
 
 struct ZipEnd {
@@ -105,21 +91,25 @@ Fault ZipFault(const zip_error_t& error) {
   }
 }
 
-Outcome<std::string> UnpackEntry(zip_t& archive, zip_uint64_t index, std::size_t most) {
+// A file of as many bytes as the archive says.
+Outcome<std::string> UnpackEntry(zip_t& archive, zip_uint64_t index, std::size_t size) {
   const ZipFile file(zip_fopen_index(&archive, index, 0));
   if (!file) return ZipFault(*zip_get_error(&archive));
   std::string unpacked;
+  unpacked.reserve(size);
   std::string piece(std::size_t{1} << 16, '\0');
   for (;;) {
     const zip_int64_t count = zip_fread(file.get(), piece.data(), piece.size());
     if (count < 0) return ZipFault(*zip_file_get_error(file.get()));
-    if (count == 0) return unpacked;
+    if (count == 0 && unpacked.size() == size) return unpacked;
+    if (count == 0 || unpacked.size() + static_cast<std::size_t>(count) > size) {
+      return Damaged("is damaged or cut off");
+    }
     unpacked.append(piece, 0, static_cast<std::size_t>(count));
-    if (unpacked.size() > most) return Damaged("holds more than 512 MB");
   }
 }
 
-Outcome<std::vector<PackedFile>> UnpackZip(std::string_view bytes) {
+Outcome<std::vector<PackedFile>> UnpackZip(std::string_view bytes, UnpackRoom& room) {
   zip_error_t error;
   zip_error_init(&error);
   ZipSource source(zip_source_buffer_create(bytes.data(), bytes.size(), 0, &error));
@@ -128,20 +118,29 @@ Outcome<std::vector<PackedFile>> UnpackZip(std::string_view bytes) {
   if (!archive) return ZipFault(error);
   static_cast<void>(source.release());  // belongs to the archive now
   std::vector<PackedFile> files;
-  std::size_t left = kMostBytes;
-  for (zip_int64_t i = 0; i < zip_get_num_entries(archive.get(), 0); ++i) {
+  const zip_int64_t entries = zip_get_num_entries(archive.get(), 0);
+  if (entries > room.Files) return UsedUp(room, "holds too many files");
+  room.Files -= static_cast<int>(entries);
+  for (zip_int64_t i = 0; i < entries; ++i) {
     const auto index = static_cast<zip_uint64_t>(i);
     zip_stat_t about;
     if (zip_stat_index(archive.get(), index, 0, &about) != 0) {
       return ZipFault(*zip_get_error(archive.get()));
     }
-    if ((about.valid & ZIP_STAT_NAME) == 0) return Damaged("is damaged or cut off");
+    constexpr zip_uint64_t kNeeded = ZIP_STAT_NAME | ZIP_STAT_SIZE;
+    if ((about.valid & kNeeded) != kNeeded) return Damaged("is damaged or cut off");
     PackedFile file{.Name = about.name};
     if (file.Name.ends_with('/')) continue;  // a folder
     if ((about.valid & ZIP_STAT_MTIME) != 0) file.WrittenOn = DayOf(about.mtime);
-    Outcome<std::string> unpacked = UnpackEntry(*archive, index, left);
+    if (about.size > room.Bytes) {
+      file.Trouble = Damaged(TooMuch()).Detail;
+      files.push_back(std::move(file));
+      continue;
+    }
+    room.Bytes -= static_cast<std::size_t>(about.size);
+    Outcome<std::string> unpacked =
+        UnpackEntry(*archive, index, static_cast<std::size_t>(about.size));
     if (unpacked) {
-      left -= unpacked.Value().size();
       file.Bytes = std::move(unpacked.Value());
     } else {
       file.Trouble = unpacked.Error().Detail;
@@ -154,12 +153,12 @@ Outcome<std::vector<PackedFile>> UnpackZip(std::string_view bytes) {
 }  // namespace
 
 bool IsPacked(std::string_view bytes) {
-  return bytes.starts_with(kGzip) || bytes.starts_with(kZipEntry);
+  return bytes.starts_with(kGzipMark) || bytes.starts_with(kZipEntry);
 }
 
-Outcome<std::vector<PackedFile>> Unpack(std::string_view bytes) {
-  if (bytes.starts_with(kGzip)) return UnpackGzip(bytes);
-  if (bytes.starts_with(kZipEntry)) return UnpackZip(bytes);
+Outcome<std::vector<PackedFile>> Unpack(std::string_view bytes, UnpackRoom& room) {
+  if (bytes.starts_with(kGzipMark)) return UnpackGzip(bytes, room);
+  if (bytes.starts_with(kZipEntry)) return UnpackZip(bytes, room);
   return Damaged("is of no known kind");
 }
 

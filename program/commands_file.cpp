@@ -227,7 +227,7 @@ Changes LoadText(Program& program, const std::string& text) {
 
 Changes OpenRecentFile(Program& program, std::size_t number) {
   const std::string file = program.Settings.Window.RecentFiles[number - 1];
-  return file.empty() ? Changes{} : LoadFirst(program, {PathFromText(file)});
+  return file.empty() ? Changes{} : LoadFirst(program, {PathFromSetting(file)});
 }
 
 bool IsAutoLoaded(const Program& program) {

@@ -50,8 +50,8 @@ void LoadSevereTable(Program& program) {
   const Outcome<analysis::SevereTable> table = analysis::RestoreTable(path);
   if (table) {
     program.Severe = table.Value();
-  } else if (program.Current.Ask != nullptr) {
-    program.Current.Ask->Status(table.Error().Detail);
+  } else {
+    program.Notices.push_back(table.Error().Detail + '.');
   }
 }
 

@@ -115,6 +115,21 @@ std::filesystem::path RejectPath(const std::filesystem::path& output) {
          PathFromText(std::string(kRejectPrefix) + TextFromPath(output.filename()));
 }
 
+// Refuses outputs that are among the files to read.
+std::optional<Fault> NoInput(const ExportRequest& request,
+                             std::initializer_list<std::filesystem::path> outputs) {
+  for (const std::filesystem::path& output : outputs) {
+    for (const std::string& file : request.Files) {
+      std::error_code failed;  // of what does not exist, neither is the other
+      if (!std::filesystem::equivalent(PathFromText(file), output, failed)) continue;
+      return Fault{kFaultBadFileName, "ExportBatch",
+                   TextFromPath(output) + " is a file to read and would be lost",
+                   TextFromPath(output)};
+    }
+  }
+  return std::nullopt;
+}
+
 }  // namespace
 
 Outcome<ExportRange> ParseExportRange(std::string_view first, std::string_view last, int count) {
@@ -133,11 +148,13 @@ Outcome<ExportRange> ParseExportRange(std::string_view first, std::string_view l
   return ExportRange{*from, *to};
 }
 
-ExportReport ExportBatch(const ExportRequest& request, const Options& options, Progress progress,
+ExportReport ExportBatch(const ExportRequest& request, const Options& given, Progress progress,
                          const OnReject& onReject, FileOps& ops) {
+  const Options options = given;  // the window's may change while it works
   ExportReport report;
   const DumpOptions& dump = options.System.Dump;
   const std::filesystem::path rejectPath = RejectPath(request.Output);
+  if ((report.Failed = NoInput(request, {request.Output, rejectPath}))) return report;
   AtomicFile file(request.Output, ops);
   std::optional<AtomicFile> rejects;
   output::DumpSummary summary{.FileName = TextFromPath(request.Output.filename())};

@@ -59,7 +59,8 @@ using OnReject = std::function<void(const std::string& file, const Fault& fault)
 
 /// Carries out an export. Files that cannot be read, and soundings that the check of the data
 /// finds fault with, are named in a file "BAD_" + output beside the output. Without any sounding
-/// nothing is written.
+/// nothing is written, nor where one of these is a file to read. All of it is done with the options
+/// as they are at the beginning.
 ExportReport ExportBatch(const ExportRequest& request, const Options& options,
                          Progress progress = {}, const OnReject& onReject = {},
                          FileOps& ops = SystemFileOps());

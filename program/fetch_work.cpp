@@ -222,13 +222,27 @@ std::string NumberIn(const FetchResult& result, const Request& request) {
   return "  (sounding " + Shortest(asked.Value() + 1) + " of the file)";
 }
 
+// Another name for a file that keeps what it has: "72357_1999050400-2.txt", or one that holds these
+// bytes already.
+fs::path BesideOf(const fs::path& path, const std::string& bytes) {
+  constexpr int kMostNames = 1000;
+  for (int i = 2; i < kMostNames; ++i) {
+    fs::path name = path.parent_path() / path.stem();
+    name += "-" + Shortest(i);
+    name += path.extension();
+    const Outcome<std::string> there = ReadFile(name);
+    if (there ? there.Value() == bytes : there.Error().Number == kFaultFileNotFound) return name;
+  }
+  return path;
+}
+
 }  // namespace
 
 Outcome<std::string> FetchWork::Save(const BatchPlan& plan, const Request& request,
                                      const FetchResult& result) {
   const bool isNative = plan.Format == BatchFormat::Native;
   const fs::path folder = PathFromText(plan.Folder);
-  const fs::path path = folder / PathFromText(FileStem(request) + (isNative ? ".RAW" : ".txt"));
+  fs::path path = folder / PathFromText(FileStem(request) + (isNative ? ".RAW" : ".txt"));
   Outcome<std::string> bytes =
       isNative ? NativeOf(result.Got.Body, Completed(request, stations_), stations_)
                : Outcome<std::string>(result.Got.Body);
@@ -236,7 +250,15 @@ Outcome<std::string> FetchWork::Save(const BatchPlan& plan, const Request& reque
   if (bytes) {
     std::error_code ignored;  // saving tells of it
     if (!folder.empty()) fs::create_directories(folder, ignored);
-    fault = SaveFile(path, bytes.Value());
+    const Outcome<std::string> there = ReadFile(path);
+    const bool isOther = fs::exists(path, ignored) && !(there && there.Value() == bytes.Value());
+    if (isOther && !watch_.MayReplace) path = BesideOf(path, bytes.Value());
+    if (isOther && watch_.MayReplace && !watch_.MayReplace(path)) {
+      fault = Fault{kFaultFileExists, "Save", TextFromPath(path) + ": there is another file already",
+                    TextFromPath(path.filename())};
+    } else {
+      fault = SaveFile(path, bytes.Value());
+    }
   } else {
     fault = bytes.Error();
   }

@@ -40,13 +40,16 @@ std::optional<Fault> JudgeSounding(const std::string& bytes, const download::Sou
 download::Instant SystemNow();
 
 /// Fetches through a fetcher, saves as received (".txt") or as native file (".RAW"). The folder is
-/// made where it is missing.
+/// made where it is missing. A file of the name that holds something else is replaced only where
+/// the watch says so, with fault 58 when it does not; where nobody is to be asked both are kept, the
+/// new one as "NAME-2".
 class FetchWork : public download::BatchWork {
  public:
   struct Watch {
     std::function<void(const download::Source&, const download::Request&, const Fault&)> Failed{};
     std::function<void(const std::string& file)> Saved{};
     std::function<bool(int done, int total, const download::Request& next)> Continue{};
+    std::function<bool(const std::filesystem::path& file)> MayReplace{};
   };
 
   /// cache     null: answers are neither taken from it nor kept

@@ -40,7 +40,7 @@ void WriteHeaders(Program& program) {
 
 void TakeKeptHeaders(Program& program) {
   const std::vector<std::string> texts =
-      ReadList(program.Where.Root, program.Set.System.HeaderFile);
+      ReadList(program.Where.Root, program.Set.System.HeaderFile, &program.Notices);
   std::map<std::string_view, std::string_view> kept;
   for (std::size_t i = 0; i + 1 < texts.size(); i += 2) kept[texts[i]] = texts[i + 1];
   for (std::size_t i = 0; i < program.Listed.Size(); ++i) {

@@ -39,7 +39,7 @@ std::string RecentFile(const Program& program) {
   const std::string& file = program.Settings.Window.RecentFiles[number - 1];
   if (file.empty()) return {};
   return "&" + Shortest(static_cast<int>(number)) + "  " +
-         EscapeCaption(TextFromPath(PathFromText(file).filename()));
+         EscapeCaption(TextFromPath(PathFromSetting(file).filename()));
 }
 
 std::string UndoEntry(const Program& program) {

@@ -7,9 +7,11 @@
 #include <utility>
 
 #include "core/files.h"
+#include "core/key_lines.h"
 #include "core/numbers.h"
 #include "core/raw_file.h"
 #include "core/source_text.h"
+#include "core/user_file.h"
 #include "ingest/archive.h"
 #include "ingest/decoder.h"
 #include "program/print_displays.h"
@@ -75,7 +77,7 @@ std::vector<const ListingRow*> ListingsOf(const PrintRequest& request) {
 struct PrinterLine {
   std::string_view Key;
   std::string_view (*Word)(const PrintSetup& setup);
-  void (*Take)(PrintSetup& setup, std::string_view word);
+  bool (*Take)(PrintSetup& setup, std::string_view word);  // false: it does not know the word
 };
 
 template <auto kMember>
@@ -83,33 +85,50 @@ std::string_view WordOf(const PrintSetup& setup) {
   return output::Words(setup.*kMember)[static_cast<std::size_t>(setup.*kMember)];
 }
 template <auto kMember>
-void TakeWord(PrintSetup& setup, std::string_view word) {
+bool TakeWord(PrintSetup& setup, std::string_view word) {
   const auto words = output::Words(setup.*kMember);
   const auto found = std::ranges::find(words, word);
-  if (found == words.end()) return;
+  if (found == words.end()) return false;
   setup.*kMember =
       static_cast<std::remove_reference_t<decltype(setup.*kMember)>>(found - words.begin());
+  return true;
 }
 constexpr std::string_view YesOrNo(bool is) {
   return is ? "Yes" : "No";
 }
-void TakeFlag(bool& flag, std::string_view word) {
-  if (word == YesOrNo(true) || word == YesOrNo(false)) flag = word == YesOrNo(true);
+bool TakeFlag(bool& flag, std::string_view word) {
+  if (word != YesOrNo(true) && word != YesOrNo(false)) return false;
+  flag = word == YesOrNo(true);
+  return true;
 }
 
 constexpr PrinterLine kPrinterLines[] = {
     {"Orientation", WordOf<&PrintSetup::Turn>, TakeWord<&PrintSetup::Turn>},
     {"Paper", WordOf<&PrintSetup::Sheet>, TakeWord<&PrintSetup::Sheet>},
     {"Include Data Type", [](const PrintSetup& setup) { return YesOrNo(setup.Header.DataType); },
-     [](PrintSetup& setup, std::string_view word) { TakeFlag(setup.Header.DataType, word); }},
+     [](PrintSetup& setup, std::string_view word) {
+       return TakeFlag(setup.Header.DataType, word);
+     }},
     {"Include Station Coordinates",
      [](const PrintSetup& setup) { return YesOrNo(setup.Header.Coordinates); },
-     [](PrintSetup& setup, std::string_view word) { TakeFlag(setup.Header.Coordinates, word); }},
+     [](PrintSetup& setup, std::string_view word) {
+       return TakeFlag(setup.Header.Coordinates, word);
+     }},
     {"Print all 7 listings", [](const PrintSetup& setup) { return YesOrNo(setup.AllListings); },
-     [](PrintSetup& setup, std::string_view word) { TakeFlag(setup.AllListings, word); }},
+     [](PrintSetup& setup, std::string_view word) { return TakeFlag(setup.AllListings, word); }},
 };
 
-constexpr std::string_view kEquals = " = ";
+// What is not understood of a printer file's text, a line each.
+std::vector<std::string> ReadPrinterText(std::string_view text, PrintSetup& into) {
+  std::vector<std::string> unknown;
+  for (const KeyLines::Entry& entry : KeyLines(text).Entries()) {
+    const auto* row = std::ranges::find(kPrinterLines, entry.Key, &PrinterLine::Key);
+    if (row != std::end(kPrinterLines) && row->Take(into, entry.Value)) continue;
+    unknown.push_back(
+        AtLine(kPrinterFile, entry.Line, '"' + entry.Whole + "\" is not understood"));
+  }
+  return unknown;
+}
 
 }  // namespace
 
@@ -184,33 +203,32 @@ Outcome<ListingLines> SourceLines(const Program& program) {
           .Bytes());
 }
 
-PrintSetup ReadPrinterFile(const std::filesystem::path& folder) {
+PrintSetup ReadPrinterFile(const std::filesystem::path& folder, std::vector<std::string>* notes) {
   PrintSetup setup;
-  const Outcome<std::string> bytes = ReadFile(folder / PathFromText(kPrinterFile));
-  if (!bytes) return setup;
-  for (const std::string& line : LinesOf(bytes.Value())) {
-    const std::size_t equals = line.find(kEquals);
-    if (equals == std::string::npos) continue;
-    const std::string_view key = Trim(std::string_view(line).substr(0, equals));
-    const std::string_view word = Trim(std::string_view(line).substr(equals + kEquals.size()));
-    for (const PrinterLine& row : kPrinterLines) {
-      if (row.Key == key) row.Take(setup, word);
-    }
+  std::vector<std::string> told;
+  if (const auto text = ReadUserFile(folder / PathFromText(kPrinterFile), told)) {
+    for (const std::string& unknown : ReadPrinterText(*text, setup)) told.push_back(unknown + '.');
   }
+  if (notes != nullptr) notes->insert(notes->end(), told.begin(), told.end());
   return setup;
 }
 
-PrintSetup LastPrintSetup(const Program& program) {
-  return program.Where.Root.empty() ? PrintSetup{} : ReadPrinterFile(program.Where.Root);
+PrintSetup LastPrintSetup(Program& program) {
+  if (program.Where.Root.empty()) return {};
+  return ReadPrinterFile(program.Where.Root, &program.Notices);
 }
 
 std::optional<Fault> WritePrinterFile(const std::filesystem::path& folder,
                                       const PrintSetup& setup) {
-  ListingLines lines;
-  for (const PrinterLine& row : kPrinterLines) {
-    lines.push_back(std::string(row.Key) + std::string(kEquals) + std::string(row.Word(setup)));
-  }
-  return SaveFile(folder / PathFromText(kPrinterFile), output::ListingFileText(lines));
+  const std::filesystem::path path = folder / PathFromText(kPrinterFile);
+  const Outcome<std::string> before = ReadFile(path);
+  KeyLines lines(before ? before.Value() : "");
+  for (const PrinterLine& row : kPrinterLines) lines.Set(row.Key, row.Word(setup));
+  return SaveUserFile(path, lines.Text(), [](std::string_view text) {
+    PrintSetup read;
+    const std::vector<std::string> unknown = ReadPrinterText(text, read);
+    return unknown.empty() ? std::string() : unknown.front();
+  });
 }
 
 }  // namespace vexa

@@ -45,9 +45,14 @@ inline constexpr std::string_view kPrinterFile = "PRINTER.DAT";
 
 /// The sheet and header of the last print, from kPrinterFile in the program's folder. What the
 /// file does not say, or says in no known word, has its default.
-output::PrintSetup ReadPrinterFile(const std::filesystem::path& folder);
-/// That of the program's folder; the default while there is none.
-output::PrintSetup LastPrintSetup(const Program& program);
+///
+/// notes  where a sentence goes for each line that is not understood; null: nowhere
+output::PrintSetup ReadPrinterFile(const std::filesystem::path& folder,
+                                   std::vector<std::string>* notes = nullptr);
+/// That of the program's folder; the default while there is none. What is not understood of it goes
+/// to the notices.
+output::PrintSetup LastPrintSetup(Program& program);
+/// Faults as of SaveUserFile.
 [[nodiscard]] std::optional<Fault> WritePrinterFile(const std::filesystem::path& folder,
                                                     const output::PrintSetup& setup);
 

@@ -5,7 +5,6 @@
 #include <cstddef>
 #include <optional>
 #include <string>
-#include <system_error>
 
 #include "analysis/adiabat_table.h"
 #include "analysis/moist_air.h"
@@ -15,6 +14,7 @@
 #include "core/markers.h"
 #include "core/numbers.h"
 #include "core/raw_file.h"
+#include "core/user_file.h"
 
 namespace vexa {
 namespace {
@@ -114,9 +114,19 @@ bool IsSounding(const std::string& bytes) {
          record.NumTempLevels() >= kFewestLevels;
 }
 
-bool IsThere(const fs::path& path) {
-  std::error_code ignored;
-  return fs::exists(path, ignored);
+// Reads a file, or writes it where there is none and where it does not hold what it should.
+template <class Holds, class Make>
+Outcome<TableState> ReadOrWrite(const fs::path& path, const Holds& holds, const Make& make) {
+  const Outcome<std::string> there = ReadFile(path);
+  if (there && holds(there.Value())) return TableState::Read;
+  const Objection objects = [&](std::string_view bytes) {
+    return holds(std::string(bytes)) ? "" : TextFromPath(path.filename());
+  };
+  // The program makes these by itself: nobody's link is written through.
+  if (const auto fault = SaveUserFile(path, make(), objects, SystemFileOps(), Links::Replace)) {
+    return *fault;
+  }
+  return there ? TableState::Rebuilt : TableState::Built;
 }
 
 }  // namespace
@@ -126,14 +136,10 @@ std::span<const ReferenceTable> ReferenceTables() {
 }
 
 Outcome<TableState> ReadOrBuild(const ReferenceTable& table, const fs::path& root) {
-  const fs::path path = root / PathFromText(table.File);
-  const bool isThere = IsThere(path);
-  if (isThere) {
-    const Outcome<std::string> bytes = ReadFile(path);
-    if (bytes && IsWhole(table, bytes.Value())) return TableState::Read;
-  }
-  if (const auto fault = SaveFile(path, TableText(table))) return *fault;
-  return isThere ? TableState::Rebuilt : TableState::Built;
+  return ReadOrWrite(
+      root / PathFromText(table.File),
+      [&table](const std::string& bytes) { return IsWhole(table, bytes); },
+      [&table] { return TableText(table); });
 }
 
 SoundingRecord StandardSounding() {
@@ -154,22 +160,8 @@ SoundingRecord StandardSounding() {
 }
 
 Outcome<TableState> ReadOrBuildReference(const fs::path& root) {
-  const fs::path path = root / PathFromText(kReferenceSounding);
-  const bool isThere = IsThere(path);
-  if (isThere) {
-    const Outcome<std::string> bytes = ReadFile(path);
-    if (bytes && IsSounding(bytes.Value())) return TableState::Read;
-    std::error_code failed;
-    fs::path aside = path;
-    aside += ".bak";
-    fs::rename(path, aside, failed);
-    if (failed) {
-      return Fault{kFaultPathAccess, "ReadOrBuildReference",
-                   TextFromPath(path) + ": " + failed.message()};
-    }
-  }
-  if (const auto fault = SaveFile(path, WriteRaw(StandardSounding()))) return *fault;
-  return isThere ? TableState::Rebuilt : TableState::Built;
+  return ReadOrWrite(root / PathFromText(kReferenceSounding), IsSounding,
+                     [] { return WriteRaw(StandardSounding()); });
 }
 
 }  // namespace vexa

@@ -35,8 +35,8 @@ std::span<const ReferenceTable> ReferenceTables();
 
 enum class TableState { Read, Built, Rebuilt };
 
-/// Reads and checks a table; one that is missing is built, a damaged one rebuilt. A fault tells
-/// that it could not be written.
+/// Reads and checks a table; one that is missing is built, a damaged one kept as NAME.bak and
+/// rebuilt. A fault tells that it could not be read or written.
 Outcome<TableState> ReadOrBuild(const ReferenceTable& table, const std::filesystem::path& root);
 
 /// The standard atmosphere as a sounding: 0 m to 100 hPa, without moisture and winds.

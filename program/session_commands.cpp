@@ -230,12 +230,17 @@ Changes OfferSession(Program& program) {
   const Answer answer =
       program.Current.Ask->Ask({.Title = std::string(kErrorBoxTitle),
                                 .Text = "VEXA was cut off while it worked on " + name + edits +
-                                        ".\nDo you want to go on from there ?",
+                                        ".\nDo you want to go on from there ?\n"
+                                        "Cancel asks again at the next start.",
                                 .Icon = BoxIcon::Question,
-                                .Buttons = BoxButtons::YesNo,
-                                .WhenSilent = Answer::No});
+                                .Buttons = BoxButtons::YesNoCancel,
+                                .WhenSilent = Answer::Cancel});
   if (answer == Answer::Yes) return TakeUp(program, *std::move(reading.Found));
-  EndSession(program);
+  if (answer == Answer::No) {
+    EndSession(program);
+  } else {
+    program.OwnSession = TakeFreeSessionPlace(program.Where.Root);
+  }
   return {};
 }
 

@@ -16,8 +16,9 @@ inline constexpr int kKeepSessionMs = 20000;
 /// The same before the system ends the program, whatever command waits for the user then.
 [[nodiscard]] std::optional<Fault> KeepSessionAtEnd(Program& program);
 
-/// Offers the session that was cut off and takes it up if the user wants it; else it is forgotten.
-/// An unattended run leaves it.
+/// Offers the session that was cut off and takes it up if the user wants it; with No it is
+/// forgotten, with Cancel and the Escape key it stays for the next start. An unattended run leaves
+/// it.
 Changes OfferSession(Program& program);
 
 /// The program ends well: nothing is to be offered at the next start.

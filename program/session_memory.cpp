@@ -1,29 +1,55 @@
 #include "program/session_memory.h"
 
 #include <utility>
-#include "config/system_file.h"
 
-#include "core/files.h"
+#include "config/system_file.h"
+#include "core/user_file.h"
 
 namespace vexa {
+namespace {
 
-std::vector<std::string> ReadList(const std::filesystem::path& root, std::string_view name) {
-  const Outcome<std::string> bytes = ReadFile(root / PathFromText(name));
-  std::vector<std::string> texts;
-  if (!bytes || !bytes.Value().starts_with('"' + std::string(kSystemHeader))) return texts;
-  SystemReader reader(std::string(name), bytes.Value());
-  while (std::optional<std::string> text = reader.TextRecord("a name")) {
-    texts.push_back(std::move(*text));
+struct Reading {
+  std::vector<std::string> Texts{};
+  std::string Problem{};  // empty when all was understood
+};
+
+Reading ReadTexts(std::string_view name, std::string_view bytes) {
+  if (!bytes.starts_with('"' + std::string(kSystemHeader))) {
+    return {.Problem = AtLine(name, 1, "it is no list of the program's")};
   }
-  return texts;
+  SystemReader reader{std::string(name), std::string(bytes)};
+  Reading reading;
+  while (!reader.AtEnd()) {
+    std::optional<std::string> text = reader.TextRecord("a name");
+    if (!text) break;
+    reading.Texts.push_back(std::move(*text));
+  }
+  reading.Problem = reader.Problem();
+  return reading;
+}
+
+}  // namespace
+
+std::vector<std::string> ReadList(const std::filesystem::path& root, std::string_view name,
+                                  std::vector<std::string>* notes) {
+  std::vector<std::string> faults;
+  const std::optional<std::string> bytes = ReadUserFile(root / PathFromText(name), faults);
+  Reading reading;
+  if (bytes) reading = ReadTexts(name, *bytes);
+  if (!reading.Problem.empty()) faults.push_back(reading.Problem + '.');
+  if (notes != nullptr) notes->insert(notes->end(), faults.begin(), faults.end());
+  return std::move(reading.Texts);
 }
 
 std::optional<Fault> WriteList(const std::filesystem::path& root, std::string_view name,
                                const std::vector<std::string>& texts) {
-  if (ReadList(root, name) == texts) return std::nullopt;
+  const std::filesystem::path path = root / PathFromText(name);
+  const Outcome<std::string> before = ReadFile(path);
+  if (texts.empty() && !before && before.Error().Number == kFaultFileNotFound) return std::nullopt;
   SystemWriter writer;
   for (const std::string& text : texts) writer.TextRecord(text);
-  return SaveFile(root / PathFromText(name), writer.Take());
+  return SaveUserFile(path, writer.Take(),
+                      [name](std::string_view bytes) { return ReadTexts(name, bytes).Problem; });
 }
 
 }  // namespace vexa

@@ -55,7 +55,7 @@ void FollowFolders(Program& program) {
   if (program.Where.Root.empty()) return;
   const SystemOptions& set = program.Set.System;
   const auto below = [&program](const std::string& folder) {
-    return program.Where.Root / PathFromText(folder);  // an absolute one replaces the root
+    return program.Where.Root / PathFromSetting(folder);  // an absolute one replaces the root
   };
   program.Where.Data = below(set.DataFolder);
   program.Where.CrossSection = below(set.CrossSectionFolder);

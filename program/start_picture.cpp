@@ -68,4 +68,15 @@ Picture StartPicture() {
   return picture;
 }
 
+bool IsWholeBitmap(std::string_view bytes) {
+  constexpr std::size_t kSizeAt = 2, kSizeBytes = 4;  // little-endian
+  if (!bytes.starts_with("BM")) return true;
+  if (bytes.size() < kSizeAt + kSizeBytes) return false;
+  std::size_t size = 0;
+  for (std::size_t i = kSizeBytes; i > 0; --i) {
+    size = size * 256 + static_cast<unsigned char>(bytes[kSizeAt + i - 1]);
+  }
+  return bytes.size() >= size;
+}
+
 }  // namespace vexa

@@ -1,5 +1,6 @@
 #include "program/start_up.h"
 
+#include <cerrno>
 #include <cstddef>
 #include <cstdio>
 #include <iterator>
@@ -10,6 +11,7 @@
 
 #include "core/error_report.h"
 #include "core/files.h"
+#include "core/numbers.h"
 #include "core/platform.h"
 #include "core/station_file.h"
 #include "download/template_file.h"
@@ -25,11 +27,29 @@ namespace {
 
 constexpr std::string_view kFolderTestFile = "dumptestfile123.xyz";
 
+// A file of its own that nobody has there: neither a link nor what another wrote is touched.
+bool CanWrite(const std::filesystem::path& folder) {
+  constexpr int kMostNames = 100;
+  std::FILE* file = nullptr;
+  std::filesystem::path path;
+  for (int i = 0; i < kMostNames && file == nullptr; ++i) {
+    path = folder / kFolderTestFile;
+    if (i > 0) path += Shortest(i);
+    file = OpenFile(path, "wbx");
+    if (file == nullptr && errno != EEXIST) return false;
+  }
+  if (file == nullptr) return false;
+  const bool wrote = std::fputs("test", file) >= 0;
+  const bool closed = std::fclose(file) == 0;
+  std::error_code ignored;
+  std::filesystem::remove(path, ignored);
+  return wrote && closed;
+}
+
+// What is missing then is told of once, when the surroundings are checked.
 void FindFolders(Program& program, const StartArguments& arguments) {
   program.Where = FoldersBelow(ResolveRoot(arguments.Root, arguments.ProgramFolder));
-  if (const std::optional<Fault> fault = CreateFolders(program.Where)) {
-    program.Doc.Report(*fault);
-  }
+  if (!CreateFolders(program.Where)) RemoveLeftovers(program.Where.Root);
 }
 
 // The help text lies in the program folder, where a user may translate it; else the shipped one.
@@ -53,7 +73,8 @@ void ChooseFonts(Program&, const StartArguments&) {}  // by the window, once the
 
 void TellOfTable(Program& program, std::string_view file, const Outcome<TableState>& state) {
   if (!state) {
-    program.Notices.push_back(state.Error().Detail + '.');
+    // Of a folder that takes no files at all the user hears once.
+    if (CanWrite(program.Where.Root)) program.Notices.push_back(state.Error().Detail + '.');
   } else if (state.Value() == TableState::Rebuilt) {
     program.Notices.push_back(std::string(file) + " was damaged and has been built anew.");
   }
@@ -69,12 +90,16 @@ void ReadReference(Program& program, const StartArguments&) {
   TellOfTable(program, kReferenceSounding, ReadOrBuildReference(program.Where.Reference));
 }
 
+// A file that comes with the program, for the user to change.
+void Bring(Program& program, const StartArguments& arguments, std::string_view name) {
+  const auto fault = EnsureShipped(program.Where.Root, arguments.ProgramFolder, name);
+  if (fault && CanWrite(program.Where.Root)) program.Doc.Report(*fault);
+}
+
 // Without a list of its own and without a shipped one the program works, and says of each sounding
 // that its station is not known.
 void ReadStationList(Program& program, const StartArguments& arguments) {
-  const std::optional<Fault> fault =
-      EnsureShipped(program.Where.Root, arguments.ProgramFolder, kStationFileName);
-  if (fault) program.Doc.Report(*fault);
+  Bring(program, arguments, kStationFileName);
   std::error_code ignored;
   if (!std::filesystem::exists(program.Where.Root / kStationFileName, ignored)) return;
   CurrentSounding beside = program.Doc.Beside();
@@ -89,29 +114,22 @@ void ClearSounding(Program& program, const StartArguments&) {
   EndStormMotion(program);
 }
 
-void BringSources(Program& program, const StartArguments& arguments) {
-  const std::optional<Fault> fault =
-      EnsureShipped(program.Where.Root, arguments.ProgramFolder, download::kSourcesFileName);
-  if (fault) program.Doc.Report(*fault);
-}
-
-bool CanWrite(const std::filesystem::path& folder) {
-  const std::filesystem::path path = folder / kFolderTestFile;
-  std::FILE* file = OpenFile(path, "wb");
-  if (file == nullptr) return false;
-  const bool wrote = std::fputs("test", file) >= 0;
-  const bool closed = std::fclose(file) == 0;
-  std::error_code ignored;
-  std::filesystem::remove(path, ignored);
-  return wrote && closed;
-}
-
-void CheckFolders(Program& program, const StartArguments&) {
-  for (const std::filesystem::path* folder : {&program.Where.Export, &program.Where.Forecast}) {
-    if (CanWrite(*folder)) continue;
+// One message for a program folder that cannot be written, else one for each folder in it.
+void CheckFolders(Program& program) {
+  std::vector<std::filesystem::path> refused;
+  const std::optional<Fault> fault = CreateFolders(program.Where);
+  if (!CanWrite(program.Where.Root)) {
+    refused.push_back(program.Where.Root);
+  } else {
+    for (const std::filesystem::path* folder : {&program.Where.Export, &program.Where.Forecast}) {
+      if (!CanWrite(*folder)) refused.push_back(*folder);
+    }
+    if (fault && refused.empty()) refused.push_back(PathFromText(fault->File));
+  }
+  for (const std::filesystem::path& folder : refused) {
     program.Current.Ask->Ask(
         Box{.Title = "VEXA program file/folder access problem...",
-            .Text = "VEXA is unable to access program folder:  " + TextFromPath(*folder) +
+            .Text = "VEXA is unable to access program folder:  " + TextFromPath(folder) +
                     "\nBe sure the Folder and Share Permissions are sufficient."});
   }
 }
@@ -131,8 +149,8 @@ void CheckScreen(Program& program, const StartArguments& arguments) {
 
 void CheckSurroundings(Program& program, const StartArguments& arguments) {
   ReadStationList(program, arguments);
-  BringSources(program, arguments);
-  CheckFolders(program, arguments);
+  Bring(program, arguments, download::kSourcesFileName);
+  CheckFolders(program);
   CheckScreen(program, arguments);
 }
 
@@ -190,13 +208,13 @@ Changes AutoLoadCode(Program& program) {
   const AutoLoading marked(program.Doc);
   if (set.AutoFile == kMultipleMarker) {
     std::vector<std::filesystem::path> paths;
-    for (const std::string& name : ReadList(program.Where.Root, kSoundingList)) {
-      paths.push_back(PathFromText(name));
+    for (const std::string& name : ReadList(program.Where.Root, kSoundingList, &program.Notices)) {
+      paths.push_back(PathFromSetting(name));
     }
     return OpenSoundings(program, paths);
   }
   const Changes changes =
-      OpenSoundings(program, {PathFromText(set.AutoDrive) / PathFromText(set.AutoFile)});
+      OpenSoundings(program, {PathFromSetting(set.AutoDrive) / PathFromSetting(set.AutoFile)});
   // Another program may have put something else in the file's place since it was chosen.
   const std::string& format = program.Current.Record.DataFormat;
   if (changes.Sounding && !set.AutoType.empty() && format != set.AutoType) {

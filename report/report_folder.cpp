@@ -1,5 +1,6 @@
 #include "report/report_folder.h"
 
+#include <deque>
 #include <functional>
 #include <system_error>
 #include <vector>
@@ -19,6 +20,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr std::string_view kVersionsName = "versions.json";  // the report is whole
 constexpr int kWidthPx = 1600;
 constexpr int kHeightPx = 1200;
 
@@ -86,8 +88,35 @@ std::vector<ReportFile> FilesOf(const ReportSource& from) {
   return files;
 }
 
+/// Folders that are made where they are missing, and removed again unless they are kept.
+class NewFolders {
+ public:
+  ~NewFolders() {
+    std::error_code ignored;
+    for (auto made = made_.rbegin(); made != made_.rend(); ++made) fs::remove(*made, ignored);
+  }
+  std::optional<Fault> Make(const fs::path& folder) {
+    std::error_code failed;
+    if (fs::is_directory(folder, failed)) return std::nullopt;
+    if (folder.has_parent_path() && folder.parent_path() != folder) {
+      if (auto fault = Make(folder.parent_path())) return fault;
+    }
+    if (fs::create_directory(folder, failed)) made_.push_back(folder);
+    if (!failed) return std::nullopt;
+    return Fault{FaultNumber(failed), "WriteReport",
+                 TextFromPath(folder) + ": " + failed.message(), TextFromPath(folder.filename())};
+  }
+  void Keep() { made_.clear(); }
+
+ private:
+  std::vector<fs::path> made_{};
+};
+
 }  // namespace
 
+// All of it is on the disk under other names before the first file takes its place. That which says
+// that the report is whole is taken away first and put back last, so that it never stands beside
+// files of two reports.
 std::optional<Fault> WriteReport(const Program& program, const fs::path& folder,
                                  const ReportWriter& writer) {
   if (PrintDisplays(program).empty()) {
@@ -95,19 +124,30 @@ std::optional<Fault> WriteReport(const Program& program, const fs::path& folder,
   }
   const Outcome<std::string> source = ReadFile(program.Current.FilePath());
   if (!source) return source.Error();
-  std::error_code failed;
-  fs::create_directories(folder / "source", failed);
-  if (failed) {
-    return Fault{kFaultPathAccess, "WriteReport", TextFromPath(folder) + ": " + failed.message()};
-  }
   const ReportSource from{program, source.Value(), writer};
-  const std::vector<ReportFile> files = FilesOf(from);
+  std::vector<ReportFile> files = FilesOf(from);
+  std::string versions = Versions(from, files);
+  files.push_back({std::string(kVersionsName), [versions] { return versions; }});
+  NewFolders folders;
+  if (auto fault = folders.Make(folder / "source")) return fault;
+  std::deque<AtomicFile> made;
   for (const ReportFile& file : files) {
     const Outcome<std::string> bytes = file.Make();
     if (!bytes) return bytes.Error();
-    if (auto fault = SaveFile(folder / PathFromText(file.Name), bytes.Value())) return fault;
+    AtomicFile& here = made.emplace_back(folder / PathFromText(file.Name));
+    if (auto fault = here.Write(bytes.Value())) return fault;
+    if (auto fault = here.Settle()) return fault;
   }
-  return SaveFile(folder / "versions.json", Versions(from, files));
+  std::error_code failed;
+  fs::remove(folder / kVersionsName, failed);
+  if (failed) {
+    return Fault{FaultNumber(failed), "WriteReport", TextFromPath(folder) + ": " + failed.message()};
+  }
+  folders.Keep();
+  for (AtomicFile& file : made) {
+    if (auto fault = file.Commit()) return fault;
+  }
+  return std::nullopt;
 }
 
 }  // namespace vexa::report

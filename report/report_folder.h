@@ -24,8 +24,8 @@ struct ReportWriter {
 };
 
 /// Writes the folder of the sounding in work, which is made where it is missing; files of these
-/// names are replaced. Fault 75 when the folder cannot be made, else as of reading its file, of
-/// SaveFile and of the pictures.
+/// names are replaced. Faults as of making the folder, of reading its file, of SaveFile and of the
+/// pictures.
 [[nodiscard]] std::optional<Fault> WriteReport(const Program& program,
                                                const std::filesystem::path& folder,
                                                const ReportWriter& writer);

@@ -20,7 +20,7 @@ constexpr double kMetersPerInch = 0.0254;
 constexpr const char* kNoMemory = "no memory for an image of this size";
 
 Fault Failed(std::string reason) {
-  return {kFaultDiskFull, "cDIBSection", std::move(reason)};
+  return {kFaultPicture, "cDIBSection", std::move(reason)};
 }
 
 Outcome<std::string> Write(const QImage& image, const char* format, int quality) {

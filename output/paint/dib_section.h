@@ -34,7 +34,7 @@ class cDIBSection {
   bool Create(const Picture& picture, int widthPx, int heightPx, double dpi = kScreenDpi);
   const QImage& Image() const { return image_; }
 
-  /// The bytes of an image file. Fault 61 with the text of the failure.
+  /// The bytes of an image file. Fault 481 with the text of the failure.
   Outcome<std::string> Jpeg(int quality = kJpegQuality) const;
   Outcome<std::string> Bmp() const;
   Outcome<std::string> Png() const;

@@ -27,7 +27,7 @@ std::string KindOf(std::string extension) {
 }
 
 Fault Failed(const std::string& reason) {
-  return {kFaultDiskFull, "EncodePicture", reason};
+  return {kFaultPicture, "EncodePicture", reason};
 }
 
 Outcome<std::string> EncodeImage(const Picture& picture, const std::string& kind, int widthPx,

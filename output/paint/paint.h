@@ -24,13 +24,13 @@ void Paint(const Picture& picture, QPainter& painter, const QRectF& target);
 QImage ToImage(const Picture& picture, int widthPx, int heightPx);
 
 /// The bytes of a picture file by its extension: png, jpg, jpeg, bmp, svg, pdf. Fault 52 for
-/// another extension, 61 when the image cannot be made.
+/// another extension, 481 when the image cannot be made.
 ///
 /// settings  a PDF page measures the size at the resolution; SVG has none
 Outcome<std::string> EncodePicture(const Picture& picture, const std::string& extension,
                                    int widthPx, int heightPx, const ImageSettings& settings = {});
 
-/// Writes the picture file that a path's ending says. Faults as of EncodePicture, and 61, 75, 76
+/// Writes the picture file that a path's ending says. Faults as of EncodePicture and SaveFile
 /// when it cannot be written, that of a JPEG file with kJpegSaveFailed before the reason; nothing
 /// is written then.
 [[nodiscard]] std::optional<Fault> SavePicture(const Picture& picture,

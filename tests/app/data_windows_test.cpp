@@ -19,16 +19,23 @@
 #include <QSpinBox>
 #include <QTimer>
 
+#ifndef _WIN32
+#include <sys/resource.h>
+#endif
+#include <map>
+
 #include "app/data_dump_window.h"
 #include "app/output_actions.h"
 #include "app/sounding_chooser.h"
 #include "app/text_window.h"
 #include "app/window_interaction.h"
 #include "core/files.h"
+#include "core/platform.h"
 #include "core/raw_file.h"
 #include "core/source_text.h"
 #include "output/data_print.h"
 #include "output/paint/paint.h"
+#include "report/report_folder.h"
 #include "support/document.h"
 #include "support/soundings.h"
 
@@ -270,6 +277,52 @@ TEST_F(DataWindowsTest, ImagesGetANameAndTheEndingOfTheChosenFilter) {
   EXPECT_EQ(replaced, 1) << "asks before a file is replaced";
   program.Doc.AskThrough(&user);
 }
+
+#ifndef _WIN32
+// The file that says that a report is whole never stands beside files of another report.
+TEST_F(DataWindowsTest, AReportThatFailsLeavesTheOneBefore) {
+  const fs::path report = folder.Path() / "case";
+  Write("x.RAW", WriteRaw(program.Current.Record));
+  test::Show(program, SoundingRecord(program.Doc.Record()), folder.Path() / "x.RAW");
+  const report::ReportWriter writer{
+      .Program = "one",
+      .EncodePicture = [](const Picture& picture, const std::string& extension, int widthPx,
+                          int heightPx) {
+        return paint::EncodePicture(picture, extension, widthPx, heightPx);
+      }};
+  ASSERT_FALSE(report::WriteReport(program, report, writer));
+  Write("case/mine.txt", "a note");
+  const auto contents = [&report] {
+    std::map<std::string, std::string> files;
+    for (const auto& entry : fs::recursive_directory_iterator(report)) {
+      if (!entry.is_regular_file()) continue;
+      files[TextFromPath(entry.path())] = ReadFile(entry.path()).Value();
+    }
+    return files;
+  };
+  const auto before = contents();
+  test::Show(program, test::ReferenceWinter(), folder.Path() / "x.RAW");
+  LetLargeWritesFail();
+  rlimit free{};
+  ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &free), 0);
+  const rlimit small{20000, free.rlim_max};  // the diagram has more
+  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+  const std::optional<Fault> fault = report::WriteReport(program, report, writer);
+  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &free), 0);
+  ASSERT_TRUE(fault);
+  EXPECT_EQ(fault->Number, kFaultDiskFull);
+  EXPECT_EQ(contents(), before);
+
+  report::ReportWriter second = writer;
+  second.Program = "two";
+  ASSERT_FALSE(report::WriteReport(program, report, second));
+  auto after = contents();
+  EXPECT_EQ(after.size(), before.size());
+  EXPECT_EQ(Text("case/mine.txt"), "a note");
+  EXPECT_NE(Text("case/versions.json").find("two"), std::string::npos);
+  EXPECT_NE(Text("case/sounding.RAW"), before.at(TextFromPath(report / "sounding.RAW")));
+}
+#endif
 
 TEST_F(DataWindowsTest, ImagesAreSavedAtTheChosenSize) {
   SaveImageWindow window({400, 300}, nullptr);

@@ -1,9 +1,11 @@
 // Download and batch windows against a server inside the test.
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDateEdit>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -50,6 +52,12 @@ class DownloadWindowsTest : public testing::Test {
     if (found == nullptr) throw std::runtime_error(name);
     return *found;
   }
+  static void Type(QWidget& field, const char* text) {
+    for (const char* c = text; *c != '\0'; ++c) {
+      QKeyEvent press(QEvent::KeyPress, *c, Qt::NoModifier, QString(QLatin1Char(*c)));
+      QApplication::sendEvent(&field, &press);
+    }
+  }
   static std::string Caption(const char* name, const Program& program) {
     for (const MenuRow& row : MenuTree()) {
       if (row.Name == name) return row.Shows(program);
@@ -93,6 +101,76 @@ TEST_F(DownloadWindowsTest, WhatIsChosenIsFetchedAndOpened) {
   EXPECT_EQ(opened.filename(), "72357_1999050412.txt");
   EXPECT_EQ(ReadFile(opened).Value(), sounding);
   EXPECT_TRUE(program.Gate.IsOpen());
+
+  // The same again is no question; what was changed since is not replaced without one.
+  EXPECT_TRUE(window.Fetch());
+  ASSERT_FALSE(SaveFile(opened, "edited since"));
+  user.Expect("VEXA", Answer::No);
+  EXPECT_FALSE(window.Fetch());
+  EXPECT_EQ(user.Boxes.back().Text,
+            "72357_1999050412.txt already exists.\nReplace existing file?");
+  EXPECT_EQ(ReadFile(opened).Value(), "edited since");
+  user.Expect("VEXA", Answer::Yes);
+  EXPECT_TRUE(window.Fetch());
+  EXPECT_EQ(ReadFile(opened).Value(), sounding);
+}
+
+TEST_F(DownloadWindowsTest, ABatchKeepsWhatWasChangedSince) {
+  server.AddBody("/72357/1999050400", sounding);
+  BatchWindow window(program, {}, nullptr, net);
+  In<QLineEdit>(window, "Stations").setText("72357");
+  const ObservationTime time{.Year = 1999, .Month = 5, .Day = 4};
+  const fs::path file = program.Where.Data / "72357_1999050400.txt";
+  EXPECT_EQ(window.RunFor(time).Saved(), 1);
+  ASSERT_FALSE(SaveFile(file, "edited since"));
+  for (int i = 0; i < 2; ++i) EXPECT_EQ(window.RunFor(time).Saved(), 1);
+  EXPECT_EQ(ReadFile(file).Value(), "edited since");
+  EXPECT_EQ(ReadFile(program.Where.Data / "72357_1999050400-2.txt").Value(), sounding);
+  EXPECT_FALSE(fs::exists(program.Where.Data / "72357_1999050400-3.txt"));
+}
+
+TEST_F(DownloadWindowsTest, ADateIsTypedWithOrWithoutItsHyphens) {
+  DownloadWindow window(
+      program, [](const fs::path&, int) {}, nullptr, net);
+  BatchWindow batch(program, {}, nullptr, net);
+  auto& date = In<QDateEdit>(window, "Date");
+  auto& time = In<QDateTimeEdit>(batch, "Time");
+  for (const char* typed : {"2001-02-03", "20010203", "2001/02/03", "2001-2-3", "2001 02 03"}) {
+    date.setDate({1999, 11, 30});
+    date.selectAll();
+    Type(date, typed);
+    EXPECT_EQ(date.date(), QDate(2001, 2, 3)) << typed << ": " << date.text().toStdString();
+  }
+  for (const char* typed : {"2001-02-03 12", "2001-02-03T12", "2001020312"}) {
+    time.setDateTime(QDateTime(QDate(1999, 11, 30), QTime(0, 0), Qt::UTC));
+    time.selectAll();
+    Type(time, typed);
+    EXPECT_EQ(time.dateTime(), QDateTime(QDate(2001, 2, 3), QTime(12, 0), Qt::UTC)) << typed;
+  }
+}
+
+TEST_F(DownloadWindowsTest, WhatABrokenFileHoldsIsNeitherLostNorSilent) {
+  const fs::path settings = folder.Path() / "VEXA.BCH", sources = folder.Path() / "VEXA.URL";
+  const std::string before = "# mine\nsources = First | Gone\nstations = 72357\ndelay = soon\n";
+  ASSERT_FALSE(SaveFile(settings, before));
+  ASSERT_FALSE(SaveFile(sources, ReadFile(sources).Value() + "[Broken\naddress = http://x\n"));
+  BatchWindow window(program, {}, nullptr, net);
+  const QString log = In<QPlainTextEdit>(window, "Log").toPlainText();
+  EXPECT_TRUE(log.contains("VEXA.BCH, line 4: \"delay = soon\"")) << log.toStdString();
+  EXPECT_TRUE(log.contains("VEXA.URL, line ")) << log.toStdString();
+  EXPECT_EQ(In<QListWidget>(window, "Sources").count(), 2);
+  EXPECT_EQ(In<QLineEdit>(window, "Stations").text(), "72357");
+  window.show();
+  window.hide();
+  EXPECT_EQ(ReadFile(settings).Value(), before) << "nothing was changed";
+
+  In<QLineEdit>(window, "Stations").setText("01001");
+  window.show();
+  window.hide();
+  const std::string after = ReadFile(settings).Value();
+  EXPECT_TRUE(after.starts_with("# mine\nsources = First | Gone\nstations = 01001\ndelay = 90\n"))
+      << after;
+  EXPECT_EQ(ReadFile(folder.Path() / "VEXA.BCH.bak").Value(), before);
 }
 
 TEST_F(DownloadWindowsTest, AnAnswerThatIsNoSoundingIsNotOpened) {

@@ -127,6 +127,15 @@ TEST_F(Editors, LevelsAreEditedAsOneStep) {
   grid->item(2, 1)->setText("warm");
   EXPECT_EQ(Said(editor, "LevelRemark"), "Temperature row 3: temperature \"warm\" is no number");
   EXPECT_NE(grid->item(2, 1)->background().color(), grid->item(2, 0)->background().color());
+  // However long what was typed, the window keeps its width.
+  const int width = editor->width();
+  for (const QString& typed : {QStringLiteral("1e308"), QString(309, '9'), QString(900, 'x')}) {
+    grid->item(2, 1)->setText(typed);
+    EXPECT_NE(Said(editor, "LevelRemark"), "");
+    QApplication::processEvents();
+    EXPECT_LE(editor->minimumSizeHint().width(), width);
+    EXPECT_EQ(editor->width(), width);
+  }
   EXPECT_FALSE(editor->Apply());
   EXPECT_EQ(program.Current.Record, before);
 

@@ -7,6 +7,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <cstdlib>
+
 #include "core/files.h"
 #include "core/raw_file.h"
 #include "support/soundings.h"
@@ -52,6 +54,32 @@ TEST(VexaProgram, SavesAScreenshotOfItsWindow) {
   }
   EXPECT_GT(red, 200);
 }
+
+#ifndef _WIN32
+TEST(VexaProgram, OpensANameThatIsNoUtf8AndMendsItsPicture) {
+  const test::TemporaryFolder folder;
+  const std::string raw = (folder.Path() / "caf\xE9.RAW").string();
+  ASSERT_FALSE(SaveFile(raw, WriteRaw(test::ReferenceConvective())));
+  const std::filesystem::path root = folder.Path() / "root", picture = root / "VEXA57.BMP";
+  std::filesystem::create_directories(root);
+  ASSERT_FALSE(SaveFile(folder.Path() / "precious", "not to be lost"));
+  std::filesystem::create_symlink(folder.Path() / "precious", picture);
+  // The toolkit's process would not pass the name on as it is.
+  const auto run = [&] {
+    const std::string command = "QT_QPA_PLATFORM=offscreen '" + std::string(VEXA_PROGRAM) +
+                                "' --root '" + root.string() + "' --screenshot '" +
+                                (folder.Path() / "out.png").string() + "' '" + raw + "'";
+    return std::system(command.c_str());
+  };
+  EXPECT_EQ(run(), 0);
+  EXPECT_EQ(ReadFile(folder.Path() / "precious").Value(), "not to be lost");
+  const std::string whole = ReadFile(picture).Value();
+  EXPECT_TRUE(whole.starts_with("BM"));
+  ASSERT_FALSE(SaveFile(picture, whole.substr(0, whole.size() / 2)));
+  EXPECT_EQ(run(), 0);
+  EXPECT_EQ(ReadFile(picture).Value(), whole);
+}
+#endif
 
 TEST(VexaProgram, SaysWhatWentWrongByItsExitCode) {
   const test::TemporaryFolder folder;

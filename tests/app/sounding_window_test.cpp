@@ -119,6 +119,20 @@ TEST_F(WindowTest, DroppedFilesOpenAndCanBeSteppedThrough) {
   EXPECT_TRUE(interaction.Kept().empty());
 }
 
+#ifndef _WIN32
+TEST_F(WindowTest, ANameThatIsNoUtf8CanBeDropped) {
+  const auto path = Saved("caf\xE9.RAW", test::ReferenceWinter());
+  QMimeData data;
+  data.setData("text/uri-list",
+               "file://" + QByteArray::fromStdString(path.string()).toPercentEncoding("/"));
+  QDragEnterEvent enter({50, 50}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(&window, &enter);  // without it the toolkit gives the drop to nobody
+  QDropEvent drop({50, 50}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(&window, &drop);
+  EXPECT_EQ(program.Current.FileName, "caf\xE9.RAW");
+}
+#endif
+
 // A folder stands for the soundings in it.
 TEST_F(WindowTest, EveryFormatAndAFolderCanBeDropped) {
   const std::filesystem::path samples = test::TestData("spc_text.spc").parent_path();

@@ -297,7 +297,7 @@ TEST(Settings, WhatCannotBeWrittenNamesItsFileAndStaysAsItWas) {
   store.Listing.TopDown = true;
   const std::optional<Fault> fault = SaveSettings(folder.Path(), store);
   ASSERT_TRUE(fault);
-  EXPECT_EQ(fault->Number, kFaultPathAccess);
+  EXPECT_EQ(fault->Number, kFaultAccessRefused);
   EXPECT_EQ(fault->File, "VEXA56+.HOD");
   EXPECT_EQ(ReadFile(locked).Value(), before);
   Notes notes;
@@ -319,6 +319,49 @@ TEST(Settings, WhatCannotBeWrittenNamesItsFileAndStaysAsItWas) {
   ASSERT_TRUE(noFile);
   EXPECT_EQ(noFile->File, "VEXAsoar.CFG");
   EXPECT_TRUE(fs::is_directory(taken));
+}
+
+TEST(Settings, WhatIsSetForOneRunIsNotKept) {
+  const test::TemporaryFolder folder;
+  SettingsStore before;
+  before.Set.TempMin = -50;
+  ASSERT_FALSE(SaveSettings(folder.Path(), before));
+  Notes notes;
+  SettingsStore store = Loaded(folder.Path(), notes);
+  const auto kept = [&] { return Loaded(folder.Path(), notes).Set; };
+  // CAPE depth takes the EHI depth along.
+  ASSERT_FALSE(SetForThisRun(store, {"Temp MIN=-30", "CAPE depth xKm depth=2", "SortMode=date"}));
+  EXPECT_EQ(store.Set.TempMin, -30);
+  EXPECT_NE(store.Set.EhiDepthKm, before.Set.EhiDepthKm);
+  SettingsStore written = store;
+
+  store.Set.FreezeLine = !store.Set.FreezeLine;  // something else is saved, in the same files
+  store.Window.RecentFiles[0] = "a.RAW";
+  ASSERT_FALSE(SaveChangedSettings(folder.Path(), store, written));
+  Options expected = before.Set;
+  expected.FreezeLine = store.Set.FreezeLine;
+  EXPECT_EQ(kept(), expected);
+  EXPECT_EQ(store.Set.TempMin, -30) << "it stays in force";
+
+  // The user changes one of them, and later back to what was set for the run.
+  written = store;
+  store.Set.TempMin = -35;
+  ASSERT_FALSE(SaveChangedSettings(folder.Path(), store, written));
+  EXPECT_EQ(kept().TempMin, -35);
+  store.Set.TempMin = -30;
+  ASSERT_FALSE(SaveSettings(folder.Path(), store));
+  EXPECT_EQ(kept().TempMin, -30);
+  EXPECT_EQ(kept().EhiDepthKm, before.Set.EhiDepthKm);
+
+  // Another configuration has values of its own.
+  ASSERT_FALSE(SwitchConfiguration(folder.Path(), Configuration::First, store, notes));
+  EXPECT_EQ(store.Set.EhiDepthKm, Options{}.EhiDepthKm);
+  store.Set.EhiDepthKm = 2;
+  ASSERT_FALSE(SaveSettings(folder.Path(), store));
+  EXPECT_EQ(kept().EhiDepthKm, 2);
+
+  EXPECT_TRUE(SetForThisRun(store, {"Temp MIN=30"})) << "Temp MAX lies too near";
+  EXPECT_NE(store.Set.TempMin, 30);
 }
 
 TEST(SwitchConfiguration, EachHasItsOwnMainSettings) {
@@ -373,6 +416,7 @@ TEST(SwitchConfiguration, AFaultChangesNothing) {
   const test::TemporaryFolder folder;
   SettingsStore store;
   ASSERT_FALSE(SaveSettings(folder.Path(), store));
+  store.Set.MovieTime += 1;  // there is something to write
   for (const char* name : {"VEXAMAIN.SYS", "VEXA.SYS"}) {
     fs::permissions(folder.Path() / name, fs::perms::owner_read);
     const SettingsStore before = store;

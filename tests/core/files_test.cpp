@@ -3,12 +3,15 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cstdlib>
+#include <fstream>
 #include <iterator>
 #ifndef _WIN32
 #include <sys/resource.h>
 #endif
 
+#include "core/error_report.h"
 #include "core/folders.h"
 #include "core/platform.h"
 #include "core/raw_file.h"
@@ -71,7 +74,7 @@ TEST(AtomicFile, TheOldFileSurvivesEachFault) {
     FailingOps ops(n);
     const std::optional<Fault> fault = save(ops);
     ASSERT_TRUE(fault);
-    EXPECT_EQ(fault->Number, n == 5 ? kFaultPathAccess : kFaultDiskFull);
+    EXPECT_EQ(fault->Number, n == 5 ? kFaultAccessRefused : kFaultDiskFull);
     EXPECT_EQ(ReadFile(path).Value(), "old");
     EXPECT_EQ(FilesIn(folder.Path()), 1);
   }
@@ -113,30 +116,134 @@ TEST(AtomicFile, ASoundingSurvivesItsFailedSave) {
   EXPECT_EQ(quiet.Boxes[0].Text.substr(0, 22), "Disk is probably full.");
 }
 
+TEST(SaveRAW, ADamagedFileIsKeptBesideTheNewOne) {
+  const test::TemporaryFolder folder;
+  SilentInteraction quiet;
+  CurrentSounding current{.Record = test::ReferenceWinter(),
+                          .DataFolder = folder.Path(),
+                          .FileName = "winter.RAW",
+                          .Ask = &quiet};
+  ASSERT_EQ(SaveRAW(current), Status::Ok);
+  const std::string whole = ReadFile(current.FilePath()).Value();
+  const std::string torn = whole.substr(0, whole.size() / 2);
+  ASSERT_FALSE(SaveFile(current.FilePath(), torn));
+  ASSERT_EQ(SaveRAW(current), Status::Ok);
+  EXPECT_EQ(ReadFile(current.FilePath()).Value(), whole);
+  EXPECT_EQ(ReadFile(folder.Path() / "winter.RAW.bak").Value(), torn);
+}
+
 TEST(AtomicFile, RefusesWhatItMustNotReplace) {
   const test::TemporaryFolder folder;
   const auto number = [](const fs::path& path) {
     return SaveFile(path, "x").value_or(Fault{}).Number;
   };
-  EXPECT_EQ(number(folder.Path()), kFaultPathAccess);
+  EXPECT_EQ(number(folder.Path()), kFaultBadFileName);
   EXPECT_EQ(number(folder.Path() / "no such folder" / "a.txt"), kFaultPathNotFound);
   const fs::path readOnly = folder.Path() / "read only.txt";
   ASSERT_FALSE(SaveFile(readOnly, "kept"));
   fs::permissions(readOnly, fs::perms::owner_read);
-  EXPECT_EQ(number(readOnly), kFaultPathAccess);
+  EXPECT_EQ(number(readOnly), kFaultAccessRefused);
   EXPECT_EQ(ReadFile(readOnly).Value(), "kept");
   fs::permissions(readOnly, fs::perms::owner_all);
 }
 
-TEST(Paths, BlanksUmlautsAndBackslashesWork) {
+// What killed processes leave is cleared, what a living one writes is not.
+TEST(AtomicFile, LeftoversOfTheKilledDoNotPileUp) {
+  const test::TemporaryFolder folder;
+  const fs::path path = folder.Path() / "x.RAW";
+  const auto leave = [&path](int number) {
+    fs::path name = path;
+    name += ".tmp" + std::to_string(number);
+    std::ofstream(name) << "half";
+    fs::last_write_time(name, fs::file_time_type::clock::now() - std::chrono::hours(1));
+  };
+  AtomicFile living(path);
+  ASSERT_FALSE(living.Write("living"));  // x.RAW.tmp1
+  fs::last_write_time(folder.Path() / "x.RAW.tmp1",
+                      fs::file_time_type::clock::now() - std::chrono::hours(1));
+  for (int number = 2; number <= 100; ++number) leave(number);
+  ASSERT_FALSE(SaveFile(path, "saved"));
+  EXPECT_EQ(ReadFile(path).Value(), "saved");
+  EXPECT_EQ(FilesIn(folder.Path()), 2) << "the file and the one that lives";
+  ASSERT_FALSE(living.Commit());
+  EXPECT_EQ(ReadFile(path).Value(), "living");
+
+  for (const int number : {3, 7}) leave(number);
+  std::ofstream(folder.Path() / "x.RAW.tmp4") << "of this minute";
+  std::ofstream(folder.Path() / "notes.tmp") << "the user's";
+  RemoveLeftovers(folder.Path());
+  EXPECT_EQ(FilesIn(folder.Path()), 3);
+}
+
+#ifndef _WIN32
+TEST(AtomicFile, TheUsersLinksAreFollowedAndOthersReplaced) {
+  const test::TemporaryFolder folder;
+  const fs::path target = folder.Path() / "target", link = folder.Path() / "link";
+  ASSERT_FALSE(SaveFile(target, "old"));
+  fs::create_symlink(target, link);
+  ASSERT_FALSE(SaveFile(link, "new"));
+  EXPECT_TRUE(fs::is_symlink(link));
+  EXPECT_EQ(ReadFile(target).Value(), "new");
+  ASSERT_FALSE(SaveFile(link, "own", SystemFileOps(), Links::Replace));
+  EXPECT_FALSE(fs::is_symlink(link));
+  EXPECT_EQ(ReadFile(link).Value(), "own");
+  EXPECT_EQ(ReadFile(target).Value(), "new");
+}
+#endif
+
+TEST(FaultNumber, TheHeadlineSaysWhatTheSystemSays) {
+  struct Case {
+    std::errc Error;
+    const char* Headline;
+  };
+  const Case cases[] = {
+      {std::errc::permission_denied, "Access is refused"},
+      {std::errc::read_only_file_system, "Access is refused"},
+      {std::errc::too_many_files_open, "Too many files"},
+      {std::errc::io_error, "The device reports an error"},
+      {std::errc::not_enough_memory, "There is not enough memory"},
+      {std::errc::no_space_on_device, "Disk is probably full."},
+      {std::errc::is_a_directory, "Incorrect Path and/or Filename"},
+      {std::errc::filename_too_long, "Incorrect Path and/or Filename"},
+      {std::errc::not_a_directory, "Drive and/or File Path does not exist."},
+      {std::errc::timed_out, "The device reports an error"},
+  };
+  for (const Case& c : cases) {
+    const Fault fault{FaultNumber(std::make_error_code(c.Error))};
+    EXPECT_EQ(FaultMessage({}, fault).substr(0, std::string(c.Headline).size()), c.Headline);
+  }
+}
+
+TEST(Paths, ABackslashIsPartOfANameWhereItIsNoSeparator) {
   const test::TemporaryFolder folder;
   const std::string root = TextFromPath(folder.Path());
-  const fs::path joined = PathFromText(root + "\\M\u00FCnchen Daten\\2001\\S\u00F6nde 1.RAW");
+  const fs::path path = PathFromText(root + "/out\\x.RAW");
+  ASSERT_FALSE(SaveFile(path, "text"));
+#ifndef _WIN32
+  EXPECT_EQ(path.filename(), "out\\x.RAW");
+  EXPECT_EQ(FilesIn(folder.Path()), 1);
+  EXPECT_EQ(PathFromSetting(root + "/out\\x.RAW"), path) << "there is such a file";
+#endif
+}
+
+TEST(Paths, BlanksUmlautsAndBackslashesOfSettingsWork) {
+  const test::TemporaryFolder folder;
+  const std::string root = TextFromPath(folder.Path());
+  const fs::path joined = PathFromSetting(root + "\\M\u00FCnchen Daten\\2001\\S\u00F6nde 1.RAW");
   EXPECT_EQ(joined, folder.Path() / fs::path(u8"M\u00FCnchen Daten") / "2001" /
                         fs::path(u8"S\u00F6nde 1.RAW"));
   fs::create_directories(joined.parent_path());
   ASSERT_FALSE(SaveFile(joined, "text"));
   EXPECT_EQ(ReadFile(joined).Value(), "text");
+}
+
+TEST(EndInWords, MemoryThatRunsOutIsASentence) {
+  const auto ask = [] { throw std::bad_alloc(); };
+  const auto runOut = [&ask]() noexcept {
+    EndInWords("vexa");
+    ask();
+  };
+  EXPECT_EXIT(runOut(), testing::ExitedWithCode(1), "vexa: there is not enough memory");
 }
 
 TEST(ReadFile, NamesItsFault) {
@@ -145,7 +252,7 @@ TEST(ReadFile, NamesItsFault) {
   ASSERT_FALSE(missing);
   EXPECT_EQ(missing.Error().Number, kFaultFileNotFound);
   EXPECT_EQ(missing.Error().File, "no.RAW");
-  EXPECT_EQ(ReadFile(folder.Path()).Error().Number, kFaultPathAccess);
+  EXPECT_EQ(ReadFile(folder.Path()).Error().Number, kFaultBadFileName);
 }
 
 #ifndef _WIN32
@@ -174,7 +281,7 @@ TEST(Folders, OneThatCannotBeMadeIsNamed) {
   ASSERT_FALSE(SaveFile(folder.Path() / "crosdata", "a file in the way"));
   const std::optional<Fault> fault = CreateFolders(FoldersBelow(folder.Path()));
   ASSERT_TRUE(fault);
-  EXPECT_EQ(fault->Number, kFaultPathAccess);
+  EXPECT_EQ(fault->Number, kFaultPathNotFound);
   EXPECT_NE(fault->Detail.find("crosdata"), std::string::npos);
 }
 

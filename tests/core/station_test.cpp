@@ -61,7 +61,7 @@ TEST(StationFile, FirstFaultAndTheStationsAround) {
       {"elevation that is none", kHeader + "1,A,B,C,high,35.0,N,97.4,W\r\n99999",
        StationTrouble::Format, 1, 0},
       {"a comma too few", kHeader + "72357,ID,NAME REGION,100," + good + "\r\n" + kDarwin + "99999",
-       StationTrouble::Format, 72357, 0},
+       StationTrouble::Format, 72357, 1},
       {"a comma too many", kHeader + Row("72357", good + ",") + Row("72358", good + ",x") + "99999",
        StationTrouble::Format, 72358, 2},
       {"hemisphere of the longitude", kHeader + Row("72357", "35.0,N,97.4,N") + "99999",
@@ -71,6 +71,11 @@ TEST(StationFile, FirstFaultAndTheStationsAround) {
       {"no end", kHeader + kHeathrow, StationTrouble::EndOfFile, 3772, 1},
       {"cut inside a record", kHeader + kHeathrow + "94120,YPDN,DAR", StationTrouble::EndOfFile,
        94120, 1},
+      {"an open quote, and a station behind it",
+       kHeader + kHeathrow + "72357,\"KOUN,NORMAN,OK,345," + good + "\r\n" + kDarwin + "99999",
+       StationTrouble::Format, 72357, 2},
+      {"a remark between stations", kHeader + kHeathrow + "mine:\r\n" + kDarwin + "99999",
+       StationTrouble::Format, 3772, 2},
       {"an open quote", kHeader + kHeathrow + "94120,\"YPDN\r\n99999", StationTrouble::Format,
        94120, 1},
       {"an empty file", "", StationTrouble::Header, 0, 0},
@@ -112,12 +117,13 @@ TEST(StationFile, TellsTheUserAtStartUp) {
       "Error is at or before ... 3772 - ";
   user.Expect("Warning ...", Answer::Ok);
   EXPECT_EQ(load(kHeader + kHeathrow + kHeathrow + "99999"), Status::Error);
-  EXPECT_EQ(user.Boxes.back().Text, common);
+  EXPECT_EQ(user.Boxes.back().Text, common + "\nVEXA.STN, line 4: the number does not rise");
   EXPECT_EQ(current.StatusText, "error");
 
   user.Expect("Warning ...", Answer::Ok);
   load(kHeader + kHeathrow);
-  EXPECT_EQ(user.Boxes.back().Text, common + "end of file or a missing '99999' terminator.");
+  EXPECT_EQ(user.Boxes.back().Text, common + "end of file or a missing '99999' terminator.\n"
+                     "VEXA.STN, line 4: ends without the number 99999");
 
   user.Expect("Warning ...", Answer::Ok);
   load(kHeader + Row("72357", "35.0,E,97.4,W") + "99999");
@@ -125,7 +131,50 @@ TEST(StationFile, TellsTheUserAtStartUp) {
             "The  VEXA.STN  Locator File has an error.\n"
             "The LAT or LONG quadrant indicator is wrong.\n"
             "It should be either N, S, E, or W\n"
-            "Error is at or before ... 72357 - ");
+            "Error is at or before ... 72357 - \n"
+            "VEXA.STN, line 3: N or S: should be N or S");
+}
+
+// What is no station stays in its place when the list is saved, and the file as it was beside it.
+TEST(StationFile, SavingLosesNothing) {
+  struct Case {
+    const char* about;
+    std::string text;
+    std::vector<std::string> kept;
+  };
+  const std::string torn = "72357,\"KOUN,\"NORMAN\",\"OK\",345,35.18,\"N\",97.44,\"W\"";
+  const Case cases[] = {
+      {"a quote is missing", kHeader + kHeathrow + torn + "\r\n" + kDarwin + "99999\r\n", {torn}},
+      {"a remark", kHeader + "my own:\r\n" + kHeathrow + kDarwin + "99999\r\n", {"my own:"}},
+      {"a number twice",
+       kHeader + kHeathrow + "3772,AGAIN,,,1,1.0,N,1.0,E\r\n" + kDarwin + "99999",
+       {"3772,AGAIN,,,1,1.0,N,1.0,E"}},
+      {"fields too many", kHeader + Row("3772", "51.5,N,0.5,W,more,x") + kDarwin + "99999",
+       {"more,x"}},
+      {"notes behind the end", kHeader + kHeathrow + kDarwin + "99999\r\nmy notes\r\nand more",
+       {"my notes\r\nand more"}},
+      {"no end", kHeader + kHeathrow + kDarwin, {}},
+      {"the only one", kHeader + torn + "\r\n99999", {torn}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.about);
+    const test::TemporaryFolder folder;
+    ASSERT_FALSE(SaveFile(folder.Path() / "VEXA.STN", c.text));
+    const StationReading reading = ReadStations(c.text, "VEXA.STN");
+    StationList list = reading.List;
+    ASSERT_FALSE(list.Add({.Number = 50000, .Name = "NEW", .Lat = 1, .Lon = 2}));
+    ASSERT_FALSE(SaveStations(folder.Path(), list));
+    const std::string saved = ReadFile(folder.Path() / "VEXA.STN").Value();
+    std::size_t at = 0;
+    for (const std::string& kept : c.kept) {
+      at = saved.find(kept, at);
+      EXPECT_NE(at, std::string::npos) << kept << " is not in\n" << saved;
+    }
+    EXPECT_EQ(ReadStations(saved, "VEXA.STN").List, list);
+    const bool wasSound = reading.Finding.Kind == StationTrouble::None;
+    const Outcome<std::string> aside = ReadFile(folder.Path() / "VEXA.STN.bak");
+    EXPECT_EQ(aside ? aside.Value() : "", wasSound ? "" : c.text);
+  }
 }
 
 TEST(StationFile, LookupFillsTheHeader) {

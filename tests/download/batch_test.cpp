@@ -103,16 +103,22 @@ TEST(BatchSettings, AreReadAsTheyWereWritten) {
                                .Failing = OnFailure::Stop,
                                .Beeper = true};
   for (const BatchSettings& one : {settings, BatchSettings{}}) {
-    const auto read = ReadBatchSettings(WriteBatchSettings(one), "f");
-    ASSERT_TRUE(read) << read.Error().Detail;
-    EXPECT_EQ(read.Value(), one);
+    const BatchReading read = ReadBatchSettings(WriteBatchSettings(one), "f");
+    EXPECT_TRUE(read.Notes.empty());
+    EXPECT_EQ(read.Settings, one);
   }
   for (const char* bad :
        {"delay = 1441", "delay = x", "format = other", "beeper", "colour = red"}) {
-    const auto read = ReadBatchSettings(std::string("hours = 00\n") + bad + "\n", "f");
-    ASSERT_FALSE(read) << bad;
-    EXPECT_EQ(read.Error().Detail, std::string("f, line 2: \"") + bad + "\" is not understood");
+    // The rest is read, and the line stays when other settings are written.
+    const std::string text = std::string("# mine\n") + bad + "\nhours = 03\n";
+    const BatchReading read = ReadBatchSettings(text, "f");
+    ASSERT_EQ(read.Notes.size(), 1U) << bad;
+    EXPECT_EQ(read.Notes[0], std::string("f, line 2: \"") + bad + "\" is not understood");
+    EXPECT_EQ(read.Settings, BatchSettings{.Hours = "03"});
   }
+  const std::string mended = WriteBatchSettings(settings, "# mine\ncolour = red\nhours = 03\n");
+  EXPECT_TRUE(mended.starts_with("# mine\ncolour = red\nhours = 06 18\n")) << mended;
+  EXPECT_EQ(ReadBatchSettings(mended, "f").Settings, settings);
 }
 
 TEST(Batch, HoursFallDue) {

@@ -6,6 +6,8 @@
 #include <QCoreApplication>
 
 #include <chrono>
+#include <cstdio>
+#include <iterator>
 #include <string>
 
 #include "support/local_server.h"
@@ -98,6 +100,68 @@ TEST_F(HttpFetching, EveryWayAnAnswerMayEnd) {
     EXPECT_NE(said.find(c.Says), std::string::npos) << said;
   }
   EXPECT_EQ(server_.Asked("/missing"), 1);
+}
+
+// gzip of "PRES HGHT TEMP\n" three times, by gzip 1.12: 10 bytes of header, 20 of data, 8 of check.
+std::string PackedAnswer() {
+  const unsigned char bytes[] = {0x1f, 0x8b, 0x08, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x03, 0x0b, 0x08, 0x72, 0x0d,
+      0x56, 0xf0, 0x70, 0xf7, 0x08, 0x51, 0x08, 0x71, 0xf5, 0x0d, 0xe0, 0x0a, 0xc0, 0xcb,
+      0x05, 0x00, 0xa6, 0xd3, 0xfb, 0xdb, 0x2d, 0x00, 0x00, 0x00};
+  return {std::begin(bytes), std::end(bytes)};
+}
+
+// An answer counts when its transfer has ended as it was announced.
+TEST_F(HttpFetching, ACutAnswerIsNoAnswer) {
+  const std::string packed = PackedAnswer();
+  const std::string plain = "PRES HGHT TEMP\nPRES HGHT TEMP\nPRES HGHT TEMP\n";
+  const auto head = [](const std::string& lines) {
+    return "HTTP/1.1 200 OK\r\nContent-Type: text/plain\r\n" + lines + "\r\n";
+  };
+  const auto length = [](std::size_t bytes) {
+    return "Content-Length: " + std::to_string(bytes) + "\r\n";
+  };
+  const std::string gzip = "Content-Encoding: gzip\r\n";
+  const std::string chunked = "Transfer-Encoding: chunked\r\n";
+  const auto chunk = [](const std::string& bytes) {
+    char size[16];
+    std::snprintf(size, sizeof size, "%zx\r\n", bytes.size());
+    return size + bytes + "\r\n";
+  };
+  const std::string last = "0\r\n\r\n";
+  const std::string half = packed.substr(0, packed.size() / 2);
+  struct Case {
+    const char* About;
+    std::string Reply;
+    bool IsWhole;
+  };
+  const Case cases[] = {
+      {"/gzip", head(gzip + length(packed.size())) + packed, true},
+      {"/gzip-shorter-than-told", head(gzip + length(packed.size() + 500)) + packed, false},
+      {"/gzip-cut", head(gzip + length(packed.size())) + half, false},
+      {"/gzip-cut-ahead", head(gzip + length(half.size())) + half, false},
+      {"/gzip-without-trailer", head(gzip + length(packed.size() - 8)) +
+                                    packed.substr(0, packed.size() - 8), false},
+      {"/gzip-wrong-sum", head(gzip + length(packed.size())) +
+                              packed.substr(0, packed.size() - 8) + std::string(8, 'x'), false},
+      {"/gzip-to-the-end", head(gzip + "Connection: close\r\n") + packed, true},
+      {"/gzip-cut-to-the-end", head(gzip + "Connection: close\r\n") + half, false},
+      {"/chunks", head(chunked) + chunk(plain.substr(0, 20)) + chunk(plain.substr(20)) + last, true},
+      {"/chunks-without-last", head(chunked) + chunk(plain.substr(0, 30)), false},
+      {"/chunks-cut-inside", head(chunked) + chunk(plain.substr(0, 30)) + "f\r\nPRES", false},
+      {"/chunks-of-gzip", head(chunked + gzip) + chunk(packed) + last, true},
+      {"/chunks-of-half-a-gzip", head(chunked + gzip) + chunk(half) + last, false},
+      {"/chunks-of-gzip-without-last", head(chunked + gzip) + chunk(packed), false},
+      {"/to-the-end", head("Connection: close\r\n") + plain, true},
+      {"/deflate", head("Content-Encoding: br\r\n" + length(plain.size())) + plain, false},
+  };
+  for (const Case& c : cases) server_.Add(c.About, {c.Reply});
+  settings_.Attempts = 1;
+  for (const Case& c : cases) {
+    const FetchResult result = Fetch(c.About);
+    EXPECT_EQ(result.End, c.IsWhole ? FetchEnd::Done : FetchEnd::NoAnswer)
+        << c.About << ": " << result.Got.Body;
+    EXPECT_EQ(result.Got.Body, c.IsWhole ? plain : "") << c.About;
+  }
 }
 
 TEST_F(HttpFetching, LargerThanAnySoundingEndsAtOnce) {

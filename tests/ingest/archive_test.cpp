@@ -1,7 +1,13 @@
 // Packed sources: archives of one file and of many.
 #include <gtest/gtest.h>
+#include <zip.h>
+#include <zlib.h>
 
+#include <algorithm>
+#include <chrono>
+#include <filesystem>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "core/files.h"
@@ -13,17 +19,20 @@
 namespace vexa::ingest {
 namespace {
 
+namespace fs = std::filesystem;
+
 std::string FileText(const std::string& name) {
   return ReadFile(test::TestData(name)).Value();
 }
 
 // Packed by other programs: the first file of the archive is stored, the second deflated.
 TEST(Unpack, GzipAndZip) {
-  const Outcome<std::vector<PackedFile>> gzip = Unpack(FileText("packed.txt.gz"));
+  UnpackRoom room;
+  const Outcome<std::vector<PackedFile>> gzip = Unpack(FileText("packed.txt.gz"), room);
   ASSERT_TRUE(gzip);
   EXPECT_EQ(gzip.Value().at(0).Bytes, FileText("spc_text.spc"));
   const std::string archive = FileText("packed.zip");
-  const Outcome<std::vector<PackedFile>> zip = Unpack(archive);
+  const Outcome<std::vector<PackedFile>> zip = Unpack(archive, room);
   ASSERT_TRUE(zip) << zip.Error().Detail;
   ASSERT_EQ(zip.Value().size(), 2U);
   EXPECT_EQ(zip.Value()[0].Name, "folder/readme.txt");
@@ -31,13 +40,13 @@ TEST(Unpack, GzipAndZip) {
   EXPECT_EQ(zip.Value()[1].Bytes, FileText("spc_text.spc"));
   for (const std::string& whole : {archive, FileText("packed.txt.gz")}) {
     for (std::size_t size = 4; size < whole.size(); size += 7) {
-      EXPECT_FALSE(Unpack(whole.substr(0, size))) << size;
+      EXPECT_FALSE(Unpack(whole.substr(0, size), room)) << size;
     }
   }
   std::string damaged = archive;
   damaged[damaged.find("read me\n")] = 'R';
-  EXPECT_EQ(Unpack(damaged).Value()[0].Trouble, "the archive has a wrong check sum");
-  EXPECT_EQ(Unpack(damaged).Value()[1].Bytes, FileText("spc_text.spc"));
+  EXPECT_EQ(Unpack(damaged, room).Value()[0].Trouble, "the archive has a wrong check sum");
+  EXPECT_EQ(Unpack(damaged, room).Value()[1].Bytes, FileText("spc_text.spc"));
 
   CurrentSounding current;
   SilentInteraction quiet;
@@ -46,6 +55,85 @@ TEST(Unpack, GzipAndZip) {
   EXPECT_EQ(current.Record.DataFormat, "SPC");
   EXPECT_EQ(current.LoadNotes.at(0),
             "Of the archive readme.txt was left out: in none of the known formats.");
+}
+
+std::string Gzipped(std::size_t zeros) {
+  z_stream stream{};
+  EXPECT_EQ(deflateInit2(&stream, 1, Z_DEFLATED, MAX_WBITS + 16, 9, Z_DEFAULT_STRATEGY), Z_OK);
+  std::string piece(std::size_t{1} << 20, '\0'), packed;
+  std::string out(std::size_t{1} << 16, '\0');
+  int state = Z_OK;
+  while (state != Z_STREAM_END) {
+    if (stream.avail_in == 0 && zeros > 0) {
+      stream.next_in = reinterpret_cast<Bytef*>(piece.data());
+      stream.avail_in = static_cast<uInt>(std::min(zeros, piece.size()));
+      zeros -= stream.avail_in;
+    }
+    stream.next_out = reinterpret_cast<Bytef*>(out.data());
+    stream.avail_out = static_cast<uInt>(out.size());
+    state = deflate(&stream, zeros == 0 ? Z_FINISH : Z_NO_FLUSH);
+    packed.append(out, 0, out.size() - stream.avail_out);
+  }
+  deflateEnd(&stream);
+  return packed;
+}
+
+std::string Zipped(const fs::path& path,
+                   const std::vector<std::pair<std::string, std::string>>& files) {
+  zip_t* archive = zip_open(path.c_str(), ZIP_CREATE, nullptr);
+  for (const auto& [name, bytes] : files) {
+    zip_source_t* source = zip_source_buffer(archive, bytes.data(), bytes.size(), 0);
+    EXPECT_GE(zip_file_add(archive, name.c_str(), source, 0), 0);
+  }
+  EXPECT_EQ(zip_close(archive), 0);
+  return ReadFile(path).Value();
+}
+
+// Archives in an archive share one room: together they unpack no more than 256 MB.
+TEST(Unpack, BombsEndTheOpening) {
+  const test::TemporaryFolder folder;
+  const std::string small = Gzipped(std::size_t{100} << 20);
+  ASSERT_LT(small.size(), std::size_t{1} << 20);
+  std::vector<std::pair<std::string, std::string>> files;
+  for (int i = 0; i < 20; ++i) files.emplace_back("bomb" + std::to_string(i) + ".gz", small);
+  const auto reasonOf = [](std::string bytes) {
+    std::vector<std::string> notes;
+    const Outcome<SourceText> source = ReadSource("bomb", std::move(bytes), notes);
+    return source ? "opened" : source.Error().Detail;
+  };
+  EXPECT_NE(reasonOf(Zipped(folder.Path() / "many.zip", files)).find("more than 256 MB"),
+            std::string::npos);
+  EXPECT_NE(reasonOf(Gzipped(std::size_t{257} << 20)).find("more than 256 MB"), std::string::npos);
+
+  UnpackRoom room{.Bytes = 1000};
+  EXPECT_FALSE(Unpack(Gzipped(1001), room));
+  EXPECT_TRUE(room.IsUsedUp);
+  room = {.Bytes = 1000};
+  EXPECT_TRUE(Unpack(Gzipped(1000), room));
+  EXPECT_EQ(room.Bytes, 0U);
+  // A file that says that it is too large costs no other.
+  room = {.Bytes = 1000};
+  const std::string zip = Zipped(folder.Path() / "two.zip",
+                                 {{"a", std::string(2000, 'a')}, {"b", std::string(900, 'b')}});
+  const Outcome<std::vector<PackedFile>> two = Unpack(zip, room);
+  ASSERT_TRUE(two);
+  EXPECT_NE(two.Value()[0].Trouble, "");
+  EXPECT_EQ(two.Value()[1].Bytes.size(), 900U);
+  room = {.Files = 1};
+  EXPECT_FALSE(Unpack(zip, room));
+  EXPECT_TRUE(room.IsUsedUp);
+}
+
+// Ten times as many bulletins take some ten times as long to join, not a hundred.
+TEST(Unpack, ManyBulletinsAreJoinedAtOnce) {
+  const std::string text = FileText("coded_bulletins_20240305.txt");
+  std::vector<SourceText> texts;
+  for (int i = 0; i < 3000; ++i) texts.emplace_back("20240305.txt", text);
+  std::vector<std::string> notes;
+  const auto begin = std::chrono::steady_clock::now();
+  const SourceText joined = MakeArchive("many.zip", std::move(texts), notes);
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(30));
+  EXPECT_EQ(joined.Bytes().size(), 3000 * (text.size() + 2) - 2);
 }
 
 // Two bulletins with the parts of the same ascents, a packed station file of two soundings and a

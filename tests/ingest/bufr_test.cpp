@@ -168,6 +168,36 @@ TEST(Bufr, AnOperatorWithoutItsBitmapIsDamage) {
   EXPECT_EQ(notes.size(), 2U);
 }
 
+// A station of a bulletin that sent its surface only: block 60, station 155, 1012 hPa, 293.2 K and
+// 285.2 K, put together by hand with the widths of table B.
+TEST(Bufr, AStationWithOneLevelIsAFaultOfItsOwn) {
+  std::string bits;
+  const auto put = [&bits](unsigned value, int width) {
+    for (int bit = width - 1; bit >= 0; --bit) bits += (value >> bit & 1U) != 0 ? '1' : '0';
+  };
+  put(60, 7);
+  put(155, 10);
+  put(10120, 14);
+  put(29320, 16);
+  put(28520, 16);
+  std::string data;
+  for (bits.resize((bits.size() + 7) / 8 * 8, '0'); !bits.empty(); bits.erase(0, 8)) {
+    data += static_cast<char>(std::stoi(bits.substr(0, 8), nullptr, 2));
+  }
+  std::string message("BUFR\0\0\0\3", 8);
+  message += std::string("\0\0\x12\0\0\x62\0\0\2\0\x0d\0\x18\3\5\x0c\0\0", 18);
+  message += std::string("\0\0\x12\0\0\1\x80\1\1\1\2\7\4\x0c\x65\x0c\x67\0", 18);
+  message += std::string("\0\0", 2) + static_cast<char>(4 + data.size()) + '\0' + data + "7777";
+  message[6] = static_cast<char>(message.size());
+
+  const SourceText source("b.bufr", Bytes() + message);
+  ASSERT_EQ(ListSoundings(source).size(), 3U);
+  const Decoded single = Decode(source, 2);
+  ASSERT_TRUE(single.Failed);
+  EXPECT_EQ(single.Failed->Detail,
+            "b.bufr: too few levels of 60155, 1 with a temperature and 0 with a wind");
+}
+
 TEST(Bufr, RealMessages) {
   VEXA_REAL_DATA(folder, "bufr");
   for (const RealFile& c : kRealFiles) {

@@ -338,6 +338,23 @@ TEST(SourceHeader, TimesAndCaptions) {
     EXPECT_FALSE(ParseIsoTime(text)) << text;
   }
   EXPECT_FALSE(ParseWrittenTime("00Z 04 Mai 1999"));
+  // An offset from UTC (RFC 3339) is taken off, over the ends of days and years too.
+  const std::pair<const char*, ObservationTime> utc[] = {
+      {"1999-05-04T12:00:00+05:30", {1999, 5, 4, 6, 30}},
+      {"1999-05-04T12:00:00.000-03:00", {1999, 5, 4, 15, 0}},
+      {"2000-01-01 02:15+0530", {1999, 12, 31, 20, 45}},
+      {"2024-02-28T23-02", {2024, 2, 29, 1, 0}},
+      {"1999-05-04T12:00:00\xE2\x88\x92" "03:00", {1999, 5, 4, 15, 0}},
+      {"1999-05-04T12:00:00Z", {1999, 5, 4, 12, 0}},
+      {"1999-05-04T12:00:00+00:00", {1999, 5, 4, 12, 0}},
+      {"1999-05-04 12:30 - 13:00", {1999, 5, 4, 12, 30}},
+      {"2023, 05, 22, 23:06:10", {2023, 5, 22, 23, 6}},
+  };
+  for (const auto& [text, time] : utc) {
+    ASSERT_TRUE(ParseIsoTime(text)) << text;
+    EXPECT_EQ(*ParseIsoTime(text), time) << text;
+  }
+  EXPECT_FALSE(ParseIsoTime("1999-05-04T12:00+25:00"));
   // The time stays whole whatever the name.
   const std::string caption =
       Caption({3772, "", std::string(60, 'N')}, ObservationTime{1999, 5, 4, 0, 0});

@@ -190,7 +190,7 @@ TEST(EncodePicture, GivesEachKindByItsExtension) {
   EXPECT_EQ(odd.Error().Number, kFaultBadFileName);
   const Outcome<std::string> none = EncodePicture(page, "png", 0, 0);
   ASSERT_FALSE(none.Ok());
-  EXPECT_EQ(none.Error().Number, kFaultDiskFull);
+  EXPECT_EQ(none.Error().Number, kFaultPicture);
 }
 
 }  // namespace

@@ -419,6 +419,18 @@ TEST_F(EditCommands, ASessionCutOffIsOfferedWithItsEdits) {
   EXPECT_EQ(alone.Current.FileName, "b.RAW");
   alone.OwnSession = {};
 
+  {
+    Program other;  // closes the box without an answer, works on something else and ends well
+    EXPECT_FALSE(begin(other, Answer::Cancel).Any());
+    ASSERT_TRUE(OpenSoundings(other, {a}).Sounding);
+    EXPECT_FALSE(KeepSession(other));
+    EndSession(other);
+  }
+  Program again;
+  EXPECT_TRUE(begin(again, Answer::Yes).Sounding);
+  EXPECT_EQ(again.Current.Record, edited);
+  again.OwnSession = {};
+
   Program declined;
   EXPECT_FALSE(begin(declined, Answer::No).Any());
   EXPECT_FALSE(OfferSession(declined).Any());  // an unforeseen box would fail here

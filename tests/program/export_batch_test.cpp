@@ -105,6 +105,46 @@ TEST_F(ExportBatchTest, CancellingLeavesWholeSoundings) {
   EXPECT_TRUE(text.ends_with("NUMBER OF SOUNDINGS LISTED = 3\r\n"));
 }
 
+TEST_F(ExportBatchTest, OptionsThatChangeMeanwhileAreForTheNextRun) {
+  struct Changing : test::ScriptedInteraction {
+    Options* Set = nullptr;
+    bool Yield() override {
+      if (Statuses.size() == 2) {
+        Set->System.Dump = {.Height = DumpHeight::Feet, .Temp = DumpTemp::Fahrenheit};
+      }
+      return true;
+    }
+  };
+  const std::vector<std::string> files = Files(4);
+  for (const int jobs : {1, 3}) {
+    const ExportRequest request{.Files = files, .Output = folder_.Path() / "out.txt", .Jobs = jobs};
+    Options set;
+    ExportBatch(request, set);
+    const std::string alone = Text("out.txt");
+    Changing user;
+    user.Set = &set;
+    ExportBatch(request, set, Progress(user));
+    EXPECT_EQ(Text("out.txt"), alone);
+    EXPECT_EQ(set.System.Dump.Height, DumpHeight::Feet);
+  }
+}
+
+TEST_F(ExportBatchTest, AnInputIsNotReplaced) {
+  std::vector<std::string> files = Files(2);
+  const std::string torn = Write("BAD_out.csv", "no sounding");
+  files.push_back(torn);
+  for (const char* output : {"out.csv", "1.RAW"}) {
+    const std::string before = Text("1.RAW");
+    const ExportReport report =
+        ExportBatch({.Files = files, .Output = folder_.Path() / output}, {});
+    ASSERT_TRUE(report.Failed) << output;
+    EXPECT_NE(report.Failed->Detail.find("would be lost"), std::string::npos);
+    EXPECT_EQ(Text("BAD_out.csv"), "no sounding");
+    EXPECT_EQ(Text("1.RAW"), before);
+  }
+  EXPECT_EQ(Text("out.csv"), "no file");
+}
+
 TEST_F(ExportBatchTest, WhatStoodThereSurvivesFailure) {
   const std::vector<std::string> files = Files(5);
   Write("out.txt", "earlier");
@@ -125,11 +165,11 @@ TEST_F(ExportBatchTest, WhatStoodThereSurvivesFailure) {
 TEST_F(ExportBatchTest, StationsThatGiveANumberAloneAreLookedUp) {
   StationList stations;
   ASSERT_FALSE(
-      stations.Add({.Number = 1234, .Name = "Test", .ElevM = 17, .Lat = 59.5, .Lon = 5.25}));
+      stations.Add({.Number = 1234, .Name = "Test", .ElevM = 240, .Lat = 59.5, .Lon = 5.25}));
   const std::vector<std::string> files = {
       TextFromPath(test::TestData("coded_bulletins_20240305.txt"))};
   ExportBatch({.Files = files, .Output = folder_.Path() / "out.txt", .Stations = &stations}, {});
-  EXPECT_NE(Text("out.txt").find("ELEVATION (M) = 17\r\nLAT/LONG = 59.5  5.25\r\n"),
+  EXPECT_NE(Text("out.txt").find("ELEVATION (M) = 240\r\nLAT/LONG = 59.5  5.25\r\n"),
             std::string::npos)
       << Text("out.txt").substr(0, 200);
 }

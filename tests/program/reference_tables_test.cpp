@@ -69,6 +69,7 @@ TEST(ReferenceTables, AreReadWhenWholeAndRebuiltWhenDamaged) {
       ASSERT_FALSE(SaveFile(path, damaged));
       EXPECT_EQ(State(table, folder.Path()), TableState::Rebuilt);
       EXPECT_EQ(ReadFile(path).Value(), whole);
+      EXPECT_EQ(ReadFile(fs::path(path) += ".bak").Value(), damaged);
     }
   }
 }

@@ -17,7 +17,12 @@ TEST(SessionMemory, ListsReadBackAndForeignFilesHoldNone) {
   EXPECT_FALSE(WriteList(folder.Path(), kSoundingList, {}));
   EXPECT_TRUE(ReadList(folder.Path(), kSoundingList).empty());
   ASSERT_FALSE(SaveFile(folder.Path() / PathFromText(kSoundingList), "header\nanother text\n"));
-  EXPECT_TRUE(ReadList(folder.Path(), kSoundingList).empty());
+  std::vector<std::string> notes;
+  EXPECT_TRUE(ReadList(folder.Path(), kSoundingList, &notes).empty());
+  ASSERT_EQ(notes.size(), 1U);
+  EXPECT_TRUE(notes[0].starts_with("DATM.LST, line 1: ")) << notes[0];
+  EXPECT_FALSE(WriteList(folder.Path(), kSoundingList, names));
+  EXPECT_EQ(ReadFile(folder.Path() / "DATM.LST.bak").Value(), "header\nanother text\n");
 }
 
 }  // namespace

@@ -115,7 +115,6 @@ TEST(StartUp, TellsOfAFolderThatCannotBeWritten) {
   const test::TemporaryFolder folder;
   ASSERT_FALSE(SaveFile(folder.Path() / "ForecastData", "in the way"));
   test::ScriptedInteraction user;
-  user.Expect("VEXA", Answer::Ok);
   user.Expect("VEXA program file/folder access problem...", Answer::Ok);
   Program program;
   program.Doc.AskThrough(&user);
@@ -125,6 +124,51 @@ TEST(StartUp, TellsOfAFolderThatCannotBeWritten) {
       "VEXA is unable to access program folder:  " + TextFromPath(folder.Path() / "ForecastData") +
           "\nBe sure the Folder and Share Permissions are sufficient.");
 }
+
+// A file where the root should be refuses everything, whoever starts the program.
+TEST(StartUp, ARootThatTakesNoFilesIsToldOfOnce) {
+  const test::TemporaryFolder folder;
+  const fs::path program = folder.Path() / "build" / "bin";
+  fs::create_directories(program);
+  fs::create_directories(folder.Path() / "share");
+  for (const char* name : {"VEXA.STN", "VEXA.URL"}) {
+    ASSERT_FALSE(SaveFile(folder.Path() / "share" / name, "shipped"));
+  }
+  ASSERT_FALSE(SaveFile(folder.Path() / "root", "in the way"));
+  test::ScriptedInteraction user;
+  user.Expect("VEXA program file/folder access problem...", Answer::Ok);
+  Program started;
+  started.Doc.AskThrough(&user);
+  StartUp(started, {TextFromPath(folder.Path() / "root"), program});
+  EXPECT_EQ(TakeNotices(started), "");
+}
+
+#ifndef _WIN32
+TEST(StartUp, LinksAreNotWrittenThrough) {
+  const test::TemporaryFolder folder;
+  const fs::path root = folder.Path() / "root", others = folder.Path() / "others";
+  fs::create_directories(root / "ExportData");
+  fs::create_directories(others);
+  const auto link = [&](const fs::path& from) {
+    const fs::path target = others / from.filename();
+    EXPECT_FALSE(SaveFile(target, "precious"));
+    fs::create_symlink(target, root / from);
+  };
+  const char* const names[] = {"ExportData/dumptestfile123.xyz", "VEXA.IKO", "REFERENCE.DAT"};
+  for (const char* name : names) link(name);
+  fs::create_symlink(others / "made", root / "VEXA.WET");  // leads nowhere yet
+  test::ScriptedInteraction user;
+  Program program;
+  program.Doc.AskThrough(&user);
+  StartUp(program, {TextFromPath(root)});
+  for (const char* name : names) {
+    EXPECT_EQ(ReadFile(others / fs::path(name).filename()).Value(), "precious") << name;
+  }
+  EXPECT_FALSE(fs::exists(others / "made"));
+  EXPECT_TRUE(fs::is_symlink(root / "ExportData/dumptestfile123.xyz"));
+  EXPECT_TRUE(fs::is_regular_file(fs::symlink_status(root / "VEXA.IKO")));
+}
+#endif
 
 TEST(StartUp, WarnsOfASmallScreen) {
   const test::TemporaryFolder folder;
