@@ -1,0 +1,103 @@
+#include "picture/page_layouts.h"
+
+#include <algorithm>
+#include <array>
+
+namespace vexa {
+namespace {
+
+constexpr double Px(double pixels) {
+  return pixels * kUnitsPerPixel;
+}
+
+constexpr double kBoxWidth = Px(264);
+
+// The regions of every layout of the diagram.
+constexpr RegionRow kTitle{
+    .Name = "title", .At = Place::Above, .LeastHeight = Px(44), .Priority = 1};
+constexpr RegionRow kDiagram{
+    .Name = "diagram", .At = Place::Main, .LeastWidth = Px(250), .LeastHeight = Px(200)};
+constexpr RegionRow kGutter{
+    .Name = "marks", .At = Place::Beside, .LeastWidth = Px(124), .Priority = 4};
+constexpr RegionRow kWind{.Name = "wind", .At = Place::Beside, .LeastWidth = Px(76), .Priority = 3};
+constexpr RegionRow kWindNumbers{
+    .Name = "wind", .At = Place::Beside, .LeastWidth = Px(136), .Priority = 3};
+constexpr RegionRow kLegend{
+    .Name = "legend", .At = Place::Under, .LeastHeight = Px(18), .Priority = 5};
+constexpr RegionRow kFullLegend{
+    .Name = "legend", .At = Place::Under, .LeastHeight = Px(36), .Priority = 2};
+constexpr RegionRow kStatus{
+    .Name = "status", .At = Place::Foot, .LeastHeight = Px(16), .Priority = 2};
+
+constexpr RegionRow Box(std::string_view name, double lines, int priority, std::string_view caption,
+                        std::string_view elsewhere) {
+  return {.Name = name,
+          .At = Place::Side,
+          .LeastWidth = kBoxWidth,
+          .LeastHeight = BoxHeight(lines),
+          .Priority = priority,
+          .Caption = caption,
+          .Elsewhere = elsewhere};
+}
+
+constexpr RegionRow kHodograph{.Name = "hodograph",
+                               .At = Place::Side,
+                               .LeastWidth = kBoxWidth,
+                               .LeastHeight = Px(200),
+                               .Priority = 10,
+                               .Stretch = 1,
+                               .IsSquare = true,
+                               .Caption = "hodograph",
+                               .Elsewhere = "menu Displays"};
+constexpr RegionRow kStorm = Box("storm", 6, 11, "storm motion", "hodograph window");
+constexpr RegionRow kParcels = Box("parcels", 7, 9, "parcels", "F4");
+constexpr RegionRow kIndices = Box("indices", 8, 12, "indices", "F4");
+constexpr RegionRow kLayers = Box("layers", 6, 13, "lapse rates and layers", "menu Displays");
+constexpr RegionRow kAnalysis = Box("analysis", 22, 11, "analysis", "F4");
+
+constexpr std::array kDiagramRegions = {kTitle,  kDiagram, kGutter,    kWind,
+                                        kLegend, kStatus,  kHodograph, kAnalysis};
+constexpr std::array kForecasterRegions = {kTitle,   kDiagram, kGutter,    kWind,
+                                           kLegend,  kStatus,  kHodograph, kStorm,
+                                           kParcels, kIndices, kLayers};
+constexpr std::array kPilotRegions = {kTitle,
+                                      kDiagram,
+                                      kGutter,
+                                      kWindNumbers,
+                                      kLegend,
+                                      kStatus,
+                                      Box("clouds", 5, 9, "clouds", "F4"),
+                                      Box("thermals", 5, 10, "thermals", "menu Displays"),
+                                      Box("freezing", 5, 11, "freezing level and icing", "F4"),
+                                      Box("inversions", 5, 12, "inversions", "F4")};
+constexpr std::array kTeachingRegions = {kTitle, kDiagram, kGutter, kWind, kFullLegend, kStatus};
+
+constexpr std::array kLayouts = {
+    LayoutRow{"diagram", "Diagram", "The diagram with hodograph and analysis", kDiagramRegions},
+    LayoutRow{"forecaster", "Forecaster",
+              "Hodograph, storm motion, parcels, indices and layers beside the diagram",
+              kForecasterRegions},
+    LayoutRow{"pilot",
+              "Pilot",
+              "The lowest 6 km by height, winds as numbers, clouds, thermals, icing",
+              kPilotRegions,
+              {.Depth = 6000, .HeightsFirst = true, .WindNumbers = true}},
+    LayoutRow{"teaching",
+              "Teaching",
+              "The diagram alone with every line explained",
+              kTeachingRegions,
+              {.FullLegend = true}},
+};
+
+}  // namespace
+
+std::span<const LayoutRow> PageLayouts() {
+  return kLayouts;
+}
+
+const LayoutRow* FindLayout(std::string_view name) {
+  const auto row = std::ranges::find(kLayouts, name, &LayoutRow::Name);
+  return row == kLayouts.end() ? nullptr : &*row;
+}
+
+}  // namespace vexa
