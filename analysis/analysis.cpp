@@ -109,10 +109,12 @@ LayerResults FindLayers(const SoundingRecord& sounding, const AnalysisResults& r
                         const Options& options) {
   constexpr double kNormalizedPair = 304.8;  // m: 1000 ft
   constexpr double kLowShearDepth = 1000;    // m, well above the layer that counts
+  constexpr double kLapseDepth = 3000;       // m
   const LevelProfile& levels = results.Levels;
   const double ground = levels.Height(1);
   LayerResults layers;
   layers.Mixed = FindMixedLayer(sounding, levels);
+  layers.LapseRate3km = MeanLapseRate(levels, ground, ground + kLapseDepth);
   layers.Clouds = FindClouds(sounding, results, options);
   layers.Icing = options.Ice == IceType::SmithFeddes
                      ? SmithFeddesIcing(levels, layers.Clouds, options.Saturation)
@@ -159,6 +161,7 @@ void DropNonsense(AnalysisResults& results) {
     for (double& value : column->Values()) mark(value, kMissing);
   }
   WinterResults& winter = results.Winter;
+  mark(layers.LapseRate3km, kNone);
   for (double* area : {&winter.WarmArea, &winter.ColdArea, &winter.SurfaceWarmArea}) {
     mark(*area, 0);
   }

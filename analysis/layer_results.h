@@ -111,6 +111,7 @@ struct LevelListing {
 };
 
 struct LayerResults {
+  double LapseRate3km = kNone;  // C/km, from the ground to 3 km above it
   std::optional<MixedLayer> Mixed{};
   std::vector<CloudDeck> Clouds{};
   std::vector<AirLayer> Icing{};           // value: g/m³ of water (Smith-Feddes)

@@ -140,6 +140,19 @@ std::vector<LevelPoint> FindFreezingLevels(const LevelProfile& levels) {
   return found;
 }
 
+double MeanLapseRate(const LevelProfile& levels, double low, double high) {
+  if (levels.Count() < 2 || high <= low) return kNone;
+  const auto temp = [&levels](double height) -> Sample {
+    const double press = GetPRESS(levels, height);
+    return HasHeight(press) ? SampleAt(levels, press, Quantity::Temp) : Sample{};
+  };
+  const Sample below = temp(low);
+  const Sample above = temp(high);
+  if (!below.Ok() || !above.Ok()) return kNone;
+  constexpr double kMetersPerKm = 1000;
+  return (below.Value - above.Value) / ((high - low) / kMetersPerKm);
+}
+
 std::optional<MixedLayer> FindMixedLayer(const SoundingRecord& sounding,
                                          const LevelProfile& levels) {
   constexpr double kNearGround = 25;   // hPa

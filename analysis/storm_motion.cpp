@@ -13,6 +13,7 @@ constexpr double kAtTop = 1;               // m: a level this near the top stand
 constexpr double kShearHeight = 5750;      // m above ground
 constexpr double kDeviation = 15;          // kt
 constexpr double kDeepLayer = 6000;        // m
+constexpr double kShallowLayer = 1000;     // m
 constexpr double kLowLayer = 500;          // m
 // What kLayerMeanRule says.
 constexpr double kLatestBegin = 500;  // m above the layer's base
@@ -118,6 +119,12 @@ std::optional<WindVector> MeanOf(const LayerWinds& layer) {
 std::optional<WindVector> MeanFromGround(const WindsAbove& winds, double depth) {
   const LayerWinds layer = winds.Layer(depth);
   return layer.IsFilled ? MeanOf(layer) : std::nullopt;
+}
+
+// The wind at the top of a layer minus the one at the ground.
+std::optional<WindVector> ShearOf(const LayerWinds& layer) {
+  if (!layer.HasSurface || !layer.ReachesTop || layer.Winds.size() < 2) return std::nullopt;
+  return Difference(layer.Winds.back(), layer.Winds.front());
 }
 
 double HelicityOf(const LayerWinds& layer, const WindVector& motion) {
@@ -234,9 +241,8 @@ StormMotionResults AnalyseStormMotion(const SoundingRecord& sounding, const Opti
   results.Mean6km = MeanFromGround(winds, kDeepLayer);
   results.MeanHalfKm = MeanFromGround(winds, kLowLayer);
   results.BrnShear = BRNnbr(results.Mean6km, results.MeanHalfKm);
-  if (deep.HasSurface && deep.ReachesTop && deep.Winds.size() > 1) {
-    results.Shear6km = Difference(deep.Winds.back(), deep.Winds.front());
-  }
+  results.Shear1km = ShearOf(winds.Layer(kShallowLayer));
+  results.Shear6km = ShearOf(deep);
   HelicityLayers layers;
   for (std::size_t i = 0; i < layers.size(); ++i) {
     layers[i] = winds.Layer(kHelicityDepthsKm[i] * 1000);

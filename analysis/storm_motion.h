@@ -25,6 +25,7 @@ struct Mover {
 struct StormMotionResults {
   std::optional<WindVector> Mean6km{};     // 0-6 km
   std::optional<WindVector> MeanHalfKm{};  // 0-0.5 km
+  std::optional<WindVector> Shear1km{};    // wind at 1 km minus surface wind
   std::optional<WindVector> Shear6km{};    // wind at 6 km minus surface wind
   double BrnShear = kNone;                 // m²/s²
   std::optional<Mover> Right{};

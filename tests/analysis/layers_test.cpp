@@ -133,5 +133,15 @@ TEST(FreezingLevels, AreAllCrossings) {
   EXPECT_EQ(many[2].Press, 850);
 }
 
+TEST(LapseRate, IsThatBetweenTwoHeights) {
+  // By the hypsometric equation 700 hPa of the reference, with 8.6 C, lies at 3152 m and
+  // 650 hPa, with 3.8 C, 610 m above it: at 3357 m, 3 km above the ground, it has 7.0 C.
+  const LevelProfile levels = Derived(test::ReferenceConvective());
+  EXPECT_NEAR(MeanLapseRate(levels, 357, 3357), (28.0 - 7.0) / 3, 0.02);
+  EXPECT_NEAR(MeanLapseRate(Derived(Profile({{1000, 10, 5}, {500, 10, 5}})), 0, 3000), 0, 1e-9);
+  EXPECT_EQ(MeanLapseRate(levels, 357, 40000), kNone);
+  EXPECT_EQ(MeanLapseRate(Derived(Profile({{1000, 10, 5}})), 0, 3000), kNone);
+}
+
 }  // namespace
 }  // namespace vexa::analysis

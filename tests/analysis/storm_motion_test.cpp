@@ -21,7 +21,9 @@ TEST(StormMotion, OfTheReferenceSounding) {
   ExpectWind(storm.Mean6km, 216.8, 30.1);
   ExpectWind(storm.MeanHalfKm, 167.1, 19.0);
   EXPECT_NEAR(storm.BrnShear, 69.8, 0.1);
-  ASSERT_TRUE(storm.Shear6km);
+  ASSERT_TRUE(storm.Shear6km && storm.Shear1km);
+  // Between 175/28 at 1000 m and 190/33 at 1500 m the wind at 1357 m, less 160/12 at the ground.
+  EXPECT_NEAR(std::hypot(storm.Shear1km->U, storm.Shear1km->V), 21.3, 0.1);
   EXPECT_NEAR(std::hypot(storm.Shear6km->U, storm.Shear6km->V), 54.9, 0.1);
   ASSERT_TRUE(storm.Right && storm.Left);
   EXPECT_NEAR(storm.Right->Motion.U, -19.246, 0.005);
