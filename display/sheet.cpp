@@ -1,219 +1,189 @@
 #include "display/sheet.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <optional>
+
+#include "core/numbers.h"
+#include "picture/layout.h"
+#include "picture/text_width.h"
 
 namespace vexa::display {
 namespace {
 
-constexpr double kShape = 4.0 / 3;  // width by height that a page comes near to
-constexpr double kMargin = 250;
-constexpr double kTitle = 230;
-constexpr double kText = kSheetText;
-constexpr double kLine = 190;
-constexpr double kLetter = 0.6;  // width of a fixed letter by its size
-constexpr std::size_t kGapLetters = 2;
-constexpr std::size_t kMostColumns = 4;
+constexpr double kMargin = 2 * kPageMargin;
+constexpr double kColumnGap = 32 * kUnitsPerPixel;
+constexpr std::size_t kMostColumns = 6;
+constexpr std::array<double, 4> kScales = {1.6, 1.4, 1.2, 1};
+constexpr double kWidest = 1.6;  // columns take room that is left over, up to so many times theirs
 
-struct Inks {
-  Color Paper, Ink, Faint;
+double HeadHeight(double scale) {
+  return (LetterSize(Type::Title) + 2.2 * LetterSize(Type::Label)) * scale;
+}
+
+double ColumnWidth(const Sheet& sheet, double scale) {
+  double width = 0;
+  for (const SheetBlock& block : sheet.Blocks) width = std::max(width, WidthOf(block, scale));
+  return width;
+}
+
+/// A part of a block that stands together in a column.
+struct Piece {
+  SheetBlock Part{};
+  std::size_t Column = 0;
+  double Line = 0;
 };
 
-Inks InksFor(const Options& options) {
-  if (options.Screen == ScreenColor::Black) return {{0, 0, 0}, {240, 240, 240}, {170, 170, 170}};
-  return {{255, 255, 255}, {0, 0, 0}, {90, 90, 90}};
-}
-
-// What a step looks like without its colour.
-std::string_view StressSign(Stress stress) {
-  constexpr std::string_view kSigns[] = {"", "*", "**", "***"};
-  return kSigns[static_cast<std::size_t>(stress)];
-}
-
-std::size_t LinesOf(const SheetBlock& block) {
-  return block.Rows.size() + (block.Heading.empty() ? 1 : 2);
-}
-
-// What stands beside a value: the sign of its step, and its note.
-std::string NoteOf(const SheetRow& row) {
-  std::string note(StressSign(row.Step));
-  if (!note.empty() && !row.Note.empty()) note += ' ';
-  return note + row.Note;
-}
-
-/// A column's parts, as wide as their longest text.
-struct Widths {
-  explicit Widths(const Sheet& sheet) {
-    std::size_t label = 12;
-    std::size_t value = 6;
-    std::size_t note = 4;
-    std::size_t alone = 0;  // rows and headings without a value
-    for (const SheetBlock& block : sheet.Blocks) {
-      alone = std::max(alone, block.Heading.size());
-      for (const SheetRow& row : block.Rows) {
-        const std::string beside = NoteOf(row);
-        if (row.Value.empty() && beside.empty()) {
-          alone = std::max(alone, row.Label.size());
-          continue;
-        }
-        label = std::max(label, row.Label.size());
-        value = std::max(value, row.Value.size());
-        note = std::max(note, beside.size());
-      }
-    }
-    const auto width = [](std::size_t letters) {
-      return kText * kLetter * static_cast<double>(letters);
-    };
-    Label = width(label + kGapLetters);
-    Value = width(value + kGapLetters);
-    Column = std::max(Label + Value + width(note), width(alone));
-  }
-
-  double Label = 0;
-  double Value = 0;
-  double Column = 0;  // all of it
-};
-
-// A place for each line: blocks fill a column and go on in the next.
-class Layout {
+/// The blocks cut into columns of so many lines, a free line between two of them; a heading stays
+/// with its first row and is not repeated.
+class Columns {
  public:
-  Layout(const Sheet& sheet, const Widths& widths) : widths_(widths), top_(kMargin + 2.2 * kTitle) {
-    std::size_t total = 0;
-    for (const SheetBlock& block : sheet.Blocks) total += LinesOf(block);
-    // As many columns as let the letters be largest on a page of the usual shape.
-    double least = 0;
-    for (std::size_t columns = 1; columns <= kMostColumns; ++columns) {
-      const std::size_t lines = (total + columns - 1) / columns + 1;
-      const double size =
-          std::max((kMargin + static_cast<double>(columns) * (widths_.Column + kMargin)) / kShape,
-                   top_ + static_cast<double>(lines) * kLine + kMargin);
-      if (least > 0 && size >= least) continue;
-      least = size;
-      perColumn_ = lines;
-    }
+  Columns(const Sheet& sheet, double perColumn) : perColumn_(std::max(perColumn, 3.0)) {
+    for (const SheetBlock& block : sheet.Blocks) Add(block);
   }
-
-  // Keeps a heading together with its first row.
-  void Begin(std::size_t lines) {
-    if (line_ > 0 && line_ + std::min<std::size_t>(lines, 3) > perColumn_) NextColumn();
-  }
-
-  Point Next() {
-    if (line_ >= perColumn_) NextColumn();
-    const Point at{kMargin + static_cast<double>(column_) * (widths_.Column + kMargin),
-                   top_ + (static_cast<double>(line_) + 0.5) * kLine};
-    ++line_;
-    deepest_ = std::max(deepest_, line_);
-    return at;
-  }
-
-  void Skip() {
-    if (line_ > 0) ++line_;
-  }
-
-  double Width() const {
-    return kMargin + static_cast<double>(column_ + 1) * (widths_.Column + kMargin);
-  }
-  double Height() const { return top_ + static_cast<double>(deepest_) * kLine + kMargin; }
+  const std::vector<Piece>& Pieces() const { return pieces_; }
+  std::size_t Count() const { return pieces_.empty() ? 0 : pieces_.back().Column + 1; }
 
  private:
+  void Add(const SheetBlock& block) {
+    if (line_ > 0) ++line_;
+    const double head = block.Heading.empty() ? 0 : 1;
+    if (line_ + head + 1 > perColumn_) NextColumn();
+    Begin(block.Heading);
+    line_ += head;
+    for (const SheetRow& row : block.Rows) {
+      if (line_ + 1 > perColumn_) {
+        NextColumn();
+        Begin({});
+      }
+      pieces_.back().Part.Rows.push_back(row);
+      ++line_;
+    }
+  }
+  void Begin(const std::string& heading) {
+    pieces_.push_back({{.Heading = heading}, column_, line_});
+  }
   void NextColumn() {
     ++column_;
     line_ = 0;
   }
 
-  const Widths& widths_;
-  double top_;
-  std::size_t perColumn_ = 1;
+  double perColumn_;
+  double line_ = 0;
   std::size_t column_ = 0;
-  std::size_t line_ = 0;
-  std::size_t deepest_ = 1;
+  std::vector<Piece> pieces_{};
 };
 
-void Write(Picture& page, std::string_view tag, Point at, std::string text, Color ink,
-           bool bold = false) {
-  page.Add(tag, Label{.At = at,
-                      .Text = std::move(text),
-                      .Size = kText,
-                      .Font = Face::Mono,
-                      .Ink = ink,
-                      .Bold = bold});
+double LinesOf(const Sheet& sheet) {
+  double lines = sheet.Blocks.empty() ? 0 : static_cast<double>(sheet.Blocks.size()) - 1;
+  for (const SheetBlock& block : sheet.Blocks) lines += display::LinesOf(block);
+  return lines;
 }
 
-void DrawRow(Picture& page, const SheetRow& row, Point at, const Widths& widths, const Inks& inks) {
-  const double valueX = at.X + widths.Label;
-  const double noteX = valueX + widths.Value;
-  Write(page, "label", at, row.Label, inks.Ink);
-  Color valueInk = inks.Ink;
-  if (row.Step != Stress::None) {
-    const Rect box{valueX - 60, at.Y - kLine * 0.45, noteX - 60, at.Y + kLine * 0.45};
-    page.Add("stress", Area{.Rings = {{{box.Left, box.Top},
-                                       {box.Right, box.Top},
-                                       {box.Right, box.Bottom},
-                                       {box.Left, box.Bottom}}},
-                            .Fill = {.Ink = StressColor(row.Step)}});
-    valueInk = row.Step == Stress::Third ? Color{255, 255, 255} : Color{0, 0, 0};
+/// How a sheet stands on its page.
+struct Arrangement {
+  double Scale = 1;
+  double Width = 0;  // of a column
+  double PerColumn = 1;
+  std::size_t Most = 1;  // columns on the page
+};
+
+Arrangement ArrangementAt(const Sheet& sheet, const Surface& surface, double scale) {
+  Arrangement at{.Scale = scale, .Width = ColumnWidth(sheet, scale)};
+  const double across = surface.Width - 2 * kMargin;
+  const double gap = kColumnGap * scale;
+  at.Most = static_cast<std::size_t>(
+      std::clamp((across + gap) / (at.Width + gap), 1.0, static_cast<double>(kMostColumns)));
+  at.Width = std::min(at.Width, across);
+  const double down = surface.Height - 2 * kMargin - HeadHeight(scale);
+  at.PerColumn = std::max(3.0, std::floor(down / (kLineStep * scale)));
+  return at;
+}
+
+// The largest letters with which all of it stands on the page; empty when none do.
+std::optional<Arrangement> Fitting(const Sheet& sheet, const Surface& surface) {
+  for (const double scale : kScales) {
+    const Arrangement at = ArrangementAt(sheet, surface, scale);
+    if (ColumnWidth(sheet, scale) > surface.Width - 2 * kMargin) continue;
+    if (Columns(sheet, at.PerColumn).Count() <= at.Most) return at;
   }
-  Write(page, "value", {valueX, at.Y}, row.Value, valueInk, row.Step != Stress::None);
-  Write(page, "note", {noteX, at.Y}, NoteOf(row), inks.Faint);
-  if (!row.Index.empty()) {
-    page.AddHotSpot(
-        {{at.X, at.Y - kLine / 2, noteX, at.Y + kLine / 2}, std::string(kIndexSpot), row.Index});
-  }
+  return std::nullopt;
+}
+
+void WriteHead(Picture& page, const Sheet& sheet, const BlockInks& inks, double scale) {
+  const double room = page.Width() - 2 * kMargin;
+  const double size = LetterSize(Type::Title) * scale;
+  const double second = LetterSize(Type::Label) * scale;
+  page.Add("title", Label{.At = {kMargin, kMargin + size / 2},
+                          .Text = Elided(sheet.Title, size, room, true),
+                          .Size = size,
+                          .Ink = inks.Ink,
+                          .Bold = true});
+  page.Add("subtitle", Label{.At = {kMargin, kMargin + size + 0.9 * second},
+                             .Text = Elided(sheet.Subtitle, second, room),
+                             .Size = second,
+                             .Ink = inks.Faint});
 }
 
 }  // namespace
 
-Color StressColor(Stress stress) {
-  switch (stress) {
-    case Stress::First:
-      return {255, 235, 90};
-    case Stress::Second:
-      return {255, 165, 40};
-    case Stress::Third:
-      return {200, 20, 20};
-    case Stress::None:
-      break;
+Surface UsualSurface(const Sheet& sheet) {
+  constexpr double kShape = 4.0 / 3;
+  const double width = ColumnWidth(sheet, 1);
+  const double lines = LinesOf(sheet);
+  Surface usual{};
+  for (std::size_t count = 1; count <= kMostColumns; ++count) {
+    const auto columns = static_cast<double>(count);
+    const Surface at{2 * kMargin + columns * (width + kColumnGap) - kColumnGap,
+                     2 * kMargin + HeadHeight(1) + (std::ceil(lines / columns) + 2) * kLineStep};
+    const auto size = [](const Surface& s) { return std::max(s.Width, kShape * s.Height); };
+    if (count == 1 || size(at) < size(usual)) usual = at;
   }
-  return {0, 0, 0, 0};
+  const double head = TextWidth(sheet.Subtitle, LetterSize(Type::Label)) + 2 * kMargin;
+  usual.Width = std::max(usual.Width, head);
+  return usual;
 }
 
-Picture DrawSheet(const Sheet& sheet, const Options& options) {
-  const Inks inks = InksFor(options);
-  const Widths widths(sheet);
-  Layout measured(sheet, widths);
-  const auto walk = [&sheet](Layout& layout, auto&& heading, auto&& row) {
-    for (const SheetBlock& block : sheet.Blocks) {
-      layout.Begin(LinesOf(block));
-      layout.Skip();
-      if (!block.Heading.empty()) heading(block, layout.Next());
-      for (const SheetRow& one : block.Rows) row(one, layout.Next());
+Picture DrawSheet(const Sheet& sheet, const Options& options, const Surface& surface) {
+  const BlockInks inks = BlockInksFor(options);
+  const std::optional<Arrangement> fitting = Fitting(sheet, surface);
+  Arrangement at = fitting.value_or(ArrangementAt(sheet, surface, 1));
+  const bool isScrolled = !fitting && surface.On == Medium::Screen;
+  double height = surface.Height;
+  if (isScrolled) {
+    while (Columns(sheet, at.PerColumn).Count() > at.Most) ++at.PerColumn;
+    height = std::max(height, 2 * kMargin + HeadHeight(at.Scale) + at.PerColumn * kLineStep);
+  } else if (!fitting) {
+    at.PerColumn -= 1;  // for the line that says what is not there
+  }
+  Picture page(surface.Width, height, inks.Paper);
+  WriteHead(page, sheet, inks, at.Scale);
+  const Columns columns(sheet, at.PerColumn);
+  const double step = kLineStep * at.Scale;
+  const double gap = kColumnGap * at.Scale;
+  const double top = kMargin + HeadHeight(at.Scale);
+  const auto used = static_cast<double>(std::min(columns.Count(), at.Most));
+  const double share = (page.Width() - 2 * kMargin + gap) / std::max(used, 1.0) - gap;
+  const double width = std::min(share, kWidest * at.Width);
+  std::size_t missing = 0;
+  for (const Piece& piece : columns.Pieces()) {
+    if (piece.Column >= at.Most) {
+      missing += piece.Part.Rows.size();
+      continue;
     }
-  };
-  walk(
-      measured, [](const SheetBlock&, Point) {}, [](const SheetRow&, Point) {});
-  const double head =
-      2 * kMargin + 1.2 * kText * kLetter * static_cast<double>(sheet.Subtitle.size());
-  Picture page(std::max(measured.Width(), head), measured.Height(), inks.Paper);
-  page.Add("title", Label{.At = {kMargin, kMargin + kTitle / 2},
-                          .Text = sheet.Title,
-                          .Size = kTitle,
-                          .Ink = inks.Ink,
-                          .Bold = true});
-  page.Add("subtitle", Label{.At = {kMargin, kMargin + 1.6 * kTitle},
-                             .Text = sheet.Subtitle,
-                             .Size = kText * 1.2,
-                             .Ink = inks.Faint});
-  Layout layout(sheet, widths);
-  walk(
-      layout,
-      [&](const SheetBlock& block, Point at) {
-        Write(page, "heading", at, block.Heading, inks.Ink, true);
-        page.Add("rule", Polyline{.Points = {{at.X, at.Y + kLine / 2},
-                                             {at.X + widths.Column, at.Y + kLine / 2}},
-                                  .Stroke = {.Ink = inks.Faint, .Width = 8}});
-      },
-      [&](const SheetRow& row, Point at) { DrawRow(page, row, at, widths, inks); });
+    const double left = kMargin + static_cast<double>(piece.Column) * (width + gap);
+    const double from = top + piece.Line * step;
+    const double lines = display::LinesOf(piece.Part);
+    DrawBlock(page, {left, from, left + width, from + lines * step}, piece.Part, inks, at.Scale);
+  }
+  if (missing > 0) {
+    page.Add("left out", Label{.At = {kMargin, page.Height() - kMargin - step / 2},
+                               .Text = "Not shown: " + Shortest(static_cast<int>(missing)) +
+                                       " rows (in the display's window)",
+                               .Size = LetterSize(Type::Note),
+                               .Ink = inks.Faint});
+  }
   return page;
 }
 

@@ -1,34 +1,16 @@
-// A page of labelled values in blocks, as the weather displays show them: described as data, drawn
-// as a picture.
+// A page of labelled values in blocks, as the weather displays show them: composed for the surface
+// that it goes to.
 #pragma once
 
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "config/options.h"
+#include "display/block.h"
 #include "picture/picture.h"
+#include "picture/surface.h"
 
 namespace vexa::display {
-
-/// How much a value wants to be seen: the steps of the severe-weather table.
-enum class Stress { None, First, Second, Third };
-
-/// Yellow, orange, red; transparent for none.
-Color StressColor(Stress stress);
-
-struct SheetRow {
-  std::string Label{};
-  std::string Value{};
-  std::string Note{};  // beside the value: a height, a reason
-  Stress Step = Stress::None;
-  std::string Index{};  // trimmed panel label whose explanation the pointer asks for
-};
-
-struct SheetBlock {
-  std::string Heading{};
-  std::vector<SheetRow> Rows{};
-};
 
 struct Sheet {
   std::string Title{};
@@ -36,14 +18,16 @@ struct Sheet {
   std::vector<SheetBlock> Blocks{};
 };
 
-/// The sheet on a page of its own, its blocks in as many columns as keep the page near the shape of
-/// a screen; paper by the screen colour. Steps carry a sign of their own beside their colour.
-Picture DrawSheet(const Sheet& sheet, const Options& options);
+/// The sheet on a page of the surface's size, its blocks in as many columns as it needs and in
+/// letters as large as there is room for. On a screen a page that cannot hold all its rows is
+/// higher than the surface and is scrolled; elsewhere the last rows leave and a line says so.
+Picture DrawSheet(const Sheet& sheet, const Options& options,
+                  const Surface& surface = {12000, 9000});
 
-/// Height of the values' letters on that page, drawing units.
-inline constexpr double kSheetText = 130;
+/// Height of the values' letters of the usual size, drawing units.
+inline constexpr double kSheetText = LetterSize(Type::Value);
 
-/// Kind of the hot spots of rows that stand for an index.
-inline constexpr std::string_view kIndexSpot = "index";
+/// Size of the page in drawing units on which the sheet stands in letters of the usual size.
+Surface UsualSurface(const Sheet& sheet);
 
 }  // namespace vexa::display

@@ -15,89 +15,8 @@ namespace {
 
 using analysis::LevelPoint;
 
-constexpr std::string_view kNone = "--";
-
-// Heights, temperatures and indices in the units of the options.
-class Texts {
- public:
-  explicit Texts(const Shown& shown) : Texts(shown, shown.Set.Heights) {}
-  Texts(const Shown& shown, HeightMode heights)
-      : shown_(shown), units_(shown.Set, heights, shown.Record.ElevM) {}
-
-  std::string Height(double height) const { return units_.Height(height); }
-  std::string Depth(double meters) const { return units_.Depth(meters); }
-  std::string Temp(double temp) const { return units_.Temp(temp); }
-  std::string Press(const LevelPoint& level) const {
-    if (!level.Exists()) return std::string(kNone);
-    return Mask(level.Press, "###0") + PressUnit();
-  }
-  std::string PressUnit() const {
-    return " " + std::string(analysis::PressureWord(shown_.Set.Pressure));
-  }
-  static std::string Number(double value, std::string_view mask, std::string_view unit) {
-    return NotAvailable(value) ? std::string(kNone) : Mask(value, mask) + std::string(unit);
-  }
-  std::string Span(const LevelPoint& base, const LevelPoint& top) const {
-    return Height(base.Height) + " - " + Height(top.Height);
-  }
-
-  SheetRow Index(std::string_view label) const {
-    const analysis::IndexRow* row = analysis::FindIndex(label);
-    const analysis::IndexValue* value =
-        row == nullptr ? nullptr : analysis::IndexOf(shown_.Results, *row);
-    if (value == nullptr) return {};
-    return {.Label = std::string(row->Name),
-            .Value = analysis::ShownValue(*value, shown_.Set, shown_.Record.ElevM),
-            .Note = value->Reason.empty() ? "" : "n/a",
-            .Index = std::string(label)};
-  }
-
- private:
-  const Shown& shown_;
-  analysis::ShownUnits units_;
-};
-
 Sheet Titled(std::string_view title, const Shown& shown) {
   return {.Title = std::string(title), .Subtitle = shown.Record.StationTitle};
-}
-
-SheetBlock LevelBlock(std::string heading, const std::vector<LevelPoint>& levels,
-                      const Texts& texts) {
-  SheetBlock block{.Heading = std::move(heading)};
-  for (const LevelPoint& level : levels) {
-    block.Rows.push_back({texts.Press(level), texts.Height(level.Height), texts.Temp(level.Temp)});
-  }
-  if (levels.empty()) block.Rows.push_back({"none"});
-  return block;
-}
-
-SheetBlock AirLayerBlock(std::string heading, const std::vector<analysis::AirLayer>& layers,
-                         const Texts& texts) {
-  SheetBlock block{.Heading = std::move(heading)};
-  for (const analysis::AirLayer& layer : layers) {
-    const bool severe = layer.Class >= analysis::Intensity::Severe;
-    const bool moderate = layer.Class >= analysis::Intensity::Moderate;
-    Stress step = Stress::None;
-    if (moderate) step = severe ? Stress::Third : Stress::Second;
-    block.Rows.push_back(
-        {texts.Span(layer.Base, layer.Top), std::string(Trim(layer.Word)), "", step});
-  }
-  if (layers.empty()) block.Rows.push_back({"none"});
-  return block;
-}
-
-SheetBlock CloudBlock(const analysis::LayerResults& layers, const Texts& texts) {
-  SheetBlock block{.Heading = "Clouds"};
-  for (const analysis::CloudDeck& deck : layers.Clouds) {
-    block.Rows.push_back({texts.Span(deck.Base, deck.Top), std::string(Trim(Text(deck.Amount))) +
-                                                               " " + std::string(Text(deck.Type))});
-  }
-  if (layers.Clouds.empty()) block.Rows.push_back({"none"});
-  return block;
-}
-
-std::string IcingHeading(const Options& options) {
-  return "Icing (" + std::string(Word(options.Ice)) + ")";
 }
 
 }  // namespace
@@ -153,7 +72,7 @@ Sheet WinterWeatherSheet(const Shown& shown) {
   }
   if (winter.Dendritic.empty()) dendrites.Rows.push_back({"none"});
   sheet.Blocks.push_back(std::move(dendrites));
-  sheet.Blocks.push_back(CloudBlock(shown.Results.Layers, texts));
+  sheet.Blocks.push_back(CloudBlock(shown, texts));
   sheet.Blocks.push_back(AirLayerBlock(IcingHeading(shown.Set), shown.Results.Layers.Icing, texts));
   return sheet;
 }
@@ -176,8 +95,8 @@ Sheet SoaringSheet(const Shown& shown) {
         {"Trigger temperature", texts.Temp(soaring.TriggerTemp),
          "for " + Mask(shown.Set.System.TriggerHgt, "####0") + " ft AGL"},
         level(soaring.CloudBase.Exists() ? "Thermal top (cloud base)" : "Thermal top (index 0)",
-              soaring.ThermalTop, kNone),
-        level("Pilot level (index -3)", soaring.PilotLevel, kNone),
+              soaring.ThermalTop, kNoValue),
+        level("Pilot level (index -3)", soaring.PilotLevel, kNoValue),
         level("Cloud base", soaring.CloudBase, "blue"),
         {"Lift", lift, std::string(soaring.Words)},
         texts.Index("TConv"),
@@ -197,7 +116,7 @@ Sheet SoaringSheet(const Shown& shown) {
          Mask(temp - dry, "##0.0"), temp < dry ? "lift" : ""});
   }
   sheet.Blocks.push_back(std::move(index));
-  sheet.Blocks.push_back(CloudBlock(shown.Results.Layers, texts));
+  sheet.Blocks.push_back(CloudBlock(shown, texts));
   return sheet;
 }
 
@@ -206,14 +125,7 @@ Sheet LayerSheet(const Shown& shown) {
   const analysis::AnalysisResults& results = shown.Results;
   const analysis::LayerResults& layers = results.Layers;
   Sheet sheet = Titled("Layer Analyzer", shown);
-  SheetBlock inversions{.Heading = "Inversions"};
-  for (const analysis::Inversion& inversion : results.Inversions) {
-    inversions.Rows.push_back(
-        {texts.Span(inversion.Base, inversion.Top), std::string(Text(inversion.Kind)),
-         "+" + Mask(inversion.Top.Temp - inversion.Base.Temp, "#0.0") + " C"});
-  }
-  if (results.Inversions.empty()) inversions.Rows.push_back({"none"});
-  sheet.Blocks.push_back(std::move(inversions));
+  sheet.Blocks.push_back(InversionBlock(shown, texts));
   SheetBlock mixed{.Heading = "Mixed layer"};
   if (layers.Mixed) {
     mixed.Rows.push_back({"Up to " + texts.Height(layers.Mixed->Top.Height),
@@ -225,7 +137,7 @@ Sheet LayerSheet(const Shown& shown) {
   sheet.Blocks.push_back(std::move(mixed));
   sheet.Blocks.push_back(LevelBlock("Freezing levels", results.FreezingLevels, texts));
   sheet.Blocks.push_back(LevelBlock("Tropopauses", results.Tropopauses, texts));
-  sheet.Blocks.push_back(CloudBlock(layers, texts));
+  sheet.Blocks.push_back(CloudBlock(shown, texts));
   sheet.Blocks.push_back(AirLayerBlock(IcingHeading(shown.Set), layers.Icing, texts));
   sheet.Blocks.push_back(AirLayerBlock(
       "Clear-air turbulence (" + std::string(Word(shown.Set.Cat)) + ")", layers.Turbulence, texts));

@@ -1,20 +1,10 @@
 // The sheets of the weather displays, made from the results of the analysis.
 #pragma once
 
-#include "analysis/analysis.h"
-#include "analysis/severe_table.h"
-#include "core/sounding_record.h"
 #include "display/sheet.h"
+#include "display/shown_texts.h"
 
 namespace vexa::display {
-
-/// What a display is made from.
-struct Shown {
-  const SoundingRecord& Record;
-  const analysis::AnalysisResults& Results;
-  const Options& Set;
-  const analysis::SevereTable& Severe;
-};
 
 /// The user's severe-weather table, each value marked by the step it reaches.
 Sheet SevereWeatherSheet(const Shown& shown);

@@ -49,31 +49,5 @@ TEST(WeatherSheets, ShowTheAnalysisInTheUnitsOfTheOptions) {
   EXPECT_EQ(RowOf(SevereWeatherSheet(hot), "T1/T2 Gust (kt)")->Value, "28/40");
 }
 
-// Any sounding makes a page on which every text stands, in columns when there are many.
-TEST(WeatherSheets, KeepEveryRowOnThePage) {
-  const analysis::SevereTable table = analysis::DefaultSevereTable();
-  for (const SoundingRecord& sounding :
-       {SoundingRecord{}, test::ReferenceConvective(), test::ReferenceWinter()}) {
-    const Options options;
-    const analysis::AnalysisResults results = analysis::Analyse(sounding, options);
-    const Shown shown{sounding, results, options, table};
-    for (const Sheet& sheet : {SevereWeatherSheet(shown), WinterWeatherSheet(shown),
-                               SoaringSheet(shown), LayerSheet(shown)}) {
-      SCOPED_TRACE(sheet.Title);
-      const Picture page = DrawSheet(sheet, options);
-      std::size_t values = 0;
-      for (const Item& item : page.Items()) {
-        const auto* label = std::get_if<Label>(&item.Shape);
-        if (label == nullptr) continue;
-        EXPECT_TRUE((Rect{0, 0, page.Width(), page.Height()}.Contains(label->At)));
-        values += item.Tag == "value" ? 1 : 0;
-      }
-      std::size_t rows = 0;
-      for (const SheetBlock& block : sheet.Blocks) rows += block.Rows.size();
-      EXPECT_EQ(values, rows);
-    }
-  }
-}
-
 }  // namespace
 }  // namespace vexa::display

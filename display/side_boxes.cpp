@@ -1,0 +1,359 @@
+#include "display/side_boxes.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+#include <utility>
+
+#include "analysis/index_table.h"
+#include "core/markers.h"
+#include "core/numbers.h"
+#include "display/weather.h"
+
+namespace vexa::display {
+namespace {
+
+using analysis::LevelPoint;
+using analysis::LiftType;
+using analysis::ParcelAscent;
+
+constexpr std::string_view kAllIndices = "F4";
+constexpr std::string_view kLayerDisplay = "Layer Analyzer";
+
+/// A parcel's column.
+struct ParcelColumn {
+  std::string_view Caption;
+  const ParcelAscent& (*Of)(const analysis::AnalysisResults& results);
+};
+
+template <LiftType kType>
+const ParcelAscent& Forced(const analysis::AnalysisResults& results) {
+  return results.Lifts[static_cast<std::size_t>(kType)].Forced;
+}
+
+// The air of the heated ground, free from the CCL on.
+const ParcelAscent& Heated(const analysis::AnalysisResults& results) {
+  return results.Lifts[static_cast<std::size_t>(LiftType::MeanLayer)].Convective;
+}
+
+constexpr ParcelColumn kParcels[] = {{"Surface", Forced<LiftType::Surface>},
+                                     {"Mixed layer", Forced<LiftType::MeanLayer>},
+                                     {"Most unst.", Forced<LiftType::MostUnstable>},
+                                     {"Heated", Heated}};
+
+using Ascents = std::array<const ParcelAscent*, std::size(kParcels)>;
+
+// A row with a value of each parcel.
+template <class Value>
+SheetRow ParcelRow(std::string label, const Ascents& ascents, std::string unit, int rank,
+                   const Value& value) {
+  SheetRow row{.Label = std::move(label), .Note = std::move(unit), .Rank = rank};
+  for (std::size_t i = 0; i < ascents.size(); ++i) {
+    SheetValue cell = value(*ascents[i]);
+    if (i == 0) {
+      row.Value = std::move(cell.Text);
+      row.Step = cell.Step;
+    } else {
+      row.More.push_back(std::move(cell));
+    }
+  }
+  return row;
+}
+
+SheetBlock ParcelBlock(const Shown& shown) {
+  const Texts texts(shown);
+  SheetBlock block{.Heading = "Parcels", .Elsewhere = std::string(kAllIndices)};
+  Ascents ascents{};
+  for (std::size_t i = 0; i < ascents.size(); ++i) {
+    block.Columns.emplace_back(kParcels[i].Caption);
+    ascents[i] = &kParcels[i].Of(shown.Results);
+  }
+  const auto energy = [&](double ParcelAscent::*which, std::string_view limits) {
+    return [&shown, which, limits](const ParcelAscent& ascent) -> SheetValue {
+      if (ascent.ParcelTemps.empty()) return {std::string(kNoValue)};
+      return {analysis::EnergyText(ascent, which), StressOf(shown, limits, ascent.*which)};
+    };
+  };
+  const auto height = [&texts](LevelPoint ParcelAscent::*which) {
+    return [&texts, which](const ParcelAscent& ascent) -> SheetValue {
+      const LevelPoint& level = ascent.*which;
+      const bool isBound = which == &ParcelAscent::Equilibrium && ascent.IsCut && level.Exists();
+      return {(isBound ? ">" : "") + texts.HeightNumber(level.Height)};
+    };
+  };
+  const std::string unit = texts.HeightUnit();
+  block.Rows.push_back(
+      ParcelRow("CAPE", ascents, "J/kg", 0, energy(&ParcelAscent::CapeTotal, "CAPE total")));
+  block.Rows.push_back(ParcelRow("CIN", ascents, "J/kg", 1, energy(&ParcelAscent::CinTotal, "")));
+  block.Rows.push_back(ParcelRow("LCL", ascents, unit, 2, height(&ParcelAscent::Condensation)));
+  block.Rows.push_back(ParcelRow("LFC", ascents, unit, 3, height(&ParcelAscent::FreeLevel)));
+  block.Rows.push_back(ParcelRow("EL", ascents, unit, 4, height(&ParcelAscent::Equilibrium)));
+  block.Rows.push_back(ParcelRow("0-" + Shortest(shown.Set.CapeDepthKm) + " km", ascents, "J/kg", 5,
+                                 energy(&ParcelAscent::CapeDepth, "CAPE 0-xkm")));
+  return block;
+}
+
+SheetBlock StormBlock(const Shown& shown) {
+  const Texts texts(shown);
+  const analysis::StormMotionResults& storm = shown.Results.Storm;
+  SheetBlock block{.Heading = "Storm motion and shear",
+                   .Columns = {"0-1 km", "0-3 km", "0-6 km"},
+                   .Elsewhere = "Hodograph"};
+  const auto motion = [&](std::string label, const std::optional<analysis::Mover>& mover,
+                          bool isRight) {
+    const bool isChosen = isRight == storm.RightIsChosen;
+    return SheetRow{.Label = std::move(label),
+                    .Value = mover ? texts.Wind(mover->Motion) : std::string(kNoValue),
+                    .Note = isChosen && storm.ChosenIsManual ? "manual" : "",
+                    .Rank = 2};
+  };
+  const auto wind = [&](std::string label, const std::optional<analysis::WindVector>& vector) {
+    return SheetRow{.Label = std::move(label),
+                    .Value = vector ? texts.Wind(*vector) : std::string(kNoValue),
+                    .Rank = 3};
+  };
+  const auto shear = [&](const std::optional<analysis::WindVector>& vector) {
+    if (!vector) return std::string(kNoValue);
+    const std::string text = texts.Speed(analysis::FromComponents(*vector).Spd);
+    return text.substr(0, text.find(' '));
+  };
+  const auto helicity = [&](std::size_t depth) {
+    const double value = storm.Chosen() ? storm.Chosen()->Helicity[depth] : kNone;
+    return Texts::Number(value, "###0", "");
+  };
+  constexpr std::size_t kOneKm = 0, kThreeKm = 2;  // of kHelicityDepthsKm
+  static_assert(analysis::kHelicityDepthsKm[kOneKm] == 1);
+  static_assert(analysis::kHelicityDepthsKm[kThreeKm] == 3);
+  const std::string mover = storm.RightIsChosen ? "Helicity, RM" : "Helicity, LM";
+  block.Rows.push_back({.Label = mover,
+                        .Value = helicity(kOneKm),
+                        .Note = "m\xC2\xB2/s\xC2\xB2",
+                        .More = {{helicity(kThreeKm), StressOf(shown, "s-rH 0-3km")}, {""}},
+                        .Rank = 0});
+  block.Rows.push_back({.Label = "Shear",
+                        .Value = shear(storm.Shear1km),
+                        .Note = texts.SpeedUnit(),
+                        .More = {{""}, {shear(storm.Shear6km)}},
+                        .Rank = 1});
+  block.Rows.push_back(motion("Right mover", storm.Right, true));
+  block.Rows.push_back(motion("Left mover", storm.Left, false));
+  block.Rows.push_back(wind("Mean 0-6 km", storm.Mean6km));
+  return block;
+}
+
+/// An index of the box with the words that stand for it there, the most telling first.
+struct RankedIndex {
+  std::string_view Label;
+  std::string_view Name;
+  double Options::*DepthKm = nullptr;  // stands behind the name
+};
+
+constexpr RankedIndex kIndices[] = {
+    {"Supercell", "Supercell"},
+    {"EHI 0-xkm", "EHI", &Options::EhiDepthKm},
+    {"LI", "Lifted index"},
+    {"Water", "Precip. water"},
+    {"DCAPE 6km", "DCAPE"},
+    {"Craven", "Craven"},
+    {"KI", "K index"},
+    {"TT", "Total totals"},
+    {"SWEAT", "SWEAT"},
+    {"BRN", "Bulk Rich. no."},
+    {"SI", "Showalter"},
+    {"Hail", "Hail"},
+    {"T1/T2 Gust", "T1/T2 gust"},
+    {"WindEX", "Windex gust"},
+    {"BRN Shear", "BRN shear"},
+    {"VGP 0-xkm", "VGP", &Options::VgpDepthKm},
+    {"NCAPE", "Norm. CAPE"},
+    {"CAP", "Cap strength"},
+    {"MVV", "Max. updraft"},
+    {"VT", "Vert. totals"},
+    {"CT", "Cross totals"},
+    {"WMSI", "WMSI"},
+    {"Mean RH", "Humidity"},
+    {"Haines", "Haines"},
+};
+
+SheetRow IndexRowOf(const Shown& shown, const Texts& texts, const RankedIndex& index) {
+  std::string name(index.Name);
+  if (index.DepthKm != nullptr) name += " 0-" + Shortest(shown.Set.*index.DepthKm) + " km";
+  SheetRow row = texts.Index(index.Label, name);
+  row.Note.clear();
+  row.Step = StressOf(shown, index.Label);
+  return row;
+}
+
+// The indices that the user lists, or those of the table.
+SheetBlock IndexBlock(const Shown& shown) {
+  const Texts texts(shown);
+  SheetBlock block{.Heading = "Indices", .Flows = true, .Elsewhere = std::string(kAllIndices)};
+  const auto add = [&](const RankedIndex& index) {
+    SheetRow row = IndexRowOf(shown, texts, index);
+    if (row.Label.empty()) return;
+    row.Rank = static_cast<int>(block.Rows.size());
+    block.Rows.push_back(std::move(row));
+  };
+  if (shown.Set.Thermo != ThermoDisplay::Custom) {
+    for (const RankedIndex& index : kIndices) add(index);
+    return block;
+  }
+  std::string_view rest = shown.Set.CustomPanel;
+  while (!rest.empty()) {
+    const std::size_t comma = std::min(rest.find(','), rest.size());
+    const std::string_view label = Trim(rest.substr(0, comma));
+    const auto* known = std::ranges::find(kIndices, label, &RankedIndex::Label);
+    add(known == std::end(kIndices) ? RankedIndex{label, ""} : *known);
+    rest.remove_prefix(std::min(comma + 1, rest.size()));
+  }
+  return block;
+}
+
+SheetBlock LayerBlock(const Shown& shown) {
+  const Texts texts(shown);
+  const analysis::AnalysisResults& results = shown.Results;
+  SheetBlock block{.Heading = "Lapse rates and layers", .Elsewhere = std::string(kLayerDisplay)};
+  const auto add = [&block](SheetRow row) {
+    row.Rank = static_cast<int>(block.Rows.size());
+    block.Rows.push_back(std::move(row));
+  };
+  add({"Lapse rate 0-3 km", Texts::Number(results.Layers.LapseRate3km, "0.0", " C/km")});
+  SheetRow lapse = texts.Index("700-500 LR", "Lapse rate 700-500" + texts.PressUnit());
+  lapse.Step = StressOf(shown, "700-500 LR");
+  lapse.Note.clear();
+  add(std::move(lapse));
+  const auto level = [&](std::string label, const std::vector<LevelPoint>& levels) {
+    add({std::move(label),
+         levels.empty() ? std::string(kNoValue) : texts.Height(levels.front().Height)});
+  };
+  level("Freezing level", results.FreezingLevels);
+  SheetRow wetBulb = texts.Index("WBZ Hgt", "Wet-bulb zero");
+  wetBulb.Step = StressOf(shown, "WBZ Hgt");
+  wetBulb.Note.clear();
+  add(std::move(wetBulb));
+  level("Tropopause", results.Tropopauses);
+  if (results.Layers.Mixed) {
+    add({"Mixed layer depth", texts.Depth(results.Layers.Mixed->Depth)});
+  }
+  add({"Convective temperature", texts.Temp(results.ConvectiveTemp)});
+  for (const analysis::Inversion& inversion : results.Inversions) {
+    add({InversionWord(inversion.Kind) + " inversion", texts.Span(inversion.Base, inversion.Top)});
+  }
+  return block;
+}
+
+// What the day is about: winter weather where it freezes or nearly does, else severe weather.
+SheetBlock WeatherBlock(const Shown& shown) {
+  constexpr double kCold = 4;     // °C at the ground
+  constexpr double kQuiet = 250;  // J/kg
+  const analysis::AnalysisResults& results = shown.Results;
+  const bool isWinter = results.Levels.Count() > 0 && results.Levels.Temp(1) <= kCold &&
+                        results.Chosen().CapeTotal < kQuiet;
+  const Sheet sheet = isWinter ? WinterWeatherSheet(shown) : SevereWeatherSheet(shown);
+  SheetBlock block{.Heading = sheet.Title, .Elsewhere = sheet.Title};
+  for (const SheetBlock& part : sheet.Blocks) {
+    for (const SheetRow& row : part.Rows) {
+      if (row.Value.empty() && row.Note.empty()) continue;
+      block.Rows.push_back(row);
+      // Of a severe table those that reach a step stay.
+      const int place = static_cast<int>(block.Rows.size());
+      block.Rows.back().Rank = place - 100 * static_cast<int>(row.Step);
+      if (!isWinter) block.Rows.back().Note.clear();
+    }
+  }
+  return block;
+}
+
+SheetBlock PilotClouds(const Shown& shown) {
+  SheetBlock block = CloudBlock(shown, Texts(shown));
+  block.Elsewhere = kLayerDisplay;
+  if (block.Rows.size() == 1 && block.Rows.front().Value.empty()) {
+    block.Rows.front().Label = "No cloud layer found";
+  }
+  return block;
+}
+
+SheetBlock ThermalBlock(const Shown& shown) {
+  const Texts texts(shown);
+  const analysis::SoaringResults& soaring = shown.Results.Soaring;
+  SheetBlock block{.Heading = "Thermals", .Elsewhere = "Soaring"};
+  const auto level = [&](const LevelPoint& point, std::string_view without) {
+    return point.Exists() ? texts.Height(point.Height) : std::string(without);
+  };
+  const std::string strength = soaring.LiftEquation == 2
+                                   ? Texts::Number(soaring.Lift, "#0.0", " m/s")
+                                   : Texts::Number(soaring.Lift, "###0", " ft/min");
+  block.Rows = {{"Trigger temperature", texts.Temp(soaring.TriggerTemp)},
+                {"Thermal top", level(soaring.ThermalTop, kNoValue)},
+                {"Strength", strength, std::string(soaring.Words)},
+                {"Cloud base", level(soaring.CloudBase, "blue")},
+                {"Highest temperature", texts.Temp(soaring.MaxTemp)}};
+  SheetRow density = texts.Index("DensityAlt", "Density altitude");
+  density.Note.clear();
+  if (!density.Label.empty()) block.Rows.push_back(std::move(density));
+  for (std::size_t i = 0; i < block.Rows.size(); ++i) block.Rows[i].Rank = static_cast<int>(i);
+  return block;
+}
+
+SheetBlock FreezingBlock(const Shown& shown) {
+  const Texts texts(shown);
+  SheetBlock block{.Heading = "Freezing level and icing", .Elsewhere = std::string(kLayerDisplay)};
+  for (const LevelPoint& level : shown.Results.FreezingLevels) {
+    block.Rows.push_back({"Freezing level",
+                          texts.Height(level.Height),
+                          "",
+                          Stress::None,
+                          "",
+                          {},
+                          static_cast<int>(block.Rows.size())});
+  }
+  if (block.Rows.empty()) block.Rows.push_back({.Label = "Freezing level", .Value = "--"});
+  for (const analysis::AirLayer& layer : shown.Results.Layers.Icing) {
+    const bool moderate = layer.Class >= analysis::Intensity::Moderate;
+    const bool severe = layer.Class >= analysis::Intensity::Severe;
+    block.Rows.push_back({.Label = "Icing " + std::string(Trim(layer.Word)),
+                          .Value = texts.Span(layer.Base, layer.Top),
+                          .Step = severe     ? Stress::Third
+                                  : moderate ? Stress::Second
+                                             : Stress::None,
+                          .Rank = static_cast<int>(block.Rows.size())});
+  }
+  if (shown.Results.Layers.Icing.empty()) {
+    block.Rows.push_back({.Label = "Icing", .Value = "none"});
+  }
+  return block;
+}
+
+SheetBlock PilotInversions(const Shown& shown) {
+  SheetBlock block = InversionBlock(shown, Texts(shown));
+  block.Elsewhere = kLayerDisplay;
+  for (std::size_t i = 0; i < block.Rows.size(); ++i) block.Rows[i].Rank = static_cast<int>(i);
+  return block;
+}
+
+constexpr SideBox kBoxes[] = {
+    {"parcels", ParcelBlock},   {"storm", StormBlock},       {"indices", IndexBlock},
+    {"layers", LayerBlock},     {"weather", WeatherBlock},   {"clouds", PilotClouds},
+    {"thermals", ThermalBlock}, {"freezing", FreezingBlock}, {"inversions", PilotInversions},
+};
+
+}  // namespace
+
+std::span<const SideBox> SideBoxes() {
+  return kBoxes;
+}
+
+std::vector<PageBox> PageBoxes(const Shown& shown) {
+  std::vector<PageBox> boxes;
+  const BlockInks inks = BlockInksFor(shown.Set);
+  for (const SideBox& box : kBoxes) {
+    boxes.push_back({box.Name, [block = box.Fill(shown), inks](Picture& page, const Rect& region) {
+                       const Rect inside{region.Left, region.Top + kBoxPadding / 2, region.Right,
+                                         region.Bottom - kBoxPadding / 2};
+                       DrawBlock(page, inside, block, inks);
+                     }});
+  }
+  return boxes;
+}
+
+}  // namespace vexa::display

@@ -1,0 +1,19 @@
+// How wide texts are, without asking a font: by the published widths of the Helvetica family, which
+// the sans-serif faces that the painters ask for share, and the one width of the fixed faces.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "picture/picture.h"
+
+namespace vexa {
+
+/// Width of a UTF-8 text in drawing units at a letter size. Letters beyond ASCII count as a digit.
+double TextWidth(std::string_view text, double size, bool bold = false, Face face = Face::Sans);
+
+/// The text, cut with an ellipsis where it is wider than the room; empty where not even one letter
+/// and the ellipsis fit.
+std::string Elided(std::string_view text, double size, double room, bool bold = false);
+
+}  // namespace vexa

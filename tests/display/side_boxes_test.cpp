@@ -1,0 +1,208 @@
+// What the boxes say of the reference sounding was computed with an independent script; where they
+// draw it is a property of every sounding, size and unit.
+#include "display/side_boxes.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "display/weather.h"
+#include "picture/text_width.h"
+#include "support/page_checks.h"
+#include "support/soundings.h"
+
+namespace vexa::display {
+namespace {
+
+struct Case {
+  std::string About{};
+  SoundingRecord Record{};
+  Options Set{};
+};
+
+// Ascents that lack something each, and one of many levels.
+std::vector<Case> Cases() {
+  std::vector<Case> cases = {{"nothing at all", {}},
+                             {"one level", test::Profile({{1000, 20, 15}})}};
+  Case noWinds{"no winds", test::ReferenceConvective()};
+  noWinds.Record.WindHgt.Clear();
+  noWinds.Record.WindDir.Clear();
+  noWinds.Record.WindSpd.Clear();
+  cases.push_back(noWinds);
+  Case dry{"no dew points", test::ReferenceConvective()};
+  for (int i = 1; i <= dry.Record.NumTempLevels(); ++i) dry.Record.Dewpt(i) = kMissing;
+  cases.push_back(dry);
+  cases.push_back(
+      {"five levels",
+       test::Profile(
+           {{1010, 31, 25}, {850, 18, 14}, {700, 9, 2}, {500, -6, -20}, {100, -78, 999.9}},
+           {{5, 90, 12}, {9000, 280, 45}}, 5)});
+  Case many{"3000 levels"};
+  for (int i = 0; i < 3000; ++i) {
+    many.Record.AddTemp(1000 - 0.32 * i, 25 - 0.025 * i + (i % 40 < 8 ? 1.5 : 0), 15 - 0.03 * i);
+    many.Record.AddWind(10.0 * i, 180 + (i / 20) % 180, i % 90);
+  }
+  cases.push_back(many);
+  Case feet{"feet above ground, m/s", test::ReferenceConvective()};
+  feet.Set.ThermoHeight = LengthUnits::Feet;
+  feet.Set.Heights = HeightMode::Agl;
+  feet.Set.Speed = SpeedUnits::MetersPerSecond;
+  feet.Set.ThermoTemp = TempUnits::Fahrenheit;
+  cases.push_back(feet);
+  cases.push_back({"winter", test::ReferenceWinter()});
+  return cases;
+}
+
+TEST(SideBoxes, KeepInTheirRegionsWithTextsApartAndLegible) {
+  const analysis::SevereTable table = analysis::DefaultSevereTable();
+  for (const Case& c : Cases()) {
+    const analysis::AnalysisResults results = analysis::Analyse(c.Record, c.Set);
+    for (const PageBox& box : PageBoxes({c.Record, results, c.Set, table})) {
+      for (const double width : {200, 264, 356, 480}) {
+        for (const double lines : {0.5, 3.0, 8.0, 20.0}) {
+          SCOPED_TRACE(c.About + ", " + std::string(box.Name) + ", " + std::to_string(width));
+          const Rect region{1000, 2000, 1000 + width * kUnitsPerPixel, 2000 + BoxHeight(lines)};
+          Picture page(12000, 9000, {});
+          box.Draw(page, region);
+          EXPECT_EQ(page.Items().empty(), lines < 1);
+          test::ExpectOrderly(page, region);
+        }
+      }
+    }
+  }
+}
+
+// On a screen every row is on the page; elsewhere a line tells of those that are not.
+TEST(WeatherSheets, KeepInTheirPageWithTextsApartAndLegible) {
+  const analysis::SevereTable table = analysis::DefaultSevereTable();
+  const Surface surfaces[] = {WindowSurface(800, 600), WindowSurface(3440, 1440),
+                              ImageSurface(800, 600), ImageSurface(900, 1400),
+                              PaperSurfaceMm(210, 297)};
+  for (const Case& c : Cases()) {
+    const analysis::AnalysisResults results = analysis::Analyse(c.Record, c.Set);
+    const Shown shown{c.Record, results, c.Set, table};
+    for (const Sheet& sheet : {SevereWeatherSheet(shown), WinterWeatherSheet(shown),
+                               SoaringSheet(shown), LayerSheet(shown)}) {
+      std::size_t rows = 0;
+      for (const SheetBlock& block : sheet.Blocks) rows += block.Rows.size();
+      for (const Surface& surface : surfaces) {
+        SCOPED_TRACE(c.About + ", " + sheet.Title + ", " + std::to_string(surface.Width));
+        const Picture page = DrawSheet(sheet, c.Set, surface);
+        test::ExpectOrderly(page, {0, 0, page.Width(), page.Height()});
+        EXPECT_EQ(page.Width(), surface.Width);
+        std::size_t drawn = 0;
+        std::size_t missing = 0;
+        for (const Item& item : page.Items()) {
+          drawn += item.Tag == "label" ? 1 : 0;
+          missing += item.Tag == "left out" ? 1 : 0;
+        }
+        EXPECT_EQ(drawn<rows, missing> 0);
+        if (surface.On == Medium::Screen) {
+          EXPECT_EQ(missing, 0u);
+        } else {
+          EXPECT_EQ(page.Height(), surface.Height);
+        }
+      }
+    }
+  }
+}
+
+SheetBlock BlockOf(std::string_view name, const Shown& shown) {
+  return std::ranges::find(SideBoxes(), name, &SideBox::Name)->Fill(shown);
+}
+
+const SheetRow* RowOf(const SheetBlock& block, std::string_view label) {
+  const auto row = std::ranges::find(block.Rows, label, &SheetRow::Label);
+  return row == block.Rows.end() ? nullptr : &*row;
+}
+
+TEST(SideBoxes, TellStormMotionAndShear) {
+  const SoundingRecord sounding = test::ReferenceConvective();
+  Options options;
+  const analysis::SevereTable table = analysis::DefaultSevereTable();
+  analysis::AnalysisResults results = analysis::Analyse(sounding, options);
+  const SheetBlock storm = BlockOf("storm", {sounding, results, options, table});
+  const SheetRow* helicity = RowOf(storm, "Helicity, RM");
+  ASSERT_NE(helicity, nullptr);
+  EXPECT_EQ(helicity->Value, "160");
+  ASSERT_EQ(helicity->More.size(), 2u);
+  EXPECT_EQ(helicity->More[0].Text, "298");
+  EXPECT_EQ(helicity->More[0].Step, Stress::Second);  // 200 and more, less than 300
+  const SheetRow* shear = RowOf(storm, "Shear");
+  EXPECT_EQ(shear->Value, "21");
+  EXPECT_EQ(shear->More[1].Text, "55");
+  EXPECT_EQ(RowOf(storm, "Mean 0-6 km")->Value, "217/30 kt");
+  EXPECT_EQ(RowOf(storm, "Right mover")->Note, "");
+  options.MotionMode = Scaling::Manual;
+  results = analysis::Analyse(sounding, options);
+  const SheetBlock manual = BlockOf("storm", {sounding, results, options, table});
+  EXPECT_EQ(RowOf(manual, "Right mover")->Value, "240/25 kt");
+  EXPECT_EQ(RowOf(manual, "Right mover")->Note, "manual");
+}
+
+// Limits are those of the user's own table, and each parcel is judged by its own CAPE.
+TEST(SideBoxes, ColourByTheUsersTable) {
+  const SoundingRecord sounding = test::ReferenceConvective();
+  const Options options;
+  const analysis::AnalysisResults results = analysis::Analyse(sounding, options);
+  analysis::SevereTable table = analysis::DefaultSevereTable();
+  const auto steps = [&] {
+    const SheetBlock parcels = BlockOf("parcels", {sounding, results, options, table});
+    std::vector<Stress> found = {parcels.Rows.front().Step};
+    for (const SheetValue& value : parcels.Rows.front().More) found.push_back(value.Step);
+    return found;
+  };
+  const auto expected = [&](double yellow, double orange, double red) {
+    std::vector<Stress> found;
+    const auto step = [&](double cape) {
+      return cape >= red      ? Stress::Third
+             : cape >= orange ? Stress::Second
+             : cape >= yellow ? Stress::First
+                              : Stress::None;
+    };
+    for (const analysis::LiftAnalysis& lift : results.Lifts) {
+      found.push_back(step(lift.Forced.CapeTotal));
+    }
+    found.push_back(step(results.Lifts[1].Convective.CapeTotal));
+    return found;
+  };
+  EXPECT_EQ(steps(), expected(500, 1500, 2500));
+  for (analysis::SevereRow& row : table.Rows) {
+    if (analysis::SevereEntries()[static_cast<std::size_t>(row.Entry) - 1].Index == "CAPE total") {
+      row.Limits.From = {1, 2, 3};
+    }
+  }
+  EXPECT_EQ(steps(), expected(1, 2, 3));
+  table.Rows.clear();
+  EXPECT_EQ(steps(), std::vector<Stress>(4, Stress::None));
+}
+
+// Decimal points of one column stand in one line, whatever stands before and behind them.
+TEST(SideBoxes, AlignNumbersOnTheirDecimalPoints) {
+  const SheetBlock block{.Heading = "Numbers",
+                         .Rows = {{"small", "0.405"}, {"large", ">1066.4 m"}, {"whole", "-12 C"}}};
+  Picture page(12000, 9000, {});
+  DrawBlock(page, {0, 0, 4000, 3000}, block, BlockInksFor({}));
+  std::vector<double> points;
+  for (const Item& item : page.Items()) {
+    const auto* label = std::get_if<Label>(&item.Shape);
+    if (label == nullptr || item.Tag != "value") continue;
+    const std::size_t point = label->Text.find_first_of(". ");
+    points.push_back(label->At.X + TextWidth(label->Text.substr(0, point), label->Size));
+  }
+  ASSERT_EQ(points.size(), 3u);
+  EXPECT_NEAR(points[0], points[1], 0.01);
+  EXPECT_NEAR(points[0], points[2], 0.01);
+}
+
+TEST(TextWidth, IsThatOfThePublishedMetrics) {
+  // Helvetica: C 722, A 667, P 667, E 667; bold: C 722, A 722, P 667, E 667, of a thousand.
+  EXPECT_NEAR(TextWidth("CAPE", 100), 272.3, 1e-9);
+  EXPECT_NEAR(TextWidth("CAPE", 100, true), 277.8, 1e-9);
+  EXPECT_NEAR(TextWidth("m\xC2\xB2", 100), 83.3 + 55.6, 1e-9);
+  EXPECT_EQ(Elided("Precipitable water", 100, TextWidth("Precipit...", 100)), "Precipit...");
+  EXPECT_EQ(Elided("Precipitable", 100, 50), "");
+}
+
+}  // namespace
+}  // namespace vexa::display
