@@ -4,6 +4,7 @@
 #include <cmath>
 #include <optional>
 
+#include "analysis/exact.h"
 #include "analysis/interpolate.h"
 #include "analysis/moist_air.h"
 #include "analysis/profile_walk.h"
@@ -35,7 +36,7 @@ double Widening(double temp) {
 }
 
 CloudAmount AmountOf(double temp, double depression) {
-  const double dry = depression - Widening(temp);
+  const double dry = Exact(depression - Widening(temp));
   if (dry <= kOvercast) return CloudAmount::Overcast;
   if (dry <= kBroken) return CloudAmount::Broken;
   return dry <= kScattered ? CloudAmount::Scattered : CloudAmount::None;
@@ -45,7 +46,7 @@ CloudAmount AmountOf(double temp, double depression) {
 std::optional<double> Margin(const LevelProfile& levels, int level) {
   if (NotAvailable(levels.Dewpt(level))) return std::nullopt;
   const double temp = levels.Temp(level);
-  return temp - levels.Dewpt(level) - kScattered - Widening(temp);
+  return Exact(temp - levels.Dewpt(level) - Widening(temp)) - kScattered;
 }
 
 std::vector<CloudDeck> MoistRuns(const LevelProfile& levels, double highest) {

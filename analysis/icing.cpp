@@ -6,6 +6,7 @@
 #include <span>
 
 #include "analysis/clouds.h"
+#include "analysis/exact.h"
 #include "analysis/profile_walk.h"
 #include "core/units.h"
 
@@ -102,7 +103,8 @@ FreezingRain FindFreezingRain(const LevelProfile& levels) {
   constexpr double kMoist = 3;  // °C of depression
   FreezingRain rain;
   for (int i = levels.Count(); i > 1; --i) {
-    const bool moist = !NotAvailable(levels.Dewpt(i)) && levels.Temp(i) - levels.Dewpt(i) <= kMoist;
+    const bool moist =
+        !NotAvailable(levels.Dewpt(i)) && Exact(levels.Temp(i) - levels.Dewpt(i)) <= kMoist;
     if (levels.Temp(i) > 0 && moist && levels.Temp(i - 1) <= 0) {
       rain.Top = levels.Height(i);
       break;
@@ -166,7 +168,7 @@ ClassedPoint RuleAt(const AirPoint& air, const std::vector<CloudDeck>& clouds,
     return point;
   }
   if (!air.HasDewpt()) return point;
-  const Rule* rule = RuleFor(air.Temp, air.Temp - air.Dewpt);
+  const Rule* rule = RuleFor(air.Temp, Exact(air.Temp - air.Dewpt));
   if (rule == nullptr) return point;
   constexpr double kSteep = 2 / 0.3048;  // °C per km: 2 °C in 1000 ft
   const bool unstable = air.Lapse > kSteep;

@@ -13,8 +13,13 @@ namespace vexa::analysis::formula {
 double Sweat(In& in) {
   const double moisture = 12 * std::max(in.Dewpt(850), 0.0);
   const double totals = 20 * std::max(in.Note("TT", TotalTotals(in), "C") - 49, 0.0);
-  const Wind low = in.WindAt(850);
-  const Wind high = in.WindAt(500);
+  // A wind comes from its components, even at a level of its own: 210 degrees as 209.999998.
+  const auto exact = [](const Wind& wind) {
+    constexpr int kDecimals = 3;
+    return Wind{Rounded(wind.Dir, kDecimals), Rounded(wind.Spd, kDecimals)};
+  };
+  const Wind low = exact(in.WindAt(850));
+  const Wind high = exact(in.WindAt(500));
   const bool turns = low.Dir >= 130 && low.Dir <= 250 && high.Dir >= 210 && high.Dir <= 310 &&
                      high.Dir > low.Dir && low.Spd >= 15 && high.Spd >= 15;
   const double shear = turns ? 125 * (std::sin(Radians(high.Dir - low.Dir)) + 0.2) : 0;

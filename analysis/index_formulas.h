@@ -10,9 +10,6 @@ namespace vexa::analysis::formula {
 
 using In = IndexReader;
 
-/// Decimals to which differences of reported tenths are compared with limits.
-inline constexpr int kExactDecimals = 6;
-
 // Stability and moisture.
 double KIndex(In& in);
 double TotalTotals(In& in);

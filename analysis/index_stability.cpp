@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "analysis/exact.h"
 #include "analysis/index_formulas.h"
 #include "analysis/interpolate.h"
 #include "analysis/moist_air.h"
@@ -59,7 +60,7 @@ double Showalter(In& in) {
 }
 
 double SIndex(In& in) {
-  const double vertical = Rounded(VerticalTotals(in), kExactDecimals);
+  const double vertical = Exact(VerticalTotals(in));
   double term = 6;
   if (vertical >= 25) {
     term = 0;

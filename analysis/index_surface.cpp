@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "analysis/exact.h"
 #include "analysis/index_formulas.h"
 #include "analysis/interpolate.h"
 #include "analysis/moist_air.h"
@@ -73,9 +74,8 @@ const HainesVariant& VariantFor(double elevationFt, double surface) {
   return *variant;
 }
 
-// Differences of tenths are not exact in binary: 28.4 - 15.4 is a little less than 13.
 double ClassOf(double difference, double some, double much) {
-  const double value = Rounded(difference, kExactDecimals);
+  const double value = Exact(difference);
   if (value < some) return 1;
   return value < much ? 2 : 3;
 }

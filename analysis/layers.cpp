@@ -4,6 +4,7 @@
 #include <cmath>
 #include <optional>
 
+#include "analysis/exact.h"
 #include "analysis/interpolate.h"
 #include "analysis/parcel_source.h"
 #include "analysis/storm_motion.h"
@@ -76,7 +77,7 @@ InversionKind KindOf(const LevelProfile& levels, int base, int top,
   if (NotAvailable(levels.Dewpt(base)) || NotAvailable(levels.Dewpt(top))) {
     return InversionKind::Unknown;
   }
-  const double change = levels.Dewpt(top) - levels.Dewpt(base);
+  const double change = Exact(levels.Dewpt(top) - levels.Dewpt(base));
   if (change <= kDriesAloft) return InversionKind::Subsidence;
   return change >= kKeepsMoist ? InversionKind::Frontal : InversionKind::Unknown;
 }
@@ -110,8 +111,8 @@ std::vector<Inversion> FindInversions(const LevelProfile& levels,
     for (int i = top; i < levels.Count() && levels.Temp(i + 1) >= levels.Temp(i); ++i) {
       if (levels.Temp(i + 1) > levels.Temp(i)) top = i + 1;
     }
-    if (levels.Press(base) - levels.Press(top) >= kLeastThickness ||
-        levels.Temp(top) - levels.Temp(base) >= kLeastStrength) {
+    if (Exact(levels.Press(base) - levels.Press(top)) >= kLeastThickness ||
+        Exact(levels.Temp(top) - levels.Temp(base)) >= kLeastStrength) {
       found.push_back(
           {KindOf(levels, base, top, tropopauses), PointOf(levels, base), PointOf(levels, top)});
     }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "analysis/exact.h"
 #include "analysis/index_table.h"
 #include "core/files.h"
 #include "core/numbers.h"
@@ -78,10 +79,8 @@ const SevereEntry& EntryOf(const SevereRow& row) {
   return kEntries[static_cast<std::size_t>(row.Entry) - 1];
 }
 
-// Differences of reported tenths may miss a limit by the last binary digit.
-bool Reaches(SevereWhen when, const SevereLimits& limits, std::size_t step, double exact) {
-  constexpr int kExactDecimals = 6;
-  const double value = Rounded(exact, kExactDecimals);
+bool Reaches(SevereWhen when, const SevereLimits& limits, std::size_t step, double amount) {
+  const double value = Exact(amount);
   switch (when) {
     case SevereWhen::Above:
       return value >= limits.From[step];
