@@ -1,0 +1,332 @@
+// Mountains as they are entered and read from files, the settings of the wave display, and the
+// texts that tell of waves.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "config/options.h"
+#include "core/files.h"
+#include "core/numbers.h"
+#include "core/source_text.h"
+#include "core/station_file.h"
+#include "mountainwave/mountain_file.h"
+#include "mountainwave/wave_listing.h"
+#include "mountainwave/wave_settings.h"
+#include "support/soundings.h"
+
+namespace vexa::mountainwave {
+namespace {
+
+std::string Heading(int lines, const std::string& last) {
+  std::string text;
+  for (int i = 1; i < lines; ++i) text += "heading, line " + std::to_string(i) + "\r\n";
+  return text + last + "\r\n";
+}
+const std::string kOld = Heading(18, "the end of the heading");
+std::string NewHeading(const std::string& units) {
+  return Heading(18, "NOTE: of the new layout") + "\r\n\r\n" + units + "\r\n\r\n";
+}
+
+TEST(Mountains, EveryRangeNamesItsField) {
+  const MountainEntry good{10000, 5, 0, true, 10, 9000, 4, 360};
+  struct Case {
+    const char* about;
+    MountainEntry entry;
+    WaveUnits units;
+    const char* field;
+  };
+  const auto with = [&](double MountainEntry::*member, double value) {
+    MountainEntry entry = good;
+    entry.*member = value;
+    return entry;
+  };
+  const Case cases[] = {
+      {"99 ft", with(&MountainEntry::Height, 99), kEnglishUnits, "Mountain #1 - Height"},
+      {"100 ft", with(&MountainEntry::Height, 100), kEnglishUnits, ""},
+      {"32000 ft", with(&MountainEntry::Height, 32000), kEnglishUnits, ""},
+      {"32001 ft", with(&MountainEntry::Height, 32001), kEnglishUnits, "Mountain #1 - Height"},
+      {"34 m", with(&MountainEntry::Height, 34), kMetricUnits, "Mountain #1 - Height"},
+      {"half-width", with(&MountainEntry::HalfWidth, 0.09), kEnglishUnits,
+       "Mountain #1 - Half-Width"},
+      {"half-width in km",
+       with(&MountainEntry::HalfWidth, 90.1),
+       {LengthUnits::Feet, WaveDistance::Kilometers},
+       "Mountain #1 - Half-Width"},
+      {"axis", with(&MountainEntry::Axis, 361), kEnglishUnits, "Mountain #1 - Axis"},
+      {"no number", with(&MountainEntry::Axis, std::nan("")), kEnglishUnits, "Mountain #1 - Axis"},
+      {"second height", with(&MountainEntry::Height2, 0), kEnglishUnits, "Mountain #2 - Height"},
+      {"second half-width", with(&MountainEntry::HalfWidth2, 51), kEnglishUnits,
+       "Mountain #2 - Half-Width"},
+      {"second axis", with(&MountainEntry::Axis2, -1), kEnglishUnits, "Mountain #2 - Axis"},
+      {"distance", with(&MountainEntry::Distance, 0.9), kEnglishUnits, "Mountain #1 - #2 Distance"},
+      {"distance in mi",
+       with(&MountainEntry::Distance, 551),
+       {LengthUnits::Feet, WaveDistance::Miles},
+       "Mountain #1 - #2 Distance"},
+      {"first wrong value first", MountainEntry{0, 0, 0}, kEnglishUnits, "Mountain #1 - Height"},
+      {"one mountain, nothing of a second", MountainEntry{500, 1, 0}, kEnglishUnits, ""},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.about);
+    EXPECT_EQ(OutOfRange(c.entry, c.units), c.field);
+  }
+  EXPECT_EQ(HalfWidthPrompt(WaveDistance::Kilometers)[1], "Half-width range:  0.2 - 90.0 km.");
+  EXPECT_EQ(HeightPrompt(LengthUnits::Feet)[1], "Height range:  100 - 32,000 feet.");
+}
+
+TEST(Mountains, OfTheSoundingsOwnRecords) {
+  SoundingRecord sounding = test::ReferenceWinter();
+  EXPECT_FALSE(MountainsOf(sounding));
+  sounding.ExtraRecordsPresent = true;
+  sounding.NumExtraRecords = 1;
+  sounding.ExtraRecord1 = {9000, 4, 20};
+  sounding.ExtraRecord2 = {12, 8000, 3, 30};
+  ASSERT_TRUE(MountainsOf(sounding));
+  EXPECT_EQ(*MountainsOf(sounding), (MountainParameters{.First = {9000, 4, 20}}));
+  sounding.NumExtraRecords = 2;
+  EXPECT_EQ(*MountainsOf(sounding), (MountainParameters{{9000, 4, 20}, 12, {8000, 3, 30}}));
+  sounding.ExtraRecord1[0] = 0;
+  EXPECT_FALSE(MountainsOf(sounding));
+}
+
+TEST(MountainFile, BothLayoutsAndUnits) {
+  const std::string records =
+      "72489,3048,18.52,180,0,0,0,0\n72476, "
+      "1000,1.852,10,\n37.04,500,\n3.704,20\n99999\n11111,1,1,1,0,0,0,0\n";
+  const MountainParameters feet{.First = {3048, 18.52, 180}};
+  const MountainParameters meters{.First = {10000, 10, 180}};  // ÷ 0.3048, ÷ 1.852
+  struct Case {
+    const char* about;
+    std::string text;
+    MountainParameters first;
+  };
+  const Case cases[] = {
+      {"old", kOld + records, feet},
+      {"new, feet", NewHeading("Units is feet") + records, feet},
+      {"new, metres", NewHeading("Units is meters") + records, meters},
+      {"new, in column 9", NewHeading("Units is\tfeet ") + records, feet},
+      {"new, one column early", NewHeading("Units isfeet") + records, meters},
+      {"new, nothing", NewHeading("") + records, meters},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.about);
+    const MountainLookup looked = FindMountains(c.text, "VEXA.MTN", 72489);
+    EXPECT_FALSE(looked.Wrong);
+    ASSERT_TRUE(looked.Found);
+    EXPECT_NEAR(looked.Found->First.HeightFt, c.first.First.HeightFt, 1e-9);
+    EXPECT_NEAR(looked.Found->First.HalfWidthNm, c.first.First.HalfWidthNm, 1e-9);
+    EXPECT_FALSE(looked.Found->HasSecond());
+    // A record over several lines, two mountains.
+    const MountainLookup second = FindMountains(c.text, "VEXA.MTN", 72476);
+    ASSERT_TRUE(second.Found);
+    EXPECT_TRUE(second.Found->HasSecond());
+    EXPECT_EQ(second.Found->Second.Axis, 20);
+    EXPECT_FALSE(FindMountains(c.text, "VEXA.MTN", 11111).Found);  // behind the end
+    EXPECT_FALSE(FindMountains(c.text, "VEXA.MTN", 11111).Wrong);
+    EXPECT_FALSE(FindMountains(c.text, "VEXA.MTN", 0).Found);
+  }
+}
+
+TEST(MountainFile, DamageIsNamedWithItsLine) {
+  struct Case {
+    const char* about;
+    std::string text;
+    const char* detail;
+  };
+  const Case cases[] = {
+      {"word for a number", kOld + "1,2,3,x,0,0,0,0\n99999\n",
+       "VEXA.MTN, line 19: station 1 lacks one of its seven numbers"},
+      {"ends early", kOld + "1,2,3,4,0,0,0,0\n",
+       "VEXA.MTN, line 20: ends without the station number 99999"},
+      {"ends in a record", kOld + "1,2,3,4,0\n",
+       "VEXA.MTN, line 20: station 1 lacks one of its seven numbers"},
+      {"no heading", "1,2\n", "VEXA.MTN, line 1: ends in its heading"},
+      {"no station number", NewHeading("Units is feet") + "name,2,3,4,0,0,0,0\n",
+       "VEXA.MTN, line 23: no station number stands where one should"},
+      {"no half-width", kOld + "5,900,0,4,0,0,0,0\n99999\n",
+       "VEXA.MTN, line 19: station 5: mountain #1 has no height or half-width, or its axis is not "
+       "0 to 360"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.about);
+    const MountainLookup looked = FindMountains(c.text, "VEXA.MTN", 5);
+    ASSERT_TRUE(looked.Wrong);
+    EXPECT_EQ(looked.Wrong->Detail, c.detail);
+    const Box box = MountainFileBox(*looked.Wrong);
+    EXPECT_EQ(box.Title, "VEXA data file problem");
+    EXPECT_EQ(box.Icon, BoxIcon::Exclamation);
+    EXPECT_TRUE(
+        box.Text.starts_with("There is a problem with the VEXA.MTN mountain parameter file.  \n"
+                             "Reload original file from the distribution CD, or correct \n"));
+  }
+  const test::TemporaryFolder folder;
+  const MountainLookup missing = FindMountains(folder.Path() / "VEXA.MTN", 5);
+  ASSERT_TRUE(missing.Wrong);
+  EXPECT_EQ(MountainFileBox(*missing.Wrong).Text,
+            "The VEXA.MTN data file could not be found.\n"
+            "Be sure it is located in program directory ...  ");
+}
+
+TEST(MountainFile, TheShippedOneIsWhole) {
+  const auto share = test::SourceFolder() / "share";
+  const std::string text = ReadFile(share / "VEXA.MTN").Value();
+  const StationList stations =
+      ReadStations(ReadFile(share / kStationFileName).Value(), kStationFileName).List;
+  EXPECT_FALSE(FindMountains(text, "VEXA.MTN", 99998).Wrong);
+  const SourceText lines("VEXA.MTN", text);
+  int records = 0;
+  for (int line = 23; lines.Line(line) != "99999"; ++line) {
+    SCOPED_TRACE(line);
+    const auto number = ParseWhole(lines.Line(line).substr(0, 5));
+    ASSERT_TRUE(number);
+    const Station* station = stations.Find(*number);
+    ASSERT_NE(station, nullptr);
+    const MountainLookup looked = FindMountains(text, "VEXA.MTN", *number);
+    ASSERT_TRUE(looked.Found);
+    const MountainEntry entry = ToEntry(*looked.Found, kEnglishUnits);
+    EXPECT_EQ(OutOfRange(entry, kEnglishUnits), "");
+    EXPECT_GT(entry.Height * 0.3048, station->ElevM);
+    ++records;
+  }
+  EXPECT_GE(records, 36);
+}
+
+TEST(WaveSettings, RoundTripInTheirRecords) {
+  WaveOptions options;
+  options.Units = kMetricUnits;
+  options.Units.Distance = WaveDistance::Miles;
+  options.Scale = WaveScale::Pressure;
+  options.DecayOn = true;
+  options.DecayPercent = 35.5;
+  options.DecayWavelength = 2;
+  options.UpperLimit = 250;
+  options.Length = 80;
+  options.Shading = options.Terrain = options.WindProfile = options.ScorerProfile = false;
+  options.Line = WaveLine::Thin;
+  options.LabelsOnly = true;
+  options.Traces = WaveTraces::Isentropes;
+  EXPECT_EQ(ReadWaveOptions(Write(options)), options);
+  EXPECT_EQ(ReadWaveOptions(Write(WaveOptions{})), WaveOptions{});
+  const WaveState state{WhichMountain::Two, 2, 3, -5, 40, 800, 600, false, true, false};
+  EXPECT_EQ(ReadWaveState(Write(state)), state);
+  const auto fieldsOf = [](const std::string& text) {
+    const SourceText source("", text);
+    std::vector<int> counts;
+    for (int i = 1; i <= source.LineCount(); ++i) {
+      const auto line = source.Line(i);
+      if (!line.empty()) counts.push_back(1 + static_cast<int>(std::ranges::count(line, ',')));
+    }
+    return counts;
+  };
+  EXPECT_EQ(fieldsOf(Write(options)), (std::vector<int>{1, 5, 3, 4, 2, 3}));
+  EXPECT_EQ(fieldsOf(Write(state)), (std::vector<int>{1, 1, 2, 4, 1, 2}));
+  EXPECT_TRUE(Write(state).starts_with("\"This is a VEXA system file -- Do Not Alter.\""));
+  EXPECT_EQ(WaveOptionsFile(), "VEXA56+.WAV");
+  // A file that ends early: what was read stays, the rest has its defaults.
+  const std::string text = Write(options);
+  const WaveOptions cut = ReadWaveOptions(text.substr(0, text.find("\"yes\"")));
+  EXPECT_EQ(cut.Units, options.Units);
+  EXPECT_EQ(cut.DecayPercent, WaveOptions{}.DecayPercent);
+  EXPECT_EQ(ReadWaveState(""), WaveState{});
+}
+
+// A wave of round numbers: 11.2214 km are 6.055 nm and 6.973 mi, 514.9 m 1689 ft, 5.998 m/s 1181
+// fpm.
+WaveResults OneWave() {
+  Wave wave{.Kind = WaveKind::Predominant};
+  wave.At.Press = 700;
+  wave.At.Height = 3000;
+  wave.Of.LengthKm = 11.2214;
+  wave.HalfWidthKm = 1.78594;
+  wave.Amplitude = 514.9;
+  wave.MaxVelocity = 5.998;
+  WaveResults results;
+  results.Ridges = {{.Waves = {wave}}};
+  return results;
+}
+
+TEST(WaveListing, DefaultMountainInFeet) {
+  SoundingRecord sounding = test::ReferenceWinter();
+  sounding.Time = {2010, 1, 5, 12, 0};
+  const WaveResults waves = OneWave();
+  EXPECT_EQ(WaveListing({sounding, Site{}, waves, {}}),
+            (std::vector<std::string>{
+                "VEXA Mountain-Wave for:  Reference B, winter  2010-01-05 12:00 UTC",
+                "Station Elevation: 394 ft, MSL",
+                "Mountain Elevation:   3675 ft, MSL",
+                "       Half-width: 1.0 nm",
+                "        Ridge Axis:  any angle",
+                "Mountain parameters set to default for maximum wave.",
+                "",
+                "Predominate Wave",
+                "Wavelength: 6.1 nm",
+                "   Amplitude: 1689 ft",
+                "Maximum Vertical Velocity: 1181 fpm   S-X",
+                "Wave Interface Level",
+                "   Pressure = 700.0 mb",
+                "   Altitude = 9843 ft, AGL",
+                "",
+            }));
+}
+
+TEST(WaveListing, TwoMountainsInMetres) {
+  const SoundingRecord sounding = test::ReferenceWinter();
+  WaveResults waves = OneWave();
+  waves.IsDefault = false;
+  Wave harmonic = waves.Ridges[0].Waves[0];
+  harmonic.Kind = WaveKind::Harmonic;
+  harmonic.MaxVelocity = 3;
+  waves.Ridges[0].Waves.push_back(harmonic);
+  waves.Ridges.emplace_back();
+  WaveOptions set;
+  set.Units = kMetricUnits;
+  set.DecayOn = true;
+  const MountainParameters mountains{{10000, 5, 0}, 20, {5000, 2.5, 45}};
+  EXPECT_EQ(WaveListing({sounding, mountains, waves, set}),
+            (std::vector<std::string>{
+                "VEXA Mountain-Wave for:  Reference B, winter",
+                "Station Elevation: 120 m, MSL",
+                "Mountain #1    Elevation: 3048 m, MSL",
+                "       Half-width: 9.3 km",
+                "        Ridge Axis:  any angle",
+                "Mountain #2    Elevation: 1524 m, MSL",
+                "       Half-width: 4.6 km",
+                "        Ridge Axis: 45 degrees",
+                "Mountain separation:   37.0 km",
+                "Wave decay = 20% at wavelength #1",
+                "",
+                "Predominate Wave",
+                "Wavelength: 11.2 km   Mtn #1",
+                "   Amplitude: 515 m",
+                "Maximum Vertical Velocity: 6.0 m/s   S-X",
+                "Wave Interface Level",
+                "   Pressure = 700.0 mb",
+                "   Altitude = 3000 m, AGL",
+                "",
+                "Subordinate Waves",
+                "Wavelength: 11.2 km   Mtn #1 Harmonic",
+                "   Amplitude: 515 m",
+                "Maximum Vertical Velocity: 3.0 m/s   SEVERE",
+                "Wave Interface Level",
+                "   Pressure = 700.0 mb",
+                "   Altitude = 3000 m, AGL",
+                "",
+                "2nd mountain produced no waves.",
+            }));
+}
+
+TEST(WaveListing, NoWaves) {
+  SoundingRecord sounding = test::ReferenceWinter();
+  for (double& speed : sounding.WindSpd.Values()) speed = 1;
+  const WaveResults waves =
+      ComputeWaves(sounding, analysis::DeriveLevels(sounding, Options{}), Site{});
+  const std::vector<std::string> lines = WaveListing({sounding, Site{}, waves, {}});
+  ASSERT_GE(lines.size(), 2U);
+  EXPECT_EQ(lines[lines.size() - 2], "There are no waves present.");
+  EXPECT_EQ(lines.back(), "The wind across the ridge at its crest is too weak.");
+}
+
+}  // namespace
+}  // namespace vexa::mountainwave
