@@ -4,7 +4,9 @@
 
 #include "analysis/interpolate.h"
 #include "analysis/shown_units.h"
+#include "analysis/turbulence.h"
 #include "core/units.h"
+#include "mountainwave/wave_model.h"
 #include "output/level_rows.h"
 #include "output/listing_line.h"
 #include "output/listings.h"
@@ -69,6 +71,33 @@ std::string IcingWord(const ListingSource& from, double height) {
     }
   }
   return std::string(kNoValue);
+}
+
+// The class of the predominant wave's up- and downdraughts at a height in m above the station.
+std::string WaveWordAt(const mountainwave::WaveResults& waves, double height) {
+  const analysis::Intensity grade = mountainwave::TurbulenceAt(waves, height).Class;
+  return grade == Intensity::None ? std::string(kNoValue) : std::string(Text(grade));
+}
+
+// The strongest wave of an interface; null where the level is none.
+const mountainwave::Wave* WaveAtLevel(const mountainwave::WaveResults& waves, double press) {
+  for (const mountainwave::Wave* wave : waves.All()) {
+    if (wave->At.Press == press) return wave;
+  }
+  return nullptr;
+}
+std::string WaveLengthShown(const mountainwave::Wave* wave) {
+  if (wave == nullptr) return std::string(kNoValue);
+  return Mask(wave->Of.LengthKm * mountainwave::kNauticalMilesPerKm, "###0.0");
+}
+std::string WaveVelocityShown(const mountainwave::Wave* wave) {
+  if (wave == nullptr) return std::string(kNoValue);
+  return Mask(wave->MaxVelocity / mountainwave::kMsPerFpm, "###0");
+}
+std::string WaveMostShown(const mountainwave::Wave* wave) {
+  const Intensity grade =
+      wave == nullptr ? Intensity::None : analysis::WaveTurbulence(wave->MaxVelocity).Class;
+  return grade == Intensity::None ? std::string(kNoValue) : std::string(Text(grade));
 }
 
 std::string HeightNote(const ListingSource& from) {
@@ -185,6 +214,8 @@ ListingLines SummaryListing(const ListingSource& from) {
   lines.push_back(units.Take());
   const LevelProfile& levels = from.Results.Levels;
   const analysis::LayerResults& layers = from.Results.Layers;
+  const mountainwave::WaveResults waves =
+      mountainwave::ComputeWaves(from.Sounding, levels, mountainwave::MountainsOf(from.Sounding));
   const std::vector<int> winds = WindsOfLevels(from.Sounding, from.Results);
   for (int i = 1; i <= levels.Count(); ++i) {
     const double height = levels.Height(i);
@@ -200,8 +231,10 @@ ListingLines SummaryListing(const ListingSource& from) {
     line.EndAt(46, ClassWord(layers.Turbulence, height));
     line.EndAt(52, ClassWord(layers.LowShear, height));
     line.BeginAt(57, IcingWord(from, height));
-    // Waves are no property of the sounding alone.
-    line.BeginAt(74, kNoValue).EndAt(82, kNoValue).EndAt(87, kNoValue).EndAt(93, kNoValue);
+    line.BeginAt(74, WaveWordAt(waves, height - GroundOf(from)));
+    const mountainwave::Wave* wave = WaveAtLevel(waves, levels.Press(i));
+    line.EndAt(82, WaveLengthShown(wave)).EndAt(87, WaveVelocityShown(wave));
+    line.EndAt(93, WaveMostShown(wave));
     lines.push_back(line.Take());
   }
   return lines;

@@ -59,6 +59,21 @@ TEST(Listings, HeaderTextsAreExact) {
   EXPECT_EQ(foreign[2], " 970.0    82.4    65.8     16.6          0          160     6");
 }
 
+TEST(Listings, WavesStandAtTheirInterfaces) {
+  Listed listed;
+  listed.Sounding = test::ReferenceWinter();
+  const ListingLines lines = listed.Make(SummaryListing);
+  // Worked apart from this code: interface at 880 hPa, 3.158 km are 1.7 nm, 11.07 m/s are 2180 fpm.
+  const auto at = [&](std::string_view press) {
+    const auto line = std::ranges::find_if(
+        lines, [&](const std::string& one) { return one.substr(7, 6) == press; });
+    return line == lines.end() ? std::string() : line->substr(73);
+  };
+  EXPECT_EQ(at(" 880.0"), "XTR   1.7 2180   XTR");
+  EXPECT_EQ(at(" 250.0"), "--    6.3  379   MDT");  // the predominant wave has died away there
+  EXPECT_EQ(at(" 500.0"), "--     --   --    --");
+}
+
 TEST(Listings, CapeOfTheLayersAddsUpToTheTotal) {
   for (const int interval : {1, 7, 50}) {
     SCOPED_TRACE(interval);
