@@ -15,6 +15,7 @@
 #include "core/platform.h"
 #include "core/station_file.h"
 #include "download/template_file.h"
+#include "mountainwave/mountain_file.h"
 #include "program/commands.h"
 #include "program/displays.h"
 #include "program/hodograph_commands.h"
@@ -100,6 +101,7 @@ void Bring(Program& program, const StartArguments& arguments, std::string_view n
 // that its station is not known.
 void ReadStationList(Program& program, const StartArguments& arguments) {
   Bring(program, arguments, kStationFileName);
+  Bring(program, arguments, mountainwave::kMountainFileName);
   std::error_code ignored;
   if (!std::filesystem::exists(program.Where.Root / kStationFileName, ignored)) return;
   CurrentSounding beside = program.Doc.Beside();

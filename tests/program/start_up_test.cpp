@@ -131,7 +131,7 @@ TEST(StartUp, ARootThatTakesNoFilesIsToldOfOnce) {
   const fs::path program = folder.Path() / "build" / "bin";
   fs::create_directories(program);
   fs::create_directories(folder.Path() / "share");
-  for (const char* name : {"VEXA.STN", "VEXA.URL"}) {
+  for (const char* name : {"VEXA.STN", "VEXA.MTN", "VEXA.URL"}) {
     ASSERT_FALSE(SaveFile(folder.Path() / "share" / name, "shipped"));
   }
   ASSERT_FALSE(SaveFile(folder.Path() / "root", "in the way"));
