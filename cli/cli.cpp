@@ -21,7 +21,8 @@ namespace {
 
 const Command* const kCommands[] = {
     &kPlotCommand,  &kAnalyzeCommand, &kConvertCommand, &kSettingsCommand, &kCheckCommand,
-    &kFetchCommand, &kExportCommand,  &kListCommand,    &kReportCommand,   &kPrintCommand};
+    &kFetchCommand, &kExportCommand,  &kListCommand,    &kReportCommand,   &kPrintCommand,
+    &kWavesCommand};
 
 constexpr CommandForm kProgram = {
     .Name = "vexa-cli",

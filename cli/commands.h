@@ -32,6 +32,7 @@ extern const Command kPrintCommand;
 extern const Command kSettingsCommand;
 extern const Command kCheckCommand;
 extern const Command kFetchCommand;
+extern const Command kWavesCommand;
 
 /// The station list of the program root, else the shipped one; read once.
 const StationList& Stations();

@@ -9,6 +9,7 @@
 #include "core/numbers.h"
 #include "report/json.h"
 #include "report/values.h"
+#include "report/wave_json.h"
 
 namespace vexa::report {
 namespace {
@@ -314,6 +315,9 @@ std::string SoundingJson(const AnalysedSounding& sounding, const Options& option
   json["layers"] = LayersJson(results, options);
   json["winter"] = WinterJson(results.Winter);
   json["soaring"] = SoaringJson(results.Soaring);
+  const mountainwave::Site site = mountainwave::MountainsOf(sounding.Record);
+  json["waves"] =
+      WavesJson(mountainwave::ComputeWaves(sounding.Record, results.Levels, site), site, false);
   Json& indices = json["indices"] = Json::object();
   for (const analysis::IndexValue& index : results.Indices) {
     indices[std::string(Trim(index.Row->Label))] = IndexJson(index);

@@ -1,0 +1,249 @@
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "analysis/turbulence.h"
+#include "cli/commands.h"
+#include "cli/settings.h"
+#include "core/files.h"
+#include "core/folders.h"
+#include "core/numbers.h"
+#include "core/platform.h"
+#include "mountainwave/mountain_file.h"
+#include "mountainwave/wave_listing.h"
+#include "report/wave_json.h"
+
+namespace vexa::cli {
+namespace {
+
+using mountainwave::MountainEntry;
+using mountainwave::Site;
+using mountainwave::Wave;
+using mountainwave::WaveOptions;
+using mountainwave::WaveResults;
+
+constexpr std::string_view kFormats[] = {"text", "json", "csv"};
+constexpr std::string_view kUnits[] = {"english", "metric"};
+constexpr std::string_view kDefaultMountain = "default";
+
+constexpr ArgumentRow kOptions[] = {
+    {"--mountain", "-m", "H,B,AXIS",
+     "crest above the sea, half-width, axis in degrees, 0 for any; or default, the mountain of the "
+     "strongest wave"},
+    {"--second", "", "H,B,AXIS,DISTANCE",
+     "a second mountain and how far behind the first it stands"},
+    {"--decay", "", "P,N", "lets waves decay by P % up to wavelength N"},
+    {"--units", "", "UNITS",
+     "english for ft, nm and fpm or metric for m, km and m/s; by GPM units without it", kUnits},
+    {"--format", "", "FORMAT", "form of the report, text without it", kFormats},
+    {"--explain", "", "", "tell how each wave came about, and why there is none elsewhere"},
+    kRootOption,
+    kSoundingOption,
+    kSetOption,
+};
+
+// "a,b,c" as so many numbers.
+std::optional<std::vector<double>> NumbersOf(const std::string& text, std::size_t count) {
+  std::vector<double> numbers;
+  for (std::size_t at = 0; at <= text.size();) {
+    const std::size_t comma = std::min(text.find(',', at), text.size());
+    const std::optional<double> number = ParseNumber(std::string_view(text).substr(at, comma - at));
+    if (!number) return std::nullopt;
+    numbers.push_back(*number);
+    at = comma + 1;
+  }
+  if (numbers.size() != count) return std::nullopt;
+  return numbers;
+}
+
+Fault Wrong(std::string detail) {
+  return {kFaultInvalidValue, "waves", std::move(detail)};
+}
+
+/// What the words of the command line ask for.
+struct Asked {
+  WaveOptions Set{};
+  bool TakesDefault = false;
+  Site Given{};                          // by the command line
+  std::filesystem::path MountainFile{};  // else by station
+};
+
+Outcome<Site> GivenMountains(const Arguments& arguments, const mountainwave::WaveUnits& units) {
+  const auto first = arguments.Value("--mountain");
+  const auto second = arguments.Value("--second");
+  if (!first || *first == kDefaultMountain) {
+    if (second) return Wrong("--second needs a --mountain H,B,AXIS");
+    return Site{};
+  }
+  const auto numbers = NumbersOf(*first, 3);
+  if (!numbers) return Wrong("--mountain takes three numbers H,B,AXIS or default");
+  MountainEntry entry{.Height = (*numbers)[0], .HalfWidth = (*numbers)[1], .Axis = (*numbers)[2]};
+  if (second) {
+    const auto more = NumbersOf(*second, 4);
+    if (!more) return Wrong("--second takes four numbers H,B,AXIS,DISTANCE");
+    entry.HasSecond = true;
+    entry.Height2 = (*more)[0];
+    entry.HalfWidth2 = (*more)[1];
+    entry.Axis2 = (*more)[2];
+    entry.Distance = (*more)[3];
+  }
+  if (const std::string_view name = OutOfRange(entry, units); !name.empty()) {
+    return Wrong(std::string(name) + "  " + std::string(mountainwave::kOutOfRange));
+  }
+  return Site{FromEntry(entry, units)};
+}
+
+// The mountain file of the program folder, else the shipped one.
+std::filesystem::path MountainFile(const Arguments& arguments) {
+  const std::filesystem::path own =
+      ResolveRoot(arguments.Value("--root"), ProgramFolder()) / mountainwave::kMountainFileName;
+  return StampOf(own) ? own : ShippedFile(ProgramFolder(), mountainwave::kMountainFileName);
+}
+
+Outcome<Asked> AskedBy(const Arguments& arguments, const Options& options) {
+  Asked asked;
+  const std::string units = arguments.Value("--units").value_or(
+      options.GpmUnits == LengthUnits::Feet ? "english" : "metric");
+  asked.Set.Units = units == "english" ? mountainwave::kEnglishUnits : mountainwave::kMetricUnits;
+  if (const auto decay = arguments.Value("--decay")) {
+    const auto numbers = NumbersOf(*decay, 2);
+    const bool isGood = numbers && (*numbers)[0] >= 0 && (*numbers)[0] <= 100 &&
+                        (*numbers)[1] >= 0.1 && (*numbers)[1] <= 100;
+    if (!isGood) return Wrong("--decay takes a percentage and the number of a wavelength, 20,1");
+    asked.Set.DecayOn = true;
+    asked.Set.DecayPercent = (*numbers)[0];
+    asked.Set.DecayWavelength = (*numbers)[1];
+  }
+  const Outcome<Site> given = GivenMountains(arguments, asked.Set.Units);
+  if (!given) return given.Error();
+  asked.Given = given.Value();
+  asked.TakesDefault = arguments.Value("--mountain") == kDefaultMountain;
+  asked.MountainFile = MountainFile(arguments);
+  return asked;
+}
+
+Site SiteFor(const SoundingRecord& sounding, const Asked& asked, Console& console) {
+  if (asked.TakesDefault) return std::nullopt;
+  if (asked.Given) return asked.Given;
+  if (const Site own = mountainwave::MountainsOf(sounding)) return own;
+  if (asked.MountainFile.empty()) return std::nullopt;
+  const mountainwave::MountainLookup looked =
+      mountainwave::FindMountains(asked.MountainFile, sounding.WmoNumber);
+  if (looked.Wrong) ReportFault(console, TextFromPath(asked.MountainFile), *looked.Wrong);
+  return looked.Found;
+}
+
+std::string Lines(const std::vector<std::string>& lines) {
+  std::string text;
+  for (const std::string& line : lines) text += line + "\n";
+  return text;
+}
+
+std::string Quoted(std::string_view text) {
+  std::string quoted = "\"";
+  for (const char c : text) quoted += c == '"' ? '\'' : c;
+  return quoted + '"';
+}
+
+constexpr std::string_view kCsvHeader =
+    "file,station,kind,mountain,wavelength (km),amplitude (m),maximum vertical velocity (m/s),"
+    "turbulence,interface pressure (hPa),interface height above station (m)\n";
+
+std::string CsvRows(const AnalysedSounding& sounding, const WaveResults& waves) {
+  std::string rows;
+  for (const Wave* wave : waves.All()) {
+    const bool isFirst = wave->Kind == mountainwave::WaveKind::Predominant;
+    const bool isHarmonic = wave->Kind == mountainwave::WaveKind::Harmonic;
+    rows += Quoted(sounding.File) + "," + Quoted(sounding.Record.StationTitle) + "," +
+            (isFirst      ? "predominant"
+             : isHarmonic ? "harmonic"
+                          : "subordinate") +
+            "," + Shortest(wave->Mountain) + "," + Shortest(Rounded(wave->Of.LengthKm, 3)) + "," +
+            Shortest(Rounded(wave->Amplitude, 1)) + "," + Shortest(Rounded(wave->MaxVelocity, 3)) +
+            "," + std::string(analysis::WaveTurbulence(wave->MaxVelocity).Long) + "," +
+            Shortest(Rounded(wave->At.Press, 2)) + "," + Shortest(Rounded(wave->At.Height, 1)) +
+            "\n";
+  }
+  return rows;
+}
+
+// One after the other, as an array of several in JSON.
+class WaveReport {
+ public:
+  WaveReport(std::string format, bool explains, bool several, Console& console)
+      : format_(std::move(format)), explains_(explains), several_(several), console_(console) {
+    if (format_ == "csv") console_.Out(kCsvHeader);
+    if (format_ == "json" && several_) console_.Out("[");
+  }
+
+  void Add(const AnalysedSounding& sounding, const Site& site, const WaveOptions& set) {
+    const WaveResults waves =
+        mountainwave::ComputeWaves(sounding.Record, sounding.Results.Levels, site);
+    const mountainwave::WaveSource source{sounding.Record, site, waves, set};
+    if (format_ == "csv") {
+      console_.Out(CsvRows(sounding, waves));
+    } else if (format_ == "json") {
+      report::Json json;
+      json["file"] = sounding.File;
+      json["station"] = sounding.Record.StationTitle;
+      json.update(report::WavesJson(waves, site, true));
+      console_.Out((several_ ? (count_ > 0 ? ",\n" : "\n") : "") + report::JsonText(json) +
+                   (several_ ? "" : "\n"));
+    } else {
+      console_.Out((count_ > 0 ? "\n" : "") +
+                   Lines(explains_ ? ExplainWaves(source) : WaveListing(source)));
+    }
+    ++count_;
+  }
+
+  void End() {
+    if (format_ == "json" && several_) console_.Out("\n]\n");
+  }
+
+ private:
+  std::string format_;
+  bool explains_;
+  bool several_;
+  Console& console_;
+  int count_ = 0;
+};
+
+int RunWaves(const Arguments& arguments, Console& console) {
+  const Outcome<SettingsStore> settings = CommandSettings(arguments, console);
+  if (!settings) return UsageError(console, kWavesCommand, settings.Error().Detail);
+  const Options& options = settings.Value().Set;
+  const Outcome<Asked> asked = AskedBy(arguments, options);
+  if (!asked) return UsageError(console, kWavesCommand, asked.Error().Detail);
+  int exitCode = kExitOk;
+  WaveReport report(arguments.Value("--format").value_or("text"), arguments.Has("--explain"),
+                    arguments.Files.size() > 1, console);
+  for (const std::string& file : arguments.Files) {
+    const Outcome<AnalysedSounding> sounding =
+        LoadAndAnalyse(file, SoundingIndex(arguments), options);
+    if (!sounding) {
+      ReportFault(console, file, sounding.Error());
+      exitCode = kExitInputFailed;
+      continue;
+    }
+    const SoundingRecord& record = sounding.Value().Record;
+    if (asked.Value().Given &&
+        mountainwave::IsBelowStation(asked.Value().Given->First.HeightFt, record)) {
+      console.Err("vexa-cli: " + file +
+                  ": Mountain height must be greater than the sounding station elevation.\n");
+      exitCode = kExitInputFailed;
+      continue;
+    }
+    report.Add(sounding.Value(), SiteFor(record, asked.Value(), console), asked.Value().Set);
+  }
+  report.End();
+  return exitCode;
+}
+
+}  // namespace
+
+const Command kWavesCommand = {{"waves", "FILE-OR-FOLDER... [options]",
+                                "Prints the mountain waves of each sounding.", kOptions},
+                               RunWaves,
+                               true};
+
+}  // namespace vexa::cli
