@@ -1,204 +1,87 @@
 #include "ingest/bufr.h"
 
 #include <algorithm>
-#include <chrono>
-#include <cmath>
 #include <iterator>
 #include <string>
 #include <utility>
 
 #include "core/numbers.h"
-#include "core/units.h"
 #include "ingest/bufr_messages.h"
+#include "ingest/bufr_reader.h"
+#include "ingest/bufr_report.h"
 
 namespace vexa::ingest {
 namespace {
 
 constexpr std::string_view kFormatTag = "BUFR";
 
-// Table B, 0 12 101 written 12101.
-constexpr int kBlock = 1001, kStation = 1002, kShip = 1011;
-constexpr int kWigosSeries = 1125, kWigosIssuer = 1126, kWigosLocal = 1128;
-constexpr int kYear = 4001, kMonth = 4002, kDay = 4003, kHour = 4004, kMinute = 4005;
-constexpr int kLat = 5001, kLatCoarse = 5002, kLon = 6001, kLonCoarse = 6002;
-constexpr int kStationHeight = 7001, kHeight = 7007, kGround = 7030, kBarometer = 7031;
-constexpr int kSinceRelease = 4086, kPressure = 7004, kGeopotentialHeight = 7009;
-constexpr int kSignificance = 8001, kExtendedSignificance = 8042;
-
-constexpr double kStandardGravity = 9.80665;  // m/s², of the geopotential metre
-constexpr double kKelvinOfTables = 273.15;    // the messages' own, not the program's 273.16
-
-struct LevelElement {
-  int Descriptor;
-  Element What;
-  std::optional<double> SourceLevel::*Into;
-  Scale ToOurs{};
+// A report without its levels, which are read again from its place when they are asked for. Those
+// that the library unpacked are kept: it takes a whole message each time, and long.
+struct ListedReport {
+  BufrReport Known{};
+  std::size_t LevelCount = 0;
+  std::size_t MessageAt = 0, MessageLength = 0;  // in the file
+  BufrPlace Place{};
 };
 
-const LevelElement kLevelElements[] = {
-    {kPressure, Element::Press, &SourceLevel::Press, {.Over = 100}},
-    {kGeopotentialHeight, Element::Height, &SourceLevel::Height},
-    {kHeight, Element::Height, &SourceLevel::Height},
-    {10009, Element::Height, &SourceLevel::Height},
-    {10007, Element::Height, &SourceLevel::Height},
-    {10003, Element::Height, &SourceLevel::Height, {.Over = kStandardGravity}},
-    {10008, Element::Height, &SourceLevel::Height, {.Over = kStandardGravity}},
-    {12101, Element::Temp, &SourceLevel::Temp, {.Plus = -kKelvinOfTables}},
-    {12001, Element::Temp, &SourceLevel::Temp, {.Plus = -kKelvinOfTables}},
-    {12103, Element::Dewpt, &SourceLevel::Dewpt, {.Plus = -kKelvinOfTables}},
-    {12003, Element::Dewpt, &SourceLevel::Dewpt, {.Plus = -kKelvinOfTables}},
-    {11001, Element::Direction, &SourceLevel::Dir},
-    {11002, Element::Speed, &SourceLevel::Spd, {.Times = kMsToKnot}},
-};
-
-struct BufrLevel {
-  SourceLevel Values{};
-  bool IsGround = false;
-  unsigned Seen = 0;  // rows of kLevelElements, missing values too
-};
-
-// One subset: a whole ascent or a part of one.
-struct BufrReport {
-  SourceHeading Heading{};
-  ObservationTime Release{};
-  int Update = 0;
-  std::vector<BufrLevel> Levels{};
-  Refusals Refused{};
-};
-
-const BufrValue* Find(const BufrSubset& subset, int descriptor) {
-  const auto value = std::ranges::find_if(subset, [descriptor](const BufrValue& candidate) {
-    return candidate.Descriptor == descriptor && (candidate.Number || !candidate.Text.empty());
-  });
-  return value == subset.end() ? nullptr : &*value;
-}
-
-std::optional<double> NumberOf(const BufrSubset& subset, std::initializer_list<int> descriptors) {
-  for (const int descriptor : descriptors) {
-    if (const BufrValue* value = Find(subset, descriptor); value != nullptr && value->Number) {
-      return value->Number;
-    }
+Outcome<std::vector<ListedReport>> ByLibrary(std::string_view message, const BufrHead& head) {
+  Outcome<std::vector<BufrSubset>> subsets = UnpackByLibrary(message);
+  if (!subsets) return subsets.Error();
+  std::vector<ListedReport> reports;
+  for (const BufrSubset& subset : subsets.Value()) {
+    ReportBuilder builder;
+    for (const BufrValue& value : subset) builder.Take(value);
+    BufrReport report = std::move(builder).Finish(head);
+    const std::size_t count = report.Levels.size();
+    if (report.IsUseful()) reports.push_back({.Known = std::move(report), .LevelCount = count});
   }
-  return std::nullopt;
+  return reports;
 }
 
-int WholeOf(const BufrSubset& subset, int descriptor, int otherwise) {
-  const std::optional<double> number = NumberOf(subset, {descriptor});
-  return number ? ToWhole(*number) : otherwise;
+Outcome<BufrReport> ReadReport(BufrReader& reader, const BufrHead& head, BufrPlace& place) {
+  ReportBuilder builder;
+  const auto take = [&builder](const BufrValue& value) { builder.Take(value); };
+  if (std::optional<Fault> damaged = reader.Read(place, take)) return *damaged;
+  return std::move(builder).Finish(head);
 }
 
-std::string TextOf(const BufrSubset& subset, int descriptor) {
-  const BufrValue* value = Find(subset, descriptor);
-  return value == nullptr ? std::string() : value->Text;
-}
-
-StationName StationOf(const BufrSubset& header) {
-  StationName station;
-  constexpr int kStationsOfBlock = 1000, kBlocks = 100;
-  const int block = WholeOf(header, kBlock, 0), number = WholeOf(header, kStation, 0);
-  if (block > 0 && block < kBlocks && number > 0 && number < kStationsOfBlock) {
-    station.Number = block * kStationsOfBlock + number;
-    return station;
+Outcome<std::vector<ListedReport>> ListReports(std::string_view message) {
+  const std::optional<BufrHead> head = ReadHead(message);
+  if (!head) return DamagedMessage("a message cannot be read");
+  constexpr int kVerticalSoundings = 2, kUndefined = 255;
+  if (head->Category != kVerticalSoundings && head->Category != kUndefined) {
+    return DamagedMessage("a message holds no vertical sounding, its category is " +
+                          Shortest(head->Category));
   }
-  const std::string local = TextOf(header, kWigosLocal);
-  // Issuer 20000 stands for the numbers that stations had before.
-  constexpr int kNumberIssuer = 20000, kFigures = 5;
-  if (WholeOf(header, kWigosSeries, -1) == 0 &&
-      WholeOf(header, kWigosIssuer, -1) == kNumberIssuer && local.size() == kFigures) {
-    station.Number = ParseWhole(local).value_or(0);
+  constexpr std::size_t kMostSubsets = 10000;
+  if (head->Subsets < 1 || head->Subsets > kMostSubsets) {
+    return DamagedMessage("a message has no subsets or too many");
   }
-  if (station.Number == 0) station.Letters = TextOf(header, kShip);
-  if (station.Number == 0 && station.Letters.empty()) station.Letters = local;
-  return station;
-}
-
-std::chrono::sys_time<std::chrono::minutes> Minutes(const ObservationTime& time) {
-  const std::chrono::year_month_day date{std::chrono::year(time.Year),
-                                         std::chrono::month(static_cast<unsigned>(time.Month)),
-                                         std::chrono::day(static_cast<unsigned>(time.Day))};
-  return std::chrono::sys_days(date) + std::chrono::hours(time.Hour) +
-         std::chrono::minutes(time.Minute);
-}
-
-bool AreWithin(const ObservationTime& a, const ObservationTime& b, std::chrono::minutes most) {
-  return a.Known() && b.Known() && std::chrono::abs(Minutes(a) - Minutes(b)) <= most;
-}
-
-// The nominal hour of the message; its release where that has nothing to do with it.
-ObservationTime TimeOf(const ObservationTime& nominal, const ObservationTime& release) {
-  if (!nominal.Known()) return release;
-  return !release.Known() || AreWithin(nominal, release, std::chrono::hours(3)) ? nominal : release;
-}
-
-bool OpensLevel(const BufrValue& value, const BufrLevel* level) {
-  const bool isCoordinate =
-      value.Descriptor == kPressure || value.Descriptor == kGeopotentialHeight;
-  const bool isMark = value.Descriptor == kSinceRelease ||
-                      value.Descriptor == kExtendedSignificance ||
-                      value.Descriptor == kSignificance;
-  if (level == nullptr) return isCoordinate || isMark;
-  // Of the old templates the mark follows the pressure, of the new ones it stands before it.
-  if (value.Descriptor == kSignificance) return false;
-  if (isMark) return level->Seen != 0;
-  if (!isCoordinate) return false;
-  const auto row = std::ranges::find(kLevelElements, value.Descriptor, &LevelElement::Descriptor);
-  return (level->Seen & 1U << (row - std::begin(kLevelElements))) != 0;
-}
-
-void AddToLevel(const BufrValue& value, BufrReport& report) {
-  BufrLevel& level = report.Levels.back();
-  constexpr unsigned kGroundBit = 64, kExtendedGroundBit = 131072;
-  const auto flags = static_cast<unsigned>(std::max(0.0, value.Number.value_or(0)));
-  if (value.Descriptor == kSignificance) level.IsGround |= (flags & kGroundBit) != 0;
-  if (value.Descriptor == kExtendedSignificance) {
-    level.IsGround |= (flags & kExtendedGroundBit) != 0;
+  std::optional<BufrReader> reader = BufrReader::For(*head);
+  if (!reader) return ByLibrary(message, *head);
+  std::vector<ListedReport> reports;
+  for (BufrPlace place; place.Subset < head->Subsets;) {
+    const BufrPlace here = place;
+    Outcome<BufrReport> report = ReadReport(*reader, *head, place);
+    if (!report) return report.Error();
+    if (!report.Value().IsUseful()) continue;
+    const std::size_t count = report.Value().Levels.size();
+    report.Value().Levels = {};
+    reports.push_back({.Known = std::move(report.Value()), .LevelCount = count, .Place = here});
   }
-  const auto row = std::ranges::find(kLevelElements, value.Descriptor, &LevelElement::Descriptor);
-  if (row == std::end(kLevelElements)) return;
-  const unsigned bit = 1U << (row - std::begin(kLevelElements));
-  if ((level.Seen & bit) != 0) return;  // what follows the levels repeats their elements
-  level.Seen |= bit;
-  std::optional<double>& into = level.Values.*row->Into;
-  if (value.Number && !into) {
-    TakeElement(row->ToOurs(*value.Number), row->What, report.Refused, into);
-  }
+  return reports;
 }
 
-BufrReport ReadSubset(const BufrSubset& subset, const BufrMessage& message) {
-  BufrReport report{.Update = message.Update};
-  auto at = std::ranges::find_if(subset,
-                                 [](const BufrValue& value) { return OpensLevel(value, nullptr); });
-  const BufrSubset header(subset.begin(), at);
-  for (; at != subset.end(); ++at) {
-    const BufrLevel* level = report.Levels.empty() ? nullptr : &report.Levels.back();
-    if (OpensLevel(*at, level)) report.Levels.emplace_back();
-    if (!report.Levels.empty()) AddToLevel(*at, report);
-  }
-  SourceHeading& heading = report.Heading;
-  heading.Station = StationOf(header);
-  report.Release =
-      MakeTime(WholeOf(header, kYear, 0), WholeOf(header, kMonth, 0), WholeOf(header, kDay, 0),
-               WholeOf(header, kHour, -1), WholeOf(header, kMinute, 0))
-          .value_or(ObservationTime{});
-  heading.Time = TimeOf(message.Time, report.Release);
-  heading.Lat = NumberOf(header, {kLat, kLatCoarse});
-  heading.Lon = NumberOf(header, {kLon, kLonCoarse});
-  heading.Elevation = NumberOf(header, {kGround, kHeight, kStationHeight, kBarometer});
-  // The sonde may start elsewhere than at the station: where its release and the level on the
-  // ground agree the ascent begins there.
-  const std::optional<double> release = NumberOf(header, {kHeight});
-  const auto ground = std::ranges::find_if(
-      report.Levels, [](const BufrLevel& level) { return level.IsGround && level.Values.Height; });
-  constexpr double kAgree = 1;  // m
-  if (release && ground != report.Levels.end() &&
-      std::fabs(*release - *ground->Values.Height) <= kAgree) {
-    heading.Elevation = ground->Values.Height;
-  }
-  return report;
-}
-
-bool IsUseful(const BufrLevel& level) {
-  return level.Values.Temp || (level.Values.Spd && (level.Values.Dir || *level.Values.Spd == 0));
+// The same with its levels.
+BufrReport WholeReport(const ListedReport& listed, const SourceText& source) {
+  const std::string_view message =
+      std::string_view(source.Bytes()).substr(listed.MessageAt, listed.MessageLength);
+  if (listed.LevelCount == listed.Known.Levels.size()) return listed.Known;
+  const std::optional<BufrHead> head = ReadHead(message);
+  std::optional<BufrReader> reader = head ? BufrReader::For(*head) : std::nullopt;
+  BufrPlace place = listed.Place;
+  // What was read once can be read again.
+  return reader ? ReadReport(*reader, *head, place).Value() : listed.Known;
 }
 
 bool AreOfOneAscent(const BufrReport& a, const BufrReport& b) {
@@ -207,13 +90,13 @@ bool AreOfOneAscent(const BufrReport& a, const BufrReport& b) {
   const bool isNamed = one.Number != 0 || !one.Letters.empty();
   if (!isNamed && (a.Heading.Lat != b.Heading.Lat || a.Heading.Lon != b.Heading.Lon)) return false;
   if (a.Release.Known() && b.Release.Known()) {
-    return AreWithin(a.Release, b.Release, std::chrono::minutes(30));
+    return AreWithin(a.Release, b.Release, 30);
   }
   return a.Heading.Time == b.Heading.Time;
 }
 
 // Reports of one ascent, that which counts first: the latest correction, then the longest.
-using BufrAscent = std::vector<BufrReport>;
+using BufrAscent = std::vector<ListedReport>;
 
 struct BufrFile {
   std::vector<BufrAscent> Ascents{};
@@ -224,19 +107,18 @@ struct BufrFile {
 BufrFile ReadFileOf(const SourceText& source) {
   BufrFile file;
   std::vector<BufrAscent>& ascents = file.Ascents;
-  for (const std::string_view bytes : SplitBufr(source.Bytes(), file.Notes)) {
-    Outcome<BufrMessage> message = UnpackBufr(bytes);
-    if (!message) {
-      if (!file.Refused) file.Refused = message.Error();
-      file.Notes.push_back("Left out: " + message.Error().Detail + '.');
+  for (const std::string_view message : SplitBufr(source.Bytes(), file.Notes)) {
+    Outcome<std::vector<ListedReport>> reports = ListReports(message);
+    if (!reports) {
+      if (!file.Refused) file.Refused = reports.Error();
+      file.Notes.push_back("Left out: " + reports.Error().Detail + '.');
       continue;
     }
-    for (const BufrSubset& subset : message.Value().Subsets) {
-      BufrReport report = ReadSubset(subset, message.Value());
-      // What has a surface only is listed, and told to be too little when it is asked for.
-      if (std::ranges::none_of(report.Levels, IsUseful)) continue;
+    for (ListedReport& report : reports.Value()) {
+      report.MessageAt = static_cast<std::size_t>(message.data() - source.Bytes().data());
+      report.MessageLength = message.size();
       const auto same = std::ranges::find_if(ascents, [&report](const BufrAscent& ascent) {
-        return AreOfOneAscent(ascent.front(), report);
+        return AreOfOneAscent(ascent.front().Known, report.Known);
       });
       if (same == ascents.end()) {
         ascents.push_back({std::move(report)});
@@ -246,8 +128,8 @@ BufrFile ReadFileOf(const SourceText& source) {
     }
   }
   for (BufrAscent& ascent : ascents) {
-    std::ranges::stable_sort(ascent, [](const BufrReport& a, const BufrReport& b) {
-      return std::pair(a.Update, a.Levels.size()) > std::pair(b.Update, b.Levels.size());
+    std::ranges::stable_sort(ascent, [](const ListedReport& a, const ListedReport& b) {
+      return std::pair(a.Known.Update, a.LevelCount) > std::pair(b.Known.Update, b.LevelCount);
     });
   }
   return file;
@@ -260,20 +142,20 @@ void PlaceGround(const SourceHeading& heading, std::vector<BufrLevel>& levels) {
   }
 }
 
-SourceSounding Merged(BufrAscent ascent, LoadContext& context) {
-  SourceSounding sounding{.Heading = ascent.front().Heading, .Refused = ascent.front().Refused};
+SourceSounding Merged(const BufrAscent& ascent, const SourceText& source, LoadContext& context) {
+  const BufrReport& main = ascent.front().Known;
+  SourceSounding sounding{.Heading = main.Heading, .Refused = main.Refused};
   LocateStation(sounding.Heading, context);
-  const int update = ascent.front().Update;
-  for (BufrReport& report : ascent) {
-    if (report.Update != update) {
+  for (const ListedReport& listed : ascent) {
+    if (listed.Known.Update != main.Update) {
       sounding.Notes.push_back("A message that was corrected later was left out.");
       continue;
     }
+    BufrReport report = WholeReport(listed, source);
     PlaceGround(sounding.Heading, report.Levels);
-    for (BufrLevel& level : report.Levels) sounding.Levels.push_back(level.Values);
+    for (const BufrLevel& level : report.Levels) sounding.Levels.push_back(level.Values);
   }
-  if (const BufrReport& main = ascent.front();
-      main.Release.Known() && main.Release != main.Heading.Time) {
+  if (main.Release.Known() && main.Release != main.Heading.Time) {
     sounding.Notes.push_back("Released at " + Mask(main.Release.Hour, "00") + ':' +
                              Mask(main.Release.Minute, "00") + " UTC.");
   }
@@ -294,12 +176,9 @@ bool IsBufr(const SourceText& source) {
 }
 
 std::vector<SourceEntry> ListBufr(const SourceText& source) {
-  // A flight second by second takes its time to unpack; with no other to choose it is done once.
-  if (HoldsOneReport(source.Bytes())) return {{.Title = source.Name()}};
   std::vector<SoundingBlock> blocks;
-  BufrFile file = ReadFileOf(source);
-  for (BufrAscent& ascent : file.Ascents) {
-    blocks.push_back({.Heading = std::move(ascent.front().Heading)});
+  for (const BufrAscent& ascent : ReadFileOf(source).Ascents) {
+    blocks.push_back({.Heading = ascent.front().Known.Heading});
   }
   return Entries(blocks);
 }
@@ -321,7 +200,7 @@ std::optional<Fault> DecodeBufr(const SourceText& source, LoadContext& context,
   if (!index) return index.Error();
   // What is said of the file is said with its first sounding, not with each.
   if (index.Value() == 0) std::ranges::copy(file.Notes, std::back_inserter(context.Notes));
-  FillRecord(Merged(file.Ascents[index.Value()], context), source.Name(), context, into);
+  FillRecord(Merged(file.Ascents[index.Value()], source, context), source.Name(), context, into);
   into.DataFormat = kFormatTag;
   return std::nullopt;
 }

@@ -8,7 +8,6 @@
 namespace vexa::ingest {
 
 bool IsBufr(const SourceText& source);
-/// A single report is titled by the file's name.
 std::vector<SourceEntry> ListBufr(const SourceText& source);
 std::optional<Fault> DecodeBufr(const SourceText& source, LoadContext& context,
                                 SoundingRecord& into);

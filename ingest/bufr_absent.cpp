@@ -3,8 +3,9 @@
 
 namespace vexa::ingest {
 
-Outcome<BufrMessage> UnpackBufr(std::string_view) {
-  return Fault{kFaultFormat, "UnpackBufr", "this build of the program does not read BUFR messages"};
+Outcome<std::vector<BufrSubset>> UnpackByLibrary(std::string_view) {
+  return Fault{kFaultFormat, "UnpackByLibrary",
+               "a message has elements that this build of the program does not know"};
 }
 
 }  // namespace vexa::ingest

@@ -1,8 +1,10 @@
+#include <algorithm>
 #include <cstddef>
 #include <optional>
 
 #include "core/numbers.h"
 #include "ingest/bufr_messages.h"
+#include "ingest/source_header.h"
 
 namespace vexa::ingest {
 namespace {
@@ -45,45 +47,84 @@ bool HaveBitmaps(std::string_view descriptors) {
   return true;
 }
 
-// How many subsets a whole message holds; empty for any other. The sections must fill the message
-// exactly: the library trusts their lengths.
-std::optional<std::size_t> SubsetsOf(std::string_view message) {
-  constexpr std::size_t kIndicator = 8, kShortest = 4, kFlags3 = 7, kFlags4 = 9;
-  if (message.size() < kIndicator + kEnd.size() || !message.ends_with(kEnd)) return {};
-  const auto edition = static_cast<unsigned char>(message[7]);
-  if (edition < 2 || edition > 4) return {};
-  const std::size_t end = message.size() - kEnd.size();
-  std::size_t at = kIndicator, subsets = 0;
-  bool hasOptional = false;
-  for (int section = 1; section <= 4; ++section) {
-    if (section == 2 && !hasOptional) continue;
-    if (end - at < kShortest) return {};
-    const std::size_t length = Octets(message, at, 3);
-    const std::size_t flags = edition == 4 ? kFlags4 : kFlags3;
-    if (length < kShortest || length > end - at || (section == 1 && length <= flags + 8)) {
-      return {};
-    }
-    if (section == 1) {
-      constexpr unsigned kOptionalBit = 0x80;
-      hasOptional = (static_cast<unsigned char>(message[at + flags]) & kOptionalBit) != 0;
-    }
-    constexpr std::size_t kHead = 7, kShortestDescription = 9, kSubsetsAt = 4;
-    if (section == 3) {
-      if (length < kShortestDescription) return {};
-      subsets = Octets(message, at + kSubsetsAt, 2);
-      if (!HaveBitmaps(message.substr(at + kHead, length - kHead))) return {};
-    }
-    at += length;
+// Where section 1 has what, from its first octet.
+struct Identification {
+  std::size_t Update, Flags, Category, Version, Year, YearOctets, Month, Shortest;
+};
+constexpr Identification kEdition3{6, 7, 8, 10, 12, 1, 13, 17};  // and edition 2
+constexpr Identification kEdition4{8, 9, 10, 13, 15, 2, 17, 21};
+
+ObservationTime TimeOf(std::string_view section, const Identification& at) {
+  int year = static_cast<int>(Octets(section, at.Year, at.YearOctets));
+  if (at.YearOctets == 1) {
+    // A year of the century; the code came into use in 1988.
+    constexpr int kCentury = 100, kNineteenHundred = 1900, kFirst = 80;
+    year = kNineteenHundred + year % kCentury + (year % kCentury < kFirst ? kCentury : 0);
   }
-  return at == end ? std::optional(subsets) : std::nullopt;
+  const auto next = [&](std::size_t i) {
+    return static_cast<int>(Octets(section, at.Month + i, 1));
+  };
+  return MakeTime(year, next(0), next(1), next(2), next(3)).value_or(ObservationTime{});
 }
 
 }  // namespace
 
-bool HoldsOneReport(std::string_view bytes) {
-  std::vector<std::string> unused;
-  const std::vector<std::string_view> messages = SplitBufr(bytes, unused);
-  return messages.size() == 1 && SubsetsOf(messages.front()) == 1U;
+int BufrHead::DescriptorAt(std::size_t index) const {
+  constexpr int kF = 100000, kX = 1000;
+  const int packed = static_cast<int>(Octets(Descriptors, 2 * index, 2));
+  return (packed >> 14) * kF + (packed >> 8 & 0x3F) * kX + (packed & 0xFF);
+}
+
+std::optional<BufrHead> ReadHead(std::string_view message) {
+  constexpr std::size_t kIndicator = 8, kShortest = 4;
+  if (message.size() < kIndicator + kEnd.size() || !message.ends_with(kEnd)) return {};
+  const auto edition = static_cast<unsigned char>(message[7]);
+  if (edition < 2 || edition > 4) return {};
+  const Identification& in = edition == 4 ? kEdition4 : kEdition3;
+  const std::size_t end = message.size() - kEnd.size();
+  std::size_t at = kIndicator;
+  bool hasOptional = false;
+  BufrHead head;
+  for (int section = 1; section <= 4; ++section) {
+    if (section == 2 && !hasOptional) continue;
+    if (end - at < kShortest) return {};
+    const std::size_t length = Octets(message, at, 3);
+    if (length < kShortest || length > end - at) return {};
+    const std::string_view bytes = message.substr(at, length);
+    const auto whole = [&](std::size_t i) { return static_cast<int>(Octets(bytes, i, 1)); };
+    if (section == 1) {
+      constexpr int kOptionalBit = 0x80;
+      if (length < in.Shortest) return {};
+      hasOptional = (whole(in.Flags) & kOptionalBit) != 0;
+      head.MasterTable = whole(3);
+      head.TableVersion = whole(in.Version);
+      head.Category = whole(in.Category);
+      head.Update = whole(in.Update);
+      head.Time = TimeOf(bytes, in);
+    } else if (section == 3) {
+      constexpr std::size_t kHead = 7, kShortestDescription = 9, kSubsetsAt = 4, kFlags = 6;
+      constexpr int kCompressedBit = 0x40;
+      if (length < kShortestDescription) return {};
+      head.Subsets = Octets(bytes, kSubsetsAt, 2);
+      head.IsCompressed = (whole(kFlags) & kCompressedBit) != 0;
+      head.Descriptors = bytes.substr(kHead);
+      if (!HaveBitmaps(head.Descriptors)) return {};
+    } else if (section == 4) {
+      head.Data = bytes.substr(kShortest);
+    }
+    at += length;
+  }
+  return at == end ? std::optional(head) : std::nullopt;
+}
+
+Fault DamagedMessage(std::string_view reason) {
+  return Fault{kFaultEndOfFile, "UnpackBufr", std::string(reason)};
+}
+
+std::string MessageText(std::string_view octets) {
+  const std::string_view text = octets.substr(0, octets.find('\0'));
+  const bool isText = std::ranges::all_of(text, [](char c) { return c >= ' ' && c <= '~'; });
+  return isText ? std::string(Trim(text)) : std::string();
 }
 
 std::vector<std::string_view> SplitBufr(std::string_view bytes, std::vector<std::string>& notes) {
@@ -95,7 +136,7 @@ std::vector<std::string_view> SplitBufr(std::string_view bytes, std::vector<std:
     if (bytes.size() - at >= kIndicator) {
       const std::size_t length = Octets(bytes, at + kLengthAt, 3);
       const std::string_view message = bytes.substr(at, length);
-      if (message.size() == length && SubsetsOf(message)) {
+      if (message.size() == length && ReadHead(message)) {
         messages.push_back(message);
         next = at + length;
       } else {

@@ -1,0 +1,253 @@
+// The program's own reader of BUFR messages. bufr_subsets.bufr was written for these tests by a
+// program of its own from the values below and the WMO's tables; what the library makes of it, and
+// of every real message, must be the same.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <filesystem>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "bufr_message.h"
+#include "core/files.h"
+#include "core/markers.h"
+#include "core/units.h"
+#include "ingest/bufr_reader.h"
+#include "ingest/decoder.h"
+#include "support/soundings.h"
+
+namespace vexa::ingest {
+namespace {
+
+using test::Bits;
+using test::BufrMessage;
+
+std::string FileBytes(const std::filesystem::path& path) {
+  return ReadFile(path).Value();
+}
+
+struct Unpacked {
+  bool IsKnown = false;
+  std::vector<BufrSubset> Subsets{};
+  std::string Reason{};
+};
+
+Unpacked ByReader(std::string_view message) {
+  Unpacked unpacked;
+  const std::optional<BufrHead> head = ReadHead(message);
+  std::optional<BufrReader> reader = head ? BufrReader::For(*head) : std::nullopt;
+  unpacked.IsKnown = reader.has_value();
+  if (!reader) return unpacked;
+  for (BufrPlace place; place.Subset < head->Subsets;) {
+    BufrSubset& subset = unpacked.Subsets.emplace_back();
+    const auto fault =
+        reader->Read(place, [&subset](const BufrValue& value) { subset.push_back(value); });
+    if (!fault) continue;
+    unpacked.Reason = fault->Detail;
+    break;
+  }
+  return unpacked;
+}
+
+TEST(BufrReader, SubsetsCompressedAndOneAfterAnother) {
+  struct Case {
+    const char* Title;
+    double Lat, Elevation;
+    std::vector<double> Press, Temp, Dewpt, SpdMs;
+  };
+  // clang-format off
+  const Case cases[] = {
+      {"99201  12Z 01 Mar 2024", 51.5, 20,
+       {1000, 850, 500}, {20, 10, -15}, {15, 5, kMissing}, {5, 10, 20}},
+      {"99202  12Z 01 Mar 2024", -33.25, 60,
+       {990, 850, 500}, {18.5, 9, -16.5}, {17, 8, -30.5}, {4, 12}},
+      {"99301  00Z 01 Mar 2024", 10.5, 100,
+       {1000.12, 850}, {11.125, 2.5}, {9, -3}, {3, 8}},
+      {"99302  00Z 01 Mar 2024", 10.5, 100,
+       {999.99, 700, 500}, {12, -4.375, -20}, {8, -9, -31}, {2, 9.5, 14}},
+  };
+  // clang-format on
+  const SourceText source("bufr_subsets.bufr", FileBytes(test::TestData("bufr_subsets.bufr")));
+  ASSERT_EQ(ListSoundings(source).size(), std::size(cases));
+  LoadContext context;
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.Title);
+    SoundingRecord record;
+    const auto fault = DecodeSounding(source, context, record);
+    ASSERT_FALSE(fault) << fault->Detail;
+    EXPECT_EQ(record.StationTitle, c.Title);
+    EXPECT_EQ(record.LatSigned, c.Lat);
+    EXPECT_EQ(record.ElevM, c.Elevation);
+    EXPECT_EQ(record.Press.Values(), c.Press);
+    EXPECT_EQ(record.Temp.Values(), c.Temp);
+    EXPECT_EQ(record.Dewpt.Values(), c.Dewpt);
+    std::vector<double> knots = c.SpdMs;
+    for (double& speed : knots) speed *= kMsToKnot;
+    EXPECT_EQ(record.WindSpd.Values(), knots);
+    ++context.Index;
+  }
+  // A text that differs between compressed subsets; the same names are in no sounding.
+  std::vector<std::string> notes;
+  const Unpacked first = ByReader(SplitBufr(source.Bytes(), notes).front());
+  EXPECT_EQ(first.Subsets[0][2].Text, "Alpha");
+  EXPECT_EQ(first.Subsets[1][2].Text, "Beta Two");
+}
+
+// Of 1 hPa and more, 0 07 004 is 14 bits wide in tens of Pa; 0 12 101 16 bits in hundredths of K.
+TEST(BufrReader, ADamagedMessageEndsInAFault) {
+  constexpr int kPressure = 7004, kTemp = 12101, kCount = 31002, kFlag = 31000;
+  struct Case {
+    const char *About, *Reason;
+    std::string Bytes;
+  };
+  std::vector<int> nested, untold;
+  for (int depth = 30; depth > 0; --depth) {
+    nested.push_back(100255 + 1000 * depth);
+    untold.insert(untold.end(), {100000 + 1000 * (2 * depth), kFlag});
+  }
+  nested.push_back(201130);
+  untold.insert(untold.end(), {201130, 201000});
+  const Case cases[] = {
+      {"the data end within a value", "its data end too early",
+       BufrMessage({kPressure, kTemp}, "1")},
+      {"a count leads beyond the data", "its data end too early",
+       BufrMessage({101000, kCount, kTemp}, Bits(60000, 16))},
+      {"255 to the power of 30 operators", "it repeats without an end", BufrMessage(nested, "0")},
+      {"an operator leaves no bits", "an element has no bits or too many",
+       BufrMessage({201100, kTemp}, Bits(7, 30))},
+      {"an operator makes too many", "an element has no bits or too many",
+       BufrMessage({201255, kTemp}, std::string(200, '1'))},
+      {"the subsets are of different length", "its compressed subsets differ in length",
+       BufrMessage({101000, kCount, kTemp},
+                   Bits(1, 16) + Bits(2, 6) + "0001" + std::string(50, '0'), 2, true)},
+      {"the second subset is cut off", "its data end too early",
+       BufrMessage({kPressure, kTemp}, std::string(32, '0'), 2)},
+      {"one value of many compressed subsets", "its data end too early",
+       BufrMessage({kTemp}, Bits(1, 16) + Bits(63, 6) + std::string(70, '0'), 9000, true)},
+      {"nothing, 65535 times", "", BufrMessage({100000, kCount, kFlag}, Bits(65535, 16) + "1")},
+      {"depths that the data tell", "", BufrMessage(untold, std::string(40, '1'))},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.About);
+    const Unpacked unpacked = ByReader(c.Bytes);
+    ASSERT_TRUE(unpacked.IsKnown);
+    const std::string reason = *c.Reason == '\0' ? "" : "a message cannot be unpacked: ";
+    EXPECT_EQ(unpacked.Reason, reason + c.Reason);
+  }
+}
+
+TEST(BufrReader, WhatTheTablesLackIsLeftToTheLibrary) {
+  const std::string missing = std::string(64, '1');
+  struct Case {
+    const char* About;
+    bool IsKnown;
+    std::vector<int> Descriptors;
+    unsigned Subsets = 1;
+  };
+  const Case cases[] = {
+      {"an element of a centre", false, {12101, 12250}},
+      {"a sequence of a centre", false, {309196}},
+      {"an element of a centre with its width told", true, {206012, 12250, 12101}},
+      {"new reference values", false, {203010, 12101, 203255}},
+      {"quality, and then of a centre", true, {12101, 222000, 101001, 31031, 1201}},
+      {"quality between two subsets", false, {12101, 222000, 101001, 31031, 33007}, 2},
+      {"a layout that came with version 14", false, {14002, 12101}},
+      {"a replication of what does not follow", false, {103000, 31001, 12101}},
+      {"a replication without its count", false, {101000, 12101, 12101}},
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(ByReader(BufrMessage(c.Descriptors, missing, c.Subsets)).IsKnown, c.IsKnown)
+        << c.About;
+  }
+}
+
+// Whatever a damage does, reading ends: in the sanitized build nothing is read outside.
+TEST(BufrReader, AnyDamageIsSurvived) {
+  std::mt19937 random(20240301);
+  std::vector<std::string> notes;
+  int read = 0, refused = 0;
+  for (const char* name : {"bufr_subsets.bufr", "bufr_five.bufr"}) {
+    const std::string bytes = FileBytes(test::TestData(name));
+    for (const std::string_view message : SplitBufr(bytes, notes)) {
+      for (int round = 0; round < 500; ++round) {
+        std::string damaged(message);
+        constexpr std::size_t kDescriptorsAt = 34;
+        for (unsigned flips = 1 + random() % 4; flips > 0; --flips) {
+          const std::size_t at = kDescriptorsAt + random() % (message.size() - kDescriptorsAt - 4);
+          damaged[at] = static_cast<char>(damaged[at] ^ 1 << random() % 8);
+        }
+        const Unpacked unpacked = ByReader(damaged);
+        (unpacked.Reason.empty() ? read : refused) += unpacked.IsKnown ? 1 : 0;
+      }
+    }
+  }
+  EXPECT_GT(read, 1000);
+  EXPECT_GT(refused, 100);
+}
+
+#ifdef VEXA_HAS_BUFR_LIBRARY
+
+// Without counts and marks, of which the library makes attributes of the values that they speak of.
+BufrSubset WithoutMarks(BufrSubset subset) {
+  constexpr int kClass = 1000, kMarks = 31;
+  std::erase_if(subset, [](const BufrValue& value) { return value.Descriptor / kClass == kMarks; });
+  return subset;
+}
+
+// Compares all values before those that speak of quality, which the reader passes over.
+int CompareWithLibrary(std::string_view message) {
+  const Unpacked ours = ByReader(message);
+  if (!ours.IsKnown) return 0;
+  EXPECT_EQ(ours.Reason, "");
+  const Outcome<std::vector<BufrSubset>> theirs = UnpackByLibrary(message);
+  if (!theirs || theirs.Value().size() != ours.Subsets.size()) {
+    ADD_FAILURE() << (theirs ? "another number of subsets" : theirs.Error().Detail);
+    return 0;
+  }
+  int compared = 0;
+  for (std::size_t s = 0; s < ours.Subsets.size(); ++s) {
+    const BufrSubset one = WithoutMarks(ours.Subsets[s]), other = WithoutMarks(theirs.Value()[s]);
+    for (std::size_t i = 0; i < one.size(); ++i, ++compared) {
+      // Of compressed texts the library says nothing where they differ.
+      const bool isSame = i < other.size() && one[i].Descriptor == other[i].Descriptor &&
+                          one[i].Number.has_value() == other[i].Number.has_value() &&
+                          (one[i].Text == other[i].Text || other[i].Text.empty());
+      const double number = one[i].Number.value_or(0);
+      // The library multiplies by a thousandth where the reader divides by a thousand.
+      if (isSame && std::fabs(number - other[i].Number.value_or(0)) <= 1e-12 * std::fabs(number)) {
+        continue;
+      }
+      ADD_FAILURE() << "subset " << s << ", value " << i << ", descriptor " << one[i].Descriptor;
+      return compared;
+    }
+  }
+  return compared;
+}
+
+int CompareFile(const std::filesystem::path& path) {
+  SCOPED_TRACE(path.filename().string());
+  const std::string bytes = FileBytes(path);
+  std::vector<std::string> notes;
+  int compared = 0;
+  for (const std::string_view message : SplitBufr(bytes, notes)) {
+    compared += CompareWithLibrary(message);
+  }
+  return compared;
+}
+
+TEST(BufrReader, AgreesWithTheLibrary) {
+  EXPECT_GT(CompareFile(test::TestData("bufr_five.bufr")), 100);
+  EXPECT_GT(CompareFile(test::TestData("bufr_subsets.bufr")), 140);
+  VEXA_REAL_DATA(folder, "bufr");
+  int compared = 0;
+  for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+    compared += CompareFile(entry.path());
+  }
+  EXPECT_GT(compared, 90000);
+}
+
+#endif
+
+}  // namespace
+}  // namespace vexa::ingest
