@@ -16,12 +16,6 @@
 #include "ingest/decoder.h"
 #include "ingest/unpack.h"
 
-// The BUFR library loses memory with messages that it refuses halfway.
-extern "C" const char* __lsan_default_suppressions();
-extern "C" const char* __lsan_default_suppressions() {
-  return "leak:libeccodes";
-}
-
 namespace {
 
 using vexa::ingest::Decoder;
