@@ -12,24 +12,34 @@
 #include "hodograph/compass.h"
 #include "hodograph/inks.h"
 #include "picture/label_room.h"
+#include "picture/layout.h"
+#include "picture/text_width.h"
 
 namespace vexa::hodograph {
 namespace {
 
-constexpr double kPageWidth = 12000;
-constexpr double kPageHeight = 9000;
-constexpr Point kMiddle{6000, 4500};
-constexpr double kReach = 3000;       // of the trajectory's plan from the middle, drawing units
-constexpr double kRise = 5000;        // of its height
 constexpr double kLeastReach = 1000;  // m
-constexpr double kText = 150;
-constexpr double kFinest = 6;  // drawing units between points of a line
+constexpr double kText = LetterSize(Type::Note);
+constexpr double kTitleText = LetterSize(Type::Title);
+constexpr double kFinest = 6;           // drawing units between points of a line
+constexpr double kRiseShare = 5.0 / 3;  // of the height, by the plan's reach from its middle
+// The plan reaches so far from the middle of its region, by the region's height and width: at any
+// tilt all of it stays inside.
+constexpr double kReachByHeight = 0.37;
+constexpr double kReachByWidth = 0.42;
+
+constexpr RegionRow kRegions[] = {
+    {.Name = "title", .At = Place::Above, .LeastHeight = 1.3 * kTitleText, .Priority = 1},
+    {.Name = "view", .At = Place::Main, .LeastWidth = 1800, .LeastHeight = 1800},
+    {.Name = "captions", .At = Place::Foot, .LeastHeight = 2 * kLineStep, .Priority = 2}};
 
 // From metres in space to the page, around the middle of the plan.
 class View {
  public:
-  View(const std::vector<TrajectoryPoint>& points, const Hodogram3DSettings& view)
-      : sinAzimuth_(std::sin(Radians(view.Azimuth))),
+  View(const std::vector<TrajectoryPoint>& points, const Hodogram3DSettings& view,
+       const Rect& region)
+      : middle_{(region.Left + region.Right) / 2, (region.Top + region.Bottom) / 2},
+        sinAzimuth_(std::sin(Radians(view.Azimuth))),
         cosAzimuth_(std::cos(Radians(view.Azimuth))),
         sinTilt_(std::sin(Radians(view.Tilt))),
         cosTilt_(std::cos(Radians(view.Tilt))) {
@@ -48,17 +58,19 @@ class View {
     MiddleEast = (west + east) / 2;
     MiddleNorth = (south + north) / 2;
     Reach = std::max(std::hypot(east - west, north - south) / 2, kLeastReach);
-    PerMeter = kReach / Reach;
-    PerHeightMeter = kRise / Top;
+    const double reach = std::min(kReachByHeight * region.Height(), kReachByWidth * region.Width());
+    rise_ = kRiseShare * reach;
+    PerMeter = reach / Reach;
+    PerHeightMeter = rise_ / Top;
   }
 
   Point ToPage(const TrajectoryPoint& at) const {
     const double east = (at.East - MiddleEast) * PerMeter;
     const double north = (at.North - MiddleNorth) * PerMeter;
-    const double up = at.Height * PerHeightMeter - kRise / 2;
+    const double up = at.Height * PerHeightMeter - rise_ / 2;
     const double right = east * cosAzimuth_ - north * sinAzimuth_;
     const double away = east * sinAzimuth_ + north * cosAzimuth_;
-    return {kMiddle.X + right, kMiddle.Y - (up * cosTilt_ + away * sinTilt_)};
+    return {middle_.X + right, middle_.Y - (up * cosTilt_ + away * sinTilt_)};
   }
 
   double MiddleEast = 0;
@@ -69,6 +81,8 @@ class View {
   double PerHeightMeter = 1;
 
  private:
+  Point middle_;
+  double rise_ = 0;  // drawing units
   double sinAzimuth_;
   double cosAzimuth_;
   double sinTilt_;
@@ -84,20 +98,23 @@ double NiceStep(double most) {
 
 class Drawing {
  public:
-  Drawing(const Hodogram& hodogram, const Hodogram3DSettings& settings)
+  Drawing(const Hodogram& hodogram, const Hodogram3DSettings& settings, const Surface& surface)
       : hodogram_(hodogram),
         settings_(settings),
+        layout_(CutPage(surface, kRegions)),
         inks_(InksFor(hodogram.Set, hodogram.Set.System.HodoInvert)),
-        view_(hodogram.Points, settings),
-        page_(kPageWidth, kPageHeight, inks_.Paper) {}
+        view_(hodogram.Points, settings, *layout_.Find("view")),
+        page_(surface.Width, surface.Height, inks_.Paper),
+        room_(*layout_.Find("view")) {}
 
   Picture Draw() && {
     Captions();
     if (hodogram_.Points.size() < 2) {
-      Text("remark", kMiddle,
+      const Rect& view = *layout_.Find("view");
+      Text("remark", {(view.Left + view.Right) / 2, (view.Top + view.Bottom) / 2},
            hodogram_.Points.empty() ? "This sounding has no winds."
                                     : "This sounding has a single wind.",
-           1.5 * kText, AnchorX::Center);
+           LetterSize(Type::Value), AnchorX::Center);
       return std::move(page_);
     }
     GroundGrid();
@@ -128,22 +145,45 @@ class Drawing {
   double MetersPerUnit() const { return Miles() ? kMetersPerMile : 1000; }
   double GridStep() const { return NiceStep(view_.Reach / MetersPerUnit() / 5); }
 
+  // Two texts on a line, the right one only where both have room.
+  void Pair(std::string_view left, std::string leftText, std::string_view right,
+            std::string rightText, const Rect& line, double size, bool bold) {
+    const double y = (line.Top + line.Bottom) / 2;
+    const double wide = TextWidth(leftText, size, bold) + size + TextWidth(rightText, size);
+    Text(left, {line.Left, y}, Elided(leftText, size, line.Width(), bold), size, AnchorX::Left,
+         bold);
+    if (wide > line.Width() || rightText.empty()) return;
+    Text(right, {line.Right, y}, std::move(rightText), size, AnchorX::Right);
+  }
+
   void Captions() {
-    Text("title", {250, 220}, hodogram_.Title, 220, AnchorX::Left, true);
-    Text("diagram name", {11750, 220}, "3-D Trajectory Diagram", 220, AnchorX::Right);
-    Text("tilt caption", {250, 8600}, "Vertical Tilt: " + Mask(settings_.Tilt, "##0"));
-    Text("azimuth caption", {250, 8800},
+    if (const Rect* title = layout_.Find("title")) {
+      Pair("title", hodogram_.Title, "diagram name", "3-D Trajectory Diagram", *title, kTitleText,
+           true);
+    }
+    const Rect* foot = layout_.Find("captions");
+    if (foot == nullptr) return;
+    const double middle = (foot->Top + foot->Bottom) / 2;
+    const bool hasPath = hodogram_.Points.size() >= 2;
+    const std::string step =
+        hasPath ? Shortest(GridStep()) + (Miles() ? " Mile" : " Kilometer") + " Intervals" : "";
+    const std::string tilt = "Vertical Tilt: " + Mask(settings_.Tilt, "##0");
+    Pair("tilt caption", tilt, "scale caption", step, {foot->Left, foot->Top, foot->Right, middle},
+         kText, false);
+    const std::string unit = Miles() ? "   Miles" : "Kilometers";
+    const double taken = TextWidth(tilt + unit + step, kText) + 2 * kText;
+    if (hasPath && taken <= foot->Width()) {
+      Text("scale unit", {foot->Right - TextWidth(step, kText) - kText, (foot->Top + middle) / 2},
+           unit, kText, AnchorX::Right);
+    }
+    Pair("azimuth caption",
          "Azimuth View: " + Mask(settings_.Azimuth, "##0") + " " +
-             std::string(CompassName(ToWhole(settings_.Azimuth))));
-    if (hodogram_.Points.size() < 2) return;
-    Text("scale caption", {11750, 8600},
-         Shortest(GridStep()) + (Miles() ? " Mile" : " Kilometer") + " Intervals", kText,
-         AnchorX::Right);
-    Text("scale caption", {11750, 8800},
-         "Heights " + Mask(view_.PerHeightMeter / view_.PerMeter, "##0.0") +
-             " times the distances; rise of " + Shortest(kAscentRate) + " m/s",
-         kText, AnchorX::Right);
-    Text("scale unit", {11750, 8400}, Miles() ? "   Miles" : "Kilometers", kText, AnchorX::Right);
+             std::string(CompassName(ToWhole(settings_.Azimuth))),
+         "scale caption",
+         hasPath ? "Heights " + Mask(view_.PerHeightMeter / view_.PerMeter, "##0.0") +
+                       " times the distances; rise of " + Shortest(kAscentRate) + " m/s"
+                 : "",
+         {foot->Left, middle, foot->Right, foot->Bottom}, kText, false);
   }
 
   // Lines across a round ground, so that no turn moves its corners over the captions.
@@ -179,9 +219,9 @@ class Drawing {
     Line("distance scale", {from, to}, {inks_.Ink, 30, LineStyle::Solid});
     const Point below{(from.X + to.X) / 2, (from.Y + to.Y) / 2 + 0.8 * kText};
     const std::string length = Shortest(GridStep()) + (Miles() ? " mi" : " km");
-    const double width = TextWidth(length.size(), 0.85 * kText) / 2;
+    const double width = TextWidth(length, kText) / 2;
     room_.Take({below.X - width, below.Y - kText / 2, below.X + width, below.Y + kText / 2});
-    Text("distance scale", below, length, 0.85 * kText, AnchorX::Center);
+    Text("distance scale", below, length, kText, AnchorX::Center);
   }
 
   bool Feet() const { return hodogram_.Set.GpmUnits == LengthUnits::Feet; }
@@ -203,7 +243,7 @@ class Drawing {
     for (double height = HeightStep(); height <= view_.Top; height += HeightStep()) {
       const Point at = view_.ToPage({height, 0, 0});
       const std::string text = Mask(height / MetersPerHeight(), "##0") + (Feet() ? " kft" : " km");
-      const double width = TextWidth(text.size(), 0.85 * kText);
+      const double width = TextWidth(text, kText);
       const auto place = [&](bool left) {
         const double from = left ? at.X - 90 - width : at.X + 90;
         return Rect{from, at.Y - kText / 2, from + width, at.Y + kText / 2};
@@ -218,7 +258,7 @@ class Drawing {
       }
       if (!left) continue;
       room_.Take(place(*left));
-      Text("height label", {at.X + (*left ? -90 : 90), at.Y}, text, 0.85 * kText,
+      Text("height label", {at.X + (*left ? -90 : 90), at.Y}, text, kText,
            *left ? AnchorX::Right : AnchorX::Left);
     }
   }
@@ -287,17 +327,18 @@ class Drawing {
     page_.Add("north pointer",
               Area{.Rings = {{to, at(-0.025, 0.91), at(0.025, 0.91)}}, .Fill = {inks_.North.Ink}});
     const Point name = at(0, 1.07);
-    const double half = TextWidth(5, kText) / 2;
+    const double half = TextWidth("North", kText, true) / 2;
     room_.Take({name.X - half, name.Y - kText / 2, name.X + half, name.Y + kText / 2});
     Text("north pointer", name, "North", kText, AnchorX::Center, true);
   }
 
   const Hodogram& hodogram_;
   const Hodogram3DSettings& settings_;
+  PageLayout layout_;
   Inks inks_;
   View view_;
   Picture page_;
-  LabelRoom room_{{0, 0, kPageWidth, kPageHeight}};
+  LabelRoom room_;
 };
 
 }  // namespace
@@ -331,8 +372,9 @@ Hodogram MakeHodogram(const SoundingRecord& sounding, const Options& options) {
   return {sounding.StationTitle, Trajectory(sounding, options), options};
 }
 
-Picture PlotHodogram(const Hodogram& hodogram, const Hodogram3DSettings& view) {
-  return Drawing(hodogram, view).Draw();
+Picture PlotHodogram(const Hodogram& hodogram, const Hodogram3DSettings& view,
+                     const Surface& surface) {
+  return Drawing(hodogram, view, surface).Draw();
 }
 
 Hodogram3DSettings Turned(Hodogram3DSettings view, double azimuth, double tilt) {

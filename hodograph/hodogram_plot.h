@@ -10,6 +10,7 @@
 #include "core/sounding_record.h"
 #include "hodograph/wind_profile.h"
 #include "picture/picture.h"
+#include "picture/surface.h"
 
 namespace vexa::hodograph {
 
@@ -34,9 +35,10 @@ struct Hodogram {
 };
 Hodogram MakeHodogram(const SoundingRecord& sounding, const Options& options);
 
-/// The trajectory's page, 12 000 x 9 000 drawing units. At an azimuth of 0 the view goes north; a
-/// tilt of 0 looks level, 90 straight down.
-Picture PlotHodogram(const Hodogram& hodogram, const Hodogram3DSettings& view);
+/// The trajectory's page for a surface. At an azimuth of 0 the view goes north; a tilt of 0 looks
+/// level, 90 straight down.
+Picture PlotHodogram(const Hodogram& hodogram, const Hodogram3DSettings& view,
+                     const Surface& surface = {12000, 9000});
 
 /// The view turned by degrees of azimuth and tilt: azimuth in [0, 360), tilt kept in -90 … 90.
 Hodogram3DSettings Turned(Hodogram3DSettings view, double azimuth, double tilt);

@@ -11,30 +11,28 @@
 #include "hodograph/inks.h"
 #include "hodograph/rings.h"
 #include "hodograph/vectors.h"
+#include "picture/text_width.h"
 
 namespace vexa::hodograph {
 namespace {
 
 using analysis::WindVector;
 
-constexpr double kPageWidth = 12000;
-constexpr double kPageHeight = 9000;
-constexpr Rect kFrame{250, 520, 8050, 8320};
-constexpr Rect kPanel{8200, 520, 11850, 8320};
-constexpr double kSmallPage = 2200;
-constexpr Rect kSmallFrame{10, 10, kSmallPage - 10, kSmallPage - 10};
+constexpr double Px(double pixels) {
+  return pixels * kUnitsPerPixel;
+}
 
-constexpr double kTitleText = 220;
-constexpr double kCaptionText = 150;
-constexpr double kPanelText = 165;     // at most
-constexpr double kPanelLeading = 1.5;  // distance of its lines by their size
-constexpr double kLegendStep = 200;
+constexpr double kCaptionText = LetterSize(Type::Note);
+constexpr double kPanelText = LetterSize(Type::Label);
+constexpr double kLegendStep = kLineStep;
+constexpr double kPanelMargin = Px(4);
+constexpr double kLegendLine = Px(44);  // a legend's sample of a line
+constexpr double kLegendGap = Px(10);
 constexpr int kEveryKm = 12;          // a height mark for each, up to here
 constexpr double kRingMargin = 1.09;  // of the frame around the outer ring, with its label
 constexpr double kHandle = 160;       // how near to a storm vector's head the pointer takes hold
 constexpr double kSpotReach = 60;     // around a level of the trace
 constexpr double kWindHandle = 90;    // how near to a wind the pointer takes hold
-constexpr double kSmallShare = 0.45;  // of the line widths, in the small hodograph
 
 bool StormFrame(const Canvas& canvas) {
   const HodoOrigin origin = canvas.Small ? canvas.Set().HodoGridOrigin : canvas.In.Window.Frame;
@@ -145,7 +143,7 @@ std::string LevelText(const ProfileWind& wind, const Options& options) {
 }
 
 void DrawTrace(Canvas& canvas, const std::vector<ProfileWind>& winds) {
-  for (const TracePiece& piece : CutAtBands(winds)) {
+  for (const TracePiece& piece : CutAtBands(Smoothed(winds))) {
     std::vector<Point> points;
     points.reserve(piece.Winds.size());
     for (const ProfileWind& wind : piece.Winds) points.push_back(canvas.At.ToPoint(wind.Vector));
@@ -181,22 +179,21 @@ void DrawHeightMarks(Canvas& canvas, const std::vector<ProfileWind>& winds) {
     }
     return;
   }
-  const double radius = canvas.Small ? 18 : 34;
-  const double size = canvas.Small ? 105 : 140;
+  const double radius = canvas.Small ? Px(2.5) : Px(3);
+  const double size = LetterSize(Type::Note);
   for (int km = 1; km <= 60; ++km) {
-    if ((canvas.Small || km > kEveryKm) && km % 3 != 0) continue;
+    if ((canvas.Small || km > kEveryKm) && km % 3 != 0 && km != 1) continue;
     const std::optional<WindVector> wind = WindAt(winds, km * 1000);
     if (!wind) continue;
     const Point at = canvas.At.ToPoint(*wind);
     if (!canvas.At.Frame.Contains(at)) continue;
     const Pen& pen = canvas.Colors.Band[static_cast<std::size_t>(BandOf(km * 1000))];
-    canvas.Page.Add("height mark",
-                    Circle{.Center = at,
-                           .Radius = radius,
-                           .Fill = {canvas.Colors.Paper},
-                           .Stroke = {pen.Ink, canvas.Small ? 10.0 : 16.0, LineStyle::Solid}});
+    canvas.Page.Add("height mark", Circle{.Center = at,
+                                          .Radius = radius,
+                                          .Fill = {canvas.Colors.Paper},
+                                          .Stroke = {pen.Ink, Px(1.4), LineStyle::Solid}});
     const std::string text = Shortest(km);
-    const double width = TextWidth(text.size(), size);
+    const double width = TextWidth(text, size, true) + kNameGap;
     const auto place =
         canvas.Room.Beside(at, width, size, radius + 15, {1, 0}, FarthestName(canvas));
     if (!place) continue;
@@ -250,20 +247,56 @@ std::string Remark(const std::vector<ProfileWind>& winds) {
   return {};
 }
 
-void DrawCaptions(Canvas& canvas, const Rings& rings) {
+/// The page's regions.
+struct Places {
+  Rect Title{};
+  Rect Plot{};
+  std::optional<Rect> Captions{};
+  std::optional<Rect> Panel{};
+  std::optional<Rect> Legend{};
+  std::string LeftOut{};
+};
+
+// Station left, the diagram's name right of it where both find room.
+void DrawTitle(Canvas& canvas, const Rect& place) {
+  constexpr std::string_view kName = "Hodograph";
+  const double size = LetterSize(Type::Title);
+  const double y = (place.Top + place.Bottom) / 2;
+  const double name = TextWidth(kName, size);
+  const double gap = Px(20);
+  const std::string& title = canvas.In.Sounding.StationTitle;
+  const bool hasBoth = TextWidth(title, size, true) + gap + name <= place.Width();
+  DrawText(canvas, "title", {place.Left, y}, Elided(title, size, place.Width(), true), size,
+           AnchorX::Left, true);
+  if (hasBoth) {
+    DrawText(canvas, "diagram name", {place.Right, y}, std::string(kName), size, AnchorX::Right);
+  }
+}
+
+// What stands under the plot, or over it: what rings and numbers mean, relative to what, and what
+// found no room.
+void DrawCaptions(Canvas& canvas, const Rings& rings, const Rect& place,
+                  const std::string& leftOut) {
   const bool knots = canvas.Set().Speed == SpeedUnits::Knots;
-  const double captionY = canvas.In.Window.CaptionAtTop ? 400 : 8480;
-  DrawText(canvas, "title", {250, 200}, canvas.In.Sounding.StationTitle, kTitleText, AnchorX::Left,
-           true);
-  DrawText(canvas, "diagram name", {kPanel.Right, 200}, "Hodograph", kTitleText, AnchorX::Right);
-  DrawText(canvas, "range caption", {kFrame.Right, captionY},
-           "Rings every " + Shortest(rings.Step) + (knots ? " kt" : " m/s"), kCaptionText,
-           AnchorX::Right);
-  DrawText(canvas, "axis caption", {250, 8480}, StormFrame(canvas) ? " Storm" : "Ground",
-           kCaptionText);
-  DrawText(canvas, "axis caption", {250, 8660}, "Relative", kCaptionText);
-  DrawText(canvas, "height caption", {1200, 8480}, "Numbers on the trace: km above ground",
-           kCaptionText);
+  const double first = place.Top + place.Height() / 4;
+  const double second = place.Bottom - place.Height() / 4;
+  const std::string step = "Rings every " + Shortest(rings.Step) + (knots ? " kt" : " m/s");
+  const std::string frame = StormFrame(canvas) ? " Storm" : "Ground";
+  DrawText(canvas, "axis caption", {place.Left, first}, frame, kCaptionText);
+  DrawText(canvas, "axis caption", {place.Left, second}, "Relative", kCaptionText);
+  double left = place.Left + TextWidth("Relative", kCaptionText) + Px(16);
+  const double wide = TextWidth(step, kCaptionText);
+  if (left + wide > place.Right) return;
+  DrawText(canvas, "range caption", {place.Right, first}, step, kCaptionText, AnchorX::Right);
+  const double room = place.Right - wide - Px(16) - left;
+  constexpr std::string_view kNumbers = "Numbers on the trace: km above ground";
+  if (TextWidth(kNumbers, kCaptionText) <= room) {
+    DrawText(canvas, "height caption", {left, first}, std::string(kNumbers), kCaptionText);
+  }
+  const std::string missing = Elided(leftOut, kCaptionText, place.Right - left);
+  if (!missing.empty()) {
+    DrawText(canvas, "left out", {place.Right, second}, missing, kCaptionText, AnchorX::Right);
+  }
 }
 
 // A line with a wide gap goes on below, behind its head, so that all can be written larger.
@@ -286,41 +319,44 @@ std::vector<PanelLine> Broken(const std::vector<PanelLine>& lines) {
   return rows;
 }
 
-// Gives the bottom of the panel.
-double DrawPanel(Canvas& canvas) {
-  constexpr double kMargin = 40, kLetterWidth = 0.61;  // of the size, in the fixed-width face
-  const std::vector<PanelLine> lines = Broken(AnalysisPanel(canvas.In));
-  std::size_t longest = 1;
-  for (const PanelLine& line : lines) longest = std::max(longest, line.Text.size());
-  const double room = kPanel.Right - kPanel.Left - 2 * kMargin;
-  const double size = std::min(kPanelText, room / (kLetterWidth * static_cast<double>(longest)));
-  const double step = size * kPanelLeading;
+double PanelWidth(const std::vector<PanelLine>& lines) {
+  double width = 0;
+  for (const PanelLine& line : lines) {
+    width = std::max(width, TextWidth(line.Text, kPanelText, false, Face::Mono));
+  }
+  return width + 2 * kPanelMargin;
+}
+
+double PanelHeight(std::size_t lines) {
+  return kLineStep * static_cast<double>(lines) + 2 * kPanelMargin;
+}
+
+void DrawPanel(Canvas& canvas, const std::vector<PanelLine>& lines, const Rect& place) {
   const Inks inks = InksFor(canvas.Set(), canvas.Set().System.HodoAnalInvert);
-  const double bottom = kPanel.Top + step * (static_cast<double>(lines.size()) + 1);
-  canvas.Page.Add("panel", Area{.Rings = {{{kPanel.Left, kPanel.Top},
-                                           {kPanel.Right, kPanel.Top},
-                                           {kPanel.Right, bottom},
-                                           {kPanel.Left, bottom}}},
+  const Rect box{place.Left, place.Top, place.Right, place.Top + PanelHeight(lines.size())};
+  canvas.Page.Add("panel", Area{.Rings = {{{box.Left, box.Top},
+                                           {box.Right, box.Top},
+                                           {box.Right, box.Bottom},
+                                           {box.Left, box.Bottom}}},
                                 .Fill = {inks.Paper, FillStyle::Plain},
                                 .Stroke = inks.Ring});
-  double y = kPanel.Top + step;
+  double y = box.Top + kPanelMargin + kLineStep / 2;
   for (const PanelLine& line : lines) {
-    canvas.Page.Add("panel line", Label{.At = {kPanel.Left + kMargin, y},
+    canvas.Page.Add("panel line", Label{.At = {box.Left + kPanelMargin, y},
                                         .Text = line.Text,
-                                        .Size = size,
+                                        .Size = kPanelText,
                                         .Font = Face::Mono,
                                         .Ink = inks.Ink});
     if (!line.Spot.empty()) {
       canvas.Page.AddHotSpot(
-          {{kPanel.Left, y - step / 2, kPanel.Right, y + step / 2}, "panel", line.Spot});
+          {{box.Left, y - kLineStep / 2, box.Right, y + kLineStep / 2}, "panel", line.Spot});
     }
-    y += step;
+    y += kLineStep;
   }
-  return bottom;
 }
 
-void DrawLegend(Canvas& canvas, const std::vector<ProfileWind>& winds, double top) {
-  double y = top + kLegendStep;
+// All entries of the legend: what was drawn over the trace, its frame, and its colours.
+std::vector<LegendItem> LegendItems(const Canvas& canvas, const std::vector<ProfileWind>& winds) {
   std::vector<LegendItem> items = canvas.Legend;
   items.push_back({StormFrame(canvas) ? "Storm-Relative Winds" : "Ground-Relative Winds", {}});
   if (canvas.In.Storm().ChosenIsManual) items.push_back({"Storm motion: manual", {}});
@@ -330,34 +366,131 @@ void DrawLegend(Canvas& canvas, const std::vector<ProfileWind>& winds, double to
     const auto index = static_cast<std::size_t>(band);
     items.push_back({"  " + std::string(kBandNames[index]), canvas.Colors.Band[index]});
   }
+  return items;
+}
+
+// As many entries as there is room for, in columns where the region is wide.
+void DrawLegend(Canvas& canvas, const std::vector<LegendItem>& items, const Rect& place) {
+  double widest = 0;
   for (const LegendItem& item : items) {
-    const double left = kPanel.Left + 100;
+    widest = std::max(widest, TextWidth(item.Text, kCaptionText));
+  }
+  const double column = kLegendLine + kLegendGap + widest + Px(16);
+  const auto perColumn =
+      static_cast<std::size_t>(std::max(1.0, std::floor((place.Height() + 1e-6) / kLegendStep)));
+  for (std::size_t i = 0; i < items.size(); ++i) {
+    const LegendItem& item = items[i];
+    const double left = place.Left + column * static_cast<double>(i / perColumn);
+    const double y = place.Top + (static_cast<double>(i % perColumn) + 0.5) * kLegendStep;
+    if (left + column - Px(16) > place.Right) return;
+    const bool hasLine = item.Stroke.Width > 0;
     if (item.Square) {
-      DrawSquare(canvas, "legend square", {left + 300, y}, item.Stroke);
-    } else if (item.Stroke.Width > 0) {
-      canvas.Page.Add("legend line",
-                      Polyline{.Points = {{left, y}, {left + 600, y}}, .Stroke = item.Stroke});
+      DrawSquare(canvas, "legend square", {left + kLegendLine / 2, y}, item.Stroke);
+    } else if (hasLine) {
+      canvas.Page.Add("legend line", Polyline{.Points = {{left, y}, {left + kLegendLine, y}},
+                                              .Stroke = item.Stroke});
     }
-    DrawText(canvas, "legend", {item.Stroke.Width > 0 ? left + 720 : left, y}, item.Text,
+    DrawText(canvas, "legend", {hasLine ? left + kLegendLine + kLegendGap : left, y}, item.Text,
              kCaptionText);
-    y += kLegendStep;
   }
 }
 
-void ThinPens(Inks& inks) {
-  for (Pen& pen : inks.Band) pen.Width *= kSmallShare;
-  for (Pen* pen : {&inks.ChosenStorm, &inks.OtherStorm, &inks.Frame}) pen->Width *= kSmallShare;
+// The page cut for what this hodograph shows.
+Places PlaceRegions(const HodographInput& input, const Surface& surface,
+                    const std::vector<PanelLine>& panel, std::size_t legend) {
+  std::vector<RegionRow> rows = {
+      {.Name = "title", .At = Place::Above, .LeastHeight = Px(26), .Priority = 1},
+      {.Name = "plot", .At = Place::Main, .LeastWidth = Px(200), .LeastHeight = Px(200)},
+      {.Name = "captions",
+       .At = input.Window.CaptionAtTop ? Place::Above : Place::Under,
+       .LeastHeight = Px(30),
+       .Priority = 2}};
+  const double width = PanelWidth(panel);
+  if (!input.Window.Float) {
+    rows.push_back({.Name = "panel",
+                    .At = Place::Side,
+                    .LeastWidth = width,
+                    .LeastHeight = PanelHeight(panel.size()),
+                    .Priority = 3,
+                    .Caption = "analysis",
+                    .Elsewhere = "FLOAT"});
+  }
+  rows.push_back({.Name = "legend",
+                  .At = Place::Side,
+                  .LeastWidth = input.Window.Float ? Px(180) : width,
+                  .LeastHeight = kLegendStep * std::min(static_cast<double>(legend), 7.0),
+                  .Priority = 4,
+                  .Stretch = 1,
+                  .Caption = "legend",
+                  .Elsewhere = "a larger window"});
+  const PageLayout layout = CutPage(surface, rows);
+  Places places{.Plot = *layout.Find("plot"), .LeftOut = LeftOutText(layout)};
+  const auto region = [&layout](std::string_view name) -> std::optional<Rect> {
+    const Rect* where = layout.Find(name);
+    return where == nullptr ? std::nullopt : std::optional(*where);
+  };
+  places.Title = region("title").value_or(Rect{});
+  places.Captions = region("captions");
+  places.Panel = region("panel");
+  places.Legend = region("legend");
+  return places;
+}
+
+void DrawRemark(Canvas& canvas, const std::vector<ProfileWind>& winds) {
+  const std::string remark = Remark(winds);
+  if (remark.empty()) return;
+  const Rect& frame = canvas.At.Frame;
+  const double size = LetterSize(Type::Value);
+  canvas.Page.Add("remark", Label{.At = {(frame.Left + frame.Right) / 2, frame.Bottom - Px(24)},
+                                  .Text = Elided(remark, size, frame.Width()),
+                                  .Across = AnchorX::Center,
+                                  .Size = size,
+                                  .Ink = canvas.Colors.Ink,
+                                  .Halo = canvas.Colors.Paper});
+}
+
+// The colours of the trace, along the lower edge of the small hodograph.
+void DrawBandNames(Canvas& canvas, const std::vector<ProfileWind>& winds) {
+  const Rect& frame = canvas.At.Frame;
+  const double size = LetterSize(Type::Note);
+  const double y = frame.Bottom - Px(9);
+  double x = frame.Left + Px(6);
+  const double unit = TextWidth("km", size);
+  for (int band = 0; band <= BandOf(winds.back().Height); ++band) {
+    const auto index = static_cast<std::size_t>(band);
+    const std::string_view name = kBandNames[index];
+    const std::string text(name.substr(0, name.rfind(' ')));
+    const double width = TextWidth(text, size, true);
+    if (x + width + Px(8) + unit > frame.Right) return;
+    canvas.Room.Take({x, y - size / 2, x + width, y + size / 2});
+    canvas.Names.emplace_back("band name", Label{.At = {x, y},
+                                                 .Text = text,
+                                                 .Size = size,
+                                                 .Ink = canvas.Colors.Band[index].Ink,
+                                                 .Bold = true,
+                                                 .Halo = canvas.Colors.Paper});
+    x += width + Px(8);
+  }
+  canvas.Room.Take({x, y - size / 2, x + unit, y + size / 2});
+  canvas.Names.emplace_back("band name", Label{.At = {x, y},
+                                               .Text = "km",
+                                               .Size = size,
+                                               .Ink = canvas.Colors.Faint,
+                                               .Halo = canvas.Colors.Paper});
 }
 
 }  // namespace
 
-HodographPlot PlotHodograph(const HodographInput& input) {
+HodographPlot PlotHodograph(const HodographInput& input, const Surface& surface) {
+  constexpr std::size_t kUsualLegend = 10;
   HodographPlot plot;
   const Inks inks = InksFor(input.Set, input.Set.System.HodoInvert);
-  plot.Page = Picture(kPageWidth, kPageHeight, inks.Paper);
+  const std::vector<PanelLine> panel = Broken(AnalysisPanel(input));
+  const Places places = PlaceRegions(input, surface, panel, kUsualLegend + input.Compared.size());
+  plot.Page = Picture(surface.Width, surface.Height, inks.Paper);
   plot.Winds = WindProfile(input.Sounding, input.Set);
-  Canvas canvas{.In = input, .Page = plot.Page, .Colors = inks, .Room = LabelRoom(kFrame)};
-  const Rings rings = PlaceRings(canvas, kFrame, plot.Winds);
+  Canvas canvas{.In = input, .Page = plot.Page, .Colors = inks, .Room = LabelRoom(places.Plot)};
+  const Rings rings = PlaceRings(canvas, places.Plot, plot.Winds);
   DrawRings(plot.Page, canvas.At, rings, inks, AvoidTrace(canvas, plot.Winds), canvas.Room);
   if (ShowsStorm(canvas)) DrawStormVectors(canvas);
   if (input.Window.HelicityContours) DrawHelicityContours(canvas);
@@ -371,17 +504,11 @@ HodographPlot PlotHodograph(const HodographInput& input) {
   }
   DrawNames(canvas);
   DrawFrameLine(canvas);
-  DrawCaptions(canvas, rings);
-  if (const std::string remark = Remark(plot.Winds); !remark.empty()) {
-    canvas.Page.Add("remark", Label{.At = {(kFrame.Left + kFrame.Right) / 2, kFrame.Bottom - 300},
-                                    .Text = remark,
-                                    .Across = AnchorX::Center,
-                                    .Size = kTitleText,
-                                    .Ink = inks.Ink,
-                                    .Halo = inks.Paper});
-  }
-  const double panelEnd = input.Window.Float ? kPanel.Top : DrawPanel(canvas);
-  DrawLegend(canvas, plot.Winds, panelEnd);
+  if (places.Title.Width() > 0) DrawTitle(canvas, places.Title);
+  if (places.Captions) DrawCaptions(canvas, rings, *places.Captions, places.LeftOut);
+  DrawRemark(canvas, plot.Winds);
+  if (places.Panel) DrawPanel(canvas, panel, *places.Panel);
+  if (places.Legend) DrawLegend(canvas, LegendItems(canvas, plot.Winds), *places.Legend);
   plot.Mapping = canvas.At;
   plot.StormRelative = StormFrame(canvas);
   plot.HasTrace = !input.Window.SkipPlot;
@@ -389,24 +516,45 @@ HodographPlot PlotHodograph(const HodographInput& input) {
   return plot;
 }
 
-std::optional<Picture> PlotSmallHodograph(const HodographInput& input) {
+void DrawHodographBox(Picture& page, const Rect& region, const HodographInput& input) {
   const std::vector<ProfileWind> winds = WindProfile(input.Sounding, input.Set);
-  if (winds.empty()) return std::nullopt;
+  constexpr double kLeastSide = Px(60);  // under it nothing could be told
+  if (winds.empty() || std::min(region.Width(), region.Height()) < kLeastSide) return;
   Inks inks = InksFor(input.Set, input.Set.System.HodoInvert);
-  ThinPens(inks);
-  Picture page(kSmallPage, kSmallPage, inks.Paper);
-  page.Add("paper",
-           Area{.Rings = {{{0, 0}, {kSmallPage, 0}, {kSmallPage, kSmallPage}, {0, kSmallPage}}},
-                .Fill = {inks.Paper}});
+  inks.Frame.Width = kUnitsPerPixel;
+  page.Add("paper", Area{.Rings = {{{region.Left, region.Top},
+                                    {region.Right, region.Top},
+                                    {region.Right, region.Bottom},
+                                    {region.Left, region.Bottom}}},
+                         .Fill = {inks.Paper}});
   Canvas canvas{
-      .In = input, .Page = page, .Colors = inks, .Room = LabelRoom(kSmallFrame), .Small = true};
-  const Rings rings = PlaceRings(canvas, kSmallFrame, winds);
+      .In = input, .Page = page, .Colors = inks, .Room = LabelRoom(region), .Small = true};
+  Rings rings = PlaceRings(canvas, region, winds);
+  rings.LabelOnce = true;
+  DrawBandNames(canvas, winds);
   DrawRings(page, canvas.At, rings, inks, AvoidTrace(canvas, winds), canvas.Room);
-  if (ShowsStorm(canvas)) DrawStormVectors(canvas);
+  if (ShowsStorm(canvas)) {
+    DrawStormVectors(canvas);
+    DrawMeanWinds(canvas);
+  }
   DrawTrace(canvas, winds);
   DrawHeightMarks(canvas, winds);
   DrawNames(canvas);
   DrawFrameLine(canvas);
+}
+
+std::optional<PageBox> HodographBox(const HodographInput& input) {
+  if (WindProfile(input.Sounding, input.Set).empty()) return std::nullopt;
+  return PageBox{"hodograph", [input](Picture& page, const Rect& region) {
+                   DrawHodographBox(page, region, input);
+                 }};
+}
+
+std::optional<Picture> PlotSmallHodograph(const HodographInput& input, double side) {
+  if (WindProfile(input.Sounding, input.Set).empty()) return std::nullopt;
+  const Inks inks = InksFor(input.Set, input.Set.System.HodoInvert);
+  Picture page(side, side, inks.Paper);
+  DrawHodographBox(page, {0, 0, side, side}, input);
   return page;
 }
 

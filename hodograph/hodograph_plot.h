@@ -1,6 +1,6 @@
 // The hodograph as a picture: the winds of a sounding as vectors from a common origin, with storm
 // motions, mean winds and shear, beside its analysis panel. The same drawing without panel and
-// legend is the small hodograph of the diagram.
+// legend is the small hodograph of the diagram's page.
 #pragma once
 
 #include <optional>
@@ -14,7 +14,9 @@
 #include "hodograph/comparison.h"
 #include "hodograph/mapping.h"
 #include "hodograph/wind_profile.h"
+#include "picture/layout.h"
 #include "picture/picture.h"
+#include "picture/surface.h"
 
 namespace vexa::hodograph {
 
@@ -38,12 +40,20 @@ struct HodographPlot {
   bool HasTrace = true;
 };
 
-/// The hodograph's page, 12 000 x 9 000 drawing units.
-HodographPlot PlotHodograph(const HodographInput& input);
+/// The hodograph's page for a surface: plot, analysis panel, legend and captions in their regions.
+HodographPlot PlotHodograph(const HodographInput& input, const Surface& surface = {12000, 9000});
 
-/// The small hodograph for the corner of the diagram, after the options of its own; empty without
-/// any wind.
-std::optional<Picture> PlotSmallHodograph(const HodographInput& input);
+/// The small hodograph of the diagram's page, drawn into a region of it after the options of its
+/// own. Nothing without any wind.
+void DrawHodographBox(Picture& page, const Rect& region, const HodographInput& input);
+
+/// The same as a box for the region "hodograph"; empty without any wind. It draws from what the
+/// input refers to, which must last as long.
+std::optional<PageBox> HodographBox(const HodographInput& input);
+
+/// The small hodograph on a page of its own; empty without any wind.
+std::optional<Picture> PlotSmallHodograph(const HodographInput& input,
+                                          double side = 280 * kUnitsPerPixel);
 
 /// True near enough to the head of the chosen storm vector to take hold of it.
 bool HitsStormVector(const HodographPlot& plot, Point at);

@@ -27,16 +27,18 @@ Inks InksFor(const Options& options, bool inverted) {
   inks.Ring = {Blend(inks.Ink, inks.Paper, 0.72), 8, LineStyle::Solid};
   inks.OuterRing = {Blend(inks.Ink, inks.Paper, 0.5), 12, LineStyle::Solid};
   inks.Axis = {Blend(inks.Ink, inks.Paper, 0.5), 10, LineStyle::Solid};
-  inks.Band = {
-      Pen{ink({205, 0, 0}), 44, LineStyle::Solid}, Pen{ink({0, 140, 0}), 36, LineStyle::Solid},
-      Pen{ink({190, 140, 0}), 30, LineStyle::Dash}, Pen{ink({0, 130, 190}), 24, LineStyle::DashDot},
-      Pen{ink({130, 60, 160}), 18, LineStyle::Dots}};
+  inks.Band = {Pen{ink({200, 0, 190}), 40, LineStyle::Solid},
+               Pen{ink({210, 0, 0}), 36, LineStyle::Solid},
+               Pen{ink({0, 140, 0}), 36, LineStyle::Solid},
+               Pen{ink({190, 140, 0}), 34, LineStyle::Dash},
+               Pen{ink({0, 130, 190}), 30, LineStyle::DashDot},
+               Pen{ink({110, 90, 130}), 20, LineStyle::Dots}};
   // Red and green look alike to some: after the colours of Okabe and Ito (2008).
   const ColorScheme scheme = SchemeOn(options.Screen, options.Scheme);
   const bool isSafe = scheme == ColorScheme::Safe || scheme == ColorScheme::SafeDark;
   if (isSafe) {
-    constexpr Color kSafe[] = {
-        {213, 94, 0}, {0, 114, 178}, {190, 140, 0}, {70, 160, 215}, {150, 60, 110}};
+    constexpr Color kSafe[] = {{190, 100, 150}, {213, 94, 0},   {0, 114, 178},
+                               {190, 140, 0},   {70, 160, 215}, {110, 110, 110}};
     for (std::size_t band = 0; band < inks.Band.size(); ++band) {
       inks.Band[band].Ink = ink(kSafe[band]);
     }

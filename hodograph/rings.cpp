@@ -12,12 +12,14 @@
 #include "core/numbers.h"
 #include "core/units.h"
 #include "picture/clip.h"
+#include "picture/text_width.h"
 
 namespace vexa::hodograph {
 namespace {
 
 constexpr int kRingPoints = 180;
 constexpr double kAlmost = 1e-6;
+constexpr double kRingGap = 4 * kUnitsPerPixel;  // around a label
 
 std::vector<Point> Ring(Point center, double radius) {
   std::vector<Point> points;
@@ -62,7 +64,8 @@ std::optional<Point> LabelPlace(const HodographMapping& at, std::span<const Poin
     for (const Point& way : ways) {
       const Point ring{at.Center.X + way.X * radius, at.Center.Y + way.Y * radius};
       const double left = ring.X - RingLabelShift(value) * kDisplayUnit;
-      const Rect place{left, ring.Y - kRingText / 2, left + width, ring.Y + kRingText / 2};
+      const Rect place{left - kRingGap, ring.Y - kRingText / 2, left + width + kRingGap / 3,
+                       ring.Y + kRingText / 2};
       const bool isLegible = room.IsOffLines(place) || (overTrace && &way == ways.data());
       if (!room.IsFree(place) || !isLegible) continue;
       room.Take(place);
@@ -116,18 +119,23 @@ void DrawRings(Picture& page, const HodographMapping& at, const Rings& rings, co
     values.push_back(rings.Outer);
   }
   for (const double value : values) {
-    const double radius = value * perShown;
     const bool outer = rings.Outer > 0 && value > rings.Outer - kAlmost;
-    DrawClipped(page, "ring", Ring(at.Center, radius), frame, outer ? inks.OuterRing : inks.Ring);
-    if (!rings.Labels) continue;
-    const std::string text = Mask(value, "##0");
+    DrawClipped(page, "ring", Ring(at.Center, value * perShown), frame,
+                outer ? inks.OuterRing : inks.Ring);
+  }
+  // A single label goes to the second ring: the innermost stands in the thick of the winds.
+  if (rings.LabelOnce && values.size() > 1) std::swap(values[0], values[1]);
+  for (const double value : values) {
+    std::string text = Mask(value, "##0");
+    if (rings.LabelOnce) text += rings.Units == SpeedUnits::Knots ? " kt" : " m/s";
     const std::optional<Point> place =
-        LabelPlace(at, ways, value, radius, TextWidth(text.size(), kRingText), room);
+        LabelPlace(at, ways, value, value * perShown, TextWidth(text, kRingText), room);
     if (!place) continue;
     page.Add(
         "ring label",
         Label{
             .At = *place, .Text = text, .Size = kRingText, .Ink = inks.Faint, .Halo = inks.Paper});
+    if (rings.LabelOnce) break;
   }
 }
 

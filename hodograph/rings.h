@@ -7,13 +7,14 @@
 #include "hodograph/inks.h"
 #include "hodograph/mapping.h"
 #include "picture/label_room.h"
+#include "picture/surface.h"
 
 namespace vexa::hodograph {
 
 /// Labels of rings are measured in these: 25 for one digit, 45 for two, 65 for three, so that a
 /// digit of the label's size is about 20 wide.
-inline constexpr double kDisplayUnit = 4.5;  // drawing units
-inline constexpr double kRingText = 150;
+inline constexpr double kRingText = LetterSize(Type::Note);
+inline constexpr double kDisplayUnit = 0.032 * kRingText;  // drawing units
 
 /// A whole step in the display unit that gives about five rings up to a speed.
 double RingStep(double speed);
@@ -25,7 +26,7 @@ struct Rings {
   double Step = 10;  // display unit
   double Outer = 0;  // display unit; 0: as far as the frame reaches
   SpeedUnits Units = SpeedUnits::Knots;
-  bool Labels = true;
+  bool LabelOnce = false;  // one ring alone, with its unit: "20 kt"
 };
 
 /// Draws axes and rings; the labels stand on the half axis that has room and is least crossed by

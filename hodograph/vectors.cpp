@@ -9,6 +9,8 @@
 #include "core/units.h"
 #include "hodograph/rings.h"
 #include "picture/clip.h"
+#include "picture/surface.h"
+#include "picture/text_width.h"
 
 namespace vexa::hodograph {
 namespace {
@@ -16,8 +18,7 @@ namespace {
 using analysis::WindVector;
 
 constexpr double kHead = 190;  // length of an arrow's head
-constexpr double kMarkText = 140;
-constexpr double kSmallMarkText = 110;
+constexpr double kMarkText = LetterSize(Type::Note);
 
 void DrawArrow(Canvas& canvas, std::string_view tag, const WindVector& from, const WindVector& to,
                const Pen& pen) {
@@ -26,7 +27,7 @@ void DrawArrow(Canvas& canvas, std::string_view tag, const WindVector& from, con
   DrawLine(canvas, tag, {tail, head}, pen);
   const double length = std::hypot(head.X - tail.X, head.Y - tail.Y);
   if (length < 1 || !canvas.At.Frame.Contains(head)) return;
-  const double size = std::min(canvas.Small ? 0.6 * kHead : kHead, 0.6 * length);
+  const double size = std::min(canvas.Small ? 0.7 * kHead : kHead, 0.6 * length);
   const Point along{(head.X - tail.X) / length, (head.Y - tail.Y) / length};
   const Point back{head.X - size * along.X, head.Y - size * along.Y};
   const Point side{0.4 * size * along.Y, -0.4 * size * along.X};
@@ -39,8 +40,8 @@ void DrawArrow(Canvas& canvas, std::string_view tag, const WindVector& from, con
 
 void DrawName(Canvas& canvas, std::string_view tag, const WindVector& at, std::string text,
               Color ink, Point prefer = {1, 0}, double gap = 45) {
-  const double size = canvas.Small ? kSmallMarkText : kMarkText;
-  const double width = TextWidth(text.size(), size);
+  const double size = kMarkText;
+  const double width = TextWidth(text, size, true) + kNameGap;
   const Point from = canvas.At.ToPoint(at);
   const auto place = canvas.Room.Beside(from, width, size, gap, prefer, FarthestName(canvas));
   if (!place) return;
@@ -95,8 +96,8 @@ void DrawMeanWind(Canvas& canvas, const std::optional<WindVector>& mean, std::st
   if (!canvas.At.Frame.Contains(at)) return;
   DrawSquare(canvas, "mean wind", at, canvas.Colors.MeanWind);
   constexpr double kBesideSquare = 90;
-  DrawName(canvas, "mean wind", *mean, "MW " + std::string(layer), canvas.Colors.MeanWind.Ink,
-           {1, 0}, kBesideSquare);
+  const std::string name = canvas.Small ? "MW" : "MW " + std::string(layer);
+  DrawName(canvas, "mean wind", *mean, name, canvas.Colors.MeanWind.Ink, {1, 0}, kBesideSquare);
   AddSpot(canvas, "mean wind", *mean,
           "Mean wind " + std::string(layer) +
               " km: " + WindText(*mean, canvas.Set(), "##0.0", UnitOf(canvas.Set())));
@@ -149,6 +150,7 @@ void DrawStormVectors(Canvas& canvas) {
 void DrawMeanWinds(Canvas& canvas) {
   const analysis::StormMotionResults& storm = canvas.In.Storm();
   DrawMeanWind(canvas, storm.Mean6km, "0-6");
+  if (canvas.Small) return;
   DrawMeanWind(canvas, storm.MeanHalfKm, "0-0.5");
   if (storm.Mean6km || storm.MeanHalfKm) {
     canvas.Legend.push_back({"Mean Wind (MW, km)", canvas.Colors.MeanWind, true});

@@ -9,6 +9,7 @@
 #include "hodograph/hodograph_plot.h"
 #include "hodograph/inks.h"
 #include "picture/label_room.h"
+#include "picture/surface.h"
 
 namespace vexa::hodograph {
 
@@ -38,6 +39,8 @@ std::string WindText(const analysis::WindVector& wind, const Options& options,
 
 void DrawLine(Canvas& canvas, std::string_view tag, const std::vector<Point>& points,
               const Pen& pen);
+
+inline constexpr double kNameGap = 4 * kUnitsPerPixel;  // between two texts side by side
 
 /// How many gaps a text may stand away from its point; a line leads there from the point.
 double FarthestName(const Canvas& canvas);

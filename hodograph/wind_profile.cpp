@@ -60,6 +60,33 @@ std::vector<ProfileWind> WindProfile(const SoundingRecord& sounding, const Optio
   return profile;
 }
 
+std::vector<ProfileWind> Smoothed(const std::vector<ProfileWind>& profile) {
+  constexpr double kStep = 100;   // m
+  constexpr double kReach = 150;  // m to each side
+  constexpr double kCrowded = 2;  // levels per step from which on their noise is seen
+  if (profile.size() < 3) return profile;
+  const double bottom = profile.front().Height;
+  const double top = profile.back().Height;
+  if (static_cast<double>(profile.size()) * kStep < kCrowded * (top - bottom)) return profile;
+  std::vector<ProfileWind> smooth = {profile.front()};
+  auto first = profile.begin();
+  for (double height = bottom + kStep; height < top; height += kStep) {
+    first = std::find_if(first, profile.end(),
+                         [&](const ProfileWind& wind) { return wind.Height >= height - kReach; });
+    WindVector sum;
+    int count = 0;
+    for (auto at = first; at != profile.end() && at->Height <= height + kReach; ++at) {
+      sum.U += at->Vector.U;
+      sum.V += at->Vector.V;
+      ++count;
+    }
+    if (count == 0) continue;
+    smooth.push_back({height, {sum.U / count, sum.V / count}, false});
+  }
+  smooth.push_back(profile.back());
+  return smooth;
+}
+
 std::optional<WindVector> WindAt(const std::vector<ProfileWind>& profile, double height) {
   for (std::size_t i = 0; i < profile.size(); ++i) {
     if (profile[i].Height == height) return profile[i].Vector;

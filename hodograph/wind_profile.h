@@ -15,10 +15,10 @@
 namespace vexa::hodograph {
 
 /// Heights above ground, km, at which the trace changes colour and style.
-inline constexpr std::array<double, 4> kBandTopsKm = {3, 6, 9, 12};
-inline constexpr int kBands = 5;
-constexpr std::array<std::string_view, kBands> kBandNames = {"0-3 km", "3-6 km", "6-9 km",
-                                                             "9-12 km", "above 12 km"};
+inline constexpr std::array<double, 5> kBandTopsKm = {1, 3, 6, 9, 12};
+inline constexpr int kBands = 6;
+constexpr std::array<std::string_view, kBands> kBandNames = {"0-1 km", "1-3 km",  "3-6 km",
+                                                             "6-9 km", "9-12 km", "above 12 km"};
 
 struct ProfileWind {
   double Height = 0;  // m above ground
@@ -30,6 +30,10 @@ struct ProfileWind {
 /// All winds of the sounding, lowest first; under the options' depth limit those below it and one
 /// interpolated at the limit.
 std::vector<ProfileWind> WindProfile(const SoundingRecord& sounding, const Options& options);
+
+/// The profile as a line that shows its shape: where the levels stand so close that their noise
+/// hides it, means over the 300 m around every 100 m, its lowest and highest wind as they are.
+std::vector<ProfileWind> Smoothed(const std::vector<ProfileWind>& profile);
 
 /// The wind at a height above ground, linear in height between the two winds around it.
 std::optional<analysis::WindVector> WindAt(const std::vector<ProfileWind>& profile, double height);

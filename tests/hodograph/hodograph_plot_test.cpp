@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "hodograph/rings.h"
+#include "support/page_checks.h"
 #include "support/soundings.h"
 
 namespace vexa::hodograph {
@@ -149,18 +150,20 @@ TEST(HodographPlot, EveryRingOnAHalfAxisIsLabelledAndTheLegendHasOnlyWhatIsDrawn
   sounding.AddTemp(200, -55, -65);
   sounding.AddWind(5700, 180, 60);
   sounding.AddWind(7000, 200, 55);
-  sounding.AddWind(10000, 160, 62);
+  sounding.AddWind(10000, 205, 62);
   const HodographPlot plot = Draw(sounding, {});
   const HodographMapping& at = plot.Mapping;
   ASSERT_GT(at.Center.Y - at.Frame.Top, 1.5 * (at.Frame.Bottom - at.Center.Y));
   const std::vector<std::string> labels = Texts(plot.Page, "ring label");
-  const auto rings = static_cast<std::size_t>((at.Center.Y - at.Frame.Top) / at.Scale / 20);
-  ASSERT_GE(rings, 3u);
+  // Rings whose label stands inside the frame.
+  const auto rings =
+      static_cast<std::size_t>((at.Center.Y - at.Frame.Top - kRingText / 2) / at.Scale / 20);
+  ASSERT_GE(rings, 2u);
   for (std::size_t i = 1; i <= rings; ++i) {
     EXPECT_EQ(std::ranges::count(labels, std::to_string(20 * i)), 1) << 20 * i;
   }
   const std::vector<std::string> legend = Texts(plot.Page, "legend");
-  EXPECT_EQ(std::ranges::count(legend, "  0-3 km"), 0);
+  EXPECT_EQ(std::ranges::count(legend, "  1-3 km"), 0);
   EXPECT_EQ(std::ranges::count(legend, "  3-6 km"), 1);
   EXPECT_EQ(std::ranges::count(legend, "  9-12 km"), 1);
 }
@@ -260,6 +263,55 @@ TEST(HodographPlot, CursorReadsTheWindUnderItAndTheNearestLevel) {
   EXPECT_TRUE(ReadHodograph(plot, {11000, 4000}, options).Cursor.empty());
 }
 
+// Whatever the page and the winds: texts are legible, apart and where they belong.
+TEST(HodographPlot, ComposesEveryPageForItsSurface) {
+  SoundingRecord many;
+  for (int i = 0; i < 3000; ++i) {
+    many.AddTemp(1000 - 0.32 * i, 25 - 0.025 * i, 15 - 0.03 * i);
+    many.AddWind(10.0 * i, 180 + (i / 20) % 180, 5 + i % 60);
+  }
+  SoundingRecord south = test::ReferenceConvective();
+  SetDecimalPosition(south, -89.9, 0);
+  const SoundingRecord soundings[] = {
+      test::ReferenceConvective(),
+      test::ReferenceWinter(),
+      test::Profile({}),
+      many,
+      south,
+      test::Profile({},
+                    {{10, 90, 8}, {900, 100, 12}, {3000, 80, 6}, {6000, 270, 3}, {9000, 290, 9}})};
+  const Surface surfaces[] = {WindowSurface(640, 480),  WindowSurface(800, 600, 2),
+                              ImageSurface(3440, 1440), ImageSurface(900, 1400),
+                              PaperSurfaceMm(210, 297), PaperSurfaceMm(297, 210)};
+  HodographSettings window;
+  window.MbeVector = true;
+  window.HelicityContours = true;
+  for (const SoundingRecord& sounding : soundings) {
+    const auto results = analysis::Analyse(sounding, {});
+    const Options options;
+    const HodographInput input{sounding, results, options, window};
+    for (const Surface& surface : surfaces) {
+      SCOPED_TRACE(sounding.StationTitle + ", " + std::to_string(surface.Width) + " x " +
+                   std::to_string(surface.Height));
+      const HodographPlot plot = PlotHodograph(input, surface);
+      test::ExpectOrderly(plot.Page, {0, 0, surface.Width, surface.Height});
+      EXPECT_GE(std::min(plot.Mapping.Frame.Width(), plot.Mapping.Frame.Height()),
+                200 * kUnitsPerPixel);
+      const auto left = Texts(plot.Page, "left out");
+      EXPECT_EQ(Texts(plot.Page, "panel line").empty(),
+                !left.empty() && left[0].find("analysis") != std::string::npos);
+    }
+    for (const double side : {120, 200, 280, 356}) {
+      SCOPED_TRACE(side);
+      const Rect region{500, 700, 500 + side * kUnitsPerPixel, 700 + 0.9 * side * kUnitsPerPixel};
+      Picture page(12000, 9000, {});
+      DrawHodographBox(page, region, input);
+      test::ExpectOrderly(page, region);
+      EXPECT_LE(Texts(page, "ring label").size(), 1u);
+    }
+  }
+}
+
 TEST(SmallHodograph, ObeysItsOptions) {
   const SoundingRecord sounding = test::ReferenceConvective();
   Options options;
@@ -268,12 +320,12 @@ TEST(SmallHodograph, ObeysItsOptions) {
     return *PlotSmallHodograph({.Sounding = sounding, .Results = results, .Set = options});
   };
   EXPECT_EQ(Tagged<Polyline>(draw(), "storm vector").size(), 1u);
-  EXPECT_EQ(Tagged<Polyline>(draw(), "trace").size(), 5u);
+  EXPECT_EQ(Tagged<Polyline>(draw(), "trace").size(), 6u);
   options.PlotStormVector = false;
   options.HodoDepthMode = HodoDepth::Limit;
   options.HodoDepthLimitKm = 6;
   EXPECT_TRUE(Tagged<Polyline>(draw(), "storm vector").empty());
-  EXPECT_EQ(Tagged<Polyline>(draw(), "trace").size(), 2u);
+  EXPECT_EQ(Tagged<Polyline>(draw(), "trace").size(), 3u);
 }
 
 }  // namespace

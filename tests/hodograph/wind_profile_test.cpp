@@ -41,18 +41,18 @@ TEST(WindProfile, LeavesOutMissingWindsAndEndsAtTheLimit) {
 }
 
 TEST(WindProfile, CutsTheTraceAtEveryBandThatALayerCrosses) {
-  // One layer from 1 to 11 km passes three edges at once.
-  const std::vector<ProfileWind> winds = {{1000, {0, 0}}, {11000, {-100, 0}}, {12000, {-90, 0}}};
+  // One layer from 2 to 12 km passes three edges at once.
+  const std::vector<ProfileWind> winds = {{2000, {0, 0}}, {12000, {-100, 0}}, {13000, {-90, 0}}};
   const std::vector<TracePiece> pieces = CutAtBands(winds);
-  ASSERT_EQ(pieces.size(), 4u);
+  ASSERT_EQ(pieces.size(), 5u);
   for (std::size_t i = 0; i < pieces.size(); ++i) {
-    EXPECT_EQ(pieces[i].Band, static_cast<int>(i));
+    EXPECT_EQ(pieces[i].Band, static_cast<int>(i) + 1);
     if (i == 0) continue;
     EXPECT_EQ(pieces[i].Winds.front().Height, pieces[i - 1].Winds.back().Height);
   }
   EXPECT_EQ(pieces[1].Winds.front().Height, 3000);
-  EXPECT_NEAR(pieces[1].Winds.front().Vector.U, -20, 1e-9);
-  EXPECT_EQ(pieces[3].Winds.size(), 3u);  // the edge, 11 and 12 km
+  EXPECT_NEAR(pieces[1].Winds.front().Vector.U, -10, 1e-9);
+  EXPECT_EQ(pieces[4].Winds.size(), 2u);  // the edge and 13 km
 
   // A level on the edge is not doubled.
   const std::vector<TracePiece> onEdge = CutAtBands({{2000, {}}, {3000, {-1, 0}}, {4000, {-2, 0}}});
@@ -60,6 +60,20 @@ TEST(WindProfile, CutsTheTraceAtEveryBandThatALayerCrosses) {
   EXPECT_EQ(onEdge[0].Winds.size(), 2u);
   EXPECT_EQ(onEdge[1].Winds.size(), 2u);
   EXPECT_TRUE(CutAtBands({}).empty());
+}
+
+// A wind of 20 kt from the west whose readings jump by 10 kt from metre to metre, and one of few
+// levels.
+TEST(WindProfile, IsSmoothedWhereItsLevelsCrowd) {
+  std::vector<ProfileWind> noisy;
+  for (int i = 0; i <= 500; ++i) noisy.push_back({10.0 * i, {i % 2 == 0 ? -30.0 : -10.0, 0}});
+  const std::vector<ProfileWind> smooth = Smoothed(noisy);
+  ASSERT_EQ(smooth.size(), 51u);
+  EXPECT_EQ(smooth.front().Vector.U, -30);
+  EXPECT_EQ(smooth.back().Height, 5000);
+  for (std::size_t i = 1; i + 1 < smooth.size(); ++i) EXPECT_NEAR(smooth[i].Vector.U, -20, 0.4);
+  const std::vector<ProfileWind> few = {{0, {-1, 0}}, {400, {-9, 0}}, {800, {0, 0}}};
+  EXPECT_EQ(Smoothed(few).size(), 3u);
 }
 
 // Values worked out by hand from the reference sounding's winds.
