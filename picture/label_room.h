@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "picture/picture.h"
+#include "picture/text_width.h"
 
 namespace vexa {
 
@@ -95,7 +96,7 @@ class LabelRoom {
   std::vector<Rect> avoided_{};
 };
 
-/// Width of a text, near enough for keeping texts apart.
+/// Width of a text by its number of letters alone (picture/text_width.h measures the text itself).
 inline double TextWidth(std::size_t characters, double size) {
   return 0.58 * size * static_cast<double>(characters);
 }
