@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <numeric>
 #include <vector>
 
 #include "core/markers.h"
 #include "core/numbers.h"
+#include "core/record_edits.h"
 
 namespace vexa {
 namespace {
@@ -32,6 +34,27 @@ std::vector<std::size_t> Ordered(int count, Keep keep, Before before) {
   std::erase_if(order, [&keep](std::size_t i) { return !keep(i); });
   std::ranges::stable_sort(order, before);
   return order;
+}
+
+void ReorderTemps(SoundingRecord& record, const std::vector<std::size_t>& order) {
+  Reorder(record.Temp, order);
+  Reorder(record.Dewpt, order);
+  Reorder(record.Press, order);
+}
+
+// Working winds that cover the wind levels move along.
+Status ReorderWinds(SoundingRecord& record, const std::vector<std::size_t>& order) {
+  const int winds = record.NumWindLevels();
+  const bool covered =
+      winds > 0 && record.WorkWindDir.Count() == winds && record.WorkWindSpd.Count() == winds;
+  if (covered) {
+    Reorder(record.WorkWindDir, order);
+    Reorder(record.WorkWindSpd, order);
+  }
+  Reorder(record.WindSpd, order);
+  Reorder(record.WindDir, order);
+  Reorder(record.WindHgt, order);
+  return covered ? Status::YesHeights : Status::NoHeights;
 }
 
 // Directions beyond the circle are fault 3, speeds below 0 fault 4.
@@ -64,26 +87,73 @@ Status SortData(SoundingRecord& record) {
   const std::vector<std::size_t> temps = Ordered(
       record.NumTempLevels(), [&](std::size_t i) { return press[i] != 0; },
       [&](std::size_t a, std::size_t b) { return press[a] > press[b]; });
-  Reorder(record.Temp, temps);
-  Reorder(record.Dewpt, temps);
-  Reorder(record.Press, temps);
-
-  const int windLevels = record.NumWindLevels();
-  const bool covered = windLevels > 0 && record.WorkWindDir.Count() == windLevels &&
-                       record.WorkWindSpd.Count() == windLevels;
+  ReorderTemps(record, temps);
   const std::vector<double>& height = record.WindHgt.Values();
   const std::vector<double>& direction = record.WindDir.Values();
   const std::vector<std::size_t> winds = Ordered(
-      windLevels, [&](std::size_t i) { return direction[i] != 0; },
+      record.NumWindLevels(), [&](std::size_t i) { return direction[i] != 0; },
       [&](std::size_t a, std::size_t b) { return height[a] < height[b]; });
-  if (covered) {
-    Reorder(record.WorkWindDir, winds);
-    Reorder(record.WorkWindSpd, winds);
+  return ReorderWinds(record, winds);
+}
+
+std::vector<std::string> KeepPossible(SoundingRecord& record) {
+  std::vector<std::string> notes;
+  const auto asTheyStand = [](std::size_t a, std::size_t b) { return a < b; };
+  const auto leave = [&notes](std::string_view what, int count, const std::string& first) {
+    if (count == 0) return;
+    notes.push_back(std::string(what) + " with impossible values, left out: " + Shortest(count) +
+                    "; the first: " + first + '.');
+  };
+  std::string first;
+  const auto isPossibleTemp = [&](std::size_t i) {
+    const TempLevel level{record.Press.Values()[i], record.Temp.Values()[i],
+                          record.Dewpt.Values()[i]};
+    if (IsPossible(level)) return true;
+    if (first.empty()) {
+      first = Shortest(level.Press) + " hPa, " + Shortest(level.Temp) + " and " +
+              Shortest(level.Dewpt) + " C";
+    }
+    return false;
+  };
+  const int temps = record.NumTempLevels();
+  ReorderTemps(record, Ordered(temps, isPossibleTemp, asTheyStand));
+  leave("Temperature levels", temps - record.NumTempLevels(), first);
+
+  first.clear();
+  const auto isPossibleWind = [&](std::size_t i) {
+    const WindLevel level{record.WindHgt.Values()[i], record.WindDir.Values()[i],
+                          record.WindSpd.Values()[i]};
+    if (IsPossible(level)) return true;
+    if (first.empty()) {
+      first = Shortest(level.Height) + " m, " + Shortest(level.Dir) + " degrees, " +
+              Shortest(level.Spd) + " knots";
+    }
+    return false;
+  };
+  const int winds = record.NumWindLevels();
+  ReorderWinds(record, Ordered(winds, isPossibleWind, asTheyStand));
+  leave("Winds", winds - record.NumWindLevels(), first);
+
+  const auto layers = std::erase_if(record.Clouds.Values(),
+                                    [](const CloudLayer& layer) { return !IsPossible(layer); });
+  if (layers > 0) {
+    notes.push_back("Cloud layers with impossible bases, left out: " +
+                    Shortest(static_cast<int>(layers)) + '.');
   }
-  Reorder(record.WindSpd, winds);
-  Reorder(record.WindDir, winds);
-  Reorder(record.WindHgt, winds);
-  return covered ? Status::YesHeights : Status::NoHeights;
+  constexpr double kMostExtra = 1e6;  // their first value is a height in feet
+  const auto isWild = [](double value) { return !(std::fabs(value) <= kMostExtra); };
+  if (std::ranges::any_of(record.ExtraRecord1, isWild) ||
+      std::ranges::any_of(record.ExtraRecord2, isWild)) {
+    record.ExtraRecord1 = {};
+    record.ExtraRecord2 = {};
+    notes.emplace_back("Supplementary values that are impossible were left out.");
+  }
+  constexpr int kLowestElevM = -500, kHighestPossibleM = 9000;
+  if (!record.ElevUnknown && (record.ElevM < kLowestElevM || record.ElevM > kHighestPossibleM)) {
+    notes.push_back("The elevation of " + Shortest(record.ElevM) + " m is impossible.");
+    SetElevationUnknown(record);
+  }
+  return notes;
 }
 
 std::string_view QcText(int number) {

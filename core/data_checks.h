@@ -3,7 +3,9 @@
 // and changes nothing.
 #pragma once
 
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "core/current_sounding.h"
 #include "core/fault.h"
@@ -22,6 +24,12 @@ void PressureDupe(SoundingRecord& record);
 /// returns Status::YesHeights when the working winds cover all wind levels: they then move along
 /// with them; else Status::NoHeights
 Status SortData(SoundingRecord& record);
+
+/// Takes away levels, winds and cloud layers with values that nothing can have (IsPossible), wild
+/// supplementary values and elevations: files made by hand or by another program may hold anything.
+///
+/// returns  notes on what was taken, temperature levels first
+std::vector<std::string> KeepPossible(SoundingRecord& record);
 
 /// The first fault that the check found: 1 to 8, 0 for none.
 struct QcFinding {

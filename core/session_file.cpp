@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <system_error>
 
+#include "core/data_checks.h"
 #include "core/numbers.h"
 #include "core/record_text.h"
 
@@ -221,7 +222,12 @@ SessionReading ReadSession(std::string_view text, std::string_view name) {
   Session session;
   ReadBody(archive, session);
   if (!archive.Good()) return None(archive.Reason());
-  return {std::move(session), {}};
+  SessionReading reading{std::move(session), {}};
+  if (!reading.Found->Edited) return reading;
+  for (const std::string& note : KeepPossible(*reading.Found->Edited)) {
+    reading.Note += (reading.Note.empty() ? "The last session: " : " ") + note;
+  }
+  return reading;
 }
 
 namespace {

@@ -41,7 +41,7 @@ struct Session {
 /// A session read back, or why there is none.
 struct SessionReading {
   std::optional<Session> Found{};
-  std::string Note{};  // empty when there simply was no file
+  std::string Note{};  // empty when there simply was no file; also what of a session was left out
 };
 
 /// A session as text: comma-separated records with every field of the edited sounding, and a check
@@ -49,7 +49,7 @@ struct SessionReading {
 std::string WriteSession(const Session& session);
 
 /// The session of a text; none, with a note, when a byte of it is missing or altered or it comes
-/// from another version. Nothing is taken from a damaged file.
+/// from another version. Nothing is taken from a damaged file, nor a level that nothing can have.
 ///
 /// name  of the file, for the note
 SessionReading ReadSession(std::string_view text, std::string_view name);

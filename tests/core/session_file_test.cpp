@@ -15,8 +15,8 @@ namespace {
 // No two fields alike, so that one forgotten or exchanged shows.
 Session FullSession() {
   SoundingRecord record =
-      test::Profile({{1000.1, 20.25, 10}, {850, 10, kMissing}, {1e-3, -70, -90}},
-                    {{0, 180, 5}, {1e5, 0.1, 1.0 / 3}}, -12);
+      test::Profile({{1000.1, 20.25, 10}, {850, 10, kMissing}, {0.01, -70, -90}},
+                    {{0, 180, 5}, {8e4, 0.1, 1.0 / 3}}, -12);
   record.FileTag = "VEXA 5.6";
   record.StationTitle = "50 % \"quoted\", two\r\nlines, \xC3\x98rland \x1A";
   SetDecimalPosition(record, -35.123456789, 97.4);
@@ -71,6 +71,28 @@ TEST(SessionFile, DamageGivesNoneWithANote) {
   const SessionReading reading = ReadSession(WriteSession(uneven), "VEXA.SES");
   EXPECT_FALSE(reading.Found);
   EXPECT_NE(reading.Note.find("holds levels of unequal number"), std::string::npos);
+}
+
+// The check sum vouches for the file, not for its numbers.
+TEST(SessionFile, ImpossibleLevelsAreLeftOut) {
+  Session wild = FullSession();
+  SoundingRecord expected = *wild.Edited;
+  wild.Edited->AddTemp(0.005, 2e307, 0);
+  wild.Edited->AddWind(8.1e4, 10, 10);
+  for (Levels<float>* working : {&wild.Edited->WorkWindDir, &wild.Edited->WorkWindSpd}) {
+    working->Add(1.5F);
+  }
+  wild.Edited->Clouds.Add({"ST", 2000, "350", 7});
+  wild.Edited->ElevUnknown = false;
+  wild.Edited->ElevM = 100000;
+  const SessionReading reading = ReadSession(WriteSession(wild), "VEXA.SES");
+  ASSERT_TRUE(reading.Found);
+  EXPECT_EQ(reading.Found->Edited->Temp, expected.Temp);
+  EXPECT_EQ(reading.Found->Edited->WindHgt, expected.WindHgt);
+  EXPECT_EQ(reading.Found->Edited->WorkWindDir, expected.WorkWindDir);
+  EXPECT_EQ(reading.Found->Edited->Clouds, expected.Clouds);
+  EXPECT_TRUE(reading.Found->Edited->ElevUnknown);
+  EXPECT_EQ(reading.Note.find("The last session: Temperature levels with impossible values"), 0u);
 }
 
 class FullDisk final : public FileOps {
