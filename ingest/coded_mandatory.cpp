@@ -124,11 +124,12 @@ class MandatoryReader : PartReader {
     if (group.starts_with("77") || group.starts_with("66")) {
       places_.push_back({.Kind = Head::MaximumWind, .At = at, .Press = SpecialPress(group)});
     }
-    constexpr int kOver1000 = 500;
+    constexpr int kOver1000 = 500, kHighestPress = 1100;  // hPa
     const std::optional<int> figures = Figures(group, 2, 3);
     if (!report_.IsAloft() && (group.starts_with("99") || IsMistakenSurface(at))) {
       Place surface{.Kind = Head::Surface, .At = at};
-      if (figures) surface.Press = *figures < kOver1000 ? *figures + 1000 : *figures;
+      const int press = figures.value_or(0) < kOver1000 ? figures.value_or(0) + 1000 : *figures;
+      if (figures && press <= kHighestPress) surface.Press = press;
       places_.push_back(surface);
     }
     const auto row = std::ranges::find_if(

@@ -297,7 +297,9 @@ TEST(CodedParts, PilotLevelsRise) {
 TEST(CodedParts, AGarbledSurfaceIsFoundByTheChecks) {
   const StationList stations = Place(252);
   const std::string garbled = Replaced(kPartA, "15456", "99857");
-  for (const std::string& text : {garbled, Replaced(kPartA, "99985", "91985")}) {
+  // The last has 1185 hPa, which no place has.
+  for (const std::string& text :
+       {garbled, Replaced(kPartA, "99985", "91985"), Replaced(kPartA, "99985", "99185")}) {
     const Decoded decoded = Decode(text, &stations);
     ASSERT_FALSE(decoded.Failed);
     EXPECT_EQ(CheckRecord(decoded.Record), (QcFinding{8, 1}));
