@@ -4,7 +4,6 @@
 #include <zlib.h>
 
 #include <algorithm>
-#include <chrono>
 #include <filesystem>
 #include <string>
 #include <utility>
@@ -122,18 +121,6 @@ TEST(Unpack, BombsEndTheOpening) {
   room = {.Files = 1};
   EXPECT_FALSE(Unpack(zip, room));
   EXPECT_TRUE(room.IsUsedUp);
-}
-
-// Ten times as many bulletins take some ten times as long to join, not a hundred.
-TEST(Unpack, ManyBulletinsAreJoinedAtOnce) {
-  const std::string text = FileText("coded_bulletins_20240305.txt");
-  std::vector<SourceText> texts;
-  for (int i = 0; i < 3000; ++i) texts.emplace_back("20240305.txt", text);
-  std::vector<std::string> notes;
-  const auto begin = std::chrono::steady_clock::now();
-  const SourceText joined = MakeArchive("many.zip", std::move(texts), notes);
-  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(30));
-  EXPECT_EQ(joined.Bytes().size(), 3000 * (text.size() + 2) - 2);
 }
 
 // Two bulletins with the parts of the same ascents, a packed station file of two soundings and a

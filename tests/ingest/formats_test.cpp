@@ -610,28 +610,6 @@ TEST(Formats, AWindGivenAtAPressureIsFoundThere) {
   }));
 }
 
-// A document of many profiles is read once, a line of many names gone through once.
-TEST(Formats, ManySoundingsAndNamesTakeLinearTime) {
-  constexpr int kProfiles = 20000, kNames = 50000;
-  std::string profiles = "{\"profiles\":[1", names = "pres", row = "1000";
-  for (int i = 1; i < kProfiles; ++i) profiles += ",1";
-  for (int i = 1; i < kNames; ++i) {
-    names += " x";
-    row += " 1";
-  }
-  const auto start = std::chrono::steady_clock::now();
-  const SourceText document("many.json", profiles + "]}");
-  LoadContext context;
-  for (context.Index = 0; context.Index < kProfiles; ++context.Index) {
-    SoundingRecord record;
-    ASSERT_TRUE(DecodeSounding(document, context, record));
-  }
-  EXPECT_EQ(context.Count, kProfiles);
-  EXPECT_TRUE(DecodeText("wide.txt", names + '\n' + row + '\n').Failed);
-  const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
-  EXPECT_LT(took.count(), 10);  // more than a minute where each is read anew
-}
-
 TEST(Formats, ABlankPaddedNineIsANine) {
   std::string text = FileText("td6201_two.txt");
   const std::size_t at = text.find("0150999");
@@ -641,28 +619,6 @@ TEST(Formats, ABlankPaddedNineIsANine) {
   const Decoded nine = DecodeText("t", text);
   ASSERT_FALSE(nine.Failed) << nine.Failed->Detail;
   EXPECT_NE(nine.Record, missing.Record);
-}
-
-TEST(Formats, SecondsOfAWholeFlightOpenInASecond) {
-  const std::string whole = FileText("class_two.cls");
-  const std::string heading = whole.substr(0, whole.find("\n------ ") + 1);
-  const std::string dashes =
-      whole.substr(heading.size(), whole.find('\n', heading.size()) + 1 - heading.size());
-  std::string text = heading + dashes;
-  const std::string row = whole.substr(heading.size() + dashes.size(), dashes.size());
-  constexpr int kRows = 7000;
-  for (int i = 0; i < kRows; ++i) {
-    std::string next = row;
-    next.replace(6, 7, PadLeft(Mask(1000.0 * std::exp(-i / 1500.0), "##0.0"), 7));
-    next.replace(next.size() - 38, 8, PadLeft(Mask(5 * i, "####0.0"), 8));
-    text += next;
-  }
-  const auto start = std::chrono::steady_clock::now();
-  const Decoded decoded = DecodeText("long.cls", text);
-  const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
-  ASSERT_FALSE(decoded.Failed) << decoded.Failed->Detail;
-  EXPECT_GT(decoded.Record.NumTempLevels(), 4000);  // pressures repeat in the tenths aloft
-  EXPECT_LT(took.count(), 1);
 }
 
 }  // namespace

@@ -1,0 +1,105 @@
+// How the reading of large files grows: each row names a size, and the fitted order that follows
+// should be N. What is read anew for each sounding, or gone through for each name, shows as N^2.
+#include <benchmark/benchmark.h>
+
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "core/files.h"
+#include "core/numbers.h"
+#include "core/raw_file.h"
+#include "ingest/archive.h"
+#include "ingest/decoder.h"
+
+namespace {
+
+using namespace vexa;
+
+std::string Sample(const char* name) {
+  return ReadFile(PathFromText(VEXA_SOURCE_DIR) / "tests" / "data" / name).Value();
+}
+
+// Decodes all soundings of a text.
+void Decode(benchmark::State& state, const std::string& name, const std::string& text,
+            bool isRefused = false) {
+  for (auto _ : state) {
+    const SourceText source(name, text);
+    ingest::LoadContext context;
+    do {
+      SoundingRecord record;
+      if (ingest::DecodeSounding(source, context, record).has_value() != isRefused) {
+        return state.SkipWithError("the file is not read as it should be");
+      }
+      benchmark::DoNotOptimize(record);
+    } while (++context.Index < context.Count);
+  }
+  state.SetComplexityN(state.range(0));
+}
+
+void NativeLevels(benchmark::State& state) {
+  SoundingRecord record;
+  record.FileTag = "VEXA 5.7";
+  record.StationTitle = "bench";
+  const auto levels = static_cast<int>(state.range(0));
+  for (int i = 0; i < levels; ++i) {
+    record.AddTemp(1000 - i * 990.0 / levels, 20 - i * 70.0 / levels, -80);
+    record.AddWind(i * 30000.0 / levels, 180.5, 12.5);
+  }
+  Decode(state, "long.RAW", WriteRaw(record));
+}
+
+// A value for every second of a flight, as NWS files have it.
+void SecondsOfAFlight(benchmark::State& state) {
+  const std::string whole = Sample("class_two.cls");
+  const std::string heading = whole.substr(0, whole.find("\n------ ") + 1);
+  const std::string dashes =
+      whole.substr(heading.size(), whole.find('\n', heading.size()) + 1 - heading.size());
+  const std::string row = whole.substr(heading.size() + dashes.size(), dashes.size());
+  std::string text = heading + dashes;
+  for (int i = 0; i < state.range(0); ++i) {
+    std::string next = row;
+    next.replace(6, 7, PadLeft(Mask(1000.0 * std::exp(-i / 1500.0), "##0.0"), 7));
+    next.replace(next.size() - 38, 8, PadLeft(Mask(5 * i, "####0.0"), 8));
+    text += next;
+  }
+  Decode(state, "long.cls", text);
+}
+
+void ProfilesOfADocument(benchmark::State& state) {
+  std::string text = "{\"profiles\":[1";
+  for (int i = 1; i < state.range(0); ++i) text += ",1";
+  Decode(state, "many.json", text + "]}", true);
+}
+
+void NamesOfColumns(benchmark::State& state) {
+  std::string names = "pres", row = "1000";
+  for (int i = 1; i < state.range(0); ++i) {
+    names += " x";
+    row += " 1";
+  }
+  Decode(state, "wide.txt", names + '\n' + row + '\n', true);
+}
+
+void BulletinsOfAnArchive(benchmark::State& state) {
+  const std::string text = Sample("coded_bulletins_20240305.txt");
+  for (auto _ : state) {
+    state.PauseTiming();
+    std::vector<SourceText> texts;
+    for (int i = 0; i < state.range(0); ++i) texts.emplace_back("20240305.txt", text);
+    std::vector<std::string> notes;
+    state.ResumeTiming();
+    benchmark::DoNotOptimize(ingest::MakeArchive("many.zip", std::move(texts), notes));
+  }
+  state.SetComplexityN(state.range(0));
+}
+
+BENCHMARK(NativeLevels)->RangeMultiplier(4)->Range(1000, 64000)->Complexity();
+BENCHMARK(SecondsOfAFlight)->Arg(2000)->Arg(4000)->Arg(7000)->Complexity();
+BENCHMARK(ProfilesOfADocument)->RangeMultiplier(4)->Range(1000, 16000)->Complexity();
+BENCHMARK(NamesOfColumns)->RangeMultiplier(4)->Range(1000, 64000)->Complexity();
+BENCHMARK(BulletinsOfAnArchive)->RangeMultiplier(4)->Range(48, 3072)->Complexity();
+
+}  // namespace
+
+BENCHMARK_MAIN();
