@@ -1,5 +1,6 @@
 #include "picture/text_width.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -60,6 +61,23 @@ std::string Elided(std::string_view text, double size, double room, bool bold) {
     if (TextWidth(cut, size, bold) <= room) return cut;
   }
   return {};
+}
+
+std::vector<std::string> Wrapped(std::string_view text, double size, double room) {
+  std::vector<std::string> lines;
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find(' '), text.size());
+    const std::string word(text.substr(0, end));
+    text.remove_prefix(std::min(end + 1, text.size()));
+    if (word.empty()) continue;
+    const std::string longer = lines.empty() ? word : lines.back() + ' ' + word;
+    if (!lines.empty() && TextWidth(longer, size) <= room) {
+      lines.back() = longer;
+    } else {
+      lines.push_back(Elided(word, size, room));
+    }
+  }
+  return lines;
 }
 
 }  // namespace vexa

@@ -4,6 +4,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "picture/picture.h"
 
@@ -15,5 +16,8 @@ double TextWidth(std::string_view text, double size, bool bold = false, Face fac
 /// The text, cut with an ellipsis where it is wider than the room; empty where not even one letter
 /// and the ellipsis fit.
 std::string Elided(std::string_view text, double size, double room, bool bold = false);
+
+/// The text in lines no wider than the room, broken at blanks; a word that is wider is cut.
+std::vector<std::string> Wrapped(std::string_view text, double size, double room);
 
 }  // namespace vexa
