@@ -81,9 +81,10 @@ class WindPlaces {
         levels_(levels),
         winds_(static_cast<std::size_t>(levels.Count()) + 1, 0) {
     if (sounding.NumWindLevels() == 0 || levels.Count() == 0) return;
-    // A source's heights may begin at another elevation of the station than the sounding does.
+    // A source's heights may begin at another elevation of the station than the sounding does; or
+    // there is no wind on the ground, and the first one stands at a level above it.
     const double offset = sounding.WindHgt(1) - levels.Height(1);
-    if (std::fabs(offset) <= kGroundOffset) offset_ = offset;
+    if (std::fabs(offset) <= kGroundOffset && OnLevels(offset) >= OnLevels(0)) offset_ = offset;
     for (int i = 1; i <= sounding.NumWindLevels(); ++i) {
       if (sounding.HasWind(i)) Place(i);
     }
@@ -91,6 +92,19 @@ class WindPlaces {
   const std::vector<int>& Winds() const { return winds_; }
 
  private:
+  // How many winds stand at a level within the rounding when their heights lie so much too high.
+  int OnLevels(double offset) const {
+    constexpr double kRounding = 0.5;  // m
+    int count = 0;
+    for (int i = 1; i <= sounding_.NumWindLevels(); ++i) {
+      const double height = sounding_.WindHgt(i) - offset;
+      const int nearest = NearestLevel(levels_, height);
+      if (!sounding_.HasWind(i) || nearest == 0) continue;
+      if (std::fabs(levels_.Height(nearest) - height) <= kRounding) ++count;
+    }
+    return count;
+  }
+
   int& At(int level) { return winds_[static_cast<std::size_t>(level)]; }
   double HeightOf(int wind) const { return sounding_.WindHgt(wind) - offset_; }
   double Distance(int level, int wind) const {

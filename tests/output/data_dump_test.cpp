@@ -60,6 +60,38 @@ TEST(LevelRows, WindsJoinTheLevelTheyBelongTo) {
   EXPECT_FALSE(rows[0].Shear);
 }
 
+// The lowest levels of a message (71907, 8 December 2008 12 UTC): no wind at 1003 hPa, calm at
+// 1000 hPa, 275 degrees at 925 hPa. Their winds are found again there, also when the heights of all
+// of them begin at another elevation, as long as that one is told from no wind on the ground.
+TEST(LevelRows, NoWindOnTheGroundMovesNoOther) {
+  struct Case {
+    const char* About;
+    std::vector<int> Levels;  // that have a wind
+    double Offset;            // m of the winds' heights
+  };
+  const Case cases[] = {{"no wind on the ground", {2, 5, 6}, 0},
+                        {"a wind on the ground", {1, 2, 5, 6}, 0},
+                        {"an elevation of 12 m more", {1, 2, 5, 6}, 12},
+                        {"one of 20 m less", {1, 5, 6}, -20}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.About);
+    SoundingRecord record = test::Profile({{1003, -14.9, -17.5},
+                                           {1000, -13.5, -14.9},
+                                           {998, -12.1, -13.6},
+                                           {991, -11.5, -14.9},
+                                           {925, -15.1, -17},
+                                           {850, -20.1, -22.2}},
+                                          {}, 26);
+    const auto results = AnalyseForDump(record, {}, DumpKind::Textfile);
+    std::vector<int> expected(7, 0);
+    for (const int level : c.Levels) {
+      record.AddWind(results.Levels.Height(level) + c.Offset, 10 * level, level);
+      expected[static_cast<std::size_t>(level)] = record.NumWindLevels();
+    }
+    EXPECT_EQ(WindsOfLevels(record, results), expected);
+  }
+}
+
 TEST(LevelRows, EmptyWindsAreNoLevels) {
   const SoundingRecord whole = test::ReferenceConvective();
   const SoundingRecord empty = test::WithEmptyWinds(whole);
