@@ -1,6 +1,7 @@
 #include "display/shown_texts.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "analysis/index_table.h"
@@ -105,7 +106,8 @@ Stress StressOf(const Shown& shown, std::string_view label) {
 }
 
 Stress StressOf(const Shown& shown, std::string_view label, double value) {
-  if (NotAvailable(value)) return Stress::None;
+  // The largest CAPE of the tropics passes the markers of other quantities.
+  if (!std::isfinite(value) || value == kNone) return Stress::None;
   int step = 0;
   for (const analysis::SevereRow& row : shown.Severe.Rows) {
     if (!analysis::IsSevereEntry(row.Entry)) continue;

@@ -84,12 +84,12 @@ SheetBlock ParcelBlock(const Shown& shown) {
   const std::string unit = texts.HeightUnit();
   block.Rows.push_back(
       ParcelRow("CAPE", ascents, "J/kg", 0, energy(&ParcelAscent::CapeTotal, "CAPE total")));
+  block.Rows.push_back(ParcelRow("   0-" + Shortest(shown.Set.CapeDepthKm) + " km", ascents, "J/kg",
+                                 5, energy(&ParcelAscent::CapeDepth, "CAPE 0-xkm")));
   block.Rows.push_back(ParcelRow("CIN", ascents, "J/kg", 1, energy(&ParcelAscent::CinTotal, "")));
   block.Rows.push_back(ParcelRow("LCL", ascents, unit, 2, height(&ParcelAscent::Condensation)));
   block.Rows.push_back(ParcelRow("LFC", ascents, unit, 3, height(&ParcelAscent::FreeLevel)));
   block.Rows.push_back(ParcelRow("EL", ascents, unit, 4, height(&ParcelAscent::Equilibrium)));
-  block.Rows.push_back(ParcelRow("0-" + Shortest(shown.Set.CapeDepthKm) + " km", ascents, "J/kg", 5,
-                                 energy(&ParcelAscent::CapeDepth, "CAPE 0-xkm")));
   return block;
 }
 

@@ -491,7 +491,8 @@ HodographPlot PlotHodograph(const HodographInput& input, const Surface& surface)
   plot.Winds = WindProfile(input.Sounding, input.Set);
   Canvas canvas{.In = input, .Page = plot.Page, .Colors = inks, .Room = LabelRoom(places.Plot)};
   const Rings rings = PlaceRings(canvas, places.Plot, plot.Winds);
-  DrawRings(plot.Page, canvas.At, rings, inks, AvoidTrace(canvas, plot.Winds), canvas.Room);
+  DrawRings(plot.Page, canvas.At, rings, inks, AvoidTrace(canvas, Smoothed(plot.Winds)),
+            canvas.Room);
   if (ShowsStorm(canvas)) DrawStormVectors(canvas);
   if (input.Window.HelicityContours) DrawHelicityContours(canvas);
   if (input.Window.MbeVector) DrawPropagationVector(canvas);
@@ -500,7 +501,7 @@ HodographPlot PlotHodograph(const HodographInput& input, const Surface& surface)
   DrawComparisons(canvas);
   if (!input.Window.SkipPlot) {
     DrawTrace(canvas, plot.Winds);
-    DrawHeightMarks(canvas, plot.Winds);
+    DrawHeightMarks(canvas, Smoothed(plot.Winds));
   }
   DrawNames(canvas);
   DrawFrameLine(canvas);
@@ -532,13 +533,13 @@ void DrawHodographBox(Picture& page, const Rect& region, const HodographInput& i
   Rings rings = PlaceRings(canvas, region, winds);
   rings.LabelOnce = true;
   DrawBandNames(canvas, winds);
-  DrawRings(page, canvas.At, rings, inks, AvoidTrace(canvas, winds), canvas.Room);
+  DrawRings(page, canvas.At, rings, inks, AvoidTrace(canvas, Smoothed(winds)), canvas.Room);
   if (ShowsStorm(canvas)) {
     DrawStormVectors(canvas);
     DrawMeanWinds(canvas);
   }
   DrawTrace(canvas, winds);
-  DrawHeightMarks(canvas, winds);
+  DrawHeightMarks(canvas, Smoothed(winds));
   DrawNames(canvas);
   DrawFrameLine(canvas);
 }

@@ -173,6 +173,9 @@ TEST(SideBoxes, ColourByTheUsersTable) {
     }
   }
   EXPECT_EQ(steps(), expected(1, 2, 3));
+  // More than any marker of a missing value.
+  EXPECT_EQ(StressOf({sounding, results, options, table}, "CAPE total", 10108), Stress::Third);
+  EXPECT_EQ(StressOf({sounding, results, options, table}, "CAPE total", kNone), Stress::None);
   table.Rows.clear();
   EXPECT_EQ(steps(), std::vector<Stress>(4, Stress::None));
 }

@@ -312,6 +312,18 @@ TEST(HodographPlot, ComposesEveryPageForItsSurface) {
   }
 }
 
+// Where levels crowd the line is one of means, and the marks stand on it.
+TEST(HodographPlot, HeightMarksStandOnTheTrace) {
+  SoundingRecord noisy = test::Profile({});
+  for (int i = 0; i <= 600; ++i) noisy.AddWind(10.0 * i, 270, i % 2 == 0 ? 40 : 10);
+  const HodographPlot plot = Draw(noisy, {});
+  const std::vector<Circle> marks = Tagged<Circle>(plot.Page, "height mark");
+  ASSERT_GE(marks.size(), 5u);
+  for (std::size_t i = 0; i + 1 < marks.size(); ++i) {
+    EXPECT_NEAR(plot.Mapping.ToWind(marks[i].Center).U, -25, 0.6);
+  }
+}
+
 TEST(SmallHodograph, ObeysItsOptions) {
   const SoundingRecord sounding = test::ReferenceConvective();
   Options options;
