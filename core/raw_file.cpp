@@ -1,6 +1,7 @@
 #include "core/raw_file.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cmath>
 
 #include "core/error_report.h"
@@ -77,9 +78,9 @@ class RawReader {
  private:
   void ReadPosition() {
     into_.LatValue = Angle("the latitude", 90);
-    into_.LatHemi = Text("the latitude's hemisphere");
+    into_.LatHemi = Hemisphere("the latitude's hemisphere", "NS");
     into_.LonValue = static_cast<float>(Angle("the longitude", 360));
-    into_.LonHemi = Text("the longitude's hemisphere");
+    into_.LonHemi = Hemisphere("the longitude's hemisphere", "EW");
     const double elevation = Number("the elevation");
     if (elevation == kNone) {
       SetElevationUnknown(into_);
@@ -87,6 +88,18 @@ class RawReader {
       SetElevation(into_, ToWhole(elevation));
     }
     ParseLatLon(into_);
+  }
+
+  // A capital letter, or nothing where the position is not known.
+  std::string Hemisphere(std::string_view what, std::string_view letters) {
+    const int line = fields_.Line();
+    std::string letter(Trim(Text(what)));
+    for (char& c : letter) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+    const bool isOne = letter.size() == 1 && letters.find(letter) != std::string_view::npos;
+    if (fault_ || letter.empty() || isOne) return letter;
+    fault_ = fields_.DamagedAt(line, std::string(what) + " should be " + letters[0] + " or " +
+                                         letters[1] + ", not \"" + letter + '"');
+    return {};
   }
 
   double Angle(std::string_view what, double most) {

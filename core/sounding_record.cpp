@@ -5,6 +5,7 @@
 #include "core/markers.h"
 #include "core/numbers.h"
 #include "core/units.h"
+#include "core/utf8.h"
 
 namespace vexa {
 
@@ -29,15 +30,15 @@ void ClearData(SoundingRecord& record) {
   record = SoundingRecord{};
 }
 
-std::string CutTitle(std::string_view text, int most) {
-  // Bytes of the form 10xxxxxx continue a character. In a text of single-byte characters above
-  // ASCII a few characters more may stay, never fewer.
-  const auto continues = [](char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; };
-  int characters = 0;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    if (!continues(text[i]) && ++characters > most) return std::string(text.substr(0, i));
+std::string CutTitle(std::string_view given, int most) {
+  // What is no UTF-8 is an older text of single bytes.
+  std::string text = IsUtf8(given) ? std::string(given) : Utf8FromLatin1(given);
+  std::size_t end = 0;
+  for (int characters = 0; characters < most && end < text.size(); ++characters) {
+    end += Utf8Length(std::string_view(text).substr(end));
   }
-  return std::string(text);
+  text.resize(end);
+  return text;
 }
 
 void SetElevation(SoundingRecord& record, int elevM) {

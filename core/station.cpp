@@ -139,7 +139,7 @@ std::string StationCaption(const Station& station) {
   std::string caption = Mask(station.Number, "00000");
   if (!station.Ident.empty()) caption += " - " + station.Ident;
   if (!station.Name.empty()) caption += " - " + station.Name;
-  if (!station.Region.empty()) caption += ", " + station.Region;
+  if (!station.Region.empty()) caption += (station.Name.empty() ? " - " : ", ") + station.Region;
   return caption;
 }
 

@@ -41,6 +41,12 @@ bool IsUtf8(std::string_view text) {
   return true;
 }
 
+std::string Utf8FromLatin1(std::string_view bytes) {
+  std::string text;
+  for (const char c : bytes) AppendUtf8(static_cast<unsigned char>(c), text);
+  return text;
+}
+
 std::string ValidUtf8(std::string_view text) {
   std::string valid;
   valid.reserve(text.size());

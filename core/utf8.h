@@ -1,5 +1,5 @@
-// Texts from anywhere, checked for being UTF-8: what JSON, SVG and the editor show must be, whatever
-// bytes a file held.
+// Texts from anywhere, checked for being UTF-8: what JSON, SVG and the editor show must be,
+// whatever bytes a file held.
 #pragma once
 
 #include <cstddef>
@@ -16,6 +16,9 @@ inline constexpr std::string_view kReplacement = "\xEF\xBF\xBD";  // U+FFFD
 std::size_t Utf8Length(std::string_view text);
 
 bool IsUtf8(std::string_view text);
+
+/// A text of single bytes, Latin-1, as UTF-8.
+std::string Utf8FromLatin1(std::string_view bytes);
 
 /// The text with U+FFFD in place of each byte that is no part of a character.
 std::string ValidUtf8(std::string_view text);

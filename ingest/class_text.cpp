@@ -59,7 +59,8 @@ void ReadLocation(std::string_view value, SourceHeading& heading) {
   heading.Elevation = plain.back();
 }
 
-// "KABQ Albuquerque, NM / 72365"
+// "KABQ Albuquerque, NM / 72365". Without the number, as in "IOP 18 - CI", the first word need not
+// be the letters of a station.
 void ReadSite(std::string_view value, StationName& station) {
   const std::size_t slash = value.rfind('/');
   std::string_view name = Trim(value.substr(0, slash));
@@ -68,7 +69,7 @@ void ReadSite(std::string_view value, StationName& station) {
     if (number.size() == 5) station.Number = ParseWhole(number).value_or(0);
   }
   const std::string_view first = name.substr(0, name.find(' '));
-  const bool isLetters = first.size() >= 3 && first.size() <= 4 &&
+  const bool isLetters = station.Number != 0 && first.size() >= 3 && first.size() <= 4 &&
                          std::ranges::all_of(first, [](char c) { return c >= 'A' && c <= 'Z'; });
   if (isLetters) {
     station.Letters = first;

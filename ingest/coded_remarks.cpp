@@ -5,6 +5,7 @@
 #include <span>
 #include <utility>
 
+#include "analysis/shown_units.h"
 #include "core/numbers.h"
 #include "ingest/coded_groups.h"
 
@@ -65,7 +66,7 @@ std::string MeanWinds(std::string_view lower, std::string_view upper) {
   const auto text = [](std::string_view group) {
     const std::optional<GroupWind> wind = ReadWindGroup(group, 1);
     if (!wind || !wind->Spd) return std::string("not given");
-    return Mask(*wind->Dir, "000") + '/' + Shortest(*wind->Spd) + " kt";
+    return analysis::DirectionText(*wind->Dir) + '/' + Shortest(*wind->Spd) + " kt";
   };
   if (!IsGroup(lower) || !IsGroup(upper)) return {};
   return "mean wind surface to 5000 ft " + text(lower) + ", 5000 to 10000 ft " + text(upper);

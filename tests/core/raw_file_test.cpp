@@ -76,6 +76,19 @@ TEST(LoadRAW, FilesBefore212HaveNoCloudLine) {
   EXPECT_TRUE(again.Record.ElevUnknown);
 }
 
+// A station at 33.56.51 south, 70.40.10 west, whoever typed the letters.
+TEST(LoadRAW, HemispheresMayBeSmallLetters) {
+  const std::string rest = "\"AUTO\",0,\"AUTO\",0,0,\"\",\"\"\r\n1000,10,5\r\n900,4,2\r\n";
+  for (const char* position : {"33.5651,\"s\",70.401,\"w\"", "33.5651,\" S\",70.401,\"W \""}) {
+    const Read read =
+        ReadText("\"VEXA 5.7\",\"t\",1,2,0\r\n" + std::string(position) + ",520\r\n" + rest);
+    ASSERT_FALSE(read.Failed) << read.Failed->Detail;
+    EXPECT_EQ(read.Record.LatHemi + read.Record.LonHemi, "SW");
+    EXPECT_NEAR(read.Record.LatSigned, -(33 + 56.0 / 60 + 51.0 / 3600), 1e-9);
+    EXPECT_NEAR(read.Record.LonSigned, -(70 + 40.0 / 60 + 10.0 / 3600), 1e-5);
+  }
+}
+
 TEST(LoadRAW, FieldsMayBreakAnywhere) {
   std::string text = FileText("native_5_7.RAW");
   const SoundingRecord whole = ReadText(text).Record;
@@ -107,6 +120,8 @@ TEST(LoadRAW, DamageNamesLineAndReasonAndKeepsWhatWasRead) {
        "x.RAW, line 1: the number of temperature levels should be a count, not \"-2\"", 0},
       {"latitude", "\"VEXA 5.7\",\"t\",1,2,1\r\n95,\"N\",8,\"E\",120\r\n",
        "x.RAW, line 2: the latitude lies outside 0 to 90", 0},
+      {"hemisphere", "\"VEXA 5.7\",\"t\",1,2,1\r\n45,\"N\",8,\"N\",120\r\n",
+       "x.RAW, line 2: the longitude's hemisphere should be E or W, not \"N\"", 0},
       {"text for a number", head + clouds + "1000,10,5\r\n900,\"4\",2\r\n",
        "x.RAW, line 5: the temperature should be a number, not \"4\"", 1},
       {"quote left open", head + "\"AUTO,0", "x.RAW, line 3: a text lacks its closing quote", 0},

@@ -41,6 +41,9 @@ TEST(CutTitle, KeepsWholeCharacters) {
   std::string umlauts;
   for (int i = 0; i < 60; ++i) umlauts += "\u00FC";
   EXPECT_EQ(CutTitle(umlauts), umlauts.substr(0, 108));
+  // Files from before UTF-8 hold single bytes.
+  EXPECT_EQ(CutTitle("M\xFCnchen // 4 MAY"), "M\u00FCnchen // 4 MAY");
+  EXPECT_EQ(CutTitle(std::string(60, '\xFC')), umlauts.substr(0, 108));
 }
 
 }  // namespace

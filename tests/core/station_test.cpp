@@ -122,8 +122,9 @@ TEST(StationFile, TellsTheUserAtStartUp) {
 
   user.Expect("Warning ...", Answer::Ok);
   load(kHeader + kHeathrow);
-  EXPECT_EQ(user.Boxes.back().Text, common + "end of file or a missing '99999' terminator.\n"
-                     "VEXA.STN, line 4: ends without the number 99999");
+  EXPECT_EQ(user.Boxes.back().Text, common +
+                                        "end of file or a missing '99999' terminator.\n"
+                                        "VEXA.STN, line 4: ends without the number 99999");
 
   user.Expect("Warning ...", Answer::Ok);
   load(kHeader + Row("72357", "35.0,E,97.4,W") + "99999");
@@ -149,9 +150,11 @@ TEST(StationFile, SavingLosesNothing) {
       {"a number twice",
        kHeader + kHeathrow + "3772,AGAIN,,,1,1.0,N,1.0,E\r\n" + kDarwin + "99999",
        {"3772,AGAIN,,,1,1.0,N,1.0,E"}},
-      {"fields too many", kHeader + Row("3772", "51.5,N,0.5,W,more,x") + kDarwin + "99999",
+      {"fields too many",
+       kHeader + Row("3772", "51.5,N,0.5,W,more,x") + kDarwin + "99999",
        {"more,x"}},
-      {"notes behind the end", kHeader + kHeathrow + kDarwin + "99999\r\nmy notes\r\nand more",
+      {"notes behind the end",
+       kHeader + kHeathrow + kDarwin + "99999\r\nmy notes\r\nand more",
        {"my notes\r\nand more"}},
       {"no end", kHeader + kHeathrow + kDarwin, {}},
       {"the only one", kHeader + torn + "\r\n99999", {torn}},
@@ -178,8 +181,9 @@ TEST(StationFile, SavingLosesNothing) {
 }
 
 TEST(StationFile, LookupFillsTheHeader) {
-  const StationList list =
-      Read(kHeader + kHeathrow + kDarwin + "95000,,BUOY,,-999,0.0,S,180.0,W\r\n99999\r\n");
+  const StationList list = Read(kHeader + kHeathrow + kDarwin +
+                                "95000,,BUOY,,-999,0.0,S,180.0,W\r\n"
+                                "95001,,,SEA,0,0.0,S,180.0,W\r\n99999\r\n");
   SoundingRecord record = test::Profile({{1000, 20, 10}});
   const SoundingRecord before = record;
   EXPECT_FALSE(FindStation(list, 3773, record));
@@ -203,6 +207,8 @@ TEST(StationFile, LookupFillsTheHeader) {
   EXPECT_EQ(record.StationTitle, "95000 - BUOY");
   EXPECT_TRUE(record.ElevUnknown);
   EXPECT_EQ(record.LatHemi + record.LonHemi, "SW");
+  ASSERT_TRUE(FindStation(list, 95001, record));
+  EXPECT_EQ(record.StationTitle, "95001 - SEA");
 }
 
 // The file that the program ships: sound, written as the program writes, and with stations where

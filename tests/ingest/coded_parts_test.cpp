@@ -129,7 +129,7 @@ TEST(CodedParts, SectionsBehindTheLevelsAreNotLevels) {
       "31313 09608 81131 90287 41414 85071 51515 10164 00053 10194 21534 ///// 10165 "
       "61616 AF302 0715A 62626 MBL WND 29023=\n"
       "TTBB 55128 72999 00000 20056 11850 10056 21212 00000 18010 11850 18020 31313 09608 81131 "
-      "41414 85071 51515 11920 18515=");
+      "41414 85071 51515 11920 18515 10194 08512 36010=");
   ASSERT_FALSE(decoded.Failed) << decoded.Failed->Detail;
   EXPECT_EQ(decoded.Record.Press, Levels<double>({1000, 850, 700}));
   EXPECT_EQ(decoded.Record.NumWindLevels(), 3);
@@ -137,6 +137,7 @@ TEST(CodedParts, SectionsBehindTheLevelsAreNotLevels) {
        {"released at 11:31 UTC", "the water's temperature is 28.7 C",
         "stability index of the station -3",
         "mean wind surface to 5000 ft 215/34 kt, 5000 to 10000 ft not given",
+        "mean wind surface to 5000 ft 85/12 kt, 5000 to 10000 ft 360/10 kt",
         "data are doubtful or missing", "national section AF302 0715A", "remarks MBL WND 29023"}) {
     EXPECT_TRUE(decoded.HasNote(note)) << note;
   }

@@ -621,5 +621,18 @@ TEST(Formats, ABlankPaddedNineIsANine) {
   EXPECT_NE(nine.Record, missing.Record);
 }
 
+// The first word of a site is a station's letters beside a number only.
+TEST(Formats, ASiteWithoutANumberKeepsItsName) {
+  const std::string text = FileText("class_two.cls");
+  const std::string site = "KTST Test Hill, XX / 72999";
+  for (const char* name : {"IOP 18 - CI", "CAMP North"}) {
+    std::string named = text;
+    named.replace(named.find(site), site.size(), name);
+    const Decoded decoded = DecodeText("t.cls", named);
+    ASSERT_FALSE(decoded.Failed) << decoded.Failed->Detail;
+    EXPECT_EQ(decoded.Record.StationTitle, std::string(name) + "  00Z 10 Mar 2021");
+  }
+}
+
 }  // namespace
 }  // namespace vexa::ingest
