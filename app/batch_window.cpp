@@ -263,7 +263,12 @@ download::BatchReport BatchWindow::RunFor(const ObservationTime& time) {
                   const Fault& fault) {
              Log(source.Name + ": " + download::FileStem(request) + ": " + fault.Detail);
            },
-       .Saved = [this](const std::string& file) { Log(file); },
+       .Saved =
+           [this](const SavedSounding& saved) {
+             Log(SavedText(saved));
+             if (saved.Finding.Number != 0) Log(saved.File + ": " + DoubtText(saved.Finding));
+             if (!saved.Lost.empty()) Log(saved.File + ": " + saved.Lost);
+           },
        .Continue =
            [this](int done, int total, const download::Request& next) {
              waits_->setText(ToQString("Processing: " + Shortest(done + 1) + " of " +

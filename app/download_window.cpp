@@ -231,6 +231,7 @@ bool DownloadWindow::Fetch() {
     return false;
   }
   download::BatchReport report;
+  SavedSounding saved;
   {
     const auto pass = program_.Gate.Enter();
     if (!pass) return false;
@@ -242,12 +243,14 @@ bool DownloadWindow::Fetch() {
         net_, [this](const download::FetchProgress& step) { return ShowProgress(step); });
     const download::Cache cache(program_.Where.Root / "cache");
     cache.Sweep(SystemNow());
-    FetchWork work(fetcher, &cache, &program_.Stations,
-                   {.MayReplace = [this](const std::filesystem::path& file) {
-                     const Fault question{kFaultFileExists, "Fetch", {},
-                                          TextFromPath(file.filename())};
-                     return program_.Doc.Report(question) == Answer::Yes;
-                   }});
+    FetchWork work(
+        fetcher, &cache, &program_.Stations,
+        {.Saved = [&saved](const SavedSounding& file) { saved = file; },
+         .MayReplace =
+             [this](const std::filesystem::path& file) {
+               const Fault question{kFaultFileExists, "Fetch", {}, TextFromPath(file.filename())};
+               return program_.Doc.Report(question) == Answer::Yes;
+             }});
     report = download::RunBatch(plan, work);
     isRunning_ = false;
     fetch_->setEnabled(true);
@@ -258,13 +261,8 @@ bool DownloadWindow::Fetch() {
     step_->setText(hasReason ? ToQString(report.Items.front().Failed->Detail) : QString());
     return false;
   }
-  const download::BatchItem& item = report.Items.front();
-  step_->setText(ToQString(item.File));
-  const Outcome<std::string> bytes = ReadFile(PathFromText(item.File));
-  const Outcome<int> asked =
-      bytes ? AskedSounding(bytes.Value(), Completed(item.Wanted, &program_.Stations))
-            : bytes.Error();
-  opened_(PathFromText(item.File), asked ? asked.Value() : 0);
+  step_->setText(ToQString(saved.Lost.empty() ? saved.File : saved.File + ": " + saved.Lost));
+  opened_(PathFromText(saved.File), saved.Index);
   return true;
 }
 

@@ -20,6 +20,7 @@
 #include "core/error_report.h"
 #include "core/files.h"
 #include "core/numbers.h"
+#include "core/raw_file.h"
 #include "output/data_print.h"
 #include "output/paint/paint.h"
 #include "output/print_pages.h"
@@ -29,11 +30,6 @@
 
 namespace vexa {
 namespace {
-
-constexpr int kLeastPx = 64;
-constexpr int kMostPx = 20000;
-constexpr int kLeastDpi = 36;
-constexpr int kMostDpi = 1200;
 
 void Tell(Program& program, std::string text, BoxIcon icon) {
   program.Doc.SetStatus(text);
@@ -155,7 +151,11 @@ void WriteReport(Program& program) {
     program.Doc.Report(*fault);
     return;
   }
-  Tell(program, "The report is in " + *name, BoxIcon::Information);
+  const std::string lost = LostBelowSea(program.Current.Record);
+  Tell(program,
+       "The report is in " + *name +
+           (lost.empty() ? "" : "\n" + std::string(report::kNativeName) + ": " + lost),
+       BoxIcon::Information);
 }
 
 bool RunImageCommand(Program& program, Command command, QWidget* window, QSize displaySize) {
@@ -207,10 +207,12 @@ SaveImageWindow::SaveImageWindow(QSize displaySize, QWidget* parent) : QDialog(p
     form->addRow(QString::fromLatin1(caption), box);
     return box;
   };
-  width_ = number("ImageWidth", "&Width", kLeastPx, kMostPx, displaySize.width(), " pixels");
-  height_ = number("ImageHeight", "&Height", kLeastPx, kMostPx, displaySize.height(), " pixels");
-  dpi_ = number("ImageDpi", "&Resolution", kLeastDpi, kMostDpi, static_cast<int>(paint::kScreenDpi),
-                " dots per inch");
+  width_ =
+      number("ImageWidth", "&Width", kLeastImagePx, kMostImagePx, displaySize.width(), " pixels");
+  height_ = number("ImageHeight", "&Height", kLeastImagePx, kMostImagePx, displaySize.height(),
+                   " pixels");
+  dpi_ = number("ImageDpi", "&Resolution", kLeastImageDpi, kMostImageDpi,
+                static_cast<int>(paint::kScreenDpi), " dots per inch");
   quality_ = number("JpegQuality", "JPEG &quality", 1, 100, paint::kJpegQuality, "");
   auto* library = new QLabel(ToQString(paint::JpegLibraryVersion()), this);
   library->setObjectName(QStringLiteral("JpegLibrary"));

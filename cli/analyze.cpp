@@ -7,8 +7,8 @@
 #include "analysis/index_table.h"
 #include "analysis/moist_air.h"
 #include "cli/commands.h"
-#include "cli/settings.h"
-#include "core/data_checks.h"
+#include "cli/inputs.h"
+#include "cli/loaded_program.h"
 #include "core/files.h"
 #include "core/markers.h"
 #include "core/numbers.h"
@@ -39,7 +39,7 @@ class Report {
     if (format_ == "json" && several_) console_.Out("[");
   }
 
-  void Add(const AnalysedSounding& sounding) {
+  void Add(const ReportedSounding& sounding) {
     if (format_ == "csv") {
       console_.Out(CsvRow(sounding, options_) + "\n");
     } else if (format_ == "json") {
@@ -72,29 +72,20 @@ std::vector<std::string_view> IndexLabels() {
 // Reads one file after the other and hands each sounding on; what fails is reported and passed
 // over. Gives the exit code.
 template <class Use>
-int ForEachSounding(const Arguments& arguments, int index, const Options& options, Console& console,
+int ForEachSounding(const Arguments& arguments, const CommandSetup& setup, Console& console,
                     Use&& use) {
-  int exitCode = kExitOk;
   analysis::AdiabatTable adiabats;
+  Inputs inputs(console, setup.Stations, setup.Index);
   for (const std::string& file : arguments.Files) {
-    const Outcome<AnalysedSounding> sounding = LoadAndAnalyse(file, index, options, &adiabats);
-    if (sounding) {
-      const QcFinding found = CheckRecord(sounding.Value().Record);
-      if (found.Number != 0) {
-        console.Err("vexa-cli: " + file +
-                    ": the data are doubtful: " + std::string(QcText(found.Number)) +
-                    (found.Level != 0 ? " Level " + Shortest(found.Level) + "." : "") + "\n");
-      }
-      use(sounding.Value());
-    } else {
-      ReportFault(console, file, sounding.Error());
-      exitCode = kExitInputFailed;
-    }
+    std::optional<LoadedSounding> loaded = inputs.Load(file);
+    if (!loaded) continue;
+    const AnalysedSounding sounding(*std::move(loaded));
+    use(report::ReportOf(sounding, file, setup.Settings.Set, &adiabats));
   }
-  return exitCode;
+  return inputs.ExitCode();
 }
 
-void ExplainIndices(const AnalysedSounding& sounding,
+void ExplainIndices(const ReportedSounding& sounding,
                     const std::vector<const analysis::IndexRow*>& rows, const Options& options,
                     Console& console) {
   console.Out(sounding.Record.StationTitle + "\n");
@@ -104,7 +95,7 @@ void ExplainIndices(const AnalysedSounding& sounding,
 }
 
 // The steps of LiftSat for the wet bulb of every level that has one, under a line that names it.
-std::string TraceLiftSat(const AnalysedSounding& sounding, const Options& options) {
+std::string TraceLiftSat(const ReportedSounding& sounding, const Options& options) {
   std::string trace = sounding.File + "\n";
   const analysis::LevelProfile& levels = sounding.Results.Levels;
   for (int i = 1; i <= levels.Count(); ++i) {
@@ -119,9 +110,10 @@ std::string TraceLiftSat(const AnalysedSounding& sounding, const Options& option
 
 int RunAnalyze(const Arguments& arguments, Console& console) {
   const std::string format = arguments.Value("--format").value_or("text");
-  const Outcome<SettingsStore> settings = CommandSettings(arguments, console);
-  if (!settings) return UsageError(console, kAnalyzeCommand, settings.Error().Detail);
-  const Options& options = settings.Value().Set;
+  const Outcome<CommandSetup> given = SetupOf(arguments, console);
+  if (!given) return UsageError(console, kAnalyzeCommand, given.Error().Detail);
+  const CommandSetup& setup = given.Value();
+  const Options& options = setup.Settings.Set;
   std::vector<const analysis::IndexRow*> explained;
   const std::vector<std::string_view> labels = IndexLabels();
   for (const std::string& label : arguments.Values("--explain")) {
@@ -132,9 +124,8 @@ int RunAnalyze(const Arguments& arguments, Console& console) {
                             "; there are " + Joined(labels));
     }
   }
-  const int at = SoundingIndex(arguments);
   if (!explained.empty()) {
-    return ForEachSounding(arguments, at, options, console, [&](const AnalysedSounding& sounding) {
+    return ForEachSounding(arguments, setup, console, [&](const ReportedSounding& sounding) {
       ExplainIndices(sounding, explained, options, console);
     });
   }
@@ -149,7 +140,7 @@ int RunAnalyze(const Arguments& arguments, Console& console) {
   }
   Report report(format, arguments.Files.size() > 1, options, console);
   const int exitCode =
-      ForEachSounding(arguments, at, options, console, [&](const AnalysedSounding& sounding) {
+      ForEachSounding(arguments, setup, console, [&](const ReportedSounding& sounding) {
         report.Add(sounding);
         if (trace && !traceFault) traceFault = trace->Write(TraceLiftSat(sounding, options));
       });

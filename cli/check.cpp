@@ -11,8 +11,8 @@
 #include "core/error_report.h"
 #include "core/files.h"
 #include "core/numbers.h"
-#include "ingest/decoder.h"
 #include "ingest/sounding_files.h"
+#include "sounding/sounding_source.h"
 
 namespace vexa::cli {
 namespace {
@@ -54,46 +54,39 @@ bool IsBlank(const SourceText& source) {
   return source.Members().empty() && Trim(source.Bytes()).empty();
 }
 
-Verdict CheckSounding(const SourceText& source, ingest::LoadContext& context) {
-  SoundingRecord record;
-  if (const std::optional<Fault> fault = ingest::DecodeSounding(source, context, record)) {
-    Verdict refused = Refused(*fault);
-    refused.IsStrange = fault->Number == kFaultFormat && !IsBlank(source);
+Verdict VerdictOf(Loading loading, const SourceText& text) {
+  if (loading.Failed) {
+    Verdict refused = Refused(*loading.Failed);
+    refused.IsStrange = loading.Failed->Number == kFaultFormat && !IsBlank(text);
+    refused.Notes = std::move(loading.Sounding ? loading.Sounding->Notes : loading.Notes);
     return refused;
   }
-  const QcFinding found = CheckRecord(record);
-  Verdict verdict{.IsFault = found.Number != 0};
-  verdict.Text = record.DataFormat + ", " + record.StationTitle + ", " + TimeText(record.Time) +
-                 ", " + Counts(record) + ", ";
-  if (found.Number == 0) {
-    verdict.Text += "OK";
-  } else {
-    verdict.Text += "FAULT: " + std::string(QcText(found.Number));
-    if (found.Level != 0) verdict.Text += " Level " + Shortest(found.Level) + '.';
-  }
-  return verdict;
+  LoadedSounding& sounding = *loading.Sounding;
+  const SoundingRecord& record = sounding.Record;
+  const bool isFault = sounding.Finding.Number != 0;
+  return {.IsFault = isFault,
+          .Text = record.DataFormat + ", " + record.StationTitle + ", " + TimeText(record.Time) +
+                  ", " + Counts(record) + ", " +
+                  (isFault ? "FAULT: " + FindingText(sounding.Finding) : "OK"),
+          .Notes = std::move(sounding.Notes)};
 }
 
 // A file's soundings one after the other; of a format with one sounding a file that one. A text in
 // no known format has one verdict.
 std::vector<Verdict> CheckFile(const fs::path& path) {
-  std::vector<std::string> notes;
-  const Outcome<SourceText> source = ingest::ReadSource(path, notes);
+  Outcome<SoundingSource> source = SoundingSource::Open(path);
   if (!source) return {Refused(source.Error())};
   std::vector<Verdict> verdicts;
-  SilentInteraction quiet;
-  // One context for all: what it keeps of the text spares looking for the soundings again.
-  ingest::LoadContext context{.Ask = &quiet, .Stations = &Stations()};
-  do {
-    context.Notes = std::exchange(notes, {});  // those of the file with its first sounding
-    Verdict verdict = CheckSounding(source.Value(), context);
-    verdict.Notes = std::move(context.Notes);
-    if (context.Count > 1) {
-      verdict.Text.insert(0,
-                          '[' + Shortest(context.Index + 1) + '/' + Shortest(context.Count) + "] ");
+  int count = 1;
+  for (int i = 0; i < count; ++i) {
+    Loading loading = source.Value().Load(i, {.Stations = &Stations()});
+    count = loading.Count;
+    Verdict verdict = VerdictOf(std::move(loading), source.Value().Text());
+    if (count > 1) {
+      verdict.Text.insert(0, '[' + Shortest(i + 1) + '/' + Shortest(count) + "] ");
     }
     verdicts.push_back(std::move(verdict));
-  } while (++context.Index < context.Count);
+  }
   return verdicts;
 }
 

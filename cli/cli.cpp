@@ -4,15 +4,14 @@
 #include <system_error>
 #include <vector>
 
-#include "analysis/analysis.h"
 #include "cli/commands.h"
 #include "core/files.h"
 #include "core/folders.h"
 #include "core/numbers.h"
 #include "core/platform.h"
+#include "core/raw_file.h"
 #include "core/source_text.h"
 #include "core/station_file.h"
-#include "ingest/decoder.h"
 #include "ingest/sounding_files.h"
 #include "program/export_batch.h"
 
@@ -31,7 +30,7 @@ constexpr CommandForm kProgram = {
     .LeastFiles = 0,
     .Footer =
         "vexa-cli COMMAND --help tells of its options.\n"
-        "Exit code: 0 success, 1 some input failed, 2 wrong usage.",
+        "Exit code: 0 success, 1 some input failed or has doubtful data, 2 wrong usage.",
 };
 
 // The files that a command works on: in place of each folder the soundings in it and below. Gives
@@ -84,22 +83,13 @@ std::optional<Fault> NotAnInput(const Arguments& arguments, const std::string& o
   return std::nullopt;
 }
 
-Outcome<AnalysedSounding> LoadAndAnalyse(const std::string& file, int index, const Options& options,
-                                         analysis::AdiabatTable* table) {
-  SilentInteraction quiet;
-  Outcome<ingest::LoadedFile> loaded =
-      ingest::LoadFile(PathFromText(file), index, &Stations(), &quiet);
-  if (!loaded) return loaded.Error();
-  AnalysedSounding sounding{.File = file,
-                            .Record = std::move(loaded.Value().Record),
-                            .Notes = std::move(loaded.Value().Notes)};
-  sounding.Results = table != nullptr ? analysis::Analyse(sounding.Record, options, *table)
-                                      : analysis::Analyse(sounding.Record, options);
-  return sounding;
-}
-
 void ReportFault(Console& console, const std::string& file, const Fault& fault) {
   console.Err(std::string(kProgram.Name) + ": " + file + ": " + FaultLine(file, fault) + "\n");
+}
+
+void TellLost(Console& console, const std::string& file, const SoundingRecord& record) {
+  const std::string lost = LostBelowSea(record);
+  if (!lost.empty()) console.Err(std::string(kProgram.Name) + ": " + file + ": " + lost + '\n');
 }
 
 int UsageError(Console& console, const Command& command, std::string_view reason) {

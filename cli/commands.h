@@ -6,11 +6,11 @@
 #include <string>
 #include <string_view>
 
-#include "analysis/adiabat_table.h"
 #include "cli/console.h"
 #include "cli/report.h"
 #include "config/options.h"
 #include "core/fault.h"
+#include "core/sounding_record.h"
 #include "core/station_list.h"
 #include "program/command_line.h"
 
@@ -46,12 +46,11 @@ int SoundingIndex(const Arguments& arguments);
 /// Refuses an output that is one of the files to read.
 std::optional<Fault> NotAnInput(const Arguments& arguments, const std::string& output);
 
-/// Reads, orders and analyses one sounding of a file; the fault's detail names file and reason.
-Outcome<AnalysedSounding> LoadAndAnalyse(const std::string& file, int index, const Options& options,
-                                         analysis::AdiabatTable* table = nullptr);
-
 /// "vexa-cli: FILE: reason" for a file that failed.
 void ReportFault(Console& console, const std::string& file, const Fault& fault);
+
+/// Tells what of a sounding is not in the native file that has been written of it.
+void TellLost(Console& console, const std::string& file, const SoundingRecord& record);
 
 /// "vexa-cli COMMAND: reason" with a pointer to the help; gives kExitUsage.
 int UsageError(Console& console, const Command& command, std::string_view reason);

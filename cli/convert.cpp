@@ -1,6 +1,8 @@
+#include <optional>
 #include <string>
 
 #include "cli/commands.h"
+#include "cli/inputs.h"
 #include "core/files.h"
 #include "core/raw_file.h"
 
@@ -18,20 +20,19 @@ int RunConvert(const Arguments& arguments, Console& console) {
   const std::string& file = arguments.Files.front();
   std::optional<Fault> fault = NotAnInput(arguments, *output);
   if (fault) return UsageError(console, kConvertCommand, fault->Detail);
-  const Outcome<AnalysedSounding> sounding = LoadAndAnalyse(file, SoundingIndex(arguments), {});
-  if (!sounding) {
-    fault = sounding.Error();
-  } else if (sounding.Value().Record.NumTempLevels() == 0) {
-    fault = Fault{kFaultTooFewLevels, "RunConvert", "winds alone cannot be kept in a native file"};
+  Inputs inputs(console, Stations(), SoundingIndex(arguments));
+  const std::optional<LoadedSounding> sounding = inputs.Load(file);
+  if (!sounding) return inputs.ExitCode();
+  const SoundingRecord& record = sounding->Record;
+  if (record.NumTempLevels() == 0) {
+    inputs.Fail(file,
+                {kFaultTooFewLevels, "RunConvert", "winds alone cannot be kept in a native file"});
+  } else if ((fault = SaveFile(PathFromText(*output), WriteRaw(record)))) {
+    inputs.Fail(*output, *fault);
   } else {
-    fault = SaveFile(PathFromText(*output), WriteRaw(sounding.Value().Record));
-    if (const std::string lost = LostBelowSea(sounding.Value().Record); !fault && !lost.empty()) {
-      console.Err("vexa-cli: " + *output + ": " + lost + '\n');
-    }
+    TellLost(console, *output, record);
   }
-  if (!fault) return kExitOk;
-  ReportFault(console, file, *fault);
-  return kExitInputFailed;
+  return inputs.ExitCode();
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "cli/commands.h"
+#include "cli/inputs.h"
 #include "cli/loaded_program.h"
 #include "core/files.h"
 #include "program/export_batch.h"
@@ -32,13 +33,7 @@ Outcome<ExportRange> RangeOf(const std::optional<std::string>& text, int count) 
   return ParseExportRange(whole.substr(0, dash), whole.substr(dash + 1), count);
 }
 
-/// A file that has no share in the dump.
-struct Rejected {
-  std::string File;
-  std::string Reason;
-};
-
-std::string SummaryJson(const ExportReport& done, const std::vector<Rejected>& rejected) {
+std::string SummaryJson(const ExportReport& done, const std::vector<RejectedFile>& rejected) {
   const auto path = [](const std::filesystem::path& file) {
     return file.empty() ? report::Json(nullptr) : report::Json(TextFromPath(file));
   };
@@ -47,10 +42,11 @@ std::string SummaryJson(const ExportReport& done, const std::vector<Rejected>& r
   json["soundings"] = done.Written;
   json["reject file"] = path(done.RejectFile);
   report::Json& list = json["rejected"] = report::Json::array();
-  for (const Rejected& one : rejected) {
+  for (const RejectedFile& one : rejected) {
     report::Json row;
     row["file"] = one.File;
-    row["reason"] = one.Reason;
+    row["reason"] = FaultLine(one.File, one.Why);
+    row["finding"] = report::FindingJson(one.Finding);
     list.push_back(std::move(row));
   }
   return report::JsonText(json);
@@ -71,7 +67,8 @@ int RunExport(const Arguments& arguments, Console& console) {
   const std::span<const std::string> files =
       std::span(arguments.Files)
           .subspan(first, static_cast<std::size_t>(range.Value().Last) - first);
-  std::vector<Rejected> rejected;
+  std::vector<RejectedFile> rejected;
+  Inputs inputs(console, setup.Value().Stations, setup.Value().Index);
   const ExportReport report =
       ExportBatch({.Files = files,
                    .Output = PathFromText(*output),
@@ -79,18 +76,22 @@ int RunExport(const Arguments& arguments, Console& console) {
                    .Jobs = arguments.Whole("--jobs").value_or(1),
                    .Stations = &setup.Value().Stations,
                    .Index = setup.Value().Index},
-                  setup.Value().Settings.Set, {}, [&](const std::string& file, const Fault& fault) {
-                    ReportFault(console, file, fault);
-                    rejected.push_back({file, FaultLine(file, fault)});
+                  setup.Value().Settings.Set, {}, [&](const RejectedFile& one) {
+                    if (one.Finding.Number != 0) {
+                      inputs.Doubt(one.File, one.Finding);
+                    } else {
+                      inputs.Fail(one.File, one.Why);
+                    }
+                    rejected.push_back(one);
                   });
-  if (report.Failed) ReportFault(console, *output, *report.Failed);
+  if (report.Failed) inputs.Fail(*output, *report.Failed);
   if (arguments.Has("--json")) {
     console.Out(SummaryJson(report, rejected) + "\n");
   } else if (!report.Failed) {
     const std::string text = ExportSummary(report).Text;
     if (!text.empty()) console.Out(text + "\n");
   }
-  return report.Failed || report.Rejected > 0 ? kExitInputFailed : kExitOk;
+  return inputs.ExitCode();
 }
 
 }  // namespace

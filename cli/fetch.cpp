@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "cli/commands.h"
+#include "cli/inputs.h"
 #include "cli/toolkit.h"
 #include "core/files.h"
 #include "core/folders.h"
@@ -37,17 +38,25 @@ Outcome<SourceList> SourcesOf(const Arguments& arguments) {
   return LoadSources(ResolveRoot(std::nullopt, ProgramFolder()), ProgramFolder());
 }
 
-FetchWork::Watch Telling(Console& console) {
-  return {.Failed =
-              [&console](const Source& source, const Request& request, const Fault& fault) {
-                console.Err("vexa-cli: " + source.Name + ": " + FileStem(request) + ": " +
-                            fault.Detail + '\n');
-              },
-          .Saved = [&console](const std::string& file) { console.Out(file + '\n'); }};
+FetchWork::Watch Telling(Console& console, Inputs& inputs) {
+  return {
+      .Failed =
+          [&console](const download::Source& source, const Request& request, const Fault& fault) {
+            console.Err("vexa-cli: " + source.Name + ": " + FileStem(request) + ": " +
+                        fault.Detail + '\n');
+          },
+      .Saved =
+          [&console, &inputs](const SavedSounding& saved) {
+            console.Out(SavedText(saved) + '\n');
+            inputs.Doubt(saved.File, saved.Finding);
+            if (!saved.Lost.empty()) {
+              console.Err("vexa-cli: " + saved.File + ": " + saved.Lost + '\n');
+            }
+          }};
 }
 
 int ListSources(const SourceList& list, Console& console) {
-  for (const Source& source : list.Sources) {
+  for (const download::Source& source : list.Sources) {
     console.Out(source.Name + "\n    " + source.Address + "\n    " + source.Note + "\n");
   }
   return kExitOk;
@@ -59,7 +68,7 @@ Outcome<BatchPlan> PlanOf(const Arguments& arguments, const SourceList& list) {
                  .Format = arguments.Has("--raw") ? BatchFormat::Native : BatchFormat::AsReceived,
                  .Failing = arguments.Has("--stop") ? OnFailure::Stop : OnFailure::Skip};
   for (const std::string& name : arguments.Values("--source")) {
-    const Source* source = list.Find(name);
+    const download::Source* source = list.Find(name);
     if (source == nullptr) {
       return Fault{kFaultInvalidValue, "PlanOf", "there is no source \"" + name + "\""};
     }
@@ -93,12 +102,13 @@ int RunFetch(const Arguments& arguments, Console& console) {
   const std::unique_ptr<Fetcher> fetcher = console.Tools->MakeFetcher();
   const Cache cache(ResolveRoot(std::nullopt, ProgramFolder()) / "cache");
   cache.Sweep(SystemNow());
+  Inputs inputs(console, Stations(), 0);
   FetchWork work(*fetcher, arguments.Has("--fresh") ? nullptr : &cache, &Stations(),
-                 Telling(console));
+                 Telling(console, inputs));
   const BatchReport report = RunBatch(plan.Value(), work);
   const bool isWhole =
       !report.WasStopped && report.Saved() == static_cast<int>(report.Items.size());
-  return isWhole ? kExitOk : kExitInputFailed;
+  return isWhole ? inputs.ExitCode() : kExitInputFailed;
 }
 
 }  // namespace

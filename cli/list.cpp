@@ -49,17 +49,11 @@ int RunList(const Arguments& arguments, Console& console) {
   if (rows.empty()) {
     for (const output::ListingRow& row : output::Listings()) rows.push_back(&row);
   }
-  int exitCode = kExitOk;
-  LoadedProgram loaded(setup.Value());
+  LoadedProgram loaded(setup.Value(), console);
   for (const std::string& file : arguments.Files) {
-    if (const auto fault = loaded.Load(file)) {
-      ReportFault(console, file, *fault);
-      exitCode = kExitInputFailed;
-      continue;
-    }
-    Print(loaded.Get(), rows, console);
+    if (loaded.Load(file)) Print(loaded.Get(), rows, console);
   }
-  return exitCode;
+  return loaded.In().ExitCode();
 }
 
 }  // namespace

@@ -1,5 +1,7 @@
 #include "cli/loaded_program.h"
 
+#include <memory>
+#include <optional>
 #include <utility>
 
 #include "analysis/analysis.h"
@@ -9,7 +11,6 @@
 #include "core/station_file.h"
 #include "program/displays.h"
 #include "program/hodograph_commands.h"
-#include "program/listed_soundings.h"
 
 namespace vexa::cli {
 
@@ -26,7 +27,8 @@ Outcome<CommandSetup> SetupOf(const Arguments& arguments, Console& console) {
   return setup;
 }
 
-LoadedProgram::LoadedProgram(const CommandSetup& setup) : index_(setup.Index) {
+LoadedProgram::LoadedProgram(const CommandSetup& setup, Console& console)
+    : inputs_(console, program_.Stations, setup.Index) {
   program_.Doc.AskThrough(&quiet_);
   program_.Settings = setup.Settings;
   program_.Stations = setup.Stations;
@@ -36,22 +38,20 @@ LoadedProgram::LoadedProgram(const CommandSetup& setup) : index_(setup.Index) {
   LoadSevereTable(program_);
 }
 
-std::optional<Fault> LoadedProgram::Load(const std::string& file) {
-  const std::filesystem::path path = PathFromText(file);
-  Loading loading = LoadSounding({.File = path, .Index = index_}, PolicyOf(program_));
-  if (loading.Failed) return loading.Failed;
-  program_.Doc.Take(Document::GiveUpEdits(), *std::move(loading.Sounding));
+bool LoadedProgram::Load(const std::string& file) {
+  std::optional<LoadedSounding> loaded = inputs_.Load(file);
+  if (!loaded) return false;
+  program_.Doc.Take(Document::GiveUpEdits(), *std::move(loaded));
   program_.Doc.Analyse(program_.Set, program_.Adiabats, {});
-  return std::nullopt;
+  return true;
 }
 
-std::optional<Fault> LoadedProgram::LoadBeside(const std::string& file, diagram::MultiMode mode) {
-  Outcome<SharedSounding> loaded =
-      LoadAnalysed({.File = PathFromText(file), .Index = index_}, PolicyOf(program_));
-  if (!loaded) return loaded.Error();
-  program_.Others.push_back(std::move(loaded.Value()));
+bool LoadedProgram::LoadBeside(const std::string& file, diagram::MultiMode mode) {
+  std::optional<LoadedSounding> loaded = inputs_.Load(file);
+  if (!loaded) return false;
+  program_.Others.push_back(std::make_shared<const AnalysedSounding>(*std::move(loaded)));
   program_.View.Mode = mode;
-  return std::nullopt;
+  return true;
 }
 
 }  // namespace vexa::cli

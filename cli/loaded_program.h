@@ -3,12 +3,11 @@
 #pragma once
 
 #include <filesystem>
-#include <optional>
 #include <string>
 
 #include "cli/commands.h"
+#include "cli/inputs.h"
 #include "cli/settings.h"
-#include "core/fault.h"
 #include "core/interaction.h"
 #include "core/station_list.h"
 #include "program/program.h"
@@ -27,16 +26,19 @@ Outcome<CommandSetup> SetupOf(const Arguments& arguments, Console& console);
 /// A program with one sounding in work, analysed and not yet drawn.
 class LoadedProgram {
  public:
-  explicit LoadedProgram(const CommandSetup& setup);
-  std::optional<Fault> Load(const std::string& file);
+  LoadedProgram(const CommandSetup& setup, Console& console);
+  /// False where the file failed, which has been told.
+  bool Load(const std::string& file);
   /// Puts a further file beside the loaded one, for an overlay or a comparison.
-  std::optional<Fault> LoadBeside(const std::string& file, diagram::MultiMode mode);
+  bool LoadBeside(const std::string& file, diagram::MultiMode mode);
   const Program& Get() const { return program_; }
+  /// Where what fails is told.
+  Inputs& In() { return inputs_; }
 
  private:
   SilentInteraction quiet_{};
   Program program_{};
-  int index_;
+  Inputs inputs_;
 };
 
 }  // namespace vexa::cli

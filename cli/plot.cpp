@@ -27,7 +27,13 @@ constexpr ArgumentRow kOptions[] = {
      " Overlay and Compare put all files on one diagram"},
     {"--size", "", "WxH", "size in pixels, 1600x1200 without it"},
     kRootOption,
-    {"--dpi", "", "N", "resolution that the file states, 96 without it", {}, 10, 2400},
+    {"--dpi",
+     "",
+     "N",
+     "resolution that the file states, 96 without it",
+     {},
+     kLeastImageDpi,
+     kMostImageDpi},
     {"--quality", "", "N", "of a .jpg, 92 without it", {}, 1, 100},
     kSoundingOption,
     kSetOption,
@@ -50,11 +56,14 @@ std::string Extension(const std::string& output) {
 }
 
 std::string OutputFor(const std::string& output, const std::string& file) {
-  std::string name = output;
-  if (const std::size_t place = name.find(kNamePlace); place != std::string::npos) {
-    name.replace(place, kNamePlace.size(), TextFromPath(PathFromText(file).stem()));
+  const std::string stem = TextFromPath(PathFromText(file).stem());
+  std::string name;
+  std::size_t from = 0;
+  for (std::size_t at = 0; (at = output.find(kNamePlace, from)) != std::string::npos;) {
+    name += output.substr(from, at - from) + stem;
+    from = at + kNamePlace.size();
   }
-  return name;
+  return name + output.substr(from);
 }
 
 // The name of a display; "hodogram" is short for the one in three dimensions.
@@ -87,38 +96,24 @@ std::optional<Fault> Save(const Picture& picture, const std::string& output, con
   return canvas.Tools->SavePicture(picture, path, width, height, canvas.Image);
 }
 
+void DrawAndSave(const Program& program, std::string_view display, const std::string& file,
+                 const std::string& output, const Canvas& canvas, Inputs& inputs) {
+  const Outcome<Picture> drawn = PageOf(program, display);
+  if (!drawn) return inputs.Fail(file, drawn.Error());
+  if (const auto fault = Save(drawn.Value(), output, canvas)) inputs.Fail(output, *fault);
+}
+
 // All files on one diagram, the first in work and the others beside it. A file that fails is told
 // of and left out.
-int PlotTogether(const Arguments& arguments, Console& console, const std::string& output,
-                 const Canvas& canvas, LoadedProgram& loaded, std::string_view display) {
+void PlotTogether(const Arguments& arguments, const std::string& output, const Canvas& canvas,
+                  LoadedProgram& loaded, std::string_view display) {
   const diagram::MultiMode mode = *ModeOfDisplay(display);
-  int exitCode = kExitOk;
   int count = 0;
   for (const std::string& file : arguments.Files) {
     if (mode == diagram::MultiMode::Compare && count == 2) break;
-    const auto fault = count == 0 ? loaded.Load(file) : loaded.LoadBeside(file, mode);
-    if (fault) {
-      ReportFault(console, file, *fault);
-      exitCode = kExitInputFailed;
-    } else {
-      ++count;
-    }
+    if (count == 0 ? loaded.Load(file) : loaded.LoadBeside(file, mode)) ++count;
   }
-  if (count == 0) return exitCode;
-  const Outcome<Picture> drawn = PageOf(loaded.Get(), display);
-  const auto fault = drawn ? Save(drawn.Value(), output, canvas) : std::optional(drawn.Error());
-  if (!fault) return exitCode;
-  ReportFault(console, output, *fault);
-  return kExitInputFailed;
-}
-
-std::optional<Fault> PlotFile(const std::string& file, const std::string& output,
-                              const Canvas& canvas, LoadedProgram& loaded,
-                              std::string_view display) {
-  if (auto fault = loaded.Load(file)) return fault;
-  const Outcome<Picture> drawn = PageOf(loaded.Get(), display);
-  if (!drawn) return drawn.Error();
-  return Save(drawn.Value(), output, canvas);
+  if (count > 0) DrawAndSave(loaded.Get(), display, output, output, canvas, loaded.In());
 }
 
 int RunPlot(const Arguments& arguments, Console& console) {
@@ -171,25 +166,22 @@ int RunPlot(const Arguments& arguments, Console& console) {
     }
   }
   const Canvas canvas{size, image, console.Tools};
-  int exitCode = kExitOk;
-  LoadedProgram loaded(setup.Value());
+  LoadedProgram loaded(setup.Value(), console);
   if (together) {
-    const std::string name = OutputFor(*output, arguments.Files.front());
-    return PlotTogether(arguments, console, name, canvas, loaded, *display);
+    PlotTogether(arguments, OutputFor(*output, arguments.Files.front()), canvas, loaded, *display);
+    return loaded.In().ExitCode();
   }
   std::set<std::string> written;
   for (const std::string& file : arguments.Files) {
     const std::string name = OutputFor(*output, file);
-    const auto fault = written.insert(name).second
-                           ? PlotFile(file, name, canvas, loaded, *display)
-                           : Fault{kFaultBadFileName, "RunPlot",
-                                   name + " holds the picture of another input already"};
-    if (fault) {
-      ReportFault(console, file, *fault);
-      exitCode = kExitInputFailed;
+    if (!written.insert(name).second) {
+      loaded.In().Fail(file, {kFaultBadFileName, "RunPlot",
+                              name + " holds the picture of another input already"});
+    } else if (loaded.Load(file)) {
+      DrawAndSave(loaded.Get(), *display, file, name, canvas, loaded.In());
     }
   }
-  return exitCode;
+  return loaded.In().ExitCode();
 }
 
 }  // namespace

@@ -104,9 +104,9 @@ Outcome<Asked> ReadRequest(const Arguments& arguments, const CommandSetup& setup
   return asked;
 }
 
-std::optional<Fault> AddPages(const std::string& file, LoadedProgram& loaded, const Asked& asked,
-                              std::vector<Picture>& pages) {
-  if (auto fault = loaded.Load(file)) return fault;
+void AddPages(const std::string& file, LoadedProgram& loaded, const Asked& asked,
+              std::vector<Picture>& pages) {
+  if (!loaded.Load(file)) return;
   PrintRequest request = asked.Print;
   for (std::size_t i = 0; i < asked.Names.size(); ++i) {
     request.Display = asked.Names[i];
@@ -114,11 +114,11 @@ std::optional<Fault> AddPages(const std::string& file, LoadedProgram& loaded, co
     request.Setup.AllListings = asked.Print.Setup.AllListings && i + 1 == asked.Names.size();
     std::vector<Picture> more = PagesToPrint(loaded.Get(), request);
     if (more.empty()) {
-      return Fault{kFaultTooFewLevels, "AddPages", "there is no " + request.Display + " of it"};
+      return loaded.In().Fail(
+          file, {kFaultTooFewLevels, "AddPages", "there is no " + request.Display + " of it"});
     }
     std::ranges::move(more, std::back_inserter(pages));
   }
-  return std::nullopt;
 }
 
 int RunPrint(const Arguments& arguments, Console& console) {
@@ -135,22 +135,15 @@ int RunPrint(const Arguments& arguments, Console& console) {
   const Outcome<Asked> asked = ReadRequest(arguments, setup.Value());
   if (!asked) return UsageError(console, kPrintCommand, asked.Error().Detail);
   if (console.Tools == nullptr) return LacksToolkit(console, kPrintCommand, "PDF documents");
-  LoadedProgram loaded(setup.Value());
-  int exitCode = kExitOk;
+  LoadedProgram loaded(setup.Value(), console);
   std::vector<Picture> pages;
-  for (const std::string& file : arguments.Files) {
-    if (const auto fault = AddPages(file, loaded, asked.Value(), pages)) {
-      ReportFault(console, file, *fault);
-      exitCode = kExitInputFailed;
-    }
-  }
-  if (pages.empty()) return exitCode;
+  for (const std::string& file : arguments.Files) AddPages(file, loaded, asked.Value(), pages);
+  if (pages.empty()) return loaded.In().ExitCode();
   const Outcome<std::string> bytes = console.Tools->PagesAsPdf(pages);
   const std::optional<Fault> fault =
       bytes ? SaveFile(PathFromText(*output), bytes.Value()) : std::optional(bytes.Error());
-  if (!fault) return exitCode;
-  ReportFault(console, *output, *fault);
-  return kExitInputFailed;
+  if (fault) loaded.In().Fail(*output, *fault);
+  return loaded.In().ExitCode();
 }
 
 }  // namespace

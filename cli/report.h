@@ -8,13 +8,13 @@
 
 namespace vexa::cli {
 
-using report::AnalysedSounding;
+using report::ReportedSounding;
 using report::SoundingJson;
 
-std::string TextReport(const AnalysedSounding& sounding, const Options& options);
+std::string TextReport(const ReportedSounding& sounding, const Options& options);
 
 /// The names of the CSV columns with their units, and one row of them; lines without their ends.
 std::string CsvHeader(const Options& options);
-std::string CsvRow(const AnalysedSounding& sounding, const Options& options);
+std::string CsvRow(const ReportedSounding& sounding, const Options& options);
 
 }  // namespace vexa::cli

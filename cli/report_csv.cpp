@@ -35,7 +35,7 @@ std::string Cell(std::optional<double> value) {
   return value ? Shortest(*value) : std::string();
 }
 
-std::vector<CsvColumn> CsvColumns(const AnalysedSounding& sounding, const Options& options) {
+std::vector<CsvColumn> CsvColumns(const ReportedSounding& sounding, const Options& options) {
   const SoundingRecord& record = sounding.Record;
   const AnalysisResults& results = sounding.Results;
   const bool placed = HasPosition(record);
@@ -87,13 +87,13 @@ std::vector<CsvColumn> CsvColumns(const AnalysedSounding& sounding, const Option
 
 std::string CsvHeader(const Options& options) {
   std::string text;
-  AnalysedSounding none;
-  none.Results = analysis::Analyse(none.Record, options);
-  for (const CsvColumn& column : CsvColumns(none, options)) text += ',' + CsvField(column.Name);
+  const AnalysedSounding none{LoadedSounding{}};
+  for (const CsvColumn& column : CsvColumns(ReportOf(none, "", options), options))
+    text += ',' + CsvField(column.Name);
   return text.substr(1);
 }
 
-std::string CsvRow(const AnalysedSounding& sounding, const Options& options) {
+std::string CsvRow(const ReportedSounding& sounding, const Options& options) {
   std::string text;
   for (const CsvColumn& column : CsvColumns(sounding, options)) {
     text += ',' + CsvField(column.Value);

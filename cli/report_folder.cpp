@@ -40,12 +40,14 @@ int RunReport(const Arguments& arguments, Console& console) {
   const Outcome<CommandSetup> setup = SetupOf(arguments, console);
   if (!setup) return UsageError(console, kReportCommand, setup.Error().Detail);
   const std::string& file = arguments.Files.front();
-  LoadedProgram loaded(setup.Value());
-  std::optional<Fault> fault = loaded.Load(file);
-  if (!fault) fault = WriteFolder(loaded.Get(), PathFromText(*output), *console.Tools);
-  if (!fault) return kExitOk;
-  ReportFault(console, file, *fault);
-  return kExitInputFailed;
+  LoadedProgram loaded(setup.Value(), console);
+  if (!loaded.Load(file)) return loaded.In().ExitCode();
+  if (const auto fault = WriteFolder(loaded.Get(), PathFromText(*output), *console.Tools)) {
+    loaded.In().Fail(*output, *fault);
+  } else {
+    TellLost(console, *output + "/" + std::string(report::kNativeName), loaded.Get().Doc.Record());
+  }
+  return loaded.In().ExitCode();
 }
 
 }  // namespace

@@ -68,7 +68,7 @@ void LayerLines(const AnalysisResults& results, const analysis::ShownUnits& unit
 
 }  // namespace
 
-std::string TextReport(const AnalysedSounding& sounding, const Options& options) {
+std::string TextReport(const ReportedSounding& sounding, const Options& options) {
   const SoundingRecord& record = sounding.Record;
   const AnalysisResults& results = sounding.Results;
   const analysis::ShownUnits units(options, options.Heights,

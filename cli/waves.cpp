@@ -4,7 +4,8 @@
 
 #include "analysis/turbulence.h"
 #include "cli/commands.h"
-#include "cli/settings.h"
+#include "cli/inputs.h"
+#include "cli/loaded_program.h"
 #include "core/files.h"
 #include "core/folders.h"
 #include "core/numbers.h"
@@ -149,7 +150,7 @@ constexpr std::string_view kCsvHeader =
     "file,station,kind,mountain,wavelength (km),amplitude (m),maximum vertical velocity (m/s),"
     "turbulence,interface pressure (hPa),interface height above station (m)\n";
 
-std::string CsvRows(const AnalysedSounding& sounding, const WaveResults& waves) {
+std::string CsvRows(const ReportedSounding& sounding, const WaveResults& waves) {
   std::string rows;
   for (const Wave* wave : waves.All()) {
     const bool isFirst = wave->Kind == mountainwave::WaveKind::Predominant;
@@ -176,7 +177,7 @@ class WaveReport {
     if (format_ == "json" && several_) console_.Out("[");
   }
 
-  void Add(const AnalysedSounding& sounding, const Site& site, const WaveOptions& set) {
+  void Add(const ReportedSounding& sounding, const Site& site, const WaveOptions& set) {
     const WaveResults waves =
         mountainwave::ComputeWaves(sounding.Record, sounding.Results.Levels, site);
     const mountainwave::WaveSource source{sounding.Record, site, waves, set};
@@ -209,34 +210,29 @@ class WaveReport {
 };
 
 int RunWaves(const Arguments& arguments, Console& console) {
-  const Outcome<SettingsStore> settings = CommandSettings(arguments, console);
-  if (!settings) return UsageError(console, kWavesCommand, settings.Error().Detail);
-  const Options& options = settings.Value().Set;
+  const Outcome<CommandSetup> setup = SetupOf(arguments, console);
+  if (!setup) return UsageError(console, kWavesCommand, setup.Error().Detail);
+  const Options& options = setup.Value().Settings.Set;
   const Outcome<Asked> asked = AskedBy(arguments, options);
   if (!asked) return UsageError(console, kWavesCommand, asked.Error().Detail);
-  int exitCode = kExitOk;
-  WaveReport report(arguments.Value("--format").value_or("text"), arguments.Has("--explain"),
-                    arguments.Files.size() > 1, console);
+  Inputs inputs(console, setup.Value().Stations, setup.Value().Index);
+  WaveReport told(arguments.Value("--format").value_or("text"), arguments.Has("--explain"),
+                  arguments.Files.size() > 1, console);
   for (const std::string& file : arguments.Files) {
-    const Outcome<AnalysedSounding> sounding =
-        LoadAndAnalyse(file, SoundingIndex(arguments), options);
-    if (!sounding) {
-      ReportFault(console, file, sounding.Error());
-      exitCode = kExitInputFailed;
-      continue;
-    }
-    const SoundingRecord& record = sounding.Value().Record;
+    std::optional<LoadedSounding> loaded = inputs.Load(file);
+    if (!loaded) continue;
+    const AnalysedSounding sounding(*std::move(loaded));
+    const SoundingRecord& record = sounding.Record();
     if (asked.Value().Given &&
         mountainwave::IsBelowStation(asked.Value().Given->First.HeightFt, record)) {
-      console.Err("vexa-cli: " + file +
-                  ": Mountain height must be greater than the sounding station elevation.\n");
-      exitCode = kExitInputFailed;
+      inputs.Fail(file, "Mountain height must be greater than the sounding station elevation.");
       continue;
     }
-    report.Add(sounding.Value(), SiteFor(record, asked.Value(), console), asked.Value().Set);
+    told.Add(report::ReportOf(sounding, file, options), SiteFor(record, asked.Value(), console),
+             asked.Value().Set);
   }
-  report.End();
-  return exitCode;
+  told.End();
+  return inputs.ExitCode();
 }
 
 }  // namespace

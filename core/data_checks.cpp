@@ -172,6 +172,16 @@ std::string_view QcText(int number) {
   return index < kTexts.size() ? kTexts[index] : kTexts[0];
 }
 
+std::string FindingText(const QcFinding& finding) {
+  std::string text(QcText(finding.Number));
+  if (finding.Number != 0 && finding.Level != 0) text += " Level " + Shortest(finding.Level) + '.';
+  return text;
+}
+
+std::string DoubtText(const QcFinding& finding) {
+  return "the data are doubtful: " + FindingText(finding);
+}
+
 QcFinding CheckRecord(const SoundingRecord& record) {
   if (record.ElevM > kHighestElevM) return {7, 0};
   for (int i = 1; i < record.NumTempLevels(); ++i) {

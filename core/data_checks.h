@@ -41,6 +41,11 @@ struct QcFinding {
 /// Text of a finding, "Pressures are vertically inconsistent." for 1; empty for 0.
 std::string_view QcText(int number);
 
+/// The same with its level, "Pressures are vertically inconsistent. Level 3."; empty for none.
+std::string FindingText(const QcFinding& finding);
+/// Where it is told beside a file's name: "the data are doubtful: ", and the finding.
+std::string DoubtText(const QcFinding& finding);
+
 /// Tests a record for physical plausibility; the first test that fails decides.
 QcFinding CheckRecord(const SoundingRecord& record);
 

@@ -7,22 +7,25 @@
 #include "core/data_checks.h"
 #include "core/error_report.h"
 #include "core/files.h"
-#include "core/interaction.h"
 #include "core/markers.h"
 #include "core/numbers.h"
 #include "core/raw_file.h"
 #include "core/station_file.h"
 #include "diagram/sounding_plot.h"
 #include "hodograph/hodograph_plot.h"
-#include "ingest/decoder.h"
 #include "report/sounding_json.h"
 #include "report/values.h"
+#include "sounding/sounding_source.h"
 
 namespace vexa::engine {
 
 struct Sounding::Held {
-  report::AnalysedSounding Of{};
+  std::string File{};
+  AnalysedSounding Of;
   Options Set{};
+
+  // Made once, while the sounding is loaded, and only read from then on.
+  const analysis::AnalysisResults& Results() const { return Of.Results(Set); }
 };
 
 namespace {
@@ -65,16 +68,16 @@ std::string Version() {
 Sounding::Sounding(std::shared_ptr<const Held> held) : held_(std::move(held)) {}
 
 std::string Sounding::Title() const {
-  return held_->Of.Record.StationTitle;
+  return held_->Of.Record().StationTitle;
 }
 
 std::string Sounding::Time() const {
-  return report::TimeText(held_->Of.Record.Time).value_or("");
+  return report::TimeText(held_->Of.Record().Time).value_or("");
 }
 
 std::vector<Level> Sounding::Levels() const {
-  const SoundingRecord& record = held_->Of.Record;
-  const auto& heights = held_->Of.Results.Levels.Height;
+  const SoundingRecord& record = held_->Of.Record();
+  const auto& heights = held_->Results().Levels.Height;
   std::vector<Level> levels;
   for (int i = 1; i <= record.NumTempLevels(); ++i) {
     levels.push_back({record.Press(i), Present(record.Temp(i)), Present(record.Dewpt(i)),
@@ -84,7 +87,7 @@ std::vector<Level> Sounding::Levels() const {
 }
 
 std::vector<Wind> Sounding::Winds() const {
-  const SoundingRecord& record = held_->Of.Record;
+  const SoundingRecord& record = held_->Of.Record();
   std::vector<Wind> winds;
   for (int i = 1; i <= record.NumWindLevels(); ++i) {
     winds.push_back({record.WindHgt(i), Present(record.WindDir(i)), Present(record.WindSpd(i))});
@@ -96,7 +99,7 @@ Parcel Sounding::Lifted(Lift lift) const {
   constexpr analysis::LiftType kTypes[] = {
       analysis::LiftType::Surface, analysis::LiftType::MeanLayer, analysis::LiftType::MostUnstable};
   const analysis::ParcelAscent& ascent =
-      held_->Of.Results.Ascent(kTypes[static_cast<std::size_t>(lift)]);
+      held_->Results().Ascent(kTypes[static_cast<std::size_t>(lift)]);
   return {report::Pressure(ascent.Condensation.Press), report::Pressure(ascent.FreeLevel.Press),
           report::Pressure(ascent.Equilibrium.Press), report::Energy(ascent, ascent.CapeTotal),
           report::Energy(ascent, ascent.CinTotal)};
@@ -104,30 +107,27 @@ Parcel Sounding::Lifted(Lift lift) const {
 
 std::optional<double> Sounding::Index(const std::string& label) const {
   const analysis::IndexRow* row = analysis::FindIndex(label);
-  for (const analysis::IndexValue& index : held_->Of.Results.Indices) {
+  for (const analysis::IndexValue& index : held_->Results().Indices) {
     if (index.Row == row) return report::IndexNumber(index);
   }
   return std::nullopt;
 }
 
 std::string Sounding::Doubts() const {
-  const QcFinding found = CheckRecord(held_->Of.Record);
-  std::string text(QcText(found.Number));
-  if (found.Level != 0) text += " Level " + Shortest(found.Level) + ".";
-  return text;
+  return FindingText(held_->Of.Finding());
 }
 
 std::vector<std::string> Sounding::Notes() const {
-  return held_->Of.Notes;
+  return held_->Of.Notes();
 }
 
 std::string Sounding::Json() const {
-  return report::SoundingJson(held_->Of, held_->Set);
+  return report::SoundingJson(report::ReportOf(held_->Of, held_->File, held_->Set), held_->Set);
 }
 
 std::string Sounding::Svg(int widthPx, int heightPx) const {
-  const SoundingRecord& record = held_->Of.Record;
-  const analysis::AnalysisResults& results = held_->Of.Results;
+  const SoundingRecord& record = held_->Of.Record();
+  const analysis::AnalysisResults& results = held_->Results();
   const std::optional<Picture> small =
       hodograph::PlotSmallHodograph({.Sounding = record, .Results = results, .Set = held_->Set});
   const auto plot = diagram::PlotSounding({.Sounding = record,
@@ -138,7 +138,7 @@ std::string Sounding::Svg(int widthPx, int heightPx) const {
 }
 
 std::string Sounding::Native() const {
-  return WriteRaw(held_->Of.Record);
+  return WriteRaw(held_->Of.Record());
 }
 
 Loaded Load(const std::string& file, const Settings& settings) {
@@ -146,26 +146,20 @@ Loaded Load(const std::string& file, const Settings& settings) {
   if (!options) return Failed(file, options.Error());
   const Outcome<StationList> stations = StationsOf(settings.StationFile);
   if (!stations) return Failed(settings.StationFile, stations.Error());
-  SilentInteraction quiet;
-  Outcome<ingest::LoadedFile> loaded =
-      ingest::LoadFile(PathFromText(file), settings.Number - 1, &stations.Value(), &quiet);
-  if (!loaded) return Failed(file, loaded.Error());
-  auto held = std::make_shared<Held>();
-  held->Set = options.Value();
-  held->Of = {.File = file,
-              .Record = std::move(loaded.Value().Record),
-              .Notes = std::move(loaded.Value().Notes)};
-  held->Of.Results = analysis::Analyse(held->Of.Record, held->Set);
+  Loading loading = LoadSounding({.File = PathFromText(file), .Index = settings.Number - 1},
+                                 {.Stations = &stations.Value()});
+  if (loading.Failed) return Failed(file, *loading.Failed);
+  auto held = std::make_shared<Held>(Held{
+      .File = file, .Of = AnalysedSounding(*std::move(loading.Sounding)), .Set = options.Value()});
+  held->Results();
   return {.Found = Sounding(std::move(held))};
 }
 
 std::vector<std::string> Titles(const std::string& file) {
-  std::vector<std::string> notes, titles;
-  const Outcome<SourceText> source = ingest::ReadSource(PathFromText(file), notes);
+  std::vector<std::string> titles;
+  const Outcome<SoundingSource> source = SoundingSource::Open(PathFromText(file));
   if (!source) return titles;
-  for (const ingest::SourceEntry& entry : ingest::ListSoundings(source.Value())) {
-    titles.push_back(entry.Title);
-  }
+  for (const ingest::SourceEntry& entry : source.Value().List()) titles.push_back(entry.Title);
   return titles;
 }
 

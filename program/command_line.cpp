@@ -8,12 +8,10 @@
 
 #include "config/catalogue.h"
 #include "core/numbers.h"
+#include "picture/image_settings.h"
 
 namespace vexa {
 namespace {
-
-constexpr int kLeastPixels = 16;
-constexpr int kMostPixels = 20000;
 
 Fault Wrong(std::string reason) {
   return {kFaultInvalidValue, "ReadCommandLine", std::move(reason)};
@@ -127,6 +125,26 @@ std::optional<Fault> WrongCommand(const std::vector<std::string>& strange, bool 
                DidYouMean(strange.front(), names));
 }
 
+// The library takes any word for a value. One that is an option's name is there because the value
+// was forgotten, and a file would be called after it.
+std::optional<Fault> OptionForValue(std::span<const std::string> words, const CommandForm& form) {
+  const auto rowOf = [&form](std::string_view word) {
+    return std::ranges::find_if(form.Options, [word](const ArgumentRow& row) {
+      return word == row.Name || (!row.Short.empty() && word == row.Short);
+    });
+  };
+  for (std::size_t i = 0; i + 1 < words.size(); ++i) {
+    const auto row = rowOf(words[i]);
+    if (row == form.Options.end() || row->Value.empty()) continue;
+    const std::string& value = words[++i];
+    if (rowOf(std::string_view(value).substr(0, value.find('='))) == form.Options.end()) continue;
+    return Wrong(words[i - 1] + " wants " + std::string(row->Value) + ", and " + value +
+                 " is an option; " + std::string(row->Name) + "=" + value +
+                 " takes it all the same");
+  }
+  return std::nullopt;
+}
+
 // Options and files as the library has sorted them, and the files behind "--".
 std::optional<Fault> TakeArguments(const CLI::App& app, std::span<const std::string> moreFiles,
                                    CommandLine& read) {
@@ -212,6 +230,7 @@ CommandLine ReadCommandLine(std::span<const std::string> words, const CommandFor
   }
   if (read.Wrong || !read.Answer.empty()) return read;
   if (!commands.empty()) read.Wrong = WrongCommand(app.remaining(), chosen != &app, commands);
+  if (!read.Wrong) read.Wrong = OptionForValue({words.begin(), endOfOptions}, *read.Command);
   if (!read.Wrong) read.Wrong = TakeArguments(*chosen, {endOfOptions, words.end()}, read);
   return read;
 }
@@ -240,12 +259,12 @@ Outcome<PixelSize> ParseSize(std::string_view text) {
     const std::optional<int> width = ParseWhole(text.substr(0, cross));
     const std::optional<int> height = ParseWhole(text.substr(cross + 1));
     const auto fits = [](const std::optional<int>& pixels) {
-      return pixels && *pixels >= kLeastPixels && *pixels <= kMostPixels;
+      return pixels && *pixels >= kLeastImagePx && *pixels <= kMostImagePx;
     };
     if (fits(width) && fits(height)) return PixelSize{*width, *height};
   }
-  return Wrong("a size is WIDTHxHEIGHT in pixels from " + Shortest(kLeastPixels) + " to " +
-               Shortest(kMostPixels) + ", not \"" + std::string(text) + "\"");
+  return Wrong("a size is WIDTHxHEIGHT in pixels from " + Shortest(kLeastImagePx) + " to " +
+               Shortest(kMostImagePx) + ", not \"" + std::string(text) + "\"");
 }
 
 std::optional<Fault> SetOptions(Options& options, const std::vector<std::string>& assignments) {

@@ -34,8 +34,8 @@ Changes ExportData(Program& program) {
 
 Changes ExportAs(Program& program, output::DumpKind kind) {
   if (program.Current.Record.NumTempLevels() == 0) return {};
-  if (const QcFinding found = CheckRecord(program.Current.Record); found.Number != 0) {
-    program.Doc.Report({kFaultUnusable, "BadSounding", std::string(QcText(found.Number))});
+  if (const QcFinding& found = program.Doc.Finding(); found.Number != 0) {
+    program.Doc.Report({kFaultUnusable, "BadSounding", FindingText(found)});
     return {};
   }
   const std::optional<std::filesystem::path> chosen =

@@ -9,11 +9,10 @@
 #include <utility>
 #include <vector>
 
-#include "core/data_checks.h"
 #include "core/error_report.h"
 #include "core/files.h"
 #include "core/numbers.h"
-#include "ingest/decoder.h"
+#include "sounding/analysed_sounding.h"
 
 namespace vexa {
 namespace {
@@ -25,21 +24,21 @@ struct Piece {
   std::string Text{};
   std::string DataType{};
   std::optional<Fault> Failed{};
+  QcFinding Finding{};
 };
 
 Piece MakePiece(const std::string& file, const ExportRequest& request, const Options& options) {
   const output::DumpKind kind = request.Kind;
   Piece piece;
   piece.Failed = Guarded("ExportBatch", [&]() -> std::optional<Fault> {
-    SilentInteraction quiet;
-    const Outcome<ingest::LoadedFile> loaded =
-        ingest::LoadFile(PathFromText(file), request.Index, request.Stations, &quiet);
-    if (!loaded) return loaded.Error();
-    const SoundingRecord& record = loaded.Value().Record;
-    const QcFinding found = CheckRecord(record);
-    if (found.Number != 0) {
-      return Fault{kFaultUnusable, "BadSounding", std::string(QcText(found.Number))};
+    const Loading loading = LoadSounding({.File = PathFromText(file), .Index = request.Index},
+                                         {.Stations = request.Stations});
+    if (loading.Failed) return loading.Failed;
+    piece.Finding = loading.Sounding->Finding;
+    if (piece.Finding.Number != 0) {
+      return Fault{kFaultUnusable, "BadSounding", FindingText(piece.Finding)};
     }
+    const SoundingRecord& record = loading.Sounding->Record;
     piece.Text =
         output::DumpSounding(record, output::AnalyseForDump(record, options, kind), options, kind);
     piece.DataType = record.DataFormat;
@@ -185,7 +184,7 @@ ExportReport ExportBatch(const ExportRequest& request, const Options& given, Pro
     if (report.Rejected++ == 0) report.FirstReason = reason;
     if (!rejects) rejects.emplace(rejectPath, ops);
     keep(rejects->Write(name + "    Error = " + reason + "\r\n"));
-    if (onReject) onReject(name, *piece.Failed);
+    if (onReject) onReject({.File = name, .Why = *piece.Failed, .Finding = piece.Finding});
   }
   if (!report.Failed && summary.Count > 0) {
     keep(file.Write(output::DumpClosing(summary, dump, request.Kind)));

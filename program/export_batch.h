@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "config/options.h"
+#include "core/data_checks.h"
 #include "core/fault.h"
 #include "core/files.h"
 #include "core/interaction.h"
@@ -54,8 +55,15 @@ struct ExportReport {
   std::string FirstReason{};           // why the first rejected one was
 };
 
+/// A file that has no share in the dump.
+struct RejectedFile {
+  std::string File{};
+  Fault Why{};
+  QcFinding Finding{};  // number 0 where the file could not be read
+};
+
 /// Told of each file that is left out, in the order of the files.
-using OnReject = std::function<void(const std::string& file, const Fault& fault)>;
+using OnReject = std::function<void(const RejectedFile& rejected)>;
 
 /// Carries out an export. Files that cannot be read, and soundings that the check of the data
 /// finds fault with, are named in a file "BAD_" + output beside the output. Without any sounding

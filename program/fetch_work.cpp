@@ -11,7 +11,7 @@
 #include "core/folders.h"
 #include "core/numbers.h"
 #include "core/raw_file.h"
-#include "ingest/decoder.h"
+#include "sounding/sounding_source.h"
 
 namespace vexa {
 
@@ -65,14 +65,49 @@ Fault Other(const std::string& what) {
   return Fault{kFaultEndOfFile, "AskedSounding", "the server sent " + what};
 }
 
-// What states no month is of that asked for, or of the day after.
-Outcome<SourceText> ReadAnswer(const std::string& bytes, const Request& request,
-                               std::vector<std::string>& notes) {
-  Outcome<SourceText> source = ingest::ReadSource("answer", bytes, notes);
-  if (source && request.Time.Known()) {
-    source.Value().SetWrittenOn(std::chrono::floor<std::chrono::days>(MinuteOf(request.Time)));
+Outcome<LoadedSounding> LoadOf(SoundingSource& source, int index, const LoadPolicy& policy) {
+  Loading loading = source.Load(index, policy);
+  if (loading.Failed) return *std::move(loading.Failed);
+  return *std::move(loading.Sounding);
+}
+
+// writtenOn  the day of messages that state no month; none: their time stays unknown
+Outcome<LoadedSounding> Pick(const std::string& bytes, const Request& request,
+                             const std::optional<std::chrono::sys_days>& writtenOn,
+                             const LoadPolicy& policy) {
+  Outcome<SoundingSource> opened = SoundingSource::Open("answer", bytes);
+  if (!opened) return opened.Error();
+  SoundingSource& source = opened.Value();
+  if (writtenOn) source.SetWrittenOn(writtenOn);
+  const std::vector<ingest::SourceEntry> entries = source.List();
+  if (entries.size() > 1) {
+    const bool isOneStation = AreOfOneStation(entries);
+    const auto asked = std::ranges::find_if(entries, [&](const ingest::SourceEntry& entry) {
+      const bool isOfStation =
+          isOneStation ? IsOfStation(entry.Station.Number, entry.Station.Letters, request)
+                       : IsNamed(entry, request);
+      return isOfStation && IsOfHour(entry.Time, request.Time);
+    });
+    if (asked != entries.end()) {
+      return LoadOf(source, static_cast<int>(asked - entries.begin()), policy);
+    }
+    return Other(Shortest(static_cast<int>(entries.size())) +
+                 " soundings, none of them of this station and hour: " + entries.front().Title);
   }
-  return source;
+  Outcome<LoadedSounding> only = LoadOf(source, 0, policy);
+  if (!only) return only;
+  const SoundingRecord& record = only.Value().Record;
+  const std::string letters = entries.empty() ? "" : entries.front().Station.Letters;
+  if (!IsOfStation(record.WmoNumber, letters, request)) {
+    return Other("another station: " + record.StationTitle);
+  }
+  if (!IsOfHour(record.Time, request.Time)) return Other("another hour: " + record.StationTitle);
+  return only;
+}
+
+std::optional<std::chrono::sys_days> DayOf(const Request& request) {
+  if (!request.Time.Known()) return std::nullopt;
+  return std::chrono::floor<std::chrono::days>(MinuteOf(request.Time));
 }
 
 }  // namespace
@@ -99,53 +134,28 @@ Request Completed(const Request& request, const StationList* stations) {
   return whole;
 }
 
-Outcome<int> AskedSounding(const std::string& bytes, const Request& request) {
-  SilentInteraction quiet;
-  ingest::LoadContext context{.Ask = &quiet};
-  Outcome<SourceText> source = ReadAnswer(bytes, request, context.Notes);
-  if (!source) return source.Error();
-  const std::vector<ingest::SourceEntry> entries = ingest::ListSoundings(source.Value());
-  if (entries.size() > 1) {
-    const bool isOneStation = AreOfOneStation(entries);
-    const auto asked = std::ranges::find_if(entries, [&](const ingest::SourceEntry& entry) {
-      const bool isOfStation =
-          isOneStation ? IsOfStation(entry.Station.Number, entry.Station.Letters, request)
-                       : IsNamed(entry, request);
-      return isOfStation && IsOfHour(entry.Time, request.Time);
-    });
-    if (asked != entries.end()) return static_cast<int>(asked - entries.begin());
-    return Other(Shortest(static_cast<int>(entries.size())) +
-                 " soundings, none of them of this station and hour: " + entries.front().Title);
-  }
-  SoundingRecord record;
-  if (std::optional<Fault> fault = ingest::DecodeSounding(source.Value(), context, record)) {
-    return *fault;
-  }
-  const std::string letters = entries.empty() ? "" : entries.front().Station.Letters;
-  if (!IsOfStation(record.WmoNumber, letters, request)) {
-    return Other("another station: " + record.StationTitle);
-  }
-  if (IsOfHour(record.Time, request.Time)) return 0;
-  return Other("another hour: " + record.StationTitle);
+Outcome<LoadedSounding> AskedSounding(const std::string& bytes, const Request& request,
+                                      const LoadPolicy& policy) {
+  return Pick(bytes, request, DayOf(request), policy);
 }
 
-std::optional<Fault> JudgeSounding(const std::string& bytes, const Source& source,
-                                   const Request& request, Instant now) {
-  const Outcome<int> asked = AskedSounding(bytes, request);
-  if (!asked) return asked.Error();
-  if (NeedsTime(source) || !request.Time.Known()) return std::nullopt;
+Outcome<LoadedSounding> JudgeSounding(const std::string& bytes, const download::Source& source,
+                                      const Request& request, Instant now,
+                                      const LoadPolicy& policy) {
   constexpr auto kCurrent = std::chrono::hours(48);
-  if (std::chrono::abs(MinuteOf(request.Time) - now) <= kCurrent) return std::nullopt;
+  const bool isTold = NeedsTime(source) || !request.Time.Known() ||
+                      std::chrono::abs(MinuteOf(request.Time) - now) <= kCurrent;
+  if (isTold) return AskedSounding(bytes, request, policy);
   // Without the day that was asked for, does the answer know its time?
-  std::vector<std::string> notes;
-  const Outcome<SourceText> undated = ingest::ReadSource("answer", bytes, notes);
-  if (!undated) return undated.Error();
-  SilentInteraction quiet;
-  ingest::LoadContext context{.Ask = &quiet, .Index = asked.Value()};
-  SoundingRecord record;
-  if (auto fault = ingest::DecodeSounding(undated.Value(), context, record)) return fault;
-  if (record.Time.Known()) return std::nullopt;
+  Outcome<LoadedSounding> undated = Pick(bytes, request, std::nullopt, policy);
+  if (!undated || undated.Value().Record.Time.Known()) return undated;
   return Other("current messages without month and year; the hour asked for is not current");
+}
+
+std::string SavedText(const SavedSounding& saved) {
+  return saved.Index == 0
+             ? saved.File
+             : saved.File + "  (sounding " + Shortest(saved.Index + 1) + " of the file)";
 }
 
 Instant SystemNow() {
@@ -153,7 +163,8 @@ Instant SystemNow() {
 }
 
 // Of several stations in a row one answer may serve all, where the address names none.
-FetchResult FetchWork::Ask(const Source& source, const Request& request, const Request& judged) {
+FetchResult FetchWork::Ask(const download::Source& source, const Request& request,
+                           const Request& judged) {
   if (request.Time.Known() && !HasHour(source, request.Time.Hour)) {
     return {.End = FetchEnd::Refused,
             .Failed =
@@ -161,8 +172,13 @@ FetchResult FetchWork::Ask(const Source& source, const Request& request, const R
                       "the source has the hours " + std::string(Trim(source.Hours)) + " UTC only"}};
   }
   const Instant now = SystemNow();
-  const Judge judge = [&](const std::string& bytes, const Request&) {
-    return JudgeSounding(bytes, source, judged, now);
+  const Judge judge = [&](const std::string& bytes, const Request&) -> std::optional<Fault> {
+    judged_.reset();
+    Outcome<LoadedSounding> found =
+        JudgeSounding(bytes, source, judged, now, {.Stations = stations_});
+    if (!found) return found.Error();
+    judged_ = {.Body = bytes, .Wanted = judged, .Sounding = std::move(found.Value())};
+    return std::nullopt;
   };
   const Outcome<std::string> address = AddressOf(source, request);
   if (!NeedsStation(source) && address && address.Value() == lastAddress_) {
@@ -179,7 +195,7 @@ FetchResult FetchWork::Ask(const Source& source, const Request& request, const R
   return result;
 }
 
-FetchResult FetchWork::Fetch(const Source& source, const Request& request) {
+FetchResult FetchWork::Fetch(const download::Source& source, const Request& request) {
   // A source may want the number of a station that was named by its letters, or the other way.
   Request whole = Completed(request, stations_);
   // Letters of the list need not be those of the answer.
@@ -195,32 +211,6 @@ FetchResult FetchWork::Fetch(const Source& source, const Request& request) {
 }
 
 namespace {
-
-// What a native file of an answer holds: the sounding that was asked for.
-Outcome<std::string> NativeOf(const std::string& body, const Request& request,
-                              const StationList* stations) {
-  const Outcome<int> asked = AskedSounding(body, request);
-  if (!asked) return asked.Error();
-  SilentInteraction quiet;
-  ingest::LoadContext context{.Ask = &quiet, .Index = asked.Value(), .Stations = stations};
-  const Outcome<SourceText> source = ReadAnswer(body, request, context.Notes);
-  if (!source) return source.Error();
-  SoundingRecord record;
-  if (std::optional<Fault> fault = ingest::DecodeSounding(source.Value(), context, record)) {
-    return *fault;
-  }
-  if (record.NumTempLevels() == 0) {
-    return Fault{kFaultTooFewLevels, "NativeOf", "winds alone cannot be kept in a native file"};
-  }
-  return WriteRaw(record);
-}
-
-// Which of the answer's soundings it is, where that is not the first.
-std::string NumberIn(const FetchResult& result, const Request& request) {
-  const Outcome<int> asked = AskedSounding(result.Got.Body, request);
-  if (!asked || asked.Value() == 0) return {};
-  return "  (sounding " + Shortest(asked.Value() + 1) + " of the file)";
-}
 
 // Another name for a file that keeps what it has: "72357_1999050400-2.txt", or one that holds these
 // bytes already.
@@ -238,44 +228,59 @@ fs::path BesideOf(const fs::path& path, const std::string& bytes) {
 
 }  // namespace
 
-Outcome<std::string> FetchWork::Save(const BatchPlan& plan, const Request& request,
-                                     const FetchResult& result) {
+Outcome<LoadedSounding> FetchWork::Decoded(const std::string& body, const Request& request) {
+  const Request whole = Completed(request, stations_);
+  if (judged_ && judged_->Wanted == whole && judged_->Body == body) return judged_->Sounding;
+  return AskedSounding(body, whole, {.Stations = stations_});
+}
+
+Outcome<SavedSounding> FetchWork::SaveAnswer(const BatchPlan& plan, const Request& request,
+                                             const std::string& body) {
   const bool isNative = plan.Format == BatchFormat::Native;
   const fs::path folder = PathFromText(plan.Folder);
   fs::path path = folder / PathFromText(FileStem(request) + (isNative ? ".RAW" : ".txt"));
-  Outcome<std::string> bytes =
-      isNative ? NativeOf(result.Got.Body, Completed(request, stations_), stations_)
-               : Outcome<std::string>(result.Got.Body);
-  std::optional<Fault> fault;
-  if (bytes) {
-    std::error_code ignored;  // saving tells of it
-    if (!folder.empty()) fs::create_directories(folder, ignored);
-    const Outcome<std::string> there = ReadFile(path);
-    const bool isOther = fs::exists(path, ignored) && !(there && there.Value() == bytes.Value());
-    if (isOther && !watch_.MayReplace) path = BesideOf(path, bytes.Value());
-    if (isOther && watch_.MayReplace && !watch_.MayReplace(path)) {
-      fault = Fault{kFaultFileExists, "Save", TextFromPath(path) + ": there is another file already",
-                    TextFromPath(path.filename())};
-    } else {
-      fault = SaveFile(path, bytes.Value());
-    }
-  } else {
-    fault = bytes.Error();
-  }
-  if (fault) {
+  const auto notSaved = [&path](Fault fault) {
     const std::string name = TextFromPath(path);
     std::string reason =
-        fault->Detail.empty() ? FaultMessage(CurrentSounding{}, *fault) : fault->Detail;
+        fault.Detail.empty() ? FaultMessage(CurrentSounding{}, fault) : fault.Detail;
     if (!reason.starts_with(name)) reason.insert(0, name + ": ");
-    fault->Detail = "not saved: " + reason;
-    if (watch_.Failed) watch_.Failed(source_ ? *source_ : Source{}, request, *fault);
-    return *fault;
+    fault.Detail = "not saved: " + reason;
+    return fault;
+  };
+  const Outcome<LoadedSounding> decoded = Decoded(body, request);
+  if (!decoded) return notSaved(decoded.Error());
+  const LoadedSounding& sounding = decoded.Value();
+  if (isNative && sounding.Record.NumTempLevels() == 0) {
+    return notSaved({kFaultTooFewLevels, "Save", "winds alone cannot be kept in a native file"});
   }
-  if (watch_.Saved) {
-    watch_.Saved(TextFromPath(path) +
-                 (isNative ? "" : NumberIn(result, Completed(request, stations_))));
+  const std::string bytes = isNative ? WriteRaw(sounding.Record) : body;
+  std::error_code ignored;  // saving tells of it
+  if (!folder.empty()) fs::create_directories(folder, ignored);
+  const Outcome<std::string> there = ReadFile(path);
+  const bool isOther = fs::exists(path, ignored) && !(there && there.Value() == bytes);
+  if (isOther && !watch_.MayReplace) path = BesideOf(path, bytes);
+  if (isOther && watch_.MayReplace && !watch_.MayReplace(path)) {
+    return notSaved({kFaultFileExists, "Save",
+                     TextFromPath(path) + ": there is another file already",
+                     TextFromPath(path.filename())});
   }
-  return TextFromPath(path);
+  if (auto fault = SaveFile(path, bytes)) return notSaved(*std::move(fault));
+  return SavedSounding{.File = TextFromPath(path),
+                       .Index = isNative ? 0 : sounding.From.Index,
+                       .Finding = sounding.Finding,
+                       .Lost = isNative ? LostBelowSea(sounding.Record) : std::string()};
+}
+
+Outcome<std::string> FetchWork::Save(const BatchPlan& plan, const Request& request,
+                                     const FetchResult& result) {
+  const Outcome<SavedSounding> saved = SaveAnswer(plan, request, result.Got.Body);
+  if (!saved) {
+    if (watch_.Failed)
+      watch_.Failed(source_ ? *source_ : download::Source{}, request, saved.Error());
+    return saved.Error();
+  }
+  if (watch_.Saved) watch_.Saved(saved.Value());
+  return saved.Value().File;
 }
 
 bool FetchWork::Continue(int done, int total, const Request& next) {

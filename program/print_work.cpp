@@ -124,8 +124,7 @@ std::vector<std::string> ReadPrinterText(std::string_view text, PrintSetup& into
   for (const KeyLines::Entry& entry : KeyLines(text).Entries()) {
     const auto* row = std::ranges::find(kPrinterLines, entry.Key, &PrinterLine::Key);
     if (row != std::end(kPrinterLines) && row->Take(into, entry.Value)) continue;
-    unknown.push_back(
-        AtLine(kPrinterFile, entry.Line, '"' + entry.Whole + "\" is not understood"));
+    unknown.push_back(AtLine(kPrinterFile, entry.Line, '"' + entry.Whole + "\" is not understood"));
   }
   return unknown;
 }
@@ -184,7 +183,10 @@ std::optional<Fault> PrepareToPrint(const Program& program, const PrintRequest& 
 }
 
 ListingLines DecodedLines(const Program& program) {
-  return LinesOf(WriteRaw(program.Current.Record));
+  ListingLines lines = LinesOf(WriteRaw(program.Current.Record));
+  const std::string lost = LostBelowSea(program.Current.Record);
+  if (!lost.empty()) lines.push_back(lost);
+  return lines;
 }
 
 Outcome<ListingLines> SourceLines(const Program& program) {

@@ -165,6 +165,7 @@ bool LoadAgain(Program& program, const Session& session, const std::filesystem::
   const auto now = static_cast<std::size_t>(std::max(0, WholeSetting(session, kListedNow)));
   const int index = now < indices.size() ? std::max(0, ToWhole(indices[now])) : 0;
   const auto leave = program.Doc.LeaveUnaltered();
+  if (session.Edited) program.Doc.TolerateOrderOnce();
   if (!leave || !commands::LoadOne(program, *leave, file, index)) return false;
   commands::MakeRecentFiles(program);
   return true;

@@ -6,17 +6,12 @@
 #include "core/files.h"
 #include "core/utf8.h"
 #include "ingest/archive.h"
-#include "ingest/decoder.h"
 #include "program/edit_commands.h"
+#include "program/listed_soundings.h"
+#include "sounding/sounding_source.h"
 
 namespace vexa {
 namespace {
-
-std::string Utf8FromSingleBytes(std::string_view bytes) {
-  std::string text;
-  for (const char c : bytes) AppendUtf8(static_cast<unsigned char>(c), text);
-  return text;
-}
 
 // Empty when a character lies beyond Latin-1.
 std::optional<std::string> SingleBytesFromUtf8(std::string_view text) {
@@ -62,24 +57,17 @@ Outcome<EditableText> PartToEdit(const SourceText& source, const ingest::SourceE
 
 // The edited text under the name that its file has in an archive, which may tell the date.
 Outcome<SoundingRecord> Decode(Program& program, const std::string& bytes) {
-  SoundingRecord record;
-  ingest::LoadContext context{.Ask = program.Current.Ask,
-                              .Index = program.Doc.IndexInFile(),
-                              .Stations = &program.Stations};
-  const std::optional<Fault> fault = Guarded("EditSource", [&]() -> std::optional<Fault> {
-    std::vector<std::string> notes;
-    const Outcome<SourceText> onDisk = ingest::ReadSource(program.Current.FilePath(), notes);
-    SourceText edited(program.Current.FileName, bytes);
-    if (onDisk) {
-      const ingest::SoundingPlace place = ingest::PlaceOf(onDisk.Value(), context.Index);
-      edited = SourceText(place.Text->Name(), bytes);
-      edited.SetWrittenOn(place.Text->WrittenOn());
-      context.Index = place.Index;
-    }
-    return ingest::DecodeSounding(edited, context, record);
-  });
-  if (fault) return *fault;
-  return record;
+  int index = program.Doc.IndexInFile();
+  SourceText edited(program.Current.FileName, bytes);
+  if (const auto onDisk = SoundingSource::Open(program.Current.FilePath())) {
+    const ingest::SoundingPlace place = ingest::PlaceOf(onDisk.Value().Text(), index);
+    edited = SourceText(place.Text->Name(), bytes);
+    edited.SetWrittenOn(place.Text->WrittenOn());
+    index = place.Index;
+  }
+  Loading loading = SoundingSource(std::move(edited)).Load(index, PolicyOf(program));
+  if (loading.Failed) return *loading.Failed;
+  return std::move(loading.Sounding->Record);
 }
 
 }  // namespace
@@ -91,7 +79,7 @@ Outcome<EditableText> TextToEdit(std::string_view bytes, std::string_view name) 
                  std::string(name) + " holds no text that could be edited"};
   }
   EditableText text{.Name = std::string(name), .IsSingleByte = !IsUtf8(bytes)};
-  const std::string whole = text.IsSingleByte ? Utf8FromSingleBytes(bytes) : std::string(bytes);
+  const std::string whole = text.IsSingleByte ? Utf8FromLatin1(bytes) : std::string(bytes);
   text.EndsInCrLf = whole.find("\r\n") != std::string::npos;
   for (std::size_t i = 0; i < whole.size(); ++i) {
     if (whole[i] != '\r') {
@@ -125,10 +113,10 @@ Outcome<EditableText> SourceToEdit(const Program& program, bool entireFile) {
     if (!bytes) return bytes.Error();
     return TextToEdit(bytes.Value(), name);
   }
-  std::vector<std::string> notes;
-  const Outcome<SourceText> source = ingest::ReadSource(path, notes);
+  const Outcome<SoundingSource> source = SoundingSource::Open(path);
   if (!source) return source.Error();
-  const ingest::SoundingPlace place = ingest::PlaceOf(source.Value(), program.Doc.IndexInFile());
+  const ingest::SoundingPlace place =
+      ingest::PlaceOf(source.Value().Text(), program.Doc.IndexInFile());
   const std::vector<ingest::SourceEntry> entries = ingest::ListSoundings(*place.Text);
   const auto index = static_cast<std::size_t>(place.Index);
   if (entries.size() > 1 && index < entries.size() && entries[index].FirstLine > 0) {

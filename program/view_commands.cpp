@@ -43,8 +43,7 @@ SharedSounding LoadOld(Program& program, const std::filesystem::path& path,
   }
   const QcFinding& finding = loaded.Value()->Finding();
   if (finding.Number == 0) return std::move(loaded.Value());
-  ErrorReport(beside, {kFaultUnusable, "LoadOld",
-                       beside.FileName + ": " + std::string(QcText(finding.Number))});
+  ErrorReport(beside, {kFaultUnusable, "LoadOld", beside.FileName + ": " + FindingText(finding)});
   return isOneOfSeveral ? nullptr : std::move(loaded.Value());
 }
 

@@ -20,6 +20,15 @@ Json Numbers(const std::vector<std::optional<double>>& values) {
   return array;
 }
 
+Json FindingJson(const QcFinding& finding) {
+  if (finding.Number == 0) return nullptr;
+  Json json;
+  json["number"] = finding.Number;
+  json["text"] = QcText(finding.Number);
+  json["level"] = finding.Level == 0 ? Json(nullptr) : Json(finding.Level);
+  return json;
+}
+
 std::string JsonText(const Json& json) {
   constexpr int kIndent = 2;
   return json.dump(kIndent, ' ', false, Json::error_handler_t::replace);

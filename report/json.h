@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "core/data_checks.h"
+
 namespace vexa::report {
 
 using Json = nlohmann::ordered_json;
@@ -15,6 +17,9 @@ using Json = nlohmann::ordered_json;
 /// null for an absent value and for one that is not finite; a whole number without a fraction.
 Json Number(std::optional<double> value);
 Json Numbers(const std::vector<std::optional<double>>& values);
+
+/// What the check of the data found: number, text and level; null for nothing.
+Json FindingJson(const QcFinding& finding);
 
 /// The text of it, indented, without a line end. Bytes that are not UTF-8 become U+FFFD.
 std::string JsonText(const Json& json);

@@ -37,11 +37,12 @@ struct ReportSource {
   const ReportWriter& Writer;
 
   // Its file is named as it stands in the folder.
-  AnalysedSounding Sounding() const {
+  ReportedSounding Sounding() const {
     return {.File = "source/" + In.Current.FileName,
             .Record = In.Current.Record,
             .Results = In.Results,
-            .Notes = In.Current.LoadNotes};
+            .Notes = In.Current.LoadNotes,
+            .Finding = In.Doc.Finding()};
   }
 };
 
@@ -64,7 +65,7 @@ std::vector<ReportFile> FilesOf(const ReportSource& from) {
   };
   std::vector<ReportFile> files = {
       {"source/" + program.Current.FileName, [from] { return from.SourceBytes; }},
-      {"sounding.RAW", [&program] { return WriteRaw(program.Current.Record); }},
+      {std::string(kNativeName), [&program] { return WriteRaw(program.Current.Record); }},
       {std::string(kSettingsReportName),
        [&program] {
          return SettingsReport(program.Set,
@@ -103,8 +104,8 @@ class NewFolders {
     }
     if (fs::create_directory(folder, failed)) made_.push_back(folder);
     if (!failed) return std::nullopt;
-    return Fault{FaultNumber(failed), "WriteReport",
-                 TextFromPath(folder) + ": " + failed.message(), TextFromPath(folder.filename())};
+    return Fault{FaultNumber(failed), "WriteReport", TextFromPath(folder) + ": " + failed.message(),
+                 TextFromPath(folder.filename())};
   }
   void Keep() { made_.clear(); }
 
@@ -141,7 +142,8 @@ std::optional<Fault> WriteReport(const Program& program, const fs::path& folder,
   std::error_code failed;
   fs::remove(folder / kVersionsName, failed);
   if (failed) {
-    return Fault{FaultNumber(failed), "WriteReport", TextFromPath(folder) + ": " + failed.message()};
+    return Fault{FaultNumber(failed), "WriteReport",
+                 TextFromPath(folder) + ": " + failed.message()};
   }
   folders.Keep();
   for (AtomicFile& file : made) {

@@ -23,6 +23,9 @@ struct ReportWriter {
       EncodePicture{};
 };
 
+/// The sounding as a native file, which keeps no winds below sea level.
+inline constexpr std::string_view kNativeName = "sounding.RAW";
+
 /// Writes the folder of the sounding in work, which is made where it is missing; files of these
 /// names are replaced. Faults as of making the folder, of reading its file, of SaveFile and of the
 /// pictures.

@@ -280,7 +280,7 @@ Json IndexJson(const analysis::IndexValue& index) {
 }
 
 // Where the sounding comes from.
-void AddHeading(Json& json, const AnalysedSounding& sounding) {
+void AddHeading(Json& json, const ReportedSounding& sounding) {
   const SoundingRecord& record = sounding.Record;
   json["file"] = sounding.File;
   json["format"] = record.DataFormat;
@@ -297,7 +297,16 @@ void AddHeading(Json& json, const AnalysedSounding& sounding) {
 
 }  // namespace
 
-std::string SoundingJson(const AnalysedSounding& sounding, const Options& options) {
+ReportedSounding ReportOf(const AnalysedSounding& sounding, std::string name,
+                          const Options& options, analysis::AdiabatTable* table) {
+  return {.File = std::move(name),
+          .Record = sounding.Record(),
+          .Results = sounding.Results(options, table),
+          .Notes = sounding.Notes(),
+          .Finding = sounding.Finding()};
+}
+
+std::string SoundingJson(const ReportedSounding& sounding, const Options& options) {
   const AnalysisResults& results = sounding.Results;
   Json json;
   AddHeading(json, sounding);
@@ -322,6 +331,7 @@ std::string SoundingJson(const AnalysedSounding& sounding, const Options& option
   for (const analysis::IndexValue& index : results.Indices) {
     indices[std::string(Trim(index.Row->Label))] = IndexJson(index);
   }
+  json["finding"] = FindingJson(sounding.Finding);
   json["notes"] = sounding.Notes;
   return JsonText(json);
 }

@@ -6,18 +6,28 @@
 
 #include "analysis/analysis.h"
 #include "config/options.h"
+#include "core/data_checks.h"
 #include "core/sounding_record.h"
+#include "sounding/analysed_sounding.h"
 
 namespace vexa::report {
 
-struct AnalysedSounding {
-  std::string File{};
-  SoundingRecord Record{};
-  analysis::AnalysisResults Results{};
-  std::vector<std::string> Notes{};  // what the decoder left out or worked out
+/// What is told of a sounding; its parts are kept elsewhere, by a program or an AnalysedSounding.
+struct ReportedSounding {
+  std::string File{};  // its name as it is told
+  const SoundingRecord& Record;
+  const analysis::AnalysisResults& Results;
+  const std::vector<std::string>& Notes;  // what the decoder left out or worked out
+  QcFinding Finding{};                    // what the check of the data found
 };
 
+/// An analysed sounding under the name by which it was asked for.
+///
+/// table  as AnalysedSounding::Results takes it
+ReportedSounding ReportOf(const AnalysedSounding& sounding, std::string name,
+                          const Options& options, analysis::AdiabatTable* table = nullptr);
+
 /// One JSON object, without a line end; docs/command-line.md lists its keys.
-std::string SoundingJson(const AnalysedSounding& sounding, const Options& options);
+std::string SoundingJson(const ReportedSounding& sounding, const Options& options);
 
 }  // namespace vexa::report

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "analysis/adiabat_table.h"
 #include "analysis/analysis.h"
 #include "config/options.h"
 #include "core/data_checks.h"
@@ -16,7 +17,6 @@
 #include "core/files.h"
 #include "core/interaction.h"
 #include "core/sounding_record.h"
-#include "core/source_text.h"
 #include "core/station_list.h"
 
 namespace vexa {
@@ -39,7 +39,6 @@ struct LoadedSounding {
   SoundingRecord Record{};
   std::vector<std::string> Notes{};  // what was left out, changed or worked out
   QcFinding Finding{};               // number 0: the checks found nothing
-  int Count = 1;                     // soundings of the file
 };
 
 /// What loading came to. A damaged native file gives both its fault and what could be read of it,
@@ -47,15 +46,13 @@ struct LoadedSounding {
 struct Loading {
   std::optional<LoadedSounding> Sounding{};
   std::optional<Fault> Failed{};
+  std::vector<std::string> Notes{};  // where there is no sounding to have them
+  int Count = 1;                     // soundings of the file
 };
 
-/// Reads, decodes, orders and checks one sounding of a file. Faults as ingest::ReadSource and
-/// ingest::DecodeSounding.
+/// Reads, decodes, orders and checks one sounding of a file. Of several that `from` chooses, the
+/// first note says which it is. Faults as ingest::ReadSource and ingest::DecodeSounding.
 Loading LoadSounding(const Source& from, const LoadPolicy& policy);
-
-/// The same from a text that has been read already; `notes` are those of its reading.
-Loading LoadSounding(const SourceText& text, const Source& from, const LoadPolicy& policy,
-                     std::vector<std::string> notes = {});
 
 /// A loaded sounding that changes no more and is shared. Its analysis is made when it is first
 /// asked for and kept as long as it is asked for under the same settings.
@@ -67,7 +64,9 @@ class AnalysedSounding {
   const SoundingRecord& Record() const { return loaded_.Record; }
   const std::vector<std::string>& Notes() const { return loaded_.Notes; }
   const QcFinding& Finding() const { return loaded_.Finding; }
-  const analysis::AnalysisResults& Results(const Options& set) const;
+  /// table  kept from one sounding to the next, which saves time and changes no number
+  const analysis::AnalysisResults& Results(const Options& set,
+                                           analysis::AdiabatTable* table = nullptr) const;
 
  private:
   LoadedSounding loaded_;

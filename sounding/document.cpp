@@ -45,13 +45,14 @@ Status Document::Load(Leave leave, const Source& from, const LoadPolicy& policy,
   }
   CurrentSounding asked = Beside();
   asked.Record = loading.Sounding->Record;
+  asked.TolerateOrderOnce = std::exchange(current_.TolerateOrderOnce, false);
   const Status status = DataQC(asked, !checks);
   if (status == Status::QcCancel) {
     current_.StatusText = asked.StatusText;
     return status;
   }
   Take(leave, *std::move(loading.Sounding));
-  if (status == Status::QcError && !asked.Ask->Unattended()) correction_ = CheckRecord(Record());
+  if (status == Status::QcError && !asked.Ask->Unattended()) correction_ = Finding();
   current_.QcFault = asked.QcFault;
   current_.StatusText = Text(status);
   return Status::Ok;
@@ -63,7 +64,8 @@ void Document::Take(Leave, LoadedSounding loaded) {
   current_.FileName = TextFromPath(whole.filename());
   current_.DataFolder = whole.parent_path();
   current_.LoadNotes = std::move(loaded.Notes);
-  current_.QcFault = loaded.Finding.Number;
+  finding_ = loaded.Finding;
+  current_.QcFault = finding_.Number;
   current_.LastFault.reset();
   index_ = loaded.From.Index;
   history_.Clear();
@@ -94,7 +96,8 @@ bool Document::ForgetEdits(Leave) {
 
 // The indicator follows each edit: an edit may mend what the check found.
 void Document::Check() {
-  current_.QcFault = CheckRecord(current_.Record).Number;
+  finding_ = CheckRecord(current_.Record);
+  current_.QcFault = finding_.Number;
 }
 
 bool Document::Adopt(SoundingRecord edited, std::string_view step) {

@@ -37,6 +37,8 @@ class Document {
   /// As its file gave it; empty when it has none or the file is damaged.
   const std::optional<SoundingRecord>& AsLoaded() const { return loaded_; }
   int IndexInFile() const { return index_; }
+  /// What the check of the data finds in it as it is now, whether it was told or not.
+  const QcFinding& Finding() const { return finding_; }
 
   /// Whether it differs from what its file holds.
   bool IsAltered() const;
@@ -103,6 +105,8 @@ class Document {
   void AskThrough(Interaction* ask) { current_.Ask = ask; }
   /// While soundings are loaded without the user's doing their faults are told in other words.
   void SetAutoLoading(bool on) { current_.AutoLoading = on; }
+  /// The next load is not asked about a fault of order, which edits on the way may have mended.
+  void TolerateOrderOnce() { current_.TolerateOrderOnce = true; }
   void SetStatus(std::string_view text) { current_.StatusText = text; }
   Answer Report(const Fault& fault, BoxIcon icon = BoxIcon::Exclamation) {
     return ErrorReport(current_, fault, icon);
@@ -123,6 +127,7 @@ class Document {
 
   CurrentSounding current_{};
   int index_ = 0;
+  QcFinding finding_{};
   EditHistory history_{};
   std::optional<SoundingRecord> loaded_{};
   std::optional<SoundingRecord> onDisk_{};  // as its file holds it now; empty: nowhere yet

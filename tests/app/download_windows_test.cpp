@@ -107,8 +107,7 @@ TEST_F(DownloadWindowsTest, WhatIsChosenIsFetchedAndOpened) {
   ASSERT_FALSE(SaveFile(opened, "edited since"));
   user.Expect("VEXA", Answer::No);
   EXPECT_FALSE(window.Fetch());
-  EXPECT_EQ(user.Boxes.back().Text,
-            "72357_1999050412.txt already exists.\nReplace existing file?");
+  EXPECT_EQ(user.Boxes.back().Text, "72357_1999050412.txt already exists.\nReplace existing file?");
   EXPECT_EQ(ReadFile(opened).Value(), "edited since");
   user.Expect("VEXA", Answer::Yes);
   EXPECT_TRUE(window.Fetch());
@@ -208,25 +207,25 @@ TEST_F(DownloadWindowsTest, SourcesAreEditedInTheirFile) {
 TEST(AskedSounding, AmongMany) {
   const std::string record = ReadFile(test::TestData("igra_station.txt")).Value();
   const download::Request second{.Number = 85999, .Time = {2000, 1, 1, 0, 0}};
-  EXPECT_EQ(AskedSounding(record, second).Value(), 1);
+  EXPECT_EQ(AskedSounding(record, second).Value().From.Index, 1);
   const std::string coded = ReadFile(test::TestData("coded_bulletins_20240305.txt")).Value();
   const download::Source current{.Name = "current", .Address = "http://a/current"};
   const download::Source dated{.Name = "dated", .Address = "http://a/@Y@M@D@H"};
   const download::Request march{.Number = 1234, .Time = {2024, 3, 5, 12, 0}};
   using namespace std::chrono_literals;
   const download::Instant then = std::chrono::sys_days(2024y / 3 / 6), later = then + 240h;
-  EXPECT_FALSE(JudgeSounding(coded, current, march, then));
-  EXPECT_FALSE(JudgeSounding(coded, dated, march, later));
-  EXPECT_FALSE(JudgeSounding(record, current, second, later));
+  EXPECT_TRUE(JudgeSounding(coded, current, march, then));
+  EXPECT_TRUE(JudgeSounding(coded, dated, march, later));
+  EXPECT_TRUE(JudgeSounding(record, current, second, later));
   const auto old = JudgeSounding(coded, current, march, later);
-  ASSERT_TRUE(old);
-  EXPECT_NE(old->Detail.find("without month and year"), std::string::npos);
+  ASSERT_FALSE(old);
+  EXPECT_NE(old.Error().Detail.find("without month and year"), std::string::npos);
   // Of several stations only the one that is named, by number or by letters of the list.
   const download::Request unknown{.Letters = "QQQ", .Time = march.Time};
   EXPECT_FALSE(AskedSounding(coded, unknown));
   EXPECT_TRUE(AskedSounding(coded, {.Time = march.Time}));
   const download::Request nextDay{.Number = 1234, .Time = {2024, 3, 6, 12, 0}};
-  EXPECT_TRUE(JudgeSounding(coded, dated, nextDay, later));
+  EXPECT_FALSE(JudgeSounding(coded, dated, nextDay, later));
 }
 
 // A table of one release, 52 minutes ahead of the hour that it is for.
@@ -275,6 +274,44 @@ TEST_F(DownloadWindowsTest, WhatCannotBeSavedIsTold) {
                   {.Number = 1234, .Time = {2008, 8, 5, 12, 0}}, {.Got = {.Body = c.Body}});
     EXPECT_EQ(static_cast<bool>(saved), *c.Says == 0) << told;
     EXPECT_NE(told.find(c.Says), std::string::npos) << told;
+  }
+}
+
+TEST_F(DownloadWindowsTest, SavingTellsOfDoubtAndOfWhatIsLost) {
+  SoundingRecord hot = test::ReferenceWinter();
+  hot.Temp(2) = 75;
+  const std::string low =
+      "Station name\tDead Sea\nRelease point height\t-400 m\n\n"
+      "HeightMSL\tP\tTemp\tRH\tSpeed\tDir\nm\thPa\tC\t%\tm/s\tdeg\n"
+      "-400\t1060\t30\t40\t3\t180\n600\t950\t22\t40\t5\t200\n1500\t850\t14\t40\t8\t220\n";
+  const std::string record = ReadFile(test::TestData("igra_station.txt")).Value();
+  struct Case {
+    std::string Body;
+    download::Request Wanted;
+    download::BatchFormat Format;
+    QcFinding Finding;
+    int Index;
+    bool IsLost;
+  };
+  const download::Request second{.Number = 85999, .Time = {2000, 1, 1, 0, 0}};
+  const Case cases[] = {
+      {WriteRaw(hot), {}, download::BatchFormat::AsReceived, {6, 2}, 0, false},
+      {low, {}, download::BatchFormat::AsReceived, {}, 0, false},
+      {low, {}, download::BatchFormat::Native, {}, 0, true},
+      {record, second, download::BatchFormat::AsReceived, {}, 1, false},
+      {record, second, download::BatchFormat::Native, {}, 0, false},
+  };
+  for (const Case& c : cases) {
+    SavedSounding saved;
+    download::HttpFetcher fetcher(net);
+    FetchWork work(fetcher, nullptr, nullptr,
+                   {.Saved = [&saved](const SavedSounding& one) { saved = one; }});
+    const test::TemporaryFolder into;
+    ASSERT_TRUE(work.Save({.Folder = into.Path().string(), .Format = c.Format}, c.Wanted,
+                          {.Got = {.Body = c.Body}}));
+    EXPECT_EQ(saved.Finding, c.Finding);
+    EXPECT_EQ(saved.Index, c.Index);
+    EXPECT_EQ(!saved.Lost.empty(), c.IsLost) << saved.Lost;
   }
 }
 

@@ -34,6 +34,10 @@ class CommandLine : public testing::Test {
   test::TemporaryFolder folder_{};
 };
 
+bool HasToolkit() {
+  return MakeToolkit() != nullptr;
+}
+
 TEST_F(CommandLine, WrongUsageEndsWith2AndSaysWhy) {
   struct Case {
     const char* about;
@@ -63,6 +67,8 @@ TEST_F(CommandLine, WrongUsageEndsWith2AndSaysWhy) {
       {"two to convert", {"convert", file, file, "-o", "a.RAW"}, "one FILE"},
       {"number 0", {"analyze", file, "-n", "0"}, "--sounding"},
       {"out of range", {"analyze", file, "--set", "Search depth=20"}, "50 to 500"},
+      {"an option where a name was to be", {"plot", file, "-o", "--set", "MbLimit=9"}, "--set is"},
+      {"a letter where a name was to be", {"convert", file, "-o", "-n", "2"}, "-n is an option"},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.about);
@@ -376,6 +382,85 @@ TEST_F(CommandLine, CheckTellsOfFilesAndFolders) {
   EXPECT_EQ(named.Exit, kExitInputFailed);
   EXPECT_NE(named.Out.find("FAULT: README.md: in none of the known formats"), std::string::npos);
   EXPECT_EQ(RunWords({"check", "-q", In("below/a.RAW")}).Out, "1 file, 1 sounding, 0 faults\n");
+}
+
+// One line, one rule for the exit code, whatever is done with the sounding.
+TEST_F(CommandLine, DoubtfulDataAreToldAlikeByEveryCommand) {
+  SoundingRecord hot = test::ReferenceConvective();
+  hot.Temp(2) = 75;
+  const std::string file = Write("hot.RAW", WriteRaw(hot));
+  std::vector<std::vector<std::string>> commands = {
+      {"analyze", file},
+      {"analyze", file, "--explain", "KI"},
+      {"plot", file, "-o", In("a.svg")},
+      {"plot", Sounding(), file, "-o", In("b.svg"), "--display", "Overlay"},
+      {"list", file, "-l", "cape"},
+      {"export", file, "-o", In("a.csv")},
+      {"convert", file, "-o", In("b.RAW")}};
+  if (HasToolkit()) {
+    commands.push_back({"print", file, "-o", In("a.pdf")});
+    commands.push_back({"report", file, "-o", In("case")});
+  }
+  const std::string says = "Temperature is greater than 70C. Level 2.";
+  for (const std::vector<std::string>& words : commands) {
+    SCOPED_TRACE(words.front());
+    const Ran ran = RunWords(words);
+    EXPECT_EQ(ran.Err, "vexa-cli: " + file + ": the data are doubtful: " + says + "\n");
+    EXPECT_EQ(ran.Exit, kExitInputFailed);
+  }
+  const Json json = Json::parse(RunWords({"analyze", file, "--format", "json"}).Out);
+  EXPECT_EQ(json["finding"]["number"], 6);
+  EXPECT_EQ(json["finding"]["level"], 2);
+  const Json left =
+      Json::parse(RunWords({"export", file, "-o", In("a.csv"), "--json"}).Out)["rejected"][0];
+  EXPECT_EQ(left["finding"], json["finding"]);
+  const Json good = Json::parse(RunWords({"analyze", Sounding(), "--format", "json"}).Out);
+  EXPECT_TRUE(good["finding"].is_null());
+}
+
+// A fault of writing is the output's, one of reading the input's.
+TEST_F(CommandLine, OutputFaultsNameTheOutput) {
+  const std::string file = Sounding();
+  const std::string below = In("gr\xC3\xB6\xC3\x9F");  // a file is no folder
+  Write("gr\xC3\xB6\xC3\x9F", "");
+  for (const char* command : {"convert", "plot", "report"}) {
+    if (std::string_view(command) == "report" && !HasToolkit()) continue;
+    SCOPED_TRACE(command);
+    const std::string output = below + "/a.svg";
+    const Ran ran = RunWords({command, file, "-o", output});
+    EXPECT_EQ(ran.Exit, kExitInputFailed);
+    EXPECT_TRUE(ran.Err.starts_with("vexa-cli: " + output + ": ")) << ran.Err;
+    EXPECT_EQ(ran.Err.find(file), std::string::npos) << ran.Err;
+  }
+}
+
+TEST_F(CommandLine, ThePlaceOfTheNameIsFilledInWhereverItStands) {
+  const std::string first = Sounding("a.RAW"), second = Sounding("{name}.RAW");
+  fs::create_directories(In("a"));
+  fs::create_directories(In("{name}"));
+  const Ran ran = RunWords({"plot", first, second, "-o", In("{name}/{name}_x.svg")});
+  EXPECT_EQ(ran.Exit, kExitOk) << ran.Err;
+  EXPECT_TRUE(fs::exists(In("a/a_x.svg")));
+  EXPECT_TRUE(fs::exists(In("{name}/{name}_x.svg")));
+}
+
+// What a native file has no place for is told wherever one is written or its text is shown.
+TEST_F(CommandLine, WindsBelowTheSeaAreTold) {
+  const std::string file = Write("low.txt",
+                                 "Station name\tDead Sea\nBalloon release date and time\t"
+                                 "2020-02-18T22:19:51\nLatitude\t31.5\nLongitude\t35.5\n"
+                                 "Release point height\t-400 m\n\n"
+                                 "HeightMSL\tP\tTemp\tRH\tSpeed\tDir\nm\thPa\tC\t%\tm/s\tdeg\n"
+                                 "-400\t1060\t30\t40\t3\t180\n600\t950\t22\t40\t5\t200\n"
+                                 "1500\t850\t14\t40\t8\t220\n3000\t700\t2\t40\t9\t230\n");
+  const std::string says = "1 wind lies below sea level.";
+  EXPECT_TRUE(RunWords({"convert", file, "-o", In("a.RAW")}).Err.find(says) != std::string::npos);
+  EXPECT_EQ(RunWords({"convert", Sounding(), "-o", In("b.RAW")}).Err, "");
+  if (!HasToolkit()) return;
+  const Ran report = RunWords({"report", file, "-o", In("case")});
+  EXPECT_EQ(report.Exit, kExitOk);
+  EXPECT_TRUE(report.Err.starts_with("vexa-cli: " + In("case/sounding.RAW") + ": " + says))
+      << report.Err;
 }
 
 TEST_F(CommandLine, AFolderStandsForItsSoundings) {

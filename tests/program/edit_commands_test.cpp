@@ -367,6 +367,35 @@ TEST_F(EditCommands, ASessionCutOffComesBackAsItWasLookedAt) {
   EXPECT_TRUE(next.View.Cursor.Text.starts_with("#2  ")) << next.View.Cursor.Text;
 }
 
+// Edits that mended the order come back without a question about the file, which still has the
+// fault.
+TEST_F(EditCommands, ASessionWithMendedOrderComesBackUnasked) {
+  program.Where.Root = folder.Path();
+  SoundingRecord twice = test::ReferenceWinter();
+  const double height = twice.WindHgt(3);
+  twice.WindHgt(3) = twice.WindHgt(2);
+  user.Expect("Data Error", Answer::Ok);
+  ASSERT_TRUE(OpenSoundings(program, {Saved("twice.RAW", WriteRaw(twice))}).Sounding);
+  EXPECT_EQ(program.Doc.Finding(), (QcFinding{2, 2}));
+  SoundingRecord mended = program.Current.Record;
+  mended.WindHgt(3) = height;
+  ASSERT_TRUE(program.Doc.Adopt(mended, "edit"));
+  EXPECT_FALSE(KeepSession(program));
+  program.OwnSession = {};
+
+  Program next;
+  next.Doc.AskThrough(&user);
+  next.Where.Root = folder.Path();
+  user.Expect("VEXA", Answer::Yes);
+  ASSERT_TRUE(Refresh(next, OfferSession(next)));
+  EXPECT_EQ(next.Current.Record, mended);
+  EXPECT_EQ(FaultIndicator(next), "");
+  EXPECT_TRUE(next.Doc.IsAltered());
+  next.Doc.ForgetEdits(Document::GiveUpEdits());
+  user.Expect("Data Error", Answer::Cancel);  // the flag was for once
+  EXPECT_FALSE(OpenSoundings(next, {folder.Path() / "twice.RAW"}).Sounding);
+}
+
 TEST_F(EditCommands, ASessionCutOffIsOfferedWithItsEdits) {
   program.Where.Root = folder.Path();
   const fs::path a = Native("a.RAW");

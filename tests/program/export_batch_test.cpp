@@ -64,7 +64,7 @@ TEST_F(ExportBatchTest, RejectsAreNamedAndTheRestIsTheSameForAnyNumberOfThreads)
       std::vector<std::string> told;
       const ExportReport report = ExportBatch(
           {.Files = files, .Output = folder_.Path() / "out.txt", .Kind = kind, .Jobs = jobs}, {},
-          {}, [&told](const std::string& file, const Fault&) { told.push_back(file); });
+          {}, [&told](const RejectedFile& one) { told.push_back(one.File); });
       EXPECT_FALSE(report.Failed);
       EXPECT_EQ(report.Written, 23);
       EXPECT_EQ(told, (std::vector<std::string>{files[5], files[24]}));

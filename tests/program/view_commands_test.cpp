@@ -96,7 +96,7 @@ TEST_F(ViewTest, DoubtfulDataBesideAreToldAndOneOfSeveralIsLeftOut) {
   EXPECT_EQ(user.Boxes.back().Text,
             "This sounding has bad data or a non-standard format.\n"
             "This sounding will not be used for this dataset.\n"
-            "hot.RAW: Temperature is greater than 70C.");
+            "hot.RAW: Temperature is greater than 70C. Level 1.");
   Do(Command::SoundingDiagram);
   user.Chosen = {TextFromPath(hot)};
   user.Expect("VEXA", Answer::Ok);

@@ -1,0 +1,36 @@
+#include "cli/inputs.h"
+
+#include <utility>
+
+#include "cli/commands.h"
+#include "core/files.h"
+
+namespace vexa::cli {
+
+std::optional<LoadedSounding> Inputs::Load(const std::string& file) {
+  Loading loading =
+      LoadSounding({.File = PathFromText(file), .Index = index_}, {.Stations = &stations_});
+  if (loading.Failed) {
+    Fail(file, *loading.Failed);
+    return std::nullopt;
+  }
+  Doubt(file, loading.Sounding->Finding);
+  return std::move(loading.Sounding);
+}
+
+void Inputs::Fail(const std::string& name, const Fault& fault) {
+  ReportFault(console_, name, fault);
+  exitCode_ = kExitInputFailed;
+}
+
+void Inputs::Fail(const std::string& name, std::string_view reason) {
+  console_.Err("vexa-cli: " + name + ": " + std::string(reason) + "\n");
+  exitCode_ = kExitInputFailed;
+}
+
+void Inputs::Doubt(const std::string& file, const QcFinding& finding) {
+  if (finding.Number == 0) return;
+  Fail(file, DoubtText(finding));
+}
+
+}  // namespace vexa::cli
