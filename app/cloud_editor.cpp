@@ -107,7 +107,15 @@ bool CloudEditor::Apply() {
   edited.CloudMode = mode_->currentText().toStdString();
   edited.CloudOption = option_->currentText().toStdString();
   if (edited == record_) return true;  // looked at only
-  return accepted_(std::move(edited));
+  if (!accepted_(std::move(edited))) return false;
+  Keep();
+  return true;
+}
+
+std::string CloudEditor::Typed() const {
+  const QString choices = mode_->currentText() + QLatin1Char(' ') + option_->currentText();
+  return layers_->Table().Copy(0, layers_->Table().Rows()) + TypingIn(*layers_) +
+         choices.toStdString();
 }
 
 void CloudEditor::ShowProblems() {

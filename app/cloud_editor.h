@@ -22,6 +22,9 @@ class CloudEditor : public EditorDialog {
   EditGrid* Layers() { return layers_; }
   bool Apply();
 
+ protected:
+  std::string Typed() const override;
+
  private:
   void ShowProblems();
 

@@ -97,6 +97,7 @@ void DownloadWindow::EditSources() {
         return std::nullopt;
       },
       {}, this);
+  editor->AskThrough(program_.Current.Ask);
   editor->setAttribute(Qt::WA_DeleteOnClose);
   editor->open();
 }

@@ -32,6 +32,11 @@ void Open(QDialog* editor) {
   editor->open();
 }
 
+void Open(const Program& program, EditorDialog* editor) {
+  editor->AskThrough(program.Current.Ask);
+  Open(editor);
+}
+
 LevelEditor* LevelsOf(Program& program, EditorPages pages, QWidget* window, const Show& show) {
   return new LevelEditor(
       program.Current.Record, pages,
@@ -41,7 +46,7 @@ LevelEditor* LevelsOf(Program& program, EditorPages pages, QWidget* window, cons
 
 template <EditorPages pages>
 void EditLevels(Program& program, QWidget* window, const Show& show) {
-  Open(LevelsOf(program, pages, window, show));
+  Open(program, LevelsOf(program, pages, window, show));
 }
 
 void NewSounding(Program& program, QWidget* window, const Show& show) {
@@ -58,7 +63,7 @@ void NewSounding(Program& program, QWidget* window, const Show& show) {
   editor->setWindowTitle(QStringLiteral("New Sounding"));
   editor->Winds()->InsertAbove();
   editor->Temps()->InsertAbove();  // last, for it is typed into first
-  Open(editor);
+  Open(program, editor);
 }
 
 // Layers that were entered are kept by the native format only: whoever has loaded another one is
@@ -89,12 +94,12 @@ SoundingRecord WithCloudTable(const Program& program) {
 }
 
 void EditClouds(Program& program, QWidget* window, const Show& show) {
-  Open(new CloudEditor(
-      WithCloudTable(program),
-      [&program, show](SoundingRecord edited) {
-        return TakeClouds(program, std::move(edited), show);
-      },
-      window));
+  Open(program, new CloudEditor(
+                    WithCloudTable(program),
+                    [&program, show](SoundingRecord edited) {
+                      return TakeClouds(program, std::move(edited), show);
+                    },
+                    window));
 }
 
 template <bool entireFile>
@@ -104,28 +109,29 @@ void EditSource(Program& program, QWidget* window, const Show& show) {
     program.Doc.Report(source.Error());
     return;
   }
-  Open(new TextEditor(
-      source.Value(),
-      entireFile ? QStringLiteral("Edit Entire Source File") : QStringLiteral("Edit Source Data"),
-      [&program, show](const std::string& bytes) {
-        Changes changes;
-        auto fault =
-            entireFile ? SaveSource(program, bytes, changes) : AdoptSource(program, bytes, changes);
-        if (!fault) show(changes);
-        return fault;
-      },
-      SourceRemark(program), window));
+  Open(program, new TextEditor(
+                    source.Value(),
+                    entireFile ? QStringLiteral("Edit Entire Source File")
+                               : QStringLiteral("Edit Source Data"),
+                    [&program, show](const std::string& bytes) {
+                      Changes changes;
+                      auto fault = entireFile ? SaveSource(program, bytes, changes)
+                                              : AdoptSource(program, bytes, changes);
+                      if (!fault) show(changes);
+                      return fault;
+                    },
+                    SourceRemark(program), window));
 }
 
 void EditStations(Program& program, QWidget* window, const Show&) {
-  Open(new StationEditor(
-      program.Stations,
-      [&program](const StationList& list) {
-        auto fault = SaveStations(program.Where.Root, list);
-        if (!fault) program.Stations = list;
-        return fault;
-      },
-      window));
+  Open(program, new StationEditor(
+                    program.Stations,
+                    [&program](const StationList& list) {
+                      auto fault = SaveStations(program.Where.Root, list);
+                      if (!fault) program.Stations = list;
+                      return fault;
+                    },
+                    window));
 }
 
 void ShowProperties(Program& program, QWidget* window, const Show&) {
@@ -181,7 +187,7 @@ void OpenCorrection(Program& program, QWidget* window, const Show& show) {
   const std::optional<QcFinding> finding = program.Doc.TakeCorrection();
   if (!finding) return;
   LevelEditor* editor = LevelsOf(program, EditorPages::All, window, show);
-  Open(editor);
+  Open(program, editor);
   editor->GoTo(*finding);
 }
 

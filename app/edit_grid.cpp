@@ -120,11 +120,32 @@ void EditGrid::GoTo(int row, int column) {
   setFocus();
 }
 
+bool EditGrid::IsAtEnd(bool next) const {
+  return next ? currentRow() == rowCount() - 1 && currentColumn() == columnCount() - 1
+              : currentRow() <= 0 && currentColumn() <= 0;
+}
+
 bool EditGrid::focusNextPrevChild(bool next) {
-  const bool isFirst = currentRow() <= 0 && currentColumn() <= 0;
-  const bool isLast = currentRow() == rowCount() - 1 && currentColumn() == columnCount() - 1;
-  if (rowCount() == 0 || (next ? isLast : isFirst)) return QWidget::focusNextPrevChild(next);
+  if (rowCount() == 0 || IsAtEnd(next)) return QWidget::focusNextPrevChild(next);
   return QTableWidget::focusNextPrevChild(next);
+}
+
+// The toolkit would go on from the last cell to the first and type over what is there.
+void EditGrid::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) {
+  const bool next = hint == QAbstractItemDelegate::EditNextItem;
+  const bool leaves = (next || hint == QAbstractItemDelegate::EditPreviousItem) && IsAtEnd(next);
+  QTableWidget::closeEditor(editor, leaves ? QAbstractItemDelegate::NoHint : hint);
+  if (!leaves) return;
+  const int last = table_.Rows() - 1;
+  if (!next || table_.IsBlank(last)) {
+    QWidget::focusNextPrevChild(next);
+    return;
+  }
+  table_.Insert(last + 1);
+  Fill();
+  GoTo(last + 1, 0);
+  edit(currentIndex());
+  if (edited_) edited_();
 }
 
 void EditGrid::keyPressEvent(QKeyEvent* event) {

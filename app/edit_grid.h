@@ -34,8 +34,11 @@ class EditGrid : public QTableWidget {
   /// Tab goes from cell to cell and leaves the grid behind its last one, Shift+Tab ahead of its
   /// first.
   bool focusNextPrevChild(bool next) override;
+  /// The same while a cell is typed into; behind a last row that holds something a new one begins.
+  void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override;
 
  private:
+  bool IsAtEnd(bool next) const;
   void Fill();
   void Mark();
   void Changed();

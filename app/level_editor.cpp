@@ -157,6 +157,7 @@ QWidget* LevelEditor::LevelPage(EditGrid* grid, const QString& addCaption) {
     field->setAccessibleName(ToQString(caption));
     add->addWidget(field);
     fields.push_back(field);
+    adding_.push_back(field);
   }
   const auto button = [&](const QString& caption, QHBoxLayout* into, auto&& does) {
     auto* made = new QPushButton(caption, page);
@@ -232,7 +233,20 @@ bool LevelEditor::Apply() {
     return false;
   }
   accepted_(std::move(edited));
+  Keep();
   return true;
+}
+
+std::string LevelEditor::Typed() const {
+  std::string text;
+  for (const EditGrid* grid : {temps_, winds_}) {
+    if (grid == nullptr) continue;
+    text += grid->Table().Copy(0, grid->Table().Rows()) + '\n' + TypingIn(*grid);
+  }
+  for (const auto* fields : {&heading_, &adding_}) {
+    for (const QLineEdit* field : *fields) text += field->text().toStdString() + '\n';
+  }
+  return text;
 }
 
 void LevelEditor::ShowProblems() {

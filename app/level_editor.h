@@ -36,6 +36,9 @@ class LevelEditor : public EditorDialog {
   /// Gives the sounding away; false, with what is wrong in view, when something is.
   bool Apply();
 
+ protected:
+  std::string Typed() const override;
+
  private:
   QWidget* HeadingPage();
   QWidget* LevelPage(EditGrid* grid, const QString& addCaption);
@@ -50,6 +53,7 @@ class LevelEditor : public EditorDialog {
   EditGrid* temps_ = nullptr;
   EditGrid* winds_ = nullptr;
   std::vector<QLineEdit*> heading_{};
+  std::vector<QLineEdit*> adding_{};  // texts of levels that are not added yet
   QLabel* remark_ = nullptr;
 };
 

@@ -67,7 +67,7 @@ QString SenseText(SevereWhen when) {
 SevereTableWindow::SevereTableWindow(const analysis::SevereTable& table,
                                      std::function<void(const analysis::SevereTable&)> accepted,
                                      QWidget* parent)
-    : QDialog(parent), table_(table), accepted_(std::move(accepted)) {
+    : EditorDialog(parent), table_(table), accepted_(std::move(accepted)) {
   setObjectName(QStringLiteral("SevereTable"));
   setWindowTitle(QStringLiteral("Severe Weather Table"));
   auto* layout = new QVBoxLayout(this);
@@ -234,7 +234,18 @@ bool SevereTableWindow::Apply() {
     return false;
   }
   accepted_(table_);
+  Keep();
   return true;
+}
+
+std::string SevereTableWindow::Typed() const {
+  std::string text = table_.Title + '\n' + TypingIn(*rows_);
+  for (int row = 0; row < rows_->rowCount(); ++row) {
+    for (int column = 0; column < rows_->columnCount(); ++column) {
+      text += rows_->item(row, column)->text().toStdString() + '\t';
+    }
+  }
+  return text;
 }
 
 void SevereTableWindow::SaveTo(const QString& path) {

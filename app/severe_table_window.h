@@ -3,9 +3,9 @@
 #pragma once
 
 #include <functional>
-#include <QDialog>
 
 #include "analysis/severe_table.h"
+#include "app/editor_dialog.h"
 
 class QComboBox;
 class QLabel;
@@ -14,7 +14,7 @@ class QTableWidget;
 
 namespace vexa {
 
-class SevereTableWindow : public QDialog {
+class SevereTableWindow : public EditorDialog {
  public:
   /// accepted  is given the new arrangement each time the user applies it
   SevereTableWindow(const analysis::SevereTable& table,
@@ -25,6 +25,9 @@ class SevereTableWindow : public QDialog {
 
   void SaveTo(const QString& path);
   void RestoreFrom(const QString& path);
+
+ protected:
+  std::string Typed() const override;
 
  private:
   void Fill();

@@ -277,6 +277,7 @@ void SoundingWindow::OpenSevereTable() {
         OtherDisplays();
       },
       this);
+  window.AskThrough(program_.Current.Ask);
   window.exec();
 }
 

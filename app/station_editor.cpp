@@ -1,5 +1,6 @@
 #include "app/station_editor.h"
 
+#include <algorithm>
 #include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QHBoxLayout>
@@ -100,8 +101,10 @@ void StationEditor::ShowChosen() {
   const QListWidgetItem* item = found_->currentItem();
   const Station* station = item == nullptr ? nullptr : list_.Find(item->data(Qt::UserRole).toInt());
   chosen_ = station == nullptr ? -1 : station->Number;
-  if (station == nullptr) return;  // what was typed may become a new station
-  const StationTexts texts = TextsOf(*station);
+  // What was typed may become a new station; what was found before is not wanted any more.
+  const bool isTyped = std::ranges::any_of(fields_, &QLineEdit::isModified);
+  if (station == nullptr && isTyped) return;
+  const StationTexts texts = station == nullptr ? StationTexts{} : TextsOf(*station);
   for (std::size_t i = 0; i < fields_.size(); ++i) fields_[i]->setText(ToQString(texts[i]));
 }
 
@@ -113,9 +116,18 @@ Outcome<Station> StationEditor::FromFields() const {
 
 void StationEditor::Do(std::string_view done, std::optional<Fault> fault, const QString& search) {
   if (fault) return Say(fault->Detail);
+  ++edits_;
   search_->setText(search);
   Search(search);
   Say(done);
+}
+
+std::string StationEditor::Typed() const {
+  std::string text = Shortest(edits_);
+  for (const QLineEdit* field : fields_) {
+    if (field->isModified()) text += '\n' + field->text().toStdString();
+  }
+  return text;
 }
 
 void StationEditor::AddStation() {

@@ -31,6 +31,9 @@ class StationEditor : public EditorDialog {
   void DeleteStation();
   QLineEdit* Field(StationField field) { return fields_[static_cast<std::size_t>(field)]; }
 
+ protected:
+  std::string Typed() const override;
+
  private:
   void ShowChosen();
   void Do(std::string_view done, std::optional<Fault> fault, const QString& search);
@@ -40,6 +43,7 @@ class StationEditor : public EditorDialog {
   StationList list_;
   std::function<std::optional<Fault>(const StationList&)> accepted_;
   int chosen_ = -1;  // number of the station in the fields
+  int edits_ = 0;    // of the list
   QLineEdit* search_ = nullptr;
   QListWidget* found_ = nullptr;
   std::vector<QLineEdit*> fields_{};

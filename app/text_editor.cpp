@@ -15,7 +15,7 @@ namespace vexa {
 TextEditor::TextEditor(const EditableText& source, const QString& title,
                        std::function<std::optional<Fault>(const std::string&)> accepted,
                        const std::string& remark, QWidget* parent)
-    : QDialog(parent), source_(source), accepted_(std::move(accepted)) {
+    : EditorDialog(parent), source_(source), accepted_(std::move(accepted)) {
   setObjectName(QStringLiteral("TextEditor"));
   setWindowTitle(title + QStringLiteral(" - ") + ToQString(source.Name));
   auto* layout = new QVBoxLayout(this);
@@ -52,7 +52,10 @@ bool TextEditor::Apply() {
   if (edited == shown_) return true;
   const Outcome<std::string> bytes = BytesOf(source_, edited.toStdString());
   const std::optional<Fault> fault = bytes ? accepted_(bytes.Value()) : bytes.Error();
-  if (!fault) return true;
+  if (!fault) {
+    Keep();
+    return true;
+  }
   remark_->setText(ToQString(fault->Detail.empty() ? "The text holds no sounding that can be read."
                                                    : fault->Detail));
   return false;

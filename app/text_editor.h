@@ -3,18 +3,18 @@
 
 #include <functional>
 #include <optional>
-#include <QDialog>
+#include <QPlainTextEdit>
 #include <string>
 
+#include "app/editor_dialog.h"
 #include "core/fault.h"
 #include "program/source_edit.h"
 
 class QLabel;
-class QPlainTextEdit;
 
 namespace vexa {
 
-class TextEditor : public QDialog {
+class TextEditor : public EditorDialog {
  public:
   /// accepted  takes the bytes of the edited text, or says why not: the window stays open then;
   ///           not called for a text that was left as it was
@@ -25,6 +25,9 @@ class TextEditor : public QDialog {
 
   QPlainTextEdit* Edit() { return edit_; }
   bool Apply();
+
+ protected:
+  std::string Typed() const override { return edit_->toPlainText().toStdString(); }
 
  private:
   EditableText source_;

@@ -250,6 +250,10 @@ std::string EditTable::Copy(int firstRow, int rows) const {
   return text;
 }
 
+bool EditTable::IsBlank(int row) const {
+  return IsBlank(rows_.at(static_cast<std::size_t>(row)));
+}
+
 bool EditTable::IsBlank(const Row& row) const {
   return std::ranges::all_of(row, [](const std::string& cell) { return cell.empty(); });
 }

@@ -51,6 +51,8 @@ class EditTable {
   /// Rows as a spreadsheet takes them.
   std::string Copy(int firstRow, int rows) const;
 
+  /// Whether nothing stands in a row.
+  bool IsBlank(int row) const;
   /// One for each row with something wrong; rows without any text don't count as levels.
   std::vector<TableProblem> Problems() const;
 

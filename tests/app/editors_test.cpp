@@ -318,5 +318,112 @@ TEST_F(Editors, TheSourceIsEditedAsText) {
   EXPECT_EQ(ReadFile(path).Value(), WriteRaw(test::ReferenceWinter()));
 }
 
+void Press(QWidget& widget, int key, const QString& text = {}) {
+  QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier, text);
+  QApplication::sendEvent(&widget, &press);
+}
+
+// The cell that is typed into, begun by a double click as it were.
+QLineEdit& Typing(EditGrid& grid, int row, int column, const QString& text) {
+  grid.setCurrentCell(row, column);
+  grid.editItem(grid.item(row, column));
+  auto* cell = grid.viewport()->findChild<QLineEdit*>();
+  if (cell == nullptr) throw std::runtime_error("no cell is being typed into");
+  cell->clear();
+  for (const QChar c : text) Press(*cell, c.toUpper().unicode(), QString(c));
+  return *cell;
+}
+
+TEST_F(Editors, WhatWasTypedIsNotDroppedUnasked) {
+  struct Case {
+    const char* Entry;
+    void (*Type)(QDialog& editor);
+  };
+  const Case cases[] = {
+      {"mnuEditFile",
+       [](QDialog& editor) {
+         dynamic_cast<LevelEditor&>(editor).Temps()->item(0, 1)->setText("1.5");
+       }},
+      {"mnuEditFile",
+       [](QDialog& editor) { Typing(*dynamic_cast<LevelEditor&>(editor).Temps(), 0, 1, "7"); }},
+      {"mnuNew",
+       [](QDialog& editor) { Press(*editor.findChild<QLineEdit*>("StationTitle"), 'k', "k"); }},
+      {"mnuClouds",
+       [](QDialog& editor) {
+         dynamic_cast<CloudEditor&>(editor).Layers()->InsertAbove();
+         dynamic_cast<CloudEditor&>(editor).Layers()->item(0, 0)->setText("cu");
+       }},
+      {"mnuEditStation",
+       [](QDialog& editor) {
+         Press(*dynamic_cast<StationEditor&>(editor).Field(StationField::Name), 'x', "x");
+       }},
+      {"mnuEditData",
+       [](QDialog& editor) { dynamic_cast<TextEditor&>(editor).Edit()->insertPlainText("x"); }},
+  };
+  const auto byCross = [](QDialog& editor) { editor.close(); };
+  const auto byEscape = [](QDialog& editor) { Press(editor, Qt::Key_Escape); };
+  const auto byCancel = [](QDialog& editor) {
+    editor.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Cancel)->click();
+  };
+  void (*const kWays[])(QDialog&) = {byCross, byEscape, byCancel};
+  window.OpenFiles({Saved("a.RAW", WriteRaw(test::ReferenceWinter()))});
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.Entry);
+    for (auto* leave : kWays) {
+      auto* untouched = Opened<QDialog>(c.Entry);
+      ASSERT_NE(untouched, nullptr);
+      leave(*untouched);
+      EXPECT_FALSE(untouched->isVisible()) << "nothing was typed";
+
+      auto* editor = Opened<QDialog>(c.Entry);
+      ASSERT_NE(editor, nullptr);
+      c.Type(*editor);
+      user.Answers = {Answer::No, Answer::Yes};
+      leave(*editor);
+      EXPECT_TRUE(editor->isVisible());
+      leave(*editor);
+      EXPECT_FALSE(editor->isVisible());
+      EXPECT_TRUE(user.Answers.empty());
+      QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+  }
+  EXPECT_FALSE(program.Doc.IsAltered());
+}
+
+TEST_F(Editors, TabBehindTheLastCellBeginsARow) {
+  auto* editor = Opened<LevelEditor>("mnuNew");
+  ASSERT_NE(editor, nullptr);
+  EditGrid& grid = *editor->Temps();
+  grid.PasteText("1000 20 10\n900 14 8\n");
+  const int rows = grid.rowCount();
+  ASSERT_EQ(rows, 2);
+  Press(Typing(grid, rows - 1, 2, "7"), Qt::Key_Tab);
+  EXPECT_EQ(grid.item(rows - 1, 2)->text(), "7");
+  EXPECT_EQ(grid.rowCount(), rows + 1);
+  EXPECT_EQ(grid.currentRow(), rows);
+  EXPECT_EQ(grid.currentColumn(), 0);
+  EXPECT_EQ(grid.item(0, 0)->text(), "1000");
+  // An empty last row is left as it is.
+  Press(Typing(grid, rows, 2, ""), Qt::Key_Tab);
+  EXPECT_EQ(grid.rowCount(), rows + 1);
+  user.Answers = {Answer::Yes};
+  editor->close();
+}
+
+TEST_F(Editors, AStationThatIsNotFoundLeavesNoFields) {
+  ASSERT_FALSE(program.Stations.Add({.Number = 3772, .Ident = "EGLL", .Name = "LONDON"}));
+  auto* editor = Opened<StationEditor>("mnuEditStation");
+  ASSERT_NE(editor, nullptr);
+  editor->Search("egll");
+  EXPECT_EQ(editor->Field(StationField::Name)->text(), "LONDON");
+  editor->Search("nowhere");
+  EXPECT_EQ(editor->Field(StationField::Name)->text(), "");
+  Press(*editor->Field(StationField::Name), 'x', "x");  // this may become a new station
+  editor->Search("nowhere else");
+  EXPECT_EQ(editor->Field(StationField::Name)->text(), "x");
+  user.Answers = {Answer::Yes};
+  editor->close();
+}
+
 }  // namespace
 }  // namespace vexa
