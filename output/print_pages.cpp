@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <iterator>
 
 namespace vexa::output {
 namespace {
@@ -29,7 +31,34 @@ double LetterSize(const ListingLines& listing, const ListingLines& header, doubl
   for (const ListingLines* lines : {&listing, &header}) {
     for (const std::string& line : *lines) longest = std::max(longest, Characters(line));
   }
-  return std::min(kListingPt, widthPt / (kMonoAdvance * static_cast<double>(longest)));
+  return std::clamp(widthPt / (kMonoAdvance * static_cast<double>(longest)), kLeastPt, kListingPt);
+}
+
+// The lines cut where letters of kLeastPt fill the width, at a blank if there is one; what comes
+// behind it is indented.
+ListingLines Folded(const ListingLines& lines, double widthPt) {
+  constexpr std::string_view kIndent = "    ";
+  const auto most =
+      std::max(2 * kIndent.size(), static_cast<std::size_t>(widthPt / (kMonoAdvance * kLeastPt)));
+  ListingLines folded;
+  for (std::string rest : lines) {
+    while (Characters(rest) > most) {
+      std::size_t end = 0;  // bytes of as many letters as fit
+      for (std::size_t letters = 0; letters < most; ++letters) {
+        do {
+          ++end;
+        } while (end < rest.size() && (static_cast<unsigned char>(rest[end]) & 0xC0) == 0x80);
+      }
+      const std::size_t blank = rest.rfind(' ', end);
+      const std::size_t text = rest.find_first_not_of(' ');
+      if (blank != rest.npos && blank > text + kIndent.size()) end = blank;
+      folded.push_back(rest.substr(0, end));
+      const std::size_t next = std::min(rest.find_first_not_of(' ', end), rest.size());
+      rest = std::string(kIndent) + rest.substr(next);
+    }
+    folded.push_back(rest);
+  }
+  return folded;
 }
 
 void PutLines(Picture& page, const ListingLines& lines, double sizePt) {
@@ -70,11 +99,17 @@ Picture DisplayPage(const Picture& display, const ListingLines& header, const Pr
 std::vector<Picture> ListingPages(const ListingLines& listing, const ListingLines& header,
                                   const PrintSetup& setup, int headLines) {
   const PageSizePt size = SizeOf(setup);
-  const double letters = LetterSize(listing, header, size.Width - 2 * kMarginPt);
+  const double width = size.Width - 2 * kMarginPt;
+  const ListingLines foldedHeader = Folded(header, width);
+  const ListingLines folded = Folded(listing, width);
+  const auto heads = listing.begin() + std::min<std::ptrdiff_t>(headLines, std::ssize(listing));
+  const auto foldedHeads = Folded({listing.begin(), heads}, width).size();
+  const double letters = LetterSize(folded, foldedHeader, width);
   const double room = (size.Height - 2 * kMarginPt) / (letters * kLeadingShare);
   std::vector<Picture> pages;
   const auto linesPerPage = static_cast<int>(std::floor(room));
-  for (const ListingLines& lines : Paginate(listing, header, linesPerPage, headLines)) {
+  for (const ListingLines& lines :
+       Paginate(folded, foldedHeader, linesPerPage, static_cast<int>(foldedHeads))) {
     pages.push_back(BlankPage(setup));
     PutLines(pages.back(), lines, letters);
   }

@@ -46,12 +46,14 @@ PageSizePt SizeOf(const PrintSetup& setup);
 inline constexpr double kMarginPt = 36;       // on every side
 inline constexpr double kUnitsPerPoint = 10;  // drawing units of a printed page
 inline constexpr double kListingPt = 10;      // letters of listings, smaller for wide ones
+inline constexpr double kLeastPt = 7;         // a line too long for these goes on in the next
 inline constexpr double kLeadingShare = 1.2;  // distance of lines by letters
 
 /// A display under the header lines, as large as the page allows, in its own proportions.
 Picture DisplayPage(const Picture& display, const ListingLines& header, const PrintSetup& setup);
 
-/// A listing's pages; every line fits the width, and its first `headLines` head each page.
+/// A listing's pages; every line fits the width in letters of kLeastPt at least, broken where it
+/// would not, and its first `headLines` head each page.
 std::vector<Picture> ListingPages(const ListingLines& listing, const ListingLines& header,
                                   const PrintSetup& setup, int headLines = 0);
 
