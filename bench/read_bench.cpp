@@ -10,6 +10,7 @@
 #include "core/numbers.h"
 #include "core/raw_file.h"
 #include "ingest/archive.h"
+#include "ingest/bufr_messages.h"
 #include "ingest/decoder.h"
 
 namespace {
@@ -66,6 +67,41 @@ void SecondsOfAFlight(benchmark::State& state) {
   Decode(state, "long.cls", text);
 }
 
+// Soundings of a file are found once and each is decoded once.
+void SoundingsOfADocument(benchmark::State& state) {
+  std::string text = "{\"profiles\":[";
+  for (int i = 0; i < state.range(0); ++i) {
+    text += std::string(i == 0 ? "" : ",") + "{\"station\":\"KAAA\",\"valid\":\"" +
+            Shortest(2000 + i / 28) + "-01-" + Mask(1 + i % 28, "00") +
+            "T00:00:00Z\",\"profile\":[";
+    for (int level = 0; level < 90; ++level) {
+      text += std::string(level == 0 ? "" : ",") + "{\"pres\":" + Shortest(1000 - 10 * level) +
+              ",\"tmpc\":" + Shortest(20 - level) + ",\"drct\":180,\"sknt\":10}";
+    }
+    text += "]}";
+  }
+  Decode(state, "many.json", text + "]}");
+}
+
+// The first message of the sample, each time from another station.
+void MessagesOfABulletin(benchmark::State& state) {
+  const std::string sample = Sample("bufr_five.bufr");
+  std::vector<std::string> notes;
+  const std::string_view message = ingest::SplitBufr(sample, notes).front();
+  const auto at = static_cast<std::size_t>(ingest::ReadHead(message)->Data.data() - message.data());
+  std::string text;
+  for (int i = 0; i < state.range(0); ++i) {
+    std::string next(message);
+    // Block in 7 bits, number in 10, and 7 bits of what follows.
+    const int station = (1 + i / 900) << 17 | (100 + i % 900) << 7;
+    next[at] = static_cast<char>(station >> 16);
+    next[at + 1] = static_cast<char>(station >> 8);
+    next[at + 2] = static_cast<char>(station | (next[at + 2] & 0x7F));
+    text += next;
+  }
+  Decode(state, "many.bufr", text);
+}
+
 void ProfilesOfADocument(benchmark::State& state) {
   std::string text = "{\"profiles\":[1";
   for (int i = 1; i < state.range(0); ++i) text += ",1";
@@ -96,6 +132,8 @@ void BulletinsOfAnArchive(benchmark::State& state) {
 
 BENCHMARK(NativeLevels)->RangeMultiplier(4)->Range(1000, 64000)->Complexity();
 BENCHMARK(SecondsOfAFlight)->Arg(2000)->Arg(4000)->Arg(7000)->Complexity();
+BENCHMARK(SoundingsOfADocument)->RangeMultiplier(2)->Range(50, 800)->Complexity();
+BENCHMARK(MessagesOfABulletin)->RangeMultiplier(4)->Range(50, 12800)->Complexity();
 BENCHMARK(ProfilesOfADocument)->RangeMultiplier(4)->Range(1000, 16000)->Complexity();
 BENCHMARK(NamesOfColumns)->RangeMultiplier(4)->Range(1000, 64000)->Complexity();
 BENCHMARK(BulletinsOfAnArchive)->RangeMultiplier(4)->Range(48, 3072)->Complexity();

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <map>
 #include <string>
 #include <utility>
 
@@ -84,10 +85,10 @@ BufrReport WholeReport(const ListedReport& listed, const SourceText& source) {
   return reader ? ReadReport(*reader, *head, place).Value() : listed.Known;
 }
 
+// Of two reports of one station.
 bool AreOfOneAscent(const BufrReport& a, const BufrReport& b) {
-  const StationName &one = a.Heading.Station, &other = b.Heading.Station;
-  if (one.Number != other.Number || one.Letters != other.Letters) return false;
-  const bool isNamed = one.Number != 0 || !one.Letters.empty();
+  const StationName& station = a.Heading.Station;
+  const bool isNamed = station.Number != 0 || !station.Letters.empty();
   if (!isNamed && (a.Heading.Lat != b.Heading.Lat || a.Heading.Lon != b.Heading.Lon)) return false;
   if (a.Release.Known() && b.Release.Known()) {
     return AreWithin(a.Release, b.Release, 30);
@@ -107,6 +108,7 @@ struct BufrFile {
 BufrFile ReadFileOf(const SourceText& source) {
   BufrFile file;
   std::vector<BufrAscent>& ascents = file.Ascents;
+  std::map<std::pair<int, std::string>, std::vector<std::size_t>> byStation;
   for (const std::string_view message : SplitBufr(source.Bytes(), file.Notes)) {
     Outcome<std::vector<ListedReport>> reports = ListReports(message);
     if (!reports) {
@@ -117,13 +119,16 @@ BufrFile ReadFileOf(const SourceText& source) {
     for (ListedReport& report : reports.Value()) {
       report.MessageAt = static_cast<std::size_t>(message.data() - source.Bytes().data());
       report.MessageLength = message.size();
-      const auto same = std::ranges::find_if(ascents, [&report](const BufrAscent& ascent) {
-        return AreOfOneAscent(ascent.front().Known, report.Known);
+      const StationName& station = report.Known.Heading.Station;
+      std::vector<std::size_t>& known = byStation[{station.Number, station.Letters}];
+      const auto same = std::ranges::find_if(known, [&](std::size_t ascent) {
+        return AreOfOneAscent(ascents[ascent].front().Known, report.Known);
       });
-      if (same == ascents.end()) {
+      if (same == known.end()) {
+        known.push_back(ascents.size());
         ascents.push_back({std::move(report)});
       } else {
-        same->push_back(std::move(report));
+        ascents[*same].push_back(std::move(report));
       }
     }
   }

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstddef>
 #include <memory>
 #include <stdexcept>
@@ -45,6 +46,13 @@ std::string TextOf(codes_handle* handle, const char* key) {
   return MessageText(std::string_view(text.data(), length));
 }
 
+// The library multiplies by a hundredth where others divide by a hundred: 90 degrees become
+// 90.00000000000001, which no pole has.
+double WithoutNoise(double value) {
+  constexpr double kFigures = 1e9, kLargest = 1e6;
+  return std::fabs(value) < kLargest ? std::nearbyint(value * kFigures) / kFigures : value;
+}
+
 // Which of a message's subsets a key of packed subsets names; all share their keys when compressed.
 struct Reading {
   codes_handle* From;
@@ -78,7 +86,7 @@ void AddValue(Reading& reading, const char* key, int descriptor) {
     const std::size_t at = count == 1 ? 0 : i - first;
     if (at >= count) continue;
     BufrValue value{.Descriptor = descriptor};
-    if (numbers[at] != CODES_MISSING_DOUBLE) value.Number = numbers[at];
+    if (numbers[at] != CODES_MISSING_DOUBLE) value.Number = WithoutNoise(numbers[at]);
     subsets[i].push_back(std::move(value));
   }
 }
