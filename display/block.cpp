@@ -169,8 +169,9 @@ class BlockDrawing {
       for (const SheetRow* row : rows) left_.push_back(row->Label);
       return std::move(left_);
     }
-    const std::size_t across = Across(rows);
-    KeepBest(rows, static_cast<std::size_t>(lines - head) * across);
+    const auto down = static_cast<std::size_t>(lines - head);
+    const std::size_t across = Across(rows, down);
+    for (const SheetRow* row : KeepBest(rows, down * across)) left_.push_back(row->Label);
     const double width = (region_.Width() - static_cast<double>(across - 1) * kFlowGap * scale_) /
                          static_cast<double>(across);
     Widths widths(block_, rows, scale_);
@@ -195,21 +196,30 @@ class BlockDrawing {
   }
 
  private:
-  std::size_t Across(const std::vector<const SheetRow*>& rows) const {
-    if (!block_.Flows || rows.empty()) return 1;
-    const double wanted = Widths(block_, rows, scale_).All() + kFlowGap * scale_;
-    const double fit = std::floor((region_.Width() + kFlowGap * scale_) / wanted);
-    return std::clamp<std::size_t>(static_cast<std::size_t>(std::max(fit, 1.0)), 1, kMostAcross);
+  // As many rows side by side as the width has room for, of those that would be drawn then.
+  std::size_t Across(const std::vector<const SheetRow*>& rows, std::size_t down) const {
+    if (!block_.Flows) return 1;
+    const double gap = kFlowGap * scale_;
+    for (std::size_t across = kMostAcross; across > 1; --across) {
+      std::vector<const SheetRow*> kept = rows;
+      KeepBest(kept, down * across);
+      const double wanted = Widths(block_, kept, scale_).All() + gap;
+      if (static_cast<double>(across) * wanted - gap <= region_.Width()) return across;
+    }
+    return 1;
   }
 
-  // The rows that there is room for, in their order.
-  void KeepBest(std::vector<const SheetRow*>& rows, std::size_t room) {
+  // Leaves the rows that there is room for, in their order; gives the others.
+  static std::vector<const SheetRow*> KeepBest(std::vector<const SheetRow*>& rows,
+                                               std::size_t room) {
+    std::vector<const SheetRow*> others;
     while (rows.size() > room) {
       const auto least = std::ranges::max_element(
           rows, [](const SheetRow* a, const SheetRow* b) { return a->Rank <= b->Rank; });
-      left_.push_back((*least)->Label);
+      others.push_back(*least);
       rows.erase(least);
     }
+    return others;
   }
 
   // Further columns leave from the right until the rest fits, then the notes; the label is cut

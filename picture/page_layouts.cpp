@@ -30,12 +30,13 @@ constexpr RegionRow kStatus{
     .Name = "status", .At = Place::Foot, .LeastHeight = Px(16), .Priority = 2};
 
 constexpr RegionRow Box(std::string_view name, double lines, int priority, std::string_view caption,
-                        std::string_view elsewhere) {
+                        std::string_view elsewhere, double stretch = 0) {
   return {.Name = name,
           .At = Place::Side,
           .LeastWidth = kBoxWidth,
           .LeastHeight = BoxHeight(lines),
           .Priority = priority,
+          .Stretch = stretch,
           .Caption = caption,
           .Elsewhere = elsewhere};
 }
@@ -49,28 +50,32 @@ constexpr RegionRow kHodograph{.Name = "hodograph",
                                .IsSquare = true,
                                .Caption = "hodograph",
                                .Elsewhere = "menu Displays"};
-constexpr RegionRow kStorm = Box("storm", 6, 11, "storm motion", "hodograph window");
+constexpr RegionRow kStorm = Box("storm", 7, 11, "storm motion", "hodograph window");
 constexpr RegionRow kParcels = Box("parcels", 7, 9, "parcels", "F4");
-constexpr RegionRow kIndices = Box("indices", 8, 12, "indices", "F4");
-constexpr RegionRow kLayers = Box("layers", 6, 13, "lapse rates and layers", "menu Displays");
+constexpr RegionRow kIndices = Box("indices", 8, 12, "indices", "F4", 1);
+constexpr RegionRow kLayers = Box("layers", 6, 13, "lapse rates and layers", "menu Displays", 1);
+// For very wide pages; elsewhere nobody misses it.
+constexpr RegionRow kWeather = Box("weather", 9, 20, "", "", 1);
+constexpr RegionRow kLines = Box("lines", 12, 4, "what each line says", "F1", 1);
 constexpr RegionRow kAnalysis = Box("analysis", 22, 11, "analysis", "F4");
 
 constexpr std::array kDiagramRegions = {kTitle,  kDiagram, kGutter,    kWind,
                                         kLegend, kStatus,  kHodograph, kAnalysis};
 constexpr std::array kForecasterRegions = {kTitle,   kDiagram, kGutter,    kWind,
                                            kLegend,  kStatus,  kHodograph, kStorm,
-                                           kParcels, kIndices, kLayers};
+                                           kParcels, kIndices, kLayers,    kWeather};
 constexpr std::array kPilotRegions = {kTitle,
                                       kDiagram,
                                       kGutter,
                                       kWindNumbers,
                                       kLegend,
                                       kStatus,
-                                      Box("clouds", 5, 9, "clouds", "F4"),
-                                      Box("thermals", 5, 10, "thermals", "menu Displays"),
-                                      Box("freezing", 5, 11, "freezing level and icing", "F4"),
-                                      Box("inversions", 5, 12, "inversions", "F4")};
-constexpr std::array kTeachingRegions = {kTitle, kDiagram, kGutter, kWind, kFullLegend, kStatus};
+                                      Box("clouds", 5, 9, "clouds", "F4", 1),
+                                      Box("thermals", 7, 10, "thermals", "menu Displays"),
+                                      Box("freezing", 5, 11, "freezing level and icing", "F4", 1),
+                                      Box("inversions", 5, 12, "inversions", "F4", 1)};
+constexpr std::array kTeachingRegions = {kTitle,      kDiagram, kGutter, kWind,
+                                         kFullLegend, kStatus,  kLines};
 
 constexpr std::array kLayouts = {
     LayoutRow{"diagram", "Diagram", "The diagram with hodograph and analysis", kDiagramRegions},

@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <set>
+#include <utility>
 
 #include "display/weather.h"
 #include "picture/text_width.h"
@@ -196,6 +198,24 @@ TEST(SideBoxes, AlignNumbersOnTheirDecimalPoints) {
   ASSERT_EQ(points.size(), 3u);
   EXPECT_NEAR(points[0], points[1], 0.01);
   EXPECT_NEAR(points[0], points[2], 0.01);
+}
+
+// 345 px is the side column of a window 1440 wide, 264 px the narrowest.
+TEST(SideBoxes, IndicesStandSideBySideWhereTheyFit) {
+  const SoundingRecord sounding = test::ReferenceConvective();
+  const Options options;
+  const analysis::SevereTable table = analysis::DefaultSevereTable();
+  const analysis::AnalysisResults results = analysis::Analyse(sounding, options);
+  const SheetBlock indices = BlockOf("indices", {sounding, results, options, table});
+  for (const auto& [width, columns] : {std::pair{345.0, 2u}, std::pair{200.0, 1u}}) {
+    Picture page(12000, 9000, {});
+    DrawBlock(page, {0, 0, width * kUnitsPerPixel, 8 * kLineStep}, indices, BlockInksFor({}));
+    std::set<double> lefts;
+    for (const Item& item : page.Items()) {
+      if (item.Tag == "label") lefts.insert(std::get<Label>(item.Shape).At.X);
+    }
+    EXPECT_EQ(lefts.size(), columns) << width;
+  }
 }
 
 TEST(TextWidth, IsThatOfThePublishedMetrics) {
