@@ -31,6 +31,17 @@ std::string Written(std::string_view text) {
   return written;
 }
 
+// The part of the user's table that judges an index.
+analysis::SevereTable LimitsOf(const analysis::SevereTable& table, std::string_view label) {
+  analysis::SevereTable part;
+  for (const analysis::SevereRow& row : table.Rows) {
+    if (!analysis::IsSevereEntry(row.Entry)) continue;
+    const auto entry = static_cast<std::size_t>(row.Entry) - 1;
+    if (analysis::SevereEntries()[entry].Index == label) part.Rows.push_back(row);
+  }
+  return part;
+}
+
 const analysis::IndexValue* ValueOf(const Shown& shown, std::string_view label) {
   const analysis::IndexRow* row = analysis::FindIndex(label);
   return row == nullptr ? nullptr : analysis::IndexOf(shown.Results, *row);
@@ -95,12 +106,10 @@ SheetRow Texts::Index(std::string_view label, std::string_view name) const {
 }
 
 Stress StressOf(const Shown& shown, std::string_view label) {
-  const analysis::IndexRow* row = analysis::FindIndex(label);
-  if (row == nullptr) return Stress::None;
   int step = 0;
   for (const analysis::SevereValue& value :
-       analysis::FillSevereTable(shown.Severe, shown.Results)) {
-    if (value.Index == row) step = std::max(step, value.Step);
+       analysis::FillSevereTable(LimitsOf(shown.Severe, label), shown.Results)) {
+    step = std::max(step, value.Step);
   }
   return static_cast<Stress>(step);
 }
@@ -109,10 +118,7 @@ Stress StressOf(const Shown& shown, std::string_view label, double value) {
   // The largest CAPE of the tropics passes the markers of other quantities.
   if (!std::isfinite(value) || value == kNone) return Stress::None;
   int step = 0;
-  for (const analysis::SevereRow& row : shown.Severe.Rows) {
-    if (!analysis::IsSevereEntry(row.Entry)) continue;
-    const auto entry = static_cast<std::size_t>(row.Entry) - 1;
-    if (analysis::SevereEntries()[entry].Index != label) continue;
+  for (const analysis::SevereRow& row : LimitsOf(shown.Severe, label).Rows) {
     step = std::max(step, analysis::SevereStep(row, value));
   }
   return static_cast<Stress>(step);

@@ -347,10 +347,10 @@ std::vector<PageBox> PageBoxes(const Shown& shown) {
   std::vector<PageBox> boxes;
   const BlockInks inks = BlockInksFor(shown.Set);
   for (const SideBox& box : kBoxes) {
-    boxes.push_back({box.Name, [block = box.Fill(shown), inks](Picture& page, const Rect& region) {
+    boxes.push_back({box.Name, [fill = box.Fill, shown, inks](Picture& page, const Rect& region) {
                        const Rect inside{region.Left, region.Top + kBoxPadding / 2, region.Right,
                                          region.Bottom - kBoxPadding / 2};
-                       DrawBlock(page, inside, block, inks);
+                       DrawBlock(page, inside, fill(shown), inks);
                      }});
   }
   return boxes;

@@ -19,7 +19,8 @@ struct SideBox {
 
 std::span<const SideBox> SideBoxes();
 
-/// All of them filled from the results of a sounding, ready to be drawn; they refer to nothing.
+/// All of them for the results of a sounding, which must last until they are drawn; each is filled
+/// when it is.
 std::vector<PageBox> PageBoxes(const Shown& shown);
 
 }  // namespace vexa::display
