@@ -233,7 +233,7 @@ SheetBlock LayerBlock(const Shown& shown) {
   add(std::move(wetBulb));
   level("Tropopause", results.Tropopauses);
   if (results.Layers.Mixed) {
-    add({"Mixed layer depth", texts.Depth(results.Layers.Mixed->Depth)});
+    add({"Well-mixed layer", texts.Depth(results.Layers.Mixed->Depth)});
   }
   add({"Convective temperature", texts.Temp(results.ConvectiveTemp)});
   for (const analysis::Inversion& inversion : results.Inversions) {

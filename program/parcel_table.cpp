@@ -64,7 +64,7 @@ constexpr Row kRows[] = {
 }  // namespace
 
 std::array<std::string, kShownParcels> ParcelTitles() {
-  return {"Surface", "Mean Layer", "Most Unstable", "Own"};
+  return {"Surface", "Mixed layer", "Most unstable", "Own"};
 }
 
 analysis::ParcelStart OwnParcel(const Program& program) {
