@@ -86,9 +86,11 @@ class Jury {
     constexpr int kMostRounds = 60;
     for (int round = 0; round < kMostRounds; ++round) {
       const Fit fit = Assess(true);
-      if (fit.Broken == 0) return;
+      if (fit.Broken == 0) break;
       for (Value* value : Culprits(fit)) Drop(*value, notes);
     }
+    TellOffLines(notes);
+    TellZigzags(notes);
   }
 
  private:
@@ -152,6 +154,90 @@ class Jury {
       const std::optional<Line> line = LineAt(value);
       if (!line || std::fabs(line->Temp - value.Amount) > kBorneOut) Drop(value, notes);
     }
+  }
+
+  // A difference that some stations have, but few: told, and both are left.
+  void TellOffLines(std::vector<std::string>& notes) const {
+    constexpr double kSeldom = 2.3, kLongest = 0.5;  // °C; in ln p
+    for (const Value& value : temps_) {
+      if (!value.IsOn || value.Level->Kind != LevelKind::Mandatory) continue;
+      const std::optional<Line> line = LineAt(value);
+      if (!line || line->Length > kLongest) continue;
+      const double off = std::fabs(line->Temp - value.Amount);
+      if (off <= kSeldom) continue;
+      notes.push_back("At " + Shortest(value.Press) + " hPa " + Shortest(value.Amount) +
+                      " C of part " + value.Level->Part + " lies " + Mask(off, "0.0") +
+                      " C off the line from " + Shortest(temps_[line->Below].Press) + " hPa to " +
+                      Shortest(temps_[line->Above].Press) + " hPa; one of them may be garbled.");
+    }
+  }
+
+  // A temperature that part B or D alone gives and that stands out between its neighbours as few
+  // do. In the troposphere by the kinks that it makes at all three; aloft, where waves make kinks,
+  // by both steps to the neighbours.
+  void TellZigzags(std::vector<std::string>& notes) const {
+    struct Band {
+      double Lowest, Seldom;  // hPa, °C
+    };
+    constexpr Band kBands[] = {{100, 2.4}, {300, 2.0}};
+    constexpr double kSeldomStep = 3.65;  // °C, above 100 hPa
+    std::vector<Point> points;
+    for (const Value& value : temps_) {
+      if (!value.IsOn) continue;
+      if (!points.empty() && points.back().Of->Press == value.Press) {
+        points.back().IsAlone = false;
+      } else {
+        points.push_back({&value});
+      }
+    }
+    for (std::size_t i = 1; i + 1 < points.size(); ++i) {
+      const Value& value = *points[i].Of;
+      const bool isAlone = points[i].IsAlone && value.Level->IsFine();
+      if (!isAlone || value.Level->IsBehindGap || points[i + 1].Of->Level->IsBehindGap) continue;
+      double seldom = kSeldomStep;
+      for (const Band& band : kBands) {
+        if (value.Press >= band.Lowest) seldom = band.Seldom;
+      }
+      const double out = value.Press >= kBands[0].Lowest ? Zigzag(points, i) : Spike(points, i);
+      if (out <= seldom) continue;
+      notes.push_back("At " + Shortest(value.Press) + " hPa " + Shortest(value.Amount) +
+                      " C of part " + value.Level->Part +
+                      " stands out from the levels around it; it may be garbled.");
+    }
+  }
+
+  struct Point {
+    const Value* Of = nullptr;
+    bool IsAlone = true;  // no other part has a temperature here
+  };
+
+  // The smaller step to a neighbour, where both go the same way.
+  static double Spike(const std::vector<Point>& points, std::size_t i) {
+    const double fromBelow = points[i].Of->Amount - points[i - 1].Of->Amount;
+    const double fromAbove = points[i].Of->Amount - points[i + 1].Of->Amount;
+    return fromBelow * fromAbove > 0 ? std::min(std::fabs(fromBelow), std::fabs(fromAbove)) : 0;
+  }
+
+  // How far a point lies off the line between its neighbours, as far as these bear it out: a point
+  // that is off by E bends the line at a neighbour by its share of E, the other way.
+  static double Zigzag(const std::vector<Point>& points, std::size_t i) {
+    constexpr double kLeastShare = 0.12;
+    if (i < 2 || i + 2 >= points.size()) return 0;
+    const double off = Kink(points, i);
+    const auto borneOut = [&](std::size_t neighbour) {
+      const double log = points[neighbour].Of->LogPress,
+                   far = points[2 * neighbour - i].Of->LogPress;
+      const double share = (far - log) / (far - points[i].Of->LogPress);
+      return -std::copysign(Kink(points, neighbour), off * Kink(points, neighbour)) /
+             std::max(share, kLeastShare);
+    };
+    return std::max(std::min({std::fabs(off), borneOut(i - 1), borneOut(i + 1)}), 0.0);
+  }
+
+  static double Kink(const std::vector<Point>& points, std::size_t i) {
+    const Value &below = *points[i - 1].Of, &above = *points[i + 1].Of;
+    return points[i].Of->Amount - Between(points[i].Of->LogPress, below.LogPress, above.LogPress,
+                                          below.Amount, above.Amount);
   }
 
   Fit Assess(bool listsStrains) const {

@@ -9,6 +9,7 @@
 
 #include "core/data_checks.h"
 #include "core/station_list.h"
+#include "ingest/coded_heights.h"
 #include "ingest/decoder.h"
 #include "support/soundings.h"
 
@@ -126,7 +127,8 @@ TEST(CodedParts, WindsAloneOpen) {
 TEST(CodedParts, SectionsBehindTheLevelsAreNotLevels) {
   const Decoded decoded = Decode(
       "TTAA 55121 72999 99000 20056 18010 85500 10056 18020 70100 01056 18030 88999 66999 77999 "
-      "31313 09608 81131 90287 41414 85071 51515 10164 00053 10194 21534 ///// 10165 "
+      "31313 09608 81131 90287 41414 85071 51515 10164 00053 10190 70123 10190 50456 10194 21534 "
+      "///// 10165 "
       "61616 AF302 0715A 62626 MBL WND 29023=\n"
       "TTBB 55128 72999 00000 20056 11850 10056 21212 00000 18010 11850 18020 31313 09608 81131 "
       "41414 85071 51515 11920 18515 10194 08512 36010=");
@@ -135,7 +137,8 @@ TEST(CodedParts, SectionsBehindTheLevelsAreNotLevels) {
   EXPECT_EQ(decoded.Record.NumWindLevels(), 3);
   for (const char* note :
        {"released at 11:31 UTC", "the water's temperature is 28.7 C",
-        "stability index of the station -3",
+        "stability index of the station -3", "height of 700 hPa extrapolated, 123 m",
+        "height of 500 hPa extrapolated, 4560 m",
         "mean wind surface to 5000 ft 215/34 kt, 5000 to 10000 ft not given",
         "mean wind surface to 5000 ft 85/12 kt, 5000 to 10000 ft 360/10 kt",
         "data are doubtful or missing", "national section AF302 0715A", "remarks MBL WND 29023"}) {
@@ -238,6 +241,28 @@ TEST(CodedParts, HeightsBeginAtTheGroundOrWhereFiguresLeaveNoDoubt) {
     ASSERT_LT(at, record.NumWindLevels());
     EXPECT_NEAR(record.WindHgt.Values()[static_cast<std::size_t>(at)], c.Height, 120);
   }
+}
+
+// 657 m lie between 1000 and 925 hPa at 15 °C: 29.27 m/K * 288.16 K * ln(1000/925). At 1000 hPa 500
+// and more are metres below the sea, 500 itself is the sea.
+TEST(CodedParts, HeightsBelowTheSea) {
+  const std::pair<int, int> heights[] = {{0, 657}, {100, 757}, {499, 156}, {500, 657}, {600, 557}};
+  for (const auto& [below, above] : heights) {
+    EXPECT_NEAR(ThicknessMisfit({1000, below, 15}, {925, above, 15}), 0, 2) << below;
+  }
+}
+
+// 0 hPa: the winds at 100 hPa and 205 hPa stay, that of the maximum is left out.
+TEST(CodedParts, NoPressureIsZero) {
+  const StationList stations = Place(252);
+  const Decoded whole = Decode(kPartA, &stations);
+  const Decoded nothing = Decode(Replaced(kPartA, "77205", "77000"), &stations);
+  EXPECT_EQ(nothing.Record.NumWindLevels(), whole.Record.NumWindLevels() - 1);
+  EXPECT_TRUE(nothing.HasNote("77000"));
+  const Decoded aloft = Decode(
+      "TTCC 55128 01234 70860 60956 24030 50070 58956 24035 88000 60156 24085 77999=\n", &stations);
+  ASSERT_FALSE(aloft.Failed) << aloft.Failed->Detail;
+  EXPECT_EQ(aloft.Record.Press, Levels<double>({70, 50}));
 }
 
 // The first balloon burst at 700 hPa; the second was released an hour later.

@@ -242,6 +242,20 @@ TEST(LoadSounding, KeepsTheSoundingInWorkUntilTheNewOneIsWhole) {
 }
 
 // What the data check has words for stays for it to find.
+TEST(TimeInTitle, StandsAtItsEnd) {
+  const struct {
+    const char* Title;
+    ObservationTime Time;
+  } cases[] = {{"12Z 05 Mar 2024", {2024, 3, 5, 12, 0}},
+               {"72357 - OUN - NORMAN  0030Z 04 May 1999", {1999, 5, 4, 0, 30}},
+               {"05 Mar 2024", {}},
+               {"12 05 Mar 2024", {}},
+               {"1Z 05 Mar 2024", {}},
+               {"24Z 05 Mar 2024", {}},
+               {"12Z 31 Feb 2024", {}}};
+  for (const auto& c : cases) EXPECT_EQ(TimeInTitle(c.Title), c.Time) << c.Title;
+}
+
 TEST(Native, ImpossibleValuesAreLeftOut) {
   SoundingRecord record = test::Profile({{1000, 71, 999.9},
                                          {-850, 10, 5},
@@ -344,7 +358,9 @@ TEST(SourceHeader, TimesAndCaptions) {
       {"1999-05-04T12:00:00.000-03:00", {1999, 5, 4, 15, 0}},
       {"2000-01-01 02:15+0530", {1999, 12, 31, 20, 45}},
       {"2024-02-28T23-02", {2024, 2, 29, 1, 0}},
-      {"1999-05-04T12:00:00\xE2\x88\x92" "03:00", {1999, 5, 4, 15, 0}},
+      {"1999-05-04T12:00:00\xE2\x88\x92"
+       "03:00",
+       {1999, 5, 4, 15, 0}},
       {"1999-05-04T12:00:00Z", {1999, 5, 4, 12, 0}},
       {"1999-05-04T12:00:00+00:00", {1999, 5, 4, 12, 0}},
       {"1999-05-04 12:30 - 13:00", {1999, 5, 4, 12, 30}},
