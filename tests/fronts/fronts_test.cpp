@@ -1,0 +1,257 @@
+// Fronts from the thermal wind. The worked numbers were computed apart from this code from the
+// formulas of the headers.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "config/options.h"
+#include "core/units.h"
+#include "fronts/front_text.h"
+#include "support/soundings.h"
+
+namespace vexa::fronts {
+namespace {
+
+FrontResults Find(const SoundingRecord& sounding, const FrontSettings& settings = {},
+                  const std::optional<HeldZone>& held = std::nullopt) {
+  return FindFronts(sounding, analysis::DeriveLevels(sounding, Options{}), settings, held);
+}
+
+TEST(ThermalWind, OfOneLayer) {
+  struct Case {
+    const char* about;
+    analysis::Wind low, high;
+    double latitude, direction, warm, normal, advection;
+  };
+  const Case cases[] = {
+      {"veering is warm", {200, 30}, {240, 40}, 45, 288.6, 198.6, -29.99, 2.11},
+      {"backing is cold", {300, 30}, {260, 40}, 45, 211.4, 121.4, 29.99, -2.11},
+      {"in the south backing is warm", {300, 30}, {260, 40}, -45, 211.4, 301.4, -29.99, 2.11},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.about);
+    const analysis::WindVector low = analysis::Components(c.low);
+    const analysis::WindVector high = analysis::Components(c.high);
+    const ThermalWind thermal = ThermalWindOf(low, high, 273.16, 1000, c.latitude);
+    EXPECT_NEAR(thermal.Wind.Dir, c.direction, 0.05);
+    EXPECT_NEAR(thermal.Wind.Spd, 25.7, 0.05);
+    EXPECT_NEAR(thermal.Gradient, 0.0704, 5e-5);
+    EXPECT_NEAR(thermal.WarmAzimuth, c.warm, 0.05);
+    EXPECT_NEAR(thermal.Orientation, c.direction - 180, 0.05);
+    const analysis::WindVector mean{(low.U + high.U) / 2, (low.V + high.V) / 2};
+    EXPECT_NEAR(Towards(mean, thermal.WarmAzimuth), c.normal, 0.02);
+    EXPECT_NEAR(Advection(mean, thermal), c.advection, 0.005);
+  }
+}
+
+TEST(Fronts, ClassesAndWhatFollows) {
+  struct Case {
+    bool isWarm;
+    double normal, speed;
+    FrontClass kind;
+    double difference, slope, lift;
+  };
+  const Case cases[] = {
+      {true, 24, 30, FrontClass::AnabaticWarm, -6, 120, 92.6},
+      {true, 30, 30, FrontClass::AnabaticWarm, 0, 120, 0},
+      {true, 31, 30, FrontClass::KatabaticWarm, 1, 120, -15.4},
+      {false, 36, 30, FrontClass::AnabaticCold, -6, 80, 138.9},
+      {false, 30, 30, FrontClass::KatabaticCold, 0, 40, 0},
+      {false, 24, 30, FrontClass::KatabaticCold, 6, 40, -277.8},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.normal);
+    EXPECT_EQ(Classify(c.isWarm, c.normal, c.speed), c.kind);
+    EXPECT_EQ(SpeedDifference(c.isWarm, c.normal, c.speed), c.difference);
+    EXPECT_EQ(AutomaticSlope(c.kind), c.slope);
+    EXPECT_NEAR(VerticalMotion(c.difference, c.slope), c.lift, 0.05);
+  }
+  EXPECT_EQ(FrontDistance(1500, 80), 120);
+  EXPECT_NEAR(PrecipitationTime(4, 92.6).value_or(-1), 5.4, 0.05);
+  EXPECT_EQ(PrecipitationTime(0.2, -50), 0);
+  EXPECT_FALSE(PrecipitationTime(0.3, 0));
+}
+
+void ExpectWinterFront(const Front& front, double warm, double motion) {
+  const FrontLayer& zone = front.Zone.Whole;
+  EXPECT_NEAR(zone.Base, 500, 1e-9);
+  EXPECT_NEAR(zone.Top, 1500, 1e-9);
+  EXPECT_NEAR(zone.BasePress, 943.6, 0.05);
+  EXPECT_NEAR(zone.TopPress, 831.0, 0.05);
+  EXPECT_NEAR(zone.Thermal.Wind.Spd, 17.4, 0.05);
+  EXPECT_NEAR(zone.Thermal.Gradient, 0.0470, 5e-5);
+  EXPECT_NEAR(zone.Thermal.WarmAzimuth, warm, 0.05);
+  EXPECT_NEAR(zone.AdvectionCph, 0.58, 0.005);
+  EXPECT_EQ(front.Kind, FrontClass::AnabaticWarm);
+  EXPECT_NEAR(front.Speed, 12.3, 0.05);
+  EXPECT_NEAR(front.Motion, motion, 0.05);
+  EXPECT_NEAR(front.NormalWindBelow.value_or(-1), 8.3, 0.05);
+  EXPECT_NEAR(front.Lift.value_or(-1), 62, 0.6);
+  EXPECT_NEAR(front.DistanceKm, 180, 1e-6);
+  EXPECT_NEAR(front.Hours.value_or(-1), 5.1, 0.06);
+}
+
+TEST(Fronts, WinterReferenceSoundingAndItsMirrorImage) {
+  const SoundingRecord winter = test::ReferenceWinter();
+  const FrontResults results = Find(winter);
+  ASSERT_TRUE(results.Found);
+  EXPECT_NEAR(results.Found->Zone.Whole.Thermal.Wind.Dir, 306.8, 0.05);
+  ExpectWinterFront(*results.Found, 216.8, 36.8);
+  // South and north exchanged, everything is the same but the azimuths.
+  SoundingRecord mirror = winter;
+  SetDecimalPosition(mirror, -45, 8);
+  for (double& direction : mirror.WindDir.Values()) direction = Wrap360(180 - direction);
+  const FrontResults mirrored = Find(mirror);
+  ASSERT_TRUE(mirrored.Found);
+  ExpectWinterFront(*mirrored.Found, Wrap360(180 - 216.8), 180 - 36.8);
+}
+
+TEST(Fronts, TextsOfTheWinterReferenceSounding) {
+  const FrontResults results = Find(test::ReferenceWinter());
+  FrontSettings set;
+  Options options;
+  FrontSource source{results, set, options};
+  EXPECT_EQ(Characterisation(source),
+            (std::vector<std::string>{
+                "Front character: Anabatic Warm Front", "Frontal speed: 12 kts towards the NE",
+                "Frontal distance: 180 km to the SW", "Vertical motion: 62 meters/hour",
+                "Precipitation formation: 5.1 hours", "Clouds & precip ahead of surface front"}));
+  EXPECT_EQ(StatusBlock(source),
+            (std::vector<std::string>{
+                "Thermal wind interval = 500", "Thermal wind mode = Fixed", "Frontal slope = 1/120",
+                "Gradient threshold = 0.040\xC2\xB0"
+                "C/nm",
+                "Angular threshold = 40 degrees", "Lower frontal limit = 500 m, AGL"}));
+  const std::vector<std::string> table = LayerTable(source);
+  EXPECT_EQ(table[0], "  Layer     Frontal   Thermal Wind   Gradient*    Advection");
+  EXPECT_EQ(table[2],
+            "  (mb)                   (kts)       (\xC2\xB0"
+            "C/nm)        (\xC2\xB0"
+            "C/hr)");
+  // Miles, mph and feet: 180 km are 112 miles, 12.3 kt 14 mph, 62 m 203 to 204 ft.
+  set.Speed = FrontSpeedUnits::MilesPerHour;
+  options.GpmUnits = LengthUnits::Feet;
+  source.Distance = DistanceUnits::Miles;
+  const std::vector<std::string> foreign = Characterisation(source);
+  EXPECT_EQ(foreign[1], "Frontal speed: 14 mph towards the NE");
+  EXPECT_EQ(foreign[2], "Frontal distance: 112 miles to the SW");
+  EXPECT_TRUE(foreign[3].ends_with(" feet/hour"));
+}
+
+TEST(Fronts, TwoKnotsAreQuasiStationary) {
+  FrontResults results{.Found = Front{}};
+  FrontSettings set;
+  set.Speed = FrontSpeedUnits::MilesPerHour;  // 2 kt are 2.3 mph, and still stand
+  const Options options;
+  struct Case {
+    double speed;
+    const char* text;
+  };
+  for (const Case& c :
+       {Case{2, "Quasi-stationary"}, Case{2.01, "Frontal speed: 2 mph towards the N"}}) {
+    results.Found->Speed = c.speed;
+    EXPECT_EQ(Characterisation({results, set, options})[1], c.text);
+    EXPECT_EQ(Characterisation({results, set, options})[3], "Vertical motion: --");
+  }
+}
+
+TEST(Fronts, NoneWithoutGradientPositionOrWinds) {
+  const SoundingRecord winter = test::ReferenceWinter();
+  SoundingRecord tropics = winter;
+  SetDecimalPosition(tropics, -9.9, 8);
+  SoundingRecord nowhere = winter;
+  nowhere.LatHemi.clear();
+  SoundingRecord windless = winter;
+  windless.WindHgt.Clear();
+  windless.WindDir.Clear();
+  windless.WindSpd.Clear();
+  SoundingRecord steady = winter;
+  for (double& direction : steady.WindDir.Values()) direction = 270;
+  for (double& speed : steady.WindSpd.Values()) speed = 20;
+  struct Case {
+    const char* about;
+    SoundingRecord sounding;
+    const char* why;
+  };
+  const Case cases[] = {
+      {"tropics", tropics, "The station lies within 10 degrees of the equator."},
+      {"no position", nowhere, "The position of the station is not known."},
+      {"no winds", windless, "The sounding has no winds."},
+      {"no shear", steady, ""},
+      {"nothing", SoundingRecord{}, "The position of the station is not known."},
+  };
+  const FrontSettings set;
+  const Options options;
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.about);
+    const FrontResults results = Find(c.sounding);
+    EXPECT_FALSE(results.Found);
+    EXPECT_EQ(results.WhyNone, c.why);
+    EXPECT_EQ(Characterisation({results, set, options}),
+              (std::vector<std::string>{
+                  "No front found.", "---------------", "Use the AUTOMATIC button (above), or",
+                  "press F8 to adjust the frontal and", "thermal wind configuration options."}));
+  }
+}
+
+TEST(Fronts, SettingsDecideWhatIsSearched) {
+  const SoundingRecord winter = test::ReferenceWinter();
+  FrontSettings high;
+  high.GradientThreshold = 0.5;
+  EXPECT_FALSE(Find(winter, high).Found);
+  FrontSettings manual;
+  manual.Control = FrontControl::Manual;
+  manual.SlopeN = 200;
+  const FrontResults slope = Find(winter, manual);
+  ASSERT_TRUE(slope.Found);
+  EXPECT_NEAR(slope.Found->DistanceKm, 300, 1e-6);
+  EXPECT_NEAR(slope.Found->Lift.value_or(0), 62 * 120.0 / 200, 0.4);
+  FrontSettings ground;
+  ground.LowerLimitM = 0;
+  const FrontResults low = Find(winter, ground);
+  ASSERT_FALSE(low.Layers.empty());
+  EXPECT_EQ(low.Layers.front().Why == Missed::Low, false);
+  EXPECT_EQ(Find(winter).Layers.front().Why, Missed::Low);
+  // In the other modes each layer is one interval deep, or at least that.
+  for (const ThermalWindMode mode : {ThermalWindMode::Sliding, ThermalWindMode::Levels}) {
+    FrontSettings other;
+    other.Mode = mode;
+    const FrontResults results = Find(winter, other);
+    ASSERT_FALSE(results.Layers.empty());
+    for (const FrontLayer& layer : results.Layers) {
+      EXPECT_GE(layer.Top - layer.Base, 500 - 1e-9);
+      EXPECT_LE(layer.Top - layer.Base, mode == ThermalWindMode::Sliding ? 500 + 1e-9 : 6000);
+    }
+  }
+}
+
+TEST(Fronts, AHeldZoneStays) {
+  FrontSettings hold;
+  hold.Hold = true;
+  const FrontResults results = Find(test::ReferenceWinter(), hold, HeldZone{2000, 3000});
+  ASSERT_TRUE(results.Found);
+  EXPECT_EQ(results.Found->Zone.Whole.Base, 2000);
+  hold.Hold = false;
+  EXPECT_EQ(Find(test::ReferenceWinter(), hold, HeldZone{2000, 3000}).Found->Zone.Whole.Base, 500);
+}
+
+TEST(Fronts, TheLargestJumpOfTheNormalWindIsMarked) {
+  // The wind at 300 m turned round: the normal wind, 5.0 kt at the ground and 10.9 kt at 600 m by
+  // hand, is -7.9 kt between them. The zone lies above and stays.
+  SoundingRecord sounding = test::ReferenceWinter();
+  sounding.WindDir(2) = 75;
+  const FrontResults results = Find(sounding);
+  ASSERT_TRUE(results.Found);
+  EXPECT_EQ(static_cast<int>(results.Found->Normals.size()), sounding.NumWindLevels());
+  EXPECT_NEAR(results.Found->Normals[0].Speed, 5.0, 0.05);
+  EXPECT_NEAR(results.Found->Normals[1].Speed, -7.9, 0.05);
+  ASSERT_TRUE(results.Found->Jump);
+  EXPECT_EQ(results.Found->Jump->Base, 180);
+  EXPECT_EQ(results.Found->Jump->Top, 480);
+  EXPECT_NEAR(results.Found->Jump->Change, 18.8, 0.05);
+}
+
+}  // namespace
+}  // namespace vexa::fronts
