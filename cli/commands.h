@@ -33,6 +33,7 @@ extern const Command kSettingsCommand;
 extern const Command kCheckCommand;
 extern const Command kFetchCommand;
 extern const Command kWavesCommand;
+extern const Command kFrontsCommand;
 
 /// The station list of the program root, else the shipped one; read once.
 const StationList& Stations();

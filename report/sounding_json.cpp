@@ -7,6 +7,7 @@
 #include "analysis/interpolate.h"
 #include "core/markers.h"
 #include "core/numbers.h"
+#include "report/front_json.h"
 #include "report/json.h"
 #include "report/values.h"
 #include "report/wave_json.h"
@@ -325,6 +326,8 @@ std::string SoundingJson(const ReportedSounding& sounding, const Options& option
   json["winter"] = WinterJson(results.Winter);
   json["soaring"] = SoaringJson(results.Soaring);
   const mountainwave::Site site = mountainwave::MountainsOf(sounding.Record);
+  json["fronts"] =
+      FrontsJson(fronts::FindFronts(sounding.Record, results.Levels, FrontSettings{}), false);
   json["waves"] =
       WavesJson(mountainwave::ComputeWaves(sounding.Record, results.Levels, site), site, false);
   Json& indices = json["indices"] = Json::object();
