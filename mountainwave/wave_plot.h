@@ -1,0 +1,63 @@
+// The wave diagram: the air that streams over the ridges, up- and downdraughts shaded, with the
+// wind across the ridge and the Scorer parameter as profiles at its side.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "config/options.h"
+#include "mountainwave/wave_listing.h"
+#include "picture/layout.h"
+#include "picture/picture.h"
+#include "picture/surface.h"
+
+namespace vexa::mountainwave {
+
+/// What a diagram is drawn from.
+struct WavePlotInput {
+  WaveSource From;
+  const analysis::LevelProfile& Levels;  // for heights by pressure
+  const Options& Look;                   // screen colour
+  bool RotorHints = true;
+};
+
+/// Kilometres downstream of the first ridge and above the station to places of the page, and back.
+class WaveMapping {
+ public:
+  WaveMapping() = default;
+  /// byPress heights are spaced as the logarithm of their pressure
+  WaveMapping(const Rect& frame, double startKm, double endKm, double topKm, bool byPress,
+              const analysis::LevelProfile& levels);
+
+  const Rect& Frame() const { return frame_; }
+  double StartKm() const { return startKm_; }
+  double EndKm() const { return endKm_; }
+  double TopKm() const { return topKm_; }
+  double X(double km) const;
+  double Y(double heightKm) const;
+  double KmAt(double x) const;
+  double HeightAt(double y) const;  // km above the station
+
+ private:
+  double Share(double heightKm) const;  // of the way from the ground to the top
+
+  Rect frame_{};
+  double startKm_ = -10;
+  double endKm_ = 50;
+  double topKm_ = 10;
+  std::vector<double> shares_{};  // at equal steps of height, when by pressure
+};
+
+struct WavePlot {
+  Picture Page{};
+  WaveMapping At{};
+};
+
+/// The diagram's page.
+WavePlot PlotWaves(const WavePlotInput& input, const Surface& surface = {12000, 9000});
+
+/// What the pointer reads: "Vertical velocity 2.3 m/s, 4.1 km downstream, 3000 m"; empty outside
+/// the diagram.
+std::string ReadWaves(const WavePlotInput& input, const WaveMapping& at, Point place);
+
+}  // namespace vexa::mountainwave

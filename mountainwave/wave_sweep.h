@@ -1,0 +1,39 @@
+// How much the answer hangs on the mountain: the strongest wave for every axis and half-width of a
+// ridge in the same air.
+#pragma once
+
+#include <vector>
+
+#include "config/options.h"
+#include "mountainwave/wave_model.h"
+#include "mountainwave/wave_units.h"
+#include "picture/picture.h"
+#include "picture/surface.h"
+
+namespace vexa::mountainwave {
+
+inline constexpr double kNarrowestKm = 0.5;
+inline constexpr double kWidestKm = 20;
+
+/// The predominant wave's greatest velocity, m/s, by axis and half-width; 0 where there is none.
+struct Sweep {
+  int Axes = 0;    // from 360/n to 360 degrees in equal steps
+  int Widths = 0;  // from 0.5 to 20 km in equal ratios
+  double Relief = 0;
+  std::vector<double> Velocities{};  // width by width
+  double AxisOf(int axis) const { return 360.0 * (axis + 1) / Axes; }
+  double WidthOf(int width) const;
+  double At(int axis, int width) const {
+    return Velocities[static_cast<std::size_t>(width) * static_cast<std::size_t>(Axes) +
+                      static_cast<std::size_t>(axis)];
+  }
+};
+
+/// relief  m above the station
+Sweep SweepMountain(const Air& air, double relief, int axes = 100, int widths = 100);
+
+/// The sweep as a chart, the ridge in question marked: axis to the right, half-width upward.
+Picture PlotSweep(const Sweep& sweep, const RidgeForm& marked, const WaveUnits& units,
+                  const Options& look, const Surface& surface = {6000, 4500});
+
+}  // namespace vexa::mountainwave
