@@ -15,7 +15,7 @@ namespace {
 // Of a descriptor F X Y written as a whole number.
 constexpr int kF = 100000, kX = 1000;
 constexpr int kElement = 0, kReplication = 1, kOperator = 2;
-constexpr int kFactors = 31;  // the class of counts and marks, which is never missing or qualified
+constexpr int kFactors = 31;  // the class of counts and marks, which has no quality
 constexpr int kCancelled = 0;
 
 // Operators by their X.
@@ -117,8 +117,7 @@ class BufrReader::Walk {
   }
 
   bool GiveElement(const BufrElement& element) {
-    const bool isFactor = element.Descriptor / kX == kFactors;
-    if (!isFactor) PassQuality();
+    if (element.Descriptor / kX != kFactors) PassQuality();
     BufrValue value{.Descriptor = element.Descriptor};
     if (element.Kind == BufrKind::Text) {
       value.Text =
@@ -131,7 +130,7 @@ class BufrReader::Walk {
       return Fails("an element has no bits or too many");
     }
     const Raw raw = Number(static_cast<std::size_t>(width));
-    if (!raw.IsMissing || isFactor) {
+    if (!raw.IsMissing) {
       const double sum =
           static_cast<double>(raw.Bits) + Unscaled(element.Reference, isScaled ? -precision_ : 0);
       value.Number = Unscaled(sum, element.Scale + (isScaled ? extraScale_ + precision_ : 0));

@@ -94,6 +94,55 @@ TEST(BufrReader, SubsetsCompressedAndOneAfterAnother) {
   EXPECT_EQ(first.Subsets[1][2].Text, "Beta Two");
 }
 
+// Values and bits by hand: 0 10 009 has 17 bits from -1000 m, 0 12 001 has 12 bits in tenths of K.
+TEST(BufrReader, OperatorsChangeHowValuesLie) {
+  constexpr int kHeight = 10009, kTemp = 12001, kMark = 31021;
+  struct Case {
+    const char* About;
+    std::vector<int> Descriptors;
+    std::string Bits;
+    std::vector<double> Values;  // kMissing where there is none
+  };
+  const std::string mark = Bits(1, 6), temp = Bits(2931, 12);
+  const Case cases[] = {
+      {"a figure more, of the reference too",
+       {207001, kHeight, 207000, kHeight},
+       Bits(12516, 21) + Bits(1251, 17),
+       {251.6, 251}},
+      {"a width and a scale of its own",
+       {201130, 202129, kTemp, 202000, kTemp, 201000, kTemp},
+       Bits(12345, 14) + Bits(2931, 14) + temp,
+       {123.45, 293.1, 293.1}},
+      {"missing has all bits set, of the width that holds",
+       {201130, kTemp, kTemp, 201000, kTemp},
+       Bits(4095, 14) + Bits(16383, 14) + Bits(4095, 12),
+       {409.5, kMissing, kMissing}},
+      {"qualities of qualities",
+       {204002, kMark, 204003, kMark, kTemp, 204000, kTemp, 204000, kTemp},
+       mark + mark + Bits(31, 5) + temp + Bits(3, 2) + temp + temp,
+       {1, 1, 293.1, 293.1, 293.1}},
+      {"a local element with its quality",
+       {204002, kMark, 206005, 63001, kTemp, 204000},
+       mark + Bits(3, 2) + Bits(9, 5) + Bits(3, 2) + temp,
+       {1, 293.1}},
+      {"repeated as told, twice two",
+       {103000, 31001, 101002, kTemp, kHeight},
+       Bits(2, 8) + temp + temp + Bits(1000, 17) + temp + temp + Bits(1001, 17),
+       {2, 293.1, 293.1, 0, 293.1, 293.1, 1}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.About);
+    const Unpacked unpacked = ByReader(BufrMessage(c.Descriptors, c.Bits));
+    ASSERT_EQ(unpacked.Reason, "");
+    ASSERT_EQ(unpacked.Subsets.size(), 1U);
+    std::vector<double> values;
+    for (const BufrValue& value : unpacked.Subsets[0]) {
+      values.push_back(value.Number.value_or(kMissing));
+    }
+    EXPECT_EQ(values, c.Values);
+  }
+}
+
 // Of 1 hPa and more, 0 07 004 is 14 bits wide in tens of Pa; 0 12 101 16 bits in hundredths of K.
 TEST(BufrReader, ADamagedMessageEndsInAFault) {
   constexpr int kPressure = 7004, kTemp = 12101, kCount = 31002, kFlag = 31000;
@@ -153,6 +202,7 @@ TEST(BufrReader, WhatTheTablesLackIsLeftToTheLibrary) {
       {"quality, and then of a centre", true, {12101, 222000, 101001, 31031, 1201}},
       {"quality between two subsets", false, {12101, 222000, 101001, 31031, 33007}, 2},
       {"a layout that came with version 14", false, {14002, 12101}},
+      {"a sequence that changed with version 18", false, {309070}},
       {"a replication of what does not follow", false, {103000, 31001, 12101}},
       {"a replication without its count", false, {101000, 12101, 12101}},
   };
