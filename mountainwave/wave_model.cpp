@@ -276,15 +276,20 @@ double LeftAfter(double km, const Decay& decay, double lengthKm) {
 Motion MotionAt(const WaveResults& waves, const std::optional<Decay>& decay, double xKm,
                 double zKm) {
   Motion motion;
-  for (const Wave* wave : waves.All()) {
-    const double x = wave->Mountain == 2 ? xKm - waves.DistanceKm : xKm;
-    if (x < 0) continue;
-    const double left = decay ? LeftAfter(x, *decay, wave->Of.LengthKm) : 1;
-    const double share = ShareAt(*wave, zKm) * left;
-    // Down first behind the crest, as the air comes down the lee slope.
-    motion.Velocity -= wave->MaxVelocity * share * std::cos(wave->Of.K * x);
-    const double highest = wave->Amplitude / std::sin(Radians(wave->Of.Angle));
-    motion.Displacement -= highest * share * std::sin(wave->Of.K * x);
+  for (const RidgeWaves& ridge : waves.Ridges) {
+    const Wave* first = ridge.Predominant();
+    for (const Wave& wave : ridge.Waves) {
+      // Waves of other interfaces are other accounts of the same air, not more of it.
+      if (wave.At.Level != first->At.Level) continue;
+      const double x = wave.Mountain == 2 ? xKm - waves.DistanceKm : xKm;
+      if (x < 0) continue;
+      const double left = decay ? LeftAfter(x, *decay, wave.Of.LengthKm) : 1;
+      const double share = ShareAt(wave, zKm) * left;
+      // Down first behind the crest, as the air comes down the lee slope.
+      motion.Velocity -= wave.MaxVelocity * share * std::cos(wave.Of.K * x);
+      const double highest = wave.Amplitude / std::sin(Radians(wave.Of.Angle));
+      motion.Displacement -= highest * share * std::sin(wave.Of.K * x);
+    }
   }
   return motion;
 }

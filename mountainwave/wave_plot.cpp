@@ -198,8 +198,8 @@ class Drawing {
   }
 
   void Shading() {
-    constexpr int kAcross = 220;
-    constexpr int kUp = 90;
+    constexpr int kAcross = 180;
+    constexpr int kUp = 72;
     const Rect& frame = at_.Frame();
     const double width = frame.Width() / kAcross;
     const double height = frame.Height() / kUp;
@@ -278,10 +278,10 @@ class Drawing {
 
   void PressureAxis() {
     const Rect& frame = at_.Frame();
-    for (int press = 1050; press >= 100; press -= press > 200 ? 100 : 50) {
-      const int shown = press == 950 ? 1000 : press;
-      const analysis::Sample height = analysis::HeightAt(input_.Levels, shown);
-      if (height.Ok()) AxisMark(height.Value / 1000 - StationKm(), Shortest(shown));
+    constexpr int kLabels[] = {1050, 1000, 900, 800, 700, 600, 500, 400, 300, 250, 200, 150, 100};
+    for (const int press : kLabels) {
+      const analysis::Sample height = analysis::HeightAt(input_.Levels, press);
+      if (height.Ok()) AxisMark(height.Value / 1000 - StationKm(), Shortest(press));
     }
     Text("axis label", {frame.Left - 90, frame.Top - 130}, "mb", kNote, AnchorX::Center, inks_.Ink);
   }
@@ -335,9 +335,12 @@ class Drawing {
     const Rect& frame = at_.Frame();
     double lastY = frame.Bottom + 1e9;
     std::vector<const Wave*> waves = input_.From.Waves.All();
+    std::erase_if(waves, [](const Wave* wave) { return wave->Kind == WaveKind::Harmonic; });
+    constexpr std::size_t kMost = 8;  // the strongest
+    if (waves.size() > kMost) waves.resize(kMost);
     std::ranges::stable_sort(waves, {}, [](const Wave* wave) { return wave->At.Height; });
     for (const Wave* wave : waves) {
-      if (wave->Kind == WaveKind::Harmonic || wave->At.DepthKm > at_.TopKm()) continue;
+      if (wave->At.DepthKm > at_.TopKm()) continue;
       const double y = at_.Y(wave->At.DepthKm);
       const bool isFirst = wave->Kind == WaveKind::Predominant;
       Line("interface", {{frame.Left, y}, {frame.Right, y}},

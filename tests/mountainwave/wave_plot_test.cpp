@@ -106,7 +106,7 @@ TEST(WavePlot, PointerReadsTheField) {
   const WavePlot plot = PlotWaves(input);
   EXPECT_EQ(ReadWaves(input, plot.At, {plot.At.Frame().Left - 1, 5000}), "");
   // Half a wavelength behind the ridge the air rises fastest, 11.07 m/s where sin μz is 1: at
-  // π/2μ = 0.775 km (μ = √5.721·sin 57.96°), 895 m above the sea; the second wave adds a little.
+  // π/2μ = 0.775 km (μ = √5.721·sin 57.96°), 895 m above the sea.
   const std::string read = ReadWaves(input, plot.At, {plot.At.X(3.158 / 2), plot.At.Y(0.775)});
   EXPECT_TRUE(read.starts_with("Vertical velocity 11.") ||
               read.starts_with("Vertical velocity 10."))
