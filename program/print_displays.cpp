@@ -1,11 +1,15 @@
 #include "program/print_displays.h"
 
+#include <filesystem>
 #include <optional>
 #include <utility>
 
 #include "diagram/sounding_plot.h"
 #include "display/weather.h"
 #include "hodograph/hodogram_plot.h"
+#include "mountainwave/mountain_file.h"
+#include "mountainwave/wave_plot.h"
+#include "mountainwave/wave_sweep.h"
 #include "program/hodograph_commands.h"
 #include "program/settings_commands.h"
 #include "program/view_commands.h"
@@ -50,6 +54,41 @@ Picture Hodogram(const Program& program, const Options& set) {
                                  program.Hodogram);
 }
 
+// The mountains of the sounding's station, from the program's folder where it has one.
+mountainwave::Site SiteOf(const Program& program) {
+  const std::filesystem::path& root = program.Where.Root;
+  return mountainwave::SiteOf(program.Current.Record, root.empty()
+                                                          ? std::filesystem::path{}
+                                                          : root / mountainwave::kMountainFileName);
+}
+
+mountainwave::WaveOptions WaveOptionsOf(const Options& set) {
+  mountainwave::WaveOptions options;
+  const bool isEnglish = set.GpmUnits == LengthUnits::Feet;
+  options.Units = isEnglish ? mountainwave::kEnglishUnits : mountainwave::kMetricUnits;
+  options.Units.Wind = set.Speed;
+  options.Scale = isEnglish ? mountainwave::WaveScale::Feet : mountainwave::WaveScale::Kilometers;
+  return options;
+}
+
+Picture Waves(const Program& program, const Options& set) {
+  const SoundingRecord& sounding = program.Current.Record;
+  const analysis::LevelProfile& levels = program.Results.Levels;
+  const mountainwave::Site site = SiteOf(program);
+  const mountainwave::WaveOptions options = WaveOptionsOf(set);
+  const mountainwave::WaveResults waves = mountainwave::ComputeWaves(sounding, levels, site);
+  return mountainwave::PlotWaves({{sounding, site, waves, options}, levels, set}).Page;
+}
+
+Picture WaveSweep(const Program& program, const Options& set) {
+  const mountainwave::Air air = mountainwave::AirOf(program.Current.Record, program.Results.Levels);
+  const mountainwave::Site site = SiteOf(program);
+  const mountainwave::RidgeForm form =
+      site ? mountainwave::FormOf(site->First, air.StationElev) : mountainwave::DefaultForm();
+  return mountainwave::PlotSweep(mountainwave::SweepMountain(air, form.Relief, 72, 50), form,
+                                 WaveOptionsOf(set).Units, set);
+}
+
 template <display::Sheet (*kFill)(const display::Shown&)>
 Picture Sheet(const Program& program, const Options& set) {
   return display::DrawSheet(kFill({program.Current.Record, program.Results, set, program.Severe}),
@@ -82,6 +121,8 @@ constexpr PrintRow kRows[] = {
     {{"Winter", Sheet<display::WinterWeatherSheet>}, HasSounding},
     {{"LayerAnalyzer", Sheet<display::LayerSheet>}, HasSounding},
     {{"Soaring", Sheet<display::SoaringSheet>}, HasSounding},
+    {{"MountainWave", Waves, "MOUNTAIN WAVE"}, HasSounding},
+    {{"WaveSweep", WaveSweep, "MOUNTAIN WAVE"}, HasSounding},
 };
 
 }  // namespace

@@ -14,6 +14,7 @@
 #include "core/markers.h"
 #include "core/numbers.h"
 #include "core/units.h"
+#include "fronts/front_analysis.h"
 #include "program/listed_soundings.h"
 #include "program/readout.h"
 #include "program/reference_tables.h"
@@ -73,6 +74,12 @@ void LookAs(const Program& program, diagram::PlotInput& input) {
   input.Zoom = view.Zoom;
   if (view.Looping) input.LoopHoldTime = program.Set.MovieTime;
   if (view.LoopScale) input.Scale = &*view.LoopScale;
+  const FrontSettings& front = program.Hodograph.Front;
+  for (const fronts::FrontZone& zone :
+       fronts::FindFronts(input.Sounding, input.Results.Levels, front).Zones) {
+    input.Fronts.push_back(
+        {.Cold = !zone.Whole.IsWarm(), .Height = input.Sounding.ElevM + zone.Whole.Top});
+  }
 }
 
 Changes ZoomInSizer(Program& program, const Rect& chosen) {
