@@ -295,6 +295,26 @@ TEST(CloudLimits, TypeByHeightDepthAndStability) {
   for (const auto& c : cases) EXPECT_EQ(Text(TypeOf(c.Cloud)), Text(c.Type)) << c.About;
 }
 
+// Fog: what lies below its base is nothing, the layer itself is steep.
+TEST(CloudLimits, OnTheGroundTheCloudsOwnLapseCounts) {
+  AnalysisResults results;
+  results.Levels = Air({{0, 1000, 10, 10}, {500, 943, 6, 6}, {3000, 700, 0, 999.9}});
+  const auto fog = FindClouds(test::Profile({}), results, {});
+  ASSERT_EQ(fog.size(), 1u);
+  EXPECT_EQ(fog[0].Type, CloudType::SC);
+}
+
+// Warner's pieces where one ends: 1 - 11 h, 0.6915 - 1.4 h, 0.505 - 0.356 h, 0.2912 - 0.0608 h.
+TEST(CloudLimits, EntrainmentAtTheEndsOfItsPieces) {
+  const std::pair<double, double> stratiform[] = {
+      {0.032, 0.648}, {0.177, 0.4437}, {0.726, 0.246544}, {1.5, 0.2}};
+  for (const auto& [height, share] : stratiform) {
+    EXPECT_NEAR(EntrainmentFactor(CloudFamily::Stratiform, height), share, 1e-9) << height;
+  }
+  EXPECT_NEAR(EntrainmentFactor(CloudFamily::Cumuliform, 2.9), 0.26, 1e-9);
+  EXPECT_EQ(EntrainmentFactor(CloudFamily::Cirriform, 1), 0);
+}
+
 // 1500 ft are 457.2 m, 10000 ft 3048 m.
 TEST(CloudLimits, ConvectionMakesCumulus) {
   const Deck tower = {1000, 10, 4048.1, -20};
@@ -362,6 +382,22 @@ TEST(IcingLimits, ByTemperatureDepressionAndLapse) {
   const LevelProfile levels = Air({{0, 1000, -4, -5}, {1000, 880, -10, 999.9}});
   const CloudDeck tower{{1010, -10, -4}, {880, 1000, -10}, CloudAmount::Overcast, CloudType::CB};
   EXPECT_EQ(RuleIcing(levels, {tower}).front().Word, "MDT RIME");
+}
+
+// 0.119 g/m3 215 m above a base of stratus at 925 hPa and -5.2 °C (adiabatic 0.2778, Warner 0.4286)
+// are less than a tenth of the 2.02 that make icing severe in drops of 12 µm.
+TEST(IcingLimits, CloudWaterOfStratusButNotOfCirrus) {
+  const LevelProfile levels = Air({{0, 925, -5.2, -5.2}, {214.5, 900, -6.71, -6.71}});
+  const auto icing = [&](CloudType type) {
+    const CloudDeck deck{{925, 0, -5.2}, {900, 214.5, -6.71}, CloudAmount::Overcast, type};
+    return SmithFeddesIcing(levels, {deck}, SaturationOver::Water);
+  };
+  const auto stratus = icing(CloudType::ST);
+  ASSERT_FALSE(stratus.empty());
+  EXPECT_EQ(stratus.back().Word, "TRC RIME");
+  EXPECT_NEAR(stratus.back().Value, 0.119, 0.04);
+  EXPECT_EQ(icing(CloudType::CU).back().Word, "LGT CLEAR");  // a fifth of 1.03
+  EXPECT_TRUE(icing(CloudType::CI).empty());
 }
 
 TEST(IcingLimits, RainThatFreezes) {

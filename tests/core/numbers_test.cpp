@@ -52,6 +52,21 @@ TEST(Numbers, TheTwoRoundingsDifferInHalves) {
   EXPECT_EQ(ToWhole(1e12), std::numeric_limits<int>::max());
 }
 
+// Halves away from zero; more than six decimals are six.
+TEST(Numbers, RoundedToDecimals) {
+  const struct {
+    double Value;
+    int Decimals;
+    double Rounded;
+  } cases[] = {{2.4, 0, 2},       {2.5, 0, 3},       {-2.5, 0, -3},        {-2.4, 0, -2},
+               {1.25, 1, 1.3},    {-1.25, 1, -1.3},  {0.125, 2, 0.13},     {0.0625, 3, 0.063},
+               {1e-4, 3, 0},      {0.00004, 4, 0},   {0.00006, 4, 0.0001}, {1.5e-5, 5, 2e-5},
+               {1.4e-6, 6, 1e-6}, {1.6e-6, 9, 2e-6}, {31.4, -1, 31}};
+  for (const auto& c : cases) {
+    EXPECT_DOUBLE_EQ(Rounded(c.Value, c.Decimals), c.Rounded) << c.Value << ' ' << c.Decimals;
+  }
+}
+
 TEST(Numbers, MaskRoundsTheDecimalTextAndPads) {
   struct Case {
     double Value;
