@@ -176,9 +176,9 @@ std::string InversionWord(analysis::InversionKind kind) {
   return "Unknown";
 }
 
-SheetBlock InversionBlock(const Shown& shown, const Texts& texts) {
+SheetBlock InversionBlock(const std::vector<analysis::Inversion>& inversions, const Texts& texts) {
   SheetBlock block{.Heading = "Inversions"};
-  for (const analysis::Inversion& inversion : shown.Results.Inversions) {
+  for (const analysis::Inversion& inversion : inversions) {
     block.Rows.push_back({texts.Span(inversion.Base, inversion.Top), InversionWord(inversion.Kind),
                           "+" + Mask(inversion.Top.Temp - inversion.Base.Temp, "#0.0") + " C"});
   }

@@ -67,7 +67,7 @@ SheetBlock AirLayerBlock(std::string heading, const std::vector<analysis::AirLay
                          const Texts& texts);
 /// "Radiation", "Tropopause": for places that say that it is an inversion.
 std::string InversionWord(analysis::InversionKind kind);
-SheetBlock InversionBlock(const Shown& shown, const Texts& texts);
+SheetBlock InversionBlock(const std::vector<analysis::Inversion>& inversions, const Texts& texts);
 SheetBlock LevelBlock(std::string heading, const std::vector<analysis::LevelPoint>& levels,
                       const Texts& texts);
 std::string IcingHeading(const Options& options);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 #include <string>
 #include <utility>
 
@@ -236,7 +237,11 @@ SheetBlock LayerBlock(const Shown& shown) {
     add({"Well-mixed layer", texts.Depth(results.Layers.Mixed->Depth)});
   }
   add({"Convective temperature", texts.Temp(results.ConvectiveTemp)});
+  // Those of the stratosphere are in the layer display.
+  const double weatherTop =
+      results.Tropopauses.empty() ? kNotReached : results.Tropopauses.front().Height;
   for (const analysis::Inversion& inversion : results.Inversions) {
+    if (inversion.Base.Height > weatherTop) break;
     add({InversionWord(inversion.Kind) + " inversion", texts.Span(inversion.Base, inversion.Top)});
   }
   return block;
@@ -324,8 +329,15 @@ SheetBlock FreezingBlock(const Shown& shown) {
   return block;
 }
 
+// Those that are met on the way, in the layout's lowest 6 km.
 SheetBlock PilotInversions(const Shown& shown) {
-  SheetBlock block = InversionBlock(shown, Texts(shown));
+  constexpr double kPilotDepth = 6000;  // m
+  const double top = shown.Record.ElevM + kPilotDepth;
+  std::vector<analysis::Inversion> met;
+  std::ranges::copy_if(
+      shown.Results.Inversions, std::back_inserter(met),
+      [top](const analysis::Inversion& inversion) { return inversion.Base.Height <= top; });
+  SheetBlock block = InversionBlock(met, Texts(shown));
   block.Elsewhere = kLayerDisplay;
   for (std::size_t i = 0; i < block.Rows.size(); ++i) block.Rows[i].Rank = static_cast<int>(i);
   return block;

@@ -125,7 +125,7 @@ Sheet LayerSheet(const Shown& shown) {
   const analysis::AnalysisResults& results = shown.Results;
   const analysis::LayerResults& layers = results.Layers;
   Sheet sheet = Titled("Layer Analyzer", shown);
-  sheet.Blocks.push_back(InversionBlock(shown, texts));
+  sheet.Blocks.push_back(InversionBlock(results.Inversions, texts));
   SheetBlock mixed{.Heading = "Mixed layer"};
   if (layers.Mixed) {
     mixed.Rows.push_back({"Up to " + texts.Height(layers.Mixed->Top.Height),

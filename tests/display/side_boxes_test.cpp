@@ -200,6 +200,24 @@ TEST(SideBoxes, AlignNumbersOnTheirDecimalPoints) {
   EXPECT_NEAR(points[0], points[2], 0.01);
 }
 
+// Above the weather inversions follow one another by the dozen.
+TEST(SideBoxes, TellOfTheInversionsThatMatter) {
+  const SoundingRecord sounding = test::Profile({{1000, 5, 2}});
+  const Options options;
+  const analysis::SevereTable table = analysis::DefaultSevereTable();
+  analysis::AnalysisResults results = analysis::Analyse(sounding, options);
+  results.Tropopauses = {{200, 11800, -60}};
+  for (const double height : {1000.0, 7000.0, 15000.0}) {
+    results.Inversions.push_back(
+        {analysis::InversionKind::Subsidence, {500, height, 0}, {490, height + 100, 3}});
+  }
+  const Shown shown{sounding, results, options, table};
+  EXPECT_EQ(BlockOf("inversions", shown).Rows.size(), 1u);
+  EXPECT_EQ(BlockOf("inversions", shown).Rows[0].Label, "1000 - 1100 m");
+  const SheetBlock layers = BlockOf("layers", shown);
+  EXPECT_EQ(std::ranges::count(layers.Rows, "Subsidence inversion", &SheetRow::Label), 2);
+}
+
 // 345 px is the side column of a window 1440 wide, 264 px the narrowest.
 TEST(SideBoxes, IndicesStandSideBySideWhereTheyFit) {
   const SoundingRecord sounding = test::ReferenceConvective();
