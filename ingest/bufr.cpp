@@ -5,6 +5,7 @@
 #include <map>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "core/numbers.h"
 #include "ingest/bufr_messages.h"
@@ -67,7 +68,7 @@ Outcome<std::vector<ListedReport>> ListReports(std::string_view message) {
     if (!report) return report.Error();
     if (!report.Value().IsUseful()) continue;
     const std::size_t count = report.Value().Levels.size();
-    report.Value().Levels = {};
+    report.Value().Levels = std::vector<BufrLevel>();  // not {}, which would keep their room
     reports.push_back({.Known = std::move(report.Value()), .LevelCount = count, .Place = here});
   }
   return reports;
