@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "analysis/saturated_point.h"
-#include "config/options.h"
 
 namespace vexa::analysis {
 

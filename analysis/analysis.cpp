@@ -67,7 +67,7 @@ ParcelStart MultiLift(const LevelProfile& levels, double depth, ParcelLifter& li
   return best;
 }
 
-void LiftAll(const Options& options, const PressureGrid& grid, AdiabatTable* table,
+void LiftAll(const AnalysisSettings& options, const PressureGrid& grid, AdiabatTable* table,
              AnalysisResults& results) {
   const LevelProfile& levels = results.Levels;
   ParcelLifter lifter(levels, grid, LiftSettingsOf(options, results.CapeDepthTopPress), table);
@@ -106,7 +106,7 @@ void LiftAll(const Options& options, const PressureGrid& grid, AdiabatTable* tab
 }
 
 LayerResults FindLayers(const SoundingRecord& sounding, const AnalysisResults& results,
-                        const Options& options) {
+                        const AnalysisSettings& options) {
   constexpr double kNormalizedPair = 304.8;  // m: 1000 ft
   constexpr double kLowShearDepth = 1000;    // m, well above the layer that counts
   constexpr double kLapseDepth = 3000;       // m
@@ -180,8 +180,8 @@ void DropNonsense(AnalysisResults& results) {
 
 }  // namespace
 
-AnalysisResults Analyse(const SoundingRecord& sounding, const Options& options, AdiabatTable& table,
-                        Progress progress) {
+AnalysisResults Analyse(const SoundingRecord& sounding, const AnalysisSettings& options,
+                        AdiabatTable& table, Progress progress) {
   AnalysisResults results;
   results.ChosenLift = TypeOf(options.Lpl);
   results.Mode = options.BaseLevel == CapeBase::Ccl ? LiftMode::Ccl : LiftMode::Lfc;
@@ -238,12 +238,13 @@ std::string_view Text(LiftType type) {
   return "";
 }
 
-AnalysisResults Analyse(const SoundingRecord& sounding, const Options& options, Progress progress) {
+AnalysisResults Analyse(const SoundingRecord& sounding, const AnalysisSettings& options,
+                        Progress progress) {
   AdiabatTable table;
   return Analyse(sounding, options, table, progress);
 }
 
-void FollowStormMotion(const SoundingRecord& sounding, const Options& options,
+void FollowStormMotion(const SoundingRecord& sounding, const AnalysisSettings& options,
                        AnalysisResults& results) {
   results.Storm = AnalyseStormMotion(sounding, options);
   results.Indices = ComputeIndices(sounding, results, options);

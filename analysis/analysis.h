@@ -7,11 +7,11 @@
 #include <string_view>
 #include <vector>
 
+#include "analysis/analysis_settings.h"
 #include "analysis/index_value.h"
 #include "analysis/layer_results.h"
 #include "analysis/level_profile.h"
 #include "analysis/storm_motion.h"
-#include "config/options.h"
 #include "core/interaction.h"
 #include "core/markers.h"
 #include "core/sounding_record.h"
@@ -127,17 +127,17 @@ struct AnalysisResults {
 
 /// Analyses a sounding that has been put in order. Soundings with fewer than two temperature
 /// levels give what they can: markers, never NaN.
-AnalysisResults Analyse(const SoundingRecord& sounding, const Options& options,
+AnalysisResults Analyse(const SoundingRecord& sounding, const AnalysisSettings& options,
                         Progress progress = {});
 
 /// The same with a table of saturated adiabats that is kept from sounding to sounding: for whoever
 /// analyses many of them. The results are the same, whatever the table was used for before.
-AnalysisResults Analyse(const SoundingRecord& sounding, const Options& options, AdiabatTable& table,
-                        Progress progress = {});
+AnalysisResults Analyse(const SoundingRecord& sounding, const AnalysisSettings& options,
+                        AdiabatTable& table, Progress progress = {});
 
 /// Computes anew what rests on the storm's motion: the movers and the indices. The rest of the
 /// results stays as it was computed for the same sounding.
-void FollowStormMotion(const SoundingRecord& sounding, const Options& options,
+void FollowStormMotion(const SoundingRecord& sounding, const AnalysisSettings& options,
                        AnalysisResults& results);
 
 }  // namespace vexa::analysis

@@ -202,7 +202,7 @@ double BoundaryLayerTop(const SoundingRecord& sounding) {
 }
 
 std::vector<CloudDeck> FindClouds(const SoundingRecord& sounding, const AnalysisResults& results,
-                                  const Options& options) {
+                                  const AnalysisSettings& options) {
   const LevelProfile& levels = results.Levels;
   if (levels.Count() < 2 || Trim(sounding.CloudOption) == "NO") return {};
   if (Trim(sounding.CloudMode) != "AUTO" && !sounding.Clouds.Empty()) {

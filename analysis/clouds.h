@@ -16,7 +16,7 @@ double BoundaryLayerTop(const SoundingRecord& sounding);
 /// depression widen with cold as ice-saturated air dries against water (AWS/TR-79/006). A table
 /// that the user drew up (CloudMode other than "AUTO") stands instead; CloudOption "NO" gives none.
 std::vector<CloudDeck> FindClouds(const SoundingRecord& sounding, const AnalysisResults& results,
-                                  const Options& options);
+                                  const AnalysisSettings& options);
 
 /// The cloud-layer table of automatic analysis: two letters, base and top in hundreds of feet above
 /// ground, amount code 1 to 3.

@@ -16,7 +16,7 @@ constexpr double kAboveHighStation = 2000;  // m above the ground
 
 class Descent {
  public:
-  Descent(const LevelProfile& levels, const PressureGrid& grid, const Options& options,
+  Descent(const LevelProfile& levels, const PressureGrid& grid, const AnalysisSettings& options,
           AdiabatTable* table)
       : levels_(levels),
         grid_(grid),
@@ -121,7 +121,7 @@ class Descent {
 }  // namespace
 
 Downdraft FindDowndraft(const LevelProfile& levels, const PressureGrid& grid,
-                        const Options& options, AdiabatTable* table) {
+                        const AnalysisSettings& options, AdiabatTable* table) {
   Downdraft result;
   if (levels.Count() < 2 || !(levels.Press(1) > 0)) return result;
   const double ground = levels.Height(1);

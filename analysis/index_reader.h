@@ -8,9 +8,9 @@
 #include <vector>
 
 #include "analysis/analysis.h"
+#include "analysis/analysis_settings.h"
 #include "analysis/index_value.h"
 #include "analysis/interpolate.h"
-#include "config/options.h"
 #include "core/sounding_record.h"
 
 namespace vexa::analysis {
@@ -21,7 +21,7 @@ class IndexReader {
   enum class Notes { Keep, Drop };
 
   IndexReader(const SoundingRecord& sounding, const AnalysisResults& results,
-              const Options& options, Notes notes)
+              const AnalysisSettings& options, Notes notes)
       : sounding_(sounding), results_(results), options_(options), notes_(notes) {}
 
   // Each gives 0 once something is missing: the index goes through its formula and is dropped.
@@ -66,7 +66,7 @@ class IndexReader {
   const SoundingRecord& Sounding() const { return sounding_; }
   const AnalysisResults& Results() const { return results_; }
   const LevelProfile& Levels() const { return results_.Levels; }
-  const Options& Set() const { return options_; }
+  const AnalysisSettings& Set() const { return options_; }
 
  private:
   const LevelPoint* LowestFreezing() const;
@@ -76,7 +76,7 @@ class IndexReader {
 
   const SoundingRecord& sounding_;
   const AnalysisResults& results_;
-  const Options& options_;
+  const AnalysisSettings& options_;
   Notes notes_;
   std::vector<IndexInput> inputs_{};
   std::string reason_{};

@@ -236,14 +236,15 @@ IndexValue Finish(const IndexRow& row, const IndexReader& reader, double value) 
 }  // namespace
 
 IndexValue ComputeIndex(const IndexRow& row, const SoundingRecord& sounding,
-                        const AnalysisResults& results, const Options& options) {
+                        const AnalysisResults& results, const AnalysisSettings& options) {
   IndexReader reader(sounding, results, options, IndexReader::Notes::Drop);
   const double value = row.Compute(reader);
   return Finish(row, reader, value);
 }
 
 std::vector<IndexValue> ComputeIndices(const SoundingRecord& sounding,
-                                       const AnalysisResults& results, const Options& options) {
+                                       const AnalysisResults& results,
+                                       const AnalysisSettings& options) {
   std::vector<IndexValue> indices;
   indices.reserve(std::size(kRows));
   for (const IndexRow& row : kRows) {
@@ -257,14 +258,14 @@ const IndexValue* IndexOf(const AnalysisResults& results, const IndexRow& row) {
   return place < results.Indices.size() ? &results.Indices[place] : nullptr;
 }
 
-IndexUnits UnitsOf(const Options& options, double ground) {
-  return {.Temp = options.ThermoTemp,
-          .Length = options.ThermoHeight,
-          .Heights = options.Heights,
+IndexUnits UnitsOf(const UnitSettings& settings, double ground) {
+  return {.Temp = settings.ThermoTemp,
+          .Length = settings.ThermoHeight,
+          .Heights = settings.Heights,
           .Ground = ground,
-          .Speed = options.Speed,
-          .IsWaterInches = options.ThermoHeight == LengthUnits::Feet,
-          .PressWord = PressureWord(options.Pressure)};
+          .Speed = settings.Speed,
+          .IsWaterInches = settings.ThermoHeight == LengthUnits::Feet,
+          .PressWord = PressureWord(settings.Pressure)};
 }
 
 namespace {
@@ -344,12 +345,12 @@ std::string ShownIndex::Text() const {
   return std::string(Bound) + Number + (hasUnit ? " " + Unit : "");
 }
 
-std::string ShownValue(const IndexValue& index, const Options& options, double ground) {
-  return ShowIndex(index, UnitsOf(options, ground)).Text();
+std::string ShownValue(const IndexValue& index, const UnitSettings& settings, double ground) {
+  return ShowIndex(index, UnitsOf(settings, ground)).Text();
 }
 
 std::string Explain(const IndexRow& row, const SoundingRecord& sounding,
-                    const AnalysisResults& results, const Options& options) {
+                    const AnalysisResults& results, const AnalysisSettings& options) {
   IndexReader reader(sounding, results, options, IndexReader::Notes::Keep);
   const double value = row.Compute(reader);
   const IndexValue index = Finish(row, reader, value);

@@ -46,11 +46,12 @@ const IndexRow* FindIndex(std::string_view label);
 
 /// One index of a sounding; never NaN.
 IndexValue ComputeIndex(const IndexRow& row, const SoundingRecord& sounding,
-                        const AnalysisResults& results, const Options& options);
+                        const AnalysisResults& results, const AnalysisSettings& options);
 
 /// Every index of the table, in its order.
 std::vector<IndexValue> ComputeIndices(const SoundingRecord& sounding,
-                                       const AnalysisResults& results, const Options& options);
+                                       const AnalysisResults& results,
+                                       const AnalysisSettings& options);
 
 /// The index of a row among the results; null when they were not computed.
 const IndexValue* IndexOf(const AnalysisResults& results, const IndexRow& row);
@@ -77,7 +78,7 @@ struct IndexUnits {
 inline constexpr IndexUnits kRowUnits{.KnotWord = "kt"};
 
 /// Those of the options, as panel, sheets and listings show indices.
-IndexUnits UnitsOf(const Options& options, double ground);
+IndexUnits UnitsOf(const UnitSettings& settings, double ground);
 
 /// An index as it is shown: number and unit are made together, so that they cannot part. The name
 /// of a row says no unit.
@@ -94,11 +95,11 @@ ShownIndex ShowIndex(const IndexValue& index, const IndexUnits& units);
 /// ">2463 J/kg" where the sounding ends too early, "--" without one.
 ///
 /// ground  m above sea level, taken off heights that are shown above ground
-std::string ShownValue(const IndexValue& index, const Options& options, double ground);
+std::string ShownValue(const IndexValue& index, const UnitSettings& settings, double ground);
 
 /// How an index came about, for people: name and value, formula, inputs with their levels, settings
 /// and source, or the reason why there is no value. Lines end in LF.
 std::string Explain(const IndexRow& row, const SoundingRecord& sounding,
-                    const AnalysisResults& results, const Options& options);
+                    const AnalysisResults& results, const AnalysisSettings& options);
 
 }  // namespace vexa::analysis

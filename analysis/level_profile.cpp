@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "analysis/analysis_settings.h"
 #include "analysis/moist_air.h"
 #include "analysis/vapor_table.h"
 #include "core/markers.h"
@@ -141,7 +142,7 @@ Levels<double> DeriveHeights(const SoundingRecord& sounding, SaturationOver over
   return heights;
 }
 
-LevelProfile DeriveLevels(const SoundingRecord& sounding, const Options& options) {
+LevelProfile DeriveLevels(const SoundingRecord& sounding, const AnalysisSettings& options) {
   const int count = sounding.NumTempLevels();
   LevelProfile levels;
   levels.Press = sounding.Press;

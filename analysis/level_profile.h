@@ -2,9 +2,13 @@
 // computed once per sounding and read by every analysis and display.
 #pragma once
 
-#include "config/options.h"
+#include "analysis/moist_air.h"
 #include "core/levels.h"
 #include "core/sounding_record.h"
+
+namespace vexa {
+struct AnalysisSettings;
+}
 
 namespace vexa::analysis {
 
@@ -29,6 +33,6 @@ struct LevelProfile {
 /// The heights alone, as DeriveLevels gives them.
 Levels<double> DeriveHeights(const SoundingRecord& sounding, SaturationOver over);
 
-LevelProfile DeriveLevels(const SoundingRecord& sounding, const Options& options);
+LevelProfile DeriveLevels(const SoundingRecord& sounding, const AnalysisSettings& options);
 
 }  // namespace vexa::analysis

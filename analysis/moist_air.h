@@ -3,10 +3,22 @@
 // constants fix the numbers that the whole program reports.
 #pragma once
 
+#include <array>
 #include <string>
+#include <string_view>
 
-#include "config/options.h"
+#include "core/choices.h"
 #include "core/markers.h"
+
+namespace vexa {
+
+enum class SaturationOver { Water, Ice };
+
+constexpr auto Words(SaturationOver) {
+  return std::to_array<std::string_view>({"Water", "Ice"});
+}
+
+}  // namespace vexa
 
 namespace vexa::analysis {
 

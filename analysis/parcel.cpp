@@ -39,7 +39,7 @@ double SumOver(std::size_t from, std::size_t to, Term term) {
 
 }  // namespace
 
-LiftSettings LiftSettingsOf(const Options& options, double depthTopPress) {
+LiftSettings LiftSettingsOf(const AnalysisSettings& options, double depthTopPress) {
   return {.Over = options.Saturation,
           .Virtual = options.CapeTempBase == TempBase::Virtual,
           .Step = std::max(options.CapeInterval, 1),

@@ -23,7 +23,7 @@ struct LiftSettings {
   bool FindMaximum = true;             // whether the MPL is wanted
 };
 
-LiftSettings LiftSettingsOf(const Options& options, double depthTopPress);
+LiftSettings LiftSettingsOf(const AnalysisSettings& options, double depthTopPress);
 
 /// A condensation point: pressure in hPa and temperature in °C.
 struct CondensationPoint {

@@ -34,17 +34,17 @@ std::string ShownUnits::Height(double height) const {
 
 std::string ShownUnits::Depth(double meters) const {
   if (!HasHeight(meters)) return std::string(kNothing);
-  const bool feet = options_.ThermoHeight == LengthUnits::Feet;
+  const bool feet = units_.ThermoHeight == LengthUnits::Feet;
   return Mask(feet ? FeetFromMeters(meters) : meters, "####0") + (feet ? " ft" : " m");
 }
 
 std::string ShownUnits::Temp(double celsius) const {
-  return TempText(celsius, options_.ThermoTemp);
+  return TempText(celsius, units_.ThermoTemp);
 }
 
 std::string ShownUnits::Motion(const WindVector& vector) const {
   const Wind wind = FromComponents(vector);
-  const bool metric = options_.Speed == SpeedUnits::MetersPerSecond;
+  const bool metric = units_.Speed == SpeedUnits::MetersPerSecond;
   return DirectionText(wind.Dir) + "/" + Mask(metric ? wind.Spd * kKnotToMs : wind.Spd, "##0") +
          (metric ? " m/s" : " kts");
 }

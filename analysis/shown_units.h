@@ -5,7 +5,7 @@
 #include <string>
 
 #include "analysis/interpolate.h"
-#include "config/options.h"
+#include "core/choices.h"
 
 namespace vexa::analysis {
 
@@ -19,8 +19,8 @@ class ShownUnits {
  public:
   /// heights  what heights count from
   /// ground   m above mean sea level; kNone where not known, heights are above the sea then
-  ShownUnits(const Options& options, HeightMode heights, double ground)
-      : options_(options), heights_(heights), ground_(ground) {}
+  ShownUnits(const UnitSettings& units, HeightMode heights, double ground)
+      : units_(units), heights_(heights), ground_(ground) {}
 
   std::string Height(double height) const;  // m above mean sea level
   std::string Depth(double meters) const;   // a length of its own
@@ -28,7 +28,7 @@ class ShownUnits {
   std::string Motion(const WindVector& vector) const;  // kt: "217/30 kts"
 
  private:
-  const Options& options_;
+  const UnitSettings& units_;
   HeightMode heights_;
   double ground_;
 };

@@ -47,7 +47,7 @@ LevelPoint PilotLevelUnder(const LevelProfile& levels, const Levels<double>& ind
 
 // The warmest of the day at the ground: what the user expects, else what the 850 hPa air has when
 // it is brought down, but never less than was measured.
-double DayTemp(const LevelProfile& levels, const SystemOptions& settings) {
+double DayTemp(const LevelProfile& levels, const AnalysisSettings& settings) {
   constexpr double kLid = 850;  // hPa
   if (settings.SoarTm) return *settings.SoarTm;
   const double ground = levels.Press(1);
@@ -83,8 +83,7 @@ std::string_view WordsOf(double feetPerMinute) {
 
 }  // namespace
 
-SoaringResults AnalyseSoaring(const AnalysisResults& results, const Options& options) {
-  const SystemOptions& settings = options.System;
+SoaringResults AnalyseSoaring(const AnalysisResults& results, const AnalysisSettings& settings) {
   SoaringResults soaring;
   soaring.LiftEquation = settings.LiftEq;
   const LevelProfile& levels = results.Levels;

@@ -10,6 +10,6 @@ namespace vexa::analysis {
 /// -3; the trigger temperature (WMO TN 158), lift by the soaring index of the National Weather
 /// Service or the convective velocity of Deardorff (1970). Where the day reaches the convective
 /// temperature the thermals end at the cloud base.
-SoaringResults AnalyseSoaring(const AnalysisResults& results, const Options& options);
+SoaringResults AnalyseSoaring(const AnalysisResults& results, const AnalysisSettings& settings);
 
 }  // namespace vexa::analysis

@@ -213,18 +213,18 @@ std::optional<Movers> Bunkers(const SoundingRecord& sounding, double ground, int
 }
 
 std::optional<Movers> TraditionalMotion(const SoundingRecord& sounding, double ground,
-                                        const Options& options) {
-  const double bottom = options.ShearLayerBottomKm * 1000;
-  const double depth = options.ShearLayerTopKm * 1000 - bottom;
+                                        const StormSettings& settings) {
+  const double bottom = settings.ShearLayerBottomKm * 1000;
+  const double depth = settings.ShearLayerTopKm * 1000 - bottom;
   const std::optional<WindVector> mean =
       MeanFromGround(WindsAbove(sounding, ground + bottom, depth), depth);
   if (!mean) return std::nullopt;
   const Wind wind = FromComponents(*mean);
-  const double speed = wind.Spd * options.ShearLayerPct / 100;
+  const double speed = wind.Spd * settings.ShearLayerPct / 100;
   const auto turned = [&](double degrees) {
     return Components({Wrap360(wind.Dir + degrees), speed});
   };
-  return Movers{turned(options.ShearLayerDeg), turned(-options.ShearLayerDeg)};
+  return Movers{turned(settings.ShearLayerDeg), turned(-settings.ShearLayerDeg)};
 }
 
 double StormRelativeHelicity(const SoundingRecord& sounding, double ground, double depth,
@@ -232,7 +232,8 @@ double StormRelativeHelicity(const SoundingRecord& sounding, double ground, doub
   return HelicityOf(WindsAbove(sounding, ground, depth).Layer(depth), motion);
 }
 
-StormMotionResults AnalyseStormMotion(const SoundingRecord& sounding, const Options& options) {
+StormMotionResults AnalyseStormMotion(const SoundingRecord& sounding,
+                                      const StormSettings& settings) {
   StormMotionResults results;
   const double ground = sounding.ElevM;
   results.RightIsCyclonic = !sounding.IsSouthern();
@@ -247,20 +248,20 @@ StormMotionResults AnalyseStormMotion(const SoundingRecord& sounding, const Opti
   for (std::size_t i = 0; i < layers.size(); ++i) {
     layers[i] = winds.Layer(kHelicityDepthsKm[i] * 1000);
   }
-  results.RightIsChosen = options.Mover == StormMover::Right ||
-                          (options.Mover == StormMover::Cyclonic && results.RightIsCyclonic);
-  std::optional<Movers> movers = options.Motion == StormMotion::Bunkers
+  results.RightIsChosen = settings.Mover == StormMover::Right ||
+                          (settings.Mover == StormMover::Cyclonic && results.RightIsCyclonic);
+  std::optional<Movers> movers = settings.Motion == StormMotion::Bunkers
                                      ? BunkersOf(sounding, ground, results.Mean6km,
-                                                 results.MeanHalfKm, options.DeviationFactor)
-                                     : TraditionalMotion(sounding, ground, options);
+                                                 results.MeanHalfKm, settings.DeviationFactor)
+                                     : TraditionalMotion(sounding, ground, settings);
   if (movers) {
     results.Right = MoverOf(layers, movers->Right);
     results.Left = MoverOf(layers, movers->Left);
   }
-  if (options.MotionMode == Scaling::Manual) {
+  if (settings.MotionMode == Scaling::Manual) {
     results.ChosenIsManual = true;
     (results.RightIsChosen ? results.Right : results.Left) =
-        MoverOf(layers, Components({options.ManualMotionDir, options.ManualMotionSpd}));
+        MoverOf(layers, Components({settings.ManualMotionDir, settings.ManualMotionSpd}));
   }
   return results;
 }

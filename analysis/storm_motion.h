@@ -7,9 +7,38 @@
 #include <string_view>
 
 #include "analysis/interpolate.h"
-#include "config/options.h"
+#include "core/choices.h"
 #include "core/markers.h"
 #include "core/sounding_record.h"
+
+namespace vexa {
+
+enum class StormMotion { Bunkers, Traditional };
+enum class StormMover { Cyclonic, Right, Left };
+
+constexpr auto Words(StormMotion) {
+  return std::to_array<std::string_view>({"Bunkers", "Traditional"});
+}
+constexpr auto Words(StormMover) {
+  return std::to_array<std::string_view>({"cyclonic", "RM", "LM"});
+}
+
+/// What decides the storm's motion.
+struct StormSettings {
+  StormMotion Motion = StormMotion::Bunkers;
+  int DeviationFactor = 1;  // times 15 kt from the mean wind
+  StormMover Mover = StormMover::Cyclonic;
+  Scaling MotionMode = Scaling::Auto;  // a motion entered by hand replaces the chosen mover
+  double ManualMotionDir = 240;        // degrees it comes from
+  double ManualMotionSpd = 25;         // kt
+  double ShearLayerTopKm = 6;
+  double ShearLayerBottomKm = 0;
+  double ShearLayerDeg = 30;
+  double ShearLayerPct = 75;
+  bool operator==(const StormSettings&) const = default;
+};
+
+}  // namespace vexa
 
 namespace vexa::analysis {
 
@@ -70,7 +99,7 @@ std::optional<Movers> Bunkers(const SoundingRecord& sounding, double ground,
 /// The mean wind of the options' layer, turned and slowed as the options say (Maddox 1976, Mon.
 /// Wea. Rev. 104, 133); the left mover mirrors the turn.
 std::optional<Movers> TraditionalMotion(const SoundingRecord& sounding, double ground,
-                                        const Options& options);
+                                        const StormSettings& settings);
 
 /// Storm-relative helicity, m²/s², from the surface wind to a height in metres above ground
 /// (Davies-Jones, Burgess and Foster 1990); kNone without winds over the whole layer.
@@ -79,6 +108,7 @@ double StormRelativeHelicity(const SoundingRecord& sounding, double ground, doub
 
 /// All of these under the options. A motion entered by hand replaces the chosen mover; the other
 /// one keeps its own.
-StormMotionResults AnalyseStormMotion(const SoundingRecord& sounding, const Options& options);
+StormMotionResults AnalyseStormMotion(const SoundingRecord& sounding,
+                                      const StormSettings& settings);
 
 }  // namespace vexa::analysis

@@ -101,7 +101,7 @@ void DiagramControl::Follow() {
   ShowCursor();
   const bool looping = program_.View.Looping;
   if (looping && !loop_.isActive()) {
-    loop_.start(static_cast<int>(std::lround(program_.Set.MovieTime * 1000)));
+    loop_.start(static_cast<int>(std::lround(program_.Set.System.MovieTime * 1000)));
   }
   if (!looping) loop_.stop();
   // A loop that ended while its picture was drawn has left its hold time on it.

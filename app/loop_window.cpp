@@ -21,15 +21,15 @@ bool EditLoop(Program& program, QWidget* parent) {
   auto* form = new QFormLayout(&dialog);
   QDoubleSpinBox* hold = MakeNumberBox(*FindOption("Movie time"), &dialog);
   hold->setObjectName(QStringLiteral("MovieTime"));
-  hold->setValue(program.Set.MovieTime);
+  hold->setValue(program.Set.System.MovieTime);
   form->addRow(QStringLiteral("&Image hold time"), hold);
   auto* skip = new QCheckBox(QStringLiteral("Skip &bad soundings"), &dialog);
   skip->setObjectName(QStringLiteral("Skiploop"));
-  skip->setChecked(program.Set.SkipLoop);
+  skip->setChecked(program.Set.System.SkipLoop);
   form->addRow(skip);
   auto* keep = new QCheckBox(QStringLiteral("&Keep the axes of the first picture"), &dialog);
   keep->setObjectName(QStringLiteral("LoopNoReScaling"));
-  keep->setChecked(program.Set.LoopNoRescaling);
+  keep->setChecked(program.Set.System.LoopNoRescaling);
   form->addRow(keep);
   if (!CanLoop(program)) {
     form->addRow(new QLabel(QStringLiteral("Open several soundings together to loop through them."),
@@ -48,9 +48,9 @@ bool EditLoop(Program& program, QWidget* parent) {
   QObject::connect(buttons, &QDialogButtonBox::accepted, &dialog, &QDialog::accept);
   QObject::connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
   if (dialog.exec() != QDialog::Accepted) return false;
-  program.Set.MovieTime = hold->value();
-  program.Set.SkipLoop = skip->isChecked();
-  program.Set.LoopNoRescaling = keep->isChecked();
+  program.Set.System.MovieTime = hold->value();
+  program.Set.System.SkipLoop = skip->isChecked();
+  program.Set.System.LoopNoRescaling = keep->isChecked();
   return starts;
 }
 

@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "analysis/analysis.h"
+#include "config/options.h"
 #include "diagram/sounding_plot.h"
 #include "output/paint/paint.h"
 

@@ -7,6 +7,7 @@
 #include <QImage>
 
 #include "analysis/analysis.h"
+#include "config/options.h"
 #include "hodograph/hodogram_plot.h"
 #include "hodograph/hodograph_plot.h"
 #include "output/paint/paint.h"

@@ -12,6 +12,7 @@
 #include "analysis/moist_air.h"
 #include "analysis/parcel.h"
 #include "analysis/parcel_source.h"
+#include "config/options.h"
 #include "core/platform.h"
 
 namespace {

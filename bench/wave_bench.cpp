@@ -5,6 +5,7 @@
 
 #include <cmath>
 
+#include "config/options.h"
 #include "mountainwave/wave_sweep.h"
 
 namespace {

@@ -45,44 +45,44 @@ constexpr ChoiceText kHeightScales[] = {
 constexpr std::string_view kTab1 = "Diagram/Tab 1";
 
 constexpr OptionRow kTab1Rows[] = {
-    Row<At<&Options::Diagram>>("Diagram type = ", kTab1)
+    Row<At<&ViewSettings::Diagram>>("Diagram type = ", kTab1)
         .Shown(kDiagramTypes)
         .Says("Skew-T, popular in the U.S.; emagram; or tephigram, popular in Europe."),
-    Row<At<&Options::AutoHighEmagram>>("Auto high-altitude emagram = ", kTab1)
+    Row<At<&ViewSettings::AutoHighEmagram>>("Auto high-altitude emagram = ", kTab1)
         .Named("Automatically display Emagram for high-altitude soundings")
         .Says("Only for soundings extending above 100 mb"),
-    Row<At<&Options::EmagramTempLines>>("Emagram temperature lines = ", kTab1)
+    Row<At<&ViewSettings::EmagramTempLines>>("Emagram temperature lines = ", kTab1)
         .Named("Display Temperature Gridlines")
         .Says("Emagram only option"),
-    Row<At<&Options::TephigramWarning>>("Tephigram warning = ", kTab1)
+    Row<At<&ViewSettings::TephigramWarning>>("Tephigram warning = ", kTab1)
         .Named("Display warning message about offset graphic analyses  >")
         .Says("Message will only be displayed upon initial use"),
-    Row<At<&Options::StabilityBars>>("Stability bars = ", kTab1)
+    Row<At<&ViewSettings::StabilityBars>>("Stability bars = ", kTab1)
         .Says("Marks each layer's lapse-rate class by a bar at the left margin."),
-    Row<At<&Options::RightScale>>("Height scale = ", kTab1)
+    Row<At<&ViewSettings::RightScale>>("Height scale = ", kTab1)
         .Shown(kHeightScales)
         .Says("Unit of the height scale on the right."),
-    Row<At<&Options::SurfaceLine>>("Surface line = ", kTab1)
+    Row<At<&ViewSettings::SurfaceLine>>("Surface line = ", kTab1)
         .Says("Draws a line at the station's elevation."),
-    Row<At<&Options::AllMandatoryLines>>("All TTAA lines = ", kTab1)
+    Row<At<&ViewSettings::AllMandatoryLines>>("All TTAA lines = ", kTab1)
         .Named("All mandatory levels")
         .Says("Draws a line at every mandatory pressure level."),
-    Row<At<&Options::AutoAnalyses>>("Auto display analyses = ", kTab1)
+    Row<At<&ViewSettings::AutoAnalyses>>("Auto display analyses = ", kTab1)
         .Says("Shows the analyses as soon as a sounding is loaded."),
-    Row<At<&Options::AnalysesBox>>("Analyses box = ", kTab1)
+    Row<At<&ViewSettings::AnalysesBox>>("Analyses box = ", kTab1)
         .Says("Shows the box of indices and parcel levels."),
-    Row<At<&Options::WindPlotsBox>>("Wind plots box = ", kTab1)
+    Row<At<&ViewSettings::WindPlotsBox>>("Wind plots box = ", kTab1)
         .Says("Frames the column of winds beside the diagram."),
-    Row<At<&Options::ShadeGround>>("Shade ground block = ", kTab1)
+    Row<At<&ViewSettings::ShadeGround>>("Shade ground block = ", kTab1)
         .Says("Shades the diagram below the station."),
-    Row<At<&Options::CursorSounding>>("Cursor sounding = ", kTab1)
+    Row<At<&ViewSettings::CursorSounding>>("Cursor sounding = ", kTab1)
         .Says("Reads the sounding's values at the cursor's pressure."),
-    Row<At<&Options::CursorGrid>>("Cursor diagram grid = ", kTab1)
+    Row<At<&ViewSettings::CursorGrid>>("Cursor diagram grid = ", kTab1)
         .Says("Reads the grid's values under the cursor."),
-    Row<At<&Options::Heights>>("Height mode = ", kTab1)
+    Row<At<&ViewSettings::Heights>>("Height mode = ", kTab1)
         .Says("Heights above mean sea level or above ground."),
-    Row<At<&Options::FreezeLine>>("Freeze line = ", kTab1).Says("Draws the freezing levels."),
-    Row<At<&Options::TropoLine>>("Tropo line = ", kTab1).Says("Draws the tropopauses."),
+    Row<At<&ViewSettings::FreezeLine>>("Freeze line = ", kTab1).Says("Draws the freezing levels."),
+    Row<At<&ViewSettings::TropoLine>>("Tropo line = ", kTab1).Says("Draws the tropopauses."),
 };
 
 constexpr std::string_view kTab2 = "Diagram/Tab 2";
@@ -92,41 +92,41 @@ bool ScalesByHand(const Options& options) {
 }
 
 constexpr OptionRow kTab2Rows[] = {
-    Row<At<&Options::MbLimit>, kTrue, kTopPressures>("MB limit = ", kTab2)
+    Row<At<&ViewSettings::MbLimit>, kTrue, kTopPressures>("MB limit = ", kTab2)
         .Named("Top pressure")
         .In("hPa")
         .When([](const Options& set) { return !set.AutoMbSelect; })
         .Says("Pressure at the top of the diagram."),
-    Row<At<&Options::AutoMbSelect>>("Auto MB select = ", kTab2)
+    Row<At<&ViewSettings::AutoMbSelect>>("Auto MB select = ", kTab2)
         .Named("Top from data")
         .Says("Chooses the top of the diagram from the sounding."),
-    Row<At<&Options::YGridUnits>>("Y-Grid units = ", kTab2)
+    Row<At<&ViewSettings::YGridUnits>>("Y-Grid units = ", kTab2)
         .Says("Draws the horizontal grid at pressures or at heights.")
         .Then(IntervalFollowsUnits),
-    Row<At<&Options::YGridInterval>, kTrue, kGridIntervals>("Y-Grid interval = ", kTab2)
+    Row<At<&ViewSettings::YGridInterval>, kTrue, kGridIntervals>("Y-Grid interval = ", kTab2)
         .Says("Spacing of the horizontal grid: 25, 50, 100 hPa; 1, 2, 5 km; 5, 10 thousand feet."),
-    Row<At<&Options::TempGridUnits>>("Temp grid units = ", kTab2)
+    Row<At<&ViewSettings::TempGridUnits>>("Temp grid units = ", kTab2)
         .Says("Unit of the temperature scale."),
-    Row<At<&Options::TempDualScale>>("Temp dual scale = ", kTab2)
+    Row<At<&ViewSettings::TempDualScale>>("Temp dual scale = ", kTab2)
         .Says("Adds a scale in °F; in °C where the first is in °F."),
-    Row<At<&Options::TempGridInterval>, kTrue, kTempIntervals>("Temp grid interval = ", kTab2)
+    Row<At<&ViewSettings::TempGridInterval>, kTrue, kTempIntervals>("Temp grid interval = ", kTab2)
         .In("degrees")
         .Says("Spacing of the isotherms."),
-    Row<At<&Options::TempScaling>>("Temp grid scaling = ", kTab2)
+    Row<At<&ViewSettings::TempScaling>>("Temp grid scaling = ", kTab2)
         .Says("Takes the temperature range from the data, or as set below."),
-    Row<At<&Options::TempMin>, kTrue, Range{-120, 40}>("Temp MIN = ", kTab2)
+    Row<At<&ViewSettings::TempMin>, kTrue, Range{-120, 40}>("Temp MIN = ", kTab2)
         .In("°C")
         .When(ScalesByHand)
         .Says("Temperature at the diagram's left edge in manual scaling."),
-    Row<At<&Options::TempMax>, kTrue, Range{-80, 60}>("  Temp MAX = ", kTab2, Record::Same)
+    Row<At<&ViewSettings::TempMax>, kTrue, Range{-80, 60}>("  Temp MAX = ", kTab2, Record::Same)
         .In("°C")
         .When(ScalesByHand)
         .Says("Temperature at the right edge; at least 40 degrees above the left."),
-    Row<At<&Options::OverlayScaling>>("", kTab2)
+    Row<At<&ViewSettings::OverlayScaling>>("", kTab2)
         .As("Overlay scaling")
         .Named("Overlay scaling")
         .Says("Axes with room for every overlaid sounding, or those of the first alone."),
-    Row<At<&Options::CompareScaling>>("", kTab2)
+    Row<At<&ViewSettings::CompareScaling>>("", kTab2)
         .As("Compare scaling")
         .Named("Compare scaling")
         .Says("Axes with room for both compared soundings, or those of the first alone."),
@@ -135,61 +135,63 @@ constexpr OptionRow kTab2Rows[] = {
 constexpr std::string_view kTab3 = "Diagram/Tab 3";
 
 constexpr OptionRow kTab3Rows[] = {
-    Row<At<&Options::DryAdiabats>>("Dry adiabats = ", kTab3).Says("Draws the dry adiabats."),
-    Row<At<&Options::SatAdiabats>>(" Saturation adiabats = ", kTab3, Record::Same)
+    Row<At<&ViewSettings::DryAdiabats>>("Dry adiabats = ", kTab3).Says("Draws the dry adiabats."),
+    Row<At<&ViewSettings::SatAdiabats>>(" Saturation adiabats = ", kTab3, Record::Same)
         .Says("Draws the saturation adiabats."),
-    Row<At<&Options::MixingLines>>(" Mixing ratio lines = ", kTab3, Record::Same)
+    Row<At<&ViewSettings::MixingLines>>(" Mixing ratio lines = ", kTab3, Record::Same)
         .Says("Draws the lines of equal saturation mixing ratio."),
-    Row<At<&Options::Scheme>>("", kTab3)
+    Row<At<&ViewSettings::Scheme>>("", kTab3)
         .As("Color scheme")
         .Named("Color scheme")
         .Says("Colours of the whole diagram; the color-safe ones stay apart for colour-blind eyes.")
         .Then(PaperFollowsScheme),
-    Row<At<&Options::DryColor>, kTrue, kColors>("Dry color = ", kTab3)
+    Row<At<&ViewSettings::DryColor>, kTrue, kColors>("Dry color = ", kTab3)
         .Says("Colour of the dry adiabats."),
-    Row<At<&Options::SatColor>, kTrue, kColors>("  Sat color = ", kTab3, Record::Same)
+    Row<At<&ViewSettings::SatColor>, kTrue, kColors>("  Sat color = ", kTab3, Record::Same)
         .Says("Colour of the saturation adiabats."),
-    Row<At<&Options::WetColor>, kTrue, kColors>("  Wet color = ", kTab3, Record::Same)
+    Row<At<&ViewSettings::WetColor>, kTrue, kColors>("  Wet color = ", kTab3, Record::Same)
         .Says("Colour of the mixing ratio lines."),
-    Row<At<&Options::DryLabel>>("Dry label = ", kTab3).Says("Labels the dry adiabats."),
-    Row<At<&Options::SatLabel>>("  Sat label = ", kTab3, Record::Same)
+    Row<At<&ViewSettings::DryLabel>>("Dry label = ", kTab3).Says("Labels the dry adiabats."),
+    Row<At<&ViewSettings::SatLabel>>("  Sat label = ", kTab3, Record::Same)
         .Says("Labels the saturation adiabats."),
-    Row<At<&Options::WetLabel>>("  Wet label = ", kTab3, Record::Same)
+    Row<At<&ViewSettings::WetLabel>>("  Wet label = ", kTab3, Record::Same)
         .Says("Labels the mixing ratio lines."),
-    Row<At<&Options::DryRef, &ReferenceLine::Value>, kTrue, Range{200, 450}>("Dry Ref Val = ",
-                                                                             kTab3)
+    Row<At<&ViewSettings::DryRef, &ReferenceLine::Value>, kTrue, Range{200, 450}>("Dry Ref Val = ",
+                                                                                  kTab3)
         .Named("Reference dry adiabat")
         .In("K")
         .Says("Potential temperature of a dry adiabat of your choice."),
-    Row<At<&Options::DryRef, &ReferenceLine::Plot>>("  Plot = ", kTab3, Record::Same)
+    Row<At<&ViewSettings::DryRef, &ReferenceLine::Plot>>("  Plot = ", kTab3, Record::Same)
         .As("Dry Ref Val Plot")
         .Named("Plot reference dry adiabat")
         .Says("Draws the reference dry adiabat."),
-    Row<At<&Options::DryRef, &ReferenceLine::ShowLabel>>("  Label = ", kTab3, Record::Same)
+    Row<At<&ViewSettings::DryRef, &ReferenceLine::ShowLabel>>("  Label = ", kTab3, Record::Same)
         .As("Dry Ref Val Label")
         .Named("Label reference dry adiabat")
         .Says("Labels the reference dry adiabat."),
-    Row<At<&Options::SatRef, &ReferenceLine::Value>, kTrue, Range{-30, 40}>("Sat Ref Val = ", kTab3)
+    Row<At<&ViewSettings::SatRef, &ReferenceLine::Value>, kTrue, Range{-30, 40}>("Sat Ref Val = ",
+                                                                                 kTab3)
         .Named("Reference saturation adiabat")
         .In("°C")
         .Says("Wet-bulb potential temperature of a saturation adiabat of your choice."),
-    Row<At<&Options::SatRef, &ReferenceLine::Plot>>("  Plot = ", kTab3, Record::Same)
+    Row<At<&ViewSettings::SatRef, &ReferenceLine::Plot>>("  Plot = ", kTab3, Record::Same)
         .As("Sat Ref Val Plot")
         .Named("Plot reference saturation adiabat")
         .Says("Draws the reference saturation adiabat."),
-    Row<At<&Options::SatRef, &ReferenceLine::ShowLabel>>("  Label = ", kTab3, Record::Same)
+    Row<At<&ViewSettings::SatRef, &ReferenceLine::ShowLabel>>("  Label = ", kTab3, Record::Same)
         .As("Sat Ref Val Label")
         .Named("Label reference saturation adiabat")
         .Says("Labels the reference saturation adiabat."),
-    Row<At<&Options::MixRef, &ReferenceLine::Value>, kTrue, Range{0.1, 40}>("Mix Ref Val = ", kTab3)
+    Row<At<&ViewSettings::MixRef, &ReferenceLine::Value>, kTrue, Range{0.1, 40}>("Mix Ref Val = ",
+                                                                                 kTab3)
         .Named("Reference mixing ratio")
         .In("g/kg")
         .Says("Mixing ratio of a line of your choice."),
-    Row<At<&Options::MixRef, &ReferenceLine::Plot>>("  Plot = ", kTab3, Record::Same)
+    Row<At<&ViewSettings::MixRef, &ReferenceLine::Plot>>("  Plot = ", kTab3, Record::Same)
         .As("Mix Ref Val Plot")
         .Named("Plot reference mixing ratio line")
         .Says("Draws the reference mixing ratio line."),
-    Row<At<&Options::MixRef, &ReferenceLine::ShowLabel>>("  Label = ", kTab3, Record::Same)
+    Row<At<&ViewSettings::MixRef, &ReferenceLine::ShowLabel>>("  Label = ", kTab3, Record::Same)
         .As("Mix Ref Val Label")
         .Named("Label reference mixing ratio line")
         .Says("Labels the reference mixing ratio line."),
@@ -198,26 +200,27 @@ constexpr OptionRow kTab3Rows[] = {
 constexpr std::string_view kTab4 = "Diagram/Tab 4";
 
 constexpr OptionRow kTab4Rows[] = {
-    Row<At<&Options::TraceDots>>("T/Td dots = ", kTab4)
+    Row<At<&ViewSettings::TraceDots>>("T/Td dots = ", kTab4)
         .Says("Marks each level of the temperature and dew-point traces with a dot."),
-    Row<At<&Options::TraceCircles>>("T/Td circles = ", kTab4)
+    Row<At<&ViewSettings::TraceCircles>>("T/Td circles = ", kTab4)
         .Says("Marks each level of the temperature and dew-point traces with a circle."),
-    Row<At<&Options::TraceThick>>("T/Td thick lines = ", kTab4)
+    Row<At<&ViewSettings::TraceThick>>("T/Td thick lines = ", kTab4)
         .Says("Thick traces for no sounding, for the first, or for all that are shown."),
-    Row<At<&Options::DewptLine>>("Td lines None/Dash/Solid = ", kTab4)
+    Row<At<&ViewSettings::DewptLine>>("Td lines None/Dash/Solid = ", kTab4)
         .Named("Dew-point line")
         .Says("Line style of the dew-point trace."),
-    Row<At<&Options::DewptColor>, kTrue, kColors>("Td color = ", kTab4)
+    Row<At<&ViewSettings::DewptColor>, kTrue, kColors>("Td color = ", kTab4)
         .Named("Dew-point color")
         .Says("Colour of the dew-point trace."),
-    Row<At<&Options::WindShafts>>("Wind shafts = ", kTab4)
+    Row<At<&ViewSettings::WindShafts>>("Wind shafts = ", kTab4)
         .Says("Draws the staff on which the wind symbols stand."),
-    Row<At<&Options::WindDots>>("  Wind dots = ", kTab4, Record::Same)
+    Row<At<&ViewSettings::WindDots>>("  Wind dots = ", kTab4, Record::Same)
         .Says("Draws a dot at the foot of each wind symbol."),
-    Row<At<&Options::Winds>>("Wind display = ", kTab4).Says("Winds as barbs, as flags, or none."),
-    Row<At<&Options::Speed>>("  Wind speed units = ", kTab4, Record::Same)
+    Row<At<&ViewSettings::Winds>>("Wind display = ", kTab4)
+        .Says("Winds as barbs, as flags, or none."),
+    Row<At<&ViewSettings::Speed>>("  Wind speed units = ", kTab4, Record::Same)
         .Says("Unit of wind speeds everywhere in the program."),
-    Row<At<&Options::BarbSize>>("", kTab4)
+    Row<At<&ViewSettings::BarbSize>>("", kTab4)
         .As("Wind size")
         .Named("Wind size")
         .Says("Size of the wind symbols."),
@@ -226,30 +229,30 @@ constexpr OptionRow kTab4Rows[] = {
 constexpr std::string_view kTab5 = "Diagram/Tab 5";
 
 constexpr OptionRow kTab5Rows[] = {
-    Row<At<&Options::Thermo>>("Thermo display type = ", kTab5)
+    Row<At<&ViewSettings::Thermo>>("Thermo display type = ", kTab5)
         .Says("All indices in the classic order, or the groups chosen below."),
-    Row<At<&Options::PanelMain>>("Main = ", kTab5)
+    Row<At<&ViewSettings::PanelMain>>("Main = ", kTab5)
         .Says("Shows KI, TT, VT, CT, LI, SI, SWEAT and the wet-bulb zero."),
-    Row<At<&Options::PanelEurope>>("  Europe = ", kTab5, Record::Same)
+    Row<At<&ViewSettings::PanelEurope>>("  Europe = ", kTab5, Record::Same)
         .Says("Shows KO, JI, TI, Boyden, S and TQ."),
-    Row<At<&Options::PanelCape>>("  CAPE = ", kTab5, Record::Same)
+    Row<At<&ViewSettings::PanelCape>>("  CAPE = ", kTab5, Record::Same)
         .Says("Shows CAPE, CIN, BRN, EHI and VGP."),
-    Row<At<&Options::PanelFog>>("  Fog = ", kTab5, Record::Same)
+    Row<At<&ViewSettings::PanelFog>>("  Fog = ", kTab5, Record::Same)
         .Says("Shows the fog stability index, fog threat and fog point."),
-    Row<At<&Options::ThermoHeight>>("Thermo units = ", kTab5)
+    Row<At<&ViewSettings::ThermoHeight>>("Thermo units = ", kTab5)
         .Named("Panel height unit")
         .Says("Unit of heights in the analysis box."),
-    Row<At<&Options::ThermoTemp>>("  Thermo units = ", kTab5, Record::Same)
+    Row<At<&ViewSettings::ThermoTemp>>("  Thermo units = ", kTab5, Record::Same)
         .As("Thermo units temperature")
         .Named("Panel temperature unit")
         .Says("Unit of temperatures in the analysis box."),
-    Row<At<&Options::CustomPanel>>("", kTab5)
+    Row<At<&ViewSettings::CustomPanel>>("", kTab5)
         .As("Custom panel")
         .Named("Custom indices")
         .When([](const Options& set) { return set.Thermo == ThermoDisplay::Custom; })
         .Says(
             "Labels of the indices that the custom panel shows, in this order, parted by commas."),
-    Row<At<&Options::PtUnits>>("PTunits = ", kTab5)
+    Row<At<&ViewSettings::PtUnits>>("PTunits = ", kTab5)
         .Named("Potential temperature unit")
         .Says("Unit of potential temperatures."),
 };
@@ -257,20 +260,20 @@ constexpr OptionRow kTab5Rows[] = {
 constexpr std::string_view kTab6 = "Diagram/Tab 6";
 
 constexpr OptionRow kTab6Rows[] = {
-    Row<At<&Options::PlotHodo>>("Plot Hodo = ", kTab6)
+    Row<At<&ViewSettings::PlotHodo>>("Plot Hodo = ", kTab6)
         .Named("Hodograph inset")
         .Says("Draws a small hodograph into the diagram."),
-    Row<At<&Options::PlotStormVector>>("Plot SM Vector = ", kTab6, Record::Same)
+    Row<At<&ViewSettings::PlotStormVector>>("Plot SM Vector = ", kTab6, Record::Same)
         .Named("Storm motion")
         .Says("Draws the storm motion into the small hodograph."),
-    Row<At<&Options::HodoPlace>>("Hodo location = ", kTab6)
+    Row<At<&ViewSettings::HodoPlace>>("Hodo location = ", kTab6)
         .Says("Calm in the middle of the inset, or where the winds leave room for it."),
-    Row<At<&Options::HodoGridOrigin>>("Hodo Grid origin = ", kTab6)
+    Row<At<&ViewSettings::HodoGridOrigin>>("Hodo Grid origin = ", kTab6)
         .Says("Rings around a wind of zero, or around the storm motion."),
-    Row<At<&Options::HodoDepthMode>>("Hodo depth mode = ", kTab6)
+    Row<At<&ViewSettings::HodoDepthMode>>("Hodo depth mode = ", kTab6)
         .Says("Draws all winds, or those up to the limit."),
-    Row<At<&Options::HodoDepthLimitKm>, kTrue, Range{1, 40}>("  Depth limit = ", kTab6,
-                                                             Record::Same)
+    Row<At<&ViewSettings::HodoDepthLimitKm>, kTrue, Range{1, 40}>("  Depth limit = ", kTab6,
+                                                                  Record::Same)
         .In("km")
         .When([](const Options& set) { return set.HodoDepthMode == HodoDepth::Limit; })
         .Says("Height up to which the hodograph is drawn."),
@@ -279,9 +282,9 @@ constexpr OptionRow kTab6Rows[] = {
 constexpr std::string_view kTab7 = "Diagram/Tab 7";
 
 constexpr OptionRow kTab7Rows[] = {
-    Row<At<&Options::IcaoLine>>("ICAO line = ", kTab7)
+    Row<At<&ViewSettings::IcaoLine>>("ICAO line = ", kTab7)
         .Says("Draws the standard atmosphere's temperatures and heights."),
-    Row<At<&Options::IcaoLabelling>>("  ICAO None/5/10 = ", kTab7, Record::Same)
+    Row<At<&ViewSettings::IcaoLabelling>>("  ICAO None/5/10 = ", kTab7, Record::Same)
         .Named("Standard height labels")
         .When([](const Options& set) { return set.IcaoLine; })
         .Says("How many standard heights are labelled."),
@@ -302,7 +305,7 @@ constexpr LineKeys kLineKeys[kCustomLines] = {
 };
 
 template <std::size_t N, auto Member>
-constexpr auto kLine = Nth<&Options::CustomLines, N, Member>;
+constexpr auto kLine = Nth<&ViewSettings::CustomLines, N, Member>;
 
 template <std::size_t N>
 constexpr OptionRow kLineRows[] = {

@@ -1,6 +1,8 @@
-// The rows of the catalogue, form by form.
+// The rows of the catalogue, form by form. Each names the part of the options that it belongs to:
+// AnalysisSettings when a change makes analyses stale, ViewSettings when only pictures are.
 #pragma once
 
+#include <concepts>
 #include <vector>
 
 #include "config/options.h"
@@ -9,6 +11,12 @@
 namespace vexa {
 
 using OptionRow = SettingRow<Options>;
+
+template <class Part>
+requires std::derived_from<Options, Part>
+struct TableOf<Part> {
+  using Struct = Options;
+};
 
 std::vector<OptionRow> ProgramRows();
 std::vector<OptionRow> DiagramRows();

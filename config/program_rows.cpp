@@ -23,31 +23,32 @@ void SchemeFollowsPaper(Options& options) {
 constexpr std::string_view kTab1 = "Program/Tab 1";
 
 constexpr OptionRow kTab1Rows[] = {
-    Row<At<&Options::Above100mb>, kYes>("Above 100mb = ", kTab1)
+    Row<At<&ViewSettings::Above100mb>, kYes>("Above 100mb = ", kTab1)
         .Says("Lets the diagram reach above 100 hPa when the sounding does."),
-    Row<At<&Options::TitleAboveDiagram>, kYes>("Screen title above skewt = ", kTab1)
+    Row<At<&ViewSettings::TitleAboveDiagram>, kYes>("Screen title above skewt = ", kTab1)
         .Says("Puts the station title above the diagram instead of inside it."),
-    Row<At<&Options::MonthYear>, kYes>("Month-Year option = ", kTab1)
+    Row<At<&ViewSettings::MonthYear>, kYes>("Month-Year option = ", kTab1)
         .Says("Shows the date in titles as month and year, for climate means."),
-    Row<At<&Options::WindPlotRatio>, kTrue, Range{0, 50}>("Wind plot ratio = ", kTab1)
+    Row<At<&ViewSettings::WindPlotRatio>, kTrue, Range{0, 50}>("Wind plot ratio = ", kTab1)
         .Says("Draws only every n-th wind beside the diagram; 0 thins dense winds by itself."),
-    Row<At<&Options::WindPlotSectionRatio>, kTrue, Range{0, 50}>("Wind plot (x-section) ratio = ",
-                                                                 kTab1)
+    Row<At<&ViewSettings::WindPlotSectionRatio>, kTrue, Range{0, 50}>(
+        "Wind plot (x-section) ratio = ", kTab1)
         .Says("Draws only every n-th wind in cross-sections; 0 thins dense winds by itself."),
-    Row<At<&Options::BarbFeathers>>("Feathers = ", kTab1)
+    Row<At<&ViewSettings::BarbFeathers>>("Feathers = ", kTab1)
         .Says("Side of the shaft that carries the feathers; default goes by the hemisphere."),
-    Row<At<&Options::BarbHemisphere>>("Hemisphere = ", kTab1)
+    Row<At<&ViewSettings::BarbHemisphere>>("Hemisphere = ", kTab1)
         .Says("Hemisphere whose custom the wind barbs follow; by latitude that of the sounding."),
-    Row<At<&Options::Pressure>>("Pressure Units = ", kTab1)
+    Row<At<&ViewSettings::Pressure>>("Pressure Units = ", kTab1)
         .Says("Unit of pressure labels; inches of mercury apply to QNH only."),
-    Row<At<&Options::ShowQnh>, kYes>("QNH = ", kTab1)
+    Row<At<&ViewSettings::ShowQnh>, kYes>("QNH = ", kTab1)
         .Says("Writes the altimeter setting beside the surface line."),
-    Row<At<&Options::GpmUnits>>("GPM units = ", kTab1)
+    Row<At<&ViewSettings::GpmUnits>>("GPM units = ", kTab1)
         .Says("Unit of geopotential heights in listings."),
-    Row<At<&Options::Screen>>("Screen color = ", kTab1)
+    Row<At<&ViewSettings::Screen>>("Screen color = ", kTab1)
         .Says("Paper colour of every display.")
         .Then(SchemeFollowsPaper),
-    Row<At<&Options::AutoDirectoryUpdate>, kYes>("Auto directory update = ", kTab1)
+    Row<At<&Options::System, &SystemOptions::AutoDirectoryUpdate>, kYes>("Auto directory update = ",
+                                                                         kTab1)
         .Says("Makes the folder of the file opened last the one that file dialogs start in."),
 };
 
@@ -64,80 +65,83 @@ bool IsTraditional(const Options& options) {
 }
 
 constexpr OptionRow kTab2Rows[] = {
-    Row<At<&Options::Cat>>("CAT type = ", kTab2)
+    Row<At<&AnalysisSettings::Cat>>("CAT type = ", kTab2)
         .Named("Clear-air turbulence")
         .Says("Scale by which clear-air turbulence is graded."),
-    Row<At<&Options::ShearNormalization>, kYes>("Shear normalization = ", kTab2)
+    Row<At<&AnalysisSettings::ShearNormalization>, kYes>("Shear normalization = ", kTab2)
         .Says("Grades shear over layers of 1000 ft at least, not between every two levels."),
-    Row<At<&Options::Ice>>("Ice type = ", kTab2)
+    Row<At<&AnalysisSettings::Ice>>("Ice type = ", kTab2)
         .Named("Icing method")
         .Says("Method by which aircraft icing is judged."),
-    Row<At<&Options::ContrailRh>, kTrue, Range{0, 100}>("RH% = ", kTab2)
+    Row<At<&AnalysisSettings::ContrailRh>, kTrue, Range{0, 100}>("RH% = ", kTab2)
         .Named("Contrail humidity")
         .In("%")
         .Says("Humidity assumed for contrails where the dew point is missing."),
-    Row<At<&Options::Motion>>("Storm motion = ", kTab2)
+    Row<At<&AnalysisSettings::Motion>>("Storm motion = ", kTab2)
         .Says("Bunkers adds a deviation across the shear; Traditional turns the mean wind."),
-    Row<At<&Options::DeviationFactor>, kTrue, Range{0, 10}>("", kTab2)
+    Row<At<&AnalysisSettings::DeviationFactor>, kTrue, Range{0, 10}>("", kTab2)
         .As("Bunkers deviation factor")
         .Named("Bunkers deviation factor")
         .In("x 15 kt")
         .When(IsBunkers)
         .Says("Distance of supercells from the mean wind in multiples of 15 kt.")
         .KeptIn(SettingsFile::Hodograph),
-    Row<At<&Options::Mover>>("", kTab2)
+    Row<At<&AnalysisSettings::Mover>>("", kTab2)
         .As("Storm mover")
         .Named("Storm mover")
         .Says("Mover for storm-relative values: the cyclonic one (right in the north, left in the "
               "south), the right or the left one.")
         .KeptIn(SettingsFile::Hodograph),
-    Row<At<&Options::MotionMode>>("", kTab2)
+    Row<At<&AnalysisSettings::MotionMode>>("", kTab2)
         .As("Storm motion mode")
         .Named("Storm motion mode")
         .Says("AUTO computes the storm motion; MANUAL takes the one entered for the chosen mover.")
         .KeptIn(SettingsFile::Hodograph),
-    Row<At<&Options::ManualMotionDir>, kTrue, Range{1, 360}>("", kTab2)
+    Row<At<&AnalysisSettings::ManualMotionDir>, kTrue, Range{1, 360}>("", kTab2)
         .As("Manual storm direction")
         .Named("Manual storm direction")
         .In("degrees")
         .When(IsMovedByHand)
         .Says("Direction from which the storm comes when the motion is MANUAL.")
         .KeptIn(SettingsFile::Hodograph),
-    Row<At<&Options::ManualMotionSpd>, kTrue, Range{0, 200}>("", kTab2)
+    Row<At<&AnalysisSettings::ManualMotionSpd>, kTrue, Range{0, 200}>("", kTab2)
         .As("Manual storm speed")
         .Named("Manual storm speed")
         .In("kt")
         .When(IsMovedByHand)
         .Says("Speed of the storm when the motion is MANUAL.")
         .KeptIn(SettingsFile::Hodograph),
-    Row<At<&Options::ShearLayerTopKm>, kTrue, Range{1, 15}>("Shear SR Layer Top = ", kTab2)
+    Row<At<&AnalysisSettings::ShearLayerTopKm>, kTrue, Range{1, 15}>("Shear SR Layer Top = ", kTab2)
         .Named("Steering layer top")
         .In("km AGL")
         .When(IsTraditional)
         .Says("Top of the mean-wind layer of the traditional storm motion."),
-    Row<At<&Options::ShearLayerBottomKm>, kTrue, Range{0, 10}>("Shear SR Layer Bot = ", kTab2)
+    Row<At<&AnalysisSettings::ShearLayerBottomKm>, kTrue, Range{0, 10}>("Shear SR Layer Bot = ",
+                                                                        kTab2)
         .Named("Steering layer bottom")
         .In("km AGL")
         .When(IsTraditional)
         .Says("Bottom of the mean-wind layer of the traditional storm motion; below its top."),
-    Row<At<&Options::ShearLayerDeg>, kTrue, Range{-90, 90}>("Shear SR Layer Deg = ", kTab2)
+    Row<At<&AnalysisSettings::ShearLayerDeg>, kTrue, Range{-90, 90}>("Shear SR Layer Deg = ", kTab2)
         .Named("Deviation angle")
         .In("degrees")
         .When(IsTraditional)
         .Says("Angle by which the traditional storm motion turns off the mean wind."),
-    Row<At<&Options::ShearLayerPct>, kTrue, Range{1, 150}>("Shear SR Layer Pct = ", kTab2)
+    Row<At<&AnalysisSettings::ShearLayerPct>, kTrue, Range{1, 150}>("Shear SR Layer Pct = ", kTab2)
         .Named("Share of steering flow")
         .In("%")
         .When(IsTraditional)
         .Says("Share of the mean wind speed that the traditional storm motion keeps."),
-    Row<At<&Options::ShearXLayerTopKm>, kTrue, Range{0.5, 15}>("Shear xLayer top = ", kTab2)
+    Row<At<&AnalysisSettings::ShearXLayerTopKm>, kTrue, Range{0.5, 15}>("Shear xLayer top = ",
+                                                                        kTab2)
         .Named("Shear layer top")
         .In("km AGL")
         .Says("Top of the layer whose shear the panels show."),
-    Row<At<&Options::Saturation>>("Sat vapor pres = ", kTab2)
+    Row<At<&AnalysisSettings::Saturation>>("Sat vapor pres = ", kTab2)
         .Named("Saturation over")
         .Says("Takes saturation vapour pressure over water, or over ice at 0 °C and colder."),
-    Row<At<&Options::DuctingThreshold>, kTrue, Range{-500, 0}>("Ducting threshold = ", kTab2)
+    Row<At<&AnalysisSettings::DuctingThreshold>, kTrue, Range{-500, 0}>("Ducting threshold = ",
+                                                                        kTab2)
         .In("N/km")
         .Says("Gradient of refractivity below which a layer ducts radar and radio waves."),
 };
@@ -145,42 +149,42 @@ constexpr OptionRow kTab2Rows[] = {
 constexpr std::string_view kTab3 = "Program/Tab 3";
 
 constexpr OptionRow kTab3Rows[] = {
-    Row<At<&Options::Lpl>>("LPL = ", kTab3)
+    Row<At<&AnalysisSettings::Lpl>>("LPL = ", kTab3)
         .Named("Lifted parcel level")
         .Says("Parcel that is lifted: mean of the lower layer, surface, or most unstable."),
-    Row<At<&Options::MultiLift>, kYes>("Multi-lift = ", kTab3)
+    Row<At<&AnalysisSettings::MultiLift>, kYes>("Multi-lift = ", kTab3)
         .Says("Lifts every level within the search depth and keeps the one with most CAPE."),
-    Row<At<&Options::SearchDepth>, kTrue, Range{50, 500}>("Search depth = ", kTab3)
+    Row<At<&AnalysisSettings::SearchDepth>, kTrue, Range{50, 500}>("Search depth = ", kTab3)
         .In("hPa")
         .Says("Depth above the surface in which the most unstable parcel is sought."),
-    Row<At<&Options::CclMeanLayer>, kTrue, Range{10, 200}>("CCL mean layer = ", kTab3)
+    Row<At<&AnalysisSettings::CclMeanLayer>, kTrue, Range{10, 200}>("CCL mean layer = ", kTab3)
         .In("hPa")
         .Says("Depth of the mixed layer for the mean parcel and the CCL."),
-    Row<At<&Options::ElLowerLimit>, kTrue, Range{100, 1050}>("EL lower limit = ", kTab3)
+    Row<At<&AnalysisSettings::ElLowerLimit>, kTrue, Range{100, 1050}>("EL lower limit = ", kTab3)
         .In("hPa")
         .Says("Equilibrium levels at a higher pressure count as none; 1050 admits all."),
-    Row<At<&Options::BaseLevel>>("CAPE base level = ", kTab3)
+    Row<At<&AnalysisSettings::BaseLevel>>("CAPE base level = ", kTab3)
         .Says("LFC for forced lift from the parcel's level, CCL for convection after heating."),
-    Row<At<&Options::CapeTempBase>>("CAPE temp base = ", kTab3)
+    Row<At<&AnalysisSettings::CapeTempBase>>("CAPE temp base = ", kTab3)
         .Says("Compares parcel and air by their dry or by their virtual temperatures."),
-    Row<At<&Options::CapeInterval>, kTrue, Range{1, 50}>("CAPE interval = ", kTab3)
+    Row<At<&AnalysisSettings::CapeInterval>, kTrue, Range{1, 50}>("CAPE interval = ", kTab3)
         .In("hPa")
         .Says("Pressure step of the parcel ascent and of its energies."),
-    Row<At<&Options::MplDisplay>, kYes>("MPL display = ", kTab3)
+    Row<At<&AnalysisSettings::MplDisplay>, kYes>("MPL display = ", kTab3)
         .Says("Computes and shows the maximum parcel level above the equilibrium level."),
-    Row<At<&Options::CapeDepth>>("CAPE depth display = ", kTab3)
+    Row<At<&ViewSettings::CapeDepth>>("CAPE depth display = ", kTab3)
         .Says("CAPE figures of the panel: the total, the layer's, or both."),
-    Row<At<&Options::CapeDepthKm>, kTrue, Range{0.5, 10}>("CAPE depth xKm depth = ", kTab3)
+    Row<At<&AnalysisSettings::CapeDepthKm>, kTrue, Range{0.5, 10}>("CAPE depth xKm depth = ", kTab3)
         .Named("CAPE layer depth")
         .In("km")
         .Says("Depth x of CAPE 0-x; a change sets the EHI and VGP depths to the same.")
         .Then(DepthsFollowCape),
-    Row<At<&Options::Dcape>>("DCAPE mode = ", kTab3)
+    Row<At<&AnalysisSettings::Dcape>>("DCAPE mode = ", kTab3)
         .Says("Lets every level up to 6 km sink, or quickly only the one of least theta-e."),
-    Row<At<&Options::EhiDepthKm>, kTrue, kIndexDepths>("EHI depth = ", kTab3)
+    Row<At<&AnalysisSettings::EhiDepthKm>, kTrue, kIndexDepths>("EHI depth = ", kTab3)
         .In("km")
         .Says("Depth of the helicity in the energy-helicity index."),
-    Row<At<&Options::VgpDepthKm>, kTrue, kIndexDepths>("VGP depth = ", kTab3)
+    Row<At<&AnalysisSettings::VgpDepthKm>, kTrue, kIndexDepths>("VGP depth = ", kTab3)
         .In("km")
         .Says("Depth of the mean shear in the vorticity generation parameter."),
 };
@@ -188,16 +192,17 @@ constexpr OptionRow kTab3Rows[] = {
 constexpr std::string_view kOther = "Program/Other";
 
 constexpr OptionRow kOtherRows[] = {
-    Row<At<&Options::ThermoNum>, kTrue, Range{1, 7}>("ThermoNum = ", kOther)
+    Row<At<&ViewSettings::ThermoNum>, kTrue, Range{1, 7}>("ThermoNum = ", kOther)
         .Named("Analysis page")
         .Says("Page that the analysis box shows first."),
-    Row<At<&Options::MovieTime>, kTrue, Range{0.1, 60}>("Movie time = ", kOther)
+    Row<At<&Options::System, &SystemOptions::MovieTime>, kTrue, Range{0.1, 60}>("Movie time = ",
+                                                                                kOther)
         .In("s")
         .Says("Time for which a loop holds each sounding."),
-    Row<At<&Options::SkipLoop>, kYes>("  Skiploop = ", kOther, Record::Same)
+    Row<At<&Options::System, &SystemOptions::SkipLoop>, kYes>("  Skiploop = ", kOther, Record::Same)
         .Named("Skip bad soundings")
         .Says("Lets a loop pass over soundings that cannot be read."),
-    Row<At<&Options::LoopNoRescaling>, kYes>("  LoopNoReScaling = ", kOther)
+    Row<At<&Options::System, &SystemOptions::LoopNoRescaling>, kYes>("  LoopNoReScaling = ", kOther)
         .Named("Keep scale in loops")
         .Says("Keeps the first sounding's scale through a loop."),
 };

@@ -156,13 +156,13 @@ S StructOf(V S::*);
 
 template <auto First, auto... Rest>
 struct Member {
-  using Struct = decltype(StructOf(First));
+  using Struct = typename TableOf<decltype(StructOf(First))>::Struct;
   static constexpr auto& Get(auto& from) { return ((from.*First).*....*Rest); }
 };
 
 template <auto Array, std::size_t kIndex, auto... Rest>
 struct Element {
-  using Struct = decltype(StructOf(Array));
+  using Struct = typename TableOf<decltype(StructOf(Array))>::Struct;
   static constexpr auto& Get(auto& from) { return ((from.*Array)[kIndex].*....*Rest); }
 };
 

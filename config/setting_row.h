@@ -40,6 +40,12 @@ struct RowInfo {
   SettingsFile File = SettingsFile::Main;
 };
 
+/// The struct in whose table the rows of S stand: S itself, or what has S as its part.
+template <class S>
+struct TableOf {
+  using Struct = S;
+};
+
 /// A setting of the struct S.
 template <class S>
 struct SettingRow : RowInfo {

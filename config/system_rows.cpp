@@ -76,35 +76,35 @@ constexpr OptionRow kRows[] = {
         .Named("Reversed order")
         .Says("Turns the order of file lists round.")
         .KeptIn(kWindow),
-    Row<kSystem<&SystemOptions::TriggerHgt>, kTrue, Range{0, 30000}>("TriggerHgt = ", kPlace)
+    Row<At<&AnalysisSettings::TriggerHgt>, kTrue, Range{0, 30000}>("TriggerHgt = ", kPlace)
         .Named("Trigger height")
         .In("ft AGL")
         .Says("Height that thermals must reach for the soaring day to begin.")
         .KeptIn(SettingsFile::Soaring),
-    Row<kSystem<&SystemOptions::LiftEq>, kTrue, OneOf({1, 2})>(" LiftEq = ", kPlace, Record::Same)
+    Row<At<&AnalysisSettings::LiftEq>, kTrue, OneOf({1, 2})>(" LiftEq = ", kPlace, Record::Same)
         .Named("Lift equation")
         .Says("Thermal strength by the soaring index rule (1) or the convective velocity (2).")
         .KeptIn(SettingsFile::Soaring),
-    Row<kSystem<&SystemOptions::SoarHgtMode>>(" SoarHgtMode = ", kPlace, Record::Same)
+    Row<At<&ViewSettings::SoarHgtMode>>(" SoarHgtMode = ", kPlace, Record::Same)
         .Named("Soaring heights")
         .Says("Soaring heights above mean sea level or above ground.")
         .KeptIn(SettingsFile::Soaring),
-    Row<kSystem<&SystemOptions::SoarTm>, kTrue, Range{-90, 70}>("", kPlace)
+    Row<At<&AnalysisSettings::SoarTm>, kTrue, Range{-90, 70}>("", kPlace)
         .As("SoarTm")
         .Named("Surface temperature of the day")
         .In("°C")
         .Says(
             "Warmest temperature expected at the ground; empty takes the 850 hPa air brought down.")
         .KeptIn(SettingsFile::Soaring),
-    Row<At<&Options::Darklines>>("Darklines = ", kPlace)
+    Row<At<&ViewSettings::Darklines>>("Darklines = ", kPlace)
         .Named("Dark grid lines")
         .Says("Draws the diagram's grid in full instead of pale colours.")
         .Then(SchemeFollowsGrid),
-    Row<kSystem<&SystemOptions::HodoInvert>>("HodoInvert = ", kPlace)
+    Row<At<&ViewSettings::HodoInvert>>("HodoInvert = ", kPlace)
         .Named("Hodograph white on black")
         .Says("Draws the hodograph white on black.")
         .KeptIn(SettingsFile::Hodograph),
-    Row<kSystem<&SystemOptions::HodoAnalInvert>>("HodoAnalInvert = ", kPlace)
+    Row<At<&ViewSettings::HodoAnalInvert>>("HodoAnalInvert = ", kPlace)
         .Named("Hodograph panel white on black")
         .Says("Shows the hodograph's analysis panel white on black.")
         .KeptIn(SettingsFile::Hodograph),

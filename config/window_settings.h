@@ -9,8 +9,9 @@
 #include <string>
 #include <string_view>
 
-#include "config/options.h"
+#include "config/dump_options.h"
 #include "config/setting_row.h"
+#include "config/view_settings.h"
 
 namespace vexa {
 

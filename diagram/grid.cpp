@@ -197,7 +197,7 @@ bool IsMandatory(double press) {
 }
 
 void DrawIsotherms(Plot& plot) {
-  const Options& set = plot.Set();
+  const DisplaySettings& set = plot.Set();
   const Rect& frame = plot.At.Frame();
   const TempSpan shown = ShownTemps(plot.At);
   const int step = std::max(set.TempGridInterval, 1);
@@ -229,7 +229,7 @@ void DrawIsotherms(Plot& plot) {
 }
 
 void DrawTemperatureUnits(Plot& plot) {
-  const Options& set = plot.Set();
+  const DisplaySettings& set = plot.Set();
   const Rect& frame = plot.At.Frame();
   const auto write = [&](TempUnits units, double below) {
     DrawText(plot.Page, "temperature unit", {frame.Right + 190, frame.Bottom + below},
@@ -240,7 +240,7 @@ void DrawTemperatureUnits(Plot& plot) {
 }
 
 void DrawDryAdiabats(Plot& plot) {
-  const Options& set = plot.Set();
+  const DisplaySettings& set = plot.Set();
   const Rect& frame = plot.At.Frame();
   const bool tephigram = plot.At.Type() == DiagramType::Tephigram;
   const auto theta = [&](Point corner) {
@@ -278,7 +278,7 @@ void DrawDryAdiabats(Plot& plot) {
 }
 
 void DrawSaturationAdiabats(Plot& plot) {
-  const Options& set = plot.Set();
+  const DisplaySettings& set = plot.Set();
   const Rect& frame = plot.At.Frame();
   if (set.SatAdiabats) {
     for (double value = kSatFirst; value <= kSatLast; value += kSatStep) {
@@ -300,7 +300,7 @@ void DrawSaturationAdiabats(Plot& plot) {
 }
 
 void DrawMixingRatioLines(Plot& plot) {
-  const Options& set = plot.Set();
+  const DisplaySettings& set = plot.Set();
   const Rect& frame = plot.At.Frame();
   const bool tephigram = plot.At.Type() == DiagramType::Tephigram;
   if (set.MixingLines) {
@@ -335,7 +335,7 @@ void DrawMixingRatioLines(Plot& plot) {
 }
 
 void DrawPressureLines(Plot& plot) {
-  const Options& set = plot.Set();
+  const DisplaySettings& set = plot.Set();
   const Rect& frame = plot.At.Frame();
   const double top = plot.At.TopPress();
   DrawText(plot.Page, "pressure unit", {kPressLabelX, frame.Top - 190},

@@ -123,7 +123,7 @@ void DrawSurfaceLabel(Plot& plot) {
 }
 
 void ICAOlabels(Plot& plot) {
-  const Options& set = plot.Set();
+  const ViewSettings& set = plot.Set();
   if (!set.IcaoLine) return;
   const Rect& frame = plot.At.Frame();
   std::vector<Point> curve;
@@ -165,7 +165,7 @@ void ICAOlabels(Plot& plot) {
 }
 
 void DrawHeightAxis(Plot& plot) {
-  const Options& set = plot.Set();
+  const ViewSettings& set = plot.Set();
   if (set.YGridUnits == GridUnits::Mb) return;
   const Rect& frame = plot.At.Frame();
   const bool feet = set.YGridUnits == GridUnits::Feet;
@@ -191,7 +191,7 @@ void DrawHeightAxis(Plot& plot) {
 }
 
 void DrawHeightScale(Plot& plot) {
-  const Options& set = plot.Set();
+  const ViewSettings& set = plot.Set();
   if (set.RightScale == HeightScale::None) return;
   const Rect& frame = plot.At.Frame();
   const ScaleUnit& scale = ScaleUnitOf(set.RightScale);

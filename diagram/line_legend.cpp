@@ -21,7 +21,7 @@ constexpr double kNameStep = Px(16);
 constexpr double kSentenceStep = Px(14);
 constexpr double kEntryGap = Px(5);
 
-bool Always(const Options&) {
+bool Always(const DisplaySettings&) {
   return true;
 }
 
@@ -32,7 +32,7 @@ struct LineRow {
   Pen Palette::*Stroke = nullptr;
   Brush Palette::*Fill = nullptr;
   Brush Palette::*Hatch = nullptr;
-  bool (*IsOn)(const Options&) = Always;
+  bool (*IsOn)(const DisplaySettings&) = Always;
 };
 
 constexpr LineRow kLines[] = {
@@ -45,36 +45,36 @@ constexpr LineRow kLines[] = {
     {"Parcel",
      "of air that is lifted from below: where it is warmer than the air around it, it rises by "
      "itself.",
-     &Palette::Parcel, nullptr, nullptr, [](const Options& set) { return set.AutoAnalyses; }},
+     &Palette::Parcel, nullptr, nullptr, [](const DisplaySettings& set) { return set.AutoAnalyses; }},
     {"CAPE", "is the energy that the parcel gains on its way up: the larger, the stronger a storm.",
-     nullptr, &Palette::Cape, nullptr, [](const Options& set) { return set.AutoAnalyses; }},
+     nullptr, &Palette::Cape, nullptr, [](const DisplaySettings& set) { return set.AutoAnalyses; }},
     {"CIN", "is the energy that it takes to lift the parcel to where it rises by itself.", nullptr,
-     &Palette::Cin, &Palette::CinHatch, [](const Options& set) { return set.AutoAnalyses; }},
+     &Palette::Cin, &Palette::CinHatch, [](const DisplaySettings& set) { return set.AutoAnalyses; }},
     {"Winds",
      "stand beside the diagram at their heights. The shaft points to where the wind comes from; "
      "half a feather is 5 kt, a feather 10 kt, a pennant 50 kt.",
      &Palette::Wind, nullptr, nullptr,
-     [](const Options& set) { return set.Winds != WindDisplay::None; }},
+     [](const DisplaySettings& set) { return set.Winds != WindDisplay::None; }},
     {"Isobars", "join equal pressure: level lines, the lower the pressure the higher up.",
      &Palette::Isobar},
     {"Isotherms", "join equal temperature.", &Palette::Isotherm},
     {"0 C", "is where water freezes.", &Palette::ZeroIsotherm},
     {"Dry adiabats", "show how air that is not saturated cools while it rises: by 10 C per km.",
-     &Palette::DryAdiabat, nullptr, nullptr, [](const Options& set) { return set.DryAdiabats; }},
+     &Palette::DryAdiabat, nullptr, nullptr, [](const DisplaySettings& set) { return set.DryAdiabats; }},
     {"Saturated adiabats",
      "show how a cloud's air cools while it rises: more slowly, since condensing warms it.",
-     &Palette::SatAdiabat, nullptr, nullptr, [](const Options& set) { return set.SatAdiabats; }},
+     &Palette::SatAdiabat, nullptr, nullptr, [](const DisplaySettings& set) { return set.SatAdiabats; }},
     {"Mixing ratio", "says how much vapour saturated air holds, in grams to a kilogram.",
-     &Palette::MixingRatio, nullptr, nullptr, [](const Options& set) { return set.MixingLines; }},
+     &Palette::MixingRatio, nullptr, nullptr, [](const DisplaySettings& set) { return set.MixingLines; }},
     {"Freezing level", "is the height at which the air has 0 C.", &Palette::Freezing, nullptr,
-     nullptr, [](const Options& set) { return set.FreezeLine; }},
+     nullptr, [](const DisplaySettings& set) { return set.FreezeLine; }},
     {"Tropopause", "ends the air that has weather: above it the temperature falls no more.",
-     &Palette::Tropopause, nullptr, nullptr, [](const Options& set) { return set.TropoLine; }},
+     &Palette::Tropopause, nullptr, nullptr, [](const DisplaySettings& set) { return set.TropoLine; }},
     {"Ground", "is the level of the station.", &Palette::Surface, nullptr, nullptr,
-     [](const Options& set) { return set.SurfaceLine; }},
+     [](const DisplaySettings& set) { return set.SurfaceLine; }},
     {"Standard atmosphere", "is the temperature that aviation counts with.",
      &Palette::StandardAtmosphere, nullptr, nullptr,
-     [](const Options& set) { return set.IcaoLine; }},
+     [](const DisplaySettings& set) { return set.IcaoLine; }},
 };
 
 Area AreaOf(const Rect& at, const Brush& fill) {
@@ -140,7 +140,7 @@ void DrawEntries(Picture& page, const Rect& region, const std::vector<LegendEntr
 
 }  // namespace
 
-std::vector<LegendEntry> LegendEntries(const Options& options) {
+std::vector<LegendEntry> LegendEntries(const DisplaySettings& options) {
   const Palette inks = PaletteFor(options);
   std::vector<LegendEntry> entries;
   for (const LineRow& row : kLines) {
@@ -154,7 +154,7 @@ std::vector<LegendEntry> LegendEntries(const Options& options) {
   return entries;
 }
 
-PageBox LineLegendBox(const Options& options) {
+PageBox LineLegendBox(const DisplaySettings& options) {
   return {"lines",
           [entries = LegendEntries(options), inks = PaletteFor(options)](
               Picture& page, const Rect& region) { DrawEntries(page, region, entries, inks); }};

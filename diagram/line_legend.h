@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "config/options.h"
+#include "config/display_settings.h"
 #include "diagram/palette.h"
 #include "picture/layout.h"
 
@@ -22,10 +22,10 @@ struct LegendEntry {
 };
 
 /// The entries of what the options put on the diagram, the most telling first.
-std::vector<LegendEntry> LegendEntries(const Options& options);
+std::vector<LegendEntry> LegendEntries(const DisplaySettings& options);
 
 /// The legend as a box for the region "lines". Entries that find no room leave from the end, and
 /// the heading says where to read on.
-PageBox LineLegendBox(const Options& options);
+PageBox LineLegendBox(const DisplaySettings& options);
 
 }  // namespace vexa::diagram

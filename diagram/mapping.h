@@ -5,7 +5,7 @@
 
 #include <optional>
 
-#include "config/options.h"
+#include "config/view_settings.h"
 #include "picture/picture.h"
 
 namespace vexa::diagram {

@@ -173,7 +173,7 @@ Color LegibleColor(const Palette& palette, int index) {
   return shown;
 }
 
-Palette PaletteFor(const Options& options) {
+Palette PaletteFor(const ViewSettings& options) {
   const SchemeRow& scheme = RowOf(SchemeOn(options.Screen, options.Scheme));
   const bool black = scheme.Paper == kBlack;
   Palette p;

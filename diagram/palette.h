@@ -3,7 +3,7 @@
 
 #include <array>
 
-#include "config/options.h"
+#include "config/view_settings.h"
 #include "picture/picture.h"
 
 namespace vexa::diagram {
@@ -54,7 +54,7 @@ struct Palette {
 /// The palette of the options: the colour scheme on the paper of the screen colour, grid lines pale
 /// or, with Darklines, in their full colours. Traces and main lines keep a contrast of 3 to the
 /// paper whatever colour is chosen for them.
-Palette PaletteFor(const Options& options);
+Palette PaletteFor(const ViewSettings& options);
 
 /// One of the sixteen colours, darkened or lightened where the paper would hide it.
 Color LegibleColor(const Palette& palette, int index);

@@ -34,14 +34,15 @@ using Labels = std::vector<std::string_view>;
 
 // The groups of the first page.
 struct Group {
-  bool Options::*Shown;
+  bool ViewSettings::*Shown;
   Labels Rows;
 };
 const Group kGroups[] = {
-    {&Options::PanelMain, {"KI", "TT", "VT", "CT", "LI", "SI", "SWEAT", "WBZ Hgt"}},
-    {&Options::PanelEurope, {"KO", "JI", "TI", "Boyden", "S{TT}", "TQ Index"}},
-    {&Options::PanelCape, {"BRN", "BRN Shear", "EHI 0-xkm", "VGP 0-xkm", "NCAPE", "DCAPE 6km"}},
-    {&Options::PanelFog, {"Fog FSI", "Fog Threat", "Fog Point"}},
+    {&ViewSettings::PanelMain, {"KI", "TT", "VT", "CT", "LI", "SI", "SWEAT", "WBZ Hgt"}},
+    {&ViewSettings::PanelEurope, {"KO", "JI", "TI", "Boyden", "S{TT}", "TQ Index"}},
+    {&ViewSettings::PanelCape,
+     {"BRN", "BRN Shear", "EHI 0-xkm", "VGP 0-xkm", "NCAPE", "DCAPE 6km"}},
+    {&ViewSettings::PanelFog, {"Fog FSI", "Fog Threat", "Fog Point"}},
 };
 
 // The further pages of the classic panel, chosen by number.
@@ -59,7 +60,7 @@ const Labels kPages[] = {
      "LFC-LCL", "MPL Prs", "MPL Hgt"},
 };
 
-bool IsSwitchedOff(std::string_view label, const Options& set) {
+bool IsSwitchedOff(std::string_view label, const DisplaySettings& set) {
   if (label == "CAPE total") return set.CapeDepth == CapeDepthDisplay::LfcLayer;
   if (label == "CAPE 0-xkm") return set.CapeDepth == CapeDepthDisplay::Total;
   return (label == "MPL Prs" || label == "MPL Hgt") && !set.MplDisplay;
@@ -83,7 +84,7 @@ analysis::ShownIndex Show(const Plot& plot, const analysis::IndexValue& index) {
 }
 
 std::string ValueText(const Plot& plot, const analysis::IndexValue& index) {
-  const Options& set = plot.Set();
+  const DisplaySettings& set = plot.Set();
   std::string text = Show(plot, index).Text();
   const std::string_view label = Trim(index.Row->Label);
   const auto depth = [&](double km) { text += " " + Mask(km, "#0.#") + "km"; };
@@ -122,7 +123,7 @@ std::vector<std::string> LiftTable(const Plot& plot) {
 
 // The indices that the options ask for: the user's own list, the chosen groups, or a page.
 std::vector<const analysis::IndexValue*> PanelIndices(const Plot& plot) {
-  const Options& set = plot.Set();
+  const DisplaySettings& set = plot.Set();
   Labels labels;
   if (set.Thermo == ThermoDisplay::Custom) {
     std::string_view rest = set.CustomPanel;

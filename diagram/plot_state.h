@@ -47,7 +47,7 @@ struct Plot {
   MarkColumn RightMarks{};  // inside the frame at its right edge
   std::string Warning{};
 
-  const Options& Set() const { return In.Set; }
+  const DisplaySettings& Set() const { return In.Set; }
   const SoundingRecord& Sounding() const { return In.Sounding; }
   const analysis::AnalysisResults& Results() const { return In.Results; }
   bool InRange(double press) const { return press <= At.BottomPress() && press >= At.TopPress(); }

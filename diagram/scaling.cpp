@@ -121,7 +121,7 @@ std::optional<TempRange> HighSkewRange(const SoundingRecord& sounding, const Dia
 
 }  // namespace
 
-DiagramChoice ChooseDiagram(const SoundingRecord& sounding, const Options& options) {
+DiagramChoice ChooseDiagram(const SoundingRecord& sounding, const ViewSettings& options) {
   DiagramChoice choice;
   choice.Type = options.Diagram;
   const double lowest = LowestPress(sounding);
@@ -158,7 +158,7 @@ DiagramChoice ChooseDiagram(const SoundingRecord& sounding, const Options& optio
   return choice;
 }
 
-TempRange ChooseTempRange(const SoundingRecord& sounding, const Options& options,
+TempRange ChooseTempRange(const SoundingRecord& sounding, const ViewSettings& options,
                           const DiagramChoice& choice, const Rect& frame) {
   if (options.TempScaling == Scaling::Manual) {
     return {options.TempMin, std::max(options.TempMax, options.TempMin + 40)};

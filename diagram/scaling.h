@@ -2,7 +2,7 @@
 // emagram, the top pressure and the temperature range.
 #pragma once
 
-#include "config/options.h"
+#include "config/view_settings.h"
 #include "core/sounding_record.h"
 #include "diagram/mapping.h"
 
@@ -17,7 +17,7 @@ struct DiagramChoice {
 
 /// Above 100 hPa is drawn only with "Above 100mb"; such a sounding becomes an emagram whatever the
 /// chosen type where the automatic emagram is on.
-DiagramChoice ChooseDiagram(const SoundingRecord& sounding, const Options& options);
+DiagramChoice ChooseDiagram(const SoundingRecord& sounding, const ViewSettings& options);
 
 struct TempRange {
   double Min = -40;  // °C
@@ -26,7 +26,7 @@ struct TempRange {
 
 /// The range of the temperature axis: the options' own under "MANUAL"; under "AUTO" 80 degrees
 /// around the usual place, shifted by tens and widened only as far as the sounding needs.
-TempRange ChooseTempRange(const SoundingRecord& sounding, const Options& options,
+TempRange ChooseTempRange(const SoundingRecord& sounding, const ViewSettings& options,
                           const DiagramChoice& choice, const Rect& frame);
 
 }  // namespace vexa::diagram

@@ -26,7 +26,7 @@ constexpr std::string_view kTephigramWarning =
 
 // The mapping that this sounding asks for, with room for those beside it.
 DiagramMapping OwnScale(const Plot& plot, DiagramChoice choice) {
-  const Options& set = plot.Set();
+  const ViewSettings& set = plot.Set();
   TempRange range = ChooseTempRange(plot.Sounding(), set, choice, kFrame);
   if (plot.HasOthers() && plot.In.OthersScaling == Scaling::Auto) {
     for (const OverlaySounding& other : plot.In.Others) {
@@ -42,7 +42,7 @@ DiagramMapping OwnScale(const Plot& plot, DiagramChoice choice) {
 }
 
 void ConfigureDiagram(Plot& plot) {
-  const Options& set = plot.Set();
+  const ViewSettings& set = plot.Set();
   const DiagramChoice choice = ChooseDiagram(plot.Sounding(), set);
   if (choice.BeyondTephigram && set.TephigramWarning) plot.Warning = kTephigramWarning;
   const DiagramMapping* held = plot.In.Scale;
@@ -57,7 +57,7 @@ void ConfigureDiagram(Plot& plot) {
 }
 
 // A sounding's title and place as one line of an overlay or a comparison.
-std::string OtherTitle(const SoundingRecord& sounding, const Options& set) {
+std::string OtherTitle(const SoundingRecord& sounding, const ViewSettings& set) {
   std::string text = SoundingTitle(sounding, set);
   if (!sounding.LatHemi.empty()) {
     const auto size = [](double degrees) {
@@ -101,7 +101,7 @@ void DrawOtherTitles(Plot& plot) {
 }
 
 void SetUpUnits(Plot& plot) {
-  const Options& set = plot.Set();
+  const ViewSettings& set = plot.Set();
   plot.Units.Height = set.GpmUnits;
   plot.Units.Speed = set.Speed;
   plot.Units.SpeedLabel = set.Speed == SpeedUnits::Knots ? "kts" : "m/s";

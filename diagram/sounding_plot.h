@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "analysis/analysis.h"
-#include "config/options.h"
+#include "config/display_settings.h"
 #include "core/interaction.h"
 #include "core/sounding_record.h"
 #include "diagram/mapping.h"
@@ -47,7 +47,7 @@ struct ExtraLines {
 struct PlotInput {
   const SoundingRecord& Sounding;
   const analysis::AnalysisResults& Results;
-  const Options& Set;
+  const DisplaySettings& Set;
   MultiMode Mode = MultiMode::Single;
   std::vector<OverlaySounding> Others{};
   std::vector<FrontMark> Fronts{};

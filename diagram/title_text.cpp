@@ -36,7 +36,7 @@ bool IsMonth(std::string_view word) {
 
 }  // namespace
 
-std::string SoundingTitle(const SoundingRecord& sounding, const Options& options) {
+std::string SoundingTitle(const SoundingRecord& sounding, const ViewSettings& options) {
   const std::string& title = sounding.StationTitle;
   if (!options.MonthYear) return title;
   std::string_view rest = title;

@@ -194,7 +194,7 @@ void DrawParcel(Plot& plot) {
 }
 
 void DrawTraces(Plot& plot) {
-  const Options& set = plot.Set();
+  const DisplaySettings& set = plot.Set();
   const SoundingRecord& sounding = plot.Sounding();
   const TraceStyle dewpoint{plot.Inks.Dewpoint, set.DewptLine != TraceLine::None, set.TraceDots,
                             set.TraceCircles};

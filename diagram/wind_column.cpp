@@ -56,7 +56,7 @@ void MarkThoseThatStay(std::vector<PlacedWind>& winds) {
   }
 }
 
-Reach ReachOf(const PlacedWind& wind, const Options& options) {
+Reach ReachOf(const PlacedWind& wind, const ViewSettings& options) {
   const Rect extent = SymbolExtent(wind.Value, options);
   const double margin = 0.3 * SizeOf(options.BarbSize).Spacing;
   return {wind.Y + extent.Top - margin, wind.Y + extent.Bottom + margin};
@@ -119,7 +119,7 @@ int WindRatio(const std::vector<Reach>& reaches, int option, bool hasLanes) {
 }
 
 void DrawWindColumn(Plot& plot) {
-  const Options set = SymbolOptions(plot.Set(), plot.Sounding());
+  const ViewSettings set = SymbolOptions(plot.Set(), plot.Sounding());
   std::vector<PlacedWind> winds = PlaceWinds(plot);
   MarkThoseThatStay(winds);
   if (winds.empty() || set.Winds == WindDisplay::None) return;

@@ -50,15 +50,15 @@ FeatherCount CountFeathers(double knots, SpeedUnits units) {
   return count;
 }
 
-Options SymbolOptions(const Options& options, const SoundingRecord& sounding) {
-  Options resolved = options;
+ViewSettings SymbolOptions(const ViewSettings& options, const SoundingRecord& sounding) {
+  ViewSettings resolved = options;
   if (options.BarbHemisphere == Hemisphere::ByLatitude) {
     resolved.BarbHemisphere = sounding.IsSouthern() ? Hemisphere::Southern : Hemisphere::Northern;
   }
   return resolved;
 }
 
-bool FeathersOnRight(const Options& options) {
+bool FeathersOnRight(const ViewSettings& options) {
   switch (options.BarbFeathers) {
     case Feathers::Right:
       return true;
@@ -79,13 +79,13 @@ double ShaftLength(const WindSymbolSize& size, const FeatherCount& count) {
   return std::max<double>(size.Shaft, needed);
 }
 
-double FeatherLean(const analysis::Wind& wind, const Options& options) {
+double FeatherLean(const analysis::Wind& wind, const ViewSettings& options) {
   return wind.Dir + (FeathersOnRight(options) ? 1 : -1) * kFeatherAngle;
 }
 
 }  // namespace
 
-Rect SymbolExtent(const analysis::Wind& wind, const Options& options) {
+Rect SymbolExtent(const analysis::Wind& wind, const ViewSettings& options) {
   const WindSymbolSize size = SizeOf(options.BarbSize);
   const Point tip =
       Along({0, 0}, wind.Dir, ShaftLength(size, CountFeathers(wind.Spd, options.Speed)));
@@ -96,8 +96,8 @@ Rect SymbolExtent(const analysis::Wind& wind, const Options& options) {
   return {left, top, right, bottom};
 }
 
-void DrawWindSymbol(Picture& page, Point foot, const analysis::Wind& wind, const Options& options,
-                    const Pen& pen) {
+void DrawWindSymbol(Picture& page, Point foot, const analysis::Wind& wind,
+                    const ViewSettings& options, const Pen& pen) {
   if (options.Winds == WindDisplay::None) return;
   const WindSymbolSize size = SizeOf(options.BarbSize);
   const FeatherCount count = CountFeathers(wind.Spd, options.Speed);

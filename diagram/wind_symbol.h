@@ -3,7 +3,7 @@
 #pragma once
 
 #include "analysis/interpolate.h"
-#include "config/options.h"
+#include "config/view_settings.h"
 #include "core/sounding_record.h"
 #include "picture/picture.h"
 
@@ -35,17 +35,17 @@ struct FeatherCount {
 FeatherCount CountFeathers(double knots, SpeedUnits units);
 
 /// The options with a sounding's own hemisphere where it goes by latitude.
-Options SymbolOptions(const Options& options, const SoundingRecord& sounding);
+ViewSettings SymbolOptions(const ViewSettings& options, const SoundingRecord& sounding);
 
 /// True where feathers stand to the right of the shaft seen from its foot: as in the northern
 /// hemisphere, or as the feathers option says.
-bool FeathersOnRight(const Options& options);
+bool FeathersOnRight(const ViewSettings& options);
 
 /// How far a symbol reaches from its foot to each side.
-Rect SymbolExtent(const analysis::Wind& wind, const Options& options);
+Rect SymbolExtent(const analysis::Wind& wind, const ViewSettings& options);
 
 /// Draws the symbol with its foot at a point.
-void DrawWindSymbol(Picture& page, Point foot, const analysis::Wind& wind, const Options& options,
-                    const Pen& pen);
+void DrawWindSymbol(Picture& page, Point foot, const analysis::Wind& wind,
+                    const ViewSettings& options, const Pen& pen);
 
 }  // namespace vexa::diagram

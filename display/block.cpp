@@ -397,7 +397,7 @@ Color StressColor(Stress stress) {
   return {0, 0, 0, 0};
 }
 
-BlockInks BlockInksFor(const Options& options) {
+BlockInks BlockInksFor(const ViewSettings& options) {
   if (options.Screen == ScreenColor::Black) {
     return {{0, 0, 0}, {240, 240, 240}, {185, 185, 185}, {90, 90, 90}};
   }

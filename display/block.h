@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "config/options.h"
+#include "config/view_settings.h"
 #include "picture/picture.h"
 #include "picture/surface.h"
 
@@ -51,7 +51,7 @@ struct BlockInks {
 };
 
 /// By the screen colour, as all displays have it.
-BlockInks BlockInksFor(const Options& options);
+BlockInks BlockInksFor(const ViewSettings& options);
 
 /// Width that a block wants so that nothing of it is cut, and how many lines it has, at letters so
 /// many times the usual size.

@@ -145,7 +145,7 @@ Surface UsualSurface(const Sheet& sheet) {
   return usual;
 }
 
-Picture DrawSheet(const Sheet& sheet, const Options& options, const Surface& surface) {
+Picture DrawSheet(const Sheet& sheet, const ViewSettings& options, const Surface& surface) {
   const BlockInks inks = BlockInksFor(options);
   const std::optional<Arrangement> fitting = Fitting(sheet, surface);
   Arrangement at = fitting.value_or(ArrangementAt(sheet, surface, 1));

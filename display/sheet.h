@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "config/options.h"
+#include "config/view_settings.h"
 #include "display/block.h"
 #include "picture/picture.h"
 #include "picture/surface.h"
@@ -21,7 +21,7 @@ struct Sheet {
 /// The sheet on a page of the surface's size, its blocks in as many columns as it needs and in
 /// letters as large as there is room for. On a screen a page that cannot hold all its rows is
 /// higher than the surface and is scrolled; elsewhere the last rows leave and a line says so.
-Picture DrawSheet(const Sheet& sheet, const Options& options,
+Picture DrawSheet(const Sheet& sheet, const ViewSettings& options,
                   const Surface& surface = {12000, 9000});
 
 /// Height of the values' letters of the usual size, drawing units.

@@ -186,7 +186,7 @@ SheetBlock InversionBlock(const std::vector<analysis::Inversion>& inversions, co
   return block;
 }
 
-std::string IcingHeading(const Options& options) {
+std::string IcingHeading(const DisplaySettings& options) {
   return "Icing (" + std::string(Word(options.Ice)) + ")";
 }
 

@@ -9,6 +9,7 @@
 #include "analysis/analysis.h"
 #include "analysis/severe_table.h"
 #include "analysis/shown_units.h"
+#include "config/display_settings.h"
 #include "core/sounding_record.h"
 #include "display/block.h"
 
@@ -18,7 +19,7 @@ namespace vexa::display {
 struct Shown {
   const SoundingRecord& Record;
   const analysis::AnalysisResults& Results;
-  const Options& Set;
+  const DisplaySettings& Set;
   const analysis::SevereTable& Severe;
 };
 
@@ -70,6 +71,6 @@ std::string InversionWord(analysis::InversionKind kind);
 SheetBlock InversionBlock(const std::vector<analysis::Inversion>& inversions, const Texts& texts);
 SheetBlock LevelBlock(std::string heading, const std::vector<analysis::LevelPoint>& levels,
                       const Texts& texts);
-std::string IcingHeading(const Options& options);
+std::string IcingHeading(const DisplaySettings& options);
 
 }  // namespace vexa::display

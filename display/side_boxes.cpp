@@ -146,12 +146,12 @@ SheetBlock StormBlock(const Shown& shown) {
 struct RankedIndex {
   std::string_view Label;
   std::string_view Name;
-  double Options::*DepthKm = nullptr;  // stands behind the name
+  double AnalysisSettings::*DepthKm = nullptr;  // stands behind the name
 };
 
 constexpr RankedIndex kIndices[] = {
     {"Supercell", "Supercell"},
-    {"EHI 0-xkm", "EHI", &Options::EhiDepthKm},
+    {"EHI 0-xkm", "EHI", &AnalysisSettings::EhiDepthKm},
     {"LI", "Lifted index"},
     {"Water", "Precip. water"},
     {"DCAPE 6km", "DCAPE"},
@@ -165,7 +165,7 @@ constexpr RankedIndex kIndices[] = {
     {"T1/T2 Gust", "T1/T2 gust"},
     {"WindEX", "Windex gust"},
     {"BRN Shear", "BRN shear"},
-    {"VGP 0-xkm", "VGP", &Options::VgpDepthKm},
+    {"VGP 0-xkm", "VGP", &AnalysisSettings::VgpDepthKm},
     {"NCAPE", "Norm. CAPE"},
     {"CAP", "Cap strength"},
     {"MVV", "Max. updraft"},

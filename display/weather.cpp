@@ -78,7 +78,7 @@ Sheet WinterWeatherSheet(const Shown& shown) {
 }
 
 Sheet SoaringSheet(const Shown& shown) {
-  const Texts texts(shown, shown.Set.System.SoarHgtMode);
+  const Texts texts(shown, shown.Set.SoarHgtMode);
   const analysis::SoaringResults& soaring = shown.Results.Soaring;
   Sheet sheet = Titled("Soaring", shown);
   const auto level = [&](std::string label, const LevelPoint& point, std::string_view without) {
@@ -93,7 +93,7 @@ Sheet SoaringSheet(const Shown& shown) {
       {"Thermals",
        {{"Temperature of the day", texts.Temp(soaring.MaxTemp)},
         {"Trigger temperature", texts.Temp(soaring.TriggerTemp),
-         "for " + Mask(shown.Set.System.TriggerHgt, "####0") + " ft AGL"},
+         "for " + Mask(shown.Set.TriggerHgt, "####0") + " ft AGL"},
         level(soaring.CloudBase.Exists() ? "Thermal top (cloud base)" : "Thermal top (index 0)",
               soaring.ThermalTop, kNoValue),
         level("Pilot level (index -3)", soaring.PilotLevel, kNoValue),

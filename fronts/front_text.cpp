@@ -15,7 +15,7 @@ constexpr double kMphPerKnot = 1.15155;
 constexpr std::string_view kNoValue = "--";
 constexpr std::string_view kDegreeSign = "\xC2\xB0";
 
-double SpeedShown(double knots, const Options& options) {
+double SpeedShown(double knots, const DisplaySettings& options) {
   return options.Speed == SpeedUnits::Knots ? knots : knots * kKnotToMs;
 }
 
@@ -46,7 +46,7 @@ std::string SignedText(double advection) {
   return (advection > 0 ? "+ " : "- ") + Mask(std::fabs(advection), "##0.0");
 }
 
-std::string TableRow(const FrontLayer& layer, const Options& options) {
+std::string TableRow(const FrontLayer& layer, const DisplaySettings& options) {
   const analysis::Wind& wind = layer.Thermal.Wind;
   std::string row =
       PadLeft(Mask(layer.BasePress, "###0"), 5) + "/" + PadRight(Mask(layer.TopPress, "###0"), 4);

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "config/options.h"
+#include "config/display_settings.h"
 #include "config/window_settings.h"
 #include "fronts/front_analysis.h"
 
@@ -15,7 +15,7 @@ namespace vexa::fronts {
 struct FrontSource {
   const FrontResults& Fronts;
   const FrontSettings& Front;
-  const Options& Set;  // units of pressure, height and speed
+  const DisplaySettings& Set;  // units of pressure, height and speed
   DistanceUnits Distance = DistanceUnits::Kilometers;
 };
 

@@ -102,7 +102,7 @@ class Drawing {
       : hodogram_(hodogram),
         settings_(settings),
         layout_(CutPage(surface, kRegions)),
-        inks_(InksFor(hodogram.Set, hodogram.Set.System.HodoInvert)),
+        inks_(InksFor(hodogram.Set, hodogram.Set.HodoInvert)),
         view_(hodogram.Points, settings, *layout_.Find("view")),
         page_(surface.Width, surface.Height, inks_.Paper),
         room_(*layout_.Find("view")) {}
@@ -343,7 +343,8 @@ class Drawing {
 
 }  // namespace
 
-std::vector<TrajectoryPoint> Trajectory(const SoundingRecord& sounding, const Options& options) {
+std::vector<TrajectoryPoint> Trajectory(const SoundingRecord& sounding,
+                                        const ViewSettings& options) {
   std::vector<TrajectoryPoint> points;
   std::optional<analysis::WindVector> below;
   for (const TracePiece& piece : CutAtBands(WindProfile(sounding, options))) {
@@ -368,7 +369,7 @@ std::vector<TrajectoryPoint> Trajectory(const SoundingRecord& sounding, const Op
   return points;
 }
 
-Hodogram MakeHodogram(const SoundingRecord& sounding, const Options& options) {
+Hodogram MakeHodogram(const SoundingRecord& sounding, const ViewSettings& options) {
   return {sounding.StationTitle, Trajectory(sounding, options), options};
 }
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "config/options.h"
+#include "config/view_settings.h"
 #include "config/window_settings.h"
 #include "core/sounding_record.h"
 #include "hodograph/wind_profile.h"
@@ -25,15 +25,16 @@ struct TrajectoryPoint {
 /// Where the balloon is at each wind level, and where it passes from one colour to the next: each
 /// layer's mean wind carries it for the time of its rise. It starts above the station at the
 /// lowest wind.
-std::vector<TrajectoryPoint> Trajectory(const SoundingRecord& sounding, const Options& options);
+std::vector<TrajectoryPoint> Trajectory(const SoundingRecord& sounding,
+                                        const ViewSettings& options);
 
 /// A trajectory with what its drawing needs, so that turning the view costs only the drawing.
 struct Hodogram {
   std::string Title{};
   std::vector<TrajectoryPoint> Points{};
-  Options Set{};
+  ViewSettings Set{};
 };
-Hodogram MakeHodogram(const SoundingRecord& sounding, const Options& options);
+Hodogram MakeHodogram(const SoundingRecord& sounding, const ViewSettings& options);
 
 /// The trajectory's page for a surface. At an azimuth of 0 the view goes north; a tilt of 0 looks
 /// level, 90 straight down.

@@ -136,7 +136,7 @@ void DrawText(Canvas& canvas, std::string_view tag, Point at, std::string text, 
                              .Bold = bold});
 }
 
-std::string LevelText(const ProfileWind& wind, const Options& options) {
+std::string LevelText(const ProfileWind& wind, const DisplaySettings& options) {
   const bool knots = options.Speed == SpeedUnits::Knots;
   return Mask(wind.Height / 1000, "#0.0") +
          " km: " + WindText(wind.Vector, options, knots ? "##0" : "##0.0", knots ? " kts" : " m/s");
@@ -332,7 +332,7 @@ double PanelHeight(std::size_t lines) {
 }
 
 void DrawPanel(Canvas& canvas, const std::vector<PanelLine>& lines, const Rect& place) {
-  const Inks inks = InksFor(canvas.Set(), canvas.Set().System.HodoAnalInvert);
+  const Inks inks = InksFor(canvas.Set(), canvas.Set().HodoAnalInvert);
   const Rect box{place.Left, place.Top, place.Right, place.Top + PanelHeight(lines.size())};
   canvas.Page.Add("panel", Area{.Rings = {{{box.Left, box.Top},
                                            {box.Right, box.Top},
@@ -484,7 +484,7 @@ void DrawBandNames(Canvas& canvas, const std::vector<ProfileWind>& winds) {
 HodographPlot PlotHodograph(const HodographInput& input, const Surface& surface) {
   constexpr std::size_t kUsualLegend = 10;
   HodographPlot plot;
-  const Inks inks = InksFor(input.Set, input.Set.System.HodoInvert);
+  const Inks inks = InksFor(input.Set, input.Set.HodoInvert);
   const std::vector<PanelLine> panel = Broken(AnalysisPanel(input));
   const Places places = PlaceRegions(input, surface, panel, kUsualLegend + input.Compared.size());
   plot.Page = Picture(surface.Width, surface.Height, inks.Paper);
@@ -521,7 +521,7 @@ void DrawHodographBox(Picture& page, const Rect& region, const HodographInput& i
   const std::vector<ProfileWind> winds = WindProfile(input.Sounding, input.Set);
   constexpr double kLeastSide = Px(60);  // under it nothing could be told
   if (winds.empty() || std::min(region.Width(), region.Height()) < kLeastSide) return;
-  Inks inks = InksFor(input.Set, input.Set.System.HodoInvert);
+  Inks inks = InksFor(input.Set, input.Set.HodoInvert);
   inks.Frame.Width = kUnitsPerPixel;
   page.Add("paper", Area{.Rings = {{{region.Left, region.Top},
                                     {region.Right, region.Top},
@@ -553,7 +553,7 @@ std::optional<PageBox> HodographBox(const HodographInput& input) {
 
 std::optional<Picture> PlotSmallHodograph(const HodographInput& input, double side) {
   if (WindProfile(input.Sounding, input.Set).empty()) return std::nullopt;
-  const Inks inks = InksFor(input.Set, input.Set.System.HodoInvert);
+  const Inks inks = InksFor(input.Set, input.Set.HodoInvert);
   Picture page(side, side, inks.Paper);
   DrawHodographBox(page, {0, 0, side, side}, input);
   return page;
@@ -578,7 +578,7 @@ std::optional<ProfileWind> FindWind(const HodographPlot& plot, Point at) {
   return nearest;
 }
 
-CursorBox ReadHodograph(const HodographPlot& plot, Point at, const Options& options) {
+CursorBox ReadHodograph(const HodographPlot& plot, Point at, const DisplaySettings& options) {
   if (!plot.Mapping.Frame.Contains(at)) return {};
   const bool knots = options.Speed == SpeedUnits::Knots;
   const auto text = [&](const WindVector& wind) {

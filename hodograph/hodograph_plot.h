@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "analysis/analysis.h"
-#include "config/options.h"
+#include "config/display_settings.h"
 #include "config/window_settings.h"
 #include "core/sounding_record.h"
 #include "hodograph/comparison.h"
@@ -23,7 +23,7 @@ namespace vexa::hodograph {
 struct HodographInput {
   const SoundingRecord& Sounding;
   const analysis::AnalysisResults& Results;
-  const Options& Set;
+  const DisplaySettings& Set;
   HodographSettings Window{};
   std::vector<ComparedWinds> Compared{};   // at most kComparisonSlots
   std::optional<HodographMapping> Keep{};  // the mapping to keep while the storm vector is dragged
@@ -67,6 +67,6 @@ struct CursorBox {
   std::string Cursor{};
   std::string Wind{};
 };
-CursorBox ReadHodograph(const HodographPlot& plot, Point at, const Options& options);
+CursorBox ReadHodograph(const HodographPlot& plot, Point at, const DisplaySettings& options);
 
 }  // namespace vexa::hodograph

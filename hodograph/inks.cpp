@@ -15,7 +15,7 @@ Color Blend(Color from, Color to, double share) {
 
 }  // namespace
 
-Inks InksFor(const Options& options, bool inverted) {
+Inks InksFor(const ViewSettings& options, bool inverted) {
   const bool black = (options.Screen == ScreenColor::Black) != inverted;
   Inks inks;
   inks.Paper = black ? Color{0, 0, 0} : Color{255, 255, 255};

@@ -3,7 +3,7 @@
 
 #include <array>
 
-#include "config/options.h"
+#include "config/view_settings.h"
 #include "hodograph/wind_profile.h"
 #include "picture/picture.h"
 
@@ -30,6 +30,6 @@ struct Inks {
 };
 
 /// Paper by the screen colour; inverted, the other one.
-Inks InksFor(const Options& options, bool inverted);
+Inks InksFor(const ViewSettings& options, bool inverted);
 
 }  // namespace vexa::hodograph

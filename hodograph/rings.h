@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "config/options.h"
+#include "core/choices.h"
 #include "hodograph/inks.h"
 #include "hodograph/mapping.h"
 #include "picture/label_room.h"

@@ -70,7 +70,7 @@ void AddSpot(Canvas& canvas, std::string_view tag, const WindVector& wind, std::
                           std::move(text)});
 }
 
-std::string_view UnitOf(const Options& options) {
+std::string_view UnitOf(const DisplaySettings& options) {
   return options.Speed == SpeedUnits::Knots ? " kts" : " m/s";
 }
 
@@ -105,7 +105,7 @@ void DrawMeanWind(Canvas& canvas, const std::optional<WindVector>& mean, std::st
 
 }  // namespace
 
-std::string WindText(const WindVector& wind, const Options& options, std::string_view mask,
+std::string WindText(const WindVector& wind, const DisplaySettings& options, std::string_view mask,
                      std::string_view unit) {
   const analysis::Wind from = analysis::FromComponents(wind);
   return analysis::DirectionText(from.Dir) + "/" + Mask(Shown(from.Spd, options.Speed), mask) +

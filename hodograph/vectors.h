@@ -30,11 +30,11 @@ struct Canvas {
   std::vector<std::pair<std::string, Label>> Names{};  // by tag, for over all lines
   bool Small = false;
 
-  const Options& Set() const { return In.Set; }
+  const DisplaySettings& Set() const { return In.Set; }
 };
 
 /// "245/21 kts": whole degrees, and the speed in the options' unit by a mask.
-std::string WindText(const analysis::WindVector& wind, const Options& options,
+std::string WindText(const analysis::WindVector& wind, const DisplaySettings& options,
                      std::string_view mask, std::string_view unit);
 
 void DrawLine(Canvas& canvas, std::string_view tag, const std::vector<Point>& points,

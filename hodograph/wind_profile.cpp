@@ -40,7 +40,7 @@ std::optional<WindVector> StrongestBelow(const SoundingRecord& sounding, double 
 
 }  // namespace
 
-std::vector<ProfileWind> WindProfile(const SoundingRecord& sounding, const Options& options) {
+std::vector<ProfileWind> WindProfile(const SoundingRecord& sounding, const ViewSettings& options) {
   std::vector<ProfileWind> profile;
   for (int i = 1; i <= sounding.NumWindLevels(); ++i) {
     if (!sounding.HasWind(i)) continue;

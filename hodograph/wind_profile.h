@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "analysis/interpolate.h"
-#include "config/options.h"
+#include "config/view_settings.h"
 #include "core/sounding_record.h"
 
 namespace vexa::hodograph {
@@ -29,7 +29,7 @@ struct ProfileWind {
 
 /// All winds of the sounding, lowest first; under the options' depth limit those below it and one
 /// interpolated at the limit.
-std::vector<ProfileWind> WindProfile(const SoundingRecord& sounding, const Options& options);
+std::vector<ProfileWind> WindProfile(const SoundingRecord& sounding, const ViewSettings& options);
 
 /// The profile as a line that shows its shape: where the levels stand so close that their noise
 /// hides it, means over the 300 m around every 100 m, its lowest and highest wind as they are.

@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::string_view kNoValue = "--";
 
-std::string HeightText(double meters, const Options& options, int width) {
+std::string HeightText(double meters, const DisplaySettings& options, int width) {
   const bool feet = options.GpmUnits == LengthUnits::Feet;
   return PadLeft(Mask(feet ? FeetFromMeters(meters) : meters, "#####0"), width);
 }
@@ -26,14 +26,14 @@ std::string PressText(const HodographInput& input, double height) {
 }
 
 // Direction and speed in columns: "240 /  25.0".
-std::string WindColumns(const analysis::WindVector& vector, const Options& options) {
+std::string WindColumns(const analysis::WindVector& vector, const DisplaySettings& options) {
   const analysis::Wind wind = analysis::FromComponents(vector);
   return PadLeft(analysis::DirectionText(wind.Dir), 3) + " / " +
          PadLeft(Mask(Shown(wind.Spd, options.Speed), "###0.0"), 5);
 }
 
 std::string ThermalColumns(const std::vector<ProfileWind>& winds, std::size_t level,
-                           const Options& options) {
+                           const DisplaySettings& options) {
   // There is no layer below the lowest level.
   if (level == 0) return "     0 / " + PadLeft("0.0", 5);
   const analysis::WindVector& low = winds[level - 1].Vector;
@@ -42,14 +42,14 @@ std::string ThermalColumns(const std::vector<ProfileWind>& winds, std::size_t le
 }
 
 std::string NormalColumn(const analysis::WindVector& wind, std::optional<double> towards,
-                         const Options& options) {
+                         const DisplaySettings& options) {
   if (!towards) return PadLeft(kNoValue, 8);
   const double normal =
       -(wind.U * std::sin(Radians(*towards)) + wind.V * std::cos(Radians(*towards)));
   return PadLeft(Mask(Shown(normal, options.Speed), "###0.0"), 8);
 }
 
-std::vector<std::string> Header(const Options& options) {
+std::vector<std::string> Header(const DisplaySettings& options) {
   const bool feet = options.GpmUnits == LengthUnits::Feet;
   const bool knots = options.Speed == SpeedUnits::Knots;
   const std::string press = options.Pressure == PressureUnits::Hpa ? "(hPa)" : "(mb) ";
@@ -62,7 +62,7 @@ std::vector<std::string> Header(const Options& options) {
 }  // namespace
 
 WindTable ListWinds(const HodographInput& input, std::optional<double> frontNormal) {
-  const Options& set = input.Set;
+  const DisplaySettings& set = input.Set;
   const std::vector<ProfileWind> winds = WindProfile(input.Sounding, {});
   WindTable table{.Header = Header(set)};
   for (std::size_t i = 0; i < winds.size(); ++i) {

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "config/options.h"
+#include "config/display_settings.h"
 #include "mountainwave/wave_listing.h"
 #include "picture/layout.h"
 #include "picture/picture.h"
@@ -17,7 +17,7 @@ namespace vexa::mountainwave {
 struct WavePlotInput {
   WaveSource From;
   const analysis::LevelProfile& Levels;  // for heights by pressure
-  const Options& Look;                   // screen colour
+  const DisplaySettings& Look;           // screen colour
   bool RotorHints = true;
 };
 

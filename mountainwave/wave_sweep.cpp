@@ -72,7 +72,7 @@ Sweep SweepMountain(const Air& air, double relief, int axes, int widths) {
 }
 
 Picture PlotSweep(const Sweep& sweep, const RidgeForm& marked, const WaveUnits& units,
-                  const Options& look, const Surface& surface) {
+                  const DisplaySettings& look, const Surface& surface) {
   const bool black = look.Screen == ScreenColor::Black;
   const Color paper = black ? Color{0, 0, 0} : Color{255, 255, 255};
   const Color ink = black ? Color{235, 235, 235} : Color{20, 20, 20};

@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "config/options.h"
+#include "config/display_settings.h"
 #include "mountainwave/wave_model.h"
 #include "mountainwave/wave_units.h"
 #include "picture/picture.h"
@@ -34,6 +34,6 @@ Sweep SweepMountain(const Air& air, double relief, int axes = 100, int widths = 
 
 /// The sweep as a chart, the ridge in question marked: axis to the right, half-width upward.
 Picture PlotSweep(const Sweep& sweep, const RidgeForm& marked, const WaveUnits& units,
-                  const Options& look, const Surface& surface = {6000, 4500});
+                  const DisplaySettings& look, const Surface& surface = {6000, 4500});
 
 }  // namespace vexa::mountainwave

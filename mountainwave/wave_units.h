@@ -7,7 +7,7 @@
 #include <cstddef>
 #include <string_view>
 
-#include "config/options.h"
+#include "core/choices.h"
 
 namespace vexa::mountainwave {
 

@@ -201,11 +201,11 @@ std::vector<LevelRow> DumpRows(const SoundingRecord& sounding,
                               : IntegrateLevels(sounding, results);
 }
 
-analysis::AnalysisResults AnalyseForDump(const SoundingRecord& sounding, const Options& options,
-                                         DumpKind kind) {
-  if (kind == DumpKind::Spreadsheet) return analysis::Analyse(sounding, options);
+analysis::AnalysisResults AnalyseForDump(const SoundingRecord& sounding,
+                                         const AnalysisSettings& set, DumpKind kind) {
+  if (kind == DumpKind::Spreadsheet) return analysis::Analyse(sounding, set);
   analysis::AnalysisResults results;
-  results.Levels = analysis::DeriveLevels(sounding, options);
+  results.Levels = analysis::DeriveLevels(sounding, set);
   results.Layers.Listing = analysis::ListLevels(results.Levels);
   return results;
 }
@@ -216,9 +216,9 @@ std::string DumpOpening(const DumpOptions& dump, DumpKind kind) {
 }
 
 std::string DumpSounding(const SoundingRecord& sounding, const analysis::AnalysisResults& results,
-                         const Options& options, DumpKind kind) {
-  return kind == DumpKind::Spreadsheet ? SpreadsheetBlock(sounding, results, options)
-                                       : TextBlock(sounding, results, options.System.Dump);
+                         const DisplaySettings& set, const DumpOptions& dump, DumpKind kind) {
+  return kind == DumpKind::Spreadsheet ? SpreadsheetBlock(sounding, results, set, dump)
+                                       : TextBlock(sounding, results, dump);
 }
 
 std::string DumpClosing(const DumpSummary& summary, const DumpOptions& dump, DumpKind kind) {

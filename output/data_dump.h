@@ -11,7 +11,8 @@
 #include <vector>
 
 #include "analysis/analysis.h"
-#include "config/options.h"
+#include "config/display_settings.h"
+#include "config/dump_options.h"
 #include "core/sounding_record.h"
 #include "output/level_rows.h"
 
@@ -55,8 +56,8 @@ std::vector<LevelRow> DumpRows(const SoundingRecord& sounding,
                                const analysis::AnalysisResults& results, const DumpOptions& dump);
 
 /// Analyses as much of a sounding as its dump shows: for a text file the levels alone.
-analysis::AnalysisResults AnalyseForDump(const SoundingRecord& sounding, const Options& options,
-                                         DumpKind kind);
+analysis::AnalysisResults AnalyseForDump(const SoundingRecord& sounding,
+                                         const AnalysisSettings& set, DumpKind kind);
 
 /// What the closing of a file tells of its soundings.
 struct DumpSummary {
@@ -67,14 +68,16 @@ struct DumpSummary {
 
 /// The parts of a dump; lines end in CR LF.
 ///
-/// options  System.Dump has the units and blocks; the spreadsheet's analysis values follow the rest
+/// set   what the analysis values of the spreadsheet follow
+/// dump  units and blocks of everything else
 std::string DumpOpening(const DumpOptions& dump, DumpKind kind);
 std::string DumpSounding(const SoundingRecord& sounding, const analysis::AnalysisResults& results,
-                         const Options& options, DumpKind kind);
+                         const DisplaySettings& set, const DumpOptions& dump, DumpKind kind);
 std::string DumpClosing(const DumpSummary& summary, const DumpOptions& dump, DumpKind kind);
 
 /// One sounding's block of the spreadsheet; DumpSounding calls it.
 std::string SpreadsheetBlock(const SoundingRecord& sounding,
-                             const analysis::AnalysisResults& results, const Options& options);
+                             const analysis::AnalysisResults& results, const DisplaySettings& set,
+                             const DumpOptions& dump);
 
 }  // namespace vexa::output

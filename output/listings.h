@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "analysis/analysis.h"
-#include "config/options.h"
+#include "config/display_settings.h"
 #include "core/fault.h"
 #include "core/sounding_record.h"
 
@@ -24,7 +24,7 @@ inline constexpr std::string_view kNewPage = "NEWPAGE";
 struct ListingSource {
   const SoundingRecord& Sounding;
   const analysis::AnalysisResults& Results;
-  const Options& Set;
+  const DisplaySettings& Set;
 };
 
 using ListingLines = std::vector<std::string>;

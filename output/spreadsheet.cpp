@@ -55,13 +55,10 @@ class Sheet {
 struct Source {
   const SoundingRecord& Sounding;
   const AnalysisResults& Results;
-  const Options& Set;
+  const DisplaySettings& Set;
+  const DumpOptions& Dump;
   double Ground;  // m above mean sea level
 };
-
-const DumpOptions& Dump(const Source& from) {
-  return from.Set.System.Dump;
-}
 
 struct Quantity {
   std::string Number{};
@@ -69,13 +66,13 @@ struct Quantity {
 };
 
 Quantity Length(double meters, const Source& from) {
-  const bool isFeet = Dump(from).Height == DumpHeight::Feet;
+  const bool isFeet = from.Dump.Height == DumpHeight::Feet;
   return {Mask(isFeet ? FeetFromMeters(meters) : meters, "#####0"), isFeet ? " ft " : " m "};
 }
 
 Quantity HeightOf(double height, const Source& from) {
   if (!HasHeight(height)) return {std::string(kDumpMissing), Length(0, from).Unit};
-  return Length(Dump(from).Reference == HeightMode::Agl ? height - from.Ground : height, from);
+  return Length(from.Dump.Reference == HeightMode::Agl ? height - from.Ground : height, from);
 }
 
 // Numbers stay numbers: that the sounding ends too early stands in a cell behind them.
@@ -135,7 +132,7 @@ constexpr std::string_view kToldAsLevels[] = {"LCL Hgt",   "LFC Hgt",  "LFC Prs"
                                               "MPL Prs",   "MPL Hgt",  "FRZG Lvl", "cclEL Hgt",
                                               "lfcEL Hgt", "Stn Elev", "TROP Lvl"};
 
-std::string LabelOf(const IndexValue& index, const Options& options) {
+std::string LabelOf(const IndexValue& index, const DisplaySettings& options) {
   const std::string_view label = Trim(index.Row->Label);
   for (const Renamed& row : kRenamed) {
     if (row.Index == label) return std::string(row.Label);
@@ -150,7 +147,7 @@ std::string LabelOf(const IndexValue& index, const Options& options) {
 }
 
 analysis::IndexUnits UnitsOf(const Source& from) {
-  const DumpOptions& dump = Dump(from);
+  const DumpOptions& dump = from.Dump;
   return {.Temp = dump.Temp == DumpTemp::Fahrenheit ? TempUnits::Fahrenheit : TempUnits::Celsius,
           .Length = dump.Height == DumpHeight::Feet ? LengthUnits::Feet : LengthUnits::Meter,
           .Heights = dump.Reference,
@@ -223,7 +220,7 @@ void PutPosition(Sheet& sheet, const Source& from) {
 }
 
 void PutLevels(Sheet& sheet, const Source& from) {
-  const DumpOptions& dump = Dump(from);
+  const DumpOptions& dump = from.Dump;
   const std::span<const DumpColumn> columns = DumpColumns(dump);
   for (const DumpColumn& column : columns) {
     const std::string unit = column.Unit(dump);
@@ -239,9 +236,9 @@ void PutLevels(Sheet& sheet, const Source& from) {
 }  // namespace
 
 std::string SpreadsheetBlock(const SoundingRecord& sounding, const AnalysisResults& results,
-                             const Options& options) {
+                             const DisplaySettings& set, const DumpOptions& dump) {
   const double ground = results.Levels.Count() > 0 ? results.Levels.Height(1) : 0;
-  const Source from{sounding, results, options, ground};
+  const Source from{sounding, results, set, dump, ground};
   Sheet sheet;
   sheet.Cell("Sounding Information").Cell(sounding.StationTitle).EndRow();
   PutPosition(sheet, from);

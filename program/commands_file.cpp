@@ -131,7 +131,8 @@ Changes LoadFirstOf(Program& program, Document::Leave leave,
 }  // namespace
 
 Changes DataAccess(Program& program) {
-  const bool isUpdated = program.Set.AutoDirectoryUpdate && !program.Current.DataFolder.empty();
+  const bool isUpdated =
+      program.Set.System.AutoDirectoryUpdate && !program.Current.DataFolder.empty();
   const std::filesystem::path& folder = isUpdated ? program.Current.DataFolder : program.Where.Data;
   const std::vector<std::string> chosen = program.Current.Ask->ChooseFiles(
       FileQuestion{.Title = "Open Sounding",

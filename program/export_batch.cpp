@@ -39,8 +39,8 @@ Piece MakePiece(const std::string& file, const ExportRequest& request, const Opt
       return Fault{kFaultUnusable, "BadSounding", FindingText(piece.Finding)};
     }
     const SoundingRecord& record = loading.Sounding->Record;
-    piece.Text =
-        output::DumpSounding(record, output::AnalyseForDump(record, options, kind), options, kind);
+    piece.Text = output::DumpSounding(record, output::AnalyseForDump(record, options, kind),
+                                      options, options.System.Dump, kind);
     piece.DataType = record.DataFormat;
     return std::nullopt;
   });
@@ -208,7 +208,7 @@ std::optional<Fault> ExportSounding(const SoundingRecord& sounding, const Option
   return SaveFile(
       output, output::DumpOpening(dump, kind) +
                   output::DumpSounding(sounding, output::AnalyseForDump(sounding, options, kind),
-                                       options, kind) +
+                                       options, dump, kind) +
                   output::DumpClosing(summary, dump, kind));
 }
 

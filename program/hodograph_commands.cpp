@@ -38,20 +38,20 @@ Changes EnterStormMotion(Program& program, analysis::Wind motion) {
   program.Set.MotionMode = Scaling::Manual;
   program.Set.ManualMotionDir = EnteredDirection(motion.Dir);
   program.Set.ManualMotionSpd = std::clamp(Rounded(motion.Spd, 2), speeds.Least, speeds.Most);
-  return {.Storm = program.Set != before};
+  return {.View = program.Set != before};
 }
 
 Changes SetMotionMode(Program& program, Scaling mode) {
   if (mode == Scaling::Auto) program.Hodograph.Hold = false;
   if (program.Set.MotionMode == mode) return {};
   program.Set.MotionMode = mode;
-  return {.Storm = true};
+  return {.View = true};
 }
 
 Changes ChooseMover(Program& program, StormMover mover) {
   if (program.Set.Mover == mover) return {};
   program.Set.Mover = mover;
-  return {.Storm = true};
+  return {.View = true};
 }
 
 Changes HoldStormMotion(Program& program, bool hold) {
@@ -79,7 +79,7 @@ Changes TakeBack(Program& program, const StormEntry& entry) {
   program.Set.ManualMotionDir = entry.Motion.Dir;
   program.Set.ManualMotionSpd = entry.Motion.Spd;
   program.Hodograph.Hold = entry.Hold;
-  return {.Storm = program.Set != before};
+  return {.View = program.Set != before};
 }
 
 void LoadCompared(Program& program) {

@@ -141,12 +141,9 @@ bool Refresh(Program& program, Changes changes) {
   if (!pass) return false;
   bool finished = false;
   const std::optional<Fault> fault = Guarded("Refresh", [&]() -> std::optional<Fault> {
-    if (changes.Sounding || changes.Options) {
-      program.Doc.Analyse(program.Set, program.Adiabats, ProgressOf(program));
-      HintAtDcape(program);
-    } else if (changes.Storm) {
-      program.Doc.FollowStormMotion(program.Set);
-    }
+    const Document::Computed computed =
+        program.Doc.Analyse(program.Set, program.Adiabats, ProgressOf(program));
+    if (computed == Document::Computed::Everything) HintAtDcape(program);
     std::vector<diagram::OverlaySounding> others;
     for (const SharedSounding& other : program.Others) others.push_back({&other->Record()});
     const std::optional<Picture> small = hodograph::PlotSmallHodograph(HodographOf(program));

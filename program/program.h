@@ -109,13 +109,12 @@ enum class Command {
   BeeperOff,
 };
 
-/// What a command changed, hence what is no longer true of the results and the picture.
+/// What a command changed, hence what is to be shown anew. Whether something is to be computed anew
+/// as well, the document knows.
 struct Changes {
   bool Sounding = false;
-  bool Options = false;  // settings that analyses read
-  bool Storm = false;    // the storm's motion alone
-  bool View = false;     // settings that only the drawing reads
-  bool Any() const { return Sounding || Options || Storm || View; }
+  bool View = false;  // settings, or how the diagram is looked at
+  bool Any() const { return Sounding || View; }
   bool operator==(const Changes&) const = default;
 };
 

@@ -30,9 +30,7 @@ SettingsDraft CurrentSettings(const Program& program) {
 
 std::optional<Changes> AdoptSettings(Program& program, const SettingsDraft& draft) {
   if (!program.Gate.IsOpen()) return std::nullopt;
-  Changes changes;
-  changes.Options = program.Settings.Set != draft.Set;
-  changes.View = program.Settings.System != draft.System;
+  const Changes changes{.View = CurrentSettings(program) != draft};
   program.Settings.Set = draft.Set;
   program.Settings.System = draft.System;
   FollowFolders(program);
@@ -80,7 +78,7 @@ Changes SwitchTo(Program& program, Configuration to) {
   program.Written = program.Settings;
   for (std::string& note : notes) program.Notices.push_back(std::move(note));
   FollowFolders(program);
-  return {.Options = true, .View = true};
+  return {.View = true};
 }
 
 Changes WriteReport(Program& program) {

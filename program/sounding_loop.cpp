@@ -36,7 +36,8 @@ Changes StartLoop(Program& program) {
   view.Looping = true;
   view.Mode = diagram::MultiMode::Single;
   program.Others.clear();
-  if (program.Set.LoopNoRescaling && program.Plot) view.LoopScale = program.Plot->Mapping.Whole();
+  if (program.Set.System.LoopNoRescaling && program.Plot)
+    view.LoopScale = program.Plot->Mapping.Whole();
   return {.Sounding = changed, .View = true};
 }
 
@@ -51,7 +52,7 @@ Changes StepLoop(Program& program) {
     return StopLoop(program);
   }
   const std::size_t count = program.Listed.Size();
-  if (!program.Set.SkipLoop) {
+  if (!program.Set.System.SkipLoop) {
     const Silenced quiet = program.Doc.Quiet();  // nobody attends to boxes while pictures pass
     const std::size_t next = (program.Listed.Now() + 1) % count;
     if (LoadListed(program, *leave, next)) return {.Sounding = true};

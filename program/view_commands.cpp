@@ -67,12 +67,12 @@ Changes PlotOldSounding(Program& program, MultiMode mode, std::vector<SharedSoun
 void LookAs(const Program& program, diagram::PlotInput& input) {
   const ViewState& view = program.View;
   input.Mode = view.Looping ? MultiMode::Loop : view.Mode;
-  const Options& set = input.Set;
+  const ViewSettings& set = input.Set;
   input.OthersScaling = view.Mode == MultiMode::Compare ? set.CompareScaling : set.OverlayScaling;
   if (view.ShowsReference && view.Reference) input.Reference = &view.Reference->Record();
   input.Lines = view.Lines;
   input.Zoom = view.Zoom;
-  if (view.Looping) input.LoopHoldTime = program.Set.MovieTime;
+  if (view.Looping) input.LoopHoldTime = program.Set.System.MovieTime;
   if (view.LoopScale) input.Scale = &*view.LoopScale;
   const FrontSettings& front = program.Hodograph.Front;
   for (const fronts::FrontZone& zone :

@@ -103,7 +103,7 @@ Json MoverJson(const std::optional<analysis::Mover>& mover) {
   return json;
 }
 
-Json StormMotionJson(const analysis::StormMotionResults& storm, const Options& options) {
+Json StormMotionJson(const analysis::StormMotionResults& storm, const DisplaySettings& options) {
   Json json;
   json["method"] = Word(options.Motion);
   json["mean wind 0-6 km"] = WindJson(storm.Mean6km);
@@ -147,7 +147,7 @@ Json MixedLayerJson(const std::optional<analysis::MixedLayer>& mixed) {
   return json;
 }
 
-Json LayersJson(const AnalysisResults& results, const Options& options) {
+Json LayersJson(const AnalysisResults& results, const DisplaySettings& options) {
   const analysis::LayerResults& layers = results.Layers;
   Json json;
   json["inversions"] = ArrayOf(results.Inversions, [](const analysis::Inversion& inversion) {
@@ -299,7 +299,7 @@ void AddHeading(Json& json, const ReportedSounding& sounding) {
 }  // namespace
 
 ReportedSounding ReportOf(const AnalysedSounding& sounding, std::string name,
-                          const Options& options, analysis::AdiabatTable* table) {
+                          const DisplaySettings& options, analysis::AdiabatTable* table) {
   return {.File = std::move(name),
           .Record = sounding.Record(),
           .Results = sounding.Results(options, table),
@@ -307,7 +307,7 @@ ReportedSounding ReportOf(const AnalysedSounding& sounding, std::string name,
           .Finding = sounding.Finding()};
 }
 
-std::string SoundingJson(const ReportedSounding& sounding, const Options& options) {
+std::string SoundingJson(const ReportedSounding& sounding, const DisplaySettings& options) {
   const AnalysisResults& results = sounding.Results;
   Json json;
   AddHeading(json, sounding);

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "analysis/analysis.h"
-#include "config/options.h"
+#include "config/display_settings.h"
 #include "core/data_checks.h"
 #include "core/sounding_record.h"
 #include "sounding/analysed_sounding.h"
@@ -25,9 +25,9 @@ struct ReportedSounding {
 ///
 /// table  as AnalysedSounding::Results takes it
 ReportedSounding ReportOf(const AnalysedSounding& sounding, std::string name,
-                          const Options& options, analysis::AdiabatTable* table = nullptr);
+                          const DisplaySettings& options, analysis::AdiabatTable* table = nullptr);
 
 /// One JSON object, without a line end; docs/command-line.md lists its keys.
-std::string SoundingJson(const ReportedSounding& sounding, const Options& options);
+std::string SoundingJson(const ReportedSounding& sounding, const DisplaySettings& options);
 
 }  // namespace vexa::report

@@ -19,13 +19,13 @@ Loading LoadSounding(const Source& from, const LoadPolicy& policy) {
   return loading;
 }
 
-const analysis::AnalysisResults& AnalysedSounding::Results(const Options& set,
+const analysis::AnalysisResults& AnalysedSounding::Results(const AnalysisSettings& set,
                                                            analysis::AdiabatTable* table) const {
   if (!results_ || !(*under_ == set)) {
     results_ = std::make_unique<analysis::AnalysisResults>(
         table != nullptr ? analysis::Analyse(Record(), set, *table)
                          : analysis::Analyse(Record(), set));
-    under_ = std::make_unique<Options>(set);
+    under_ = std::make_unique<AnalysisSettings>(set);
   }
   return *results_;
 }

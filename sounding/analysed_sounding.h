@@ -11,7 +11,6 @@
 
 #include "analysis/adiabat_table.h"
 #include "analysis/analysis.h"
-#include "config/options.h"
 #include "core/data_checks.h"
 #include "core/fault.h"
 #include "core/files.h"
@@ -65,13 +64,13 @@ class AnalysedSounding {
   const std::vector<std::string>& Notes() const { return loaded_.Notes; }
   const QcFinding& Finding() const { return loaded_.Finding; }
   /// table  kept from one sounding to the next, which saves time and changes no number
-  const analysis::AnalysisResults& Results(const Options& set,
+  const analysis::AnalysisResults& Results(const AnalysisSettings& set,
                                            analysis::AdiabatTable* table = nullptr) const;
 
  private:
   LoadedSounding loaded_;
   mutable std::unique_ptr<const analysis::AnalysisResults> results_{};
-  mutable std::unique_ptr<const Options> under_{};
+  mutable std::unique_ptr<const AnalysisSettings> under_{};
 };
 
 using SharedSounding = std::shared_ptr<const AnalysedSounding>;

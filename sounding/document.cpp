@@ -17,6 +17,11 @@ std::filesystem::path WholePath(const std::filesystem::path& path) {
   return failed ? path : whole;
 }
 
+bool DifferInStormAlone(AnalysisSettings before, const AnalysisSettings& now) {
+  static_cast<StormSettings&>(before) = now;
+  return before == now;
+}
+
 }  // namespace
 
 bool Document::IsAltered() const {
@@ -60,7 +65,7 @@ Status Document::Load(Leave leave, const Source& from, const LoadPolicy& policy,
 
 void Document::Take(Leave, LoadedSounding loaded) {
   const std::filesystem::path whole = WholePath(loaded.From.File);
-  current_.Record = std::move(loaded.Record);
+  Exchange(std::move(loaded.Record));
   current_.FileName = TextFromPath(whole.filename());
   current_.DataFolder = whole.parent_path();
   current_.LoadNotes = std::move(loaded.Notes);
@@ -81,7 +86,9 @@ void Document::Enter(Leave leave, SoundingRecord entered, const std::filesystem:
   Take(leave, {.From = {.File = path}});
   loaded_.reset();
   onDisk_.reset();
-  ClearData(current_.Record);
+  SoundingRecord empty;
+  ClearData(empty);
+  Exchange(std::move(empty));
   Adopt(std::move(entered), "enter sounding");
 }
 
@@ -89,9 +96,15 @@ bool Document::ForgetEdits(Leave) {
   TakeBack();
   history_.Clear();
   if (!onDisk_ || *onDisk_ == current_.Record) return false;
-  current_.Record = *onDisk_;
+  Exchange(*onDisk_);
   Check();
   return true;
+}
+
+// The only way in which the record becomes another one; gives the one before.
+SoundingRecord Document::Exchange(SoundingRecord record) {
+  under_.reset();
+  return std::exchange(current_.Record, std::move(record));
 }
 
 // The indicator follows each edit: an edit may mend what the check found.
@@ -103,7 +116,7 @@ void Document::Check() {
 bool Document::Adopt(SoundingRecord edited, std::string_view step) {
   TakeBack();
   if (edited == current_.Record) return false;
-  SoundingRecord before = std::exchange(current_.Record, std::move(edited));
+  SoundingRecord before = Exchange(std::move(edited));
   history_.Remember(step, std::move(before), current_.Record);
   Check();
   return true;
@@ -112,6 +125,7 @@ bool Document::Adopt(SoundingRecord edited, std::string_view step) {
 bool Document::Undo() {
   TakeBack();
   if (!history_.Undo(current_.Record)) return false;
+  under_.reset();
   Check();
   return true;
 }
@@ -119,6 +133,7 @@ bool Document::Undo() {
 bool Document::Redo() {
   TakeBack();
   if (!history_.Redo(current_.Record)) return false;
+  under_.reset();
   Check();
   return true;
 }
@@ -129,20 +144,20 @@ bool Document::Restore() {
 
 bool Document::Try(SoundingRecord tried) {
   if (tried == current_.Record) return false;
-  SoundingRecord shown = std::exchange(current_.Record, std::move(tried));
+  SoundingRecord shown = Exchange(std::move(tried));
   if (!before_) before_ = std::move(shown);
   return true;
 }
 
 bool Document::Keep(std::string_view step) {
   if (!before_) return false;
-  SoundingRecord kept = std::exchange(current_.Record, *std::exchange(before_, std::nullopt));
+  SoundingRecord kept = Exchange(*std::exchange(before_, std::nullopt));
   return Adopt(std::move(kept), step);
 }
 
 bool Document::TakeBack() {
   if (!before_) return false;
-  current_.Record = *std::exchange(before_, std::nullopt);
+  Exchange(*std::exchange(before_, std::nullopt));
   return true;
 }
 
@@ -173,12 +188,17 @@ void Document::MarkOnDisk() {
   onDiskStamp_ = StampOf(current_.FilePath());
 }
 
-void Document::Analyse(const Options& set, analysis::AdiabatTable& table, Progress progress) {
-  results_ = analysis::Analyse(current_.Record, set, table, progress);
-}
-
-void Document::FollowStormMotion(const Options& set) {
-  analysis::FollowStormMotion(current_.Record, set, results_);
+Document::Computed Document::Analyse(const AnalysisSettings& set, analysis::AdiabatTable& table,
+                                     Progress progress) {
+  if (under_ == set) return Computed::Nothing;
+  const bool stormAlone = under_ && DifferInStormAlone(*under_, set);
+  if (stormAlone) {
+    analysis::FollowStormMotion(current_.Record, set, results_);
+  } else {
+    results_ = analysis::Analyse(current_.Record, set, table, progress);
+  }
+  under_ = set;
+  return stormAlone ? Computed::StormMotion : Computed::Everything;
 }
 
 CurrentSounding Document::Beside() const {

@@ -11,7 +11,6 @@
 
 #include "analysis/adiabat_table.h"
 #include "analysis/analysis.h"
-#include "config/options.h"
 #include "core/current_sounding.h"
 #include "core/data_checks.h"
 #include "core/edit_history.h"
@@ -97,8 +96,12 @@ class Document {
 
   // Its analysis.
 
-  void Analyse(const Options& set, analysis::AdiabatTable& table, Progress progress);
-  void FollowStormMotion(const Options& set);
+  /// What it took to bring the results up to date.
+  enum class Computed { Nothing, StormMotion, Everything };
+
+  /// Computes the results that have become stale: all of them after a change of the sounding or of
+  /// these settings, those of the storm alone when only its motion is another, else none.
+  Computed Analyse(const AnalysisSettings& set, analysis::AdiabatTable& table, Progress progress);
 
   // Talking to the user about it.
 
@@ -122,6 +125,7 @@ class Document {
   const std::optional<QcFinding>& Correction() const { return correction_; }
 
  private:
+  SoundingRecord Exchange(SoundingRecord record);
   void Check();
   void MarkOnDisk();
 
@@ -135,6 +139,7 @@ class Document {
   std::optional<SoundingRecord> before_{};  // the changes being tried
   std::optional<QcFinding> correction_{};
   analysis::AnalysisResults results_{};
+  std::optional<AnalysisSettings> under_{};  // the results' settings; empty: they are of another
 };
 
 }  // namespace vexa

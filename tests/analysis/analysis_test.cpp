@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "analysis/adiabat_table.h"
+#include "config/options.h"
 #include "support/soundings.h"
 
 namespace vexa::analysis {

@@ -6,6 +6,7 @@
 
 #include "analysis/index_table.h"
 #include "analysis/severe_table.h"
+#include "config/options.h"
 #include "support/soundings.h"
 
 namespace vexa::analysis {

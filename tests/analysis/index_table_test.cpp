@@ -3,6 +3,7 @@
 #include <cmath>
 #include <set>
 
+#include "config/options.h"
 #include "core/numbers.h"
 #include "support/soundings.h"
 

@@ -8,6 +8,7 @@
 #include <random>
 
 #include "analysis/standard_atmosphere.h"
+#include "config/options.h"
 #include "core/markers.h"
 #include "support/soundings.h"
 

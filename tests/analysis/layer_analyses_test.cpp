@@ -8,6 +8,7 @@
 #include "analysis/soaring.h"
 #include "analysis/turbulence.h"
 #include "analysis/winter.h"
+#include "config/options.h"
 #include "core/markers.h"
 #include "support/soundings.h"
 
@@ -206,8 +207,8 @@ TEST(Winter, AreasAndZonesOfAProfile) {
 TEST(Soaring, OfTheConvectiveSoundingAt31Degrees) {
   const AnalysisResults results = Analyse(test::ReferenceConvective(), {});
   Options settings;
-  settings.System.SoarTm = 31;
-  settings.System.TriggerHgt = 1000 / 0.3048;
+  settings.SoarTm = 31;
+  settings.TriggerHgt = 1000 / 0.3048;
   const SoaringResults soaring = AnalyseSoaring(results, settings);
   EXPECT_NEAR(soaring.ThermalIndex(4), -2.76, 0.01);  // 900 hPa
   EXPECT_NEAR(soaring.ThermalIndex(6), -1.14, 0.01);  // 850 hPa
@@ -216,9 +217,9 @@ TEST(Soaring, OfTheConvectiveSoundingAt31Degrees) {
   EXPECT_NEAR(soaring.ThermalTop.Height - 357, 1260, 3);
   EXPECT_NEAR(soaring.TriggerTemp, 29.07, 0.02);
   EXPECT_FALSE(soaring.CloudBase.Exists());
-  settings.System.LiftEq = 2;
+  settings.LiftEq = 2;
   EXPECT_NEAR(AnalyseSoaring(results, settings).Lift, 2.01, 0.02);
-  settings.System.SoarTm = 36;
+  settings.SoarTm = 36;
   EXPECT_TRUE(AnalyseSoaring(results, settings).CloudBase.Exists());
 }
 
@@ -262,7 +263,7 @@ TEST(Soaring, ThermalsOfOrdinaryDays) {
   for (const Case& c : cases) {
     SCOPED_TRACE(c.About);
     Options options;
-    options.System.SoarTm = c.Entered;
+    options.SoarTm = c.Entered;
     const SoaringResults soaring = Analyse(c.Sounding, options).Soaring;
     EXPECT_NEAR(soaring.MaxTemp, c.DayTemp, 0.01);
     EXPECT_NEAR(soaring.ThermalTop.Press, c.Top, 0.3);
@@ -278,7 +279,7 @@ TEST(Soaring, KeepsItsLevelsInOrder) {
     for (double entered = sounding.Temp(1) - 5; entered < 45; entered += 0.5) {
       SCOPED_TRACE(entered);
       Options options;
-      options.System.SoarTm = entered;
+      options.SoarTm = entered;
       const AnalysisResults results = Analyse(sounding, options);
       const SoaringResults& soaring = results.Soaring;
       if (!soaring.ThermalTop.Exists()) continue;

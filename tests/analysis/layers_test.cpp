@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "config/options.h"
 #include "support/soundings.h"
 
 namespace vexa::analysis {

@@ -17,6 +17,7 @@
 #include "analysis/analysis.h"
 #include "analysis/index_table.h"
 #include "analysis/interpolate.h"
+#include "config/options.h"
 #include "core/current_sounding.h"
 #include "core/interaction.h"
 #include "core/markers.h"

@@ -10,6 +10,7 @@
 #include "analysis/adiabat_table.h"
 #include "analysis/analysis.h"
 #include "analysis/moist_air.h"
+#include "config/options.h"
 #include "support/soundings.h"
 
 namespace vexa::analysis {

@@ -12,6 +12,7 @@
 #include "analysis/index_table.h"
 #include "analysis/moist_air.h"
 #include "analysis/parcel.h"
+#include "config/options.h"
 #include "core/interaction.h"
 #include "core/numbers.h"
 #include "ingest/decoder.h"

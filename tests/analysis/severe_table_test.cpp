@@ -4,6 +4,7 @@
 
 #include "analysis/analysis.h"
 #include "analysis/index_table.h"
+#include "config/options.h"
 #include "core/files.h"
 #include "support/soundings.h"
 

@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "config/options.h"
 #include "core/units.h"
 #include "support/soundings.h"
 

@@ -196,7 +196,7 @@ TEST_F(ControlTest, KeysStepLevelsAndSoundings) {
 
 TEST_F(ControlTest, TheLoopRunsUntilItIsStopped) {
   Open({test::ReferenceConvective(), test::ReferenceWinter()});
-  program.Set.MovieTime = 0.1;
+  program.Set.System.MovieTime = 0.1;
   QTimer::singleShot(0, &window, [] {
     auto* dialog = QApplication::activeModalWidget();
     ASSERT_NE(dialog, nullptr);

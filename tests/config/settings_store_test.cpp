@@ -90,7 +90,7 @@ TEST(Settings, TheFilesAsTheyStand) {
   SettingsStore store;
   store.System.Configurations[0] = {"Gliding", ""};
   store.System.Configurations[1] = {"6\" dish, 5%", "Z\xC3\xBCrich"};
-  store.Set.System.SoarTm = 31.5;
+  store.Set.SoarTm = 31.5;
   ASSERT_FALSE(SaveSettings(folder.Path(), store));
   auto files = FilesIn(folder.Path());
   const std::string header = "\"This is a VEXA system file -- Do Not Alter.\"\r\n";
@@ -185,33 +185,31 @@ TEST(Settings, DamageCostsNoMoreThanItTouches) {
        "99999,2,\"sideways\"\r\n\"\"\r\n\"METER\",\"M/S\",\"F\"\r\n",
        "VEXAsoar.CFG, line 2: TriggerHgt does not take \"99999\" and keeps its default.",
        [](const SettingsStore& s) {
-         return s.Set.System.TriggerHgt == 3000 && s.Set.System.LiftEq == 2 &&
-                s.Set.System.SoarHgtMode == HeightMode::Msl &&
+         return s.Set.TriggerHgt == 3000 && s.Set.LiftEq == 2 &&
+                s.Set.SoarHgtMode == HeightMode::Msl &&
                 s.Soaring.Lift == LiftUnits::MetersPerSecond;
        }},
       {"a record that lacks a field", SettingsFile::Soaring,
        "4000,2\r\n12.5\r\n\"METER\",\"M/S\",\"F\"\r\n",
        "VEXAsoar.CFG, line 2: the data end where SoarHgtMode should stand.",
        [](const SettingsStore& s) {
-         return s.Set.System.LiftEq == 2 && s.Set.System.SoarTm == 12.5 &&
+         return s.Set.LiftEq == 2 && s.Set.SoarTm == 12.5 &&
                 s.Soaring.Heights == LengthUnits::Meter;
        }},
       {"a record with a field too many", SettingsFile::Soaring,
        "4000,2,\"AGL\",7\r\n12.5\r\n\"METER\",\"M/S\",\"F\"\r\n",
        "VEXAsoar.CFG, line 2: the record has more fields than this version knows.",
        [](const SettingsStore& s) {
-         return s.Set.System.SoarHgtMode == HeightMode::Agl && s.Set.System.SoarTm == 12.5;
+         return s.Set.SoarHgtMode == HeightMode::Agl && s.Set.SoarTm == 12.5;
        }},
       {"a torn text ends with its line", SettingsFile::Soaring,
        "4000,2,\"AGL\r\n12.5\r\n\"METER\",\"M/S\",\"F\"\r\n",
        "VEXAsoar.CFG, line 2: a text lacks its closing quote.",
-       [](const SettingsStore& s) {
-         return s.Set.System.TriggerHgt == 4000 && s.Set.System.SoarTm == 12.5;
-       }},
+       [](const SettingsStore& s) { return s.Set.TriggerHgt == 4000 && s.Set.SoarTm == 12.5; }},
       {"more records than known", SettingsFile::Soaring,
        "4000,2,\"AGL\"\r\n12.5\r\n\"METER\",\"M/S\",\"F\"\r\n1,2\r\n",
        "VEXAsoar.CFG, line 5: the file has more records than this version knows.",
-       [](const SettingsStore& s) { return s.Set.System.SoarTm == 12.5; }},
+       [](const SettingsStore& s) { return s.Set.SoarTm == 12.5; }},
       {"a foreign file", SettingsFile::Listing, "TTAA 51231 72357\n99970 28009\n",
        "VEXA56+.THM, line 2: the data end where height interval should stand.",
        [](const SettingsStore& s) { return s.Listing == ListingSettings{}; }},
@@ -416,7 +414,7 @@ TEST(SwitchConfiguration, AFaultChangesNothing) {
   const test::TemporaryFolder folder;
   SettingsStore store;
   ASSERT_FALSE(SaveSettings(folder.Path(), store));
-  store.Set.MovieTime += 1;  // there is something to write
+  store.Set.System.MovieTime += 1;  // there is something to write
   for (const char* name : {"VEXAMAIN.SYS", "VEXA.SYS"}) {
     fs::permissions(folder.Path() / name, fs::perms::owner_read);
     const SettingsStore before = store;

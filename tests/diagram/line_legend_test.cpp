@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "config/options.h"
 #include "support/page_checks.h"
 
 namespace vexa::diagram {

@@ -1,5 +1,6 @@
 #include "diagram/scaling.h"
 
+#include "config/options.h"
 #include "support/soundings.h"
 
 namespace vexa::diagram {

@@ -5,6 +5,7 @@
 #include <set>
 
 #include "analysis/interpolate.h"
+#include "config/options.h"
 #include "diagram/palette.h"
 #include "picture/clip.h"
 #include "support/soundings.h"

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "config/options.h"
+
 namespace vexa::diagram {
 namespace {
 

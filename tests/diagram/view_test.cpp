@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "config/options.h"
 #include "diagram/cursor_marks.h"
 #include "diagram/plot_state.h"
 #include "diagram/sounding_plot.h"
@@ -153,7 +154,7 @@ TEST(ExtraLines, StandWhereTheirNumbersAre) {
   Drawn drawn(test::ReferenceConvective());
   EXPECT_TRUE(Tagged(drawn().Page, "contrail").empty());
   drawn.Lines = {true, true, true, true};
-  drawn.Set.System.SoarTm = 31;
+  drawn.Set.SoarTm = 31;
   const SoundingPlot plot = drawn();
   // Critical temperatures at 60 %, Schumann (1996) with a contrail factor of 0.040, computed apart.
   struct Case {

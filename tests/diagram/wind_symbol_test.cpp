@@ -7,6 +7,7 @@
 
 #include "analysis/analysis.h"
 #include "analysis/interpolate.h"
+#include "config/options.h"
 #include "core/numbers.h"
 #include "diagram/sounding_plot.h"
 #include "diagram/wind_column.h"

@@ -8,6 +8,7 @@
 #include <set>
 #include <utility>
 
+#include "config/options.h"
 #include "display/weather.h"
 #include "picture/text_width.h"
 #include "support/page_checks.h"

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "config/options.h"
 #include "support/soundings.h"
 
 namespace vexa::display {
@@ -20,7 +21,7 @@ TEST(WeatherSheets, ShowTheAnalysisInTheUnitsOfTheOptions) {
   const SoundingRecord sounding = test::ReferenceConvective();
   Options options;
   options.ThermoHeight = LengthUnits::Feet;
-  options.System.SoarTm = 31;
+  options.SoarTm = 31;
   const analysis::AnalysisResults results = analysis::Analyse(sounding, options);
   const analysis::SevereTable table = analysis::DefaultSevereTable();
   const Shown shown{sounding, results, options, table};
@@ -40,7 +41,7 @@ TEST(WeatherSheets, ShowTheAnalysisInTheUnitsOfTheOptions) {
   EXPECT_NE(RowOf(WinterWeatherSheet(shown), "Type"), nullptr);
 
   // At 36 C clouds end the thermals, with an index far below 0.
-  options.System.SoarTm = 36;
+  options.SoarTm = 36;
   options.Speed = SpeedUnits::MetersPerSecond;
   const analysis::AnalysisResults cloudy = analysis::Analyse(sounding, options);
   const Shown hot{sounding, cloudy, options, table};

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "config/options.h"
 #include "hodograph/rings.h"
 #include "support/page_checks.h"
 #include "support/soundings.h"

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "config/options.h"
 #include "hodograph/analysis_panel.h"
 #include "hodograph/wind_table.h"
 #include "support/soundings.h"

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "analysis/analysis.h"
+#include "config/options.h"
 #include "core/markers.h"
 #include "hodograph/comparison.h"
 #include "hodograph/compass.h"

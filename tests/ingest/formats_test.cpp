@@ -9,6 +9,7 @@
 #include <cmath>
 #include <string>
 
+#include "analysis/analysis_settings.h"
 #include "analysis/interpolate.h"
 #include "core/files.h"
 #include "core/markers.h"
@@ -597,7 +598,7 @@ TEST(Formats, AWindGivenAtAPressureIsFoundThere) {
     double Press, Dir, Spd;
   } winds[] = {{925, 325, 21}, {850, 315, 26}, {700, 275, 16}, {500, 265, 38}, {259, 260, 62}};
   for (const SoundingRecord* read : {&record, &back}) {
-    const analysis::LevelProfile profile = analysis::DeriveLevels(*read, Options{});
+    const analysis::LevelProfile profile = analysis::DeriveLevels(*read, AnalysisSettings{});
     for (const auto& wind : winds) {
       SCOPED_TRACE(wind.Press);
       const analysis::Wind found = analysis::GetWIND(*read, profile, wind.Press);

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <string>
 
+#include "analysis/analysis_settings.h"
 #include "analysis/interpolate.h"
 #include "core/data_checks.h"
 #include "core/files.h"
@@ -137,7 +138,7 @@ void ExpectMandatory(const SoundingRecord& record, const Mandatory& level, doubl
                           record.Dewpt(i) == level.Dewpt);
   }
   EXPECT_TRUE(hasTemp);
-  const analysis::LevelProfile profile = analysis::DeriveLevels(record, Options{});
+  const analysis::LevelProfile profile = analysis::DeriveLevels(record, AnalysisSettings{});
   const analysis::Wind wind = analysis::GetWIND(record, profile, level.Press);
   EXPECT_EQ(wind.Dir, level.Dir);
   EXPECT_NEAR(wind.Spd, level.Spd * factor, 0.11);

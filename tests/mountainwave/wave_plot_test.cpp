@@ -7,6 +7,7 @@
 #include <cmath>
 #include <string>
 
+#include "config/options.h"
 #include "mountainwave/wave_sweep.h"
 #include "support/soundings.h"
 

@@ -7,6 +7,7 @@
 #include <iterator>
 #include <sstream>
 
+#include "config/options.h"
 #include "core/source_text.h"
 #include "ingest/decoder.h"
 #include "support/soundings.h"
@@ -16,7 +17,8 @@ namespace {
 
 std::string Dump(const SoundingRecord& record, const Options& options, DumpKind kind) {
   const auto results = AnalyseForDump(record, options, kind);
-  return DumpOpening(options.System.Dump, kind) + DumpSounding(record, results, options, kind) +
+  return DumpOpening(options.System.Dump, kind) +
+         DumpSounding(record, results, options, options.System.Dump, kind) +
          DumpClosing({"out.txt", {record.DataFormat}, 1}, options.System.Dump, kind);
 }
 
@@ -269,7 +271,7 @@ TEST(DataDump, SeveralSoundingsAreToldApartAndDamageIsNamed) {
   std::string text;
   for (const SoundingRecord& record : {test::ReferenceConvective(), test::ReferenceWinter()}) {
     text += DumpSounding(record, AnalyseForDump(record, options, DumpKind::Textfile), options,
-                         DumpKind::Textfile);
+                         options.System.Dump, DumpKind::Textfile);
   }
   const SourceText source("two", text);
   const auto entries = ingest::ListSoundings(source);

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "config/options.h"
 #include "core/files.h"
 #include "core/numbers.h"
 #include "support/soundings.h"

@@ -103,6 +103,41 @@ TEST(Options, NoneOfTheDiagramIsWithoutEffect) {
   }
 }
 
+// What a change of each option makes stale, as its form says: the parcels and categories of the
+// program's tabs 2 and 3 and the soaring day are computed, whatever else there is is only shown.
+TEST(Options, OnlyThoseOfAnalysesAreAnalysedAnew) {
+  using Computed = Document::Computed;
+  const std::set<std::string_view> ofStorm = {
+      "Storm motion",       "Bunkers deviation factor", "Storm mover",
+      "Storm motion mode",  "Manual storm direction",   "Manual storm speed",
+      "Shear SR Layer Top", "Shear SR Layer Bot",       "Shear SR Layer Deg",
+      "Shear SR Layer Pct"};
+  const std::set<std::string_view> ofSoaring = {"SoarTm", "TriggerHgt", "LiftEq"};
+  const auto expected = [&](const OptionRow& row) {
+    if (ofStorm.contains(row.Key)) return Computed::StormMotion;
+    if (ofSoaring.contains(row.Key)) return Computed::Everything;
+    const bool isComputed = row.Place == "Program/Tab 2" || row.Place == "Program/Tab 3";
+    return isComputed && row.Key != "CAPE depth display" ? Computed::Everything : Computed::Nothing;
+  };
+  Document document;
+  document.Take(Document::GiveUpEdits(), {.Record = test::ReferenceConvective()});
+  analysis::AdiabatTable table;
+  const auto analyse = [&](const Options& set) { return document.Analyse(set, table, {}); };
+  EXPECT_EQ(analyse({}), Computed::Everything);
+  for (const OptionRow& row : Catalogue()) {
+    std::vector<std::string> values = ValuesOf(row);
+    if (row.Kind == OptionKind::Text) values = {"another text"};
+    Options changed;
+    for (const std::string& value : values) {
+      if (changed != Options{}) break;
+      EXPECT_TRUE(row.Read(changed, value)) << row.Key;
+    }
+    EXPECT_NE(changed, Options{}) << row.Key;
+    EXPECT_EQ(analyse(changed), expected(row)) << row.Key;
+    EXPECT_EQ(analyse({}), expected(row)) << row.Key;
+  }
+}
+
 // Everything that the analysis, the displays and what leaves the program say under some options.
 std::string Told(const SoundingRecord& sounding, const Options& set) {
   SilentInteraction silent;

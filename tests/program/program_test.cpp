@@ -22,6 +22,7 @@ namespace fs = std::filesystem;
 class Meddling : public test::ScriptedInteraction {
  public:
   bool Yield() override { return !OnYield || OnYield(); }
+  void Status(std::string_view text) override { Analyses += text == "Calculating DCAPE . . ."; }
   std::vector<std::string> ChooseFiles(const FileQuestion& question) override {
     Asked = question;
     return Chosen;
@@ -30,6 +31,7 @@ class Meddling : public test::ScriptedInteraction {
   std::function<bool()> OnYield{};
   std::vector<std::string> Chosen{};
   FileQuestion Asked{};
+  int Analyses = 0;  // counted by the step that each of them shows
 };
 
 class ProgramTest : public testing::Test {
@@ -153,6 +155,49 @@ TEST_F(ProgramTest, ARunningDrawingRefusesCommandsAndCanBeStopped) {
   EXPECT_TRUE(program.Gate.IsOpen());
 }
 
+TEST_F(ProgramTest, AChangedColourDrawsAndDoesNotAnalyse) {
+  ASSERT_TRUE(
+      Refresh(program, OpenSoundings(program, {Saved("a.RAW", test::ReferenceConvective())})));
+  EXPECT_EQ(user.Analyses, 1);
+  struct Case {
+    const char* About;
+    std::function<void(Options&)> Change;
+    bool Analyses;
+    bool Draws = true;
+  };
+  const Case cases[] = {
+      {"a colour", [](Options& set) { set.DryColor = 4; }, false},
+      {"the paper", [](Options& set) { set.Screen = ScreenColor::Black; }, false},
+      {"a unit", [](Options& set) { set.ThermoTemp = TempUnits::Fahrenheit; }, false},
+      {"a folder", [](Options& set) { set.System.DataFolder = "mine"; }, false, false},
+      {"the storm", [](Options& set) { set.MotionMode = Scaling::Manual; }, false},
+      {"the parcel", [](Options& set) { set.Lpl = LiftSource::Surface; }, true},
+      {"ice", [](Options& set) { set.Saturation = SaturationOver::Ice; }, true},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.About);
+    const int before = user.Analyses;
+    const std::string page = ToSvg(program.Plot->Page, 800, 600);
+    c.Change(program.Set);
+    EXPECT_TRUE(Refresh(program, {.View = true}));
+    EXPECT_EQ(user.Analyses - before, c.Analyses ? 1 : 0);
+    EXPECT_EQ(ToSvg(program.Plot->Page, 800, 600) != page, c.Draws);
+  }
+  EXPECT_TRUE(program.Results.Storm.ChosenIsManual);
+
+  // An edit is analysed, its undoing too, and nothing twice.
+  SoundingRecord warmer = program.Current.Record;
+  warmer.Temp(1) += 1;
+  const int before = user.Analyses;
+  program.Doc.Adopt(warmer, "warm");
+  EXPECT_TRUE(Refresh(program, {.Sounding = true}));
+  EXPECT_TRUE(Refresh(program, {.Sounding = true}));
+  EXPECT_EQ(user.Analyses - before, 1);
+  program.Doc.Undo();
+  EXPECT_TRUE(Refresh(program, {.Sounding = true}));
+  EXPECT_EQ(user.Analyses - before, 2);
+}
+
 TEST_F(ProgramTest, TheTephigramWarnsOnce) {
   program.Set.Above100mb = true;
   program.Set.AutoHighEmagram = false;
@@ -230,7 +275,7 @@ TEST_F(ProgramTest, TheFileDialogFollowsItsOptions) {
     EXPECT_EQ(order(), c.order);
   }
   EXPECT_EQ(user.Asked.Folder, TextFromPath(folder.Path()));
-  program.Set.AutoDirectoryUpdate = false;
+  program.Set.System.AutoDirectoryUpdate = false;
   RunCommand(program, Command::Open);
   EXPECT_EQ(user.Asked.Folder, TextFromPath(data));
 }

@@ -126,7 +126,7 @@ TEST_F(ViewTest, ManyLevelsHintOnceAtAFasterDcape) {
   Do(OpenSoundings(program, {file}));
   EXPECT_EQ(TakeNotices(program),
             "DCAPE can be configured for faster simple calculations  (F9 - Tab 3).  ");
-  Do({.Options = true});
+  Do({.View = true});
   EXPECT_EQ(TakeNotices(program), "");
 }
 
@@ -167,14 +167,14 @@ TEST_F(ViewTest, LoopsThroughTheListAndSkipsWhatIsBad) {
   const auto hot = Saved("hot.RAW", test::Profile({{1000, 71, 10}, {900, 20, 10}}));
   const auto b = Saved("b.RAW", test::ReferenceWinter());
   Do(OpenSoundings(program, {a, hot, b}));
-  program.Set.MovieTime = 2.5;
-  program.Set.LoopNoRescaling = true;
+  program.Set.System.MovieTime = 2.5;
+  program.Set.System.LoopNoRescaling = true;
   Do(StartLoop(program));
   const double least = program.Plot->Mapping.TempMin();
   EXPECT_EQ(Texts("hold time"), (std::vector<std::string>{"Image hold time: 2.5 seconds."}));
   Do(StepLoop(program));
   EXPECT_EQ(program.Listed.Now(), 1u);
-  program.Set.SkipLoop = true;
+  program.Set.System.SkipLoop = true;
   Do(StepLoop(program));
   EXPECT_EQ(program.Current.FileName, "b.RAW");
   EXPECT_EQ(program.Plot->Mapping.TempMin(), least);
@@ -215,7 +215,7 @@ TEST_F(ViewTest, WhatALoopPassesOverLeavesTheSoundingInWorkWhole) {
   const auto a = folder.Path() / "a.RAW";
   const auto hot = Saved("hot.RAW", test::Profile({{1000, 71, 10}, {900, 20, 10}}));
   Do(OpenSoundings(program, {a, hot}));
-  program.Set.SkipLoop = true;
+  program.Set.System.SkipLoop = true;
   Do(StartLoop(program));
   Do(StepLoop(program));  // past the hot one, back to the first
   Do(Command::StopLoop);
@@ -292,7 +292,7 @@ TEST_F(ViewTest, TheCrossStaysAtItsTemperatureAndPressure) {
   EXPECT_NEAR(there().Press, 450, 0.1);
   EXPECT_NEAR(there().Temp, -20, 0.1);
   program.Set.Diagram = DiagramType::Emagram;
-  Do({.Options = true});
+  Do({.View = true});
   EXPECT_NEAR(there().Press, 450, 0.1);
   EXPECT_NEAR(there().Temp, -20, 0.1);
   // Zoomed away it is not drawn, and it is back with the whole diagram.
