@@ -121,7 +121,7 @@ void DiagramControl::ShowCursor() {
     return;
   }
   const diagram::Palette palette = diagram::PaletteFor(program_.Set);
-  marks_ = diagram::CursorMarks(program_.Plot->Mapping, program_.Current.Record,
+  marks_ = diagram::CursorMarks(program_.Plot->Page, program_.Plot->Mapping, program_.Current.Record,
                                 program_.View.Cursor, palette.Ink, palette.Paper);
   view_.ShowOver(&marks_);
 }

@@ -5,6 +5,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QResizeEvent>
 
 #include "output/paint/paint.h"
 #include "picture/stroke.h"
@@ -58,6 +59,16 @@ QPointF DiagramView::WidgetAt(Point at) const {
   const PageFit fit = FitPage(picture_->Width(), picture_->Height(),
                               {0, 0, static_cast<double>(width()), static_cast<double>(height())});
   return {fit.Left + at.X * fit.Scale, fit.Top + at.Y * fit.Scale};
+}
+
+Surface DiagramView::OwnSurface() const {
+  constexpr double kUsualDpi = 96;
+  return WindowSurface(width(), height(), logicalDpiY() / kUsualDpi);
+}
+
+void DiagramView::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  if (resized_) resized_();
 }
 
 void DiagramView::paintEvent(QPaintEvent*) {

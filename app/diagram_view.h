@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "picture/picture.h"
+#include "picture/surface.h"
 
 namespace vexa {
 
@@ -28,6 +29,10 @@ class DiagramView : public QWidget {
   void OnPointer(std::function<void(std::optional<Point>)> pointed) {
     pointed_ = std::move(pointed);
   }
+  /// Is told when the widget has another size.
+  void OnResized(std::function<void()> resized) { resized_ = std::move(resized); }
+  /// What a picture for the whole widget is composed for.
+  Surface OwnSurface() const;
   /// True once the picture has been painted.
   void OnPainted(std::function<void()> done) { whenPainted_ = std::move(done); }
 
@@ -44,6 +49,7 @@ class DiagramView : public QWidget {
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
   void leaveEvent(QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
@@ -59,6 +65,7 @@ class DiagramView : public QWidget {
   std::optional<Point> cursor_{};  // of the arrow keys, on the page
   std::function<void(std::optional<Point>)> pointed_{};
   std::function<void()> whenPainted_{};
+  std::function<void()> resized_{};
   bool painted_ = false;
 };
 

@@ -49,7 +49,10 @@ std::string ImageName(const Program& program, const std::string& display) {
   return name;
 }
 
-void SaveImage(Program& program, const Picture& picture, const QString& display, QSize displaySize,
+// Gives the picture of an image of this surface.
+using Drawn = std::function<Picture(const Surface&)>;
+
+void SaveImage(Program& program, const Drawn& draw, const QString& display, QSize displaySize,
                QWidget* parent) {
   SaveImageWindow window(displaySize, parent);
   if (window.exec() != QDialog::Accepted) return;
@@ -65,7 +68,8 @@ void SaveImage(Program& program, const Picture& picture, const QString& display,
   const QSize size = window.SizePx();
   const std::filesystem::path path = PathFromText(*name);
   const auto fault =
-      paint::SavePicture(picture, path, size.width(), size.height(), window.Settings());
+      paint::SavePicture(draw(ImageSurface(size.width(), size.height(), window.Settings().Dpi)),
+                         path, size.width(), size.height(), window.Settings());
   if (!fault) kept.ImageFolder = TextFromPath(path.parent_path());
   if (!fault) return;
   if (fault->Procedure == "SaveFile") {
@@ -165,7 +169,9 @@ bool RunImageCommand(Program& program, Command command, QWidget* window, QSize d
   }
   if (!program.Plot) return true;
   if (command == Command::SaveImage) {
-    SaveImage(program, program.Plot->Page, {}, displaySize, window);
+    SaveImage(
+        program, [&program](const Surface& on) { return ShownDiagram(program, on); }, {},
+        displaySize, window);
   }
   if (command == Command::CopyImage) CopyImage(program, program.Plot->Page, displaySize);
   if (command == Command::PrintImage) PrintPlotWindow(program, window).exec();
@@ -242,7 +248,9 @@ void AddPictureMenu(QWidget& window, Program& program, std::function<const Pictu
   };
   window.setContextMenuPolicy(Qt::ActionsContextMenu);
   add("mnuSavePicture", "Save &Image to File...", "Ctrl+S", [&window, &program, picture] {
-    SaveImage(program, picture(), window.objectName(), window.size(), &window);
+    SaveImage(
+        program, [picture](const Surface&) { return picture(); }, window.objectName(),
+        window.size(), &window);
   });
   add("mnuCopyPicture", "&Copy Image to ClipBoard", "Ctrl+C",
       [&window, &program, picture] { CopyImage(program, picture(), window.size()); });

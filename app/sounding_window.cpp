@@ -163,6 +163,7 @@ void SoundingWindow::BuildPanels() {
   view_ = new DiagramView(middle);
   view_->setObjectName(QStringLiteral("Diagram"));  // by which the help knows it
   view_->OnPointer([this](const std::optional<Point>& at) { ShowReadout(at); });
+  view_->OnResized([this] { FitDiagram(); });
   control_ = std::make_unique<DiagramControl>(
       program_, *view_, [this](Changes changes) { Show(changes); },
       [this](const std::string& text) { ShowStatus(text); });
@@ -337,7 +338,8 @@ void SoundingWindow::RememberDisplays() {
 
 void SoundingWindow::RestoreDisplays() {
   if (!program_.Set.System.AutoAnalysisLoad || program_.Current.FileName.empty()) return;
-  for (const std::string& name : ReadList(program_.Where.Root, kAnalysisMemory, &program_.Notices)) {
+  for (const std::string& name :
+       ReadList(program_.Where.Root, kAnalysisMemory, &program_.Notices)) {
     if (const Command command = CommandToShow(name); command != Command::None) Run(command);
   }
   if (QApplication::activeModalWidget() != nullptr) return;  // it stays on top
@@ -364,9 +366,17 @@ void SoundingWindow::Show(Changes changes) {
   }
 }
 
+void SoundingWindow::FitDiagram() {
+  if (!ComposeFor(program_, view_->OwnSurface())) return;
+  view_->Show(&program_.Plot->Page);
+  control_->Follow();
+  view_->TellAgain();
+}
+
 void SoundingWindow::ShowState() {
   bar_->hide();
   setWindowTitle(ToQString(SoundingBanner(program_)));
+  ComposeFor(program_, view_->OwnSurface());  // the window may have changed its size meanwhile
   view_->Show(program_.Plot ? &program_.Plot->Page : nullptr);
   control_->Follow();
   OtherDisplays();

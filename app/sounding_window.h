@@ -72,6 +72,7 @@ class SoundingWindow : public QMainWindow {
   void BuildMenus();
   void BuildPanels();
   void ShowState();
+  void FitDiagram();
   void ShowDisplays();
   void DisplaysCheck();
   void ShowStatus(std::string_view text);

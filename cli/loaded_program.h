@@ -32,6 +32,8 @@ class LoadedProgram {
   /// Puts a further file beside the loaded one, for an overlay or a comparison.
   bool LoadBeside(const std::string& file, diagram::MultiMode mode);
   const Program& Get() const { return program_; }
+  /// The layout of the diagram's page; null for the first of the table.
+  void LayOut(const LayoutRow* layout) { program_.View.Layout = layout; }
   /// Where what fails is told.
   Inputs& In() { return inputs_; }
 

@@ -26,6 +26,7 @@ constexpr ArgumentRow kOptions[] = {
      "the display to draw, sounding without it: hodograph, hodogram, SvrWx, Winter...;"
      " Overlay and Compare put all files on one diagram"},
     {"--size", "", "WxH", "size in pixels, 1600x1200 without it"},
+    {"--layout", "", "NAME", "layout of the diagram's page: diagram, forecaster, pilot, teaching"},
     kRootOption,
     {"--dpi",
      "",
@@ -75,19 +76,20 @@ std::optional<std::string_view> DisplayNamed(std::string_view word) {
   return std::nullopt;
 }
 
-Outcome<Picture> PageOf(const Program& program, std::string_view display) {
-  for (const PrintDisplay& there : PrintDisplays(program)) {
-    if (there.Name == display) return there.Draw(program, program.Set);
-  }
-  return Fault{kFaultTooFewLevels, "PageOf", "there is no " + std::string(display) + " of it"};
-}
-
 /// What a picture is saved on.
 struct Canvas {
   PixelSize Size{};
   ImageSettings Image{};
   Toolkit* Tools = nullptr;  // not needed for SVG
 };
+
+Outcome<Picture> PageOf(const Program& program, std::string_view display, const Canvas& canvas) {
+  const Surface on = ImageSurface(canvas.Size.Width, canvas.Size.Height, canvas.Image.Dpi);
+  for (const PrintDisplay& there : PrintDisplays(program)) {
+    if (there.Name == display) return there.Draw(program, program.Set, on);
+  }
+  return Fault{kFaultTooFewLevels, "PageOf", "there is no " + std::string(display) + " of it"};
+}
 
 std::optional<Fault> Save(const Picture& picture, const std::string& output, const Canvas& canvas) {
   const auto [width, height] = canvas.Size;
@@ -98,7 +100,7 @@ std::optional<Fault> Save(const Picture& picture, const std::string& output, con
 
 void DrawAndSave(const Program& program, std::string_view display, const std::string& file,
                  const std::string& output, const Canvas& canvas, Inputs& inputs) {
-  const Outcome<Picture> drawn = PageOf(program, display);
+  const Outcome<Picture> drawn = PageOf(program, display, canvas);
   if (!drawn) return inputs.Fail(file, drawn.Error());
   if (const auto fault = Save(drawn.Value(), output, canvas)) inputs.Fail(output, *fault);
 }
@@ -150,6 +152,17 @@ int RunPlot(const Arguments& arguments, Console& console) {
     if (!given) return UsageError(console, kPlotCommand, given.Error().Detail);
     size = given.Value();
   }
+  const LayoutRow* layout = nullptr;
+  if (const auto name = arguments.Value("--layout")) {
+    layout = FindLayout(*name);
+    if (layout == nullptr) {
+      std::vector<std::string_view> names;
+      for (const LayoutRow& row : PageLayouts()) names.push_back(row.Name);
+      return UsageError(console, kPlotCommand,
+                        "there is no layout \"" + *name + "\"" + DidYouMean(*name, names) +
+                            "; there are " + Joined(names));
+    }
+  }
   const ImageSettings image{
       .JpegQuality = arguments.Whole("--quality").value_or(kJpegQuality),
       .Dpi = static_cast<double>(arguments.Whole("--dpi").value_or(ToWhole(kScreenDpi)))};
@@ -167,6 +180,7 @@ int RunPlot(const Arguments& arguments, Console& console) {
   }
   const Canvas canvas{size, image, console.Tools};
   LoadedProgram loaded(setup.Value(), console);
+  loaded.LayOut(layout);
   if (together) {
     PlotTogether(arguments, OutputFor(*output, arguments.Files.front()), canvas, loaded, *display);
     return loaded.In().ExitCode();

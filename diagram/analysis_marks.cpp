@@ -11,11 +11,17 @@
 #include "core/numbers.h"
 #include "core/units.h"
 #include "diagram/label_places.h"
+#include "picture/text_width.h"
 
 namespace vexa::diagram {
 namespace {
 
-constexpr double kMarkGap = 150;
+constexpr double kMarkGap = 14 * kUnitsPerPixel;
+
+// Which marks stay where not all fit.
+constexpr int kFrontPriority = 1;
+constexpr int kLayerPriority = 2;
+constexpr int kInversionPriority = 3;
 
 // " m " or " ft " behind a whole height above ground.
 std::string AglText(const Plot& plot, double height, bool feet) {
@@ -63,10 +69,11 @@ void DrawInversions(Plot& plot) {
     if (!Shows(plot, bar)) continue;
     const Pen pen{plot.Inks.InversionMark, 26, LineStyle::Solid};
     DrawSegment(plot.Page, "inversion", {bar.X, bar.BaseY}, {bar.X, bar.TopY}, pen);
-    plot.LeftMarks.Add(
-        {bar.BaseY,
-         std::string(Text(inversion.Kind)) + " " + AglText(plot, inversion.Base.Height, feet),
-         "inversion label", plot.Inks.InversionMark, bar.X});
+    if (const auto y = RightEdgeY(plot.At, inversion.Base.Press)) {
+      plot.Marks.Add(
+          {*y, std::string(Text(inversion.Kind)) + " " + AglText(plot, inversion.Base.Height, feet),
+           "inversion label", plot.Inks.InversionMark, kInversionPriority});
+    }
     plot.Page.AddHotSpot({{bar.X - 60, bar.TopY - 20, bar.X + 60, bar.BaseY + 20},
                           "inversion",
                           std::string(Text(inversion.Kind)) + " " +
@@ -85,11 +92,10 @@ void DrawFronts(Plot& plot) {
     if (!y) continue;
     DrawSegment(plot.Page, "front", {frame.Right - 900, *y}, {frame.Right, *y},
                 {ink, 26, LineStyle::Solid});
-    plot.RightMarks.Add({*y,
-                         std::string(front.Cold ? "Cold" : "Warm") + " Front " +
-                             Mask(FeetFromMeters(ShownHeight(plot, front.Height)), "####0") +
-                             " ft ",
-                         "front label", ink});
+    plot.Marks.Add({*y,
+                    std::string(front.Cold ? "Cold" : "Warm") + " Front " +
+                        Mask(FeetFromMeters(ShownHeight(plot, front.Height)), "####0") + " ft ",
+                    "front label", ink, kFrontPriority});
   }
 }
 
@@ -102,8 +108,9 @@ void DrawLayerMarks(Plot& plot) {
     if (!Shows(plot, bar)) continue;
     DrawSegment(plot.Page, "layer", {bar.X, bar.BaseY}, {bar.X, bar.TopY},
                 {plot.Inks.LayerMark, 26, LineStyle::Solid});
-    plot.LeftMarks.Add(
-        {(bar.BaseY + bar.TopY) / 2, layer.Text, "layer label", plot.Inks.LayerMark, bar.X});
+    if (const auto y = RightEdgeY(plot.At, base)) {
+      plot.Marks.Add({*y, layer.Text, "layer label", plot.Inks.LayerMark, kLayerPriority});
+    }
   }
 }
 
@@ -119,10 +126,10 @@ void DrawParcelLevels(Plot& plot) {
     if (!y) return;
     DrawSegment(plot.Page, "parcel level", {frame.Right - 150, *y}, {frame.Right, *y},
                 {plot.Inks.ParcelMark, 20, LineStyle::Solid});
-    plot.RightMarks.Add({*y,
-                         std::string(name) + (isCut ? " above " : " ") + Mask(level.Press, "###0") +
-                             PressureUnit(plot),
-                         "parcel level label", plot.Inks.ParcelMark});
+    plot.Marks.Add({*y,
+                    std::string(name) + (isCut ? " above " : " ") + Mask(level.Press, "###0") +
+                        PressureUnit(plot) + "  " + ShownHeightText(plot, level.Height),
+                    "parcel level label", plot.Inks.ParcelMark});
   };
   const bool convective = results.Mode == analysis::LiftMode::Ccl;
   if (!convective) {
@@ -136,31 +143,36 @@ void DrawParcelLevels(Plot& plot) {
 
 void DrawMarkColumns(Plot& plot) {
   const Rect& frame = plot.At.Frame();
-  LabelRoom room = RoomOn(plot);
-  const auto write = [&](MarkColumn& column, double bottom, double edge, double text,
-                         AnchorX across) {
-    const double gap = across == AnchorX::Left ? 25 : -25;
-    for (const Mark& mark : column.Arrange(frame.Top + kMarkGap / 2, bottom, kMarkGap)) {
-      const Point at = TakePlace(room, {text + gap, mark.PlacedY}, mark.Text, kMarkText, across);
-      const double from = mark.X.value_or(edge);
-      if (std::abs(at.Y - mark.Y) > kMarkGap / 3 || std::abs(at.X - gap - from) > kMarkGap) {
-        DrawSegment(plot.Page, "leader", {from, mark.Y}, {at.X - gap, at.Y},
-                    {mark.Ink, 8, LineStyle::Solid});
-      }
-      DrawTextOver(plot, mark.Tag, at, mark.Text, mark.Ink, kMarkText, across);
-    }
+  const std::vector<Mark>& marks =
+      plot.Marks.Arrange(frame.Top + kMarkGap / 2, frame.Bottom - kMarkGap / 2, kMarkGap);
+  const auto leader = [&](const Mark& mark, double from, double to, double y) {
+    DrawSegment(plot.Page, "leader", {from, mark.Y}, {to, y}, {mark.Ink, 8, LineStyle::Solid});
   };
-  // The surface line has its own label on the left.
-  const analysis::SurfaceState& surface = plot.Results().Surface;
-  double ground = frame.Bottom;
-  if (surface.Exists && plot.InRange(surface.Press)) {
-    ground = LeftEdgeY(plot.At, surface.Press).value_or(ground);
+  if (const Rect* gutter = plot.Where.Find("marks")) {
+    // A leader leads over the gutter's own edge to the height that the mark belongs to.
+    constexpr double kLeader = 12 * kUnitsPerPixel;
+    constexpr double kGap = 4 * kUnitsPerPixel;
+    const double x = gutter->Left + kLeader + kGap;
+    for (const Mark& mark : marks) {
+      leader(mark, gutter->Left, gutter->Left + kLeader, mark.PlacedY);
+      DrawText(plot.Page, mark.Tag, {x, mark.PlacedY},
+               Elided(mark.Text, kMarkText, gutter->Right - x), mark.Ink, kMarkText);
+    }
+    return;
   }
-  const bool labelOnLine = frame.Bottom - ground < kMarkGap * 1.2;
-  write(plot.LeftMarks, ground - (labelOnLine ? 1.7 : 0.7) * kMarkGap, frame.Left + BarAside(plot),
-        frame.Left + BarAside(plot) + 130, AnchorX::Left);
-  write(plot.RightMarks, frame.Bottom - kMarkGap / 2, frame.Right - 60, frame.Right - 190,
-        AnchorX::Right);
+  LabelRoom room = RoomOn(plot);
+  for (const Mark& mark : marks) {
+    constexpr double kGap = 25;
+    const std::string text = Elided(mark.Text, kMarkText, frame.Width() - 4 * kGap);
+    const std::optional<Point> place =
+        TakePlace(room, {frame.Right - 190 - kGap, mark.PlacedY}, text, kMarkText, AnchorX::Right);
+    if (!place) continue;
+    const Point at = *place;
+    if (std::abs(at.Y - mark.Y) > kMarkGap / 3 || at.X < frame.Right - 200 - kMarkGap) {
+      leader(mark, frame.Right - 60, at.X + kGap, at.Y);
+    }
+    DrawTextOver(plot, mark.Tag, at, text, mark.Ink, kMarkText, AnchorX::Right);
+  }
 }
 
 }  // namespace vexa::diagram

@@ -15,21 +15,30 @@ namespace {
 constexpr double kMostZoom = 20;
 constexpr double kArm = 130;
 
-// Moves a region so that it lies inside the frame.
-Rect Inside(Rect region, const Rect& frame) {
-  const double width = region.Width();
-  const double height = region.Height();
-  region.Left = std::clamp(region.Left, frame.Left, std::max(frame.Left, frame.Right - width));
-  region.Top = std::clamp(region.Top, frame.Top, std::max(frame.Top, frame.Bottom - height));
-  return {region.Left, region.Top, region.Left + width, region.Top + height};
+// Moves a part so that it lies inside the frame.
+Rect Inside(const Rect& part) {
+  const double width = part.Width();
+  const double height = part.Height();
+  const double left = std::clamp(part.Left, 0.0, std::max(0.0, 1 - width));
+  const double top = std::clamp(part.Top, 0.0, std::max(0.0, 1 - height));
+  return {left, top, left + width, top + height};
 }
 
-// From the page to the whole diagram.
-Point Whole(const DiagramMapping& mapping, Point at) {
+// The part of the whole diagram that is shown.
+Rect ShownPart(const DiagramMapping& mapping) {
   const Rect& frame = mapping.Frame();
   const Rect region = mapping.Region();
-  return {region.Left + (at.X - frame.Left) * region.Width() / frame.Width(),
-          region.Top + (at.Y - frame.Top) * region.Height() / frame.Height()};
+  return {(region.Left - frame.Left) / frame.Width(), (region.Top - frame.Top) / frame.Height(),
+          (region.Right - frame.Left) / frame.Width(),
+          (region.Bottom - frame.Top) / frame.Height()};
+}
+
+// A place on the page as shares of the whole diagram.
+Point Whole(const DiagramMapping& mapping, Point at) {
+  const Rect& frame = mapping.Frame();
+  const Rect part = ShownPart(mapping);
+  return {part.Left + (at.X - frame.Left) / frame.Width() * part.Width(),
+          part.Top + (at.Y - frame.Top) / frame.Height() * part.Height()};
 }
 
 void DrawLocked(Picture& page, const DiagramMapping& mapping, const SoundingRecord& sounding,
@@ -61,9 +70,10 @@ void DrawLocked(Picture& page, const DiagramMapping& mapping, const SoundingReco
 
 }  // namespace
 
-Picture CursorMarks(const DiagramMapping& mapping, const SoundingRecord& sounding,
-                    const CursorState& cursor, Color ink, Color paper) {
-  Picture page(kPageWidth, kPageHeight, {0, 0, 0, 0});
+Picture CursorMarks(const Picture& under, const DiagramMapping& mapping,
+                    const SoundingRecord& sounding, const CursorState& cursor, Color ink,
+                    Color paper) {
+  Picture page(under.Width(), under.Height(), {0, 0, 0, 0});
   const Pen pen{ink, 10, LineStyle::Solid};
   if (cursor.Level) DrawLocked(page, mapping, sounding, cursor, pen, paper);
   if (cursor.At && mapping.Frame().Contains(*cursor.At)) {
@@ -99,39 +109,31 @@ std::optional<int> NearestLevel(const DiagramMapping& mapping, const SoundingRec
 }
 
 Rect ZoomRegion(const DiagramMapping& mapping, const Rect& chosen) {
-  const Rect& frame = mapping.Frame();
   const Point from = Whole(mapping, {chosen.Left, chosen.Top});
   const Point to = Whole(mapping, {chosen.Right, chosen.Bottom});
-  const double share = std::clamp(
-      std::max(std::fabs(to.X - from.X) / frame.Width(), std::fabs(to.Y - from.Y) / frame.Height()),
-      1 / kMostZoom, 1.0);
+  const double share =
+      std::clamp(std::max(std::fabs(to.X - from.X), std::fabs(to.Y - from.Y)), 1 / kMostZoom, 1.0);
   const Point middle{(from.X + to.X) / 2, (from.Y + to.Y) / 2};
-  const double width = share * frame.Width();
-  const double height = share * frame.Height();
   return Inside(
-      {middle.X - width / 2, middle.Y - height / 2, middle.X + width / 2, middle.Y + height / 2},
-      frame);
+      {middle.X - share / 2, middle.Y - share / 2, middle.X + share / 2, middle.Y + share / 2});
 }
 
 std::optional<Rect> ZoomAbout(const DiagramMapping& mapping, Point fixed, double factor) {
   const Rect& frame = mapping.Frame();
-  const Rect region = mapping.Region();
-  const double share = std::max(region.Width() / frame.Width() / factor, 1 / kMostZoom);
+  const double share = std::max(ShownPart(mapping).Width() / factor, 1 / kMostZoom);
   if (share >= 0.999) return std::nullopt;
   const Point whole = Whole(mapping, fixed);
-  const double width = share * frame.Width();
-  const double height = share * frame.Height();
-  const double left = whole.X - (fixed.X - frame.Left) * share;
-  const double top = whole.Y - (fixed.Y - frame.Top) * share;
-  return Inside({left, top, left + width, top + height}, frame);
+  const double left = whole.X - (fixed.X - frame.Left) / frame.Width() * share;
+  const double top = whole.Y - (fixed.Y - frame.Top) / frame.Height() * share;
+  return Inside({left, top, left + share, top + share});
 }
 
 Rect PanBy(const DiagramMapping& mapping, double dx, double dy) {
-  const Rect region = mapping.Region();
-  const double share = region.Width() / mapping.Frame().Width();
-  return Inside({region.Left - dx * share, region.Top - dy * share, region.Right - dx * share,
-                 region.Bottom - dy * share},
-                mapping.Frame());
+  const Rect& frame = mapping.Frame();
+  const Rect part = ShownPart(mapping);
+  const double right = dx / frame.Width() * part.Width();
+  const double down = dy / frame.Height() * part.Height();
+  return Inside({part.Left - right, part.Top - down, part.Right - right, part.Bottom - down});
 }
 
 }  // namespace vexa::diagram

@@ -19,22 +19,26 @@ struct CursorState {
   std::string Text{};              // written beside the locked level
 };
 
-Picture CursorMarks(const DiagramMapping& mapping, const SoundingRecord& sounding,
-                    const CursorState& cursor, Color ink, Color paper);
+/// under  the page that they lie over
+Picture CursorMarks(const Picture& under, const DiagramMapping& mapping,
+                    const SoundingRecord& sounding, const CursorState& cursor, Color ink,
+                    Color paper);
 
 /// The temperature level whose isobar is the nearest to a place on the page; empty without levels.
 std::optional<int> NearestLevel(const DiagramMapping& mapping, const SoundingRecord& sounding,
                                 Point at);
 
-/// A region in the proportions of the frame around one that was chosen on the page, in terms of the
-/// whole diagram; inside the frame, and no smaller than a twentieth of it.
+/// Parts of the diagram to enlarge are told in shares of its frame, 0 to 1.
+///
+/// A part in the proportions of the frame around one that was chosen on the page; inside the frame,
+/// and no smaller than a twentieth of it.
 Rect ZoomRegion(const DiagramMapping& mapping, const Rect& chosen);
 
-/// The region shown enlarged or reduced by a factor about a place on the page that stays where it
+/// The part shown enlarged or reduced by a factor about a place on the page that stays where it
 /// is; empty when the whole diagram is shown again.
 std::optional<Rect> ZoomAbout(const DiagramMapping& mapping, Point fixed, double factor);
 
-/// The region shown moved by a distance on the page, as far as the frame reaches.
+/// The part shown moved by a distance on the page, as far as the frame reaches.
 Rect PanBy(const DiagramMapping& mapping, double dx, double dy);
 
 }  // namespace vexa::diagram

@@ -15,6 +15,7 @@
 #include "core/units.h"
 #include "diagram/grid.h"
 #include "diagram/label_places.h"
+#include "picture/text_width.h"
 
 namespace vexa::diagram {
 namespace {
@@ -44,12 +45,13 @@ void NameLine(Plot& plot, std::string_view tag, const std::vector<Point>& line,
   if (highest == nullptr) return;
   // To the right, or to the left of a line that leaves no room there for it and for the marks.
   LabelRoom room = RoomOn(plot);
-  const double end = highest->X + 80 + TextWidth(name.size(), kMarkText);
-  const bool right = end < frame.Right - kMarkRoom;
+  const double end = highest->X + 80 + TextWidth(name, kMarkText);
+  const bool right = end < frame.Right - plot.Where.MarkRoom;
   const AnchorX across = right ? AnchorX::Left : AnchorX::Right;
   const Point wanted{highest->X + (right ? 80 : -80), highest->Y};
-  DrawTextOver(plot, std::string(tag) + " label", TakePlace(room, wanted, name, kMarkText, across),
-               name, ink, kMarkText, across);
+  const std::optional<Point> place = TakePlace(room, wanted, name, kMarkText, across);
+  if (!place) return;
+  DrawTextOver(plot, std::string(tag) + " label", *place, name, ink, kMarkText, across);
 }
 
 void DrawCurve(Plot& plot, std::string_view tag, const std::vector<Point>& line, int color,

@@ -15,7 +15,9 @@
 #include "core/markers.h"
 #include "core/numbers.h"
 #include "core/units.h"
+#include "diagram/label_places.h"
 #include "picture/clip.h"
+#include "picture/text_width.h"
 
 namespace vexa::diagram {
 namespace {
@@ -29,11 +31,14 @@ constexpr double kMixingRatios[] = {0.1, 0.2, 0.4, 0.7, 1,  1.5, 2,  3,  4,
 constexpr double kTephigramMixingRatios[] = {0.2, 0.4, 0.6, 0.8, 1,  1.5, 2,  2.5, 3,  4,  5,  6, 7,
                                              8,   9,   10,  12,  15, 16,  20, 25,  28, 30, 35, 36};
 
+constexpr double kIceTemp = -20;  // °C, drawn stronger: ice grows between here and freezing
+
 constexpr double kSatFirst = -32;  // °C, wet-bulb potential temperatures
 constexpr double kSatLast = 40;
 constexpr double kSatStep = 4;
-constexpr double kAxisRow = 120;  // below the frame
-constexpr double kSecondAxisRow = 290;
+constexpr double kAxisRow = 144;  // below the frame
+constexpr double kSecondAxisRow = 336;
+constexpr double kMixingRow = 96;   // above the lower edge
 constexpr double kMixingTop = 400;  // hPa: the lines end here, moisture above is not read off them
 
 // Pressures at which curves are evaluated, bottom to top.
@@ -119,13 +124,48 @@ std::optional<double> CrossingX(const std::vector<Point>& line, double y) {
   return std::nullopt;
 }
 
-void LabelIsotherm(Plot& plot, double temp, TempUnits units, double y, bool top) {
+// Labels of one axis, left to right or back: none stands on the one before it.
+class AxisLabels {
+ public:
+  bool TakesPlace(double x, std::string_view text, double size) {
+    const double half = TextWidth(text, size) / 2 + 2 * kUnitsPerPixel;
+    if (x - half < right_ && x + half > left_) return false;
+    left_ = x - half;
+    right_ = x + half;
+    return true;
+  }
+
+ private:
+  double left_ = 0;
+  double right_ = 0;
+};
+
+void LabelIsotherm(Plot& plot, double temp, TempUnits units, double y, bool top,
+                   AxisLabels& labels) {
   const Rect& frame = plot.At.Frame();
   const std::optional<double> x =
       CrossingX(IsothermLine(plot.At, temp), top ? frame.Top + 1 : frame.Bottom);
-  if (!x || *x < frame.Left - 1 || *x > frame.Right + 1) return;
-  DrawText(plot.Page, "temperature label", {*x, y}, Mask(ToGridUnits(temp, units), "###0"),
-           plot.Inks.Ink, top ? kSmallText : kAxisText, AnchorX::Center);
+  // The head of the height scale stands beside the upper labels.
+  const double right = frame.Right + 1 - (top ? 20 * kUnitsPerPixel : 0);
+  if (!x || *x < frame.Left - 1 || *x > right) return;
+  const std::string text = Mask(ToGridUnits(temp, units), "###0");
+  const double size = top ? kSmallText : kAxisText;
+  if (!labels.TakesPlace(*x, text, size)) return;
+  DrawText(plot.Page, "temperature label", {*x, y}, text, plot.Inks.Ink, size, AnchorX::Center);
+}
+
+// A label of the grid, where none stands yet; further rows above it are tried. One that finds no
+// place is told by its neighbours.
+void DrawGridLabel(Plot& plot, std::string_view tag, Point at, const std::string& text, Color ink,
+                   int rows = 1) {
+  for (int row = 0; row < rows; ++row) {
+    const Point there{at.X, at.Y - row * kSmallText};
+    const Rect place = TextPlace(there, text, kSmallText, AnchorX::Center);
+    if (!plot.GridLabels.IsFree(place)) continue;
+    plot.GridLabels.Take(place);
+    DrawTextOver(plot, tag, there, text, ink, kSmallText, AnchorX::Center);
+    return;
+  }
 }
 
 // One family's reference line: drawn and labelled only where its option says so.
@@ -209,21 +249,26 @@ void DrawIsotherms(Plot& plot) {
       use(FromGridUnits(value, units));
     }
   };
+  AxisLabels below;
+  AxisLabels above;
+  AxisLabels second;
   each(set.TempGridUnits, [&](double temp) {
-    const bool freezing = std::fabs(temp) < 0.01;
+    const auto is = [temp](double value) { return std::fabs(temp - value) < 0.01; };
+    Pen marked = plot.Inks.ZeroIsotherm;
+    if (is(kIceTemp)) marked.Width /= 2;
     if (drawn) {
       DrawInFrame(plot, "isotherm", IsothermLine(plot.At, temp),
-                  freezing ? plot.Inks.ZeroIsotherm : plot.Inks.Isotherm);
+                  is(0) || is(kIceTemp) ? marked : plot.Inks.Isotherm);
     }
-    LabelIsotherm(plot, temp, set.TempGridUnits, frame.Bottom + kAxisRow, false);
+    LabelIsotherm(plot, temp, set.TempGridUnits, frame.Bottom + kAxisRow, false, below);
     if (plot.At.Type() != DiagramType::Emagram) {
-      LabelIsotherm(plot, temp, set.TempGridUnits, frame.Top - 80, true);
+      LabelIsotherm(plot, temp, set.TempGridUnits, frame.Top - 108, true, above);
     }
   });
   if (set.TempDualScale) {
     const TempUnits other = SecondUnits(set.TempGridUnits);
     each(other, [&](double temp) {
-      LabelIsotherm(plot, temp, other, frame.Bottom + kSecondAxisRow, false);
+      LabelIsotherm(plot, temp, other, frame.Bottom + kSecondAxisRow, false, second);
     });
   }
 }
@@ -232,7 +277,7 @@ void DrawTemperatureUnits(Plot& plot) {
   const DisplaySettings& set = plot.Set();
   const Rect& frame = plot.At.Frame();
   const auto write = [&](TempUnits units, double below) {
-    DrawText(plot.Page, "temperature unit", {frame.Right + 190, frame.Bottom + below},
+    DrawText(plot.Page, "temperature unit", {frame.Right + 168, frame.Bottom + below},
              std::string(UnitText(units)), plot.Inks.Ink);
   };
   write(set.TempGridUnits, kAxisRow);
@@ -268,9 +313,8 @@ void DrawDryAdiabats(Plot& plot) {
         if (inside == line.end()) continue;
         where = *inside;
       }
-      DrawTextOver(plot, tephigram ? "isentrope label" : "dry label", where,
-                   Mask(value, "##0") + (tephigram ? "\u00B0" : ""), plot.Inks.DryAdiabat.Ink,
-                   kSmallText, AnchorX::Center);
+      DrawGridLabel(plot, tephigram ? "isentrope label" : "dry label", where,
+                    Mask(value, "##0") + (tephigram ? "\u00B0" : ""), plot.Inks.DryAdiabat.Ink);
     }
   }
   DrawReference(plot, "dry reference", set.DryRef, DryAdiabat(plot.At, set.DryRef.Value),
@@ -288,8 +332,8 @@ void DrawSaturationAdiabats(Plot& plot) {
       const double y = frame.Top + 0.4 * frame.Height();
       const std::optional<double> x = CrossingX(line, y);
       if (!x || *x < frame.Left + 150 || *x > frame.Right - 150) continue;
-      DrawTextOver(plot, "saturation label", {*x, y}, Mask(value, "##0"), plot.Inks.SatAdiabat.Ink,
-                   kSmallText, AnchorX::Center);
+      DrawGridLabel(plot, "saturation label", {*x, y}, Mask(value, "##0"),
+                    plot.Inks.SatAdiabat.Ink);
     }
   }
   if (set.SatRef.Plot || set.SatRef.ShowLabel) {
@@ -306,25 +350,27 @@ void DrawMixingRatioLines(Plot& plot) {
   if (set.MixingLines) {
     const std::span<const double> values =
         tephigram ? std::span<const double>(kTephigramMixingRatios) : kMixingRatios;
-    // Labels stand above the lines' ends: at their top pressure or, where the frame ends before, at
-    // its right edge or below the numbers of its upper one.
+    // Labels stand at the lower edge, on the tephigram above the lines' ends: at their top pressure
+    // or, where the frame ends before, at its right edge or below the numbers of its upper one.
+    constexpr int kRows = 5;
+    const Color ink = LegibleColor(plot.Inks, set.WetColor);
+    const double low = frame.Bottom - kMixingRow;
     const Rect inside{frame.Left + 80, frame.Top + 200, frame.Right - 80, frame.Bottom};
-    Point last{-1e9, 0};
-    bool raised = false;
     for (const double value : values) {
       const std::vector<Point> line = MixingRatioLine(plot.At, value, set.Saturation);
       DrawInFrame(plot, "mixing ratio line", line, plot.Inks.MixingRatio);
       if (!set.WetLabel) continue;
+      const std::string text =
+          value < 1 || value != std::floor(value) ? Mask(value, "0.0#") : Mask(value, "#0");
+      if (!tephigram) {
+        const std::optional<double> x = CrossingX(line, low);
+        if (x) DrawGridLabel(plot, "mixing ratio label", {*x, low}, text, ink);
+        continue;
+      }
       const std::vector<std::vector<Point>> pieces = ClipPolyline(line, inside);
       if (pieces.empty()) continue;
       const Point end = pieces.back().back();
-      // Neighbours too close take turns in height.
-      raised = !raised && end.X - last.X < 190 && std::fabs(end.Y - last.Y) < 130;
-      DrawTextOver(
-          plot, "mixing ratio label", {end.X, end.Y - (raised ? 170 : 70)},
-          value < 1 || value != std::floor(value) ? Mask(value, "0.0#") : Mask(value, "#0"),
-          plot.Inks.MixingRatio.Ink, kSmallText * 0.9, AnchorX::Center);
-      last = end;
+      DrawGridLabel(plot, "mixing ratio label", {end.X, end.Y - 70}, text, ink, kRows);
     }
   }
   if (set.MixRef.Plot || set.MixRef.ShowLabel) {
@@ -338,9 +384,15 @@ void DrawPressureLines(Plot& plot) {
   const DisplaySettings& set = plot.Set();
   const Rect& frame = plot.At.Frame();
   const double top = plot.At.TopPress();
-  DrawText(plot.Page, "pressure unit", {kPressLabelX, frame.Top - 190},
-           set.Pressure == PressureUnits::Hpa ? "hPa" : "MB", plot.Inks.Ink, kAxisText,
-           AnchorX::Right);
+  // Where heights lead, pressures stand behind them as far as there is room.
+  const bool leads = !plot.Where.Asks.HeightsFirst;
+  const bool isTold = leads || plot.Where.HasHeights;
+  const double labelX = leads ? plot.Where.PressLabelX : plot.Where.HeightLabelX;
+  const Color ink = leads ? plot.Inks.Ink : plot.Inks.Faint;
+  if (isTold) {
+    DrawText(plot.Page, "pressure unit", {labelX, frame.Top - 144},
+             set.Pressure == PressureUnits::Hpa ? "hPa" : "MB", ink, kAxisText, AnchorX::Right);
+  }
   const bool inPressure = set.YGridUnits == GridUnits::Mb;
   int step = inPressure ? std::max(set.YGridInterval, 10) : 100;
   // An enlarged part keeps about as many lines as the whole.
@@ -364,10 +416,10 @@ void DrawPressureLines(Plot& plot) {
   for (const int press : pressures) {
     DrawPressureLine(plot, press);
     const std::optional<double> y = LeftEdgeY(plot.At, press);
-    if (!y || lastY - *y < 0.9 * kAxisText) continue;
+    if (!y || !isTold || lastY - *y < 0.95 * kAxisText) continue;
     lastY = *y;
-    DrawText(plot.Page, "pressure label", {kPressLabelX, *y}, Mask(press, "###0"), plot.Inks.Ink,
-             kAxisText, AnchorX::Right);
+    DrawText(plot.Page, "pressure label", {labelX, *y}, Mask(press, "###0"), ink, kAxisText,
+             AnchorX::Right);
   }
 }
 

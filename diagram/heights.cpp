@@ -16,6 +16,7 @@
 #include "diagram/grid.h"
 #include "diagram/label_places.h"
 #include "picture/clip.h"
+#include "picture/text_width.h"
 
 namespace vexa::diagram {
 namespace {
@@ -86,7 +87,7 @@ const ScaleUnit& ScaleUnitOf(HeightScale scale) {
 void DrawHorizontal(Plot& plot, std::string_view tag, double press, const Pen& pen) {
   Rect room = plot.At.Frame();
   const double edge = room.Right;
-  room.Right -= plot.Set().Heights == HeightMode::Agl ? kMarkRoomAgl : kMarkRoom;
+  room.Right -= plot.Where.MarkRoom;
   for (std::vector<Point>& piece : ClipPolyline(Isobar(plot.At, press), room)) {
     plot.Page.Add(tag, Polyline{.Points = std::move(piece), .Stroke = pen});
   }
@@ -115,11 +116,16 @@ void DrawSurfaceLabel(Plot& plot) {
   const analysis::SurfaceState& surface = plot.Results().Surface;
   if (!plot.Set().SurfaceLine || !surface.Exists || !plot.InRange(surface.Press)) return;
   const Rect& frame = plot.At.Frame();
-  // In the ground where it is thick enough, else on top of the line.
+  // In the ground where it is thick enough for it and for the numbers of the mixing ratios, else on
+  // top of the line.
   const double y = LeftEdgeY(plot.At, surface.Press).value_or(frame.Bottom);
   const double room = frame.Bottom - y;
-  const double at = room > 1.3 * kMarkText ? y + std::min(room / 2, 110.0) : y - 90;
-  DrawTextOver(plot, "surface label", {frame.Left + 70, at}, SurfaceText(plot), plot.Inks.Ink);
+  const double at = room > 2.6 * kMarkText ? y + 108 : y - 90;
+  const std::string text = Elided(SurfaceText(plot), kMarkText, frame.Width() - 140);
+  LabelRoom taken = RoomOn(plot);
+  const std::optional<Point> place =
+      TakePlace(taken, {frame.Left + 70, at}, text, kMarkText, AnchorX::Left);
+  if (place) DrawTextOver(plot, "surface label", *place, text, plot.Inks.Ink);
 }
 
 void ICAOlabels(Plot& plot) {
@@ -190,14 +196,36 @@ void DrawHeightAxis(Plot& plot) {
   }
 }
 
+void DrawLeadingHeights(Plot& plot) {
+  const Rect& frame = plot.At.Frame();
+  const bool feet = plot.Units.Feet();
+  const double base = plot.Set().Heights == HeightMode::Agl ? plot.Sounding().ElevM : 0;
+  const double step = feet ? 1000 : 500;
+  const double unit = feet ? MetersFromFeet(step) : step;
+  DrawText(plot.Page, "height axis", {plot.Where.PressLabelX, frame.Top - 144},
+           std::string(feet ? "ft " : "m ") + std::string(ModeText(plot)), plot.Inks.Ink,
+           kSmallText, AnchorX::Right);
+  double last = 1e9;
+  for (int n = 0; n < 200; ++n) {
+    const double press = PressOf(plot, n * unit + base);
+    if (press == kNone || !plot.InRange(press)) continue;
+    DrawInFrame(plot, "height line", Isobar(plot.At, press), plot.Inks.Isobar);
+    const std::optional<double> y = LeftEdgeY(plot.At, press);
+    if (!y || last - *y < 1.2 * kAxisText) continue;
+    last = *y;
+    DrawText(plot.Page, "height axis", {plot.Where.PressLabelX, *y}, Mask(n * step, "####0"),
+             plot.Inks.Ink, kAxisText, AnchorX::Right);
+  }
+}
+
 void DrawHeightScale(Plot& plot) {
   const ViewSettings& set = plot.Set();
   if (set.RightScale == HeightScale::None) return;
   const Rect& frame = plot.At.Frame();
   const ScaleUnit& scale = ScaleUnitOf(set.RightScale);
-  DrawText(plot.Page, "height scale head", {frame.Right + 20, frame.Top - 300},
-           std::string(scale.Head), plot.Inks.Ink, kSmallText);
-  DrawText(plot.Page, "height scale head", {frame.Right + 60, frame.Top - 170},
+  DrawText(plot.Page, "height scale head", {plot.Where.Find("diagram")->Right, frame.Top - 300},
+           std::string(scale.Head), plot.Inks.Ink, kSmallText, AnchorX::Right);
+  DrawText(plot.Page, "height scale head", {frame.Right + 60, frame.Top - 156},
            std::string(ModeText(plot)), plot.Inks.Faint, kSmallText);
   const double base = set.Heights == HeightMode::Agl ? plot.Sounding().ElevM : 0;
   double lastLabel = 1e9;
@@ -227,8 +255,8 @@ void DrawFreezingAndTropopause(Plot& plot) {
     if (!level.Exists() || !plot.InRange(level.Press)) return;
     DrawHorizontal(plot, tag, level.Press, pen);
     if (const auto y = RightEdgeY(plot.At, level.Press)) {
-      plot.RightMarks.Add({*y, std::string(name) + " " + ShownHeightText(plot, level.Height),
-                           std::string(tag) + " label", pen.Ink});
+      plot.Marks.Add({*y, std::string(name) + " " + ShownHeightText(plot, level.Height),
+                      std::string(tag) + " label", pen.Ink});
     }
   };
   if (plot.Set().FreezeLine) {
@@ -256,8 +284,8 @@ void DrawCustomLines(Plot& plot) {
     DrawHorizontal(plot, "custom line", press, pen);
     const std::optional<double> y = RightEdgeY(plot.At, press);
     if (line.ShowLabel && y) {
-      plot.RightMarks.Add({*y, "#" + Shortest(number) + " " + ShownHeightText(plot, line.Height),
-                           "custom line label", pen.Ink});
+      plot.Marks.Add({*y, "#" + Shortest(number) + " " + ShownHeightText(plot, line.Height),
+                      "custom line label", pen.Ink});
     }
   }
 }
@@ -265,9 +293,9 @@ void DrawCustomLines(Plot& plot) {
 void PrsHgtLabel(Plot& plot, bool stopShort) {
   const Rect& frame = plot.At.Frame();
   const bool feet = plot.Units.Feet();
-  DrawText(plot.Page, "pressure height head", {kHeightLabelX, frame.Top - 300}, "Hgt",
+  DrawText(plot.Page, "pressure height head", {plot.Where.HeightLabelX, frame.Top - 300}, "Hgt",
            plot.Inks.Faint, kSmallText, AnchorX::Right);
-  DrawText(plot.Page, "pressure height head", {kHeightLabelX, frame.Top - 170},
+  DrawText(plot.Page, "pressure height head", {plot.Where.HeightLabelX, frame.Top - 156},
            std::string(ModeText(plot)), plot.Inks.Faint, kSmallText, AnchorX::Right);
   double lastY = 1e9;
   for (int press = 1000; press >= 10; press -= press > 100 ? 25 : 10) {
@@ -279,7 +307,7 @@ void PrsHgtLabel(Plot& plot, bool stopShort) {
     if (!height.Ok() || !y || lastY - *y < 1.1 * kSmallText) continue;
     lastY = *y;
     const double shown = ShownHeight(plot, height.Value);
-    DrawText(plot.Page, "pressure height label", {kHeightLabelX, *y},
+    DrawText(plot.Page, "pressure height label", {plot.Where.HeightLabelX, *y},
              Mask(feet ? FeetFromMeters(shown) : shown, "####0") + (feet ? " ft " : " m "),
              plot.Inks.Faint, kSmallText, AnchorX::Right);
   }

@@ -18,6 +18,9 @@ void ICAOlabels(Plot& plot);
 /// Height lines across the frame, "FT (x1000)" or "KM", where the Y-grid is in heights.
 void DrawHeightAxis(Plot& plot);
 
+/// Heights as the first scale at the left edge, with their lines: for a layout that thinks in them.
+void DrawLeadingHeights(Plot& plot);
+
 /// The scale at the right edge: thousands of feet, kilometres or miles, above sea level or ground.
 void DrawHeightScale(Plot& plot);
 

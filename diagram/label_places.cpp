@@ -1,4 +1,5 @@
 #include "diagram/label_places.h"
+#include "picture/text_width.h"
 
 #include <algorithm>
 #include <array>
@@ -50,7 +51,7 @@ std::vector<Shift> Shifts() {
 }  // namespace
 
 Rect TextPlace(Point at, std::string_view text, double size, AnchorX across) {
-  const double width = TextWidth(text.size(), size);
+  const double width = TextWidth(text, size);
   const double half = 0.45 * size;
   double left = at.X;
   if (across == AnchorX::Center) left -= width / 2;
@@ -75,7 +76,8 @@ LabelRoom RoomOn(const Plot& plot) {
   return room;
 }
 
-Point TakePlace(LabelRoom& room, Point wanted, std::string_view text, double size, AnchorX across) {
+std::optional<Point> TakePlace(LabelRoom& room, Point wanted, std::string_view text, double size,
+                               AnchorX across) {
   const double inward = across == AnchorX::Right ? -1 : 1;
   const std::vector<Shift> shifts = Shifts();
   for (const bool overLines : {false, true}) {
@@ -87,7 +89,7 @@ Point TakePlace(LabelRoom& room, Point wanted, std::string_view text, double siz
       return at;
     }
   }
-  return wanted;
+  return std::nullopt;
 }
 
 }  // namespace vexa::diagram

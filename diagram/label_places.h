@@ -2,6 +2,7 @@
 // that every label asks the same way and none has to know of the others.
 #pragma once
 
+#include <optional>
 #include <string_view>
 
 #include "diagram/plot_state.h"
@@ -18,7 +19,8 @@ LabelRoom RoomOn(const Plot& plot);
 
 /// The nearest place to the wanted one with room for a text, off the lines where there is such a
 /// place; the text may move a little up or down, and across only away from its anchor's side. The
-/// place is taken. The wanted one stays where everything is full.
-Point TakePlace(LabelRoom& room, Point wanted, std::string_view text, double size, AnchorX across);
+/// place is taken. Empty where everything is full.
+std::optional<Point> TakePlace(LabelRoom& room, Point wanted, std::string_view text, double size,
+                               AnchorX across);
 
 }  // namespace vexa::diagram

@@ -21,6 +21,13 @@ double LogTheta(double temp, double press) {
   return std::log(temp + kKelvinOffset) + kPoisson * std::log(kReferencePress / press);
 }
 
+// The frame as the diagram's own units measure it, with whole ones for its height.
+Rect InDiagramUnits(const Rect& plot) {
+  const double height =
+      plot.Width() > 0 ? std::round(kDiagramWidth * plot.Height() / plot.Width()) : 0;
+  return {plot.Left, plot.Top, plot.Left + kDiagramWidth, plot.Top + std::max(height, 1.0)};
+}
+
 }  // namespace
 
 DiagramMapping::DiagramMapping(DiagramType type, const Rect& plot, double tempMin, double tempMax,
@@ -31,16 +38,18 @@ DiagramMapping::DiagramMapping(DiagramType type, const Rect& plot, double tempMi
       tempMax_(tempMax),
       topPress_(type == DiagramType::Tephigram ? kTephigramTop : topPress),
       bottomPress_(bottomPress),
-      scale_(static_cast<float>(plot.Width() / (tempMax - tempMin))),
+      scale_(static_cast<float>(kDiagramWidth / (tempMax - tempMin))),
+      whole_(InDiagramUnits(plot)),
+      shown_(whole_),
       shownTop_(topPress_),
       shownBottom_(bottomPress) {
   if (type_ != DiagramType::Tephigram) return;
   // The temperature range spans the frame along a turned isobar, hence the cosine.
-  scale_ = static_cast<float>(plot.Width() * kTephigramCos / (tempMax - tempMin));
+  scale_ = static_cast<float>(kDiagramWidth * kTephigramCos / (tempMax - tempMin));
   // Up an isotherm ln θ grows by the Poisson exponent times the fall of ln p. One isotherm is
   // chosen on which the isobars stand exactly at their log-pressure places; it is the one on
   // which they are also level, where that lies in the frame.
-  perLogTheta_ = plot.Height() / (kPoisson * kTephigramCos * std::log(bottomPress_ / topPress_));
+  perLogTheta_ = whole_.Height() / (kPoisson * kTephigramCos * std::log(bottomPress_ / topPress_));
   const double span = tempMax - tempMin;
   const double levelTemp = perLogTheta_ * kTephigramCos / (scale_ * kTephigramSin) - kKelvinOffset;
   const double anchorTemp = std::clamp(levelTemp, tempMin + 0.25 * span, tempMin + 0.75 * span);
@@ -49,18 +58,22 @@ DiagramMapping::DiagramMapping(DiagramType type, const Rect& plot, double tempMi
                       (perLogTheta_ * kTephigramCos);
 }
 
-DiagramMapping DiagramMapping::Zoomed(const Rect& region) const {
+DiagramMapping DiagramMapping::Zoomed(const Rect& part) const {
   DiagramMapping zoomed = *this;
-  zoomed.zoom_ = region;
+  zoomed.isZoomed_ = true;
+  const double width = whole_.Width();
+  const double height = whole_.Height();
+  zoomed.shown_ = {whole_.Left + part.Left * width, whole_.Top + part.Top * height,
+                   whole_.Left + part.Right * width, whole_.Top + part.Bottom * height};
   double low = shownTop_;
   double high = shownBottom_;
   bool first = true;
-  for (const Point corner : {Point{region.Left, region.Top},
-                             {region.Right, region.Top},
-                             {region.Left, region.Bottom},
-                             {region.Right, region.Bottom}}) {
-    const double press =
-        std::clamp(ToCoordinates(corner).Press, topPress_, static_cast<double>(bottomPress_));
+  for (const Point corner : {Point{plot_.Left, plot_.Top},
+                             {plot_.Right, plot_.Top},
+                             {plot_.Left, plot_.Bottom},
+                             {plot_.Right, plot_.Bottom}}) {
+    const double press = std::clamp(zoomed.ToCoordinates(corner).Press, topPress_,
+                                    static_cast<double>(bottomPress_));
     low = first ? press : std::min(low, press);
     high = first ? press : std::max(high, press);
     first = false;
@@ -74,16 +87,27 @@ DiagramMapping DiagramMapping::Whole() const {
   return {type_, plot_, tempMin_, tempMax_, topPress_, bottomPress_};
 }
 
-Point DiagramMapping::Enlarge(Point whole) const {
-  if (!zoom_) return whole;
-  return {plot_.Left + (whole.X - zoom_->Left) * plot_.Width() / zoom_->Width(),
-          plot_.Top + (whole.Y - zoom_->Top) * plot_.Height() / zoom_->Height()};
+DiagramMapping DiagramMapping::In(const Rect& plot) const {
+  return {type_, plot, tempMin_, tempMax_, topPress_, bottomPress_};
 }
 
-Point DiagramMapping::Reduce(Point shown) const {
-  if (!zoom_) return shown;
-  return {zoom_->Left + (shown.X - plot_.Left) * zoom_->Width() / plot_.Width(),
-          zoom_->Top + (shown.Y - plot_.Top) * zoom_->Height() / plot_.Height()};
+Rect DiagramMapping::Region() const {
+  const double across = plot_.Width() / whole_.Width();
+  const double down = plot_.Height() / whole_.Height();
+  return {plot_.Left + (shown_.Left - whole_.Left) * across,
+          plot_.Top + (shown_.Top - whole_.Top) * down,
+          plot_.Left + (shown_.Right - whole_.Left) * across,
+          plot_.Top + (shown_.Bottom - whole_.Top) * down};
+}
+
+Point DiagramMapping::ToPage(Point whole) const {
+  return {plot_.Left + (whole.X - shown_.Left) * plot_.Width() / shown_.Width(),
+          plot_.Top + (whole.Y - shown_.Top) * plot_.Height() / shown_.Height()};
+}
+
+Point DiagramMapping::FromPage(Point shown) const {
+  return {shown_.Left + (shown.X - plot_.Left) * shown_.Width() / plot_.Width(),
+          shown_.Top + (shown.Y - plot_.Top) * shown_.Height() / plot_.Height()};
 }
 
 double DiagramMapping::Fraction(double press) const {
@@ -94,7 +118,7 @@ double DiagramMapping::Fraction(double press) const {
 
 double DiagramMapping::YOf(double press) const {
   const double raise = type_ == DiagramType::Tephigram ? kTephigramRaise : 0;
-  return Enlarge({plot_.Left, plot_.Height() * Fraction(press) + plot_.Top - raise}).Y;
+  return ToPage({whole_.Left, whole_.Height() * Fraction(press) + whole_.Top - raise}).Y;
 }
 
 double DiagramMapping::IsobarY(double press, double x) const {
@@ -112,53 +136,53 @@ double DiagramMapping::IsobarY(double press, double x) const {
 
 double DiagramMapping::PressAt(double y) const {
   const double raise = type_ == DiagramType::Tephigram ? kTephigramRaise : 0;
-  const double whole = Reduce({plot_.Left, y}).Y;
+  const double whole = FromPage({whole_.Left, y}).Y;
   return std::exp(std::numbers::ln10 *
-                  (Log10(topPress_) + (whole + raise - plot_.Top) / plot_.Height() *
+                  (Log10(topPress_) + (whole + raise - whole_.Top) / whole_.Height() *
                                           (Log10(bottomPress_) - Log10(topPress_))));
 }
 
 Point DiagramMapping::Turn(Point unturned) const {
-  const double dx = unturned.X - plot_.Left;
-  const auto dy = static_cast<float>(plot_.Bottom - unturned.Y);
+  const double dx = unturned.X - whole_.Left;
+  const auto dy = static_cast<float>(whole_.Bottom - unturned.Y);
   const double turnedX = dx * kTephigramCos + dy * kTephigramSin;
   const double turnedY = dy * kTephigramCos - dx * kTephigramSin;
-  return {plot_.Left + turnedX - kTephigramShift, plot_.Bottom - turnedY};
+  return {whole_.Left + turnedX - kTephigramShift, whole_.Bottom - turnedY};
 }
 
 Point DiagramMapping::Unturn(Point drawn) const {
-  const double turnedX = drawn.X - plot_.Left + kTephigramShift;
-  const double turnedY = plot_.Bottom - drawn.Y;
+  const double turnedX = drawn.X - whole_.Left + kTephigramShift;
+  const double turnedY = whole_.Bottom - drawn.Y;
   const double dx = turnedX * kTephigramCos - turnedY * kTephigramSin;
   const double dy = turnedX * kTephigramSin + turnedY * kTephigramCos;
-  return {plot_.Left + dx, plot_.Bottom - dy};
+  return {whole_.Left + dx, whole_.Bottom - dy};
 }
 
 Point DiagramMapping::ToPoint(double temp, double press) const {
-  const double unskewed = (temp - tempMin_) * scale_ + plot_.Left;
+  const double unskewed = (temp - tempMin_) * scale_ + whole_.Left;
   switch (type_) {
     case DiagramType::SkewT:
-      return {Enlarge({unskewed + kSkewOrigin - kSkewPerDecade * Log10(press), 0}).X, YOf(press)};
+      return {ToPage({unskewed + kSkewOrigin - kSkewPerDecade * Log10(press), 0}).X, YOf(press)};
     case DiagramType::Emagram:
-      return {Enlarge({unskewed, 0}).X, YOf(press)};
+      return {ToPage({unskewed, 0}).X, YOf(press)};
     case DiagramType::Tephigram:
       break;
   }
   const double up = perLogTheta_ * (LogTheta(temp, press) - baseLogTheta_);
-  return Enlarge(Turn({unskewed, plot_.Bottom - up}));
+  return ToPage(Turn({unskewed, whole_.Bottom - up}));
 }
 
 DiagramCoordinates DiagramMapping::ToCoordinates(Point at) const {
   if (type_ == DiagramType::Tephigram) {
-    const Point flat = Unturn(Reduce(at));
-    const double temp = (flat.X - plot_.Left) / scale_ + tempMin_;
-    const double logTheta = baseLogTheta_ + (plot_.Bottom - flat.Y) / perLogTheta_;
+    const Point flat = Unturn(FromPage(at));
+    const double temp = (flat.X - whole_.Left) / scale_ + tempMin_;
+    const double logTheta = baseLogTheta_ + (whole_.Bottom - flat.Y) / perLogTheta_;
     const double logTemp = std::log(std::max(temp + kKelvinOffset, 1.0));
     return {temp, kReferencePress * std::exp((logTemp - logTheta) / kPoisson)};
   }
   const double press = PressAt(at.Y);
   const double skew = type_ == DiagramType::SkewT ? kSkewOrigin - kSkewPerDecade * Log10(press) : 0;
-  return {(Reduce(at).X - plot_.Left - skew) / scale_ + tempMin_, press};
+  return {(FromPage(at).X - whole_.Left - skew) / scale_ + tempMin_, press};
 }
 
 }  // namespace vexa::diagram

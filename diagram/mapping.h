@@ -3,17 +3,16 @@
 // readout inverts the very numbers that placed it.
 #pragma once
 
-#include <optional>
-
 #include "config/view_settings.h"
 #include "picture/picture.h"
 
 namespace vexa::diagram {
 
-inline constexpr double kPageWidth = 12000;  // drawing units
-inline constexpr double kPageHeight = 9000;
+// The diagram is laid out in drawing units of its own, in which it always has this width, and is
+// then put on the page: so a sounding leans alike on every page.
+inline constexpr double kDiagramWidth = 6600;
 
-// The skew of the skew-T, fixed in drawing units whatever the temperature scale: isotherms move
+// The skew of the skew-T, fixed in these units whatever the temperature scale: isotherms move
 // kSkewPerDecade to the right for each tenfold fall of pressure and meet the emagram near 1050 hPa.
 inline constexpr double kSkewOrigin = 11885;
 inline constexpr double kSkewPerDecade = 3934;
@@ -33,28 +32,31 @@ struct DiagramCoordinates {
 class DiagramMapping {
  public:
   DiagramMapping() = default;
-  /// plot     the frame of the diagram, whole drawing units
+  /// plot     the frame of the diagram on the page
   /// tempMin, tempMax  °C at the frame's lower left and lower right
   /// topPress, bottomPress  hPa; the tephigram's top is always 100
   DiagramMapping(DiagramType type, const Rect& plot, double tempMin, double tempMax,
                  double topPress, int bottomPress = 1050);
 
-  /// The same diagram with a region of its frame enlarged to the whole of it.
-  DiagramMapping Zoomed(const Rect& region) const;
+  /// The same diagram with a part of its frame enlarged to the whole of it. The part is told in
+  /// shares of the frame, 0 to 1, so that it is the same on every page.
+  DiagramMapping Zoomed(const Rect& part) const;
   /// The same diagram whole.
   DiagramMapping Whole() const;
+  /// The same axes in another frame, whole.
+  DiagramMapping In(const Rect& plot) const;
 
   DiagramType Type() const { return type_; }
   const Rect& Frame() const { return plot_; }
-  bool IsZoomed() const { return zoom_.has_value(); }
-  /// The part of the frame that is shown; all of it unless zoomed.
-  Rect Region() const { return zoom_.value_or(plot_); }
+  bool IsZoomed() const { return isZoomed_; }
+  /// The part of the whole diagram's frame that is shown; all of it unless zoomed.
+  Rect Region() const;
   /// Lowest and highest pressure that the frame shows, hPa.
   double TopPress() const { return shownTop_; }
   double BottomPress() const { return shownBottom_; }
   double TempMin() const { return tempMin_; }
   double TempMax() const { return tempMax_; }
-  float Scale() const { return scale_; }  // drawing units per °C
+  float Scale() const { return scale_; }  // diagram's drawing units per °C
 
   /// Page position of a temperature in °C at a pressure in hPa.
   Point ToPoint(double temp, double press) const;
@@ -74,8 +76,8 @@ class DiagramMapping {
  private:
   Point Unturn(Point drawn) const;
   double Fraction(double press) const;
-  Point Enlarge(Point whole) const;
-  Point Reduce(Point shown) const;
+  Point ToPage(Point whole) const;
+  Point FromPage(Point shown) const;
 
   DiagramType type_ = DiagramType::SkewT;
   Rect plot_{};
@@ -84,7 +86,9 @@ class DiagramMapping {
   double topPress_ = 100;
   int bottomPress_ = 1050;
   float scale_ = 90;
-  std::optional<Rect> zoom_{};
+  Rect whole_{};  // the frame in the diagram's own units
+  Rect shown_{};  // the part of it that the frame on the page shows
+  bool isZoomed_ = false;
   double shownTop_ = 100;
   double shownBottom_ = 1050;
   // Tephigram: height of the unturned frame per unit of ln θ and the ln θ of its base line.

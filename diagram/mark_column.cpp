@@ -5,6 +5,9 @@
 namespace vexa::diagram {
 
 const std::vector<Mark>& MarkColumn::Arrange(double top, double bottom, double gap) {
+  while (marks_.size() > 1 && gap * static_cast<double>(marks_.size() - 1) > bottom - top) {
+    marks_.erase(std::ranges::max_element(marks_, {}, &Mark::Priority));
+  }
   std::ranges::stable_sort(marks_, {}, &Mark::Y);
   // Taking off gap·i turns "at least gap apart" into "not falling": pool adjacent violators, whose
   // pooled means are the least-squares answer.

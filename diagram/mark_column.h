@@ -2,7 +2,6 @@
 // they can and move apart where they would stand on each other, with a leader to their own height.
 #pragma once
 
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,8 +14,8 @@ struct Mark {
   std::string Text{};
   std::string Tag{};
   Color Ink{};
-  std::optional<double> X{};  // where its line stands when that is not at the column's edge
-  double PlacedY = 0;         // where it stands; set by Arrange
+  int Priority = 0;    // where not all fit, those with the highest numbers leave
+  double PlacedY = 0;  // where it stands; set by Arrange
 };
 
 class MarkColumn {
@@ -25,7 +24,7 @@ class MarkColumn {
   bool Empty() const { return marks_.empty(); }
 
   /// Gives each mark its place: in the order of their heights, at least gap apart, between top and
-  /// bottom as far as they fit, with the smallest sum of squared shifts.
+  /// bottom, with the smallest sum of squared shifts. Those that do not fit are dropped.
   const std::vector<Mark>& Arrange(double top, double bottom, double gap);
 
  private:

@@ -183,18 +183,20 @@ Palette PaletteFor(const ViewSettings& options) {
   p.Faint = Blend(p.Ink, p.Paper, 0.4);
 
   const auto ink = [&p](int index) { return LegibleColor(p, index); };
-  const auto grid = [&](Color color) {
-    return options.Darklines ? color : Blend(color, p.Paper, 0.45);
+  // The grid stands back behind the traces: isobars and isotherms thin, the curves paler still.
+  const auto grid = [&](Color color, double pale = 0.45) {
+    return options.Darklines ? color : Blend(color, p.Paper, pale);
   };
+  constexpr double kCurvePale = 0.6;
 
   p.Frame = {p.Ink, 20, LineStyle::Solid};
   p.Isotherm = {grid(Blend(p.Ink, p.Paper, 0.5)), kHairline, LineStyle::Solid};
   p.ZeroIsotherm = {grid(ink(1)), 18, LineStyle::Solid};
   p.Isobar = {grid(Blend(p.Ink, p.Paper, 0.55)), kHairline, LineStyle::Solid};
   p.MandatoryIsobar = {grid(Blend(p.Ink, p.Paper, 0.25)), kThin, LineStyle::Solid};
-  p.DryAdiabat = {grid(ink(options.DryColor)), kHairline, LineStyle::Solid};
-  p.SatAdiabat = {grid(ink(options.SatColor)), kHairline, LineStyle::Solid};
-  p.MixingRatio = {grid(ink(options.WetColor)), kHairline, LineStyle::Dash};
+  p.DryAdiabat = {grid(ink(options.DryColor), kCurvePale), kHairline, LineStyle::Solid};
+  p.SatAdiabat = {grid(ink(options.SatColor), kCurvePale), kHairline, LineStyle::Dash};
+  p.MixingRatio = {grid(ink(options.WetColor)), kHairline, LineStyle::Dots};
 
   const bool thick = options.TraceThick != ThickLines::None;
   p.Temperature = {ink(4), thick ? 44 : kTrace * 0.7, LineStyle::Solid};
@@ -203,7 +205,7 @@ Palette PaletteFor(const ViewSettings& options) {
   p.VirtualTemp = {ink(4), 20, LineStyle::Dots};
   p.Parcel = {scheme.Parcel, 22, LineStyle::Dash};
   p.ParcelMoisture = {p.Parcel.Ink, 12, LineStyle::Dots};
-  p.Wind = {p.Ink, 14, LineStyle::Solid};
+  p.Wind = {p.Ink, 18, LineStyle::Solid};
   p.Surface = {ink(6), 24, LineStyle::Solid};
   p.Freezing = {ink(scheme.Cold), 14, LineStyle::Dash};
   p.Tropopause = {ink(5), 14, LineStyle::Dash};
@@ -214,6 +216,9 @@ Palette PaletteFor(const ViewSettings& options) {
   Color cape = ink(2);
   cape.Alpha = 80;
   p.Cape = {cape, FillStyle::Plain};
+  Color veil = p.Paper;
+  veil.Alpha = 170;
+  p.Veil = {veil, FillStyle::Plain};
   Color cin = ink(9);
   cin.Alpha = 45;
   p.Cin = {cin, FillStyle::Plain};

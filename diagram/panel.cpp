@@ -15,13 +15,9 @@
 namespace vexa::diagram {
 namespace {
 
-constexpr double kLineText = 132;
-constexpr double kLineStep = 168;
-constexpr double kTableText = 104;
-constexpr double kIndexText = 100;
-constexpr double kIndexColumn = 970;  // from one column of indices to the next
-constexpr double kMargin = 80;
-constexpr double kPanelBottom = kPageHeight - 60;
+constexpr double kText = LetterSize(Type::Note);
+constexpr double kStep = 15 * kUnitsPerPixel;
+constexpr double kMargin = kBoxPadding;
 constexpr std::string_view kNoValue = "--";
 
 // Rows of the chosen parcel's column, in their order.
@@ -144,15 +140,6 @@ std::vector<const analysis::IndexValue*> PanelIndices(const Plot& plot) {
   return Pick(plot, labels);
 }
 
-std::string PositionText(const SoundingRecord& sounding) {
-  if (sounding.LatHemi.empty() && sounding.LonHemi.empty()) return {};
-  const auto part = [](double degrees, std::string_view hemisphere) {
-    return Mask(degrees < 0 ? -degrees : degrees, "##0.00") + std::string(hemisphere);
-  };
-  return part(sounding.LatSigned, sounding.LatHemi) + "  " +
-         part(sounding.LonSigned, sounding.LonHemi);
-}
-
 void DrawMono(Plot& plot, std::string_view tag, Point at, std::string text, double size, Color ink,
               bool bold = false) {
   plot.Page.Add(tag, Label{.At = at,
@@ -217,56 +204,51 @@ void DrawIndex(Plot& plot, const analysis::IndexValue& index, Point at, double s
 
 }  // namespace
 
-void InfoBoxx(Plot& plot) {
-  double top = kPanel.Top;
-  if (plot.In.Hodograph != nullptr && plot.Set().PlotHodo) {
-    const Rect place{kPanel.Left, top, kPanel.Right, top + kPanel.Width()};
-    plot.Page.Add("hodograph", Inset{.Place = place, .Content = {*plot.In.Hodograph}});
-    top = place.Bottom + 100;
-  }
-  if (!plot.Set().AnalysesBox || !plot.Set().AutoAnalyses) return;
-  if (plot.Results().Levels.Count() < 2) return;
+bool HasAnalysisBox(const PlotInput& input) {
+  return input.Set.AnalysesBox && input.Set.AutoAnalyses && input.Results.Levels.Count() >= 2;
+}
 
+std::string PositionText(const SoundingRecord& sounding) {
+  if (sounding.LatHemi.empty() && sounding.LonHemi.empty()) return {};
+  const auto part = [](double degrees, std::string_view hemisphere) {
+    return Mask(degrees < 0 ? -degrees : degrees, "##0.00") + std::string(hemisphere);
+  };
+  return part(sounding.LatSigned, sounding.LatHemi) + "  " +
+         part(sounding.LonSigned, sounding.LonHemi);
+}
+
+void InfoBoxx(Plot& plot) {
+  const Rect* region = plot.Where.Find("analysis");
+  if (region == nullptr || !HasAnalysisBox(plot.In)) return;
   const std::vector<const analysis::IndexValue*> rows = Pick(plot, kParcelLabels);
   const std::vector<std::string> table = LiftTable(plot);
   const std::vector<PanelCell> indices = ArrangeIndices(plot);
-  const std::size_t indexLines = indices.empty() ? 0 : indices.back().Line + 1;
-  const std::string position = PositionText(plot.Sounding());
-  const double lines = static_cast<double>(rows.size() + table.size() + indexLines) +
-                       (position.empty() ? 1 : 2) + (indices.empty() ? 0.0 : 0.5);
-  // Many lines stand closer, in smaller letters, so that the box ends on the page.
-  const double room = kPanelBottom - top - kMargin;
-  const double scale = std::min(1.0, room / (lines * kLineStep));
-  const double step = kLineStep * scale;
-  const double height = step * lines + kMargin;
-  const Rect box{kPanel.Left, top, kPanel.Right, top + height};
-  plot.Page.Add("analysis box", Area{.Rings = {{{box.Left, box.Top},
-                                                {box.Right, box.Top},
-                                                {box.Right, box.Bottom},
-                                                {box.Left, box.Bottom}}},
+  plot.Page.Add("analysis box", Area{.Rings = {{{region->Left, region->Top},
+                                                {region->Right, region->Top},
+                                                {region->Right, region->Bottom},
+                                                {region->Left, region->Bottom}}},
                                      .Fill = plot.Inks.Panel,
                                      .Stroke = plot.Inks.PanelFrame});
-  double y = top + kMargin + step / 2;
-  const double x = kPanel.Left + kMargin;
-  if (!position.empty()) {
-    DrawMono(plot, "position", {x, y}, position, kLineText * scale, plot.Inks.PanelHead, true);
-    y += step;
-  }
+  const double x = region->Left + kMargin;
+  const double last = region->Bottom - kMargin - kStep / 2;
+  double y = region->Top + kMargin + kStep / 2;
   for (const analysis::IndexValue* row : rows) {
-    DrawIndex(plot, *row, {x, y}, kLineText * scale, step, ValueText(plot, *row), "analysis");
-    y += step;
+    if (y > last) return;
+    DrawIndex(plot, *row, {x, y}, kText, kStep, ValueText(plot, *row), "analysis");
+    y += kStep;
   }
-  y += step / 2;
+  y += kStep / 2;
   for (const std::string& line : table) {
-    DrawMono(plot, "lift table", {x, y}, line, kTableText * scale, plot.Inks.Ink,
-             &line == &table.front());
-    y += step;
+    if (y > last) return;
+    DrawMono(plot, "lift table", {x, y}, line, kText, plot.Inks.Ink, &line == &table.front());
+    y += kStep;
   }
-  y += step / 2;
+  y += kStep / 2;
+  const double column = (region->Width() - 2 * kMargin) / 2;
   for (const PanelCell& cell : indices) {
-    const Point at{x + (cell.IsRight ? kIndexColumn : 0),
-                   y + step * static_cast<double>(cell.Line)};
-    DrawIndex(plot, *cell.Index, at, kIndexText * scale, step, cell.Text, "index");
+    const Point at{x + (cell.IsRight ? column : 0), y + kStep * static_cast<double>(cell.Line)};
+    if (at.Y > last) return;
+    DrawIndex(plot, *cell.Index, at, kText, kStep, cell.Text, "index");
   }
 }
 

@@ -11,23 +11,29 @@
 #include "diagram/mark_column.h"
 #include "diagram/palette.h"
 #include "diagram/sounding_plot.h"
+#include "picture/label_room.h"
+#include "picture/layout.h"
 #include "picture/picture.h"
+#include "picture/surface.h"
 
 namespace vexa::diagram {
 
-// The page's regions, drawing units.
-inline constexpr Rect kFrame{1300, 620, 7900, 8220};
-inline constexpr double kPressLabelX = kFrame.Left - 80;    // right ends of the pressures
-inline constexpr double kHeightLabelX = kFrame.Left - 470;  // right ends of the heights
-inline constexpr Rect kWindColumn{8560, 620, 9580, 8220};
-inline constexpr Rect kPanel{9680, 620, 11880, 8220};
-inline constexpr Point kConfigurationAt{4690, 50};
+inline constexpr double kAxisText = LetterSize(Type::Label);
+inline constexpr double kSmallText = LetterSize(Type::Note);
+inline constexpr double kMarkText = LetterSize(Type::Note);
 
-inline constexpr double kAxisText = 150;
-inline constexpr double kSmallText = 125;
-inline constexpr double kMarkText = 130;
-inline constexpr double kMarkRoom = 1230;     // at the right edge, for the marks' texts
-inline constexpr double kMarkRoomAgl = 1540;  // the same with " AGL" behind heights
+/// Where the parts of the page stand, drawing units.
+struct Places {
+  PageLayout Page{};
+  LayoutDefaults Asks{};    // of the layout
+  Rect Frame{};             // of the diagram
+  double PressLabelX = 0;   // right ends of the pressures
+  double HeightLabelX = 0;  // right ends of the heights of pressure levels
+  bool HasHeights = false;  // there is room for those
+  double MarkRoom = 0;      // at the frame's right edge inside, for marks without a gutter
+
+  const Rect* Find(std::string_view region) const { return Page.Find(region); }
+};
 
 /// The units that the page shows, with the label of the winds.
 struct ShownUnits {
@@ -40,11 +46,12 @@ struct ShownUnits {
 struct Plot {
   const PlotInput& In;
   Picture Page{};
+  Places Where{};
   DiagramMapping At{};
   Palette Inks{};
   ShownUnits Units{};
-  MarkColumn LeftMarks{};   // inside the frame at its left edge
-  MarkColumn RightMarks{};  // inside the frame at its right edge
+  LabelRoom GridLabels{Rect{}};  // the frame with the labels of the grid
+  MarkColumn Marks{};  // in the gutter, without one inside the frame at its right edge
   std::string Warning{};
 
   const DisplaySettings& Set() const { return In.Set; }

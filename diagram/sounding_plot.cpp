@@ -1,21 +1,24 @@
 #include "diagram/sounding_plot.h"
 
 #include <algorithm>
+#include <cmath>
 #include <string>
 #include <string_view>
 
+#include "analysis/interpolate.h"
+#include "core/markers.h"
 #include "core/numbers.h"
 #include "diagram/analysis_marks.h"
 #include "diagram/extra_lines.h"
 #include "diagram/grid.h"
 #include "diagram/heights.h"
-#include "diagram/panel.h"
+#include "diagram/page_regions.h"
 #include "diagram/plot_state.h"
 #include "diagram/scaling.h"
 #include "diagram/title_text.h"
 #include "diagram/traces.h"
 #include "diagram/wind_column.h"
-#include "picture/label_room.h"
+#include "picture/text_width.h"
 
 namespace vexa::diagram {
 namespace {
@@ -27,33 +30,44 @@ constexpr std::string_view kTephigramWarning =
 // The mapping that this sounding asks for, with room for those beside it.
 DiagramMapping OwnScale(const Plot& plot, DiagramChoice choice) {
   const ViewSettings& set = plot.Set();
-  TempRange range = ChooseTempRange(plot.Sounding(), set, choice, kFrame);
+  TempRange range = ChooseTempRange(plot.Sounding(), set, choice, plot.Where.Frame);
   if (plot.HasOthers() && plot.In.OthersScaling == Scaling::Auto) {
     for (const OverlaySounding& other : plot.In.Others) {
       if (other.Sounding == nullptr) continue;
       if (choice.Type != DiagramType::Tephigram) {
         choice.TopPress = std::min(choice.TopPress, ChooseDiagram(*other.Sounding, set).TopPress);
       }
-      const TempRange its = ChooseTempRange(*other.Sounding, set, choice, kFrame);
+      const TempRange its = ChooseTempRange(*other.Sounding, set, choice, plot.Where.Frame);
       range = {std::min(range.Min, its.Min), std::max(range.Max, its.Max)};
     }
   }
-  return {choice.Type, kFrame, range.Min, range.Max, choice.TopPress};
+  return {choice.Type, plot.Where.Frame, range.Min, range.Max, choice.TopPress};
+}
+
+// The top pressure with which the layout's depth fills the diagram, whole tens of hPa; 0 where it
+// shows all.
+double TopForDepth(const Plot& plot) {
+  const double depth = plot.Where.Asks.Depth;
+  if (depth <= 0 || plot.Results().Levels.Count() < 2) return 0;
+  const double press = analysis::GetPRESS(plot.Results().Levels, plot.Sounding().ElevM + depth);
+  return HasHeight(press) ? std::floor(press / 10) * 10 : 0;
 }
 
 void ConfigureDiagram(Plot& plot) {
   const ViewSettings& set = plot.Set();
-  const DiagramChoice choice = ChooseDiagram(plot.Sounding(), set);
+  DiagramChoice choice = ChooseDiagram(plot.Sounding(), set);
   if (choice.BeyondTephigram && set.TephigramWarning) plot.Warning = kTephigramWarning;
-  const DiagramMapping* held = plot.In.Scale;
-  plot.At = held != nullptr && held->Type() == choice.Type ? *held : OwnScale(plot, choice);
-  if (plot.In.Zoom) plot.At = plot.At.Zoomed(*plot.In.Zoom);
-  plot.Inks = PaletteFor(set);
-  plot.Page = Picture(kPageWidth, kPageHeight, plot.Inks.Paper);
-  if (!plot.In.Configuration.empty()) {
-    DrawText(plot.Page, "configuration", kConfigurationAt, plot.In.Configuration, plot.Inks.Faint,
-             kSmallText, AnchorX::Left, AnchorY::Top);
+  plot.Where = PlaceRegions(plot);
+  if (set.AutoMbSelect && choice.Type != DiagramType::Tephigram) {
+    choice.TopPress = std::max(choice.TopPress, TopForDepth(plot));
   }
+  const DiagramMapping* held = plot.In.Scale;
+  plot.At = held != nullptr && held->Type() == choice.Type ? held->In(plot.Where.Frame)
+                                                           : OwnScale(plot, choice);
+  if (plot.In.Zoom) plot.At = plot.At.Zoomed(*plot.In.Zoom);
+  plot.GridLabels = LabelRoom(plot.Where.Frame);
+  plot.Inks = PaletteFor(set);
+  plot.Page = Picture(plot.In.On.Width, plot.In.On.Height, plot.Inks.Paper);
 }
 
 // A sounding's title and place as one line of an overlay or a comparison.
@@ -69,26 +83,26 @@ std::string OtherTitle(const SoundingRecord& sounding, const ViewSettings& set) 
   return text;
 }
 
-// Titles of overlaid and compared soundings stand below the axis, in their own colours.
+// Titles of overlaid and compared soundings stand in the place of the legend, in their own colours,
+// side by side where the page is wide.
 void DrawOtherTitles(Plot& plot) {
-  if (!plot.HasOthers()) return;
+  const Rect* region = plot.Where.Find("legend");
+  if (!plot.HasOthers() || region == nullptr) return;
   const bool compare = plot.In.Mode == MultiMode::Compare;
-  constexpr int kRows = 3;
-  constexpr double kFirstRow = 8590;
-  constexpr double kRowStep = 150;
-  const double width = kPanel.Left - kFrame.Left;
+  constexpr double kRow = 18 * kUnitsPerPixel;
+  constexpr double kGap = 16 * kUnitsPerPixel;
   const int count = compare ? 2 : 1 + static_cast<int>(plot.In.Others.size());
-  const double column = width / std::max(1, (count + kRows - 1) / kRows);
+  const int rows = std::max(1, static_cast<int>(region->Height() / kRow + 0.01));
+  const int columns = (count + rows - 1) / rows;
+  const double width = region->Width() / columns;
   int number = 1;
   const auto line = [&](const SoundingRecord& sounding, Color ink) {
     const std::string text = (compare ? "#" + Shortest(number) + " - " : std::string()) +
                              OtherTitle(sounding, plot.Set());
-    // Written smaller where the column is narrow.
-    const double fitting = (column - 150) / TextWidth(text.size(), 1.12);
-    DrawText(
-        plot.Page, "other title",
-        {kFrame.Left + (number - 1) / kRows * column, kFirstRow + (number - 1) % kRows * kRowStep},
-        text, ink, std::min(kMarkText, fitting));
+    DrawText(plot.Page, "other title",
+             {region->Left + (number - 1) / rows * width,
+              region->Top + ((number - 1) % rows + 0.5) * kRow},
+             Elided(text, kMarkText, width - kGap), ink, kMarkText);
     ++number;
   };
   line(plot.Sounding(), plot.Inks.Temperature.Ink);
@@ -115,21 +129,12 @@ void DrawTemperatureGrid(Plot& plot) {
 }
 
 void DrawTitles(Plot& plot) {
-  if (plot.Set().TitleAboveDiagram) {
-    const std::string title = "VEXA  -  " + SoundingTitle(plot.Sounding(), plot.Set());
-    // A long one is written smaller, clear of the head of the height scale.
-    constexpr double kSize = 210;
-    constexpr double kPerLetter = 0.6;  // of the size, bold
-    const double letters = static_cast<double>(title.size());
-    const double fitting = (kFrame.Right - kFrame.Left) / (kPerLetter * letters);
-    plot.Page.Add("title", Label{.At = {kFrame.Left, 250},
-                                 .Text = title,
-                                 .Size = std::min(kSize, fitting),
-                                 .Ink = plot.Inks.Ink,
-                                 .Bold = true});
-  }
+  DrawTitle(plot);
   DrawTemperatureUnits(plot);
-  DrawText(plot.Page, "wind unit", {(kWindColumn.Left + kWindColumn.Right) / 2, kFrame.Top - 330},
+  const Rect* wind = plot.Where.Find("wind");
+  if (wind == nullptr) return;
+  DrawText(plot.Page, "wind unit",
+           {(wind->Left + wind->Right) / 2, plot.Where.Frame.Top - 12 * kUnitsPerPixel},
            std::string(plot.Units.SpeedLabel), plot.Inks.Ink, kSmallText, AnchorX::Center);
 }
 
@@ -145,7 +150,11 @@ void DrawSoundingData(Plot& plot) {
 
 void DrawIcaoAndHeightAxis(Plot& plot) {
   ICAOlabels(plot);
-  DrawHeightAxis(plot);
+  if (plot.Where.Asks.HeightsFirst) {
+    DrawLeadingHeights(plot);
+  } else {
+    DrawHeightAxis(plot);
+  }
 }
 
 void DrawScale(Plot& plot) {
@@ -156,23 +165,21 @@ void DrawScale(Plot& plot) {
 
 void DrawPressHeights(Plot& plot) {
   if (!plot.In.Lines.PressHeights) return;
-  PrsHgtLabel(plot, plot.HasOthers());
+  if (plot.Where.HasHeights && !plot.Where.Asks.HeightsFirst) PrsHgtLabel(plot, plot.HasOthers());
 }
 
 void DrawAnalyses(Plot& plot) {
+  // With other soundings on the diagram the line stands alone.
+  if (!plot.HasOthers()) DrawSurfaceLabel(plot);
   DrawLayerMarks(plot);
   DrawParcelLevels(plot);
   DrawMarkColumns(plot);
-  InfoBoxx(plot);
-  if (plot.In.LoopHoldTime) {
-    DrawText(plot.Page, "hold time", {kFrame.Right, kFrame.Bottom + 480},
-             "Image hold time: " + Mask(*plot.In.LoopHoldTime, "0.0") + " seconds.", plot.Inks.Ink,
-             kAxisText, AnchorX::Right);
-  }
+  DrawBoxes(plot);
+  DrawStatus(plot);
 }
 
 void DrawFrame(Plot& plot) {
-  const Rect& frame = kFrame;
+  const Rect& frame = plot.Where.Frame;
   plot.Page.Add("frame", Polyline{.Points = {{frame.Left, frame.Top},
                                              {frame.Right, frame.Top},
                                              {frame.Right, frame.Bottom},
@@ -184,8 +191,6 @@ void DrawFrame(Plot& plot) {
 void DrawPressureAxis(Plot& plot) {
   DrawPressureLines(plot);
   DrawFrame(plot);
-  // Over the isobars; with other soundings on the diagram the line stands alone.
-  if (!plot.HasOthers()) DrawSurfaceLabel(plot);
 }
 
 struct PlotStep {
@@ -232,7 +237,8 @@ std::optional<SoundingPlot> PlotSounding(const PlotInput& input, Progress progre
     if (!status.empty() && !progress.Begin(status, done)) return std::nullopt;
     step.Draw(plot);
   }
-  return SoundingPlot{std::move(plot.Page), plot.At, std::move(plot.Warning)};
+  return SoundingPlot{std::move(plot.Page), plot.At, std::move(plot.Where.Page),
+                      std::move(plot.Warning)};
 }
 
 }  // namespace vexa::diagram

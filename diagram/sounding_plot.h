@@ -11,7 +11,9 @@
 #include "core/interaction.h"
 #include "core/sounding_record.h"
 #include "diagram/mapping.h"
+#include "picture/page_layouts.h"
 #include "picture/picture.h"
+#include "picture/surface.h"
 
 namespace vexa::diagram {
 
@@ -52,13 +54,15 @@ struct PlotInput {
   std::vector<OverlaySounding> Others{};
   std::vector<FrontMark> Fronts{};
   std::vector<LayerMark> Layers{};
-  const Picture* Hodograph = nullptr;     // small hodograph, finished elsewhere
+  Surface On = ImageSurface(1600, 1200);  // what the page is composed for
+  const LayoutRow* Layout = nullptr;      // null: the diagram's own
+  std::vector<PageBox> Boxes{};           // side boxes that other folders fill
   std::string Configuration{};            // caption of the active configuration
   std::optional<double> LoopHoldTime{};   // s, while a loop runs
   Scaling OthersScaling = Scaling::Auto;  // Auto: the axes make room for every sounding
   const SoundingRecord* Reference = nullptr;
   ExtraLines Lines{};
-  std::optional<Rect> Zoom{};  // part of the diagram's frame that fills it, page units
+  std::optional<Rect> Zoom{};  // part of the diagram's frame that fills it, in shares of it
   /// Drawn by this mapping as long as it is of the right type, not by one of the sounding's own.
   const DiagramMapping* Scale = nullptr;
 };
@@ -66,6 +70,7 @@ struct PlotInput {
 struct SoundingPlot {
   Picture Page{};
   DiagramMapping Mapping{};
+  PageLayout Layout{};    // where the regions of the page stand and what is left out
   std::string Warning{};  // what the user is to be told about this diagram type, or empty
 };
 

@@ -11,8 +11,9 @@
 #include "analysis/analysis.h"
 #include "analysis/moist_air.h"
 #include "core/markers.h"
+#include "diagram/label_places.h"
 #include "picture/clip.h"
-#include "picture/label_room.h"
+#include "picture/text_width.h"
 
 namespace vexa::diagram {
 namespace {
@@ -85,12 +86,14 @@ void NameTrace(Plot& plot, std::string_view name, const Levels<double>& press,
     if (at.Y > frame.Bottom) continue;
     if (at.Y < frame.Top + 60 || at.X < frame.Left + 150 || at.X > frame.Right - 150) continue;
     // On the other side where the frame leaves no room.
-    const double width = 70 + TextWidth(name.size(), kAxisText);
+    const double width = 70 + TextWidth(name, kAxisText);
     if (across == AnchorX::Right && at.X - width < frame.Left) across = AnchorX::Left;
     if (across == AnchorX::Left && at.X + width > frame.Right) across = AnchorX::Right;
     const double aside = across == AnchorX::Left ? 70 : -70;
-    DrawTextOver(plot, "trace name", {at.X + aside, at.Y + 30}, std::string(name), ink, kAxisText,
-                 across);
+    const Point wanted{at.X + aside, at.Y + 30};
+    const Point place =
+        TakePlace(plot.GridLabels, wanted, name, kAxisText, across).value_or(wanted);
+    DrawTextOver(plot, "trace name", place, std::string(name), ink, kAxisText, across);
     return;
   }
 }
@@ -155,9 +158,12 @@ void DrawParcel(Plot& plot) {
       plot.Page.Add(tag, Area{.Rings = std::move(rings), .Fill = brush});
     };
     const std::vector<std::vector<Point>> inhibited = Between(plot, ascent, 0, top, false);
+    const std::vector<std::vector<Point>> lifted = Between(plot, ascent, free, top, true);
+    fill("veil", inhibited, plot.Inks.Veil);
+    fill("veil", lifted, plot.Inks.Veil);
     fill("CIN area", inhibited, plot.Inks.Cin);
     fill("CIN hatch", inhibited, plot.Inks.CinHatch);
-    fill("CAPE area", Between(plot, ascent, free, top, true), plot.Inks.Cape);
+    fill("CAPE area", lifted, plot.Inks.Cape);
     end = ascent.MaximumParcel.Exists()
               ? std::min(StepAt(ascent, ascent.MaximumParcel.Press) + 1, steps)
               : top;
@@ -230,32 +236,44 @@ void DrawReferenceTraces(Plot& plot) {
 }
 
 void DrawLegend(Plot& plot) {
+  const Rect* region = plot.Where.Find("legend");
+  if (region == nullptr) return;
   const auto drawn = [&plot](std::string_view tag) {
     return std::ranges::any_of(plot.Page.Items(),
                                [tag](const Item& item) { return item.Tag == tag; });
   };
-  constexpr double kSample = 320;
-  double entry = 1180;
-  double y = plot.At.Frame().Bottom + 520;
-  double x = plot.At.Frame().Left;
-  const auto name = [&](std::string_view text) {
-    DrawText(plot.Page, "legend", {x + kSample + 60, y}, std::string(text), plot.Inks.Faint,
+  constexpr double kSample = 24 * kUnitsPerPixel;
+  constexpr double kGap = 5 * kUnitsPerPixel;
+  constexpr double kRow = 18 * kUnitsPerPixel;
+  double x = region->Left;
+  double y = region->Top + kRow / 2;
+  // The place of the next entry's sample; entries go on in the next row while there is one.
+  const auto place = [&](std::string_view text) {
+    const double width = kSample + 4 * kGap + TextWidth(text, kSmallText);
+    if (x > region->Left && x + width > region->Right) {
+      x = region->Left;
+      y += kRow;
+    }
+    if (y + kRow / 2 > region->Bottom + 1 || x + width > region->Right) return false;
+    DrawText(plot.Page, "legend", {x + kSample + kGap, y}, std::string(text), plot.Inks.Ink,
              kSmallText);
-    x += entry;
+    x += width;
+    return true;
   };
   const auto line = [&](std::string_view tag, std::string_view text, const Pen& pen) {
-    if (!drawn(tag)) return;
-    DrawSegment(plot.Page, "legend line", {x, y}, {x + kSample, y}, pen);
-    name(text);
+    if (!drawn(tag) || !place(text)) return;
+    const double from = x - (kSample + 4 * kGap + TextWidth(text, kSmallText));
+    DrawSegment(plot.Page, "legend line", {from, y}, {from + kSample, y}, pen);
   };
   const auto area = [&](std::string_view tag, std::string_view text, const Brush& brush) {
-    if (!drawn(tag)) return;
-    plot.Page.Add(
-        "legend area",
-        Area{.Rings = {{{x, y - 60}, {x + kSample, y - 60}, {x + kSample, y + 60}, {x, y + 60}}},
-             .Fill = brush,
-             .Stroke = plot.Inks.PanelFrame});
-    name(text);
+    if (!drawn(tag) || !place(text)) return;
+    const double from = x - (kSample + 4 * kGap + TextWidth(text, kSmallText));
+    plot.Page.Add("legend area", Area{.Rings = {{{from, y - 60},
+                                                 {from + kSample, y - 60},
+                                                 {from + kSample, y + 60},
+                                                 {from, y + 60}}},
+                                      .Fill = brush,
+                                      .Stroke = plot.Inks.PanelFrame});
   };
   line("temperature", "T", plot.Inks.Temperature);
   line("dew point", "Td", plot.Inks.Dewpoint);
@@ -264,13 +282,20 @@ void DrawLegend(Plot& plot) {
   line("reference temperature", "Reference", {plot.Inks.Faint, 22, LineStyle::Dash});
   area("CAPE area", "CAPE", plot.Inks.Cape);
   area("CIN hatch", "CIN", plot.Inks.CinHatch);
-  // The bars of stability have a row of their own.
-  x = plot.At.Frame().Left;
-  y += 170;
-  entry = 1800;
   for (const StabilityClass& stability : kStability) {
     area("stability bar", stability.Name, {LegibleColor(plot.Inks, stability.Color)});
   }
+  line("dry adiabat", "Dry adiabat", plot.Inks.DryAdiabat);
+  line("isentrope", "Isentrope", plot.Inks.DryAdiabat);
+  line("saturation adiabat", "Moist adiabat", plot.Inks.SatAdiabat);
+  line("mixing ratio line", "Mixing ratio", plot.Inks.MixingRatio);
+  line("standard atmosphere", "Standard atmosphere", plot.Inks.StandardAtmosphere);
+  if (!plot.Where.Asks.FullLegend) return;
+  line("isotherm", "Isotherm", plot.Inks.Isotherm);
+  line("isotherm", "0 and -20 C", plot.Inks.ZeroIsotherm);
+  line("pressure line", "Pressure", plot.Inks.MandatoryIsobar);
+  line("surface line", "Surface", plot.Inks.Surface);
+  line("parcel moisture", "Parcel moisture", plot.Inks.ParcelMoisture);
 }
 
 void DrawStabilityBars(Plot& plot) {

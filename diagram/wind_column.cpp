@@ -23,7 +23,6 @@ struct PlacedWind {
   double Height = 0;  // m above mean sea level
   double Press = 0;
   analysis::Wind Value{};
-  bool Stays = false;  // however much is thinned
 };
 
 std::vector<PlacedWind> PlaceWinds(const Plot& plot) {
@@ -40,20 +39,22 @@ std::vector<PlacedWind> PlaceWinds(const Plot& plot) {
   return placed;
 }
 
-// The winds that a forecaster looks for by name: the lowest, the strongest, and those of the
+// The winds that a forecaster looks for by name: the strongest, the lowest, and those of the
 // mandatory levels.
-void MarkThoseThatStay(std::vector<PlacedWind>& winds) {
+std::vector<std::size_t> NamedWinds(const std::vector<PlacedWind>& winds) {
   constexpr double kSameLevel = 0.01;  // of the pressure, some 80 m
-  if (winds.empty()) return;
-  winds.front().Stays = true;
-  std::ranges::max_element(winds, {}, [](const PlacedWind& wind) {
-    return wind.Value.Spd;
-  })->Stays = true;
+  if (winds.empty()) return {};
+  const auto place = [&](auto wind) { return static_cast<std::size_t>(wind - winds.begin()); };
+  std::vector<std::size_t> named = {
+      place(std::ranges::max_element(winds, {},
+                                     [](const PlacedWind& wind) { return wind.Value.Spd; })),
+      0};
   for (const int press : MandatoryPressures()) {
     const auto apart = [press](const PlacedWind& wind) { return std::fabs(wind.Press - press); };
     const auto nearest = std::ranges::min_element(winds, {}, apart);
-    if (apart(*nearest) <= kSameLevel * press) nearest->Stays = true;
+    if (apart(*nearest) <= kSameLevel * press) named.push_back(place(nearest));
   }
+  return named;
 }
 
 Reach ReachOf(const PlacedWind& wind, const ViewSettings& options) {
@@ -62,38 +63,12 @@ Reach ReachOf(const PlacedWind& wind, const ViewSettings& options) {
   return {wind.Y + extent.Top - margin, wind.Y + extent.Bottom + margin};
 }
 
-// Where a symbol's foot stands so that the symbol keeps inside the column.
-double FootX(double wanted, const Rect& extent) {
-  const double least = kWindColumn.Left - extent.Left;
-  const double most = kWindColumn.Right - extent.Right;
-  return least <= most ? std::clamp(wanted, least, most) : (least + most) / 2;
+// The axis of the symbols, moved for one that would leave the column.
+double FootX(double axis, const Rect& extent, const Rect& column) {
+  const double least = column.Left - extent.Left;
+  const double most = column.Right - extent.Right;
+  return least <= most ? std::clamp(axis, least, most) : (least + most) / 2;
 }
-
-/// Symbols that would still stand on one another step aside, to the right and to the left.
-class Lanes {
- public:
-  explicit Lanes(int count) : last_(static_cast<std::size_t>(count)) {}
-
-  /// The lane of the next wind: 0 in the middle, 1 to the right, -1 to the left; empty where none
-  /// is free.
-  std::optional<int> Place(const Reach& reach) {
-    constexpr std::array kOrder = {0, 1, -1};
-    for (std::size_t i = 0; i < last_.size(); ++i) {
-      if (reach.Top < last_[i].Bottom && last_[i].Top < reach.Bottom) continue;
-      last_[i] = reach;
-      return kOrder[i];
-    }
-    last_[0] = reach;
-    return std::nullopt;
-  }
-
- private:
-  std::vector<Reach> last_;
-};
-
-// Three lanes fit, but a column that has three symbols abreast all the way up is hard to read.
-constexpr int kLanes = 3;
-constexpr int kEasyLanes = 2;
 
 // "th" as the column's caption has it for any number but one.
 std::string RatioCaption(int ratio) {
@@ -102,29 +77,46 @@ std::string RatioCaption(int ratio) {
 
 }  // namespace
 
-int WindRatio(const std::vector<Reach>& reaches, int option, bool hasLanes) {
-  if (option > 0) return option;
-  const int count = static_cast<int>(reaches.size());
-  for (int ratio = 1; ratio < count; ++ratio) {
-    Lanes lanes(hasLanes ? kEasyLanes : 1);
-    int drawn = 0;
-    int crowded = 0;
-    for (int i = 0; i < count; i += ratio) {
-      ++drawn;
-      if (!lanes.Place(reaches[static_cast<std::size_t>(i)])) ++crowded;
+std::vector<bool> ChooseWinds(const std::vector<Reach>& reaches,
+                              const std::vector<std::size_t>& stays, int option) {
+  std::vector<bool> chosen(reaches.size(), false);
+  if (option > 0) {
+    for (std::size_t i = 0; i < chosen.size(); i += static_cast<std::size_t>(option)) {
+      chosen[i] = true;
     }
-    if (4 * crowded <= drawn) return ratio;
+    for (const std::size_t i : stays) chosen[i] = true;
+    return chosen;
   }
-  return std::max(count, 1);
+  // Symbols nest a little, those that stay half.
+  const auto isClear = [&](std::size_t i, double nesting) {
+    const Reach& mine = reaches[i];
+    for (std::size_t other = 0; other < reaches.size(); ++other) {
+      if (!chosen[other]) continue;
+      const Reach& its = reaches[other];
+      const double shared = std::min(mine.Bottom, its.Bottom) - std::max(mine.Top, its.Top);
+      if (shared > nesting * std::min(mine.Bottom - mine.Top, its.Bottom - its.Top)) return false;
+    }
+    return true;
+  };
+  for (const std::size_t i : stays) chosen[i] = chosen[i] || isClear(i, 0.5);
+  for (std::size_t i = 0; i < reaches.size(); ++i) chosen[i] = chosen[i] || isClear(i, 0.15);
+  return chosen;
 }
 
 void DrawWindColumn(Plot& plot) {
   const ViewSettings set = SymbolOptions(plot.Set(), plot.Sounding());
-  std::vector<PlacedWind> winds = PlaceWinds(plot);
-  MarkThoseThatStay(winds);
+  const Rect* region = plot.Where.Find("wind");
+  if (region == nullptr) return;
+  const std::vector<PlacedWind> winds = PlaceWinds(plot);
   if (winds.empty() || set.Winds == WindDisplay::None) return;
-  const Rect& column = kWindColumn;
-  const double x = (column.Left + column.Right) / 2;
+  const Rect column{region->Left, plot.Where.Frame.Top, region->Right, plot.Where.Frame.Bottom};
+  // Numbers take the right part of the column.
+  constexpr double kNumberRoom = 56 * kUnitsPerPixel;
+  const bool hasNumbers = plot.Where.Asks.WindNumbers;
+  const Rect barbs{column.Left, column.Top, column.Right - (hasNumbers ? kNumberRoom : 0),
+                   column.Bottom};
+  const double x = (barbs.Left + barbs.Right) / 2;
+  double lastNumber = 1e9;
   if (set.WindPlotsBox) {
     plot.Page.Add("wind box", Polyline{.Points = {{column.Left, column.Top},
                                                   {column.Right, column.Top},
@@ -137,45 +129,39 @@ void DrawWindColumn(Plot& plot) {
   std::vector<Reach> reaches;
   reaches.reserve(winds.size());
   for (const PlacedWind& wind : winds) reaches.push_back(ReachOf(wind, set));
-  const WindSymbolSize size = SizeOf(set.BarbSize);
-  // The largest symbols fill the column: there are no lanes beside the middle.
-  const double lane = 1.35 * size.Shaft;
-  const bool hasLanes = lane < column.Width() / 2;
-  const int ratio = WindRatio(reaches, set.WindPlotRatio, hasLanes);
-  Lanes lanes(hasLanes ? kLanes : 1);
-  double lowest = column.Bottom;
+  const std::vector<bool> chosen = ChooseWinds(reaches, NamedWinds(winds), set.WindPlotRatio);
+  const double half = SizeOf(set.BarbSize).Spacing;
   for (std::size_t i = 0; i < winds.size(); ++i) {
+    if (!chosen[i]) continue;
     const PlacedWind& wind = winds[i];
-    const Reach& reach = reaches[i];
-    if (!wind.Stays && i % static_cast<std::size_t>(ratio) != 0) continue;
-    const std::optional<int> place = lanes.Place(reach);
-    lowest = std::max(lowest, reach.Bottom);
-    const double wanted = x + place.value_or(0) * lane;
-    const double foot = FootX(wanted, SymbolExtent(wind.Value, set));
-    if (foot != x) {
-      DrawSegment(plot.Page, "wind lane", {x, wind.Y}, {foot, wind.Y}, plot.Inks.Isobar);
-    }
+    const double foot = FootX(x, SymbolExtent(wind.Value, set), barbs);
     DrawWindSymbol(plot.Page, {foot, wind.Y}, wind.Value, set, plot.Inks.Wind);
-    plot.Page.AddHotSpot({{column.Left, wind.Y - size.Spacing, column.Right, wind.Y + size.Spacing},
+    const std::string number = analysis::DirectionText(wind.Value.Dir) + "/" +
+                               Mask(ShownSpeed(wind.Value.Spd, set.Speed),
+                                    set.Speed == SpeedUnits::Knots ? "##0" : "##0.0");
+    if (hasNumbers && std::fabs(lastNumber - wind.Y) > 1.1 * kSmallText) {
+      DrawText(plot.Page, "wind number", {column.Right - 48, wind.Y}, number, plot.Inks.Ink,
+               kSmallText, AnchorX::Right);
+      lastNumber = wind.Y;
+    }
+    plot.Page.AddHotSpot({{column.Left, wind.Y - half, column.Right, wind.Y + half},
                           "wind",
                           HeightText(ShownHeight(plot, wind.Height), plot.Units.Height) + ": " +
-                              analysis::DirectionText(wind.Value.Dir) + "/" +
-                              Mask(ShownSpeed(wind.Value.Spd, set.Speed),
-                                   set.Speed == SpeedUnits::Knots ? "##0" : "##0.0") +
-                              " " + std::string(plot.Units.SpeedLabel)});
+                              number + " " + std::string(plot.Units.SpeedLabel)});
   }
+  const auto drawn = static_cast<double>(std::ranges::count(chosen, true));
+  const int ratio = ToWhole(static_cast<double>(winds.size()) / drawn);
   if (ratio > 1) {
-    const double below = std::clamp(lowest + 80, column.Bottom + 270, kPageHeight - 80);
-    DrawText(plot.Page, "wind ratio", {x, below}, RatioCaption(ratio), plot.Inks.Faint,
-             0.85 * kSmallText, AnchorX::Center);
+    DrawText(plot.Page, "wind ratio", {column.Right, region->Bottom - 8 * kUnitsPerPixel},
+             RatioCaption(ratio), plot.Inks.Faint, kSmallText, AnchorX::Right);
   }
   // The limit of the winds: nothing is known above it.
   const double top = std::ranges::min_element(winds, {}, &PlacedWind::Y)->Y;
-  DrawSegment(plot.Page, "wind limit", {column.Right - 130, top}, {column.Right, top},
+  DrawSegment(plot.Page, "wind limit", {barbs.Right - 130, top}, {barbs.Right, top},
               plot.Inks.HeightAxis);
-  const double textY = top - column.Top > 120 ? top - 75 : top + 75;
-  DrawText(plot.Page, "wind limit", {column.Right - 20, textY}, "Limit", plot.Inks.Faint,
-           0.8 * kSmallText, AnchorX::Right);
+  const double textY = top - column.Top > 120 ? top - 84 : top + 84;
+  DrawText(plot.Page, "wind limit", {barbs.Right - 20, textY}, "Limit", plot.Inks.Faint, kSmallText,
+           AnchorX::Right);
 }
 
 }  // namespace vexa::diagram

@@ -2,6 +2,7 @@
 // stand on each other.
 #pragma once
 
+#include <cstddef>
 #include <vector>
 
 #include "diagram/plot_state.h"
@@ -14,14 +15,16 @@ struct Reach {
   double Bottom = 0;
 };
 
-/// Every how many winds one is drawn: the ratio of the options, or, where that is 0, the smallest
-/// number that leaves three of four symbols clear of the others, in the middle or beside it.
+/// Which winds are drawn on the one axis: every n-th of the options and those that stay, or, where
+/// the options say 0, those that stay and all that stand clear of the ones already chosen. A wind
+/// that stays gives way only to another one in its very place.
 ///
-/// reaches   of the winds' symbols, lowest wind first
-/// hasLanes  symbols may step aside
-int WindRatio(const std::vector<Reach>& reaches, int option, bool hasLanes);
+/// reaches  of the winds' symbols, lowest wind first
+/// stays    the winds that are looked for by name, the most important first
+std::vector<bool> ChooseWinds(const std::vector<Reach>& reaches,
+                              const std::vector<std::size_t>& stays, int option);
 
-/// However much is thinned, the lowest and the strongest wind and those of mandatory levels stay.
+/// The lowest and the strongest wind and those of mandatory levels are looked for by name.
 void DrawWindColumn(Plot& plot);
 
 }  // namespace vexa::diagram

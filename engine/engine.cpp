@@ -128,12 +128,14 @@ std::string Sounding::Json() const {
 std::string Sounding::Svg(int widthPx, int heightPx) const {
   const SoundingRecord& record = held_->Of.Record();
   const analysis::AnalysisResults& results = held_->Results();
-  const std::optional<Picture> small =
-      hodograph::PlotSmallHodograph({.Sounding = record, .Results = results, .Set = held_->Set});
+  const hodograph::HodographInput winds{.Sounding = record, .Results = results, .Set = held_->Set};
+  std::vector<PageBox> boxes;
+  if (auto box = hodograph::HodographBox(winds)) boxes.push_back(std::move(*box));
   const auto plot = diagram::PlotSounding({.Sounding = record,
                                            .Results = results,
                                            .Set = held_->Set,
-                                           .Hodograph = small ? &*small : nullptr});
+                                           .On = ImageSurface(widthPx, heightPx),
+                                           .Boxes = std::move(boxes)});
   return plot ? ToSvg(plot->Page, widthPx, heightPx) : std::string();
 }
 

@@ -84,14 +84,34 @@ PageSizePt SizeOf(const PrintSetup& setup) {
   return size;
 }
 
+namespace {
+
+// Letters of the header over a display, points.
+double HeaderLetters(const ListingLines& header, const PrintSetup& setup) {
+  return LetterSize({}, header, SizeOf(setup).Width - 2 * kMarginPt);
+}
+
+// The part of the page under the header, points.
+Rect RoomUnder(const ListingLines& header, const PrintSetup& setup) {
+  const PageSizePt size = SizeOf(setup);
+  const double lines = static_cast<double>(header.size()) + 1;
+  return {kMarginPt, kMarginPt + lines * HeaderLetters(header, setup) * kLeadingShare,
+          size.Width - kMarginPt, size.Height - kMarginPt};
+}
+
+}  // namespace
+
+Surface DisplayRoom(const ListingLines& header, const PrintSetup& setup) {
+  const Rect room = RoomUnder(header, setup);
+  return PaperSurface(room.Width(), room.Height());
+}
+
 Picture DisplayPage(const Picture& display, const ListingLines& header, const PrintSetup& setup) {
   Picture page = BlankPage(setup);
-  const double letters = LetterSize({}, header, SizeOf(setup).Width - 2 * kMarginPt);
-  PutLines(page, header, letters);
-  const double margin = kMarginPt * kUnitsPerPoint;
-  const double top =
-      margin + (static_cast<double>(header.size()) + 1) * letters * kLeadingShare * kUnitsPerPoint;
-  page.Add("display", Inset{.Place = {margin, top, page.Width() - margin, page.Height() - margin},
+  PutLines(page, header, HeaderLetters(header, setup));
+  const Rect room = RoomUnder(header, setup);
+  page.Add("display", Inset{.Place = {room.Left * kUnitsPerPoint, room.Top * kUnitsPerPoint,
+                                      room.Right * kUnitsPerPoint, room.Bottom * kUnitsPerPoint},
                             .Content = display});
   return page;
 }

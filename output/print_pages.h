@@ -10,6 +10,7 @@
 
 #include "output/listings.h"
 #include "picture/picture.h"
+#include "picture/surface.h"
 
 namespace vexa::output {
 
@@ -43,11 +44,15 @@ struct PageSizePt {
 };
 PageSizePt SizeOf(const PrintSetup& setup);
 
+using vexa::kUnitsPerPoint;
+
 inline constexpr double kMarginPt = 36;       // on every side
-inline constexpr double kUnitsPerPoint = 10;  // drawing units of a printed page
 inline constexpr double kListingPt = 10;      // letters of listings, smaller for wide ones
 inline constexpr double kLeastPt = 7;         // a line too long for these goes on in the next
 inline constexpr double kLeadingShare = 1.2;  // distance of lines by letters
+
+/// What the header lines leave of a page for a display.
+Surface DisplayRoom(const ListingLines& header, const PrintSetup& setup);
 
 /// A display under the header lines, as large as the page allows, in its own proportions.
 Picture DisplayPage(const Picture& display, const ListingLines& header, const PrintSetup& setup);

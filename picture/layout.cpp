@@ -247,7 +247,7 @@ Arranged Arrange(const Rect& page, std::span<const RegionRow> rows, Arrangement 
 }
 
 // A region more is worth this share of the page for the main one.
-constexpr double kRegionWorth = 0.15;
+constexpr double kRegionWorth = 0.3;
 
 double Worth(const Arranged& made, const Rect& page) {
   return UsefulArea(made.Made.Main) / (page.Width() * page.Height()) +

@@ -18,7 +18,7 @@ constexpr RegionRow kTitle{
 constexpr RegionRow kDiagram{
     .Name = "diagram", .At = Place::Main, .LeastWidth = Px(250), .LeastHeight = Px(200)};
 constexpr RegionRow kGutter{
-    .Name = "marks", .At = Place::Beside, .LeastWidth = Px(124), .Priority = 4};
+    .Name = "marks", .At = Place::Beside, .LeastWidth = Px(172), .Priority = 4};
 constexpr RegionRow kWind{.Name = "wind", .At = Place::Beside, .LeastWidth = Px(76), .Priority = 3};
 constexpr RegionRow kWindNumbers{
     .Name = "wind", .At = Place::Beside, .LeastWidth = Px(136), .Priority = 3};
@@ -57,7 +57,7 @@ constexpr RegionRow kLayers = Box("layers", 6, 13, "lapse rates and layers", "me
 // For very wide pages; elsewhere nobody misses it.
 constexpr RegionRow kWeather = Box("weather", 9, 20, "", "", 1);
 constexpr RegionRow kLines = Box("lines", 12, 4, "what each line says", "F1", 1);
-constexpr RegionRow kAnalysis = Box("analysis", 22, 11, "analysis", "F4");
+constexpr RegionRow kAnalysis = Box("analysis", 22, 11, "analysis", "F4", 1);
 
 constexpr std::array kDiagramRegions = {kTitle,  kDiagram, kGutter,    kWind,
                                         kLegend, kStatus,  kHodograph, kAnalysis};

@@ -25,9 +25,13 @@ double EnteredDirection(double degrees) {
 }  // namespace
 
 hodograph::HodographInput HodographOf(const Program& program) {
+  return HodographOf(program, program.Set);
+}
+
+hodograph::HodographInput HodographOf(const Program& program, const Options& set) {
   return {.Sounding = program.Current.Record,
           .Results = program.Results,
-          .Set = program.Set,
+          .Set = set,
           .Window = program.Hodograph,
           .Compared = program.Compared};
 }

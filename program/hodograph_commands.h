@@ -11,6 +11,8 @@ namespace vexa {
 
 /// The hodograph of the sounding in work under the window's settings.
 hodograph::HodographInput HodographOf(const Program& program);
+/// The same under other options than the program's own.
+hodograph::HodographInput HodographOf(const Program& program, const Options& set);
 
 /// A motion entered by hand replaces the chosen mover's; direction from which, knots.
 Changes EnterStormMotion(Program& program, analysis::Wind motion);

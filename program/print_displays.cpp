@@ -19,37 +19,17 @@ namespace {
 
 using diagram::MultiMode;
 
-hodograph::HodographInput InputOf(const Program& program, const Options& set) {
-  return {.Sounding = program.Current.Record,
-          .Results = program.Results,
-          .Set = set,
-          .Window = program.Hodograph,
-          .Compared = program.Compared};
-}
-
-// As the window shows it: the part, the lines over it and, in their modes, the other soundings.
 template <MultiMode kMode>
-Picture Diagram(const Program& program, const Options& set) {
-  const std::optional<Picture> small = hodograph::PlotSmallHodograph(InputOf(program, set));
-  diagram::PlotInput input{.Sounding = program.Current.Record,
-                           .Results = program.Results,
-                           .Set = set,
-                           .Hodograph = small ? &*small : nullptr,
-                           .Configuration = ConfigurationCaption(program.Settings)};
-  LookAs(program, input);
-  input.Mode = kMode;
-  if (kMode != MultiMode::Single) {
-    for (const SharedSounding& other : program.Others) input.Others.push_back({&other->Record()});
-  }
-  std::optional<diagram::SoundingPlot> plot = diagram::PlotSounding(input);
+Picture Diagram(const Program& program, const Options& set, const Surface& on) {
+  std::optional<diagram::SoundingPlot> plot = PlotShown(program, set, on, {}, kMode);
   return plot ? std::move(plot->Page) : Picture{};
 }
 
-Picture Hodograph(const Program& program, const Options& set) {
-  return hodograph::PlotHodograph(InputOf(program, set)).Page;
+Picture Hodograph(const Program& program, const Options& set, const Surface& on) {
+  return hodograph::PlotHodograph(HodographOf(program, set), on).Page;
 }
 
-Picture Hodogram(const Program& program, const Options& set) {
+Picture Hodogram(const Program& program, const Options& set, const Surface&) {
   return hodograph::PlotHodogram(hodograph::MakeHodogram(program.Current.Record, set),
                                  program.Hodogram);
 }
@@ -71,16 +51,16 @@ mountainwave::WaveOptions WaveOptionsOf(const Options& set) {
   return options;
 }
 
-Picture Waves(const Program& program, const Options& set) {
+Picture Waves(const Program& program, const Options& set, const Surface& on) {
   const SoundingRecord& sounding = program.Current.Record;
   const analysis::LevelProfile& levels = program.Results.Levels;
   const mountainwave::Site site = SiteOf(program);
   const mountainwave::WaveOptions options = WaveOptionsOf(set);
   const mountainwave::WaveResults waves = mountainwave::ComputeWaves(sounding, levels, site);
-  return mountainwave::PlotWaves({{sounding, site, waves, options}, levels, set}).Page;
+  return mountainwave::PlotWaves({{sounding, site, waves, options}, levels, set}, on).Page;
 }
 
-Picture WaveSweep(const Program& program, const Options& set) {
+Picture WaveSweep(const Program& program, const Options& set, const Surface&) {
   const mountainwave::Air air = mountainwave::AirOf(program.Current.Record, program.Results.Levels);
   const mountainwave::Site site = SiteOf(program);
   const mountainwave::RidgeForm form =
@@ -90,9 +70,9 @@ Picture WaveSweep(const Program& program, const Options& set) {
 }
 
 template <display::Sheet (*kFill)(const display::Shown&)>
-Picture Sheet(const Program& program, const Options& set) {
+Picture Sheet(const Program& program, const Options& set, const Surface& on) {
   return display::DrawSheet(kFill({program.Current.Record, program.Results, set, program.Severe}),
-                            set);
+                            set, on);
 }
 
 bool HasSounding(const Program& program) {
@@ -133,6 +113,11 @@ std::vector<PrintDisplay> PrintDisplays(const Program& program) {
     if (row.IsThere(program)) there.push_back(row.Display);
   }
   return there;
+}
+
+Picture ShownDiagram(const Program& program, const Surface& on) {
+  std::optional<diagram::SoundingPlot> plot = PlotShown(program, program.Set, on);
+  return plot ? std::move(plot->Page) : Picture{};
 }
 
 std::vector<std::string_view> AllPrintDisplays() {

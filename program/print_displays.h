@@ -9,13 +9,14 @@
 #include <vector>
 
 #include "picture/picture.h"
+#include "picture/surface.h"
 #include "program/program.h"
 
 namespace vexa {
 
 struct PrintDisplay {
   std::string_view Name{};
-  Picture (*Draw)(const Program& program, const Options& set) = nullptr;
+  Picture (*Draw)(const Program& program, const Options& set, const Surface& on) = nullptr;
   std::string_view Heading{};  // above the header of its page; empty: none
 };
 
@@ -24,6 +25,9 @@ std::string_view PrintHeading(std::string_view name);
 
 /// The displays that the program has something to show of now, the diagram first.
 std::vector<PrintDisplay> PrintDisplays(const Program& program);
+
+/// The diagram as the window shows it, composed for a surface.
+Picture ShownDiagram(const Program& program, const Surface& on);
 
 /// The names of all displays, those too that there is nothing of now.
 std::vector<std::string_view> AllPrintDisplays();

@@ -158,7 +158,8 @@ std::vector<Picture> PagesToPrint(const Program& program, const PrintRequest& re
     if (!there.Heading.empty()) above.insert(above.begin(), std::string(there.Heading));
     if (!request.Title.empty()) above.insert(above.begin(), request.Title);
     const Options set = PrintOptions(program, request.DarkLines);
-    pages.push_back(output::DisplayPage(there.Draw(program, set), above, request.Setup));
+    pages.push_back(output::DisplayPage(
+        there.Draw(program, set, output::DisplayRoom(above, request.Setup)), above, request.Setup));
   }
   const auto add = [&pages](std::vector<Picture> more) {
     std::ranges::move(more, std::back_inserter(pages));

@@ -124,6 +124,16 @@ void WarnOfTephigram(Program& program) {
                                .Icon = BoxIcon::Information});
 }
 
+// The cross stays at its temperature and pressure, which the new axes may put elsewhere.
+void TakePlot(Program& program, diagram::SoundingPlot plot) {
+  diagram::CursorState& cursor = program.View.Cursor;
+  if (program.Plot && cursor.At) {
+    const diagram::DiagramCoordinates there = program.Plot->Mapping.ToCoordinates(*cursor.At);
+    cursor.At = plot.Mapping.ToPoint(there.Temp, there.Press);
+  }
+  program.Plot = std::move(plot);
+}
+
 }  // namespace
 
 Changes RunCommand(Program& program, Command command) {
@@ -144,26 +154,12 @@ bool Refresh(Program& program, Changes changes) {
     const Document::Computed computed =
         program.Doc.Analyse(program.Set, program.Adiabats, ProgressOf(program));
     if (computed == Document::Computed::Everything) HintAtDcape(program);
-    std::vector<diagram::OverlaySounding> others;
-    for (const SharedSounding& other : program.Others) others.push_back({&other->Record()});
-    const std::optional<Picture> small = hodograph::PlotSmallHodograph(HodographOf(program));
-    diagram::PlotInput input{.Sounding = program.Current.Record,
-                             .Results = program.Results,
-                             .Set = program.Set,
-                             .Others = std::move(others),
-                             .Hodograph = small ? &*small : nullptr,
-                             .Configuration = ConfigurationCaption(program.Settings)};
-    LookAs(program, input);
-    std::optional<diagram::SoundingPlot> plot = diagram::PlotSounding(input, ProgressOf(program));
+    std::optional<diagram::SoundingPlot> plot =
+        PlotShown(program, program.Set, program.View.On, ProgressOf(program));
     if (!plot) return {};
-    // The cross stays at its temperature and pressure, which the new axes may put elsewhere.
-    diagram::CursorState& cursor = program.View.Cursor;
-    if (program.Plot && cursor.At) {
-      const diagram::DiagramCoordinates there = program.Plot->Mapping.ToCoordinates(*cursor.At);
-      cursor.At = plot->Mapping.ToPoint(there.Temp, there.Press);
-    }
-    program.Plot = std::move(plot);
+    TakePlot(program, std::move(*plot));
     // The locked level's text follows its values and units.
+    diagram::CursorState& cursor = program.View.Cursor;
     if (cursor.Level) cursor.Text = CursorDataLabels(program, *cursor.Level);
     finished = true;
     return {};
@@ -171,6 +167,17 @@ bool Refresh(Program& program, Changes changes) {
   if (fault) program.Doc.Report(*fault);
   if (finished) WarnOfTephigram(program);
   return finished;
+}
+
+bool ComposeFor(Program& program, const Surface& on) {
+  program.View.On = on;
+  const bool fits = !program.Plot || (program.Plot->Page.Width() == on.Width &&
+                                      program.Plot->Page.Height() == on.Height);
+  if (fits || !program.Gate.IsOpen()) return false;
+  std::optional<diagram::SoundingPlot> plot = PlotShown(program, program.Set, on);
+  if (!plot) return false;
+  TakePlot(program, std::move(*plot));
+  return true;
 }
 
 Changes OpenSoundings(Program& program, const std::vector<std::filesystem::path>& paths) {

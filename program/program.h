@@ -171,6 +171,10 @@ Changes RunCommand(Program& program, Command command);
 /// the user stopped the drawing: the picture before stays then.
 bool Refresh(Program& program, Changes changes);
 
+/// Composes the diagram anew for another size of its window, without progress. False when it has
+/// that size already, or when a command is at work, which will draw for the new size itself.
+bool ComposeFor(Program& program, const Surface& on);
+
 /// Loads the first of these files that can be loaded and lists all of them for stepping; what
 /// cannot be loaded is reported. Without any success the sounding in work stays.
 Changes OpenSoundings(Program& program, const std::vector<std::filesystem::path>& paths);

@@ -126,7 +126,10 @@ void TakeView(Program& program, const Session& session) {
   ViewState& view = program.View;
   if (const auto zoom = Setting(session, kZoom, 4); !zoom.empty()) {
     const Rect region{zoom[0], zoom[1], zoom[2], zoom[3]};
-    if (region.Width() > 0 && region.Height() > 0) view.Zoom = region;
+    const Rect whole{0, 0, 1, 1};
+    const bool isPart =
+        whole.Contains({region.Left, region.Top}) && whole.Contains({region.Right, region.Bottom});
+    if (isPart && region.Width() > 0 && region.Height() > 0) view.Zoom = region;
   }
   if (const auto at = Setting(session, kCursor, 2); !at.empty()) {
     view.Cursor.At = Point{at[0], at[1]};

@@ -16,8 +16,10 @@
 #include "core/units.h"
 #include "fronts/front_analysis.h"
 #include "program/listed_soundings.h"
+#include "program/page_boxes.h"
 #include "program/readout.h"
 #include "program/reference_tables.h"
+#include "program/settings_commands.h"
 #include "program/sounding_loop.h"
 
 namespace vexa {
@@ -64,14 +66,27 @@ Changes PlotOldSounding(Program& program, MultiMode mode, std::vector<SharedSoun
 
 }  // namespace
 
-void LookAs(const Program& program, diagram::PlotInput& input) {
+std::optional<diagram::SoundingPlot> PlotShown(const Program& program, const Options& set,
+                                               const Surface& on, Progress progress,
+                                               std::optional<MultiMode> mode) {
   const ViewState& view = program.View;
-  input.Mode = view.Looping ? MultiMode::Loop : view.Mode;
-  const ViewSettings& set = input.Set;
+  diagram::PlotInput input{
+      .Sounding = program.Current.Record,
+      .Results = program.Results,
+      .Set = set,
+      .Mode = mode.value_or(view.Looping ? MultiMode::Loop : view.Mode),
+      .On = on,
+      .Layout = view.Layout,
+      .Boxes = PageBoxesOf(program, set),
+      .Configuration = ConfigurationCaption(program.Settings),
+      .Lines = view.Lines,
+      .Zoom = view.Zoom};
+  // Asked for alone, the sounding in work stands alone.
+  if (mode != MultiMode::Single) {
+    for (const SharedSounding& other : program.Others) input.Others.push_back({&other->Record()});
+  }
   input.OthersScaling = view.Mode == MultiMode::Compare ? set.CompareScaling : set.OverlayScaling;
   if (view.ShowsReference && view.Reference) input.Reference = &view.Reference->Record();
-  input.Lines = view.Lines;
-  input.Zoom = view.Zoom;
   if (view.Looping) input.LoopHoldTime = program.Set.System.MovieTime;
   if (view.LoopScale) input.Scale = &*view.LoopScale;
   const FrontSettings& front = program.Hodograph.Front;
@@ -80,6 +95,7 @@ void LookAs(const Program& program, diagram::PlotInput& input) {
     input.Fronts.push_back(
         {.Cold = !zone.Whole.IsWarm(), .Height = input.Sounding.ElevM + zone.Whole.Top});
   }
+  return diagram::PlotSounding(input, progress);
 }
 
 Changes ZoomInSizer(Program& program, const Rect& chosen) {

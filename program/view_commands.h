@@ -9,8 +9,12 @@
 
 namespace vexa {
 
-/// Puts the view's state into the input of a plot.
-void LookAs(const Program& program, diagram::PlotInput& input);
+/// The diagram as the window shows it, under these options and composed for a surface: the part,
+/// the lines over it, the boxes of its layout and, where the mode has them, the other soundings. In
+/// the mode of the view unless another one is given; empty when the user stopped the work.
+std::optional<diagram::SoundingPlot> PlotShown(const Program& program, const Options& set,
+                                               const Surface& on, Progress progress = {},
+                                               std::optional<diagram::MultiMode> mode = {});
 
 /// Shows a region chosen on the page; the proportions of the diagram stay.
 Changes ZoomInSizer(Program& program, const Rect& chosen);

@@ -12,7 +12,9 @@ namespace vexa {
 
 struct ViewState {
   diagram::MultiMode Mode = diagram::MultiMode::Single;  // Single, Overlay or Compare
-  std::optional<Rect> Zoom{};                            // part of the frame that fills it
+  std::optional<Rect> Zoom{};             // part of the frame that fills it, in shares of it
+  Surface On = ImageSurface(1600, 1200);  // what the window gives the diagram
+  const LayoutRow* Layout = nullptr;      // of the diagram's page; null: the first of the table
   diagram::ExtraLines Lines{};
   SharedSounding Reference{};  // once it has been read
   bool ShowsReference = false;

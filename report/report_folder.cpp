@@ -60,7 +60,7 @@ std::string Versions(const ReportSource& from, const std::vector<ReportFile>& fi
 std::vector<ReportFile> FilesOf(const ReportSource& from) {
   const Program& program = from.In;
   const auto picture = [from](const char* extension) {
-    const Picture page = PrintDisplays(from.In).front().Draw(from.In, from.In.Set);
+    const Picture page = PrintDisplays(from.In).front().Draw(from.In, from.In.Set, ImageSurface(kWidthPx, kHeightPx));
     return from.Writer.EncodePicture(page, extension, kWidthPx, kHeightPx);
   };
   std::vector<ReportFile> files = {

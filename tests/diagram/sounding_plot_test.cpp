@@ -66,10 +66,10 @@ TEST(SoundingPlot, ReportsItsStepsInOrderAndStopsWhenAsked) {
 }
 
 TEST(SoundingPlot, ShadedCapeIsTheCapeOfTheNumbers) {
-  // On the skew-T an area is temperature difference times log pressure: with 82.5 units to the
-  // degree and 7600 units for ln 10.5, J/kg = 287.04 · area / (82.5 · 7600 / ln 10.5).
+  // On the skew-T an area is temperature difference times log pressure: with 80 degrees across the
+  // frame and ln 10.5 up it, J/kg = 287.04 · area / (width / 80 · height / ln 10.5).
   Options options;
-  options.TempScaling = Scaling::Manual;  // -40 to 40 in 6600 units
+  options.TempScaling = Scaling::Manual;  // -40 to 40
   const SoundingPlot plot = Draw(test::ReferenceConvective(), options);
   const auto areas = Tagged(plot.Page, "CAPE area");
   ASSERT_EQ(areas.size(), 1u);
@@ -84,7 +84,8 @@ TEST(SoundingPlot, ShadedCapeIsTheCapeOfTheNumbers) {
     area += std::fabs(twice) / 2;
   }
   // 3365 J/kg: the surface parcel of the reference sounding; steps and thinning cost under 1 %.
-  EXPECT_NEAR(287.04 * area / (82.5 * 7600 / std::log(10.5)), 3365, 34);
+  const Rect frame = plot.Mapping.Frame();
+  EXPECT_NEAR(287.04 * area / (frame.Width() / 80 * frame.Height() / std::log(10.5)), 3365, 34);
   EXPECT_EQ(Tagged(plot.Page, "CIN area").size(), 1u);
 }
 
@@ -168,15 +169,14 @@ TEST(SoundingPlot, ShowsTheChosenGroupsOfIndicesWithTheirReasons) {
   // However much is shown, it stays on the page.
   Options full;
   full.PanelEurope = full.PanelFog = true;
-  const Picture hodograph(100, 100, {});
   const SoundingRecord record = test::ReferenceConvective();
   const analysis::AnalysisResults results = analysis::Analyse(record, full);
   const auto crowded =
-      PlotSounding({.Sounding = record, .Results = results, .Set = full, .Hodograph = &hodograph});
+      PlotSounding({.Sounding = record, .Results = results, .Set = full, .Boxes = {{"hodograph"}}});
   ASSERT_TRUE(crowded);
   for (const Item& item : crowded->Page.Items()) {
     if (const auto* label = std::get_if<Label>(&item.Shape)) {
-      EXPECT_LT(label->At.Y, kPageHeight);
+      EXPECT_LT(label->At.Y, crowded->Page.Height());
     }
   }
 
@@ -215,14 +215,15 @@ TEST(SoundingPlot, AnAscentCutByTheEndOfTheDataSaysSo) {
   }
   const SoundingPlot plot = Draw(cut);
   const auto marks = Texts(plot.Page, "parcel level label");
-  EXPECT_NE(std::ranges::find(marks, "EL above 250 mb"), marks.end());
+  EXPECT_TRUE(std::ranges::any_of(
+      marks, [](const std::string& mark) { return mark.starts_with("EL above 250 mb  "); }));
   EXPECT_TRUE(Texts(plot.Page, "analysis value")[4].starts_with(">"));  // CAPE total
   const auto table = Texts(plot.Page, "lift table");
   EXPECT_NE(table[1].find(" >"), std::string::npos) << table[1];
   EXPECT_NE(table[5].find(" <250"), std::string::npos) << table[5];
 }
 
-TEST(SoundingPlot, CrowdedWindsStepAsideWithinTheirBox) {
+TEST(SoundingPlot, WindsStandOnOneAxis) {
   std::initializer_list<test::WindRow> southerlies = {
       {0, 180, 20}, {250, 180, 20}, {500, 180, 20}, {3000, 270, 30}};
   const SoundingPlot plot =
@@ -231,7 +232,7 @@ TEST(SoundingPlot, CrowdedWindsStepAsideWithinTheirBox) {
   for (const Item* item : Tagged(plot.Page, "wind shaft")) {
     feet.insert(std::get<Polyline>(item->Shape).Points.front().X);
   }
-  EXPECT_GT(feet.size(), 1u);
+  EXPECT_EQ(feet.size(), 1u);
 }
 
 TEST(SoundingPlot, DewPointLineBreaksWhereValuesAreMissing) {
@@ -291,7 +292,8 @@ TEST(SoundingPlot, NothingLeavesThePageAndLinesStayInTheFrame) {
     for (const Item& item : plot.Page.Items()) {
       SCOPED_TRACE(item.Tag);
       if (const auto* label = std::get_if<Label>(&item.Shape)) {
-        EXPECT_TRUE((Rect{0, 0, 12000, 9000}.Contains(label->At))) << label->Text;
+        EXPECT_TRUE((Rect{0, 0, plot.Page.Width(), plot.Page.Height()}.Contains(label->At)))
+            << label->Text;
       }
       const std::set<std::string> inside = {"isotherm",  "dry adiabat",  "saturation adiabat",
                                             "isentrope", "temperature",  "dew point",
@@ -313,9 +315,8 @@ TEST(SoundingPlot, AFullAnalysisBoxEndsOnThePage) {
   options.PanelEurope = options.PanelFog = true;
   const SoundingRecord sounding = test::ReferenceConvective();
   const analysis::AnalysisResults results = analysis::Analyse(sounding, options);
-  const Picture inset(100, 100, Color{});
   const SoundingPlot plot = *PlotSounding(
-      {.Sounding = sounding, .Results = results, .Set = options, .Hodograph = &inset});
+      {.Sounding = sounding, .Results = results, .Set = options, .Boxes = {{"hodograph"}}});
   const auto box = Tagged(plot.Page, "analysis box");
   ASSERT_EQ(box.size(), 1u);
   double bottom = 0;
@@ -324,7 +325,7 @@ TEST(SoundingPlot, AFullAnalysisBoxEndsOnThePage) {
     bottom = std::max(bottom, corner.Y);
     right = std::max(right, corner.X);
   }
-  EXPECT_LE(bottom, 9000);
+  EXPECT_LE(bottom, plot.Page.Height());
   for (const char* tag : {"analysis value", "lift table", "index value"}) {
     ASSERT_FALSE(Tagged(plot.Page, tag).empty()) << tag;
     for (const Item* item : Tagged(plot.Page, tag)) {
@@ -375,7 +376,6 @@ TEST(SoundingPlot, ComparesAndOverlays) {
             std::vector<std::string>{"Image hold time: 1.5 seconds."});
   const auto caption = Tagged(plot.Page, "configuration");
   ASSERT_EQ(caption.size(), 1u);
-  EXPECT_EQ(std::get<Label>(caption[0]->Shape).At, (Point{4690, 50}));
   EXPECT_TRUE(Texts(plot.Page, "surface label").empty()) << "only the line with other soundings";
 }
 

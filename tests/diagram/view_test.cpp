@@ -9,7 +9,6 @@
 
 #include "config/options.h"
 #include "diagram/cursor_marks.h"
-#include "diagram/plot_state.h"
 #include "diagram/sounding_plot.h"
 #include "support/soundings.h"
 
@@ -17,6 +16,8 @@ namespace vexa::diagram {
 namespace {
 
 using test::Profile;
+
+constexpr Rect kFrame{1300, 620, 7900, 8220};
 
 constexpr DiagramType kTypes[] = {DiagramType::SkewT, DiagramType::Emagram, DiagramType::Tephigram};
 
@@ -58,6 +59,13 @@ struct Drawn {
   analysis::AnalysisResults Results{};
 };
 
+// A part of the frame as shares of it.
+Rect SharesOf(const Rect& part) {
+  return {(part.Left - kFrame.Left) / kFrame.Width(), (part.Top - kFrame.Top) / kFrame.Height(),
+          (part.Right - kFrame.Left) / kFrame.Width(),
+          (part.Bottom - kFrame.Top) / kFrame.Height()};
+}
+
 TEST(Zoom, EnlargesARegionToTheFrameAndReadsBack) {
   for (const DiagramType type : kTypes) {
     SCOPED_TRACE(static_cast<int>(type));
@@ -66,7 +74,7 @@ TEST(Zoom, EnlargesARegionToTheFrameAndReadsBack) {
     // A quarter of the width and height: four times as large.
     const Rect region{middle.X - kFrame.Width() / 8, middle.Y - kFrame.Height() / 8,
                       middle.X + kFrame.Width() / 8, middle.Y + kFrame.Height() / 8};
-    const DiagramMapping zoomed = whole.Zoomed(region);
+    const DiagramMapping zoomed = whole.Zoomed(SharesOf(region));
     const Point shown = zoomed.ToPoint(5, 700);
     EXPECT_NEAR(shown.X, (kFrame.Left + kFrame.Right) / 2, 1e-3);
     EXPECT_NEAR(shown.Y, (kFrame.Top + kFrame.Bottom) / 2, 1e-3);
@@ -86,10 +94,10 @@ TEST(Zoom, ChosenWheeledAndPannedRegionsStayInTheFrame) {
   const DiagramMapping whole(DiagramType::SkewT, kFrame, -40, 40, 100);
   // 660 x 760 units are a tenth of the frame; a flat choice grows to the frame's proportions.
   const Rect flat = ZoomRegion(whole, {3000, 4000, 3660, 4100});
-  EXPECT_NEAR(flat.Width(), 660, 1e-9);
-  EXPECT_NEAR(flat.Height(), 760, 1e-9);
-  EXPECT_NEAR((flat.Top + flat.Bottom) / 2, 4050, 1e-9);
-  EXPECT_EQ(ZoomRegion(whole, {0, 0, 100, 100}).Left, kFrame.Left);
+  EXPECT_NEAR(flat.Width(), 0.1, 1e-9);
+  EXPECT_NEAR(flat.Height(), 0.1, 1e-9);
+  EXPECT_NEAR((flat.Top + flat.Bottom) / 2, (4050.0 - 620) / 7600, 1e-9);
+  EXPECT_EQ(ZoomRegion(whole, {0, 0, 100, 100}).Left, 0);
 
   const Point fixed{5000, 3000};
   const auto wheeled = ZoomAbout(whole, fixed, 2);
@@ -98,12 +106,12 @@ TEST(Zoom, ChosenWheeledAndPannedRegionsStayInTheFrame) {
   EXPECT_NEAR(twice.ToCoordinates(fixed).Press, whole.ToCoordinates(fixed).Press, 1e-6);
   EXPECT_NEAR(twice.ToCoordinates(fixed).Temp, whole.ToCoordinates(fixed).Temp, 1e-6);
   EXPECT_FALSE(ZoomAbout(twice, fixed, 0.5));
-  EXPECT_NEAR(ZoomAbout(whole, fixed, 1e6)->Width(), kFrame.Width() / 20, 1e-6);
+  EXPECT_NEAR(ZoomAbout(whole, fixed, 1e6)->Width(), 1.0 / 20, 1e-9);
 
   const Rect moved = PanBy(twice, 100, 0);
-  EXPECT_NEAR(moved.Left, wheeled->Left - 50, 1e-9);
-  EXPECT_EQ(PanBy(twice, -1e6, -1e6).Right, kFrame.Right);
-  EXPECT_EQ(PanBy(twice, 1e6, 1e6).Top, kFrame.Top);
+  EXPECT_NEAR(moved.Left, wheeled->Left - 50 / 6600.0, 1e-9);
+  EXPECT_EQ(PanBy(twice, -1e6, -1e6).Right, 1);
+  EXPECT_EQ(PanBy(twice, 1e6, 1e6).Top, 0);
 }
 
 TEST(Zoom, NothingOfTheDiagramLeavesItsFrame) {
@@ -113,20 +121,21 @@ TEST(Zoom, NothingOfTheDiagramLeavesItsFrame) {
     drawn.Set.Diagram = type;
     drawn.Lines = {true, true, true, true};
     drawn.Set.WetLabel = drawn.Set.DryLabel = drawn.Set.SatLabel = true;
-    for (const Rect& region : {Rect{2950, 1000, 4600, 2900}, Rect{5000, 5000, 6650, 6900}}) {
+    for (const Rect& region : {Rect{0.25, 0.05, 0.5, 0.3}, Rect{0.56, 0.57, 0.81, 0.82}}) {
       drawn.Zoom = region;
       const SoundingPlot plot = drawn();
+      const Rect frame = plot.Mapping.Frame();
       for (const Item& item : plot.Page.Items()) {
         if (item.Tag.starts_with("wind") || item.Tag == "hodograph") continue;
         const auto* label = std::get_if<Label>(&item.Shape);
         // Left, right and below stand axis labels; above and below it nothing else.
-        if (label != nullptr && label->At.X > kFrame.Left && label->At.X < kFrame.Right) {
+        if (label != nullptr && label->At.X > frame.Left && label->At.X < frame.Right) {
           EXPECT_GT(label->At.Y, 0) << item.Tag;
-          EXPECT_LT(label->At.Y, kPageHeight) << item.Tag << label->Text;
+          EXPECT_LT(label->At.Y, plot.Page.Height()) << item.Tag << label->Text;
         }
         const auto* circle = std::get_if<Circle>(&item.Shape);
-        if (circle != nullptr && circle->Center.X < kFrame.Right) {
-          EXPECT_TRUE(kFrame.Contains(circle->Center)) << item.Tag;
+        if (circle != nullptr && circle->Center.X < frame.Right) {
+          EXPECT_TRUE(frame.Contains(circle->Center)) << item.Tag;
         }
       }
       EXPECT_GE(Tagged(plot.Page, "pressure label").size(), 3u);
@@ -166,7 +175,7 @@ TEST(ExtraLines, StandWhereTheirNumbersAre) {
     const auto points = PointsOf(plot.Page, "contrail");
     const auto nearest = std::ranges::min_element(
         points, {}, [&](Point p) { return std::hypot(p.X - at.X, p.Y - at.Y); });
-    EXPECT_NEAR(nearest->X, at.X, 0.15 * plot.Mapping.Scale());
+    EXPECT_NEAR(nearest->X, at.X, 0.15 * plot.Mapping.Frame().Width() / 80);
     EXPECT_NEAR(nearest->Y, at.Y, 1);
   }
   // At 31 degrees thermals of this sounding reach 839.5 hPa, worked out apart.
@@ -210,7 +219,8 @@ TEST(CursorMarks, LockToTheNearestLevel) {
   EXPECT_FALSE(NearestLevel(at, Profile({}), at.ToPoint(0, 700)));
   CursorState cursor;
   cursor.Level = 10;
-  const Picture marks = CursorMarks(at, sounding, cursor, {}, {255, 255, 240});
+  const Picture marks =
+      CursorMarks(Picture(9200, 8840, {}), at, sounding, cursor, {}, {255, 255, 240});
   std::vector<Point> rings;
   for (const Item* item : Tagged(marks, "locked cursor")) {
     if (const auto* circle = std::get_if<Circle>(&item->Shape)) rings.push_back(circle->Center);

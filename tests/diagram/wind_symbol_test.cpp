@@ -120,20 +120,25 @@ TEST(WindSymbol, CalmIsACircleAndSpeedsHaveTheirParts) {
   EXPECT_EQ(Count(Symbol({250, 77}, options), "wind dot"), 0);
 }
 
-TEST(WindColumn, DrawsEveryNthWindOnlyWhereTheyCrowd) {
+TEST(WindColumn, ThinsWindsOnlyWhereTheyCrowd) {
   const auto spaced = [](int count, double step) {
     std::vector<Reach> reaches;
     for (int i = 0; i < count; ++i) reaches.push_back({i * step, i * step + 60});
     return reaches;
   };
-  EXPECT_EQ(WindRatio(spaced(40, 100), 0, true), 1);
-  EXPECT_EQ(WindRatio(spaced(100, 25), 0, true), 2) << "two abreast: 4 x 25 is more than 60";
-  EXPECT_EQ(WindRatio(spaced(100, 25), 0, false), 3) << "one above the other: 3 x 25";
-  EXPECT_EQ(WindRatio(spaced(100, 25), 7, true), 7) << "the option decides";
-  EXPECT_EQ(WindRatio({}, 0, true), 1);
+  const auto drawn = [](const std::vector<Reach>& reaches, const std::vector<std::size_t>& stays,
+                        int option) {
+    return std::ranges::count(ChooseWinds(reaches, stays, option), true);
+  };
+  EXPECT_EQ(drawn(spaced(40, 100), {}, 0), 40);
+  // A symbol of 60 every 25: the next clear one is the third.
+  EXPECT_EQ(drawn(spaced(99, 25), {}, 0), 33);
+  EXPECT_EQ(drawn(spaced(99, 25), {}, 7), 15) << "the option decides: 0, 7, ... 98";
+  EXPECT_EQ(drawn({}, {}, 0), 0);
   std::vector<Reach> pairs = spaced(8, 100);
   for (const std::size_t close : {2U, 5U}) pairs.insert(pairs.begin() + close, pairs[close]);
-  EXPECT_EQ(WindRatio(pairs, 0, true), 1) << "a close pair stands side by side";
+  EXPECT_EQ(drawn(pairs, {}, 0), 8) << "close pairs cost nothing but their second winds";
+  EXPECT_TRUE(ChooseWinds(spaced(99, 25), {50}, 0)[50]) << "one that is looked for by name";
 }
 
 // "3000 m: 270/110 kts": what the pointer reads at the winds that are drawn, lowest first.
@@ -157,7 +162,9 @@ TEST(WindColumn, ClosePairsDoNotThinTheRest) {
                                                                         {3050, 271, 15},
                                                                         {6000, 300, 45},
                                                                         {9000, 0, 80}});
-  EXPECT_EQ(DrawnWinds(sounding, {}).size(), 7u);
+  const std::vector<std::string> drawn = DrawnWinds(sounding, {});
+  EXPECT_EQ(drawn.size(), 5u);
+  EXPECT_EQ(drawn.back(), "9000 m: 360/80 kts") << "the strongest";
 }
 
 // A wind every 100 m: the lowest, the strongest (75 kt at 9700 m) and those of the mandatory levels

@@ -343,7 +343,7 @@ TEST_F(EditCommands, ASessionCutOffComesBackAsItWasLookedAt) {
       OpenSoundings(program, {Saved("two.fsl", ReadFile(test::TestData("fsl_two.fsl")).Value())})
           .Sounding);
   ASSERT_TRUE(Refresh(program, SequenceSounding(program, 1)));
-  program.View.Zoom = Rect{1000.5, 2000, 3000, 4000};
+  program.View.Zoom = Rect{0.125, 0.25, 0.375, 0.5};
   program.View.Cursor.Level = 2;
   program.View.Lines.Contrail = true;
   program.View.Lines.PressHeights = false;

@@ -149,7 +149,7 @@ std::string Told(const SoundingRecord& sounding, const Options& set) {
     for (const std::string& line : row.Make(from)) text += line + '\n';
   }
   for (const PrintDisplay& display : PrintDisplays(program)) {
-    text += ToSvg(display.Draw(program, set), 800, 600);
+    text += ToSvg(display.Draw(program, set, ImageSurface(800, 600)), 800, 600);
   }
   return text;
 }

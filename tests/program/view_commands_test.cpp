@@ -299,7 +299,7 @@ TEST_F(ViewTest, TheCrossStaysAtItsTemperatureAndPressure) {
   const Rect frame = program.Plot->Mapping.Frame();
   Do(ZoomBy(program, {frame.Right, frame.Bottom}, 8));
   const auto crosses = [&] {
-    return diagram::CursorMarks(program.Plot->Mapping, program.Current.Record, program.View.Cursor,
+    return diagram::CursorMarks(program.Plot->Page, program.Plot->Mapping, program.Current.Record, program.View.Cursor,
                                 {}, {})
         .Items()
         .size();

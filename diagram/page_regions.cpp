@@ -1,0 +1,159 @@
+#include "diagram/page_regions.h"
+
+#include <algorithm>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "core/numbers.h"
+#include "diagram/panel.h"
+#include "diagram/title_text.h"
+#include "diagram/wind_symbol.h"
+#include "picture/text_width.h"
+
+namespace vexa::diagram {
+namespace {
+
+constexpr double Px(double pixels) {
+  return pixels * kUnitsPerPixel;
+}
+
+// Room around the frame for its axes.
+constexpr double kPressRoom = Px(44);
+constexpr double kHeightRoom = Px(56);
+constexpr double kHeightsFrom = Px(400);  // width of a region in which heights have room
+constexpr double kScaleRoom = Px(44);
+constexpr double kEdgeRoom = Px(16);
+constexpr double kHeadRoom = Px(36);
+constexpr double kAxisRoom = Px(24);
+constexpr double kSecondAxisRoom = Px(16);
+constexpr double kCaptionRoom = Px(16);  // of the winds, under the axis
+constexpr double kLegendRow = Px(18);
+
+// Marks without a gutter take this much of the frame's right edge.
+constexpr double kMarkRoom = Px(110);
+constexpr double kMarkRoomAgl = Px(140);
+
+const LayoutRow& LayoutOf(const PlotInput& input) {
+  return input.Layout != nullptr ? *input.Layout : PageLayouts().front();
+}
+
+// The boxes of the caller and those of the diagram itself.
+std::vector<PageBox> BoxesOf(const PlotInput& input) {
+  std::vector<PageBox> boxes = input.Boxes;
+  if (HasAnalysisBox(input)) boxes.push_back({.Name = "analysis"});
+  return boxes;
+}
+
+PageLayout CutFor(const PlotInput& input) {
+  std::vector<RegionRow> rows = RowsFor(LayoutOf(input).Regions, BoxesOf(input));
+  for (RegionRow& row : rows) {
+    if (row.Name == "wind") {
+      // The symbols of the larger sizes reach further from their axis.
+      row.LeastWidth = std::max(row.LeastWidth, 2.7 * SizeOf(input.Set.BarbSize).Shaft);
+    } else if (row.Name == "legend") {
+      row.LeastHeight = std::max(row.LeastHeight, kLegendRow * OtherTitleRows(input));
+      if (input.Set.StabilityBars) row.LeastHeight = std::max(row.LeastHeight, 2 * kLegendRow);
+    }
+  }
+  return CutPage(input.On, rows);
+}
+
+}  // namespace
+
+int OtherTitleRows(const PlotInput& input) {
+  if (input.Mode != MultiMode::Overlay && input.Mode != MultiMode::Compare) return 0;
+  constexpr int kMostRows = 6;
+  return std::min(1 + static_cast<int>(input.Others.size()), kMostRows);
+}
+
+Places PlaceRegions(const Plot& plot) {
+  Places places;
+  places.Page = CutFor(plot.In);
+  places.Asks = LayoutOf(plot.In).Defaults;
+  const DisplaySettings& set = plot.Set();
+  const Rect region = *places.Find("diagram");
+  // A page that is too small for its axes keeps half of itself for the frame.
+  const double wide = std::min(1.0, region.Width() / Px(220));
+  const double high = std::min(1.0, region.Height() / Px(170));
+  places.HasHeights = plot.In.Lines.PressHeights && region.Width() >= kHeightsFrom;
+  const bool hasScale = set.RightScale != HeightScale::None;
+  places.Frame = {
+      region.Left + wide * (kPressRoom + (places.HasHeights ? kHeightRoom : 0)),
+      region.Top + high * kHeadRoom, region.Right - wide * (hasScale ? kScaleRoom : kEdgeRoom),
+      region.Bottom -
+          high * (kAxisRoom + kCaptionRoom + (set.TempDualScale ? kSecondAxisRoom : 0))};
+  places.PressLabelX = places.Frame.Left - Px(6);
+  places.HeightLabelX = places.PressLabelX - Px(36);
+  if (places.Find("marks") == nullptr) {
+    places.MarkRoom = set.Heights == HeightMode::Agl ? kMarkRoomAgl : kMarkRoom;
+    if (places.MarkRoom > places.Frame.Width() / 2) places.MarkRoom = 0;
+  }
+  return places;
+}
+
+void DrawTitle(Plot& plot) {
+  const Rect* region = plot.Where.Find("title");
+  if (region == nullptr) return;
+  const double first = region->Top + Px(12);
+  const double second = region->Bottom - Px(9);
+  const double width = region->Width();
+  if (plot.Set().TitleAboveDiagram) {
+    const std::string title = "VEXA  -  " + SoundingTitle(plot.Sounding(), plot.Set());
+    // A long one is written a step smaller, and cut where that is not enough.
+    const bool isLong = TextWidth(title, LetterSize(Type::Title), true) > width;
+    const double size = LetterSize(isLong ? Type::Value : Type::Title);
+    plot.Page.Add("title", Label{.At = {region->Left, first},
+                                 .Text = Elided(title, size, width, true),
+                                 .Size = size,
+                                 .Ink = plot.Inks.Ink,
+                                 .Bold = true});
+  }
+  const std::string position = PositionText(plot.Sounding());
+  if (!position.empty()) {
+    DrawText(plot.Page, "position", {region->Left, second}, position, plot.Inks.Faint, kSmallText);
+  }
+  const double taken = (TextWidth(position, kSmallText) + 2 * kSmallText);
+  const std::string& configuration = plot.In.Configuration;
+  if (!configuration.empty() && taken < width) {
+    DrawText(plot.Page, "configuration", {region->Right, second},
+             Elided(configuration, kSmallText, width - taken), plot.Inks.Faint, kSmallText,
+             AnchorX::Right);
+  }
+}
+
+void DrawStatus(Plot& plot) {
+  const Rect* region = plot.Where.Find("status");
+  if (region == nullptr) return;
+  const double y = (region->Top + region->Bottom) / 2;
+  double room = region->Width();
+  const auto right = [&](std::string_view tag, const std::string& whole) {
+    if (whole.empty() || room <= 0) return;
+    const std::string text = Elided(whole, kSmallText, room);
+    DrawText(plot.Page, tag, {region->Left + room, y}, text, plot.Inks.Faint, kSmallText,
+             AnchorX::Right);
+    room -= (TextWidth(text, kSmallText) + 2 * kSmallText);
+  };
+  if (plot.In.LoopHoldTime) {
+    right("hold time", "Image hold time: " + Mask(*plot.In.LoopHoldTime, "0.0") + " seconds.");
+  }
+  right("left out", LeftOutText(plot.Where.Page));
+  const SoundingRecord& sounding = plot.Sounding();
+  std::string text;
+  if (!sounding.DataFormat.empty()) text = "Data type: " + sounding.DataFormat + "   ";
+  int winds = 0;
+  for (int i = 1; i <= sounding.NumWindLevels(); ++i) winds += sounding.HasWind(i) ? 1 : 0;
+  text += Shortest(sounding.NumTempLevels()) + " levels, " + Shortest(winds) + " winds";
+  if (TextWidth(text, kSmallText) > room) return;
+  DrawText(plot.Page, "status", {region->Left, y}, std::move(text), plot.Inks.Faint, kSmallText);
+}
+
+void DrawBoxes(Plot& plot) {
+  for (const PageBox& box : plot.In.Boxes) {
+    const Rect* region = plot.Where.Find(box.Name);
+    if (region != nullptr && box.Draw) box.Draw(plot.Page, *region);
+  }
+  InfoBoxx(plot);
+}
+
+}  // namespace vexa::diagram
