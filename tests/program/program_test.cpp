@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstddef>
 #include <functional>
 #include <set>
 #include <string>
@@ -22,7 +24,10 @@ namespace fs = std::filesystem;
 class Meddling : public test::ScriptedInteraction {
  public:
   bool Yield() override { return !OnYield || OnYield(); }
-  void Status(std::string_view text) override { Analyses += text == "Calculating DCAPE . . ."; }
+  // Counted by the step that each of them shows.
+  std::ptrdiff_t Analyses() const {
+    return std::ranges::count(Statuses, "Calculating DCAPE . . .");
+  }
   std::vector<std::string> ChooseFiles(const FileQuestion& question) override {
     Asked = question;
     return Chosen;
@@ -31,7 +36,6 @@ class Meddling : public test::ScriptedInteraction {
   std::function<bool()> OnYield{};
   std::vector<std::string> Chosen{};
   FileQuestion Asked{};
-  int Analyses = 0;  // counted by the step that each of them shows
 };
 
 class ProgramTest : public testing::Test {
@@ -158,7 +162,7 @@ TEST_F(ProgramTest, ARunningDrawingRefusesCommandsAndCanBeStopped) {
 TEST_F(ProgramTest, AChangedColourDrawsAndDoesNotAnalyse) {
   ASSERT_TRUE(
       Refresh(program, OpenSoundings(program, {Saved("a.RAW", test::ReferenceConvective())})));
-  EXPECT_EQ(user.Analyses, 1);
+  EXPECT_EQ(user.Analyses(), 1);
   struct Case {
     const char* About;
     std::function<void(Options&)> Change;
@@ -176,11 +180,11 @@ TEST_F(ProgramTest, AChangedColourDrawsAndDoesNotAnalyse) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.About);
-    const int before = user.Analyses;
+    const std::ptrdiff_t before = user.Analyses();
     const std::string page = ToSvg(program.Plot->Page, 800, 600);
     c.Change(program.Set);
     EXPECT_TRUE(Refresh(program, {.View = true}));
-    EXPECT_EQ(user.Analyses - before, c.Analyses ? 1 : 0);
+    EXPECT_EQ(user.Analyses() - before, c.Analyses ? 1 : 0);
     EXPECT_EQ(ToSvg(program.Plot->Page, 800, 600) != page, c.Draws);
   }
   EXPECT_TRUE(program.Results.Storm.ChosenIsManual);
@@ -188,14 +192,14 @@ TEST_F(ProgramTest, AChangedColourDrawsAndDoesNotAnalyse) {
   // An edit is analysed, its undoing too, and nothing twice.
   SoundingRecord warmer = program.Current.Record;
   warmer.Temp(1) += 1;
-  const int before = user.Analyses;
+  const std::ptrdiff_t before = user.Analyses();
   program.Doc.Adopt(warmer, "warm");
   EXPECT_TRUE(Refresh(program, {.Sounding = true}));
   EXPECT_TRUE(Refresh(program, {.Sounding = true}));
-  EXPECT_EQ(user.Analyses - before, 1);
+  EXPECT_EQ(user.Analyses() - before, 1);
   program.Doc.Undo();
   EXPECT_TRUE(Refresh(program, {.Sounding = true}));
-  EXPECT_EQ(user.Analyses - before, 2);
+  EXPECT_EQ(user.Analyses() - before, 2);
 }
 
 TEST_F(ProgramTest, TheTephigramWarnsOnce) {

@@ -48,7 +48,7 @@ TEST_F(SettingsTest, WhatIsAcceptedIsThereAtTheNextStart) {
   draft.Set.System.DataFolder = "my data\\";
   const auto changes = AdoptSettings(program, draft);
   ASSERT_TRUE(changes);
-  EXPECT_TRUE(changes->Options);
+  EXPECT_TRUE(changes->View);
   EXPECT_EQ(program.Where.Data, program.Where.Root / "my data" / "");
   EXPECT_TRUE(KeepSettings(program));
   EXPECT_EQ(Read("VEXA56+.HOD"), "");  // only the file that changed
