@@ -94,15 +94,42 @@ bool Reaches(SevereWhen when, const SevereLimits& limits, std::size_t step, doub
   return false;
 }
 
+// Files of before numbered their entries from 2. Never changed: an entry that is new has no number.
+constexpr std::string_view kNumbered[] = {
+    "200mb Wind", "500mb Wind", "850mb Wind", "850mb Td",   "700-500 LR", "Boyden", "BRN",
+    "BRN Shear",  "CAP",        "CAPE 0-xkm", "CAPE total", "KO",         "Craven", "CT",
+    "DCAPE 6km",  "Delta ePT",  "EHI 0-xkm",  "GOES HMI",   "Hail",       "JI",     "KI",
+    "LFC-LCL",    "LFC Prs",    "LI",         "MDPI",       "NCAPE",      "S{TT}",  "SI",
+    "s-rH 0-3km", "Supercell",  "Surface Td", "SWEAT",      "T1/T2 Gust", "TI",     "TQ Index",
+    "TT",         "VGP 0-xkm",  "VT",         "WBZ Hgt",    "WindEX",     "WMSI"};
+constexpr int kFirstNumber = 2;
+
+// The entry whose index has this label; 0 for none.
+int EntryOfIndex(std::string_view label) {
+  const auto found = std::ranges::find_if(kEntries, [label](const SevereEntry& entry) {
+    return entry.When != SevereWhen::Never && entry.Index == label;
+  });
+  return found == std::end(kEntries) ? 0 : static_cast<int>(found - std::begin(kEntries)) + 1;
+}
+
+// An entry as a file names it: by the label of its index, or by its old number.
+int EntryNamed(const RecordField& field) {
+  if (field.Quoted) return EntryOfIndex(field.Text);
+  const double number = ParseNumber(field.Text).value_or(0) - kFirstNumber;
+  const bool isOne = number >= 0 && number < std::ssize(kNumbered) && number == std::floor(number);
+  return isOne ? EntryOfIndex(kNumbered[static_cast<std::size_t>(number)]) : 0;
+}
+
 Outcome<SevereRow> ReadRow(RecordReader& reader) {
-  const Outcome<int> entry = reader.Count("the entry number");
-  if (!entry) return entry.Error();
-  if (!IsSevereEntry(entry.Value())) {
-    Fault fault = reader.DamagedAt(reader.Line(), kSevereTableError);
+  const Outcome<RecordField> name = reader.Next("the entry");
+  if (!name) return name.Error();
+  const int entry = EntryNamed(name.Value());
+  if (entry == 0) {
+    Fault fault = reader.DamagedAt(name.Value().Line, kSevereTableError);
     fault.Number = kFaultInvalidValue;
     return fault;
   }
-  SevereRow row{.Entry = entry.Value()};
+  SevereRow row{.Entry = entry};
   for (auto* limits : {&row.Limits.From, &row.Limits.To}) {
     for (double& limit : *limits) {
       const Outcome<double> number = reader.Number("a threshold");
@@ -219,7 +246,7 @@ std::string WriteSevereTable(const SevereTable& table) {
   writer.Text(kHeader).EndRecord();
   writer.Text(table.Title).Number(static_cast<int>(table.Rows.size())).EndRecord();
   for (const SevereRow& row : table.Rows) {
-    writer.Number(row.Entry);
+    writer.Text(EntryOf(row).Index);
     for (const auto* limits : {&row.Limits.From, &row.Limits.To}) {
       for (const double limit : *limits) writer.Number(limit);
     }

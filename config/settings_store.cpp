@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "config/catalogue.h"
+#include "config/old_places.h"
 #include "config/system_file.h"
 #include "core/user_file.h"
 
@@ -80,14 +81,29 @@ std::string WriteFile(SettingsFile file, SettingsStore store) {
   SystemWriter writer;
   store.Set = OptionsToKeep(store);
   if (file == SettingsFile::System) writer.TextRecord(kSystemTag);
-  VisitParts(file, store, [&writer](const auto& settings, const auto& records) {
-    writer.Write(settings, records);
+  if (file != SettingsFile::System) writer.TextRecord(kKeysMark);
+  VisitParts(file, store, [&writer, file](const auto& settings, const auto& records) {
+    if (file == SettingsFile::System) {
+      writer.Write(settings, records);
+    } else {
+      writer.WriteKeyed(settings, records);
+    }
   });
   return writer.Take();
 }
 
-// What was wrong with the file; empty when nothing was. Options that do not go together fall back to
-// their defaults.
+// What the file says, by keys or by place.
+std::vector<KeyedField> FieldsOf(SettingsFile file, SystemReader& reader) {
+  if (file != SettingsFile::System && reader.HasKeys()) return reader.KeyedFields();
+  std::vector<KeyedField> fields = reader.FieldsAt(
+      file == SettingsFile::System ? PlacesOf(MarkedRecords(RowsOf(SystemSettings{})))
+                                   : OldPlaces(file));
+  reader.ExpectEnd();
+  return fields;
+}
+
+// What was wrong with the file; empty when nothing was. Options that do not go together fall back
+// to their defaults.
 std::string ReadParts(SettingsFile file, const std::string& name, const std::string& bytes,
                       SettingsStore& store) {
   SystemReader reader(name, bytes);
@@ -96,9 +112,12 @@ std::string ReadParts(SettingsFile file, const std::string& name, const std::str
     store.System = {};
     return reader.Problem();
   }
+  std::vector<KeyedField> fields = FieldsOf(file, reader);
   VisitParts(file, store,
-             [&reader](auto& settings, const auto& records) { reader.Read(settings, records); });
-  reader.ExpectEnd();
+             [&](auto& settings, const auto& records) { reader.Read(settings, records, fields); });
+  for (const KeyedField& field : fields) {
+    if (!field.IsKnown) reader.Note(field.Line, "there is no setting \"" + field.Key + '"');
+  }
   if (file != SettingsFile::Main) return reader.Problem();
   const std::vector<std::string> repaired = RepairOptions(store.Set);
   if (!reader.Problem().empty() || repaired.empty()) return reader.Problem();
@@ -132,9 +151,8 @@ std::string SettingsFileName(SettingsFile file, Configuration active) {
 void LoadSettingsFile(const fs::path& folder, SettingsFile file, SettingsStore& store,
                       std::vector<std::string>& notes) {
   const std::string name = SettingsFileName(file, store.Active);
-  std::erase_if(store.ForThisRun, [file](const RunOption& option) {
-    return FindOption(option.Key)->File == file;
-  });
+  std::erase_if(store.ForThisRun,
+                [file](const RunOption& option) { return FindOption(option.Key)->File == file; });
   const Outcome<std::string> bytes = ReadFile(folder / PathFromText(name));
   const bool isMissing = !bytes && bytes.Error().Number == kFaultFileNotFound;
   std::string problem = ReadParts(file, name, bytes ? bytes.Value() : "", store);

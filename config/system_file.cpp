@@ -16,6 +16,10 @@ constexpr Escape kEscapes[] = {
     {'"', "%22"}, {'\r', "%0D"}, {'\n', "%0A"}, {'\x1A', "%1A"}, {'%', "%25"}};
 constexpr char kEndOfText = '\x1A';  // closes files of the time before Windows
 
+std::string TextOf(const RecordField& field) {
+  return field.Quoted ? DecodeText(field.Text) : std::string(field.Text);
+}
+
 bool IsBare(OptionKind kind) {
   return kind == OptionKind::Whole || kind == OptionKind::Number || kind == OptionKind::Color;
 }
@@ -79,8 +83,15 @@ SystemReader::SystemReader(std::string name, const std::string& bytes)
   if (!NextLine()) Note("the file is empty");
 }
 
-void SystemReader::Note(std::string_view reason) {
-  if (problem_.empty()) problem_ = AtLine(lines_.Name(), line_, reason);
+void SystemReader::Note(int line, std::string_view reason) {
+  if (!problem_.empty() && problemLine_ <= line) return;
+  problem_ = AtLine(lines_.Name(), line, reason);
+  problemLine_ = line;
+}
+
+// "line 1: reason", of a line that was read by itself.
+void SystemReader::NoteFault(const Fault& fault) {
+  Note(fault.Detail.substr(fault.Detail.find(": ") + 2));
 }
 
 // The next line that is not blank.
@@ -99,8 +110,7 @@ bool SystemReader::AtEnd() const {
 }
 
 std::optional<std::string> SystemReader::TextRecord(std::string_view what) {
-  RowInfo row{.Key = what, .Kind = OptionKind::Text};
-  std::vector<std::string> fields = NextRecord({&row});
+  std::vector<std::string> fields = NextRecord({what});
   if (fields.empty()) return std::nullopt;
   return std::move(fields.front());
 }
@@ -109,10 +119,10 @@ std::optional<std::vector<double>> SystemReader::NumberRecord(std::string_view w
                                                               std::size_t count) {
   const RowInfo row{.Key = what, .Kind = OptionKind::Number};
   std::vector<double> numbers;
-  for (const std::string& field : NextRecord(std::vector<const RowInfo*>(count, &row))) {
+  for (const std::string& field : NextRecord(std::vector<std::string_view>(count, what))) {
     const std::optional<double> number = ParseNumber(field);
     if (!number) {
-      Refuse(row, field);
+      Refuse(row, {.Text = field, .Line = line_});
       return std::nullopt;
     }
     numbers.push_back(*number);
@@ -121,32 +131,74 @@ std::optional<std::vector<double>> SystemReader::NumberRecord(std::string_view w
   return numbers;
 }
 
-std::vector<std::string> SystemReader::NextRecord(const std::vector<const RowInfo*>& rows) {
+bool SystemReader::HasKeys() {
+  const int before = line_;
+  if (NextLine()) {
+    RecordReader reader(lines_.Line(line_), {});
+    const Outcome<RecordField> field = reader.Next({});
+    if (field && field.Value().Quoted && field.Value().Text == kKeysMark) return true;
+  }
+  line_ = before;
+  return false;
+}
+
+std::vector<KeyedField> SystemReader::KeyedFields() {
+  std::vector<KeyedField> fields;
+  while (NextLine()) {
+    RecordReader reader(lines_.Line(line_), {});
+    while (!reader.AtEnd()) {
+      const Outcome<RecordField> key = reader.Next("a key");
+      if (!key) {
+        NoteFault(key.Error());
+        break;
+      }
+      std::string name = DecodeText(key.Value().Text);
+      const Outcome<RecordField> field = reader.Next("the value of " + name);
+      if (!field) {
+        NoteFault(field.Error());
+        break;
+      }
+      fields.push_back({std::move(name), TextOf(field.Value()), line_});
+    }
+  }
+  return fields;
+}
+
+std::vector<KeyedField> SystemReader::FieldsAt(const FieldPlaces& places) {
+  std::vector<KeyedField> fields;
+  for (const std::vector<std::string_view>& keys : places) {
+    std::vector<std::string> texts = NextRecord(keys);
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+      fields.push_back({std::string(keys[i]), std::move(texts[i]), line_, true});
+    }
+  }
+  return fields;
+}
+
+std::vector<std::string> SystemReader::NextRecord(const std::vector<std::string_view>& keys) {
   if (!NextLine()) {
-    Note("the file ends where " + std::string(rows.front()->Key) + " should stand");
+    Note("the file ends where " + std::string(keys.front()) + " should stand");
     return {};
   }
   // The line goes to the reader alone, so that a torn text ends with it.
   RecordReader reader(lines_.Line(line_), {});
   std::vector<std::string> fields;
-  for (const RowInfo* row : rows) {
-    const Outcome<RecordField> field = reader.Next(row->Key);
+  for (const std::string_view key : keys) {
+    const Outcome<RecordField> field = reader.Next(key);
     if (!field) {
-      const std::string& detail = field.Error().Detail;  // "line 1: reason"
-      Note(detail.substr(detail.find(": ") + 2));
+      NoteFault(field.Error());
       return fields;
     }
-    const std::string_view text = field.Value().Text;
-    fields.push_back(field.Value().Quoted ? DecodeText(text) : std::string(text));
+    fields.push_back(TextOf(field.Value()));
   }
   if (reader.Next({})) Note("the record has more fields than this version knows");
   return fields;
 }
 
-void SystemReader::Refuse(const RowInfo& row, std::string_view field) {
+void SystemReader::Refuse(const RowInfo& row, const KeyedField& field) {
   constexpr std::size_t kLongest = 40;
-  Note(std::string(row.Key) + " does not take \"" + std::string(field.substr(0, kLongest)) +
-       "\" and keeps its default");
+  Note(field.Line, std::string(row.Key) + " does not take \"" + field.Text.substr(0, kLongest) +
+                       "\" and keeps its default");
 }
 
 void SystemReader::ExpectEnd() {

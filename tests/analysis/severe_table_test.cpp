@@ -64,12 +64,18 @@ TEST(SevereTable, IsKeptAndRestored) {
   ASSERT_TRUE(back) << back.Error().Detail;
   EXPECT_EQ(back.Value(), table);
 
+  EXPECT_EQ(ReadFile(path).Value(),
+            "\"This is a VEXA system file -- Do Not Alter.\"\r\n\"Gewitter, Süd\",2\r\n"
+            "\"LI\",-1.5,-3,-5.25,0,0,0\r\n\"200mb Wind\",75,100,125,0,0,0\r\n");
+
   struct Case {
     const char* about;
     const char* rows;
     const char* reason;
   };
   const Case cases[] = {
+      {"unknown entry", "\"x\",1\n\"Kl\",1,2,3,0,0,0\n", "Severe Weather Table index error."},
+      {"half an entry", "\"x\",1\n2.5,1,2,3,0,0,0\n", "Severe Weather Table index error."},
       {"bad entry", "\"x\",1\n43,1,2,3,0,0,0\n", "Severe Weather Table index error."},
       {"short", "\"x\",2\n22,20,30,40,0,0,0\n", "entry"},
       {"falling limits", "\"x\",1\n22,40,30,20,0,0,0\n", "the limits must rise"},
@@ -84,6 +90,27 @@ TEST(SevereTable, IsKeptAndRestored) {
     ASSERT_FALSE(bad);
     EXPECT_NE(bad.Error().Detail.find(c.reason), std::string::npos) << bad.Error().Detail;
   }
+}
+
+// By hand, by the numbers of the files of before: 2 is the first entry, 42 the last.
+TEST(SevereTable, EntriesOfOldFilesHaveNumbers) {
+  const test::TemporaryFolder folder;
+  const auto path = folder.Path() / "old.TBL";
+  ASSERT_FALSE(SaveFile(path,
+                        "\"This is a VEXA system file -- Do Not Alter.\"\r\n\"Summer\",5\r\n"
+                        "22,25,32,41,0,0,0\r\n42,10,50,80,0,0,0\r\n2,75,100,125,0,0,0\r\n"
+                        "40,5000,6000,7000,12000,11000,10000\r\n30,100,200,300,0,0,0\r\n"));
+  const Outcome<SevereTable> table = RestoreTable(path);
+  ASSERT_TRUE(table) << table.Error().Detail;
+  std::vector<std::string_view> texts;
+  for (const SevereRow& row : table.Value().Rows) {
+    texts.push_back(SevereEntries()[static_cast<std::size_t>(row.Entry) - 1].Text);
+  }
+  EXPECT_EQ(texts,
+            (std::vector<std::string_view>{
+                "K Index", "WMSI - Wet Microburst Severity Index", "200 mb Wind Speed (kt)",
+                "WBZ - WetBulb Zero Hgt (ft,AGL)", "srH - storm-relative Helicity (0-3 km)"}));
+  EXPECT_EQ(table.Value().Rows[0].Limits.From, (std::array<double, 3>{25, 32, 41}));
 }
 
 const SevereValue& ValueOf(const std::vector<SevereValue>& values, std::string_view text) {

@@ -100,19 +100,26 @@ TEST(Settings, TheFilesAsTheyStand) {
                                    "\"Gliding\",\"\"\r\n"
                                    "\"6%22 dish, 5%25\",\"Z\xC3\xBCrich\"\r\n"
                                    "800,1\r\n");
-  EXPECT_EQ(files["VEXAsoar.CFG"], header +
-                                       "3000,1,\"MSL\"\r\n"
-                                       "31.5\r\n"
-                                       "\"FEET\",\"FT/MIN\",\"C\"\r\n");
+  const std::string keyed = header + "\"Each value stands behind its key.\"\r\n";
+  EXPECT_EQ(files["VEXAsoar.CFG"],
+            keyed +
+                "\"TriggerHgt\",3000,\"LiftEq\",1,\"SoarHgtMode\",\"MSL\"\r\n"
+                "\"SoarTm\",31.5\r\n"
+                "\"height unit\",\"FEET\",\"lift unit\",\"FT/MIN\",\"temperature unit\",\"C\"\r\n");
   for (const char* name : {"VEXA56+.RAW", "VEXA56+.HOD", "VEXA56+.H3D", "VEXA56+.THM"}) {
-    EXPECT_TRUE(files[name].starts_with(header)) << name;
+    EXPECT_TRUE(files[name].starts_with(keyed)) << name;
   }
   const std::string& main = files["VEXAMAIN.SYS"];
-  EXPECT_TRUE(main.starts_with(header + "\"no\",\"yes\",\"no\"\r\n0,0,\"default\"\r\n")) << main;
-  EXPECT_NE(main.find("\"vexadata\\\",\"crosdata\\\",\"\"\r\n"), std::string::npos);
-  EXPECT_TRUE(main.ends_with("\"false\",\"true\",4,0,\"dash\"\r\n"));
+  EXPECT_TRUE(main.starts_with(keyed +
+                               "\"Above 100mb\",\"no\",\"Screen title above skewt\",\"yes\","
+                               "\"Month-Year option\",\"no\"\r\n\"Wind plot ratio\",0,"))
+      << main;
+  EXPECT_NE(
+      main.find("\"Drive D\",\"vexadata\\\",\"Drive X\",\"crosdata\\\",\"Drive Ref\",\"\"\r\n"),
+      std::string::npos);
+  EXPECT_TRUE(main.ends_with("\"Line #5 Height\",0,\"Line #5 Style\",\"dash\"\r\n"));
   // About forty records for the options, then one for each custom line.
-  const auto records = std::ranges::count(main, '\n') - 1 - kCustomLines;
+  const auto records = std::ranges::count(main, '\n') - 2 - kCustomLines;
   EXPECT_GE(records, 35);
   EXPECT_LE(records, 50);
 }
@@ -210,6 +217,30 @@ TEST(Settings, DamageCostsNoMoreThanItTouches) {
        "4000,2,\"AGL\"\r\n12.5\r\n\"METER\",\"M/S\",\"F\"\r\n1,2\r\n",
        "VEXAsoar.CFG, line 5: the file has more records than this version knows.",
        [](const SettingsStore& s) { return s.Set.SoarTm == 12.5; }},
+      {"a key that is none, behind it all goes on", SettingsFile::Soaring,
+       "\"Each value stands behind its key.\"\r\n\"TriggerHight\",4000,\"LiftEq\",2\r\n"
+       "\"SoarTm\",12.5\r\n",
+       "VEXAsoar.CFG, line 3: there is no setting \"TriggerHight\".",
+       [](const SettingsStore& s) {
+         return s.Set.TriggerHgt == 3000 && s.Set.LiftEq == 2 && s.Set.SoarTm == 12.5;
+       }},
+      {"a value that its key does not take", SettingsFile::Soaring,
+       "\"Each value stands behind its key.\"\r\n\"SoarTm\",12.5,\"LiftEq\",3,"
+       "\"TriggerHgt\",4000\r\n",
+       "VEXAsoar.CFG, line 3: LiftEq does not take \"3\" and keeps its default.",
+       [](const SettingsStore& s) {
+         return s.Set.TriggerHgt == 4000 && s.Set.LiftEq == 1 && s.Set.SoarTm == 12.5;
+       }},
+      {"a key without a value", SettingsFile::Soaring,
+       "\"Each value stands behind its key.\"\r\n\"SoarTm\",12.5,\"LiftEq\"\r\n"
+       "\"TriggerHgt\",4000\r\n",
+       "VEXAsoar.CFG, line 3: the data end where the value of LiftEq should stand.",
+       [](const SettingsStore& s) { return s.Set.TriggerHgt == 4000 && s.Set.SoarTm == 12.5; }},
+      {"the first of two faults is told, wherever its row stands", SettingsFile::Soaring,
+       "\"Each value stands behind its key.\"\r\n\"height unit\",\"ELL\"\r\n"
+       "\"TriggerHgt\",-1\r\n",
+       "VEXAsoar.CFG, line 3: height unit does not take \"ELL\" and keeps its default.",
+       [](const SettingsStore& s) { return s.Set.TriggerHgt == 3000; }},
       {"a foreign file", SettingsFile::Listing, "TTAA 51231 72357\n99970 28009\n",
        "VEXA56+.THM, line 2: the data end where height interval should stand.",
        [](const SettingsStore& s) { return s.Listing == ListingSettings{}; }},
@@ -237,6 +268,124 @@ TEST(Settings, DamageCostsNoMoreThanItTouches) {
     EXPECT_NE(files.at(name), bytes);
     EXPECT_EQ(files.size(), 2U);
   }
+}
+
+// A row that is new, gone or elsewhere in another version's file costs nothing.
+TEST(Settings, ValuesAreFoundByTheirKeysWhereverTheyStand) {
+  const test::TemporaryFolder folder;
+  ASSERT_FALSE(SaveFile(folder.Path() / "VEXAMAIN.SYS",
+                        "\"a header\"\r\n\"Each value stands behind its key.\"\r\n"
+                        "\"Line #2 Style\",\"dots\"\r\n"
+                        "\"Temp MAX\",35,\"RH%25\",71\r\n\r\n"
+                        "\"Header file\",\"a %22b%22, c\",\"Above 100mb\",\"YES\"\r\n"));
+  SettingsStore expected;
+  expected.Set.CustomLines[1].Style = CustomLineStyle::Dots;
+  expected.Set.TempMax = 35;
+  expected.Set.ContrailRh = 71;
+  expected.Set.System.HeaderFile = "a \"b\", c";
+  expected.Set.Above100mb = true;
+  Notes notes;
+  EXPECT_EQ(Loaded(folder.Path(), notes), expected);
+  EXPECT_EQ(notes, Notes{});
+}
+
+// Written by hand from the places that values had in the files of before; some of each record
+// differ from the defaults.
+TEST(Settings, FilesWithoutKeysAreReadOnceByTheirPlaces) {
+  const std::string header = "\"This is a VEXA system file -- Do Not Alter.\"\r\n";
+  const test::TemporaryFolder folder;
+  const std::map<std::string, std::string> old = {
+      {"VEXAMAIN.SYS",
+       "\"yes\",\"yes\",\"no\"\r\n3,0,\"left\"\r\n\"southern\",\"hPa\",\"yes\"\r\n"
+       "\"FEET\",\"White\",\"no\"\r\n\"USAF\",\"yes\",\"USAF\"\r\n70,\"Traditional\",8\r\n"
+       "1,20,80\r\n5,\"Ice\",-150\r\n\"surface\",\"yes\",250\r\n90,1000,\"CCL\"\r\n"
+       "\"virtual\",5,\"no\"\r\n\"total\",4,\"fast\"\r\n2,1\r\n2,2.5,\"yes\"\r\n\"yes\"\r\n"
+       "\"tephigram\",\"false\",\"true\"\r\n\"true\",\"true\",\"KM\"\r\n\"true\",\"false\","
+       "\"true\"\r\n"
+       "\"true\",\"true\",\"false\"\r\n\"true\",\"true\",\"AGL\"\r\n\"true\",\"false\"\r\n"
+       "200,\"false\",\"MB\"\r\n25,\"F\",\"true\"\r\n5,\"MANUAL\",-30\r\n35,\"MANUAL\",\"AUTO\"\r\n"
+       "\"true\",\"true\",\"false\"\r\n\"light\",1,2\r\n3,\"true\",\"false\"\r\n\"true\",310,"
+       "\"true\"\r\n"
+       "\"false\",22,\"false\"\r\n\"true\",12,\"false\"\r\n\"true\"\r\n"
+       "\"true\",\"false\",\"all\"\r\n\"Dash\",5,\"true\"\r\n\"false\",\"Flags\",\"M/"
+       "S\"\r\n\"big\"\r\n"
+       "\"custom\",\"true\",\"true\"\r\n\"true\",\"false\",\"FEET\"\r\n\"F\",\"KI,TT\",\"C\"\r\n"
+       "\"false\",\"true\",\"centered\"\r\n\"Storm\",\"Limit\",6\r\n\"true\",\"one\"\r\n"
+       "\"mine\\\",\"crosdata\\\",\"ref\"\r\n\"Mine.Dat\",\"true\",\"here\"\r\n"
+       "\"a.RAW\",\"FSL\",4\r\n\"false\"\r\n"
+       "\"true\",\"false\",3,1500,\"dots\"\r\n\"false\",\"true\",4,0,\"dash\"\r\n"
+       "\"false\",\"true\",4,0,\"dash\"\r\n\"false\",\"true\",4,0,\"dash\"\r\n"
+       "\"true\",\"true\",7,900,\"solid\"\r\n"},
+      {"VEXAsoar.CFG", "4000,2,\"AGL\"\r\n31.5\r\n\"METER\",\"M/S\",\"F\"\r\n"},
+      {"VEXA56+.HOD",
+       "2,\"LM\",\"MANUAL\"\r\n250,33\r\n\"true\",\"false\"\r\n\"Limit\",120,\"mi\"\r\n"
+       "\"true\",\"false\",\"true\",\"true\",\"false\"\r\n\"Storm\",\"true\",\"Left\"\r\n"
+       "\"Manual\",\"false\",\"mph\"\r\n500,\"Levels\"\r\n150,0.05,30,600\r\n\"true\","
+       "\"false\"\r\n"},
+      {"VEXA56+.H3D", "45,-10\r\n7,250\r\n\"mi\",\"false\"\r\n"},
+      {"VEXA56+.RAW",
+       "\"false\",\"true\",7\r\n\"date\",\"true\",\"false\"\r\n\"true\",\"false\",\"Case\"\r\n"
+       "\"true\",\"FT\",\"AGL\"\r\n\"M/S\",\"F\",\"in\"\r\n\"false\",\"true\"\r\n"
+       "900,700,-5,20,\"true\"\r\n\"locked\",\"true\"\r\n\"pictures\"\r\n\"1.RAW\"\r\n\"2.RAW\"\r\n"
+       "\"\"\r\n\"\"\r\n\"5.RAW\"\r\n"},
+      {"VEXA56+.THM",
+       "\"IntervalData\",250,\"true\"\r\n\"false\",\"true\",\"true\"\r\n640,480\r\n"}};
+  for (const auto& [name, text] : old) ASSERT_FALSE(SaveFile(folder.Path() / name, header + text));
+  Notes notes;
+  SettingsStore store = Loaded(folder.Path(), notes);
+  EXPECT_EQ(notes, Notes{});
+  const auto said = [&store](std::string_view key) { return FindOption(key)->Write(store.Set); };
+  struct Case {
+    const char *Key, *Value;
+  };
+  const Case cases[] = {{"Above 100mb", "yes"},
+                        {"Feathers", "left"},
+                        {"RH%", "70"},
+                        {"Shear SR Layer Pct", "80"},
+                        {"Ducting threshold", "-150"},
+                        {"LPL", "surface"},
+                        {"CAPE interval", "5"},
+                        {"VGP depth", "1"},
+                        {"LoopNoReScaling", "yes"},
+                        {"Diagram type", "tephigram"},
+                        {"Height mode", "AGL"},
+                        {"Tropo line", "false"},
+                        {"Temp MAX", "35"},
+                        {"Dry Ref Val", "310"},
+                        {"Mix Ref Val Label", "true"},
+                        {"Wind size", "big"},
+                        {"Custom panel", "KI,TT"},
+                        {"Depth limit", "6"},
+                        {"ICAO None/5/10", "one"},
+                        {"AutoType", "FSL"},
+                        {"Line #1 Height", "1500"},
+                        {"Line #5 Style", "solid"},
+                        {"TriggerHgt", "4000"},
+                        {"SoarTm", "31.5"},
+                        {"Storm mover", "LM"},
+                        {"Manual storm speed", "33"},
+                        {"HodoInvert", "true"},
+                        {"SortMode", "date"},
+                        {"DumpData7", "true"},
+                        {"PrintTitleMemory", "Case"}};
+  for (const Case& c : cases) EXPECT_EQ(said(c.Key), c.Value) << c.Key;
+  EXPECT_EQ(store.Hodograph.RingLimit, 120);
+  EXPECT_EQ(store.Hodograph.Front.SlopeN, 150);
+  EXPECT_TRUE(store.Hodograph.SkipPlot);
+  EXPECT_EQ(store.Hodogram3D.RotationMs, 250);
+  EXPECT_EQ(store.Window.Left, -5);
+  EXPECT_EQ(store.Window.RecentFiles[4], "5.RAW");
+  EXPECT_EQ(store.Listing.Height, 480);
+  EXPECT_EQ(store.Soaring.Lift, LiftUnits::MetersPerSecond);
+
+  // From then on they have keys and say the same.
+  ASSERT_FALSE(SaveSettings(folder.Path(), store));
+  for (const auto& [name, bytes] : FilesIn(folder.Path())) {
+    EXPECT_EQ(bytes.find("Each value stands behind its key.") != bytes.npos, old.contains(name))
+        << name;
+  }
+  EXPECT_EQ(Loaded(folder.Path(), notes), store);
+  EXPECT_EQ(notes, Notes{});
 }
 
 TEST(Settings, WhateverAFileHoldsTheResultIsUsable) {
