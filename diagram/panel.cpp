@@ -230,7 +230,14 @@ void InfoBoxx(Plot& plot) {
                                      .Fill = plot.Inks.Panel,
                                      .Stroke = plot.Inks.PanelFrame});
   const double x = region->Left + kMargin;
-  const double last = region->Bottom - kMargin - kStep / 2;
+  double last = region->Bottom - kMargin - kStep / 2;
+  const std::size_t indexLines = indices.empty() ? 0 : indices.back().Line + 1;
+  const double lines = static_cast<double>(rows.size() + table.size() + indexLines) + 1;
+  if (lines * kStep > region->Height() - 2 * kMargin) {
+    DrawText(plot.Page, "more", {region->Right - kMargin, last}, "more: F4", plot.Inks.Faint, kText,
+             AnchorX::Right);
+    last -= kStep;
+  }
   double y = region->Top + kMargin + kStep / 2;
   for (const analysis::IndexValue* row : rows) {
     if (y > last) return;

@@ -45,7 +45,7 @@ std::vector<PageBox> EmptyBoxes(const LayoutRow& layout) {
 }
 
 SoundingPlot Draw(const Case& c, const LayoutRow& layout, const Surface& on) {
-  Options options;
+  DisplaySettings options;
   options.Diagram = c.Type;
   options.FreezeLine = options.TropoLine = options.WetLabel = options.TempDualScale = true;
   const analysis::AnalysisResults results = analysis::Analyse(c.Sounding, options);
