@@ -40,7 +40,7 @@ class ValueItem : public QTableWidgetItem {
 }  // namespace
 
 AnalysisDock::AnalysisDock(const Program& program, QWidget* parent)
-    : QDockWidget(QStringLiteral("Analysis"), parent), program_(program) {
+    : Panel(QStringLiteral("Analysis"), parent), program_(program) {
   setObjectName(QStringLiteral("InfoPanel"));
   auto* inside = new QWidget(this);
   auto* layout = new QVBoxLayout(inside);

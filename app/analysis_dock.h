@@ -2,10 +2,10 @@
 // explanation.
 #pragma once
 
-#include <QDockWidget>
 #include <string>
 #include <vector>
 
+#include "app/panel.h"
 #include "program/program.h"
 
 class QLineEdit;
@@ -14,12 +14,12 @@ class QPlainTextEdit;
 
 namespace vexa {
 
-class AnalysisDock : public QDockWidget {
+class AnalysisDock : public Panel {
  public:
   AnalysisDock(const Program& program, QWidget* parent);
 
   /// Fills in the values of the current sounding.
-  void Follow();
+  void Follow() override;
 
  private:
   void Search(const QString& words);

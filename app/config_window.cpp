@@ -19,6 +19,7 @@
 #include "analysis/index_table.h"
 #include "app/remark_label.h"
 #include "app/side_tabs.h"
+#include "app/sounding_window.h"
 #include "config/catalogue.h"
 #include "diagram/palette.h"
 
@@ -46,9 +47,9 @@ constexpr FormTab kDiagramTabs[] = {
 constexpr FormTab kSystemTabs[] = {{"System", "System"}};
 
 constexpr FormRow kForms[] = {
-    {"Config", "PROGRAM CONFIGURATIONS", Command::ProgramOptions, kProgramTabs},
-    {"Diagram", "DIAGRAM OPTIONS", Command::DiagramOptions, kDiagramTabs},
-    {"System", "SYSTEM OPTIONS", Command::SystemOptions, kSystemTabs},
+    {"Config", "PROGRAM CONFIGURATIONS", kProgramTabs},
+    {"Diagram", "DIAGRAM OPTIONS", kDiagramTabs},
+    {"System", "SYSTEM OPTIONS", kSystemTabs},
 };
 
 constexpr int kRetryMs = 20;
@@ -71,20 +72,38 @@ OptionField FieldOf(const SettingRow<S>& row, S& settings, std::string box,
           [&row, &settings] { return row.Matters == nullptr || row.Matters(settings); }};
 }
 
+void OpenForm(const Opening& opening) {
+  auto* shown = new ConfigWindow(
+      opening.In, *FindForm(opening.Name),
+      [over = &opening.Over](Changes changes) { over->Show(changes); }, &opening.Over);
+  shown->setAttribute(Qt::WA_DeleteOnClose);
+  shown->ShowPage(opening.At);
+  shown->open();
+}
+
 }  // namespace
 
 std::span<const FormRow> OptionForms() {
   return kForms;
 }
 
-const FormRow* FindForm(Command command) {
-  const auto* form = std::ranges::find(kForms, command, &FormRow::Opens);
-  return form == std::end(kForms) ? nullptr : form;
+std::span<const WindowRow> FormWindows() {
+  static constexpr WindowRow kRows[] = {
+      {kForms[0].Name, OpenForm}, {kForms[1].Name, OpenForm}, {kForms[2].Name, OpenForm}};
+  static_assert(std::size(kRows) == std::size(kForms));
+  return kRows;
 }
 
 const FormRow* FindForm(std::string_view name) {
   const auto* form = std::ranges::find(kForms, name, &FormRow::Name);
   return form == std::end(kForms) ? nullptr : form;
+}
+
+std::string_view FormOfPage(std::string_view place) {
+  for (const FormRow& form : kForms) {
+    if (std::ranges::find(form.Tabs, place, &FormTab::Place) != form.Tabs.end()) return form.Name;
+  }
+  return {};
 }
 
 ConfigWindow::ConfigWindow(Program& program, const FormRow& form, std::function<void(Changes)> show,
@@ -93,7 +112,8 @@ ConfigWindow::ConfigWindow(Program& program, const FormRow& form, std::function<
       program_(program),
       show_(std::move(show)),
       opened_(CurrentSettings(program)),
-      draft_(opened_) {
+      draft_(opened_),
+      form_(form) {
   setObjectName(ToQString(form.Name));
   setWindowTitle(ToQString(form.Title));
   tabs_ = form.Tabs.size() > 1 ? new SideTabs(this) : new QTabWidget(this);
@@ -194,6 +214,11 @@ void ConfigWindow::Apply() {
     wasApplied_ = true;
     if (KeepSettings(program_)) Say(QStringLiteral("The settings have been saved."), false);
   });
+}
+
+void ConfigWindow::ShowPage(std::string_view place) {
+  const auto tab = std::ranges::find(form_.Tabs, place, &FormTab::Place);
+  if (tab != form_.Tabs.end()) tabs_->setCurrentIndex(static_cast<int>(tab - form_.Tabs.begin()));
 }
 
 void ConfigWindow::accept() {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "app/option_page.h"
+#include "app/window_table.h"
 #include "program/program.h"
 #include "program/settings_commands.h"
 
@@ -26,22 +27,27 @@ struct FormTab {
 };
 
 struct FormRow {
-  std::string_view Name{};  // object name, and what --show takes
+  std::string_view Name{};  // object name
   std::string_view Title{};
-  Command Opens = Command::None;
   std::span<const FormTab> Tabs{};
 };
 
 std::span<const FormRow> OptionForms();
-/// The form of a command or of a name; null when there is none.
-const FormRow* FindForm(Command command);
+std::span<const WindowRow> FormWindows();
+
+/// The form of a name; null when there is none.
 const FormRow* FindForm(std::string_view name);
+/// The name of the form that has this page, "Diagram/Tab 6"; empty when none has.
+std::string_view FormOfPage(std::string_view place);
 
 class ConfigWindow : public QDialog {
  public:
   /// `show` draws what a change made stale.
   ConfigWindow(Program& program, const FormRow& form, std::function<void(Changes)> show,
                QWidget* parent);
+
+  /// Brings a page to the front, by the place of its rows.
+  void ShowPage(std::string_view place);
 
   void accept() override;
   /// Takes everything back to what was in force when the form was opened.
@@ -68,6 +74,7 @@ class ConfigWindow : public QDialog {
   SettingsDraft opened_;
   SettingsDraft draft_;
   bool wasApplied_ = false;
+  const FormRow& form_;
   std::vector<OptionPage*> pages_{};
   QTabWidget* tabs_ = nullptr;
   QLabel* message_ = nullptr;

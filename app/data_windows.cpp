@@ -6,6 +6,8 @@
 #include <QUrl>
 #include <string>
 
+#include "app/sounding_window.h"
+
 namespace vexa {
 
 namespace {
@@ -38,46 +40,39 @@ void BringUp(QDialog& window) {
 
 }  // namespace
 
-bool DataWindows::Run(Command command) {
-  switch (command) {
-    case Command::Listings:
-      if (listings_.isNull()) {
-        listings_ = new ListingWindow(program_, parent_);
-        listings_->setAttribute(Qt::WA_DeleteOnClose);
-      }
-      BringUp(*listings_);
-      return true;
-    case Command::Download:
-      if (download_.isNull()) {
-        download_ = new DownloadWindow(
-            program_,
-            [this](const std::filesystem::path& file, int index) {
-              events_.Changed(OpenSounding(program_, file, index));
-            },
-            parent_);
-        download_->setAttribute(Qt::WA_DeleteOnClose);
-      }
-      BringUp(*download_);
-      return true;
-    case Command::DownloadTimer:
-      ShowBatch();
-      return true;
-    case Command::DownloadTimerOff:
-      if (!batch_.isNull()) batch_->SetTimer(false);
-      return true;
-    case Command::BeeperOff:
-      if (!batch_.isNull()) batch_->SilenceBeeper();
-      return true;
-    case Command::Paste:
-      if (const QMimeData* data = QApplication::clipboard()->mimeData()) {
-        OpenData(*data);
-      } else {
-        OpenData(QMimeData());
-      }
-      return true;
-    default:
-      return false;
+void DataWindows::ShowListings() {
+  if (listings_.isNull()) {
+    listings_ = new ListingWindow(program_, parent_);
+    listings_->setAttribute(Qt::WA_DeleteOnClose);
   }
+  BringUp(*listings_);
+}
+
+void DataWindows::ShowDownload() {
+  if (download_.isNull()) {
+    download_ = new DownloadWindow(
+        program_,
+        [this](const std::filesystem::path& file, int index) {
+          events_.Changed(OpenSounding(program_, file, index));
+        },
+        parent_);
+    download_->setAttribute(Qt::WA_DeleteOnClose);
+  }
+  BringUp(*download_);
+}
+
+void DataWindows::StopTimer() {
+  if (!batch_.isNull()) batch_->SetTimer(false);
+}
+
+void DataWindows::StopBeeper() {
+  if (!batch_.isNull()) batch_->SilenceBeeper();
+}
+
+void DataWindows::Paste() {
+  const QMimeData* data = QApplication::clipboard()->mimeData();
+  const QMimeData nothing;
+  OpenData(data == nullptr ? nothing : *data);
 }
 
 void DataWindows::ShowBatch() {
@@ -100,6 +95,28 @@ void DataWindows::OpenData(const QMimeData& data) {
   }
   program_.Doc.SetStatus("There is neither a file nor text to open.");
   events_.Changed({});
+}
+
+namespace {
+
+template <void (DataWindows::*kDoes)()>
+void With(const Opening& opening) {
+  (opening.Over.Data().*kDoes)();
+}
+
+constexpr WindowRow kRows[] = {
+    {.Name = "Listings", .Open = With<&DataWindows::ShowListings>, .WhileBusy = true},
+    {.Name = "Download", .Open = With<&DataWindows::ShowDownload>, .WhileBusy = true},
+    {.Name = "BatchProcessing", .Open = With<&DataWindows::ShowBatch>, .WhileBusy = true},
+    {"TimerOff", With<&DataWindows::StopTimer>, false, true},
+    {"BeeperOff", With<&DataWindows::StopBeeper>, false, true},
+    {.Name = "Paste", .Open = With<&DataWindows::Paste>, .IsWindow = false},
+};
+
+}  // namespace
+
+std::span<const WindowRow> DataWindowRows() {
+  return kRows;
 }
 
 }  // namespace vexa

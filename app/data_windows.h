@@ -5,10 +5,12 @@
 #include <filesystem>
 #include <functional>
 #include <QPointer>
+#include <span>
 
 #include "app/batch_window.h"
 #include "app/download_window.h"
 #include "app/listing_window.h"
+#include "app/window_table.h"
 #include "program/program.h"
 
 class QMimeData;
@@ -28,16 +30,19 @@ class DataWindows {
   DataWindows(Program& program, QWidget* parent, Events events)
       : program_(program), parent_(parent), events_(std::move(events)) {}
 
-  /// Carries out a command of these windows; false for any other.
-  bool Run(Command command);
+  void ShowListings();
+  void ShowDownload();
+  void ShowBatch();
+  void StopTimer();
+  void StopBeeper();
+  /// Opens what is on the clipboard.
+  void Paste();
   /// The sounding has changed.
   void Follow();
   /// Opens files or text that were dropped or pasted; the status line says when there is neither.
   void OpenData(const QMimeData& data);
 
  private:
-  void ShowBatch();
-
   Program& program_;
   QWidget* parent_;
   Events events_;
@@ -45,5 +50,7 @@ class DataWindows {
   QPointer<DownloadWindow> download_{};
   QPointer<BatchWindow> batch_{};
 };
+
+std::span<const WindowRow> DataWindowRows();
 
 }  // namespace vexa

@@ -7,6 +7,7 @@
 #include <QPainter>
 #include <QResizeEvent>
 
+#include "app/widget_surface.h"
 #include "output/paint/paint.h"
 #include "picture/stroke.h"
 
@@ -62,8 +63,7 @@ QPointF DiagramView::WidgetAt(Point at) const {
 }
 
 Surface DiagramView::OwnSurface() const {
-  constexpr double kUsualDpi = 96;
-  return WindowSurface(width(), height(), logicalDpiY() / kUsualDpi);
+  return SurfaceOf(*this);
 }
 
 void DiagramView::resizeEvent(QResizeEvent* event) {

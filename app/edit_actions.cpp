@@ -11,6 +11,7 @@
 #include "app/edit_grid.h"
 #include "app/level_editor.h"
 #include "app/qt_text.h"
+#include "app/sounding_window.h"
 #include "app/station_editor.h"
 #include "app/text_editor.h"
 #include "core/error_report.h"
@@ -25,6 +26,10 @@ namespace vexa {
 namespace {
 
 using Show = std::function<void(Changes)>;
+
+Show ShowOf(const Opening& opening) {
+  return [over = &opening.Over](Changes changes) { over->Show(changes); };
+}
 
 // Editors are modal and go with the window; none waits in an event loop of its own.
 void Open(QDialog* editor) {
@@ -45,11 +50,12 @@ LevelEditor* LevelsOf(Program& program, EditorPages pages, QWidget* window, cons
 }
 
 template <EditorPages pages>
-void EditLevels(Program& program, QWidget* window, const Show& show) {
-  Open(program, LevelsOf(program, pages, window, show));
+void EditLevels(const Opening& opening) {
+  Open(opening.In, LevelsOf(opening.In, pages, &opening.Over, ShowOf(opening)));
 }
 
-void NewSounding(Program& program, QWidget* window, const Show& show) {
+void NewSounding(const Opening& opening) {
+  Program& program = opening.In;
   if (!MayExit(program)) return;
   SoundingRecord empty;
   ClearData(empty);
@@ -58,8 +64,10 @@ void NewSounding(Program& program, QWidget* window, const Show& show) {
   SetElevationUnknown(empty);
   auto* editor = new LevelEditor(
       empty, EditorPages::All,
-      [&program, show](SoundingRecord entered) { show(AdoptNew(program, std::move(entered))); },
-      window);
+      [&program, show = ShowOf(opening)](SoundingRecord entered) {
+        show(AdoptNew(program, std::move(entered)));
+      },
+      &opening.Over);
   editor->setWindowTitle(QStringLiteral("New Sounding"));
   editor->Winds()->InsertAbove();
   editor->Temps()->InsertAbove();  // last, for it is typed into first
@@ -80,7 +88,7 @@ bool TakeClouds(Program& program, SoundingRecord edited, const Show& show) {
     return false;
   }
   show(AdoptEdit(program, std::move(edited)));
-  if (changesFormat) show(RunCommand(program, Command::SaveAs));
+  if (changesFormat) show(RunCommand(program, "mnuSaveAs"));
   return true;
 }
 
@@ -93,17 +101,19 @@ SoundingRecord WithCloudTable(const Program& program) {
   return record;
 }
 
-void EditClouds(Program& program, QWidget* window, const Show& show) {
+void EditClouds(const Opening& opening) {
+  Program& program = opening.In;
   Open(program, new CloudEditor(
                     WithCloudTable(program),
-                    [&program, show](SoundingRecord edited) {
+                    [&program, show = ShowOf(opening)](SoundingRecord edited) {
                       return TakeClouds(program, std::move(edited), show);
                     },
-                    window));
+                    &opening.Over));
 }
 
 template <bool entireFile>
-void EditSource(Program& program, QWidget* window, const Show& show) {
+void EditSource(const Opening& opening) {
+  Program& program = opening.In;
   const Outcome<EditableText> source = SourceToEdit(program, entireFile);
   if (!source) {
     program.Doc.Report(source.Error());
@@ -113,17 +123,18 @@ void EditSource(Program& program, QWidget* window, const Show& show) {
                     source.Value(),
                     entireFile ? QStringLiteral("Edit Entire Source File")
                                : QStringLiteral("Edit Source Data"),
-                    [&program, show](const std::string& bytes) {
+                    [&program, show = ShowOf(opening)](const std::string& bytes) {
                       Changes changes;
                       auto fault = entireFile ? SaveSource(program, bytes, changes)
                                               : AdoptSource(program, bytes, changes);
                       if (!fault) show(changes);
                       return fault;
                     },
-                    SourceRemark(program), window));
+                    SourceRemark(program), &opening.Over));
 }
 
-void EditStations(Program& program, QWidget* window, const Show&) {
+void EditStations(const Opening& opening) {
+  Program& program = opening.In;
   Open(program, new StationEditor(
                     program.Stations,
                     [&program](const StationList& list) {
@@ -131,16 +142,16 @@ void EditStations(Program& program, QWidget* window, const Show&) {
                       if (!fault) program.Stations = list;
                       return fault;
                     },
-                    window));
+                    &opening.Over));
 }
 
-void ShowProperties(Program& program, QWidget* window, const Show&) {
-  auto* shown = new QDialog(window);
+void ShowProperties(const Opening& opening) {
+  auto* shown = new QDialog(&opening.Over);
   shown->setObjectName(QStringLiteral("Properties"));
   shown->setWindowTitle(QStringLiteral("Properties"));
   auto* layout = new QVBoxLayout(shown);
   auto* form = new QFormLayout;
-  for (const auto& [label, value] : PropertiesOf(program)) {
+  for (const auto& [label, value] : PropertiesOf(opening.In)) {
     auto* text = new QLabel(ToQString(value), shown);
     text->setTextFormat(Qt::PlainText);
     text->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
@@ -153,34 +164,22 @@ void ShowProperties(Program& program, QWidget* window, const Show&) {
   Open(shown);
 }
 
-struct EditorRow {
-  Command Does;
-  void (*Run)(Program&, QWidget*, const Show&);
-  bool NeedsSounding = true;
-};
-
-constexpr EditorRow kEditors[] = {
-    {Command::NewSounding, NewSounding, false},
-    {Command::EditStations, EditStations, false},
-    {Command::EditDecoded, EditLevels<EditorPages::All>},
-    {Command::AddTemp, EditLevels<EditorPages::Temps>},
-    {Command::AddWind, EditLevels<EditorPages::Winds>},
-    {Command::CloudTable, EditClouds},
-    {Command::EditSource, EditSource<false>},
-    {Command::EditEntireSource, EditSource<true>},
-    {Command::Properties, ShowProperties},
+constexpr WindowRow kEditors[] = {
+    {"NewSounding", NewSounding},
+    {"LevelEditor", EditLevels<EditorPages::All>},
+    {"TempLevels", EditLevels<EditorPages::Temps>},
+    {"WindLevels", EditLevels<EditorPages::Winds>},
+    {"TextEditor", EditSource<false>},
+    {.Name = "SourceFile", .Open = EditSource<true>, .IsWindow = false},  // in a TextEditor
+    {"StationEditor", EditStations},
+    {"CloudEditor", EditClouds},
+    {"Properties", ShowProperties},
 };
 
 }  // namespace
 
-bool RunEditCommand(Program& program, Command command, QWidget* window, const Show& show) {
-  for (const EditorRow& row : kEditors) {
-    if (row.Does != command) continue;
-    const bool has = program.Current.Record.NumTempLevels() > 0 || !row.NeedsSounding;
-    if (program.Gate.IsOpen() && has) row.Run(program, window, show);
-    return true;
-  }
-  return false;
+std::span<const WindowRow> EditorWindows() {
+  return kEditors;
 }
 
 void OpenCorrection(Program& program, QWidget* window, const Show& show) {

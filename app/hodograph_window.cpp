@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <QCheckBox>
-#include <QCloseEvent>
 #include <QComboBox>
 #include <QDoubleSpinBox>
 #include <QFontDatabase>
@@ -15,7 +14,6 @@
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
-#include <QShortcut>
 #include <QSignalBlocker>
 #include <QSplitter>
 #include <QVBoxLayout>
@@ -23,6 +21,7 @@
 
 #include "app/drag_view.h"
 #include "app/option_control.h"
+#include "app/widget_surface.h"
 #include "config/catalogue.h"
 #include "core/numbers.h"
 #include "core/units.h"
@@ -70,14 +69,11 @@ double SpeedFactor(const Options& options) {
 
 }  // namespace
 
-HodographWindow::HodographWindow(Program& program, std::function<void(Changes)> changed,
-                                 std::function<void()> closed, QWidget* parent)
-    : QWidget(parent, Qt::Window),
-      program_(program),
-      changed_(std::move(changed)),
-      closed_(std::move(closed)) {
-  setObjectName(QStringLiteral("Hodograph"));
-  view_ = new DragView(this);
+HodographWindow::HodographWindow(Program& program, const DisplayRow& row, Events events,
+                                 QWidget* parent)
+    : DisplayWindow(program, row, std::move(events), parent) {
+  room_ = view_;
+  room_->installEventFilter(this);
   cursor_ = new QLabel(view_);
   cursor_->setObjectName(QStringLiteral("CursorBox"));
   cursor_->setTextFormat(Qt::PlainText);
@@ -98,8 +94,8 @@ HodographWindow::HodographWindow(Program& program, std::function<void(Changes)> 
   BuildPlotting(*column);
   BuildComparison(*column);
   BuildTable(*column);
-  auto* row = new QHBoxLayout(this);
-  row->setContentsMargins(0, 0, 0, 0);
+  auto* whole = new QHBoxLayout(this);
+  whole->setContentsMargins(0, 0, 0, 0);
   auto* around = new QScrollArea(this);  // the controls scroll where the screen is too low for them
   around->setWidget(side);
   around->setWidgetResizable(true);
@@ -112,7 +108,7 @@ HodographWindow::HodographWindow(Program& program, std::function<void(Changes)> 
   parts->addWidget(around);
   parts->setChildrenCollapsible(false);
   parts->setStretchFactor(0, 1);
-  row->addWidget(parts);
+  whole->addWidget(parts);
   BuildDragging();
   LoadCompared(program_);
   resize(QSize(1280, 720).boundedTo(screen()->availableSize()).expandedTo(kSmallest));
@@ -149,14 +145,15 @@ void HodographWindow::BuildMotion(QVBoxLayout& column) {
     connect(box, &QDoubleSpinBox::valueChanged, this, [this] { Enter(); });
   }
   connect(mode_, &QComboBox::activated, this, [this](int index) {
-    changed_(SetMotionMode(program_, static_cast<Scaling>(index)));
-    ShowState();
+    events_.Changed(SetMotionMode(program_, static_cast<Scaling>(index)));
+    Follow();
   });
-  connect(mover_, &QComboBox::activated, this,
-          [this](int index) { changed_(ChooseMover(program_, static_cast<StormMover>(index))); });
+  connect(mover_, &QComboBox::activated, this, [this](int index) {
+    events_.Changed(ChooseMover(program_, static_cast<StormMover>(index)));
+  });
   connect(hold_, &QCheckBox::clicked, this, [this](bool hold) {
-    changed_(HoldStormMotion(program_, hold));
-    ShowState();
+    events_.Changed(HoldStormMotion(program_, hold));
+    Follow();
   });
   grid->addWidget(mode_, 0, 0);
   grid->addWidget(mover_, 0, 1);
@@ -171,8 +168,8 @@ QCheckBox* HodographWindow::AddSwitch(QGridLayout& into, const char* name, const
   auto* box = new QCheckBox(text, this);
   box->setObjectName(QString::fromLatin1(name));
   connect(box, &QCheckBox::clicked, this, [this, setting](bool on) {
-    program_.Hodograph.*setting = on;
-    changed_({.View = true});
+    program_.Settings.Hodograph.*setting = on;
+    events_.Changed({.View = true});
   });
   const int place = static_cast<int>(switches_.size());
   into.addWidget(box, kSwitchRow + place / kSwitchColumns, place % kSwitchColumns);
@@ -186,12 +183,12 @@ void HodographWindow::BuildPlotting(QVBoxLayout& column) {
   frame_ = WordBox<HodoOrigin>("cboFrame", group);
   rings_ = WordBox<RingScaling>("cboRings", group);
   connect(frame_, &QComboBox::activated, this, [this](int index) {
-    program_.Hodograph.Frame = static_cast<HodoOrigin>(index);
-    changed_({.View = true});
+    program_.Settings.Hodograph.Frame = static_cast<HodoOrigin>(index);
+    events_.Changed({.View = true});
   });
   connect(rings_, &QComboBox::activated, this, [this](int index) {
-    program_.Hodograph.Rings = static_cast<RingScaling>(index);
-    changed_({.View = true});
+    program_.Settings.Hodograph.Rings = static_cast<RingScaling>(index);
+    events_.Changed({.View = true});
   });
   grid->addWidget(frame_, 0, 0);
   grid->addWidget(rings_, 0, 1);
@@ -201,8 +198,8 @@ void HodographWindow::BuildPlotting(QVBoxLayout& column) {
   limit_->setSingleStep(10);
   limit_->setKeyboardTracking(false);
   connect(limit_, &QDoubleSpinBox::valueChanged, this, [this](double shown) {
-    program_.Hodograph.RingLimit = shown / SpeedFactor(program_.Set);
-    changed_({.View = true});
+    program_.Settings.Hodograph.RingLimit = shown / SpeedFactor(program_.Set);
+    events_.Changed({.View = true});
   });
   grid->addWidget(limit_, 0, 2);
   BuildDepth(*grid);
@@ -227,11 +224,11 @@ void HodographWindow::BuildDepth(QGridLayout& into) {
   depth_->setObjectName(QStringLiteral("txtDepth"));
   connect(depthMode_, &QComboBox::activated, this, [this](int index) {
     program_.Set.HodoDepthMode = static_cast<HodoDepth>(index);
-    changed_({.View = true});
+    events_.Changed({.View = true});
   });
   connect(depth_, &QDoubleSpinBox::valueChanged, this, [this](double km) {
     program_.Set.HodoDepthLimitKm = km;
-    changed_({.View = true});
+    events_.Changed({.View = true});
   });
   into.addWidget(caption, 1, 0);
   into.addWidget(depthMode_, 1, 1);
@@ -243,8 +240,8 @@ void HodographWindow::BuildComparison(QVBoxLayout& column) {
   auto* grid = new QGridLayout(group);
   compare_ = WordBox<CompareTraces>("cboCompare", group);
   connect(compare_, &QComboBox::activated, this, [this](int index) {
-    program_.Hodograph.Compare = static_cast<CompareTraces>(index);
-    changed_({.View = true});
+    program_.Settings.Hodograph.Compare = static_cast<CompareTraces>(index);
+    events_.Changed({.View = true});
   });
   grid->addWidget(compare_, 0, 0);
   for (int slot = 1; slot <= hodograph::kComparisonSlots; ++slot) {
@@ -252,13 +249,13 @@ void HodographWindow::BuildComparison(QVBoxLayout& column) {
     keep->setObjectName(QStringLiteral("cmdCompare%1").arg(slot));
     connect(keep, &QPushButton::clicked, this, [this, slot] {
       KeepCompared(program_, slot);
-      ShowState();
+      Follow();
     });
     auto* empty = new QPushButton(QStringLiteral("Empty #%1").arg(slot), group);
     empty->setObjectName(QStringLiteral("cmdEmpty%1").arg(slot));
     connect(empty, &QPushButton::clicked, this, [this, slot] {
       EmptyCompared(program_, slot);
-      ShowState();
+      Follow();
     });
     grid->addWidget(keep, 0, slot);
     grid->addWidget(empty, 1, slot);
@@ -297,7 +294,7 @@ void HodographWindow::BuildTable(QVBoxLayout& column) {
   auto* invert = new QPushButton(QStringLiteral("INVERT"), this);
   invert->setObjectName(QStringLiteral("cmdInvert"));
   connect(invert, &QPushButton::clicked, this, [this] {
-    program_.Hodograph.TableInverted = !program_.Hodograph.TableInverted;
+    program_.Settings.Hodograph.TableInverted = !program_.Settings.Hodograph.TableInverted;
     ShowTable();
   });
   grid->addWidget(invert, grid->count() / 3, grid->count() % 3);
@@ -312,25 +309,20 @@ void HodographWindow::BuildDragging() {
     // Nothing may run in between, so that each picture follows its mouse move at once.
     const Silenced quiet = program_.Doc.Quiet();
     const analysis::WindVector to = dragMapping_->ToWind(*at);
-    changed_(windDrag_ ? windDrag_->SetWind(program_, to)
-                       : EnterStormMotion(program_, analysis::FromComponents(to)));
+    events_.Changed(windDrag_ ? windDrag_->SetWind(program_, to)
+                              : EnterStormMotion(program_, analysis::FromComponents(to)));
   };
   view_->OnRelease = [this] {
     if (!dragMapping_) return;
     if (windDrag_) windDrag_->Finish(program_);
     EndDrag({.View = true});
   };
-  auto* stop = new QShortcut(QKeySequence(Qt::Key_Escape), this);
-  stop->setObjectName(QStringLiteral("EscapeKey"));
-  connect(stop, &QShortcut::activated, this, [this] {
-    if (!dragMapping_ && program_.Gate.IsOpen()) {
-      close();
-      return;
-    }
-    if (!dragMapping_) return program_.Gate.Stop();
-    const Silenced quiet = program_.Doc.Quiet();
-    EndDrag(windDrag_ ? windDrag_->TakeBack(program_) : TakeBack(program_, beforeDrag_));
-  });
+}
+
+void HodographWindow::Escape() {
+  if (!dragMapping_) return program_.Gate.IsOpen() ? DisplayWindow::Escape() : program_.Gate.Stop();
+  const Silenced quiet = program_.Doc.Quiet();
+  EndDrag(windDrag_ ? windDrag_->TakeBack(program_) : TakeBack(program_, beforeDrag_));
 }
 
 // The head of the storm vector, else a wind of the trace.
@@ -355,20 +347,20 @@ bool HodographWindow::TakeHold(Point at) {
 void HodographWindow::EndDrag(Changes changes) {
   windDrag_.reset();
   dragMapping_.reset();
-  changed_(changes);
-  ShowState();
+  events_.Changed(changes);
+  Follow();
 }
 
 void HodographWindow::Enter() {
-  changed_(EnterStormMotion(program_,
-                            {direction_->value(), speed_->value() / SpeedFactor(program_.Set)}));
+  events_.Changed(EnterStormMotion(
+      program_, {direction_->value(), speed_->value() / SpeedFactor(program_.Set)}));
 }
 
 void HodographWindow::Draw(const hodograph::HodographInput& input) {
   view_->Show(nullptr);  // the picture that it shows is about to go
-  plot_ = hodograph::PlotHodograph(input);
+  plot_ = hodograph::PlotHodograph(input, SurfaceOf(*view_));
   view_->Show(&plot_.Page);
-  if (!program_.Hodograph.Float) return floating_->hide();
+  if (!program_.Settings.Hodograph.Float) return floating_->hide();
   QString text;
   for (const hodograph::PanelLine& line : AnalysisPanel(input)) {
     text += ToQString(line.Text) + QLatin1Char('\n');
@@ -381,15 +373,20 @@ void HodographWindow::Draw(const hodograph::HodographInput& input) {
   floating_->show();
 }
 
-void HodographWindow::ShowState() {
-  setWindowTitle(QStringLiteral("Hodograph - ") + ToQString(program_.Current.Record.StationTitle));
-  hodograph::HodographInput input = HodographOf(program_);
+void HodographWindow::Compose() {
+  hodograph::HodographInput input = HodographOf(program_, program_.Set);
   input.Keep = dragMapping_;
   Draw(input);
+}
+
+void HodographWindow::Follow() {
+  setWindowTitle(QStringLiteral("Hodograph - ") + ToQString(program_.Current.Record.StationTitle));
+  Compose();
   ShowControls();
   ShowTable();
   // Told once, and not again at every redraw, where the folder cannot be written.
-  std::string text = hodograph::TableText(hodograph::ListWinds(HodographOf(program_)));
+  std::string text =
+      hodograph::TableText(hodograph::ListWinds(HodographOf(program_, program_.Set)));
   if (text == listed_) return;
   listed_ = std::move(text);
   SaveWindListings(program_);
@@ -398,18 +395,20 @@ void HodographWindow::ShowState() {
 void HodographWindow::ShowControls() {
   ShowWord(mode_, program_.Set.MotionMode);
   ShowWord(mover_, program_.Set.Mover);
-  ShowWord(frame_, program_.Hodograph.Frame);
-  ShowWord(rings_, program_.Hodograph.Rings);
-  ShowWord(compare_, program_.Hodograph.Compare);
+  ShowWord(frame_, program_.Settings.Hodograph.Frame);
+  ShowWord(rings_, program_.Settings.Hodograph.Rings);
+  ShowWord(compare_, program_.Settings.Hodograph.Compare);
   const QSignalBlocker silentLimit(limit_);
-  ShowSpeed(limit_, RowNamed(program_.Hodograph, "ring limit"), program_.Hodograph.RingLimit);
-  limit_->setEnabled(program_.Hodograph.Rings == RingScaling::Limit);
+  ShowSpeed(limit_, RowNamed(program_.Settings.Hodograph, "ring limit"),
+            program_.Settings.Hodograph.RingLimit);
+  limit_->setEnabled(program_.Settings.Hodograph.Rings == RingScaling::Limit);
   ShowWord(depthMode_, program_.Set.HodoDepthMode);
   const QSignalBlocker silentDepth(depth_);
   depth_->setValue(program_.Set.HodoDepthLimitKm);
   depth_->setEnabled(program_.Set.HodoDepthMode == HodoDepth::Limit);
-  for (const auto& [box, setting] : switches_) box->setChecked(program_.Hodograph.*setting);
-  hold_->setChecked(program_.Hodograph.Hold);
+  for (const auto& [box, setting] : switches_)
+    box->setChecked(program_.Settings.Hodograph.*setting);
+  hold_->setChecked(program_.Settings.Hodograph.Hold);
   hold_->setEnabled(program_.Results.Storm.Chosen().has_value());
   const QSignalBlocker silentDirection(direction_);
   const QSignalBlocker silentSpeed(speed_);
@@ -432,7 +431,7 @@ void HodographWindow::ShowSpeed(QDoubleSpinBox* box, const RowInfo& row, double 
 }
 
 void HodographWindow::ShowTable() {
-  const hodograph::WindTable table = hodograph::ListWinds(HodographOf(program_));
+  const hodograph::WindTable table = hodograph::ListWinds(HodographOf(program_, program_.Set));
   QString text;
   for (const auto* lines : {&table.Header, &table.Rows}) {
     for (const std::string& line : *lines) text += ToQString(line) + QLatin1Char('\n');
@@ -453,11 +452,6 @@ void HodographWindow::ShowCursor(const std::optional<Point>& at) {
 void HodographWindow::hideEvent(QHideEvent* event) {
   floating_->hide();
   QWidget::hideEvent(event);
-}
-
-void HodographWindow::closeEvent(QCloseEvent* event) {
-  event->accept();
-  closed_();
 }
 
 }  // namespace vexa

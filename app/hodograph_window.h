@@ -2,7 +2,6 @@
 // wind table. It turns controls into commands and shows what they left behind.
 #pragma once
 
-#include <functional>
 #include <optional>
 #include <QString>
 #include <QWidget>
@@ -10,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "app/display_window.h"
 #include "hodograph/hodograph_plot.h"
 #include "program/hodograph_commands.h"
 #include "program/level_drag.h"
@@ -26,24 +26,18 @@ class QVBoxLayout;
 
 namespace vexa {
 
-class DragView;
-
-class HodographWindow : public QWidget {
+class HodographWindow : public DisplayWindow {
  public:
-  /// changed  computes and draws anew what a change made stale, this window included
-  /// closed   the user closed the window
-  HodographWindow(Program& program, std::function<void(Changes)> changed,
-                  std::function<void()> closed, QWidget* parent);
+  HodographWindow(Program& program, const DisplayRow& row, Events events, QWidget* parent);
   ~HodographWindow() override;
 
-  /// Draws the state of the program.
-  void ShowState();
-
+  void Follow() override;
+  const Picture& Page() const override { return plot_.Page; }
   const hodograph::HodographPlot& Plot() const { return plot_; }
-  DragView& View() { return *view_; }
 
  protected:
-  void closeEvent(QCloseEvent* event) override;
+  void Compose() override;
+  void Escape() override;
   void hideEvent(QHideEvent* event) override;
 
  private:
@@ -64,9 +58,6 @@ class HodographWindow : public QWidget {
   void ShowCursor(const std::optional<Point>& at);
   void Enter();
 
-  Program& program_;
-  std::function<void(Changes)> changed_;
-  std::function<void()> closed_;
   hodograph::HodographPlot plot_{};
   std::string listed_{};  // wind table that the files hold
   // While the storm vector or a wind is dragged: the mapping that stays, and what it was before.
@@ -74,7 +65,6 @@ class HodographWindow : public QWidget {
   std::optional<LevelDrag> windDrag_{};
   StormEntry beforeDrag_{};
 
-  DragView* view_ = nullptr;
   QLabel* cursor_ = nullptr;
   QLabel* floating_ = nullptr;
   QComboBox* mode_ = nullptr;

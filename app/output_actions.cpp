@@ -12,10 +12,15 @@
 #include <utility>
 #include <vector>
 
+#include "app/config_window.h"
 #include "app/data_dump_window.h"
+#include "app/diagram_view.h"
+#include "app/display_window.h"
+#include "app/drag_view.h"
 #include "app/print_plot_window.h"
 #include "app/printing.h"
 #include "app/qt_text.h"
+#include "app/sounding_window.h"
 #include "app/text_window.h"
 #include "core/error_report.h"
 #include "core/files.h"
@@ -24,7 +29,7 @@
 #include "output/data_print.h"
 #include "output/paint/paint.h"
 #include "output/print_pages.h"
-#include "program/print_displays.h"
+#include "program/displays.h"
 #include "program/print_work.h"
 #include "report/report_folder.h"
 
@@ -49,27 +54,27 @@ std::string ImageName(const Program& program, const std::string& display) {
   return name;
 }
 
-// Gives the picture of an image of this surface.
-using Drawn = std::function<Picture(const Surface&)>;
-
-void SaveImage(Program& program, const Drawn& draw, const QString& display, QSize displaySize,
-               QWidget* parent) {
-  SaveImageWindow window(displaySize, parent);
+// Of the main window's diagram the name is that of the sounding alone.
+void SaveImage(Program& program, const DisplayRow& display, QWidget* shown, QWidget* parent) {
+  const bool isDiagram = &display == &DiagramNow(program);
+  SaveImageWindow window(shown->size(), parent);
   if (window.exec() != QDialog::Accepted) return;
   MainWindowSettings& kept = program.Settings.Window;
   const std::filesystem::path folder =
       kept.ImageFolder.empty() ? program.Where.Export : PathFromText(kept.ImageFolder);
   const std::optional<std::string> name = program.Current.Ask->ChooseFile(
       {.Title = "Save Image",
-       .Folder = TextFromPath(folder / PathFromText(ImageName(program, display.toStdString()))),
+       .Folder = TextFromPath(
+           folder / PathFromText(ImageName(program, isDiagram ? "" : std::string(display.Id)))),
        .Filter = paint::kImageFilter,
        .Saving = true});
   if (!name) return;
   const QSize size = window.SizePx();
   const std::filesystem::path path = PathFromText(*name);
-  const auto fault =
-      paint::SavePicture(draw(ImageSurface(size.width(), size.height(), window.Settings().Dpi)),
-                         path, size.width(), size.height(), window.Settings());
+  const paint::ImageSettings settings = window.Settings();
+  const Picture picture =
+      DrawDisplay(display, program, ImageSurface(size.width(), size.height(), settings.Dpi));
+  const auto fault = paint::SavePicture(picture, path, size.width(), size.height(), settings);
   if (!fault) kept.ImageFolder = TextFromPath(path.parent_path());
   if (!fault) return;
   if (fault->Procedure == "SaveFile") {
@@ -79,7 +84,8 @@ void SaveImage(Program& program, const Drawn& draw, const QString& display, QSiz
   }
 }
 
-void CopyImage(Program& program, const Picture& picture, QSize size) {
+void CopyImage(Program& program, const DisplayRow& display, QSize size) {
+  const Picture picture = DrawDisplay(display, program, ImageSurface(size.width(), size.height()));
   Tell(program, paint::CopyPicture(picture, size.width(), size.height()), BoxIcon::Information);
 }
 
@@ -99,42 +105,41 @@ output::ListingLines DataLines(Program& program) {
 }
 
 struct PrintedText {
-  Command Does;
-  const char* Name;
+  std::string_view Name;
   const char* Title;
   const char* File;
   output::ListingLines (*Make)(Program&);
 };
 
 constexpr PrintedText kTexts[] = {
-    {Command::PrintData, "PrintData", "Print Sounding Data", "SoundingData.txt", DataLines},
-    {Command::PrintDecoded, "PrintDeCodedData", "Print DeCoded Data", "DeCodedData.txt",
-     DecodedText},
-    {Command::PrintSource, "PrintDataFile", "Print Source Data", "SourceData.txt", SourceText},
+    {"PrintData", "Print Sounding Data", "SoundingData.txt", DataLines},
+    {"PrintDeCodedData", "Print DeCoded Data", "DeCodedData.txt", DecodedText},
+    {"PrintDataFile", "Print Source Data", "SourceData.txt", SourceText},
 };
 
-bool ShowText(Program& program, Command command, QWidget* parent) {
-  for (const PrintedText& row : kTexts) {
-    if (row.Does != command) continue;
-    if (program.Current.Record.NumTempLevels() == 0) return true;
-    ShownText text{
-        .Name = row.Name,
-        .Title = row.Title,
-        .FileName = row.File,
-        .Lines = row.Make(program),
-        .Header = output::PageHeader({program.Current.Record, program.Results, program.Set}, {})};
-    if (text.Lines.empty()) return true;
-    auto* window = new TextWindow(program, std::move(text), parent);
-    window->setAttribute(Qt::WA_DeleteOnClose);
-    window->show();
-    return true;
-  }
-  return false;
+void OpenText(Program& program, ShownText text, QWidget* parent) {
+  if (text.Lines.empty()) return;
+  auto* window = new TextWindow(program, std::move(text), parent);
+  window->setAttribute(Qt::WA_DeleteOnClose);
+  window->show();
+}
+
+void ShowText(const Opening& opening) {
+  Program& program = opening.In;
+  const auto* row = std::ranges::find(kTexts, opening.Name, &PrintedText::Name);
+  OpenText(
+      program,
+      {.Name = std::string(row->Name),
+       .Title = row->Title,
+       .FileName = row->File,
+       .Lines = row->Make(program),
+       .Header = output::PageHeader({program.Current.Record, program.Results, program.Set}, {})},
+      &opening.Over);
 }
 
 // The dialog names the folder as it would a file.
-void WriteReport(Program& program) {
-  if (program.Current.Record.NumTempLevels() == 0) return;
+void WriteReport(const Opening& opening) {
+  Program& program = opening.In;
   const std::optional<std::string> name = program.Current.Ask->ChooseFile(
       {.Title = "Report Folder",
        .Folder = TextFromPath(program.Where.Export /
@@ -162,41 +167,48 @@ void WriteReport(Program& program) {
        BoxIcon::Information);
 }
 
-bool RunImageCommand(Program& program, Command command, QWidget* window, QSize displaySize) {
-  if (command != Command::SaveImage && command != Command::CopyImage &&
-      command != Command::PrintImage) {
-    return false;
-  }
-  if (!program.Plot) return true;
-  if (command == Command::SaveImage) {
-    SaveImage(
-        program, [&program](const Surface& on) { return ShownDiagram(program, on); }, {},
-        displaySize, window);
-  }
-  if (command == Command::CopyImage) CopyImage(program, program.Plot->Page, displaySize);
-  if (command == Command::PrintImage) PrintPlotWindow(program, window).exec();
-  return true;
+void ExportLevels(const Opening& opening) {
+  DataDumpWindow(opening.In, &opening.Over).exec();
+}
+
+void PrintDiagram(const Opening& opening) {
+  PrintPlotWindow(opening.In, &opening.Over).exec();
+}
+
+void SaveDiagram(const Opening& opening) {
+  SaveImage(opening.In, DiagramNow(opening.In), &opening.Over.View(), &opening.Over);
+}
+
+void CopyDiagram(const Opening& opening) {
+  CopyImage(opening.In, DiagramNow(opening.In), opening.Over.View().size());
+}
+
+constexpr WindowRow kOutputs[] = {
+    {"PrintData", ShowText},
+    {"PrintDeCodedData", ShowText},
+    {"PrintDataFile", ShowText},
+    {"DataDump", ExportLevels},
+    {.Name = "DataDumpOptions", .Open = ExportLevels, .Press = "cmdOptions"},
+    {"PrintPlot", PrintDiagram},
+    {"SaveImage", SaveDiagram},
+    {.Name = "CopyImage", .Open = CopyDiagram, .IsWindow = false},
+    {.Name = "ReportFolder", .Open = WriteReport, .IsWindow = false},
+};
+
+// On the sheet that was printed on last, across.
+std::vector<Picture> SheetsOf(Program& program, const DisplayRow& display) {
+  PrintRequest request{.Display = std::string(display.Id),
+                       .DarkLines = program.Set.System.DarklinesMemory,
+                       .Setup = LastPrintSetup(program)};
+  request.Setup.Turn = output::Orientation::Landscape;
+  request.Setup.AllListings = false;
+  return PagesToPrint(program, request);
 }
 
 }  // namespace
 
-bool RunOutputCommand(Program& program, Command command, QWidget* window, QSize displaySize) {
-  const bool isOurs = command == Command::SaveImage || command == Command::CopyImage ||
-                      command == Command::PrintImage || command == Command::ExportData ||
-                      command == Command::PrintData || command == Command::PrintDecoded ||
-                      command == Command::PrintSource || command == Command::ReportFolder;
-  if (!isOurs) return false;
-  if (!program.Gate.IsOpen() || program.Current.Ask == nullptr) return true;
-  if (command == Command::ExportData) {
-    DataDumpWindow(program, window).exec();
-    return true;
-  }
-  if (command == Command::ReportFolder) {
-    WriteReport(program);
-    return true;
-  }
-  return RunImageCommand(program, command, window, displaySize) ||
-         ShowText(program, command, window);
+std::span<const WindowRow> OutputWindows() {
+  return kOutputs;
 }
 
 SaveImageWindow::SaveImageWindow(QSize displaySize, QWidget* parent) : QDialog(parent) {
@@ -237,7 +249,8 @@ paint::ImageSettings SaveImageWindow::Settings() const {
   return {.JpegQuality = quality_->value(), .Dpi = static_cast<double>(dpi_->value())};
 }
 
-void AddPictureMenu(QWidget& window, Program& program, std::function<const Picture&()> picture) {
+void AddDisplayMenu(DisplayWindow& window, Program& program, const DisplayRow& display,
+                    std::function<void(std::string_view, std::string_view)> open) {
   const auto add = [&window](const char* name, const char* caption, const char* key, auto does) {
     auto* action = new QAction(QString::fromLatin1(caption), &window);
     action->setObjectName(QString::fromLatin1(name));
@@ -247,22 +260,26 @@ void AddPictureMenu(QWidget& window, Program& program, std::function<const Pictu
     window.addAction(action);
   };
   window.setContextMenuPolicy(Qt::ActionsContextMenu);
-  add("mnuSavePicture", "Save &Image to File...", "Ctrl+S", [&window, &program, picture] {
-    SaveImage(
-        program, [picture](const Surface&) { return picture(); }, window.objectName(),
-        window.size(), &window);
-  });
+  add("mnuSavePicture", "Save &Image to File...", "Ctrl+S",
+      [&window, &program, &display] { SaveImage(program, display, &window.View(), &window); });
   add("mnuCopyPicture", "&Copy Image to ClipBoard", "Ctrl+C",
-      [&window, &program, picture] { CopyImage(program, picture(), window.size()); });
-  add("mnuPrintPicture", "&Print Image...", "Ctrl+P", [&window, &program, picture] {
-    output::PrintSetup setup = LastPrintSetup(program);
-    setup.Turn = output::Orientation::Landscape;
-    const output::ListingSource from{program.Current.Record, program.Results, program.Set};
-    output::ListingLines header = output::PageHeader(from, setup.Header);
-    const std::string_view heading = PrintHeading(window.objectName().toStdString());
-    if (!heading.empty()) header.insert(header.begin(), std::string(heading));
-    PrintSheets(program, {output::DisplayPage(picture(), header, setup)}, &window);
-  });
+      [&window, &program, &display] { CopyImage(program, display, window.View().size()); });
+  add("mnuPrintPicture", "&Print Image...", "Ctrl+P",
+      [&window, &program, &display] { PrintSheets(program, SheetsOf(program, display), &window); });
+  if (display.Listing != nullptr) {
+    add("mnuPictureListing", "&Listing...", "", [&window, &program, &display] {
+      OpenText(program,
+               {.Name = std::string(display.Id) + "Listing",
+                .Title = std::string(display.Title),
+                .FileName = std::string(display.Id) + ".txt",
+                .Lines = display.Listing(program)},
+               &window);
+    });
+  }
+  if (const std::string_view form = FormOfPage(display.Options); !form.empty()) {
+    add("mnuPictureOptions", "&Options...", "",
+        [open = std::move(open), form, &display] { open(form, display.Options); });
+  }
 }
 
 }  // namespace vexa

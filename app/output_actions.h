@@ -6,7 +6,10 @@
 #include <functional>
 #include <QDialog>
 #include <QSize>
+#include <span>
+#include <string_view>
 
+#include "app/window_table.h"
 #include "output/paint/dib_section.h"
 #include "picture/picture.h"
 #include "program/program.h"
@@ -16,8 +19,9 @@ class QWidget;
 
 namespace vexa {
 
-/// Carries out a command of these; false for any other.
-bool RunOutputCommand(Program& program, Command command, QWidget* window, QSize displaySize);
+class DisplayWindow;
+
+std::span<const WindowRow> OutputWindows();
 
 /// Size, resolution and JPEG quality of an image file.
 class SaveImageWindow : public QDialog {
@@ -33,8 +37,11 @@ class SaveImageWindow : public QDialog {
   QSpinBox* quality_ = nullptr;
 };
 
-/// Gives a window that shows a picture a menu of its own to save, copy and print it, with the keys
-/// Ctrl+S, Ctrl+C and Ctrl+P.
-void AddPictureMenu(QWidget& window, Program& program, std::function<const Picture&()> picture);
+/// Gives a display's window a menu of its own: to save, copy and print the picture, with the keys
+/// Ctrl+S, Ctrl+C and Ctrl+P, to show what it says as a text and to open its options.
+///
+/// open  opens a form by its name at a page
+void AddDisplayMenu(DisplayWindow& window, Program& program, const DisplayRow& display,
+                    std::function<void(std::string_view form, std::string_view page)> open);
 
 }  // namespace vexa

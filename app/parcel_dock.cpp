@@ -16,7 +16,7 @@
 namespace vexa {
 
 ParcelDock::ParcelDock(const Program& program, QWidget* parent)
-    : QDockWidget(QStringLiteral("Four Parcels"), parent), program_(program) {
+    : Panel(QStringLiteral("Four Parcels"), parent), program_(program) {
   setObjectName(QStringLiteral("FourParcels"));
   auto* inside = new QWidget(this);
   auto* layout = new QVBoxLayout(inside);

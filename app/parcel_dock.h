@@ -1,9 +1,8 @@
 // The panel of four parcels side by side; the fourth is the user's own.
 #pragma once
 
-#include <QDockWidget>
-
 #include "analysis/analysis.h"
+#include "app/panel.h"
 #include "program/program.h"
 
 class QDoubleSpinBox;
@@ -11,13 +10,13 @@ class QTableWidget;
 
 namespace vexa {
 
-class ParcelDock : public QDockWidget {
+class ParcelDock : public Panel {
  public:
   ParcelDock(const Program& program, QWidget* parent);
 
   /// Fills in the parcels of the sounding in work. The own parcel starts as the surface's until the
   /// user has set it.
-  void Follow();
+  void Follow() override;
 
  private:
   QDoubleSpinBox* AddNumber(const char* name, double least, double most);

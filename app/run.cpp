@@ -23,6 +23,7 @@
 #include "app/sounding_chooser.h"
 #include "app/sounding_window.h"
 #include "app/window_interaction.h"
+#include "app/window_table.h"
 #include "core/files.h"
 #include "core/numbers.h"
 #include "core/platform.h"
@@ -59,7 +60,7 @@ std::string WindowList() {
   constexpr std::size_t kWidth = 78;
   std::string text = "Windows that --show opens:";
   std::string line;
-  for (const std::string_view name : WindowNames()) {
+  for (const std::string_view name : WindowNames(AllDisplays())) {
     if (line.empty() || line.size() + name.size() + 1 > kWidth) {
       text += line + "\n ";
       line.clear();
@@ -98,9 +99,8 @@ QPixmap StartPixmap(const Program& program) {
   const Outcome<std::string> kept = ReadFile(path);
   QPixmap pixmap;
   const auto isPicture = [&pixmap](std::string_view bytes) {
-    return IsWholeBitmap(bytes) &&
-           pixmap.loadFromData(reinterpret_cast<const uchar*>(bytes.data()),
-                               static_cast<uint>(bytes.size()));
+    return IsWholeBitmap(bytes) && pixmap.loadFromData(reinterpret_cast<const uchar*>(bytes.data()),
+                                                       static_cast<uint>(bytes.size()));
   };
   if (kept && isPicture(kept.Value())) return pixmap;
   const Picture picture = StartPicture();
@@ -108,8 +108,7 @@ QPixmap StartPixmap(const Program& program) {
   const auto height = static_cast<int>(picture.Height());
   if (const auto bytes = paint::EncodePicture(picture, "bmp", width, height)) {
     const auto objects = [](std::string_view) { return std::string(kStartPicture); };
-    static_cast<void>(
-        SaveUserFile(path, bytes.Value(), objects, SystemFileOps(), Links::Replace));
+    static_cast<void>(SaveUserFile(path, bytes.Value(), objects, SystemFileOps(), Links::Replace));
   }
   return QPixmap::fromImage(paint::ToImage(picture, width, height));
 }
@@ -176,15 +175,15 @@ int RunWindow(int argc, char** argv) {
   WindowToShow wanted;
   if (const auto name = arguments.Value("--show")) {
     wanted.Name = *name;
-    wanted.Opens = CommandToShow(*name);
-    if (wanted.Opens == Command::None) {
+    if (!CanShow(program, *name)) {
       return WrongUsage({kFaultInvalidValue, "RunWindow",
-                         "there is no window \"" + *name + "\"" + DidYouMean(*name, WindowNames()) +
+                         "there is no window \"" + *name + "\"" +
+                             DidYouMean(*name, WindowNames(AllDisplays())) +
                              "; vexa --help lists them"});
     }
   }
   wanted.Tab = arguments.Whole("--tab");
-  if (wanted.Tab && wanted.Opens == Command::None) {
+  if (wanted.Tab && wanted.Name.empty()) {
     return WrongUsage({kFaultInvalidValue, "RunWindow", "--tab needs a window, --show NAME"});
   }
   const std::vector<std::string> assignments = arguments.Values("--set");
@@ -245,7 +244,7 @@ int RunWindow(int argc, char** argv) {
     QObject::connect(&*notifier, &QSocketNotifier::activated, &window,
                      [&] { EndNow(program, window); });
   }
-  if (wanted.Opens == Command::None) {
+  if (wanted.Name.empty()) {
     QTimer::singleShot(0, &window, [&window] { window.RestoreDisplays(); });
   } else {
     OpenAfterPainting(window, wanted);

@@ -1,7 +1,5 @@
 #include "app/screenshot.h"
 
-#include <algorithm>
-#include <iterator>
 #include <memory>
 #include <QApplication>
 #include <QPixmap>
@@ -11,10 +9,10 @@
 #include <QTimer>
 #include <utility>
 
-#include "app/config_window.h"
 #include "app/diagram_view.h"
 #include "app/qt_text.h"
 #include "app/sounding_window.h"
+#include "app/window_table.h"
 #include "core/numbers.h"
 #include "program/displays.h"
 #include "program/menu.h"
@@ -24,46 +22,6 @@ namespace {
 
 constexpr int kLongestWaitMs = 20000;
 constexpr int kSettleMs = 200;  // a window lays itself out after it has been opened
-
-struct NameRow {
-  std::string_view Name;
-  Command Opens;
-  std::string_view Press{};  // button of the opened window that opens this one
-};
-
-constexpr NameRow kNames[] = {
-    {"NewSounding", Command::NewSounding},
-    {"LevelEditor", Command::EditDecoded},
-    {"TempLevels", Command::AddTemp},
-    {"WindLevels", Command::AddWind},
-    {"TextEditor", Command::EditSource},
-    {"StationEditor", Command::EditStations},
-    {"CloudEditor", Command::CloudTable},
-    {"Properties", Command::Properties},
-    {kChooserName, Command::Recent1},
-    {"Listings", Command::Listings},
-    {"PrintData", Command::PrintData},
-    {"PrintDataFile", Command::PrintSource},
-    {"DataDump", Command::ExportData},
-    {"DataDumpOptions", Command::ExportData, "cmdOptions"},
-    {"PrintPlot", Command::PrintImage},
-    {"SaveImage", Command::SaveImage},
-    {"Download", Command::Download},
-    {"BatchProcessing", Command::DownloadTimer},
-    {"Hodograph", Command::Hodograph},
-    {"Hodogram3D", Command::Hodogram},
-    {"InfoPanel", Command::Analyze},
-    {"FourParcels", Command::FourParcels},
-    {"SurfaceValues", Command::SurfaceParcel},
-    {"LoopOptions", Command::LoopOptions},
-    {"SevereTable", Command::SevereTable},
-    {"HelpWindow", Command::HelpContents},
-};
-
-const NameRow* FindName(std::string_view name) {
-  const auto* row = std::ranges::find(kNames, name, &NameRow::Name);
-  return row == std::end(kNames) ? nullptr : row;
-}
 
 // The dialog that holds the input, else another window than the main one, else that.
 QWidget* Opened(SoundingWindow& window) {
@@ -75,7 +33,7 @@ QWidget* Opened(SoundingWindow& window) {
 }
 
 void PressButton(SoundingWindow& window, const WindowToShow& what) {
-  const NameRow* row = FindName(what.Name);
+  const WindowRow* row = FindWindow(what.Name);
   if (row == nullptr || row->Press.empty()) return;
   if (auto* button = Opened(window)->findChild<QPushButton*>(ToQString(row->Press))) {
     button->click();
@@ -104,30 +62,18 @@ void Open(SoundingWindow& window, const WindowToShow& what, Then then) {
     then();
   });
   clock->start(kSettleMs);
-  if (what.Opens != Command::None) window.Run(what.Opens);
+  if (!what.Name.empty()) window.Open(what.Name);
   *returned = true;
 }
 
 }  // namespace
 
-Command CommandToShow(std::string_view name) {
-  if (const NameRow* row = FindName(name)) return row->Opens;
-  if (const FormRow* form = FindForm(name)) return form->Opens;
-  for (const DisplayRow& display : Displays()) {
-    if (display.Name == name) return display.Opens;
-  }
-  for (const MenuRow& entry : MenuTree()) {
-    if (entry.Name == name && entry.Does != Command::NotBuilt) return entry.Does;
-  }
-  return Command::None;
-}
-
-std::vector<std::string_view> WindowNames() {
-  std::vector<std::string_view> names;
-  for (const NameRow& row : kNames) names.push_back(row.Name);
-  for (const FormRow& form : OptionForms()) names.push_back(form.Name);
-  for (const DisplayRow& display : Displays()) names.push_back(display.Name);
-  return names;
+bool CanShow(const Program& program, std::string_view name) {
+  if (FindWindow(name) != nullptr || DisplayNamed(program.DisplayTable, name) != nullptr)
+    return true;
+  const std::vector<MenuRow> tree = MenuTree(program.DisplayTable);
+  const MenuRow* entry = FindEntry(tree, name);
+  return entry != nullptr && !entry->Does.IsMenu() && entry->Does.IsBuilt;
 }
 
 void OpenAfterPainting(SoundingWindow& window, const WindowToShow& what) {
@@ -152,7 +98,7 @@ std::string TakeScreenshot(SoundingWindow& window, const WindowToShow& what,
   window.View().OnPainted([&] {
     if (std::exchange(begun, true)) return;
     QTimer::singleShot(0, &window, [&] {
-      if (what.Opens == Command::None) {
+      if (what.Name.empty()) {
         grab();
       } else {
         Open(window, what, [&] {

@@ -15,20 +15,12 @@ namespace vexa {
 
 class SoundingWindow;
 
-/// The command that opens a window or form of this name, or that stands behind a menu entry of this
-/// name; None when there is none and for displays that this version lacks.
-Command CommandToShow(std::string_view name);
-
-/// The names of all windows and dialogs, each of which CommandToShow takes.
-std::vector<std::string_view> WindowNames();
-
-/// The one that chooses among the soundings of a file; it comes up for a file of several.
-inline constexpr std::string_view kChooserName = "ChooseSounding";
+/// Whether there is a window, a display or a menu entry of this name that can be opened.
+bool CanShow(const Program& program, std::string_view name);
 
 struct WindowToShow {
-  Command Opens = Command::None;  // None: the main window alone
-  std::optional<int> Tab{};       // its page, from 1
-  std::string Name{};             // as it was asked for
+  std::string Name{};        // empty: the main window alone
+  std::optional<int> Tab{};  // its page, from 1
 };
 
 /// Opens it over the main window once that has been painted.

@@ -31,27 +31,20 @@
 #include <string>
 #include <string_view>
 
-#include "app/analysis_dock.h"
-#include "app/config_window.h"
 #include "app/data_windows.h"
 #include "app/diagram_control.h"
 #include "app/diagram_view.h"
 #include "app/display_window.h"
+#include "app/drag_view.h"
 #include "app/edit_actions.h"
 #include "app/elided_label.h"
 #include "app/help_window.h"
-#include "app/hodogram_window.h"
-#include "app/hodograph_window.h"
-#include "app/loop_window.h"
 #include "app/menu_hints.h"
 #include "app/option_control.h"
-#include "app/output_actions.h"
-#include "app/parcel_dock.h"
-#include "app/screenshot.h"
-#include "app/severe_table_window.h"
+#include "app/panel.h"
 #include "app/shortcut_memory.h"
 #include "app/sounding_chooser.h"
-#include "app/surface_window.h"
+#include "app/window_table.h"
 #include "core/error_report.h"
 #include "core/files.h"
 #include "program/displays.h"
@@ -73,7 +66,7 @@ constexpr std::string_view kDontUnload = "Don't Unload";  // the status after Ex
 }  // namespace
 
 SoundingWindow::SoundingWindow(Program& program, WindowInteraction& interaction)
-    : program_(program), interaction_(interaction) {
+    : program_(program), interaction_(interaction), menu_(MenuTree(program.DisplayTable)) {
   setObjectName(QStringLiteral("Sounding"));
   setAcceptDrops(true);
   BuildMenus();
@@ -108,10 +101,7 @@ SoundingWindow::SoundingWindow(Program& program, WindowInteraction& interaction)
 SoundingWindow::~SoundingWindow() {
   program_.ChooseSoundings = {};
   view_->OnPointer({});
-  for (QDockWidget* dock :
-       {static_cast<QDockWidget*>(dock_), static_cast<QDockWidget*>(parcels_)}) {
-    dock->disconnect(this);
-  }
+  for (Panel* panel : panels_) panel->disconnect(this);
   interaction_.Attach(nullptr, {});
 }
 
@@ -120,11 +110,11 @@ void SoundingWindow::BuildMenus() {
   std::map<std::string_view, QActionGroup*> choices;
   auto* shortcuts = new ShortcutMemory(program_, this);
   auto* hints = new MenuHints(this);
-  for (const MenuRow& row : MenuTree()) {
+  for (const MenuRow& row : menu_) {
     QMenu* in = row.In.empty() ? nullptr : menus.at(row.In);
     const QString caption = ToQString(row.Caption);
-    if (in != nullptr && row.LineAbove) in->addSeparator();
-    if (row.Does == Command::None) {
+    if (in != nullptr && row.State.LineAbove) in->addSeparator();
+    if (row.Does.IsMenu()) {
       QMenu* menu = in == nullptr ? menuBar()->addMenu(caption) : in->addMenu(caption);
       menu->setObjectName(ToQString(row.Name));
       menu->setToolTipsVisible(true);
@@ -135,15 +125,13 @@ void SoundingWindow::BuildMenus() {
     QAction* entry = in == nullptr ? menuBar()->addAction(caption) : in->addAction(caption);
     entry->setObjectName(ToQString(row.Name));
     if (!row.Key.empty()) entry->setShortcut(QKeySequence(ToQString(row.Key)));
-    if (row.IsChecked != nullptr) {
-      entry->setCheckable(true);
-    }
-    if (row.IsChecked != nullptr && !row.IsSwitch) {
+    entry->setCheckable(IsChecked(row, program_).has_value());
+    if (entry->isCheckable() && !row.State.IsSwitch) {
       QActionGroup*& group = choices[row.In];
       if (group == nullptr) group = new QActionGroup(this);
       group->addAction(entry);
     }
-    connect(entry, &QAction::triggered, this, [this, does = row.Does] { Run(does); });
+    connect(entry, &QAction::triggered, this, [this, &row] { Run(row); });
     shortcuts->Watch(entry);
     entries_.emplace_back(entry, &row);
   }
@@ -193,14 +181,12 @@ void SoundingWindow::BuildPanels() {
   bar_->hide();
   statusBar()->addPermanentWidget(bar_);
   statusBar()->addPermanentWidget(readout_);
-  dock_ = new AnalysisDock(program_, this);
-  addDockWidget(Qt::RightDockWidgetArea, dock_);
-  dock_->hide();
-  connect(dock_, &QDockWidget::visibilityChanged, this, [this] { dock_->Follow(); });
-  parcels_ = new ParcelDock(program_, this);
-  addDockWidget(Qt::RightDockWidgetArea, parcels_);
-  parcels_->hide();
-  connect(parcels_, &QDockWidget::visibilityChanged, this, [this] { parcels_->Follow(); });
+  panels_ = MakePanels(program_, *this);
+  for (Panel* panel : panels_) {
+    addDockWidget(Qt::RightDockWidgetArea, panel);
+    panel->hide();
+    connect(panel, &QDockWidget::visibilityChanged, this, [panel] { panel->Follow(); });
+  }
   view_->setFocus();
 }
 
@@ -208,95 +194,56 @@ void SoundingWindow::OpenFiles(const std::vector<std::filesystem::path>& paths) 
   Show(OpenSoundings(program_, paths));
 }
 
-void SoundingWindow::Run(Command command) {
-  if (const FormRow* form = FindForm(command)) {
-    ShowForm(*form);
-  } else if (const DisplayRow* row = DisplayOf(command)) {
-    OpenDisplay(*row);
-  } else if (command == Command::SevereTable) {
-    OpenSevereTable();
-  } else if (const std::string_view topic = HelpTopicOf(command); !topic.empty()) {
-    OpenHelp(program_, this).ShowTopic(topic);
-  } else if (command == Command::SoundingDiagram) {
-    raise();
-    activateWindow();
-    view_->setFocus();
-    Show(RunCommand(program_, command));
-  } else if (command == Command::Analyze) {
-    dock_->setVisible(!dock_->isVisible());
-    dock_->Follow();
-  } else if (RunEditCommand(program_, command, this, [this](Changes changes) { Show(changes); })) {
-  } else if (RunOnDiagram(command)) {
-    return;
-  } else if (!data_->Run(command) && !RunOutputCommand(program_, command, this, view_->size())) {
-    Show(RunCommand(program_, command));
+void SoundingWindow::Run(std::string_view entry) {
+  if (const MenuRow* row = FindEntry(menu_, entry)) Run(*row);
+}
+
+void SoundingWindow::Run(const MenuRow& entry) {
+  if (!IsEnabled(entry, program_)) return ShowStatus(HintOf(entry, program_));
+  const bool isOurs = entry.Does.Run != nullptr || !entry.Does.Display.empty();
+  const Changes changes = isOurs ? RunCommand(program_, entry) : Changes{};
+  if (!entry.Does.Opens.empty()) Open(entry.Does.Opens, entry.Does.At);
+  if (isOurs) Show(changes);
+  if (program_.Displays.IsUp(entry.Does.Display)) {
+    displays_.at(entry.Does.Display)->raise();
+    displays_.at(entry.Does.Display)->activateWindow();
   }
 }
 
-// Commands that need the diagram's own controls; false for any other.
-bool SoundingWindow::RunOnDiagram(Command command) {
-  if (command == Command::Zoom) {
-    control_->ChooseRegion();
-  } else if (command == Command::FourParcels) {
-    parcels_->setVisible(!parcels_->isVisible());
-  } else if (command == Command::LoopOptions) {
-    if (program_.Gate.IsOpen() && EditLoop(program_, this)) Show(StartLoop(program_));
-  } else if (command == Command::SurfaceParcel) {
-    if (!program_.Gate.IsOpen()) return true;
-    auto* window = new SurfaceWindow(
-        program_, [this](Changes changes) { Show(changes); }, this);
-    window->setAttribute(Qt::WA_DeleteOnClose);
-    window->open();
-  } else {
-    return false;
+bool SoundingWindow::Open(std::string_view name, std::string_view at) {
+  if (const WindowRow* row = FindWindow(name)) {
+    if (row->WhileBusy || program_.Gate.IsOpen()) row->Open({program_, *this, row->Name, at});
+    return true;
   }
+  const auto entry = std::ranges::find_if(menu_, [name](const MenuRow& row) {
+    const bool isOfDisplay = !row.Does.Display.empty() && row.Does.Display == name;
+    return isOfDisplay || (row.Name == name && !row.Does.IsMenu());
+  });
+  if (entry == menu_.end() || !entry->Does.IsBuilt) return false;
+  Run(*entry);
   return true;
 }
 
-// One window for each display: opened again, it comes to the front.
-void SoundingWindow::OpenDisplay(const DisplayRow& row) {
-  QPointer<DisplayWindow>& window = displays_[&row];
-  if (window.isNull()) {
-    window = new DisplayWindow(program_, row, this);
-    window->setAttribute(Qt::WA_DeleteOnClose);
-    AddPictureMenu(*window, program_,
-                   [shown = window.data()]() -> const Picture& { return shown->Page(); });
+void SoundingWindow::ToFront() {
+  raise();
+  activateWindow();
+  view_->setFocus();
+}
+
+void SoundingWindow::TogglePanel(std::string_view name) {
+  for (Panel* panel : panels_) {
+    if (panel->objectName() != ToQString(name)) continue;
+    panel->setVisible(!panel->isVisible());
+    panel->Follow();
   }
-  window->show();
-  window->raise();
-  window->activateWindow();
 }
 
-void SoundingWindow::OpenSevereTable() {
-  SevereTableWindow window(
-      program_.Severe,
-      [this](const analysis::SevereTable& table) {
-        program_.Severe = table;
-        if (const auto fault = analysis::SaveTable(SevereTablePath(program_), table)) {
-          ShowStatus(fault->Detail);
-        }
-        OtherDisplays();
-      },
-      this);
-  window.AskThrough(program_.Current.Ask);
-  window.exec();
-}
-
-void SoundingWindow::OtherDisplays() {
+void SoundingWindow::FollowDisplays() {
   data_->Follow();
-  dock_->Follow();
-  parcels_->Follow();
-  for (const auto& [row, window] : displays_) {
-    if (!window.isNull()) window->Follow();
+  for (Panel* panel : panels_) panel->Follow();
+  for (const auto& [id, window] : displays_) {
+    if (program_.Displays.IsUp(id)) window->Follow();
   }
-}
-
-void SoundingWindow::ShowForm(const FormRow& form) {
-  if (!program_.Gate.IsOpen()) return;
-  auto* shown = new ConfigWindow(
-      program_, form, [this](Changes changes) { Show(changes); }, this);
-  shown->setAttribute(Qt::WA_DeleteOnClose);
-  shown->open();
 }
 
 void SoundingWindow::PlaceAsBefore() {
@@ -322,15 +269,12 @@ void SoundingWindow::RememberPlace() {
 void SoundingWindow::RememberDisplays() {
   if (program_.Where.Root.empty()) return;
   std::vector<std::string> names;
-  for (const QDockWidget* dock :
-       {static_cast<const QDockWidget*>(dock_), static_cast<const QDockWidget*>(parcels_)}) {
-    if (dock->isVisible()) names.push_back(dock->objectName().toStdString());
+  for (const Panel* panel : panels_) {
+    if (panel->isVisible()) names.push_back(panel->objectName().toStdString());
   }
-  for (const auto& [row, window] : displays_) {
-    if (!window.isNull() && window->isVisible()) names.emplace_back(row->Name);
+  for (const DisplayRow& row : program_.DisplayTable) {
+    if (program_.Displays.IsUp(row.Id)) names.emplace_back(row.Id);
   }
-  if (program_.ShowsHodograph) names.push_back(hodograph_->objectName().toStdString());
-  if (program_.ShowsHodogram) names.push_back(hodogram_->objectName().toStdString());
   if (const auto fault = WriteList(program_.Where.Root, kAnalysisMemory, names)) {
     program_.Doc.Report(*fault);
   }
@@ -340,7 +284,7 @@ void SoundingWindow::RestoreDisplays() {
   if (!program_.Set.System.AutoAnalysisLoad || program_.Current.FileName.empty()) return;
   for (const std::string& name :
        ReadList(program_.Where.Root, kAnalysisMemory, &program_.Notices)) {
-    if (const Command command = CommandToShow(name); command != Command::None) Run(command);
+    static_cast<void>(Open(name));  // a display of a later version is passed over
   }
   if (QApplication::activeModalWidget() != nullptr) return;  // it stays on top
   raise();
@@ -379,9 +323,9 @@ void SoundingWindow::ShowState() {
   ComposeFor(program_, view_->OwnSurface());  // the window may have changed its size meanwhile
   view_->Show(program_.Plot ? &program_.Plot->Page : nullptr);
   control_->Follow();
-  OtherDisplays();
-  DisplaysCheck();
   ShowDisplays();
+  FollowDisplays();
+  DisplaysCheck();
   const QSignalBlocker silent(sequence_);
   sequence_->setRange(0, std::max(0, static_cast<int>(program_.Listed.Size()) - 1));
   sequence_->setValue(static_cast<int>(program_.Listed.Now()));
@@ -401,37 +345,31 @@ void SoundingWindow::ShowState() {
   view_->TellAgain();
 }
 
-// A display that is up follows every change; one that was chosen opens. None is taken down while
-// an event of its own is still on its way.
+// Each display has one window, made when it is first wanted. None is taken down while an event of
+// its own is still on its way.
 void SoundingWindow::ShowDisplays() {
-  if (program_.ShowsHodograph && hodograph_ == nullptr) {
-    hodograph_ = std::make_unique<HodographWindow>(
-        program_, [this](Changes changes) { Show(changes); },
-        [this] {
-          program_.ShowsHodograph = false;
-          DisplaysCheck();
-        },
-        this);
-    AddPictureMenu(*hodograph_, program_,
-                   [this]() -> const Picture& { return hodograph_->Plot().Page; });
+  for (const DisplayRow& row : program_.DisplayTable) {
+    const bool isUp = program_.Displays.IsUp(row.Id);
+    std::unique_ptr<DisplayWindow>& window = displays_[row.Id];
+    if (isUp && window == nullptr) {
+      window = MakeDisplayWindow(
+          program_, row,
+          {.Changed = [this](Changes changes) { Show(changes); },
+           .Closed =
+               [this, &row] {
+                 program_.Displays.SetUp(row.Id, false);
+                 DisplaysCheck();
+               },
+           .Open = [this](std::string_view name, std::string_view at) { Open(name, at); }},
+          this);
+    }
+    if (window != nullptr && window->isVisible() != isUp) window->setVisible(isUp);
   }
-  if (program_.ShowsHodogram && hodogram_ == nullptr) {
-    hodogram_ = std::make_unique<HodogramWindow>(
-        program_,
-        [this] {
-          program_.ShowsHodogram = false;
-          DisplaysCheck();
-        },
-        this);
-    AddPictureMenu(*hodogram_, program_, [this]() -> const Picture& { return hodogram_->Page(); });
-  }
-  const auto show = [](auto& window, bool shown) {
-    if (window == nullptr) return;
-    if (shown) window->ShowState();
-    if (window->isVisible() != shown) window->setVisible(shown);
-  };
-  show(hodograph_, program_.ShowsHodograph);
-  show(hodogram_, program_.ShowsHodogram);
+}
+
+DisplayWindow* SoundingWindow::Display(std::string_view id) {
+  const auto at = displays_.find(id);
+  return at == displays_.end() ? nullptr : at->second.get();
 }
 
 void SoundingWindow::DisplaysCheck() {
@@ -439,9 +377,9 @@ void SoundingWindow::DisplaysCheck() {
     entry->setEnabled(IsEnabled(*row, program_));
     entry->setStatusTip(ToQString(HintOf(*row, program_)));
     entry->setToolTip(entry->statusTip());
-    if (row->IsChecked != nullptr) entry->setChecked(row->IsChecked(program_));
-    if (row->Shows == nullptr) continue;
-    const std::string caption = row->Shows(program_);
+    if (const auto checked = IsChecked(*row, program_)) entry->setChecked(*checked);
+    if (row->State.Shows == nullptr) continue;
+    const std::string caption = row->State.Shows(program_);
     entry->setText(ToQString(caption));
     entry->setVisible(!caption.empty());
   }

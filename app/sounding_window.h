@@ -7,12 +7,13 @@
 #include <memory>
 #include <optional>
 #include <QMainWindow>
-#include <QPointer>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 #include "app/window_interaction.h"
 #include "picture/picture.h"
+#include "program/menu.h"
 #include "program/program.h"
 
 class QAction;
@@ -22,17 +23,11 @@ class QScrollBar;
 
 namespace vexa {
 
-class AnalysisDock;
 class DataWindows;
 class DiagramControl;
 class DiagramView;
 class DisplayWindow;
-class HodogramWindow;
-class HodographWindow;
-class ParcelDock;
-struct DisplayRow;
-struct FormRow;
-struct MenuRow;
+class Panel;
 
 class SoundingWindow : public QMainWindow {
  public:
@@ -43,13 +38,21 @@ class SoundingWindow : public QMainWindow {
 
   /// Opens files as if chosen from the menu.
   void OpenFiles(const std::vector<std::filesystem::path>& paths);
-  /// Carries out a menu entry's command.
-  void Run(Command command);
+  /// Carries out a menu entry, by its name. What cannot be chosen now says in the status line what
+  /// it lacks.
+  void Run(std::string_view entry);
+  /// Opens a window, a display or what stands behind a menu entry, by its name; false when there is
+  /// nothing of this name.
+  bool Open(std::string_view name, std::string_view at = {});
   /// Draws what the changes made stale and shows it.
   void Show(Changes changes);
 
-  /// Opens an option form over the window.
-  void ShowForm(const FormRow& form);
+  void ShowStatus(std::string_view text);
+  /// Has displays and panels show the state of the program.
+  void FollowDisplays();
+  /// Brings the diagram to the front.
+  void ToFront();
+  void TogglePanel(std::string_view name);
   /// Takes the size and place that the window had when the program was left.
   void PlaceAsBefore();
 
@@ -58,8 +61,9 @@ class SoundingWindow : public QMainWindow {
 
   DiagramView& View() { return *view_; }
   DiagramControl& Control() { return *control_; }
-  HodographWindow* Hodograph() { return hodograph_.get(); }  // null while it is not up
-  HodogramWindow* Hodogram() { return hodogram_.get(); }
+  DataWindows& Data() { return *data_; }
+  /// The window of a display, by its id; null until it is opened.
+  DisplayWindow* Display(std::string_view id);
 
  protected:
   void closeEvent(QCloseEvent* event) override;
@@ -75,27 +79,21 @@ class SoundingWindow : public QMainWindow {
   void FitDiagram();
   void ShowDisplays();
   void DisplaysCheck();
-  void ShowStatus(std::string_view text);
   void ShowReadout(const std::optional<Point>& at);
-  void OpenDisplay(const DisplayRow& row);
-  void OpenSevereTable();
-  void OtherDisplays();
-  bool RunOnDiagram(Command command);
+  void Run(const MenuRow& entry);
 
   Program& program_;
   WindowInteraction& interaction_;
   DiagramView* view_ = nullptr;
   std::unique_ptr<DiagramControl> control_;
-  ParcelDock* parcels_ = nullptr;
-  std::unique_ptr<HodographWindow> hodograph_;
-  std::unique_ptr<HodogramWindow> hodogram_;
   QScrollBar* sequence_ = nullptr;
   QProgressBar* bar_ = nullptr;  // while a routine tells how far it is
   QLabel* progress_ = nullptr;
   QLabel* readout_ = nullptr;
-  AnalysisDock* dock_ = nullptr;
+  std::vector<Panel*> panels_{};
   std::unique_ptr<DataWindows> data_;
-  std::map<const DisplayRow*, QPointer<DisplayWindow>> displays_{};
+  std::map<std::string_view, std::unique_ptr<DisplayWindow>> displays_;  // by id
+  std::vector<MenuRow> menu_;
   std::vector<std::pair<QAction*, const MenuRow*>> entries_{};
 };
 

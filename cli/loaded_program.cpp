@@ -17,7 +17,9 @@ namespace vexa::cli {
 Outcome<CommandSetup> SetupOf(const Arguments& arguments, Console& console) {
   const Outcome<SettingsStore> settings = CommandSettings(arguments, console);
   if (!settings) return settings.Error();
-  CommandSetup setup{.Settings = settings.Value(), .Index = SoundingIndex(arguments)};
+  CommandSetup setup{.Settings = settings.Value(),
+                     .Index = SoundingIndex(arguments),
+                     .Displays = console.Displays};
   if (const auto root = arguments.Value(kRootOption.Name)) {
     setup.Root = PathFromText(*root);
     setup.Stations = KnownStations(setup.Root, ProgramFolder());
@@ -33,6 +35,7 @@ LoadedProgram::LoadedProgram(const CommandSetup& setup, Console& console)
   program_.Settings = setup.Settings;
   program_.Stations = setup.Stations;
   program_.Where.Root = setup.Root;
+  program_.DisplayTable = setup.Displays;
   if (setup.Root.empty()) return;
   LoadCompared(program_);
   LoadSevereTable(program_);

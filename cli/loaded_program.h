@@ -3,6 +3,7 @@
 #pragma once
 
 #include <filesystem>
+#include <span>
 #include <string>
 
 #include "cli/commands.h"
@@ -20,6 +21,7 @@ struct CommandSetup {
   std::filesystem::path Root{};
   StationList Stations{};  // of the root; without one those of the command line
   int Index = 0;           // of the sounding in its file
+  std::span<const DisplayRow> Displays = AllDisplays();
 };
 Outcome<CommandSetup> SetupOf(const Arguments& arguments, Console& console);
 

@@ -10,7 +10,7 @@
 #include "cli/toolkit.h"
 #include "core/files.h"
 #include "core/numbers.h"
-#include "program/print_displays.h"
+#include "program/displays.h"
 
 namespace vexa::cli {
 namespace {
@@ -67,15 +67,6 @@ std::string OutputFor(const std::string& output, const std::string& file) {
   return name + output.substr(from);
 }
 
-// The name of a display; "hodogram" is short for the one in three dimensions.
-std::optional<std::string_view> DisplayNamed(std::string_view word) {
-  constexpr std::string_view kShort = "hodogram", kLong = "Hodogram3D";
-  for (const std::string_view name : AllPrintDisplays()) {
-    if (Lower(name) == Lower(word) || (name == kLong && Lower(word) == kShort)) return name;
-  }
-  return std::nullopt;
-}
-
 /// What a picture is saved on.
 struct Canvas {
   PixelSize Size{};
@@ -83,12 +74,12 @@ struct Canvas {
   Toolkit* Tools = nullptr;  // not needed for SVG
 };
 
-Outcome<Picture> PageOf(const Program& program, std::string_view display, const Canvas& canvas) {
-  const Surface on = ImageSurface(canvas.Size.Width, canvas.Size.Height, canvas.Image.Dpi);
-  for (const PrintDisplay& there : PrintDisplays(program)) {
-    if (there.Name == display) return there.Draw(program, program.Set, on);
+Outcome<Picture> PageOf(const Program& program, const DisplayRow& display, const Canvas& canvas) {
+  const auto [width, height] = canvas.Size;
+  if (LackOf(display, program).empty()) {
+    return DrawDisplay(display, program, ImageSurface(width, height, canvas.Image.Dpi));
   }
-  return Fault{kFaultTooFewLevels, "PageOf", "there is no " + std::string(display) + " of it"};
+  return Fault{kFaultTooFewLevels, "PageOf", "there is no " + std::string(display.Id) + " of it"};
 }
 
 std::optional<Fault> Save(const Picture& picture, const std::string& output, const Canvas& canvas) {
@@ -98,7 +89,7 @@ std::optional<Fault> Save(const Picture& picture, const std::string& output, con
   return canvas.Tools->SavePicture(picture, path, width, height, canvas.Image);
 }
 
-void DrawAndSave(const Program& program, std::string_view display, const std::string& file,
+void DrawAndSave(const Program& program, const DisplayRow& display, const std::string& file,
                  const std::string& output, const Canvas& canvas, Inputs& inputs) {
   const Outcome<Picture> drawn = PageOf(program, display, canvas);
   if (!drawn) return inputs.Fail(file, drawn.Error());
@@ -108,8 +99,8 @@ void DrawAndSave(const Program& program, std::string_view display, const std::st
 // All files on one diagram, the first in work and the others beside it. A file that fails is told
 // of and left out.
 void PlotTogether(const Arguments& arguments, const std::string& output, const Canvas& canvas,
-                  LoadedProgram& loaded, std::string_view display) {
-  const diagram::MultiMode mode = *ModeOfDisplay(display);
+                  LoadedProgram& loaded, const DisplayRow& display) {
+  const diagram::MultiMode mode = display.Mode;
   int count = 0;
   for (const std::string& file : arguments.Files) {
     if (mode == diagram::MultiMode::Compare && count == 2) break;
@@ -131,16 +122,16 @@ int RunPlot(const Arguments& arguments, Console& console) {
     return LacksToolkit(console, kPlotCommand, "." + extension + " pictures, only .svg");
   }
   const std::string displayName = arguments.Value("--display").value_or("sounding");
-  const std::optional<std::string_view> display = DisplayNamed(displayName);
-  if (!display) {
-    const auto names = AllPrintDisplays();
+  const DisplayRow* display = DisplayNamed(console.Displays, displayName);
+  if (display == nullptr) {
+    const auto names = DisplayNames(console.Displays);
     return UsageError(console, kPlotCommand,
                       "there is no display \"" + displayName + "\"" +
                           DidYouMean(displayName, names) + "; there are " + Joined(names));
   }
-  const bool together = ModeOfDisplay(*display).has_value();
+  const bool together = display->Mode != diagram::MultiMode::Single;
   if (together && arguments.Files.size() < 2) {
-    return UsageError(console, kPlotCommand, std::string(*display) + " takes several files");
+    return UsageError(console, kPlotCommand, std::string(display->Id) + " takes several files");
   }
   if (!together && arguments.Files.size() > 1 && output->find(kNamePlace) == std::string::npos) {
     return UsageError(console, kPlotCommand,

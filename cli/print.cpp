@@ -11,7 +11,7 @@
 #include "cli/loaded_program.h"
 #include "cli/toolkit.h"
 #include "core/files.h"
-#include "program/print_displays.h"
+#include "program/displays.h"
 #include "program/print_work.h"
 
 namespace vexa::cli {
@@ -53,12 +53,17 @@ void TakeWord(const Arguments& arguments, std::string_view option, E& into) {
   into = static_cast<E>(std::ranges::find(words, *given) - words.begin());
 }
 
+bool ShowsSeveral(std::string_view name, std::span<const DisplayRow> displays) {
+  const DisplayRow* display = FindDisplay(displays, name);
+  return display != nullptr && display->Mode != diagram::MultiMode::Single;
+}
+
 // The printed name that a word means: a name in any case, or a listing's word of `list`.
-std::optional<std::string> NameOf(std::string_view word) {
+std::optional<std::string> NameOf(std::string_view word, std::span<const DisplayRow> displays) {
   if (const output::ListingRow* row = output::FindListing(Lower(word))) {
     return std::string(row->Name);
   }
-  for (const std::string_view name : AllPrintableNames()) {
+  for (const std::string_view name : AllPrintableNames(displays)) {
     if (Lower(name) == Lower(word)) return std::string(name);
   }
   return std::nullopt;
@@ -86,16 +91,16 @@ Outcome<Asked> ReadRequest(const Arguments& arguments, const CommandSetup& setup
   if (arguments.Has("--no-coordinates")) print.Setup.Header.Coordinates = false;
   if (arguments.Has("--all-listings")) print.Setup.AllListings = true;
   for (const std::string& word : arguments.Values("--display")) {
-    const std::optional<std::string> name = NameOf(word);
+    const std::optional<std::string> name = NameOf(word, setup.Displays);
     if (!name) {
       std::vector<std::string_view> names;
-      for (const std::string_view one : AllPrintableNames()) {
-        if (!ModeOfDisplay(one)) names.push_back(one);
+      for (const std::string_view one : AllPrintableNames(setup.Displays)) {
+        if (!ShowsSeveral(one, setup.Displays)) names.push_back(one);
       }
       return wrong("nothing to print is called \"" + word + "\"" + DidYouMean(word, names) +
                    "; there are " + Joined(names));
     }
-    if (ModeOfDisplay(*name)) {
+    if (ShowsSeveral(*name, setup.Displays)) {
       return wrong(*name + " shows several files together; plot draws it");
     }
     asked.Names.push_back(*name);

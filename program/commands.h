@@ -12,6 +12,8 @@
 
 namespace vexa::commands {
 
+Changes Exit(Program& program);
+
 /// Asks for one or more files and loads the first that can be loaded.
 Changes DataAccess(Program& program);
 

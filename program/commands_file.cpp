@@ -130,6 +130,11 @@ Changes LoadFirstOf(Program& program, Document::Leave leave,
 
 }  // namespace
 
+Changes Exit(Program& program) {
+  program.Leaving = true;
+  return {};
+}
+
 Changes DataAccess(Program& program) {
   const bool isUpdated =
       program.Set.System.AutoDirectoryUpdate && !program.Current.DataFolder.empty();

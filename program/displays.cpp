@@ -1,42 +1,220 @@
 #include "program/displays.h"
 
 #include <algorithm>
+#include <cctype>
+#include <iterator>
+#include <optional>
 #include <system_error>
+#include <utility>
 
+#include "diagram/sounding_plot.h"
 #include "display/weather.h"
+#include "hodograph/hodogram_plot.h"
+#include "hodograph/wind_table.h"
+#include "program/hodogram_controls.h"
+#include "program/hodograph_commands.h"
+#include "program/needs.h"
+#include "program/settings_commands.h"
+#include "program/view_commands.h"
+#include "program/wave_displays.h"
 
 namespace vexa {
 namespace {
 
-display::Shown ShownBy(const Program& program) {
-  return {program.Current.Record, program.Results, program.Set, program.Severe};
+using diagram::MultiMode;
+
+template <MultiMode kMode>
+Picture Diagram(const DisplayInput& from, const Surface& on) {
+  std::optional<diagram::SoundingPlot> plot = PlotShown(from.In, from.Set, on, {}, kMode);
+  return plot ? std::move(plot->Page) : Picture{};
+}
+
+Picture Hodograph(const DisplayInput& from, const Surface& on) {
+  return hodograph::PlotHodograph(HodographOf(from.In, from.Set), on).Page;
+}
+
+std::vector<std::string> Winds(const Program& program) {
+  hodograph::WindTable table = hodograph::ListWinds(HodographOf(program, program.Set));
+  std::ranges::move(table.Rows, std::back_inserter(table.Header));
+  return table.Header;
+}
+
+Picture Hodogram(const DisplayInput& from, const Surface& on) {
+  return hodograph::PlotHodogram(hodograph::MakeHodogram(from.In.Current.Record, from.Set),
+                                 from.In.Settings.Hodogram3D, on);
 }
 
 template <display::Sheet (*kFill)(const display::Shown&)>
-display::Sheet From(const Program& program) {
-  return kFill(ShownBy(program));
+Picture Sheet(const DisplayInput& from, const Surface& on) {
+  return display::DrawSheet(
+      kFill({from.In.Current.Record, from.In.Results, from.Set, from.In.Severe}), from.Set, on);
+}
+
+bool SameWord(std::string_view one, std::string_view other) {
+  return std::ranges::equal(one, other, [](unsigned char left, unsigned char right) {
+    return std::tolower(left) == std::tolower(right);
+  });
 }
 
 constexpr DisplayRow kDisplays[] = {
-    {Command::SevereWeather, "SvrWx", "Severe Weather", From<display::SevereWeatherSheet>},
-    {Command::WinterWeather, "Winter", "Winter Weather", From<display::WinterWeatherSheet>},
-    {Command::LayerAnalyzer, "LayerAnalyzer", "Layer Analyzer", From<display::LayerSheet>},
-    {Command::Soaring, "Soaring", "Soaring", From<display::SoaringSheet>},
+    {.Id = "Sounding",
+     .Title = "Sounding",
+     .Plot = Diagram<MultiMode::Single>,
+     .Needs = NeedsLevels,
+     .Options = "Diagram/Tab 1"},
+    {.Id = "Overlay",
+     .Title = "Sounding Overlay",
+     .Plot = Diagram<MultiMode::Overlay>,
+     .Needs = NeedsOverlay,
+     .Mode = MultiMode::Overlay},
+    {.Id = "Compare",
+     .Title = "Sounding Comparison",
+     .Plot = Diagram<MultiMode::Compare>,
+     .Needs = NeedsComparison,
+     .Mode = MultiMode::Compare},
+    {.Id = "SvrWx",
+     .Title = "Severe Weather",
+     .Plot = Sheet<display::SevereWeatherSheet>,
+     .Needs = NeedsSounding,
+     .Entry = "mnuSevereWx",
+     .Caption = "Se&vere Weather",
+     .Hint = "The severe-weather table of this sounding",
+     .Lacking = "(severe weather)",
+     .Topic = "severe"},
+    {.Id = "Winter",
+     .Title = "Winter Weather",
+     .Plot = Sheet<display::WinterWeatherSheet>,
+     .Needs = NeedsSounding,
+     .Entry = "mnuWinter",
+     .Caption = "&Winter Weather",
+     .Hint = "Precipitation type, snow and icing of this sounding",
+     .Lacking = "(winter weather)",
+     .Topic = "winter"},
+    {.Id = "LayerAnalyzer",
+     .Title = "Layer Analyzer",
+     .Plot = Sheet<display::LayerSheet>,
+     .Needs = NeedsSounding,
+     .Entry = "mnuScale",
+     .Caption = "&Layer Analyzer",
+     .Hint = "Inversions, clouds, icing, turbulence, contrails and ducts",
+     .Lacking = "(layer analyzer)",
+     .Topic = "layers"},
+    {.Id = "Fronts",
+     .Entry = "mnuHodoFront",
+     .Caption = "&Frontal Analysis",
+     .Hint = "Not in this version: fronts from the turning of the wind"},
+    {.Id = "Hodograph",
+     .Title = "Hodograph",
+     .Plot = Hodograph,
+     .Needs = NeedsLevels,
+     .Entry = "mnuHodograph",
+     .Caption = "&Hodograph",
+     .Hint = "Winds, storm motion and helicity",
+     .Lacking = "(hodograph)",
+     .Key = "Ctrl+H",
+     .Toggles = true,
+     .Topic = "hodograph",
+     .Options = "Diagram/Tab 6",
+     .Listing = Winds},
+    {.Id = "Hodogram3D",
+     .Title = "3-D Trajectory Diagram",
+     .Plot = Hodogram,
+     .Needs = NeedsLevels,
+     .Entry = "mnuHodogram",
+     .Caption = "Hodo&gram (3-D)",
+     .Hint = "The way of the balloon in three dimensions",
+     .Lacking = "(hodogram)",
+     .Key = "Ctrl+G",
+     .Toggles = true,
+     .Also = "hodogram",
+     .Heading = "HODOGRAM",
+     .Topic = "hodogram",
+     .Options = "Diagram/Tab 6",
+     .Controls = HodogramControls,
+     .Drag = TurnHodogram},
+    {.Id = "MountainWave",
+     .Title = "Mountain Wave",
+     .Plot = PlotMountainWave,
+     .Needs = NeedsSounding,
+     .Entry = "mnuWave",
+     .Caption = "&Mountain Wave",
+     .Hint = "Lee waves behind the mountains of the station",
+     .Lacking = "(mountain wave)",
+     .Heading = "MOUNTAIN WAVE",
+     .Topic = "waves"},
+    {.Id = "WaveSweep",
+     .Title = "Mountain Wave: Axis and Width of the Ridge",
+     .Plot = PlotWaveSweep,
+     .Needs = NeedsSounding,
+     .Heading = "MOUNTAIN WAVE"},
+    {.Id = "CrossSection",
+     .Entry = "mnuCross",
+     .Caption = "&Cross-Section",
+     .Hint = "Not in this version: soundings side by side"},
+    {.Id = "Soaring",
+     .Title = "Soaring",
+     .Plot = Sheet<display::SoaringSheet>,
+     .Needs = NeedsSounding,
+     .Entry = "mnuSoaring",
+     .Caption = "S&oaring",
+     .Hint = "Thermals of the day",
+     .Lacking = "(soaring)",
+     .Topic = "soaring"},
+    {.Id = "Forecast",
+     .Entry = "mnuForecast",
+     .Caption = "F&orecast",
+     .Hint = "Not in this version: the forecast from a sounding upwind",
+     .After = "mnuAnalyze"},
 };
 
 }  // namespace
 
-std::span<const DisplayRow> Displays() {
+std::span<const DisplayRow> AllDisplays() {
   return kDisplays;
 }
 
-const DisplayRow* DisplayOf(Command command) {
-  const auto* row = std::ranges::find(kDisplays, command, &DisplayRow::Opens);
-  return row == std::end(kDisplays) ? nullptr : row;
+const DisplayRow* FindDisplay(std::span<const DisplayRow> displays, std::string_view id) {
+  const auto row = std::ranges::find(displays, id, &DisplayRow::Id);
+  return row == displays.end() ? nullptr : &*row;
 }
 
-Picture DrawDisplay(const DisplayRow& row, const Program& program) {
-  return display::DrawSheet(row.Fill(program), program.Set);
+const DisplayRow* DisplayNamed(std::span<const DisplayRow> displays, std::string_view word) {
+  const auto row = std::ranges::find_if(displays, [word](const DisplayRow& one) {
+    return one.Plot != nullptr && (SameWord(one.Id, word) || SameWord(one.Also, word));
+  });
+  return row == displays.end() ? nullptr : &*row;
+}
+
+std::vector<std::string_view> DisplayNames(std::span<const DisplayRow> displays) {
+  std::vector<std::string_view> names;
+  for (const DisplayRow& row : displays) {
+    if (row.Plot != nullptr) names.push_back(row.Id);
+  }
+  return names;
+}
+
+std::string LackOf(const DisplayRow& row, const Program& program) {
+  if (row.Plot == nullptr) return std::string(row.Id) + " is not in this version";
+  const std::string_view lack = row.Needs == nullptr ? "" : row.Needs(program);
+  return lack.empty() ? std::string() : std::string(row.Id) + ' ' + std::string(lack);
+}
+
+Picture DrawDisplay(const DisplayRow& row, const Program& program, const Surface& on) {
+  return DrawDisplay(row, program, on, program.Set);
+}
+
+Picture DrawDisplay(const DisplayRow& row, const Program& program, const Surface& on,
+                    const Options& set) {
+  return row.Plot({program, set}, on);
+}
+
+const DisplayRow& DiagramNow(const Program& program) {
+  const auto mode = program.Others.empty() ? MultiMode::Single : program.View.Mode;
+  return *std::ranges::find(program.DisplayTable, mode, &DisplayRow::Mode);
+}
+
+void OpenDisplay(Program& program, const DisplayRow& row) {
+  program.Displays.SetUp(row.Id, !(row.Toggles && program.Displays.IsUp(row.Id)));
 }
 
 std::filesystem::path SevereTablePath(const Program& program) {

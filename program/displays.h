@@ -1,29 +1,40 @@
-// The displays that show the analysis of the current sounding in a window of their own: a row each
-// with the command that opens it, its name and the picture it shows.
+// Finding, drawing and opening the displays of a program's table.
 #pragma once
 
+#include <filesystem>
 #include <span>
 #include <string_view>
+#include <vector>
 
-#include "display/sheet.h"
+#include "program/display_row.h"
 #include "program/program.h"
 
 namespace vexa {
 
-struct DisplayRow {
-  Command Opens = Command::None;
-  std::string_view Name{};   // of the window
-  std::string_view Title{};  // of the window
-  display::Sheet (*Fill)(const Program&) = nullptr;
-};
+/// The display of this id; null when there is none.
+const DisplayRow* FindDisplay(std::span<const DisplayRow> displays, std::string_view id);
 
-std::span<const DisplayRow> Displays();
+/// The built display of an id or another name of it, whatever the case of its letters; null when
+/// there is none.
+const DisplayRow* DisplayNamed(std::span<const DisplayRow> displays, std::string_view word);
 
-/// The display that a command opens; null for other commands.
-const DisplayRow* DisplayOf(Command command);
+/// The ids of those that this version has.
+std::vector<std::string_view> DisplayNames(std::span<const DisplayRow> displays);
 
-/// Its picture of the current sounding.
-Picture DrawDisplay(const DisplayRow& row, const Program& program);
+/// What a display lacks now, after its name: "Winter needs a sounding"; empty when it can be drawn.
+std::string LackOf(const DisplayRow& row, const Program& program);
+
+/// Its picture of the current sounding for a surface, under the program's options or those of a
+/// print.
+Picture DrawDisplay(const DisplayRow& row, const Program& program, const Surface& on);
+Picture DrawDisplay(const DisplayRow& row, const Program& program, const Surface& on,
+                    const Options& set);
+
+/// The display that the main window shows: the first, or the first of the mode in force.
+const DisplayRow& DiagramNow(const Program& program);
+
+/// Puts its window up; one that toggles goes down when it was up.
+void OpenDisplay(Program& program, const DisplayRow& row);
 
 /// The file in which the arrangement of the severe-weather table is kept between sessions.
 std::filesystem::path SevereTablePath(const Program& program);

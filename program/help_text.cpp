@@ -47,21 +47,19 @@ std::string Plain(std::string_view caption) {
   return std::string(Trim(plain));
 }
 
-std::string MenuPath(std::string_view menu) {
-  for (const MenuRow& row : MenuTree()) {
-    if (row.Name != menu) continue;
-    return (row.In.empty() ? "" : MenuPath(row.In) + " / ") + Plain(row.Caption);
-  }
-  return {};
+std::string MenuPath(std::span<const MenuRow> tree, std::string_view menu) {
+  const MenuRow* row = FindEntry(tree, menu);
+  if (row == nullptr) return {};
+  return (row->In.empty() ? "" : MenuPath(tree, row->In) + " / ") + Plain(row->Caption);
 }
 
-std::string Menus(std::string_view) {
+std::string Menus(std::string_view, std::span<const MenuRow> tree) {
   std::string text;
-  for (const MenuRow& menu : MenuTree()) {
-    if (menu.Does != Command::None) continue;
-    text += "\n## " + MenuPath(menu.Name) + "\n\n";  // a list: tables this long open slowly
-    for (const MenuRow& row : MenuTree()) {
-      if (row.In != menu.Name || row.Does == Command::None) continue;
+  for (const MenuRow& menu : tree) {
+    if (!menu.Does.IsMenu()) continue;
+    text += "\n## " + MenuPath(tree, menu.Name) + "\n\n";  // a list: tables this long open slowly
+    for (const MenuRow& row : tree) {
+      if (row.In != menu.Name || row.Does.IsMenu()) continue;
       const bool isRecent = row.Name.starts_with(kRecentEntry);
       if (isRecent && row.Name.back() != '1') continue;
       text += "- **" + Cell(isRecent ? "1 to 5" : Plain(row.Caption)) + "**";
@@ -72,15 +70,15 @@ std::string Menus(std::string_view) {
   return text;
 }
 
-std::string Keys(std::string_view) {
+std::string Keys(std::string_view, std::span<const MenuRow> tree) {
   std::string text = Table({"key", "chooses", "in the menu"});
-  for (const MenuRow& row : MenuTree()) {
-    if (!row.Key.empty()) text += TableRow({row.Key, Plain(row.Caption), MenuPath(row.In)});
+  for (const MenuRow& row : tree) {
+    if (!row.Key.empty()) text += TableRow({row.Key, Plain(row.Caption), MenuPath(tree, row.In)});
   }
   return text;
 }
 
-std::string Indices(std::string_view) {
+std::string Indices(std::string_view, std::span<const MenuRow>) {
   std::string text;
   for (const analysis::IndexRow& row : analysis::IndexTable()) {
     text += "\n### " + Cell(row.Name) + "\n\nOn the panel: **" + Cell(Trim(row.Label)) + "**";
@@ -91,7 +89,7 @@ std::string Indices(std::string_view) {
   return text;
 }
 
-std::string Formats(std::string_view) {
+std::string Formats(std::string_view, std::span<const MenuRow>) {
   std::string text = Table({"format", "usual names"});
   for (const ingest::Decoder& decoder : ingest::Decoders()) {
     text += TableRow({decoder.Name, decoder.FilePatterns});
@@ -99,7 +97,7 @@ std::string Formats(std::string_view) {
   return text;
 }
 
-std::string OptionsAt(std::string_view place) {
+std::string OptionsAt(std::string_view place, std::span<const MenuRow>) {
   std::string text = Table({"option", "what it sets", "takes"});
   for (const OptionRow& row : Catalogue()) {
     if (row.Place != place) continue;
@@ -112,7 +110,7 @@ std::string OptionsAt(std::string_view place) {
 
 struct PartRow {
   std::string_view Name;
-  std::string (*Make)(std::string_view argument);
+  std::string (*Make)(std::string_view argument, std::span<const MenuRow> tree);
 };
 
 constexpr PartRow kParts[] = {
@@ -121,13 +119,13 @@ constexpr PartRow kParts[] = {
 };
 
 // "{{name}}" or "{{name argument}}"; empty for a part that is not known.
-std::optional<std::string> PartOf(std::string_view line) {
+std::optional<std::string> PartOf(std::string_view line, std::span<const MenuRow> tree) {
   std::string_view inner = line.substr(2, line.size() - 4);
   const std::string_view name = inner.substr(0, inner.find(' '));
   inner.remove_prefix(std::min(inner.size(), name.size() + 1));
   const auto* part = std::ranges::find(kParts, name, &PartRow::Name);
   if (part == std::end(kParts)) return std::nullopt;
-  return part->Make(inner);
+  return part->Make(inner, tree);
 }
 
 // "# Title {#id Window ...}"
@@ -146,31 +144,23 @@ std::optional<HelpTopic> HeadingOf(std::string_view line) {
   return topic;
 }
 
-struct OpenerRow {
-  Command Opens;
-  std::string_view Topic;
-};
-
-constexpr OpenerRow kOpeners[] = {
-    {Command::HelpMain, "main"},       {Command::HelpContents, "contents"},
-    {Command::HelpShortcuts, "keys"},  {Command::HelpSupport, "support"},
-    {Command::HelpWebSite, "website"}, {Command::HelpUpdates, "updates"},
-};
-
 // What can be told without the help file.
-std::vector<HelpTopic> BareTopics(const std::string& reason) {
+std::vector<HelpTopic> BareTopics(const std::string& reason, std::span<const DisplayRow> displays) {
+  const std::vector<MenuRow> tree = MenuTree(displays);
   return {{"contents",
            "Help",
            {"Sounding"},
            "The written topics of the help are not at hand: " + Cell(reason) + "\n"},
-          {"main", "Main menu", {}, Menus({})},
-          {"keys", "Shortcut keys", {}, Keys({})},
-          {"indices", "Indices", {}, Indices({})}};
+          {"main", "Main menu", {}, Menus({}, tree)},
+          {"keys", "Shortcut keys", {}, Keys({}, tree)},
+          {"indices", "Indices", {}, Indices({}, tree)}};
 }
 
 }  // namespace
 
-Outcome<std::vector<HelpTopic>> ReadHelp(std::string_view text, std::string_view name) {
+Outcome<std::vector<HelpTopic>> ReadHelp(std::string_view text, std::string_view name,
+                                         std::span<const DisplayRow> displays) {
+  const std::vector<MenuRow> tree = MenuTree(displays);
   const SourceText lines{std::string(name), std::string(text)};
   std::vector<HelpTopic> topics;
   const auto damaged = [&](int line, std::string_view reason) {
@@ -185,7 +175,7 @@ Outcome<std::vector<HelpTopic>> ReadHelp(std::string_view text, std::string_view
     } else if (topics.empty()) {
       if (!Trim(line).empty()) return damaged(i, "text ahead of the first topic");
     } else if (line.starts_with("{{") && line.ends_with("}}")) {
-      const std::optional<std::string> part = PartOf(line);
+      const std::optional<std::string> part = PartOf(line, tree);
       if (!part) return damaged(i, "a part that is not known");
       topics.back().Text += *part;
     } else {
@@ -193,16 +183,21 @@ Outcome<std::vector<HelpTopic>> ReadHelp(std::string_view text, std::string_view
     }
   }
   if (topics.empty()) return damaged(1, "no topic");
+  for (const DisplayRow& display : displays) {
+    const auto topic = std::ranges::find(topics, display.Topic, &HelpTopic::Id);
+    if (topic != topics.end()) topic->Windows.emplace_back(display.Id);
+  }
   return topics;
 }
 
 std::vector<HelpTopic> HelpTopics(const Program& program) {
-  if (program.HelpFile.empty()) return BareTopics("the help file was not found.");
+  const std::span<const DisplayRow> displays = program.DisplayTable;
+  if (program.HelpFile.empty()) return BareTopics("the help file was not found.", displays);
   const Outcome<std::string> bytes = ReadFile(program.HelpFile);
-  if (!bytes) return BareTopics(bytes.Error().Detail);
+  if (!bytes) return BareTopics(bytes.Error().Detail, displays);
   Outcome<std::vector<HelpTopic>> topics =
-      ReadHelp(bytes.Value(), TextFromPath(program.HelpFile.filename()));
-  return topics ? std::move(topics.Value()) : BareTopics(topics.Error().Detail);
+      ReadHelp(bytes.Value(), TextFromPath(program.HelpFile.filename()), displays);
+  return topics ? std::move(topics.Value()) : BareTopics(topics.Error().Detail, displays);
 }
 
 const HelpTopic* FindTopic(const std::vector<HelpTopic>& topics, std::string_view id) {
@@ -215,11 +210,6 @@ const HelpTopic* TopicOf(const std::vector<HelpTopic>& topics, std::string_view 
     return std::ranges::find(topic.Windows, window) != topic.Windows.end();
   });
   return found == topics.end() ? nullptr : &*found;
-}
-
-std::string_view HelpTopicOf(Command command) {
-  const auto* row = std::ranges::find(kOpeners, command, &OpenerRow::Opens);
-  return row == std::end(kOpeners) ? std::string_view() : row->Topic;
 }
 
 }  // namespace vexa

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,8 +22,10 @@ struct HelpTopic {
 
 /// The topics of a help file's text. A topic begins with a line "# Title {#id Window ...}"; a line
 /// "{{name}}" stands for a generated part: menus, keys, indices, formats, commands or options
-/// PLACE. Fault 62 names the line of a heading or part that is not so.
-Outcome<std::vector<HelpTopic>> ReadHelp(std::string_view text, std::string_view name);
+/// PLACE. Fault 62 names the line of a heading or part that is not so. The window of a display
+/// belongs to the topic that its row names.
+Outcome<std::vector<HelpTopic>> ReadHelp(std::string_view text, std::string_view name,
+                                         std::span<const DisplayRow> displays = AllDisplays());
 
 /// The help of the program: its help file's topics or, where that cannot be read, a topic that says
 /// so and those that the program can write alone.
@@ -33,8 +36,5 @@ const HelpTopic* FindTopic(const std::vector<HelpTopic>& topics, std::string_vie
 
 /// The topic about a window or control by its object name; null when there is none.
 const HelpTopic* TopicOf(const std::vector<HelpTopic>& topics, std::string_view window);
-
-/// The topic that a help command opens; empty for other commands.
-std::string_view HelpTopicOf(Command command);
 
 }  // namespace vexa

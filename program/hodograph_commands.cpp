@@ -32,8 +32,8 @@ hodograph::HodographInput HodographOf(const Program& program, const Options& set
   return {.Sounding = program.Current.Record,
           .Results = program.Results,
           .Set = set,
-          .Window = program.Hodograph,
-          .Compared = program.Compared};
+          .Window = program.Settings.Hodograph,
+          .Compared = program.Displays.Of<HodographState>().Compared};
 }
 
 Changes EnterStormMotion(Program& program, analysis::Wind motion) {
@@ -46,7 +46,7 @@ Changes EnterStormMotion(Program& program, analysis::Wind motion) {
 }
 
 Changes SetMotionMode(Program& program, Scaling mode) {
-  if (mode == Scaling::Auto) program.Hodograph.Hold = false;
+  if (mode == Scaling::Auto) program.Settings.Hodograph.Hold = false;
   if (program.Set.MotionMode == mode) return {};
   program.Set.MotionMode = mode;
   return {.View = true};
@@ -59,22 +59,22 @@ Changes ChooseMover(Program& program, StormMover mover) {
 }
 
 Changes HoldStormMotion(Program& program, bool hold) {
-  if (program.Hodograph.Hold == hold) return {};
+  if (program.Settings.Hodograph.Hold == hold) return {};
   if (!hold) return SetMotionMode(program, Scaling::Auto);
   const std::optional<analysis::Mover>& chosen = program.Results.Storm.Chosen();
   if (!chosen) return {};
-  program.Hodograph.Hold = true;
+  program.Settings.Hodograph.Hold = true;
   return EnterStormMotion(program, analysis::FromComponents(chosen->Motion));
 }
 
 void EndStormMotion(Program& program) {
-  if (!program.Hodograph.Hold) program.Set.MotionMode = Scaling::Auto;
+  if (!program.Settings.Hodograph.Hold) program.Set.MotionMode = Scaling::Auto;
 }
 
 StormEntry EntryOf(const Program& program) {
   return {program.Set.MotionMode,
           {program.Set.ManualMotionDir, program.Set.ManualMotionSpd},
-          program.Hodograph.Hold};
+          program.Settings.Hodograph.Hold};
 }
 
 Changes TakeBack(Program& program, const StormEntry& entry) {
@@ -82,14 +82,15 @@ Changes TakeBack(Program& program, const StormEntry& entry) {
   program.Set.MotionMode = entry.Mode;
   program.Set.ManualMotionDir = entry.Motion.Dir;
   program.Set.ManualMotionSpd = entry.Motion.Spd;
-  program.Hodograph.Hold = entry.Hold;
+  program.Settings.Hodograph.Hold = entry.Hold;
   return {.View = program.Set != before};
 }
 
 void LoadCompared(Program& program) {
   if (program.Where.Root.empty()) return;
   std::vector<Fault> faults;
-  program.Compared = hodograph::LoadComparisons(program.Where.Root, faults);
+  program.Displays.Of<HodographState>().Compared =
+      hodograph::LoadComparisons(program.Where.Root, faults);
   for (const Fault& fault : faults) program.Doc.Report(fault);
 }
 
@@ -105,7 +106,7 @@ void EmptyCompared(Program& program, int slot) {
 
 void SaveWindListings(Program& program) {
   if (program.Where.Root.empty()) return;
-  const hodograph::WindTable table = hodograph::ListWinds(HodographOf(program));
+  const hodograph::WindTable table = hodograph::ListWinds(HodographOf(program, program.Set));
   Tell(program, hodograph::SaveListings(program.Where.Root, program.Current.Record,
                                         hodograph::TableText(table)));
 }

@@ -9,6 +9,11 @@
 
 namespace vexa {
 
+/// What the hodograph keeps while the program runs.
+struct HodographState {
+  std::vector<hodograph::ComparedWinds> Compared{};  // kept for comparison
+};
+
 /// The hodograph of the sounding in work under the window's settings.
 hodograph::HodographInput HodographOf(const Program& program);
 /// The same under other options than the program's own.

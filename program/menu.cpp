@@ -1,10 +1,16 @@
 #include "program/menu.h"
 
+#include <algorithm>
 #include <cstddef>
 
 #include "core/files.h"
 #include "core/numbers.h"
 #include "program/commands.h"
+#include "program/displays.h"
+#include "program/edit_commands.h"
+#include "program/needs.h"
+#include "program/sounding_loop.h"
+#include "program/view_commands.h"
 
 namespace vexa {
 namespace {
@@ -85,219 +91,263 @@ std::string BeeperEntry(const Program& program) {
   return program.Beeper ? "Turn_Beeper_OFF" : "";
 }
 
-template <bool Program::*Shown>
-bool IsUp(const Program& program) {
-  return program.*Shown;
+constexpr EntryState State() {
+  return {};
 }
+
+constexpr Action NotBuilt() {
+  Action action;
+  action.IsBuilt = false;
+  return action;
+}
+constexpr Action kNotBuilt = NotBuilt();
 
 constexpr MenuRow kMenuTree[] = {
     {"", "mnuFile", "&File"},
-    {"mnuFile", "mnuNew", "&New Sounding", Command::NewSounding, "Enter a sounding by hand",
+    {"mnuFile", "mnuNew", "&New Sounding", Opens("NewSounding"), "Enter a sounding by hand",
      "Ctrl+N"},
-    {"mnuFile", "mnuOpen", "&Open Sounding", Command::Open, "Choose one or more sounding files",
-     "Ctrl+O"},
-    {"mnuFile", "mnuPaste", "&Paste Sounding", Command::Paste,
+    {"mnuFile", "mnuOpen", "&Open Sounding", commands::DataAccess,
+     "Choose one or more sounding files", "Ctrl+O"},
+    {"mnuFile", "mnuPaste", "&Paste Sounding", Opens("Paste"),
      "Open the text on the clipboard as a sounding", "Ctrl+V"},
-    {.In = "mnuFile",
-     .Name = "mnuSaveAs",
-     .Caption = "&Save Sounding As...",
-     .Does = Command::SaveAs,
-     .Hint = "Save the sounding in the native format",
-     .Key = "Ctrl+S"},
-    {"mnuFile", "mnuDownload", "&Download Data...", Command::Download,
+    {"mnuFile", "mnuSaveAs", "&Save Sounding As...", commands::SaveAs,
+     "Save the sounding in the native format", "Ctrl+S",
+     State().Wants(NeedsSounding, "(save sounding)")},
+    {"mnuFile", "mnuDownload", "&Download Data...", Opens("Download"),
      "Fetch a sounding from one of the sources"},
-    {"mnuFile", "mnuTimer", "&Batch Processing...", Command::DownloadTimer,
+    {"mnuFile", "mnuTimer", "&Batch Processing...", Opens("BatchProcessing"),
      "Fetch many soundings, by hand or when their hour has come"},
-    {"mnuFile", "mnuInfo", "Proper&ties...", Command::Properties,
-     "Show where the sounding comes from and what it holds"},
-    {"mnuFile", "mnuAutoLoad", "Auto-&Load This Sounding", Command::AutoLoad,
-     "Load this sounding whenever the program starts", "", false, commands::IsAutoLoaded, nullptr,
-     true},
-    {"mnuFile", "mnuPrintData", "Print Sounding &Data", Command::PrintData,
-     "Print the levels as a table", "", true},
-    {"mnuFile", "PrintDeCodedData", "Print &DeCoded Data...", Command::PrintDecoded,
-     "Print the sounding as it was decoded"},
-    {"mnuFile", "mnuPrintDataFile", "Print &Source Data...", Command::PrintSource,
-     "Print the file that the sounding came from"},
-    {"mnuFile", "mnuDataDump", "&Export Sounding Data...", Command::ExportData,
-     "Write the levels as text or spreadsheet", "", true},
-    {"mnuFile", "mnuPrint", "&Print Image...", Command::PrintImage,
+    {"mnuFile", "mnuInfo", "Proper&ties...", Opens("Properties"),
+     "Show where the sounding comes from and what it holds", "",
+     State().Wants(NeedsLevels, "(sounding properties)")},
+    {"mnuFile", "mnuAutoLoad", "Auto-&Load This Sounding", commands::AutoLoad,
+     "Load this sounding whenever the program starts", "",
+     State().Switch(commands::IsAutoLoaded).Wants(NeedsLevels, "(auto-load)")},
+    {"mnuFile", "mnuPrintData", "Print Sounding &Data", Opens("PrintData"),
+     "Print the levels as a table", "",
+     State().Wants(NeedsLevels, "(print sounding data)").Below()},
+    {"mnuFile", "PrintDeCodedData", "Print &DeCoded Data...", Opens("PrintDeCodedData"),
+     "Print the sounding as it was decoded", "",
+     State().Wants(NeedsSounding, "(print decoded data)")},
+    {"mnuFile", "mnuPrintDataFile", "Print &Source Data...", Opens("PrintDataFile"),
+     "Print the file that the sounding came from", "",
+     State().Wants(NeedsLevels, "(print source data)")},
+    {"mnuFile", "mnuDataDump", "&Export Sounding Data...", Opens("DataDump"),
+     "Write the levels as text or spreadsheet", "",
+     State().Wants(NeedsSounding, "(export sounding data)").Below()},
+    {"mnuFile", "mnuPrint", "&Print Image...", Opens("PrintPlot"),
      "Print the diagram and the listings", "Ctrl+P"},
-    {"mnuFile", "mnuSave", "Save &Image to File...", Command::SaveImage,
+    {"mnuFile", "mnuSave", "Save &Image to File...", Opens("SaveImage"),
      "Save the diagram as an image file"},
-    {"mnuFile", "mnuCopy", "&Copy Image to ClipBoard", Command::CopyImage,
+    {"mnuFile", "mnuCopy", "&Copy Image to ClipBoard", Opens("CopyImage"),
      "Copy the diagram to the clipboard"},
-    {"mnuFile", "mnuReportFolder", "Report &Folder...", Command::ReportFolder,
-     "Write a folder with which the case can be repeated"},
-    {"mnuFile", "mnuRecentFile1", "RecentFile1", Command::Recent1, "Open this file again", "", true,
-     nullptr, RecentFile<1>},
-    {"mnuFile", "mnuRecentFile2", "RecentFile2", Command::Recent2, "Open this file again", "",
-     false, nullptr, RecentFile<2>},
-    {"mnuFile", "mnuRecentFile3", "RecentFile3", Command::Recent3, "Open this file again", "",
-     false, nullptr, RecentFile<3>},
-    {"mnuFile", "mnuRecentFile4", "RecentFile4", Command::Recent4, "Open this file again", "",
-     false, nullptr, RecentFile<4>},
-    {"mnuFile", "mnuRecentFile5", "RecentFile5", Command::Recent5, "Open this file again", "",
-     false, nullptr, RecentFile<5>},
-    {"mnuFile", "mnuExit", "E&xit", Command::Exit, "End the program", "Ctrl+Q", true},
+    {"mnuFile", "mnuReportFolder", "Report &Folder...", Opens("ReportFolder"),
+     "Write a folder with which the case can be repeated", "",
+     State().Wants(NeedsSounding, "(report folder)")},
+    {"mnuFile", "mnuRecentFile1", "RecentFile1", commands::OpenRecent<1>, "Open this file again",
+     "", State().Named(RecentFile<1>).Below()},
+    {"mnuFile", "mnuRecentFile2", "RecentFile2", commands::OpenRecent<2>, "Open this file again",
+     "", State().Named(RecentFile<2>)},
+    {"mnuFile", "mnuRecentFile3", "RecentFile3", commands::OpenRecent<3>, "Open this file again",
+     "", State().Named(RecentFile<3>)},
+    {"mnuFile", "mnuRecentFile4", "RecentFile4", commands::OpenRecent<4>, "Open this file again",
+     "", State().Named(RecentFile<4>)},
+    {"mnuFile", "mnuRecentFile5", "RecentFile5", commands::OpenRecent<5>, "Open this file again",
+     "", State().Named(RecentFile<5>)},
+    {"mnuFile", "mnuExit", "E&xit", commands::Exit, "End the program", "Ctrl+Q", State().Below()},
     {"", "mnuEdit", "&Edit"},
-    {.In = "mnuEdit",
-     .Name = "mnuUndo",
-     .Caption = "&Undo",
-     .Does = Command::Undo,
-     .Hint = "Take back the last change of the sounding",
-     .Key = "Ctrl+Z",
-     .Shows = UndoEntry},
-    {.In = "mnuEdit",
-     .Name = "mnuRedo",
-     .Caption = "&Redo",
-     .Does = Command::Redo,
-     .Hint = "Make the change again that was taken back last",
-     .Key = "Ctrl+Y",
-     .Shows = RedoEntry},
-    {.In = "mnuEdit",
-     .Name = "mnuEditFile",
-     .Caption = "Edit &DeCoded Data",
-     .Does = Command::EditDecoded,
-     .Hint = "Change the levels and the heading of the sounding",
-     .Key = "Ctrl+E",
-     .LineAbove = true},
-    {"mnuEdit", "mnuEditData", "Edit &Source Data", Command::EditSource,
-     "Change the text that the sounding was decoded from"},
-    {"mnuEdit", "mnuEditSource", "Edit &Entire Source File", Command::EditEntireSource,
-     "Change the file that the sounding came from"},
-    {"mnuEdit", "mnuFilter", "Filter Sounding Data...", Command::Filter,
-     "Thin a sounding of high density"},
-    {"mnuEdit", "mnuEditStation", "Edit Station &Locator File", Command::EditStations,
+    {"mnuEdit", "mnuUndo", "&Undo", commands::UndoEdit, "Take back the last change of the sounding",
+     "Ctrl+Z", State().Named(UndoEntry).Wants(NeedsUndo, "(undo)")},
+    {"mnuEdit", "mnuRedo", "&Redo", commands::RedoEdit,
+     "Make the change again that was taken back last", "Ctrl+Y",
+     State().Named(RedoEntry).Wants(NeedsRedo, "(redo)")},
+    {"mnuEdit", "mnuEditFile", "Edit &DeCoded Data", Opens("LevelEditor"),
+     "Change the levels and the heading of the sounding", "Ctrl+E",
+     State().Wants(NeedsSounding, "(edit decoded data)").Below()},
+    {"mnuEdit", "mnuEditData", "Edit &Source Data", Opens("TextEditor"),
+     "Change the text that the sounding was decoded from", "",
+     State().Wants(NeedsLevels, "(edit source data)")},
+    {"mnuEdit", "mnuEditSource", "Edit &Entire Source File", Opens("SourceFile"),
+     "Change the file that the sounding came from", "",
+     State().Wants(NeedsLevels, "(edit source file)")},
+    {"mnuEdit", "mnuFilter", "Filter Sounding Data...", commands::FilterSounding,
+     "Thin a sounding of high density", "", State().Wants(NeedsSounding, "(filter sounding data)")},
+    {"mnuEdit", "mnuEditStation", "Edit Station &Locator File", Opens("StationEditor"),
      "Change the list of stations"},
-    {"mnuEdit", "mnuEditMountain", "Edit &Mountain Parameter File", Command::NotBuilt,
+    {"mnuEdit", "mnuEditMountain", "Edit &Mountain Parameter File", kNotBuilt,
      "Not in this version: the mountains of the mountain-wave display"},
-    {"mnuEdit", "mnuAddTemp", "Add/Delete &Temperature Data...", Command::AddTemp,
-     "Add or delete temperature levels"},
-    {"mnuEdit", "mnuAddWind", "Add/Delete &Wind Data...", Command::AddWind,
-     "Add or delete wind levels"},
+    {"mnuEdit", "mnuAddTemp", "Add/Delete &Temperature Data...", Opens("TempLevels"),
+     "Add or delete temperature levels", "", State().Wants(NeedsLevels, "(temperature data)")},
+    {"mnuEdit", "mnuAddWind", "Add/Delete &Wind Data...", Opens("WindLevels"),
+     "Add or delete wind levels", "", State().Wants(NeedsSounding, "(wind data)")},
     {"", "mnuDisplay", "&Displays"},
-    {"mnuDisplay", "mnuSounding", "&Sounding", Command::SoundingDiagram,
+    {"mnuDisplay", "mnuSounding", "&Sounding", Action(commands::ShowAlone, "Sounding"),
      "Return to the sounding diagram"},
-    {"mnuDisplay", "mnuSevereWx", "Se&vere Weather", Command::SevereWeather,
-     "The severe-weather table of this sounding"},
-    {"mnuDisplay", "mnuWinter", "&Winter Weather", Command::WinterWeather,
-     "Precipitation type, snow and icing of this sounding"},
-    {"mnuDisplay", "mnuScale", "&Layer Analyzer", Command::LayerAnalyzer,
-     "Inversions, clouds, icing, turbulence, contrails and ducts"},
-    {"mnuDisplay", "mnuHodoFront", "&Frontal Analysis", Command::NotBuilt,
-     "Not in this version: fronts from the turning of the wind"},
-    {"mnuDisplay", "mnuHodograph", "&Hodograph", Command::Hodograph,
-     "Winds, storm motion and helicity", "Ctrl+H", false, IsUp<&Program::ShowsHodograph>, nullptr,
-     true},
-    {"mnuDisplay", "mnuHodogram", "Hodo&gram (3-D)", Command::Hodogram,
-     "The way of the balloon in three dimensions", "Ctrl+G", false, IsUp<&Program::ShowsHodogram>,
-     nullptr, true},
-    {"mnuDisplay", "mnuWave", "&Mountain Wave", Command::NotBuilt,
-     "Not in this version: lee waves behind mountains"},
-    {"mnuDisplay", "mnuCross", "&Cross-Section", Command::NotBuilt,
-     "Not in this version: soundings side by side"},
-    {"mnuDisplay", "mnuSoaring", "S&oaring", Command::Soaring, "Thermals of the day"},
-    {"mnuDisplay", "mnuCrossSectionReturn", "Cross-Section", Command::NotBuilt,
+    {"mnuDisplay", "mnuCrossSectionReturn", "Cross-Section", kNotBuilt,
      "Not in this version: the return to a cross-section"},
-    {"mnuDisplay", "mnuListings", "&Listings", Command::Listings,
-     "The seven listings of this sounding", "Ctrl+L"},
-    {"mnuDisplay", "mnuAnalyze", "&Analyze", Command::Analyze,
+    {"mnuDisplay", "mnuListings", "&Listings", Opens("Listings"),
+     "The seven listings of this sounding", "Ctrl+L", State().Wants(NeedsLevels, "(listings)")},
+    {"mnuDisplay", "mnuAnalyze", "&Analyze", Opens("InfoPanel"),
      "Show or hide the panel of all indices", "F4"},
-    {"mnuDisplay", "mnuForecast", "F&orecast", Command::NotBuilt,
-     "Not in this version: the forecast from a sounding upwind"},
-    {"mnuDisplay", "mnuRefreshed", "&Refresh", Command::Refresh,
+    {"mnuDisplay", "mnuRefreshed", "&Refresh", commands::DrawAgain,
      "Redraw the diagram from the current data", "F5"},
-    {.In = "mnuDisplay",
-     .Name = "mnuRestore",
-     .Caption = "Restore",
-     .Does = Command::Restore,
-     .Hint = "Take the sounding as it was loaded"},
-    {"mnuDisplay", "mnuZoom", "&Zoom", Command::Zoom,
-     "Choose a region of the diagram with the mouse; the wheel zooms, too", "F7", true, nullptr,
-     nullptr, false},
-    {"mnuDisplay", "mnuUnZoom", "Un-Zoom", Command::UnZoom, "Back to the full diagram", "Ctrl+0"},
-    {"mnuDisplay", "mnuSurface", "S&urface Values...", Command::SurfaceParcel,
-     "Set temperature, dew point and wind at the surface and mix the air above", "", true, nullptr,
-     nullptr, false},
-    {"mnuDisplay", "mnuParcels", "Four &Parcels", Command::FourParcels,
-     "Surface, mean-layer, most unstable and own parcel side by side", "F6", false, nullptr,
-     nullptr, false},
+    {"mnuDisplay", "mnuRestore", "Restore", commands::RestoreSounding,
+     "Take the sounding as it was loaded", "", State().Wants(NeedsAltered, "(restore)")},
+    {"mnuDisplay", "mnuZoom", "&Zoom", Opens("ZoomRegion"),
+     "Choose a region of the diagram with the mouse; the wheel zooms, too", "F7",
+     State().Wants(NeedsSounding, "(zoom)").Below()},
+    {"mnuDisplay", "mnuUnZoom", "Un-Zoom", commands::ZoomOutSizer, "Back to the full diagram",
+     "Ctrl+0", State().Wants(NeedsZoom, "(un-zoom)")},
+    {"mnuDisplay", "mnuSurface", "S&urface Values...", Opens("SurfaceValues"),
+     "Set temperature, dew point and wind at the surface and mix the air above", "",
+     State().Wants(NeedsSounding, "(surface values)").Below()},
+    {"mnuDisplay", "mnuParcels", "Four &Parcels", Opens("FourParcels"),
+     "Surface, mean-layer, most unstable and own parcel side by side", "F6",
+     State().Wants(NeedsSounding, "(four parcels)")},
     {"", "mnuCompares", "&Compare"},
-    {"mnuCompares", "mnuCompare", "&Compare Another Sounding", Command::Compare,
-     "Draw a second sounding on the diagram", "", false, IsComparing, nullptr, true},
-    {"mnuCompares", "mnuOverlay", "&Overlay Multiple Soundings", Command::Overlay,
-     "Draw several soundings on the diagram", "", false, IsOverlaying, nullptr, true},
-    {"mnuCompares", "mnuICAO", "&ISA Sounding", Command::IsaSounding,
-     "Draw the standard atmosphere on the diagram", "", false, ShowsIsa, nullptr, true},
-    {"mnuCompares", "mnuReference", "&Reference Sounding", Command::ReferenceSounding,
-     "Draw the reference sounding on the diagram", "", false, ShowsReference, nullptr, true},
-    {"mnuCompares", "mnuPrsHgt", "&Pressure/Height Values", Command::PressHeights,
-     "Write heights beside the pressures", "", true, ShowsLine<&diagram::ExtraLines::PressHeights>,
-     nullptr, true},
-    {"mnuCompares", "mnuHeightCorr", "&Height Correction Line (purple)", Command::HeightCorrection,
-     "Draw what a pressure altitude has to be corrected by", "", false,
-     ShowsLine<&diagram::ExtraLines::HeightCorrection>, nullptr, true},
-    {"mnuCompares", "mnuContrail", "&Contrail Threshold Line (green)", Command::ContrailLine,
-     "Draw the warmest temperatures at which engines leave trails", "", false,
-     ShowsLine<&diagram::ExtraLines::Contrail>, nullptr, true},
-    {"mnuCompares", "mnuSoar", "&Soaring", Command::SoaringLine,
-     "Draw the dry adiabat of the day's thermals", "", false,
-     ShowsLine<&diagram::ExtraLines::Soaring>, nullptr, true},
+    {"mnuCompares", "mnuCompare", "&Compare Another Sounding", commands::CompareAnother,
+     "Draw a second sounding on the diagram", "",
+     State().Switch(IsComparing).Wants(NeedsSounding, "(compare sounding)")},
+    {"mnuCompares", "mnuOverlay", "&Overlay Multiple Soundings", commands::OverlaySeveral,
+     "Draw several soundings on the diagram", "",
+     State().Switch(IsOverlaying).Wants(NeedsSounding, "(overlay soundings)")},
+    {"mnuCompares", "mnuICAO", "&ISA Sounding", commands::ToggleIsa,
+     "Draw the standard atmosphere on the diagram", "", State().Switch(ShowsIsa)},
+    {"mnuCompares", "mnuReference", "&Reference Sounding", commands::ToggleReference,
+     "Draw the reference sounding on the diagram", "", State().Switch(ShowsReference)},
+    {"mnuCompares", "mnuPrsHgt", "&Pressure/Height Values",
+     commands::ToggleLine<&diagram::ExtraLines::PressHeights>, "Write heights beside the pressures",
+     "",
+     State()
+         .Switch(ShowsLine<&diagram::ExtraLines::PressHeights>)
+         .Wants(NeedsSounding, "(pressure/height values)")
+         .Below()},
+    {"mnuCompares", "mnuHeightCorr", "&Height Correction Line (purple)",
+     commands::ToggleLine<&diagram::ExtraLines::HeightCorrection>,
+     "Draw what a pressure altitude has to be corrected by", "",
+     State()
+         .Switch(ShowsLine<&diagram::ExtraLines::HeightCorrection>)
+         .Wants(NeedsSounding, "(height correction line)")},
+    {"mnuCompares", "mnuContrail", "&Contrail Threshold Line (green)",
+     commands::ToggleLine<&diagram::ExtraLines::Contrail>,
+     "Draw the warmest temperatures at which engines leave trails", "",
+     State()
+         .Switch(ShowsLine<&diagram::ExtraLines::Contrail>)
+         .Wants(NeedsSounding, "(contrail threshold line)")},
+    {"mnuCompares", "mnuSoar", "&Soaring", commands::ToggleLine<&diagram::ExtraLines::Soaring>,
+     "Draw the dry adiabat of the day's thermals", "",
+     State()
+         .Switch(ShowsLine<&diagram::ExtraLines::Soaring>)
+         .Wants(NeedsSounding, "(soaring line)")},
     {"", "mnuOptions", "&Options"},
-    {"mnuOptions", "mnuDiag", "&Diagram Options", Command::DiagramOptions,
+    {"mnuOptions", "mnuDiag", "&Diagram Options", Opens("Diagram"),
      "Set what the diagram shows and how", "F8"},
-    {"mnuOptions", "mnuProgram", "&Program Options", Command::ProgramOptions,
+    {"mnuOptions", "mnuProgram", "&Program Options", Opens("Config"),
      "Set units, analyses and parcels", "F9"},
-    {"mnuOptions", "mnuSystem", "&System Options", Command::SystemOptions,
+    {"mnuOptions", "mnuSystem", "&System Options", Opens("System"),
      "Set folders, file lists and export units", "Shift+F9"},
-    {"mnuOptions", "mnuLoop", "&Loop Options", Command::LoopOptions,
-     "Show the soundings that were opened together as a movie", ""},
+    {"mnuOptions", "mnuLoop", "&Loop Options", Opens("LoopOptions"),
+     "Show the soundings that were opened together as a movie", "",
+     State().Wants(NeedsLevels, "(loop)")},
     {"mnuOptions", "mnuConfiguration", "&Configuration"},
-    {"mnuConfiguration", "mnuConfiguration0", "&None", Command::ConfigurationNone,
-     "Work with the unnamed settings", "", false, IsActive<Configuration::None>},
-    {"mnuConfiguration", "mnuConfiguration1", "#&1", Command::ConfigurationFirst,
-     "Work with the settings of the first configuration", "", false, IsActive<Configuration::First>,
-     ConfigurationEntry<Configuration::First>},
-    {"mnuConfiguration", "mnuConfiguration2", "#&2", Command::ConfigurationSecond,
-     "Work with the settings of the second configuration", "", false,
-     IsActive<Configuration::Second>, ConfigurationEntry<Configuration::Second>},
-    {"mnuOptions", "mnuSettingsReport", "Write Settings &Report", Command::SettingsReport,
+    {"mnuConfiguration", "mnuConfiguration0", "&None",
+     commands::ChooseConfiguration<Configuration::None>, "Work with the unnamed settings", "",
+     State().Choice(IsActive<Configuration::None>)},
+    {"mnuConfiguration", "mnuConfiguration1", "#&1",
+     commands::ChooseConfiguration<Configuration::First>,
+     "Work with the settings of the first configuration", "",
+     State()
+         .Choice(IsActive<Configuration::First>)
+         .Named(ConfigurationEntry<Configuration::First>)},
+    {"mnuConfiguration", "mnuConfiguration2", "#&2",
+     commands::ChooseConfiguration<Configuration::Second>,
+     "Work with the settings of the second configuration", "",
+     State()
+         .Choice(IsActive<Configuration::Second>)
+         .Named(ConfigurationEntry<Configuration::Second>)},
+    {"mnuOptions", "mnuSettingsReport", "Write Settings &Report", commands::WriteReport,
      "List every option in the file VEXA.SET of the program folder"},
-    {"mnuOptions", "mnuSkewT", "Skew-T / Log-P", Command::DiagramSkewT, "Popular U.S. diagram",
-     "Ctrl+1", true, Shows<DiagramType::SkewT>},
-    {"mnuOptions", "mnuEmagram", "Emagram", Command::DiagramEmagram, "Similar to the Stuve diagram",
-     "Ctrl+2", false, Shows<DiagramType::Emagram>},
-    {"mnuOptions", "mnuTephigram", " Tephigram", Command::DiagramTephigram,
-     "Popular European diagram", "Ctrl+3", false, Shows<DiagramType::Tephigram>},
+    {"mnuOptions", "mnuSkewT", "Skew-T / Log-P", commands::ChooseDiagram<DiagramType::SkewT>,
+     "Popular U.S. diagram", "Ctrl+1", State().Choice(Shows<DiagramType::SkewT>).Below()},
+    {"mnuOptions", "mnuEmagram", "Emagram", commands::ChooseDiagram<DiagramType::Emagram>,
+     "Similar to the Stuve diagram", "Ctrl+2", State().Choice(Shows<DiagramType::Emagram>)},
+    {"mnuOptions", "mnuTephigram", " Tephigram", commands::ChooseDiagram<DiagramType::Tephigram>,
+     "Popular European diagram", "Ctrl+3", State().Choice(Shows<DiagramType::Tephigram>)},
     {"mnuOptions", "mnuTables", "&Tables"},
-    {"mnuTables", "mnuSevere", "&Severe Weather Table", Command::SevereTable,
-     "Arrange the severe-weather table and its thresholds"},
-    {"mnuTables", "mnuClouds", "&Cloud Layer Table", Command::CloudTable,
-     "Enter the cloud layers of the sounding"},
-    {"", "mnuOFF", "Turn_Download_Timer_OFF", Command::DownloadTimerOff,
-     "Stop waiting for the hours of the batch", "", false, nullptr, TimerEntry},
-    {"", "mnuBeep", "Turn_Beeper_OFF", Command::BeeperOff, "Silence the alarm", "", false, nullptr,
-     BeeperEntry},
+    {"mnuTables", "mnuSevere", "&Severe Weather Table", Opens("SevereTable"),
+     "Arrange the severe-weather table and its thresholds", "",
+     State().Wants(NeedsSounding, "(severe weather table)")},
+    {"mnuTables", "mnuClouds", "&Cloud Layer Table", Opens("CloudEditor"),
+     "Enter the cloud layers of the sounding", "",
+     State().Wants(NeedsSounding, "(cloud layer table)")},
+    {"", "mnuOFF", "Turn_Download_Timer_OFF", Opens("TimerOff"),
+     "Stop waiting for the hours of the batch", "", State().Named(TimerEntry)},
+    {"", "mnuBeep", "Turn_Beeper_OFF", Opens("BeeperOff"), "Silence the alarm", "",
+     State().Named(BeeperEntry)},
     {"", "mnuHelp", "&Help"},
-    {"mnuHelp", "mnuMain", "&Main Menu", Command::HelpMain, "What each menu entry does"},
-    {"mnuHelp", "mnuContents", "&Contents", Command::HelpContents, "All topics of the help"},
-    {"mnuHelp", "mnuShortcut", "&Shortcut Keys", Command::HelpShortcuts,
+    {"mnuHelp", "mnuMain", "&Main Menu", Opens("HelpWindow", "main"), "What each menu entry does"},
+    {"mnuHelp", "mnuContents", "&Contents", Opens("HelpWindow", "contents"),
+     "All topics of the help"},
+    {"mnuHelp", "mnuShortcut", "&Shortcut Keys", Opens("HelpWindow", "keys"),
      "Every key that chooses something", "Ctrl+F1"},
-    {"mnuHelp", "mnuTechSpt", "&Technical Support", Command::HelpSupport,
-     "What to do when something goes wrong", "", true},
-    {"mnuHelp", "mnuVEXA", "&VEXA Program Web Site", Command::HelpWebSite,
+    {"mnuHelp", "mnuTechSpt", "&Technical Support", Opens("HelpWindow", "support"),
+     "What to do when something goes wrong", "", State().Below()},
+    {"mnuHelp", "mnuVEXA", "&VEXA Program Web Site", Opens("HelpWindow", "website"),
      "Where the program is at home"},
-    {"mnuHelp", "mnuUpdates", "VEXA Program &Updates", Command::HelpUpdates,
+    {"mnuHelp", "mnuUpdates", "VEXA Program &Updates", Opens("HelpWindow", "updates"),
      "How to get a newer version"},
-    {"", "mnuSpecial", "     > > >   STOP LOOP  < < <        (or press ESC)", Command::StopLoop,
-     "Stop the running loop", "", false, nullptr, StopLoopCaption},
+    {"", "mnuSpecial", "     > > >   STOP LOOP  < < <        (or press ESC)", StopLoop,
+     "Stop the running loop", "", State().Named(StopLoopCaption)},
 };
+
+MenuRow EntryOf(const DisplayRow& display) {
+  MenuRow row{
+      .In = "mnuDisplay",
+      .Name = display.Entry,
+      .Caption = display.Caption,
+      .Hint = display.Hint,
+      .Key = display.Key,
+      .State = {.IsSwitch = display.Toggles, .Needs = display.Needs, .Lacking = display.Lacking}};
+  row.Does.Display = display.Id;
+  row.Does.IsBuilt = display.Plot != nullptr;
+  return row;
+}
+
+constexpr std::string_view kDisplaysFollow = "mnuSounding";  // the entry that heads the displays
 
 }  // namespace
 
-std::span<const MenuRow> MenuTree() {
-  return kMenuTree;
+std::vector<MenuRow> MenuTree(std::span<const DisplayRow> displays) {
+  std::vector<MenuRow> tree;
+  for (const MenuRow& row : kMenuTree) {
+    tree.push_back(row);
+    for (const DisplayRow& display : displays) {
+      const std::string_view after = display.After.empty() ? kDisplaysFollow : display.After;
+      if (!display.Entry.empty() && after == row.Name) tree.push_back(EntryOf(display));
+    }
+  }
+  return tree;
+}
+
+const MenuRow* FindEntry(std::span<const MenuRow> tree, std::string_view name) {
+  const auto row = std::ranges::find(tree, name, &MenuRow::Name);
+  return row == tree.end() ? nullptr : &*row;
+}
+
+bool IsEnabled(const MenuRow& row, const Program& program) {
+  if (!row.Does.IsBuilt) return false;
+  return row.State.Needs == nullptr || row.State.Needs(program).empty();
+}
+
+std::optional<bool> IsChecked(const MenuRow& row, const Program& program) {
+  if (row.State.IsChecked != nullptr) return row.State.IsChecked(program);
+  if (row.State.IsSwitch) return program.Displays.IsUp(row.Does.Display);
+  return std::nullopt;
+}
+
+std::string HintOf(const MenuRow& row, const Program& program) {
+  if (!row.Does.IsBuilt || IsEnabled(row, program)) return std::string(row.Hint);
+  return std::string(row.State.Lacking) + " " + std::string(row.State.Needs(program));
 }
 
 }  // namespace vexa

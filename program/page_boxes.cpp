@@ -5,6 +5,7 @@
 #include "diagram/line_legend.h"
 #include "display/side_boxes.h"
 #include "hodograph/hodograph_plot.h"
+#include "program/hodograph_commands.h"
 
 namespace vexa {
 
@@ -13,11 +14,7 @@ std::vector<PageBox> PageBoxesOf(const Program& program, const Options& set) {
   std::vector<PageBox> boxes = display::PageBoxes({sounding, program.Results, set, program.Severe});
   boxes.push_back(diagram::LineLegendBox(set));
   if (!set.PlotHodo) return boxes;
-  auto hodograph = hodograph::HodographBox({.Sounding = sounding,
-                                            .Results = program.Results,
-                                            .Set = set,
-                                            .Window = program.Hodograph,
-                                            .Compared = program.Compared});
+  auto hodograph = hodograph::HodographBox(HodographOf(program, set));
   if (hodograph) boxes.push_back(std::move(*hodograph));
   return boxes;
 }

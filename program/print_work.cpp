@@ -14,7 +14,7 @@
 #include "core/user_file.h"
 #include "ingest/archive.h"
 #include "ingest/decoder.h"
-#include "program/print_displays.h"
+#include "program/displays.h"
 
 namespace vexa {
 namespace {
@@ -131,9 +131,21 @@ std::vector<std::string> ReadPrinterText(std::string_view text, PrintSetup& into
 
 }  // namespace
 
+Options PrintOptions(const Program& program, bool darkLines) {
+  Options set = program.Set;
+  set.Screen = ScreenColor::White;
+  if (darkLines) {
+    set.Darklines = true;
+    set.Scheme = ColorScheme::Darker;
+  }
+  return set;
+}
+
 std::vector<std::string_view> PrintableNames(const Program& program) {
   std::vector<std::string_view> names;
-  for (const PrintDisplay& there : PrintDisplays(program)) names.push_back(there.Name);
+  for (const DisplayRow& display : program.DisplayTable) {
+    if (LackOf(display, program).empty()) names.push_back(display.Id);
+  }
   for (const PrintText& text : kTexts) {
     if (text.IsThere(program)) names.push_back(text.Name);
   }
@@ -141,8 +153,8 @@ std::vector<std::string_view> PrintableNames(const Program& program) {
   return names;
 }
 
-std::vector<std::string_view> AllPrintableNames() {
-  std::vector<std::string_view> names = AllPrintDisplays();
+std::vector<std::string_view> AllPrintableNames(std::span<const DisplayRow> displays) {
+  std::vector<std::string_view> names = DisplayNames(displays);
   for (const PrintText& text : kTexts) names.push_back(text.Name);
   for (const ListingRow& row : output::Listings()) names.push_back(row.Name);
   return names;
@@ -152,14 +164,15 @@ std::vector<Picture> PagesToPrint(const Program& program, const PrintRequest& re
   const output::ListingSource from = SourceOf(program);
   const ListingLines header = output::PageHeader(from, request.Setup.Header);
   std::vector<Picture> pages;
-  for (const PrintDisplay& there : PrintDisplays(program)) {
-    if (there.Name != request.Display) continue;
+  const DisplayRow* display = FindDisplay(program.DisplayTable, request.Display);
+  if (display != nullptr && LackOf(*display, program).empty()) {
     ListingLines above = header;
-    if (!there.Heading.empty()) above.insert(above.begin(), std::string(there.Heading));
+    if (!display->Heading.empty()) above.insert(above.begin(), std::string(display->Heading));
     if (!request.Title.empty()) above.insert(above.begin(), request.Title);
     const Options set = PrintOptions(program, request.DarkLines);
-    pages.push_back(output::DisplayPage(
-        there.Draw(program, set, output::DisplayRoom(above, request.Setup)), above, request.Setup));
+    const Surface on = output::DisplayRoom(above, request.Setup);
+    pages.push_back(
+        output::DisplayPage(DrawDisplay(*display, program, on, set), above, request.Setup));
   }
   const auto add = [&pages](std::vector<Picture> more) {
     std::ranges::move(more, std::back_inserter(pages));

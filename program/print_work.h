@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -27,7 +28,10 @@ struct PrintRequest {
 std::vector<std::string_view> PrintableNames(const Program& program);
 
 /// All of them, those too that there is nothing of now.
-std::vector<std::string_view> AllPrintableNames();
+std::vector<std::string_view> AllPrintableNames(std::span<const DisplayRow> displays);
+
+/// The options under which a display is printed: on white paper, with dark lines where wanted.
+Options PrintOptions(const Program& program, bool darkLines);
 
 /// The pages of a print. A name of which there is nothing now gives no page.
 std::vector<Picture> PagesToPrint(const Program& program, const PrintRequest& request);

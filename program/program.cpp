@@ -1,5 +1,6 @@
 #include "program/program.h"
 
+#include <cassert>
 #include <utility>
 
 #include "core/data_checks.h"
@@ -7,9 +8,11 @@
 #include "core/numbers.h"
 #include "diagram/title_text.h"
 #include "program/commands.h"
+#include "program/displays.h"
 #include "program/edit_commands.h"
 #include "program/hodograph_commands.h"
 #include "program/listed_soundings.h"
+#include "program/menu.h"
 #include "program/settings_commands.h"
 #include "program/sounding_loop.h"
 #include "program/view_commands.h"
@@ -18,72 +21,6 @@ namespace vexa {
 namespace {
 
 constexpr std::string_view kProgramTitle = "VEXA  -  ";
-
-struct CommandRow {
-  Command Does;
-  Changes (*Run)(Program&);
-};
-
-Changes Exit(Program& program) {
-  program.Leaving = true;
-  return {};
-}
-
-Changes DrawAgain(Program& program) {
-  program.View.Cursor = {};
-  return {.View = true};
-}
-
-template <DiagramType type>
-Changes ChooseDiagram(Program& program) {
-  if (program.Set.Diagram == type) return {};
-  program.Set.Diagram = type;
-  return {.View = true};
-}
-
-template <bool Program::*Shows>
-Changes Toggle(Program& program) {
-  program.*Shows = !(program.*Shows);
-  return {};
-}
-
-constexpr CommandRow kCommands[] = {
-    {Command::Open, commands::DataAccess},
-    {Command::ExportData, commands::ExportData},
-    {Command::Exit, Exit},
-    {Command::Refresh, DrawAgain},
-    {Command::DiagramSkewT, ChooseDiagram<DiagramType::SkewT>},
-    {Command::DiagramEmagram, ChooseDiagram<DiagramType::Emagram>},
-    {Command::DiagramTephigram, ChooseDiagram<DiagramType::Tephigram>},
-    {Command::ConfigurationNone, commands::ChooseConfiguration<Configuration::None>},
-    {Command::ConfigurationFirst, commands::ChooseConfiguration<Configuration::First>},
-    {Command::ConfigurationSecond, commands::ChooseConfiguration<Configuration::Second>},
-    {Command::SettingsReport, commands::WriteReport},
-    {Command::AutoLoad, commands::AutoLoad},
-    {Command::Recent1, commands::OpenRecent<1>},
-    {Command::Recent2, commands::OpenRecent<2>},
-    {Command::Recent3, commands::OpenRecent<3>},
-    {Command::Recent4, commands::OpenRecent<4>},
-    {Command::Recent5, commands::OpenRecent<5>},
-    {Command::Hodograph, Toggle<&Program::ShowsHodograph>},
-    {Command::Hodogram, Toggle<&Program::ShowsHodogram>},
-    {Command::SaveAs, commands::SaveAs},
-    {Command::Filter, commands::FilterSounding},
-    {Command::Restore, commands::RestoreSounding},
-    {Command::Undo, commands::UndoEdit},
-    {Command::Redo, commands::RedoEdit},
-    {Command::SoundingDiagram, commands::ShowAlone},
-    {Command::UnZoom, commands::ZoomOutSizer},
-    {Command::Compare, commands::CompareAnother},
-    {Command::Overlay, commands::OverlaySeveral},
-    {Command::IsaSounding, commands::ToggleIsa},
-    {Command::ReferenceSounding, commands::ToggleReference},
-    {Command::PressHeights, commands::ToggleLine<&diagram::ExtraLines::PressHeights>},
-    {Command::HeightCorrection, commands::ToggleLine<&diagram::ExtraLines::HeightCorrection>},
-    {Command::ContrailLine, commands::ToggleLine<&diagram::ExtraLines::Contrail>},
-    {Command::SoaringLine, commands::ToggleLine<&diagram::ExtraLines::Soaring>},
-    {Command::StopLoop, StopLoop},
-};
 
 Progress ProgressOf(Program& program) {
   return program.Current.Ask == nullptr ? Progress() : Progress(*program.Current.Ask);
@@ -136,13 +73,21 @@ void TakePlot(Program& program, diagram::SoundingPlot plot) {
 
 }  // namespace
 
-Changes RunCommand(Program& program, Command command) {
-  for (const CommandRow& row : kCommands) {
-    if (row.Does == command) {
-      return Behind(program, "RunCommand", [&] { return row.Run(program); });
+Changes RunCommand(Program& program, const MenuRow& entry) {
+  return Behind(program, "RunCommand", [&]() -> Changes {
+    if (entry.Does.Run != nullptr) return entry.Does.Run(program);
+    if (const DisplayRow* display = FindDisplay(program.DisplayTable, entry.Does.Display)) {
+      OpenDisplay(program, *display);
     }
-  }
-  return {};
+    return {};
+  });
+}
+
+Changes RunCommand(Program& program, std::string_view entry) {
+  const std::vector<MenuRow> tree = MenuTree(program.DisplayTable);
+  const MenuRow* row = FindEntry(tree, entry);
+  assert(row != nullptr);
+  return row == nullptr ? Changes{} : RunCommand(program, *row);
 }
 
 bool Refresh(Program& program, Changes changes) {

@@ -8,7 +8,9 @@
 #include <filesystem>
 #include <functional>
 #include <optional>
+#include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "analysis/adiabat_table.h"
@@ -20,94 +22,13 @@
 #include "core/session_file.h"
 #include "core/station_list.h"
 #include "diagram/sounding_plot.h"
-#include "hodograph/comparison.h"
 #include "program/command_gate.h"
+#include "program/display_row.h"
 #include "program/view_state.h"
 #include "sounding/document.h"
 #include "sounding/sounding_set.h"
 
 namespace vexa {
-
-enum class Command {
-  None,
-  Open,
-  Exit,
-  ExportData,
-  PrintImage,  // these three by the window
-  SaveImage,
-  CopyImage,
-  Refresh,
-  DiagramSkewT,
-  DiagramEmagram,
-  DiagramTephigram,
-  Analyze,
-  SevereWeather,
-  WinterWeather,
-  LayerAnalyzer,
-  Soaring,
-  SevereTable,
-  DiagramOptions,  // the forms are opened by the window
-  ProgramOptions,
-  SystemOptions,
-  ConfigurationNone,
-  ConfigurationFirst,
-  ConfigurationSecond,
-  SettingsReport,
-  AutoLoad,
-  Recent1,
-  Recent2,
-  Recent3,
-  Recent4,
-  Recent5,
-  Hodograph,
-  Hodogram,
-  SoundingDiagram,
-  HelpMain,
-  HelpContents,
-  HelpShortcuts,
-  HelpSupport,
-  HelpWebSite,
-  HelpUpdates,
-  NotBuilt,     // entries of displays that this version lacks
-  NewSounding,  // the editors are opened by the window
-  EditDecoded,
-  EditSource,
-  EditEntireSource,
-  EditStations,
-  AddTemp,
-  AddWind,
-  CloudTable,
-  Properties,
-  SaveAs,
-  Filter,
-  Restore,
-  Undo,
-  Redo,
-  Zoom,  // the region is chosen in the window
-  UnZoom,
-  Compare,
-  Overlay,
-  IsaSounding,
-  ReferenceSounding,
-  PressHeights,
-  HeightCorrection,
-  ContrailLine,
-  SoaringLine,
-  LoopOptions,  // these three by the window
-  SurfaceParcel,
-  FourParcels,
-  StopLoop,
-  Listings,  // from here on by the window
-  PrintData,
-  PrintDecoded,
-  PrintSource,
-  ReportFolder,
-  Paste,
-  Download,
-  DownloadTimer,
-  DownloadTimerOff,
-  BeeperOff,
-};
 
 /// What a command changed, hence what is to be shown anew. Whether something is to be computed anew
 /// as well, the document knows.
@@ -139,11 +60,8 @@ struct Program {
 
   analysis::SevereTable Severe = analysis::DefaultSevereTable();
 
-  HodographSettings& Hodograph = Settings.Hodograph;
-  Hodogram3DSettings& Hodogram = Settings.Hodogram3D;
-  std::vector<hodograph::ComparedWinds> Compared{};  // hodographs kept for comparison
-  bool ShowsHodograph = false;                       // its window is up
-  bool ShowsHodogram = false;
+  std::span<const DisplayRow> DisplayTable = AllDisplays();
+  DisplayStates Displays{};  // whose windows are up, and what one display alone keeps
 
   SoundingSet Listed{};  // opened together, for stepping
   /// Asks which of a file's soundings to open, by their titles; none: the user cancels. Not set,
@@ -164,8 +82,13 @@ struct Program {
   CommandGate Gate{};
 };
 
-/// Carries out one command. While another runs nothing happens.
-Changes RunCommand(Program& program, Command command);
+struct MenuRow;
+
+/// Carries out a menu entry's own part: its function, or the state of its display. What it opens is
+/// opened by the window. While another command runs nothing happens.
+Changes RunCommand(Program& program, const MenuRow& entry);
+/// The same of an entry by its name.
+Changes RunCommand(Program& program, std::string_view entry);
 
 /// Computes and draws anew what the changes made stale. False while another command runs and when
 /// the user stopped the drawing: the picture before stays then.

@@ -89,7 +89,7 @@ std::optional<diagram::SoundingPlot> PlotShown(const Program& program, const Opt
   if (view.ShowsReference && view.Reference) input.Reference = &view.Reference->Record();
   if (view.Looping) input.LoopHoldTime = program.Set.System.MovieTime;
   if (view.LoopScale) input.Scale = &*view.LoopScale;
-  const FrontSettings& front = program.Hodograph.Front;
+  const FrontSettings& front = program.Settings.Hodograph.Front;
   for (const fronts::FrontZone& zone :
        fronts::FindFronts(input.Sounding, input.Results.Levels, front).Zones) {
     input.Fronts.push_back(
@@ -173,6 +173,11 @@ std::string CursorDataLabels(const Program& program, int level) {
 }
 
 namespace commands {
+
+Changes DrawAgain(Program& program) {
+  program.View.Cursor = {};
+  return {.View = true};
+}
 
 Changes ShowAlone(Program& program) {
   const bool looped = StopLoop(program).Any();

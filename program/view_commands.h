@@ -35,6 +35,16 @@ std::string CursorDataLabels(const Program& program, int level);
 
 namespace commands {
 
+/// Draws anew and takes the cursor away.
+Changes DrawAgain(Program& program);
+
+template <DiagramType kType>
+Changes ChooseDiagram(Program& program) {
+  if (program.Set.Diagram == kType) return {};
+  program.Set.Diagram = kType;
+  return {.View = true};
+}
+
 /// Back to one sounding: no comparison, no overlay, no loop.
 Changes ShowAlone(Program& program);
 Changes ZoomOutSizer(Program& program);

@@ -11,7 +11,7 @@
 #include "core/raw_file.h"
 #include "output/listings.h"
 #include "program/command_line.h"
-#include "program/print_displays.h"
+#include "program/displays.h"
 #include "report/json.h"
 #include "report/sounding_json.h"
 
@@ -60,7 +60,8 @@ std::string Versions(const ReportSource& from, const std::vector<ReportFile>& fi
 std::vector<ReportFile> FilesOf(const ReportSource& from) {
   const Program& program = from.In;
   const auto picture = [from](const char* extension) {
-    const Picture page = PrintDisplays(from.In).front().Draw(from.In, from.In.Set, ImageSurface(kWidthPx, kHeightPx));
+    const Picture page =
+        DrawDisplay(from.In.DisplayTable.front(), from.In, ImageSurface(kWidthPx, kHeightPx));
     return from.Writer.EncodePicture(page, extension, kWidthPx, kHeightPx);
   };
   std::vector<ReportFile> files = {
@@ -120,7 +121,7 @@ class NewFolders {
 // files of two reports.
 std::optional<Fault> WriteReport(const Program& program, const fs::path& folder,
                                  const ReportWriter& writer) {
-  if (PrintDisplays(program).empty()) {
+  if (!LackOf(program.DisplayTable.front(), program).empty()) {
     return Fault{kFaultUnusable, "WriteReport", "there is no sounding"};
   }
   const Outcome<std::string> source = ReadFile(program.Current.FilePath());

@@ -27,6 +27,7 @@
 #include "app/data_dump_window.h"
 #include "app/output_actions.h"
 #include "app/sounding_chooser.h"
+#include "app/sounding_window.h"
 #include "app/text_window.h"
 #include "app/window_interaction.h"
 #include "core/files.h"
@@ -94,6 +95,7 @@ class DataWindowsTest : public testing::Test {
   test::TemporaryFolder folder{};
   NamingUser user{};
   Program program{};
+  WindowInteraction quiet{program.Gate, WindowInteraction::Attendance::Unattended};
 };
 
 TEST_F(DataWindowsTest, ARangeOfFilesIsExportedAndRejectedOnesAreNamed) {
@@ -211,21 +213,18 @@ TEST_F(DataWindowsTest, TheDataTableSetsLevelsAndWindsSideBySide) {
 }
 
 TEST_F(DataWindowsTest, PrintedTextsOpenInAWindowOfTheirOwn) {
-  QWidget parent;
+  SoundingWindow parent(program, quiet);
   const std::string raw = WriteRaw(program.Current.Record);
   Write("x.RAW", raw);
   test::Show(program, SoundingRecord(program.Doc.Record()), folder.Path() / "x.RAW");
-  const std::pair<Command, const char*> cases[] = {{Command::PrintData, "PrintData"},
-                                                   {Command::PrintDecoded, "PrintDeCodedData"},
-                                                   {Command::PrintSource, "PrintDataFile"}};
-  for (const auto& [command, name] : cases) {
+  for (const char* name : {"PrintData", "PrintDeCodedData", "PrintDataFile"}) {
     SCOPED_TRACE(name);
-    EXPECT_TRUE(RunOutputCommand(program, command, &parent, {400, 300}));
+    EXPECT_TRUE(parent.Open(name));
     const auto* window = parent.findChild<TextWindow*>(name);
     ASSERT_NE(window, nullptr);
     EXPECT_GE(window->Pages().size(), 1u);
     EXPECT_FALSE(window->SaveAs(folder.Path() / "saved.txt"));
-    if (command != Command::PrintData) {
+    if (std::string_view(name) != "PrintData") {
       EXPECT_EQ(SourceText("a", Text("saved.txt")).Line(3), SourceText("b", raw).Line(3));
     }
   }
@@ -237,7 +236,7 @@ TEST_F(DataWindowsTest, TheReportFolderHoldsTheCase) {
   Write("x.RAW", raw);
   test::Show(program, SoundingRecord(program.Doc.Record()), folder.Path() / "x.RAW");
   user.Name = TextFromPath(folder.Path() / "case");
-  EXPECT_TRUE(RunOutputCommand(program, Command::ReportFolder, nullptr, {400, 300}));
+  SoundingWindow(program, quiet).Run("mnuReportFolder");
   EXPECT_TRUE(user.Asked.back().Folder.ends_with("x_report"));
   EXPECT_EQ(Text("case/source/x.RAW"), raw);
   EXPECT_NE(Text("case/versions.json").find("\"program\": \"vexa\""), std::string::npos);
@@ -269,11 +268,12 @@ TEST_F(DataWindowsTest, ImagesGetANameAndTheEndingOfTheChosenFilter) {
     }
   });
   clicks.start(10);
-  EXPECT_TRUE(RunOutputCommand(program, Command::SaveImage, nullptr, {400, 300}));
+  SoundingWindow window(program, quiet);
+  window.Run("mnuSave");
   EXPECT_TRUE(Text("14061619.BMP").starts_with("BM"));
   EXPECT_EQ(program.Settings.Window.ImageFolder, TextFromPath(folder.Path()));
   EXPECT_EQ(replaced, 0);
-  EXPECT_TRUE(RunOutputCommand(program, Command::SaveImage, nullptr, {400, 300}));
+  window.Run("mnuSave");
   EXPECT_EQ(replaced, 1) << "asks before a file is replaced";
   program.Doc.AskThrough(&user);
 }
@@ -378,7 +378,7 @@ TEST_F(DataWindowsTest, PastedTextOpensAsASounding) {
   DataWindows windows(program, nullptr, {.Changed = [&](Changes c) { changed = c; }});
   QApplication::clipboard()->setText(
       QString::fromStdString(ReadFile(test::TestData("wyoming_text.txt")).Value()));
-  EXPECT_TRUE(windows.Run(Command::Paste));
+  windows.Paste();
   EXPECT_TRUE(changed.Sounding);
   EXPECT_EQ(program.Current.FileName, "Pasted.txt");
   const std::string title = program.Current.Record.StationTitle;

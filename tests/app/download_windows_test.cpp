@@ -60,7 +60,7 @@ class DownloadWindowsTest : public testing::Test {
   }
   static std::string Caption(const char* name, const Program& program) {
     for (const MenuRow& row : MenuTree()) {
-      if (row.Name == name) return row.Shows(program);
+      if (row.Name == name) return row.State.Shows(program);
     }
     return "no entry";
   }

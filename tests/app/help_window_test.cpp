@@ -13,6 +13,7 @@
 
 #include "app/config_window.h"
 #include "app/diagram_view.h"
+#include "app/display_window.h"
 #include "app/sounding_window.h"
 #include "core/files.h"
 #include "core/raw_file.h"
@@ -78,7 +79,7 @@ TEST_F(HelpTest, F1OpensTheTopicOfWhatHasTheFocus) {
   Help()->close();
   QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 
-  window.ShowForm(*FindForm("Diagram"));
+  window.Open("Diagram");
   auto* form = window.findChild<QDialog*>("Diagram");
   ASSERT_NE(form, nullptr);
   auto* option = form->findChild<QWidget*>("Temp grid interval");
@@ -90,7 +91,7 @@ TEST_F(HelpTest, F1OpensTheTopicOfWhatHasTheFocus) {
 }
 
 TEST_F(HelpTest, SearchKeepsTheTopicsThatHaveTheWords) {
-  window.Run(Command::HelpContents);
+  window.Run("mnuContents");
   auto* list = Help()->findChild<QListWidget*>("HelpTopics");
   Help()->findChild<QLineEdit*>("HelpSearch")->setText("miller 1972");
   EXPECT_EQ(Topic(), "Every index explained");
@@ -105,9 +106,9 @@ TEST_F(HelpTest, DisplaysComeBackAtTheNextStart) {
   const auto path = folder.Path() / "a.RAW";
   ASSERT_FALSE(SaveFile(path, WriteRaw(test::ReferenceConvective())));
   window.OpenFiles({path});
-  window.Run(Command::SevereWeather);
-  window.Run(Command::Analyze);
-  window.Run(Command::Hodograph);
+  window.Run("mnuSevereWx");
+  window.Run("mnuAnalyze");
+  window.Run("mnuHodograph");
   window.close();
   EXPECT_EQ(ReadList(folder.Path(), kAnalysisMemory),
             (std::vector<std::string>{"InfoPanel", "SvrWx", "Hodograph"}));
@@ -119,9 +120,9 @@ TEST_F(HelpTest, DisplaysComeBackAtTheNextStart) {
   again.show();
   again.OpenFiles({path});
   again.RestoreDisplays();
-  EXPECT_TRUE(next.ShowsHodograph);
-  ASSERT_NE(again.findChild<QDialog*>("SvrWx"), nullptr);
-  EXPECT_TRUE(again.findChild<QDialog*>("SvrWx")->isVisible());
+  EXPECT_TRUE(next.Displays.IsUp("Hodograph"));
+  ASSERT_NE(again.Display("SvrWx"), nullptr);
+  EXPECT_TRUE(again.Display("SvrWx")->isVisible());
 }
 
 }  // namespace

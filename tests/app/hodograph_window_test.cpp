@@ -16,12 +16,12 @@
 
 #include "analysis/index_table.h"
 #include "app/drag_view.h"
-#include "app/hodogram_window.h"
 #include "app/sounding_window.h"
 #include "config/settings_store.h"
 #include "core/files.h"
 #include "core/raw_file.h"
 #include "picture/stroke.h"
+#include "program/hodograph_commands.h"
 #include "program/settings_commands.h"
 #include "support/soundings.h"
 
@@ -43,6 +43,10 @@ class DisplayTest : public testing::Test {
   }
   void Choose(const char* entry) { window.findChild<QAction*>(entry)->trigger(); }
   void Press(QWidget* in, const char* button) { in->findChild<QPushButton*>(button)->click(); }
+
+  static HodographWindow& HodographIn(SoundingWindow& of) {
+    return dynamic_cast<HodographWindow&>(*of.Display("Hodograph"));
+  }
 
   static QPointF Place(const DragView& view, const Picture& page, Point at) {
     const PageFit fit =
@@ -66,24 +70,24 @@ class DisplayTest : public testing::Test {
 TEST_F(DisplayTest, CheckMarkTellsWhetherTheWindowIsUp) {
   auto* entry = window.findChild<QAction*>("mnuHodograph");
   Choose("mnuHodograph");
-  ASSERT_NE(window.Hodograph(), nullptr);
-  EXPECT_TRUE(window.Hodograph()->isVisible());
+  ASSERT_NE(window.Display("Hodograph"), nullptr);
+  EXPECT_TRUE(window.Display("Hodograph")->isVisible());
   EXPECT_TRUE(entry->isChecked());
   Choose("mnuHodogram");  // both may be up
   EXPECT_TRUE(entry->isChecked());
-  window.Hodograph()->close();
+  window.Display("Hodograph")->close();
   EXPECT_FALSE(entry->isChecked());
-  EXPECT_FALSE(program.ShowsHodograph);
+  EXPECT_FALSE(program.Displays.IsUp("Hodograph"));
   Choose("mnuHodograph");
-  EXPECT_TRUE(window.Hodograph()->isVisible());
+  EXPECT_TRUE(window.Display("Hodograph")->isVisible());
   Choose("mnuHodograph");
-  EXPECT_FALSE(window.Hodograph()->isVisible());
+  EXPECT_FALSE(window.Display("Hodograph")->isVisible());
   EXPECT_FALSE(entry->isChecked());
 }
 
 TEST_F(DisplayTest, EverythingFollowsTheStormVectorWhileItIsDragged) {
   Choose("mnuHodograph");
-  HodographWindow& hodograph = *window.Hodograph();
+  HodographWindow& hodograph = HodographIn(window);
   QApplication::processEvents();
   ASSERT_TRUE(hodograph.Plot().Storm);
   const hodograph::HodographMapping at = hodograph.Plot().Mapping;
@@ -148,7 +152,7 @@ TEST_F(DisplayTest, EverythingFollowsTheStormVectorWhileItIsDragged) {
 
 TEST_F(DisplayTest, AWindIsDraggedAsOneEditButNotInTheStormsFrame) {
   Choose("mnuHodograph");
-  HodographWindow& hodograph = *window.Hodograph();
+  HodographWindow& hodograph = HodographIn(window);
   QApplication::processEvents();
   const SoundingRecord before = program.Current.Record;
   const auto drag = [&](int level, const analysis::WindVector& to) {
@@ -175,7 +179,7 @@ TEST_F(DisplayTest, AWindIsDraggedAsOneEditButNotInTheStormsFrame) {
   EXPECT_EQ(program.Current.Record, before);
   window.Show({.Sounding = true});
 
-  program.Hodograph.Frame = HodoOrigin::Storm;
+  program.Settings.Hodograph.Frame = HodoOrigin::Storm;
   window.Show({.View = true});
   drag(9, to);
   EXPECT_EQ(program.Current.Record, before);
@@ -186,7 +190,7 @@ TEST_F(DisplayTest, AWindIsDraggedAsOneEditButNotInTheStormsFrame) {
 TEST_F(DisplayTest, ControlsOfThePlotOutlastTheProgram) {
   Choose("mnuHodograph");
   Choose("mnuHodogram");
-  HodographWindow& hodograph = *window.Hodograph();
+  HodographWindow& hodograph = HodographIn(window);
   const auto count = [&](std::string_view tag) {
     return std::ranges::count_if(hodograph.Plot().Page.Items(),
                                  [&](const Item& item) { return item.Tag == tag; });
@@ -225,17 +229,17 @@ TEST_F(DisplayTest, ControlsOfThePlotOutlastTheProgram) {
   choose("cboCompare", 1);
   hodograph.findChild<QDoubleSpinBox*>("txtLimit")->setValue(130);
   Press(&hodograph, "cmdInvert");
-  Press(window.Hodogram(), "cmdLeft");
-  Press(window.Hodogram(), "cmdUp");
-  window.Hodogram()->findChild<QCheckBox*>("chkNorth")->click();
+  Press(window.Display("Hodogram3D"), "cmdLeft");
+  Press(window.Display("Hodogram3D"), "cmdUp");
+  window.Display("Hodogram3D")->findChild<QCheckBox*>("chkNorth")->click();
   window.close();
 
   SettingsStore again;
   std::vector<std::string> notes;
   LoadSettings(folder.Path(), again, notes);
   EXPECT_TRUE(notes.empty());
-  EXPECT_EQ(again.Hodograph, program.Hodograph);
-  EXPECT_EQ(again.Hodogram3D, program.Hodogram);
+  EXPECT_EQ(again.Hodograph, program.Settings.Hodograph);
+  EXPECT_EQ(again.Hodogram3D, program.Settings.Hodogram3D);
   EXPECT_EQ(again.Set.HodoDepthMode, HodoDepth::Limit);
   EXPECT_EQ(again.Set.HodoDepthLimitKm, 4.5);
   EXPECT_EQ(again.Set.ManualMotionSpd, program.Set.ManualMotionSpd);
@@ -250,7 +254,7 @@ TEST_F(DisplayTest, ControlsOfThePlotOutlastTheProgram) {
 TEST_F(DisplayTest, EnteredSpeedsAreInTheShownUnitAndHoldOutlastsTheSounding) {
   program.Set.Speed = SpeedUnits::MetersPerSecond;
   Choose("mnuHodograph");
-  HodographWindow& hodograph = *window.Hodograph();
+  HodographWindow& hodograph = HodographIn(window);
   hodograph.findChild<QDoubleSpinBox*>("txtSpeed")->setValue(20);
   EXPECT_NEAR(program.Set.ManualMotionSpd, 38.88, 0.01);  // 20 / 0.5144
   EXPECT_EQ(program.Set.MotionMode, Scaling::Manual);
@@ -261,7 +265,7 @@ TEST_F(DisplayTest, EnteredSpeedsAreInTheShownUnitAndHoldOutlastsTheSounding) {
   auto* limit = hodograph.findChild<QDoubleSpinBox*>("txtLimit");
   EXPECT_EQ(limit->text(), "51 m/s");  // 100 kt
   limit->setValue(30);
-  EXPECT_NEAR(program.Hodograph.RingLimit, 58.32, 0.01);
+  EXPECT_NEAR(program.Settings.Hodograph.RingLimit, 58.32, 0.01);
   EXPECT_EQ(limit->text(), "30 m/s");
 
   auto* hold = hodograph.findChild<QCheckBox*>("chkHold");
@@ -270,12 +274,12 @@ TEST_F(DisplayTest, EnteredSpeedsAreInTheShownUnitAndHoldOutlastsTheSounding) {
   EXPECT_NEAR(analysis::FromComponents(program.Results.Storm.Chosen()->Motion).Spd, 38.88, 0.01);
   hold->click();
   EXPECT_EQ(program.Set.MotionMode, Scaling::Auto);
-  EXPECT_FALSE(program.Hodograph.Hold);
+  EXPECT_FALSE(program.Settings.Hodograph.Hold);
 }
 
 TEST_F(DisplayTest, TableInvertsAndComparisonsAreKept) {
   Choose("mnuHodograph");
-  HodographWindow& hodograph = *window.Hodograph();
+  HodographWindow& hodograph = HodographIn(window);
   auto* table = hodograph.findChild<QPlainTextEdit*>("WindTable");
   const QStringList upward = table->toPlainText().trimmed().split('\n');
   Press(&hodograph, "cmdInvert");
@@ -283,25 +287,25 @@ TEST_F(DisplayTest, TableInvertsAndComparisonsAreKept) {
   ASSERT_EQ(upward.size(), 17);  // two lines above 15 winds
   EXPECT_EQ(upward[2], downward.back());
   Press(&hodograph, "cmdCompare2");
-  ASSERT_EQ(program.Compared.size(), 1u);
-  EXPECT_EQ(program.Compared[0].Slot, 2);
+  ASSERT_EQ(program.Displays.Of<HodographState>().Compared.size(), 1u);
+  EXPECT_EQ(program.Displays.Of<HodographState>().Compared[0].Slot, 2);
   Press(&hodograph, "cmdEmpty2");
-  EXPECT_TRUE(program.Compared.empty());
+  EXPECT_TRUE(program.Displays.Of<HodographState>().Compared.empty());
   EXPECT_TRUE(std::filesystem::exists(folder.Path() / "VEXAcalculations" / "HodoText.dat"));
   EXPECT_TRUE(interaction.Kept().empty());
 }
 
 TEST_F(DisplayTest, ButtonsKeysAndTheTimerTurnTheTrajectory) {
   Choose("mnuHodogram");
-  HodogramWindow& hodogram = *window.Hodogram();
-  const Hodogram3DSettings start = program.Hodogram;
+  DisplayWindow& hodogram = *window.Display("Hodogram3D");
+  const Hodogram3DSettings start = program.Settings.Hodogram3D;
   Press(&hodogram, "cmdRight");
   Press(&hodogram, "cmdUp");
-  EXPECT_EQ(program.Hodogram.Azimuth, start.Azimuth + start.Step);
-  EXPECT_EQ(program.Hodogram.Tilt, start.Tilt + start.Step);
+  EXPECT_EQ(program.Settings.Hodogram3D.Azimuth, start.Azimuth + start.Step);
+  EXPECT_EQ(program.Settings.Hodogram3D.Tilt, start.Tilt + start.Step);
   QKeyEvent key(QEvent::KeyPress, Qt::Key_Left, Qt::NoModifier);
   QApplication::sendEvent(&hodogram.View(), &key);
-  EXPECT_EQ(program.Hodogram.Azimuth, start.Azimuth);
+  EXPECT_EQ(program.Settings.Hodogram3D.Azimuth, start.Azimuth);
 
   auto* rotate = hodogram.findChild<QPushButton*>("cmdRotate");
   rotate->click();
@@ -311,10 +315,10 @@ TEST_F(DisplayTest, ButtonsKeysAndTheTimerTurnTheTrajectory) {
     timer.start();
     return timer;
   }();
-  while (program.Hodogram.Azimuth == start.Azimuth && since.elapsed() < 5000) {
+  while (program.Settings.Hodogram3D.Azimuth == start.Azimuth && since.elapsed() < 5000) {
     QApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
   }
-  EXPECT_NE(program.Hodogram.Azimuth, start.Azimuth);
+  EXPECT_NE(program.Settings.Hodogram3D.Azimuth, start.Azimuth);
   rotate->click();
   EXPECT_EQ(rotate->text(), "rotate");
 }

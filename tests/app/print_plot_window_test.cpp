@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "app/output_actions.h"
+#include "app/sounding_window.h"
 #include "core/files.h"
 #include "output/paint/paint.h"
 #include "output/paint/print.h"
@@ -156,10 +157,11 @@ TEST_F(PrintPlotTest, APrinterThatRefusesThePaperIsNamed) {
 }
 
 TEST_F(PrintPlotTest, CopyingTellsTheUser) {
+  WindowInteraction interaction(program.Gate, WindowInteraction::Attendance::Unattended);
   user.Expect("VEXA", Answer::Ok);
-  EXPECT_TRUE(RunOutputCommand(program, Command::CopyImage, nullptr, {400, 300}));
+  SoundingWindow window(program, interaction);
+  window.Run("mnuCopy");
   EXPECT_EQ(user.Boxes.back().Text, "Image has been saved to your ClipBoard");
-  EXPECT_FALSE(RunOutputCommand(program, Command::Refresh, nullptr, {400, 300}));
 }
 
 }  // namespace

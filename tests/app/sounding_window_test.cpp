@@ -187,9 +187,9 @@ TEST_F(WindowTest, WindowsOfDataOpenFromTheMenuAndFollow) {
   const QString before = complete->toPlainText();
   window.OpenFiles({Saved("b.RAW", test::ReferenceConvective())});
   EXPECT_NE(complete->toPlainText(), before);
-  window.Run(Command::Hodograph);
-  ASSERT_NE(window.Hodograph(), nullptr);
-  EXPECT_NE(window.Hodograph()->findChild<QAction*>("mnuSavePicture"), nullptr);
+  window.Run("mnuHodograph");
+  ASSERT_NE(window.Display("Hodograph"), nullptr);
+  EXPECT_NE(window.Display("Hodograph")->findChild<QAction*>("mnuSavePicture"), nullptr);
 }
 
 TEST_F(WindowTest, PointerAndKeysReadTheDiagram) {
@@ -276,7 +276,7 @@ TEST_F(WindowTest, ClosingWaitsForTheRunningCommand) {
   {
     const auto pass = program.Gate.Enter();
     EXPECT_FALSE(window.close());
-    window.Run(Command::DiagramEmagram);
+    window.Run("mnuEmagram");
     EXPECT_EQ(program.Set.Diagram, DiagramType::SkewT);
     EXPECT_TRUE(window.isVisible());
   }

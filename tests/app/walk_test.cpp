@@ -34,6 +34,7 @@
 #include "app/diagram_view.h"
 #include "app/screenshot.h"
 #include "app/sounding_window.h"
+#include "app/window_table.h"
 #include "core/files.h"
 #include "core/raw_file.h"
 #include "picture/picture.h"
@@ -101,7 +102,7 @@ struct Desk {
       edited.Temp(3) += warmer;
       window.Show(AdoptEdit(program, std::move(edited)));
     }
-    window.Run(Command::Undo);
+    window.Run("mnuUndo");
     const Rect& frame = program.Plot->Mapping.Frame();
     window.Show(ZoomBy(program, {(frame.Left + frame.Right) / 2, frame.Bottom - 900}, 2));
     program.Settings.Window.RecentFiles.fill(user.Other);
@@ -172,6 +173,7 @@ std::string Seen(const Desk& desk, const QWidget* opened) {
          std::to_string(QApplication::clipboard()->mimeData()->formats().size());
 }
 
+constexpr std::string_view kExit = "mnuExit";
 // Shown only while a loop, a timer or the beeper runs; their own tests press them.
 const std::set<std::string_view> kHiddenNow = {"mnuSpecial", "mnuOFF", "mnuBeep"};
 // What these do looks the same when there is nothing to mend: the picture that is there already.
@@ -180,16 +182,16 @@ const std::set<std::string_view> kNothingToSee = {"mnuRefreshed", "mnuSounding",
 
 TEST(Walk, EveryEntryDoesItsWorkOnASounding) {
   for (const MenuRow& row : MenuTree()) {
-    if (row.Does == Command::None || kHiddenNow.contains(row.Name)) continue;
+    if (row.Does.IsMenu() || kHiddenNow.contains(row.Name)) continue;
     SCOPED_TRACE(row.Name);
     Desk desk;
     desk.Load();
     auto* entry = desk.window.findChild<QAction*>(QString::fromUtf8(row.Name.data()));
     ASSERT_NE(entry, nullptr);
     EXPECT_TRUE(entry->isVisible());
-    EXPECT_EQ(entry->isEnabled(), row.Does != Command::NotBuilt);
+    EXPECT_EQ(entry->isEnabled(), row.Does.IsBuilt);
     EXPECT_EQ(entry->toolTip(), entry->statusTip());
-    if (row.Does == Command::NotBuilt) {
+    if (!row.Does.IsBuilt) {
       EXPECT_TRUE(entry->statusTip().startsWith("Not in this version: "));
       continue;
     }
@@ -199,8 +201,8 @@ TEST(Walk, EveryEntryDoesItsWorkOnASounding) {
         desk, [&] { entry->trigger(); },
         [&](const QWidget* opened) { after = Seen(desk, opened); });
     EXPECT_TRUE(desk.program.Gate.IsOpen());
-    EXPECT_EQ(desk.window.isVisible(), row.Does != Command::Exit);
-    if (row.Does == Command::Exit || kNothingToSee.contains(row.Name)) continue;
+    EXPECT_EQ(desk.window.isVisible(), row.Name != kExit);
+    if (row.Name == kExit || kNothingToSee.contains(row.Name)) continue;
     EXPECT_NE(after, before);
   }
 }
@@ -209,7 +211,7 @@ TEST(Walk, EveryEntryDoesItsWorkOnASounding) {
 TEST(Walk, EveryCommandRunsWithoutASounding) {
   Desk desk;
   for (const MenuRow& row : MenuTree()) {
-    if (row.Does == Command::None || row.Does == Command::Exit) continue;
+    if (row.Does.IsMenu() || row.Name == kExit) continue;
     SCOPED_TRACE(row.Name);
     const auto* entry = desk.window.findChild<QAction*>(QString::fromUtf8(row.Name.data()));
     if (entry->isVisible() && !entry->isEnabled()) {
@@ -221,7 +223,7 @@ TEST(Walk, EveryCommandRunsWithoutASounding) {
     desk.user.Other = {};  // nothing may be loaded on the way
     QApplication::clipboard()->clear();
     Opening(
-        desk, [&] { desk.window.Run(row.Does); }, [](QWidget*) {});
+        desk, [&] { desk.window.Run(row.Name); }, [](QWidget*) {});
     EXPECT_TRUE(desk.program.Gate.IsOpen());
     EXPECT_TRUE(desk.window.isVisible());
     ASSERT_TRUE(desk.program.Plot);
@@ -267,14 +269,14 @@ TEST(Walk, ClicksAndTicksDuringARedrawChangeNothingAndBreakNothing) {
   // The same redraw on a second desk, left in peace.
   Desk quiet;
   quiet.Load();
-  quiet.window.Run(Command::DiagramEmagram);
+  quiet.window.Run("mnuEmagram");
 
   int yields = 0;
   desk.user.OnYield = [&] {
     ++yields;
     disturb();
   };
-  desk.window.Run(Command::DiagramEmagram);
+  desk.window.Run("mnuEmagram");
   desk.user.OnYield = {};
   EXPECT_GE(yields, 3);
   EXPECT_EQ(ToSvg(desk.program.Plot->Page, 800, 600), ToSvg(quiet.program.Plot->Page, 800, 600));
@@ -365,11 +367,10 @@ class EveryWindow : public testing::TestWithParam<std::string_view> {
   // The window of that name, opened over a loaded sounding; a panel stands in the main window.
   void Open(const std::function<void(QWidget&)>& look) {
     desk.Load();
-    const Command opens = CommandToShow(GetParam());
-    ASSERT_NE(opens, Command::None);
+    ASSERT_TRUE(CanShow(desk.program, GetParam()));
     bool looked = false;
     Opening(
-        desk, [&] { desk.window.Run(opens); },
+        desk, [&] { EXPECT_TRUE(desk.window.Open(GetParam())); },
         [&](QWidget* opened) {
           looked = true;
           look(opened == nullptr ? desk.window : *opened);
@@ -470,7 +471,7 @@ TEST_P(EveryWindow, HasATopicThatF1Opens) {
 
 // All but those that only another window opens.
 std::vector<std::string_view> NamesToOpen() {
-  std::vector<std::string_view> names = WindowNames();
+  std::vector<std::string_view> names = WindowNames(AllDisplays());
   std::erase_if(names, [](std::string_view name) {
     return name == kChooserName || name == "DataDumpOptions";
   });

@@ -101,16 +101,16 @@ TEST_F(EditCommands, EditsAreUndoneRestoredAndWrittenOnlyOnSaving) {
   EXPECT_EQ(program.Doc.History().UndoText(), "Undo delete level 2");
   EXPECT_EQ(LevelsIn(path), count);
 
-  EXPECT_TRUE(RunCommand(program, Command::Undo).Sounding);
+  EXPECT_TRUE(RunCommand(program, "mnuUndo").Sounding);
   EXPECT_EQ(program.Doc.History().RedoText(), "Redo delete level 2");
-  EXPECT_TRUE(RunCommand(program, Command::Restore).Sounding);
+  EXPECT_TRUE(RunCommand(program, "mnuRestore").Sounding);
   EXPECT_FALSE(program.Doc.IsAltered());
   EXPECT_EQ(program.Current.Record, loaded);
-  EXPECT_TRUE(RunCommand(program, Command::Undo).Sounding);
+  EXPECT_TRUE(RunCommand(program, "mnuUndo").Sounding);
   EXPECT_EQ(program.Current.Record.NumTempLevels(), count - 1);
 
   user.Name = TextFromPath(folder.Path() / "b");
-  EXPECT_TRUE(RunCommand(program, Command::SaveAs).Any());
+  EXPECT_TRUE(RunCommand(program, "mnuSaveAs").Any());
   EXPECT_EQ(LevelsIn(folder.Path() / "b.RAW"), count - 1);
   EXPECT_EQ(LevelsIn(path), count);
   EXPECT_FALSE(program.Doc.History().IsChanged());
@@ -125,7 +125,7 @@ TEST_F(EditCommands, AListingIsNeverWrittenOver) {
   DeleteLevel(2);
   user.Name = TextFromPath(path);
   user.Expect("VEXA", Answer::Ok);
-  EXPECT_FALSE(RunCommand(program, Command::SaveAs).Any());
+  EXPECT_FALSE(RunCommand(program, "mnuSaveAs").Any());
   // Nor on leaving: a name is asked for, and without one the program stays.
   user.Expect("Exit VEXA . . .", Answer::Yes);
   user.Expect("VEXA", Answer::Ok);
@@ -137,7 +137,7 @@ TEST_F(EditCommands, AListingIsNeverWrittenOver) {
   Native("old.RAW");
   user.Name = TextFromPath(folder.Path() / "old");
   user.Expect("VEXA", Answer::No);
-  EXPECT_FALSE(RunCommand(program, Command::SaveAs).Any());
+  EXPECT_FALSE(RunCommand(program, "mnuSaveAs").Any());
   EXPECT_NE(user.Boxes.back().Text.find("already exists."), std::string::npos);
   EXPECT_TRUE(program.Doc.History().IsChanged());
 }
@@ -208,7 +208,7 @@ TEST_F(EditCommands, AFaultAfterALoadIsCorrectedOrTheSoundingStays) {
 TEST_F(EditCommands, TheFilterThinsHighDensityOnly) {
   test::Show(program, test::ReferenceWinter());
   user.Expect("Filter Sounding Data", Answer::Ok);
-  EXPECT_FALSE(RunCommand(program, Command::Filter).Any());
+  EXPECT_FALSE(RunCommand(program, "mnuFilter").Any());
   EXPECT_EQ(user.Boxes.back().Text,
             "This is a non-high-density sounding and does not typically need to be filtered.");
 
@@ -216,14 +216,14 @@ TEST_F(EditCommands, TheFilterThinsHighDensityOnly) {
   for (int i = 0; i < 900; ++i) dense.AddTemp(1000 - i, 20 - 0.06 * i, 10 - 0.06 * i);
   test::Show(program, dense);
   user.Expect("Filter Sounding Data", Answer::Ok);
-  EXPECT_TRUE(RunCommand(program, Command::Filter).Sounding);
+  EXPECT_TRUE(RunCommand(program, "mnuFilter").Sounding);
   EXPECT_LT(program.Current.Record.NumTempLevels(), 450);
   EXPECT_EQ(user.Statuses.back(), "Standby while data is being filtered . . .");
   EXPECT_NE(user.Boxes.back().Text.find("Use the Restore command to automatically retrieve the "
                                         "original sounding data."),
             std::string::npos);
   EXPECT_EQ(program.Doc.History().UndoText(), "Undo filter");
-  EXPECT_TRUE(RunCommand(program, Command::Restore).Sounding);
+  EXPECT_TRUE(RunCommand(program, "mnuRestore").Sounding);
   EXPECT_EQ(program.Current.Record, dense);
 }
 

@@ -7,6 +7,7 @@
 
 #include "core/numbers.h"
 #include "core/raw_file.h"
+#include "program/commands.h"
 #include "program/program.h"
 #include "support/document.h"
 #include "support/soundings.h"
@@ -186,11 +187,11 @@ TEST_F(ExportBatchTest, TheCommandWritesTheSoundingInWork) {
   Program program;
   program.Doc.AskThrough(&user);
   test::Show(program, test::ReferenceConvective());
-  RunCommand(program, Command::ExportData);
+  commands::ExportData(program);
   EXPECT_EQ(program.Current.StatusText, "cancel");
   EXPECT_TRUE(user.Boxes.empty());
   user.Name = TextFromPath(folder_.Path() / "one.txt");
-  RunCommand(program, Command::ExportData);
+  commands::ExportData(program);
   ASSERT_EQ(user.Boxes.size(), 1u);
   EXPECT_EQ(user.Boxes[0].Text, "File one.txt has been created\nwith 1 sounding processed.");
   // The same bytes as a batch of that sounding alone.
@@ -202,7 +203,7 @@ TEST_F(ExportBatchTest, TheCommandWritesTheSoundingInWork) {
   bad.Dewpt(3) = 60;
   program.Doc.Adopt(std::move(bad), "edit");
   std::filesystem::remove(folder_.Path() / "one.txt");
-  RunCommand(program, Command::ExportData);
+  commands::ExportData(program);
   EXPECT_EQ(Text("one.txt"), "no file") << "a bad sounding is not written";
 }
 

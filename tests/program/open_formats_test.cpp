@@ -104,7 +104,7 @@ TEST_F(OpenFormats, WindsAloneHaveADiagramAndAHodograph) {
     EXPECT_FALSE(IsEnabled(row, program));
     EXPECT_EQ(HintOf(row, program), "(severe weather) needs a sounding with temperatures");
   }
-  const hodograph::HodographPlot plot = hodograph::PlotHodograph(HodographOf(program));
+  const hodograph::HodographPlot plot = hodograph::PlotHodograph(HodographOf(program, program.Set));
   EXPECT_FALSE(plot.Page.Items().empty());
 }
 

@@ -9,7 +9,7 @@
 #include "config/catalogue.h"
 #include "core/numbers.h"
 #include "output/listings.h"
-#include "program/print_displays.h"
+#include "program/displays.h"
 #include "program/program.h"
 #include "program/readout.h"
 #include "support/document.h"
@@ -148,8 +148,9 @@ std::string Told(const SoundingRecord& sounding, const Options& set) {
   for (const output::ListingRow& row : output::Listings()) {
     for (const std::string& line : row.Make(from)) text += line + '\n';
   }
-  for (const PrintDisplay& display : PrintDisplays(program)) {
-    text += ToSvg(display.Draw(program, set, ImageSurface(800, 600)), 800, 600);
+  for (const DisplayRow& display : program.DisplayTable) {
+    if (!LackOf(display, program).empty()) continue;
+    text += ToSvg(DrawDisplay(display, program, ImageSurface(800, 600), set), 800, 600);
   }
   return text;
 }

@@ -60,7 +60,7 @@ class ProgramTest : public testing::Test {
 
 TEST_F(ProgramTest, OpenLoadsAnalysesAndDraws) {
   user.Chosen = {TextFromPath(Saved("a.RAW", test::ReferenceConvective()))};
-  const Changes changes = RunCommand(program, Command::Open);
+  const Changes changes = RunCommand(program, "mnuOpen");
   EXPECT_EQ(changes, (Changes{.Sounding = true}));
   EXPECT_NE(user.Asked.Filter.find("*.RAW"), std::string::npos);
   EXPECT_EQ(program.Current.Record.NumTempLevels(), 27);
@@ -75,7 +75,7 @@ TEST_F(ProgramTest, OpenLoadsAnalysesAndDraws) {
   EXPECT_TRUE(program.Gate.IsOpen());
 
   user.Chosen.clear();  // cancelled
-  EXPECT_FALSE(RunCommand(program, Command::Open).Any());
+  EXPECT_FALSE(RunCommand(program, "mnuOpen").Any());
   EXPECT_EQ(program.Current.Record.NumTempLevels(), 27);
 }
 
@@ -141,7 +141,7 @@ TEST_F(ProgramTest, ARunningDrawingRefusesCommandsAndCanBeStopped) {
   int yields = 0;
   user.OnYield = [&] {
     ++yields;
-    EXPECT_FALSE(RunCommand(program, Command::DiagramEmagram).Any());
+    EXPECT_FALSE(RunCommand(program, "mnuEmagram").Any());
     EXPECT_FALSE(OpenSoundings(program, {folder.Path() / "absent.RAW"}).Any());
     EXPECT_FALSE(Refresh(program, {.View = true}));
     return true;
@@ -152,7 +152,7 @@ TEST_F(ProgramTest, ARunningDrawingRefusesCommandsAndCanBeStopped) {
 
   // A stopped one leaves the picture that was there.
   user.OnYield = [] { return false; };
-  EXPECT_TRUE(RunCommand(program, Command::DiagramTephigram).View);
+  EXPECT_TRUE(RunCommand(program, "mnuTephigram").View);
   EXPECT_FALSE(Refresh(program, {.View = true}));
   EXPECT_EQ(program.Plot->Mapping.Type(), DiagramType::SkewT);
   EXPECT_EQ(program.Plot->Page.Items().size(), items);
@@ -239,7 +239,7 @@ TEST(MenuTree, IsATreeOfDistinctNames) {
     EXPECT_TRUE(row.In.empty() || menus.contains(row.In)) << "stands ahead of its menu";
     EXPECT_TRUE(names.insert(row.Name).second);
     EXPECT_FALSE(row.Caption.empty());
-    if (row.Does == Command::None) menus.insert(row.Name);
+    if (row.Does.IsMenu()) menus.insert(row.Name);
     if (!row.Key.empty()) {
       EXPECT_TRUE(keys.insert(row.Key).second);
     }
@@ -255,7 +255,7 @@ TEST_F(ProgramTest, TheFileDialogFollowsItsOptions) {
   user.Chosen = {TextFromPath(Saved("a.RAW", longer)),
                  TextFromPath(Saved("c.RAW", test::ReferenceConvective())),
                  TextFromPath(Saved("b.TXT", test::ReferenceConvective()))};
-  RunCommand(program, Command::Open);
+  RunCommand(program, "mnuOpen");
   EXPECT_EQ(user.Asked.Folder, TextFromPath(data));  // nothing was open
   EXPECT_EQ(user.Asked.FilterIndex, 3);
   const auto order = [this] {
@@ -275,12 +275,12 @@ TEST_F(ProgramTest, TheFileDialogFollowsItsOptions) {
                         Case{FileOrder::Name, true, "c.RAW b.TXT a.RAW "}}) {
     program.Set.System.SortMode = c.by;
     program.Set.System.SoftFlip = c.flip;
-    RunCommand(program, Command::Open);
+    RunCommand(program, "mnuOpen");
     EXPECT_EQ(order(), c.order);
   }
   EXPECT_EQ(user.Asked.Folder, TextFromPath(folder.Path()));
   program.Set.System.AutoDirectoryUpdate = false;
-  RunCommand(program, Command::Open);
+  RunCommand(program, "mnuOpen");
   EXPECT_EQ(user.Asked.Folder, TextFromPath(data));
 }
 

@@ -100,7 +100,7 @@ TEST_F(SettingsTest, ConfigurationsHaveOptionsOfTheirOwnAndACaption) {
   Start(program);
   program.Settings.System.Configurations[0].Name = "Gliding & more";
   program.Set.MbLimit = 500;
-  Refresh(program, RunCommand(program, Command::ConfigurationFirst));
+  Refresh(program, RunCommand(program, "mnuConfiguration1"));
   EXPECT_EQ(program.Set.MbLimit, 100);
   const auto caption = [&program]() -> std::string {
     for (const Item& item : program.Plot->Page.Items()) {
@@ -115,15 +115,15 @@ TEST_F(SettingsTest, ConfigurationsHaveOptionsOfTheirOwnAndACaption) {
   EXPECT_EQ(caption(), "VEXA Config #1: Gliding & more");
   for (const MenuRow& row : MenuTree()) {
     if (row.Name == "mnuConfiguration1") {
-      EXPECT_TRUE(row.IsChecked(program));
-      EXPECT_EQ(row.Shows(program), "#&1: Gliding && more");
+      EXPECT_TRUE(IsChecked(row, program).value());
+      EXPECT_EQ(row.State.Shows(program), "#&1: Gliding && more");
     }
   }
   SettingsDraft draft = CurrentSettings(program);
   draft.System.CaptionOnDiagram = false;
   Refresh(program, *AdoptSettings(program, draft));
   EXPECT_EQ(caption(), "");
-  RunCommand(program, Command::ConfigurationNone);
+  RunCommand(program, "mnuConfiguration0");
   EXPECT_EQ(program.Set.MbLimit, 500);
 }
 
@@ -131,7 +131,7 @@ TEST_F(SettingsTest, WritesTheReport) {
   Program program;
   Start(program);
   program.Resolution = "1280x1024";
-  RunCommand(program, Command::SettingsReport);
+  RunCommand(program, "mnuSettingsReport");
   const std::string report = Read("VEXA.SET");
   EXPECT_EQ(report.substr(0, 36), "Current VEXA configuration settings\r");
   EXPECT_NE(report.find("\r\nResolution = 1280x1024\r\n"), std::string::npos);
@@ -146,8 +146,8 @@ TEST_F(SettingsTest, RemembersFilesAndLoadsTheMarkedOneAtStart) {
   EXPECT_EQ(recent[0], TextFromPath(folder.Path() / "a.RAW"));
   EXPECT_EQ(recent[1], TextFromPath(folder.Path() / "b.RAW"));
   EXPECT_EQ(recent[2], "");
-  RunCommand(program, Command::AutoLoad);
-  RunCommand(program, Command::Recent2);
+  RunCommand(program, "mnuAutoLoad");
+  RunCommand(program, "mnuRecentFile2");
   EXPECT_EQ(program.Current.FileName, "b.RAW");
   EXPECT_TRUE(KeepSettings(program));
 
@@ -160,7 +160,7 @@ TEST_F(SettingsTest, RemembersFilesAndLoadsTheMarkedOneAtStart) {
   EXPECT_TRUE(AutoLoadCode(next).Sounding);
   ASSERT_EQ(next.Notices.size(), 1u);
   EXPECT_NE(next.Notices[0].find("is RAW now"), std::string::npos);
-  RunCommand(next, Command::AutoLoad);  // takes the mark away
+  RunCommand(next, "mnuAutoLoad");  // takes the mark away
   EXPECT_FALSE(AutoLoadCode(next).Any());
 }
 
@@ -172,7 +172,7 @@ TEST_F(SettingsTest, HeadersOfTheListedSoundingsOutliveTheSession) {
   SequenceSounding(program, 2);
   EXPECT_EQ(ListedText(program, 1), "2/3  b.RAW");  // not read yet
   EXPECT_EQ(ListedText(program, 2).find("3/3  " + program.Current.Record.StationTitle), 0u);
-  RunCommand(program, Command::AutoLoad);
+  RunCommand(program, "mnuAutoLoad");
   EXPECT_TRUE(KeepSettings(program));
 
   Program next;
@@ -188,13 +188,13 @@ TEST_F(SettingsTest, TheReferenceSoundingComesFromItsFolder) {
   const std::filesystem::path other = folder.Path() / "mine";
   std::filesystem::create_directory(other);
   ASSERT_FALSE(SaveFile(other / "REFERENCE.DAT", WriteRaw(test::ReferenceWinter())));
-  RunCommand(program, Command::ReferenceSounding);
+  RunCommand(program, "mnuReference");
   ASSERT_TRUE(program.View.Reference);
   EXPECT_EQ(program.View.Reference->Record().StationTitle, "ICAO standard atmosphere");
   program.Set.System.ReferenceFolder = "mine";
   FollowFolders(program);
   EXPECT_FALSE(program.View.ShowsReference);
-  RunCommand(program, Command::ReferenceSounding);
+  RunCommand(program, "mnuReference");
   ASSERT_TRUE(program.View.Reference);
   EXPECT_EQ(program.View.Reference->Record().StationTitle, test::ReferenceWinter().StationTitle);
 }

@@ -51,7 +51,7 @@ TEST(StartUp, LoadsTheSoundingsThatWereMarkedTogether) {
     StartUp(program, {TextFromPath(folder.Path())});
     OpenSoundings(program, {saved("a.RAW", test::ReferenceWinter()),
                             saved("b.RAW", test::ReferenceConvective())});
-    RunCommand(program, Command::AutoLoad);
+    RunCommand(program, "mnuAutoLoad");
     EXPECT_TRUE(commands::IsAutoLoaded(program));
     EXPECT_TRUE(KeepSettings(program));
   }

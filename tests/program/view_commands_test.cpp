@@ -53,7 +53,7 @@ class ViewTest : public testing::Test {
     return path;
   }
   void Do(Changes changes) { ASSERT_TRUE(Refresh(program, changes)); }
-  void Do(Command command) { Do(RunCommand(program, command)); }
+  void Do(std::string_view command) { Do(RunCommand(program, command)); }
   std::vector<std::string> Texts(std::string_view tag) const {
     std::vector<std::string> texts;
     for (const Item& item : program.Plot->Page.Items()) {
@@ -72,11 +72,11 @@ TEST_F(ViewTest, LoadingManyBesideOneAnotherTellsItsShareAndStops) {
     user.Chosen.push_back(TextFromPath(Saved(name, test::ReferenceWinter())));
   }
   user.StopAfter = static_cast<int>(user.Statuses.size()) + 2;
-  EXPECT_FALSE(RunCommand(program, Command::Overlay).Any());
+  EXPECT_FALSE(RunCommand(program, "mnuOverlay").Any());
   EXPECT_TRUE(program.Others.empty());
   EXPECT_EQ(user.Statuses.back(), "Loading sounding 3 of 4 . . .");
   user.StopAfter = -1;
-  Do(Command::Overlay);
+  Do("mnuOverlay");
   EXPECT_EQ(program.Others.size(), 4u);
   // A quarter more for each file, then the steps of the diagram.
   const auto files = std::ranges::search(user.Shares, std::vector{0.0, 0.25, 0.5, 0.75, 0.0});
@@ -90,17 +90,17 @@ TEST_F(ViewTest, DoubtfulDataBesideAreToldAndOneOfSeveralIsLeftOut) {
   const auto good = Saved("b.RAW", test::ReferenceWinter());
   user.Chosen = {TextFromPath(hot), TextFromPath(good)};
   user.Expect("VEXA", Answer::Ok);
-  Do(Command::Overlay);
+  Do("mnuOverlay");
   ASSERT_EQ(program.Others.size(), 1u);
   EXPECT_EQ(program.Others[0]->From().File, good);
   EXPECT_EQ(user.Boxes.back().Text,
             "This sounding has bad data or a non-standard format.\n"
             "This sounding will not be used for this dataset.\n"
             "hot.RAW: Temperature is greater than 70C. Level 1.");
-  Do(Command::SoundingDiagram);
+  Do("mnuSounding");
   user.Chosen = {TextFromPath(hot)};
   user.Expect("VEXA", Answer::Ok);
-  Do(Command::Compare);
+  Do("mnuCompare");
   EXPECT_EQ(program.Others.size(), 1u);
   EXPECT_TRUE(user.Boxes.back().Text.starts_with("VEXA encountered one of the following problems"));
 }
@@ -131,33 +131,33 @@ TEST_F(ViewTest, ManyLevelsHintOnceAtAFasterDcape) {
 }
 
 TEST_F(ViewTest, ComparesOverlaysAndGoesBack) {
-  Do(Command::Compare);  // cancelled
+  Do("mnuCompare");  // cancelled
   EXPECT_EQ(program.View.Mode, diagram::MultiMode::Single);
   user.Chosen = {TextFromPath(Saved("b.RAW", test::ReferenceWinter())),
                  TextFromPath(Saved("c.RAW", test::ReferenceConvective()))};
-  Do(Command::Compare);
+  Do("mnuCompare");
   EXPECT_EQ(user.Titles.back(), "Sounding Comparison");
   ASSERT_EQ(Texts("other title").size(), 2u);
   EXPECT_TRUE(Texts("other title")[0].starts_with("#1 - Reference A, convective // "));
   EXPECT_TRUE(Texts("other title")[1].starts_with("#2 - Reference B, winter // "));
   EXPECT_EQ(SoundingBanner(program), "VEXA  -  Reference A, convective  -  Sounding Comparison");
-  Do(Command::Overlay);
+  Do("mnuOverlay");
   EXPECT_EQ(Texts("other title").size(), 3u);
-  Do(Command::SoundingDiagram);
+  Do("mnuSounding");
   EXPECT_TRUE(Texts("other title").empty());
 
   // A file that is no sounding is told of, and nothing is compared.
   ASSERT_FALSE(SaveFile(folder.Path() / "bad.txt", "no sounding\n"));
   user.Chosen = {TextFromPath(folder.Path() / "bad.txt")};
   user.Expect("VEXA", Answer::Ok);
-  Do(Command::Compare);
+  Do("mnuCompare");
   EXPECT_EQ(program.View.Mode, diagram::MultiMode::Single);
 
   EXPECT_TRUE(Texts("trace name").size() == 2u);
   Saved("REFERENCE.DAT", test::ReferenceWinter());
-  Do(Command::ReferenceSounding);
+  Do("mnuReference");
   EXPECT_EQ(Texts("trace name").back(), "Reference");
-  Do(Command::ReferenceSounding);
+  Do("mnuReference");
   EXPECT_EQ(Texts("trace name").size(), 2u);
 }
 
@@ -181,7 +181,7 @@ TEST_F(ViewTest, LoopsThroughTheListAndSkipsWhatIsBad) {
   Do(StepLoop(program));
   Do(StepLoop(program));  // past the hot one
   EXPECT_EQ(program.Current.FileName, "b.RAW");
-  Do(Command::StopLoop);
+  Do("mnuSpecial");
   EXPECT_TRUE(Texts("hold time").empty());
   EXPECT_FALSE(StepLoop(program).Any());
 }
@@ -218,11 +218,11 @@ TEST_F(ViewTest, WhatALoopPassesOverLeavesTheSoundingInWorkWhole) {
   program.Set.System.SkipLoop = true;
   Do(StartLoop(program));
   Do(StepLoop(program));  // past the hot one, back to the first
-  Do(Command::StopLoop);
+  Do("mnuSpecial");
   SoundingRecord edited = test::ReferenceConvective();
   edited.Temp(1) += 1;
   Do(AdoptEdit(program, edited));
-  Do(Command::Restore);
+  Do("mnuRestore");
   EXPECT_EQ(program.Doc.Record().Temp(1), test::ReferenceConvective().Temp(1));
   EXPECT_FALSE(program.Doc.ChangedOnDisk());
 }
@@ -252,12 +252,12 @@ TEST_F(ViewTest, FurtherSoundingsScaleTheAxesAsTheOptionsSay) {
   user.Chosen = {TextFromPath(Saved("cold.RAW", cold))};
   const auto coldest = [this] { return program.Plot->Mapping.TempMin(); };
   const double alone = coldest();
-  for (const Command command : {Command::Compare, Command::Overlay}) {
+  for (const std::string_view command : {"mnuCompare", "mnuOverlay"}) {
     program.Set.CompareScaling = program.Set.OverlayScaling = Scaling::Auto;
     Do(command);
     EXPECT_LT(coldest(), alone);
     Scaling& its =
-        command == Command::Compare ? program.Set.CompareScaling : program.Set.OverlayScaling;
+        command == "mnuCompare" ? program.Set.CompareScaling : program.Set.OverlayScaling;
     its = Scaling::Manual;
     Do({.View = true});
     EXPECT_EQ(coldest(), alone);
@@ -280,7 +280,7 @@ TEST_F(ViewTest, ALockedCursorStepsLevelsUntilTheDiagramIsRefreshed) {
   user.Expect("VEXA", Answer::Ok);
   CursorSetup(program, at);
   EXPECT_NE(user.Boxes.back().Text.find("Data-Locked Cursor"), std::string::npos);
-  Do(Command::Refresh);
+  Do("mnuRefreshed");
   EXPECT_FALSE(program.View.Cursor.Level);
 }
 
