@@ -449,6 +449,13 @@ void DrawRemark(Canvas& canvas, const std::vector<ProfileWind>& winds) {
                                   .Halo = canvas.Colors.Paper});
 }
 
+// The winds of the small hodograph: as deep as the options' limit, without one as deep as the
+// weather, since those above would leave it no room.
+std::vector<ProfileWind> BoxWinds(const HodographInput& input) {
+  if (input.Set.HodoDepthMode == HodoDepth::Limit) return WindProfile(input.Sounding, input.Set);
+  return BelowLimit(WindProfile(input.Sounding, input.Set), 1000 * kBandTopsKm.back());
+}
+
 // The colours of the trace, along the lower edge of the small hodograph.
 void DrawBandNames(Canvas& canvas, const std::vector<ProfileWind>& winds) {
   const Rect& frame = canvas.At.Frame;
@@ -518,7 +525,7 @@ HodographPlot PlotHodograph(const HodographInput& input, const Surface& surface)
 }
 
 void DrawHodographBox(Picture& page, const Rect& region, const HodographInput& input) {
-  const std::vector<ProfileWind> winds = WindProfile(input.Sounding, input.Set);
+  const std::vector<ProfileWind> winds = BoxWinds(input);
   constexpr double kLeastSide = Px(60);  // under it nothing could be told
   if (winds.empty() || std::min(region.Width(), region.Height()) < kLeastSide) return;
   Inks inks = InksFor(input.Set, input.Set.HodoInvert);
@@ -545,18 +552,10 @@ void DrawHodographBox(Picture& page, const Rect& region, const HodographInput& i
 }
 
 std::optional<PageBox> HodographBox(const HodographInput& input) {
-  if (WindProfile(input.Sounding, input.Set).empty()) return std::nullopt;
+  if (BoxWinds(input).empty()) return std::nullopt;
   return PageBox{"hodograph", [input](Picture& page, const Rect& region) {
                    DrawHodographBox(page, region, input);
                  }};
-}
-
-std::optional<Picture> PlotSmallHodograph(const HodographInput& input, double side) {
-  if (WindProfile(input.Sounding, input.Set).empty()) return std::nullopt;
-  const Inks inks = InksFor(input.Set, input.Set.HodoInvert);
-  Picture page(side, side, inks.Paper);
-  DrawHodographBox(page, {0, 0, side, side}, input);
-  return page;
 }
 
 bool HitsStormVector(const HodographPlot& plot, Point at) {

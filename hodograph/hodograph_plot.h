@@ -51,10 +51,6 @@ void DrawHodographBox(Picture& page, const Rect& region, const HodographInput& i
 /// input refers to, which must last as long.
 std::optional<PageBox> HodographBox(const HodographInput& input);
 
-/// The small hodograph on a page of its own; empty without any wind.
-std::optional<Picture> PlotSmallHodograph(const HodographInput& input,
-                                          double side = 280 * kUnitsPerPixel);
-
 /// True near enough to the head of the chosen storm vector to take hold of it.
 bool HitsStormVector(const HodographPlot& plot, Point at);
 

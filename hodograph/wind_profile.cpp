@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <utility>
 
 namespace vexa::hodograph {
 namespace {
@@ -49,7 +50,10 @@ std::vector<ProfileWind> WindProfile(const SoundingRecord& sounding, const ViewS
                        .Level = i});
   }
   if (options.HodoDepthMode == HodoDepth::All) return profile;
-  const double top = options.HodoDepthLimitKm * 1000;
+  return BelowLimit(std::move(profile), options.HodoDepthLimitKm * 1000);
+}
+
+std::vector<ProfileWind> BelowLimit(std::vector<ProfileWind> profile, double top) {
   const auto above = std::ranges::find_if(profile, [&](const auto& w) { return w.Height > top; });
   if (above == profile.end()) return profile;
   const std::optional<WindVector> end = WindAt(profile, top);

@@ -31,6 +31,9 @@ struct ProfileWind {
 /// interpolated at the limit.
 std::vector<ProfileWind> WindProfile(const SoundingRecord& sounding, const ViewSettings& options);
 
+/// Those below a height in m above ground, with one interpolated there.
+std::vector<ProfileWind> BelowLimit(std::vector<ProfileWind> profile, double top);
+
 /// The profile as a line that shows its shape: where the levels stand so close that their noise
 /// hides it, means over the 300 m around every 100 m, its lowest and highest wind as they are.
 std::vector<ProfileWind> Smoothed(const std::vector<ProfileWind>& profile);

@@ -232,9 +232,9 @@ TEST(HodographPlot, SoundingsWithFewWindsSayWhatTheyLack) {
       EXPECT_EQ(remarks.empty() ? "" : remarks[0], c.remark);
       EXPECT_TRUE(std::isfinite(plot.Mapping.Scale));
       const auto results = analysis::Analyse(c.sounding, {});
-      EXPECT_EQ(PlotSmallHodograph({.Sounding = c.sounding, .Results = results, .Set = Options()})
-                    .has_value(),
-                !plot.Winds.empty());
+      EXPECT_EQ(
+          HodographBox({.Sounding = c.sounding, .Results = results, .Set = Options()}).has_value(),
+          !plot.Winds.empty());
     }
   }
 }
@@ -330,12 +330,17 @@ TEST(SmallHodograph, ObeysItsOptions) {
   Options options;
   const auto results = analysis::Analyse(sounding, options);
   const auto draw = [&] {
-    return *PlotSmallHodograph({.Sounding = sounding, .Results = results, .Set = options});
+    Picture page(3360, 3360, {});
+    DrawHodographBox(page, {0, 0, 3360, 3360},
+                     {.Sounding = sounding, .Results = results, .Set = options});
+    return page;
   };
   EXPECT_EQ(Tagged<Polyline>(draw(), "storm vector").size(), 1u);
-  EXPECT_EQ(Tagged<Polyline>(draw(), "trace").size(), 6u);
+  EXPECT_EQ(Tagged<Polyline>(draw(), "trace").size(), 5u);  // 12 km of the 20 that there are
   options.PlotStormVector = false;
   options.HodoDepthMode = HodoDepth::Limit;
+  options.HodoDepthLimitKm = 30;
+  EXPECT_EQ(Tagged<Polyline>(draw(), "trace").size(), 6u);
   options.HodoDepthLimitKm = 6;
   EXPECT_TRUE(Tagged<Polyline>(draw(), "storm vector").empty());
   EXPECT_EQ(Tagged<Polyline>(draw(), "trace").size(), 3u);
