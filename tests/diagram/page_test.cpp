@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "config/options.h"
 #include "diagram/sounding_plot.h"
 #include "support/page_checks.h"
 #include "support/soundings.h"

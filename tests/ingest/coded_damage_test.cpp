@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "analysis/analysis_settings.h"
 #include "analysis/interpolate.h"
 #include "core/data_checks.h"
 #include "core/files.h"
