@@ -264,7 +264,7 @@ TEST_F(CommandLine, PlotsTheHodographAndTheTrajectory) {
     const char* display;
     const char* holds;
   };
-  for (const Case& c : {Case{"sounding", "hodograph"}, Case{"hodograph", "Storm-Motion"},
+  for (const Case& c : {Case{"sounding", "class=\"ring\""}, Case{"hodograph", "Storm-Motion"},
                         Case{"hodogram", "3-D Trajectory Diagram"}}) {
     SCOPED_TRACE(c.display);
     const std::string name = In(std::string(c.display) + ".svg");
