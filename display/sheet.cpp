@@ -75,12 +75,6 @@ class Columns {
   std::vector<Piece> pieces_{};
 };
 
-double LinesOf(const Sheet& sheet) {
-  double lines = sheet.Blocks.empty() ? 0 : static_cast<double>(sheet.Blocks.size()) - 1;
-  for (const SheetBlock& block : sheet.Blocks) lines += display::LinesOf(block);
-  return lines;
-}
-
 /// How a sheet stands on its page.
 struct Arrangement {
   double Scale = 1;
@@ -127,23 +121,6 @@ void WriteHead(Picture& page, const Sheet& sheet, const BlockInks& inks, double 
 }
 
 }  // namespace
-
-Surface UsualSurface(const Sheet& sheet) {
-  constexpr double kShape = 4.0 / 3;
-  const double width = ColumnWidth(sheet, 1);
-  const double lines = LinesOf(sheet);
-  Surface usual{};
-  for (std::size_t count = 1; count <= kMostColumns; ++count) {
-    const auto columns = static_cast<double>(count);
-    const Surface at{2 * kMargin + columns * (width + kColumnGap) - kColumnGap,
-                     2 * kMargin + HeadHeight(1) + (std::ceil(lines / columns) + 2) * kLineStep};
-    const auto size = [](const Surface& s) { return std::max(s.Width, kShape * s.Height); };
-    if (count == 1 || size(at) < size(usual)) usual = at;
-  }
-  const double head = TextWidth(sheet.Subtitle, LetterSize(Type::Label)) + 2 * kMargin;
-  usual.Width = std::max(usual.Width, head);
-  return usual;
-}
 
 Picture DrawSheet(const Sheet& sheet, const ViewSettings& options, const Surface& surface) {
   const BlockInks inks = BlockInksFor(options);

@@ -21,13 +21,6 @@ struct Sheet {
 /// The sheet on a page of the surface's size, its blocks in as many columns as it needs and in
 /// letters as large as there is room for. On a screen a page that cannot hold all its rows is
 /// higher than the surface and is scrolled; elsewhere the last rows leave and a line says so.
-Picture DrawSheet(const Sheet& sheet, const ViewSettings& options,
-                  const Surface& surface = {12000, 9000});
-
-/// Height of the values' letters of the usual size, drawing units.
-inline constexpr double kSheetText = LetterSize(Type::Value);
-
-/// Size of the page in drawing units on which the sheet stands in letters of the usual size.
-Surface UsualSurface(const Sheet& sheet);
+Picture DrawSheet(const Sheet& sheet, const ViewSettings& options, const Surface& surface);
 
 }  // namespace vexa::display
