@@ -89,11 +89,11 @@ std::optional<diagram::SoundingPlot> PlotShown(const Program& program, const Opt
   if (view.ShowsReference && view.Reference) input.Reference = &view.Reference->Record();
   if (view.Looping) input.LoopHoldTime = program.Set.System.MovieTime;
   if (view.LoopScale) input.Scale = &*view.LoopScale;
-  const FrontSettings& front = program.Settings.Hodograph.Front;
-  for (const fronts::FrontZone& zone :
-       fronts::FindFronts(input.Sounding, input.Results.Levels, front).Zones) {
-    input.Fronts.push_back(
-        {.Cold = !zone.Whole.IsWarm(), .Height = input.Sounding.ElevM + zone.Whole.Top});
+  const fronts::FrontResults found =
+      fronts::FindFronts(input.Sounding, input.Results.Levels, program.Settings.Hodograph.Front);
+  if (found.Found) {
+    input.Fronts.push_back({.Cold = !found.Found->IsWarm(),
+                            .Height = input.Sounding.ElevM + found.Found->Zone.Whole.Top});
   }
   return diagram::PlotSounding(input, progress);
 }
