@@ -30,6 +30,8 @@ constexpr double kSecondAxisRoom = Px(16);
 constexpr double kCaptionRoom = Px(16);  // of the winds, under the axis
 constexpr double kLegendRow = Px(18);
 
+constexpr Point kConfigurationAt{4690, 50};  // drawing units of the page
+
 // Marks without a gutter take this much of the frame's right edge.
 constexpr double kMarkRoom = Px(110);
 constexpr double kMarkRoomAgl = Px(140);
@@ -95,7 +97,7 @@ Places PlaceRegions(const Plot& plot) {
 void DrawTitle(Plot& plot) {
   const Rect* region = plot.Where.Find("title");
   if (region == nullptr) return;
-  const double first = region->Top + Px(12);
+  const double first = region->Top + Px(15);
   const double second = region->Bottom - Px(9);
   const double width = region->Width();
   if (plot.Set().TitleAboveDiagram) {
@@ -113,13 +115,12 @@ void DrawTitle(Plot& plot) {
   if (!position.empty()) {
     DrawText(plot.Page, "position", {region->Left, second}, position, plot.Inks.Faint, kSmallText);
   }
-  const double taken = (TextWidth(position, kSmallText) + 2 * kSmallText);
+  // The caption of the configuration has a fixed place; a page that ends before it moves it left.
   const std::string& configuration = plot.In.Configuration;
-  if (!configuration.empty() && taken < width) {
-    DrawText(plot.Page, "configuration", {region->Right, second},
-             Elided(configuration, kSmallText, width - taken), plot.Inks.Faint, kSmallText,
-             AnchorX::Right);
-  }
+  const double left = plot.Page.Width() - kPageMargin - TextWidth(configuration, kSmallText);
+  if (configuration.empty() || left < kPageMargin) return;
+  DrawText(plot.Page, "configuration", {std::min(kConfigurationAt.X, left), kConfigurationAt.Y},
+           configuration, plot.Inks.Faint, kSmallText, AnchorX::Left, AnchorY::Top);
 }
 
 void DrawStatus(Plot& plot) {

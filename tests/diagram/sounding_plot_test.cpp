@@ -376,6 +376,7 @@ TEST(SoundingPlot, ComparesAndOverlays) {
             std::vector<std::string>{"Image hold time: 1.5 seconds."});
   const auto caption = Tagged(plot.Page, "configuration");
   ASSERT_EQ(caption.size(), 1u);
+  EXPECT_EQ(std::get<Label>(caption[0]->Shape).At, (Point{4690, 50}));
   EXPECT_TRUE(Texts(plot.Page, "surface label").empty()) << "only the line with other soundings";
 }
 

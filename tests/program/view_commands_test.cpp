@@ -354,6 +354,8 @@ TEST_F(ViewTest, ADragIsOneEditThatCanBeTakenBackOrUndone) {
 }
 
 TEST_F(ViewTest, AWindFollowsThePointer) {
+  program.Set.WindPlotRatio = 1;  // every wind, crowded or not
+  Refresh(program, {.View = true});
   // Level 2, 165 degrees and 20 kt: the arrow's tip lies 5.2 kt to the east and 19.3 to the south.
   const HotSpot* spot = nullptr;
   for (const HotSpot& each : program.Plot->Page.HotSpots()) {

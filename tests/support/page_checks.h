@@ -17,7 +17,9 @@ inline Rect PlaceOf(const Label& label) {
   double left = label.At.X;
   if (label.Across == AnchorX::Right) left -= width;
   if (label.Across == AnchorX::Center) left -= width / 2;
-  return {left, label.At.Y - 0.4 * label.Size, left + width, label.At.Y + 0.4 * label.Size};
+  const double half = 0.4 * label.Size;
+  const double middle = label.At.Y + (label.Down == AnchorY::Top ? half : 0);
+  return {left, middle - half, left + width, middle + half};
 }
 
 /// No letter under the floor, every text inside the region and apart from its neighbours.
