@@ -71,11 +71,18 @@ TEST_F(AnalysisWindows, EveryDisplayOpensOnceAndFollows) {
     Choose(entry);
     Choose(entry);
   }
-  EXPECT_EQ(window.findChildren<DisplayWindow*>().size(), 4);
+  for (const char* id : {"SvrWx", "Winter", "LayerAnalyzer", "Soaring"}) {
+    ASSERT_NE(window.Display(id), nullptr) << id;
+    EXPECT_TRUE(window.Display(id)->isVisible()) << id;
+    EXPECT_EQ(window.findChildren<QWidget*>(QString::fromLatin1(id)).size(), 1) << id;
+  }
   test::Show(program, SoundingRecord{});
   window.Show({.Sounding = true});
   QApplication::processEvents();
-  for (DisplayWindow* display : window.findChildren<DisplayWindow*>()) display->close();
+  for (const char* id : {"SvrWx", "Winter", "LayerAnalyzer", "Soaring"}) {
+    window.Display(id)->close();
+    EXPECT_FALSE(program.Displays.IsUp(id)) << id;
+  }
 }
 
 TEST_F(AnalysisWindows, TheSevereTableIsArrangedSavedAndRestored) {

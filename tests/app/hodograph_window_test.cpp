@@ -86,6 +86,8 @@ TEST_F(DisplayTest, CheckMarkTellsWhetherTheWindowIsUp) {
 }
 
 TEST_F(DisplayTest, EverythingFollowsTheStormVectorWhileItIsDragged) {
+  window.resize(1800, 1500);  // with room for all of the analysis beside the diagram
+  QApplication::processEvents();
   Choose("mnuHodograph");
   HodographWindow& hodograph = HodographIn(window);
   QApplication::processEvents();

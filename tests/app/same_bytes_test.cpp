@@ -13,6 +13,7 @@
 #include "output/listings.h"
 #include "output/paint/paint.h"
 #include "program/commands.h"
+#include "program/displays.h"
 #include "report/report_folder.h"
 #include "support/soundings.h"
 
@@ -78,7 +79,8 @@ TEST_F(SameBytesTest, Dumps) {
 TEST_F(SameBytesTest, Images) {
   for (const char* name : {"a.svg", "a.png", "a.jpg", "a.bmp", "a.pdf"}) {
     SCOPED_TRACE(name);
-    EXPECT_FALSE(paint::SavePicture(program.Plot->Page, In(name), 800, 600));
+    const Picture page = DrawDisplay(DiagramNow(program), program, ImageSurface(800, 600));
+    EXPECT_FALSE(paint::SavePicture(page, In(name), 800, 600));
     const std::string window = Text(In(name));
     Command({"plot", "-o", TextFromPath(In(name)), "--size", "800x600"});
     EXPECT_EQ(Text(In(name)) == window, true);
