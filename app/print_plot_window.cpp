@@ -17,6 +17,7 @@
 #include "app/printing.h"
 #include "app/qt_text.h"
 #include "output/paint/paint.h"
+#include "program/displays.h"
 #include "program/print_work.h"
 
 namespace vexa {
@@ -54,6 +55,7 @@ void PrintPlotWindow::BuildControls() {
   display_ = new QComboBox(this);
   display_->setObjectName(QStringLiteral("DisplayToPrint"));
   for (const std::string_view name : PrintableNames(program_)) display_->addItem(ToQString(name));
+  display_->setCurrentText(ToQString(DiagramNow(program_).Id));
   const output::PrintSetup last = LastPrintSetup(program_);
   orientation_ = Choice("Orientation", last.Turn, this);
   paper_ = Choice("Paper", last.Sheet, this);

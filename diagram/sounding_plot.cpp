@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "analysis/index_table.h"
 #include "analysis/interpolate.h"
 #include "core/markers.h"
 #include "core/numbers.h"
@@ -83,6 +84,19 @@ std::string OtherTitle(const SoundingRecord& sounding, const ViewSettings& set) 
   return text;
 }
 
+// What a comparison says in a line of either sounding.
+std::string MainIndices(const analysis::AnalysisResults& results, const ViewSettings& set) {
+  std::string text;
+  for (const std::string_view label : {"CAPE total", "CIN total", "LI", "KI", "TT"}) {
+    const analysis::IndexRow* row = analysis::FindIndex(label);
+    const auto index = std::ranges::find(results.Indices, row, &analysis::IndexValue::Row);
+    if (row == nullptr || index == results.Indices.end()) continue;
+    text += (text.empty() ? " // " : "  ") + std::string(Trim(row->Label)) + " " +
+            analysis::ShownValue(*index, set, kNone);
+  }
+  return text;
+}
+
 // Titles of overlaid and compared soundings stand in the place of the legend, in their own colours,
 // side by side where the page is wide.
 void DrawOtherTitles(Plot& plot) {
@@ -96,20 +110,22 @@ void DrawOtherTitles(Plot& plot) {
   const int columns = (count + rows - 1) / rows;
   const double width = region->Width() / columns;
   int number = 1;
-  const auto line = [&](const SoundingRecord& sounding, Color ink) {
+  const auto line = [&](const SoundingRecord& sounding, const analysis::AnalysisResults* results,
+                        Color ink) {
     const std::string text = (compare ? "#" + Shortest(number) + " - " : std::string()) +
-                             OtherTitle(sounding, plot.Set());
+                             OtherTitle(sounding, plot.Set()) +
+                             (compare && results ? MainIndices(*results, plot.Set()) : "");
     DrawText(plot.Page, "other title",
              {region->Left + (number - 1) / rows * width,
               region->Top + ((number - 1) % rows + 0.5) * kRow},
              Elided(text, kMarkText, width - kGap), ink, kMarkText);
     ++number;
   };
-  line(plot.Sounding(), plot.Inks.Temperature.Ink);
+  line(plot.Sounding(), &plot.Results(), plot.Inks.Temperature.Ink);
   for (const OverlaySounding& other : plot.In.Others) {
     if (compare && number > 2) break;
     if (other.Sounding != nullptr) {
-      line(*other.Sounding, OverlayPen(plot.Inks, number - 1).Ink);
+      line(*other.Sounding, other.Results, OverlayPen(plot.Inks, number - 1).Ink);
     }
   }
 }

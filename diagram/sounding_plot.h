@@ -22,6 +22,7 @@ enum class MultiMode { Single, Overlay, Compare, Loop };
 /// A further sounding drawn on the same grid.
 struct OverlaySounding {
   const SoundingRecord* Sounding = nullptr;
+  const analysis::AnalysisResults* Results = nullptr;  // of a compared one; null: not analysed
 };
 
 /// A frontal zone, marked at its height.

@@ -218,6 +218,8 @@ void DrawOtherTraces(Plot& plot) {
     ++number;
     if (other.Sounding == nullptr) continue;
     Pen pen = OverlayPen(plot.Inks, number);
+    // Of two soundings one is told from the other without their colours too.
+    if (plot.In.Mode == MultiMode::Compare) pen.Style = LineStyle::Dash;
     if (plot.Set().TraceThick == ThickLines::All) pen.Width *= 1.6;
     DrawTrace(plot, "other temperature", other.Sounding->Press, other.Sounding->Temp, {pen});
     pen.Width *= 0.6;

@@ -24,6 +24,19 @@ double EnteredDirection(double degrees) {
 
 }  // namespace
 
+std::vector<hodograph::ComparedWinds> ComparedOf(const Program& program) {
+  std::vector<hodograph::ComparedWinds> compared =
+      program.Displays.Of<HodographState>().Compared;
+  if (program.View.Mode != diagram::MultiMode::Compare || program.Others.empty()) return compared;
+  constexpr int kSecond = 2;
+  std::erase_if(compared, [](const hodograph::ComparedWinds& one) { return one.Slot == kSecond; });
+  const SoundingRecord& second = program.Others.front()->Record();
+  compared.push_back({.Slot = kSecond,
+                      .Title = second.StationTitle,
+                      .Winds = hodograph::WindProfile(second, program.Set)});
+  return compared;
+}
+
 hodograph::HodographInput HodographOf(const Program& program) {
   return HodographOf(program, program.Set);
 }
@@ -33,7 +46,7 @@ hodograph::HodographInput HodographOf(const Program& program, const Options& set
           .Results = program.Results,
           .Set = set,
           .Window = program.Settings.Hodograph,
-          .Compared = program.Displays.Of<HodographState>().Compared};
+          .Compared = ComparedOf(program)};
 }
 
 Changes EnterStormMotion(Program& program, analysis::Wind motion) {

@@ -182,6 +182,11 @@ std::vector<Picture> PagesToPrint(const Program& program, const PrintRequest& re
     add(output::ListingPages(text.Make(program), header, request.Setup));
   }
   add(output::PagesOfListings(ListingsOf(request), from, request.Setup));
+  if (program.View.Mode != diagram::MultiMode::Compare) return pages;
+  for (const SharedSounding& other : program.Others) {
+    const output::ListingSource beside{other->Record(), other->Results(program.Set), program.Set};
+    add(output::PagesOfListings(ListingsOf(request), beside, request.Setup));
+  }
   return pages;
 }
 

@@ -83,7 +83,10 @@ std::optional<diagram::SoundingPlot> PlotShown(const Program& program, const Opt
       .Zoom = view.Zoom};
   // Asked for alone, the sounding in work stands alone.
   if (mode != MultiMode::Single) {
-    for (const SharedSounding& other : program.Others) input.Others.push_back({&other->Record()});
+    const bool isCompared = input.Mode == MultiMode::Compare;
+    for (const SharedSounding& other : program.Others) {
+      input.Others.push_back({&other->Record(), isCompared ? &other->Results(set) : nullptr});
+    }
   }
   input.OthersScaling = view.Mode == MultiMode::Compare ? set.CompareScaling : set.OverlayScaling;
   if (view.ShowsReference && view.Reference) input.Reference = &view.Reference->Record();

@@ -115,6 +115,7 @@ TEST_F(PrintPlotTest, WhatTheDiagramShowsIsPrinted) {
   for (const auto& [mode, name] : {std::pair(diagram::MultiMode::Overlay, "Overlay"),
                                    std::pair(diagram::MultiMode::Compare, "Compare")}) {
     program.View.Mode = mode;
+    EXPECT_EQ(PrintPlotWindow(program).Request().Display, name) << "what is seen is proposed";
     EXPECT_NE(labels(name).find("Reference B, winter"), std::string::npos) << name;
     EXPECT_EQ(labels("Sounding").find("Reference B, winter"), std::string::npos);
   }

@@ -17,6 +17,7 @@
 #include "program/level_drag.h"
 #include "program/menu.h"
 #include "program/parcel_table.h"
+#include "program/print_work.h"
 #include "program/sounding_loop.h"
 #include "program/surface_edit.h"
 #include "support/soundings.h"
@@ -159,6 +160,37 @@ TEST_F(ViewTest, ComparesOverlaysAndGoesBack) {
   EXPECT_EQ(Texts("trace name").back(), "Reference");
   Do("mnuReference");
   EXPECT_EQ(Texts("trace name").size(), 2u);
+}
+
+// The second sounding is told from the first by its strokes and has what the first has: indices in
+// its line, its winds in the hodograph, its pages in print.
+TEST_F(ViewTest, TheComparedSoundingIsShownWhole) {
+  const PrintRequest request{.Display = std::string(output::Listings().front().Name)};
+  const std::size_t alone = PagesToPrint(program, request).size();
+  user.Chosen = {TextFromPath(Saved("b.RAW", test::ReferenceWinter()))};
+  Do(Command::Compare);
+  int dashed = 0;
+  for (const Item& item : program.Plot->Page.Items()) {
+    if (item.Tag != "other temperature" && item.Tag != "other dew point") continue;
+    EXPECT_EQ(std::get<Polyline>(item.Shape).Stroke.Style, LineStyle::Dash);
+    ++dashed;
+  }
+  EXPECT_EQ(dashed, 2);
+  // As computed from the published formulas by a script.
+  const std::vector<std::string> titles = Texts("other title");
+  for (const char* part :
+       {"CAPE total 3365 J/kg", "CIN total -102 J/kg", "LI -8.1 C", "KI 31.9 C"}) {
+    EXPECT_NE(titles.at(0).find(part), std::string::npos) << part << titles[0];
+  }
+  EXPECT_NE(titles.at(1).find("CAPE total 0 J/kg"), std::string::npos) << titles[1];
+  const std::vector<hodograph::ComparedWinds> winds = HodographOf(program).Compared;
+  ASSERT_EQ(winds.size(), 1u);
+  EXPECT_EQ(winds[0].Title, "Reference B, winter");
+  EXPECT_EQ(static_cast<int>(winds[0].Winds.size()), test::ReferenceWinter().NumWindLevels());
+  EXPECT_EQ(PagesToPrint(program, request).size(), 2 * alone);
+  Do(Command::SoundingDiagram);
+  EXPECT_TRUE(HodographOf(program).Compared.empty());
+  EXPECT_EQ(PagesToPrint(program, request).size(), alone);
 }
 
 TEST_F(ViewTest, LoopsThroughTheListAndSkipsWhatIsBad) {
