@@ -16,6 +16,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <vector>
 
 #include "app/qt_text.h"
@@ -35,6 +36,7 @@
 #include "program/session_commands.h"
 #include "program/start_picture.h"
 #include "program/start_up.h"
+#include "program/view_commands.h"
 
 namespace vexa {
 namespace {
@@ -43,6 +45,8 @@ constexpr ArgumentRow kArguments[] = {
     {"--root", "", "DIR", "folder of the program's own files"},
     {"--size", "", "WxH", "size of the window in pixels"},
     kSetOption,
+    {"--layout", "", "NAME",
+     "layout of the diagram's page for this run: diagram, forecaster, pilot, teaching"},
     {"--screenshot", "", "OUT.png", "saves a picture of the window and exits"},
     {"--show", "", "NAME", "opens a window at start, by its name below or its menu entry's"},
     {"--tab", "", "N", "page of that window", {}, 1, 99},
@@ -182,6 +186,14 @@ int RunWindow(int argc, char** argv) {
                              "; vexa --help lists them"});
     }
   }
+  const std::optional<std::string> layout = arguments.Value("--layout");
+  if (layout && FindLayout(*layout) == nullptr) {
+    std::vector<std::string_view> names;
+    for (const LayoutRow& row : PageLayouts()) names.push_back(row.Name);
+    return WrongUsage({kFaultInvalidValue, "RunWindow",
+                       "there is no layout \"" + *layout + "\"" + DidYouMean(*layout, names) +
+                           "; there are " + Joined(names)});
+  }
   wanted.Tab = arguments.Whole("--tab");
   if (wanted.Tab && wanted.Name.empty()) {
     return WrongUsage({kFaultInvalidValue, "RunWindow", "--tab needs a window, --show NAME"});
@@ -210,8 +222,18 @@ int RunWindow(int argc, char** argv) {
   };
   StartUp(program, start);
   if (const auto fault = SetForThisRun(program.Settings, assignments)) return WrongUsage(*fault);
+  std::error_code ignored;
+  const bool isFirst = !std::filesystem::exists(
+      program.Where.Root / SettingsFileName(SettingsFile::Window, Configuration::None), ignored);
+  if (isFirst) program.Settings.Window.Layout = kFirstLayout;
+  program.View.Layout = FindLayout(program.Settings.Window.Layout);
+  if (layout) program.View.Layout = FindLayout(*layout);  // for this run, not kept
   program.Written = program.Settings;
-  window.PlaceAsBefore();
+  if (isFirst) {
+    window.PlaceFirst();
+  } else {
+    window.PlaceAsBefore();
+  }
   if (size) window.resize(size->Width, size->Height);
   std::vector<std::filesystem::path> paths;
   for (const std::string& file : arguments.Files) paths.push_back(PathFromText(file));

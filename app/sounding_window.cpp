@@ -18,6 +18,7 @@
 #include <QMimeData>
 #include <QPalette>
 #include <QProgressBar>
+#include <QResizeEvent>
 #include <QScreen>
 #include <QScrollBar>
 #include <QShortcut>
@@ -44,6 +45,7 @@
 #include "app/panel.h"
 #include "app/shortcut_memory.h"
 #include "app/sounding_chooser.h"
+#include "app/tool_bar.h"
 #include "app/window_table.h"
 #include "core/error_report.h"
 #include "core/files.h"
@@ -61,6 +63,8 @@ namespace vexa {
 namespace {
 
 const QColor kFaultColor(255, 160, 160);
+constexpr double kFirstShare = 0.85;     // of the screen, for the window at the first start
+constexpr int kLeastPictureWidth = 640;  // pixels; a panel that would leave less floats over it
 constexpr std::string_view kDontUnload = "Don't Unload";  // the status after Exit was taken back
 
 }  // namespace
@@ -187,6 +191,8 @@ void SoundingWindow::BuildPanels() {
     panel->hide();
     connect(panel, &QDockWidget::visibilityChanged, this, [panel] { panel->Follow(); });
   }
+  tools_ = new ToolBar(program_, *this);
+  addToolBar(tools_);
   view_->setFocus();
 }
 
@@ -200,7 +206,8 @@ void SoundingWindow::Run(std::string_view entry) {
 
 void SoundingWindow::Run(const MenuRow& entry) {
   if (!IsEnabled(entry, program_)) return ShowStatus(HintOf(entry, program_));
-  const bool isOurs = entry.Does.Run != nullptr || !entry.Does.Display.empty();
+  const Action& does = entry.Does;
+  const bool isOurs = does.Run != nullptr || !does.Display.empty() || !does.Layout.empty();
   const Changes changes = isOurs ? RunCommand(program_, entry) : Changes{};
   if (!entry.Does.Opens.empty()) Open(entry.Does.Opens, entry.Does.At);
   if (isOurs) Show(changes);
@@ -234,8 +241,29 @@ void SoundingWindow::TogglePanel(std::string_view name) {
   for (Panel* panel : panels_) {
     if (panel->objectName() != ToQString(name)) continue;
     panel->setVisible(!panel->isVisible());
+    PlacePanels();
     panel->Follow();
   }
+}
+
+// A panel stands beside the picture where that keeps its least width, else it floats at the right
+// edge, over the picture.
+void SoundingWindow::PlacePanels() {
+  for (Panel* panel : panels_) {
+    const bool fits = width() - panel->sizeHint().width() >= kLeastPictureWidth;
+    if (!panel->isVisible() || panel->isFloating() != fits) continue;
+    panel->setFloating(!fits);
+    if (fits) continue;
+    const QSize size = panel->sizeHint().boundedTo(centralWidget()->size());
+    panel->resize(size.width(), centralWidget()->height());
+    const QPoint corner(centralWidget()->width() - panel->width(), 0);
+    panel->move(centralWidget()->mapToGlobal(corner));
+  }
+}
+
+void SoundingWindow::resizeEvent(QResizeEvent* event) {
+  QMainWindow::resizeEvent(event);
+  PlacePanels();
 }
 
 void SoundingWindow::FollowDisplays() {
@@ -244,6 +272,13 @@ void SoundingWindow::FollowDisplays() {
   for (const auto& [id, window] : displays_) {
     if (program_.Displays.IsUp(id)) window->Follow();
   }
+}
+
+void SoundingWindow::PlaceFirst() {
+  const QRect room = screen()->availableGeometry();
+  QRect place(QPoint(), room.size() * kFirstShare);
+  place.moveCenter(room.center());
+  setGeometry(place);
 }
 
 void SoundingWindow::PlaceAsBefore() {
@@ -330,6 +365,7 @@ void SoundingWindow::ShowState() {
   sequence_->setRange(0, std::max(0, static_cast<int>(program_.Listed.Size()) - 1));
   sequence_->setValue(static_cast<int>(program_.Listed.Now()));
   sequence_->setVisible(program_.Listed.Size() > 1);
+  tools_->Follow();
   sequence_->setToolTip(ToQString(ListedNeighbours(program_)));
 
   const std::string fault = FaultIndicator(program_);

@@ -28,6 +28,7 @@ class DiagramControl;
 class DiagramView;
 class DisplayWindow;
 class Panel;
+class ToolBar;
 
 class SoundingWindow : public QMainWindow {
  public:
@@ -53,6 +54,8 @@ class SoundingWindow : public QMainWindow {
   /// Brings the diagram to the front.
   void ToFront();
   void TogglePanel(std::string_view name);
+  /// Takes most of the screen, in its middle, as at the first start.
+  void PlaceFirst();
   /// Takes the size and place that the window had when the program was left.
   void PlaceAsBefore();
 
@@ -67,6 +70,7 @@ class SoundingWindow : public QMainWindow {
 
  protected:
   void closeEvent(QCloseEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dropEvent(QDropEvent* event) override;
 
@@ -78,6 +82,7 @@ class SoundingWindow : public QMainWindow {
   void ShowState();
   void FitDiagram();
   void ShowDisplays();
+  void PlacePanels();
   void DisplaysCheck();
   void ShowReadout(const std::optional<Point>& at);
   void Run(const MenuRow& entry);
@@ -90,6 +95,7 @@ class SoundingWindow : public QMainWindow {
   QProgressBar* bar_ = nullptr;  // while a routine tells how far it is
   QLabel* progress_ = nullptr;
   QLabel* readout_ = nullptr;
+  ToolBar* tools_ = nullptr;
   std::vector<Panel*> panels_{};
   std::unique_ptr<DataWindows> data_;
   std::map<std::string_view, std::unique_ptr<DisplayWindow>> displays_;  // by id

@@ -52,6 +52,7 @@ constexpr SettingRow<Window> kWindowRows[] = {
     Row<At<&Window::Maximized>>("maximized", kSame),
     Row<At<&Window::Cursor>>("cursor mode"),
     Row<At<&Window::InfoBox>>("information box", kSame),
+    Row<At<&Window::Layout>>("layout"),
     Row<At<&Window::ImageFolder>>("image folder"),
     Row<Nth<&Window::RecentFiles, 0>>("recent file 1"),
     Row<Nth<&Window::RecentFiles, 1>>("recent file 2"),

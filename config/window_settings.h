@@ -88,6 +88,7 @@ struct MainWindowSettings {
   bool Maximized = false;
   CursorMode Cursor = CursorMode::Free;
   bool InfoBox = true;
+  std::string Layout = "diagram";                       // of the diagram's page, by its name
   std::string ImageFolder{};                            // of the image saved last
   std::array<std::string, kRecentFiles> RecentFiles{};  // the latest first
   bool operator==(const MainWindowSettings&) const = default;

@@ -5,6 +5,7 @@
 
 #include "core/files.h"
 #include "core/numbers.h"
+#include "picture/page_layouts.h"
 #include "program/commands.h"
 #include "program/displays.h"
 #include "program/edit_commands.h"
@@ -102,6 +103,8 @@ constexpr Action NotBuilt() {
 }
 constexpr Action kNotBuilt = NotBuilt();
 
+constexpr std::string_view kLayoutMenu = "mnuLayouts";
+
 constexpr MenuRow kMenuTree[] = {
     {"", "mnuFile", "&File"},
     {"mnuFile", "mnuNew", "&New Sounding", Opens("NewSounding"), "Enter a sounding by hand",
@@ -193,6 +196,12 @@ constexpr MenuRow kMenuTree[] = {
      "Redraw the diagram from the current data", "F5"},
     {"mnuDisplay", "mnuRestore", "Restore", commands::RestoreSounding,
      "Take the sounding as it was loaded", "", State().Wants(NeedsAltered, "(restore)")},
+    {"mnuDisplay", "mnuStepBack", "Previous Sounding", StepBack,
+     "The sounding before this one of those that were opened together", "Alt+Left",
+     State().Wants(NeedsEarlier, "(previous sounding)").Below()},
+    {"mnuDisplay", "mnuStepForward", "&Next Sounding", StepForward,
+     "The sounding after this one of those that were opened together", "Alt+Right",
+     State().Wants(NeedsLater, "(next sounding)")},
     {"mnuDisplay", "mnuZoom", "&Zoom", Opens("ZoomRegion"),
      "Choose a region of the diagram with the mouse; the wheel zooms, too", "F7",
      State().Wants(NeedsSounding, "(zoom)").Below()},
@@ -273,6 +282,7 @@ constexpr MenuRow kMenuTree[] = {
      "Similar to the Stuve diagram", "Ctrl+2", State().Choice(Shows<DiagramType::Emagram>)},
     {"mnuOptions", "mnuTephigram", " Tephigram", commands::ChooseDiagram<DiagramType::Tephigram>,
      "Popular European diagram", "Ctrl+3", State().Choice(Shows<DiagramType::Tephigram>)},
+    {"mnuOptions", kLayoutMenu, "La&yout"},
     {"mnuOptions", "mnuTables", "&Tables"},
     {"mnuTables", "mnuSevere", "&Severe Weather Table", Opens("SevereTable"),
      "Arrange the severe-weather table and its thresholds", "",
@@ -313,6 +323,14 @@ MenuRow EntryOf(const DisplayRow& display) {
   return row;
 }
 
+// Named by its layout, of which each is there once.
+MenuRow EntryOf(const LayoutRow& layout) {
+  MenuRow row{
+      .In = kLayoutMenu, .Name = layout.Name, .Caption = layout.Caption, .Hint = layout.Hint};
+  row.Does.Layout = layout.Name;
+  return row;
+}
+
 constexpr std::string_view kDisplaysFollow = "mnuSounding";  // the entry that heads the displays
 
 }  // namespace
@@ -321,6 +339,9 @@ std::vector<MenuRow> MenuTree(std::span<const DisplayRow> displays) {
   std::vector<MenuRow> tree;
   for (const MenuRow& row : kMenuTree) {
     tree.push_back(row);
+    if (row.Name == kLayoutMenu) {
+      for (const LayoutRow& layout : PageLayouts()) tree.push_back(EntryOf(layout));
+    }
     for (const DisplayRow& display : displays) {
       const std::string_view after = display.After.empty() ? kDisplaysFollow : display.After;
       if (!display.Entry.empty() && after == row.Name) tree.push_back(EntryOf(display));
@@ -341,6 +362,7 @@ bool IsEnabled(const MenuRow& row, const Program& program) {
 
 std::optional<bool> IsChecked(const MenuRow& row, const Program& program) {
   if (row.State.IsChecked != nullptr) return row.State.IsChecked(program);
+  if (!row.Does.Layout.empty()) return row.Does.Layout == LayoutInForce(program).Name;
   if (row.State.IsSwitch) return program.Displays.IsUp(row.Does.Display);
   return std::nullopt;
 }

@@ -13,19 +13,22 @@
 
 namespace vexa {
 
-/// What an entry does: it runs a function of the program, opens a window of the application, or
-/// shows a display. An entry that does none of these heads a menu.
+/// What an entry does: it runs a function of the program, opens a window of the application, shows
+/// a display, or chooses a layout of the diagram. An entry that does none of these heads a menu.
 struct Action {
   constexpr Action() = default;
   constexpr Action(Changes (*run)(Program&), std::string_view opens = {})
       : Run(run), Opens(opens) {}
 
-  bool IsMenu() const { return Run == nullptr && Opens.empty() && Display.empty() && IsBuilt; }
+  bool IsMenu() const {
+    return Run == nullptr && Opens.empty() && Display.empty() && Layout.empty() && IsBuilt;
+  }
 
   Changes (*Run)(Program&) = nullptr;
   std::string_view Opens{};    // the window's name, once Run is through
   std::string_view At{};       // its page or topic
   std::string_view Display{};  // id
+  std::string_view Layout{};   // name of the diagram's layout that is chosen
   bool IsBuilt = true;         // false: not in this version
 };
 
@@ -85,8 +88,8 @@ struct MenuRow {
   EntryState State{};
 };
 
-/// Every menu and entry in order, those of the program's displays among them; a menu stands ahead
-/// of its entries.
+/// Every menu and entry in order, those of the program's displays and layouts among them; a menu
+/// stands ahead of its entries.
 std::vector<MenuRow> MenuTree(std::span<const DisplayRow> displays = AllDisplays());
 
 /// The entry of a name; null when there is none.

@@ -36,6 +36,15 @@ std::string_view NeedsAltered(const Program& program) {
   return program.Doc.CanRestore() ? "" : "needs a sounding that was changed";
 }
 
+std::string_view NeedsEarlier(const Program& program) {
+  return program.Listed.Size() > 1 && program.Listed.Now() > 0 ? ""
+                                                               : "needs an earlier one in the list";
+}
+
+std::string_view NeedsLater(const Program& program) {
+  return program.Listed.Now() + 1 < program.Listed.Size() ? "" : "needs a later one in the list";
+}
+
 std::string_view NeedsZoom(const Program& program) {
   return program.View.Zoom ? "" : "needs an enlarged diagram";
 }

@@ -79,6 +79,7 @@ Changes RunCommand(Program& program, const MenuRow& entry) {
     if (const DisplayRow* display = FindDisplay(program.DisplayTable, entry.Does.Display)) {
       OpenDisplay(program, *display);
     }
+    if (!entry.Does.Layout.empty()) return ChooseLayout(program, entry.Does.Layout);
     return {};
   });
 }

@@ -74,12 +74,12 @@ Changes StopLoop(Program& program) {
   return {.View = true};
 }
 
-Changes StepListed(Program& program, int step) {
+namespace {
+
+Changes Step(Program& program, int step) {
   const auto count = static_cast<std::ptrdiff_t>(program.Listed.Size());
   std::ptrdiff_t next = static_cast<std::ptrdiff_t>(program.Listed.Now()) + step;
   if (step == 0 || next < 0 || next >= count) return {};
-  const auto pass = program.Gate.Enter();
-  if (!pass) return {};
   const auto leave = commands::MayLeaveSounding(program);
   if (!leave) return {};
   // What cannot be read is told and stepped over, or it would block the way for good.
@@ -90,6 +90,21 @@ Changes StepListed(Program& program, int step) {
     program.Notices.push_back(ListedText(program, member) + " cannot be shown.");
   }
   return {.View = true};
+}
+
+}  // namespace
+
+Changes StepBack(Program& program) {
+  return Step(program, -1);
+}
+
+Changes StepForward(Program& program) {
+  return Step(program, 1);
+}
+
+Changes StepListed(Program& program, int step) {
+  const auto pass = program.Gate.Enter();
+  return pass ? Step(program, step) : Changes{};
 }
 
 }  // namespace vexa

@@ -19,6 +19,10 @@ Changes StepLoop(Program& program);
 
 Changes StopLoop(Program& program);
 
+/// The bodies of the menu's entries that step, behind the closed gate.
+Changes StepBack(Program& program);
+Changes StepForward(Program& program);
+
 /// Steps through the listed soundings by hand: 1 forward, -1 back. Nothing beyond the ends.
 Changes StepListed(Program& program, int step);
 

@@ -70,17 +70,16 @@ std::optional<diagram::SoundingPlot> PlotShown(const Program& program, const Opt
                                                const Surface& on, Progress progress,
                                                std::optional<MultiMode> mode) {
   const ViewState& view = program.View;
-  diagram::PlotInput input{
-      .Sounding = program.Current.Record,
-      .Results = program.Results,
-      .Set = set,
-      .Mode = mode.value_or(view.Looping ? MultiMode::Loop : view.Mode),
-      .On = on,
-      .Layout = view.Layout,
-      .Boxes = PageBoxesOf(program, set),
-      .Configuration = ConfigurationCaption(program.Settings),
-      .Lines = view.Lines,
-      .Zoom = view.Zoom};
+  diagram::PlotInput input{.Sounding = program.Current.Record,
+                           .Results = program.Results,
+                           .Set = set,
+                           .Mode = mode.value_or(view.Looping ? MultiMode::Loop : view.Mode),
+                           .On = on,
+                           .Layout = view.Layout,
+                           .Boxes = PageBoxesOf(program, set),
+                           .Configuration = ConfigurationCaption(program.Settings),
+                           .Lines = view.Lines,
+                           .Zoom = view.Zoom};
   // Asked for alone, the sounding in work stands alone.
   if (mode != MultiMode::Single) {
     const bool isCompared = input.Mode == MultiMode::Compare;
@@ -99,6 +98,18 @@ std::optional<diagram::SoundingPlot> PlotShown(const Program& program, const Opt
                             .Height = input.Sounding.ElevM + found.Found->Zone.Whole.Top});
   }
   return diagram::PlotSounding(input, progress);
+}
+
+const LayoutRow& LayoutInForce(const Program& program) {
+  return program.View.Layout == nullptr ? PageLayouts().front() : *program.View.Layout;
+}
+
+Changes ChooseLayout(Program& program, std::string_view name) {
+  const LayoutRow* chosen = FindLayout(name);
+  if (chosen == nullptr || chosen == &LayoutInForce(program)) return {};
+  program.View.Layout = chosen;
+  program.Settings.Window.Layout = name;
+  return {.View = true};
 }
 
 Changes ZoomInSizer(Program& program, const Rect& chosen) {

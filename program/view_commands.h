@@ -4,7 +4,9 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
+#include "picture/page_layouts.h"
 #include "program/program.h"
 
 namespace vexa {
@@ -15,6 +17,15 @@ namespace vexa {
 std::optional<diagram::SoundingPlot> PlotShown(const Program& program, const Options& set,
                                                const Surface& on, Progress progress = {},
                                                std::optional<diagram::MultiMode> mode = {});
+
+/// The layout of a first start.
+inline constexpr std::string_view kFirstLayout = "forecaster";
+
+/// The layout of the diagram's page: the chosen one, or the first of the table.
+const LayoutRow& LayoutInForce(const Program& program);
+/// Chooses a layout by its name and keeps it among the settings; one that is not known is passed
+/// over.
+Changes ChooseLayout(Program& program, std::string_view name);
 
 /// Shows a region chosen on the page; the proportions of the diagram stay.
 Changes ZoomInSizer(Program& program, const Rect& chosen);

@@ -91,12 +91,14 @@ struct Desk {
     EXPECT_FALSE(SaveFile(folder.Path() / name, WriteRaw(record)));
     return TextFromPath(folder.Path() / name);
   }
-  // Two soundings in the list, one changed twice and taken back once, the diagram enlarged: every
+  // Three soundings in the list, the middle one changed twice and taken back once, the diagram enlarged: every
   // entry that ever can be chosen is open.
   void Load() {
     const auto path = [this](const char* name) { return folder.Path() / name; };
+    Saved("first.RAW", test::ReferenceWinter());
     Saved("a.RAW", test::ReferenceConvective());
-    window.OpenFiles({path("a.RAW"), path("other.RAW")});
+    window.OpenFiles({path("first.RAW"), path("a.RAW"), path("other.RAW")});
+    window.Run("mnuStepForward");
     for (const double warmer : {0.5, 1.0}) {
       SoundingRecord edited = program.Current.Record;
       edited.Temp(3) += warmer;
@@ -178,7 +180,7 @@ constexpr std::string_view kExit = "mnuExit";
 const std::set<std::string_view> kHiddenNow = {"mnuSpecial", "mnuOFF", "mnuBeep"};
 // What these do looks the same when there is nothing to mend: the picture that is there already.
 const std::set<std::string_view> kNothingToSee = {"mnuRefreshed", "mnuSounding",
-                                                  "mnuConfiguration0", "mnuSkewT"};
+                                                  "mnuConfiguration0", "mnuSkewT", "diagram"};
 
 TEST(Walk, EveryEntryDoesItsWorkOnASounding) {
   for (const MenuRow& row : MenuTree()) {

@@ -1,0 +1,135 @@
+#include "app/tool_bar.h"
+
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QDockWidget>
+#include <QLabel>
+#include <QMenu>
+#include <QPixmap>
+#include <QScreen>
+#include <QToolButton>
+
+#include "app/sounding_window.h"
+#include "app/svg_icon.h"
+#include "core/files.h"
+#include "core/raw_file.h"
+#include "program/view_commands.h"
+#include "support/soundings.h"
+
+namespace vexa {
+namespace {
+
+class ToolBarTest : public testing::Test {
+ protected:
+  ToolBarTest() {
+    program.Doc.AskThrough(&interaction);
+    program.Where = FoldersBelow(folder.Path());
+    window.resize(1200, 700);
+    window.show();
+  }
+  std::filesystem::path Saved(const char* name, const SoundingRecord& record) {
+    EXPECT_FALSE(SaveFile(folder.Path() / name, WriteRaw(record)));
+    return folder.Path() / name;
+  }
+  QToolButton* Button(const char* text) {
+    for (auto* button : window.findChild<QToolBar*>("ToolBar")->findChildren<QToolButton*>()) {
+      if (button->text() == text) return button;
+    }
+    return nullptr;
+  }
+
+  const test::TemporaryFolder folder;
+  Program program;
+  WindowInteraction interaction{program.Gate, WindowInteraction::Attendance::Unattended};
+  SoundingWindow window{program, interaction};
+};
+
+TEST(Icons, AreWholeAndDrawSomething) {
+  for (const char* name : {"open", "back", "forward", "diagram", "layout", "zoom", "hodograph",
+                           "print", "paste", "download"}) {
+    EXPECT_TRUE(IsWholeIcon(name)) << name;
+    const QImage drawn = IconNamed(name).pixmap(24, 24).toImage();
+    int inked = 0;
+    for (int i = 0; i < 24 * 24; ++i) inked += qAlpha(drawn.pixel(i % 24, i / 24)) > 128 ? 1 : 0;
+    EXPECT_GT(inked, 20) << name;
+  }
+  EXPECT_FALSE(IsWholeIcon("no such icon"));
+}
+
+TEST_F(ToolBarTest, ButtonsAreTheEntriesOfTheMenu) {
+  for (const char* text : {"Open", "Diagram", "Layout", "Zoom", "Hodograph", "Print"}) {
+    ASSERT_NE(Button(text), nullptr) << text;
+    EXPECT_FALSE(Button(text)->icon().isNull()) << text;
+  }
+  EXPECT_TRUE(Button("Open")->isEnabled());
+  EXPECT_FALSE(Button("Hodograph")->isEnabled()) << "there is no sounding";
+  window.OpenFiles({Saved("a.RAW", test::ReferenceConvective())});
+  EXPECT_TRUE(Button("Hodograph")->isEnabled());
+  Button("Hodograph")->click();
+  EXPECT_TRUE(program.Displays.IsUp("Hodograph"));
+  EXPECT_TRUE(Button("Hodograph")->isChecked());
+  Button("Diagram")->menu()->actions()[1]->trigger();
+  EXPECT_EQ(program.Set.Diagram, DiagramType::Emagram);
+}
+
+TEST_F(ToolBarTest, StepsThroughTheListAndSaysWhere) {
+  auto* place = window.findChild<QLabel*>("PlaceInList");
+  EXPECT_FALSE(place->isVisible());
+  window.OpenFiles({Saved("a.RAW", test::ReferenceConvective()),
+                    Saved("b.RAW", test::ReferenceWinter()),
+                    Saved("c.RAW", test::ReferenceConvective())});
+  EXPECT_TRUE(place->isVisible());
+  EXPECT_EQ(place->text(), "1/3");
+  const auto* back = window.findChild<QAction*>("mnuStepBack");
+  auto* forward = window.findChild<QAction*>("mnuStepForward");
+  EXPECT_FALSE(back->isEnabled());
+  EXPECT_EQ(back->statusTip(), "(previous sounding) needs an earlier one in the list");
+  forward->trigger();
+  forward->trigger();
+  EXPECT_EQ(place->text(), "3/3");
+  EXPECT_EQ(program.Current.FileName, "c.RAW");
+  EXPECT_TRUE(back->isEnabled());
+  EXPECT_FALSE(forward->isEnabled());
+}
+
+TEST_F(ToolBarTest, TheLayoutIsChosenAndKept) {
+  window.OpenFiles({Saved("a.RAW", test::ReferenceConvective())});
+  const auto layouts = Button("Layout")->menu()->actions();
+  ASSERT_EQ(layouts.size(), static_cast<qsizetype>(PageLayouts().size()));
+  for (QAction* layout : layouts) {
+    layout->trigger();
+    EXPECT_TRUE(layout->isChecked());
+    EXPECT_EQ(LayoutInForce(program).Caption, layout->text().remove('&').toStdString());
+    EXPECT_EQ(program.Settings.Window.Layout, LayoutInForce(program).Name);
+  }
+  const LayoutRow& last = LayoutInForce(program);
+  EXPECT_FALSE(ChooseLayout(program, "of a later version").Any());
+  EXPECT_EQ(&LayoutInForce(program), &last);
+}
+
+TEST_F(ToolBarTest, APanelNeverSqueezesThePictureUnderItsLeastWidth) {
+  auto* panel = window.findChild<QDockWidget*>("InfoPanel");
+  window.Open("InfoPanel");
+  EXPECT_TRUE(panel->isVisible());
+  EXPECT_FALSE(panel->isFloating());
+  window.resize(800, 560);
+  QApplication::processEvents();
+  EXPECT_TRUE(panel->isFloating());
+  EXPECT_TRUE(panel->isVisible());
+  window.resize(1200, 700);
+  QApplication::processEvents();
+  EXPECT_FALSE(panel->isFloating());
+}
+
+TEST_F(ToolBarTest, TheFirstWindowTakesMostOfTheScreen) {
+  window.PlaceFirst();
+  const QRect room = window.screen()->availableGeometry();
+  EXPECT_NEAR(window.width(), 0.85 * room.width(), 1);
+  EXPECT_NEAR(window.height(), 0.85 * room.height(), 1);
+  EXPECT_NEAR(window.geometry().center().x(), room.center().x(), 1);
+}
+
+}  // namespace
+}  // namespace vexa
