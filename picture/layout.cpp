@@ -249,6 +249,10 @@ Arranged Arrange(const Rect& page, std::span<const RegionRow> rows, Arrangement 
 // A region more is worth this share of the page for the main one.
 constexpr double kRegionWorth = 0.3;
 
+// On a page wider than this for its height boxes beneath would flatten the main region: they go there
+// only when two of them found no room at its side.
+constexpr double kWide = 1.4;
+
 double Worth(const Arranged& made, const Rect& page) {
   return UsefulArea(made.Made.Main) / (page.Width() * page.Height()) +
          kRegionWorth * static_cast<double>(made.Kept.size());
@@ -275,7 +279,10 @@ PageLayout CutPage(const Surface& surface, std::span<const RegionRow> rows) {
   for (const Arrangement arrangement :
        {Arrangement::TwoColumns, Arrangement::OneColumn, Arrangement::Beneath}) {
     Arranged made = Arrange(inside, rows, arrangement);
-    const double worth = Worth(made, inside);
+    double worth = Worth(made, inside);
+    if (arrangement == Arrangement::Beneath && inside.Width() > kWide * inside.Height()) {
+      worth -= kRegionWorth;
+    }
     if (best && worth <= mostWorth) continue;
     best = std::move(made);
     mostWorth = worth;
