@@ -64,7 +64,8 @@ std::optional<QPainterPath> PathOf(const QString& data) {
 std::optional<QPainterPath> Outline(std::string_view drawing) {
   QXmlStreamReader reader(QByteArray(drawing.data(), static_cast<qsizetype>(drawing.size())));
   QPainterPath outline;
-  while (reader.readNextStartElement() || !reader.atEnd()) {
+  while (!reader.atEnd()) {
+    reader.readNext();
     if (!reader.isStartElement() || reader.name() == QLatin1String("svg")) continue;
     const QXmlStreamAttributes has = reader.attributes();
     if (reader.name() == QLatin1String("circle")) {
@@ -110,6 +111,7 @@ class OutlineEngine : public QIconEngine {
     paint(&painter, QRect(QPoint(), size), mode, state);
     return pixmap;
   }
+  QSize actualSize(const QSize& size, QIcon::Mode, QIcon::State) override { return size; }
   QIconEngine* clone() const override { return new OutlineEngine(outline_); }
 
  private:

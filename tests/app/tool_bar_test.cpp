@@ -80,6 +80,7 @@ TEST_F(ToolBarTest, StepsThroughTheListAndSaysWhere) {
   window.OpenFiles({Saved("a.RAW", test::ReferenceConvective()),
                     Saved("b.RAW", test::ReferenceWinter()),
                     Saved("c.RAW", test::ReferenceConvective())});
+  QCoreApplication::processEvents();  // the bar makes room for what comes to be seen
   EXPECT_TRUE(place->isVisible());
   EXPECT_EQ(place->text(), "1/3");
   const auto* back = window.findChild<QAction*>("mnuStepBack");
