@@ -21,7 +21,7 @@ struct IconRow {
 };
 
 constexpr IconRow kIcons[] = {
-#include "icons.inc"
+#include <icons.inc>
 };
 
 constexpr double kSide = 24;  // of the square in which icons are drawn
