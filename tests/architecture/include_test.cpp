@@ -28,7 +28,8 @@ const std::map<std::string, std::vector<std::string>> kBuildsOn = {
     {"display", {"config", "picture"}},
     {"hodograph", {"config", "picture"}},
     {"mountainwave", {"config", "picture"}},
-    {"fronts", {"hodograph"}},  // for the compass
+    {"crosssection", {"diagram"}},  // for its wind symbols
+    {"fronts", {"hodograph"}},      // for the compass
     {"download", {"core"}},
     {"download/net", {"download"}},
     {"output", {"diagram", "mountainwave"}},

@@ -1,0 +1,122 @@
+#include "crosssection/section_options.h"
+
+#include <span>
+
+#include "config/row_builder.h"
+#include "config/system_file.h"
+#include "core/units.h"
+
+namespace vexa::crosssection {
+namespace {
+
+constexpr auto kSame = Record::Same;
+constexpr Range kPixels{100, 32767};
+constexpr Range kCoordinates{-32768, 32767};
+
+using Set = SectionOptions;
+
+constexpr SettingRow<Set> kOptionRows[] = {
+    Row<At<&Set::Scale>>("vertical scale"),
+    Row<At<&Set::UpperLimit>, kTrue, Range{10, 900}>("upper limit", kSame),
+    Row<At<&Set::Heights>>("heights", kSame),
+    Row<At<&Set::Length>>("distances", kSame),
+    Row<At<&Set::Temp>>("temperatures"),
+    Row<At<&Set::Speed>>("wind units", kSame),
+    Row<At<&Set::Water>>("precipitable water", kSame),
+    Row<At<&Set::Background>>("background"),
+    Row<At<&Set::Size>>("size", kSame),
+    Row<At<&Set::Symbols>>("wind symbols", kSame),
+    Row<At<&Set::Barbs>>("symbol size", kSame),
+    Row<At<&Set::PlotWinds>, kYes>("plot winds"),
+    Row<At<&Set::Filled>, kYes>("filled colors", kSame),
+    Row<At<&Set::Lines>, kYes>("isolines", kSame),
+    Row<At<&Set::SubIsolines>, kYes>("sub-isolines", kSame),
+    Row<At<&Set::DotMoisture>, kYes>("dotted moisture", kSame),
+    Row<At<&Set::MarkExtrema>, kYes>("maxima and minima", kSame),
+    Row<At<&Set::Tropopause>, kYes>("tropopause"),
+    Row<At<&Set::FreezingLevel>, kYes>("freezing level", kSame),
+    Row<At<&Set::Terrain>, kYes>("terrain", kSame),
+    Row<At<&Set::Resolution>>("grid matrix resolution"),
+    Row<At<&Set::SmoothingPasses>, kTrue, Range{0, kMostPasses}>("smoothing passes", kSame),
+    Row<At<&Set::CrossDirection>, kTrue, Range{0, 360}>("cross-wind direction"),
+};
+
+using State = SectionState;
+
+constexpr SettingRow<State> kStateRows[] = {
+    Row<At<&State::AutoLoad>, kYes>("auto-load"),
+    Row<At<&State::LastDataset>>("last dataset"),
+    Row<At<&State::Field>>("field", kSame),
+    Row<At<&State::Direction>>("direction", kSame),
+    Row<At<&State::Left>, kTrue, kCoordinates>("left edge"),
+    Row<At<&State::Top>, kTrue, kCoordinates>("top edge", kSame),
+    Row<At<&State::Width>, kTrue, kPixels>("width", kSame),
+    Row<At<&State::Height>, kTrue, kPixels>("height", kSame),
+};
+
+template <class S, std::size_t kCount>
+std::string WriteRows(const S& settings, const SettingRow<S> (&rows)[kCount]) {
+  SystemWriter writer;
+  writer.Write(settings, MarkedRecords(std::span<const SettingRow<S>>(rows)));
+  return writer.Take();
+}
+
+template <class S, std::size_t kCount>
+S ReadRows(const std::string& text, const SettingRow<S> (&rows)[kCount]) {
+  S settings;
+  SystemReader(std::string(), text)
+      .Read(settings, MarkedRecords(std::span<const SettingRow<S>>(rows)));
+  return settings;
+}
+
+}  // namespace
+
+double FromKm(double km, SectionLength units) {
+  switch (units) {
+    case SectionLength::NauticalMiles:
+      return km / kKmPerNauticalMile;
+    case SectionLength::Kilometers:
+      return km;
+    case SectionLength::Miles:
+      return km * 1000 / kMetersPerMile;
+  }
+  return km;
+}
+
+GridSize SizeOf(GridResolution resolution) {
+  switch (resolution) {
+    case GridResolution::Low:
+      return {41, 31};
+    case GridResolution::Medium:
+      return {61, 46};
+    case GridResolution::High:
+      return {81, 61};
+  }
+  return {};
+}
+
+std::string SectionStateFile() {
+  return std::string(kSystemTag) + ".XXX";
+}
+
+std::string SectionOptionsFile() {
+  return std::string(kSystemTag) + ".XXS";
+}
+
+std::string Write(const SectionOptions& options) {
+  return WriteRows(options, kOptionRows);
+}
+
+std::string Write(const SectionState& state) {
+  return WriteRows(state, kStateRows);
+}
+
+SectionOptions ReadSectionOptions(const std::string& text) {
+  return ReadRows(text, kOptionRows);
+}
+
+SectionState ReadSectionState(const std::string& text) {
+  return ReadRows(text, kStateRows);
+}
+
+}  // namespace vexa::crosssection
