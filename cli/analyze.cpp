@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <optional>
 #include <string>
 #include <vector>
@@ -6,6 +5,7 @@
 #include "analysis/adiabat_table.h"
 #include "analysis/index_table.h"
 #include "analysis/moist_air.h"
+#include "cli/answers.h"
 #include "cli/commands.h"
 #include "cli/inputs.h"
 #include "cli/loaded_program.h"
@@ -16,10 +16,8 @@
 namespace vexa::cli {
 namespace {
 
-constexpr std::string_view kFormats[] = {"text", "json", "csv"};
-
 constexpr ArgumentRow kOptions[] = {
-    {"--format", "", "FORMAT", "form of the report, text without it", kFormats},
+    kFormatOption,
     {"--explain", "", "INDEX",
      "tell how an index came about, by its label: KI, SWEAT; may be repeated"},
     {"--trace-liftsat", "", "FILE",
@@ -27,40 +25,6 @@ constexpr ArgumentRow kOptions[] = {
     kRootOption,
     kSoundingOption,
     kSetOption,
-};
-
-/// How soundings follow each other in one of the formats. One is written and forgotten before the
-/// next is read.
-class Report {
- public:
-  Report(std::string format, bool several, const Options& options, Console& console)
-      : format_(std::move(format)), several_(several), options_(options), console_(console) {
-    if (format_ == "csv") console_.Out(CsvHeader(options_) + "\n");
-    if (format_ == "json" && several_) console_.Out("[");
-  }
-
-  void Add(const ReportedSounding& sounding) {
-    if (format_ == "csv") {
-      console_.Out(CsvRow(sounding, options_) + "\n");
-    } else if (format_ == "json") {
-      console_.Out((several_ ? (count_ > 0 ? ",\n" : "\n") : "") +
-                   SoundingJson(sounding, options_) + (several_ ? "" : "\n"));
-    } else {
-      console_.Out((count_ > 0 ? "\n" : "") + TextReport(sounding, options_));
-    }
-    ++count_;
-  }
-
-  void End() {
-    if (format_ == "json" && several_) console_.Out("\n]\n");
-  }
-
- private:
-  std::string format_;
-  bool several_;
-  const Options& options_;
-  Console& console_;
-  int count_ = 0;
 };
 
 std::vector<std::string_view> IndexLabels() {
@@ -109,7 +73,6 @@ std::string TraceLiftSat(const ReportedSounding& sounding, const Options& option
 }
 
 int RunAnalyze(const Arguments& arguments, Console& console) {
-  const std::string format = arguments.Value("--format").value_or("text");
   const Outcome<CommandSetup> given = SetupOf(arguments, console);
   if (!given) return UsageError(console, kAnalyzeCommand, given.Error().Detail);
   const CommandSetup& setup = given.Value();
@@ -138,13 +101,15 @@ int RunAnalyze(const Arguments& arguments, Console& console) {
     }
     trace.emplace(PathFromText(*traceName));
   }
-  Report report(format, arguments.Files.size() > 1, options, console);
+  Answers answers(arguments, CsvHeader(options), console);
   const int exitCode =
       ForEachSounding(arguments, setup, console, [&](const ReportedSounding& sounding) {
-        report.Add(sounding);
+        answers.Add({.Text = [&] { return TextReport(sounding, options); },
+                     .Json = [&] { return SoundingJson(sounding, options); },
+                     .Csv = [&] { return CsvRow(sounding, options) + "\n"; }});
         if (trace && !traceFault) traceFault = trace->Write(TraceLiftSat(sounding, options));
       });
-  report.End();
+  answers.End();
   if (trace && !traceFault) traceFault = trace->Commit();
   if (!traceFault) return exitCode;
   ReportFault(console, *traceName, *traceFault);

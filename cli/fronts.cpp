@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "analysis/level_profile.h"
+#include "cli/answers.h"
 #include "cli/commands.h"
 #include "cli/inputs.h"
 #include "cli/loaded_program.h"
@@ -17,7 +18,6 @@ namespace {
 using fronts::FrontResults;
 using fronts::FrontSource;
 
-constexpr std::string_view kFormats[] = {"text", "json", "csv"};
 constexpr std::string_view kModes[] = {"Fixed", "Sliding", "Levels"};
 constexpr std::string_view kAutomatic = "automatic";
 
@@ -40,7 +40,7 @@ constexpr ArgumentRow kOptions[] = {
      5,
      90},
     {"--lower", "", "M", "lower frontal limit, m above the station", {}, 0, 3000},
-    {"--format", "", "FORMAT", "form of the report, text without it", kFormats},
+    kFormatOption,
     {"--explain", "", "", "tell which layers were candidates and how the front came about"},
     kRootOption,
     kSoundingOption,
@@ -84,26 +84,14 @@ Outcome<FrontSettings> SettingsOf(const Arguments& arguments, FrontSettings sett
   return settings;
 }
 
-std::string Lines(const std::vector<std::string>& lines) {
-  std::string text;
-  for (const std::string& line : lines) text += line + "\n";
-  return text;
-}
-
-std::string Quoted(std::string_view text) {
-  std::string quoted = "\"";
-  for (const char c : text) quoted += c == '"' ? '\'' : c;
-  return quoted + '"';
-}
-
 constexpr std::string_view kCsvHeader =
     "file,station,character,zone base (m above station),zone top (m above station),"
     "gradient (C/nm),advection (C/h),speed (kt),towards (deg),distance (km),"
-    "vertical motion (m/h)\n";
+    "vertical motion (m/h)";
 
 std::string CsvRow(const std::string& file, const SoundingRecord& sounding,
                    const FrontResults& results) {
-  std::string row = Quoted(file) + "," + Quoted(sounding.StationTitle);
+  std::string row = CsvField(file) + "," + CsvField(sounding.StationTitle);
   if (!results.Found) return row + ",none,,,,,,,,\n";
   const fronts::Front& front = *results.Found;
   const fronts::FrontLayer& zone = front.Zone.Whole;
@@ -139,12 +127,8 @@ int RunFronts(const Arguments& arguments, Console& console) {
   const HodographSettings& hodograph = setup.Value().Settings.Hodograph;
   const Outcome<FrontSettings> settings = SettingsOf(arguments, hodograph.Front);
   if (!settings) return UsageError(console, kFrontsCommand, settings.Error().Detail);
-  const std::string format = arguments.Value("--format").value_or("text");
-  const bool several = arguments.Files.size() > 1;
-  if (format == "csv") console.Out(kCsvHeader);
-  if (format == "json" && several) console.Out("[");
+  Answers answers(arguments, kCsvHeader, console);
   Inputs inputs(console, setup.Value().Stations, setup.Value().Index);
-  int count = 0;
   for (const std::string& file : arguments.Files) {
     const std::optional<LoadedSounding> loaded = inputs.Load(file);
     if (!loaded) continue;
@@ -152,22 +136,21 @@ int RunFronts(const Arguments& arguments, Console& console) {
     const FrontResults results =
         fronts::FindFronts(sounding, analysis::DeriveLevels(sounding, options), settings.Value());
     const FrontSource source{results, settings.Value(), options, hodograph.Distance};
-    if (format == "csv") {
-      console.Out(CsvRow(file, sounding, results));
-    } else if (format == "json") {
-      report::Json json;
-      json["file"] = file;
-      json["station"] = sounding.StationTitle;
-      json.update(report::FrontsJson(results, true));
-      console.Out((several ? (count > 0 ? ",\n" : "\n") : "") + report::JsonText(json) +
-                  (several ? "" : "\n"));
-    } else {
-      console.Out((count > 0 ? "\n" : "") + sounding.StationTitle + "\n" +
-                  (arguments.Has("--explain") ? Lines(ExplainFronts(source)) : TextOf(source)));
-    }
-    ++count;
+    answers.Add({.Text =
+                     [&] {
+                       return sounding.StationTitle + "\n" +
+                              (arguments.Has("--explain") ? Lines(ExplainFronts(source))
+                                                          : TextOf(source));
+                     },
+                 .Json =
+                     [&] {
+                       return report::JsonText(
+                           report::FoundJson(file, sounding.StationTitle, loaded->Finding,
+                                             report::FrontsJson(results, true)));
+                     },
+                 .Csv = [&] { return CsvRow(file, sounding, results); }});
   }
-  if (format == "json" && several) console.Out("\n]\n");
+  answers.End();
   return inputs.ExitCode();
 }
 

@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "analysis/turbulence.h"
+#include "cli/answers.h"
 #include "cli/commands.h"
 #include "cli/inputs.h"
 #include "cli/loaded_program.h"
@@ -23,7 +24,6 @@ using mountainwave::Wave;
 using mountainwave::WaveOptions;
 using mountainwave::WaveResults;
 
-constexpr std::string_view kFormats[] = {"text", "json", "csv"};
 constexpr std::string_view kUnits[] = {"english", "metric"};
 constexpr std::string_view kDefaultMountain = "default";
 
@@ -36,7 +36,7 @@ constexpr ArgumentRow kOptions[] = {
     {"--decay", "", "P,N", "lets waves decay by P % up to wavelength N"},
     {"--units", "", "UNITS",
      "english for ft, nm and fpm or metric for m, km and m/s; by GPM units without it", kUnits},
-    {"--format", "", "FORMAT", "form of the report, text without it", kFormats},
+    kFormatOption,
     {"--explain", "", "", "tell how each wave came about, and why there is none elsewhere"},
     kRootOption,
     kSoundingOption,
@@ -134,28 +134,16 @@ Site SiteFor(const SoundingRecord& sounding, const Asked& asked, Console& consol
   return looked.Found;
 }
 
-std::string Lines(const std::vector<std::string>& lines) {
-  std::string text;
-  for (const std::string& line : lines) text += line + "\n";
-  return text;
-}
-
-std::string Quoted(std::string_view text) {
-  std::string quoted = "\"";
-  for (const char c : text) quoted += c == '"' ? '\'' : c;
-  return quoted + '"';
-}
-
 constexpr std::string_view kCsvHeader =
     "file,station,kind,mountain,wavelength (km),amplitude (m),maximum vertical velocity (m/s),"
-    "turbulence,interface pressure (hPa),interface height above station (m)\n";
+    "turbulence,interface pressure (hPa),interface height above station (m)";
 
 std::string CsvRows(const ReportedSounding& sounding, const WaveResults& waves) {
   std::string rows;
   for (const Wave* wave : waves.All()) {
     const bool isFirst = wave->Kind == mountainwave::WaveKind::Predominant;
     const bool isHarmonic = wave->Kind == mountainwave::WaveKind::Harmonic;
-    rows += Quoted(sounding.File) + "," + Quoted(sounding.Record.StationTitle) + "," +
+    rows += CsvField(sounding.File) + "," + CsvField(sounding.Record.StationTitle) + "," +
             (isFirst      ? "predominant"
              : isHarmonic ? "harmonic"
                           : "subordinate") +
@@ -168,46 +156,19 @@ std::string CsvRows(const ReportedSounding& sounding, const WaveResults& waves) 
   return rows;
 }
 
-// One after the other, as an array of several in JSON.
-class WaveReport {
- public:
-  WaveReport(std::string format, bool explains, bool several, Console& console)
-      : format_(std::move(format)), explains_(explains), several_(several), console_(console) {
-    if (format_ == "csv") console_.Out(kCsvHeader);
-    if (format_ == "json" && several_) console_.Out("[");
-  }
-
-  void Add(const ReportedSounding& sounding, const Site& site, const WaveOptions& set) {
-    const WaveResults waves =
-        mountainwave::ComputeWaves(sounding.Record, sounding.Results.Levels, site);
-    const mountainwave::WaveSource source{sounding.Record, site, waves, set};
-    if (format_ == "csv") {
-      console_.Out(CsvRows(sounding, waves));
-    } else if (format_ == "json") {
-      report::Json json;
-      json["file"] = sounding.File;
-      json["station"] = sounding.Record.StationTitle;
-      json.update(report::WavesJson(waves, site, true));
-      console_.Out((several_ ? (count_ > 0 ? ",\n" : "\n") : "") + report::JsonText(json) +
-                   (several_ ? "" : "\n"));
-    } else {
-      console_.Out((count_ > 0 ? "\n" : "") +
-                   Lines(explains_ ? ExplainWaves(source) : WaveListing(source)));
-    }
-    ++count_;
-  }
-
-  void End() {
-    if (format_ == "json" && several_) console_.Out("\n]\n");
-  }
-
- private:
-  std::string format_;
-  bool explains_;
-  bool several_;
-  Console& console_;
-  int count_ = 0;
-};
+Answer AnswerOf(const ReportedSounding& sounding, const mountainwave::WaveSource& source,
+                bool explains) {
+  return {
+      .Text = [&,
+               explains] { return Lines(explains ? ExplainWaves(source) : WaveListing(source)); },
+      .Json =
+          [&] {
+            return report::JsonText(
+                report::FoundJson(sounding.File, sounding.Record.StationTitle, sounding.Finding,
+                                  report::WavesJson(source.Waves, source.Mountains, true)));
+          },
+      .Csv = [&] { return CsvRows(sounding, source.Waves); }};
+}
 
 int RunWaves(const Arguments& arguments, Console& console) {
   const Outcome<CommandSetup> setup = SetupOf(arguments, console);
@@ -216,8 +177,7 @@ int RunWaves(const Arguments& arguments, Console& console) {
   const Outcome<Asked> asked = AskedBy(arguments, options);
   if (!asked) return UsageError(console, kWavesCommand, asked.Error().Detail);
   Inputs inputs(console, setup.Value().Stations, setup.Value().Index);
-  WaveReport told(arguments.Value("--format").value_or("text"), arguments.Has("--explain"),
-                  arguments.Files.size() > 1, console);
+  Answers answers(arguments, kCsvHeader, console);
   for (const std::string& file : arguments.Files) {
     std::optional<LoadedSounding> loaded = inputs.Load(file);
     if (!loaded) continue;
@@ -228,10 +188,13 @@ int RunWaves(const Arguments& arguments, Console& console) {
       inputs.Fail(file, "Mountain height must be greater than the sounding station elevation.");
       continue;
     }
-    told.Add(report::ReportOf(sounding, file, options), SiteFor(record, asked.Value(), console),
-             asked.Value().Set);
+    const Site site = SiteFor(record, asked.Value(), console);
+    const ReportedSounding told = report::ReportOf(sounding, file, options);
+    const WaveResults waves = mountainwave::ComputeWaves(record, told.Results.Levels, site);
+    answers.Add(
+        AnswerOf(told, {record, site, waves, asked.Value().Set}, arguments.Has("--explain")));
   }
-  told.End();
+  answers.End();
   return inputs.ExitCode();
 }
 

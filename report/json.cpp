@@ -29,6 +29,16 @@ Json FindingJson(const QcFinding& finding) {
   return json;
 }
 
+Json FoundJson(std::string_view file, std::string_view station, const QcFinding& finding,
+               const Json& found) {
+  Json json;
+  json["file"] = file;
+  json["station"] = station;
+  json["finding"] = FindingJson(finding);
+  json.update(found);
+  return json;
+}
+
 std::string JsonText(const Json& json) {
   constexpr int kIndent = 2;
   return json.dump(kIndent, ' ', false, Json::error_handler_t::replace);

@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "core/data_checks.h"
@@ -20,6 +21,10 @@ Json Numbers(const std::vector<std::optional<double>>& values);
 
 /// What the check of the data found: number, text and level; null for nothing.
 Json FindingJson(const QcFinding& finding);
+
+/// What one command found of a sounding, under the names of file and station and the finding.
+Json FoundJson(std::string_view file, std::string_view station, const QcFinding& finding,
+               const Json& found);
 
 /// The text of it, indented, without a line end. Bytes that are not UTF-8 become U+FFFD.
 std::string JsonText(const Json& json);
