@@ -6,8 +6,9 @@
 
 #include "analysis/index_formulas.h"
 #include "analysis/shown_units.h"
+#include "core/letter_case.h"
 #include "core/numbers.h"
-#include "core/units.h"
+#include "core/shown_values.h"
 
 namespace vexa::analysis {
 namespace {
@@ -207,13 +208,9 @@ std::span<const IndexRow> IndexTable() {
 }
 
 const IndexRow* FindIndex(std::string_view label) {
-  const auto same = [](unsigned char a, unsigned char b) {
-    return std::tolower(a) == std::tolower(b);
-  };
   const std::string_view wanted = Trim(label);
-  const auto* row = std::ranges::find_if(kRows, [&](const IndexRow& candidate) {
-    return std::ranges::equal(Trim(candidate.Label), wanted, same);
-  });
+  const auto* row = std::ranges::find_if(
+      kRows, [&](const IndexRow& candidate) { return SameText(Trim(candidate.Label), wanted); });
   return row == std::end(kRows) ? nullptr : row;
 }
 
@@ -278,8 +275,7 @@ struct Converted {
 // A value of a row in the units asked for, and the word of the unit.
 Converted InUnits(const IndexRow& row, double value, const IndexUnits& units) {
   const auto length = [&units](double meters) -> Converted {
-    const bool isFeet = units.Length == LengthUnits::Feet;
-    return {isFeet ? FeetFromMeters(meters) : meters, isFeet ? "ft" : "m"};
+    return {ShownIn(meters, units.Length), std::string(UnitWord(units.Length))};
   };
   const auto above = [&length](double meters) -> Converted {
     const Converted depth = length(meters);
@@ -287,9 +283,7 @@ Converted InUnits(const IndexRow& row, double value, const IndexUnits& units) {
   };
   switch (row.Kind) {
     case Measure::Temp:
-      if (units.Temp == TempUnits::Fahrenheit) return {FahrenheitFromCelsius(value), "F"};
-      if (units.Temp == TempUnits::Kelvin) return {value + kKelvinOffset, "K"};
-      return {value, "C"};
+      return {ShownIn(value, units.Temp), std::string(Word(units.Temp))};
     case Measure::Height:
       return units.Heights == HeightMode::Agl && HasHeight(units.Ground)
                  ? above(value - units.Ground)
@@ -302,7 +296,7 @@ Converted InUnits(const IndexRow& row, double value, const IndexUnits& units) {
     case Measure::Press:
       return {value, std::string(units.PressWord)};
     case Measure::Speed:
-      if (units.Speed == SpeedUnits::MetersPerSecond) return {value * kKnotToMs, "m/s"};
+      if (units.Speed == SpeedUnits::MetersPerSecond) return {ShownIn(value, units.Speed), "m/s"};
       return {value, std::string(units.KnotWord)};
     case Measure::Water:
       return units.IsWaterInches ? Converted{value / kCentimetersPerInch, "in"}

@@ -4,7 +4,7 @@
 
 #include "core/markers.h"
 #include "core/numbers.h"
-#include "core/units.h"
+#include "core/shown_values.h"
 
 namespace vexa::analysis {
 namespace {
@@ -20,10 +20,7 @@ std::string DirectionText(double degrees) {
 
 std::string TempText(double celsius, TempUnits units) {
   if (NotAvailable(celsius)) return std::string(kNothing);
-  double shown = celsius;
-  if (units == TempUnits::Fahrenheit) shown = FahrenheitFromCelsius(celsius);
-  if (units == TempUnits::Kelvin) shown = celsius + kKelvinOffset;
-  return Mask(shown, "##0.0") + ' ' + std::string(Word(units));
+  return Mask(ShownIn(celsius, units), "##0.0") + ' ' + std::string(Word(units));
 }
 
 std::string ShownUnits::Height(double height) const {
@@ -34,8 +31,7 @@ std::string ShownUnits::Height(double height) const {
 
 std::string ShownUnits::Depth(double meters) const {
   if (!HasHeight(meters)) return std::string(kNothing);
-  const bool feet = units_.ThermoHeight == LengthUnits::Feet;
-  return Mask(feet ? FeetFromMeters(meters) : meters, "####0") + (feet ? " ft" : " m");
+  return LengthText(meters, units_.ThermoHeight);
 }
 
 std::string ShownUnits::Temp(double celsius) const {
@@ -44,9 +40,8 @@ std::string ShownUnits::Temp(double celsius) const {
 
 std::string ShownUnits::Motion(const WindVector& vector) const {
   const Wind wind = FromComponents(vector);
-  const bool metric = units_.Speed == SpeedUnits::MetersPerSecond;
-  return DirectionText(wind.Dir) + "/" + Mask(metric ? wind.Spd * kKnotToMs : wind.Spd, "##0") +
-         (metric ? " m/s" : " kts");
+  return DirectionText(wind.Dir) + "/" + Mask(ShownIn(wind.Spd, units_.Speed), "##0") + " " +
+         std::string(UnitWord(units_.Speed));
 }
 
 }  // namespace vexa::analysis

@@ -1,5 +1,7 @@
 #include "app/option_page.h"
 
+#include "core/letter_case.h"
+
 #include <cctype>
 #include <QFormLayout>
 #include <QGroupBox>
@@ -90,7 +92,7 @@ QString OptionPage::Lettered(std::string_view caption) {
   std::string text;
   bool isMarked = false;
   for (const char c : caption) {
-    const char letter = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    const char letter = Lower(c);
     if (!isMarked && std::isalnum(static_cast<unsigned char>(c)) != 0 &&
         letters_.insert(letter).second) {
       text += '&';

@@ -12,8 +12,8 @@
 #include <system_error>
 #include <utility>
 
-#include "config/row_builder.h"
 #include "core/files.h"
+#include "core/letter_case.h"
 
 namespace vexa {
 namespace {

@@ -11,6 +11,7 @@
 #include "core/error_report.h"
 #include "core/files.h"
 #include "core/numbers.h"
+#include "core/shown_values.h"
 #include "ingest/sounding_files.h"
 #include "sounding/sounding_source.h"
 
@@ -23,12 +24,6 @@ constexpr ArgumentRow kOptions[] = {
     {"--notes", "-n", "", "what was left out, changed or worked out, below each file"},
     {"--quiet", "-q", "", "only the files with a fault"},
 };
-
-std::string TimeText(const ObservationTime& time) {
-  if (!time.Known()) return "no time";
-  return Mask(time.Year, "0000") + '-' + Mask(time.Month, "00") + '-' + Mask(time.Day, "00") + ' ' +
-         Mask(time.Hour, "00") + ':' + Mask(time.Minute, "00");
-}
 
 std::string Counts(const SoundingRecord& record) {
   return Shortest(record.NumTempLevels()) + " temperatures, " + Shortest(record.NumWindLevels()) +
@@ -65,8 +60,9 @@ Verdict VerdictOf(Loading loading, const SourceText& text) {
   const SoundingRecord& record = sounding.Record;
   const bool isFault = sounding.Finding.Number != 0;
   return {.IsFault = isFault,
-          .Text = record.DataFormat + ", " + record.StationTitle + ", " + TimeText(record.Time) +
-                  ", " + Counts(record) + ", " +
+          .Text = record.DataFormat + ", " + record.StationTitle + ", " +
+                  (record.Time.Known() ? TimeText(record.Time) : "no time") + ", " +
+                  Counts(record) + ", " +
                   (isFault ? "FAULT: " + FindingText(sounding.Finding) : "OK"),
           .Notes = std::move(sounding.Notes)};
 }

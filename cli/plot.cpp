@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cctype>
 #include <filesystem>
 #include <optional>
 #include <set>
@@ -9,6 +8,7 @@
 #include "cli/loaded_program.h"
 #include "cli/toolkit.h"
 #include "core/files.h"
+#include "core/letter_case.h"
 #include "core/numbers.h"
 #include "program/displays.h"
 
@@ -41,14 +41,6 @@ constexpr ArgumentRow kOptions[] = {
 };
 
 constexpr std::string_view kNamePlace = "{name}";
-
-std::string Lower(std::string_view text) {
-  std::string letters(text);
-  std::ranges::transform(letters, letters.begin(), [](unsigned char letter) {
-    return static_cast<char>(std::tolower(letter));
-  });
-  return letters;
-}
 
 // The ending in small letters, without its dot.
 std::string Extension(const std::string& output) {

@@ -1,6 +1,5 @@
 // `print`: displays and listings on the pages that the print window makes, as one PDF document.
 #include <algorithm>
-#include <cctype>
 #include <iterator>
 #include <optional>
 #include <string>
@@ -11,6 +10,7 @@
 #include "cli/loaded_program.h"
 #include "cli/toolkit.h"
 #include "core/files.h"
+#include "core/letter_case.h"
 #include "program/displays.h"
 #include "program/print_work.h"
 
@@ -36,14 +36,6 @@ constexpr ArgumentRow kOptions[] = {
     kSetOption,
 };
 
-std::string Lower(std::string_view text) {
-  std::string lower(text);
-  std::ranges::transform(lower, lower.begin(), [](unsigned char letter) {
-    return static_cast<char>(std::tolower(letter));
-  });
-  return lower;
-}
-
 // Sets an enum by an option whose values are its words.
 template <class E>
 void TakeWord(const Arguments& arguments, std::string_view option, E& into) {
@@ -64,7 +56,7 @@ std::optional<std::string> NameOf(std::string_view word, std::span<const Display
     return std::string(row->Name);
   }
   for (const std::string_view name : AllPrintableNames(displays)) {
-    if (Lower(name) == Lower(word)) return std::string(name);
+    if (SameText(name, word)) return std::string(name);
   }
   return std::nullopt;
 }
@@ -129,7 +121,7 @@ void AddPages(const std::string& file, LoadedProgram& loaded, const Asked& asked
 int RunPrint(const Arguments& arguments, Console& console) {
   const std::optional<std::string> output = arguments.Value("--output");
   if (!output) return UsageError(console, kPrintCommand, "no output is given with -o");
-  if (Lower(TextFromPath(PathFromText(*output).extension())) != ".pdf") {
+  if (!SameText(TextFromPath(PathFromText(*output).extension()), ".pdf")) {
     return UsageError(console, kPrintCommand, "\"" + *output + "\" does not end in .pdf");
   }
   if (const auto fault = NotAnInput(arguments, *output)) {

@@ -2,8 +2,10 @@
 #include <vector>
 
 #include "analysis/index_table.h"
+#include "cli/answers.h"
 #include "cli/report.h"
 #include "core/numbers.h"
+#include "core/shown_values.h"
 #include "report/values.h"
 
 namespace vexa::cli {
@@ -14,16 +16,6 @@ namespace {
 
 using analysis::AnalysisResults;
 using analysis::ParcelAscent;
-
-std::string CsvField(std::string_view text) {
-  if (text.find_first_of(",\"\r\n") == std::string_view::npos) return std::string(text);
-  std::string quoted = "\"";
-  for (const char c : text) {
-    if (c == '"') quoted += '"';
-    quoted += c;
-  }
-  return quoted + '"';
-}
 
 /// The CSV columns: a name with its unit and the text of a value.
 struct CsvColumn {
@@ -43,7 +35,7 @@ std::vector<CsvColumn> CsvColumns(const ReportedSounding& sounding, const Option
       {"file", sounding.File},
       {"station", record.StationTitle},
       {"wmo number", record.WmoNumber == 0 ? "" : Mask(record.WmoNumber, "00000")},
-      {"time", TimeText(record.Time).value_or("")},
+      {"time", IsoTimeText(record.Time)},
       {"latitude (deg)", placed ? Shortest(record.LatSigned) : ""},
       {"longitude (deg)", placed ? Shortest(record.LonSigned) : ""},
       {"elevation (m)", record.ElevUnknown ? "" : Shortest(record.ElevM)},

@@ -7,6 +7,7 @@
 #include "cli/report.h"
 #include "core/markers.h"
 #include "core/numbers.h"
+#include "core/shown_values.h"
 #include "report/values.h"
 
 namespace vexa::cli {
@@ -84,7 +85,7 @@ std::string TextReport(const ReportedSounding& sounding, const Options& options)
   };
   line("Sounding", record.StationTitle);
   line("File", sounding.File + " (" + record.DataFormat + ")");
-  if (const auto time = TimeText(record.Time)) line("Time", *time);
+  if (record.Time.Known()) line("Time", IsoTimeText(record.Time));
   if (HasPosition(record)) {
     const auto degrees = [](double signedDegrees, std::string_view hemisphere) {
       return Mask(signedDegrees < 0 ? -signedDegrees : signedDegrees, "##0.00") +

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "config/row_builder.h"
+#include "core/letter_case.h"
 #include "core/numbers.h"
 
 namespace vexa {

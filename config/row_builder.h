@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <cstddef>
 #include <initializer_list>
 #include <optional>
@@ -15,6 +14,7 @@
 #include <utility>
 
 #include "config/setting_row.h"
+#include "core/letter_case.h"
 #include "core/numbers.h"
 
 namespace vexa {
@@ -44,12 +44,6 @@ constexpr Range OneOf(std::initializer_list<double> values) {
     range.Most = std::max(range.Most, value);
   }
   return range;
-}
-
-inline bool SameText(std::string_view a, std::string_view b) {
-  return std::ranges::equal(a, b, [](unsigned char left, unsigned char right) {
-    return std::tolower(left) == std::tolower(right);
-  });
 }
 
 namespace rows {

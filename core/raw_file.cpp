@@ -1,10 +1,10 @@
 #include "core/raw_file.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cmath>
 
 #include "core/error_report.h"
+#include "core/letter_case.h"
 #include "core/markers.h"
 #include "core/numbers.h"
 #include "core/record_text.h"
@@ -93,8 +93,7 @@ class RawReader {
   // A capital letter, or nothing where the position is not known.
   std::string Hemisphere(std::string_view what, std::string_view letters) {
     const int line = fields_.Line();
-    std::string letter(Trim(Text(what)));
-    for (char& c : letter) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+    const std::string letter = Upper(Trim(Text(what)));
     const bool isOne = letter.size() == 1 && letters.find(letter) != std::string_view::npos;
     if (fault_ || letter.empty() || isOne) return letter;
     fault_ = fields_.DamagedAt(line, std::string(what) + " should be " + letters[0] + " or " +

@@ -4,6 +4,7 @@
 #include <iterator>
 #include <utility>
 
+#include "core/letter_case.h"
 #include "core/numbers.h"
 
 namespace vexa {
@@ -18,15 +19,6 @@ std::optional<Fault> CheckFields(const Station& station) {
   const Outcome<Station> checked = StationFrom(TextsOf(station));
   if (checked) return std::nullopt;
   return checked.Error();
-}
-
-// Only the letters of ASCII have two cases here: locator files know no code page.
-std::string Upper(std::string_view text) {
-  std::string upper(text);
-  std::ranges::transform(upper, upper.begin(), [](char c) {
-    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-  });
-  return upper;
 }
 
 std::vector<std::string_view> Words(std::string_view text) {

@@ -9,6 +9,7 @@
 #include "analysis/interpolate.h"
 #include "core/markers.h"
 #include "core/numbers.h"
+#include "core/shown_values.h"
 #include "core/units.h"
 #include "diagram/label_places.h"
 #include "picture/text_width.h"
@@ -23,10 +24,8 @@ constexpr int kFrontPriority = 1;
 constexpr int kLayerPriority = 2;
 constexpr int kInversionPriority = 3;
 
-// " m " or " ft " behind a whole height above ground.
-std::string AglText(const Plot& plot, double height, bool feet) {
-  const double agl = height - plot.Sounding().ElevM;
-  return Mask(feet ? FeetFromMeters(agl) : agl, "####0") + (feet ? " ft " : " m ") + "AGL";
+std::string AglText(const Plot& plot, double height) {
+  return LengthText(height - plot.Sounding().ElevM, plot.Units.Height) + " AGL";
 }
 
 // A bar at the left edge from one pressure up to another. On a wide tephigram the lower isobars
@@ -62,7 +61,6 @@ bool Shows(const Plot& plot, const LeftBar& bar) {
 
 void DrawInversions(Plot& plot) {
   if (!plot.Set().AutoAnalyses) return;
-  const bool feet = plot.Units.Feet();
   for (const analysis::Inversion& inversion : plot.Results().Inversions) {
     if (!plot.InRange(inversion.Base.Press)) continue;
     const LeftBar bar = PlaceBar(plot, inversion.Base.Press, inversion.Top.Press, BarAside(plot));
@@ -71,7 +69,7 @@ void DrawInversions(Plot& plot) {
     DrawSegment(plot.Page, "inversion", {bar.X, bar.BaseY}, {bar.X, bar.TopY}, pen);
     if (const auto y = RightEdgeY(plot.At, inversion.Base.Press)) {
       plot.Marks.Add(
-          {*y, std::string(Text(inversion.Kind)) + " " + AglText(plot, inversion.Base.Height, feet),
+          {*y, std::string(Text(inversion.Kind)) + " " + AglText(plot, inversion.Base.Height),
            "inversion label", plot.Inks.InversionMark, kInversionPriority});
     }
     plot.Page.AddHotSpot({{bar.X - 60, bar.TopY - 20, bar.X + 60, bar.BaseY + 20},

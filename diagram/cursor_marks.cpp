@@ -8,6 +8,7 @@
 #include "core/markers.h"
 #include "diagram/plot_state.h"
 #include "picture/clip.h"
+#include "picture/shapes.h"
 
 namespace vexa::diagram {
 namespace {
@@ -83,12 +84,8 @@ Picture CursorMarks(const Picture& under, const DiagramMapping& mapping,
   }
   if (cursor.Choosing) {
     const Rect& r = *cursor.Choosing;
-    page.Add("chosen region", Polyline{.Points = {{r.Left, r.Top},
-                                                  {r.Right, r.Top},
-                                                  {r.Right, r.Bottom},
-                                                  {r.Left, r.Bottom},
-                                                  {r.Left, r.Top}},
-                                       .Stroke = {ink, 10, LineStyle::Dash}});
+    page.Add("chosen region",
+             Polyline{.Points = OutlineOf(r), .Stroke = {ink, 10, LineStyle::Dash}});
   }
   return page;
 }

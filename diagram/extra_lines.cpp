@@ -12,7 +12,7 @@
 #include "analysis/standard_atmosphere.h"
 #include "core/markers.h"
 #include "core/numbers.h"
-#include "core/units.h"
+#include "core/shown_values.h"
 #include "diagram/grid.h"
 #include "diagram/label_places.h"
 #include "picture/text_width.h"
@@ -80,11 +80,9 @@ void DrawHeightCorrection(Plot& plot) {
     if (correction && IsMandatory(press) && lastLabel - line.back().Y > 1.2 * kSmallText &&
         line.back().Y > headBottom && frame.Contains(line.back())) {
       lastLabel = line.back().Y;
-      const bool feet = plot.Units.Feet();
-      const double shown = feet ? FeetFromMeters(*correction) : *correction;
       DrawTextOver(plot, "height correction value", {line.back().X + 60, line.back().Y},
-                   (shown < 0 ? "" : "+") + Mask(shown, "###0") + (feet ? " ft" : " m"), pen.Ink,
-                   kSmallText);
+                   (*correction < 0 ? "" : "+") + LengthText(*correction, plot.Units.Height),
+                   pen.Ink, kSmallText);
     }
     const double next = std::ceil(press / kPressStep - 1) * kPressStep;  // whole tens of hPa
     press = press > top && next < top ? top : next;

@@ -14,6 +14,7 @@
 #include "analysis/standard_atmosphere.h"
 #include "core/markers.h"
 #include "core/numbers.h"
+#include "core/shown_values.h"
 #include "core/units.h"
 #include "diagram/label_places.h"
 #include "picture/clip.h"
@@ -61,18 +62,6 @@ double FromGridUnits(double value, TempUnits units) {
       return value - kKelvinOffset;
   }
   return value;
-}
-
-double ToGridUnits(double temp, TempUnits units) {
-  switch (units) {
-    case TempUnits::Celsius:
-      return temp;
-    case TempUnits::Fahrenheit:
-      return FahrenheitFromCelsius(temp);
-    case TempUnits::Kelvin:
-      return temp + kKelvinOffset;
-  }
-  return temp;
 }
 
 // The other scale of the two that forecasters read: Fahrenheit, unless it is the first.
@@ -148,7 +137,7 @@ void LabelIsotherm(Plot& plot, double temp, TempUnits units, double y, bool top,
   // The head of the height scale stands beside the upper labels.
   const double right = frame.Right + 1 - (top ? 20 * kUnitsPerPixel : 0);
   if (!x || *x < frame.Left - 1 || *x > right) return;
-  const std::string text = Mask(ToGridUnits(temp, units), "###0");
+  const std::string text = Mask(ShownIn(temp, units), "###0");
   const double size = top ? kSmallText : kAxisText;
   if (!labels.TakesPlace(*x, text, size)) return;
   DrawText(plot.Page, "temperature label", {*x, y}, text, plot.Inks.Ink, size, AnchorX::Center);
@@ -244,8 +233,8 @@ void DrawIsotherms(Plot& plot) {
   const bool drawn = plot.At.Type() != DiagramType::Emagram || set.EmagramTempLines;
 
   const auto each = [&](TempUnits units, auto&& use) {
-    const int first = static_cast<int>(std::ceil(ToGridUnits(shown.Coldest, units) / step)) * step;
-    for (int value = first; value <= ToGridUnits(shown.Warmest, units); value += step) {
+    const int first = static_cast<int>(std::ceil(ShownIn(shown.Coldest, units) / step)) * step;
+    for (int value = first; value <= ShownIn(shown.Warmest, units); value += step) {
       use(FromGridUnits(value, units));
     }
   };

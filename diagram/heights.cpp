@@ -12,6 +12,7 @@
 #include "analysis/standard_atmosphere.h"
 #include "core/markers.h"
 #include "core/numbers.h"
+#include "core/shown_values.h"
 #include "core/units.h"
 #include "diagram/grid.h"
 #include "diagram/label_places.h"
@@ -42,10 +43,7 @@ std::string QnhText(const Plot& plot) {
 
 std::string SurfaceText(const Plot& plot) {
   const analysis::SurfaceState& surface = plot.Results().Surface;
-  const bool feet = plot.Units.Feet();
-  const auto height = [feet](double meters) {
-    return Mask(feet ? FeetFromMeters(meters) : meters, "#####0") + (feet ? " ft" : " m");
-  };
+  const auto height = [&plot](double meters) { return LengthText(meters, plot.Units.Height); };
   std::string text = "Stn Elev:";
   text += plot.Sounding().ElevUnknown ? " --" : " " + height(plot.Sounding().ElevM);
   if (HasHeight(surface.DensityAltitude)) {
@@ -198,7 +196,7 @@ void DrawHeightAxis(Plot& plot) {
 
 void DrawLeadingHeights(Plot& plot) {
   const Rect& frame = plot.At.Frame();
-  const bool feet = plot.Units.Feet();
+  const bool feet = plot.Units.Height == LengthUnits::Feet;
   const double base = plot.Set().Heights == HeightMode::Agl ? plot.Sounding().ElevM : 0;
   const double step = feet ? 1000 : 500;
   const double unit = feet ? MetersFromFeet(step) : step;
@@ -292,7 +290,6 @@ void DrawCustomLines(Plot& plot) {
 
 void PrsHgtLabel(Plot& plot, bool stopShort) {
   const Rect& frame = plot.At.Frame();
-  const bool feet = plot.Units.Feet();
   DrawText(plot.Page, "pressure height head", {plot.Where.HeightLabelX, frame.Top - 300}, "Hgt",
            plot.Inks.Faint, kSmallText, AnchorX::Right);
   DrawText(plot.Page, "pressure height head", {plot.Where.HeightLabelX, frame.Top - 156},
@@ -306,10 +303,9 @@ void PrsHgtLabel(Plot& plot, bool stopShort) {
     const std::optional<double> y = LeftEdgeY(plot.At, press);
     if (!height.Ok() || !y || lastY - *y < 1.1 * kSmallText) continue;
     lastY = *y;
-    const double shown = ShownHeight(plot, height.Value);
     DrawText(plot.Page, "pressure height label", {plot.Where.HeightLabelX, *y},
-             Mask(feet ? FeetFromMeters(shown) : shown, "####0") + (feet ? " ft " : " m "),
-             plot.Inks.Faint, kSmallText, AnchorX::Right);
+             LengthText(ShownHeight(plot, height.Value), plot.Units.Height) + " ", plot.Inks.Faint,
+             kSmallText, AnchorX::Right);
   }
 }
 

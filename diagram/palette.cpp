@@ -1,5 +1,7 @@
 #include "diagram/palette.h"
 
+#include "picture/shapes.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -155,13 +157,6 @@ std::size_t IndexWithin(int index) {
 }
 
 }  // namespace
-
-Color Blend(Color from, Color to, double share) {
-  const auto mix = [share](std::uint8_t a, std::uint8_t b) {
-    return static_cast<std::uint8_t>(a + (b - a) * share);
-  };
-  return {mix(from.Red, to.Red), mix(from.Green, to.Green), mix(from.Blue, to.Blue), from.Alpha};
-}
 
 Color LegibleColor(const Palette& palette, int index) {
   constexpr int kSteps = 20;

@@ -10,9 +10,6 @@ namespace vexa::diagram {
 
 inline constexpr int kIndexedColors = 16;
 
-/// A colour moved towards another; share 0 leaves it, 1 replaces it.
-Color Blend(Color from, Color to, double share);
-
 struct Palette {
   std::array<Color, kIndexedColors> Indexed{};  // what options choose from by number
   Color Paper{};

@@ -5,6 +5,7 @@
 
 #include "analysis/index_table.h"
 #include "core/numbers.h"
+#include "core/shown_values.h"
 #include "core/units.h"
 #include "picture/clip.h"
 
@@ -104,8 +105,7 @@ std::string PressureUnit(const Plot& plot) {
 }
 
 std::string HeightText(double height, LengthUnits units) {
-  return units == LengthUnits::Feet ? Mask(FeetFromMeters(height), "####0") + " ft"
-                                    : Mask(height, "####0") + " m";
+  return LengthText(height, units);
 }
 
 }  // namespace vexa::diagram

@@ -40,7 +40,6 @@ struct ShownUnits {
   LengthUnits Height = LengthUnits::Meter;
   SpeedUnits Speed = SpeedUnits::Knots;
   std::string_view SpeedLabel = "kts";
-  bool Feet() const { return Height == LengthUnits::Feet; }
 };
 
 struct Plot {
@@ -51,7 +50,7 @@ struct Plot {
   Palette Inks{};
   ShownUnits Units{};
   LabelRoom GridLabels{Rect{}};  // the frame with the labels of the grid
-  MarkColumn Marks{};  // in the gutter, without one inside the frame at its right edge
+  MarkColumn Marks{};            // in the gutter, without one inside the frame at its right edge
   std::string Warning{};
 
   const DisplaySettings& Set() const { return In.Set; }

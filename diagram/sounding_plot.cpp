@@ -19,6 +19,7 @@
 #include "diagram/title_text.h"
 #include "diagram/traces.h"
 #include "diagram/wind_column.h"
+#include "picture/shapes.h"
 #include "picture/text_width.h"
 
 namespace vexa::diagram {
@@ -196,12 +197,7 @@ void DrawAnalyses(Plot& plot) {
 
 void DrawFrame(Plot& plot) {
   const Rect& frame = plot.Where.Frame;
-  plot.Page.Add("frame", Polyline{.Points = {{frame.Left, frame.Top},
-                                             {frame.Right, frame.Top},
-                                             {frame.Right, frame.Bottom},
-                                             {frame.Left, frame.Bottom},
-                                             {frame.Left, frame.Top}},
-                                  .Stroke = plot.Inks.Frame});
+  plot.Page.Add("frame", Polyline{.Points = OutlineOf(frame), .Stroke = plot.Inks.Frame});
 }
 
 void DrawPressureAxis(Plot& plot) {

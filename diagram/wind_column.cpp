@@ -11,9 +11,9 @@
 #include "analysis/standard_atmosphere.h"
 #include "core/markers.h"
 #include "core/numbers.h"
-#include "core/units.h"
 #include "diagram/grid.h"
 #include "diagram/wind_symbol.h"
+#include "picture/shapes.h"
 
 namespace vexa::diagram {
 namespace {
@@ -118,12 +118,8 @@ void DrawWindColumn(Plot& plot) {
   const double x = (barbs.Left + barbs.Right) / 2;
   double lastNumber = 1e9;
   if (set.WindPlotsBox) {
-    plot.Page.Add("wind box", Polyline{.Points = {{column.Left, column.Top},
-                                                  {column.Right, column.Top},
-                                                  {column.Right, column.Bottom},
-                                                  {column.Left, column.Bottom},
-                                                  {column.Left, column.Top}},
-                                       .Stroke = plot.Inks.PanelFrame});
+    plot.Page.Add("wind box",
+                  Polyline{.Points = OutlineOf(column), .Stroke = plot.Inks.PanelFrame});
   }
   DrawSegment(plot.Page, "wind axis", {x, column.Top}, {x, column.Bottom}, plot.Inks.Isobar);
   std::vector<Reach> reaches;

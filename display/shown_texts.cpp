@@ -7,7 +7,7 @@
 #include "analysis/index_table.h"
 #include "core/markers.h"
 #include "core/numbers.h"
-#include "core/units.h"
+#include "core/shown_values.h"
 
 namespace vexa::display {
 namespace {
@@ -63,8 +63,7 @@ std::string Texts::SpeedUnit() const {
 }
 
 std::string Texts::Speed(double knots) const {
-  const bool isMetric = shown_.Set.Speed == SpeedUnits::MetersPerSecond;
-  return Mask(isMetric ? knots * kKnotToMs : knots, "##0") + " " + SpeedUnit();
+  return Mask(ShownIn(knots, shown_.Set.Speed), "##0") + " " + SpeedUnit();
 }
 
 std::string Texts::Wind(const analysis::WindVector& wind) const {
@@ -87,8 +86,7 @@ std::string Texts::HeightNumber(double height) const {
 
 std::string Texts::HeightUnit() const {
   const bool isAbove = heights_ == HeightMode::Agl && HasHeight(shown_.Record.ElevM);
-  return std::string(shown_.Set.ThermoHeight == LengthUnits::Feet ? "ft" : "m") +
-         (isAbove ? " AGL" : "");
+  return std::string(UnitWord(shown_.Set.ThermoHeight)) + (isAbove ? " AGL" : "");
 }
 
 SheetRow Texts::Index(std::string_view label, std::string_view name) const {

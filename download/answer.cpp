@@ -5,20 +5,13 @@
 #include <string>
 #include <string_view>
 
+#include "core/letter_case.h"
 #include "core/numbers.h"
 
 namespace vexa::download {
 namespace {
 
 constexpr std::size_t kMostWords = 160;  // bytes of the server's words that a message repeats
-
-std::string Lower(std::string_view text) {
-  std::string lower(text);
-  for (char& c : lower) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  }
-  return lower;
-}
 
 Fault Refused(std::string reason) {
   return Fault{kFaultEndOfFile, "Refusal", std::move(reason)};

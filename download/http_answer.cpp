@@ -1,9 +1,9 @@
 #include "download/http_answer.h"
 
-#include <algorithm>
 #include <charconv>
 
 #include "core/gzip.h"
+#include "core/letter_case.h"
 #include "core/numbers.h"
 
 namespace vexa::download {
@@ -11,16 +11,6 @@ namespace {
 
 constexpr std::size_t kLongestHead = std::size_t{1} << 16;
 constexpr int kFirstFinal = 200, kNoContent = 204, kNotModified = 304;
-
-char Small(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-std::string Lower(std::string_view text) {
-  std::string lower(text);
-  std::ranges::transform(lower, lower.begin(), Small);
-  return lower;
-}
 
 std::optional<std::size_t> WholeNumber(std::string_view text, int base) {
   std::size_t value = 0;

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <string>
 
+#include "core/letter_case.h"
 #include "core/numbers.h"
 
 namespace vexa::download {
@@ -17,22 +18,6 @@ bool IsLetter(char c) {
 
 bool IsDigit(char c) {
   return c >= '0' && c <= '9';
-}
-
-std::string Cased(std::string_view text, char first, char last, int shift) {
-  std::string changed(text);
-  for (char& c : changed) {
-    if (c >= first && c <= last) c = static_cast<char>(c + shift);
-  }
-  return changed;
-}
-
-std::string Upper(std::string_view text) {
-  return Cased(text, 'a', 'z', 'A' - 'a');
-}
-
-std::string Lower(std::string_view text) {
-  return Cased(text, 'A', 'Z', 'a' - 'A');
 }
 
 // Stations of the United States have four letters to the world and three at home.

@@ -10,6 +10,7 @@
 #include "core/markers.h"
 #include "core/numbers.h"
 #include "core/raw_file.h"
+#include "core/shown_values.h"
 #include "core/station_file.h"
 #include "diagram/sounding_plot.h"
 #include "hodograph/hodograph_plot.h"
@@ -72,7 +73,7 @@ std::string Sounding::Title() const {
 }
 
 std::string Sounding::Time() const {
-  return report::TimeText(held_->Of.Record().Time).value_or("");
+  return IsoTimeText(held_->Of.Record().Time);
 }
 
 std::vector<Level> Sounding::Levels() const {

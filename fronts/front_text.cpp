@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "core/numbers.h"
+#include "core/shown_values.h"
 #include "core/units.h"
 #include "hodograph/compass.h"
 
@@ -14,10 +15,6 @@ using Lines = std::vector<std::string>;
 constexpr double kMphPerKnot = 1.15155;
 constexpr std::string_view kNoValue = "--";
 constexpr std::string_view kDegreeSign = "\xC2\xB0";
-
-double SpeedShown(double knots, const DisplaySettings& options) {
-  return options.Speed == SpeedUnits::Knots ? knots : knots * kKnotToMs;
-}
 
 std::string SpeedText(const Front& front, const FrontSource& from) {
   if (front.IsQuasiStationary()) return "Quasi-stationary";
@@ -38,7 +35,7 @@ std::string LiftText(const Front& front, const FrontSource& from) {
   std::string text = "Vertical motion: ";
   if (!front.Lift) return text + std::string(kNoValue);
   const bool isFeet = from.Set.GpmUnits == LengthUnits::Feet;
-  return text + Mask(isFeet ? FeetFromMeters(*front.Lift) : *front.Lift, "####0") +
+  return text + Mask(ShownIn(*front.Lift, from.Set.GpmUnits), "####0") +
          (isFeet ? " feet/hour" : " meters/hour");
 }
 
@@ -52,7 +49,7 @@ std::string TableRow(const FrontLayer& layer, const DisplaySettings& options) {
       PadLeft(Mask(layer.BasePress, "###0"), 5) + "/" + PadRight(Mask(layer.TopPress, "###0"), 4);
   row += PadLeft(Mask(layer.Thermal.Orientation, "##0"), 7);
   row += PadLeft(Mask(wind.Dir, "##0"), 9) + " / " +
-         PadLeft(Mask(SpeedShown(wind.Spd, options), "##0"), 3);
+         PadLeft(Mask(ShownIn(wind.Spd, options.Speed), "##0"), 3);
   row += PadLeft(Mask(layer.Thermal.Gradient, "#0.00"), 12);
   return row + PadLeft(SignedText(layer.AdvectionCph), 14);
 }

@@ -7,7 +7,7 @@
 #include "analysis/shown_units.h"
 #include "core/markers.h"
 #include "core/numbers.h"
-#include "core/units.h"
+#include "core/shown_values.h"
 #include "hodograph/rings.h"
 
 namespace vexa::hodograph {
@@ -99,7 +99,7 @@ class PanelWriter {
   bool Manual() const { return in_.Set.MotionMode == Scaling::Manual; }
   std::string Unit() const { return in_.Set.Speed == SpeedUnits::Knots ? " kts" : " m/s"; }
   std::string Speed(double knots, std::string_view mask) const {
-    return Mask(Shown(knots, in_.Set.Speed), mask);
+    return Mask(ShownIn(knots, in_.Set.Speed), mask);
   }
 
   std::string MotionText(const std::optional<analysis::Mover>& mover) const {

@@ -5,12 +5,13 @@
 #include <utility>
 
 #include "core/numbers.h"
-#include "core/units.h"
+#include "core/shown_values.h"
 #include "hodograph/analysis_panel.h"
 #include "hodograph/compass.h"
 #include "hodograph/inks.h"
 #include "hodograph/rings.h"
 #include "hodograph/vectors.h"
+#include "picture/shapes.h"
 #include "picture/text_width.h"
 
 namespace vexa::hodograph {
@@ -61,7 +62,7 @@ std::vector<WindVector> Extent(const Canvas& canvas, const std::vector<ProfileWi
   add(winds);
   for (const ComparedWinds& compared : ShownComparisons(canvas)) add(compared.Winds);
   if (canvas.In.Window.MbeVector && !canvas.Small) {
-    const auto vector = PropagationVector(canvas.In.Sounding, canvas.In.Results.Levels);
+    const auto vector = PropagationVector(canvas.In.Results);
     if (vector) extent.push_back(*vector);
   }
   if (!ShowsStorm(canvas)) return extent;
@@ -84,21 +85,22 @@ Rings PlaceRings(Canvas& canvas, const Rect& frame, const std::vector<ProfileWin
   }
   if (canvas.In.Keep) {
     canvas.At = *canvas.In.Keep;
-    return {.Step = RingStep(Shown(frame.Width() / 2 / canvas.At.Scale, units)), .Units = units};
+    return {.Step = RingStep(ShownIn(frame.Width() / 2 / canvas.At.Scale, units)), .Units = units};
   }
   if (fixed) {
     const double limit = canvas.In.Window.RingLimit;
     canvas.At = CenteredOn(frame, reference, limit * kRingMargin);
-    return {.Step = RingStep(Shown(limit, units)), .Outer = Shown(limit, units), .Units = units};
+    return {
+        .Step = RingStep(ShownIn(limit, units)), .Outer = ShownIn(limit, units), .Units = units};
   }
   if (canvas.Set().HodoPlace == HodoLocation::Centered) {
-    const double step = RingStep(std::max(Shown(fastest, units), Shown(10, units)));
-    const double outer = step * std::max(2.0, std::ceil(Shown(fastest, units) / step - 1e-9));
+    const double step = RingStep(std::max(ShownIn(fastest, units), ShownIn(10, units)));
+    const double outer = step * std::max(2.0, std::ceil(ShownIn(fastest, units) / step - 1e-9));
     canvas.At = CenteredOn(frame, reference, KnotsOf(outer, units) * kRingMargin);
     return {.Step = step, .Outer = outer, .Units = units};
   }
   canvas.At = FittedTo(frame, reference, extent);
-  return {.Step = RingStep(Shown(frame.Width() / 2 / canvas.At.Scale, units)), .Units = units};
+  return {.Step = RingStep(ShownIn(frame.Width() / 2 / canvas.At.Scale, units)), .Units = units};
 }
 
 // Where the trace runs, in steps short enough that no text fits between; texts keep off it.
@@ -225,12 +227,7 @@ void DrawComparisons(Canvas& canvas) {
 
 void DrawFrameLine(Canvas& canvas) {
   const Rect& f = canvas.At.Frame;
-  canvas.Page.Add("frame", Polyline{.Points = {{f.Left, f.Top},
-                                               {f.Right, f.Top},
-                                               {f.Right, f.Bottom},
-                                               {f.Left, f.Bottom},
-                                               {f.Left, f.Top}},
-                                    .Stroke = canvas.Colors.Frame});
+  canvas.Page.Add("frame", Polyline{.Points = OutlineOf(f), .Stroke = canvas.Colors.Frame});
 }
 
 // Why the picture shows less than a hodograph; empty when nothing is amiss.

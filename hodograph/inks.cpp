@@ -1,25 +1,16 @@
 #include "hodograph/inks.h"
 
+#include "picture/shapes.h"
+
 #include <cstddef>
 #include <cstdint>
 
 namespace vexa::hodograph {
-namespace {
-
-Color Blend(Color from, Color to, double share) {
-  const auto mix = [share](std::uint8_t a, std::uint8_t b) {
-    return static_cast<std::uint8_t>(a + (b - a) * share);
-  };
-  return {mix(from.Red, to.Red), mix(from.Green, to.Green), mix(from.Blue, to.Blue), from.Alpha};
-}
-
-}  // namespace
-
 Inks InksFor(const ViewSettings& options, bool inverted) {
   const bool black = (options.Screen == ScreenColor::Black) != inverted;
   Inks inks;
-  inks.Paper = black ? Color{0, 0, 0} : Color{255, 255, 255};
-  inks.Ink = black ? Color{235, 235, 235} : Color{20, 20, 20};
+  inks.Paper = OnPaper(black).Paper;
+  inks.Ink = OnPaper(black).Ink;
   inks.Faint = Blend(inks.Ink, inks.Paper, 0.35);
   // On black the dark colours are lifted so that they stay visible.
   const auto ink = [&](Color color) { return black ? Blend(color, {255, 255, 255}, 0.3) : color; };

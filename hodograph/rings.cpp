@@ -83,10 +83,6 @@ double FarthestCorner(const HodographMapping& at) {
 
 }  // namespace
 
-double Shown(double knots, SpeedUnits units) {
-  return units == SpeedUnits::Knots ? knots : knots * kKnotToMs;
-}
-
 double KnotsOf(double shown, SpeedUnits units) {
   return units == SpeedUnits::Knots ? shown : shown / kKnotToMs;
 }

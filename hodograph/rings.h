@@ -36,8 +36,7 @@ struct Rings {
 void DrawRings(Picture& page, const HodographMapping& at, const Rings& rings, const Inks& inks,
                const std::vector<Point>& trace, LabelRoom& room);
 
-/// A speed in knots in the display unit, and back.
-double Shown(double knots, SpeedUnits units);
+/// A speed in the display unit in knots; ShownIn is the way there.
 double KnotsOf(double shown, SpeedUnits units);
 
 }  // namespace vexa::hodograph

@@ -4,9 +4,10 @@
 #include <cmath>
 #include <utility>
 
+#include "analysis/index_table.h"
 #include "analysis/shown_units.h"
 #include "core/numbers.h"
-#include "core/units.h"
+#include "core/shown_values.h"
 #include "hodograph/rings.h"
 #include "picture/clip.h"
 #include "picture/surface.h"
@@ -108,7 +109,7 @@ void DrawMeanWind(Canvas& canvas, const std::optional<WindVector>& mean, std::st
 std::string WindText(const WindVector& wind, const DisplaySettings& options, std::string_view mask,
                      std::string_view unit) {
   const analysis::Wind from = analysis::FromComponents(wind);
-  return analysis::DirectionText(from.Dir) + "/" + Mask(Shown(from.Spd, options.Speed), mask) +
+  return analysis::DirectionText(from.Dir) + "/" + Mask(ShownIn(from.Spd, options.Speed), mask) +
          std::string(unit);
 }
 
@@ -167,9 +168,15 @@ void DrawShearLayer(Canvas& canvas) {
   canvas.Legend.push_back({"Shear (0-" + Shortest(depthKm) + "km)", canvas.Colors.Shear});
 }
 
+std::optional<WindVector> PropagationVector(const analysis::AnalysisResults& results) {
+  const analysis::IndexValue* index =
+      analysis::IndexOf(results, *analysis::FindIndex("MBE Vector"));
+  if (index == nullptr || !index->Direction) return std::nullopt;
+  return analysis::Components({*index->Direction, index->Value});
+}
+
 void DrawPropagationVector(Canvas& canvas) {
-  const std::optional<WindVector> vector =
-      PropagationVector(canvas.In.Sounding, canvas.In.Results.Levels);
+  const std::optional<WindVector> vector = PropagationVector(canvas.In.Results);
   if (!vector) return;
   DrawArrow(canvas, "MBE vector", {}, *vector, canvas.Colors.Propagation);
   DrawName(canvas, "MBE vector", *vector, "MBE", canvas.Colors.Propagation.Ink, Ahead(*vector));

@@ -54,6 +54,8 @@ void DrawSquare(Canvas& canvas, std::string_view tag, Point at, const Pen& pen);
 void DrawStormVectors(Canvas& canvas);
 void DrawMeanWinds(Canvas& canvas);
 void DrawShearLayer(Canvas& canvas);
+/// The index of the propagation of mesoscale elements as a vector; empty where there is none.
+std::optional<analysis::WindVector> PropagationVector(const analysis::AnalysisResults& results);
 void DrawPropagationVector(Canvas& canvas);
 
 /// Puts the names of what was drawn over all lines.

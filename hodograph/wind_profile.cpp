@@ -10,33 +10,10 @@ namespace {
 
 using analysis::WindVector;
 
-constexpr double kJetDepth = 1500;  // m: above high ground the low-level jet is sought in this
-
 WindVector Between(const ProfileWind& low, const ProfileWind& high, double height) {
   const double share = (height - low.Height) / (high.Height - low.Height);
   return {low.Vector.U + share * (high.Vector.U - low.Vector.U),
           low.Vector.V + share * (high.Vector.V - low.Vector.V)};
-}
-
-std::optional<WindVector> WindAtPressure(const SoundingRecord& sounding,
-                                         const analysis::LevelProfile& levels, double press) {
-  const analysis::Sample height = analysis::HeightAt(levels, press);
-  if (!height.Ok()) return std::nullopt;
-  const analysis::WindSample wind = analysis::WindAtHeight(sounding, height.Value);
-  if (!wind.Ok()) return std::nullopt;
-  return analysis::Components(wind.Value);
-}
-
-std::optional<WindVector> StrongestBelow(const SoundingRecord& sounding, double depth) {
-  std::optional<WindVector> strongest;
-  double speed = -1;
-  for (const ProfileWind& wind : WindProfile(sounding, {})) {
-    const double here = std::hypot(wind.Vector.U, wind.Vector.V);
-    if (wind.Height > depth || here <= speed) continue;
-    speed = here;
-    strongest = wind.Vector;
-  }
-  return strongest;
 }
 
 }  // namespace
@@ -136,24 +113,6 @@ std::vector<TracePiece> CutAtBands(const std::vector<ProfileWind>& profile) {
     pieces.back().Winds.push_back(profile[i]);
   }
   return pieces;
-}
-
-std::optional<WindVector> PropagationVector(const SoundingRecord& sounding,
-                                            const analysis::LevelProfile& levels) {
-  if (levels.Count() < 2) return std::nullopt;
-  constexpr double kJetPress = 850;
-  const std::optional<WindVector> jet = levels.Press(1) < kJetPress
-                                            ? StrongestBelow(sounding, kJetDepth)
-                                            : WindAtPressure(sounding, levels, kJetPress);
-  if (!jet) return std::nullopt;
-  WindVector mean = *jet;
-  for (const double press : {700.0, 500.0, 300.0}) {
-    const std::optional<WindVector> wind = WindAtPressure(sounding, levels, press);
-    if (!wind) return std::nullopt;
-    mean.U += wind->U;
-    mean.V += wind->V;
-  }
-  return WindVector{mean.U / 4 - jet->U, mean.V / 4 - jet->V};
 }
 
 }  // namespace vexa::hodograph

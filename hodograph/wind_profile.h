@@ -61,11 +61,4 @@ struct TracePiece {
 /// The profile cut where it passes from band to band; neighbours share their interpolated ends.
 std::vector<TracePiece> CutAtBands(const std::vector<ProfileWind>& profile);
 
-/// Propagation vector of mesoscale beta elements: the mean of the winds at 850, 700, 500 and
-/// 300 hPa minus the low-level jet, the wind at 850 hPa. Where the ground lies above 850 hPa the
-/// strongest wind of the lowest 1500 m stands for it in both. Empty when a wind is missing.
-/// Corfidi, Merritt and Fritsch (1996), Wea. Forecasting 11, 41.
-std::optional<analysis::WindVector> PropagationVector(const SoundingRecord& sounding,
-                                                      const analysis::LevelProfile& levels);
-
 }  // namespace vexa::hodograph

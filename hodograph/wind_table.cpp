@@ -7,6 +7,7 @@
 #include "analysis/shown_units.h"
 #include "core/markers.h"
 #include "core/numbers.h"
+#include "core/shown_values.h"
 #include "core/units.h"
 #include "hodograph/rings.h"
 
@@ -16,8 +17,7 @@ namespace {
 constexpr std::string_view kNoValue = "--";
 
 std::string HeightText(double meters, const DisplaySettings& options, int width) {
-  const bool feet = options.GpmUnits == LengthUnits::Feet;
-  return PadLeft(Mask(feet ? FeetFromMeters(meters) : meters, "#####0"), width);
+  return PadLeft(Mask(ShownIn(meters, options.GpmUnits), "#####0"), width);
 }
 
 std::string PressText(const HodographInput& input, double height) {
@@ -29,7 +29,7 @@ std::string PressText(const HodographInput& input, double height) {
 std::string WindColumns(const analysis::WindVector& vector, const DisplaySettings& options) {
   const analysis::Wind wind = analysis::FromComponents(vector);
   return PadLeft(analysis::DirectionText(wind.Dir), 3) + " / " +
-         PadLeft(Mask(Shown(wind.Spd, options.Speed), "###0.0"), 5);
+         PadLeft(Mask(ShownIn(wind.Spd, options.Speed), "###0.0"), 5);
 }
 
 std::string ThermalColumns(const std::vector<ProfileWind>& winds, std::size_t level,
@@ -46,7 +46,7 @@ std::string NormalColumn(const analysis::WindVector& wind, std::optional<double>
   if (!towards) return PadLeft(kNoValue, 8);
   const double normal =
       -(wind.U * std::sin(Radians(*towards)) + wind.V * std::cos(Radians(*towards)));
-  return PadLeft(Mask(Shown(normal, options.Speed), "###0.0"), 8);
+  return PadLeft(Mask(ShownIn(normal, options.Speed), "###0.0"), 8);
 }
 
 std::vector<std::string> Header(const DisplaySettings& options) {

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cmath>
 
+#include "core/letter_case.h"
 #include "core/numbers.h"
 #include "ingest/coded_groups.h"
 
@@ -14,10 +15,6 @@ namespace {
 constexpr std::array<std::string_view, 12> kMonths = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                                       "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
 constexpr int kFirstYearOf1900s = 50;  // two-digit years from here on
-
-char Lower(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
 
 bool AllDigits(std::string_view text) {
   return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
@@ -65,8 +62,7 @@ std::vector<std::string_view> Tokens(std::string_view text) {
 }
 
 bool StartsWithNoCase(std::string_view text, std::string_view start) {
-  return text.size() >= start.size() &&
-         std::ranges::equal(text.substr(0, start.size()), start, {}, Lower, Lower);
+  return text.size() >= start.size() && SameText(text.substr(0, start.size()), start);
 }
 
 std::size_t FindNoCase(std::string_view text, std::string_view sought, std::size_t from) {

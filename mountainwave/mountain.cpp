@@ -1,5 +1,6 @@
 #include "mountainwave/mountain.h"
 
+#include "core/shown_values.h"
 #include "core/units.h"
 
 namespace vexa::mountainwave {
@@ -126,7 +127,7 @@ MountainParameters FromEntry(const MountainEntry& entry, const WaveUnits& units)
 }
 
 MountainEntry ToEntry(const MountainParameters& mountains, const WaveUnits& units) {
-  const auto height = [&](double feet) { return FromMeters(MetersFromFeet(feet), units.Height); };
+  const auto height = [&](double feet) { return ShownIn(MetersFromFeet(feet), units.Height); };
   const auto distance = [&](double nm) { return FromNauticalMiles(nm, units.Distance); };
   return {.Height = height(mountains.First.HeightFt),
           .HalfWidth = distance(mountains.First.HalfWidthNm),

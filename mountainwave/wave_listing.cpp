@@ -2,6 +2,7 @@
 
 #include "analysis/turbulence.h"
 #include "core/numbers.h"
+#include "core/shown_values.h"
 #include "core/units.h"
 
 namespace vexa::mountainwave {
@@ -10,8 +11,7 @@ namespace {
 using Lines = std::vector<std::string>;
 
 std::string HeightText(double meters, const WaveUnits& units) {
-  return Mask(FromMeters(meters, units.Height), "#####0") +
-         (units.Height == LengthUnits::Feet ? " ft" : " m");
+  return LengthText(meters, units.Height);
 }
 
 std::string LengthText(double km, const WaveUnits& units) {
@@ -31,11 +31,9 @@ std::string TurbulenceText(double speedMs) {
   return word.Long == "SEVER" ? "SEVERE" : std::string(word.Long);
 }
 
-std::string TimeText(const ObservationTime& time) {
-  if (!time.Known()) return {};
-  return "  " + Mask(time.Year, "0000") + "-" + Mask(time.Month, "00") + "-" +
-         Mask(time.Day, "00") + " " + Mask(time.Hour, "00") + ":" + Mask(time.Minute, "00") +
-         " UTC";
+std::string TimeBehind(const SoundingRecord& sounding) {
+  const std::string time = TimeText(sounding.Time);
+  return time.empty() ? time : "  " + time + " UTC";
 }
 
 std::string AxisText(double axis) {
@@ -207,7 +205,7 @@ std::vector<std::string> WaveListing(const WaveSource& from) {
   const SoundingRecord& sounding = from.Sounding;
   const bool hasTwo = from.Mountains && from.Mountains->HasSecond();
   Lines lines = {
-      "VEXA Mountain-Wave for:  " + sounding.StationTitle + TimeText(sounding.Time),
+      "VEXA Mountain-Wave for:  " + sounding.StationTitle + TimeBehind(sounding),
       "Station Elevation: " + (sounding.ElevUnknown ? std::string("unknown")
                                                     : HeightText(sounding.ElevM, units) + ", MSL")};
   PutMountains(from, lines);
@@ -241,7 +239,7 @@ std::vector<std::string> WaveListing(const WaveSource& from) {
 }
 
 std::vector<std::string> ExplainWaves(const WaveSource& from) {
-  Lines lines = {"Waves of " + from.Sounding.StationTitle + TimeText(from.Sounding.Time)};
+  Lines lines = {"Waves of " + from.Sounding.StationTitle + TimeBehind(from.Sounding)};
   int number = 0;
   for (const RidgeWaves& ridge : from.Waves.Ridges) {
     ExplainRidge(ridge, ++number, from.Set.Units, lines);

@@ -7,7 +7,9 @@
 #include "analysis/interpolate.h"
 #include "core/markers.h"
 #include "core/numbers.h"
+#include "core/shown_values.h"
 #include "core/units.h"
+#include "picture/shapes.h"
 
 namespace vexa::mountainwave {
 namespace {
@@ -25,28 +27,21 @@ struct WaveInks {
   Pen Frame{}, Grid{}, Stream{};
 };
 
-Color Between(Color from, Color to, double share) {
-  const auto mix = [share](std::uint8_t a, std::uint8_t b) {
-    return static_cast<std::uint8_t>(a + (b - a) * share);
-  };
-  return {mix(from.Red, to.Red), mix(from.Green, to.Green), mix(from.Blue, to.Blue), from.Alpha};
-}
-
 WaveInks InksFor(const WavePlotInput& input) {
   const bool black = input.Look.Screen == ScreenColor::Black;
   WaveInks inks;
-  inks.Paper = black ? Color{0, 0, 0} : Color{255, 255, 255};
-  inks.Ink = black ? Color{235, 235, 235} : Color{20, 20, 20};
-  inks.Faint = Between(inks.Ink, inks.Paper, 0.4);
+  inks.Paper = OnPaper(black).Paper;
+  inks.Ink = OnPaper(black).Ink;
+  inks.Faint = Blend(inks.Ink, inks.Paper, 0.4);
   inks.Terrain = black ? Color{120, 100, 80} : Color{150, 125, 95};
   inks.Interface = black ? Color{190, 190, 90} : Color{120, 110, 0};
   inks.Wind = black ? Color{120, 200, 120} : Color{0, 110, 60};
   inks.Scorer = black ? Color{220, 150, 220} : Color{130, 50, 130};
   inks.Rotor = black ? Color{255, 170, 90} : Color{190, 80, 0};
   inks.Frame = {inks.Ink, 14, LineStyle::Solid};
-  inks.Grid = {Between(inks.Ink, inks.Paper, 0.82), 6, LineStyle::Solid};
+  inks.Grid = {Blend(inks.Ink, inks.Paper, 0.82), 6, LineStyle::Solid};
   const bool isThick = input.From.Set.Line == WaveLine::Thick;
-  inks.Stream = {Between(inks.Ink, inks.Paper, 0.15), isThick ? 22.0 : 10.0, LineStyle::Solid};
+  inks.Stream = {Blend(inks.Ink, inks.Paper, 0.15), isThick ? 22.0 : 10.0, LineStyle::Solid};
   return inks;
 }
 
@@ -55,7 +50,7 @@ WaveInks InksFor(const WavePlotInput& input) {
 Color ShadeOf(int shade, const Color& paper) {
   constexpr Color kUp{205, 85, 0};
   constexpr Color kDown{0, 95, 175};
-  return Between(paper, shade > 0 ? kUp : kDown, 0.14 * std::abs(shade));
+  return Blend(paper, shade > 0 ? kUp : kDown, 0.14 * std::abs(shade));
 }
 int ShadeClass(double velocity) {
   constexpr double kSteps[] = {0.25, 1, 2, 3.5, 5, 8};  // m/s
@@ -143,7 +138,7 @@ class Drawing {
     if (!hasAny) Remark();
     WindProfile();
     ScorerColumn();
-    Line("frame", Corners(at_.Frame()), inks_.Frame);
+    Line("frame", OutlineOf(at_.Frame()), inks_.Frame);
     return {std::move(page_), at_};
   }
 
@@ -162,13 +157,6 @@ class Drawing {
     return rows;
   }
 
-  static std::vector<Point> Corners(const Rect& r) {
-    return {{r.Left, r.Top},
-            {r.Right, r.Top},
-            {r.Right, r.Bottom},
-            {r.Left, r.Bottom},
-            {r.Left, r.Top}};
-  }
   void Line(std::string_view tag, std::vector<Point> points, const Pen& pen) {
     page_.Add(tag, Polyline{.Points = std::move(points), .Stroke = pen});
   }
@@ -397,7 +385,7 @@ class Drawing {
     const Rect* place = layout_.Find(name);
     if (place == nullptr) return std::nullopt;
     const Rect column{place->Left + 100, at_.Frame().Top, place->Right - 100, at_.Frame().Bottom};
-    Line("profile frame", Corners(column), inks_.Frame);
+    Line("profile frame", OutlineOf(column), inks_.Frame);
     return column;
   }
   void ColumnTexts(const Rect& column, std::string first, std::string second, std::string least,
@@ -532,8 +520,7 @@ std::string ReadWaves(const WavePlotInput& input, const WaveMapping& at, Point p
          Mask(FromMs(motion.Velocity, units.Vertical), isFpm ? "######0" : "######0.0") + " " +
          std::string(Word(units.Vertical)) + ", " + Mask(FromKm(x, units.Distance), "###0.0") +
          " " + std::string(Word(units.Distance)) + " downstream, " +
-         Mask(FromMeters(z * 1000 + input.From.Sounding.ElevM, units.Height), "#####0") +
-         (units.Height == LengthUnits::Feet ? " ft" : " m");
+         vexa::LengthText(z * 1000 + input.From.Sounding.ElevM, units.Height);
 }
 
 }  // namespace vexa::mountainwave

@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "core/numbers.h"
+#include "picture/shapes.h"
 
 namespace vexa::mountainwave {
 namespace {
@@ -74,8 +75,7 @@ Sweep SweepMountain(const Air& air, double relief, int axes, int widths) {
 Picture PlotSweep(const Sweep& sweep, const RidgeForm& marked, const WaveUnits& units,
                   const DisplaySettings& look, const Surface& surface) {
   const bool black = look.Screen == ScreenColor::Black;
-  const Color paper = black ? Color{0, 0, 0} : Color{255, 255, 255};
-  const Color ink = black ? Color{235, 235, 235} : Color{20, 20, 20};
+  const auto [paper, ink] = OnPaper(black);
   Picture page(surface.Width, surface.Height, paper);
   const Rect frame{750, 650, surface.Width - 250, surface.Height - 600};
   const auto text = [&](Point at, std::string words, Type size, AnchorX across) {
@@ -108,12 +108,7 @@ Picture PlotSweep(const Sweep& sweep, const RidgeForm& marked, const WaveUnits& 
       from = axis;
     }
   }
-  page.Add("frame", Polyline{.Points = {{frame.Left, frame.Top},
-                                        {frame.Right, frame.Top},
-                                        {frame.Right, frame.Bottom},
-                                        {frame.Left, frame.Bottom},
-                                        {frame.Left, frame.Top}},
-                             .Stroke = {ink, 14, LineStyle::Solid}});
+  page.Add("frame", Polyline{.Points = OutlineOf(frame), .Stroke = {ink, 14, LineStyle::Solid}});
   for (int axis = 0; axis <= 360; axis += 90) {
     text({x(axis), frame.Bottom + 150}, Shortest(axis), Type::Note, AnchorX::Center);
   }

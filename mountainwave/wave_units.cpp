@@ -37,10 +37,6 @@ double FromMs(double speedMs, VerticalUnits units) {
   return units == VerticalUnits::FeetPerMinute ? speedMs / kMsPerFpm : speedMs;
 }
 
-double FromMeters(double meters, LengthUnits units) {
-  return units == LengthUnits::Feet ? FeetFromMeters(meters) : meters;
-}
-
 double ToFeet(double height, LengthUnits units) {
   return units == LengthUnits::Feet ? height : FeetFromMeters(height);
 }

@@ -51,7 +51,6 @@ double FromKm(double km, WaveDistance units);
 double FromNauticalMiles(double nm, WaveDistance units);
 double ToNauticalMiles(double distance, WaveDistance units);
 double FromMs(double speedMs, VerticalUnits units);
-double FromMeters(double meters, LengthUnits units);
 double ToFeet(double height, LengthUnits units);
 
 }  // namespace vexa::mountainwave

@@ -1,11 +1,10 @@
 #include "output/data_dump.h"
 
-#include <algorithm>
-#include <cctype>
 #include <span>
 
 #include "analysis/level_listing.h"
 #include "core/files.h"
+#include "core/letter_case.h"
 #include "core/numbers.h"
 #include "core/units.h"
 
@@ -164,11 +163,8 @@ std::string Joined(const std::set<std::string>& words) {
 }  // namespace
 
 DumpKind DumpKindOf(std::string_view fileName) {
-  std::string ending = TextFromPath(PathFromText(fileName).extension());
-  std::ranges::transform(ending, ending.begin(), [](unsigned char letter) {
-    return static_cast<char>(std::tolower(letter));
-  });
-  return ending == ".csv" ? DumpKind::Spreadsheet : DumpKind::Textfile;
+  const std::string ending = TextFromPath(PathFromText(fileName).extension());
+  return SameText(ending, ".csv") ? DumpKind::Spreadsheet : DumpKind::Textfile;
 }
 
 std::string ProposedDumpName(std::string_view fileName, DumpKind kind) {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string>
 
-#include "core/units.h"
+#include "core/shown_values.h"
 #include "output/listing_line.h"
 
 namespace vexa::output {
@@ -22,20 +22,20 @@ constexpr int kDirEnd = 56;
 constexpr int kSpdEnd = 65;
 
 struct Units {
-  bool Fahrenheit = false;
-  bool Feet = false;
-  bool Metric = false;
+  TempUnits Temp = TempUnits::Celsius;
+  LengthUnits Length = LengthUnits::Meter;
+  SpeedUnits Speed = SpeedUnits::Knots;
   double Ground = 0;  // m, subtracted from heights
-  std::string_view Reference{};
+  HeightMode Reference = HeightMode::Msl;
 };
 
 Units UnitsOf(const ListingSource& from) {
   const bool isAgl = from.Set.Heights == HeightMode::Agl;
-  return {.Fahrenheit = from.Set.ThermoTemp == TempUnits::Fahrenheit,
-          .Feet = from.Set.GpmUnits == LengthUnits::Feet,
-          .Metric = from.Set.Speed == SpeedUnits::MetersPerSecond,
+  return {.Temp = from.Set.ThermoTemp,
+          .Length = from.Set.GpmUnits,
+          .Speed = from.Set.Speed,
           .Ground = isAgl ? static_cast<double>(from.Sounding.ElevM) : 0,
-          .Reference = isAgl ? "[AGL]" : "[MSL]"};
+          .Reference = from.Set.Heights};
 }
 
 void PutTemps(ListingLine& line, const SoundingRecord& sounding, int level, const Units& units) {
@@ -43,11 +43,10 @@ void PutTemps(ListingLine& line, const SoundingRecord& sounding, int level, cons
   const double dewpt = sounding.Dewpt(level);
   const auto shown = [&units](double celsius) {
     if (NotAvailable(celsius)) return std::string(kNoValue);
-    return Mask(units.Fahrenheit ? FahrenheitFromCelsius(celsius) : celsius, "##0.0");
+    return Mask(ShownIn(celsius, units.Temp), "##0.0");
   };
   const bool hasBoth = !NotAvailable(temp) && !NotAvailable(dewpt);
-  const double spread =
-      units.Fahrenheit ? FahrenheitFromCelsius(temp) - FahrenheitFromCelsius(dewpt) : temp - dewpt;
+  const double spread = ShownIn(temp, units.Temp) - ShownIn(dewpt, units.Temp);
   line.EndAt(kPressEnd, Shown(sounding.Press(level), "###0.0"))
       .EndAt(kTempEnd, shown(temp))
       .EndAt(kDewptEnd, shown(dewpt))
@@ -57,25 +56,23 @@ void PutTemps(ListingLine& line, const SoundingRecord& sounding, int level, cons
 void PutWind(ListingLine& line, const SoundingRecord& sounding, int level, const Units& units) {
   const double height = sounding.WindHgt(level) - units.Ground;
   const double speed = sounding.WindSpd(level);
-  line.EndAt(kHeightEnd, Mask(units.Feet ? FeetFromMeters(height) : height, "#####0"));
+  line.EndAt(kHeightEnd, Mask(ShownIn(height, units.Length), "#####0"));
   if (!sounding.HasWind(level)) {
     line.EndAt(kDirEnd, kNoValue).EndAt(kSpdEnd, kNoValue);
     return;
   }
   line.EndAt(kDirEnd, Mask(sounding.WindDir(level), "##0"))
-      .EndAt(kSpdEnd, Mask(units.Metric ? speed * kKnotToMs : speed, "##0"));
+      .EndAt(kSpdEnd, Mask(ShownIn(speed, units.Speed), "##0"));
 }
 
 }  // namespace
 
 ListingLines SoundingDataTable(const ListingSource& from) {
   const Units units = UnitsOf(from);
-  const std::string temps =
-      units.Fahrenheit ? "PR(mb)    T(F)   Td(F)  T-Td(F)" : "PR(mb)    T(C)   Td(C)  T-Td(C)";
-  const std::string heights = (units.Feet ? "HT(ft)" : " HT(m)") + std::string(units.Reference);
-  ListingLines lines = {std::string(kPressureHeading) + std::string(kWindHeading),
-                        PadRight(temps, static_cast<int>(kPressureHeading.size())) + heights +
-                            "  DD(Deg)  FF" + (units.Metric ? "(m)" : "(kts)")};
+  ListingLines lines = {
+      std::string(kPressureHeading) + std::string(kWindHeading),
+      PadRight(TempTableHead(units.Temp), static_cast<int>(kPressureHeading.size())) +
+          WindTableHead(units.Length, units.Reference, units.Speed)};
   const int temperatureLevels = from.Sounding.NumTempLevels();
   const int windLevels = from.Sounding.NumWindLevels();
   for (int level = 1; level <= std::max(temperatureLevels, windLevels); ++level) {

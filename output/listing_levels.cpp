@@ -5,6 +5,7 @@
 #include "analysis/interpolate.h"
 #include "analysis/shown_units.h"
 #include "analysis/turbulence.h"
+#include "core/shown_values.h"
 #include "core/units.h"
 #include "mountainwave/wave_model.h"
 #include "output/level_rows.h"
@@ -18,24 +19,18 @@ using analysis::AirLayer;
 using analysis::Intensity;
 using analysis::LevelProfile;
 
-bool IsFahrenheit(const ListingSource& from) {
-  return from.Set.ThermoTemp == TempUnits::Fahrenheit;
-}
 std::string TempShown(double temp, const ListingSource& from) {
   if (NotAvailable(temp)) return std::string(kNoValue);
-  return Mask(IsFahrenheit(from) ? FahrenheitFromCelsius(temp) : temp, "##0.0");
+  return Mask(ShownIn(temp, from.Set.ThermoTemp), "##0.0");
 }
-std::string_view TempUnit(const ListingSource& from) {
-  return IsFahrenheit(from) ? "(F)" : "(C)";
-}
-bool IsMetric(const ListingSource& from) {
-  return from.Set.Speed == SpeedUnits::MetersPerSecond;
+std::string TempUnit(const ListingSource& from) {
+  return '(' + std::string(Word(from.Set.ThermoTemp)) + ')';
 }
 std::string SpeedShown(double knots, const ListingSource& from) {
-  return Mask(IsMetric(from) ? knots * kKnotToMs : knots, "##0");
+  return Mask(ShownIn(knots, from.Set.Speed), "##0");
 }
 std::string_view SpeedUnit(const ListingSource& from) {
-  return IsMetric(from) ? "m/s)" : "kts)";
+  return from.Set.Speed == SpeedUnits::MetersPerSecond ? "m/s)" : "kts)";
 }
 double GroundOf(const ListingSource& from) {
   return from.Results.Levels.Count() > 0 ? from.Results.Levels.Height(1) : 0;
@@ -46,7 +41,7 @@ bool ShowsFeet(const ListingSource& from) {
 std::string HeightShown(double height, const ListingSource& from) {
   const bool isAgl = from.Set.Heights == HeightMode::Agl;
   const double shown = isAgl ? height - GroundOf(from) : height;
-  return Mask(ShowsFeet(from) ? FeetFromMeters(shown) : shown, "#####0");
+  return Mask(ShownIn(shown, from.Set.GpmUnits), "#####0");
 }
 
 // "240/ 25" at a height; "--" outside the winds.
@@ -115,25 +110,22 @@ double At(const LevelProfile& levels, double height, analysis::Quantity quantity
 
 void PutDataTable(const ListingSource& from, ListingLines& lines) {
   const SoundingRecord& sounding = from.Sounding;
-  const bool isFahrenheit = IsFahrenheit(from);
   lines.push_back(" Pressure Levels                     Wind Levels");
-  lines.push_back(std::string(isFahrenheit ? "PR(mb)    T(F)   Td(F)  T-Td(F)"
-                                           : "PR(mb)    T(C)   Td(C)  T-Td(C)") +
-                  "     " + (ShowsFeet(from) ? "HT(ft)" : " HT(m)") + "[" +
-                  std::string(Word(from.Set.Heights)) + "]  DD(Deg)  FF" +
-                  (IsMetric(from) ? "(m)" : "(kts)"));
+  lines.push_back(TempTableHead(from.Set.ThermoTemp) + "     " +
+                  WindTableHead(from.Set.GpmUnits, from.Set.Heights, from.Set.Speed));
   const int count = std::max(sounding.NumTempLevels(), sounding.NumWindLevels());
   for (int i = 1; i <= count; ++i) {
     ListingLine line;
     if (i <= sounding.NumTempLevels()) {
       const double temp = sounding.Temp(i);
       const double dewpt = sounding.Dewpt(i);
-      const double degrees = isFahrenheit ? 9.0 / 5 : 1;
       line.EndAt(6, Mask(sounding.Press(i), "###0.0"));
       line.EndAt(14, TempShown(temp, from)).EndAt(22, TempShown(dewpt, from));
-      line.EndAt(31, NotAvailable(dewpt) || NotAvailable(temp)
-                         ? std::string(kNoValue)
-                         : Mask((temp - dewpt) * degrees, "##0.0"));
+      line.EndAt(
+          31, NotAvailable(dewpt) || NotAvailable(temp)
+                  ? std::string(kNoValue)
+                  : Mask(ShownIn(temp, from.Set.ThermoTemp) - ShownIn(dewpt, from.Set.ThermoTemp),
+                         "##0.0"));
     }
     if (i <= sounding.NumWindLevels()) {
       line.EndAt(42, HeightShown(sounding.WindHgt(i), from));
@@ -206,7 +198,7 @@ ListingLines SummaryListing(const ListingSource& from) {
       "Height   Pres     T     Td   RH   DD/FF"
       "    CAT   LLWS   Icing - Type"
       "     WAVE/X---W---turb--");
-  const std::string temp(TempUnit(from));
+  const std::string temp = TempUnit(from);
   ListingLine units;
   units.BeginAt(
       1, "Level   (mb)    " + temp + "   " + temp + "  (%) (deg/" + std::string(SpeedUnit(from)));
@@ -245,7 +237,7 @@ ListingLines IntervalListing(const ListingSource& from) {
   constexpr double kHighest = 100000;  // m; no sounding reaches there
   ListingLines lines;
   lines.push_back("        Meters  Meters     T     Td    Pres    DD/FF      Feet    Feet");
-  const std::string temp(TempUnit(from));
+  const std::string temp = TempUnit(from);
   lines.push_back("Level   (AGL)   (MSL)    " + temp + "   " + temp + "    (mb)  (deg/" +
                   std::string(SpeedUnit(from)) + "   (AGL)   (MSL)");
   const LevelProfile& levels = from.Results.Levels;

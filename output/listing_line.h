@@ -9,6 +9,7 @@
 
 #include "core/markers.h"
 #include "core/numbers.h"
+#include "core/shown_values.h"
 
 namespace vexa::output {
 
@@ -39,6 +40,17 @@ class ListingLine {
 };
 
 /// A value by a mask, "--" for a marker.
+/// The names and units above a table of temperature levels, and of wind levels beside it.
+inline std::string TempTableHead(TempUnits units) {
+  const std::string unit = '(' + std::string(Word(units)) + ')';
+  return "PR(mb)    T" + unit + "   Td" + unit + "  T-Td" + unit;
+}
+inline std::string WindTableHead(LengthUnits heights, HeightMode reference, SpeedUnits speeds) {
+  return PadLeft("HT(" + std::string(UnitWord(heights)) + ")", 6) + "[" +
+         std::string(Word(reference)) + "]  DD(Deg)  FF" +
+         (speeds == SpeedUnits::MetersPerSecond ? "(m)" : "(kts)");
+}
+
 inline std::string Shown(double value, std::string_view mask) {
   return NotAvailable(value) ? std::string(kNoValue) : Mask(value, mask);
 }

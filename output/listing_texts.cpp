@@ -5,7 +5,7 @@
 
 #include "analysis/index_table.h"
 #include "analysis/shown_units.h"
-#include "core/units.h"
+#include "core/shown_values.h"
 #include "output/listing_line.h"
 #include "output/listings.h"
 
@@ -42,15 +42,9 @@ class Writer {
   }
   std::string Depth(double meters) const {
     if (!HasHeight(meters)) return std::string(kNoValue);
-    const bool isFeet = from_.Set.GpmUnits == LengthUnits::Feet;
-    return Mask(isFeet ? FeetFromMeters(meters) : meters, "#####0") + (isFeet ? " ft" : " m");
+    return LengthText(meters, from_.Set.GpmUnits);
   }
-  std::string Temp(double temp) const {
-    if (NotAvailable(temp)) return std::string(kNoValue);
-    const bool isFahrenheit = from_.Set.ThermoTemp == TempUnits::Fahrenheit;
-    return Mask(isFahrenheit ? FahrenheitFromCelsius(temp) : temp, "##0.0") +
-           (isFahrenheit ? " F" : " C");
-  }
+  std::string Temp(double temp) const { return analysis::TempText(temp, from_.Set.ThermoTemp); }
   std::string Point(const LevelPoint& level) const {
     if (!level.Exists()) return std::string(kNoValue);
     return PadLeft(Mask(level.Press, "###0.0"), 6) + " mb " + PadLeft(Height(level.Height), 12) +
@@ -58,9 +52,9 @@ class Writer {
   }
   std::string Wind(const analysis::WindVector& vector) const {
     const analysis::Wind wind = analysis::FromComponents(vector);
-    const bool isMetric = from_.Set.Speed == SpeedUnits::MetersPerSecond;
     return analysis::DirectionText(wind.Dir) + "/" +
-           Mask(isMetric ? wind.Spd * kKnotToMs : wind.Spd, "##0") + (isMetric ? " m/s" : " kts");
+           Mask(ShownIn(wind.Spd, from_.Set.Speed), "##0") + " " +
+           std::string(UnitWord(from_.Set.Speed));
   }
 
   /// Layers from below upward with class and word, or "none".

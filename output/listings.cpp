@@ -5,6 +5,7 @@
 
 #include "core/files.h"
 #include "core/numbers.h"
+#include "core/shown_values.h"
 #include "output/level_rows.h"
 
 namespace vexa::output {
@@ -23,12 +24,6 @@ constexpr ListingRow kListings[] = {
     {Listing::Cape, "CAPEdata", "cape", "CAPEInterval.Dat", "", CapeListing, 2},
 };
 
-std::string TimeText(const ObservationTime& time) {
-  if (!time.Known()) return "time unknown";
-  return Mask(time.Year, "0000") + "-" + Mask(time.Month, "00") + "-" + Mask(time.Day, "00") + " " +
-         Mask(time.Hour, "00") + ":" + Mask(time.Minute, "00") + " UTC";
-}
-
 std::string Degrees(double signedDegrees, std::string_view hemisphere) {
   return Mask(std::fabs(signedDegrees), "##0.00") + " " + std::string(hemisphere);
 }
@@ -46,7 +41,9 @@ const ListingRow* FindListing(std::string_view word) {
 
 ListingLines PageHeader(const ListingSource& from, const PageHeaderChoices& choices) {
   const SoundingRecord& sounding = from.Sounding;
-  ListingLines lines = {"VEXA:  " + sounding.StationTitle + "  //  " + TimeText(sounding.Time)};
+  ListingLines lines = {
+      "VEXA:  " + sounding.StationTitle + "  //  " +
+      (sounding.Time.Known() ? TimeText(sounding.Time) + " UTC" : "time unknown")};
   if (choices.DataType) {
     const auto count = static_cast<int>(IntegrateLevels(sounding, from.Results).size());
     lines.push_back("Data type: " + sounding.DataFormat +

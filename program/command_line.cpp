@@ -1,12 +1,12 @@
 #include "program/command_line.h"
 
 #include <algorithm>
-#include <cctype>
 #include <CLI/CLI.hpp>
 #include <cstddef>
 #include <memory>
 
 #include "config/catalogue.h"
+#include "core/letter_case.h"
 #include "core/numbers.h"
 #include "picture/image_settings.h"
 
@@ -15,14 +15,6 @@ namespace {
 
 Fault Wrong(std::string reason) {
   return {kFaultInvalidValue, "ReadCommandLine", std::move(reason)};
-}
-
-std::string Lower(std::string_view text) {
-  std::string lower(text);
-  std::ranges::transform(lower, lower.begin(), [](unsigned char letter) {
-    return static_cast<char>(std::tolower(letter));
-  });
-  return lower;
 }
 
 // Letters to add, to drop or to exchange so that one word becomes the other.

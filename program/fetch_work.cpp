@@ -5,10 +5,10 @@
 #include <system_error>
 #include <vector>
 
-#include "config/row_builder.h"
 #include "core/error_report.h"
 #include "core/files.h"
 #include "core/folders.h"
+#include "core/letter_case.h"
 #include "core/numbers.h"
 #include "core/raw_file.h"
 #include "sounding/sounding_source.h"

@@ -8,7 +8,7 @@
 #include "core/markers.h"
 #include "core/numbers.h"
 #include "core/record_edits.h"
-#include "core/units.h"
+#include "core/shown_values.h"
 #include "program/readout.h"
 #include "program/view_commands.h"
 
@@ -154,8 +154,7 @@ std::string LevelDrag::Text(const Program& program) const {
   const SoundingRecord& record = program.Current.Record;
   if (grip_.What != Dragged::Wind) return CursorDataLabels(program, grip_.Level);
   const double height = record.WindHgt(grip_.Level);
-  const bool feet = program.Set.GpmUnits == LengthUnits::Feet;
-  return Mask(feet ? FeetFromMeters(height) : height, "####0") + (feet ? " ft  " : " m  ") +
+  return LengthText(height, program.Set.GpmUnits) + "  " +
          WindText({record.WindDir(grip_.Level), record.WindSpd(grip_.Level)}, program.Set.Speed);
 }
 

@@ -9,6 +9,7 @@
 #include "core/files.h"
 #include "core/markers.h"
 #include "core/numbers.h"
+#include "core/shown_values.h"
 #include "program/edit_commands.h"
 
 namespace vexa {
@@ -16,8 +17,7 @@ namespace {
 
 std::string Time(const ObservationTime& time) {
   if (!time.Known()) return "not known";
-  return Mask(time.Year, "0000") + '-' + Mask(time.Month, "00") + '-' + Mask(time.Day, "00") + ' ' +
-         Mask(time.Hour, "00") + ':' + Mask(time.Minute, "00") + " UTC";
+  return TimeText(time) + " UTC";
 }
 
 std::string Position(const SoundingRecord& record) {

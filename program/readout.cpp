@@ -7,6 +7,7 @@
 #include "analysis/moist_air.h"
 #include "analysis/shown_units.h"
 #include "core/numbers.h"
+#include "core/shown_values.h"
 #include "core/units.h"
 #include "diagram/panel.h"
 
@@ -42,7 +43,7 @@ std::string TempsText(double temp, double dewpt, TempUnits units) {
 std::string WindText(const analysis::Wind& wind, SpeedUnits units) {
   const std::string from = analysis::DirectionText(wind.Dir) + "/";
   return units == SpeedUnits::Knots ? from + Mask(wind.Spd, "##0") + " kts"
-                                    : from + Mask(wind.Spd * kKnotToMs, "##0.0") + " m/s";
+                                    : from + Mask(ShownIn(wind.Spd, units), "##0.0") + " m/s";
 }
 
 std::string CursorDataVexa(const Program& program, double press) {

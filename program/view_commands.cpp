@@ -13,7 +13,7 @@
 #include "core/files.h"
 #include "core/markers.h"
 #include "core/numbers.h"
-#include "core/units.h"
+#include "core/shown_values.h"
 #include "fronts/front_analysis.h"
 #include "program/listed_soundings.h"
 #include "program/page_boxes.h"
@@ -176,9 +176,7 @@ std::string CursorDataLabels(const Program& program, int level) {
   const double height = program.Results.Levels.Height(level);
   if (HasHeight(height)) {
     const double shown = set.Heights == HeightMode::Agl ? height - record.ElevM : height;
-    const bool feet = set.GpmUnits == LengthUnits::Feet;
-    text += "  " + Mask(feet ? FeetFromMeters(shown) : shown, "####0") + (feet ? " ft" : " m") +
-            (set.Heights == HeightMode::Agl ? " AGL" : "");
+    text += "  " + LengthText(shown, set.GpmUnits) + (set.Heights == HeightMode::Agl ? " AGL" : "");
   }
   text += "  " + TempsText(record.Temp(level), record.Dewpt(level), set.TempGridUnits);
   const analysis::WindSample wind = analysis::WindAtHeight(record, height);

@@ -7,6 +7,7 @@
 #include "analysis/interpolate.h"
 #include "core/markers.h"
 #include "core/numbers.h"
+#include "core/shown_values.h"
 #include "report/front_json.h"
 #include "report/json.h"
 #include "report/values.h"
@@ -287,7 +288,7 @@ void AddHeading(Json& json, const ReportedSounding& sounding) {
   json["format"] = record.DataFormat;
   json["station"]["title"] = record.StationTitle;
   json["station"]["wmo"] = record.WmoNumber == 0 ? Json(nullptr) : Json(record.WmoNumber);
-  json["time"] = WordsJson(TimeText(record.Time).value_or(""));
+  json["time"] = WordsJson(IsoTimeText(record.Time));
   Json& position = json["position"];
   if (HasPosition(record)) {
     position["latitude"] = Number(Rounded(record.LatSigned, 5));

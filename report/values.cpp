@@ -32,12 +32,6 @@ std::optional<double> IndexNumber(const analysis::IndexValue& index) {
   return Rounded(index.Value, kIndexDecimals);
 }
 
-std::optional<std::string> TimeText(const ObservationTime& time) {
-  if (!time.Known()) return std::nullopt;
-  return Mask(time.Year, "0000") + "-" + Mask(time.Month, "00") + "-" + Mask(time.Day, "00") + "T" +
-         Mask(time.Hour, "00") + ":" + Mask(time.Minute, "00") + "Z";
-}
-
 bool HasPosition(const SoundingRecord& record) {
   return !record.LatHemi.empty() && !record.LonHemi.empty();
 }

@@ -32,7 +32,6 @@ std::optional<double> Pressure(double press);
 std::optional<double> Energy(const analysis::ParcelAscent& ascent, double energy);
 /// An index says itself whether it exists: some are large, such as heights and ventilation.
 std::optional<double> IndexNumber(const analysis::IndexValue& index);
-std::optional<std::string> TimeText(const ObservationTime& time);
 bool HasPosition(const SoundingRecord& record);
 
 }  // namespace vexa::report

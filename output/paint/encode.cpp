@@ -1,5 +1,3 @@
-#include <algorithm>
-#include <cctype>
 #include <optional>
 #include <QColor>
 #include <QMarginsF>
@@ -10,6 +8,7 @@
 #include <string>
 
 #include "core/files.h"
+#include "core/letter_case.h"
 #include "output/paint/paint.h"
 #include "output/paint/pdf.h"
 
@@ -19,11 +18,9 @@ namespace {
 constexpr double kPointsPerInch = 72;
 
 // "jpg" of "JPEG".
-std::string KindOf(std::string extension) {
-  std::ranges::transform(extension, extension.begin(), [](unsigned char letter) {
-    return static_cast<char>(std::tolower(letter));
-  });
-  return extension == "jpeg" ? "jpg" : extension;
+std::string KindOf(std::string_view extension) {
+  const std::string kind = Lower(extension);
+  return kind == "jpeg" ? "jpg" : kind;
 }
 
 Fault Failed(const std::string& reason) {

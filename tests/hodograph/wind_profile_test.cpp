@@ -77,38 +77,6 @@ TEST(WindProfile, IsSmoothedWhereItsLevelsCrowd) {
   EXPECT_EQ(Smoothed(few).size(), 3u);
 }
 
-// Values worked out by hand from the reference sounding's winds.
-TEST(PropagationVector, IsTheCloudLayerWindMinusTheJet) {
-  const SoundingRecord sounding = test::ReferenceConvective();
-  const auto results = analysis::Analyse(sounding, {});
-  const auto vector = PropagationVector(sounding, results.Levels);
-  ASSERT_TRUE(vector);
-  const analysis::Wind wind = analysis::FromComponents(*vector);
-  EXPECT_NEAR(wind.Dir, 280.8, 0.5);
-  EXPECT_NEAR(wind.Spd, 32.4, 0.3);
-
-  SoundingRecord shallow = sounding;
-  while (shallow.NumWindLevels() > 9) {  // nothing at 300 hPa
-    shallow.WindHgt.Erase(shallow.NumWindLevels());
-    shallow.WindDir.Erase(shallow.WindDir.Count());
-    shallow.WindSpd.Erase(shallow.WindSpd.Count());
-  }
-  EXPECT_FALSE(PropagationVector(shallow, results.Levels));
-}
-
-TEST(PropagationVector, HighGroundTakesTheStrongestLowWind) {
-  // Ground at 800 hPa: the jet is the 40 kt from the south 1 km above it.
-  const SoundingRecord sounding =
-      test::Profile({{800, 20, 5}, {700, 10, 0}, {500, -10, -20}, {300, -40, -50}, {200, -55, -65}},
-                    {{2000, 180, 10}, {3000, 180, 40}, {3200, 270, 20}, {12500, 270, 20}}, 2000);
-  const auto results = analysis::Analyse(sounding, {});
-  const auto vector = PropagationVector(sounding, results.Levels);
-  ASSERT_TRUE(vector);
-  // 700 hPa lies between 3000 and 3200 m; 500 and 300 hPa have 20 kt from the west.
-  EXPECT_LT(vector->U, -10);
-  EXPECT_GT(vector->V, 20);
-}
-
 TEST(Comparison, WritesAndReadsSlots) {
   const test::TemporaryFolder folder;
   std::vector<Fault> faults;
