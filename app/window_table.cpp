@@ -16,6 +16,7 @@
 #include "app/sounding_window.h"
 #include "app/surface_window.h"
 #include "program/displays.h"
+#include "program/severe_table_file.h"
 #include "program/sounding_loop.h"
 
 namespace vexa {

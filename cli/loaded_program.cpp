@@ -11,6 +11,7 @@
 #include "core/station_file.h"
 #include "program/displays.h"
 #include "program/hodograph_commands.h"
+#include "program/severe_table_file.h"
 
 namespace vexa::cli {
 

@@ -1,12 +1,11 @@
 #include "program/displays.h"
 
 #include <algorithm>
-#include <cctype>
 #include <iterator>
 #include <optional>
-#include <system_error>
 #include <utility>
 
+#include "core/letter_case.h"
 #include "diagram/sounding_plot.h"
 #include "display/weather.h"
 #include "hodograph/hodogram_plot.h"
@@ -48,12 +47,6 @@ template <display::Sheet (*kFill)(const display::Shown&)>
 Picture Sheet(const DisplayInput& from, const Surface& on) {
   return display::DrawSheet(
       kFill({from.In.Current.Record, from.In.Results, from.Set, from.In.Severe}), from.Set, on);
-}
-
-bool SameWord(std::string_view one, std::string_view other) {
-  return std::ranges::equal(one, other, [](unsigned char left, unsigned char right) {
-    return std::tolower(left) == std::tolower(right);
-  });
 }
 
 constexpr DisplayRow kDisplays[] = {
@@ -180,7 +173,7 @@ const DisplayRow* FindDisplay(std::span<const DisplayRow> displays, std::string_
 
 const DisplayRow* DisplayNamed(std::span<const DisplayRow> displays, std::string_view word) {
   const auto row = std::ranges::find_if(displays, [word](const DisplayRow& one) {
-    return one.Plot != nullptr && (SameWord(one.Id, word) || SameWord(one.Also, word));
+    return one.Plot != nullptr && (SameText(one.Id, word) || SameText(one.Also, word));
   });
   return row == displays.end() ? nullptr : &*row;
 }
@@ -215,22 +208,6 @@ const DisplayRow& DiagramNow(const Program& program) {
 
 void OpenDisplay(Program& program, const DisplayRow& row) {
   program.Displays.SetUp(row.Id, !(row.Toggles && program.Displays.IsUp(row.Id)));
-}
-
-std::filesystem::path SevereTablePath(const Program& program) {
-  return program.Where.Root / "VEXA.TBL";
-}
-
-void LoadSevereTable(Program& program) {
-  std::error_code ignored;
-  const std::filesystem::path path = SevereTablePath(program);
-  if (!std::filesystem::exists(path, ignored)) return;
-  const Outcome<analysis::SevereTable> table = analysis::RestoreTable(path);
-  if (table) {
-    program.Severe = table.Value();
-  } else {
-    program.Notices.push_back(table.Error().Detail + '.');
-  }
 }
 
 }  // namespace vexa

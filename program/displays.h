@@ -1,7 +1,6 @@
 // Finding, drawing and opening the displays of a program's table.
 #pragma once
 
-#include <filesystem>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -35,11 +34,5 @@ const DisplayRow& DiagramNow(const Program& program);
 
 /// Puts its window up; one that toggles goes down when it was up.
 void OpenDisplay(Program& program, const DisplayRow& row);
-
-/// The file in which the arrangement of the severe-weather table is kept between sessions.
-std::filesystem::path SevereTablePath(const Program& program);
-
-/// Restores that arrangement where there is one; a fault keeps the published one and is told.
-void LoadSevereTable(Program& program);
 
 }  // namespace vexa

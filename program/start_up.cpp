@@ -22,6 +22,7 @@
 #include "program/reference_tables.h"
 #include "program/session_memory.h"
 #include "program/settings_commands.h"
+#include "program/severe_table_file.h"
 
 namespace vexa {
 namespace {
