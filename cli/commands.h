@@ -34,6 +34,7 @@ extern const Command kCheckCommand;
 extern const Command kFetchCommand;
 extern const Command kWavesCommand;
 extern const Command kFrontsCommand;
+extern const Command kSectionCommand;
 
 /// The station list of the program root, else the shipped one; read once.
 const StationList& Stations();

@@ -199,6 +199,31 @@ GridX GridOf(const Section& section, const FieldRow& field, const SectionOptions
              : ContouredGrid(section, field, ContextOf(section, options), axis, size);
 }
 
+GridX CarriedUnderGround(const Section& section, const VerticalAxis& axis, GridX grid) {
+  const std::vector<PlacedColumn> places = PlacesOf(section);
+  if (places.size() < 2 || grid.Rows() < 3) return grid;
+  const auto groundOf = [&](const PlacedColumn& place) {
+    const analysis::LevelProfile& levels = place.Of->Levels;
+    const double ground = place.Of->Ground();
+    const double press = levels.Count() > 0 ? levels.Press(1) : analysis::IsaPressure(ground);
+    return axis.Of(press, ground, ground);
+  };
+  std::size_t left = 0;
+  for (int column = 1; column <= grid.Columns(); ++column) {
+    const double x = ColumnX(section, column, grid.Columns());
+    while (left + 2 < places.size() && x >= places[left + 1].X) ++left;
+    const double share = (x - places[left].X) / (places[left + 1].X - places[left].X);
+    const double from = groundOf(places[left]);
+    const double ground = from + (groundOf(places[left + 1]) - from) * share;
+    int lowest = 1;
+    while (lowest <= grid.Rows() && !grid.Has(column, lowest)) ++lowest;
+    if (lowest == 1 || lowest >= grid.Rows() || !grid.Has(column, lowest + 1)) continue;
+    if (RowCoordinate(axis, lowest - 1, grid.Rows()) > ground) continue;
+    grid(column, lowest - 1) = 2 * grid(column, lowest) - grid(column, lowest + 1);
+  }
+  return grid;
+}
+
 std::vector<std::string> InsufficientData(const SectionOptions& options) {
   return {"Insufficient data available for this diagram/grid size.",
           "Try one or more of the following ...",
@@ -227,6 +252,8 @@ Outcome<FieldAnalysis> AnalyzeField(const Section& section, const FieldRow& fiel
     return analysis;
   }
   analysis.Grid = Smoothed(std::move(analysis.Grid), options.SmoothingPasses);
+  analysis.Drawn =
+      options.Terrain ? CarriedUnderGround(section, analysis.Axis, analysis.Grid) : analysis.Grid;
   const FieldContext context = ContextOf(section, options);
   const ContourLevels levels = LevelsFor(analysis.Grid.Range(), intervals.Of(field, context));
   analysis.Interval = levels.Interval;
@@ -239,13 +266,13 @@ Outcome<FieldAnalysis> AnalyzeField(const Section& section, const FieldRow& fiel
     return analysis;
   }
   for (const double level : levels.Levels) {
-    analysis.Contours.push_back(TraceContour(analysis.Grid, level, levels.Interval));
+    analysis.Contours.push_back(TraceContour(analysis.Drawn, level, levels.Interval));
     if (!options.SubIsolines) continue;
     analysis.Between.push_back(
-        TraceContour(analysis.Grid, level + levels.Interval / 2, levels.Interval));
+        TraceContour(analysis.Drawn, level + levels.Interval / 2, levels.Interval));
   }
   if (field.Code == "TMP") {
-    analysis.Freezing = TraceContour(analysis.Grid, FreezingIn(options.Temp), levels.Interval);
+    analysis.Freezing = TraceContour(analysis.Drawn, FreezingIn(options.Temp), levels.Interval);
   }
   if (options.MarkExtrema) analysis.Extrema = FindExtrema(analysis.Grid, levels.Interval);
   return analysis;

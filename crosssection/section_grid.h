@@ -46,11 +46,16 @@ std::vector<float> RowValues(const ProfileOf& profile, double ground, const Vert
 GridX GridOf(const Section& section, const FieldRow& field, const SectionOptions& options,
              const VerticalAxis& axis);
 
+/// A grid whose lowest values go on, linearly, to the row next beneath the ground, which covers it:
+/// colours and lines then reach the ground.
+GridX CarriedUnderGround(const Section& section, const VerticalAxis& axis, GridX grid);
+
 /// A field ready to be drawn.
 struct FieldAnalysis {
   const FieldRow* Field = nullptr;
   VerticalAxis Axis{};
   GridX Grid{};                     // smoothed
+  GridX Drawn{};                    // the same, carried on to the row under the ground
   double Interval = 0;              // as drawn
   std::vector<Contour> Contours{};  // of rising levels
   std::vector<Contour> Between{};   // half-way, when asked for

@@ -1,0 +1,117 @@
+// The command that draws soundings side by side.
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+#include "cli/run_words.h"
+#include "core/files.h"
+#include "core/raw_file.h"
+#include "support/soundings.h"
+
+namespace vexa::cli {
+namespace {
+
+using Json = nlohmann::json;
+
+class SectionCommand : public testing::Test {
+ protected:
+  std::string Sounding(const std::string& name, double lon, bool withWinds = true) {
+    SoundingRecord record = test::ReferenceConvective();
+    SetDecimalPosition(record, 35, lon);
+    record.StationTitle = name;
+    if (!withWinds) {
+      record.WindHgt.Clear();
+      record.WindDir.Clear();
+      record.WindSpd.Clear();
+    }
+    const std::string path = In(name + ".RAW");
+    EXPECT_FALSE(SaveFile(PathFromText(path), WriteRaw(record)));
+    return path;
+  }
+  std::string In(const std::string& name) const { return TextFromPath(folder_.Path() / name); }
+
+  test::TemporaryFolder folder_{};
+};
+
+TEST_F(SectionCommand, GivesTheGrid) {
+  const std::string west = Sounding("west", -100);
+  const std::string east = Sounding("east", -97);
+  const Ran ran = RunWords({"section", east, west, "--format", "json", "-f", "TMP,PT", "--scale",
+                            "km", "--resolution", "low"});
+  ASSERT_EQ(ran.Exit, 0) << ran.Err;
+  const Json json = Json::parse(ran.Out);
+  EXPECT_EQ(json["columns"][0]["station"], "east");  // from the first as listed
+  // By hand: 3° along the parallel of 35° on a sphere of 6371 km.
+  EXPECT_NEAR(json["columns"][1]["x"].get<double>(), 273.25, 0.05);
+  EXPECT_EQ(json["x"].size(), 41U);
+  EXPECT_EQ(json["rows"].size(), 31U);
+  ASSERT_EQ(json["fields"].size(), 2U);
+  EXPECT_EQ(json["fields"][1]["unit"], "K");
+  ASSERT_EQ(json["fields"][0]["values"].size(), 31U);
+  EXPECT_TRUE(json["fields"][0]["values"][0][0].is_null());  // under the ground
+  const Ran csv = RunWords({"section", east, west, "--format", "csv", "--resolution", "low"});
+  EXPECT_TRUE(csv.Out.starts_with("field,unit,x (km),pressure (hPa),value\nTMP,C,0,1050,\n"));
+  EXPECT_EQ(std::ranges::count(csv.Out, '\n'), 1 + 41 * 31);
+}
+
+TEST_F(SectionCommand, DrawsOnePictureOrOneEach) {
+  const std::string west = Sounding("west", -100);
+  const std::string east = Sounding("east", -97);
+  EXPECT_EQ(RunWords({"section", west, east, "-o", In("all.svg"), "-f", "TMP,RH"}).Exit, 0);
+  const std::string together = ReadFile(PathFromText(In("all.svg"))).Value();
+  EXPECT_NE(together.find("Temperature (C)"), std::string::npos);
+  EXPECT_NE(together.find("Relative Humidity (%)"), std::string::npos);
+  EXPECT_EQ(RunWords({"section", west, east, "-o", In("{field}.svg"), "-f", "TMP,RH"}).Exit, 0);
+  EXPECT_TRUE(ReadFile(PathFromText(In("TMP.svg"))).Ok());
+  EXPECT_TRUE(ReadFile(PathFromText(In("RH.svg"))).Ok());
+}
+
+TEST_F(SectionCommand, SaysInASentenceWhatIsWrong) {
+  const std::string west = Sounding("west", -100);
+  const std::string again = Sounding("again", -100);
+  const std::string calm = Sounding("calm", -97, false);
+  const std::string file = In("out.svg");
+  struct Case {
+    const char* About;
+    std::vector<std::string> Words;
+    int Exit;
+    const char* Says;
+  };
+  const Case cases[] = {
+      {"one alone", {west, "-o", file}, 1, "One sounding alone makes no cross-section"},
+      {"one station twice", {west, again, "-o", file}, 1, "DataRange = 0"},
+      {"no time", {west, calm, "-k", "time", "-o", file}, 1, "is not known"},
+      {"no winds", {west, calm, "-f", "WND", "-o", file}, 1, "Results will not be reliable."},
+      {"missing file", {west, calm, In("none.RAW"), "-o", file}, 1, "none.RAW"},
+      {"unknown field", {west, calm, "-f", "TMPP", "-o", file}, 2, "did you mean TMP?"},
+      {"no output", {west, calm}, 2, "-o"},
+      {"interval", {west, calm, "-o", file, "--interval", "0"}, 2, "above 0"},
+      {"time", {west, calm, "-o", file, "--from", "noon"}, 2, "2024-03-05T12:00"},
+      {"an input", {west, calm, "--format", "csv", "-o", west}, 2, "would be lost"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.About);
+    std::vector<std::string> words = {"section"};
+    words.insert(words.end(), c.Words.begin(), c.Words.end());
+    const Ran ran = RunWords(words);
+    EXPECT_EQ(ran.Exit, c.Exit);
+    EXPECT_NE(ran.Err.find(c.Says), std::string::npos) << ran.Err;
+  }
+}
+
+TEST_F(SectionCommand, TakesEverySoundingOfAFile) {
+  const std::string file = TextFromPath(test::TestData("igra_station.txt"));
+  const Ran check = RunWords({"check", file});
+  const Ran ran =
+      RunWords({"section", file, "-k", "time", "--format", "json", "--resolution", "low"});
+  const Json json = Json::parse(ran.Out);
+  ASSERT_GE(json["columns"].size(), 2U) << ran.Err << check.Out;
+  EXPECT_EQ(json["x unit"], "hours");
+  EXPECT_EQ(json["columns"][0]["x"], 0);
+  const std::string last = json["columns"].back()["time"].get<std::string>();
+  const Ran late = RunWords({"section", file, "-k", "time", "--format", "json", "--from", last});
+  EXPECT_NE(late.Err.find("One sounding alone"), std::string::npos) << late.Err;
+}
+
+}  // namespace
+}  // namespace vexa::cli
