@@ -20,6 +20,10 @@ struct LevelPoint {
   bool Exists() const { return Press != kNone; }
 };
 
+inline LevelPoint PointOf(const LevelProfile& levels, int level) {
+  return {levels.Press(level), levels.Height(level), levels.Temp(level)};
+}
+
 enum class InversionKind { Radiation, Frontal, Subsidence, Tropopause, Unknown };
 
 /// "Radiation Inv.", "Frontal Inv.", "Subsidence Inv.", "Trop Inv.", "Unknown Inv.".

@@ -25,10 +25,6 @@ constexpr double kStableDepth = 2000;       // m
 constexpr double kLeastStableDepth = 1000;  // m, when the sounding ends
 constexpr double kSteepDepth = 1000;        // m
 
-LevelPoint PointOf(const LevelProfile& levels, int level) {
-  return {levels.Press(level), levels.Height(level), levels.Temp(level)};
-}
-
 // Mean lapse rates from a level to every level within a depth and to the depth itself, all tested;
 // empty when the sounding ends inside the depth before `least`.
 template <class Test>

@@ -49,10 +49,6 @@ double Excess(const MixingLine& line, double temp, double share) {
          (line.Vapor - share * 100 * TabledSatVapor(temp, SaturationOver::Water)) / line.Slope;
 }
 
-LevelPoint PointOf(const LevelProfile& levels, int level) {
-  return {levels.Press(level), levels.Height(level), levels.Temp(level)};
-}
-
 }  // namespace
 
 double RefractivityOf(double press, double temp, double vapor) {

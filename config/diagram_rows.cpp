@@ -42,156 +42,156 @@ constexpr ChoiceText kDiagramTypes[] = {{"Skew-T / Log-P", "Popular U.S. diagram
 constexpr ChoiceText kHeightScales[] = {
     {"FT (x1000)", {}}, {"KM", {}}, {"MT", "Metres"}, {"Miles", "Statute miles"}, {"none", {}}};
 
-constexpr std::string_view kTab1 = "Diagram/Tab 1";
+constexpr std::string_view kDiagramTab1 = "Diagram/Tab 1";
 
-constexpr OptionRow kTab1Rows[] = {
-    Row<At<&ViewSettings::Diagram>>("Diagram type = ", kTab1)
+constexpr OptionRow kDiagramTab1Rows[] = {
+    Row<At<&ViewSettings::Diagram>>("Diagram type = ", kDiagramTab1)
         .Shown(kDiagramTypes)
         .Says("Skew-T, popular in the U.S.; emagram; or tephigram, popular in Europe."),
-    Row<At<&ViewSettings::AutoHighEmagram>>("Auto high-altitude emagram = ", kTab1)
+    Row<At<&ViewSettings::AutoHighEmagram>>("Auto high-altitude emagram = ", kDiagramTab1)
         .Named("Automatically display Emagram for high-altitude soundings")
         .Says("Only for soundings extending above 100 mb"),
-    Row<At<&ViewSettings::EmagramTempLines>>("Emagram temperature lines = ", kTab1)
+    Row<At<&ViewSettings::EmagramTempLines>>("Emagram temperature lines = ", kDiagramTab1)
         .Named("Display Temperature Gridlines")
         .Says("Emagram only option"),
-    Row<At<&ViewSettings::TephigramWarning>>("Tephigram warning = ", kTab1)
+    Row<At<&ViewSettings::TephigramWarning>>("Tephigram warning = ", kDiagramTab1)
         .Named("Display warning message about offset graphic analyses  >")
         .Says("Message will only be displayed upon initial use"),
-    Row<At<&ViewSettings::StabilityBars>>("Stability bars = ", kTab1)
+    Row<At<&ViewSettings::StabilityBars>>("Stability bars = ", kDiagramTab1)
         .Says("Marks each layer's lapse-rate class by a bar at the left margin."),
-    Row<At<&ViewSettings::RightScale>>("Height scale = ", kTab1)
+    Row<At<&ViewSettings::RightScale>>("Height scale = ", kDiagramTab1)
         .Shown(kHeightScales)
         .Says("Unit of the height scale on the right."),
-    Row<At<&ViewSettings::SurfaceLine>>("Surface line = ", kTab1)
+    Row<At<&ViewSettings::SurfaceLine>>("Surface line = ", kDiagramTab1)
         .Says("Draws a line at the station's elevation."),
-    Row<At<&ViewSettings::AllMandatoryLines>>("All TTAA lines = ", kTab1)
+    Row<At<&ViewSettings::AllMandatoryLines>>("All TTAA lines = ", kDiagramTab1)
         .Named("All mandatory levels")
         .Says("Draws a line at every mandatory pressure level."),
-    Row<At<&ViewSettings::AutoAnalyses>>("Auto display analyses = ", kTab1)
+    Row<At<&ViewSettings::AutoAnalyses>>("Auto display analyses = ", kDiagramTab1)
         .Says("Shows the analyses as soon as a sounding is loaded."),
-    Row<At<&ViewSettings::AnalysesBox>>("Analyses box = ", kTab1)
+    Row<At<&ViewSettings::AnalysesBox>>("Analyses box = ", kDiagramTab1)
         .Says("Shows the box of indices and parcel levels."),
-    Row<At<&ViewSettings::WindPlotsBox>>("Wind plots box = ", kTab1)
+    Row<At<&ViewSettings::WindPlotsBox>>("Wind plots box = ", kDiagramTab1)
         .Says("Frames the column of winds beside the diagram."),
-    Row<At<&ViewSettings::ShadeGround>>("Shade ground block = ", kTab1)
+    Row<At<&ViewSettings::ShadeGround>>("Shade ground block = ", kDiagramTab1)
         .Says("Shades the diagram below the station."),
-    Row<At<&ViewSettings::CursorSounding>>("Cursor sounding = ", kTab1)
+    Row<At<&ViewSettings::CursorSounding>>("Cursor sounding = ", kDiagramTab1)
         .Says("Reads the sounding's values at the cursor's pressure."),
-    Row<At<&ViewSettings::CursorGrid>>("Cursor diagram grid = ", kTab1)
+    Row<At<&ViewSettings::CursorGrid>>("Cursor diagram grid = ", kDiagramTab1)
         .Says("Reads the grid's values under the cursor."),
-    Row<At<&ViewSettings::Heights>>("Height mode = ", kTab1)
+    Row<At<&ViewSettings::Heights>>("Height mode = ", kDiagramTab1)
         .Says("Heights above mean sea level or above ground."),
-    Row<At<&ViewSettings::FreezeLine>>("Freeze line = ", kTab1).Says("Draws the freezing levels."),
-    Row<At<&ViewSettings::TropoLine>>("Tropo line = ", kTab1).Says("Draws the tropopauses."),
+    Row<At<&ViewSettings::FreezeLine>>("Freeze line = ", kDiagramTab1).Says("Draws the freezing levels."),
+    Row<At<&ViewSettings::TropoLine>>("Tropo line = ", kDiagramTab1).Says("Draws the tropopauses."),
 };
 
-constexpr std::string_view kTab2 = "Diagram/Tab 2";
+constexpr std::string_view kDiagramTab2 = "Diagram/Tab 2";
 
 bool ScalesByHand(const Options& options) {
   return options.TempScaling == Scaling::Manual;
 }
 
-constexpr OptionRow kTab2Rows[] = {
-    Row<At<&ViewSettings::MbLimit>, kTrue, kTopPressures>("MB limit = ", kTab2)
+constexpr OptionRow kDiagramTab2Rows[] = {
+    Row<At<&ViewSettings::MbLimit>, kTrue, kTopPressures>("MB limit = ", kDiagramTab2)
         .Named("Top pressure")
         .In("hPa")
         .When([](const Options& set) { return !set.AutoMbSelect; })
         .Says("Pressure at the top of the diagram."),
-    Row<At<&ViewSettings::AutoMbSelect>>("Auto MB select = ", kTab2)
+    Row<At<&ViewSettings::AutoMbSelect>>("Auto MB select = ", kDiagramTab2)
         .Named("Top from data")
         .Says("Chooses the top of the diagram from the sounding."),
-    Row<At<&ViewSettings::YGridUnits>>("Y-Grid units = ", kTab2)
+    Row<At<&ViewSettings::YGridUnits>>("Y-Grid units = ", kDiagramTab2)
         .Says("Draws the horizontal grid at pressures or at heights.")
         .Then(IntervalFollowsUnits),
-    Row<At<&ViewSettings::YGridInterval>, kTrue, kGridIntervals>("Y-Grid interval = ", kTab2)
+    Row<At<&ViewSettings::YGridInterval>, kTrue, kGridIntervals>("Y-Grid interval = ", kDiagramTab2)
         .Says("Spacing of the horizontal grid: 25, 50, 100 hPa; 1, 2, 5 km; 5, 10 thousand feet."),
-    Row<At<&ViewSettings::TempGridUnits>>("Temp grid units = ", kTab2)
+    Row<At<&ViewSettings::TempGridUnits>>("Temp grid units = ", kDiagramTab2)
         .Says("Unit of the temperature scale."),
-    Row<At<&ViewSettings::TempDualScale>>("Temp dual scale = ", kTab2)
+    Row<At<&ViewSettings::TempDualScale>>("Temp dual scale = ", kDiagramTab2)
         .Says("Adds a scale in °F; in °C where the first is in °F."),
-    Row<At<&ViewSettings::TempGridInterval>, kTrue, kTempIntervals>("Temp grid interval = ", kTab2)
+    Row<At<&ViewSettings::TempGridInterval>, kTrue, kTempIntervals>("Temp grid interval = ", kDiagramTab2)
         .In("degrees")
         .Says("Spacing of the isotherms."),
-    Row<At<&ViewSettings::TempScaling>>("Temp grid scaling = ", kTab2)
+    Row<At<&ViewSettings::TempScaling>>("Temp grid scaling = ", kDiagramTab2)
         .Says("Takes the temperature range from the data, or as set below."),
-    Row<At<&ViewSettings::TempMin>, kTrue, Range{-120, 40}>("Temp MIN = ", kTab2)
+    Row<At<&ViewSettings::TempMin>, kTrue, Range{-120, 40}>("Temp MIN = ", kDiagramTab2)
         .In("°C")
         .When(ScalesByHand)
         .Says("Temperature at the diagram's left edge in manual scaling."),
-    Row<At<&ViewSettings::TempMax>, kTrue, Range{-80, 60}>("  Temp MAX = ", kTab2, Record::Same)
+    Row<At<&ViewSettings::TempMax>, kTrue, Range{-80, 60}>("  Temp MAX = ", kDiagramTab2, Record::Same)
         .In("°C")
         .When(ScalesByHand)
         .Says("Temperature at the right edge; at least 40 degrees above the left."),
-    Row<At<&ViewSettings::OverlayScaling>>("", kTab2)
+    Row<At<&ViewSettings::OverlayScaling>>("", kDiagramTab2)
         .As("Overlay scaling")
         .Named("Overlay scaling")
         .Says("Axes with room for every overlaid sounding, or those of the first alone."),
-    Row<At<&ViewSettings::CompareScaling>>("", kTab2)
+    Row<At<&ViewSettings::CompareScaling>>("", kDiagramTab2)
         .As("Compare scaling")
         .Named("Compare scaling")
         .Says("Axes with room for both compared soundings, or those of the first alone."),
 };
 
-constexpr std::string_view kTab3 = "Diagram/Tab 3";
+constexpr std::string_view kDiagramTab3 = "Diagram/Tab 3";
 
-constexpr OptionRow kTab3Rows[] = {
-    Row<At<&ViewSettings::DryAdiabats>>("Dry adiabats = ", kTab3).Says("Draws the dry adiabats."),
-    Row<At<&ViewSettings::SatAdiabats>>(" Saturation adiabats = ", kTab3, Record::Same)
+constexpr OptionRow kDiagramTab3Rows[] = {
+    Row<At<&ViewSettings::DryAdiabats>>("Dry adiabats = ", kDiagramTab3).Says("Draws the dry adiabats."),
+    Row<At<&ViewSettings::SatAdiabats>>(" Saturation adiabats = ", kDiagramTab3, Record::Same)
         .Says("Draws the saturation adiabats."),
-    Row<At<&ViewSettings::MixingLines>>(" Mixing ratio lines = ", kTab3, Record::Same)
+    Row<At<&ViewSettings::MixingLines>>(" Mixing ratio lines = ", kDiagramTab3, Record::Same)
         .Says("Draws the lines of equal saturation mixing ratio."),
-    Row<At<&ViewSettings::Scheme>>("", kTab3)
+    Row<At<&ViewSettings::Scheme>>("", kDiagramTab3)
         .As("Color scheme")
         .Named("Color scheme")
         .Says("Colours of the whole diagram; the color-safe ones stay apart for colour-blind eyes.")
         .Then(PaperFollowsScheme),
-    Row<At<&ViewSettings::DryColor>, kTrue, kColors>("Dry color = ", kTab3)
+    Row<At<&ViewSettings::DryColor>, kTrue, kColors>("Dry color = ", kDiagramTab3)
         .Says("Colour of the dry adiabats."),
-    Row<At<&ViewSettings::SatColor>, kTrue, kColors>("  Sat color = ", kTab3, Record::Same)
+    Row<At<&ViewSettings::SatColor>, kTrue, kColors>("  Sat color = ", kDiagramTab3, Record::Same)
         .Says("Colour of the saturation adiabats."),
-    Row<At<&ViewSettings::WetColor>, kTrue, kColors>("  Wet color = ", kTab3, Record::Same)
+    Row<At<&ViewSettings::WetColor>, kTrue, kColors>("  Wet color = ", kDiagramTab3, Record::Same)
         .Says("Colour of the mixing ratio lines."),
-    Row<At<&ViewSettings::DryLabel>>("Dry label = ", kTab3).Says("Labels the dry adiabats."),
-    Row<At<&ViewSettings::SatLabel>>("  Sat label = ", kTab3, Record::Same)
+    Row<At<&ViewSettings::DryLabel>>("Dry label = ", kDiagramTab3).Says("Labels the dry adiabats."),
+    Row<At<&ViewSettings::SatLabel>>("  Sat label = ", kDiagramTab3, Record::Same)
         .Says("Labels the saturation adiabats."),
-    Row<At<&ViewSettings::WetLabel>>("  Wet label = ", kTab3, Record::Same)
+    Row<At<&ViewSettings::WetLabel>>("  Wet label = ", kDiagramTab3, Record::Same)
         .Says("Labels the mixing ratio lines."),
     Row<At<&ViewSettings::DryRef, &ReferenceLine::Value>, kTrue, Range{200, 450}>("Dry Ref Val = ",
-                                                                                  kTab3)
+                                                                                  kDiagramTab3)
         .Named("Reference dry adiabat")
         .In("K")
         .Says("Potential temperature of a dry adiabat of your choice."),
-    Row<At<&ViewSettings::DryRef, &ReferenceLine::Plot>>("  Plot = ", kTab3, Record::Same)
+    Row<At<&ViewSettings::DryRef, &ReferenceLine::Plot>>("  Plot = ", kDiagramTab3, Record::Same)
         .As("Dry Ref Val Plot")
         .Named("Plot reference dry adiabat")
         .Says("Draws the reference dry adiabat."),
-    Row<At<&ViewSettings::DryRef, &ReferenceLine::ShowLabel>>("  Label = ", kTab3, Record::Same)
+    Row<At<&ViewSettings::DryRef, &ReferenceLine::ShowLabel>>("  Label = ", kDiagramTab3, Record::Same)
         .As("Dry Ref Val Label")
         .Named("Label reference dry adiabat")
         .Says("Labels the reference dry adiabat."),
     Row<At<&ViewSettings::SatRef, &ReferenceLine::Value>, kTrue, Range{-30, 40}>("Sat Ref Val = ",
-                                                                                 kTab3)
+                                                                                 kDiagramTab3)
         .Named("Reference saturation adiabat")
         .In("°C")
         .Says("Wet-bulb potential temperature of a saturation adiabat of your choice."),
-    Row<At<&ViewSettings::SatRef, &ReferenceLine::Plot>>("  Plot = ", kTab3, Record::Same)
+    Row<At<&ViewSettings::SatRef, &ReferenceLine::Plot>>("  Plot = ", kDiagramTab3, Record::Same)
         .As("Sat Ref Val Plot")
         .Named("Plot reference saturation adiabat")
         .Says("Draws the reference saturation adiabat."),
-    Row<At<&ViewSettings::SatRef, &ReferenceLine::ShowLabel>>("  Label = ", kTab3, Record::Same)
+    Row<At<&ViewSettings::SatRef, &ReferenceLine::ShowLabel>>("  Label = ", kDiagramTab3, Record::Same)
         .As("Sat Ref Val Label")
         .Named("Label reference saturation adiabat")
         .Says("Labels the reference saturation adiabat."),
     Row<At<&ViewSettings::MixRef, &ReferenceLine::Value>, kTrue, Range{0.1, 40}>("Mix Ref Val = ",
-                                                                                 kTab3)
+                                                                                 kDiagramTab3)
         .Named("Reference mixing ratio")
         .In("g/kg")
         .Says("Mixing ratio of a line of your choice."),
-    Row<At<&ViewSettings::MixRef, &ReferenceLine::Plot>>("  Plot = ", kTab3, Record::Same)
+    Row<At<&ViewSettings::MixRef, &ReferenceLine::Plot>>("  Plot = ", kDiagramTab3, Record::Same)
         .As("Mix Ref Val Plot")
         .Named("Plot reference mixing ratio line")
         .Says("Draws the reference mixing ratio line."),
-    Row<At<&ViewSettings::MixRef, &ReferenceLine::ShowLabel>>("  Label = ", kTab3, Record::Same)
+    Row<At<&ViewSettings::MixRef, &ReferenceLine::ShowLabel>>("  Label = ", kDiagramTab3, Record::Same)
         .As("Mix Ref Val Label")
         .Named("Label reference mixing ratio line")
         .Says("Labels the reference mixing ratio line."),
@@ -348,8 +348,8 @@ void AppendLines(Rows& all, std::index_sequence<N...>) {
 Rows DiagramRows() {
   Rows all;
   for (const std::span<const OptionRow> tab :
-       {std::span<const OptionRow>(kTab1Rows), std::span<const OptionRow>(kTab2Rows),
-        std::span<const OptionRow>(kTab3Rows), std::span<const OptionRow>(kTab4Rows),
+       {std::span<const OptionRow>(kDiagramTab1Rows), std::span<const OptionRow>(kDiagramTab2Rows),
+        std::span<const OptionRow>(kDiagramTab3Rows), std::span<const OptionRow>(kTab4Rows),
         std::span<const OptionRow>(kTab5Rows), std::span<const OptionRow>(kTab6Rows),
         std::span<const OptionRow>(kTab7Rows)}) {
     Append(all, tab);

@@ -66,7 +66,7 @@ std::string NumberObjection(const FieldRow& row, std::string_view text) {
 }
 
 // Why a text is no value for a field; empty when it is.
-std::string Objection(const FieldRow& row, std::string_view text) {
+std::string FieldObjection(const FieldRow& row, std::string_view text) {
   text = Trim(text);
   if (text.empty()) return row.Needed ? "is missing" : "";
   switch (row.Holds) {
@@ -103,7 +103,7 @@ StationTexts TextsOf(const Station& station) {
 }
 
 std::optional<Fault> CheckStationField(StationField field, std::string_view text) {
-  const std::string objection = Objection(RowOf(field), text);
+  const std::string objection = FieldObjection(RowOf(field), text);
   if (objection.empty()) return std::nullopt;
   return Fault{kFaultInvalidValue, "CheckStationField",
                std::string(Text(field)) + ": " + objection};

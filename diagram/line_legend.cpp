@@ -9,10 +9,6 @@
 namespace vexa::diagram {
 namespace {
 
-constexpr double Px(double pixels) {
-  return pixels * kUnitsPerPixel;
-}
-
 constexpr double kSample = Px(34);
 constexpr double kSampleGap = Px(8);
 constexpr double kNameText = LetterSize(Type::Label);
@@ -35,7 +31,7 @@ struct LineRow {
   bool (*IsOn)(const DisplaySettings&) = Always;
 };
 
-constexpr LineRow kLines[] = {
+constexpr LineRow kLegendLines[] = {
     {"Temperature", "of the air, as it was measured on the way up.", &Palette::Temperature},
     {"Dew point",
      "to which the air must cool until its vapour condenses. Near the temperature the air is "
@@ -143,7 +139,7 @@ void DrawEntries(Picture& page, const Rect& region, const std::vector<LegendEntr
 std::vector<LegendEntry> LegendEntries(const DisplaySettings& options) {
   const Palette inks = PaletteFor(options);
   std::vector<LegendEntry> entries;
-  for (const LineRow& row : kLines) {
+  for (const LineRow& row : kLegendLines) {
     if (!row.IsOn(options)) continue;
     LegendEntry entry{row.Name, row.Sentence};
     if (row.Stroke != nullptr) entry.Stroke = inks.*row.Stroke;

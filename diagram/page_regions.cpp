@@ -9,14 +9,11 @@
 #include "diagram/panel.h"
 #include "diagram/title_text.h"
 #include "diagram/wind_symbol.h"
+#include "picture/surface.h"
 #include "picture/text_width.h"
 
 namespace vexa::diagram {
 namespace {
-
-constexpr double Px(double pixels) {
-  return pixels * kUnitsPerPixel;
-}
 
 // Room around the frame for its axes.
 constexpr double kPressRoom = Px(44);

@@ -34,14 +34,14 @@ double LowestPress(const SoundingRecord& sounding) {
 }
 
 // How far a sounding reaches along the temperature axis, in °C of the frame's lower edge.
-struct Reach {
+struct TempReach {
   double ColdestTemp = 1e9;
   double ColdestDewpt = 1e9;
   double Warmest = -1e9;
 };
 
-Reach MeasureReach(const SoundingRecord& sounding, const DiagramMapping& at) {
-  Reach reach;
+TempReach MeasureReach(const SoundingRecord& sounding, const DiagramMapping& at) {
+  TempReach reach;
   const double perUnit = (at.TempMax() - at.TempMin()) / at.Frame().Width();
   const auto along = [&](double temp, double press) {
     return at.TempMin() + (at.ToPoint(temp, press).X - at.Frame().Left) * perUnit;
@@ -73,7 +73,7 @@ std::optional<double> FittingStart(const SoundingRecord& sounding, const Diagram
   double start = kUsualMin;
   for (int attempt = 0; attempt < kTries; ++attempt) {
     const DiagramMapping at(choice.Type, frame, start, start + span, choice.TopPress);
-    const Reach reach = MeasureReach(sounding, at);
+    const TempReach reach = MeasureReach(sounding, at);
     if (reach.Warmest < reach.ColdestTemp) return kUsualMin;  // nothing to show
     const double coldest =
         (mindsDewpt ? std::min(reach.ColdestTemp, reach.ColdestDewpt) : reach.ColdestTemp) -
@@ -99,7 +99,7 @@ std::optional<TempRange> HighSkewRange(const SoundingRecord& sounding, const Dia
   for (double span = kUsualSpan; span <= kWidestHighSkew; span += 10) {
     const DiagramMapping at(choice.Type, frame, kUsualMin, kUsualMin + span, choice.TopPress);
     // On the skew-T places along the axis do not depend on where the range starts.
-    const Reach reach = MeasureReach(sounding, at);
+    const TempReach reach = MeasureReach(sounding, at);
     if (reach.Warmest < reach.ColdestTemp) return std::nullopt;
     const double coldest = std::min(reach.ColdestTemp, reach.ColdestDewpt);
     const double least = std::ceil((reach.Warmest - kShare * span) / kRound) * kRound;

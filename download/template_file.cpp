@@ -38,16 +38,16 @@ Request AnyRequest() {
       .Number = 72357, .Letters = "OUN", .Time = {.Year = 1999, .Month = 5, .Day = 4, .Hour = 0}};
 }
 
-std::string HoursObjection(const std::string& hours) {
+std::string HoursObjection(const std::string& said) {
   std::size_t words = 0, known = 0;
-  for (std::size_t at = 0; at < hours.size();) {
-    const std::size_t end = std::min(hours.find(' ', at), hours.size());
+  for (std::size_t at = 0; at < said.size();) {
+    const std::size_t end = std::min(said.find(' ', at), said.size());
     words += end > at ? 1 : 0;
     at = end + 1;
   }
   constexpr int kHours = 24;
   for (int hour = 0; hour < kHours; ++hour) {
-    known += words > 0 && HasHour({.Hours = hours}, hour) ? 1 : 0;
+    known += words > 0 && HasHour({.Hours = said}, hour) ? 1 : 0;
   }
   return words == known ? std::string() : "the hours are not two figures each, 00 to 23";
 }

@@ -54,7 +54,7 @@ std::string TableRow(const FrontLayer& layer, const DisplaySettings& options) {
   return row + PadLeft(SignedText(layer.AdvectionCph), 14);
 }
 
-std::string Span(const FrontLayer& layer) {
+std::string SpanText(const FrontLayer& layer) {
   return Mask(layer.BasePress, "###0.0") + "-" + Mask(layer.TopPress, "###0.0") + " hPa, " +
          Mask(layer.Base, "####0") + "-" + Mask(layer.Top, "####0") + " m above the station";
 }
@@ -69,7 +69,7 @@ std::string Terms(const FrontLayer& layer) {
 
 void ExplainFront(const Front& front, const FrontSource& from, Lines& lines) {
   const auto put = [&lines](const std::string& text) { lines.push_back("    " + text); };
-  lines.push_back("  The front: " + Span(front.Zone.Whole));
+  lines.push_back("  The front: " + SpanText(front.Zone.Whole));
   put(Terms(front.Zone.Whole) + (front.IsWarm() ? ": warm" : ": cold"));
   put("moves towards " + Mask(front.Motion, "##0.0") + (front.IsWarm() ? ", away from" : ", to") +
       " the warm air, c = " + Mask(front.Speed, "##0.0") + " kt, the mean normal wind of the zone");
@@ -150,14 +150,14 @@ std::vector<std::string> ExplainFronts(const FrontSource& from) {
   }
   lines.emplace_back("  Zones, the strongest by gradient times depth");
   for (const FrontZone& zone : fronts.Zones) {
-    lines.push_back("    " + Span(zone.Whole) + ": " +
+    lines.push_back("    " + SpanText(zone.Whole) + ": " +
                     Mask(zone.Rank() / kMetersPerNauticalMile, "##0.0000") + " C, " +
                     Shortest(static_cast<int>(zone.Parts.size())) + " layers");
   }
   lines.emplace_back("  Layers");
   for (const FrontLayer& layer : fronts.Layers) {
     lines.push_back(
-        "    " + Span(layer) + ": " + Terms(layer) +
+        "    " + SpanText(layer) + ": " + Terms(layer) +
         (layer.Why == Missed::No ? ", a candidate" : ", " + std::string(Text(layer.Why))));
   }
   return lines;

@@ -19,10 +19,6 @@ namespace {
 
 using analysis::WindVector;
 
-constexpr double Px(double pixels) {
-  return pixels * kUnitsPerPixel;
-}
-
 constexpr double kCaptionText = LetterSize(Type::Note);
 constexpr double kPanelText = LetterSize(Type::Label);
 constexpr double kLegendStep = kLineStep;

@@ -11,7 +11,7 @@
 namespace vexa::ingest {
 namespace {
 
-constexpr std::string_view kFormatTag = "DROPSONDE";
+constexpr std::string_view kAvapsTag = "DROPSONDE";
 constexpr std::string_view kMark = "AVAPS-";
 constexpr std::string_view kAttributes = "*** Sounding Attributes File ***";
 constexpr double kAdaption = 10;  // s after the release
@@ -124,7 +124,7 @@ std::optional<Fault> DecodeAvaps(const SourceText& source, LoadContext& context,
   if (fault) return fault;
   sounding.Heading.Station.Name = "Dropsonde";
   FillRecord(std::move(sounding), source.Name(), context, into);
-  into.DataFormat = kFormatTag;
+  into.DataFormat = kAvapsTag;
   return std::nullopt;
 }
 

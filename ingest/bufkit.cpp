@@ -12,8 +12,8 @@
 namespace vexa::ingest {
 namespace {
 
-constexpr std::string_view kFormatTag = "FCST";
-constexpr int kMostHeadingLines = 20;
+constexpr std::string_view kBufkitTag = "FCST";
+constexpr int kMostBufkitHeading = 20;
 
 // The value behind "NAME =", empty when another name follows at once.
 std::string_view Labelled(std::string_view line, std::string_view name) {
@@ -27,7 +27,7 @@ std::string_view Labelled(std::string_view line, std::string_view name) {
 }
 
 int FindNames(const SourceText& source) {
-  for (int line = 1; line <= std::min(source.LineCount(), kMostHeadingLines); ++line) {
+  for (int line = 1; line <= std::min(source.LineCount(), kMostBufkitHeading); ++line) {
     if (source.Line(line).starts_with("SNPARM")) return line;
   }
   return 0;
@@ -144,7 +144,7 @@ std::vector<SourceEntry> ListBufkit(const SourceText& source) {
 
 std::optional<Fault> DecodeBufkit(const SourceText& source, LoadContext& context,
                                   SoundingRecord& into) {
-  return DecodeBlock(source, context, into, BlocksOf, ReadBlock, kFormatTag);
+  return DecodeBlock(source, context, into, BlocksOf, ReadBlock, kBufkitTag);
 }
 
 }  // namespace vexa::ingest

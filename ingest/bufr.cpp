@@ -15,7 +15,7 @@
 namespace vexa::ingest {
 namespace {
 
-constexpr std::string_view kFormatTag = "BUFR";
+constexpr std::string_view kBufrTag = "BUFR";
 
 // A report without its levels, which are read again from its place when they are asked for. Those
 // that the library unpacked are kept: it takes a whole message each time, and long.
@@ -207,7 +207,7 @@ std::optional<Fault> DecodeBufr(const SourceText& source, LoadContext& context,
   // What is said of the file is said with its first sounding, not with each.
   if (index.Value() == 0) std::ranges::copy(file.Notes, std::back_inserter(context.Notes));
   FillRecord(Merged(file.Ascents[index.Value()], source, context), source.Name(), context, into);
-  into.DataFormat = kFormatTag;
+  into.DataFormat = kBufrTag;
   return std::nullopt;
 }
 

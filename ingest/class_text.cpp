@@ -12,8 +12,8 @@
 namespace vexa::ingest {
 namespace {
 
-constexpr std::string_view kFormatTag = "CLASS";
-constexpr int kMostHeadingLines = 60;
+constexpr std::string_view kClassTextTag = "CLASS";
+constexpr int kMostClassTextHeading = 60;
 
 bool IsOpening(std::string_view line) {
   return line.starts_with("Data Type:") || line.starts_with("Data Type/Direction:");
@@ -175,7 +175,7 @@ Outcome<SourceSounding> ReadBlock(const SourceText& source, const ClassBlock& bl
 
 bool IsClassText(const SourceText& source) {
   bool isOpened = false;
-  for (int line = 1; line <= std::min(source.LineCount(), kMostHeadingLines); ++line) {
+  for (int line = 1; line <= std::min(source.LineCount(), kMostClassTextHeading); ++line) {
     const std::string_view text = source.Line(line);
     if (!isOpened && !Trim(text).empty() && !IsOpening(text)) return false;
     isOpened = isOpened || IsOpening(text);
@@ -192,7 +192,7 @@ std::vector<SourceEntry> ListClassText(const SourceText& source) {
 
 std::optional<Fault> DecodeClassText(const SourceText& source, LoadContext& context,
                                      SoundingRecord& into) {
-  return DecodeBlock(source, context, into, BlocksOf, ReadBlock, kFormatTag);
+  return DecodeBlock(source, context, into, BlocksOf, ReadBlock, kClassTextTag);
 }
 
 }  // namespace vexa::ingest

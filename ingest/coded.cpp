@@ -18,9 +18,9 @@
 namespace vexa::ingest {
 namespace {
 
-constexpr std::string_view kFormatTag = "CODED";
+constexpr std::string_view kCodedTag = "CODED";
 constexpr int kHoursApart = 3;
-constexpr int kMostHeadingLines = 400;
+constexpr int kMostCodedHeading = 400;
 constexpr int kNumberWidth = 17;  // "72357 - LETTERS - " of a title, with room to spare
 
 // Reports of one station and time.
@@ -357,7 +357,7 @@ SourceSounding Merged(const CodedAscent& ascent, LoadContext& context, bool& isG
 }  // namespace
 
 bool IsCoded(const SourceText& source) {
-  const int last = std::min(source.LineCount(), kMostHeadingLines);
+  const int last = std::min(source.LineCount(), kMostCodedHeading);
   for (int line = 1; line <= last; ++line) {
     std::vector<std::string_view> words = Tokens(source.Line(line));
     if (line < source.LineCount()) {
@@ -402,7 +402,7 @@ std::optional<Fault> DecodeCoded(const SourceText& source, LoadContext& context,
   bool isGroundLost = false;
   FillRecord(Merged(ascent, context, isGroundLost), source.Name(), context, into);
   if (isGroundLost && into.NumTempLevels() > 0) into.SurfaceLostBelow = into.Press.Values().front();
-  into.DataFormat = kFormatTag;
+  into.DataFormat = kCodedTag;
   return std::nullopt;
 }
 

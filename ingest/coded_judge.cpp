@@ -33,7 +33,7 @@ double Between(double at, double x0, double x1, double y0, double y1) {
 }
 
 // A temperature or a height of the message.
-struct Value {
+struct HeldValue {
   CodedLevel* Level = nullptr;
   bool IsHeight = false;
   double Press = 0, LogPress = 0;
@@ -76,7 +76,7 @@ class Jury {
                             .Amount = *level.Values.Height});
       }
     }
-    const auto fromBelow = [](const Value& a, const Value& b) { return a.Press > b.Press; };
+    const auto fromBelow = [](const HeldValue& a, const HeldValue& b) { return a.Press > b.Press; };
     std::ranges::stable_sort(temps_, fromBelow);
     std::ranges::stable_sort(heights_, fromBelow);
   }
@@ -87,7 +87,7 @@ class Jury {
     for (int round = 0; round < kMostRounds; ++round) {
       const Fit fit = Assess(true);
       if (fit.Broken == 0) break;
-      for (Value* value : Culprits(fit)) Drop(*value, notes);
+      for (HeldValue* value : Culprits(fit)) Drop(*value, notes);
     }
     TellOffLines(notes);
     TellZigzags(notes);
@@ -103,11 +103,11 @@ class Jury {
     return analysis::VirtualTemp(*values.Temp, std::max(mixing, 0.0)) + kKelvinOffset;
   }
 
-  Value& At(std::size_t party) {
+  HeldValue& At(std::size_t party) {
     return party < temps_.size() ? temps_[party] : heights_[party - temps_.size()];
   }
 
-  static void Drop(Value& value, std::vector<std::string>& notes) {
+  static void Drop(HeldValue& value, std::vector<std::string>& notes) {
     value.IsOn = false;
     SourceLevel& values = value.Level->Values;
     if (value.IsHeight) {
@@ -132,16 +132,16 @@ class Jury {
     std::size_t Below = 0, Above = 0;
     double Length = 0;  // in ln p
   };
-  std::optional<Line> LineAt(const Value& value) const {
+  std::optional<Line> LineAt(const HeldValue& value) const {
     std::optional<std::size_t> below, above;
     for (std::size_t i = 0; i < temps_.size(); ++i) {
-      const Value& other = temps_[i];
+      const HeldValue& other = temps_[i];
       if (!other.IsOn || !other.Level->IsFine() || &other == &value) continue;
       if (other.Press >= value.Press) below = i;
       if (!above && other.Press <= value.Press) above = i;
     }
     if (!below || !above) return std::nullopt;
-    const Value &a = temps_[*below], &b = temps_[*above];
+    const HeldValue &a = temps_[*below], &b = temps_[*above];
     if (*below != *above && b.Level->IsBehindGap) return std::nullopt;
     return Line{Between(value.LogPress, a.LogPress, b.LogPress, a.Amount, b.Amount), *below, *above,
                 a.LogPress - b.LogPress};
@@ -149,7 +149,7 @@ class Jury {
 
   void DropDoubtful(std::vector<std::string>& notes) {
     constexpr double kBorneOut = 2;  // °C
-    for (Value& value : temps_) {
+    for (HeldValue& value : temps_) {
       if (!value.Level->IsDoubtful) continue;
       const std::optional<Line> line = LineAt(value);
       if (!line || std::fabs(line->Temp - value.Amount) > kBorneOut) Drop(value, notes);
@@ -159,7 +159,7 @@ class Jury {
   // A difference that some stations have, but few: told, and both are left.
   void TellOffLines(std::vector<std::string>& notes) const {
     constexpr double kSeldom = 2.3, kLongest = 0.5;  // °C; in ln p
-    for (const Value& value : temps_) {
+    for (const HeldValue& value : temps_) {
       if (!value.IsOn || value.Level->Kind != LevelKind::Mandatory) continue;
       const std::optional<Line> line = LineAt(value);
       if (!line || line->Length > kLongest) continue;
@@ -182,7 +182,7 @@ class Jury {
     constexpr Band kBands[] = {{100, 2.4}, {300, 2.0}};
     constexpr double kSeldomStep = 3.65;  // °C, above 100 hPa
     std::vector<Point> points;
-    for (const Value& value : temps_) {
+    for (const HeldValue& value : temps_) {
       if (!value.IsOn) continue;
       if (!points.empty() && points.back().Of->Press == value.Press) {
         points.back().IsAlone = false;
@@ -191,7 +191,7 @@ class Jury {
       }
     }
     for (std::size_t i = 1; i + 1 < points.size(); ++i) {
-      const Value& value = *points[i].Of;
+      const HeldValue& value = *points[i].Of;
       const bool isAlone = points[i].IsAlone && value.Level->IsFine();
       if (!isAlone || value.Level->IsBehindGap || points[i + 1].Of->Level->IsBehindGap) continue;
       double seldom = kSeldomStep;
@@ -207,7 +207,7 @@ class Jury {
   }
 
   struct Point {
-    const Value* Of = nullptr;
+    const HeldValue* Of = nullptr;
     bool IsAlone = true;  // no other part has a temperature here
   };
 
@@ -235,7 +235,7 @@ class Jury {
   }
 
   static double Kink(const std::vector<Point>& points, std::size_t i) {
-    const Value &below = *points[i - 1].Of, &above = *points[i + 1].Of;
+    const HeldValue &below = *points[i - 1].Of, &above = *points[i + 1].Of;
     return points[i].Of->Amount - Between(points[i].Of->LogPress, below.LogPress, above.LogPress,
                                           below.Amount, above.Amount);
   }
@@ -270,11 +270,11 @@ class Jury {
     std::optional<std::size_t> before;
     double ground = 0;
     for (std::size_t i = 0; i < temps_.size(); ++i) {
-      const Value& above = temps_[i];
+      const HeldValue& above = temps_[i];
       if (!above.IsOn) continue;
       if (!before) ground = above.Press;
       if (before) {
-        const Value& below = temps_[*before];
+        const HeldValue& below = temps_[*before];
         const double change = above.Amount - below.Amount;
         if (below.Press == above.Press) {
           check(std::fabs(change) / kSamePlace, *before, i);
@@ -300,7 +300,7 @@ class Jury {
   template <class Check>
   void CheckLines(Check& check) const {
     for (std::size_t i = 0; i < temps_.size(); ++i) {
-      const Value& value = temps_[i];
+      const HeldValue& value = temps_[i];
       if (!value.IsOn || value.Level->IsFine()) continue;
       const std::optional<Line> line = LineAt(value);
       if (!line) continue;
@@ -334,11 +334,11 @@ class Jury {
       if (profile.empty() || temps_[profile.back()].Press != temps_[i].Press) profile.push_back(i);
     }
     if (profile.size() < 2) return;
-    const Value* below = nullptr;
+    const HeldValue* below = nullptr;
     Strain layerBelow;
-    for (const Value& above : heights_) {
+    for (const HeldValue& above : heights_) {
       if (!above.IsOn) continue;
-      const Value* lower = std::exchange(below, &above);
+      const HeldValue* lower = std::exchange(below, &above);
       if (lower == nullptr || lower->Press > temps_[profile.front()].Press ||
           above.Press < temps_[profile.back()].Press) {
         layerBelow = {};
@@ -370,7 +370,7 @@ class Jury {
     }
   }
 
-  std::size_t HeightParty(const Value& height) const {
+  std::size_t HeightParty(const HeldValue& height) const {
     return temps_.size() + static_cast<std::size_t>(&height - heights_.data());
   }
 
@@ -379,16 +379,16 @@ class Jury {
     double Gap = 0;                   // the widest between temperatures, in ln p
     std::size_t First = 0, Last = 0;  // of the profile, the temperatures that count
   };
-  Layer LayerOf(const Value& lower, const Value& upper,
+  Layer LayerOf(const HeldValue& lower, const HeldValue& upper,
                 const std::vector<std::size_t>& profile) const {
-    const auto temp = [&](std::size_t k) -> const Value& { return temps_[profile[k]]; };
+    const auto temp = [&](std::size_t k) -> const HeldValue& { return temps_[profile[k]]; };
     Layer layer;
     while (layer.First + 2 < profile.size() && temp(layer.First + 1).Press >= lower.Press) {
       ++layer.First;
     }
     layer.Last = layer.First;
     while (layer.Last + 1 < profile.size() && temp(layer.Last).Press > upper.Press) {
-      const Value &a = temp(layer.Last), &b = temp(layer.Last + 1);
+      const HeldValue &a = temp(layer.Last), &b = temp(layer.Last + 1);
       const double from = std::min(a.LogPress, lower.LogPress);
       const double to = std::max(b.LogPress, upper.LogPress);
       const auto at = [&](double logPress) {
@@ -402,7 +402,7 @@ class Jury {
   }
 
   // The value without which the rest agrees best, and those without which it does as well.
-  std::vector<Value*> Culprits(const Fit& fit) {
+  std::vector<HeldValue*> Culprits(const Fit& fit) {
     std::vector<std::size_t> parties;
     for (const Strain& strain : fit.Strains) {
       std::ranges::copy(strain.Parties, std::back_inserter(parties));
@@ -420,7 +420,7 @@ class Jury {
       At(party).IsOn = true;
     }
     const double least = std::ranges::min(without).first;
-    std::vector<Value*> culprits;
+    std::vector<HeldValue*> culprits;
     if (least >= badness(fit)) {
       const Strain& worst = *std::ranges::max_element(fit.Strains, {}, &Strain::Size);
       for (const std::size_t party : worst.Parties) culprits.push_back(&At(party));
@@ -433,7 +433,7 @@ class Jury {
     return culprits;
   }
 
-  std::vector<Value> temps_{}, heights_{};
+  std::vector<HeldValue> temps_{}, heights_{};
 };
 
 }  // namespace

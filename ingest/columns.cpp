@@ -11,8 +11,8 @@
 namespace vexa::ingest {
 namespace {
 
-constexpr std::string_view kFormatTag = "COLUMNS";
-constexpr int kMostHeadingLines = 100;
+constexpr std::string_view kColumnsTag = "COLUMNS";
+constexpr int kMostColumnsHeading = 100;
 
 // Lines such as "Station name<tab>Hill" above the table.
 void ReadLabel(std::string_view line, SourceHeading& heading) {
@@ -54,12 +54,12 @@ void NoteUnread(const TableLayout& layout, std::vector<std::string>& notes) {
 }  // namespace
 
 bool IsColumns(const SourceText& source) {
-  return FindLayout(source, kMostHeadingLines) != 0;
+  return FindLayout(source, kMostColumnsHeading) != 0;
 }
 
 std::optional<Fault> DecodeColumns(const SourceText& source, LoadContext& context,
                                    SoundingRecord& into) {
-  const int names = FindLayout(source, kMostHeadingLines);
+  const int names = FindLayout(source, kMostColumnsHeading);
   if (names == 0) return Fault{kFaultFormat, "DecodeColumns", source.Name() + ": no column names"};
   const TableLayout layout = LayoutAt(source, names).value_or(TableLayout{});
   SourceSounding sounding;
@@ -76,7 +76,7 @@ std::optional<Fault> DecodeColumns(const SourceText& source, LoadContext& contex
   });
   if (hasNoUnit) sounding.Notes.push_back("No unit of the wind speed is stated; taken as knots.");
   FillRecord(std::move(sounding), source.Name(), context, into);
-  into.DataFormat = kFormatTag;
+  into.DataFormat = kColumnsTag;
   return std::nullopt;
 }
 

@@ -10,12 +10,12 @@
 namespace vexa::ingest {
 namespace {
 
-constexpr std::string_view kFormatTag = "DROPSONDE";
-constexpr int kMostHeadingLines = 100;
+constexpr std::string_view kFrdTag = "DROPSONDE";
+constexpr int kMostFrdHeading = 100;
 
 // The line of names; 0 when there is none. Its rows are counted and carry the seconds.
 int NamesLine(const SourceText& source) {
-  for (int line = 1; line <= std::min(source.LineCount(), kMostHeadingLines); ++line) {
+  for (int line = 1; line <= std::min(source.LineCount(), kMostFrdHeading); ++line) {
     const std::vector<std::string_view> words = Tokens(source.Line(line));
     if (words.size() < 4 || (words[0] != "IX" && !StartsWithNoCase(words[0], "index"))) continue;
     if (FindNoCase(source.Line(line), "(s)") != std::string_view::npos && LayoutAt(source, line)) {
@@ -108,7 +108,7 @@ std::optional<Fault> DecodeFrd(const SourceText& source, LoadContext& context,
   LocateByColumns(source, layout, sounding.Heading);
   KeepAscent(sounding.Levels, sounding.Notes);
   FillRecord(std::move(sounding), source.Name(), context, into);
-  into.DataFormat = kFormatTag;
+  into.DataFormat = kFrdTag;
   return std::nullopt;
 }
 

@@ -11,9 +11,9 @@
 namespace vexa::ingest {
 namespace {
 
-constexpr std::string_view kFormatTag = "FSL";
+constexpr std::string_view kFslTag = "FSL";
 constexpr std::size_t kWidth = 7;
-constexpr int kMostHeadingLines = 100;
+constexpr int kMostFslHeading = 100;
 
 std::string_view Field(std::string_view line, std::size_t index) {
   const std::size_t begin = index * kWidth;
@@ -190,7 +190,7 @@ class Block {
 }  // namespace
 
 bool IsFsl(const SourceText& source) {
-  const int last = std::min(source.LineCount() - 1, kMostHeadingLines);
+  const int last = std::min(source.LineCount() - 1, kMostFslHeading);
   for (int line = 1; line <= last; ++line) {
     if (!TypeLine(source.Line(line))) continue;
     const std::string_view next = Trim(Field(source.Line(line + 1), 0));
@@ -208,7 +208,7 @@ std::optional<Fault> DecodeFsl(const SourceText& source, LoadContext& context,
   const auto read = [](const SourceText& text, const SoundingBlock& block) {
     return Block(text, block).Read();
   };
-  return DecodeBlock(source, context, into, BlocksOf, read, kFormatTag);
+  return DecodeBlock(source, context, into, BlocksOf, read, kFslTag);
 }
 
 }  // namespace vexa::ingest

@@ -14,7 +14,7 @@ namespace {
 
 using Json = nlohmann::json;
 
-constexpr std::string_view kFormatTag = "IEM";
+constexpr std::string_view kIemTag = "IEM";
 constexpr std::string_view kTableHeading = "station,validUTC,levelcode";
 
 SourceHeading HeadingOf(std::string_view station, std::string_view time) {
@@ -157,7 +157,7 @@ std::optional<Fault> DecodeIemJson(const SourceText& source, LoadContext& contex
   const Outcome<SourceSounding>& sounding = soundings.Value()[index.Value()];
   if (!sounding) return sounding.Error();
   FillRecord(sounding.Value(), source.Name(), context, into);
-  into.DataFormat = kFormatTag;
+  into.DataFormat = kIemTag;
   return std::nullopt;
 }
 
@@ -193,7 +193,7 @@ std::optional<Fault> DecodeIemTable(const SourceText& source, LoadContext& conte
     sounding.Levels.push_back(level);
   }
   FillRecord(std::move(sounding), source.Name(), context, into);
-  into.DataFormat = kFormatTag;
+  into.DataFormat = kIemTag;
   return std::nullopt;
 }
 

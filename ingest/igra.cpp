@@ -12,7 +12,7 @@
 namespace vexa::ingest {
 namespace {
 
-constexpr std::string_view kFormatTag = "IGRA";
+constexpr std::string_view kIgraTag = "IGRA";
 
 // Columns first to last, counted from 1 as in the archive's description.
 std::string_view Columns(std::string_view line, std::size_t first, std::size_t last) {
@@ -143,7 +143,7 @@ std::optional<Fault> DecodeIgra(const SourceText& source, LoadContext& context,
     return Fault{kFaultNonStandard, "DecodeIgra",
                  text.Name() + ": holds the archive's derived parameters, not its soundings"};
   };
-  return DecodeBlock(source, context, into, BlocksOf, read, kFormatTag);
+  return DecodeBlock(source, context, into, BlocksOf, read, kIgraTag);
 }
 
 }  // namespace vexa::ingest

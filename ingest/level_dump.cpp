@@ -10,7 +10,7 @@
 namespace vexa::ingest {
 namespace {
 
-constexpr std::string_view kFormatTag = "COLUMNS";
+constexpr std::string_view kLevelDumpTag = "COLUMNS";
 constexpr std::string_view kTextStart = "SOUNDING = ";
 constexpr std::string_view kElevation = "ELEVATION (M) = ";
 constexpr std::string_view kPosition = "LAT/LONG = ";
@@ -219,7 +219,7 @@ std::optional<Fault> DecodeLevelDump(const SourceText& source, LoadContext& cont
   into.StationTitle = TitleAt(source, first);
   into.Time = TimeInTitle(into.StationTitle);
   if (!isElevationKnown) SetElevationUnknown(into);
-  into.DataFormat = kFormatTag;
+  into.DataFormat = kLevelDumpTag;
   return std::nullopt;
 }
 

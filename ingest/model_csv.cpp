@@ -11,8 +11,8 @@
 namespace vexa::ingest {
 namespace {
 
-constexpr std::string_view kFormatTag = "FCST";
-constexpr std::string_view kColumns = "PRES, HGHT";
+constexpr std::string_view kModelCsvTag = "FCST";
+constexpr std::string_view kModelColumns = "PRES, HGHT";
 
 // The word behind "NAME =".
 std::string_view Labelled(std::string_view line, std::string_view name) {
@@ -24,12 +24,12 @@ std::string_view Labelled(std::string_view line, std::string_view name) {
 }
 
 // A block begins with its first label and holds one table; FirstRow is the line of its names.
-std::vector<SoundingBlock> BlocksOf(const SourceText& source) {
+std::vector<SoundingBlock> ModelBlocksOf(const SourceText& source) {
   std::vector<SoundingBlock> blocks;
   SourceHeading heading;
   for (int line = 1; line <= source.LineCount(); ++line) {
     const std::string_view text = Trim(source.Line(line));
-    if (text.starts_with(kColumns)) {
+    if (text.starts_with(kModelColumns)) {
       blocks.push_back({heading, line, source.LineCount() + 1});
     } else if (text.starts_with("TIME")) {
       heading.Time = ParseCompactTime(Labelled(text, "TIME")).value_or(ObservationTime{});
@@ -51,13 +51,13 @@ bool IsModelCsv(const SourceText& source) {
   for (int line = 1; line <= std::min(source.LineCount(), kMostHeadingLines); ++line) {
     const std::string_view text = Trim(source.Line(line));
     isLabelled = isLabelled || text.starts_with("MEM =") || text.starts_with("STID =");
-    if (text.starts_with(kColumns)) return isLabelled;
+    if (text.starts_with(kModelColumns)) return isLabelled;
   }
   return false;
 }
 
 std::vector<SourceEntry> ListModelCsv(const SourceText& source) {
-  return Entries(BlocksOf(source));
+  return Entries(ModelBlocksOf(source));
 }
 
 std::optional<Fault> DecodeModelCsv(const SourceText& source, LoadContext& context,
@@ -75,7 +75,7 @@ std::optional<Fault> DecodeModelCsv(const SourceText& source, LoadContext& conte
     }
     return sounding;
   };
-  return DecodeBlock(source, context, into, BlocksOf, read, kFormatTag);
+  return DecodeBlock(source, context, into, ModelBlocksOf, read, kModelCsvTag);
 }
 
 }  // namespace vexa::ingest

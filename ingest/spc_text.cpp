@@ -13,13 +13,13 @@
 namespace vexa::ingest {
 namespace {
 
-constexpr int kMostHeadingLines = 400;
-constexpr std::string_view kFormatTag = "SPC";
+constexpr int kMostSpcTextHeading = 400;
+constexpr std::string_view kSpcTextTag = "SPC";
 constexpr std::string_view kTitleMark = "%TITLE%", kDataMark = "%RAW%";
 
 // Line that holds nothing but a mark such as %RAW%, 0 when there is none.
 int FindMark(const SourceText& source, std::string_view mark) {
-  const int last = std::min(source.LineCount(), kMostHeadingLines);
+  const int last = std::min(source.LineCount(), kMostSpcTextHeading);
   for (int line = 1; line <= last; ++line) {
     if (Trim(source.Line(line)) == mark) return line;
   }
@@ -148,7 +148,7 @@ std::optional<Fault> DecodeSpcText(const SourceText& source, LoadContext& contex
   }
   FillRecord(std::move(sounding), source.Name(), context, into);
   if (fault) return fault;
-  into.DataFormat = kFormatTag;
+  into.DataFormat = kSpcTextTag;
   return std::nullopt;
 }
 

@@ -12,7 +12,7 @@
 namespace vexa::ingest {
 namespace {
 
-constexpr std::string_view kFormatTag = "TD6201";
+constexpr std::string_view kTd6201Tag = "TD6201";
 constexpr std::size_t kHead = 32, kLevel = 36;
 
 bool AllFigures(std::string_view text) {
@@ -135,7 +135,7 @@ std::vector<SourceEntry> ListTd6201(const SourceText& source) {
 
 std::optional<Fault> DecodeTd6201(const SourceText& source, LoadContext& context,
                                   SoundingRecord& into) {
-  return DecodeBlock(source, context, into, BlocksOf, ReadBlock, kFormatTag);
+  return DecodeBlock(source, context, into, BlocksOf, ReadBlock, kTd6201Tag);
 }
 
 }  // namespace vexa::ingest

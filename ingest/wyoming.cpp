@@ -13,8 +13,8 @@
 namespace vexa::ingest {
 namespace {
 
-constexpr int kMostHeadingLines = 400;  // before the table; pages carry menus
-constexpr std::string_view kFormatTag = "WYOMING";
+constexpr int kMostWyomingHeading = 400;  // before the table; pages carry menus
+constexpr std::string_view kWyomingTag = "WYOMING";
 
 /// One column of the table: the names stand flush right, so each ends where its values end.
 struct Column {
@@ -40,7 +40,7 @@ bool IsRule(std::string_view line) {
 
 // Line of the column names, 0 when there is none.
 int FindNameLine(const SourceText& source) {
-  const int last = std::min(source.LineCount(), kMostHeadingLines);
+  const int last = std::min(source.LineCount(), kMostWyomingHeading);
   for (int line = 1; line <= last; ++line) {
     if (IsNameLine(source.Line(line))) return line;
   }
@@ -308,7 +308,7 @@ std::optional<Fault> DecodeWyoming(const SourceText& source, LoadContext& contex
   if (table.LostLastRow) sounding.Notes.push_back("The last row is cut off and was left out.");
   FillRecord(std::move(sounding), source.Name(), context, into);
   if (fault) return fault;
-  into.DataFormat = kFormatTag;
+  into.DataFormat = kWyomingTag;
   return std::nullopt;
 }
 

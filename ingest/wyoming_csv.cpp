@@ -10,7 +10,7 @@
 namespace vexa::ingest {
 namespace {
 
-constexpr std::string_view kFormatTag = "WYOMING";
+constexpr std::string_view kWyomingCsvTag = "WYOMING";
 constexpr std::string_view kHeading = "time,longitude,latitude,pressure_hPa";
 
 int FindHeading(const SourceText& source) {
@@ -63,7 +63,7 @@ std::optional<Fault> DecodeWyomingCsv(const SourceText& source, LoadContext& con
     sounding.Heading.Lat = lat;
   }
   FillRecord(std::move(sounding), source.Name(), context, into);
-  into.DataFormat = kFormatTag;
+  into.DataFormat = kWyomingCsvTag;
   return std::nullopt;
 }
 

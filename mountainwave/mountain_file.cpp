@@ -13,7 +13,7 @@ namespace vexa::mountainwave {
 namespace {
 
 constexpr int kHeadingLines = 18;
-constexpr std::string_view kNote = "NOTE:";
+constexpr std::string_view kHeadingMark = "NOTE:";
 constexpr std::size_t kUnitColumn = 10;  // counted from 1
 
 // Takes the next line off a text; none at its end.
@@ -46,7 +46,7 @@ std::optional<Heading> TakeHeading(std::string_view& text) {
     return true;
   };
   if (!take(kHeadingLines)) return std::nullopt;
-  if (!lines[kHeadingLines - 1].starts_with(kNote)) return heading;
+  if (!lines[kHeadingLines - 1].starts_with(kHeadingMark)) return heading;
   if (!take(kHeadingLines + 4)) return std::nullopt;
   const std::string_view units = lines[kHeadingLines + 2];
   heading.IsEnglish = units.size() >= kUnitColumn && Trim(units.substr(kUnitColumn - 1)) == "feet";

@@ -154,7 +154,7 @@ std::string TextBlock(const SoundingRecord& sounding, const analysis::AnalysisRe
   return text;
 }
 
-std::string Joined(const std::set<std::string>& words) {
+std::string JoinedWords(const std::set<std::string>& words) {
   std::string text;
   for (const std::string& word : words) text += (text.empty() ? "" : ", ") + word;
   return text;
@@ -233,7 +233,7 @@ std::string DumpClosing(const DumpSummary& summary, const DumpOptions& dump, Dum
              "       " + Names(dump, 14, 16, ", ")};
   }
   lines.push_back("FILENAME = " + summary.FileName);
-  lines.push_back("DATA TYPE = " + Joined(summary.DataTypes));
+  lines.push_back("DATA TYPE = " + JoinedWords(summary.DataTypes));
   lines.push_back("NUMBER OF SOUNDINGS LISTED = " + Shortest(summary.Count));
   std::string text;
   for (const std::string& line : lines) text += line + std::string(kEndOfLine);

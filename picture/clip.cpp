@@ -8,10 +8,6 @@
 namespace vexa {
 namespace {
 
-bool IsFinite(Point at) {
-  return std::isfinite(at.X) && std::isfinite(at.Y);
-}
-
 Point Between(Point from, Point to, double share) {
   return {from.X + (to.X - from.X) * share, from.Y + (to.Y - from.Y) * share};
 }
@@ -79,6 +75,10 @@ Point AtY(Point from, Point to, double y) {
 }
 
 }  // namespace
+
+bool IsFinite(Point at) {
+  return std::isfinite(at.X) && std::isfinite(at.Y);
+}
 
 std::vector<std::vector<Point>> ClipPolyline(const std::vector<Point>& points, const Rect& to) {
   std::vector<std::vector<Point>> pieces;

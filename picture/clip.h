@@ -7,6 +7,9 @@
 
 namespace vexa {
 
+/// Whether a point lies anywhere: numbers that are none draw nothing.
+bool IsFinite(Point at);
+
 /// The pieces of a polyline that lie inside the rectangle.
 std::vector<std::vector<Point>> ClipPolyline(const std::vector<Point>& points, const Rect& to);
 

@@ -5,14 +5,12 @@
 #include <cstddef>
 #include <limits>
 
+#include "picture/clip.h"
+
 namespace vexa {
 namespace {
 
 constexpr std::size_t kMostLines = 10000;  // a page of 12 000 x 9 000 units has some 170
-
-bool IsFinite(Point at) {
-  return std::isfinite(at.X) && std::isfinite(at.Y);
-}
 
 }  // namespace
 

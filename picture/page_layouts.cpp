@@ -6,10 +6,6 @@
 namespace vexa {
 namespace {
 
-constexpr double Px(double pixels) {
-  return pixels * kUnitsPerPixel;
-}
-
 constexpr double kBoxWidth = Px(264);
 
 // The regions of every layout of the diagram.

@@ -7,6 +7,11 @@
 namespace vexa {
 
 inline constexpr double kUnitsPerPixel = 12;  // a pixel of a screen at 96 dpi
+
+/// Drawing units of so many pixels at 96 dpi.
+constexpr double Px(double pixels) {
+  return pixels * kUnitsPerPixel;
+}
 inline constexpr double kUnitsPerPoint = 16;  // a point, 72 an inch
 inline constexpr double kUnitsPerInch = 72 * kUnitsPerPoint;
 

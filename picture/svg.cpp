@@ -10,6 +10,7 @@
 
 #include "core/numbers.h"
 #include "core/utf8.h"
+#include "picture/clip.h"
 #include "picture/hatch.h"
 #include "picture/picture.h"
 #include "picture/stroke.h"
@@ -26,10 +27,6 @@ constexpr double kCapHeightMono = 0.62;
 std::string Number(double value) {
   const double rounded = Rounded(value, kDecimals);
   return Shortest(rounded == 0 ? 0.0 : rounded);  // no "-0"
-}
-
-bool IsFinite(Point at) {
-  return std::isfinite(at.X) && std::isfinite(at.Y);
 }
 
 // Bytes of the character that begins a text; 0 when there is none that XML allows.

@@ -20,6 +20,10 @@ Json Numbers(const std::vector<std::optional<double>>& values) {
   return array;
 }
 
+Json WordsJson(std::string_view words) {
+  return words.empty() ? Json(nullptr) : Json(words);
+}
+
 Json FindingJson(const QcFinding& finding) {
   if (finding.Number == 0) return nullptr;
   Json json;

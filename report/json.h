@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <string_view>
 #include <vector>
 
 #include "core/data_checks.h"
@@ -18,6 +19,9 @@ using Json = nlohmann::ordered_json;
 /// null for an absent value and for one that is not finite; a whole number without a fraction.
 Json Number(std::optional<double> value);
 Json Numbers(const std::vector<std::optional<double>>& values);
+
+/// null in place of no words.
+Json WordsJson(std::string_view words);
 
 /// What the check of the data found: number, text and level; null for nothing.
 Json FindingJson(const QcFinding& finding);

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "core/numbers.h"
+#include "core/shown_values.h"
 #include "report/values.h"
 
 namespace vexa::report {
@@ -22,8 +23,7 @@ Json ColumnJson(const Column& column) {
   json["latitude"] = column.HasPosition() ? Number(Rounded(sounding.LatSigned, 4)) : Json(nullptr);
   json["longitude"] = column.HasPosition() ? Number(Rounded(sounding.LonSigned, 4)) : Json(nullptr);
   json["elevation"] = sounding.ElevUnknown ? Json(nullptr) : Json(sounding.ElevM);
-  const auto time = TimeText(sounding.Time);
-  json["time"] = time ? Json(*time) : Json(nullptr);
+  json["time"] = WordsJson(IsoTimeText(sounding.Time));
   json["interpolated"] = column.IsInterpolated;
   return json;
 }

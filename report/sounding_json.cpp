@@ -193,11 +193,6 @@ Json DowndraftJson(const analysis::Downdraft& descent) {
   return json;
 }
 
-// null in place of no words.
-Json WordsJson(std::string_view words) {
-  return words.empty() ? Json(nullptr) : Json(words);
-}
-
 Json WinterJson(const analysis::WinterResults& winter) {
   Json json;
   json["precipitation"] = WordsJson(winter.Precipitation);

@@ -19,18 +19,18 @@ namespace {
 constexpr double kMetersPerInch = 0.0254;
 constexpr const char* kNoMemory = "no memory for an image of this size";
 
-Fault Failed(std::string reason) {
+Fault ImageFailed(std::string reason) {
   return {kFaultPicture, "cDIBSection", std::move(reason)};
 }
 
 Outcome<std::string> Write(const QImage& image, const char* format, int quality) {
-  if (image.isNull()) return Failed(kNoMemory);
+  if (image.isNull()) return ImageFailed(kNoMemory);
   QByteArray bytes;
   QBuffer buffer(&bytes);
   buffer.open(QIODevice::WriteOnly);
   QImageWriter writer(&buffer, format);
   if (quality > 0) writer.setQuality(quality);
-  if (!writer.write(image)) return Failed(writer.errorString().toStdString());
+  if (!writer.write(image)) return ImageFailed(writer.errorString().toStdString());
   return bytes.toStdString();
 }
 
@@ -56,10 +56,10 @@ bool cDIBSection::Create(const Picture& picture, int widthPx, int heightPx, doub
 
 Outcome<std::string> cDIBSection::Jpeg(int quality) const {
   if (!QImageWriter::supportedImageFormats().contains("jpg")) {
-    return Failed(std::string(kJpegInitFailed) + "no support for JPEG files is installed");
+    return ImageFailed(std::string(kJpegInitFailed) + "no support for JPEG files is installed");
   }
   Outcome<std::string> bytes = Write(image_, "jpg", std::clamp(quality, 1, 100));
-  if (!bytes) return Failed(kJpegSaveFailed + bytes.Error().Detail);
+  if (!bytes) return ImageFailed(kJpegSaveFailed + bytes.Error().Detail);
   return bytes;
 }
 

@@ -15,15 +15,13 @@
 namespace vexa::paint {
 namespace {
 
-constexpr double kPointsPerInch = 72;
-
 // "jpg" of "JPEG".
 std::string KindOf(std::string_view extension) {
   const std::string kind = Lower(extension);
   return kind == "jpeg" ? "jpg" : kind;
 }
 
-Fault Failed(const std::string& reason) {
+Fault EncodingFailed(const std::string& reason) {
   return {kFaultPicture, "EncodePicture", reason};
 }
 
@@ -31,7 +29,7 @@ Outcome<std::string> EncodeImage(const Picture& picture, const std::string& kind
                                  int heightPx, const ImageSettings& settings) {
   cDIBSection bitmap;
   if (!bitmap.Create(picture, widthPx, heightPx, settings.Dpi)) {
-    return Failed("no memory for an image of this size");
+    return EncodingFailed("no memory for an image of this size");
   }
   if (kind == "jpg") return bitmap.Jpeg(settings.JpegQuality);
   return kind == "bmp" ? bitmap.Bmp() : bitmap.Png();
@@ -43,12 +41,12 @@ Outcome<std::string> EncodePdf(const Picture& picture, int widthPx, int heightPx
     writer.setPageLayout(QPageLayout(QPageSize(sizePt, QPageSize::Point, {}, QPageSize::ExactMatch),
                                      QPageLayout::Portrait, QMarginsF(0, 0, 0, 0)));
     QPainter painter;
-    if (!painter.begin(&writer)) return Failed("the document cannot be made");
+    if (!painter.begin(&writer)) return EncodingFailed("the document cannot be made");
     const QRectF page(0, 0, writer.width(), writer.height());
     const Color paper = picture.Paper();
     painter.fillRect(page, QColor(paper.Red, paper.Green, paper.Blue));
     Paint(picture, painter, page);
-    if (!painter.end()) return Failed("the document cannot be made");
+    if (!painter.end()) return EncodingFailed("the document cannot be made");
     return std::nullopt;
   });
 }

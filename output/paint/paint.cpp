@@ -22,6 +22,7 @@
 #include <vector>
 
 #include "core/numbers.h"
+#include "picture/clip.h"
 #include "picture/hatch.h"
 #include "picture/picture.h"
 #include "picture/stroke.h"
@@ -30,16 +31,11 @@ namespace vexa::paint {
 namespace {
 
 constexpr double kHairlinePt = 0.24;  // on paper; a screen's hairline is one of its pixels
-constexpr double kPointsPerInch = 72;
 constexpr double kAboutOnePixel = 1.5;
 constexpr double kLeastStep = 0.5;  // device pixels
 
 QColor ToColor(Color ink) {
   return {ink.Red, ink.Green, ink.Blue, ink.Alpha};
-}
-
-bool IsFinite(Point at) {
-  return std::isfinite(at.X) && std::isfinite(at.Y);
 }
 
 // A face at a size, ready for the surface, with what its labels are placed by.

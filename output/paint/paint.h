@@ -17,6 +17,8 @@ class QRectF;
 
 namespace vexa::paint {
 
+inline constexpr double kPointsPerInch = 72;
+
 /// Paints the whole page scaled into the rectangle, keeping its proportions.
 void Paint(const Picture& picture, QPainter& painter, const QRectF& target);
 

@@ -15,7 +15,7 @@
 namespace vexa::paint {
 namespace {
 
-Fault Failed(std::string reason) {
+Fault PrintingFailed(std::string reason) {
   return {kFaultPrinter, "PrintPages", std::move(reason)};
 }
 
@@ -34,25 +34,25 @@ bool SetPaper(QPagedPaintDevice& device, const Picture& page, double unitsPerPoi
 }
 
 Fault PaperRefused() {
-  return Failed(kSetPrinterFailed + Shortest(kFaultPrinter));
+  return PrintingFailed(kSetPrinterFailed + Shortest(kFaultPrinter));
 }
 
 std::optional<Fault> PrintPages(std::span<const Picture> pages, double unitsPerPoint,
                                 QPagedPaintDevice& device, Progress progress) {
-  if (pages.empty()) return Failed("there is nothing to print");
+  if (pages.empty()) return PrintingFailed("there is nothing to print");
   if (!SetPaper(device, pages.front(), unitsPerPoint)) return PaperRefused();
   QPainter painter;
-  if (!painter.begin(&device)) return Failed("the printer cannot be opened");
+  if (!painter.begin(&device)) return PrintingFailed("the printer cannot be opened");
   const std::string total = Shortest(static_cast<int>(pages.size()));
   for (std::size_t i = 0; i < pages.size(); ++i) {
     const double done = static_cast<double>(i) / static_cast<double>(pages.size());
     if (!progress.Begin("Printing: " + Shortest(static_cast<int>(i) + 1) + " of " + total, done)) {
-      return Failed(kPrintCancelled);
+      return PrintingFailed(kPrintCancelled);
     }
-    if (i > 0 && !device.newPage()) return Failed("a new page cannot be begun");
+    if (i > 0 && !device.newPage()) return PrintingFailed("a new page cannot be begun");
     Paint(pages[i], painter, QRectF(0, 0, device.width(), device.height()));
   }
-  if (!painter.end()) return Failed("the printer did not take the pages");
+  if (!painter.end()) return PrintingFailed("the printer did not take the pages");
   return std::nullopt;
 }
 

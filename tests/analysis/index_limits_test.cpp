@@ -14,7 +14,8 @@ namespace {
 
 using test::Profile;
 
-double Index(std::string_view label, const SoundingRecord& sounding, const Options& options = {}) {
+double NumberOf(std::string_view label, const SoundingRecord& sounding,
+                const Options& options = {}) {
   return ComputeIndex(*FindIndex(label), sounding, Analyse(sounding, options), options).Value;
 }
 
@@ -29,7 +30,7 @@ TEST(IndexLimits, SIndexByVerticalTotals) {
                                              {700, -15, -20},
                                              {500, -10 - c.Vertical, -60},
                                              {300, -60, -70}});
-    EXPECT_NEAR(Index("S{TT}", sounding), 2 * c.Vertical - 7 - 5 - c.Term, 0.011) << c.Vertical;
+    EXPECT_NEAR(NumberOf("S{TT}", sounding), 2 * c.Vertical - 7 - 5 - c.Term, 0.011) << c.Vertical;
   }
 }
 
@@ -77,7 +78,7 @@ TEST(IndexLimits, HainesByVariantLapseAndDepression) {
     sounding.AddTemp(700, at700, at700 - c.Dry700);
     sounding.AddTemp(500, at700 - c.Lapse700, -60);
     sounding.AddTemp(300, -50, -70);
-    EXPECT_EQ(Index("Haines", sounding), c.Value);
+    EXPECT_EQ(NumberOf("Haines", sounding), c.Value);
   }
 }
 
@@ -115,19 +116,19 @@ TEST(IndexLimits, SweatCountsVeeringWindsOnly) {
   for (const auto& c : cases) {
     SCOPED_TRACE(c.About);
     const double winds = 120 + 2 * c.LowSpd + c.HighSpd;
-    EXPECT_NEAR(Index("SWEAT", Veering(c.LowDir, c.LowSpd, c.HighDir, c.HighSpd, 10, -13)),
+    EXPECT_NEAR(NumberOf("SWEAT", Veering(c.LowDir, c.LowSpd, c.HighDir, c.HighSpd, 10, -13)),
                 winds + c.Shear, 0.05);
   }
   // TT 49 is no term, each degree beyond 20; a frosty dew point takes nothing away.
-  EXPECT_NEAR(Index("SWEAT", Veering(90, 20, 90, 30, 10, -13.5)), 190, 0.05);
-  EXPECT_NEAR(Index("SWEAT", Veering(90, 20, 90, 30, 10, -14)), 190 + 20, 0.05);
-  EXPECT_NEAR(Index("SWEAT", Veering(90, 20, 90, 30, -5, -13)), 70, 0.05);
+  EXPECT_NEAR(NumberOf("SWEAT", Veering(90, 20, 90, 30, 10, -13.5)), 190, 0.05);
+  EXPECT_NEAR(NumberOf("SWEAT", Veering(90, 20, 90, 30, 10, -14)), 190 + 20, 0.05);
+  EXPECT_NEAR(NumberOf("SWEAT", Veering(90, 20, 90, 30, -5, -13)), 70, 0.05);
 }
 
 // Siple and Passel: -10 °C in 20 kt are -29.73 °C; up to 4 mph, 3.4736 kt, the air's own.
 TEST(IndexLimits, WindChillBeginsAt4MilesAnHour) {
   const auto chill = [](double speed) {
-    return Index("Wind-Chill", Profile({{1000, -10, -12}, {700, -20, -30}}, {{0, 0, speed}}));
+    return NumberOf("Wind-Chill", Profile({{1000, -10, -12}, {700, -20, -30}}, {{0, 0, speed}}));
   };
   EXPECT_NEAR(chill(20), -29.73, 0.01);
   EXPECT_NEAR(chill(10), -21.53, 0.01);
@@ -149,7 +150,7 @@ TEST(IndexLimits, MicroburstContrastsTakeTheirLayers) {
                                    {400.0, -32.0}}) {
       sounding.AddTemp(at, temp, at == press ? moist : temp - 12);
     }
-    return Index("MDPI", sounding);
+    return NumberOf("MDPI", sounding);
   };
   const double usual = mdpi(0, 0);
   EXPECT_GT(mdpi(900, 12), usual + 0.3);  // inside the lowest 150 hPa
@@ -198,7 +199,7 @@ TEST(IndexLimits, PropagationBesideTheLowLevelJet) {
     sounding.AddWind(elevation + jetHeight, 180, 50);
     sounding.AddWind(elevation + jetHeight + 1, 180, 10);
     sounding.AddWind(12000, 180, 10);
-    return Index("MBE Vector", sounding);
+    return NumberOf("MBE Vector", sounding);
   };
   // (jet + 3 x 10) / 4 - jet, against 10 kt of the wind at 850 hPa itself, which gives 0.
   EXPECT_NEAR(speed(840, 1500, 1000), 30, 0.2);
@@ -220,7 +221,7 @@ TEST(IndexLimits, WaterIsSummedTo300hPa) {
                                        {200.0, -17.2}}) {
       if (press >= top) sounding.AddTemp(press, dewpt + 5, dewpt);
     }
-    return Index("Water", sounding);
+    return NumberOf("Water", sounding);
   };
   EXPECT_NEAR(water(500), 5e-3 * 50000 / 9.80665 / 10, 0.03);
   EXPECT_NEAR(water(300), 5e-3 * 70000 / 9.80665 / 10, 0.04);
@@ -229,18 +230,19 @@ TEST(IndexLimits, WaterIsSummedTo300hPa) {
 
 TEST(IndexLimits, PlateausHaveNoBoydenIndex) {
   const auto exists = [](double surface) {
-    return Index("Boyden", Profile({{surface, 10, 5}, {500, -20, -30}, {300, -45, -60}})) != kNone;
+    return NumberOf("Boyden", Profile({{surface, 10, 5}, {500, -20, -30}, {300, -45, -60}})) !=
+           kNone;
   };
   EXPECT_FALSE(exists(699));
-  EXPECT_FALSE(Index("Mean RH", Profile({{500, 0, -5}, {300, -45, -60}})) != kNone);
-  EXPECT_TRUE(Index("Mean RH", Profile({{501, 0, -5}, {300, -45, -60}})) != kNone);
+  EXPECT_FALSE(NumberOf("Mean RH", Profile({{500, 0, -5}, {300, -45, -60}})) != kNone);
+  EXPECT_TRUE(NumberOf("Mean RH", Profile({{501, 0, -5}, {300, -45, -60}})) != kNone);
 }
 
 // 301.16 K at the ground (28 °C at 1000 hPa), and what the levels above have.
 TEST(IndexLimits, MixingEndsWhereTheAirIsPotentiallyWarmer) {
   const auto height = [](double at900) {
-    return Index("Mixing Hgt",
-                 Profile({{1000, 28, 10}, {900, at900, 5}, {800, 15, 0}, {500, -10, -30}}));
+    return NumberOf("Mixing Hgt",
+                    Profile({{1000, 28, 10}, {900, at900, 5}, {800, 15, 0}, {500, -10, -30}}));
   };
   // (28 + 273.16) 0.9^0.2856 - 273.16 = 19.08 °C is neutral: warmer air ends mixing at the ground.
   EXPECT_EQ(height(19.2), 0);

@@ -10,16 +10,14 @@
 #include "analysis/standard_atmosphere.h"
 #include "config/options.h"
 #include "core/markers.h"
+#include "support/derived_levels.h"
 #include "support/soundings.h"
 
 namespace vexa::analysis {
 namespace {
 
+using test::Derived;
 using test::Profile;
-
-LevelProfile Derived(const SoundingRecord& sounding) {
-  return DeriveLevels(sounding, Options{});
-}
 
 TEST(SampleAt, TellsValuesFromMissingAndOutside) {
   const LevelProfile levels =

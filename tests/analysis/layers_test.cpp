@@ -7,16 +7,14 @@
 #include <vector>
 
 #include "config/options.h"
+#include "support/derived_levels.h"
 #include "support/soundings.h"
 
 namespace vexa::analysis {
 namespace {
 
+using test::Derived;
 using test::Profile;
-
-LevelProfile Derived(const SoundingRecord& sounding) {
-  return DeriveLevels(sounding, Options{});
-}
 
 std::vector<std::string> Listed(const LevelProfile& levels) {
   std::vector<std::string> listed;

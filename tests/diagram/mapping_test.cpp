@@ -10,10 +10,10 @@
 namespace vexa::diagram {
 namespace {
 
-constexpr Rect kPlot{1000, 500, 7600, 8100};  // 6600 x 7600 drawing units
+constexpr Rect kMapped{1000, 500, 7600, 8100};  // 6600 x 7600 drawing units
 
 DiagramMapping Make(DiagramType type, double min = -40, double max = 40, double top = 100) {
-  return DiagramMapping(type, kPlot, min, max, top);
+  return DiagramMapping(type, kMapped, min, max, top);
 }
 
 TEST(DiagramMapping, PlacesPressureByItsLogarithm) {
@@ -45,14 +45,14 @@ TEST(DiagramMapping, SkewIsFixedInDrawingUnits) {
 
 TEST(DiagramMapping, TephigramTurnsBy43Degrees) {
   const DiagramMapping at = Make(DiagramType::Tephigram);
-  const Point origin = at.Turn({kPlot.Left, kPlot.Bottom});
-  EXPECT_DOUBLE_EQ(origin.X, kPlot.Left - 200);
-  EXPECT_DOUBLE_EQ(origin.Y, kPlot.Bottom);
-  const Point along = at.Turn({kPlot.Left + 1000, kPlot.Bottom});
-  EXPECT_NEAR(along.X, kPlot.Left + 731.3537 - 200, 1e-6);
-  EXPECT_NEAR(along.Y, kPlot.Bottom + 681.9984, 1e-6);
-  EXPECT_DOUBLE_EQ(at.YOf(1050), kPlot.Bottom - 130);
-  EXPECT_DOUBLE_EQ(at.YOf(100), kPlot.Top - 130);
+  const Point origin = at.Turn({kMapped.Left, kMapped.Bottom});
+  EXPECT_DOUBLE_EQ(origin.X, kMapped.Left - 200);
+  EXPECT_DOUBLE_EQ(origin.Y, kMapped.Bottom);
+  const Point along = at.Turn({kMapped.Left + 1000, kMapped.Bottom});
+  EXPECT_NEAR(along.X, kMapped.Left + 731.3537 - 200, 1e-6);
+  EXPECT_NEAR(along.Y, kMapped.Bottom + 681.9984, 1e-6);
+  EXPECT_DOUBLE_EQ(at.YOf(1050), kMapped.Bottom - 130);
+  EXPECT_DOUBLE_EQ(at.YOf(100), kMapped.Top - 130);
   EXPECT_DOUBLE_EQ(Make(DiagramType::Tephigram, -40, 40, 10).TopPress(), 100);
 }
 
@@ -110,7 +110,7 @@ TEST(DiagramMapping, AnIsobarIsFoundAtEveryPlaceAcross) {
        {DiagramType::SkewT, DiagramType::Emagram, DiagramType::Tephigram}) {
     for (const double min : {-70.0, -40.0}) {
       const DiagramMapping at =
-          Make(type, min, 40).Zoomed({kPlot.Left + 900, kPlot.Top + 800, 5200, 5700});
+          Make(type, min, 40).Zoomed({kMapped.Left + 900, kMapped.Top + 800, 5200, 5700});
       for (const double press : {1000.0, 500.0, 122.0}) {
         for (const double temp : {-90.0, -20.0, 30.0}) {
           const Point there = at.ToPoint(temp, press);

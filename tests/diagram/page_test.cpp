@@ -22,13 +22,13 @@ struct Size {
 constexpr Size kSizes[] = {{320, 240},  {500, 380},   {800, 600},  {1280, 800}, {1920, 1080},
                            {900, 1400}, {3440, 1440}, {1123, 794}, {794, 1123}};
 
-struct Case {
+struct PageCase {
   const char* About;
   SoundingRecord Sounding;
   DiagramType Type = DiagramType::SkewT;
 };
 
-std::vector<Case> Cases() {
+std::vector<PageCase> Cases() {
   return {{"convective", test::ReferenceConvective()},
           {"winter", test::ReferenceWinter()},
           {"emagram", test::ReferenceConvective(), DiagramType::Emagram},
@@ -45,7 +45,7 @@ std::vector<PageBox> EmptyBoxes(const LayoutRow& layout) {
   return boxes;
 }
 
-SoundingPlot Draw(const Case& c, const LayoutRow& layout, const Surface& on) {
+SoundingPlot Draw(const PageCase& c, const LayoutRow& layout, const Surface& on) {
   DisplaySettings options;
   options.Diagram = c.Type;
   options.FreezeLine = options.TropoLine = options.WetLabel = options.TempDualScale = true;
@@ -64,7 +64,7 @@ bool Overlap(const Rect& a, const Rect& b) {
 }
 
 TEST(DiagramPage, TextsAreLegibleOnThePageAndApart) {
-  for (const Case& c : Cases()) {
+  for (const PageCase& c : Cases()) {
     for (const LayoutRow& layout : PageLayouts()) {
       for (const Size& size : kSizes) {
         SCOPED_TRACE(std::string(c.About) + ", " + std::string(layout.Name) + " " +
@@ -93,7 +93,7 @@ TEST(DiagramPage, TextsAreLegibleOnThePageAndApart) {
 }
 
 TEST(DiagramPage, EveryRegionIsThereOrNamed) {
-  const Case c{"convective", test::ReferenceConvective()};
+  const PageCase c{"convective", test::ReferenceConvective()};
   for (const LayoutRow& layout : PageLayouts()) {
     for (const Size& size : kSizes) {
       const SoundingPlot plot = Draw(c, layout, WindowSurface(size.WidthPx, size.HeightPx));
@@ -111,7 +111,7 @@ TEST(DiagramPage, EveryRegionIsThereOrNamed) {
 
 // 600 by 450 points: 800 x 600 pixels at 96 dpi, 2500 x 1875 at 300.
 TEST(DiagramPage, OneSizeIsOnePictureOnEverySurface) {
-  const Case c{"convective", test::ReferenceConvective()};
+  const PageCase c{"convective", test::ReferenceConvective()};
   const auto svg = [&](const Surface& on) {
     return ToSvg(Draw(c, PageLayouts().front(), on).Page, 800, 600);
   };
@@ -124,7 +124,7 @@ TEST(DiagramPage, OneSizeIsOnePictureOnEverySurface) {
 
 // What the cursor reads is what was placed, and the same air lies at the same share of every frame.
 TEST(DiagramPage, TheMappingInvertsAndLeansAlikeAtEverySize) {
-  const Case c{"convective", test::ReferenceConvective()};
+  const PageCase c{"convective", test::ReferenceConvective()};
   double share = 0;
   for (const Size& size : kSizes) {
     const SoundingPlot plot =

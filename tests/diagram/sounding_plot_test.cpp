@@ -9,23 +9,17 @@
 #include "diagram/palette.h"
 #include "picture/clip.h"
 #include "support/soundings.h"
+#include "support/tagged_items.h"
 
 namespace vexa::diagram {
 namespace {
 
 using test::Profile;
+using test::Tagged;
 
 SoundingPlot Draw(const SoundingRecord& sounding, const Options& options = {}) {
   const analysis::AnalysisResults results = analysis::Analyse(sounding, options);
   return *PlotSounding({.Sounding = sounding, .Results = results, .Set = options});
-}
-
-std::vector<const Item*> Tagged(const Picture& page, std::string_view tag) {
-  std::vector<const Item*> found;
-  for (const Item& item : page.Items()) {
-    if (item.Tag == tag) found.push_back(&item);
-  }
-  return found;
 }
 
 std::vector<std::string> Texts(const Picture& page, std::string_view tag) {

@@ -11,23 +11,17 @@
 #include "diagram/cursor_marks.h"
 #include "diagram/sounding_plot.h"
 #include "support/soundings.h"
+#include "support/tagged_items.h"
 
 namespace vexa::diagram {
 namespace {
 
 using test::Profile;
+using test::Tagged;
 
 constexpr Rect kFrame{1300, 620, 7900, 8220};
 
 constexpr DiagramType kTypes[] = {DiagramType::SkewT, DiagramType::Emagram, DiagramType::Tephigram};
-
-std::vector<const Item*> Tagged(const Picture& page, std::string_view tag) {
-  std::vector<const Item*> found;
-  for (const Item& item : page.Items()) {
-    if (item.Tag == tag) found.push_back(&item);
-  }
-  return found;
-}
 
 std::vector<Point> PointsOf(const Picture& page, std::string_view tag) {
   std::vector<Point> points;
