@@ -268,7 +268,7 @@ void ExpectFew(const Tally& tally, double mostWrong) {
 
 TEST(CodedDamage, OfTheSample) {
   const char* const name = "coded_bulletins_20240305.txt";
-  const Stride stride(7);
+  const Stride stride(29);
   const Tally tally = Try(name, ReadFile(test::TestData(name)).Value(), StationList(), stride.Step,
                           stride.IsVerbose);
   Print(name, tally);
@@ -278,7 +278,7 @@ TEST(CodedDamage, OfTheSample) {
 
 TEST(CodedDamage, OfRealMessages) {
   VEXA_REAL_DATA(folder, "temp");
-  const Stride stride(397);
+  const Stride stride(1009);
   const StationList stations = KnownStations("", test::SourceFolder() / "share");
   ASSERT_GT(stations.Count(), 0);
   Tally sum;
