@@ -98,24 +98,4 @@ Outcome<SourceText> ReadSource(const std::filesystem::path& path, std::vector<st
 Outcome<SourceText> ReadSource(const std::string& name, std::string bytes,
                                std::vector<std::string>& notes);
 
-/// One sounding of a file, the notes told with it; of several that the index chooses, the first
-/// note says which it is. Faults as ReadSource and DecodeSounding.
-struct LoadedFile {
-  SoundingRecord Record{};
-  std::vector<std::string> Notes{};
-};
-Outcome<LoadedFile> LoadFile(const std::filesystem::path& path, int index,
-                             const StationList* stations, Interaction* ask);
-
-/// "This is number 2 of the file's 22 soundings." among a context's notes, where there are several.
-void NoteNumber(LoadContext& context);
-
-/// Loads a file into the current sounding. The sounding that was current stays until the new one
-/// is whole; a native file keeps what was read before its fault, as its reader does.
-///
-/// index     which of the file's soundings, as ListSoundings counts them from 0
-/// stations  for a sounding that names its station by number only; null: it stays without position
-Status LoadSounding(CurrentSounding& current, const std::filesystem::path& path, int index = 0,
-                    const StationList* stations = nullptr);
-
 }  // namespace vexa::ingest

@@ -18,12 +18,10 @@
 #include "analysis/index_table.h"
 #include "analysis/interpolate.h"
 #include "config/options.h"
-#include "core/current_sounding.h"
-#include "core/interaction.h"
 #include "core/markers.h"
 #include "core/numbers.h"
 #include "core/units.h"
-#include "ingest/decoder.h"
+#include "sounding/analysed_sounding.h"
 #include "support/soundings.h"
 
 namespace vexa::analysis {
@@ -165,13 +163,11 @@ TEST(LevelFilter, RealSoundingsKeepTheirAnalysis) {
   int soundings = 0;
   for (const std::filesystem::path& folder : {wyoming, spc}) {
     for (const auto& entry : std::filesystem::directory_iterator(folder)) {
-      CurrentSounding current;
-      SilentInteraction quiet;
-      current.Ask = &quiet;
-      if (ingest::LoadSounding(current, entry.path()) != Status::Ok) continue;
+      const Loading loading = LoadSounding({.File = entry.path()}, {});
+      if (loading.Failed) continue;
       SCOPED_TRACE(entry.path().filename().string());
       ++soundings;
-      ExpectTheSameAnalysis(current.Record, FilterLevels(current.Record));
+      ExpectTheSameAnalysis(loading.Sounding->Record, FilterLevels(loading.Sounding->Record));
     }
   }
   EXPECT_GE(soundings, 26);

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <filesystem>
 #include <string>
+#include <utility>
 
 #include "analysis/adiabat_table.h"
 #include "analysis/analysis.h"
@@ -13,21 +14,18 @@
 #include "analysis/moist_air.h"
 #include "analysis/parcel.h"
 #include "config/options.h"
-#include "core/interaction.h"
 #include "core/numbers.h"
-#include "ingest/decoder.h"
+#include "sounding/analysed_sounding.h"
 #include "support/soundings.h"
 
 namespace vexa::analysis {
 namespace {
 
 bool Load(const std::filesystem::path& path, SoundingRecord& into) {
-  CurrentSounding current;
-  SilentInteraction quiet;
-  current.Ask = &quiet;
-  const bool loaded = ingest::LoadSounding(current, path) == Status::Ok;
-  into = current.Record;
-  return loaded;
+  Loading loading = LoadSounding({.File = path}, {});
+  if (loading.Failed) return false;
+  into = std::move(loading.Sounding->Record);
+  return true;
 }
 
 // The largest differences over all soundings.

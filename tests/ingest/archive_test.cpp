@@ -13,6 +13,7 @@
 #include "ingest/archive.h"
 #include "ingest/decoder.h"
 #include "ingest/unpack.h"
+#include "sounding/analysed_sounding.h"
 #include "support/soundings.h"
 
 namespace vexa::ingest {
@@ -47,12 +48,10 @@ TEST(Unpack, GzipAndZip) {
   EXPECT_EQ(Unpack(damaged, room).Value()[0].Trouble, "the archive has a wrong check sum");
   EXPECT_EQ(Unpack(damaged, room).Value()[1].Bytes, FileText("spc_text.spc"));
 
-  CurrentSounding current;
-  SilentInteraction quiet;
-  current.Ask = &quiet;
-  ASSERT_EQ(LoadSounding(current, test::TestData("packed.zip")), Status::Ok) << current.StatusText;
-  EXPECT_EQ(current.Record.DataFormat, "SPC");
-  EXPECT_EQ(current.LoadNotes.at(0),
+  const Loading loading = LoadSounding({.File = test::TestData("packed.zip")}, {});
+  ASSERT_TRUE(loading.Sounding) << loading.Failed->Detail;
+  EXPECT_EQ(loading.Sounding->Record.DataFormat, "SPC");
+  EXPECT_EQ(loading.Sounding->Notes.at(0),
             "Of the archive readme.txt was left out: in none of the known formats.");
 }
 

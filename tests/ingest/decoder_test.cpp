@@ -14,6 +14,7 @@
 #include "ingest/height_finder.h"
 #include "ingest/source_header.h"
 #include "ingest/source_levels.h"
+#include "sounding/document.h"
 #include "support/soundings.h"
 
 namespace vexa::ingest {
@@ -209,36 +210,39 @@ TEST(Decoders, RecogniseByContent) {
             kFaultTooFewLevels);
 }
 
-TEST(LoadSounding, KeepsTheSoundingInWorkUntilTheNewOneIsWhole) {
+TEST(Document, KeepsTheSoundingInWorkUntilTheNewOneIsWhole) {
   const test::TemporaryFolder folder;
-  CurrentSounding current;
   test::ScriptedInteraction user;
-  current.Ask = &user;
+  Document doc;
+  doc.AskThrough(&user);
+  const auto load = [&](const std::filesystem::path& file) {
+    return doc.Load(Document::GiveUpEdits(), {.File = file}, {.Ask = &user});
+  };
   user.Expect("Wind height error", Answer::Ok);
-  ASSERT_EQ(LoadSounding(current, test::TestData("native_5_7.RAW")), Status::Ok);
-  EXPECT_EQ(current.FileName, "native_5_7.RAW");
-  EXPECT_EQ(current.DataFolder, test::TestData("").parent_path());
-  const SoundingRecord first = current.Record;
+  ASSERT_EQ(load(test::TestData("native_5_7.RAW")), Status::Ok);
+  EXPECT_EQ(doc.Current().FileName, "native_5_7.RAW");
+  EXPECT_EQ(doc.Current().DataFolder, test::TestData("").parent_path());
+  const SoundingRecord first = doc.Record();
 
   std::string damaged = FileText("spc_text.spc");
   damaged.replace(damaged.find("30.00"), 5, "3O.00");
   ASSERT_FALSE(SaveFile(folder.Path() / "bad one.spc", damaged));
   user.Expect("VEXA", Answer::Ok);
-  EXPECT_EQ(LoadSounding(current, folder.Path() / "bad one.spc"), Status::Error);
+  EXPECT_EQ(load(folder.Path() / "bad one.spc"), Status::Error);
   EXPECT_EQ(user.Boxes.back().Text,
             "Data file is corrupt, incomplete, or has incorrect format.\n"
             "bad one.spc, line 7: \"3O.00\" is not a number");
   user.Expect("VEXA", Answer::Ok);
-  EXPECT_EQ(LoadSounding(current, folder.Path() / "none.RAW"), Status::Error);
-  EXPECT_EQ(current.StatusText, "none.RAW does not exist.");
-  EXPECT_EQ(current.Record, first);
-  EXPECT_EQ(current.FileName, "native_5_7.RAW");
+  EXPECT_EQ(load(folder.Path() / "none.RAW"), Status::Error);
+  EXPECT_EQ(doc.Current().StatusText, "none.RAW does not exist.");
+  EXPECT_EQ(doc.Record(), first);
+  EXPECT_EQ(doc.Current().FileName, "native_5_7.RAW");
 
-  // The native reader leaves what it read before the damage.
+  // Of a native file what stood before the damage is shown.
   user.Expect("VEXA", Answer::Ok);
-  EXPECT_EQ(LoadSounding(current, test::TestData("native_damaged.RAW")), Status::Error);
-  EXPECT_EQ(current.Record.Press, Levels<double>({1000, 900}));
-  EXPECT_EQ(current.FileName, "native_damaged.RAW");
+  EXPECT_EQ(load(test::TestData("native_damaged.RAW")), Status::Ok);
+  EXPECT_EQ(doc.Record().Press, Levels<double>({1000, 900}));
+  EXPECT_EQ(doc.Current().FileName, "native_damaged.RAW");
 }
 
 // What the data check has words for stays for it to find.
@@ -297,13 +301,13 @@ TEST(Examples, LoadWithoutRemarkAndSaveAsTheyAre) {
   for (const auto& entry : std::filesystem::directory_iterator(test::SourceFolder() / "examples")) {
     if (entry.path().extension() != ".RAW") continue;
     SCOPED_TRACE(entry.path().filename());
-    CurrentSounding current;
     test::ScriptedInteraction nothing;
-    current.Ask = &nothing;
-    ASSERT_EQ(LoadSounding(current, entry.path()), Status::Ok);
-    EXPECT_EQ(DataQC(current), Status::Ok);
-    EXPECT_EQ(WriteRaw(current.Record), ReadFile(entry.path()).Value());
-    EXPECT_GT(current.Record.NumWindLevels(), 2);
+    const Loading loading = LoadSounding({.File = entry.path()}, {.Ask = &nothing});
+    ASSERT_FALSE(loading.Failed) << loading.Failed->Detail;
+    EXPECT_EQ(loading.Sounding->Finding, QcFinding{});
+    const SoundingRecord& record = loading.Sounding->Record;
+    EXPECT_EQ(WriteRaw(record), ReadFile(entry.path()).Value());
+    EXPECT_GT(record.NumWindLevels(), 2);
     ++files;
   }
   EXPECT_GE(files, 3);

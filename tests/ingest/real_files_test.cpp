@@ -12,6 +12,7 @@
 #include "core/markers.h"
 #include "core/units.h"
 #include "ingest/decoder.h"
+#include "sounding/analysed_sounding.h"
 #include "support/soundings.h"
 
 namespace vexa::ingest {
@@ -90,11 +91,9 @@ TEST(RealFiles, CountsAndLevels) {
   for (const Sample& sample : kSamples) {
     SCOPED_TRACE(sample.File);
     VEXA_REAL_DATA(path, sample.File);
-    CurrentSounding current;
-    SilentInteraction quiet;
-    current.Ask = &quiet;
-    ASSERT_EQ(LoadSounding(current, path), Status::Ok) << current.StatusText;
-    const SoundingRecord& record = current.Record;
+    const Loading loading = LoadSounding({.File = path}, {});
+    ASSERT_FALSE(loading.Failed) << loading.Failed->Detail;
+    const SoundingRecord& record = loading.Sounding->Record;
     EXPECT_EQ(record.NumTempLevels(), sample.Temps);
     EXPECT_EQ(record.NumWindLevels(), sample.Winds);
     int dewpts = 0;
@@ -124,17 +123,15 @@ TEST(RealFiles, EverySoundingOfTheseFormatsLoadsWhole) {
         continue;
       }
       SCOPED_TRACE(name);
-      CurrentSounding current;
-      SilentInteraction quiet;
-      current.Ask = &quiet;
-      EXPECT_EQ(LoadSounding(current, entry.path()), Status::Ok);
-      EXPECT_EQ(CheckRecord(current.Record), QcFinding{});
+      const Loading loading = LoadSounding({.File = entry.path()}, {});
+      ASSERT_FALSE(loading.Failed) << loading.Failed->Detail;
+      EXPECT_EQ(loading.Sounding->Finding, QcFinding{});
       // Only the listing without a surface height had anything worked out, and only one repeats a
       // pressure with another temperature and another wind.
       const auto changes = name.find("no_position") != name.npos ? 1
                            : name == "hail_91051700.TBW"         ? 2
                                                                  : 0;
-      EXPECT_EQ(std::ranges::count_if(current.LoadNotes,
+      EXPECT_EQ(std::ranges::count_if(loading.Sounding->Notes,
                                       [](const std::string& note) {
                                         return !note.starts_with("Heights that do not");
                                       }),
@@ -147,15 +144,11 @@ TEST(RealFiles, EverySoundingOfTheseFormatsLoadsWhole) {
 
 TEST(RealFiles, AServersRefusalKeepsItsWords) {
   VEXA_REAL_DATA(path, "wyoming/html_no_data_BOI_2010120901.html");
-  CurrentSounding current{.Record = test::ReferenceWinter(), .FileName = "winter.RAW"};
-  SilentInteraction quiet;
-  current.Ask = &quiet;
-  EXPECT_EQ(LoadSounding(current, path), Status::Error);
+  const Loading loading = LoadSounding({.File = path}, {});
+  ASSERT_TRUE(loading.Failed);
   EXPECT_NE(
-      quiet.Boxes.at(0).Text.find("Can't get 72681 BOI Boise Observations at 01Z 09 Dec 2010."),
+      loading.Failed->Detail.find("Can't get 72681 BOI Boise Observations at 01Z 09 Dec 2010."),
       std::string::npos);
-  EXPECT_EQ(current.Record, test::ReferenceWinter());
-  EXPECT_EQ(current.FileName, "winter.RAW");
 }
 
 // Whatever stands in a file or is cut off it: an orderly sounding or a fault that says why.
