@@ -121,8 +121,9 @@ void DiagramControl::ShowCursor() {
     return;
   }
   const diagram::Palette palette = diagram::PaletteFor(program_.Set);
-  marks_ = diagram::CursorMarks(program_.Plot->Page, program_.Plot->Mapping, program_.Current.Record,
-                                program_.View.Cursor, palette.Ink, palette.Paper);
+  marks_ =
+      diagram::CursorMarks(program_.Plot->Page, program_.Plot->Mapping, program_.Current.Record,
+                           CursorShown(program_), palette.Ink, palette.Paper);
   view_.ShowOver(&marks_);
 }
 
@@ -253,7 +254,7 @@ void DiagramControl::StepSounding(int step) {
 }
 
 bool DiagramControl::Key(const QKeyEvent& event) {
-  const bool locked = program_.View.Cursor.Level.has_value();
+  const bool locked = program_.Doc.LockedLevel().has_value();
   const Rect& frame = program_.Plot->Mapping.Frame();
   const Point middle{(frame.Left + frame.Right) / 2, (frame.Top + frame.Bottom) / 2};
   switch (event.key()) {

@@ -17,12 +17,11 @@ Changes Exit(Program& program);
 /// Asks for one or more files and loads the first that can be loaded.
 Changes DataAccess(Program& program);
 
-/// Writes the sounding in work as a data dump; a cancelled dialog leaves the status "cancel".
-Changes ExportData(Program& program);
 /// Asks for the file of a dump, named after another at first; empty, with the status "cancel", when
 /// the user cancels. A name without an ending gets the kind's.
 std::optional<std::filesystem::path> ChooseDumpFile(Program& program, const std::string& proposedBy,
                                                     output::DumpKind kind);
+/// Writes the sounding in work as a data dump; a cancelled dialog leaves the status "cancel".
 Changes ExportAs(Program& program, output::DumpKind kind);
 
 /// Loads one file into the sounding in work and checks it; a fault has been reported on false.

@@ -28,10 +28,6 @@ std::optional<std::filesystem::path> ChooseDumpFile(Program& program, const std:
   return path;
 }
 
-Changes ExportData(Program& program) {
-  return ExportAs(program, output::DumpKind::Textfile);
-}
-
 Changes ExportAs(Program& program, output::DumpKind kind) {
   if (program.Current.Record.NumTempLevels() == 0) return {};
   if (const QcFinding& found = program.Doc.Finding(); found.Number != 0) {

@@ -1,7 +1,6 @@
 #include "program/listed_soundings.h"
 
 #include <algorithm>
-#include <cmath>
 #include <filesystem>
 #include <map>
 #include <string_view>
@@ -62,28 +61,20 @@ void NoteTitle(Program& program) {
   WriteHeaders(program);
 }
 
-// The pressure of a locked cursor, which stays there when another sounding comes.
-class LockedCursor {
- public:
-  explicit LockedCursor(Program& program) : program_(program) {
-    const std::optional<int> level = program.View.Cursor.Level;
-    if (level && *level <= program.Doc.Record().NumTempLevels()) {
-      press_ = program.Doc.Record().Press(*level);
-    }
-  }
-  void Follow() const {
-    program_.View.Cursor = {};
-    const std::vector<double>& levels = program_.Doc.Record().Press.Values();
-    if (!press_ || levels.empty()) return;
-    const auto nearest = std::ranges::min_element(
-        levels, {}, [this](double level) { return std::fabs(level - *press_); });
-    program_.View.Cursor.Level = static_cast<int>(nearest - levels.begin()) + 1;
-  }
+// The pressure of a locked cursor, which stays there when another sounding of the list comes.
+std::optional<double> LockedPress(const Program& program) {
+  const std::optional<int>& level = program.Doc.LockedLevel();
+  if (!level) return std::nullopt;
+  return program.Doc.Record().Press(*level);
+}
 
- private:
-  Program& program_;
-  std::optional<double> press_{};
-};
+// What comes with another sounding of the list, its place in the list included.
+void TurnTo(Program& program, std::size_t index, const std::optional<double>& lockedPress) {
+  program.View.Cursor = {};
+  if (lockedPress) program.Doc.LockNear(*lockedPress);
+  program.Listed.GoTo(index);
+  NoteTitle(program);
+}
 
 }  // namespace
 
@@ -98,26 +89,22 @@ void ListSoundings(Program& program, SoundingSet listed) {
 }
 
 bool LoadListed(Program& program, Document::Leave leave, std::size_t index) {
-  const LockedCursor cursor(program);
+  const std::optional<double> locked = LockedPress(program);
   const SoundingSet::Member& member = program.Listed.At(index);
   if (!commands::LoadOne(program, leave, member.File, member.Index, true)) return false;
-  cursor.Follow();
-  program.Listed.GoTo(index);
-  NoteTitle(program);
+  TurnTo(program, index, locked);
   return true;
 }
 
 void TakeListed(Program& program, Document::Leave leave, std::size_t index,
                 const AnalysedSounding& listed) {
-  const LockedCursor cursor(program);
+  const std::optional<double> locked = LockedPress(program);
   program.Doc.Take(leave, {.From = listed.From(),
                            .Record = listed.Record(),
                            .Notes = listed.Notes(),
                            .Finding = listed.Finding()});
   EndStormMotion(program);
-  cursor.Follow();
-  program.Listed.GoTo(index);
-  NoteTitle(program);
+  TurnTo(program, index, locked);
 }
 
 std::string ListedText(const Program& program, std::size_t index) {

@@ -40,7 +40,7 @@ Changes Behind(Program& program, std::string_view procedure, Body&& body) {
   return changes;
 }
 
-// Each level is lifted down by itself: with thousands of them that is felt.
+// DCAPE lowers a parcel from every level; with thousands of levels that takes noticeable time.
 void HintAtDcape(Program& program) {
   constexpr int kMany = 1000;
   if (program.DcapeHinted || program.Set.Dcape != DcapeMode::Best ||
@@ -63,7 +63,7 @@ void WarnOfTephigram(Program& program) {
 
 // The cross stays at its temperature and pressure, which the new axes may put elsewhere.
 void TakePlot(Program& program, diagram::SoundingPlot plot) {
-  diagram::CursorState& cursor = program.View.Cursor;
+  PageCursor& cursor = program.View.Cursor;
   if (program.Plot && cursor.At) {
     const diagram::DiagramCoordinates there = program.Plot->Mapping.ToCoordinates(*cursor.At);
     cursor.At = plot.Mapping.ToPoint(there.Temp, there.Press);
@@ -104,9 +104,6 @@ bool Refresh(Program& program, Changes changes) {
         PlotShown(program, program.Set, program.View.On, ProgressOf(program));
     if (!plot) return {};
     TakePlot(program, std::move(*plot));
-    // The locked level's text follows its values and units.
-    diagram::CursorState& cursor = program.View.Cursor;
-    if (cursor.Level) cursor.Text = CursorDataLabels(program, *cursor.Level);
     finished = true;
     return {};
   });

@@ -34,7 +34,7 @@ std::string JoinNumbers(const std::vector<double>& numbers) {
   return text;
 }
 
-// Nothing of a text with anything else in it.
+// Empty unless the whole text is numbers.
 std::vector<double> SplitNumbers(std::string_view text) {
   std::vector<double> numbers;
   while (!text.empty()) {
@@ -47,7 +47,7 @@ std::vector<double> SplitNumbers(std::string_view text) {
   return numbers;
 }
 
-// In parts that a double holds without rounding.
+// Large numbers in parts that a double holds exactly.
 std::vector<double> NumbersOf(const FileStamp& stamp) {
   using std::chrono::duration_cast;
   const auto since = stamp.Written.time_since_epoch();
@@ -90,7 +90,7 @@ Session SessionOf(const Program& program) {
   const ViewState& view = program.View;
   if (view.Zoom) add(kZoom, {view.Zoom->Left, view.Zoom->Top, view.Zoom->Right, view.Zoom->Bottom});
   if (view.Cursor.At) add(kCursor, {view.Cursor.At->X, view.Cursor.At->Y});
-  if (view.Cursor.Level) add(kLocked, {static_cast<double>(*view.Cursor.Level)});
+  if (const auto level = program.Doc.LockedLevel()) add(kLocked, {static_cast<double>(*level)});
   const auto flag = [](bool on) { return on ? 1.0 : 0.0; };
   add(kLines, {flag(view.Lines.PressHeights), flag(view.Lines.HeightCorrection),
                flag(view.Lines.Contrail), flag(view.Lines.Soaring)});
@@ -134,10 +134,7 @@ void TakeView(Program& program, const Session& session) {
   if (const auto at = Setting(session, kCursor, 2); !at.empty()) {
     view.Cursor.At = Point{at[0], at[1]};
   }
-  if (const int level = WholeSetting(session, kLocked);
-      level > 0 && level <= program.Current.Record.NumTempLevels()) {
-    view.Cursor.Level = level;
-  }
+  program.Doc.Lock(WholeSetting(session, kLocked));  // 0, no level: it stays free
   if (const auto lines = Setting(session, kLines, 4); !lines.empty()) {
     view.Lines = {lines[0] != 0, lines[1] != 0, lines[2] != 0, lines[3] != 0};
   }
@@ -160,7 +157,7 @@ void TakeList(Program& program, const Session& session) {
       std::move(members), static_cast<std::size_t>(std::max(0, WholeSetting(session, kListedNow))));
 }
 
-// Without the question which of a file's soundings is wanted.
+// Nobody is asked which of a file's soundings is wanted: the session knows.
 bool LoadAgain(Program& program, const Session& session, const std::filesystem::path& file) {
   const auto pass = program.Gate.Enter();
   if (!pass) return false;

@@ -15,6 +15,7 @@
 #include "core/numbers.h"
 #include "core/shown_values.h"
 #include "fronts/front_analysis.h"
+#include "program/command_line.h"
 #include "program/listed_soundings.h"
 #include "program/page_boxes.h"
 #include "program/readout.h"
@@ -80,7 +81,7 @@ std::optional<diagram::SoundingPlot> PlotShown(const Program& program, const Opt
                            .Configuration = ConfigurationCaption(program.Settings),
                            .Lines = view.Lines,
                            .Zoom = view.Zoom};
-  // Asked for alone, the sounding in work stands alone.
+  // In the mode of one sounding the others are not drawn.
   if (mode != MultiMode::Single) {
     const bool isCompared = input.Mode == MultiMode::Compare;
     for (const SharedSounding& other : program.Others) {
@@ -102,6 +103,15 @@ std::optional<diagram::SoundingPlot> PlotShown(const Program& program, const Opt
 
 const LayoutRow& LayoutInForce(const Program& program) {
   return program.View.Layout == nullptr ? PageLayouts().front() : *program.View.Layout;
+}
+
+Outcome<const LayoutRow*> LayoutNamed(const std::string& name) {
+  if (const LayoutRow* layout = FindLayout(name)) return layout;
+  std::vector<std::string_view> names;
+  for (const LayoutRow& row : PageLayouts()) names.push_back(row.Name);
+  return Fault{kFaultInvalidValue, "LayoutNamed",
+               "there is no layout \"" + name + "\"" + DidYouMean(name, names) + "; there are " +
+                   Joined(names)};
 }
 
 Changes ChooseLayout(Program& program, std::string_view name) {
@@ -134,35 +144,45 @@ Changes Pan(Program& program, double dx, double dy) {
   return {.View = true};
 }
 
+diagram::CursorState CursorShown(const Program& program) {
+  diagram::CursorState cursor{.At = program.View.Cursor.At,
+                              .Level = program.Doc.LockedLevel(),
+                              .Choosing = program.View.Cursor.Choosing};
+  if (cursor.Level) cursor.Text = CursorDataLabels(program, *cursor.Level);
+  return cursor;
+}
+
 void CursorSetup(Program& program, Point at) {
   if (!program.Plot || !program.Plot->Mapping.Frame().Contains(at)) return;
-  diagram::CursorState& cursor = program.View.Cursor;
-  if (cursor.Level) {
+  if (program.Doc.LockedLevel()) {
     if (program.Current.Ask == nullptr) return;
     program.Current.Ask->Ask(Box{.Title = "VEXA", .Text = std::string(kLockedAlready)});
     return;
   }
   if (program.Settings.Window.Cursor == CursorMode::Free) {
-    cursor.At = at;
+    program.View.Cursor.At = at;
     return;
   }
-  cursor = {};
-  cursor.Level = diagram::NearestLevel(program.Plot->Mapping, program.Current.Record, at);
-  if (cursor.Level) cursor.Text = CursorDataLabels(program, *cursor.Level);
+  RemoveCursor(program);
+  const auto level = diagram::NearestLevel(program.Plot->Mapping, program.Current.Record, at);
+  if (level) program.Doc.Lock(*level);
+}
+
+void RemoveCursor(Program& program) {
+  program.View.Cursor = {};
+  program.Doc.Unlock();
 }
 
 bool StepCursor(Program& program, int step) {
-  diagram::CursorState& cursor = program.View.Cursor;
-  if (!cursor.Level) return false;
-  cursor.Level = std::clamp(*cursor.Level + step, 1, program.Current.Record.NumTempLevels());
-  cursor.Text = CursorDataLabels(program, *cursor.Level);
-  return true;
+  const std::optional<int> level = program.Doc.LockedLevel();
+  if (level) program.Doc.Lock(*level + step);
+  return level.has_value();
 }
 
 std::string SwitchCursor(Program& program) {
   CursorMode& mode = program.Settings.Window.Cursor;
   mode = mode == CursorMode::Free ? CursorMode::Locked : CursorMode::Free;
-  program.View.Cursor = {};
+  RemoveCursor(program);
   return mode == CursorMode::Free ? "Mouse Cursor" : "Data-Locked Cursor";
 }
 
@@ -187,7 +207,7 @@ std::string CursorDataLabels(const Program& program, int level) {
 namespace commands {
 
 Changes DrawAgain(Program& program) {
-  program.View.Cursor = {};
+  RemoveCursor(program);
   return {.View = true};
 }
 

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "core/fault.h"
+#include "diagram/cursor_marks.h"
 #include "picture/page_layouts.h"
 #include "program/program.h"
 
@@ -23,6 +25,8 @@ inline constexpr std::string_view kFirstLayout = "forecaster";
 
 /// The layout of the diagram's page: the chosen one, or the first of the table.
 const LayoutRow& LayoutInForce(const Program& program);
+/// The layout of a name; the fault says which there are.
+Outcome<const LayoutRow*> LayoutNamed(const std::string& name);
 /// Chooses a layout by its name and keeps it among the settings; one that is not known is passed
 /// over.
 Changes ChooseLayout(Program& program, std::string_view name);
@@ -34,9 +38,13 @@ Changes ZoomBy(Program& program, Point about, double factor);
 /// Moves what is shown by a distance on the page; nothing while the whole diagram is shown.
 Changes Pan(Program& program, double dx, double dy);
 
+/// The cursor as the diagram draws it, with the words of a locked level.
+diagram::CursorState CursorShown(const Program& program);
 /// Puts the cursor where the user clicked: freely, or locked to the data of the nearest level. A
 /// locked cursor stays until the diagram is refreshed; trying to place another tells so.
 void CursorSetup(Program& program, Point at);
+/// Takes it away, free or locked.
+void RemoveCursor(Program& program);
 /// Moves a locked cursor up (1) or down (-1) by a level; false without one.
 bool StepCursor(Program& program, int step);
 /// From the free cursor to the locked one or back; gives the new mode's name.

@@ -4,11 +4,16 @@
 
 #include <optional>
 
-#include "diagram/cursor_marks.h"
 #include "diagram/sounding_plot.h"
 #include "sounding/analysed_sounding.h"
 
 namespace vexa {
+
+/// Where the cursor stands on the page; that it is locked on a level belongs to the sounding.
+struct PageCursor {
+  std::optional<Point> At{};       // a free cursor; beside the frame while zoomed away
+  std::optional<Rect> Choosing{};  // region being chosen
+};
 
 struct ViewState {
   diagram::MultiMode Mode = diagram::MultiMode::Single;  // Single, Overlay or Compare
@@ -18,7 +23,7 @@ struct ViewState {
   diagram::ExtraLines Lines{};
   SharedSounding Reference{};  // once it has been read
   bool ShowsReference = false;
-  diagram::CursorState Cursor{};
+  PageCursor Cursor{};
 
   bool Looping = false;
   std::optional<diagram::DiagramMapping> LoopScale{};  // axes that a loop keeps

@@ -1,5 +1,7 @@
 #include "sounding/document.h"
 
+#include <algorithm>
+#include <cmath>
 #include <system_error>
 #include <utility>
 
@@ -65,6 +67,7 @@ Status Document::Load(Leave leave, const Source& from, const LoadPolicy& policy,
 
 void Document::Take(Leave, LoadedSounding loaded) {
   const std::filesystem::path whole = WholePath(loaded.From.File);
+  Unlock();
   Exchange(std::move(loaded.Record));
   current_.FileName = TextFromPath(whole.filename());
   current_.DataFolder = whole.parent_path();
@@ -103,8 +106,27 @@ bool Document::ForgetEdits(Leave) {
 
 // The only way in which the record becomes another one; gives the one before.
 SoundingRecord Document::Exchange(SoundingRecord record) {
+  SoundingRecord before = std::exchange(current_.Record, std::move(record));
+  FollowChange(before);
+  return before;
+}
+
+// The results are stale, and a locked cursor stays at its pressure.
+void Document::FollowChange(const SoundingRecord& before) {
   under_.reset();
-  return std::exchange(current_.Record, std::move(record));
+  if (lockedLevel_) LockNear(before.Press(*lockedLevel_));
+}
+
+void Document::Lock(int level) {
+  if (level >= 1 && level <= current_.Record.NumTempLevels()) lockedLevel_ = level;
+}
+
+void Document::LockNear(double press) {
+  const std::vector<double>& levels = current_.Record.Press.Values();
+  const auto nearest = std::ranges::min_element(
+      levels, {}, [press](double level) { return std::fabs(level - press); });
+  lockedLevel_.reset();
+  if (nearest != levels.end()) lockedLevel_ = static_cast<int>(nearest - levels.begin()) + 1;
 }
 
 // The indicator follows each edit: an edit may mend what the check found.
@@ -124,16 +146,18 @@ bool Document::Adopt(SoundingRecord edited, std::string_view step) {
 
 bool Document::Undo() {
   TakeBack();
+  const SoundingRecord before = current_.Record;
   if (!history_.Undo(current_.Record)) return false;
-  under_.reset();
+  FollowChange(before);
   Check();
   return true;
 }
 
 bool Document::Redo() {
   TakeBack();
+  const SoundingRecord before = current_.Record;
   if (!history_.Redo(current_.Record)) return false;
-  under_.reset();
+  FollowChange(before);
   Check();
   return true;
 }

@@ -38,6 +38,9 @@ class Document {
   int IndexInFile() const { return index_; }
   /// What the check of the data finds in it as it is now, whether it was told or not.
   const QcFinding& Finding() const { return finding_; }
+  /// The temperature level on which the cursor is locked, from 1. It stays at its pressure while
+  /// the sounding is edited; a sounding that takes its place has none.
+  const std::optional<int>& LockedLevel() const { return lockedLevel_; }
 
   /// Whether it differs from what its file holds.
   bool IsAltered() const;
@@ -83,6 +86,13 @@ class Document {
   bool Keep(std::string_view step);
   bool TakeBack();
 
+  // Doors to the locked cursor.
+
+  void Lock(int level);
+  /// On the level nearest to a pressure.
+  void LockNear(double press);
+  void Unlock() { lockedLevel_.reset(); }
+
   // Doors to its file.
 
   /// Writes the native file. On a fault, which has been told, nothing has changed.
@@ -126,11 +136,13 @@ class Document {
 
  private:
   SoundingRecord Exchange(SoundingRecord record);
+  void FollowChange(const SoundingRecord& before);
   void Check();
   void MarkOnDisk();
 
   CurrentSounding current_{};
   int index_ = 0;
+  std::optional<int> lockedLevel_{};
   QcFinding finding_{};
   EditHistory history_{};
   std::optional<SoundingRecord> loaded_{};

@@ -181,13 +181,13 @@ TEST_F(ControlTest, KeysStepLevelsAndSoundings) {
   Open({test::ReferenceConvective(), test::ReferenceWinter()});
   Mouse(QEvent::MouseMove, At().ToPoint(10, 500));
   Key(Qt::Key_L);  // at the level nearest to the pointer
-  EXPECT_EQ(program.View.Cursor.Level, 14);
+  EXPECT_EQ(program.Doc.LockedLevel(), 14);
   Key(Qt::Key_Down);
-  EXPECT_EQ(program.View.Cursor.Level, 13);
+  EXPECT_EQ(program.Doc.LockedLevel(), 13);
   Key(Qt::Key_PageDown);
   EXPECT_EQ(program.Listed.Now(), 1u);
-  ASSERT_TRUE(program.View.Cursor.Level);  // stays at its pressure
-  EXPECT_NEAR(program.Current.Record.Press(*program.View.Cursor.Level), 550, 50);
+  ASSERT_TRUE(program.Doc.LockedLevel());  // stays at its pressure
+  EXPECT_NEAR(program.Current.Record.Press(*program.Doc.LockedLevel()), 550, 50);
   Key(Qt::Key_PageDown);
   EXPECT_EQ(program.Listed.Now(), 1u);
   Key(Qt::Key_PageUp);

@@ -14,6 +14,7 @@
 #include "program/properties.h"
 #include "program/session_commands.h"
 #include "program/source_edit.h"
+#include "program/view_commands.h"
 #include "support/document.h"
 #include "support/soundings.h"
 
@@ -116,6 +117,30 @@ TEST_F(EditCommands, EditsAreUndoneRestoredAndWrittenOnlyOnSaving) {
   EXPECT_FALSE(program.Doc.History().IsChanged());
   EXPECT_EQ(program.Current.FileName, "b.RAW");
   EXPECT_EQ(user.Asked.back(), TextFromPath(folder.Path() / "a.RAW"));
+}
+
+TEST_F(EditCommands, ALockedCursorStaysAtItsPressure) {
+  ASSERT_TRUE(OpenSoundings(program, {Native("a.RAW")}).Sounding);
+  const double press = program.Current.Record.Press(4);
+  const double below = program.Current.Record.Press(3);
+  const double above = program.Current.Record.Press(5);
+  const auto locked = [this] {
+    return program.Current.Record.Press(program.Doc.LockedLevel().value_or(1));
+  };
+  program.Doc.Lock(0);
+  program.Doc.Lock(program.Current.Record.NumTempLevels() + 1);
+  EXPECT_FALSE(program.Doc.LockedLevel()) << "there are no such levels";
+  program.Doc.Lock(4);
+  DeleteLevel(2);
+  EXPECT_EQ(program.Doc.LockedLevel(), 3);
+  EXPECT_EQ(locked(), press);
+  DeleteLevel(3);  // its own: the nearest one takes its place
+  EXPECT_EQ(locked(), press - above < below - press ? above : below);
+  EXPECT_TRUE(RunCommand(program, "mnuUndo").Sounding);
+  EXPECT_TRUE(RunCommand(program, "mnuUndo").Sounding);
+  EXPECT_EQ(locked(), press - above < below - press ? above : below);
+  ASSERT_TRUE(OpenSoundings(program, {Native("b.RAW")}).Sounding);
+  EXPECT_FALSE(program.Doc.LockedLevel()) << "another sounding";
 }
 
 TEST_F(EditCommands, AListingIsNeverWrittenOver) {
@@ -344,7 +369,7 @@ TEST_F(EditCommands, ASessionCutOffComesBackAsItWasLookedAt) {
           .Sounding);
   ASSERT_TRUE(Refresh(program, SequenceSounding(program, 1)));
   program.View.Zoom = Rect{0.125, 0.25, 0.375, 0.5};
-  program.View.Cursor.Level = 2;
+  program.Doc.Lock(2);
   program.View.Lines.Contrail = true;
   program.View.Lines.PressHeights = false;
   program.Set.MotionMode = Scaling::Manual;
@@ -363,8 +388,8 @@ TEST_F(EditCommands, ASessionCutOffComesBackAsItWasLookedAt) {
   EXPECT_EQ(next.View.Zoom, program.View.Zoom);
   EXPECT_EQ(next.View.Lines, program.View.Lines);
   EXPECT_EQ(next.Set, program.Set);
-  EXPECT_EQ(next.View.Cursor.Level, 2);
-  EXPECT_TRUE(next.View.Cursor.Text.starts_with("#2  ")) << next.View.Cursor.Text;
+  EXPECT_EQ(next.Doc.LockedLevel(), 2);
+  EXPECT_TRUE(CursorShown(next).Text.starts_with("#2  ")) << CursorShown(next).Text;
 }
 
 // Edits that mended the order come back without a question about the file, which still has the

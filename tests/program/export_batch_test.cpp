@@ -187,11 +187,11 @@ TEST_F(ExportBatchTest, TheCommandWritesTheSoundingInWork) {
   Program program;
   program.Doc.AskThrough(&user);
   test::Show(program, test::ReferenceConvective());
-  commands::ExportData(program);
+  commands::ExportAs(program, output::DumpKind::Textfile);
   EXPECT_EQ(program.Current.StatusText, "cancel");
   EXPECT_TRUE(user.Boxes.empty());
   user.Name = TextFromPath(folder_.Path() / "one.txt");
-  commands::ExportData(program);
+  commands::ExportAs(program, output::DumpKind::Textfile);
   ASSERT_EQ(user.Boxes.size(), 1u);
   EXPECT_EQ(user.Boxes[0].Text, "File one.txt has been created\nwith 1 sounding processed.");
   // The same bytes as a batch of that sounding alone.
@@ -203,7 +203,7 @@ TEST_F(ExportBatchTest, TheCommandWritesTheSoundingInWork) {
   bad.Dewpt(3) = 60;
   program.Doc.Adopt(std::move(bad), "edit");
   std::filesystem::remove(folder_.Path() / "one.txt");
-  commands::ExportData(program);
+  commands::ExportAs(program, output::DumpKind::Textfile);
   EXPECT_EQ(Text("one.txt"), "no file") << "a bad sounding is not written";
 }
 

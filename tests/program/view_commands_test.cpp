@@ -298,19 +298,19 @@ TEST_F(ViewTest, ALockedCursorStepsLevelsUntilTheDiagramIsRefreshed) {
   EXPECT_EQ(SwitchCursor(program), "Data-Locked Cursor");
   const Point at = program.Plot->Mapping.ToPoint(0, 705);
   CursorSetup(program, at);
-  EXPECT_EQ(program.View.Cursor.Level, 10);
-  EXPECT_NE(program.View.Cursor.Text.find("700.0 mb"), std::string::npos);
-  EXPECT_NE(program.View.Cursor.Text.find("Temp:8.6 C  Td:-3.2 C"), std::string::npos);
+  EXPECT_EQ(program.Doc.LockedLevel(), 10);
+  EXPECT_NE(CursorShown(program).Text.find("700.0 mb"), std::string::npos);
+  EXPECT_NE(CursorShown(program).Text.find("Temp:8.6 C  Td:-3.2 C"), std::string::npos);
   program.Set.TempGridUnits = TempUnits::Fahrenheit;  // 8.6 x 1.8 + 32 = 47.48
   ASSERT_TRUE(Refresh(program, {.View = true}));
-  EXPECT_NE(program.View.Cursor.Text.find("Temp:47.5 F  Td:26.2 F"), std::string::npos);
+  EXPECT_NE(CursorShown(program).Text.find("Temp:47.5 F  Td:26.2 F"), std::string::npos);
   ASSERT_TRUE(StepCursor(program, 1));
-  EXPECT_NE(program.View.Cursor.Text.find("650.0 mb"), std::string::npos);
+  EXPECT_NE(CursorShown(program).Text.find("650.0 mb"), std::string::npos);
   user.Expect("VEXA", Answer::Ok);
   CursorSetup(program, at);
   EXPECT_NE(user.Boxes.back().Text.find("Data-Locked Cursor"), std::string::npos);
   Do("mnuRefreshed");
-  EXPECT_FALSE(program.View.Cursor.Level);
+  EXPECT_FALSE(program.Doc.LockedLevel());
 }
 
 TEST_F(ViewTest, TheCrossStaysAtItsTemperatureAndPressure) {
@@ -328,8 +328,8 @@ TEST_F(ViewTest, TheCrossStaysAtItsTemperatureAndPressure) {
   const Rect frame = program.Plot->Mapping.Frame();
   Do(ZoomBy(program, {frame.Right, frame.Bottom}, 8));
   const auto crosses = [&] {
-    return diagram::CursorMarks(program.Plot->Page, program.Plot->Mapping, program.Current.Record, program.View.Cursor,
-                                {}, {})
+    return diagram::CursorMarks(program.Plot->Page, program.Plot->Mapping, program.Current.Record,
+                                CursorShown(program), {}, {})
         .Items()
         .size();
   };
