@@ -141,12 +141,14 @@ void ParcelLifter::Lift(const ParcelStart& start, const CondensationPoint& conde
                : static_cast<int>(std::min<double>(start.Press, grid_.Bottom));
   into.FirstPress = first_;
   if (first_ < grid_.Top) return withoutPath();
-  FillPath(source, into);
+  FillPath(source);
+  FillSteps(into);
   FindFreeLayer(source, mode, into);
   Integrate(into);
 }
 
-void ParcelLifter::FillPath(const Source& source, ParcelAscent& into) {
+// The parcel's temperatures at every hPa from the first to the top.
+void ParcelLifter::FillPath(const Source& source) {
   const auto count = static_cast<std::size_t>(first_ - grid_.Top) + 1;
   const std::size_t offset = GridIndex(first_);
   const WholePressures& whole = WholeHpa();
@@ -183,13 +185,16 @@ void ParcelLifter::FillPath(const Source& source, ParcelAscent& into) {
   std::fill(std::partition_point(saturated, temps_.end(),
                                  [](double temp) { return temp > kColdestParcel; }),
             temps_.end(), kColdestParcel);
+}
 
+// Parcel and surroundings, step by step, with their differences.
+void ParcelLifter::FillSteps(ParcelAscent& into) {
   const bool isVirtual = settings_.Virtual;
   const double* parcel = (isVirtual ? virtuals_ : temps_).data();
   const double* environment =
       (isVirtual ? grid_.VirtualTemp : grid_.Temp).data() + (grid_.Bottom - first_);
   const auto stride = static_cast<std::size_t>(settings_.Step);
-  const std::size_t steps = (count - 1) / stride + 1;
+  const std::size_t steps = (temps_.size() - 1) / stride + 1;
   into.ParcelTemps.resize(steps);
   into.EnvTemps.resize(steps);
   differences_.resize(steps);

@@ -53,7 +53,8 @@ class ParcelLifter {
 
   void Lift(const ParcelStart& start, const CondensationPoint& condensation, LiftMode mode,
             ParcelAscent& into);
-  void FillPath(const Source& source, ParcelAscent& into);
+  void FillPath(const Source& source);
+  void FillSteps(ParcelAscent& into);
   double DifferenceAt(const Source& source) const;
   void FindFreeLayer(const Source& source, LiftMode mode, ParcelAscent& into);
   void Integrate(ParcelAscent& into);

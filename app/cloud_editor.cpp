@@ -106,7 +106,7 @@ bool CloudEditor::Apply() {
   }
   edited.CloudMode = mode_->currentText().toStdString();
   edited.CloudOption = option_->currentText().toStdString();
-  if (edited == record_) return true;  // looked at only
+  if (edited == record_) return true;  // nothing was changed
   if (!accepted_(std::move(edited))) return false;
   Keep();
   return true;

@@ -148,10 +148,15 @@ void DownloadWindow::BuildControls() {
   column->addWidget(bar_);
   column->addLayout(buttons);
   resize(460, 520);
+  connect(edit, &QPushButton::clicked, this, [this] { EditSources(); });
+  connect(cancel, &QPushButton::clicked, this, [this] { reject(); });
+  ConnectControls();
+}
 
+void DownloadWindow::ConnectControls() {
   connect(source_, &QComboBox::currentIndexChanged, this, [this] { ShowSource(); });
   connect(station_, &QLineEdit::textEdited, this, [this] { ShowStations(); });
-  // What the last try came to is no word on the next.
+  // What the last try came to says nothing about the next.
   connect(station_, &QLineEdit::textChanged, step_, &QLabel::clear);
   connect(date_, &QDateEdit::dateChanged, step_, &QLabel::clear);
   connect(hour_, &QComboBox::currentIndexChanged, step_, &QLabel::clear);
@@ -162,8 +167,6 @@ void DownloadWindow::BuildControls() {
     station_->setText(item->data(kStationNumber).toString());
   });
   connect(fetch_, &QPushButton::clicked, this, [this] { Fetch(); });
-  connect(edit, &QPushButton::clicked, this, [this] { EditSources(); });
-  connect(cancel, &QPushButton::clicked, this, [this] { reject(); });
 }
 
 // Only hours that the source has can be chosen; the one that was chosen stays where it can.

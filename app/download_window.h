@@ -39,6 +39,7 @@ class DownloadWindow : public QDialog {
 
  private:
   void BuildControls();
+  void ConnectControls();
   void ReadSourceList();
   void ShowSource();
   void ShowStations();

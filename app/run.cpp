@@ -17,6 +17,7 @@
 #include <string>
 #include <string_view>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include "app/qt_text.h"
@@ -151,6 +152,128 @@ void EndNow(Program& program, SoundingWindow& window) {
   QApplication::exit();
 }
 
+/// What the words of the command line ask for.
+struct Wanted {
+  std::optional<PixelSize> Size{};
+  WindowToShow Window{};
+  const LayoutRow* Layout = nullptr;  // null: that of the settings
+  std::vector<std::string> Assignments{};
+  std::optional<std::string> Root{}, Screenshot{};
+  std::vector<std::filesystem::path> Files{};
+};
+
+Outcome<Wanted> WantedOf(const Arguments& arguments, const Program& program) {
+  Wanted wanted{.Assignments = arguments.Values("--set"),
+                .Root = arguments.Value("--root"),
+                .Screenshot = arguments.Value("--screenshot")};
+  if (const auto text = arguments.Value("--size")) {
+    const Outcome<PixelSize> parsed = ParseSize(*text);
+    if (!parsed) return parsed.Error();
+    wanted.Size = parsed.Value();
+  }
+  const auto wrong = [](std::string detail) {
+    return Fault{kFaultInvalidValue, "RunWindow", std::move(detail)};
+  };
+  if (const auto name = arguments.Value("--show")) {
+    wanted.Window.Name = *name;
+    if (!CanShow(program, *name)) {
+      return wrong("there is no window \"" + *name + "\"" +
+                   DidYouMean(*name, WindowNames(AllDisplays())) + "; vexa --help lists them");
+    }
+  }
+  if (const auto name = arguments.Value("--layout")) {
+    const Outcome<const LayoutRow*> layout = LayoutNamed(*name);
+    if (!layout) return layout.Error();
+    wanted.Layout = layout.Value();
+  }
+  wanted.Window.Tab = arguments.Whole("--tab");
+  if (wanted.Window.Tab && wanted.Window.Name.empty()) {
+    return wrong("--tab needs a window, --show NAME");
+  }
+  if (Options alone; const auto fault = SetOptions(alone, wanted.Assignments)) return *fault;
+  for (const std::string& file : arguments.Files) wanted.Files.push_back(PathFromText(file));
+  return wanted;
+}
+
+void StartBehindPicture(Program& program, const Wanted& wanted, QSplashScreen& splash) {
+  StartArguments start{wanted.Root, ProgramFolder()};
+  if (const QScreen* screen = QApplication::primaryScreen()) {
+    start.ScreenWidth = screen->size().width();
+    start.ScreenHeight = screen->size().height();
+    program.Resolution = Shortest(start.ScreenWidth) + "x" + Shortest(start.ScreenHeight);
+  }
+  start.Done = [&](std::string_view mark) {
+    if (mark == kFontStage) NameFonts();
+    if (mark != kPictureStage) return;
+    splash.setPixmap(StartPixmap(program));
+    if (!wanted.Screenshot) splash.show();
+  };
+  StartUp(program, start);
+}
+
+// The window where it stood, in the layout of the settings; at a first start, while there are no
+// settings, in a size and a layout that suit most people.
+void PlaceWindow(Program& program, const Wanted& wanted, SoundingWindow& window) {
+  std::error_code ignored;
+  const bool isFirst = !std::filesystem::exists(
+      program.Where.Root / SettingsFileName(SettingsFile::Window, Configuration::None), ignored);
+  if (isFirst) program.Settings.Window.Layout = kFirstLayout;
+  program.View.Layout = FindLayout(program.Settings.Window.Layout);
+  if (wanted.Layout != nullptr) program.View.Layout = wanted.Layout;  // for this run, not kept
+  program.Written = program.Settings;
+  if (isFirst) {
+    window.PlaceFirst();
+  } else {
+    window.PlaceAsBefore();
+  }
+  if (wanted.Size) window.resize(wanted.Size->Width, wanted.Size->Height);
+}
+
+// Opens what the last session left, what was asked for or what is loaded at start; false where
+// nothing of what was asked for could be opened.
+bool OpenFirst(Program& program, const Wanted& wanted, SoundingWindow& window) {
+  Changes changes = OfferSession(program);
+  if (!changes.Sounding) {
+    changes = wanted.Files.empty() ? AutoLoadCode(program) : OpenSoundings(program, wanted.Files);
+  }
+  const bool opened = wanted.Files.empty() || changes.Sounding;
+  changes.View = true;  // the grid is drawn without a sounding, too
+  window.Show(changes);
+  return opened;
+}
+
+// False where no picture was saved, which has been told.
+bool SaveScreenshot(Program& program, const Wanted& wanted, SoundingWindow& window) {
+  if (wanted.Window.Name == kChooserName) {
+    program.ChooseSoundings = [&window](const std::vector<std::string>& titles) {
+      return SoundingChooser::Ask(titles, &window);
+    };
+  }
+  const std::string wrong = program.Plot ? TakeScreenshot(window, wanted.Window, *wanted.Screenshot)
+                                         : *wanted.Screenshot + ": there is no picture";
+  if (!wrong.empty()) Say(stderr, "vexa: " + wrong + "\n");
+  return wrong.empty();
+}
+
+int ShowUntilClosed(Program& program, const Wanted& wanted, SoundingWindow& window,
+                    QSplashScreen& splash) {
+  window.show();
+  splash.finish(&window);
+  const int ending = AwaitEnding();
+  std::optional<QSocketNotifier> notifier;
+  if (ending >= 0) {
+    notifier.emplace(ending, QSocketNotifier::Read);
+    QObject::connect(&*notifier, &QSocketNotifier::activated, &window,
+                     [&] { EndNow(program, window); });
+  }
+  if (wanted.Window.Name.empty()) {
+    QTimer::singleShot(0, &window, [&window] { window.RestoreDisplays(); });
+  } else {
+    OpenAfterPainting(window, wanted.Window);
+  }
+  return QApplication::exec();
+}
+
 }  // namespace
 
 int RunWindow(int argc, char** argv) {
@@ -169,109 +292,26 @@ int RunWindow(int argc, char** argv) {
   Program program;
   const CommandLine read = ReadWords(words);
   if (read.Wrong) return WrongUsage(*read.Wrong);
-  const Arguments& arguments = read.Given;
-  std::optional<PixelSize> size;
-  if (const auto text = arguments.Value("--size")) {
-    const Outcome<PixelSize> parsed = ParseSize(*text);
-    if (!parsed) return WrongUsage(parsed.Error());
-    size = parsed.Value();
-  }
-  WindowToShow wanted;
-  if (const auto name = arguments.Value("--show")) {
-    wanted.Name = *name;
-    if (!CanShow(program, *name)) {
-      return WrongUsage({kFaultInvalidValue, "RunWindow",
-                         "there is no window \"" + *name + "\"" +
-                             DidYouMean(*name, WindowNames(AllDisplays())) +
-                             "; vexa --help lists them"});
-    }
-  }
-  const std::optional<std::string> layout = arguments.Value("--layout");
-  if (layout && FindLayout(*layout) == nullptr) {
-    std::vector<std::string_view> names;
-    for (const LayoutRow& row : PageLayouts()) names.push_back(row.Name);
-    return WrongUsage({kFaultInvalidValue, "RunWindow",
-                       "there is no layout \"" + *layout + "\"" + DidYouMean(*layout, names) +
-                           "; there are " + Joined(names)});
-  }
-  wanted.Tab = arguments.Whole("--tab");
-  if (wanted.Tab && wanted.Name.empty()) {
-    return WrongUsage({kFaultInvalidValue, "RunWindow", "--tab needs a window, --show NAME"});
-  }
-  const std::vector<std::string> assignments = arguments.Values("--set");
-  if (Options alone; const auto fault = SetOptions(alone, assignments)) return WrongUsage(*fault);
-  const std::optional<std::string> screenshot = arguments.Value("--screenshot");
+  const Outcome<Wanted> asked = WantedOf(read.Given, program);
+  if (!asked) return WrongUsage(asked.Error());
+  const Wanted& wanted = asked.Value();
 
-  WindowInteraction interaction(program.Gate, screenshot ? WindowInteraction::Attendance::Unattended
-                                                         : WindowInteraction::Attendance::Attended);
+  WindowInteraction interaction(program.Gate, wanted.Screenshot
+                                                  ? WindowInteraction::Attendance::Unattended
+                                                  : WindowInteraction::Attendance::Attended);
   program.Doc.AskThrough(&interaction);
   SoundingWindow window(program, interaction);
-
-  StartArguments start{arguments.Value("--root"), ProgramFolder()};
-  if (const QScreen* screen = QApplication::primaryScreen()) {
-    start.ScreenWidth = screen->size().width();
-    start.ScreenHeight = screen->size().height();
-    program.Resolution = Shortest(start.ScreenWidth) + "x" + Shortest(start.ScreenHeight);
-  }
   QSplashScreen splash;
-  start.Done = [&](std::string_view mark) {
-    if (mark == kFontStage) NameFonts();
-    if (mark != kPictureStage) return;
-    splash.setPixmap(StartPixmap(program));
-    if (!screenshot) splash.show();
-  };
-  StartUp(program, start);
-  if (const auto fault = SetForThisRun(program.Settings, assignments)) return WrongUsage(*fault);
-  std::error_code ignored;
-  const bool isFirst = !std::filesystem::exists(
-      program.Where.Root / SettingsFileName(SettingsFile::Window, Configuration::None), ignored);
-  if (isFirst) program.Settings.Window.Layout = kFirstLayout;
-  program.View.Layout = FindLayout(program.Settings.Window.Layout);
-  if (layout) program.View.Layout = FindLayout(*layout);  // for this run, not kept
-  program.Written = program.Settings;
-  if (isFirst) {
-    window.PlaceFirst();
-  } else {
-    window.PlaceAsBefore();
+  StartBehindPicture(program, wanted, splash);
+  if (const auto fault = SetForThisRun(program.Settings, wanted.Assignments)) {
+    return WrongUsage(*fault);
   }
-  if (size) window.resize(size->Width, size->Height);
-  std::vector<std::filesystem::path> paths;
-  for (const std::string& file : arguments.Files) paths.push_back(PathFromText(file));
-  Changes changes = OfferSession(program);
-  if (!changes.Sounding) {
-    changes = paths.empty() ? AutoLoadCode(program) : OpenSoundings(program, paths);
-  }
-  const bool opened = paths.empty() || changes.Sounding;
-  changes.View = true;  // the grid is drawn without a sounding, too
-  window.Show(changes);
-
-  if (screenshot) {
-    if (wanted.Name == kChooserName) {
-      program.ChooseSoundings = [&window](const std::vector<std::string>& titles) {
-        return SoundingChooser::Ask(titles, &window);
-      };
-    }
-    const std::string wrong = program.Plot ? TakeScreenshot(window, wanted, *screenshot)
-                                           : *screenshot + ": there is no picture";
-    if (!wrong.empty()) Say(stderr, "vexa: " + wrong + "\n");
-    TellKept(interaction);
-    return opened && wrong.empty() ? 0 : kFailed;
-  }
-  window.show();
-  splash.finish(&window);
-  const int ending = AwaitEnding();
-  std::optional<QSocketNotifier> notifier;
-  if (ending >= 0) {
-    notifier.emplace(ending, QSocketNotifier::Read);
-    QObject::connect(&*notifier, &QSocketNotifier::activated, &window,
-                     [&] { EndNow(program, window); });
-  }
-  if (wanted.Name.empty()) {
-    QTimer::singleShot(0, &window, [&window] { window.RestoreDisplays(); });
-  } else {
-    OpenAfterPainting(window, wanted);
-  }
-  return QApplication::exec();
+  PlaceWindow(program, wanted, window);
+  const bool opened = OpenFirst(program, wanted, window);
+  if (!wanted.Screenshot) return ShowUntilClosed(program, wanted, window, splash);
+  const bool saved = SaveScreenshot(program, wanted, window);
+  TellKept(interaction);
+  return opened && saved ? 0 : kFailed;
 }
 
 }  // namespace vexa

@@ -71,67 +71,9 @@ SevereTableWindow::SevereTableWindow(const analysis::SevereTable& table,
   setObjectName(QStringLiteral("SevereTable"));
   setWindowTitle(QStringLiteral("Severe Weather Table"));
   auto* layout = new QVBoxLayout(this);
-  auto* head = new QHBoxLayout;
-  auto* titleLabel = new QLabel(QStringLiteral("&Title"), this);
-  title_ = new QLineEdit(this);
-  titleLabel->setBuddy(title_);
-  head->addWidget(titleLabel);
-  head->addWidget(title_);
-  layout->addLayout(head);
-
-  rows_ = new QTableWidget(0, 2 + kSteps, this);
-  rows_->setObjectName(QStringLiteral("SevereRows"));
-  rows_->setTabKeyNavigation(false);  // Tab goes on to the buttons, arrow keys go from cell to cell
-  rows_->setHorizontalHeaderLabels({QStringLiteral("Index"), QStringLiteral("Severe"),
-                                    QStringLiteral("Yellow"), QStringLiteral("Orange"),
-                                    QStringLiteral("Red")});
-  rows_->setSelectionBehavior(QAbstractItemView::SelectRows);
-  rows_->setSelectionMode(QAbstractItemView::SingleSelection);
-  rows_->horizontalHeader()->setSectionResizeMode(0, QHeaderView::Stretch);
-  layout->addWidget(rows_);
-
-  const auto button = [this](const QString& text, QHBoxLayout* into, auto&& does) {
-    auto* made = new QPushButton(text, this);
-    made->setAutoDefault(false);
-    connect(made, &QPushButton::clicked, this, does);
-    into->addWidget(made);
-  };
-  auto* change = new QHBoxLayout;
-  offered_ = new QComboBox(this);
-  offered_->setObjectName(QStringLiteral("OfferedEntries"));
-  offered_->setAccessibleName(QStringLiteral("Entry to add"));
-  for (std::size_t i = 0; i < analysis::SevereEntries().size(); ++i) {
-    const int number = static_cast<int>(i) + 1;
-    if (!analysis::IsSevereEntry(number)) continue;
-    offered_->addItem(ToQString(analysis::SevereEntries()[i].Text), number);
-  }
-  change->addWidget(offered_, 1);
-  button(QStringLiteral("&Add"), change, [this] { Add(); });
-  button(QStringLiteral("Re&move"), change, [this] { Remove(); });
-  button(QStringLiteral("&Up"), change, [this] { Move(-1); });
-  button(QStringLiteral("&Down"), change, [this] { Move(1); });
-  layout->addLayout(change);
-
-  auto* files = new QHBoxLayout;
-  button(QStringLiteral("&Save Table..."), files, [this] {
-    const QString path = QFileDialog::getSaveFileName(this, QStringLiteral("Save Table"), {},
-                                                      QStringLiteral("Tables (*.TBL *.tbl)"));
-    if (!path.isEmpty()) SaveTo(path);
-  });
-  button(QStringLiteral("&Restore Table..."), files, [this] {
-    const QString path = QFileDialog::getOpenFileName(this, QStringLiteral("Restore Table"), {},
-                                                      QStringLiteral("Tables (*.TBL *.tbl)"));
-    if (!path.isEmpty()) RestoreFrom(path);
-  });
-  button(QStringLiteral("De&faults"), files, [this] {
-    const std::string title = table_.Title;
-    table_ = analysis::DefaultSevereTable();
-    table_.Title = title;
-    Fill();
-  });
-  files->addStretch(1);
-  layout->addLayout(files);
-
+  BuildTable(*layout);
+  BuildRowButtons(*layout);
+  BuildFileButtons(*layout);
   remark_ = new RemarkLabel(this);
   remark_->setObjectName(QStringLiteral("SevereRemark"));
   layout->addWidget(remark_);
@@ -144,12 +86,81 @@ SevereTableWindow::SevereTableWindow(const analysis::SevereTable& table,
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
   connect(buttons->button(QDialogButtonBox::Apply), &QPushButton::clicked, this,
           [this] { Apply(); });
+  Fill();
+  resize(720, 540);
+}
+
+void SevereTableWindow::BuildTable(QVBoxLayout& layout) {
+  auto* head = new QHBoxLayout;
+  auto* titleLabel = new QLabel(QStringLiteral("&Title"), this);
+  title_ = new QLineEdit(this);
+  titleLabel->setBuddy(title_);
+  head->addWidget(titleLabel);
+  head->addWidget(title_);
+  layout.addLayout(head);
+
+  rows_ = new QTableWidget(0, 2 + kSteps, this);
+  rows_->setObjectName(QStringLiteral("SevereRows"));
+  rows_->setTabKeyNavigation(false);  // Tab goes on to the buttons, arrow keys go from cell to cell
+  rows_->setHorizontalHeaderLabels({QStringLiteral("Index"), QStringLiteral("Severe"),
+                                    QStringLiteral("Yellow"), QStringLiteral("Orange"),
+                                    QStringLiteral("Red")});
+  rows_->setSelectionBehavior(QAbstractItemView::SelectRows);
+  rows_->setSelectionMode(QAbstractItemView::SingleSelection);
+  rows_->horizontalHeader()->setSectionResizeMode(0, QHeaderView::Stretch);
+  layout.addWidget(rows_);
   connect(rows_, &QTableWidget::cellChanged, this,
           [this](int row, int column) { ReadCell(row, column); });
   connect(title_, &QLineEdit::textEdited, this,
           [this](const QString& text) { table_.Title = text.toStdString(); });
-  Fill();
-  resize(720, 540);
+}
+
+void SevereTableWindow::AddButton(const QString& text, QHBoxLayout& into,
+                                  std::function<void()> does) {
+  auto* made = new QPushButton(text, this);
+  made->setAutoDefault(false);
+  connect(made, &QPushButton::clicked, this, std::move(does));
+  into.addWidget(made);
+}
+
+void SevereTableWindow::BuildRowButtons(QVBoxLayout& layout) {
+  auto* change = new QHBoxLayout;
+  offered_ = new QComboBox(this);
+  offered_->setObjectName(QStringLiteral("OfferedEntries"));
+  offered_->setAccessibleName(QStringLiteral("Entry to add"));
+  for (std::size_t i = 0; i < analysis::SevereEntries().size(); ++i) {
+    const int number = static_cast<int>(i) + 1;
+    if (!analysis::IsSevereEntry(number)) continue;
+    offered_->addItem(ToQString(analysis::SevereEntries()[i].Text), number);
+  }
+  change->addWidget(offered_, 1);
+  AddButton(QStringLiteral("&Add"), *change, [this] { Add(); });
+  AddButton(QStringLiteral("Re&move"), *change, [this] { Remove(); });
+  AddButton(QStringLiteral("&Up"), *change, [this] { Move(-1); });
+  AddButton(QStringLiteral("&Down"), *change, [this] { Move(1); });
+  layout.addLayout(change);
+}
+
+void SevereTableWindow::BuildFileButtons(QVBoxLayout& layout) {
+  auto* files = new QHBoxLayout;
+  AddButton(QStringLiteral("&Save Table..."), *files, [this] {
+    const QString path = QFileDialog::getSaveFileName(this, QStringLiteral("Save Table"), {},
+                                                      QStringLiteral("Tables (*.TBL *.tbl)"));
+    if (!path.isEmpty()) SaveTo(path);
+  });
+  AddButton(QStringLiteral("&Restore Table..."), *files, [this] {
+    const QString path = QFileDialog::getOpenFileName(this, QStringLiteral("Restore Table"), {},
+                                                      QStringLiteral("Tables (*.TBL *.tbl)"));
+    if (!path.isEmpty()) RestoreFrom(path);
+  });
+  AddButton(QStringLiteral("De&faults"), *files, [this] {
+    const std::string title = table_.Title;
+    table_ = analysis::DefaultSevereTable();
+    table_.Title = title;
+    Fill();
+  });
+  files->addStretch(1);
+  layout.addLayout(files);
 }
 
 void SevereTableWindow::Fill() {

@@ -8,9 +8,11 @@
 #include "app/editor_dialog.h"
 
 class QComboBox;
+class QHBoxLayout;
 class QLabel;
 class QLineEdit;
 class QTableWidget;
+class QVBoxLayout;
 
 namespace vexa {
 
@@ -30,6 +32,10 @@ class SevereTableWindow : public EditorDialog {
   std::string Typed() const override;
 
  private:
+  void BuildTable(QVBoxLayout& layout);
+  void BuildRowButtons(QVBoxLayout& layout);
+  void BuildFileButtons(QVBoxLayout& layout);
+  void AddButton(const QString& text, QHBoxLayout& into, std::function<void()> does);
   void Fill();
   void ReadCell(int row, int column);
   void Move(int step);

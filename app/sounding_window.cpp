@@ -101,7 +101,7 @@ SoundingWindow::SoundingWindow(Program& program, WindowInteraction& interaction)
   ShowState();
 }
 
-// Its parts outlive it by a little, and must not report to it any more.
+// Its parts live a little longer than it and must not report to it any more.
 SoundingWindow::~SoundingWindow() {
   program_.ChooseSoundings = {};
   view_->OnPointer({});

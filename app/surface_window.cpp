@@ -57,7 +57,7 @@ QDoubleSpinBox* SurfaceWindow::AddNumber(const char* name, double least, double 
   box->setObjectName(QString::fromUtf8(name));
   box->setLocale(QLocale::c());
   box->setDecimals(decimals);
-  box->setKeyboardTracking(false);  // half a number is none
+  box->setKeyboardTracking(false);  // a number that is half typed is not taken
   box->setRange(least, most);
   return box;
 }

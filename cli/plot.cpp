@@ -11,6 +11,7 @@
 #include "core/letter_case.h"
 #include "core/numbers.h"
 #include "program/displays.h"
+#include "program/view_commands.h"
 
 namespace vexa::cli {
 namespace {
@@ -101,6 +102,86 @@ void PlotTogether(const Arguments& arguments, const std::string& output, const C
   if (count > 0) DrawAndSave(loaded.Get(), display, output, output, canvas, loaded.In());
 }
 
+/// What the words of the command line ask for.
+struct Asked {
+  std::string Output{};
+  const DisplayRow* Display = nullptr;
+  const LayoutRow* Layout = nullptr;
+  Canvas On{};
+  bool Together() const { return Display->Mode != diagram::MultiMode::Single; }
+};
+
+Fault Wrong(std::string detail) {
+  return {kFaultInvalidValue, "plot", std::move(detail)};
+}
+
+// The display, which takes one file or several.
+Outcome<const DisplayRow*> DisplayOf(const Arguments& arguments, const Console& console) {
+  const std::string name = arguments.Value("--display").value_or("sounding");
+  const DisplayRow* display = DisplayNamed(console.Displays, name);
+  if (display == nullptr) {
+    const auto names = DisplayNames(console.Displays);
+    return Wrong("there is no display \"" + name + "\"" + DidYouMean(name, names) + "; there are " +
+                 Joined(names));
+  }
+  if (display->Mode != diagram::MultiMode::Single && arguments.Files.size() < 2) {
+    return Wrong(std::string(display->Id) + " takes several files");
+  }
+  return display;
+}
+
+Outcome<Canvas> CanvasOf(const Arguments& arguments, const Console& console) {
+  Canvas canvas{
+      .Size = {1600, 1200},
+      .Image = {.JpegQuality = arguments.Whole("--quality").value_or(kJpegQuality),
+                .Dpi = static_cast<double>(arguments.Whole("--dpi").value_or(ToWhole(kScreenDpi)))},
+      .Tools = console.Tools};
+  if (const auto text = arguments.Value("--size")) {
+    const Outcome<PixelSize> given = ParseSize(*text);
+    if (!given) return given.Error();
+    canvas.Size = given.Value();
+  }
+  return canvas;
+}
+
+Outcome<Asked> AskedBy(const Arguments& arguments, const Console& console) {
+  Asked asked{.Output = *arguments.Value("--output")};
+  const Outcome<const DisplayRow*> display = DisplayOf(arguments, console);
+  if (!display) return display.Error();
+  asked.Display = display.Value();
+  if (!asked.Together() && arguments.Files.size() > 1 &&
+      asked.Output.find(kNamePlace) == std::string::npos) {
+    return Wrong("several files need {name} in the output, as in -o {name}." +
+                 Extension(asked.Output));
+  }
+  const Outcome<Canvas> canvas = CanvasOf(arguments, console);
+  if (!canvas) return canvas.Error();
+  asked.On = canvas.Value();
+  if (const auto name = arguments.Value("--layout")) {
+    const Outcome<const LayoutRow*> layout = LayoutNamed(*name);
+    if (!layout) return layout.Error();
+    asked.Layout = layout.Value();
+  }
+  for (const std::string& file : arguments.Files) {
+    if (const auto fault = NotAnInput(arguments, OutputFor(asked.Output, file))) return *fault;
+  }
+  return asked;
+}
+
+// A picture for each file. A second one of the same name would replace the first.
+void PlotEach(const Arguments& arguments, const Asked& asked, LoadedProgram& loaded) {
+  std::set<std::string> written;
+  for (const std::string& file : arguments.Files) {
+    const std::string name = OutputFor(asked.Output, file);
+    if (!written.insert(name).second) {
+      loaded.In().Fail(file, {kFaultBadFileName, "PlotEach",
+                              name + " holds the picture of another input already"});
+    } else if (loaded.Load(file)) {
+      DrawAndSave(loaded.Get(), *asked.Display, file, name, asked.On, loaded.In());
+    }
+  }
+}
+
 int RunPlot(const Arguments& arguments, Console& console) {
   const std::optional<std::string> output = arguments.Value("--output");
   if (!output) return UsageError(console, kPlotCommand, "no output is given with -o");
@@ -113,70 +194,22 @@ int RunPlot(const Arguments& arguments, Console& console) {
   if (extension != "svg" && console.Tools == nullptr) {
     return LacksToolkit(console, kPlotCommand, "." + extension + " pictures, only .svg");
   }
-  const std::string displayName = arguments.Value("--display").value_or("sounding");
-  const DisplayRow* display = DisplayNamed(console.Displays, displayName);
-  if (display == nullptr) {
-    const auto names = DisplayNames(console.Displays);
-    return UsageError(console, kPlotCommand,
-                      "there is no display \"" + displayName + "\"" +
-                          DidYouMean(displayName, names) + "; there are " + Joined(names));
-  }
-  const bool together = display->Mode != diagram::MultiMode::Single;
-  if (together && arguments.Files.size() < 2) {
-    return UsageError(console, kPlotCommand, std::string(display->Id) + " takes several files");
-  }
-  if (!together && arguments.Files.size() > 1 && output->find(kNamePlace) == std::string::npos) {
-    return UsageError(console, kPlotCommand,
-                      "several files need {name} in the output, as in -o {name}." + extension);
-  }
-  PixelSize size{1600, 1200};
-  if (const auto text = arguments.Value("--size")) {
-    const Outcome<PixelSize> given = ParseSize(*text);
-    if (!given) return UsageError(console, kPlotCommand, given.Error().Detail);
-    size = given.Value();
-  }
-  const LayoutRow* layout = nullptr;
-  if (const auto name = arguments.Value("--layout")) {
-    layout = FindLayout(*name);
-    if (layout == nullptr) {
-      std::vector<std::string_view> names;
-      for (const LayoutRow& row : PageLayouts()) names.push_back(row.Name);
-      return UsageError(console, kPlotCommand,
-                        "there is no layout \"" + *name + "\"" + DidYouMean(*name, names) +
-                            "; there are " + Joined(names));
-    }
-  }
-  const ImageSettings image{
-      .JpegQuality = arguments.Whole("--quality").value_or(kJpegQuality),
-      .Dpi = static_cast<double>(arguments.Whole("--dpi").value_or(ToWhole(kScreenDpi)))};
+  const Outcome<Asked> read = AskedBy(arguments, console);
+  if (!read) return UsageError(console, kPlotCommand, read.Error().Detail);
+  const Asked& asked = read.Value();
   Outcome<CommandSetup> setup = SetupOf(arguments, console);
   if (!setup) return UsageError(console, kPlotCommand, setup.Error().Detail);
-  Options& options = setup.Value().Settings.Set;
   if (const auto type = arguments.Value("--diagram")) {
-    options.Diagram =
+    setup.Value().Settings.Set.Diagram =
         static_cast<DiagramType>(std::ranges::find(kDiagrams, *type) - kDiagrams.begin());
   }
-  for (const std::string& file : arguments.Files) {
-    if (const auto fault = NotAnInput(arguments, OutputFor(*output, file))) {
-      return UsageError(console, kPlotCommand, fault->Detail);
-    }
-  }
-  const Canvas canvas{size, image, console.Tools};
   LoadedProgram loaded(setup.Value(), console);
-  loaded.LayOut(layout);
-  if (together) {
-    PlotTogether(arguments, OutputFor(*output, arguments.Files.front()), canvas, loaded, *display);
-    return loaded.In().ExitCode();
-  }
-  std::set<std::string> written;
-  for (const std::string& file : arguments.Files) {
-    const std::string name = OutputFor(*output, file);
-    if (!written.insert(name).second) {
-      loaded.In().Fail(file, {kFaultBadFileName, "RunPlot",
-                              name + " holds the picture of another input already"});
-    } else if (loaded.Load(file)) {
-      DrawAndSave(loaded.Get(), *display, file, name, canvas, loaded.In());
-    }
+  loaded.LayOut(asked.Layout);
+  if (asked.Together()) {
+    PlotTogether(arguments, OutputFor(*output, arguments.Files.front()), asked.On, loaded,
+                 *asked.Display);
+  } else {
+    PlotEach(arguments, asked, loaded);
   }
   return loaded.In().ExitCode();
 }

@@ -170,64 +170,77 @@ void SettleGround(double fitting, std::optional<double>& ground, std::vector<std
                   " m fits the heights that are given.");
 }
 
-void FillProfiles(std::vector<SourceLevel> levels, SoundingRecord& into,
-                  std::vector<std::string>& notes) {
-  std::erase_if(levels, [](const SourceLevel& level) { return !level.Temp && !HasWind(level); });
-  int loweredDewpts = 0;
+namespace {
+
+/// What was changed or left out on the way into the record.
+struct FillCounts {
+  int LoweredDewpts = 0, Repeated = 0, RepeatedWinds = 0, ComputedHeights = 0;
+};
+
+void LowerDewpts(std::vector<SourceLevel>& levels, FillCounts& counts) {
   for (SourceLevel& level : levels) {
     if (level.Temp && level.Dewpt && *level.Dewpt > *level.Temp) {
-      if (*level.Dewpt > *level.Temp + kDewptTolerance) ++loweredDewpts;
+      if (*level.Dewpt > *level.Temp + kDewptTolerance) ++counts.LoweredDewpts;
       level.Dewpt = level.Temp;
     }
   }
-  SortByPressure(levels);
-  int repeated = 0;
+}
+
+void FillTemps(const std::vector<SourceLevel>& levels, SoundingRecord& into, FillCounts& counts) {
   for (const SourceLevel& level : levels) {
     if (!level.Press || !level.Temp) continue;
     if (!into.Press.Empty() && into.Press.Top() == *level.Press) {
-      if (into.Temp.Top() != *level.Temp) ++repeated;  // what says the same is no loss
+      if (into.Temp.Top() != *level.Temp) ++counts.Repeated;  // what says the same is no loss
       continue;
     }
     into.AddTemp(*level.Press, *level.Temp, level.Dewpt.value_or(kMissing));
   }
+}
 
-  // Winds have levels of their own: a row whose pressure repeats has a wind all the same.
-  WindHeights heights(into, levels);
+// Winds have levels of their own: a row whose pressure repeats has a wind all the same.
+void FillWinds(const std::vector<SourceLevel>& levels, WindHeights& heights, SoundingRecord& into,
+               FillCounts& counts) {
   std::map<double, const SourceLevel*> winds;
-  int computedHeights = 0, repeatedWinds = 0;
   for (const SourceLevel& level : levels) {
     if (!HasWind(level) || (!level.Height && !level.Press)) continue;
     const double height = heights.Of(level);
     const auto near = winds.lower_bound(height - kSameHeight);
     if (near != winds.end() && near->first <= height + kSameHeight) {
       const bool saysTheSame = near->second->Dir == level.Dir && near->second->Spd == level.Spd;
-      if (!saysTheSame) ++repeatedWinds;
+      if (!saysTheSame) ++counts.RepeatedWinds;
       continue;
     }
-    if (!level.Height) ++computedHeights;
+    if (!level.Height) ++counts.ComputedHeights;
     winds.emplace(height, &level);
   }
   for (const auto& [height, level] : winds) {
     const bool isNorth = *level->Spd == 0 || *level->Dir == 0;
     into.AddWind(height, isNorth ? 360 : *level->Dir, *level->Spd);
   }
+}
 
-  if (loweredDewpts > 0) {
-    notes.push_back(Counted("Dew points above the temperature, lowered to it", loweredDewpts));
-  }
-  if (repeated > 0) {
-    notes.push_back(Counted("Temperatures at the pressure of the one before, left out", repeated));
-  }
-  if (repeatedWinds > 0) {
-    notes.push_back(Counted("Winds at the height of another, left out", repeatedWinds));
-  }
-  if (computedHeights > 0) {
-    notes.push_back(
-        Counted(heights.UsedStandardAtmosphere()
-                    ? "Winds whose height was computed, partly in the standard atmosphere"
-                    : "Winds whose height was computed",
-                computedHeights));
-  }
+}  // namespace
+
+void FillProfiles(std::vector<SourceLevel> levels, SoundingRecord& into,
+                  std::vector<std::string>& notes) {
+  std::erase_if(levels, [](const SourceLevel& level) { return !level.Temp && !HasWind(level); });
+  FillCounts counts;
+  LowerDewpts(levels, counts);
+  SortByPressure(levels);
+  FillTemps(levels, into, counts);
+  WindHeights heights(into, levels);
+  FillWinds(levels, heights, into, counts);
+
+  const auto note = [&notes](std::string_view what, int count) {
+    if (count > 0) notes.push_back(Counted(what, count));
+  };
+  note("Dew points above the temperature, lowered to it", counts.LoweredDewpts);
+  note("Temperatures at the pressure of the one before, left out", counts.Repeated);
+  note("Winds at the height of another, left out", counts.RepeatedWinds);
+  note(heights.UsedStandardAtmosphere()
+           ? "Winds whose height was computed, partly in the standard atmosphere"
+           : "Winds whose height was computed",
+       counts.ComputedHeights);
   if (std::string differences = heights.Differences(); !differences.empty()) {
     notes.push_back(std::move(differences));
   }

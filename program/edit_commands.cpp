@@ -22,8 +22,8 @@ namespace fs = std::filesystem;
 constexpr std::string_view kNewName = "NEW.RAW";
 constexpr std::string_view kFilterTitle = "Filter Sounding Data";
 
-// Where the levels of one profile begin to differ, 1-based; one more than the shorter has when
-// they don't up to there.
+// The first level, from 1, in which two profiles differ; where all levels that both have are the
+// same, the one after these.
 template <class Same>
 int FirstDifference(int before, int after, Same same) {
   int level = 1;

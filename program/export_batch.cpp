@@ -119,7 +119,7 @@ std::optional<Fault> NoInput(const ExportRequest& request,
                              std::initializer_list<std::filesystem::path> outputs) {
   for (const std::filesystem::path& output : outputs) {
     for (const std::string& file : request.Files) {
-      std::error_code failed;  // of what does not exist, neither is the other
+      std::error_code failed;  // a file that does not exist is not the other one
       if (!std::filesystem::equivalent(PathFromText(file), output, failed)) continue;
       return Fault{kFaultBadFileName, "ExportBatch",
                    TextFromPath(output) + " is a file to read and would be lost",

@@ -57,7 +57,8 @@ std::string Menus(std::string_view, std::span<const MenuRow> tree) {
   std::string text;
   for (const MenuRow& menu : tree) {
     if (!menu.Does.IsMenu()) continue;
-    text += "\n## " + MenuPath(tree, menu.Name) + "\n\n";  // a list: tables this long open slowly
+    text += "\n## " + MenuPath(tree, menu.Name) +
+            "\n\n";  // a list: a table of this length is slow to open
     for (const MenuRow& row : tree) {
       if (row.In != menu.Name || row.Does.IsMenu()) continue;
       const bool isRecent = row.Name.starts_with(kRecentEntry);

@@ -29,7 +29,7 @@ Changes SetMotionMode(Program& program, Scaling mode);
 Changes ChooseMover(Program& program, StormMover mover);
 
 /// Held, the chosen mover's present motion stays while the data change: it becomes a motion
-/// entered by hand. Let go, motions are computed again.
+/// entered by hand. When it is no longer held, motions are computed again.
 Changes HoldStormMotion(Program& program, bool hold);
 
 /// A motion that was entered ends with its sounding unless it is held.

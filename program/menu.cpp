@@ -323,7 +323,7 @@ MenuRow EntryOf(const DisplayRow& display) {
   return row;
 }
 
-// Named by its layout, of which each is there once.
+// The entry is called after its layout; every layout has one entry.
 MenuRow EntryOf(const LayoutRow& layout) {
   MenuRow row{
       .In = kLayoutMenu, .Name = layout.Name, .Caption = layout.Caption, .Hint = layout.Hint};

@@ -49,7 +49,7 @@ struct EntryState {
   Need Needs = nullptr;
   std::string_view Lacking{};  // what the hint calls it while it cannot be chosen: "(undo)"
 
-  // For the table: a state with one thing more said of it.
+  // For writing the table: each gives a copy with one more member set.
   constexpr EntryState Below() const {
     EntryState with = *this;
     with.LineAbove = true;

@@ -7,7 +7,7 @@
 namespace vexa {
 
 std::string_view NeedsSounding(const Program& program);
-std::string_view NeedsLevels(const Program& program);  // winds alone do
+std::string_view NeedsLevels(const Program& program);  // winds alone are enough
 std::string_view NeedsUndo(const Program& program);
 std::string_view NeedsRedo(const Program& program);
 std::string_view NeedsAltered(const Program& program);

@@ -29,7 +29,7 @@ namespace {
 
 constexpr std::string_view kFolderTestFile = "dumptestfile123.xyz";
 
-// A file of its own that nobody has there: neither a link nor what another wrote is touched.
+// Tries a name that no file has yet, so that neither a link nor another's file is touched.
 bool CanWrite(const std::filesystem::path& folder) {
   constexpr int kMostNames = 100;
   std::FILE* file = nullptr;
@@ -75,7 +75,7 @@ void ChooseFonts(Program&, const StartArguments&) {}  // by the window, once the
 
 void TellOfTable(Program& program, std::string_view file, const Outcome<TableState>& state) {
   if (!state) {
-    // Of a folder that takes no files at all the user hears once.
+    // A folder that cannot be written is reported once.
     if (CanWrite(program.Where.Root)) program.Notices.push_back(state.Error().Detail + '.');
   } else if (state.Value() == TableState::Rebuilt) {
     program.Notices.push_back(std::string(file) + " was damaged and has been built anew.");

@@ -49,15 +49,14 @@ int PortOf(const QUrl& url) {
 }
 
 QNetworkProxy ProxyFor(const QUrl& url) {
-  const QList<QNetworkProxy> proxies =
-      QNetworkProxyFactory::proxyForQuery(QNetworkProxyQuery(url));
+  const QList<QNetworkProxy> proxies = QNetworkProxyFactory::proxyForQuery(QNetworkProxyQuery(url));
   return proxies.isEmpty() ? QNetworkProxy(QNetworkProxy::NoProxy) : proxies.front();
 }
 
 // A proxy of the web is asked for plain pages itself; through all others a connection is made.
 bool IsAsked(const QNetworkProxy& proxy, const QUrl& url) {
-  const bool isOfTheWeb = proxy.type() == QNetworkProxy::HttpProxy ||
-                          proxy.type() == QNetworkProxy::HttpCachingProxy;
+  const bool isOfTheWeb =
+      proxy.type() == QNetworkProxy::HttpProxy || proxy.type() == QNetworkProxy::HttpCachingProxy;
   return isOfTheWeb && !IsSecure(url);
 }
 
@@ -73,7 +72,8 @@ QByteArray RequestText(const QUrl& url, const QNetworkProxy& proxy) {
   QByteArray place = host.contains(':') ? '[' + host + ']' : host;
   if (url.port() >= 0) place += ':' + QByteArray::number(url.port());
   const bool isAsked = IsAsked(proxy, url);
-  QByteArray text = "GET " + (isAsked ? "http://" + place : QByteArray()) + target + " HTTP/1.1\r\n";
+  QByteArray text =
+      "GET " + (isAsked ? "http://" + place : QByteArray()) + target + " HTTP/1.1\r\n";
   const auto field = [&text](const char* name, const QByteArray& value) {
     text += name + QByteArray(": ") + value + "\r\n";
   };
@@ -110,6 +110,32 @@ QUrl MovedTo(const QUrl& from, const std::string& to) {
   const bool isWeb = IsSecure(url) || url.scheme() == QLatin1String("http");
   const bool isLessSafe = IsSecure(from) && !IsSecure(url);
   return url.isValid() && isWeb && !url.host().isEmpty() && !isLessSafe ? url : QUrl();
+}
+
+// What an exchange came to, however it ended.
+FetchResult ResultOf(const HttpAnswer& answer, Cut cut, const QSslSocket& socket, const QUrl& url,
+                     bool& mayRepeat) {
+  using State = HttpAnswer::State;
+  mayRepeat = false;
+  if (answer.Now() == State::TooLarge) return NoAnswer("the answer is larger than any sounding");
+  if (cut == Cut::Cancelled) {
+    return Ended(FetchEnd::Cancelled, kFaultDeviceUnavailable, "cancelled");
+  }
+  if (cut == Cut::TimeOver) return NoAnswer("the answer took too long");
+  mayRepeat = true;
+  if (cut == Cut::Silence) return NoAnswer("the server fell silent");
+  if (answer.Now() == State::Damaged) return NoAnswer("the answer is damaged");
+  if (answer.Now() == State::Cut) return NoAnswer("the answer was cut off");
+  if (answer.Now() == State::ComingIn) {
+    mayRepeat = socket.error() != QAbstractSocket::SslHandshakeFailedError;
+    return NoAnswer(Text(socket.errorString()));
+  }
+  mayRepeat = false;
+  return {.End = FetchEnd::Done,
+          .Got = {.Status = answer.Status(),
+                  .ContentType = std::string(answer.Field("Content-Type")),
+                  .Address = url.toEncoded().toStdString(),
+                  .Body = answer.Body()}};
 }
 
 }  // namespace
@@ -171,27 +197,8 @@ FetchResult HttpFetcher::Exchange(const QUrl& url, FetchProgress step, Clock::ti
                           socket.error() == QAbstractSocket::UnknownSocketError;
     if (answer.Status() != 0 && isClosed) answer.Close();
   }
-  using State = HttpAnswer::State;
-  if (answer.Now() == State::TooLarge) return NoAnswer("the answer is larger than any sounding");
-  if (cut == Cut::Cancelled) {
-    return Ended(FetchEnd::Cancelled, kFaultDeviceUnavailable, "cancelled");
-  }
-  if (cut == Cut::TimeOver) return NoAnswer("the answer took too long");
-  mayRepeat = true;
-  if (cut == Cut::Silence) return NoAnswer("the server fell silent");
-  if (answer.Now() == State::Damaged) return NoAnswer("the answer is damaged");
-  if (answer.Now() == State::Cut) return NoAnswer("the answer was cut off");
-  if (answer.Now() == State::ComingIn) {
-    mayRepeat = socket.error() != QAbstractSocket::SslHandshakeFailedError;
-    return NoAnswer(Text(socket.errorString()));
-  }
-  mayRepeat = false;
   movedTo = answer.Field("Location");
-  return {.End = FetchEnd::Done,
-          .Got = {.Status = answer.Status(),
-                  .ContentType = std::string(answer.Field("Content-Type")),
-                  .Address = url.toEncoded().toStdString(),
-                  .Body = answer.Body()}};
+  return ResultOf(answer, cut, socket, url, mayRepeat);
 }
 
 FetchResult HttpFetcher::Attempt(const std::string& address, int number, bool& mayRepeat) {
@@ -203,8 +210,8 @@ FetchResult HttpFetcher::Attempt(const std::string& address, int number, bool& m
   const Clock::time_point end = Clock::now() + settings_.Longest;
   for (int redirects = 0;; ++redirects) {
     std::string movedTo;
-    FetchResult result = Exchange(url, {.Address = address, .Attempt = number}, end, mayRepeat,
-                                  movedTo);
+    FetchResult result =
+        Exchange(url, {.Address = address, .Attempt = number}, end, mayRepeat, movedTo);
     constexpr int kRedirect = 300, kRefused = 400;
     const int status = result.Got.Status;
     if (result.End != FetchEnd::Done || status < kRedirect) return result;
