@@ -5,27 +5,19 @@
 #include <set>
 
 #include "analysis/interpolate.h"
-#include "config/options.h"
+#include "diagram/drawn.h"
 #include "diagram/palette.h"
 #include "picture/clip.h"
 #include "support/soundings.h"
-#include "support/tagged_items.h"
 
 namespace vexa::diagram {
 namespace {
 
 using test::Profile;
-using test::Tagged;
 
 SoundingPlot Draw(const SoundingRecord& sounding, const Options& options = {}) {
   const analysis::AnalysisResults results = analysis::Analyse(sounding, options);
   return *PlotSounding({.Sounding = sounding, .Results = results, .Set = options});
-}
-
-std::vector<std::string> Texts(const Picture& page, std::string_view tag) {
-  std::vector<std::string> texts;
-  for (const Item* item : Tagged(page, tag)) texts.push_back(std::get<Label>(item->Shape).Text);
-  return texts;
 }
 
 TEST(SoundingPlot, ReportsItsStepsInOrderAndStopsWhenAsked) {

@@ -7,17 +7,14 @@
 #include <string>
 #include <vector>
 
-#include "config/options.h"
 #include "diagram/cursor_marks.h"
-#include "diagram/sounding_plot.h"
+#include "diagram/drawn.h"
 #include "support/soundings.h"
-#include "support/tagged_items.h"
 
 namespace vexa::diagram {
 namespace {
 
 using test::Profile;
-using test::Tagged;
 
 constexpr Rect kFrame{1300, 620, 7900, 8220};
 
@@ -31,27 +28,6 @@ std::vector<Point> PointsOf(const Picture& page, std::string_view tag) {
   }
   return points;
 }
-
-struct Drawn {
-  explicit Drawn(SoundingRecord record) : Sounding(std::move(record)) {}
-  SoundingPlot operator()() {
-    Results = analysis::Analyse(Sounding, Set);
-    return *PlotSounding({.Sounding = Sounding,
-                          .Results = Results,
-                          .Set = Set,
-                          .Mode = Mode,
-                          .Others = Others,
-                          .Lines = Lines,
-                          .Zoom = Zoom});
-  }
-  SoundingRecord Sounding;
-  Options Set{};
-  MultiMode Mode = MultiMode::Single;
-  std::vector<OverlaySounding> Others{};
-  ExtraLines Lines{};
-  std::optional<Rect> Zoom{};
-  analysis::AnalysisResults Results{};
-};
 
 // A part of the frame as shares of it.
 Rect SharesOf(const Rect& part) {
@@ -113,7 +89,7 @@ TEST(Zoom, NothingOfTheDiagramLeavesItsFrame) {
     SCOPED_TRACE(static_cast<int>(type));
     Drawn drawn(test::ReferenceConvective());
     drawn.Set.Diagram = type;
-    drawn.Lines = {true, true, true, true};
+    drawn.Extra = {true, true, true, true};
     drawn.Set.WetLabel = drawn.Set.DryLabel = drawn.Set.SatLabel = true;
     for (const Rect& region : {Rect{0.25, 0.05, 0.5, 0.3}, Rect{0.56, 0.57, 0.81, 0.82}}) {
       drawn.Zoom = region;
@@ -156,7 +132,7 @@ TEST(OtherSoundings, TheAxesMakeRoomForThemUnlessSetByHand) {
 TEST(ExtraLines, StandWhereTheirNumbersAre) {
   Drawn drawn(test::ReferenceConvective());
   EXPECT_TRUE(Tagged(drawn().Page, "contrail").empty());
-  drawn.Lines = {true, true, true, true};
+  drawn.Extra = {true, true, true, true};
   drawn.Set.SoarTm = 31;
   const SoundingPlot plot = drawn();
   // Critical temperatures at 60 %, Schumann (1996) with a contrail factor of 0.040, computed apart.
@@ -182,7 +158,7 @@ TEST(ExtraLines, StandWhereTheirNumbersAre) {
 TEST(ExtraLines, HeightCorrectionIsTheHeightAboveTheStandardOne) {
   // A station at 100 m with sea level's standard pressure stands 100 m too high for it.
   Drawn drawn(Profile({{1013.25, 15, 5}, {900, 8.5, 0}, {700, -5, -20}, {500, -21, -40}}, {}, 100));
-  drawn.Lines.HeightCorrection = true;
+  drawn.Extra.HeightCorrection = true;
   const SoundingPlot plot = drawn();
   const auto line = PointsOf(plot.Page, "height correction");
   const auto zero = PointsOf(plot.Page, "height correction zero");
@@ -193,7 +169,7 @@ TEST(ExtraLines, HeightCorrectionIsTheHeightAboveTheStandardOne) {
 // Up to the top of the diagram no value stands on the line's name.
 TEST(ExtraLines, HeightCorrectionsKeepOffTheirName) {
   Drawn drawn(Profile({{1000, 15, 5}, {700, 0, -5}, {300, -45, -50}, {100, -60, -70}}, {}, 100));
-  drawn.Lines.HeightCorrection = true;
+  drawn.Extra.HeightCorrection = true;
   const SoundingPlot plot = drawn();
   const auto names = Tagged(plot.Page, "height correction label");
   ASSERT_EQ(names.size(), 1u);
