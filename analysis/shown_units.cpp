@@ -1,5 +1,7 @@
 #include "analysis/shown_units.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <string_view>
 
 #include "core/markers.h"
@@ -16,6 +18,11 @@ constexpr std::string_view kNothing = "--";
 std::string DirectionText(double degrees) {
   const double whole = Rounded(degrees, 0);
   return Mask(whole == 0 ? 360 : whole, "##0");
+}
+
+std::string ThreeDigits(double degrees) {
+  const std::string text = DirectionText(degrees);
+  return std::string(3 - std::min<std::size_t>(text.size(), 3), '0') + text;
 }
 
 std::string TempText(double celsius, TempUnits units) {

@@ -11,6 +11,8 @@ namespace vexa::analysis {
 
 /// The direction that a wind comes from as texts show it everywhere: whole degrees, 360 for north.
 std::string DirectionText(double degrees);
+/// The same where winds stand among others, on the diagram's page: "005", "360".
+std::string ThreeDigits(double degrees);
 
 /// A temperature with its unit: "-5.1 C", "22.8 F"; "--" where there is none.
 std::string TempText(double celsius, TempUnits units);

@@ -28,13 +28,15 @@ vexa::SoundingRecord MakeSounding(int levels) {
   return record;
 }
 
+constexpr vexa::Surface kPage = vexa::ImageSurface(1600, 1200);
+
 void PlotHodograph(benchmark::State& state) {
   const vexa::SoundingRecord sounding = MakeSounding(static_cast<int>(state.range(0)));
   const vexa::Options options;
   const auto results = vexa::analysis::Analyse(sounding, options);
   for (auto _ : state) {
-    benchmark::DoNotOptimize(
-        vexa::hodograph::PlotHodograph({.Sounding = sounding, .Results = results, .Set = options}));
+    benchmark::DoNotOptimize(vexa::hodograph::PlotHodograph(
+        {.Sounding = sounding, .Results = results, .Set = options}, kPage));
   }
 }
 BENCHMARK(PlotHodograph)->Arg(110)->Arg(3000)->Unit(benchmark::kMillisecond);
@@ -45,7 +47,7 @@ void TurnTrajectory(benchmark::State& state) {
   vexa::Hodogram3DSettings view;
   for (auto _ : state) {
     view = vexa::hodograph::Turned(view, 1, 0);
-    const vexa::Picture page = vexa::hodograph::PlotHodogram(hodogram, view);
+    const vexa::Picture page = vexa::hodograph::PlotHodogram(hodogram, view, kPage);
     if (state.range(1) != 0) benchmark::DoNotOptimize(vexa::paint::ToImage(page, 1600, 1200));
   }
 }

@@ -1,5 +1,6 @@
 #include "diagram/analysis_marks.h"
 
+#include <algorithm>
 #include <cmath>
 #include <optional>
 #include <string>
@@ -24,8 +25,14 @@ constexpr int kFrontPriority = 1;
 constexpr int kLayerPriority = 2;
 constexpr int kInversionPriority = 3;
 
-std::string AglText(const Plot& plot, double height) {
-  return LengthText(height - plot.Sounding().ElevM, plot.Units.Height) + " AGL";
+// Of the gutter: a leader leads over its edge to the height that a mark belongs to.
+constexpr double kLeader = 12 * kUnitsPerPixel;
+constexpr double kLeaderGap = 4 * kUnitsPerPixel;
+
+// The kind and the height above ground.
+std::string InversionText(const PlotInput& in, const analysis::Inversion& inversion) {
+  return std::string(Text(inversion.Kind)) + " " +
+         LengthText(inversion.Base.Height - in.Sounding.ElevM, in.Set.GpmUnits) + " AGL";
 }
 
 // A bar at the left edge from one pressure up to another. On a wide tephigram the lower isobars
@@ -59,6 +66,44 @@ bool Shows(const Plot& plot, const LeftBar& bar) {
 
 }  // namespace
 
+namespace {
+
+void DrawMarkLeader(Plot& plot, const Mark& mark, double from, Point to) {
+  DrawSegment(plot.Page, "leader", {from, mark.Y}, to, {mark.Ink, 8, LineStyle::Solid});
+}
+
+// At the right edge inside the frame, off the lines: the whole text or the short one. What finds no
+// place has its tick and its line.
+void DrawMarkInside(Plot& plot, const Mark& mark, LabelRoom& room) {
+  constexpr double kGap = 25;
+  const Rect& frame = plot.Where.Frame;
+  const Point wanted{frame.Right - 190 - kGap, mark.PlacedY};
+  for (const std::string& text : {mark.Text, mark.Short}) {
+    if (text.empty() || TextWidth(text, kMarkText) > frame.Width() - 4 * kGap) continue;
+    const std::optional<Point> place = TakePlaceNear(room, wanted, text, kMarkText, AnchorX::Right);
+    if (!place) continue;
+    if (std::abs(place->Y - mark.Y) > kMarkGap / 3 || place->X < wanted.X) {
+      DrawMarkLeader(plot, mark, frame.Right - 60, {place->X + kGap, place->Y});
+    }
+    DrawTextOver(plot, mark.Tag, *place, text, mark.Ink, kMarkText, AnchorX::Right);
+    return;
+  }
+}
+
+}  // namespace
+
+double MarksWidth(const PlotInput& input) {
+  const bool feet = input.Set.GpmUnits == LengthUnits::Feet;
+  std::string usual = input.Results.Chosen().IsCut ? "EL above 888 mb  " : "LCL 888 mb  ";
+  usual += feet ? "28888 ft" : "12888 m";
+  if (input.Set.Heights == HeightMode::Agl) usual += " AGL";
+  double width = TextWidth(usual, kMarkText);
+  for (const analysis::Inversion& inversion : input.Results.Inversions) {
+    width = std::max(width, TextWidth(InversionText(input, inversion), kMarkText));
+  }
+  return kLeader + kLeaderGap + width + kUnitsPerPixel;
+}
+
 void DrawInversions(Plot& plot) {
   if (!plot.Set().AutoAnalyses) return;
   for (const analysis::Inversion& inversion : plot.Results().Inversions) {
@@ -68,9 +113,9 @@ void DrawInversions(Plot& plot) {
     const Pen pen{plot.Inks.InversionMark, 26, LineStyle::Solid};
     DrawSegment(plot.Page, "inversion", {bar.X, bar.BaseY}, {bar.X, bar.TopY}, pen);
     if (const auto y = RightEdgeY(plot.At, inversion.Base.Press)) {
-      plot.Marks.Add(
-          {*y, std::string(Text(inversion.Kind)) + " " + AglText(plot, inversion.Base.Height),
-           "inversion label", plot.Inks.InversionMark, kInversionPriority});
+      plot.Marks.Add({*y, InversionText(plot.In, inversion), "inversion label",
+                      plot.Inks.InversionMark, kInversionPriority,
+                      std::string(Text(inversion.Kind))});
     }
     plot.Page.AddHotSpot({{bar.X - 60, bar.TopY - 20, bar.X + 60, bar.BaseY + 20},
                           "inversion",
@@ -88,12 +133,14 @@ void DrawFronts(Plot& plot) {
     const Color ink = front.Cold ? plot.Inks.ColdFront : plot.Inks.WarmFront;
     const std::optional<double> y = RightEdgeY(plot.At, press);
     if (!y) continue;
-    DrawSegment(plot.Page, "front", {frame.Right - 900, *y}, {frame.Right, *y},
+    const double reach = plot.Where.Find("marks") != nullptr ? 900 : 150;
+    DrawSegment(plot.Page, "front", {frame.Right - reach, *y}, {frame.Right, *y},
                 {ink, 26, LineStyle::Solid});
     plot.Marks.Add({*y,
                     std::string(front.Cold ? "Cold" : "Warm") + " Front " +
-                        Mask(FeetFromMeters(ShownHeight(plot, front.Height)), "####0") + " ft ",
-                    "front label", ink, kFrontPriority});
+                        ShownHeightText(plot, front.Height),
+                    "front label", ink, kFrontPriority,
+                    std::string(front.Cold ? "Cold" : "Warm") + " Front"});
   }
 }
 
@@ -127,7 +174,7 @@ void DrawParcelLevels(Plot& plot) {
     plot.Marks.Add({*y,
                     std::string(name) + (isCut ? " above " : " ") + Mask(level.Press, "###0") +
                         PressureUnit(plot) + "  " + ShownHeightText(plot, level.Height),
-                    "parcel level label", plot.Inks.ParcelMark});
+                    "parcel level label", plot.Inks.ParcelMark, 0, std::string(name)});
   };
   const bool convective = results.Mode == analysis::LiftMode::Ccl;
   if (!convective) {
@@ -143,34 +190,17 @@ void DrawMarkColumns(Plot& plot) {
   const Rect& frame = plot.At.Frame();
   const std::vector<Mark>& marks =
       plot.Marks.Arrange(frame.Top + kMarkGap / 2, frame.Bottom - kMarkGap / 2, kMarkGap);
-  const auto leader = [&](const Mark& mark, double from, double to, double y) {
-    DrawSegment(plot.Page, "leader", {from, mark.Y}, {to, y}, {mark.Ink, 8, LineStyle::Solid});
-  };
   if (const Rect* gutter = plot.Where.Find("marks")) {
-    // A leader leads over the gutter's own edge to the height that the mark belongs to.
-    constexpr double kLeader = 12 * kUnitsPerPixel;
-    constexpr double kGap = 4 * kUnitsPerPixel;
-    const double x = gutter->Left + kLeader + kGap;
+    const double x = gutter->Left + kLeader + kLeaderGap;
     for (const Mark& mark : marks) {
-      leader(mark, gutter->Left, gutter->Left + kLeader, mark.PlacedY);
+      DrawMarkLeader(plot, mark, gutter->Left, {gutter->Left + kLeader, mark.PlacedY});
       DrawText(plot.Page, mark.Tag, {x, mark.PlacedY},
                Elided(mark.Text, kMarkText, gutter->Right - x), mark.Ink, kMarkText);
     }
     return;
   }
   LabelRoom room = RoomOn(plot);
-  for (const Mark& mark : marks) {
-    constexpr double kGap = 25;
-    const std::string text = Elided(mark.Text, kMarkText, frame.Width() - 4 * kGap);
-    const std::optional<Point> place =
-        TakePlace(room, {frame.Right - 190 - kGap, mark.PlacedY}, text, kMarkText, AnchorX::Right);
-    if (!place) continue;
-    const Point at = *place;
-    if (std::abs(at.Y - mark.Y) > kMarkGap / 3 || at.X < frame.Right - 200 - kMarkGap) {
-      leader(mark, frame.Right - 60, at.X + kGap, at.Y);
-    }
-    DrawTextOver(plot, mark.Tag, at, text, mark.Ink, kMarkText, AnchorX::Right);
-  }
+  for (const Mark& mark : marks) DrawMarkInside(plot, mark, room);
 }
 
 }  // namespace vexa::diagram

@@ -6,6 +6,9 @@
 
 namespace vexa::diagram {
 
+/// Width of a gutter in which no mark is cut.
+double MarksWidth(const PlotInput& input);
+
 void DrawInversions(Plot& plot);
 void DrawFronts(Plot& plot);
 void DrawLayerMarks(Plot& plot);

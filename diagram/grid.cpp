@@ -205,6 +205,16 @@ std::vector<Point> MixingRatioLine(const DiagramMapping& at, double gramsPerKg,
   return points;
 }
 
+// At the lower edge, above the line of the ground where that runs through there.
+double MixingLabelY(const Plot& plot) {
+  const Rect& frame = plot.At.Frame();
+  const double low = frame.Bottom - kMixingRow;
+  const analysis::SurfaceState& surface = plot.Results().Surface;
+  if (!plot.Set().SurfaceLine || !surface.Exists) return low;
+  const double ground = LeftEdgeY(plot.At, surface.Press).value_or(frame.Top);
+  return std::fabs(ground - low) < kMixingRow ? ground - kMixingRow : low;
+}
+
 // High up the lines crowd together, so they stand further apart there.
 double DryStep(double theta) {
   return theta < 400 ? 10 : theta < 600 ? 20 : 50;
@@ -343,7 +353,7 @@ void DrawMixingRatioLines(Plot& plot) {
     // or, where the frame ends before, at its right edge or below the numbers of its upper one.
     constexpr int kRows = 5;
     const Color ink = LegibleColor(plot.Inks, set.WetColor);
-    const double low = frame.Bottom - kMixingRow;
+    const double low = MixingLabelY(plot);
     const Rect inside{frame.Left + 80, frame.Top + 200, frame.Right - 80, frame.Bottom};
     for (const double value : values) {
       const std::vector<Point> line = MixingRatioLine(plot.At, value, set.Saturation);

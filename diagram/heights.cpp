@@ -114,16 +114,12 @@ void DrawSurfaceLabel(Plot& plot) {
   const analysis::SurfaceState& surface = plot.Results().Surface;
   if (!plot.Set().SurfaceLine || !surface.Exists || !plot.InRange(surface.Press)) return;
   const Rect& frame = plot.At.Frame();
-  // In the ground where it is thick enough for it and for the numbers of the mixing ratios, else on
-  // top of the line.
-  const double y = LeftEdgeY(plot.At, surface.Press).value_or(frame.Bottom);
-  const double room = frame.Bottom - y;
-  const double at = room > 2.6 * kMarkText ? y + 108 : y - 90;
-  const std::string text = Elided(SurfaceText(plot), kMarkText, frame.Width() - 140);
-  LabelRoom taken = RoomOn(plot);
-  const std::optional<Point> place =
-      TakePlace(taken, {frame.Left + 70, at}, text, kMarkText, AnchorX::Left);
-  if (place) DrawTextOver(plot, "surface label", *place, text, plot.Inks.Ink);
+  // Under the axis, where no trace runs: the ground may be thin and the air above it full.
+  double room = plot.Where.Find("diagram")->Right - frame.Left;
+  if (plot.Where.Find("marks") == nullptr) room -= plot.Where.CaptionReach;
+  const std::string text = Elided(SurfaceText(plot), kMarkText, room);
+  DrawText(plot.Page, "surface label", {frame.Left, plot.Where.CaptionY}, text,
+           plot.Inks.Surface.Ink, kMarkText);
 }
 
 void ICAOlabels(Plot& plot) {
@@ -200,7 +196,7 @@ void DrawLeadingHeights(Plot& plot) {
   const double base = plot.Set().Heights == HeightMode::Agl ? plot.Sounding().ElevM : 0;
   const double step = feet ? 1000 : 500;
   const double unit = feet ? MetersFromFeet(step) : step;
-  DrawText(plot.Page, "height axis", {plot.Where.PressLabelX, frame.Top - 144},
+  DrawText(plot.Page, "height axis", {plot.Where.PressLabelX, frame.Top - 300},
            std::string(feet ? "ft " : "m ") + std::string(ModeText(plot)), plot.Inks.Ink,
            kSmallText, AnchorX::Right);
   double last = 1e9;
@@ -254,7 +250,7 @@ void DrawFreezingAndTropopause(Plot& plot) {
     DrawHorizontal(plot, tag, level.Press, pen);
     if (const auto y = RightEdgeY(plot.At, level.Press)) {
       plot.Marks.Add({*y, std::string(name) + " " + ShownHeightText(plot, level.Height),
-                      std::string(tag) + " label", pen.Ink});
+                      std::string(tag) + " label", pen.Ink, 0, std::string(name)});
     }
   };
   if (plot.Set().FreezeLine) {
@@ -283,7 +279,7 @@ void DrawCustomLines(Plot& plot) {
     const std::optional<double> y = RightEdgeY(plot.At, press);
     if (line.ShowLabel && y) {
       plot.Marks.Add({*y, "#" + Shortest(number) + " " + ShownHeightText(plot, line.Height),
-                      "custom line label", pen.Ink});
+                      "custom line label", pen.Ink, 0, "#" + Shortest(number)});
     }
   }
 }

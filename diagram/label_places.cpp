@@ -50,6 +50,23 @@ std::vector<Shift> Shifts() {
 
 }  // namespace
 
+namespace {
+
+std::optional<Point> TakeOneOf(const std::vector<Shift>& shifts, LabelRoom& room, Point wanted,
+                               std::string_view text, double size, AnchorX across, bool overLines) {
+  const double inward = across == AnchorX::Right ? -1 : 1;
+  for (const Shift& shift : shifts) {
+    const Point at{wanted.X + inward * shift.In, wanted.Y + shift.Down};
+    const Rect place = TextPlace(at, text, size, across);
+    if (!room.IsFree(place) || (!overLines && !room.IsOffLines(place))) continue;
+    room.Take(place);
+    return at;
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
 Rect TextPlace(Point at, std::string_view text, double size, AnchorX across) {
   const double width = TextWidth(text, size);
   const double half = 0.45 * size;
@@ -78,18 +95,18 @@ LabelRoom RoomOn(const Plot& plot) {
 
 std::optional<Point> TakePlace(LabelRoom& room, Point wanted, std::string_view text, double size,
                                AnchorX across) {
-  const double inward = across == AnchorX::Right ? -1 : 1;
-  const std::vector<Shift> shifts = Shifts();
   for (const bool overLines : {false, true}) {
-    for (const Shift& shift : shifts) {
-      const Point at{wanted.X + inward * shift.In, wanted.Y + shift.Down};
-      const Rect place = TextPlace(at, text, size, across);
-      if (!room.IsFree(place) || (!overLines && !room.IsOffLines(place))) continue;
-      room.Take(place);
-      return at;
-    }
+    if (const auto at = TakeOneOf(Shifts(), room, wanted, text, size, across, overLines)) return at;
   }
   return std::nullopt;
+}
+
+std::optional<Point> TakePlaceNear(LabelRoom& room, Point wanted, std::string_view text,
+                                   double size, AnchorX across) {
+  constexpr double kNear = 600;
+  std::vector<Shift> near = Shifts();
+  std::erase_if(near, [](const Shift& shift) { return shift.In > kNear; });
+  return TakeOneOf(near, room, wanted, text, size, across, false);
 }
 
 }  // namespace vexa::diagram

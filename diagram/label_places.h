@@ -23,4 +23,8 @@ LabelRoom RoomOn(const Plot& plot);
 std::optional<Point> TakePlace(LabelRoom& room, Point wanted, std::string_view text, double size,
                                AnchorX across);
 
+/// The same off the lines alone and near the wanted place, for a text with a leader.
+std::optional<Point> TakePlaceNear(LabelRoom& room, Point wanted, std::string_view text,
+                                   double size, AnchorX across);
+
 }  // namespace vexa::diagram

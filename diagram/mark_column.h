@@ -14,8 +14,9 @@ struct Mark {
   std::string Text{};
   std::string Tag{};
   Color Ink{};
-  int Priority = 0;    // where not all fit, those with the highest numbers leave
-  double PlacedY = 0;  // where it stands; set by Arrange
+  int Priority = 0;     // where not all fit, those with the highest numbers leave
+  std::string Short{};  // where the frame has no room for the text; empty: the mark leaves then
+  double PlacedY = 0;   // where it stands; set by Arrange
 };
 
 class MarkColumn {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "core/numbers.h"
+#include "diagram/analysis_marks.h"
 #include "diagram/panel.h"
 #include "diagram/title_text.h"
 #include "diagram/wind_symbol.h"
@@ -16,15 +17,16 @@ namespace vexa::diagram {
 namespace {
 
 // Room around the frame for its axes.
-constexpr double kPressRoom = Px(44);
-constexpr double kHeightRoom = Px(56);
-constexpr double kHeightsFrom = Px(400);  // width of a region in which heights have room
-constexpr double kScaleRoom = Px(44);
+constexpr double kPressRoom = Px(40);
+constexpr double kHeightRoom = Px(50);
+constexpr double kHeightsFrom = Px(500);  // width of a region in which heights have room
+constexpr double kScaleRoom = Px(42);
 constexpr double kEdgeRoom = Px(16);
-constexpr double kHeadRoom = Px(36);
-constexpr double kAxisRoom = Px(24);
+constexpr double kHeadRoom = Px(34);
+constexpr double kAxisRoom = Px(22);
 constexpr double kSecondAxisRoom = Px(16);
-constexpr double kCaptionRoom = Px(16);  // of the winds, under the axis
+constexpr double kCaptionRoom = Px(15);     // of the ground and the winds, under the axis
+constexpr double kWidestCaption = Px(126);  // of the winds
 constexpr double kLegendRow = Px(18);
 
 constexpr Point kConfigurationAt{4690, 50};  // drawing units of the page
@@ -38,24 +40,35 @@ const LayoutRow& LayoutOf(const PlotInput& input) {
 }
 
 // The boxes of the caller and those of the diagram itself.
-std::vector<PageBox> BoxesOf(const PlotInput& input) {
-  std::vector<PageBox> boxes = input.Boxes;
-  if (HasAnalysisBox(input)) boxes.push_back({.Name = "analysis"});
+std::vector<PageBox> BoxesOf(const Plot& plot, double analysisWidth) {
+  std::vector<PageBox> boxes = plot.In.Boxes;
+  if (HasAnalysisBox(plot.In)) {
+    boxes.push_back({.Name = "analysis", .MostHeight = AnalysisBoxHeight(plot, analysisWidth)});
+  }
   return boxes;
 }
 
-PageLayout CutFor(const PlotInput& input) {
-  std::vector<RegionRow> rows = RowsFor(LayoutOf(input).Regions, BoxesOf(input));
+PageLayout CutFor(const Plot& plot, double analysisWidth = 0) {
+  const PlotInput& input = plot.In;
+  std::vector<RegionRow> rows = RowsFor(LayoutOf(input).Regions, BoxesOf(plot, analysisWidth));
   for (RegionRow& row : rows) {
     if (row.Name == "wind") {
       // The symbols of the larger sizes reach further from their axis.
       row.LeastWidth = std::max(row.LeastWidth, 2.7 * SizeOf(input.Set.BarbSize).Shaft);
+    } else if (row.Name == "marks") {
+      row.LeastWidth = MarksWidth(input);
     } else if (row.Name == "legend") {
       row.LeastHeight = std::max(row.LeastHeight, kLegendRow * OtherTitleRows(input));
       if (input.Set.StabilityBars) row.LeastHeight = std::max(row.LeastHeight, 2 * kLegendRow);
     }
   }
-  return CutPage(input.On, rows);
+  PageLayout layout = CutPage(input.On, rows);
+  // In a wide column the analysis stands two abreast, and leaves room for others.
+  const Rect* analysis = layout.Find("analysis");
+  if (analysis == nullptr || analysisWidth > 0) return layout;
+  const double narrow = AnalysisBoxHeight(plot, 0);
+  if (AnalysisBoxHeight(plot, analysis->Width()) == narrow) return layout;
+  return CutFor(plot, analysis->Width());
 }
 
 }  // namespace
@@ -68,7 +81,7 @@ int OtherTitleRows(const PlotInput& input) {
 
 Places PlaceRegions(const Plot& plot) {
   Places places;
-  places.Page = CutFor(plot.In);
+  places.Page = CutFor(plot);
   places.Asks = LayoutOf(plot.In).Defaults;
   const DisplaySettings& set = plot.Set();
   const Rect region = *places.Find("diagram");
@@ -82,6 +95,10 @@ Places PlaceRegions(const Plot& plot) {
       region.Top + high * kHeadRoom, region.Right - wide * (hasScale ? kScaleRoom : kEdgeRoom),
       region.Bottom -
           high * (kAxisRoom + kCaptionRoom + (set.TempDualScale ? kSecondAxisRoom : 0))};
+  places.CaptionY = region.Bottom - kCaptionRoom / 2;
+  if (const Rect* wind = places.Find("wind")) {
+    places.CaptionReach = kWidestCaption - (wind->Right - region.Right);
+  }
   places.PressLabelX = places.Frame.Left - Px(6);
   places.HeightLabelX = places.PressLabelX - Px(36);
   if (places.Find("marks") == nullptr) {
@@ -91,26 +108,41 @@ Places PlaceRegions(const Plot& plot) {
   return places;
 }
 
+namespace {
+
+// Where the station stands and how high.
+std::string PlaceText(const Plot& plot) {
+  std::string text = PositionText(plot.Sounding());
+  if (!plot.Sounding().ElevUnknown && plot.Sounding().NumTempLevels() > 0) {
+    text += (text.empty() ? "" : "   ") + HeightText(plot.Sounding().ElevM, plot.Units.Height);
+  }
+  return text;
+}
+
+}  // namespace
+
 void DrawTitle(Plot& plot) {
   const Rect* region = plot.Where.Find("title");
   if (region == nullptr) return;
-  const double first = region->Top + Px(15);
-  const double second = region->Bottom - Px(9);
+  const double y = region->Top + Px(13);
   const double width = region->Width();
+  double used = 0;
   if (plot.Set().TitleAboveDiagram) {
     const std::string title = "VEXA  -  " + SoundingTitle(plot.Sounding(), plot.Set());
     // A long one is written a step smaller, and cut where that is not enough.
     const bool isLong = TextWidth(title, LetterSize(Type::Title), true) > width;
     const double size = LetterSize(isLong ? Type::Value : Type::Title);
-    plot.Page.Add("title", Label{.At = {region->Left, first},
+    used = TextWidth(title, size, true) + Px(20);
+    plot.Page.Add("title", Label{.At = {region->Left, y},
                                  .Text = Elided(title, size, width, true),
                                  .Size = size,
                                  .Ink = plot.Inks.Ink,
                                  .Bold = true});
   }
-  const std::string position = PositionText(plot.Sounding());
-  if (!position.empty()) {
-    DrawText(plot.Page, "position", {region->Left, second}, position, plot.Inks.Faint, kSmallText);
+  const std::string position = PlaceText(plot);
+  if (!position.empty() && used + TextWidth(position, kAxisText) <= width) {
+    DrawText(plot.Page, "position", {region->Right, y + Px(2)}, position, plot.Inks.Faint,
+             kAxisText, AnchorX::Right);
   }
   // The caption of the configuration has a fixed place; a page that ends before it moves it left.
   const std::string& configuration = plot.In.Configuration;

@@ -179,8 +179,10 @@ Palette PaletteFor(const ViewSettings& options) {
 
   const auto ink = [&p](int index) { return LegibleColor(p, index); };
   // The grid stands back behind the traces: isobars and isotherms thin, the curves paler still.
+  // On black the same share leaves less to see.
+  const double share = black ? 0.75 : 1;
   const auto grid = [&](Color color, double pale = 0.45) {
-    return options.Darklines ? color : Blend(color, p.Paper, pale);
+    return options.Darklines ? color : Blend(color, p.Paper, share * pale);
   };
   constexpr double kCurvePale = 0.6;
 
@@ -209,13 +211,13 @@ Palette PaletteFor(const ViewSettings& options) {
 
   p.Ground = {Blend(ink(6), p.Paper, 0.55), FillStyle::Hatched};
   Color cape = ink(2);
-  cape.Alpha = 80;
+  cape.Alpha = black ? 100 : 80;
   p.Cape = {cape, FillStyle::Plain};
   Color veil = p.Paper;
   veil.Alpha = 170;
   p.Veil = {veil, FillStyle::Plain};
   Color cin = ink(9);
-  cin.Alpha = 45;
+  cin.Alpha = black ? 70 : 45;
   p.Cin = {cin, FillStyle::Plain};
   cin.Alpha = 190;
   p.CinHatch = {cin, FillStyle::BackHatched};

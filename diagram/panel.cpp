@@ -19,6 +19,7 @@ constexpr double kText = LetterSize(Type::Note);
 constexpr double kStep = 15 * kUnitsPerPixel;
 constexpr double kMargin = kBoxPadding;
 constexpr std::string_view kNoValue = "--";
+constexpr double kValueAt = 10.5;  // letters, behind a label of ten
 
 // Rows of the chosen parcel's column, in their order.
 constexpr std::string_view kParcelLabels[] = {
@@ -191,7 +192,6 @@ std::vector<PanelCell> ArrangeIndices(const Plot& plot) {
 void DrawIndex(Plot& plot, const analysis::IndexValue& index, Point at, double size, double step,
                const std::string& value, std::string_view tag) {
   const double letter = 0.6 * size;
-  constexpr double kValueAt = 10.5;  // letters, behind a label of ten
   DrawMono(plot, std::string(tag) + " label", at, std::string(index.Row->Label), size,
            plot.Inks.Faint);
   DrawMono(plot, std::string(tag) + " value", {at.X + kValueAt * letter, at.Y}, value, size,
@@ -200,6 +200,23 @@ void DrawIndex(Plot& plot, const analysis::IndexValue& index, Point at, double s
   plot.Page.AddHotSpot({{at.X, at.Y - step / 2, at.X + width, at.Y + step / 2},
                         std::string(kIndexSpot),
                         std::string(Trim(index.Row->Label))});
+}
+
+// The parcel's rows stand side by side where the widest leaves room for it.
+bool FitsTwice(const Plot& plot, const std::vector<const analysis::IndexValue*>& rows,
+               double width) {
+  std::size_t letters = 0;
+  for (const analysis::IndexValue* row : rows) {
+    letters = std::max(letters, ValueText(plot, *row).size());
+  }
+  const double wanted = 0.6 * kText * (kValueAt + static_cast<double>(letters) + 1);
+  return 2 * wanted <= width - 2 * kMargin;
+}
+
+double LinesOf(std::size_t rows, std::size_t table, const std::vector<PanelCell>& indices,
+               bool isWide) {
+  const std::size_t indexLines = indices.empty() ? 0 : indices.back().Line + 1;
+  return static_cast<double>((isWide ? (rows + 1) / 2 : rows) + table + indexLines) + 1;
 }
 
 }  // namespace
@@ -217,6 +234,13 @@ std::string PositionText(const SoundingRecord& sounding) {
          part(sounding.LonSigned, sounding.LonHemi);
 }
 
+double AnalysisBoxHeight(const Plot& plot, double width) {
+  const auto rows = Pick(plot, kParcelLabels);
+  const double lines = LinesOf(rows.size(), LiftTable(plot).size(), ArrangeIndices(plot),
+                               FitsTwice(plot, rows, width));
+  return lines * kStep + 2 * kMargin;
+}
+
 void InfoBoxx(Plot& plot) {
   const Rect* region = plot.Where.Find("analysis");
   if (region == nullptr || !HasAnalysisBox(plot.In)) return;
@@ -231,27 +255,29 @@ void InfoBoxx(Plot& plot) {
                                      .Stroke = plot.Inks.PanelFrame});
   const double x = region->Left + kMargin;
   double last = region->Bottom - kMargin - kStep / 2;
-  const std::size_t indexLines = indices.empty() ? 0 : indices.back().Line + 1;
-  const double lines = static_cast<double>(rows.size() + table.size() + indexLines) + 1;
+  const bool isWide = FitsTwice(plot, rows, region->Width());
+  const double lines = LinesOf(rows.size(), table.size(), indices, isWide);
   if (lines * kStep > region->Height() - 2 * kMargin) {
     DrawText(plot.Page, "more", {region->Right - kMargin, last}, "more: F4", plot.Inks.Faint, kText,
              AnchorX::Right);
     last -= kStep;
   }
-  double y = region->Top + kMargin + kStep / 2;
-  for (const analysis::IndexValue* row : rows) {
-    if (y > last) return;
-    DrawIndex(plot, *row, {x, y}, kText, kStep, ValueText(plot, *row), "analysis");
-    y += kStep;
+  const double column = (region->Width() - 2 * kMargin) / 2;
+  const double top = region->Top + kMargin + kStep / 2;
+  const std::size_t perColumn = std::max<std::size_t>(1, (rows.size() + 1) / (isWide ? 2 : 1));
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    const Point at{x + static_cast<double>(i / perColumn) * column,
+                   top + static_cast<double>(i % perColumn) * kStep};
+    if (at.Y > last) break;
+    DrawIndex(plot, *rows[i], at, kText, kStep, ValueText(plot, *rows[i]), "analysis");
   }
-  y += kStep / 2;
+  double y = top + (static_cast<double>(std::min(rows.size(), perColumn)) + 0.5) * kStep;
   for (const std::string& line : table) {
     if (y > last) return;
     DrawMono(plot, "lift table", {x, y}, line, kText, plot.Inks.Ink, &line == &table.front());
     y += kStep;
   }
   y += kStep / 2;
-  const double column = (region->Width() - 2 * kMargin) / 2;
   for (const PanelCell& cell : indices) {
     const Point at{x + (cell.IsRight ? column : 0), y + kStep * static_cast<double>(cell.Line)};
     if (at.Y > last) return;

@@ -18,6 +18,9 @@ bool HasAnalysisBox(const PlotInput& input);
 /// Draws the analysis box in its region; lines that find no room there are left out at its end.
 void InfoBoxx(Plot& plot);
 
+/// Height of the analysis box with all that the options ask for, in a column of this width.
+double AnalysisBoxHeight(const Plot& plot, double width);
+
 /// "35.20N  97.40W", empty where the position is not known.
 std::string PositionText(const SoundingRecord& sounding);
 

@@ -1,6 +1,7 @@
 #include "diagram/plot_state.h"
 
 #include <cmath>
+#include <cstddef>
 #include <utility>
 
 #include "analysis/index_table.h"
@@ -77,17 +78,47 @@ std::optional<double> RightEdgeY(const DiagramMapping& at, double press) {
   return EdgeY(at, press, at.Frame().Right);
 }
 
+namespace {
+
+// How far a point lies from the straight line between two others.
+double OffLine(Point at, Point from, Point to) {
+  const double dx = to.X - from.X;
+  const double dy = to.Y - from.Y;
+  const double length = std::hypot(dx, dy);
+  if (length == 0) return std::hypot(at.X - from.X, at.Y - from.Y);
+  return std::fabs((at.X - from.X) * dy - (at.Y - from.Y) * dx) / length;
+}
+
+}  // namespace
+
+// After Douglas and Peucker (1973): of a part, the point farthest from its straight line stays.
 std::vector<Point> Thinned(std::vector<Point> points) {
-  constexpr double kNear = 4;  // drawing units
+  constexpr double kNear = 2;  // drawing units
   if (points.size() < 3) return points;
-  std::size_t kept = 1;
-  for (std::size_t i = 1; i + 1 < points.size(); ++i) {
-    const double dx = points[i].X - points[kept - 1].X;
-    const double dy = points[i].Y - points[kept - 1].Y;
-    if (dx * dx + dy * dy >= kNear * kNear) points[kept++] = points[i];
+  std::vector<bool> kept(points.size(), false);
+  kept.front() = kept.back() = true;
+  std::vector<std::pair<std::size_t, std::size_t>> parts = {{0, points.size() - 1}};
+  while (!parts.empty()) {
+    const auto [first, last] = parts.back();
+    parts.pop_back();
+    std::size_t farthest = first;
+    double most = kNear;
+    for (std::size_t i = first + 1; i < last; ++i) {
+      const double off = OffLine(points[i], points[first], points[last]);
+      if (off <= most) continue;
+      most = off;
+      farthest = i;
+    }
+    if (farthest == first) continue;
+    kept[farthest] = true;
+    parts.emplace_back(first, farthest);
+    parts.emplace_back(farthest, last);
   }
-  points[kept++] = points.back();
-  points.resize(kept);
+  std::size_t count = 0;
+  for (std::size_t i = 0; i < points.size(); ++i) {
+    if (kept[i]) points[count++] = points[i];
+  }
+  points.resize(count);
   return points;
 }
 

@@ -30,6 +30,8 @@ struct Places {
   double PressLabelX = 0;   // right ends of the pressures
   double HeightLabelX = 0;  // right ends of the heights of pressure levels
   bool HasHeights = false;  // there is room for those
+  double CaptionY = 0;      // of what stands under the axis: the ground's values, the winds' ratio
+  double CaptionReach = 0;  // of the latter beyond the winds' column, to the left
   double MarkRoom = 0;      // at the frame's right edge inside, for marks without a gutter
 
   const Rect* Find(std::string_view region) const { return Page.Find(region); }
@@ -84,7 +86,8 @@ std::vector<Point> Isobar(const DiagramMapping& at, double press);
 std::optional<double> LeftEdgeY(const DiagramMapping& at, double press);
 std::optional<double> RightEdgeY(const DiagramMapping& at, double press);
 
-/// Without the points that lie closer than a tenth of a millimetre in print to the one before.
+/// Without the points that lie off the line between their neighbours by no more than a sixth of a
+/// pixel, a twentieth of a millimetre in print.
 std::vector<Point> Thinned(std::vector<Point> points);
 
 /// A height above sea level as the settings show it: relative to the station under "AGL".

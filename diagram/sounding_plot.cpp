@@ -143,6 +143,7 @@ void DrawTemperatureGrid(Plot& plot) {
   DrawSaturationAdiabats(plot);
   DrawDryAdiabats(plot);
   DrawIsotherms(plot);
+  plot.Page.EndGround();
 }
 
 void DrawTitles(Plot& plot) {

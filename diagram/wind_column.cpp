@@ -70,6 +70,13 @@ double FootX(double axis, const Rect& extent, const Rect& column) {
   return least <= most ? std::clamp(axis, least, most) : (least + most) / 2;
 }
 
+// The same up and down, for one that would leave the column at its end.
+double FootY(double y, const Rect& extent, const Rect& column) {
+  const double least = column.Top - std::min(0.0, extent.Top);
+  const double most = column.Bottom - std::max(0.0, extent.Bottom);
+  return least <= most ? std::clamp(y, least, most) : y;
+}
+
 // "th" as the column's caption has it for any number but one.
 std::string RatioCaption(int ratio) {
   return "Plotted every " + Shortest(ratio) + " th wind";
@@ -130,9 +137,10 @@ void DrawWindColumn(Plot& plot) {
   for (std::size_t i = 0; i < winds.size(); ++i) {
     if (!chosen[i]) continue;
     const PlacedWind& wind = winds[i];
-    const double foot = FootX(x, SymbolExtent(wind.Value, set), barbs);
-    DrawWindSymbol(plot.Page, {foot, wind.Y}, wind.Value, set, plot.Inks.Wind);
-    const std::string number = analysis::DirectionText(wind.Value.Dir) + "/" +
+    const Rect extent = SymbolExtent(wind.Value, set);
+    const Point foot{FootX(x, extent, barbs), FootY(wind.Y, extent, barbs)};
+    DrawWindSymbol(plot.Page, foot, wind.Value, set, plot.Inks.Wind);
+    const std::string number = analysis::ThreeDigits(wind.Value.Dir) + "/" +
                                Mask(ShownSpeed(wind.Value.Spd, set.Speed),
                                     set.Speed == SpeedUnits::Knots ? "##0" : "##0.0");
     if (hasNumbers && std::fabs(lastNumber - wind.Y) > 1.1 * kSmallText) {
@@ -148,8 +156,8 @@ void DrawWindColumn(Plot& plot) {
   const auto drawn = static_cast<double>(std::ranges::count(chosen, true));
   const int ratio = ToWhole(static_cast<double>(winds.size()) / drawn);
   if (ratio > 1) {
-    DrawText(plot.Page, "wind ratio", {column.Right, region->Bottom - 8 * kUnitsPerPixel},
-             RatioCaption(ratio), plot.Inks.Faint, kSmallText, AnchorX::Right);
+    DrawText(plot.Page, "wind ratio", {column.Right, plot.Where.CaptionY}, RatioCaption(ratio),
+             plot.Inks.Faint, kSmallText, AnchorX::Right);
   }
   // The limit of the winds: nothing is known above it.
   const double top = std::ranges::min_element(winds, {}, &PlacedWind::Y)->Y;

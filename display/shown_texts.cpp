@@ -59,7 +59,7 @@ std::string Texts::PressUnit() const {
 }
 
 std::string Texts::SpeedUnit() const {
-  return shown_.Set.Speed == SpeedUnits::Knots ? "kt" : "m/s";
+  return shown_.Set.Speed == SpeedUnits::Knots ? "kts" : "m/s";
 }
 
 std::string Texts::Speed(double knots) const {
@@ -68,7 +68,7 @@ std::string Texts::Speed(double knots) const {
 
 std::string Texts::Wind(const analysis::WindVector& wind) const {
   const analysis::Wind from = analysis::FromComponents(wind);
-  return analysis::DirectionText(from.Dir) + "/" + Speed(from.Spd);
+  return analysis::ThreeDigits(from.Dir) + "/" + Speed(from.Spd);
 }
 
 std::string Texts::Span(const LevelPoint& base, const LevelPoint& top) const {
@@ -93,7 +93,6 @@ SheetRow Texts::Index(std::string_view label, std::string_view name) const {
   const analysis::IndexValue* value = ValueOf(shown_, label);
   if (value == nullptr) return {};
   analysis::IndexUnits units = analysis::UnitsOf(shown_.Set, shown_.Record.ElevM);
-  units.KnotWord = "kt";
   analysis::ShownIndex index = analysis::ShowIndex(*value, units);
   // A scale in place of a unit says nothing behind a number.
   if (index.Unit.starts_with("1000 ")) index.Unit.clear();

@@ -36,9 +36,9 @@ class Texts {
   std::string Temp(double temp) const { return units_.Temp(temp); }
   std::string Press(const analysis::LevelPoint& level) const;
   std::string PressUnit() const;                             // " mb"
-  std::string Wind(const analysis::WindVector& wind) const;  // "240/12 kt"
-  std::string Speed(double knots) const;                     // "21 kt"
-  std::string SpeedUnit() const;                             // "kt"
+  std::string Wind(const analysis::WindVector& wind) const;  // "005/12 kts"
+  std::string Speed(double knots) const;                     // "21 kts"
+  std::string SpeedUnit() const;                             // "kts"
   /// "820 - 1320 m AGL"
   std::string Span(const analysis::LevelPoint& base, const analysis::LevelPoint& top) const;
   static std::string Number(double value, std::string_view mask, std::string_view unit);

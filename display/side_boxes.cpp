@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <iterator>
+#include <memory>
 #include <string>
 #include <utility>
 
@@ -359,11 +361,18 @@ std::vector<PageBox> PageBoxes(const Shown& shown) {
   std::vector<PageBox> boxes;
   const BlockInks inks = BlockInksFor(shown.Set);
   for (const SideBox& box : kBoxes) {
-    boxes.push_back({box.Name, [fill = box.Fill, shown, inks](Picture& page, const Rect& region) {
-                       const Rect inside{region.Left, region.Top + kBoxPadding / 2, region.Right,
-                                         region.Bottom - kBoxPadding / 2};
-                       DrawBlock(page, inside, fill(shown), inks);
-                     }});
+    const auto block = std::make_shared<const SheetBlock>(box.Fill(shown));
+    // Rows that flow stand two to a line in a column of the usual width.
+    const auto rows = static_cast<double>(block->Rows.size());
+    const double spared = block->Flows ? std::floor(rows / 2) : 0;
+    boxes.push_back({.Name = box.Name,
+                     .Draw =
+                         [block, inks](Picture& page, const Rect& region) {
+                           const Rect inside{region.Left, region.Top + kBoxPadding / 2,
+                                             region.Right, region.Bottom - kBoxPadding / 2};
+                           DrawBlock(page, inside, *block, inks);
+                         },
+                     .MostHeight = BoxHeight(LinesOf(*block) - spared)});
   }
   return boxes;
 }

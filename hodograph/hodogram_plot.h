@@ -39,7 +39,7 @@ Hodogram MakeHodogram(const SoundingRecord& sounding, const ViewSettings& option
 /// The trajectory's page for a surface. At an azimuth of 0 the view goes north; a tilt of 0 looks
 /// level, 90 straight down.
 Picture PlotHodogram(const Hodogram& hodogram, const Hodogram3DSettings& view,
-                     const Surface& surface = {12000, 9000});
+                     const Surface& surface);
 
 /// The view turned by degrees of azimuth and tilt: azimuth in [0, 360), tilt kept in -90 … 90.
 Hodogram3DSettings Turned(Hodogram3DSettings view, double azimuth, double tilt);

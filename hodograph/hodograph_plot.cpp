@@ -273,7 +273,7 @@ void DrawCaptions(Canvas& canvas, const Rings& rings, const Rect& place,
   const bool knots = canvas.Set().Speed == SpeedUnits::Knots;
   const double first = place.Top + place.Height() / 4;
   const double second = place.Bottom - place.Height() / 4;
-  const std::string step = "Rings every " + Shortest(rings.Step) + (knots ? " kt" : " m/s");
+  const std::string step = "Rings every " + Shortest(rings.Step) + (knots ? " kts" : " m/s");
   const std::string frame = StormFrame(canvas) ? " Storm" : "Ground";
   DrawText(canvas, "axis caption", {place.Left, first}, frame, kCaptionText);
   DrawText(canvas, "axis caption", {place.Left, second}, "Relative", kCaptionText);
@@ -533,6 +533,7 @@ void DrawHodographBox(Picture& page, const Rect& region, const HodographInput& i
   Rings rings = PlaceRings(canvas, region, winds);
   rings.LabelOnce = true;
   DrawBandNames(canvas, winds);
+  if (ShowsStorm(canvas)) AvoidStormVectors(canvas);
   DrawRings(page, canvas.At, rings, inks, AvoidTrace(canvas, Smoothed(winds)), canvas.Room);
   if (ShowsStorm(canvas)) {
     DrawStormVectors(canvas);

@@ -41,7 +41,7 @@ struct HodographPlot {
 };
 
 /// The hodograph's page for a surface: plot, analysis panel, legend and captions in their regions.
-HodographPlot PlotHodograph(const HodographInput& input, const Surface& surface = {12000, 9000});
+HodographPlot PlotHodograph(const HodographInput& input, const Surface& surface);
 
 /// The small hodograph of the diagram's page, drawn into a region of it after the options of its
 /// own. Nothing without any wind.

@@ -56,14 +56,27 @@ std::array<Point, 4> LabelledWays(const HodographMapping& at, const std::vector<
   return ways;
 }
 
+// The same for a single label: aslant between the axes, of which none then runs through it.
+std::array<Point, 4> AslantWays(const HodographMapping& at, const std::vector<Point>& trace) {
+  const double part = std::sqrt(0.5);
+  std::array<Point, 4> ways = {{{part, part}, {-part, part}, {-part, -part}, {part, -part}}};
+  const auto nearTrace = [&](Point way) {
+    return std::ranges::count_if(trace, [&](const Point& place) {
+      return (place.X - at.Center.X) * way.X > 0 && (place.Y - at.Center.Y) * way.Y > 0;
+    });
+  };
+  std::ranges::stable_sort(ways, {}, nearTrace);
+  return ways;
+}
+
 // Where a ring's label begins: on the best half axis that the ring still crosses, off the trace;
 // over the trace on the best of all only.
 std::optional<Point> LabelPlace(const HodographMapping& at, std::span<const Point> ways,
-                                double value, double radius, double width, LabelRoom& room) {
+                                double shift, double radius, double width, LabelRoom& room) {
   for (const bool overTrace : {false, true}) {
     for (const Point& way : ways) {
       const Point ring{at.Center.X + way.X * radius, at.Center.Y + way.Y * radius};
-      const double left = ring.X - RingLabelShift(value) * kDisplayUnit;
+      const double left = ring.X - shift;
       const Rect place{left - kRingGap, ring.Y - kRingText / 2, left + width + kRingGap / 3,
                        ring.Y + kRingText / 2};
       const bool isLegible = room.IsOffLines(place) || (overTrace && &way == ways.data());
@@ -107,7 +120,8 @@ void DrawRings(Picture& page, const HodographMapping& at, const Rings& rings, co
               inks.Axis);
   const double perShown = at.Scale * KnotsOf(1, rings.Units);
   const double farthest = rings.Outer > 0 ? rings.Outer : FarthestCorner(at) / perShown;
-  const std::array<Point, 4> ways = LabelledWays(at, trace);
+  const std::array<Point, 4> ways =
+      rings.LabelOnce ? AslantWays(at, trace) : LabelledWays(at, trace);
   std::vector<double> values;
   for (int i = 1; i * rings.Step < farthest + kAlmost; ++i) values.push_back(i * rings.Step);
   // A fixed limit between two steps has its own ring.
@@ -123,9 +137,10 @@ void DrawRings(Picture& page, const HodographMapping& at, const Rings& rings, co
   if (rings.LabelOnce && values.size() > 1) std::swap(values[0], values[1]);
   for (const double value : values) {
     std::string text = Mask(value, "##0");
-    if (rings.LabelOnce) text += rings.Units == SpeedUnits::Knots ? " kt" : " m/s";
-    const std::optional<Point> place =
-        LabelPlace(at, ways, value, value * perShown, TextWidth(text, kRingText), room);
+    if (rings.LabelOnce) text += rings.Units == SpeedUnits::Knots ? " kts" : " m/s";
+    const double width = TextWidth(text, kRingText);
+    const double shift = rings.LabelOnce ? width / 2 : RingLabelShift(value) * kDisplayUnit;
+    const std::optional<Point> place = LabelPlace(at, ways, shift, value * perShown, width, room);
     if (!place) continue;
     page.Add(
         "ring label",

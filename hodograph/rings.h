@@ -26,7 +26,7 @@ struct Rings {
   double Step = 10;  // display unit
   double Outer = 0;  // display unit; 0: as far as the frame reaches
   SpeedUnits Units = SpeedUnits::Knots;
-  bool LabelOnce = false;  // one ring alone, with its unit: "20 kt"
+  bool LabelOnce = false;  // one ring alone, with its unit: "20 kts"
 };
 
 /// Draws axes and rings; the labels stand on the half axis that has room and is least crossed by

@@ -75,6 +75,10 @@ std::string_view UnitOf(const DisplaySettings& options) {
   return options.Speed == SpeedUnits::Knots ? " kts" : " m/s";
 }
 
+void AvoidVector(Canvas& canvas, const WindVector& motion) {
+  canvas.Room.AvoidLine({canvas.At.ToPoint({}), canvas.At.ToPoint(motion)}, 30);
+}
+
 void DrawMover(Canvas& canvas, bool right, bool chosen) {
   const analysis::StormMotionResults& storm = canvas.In.Storm();
   const std::optional<analysis::Mover>& mover = right ? storm.Right : storm.Left;
@@ -84,7 +88,7 @@ void DrawMover(Canvas& canvas, bool right, bool chosen) {
   const std::string_view tag = chosen ? "storm vector" : "other storm vector";
   DrawArrow(canvas, tag, {}, mover->Motion, pen);
   DrawName(canvas, tag, mover->Motion, std::string(name), pen.Ink, Ahead(mover->Motion));
-  canvas.Room.AvoidLine({canvas.At.ToPoint({}), canvas.At.ToPoint(mover->Motion)}, 30);
+  AvoidVector(canvas, mover->Motion);
   canvas.Legend.push_back({"Storm Vector (" + std::string(name) + ")", pen});
   AddSpot(canvas, tag, mover->Motion,
           "Storm Vector (" + std::string(name) +
@@ -146,6 +150,12 @@ void DrawStormVectors(Canvas& canvas) {
   const bool rightFirst = canvas.In.Storm().RightIsChosen;
   DrawMover(canvas, rightFirst, true);
   DrawMover(canvas, !rightFirst, false);
+}
+
+void AvoidStormVectors(Canvas& canvas) {
+  for (const auto* mover : {&canvas.In.Storm().Right, &canvas.In.Storm().Left}) {
+    if (*mover) AvoidVector(canvas, (*mover)->Motion);
+  }
 }
 
 void DrawMeanWinds(Canvas& canvas) {

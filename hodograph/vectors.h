@@ -52,6 +52,8 @@ void DrawSquare(Canvas& canvas, std::string_view tag, Point at, const Pen& pen);
 
 /// The movers with their heads at their motions; the chosen one first, so that it leads the legend.
 void DrawStormVectors(Canvas& canvas);
+/// Keeps texts that are written before them off their lines.
+void AvoidStormVectors(Canvas& canvas);
 void DrawMeanWinds(Canvas& canvas);
 void DrawShearLayer(Canvas& canvas);
 /// The index of the propagation of mesoscale elements as a vector; empty where there is none.

@@ -54,7 +54,7 @@ struct WavePlot {
 };
 
 /// The diagram's page.
-WavePlot PlotWaves(const WavePlotInput& input, const Surface& surface = {12000, 9000});
+WavePlot PlotWaves(const WavePlotInput& input, const Surface& surface);
 
 /// What the pointer reads: "Vertical velocity 2.3 m/s, 4.1 km downstream, 3000 m"; empty outside
 /// the diagram.

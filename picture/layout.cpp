@@ -18,9 +18,11 @@ constexpr double kLeastBeneath = 0.3;
 constexpr double kMostBeneath = 0.45;
 constexpr double kPackStep = 10 * kUnitsPerPixel;
 // A side column widens with the page, up to this many times its least width.
-constexpr double kColumnShare = 0.24;
-constexpr double kMostWidening = 1.35;
-constexpr double kMostWideningOfTwo = 1.8;
+constexpr double kColumnShare = 0.275;
+constexpr double kMostWidening = 1.55;
+constexpr double kMostWideningOfTwo = 2.4;
+// Of a side column, for the pictures in it before boxes of values take more than their least.
+constexpr double kPictureShare = 1.0 / 3;
 // A main region gains nothing by being wider or higher than this.
 constexpr double kUsefulWide = 1.3;
 constexpr double kUsefulHigh = 1.2;
@@ -66,18 +68,36 @@ void FillColumn(const Rows& boxes, const Rect& column, std::vector<Region>& regi
     heights.push_back(box.LeastHeight);
     spare -= box.LeastHeight;
   }
-  // Square ones first, since they end at their width; the rest shares what they leave.
-  for (const bool square : {true, false}) {
-    double shares = 0;
-    for (const RegionRow& box : boxes) shares += box.IsSquare == square ? box.Stretch : 0;
-    if (shares <= 0 || spare <= 0) continue;
-    const double room = spare;
-    for (std::size_t i = 0; i < boxes.size(); ++i) {
-      if (boxes[i].IsSquare != square || boxes[i].Stretch <= 0) continue;
-      double more = room * boxes[i].Stretch / shares;
-      if (square) more = std::clamp(column.Width() - heights[i], 0.0, more);
-      heights[i] += more;
-      spare -= more;
+  // A picture first grows to its share of the column, then boxes of values to all that they have to
+  // say, then the picture to its width.
+  const auto most = [&](std::size_t i, double squares) {
+    if (boxes[i].Stretch <= 0) return heights[i];
+    if (boxes[i].IsSquare) return std::max(heights[i], std::min(column.Width(), squares));
+    return boxes[i].MostHeight > 0 ? std::max(heights[i], boxes[i].MostHeight) : column.Height();
+  };
+  struct Phase {
+    bool IsOfSquares;
+    double MostSquare;
+  };
+  for (const Phase& phase : {Phase{true, kPictureShare * column.Height()}, Phase{false, 0},
+                             Phase{true, column.Height()}}) {
+    // What one leaves goes to the others.
+    for (bool grows = true; grows;) {
+      grows = false;
+      double shares = 0;
+      for (std::size_t i = 0; i < boxes.size(); ++i) {
+        const bool joins = boxes[i].IsSquare == phase.IsOfSquares;
+        if (joins && heights[i] < most(i, phase.MostSquare)) shares += boxes[i].Stretch;
+      }
+      const double room = std::max(0.0, spare);
+      for (std::size_t i = 0; i < boxes.size(); ++i) {
+        const double end = most(i, phase.MostSquare);
+        if (boxes[i].IsSquare != phase.IsOfSquares || heights[i] >= end) continue;
+        const double more = std::min(room * boxes[i].Stretch / shares, end - heights[i]);
+        grows = grows || (more > 1 && more == end - heights[i]);
+        heights[i] += more;
+        spare -= more;
+      }
     }
   }
   double y = column.Top;
@@ -141,12 +161,14 @@ bool CutBeneath(const Rows& boxes, double most, Rect& rest, std::vector<Region>&
   return false;
 }
 
-// The side block right of the rest; two columns share the boxes evenly.
-bool CutBesides(const Rows& boxes, int columns, double pageWidth, Rect& rest,
+// The side block right of the rest; two columns share the boxes evenly. It widens with the page, so
+// much of what it may.
+bool CutBesides(const Rows& boxes, int columns, double pageWidth, double widened, Rect& rest,
                 std::vector<Region>& regions) {
   const double least = WidestOf(boxes);
   const double widening = columns == 1 ? kMostWidening : kMostWideningOfTwo;
-  const double width = std::clamp(kColumnShare * pageWidth, least, widening * least);
+  const double widest = std::clamp(kColumnShare * pageWidth, least, widening * least);
+  const double width = least + widened * (widest - least);
   double needed = 0;
   for (const RegionRow& box : boxes) needed += box.LeastHeight + kRegionGap;
   std::optional<std::vector<Rows>> packed;
@@ -163,13 +185,17 @@ bool CutBesides(const Rows& boxes, int columns, double pageWidth, Rect& rest,
 }
 
 /// The page cut for these rows; empty when they do not fit.
-std::optional<Cut> TryCut(const Rect& page, const Rows& rows, Arrangement arrangement) {
+std::optional<Cut> TryCut(const Rect& page, const Rows& rows, Arrangement arrangement,
+                          double widened) {
   Cut cut;
   Rect rest = page;
-  for (const RegionRow& row : RowsAt(rows, Place::Foot)) {
-    cut.Regions.push_back({row.Name, TakeBottom(rest, row.LeastHeight)});
-  }
+  const auto takeFoot = [&] {
+    for (const RegionRow& row : RowsAt(rows, Place::Foot)) {
+      cut.Regions.push_back({row.Name, TakeBottom(rest, row.LeastHeight)});
+    }
+  };
   const Rows boxes = RowsAt(rows, Place::Side);
+  if (arrangement == Arrangement::Beneath) takeFoot();
   bool isBeside = false;
   if (!boxes.empty() && arrangement == Arrangement::Beneath) {
     const double share =
@@ -177,9 +203,13 @@ std::optional<Cut> TryCut(const Rect& page, const Rows& rows, Arrangement arrang
     if (!CutBeneath(boxes, share * page.Height(), rest, cut.Regions)) return std::nullopt;
   } else if (!boxes.empty()) {
     const int columns = arrangement == Arrangement::TwoColumns ? 2 : 1;
-    if (!CutBesides(boxes, columns, page.Width(), rest, cut.Regions)) return std::nullopt;
+    if (!CutBesides(boxes, columns, page.Width(), widened, rest, cut.Regions)) {
+      return std::nullopt;
+    }
     isBeside = true;
   }
+  // Boxes beside go down to the page's edge.
+  if (arrangement != Arrangement::Beneath) takeFoot();
   for (const RegionRow& row : RowsAt(rows, Place::Above)) {
     cut.Regions.push_back({row.Name, TakeTop(rest, row.LeastHeight)});
   }
@@ -197,12 +227,23 @@ std::optional<Cut> TryCut(const Rect& page, const Rows& rows, Arrangement arrang
     if (rest.Width() < row.LeastWidth || rest.Height() < row.LeastHeight) return std::nullopt;
     cut.Regions.push_back({row.Name, rest});
   }
+  double least = 0;
   if (isBeside) {
-    const double least = arrangement == Arrangement::TwoColumns ? kTwoColumnAspect : kLeastAspect;
-    if (rest.Width() < least * rest.Height()) return std::nullopt;
+    least = arrangement == Arrangement::TwoColumns ? kTwoColumnAspect : kLeastAspect;
   }
+  for (const RegionRow& row : beside) least = std::max(least, row.MainAspect);
+  if (rest.Width() < least * rest.Height()) return std::nullopt;
   cut.Main = rest;
   return cut;
+}
+
+/// The same with a side block that is as wide as the main region allows.
+std::optional<Cut> TryCut(const Rect& page, const Rows& rows, Arrangement arrangement) {
+  for (const double widened : {1.0, 0.5, 0.0}) {
+    if (auto cut = TryCut(page, rows, arrangement, widened)) return cut;
+    if (arrangement == Arrangement::Beneath) break;
+  }
+  return std::nullopt;
 }
 
 double UsefulArea(const Rect& main) {
@@ -249,8 +290,8 @@ Arranged Arrange(const Rect& page, std::span<const RegionRow> rows, Arrangement 
 // A region more is worth this share of the page for the main one.
 constexpr double kRegionWorth = 0.3;
 
-// On a page wider than this for its height boxes beneath would flatten the main region: they go there
-// only when two of them found no room at its side.
+// On a page wider than this for its height boxes beneath would flatten the main region: they go
+// there only when two of them found no room at its side.
 constexpr double kWide = 1.4;
 
 double Worth(const Arranged& made, const Rect& page) {
@@ -315,6 +356,10 @@ std::vector<RegionRow> RowsFor(std::span<const RegionRow> rows, std::span<const 
       const auto box = std::ranges::find(boxes, row.Name, &PageBox::Name);
       if (box == boxes.end()) continue;
       if (box->LeastHeight > 0) row.LeastHeight = box->LeastHeight;
+      if (box->MostHeight > 0) {
+        row.MostHeight = box->MostHeight;
+        row.LeastHeight = std::min(row.LeastHeight, row.MostHeight);
+      }
     }
     shown.push_back(row);
   }

@@ -22,7 +22,7 @@ enum class Place {
   Under,   // a strip under it
   Beside,  // a column at its right, as high as it
   Side,    // a box of the side block
-  Foot     // a strip along the lower edge of the page
+  Foot     // a strip along the lower edge, beside which the side block goes on
 };
 
 /// Heights of strips and widths of columns are their least sizes; boxes are as wide as their block
@@ -35,7 +35,9 @@ struct RegionRow {
   int Priority = 0;  // 0 stays longest
   /// Share of the room that is left over in a box's column; 0 keeps the least height.
   double Stretch = 0;
-  bool IsSquare = false;         // stretches no further than its width
+  double MostHeight = 0;  // of all that a box has to say: it stretches no further; 0 knows no end
+  bool IsSquare = false;  // stretches behind the others, and no further than its width
+  double MainAspect = 0;  // a column stays only where the main region is so wide for its height
   std::string_view Caption{};    // in the line of what is left out
   std::string_view Elsewhere{};  // where the same is told when it is left out, "F4"
 };
@@ -66,6 +68,7 @@ struct PageBox {
   std::string_view Name{};  // of its region
   std::function<void(Picture&, const Rect&)> Draw{};
   double LeastHeight = 0;  // 0: as the table of regions has it
+  double MostHeight = 0;   // with which all of it is shown; 0: as the table has it
 };
 
 /// The rows of a layout without the side boxes that nobody fills, with the heights that the others

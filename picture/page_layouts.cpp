@@ -10,14 +10,18 @@ constexpr double kBoxWidth = Px(264);
 
 // The regions of every layout of the diagram.
 constexpr RegionRow kTitle{
-    .Name = "title", .At = Place::Above, .LeastHeight = Px(44), .Priority = 1};
+    .Name = "title", .At = Place::Above, .LeastHeight = Px(28), .Priority = 1};
 constexpr RegionRow kDiagram{
     .Name = "diagram", .At = Place::Main, .LeastWidth = Px(250), .LeastHeight = Px(200)};
-constexpr RegionRow kGutter{
-    .Name = "marks", .At = Place::Beside, .LeastWidth = Px(172), .Priority = 4};
-constexpr RegionRow kWind{.Name = "wind", .At = Place::Beside, .LeastWidth = Px(76), .Priority = 3};
+// Without it the marks stand inside the frame: on a narrow page the boxes are worth more.
+constexpr RegionRow kGutter{.Name = "marks",
+                            .At = Place::Beside,
+                            .LeastWidth = Px(128),
+                            .Priority = 14,
+                            .MainAspect = 0.95};
+constexpr RegionRow kWind{.Name = "wind", .At = Place::Beside, .LeastWidth = Px(64), .Priority = 3};
 constexpr RegionRow kWindNumbers{
-    .Name = "wind", .At = Place::Beside, .LeastWidth = Px(136), .Priority = 3};
+    .Name = "wind", .At = Place::Beside, .LeastWidth = Px(124), .Priority = 3};
 constexpr RegionRow kLegend{
     .Name = "legend", .At = Place::Under, .LeastHeight = Px(18), .Priority = 5};
 constexpr RegionRow kFullLegend{
@@ -40,20 +44,20 @@ constexpr RegionRow Box(std::string_view name, double lines, int priority, std::
 constexpr RegionRow kHodograph{.Name = "hodograph",
                                .At = Place::Side,
                                .LeastWidth = kBoxWidth,
-                               .LeastHeight = Px(200),
+                               .LeastHeight = Px(196),
                                .Priority = 10,
                                .Stretch = 1,
                                .IsSquare = true,
                                .Caption = "hodograph",
                                .Elsewhere = "menu Displays"};
-constexpr RegionRow kStorm = Box("storm", 7, 11, "storm motion", "hodograph window");
-constexpr RegionRow kParcels = Box("parcels", 7, 9, "parcels", "F4");
-constexpr RegionRow kIndices = Box("indices", 8, 12, "indices", "F4", 1);
-constexpr RegionRow kLayers = Box("layers", 6, 13, "lapse rates and layers", "menu Displays", 1);
+constexpr RegionRow kStorm = Box("storm", 7, 12, "storm motion", "hodograph window");
+constexpr RegionRow kParcels = Box("parcels", 7, 9, "parcels", "F4", 1);
+constexpr RegionRow kIndices = Box("indices", 6, 11, "indices", "F4", 3);
+constexpr RegionRow kLayers = Box("layers", 5, 13, "lapse rates and layers", "menu Displays", 2);
 // For very wide pages; elsewhere nobody misses it.
 constexpr RegionRow kWeather = Box("weather", 9, 20, "", "", 1);
 constexpr RegionRow kLines = Box("lines", 12, 4, "what each line says", "F1", 1);
-constexpr RegionRow kAnalysis = Box("analysis", 22, 11, "analysis", "F4", 1);
+constexpr RegionRow kAnalysis = Box("analysis", 16, 11, "analysis", "F4", 1);
 
 constexpr std::array kDiagramRegions = {kTitle,  kDiagram, kGutter,    kWind,
                                         kLegend, kStatus,  kHodograph, kAnalysis};

@@ -3,8 +3,10 @@
 // written as SVG text for files and tests.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -69,6 +71,7 @@ enum class Face { Sans, Mono };
 struct Polyline {
   std::vector<Point> Points{};
   Pen Stroke{};
+  bool operator==(const Polyline&) const = default;
 };
 
 /// A filled polygon of one or more rings; overlapping rings cut holes (even-odd rule).
@@ -76,6 +79,7 @@ struct Area {
   std::vector<std::vector<Point>> Rings{};
   Brush Fill{};
   Pen Stroke{};
+  bool operator==(const Area&) const = default;
 };
 
 struct Circle {
@@ -83,6 +87,7 @@ struct Circle {
   double Radius = 0;
   Brush Fill{};
   Pen Stroke{};
+  bool operator==(const Circle&) const = default;
 };
 
 struct Label {
@@ -96,6 +101,7 @@ struct Label {
   bool Bold = false;
   double Angle = 0;        // degrees, turned anticlockwise about At
   Color Halo{0, 0, 0, 0};  // drawn around the letters where it is not transparent
+  bool operator==(const Label&) const = default;
 };
 
 class Picture;
@@ -105,7 +111,8 @@ class HeldPicture {
  public:
   HeldPicture() = default;
   HeldPicture(Picture picture);
-  const Picture* Get() const { return held_.get(); }  // null when nothing is held
+  const Picture* Get() const { return held_.get(); }    // null when nothing is held
+  bool operator==(const HeldPicture&) const = default;  // the same one
 
  private:
   std::shared_ptr<const Picture> held_{};
@@ -115,11 +122,13 @@ class HeldPicture {
 struct Inset {
   Rect Place{};
   HeldPicture Content{};
+  bool operator==(const Inset&) const = default;
 };
 
 struct Item {
   std::string Tag{};
   std::variant<Polyline, Area, Circle, Label, Inset> Shape{};
+  bool operator==(const Item&) const = default;
 };
 
 /// A region that answers the pointer with a text.
@@ -139,12 +148,15 @@ class Picture {
   void Add(std::string_view tag, Shape shape) {
     items_.push_back(Item{std::string(tag), std::move(shape)});
   }
+  /// What was added so far changes seldom: a painter may keep it from one picture to the next.
+  void EndGround() { ground_ = items_.size(); }
   void AddHotSpot(HotSpot spot) { hotSpots_.push_back(std::move(spot)); }
 
   double Width() const { return width_; }
   double Height() const { return height_; }
   Color Paper() const { return paper_; }
   const std::vector<Item>& Items() const { return items_; }
+  std::span<const Item> Ground() const { return std::span(items_).first(ground_); }
   const std::vector<HotSpot>& HotSpots() const { return hotSpots_; }
 
  private:
@@ -152,6 +164,7 @@ class Picture {
   double height_ = 0;
   Color paper_{255, 255, 255};
   std::vector<Item> items_{};
+  std::size_t ground_ = 0;
   std::vector<HotSpot> hotSpots_{};
 };
 

@@ -65,12 +65,12 @@ constexpr double LetterSize(Type step) {
 }
 
 /// From one line of a box of values to the next, and what a box keeps free on every side.
-inline constexpr double kLineStep = 18 * kUnitsPerPixel;
+inline constexpr double kLineStep = 17 * kUnitsPerPixel;
 inline constexpr double kBoxPadding = 8 * kUnitsPerPixel;
 
 /// Height of a box of so many lines.
 constexpr double BoxHeight(double lines) {
-  return lines * kLineStep + 2 * kBoxPadding;
+  return lines * kLineStep + kBoxPadding;
 }
 
 }  // namespace vexa

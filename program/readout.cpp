@@ -41,7 +41,7 @@ std::string TempsText(double temp, double dewpt, TempUnits units) {
 }
 
 std::string WindText(const analysis::Wind& wind, SpeedUnits units) {
-  const std::string from = analysis::DirectionText(wind.Dir) + "/";
+  const std::string from = analysis::ThreeDigits(wind.Dir) + "/";
   return units == SpeedUnits::Knots ? from + Mask(wind.Spd, "##0") + " kts"
                                     : from + Mask(ShownIn(wind.Spd, units), "##0.0") + " m/s";
 }

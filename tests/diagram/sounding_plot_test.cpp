@@ -357,9 +357,9 @@ TEST(SoundingPlot, ComparesAndOverlays) {
   EXPECT_TRUE(titles[0].starts_with("#1 - Reference A, convective // 35.2N 97.4W // CAPE total "));
   EXPECT_EQ(titles[1], "#2 - Reference B, winter // 45.0N 8.0E");
   EXPECT_EQ(Tagged(plot.Page, "other temperature").size(), 1u);
-  // 3000 m and 5000 m in feet: 9842.5 and 16404.2.
+  // In the unit of all heights.
   EXPECT_EQ(Texts(plot.Page, "front label"),
-            (std::vector<std::string>{"Warm Front 16404 ft ", "Cold Front 9843 ft "}));
+            (std::vector<std::string>{"Warm Front 5000 m", "Cold Front 3000 m"}));
   EXPECT_EQ(Texts(plot.Page, "hold time"),
             std::vector<std::string>{"Image hold time: 1.5 seconds."});
   const auto caption = Tagged(plot.Page, "configuration");

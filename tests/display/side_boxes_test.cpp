@@ -134,12 +134,12 @@ TEST(SideBoxes, TellStormMotionAndShear) {
   const SheetRow* shear = RowOf(storm, "Shear");
   EXPECT_EQ(shear->Value, "21");
   EXPECT_EQ(shear->More[1].Text, "55");
-  EXPECT_EQ(RowOf(storm, "Mean 0-6 km")->Value, "217/30 kt");
+  EXPECT_EQ(RowOf(storm, "Mean 0-6 km")->Value, "217/30 kts");
   EXPECT_EQ(RowOf(storm, "Right mover")->Note, "");
   options.MotionMode = Scaling::Manual;
   results = analysis::Analyse(sounding, options);
   const SheetBlock manual = BlockOf("storm", {sounding, results, options, table});
-  EXPECT_EQ(RowOf(manual, "Right mover")->Value, "240/25 kt");
+  EXPECT_EQ(RowOf(manual, "Right mover")->Value, "240/25 kts");
   EXPECT_EQ(RowOf(manual, "Right mover")->Note, "manual");
 }
 

@@ -10,6 +10,8 @@
 namespace vexa::hodograph {
 namespace {
 
+constexpr Surface kPage = ImageSurface(1000, 750);
+
 // A west wind of 10 kt carries a balloon that rises 3000 m at 5 m/s for 600 s: 3086.4 m eastwards;
 // then 20 kt from the south for 200 s.
 TEST(Trajectory, IsCarriedByTheMeanWindOfEachLayer) {
@@ -63,7 +65,7 @@ TEST(Hodogram, ViewsFromAllSides) {
     Hodogram3DSettings view;
     view.Azimuth = c.azimuth;
     view.Tilt = c.tilt;
-    const Picture page = PlotHodogram(hodogram, view);
+    const Picture page = PlotHodogram(hodogram, view, kPage);
     const Point start = StartOf(page, "trajectory");
     const Point end = EndOf(page, "trajectory");
     EXPECT_EQ(sign(end.X - start.X), c.right);
@@ -82,7 +84,7 @@ TEST(Hodogram, StaysOnThePageFromEverySide) {
     for (int tilt = -90; tilt <= 90; tilt += 15) {
       view.Azimuth = azimuth;
       view.Tilt = tilt;
-      const Picture page = PlotHodogram(hodogram, view);
+      const Picture page = PlotHodogram(hodogram, view, kPage);
       for (const Item& item : page.Items()) {
         const auto* line = std::get_if<Polyline>(&item.Shape);
         if (line == nullptr) continue;
@@ -98,7 +100,7 @@ TEST(Hodogram, StaysOnThePageFromEverySide) {
 TEST(Hodogram, FewWindsGiveASentence) {
   for (const SoundingRecord& sounding : {test::Profile({}), test::Profile({}, {{0, 200, 10}}),
                                          test::Profile({}, {{0, 360, 0}, {9000, 360, 0}})}) {
-    const Picture page = PlotHodogram(MakeHodogram(sounding, {}), {});
+    const Picture page = PlotHodogram(MakeHodogram(sounding, {}), {}, kPage);
     const bool told =
         std::ranges::any_of(page.Items(), [](const Item& item) { return item.Tag == "remark"; });
     EXPECT_EQ(told, sounding.NumWindLevels() < 2);

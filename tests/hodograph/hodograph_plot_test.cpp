@@ -30,7 +30,8 @@ HodographPlot Draw(const SoundingRecord& sounding, const Options& options,
                         .Results = results,
                         .Set = options,
                         .Window = window,
-                        .Compared = std::move(compared)});
+                        .Compared = std::move(compared)},
+                       ImageSurface(1000, 750));
 }
 
 std::vector<std::string> Texts(const Picture& page, std::string_view tag) {

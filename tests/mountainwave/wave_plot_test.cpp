@@ -14,6 +14,8 @@
 namespace vexa::mountainwave {
 namespace {
 
+constexpr Surface kPage = ImageSurface(1000, 750);
+
 struct Scene {
   SoundingRecord Sounding = test::ReferenceWinter();
   Site Mountains{};
@@ -54,7 +56,7 @@ TEST(WavePlot, MappingRunsBothWays) {
 
 TEST(WavePlot, ShowsWhatIsAskedFor) {
   Scene scene;
-  const WavePlot all = PlotWaves(scene.Input());
+  const WavePlot all = PlotWaves(scene.Input(), kPage);
   EXPECT_EQ(CountOf(all.Page, "terrain"), 1);
   EXPECT_EQ(CountOf(all.Page, "interface"), 2);  // 880 and 250 hPa
   EXPECT_GT(CountOf(all.Page, "updraught"), 20);
@@ -65,7 +67,7 @@ TEST(WavePlot, ShowsWhatIsAskedFor) {
   EXPECT_EQ(CountOf(all.Page, "Scorer parameter"), 1);
   scene.Set.LabelsOnly = true;
   scene.Set.WindProfile = scene.Set.ScorerProfile = false;
-  const WavePlot labels = PlotWaves(scene.Input());
+  const WavePlot labels = PlotWaves(scene.Input(), kPage);
   for (const char* tag : {"updraught", "streamline", "rotor", "normal wind", "Scorer parameter"}) {
     EXPECT_EQ(CountOf(labels.Page, tag), 0) << tag;
   }
@@ -93,18 +95,18 @@ TEST(WavePlot, SaysWhyThereIsNothing) {
   scene.Sounding.WindHgt.Clear();
   scene.Sounding.WindDir.Clear();
   scene.Sounding.WindSpd.Clear();
-  const WavePlot plot = PlotWaves(scene.Input());
+  const WavePlot plot = PlotWaves(scene.Input(), kPage);
   EXPECT_EQ(CountOf(plot.Page, "remark"), 2);
   EXPECT_EQ(CountOf(plot.Page, "streamline"), 0);
   scene.Sounding = {};
-  EXPECT_EQ(CountOf(PlotWaves(scene.Input()).Page, "remark"), 2);
+  EXPECT_EQ(CountOf(PlotWaves(scene.Input(), kPage).Page, "remark"), 2);
 }
 
 TEST(WavePlot, PointerReadsTheField) {
   Scene scene;
   scene.Set.Units = kMetricUnits;
   const WavePlotInput input = scene.Input();
-  const WavePlot plot = PlotWaves(input);
+  const WavePlot plot = PlotWaves(input, kPage);
   EXPECT_EQ(ReadWaves(input, plot.At, {plot.At.Frame().Left - 1, 5000}), "");
   // Half a wavelength behind the ridge the air rises fastest, 11.07 m/s where sin μz is 1: at
   // π/2μ = 0.775 km (μ = √5.721·sin 57.96°), 895 m above the sea.

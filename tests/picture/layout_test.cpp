@@ -86,7 +86,8 @@ TEST(CutPage, BoxesGoRightOnWidePagesAndBeneathOnTallOnes) {
   EXPECT_EQ(hodograph(1280, 800), "right");
   EXPECT_EQ(hodograph(1920, 1080), "right");
   EXPECT_EQ(hodograph(3440, 1440), "right");
-  EXPECT_EQ(hodograph(800, 600), "beneath");
+  EXPECT_EQ(hodograph(800, 600), "right");
+  EXPECT_EQ(hodograph(700, 800), "beneath");
   EXPECT_EQ(hodograph(900, 1400), "beneath");
   EXPECT_EQ(hodograph(794, 1123), "beneath");
   EXPECT_EQ(hodograph(320, 240), "none");

@@ -104,7 +104,8 @@ TEST_F(OpenFormats, WindsAloneHaveADiagramAndAHodograph) {
     EXPECT_FALSE(IsEnabled(row, program));
     EXPECT_EQ(HintOf(row, program), "(severe weather) needs a sounding with temperatures");
   }
-  const hodograph::HodographPlot plot = hodograph::PlotHodograph(HodographOf(program, program.Set));
+  const hodograph::HodographPlot plot =
+      hodograph::PlotHodograph(HodographOf(program, program.Set), ImageSurface(1000, 750));
   EXPECT_FALSE(plot.Page.Items().empty());
 }
 

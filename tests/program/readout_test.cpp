@@ -57,7 +57,7 @@ TEST(ReadDiagram, InvertsTheMappingOfThePicture) {
 }
 
 TEST(Readout, WindsReadAlikeInEveryUnit) {
-  EXPECT_EQ(WindText({30.6, 4.6}, SpeedUnits::Knots), "31/5 kts");
+  EXPECT_EQ(WindText({30.6, 4.6}, SpeedUnits::Knots), "031/5 kts");
   EXPECT_EQ(WindText({330, 10}, SpeedUnits::MetersPerSecond), "330/5.1 m/s");  // 10 x 0.5144
   EXPECT_EQ(WindText({0.2, 30}, SpeedUnits::Knots), "360/30 kts");
 }
