@@ -19,13 +19,16 @@ constexpr double kCursorStride = 150;
 
 }  // namespace
 
-DiagramView::DiagramView(QWidget* parent) : QWidget(parent) {
+DiagramView::DiagramView(QWidget* parent)
+    : QWidget(parent), ground_(std::make_unique<paint::KeptGround>()) {
   setAccessibleName(QStringLiteral("Sounding diagram"));
   setMouseTracking(true);
   setFocusPolicy(Qt::StrongFocus);
   setAttribute(Qt::WA_OpaquePaintEvent);
   setCursor(Qt::CrossCursor);
 }
+
+DiagramView::~DiagramView() = default;
 
 void DiagramView::Show(const Picture* picture) {
   picture_ = picture;
@@ -79,7 +82,7 @@ void DiagramView::paintEvent(QPaintEvent*) {
   }
   const Color paper = picture_->Paper();
   painter.fillRect(rect(), QColor(paper.Red, paper.Green, paper.Blue));
-  paint::Paint(*picture_, painter, rect());
+  paint::Paint(*picture_, painter, rect(), ground_.get());
   if (over_ != nullptr) paint::Paint(*over_, painter, rect());
   if (cursor_) {
     const PageFit fit =

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <QPointF>
 #include <QWidget>
@@ -13,9 +14,14 @@
 
 namespace vexa {
 
+namespace paint {
+class KeptGround;
+}
+
 class DiagramView : public QWidget {
  public:
   explicit DiagramView(QWidget* parent = nullptr);
+  ~DiagramView() override;
 
   /// The picture to show, or null; it must stay until the next one is set.
   void Show(const Picture* picture);
@@ -62,6 +68,7 @@ class DiagramView : public QWidget {
 
   const Picture* picture_ = nullptr;
   const Picture* over_ = nullptr;
+  std::unique_ptr<paint::KeptGround> ground_;
   std::optional<Point> cursor_{};  // of the arrow keys, on the page
   std::function<void(std::optional<Point>)> pointed_{};
   std::function<void()> whenPainted_{};

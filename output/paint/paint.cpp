@@ -18,6 +18,7 @@
 #include <QString>
 #include <QTransform>
 #include <QVarLengthArray>
+#include <span>
 #include <variant>
 #include <vector>
 
@@ -63,7 +64,12 @@ class Painter {
     hairline_ = std::max(1 / toDevice_, kHairlinePt / kPointsPerInch * dpi_);
   }
 
-  void Page(const Picture& picture, const QRectF& target) {
+  /// The page, or without its ground where that is painted already, or that alone.
+  enum class Part { All, Ground, Rest };
+
+  bool IsRaster() const { return isRaster_; }
+
+  void Page(const Picture& picture, const QRectF& target, Part part = Part::All) {
     const PageFit fit = FitPage(picture.Width(), picture.Height(),
                                 {target.left(), target.top(), target.right(), target.bottom()});
     if (fit.Scale <= 0) return;
@@ -76,9 +82,13 @@ class Painter {
     const QRectF page(left_, top_, picture.Width() * scale_, picture.Height() * scale_);
     painter_.save();
     painter_.setClipRect(page, Qt::IntersectClip);
-    painter_.fillRect(page, ToColor(picture.Paper()));
+    if (part != Part::Rest) painter_.fillRect(page, ToColor(picture.Paper()));
     ForgetState();
-    for (const Item& item : picture.Items()) {
+    const std::span<const Item> ground = picture.Ground();
+    std::span<const Item> items = picture.Items();
+    if (part == Part::Ground) items = ground;
+    if (part == Part::Rest) items = items.subspan(ground.size());
+    for (const Item& item : items) {
       std::visit([this](const auto& shape) { Draw(shape); }, item.Shape);
     }
     painter_.restore();
@@ -380,9 +390,61 @@ class Painter {
 
 }  // namespace
 
-void Paint(const Picture& picture, QPainter& painter, const QRectF& target) {
+struct KeptGround::Kept {
+  QImage Image{};
+  double Ratio = 0;  // device pixels for one of the target
+  QSizeF Target{};
+  Color Paper{};
+  double Width = 0;
+  double Height = 0;
+  std::vector<Item> Items{};
+
+  bool Is(const Picture& picture, double ratio, const QSizeF& target) const {
+    return !Image.isNull() && ratio == Ratio && target == Target && picture.Paper() == Paper &&
+           picture.Width() == Width && picture.Height() == Height &&
+           std::ranges::equal(picture.Ground(), Items);
+  }
+};
+
+KeptGround::KeptGround() = default;
+KeptGround::~KeptGround() = default;
+
+void Paint(const Picture& picture, QPainter& painter, const QRectF& target, KeptGround* ground) {
   painter.save();
-  Painter(painter).Page(picture, target);
+  Painter on(painter);
+  const QTransform& device = painter.deviceTransform();
+  // Kept pixels stand where the painted ones would only without turning, at whole pixels.
+  const auto isWhole = [](double place) { return place == std::floor(place); };
+  const bool keeps = ground != nullptr && on.IsRaster() && device.type() <= QTransform::TxScale &&
+                     device.m11() == device.m22() && device.m11() > 0 &&
+                     isWhole(device.dx() + target.left() * device.m11()) &&
+                     isWhole(device.dy() + target.top() * device.m11());
+  if (!keeps) {
+    on.Page(picture, target);
+    painter.restore();
+    return;
+  }
+  const double ratio = device.m11();
+  if (ground->kept_ == nullptr || !ground->kept_->Is(picture, ratio, target.size())) {
+    const QSize size(static_cast<int>(std::ceil(target.width() * ratio)),
+                     static_cast<int>(std::ceil(target.height() * ratio)));
+    const std::span<const Item> items = picture.Ground();
+    ground->kept_ =
+        std::make_unique<KeptGround::Kept>(KeptGround::Kept{QImage(size, QImage::Format_RGB32),
+                                                            ratio,
+                                                            target.size(),
+                                                            picture.Paper(),
+                                                            picture.Width(),
+                                                            picture.Height(),
+                                                            {items.begin(), items.end()}});
+    QImage& image = ground->kept_->Image;
+    image.setDevicePixelRatio(ratio);
+    image.fill(ToColor(picture.Paper()));
+    QPainter fresh(&image);
+    Painter(fresh).Page(picture, QRectF(QPointF(0, 0), target.size()), Painter::Part::Ground);
+  }
+  painter.drawImage(target.topLeft(), ground->kept_->Image);
+  on.Page(picture, target, Painter::Part::Rest);
   painter.restore();
 }
 

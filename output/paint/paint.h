@@ -3,6 +3,7 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <QString>
 #include <string>
@@ -19,8 +20,25 @@ namespace vexa::paint {
 
 inline constexpr double kPointsPerInch = 72;
 
+/// The painted ground of a picture, which whoever paints a changing picture keeps: while it stays
+/// as it was, at one size, only what stands on it is painted. The pixels are the same with and
+/// without.
+class KeptGround {
+ public:
+  KeptGround();
+  ~KeptGround();
+  KeptGround(const KeptGround&) = delete;
+  KeptGround& operator=(const KeptGround&) = delete;
+
+ private:
+  friend void Paint(const Picture&, QPainter&, const QRectF&, KeptGround*);
+  struct Kept;
+  std::unique_ptr<Kept> kept_;
+};
+
 /// Paints the whole page scaled into the rectangle, keeping its proportions.
-void Paint(const Picture& picture, QPainter& painter, const QRectF& target);
+void Paint(const Picture& picture, QPainter& painter, const QRectF& target,
+           KeptGround* ground = nullptr);
 
 /// The picture as an image of the given size in pixels.
 QImage ToImage(const Picture& picture, int widthPx, int heightPx);
