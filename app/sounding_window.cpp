@@ -32,6 +32,7 @@
 #include <string>
 #include <string_view>
 
+#include "app/chrome.h"
 #include "app/data_windows.h"
 #include "app/diagram_control.h"
 #include "app/diagram_view.h"
@@ -45,6 +46,7 @@
 #include "app/panel.h"
 #include "app/shortcut_memory.h"
 #include "app/sounding_chooser.h"
+#include "app/start_page.h"
 #include "app/tool_bar.h"
 #include "app/window_table.h"
 #include "core/error_report.h"
@@ -155,7 +157,11 @@ void SoundingWindow::BuildPanels() {
   view_ = new DiagramView(middle);
   view_->setObjectName(QStringLiteral("Diagram"));  // by which the help knows it
   view_->OnPointer([this](const std::optional<Point>& at) { ShowReadout(at); });
-  view_->OnResized([this] { FitDiagram(); });
+  // Of many sizes that a drag of the window's edge has left waiting, the last is drawn.
+  fit_.setSingleShot(true);
+  fit_.setInterval(0);
+  connect(&fit_, &QTimer::timeout, this, [this] { FitDiagram(); });
+  view_->OnResized([this] { isVisible() ? fit_.start() : FitDiagram(); });
   control_ = std::make_unique<DiagramControl>(
       program_, *view_, [this](Changes changes) { Show(changes); },
       [this](const std::string& text) { ShowStatus(text); });
@@ -193,6 +199,7 @@ void SoundingWindow::BuildPanels() {
   }
   tools_ = new ToolBar(program_, *this);
   addToolBar(tools_);
+  start_ = new StartPage(program_, *this, view_);
   view_->setFocus();
 }
 
@@ -353,6 +360,7 @@ void SoundingWindow::FitDiagram() {
 }
 
 void SoundingWindow::ShowState() {
+  FollowScreenColor(program_.Set);
   bar_->hide();
   setWindowTitle(ToQString(SoundingBanner(program_)));
   ComposeFor(program_, view_->OwnSurface());  // the window may have changed its size meanwhile
@@ -366,10 +374,11 @@ void SoundingWindow::ShowState() {
   sequence_->setValue(static_cast<int>(program_.Listed.Now()));
   sequence_->setVisible(program_.Listed.Size() > 1);
   tools_->Follow();
+  start_->Follow();
   sequence_->setToolTip(ToQString(ListedNeighbours(program_)));
 
   const std::string fault = FaultIndicator(program_);
-  QPalette colors = statusBar()->palette();
+  QPalette colors = QApplication::palette();
   if (!fault.empty()) {
     colors.setColor(QPalette::Window, kFaultColor);
     colors.setColor(QPalette::WindowText, Qt::black);

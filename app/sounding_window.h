@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 #include <QMainWindow>
+#include <QTimer>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -28,6 +29,7 @@ class DiagramControl;
 class DiagramView;
 class DisplayWindow;
 class Panel;
+class StartPage;
 class ToolBar;
 
 class SoundingWindow : public QMainWindow {
@@ -96,6 +98,8 @@ class SoundingWindow : public QMainWindow {
   QLabel* progress_ = nullptr;
   QLabel* readout_ = nullptr;
   ToolBar* tools_ = nullptr;
+  StartPage* start_ = nullptr;
+  QTimer fit_;  // of the diagram to another size
   std::vector<Panel*> panels_{};
   std::unique_ptr<DataWindows> data_;
   std::map<std::string_view, std::unique_ptr<DisplayWindow>> displays_;  // by id

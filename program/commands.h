@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "output/data_dump.h"
@@ -41,6 +42,10 @@ bool IsAutoLoaded(const Program& program);
 void MakeRecentFiles(Program& program);
 
 Changes OpenRecentFile(Program& program, std::size_t number);
+
+/// Opens the sounding that comes with the program.
+inline constexpr std::string_view kExampleFile = "EXAMPLE.RAW";
+Changes OpenExample(Program& program);
 
 template <std::size_t kNumber>
 Changes OpenRecent(Program& program) {

@@ -9,6 +9,8 @@
 #include "core/data_checks.h"
 #include "core/error_report.h"
 #include "core/files.h"
+#include "core/folders.h"
+#include "core/platform.h"
 #include "ingest/decoder.h"
 #include "ingest/sounding_files.h"
 #include "program/commands.h"
@@ -234,6 +236,14 @@ Changes LoadText(Program& program, const std::string& text) {
 Changes OpenRecentFile(Program& program, std::size_t number) {
   const std::string file = program.Settings.Window.RecentFiles[number - 1];
   return file.empty() ? Changes{} : LoadFirst(program, {PathFromSetting(file)});
+}
+
+Changes OpenExample(Program& program) {
+  const std::filesystem::path example = ShippedFile(ProgramFolder(), kExampleFile);
+  if (!example.empty()) return LoadFirst(program, {example});
+  program.Doc.Report({kFaultFileNotFound, "OpenExample",
+                      std::string(kExampleFile) + " is not among the program's files"});
+  return {};
 }
 
 bool IsAutoLoaded(const Program& program) {

@@ -118,6 +118,8 @@ constexpr MenuRow kMenuTree[] = {
      State().Wants(NeedsSounding, "(save sounding)")},
     {"mnuFile", "mnuDownload", "&Download Data...", Opens("Download"),
      "Fetch a sounding from one of the sources"},
+    {"mnuFile", "mnuExample", "Exa&mple Sounding", commands::OpenExample,
+     "Open the sounding that comes with the program, an evening of severe storms"},
     {"mnuFile", "mnuTimer", "&Batch Processing...", Opens("BatchProcessing"),
      "Fetch many soundings, by hand or when their hour has come"},
     {"mnuFile", "mnuInfo", "Proper&ties...", Opens("Properties"),
