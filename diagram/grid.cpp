@@ -205,6 +205,11 @@ std::vector<Point> MixingRatioLine(const DiagramMapping& at, double gramsPerKg,
   return points;
 }
 
+std::span<const double> MixingRatiosOf(const Plot& plot) {
+  if (plot.At.Type() == DiagramType::Tephigram) return kTephigramMixingRatios;
+  return kMixingRatios;
+}
+
 // At the lower edge, above the line of the ground where that runs through there.
 double MixingLabelY(const Plot& plot) {
   const Rect& frame = plot.At.Frame();
@@ -344,38 +349,43 @@ void DrawSaturationAdiabats(Plot& plot) {
 
 void DrawMixingRatioLines(Plot& plot) {
   const DisplaySettings& set = plot.Set();
-  const Rect& frame = plot.At.Frame();
-  const bool tephigram = plot.At.Type() == DiagramType::Tephigram;
   if (set.MixingLines) {
-    const std::span<const double> values =
-        tephigram ? std::span<const double>(kTephigramMixingRatios) : kMixingRatios;
-    // Labels stand at the lower edge, on the tephigram above the lines' ends: at their top pressure
-    // or, where the frame ends before, at its right edge or below the numbers of its upper one.
-    constexpr int kRows = 5;
-    const Color ink = LegibleColor(plot.Inks, set.WetColor);
-    const double low = MixingLabelY(plot);
-    const Rect inside{frame.Left + 80, frame.Top + 200, frame.Right - 80, frame.Bottom};
-    for (const double value : values) {
-      const std::vector<Point> line = MixingRatioLine(plot.At, value, set.Saturation);
-      DrawInFrame(plot, "mixing ratio line", line, plot.Inks.MixingRatio);
-      if (!set.WetLabel) continue;
-      const std::string text =
-          value < 1 || value != std::floor(value) ? Mask(value, "0.0#") : Mask(value, "#0");
-      if (!tephigram) {
-        const std::optional<double> x = CrossingX(line, low);
-        if (x) DrawGridLabel(plot, "mixing ratio label", {*x, low}, text, ink);
-        continue;
-      }
-      const std::vector<std::vector<Point>> pieces = ClipPolyline(line, inside);
-      if (pieces.empty()) continue;
-      const Point end = pieces.back().back();
-      DrawGridLabel(plot, "mixing ratio label", {end.X, end.Y - 70}, text, ink, kRows);
+    for (const double value : MixingRatiosOf(plot)) {
+      DrawInFrame(plot, "mixing ratio line", MixingRatioLine(plot.At, value, set.Saturation),
+                  plot.Inks.MixingRatio);
     }
   }
   if (set.MixRef.Plot || set.MixRef.ShowLabel) {
     DrawReference(plot, "mixing ratio reference", set.MixRef,
                   MixingRatioLine(plot.At, set.MixRef.Value, set.Saturation), plot.Inks.MixingRatio,
                   Mask(set.MixRef.Value, "#0.#") + " g/kg");
+  }
+}
+
+// Labels stand at the lower edge, on the tephigram above the lines' ends: at their top pressure or,
+// where the frame ends before, at its right edge or below the numbers of its upper one.
+void DrawMixingRatioLabels(Plot& plot) {
+  const DisplaySettings& set = plot.Set();
+  if (!set.MixingLines || !set.WetLabel) return;
+  constexpr int kRows = 5;
+  const Rect& frame = plot.At.Frame();
+  const bool tephigram = plot.At.Type() == DiagramType::Tephigram;
+  const Color ink = LegibleColor(plot.Inks, set.WetColor);
+  const double low = MixingLabelY(plot);
+  const Rect inside{frame.Left + 80, frame.Top + 200, frame.Right - 80, frame.Bottom};
+  for (const double value : MixingRatiosOf(plot)) {
+    const std::vector<Point> line = MixingRatioLine(plot.At, value, set.Saturation);
+    const std::string text =
+        value < 1 || value != std::floor(value) ? Mask(value, "0.0#") : Mask(value, "#0");
+    if (!tephigram) {
+      const std::optional<double> x = CrossingX(line, low);
+      if (x) DrawGridLabel(plot, "mixing ratio label", {*x, low}, text, ink);
+      continue;
+    }
+    const std::vector<std::vector<Point>> pieces = ClipPolyline(line, inside);
+    if (pieces.empty()) continue;
+    const Point end = pieces.back().back();
+    DrawGridLabel(plot, "mixing ratio label", {end.X, end.Y - 70}, text, ink, kRows);
   }
 }
 

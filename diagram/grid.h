@@ -16,6 +16,8 @@ void DrawIsotherms(Plot& plot);
 void DrawDryAdiabats(Plot& plot);
 void DrawSaturationAdiabats(Plot& plot);
 void DrawMixingRatioLines(Plot& plot);
+/// Their values, over the ground.
+void DrawMixingRatioLabels(Plot& plot);
 
 /// The unit of the temperature axis beside its labels.
 void DrawTemperatureUnits(Plot& plot);

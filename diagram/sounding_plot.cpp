@@ -147,6 +147,7 @@ void DrawTemperatureGrid(Plot& plot) {
 }
 
 void DrawTitles(Plot& plot) {
+  DrawMixingRatioLabels(plot);
   DrawTitle(plot);
   DrawTemperatureUnits(plot);
   const Rect* wind = plot.Where.Find("wind");
@@ -168,11 +169,7 @@ void DrawSoundingData(Plot& plot) {
 
 void DrawIcaoAndHeightAxis(Plot& plot) {
   ICAOlabels(plot);
-  if (plot.Where.Asks.HeightsFirst) {
-    DrawLeadingHeights(plot);
-  } else {
-    DrawHeightAxis(plot);
-  }
+  if (!plot.Where.Asks.HeightsFirst) DrawHeightAxis(plot);
 }
 
 void DrawScale(Plot& plot) {
@@ -202,6 +199,7 @@ void DrawFrame(Plot& plot) {
 }
 
 void DrawPressureAxis(Plot& plot) {
+  if (plot.Where.Asks.HeightsFirst) DrawLeadingHeights(plot);
   DrawPressureLines(plot);
   DrawFrame(plot);
 }

@@ -59,7 +59,7 @@ std::string Texts::PressUnit() const {
 }
 
 std::string Texts::SpeedUnit() const {
-  return shown_.Set.Speed == SpeedUnits::Knots ? "kts" : "m/s";
+  return std::string(UnitWord(shown_.Set.Speed));
 }
 
 std::string Texts::Speed(double knots) const {

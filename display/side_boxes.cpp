@@ -9,8 +9,10 @@
 #include <utility>
 
 #include "analysis/index_table.h"
+#include "analysis/interpolate.h"
 #include "core/markers.h"
 #include "core/numbers.h"
+#include "core/units.h"
 #include "display/weather.h"
 
 namespace vexa::display {
@@ -271,6 +273,8 @@ SheetBlock WeatherBlock(const Shown& shown) {
   return block;
 }
 
+constexpr double kPilotDepth = 6000;  // m, of the pilot's layout
+
 SheetBlock PilotClouds(const Shown& shown) {
   SheetBlock block = CloudBlock(shown, Texts(shown));
   block.Elsewhere = kLayerDisplay;
@@ -333,7 +337,6 @@ SheetBlock FreezingBlock(const Shown& shown) {
 
 // Those that are met on the way, in the layout's lowest 6 km.
 SheetBlock PilotInversions(const Shown& shown) {
-  constexpr double kPilotDepth = 6000;  // m
   const double top = shown.Record.ElevM + kPilotDepth;
   std::vector<analysis::Inversion> met;
   std::ranges::copy_if(
@@ -345,10 +348,36 @@ SheetBlock PilotInversions(const Shown& shown) {
   return block;
 }
 
+// The winds as numbers, in the steps in which pilots ask for them.
+SheetBlock PilotWinds(const Shown& shown) {
+  const Texts texts(shown);
+  const bool feet = shown.Set.ThermoHeight == LengthUnits::Feet;
+  const bool isAbove = shown.Set.Heights == HeightMode::Agl;
+  const double step = feet ? MetersFromFeet(2000) : 500;
+  const double ground = shown.Record.ElevM;
+  const double base = isAbove ? ground : 0;
+  SheetBlock block{.Heading = "Winds", .Elsewhere = "Hodograph"};
+  const auto add = [&](std::string label, double height) {
+    const analysis::WindSample wind = analysis::WindAtHeight(shown.Record, height);
+    if (!wind.Ok()) return;
+    block.Rows.push_back({.Label = std::move(label),
+                          .Value = texts.Wind(analysis::Components(wind.Value)),
+                          .Rank = static_cast<int>(block.Rows.size())});
+  };
+  add("Ground", ground);
+  for (int n = 1; n * step + base <= ground + kPilotDepth; ++n) {
+    const double height = n * step + base;
+    if (height > ground) add(texts.Height(height), height);
+  }
+  if (block.Rows.empty()) block.Rows.push_back({.Label = "none"});
+  return block;
+}
+
 constexpr SideBox kBoxes[] = {
     {"parcels", ParcelBlock},   {"storm", StormBlock},       {"indices", IndexBlock},
     {"layers", LayerBlock},     {"weather", WeatherBlock},   {"clouds", PilotClouds},
     {"thermals", ThermalBlock}, {"freezing", FreezingBlock}, {"inversions", PilotInversions},
+    {"winds", PilotWinds},
 };
 
 }  // namespace

@@ -73,7 +73,8 @@ constexpr std::array kPilotRegions = {kTitle,
                                       Box("clouds", 5, 9, "clouds", "F4", 1),
                                       Box("thermals", 7, 10, "thermals", "menu Displays"),
                                       Box("freezing", 5, 11, "freezing level and icing", "F4", 1),
-                                      Box("inversions", 5, 12, "inversions", "F4", 1)};
+                                      Box("inversions", 5, 12, "inversions", "F4", 1),
+                                      Box("winds", 6, 13, "winds by height", "F4", 2)};
 constexpr std::array kTeachingRegions = {kTitle,      kDiagram, kGutter, kWind,
                                          kFullLegend, kStatus,  kLines};
 

@@ -144,6 +144,26 @@ TEST(SideBoxes, TellStormMotionAndShear) {
 }
 
 // Limits are those of the user's own table, and each parcel is judged by its own CAPE.
+// Halfway between north and east of 10 kts each: components of 5, hence 7.1 kts from the north-east.
+TEST(SideBoxes, TellTheWindsByHeight) {
+  const SoundingRecord sounding =
+      test::Profile({{1000, 20, 15}, {900, 14, 9}, {700, 2, -5}},
+                    {{120, 360, 10}, {1120, 90, 10}, {3000, 90, 10}}, 120);
+  Options options;
+  const analysis::AnalysisResults results = analysis::Analyse(sounding, options);
+  const analysis::SevereTable table = analysis::DefaultSevereTable();
+  const auto wind = [&](std::string_view label) {
+    const SheetBlock winds = BlockOf("winds", {sounding, results, options, table});
+    const SheetRow* row = RowOf(winds, label);
+    return row == nullptr ? std::string("none") : row->Value;
+  };
+  EXPECT_EQ(wind("Ground"), "360/10 kts");
+  EXPECT_EQ(wind("2000 m"), "090/10 kts");
+  EXPECT_EQ(wind("3500 m"), "none") << "the sounding ends below";
+  options.Heights = HeightMode::Agl;
+  EXPECT_EQ(wind("500 m AGL"), "045/7 kts");
+}
+
 TEST(SideBoxes, ColourByTheUsersTable) {
   const SoundingRecord sounding = test::ReferenceConvective();
   const Options options;
