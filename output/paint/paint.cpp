@@ -46,6 +46,7 @@ struct SizedFont {
   double Size = 0;
   QFont Font;
   QFontMetricsF Metrics;
+  double CapHeight = 0;
 };
 
 class Painter {
@@ -298,8 +299,9 @@ class Painter {
     font.setPointSizeF(std::max(0.5, size * kPointsPerInch / dpi_));
     font.setBold(label.Bold);
     font.setHintingPreference(QFont::PreferNoHinting);
+    const QFontMetricsF metrics(font, painter_.device());
     return fonts_.emplace_back(
-        SizedFont{label.Font, label.Bold, size, font, QFontMetricsF(font, painter_.device())});
+        SizedFont{label.Font, label.Bold, size, font, metrics, metrics.capHeight()});
   }
 
   void Draw(const Label& label) {
@@ -312,8 +314,7 @@ class Painter {
       offset.setX(label.Across == AnchorX::Center ? -width / 2 : -width);
     }
     if (label.Down != AnchorY::Base) {
-      const double capHeight = font.Metrics.capHeight();
-      offset.setY(label.Down == AnchorY::Middle ? capHeight / 2 : capHeight);
+      offset.setY(label.Down == AnchorY::Middle ? font.CapHeight / 2 : font.CapHeight);
     }
     Antialias(true);
     if (label.Angle == 0) {

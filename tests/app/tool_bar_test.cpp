@@ -7,7 +7,10 @@
 #include <QDockWidget>
 #include <QLabel>
 #include <QMenu>
+#include <QMenuBar>
+#include <QPalette>
 #include <QPixmap>
+#include <QPushButton>
 #include <QScreen>
 #include <QToolButton>
 
@@ -93,6 +96,39 @@ TEST_F(ToolBarTest, StepsThroughTheListAndSaysWhere) {
   EXPECT_EQ(program.Current.FileName, "c.RAW");
   EXPECT_TRUE(back->isEnabled());
   EXPECT_FALSE(forward->isEnabled());
+}
+
+TEST_F(ToolBarTest, TheStartPageLeadsToASounding) {
+  auto* page = window.findChild<QWidget*>("StartPage");
+  ASSERT_NE(page, nullptr);
+  EXPECT_TRUE(page->isVisible());
+  EXPECT_FALSE(page->findChild<QPushButton*>("startmnuRecentFile1")->isVisible());
+  window.OpenFiles({Saved("a.RAW", test::ReferenceConvective())});
+  EXPECT_FALSE(page->isVisible());
+
+  // Another window of the same settings offers the file again.
+  Program next;
+  next.Where = program.Where;
+  next.Settings.Window.RecentFiles = program.Settings.Window.RecentFiles;
+  WindowInteraction silent(next.Gate, WindowInteraction::Attendance::Unattended);
+  SoundingWindow second(next, silent);
+  second.show();
+  auto* recent = second.findChild<QPushButton*>("startmnuRecentFile1");
+  EXPECT_TRUE(recent->isVisible());
+  recent->click();
+  EXPECT_EQ(next.Current.FileName, "a.RAW");
+  EXPECT_FALSE(second.findChild<QWidget*>("StartPage")->isVisible());
+}
+
+TEST_F(ToolBarTest, WindowsAreDarkAroundADarkDiagram) {
+  const QPalette before = QApplication::palette();
+  program.Set.Screen = ScreenColor::Black;
+  window.Show({.View = true});
+  EXPECT_LT(window.menuBar()->palette().color(QPalette::Window).lightness(), 60);
+  EXPECT_GT(window.menuBar()->palette().color(QPalette::WindowText).lightness(), 200);
+  program.Set.Screen = ScreenColor::White;
+  window.Show({.View = true});
+  EXPECT_EQ(QApplication::palette().color(QPalette::Window), before.color(QPalette::Window));
 }
 
 TEST_F(ToolBarTest, TheLayoutIsChosenAndKept) {

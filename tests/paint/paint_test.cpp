@@ -162,6 +162,39 @@ TEST(Paint, HalosClearWhatLiesAroundTheLetters) {
   EXPECT_EQ(image.pixelColor(150, 100), QColor(0, 0, 0));
 }
 
+// A grid under a trace that changes, at several sizes and with another grid in between.
+TEST(Paint, AKeptGroundGivesTheSamePixels) {
+  const auto page = [](int shift, Color grid) {
+    Picture made(1000, 700, kWhite);
+    for (int i = 0; i < 20; ++i) {
+      made.Add("grid",
+               Polyline{{{50.0 * i, 0}, {50.0 * i + 170, 700}}, {grid, 9, LineStyle::Dash}});
+    }
+    made.EndGround();
+    made.Add("trace", Polyline{{{100, 600}, {300.0 + shift, 350}, {800, 80}},
+                               {{200, 0, 0, 120}, 30, LineStyle::Solid}});
+    made.Add("name", Label{.At = {500.0 + shift, 300}, .Text = "850", .Size = 60, .Halo = kWhite});
+    return made;
+  };
+  struct {
+    int Shift;
+    Color Grid;
+    QSize Size;
+  } const steps[] = {{0, kBlack, {500, 350}},       {90, kBlack, {500, 350}},
+                     {90, {0, 120, 0}, {500, 350}}, {40, {0, 120, 0}, {613, 350}},
+                     {40, kBlack, {613, 350}},      {41, kBlack, {613, 350}}};
+  KeptGround ground;
+  for (const auto& step : steps) {
+    const Picture picture = page(step.Shift, step.Grid);
+    QImage image(step.Size, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    Paint(picture, painter, QRectF(QPointF(0, 0), step.Size), &ground);
+    painter.end();
+    EXPECT_TRUE(image == ToImage(picture, step.Size.width(), step.Size.height())) << step.Shift;
+  }
+}
+
 TEST(EncodePicture, GivesEachKindByItsExtension) {
   Picture page(1200, 900, kWhite);
   page.Add("title", Label{.At = {600, 450}, .Text = "Großenkneten", .Size = 100});
