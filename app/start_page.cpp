@@ -16,7 +16,7 @@ namespace {
 
 constexpr int kMargin = 28;
 constexpr int kLeastWidth = 300;
-constexpr int kIconPx = 20;
+constexpr int kStartIconPx = 20;
 constexpr int kMostRecent = 5;
 
 struct WayRow {
@@ -71,7 +71,7 @@ StartPage::StartPage(const Program& program, const QMainWindow& window, QWidget*
 QPushButton* StartPage::AddButton(QAction* entry, const QIcon& icon) {
   auto* button = new QPushButton(icon, QString(entry->text()).remove(QLatin1Char('&')), this);
   button->setObjectName(QStringLiteral("start") + entry->objectName());
-  button->setIconSize({kIconPx, kIconPx});
+  button->setIconSize({kStartIconPx, kStartIconPx});
   button->setFlat(true);
   button->setStyleSheet(QStringLiteral("text-align: left; padding: 5px;"));
   button->setToolTip(entry->statusTip());
