@@ -29,14 +29,15 @@ const std::map<std::string, std::vector<std::string>> kBuildsOn = {
     {"hodograph", {"config", "picture"}},
     {"mountainwave", {"config", "picture"}},
     {"crosssection", {"diagram"}},  // for its wind symbols
-    {"fronts", {"hodograph"}},      // for the compass
+    {"map", {"picture"}},
+    {"fronts", {"hodograph"}},  // for the compass
     {"download", {"core"}},
     {"download/net", {"download"}},
     {"output", {"diagram", "mountainwave"}},
     {"output/paint", {"picture"}},
     {"sounding", {"ingest", "analysis"}},
     {"program",
-     {"sounding", "download", "hodograph", "fronts", "display", "output", "crosssection"}},
+     {"sounding", "download", "hodograph", "fronts", "display", "output", "crosssection", "map"}},
     {"report", {"program"}},
     {"engine", {"report"}},
     {"app", {"program", "output/paint", "download/net", "report"}},

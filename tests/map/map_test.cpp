@@ -1,0 +1,159 @@
+// Projections, the shipped lines and the map's picture.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "core/files.h"
+#include "map/area_map.h"
+#include "support/soundings.h"
+
+namespace vexa::map {
+namespace {
+
+constexpr Rect kPage{1000, 500, 11000, 8500};
+
+TEST(Projection, SuitsItsArea) {
+  struct Case {
+    const char* About;
+    std::vector<Place> Places;
+    ProjectionKind Kind;
+  };
+  const Case cases[] = {
+      {"the plains", {{35, -97}, {45, -100}}, ProjectionKind::Lambert},
+      {"Australia", {{-35, 150}, {-25, 130}}, ProjectionKind::Lambert},
+      {"the Arctic", {{70, -150}, {80, 30}}, ProjectionKind::PolarStereographic},
+      {"Antarctica", {{-89, 0}, {-67, 140}}, ProjectionKind::PolarStereographic},
+      {"Micronesia", {{7, 158}, {13, 144}}, ProjectionKind::Mercator},
+      {"over the equator", {{-30, 20}, {40, 10}}, ProjectionKind::Mercator},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.About);
+    EXPECT_EQ(SuitableFor(c.Places), c.Kind);
+    const MapFrame frame(c.Places, kPage);
+    ASSERT_TRUE(frame.IsValid());
+    for (const Place& place : c.Places) {
+      const auto at = frame.ToPage(place);
+      ASSERT_TRUE(at);
+      EXPECT_TRUE(kPage.Contains(*at));
+      const auto back = frame.ToPlace(*at);
+      ASSERT_TRUE(back);
+      EXPECT_NEAR(back->Lat, place.Lat, 1e-6);
+      EXPECT_NEAR(std::remainder(back->Lon - place.Lon, 360.0), 0, 1e-5);
+    }
+  }
+}
+
+TEST(Projection, IsConformalAndTrueToScaleAtItsMiddle) {
+  // A hundredth of a degree of latitude on a sphere of 6371 km is 1.11195 km, one of longitude that
+  // times the cosine; a conformal map shows both on one scale, at a right angle.
+  for (const Place& middle : {Place{40, -97}, Place{75, 20}, Place{5, 150}, Place{-75, 100}}) {
+    const MapFrame frame({{middle.Lat - 1, middle.Lon - 1}, {middle.Lat + 1, middle.Lon + 1}},
+                         kPage);
+    const Point at = *frame.ToPage(middle);
+    const Point north = *frame.ToPage({middle.Lat + 0.01, middle.Lon});
+    const Point east = *frame.ToPage({middle.Lat, middle.Lon + 0.01});
+    const double up = std::hypot(north.X - at.X, north.Y - at.Y) / 1.11195;
+    const double across = std::hypot(east.X - at.X, east.Y - at.Y) /
+                          (1.11195 * std::cos(middle.Lat * 3.14159265358979 / 180));
+    EXPECT_NEAR(up / frame.PerKm(), 1, 0.002);
+    EXPECT_NEAR(across / up, 1, 0.002);
+    const double dot = (north.X - at.X) * (east.X - at.X) + (north.Y - at.Y) * (east.Y - at.Y);
+    EXPECT_NEAR(dot / (up * across), 0, 0.002);
+  }
+}
+
+TEST(Projection, JoinsOverTheDateLine) {
+  const MapFrame frame({{52, 175}, {55, -170}}, kPage);
+  const Point west = *frame.ToPage({53, 179.9});
+  const Point east = *frame.ToPage({53, -179.9});
+  EXPECT_GT(east.X, west.X);
+  EXPECT_LT(east.X - west.X, 0.05 * kPage.Width());
+}
+
+TEST(Projection, MovesAndEnlarges) {
+  const MapFrame frame({{35, -97}, {45, -100}}, kPage);
+  const Place place{41, -98};
+  const Point at = *frame.ToPage(place);
+  const Point moved = *frame.Moved(100, -50).ToPage(place);
+  EXPECT_NEAR(moved.X, at.X + 100, 1e-6);
+  EXPECT_NEAR(moved.Y, at.Y - 50, 1e-6);
+  const Point about{2000, 3000};
+  const Point larger = *frame.Enlarged(2, about).ToPage(place);
+  EXPECT_NEAR(larger.X, about.X + 2 * (at.X - about.X), 1e-6);
+  EXPECT_NEAR(larger.Y, about.Y + 2 * (at.Y - about.Y), 1e-6);
+  EXPECT_FALSE(MapFrame().ToPage(place));
+  EXPECT_FALSE(MapFrame({}, kPage).IsValid());
+}
+
+TEST(Lines, AreReadAsTheyAreShipped) {
+  const auto bytes = ReadFile(test::SourceFolder() / "share" / "VEXA.MAP");
+  ASSERT_TRUE(bytes);
+  const auto lines = ReadLines(bytes.Value(), "VEXA.MAP");
+  ASSERT_TRUE(lines);
+  int kinds[3] = {};
+  for (const MapLine& line : lines.Value()) {
+    ++kinds[static_cast<int>(line.Kind)];
+    for (const Place& place : line.Points) {
+      ASSERT_LE(std::fabs(place.Lat), 90);
+      ASSERT_LE(std::fabs(place.Lon), 180);
+    }
+  }
+  EXPECT_GT(kinds[0], 1000);
+  EXPECT_GT(kinds[1], 300);
+  EXPECT_GT(kinds[2], 100);
+  // The corner where four states of the US meet, 36.999 N 109.045 W by survey.
+  int corners = 0;
+  for (const MapLine& line : lines.Value()) {
+    if (line.Kind != LineKind::State) continue;
+    for (const Place& end : {line.Points.front(), line.Points.back()}) {
+      if (std::hypot(end.Lat - 36.999, end.Lon + 109.045) < 0.02) ++corners;
+    }
+  }
+  EXPECT_EQ(corners, 4);
+}
+
+TEST(Lines, OfADamagedFileAreRefused) {
+  const std::string good = std::string("VEXA MAP 1\norigin\n") + '\0' + '\2' + "\2\4\1\3";
+  const auto lines = ReadLines(good, "a.MAP");
+  ASSERT_TRUE(lines);
+  ASSERT_EQ(lines.Value().size(), 1U);
+  // Steps 1 and 2 hundredths, then -1 and -2: by hand from the form.
+  EXPECT_EQ(lines.Value()[0].Points, (std::vector<Place>{{0.02, 0.01}, {0, 0}}));
+  for (std::size_t length = 0; length < good.size(); ++length) {
+    if (length == good.find('\0')) continue;  // a file without a line
+    const auto cut = ReadLines(good.substr(0, length), "a.MAP");
+    ASSERT_FALSE(cut) << length;
+    EXPECT_NE(cut.Error().Detail.find("a.MAP, byte "), std::string::npos);
+  }
+  EXPECT_FALSE(ReadLines(good + '\7', "a.MAP"));
+}
+
+TEST(AreaMap, ShowsStationsAndTheirLine) {
+  const std::vector<MapStation> stations = {{{35.2, -97.4}, "OUN"}, {{37.8, -100}, "DDC"}};
+  const std::vector<MapLine> lines = {{LineKind::State, {{37, -103}, {37, -94}}},
+                                      {LineKind::Coast, {{-10, 20}, {-12, 22}}}};
+  int symbols = 0;
+  const AreaMap map = PlotAreaMap({.Title = "Area",
+                                   .Stations = stations,
+                                   .Lines = lines,
+                                   .Symbol =
+                                       [&](Picture&, Point, double north, std::size_t) {
+                                         ++symbols;
+                                         EXPECT_LT(std::fabs(north), 3);
+                                       }},
+                                  {10000, 8000});
+  const auto count = [&](std::string_view tag) {
+    return std::ranges::count(map.Page.Items(), tag, &Item::Tag);
+  };
+  EXPECT_EQ(count("station mark"), 2);
+  EXPECT_EQ(count("station name"), 2);
+  EXPECT_EQ(count("section line"), 1);
+  EXPECT_EQ(count("state"), 1);
+  EXPECT_EQ(count("coast"), 0);  // elsewhere
+  EXPECT_EQ(symbols, 2);
+  EXPECT_GT(count("graticule"), 4);
+}
+
+}  // namespace
+}  // namespace vexa::map
