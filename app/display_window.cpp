@@ -20,6 +20,7 @@
 #include <string>
 #include <utility>
 
+#include "app/cross_section_window.h"
 #include "app/drag_view.h"
 #include "app/hodograph_window.h"
 #include "app/output_actions.h"
@@ -238,6 +239,7 @@ struct OwnWindow {
 };
 
 constexpr OwnWindow kOwnWindows[] = {
+    {"CrossSection", Make<CrossSectionWindow>},
     {"Hodograph", Make<HodographWindow>},
 };
 

@@ -140,7 +140,7 @@ Outcome<Asked> AskedBy(const Arguments& arguments, const CommandSetup& setup) {
   asked.Fields = fields.Value();
   asked.Kind = arguments.Value("--kind") == "time" ? crosssection::SectionKind::Time
                                                    : crosssection::SectionKind::Distance;
-  if (const auto number = arguments.Whole("--sounding")) asked.Choice.Index = *number - 1;
+  if (const auto number = arguments.Whole("--sounding")) asked.Choice.Indices = {*number - 1};
   if (const auto fault = TakeTime(arguments, "--from", asked.Choice.From)) return *fault;
   if (const auto fault = TakeTime(arguments, "--until", asked.Choice.Until)) return *fault;
   asked.Set = SectionOptionsFor(setup.Root, setup.Settings.Set);

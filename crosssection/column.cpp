@@ -190,6 +190,7 @@ double Section::Bearing() const {
 void Arrange(Section& section) {
   std::vector<Column>& columns = section.Columns;
   if (columns.empty()) return;
+  std::ranges::stable_sort(columns, {}, &Column::Order);
   if (section.Kind == SectionKind::Time) {
     std::ranges::stable_sort(columns, IsEarlier);
     const ObservationTime earliest = columns.front().Sounding.Time;
@@ -357,7 +358,7 @@ std::string ShortName(const Column& column, SectionKind kind) {
   if (column.Sounding.WmoNumber > 0) return Mask(column.Sounding.WmoNumber, "00000");
   const std::string_view title = Trim(column.Sounding.StationTitle);
   const std::string name(Trim(title.substr(0, title.find_first_of("/,;("))));
-  return CutTitle(name.empty() ? column.Source : name, 14);
+  return CutTitle(name.empty() ? std::string_view(column.Source) : name, 14);
 }
 
 }  // namespace vexa::crosssection

@@ -34,8 +34,9 @@ using ProfileOf = std::vector<ProfilePoint>;
 
 struct Column {
   SoundingRecord Sounding{};
-  std::string Source{};         // name of the file that it came from
+  std::string Source{};         // the file that it came from
   bool IsInterpolated = false;  // between its neighbours
+  int Order = 0;                // in which the soundings were given
   double X = 0;                 // km along the section, or hours since the earliest
 
   // Computed once.

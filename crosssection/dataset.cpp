@@ -1,5 +1,6 @@
 #include "crosssection/dataset.h"
 
+#include <algorithm>
 #include <system_error>
 #include <utility>
 
@@ -138,9 +139,12 @@ bool TakeWord(std::string_view text, E& into) {
 
 Dataset DatasetOf(const Section& section) {
   Dataset dataset{section.Kind, section.Direction};
+  std::vector<const Column*> given;
   for (const Column& column : section.Columns) {
-    if (!column.IsInterpolated) dataset.Members.push_back({column.Sounding, column.Source});
+    if (!column.IsInterpolated) given.push_back(&column);
   }
+  std::ranges::stable_sort(given, {}, [](const Column* column) { return column->Order; });
+  for (const Column* column : given) dataset.Members.push_back({column->Sounding, column->Source});
   return dataset;
 }
 

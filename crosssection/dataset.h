@@ -32,7 +32,8 @@ struct Dataset {
   bool operator==(const Dataset&) const = default;
 };
 
-/// The soundings of a section; interpolated ones are left out, as they come again by themselves.
+/// The soundings of a section as they were given; interpolated ones are left out, as they come
+/// again by themselves.
 Dataset DatasetOf(const Section& section);
 
 /// The text of a dataset's file: the header, the kind, the direction and the number of soundings;

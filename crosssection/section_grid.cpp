@@ -13,7 +13,7 @@ namespace {
 
 constexpr double kLeastFilled = 0.25;  // of the nodes
 constexpr double kOftenDry = 300;      // hPa; dew points above are missing as a rule
-constexpr double kFoot = 500;          // m, to which the foot of a height scale is rounded down
+constexpr double kScaleFoot = 500;          // m, to which the foot of a height scale is rounded down
 
 struct PlacedColumn {
   const Column* Of = nullptr;
@@ -158,9 +158,9 @@ VerticalAxis AxisOf(const Section& section, const SectionOptions& options) {
   }
   if (options.Heights == HeightMode::Msl && !section.Columns.empty()) {
     const auto lowest = std::ranges::min_element(section.Columns, {}, &Column::Ground);
-    axis.Bottom = std::floor(lowest->Ground() / kFoot) * kFoot;
+    axis.Bottom = std::floor(lowest->Ground() / kScaleFoot) * kScaleFoot;
   }
-  axis.Top = std::max(axis.Bottom + kFoot, analysis::IsaHeight(options.UpperLimit));
+  axis.Top = std::max(axis.Bottom + kScaleFoot, analysis::IsaHeight(options.UpperLimit));
   return axis;
 }
 

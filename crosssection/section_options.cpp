@@ -16,29 +16,36 @@ constexpr Range kCoordinates{-32768, 32767};
 using Set = SectionOptions;
 
 constexpr SettingRow<Set> kOptionRows[] = {
-    Row<At<&Set::Scale>>("vertical scale"),
-    Row<At<&Set::UpperLimit>, kTrue, Range{10, 900}>("upper limit", kSame),
-    Row<At<&Set::Heights>>("heights", kSame),
-    Row<At<&Set::Length>>("distances", kSame),
-    Row<At<&Set::Temp>>("temperatures"),
-    Row<At<&Set::Speed>>("wind units", kSame),
-    Row<At<&Set::Water>>("precipitable water", kSame),
-    Row<At<&Set::Background>>("background"),
-    Row<At<&Set::Size>>("size", kSame),
-    Row<At<&Set::Symbols>>("wind symbols", kSame),
-    Row<At<&Set::Barbs>>("symbol size", kSame),
-    Row<At<&Set::PlotWinds>, kYes>("plot winds"),
-    Row<At<&Set::Filled>, kYes>("filled colors", kSame),
-    Row<At<&Set::Lines>, kYes>("isolines", kSame),
-    Row<At<&Set::SubIsolines>, kYes>("sub-isolines", kSame),
-    Row<At<&Set::DotMoisture>, kYes>("dotted moisture", kSame),
-    Row<At<&Set::MarkExtrema>, kYes>("maxima and minima", kSame),
-    Row<At<&Set::Tropopause>, kYes>("tropopause"),
-    Row<At<&Set::FreezingLevel>, kYes>("freezing level", kSame),
-    Row<At<&Set::Terrain>, kYes>("terrain", kSame),
-    Row<At<&Set::Resolution>>("grid matrix resolution"),
-    Row<At<&Set::SmoothingPasses>, kTrue, Range{0, kMostPasses}>("smoothing passes", kSame),
-    Row<At<&Set::CrossDirection>, kTrue, Range{0, 360}>("cross-wind direction"),
+    Row<At<&Set::Scale>>("vertical scale", "Tab 1").Named("Vertical scale"),
+    Row<At<&Set::UpperLimit>, kTrue, Range{10, 900}>("upper limit", "Tab 1", kSame)
+        .In("hPa")
+        .Named(" Upper hPa Limit of Cross-Section"),
+    Row<At<&Set::Heights>>("heights", "Tab 1", kSame).Named("Heights"),
+    Row<At<&Set::Length>>("distances", "Tab 1", kSame).Named("Distances"),
+    Row<At<&Set::Temp>>("temperatures", "Tab 1").Named("Temperature"),
+    Row<At<&Set::Speed>>("wind units", "Tab 1", kSame).Named("Wind speed"),
+    Row<At<&Set::Water>>("precipitable water", "Tab 1", kSame).Named("Precipitable water"),
+    Row<At<&Set::Background>>("background", "Tab 2").Named("Background"),
+    Row<At<&Set::Size>>("size", "Tab 2", kSame).Named("Size"),
+    Row<At<&Set::Symbols>>("wind symbols", "Tab 2", kSame).Named("Wind symbols"),
+    Row<At<&Set::Barbs>>("symbol size", "Tab 2", kSame).Named("Symbol size"),
+    Row<At<&Set::PlotWinds>, kYes>("plot winds", "Tab 2").Named("Plot winds"),
+    Row<At<&Set::Filled>, kYes>("filled colors", "Tab 2", kSame).Named("Filled colors"),
+    Row<At<&Set::Lines>, kYes>("isolines", "Tab 2", kSame).Named("Isolines"),
+    Row<At<&Set::SubIsolines>, kYes>("sub-isolines", "Tab 2", kSame).Named("Sub-isolines"),
+    Row<At<&Set::DotMoisture>, kYes>("dotted moisture", "Tab 2", kSame)
+        .Named("Dotted moisture fields"),
+    Row<At<&Set::MarkExtrema>, kYes>("maxima and minima", "Tab 2", kSame)
+        .Named("Maxima and minima"),
+    Row<At<&Set::Tropopause>, kYes>("tropopause", "Tab 2").Named("Tropopause"),
+    Row<At<&Set::FreezingLevel>, kYes>("freezing level", "Tab 2", kSame).Named("Freezing level"),
+    Row<At<&Set::Terrain>, kYes>("terrain", "Tab 2", kSame).Named("Terrain"),
+    Row<At<&Set::Resolution>>("grid matrix resolution", "Tab 3").Named("Grid matrix resolution"),
+    Row<At<&Set::SmoothingPasses>, kTrue, Range{0, kMostPasses}>("smoothing passes", "Tab 3", kSame)
+        .Named("Smoothing passes"),
+    Row<At<&Set::CrossDirection>, kTrue, Range{0, 360}>("cross-wind direction", "Tab 3")
+        .In("°")
+        .Named("Cross-wind direction"),
 };
 
 using State = SectionState;
@@ -93,6 +100,10 @@ GridSize SizeOf(GridResolution resolution) {
       return {81, 61};
   }
   return {};
+}
+
+std::span<const SettingRow<SectionOptions>> SectionOptionRows() {
+  return kOptionRows;
 }
 
 std::string SectionStateFile() {

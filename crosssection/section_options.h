@@ -4,9 +4,11 @@
 
 #include <array>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
+#include "config/setting_row.h"
 #include "config/view_settings.h"
 #include "crosssection/column.h"
 
@@ -92,6 +94,9 @@ struct SectionState {
   int Left = 0, Top = 0, Width = 1100, Height = 760;  // pixels
   bool operator==(const SectionState&) const = default;
 };
+
+/// The rows of the options, for forms: the key names the control, the place its tab.
+std::span<const SettingRow<SectionOptions>> SectionOptionRows();
 
 /// "VEXA56+.XXX" (state), "VEXA56+.XXS" (options).
 std::string SectionStateFile();

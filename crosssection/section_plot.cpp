@@ -34,7 +34,7 @@ struct SectionInks {
   Pen Frame{}, Grid{}, Line{}, Thick{}, Sub{};
 };
 
-Color Between(Color from, Color to, double share) {
+Color MixedColor(Color from, Color to, double share) {
   const auto mix = [share](std::uint8_t a, std::uint8_t b) {
     return static_cast<std::uint8_t>(a + (b - a) * share);
   };
@@ -46,17 +46,17 @@ SectionInks InksFor(const SectionOptions& set) {
   SectionInks inks;
   inks.Paper = black ? Color{0, 0, 0} : Color{255, 255, 255};
   inks.Ink = black ? Color{235, 235, 235} : Color{20, 20, 20};
-  inks.Faint = Between(inks.Ink, inks.Paper, 0.4);
-  inks.Made = Between(inks.Ink, inks.Paper, 0.55);
+  inks.Faint = MixedColor(inks.Ink, inks.Paper, 0.4);
+  inks.Made = MixedColor(inks.Ink, inks.Paper, 0.55);
   inks.Ground = black ? Color{105, 85, 65} : Color{165, 140, 110};
   inks.Freezing = black ? Color{90, 170, 255} : Color{0, 70, 190};
   inks.Tropopause = black ? Color{255, 140, 220} : Color{150, 0, 110};
   inks.Frame = {inks.Ink, 14, LineStyle::Solid};
-  inks.Grid = {Between(inks.Ink, inks.Paper, 0.75), 5, LineStyle::Solid};
-  const Color line = Between(inks.Ink, inks.Paper, 0.2);
+  inks.Grid = {MixedColor(inks.Ink, inks.Paper, 0.75), 5, LineStyle::Solid};
+  const Color line = MixedColor(inks.Ink, inks.Paper, 0.2);
   inks.Line = {line, 12, LineStyle::Solid};
   inks.Thick = {line, 26, LineStyle::Solid};
-  inks.Sub = {Between(inks.Ink, inks.Paper, 0.45), 8, LineStyle::Dash};
+  inks.Sub = {MixedColor(inks.Ink, inks.Paper, 0.45), 8, LineStyle::Dash};
   return inks;
 }
 
@@ -426,7 +426,7 @@ class Drawing {
 
   Color CategoryColor(double share, bool black) const {
     // Clouds and what is there or not have few classes: enough colour for the lowest too.
-    return input_.Field.Field->Code == "CLDS" ? Between(inks_.Paper, inks_.Ink, 0.15 + share)
+    return input_.Field.Field->Code == "CLDS" ? MixedColor(inks_.Paper, inks_.Ink, 0.15 + share)
                                               : SignedColor(std::min(1.0, 0.3 + share), black);
   }
 

@@ -13,6 +13,7 @@
 #include "program/hodogram_controls.h"
 #include "program/hodograph_commands.h"
 #include "program/needs.h"
+#include "program/section_display.h"
 #include "program/settings_commands.h"
 #include "program/view_commands.h"
 #include "program/wave_displays.h"
@@ -141,9 +142,28 @@ constexpr DisplayRow kDisplays[] = {
      .Needs = NeedsSounding,
      .Heading = "MOUNTAIN WAVE"},
     {.Id = "CrossSection",
+     .Title = "Cross-Section",
+     .Plot = PlotCrossSection,
+     .Needs = NeedsSection,
      .Entry = "mnuCross",
      .Caption = "&Cross-Section",
-     .Hint = "Not in this version: soundings side by side"},
+     .Hint = "The soundings opened together side by side, along a line or in time",
+     .Lacking = "(cross-section)",
+     .Heading = "CROSS-SECTION",
+     .Topic = "crosssection",
+     .Listing = ListCrossSection},
+    {.Id = "AreaMapForm",
+     .Title = "Area Map Sounding Display",
+     .Plot = PlotSectionMap,
+     .Needs = NeedsSection,
+     .Entry = "mnuAreaMap",
+     .Caption = "&Area Map",
+     .Hint = "The stations of the cross-section on a map, with their winds",
+     .Lacking = "(area map)",
+     .Also = "AreaMap",
+     .Heading = "AREA MAP",
+     .Topic = "crosssection",
+     .Controls = SectionMapControls},
     {.Id = "Soaring",
      .Title = "Soaring",
      .Plot = Sheet<display::SoaringSheet>,

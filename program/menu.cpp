@@ -10,6 +10,7 @@
 #include "program/displays.h"
 #include "program/edit_commands.h"
 #include "program/needs.h"
+#include "program/section_display.h"
 #include "program/sounding_loop.h"
 #include "program/view_commands.h"
 
@@ -188,8 +189,8 @@ constexpr MenuRow kMenuTree[] = {
     {"", "mnuDisplay", "&Displays"},
     {"mnuDisplay", "mnuSounding", "&Sounding", Action(commands::ShowAlone, "Sounding"),
      "Return to the sounding diagram"},
-    {"mnuDisplay", "mnuCrossSectionReturn", "Cross-Section", kNotBuilt,
-     "Not in this version: the return to a cross-section"},
+    {"mnuDisplay", "mnuCrossSectionReturn", "Cross-Section", ShowsDisplay("CrossSection"),
+     "Return to the cross-section", "", State().Wants(NeedsSection, "(cross-section)")},
     {"mnuDisplay", "mnuListings", "&Listings", Opens("Listings"),
      "The seven listings of this sounding", "Ctrl+L", State().Wants(NeedsLevels, "(listings)")},
     {"mnuDisplay", "mnuAnalyze", "&Analyze", Opens("InfoPanel"),

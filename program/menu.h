@@ -39,6 +39,12 @@ constexpr Action Opens(std::string_view window, std::string_view at = {}) {
   return action;
 }
 
+constexpr Action ShowsDisplay(std::string_view id) {
+  Action action;
+  action.Display = id;
+  return action;
+}
+
 /// How an entry shows the state of the program, and what it needs.
 struct EntryState {
   bool LineAbove = false;                       // a separator before it

@@ -90,7 +90,7 @@ bool SectionWork::LoadFile(const std::filesystem::path& file, const SectionChoic
   const std::vector<ingest::SourceEntry> entries = source.List();
   const int count = std::max(1, static_cast<int>(entries.size()));
   for (int i = 0; i < count; ++i) {
-    if (choice.Index && count > 1 && *choice.Index != i) continue;
+    if (!choice.Indices.empty() && count > 1 && !choice.Indices.contains(i)) continue;
     // Formats of one sounding list none; the time of these is known when they have been read.
     if (!entries.empty() && !IsChosen(entries[static_cast<std::size_t>(i)].Time, choice)) continue;
     const std::string numbered = count > 1 ? name + ", sounding " + Shortest(i + 1) : name;
@@ -105,7 +105,8 @@ bool SectionWork::LoadFile(const std::filesystem::path& file, const SectionChoic
     if (loading.Sounding->Finding.Number != 0) {
       troubles_.push_back({.Name = numbered, .Finding = loading.Sounding->Finding});
     }
-    into.Columns.push_back(ColumnOf(record, TextFromPath(file.filename())));
+    into.Columns.push_back(ColumnOf(record, name));
+    into.Columns.back().Order = static_cast<int>(into.Columns.size());
     // One too many tells WhyNoSection; a record of decades is not read to its end for that.
     if (into.Columns.size() > crosssection::kMostColumns) return true;
   }
@@ -117,6 +118,24 @@ bool SectionWork::Load(const std::vector<std::filesystem::path>& files, const Se
   const double part = 1.0 / std::max<double>(1, static_cast<double>(files.size()));
   double done = 0;
   for (const std::filesystem::path& file : files) {
+    if (!LoadFile(file, choice, policy, progress, done, part, into)) return false;
+    done += part;
+  }
+  return true;
+}
+
+bool SectionWork::Load(const std::vector<SoundingSet::Member>& members, const LoadPolicy& policy,
+                       Progress progress, crosssection::Section& into) {
+  std::vector<std::pair<std::filesystem::path, SectionChoice>> files;
+  for (const SoundingSet::Member& member : members) {
+    auto known =
+        std::ranges::find_if(files, [&](const auto& file) { return file.first == member.File; });
+    if (known == files.end()) known = files.insert(files.end(), {member.File, {}});
+    known->second.Indices.insert(member.Index);
+  }
+  const double part = 1.0 / std::max<double>(1, static_cast<double>(files.size()));
+  double done = 0;
+  for (const auto& [file, choice] : files) {
     if (!LoadFile(file, choice, policy, progress, done, part, into)) return false;
     done += part;
   }

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -13,12 +14,13 @@
 #include "crosssection/column.h"
 #include "crosssection/section_options.h"
 #include "sounding/analysed_sounding.h"
+#include "sounding/sounding_set.h"
 
 namespace vexa {
 
 /// Which of the soundings of the files are taken.
 struct SectionChoice {
-  std::optional<int> Index{};             // of each file, from 0; none: all of them
+  std::set<int> Indices{};                // in each file, from 0; none: all of them
   std::optional<ObservationTime> From{};  // of known times
   std::optional<ObservationTime> Until{};
 };
@@ -42,6 +44,10 @@ class SectionWork {
   /// Every chosen sounding of the files as columns, not yet arranged. False when the user stopped.
   bool Load(const std::vector<std::filesystem::path>& files, const SectionChoice& choice,
             const LoadPolicy& policy, Progress progress, crosssection::Section& into);
+
+  /// The members of a set of soundings; each file is opened once.
+  bool Load(const std::vector<SoundingSet::Member>& members, const LoadPolicy& policy,
+            Progress progress, crosssection::Section& into);
 
   /// Puts interpolated soundings between the columns.
   void Interpolate(crosssection::Section& section);

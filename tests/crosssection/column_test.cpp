@@ -70,7 +70,10 @@ TEST(Arrange, OrdersStationsAlongTheirLine) {
   EXPECT_EQ(section.Direction, SectionDirection::Reverse);
   EXPECT_EQ(section.Columns[0].X, 0);
   EXPECT_NEAR(section.Columns[3].X, way - second, 1e-9);
-  Arrange(section);  // stays turned, whatever the order that it finds
+  for (Column& column : section.Columns) column.Order = 1 + column.Sounding.Time.Hour;
+  Arrange(
+      section);  // stays turned: the order in which they were given counts, not where they stand
+  EXPECT_EQ(Titles(section), "S4 S3 S2 S1 S0 ");
   EXPECT_EQ(section.Direction, SectionDirection::Reverse);
   EXPECT_EQ(section.Columns[0].X, 0);
 }

@@ -1,0 +1,80 @@
+// The cross-section's display: its section, made of the soundings that were opened together or of a
+// dataset, its settings, and what its window's commands do.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "crosssection/dataset.h"
+#include "crosssection/intervals.h"
+#include "crosssection/section_plot.h"
+#include "program/display_row.h"
+#include "program/program.h"
+
+namespace vexa {
+
+/// What the cross-section keeps while the program runs.
+struct SectionView {
+  crosssection::Section Of{};
+  std::string Why{};                   // a sentence, when there is no section
+  std::vector<std::string> Remarks{};  // what is odd about it
+  std::vector<SoundingSet::Member> MadeOf{};
+  AnalysisSettings Under{};
+  std::optional<crosssection::SectionKind> Kind{};  // as chosen; none: by the soundings
+  bool IsDataset = false;
+  bool Interpolates = false;
+  crosssection::SectionOptions Set{};
+  crosssection::IntervalSettings Intervals{};
+  crosssection::SectionState State{};
+  bool HasSettings = false;  // they have been read
+  double MapPress = 500;     // hPa, of the winds on the map
+};
+
+/// Soundings opened together, or a section that is there already.
+std::string_view NeedsSection(const Program& program);
+
+/// Its picture; of what is kept, else of the soundings that were opened together.
+Picture PlotCrossSection(const DisplayInput& from, const Surface& on);
+std::vector<std::string> ListCrossSection(const Program& program);
+
+/// The map of the section's stations, with their winds at a pressure.
+Picture PlotSectionMap(const DisplayInput& from, const Surface& on);
+std::span<const ControlRow> SectionMapControls();
+
+/// Reads the settings of the program folder once; keeps them.
+SectionView& SectionViewOf(Program& program);
+void SaveSectionSettings(Program& program);
+
+/// Makes the section anew where the soundings or the analyses have changed. False when the user
+/// stopped: the one before stays.
+bool FollowSoundings(Program& program);
+
+namespace commands {
+
+/// Asks for the checks of a field and chooses it; false when the user cancels.
+bool ChooseField(Program& program, std::string_view code);
+void ChooseKind(Program& program, crosssection::SectionKind kind);
+void TurnSection(Program& program);
+void InterpolateSection(Program& program, bool on);
+
+/// Opens a dataset; what cannot be used has been told on false.
+bool OpenDataset(Program& program, const std::filesystem::path& path);
+/// Writes the section as a dataset, and the list of its files beside it. Faults have been told.
+bool SaveDataset(Program& program, const std::filesystem::path& path);
+/// Marks the section as the one that comes at the next start, or takes the mark away; tells which.
+void AutoLoadSection(Program& program);
+/// Opens the last dataset when it is to come at the start.
+void RestoreSection(Program& program);
+/// Adds newer soundings of the same station from the files that the section came from; asks first.
+/// Gives how many came.
+int UpdateSection(Program& program);
+/// Puts a column's sounding in work in the main window.
+Changes TransferToSounding(Program& program, std::size_t column);
+
+}  // namespace commands
+
+}  // namespace vexa

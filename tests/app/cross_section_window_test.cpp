@@ -1,0 +1,105 @@
+// The cross-section's window: made of what is opened together, with a button for each field.
+#include "app/cross_section_window.h"
+
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+
+#include "app/section_dialogs.h"
+#include "app/sounding_window.h"
+#include "core/files.h"
+#include "core/raw_file.h"
+#include "support/soundings.h"
+
+namespace vexa {
+namespace {
+
+class SectionWindowTest : public testing::Test {
+ protected:
+  SectionWindowTest() {
+    program.Doc.AskThrough(&interaction);
+    program.Where = FoldersBelow(folder.Path());
+    window.show();
+    std::vector<std::filesystem::path> files;
+    for (const double lon : {-95.0, -97.0, -100.0}) {
+      SoundingRecord record = test::ReferenceConvective();
+      SetDecimalPosition(record, 35, lon);
+      record.StationTitle = "Station " + std::to_string(static_cast<int>(-lon));
+      files.push_back(folder.Path() / (record.StationTitle + ".RAW"));
+      EXPECT_FALSE(SaveFile(files.back(), WriteRaw(record)));
+    }
+    window.OpenFiles(files);
+    window.findChild<QAction*>("mnuCross")->trigger();
+  }
+  CrossSectionWindow& Section() {
+    return dynamic_cast<CrossSectionWindow&>(*window.Display("CrossSection"));
+  }
+  bool Says(const char* text) {
+    return std::ranges::any_of(Section().Page().Items(), [text](const Item& item) {
+      const auto* label = std::get_if<Label>(&item.Shape);
+      return label != nullptr && label->Text.find(text) != std::string::npos;
+    });
+  }
+
+  const test::TemporaryFolder folder;
+  Program program;
+  WindowInteraction interaction{program.Gate, WindowInteraction::Attendance::Unattended};
+  SoundingWindow window{program, interaction};
+};
+
+TEST_F(SectionWindowTest, AButtonForEachFieldDrawsIt) {
+  EXPECT_TRUE(Section().isVisible());
+  EXPECT_TRUE(Says("Temperature (C)"));
+  for (const crosssection::FieldRow& field : crosssection::Fields()) {
+    auto* button =
+        Section().findChild<QPushButton*>("cmd" + QString::fromLatin1(field.Code.data()));
+    ASSERT_NE(button, nullptr) << field.Code;
+    button->click();
+    EXPECT_TRUE(button->isChecked());
+    EXPECT_TRUE(Says(std::string(field.Title.substr(0, field.Title.find('('))).c_str()))
+        << field.Code;
+  }
+}
+
+TEST_F(SectionWindowTest, FormsChangeThePictureAndTakeItBack) {
+  Section().findChild<QAction*>("mnuDiagramX")->trigger();
+  auto* form = Section().findChild<DiagramX*>();
+  ASSERT_NE(form, nullptr);
+  SectionViewOf(program).Set.Scale = crosssection::SectionScale::Feet;
+  Section().findChild<QAction*>("mnuRedraw")->trigger();
+  EXPECT_TRUE(Says("ft (x1000) MSL"));
+  form->findChild<QPushButton*>("cmdUndo")->click();
+  EXPECT_TRUE(Says("mb"));
+  EXPECT_FALSE(Says("ft (x1000) MSL"));
+
+  Section().findChild<QAction*>("mnuIntervalSet")->trigger();
+  auto* intervals = Section().findChild<IntervalSet*>();
+  ASSERT_NE(intervals, nullptr);
+  intervals->findChild<QLineEdit*>("txtTMP")->setText("-1");
+  for (auto* button : intervals->findChildren<QPushButton*>()) {
+    if (button->text().contains("Apply")) button->click();
+  }
+  EXPECT_TRUE(SectionViewOf(program).Intervals.Chosen.empty());
+  intervals->findChild<QLineEdit*>("txtTMP")->setText("2.5");
+  for (auto* button : intervals->findChildren<QPushButton*>()) {
+    if (button->text().contains("Apply")) button->click();
+  }
+  EXPECT_EQ(SectionViewOf(program).Intervals.Chosen.at("TMP"), 2.5);
+}
+
+TEST_F(SectionWindowTest, TurnsAndShowsItsMap) {
+  EXPECT_EQ(SectionViewOf(program).Of.Columns[0].Sounding.StationTitle, "Station 95");
+  Section().findChild<QAction*>("FlipTime")->trigger();
+  EXPECT_EQ(SectionViewOf(program).Of.Columns[0].Sounding.StationTitle, "Station 100");
+  Section().findChild<QAction*>("TransferToAreaMapPlot")->trigger();
+  ASSERT_NE(window.Display("AreaMapForm"), nullptr);
+  EXPECT_EQ(
+      std::ranges::count(window.Display("AreaMapForm")->Page().Items(), "station mark", &Item::Tag),
+      3);
+}
+
+}  // namespace
+}  // namespace vexa

@@ -1,0 +1,151 @@
+// The cross-section's commands without its window: made of what was opened together, kept as a
+// dataset, brought up to date.
+#include "program/section_display.h"
+
+#include <gtest/gtest.h>
+
+#include "core/files.h"
+#include "core/raw_file.h"
+#include "program/displays.h"
+#include "program/needs.h"
+#include "program/session_memory.h"
+#include "support/soundings.h"
+
+namespace vexa {
+namespace {
+
+namespace fs = std::filesystem;
+using crosssection::SectionKind;
+
+std::string Texts(const Picture& page) {
+  std::string texts;
+  for (const Item& item : page.Items()) {
+    if (const auto* label = std::get_if<Label>(&item.Shape)) texts += label->Text + '\n';
+  }
+  return texts;
+}
+
+class SectionDisplay : public testing::Test {
+ protected:
+  SectionDisplay() {
+    program.Where = FoldersBelow(folder.Path());
+    program.Doc.AskThrough(&user);
+    fs::create_directories(program.Where.Data);
+    fs::create_directories(program.Where.CrossSection);
+  }
+  fs::path Station(const std::string& name, double lon) {
+    SoundingRecord record = test::ReferenceConvective();
+    SetDecimalPosition(record, 35, lon);
+    record.StationTitle = name;
+    const fs::path path = program.Where.Data / (name + ".RAW");
+    EXPECT_FALSE(SaveFile(path, WriteRaw(record)));
+    return path;
+  }
+  void OpenLine() {
+    OpenSoundings(program, {Station("east", -95), Station("middle", -97), Station("west", -100)});
+    ASSERT_TRUE(FollowSoundings(program));
+  }
+  SectionView& View() { return SectionViewOf(program); }
+
+  const test::TemporaryFolder folder;
+  test::ScriptedInteraction user;
+  Program program;
+};
+
+TEST_F(SectionDisplay, IsMadeOfWhatWasOpenedTogether) {
+  EXPECT_NE(NeedsSection(program), "");
+  OpenLine();
+  EXPECT_EQ(NeedsSection(program), "");
+  ASSERT_EQ(View().Of.Columns.size(), 3U);
+  EXPECT_EQ(View().Of.Kind, SectionKind::Distance);
+  EXPECT_EQ(View().Of.Columns[0].Sounding.StationTitle, "east");
+  const DisplayRow& row = *FindDisplay(AllDisplays(), "CrossSection");
+  EXPECT_EQ(LackOf(row, program), "");
+  EXPECT_NE(Texts(DrawDisplay(row, program, {12000, 9000})).find("Temperature (C)"),
+            std::string::npos);
+  EXPECT_TRUE(commands::ChooseField(program, "RH"));
+  EXPECT_NE(Texts(DrawDisplay(row, program, {12000, 9000})).find("Relative Humidity"),
+            std::string::npos);
+
+  commands::TurnSection(program);
+  EXPECT_EQ(View().Of.Columns[0].Sounding.StationTitle, "west");
+  commands::InterpolateSection(program, true);
+  EXPECT_EQ(View().Of.Columns.size(), 5U);
+  EXPECT_EQ(View().Of.Columns[0].Sounding.StationTitle, "west");
+  commands::InterpolateSection(program, false);
+  EXPECT_EQ(View().Of.Columns.size(), 3U);
+  EXPECT_EQ(ListCrossSection(program).size(), 6U);  // title, blank, head and three
+  commands::ChooseKind(program, SectionKind::Time);
+  EXPECT_NE(View().Why.find("not known"), std::string::npos);
+  EXPECT_NE(Texts(DrawDisplay(row, program, {12000, 9000})).find("not known"), std::string::npos);
+}
+
+TEST_F(SectionDisplay, AsksBeforeItDrawsWinds) {
+  SoundingRecord calm = test::ReferenceConvective();
+  SetDecimalPosition(calm, 35, -90);
+  calm.WindHgt.Clear();
+  calm.WindDir.Clear();
+  calm.WindSpd.Clear();
+  const fs::path path = program.Where.Data / "calm.RAW";
+  ASSERT_FALSE(SaveFile(path, WriteRaw(calm)));
+  OpenSoundings(program, {Station("east", -95), path});
+  ASSERT_TRUE(FollowSoundings(program));
+  user.Expect("Warning . . .", Answer::Cancel);
+  EXPECT_FALSE(commands::ChooseField(program, "WND"));
+  EXPECT_EQ(View().State.Field, "TMP");
+  user.Expect("Warning . . .", Answer::Ok);
+  EXPECT_TRUE(commands::ChooseField(program, "WND"));
+  EXPECT_EQ(View().State.Field, "WND");
+}
+
+TEST_F(SectionDisplay, IsKeptAsADataset) {
+  OpenLine();
+  user.Expect("Bad data file.", Answer::Ok);  // not among the soundings
+  EXPECT_FALSE(commands::SaveDataset(program, program.Where.Data / "line.SEC"));
+  const fs::path path = program.Where.CrossSection / "line.SEC";
+  ASSERT_TRUE(commands::SaveDataset(program, path));
+  EXPECT_EQ(ReadList(program.Where.CrossSection, crosssection::kDatasetListFile).size(), 3U);
+  user.Expect("Cross-Section", Answer::Ok);
+  commands::AutoLoadSection(program);
+  EXPECT_EQ(user.Boxes.back().Text,
+            "This cross-section will be automicatlly displayed next time VEXA is activated.");
+
+  Program next;
+  next.Where = program.Where;
+  next.Doc.AskThrough(&user);
+  commands::RestoreSection(next);
+  ASSERT_EQ(SectionViewOf(next).Of.Columns.size(), 3U);
+  EXPECT_EQ(SectionViewOf(next).Of.Name, "line");
+  for (std::size_t i = 0; i < 3; ++i) {
+    EXPECT_NEAR(SectionViewOf(next).Of.Columns[i].X, View().Of.Columns[i].X, 1e-6);
+  }
+
+  ASSERT_FALSE(SaveFile(path, "\"VEXA 5.2\",\"CROSS-SECTION\"\r\n"));
+  user.Expect("Incorrect dataset format", Answer::Ok);
+  EXPECT_FALSE(commands::OpenDataset(next, path));
+  EXPECT_EQ(SectionViewOf(next).Of.Columns.size(), 3U);  // what was there stays
+}
+
+TEST_F(SectionDisplay, TakesNewerSoundingsIntoASectionInTime) {
+  // Two soundings of a record first, and later a third, a day after the second.
+  const std::string two = ReadFile(test::TestData("igra_station.txt")).Value();
+  std::string third = two.substr(two.rfind('#'));
+  third.replace(third.find("2000 01 01"), 10, "2000 01 02");
+  const fs::path path = program.Where.Data / "record.txt";
+  ASSERT_FALSE(SaveFile(path, two));
+  program.Listed = SoundingSet({{path, 0}, {path, 1}});
+  ASSERT_TRUE(FollowSoundings(program));
+  ASSERT_EQ(View().Of.Kind, SectionKind::Time);
+  ASSERT_EQ(View().Of.Columns.size(), 2U);
+  user.Expect("Cross-Section Auto-Update ...", Answer::No);
+  EXPECT_EQ(commands::UpdateSection(program), 0);
+  ASSERT_FALSE(SaveFile(path, two + third));
+  user.Expect("Cross-Section Auto-Update ...", Answer::Yes);
+  EXPECT_EQ(commands::UpdateSection(program), 1);
+  EXPECT_EQ(View().Of.Columns.size(), 3U);
+  EXPECT_EQ(commands::TransferToSounding(program, 1), (Changes{.Sounding = true, .View = true}));
+  EXPECT_EQ(program.Current.Record, View().Of.Columns[1].Sounding);
+}
+
+}  // namespace
+}  // namespace vexa
