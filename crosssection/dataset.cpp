@@ -13,7 +13,7 @@
 namespace vexa::crosssection {
 namespace {
 
-constexpr int kMostLevels = 100000;
+constexpr int kMostMemberLevels = 100000;
 constexpr std::string_view kClosing = "END";  // a last figure that is cut short is noticed
 constexpr double kNoPosition = kMissing;
 
@@ -109,8 +109,8 @@ Dataset::Member ReadMember(MemberReader& from) {
   sounding.Time.Day = from.Whole("day", least, 31);
   sounding.Time.Hour = from.Whole("hour", 0, 23);
   sounding.Time.Minute = from.Whole("minute", 0, 59);
-  const int temps = from.Whole("number of temperature levels", 0, kMostLevels);
-  const int winds = from.Whole("number of wind levels", 0, kMostLevels);
+  const int temps = from.Whole("number of temperature levels", 0, kMostMemberLevels);
+  const int winds = from.Whole("number of wind levels", 0, kMostMemberLevels);
   for (int i = 0; i < temps && from.Ok(); ++i) {
     const double press = from.Number("pressure");
     const double temp = from.Number("temperature");
