@@ -13,7 +13,7 @@
 #include "core/markers.h"
 #include "core/units.h"
 #include "ingest/bufr_messages.h"
-#include "ingest/decoder.h"
+#include "ingest/decoded.h"
 #include "support/soundings.h"
 
 // The library loses a few kilobytes with some messages that have quality sections.
@@ -24,20 +24,6 @@ extern "C" const char* __lsan_default_suppressions() {
 
 namespace vexa::ingest {
 namespace {
-
-struct Decoded {
-  SoundingRecord Record{};
-  std::optional<Fault> Failed{};
-  std::vector<std::string> Notes{};
-};
-
-Decoded Decode(const SourceText& source, int index = 0) {
-  LoadContext context{.Index = index};
-  Decoded decoded;
-  decoded.Failed = DecodeSounding(source, context, decoded.Record);
-  decoded.Notes = std::move(context.Notes);
-  return decoded;
-}
 
 SourceText File(const std::filesystem::path& path) {
   return SourceText(path.filename().string(), ReadFile(path).Value());
@@ -53,7 +39,7 @@ TEST(Bufr, MessagesOfAnAscentBecomeOneSounding) {
   ASSERT_EQ(entries.size(), 2U);
   EXPECT_EQ(entries[1].Title, "99456  00Z 29 Feb 2024");
 
-  const Decoded first = Decode(source);
+  const Decoded first = DecodeSource(source);
   ASSERT_FALSE(first.Failed) << first.Failed->Detail;
   const SoundingRecord& record = first.Record;
   EXPECT_EQ(record.DataFormat, "BUFR");
@@ -80,7 +66,7 @@ TEST(Bufr, MessagesOfAnAscentBecomeOneSounding) {
                                       "Released at 05:02 UTC."}));
 
   // Winds of a message of their own join the ascent; at 850 hPa the one with temperatures counts.
-  const Decoded second = Decode(source, 1);
+  const Decoded second = DecodeSource(source, 1);
   EXPECT_EQ(second.Record.Time, (ObservationTime{2024, 2, 29, 0, 0}));
   EXPECT_EQ(second.Record.WindDir, Levels<double>({270, 90, 280}));
 }
@@ -92,12 +78,12 @@ TEST(Bufr, DamageLeavesTheOtherMessages) {
   for (int message = 0; message < 3; ++message) at = whole.find("7777", at) + 4;
   std::string damaged = whole.substr(0, whole.size() - 20);
   damaged[at - 1] = '8';
-  const Decoded decoded = Decode(SourceText("cut.bufr", damaged));
+  const Decoded decoded = DecodeSource(SourceText("cut.bufr", damaged));
   ASSERT_FALSE(decoded.Failed) << decoded.Failed->Detail;
   EXPECT_EQ(decoded.Record.Press, Levels<double>({990, 850}));
   EXPECT_EQ(decoded.Notes.front(), "Messages that are damaged or cut off, left out: 2");
 
-  const Decoded nothing = Decode(SourceText("cut.bufr", whole.substr(0, 100)));
+  const Decoded nothing = DecodeSource(SourceText("cut.bufr", whole.substr(0, 100)));
   ASSERT_TRUE(nothing.Failed);
   EXPECT_EQ(nothing.Failed->Number, kFaultEndOfFile);
   EXPECT_EQ(nothing.Failed->Detail, "cut.bufr: Messages that are damaged or cut off, left out: 1");
@@ -113,7 +99,7 @@ TEST(Bufr, TablesThatTheLibraryGivesUpOnAreDamage) {
   damaged[message + kMasterTable] = '\xe8';
   damaged[message + kLocalTable] = 1;
   damaged[message + kSequence] = '\xfa';  // 3 09 250, of a centre
-  const Decoded decoded = Decode(SourceText("tables.bufr", damaged));
+  const Decoded decoded = DecodeSource(SourceText("tables.bufr", damaged));
   ASSERT_FALSE(decoded.Failed) << decoded.Failed->Detail;
   EXPECT_NE(std::ranges::find(decoded.Notes,
                               "Left out: a message cannot be unpacked: the BUFR library gave up "
@@ -128,7 +114,7 @@ TEST(Bufr, TablesThatAreNewerAreRead) {
   std::string newer = Bytes();
   constexpr std::size_t kMasterTable = 21;
   newer[newer.find("BUFR") + kMasterTable] = 60;
-  const Decoded decoded = Decode(SourceText("newer.bufr", newer));
+  const Decoded decoded = DecodeSource(SourceText("newer.bufr", newer));
   ASSERT_FALSE(decoded.Failed) << decoded.Failed->Detail;
   EXPECT_EQ(decoded.Record.Press, Levels<double>({990, 850, 500, 300}));
 }
@@ -182,7 +168,7 @@ TEST(Bufr, AStationWithOneLevelIsAFaultOfItsOwn) {
                             test::Bits(29320, 16) + test::Bits(28520, 16));
   const SourceText source("b.bufr", Bytes() + message);
   ASSERT_EQ(ListSoundings(source).size(), 3U);
-  const Decoded single = Decode(source, 2);
+  const Decoded single = DecodeSource(source, 2);
   ASSERT_TRUE(single.Failed);
   EXPECT_EQ(single.Failed->Detail,
             "b.bufr: too few levels of 60155, 1 with a temperature and 0 with a wind");
@@ -223,7 +209,7 @@ TEST(Bufr, AnAscentStartsWhereTheSondeWasReleased) {
                              height(c.Release, 1, 1000) + test::Bits(2, 16) +
                              level(kSurface, 10100, c.Surface, 29315) +
                              level(kStandard, 8500, 1500, 28315);
-    const Decoded decoded = Decode(
+    const Decoded decoded = DecodeSource(
         SourceText("release.bufr", test::BufrMessage({1001, 1002, 7030, 7007, 107000, 31002, 8042,
                                                       7004, 10009, 12101, 12103, 11001, 11002},
                                                      bits)));
@@ -239,7 +225,7 @@ TEST(Bufr, RealMessages) {
     SCOPED_TRACE(c.Name);
     const SourceText source = File(folder / c.Name);
     EXPECT_EQ(static_cast<int>(ListSoundings(source).size()), c.Soundings);
-    const Decoded decoded = Decode(source, c.Index);
+    const Decoded decoded = DecodeSource(source, c.Index);
     ASSERT_FALSE(decoded.Failed) << decoded.Failed->Detail;
     const SoundingRecord& record = decoded.Record;
     EXPECT_EQ(CheckRecord(record), QcFinding{});
@@ -257,19 +243,19 @@ TEST(Bufr, RealMessages) {
     EXPECT_NEAR(record.WindSpd(1), c.SpdMs * kMsToKnot, 1e-6);
   }
   // Winds alone are a sounding, single points of aircraft are none.
-  const Decoded winds = Decode(File(folder / "pilo_91.bufr"), 16);
+  const Decoded winds = DecodeSource(File(folder / "pilo_91.bufr"), 16);
   ASSERT_FALSE(winds.Failed) << winds.Failed->Detail;
   EXPECT_EQ(winds.Record.NumTempLevels(), 0);
   EXPECT_GE(winds.Record.NumWindLevels(), 2);
   EXPECT_EQ(ListSoundings(File(folder / "pilo_91.bufr")).size(), 17U);
-  EXPECT_EQ(Decode(File(folder / "aircraft_small.bufr")).Failed->Detail,
+  EXPECT_EQ(DecodeSource(File(folder / "aircraft_small.bufr")).Failed->Detail,
             "aircraft_small.bufr: a message holds no vertical sounding, its category is 4");
 }
 
 TEST(Bufr, AgreesWithTheTextOfTheSameAscent) {
   VEXA_REAL_DATA(folder, "");
-  const Decoded bufr = Decode(File(folder / "bufr" / "KABQ_202305221200_ius.bufr"));
-  const Decoded text = Decode(File(folder / "class" / "KABQ_202305221104_every60s.cls"));
+  const Decoded bufr = DecodeSource(File(folder / "bufr" / "KABQ_202305221200_ius.bufr"));
+  const Decoded text = DecodeSource(File(folder / "class" / "KABQ_202305221104_every60s.cls"));
   const std::vector<double>& press = bufr.Record.Press.Values();
   int compared = 0;
   for (int i = 1; i <= text.Record.NumTempLevels(); ++i) {
@@ -290,7 +276,7 @@ TEST(Bufr, AgreesWithTheTextOfTheSameAscent) {
 
 TEST(Bufr, ABuildWithoutTheLibraryNamesWhatItLacks) {
   const Decoded decoded =
-      Decode(SourceText("local.bufr", test::BufrMessage({309196}, std::string(64, '0'))));
+      DecodeSource(SourceText("local.bufr", test::BufrMessage({309196}, std::string(64, '0'))));
   ASSERT_TRUE(decoded.Failed);
   EXPECT_EQ(decoded.Failed->Detail,
             "local.bufr: a message has elements that this build of the program does not know");

@@ -10,7 +10,7 @@
 #include "core/data_checks.h"
 #include "core/station_list.h"
 #include "ingest/coded_heights.h"
-#include "ingest/decoder.h"
+#include "ingest/decoded.h"
 #include "support/soundings.h"
 
 namespace vexa::ingest {
@@ -18,24 +18,8 @@ namespace {
 
 using test::WindRow;
 
-struct Decoded {
-  SoundingRecord Record{};
-  std::optional<Fault> Failed{};
-  std::vector<std::string> Notes{};
-
-  bool HasNote(std::string_view part) const {
-    return std::ranges::any_of(
-        Notes, [part](const std::string& note) { return note.find(part) != note.npos; });
-  }
-};
-
 Decoded Decode(std::string text, const StationList* stations = nullptr) {
-  LoadContext context{.Stations = stations};
-  Decoded decoded;
-  decoded.Failed =
-      DecodeSounding(SourceText("m_20240305", std::move(text)), context, decoded.Record);
-  decoded.Notes = std::move(context.Notes);
-  return decoded;
+  return DecodeSource(SourceText("m_20240305", std::move(text)), 0, stations);
 }
 
 void ExpectWinds(const SoundingRecord& record, const std::vector<WindRow>& rows) {

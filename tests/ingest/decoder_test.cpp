@@ -11,6 +11,7 @@
 #include "core/files.h"
 #include "core/raw_file.h"
 #include "core/units.h"
+#include "ingest/decoded.h"
 #include "ingest/height_finder.h"
 #include "ingest/source_header.h"
 #include "ingest/source_levels.h"
@@ -19,24 +20,6 @@
 
 namespace vexa::ingest {
 namespace {
-
-struct Decoded {
-  SoundingRecord Record{};
-  std::optional<Fault> Failed{};
-  std::vector<std::string> Notes{};
-};
-
-Decoded DecodeText(const std::string& name, std::string text) {
-  LoadContext context;
-  Decoded decoded;
-  decoded.Failed = DecodeSounding(SourceText(name, std::move(text)), context, decoded.Record);
-  decoded.Notes = std::move(context.Notes);
-  return decoded;
-}
-
-std::string FileText(const std::string& name) {
-  return ReadFile(test::TestData(name)).Value();
-}
 
 TEST(Wyoming, AWebPage) {
   const Decoded decoded = DecodeText("page.html", FileText("wyoming_page.html"));

@@ -16,7 +16,7 @@
 #include "core/numbers.h"
 #include "core/raw_file.h"
 #include "core/units.h"
-#include "ingest/decoder.h"
+#include "ingest/decoded.h"
 #include "support/soundings.h"
 
 namespace vexa::ingest {
@@ -24,33 +24,6 @@ namespace {
 
 using test::TempRow;
 using test::WindRow;
-
-struct Decoded {
-  SoundingRecord Record{};
-  std::optional<Fault> Failed{};
-  std::vector<std::string> Notes{};
-
-  bool HasNote(std::string_view part) const {
-    return std::ranges::any_of(
-        Notes, [part](const std::string& note) { return note.find(part) != note.npos; });
-  }
-};
-
-Decoded DecodeText(const std::string& name, std::string text, int index = 0) {
-  LoadContext context{.Index = index};
-  Decoded decoded;
-  decoded.Failed = DecodeSounding(SourceText(name, std::move(text)), context, decoded.Record);
-  decoded.Notes = std::move(context.Notes);
-  return decoded;
-}
-
-std::string FileText(const std::string& name) {
-  return ReadFile(test::TestData(name)).Value();
-}
-
-constexpr double FromMs(double speedMs) {
-  return speedMs * kMsToKnot;
-}
 
 struct Sample {
   const char *File, *Tag, *Title;
@@ -125,18 +98,6 @@ const Sample kSamples[] = {
      {1608, 360, FromMs(10)}, {5080.7, 270, FromMs(20)}, 1608, 40.5, -105.25},
 };
 // clang-format on
-
-void ExpectTemp(const SoundingRecord& record, int level, const TempRow& row) {
-  EXPECT_EQ(record.Press(level), row.Press);
-  EXPECT_EQ(record.Temp(level), row.Temp);
-  EXPECT_NEAR(record.Dewpt(level), row.Dewpt, 0.06);  // by other formulas up to this
-}
-
-void ExpectWind(const SoundingRecord& record, int level, const WindRow& row) {
-  EXPECT_NEAR(record.WindHgt(level), row.Height, 0.5);
-  EXPECT_EQ(record.WindDir(level), row.Dir);
-  EXPECT_DOUBLE_EQ(record.WindSpd(level), row.Spd);
-}
 
 TEST(Formats, CountsLevelsUnitsAndTimes) {
   for (const Sample& sample : kSamples) {
@@ -317,194 +278,6 @@ TEST(Formats, WindsAloneAreASounding) {
   EXPECT_TRUE(single.HasNote("The only temperature, at 1000 hPa, was left out."));
   EXPECT_EQ(DecodeText("d.txt", "# pressure dewpoint\n1000 20\n850 12\n").Failed->Detail,
             "d.txt: too few levels, 0 with a temperature and 0 with a wind");
-}
-
-const char* const kBulletins = "coded_bulletins_20240305.txt";
-
-// The level of a pressure, 0 when there is none.
-int TempAt(const SoundingRecord& record, double press) {
-  const auto& values = record.Press.Values();
-  const auto found = std::ranges::find(values, press);
-  return found == values.end() ? 0 : static_cast<int>(found - values.begin()) + 1;
-}
-
-int WindAt(const SoundingRecord& record, double height) {
-  for (int i = 1; i <= record.NumWindLevels(); ++i) {
-    if (std::fabs(record.WindHgt(i) - height) < 0.5) return i;
-  }
-  return 0;
-}
-
-// A message tells the day and the hour only; that of the release comes for the main hour after it.
-TEST(Coded, TheFilesDayGivesMonthAndYear) {
-  const std::string text =
-      "TTAA 51231 01234 99985 15456 18510 92780 10850 19020 85495 05658 20025=\n";
-  const auto timeOf = [&text](const char* name, std::chrono::sys_days written) {
-    SourceText source(name, text);
-    source.SetWrittenOn(written);
-    LoadContext context;
-    SoundingRecord record;
-    EXPECT_FALSE(DecodeSounding(source, context, record));
-    return record.Time;
-  };
-  using namespace std::chrono_literals;
-  const ObservationTime march{.Year = 2024, .Month = 3, .Day = 2};
-  EXPECT_EQ(timeOf("a.txt", 2024y / 3 / 2), march);
-  EXPECT_EQ(timeOf("a.txt", 2024y / 2 / 29), march);  // a day ahead
-  EXPECT_EQ(timeOf("a.txt", 2024y / 2 / 28), (ObservationTime{.Year = 2024, .Month = 2, .Day = 2}));
-  EXPECT_EQ(timeOf("a_20240301.txt", 2030y / 1 / 1), march);
-}
-
-TEST(Coded, PartsOfABulletinBecomeOneSounding) {
-  const std::vector<SourceEntry> entries =
-      ListSoundings(SourceText(kBulletins, FileText(kBulletins)));
-  ASSERT_EQ(entries.size(), 2U);
-  EXPECT_EQ(entries[1].Title, "SHIP1  12Z 05 Mar 2024");
-  const Decoded decoded = DecodeText(kBulletins, FileText(kBulletins));
-  ASSERT_FALSE(decoded.Failed) << decoded.Failed->Detail;
-  const SoundingRecord& record = decoded.Record;
-  EXPECT_EQ(record.WmoNumber, 1234);
-  EXPECT_EQ(record.Time, (ObservationTime{2024, 3, 5, 12, 0}));
-  EXPECT_NEAR(record.ElevM, 251.7, 2.5);  // fits the heights of the message
-  EXPECT_EQ(record.Press, Levels<double>({985, 925, 850, 780, 700, 500, 400, 300, 250, 210, 200,
-                                          150, 100, 70, 50}));
-  const TempRow temps[] = {{985, 15.4, 9.4},      // 15.5 before the correction
-                           {925, 10.8, 5.8},      // part B says 10.6
-                           {780, 2.4, kMissing},  // depression 55 is not used
-                           {400, -30.9, -47.9},   // 407/29 was broken by a line end
-                           {210, -55.1, -66.1},  {50, -61.5, -93.5}};
-  for (const TempRow& row : temps) {
-    SCOPED_TRACE(row.Press);
-    const int level = TempAt(record, row.Press);
-    ASSERT_NE(level, 0);
-    ExpectTemp(record, level, row);
-  }
-  const WindRow winds[] = {{304.8, 185, 12},   // thousand feet
-                           {779.8, 190, 20},   // 925 hPa
-                           {3657.6, 100, 16},  // "10016" is a wind, not 100 000 ft
-                           {5629, 220, 40},           {16214.3, 250, 40},
-                           {18424, 250, FromMs(20)},  // part C is in m/s
-                           {20504.6, 255, FromMs(22)}};
-  for (const WindRow& row : winds) {
-    SCOPED_TRACE(row.Height);
-    const int level = WindAt(record, row.Height);
-    ASSERT_NE(level, 0);
-    EXPECT_EQ(record.WindDir(level), row.Dir);
-    EXPECT_DOUBLE_EQ(record.WindSpd(level), row.Spd);
-  }
-  // The ground, 62.8 hPa below 925: 780 m - 29.27 m/K * 287.1 K * ln(985/925).
-  EXPECT_NEAR(record.WindHgt(1), 251.7, 2.5);
-  for (const char* note :
-       {"01234 TTAA: was corrected", "group 22912 1X856 is garbled and was skipped",
-        "At 925 hPa the parts differ: 10.8 C was taken",
-        "Parts of the message that are missing: D."}) {
-    EXPECT_TRUE(decoded.HasNote(note)) << note;
-  }
-}
-
-TEST(Coded, TheStationListGivesPositionAndGround) {
-  struct Case {
-    const char* About;
-    int Number, ElevM;
-    bool ElevUnknown;
-    const char* Title;
-    double WindHeight;  // of the ground
-    const char* Note;
-  };
-  const Case cases[] = {
-      {"the elevation is the ground's", 1234, 240, false,
-       "01234 - ENXX - PLACE, NORWAY  12Z 05 Mar 2024", 240,
-       "Position and elevation are those of the station list."},
-      {"an elevation of another place", 1234, 900, false,
-       "01234 - ENXX - PLACE, NORWAY  12Z 05 Mar 2024", 251.7,
-       "The elevation of 900 m does not fit"},
-      {"an elevation that the list lacks", 1234, 0, true,
-       "01234 - ENXX - PLACE, NORWAY  12Z 05 Mar 2024", 251.7,
-       "The position is that of the station list."},
-      {"a station that the list lacks", 1235, 0, false, "01234  12Z 05 Mar 2024", 251.7,
-       "Station 01234 is not in the station list"},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.About);
-    StationList stations;
-    ASSERT_TRUE(stations.Insert({.Number = c.Number,
-                                 .Ident = "ENXX",
-                                 .Name = "PLACE",
-                                 .Region = "NORWAY",
-                                 .ElevM = c.ElevM,
-                                 .ElevUnknown = c.ElevUnknown,
-                                 .Lat = 61.5,
-                                 .Lon = 5.25,
-                                 .LonHemi = "W"}));
-    LoadContext context{.Stations = &stations};
-    SoundingRecord record;
-    ASSERT_FALSE(DecodeSounding(SourceText(kBulletins, FileText(kBulletins)), context, record));
-    EXPECT_EQ(record.StationTitle, c.Title);
-    EXPECT_NEAR(record.ElevM, c.WindHeight, c.WindHeight == 240 ? 0 : 2.5);
-    EXPECT_NEAR(record.WindHgt(1), c.WindHeight, c.WindHeight == 240 ? 0 : 2.5);
-    EXPECT_EQ(record.LonSigned, c.Number == 1234 ? -5.25 : 0);
-    EXPECT_TRUE(std::ranges::any_of(context.Notes, [&](const std::string& note) {
-      return note.starts_with(c.Note);
-    })) << c.Note;
-  }
-}
-
-TEST(Coded, AShipHasItsPosition) {
-  const Decoded decoded = DecodeText(kBulletins, FileText(kBulletins), 1);
-  ASSERT_FALSE(decoded.Failed);
-  EXPECT_EQ(decoded.Record.LatSigned, -45.3);
-  EXPECT_EQ(decoded.Record.LonSigned, -30.1);
-  EXPECT_EQ(decoded.Record.WmoNumber, 0);
-  EXPECT_EQ(decoded.Record.NumTempLevels(), 5);
-  EXPECT_DOUBLE_EQ(decoded.Record.WindSpd(1), FromMs(15));
-  // What was said of the other station's reports is not its own.
-  EXPECT_FALSE(decoded.HasNote("01234 TTAA was corrected"));
-}
-
-TEST(Coded, HeightsAndWindsByTheirNeighbours) {
-  struct Case {
-    const char *About, *Text;
-    double Height, Dir, Spd;
-  };
-  const Case cases[] = {
-      {"below the sea",
-       "TTAA 55000 01234 99950 10056 18010 00695 ///// ///// 92445 08056 20015 "
-       "85135 04056 21020=",
-       1137.6, 210, 20},
-      {"a cold layer has the lower thousand",
-       "TTAA 55000 89999 99668 64556 09512 00721 ///// ///// 92414 ///// ///// 85079 ///// ///// "
-       "70519 ///// ///// 50481 43127 09524=",
-       4810, 95, 24},
-      {"five degrees and 500 knots",
-       "TTAA 55001 01234 99000 20056 18010 85500 10056 35655 70100 "
-       "01056 18012=",
-       1500.5, 355, 155},
-      {"no winds: the next level stands in their place",
-       "TTAA 55007 01234 99000 20056 18010 85500 10056 18010 70100 01056 18020 50575 10156 40743 "
-       "22156 30947 40156=",
-       3088.9, 180, 20},
-      {"a tropopause that looks like a wind maximum",
-       "TTAA 5500/ 01234 99000 20056 18010 85500 10056 88120 77162 26018 77999= "
-       "TTBB 55008 01234 00000 20056 11850 10056 21212 11850 24015=",
-       1500.5, 240, 15},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.About);
-    const Decoded decoded = DecodeText("m", c.Text);
-    ASSERT_FALSE(decoded.Failed) << decoded.Failed->Detail;
-    const int level = WindAt(decoded.Record, c.Height);
-    ASSERT_NE(level, 0);
-    EXPECT_EQ(decoded.Record.WindDir(level), c.Dir);
-    EXPECT_EQ(decoded.Record.WindSpd(level), c.Spd);
-  }
-}
-
-TEST(Coded, ReportsWithoutAscentSayWhy) {
-  EXPECT_EQ(DecodeText("n", "TTAA 6300/ 72999 51515 10148=\n").Failed->Detail,
-            "n: no ascent in it; 72999 TTAA: the ascent was not authorised.");
-  EXPECT_NE(DecodeText("n", "TTAA 56001 43999\nNO ASCENT DUE TO SHORTAGE OF STAFF=\n")
-                .Failed->Detail.find("SHORTAGE OF STAFF"),
-            std::string::npos);
 }
 
 TEST(IemJson, IsReadStrictlyButForNan) {
