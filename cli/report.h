@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "config/options.h"
+#include "config/display_settings.h"
 #include "report/sounding_json.h"
 
 namespace vexa::cli {
@@ -11,10 +11,10 @@ namespace vexa::cli {
 using report::ReportedSounding;
 using report::SoundingJson;
 
-std::string TextReport(const ReportedSounding& sounding, const Options& options);
+std::string TextReport(const ReportedSounding& sounding, const DisplaySettings& options);
 
 /// The names of the CSV columns with their units, and one row of them; lines without their ends.
-std::string CsvHeader(const Options& options);
-std::string CsvRow(const ReportedSounding& sounding, const Options& options);
+std::string CsvHeader(const DisplaySettings& options);
+std::string CsvRow(const ReportedSounding& sounding, const DisplaySettings& options);
 
 }  // namespace vexa::cli

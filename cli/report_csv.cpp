@@ -27,7 +27,7 @@ std::string Cell(std::optional<double> value) {
   return value ? Shortest(*value) : std::string();
 }
 
-std::vector<CsvColumn> CsvColumns(const ReportedSounding& sounding, const Options& options) {
+std::vector<CsvColumn> CsvColumns(const ReportedSounding& sounding, const DisplaySettings& options) {
   const SoundingRecord& record = sounding.Record;
   const AnalysisResults& results = sounding.Results;
   const bool placed = HasPosition(record);
@@ -77,7 +77,7 @@ std::vector<CsvColumn> CsvColumns(const ReportedSounding& sounding, const Option
 
 }  // namespace
 
-std::string CsvHeader(const Options& options) {
+std::string CsvHeader(const DisplaySettings& options) {
   std::string text;
   const AnalysedSounding none{LoadedSounding{}};
   for (const CsvColumn& column : CsvColumns(ReportOf(none, "", options), options))
@@ -85,7 +85,7 @@ std::string CsvHeader(const Options& options) {
   return text.substr(1);
 }
 
-std::string CsvRow(const ReportedSounding& sounding, const Options& options) {
+std::string CsvRow(const ReportedSounding& sounding, const DisplaySettings& options) {
   std::string text;
   for (const CsvColumn& column : CsvColumns(sounding, options)) {
     text += ',' + CsvField(column.Value);

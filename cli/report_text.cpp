@@ -30,7 +30,7 @@ std::string Shown(std::optional<double> value, std::string_view mask, std::strin
 /// The report, part by part.
 class Writer {
  public:
-  Writer(const ReportedSounding& sounding, const Options& options)
+  Writer(const ReportedSounding& sounding, const DisplaySettings& options)
       : sounding_(sounding),
         record_(sounding.Record),
         results_(sounding.Results),
@@ -200,14 +200,14 @@ class Writer {
   const ReportedSounding& sounding_;
   const SoundingRecord& record_;
   const AnalysisResults& results_;
-  const Options& options_;
+  const DisplaySettings& options_;
   const analysis::ShownUnits units_;
   std::string text_{};
 };
 
 }  // namespace
 
-std::string TextReport(const ReportedSounding& sounding, const Options& options) {
+std::string TextReport(const ReportedSounding& sounding, const DisplaySettings& options) {
   return Writer(sounding, options).Write();
 }
 

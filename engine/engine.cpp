@@ -23,7 +23,7 @@ namespace vexa::engine {
 struct Sounding::Held {
   std::string File{};
   AnalysedSounding Of;
-  Options Set{};
+  DisplaySettings Set{};
 
   // Made once, while the sounding is loaded, and only read from then on.
   const analysis::AnalysisResults& Results() const { return Of.Results(Set); }
@@ -51,13 +51,14 @@ Outcome<StationList> StationsOf(const std::string& file) {
   return ReadStations(text.Value(), file).List;
 }
 
-Outcome<Options> OptionsOf(const std::vector<std::string>& assignments) {
+// Of the options that are set those count that analyses and pictures are made from.
+Outcome<DisplaySettings> OptionsOf(const std::vector<std::string>& assignments) {
   Options options;
   for (const std::string& assignment : assignments) {
     if (auto fault = SetOption(options, assignment)) return *fault;
   }
   if (auto fault = CheckOptions(options)) return *fault;
-  return options;
+  return DisplaySettings(options);
 }
 
 }  // namespace
@@ -145,7 +146,7 @@ std::string Sounding::Native() const {
 }
 
 Loaded Load(const std::string& file, const Settings& settings) {
-  const Outcome<Options> options = OptionsOf(settings.Options);
+  const Outcome<DisplaySettings> options = OptionsOf(settings.Options);
   if (!options) return Failed(file, options.Error());
   const Outcome<StationList> stations = StationsOf(settings.StationFile);
   if (!stations) return Failed(settings.StationFile, stations.Error());
