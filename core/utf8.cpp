@@ -1,7 +1,5 @@
 #include "core/utf8.h"
 
-#include <algorithm>
-
 namespace vexa {
 namespace {
 
@@ -45,17 +43,6 @@ std::string Utf8FromLatin1(std::string_view bytes) {
   std::string text;
   for (const char c : bytes) AppendUtf8(static_cast<unsigned char>(c), text);
   return text;
-}
-
-std::string ValidUtf8(std::string_view text) {
-  std::string valid;
-  valid.reserve(text.size());
-  while (!text.empty()) {
-    const std::size_t length = Utf8Length(text);
-    valid += length == 0 ? kReplacement : text.substr(0, length);
-    text.remove_prefix(std::max<std::size_t>(length, 1));
-  }
-  return valid;
 }
 
 void AppendUtf8(char32_t code, std::string& text) {

@@ -20,9 +20,6 @@ bool IsUtf8(std::string_view text);
 /// A text of single bytes, Latin-1, as UTF-8.
 std::string Utf8FromLatin1(std::string_view bytes);
 
-/// The text with U+FFFD in place of each byte that is no part of a character.
-std::string ValidUtf8(std::string_view text);
-
 /// Adds a character by its number; U+FFFD for a number that is none.
 void AppendUtf8(char32_t code, std::string& text);
 
