@@ -111,7 +111,6 @@ VEXA_KIND(isotherms, "isotherm");
 VEXA_KIND(temperature, "temperature");
 VEXA_KIND(dewpoint, "dew point");
 VEXA_KIND(cape, "CAPE area");
-VEXA_KIND(veil, "veil");
 VEXA_KIND(parcel, "parcel");
 
 }  // namespace

@@ -112,11 +112,9 @@ namespace {
 
 // Where the station stands and how high.
 std::string PlaceText(const Plot& plot) {
-  std::string text = PositionText(plot.Sounding());
-  if (!plot.Sounding().ElevUnknown && plot.Sounding().NumTempLevels() > 0) {
-    text += (text.empty() ? "" : "   ") + HeightText(plot.Sounding().ElevM, plot.Units.Height);
-  }
-  return text;
+  const std::string text = PositionText(plot.Sounding());
+  if (text.empty() || plot.Sounding().ElevUnknown) return text;
+  return text + "   " + HeightText(plot.Sounding().ElevM, plot.Units.Height);
 }
 
 }  // namespace

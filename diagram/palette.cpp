@@ -148,6 +148,17 @@ double Contrast(Color a, Color b) {
   return (std::max(first, second) + 0.05) / (std::min(first, second) + 0.05);
 }
 
+// One ink in place of two that cover one another in part.
+Color Over(Color below, Color above) {
+  const double upper = above.Alpha / 255.0;
+  const double lower = (1 - upper) * below.Alpha / 255.0;
+  const auto mix = [&](std::uint8_t a, std::uint8_t b) {
+    return static_cast<std::uint8_t>(std::lround((lower * a + upper * b) / (lower + upper)));
+  };
+  return {mix(below.Red, above.Red), mix(below.Green, above.Green), mix(below.Blue, above.Blue),
+          static_cast<std::uint8_t>(std::lround(255 * (lower + upper)))};
+}
+
 const SchemeRow& RowOf(ColorScheme scheme) {
   return kSchemes[static_cast<std::size_t>(scheme)];
 }
@@ -212,13 +223,13 @@ Palette PaletteFor(const ViewSettings& options) {
   p.Ground = {Blend(ink(6), p.Paper, 0.55), FillStyle::Hatched};
   Color cape = ink(2);
   cape.Alpha = black ? 100 : 80;
-  p.Cape = {cape, FillStyle::Plain};
+  // The grid under the areas steps back further, so that their colour is not lost in it.
   Color veil = p.Paper;
   veil.Alpha = 170;
-  p.Veil = {veil, FillStyle::Plain};
+  p.Cape = {Over(veil, cape), FillStyle::Plain};
   Color cin = ink(9);
   cin.Alpha = black ? 70 : 45;
-  p.Cin = {cin, FillStyle::Plain};
+  p.Cin = {Over(veil, cin), FillStyle::Plain};
   cin.Alpha = 190;
   p.CinHatch = {cin, FillStyle::BackHatched};
 

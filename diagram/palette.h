@@ -35,7 +35,6 @@ struct Palette {
   Pen StandardAtmosphere{};
   Pen HeightAxis{};
   Brush Ground{};
-  Brush Veil{};  // over the grid under CAPE and CIN
   Brush Cape{};
   Brush Cin{};
   Brush CinHatch{};  // over it, so that grey print tells it from CAPE

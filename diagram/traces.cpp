@@ -159,8 +159,6 @@ void DrawParcel(Plot& plot) {
     };
     const std::vector<std::vector<Point>> inhibited = Between(plot, ascent, 0, top, false);
     const std::vector<std::vector<Point>> lifted = Between(plot, ascent, free, top, true);
-    fill("veil", inhibited, plot.Inks.Veil);
-    fill("veil", lifted, plot.Inks.Veil);
     fill("CIN area", inhibited, plot.Inks.Cin);
     fill("CIN hatch", inhibited, plot.Inks.CinHatch);
     fill("CAPE area", lifted, plot.Inks.Cape);

@@ -8,6 +8,7 @@
 #include <QColor>
 #include <QFont>
 #include <QFontMetricsF>
+#include <QGlyphRun>
 #include <QImage>
 #include <QLineF>
 #include <QPaintEngine>
@@ -15,6 +16,7 @@
 #include <QPainterPath>
 #include <QPen>
 #include <QPolygonF>
+#include <QRawFont>
 #include <QString>
 #include <QTransform>
 #include <QVarLengthArray>
@@ -47,6 +49,14 @@ struct SizedFont {
   QFont Font;
   QFontMetricsF Metrics;
   double CapHeight = 0;
+  QRawFont Letters{};  // on a screen: the letters one by one
+};
+
+/// A text ready to be put anywhere: its letters side by side where the font has all of them.
+struct SetText {
+  QString Text;
+  std::optional<QGlyphRun> Letters{};
+  double Width = 0;
 };
 
 class Painter {
@@ -299,19 +309,54 @@ class Painter {
     font.setPointSizeF(std::max(0.5, size * kPointsPerInch / dpi_));
     font.setBold(label.Bold);
     font.setHintingPreference(QFont::PreferNoHinting);
+    font.setKerning(false);  // as texts are measured (picture/text_width.h)
     const QFontMetricsF metrics(font, painter_.device());
-    return fonts_.emplace_back(
-        SizedFont{label.Font, label.Bold, size, font, metrics, metrics.capHeight()});
+    SizedFont made{label.Font, label.Bold, size, font, metrics, metrics.capHeight()};
+    if (isRaster_) made.Letters = QRawFont::fromFont(QFont(font, painter_.device()));
+    return fonts_.emplace_back(std::move(made));
+  }
+
+  // What a text engine works out for every script is half the time of a page; plain letters need
+  // none of it.
+  SetText Set(const SizedFont& font, std::string_view utf8) const {
+    SetText set{.Text = QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()))};
+    const bool isPlain = std::ranges::all_of(
+        set.Text, [](QChar letter) { return letter.script() <= QChar::Script_Latin; });
+    const QList<quint32> glyphs = font.Letters.isValid() && isPlain
+                                      ? font.Letters.glyphIndexesForString(set.Text)
+                                      : QList<quint32>();
+    if (glyphs.isEmpty() || glyphs.contains(0)) {
+      set.Width = font.Metrics.horizontalAdvance(set.Text);
+      return set;
+    }
+    QList<QPointF> places;
+    places.reserve(glyphs.size());
+    for (const QPointF& advance : font.Letters.advancesForGlyphIndexes(glyphs)) {
+      places.append({set.Width, 0});
+      set.Width += advance.x();
+    }
+    set.Letters.emplace();
+    set.Letters->setRawFont(font.Letters);
+    set.Letters->setGlyphIndexes(glyphs);
+    set.Letters->setPositions(places);
+    return set;
+  }
+
+  void Put(const SetText& text, QPointF at) {
+    if (text.Letters) {
+      painter_.drawGlyphRun(at, *text.Letters);
+    } else {
+      painter_.drawText(at, text.Text);
+    }
   }
 
   void Draw(const Label& label) {
     if (label.Text.empty() || !IsFinite(label.At) || !(label.Size > 0)) return;
     const SizedFont& font = FontFor(label);
-    const QString text = QString::fromUtf8(label.Text.data(), static_cast<int>(label.Text.size()));
+    const SetText text = Set(font, label.Text);
     QPointF offset(0, 0);
     if (label.Across != AnchorX::Left) {
-      const double width = font.Metrics.horizontalAdvance(text);
-      offset.setX(label.Across == AnchorX::Center ? -width / 2 : -width);
+      offset.setX(label.Across == AnchorX::Center ? -text.Width / 2 : -text.Width);
     }
     if (label.Down != AnchorY::Base) {
       offset.setY(label.Down == AnchorY::Middle ? font.CapHeight / 2 : font.CapHeight);
@@ -331,11 +376,11 @@ class Painter {
 
   // Around the letters on paper, as one outline. A screen repeats its cached letters instead, ten
   // times as fast.
-  void DrawHalo(const Label& label, const SizedFont& font, QPointF at, const QString& text) {
+  void DrawHalo(const Label& label, const SizedFont& font, QPointF at, const SetText& text) {
     const double radius = kHaloShare * font.Size;
     if (!isRaster_) {
       QPainterPath outline;
-      outline.addText(at, DeviceFont(font), text);
+      outline.addText(at, DeviceFont(font), text.Text);
       painter_.strokePath(outline, QPen(ToColor(label.Halo), 2 * radius, Qt::SolidLine,
                                         Qt::RoundCap, Qt::RoundJoin));
       return;
@@ -346,7 +391,7 @@ class Painter {
     const QPointF around[] = {{radius, 0},       {-radius, 0},      {0, radius},
                               {0, -radius},      {aslant, aslant},  {-aslant, aslant},
                               {aslant, -aslant}, {-aslant, -aslant}};
-    for (const QPointF& offset : around) painter_.drawText(at + offset, text);
+    for (const QPointF& offset : around) Put(text, at + offset);
   }
 
   void SetFont(const SizedFont& font) {
@@ -355,12 +400,12 @@ class Painter {
     font_ = &font;
   }
 
-  void Letters(const Label& label, const SizedFont& font, QPointF at, const QString& text) {
+  void Letters(const Label& label, const SizedFont& font, QPointF at, const SetText& text) {
     if (label.Halo.Alpha != 0) DrawHalo(label, font, at, text);
     const Pen ink{label.Ink, 1, LineStyle::Solid};
     if (!SetPen(ink)) return;
     SetFont(font);
-    painter_.drawText(at, text);
+    Put(text, at);
   }
 
   // A path takes its letters at the screen's resolution; the surface may have another.
