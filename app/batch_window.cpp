@@ -17,6 +17,7 @@
 #include <utility>
 
 #include "app/date_field.h"
+#include "app/named_controls.h"
 #include "app/qt_text.h"
 #include "core/files.h"
 #include "core/numbers.h"
@@ -115,12 +116,7 @@ void BatchWindow::BuildControls() {
   waits_->setObjectName(QStringLiteral("NextBatch"));
   auto* buttons = new QHBoxLayout;
   const auto add = [&](const char* name, const char* caption, auto does) {
-    auto* button = new QPushButton(QString::fromLatin1(caption), this);
-    button->setObjectName(QString::fromLatin1(name));
-    button->setAutoDefault(false);
-    connect(button, &QPushButton::clicked, this, does);
-    buttons->addWidget(button);
-    return button;
+    return AddButton(*buttons, this, name, caption, does);
   };
   run_ = add("cmdRun", "&Run now", [this] { RunByHand(); });
   timer_ = add("cmdTimer", "Timer &ON", [this] { SetTimer(!due_); });

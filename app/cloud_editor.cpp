@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <QComboBox>
-#include <QDialogButtonBox>
 #include <QFontDatabase>
 #include <QFormLayout>
 #include <QHBoxLayout>
@@ -13,6 +12,7 @@
 #include <utility>
 
 #include "app/edit_grid.h"
+#include "app/named_controls.h"
 #include "app/qt_text.h"
 #include "app/remark_label.h"
 #include "core/numbers.h"
@@ -88,12 +88,7 @@ CloudEditor::CloudEditor(const SoundingRecord& record, std::function<bool(Soundi
   remark_ = new RemarkLabel(this);
   remark_->setObjectName(QStringLiteral("CloudRemark"));
   layout->addWidget(remark_);
-  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
-  connect(buttons, &QDialogButtonBox::accepted, this, [this] {
-    if (Apply()) accept();
-  });
-  connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
-  layout->addWidget(buttons);
+  AddOkAndCancel(*layout, this, [this] { return Apply(); });
   ShowProblems();
   resize(640, 420);
 }

@@ -21,6 +21,7 @@
 #include <system_error>
 #include <utility>
 
+#include "app/named_controls.h"
 #include "app/qt_text.h"
 #include "app/text_window.h"
 #include "core/error_report.h"
@@ -41,13 +42,6 @@ QComboBox* Choice(const char* name, std::initializer_list<const char*> words, in
   box->setObjectName(QString::fromLatin1(name));
   for (const char* word : words) box->addItem(QString::fromLatin1(word));
   box->setCurrentIndex(now);
-  return box;
-}
-
-QCheckBox* Check(const char* name, const char* caption, bool isOn, QWidget* parent) {
-  auto* box = new QCheckBox(QString::fromLatin1(caption), parent);
-  box->setObjectName(QString::fromLatin1(name));
-  box->setChecked(isOn);
   return box;
 }
 
@@ -129,8 +123,8 @@ DataDumpOptionsWindow::DataDumpOptionsWindow(const DumpOptions& dump, QWidget* p
   speed_ = Choice("DumpData3", {"KNOTS", "M/S"}, dump.Speed == SpeedUnits::Knots ? 0 : 1, this);
   temp_ = Choice("DumpData4", {"(C)", "(F)"}, at(dump.Temp), this);
   water_ = Choice("DumpData5", {"cm", "in"}, at(dump.Water), this);
-  formatBlock_ = Check("DumpData6", "&Format information", dump.FormatBlock, this);
-  significant_ = Check("DumpData7", "Significant &levels only", dump.SignificantOnly, this);
+  formatBlock_ = NamedCheck("DumpData6", "&Format information", dump.FormatBlock, this);
+  significant_ = NamedCheck("DumpData7", "Significant &levels only", dump.SignificantOnly, this);
   auto* form = new QFormLayout(this);
   form->addRow(QStringLiteral("&Heights"), height_);
   form->addRow(QStringLiteral("Height &reference"), reference_);

@@ -1,7 +1,6 @@
 #include "app/level_editor.h"
 
 #include <cmath>
-#include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -13,6 +12,7 @@
 #include <utility>
 
 #include "app/edit_grid.h"
+#include "app/named_controls.h"
 #include "app/qt_text.h"
 #include "app/remark_label.h"
 #include "core/numbers.h"
@@ -120,12 +120,7 @@ LevelEditor::LevelEditor(const SoundingRecord& record, EditorPages pages,
   }
   if (pages == EditorPages::All) pages_->addTab(HeadingPage(), QStringLiteral("Heading"));
   layout->addWidget(remark_);
-  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
-  connect(buttons, &QDialogButtonBox::accepted, this, [this] {
-    if (Apply()) accept();
-  });
-  connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
-  layout->addWidget(buttons);
+  AddOkAndCancel(*layout, this, [this] { return Apply(); });
   ShowProblems();
   (temps_ != nullptr ? temps_ : winds_)->setFocus();  // to be typed into at once
   resize(560, 560);

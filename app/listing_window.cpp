@@ -10,6 +10,7 @@
 #include <string>
 #include <utility>
 
+#include "app/named_controls.h"
 #include "app/printing.h"
 #include "app/qt_text.h"
 #include "core/error_report.h"
@@ -47,11 +48,7 @@ ListingWindow::ListingWindow(Program& program, QWidget* parent)
   }
   auto* buttons = new QHBoxLayout;
   const auto add = [&](const char* name, const char* caption, auto does) {
-    auto* button = new QPushButton(QString::fromLatin1(caption), this);
-    button->setObjectName(QString::fromLatin1(name));
-    button->setAutoDefault(false);
-    connect(button, &QPushButton::clicked, this, does);
-    buttons->addWidget(button);
+    return AddButton(*buttons, this, name, caption, does);
   };
   add("cmdSave", "&Save...", [this] {
     const auto chosen = program_.Current.Ask->ChooseFile(

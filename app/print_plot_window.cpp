@@ -14,6 +14,7 @@
 #include <QVBoxLayout>
 #include <string>
 
+#include "app/named_controls.h"
 #include "app/printing.h"
 #include "app/qt_text.h"
 #include "output/paint/paint.h"
@@ -31,13 +32,6 @@ QComboBox* Choice(const char* name, E now, QWidget* parent) {
   box->setObjectName(QString::fromLatin1(name));
   for (const std::string_view word : output::Words(now)) box->addItem(ToQString(word));
   box->setCurrentIndex(static_cast<int>(now));
-  return box;
-}
-
-QCheckBox* Check(const char* name, const char* caption, bool isOn, QWidget* parent) {
-  auto* box = new QCheckBox(QString::fromLatin1(caption), parent);
-  box->setObjectName(QString::fromLatin1(name));
-  box->setChecked(isOn);
   return box;
 }
 
@@ -59,14 +53,14 @@ void PrintPlotWindow::BuildControls() {
   const output::PrintSetup last = LastPrintSetup(program_);
   orientation_ = Choice("Orientation", last.Turn, this);
   paper_ = Choice("Paper", last.Sheet, this);
-  dataType_ =
-      Check("IncludeDataType", " Include Data Type && # Data Levels", last.Header.DataType, this);
-  coordinates_ = Check("IncludeCoordinates", " Include Station Coordinates && Elev",
-                       last.Header.Coordinates, this);
-  darkLines_ = Check("DarkLines", " Dark lines", program_.Set.System.DarklinesMemory, this);
+  dataType_ = NamedCheck("IncludeDataType", " Include Data Type && # Data Levels",
+                         last.Header.DataType, this);
+  coordinates_ = NamedCheck("IncludeCoordinates", " Include Station Coordinates && Elev",
+                            last.Header.Coordinates, this);
+  darkLines_ = NamedCheck("DarkLines", " Dark lines", program_.Set.System.DarklinesMemory, this);
   title_ = new QLineEdit(ToQString(program_.Set.System.PrintTitleMemory), this);
   title_->setObjectName(QStringLiteral("PrintTitle"));
-  allListings_ = Check("AllListings", " Print all 7 listings", last.AllListings, this);
+  allListings_ = NamedCheck("AllListings", " Print all 7 listings", last.AllListings, this);
   page_ = new QSpinBox(this);
   page_->setObjectName(QStringLiteral("PreviewPage"));
   preview_ = new QLabel(this);

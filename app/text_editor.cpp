@@ -1,12 +1,12 @@
 #include "app/text_editor.h"
 
-#include <QDialogButtonBox>
 #include <QFontDatabase>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QVBoxLayout>
 #include <utility>
 
+#include "app/named_controls.h"
 #include "app/qt_text.h"
 #include "app/remark_label.h"
 
@@ -38,12 +38,7 @@ TextEditor::TextEditor(const EditableText& source, const QString& title,
   remark_ = new RemarkLabel(ToQString(remark), this);
   remark_->setObjectName(QStringLiteral("TextRemark"));
   layout->addWidget(remark_);
-  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
-  connect(buttons, &QDialogButtonBox::accepted, this, [this] {
-    if (Apply()) accept();
-  });
-  connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
-  layout->addWidget(buttons);
+  AddOkAndCancel(*layout, this, [this] { return Apply(); });
   resize(760, 560);
 }
 

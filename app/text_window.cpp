@@ -8,6 +8,7 @@
 #include <QVBoxLayout>
 #include <utility>
 
+#include "app/named_controls.h"
 #include "app/printing.h"
 #include "app/qt_text.h"
 #include "core/error_report.h"
@@ -26,11 +27,7 @@ TextWindow::TextWindow(Program& program, ShownText text, QWidget* parent)
   view_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
   auto* buttons = new QHBoxLayout;
   const auto add = [&](const char* name, const char* caption, auto does) {
-    auto* button = new QPushButton(QString::fromLatin1(caption), this);
-    button->setObjectName(QString::fromLatin1(name));
-    button->setAutoDefault(false);
-    connect(button, &QPushButton::clicked, this, does);
-    buttons->addWidget(button);
+    return AddButton(*buttons, this, name, caption, does);
   };
   add("cmdSave", "&Save...", [this] { Save(); });
   add("cmdCopy", "&Copy", [this] {
