@@ -4,13 +4,14 @@
 #include <gtest/gtest.h>
 
 #include <QAction>
+#include <QDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 
-#include "app/section_dialogs.h"
 #include "app/sounding_window.h"
 #include "core/files.h"
+#include "core/numbers.h"
 #include "core/raw_file.h"
 #include "support/soundings.h"
 
@@ -59,14 +60,14 @@ TEST_F(SectionWindowTest, AButtonForEachFieldDrawsIt) {
     ASSERT_NE(button, nullptr) << field.Code;
     button->click();
     EXPECT_TRUE(button->isChecked());
-    EXPECT_TRUE(Says(std::string(field.Title.substr(0, field.Title.find('('))).c_str()))
-        << field.Code;
+    const std::string title(Trim(field.Title.substr(0, field.Title.find('('))));
+    EXPECT_TRUE(Says(title.c_str())) << field.Code;
   }
 }
 
 TEST_F(SectionWindowTest, FormsChangeThePictureAndTakeItBack) {
   Section().findChild<QAction*>("mnuDiagramX")->trigger();
-  auto* form = Section().findChild<DiagramX*>();
+  auto* form = Section().findChild<QDialog*>("DiagramX");
   ASSERT_NE(form, nullptr);
   SectionViewOf(program).Set.Scale = crosssection::SectionScale::Feet;
   Section().findChild<QAction*>("mnuRedraw")->trigger();
@@ -76,7 +77,7 @@ TEST_F(SectionWindowTest, FormsChangeThePictureAndTakeItBack) {
   EXPECT_FALSE(Says("ft (x1000) MSL"));
 
   Section().findChild<QAction*>("mnuIntervalSet")->trigger();
-  auto* intervals = Section().findChild<IntervalSet*>();
+  auto* intervals = Section().findChild<QDialog*>("IntervalSet");
   ASSERT_NE(intervals, nullptr);
   intervals->findChild<QLineEdit*>("txtTMP")->setText("-1");
   for (auto* button : intervals->findChildren<QPushButton*>()) {
