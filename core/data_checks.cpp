@@ -44,9 +44,7 @@ void ReorderTemps(SoundingRecord& record, const std::vector<std::size_t>& order)
 
 // Working winds that cover the wind levels move along.
 Status ReorderWinds(SoundingRecord& record, const std::vector<std::size_t>& order) {
-  const int winds = record.NumWindLevels();
-  const bool covered =
-      winds > 0 && record.WorkWindDir.Count() == winds && record.WorkWindSpd.Count() == winds;
+  const bool covered = record.HasWorkWinds();
   if (covered) {
     Reorder(record.WorkWindDir, order);
     Reorder(record.WorkWindSpd, order);

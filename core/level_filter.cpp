@@ -153,11 +153,7 @@ SoundingRecord FilterLevels(const SoundingRecord& record, const FilterTolerance&
   Thin(thinned.WindHgt, winds);
   Thin(thinned.WindDir, winds);
   Thin(thinned.WindSpd, winds);
-  // Working winds that cover the levels go with them.
-  const auto covers = [&winds](const auto& levels) {
-    return levels.Values().size() == winds.size();
-  };
-  if (covers(record.WorkWindDir) && covers(record.WorkWindSpd)) {
+  if (record.HasWorkWinds()) {
     Thin(thinned.WorkWindDir, winds);
     Thin(thinned.WorkWindSpd, winds);
   }

@@ -138,11 +138,6 @@ void InsertAt(Levels<T>& levels, int level, T value) {
   values.insert(values.begin() + (level - 1), std::move(value));
 }
 
-bool WorkCovers(const SoundingRecord& record) {
-  return record.WorkWindDir.Count() == record.NumWindLevels() &&
-         record.WorkWindSpd.Count() == record.NumWindLevels();
-}
-
 constexpr std::greater<> kFalls{};
 constexpr std::less<> kRises{};
 
@@ -216,7 +211,7 @@ std::optional<Fault> ChangeWindLevel(SoundingRecord& record, int level, const Wi
                                                          to.Height, kRises, "above", "below")})) {
     return fault;
   }
-  if (WorkCovers(record)) {
+  if (record.HasWorkWinds()) {
     record.WorkWindDir(level) = static_cast<float>(to.Dir);
     record.WorkWindSpd(level) = static_cast<float>(to.Spd);
   }
@@ -234,8 +229,7 @@ Outcome<int> AddWindLevel(SoundingRecord& record, const WindLevel& added) {
     return place.Refuse(kHeight.Field,
                         Shortest(added.Height) + " is already that of level " + Shortest(level));
   }
-  // Without levels there are no working winds either; they are then made elsewhere.
-  if (record.NumWindLevels() > 0 && WorkCovers(record)) {
+  if (record.NumWindLevels() == 0 || record.HasWorkWinds()) {
     InsertAt(record.WorkWindDir, level, static_cast<float>(added.Dir));
     InsertAt(record.WorkWindSpd, level, static_cast<float>(added.Spd));
   }
@@ -248,7 +242,7 @@ Outcome<int> AddWindLevel(SoundingRecord& record, const WindLevel& added) {
 std::optional<Fault> DeleteWindLevel(SoundingRecord& record, int level) {
   const Place place{"DeleteWindLevel", "Wind level", level};
   if (Checked fault = CheckLevel(place, record.NumWindLevels())) return fault;
-  if (WorkCovers(record)) {
+  if (record.HasWorkWinds()) {
     record.WorkWindDir.Erase(level);
     record.WorkWindSpd.Erase(level);
   }

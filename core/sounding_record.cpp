@@ -24,6 +24,13 @@ void SoundingRecord::AddWind(double height, double direction, double speed) {
   WindHgt.Add(height);
   WindDir.Add(direction);
   WindSpd.Add(speed);
+  WorkWindDir.Add(static_cast<float>(direction));
+  WorkWindSpd.Add(static_cast<float>(speed));
+}
+
+bool SoundingRecord::HasWorkWinds() const {
+  return NumWindLevels() > 0 && WorkWindDir.Count() == NumWindLevels() &&
+         WorkWindSpd.Count() == NumWindLevels();
 }
 
 void ClearData(SoundingRecord& record) {

@@ -83,7 +83,7 @@ struct SoundingRecord {
 
   Levels<CloudLayer> Clouds{};
 
-  // The winds as the analysis uses them.
+  // The winds as the analysis uses them; they come with AddWind and go with their levels.
   Levels<float> WorkWindDir{};
   Levels<float> WorkWindSpd{};
 
@@ -96,8 +96,11 @@ struct SoundingRecord {
 
   /// Whether a wind level has a wind: a marker in its height, direction or speed stands for none.
   bool HasWind(int level) const;
+  /// Whether the working winds cover all wind levels.
+  bool HasWorkWinds() const;
 
   void AddTemp(double press, double temp, double dewpt);
+  /// A wind level with its working wind.
   void AddWind(double height, double direction, double speed);
 
   bool operator==(const SoundingRecord&) const = default;

@@ -125,10 +125,7 @@ bool HasFigure(std::string_view line) {
 
 // Working winds keep their values where the level stayed, and take the new ones elsewhere.
 void ApplyWinds(SoundingRecord& record, const SoundingRecord& from) {
-  const bool covers = record.NumWindLevels() > 0 &&
-                      record.WorkWindDir.Count() == record.NumWindLevels() &&
-                      record.WorkWindSpd.Count() == record.NumWindLevels();
-  if (covers) {
+  if (record.NumWindLevels() == 0 || record.HasWorkWinds()) {
     Levels<float> dir, spd;
     for (int j = 1; j <= from.NumWindLevels(); ++j) {
       const auto& heights = record.WindHgt.Values();

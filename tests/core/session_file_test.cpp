@@ -79,9 +79,6 @@ TEST(SessionFile, ImpossibleLevelsAreLeftOut) {
   SoundingRecord expected = *wild.Edited;
   wild.Edited->AddTemp(0.005, 2e307, 0);
   wild.Edited->AddWind(8.1e4, 10, 10);
-  for (Levels<float>* working : {&wild.Edited->WorkWindDir, &wild.Edited->WorkWindSpd}) {
-    working->Add(1.5F);
-  }
   wild.Edited->Clouds.Add({"ST", 2000, "350", 7});
   wild.Edited->ElevUnknown = false;
   wild.Edited->ElevM = 100000;
