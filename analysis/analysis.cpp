@@ -216,8 +216,17 @@ bool ParcelAscent::IsBound(double ParcelAscent::*energy) const {
   return IsCut && (energy == &ParcelAscent::CapeTotal || energy == &ParcelAscent::CapePlusOnly);
 }
 
+bool ParcelAscent::HasAnswer(double ParcelAscent::*energy) const {
+  return Start.Exists() && !(energy == &ParcelAscent::CapeDepth ? IsOpenDepth : IsOpen);
+}
+
+std::string_view CapeMarker(const ParcelAscent& ascent) {
+  if (!ascent.Start.Exists() || ascent.Equilibrium.Exists()) return "";
+  return ascent.IsOpen ? kOpenCape : kNoCape;
+}
+
 std::string EnergyText(const ParcelAscent& ascent, double ParcelAscent::*energy) {
-  if (!ascent.Start.Exists()) return "--";
+  if (!ascent.HasAnswer(energy)) return "--";
   return (ascent.IsBound(energy) ? ">" : "") + Mask(ascent.*energy, "####0");
 }
 

@@ -60,6 +60,10 @@ struct ParcelAscent {
   bool IsCut = false;
   bool IsDepthCut = false;  // the top of the 0-x km layer lies above too
   bool IsBound(double ParcelAscent::*energy) const;
+  // The sounding ends before the parcel is free, and above its end it could be: there is no answer.
+  bool IsOpen = false;
+  bool IsOpenDepth = false;  // not within the 0-x km layer either
+  bool HasAnswer(double ParcelAscent::*energy) const;
 
   // The path: step i stands at FirstPress - i·Step hPa, from the start to the highest level of
   // the sounding; temperatures are virtual when the temperature base is.
@@ -70,8 +74,14 @@ struct ParcelAscent {
   std::vector<float> Increments{};    // J/kg, up to the equilibrium level; first is 0
 };
 
+/// Why a parcel has no CAPE: kNoCape where it is nowhere free and all its totals are 0 for that,
+/// kOpenCape where the sounding ends before that is known; empty where it has some.
+inline constexpr std::string_view kNoCape = "NoCAPE";
+inline constexpr std::string_view kOpenCape = "the sounding ends below a possible LFC";
+std::string_view CapeMarker(const ParcelAscent& ascent);
+
 /// An energy of a parcel as it is shown: "2463", ">2463" where the sounding ends too early, "--"
-/// without a parcel.
+/// without a parcel and where there is no answer.
 std::string EnergyText(const ParcelAscent& ascent, double ParcelAscent::*energy);
 
 /// The pressure of its EL: "251", "above 251" where that is only the sounding's end, "--" for none.

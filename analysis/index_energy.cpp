@@ -44,19 +44,17 @@ double EnergyHelicity(In& in) {
 double Supercell(In& in) {
   const ParcelAscent& parcel = in.Results().Ascent(LiftType::MostUnstable);
   if (!parcel.Start.Exists()) return in.Fail("no parcel to lift");
-  const double cape = in.Note("most unstable CAPE", parcel.CapeTotal, "J/kg");
-  if (parcel.IsCut) in.SayBound();
+  const double cape = in.CapeOf(parcel, "most unstable CAPE");
   return cape / 1000 * (in.Helicity(3) / 100) * (in.BrnShear() / 40);
 }
 
 double Craven(In& in) {
   const ParcelAscent& parcel = in.Results().Ascent(LiftType::MeanLayer);
   if (!parcel.Start.Exists()) return in.Fail("no mean-layer parcel");
-  if (parcel.IsCut) in.SayBound();
   const auto& shear = in.Results().Storm.Shear6km;
   if (!shear) return in.Fail("the winds do not cover 0-6 km");
   const double shearMs = in.Note("shear 0-6 km", kKnotToMs * std::hypot(shear->U, shear->V), "m/s");
-  return in.Note("mean-layer CAPE", parcel.CapeTotal, "J/kg") * shearMs / 1000;
+  return in.CapeOf(parcel, "mean-layer CAPE") * shearMs / 1000;
 }
 
 // The pair of winds that straddles the layer's top counts whole: keep.
@@ -141,6 +139,8 @@ double OfChosen(In& in, double ParcelAscent::*energy) {
   in.Setting("lift mode", Word(in.Set().BaseLevel));
   in.Setting("temperature base", Word(in.Set().CapeTempBase));
   in.Note("starts at", parcel.Start.Press, "hPa");
+  if (!parcel.HasAnswer(energy)) return in.Fail(std::string(kOpenCape));
+  if (!parcel.Equilibrium.Exists()) in.Setting("the parcel is nowhere free", kNoCape);
   if (parcel.IsBound(energy)) in.SayBound();
   return parcel.*energy;
 }

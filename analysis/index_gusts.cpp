@@ -187,6 +187,7 @@ double HailSize(In& in) {
   const LevelProfile& levels = in.Levels();
   const ParcelAscent& parcel = results.Chosen();
   if (!parcel.Start.Exists()) return in.Fail("no parcel to lift");
+  if (!parcel.HasAnswer(&ParcelAscent::CapeTotal)) return in.Fail(std::string(kOpenCape));
   const double cape = in.Note("CAPE total", parcel.CapeTotal, "J/kg");
   const LevelPoint& ccl = results.ConvectiveCondensation;
   if (!ccl.Exists()) return in.Fail("the mixed layer's moisture never saturates");

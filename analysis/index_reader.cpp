@@ -138,8 +138,13 @@ double IndexReader::Cape() {
   const ParcelAscent& parcel = results_.Chosen();
   if (!parcel.Start.Exists()) return Fail("no parcel to lift");
   Setting("lift type", Text(results_.ChosenLift));
+  return CapeOf(parcel, "CAPE total");
+}
+
+double IndexReader::CapeOf(const ParcelAscent& parcel, std::string_view name) {
+  if (!parcel.HasAnswer(&ParcelAscent::CapeTotal)) return Fail(std::string(kOpenCape));
   if (parcel.IsCut) SayBound();
-  return Note("CAPE total", parcel.CapeTotal, "J/kg");
+  return Note(name, parcel.CapeTotal, "J/kg");
 }
 
 void IndexReader::SayBound() {

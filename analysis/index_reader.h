@@ -38,6 +38,7 @@ class IndexReader {
   Wind SurfaceWind();                // the lowest within 100 m above ground
 
   double Cape();                      // J/kg, total of the chosen parcel
+  double CapeOf(const ParcelAscent& parcel, std::string_view name);  // of any
   double BrnShear();                  // m²/s²
   double Helicity(double depthKm);    // m²/s², relative to the chosen mover
   void NeedWinds(double depth);       // fails where they do not stand for the lowest m of air

@@ -144,6 +144,10 @@ void ParcelLifter::Lift(const ParcelStart& start, const CondensationPoint& conde
   FillPath(source);
   FillSteps(into);
   FindFreeLayer(source, mode, into);
+  // No layer cools upward faster than a dry adiabat from the sounding's end, and no parcel gets
+  // warmer than its equivalent potential temperature: between the two lies what could still come.
+  into.IsOpen = !into.Equilibrium.Exists() && source.ThetaE > levels_.Theta.Top();
+  into.IsOpenDepth = into.IsOpen && settings_.DepthTopPress == kNotReached;
   Integrate(into);
 }
 

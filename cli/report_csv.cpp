@@ -51,11 +51,11 @@ std::vector<CsvColumn> CsvColumns(const ReportedSounding& sounding, const Displa
     columns.push_back({name + "LCL (hPa)", Cell(Pressure(ascent.Condensation.Press))});
     columns.push_back({name + "LFC (hPa)", Cell(Pressure(ascent.FreeLevel.Press))});
     columns.push_back({name + "EL (hPa)", Cell(Pressure(ascent.Equilibrium.Press))});
-    columns.push_back({name + "CAPE (J/kg)", Cell(Energy(ascent, ascent.CapeTotal))});
-    columns.push_back({name + "CIN (J/kg)", Cell(Energy(ascent, ascent.CinTotal))});
+    columns.push_back({name + "CAPE (J/kg)", Cell(Energy(ascent, &ParcelAscent::CapeTotal))});
+    columns.push_back({name + "CIN (J/kg)", Cell(Energy(ascent, &ParcelAscent::CinTotal))});
     columns.push_back(
-        {name + "CAPE 0-" + depth + " km (J/kg)", Cell(Energy(ascent, ascent.CapeDepth))});
-    const std::string cut = ascent.IsCut ? "yes" : "no";
+        {name + "CAPE 0-" + depth + " km (J/kg)", Cell(Energy(ascent, &ParcelAscent::CapeDepth))});
+    const std::string cut = ascent.IsCut || ascent.IsOpen ? "yes" : "no";
     columns.push_back({name + "cut", ascent.Start.Exists() ? cut : ""});
   }
   for (const analysis::IndexValue& index : sounding.Results.Indices) {

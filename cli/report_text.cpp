@@ -103,7 +103,7 @@ class Writer {
     };
     const auto energy = [&](std::string_view label, double ParcelAscent::*which) {
       row(label, [which](const ParcelAscent& a) {
-        return analysis::EnergyText(a, which) + (a.Start.Exists() ? " J/kg" : "");
+        return analysis::EnergyText(a, which) + (a.HasAnswer(which) ? " J/kg" : "");
       });
     };
     text_ += PadRight("", 16);

@@ -103,8 +103,8 @@ Parcel Sounding::Lifted(Lift lift) const {
   const analysis::ParcelAscent& ascent =
       held_->Results().Ascent(kTypes[static_cast<std::size_t>(lift)]);
   return {report::Pressure(ascent.Condensation.Press), report::Pressure(ascent.FreeLevel.Press),
-          report::Pressure(ascent.Equilibrium.Press), report::Energy(ascent, ascent.CapeTotal),
-          report::Energy(ascent, ascent.CinTotal)};
+          report::Pressure(ascent.Equilibrium.Press), report::Energy(ascent, &analysis::ParcelAscent::CapeTotal),
+          report::Energy(ascent, &analysis::ParcelAscent::CinTotal)};
 }
 
 std::optional<double> Sounding::Index(const std::string& label) const {

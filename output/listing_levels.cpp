@@ -277,6 +277,9 @@ ListingLines CapeListing(const ListingSource& from) {
   lines.push_back("        Pres    CAPE    CAPE   Meters   Meters     Feet     Feet");
   lines.push_back("Level   (mb)  (layer) (total)   (AGL)    (MSL)    (AGL)    (MSL)");
   const analysis::ParcelAscent& ascent = from.Results.Chosen();
+  if (const std::string_view none = analysis::CapeMarker(ascent); !none.empty()) {
+    lines.emplace_back(none);
+  }
   if (!ascent.FreeLevel.Exists() || !ascent.Equilibrium.Exists()) return lines;
   const LevelProfile& levels = from.Results.Levels;
   const double ground = GroundOf(from);

@@ -76,12 +76,14 @@ Json ParcelJson(const ParcelAscent& ascent) {
   json["LFC"] = PointJson(ascent.FreeLevel);
   json["EL"] = PointJson(ascent.Equilibrium);
   json["MPL"] = PointJson(ascent.MaximumParcel);
-  json["CAPE"] = Number(Energy(ascent, ascent.CapeTotal));
-  json["CIN"] = Number(Energy(ascent, ascent.CinTotal));
-  json["CAPE 0-x"] = Number(Energy(ascent, ascent.CapeDepth));
-  json["CAPE+ only"] = Number(Energy(ascent, ascent.CapePlusOnly));
-  json["CAPE..Hail"] = Number(Energy(ascent, ascent.CapeHail));
-  json["cut"] = ascent.IsCut;
+  json["CAPE"] = Number(Energy(ascent, &ParcelAscent::CapeTotal));
+  json["CIN"] = Number(Energy(ascent, &ParcelAscent::CinTotal));
+  json["CAPE 0-x"] = Number(Energy(ascent, &ParcelAscent::CapeDepth));
+  json["CAPE+ only"] = Number(Energy(ascent, &ParcelAscent::CapePlusOnly));
+  json["CAPE..Hail"] = Number(Energy(ascent, &ParcelAscent::CapeHail));
+  json["cut"] = ascent.IsCut || ascent.IsOpen;
+  const std::string_view marker = analysis::CapeMarker(ascent);
+  json["no CAPE"] = marker.empty() ? Json() : Json(std::string(marker));
   return json;
 }
 

@@ -22,9 +22,9 @@ std::optional<double> Pressure(double press) {
   return Rounded(press, kPressDecimals);
 }
 
-std::optional<double> Energy(const ParcelAscent& ascent, double energy) {
-  if (!ascent.Start.Exists()) return std::nullopt;
-  return Rounded(energy, kEnergyDecimals);
+std::optional<double> Energy(const ParcelAscent& ascent, double ParcelAscent::*energy) {
+  if (!ascent.HasAnswer(energy)) return std::nullopt;
+  return Rounded(ascent.*energy, kEnergyDecimals);
 }
 
 std::optional<double> IndexNumber(const analysis::IndexValue& index) {

@@ -29,7 +29,8 @@ std::optional<double> Value(double value, int decimals);
 std::optional<double> Height(double height);
 std::optional<double> Pressure(double press);
 /// An energy counts only where there was a parcel to lift.
-std::optional<double> Energy(const analysis::ParcelAscent& ascent, double energy);
+std::optional<double> Energy(const analysis::ParcelAscent& ascent,
+                             double analysis::ParcelAscent::*energy);
 /// An index says itself whether it exists: some are large, such as heights and ventilation.
 std::optional<double> IndexNumber(const analysis::IndexValue& index);
 bool HasPosition(const SoundingRecord& record);

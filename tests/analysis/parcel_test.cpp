@@ -9,6 +9,7 @@
 
 #include "analysis/adiabat_table.h"
 #include "analysis/analysis.h"
+#include "analysis/index_table.h"
 #include "analysis/moist_air.h"
 #include "config/options.h"
 #include "support/soundings.h"
@@ -149,6 +150,50 @@ TEST(Parcel, SourceLevelsAvoidMissingDewPoints) {
     EXPECT_FALSE(lift.Convective.Condensation.Exists());
     EXPECT_EQ(lift.Forced.CapeTotal, 0);
     EXPECT_TRUE(lift.Forced.ParcelTemps.empty());
+  }
+}
+
+// A sounding that ends before its parcel got free answers only where nothing above could free it:
+// when the air at its end has a higher potential temperature than the parcel's equivalent one.
+// Beside each case that pair, from Bolton (1980) by hand.
+TEST(Parcel, TheEndBelowAPossibleLfcIsNoAnswer) {
+  const SoundingRecord reference = test::ReferenceConvective();
+  SoundingRecord short2km = reference;
+  while (short2km.Press.Top() < 800) {
+    for (Levels<double>* levels : {&short2km.Press, &short2km.Temp, &short2km.Dewpt}) {
+      levels->Erase(levels->Count());
+    }
+  }
+  const struct {
+    const char* About;
+    SoundingRecord Sounding;
+    const char* Cape;
+    const char* Depth;  // 0-3 km
+    std::string_view Marker;
+  } cases[] = {
+      {"whole", reference, "3365", "12", ""},
+      {"cut below its LFC", short2km, "--", "--", kOpenCape},
+      {"stable to its end: 293 K above 278 K", Profile({{1000, 0, -10}, {850, 7, -15}}), "0", "0",
+       kNoCape},
+      {"moist beneath: 311 K below 330 K, 3 km passed",
+       Profile({{1000, 20, 18}, {900, 18, 5}, {690, 7, -15}}), "--", "0", kOpenCape},
+      {"the same up to the stratosphere: 434 K",
+       Profile({{1000, 20, 18}, {900, 18, 5}, {690, 7, -15}, {100, -48, -80}}), "0", "0", kNoCape},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.About);
+    const AnalysisResults results = Analyse(c.Sounding, With(TempBase::Dry));
+    const ParcelAscent& parcel = Forced(results, LiftType::Surface);
+    EXPECT_EQ(EnergyText(parcel, &ParcelAscent::CapeTotal), c.Cape);
+    EXPECT_EQ(EnergyText(parcel, &ParcelAscent::CapeDepth), c.Depth);
+    EXPECT_EQ(parcel.HasAnswer(&ParcelAscent::CinTotal), c.Marker != kOpenCape);
+    EXPECT_EQ(CapeMarker(parcel), c.Marker);
+  }
+  const AnalysisResults results = Analyse(short2km, {});
+  for (const char* label : {"CAPE total", "BRN", "EHI 0-xkm", "MVV", "Hail"}) {
+    const IndexRow* row = FindIndex(label);
+    if (row == nullptr) continue;
+    EXPECT_EQ(IndexOf(results, *row)->Reason, kOpenCape) << label;
   }
 }
 

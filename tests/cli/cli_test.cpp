@@ -160,6 +160,51 @@ TEST_F(CommandLine, UnitsForProgramsDoNotFollowTheDisplays) {
   EXPECT_EQ(all["parcels"]["surface"]["cut"], false);
 }
 
+// The reference sounding up to 800 hPa, beneath its LFC: programs read no number, people a dash; of
+// the cold one the answer is that there is none.
+TEST_F(CommandLine, CapeBeyondTheEndOfTheDataIsNoNumber) {
+  const SoundingRecord low = test::Profile({{970, 28, 18.8}, {900, 21.8, 16.8}, {800, 17.2, 4}});
+  const SoundingRecord cold = test::Profile({{1000, 0, -10}, {850, 7, -15}, {100, -50, -80}});
+  const std::string shortFile = Write("short.RAW", WriteRaw(low));
+  const std::string coldFile = Write("cold.RAW", WriteRaw(cold));
+  const auto parcel = [](const std::string& file) {
+    return Json::parse(RunWords({"analyze", file, "--format", "json"}).Out)["parcels"]["surface"];
+  };
+  const Json open = parcel(shortFile), none = parcel(coldFile);
+  EXPECT_TRUE(open["CAPE"].is_null());
+  EXPECT_TRUE(open["CIN"].is_null());
+  EXPECT_EQ(open["cut"], true);
+  EXPECT_EQ(open["no CAPE"], "the sounding ends below a possible LFC");
+  EXPECT_EQ(none["CAPE"], 0);
+  EXPECT_EQ(none["cut"], false);
+  EXPECT_EQ(none["no CAPE"], "NoCAPE");
+  EXPECT_TRUE(parcel(Sounding())["no CAPE"].is_null());
+
+  std::istringstream csv(RunWords({"analyze", shortFile, coldFile, "--format", "csv"}).Out);
+  const auto next = [&csv] {
+    std::string line;
+    std::getline(csv, line);
+    std::istringstream row(line + ',');
+    std::vector<std::string> cells;
+    for (std::string cell; std::getline(row, cell, ',');) cells.push_back(cell);
+    return cells;
+  };
+  const std::vector<std::string> names = next();
+  const auto cape = std::ranges::find(names, "surface CAPE (J/kg)") - names.begin();
+  const auto cut = std::ranges::find(names, "surface cut") - names.begin();
+  for (const auto& [number, flag] : {std::pair{"", "yes"}, std::pair{"0", "no"}}) {
+    const std::vector<std::string> cells = next();
+    ASSERT_EQ(cells.size(), names.size());
+    EXPECT_EQ(cells[static_cast<std::size_t>(cape)], number);
+    EXPECT_EQ(cells[static_cast<std::size_t>(cut)], flag);
+  }
+  EXPECT_NE(RunWords({"analyze", shortFile}).Out.find("\nCAPE" + std::string(27, ' ') + "--"),
+            std::string::npos);
+  EXPECT_NE(RunWords({"list", coldFile, "-l", "cape"}).Out.find("NoCAPE"), std::string::npos);
+  EXPECT_NE(RunWords({"analyze", coldFile, "--explain", "CAPE total"}).Out.find("NoCAPE"),
+            std::string::npos);
+}
+
 TEST_F(CommandLine, OneBadFileLeavesTheOthersDone) {
   const std::string good = Sounding();
   const std::string bad = Write("bad.RAW", "\"VEXA 5.7\",\"cut\",1,30,0\r\n35.1,\"N\",");
