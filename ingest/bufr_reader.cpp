@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <map>
 #include <string>
 #include <utility>
 
@@ -19,10 +20,14 @@ constexpr int kFactors = 31;  // the class of counts and marks, which has no qua
 constexpr int kCancelled = 0;
 
 // Operators by their X.
-constexpr int kWidth = 1, kScale = 2, kQualified = 4, kInsertedText = 5, kLocalWidth = 6;
-constexpr int kPrecision = 7, kTextWidth = 8;
+constexpr int kWidth = 1, kScale = 2, kReference = 3, kQualified = 4, kInsertedText = 5;
+constexpr int kLocalWidth = 6, kPrecision = 7, kTextWidth = 8, kAbsent = 21;
 constexpr int kFirstOfQuality = 22,
               kLastOfQuality = 37;  // quality, substitutes, statistics, bitmaps
+// Of these the ones that only announce elements; the others stand for values of their own.
+constexpr int kQuality = 22, kBitmapReset = 35, kBitmap = 36, kBitmapAgain = 37;
+constexpr int kReferencesEnd = 255;  // operand behind the last new reference
+constexpr int kFirstAbsentClass = 10;  // places and times are there, and counts
 constexpr int kNeutral = 128;       // operand that changes no width or scale
 
 constexpr std::size_t kMostWidth = 62;  // bits of a number
@@ -40,12 +45,18 @@ double Unscaled(double value, int scale) {
 }
 
 bool IsKnownOperator(int x) {
-  return x == kWidth || x == kScale || x == kQualified || x == kInsertedText || x == kPrecision ||
-         x == kTextWidth;
+  return x == kWidth || x == kScale || x == kReference || x == kQualified || x == kInsertedText ||
+         x == kPrecision || x == kTextWidth || x == kAbsent;
+}
+
+// Of what is repeated the data lie there as often, or once for all.
+bool RepeatsData(int descriptor) {
+  return descriptor == 31011 || descriptor == 31012;
 }
 
 bool CountsRepetitions(int descriptor) {
-  return descriptor == 31000 || descriptor == 31001 || descriptor == 31002;
+  return descriptor == 31000 || descriptor == 31001 || descriptor == 31002 ||
+         RepeatsData(descriptor);
 }
 
 }  // namespace
@@ -100,23 +111,35 @@ class BufrReader::Walk {
   bool Repeat(const Step& step, std::size_t at) {
     auto count = static_cast<std::size_t>(step.Number);
     std::size_t body = at + 1;
+    bool isOnce = false;
     if (step.Does == Step::What::RepeatAsTold) {
       const BufrElement& factor = *reader_.steps_[body++].Element;
       const Raw raw = Number(static_cast<std::size_t>(factor.Width));
       if (raw.Differs) return Fails("its compressed subsets differ in length");
       if (bits_.Ended()) return Fails("its data end too early");
       count = static_cast<std::size_t>(raw.Bits);
+      isOnce = RepeatsData(factor.Descriptor);
       if (!Give({.Descriptor = factor.Descriptor, .Number = static_cast<double>(count)})) {
         return false;
       }
     }
+    const BitReader begin = bits_;
     for (std::size_t i = 0; i < count && body < step.End; ++i) {
+      if (isOnce) bits_ = begin;
       if (!Go(body, step.End)) return false;
     }
     return true;
   }
 
   bool GiveElement(const BufrElement& element) {
+    if (referenceWidth_ > 0) return TakeReference(element);
+    if (absent_ > 0) {
+      --absent_;
+      const int itsClass = element.Descriptor / kX;
+      if (itsClass >= kFirstAbsentClass && itsClass != kFactors) {
+        return Give({.Descriptor = element.Descriptor});
+      }
+    }
     if (element.Descriptor / kX != kFactors) PassQuality();
     BufrValue value{.Descriptor = element.Descriptor};
     if (element.Kind == BufrKind::Text) {
@@ -131,14 +154,27 @@ class BufrReader::Walk {
     }
     const Raw raw = Number(static_cast<std::size_t>(width));
     if (!raw.IsMissing) {
+      const auto own = references_.find(element.Descriptor);
+      const double reference = own == references_.end() ? element.Reference : own->second;
       const double sum =
-          static_cast<double>(raw.Bits) + Unscaled(element.Reference, isScaled ? -precision_ : 0);
+          static_cast<double>(raw.Bits) + Unscaled(reference, isScaled ? -precision_ : 0);
       value.Number = Unscaled(sum, element.Scale + (isScaled ? extraScale_ + precision_ : 0));
     }
     return Give(value);
   }
 
+  // In place of its value an element has the reference that holds from here on, its sign first.
+  bool TakeReference(const BufrElement& element) {
+    const Raw raw = Number(referenceWidth_);
+    if (raw.Differs) return Fails("its compressed subsets differ in their references");
+    const std::uint64_t sign = std::uint64_t{1} << (referenceWidth_ - 1);
+    const auto size = static_cast<double>(raw.Bits & (sign - 1));
+    references_[element.Descriptor] = (raw.Bits & sign) != 0 ? -size : size;
+    return true;
+  }
+
   bool Give(const BufrValue& value) {
+    if (isOfQuality_) return true;
     constexpr std::size_t kMostValues = 500000;
     if (++given_ > kMostValues) return Fails("it has too many values");
     if (!bits_.Ended()) take_(value);
@@ -190,6 +226,17 @@ class BufrReader::Walk {
       case kScale:
         extraScale_ = operand == kCancelled ? 0 : operand - kNeutral;
         break;
+      case kReference:
+        if (operand == kCancelled) references_.clear();
+        referenceWidth_ = operand == kReferencesEnd ? 0 : static_cast<std::size_t>(operand);
+        if (referenceWidth_ > kMostWidth) return Fails("a reference has too many bits");
+        break;
+      case kAbsent:
+        absent_ = operand;
+        break;
+      case kQuality:
+        isOfQuality_ = true;
+        break;
       case kQualified:
         if (operand > static_cast<int>(kMostWidth)) return Fails("a quality has too many bits");
         if (operand == kCancelled) {
@@ -219,6 +266,10 @@ class BufrReader::Walk {
   int extraWidth_ = 0, extraScale_ = 0, precision_ = 0;
   std::size_t textOctets_ = 0;            // 0: as the table has it
   std::vector<std::size_t> qualities_{};  // bits before each element, of the operators in force
+  std::size_t referenceWidth_ = 0;     // bits of the new references that follow
+  std::map<int, double> references_{};  // new ones, by descriptor
+  int absent_ = 0;                      // elements without data that follow
+  bool isOfQuality_ = false;            // what follows speaks of earlier values
   std::size_t given_ = 0;
   std::string reason_{};
 };
@@ -264,8 +315,13 @@ bool BufrReader::WriteOut(std::span<const int> descriptors, int depth) {
     } else if (f == kOperator) {
       if (x >= kFirstOfQuality && x <= kLastOfQuality) {
         // Of subsets that lie one after another the next begins behind the quality.
-        if (head_.Subsets > 1 && !head_.IsCompressed) return false;
-        isComplete_ = true;
+        if (head_.Subsets == 1 || head_.IsCompressed) {
+          isComplete_ = true;
+        } else if (x == kQuality) {
+          steps_.push_back({Step::What::Operator, x * kX + y});
+        } else if (x != kBitmapReset && x != kBitmap && x != kBitmapAgain) {
+          return false;
+        }
       } else if (x == kLocalWidth) {
         if (++i >= descriptors.size() || descriptors[i] >= kF) return false;
         if (y > static_cast<int>(kMostWidth)) return false;

@@ -96,7 +96,7 @@ TEST(BufrReader, SubsetsCompressedAndOneAfterAnother) {
 
 // Values and bits by hand: 0 10 009 has 17 bits from -1000 m, 0 12 001 has 12 bits in tenths of K.
 TEST(BufrReader, OperatorsChangeHowValuesLie) {
-  constexpr int kHeight = 10009, kTemp = 12001, kMark = 31021;
+  constexpr int kHeight = 10009, kTemp = 12001, kPressure = 7004, kMark = 31021;
   struct Case {
     const char* About;
     std::vector<int> Descriptors;
@@ -125,6 +125,18 @@ TEST(BufrReader, OperatorsChangeHowValuesLie) {
        {204002, kMark, 206005, 63001, kTemp, 204000},
        mark + Bits(3, 2) + Bits(9, 5) + Bits(3, 2) + temp,
        {1, 293.1}},
+      {"three times one that is there once",
+       {101000, 31011, kTemp, kHeight},
+       Bits(3, 8) + temp + Bits(1251, 17),
+       {3, 293.1, 293.1, 293.1, 251}},
+      {"a reference of its own, the sign first: -500 m",
+       {203012, kHeight, 203255, kHeight, kTemp, 203000, kHeight},
+       "1" + Bits(500, 11) + Bits(1251, 17) + temp + Bits(1251, 17),
+       {751, 293.1, 251}},
+      {"of three elements only the place has data",
+       {221003, kTemp, kPressure, kTemp, kTemp},
+       Bits(8500, 14) + temp,
+       {kMissing, 85000, kMissing, 293.1}},
       {"repeated as told, twice two",
        {103000, 31001, 101002, kTemp, kHeight},
        Bits(2, 8) + temp + temp + Bits(1000, 17) + temp + temp + Bits(1001, 17),
@@ -140,6 +152,22 @@ TEST(BufrReader, OperatorsChangeHowValuesLie) {
       values.push_back(value.Number.value_or(kMissing));
     }
     EXPECT_EQ(values, c.Values);
+  }
+}
+
+// What speaks of the quality of a subset's values stands between it and the next one.
+TEST(BufrReader, QualityBetweenSubsetsIsPassedOver) {
+  const auto subset = [](unsigned temp) {
+    return Bits(temp, 12) + Bits(1, 1) + Bits(98, 16) + Bits(1, 8) + Bits(70, 7);
+  };
+  const Unpacked unpacked =
+      ByReader(BufrMessage({12001, 222000, 236000, 101001, 31031, 1031, 1032, 101001, 33007},
+                           subset(2931) + subset(2842), 2));
+  ASSERT_EQ(unpacked.Reason, "");
+  ASSERT_EQ(unpacked.Subsets.size(), 2U);
+  for (std::size_t i = 0; i < 2; ++i) {
+    ASSERT_EQ(unpacked.Subsets[i].size(), 1U);
+    EXPECT_EQ(unpacked.Subsets[i][0].Number, i == 0 ? 293.1 : 284.2);
   }
 }
 
@@ -198,9 +226,10 @@ TEST(BufrReader, WhatTheTablesLackIsLeftToTheLibrary) {
       {"an element of a centre", false, {12101, 12250}},
       {"a sequence of a centre", false, {309196}},
       {"an element of a centre with its width told", true, {206012, 12250, 12101}},
-      {"new reference values", false, {203010, 12101, 203255}},
+      {"new reference values", true, {203010, 12101, 203255}},
       {"quality, and then of a centre", true, {12101, 222000, 101001, 31031, 1201}},
-      {"quality between two subsets", false, {12101, 222000, 101001, 31031, 33007}, 2},
+      {"quality between two subsets", true, {12101, 222000, 101001, 31031, 33007}, 2},
+      {"substitutes between two subsets", false, {12101, 223000, 101001, 31031, 223255}, 2},
       {"a layout that came with version 14", false, {14002, 12101}},
       {"a sequence that changed with version 18", false, {309070}},
       {"a replication of what does not follow", false, {103000, 31001, 12101}},
@@ -283,6 +312,15 @@ int CompareFile(const std::filesystem::path& path) {
     compared += CompareWithLibrary(message);
   }
   return compared;
+}
+
+// New references; what repeats data that are there once, and elements without data, the library
+// itself refuses.
+TEST(BufrReader, AgreesWithTheLibraryOnNewReferences) {
+  const std::string height = Bits(1251, 17);
+  EXPECT_GE(CompareWithLibrary(BufrMessage({203012, 10009, 203255, 10009, 203000, 10009},
+                                           "1" + Bits(500, 11) + height + height)),
+            2);
 }
 
 TEST(BufrReader, AgreesWithTheLibrary) {
