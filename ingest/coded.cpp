@@ -12,6 +12,7 @@
 #include "core/numbers.h"
 #include "ingest/coded_groups.h"
 #include "ingest/coded_heights.h"
+#include "ingest/coded_judge.h"
 #include "ingest/coded_part.h"
 #include "ingest/coded_report.h"
 
@@ -177,6 +178,66 @@ CodedAscent* SameBalloon(std::vector<CodedAscent>& ascents, const CodedAscent& o
   return nearest;
 }
 
+// Numbers of stations that one garbled figure makes of each other.
+bool DifferInOneFigure(const std::string& a, const std::string& b) {
+  if (a.size() != b.size()) return false;
+  int apart = 0;
+  for (std::size_t i = 0; i < a.size(); ++i) apart += a[i] == b[i] ? 0 : 1;
+  return apart == 1;
+}
+
+// The part of a TEMP message that tells of the same levels: B beside A, D beside C.
+const CodedPart* PartBeside(const CodedAscent& ascent, const CodedReport& report) {
+  constexpr std::string_view kPairs = "ABCD";
+  const std::size_t own = kPairs.find(report.Letter());
+  for (std::size_t i = 0; i < ascent.Reports.size(); ++i) {
+    const CodedReport& other = ascent.Reports[i];
+    const bool isPair = own != kPairs.npos && other.Letter() == kPairs[own ^ 1U];
+    if (isPair && other.Part.substr(0, 2) == report.Part.substr(0, 2)) return &ascent.Parts[i];
+  }
+  return nullptr;
+}
+
+// Whether a report that stands alone under its station's number is the part which this ascent
+// lacks, with a figure of the number garbled.
+bool IsStrayPart(const CodedAscent& lone, const CodedAscent& ascent) {
+  const CodedReport &report = lone.Reports.front(), &first = ascent.Reports.front();
+  if (!DifferInOneFigure(report.Station, first.Station) || HoursBetween(first, report) != 0 ||
+      HasPart(ascent, report.Part)) {
+    return false;
+  }
+  const CodedPart* beside = PartBeside(ascent, report);
+  if (beside == nullptr) return false;
+  const CodedPart& own = lone.Parts.front();
+  const bool isMandatory = report.Letter() == 'A' || report.Letter() == 'C';
+  return isMandatory ? TellOfSameAir(own.Levels, beside->Levels)
+                     : TellOfSameAir(beside->Levels, own.Levels);
+}
+
+void JoinStrayParts(std::vector<CodedAscent>& ascents) {
+  for (std::size_t i = 0; i < ascents.size();) {
+    const bool isLone = ascents[i].Reports.size() == 1 && ascents[i].Reports[0].WmoNumber != 0;
+    // Of two parts that are alone the number of the first counts.
+    const auto owner = std::ranges::find_if(ascents, [&](const CodedAscent& other) {
+      return isLone && &other != &ascents[i] && IsStrayPart(ascents[i], other) &&
+             (other.Reports.size() > 1 || &other < &ascents[i]);
+    });
+    if (owner == ascents.end()) {
+      ++i;
+      continue;
+    }
+    CodedAscent stray = std::move(ascents[i]);
+    CodedReport& report = stray.Reports.front();
+    const CodedReport& main = owner->Reports.front();
+    stray.Parts.front().Notes.push_back(report.Name() + ": taken as that of " + main.Station +
+                                        ", which lacks it and tells of the same air.");
+    report.Station = main.Station;
+    report.WmoNumber = main.WmoNumber;
+    Join(*owner, std::move(stray));
+    ascents.erase(ascents.begin() + static_cast<std::ptrdiff_t>(i));
+  }
+}
+
 // Reports of one station and hour first, then those of neighbouring hours.
 std::vector<CodedAscent> Ascents(std::vector<CodedReport> reports) {
   std::vector<CodedAscent> byHour;
@@ -194,6 +255,7 @@ std::vector<CodedAscent> Ascents(std::vector<CodedReport> reports) {
       Join(*same, std::move(single));
     }
   }
+  JoinStrayParts(byHour);
   std::vector<CodedAscent> ascents;
   for (CodedAscent& ascent : byHour) {
     if (CodedAscent* same = SameBalloon(ascents, ascent)) {

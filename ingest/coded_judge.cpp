@@ -448,6 +448,45 @@ bool IsPossibleTemp(double press, double temp) {
          temp <= Between(press, below.Press, above->Press, below.Most, above->Most);
 }
 
+bool TellOfSameAir(const std::vector<CodedLevel>& mandatory,
+                   const std::vector<CodedLevel>& significant) {
+  constexpr double kMost = 3, kMostAloft = 5, kMeanMost = 1.5;  // °C
+  const auto isTemp = [](const CodedLevel& level) {
+    return level.Values.Press.has_value() && level.Values.Temp.has_value();
+  };
+  std::vector<const SourceLevel*> line;
+  for (const CodedLevel& level : significant) {
+    if (isTemp(level)) line.push_back(&level.Values);
+  }
+  std::ranges::stable_sort(line, [](const SourceLevel* a, const SourceLevel* b) {
+    return *a->Press > *b->Press;
+  });
+  int compared = 0;
+  double sum = 0;
+  bool hasSurface = false;
+  for (const CodedLevel& level : mandatory) {
+    if (!isTemp(level)) continue;
+    const double press = *level.Values.Press, temp = *level.Values.Temp;
+    const auto above = std::ranges::find_if(
+        line, [press](const SourceLevel* other) { return *other->Press <= press; });
+    if (level.Kind == LevelKind::Surface) {
+      if (above == line.end() || *(*above)->Press != press || *(*above)->Temp != temp) return false;
+      hasSurface = true;
+      continue;
+    }
+    if (above == line.end() || above == line.begin()) continue;
+    const SourceLevel &low = **(above - 1), &high = **above;
+    const double at = Between(std::log(press), std::log(*low.Press), std::log(*high.Press),
+                              *low.Temp, *high.Temp);
+    const double off = std::fabs(at - temp);
+    if (off > (press >= kTropopause ? kMost : kMostAloft)) return false;
+    sum += off;
+    ++compared;
+  }
+  const bool isLow = !mandatory.empty() && mandatory.front().Part == 'A';
+  return compared >= 2 && sum <= kMeanMost * compared && (hasSurface || !isLow);
+}
+
 void LeaveOutMisfits(std::vector<CodedLevel>& levels, std::vector<std::string>& notes) {
   Jury(levels).Decide(notes);
 }

@@ -28,4 +28,10 @@ bool IsPossibleTemp(double press, double temp);
 /// where parts B or D bear it out.
 void LeaveOutMisfits(std::vector<CodedLevel>& levels, std::vector<std::string>& notes);
 
+/// Whether a part with mandatory levels (A or C) and one with significant levels (B or D) tell of the
+/// same air: the same surface in A and B, and temperatures of the one on the lines of the other, two
+/// at least. What garbles a value may also garble the number of a station.
+bool TellOfSameAir(const std::vector<CodedLevel>& mandatory,
+                   const std::vector<CodedLevel>& significant);
+
 }  // namespace vexa::ingest

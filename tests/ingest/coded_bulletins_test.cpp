@@ -103,6 +103,35 @@ TEST(Coded, PartsOfABulletinBecomeOneSounding) {
   }
 }
 
+// A part whose station's number has one garbled figure belongs to the ascent that lacks it, where it
+// tells of the same air; else it is another station's.
+TEST(Coded, APartUnderAGarbledNumberFindsItsAscent) {
+  const std::string whole = FileText(kBulletins);
+  struct Case {
+    const char *About, *From, *To;
+    std::size_t Soundings;
+  };
+  const Case cases[] = {
+      {"one figure of part B", "TTBB 55128 01234", "TTBB 55128 01274", 2},
+      {"two figures", "TTBB 55128 01234", "TTBB 55128 01774", 3},
+      {"another surface", "TTBB 55128 01234 00985 15456", "TTBB 55128 01274 00985 16456", 3},
+      {"10 C warmer at 925 hPa", "TTBB 55128 01234 00985 15456 11925 10650",
+       "TTBB 55128 01274 00985 15456 11925 20650", 3},
+      {"nothing speaks of the air of part C alone", "TTCC 05125 01234", "TTCC 05125 01235", 3},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.About);
+    std::string text = whole;
+    ASSERT_NE(text.find(c.From), text.npos);
+    text.replace(text.find(c.From), std::string_view(c.From).size(), c.To);
+    EXPECT_EQ(ListSoundings(SourceText(kBulletins, text)).size(), c.Soundings);
+    if (c.Soundings != 2) continue;
+    const Decoded decoded = DecodeText(kBulletins, text);
+    EXPECT_EQ(decoded.Record.Press, DecodeText(kBulletins, whole).Record.Press);
+    EXPECT_TRUE(decoded.HasNote("01274 TTBB: taken as that of 01234"));
+  }
+}
+
 TEST(Coded, TheStationListGivesPositionAndGround) {
   struct Case {
     const char* About;

@@ -120,6 +120,7 @@ TEST(Formats, CountsLevelsUnitsAndTimes) {
     ExpectTemp(record, record.NumTempLevels(), sample.Last);
     ExpectWind(record, 1, sample.Lowest);
     ExpectWind(record, record.NumWindLevels(), sample.Highest);
+    EXPECT_EQ(record.HasWorkWinds(), sample.Winds > 0);
     EXPECT_EQ(record.ElevM, sample.Elevation);
     EXPECT_EQ(record.LatSigned, sample.Lat);
     EXPECT_EQ(record.LonSigned, sample.Lon);
