@@ -8,21 +8,26 @@
 namespace vexa::ingest {
 namespace {
 
+constexpr std::string_view kNan = "NaN";
+
 // The text with null for NaN, outside of its strings.
 std::string WithNulls(std::string_view text) {
-  constexpr std::string_view kNan = "NaN";
   std::string plain;
   plain.reserve(text.size());
   bool inString = false;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    if (!inString && text.substr(i).starts_with(kNan)) {
-      plain += "null";
-      i += kNan.size() - 1;
-      continue;
-    }
-    plain += text[i];
-    if (text[i] == '"') inString = !inString;
-    if (inString && text[i] == '\\' && i + 1 < text.size()) plain += text[++i];
+  std::size_t done = 0;
+  while (done < text.size()) {
+    // What stands before the next byte that matters goes over as one piece.
+    const std::size_t at = std::min(text.find_first_of(inString ? "\"\\" : "\"N", done), text.size());
+    plain += text.substr(done, at - done);
+    done = at;
+    if (done == text.size()) break;
+    const std::string_view rest = text.substr(done);
+    const bool isNan = !inString && rest.starts_with(kNan);
+    const std::string_view token = rest.substr(0, isNan ? kNan.size() : rest[0] == '\\' ? 2 : 1);
+    if (rest[0] == '"') inString = !inString;
+    plain += isNan ? "null" : token;
+    done += token.size();
   }
   return plain;
 }
@@ -42,14 +47,16 @@ std::string ReasonOf(const nlohmann::json::exception& thrown) {
 }  // namespace
 
 std::optional<Fault> ReadJson(const SourceText& source, nlohmann::json& into) {
-  const std::string text = WithNulls(source.Bytes());
+  // Most texts have none, and need no copy.
+  const bool hasNan = source.Bytes().find(kNan) != std::string::npos;
+  const std::string plain = hasNan ? WithNulls(source.Bytes()) : std::string();
+  const std::string_view text = hasNan ? std::string_view(plain) : source.Bytes();
   try {
     into = nlohmann::json::parse(text);
     return std::nullopt;
   } catch (const nlohmann::json::parse_error& thrown) {
     // The byte last read, counted from 1, ends the line where it is a line end.
-    const std::string_view before =
-        std::string_view(text).substr(0, std::max<std::size_t>(thrown.byte, 1) - 1);
+    const std::string_view before = text.substr(0, std::max<std::size_t>(thrown.byte, 1) - 1);
     const int line = static_cast<int>(std::ranges::count(before, '\n')) + 1;
     return Fault{kFaultEndOfFile, "ReadJson", AtLine(source, line, ReasonOf(thrown))};
   } catch (const nlohmann::json::exception& thrown) {
