@@ -125,8 +125,13 @@ void DrawTitle(Plot& plot) {
   const double y = region->Top + Px(13);
   const double width = region->Width();
   double used = 0;
-  if (plot.Set().TitleAboveDiagram) {
-    const std::string title = "VEXA  -  " + SoundingTitle(plot.Sounding(), plot.Set());
+  const std::string title = "VEXA  -  " + SoundingTitle(plot.Sounding(), plot.Set());
+  if (!plot.Set().TitleAboveDiagram) {
+    const Rect& frame = plot.Where.Frame;
+    const double size = LetterSize(Type::Value);
+    DrawTextOver(plot, "title", {frame.Left + Px(8), frame.Top + Px(14)},
+                 Elided(title, size, frame.Width() - Px(16)), plot.Inks.Ink, size);
+  } else {
     // A long one is written a step smaller, and cut where that is not enough.
     const bool isLong = TextWidth(title, LetterSize(Type::Title), true) > width;
     const double size = LetterSize(isLong ? Type::Value : Type::Title);

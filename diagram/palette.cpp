@@ -217,7 +217,7 @@ Palette PaletteFor(const ViewSettings& options) {
   p.Surface = {ink(6), 24, LineStyle::Solid};
   p.Freezing = {ink(scheme.Cold), 14, LineStyle::Dash};
   p.Tropopause = {ink(5), 14, LineStyle::Dash};
-  p.StandardAtmosphere = {ink(5), 16, LineStyle::DashDot};
+  p.StandardAtmosphere = {ink(6), 16, LineStyle::DashDot};
   p.HeightAxis = {p.Ink, kThin, LineStyle::Solid};
 
   p.Ground = {Blend(ink(6), p.Paper, 0.55), FillStyle::Hatched};
@@ -245,7 +245,8 @@ Palette PaletteFor(const ViewSettings& options) {
 }
 
 Pen OverlayPen(const Palette& palette, int number) {
-  constexpr std::array<int, 8> kColors = {5, 3, 6, 2, 8, 13, 12, 9};
+  // First those that no line beside the soundings has.
+  constexpr std::array<int, 8> kColors = {3, 13, 8, 2, 12, 9, 6, 5};
   constexpr std::array<LineStyle, 3> kStyles = {LineStyle::Solid, LineStyle::DashDot,
                                                 LineStyle::Dash};
   // What looks like a trace of the first sounding is left out.

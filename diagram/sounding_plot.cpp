@@ -85,17 +85,33 @@ std::string OtherTitle(const SoundingRecord& sounding, const ViewSettings& set) 
   return text;
 }
 
-// What a comparison says in a line of either sounding.
-std::string MainIndices(const analysis::AnalysisResults& results, const ViewSettings& set) {
+// What a comparison says in a line of either sounding, without units where there is little room.
+std::string MainIndices(const analysis::AnalysisResults& results, const ViewSettings& set,
+                        bool units) {
   std::string text;
   for (const std::string_view label : {"CAPE total", "CIN total", "LI", "KI", "TT"}) {
     const analysis::IndexRow* row = analysis::FindIndex(label);
     const auto index = std::ranges::find(results.Indices, row, &analysis::IndexValue::Row);
     if (row == nullptr || index == results.Indices.end()) continue;
-    text += (text.empty() ? " // " : "  ") + std::string(Trim(row->Label)) + " " +
-            analysis::ShownValue(*index, set, kNone);
+    const std::string_view name = Trim(row->Label);
+    const analysis::ShownIndex shown = analysis::ShowIndex(*index, analysis::UnitsOf(set, kNone));
+    text += text.empty() ? " // " : units ? "  " : " ";
+    text += std::string(units ? name : name.substr(0, name.find(' '))) + " ";
+    text += units ? shown.Text() : std::string(shown.Bound) + shown.Number;
   }
   return text;
+}
+
+// A title with what belongs behind it: the title gives way, down to its first words, then the
+// units behind it do.
+std::string TitleWith(const std::string& title, const std::string& whole, const std::string& brief,
+                      double room) {
+  constexpr double kLeastTitle = 24 * kMarkText / 2;
+  const bool isWide = room - TextWidth(whole, kMarkText) >=
+                      std::min(kLeastTitle, TextWidth(title, kMarkText));
+  const std::string& behind = isWide ? whole : brief;
+  const double left = std::max(room - TextWidth(behind, kMarkText), 0.0);
+  return Elided(Elided(title, kMarkText, left) + behind, kMarkText, room);
 }
 
 // Titles of overlaid and compared soundings stand in the place of the legend, in their own colours,
@@ -113,13 +129,16 @@ void DrawOtherTitles(Plot& plot) {
   int number = 1;
   const auto line = [&](const SoundingRecord& sounding, const analysis::AnalysisResults* results,
                         Color ink) {
-    const std::string text = (compare ? "#" + Shortest(number) + " - " : std::string()) +
-                             OtherTitle(sounding, plot.Set()) +
-                             (compare && results ? MainIndices(*results, plot.Set()) : "");
+    const bool hasIndices = compare && results != nullptr;
+    const auto behind = [&](bool units) {
+      return hasIndices ? MainIndices(*results, plot.Set(), units) : std::string();
+    };
+    const std::string title = (compare ? "#" + Shortest(number) + " - " : std::string()) +
+                              OtherTitle(sounding, plot.Set());
     DrawText(plot.Page, "other title",
              {region->Left + (number - 1) / rows * width,
               region->Top + ((number - 1) % rows + 0.5) * kRow},
-             Elided(text, kMarkText, width - kGap), ink, kMarkText);
+             TitleWith(title, behind(true), behind(false), width - kGap), ink, kMarkText);
     ++number;
   };
   line(plot.Sounding(), &plot.Results(), plot.Inks.Temperature.Ink);
@@ -211,7 +230,11 @@ struct PlotStep {
 };
 
 bool HasWinds(const Plot& plot) {
-  return plot.Sounding().NumWindLevels() > 0;
+  const auto winds = [](const OverlaySounding& other) {
+    return other.Sounding != nullptr && other.Sounding->NumWindLevels() > 0;
+  };
+  return plot.Sounding().NumWindLevels() > 0 ||
+         (plot.In.Mode == MultiMode::Compare && std::ranges::any_of(plot.In.Others, winds));
 }
 
 // Each step draws over the ones before it.

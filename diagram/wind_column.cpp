@@ -12,6 +12,7 @@
 #include "core/markers.h"
 #include "core/numbers.h"
 #include "diagram/grid.h"
+#include "diagram/palette.h"
 #include "diagram/wind_symbol.h"
 #include "picture/shapes.h"
 
@@ -25,13 +26,13 @@ struct PlacedWind {
   analysis::Wind Value{};
 };
 
-std::vector<PlacedWind> PlaceWinds(const Plot& plot) {
-  const SoundingRecord& sounding = plot.Sounding();
+std::vector<PlacedWind> PlaceWinds(const Plot& plot, const SoundingRecord& sounding,
+                                   const analysis::AnalysisResults& results) {
   std::vector<PlacedWind> placed;
   for (int i = 1; i <= sounding.NumWindLevels(); ++i) {
     if (!sounding.HasWind(i)) continue;
     const double height = sounding.WindHgt(i);
-    const double press = analysis::GetPRESS(plot.Results().Levels, height);
+    const double press = analysis::GetPRESS(results.Levels, height);
     if (!HasHeight(press) || !plot.InRange(press)) continue;
     const std::optional<double> y = RightEdgeY(plot.At, press);
     if (y) placed.push_back({*y, height, press, {sounding.WindDir(i), sounding.WindSpd(i)}});
@@ -77,6 +78,39 @@ double FootY(double y, const Rect& extent, const Rect& column) {
   return least <= most ? std::clamp(y, least, most) : y;
 }
 
+// The second sounding of a comparison, with winds to draw; null when there is none.
+const OverlaySounding* Second(const Plot& plot) {
+  if (plot.In.Mode != MultiMode::Compare || plot.In.Others.empty()) return nullptr;
+  const OverlaySounding& other = plot.In.Others.front();
+  return other.Sounding != nullptr && other.Results != nullptr ? &other : nullptr;
+}
+
+std::vector<bool> ChooseFrom(const std::vector<PlacedWind>& winds, const ViewSettings& set) {
+  std::vector<Reach> reaches;
+  reaches.reserve(winds.size());
+  for (const PlacedWind& wind : winds) reaches.push_back(ReachOf(wind, set));
+  return ChooseWinds(reaches, NamedWinds(winds), set.WindPlotRatio);
+}
+
+// The compared sounding's winds on an axis of their own, in the ink of its traces.
+void DrawSecondWinds(Plot& plot, const OverlaySounding& other, const Rect& room) {
+  const ViewSettings set = SymbolOptions(plot.Set(), *other.Sounding);
+  Pen pen = plot.Inks.Wind;
+  pen.Ink = OverlayPen(plot.Inks, 1).Ink;
+  const double x = (room.Left + room.Right) / 2;
+  DrawSegment(plot.Page, "other wind axis", {x, room.Top}, {x, room.Bottom},
+              {pen.Ink, plot.Inks.Isobar.Width, LineStyle::Dash});
+  const std::vector<PlacedWind> winds = PlaceWinds(plot, *other.Sounding, *other.Results);
+  if (winds.empty()) return;
+  const std::vector<bool> chosen = ChooseFrom(winds, set);
+  for (std::size_t i = 0; i < winds.size(); ++i) {
+    if (!chosen[i]) continue;
+    const Rect extent = SymbolExtent(winds[i].Value, set);
+    const Point foot{FootX(x, extent, room), FootY(winds[i].Y, extent, room)};
+    DrawWindSymbol(plot.Page, foot, winds[i].Value, set, pen);
+  }
+}
+
 // "th" as the column's caption has it for any number but one.
 std::string RatioCaption(int ratio) {
   return "Plotted every " + Shortest(ratio) + " th wind";
@@ -114,14 +148,16 @@ void DrawWindColumn(Plot& plot) {
   const ViewSettings set = SymbolOptions(plot.Set(), plot.Sounding());
   const Rect* region = plot.Where.Find("wind");
   if (region == nullptr) return;
-  const std::vector<PlacedWind> winds = PlaceWinds(plot);
-  if (winds.empty() || set.Winds == WindDisplay::None) return;
+  const std::vector<PlacedWind> winds = PlaceWinds(plot, plot.Sounding(), plot.Results());
+  const OverlaySounding* second = Second(plot);
+  if ((winds.empty() && second == nullptr) || set.Winds == WindDisplay::None) return;
   const Rect column{region->Left, plot.Where.Frame.Top, region->Right, plot.Where.Frame.Bottom};
-  // Numbers take the right part of the column.
+  // Numbers take the right part of the column, the winds of a compared sounding the right half.
   constexpr double kNumberRoom = 56 * kUnitsPerPixel;
-  const bool hasNumbers = plot.Where.Asks.WindNumbers;
-  const Rect barbs{column.Left, column.Top, column.Right - (hasNumbers ? kNumberRoom : 0),
-                   column.Bottom};
+  const bool hasNumbers = plot.Where.Asks.WindNumbers && second == nullptr;
+  const double middle = (column.Left + column.Right) / 2;
+  const double end = second != nullptr ? middle : column.Right - (hasNumbers ? kNumberRoom : 0);
+  const Rect barbs{column.Left, column.Top, end, column.Bottom};
   const double x = (barbs.Left + barbs.Right) / 2;
   double lastNumber = 1e9;
   if (set.WindPlotsBox) {
@@ -129,10 +165,11 @@ void DrawWindColumn(Plot& plot) {
                   Polyline{.Points = OutlineOf(column), .Stroke = plot.Inks.PanelFrame});
   }
   DrawSegment(plot.Page, "wind axis", {x, column.Top}, {x, column.Bottom}, plot.Inks.Isobar);
-  std::vector<Reach> reaches;
-  reaches.reserve(winds.size());
-  for (const PlacedWind& wind : winds) reaches.push_back(ReachOf(wind, set));
-  const std::vector<bool> chosen = ChooseWinds(reaches, NamedWinds(winds), set.WindPlotRatio);
+  if (second != nullptr) {
+    DrawSecondWinds(plot, *second, {middle, column.Top, column.Right, column.Bottom});
+  }
+  if (winds.empty()) return;
+  const std::vector<bool> chosen = ChooseFrom(winds, set);
   const double half = SizeOf(set.BarbSize).Spacing;
   for (std::size_t i = 0; i < winds.size(); ++i) {
     if (!chosen[i]) continue;

@@ -129,6 +129,32 @@ std::vector<std::string> ReadPrinterText(std::string_view text, PrintSetup& into
   return unknown;
 }
 
+// The pages of the sounding in work.
+std::vector<Picture> PagesOf(const Program& program, const PrintRequest& request) {
+  const output::ListingSource from = SourceOf(program);
+  const ListingLines header = output::PageHeader(from, request.Setup.Header);
+  std::vector<Picture> pages;
+  const DisplayRow* display = FindDisplay(program.DisplayTable, request.Display);
+  if (display != nullptr && LackOf(*display, program).empty()) {
+    ListingLines above = header;
+    if (!display->Heading.empty()) above.insert(above.begin(), std::string(display->Heading));
+    if (!request.Title.empty()) above.insert(above.begin(), request.Title);
+    const Options set = PrintOptions(program, request.DarkLines);
+    const Surface on = output::DisplayRoom(above, request.Setup);
+    pages.push_back(
+        output::DisplayPage(DrawDisplay(*display, program, on, set), above, request.Setup));
+  }
+  const auto add = [&pages](std::vector<Picture> more) {
+    std::ranges::move(more, std::back_inserter(pages));
+  };
+  for (const PrintText& text : kTexts) {
+    if (text.Name != request.Display || !text.IsThere(program)) continue;
+    add(output::ListingPages(text.Make(program), header, request.Setup));
+  }
+  add(output::PagesOfListings(ListingsOf(request), from, request.Setup));
+  return pages;
+}
+
 }  // namespace
 
 Options PrintOptions(const Program& program, bool darkLines) {
@@ -161,31 +187,26 @@ std::vector<std::string_view> AllPrintableNames(std::span<const DisplayRow> disp
 }
 
 std::vector<Picture> PagesToPrint(const Program& program, const PrintRequest& request) {
-  const output::ListingSource from = SourceOf(program);
-  const ListingLines header = output::PageHeader(from, request.Setup.Header);
-  std::vector<Picture> pages;
-  const DisplayRow* display = FindDisplay(program.DisplayTable, request.Display);
-  if (display != nullptr && LackOf(*display, program).empty()) {
-    ListingLines above = header;
-    if (!display->Heading.empty()) above.insert(above.begin(), std::string(display->Heading));
-    if (!request.Title.empty()) above.insert(above.begin(), request.Title);
-    const Options set = PrintOptions(program, request.DarkLines);
-    const Surface on = output::DisplayRoom(above, request.Setup);
-    pages.push_back(
-        output::DisplayPage(DrawDisplay(*display, program, on, set), above, request.Setup));
-  }
-  const auto add = [&pages](std::vector<Picture> more) {
-    std::ranges::move(more, std::back_inserter(pages));
-  };
-  for (const PrintText& text : kTexts) {
-    if (text.Name != request.Display || !text.IsThere(program)) continue;
-    add(output::ListingPages(text.Make(program), header, request.Setup));
-  }
-  add(output::PagesOfListings(ListingsOf(request), from, request.Setup));
+  std::vector<Picture> pages = PagesOf(program, request);
   if (program.View.Mode != diagram::MultiMode::Compare) return pages;
+  const DisplayRow* display = FindDisplay(program.DisplayTable, request.Display);
+  // The pages of the second sounding are those of a program that has it in work; what shows both
+  // is there already.
+  PrintRequest rest = request;
+  if (display != nullptr && display->Mode != diagram::MultiMode::Single) rest.Display.clear();
   for (const SharedSounding& other : program.Others) {
-    const output::ListingSource beside{other->Record(), other->Results(program.Set), program.Set};
-    add(output::PagesOfListings(ListingsOf(request), beside, request.Setup));
+    Program beside;
+    beside.Settings = program.Settings;
+    beside.Severe = program.Severe;
+    beside.Where = program.Where;
+    beside.View.Layout = program.View.Layout;
+    beside.View.Lines = program.View.Lines;
+    beside.Doc.Take(Document::GiveUpEdits(), {.From = other->From(),
+                                              .Record = other->Record(),
+                                              .Notes = other->Notes(),
+                                              .Finding = other->Finding()});
+    beside.Doc.Analyse(beside.Set, beside.Adiabats, {});
+    std::ranges::move(PagesOf(beside, rest), std::back_inserter(pages));
   }
   return pages;
 }

@@ -86,6 +86,23 @@ TEST(Palette, EveryMainLineStandsOutFromThePaper) {
   }
 }
 
+// Lines that are no sounding's own are told from each other by their colour: the height correction
+// is purple by its menu entry, the compared sounding and the standard atmosphere are not.
+TEST(Palette, LinesBesideTheSoundingHaveColoursOfTheirOwn) {
+  for (const std::string_view scheme : Words(ColorScheme{})) {
+    SCOPED_TRACE(scheme);
+    const Palette palette = PaletteFor(WithScheme(scheme));
+    const Color inks[] = {LegibleColor(palette, 5), palette.StandardAtmosphere.Ink,
+                          OverlayPen(palette, 1).Ink};
+    for (int i = 0; i < 3; ++i) {
+      const Color a = inks[i], b = inks[(i + 1) % 3];
+      EXPECT_GE(std::abs(a.Red - b.Red) + std::abs(a.Green - b.Green) + std::abs(a.Blue - b.Blue),
+                100)
+          << i;
+    }
+  }
+}
+
 // Traces that may lie beside each other differ by style or clearly by width, so that grey print
 // tells them apart.
 TEST(Palette, StyleCarriesTheMeaningToo) {

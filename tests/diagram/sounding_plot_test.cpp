@@ -79,6 +79,12 @@ TEST(SoundingPlot, WritesWhatAForecasterReads) {
   const SoundingPlot plot = Draw(test::ReferenceConvective());
   EXPECT_EQ(Texts(plot.Page, "title"),
             std::vector<std::string>{"VEXA  -  Reference A, convective"});
+  Options inside;
+  inside.TitleAboveDiagram = false;
+  const SoundingPlot other = Draw(test::ReferenceConvective(), inside);
+  ASSERT_EQ(Texts(other.Page, "title"), Texts(plot.Page, "title"));
+  const Point at = std::get<Label>(Tagged(other.Page, "title")[0]->Shape).At;
+  EXPECT_TRUE(other.Mapping.Frame().Contains(at));
   EXPECT_EQ(Texts(plot.Page, "pressure unit"), std::vector<std::string>{"MB"});
   const auto pressures = Texts(plot.Page, "pressure label");
   EXPECT_EQ(pressures.front(), "1050");
@@ -366,6 +372,48 @@ TEST(SoundingPlot, ComparesAndOverlays) {
   ASSERT_EQ(caption.size(), 1u);
   EXPECT_EQ(std::get<Label>(caption[0]->Shape).At, (Point{4690, 50}));
   EXPECT_TRUE(Texts(plot.Page, "surface label").empty()) << "only the line with other soundings";
+}
+
+// The winds of a compared sounding stand in the ink of its traces, right of the first one's; where
+// its line is narrow the title gives way to the indices of both.
+TEST(SoundingPlot, AComparedSoundingHasItsWindsAndIndicesOnNarrowPagesToo) {
+  const SoundingRecord first = test::ReferenceConvective();
+  const SoundingRecord second = test::ReferenceWinter();
+  const Options options;
+  const analysis::AnalysisResults results = analysis::Analyse(first, options);
+  const analysis::AnalysisResults its = analysis::Analyse(second, options);
+  PlotInput input{.Sounding = first, .Results = results, .Set = options};
+  const auto symbols = [](const SoundingPlot& plot, Color ink) {
+    std::vector<double> feet;
+    for (const Item& item : plot.Page.Items()) {
+      const auto* line = std::get_if<Polyline>(&item.Shape);
+      if (item.Tag.starts_with("wind") && line != nullptr && line->Stroke.Ink == ink) {
+        feet.push_back(line->Points.front().X);
+      }
+    }
+    return feet;
+  };
+  const Palette inks = PaletteFor(options);
+  EXPECT_TRUE(symbols(*PlotSounding(input), OverlayPen(inks, 1).Ink).empty());
+  input.Mode = MultiMode::Compare;
+  input.Others = {{&second, &its}};
+  for (const int width : {1600, 780}) {
+    SCOPED_TRACE(width);
+    input.On = ImageSurface(width, 560);
+    const SoundingPlot plot = *PlotSounding(input);
+    const std::vector<double> own = symbols(plot, inks.Wind.Ink);
+    const std::vector<double> other = symbols(plot, OverlayPen(inks, 1).Ink);
+    ASSERT_FALSE(own.empty());
+    ASSERT_FALSE(other.empty());
+    EXPECT_LT(own.front(), other.front());
+    const std::vector<std::string> titles = Texts(plot.Page, "other title");
+    ASSERT_EQ(titles.size(), 2u);
+    EXPECT_NE(titles[0].find("3365"), std::string::npos) << titles[0];  // CAPE
+    for (const std::string& title : titles) {
+      EXPECT_NE(title.find(" TT "), std::string::npos) << title;
+      EXPECT_TRUE(title.starts_with("#")) << title;
+    }
+  }
 }
 
 // What the edges tell must be what the diagram itself reads there, curved isobars or not.

@@ -167,6 +167,11 @@ TEST_F(ViewTest, ComparesOverlaysAndGoesBack) {
 TEST_F(ViewTest, TheComparedSoundingIsShownWhole) {
   const PrintRequest request{.Display = std::string(output::Listings().front().Name)};
   const std::size_t alone = PagesToPrint(program, request).size();
+  std::map<std::string, std::size_t> pagesAlone;
+  for (const char* name : {"NotePad", "Notes", "SvrWx", "Sounding"}) {
+    pagesAlone[name] = PagesToPrint(program, {.Display = name}).size();
+    EXPECT_GE(pagesAlone[name], 1u) << name;
+  }
   user.Chosen = {TextFromPath(Saved("b.RAW", test::ReferenceWinter()))};
   Do("mnuCompare");
   int dashed = 0;
@@ -185,6 +190,10 @@ TEST_F(ViewTest, TheComparedSoundingIsShownWhole) {
   EXPECT_EQ(winds[0].Title, "Reference B, winter");
   EXPECT_EQ(static_cast<int>(winds[0].Winds.size()), test::ReferenceWinter().NumWindLevels());
   EXPECT_EQ(PagesToPrint(program, request).size(), 2 * alone);
+  for (const auto& [name, pages] : pagesAlone) {
+    EXPECT_EQ(PagesToPrint(program, {.Display = name}).size(), 2 * pages) << name;
+  }
+  EXPECT_EQ(PagesToPrint(program, {.Display = "Compare"}).size(), 1u) << "it shows both";
   Do("mnuSounding");
   EXPECT_TRUE(HodographOf(program).Compared.empty());
   EXPECT_EQ(PagesToPrint(program, request).size(), alone);
