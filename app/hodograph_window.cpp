@@ -16,7 +16,9 @@
 #include <QScrollBar>
 #include <QSignalBlocker>
 #include <QSplitter>
+#include <QStringList>
 #include <QVBoxLayout>
+#include <QtMath>
 #include <utility>
 
 #include "app/drag_view.h"
@@ -264,14 +266,33 @@ void HodographWindow::BuildComparison(QVBoxLayout& column) {
 }
 
 void HodographWindow::BuildTable(QVBoxLayout& column) {
-  table_ = new QPlainTextEdit(this);
-  table_->setObjectName(QStringLiteral("WindTable"));
-  table_->setReadOnly(true);
-  table_->setLineWrapMode(QPlainTextEdit::NoWrap);
   QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
   font.setPointSizeF(font.pointSizeF() * 0.9);
-  table_->setFont(font);
-  column.addWidget(table_, 1);
+  const auto text = [&](const char* name) {
+    auto* edit = new QPlainTextEdit(this);
+    edit->setObjectName(QString::fromLatin1(name));
+    edit->setReadOnly(true);
+    edit->setLineWrapMode(QPlainTextEdit::NoWrap);
+    edit->setFont(font);
+    return edit;
+  };
+  // The header stays above the rows and goes sideways with them alone.
+  tableHeader_ = text("WindTableHeader");
+  tableHeader_->setFocusPolicy(Qt::NoFocus);
+  tableHeader_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  tableHeader_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  constexpr int kHeaderLines = 2;
+  const int frame = 2 * tableHeader_->frameWidth();
+  tableHeader_->setFixedHeight(kHeaderLines * tableHeader_->fontMetrics().lineSpacing() + frame +
+                               qCeil(2 * tableHeader_->document()->documentMargin()));
+  table_ = text("WindTable");
+  connect(table_->horizontalScrollBar(), &QScrollBar::valueChanged,
+          tableHeader_->horizontalScrollBar(), &QScrollBar::setValue);
+  auto* both = new QVBoxLayout;
+  both->setSpacing(0);
+  both->addWidget(tableHeader_);
+  both->addWidget(table_, 1);
+  column.addLayout(both, 1);
   struct Button {
     const char* name;
     const char* text;
@@ -432,11 +453,17 @@ void HodographWindow::ShowSpeed(QDoubleSpinBox* box, const RowInfo& row, double 
 
 void HodographWindow::ShowTable() {
   const hodograph::WindTable table = hodograph::ListWinds(HodographOf(program_, program_.Set));
-  QString text;
-  for (const auto* lines : {&table.Header, &table.Rows}) {
-    for (const std::string& line : *lines) text += ToQString(line) + QLatin1Char('\n');
-  }
-  table_->setPlainText(text);
+  const auto show = [](QPlainTextEdit& in, const std::vector<std::string>& lines) {
+    QStringList text;
+    for (const std::string& line : lines) text.append(ToQString(line));
+    in.setPlainText(text.join(QLatin1Char('\n')));
+  };
+  // Blanks behind it, so that it can go as far sideways as rows beside a scroll bar.
+  constexpr int kBehind = 8;
+  std::vector<std::string> header = table.Header;
+  for (std::string& line : header) line += std::string(kBehind, ' ');
+  show(*tableHeader_, header);
+  show(*table_, table.Rows);
 }
 
 void HodographWindow::ShowCursor(const std::optional<Point>& at) {

@@ -79,6 +79,7 @@ class HodographWindow : public DisplayWindow {
   QDoubleSpinBox* depth_ = nullptr;
   QComboBox* compare_ = nullptr;
   QPlainTextEdit* table_ = nullptr;
+  QPlainTextEdit* tableHeader_ = nullptr;
   std::vector<std::pair<QCheckBox*, bool HodographSettings::*>> switches_{};
 };
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <QApplication>
+#include <QCursor>
 #include <QEventLoop>
 #include <QFileDialog>
 #include <QMessageBox>
@@ -12,6 +13,8 @@
 #include <system_error>
 #include <utility>
 
+#include "app/open_file_dialog.h"
+#include "app/qt_text.h"
 #include "core/files.h"
 #include "core/letter_case.h"
 
@@ -108,10 +111,12 @@ void WindowInteraction::Attach(QWidget* parent, std::function<void(std::string_v
   showShare_ = std::move(showShare);
 }
 
-// The window at which the user works: a box over another one would bring that to the front.
+// The window at which the user works: a box over another one would bring that to the front. Where
+// no window manager says which it is, the pointer does.
 QWidget* WindowInteraction::Over() const {
   QWidget* active = QApplication::activeModalWidget();
   if (active == nullptr) active = QApplication::activeWindow();
+  if (active == nullptr) active = QApplication::topLevelAt(QCursor::pos());
   return active != nullptr ? active : parent_;
 }
 
@@ -137,15 +142,26 @@ Answer WindowInteraction::Ask(const Box& box) {
 
 std::optional<std::string> WindowInteraction::ChooseFile(const FileQuestion& question) {
   if (unattended_) return std::nullopt;
-  const std::string chosen =
-      question.Saving
-          ? ChooseSaveFile(question)
-          : QFileDialog::getOpenFileName(Over(), QString::fromStdString(question.Title),
-                                         QString::fromStdString(question.Folder),
-                                         QString::fromStdString(DialogFilter(question.Filter)))
-                .toStdString();
+  if (question.Saving) {
+    const std::string chosen = ChooseSaveFile(question);
+    if (chosen.empty()) return std::nullopt;
+    return chosen;
+  }
+  const std::vector<std::string> chosen = ChooseOpenFiles(question, false);
   if (chosen.empty()) return std::nullopt;
-  return chosen;
+  return chosen.front();
+}
+
+std::vector<std::string> WindowInteraction::ChooseOpenFiles(const FileQuestion& question,
+                                                            bool several) {
+  const QStringList filters = QString::fromStdString(DialogFilter(question.Filter))
+                                  .split(QStringLiteral(";;"), Qt::SkipEmptyParts);
+  OpenFileDialog dialog(Over(), ToQString(question.Title), ToQString(question.Folder), filters,
+                        several ? QFileDialog::ExistingFiles : QFileDialog::ExistingFile);
+  if (question.FilterIndex >= 1 && question.FilterIndex <= filters.size()) {
+    dialog.selectNameFilter(filters[question.FilterIndex - 1]);
+  }
+  return dialog.exec() == QDialog::Accepted ? dialog.Chosen() : std::vector<std::string>{};
 }
 
 // The dialog asks before a file is replaced, but knows the name only as it was typed.
@@ -173,16 +189,8 @@ std::string WindowInteraction::ChooseSaveFile(const FileQuestion& question) {
 }
 
 std::vector<std::string> WindowInteraction::ChooseFiles(const FileQuestion& question) {
-  std::vector<std::string> names;
-  if (unattended_) return names;
-  const QString filter = QString::fromStdString(DialogFilter(question.Filter));
-  QString first =
-      filter.section(QStringLiteral(";;"), question.FilterIndex - 1, question.FilterIndex - 1);
-  const QStringList chosen = QFileDialog::getOpenFileNames(
-      Over(), QString::fromStdString(question.Title), QString::fromStdString(question.Folder),
-      filter, first.isEmpty() ? nullptr : &first);
-  for (const QString& name : chosen) names.push_back(name.toStdString());
-  return names;
+  if (unattended_) return {};
+  return ChooseOpenFiles(question, true);
 }
 
 void WindowInteraction::Status(std::string_view text) {

@@ -42,6 +42,7 @@ class WindowInteraction : public Interaction {
 
  private:
   QWidget* Over() const;
+  std::vector<std::string> ChooseOpenFiles(const FileQuestion& question, bool several);
   std::string ChooseSaveFile(const FileQuestion& question);
 
   CommandGate& gate_;

@@ -25,6 +25,7 @@
 #include <map>
 
 #include "app/data_dump_window.h"
+#include "app/open_file_dialog.h"
 #include "app/output_actions.h"
 #include "app/sounding_chooser.h"
 #include "app/sounding_window.h"
@@ -36,6 +37,7 @@
 #include "core/source_text.h"
 #include "output/data_print.h"
 #include "output/paint/paint.h"
+#include "program/commands.h"
 #include "report/report_folder.h"
 #include "support/document.h"
 #include "support/soundings.h"
@@ -279,6 +281,39 @@ TEST_F(DataWindowsTest, ImagesGetANameAndTheEndingOfTheChosenFilter) {
 }
 
 #ifndef _WIN32
+// A name of bytes that are no UTF-8 is listed beneath the others and opens; it is among the recent
+// files then and opens from there.
+TEST_F(DataWindowsTest, NamesThatAreNoUtf8OpenFromTheDialogAndFromTheRecentFiles) {
+  const std::string name = "Z\xfcrich.RAW";
+  Write(name, WriteRaw(test::ReferenceWinter()));
+  Write("plain.RAW", WriteRaw(test::ReferenceConvective()));
+  program.Where.Data = folder.Path();
+  EXPECT_EQ(FilesWithOtherNames(folder.Path()),
+            std::vector<fs::path>{folder.Path() / PathFromText(name)});
+  WindowInteraction attended(program.Gate, WindowInteraction::Attendance::Attended);
+  const std::optional<std::string> chosen = [&] {
+    QTimer clicks;
+    QObject::connect(&clicks, &QTimer::timeout, [] {
+      auto* dialog = dynamic_cast<OpenFileDialog*>(QApplication::activeModalWidget());
+      if (dialog == nullptr) return;
+      auto* others = dialog->findChild<QListWidget*>("OtherNames");
+      if (others == nullptr || others->count() != 1) return dialog->reject();
+      EXPECT_EQ(others->item(0)->text(), QString::fromUtf8("Z\u00fcrich.RAW"));
+      others->setCurrentRow(0);
+      emit others->itemActivated(others->item(0));
+    });
+    clicks.start(10);
+    return attended.ChooseFile({.Title = "Open", .Folder = TextFromPath(folder.Path())});
+  }();
+  ASSERT_TRUE(chosen);
+  EXPECT_EQ(*chosen, TextFromPath(folder.Path()) + "/" + name);
+  ASSERT_TRUE(OpenSoundings(program, {PathFromText(*chosen)}).Sounding);
+  EXPECT_EQ(program.Settings.Window.RecentFiles[0], *chosen);
+  ASSERT_TRUE(OpenSoundings(program, {folder.Path() / "plain.RAW"}).Sounding);
+  ASSERT_TRUE(commands::OpenRecentFile(program, 2).Sounding);
+  EXPECT_EQ(program.Current.Record.StationTitle, test::ReferenceWinter().StationTitle);
+}
+
 // The file that says that a report is whole never stands beside files of another report.
 TEST_F(DataWindowsTest, AReportThatFailsLeavesTheOneBefore) {
   const fs::path report = folder.Path() / "case";
