@@ -108,8 +108,7 @@ std::vector<std::string> KeepPossible(SoundingRecord& record) {
                           record.Dewpt.Values()[i]};
     if (IsPossible(level)) return true;
     if (first.empty()) {
-      first = Shortest(level.Press) + " hPa, " + Shortest(level.Temp) + " and " +
-              Shortest(level.Dewpt) + " C";
+      first = Brief(level.Press) + " hPa, " + Brief(level.Temp) + " and " + Brief(level.Dewpt) + " C";
     }
     return false;
   };
@@ -123,8 +122,8 @@ std::vector<std::string> KeepPossible(SoundingRecord& record) {
                           record.WindSpd.Values()[i]};
     if (IsPossible(level)) return true;
     if (first.empty()) {
-      first = Shortest(level.Height) + " m, " + Shortest(level.Dir) + " degrees, " +
-              Shortest(level.Spd) + " knots";
+      first = Brief(level.Height) + " m, " + Brief(level.Dir) + " degrees, " + Brief(level.Spd) +
+              " knots";
     }
     return false;
   };

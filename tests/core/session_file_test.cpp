@@ -90,6 +90,7 @@ TEST(SessionFile, ImpossibleLevelsAreLeftOut) {
   EXPECT_EQ(reading.Found->Edited->Clouds, expected.Clouds);
   EXPECT_TRUE(reading.Found->Edited->ElevUnknown);
   EXPECT_EQ(reading.Note.find("The last session: Temperature levels with impossible values"), 0u);
+  EXPECT_NE(reading.Note.find("0.005 hPa, 2e+307 and 0 C"), std::string::npos) << reading.Note;
 }
 
 class FullDisk final : public FileOps {
