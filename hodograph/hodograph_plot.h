@@ -27,6 +27,7 @@ struct HodographInput {
   HodographSettings Window{};
   std::vector<ComparedWinds> Compared{};   // at most kComparisonSlots
   std::optional<HodographMapping> Keep{};  // the mapping to keep while the storm vector is dragged
+  std::optional<double> FrontNormal{};     // degrees into which the wind's normal part counts
 
   const analysis::StormMotionResults& Storm() const { return Results.Storm; }
 };

@@ -21,54 +21,10 @@ using analysis::WindVector;
 constexpr double kHead = 190;  // length of an arrow's head
 constexpr double kMarkText = LetterSize(Type::Note);
 
-void DrawArrow(Canvas& canvas, std::string_view tag, const WindVector& from, const WindVector& to,
-               const Pen& pen) {
-  const Point tail = canvas.At.ToPoint(from);
-  const Point head = canvas.At.ToPoint(to);
-  DrawLine(canvas, tag, {tail, head}, pen);
-  const double length = std::hypot(head.X - tail.X, head.Y - tail.Y);
-  if (length < 1 || !canvas.At.Frame.Contains(head)) return;
-  const double size = std::min(canvas.Small ? 0.7 * kHead : kHead, 0.6 * length);
-  const Point along{(head.X - tail.X) / length, (head.Y - tail.Y) / length};
-  const Point back{head.X - size * along.X, head.Y - size * along.Y};
-  const Point side{0.4 * size * along.Y, -0.4 * size * along.X};
-  canvas.Page.Add(
-      tag,
-      Area{
-          .Rings = {{head, {back.X + side.X, back.Y + side.Y}, {back.X - side.X, back.Y - side.Y}}},
-          .Fill = {pen.Ink, FillStyle::Plain}});
-}
-
-void DrawName(Canvas& canvas, std::string_view tag, const WindVector& at, std::string text,
-              Color ink, Point prefer = {1, 0}, double gap = 45) {
-  const double size = kMarkText;
-  const double width = TextWidth(text, size, true) + kNameGap;
-  const Point from = canvas.At.ToPoint(at);
-  const auto place = canvas.Room.Beside(from, width, size, gap, prefer, FarthestName(canvas));
-  if (!place) return;
-  DrawLeader(canvas, from, *place, width, size, ink);
-  canvas.Names.emplace_back(tag, Label{.At = *place,
-                                       .Text = std::move(text),
-                                       .Across = AnchorX::Center,
-                                       .Size = size,
-                                       .Ink = ink,
-                                       .Bold = true,
-                                       .Halo = canvas.Colors.Paper});
-}
-
 // The side of an arrow's head that lies ahead of it.
 Point Ahead(const WindVector& vector) {
   const double length = std::hypot(vector.U, vector.V);
   return length > 0 ? Point{-vector.U / length, vector.V / length} : Point{1, 0};
-}
-
-void AddSpot(Canvas& canvas, std::string_view tag, const WindVector& wind, std::string text) {
-  constexpr double kReach = 90;
-  const Point at = canvas.At.ToPoint(wind);
-  if (!canvas.At.Frame.Contains(at)) return;
-  canvas.Page.AddHotSpot({{at.X - kReach, at.Y - kReach, at.X + kReach, at.Y + kReach},
-                          std::string(tag),
-                          std::move(text)});
 }
 
 std::string_view UnitOf(const DisplaySettings& options) {
@@ -122,6 +78,50 @@ void DrawLine(Canvas& canvas, std::string_view tag, const std::vector<Point>& po
   for (std::vector<Point>& piece : ClipPolyline(points, canvas.At.Frame)) {
     canvas.Page.Add(tag, Polyline{.Points = std::move(piece), .Stroke = pen});
   }
+}
+
+void DrawArrow(Canvas& canvas, std::string_view tag, const WindVector& from, const WindVector& to,
+               const Pen& pen) {
+  const Point tail = canvas.At.ToPoint(from);
+  const Point head = canvas.At.ToPoint(to);
+  DrawLine(canvas, tag, {tail, head}, pen);
+  const double length = std::hypot(head.X - tail.X, head.Y - tail.Y);
+  if (length < 1 || !canvas.At.Frame.Contains(head)) return;
+  const double size = std::min(canvas.Small ? 0.7 * kHead : kHead, 0.6 * length);
+  const Point along{(head.X - tail.X) / length, (head.Y - tail.Y) / length};
+  const Point back{head.X - size * along.X, head.Y - size * along.Y};
+  const Point side{0.4 * size * along.Y, -0.4 * size * along.X};
+  canvas.Page.Add(
+      tag,
+      Area{
+          .Rings = {{head, {back.X + side.X, back.Y + side.Y}, {back.X - side.X, back.Y - side.Y}}},
+          .Fill = {pen.Ink, FillStyle::Plain}});
+}
+
+void DrawName(Canvas& canvas, std::string_view tag, const WindVector& at, std::string text,
+              Color ink, Point prefer, double gap) {
+  const double size = kMarkText;
+  const double width = TextWidth(text, size, true) + kNameGap;
+  const Point from = canvas.At.ToPoint(at);
+  const auto place = canvas.Room.Beside(from, width, size, gap, prefer, FarthestName(canvas));
+  if (!place) return;
+  DrawLeader(canvas, from, *place, width, size, ink);
+  canvas.Names.emplace_back(tag, Label{.At = *place,
+                                       .Text = std::move(text),
+                                       .Across = AnchorX::Center,
+                                       .Size = size,
+                                       .Ink = ink,
+                                       .Bold = true,
+                                       .Halo = canvas.Colors.Paper});
+}
+
+void AddSpot(Canvas& canvas, std::string_view tag, const WindVector& wind, std::string text) {
+  constexpr double kReach = 90;
+  const Point at = canvas.At.ToPoint(wind);
+  if (!canvas.At.Frame.Contains(at)) return;
+  canvas.Page.AddHotSpot({{at.X - kReach, at.Y - kReach, at.X + kReach, at.Y + kReach},
+                          std::string(tag),
+                          std::move(text)});
 }
 
 double FarthestName(const Canvas& canvas) {

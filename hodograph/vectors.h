@@ -40,6 +40,19 @@ std::string WindText(const analysis::WindVector& wind, const DisplaySettings& op
 void DrawLine(Canvas& canvas, std::string_view tag, const std::vector<Point>& points,
               const Pen& pen);
 
+/// From one wind to another, with a head at the second.
+void DrawArrow(Canvas& canvas, std::string_view tag, const analysis::WindVector& from,
+               const analysis::WindVector& to, const Pen& pen);
+
+/// A text beside a wind where there is room, on the preferred side if it can be; drawn with the
+/// other names.
+void DrawName(Canvas& canvas, std::string_view tag, const analysis::WindVector& at,
+              std::string text, Color ink, Point prefer = {1, 0}, double gap = 45);
+
+/// What the pointer reads at a wind.
+void AddSpot(Canvas& canvas, std::string_view tag, const analysis::WindVector& wind,
+             std::string text);
+
 inline constexpr double kNameGap = 4 * kUnitsPerPixel;  // between two texts side by side
 
 /// How many gaps a text may stand away from its point; a line leads there from the point.

@@ -61,7 +61,7 @@ std::vector<std::string> Header(const DisplaySettings& options) {
 
 }  // namespace
 
-WindTable ListWinds(const HodographInput& input, std::optional<double> frontNormal) {
+WindTable ListWinds(const HodographInput& input) {
   const DisplaySettings& set = input.Set;
   const std::vector<ProfileWind> winds = WindProfile(input.Sounding, {});
   WindTable table{.Header = Header(set)};
@@ -71,7 +71,7 @@ WindTable ListWinds(const HodographInput& input, std::optional<double> frontNorm
     table.Rows.push_back(PressText(input, height) + HeightText(height, set, 6) +
                          HeightText(wind.Height, set, 7) + "   " + WindColumns(wind.Vector, set) +
                          ThermalColumns(winds, i, set) +
-                         NormalColumn(wind.Vector, frontNormal, set));
+                         NormalColumn(wind.Vector, input.FrontNormal, set));
   }
   if (input.Window.TableInverted) std::ranges::reverse(table.Rows);
   return table;

@@ -2,7 +2,6 @@
 // the thermal wind of the layer below the level and the component normal to a front.
 #pragma once
 
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,11 +14,9 @@ struct WindTable {
   std::vector<std::string> Rows{};
 };
 
-/// One row per level with a wind, lowest first, or highest first when inverted.
-///
-/// frontNormal  direction in degrees into which the normal component counts as positive; without
-///              one the column reads "--"
-WindTable ListWinds(const HodographInput& input, std::optional<double> frontNormal = {});
+/// One row per level with a wind, lowest first, or highest first when inverted. Without a front the
+/// column of the normal component reads "--".
+WindTable ListWinds(const HodographInput& input);
 
 /// Header and rows as the file has them, CR LF after each line.
 std::string TableText(const WindTable& table);

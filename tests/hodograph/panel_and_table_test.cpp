@@ -78,7 +78,8 @@ TEST(WindTable, RowsByHand) {
   const auto results = analysis::Analyse(sounding, {});
   HodographInput input{.Sounding = sounding, .Results = results, .Set = Options()};
   const Options options;
-  WindTable table = ListWinds({.Sounding = sounding, .Results = results, .Set = options}, 90.0);
+  WindTable table = ListWinds(
+      {.Sounding = sounding, .Results = results, .Set = options, .FrontNormal = 90.0});
   ASSERT_EQ(table.Header.size(), 2u);
   EXPECT_EQ(table.Header[0].substr(0, 43), " PRES    HEIGHT (m)    DIR / SPD    Thermal");
   EXPECT_EQ(table.Header[1].substr(0, 32), "(mb)    MSL    AGL   (deg) (kts)");
