@@ -69,6 +69,8 @@ constexpr OptionRow kDiagramTab1Rows[] = {
         .Says("Draws a line at every mandatory pressure level."),
     Row<At<&ViewSettings::AutoAnalyses>>("Auto display analyses = ", kDiagramTab1)
         .Says("Shows the analyses as soon as a sounding is loaded."),
+    Row<At<&ViewSettings::ShowFronts>>("Front marks = ", kDiagramTab1)
+        .Says("Marks the front that the winds of the sounding show."),
     Row<At<&ViewSettings::AnalysesBox>>("Analyses box = ", kDiagramTab1)
         .Says("Shows the box of indices and parcel levels."),
     Row<At<&ViewSettings::WindPlotsBox>>("Wind plots box = ", kDiagramTab1)

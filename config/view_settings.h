@@ -138,6 +138,7 @@ struct ViewSettings : UnitSettings {
   bool SurfaceLine = true;
   bool AllMandatoryLines = false;
   bool AutoAnalyses = true;
+  bool ShowFronts = true;
   bool AnalysesBox = true;
   bool WindPlotsBox = true;
   bool ShadeGround = true;

@@ -70,7 +70,7 @@ constexpr auto kFront = At<&Hodo::Front, Member>;
 constexpr SettingRow<Hodo> kHodographRows[] = {
     Row<At<&Hodo::Rings>>("ring scaling"),
     Row<At<&Hodo::RingLimit>, kTrue, Range{10, 500}>("ring limit", kSame),
-    Row<At<&Hodo::Distance>>("distance unit", kSame),
+    Row<At<&Hodo::Distance>>("distance unit", kSame).Named("Distances in"),
     Row<At<&Hodo::NoSMplot>>("storm vectors hidden"),
     Row<At<&Hodo::Float>>("floating panel", kSame),
     Row<At<&Hodo::Hold>>("held storm vector", kSame),
@@ -81,13 +81,36 @@ constexpr SettingRow<Hodo> kHodographRows[] = {
     Row<At<&Hodo::Compare>>("comparison traces", kSame),
     Row<kFront<&Front::Control>>("front control"),
     Row<kFront<&Front::Hold>>("held front", kSame),
-    Row<kFront<&Front::Speed>>("front speed unit", kSame),
-    Row<kFront<&Front::IntervalM>, kTrue, Range{100, 3000}>("thermal wind interval"),
-    Row<kFront<&Front::Mode>>("thermal wind mode", kSame),
-    Row<kFront<&Front::SlopeN>, kTrue, Range{20, 500}>("frontal slope"),
-    Row<kFront<&Front::GradientThreshold>, kTrue, Range{0.005, 0.5}>("gradient threshold", kSame),
-    Row<kFront<&Front::AngularThreshold>, kTrue, Range{5, 90}>("angular threshold", kSame),
-    Row<kFront<&Front::LowerLimitM>, kTrue, Range{0, 3000}>("lower frontal limit", kSame),
+    Row<kFront<&Front::Speed>>("front speed unit", kSame).Named("Frontal speed in"),
+    Row<kFront<&Front::IntervalM>, kTrue, Range{100, 3000}>("thermal wind interval")
+        .Named("Thermal wind interval")
+        .In("m")
+        .Says("Depth of the layers whose winds are compared."),
+    Row<kFront<&Front::Mode>>("thermal wind mode", kSame)
+        .Named("Thermal wind mode")
+        .Says("How the layers follow each other."),
+    Row<kFront<&Front::SlopeN>, kTrue, Range{20, 500}>("frontal slope")
+        .Named("Frontal slope 1/")
+        .When([](const Hodo& set) { return set.Front.Control == FrontControl::Manual; })
+        .Says("Slope of the front while its control is manual."),
+    Row<kFront<&Front::GradientThreshold>, kTrue, Range{0.005, 0.5}>("gradient threshold", kSame)
+        .Named("Gradient threshold")
+        .In("\xC2\xB0"
+            "C/nm")
+        .Says("Least gradient of a front."),
+    Row<kFront<&Front::AngularThreshold>, kTrue, Range{5, 90}>("angular threshold", kSame)
+        .Named("Angular threshold")
+        .In("degrees")
+        .Says("Most by which the thermal winds of a front differ."),
+    Row<kFront<&Front::LowerLimitM>, kTrue, Range{0, 3000}>("lower frontal limit", kSame)
+        .Named("Lower frontal limit")
+        .In("m, AGL")
+        .Says("Below it no front is searched."),
+    Row<kFront<&Front::LeastAdvection>, kTrue, Range{0, 5}>("advection threshold", kSame)
+        .Named("Advection threshold")
+        .In("\xC2\xB0"
+            "C/hr")
+        .Says("Least advection of a front, warm or cold."),
     Row<At<&Hodo::SkipPlot>>("trace hidden"),
     Row<At<&Hodo::CaptionAtTop>>("captions above the plot", kSame),
 };

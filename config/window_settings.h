@@ -104,6 +104,7 @@ struct FrontSettings {
   double GradientThreshold = 0.04;  // °C per nautical mile
   double AngularThreshold = 40;     // degrees
   double LowerLimitM = 500;         // m above ground
+  double LeastAdvection = 0.4;      // °C an hour, either way
   FrontSpeedUnits Speed = FrontSpeedUnits::Knots;
   bool operator==(const FrontSettings&) const = default;
 };

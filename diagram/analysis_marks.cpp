@@ -125,7 +125,9 @@ void DrawInversions(Plot& plot) {
   }
 }
 
+// A bar at the right edge over the zone's depth; at its top a line and the label of the front.
 void DrawFronts(Plot& plot) {
+  if (!plot.Set().ShowFronts) return;
   const Rect& frame = plot.At.Frame();
   for (const FrontMark& front : plot.In.Fronts) {
     const double press = analysis::GetPRESS(plot.Results().Levels, front.Height);
@@ -133,6 +135,16 @@ void DrawFronts(Plot& plot) {
     const Color ink = front.Cold ? plot.Inks.ColdFront : plot.Inks.WarmFront;
     const std::optional<double> y = RightEdgeY(plot.At, press);
     if (!y) continue;
+    const double base = analysis::GetPRESS(plot.Results().Levels, front.BaseHeight);
+    const std::optional<double> baseY =
+        front.BaseHeight > 0 && HasHeight(base) ? RightEdgeY(plot.At, base) : std::nullopt;
+    if (baseY) {
+      const double x = frame.Right - 50;
+      DrawSegment(plot.Page, "front zone", {x, *baseY}, {x, *y},
+                  {ink, front.IsFront ? 60.0 : 20.0, LineStyle::Solid});
+      plot.Page.AddHotSpot({{x - 80, *y - 20, frame.Right, *baseY + 20}, "front", front.Info});
+    }
+    if (!front.IsFront) continue;
     const double reach = plot.Where.Find("marks") != nullptr ? 900 : 150;
     DrawSegment(plot.Page, "front", {frame.Right - reach, *y}, {frame.Right, *y},
                 {ink, 26, LineStyle::Solid});

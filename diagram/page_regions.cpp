@@ -51,6 +51,10 @@ std::vector<PageBox> BoxesOf(const Plot& plot, double analysisWidth) {
 PageLayout CutFor(const Plot& plot, double analysisWidth = 0) {
   const PlotInput& input = plot.In;
   std::vector<RegionRow> rows = RowsFor(LayoutOf(input).Regions, BoxesOf(plot, analysisWidth));
+  // Nobody misses the strip of a sounding without one.
+  if (input.Advection.empty()) {
+    std::erase_if(rows, [](const RegionRow& row) { return row.Name == kAdvectionRegion; });
+  }
   for (RegionRow& row : rows) {
     if (row.Name == "wind") {
       // The symbols of the larger sizes reach further from their axis.

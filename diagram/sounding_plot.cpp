@@ -9,6 +9,7 @@
 #include "analysis/interpolate.h"
 #include "core/markers.h"
 #include "core/numbers.h"
+#include "diagram/advection_strip.h"
 #include "diagram/analysis_marks.h"
 #include "diagram/extra_lines.h"
 #include "diagram/grid.h"
@@ -253,6 +254,7 @@ constexpr PlotStep kSteps[] = {
     {"", DrawPressHeights},
     {"", DrawInversions},
     {"", DrawFronts},
+    {"", DrawAdvectionStrip},
     {"", DrawAnalyses},
 };
 

@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "analysis/analysis.h"
@@ -25,10 +26,21 @@ struct OverlaySounding {
   const analysis::AnalysisResults* Results = nullptr;  // of a compared one; null: not analysed
 };
 
-/// A frontal zone, marked at its height.
+/// A frontal zone, marked from base to top and labelled at its top. Of several one is the front;
+/// the others have no label.
 struct FrontMark {
   bool Cold = false;
-  double Height = 0;  // m above mean sea level
+  double Height = 0;      // of its top, m above mean sea level
+  double BaseHeight = 0;  // 0: marked by a line at its top alone
+  bool IsFront = true;
+  std::string Info{};  // what the pointer reads there
+};
+
+/// Advection of temperature in a layer, for the strip beside the diagram.
+struct AdvectionBar {
+  double BasePress = 0;  // hPa
+  double TopPress = 0;
+  double Cph = 0;  // °C an hour, warm positive
 };
 
 /// A layer that another analysis wants marked, mountain waves for one.
@@ -47,6 +59,9 @@ struct ExtraLines {
   bool operator==(const ExtraLines&) const = default;
 };
 
+/// The region of that strip; a layout may have it.
+inline constexpr std::string_view kAdvectionRegion = "advection";
+
 struct PlotInput {
   const SoundingRecord& Sounding;
   const analysis::AnalysisResults& Results;
@@ -54,6 +69,7 @@ struct PlotInput {
   MultiMode Mode = MultiMode::Single;
   std::vector<OverlaySounding> Others{};
   std::vector<FrontMark> Fronts{};
+  std::vector<AdvectionBar> Advection{};
   std::vector<LayerMark> Layers{};
   Surface On = ImageSurface(1600, 1200);  // what the page is composed for
   const LayoutRow* Layout = nullptr;      // null: the diagram's own

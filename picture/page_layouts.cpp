@@ -22,6 +22,13 @@ constexpr RegionRow kGutter{.Name = "marks",
 constexpr RegionRow kWind{.Name = "wind", .At = Place::Beside, .LeastWidth = Px(64), .Priority = 3};
 constexpr RegionRow kWindNumbers{
     .Name = "wind", .At = Place::Beside, .LeastWidth = Px(124), .Priority = 3};
+constexpr RegionRow kAdvection{.Name = "advection",
+                               .At = Place::Beside,
+                               .LeastWidth = Px(72),
+                               .Priority = 15,
+                                .MainAspect = 0.95,
+                               .Caption = "advection",
+                               .Elsewhere = "Frontal Analysis"};
 constexpr RegionRow kLegend{
     .Name = "legend", .At = Place::Under, .LeastHeight = Px(18), .Priority = 5};
 constexpr RegionRow kFullLegend{
@@ -61,9 +68,9 @@ constexpr RegionRow kAnalysis = Box("analysis", 16, 11, "analysis", "F4", 1);
 
 constexpr std::array kDiagramRegions = {kTitle,  kDiagram, kGutter,    kWind,
                                         kLegend, kStatus,  kHodograph, kAnalysis};
-constexpr std::array kForecasterRegions = {kTitle,   kDiagram, kGutter,    kWind,
-                                           kLegend,  kStatus,  kHodograph, kStorm,
-                                           kParcels, kIndices, kLayers,    kWeather};
+constexpr std::array kForecasterRegions = {kTitle,   kDiagram, kGutter,    kWind,  kAdvection,
+                                           kLegend,  kStatus,  kHodograph, kStorm, kParcels,
+                                           kIndices, kLayers,  kWeather};
 constexpr std::array kPilotRegions = {kTitle,
                                       kDiagram,
                                       kGutter,

@@ -53,6 +53,7 @@ SoundingPlot Draw(const PageCase& c, const LayoutRow& layout, const Surface& on)
   return *PlotSounding({.Sounding = c.Sounding,
                         .Results = results,
                         .Set = options,
+                        .Advection = {{1000, 850, 1.2}, {850, 700, -12}, {700, 690, 0.1}},
                         .On = on,
                         .Layout = &layout,
                         .Boxes = EmptyBoxes(layout),

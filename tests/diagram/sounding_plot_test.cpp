@@ -5,6 +5,7 @@
 #include <set>
 
 #include "analysis/interpolate.h"
+#include "core/numbers.h"
 #include "diagram/drawn.h"
 #include "diagram/palette.h"
 #include "picture/clip.h"
@@ -345,6 +346,35 @@ TEST(SoundingPlot, DarklinesDarkenEveryGridFamily) {
   }
 }
 
+TEST(SoundingPlot, FrontMarksFollowTheUnitAndCanBeHidden) {
+  const SoundingRecord sounding = test::ReferenceConvective();
+  Options options;
+  const analysis::AnalysisResults results = analysis::Analyse(sounding, options);
+  const PlotInput input{
+      .Sounding = sounding, .Results = results, .Set = options, .Fronts = {{true, 3000, 2000}}};
+  // 3000 m are 9842.5 ft.
+  struct Case {
+    LengthUnits unit;
+    HeightMode mode;
+    bool isShown;
+    std::vector<std::string> labels;
+  };
+  for (const Case& c : {Case{LengthUnits::Meter, HeightMode::Msl, true, {"Cold Front 3000 m"}},
+                        Case{LengthUnits::Feet, HeightMode::Msl, true, {"Cold Front 9843 ft"}},
+                        Case{LengthUnits::Meter,
+                             HeightMode::Agl,
+                             true,
+                             {"Cold Front " + Shortest(ToWhole(3000 - sounding.ElevM)) + " m AGL"}},
+                        Case{LengthUnits::Meter, HeightMode::Msl, false, {}}}) {
+    options.GpmUnits = c.unit;
+    options.Heights = c.mode;
+    options.ShowFronts = c.isShown;
+    const SoundingPlot plot = *PlotSounding(input);
+    EXPECT_EQ(Texts(plot.Page, "front label"), c.labels);
+    EXPECT_EQ(Tagged(plot.Page, "front zone").size(), c.isShown ? 1u : 0u);
+  }
+}
+
 TEST(SoundingPlot, ComparesAndOverlays) {
   const SoundingRecord first = test::ReferenceConvective();
   const SoundingRecord second = test::ReferenceWinter();
@@ -353,7 +383,7 @@ TEST(SoundingPlot, ComparesAndOverlays) {
   PlotInput input{.Sounding = first, .Results = results, .Set = options};
   input.Mode = MultiMode::Compare;
   input.Others = {{&second}};
-  input.Fronts = {{true, 3000}, {false, 5000}};
+  input.Fronts = {{true, 3000, 2000}, {false, 5000}, {false, 6500, 6000, false}};
   input.LoopHoldTime = 1.5;
   input.Configuration = "VEXA Config #1: summer";
   const SoundingPlot plot = *PlotSounding(input);
@@ -366,6 +396,8 @@ TEST(SoundingPlot, ComparesAndOverlays) {
   // In the unit of all heights.
   EXPECT_EQ(Texts(plot.Page, "front label"),
             (std::vector<std::string>{"Warm Front 5000 m", "Cold Front 3000 m"}));
+  // A zone that is not the front has its bar only, and a front of one height no bar.
+  EXPECT_EQ(Tagged(plot.Page, "front zone").size(), 2u);
   EXPECT_EQ(Texts(plot.Page, "hold time"),
             std::vector<std::string>{"Image hold time: 1.5 seconds."});
   const auto caption = Tagged(plot.Page, "configuration");
