@@ -36,6 +36,10 @@ std::optional<FrontZone> ZoneOf(const SoundingRecord& sounding,
   return FrontZone{*whole, std::move(parts)};
 }
 
+Missed MissedBy(const FrontZone& zone, const FrontSettings& settings) {
+  return std::fabs(zone.Whole.AdvectionCph) < settings.LeastAdvection ? Missed::Still : Missed::No;
+}
+
 std::vector<FrontZone> ZonesOf(const SoundingRecord& sounding, const analysis::LevelProfile& levels,
                                const std::vector<FrontLayer>& layers,
                                const FrontSettings& settings) {
@@ -43,7 +47,10 @@ std::vector<FrontZone> ZonesOf(const SoundingRecord& sounding, const analysis::L
   std::vector<std::size_t> parts;
   const auto close = [&] {
     if (parts.empty()) return;
-    if (auto zone = ZoneOf(sounding, levels, layers, std::move(parts))) zones.push_back(*zone);
+    if (auto zone = ZoneOf(sounding, levels, layers, std::move(parts))) {
+      zone->Why = MissedBy(*zone, settings);
+      zones.push_back(*zone);
+    }
     parts.clear();
   };
   for (std::size_t i = 0; i < layers.size(); ++i) {
@@ -217,17 +224,25 @@ FrontResults FindFronts(const SoundingRecord& sounding, const analysis::LevelPro
   if (!results.WhyNone.empty()) return results;
   results.Layers = FrontLayers(sounding, levels, settings);
   results.Zones = ZonesOf(sounding, levels, results.Layers, settings);
-  if (settings.Hold && held) {
+  if (held) {
     if (const auto kept = LayerBetween(sounding, levels, held->Base, held->Top)) {
       results.Found = FrontOf(sounding, levels, settings, {*kept, {}});
       return results;
     }
   }
-  const auto strongest = std::ranges::max_element(results.Zones, {}, &FrontZone::Rank);
-  if (strongest != results.Zones.end()) {
+  if (const FrontZone* strongest = StrongestZone(results.Zones)) {
     results.Found = FrontOf(sounding, levels, settings, *strongest);
   }
   return results;
+}
+
+const FrontZone* StrongestZone(const std::vector<FrontZone>& zones) {
+  const FrontZone* strongest = nullptr;
+  for (const FrontZone& zone : zones) {
+    if (zone.Why != Missed::No) continue;
+    if (strongest == nullptr || zone.Rank() > strongest->Rank()) strongest = &zone;
+  }
+  return strongest;
 }
 
 }  // namespace vexa::fronts

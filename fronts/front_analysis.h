@@ -37,6 +37,7 @@ std::optional<double> PrecipitationTime(double depression, double metersPerHour)
 struct FrontZone {
   FrontLayer Whole{};  // from the winds at base and top; its mean wind is that of the layers
   std::vector<std::size_t> Parts{};  // of the layers, lowest first
+  Missed Why = Missed::No;           // Still: its air hardly changes, so that it is no front
   double Rank() const { return Whole.Thermal.Gradient * (Whole.Top - Whole.Base); }
 };
 
@@ -69,7 +70,7 @@ struct Front {
   bool IsQuasiStationary() const { return Speed <= 2; }
 };
 
-/// A zone that was chosen before and is kept while the data change; m above the station.
+/// A zone that was chosen before, by hand or to be kept while the data change; m above the station.
 struct HeldZone {
   double Base = 0, Top = 0;
 };
@@ -81,9 +82,13 @@ struct FrontResults {
   std::string WhyNone{};  // a sentence, when nothing could be analysed
 };
 
-/// All of it. A held zone takes the place of the strongest one where its winds are known.
+/// All of it. The front is the strongest zone; a held one takes its place where its winds are
+/// known, whatever the thresholds say of it.
 FrontResults FindFronts(const SoundingRecord& sounding, const analysis::LevelProfile& levels,
                         const FrontSettings& settings,
                         const std::optional<HeldZone>& held = std::nullopt);
+
+/// The strongest of the zones that missed nothing; null when there is none.
+const FrontZone* StrongestZone(const std::vector<FrontZone>& zones);
 
 }  // namespace vexa::fronts

@@ -1,5 +1,6 @@
 #include "fronts/front_text.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "core/numbers.h"
@@ -43,15 +44,19 @@ std::string SignedText(double advection) {
   return (advection > 0 ? "+ " : "- ") + Mask(std::fabs(advection), "##0.0");
 }
 
-std::string TableRow(const FrontLayer& layer, const DisplaySettings& options) {
+std::string TableRow(const FrontLayer& layer, bool isStrong, const DisplaySettings& options) {
   const analysis::Wind& wind = layer.Thermal.Wind;
   std::string row =
       PadLeft(Mask(layer.BasePress, "###0"), 5) + "/" + PadRight(Mask(layer.TopPress, "###0"), 4);
   row += PadLeft(Mask(layer.Thermal.Orientation, "##0"), 7);
   row += PadLeft(Mask(wind.Dir, "##0"), 9) + " / " +
          PadLeft(Mask(ShownIn(wind.Spd, options.Speed), "##0"), 3);
-  row += PadLeft(Mask(layer.Thermal.Gradient, "#0.00"), 12);
-  return row + PadLeft(SignedText(layer.AdvectionCph), 14);
+  row += PadLeft(Mask(layer.Thermal.Gradient, "#0.00"), 12) + (isStrong ? "*" : " ");
+  return row + PadLeft(SignedText(layer.AdvectionCph), 13);
+}
+
+std::string GradientText(const FrontSettings& set) {
+  return Mask(set.GradientThreshold, "0.000") + std::string(kDegreeSign) + "C/nm";
 }
 
 std::string SpanText(const FrontLayer& layer) {
@@ -67,9 +72,9 @@ std::string Terms(const FrontLayer& layer) {
          SignedText(layer.AdvectionCph) + " C/h";
 }
 
-void ExplainFront(const Front& front, const FrontSource& from, Lines& lines) {
-  const auto put = [&lines](const std::string& text) { lines.push_back("    " + text); };
-  lines.push_back("  The front: " + SpanText(front.Zone.Whole));
+Lines ReasonsOf(const Front& front, const FrontSource& from) {
+  Lines lines;
+  const auto put = [&lines](const std::string& text) { lines.push_back(text); };
   put(Terms(front.Zone.Whole) + (front.IsWarm() ? ": warm" : ": cold"));
   put("moves towards " + Mask(front.Motion, "##0.0") + (front.IsWarm() ? ", away from" : ", to") +
       " the warm air, c = " + Mask(front.Speed, "##0.0") + " kt, the mean normal wind of the zone");
@@ -92,6 +97,24 @@ void ExplainFront(const Front& front, const FrontSource& from, Lines& lines) {
     put("largest jump of the normal wind " + Mask(front.Jump->Change, "##0.0") + " kt, " +
         Mask(front.Jump->Base, "####0") + "-" + Mask(front.Jump->Top, "####0") + " m");
   }
+  return lines;
+}
+
+// How many layers and zones missed what.
+Lines WhatWasMissed(const FrontResults& fronts) {
+  if (!fronts.WhyNone.empty()) return {fronts.WhyNone};
+  Lines lines;
+  for (const Missed why : {Missed::Low, Missed::High, Missed::Weak}) {
+    const auto count = std::ranges::count(fronts.Layers, why, &FrontLayer::Why);
+    if (count == 0) continue;
+    lines.push_back(Shortest(static_cast<int>(count)) + (count == 1 ? " layer: " : " layers: ") +
+                    std::string(Text(why)));
+  }
+  for (const FrontZone& zone : fronts.Zones) {
+    lines.push_back(SpanText(zone.Whole) + ": advection " + SignedText(zone.Whole.AdvectionCph) +
+                    " C/h, " + std::string(Text(zone.Why)));
+  }
+  return lines;
 }
 
 }  // namespace
@@ -105,7 +128,11 @@ std::vector<std::string> LayerTable(const FrontSource& from) {
                  std::string("  ") + (isHpa ? "(hPa)" : "(mb) ") + PadRight("", 18) +
                      (isKnots ? "(kts)" : "(m/s)") + "       (" + degree + "C/nm)        (" +
                      degree + "C/hr)"};
-  for (const FrontLayer& layer : from.Fronts.Layers) lines.push_back(TableRow(layer, from.Set));
+  for (const FrontLayer& layer : from.Fronts.Layers) {
+    const bool isStrong = layer.Thermal.Gradient >= from.Front.GradientThreshold;
+    lines.push_back(TableRow(layer, isStrong, from.Set));
+  }
+  lines.push_back("  * the gradient threshold of " + GradientText(from.Front) + " or more");
   return lines;
 }
 
@@ -133,10 +160,18 @@ std::vector<std::string> StatusBlock(const FrontSource& from) {
   return {"Thermal wind interval = " + Mask(set.IntervalM, "###0"),
           "Thermal wind mode = " + std::string(Words(set.Mode)[static_cast<std::size_t>(set.Mode)]),
           "Frontal slope = 1/" + Mask(slope, "##0"),
-          "Gradient threshold = " + Mask(set.GradientThreshold, "0.000") +
-              std::string(kDegreeSign) + "C/nm",
+          "Gradient threshold = " + GradientText(set),
           "Angular threshold = " + Mask(set.AngularThreshold, "#0") + " degrees",
-          "Lower frontal limit = " + Mask(set.LowerLimitM, "###0") + " m, AGL"};
+          "Lower frontal limit = " + Mask(set.LowerLimitM, "###0") + " m, AGL",
+          "Advection threshold = " + Mask(set.LeastAdvection, "0.00") + std::string(kDegreeSign) +
+              "C/hr"};
+}
+
+std::vector<std::string> Reasons(const FrontSource& from) {
+  if (!from.Fronts.Found) return WhatWasMissed(from.Fronts);
+  Lines lines = ReasonsOf(*from.Fronts.Found, from);
+  lines.insert(lines.begin(), SpanText(from.Fronts.Found->Zone.Whole));
+  return lines;
 }
 
 std::vector<std::string> ExplainFronts(const FrontSource& from) {
@@ -144,7 +179,8 @@ std::vector<std::string> ExplainFronts(const FrontSource& from) {
   const FrontResults& fronts = from.Fronts;
   if (!fronts.WhyNone.empty()) return {"No front found. " + fronts.WhyNone};
   if (fronts.Found) {
-    ExplainFront(*fronts.Found, from, lines);
+    lines.push_back("  The front: " + SpanText(fronts.Found->Zone.Whole));
+    for (const std::string& line : ReasonsOf(*fronts.Found, from)) lines.push_back("    " + line);
   } else {
     lines.emplace_back("  No front found: no layer passes the thresholds.");
   }
@@ -152,7 +188,9 @@ std::vector<std::string> ExplainFronts(const FrontSource& from) {
   for (const FrontZone& zone : fronts.Zones) {
     lines.push_back("    " + SpanText(zone.Whole) + ": " +
                     Mask(zone.Rank() / kMetersPerNauticalMile, "##0.0000") + " C, " +
-                    Shortest(static_cast<int>(zone.Parts.size())) + " layers");
+                    Shortest(static_cast<int>(zone.Parts.size())) + " layers, advection " +
+                    SignedText(zone.Whole.AdvectionCph) + " C/h" +
+                    (zone.Why == Missed::No ? "" : ": " + std::string(Text(zone.Why))));
   }
   lines.emplace_back("  Layers");
   for (const FrontLayer& layer : fronts.Layers) {

@@ -19,7 +19,7 @@ struct FrontSource {
   DistanceUnits Distance = DistanceUnits::Kilometers;
 };
 
-/// The layers, lowest first, under their heading of three lines.
+/// The layers, lowest first, under their heading of three lines; at last what the star says.
 std::vector<std::string> LayerTable(const FrontSource& from);
 
 /// "Front character: " and what follows, or that there is none.
@@ -27,6 +27,10 @@ std::vector<std::string> Characterisation(const FrontSource& from);
 
 /// The settings in force.
 std::vector<std::string> StatusBlock(const FrontSource& from);
+
+/// How the values of the front came about, or what the layers and zones missed, for beside the
+/// picture.
+std::vector<std::string> Reasons(const FrontSource& from);
 
 /// Which layers and zones were candidates, which threshold each other one missed, and how the
 /// values of the front came about.

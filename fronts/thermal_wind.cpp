@@ -85,6 +85,8 @@ std::string_view Text(Missed missed) {
       return "above 6000 m";
     case Missed::Weak:
       return "gradient below the threshold";
+    case Missed::Still:
+      return "advection below the threshold";
   }
   return "";
 }

@@ -19,9 +19,10 @@ namespace vexa::fronts {
 inline constexpr double kMetersPerNauticalMile = 1852;
 inline constexpr double kLeastLatitude = 10;  // degrees: nearer to the equator nothing is said
 
-/// Why a layer is no part of a front.
-enum class Missed { No, Low, High, Weak };
-/// "below the lower frontal limit", "above 6000 m", "gradient below the threshold"; empty for none.
+/// Why a layer is no part of a front, or a zone none.
+enum class Missed { No, Low, High, Weak, Still };
+/// "below the lower frontal limit", "above 6000 m", "gradient below the threshold",
+/// "advection below the threshold"; empty for none.
 std::string_view Text(Missed missed);
 
 /// What follows from two winds, one above the other.

@@ -28,6 +28,13 @@ Json LayerJson(const FrontLayer& layer) {
   return json;
 }
 
+// With what it missed.
+Json Judged(Json layer, fronts::Missed why) {
+  const std::string_view missed = Text(why);
+  layer["missed"] = missed.empty() ? Json() : Json(missed);
+  return layer;
+}
+
 Json FrontJson(const Front& front) {
   Json json;
   json["character"] = Text(front.Kind);
@@ -57,14 +64,13 @@ Json FrontsJson(const fronts::FrontResults& fronts, bool withLayers) {
   json["front"] = fronts.Found ? FrontJson(*fronts.Found) : Json();
   json["reason"] = fronts.WhyNone.empty() ? Json() : Json(fronts.WhyNone);
   Json& zones = json["zones"] = Json::array();
-  for (const fronts::FrontZone& zone : fronts.Zones) zones.push_back(LayerJson(zone.Whole));
+  for (const fronts::FrontZone& zone : fronts.Zones) {
+    zones.push_back(Judged(LayerJson(zone.Whole), zone.Why));
+  }
   if (!withLayers) return json;
   Json& layers = json["layers"] = Json::array();
   for (const FrontLayer& layer : fronts.Layers) {
-    Json one = LayerJson(layer);
-    const std::string_view missed = Text(layer.Why);
-    one["missed"] = missed.empty() ? Json() : Json(missed);
-    layers.push_back(std::move(one));
+    layers.push_back(Judged(LayerJson(layer), layer.Why));
   }
   return json;
 }

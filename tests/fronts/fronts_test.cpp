@@ -123,7 +123,9 @@ TEST(Fronts, TextsOfTheWinterReferenceSounding) {
                 "Thermal wind interval = 500", "Thermal wind mode = Fixed", "Frontal slope = 1/120",
                 "Gradient threshold = 0.040\xC2\xB0"
                 "C/nm",
-                "Angular threshold = 40 degrees", "Lower frontal limit = 500 m, AGL"}));
+                "Angular threshold = 40 degrees", "Lower frontal limit = 500 m, AGL",
+                "Advection threshold = 0.40\xC2\xB0"
+                "C/hr"}));
   const std::vector<std::string> table = LayerTable(source);
   EXPECT_EQ(table[0], "  Layer     Frontal   Thermal Wind   Gradient*    Advection");
   EXPECT_EQ(table[2],
@@ -227,14 +229,33 @@ TEST(Fronts, SettingsDecideWhatIsSearched) {
   }
 }
 
-TEST(Fronts, AHeldZoneStays) {
-  FrontSettings hold;
-  hold.Hold = true;
-  const FrontResults results = Find(test::ReferenceWinter(), hold, HeldZone{2000, 3000});
-  ASSERT_TRUE(results.Found);
-  EXPECT_EQ(results.Found->Zone.Whole.Base, 2000);
-  hold.Hold = false;
-  EXPECT_EQ(Find(test::ReferenceWinter(), hold, HeldZone{2000, 3000}).Found->Zone.Whole.Base, 500);
+TEST(Fronts, AChosenZoneTakesThePlaceOfTheStrongest) {
+  // Whatever the thresholds say of it, and only where its winds are known.
+  FrontSettings strict;
+  strict.GradientThreshold = 0.5;
+  const FrontResults chosen = Find(test::ReferenceWinter(), strict, HeldZone{2000, 3000});
+  ASSERT_TRUE(chosen.Found);
+  EXPECT_EQ(chosen.Found->Zone.Whole.Base, 2000);
+  EXPECT_EQ(chosen.Found->Zone.Whole.Top, 3000);
+  const FrontResults beyond = Find(test::ReferenceWinter(), {}, HeldZone{60000, 61000});
+  ASSERT_TRUE(beyond.Found);
+  EXPECT_EQ(beyond.Found->Zone.Whole.Base, 500);
+}
+
+// The zone of the winter sounding has 0.58 degrees an hour.
+TEST(Fronts, AirThatHardlyChangesIsNoFront) {
+  for (const auto& [least, isFound] : {std::pair(0.57, true), std::pair(0.59, false)}) {
+    FrontSettings settings;
+    settings.LeastAdvection = least;
+    const FrontResults results = Find(test::ReferenceWinter(), settings);
+    EXPECT_EQ(results.Found.has_value(), isFound) << least;
+    ASSERT_FALSE(results.Zones.empty());
+    EXPECT_EQ(results.Zones.front().Why, isFound ? Missed::No : Missed::Still);
+    const Options options;
+    std::string told;
+    for (const std::string& line : ExplainFronts({results, settings, options})) told += line;
+    EXPECT_EQ(told.find("advection below the threshold") == told.npos, isFound);
+  }
 }
 
 TEST(Fronts, TheLargestJumpOfTheNormalWindIsMarked) {
