@@ -22,6 +22,7 @@
 
 #include "app/cross_section_window.h"
 #include "app/drag_view.h"
+#include "app/front_window.h"
 #include "app/hodograph_window.h"
 #include "app/output_actions.h"
 #include "app/qt_text.h"
@@ -241,6 +242,7 @@ struct OwnWindow {
 constexpr OwnWindow kOwnWindows[] = {
     {"CrossSection", Make<CrossSectionWindow>},
     {"Hodograph", Make<HodographWindow>},
+    {"Hodofront", Make<FrontWindow>},
 };
 
 }  // namespace

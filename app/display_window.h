@@ -53,7 +53,7 @@ class DisplayWindow : public QWidget {
 };
 
 /// A display that has nothing but its row.
-class PlainDisplayWindow final : public DisplayWindow {
+class PlainDisplayWindow : public DisplayWindow {
  public:
   PlainDisplayWindow(Program& program, const DisplayRow& row, Events events, QWidget* parent);
 

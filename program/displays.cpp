@@ -10,6 +10,7 @@
 #include "display/weather.h"
 #include "hodograph/hodogram_plot.h"
 #include "hodograph/wind_table.h"
+#include "program/front_displays.h"
 #include "program/hodogram_controls.h"
 #include "program/hodograph_commands.h"
 #include "program/needs.h"
@@ -86,17 +87,37 @@ constexpr DisplayRow kDisplays[] = {
      .Topic = "winter"},
     {.Id = "LayerAnalyzer",
      .Title = "Layer Analyzer",
-     .Plot = Sheet<display::LayerSheet>,
+     .Plot = PlotLayers,
      .Needs = NeedsSounding,
      .Entry = "mnuScale",
      .Caption = "&Layer Analyzer",
      .Hint = "Inversions, clouds, icing, turbulence, contrails and ducts",
      .Lacking = "(layer analyzer)",
      .Topic = "layers"},
-    {.Id = "Fronts",
+    {.Id = "Hodofront",
+     .Title = "Frontal Analysis",
+     .Plot = PlotFrontDisplay,
+     .Needs = NeedsLevels,
      .Entry = "mnuHodoFront",
      .Caption = "&Frontal Analysis",
-     .Hint = "Not in this version: fronts from the turning of the wind"},
+     .Hint = "Fronts from the turning of the wind",
+     .Lacking = "(frontal analysis)",
+     .Also = "fronts",
+     .Heading = "HODO-FRONT",
+     .Topic = "fronts",
+     .Listing = ListFronts,
+     .Controls = FrontControls},
+    {.Id = "FrontSeries",
+     .Title = "Front Height in Time",
+     .Plot = PlotFrontTimes,
+     .Needs = NeedsFrontTimes,
+     .Entry = "mnuFrontSeries",
+     .Caption = "Front Height in &Time",
+     .Hint = "Fronts of the soundings of this station that were opened together",
+     .Lacking = "(front height in time)",
+     .Heading = "FRONT HEIGHT IN TIME",
+     .Topic = "fronts",
+     .Listing = ListFrontTimes},
     {.Id = "Hodograph",
      .Title = "Hodograph",
      .Plot = Hodograph,

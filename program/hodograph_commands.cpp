@@ -7,6 +7,7 @@
 #include "core/numbers.h"
 #include "core/units.h"
 #include "hodograph/wind_table.h"
+#include "program/front_displays.h"
 
 namespace vexa {
 namespace {
@@ -46,7 +47,8 @@ hodograph::HodographInput HodographOf(const Program& program, const Options& set
           .Results = program.Results,
           .Set = set,
           .Window = program.Settings.Hodograph,
-          .Compared = ComparedOf(program)};
+          .Compared = ComparedOf(program),
+          .FrontNormal = FrontNormal(program)};
 }
 
 Changes EnterStormMotion(Program& program, analysis::Wind motion) {

@@ -14,8 +14,8 @@
 #include "core/markers.h"
 #include "core/numbers.h"
 #include "core/shown_values.h"
-#include "fronts/front_analysis.h"
 #include "program/command_line.h"
+#include "program/front_displays.h"
 #include "program/listed_soundings.h"
 #include "program/page_boxes.h"
 #include "program/readout.h"
@@ -92,12 +92,8 @@ std::optional<diagram::SoundingPlot> PlotShown(const Program& program, const Opt
   if (view.ShowsReference && view.Reference) input.Reference = &view.Reference->Record();
   if (view.Looping) input.LoopHoldTime = program.Set.System.MovieTime;
   if (view.LoopScale) input.Scale = &*view.LoopScale;
-  const fronts::FrontResults found =
-      fronts::FindFronts(input.Sounding, input.Results.Levels, program.Settings.Hodograph.Front);
-  if (found.Found) {
-    input.Fronts.push_back({.Cold = !found.Found->IsWarm(),
-                            .Height = input.Sounding.ElevM + found.Found->Zone.Whole.Top});
-  }
+  input.Fronts = FrontMarks(program, set);
+  input.Advection = AdvectionBars(program);
   return diagram::PlotSounding(input, progress);
 }
 

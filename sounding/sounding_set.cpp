@@ -22,7 +22,7 @@ void SoundingSet::GoTo(std::size_t member) {
   now_ = member;
 }
 
-Outcome<SharedSounding> SoundingSet::Get(std::size_t member, const LoadPolicy& policy) {
+Outcome<SharedSounding> SoundingSet::Get(std::size_t member, const LoadPolicy& policy) const {
   const Member& wanted = members_.at(member);
   const auto known = std::ranges::find(kept_, member, &Kept::Member);
   if (known != kept_.end()) {

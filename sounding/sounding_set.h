@@ -36,7 +36,7 @@ class SoundingSet {
   void SetTitle(std::size_t member, std::string title) { members_.at(member).Title = title; }
 
   /// A member, loaded anew when its file has changed since. The last kMostKept are kept.
-  Outcome<SharedSounding> Get(std::size_t member, const LoadPolicy& policy);
+  Outcome<SharedSounding> Get(std::size_t member, const LoadPolicy& policy) const;
   static constexpr std::size_t kMostKept = 64;
 
  private:
@@ -47,7 +47,7 @@ class SoundingSet {
 
   std::vector<Member> members_{};
   std::size_t now_ = 0;
-  std::vector<Kept> kept_{};  // the one asked for last at the end
+  mutable std::vector<Kept> kept_{};  // the one asked for last at the end
 };
 
 }  // namespace vexa

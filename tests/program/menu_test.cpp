@@ -53,6 +53,7 @@ constexpr Entry kMenus[] = {
     {"mnuDisplay", "mnuWinter", "&Winter Weather"},
     {"mnuDisplay", "mnuScale", "&Layer Analyzer"},
     {"mnuDisplay", "mnuHodoFront", "&Frontal Analysis"},
+    {"mnuDisplay", "mnuFrontSeries", "Front Height in &Time"},
     {"mnuDisplay", "mnuHodograph", "&Hodograph"},
     {"mnuDisplay", "mnuHodogram", "Hodo&gram (3-D)"},
     {"mnuDisplay", "mnuWave", "&Mountain Wave"},
@@ -160,7 +161,7 @@ TEST(MenuTree, EntriesSayWhatTheyLack) {
   EXPECT_EQ(HintOf(row("mnuSevereWx"), program), row("mnuSevereWx").Hint);
   EXPECT_EQ(HintOf(row("mnuCross"), program),
             "(cross-section) needs several soundings opened together");
-  for (const char* name : {"mnuEditMountain", "mnuHodoFront", "mnuForecast"}) {
+  for (const char* name : {"mnuEditMountain", "mnuForecast"}) {
     EXPECT_FALSE(IsEnabled(row(name), program)) << name;
     EXPECT_EQ(HintOf(row(name), program).find("Not in this version"), 0u) << name;
   }
