@@ -40,6 +40,7 @@ constexpr ArgumentRow kOptions[] = {
      5,
      90},
     {"--lower", "", "M", "lower frontal limit, m above the station", {}, 0, 3000},
+    {"--advection", "", "A", "least advection of a front, warm or cold, 0 to 5 C/h"},
     kFormatOption,
     {"--explain", "", "", "tell which layers were candidates and how the front came about"},
     kRootOption,
@@ -72,6 +73,11 @@ Outcome<FrontSettings> SettingsOf(const Arguments& arguments, FrontSettings sett
     const auto number = NumberWithin(*gradient, 0.005, 0.5);
     if (!number) return Wrong("--gradient takes a number from 0.005 to 0.5");
     settings.GradientThreshold = *number;
+  }
+  if (const auto advection = arguments.Value("--advection")) {
+    const auto number = NumberWithin(*advection, 0, 5);
+    if (!number) return Wrong("--advection takes a number from 0 to 5");
+    settings.LeastAdvection = *number;
   }
   if (const auto slope = arguments.Value("--slope")) {
     settings.Control = *slope == kAutomatic ? FrontControl::Automatic : FrontControl::Manual;

@@ -26,7 +26,7 @@ constexpr RegionRow kAdvection{.Name = "advection",
                                .At = Place::Beside,
                                .LeastWidth = Px(72),
                                .Priority = 15,
-                                .MainAspect = 0.95,
+                               .MainAspect = 0.95,
                                .Caption = "advection",
                                .Elsewhere = "Frontal Analysis"};
 constexpr RegionRow kLegend{

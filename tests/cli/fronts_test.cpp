@@ -1,0 +1,109 @@
+// vexa-cli fronts: its three forms, its settings, and what it refuses.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+#include "cli/run_words.h"
+#include "core/files.h"
+#include "core/raw_file.h"
+#include "support/soundings.h"
+
+namespace vexa::cli {
+namespace {
+
+using Json = nlohmann::json;
+
+class Fronts : public testing::Test {
+ protected:
+  Fronts() { EXPECT_FALSE(SaveFile(folder_.Path() / "winter.RAW", WriteRaw(Winter()))); }
+  static SoundingRecord Winter() { return test::ReferenceWinter(); }
+  std::string File() const { return TextFromPath(folder_.Path() / "winter.RAW"); }
+  Ran Run(std::vector<std::string> words) const {
+    words.insert(words.begin(), {"fronts", File()});
+    return RunWords(words);
+  }
+
+  test::TemporaryFolder folder_{};
+};
+
+TEST_F(Fronts, TextHasTableCharacterAndSettings) {
+  const Ran ran = Run({});
+  EXPECT_EQ(ran.Exit, 0);
+  for (const char* part :
+       {"  Layer     Frontal   Thermal Wind   Gradient*    Advection",
+        "Front character: Anabatic Warm Front", "Frontal speed: 12 kts towards the NE",
+        "Frontal distance: 180 km to the SW", "Thermal wind interval = 500",
+        "Advection threshold = 0.40", "* the gradient threshold of 0.040"}) {
+    EXPECT_NE(ran.Out.find(part), std::string::npos) << part;
+  }
+}
+
+TEST_F(Fronts, JsonTellsWhatEachLayerMissed) {
+  const Json json = Json::parse(Run({"--format", "json"}).Out);
+  EXPECT_EQ(json["front"]["character"], "Anabatic Warm Front");
+  EXPECT_EQ(json["front"]["zone"]["base"], 500);
+  EXPECT_EQ(json["front"]["zone"]["top"], 1500);
+  EXPECT_TRUE(json["zones"][0]["missed"].is_null());
+  EXPECT_EQ(json["layers"][0]["missed"], "below the lower frontal limit");
+  EXPECT_TRUE(json["layers"][1]["missed"].is_null());
+}
+
+TEST_F(Fronts, ExplainTellsWhyThereIsNone) {
+  // The zone has 0.58 degrees an hour.
+  const Ran ran = Run({"--explain", "--advection", "0.6"});
+  EXPECT_NE(ran.Out.find("No front found"), std::string::npos);
+  EXPECT_NE(ran.Out.find("+ 0.6 C/h: advection below the threshold"), std::string::npos);
+  EXPECT_NE(ran.Out.find("gradient below the threshold"), std::string::npos);
+}
+
+TEST_F(Fronts, SettingsOfTheRunAreTaken) {
+  struct Case {
+    std::vector<std::string> words;
+    const char* says;
+  };
+  const Case cases[] = {
+      {{"--slope", "200"}, "Frontal distance: 300 km"},  // 200 times 1.5 km
+      {{"--slope", "automatic"}, "Frontal slope = 1/120"},
+      {{"--interval", "1000", "--mode", "Sliding"}, "Thermal wind mode = Sliding"},
+      {{"--lower", "3000"}, "Lower frontal limit = 3000 m, AGL"},
+      {{"--gradient", "0.5"}, "No front found."},
+      {{"--advection", "0"}, "Advection threshold = 0.00"},
+  };
+  for (const Case& c : cases) {
+    const Ran ran = Run(c.words);
+    EXPECT_EQ(ran.Exit, 0);
+    EXPECT_NE(ran.Out.find(c.says), std::string::npos) << c.says << "\n" << ran.Out;
+  }
+}
+
+TEST_F(Fronts, WhatIsOutOfRangeIsRefused) {
+  struct Case {
+    std::vector<std::string> words;
+    const char* says;
+  };
+  const Case cases[] = {
+      {{"--gradient", "0.6"}, "--gradient takes a number from 0.005 to 0.5"},
+      {{"--advection", "-1"}, "--advection takes a number from 0 to 5"},
+      {{"--slope", "steep"}, "--slope takes a number from 20 to 500 or automatic"},
+      {{"--interval", "99"}, "100"},
+      {{"--angle", "91"}, "90"},
+      {{"--mode", "Falling"}, "Sliding"},
+  };
+  for (const Case& c : cases) {
+    const Ran ran = Run(c.words);
+    EXPECT_EQ(ran.Exit, 2) << c.says;
+    EXPECT_NE(ran.Err.find(c.says), std::string::npos) << c.says << "\n" << ran.Err;
+  }
+}
+
+TEST_F(Fronts, CsvIsARowASounding) {
+  const std::string csv = Run({"--format", "csv"}).Out;
+  EXPECT_EQ(std::count(csv.begin(), csv.end(), '\n'), 2);
+  EXPECT_NE(csv.find(",Anabatic Warm Front,500,1500,"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace vexa::cli
