@@ -24,6 +24,7 @@
 #include "app/drag_view.h"
 #include "app/front_window.h"
 #include "app/hodograph_window.h"
+#include "app/mountain_wave.h"
 #include "app/output_actions.h"
 #include "app/qt_text.h"
 #include "app/widget_surface.h"
@@ -243,6 +244,7 @@ constexpr OwnWindow kOwnWindows[] = {
     {"CrossSection", Make<CrossSectionWindow>},
     {"Hodograph", Make<HodographWindow>},
     {"Hodofront", Make<FrontWindow>},
+    {"MountainWave", Make<MountainWave>},
 };
 
 }  // namespace

@@ -74,24 +74,6 @@ void NewSounding(const Opening& opening) {
   Open(program, editor);
 }
 
-// Layers that were entered are kept by the native format only: whoever has loaded another one is
-// asked, and then for a name.
-bool TakeClouds(Program& program, SoundingRecord edited, const Show& show) {
-  const bool changesFormat = program.Current.Record.DataFormat != kRawTag;
-  if (changesFormat && program.Current.Ask->Ask(
-                           {.Title = "Impending Format Change . . .",
-                            .Text = "This procedure will save the sounding data in the RAW format."
-                                    "\nDo you wish to continue?",
-                            .Icon = BoxIcon::Question,
-                            .Buttons = BoxButtons::YesNo,
-                            .WhenSilent = Answer::No}) != Answer::Yes) {
-    return false;
-  }
-  show(AdoptEdit(program, std::move(edited)));
-  if (changesFormat) show(RunCommand(program, "mnuSaveAs"));
-  return true;
-}
-
 // The table shows what the automatic analysis found until layers are entered.
 SoundingRecord WithCloudTable(const Program& program) {
   SoundingRecord record = program.Doc.Record();
@@ -106,7 +88,7 @@ void EditClouds(const Opening& opening) {
   Open(program, new CloudEditor(
                     WithCloudTable(program),
                     [&program, show = ShowOf(opening)](SoundingRecord edited) {
-                      return TakeClouds(program, std::move(edited), show);
+                      return TakeIntoNative(program, std::move(edited), show);
                     },
                     &opening.Over));
 }
@@ -180,6 +162,23 @@ constexpr WindowRow kEditors[] = {
 
 std::span<const WindowRow> EditorWindows() {
   return kEditors;
+}
+
+bool TakeIntoNative(Program& program, SoundingRecord edited,
+                    const std::function<void(Changes)>& show) {
+  const bool changesFormat = program.Current.Record.DataFormat != kRawTag;
+  if (changesFormat && program.Current.Ask->Ask(
+                           {.Title = "Impending Format Change . . .",
+                            .Text = "This procedure will save the sounding data in the RAW format."
+                                    "\nDo you wish to continue?",
+                            .Icon = BoxIcon::Question,
+                            .Buttons = BoxButtons::YesNo,
+                            .WhenSilent = Answer::No}) != Answer::Yes) {
+    return false;
+  }
+  show(AdoptEdit(program, std::move(edited)));
+  if (changesFormat) show(RunCommand(program, "mnuSaveAs"));
+  return true;
 }
 
 void OpenCorrection(Program& program, QWidget* window, const Show& show) {

@@ -14,6 +14,11 @@ namespace vexa {
 
 std::span<const WindowRow> EditorWindows();
 
+/// Takes an edit that only the native format keeps. Whoever has loaded another one is asked, and
+/// then for a name. False when the user does not want it.
+bool TakeIntoNative(Program& program, SoundingRecord edited,
+                    const std::function<void(Changes)>& show);
+
 /// Opens the editor of the decoded data at what the user wants to correct after a load, if
 /// anything.
 void OpenCorrection(Program& program, QWidget* window, const std::function<void(Changes)>& show);

@@ -17,12 +17,13 @@
 #include "core/files.h"
 #include "output/print_pages.h"
 #include "program/print_work.h"
+#include "program/wave_view.h"
 
 namespace vexa {
 namespace {
 
 output::ListingSource SourceOf(const Program& program) {
-  return {program.Current.Record, program.Results, program.Set};
+  return {program.Current.Record, program.Results, program.Set, MountainsNow(program)};
 }
 
 // "SummaryData" is the page "Summary".

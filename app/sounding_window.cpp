@@ -42,6 +42,7 @@
 #include "app/elided_label.h"
 #include "app/help_window.h"
 #include "app/menu_hints.h"
+#include "app/mountain_forms.h"
 #include "app/option_control.h"
 #include "app/panel.h"
 #include "app/shortcut_memory.h"
@@ -60,6 +61,7 @@
 #include "program/session_memory.h"
 #include "program/settings_commands.h"
 #include "program/sounding_loop.h"
+#include "program/wave_view.h"
 
 namespace vexa {
 namespace {
@@ -279,6 +281,7 @@ void SoundingWindow::FollowDisplays() {
   for (const auto& [id, window] : displays_) {
     if (program_.Displays.IsUp(id)) window->Follow();
   }
+  FollowWaveForms(*this);
 }
 
 void SoundingWindow::PlaceFirst() {
@@ -461,6 +464,7 @@ void SoundingWindow::closeEvent(QCloseEvent* event) {
     RememberPlace();
     RememberDisplays();
     KeepSettings(program_);
+    if (const auto fault = KeepWaveState(program_)) program_.Doc.Report(*fault);
     event->accept();
   } else {
     event->ignore();

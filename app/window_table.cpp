@@ -11,6 +11,7 @@
 #include "app/front_window.h"
 #include "app/help_window.h"
 #include "app/loop_window.h"
+#include "app/mountain_forms.h"
 #include "app/output_actions.h"
 #include "app/parcel_dock.h"
 #include "app/severe_table_window.h"
@@ -91,6 +92,7 @@ void EachTable(Visit visit) {
   visit(DataWindowRows());
   visit(FrontWindows());
   visit(OutputWindows());
+  visit(WaveWindows());
   visit(FormWindows());
 }
 

@@ -12,6 +12,7 @@
 #include "core/files.h"
 #include "core/markers.h"
 #include "core/numbers.h"
+#include "mountainwave/mountain_file.h"
 
 namespace vexa::cli {
 namespace {
@@ -44,7 +45,9 @@ int ForEachSounding(const Arguments& arguments, const CommandSetup& setup, Conso
     std::optional<LoadedSounding> loaded = inputs.Load(file);
     if (!loaded) continue;
     const AnalysedSounding sounding(*std::move(loaded));
-    use(report::ReportOf(sounding, file, setup.Settings.Set, &adiabats));
+    ReportedSounding reported = report::ReportOf(sounding, file, setup.Settings.Set, &adiabats);
+    reported.Mountains = mountainwave::SiteOf(sounding.Record(), setup.MountainFile);
+    use(reported);
   }
   return inputs.ExitCode();
 }

@@ -7,9 +7,9 @@
 
 namespace vexa::cli {
 
-std::optional<LoadedSounding> Inputs::Load(const std::string& file) {
-  Loading loading =
-      LoadSounding({.File = PathFromText(file), .Index = index_}, {.Stations = &stations_});
+std::optional<LoadedSounding> Inputs::Load(const std::string& file, std::optional<int> index) {
+  Loading loading = LoadSounding({.File = PathFromText(file), .Index = index.value_or(index_)},
+                                 {.Stations = &stations_});
   if (loading.Failed) {
     Fail(file, *loading.Failed);
     return std::nullopt;

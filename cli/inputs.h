@@ -22,7 +22,9 @@ class Inputs {
       : console_(console), stations_(stations), index_(index) {}
 
   /// The chosen sounding of a file; none where it failed. Both that and doubtful data are told.
-  std::optional<LoadedSounding> Load(const std::string& file);
+  ///
+  /// index  another one than the chosen
+  std::optional<LoadedSounding> Load(const std::string& file, std::optional<int> index = {});
 
   /// "vexa-cli: NAME: reason", of an input or an output.
   void Fail(const std::string& name, const Fault& fault);

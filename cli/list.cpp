@@ -3,6 +3,7 @@
 #include "cli/commands.h"
 #include "cli/loaded_program.h"
 #include "output/listings.h"
+#include "program/wave_view.h"
 
 namespace vexa::cli {
 namespace {
@@ -24,7 +25,8 @@ std::vector<std::string_view> Words() {
 
 void Print(const Program& program, const std::vector<const output::ListingRow*>& rows,
            Console& console) {
-  const output::ListingSource from{program.Current.Record, program.Results, program.Set};
+  const output::ListingSource from{program.Current.Record, program.Results, program.Set,
+                                   MountainsNow(program)};
   std::string text;
   for (const std::string& line : output::PageHeader(from, {})) text += line + "\n";
   for (const output::ListingRow* row : rows) {

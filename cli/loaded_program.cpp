@@ -6,20 +6,34 @@
 
 #include "analysis/analysis.h"
 #include "core/files.h"
+#include "core/folders.h"
 #include "core/platform.h"
 #include "core/source_text.h"
 #include "core/station_file.h"
+#include "mountainwave/mountain_file.h"
 #include "program/displays.h"
 #include "program/hodograph_commands.h"
 #include "program/severe_table_file.h"
+#include "program/wave_view.h"
 
 namespace vexa::cli {
+namespace {
+
+std::filesystem::path MountainFile(const Arguments& arguments) {
+  const std::filesystem::path own =
+      ResolveRoot(arguments.Value(kRootOption.Name), ProgramFolder()) /
+      mountainwave::kMountainFileName;
+  return StampOf(own) ? own : ShippedFile(ProgramFolder(), mountainwave::kMountainFileName);
+}
+
+}  // namespace
 
 Outcome<CommandSetup> SetupOf(const Arguments& arguments, Console& console) {
   const Outcome<SettingsStore> settings = CommandSettings(arguments, console);
   if (!settings) return settings.Error();
   CommandSetup setup{.Settings = settings.Value(),
                      .Index = SoundingIndex(arguments),
+                     .MountainFile = MountainFile(arguments),
                      .Displays = console.Displays};
   if (const auto root = arguments.Value(kRootOption.Name)) {
     setup.Root = PathFromText(*root);
@@ -37,16 +51,43 @@ LoadedProgram::LoadedProgram(const CommandSetup& setup, Console& console)
   program_.Stations = setup.Stations;
   program_.Where.Root = setup.Root;
   program_.DisplayTable = setup.Displays;
+  program_.Displays.Of<WaveView>().MountainFile = setup.MountainFile;
   if (setup.Root.empty()) return;
   LoadCompared(program_);
   LoadSevereTable(program_);
+  LoadWaveFiles(program_);
 }
 
 bool LoadedProgram::Load(const std::string& file) {
-  std::optional<LoadedSounding> loaded = inputs_.Load(file);
+  return IsWaveFile(PathFromText(file)) ? LoadWaveDisplay(file) : LoadAt(file, std::nullopt);
+}
+
+bool LoadedProgram::LoadAt(const std::string& file, std::optional<int> index) {
+  std::optional<LoadedSounding> loaded = inputs_.Load(file, index);
   if (!loaded) return false;
   program_.Doc.Take(Document::GiveUpEdits(), *std::move(loaded));
   program_.Doc.Analyse(program_.Set, program_.Adiabats, {});
+  return true;
+}
+
+// The sounding that a wave display's state names, with the state.
+bool LoadedProgram::LoadWaveDisplay(const std::string& file) {
+  const std::filesystem::path path = PathFromText(file);
+  const Outcome<std::string> text = ReadFile(path);
+  if (!text) {
+    inputs_.Fail(file, text.Error());
+    return false;
+  }
+  const auto sounding = SoundingOf(mountainwave::ReadWaveState(text.Value()), path);
+  if (!sounding) {
+    inputs_.Fail(file, "it names no sounding");
+    return false;
+  }
+  if (!LoadAt(TextFromPath(sounding->File), sounding->Index)) return false;
+  if (const auto fault = OpenWaveFile(program_, path)) {
+    inputs_.Fail(file, *fault);
+    return false;
+  }
   return true;
 }
 

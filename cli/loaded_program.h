@@ -19,8 +19,9 @@ namespace vexa::cli {
 struct CommandSetup {
   SettingsStore Settings{};
   std::filesystem::path Root{};
-  StationList Stations{};  // of the root; without one those of the command line
-  int Index = 0;           // of the sounding in its file
+  StationList Stations{};                // of the root; without one those of the command line
+  int Index = 0;                         // of the sounding in its file
+  std::filesystem::path MountainFile{};  // of the root, else the shipped one; empty: there is none
   std::span<const DisplayRow> Displays = AllDisplays();
 };
 Outcome<CommandSetup> SetupOf(const Arguments& arguments, Console& console);
@@ -29,7 +30,8 @@ Outcome<CommandSetup> SetupOf(const Arguments& arguments, Console& console);
 class LoadedProgram {
  public:
   LoadedProgram(const CommandSetup& setup, Console& console);
-  /// False where the file failed, which has been told.
+  /// A sounding, or the state of a wave display with the sounding that it names. False where the
+  /// file failed, which has been told.
   bool Load(const std::string& file);
   /// Puts a further file beside the loaded one, for an overlay or a comparison.
   bool LoadBeside(const std::string& file, diagram::MultiMode mode);
@@ -40,6 +42,9 @@ class LoadedProgram {
   Inputs& In() { return inputs_; }
 
  private:
+  bool LoadAt(const std::string& file, std::optional<int> index);
+  bool LoadWaveDisplay(const std::string& file);
+
   SilentInteraction quiet_{};
   Program program_{};
   Inputs inputs_;

@@ -94,14 +94,8 @@ Outcome<Site> GivenMountains(const Arguments& arguments, const mountainwave::Wav
   return Site{FromEntry(entry, units)};
 }
 
-// The mountain file of the program folder, else the shipped one.
-std::filesystem::path MountainFile(const Arguments& arguments) {
-  const std::filesystem::path own =
-      ResolveRoot(arguments.Value("--root"), ProgramFolder()) / mountainwave::kMountainFileName;
-  return StampOf(own) ? own : ShippedFile(ProgramFolder(), mountainwave::kMountainFileName);
-}
-
-Outcome<Asked> AskedBy(const Arguments& arguments, const Options& options) {
+Outcome<Asked> AskedBy(const Arguments& arguments, const CommandSetup& setup) {
+  const Options& options = setup.Settings.Set;
   Asked asked;
   const std::string units = arguments.Value("--units").value_or(
       options.GpmUnits == LengthUnits::Feet ? "english" : "metric");
@@ -119,7 +113,7 @@ Outcome<Asked> AskedBy(const Arguments& arguments, const Options& options) {
   if (!given) return given.Error();
   asked.Given = given.Value();
   asked.TakesDefault = arguments.Value("--mountain") == kDefaultMountain;
-  asked.MountainFile = MountainFile(arguments);
+  asked.MountainFile = setup.MountainFile;
   return asked;
 }
 
@@ -129,7 +123,7 @@ Site SiteFor(const SoundingRecord& sounding, const Asked& asked, Console& consol
   if (const Site own = mountainwave::MountainsOf(sounding)) return own;
   if (asked.MountainFile.empty()) return std::nullopt;
   const mountainwave::MountainLookup looked =
-      mountainwave::FindMountains(asked.MountainFile, sounding.WmoNumber);
+      mountainwave::FindMountains(asked.MountainFile, mountainwave::StationOf(sounding));
   if (looked.Wrong) ReportFault(console, TextFromPath(asked.MountainFile), *looked.Wrong);
   return looked.Found;
 }
@@ -170,11 +164,17 @@ Answer AnswerOf(const ReportedSounding& sounding, const mountainwave::WaveSource
       .Csv = [&] { return CsvRows(sounding, source.Waves); }};
 }
 
+bool IsBelowStation(const Site& given, const SoundingRecord& sounding) {
+  return given && (mountainwave::IsBelowStation(given->First.HeightFt, sounding) ||
+                   (given->HasSecond() &&
+                    mountainwave::IsBelowStation(given->Second.HeightFt, sounding)));
+}
+
 int RunWaves(const Arguments& arguments, Console& console) {
   const Outcome<CommandSetup> setup = SetupOf(arguments, console);
   if (!setup) return UsageError(console, kWavesCommand, setup.Error().Detail);
   const Options& options = setup.Value().Settings.Set;
-  const Outcome<Asked> asked = AskedBy(arguments, options);
+  const Outcome<Asked> asked = AskedBy(arguments, setup.Value());
   if (!asked) return UsageError(console, kWavesCommand, asked.Error().Detail);
   Inputs inputs(console, setup.Value().Stations, setup.Value().Index);
   Answers answers(arguments, kCsvHeader, console);
@@ -183,8 +183,7 @@ int RunWaves(const Arguments& arguments, Console& console) {
     if (!loaded) continue;
     const AnalysedSounding sounding(*std::move(loaded));
     const SoundingRecord& record = sounding.Record();
-    if (asked.Value().Given &&
-        mountainwave::IsBelowStation(asked.Value().Given->First.HeightFt, record)) {
+    if (IsBelowStation(asked.Value().Given, record)) {
       inputs.Fail(file, "Mountain height must be greater than the sounding station elevation.");
       continue;
     }

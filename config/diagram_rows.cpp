@@ -257,6 +257,10 @@ constexpr OptionRow kTab5Rows[] = {
     Row<At<&ViewSettings::PtUnits>>("PTunits = ", kTab5)
         .Named("Potential temperature unit")
         .Says("Unit of potential temperatures."),
+    Row<At<&ViewSettings::Waves>>("", kTab5)
+        .As("Mountain-wave layers")
+        .Named("Mountain-wave layers")
+        .Says("Marks the levels of mountain waves: of none, of the selected one or of all."),
 };
 
 constexpr std::string_view kTab6 = "Diagram/Tab 6";

@@ -28,6 +28,7 @@ enum class HodoOrigin { Ground, Storm };
 enum class HodoDepth { All, Limit };
 enum class IcaoLabels { None, One, Every5, Every10 };
 enum class CustomLineStyle { Solid, Dash, Dots };
+enum class WaveLayers { None, Selected, All };
 
 constexpr auto Words(DiagramType) {
   return std::to_array<std::string_view>({"skewt", "emagram", "tephigram"});
@@ -83,6 +84,9 @@ constexpr auto Words(IcaoLabels) {
 }
 constexpr auto Words(CustomLineStyle) {
   return std::to_array<std::string_view>({"solid", "dash", "dots"});
+}
+constexpr auto Words(WaveLayers) {
+  return std::to_array<std::string_view>({"none", "selected", "all"});
 }
 
 /// The scheme for a paper that comes nearest to another one.
@@ -195,6 +199,7 @@ struct ViewSettings : UnitSettings {
   bool PanelFog = false;
   std::string CustomPanel = "KI,TT,LI,CAPE total,CIN total,BRN,s-rH 0-3km,EHI 0-xkm,Water";
   PotentialTempUnits PtUnits = PotentialTempUnits::Kelvin;
+  WaveLayers Waves = WaveLayers::None;  // of mountain waves that the diagram marks
 
   // Diagram, tab 6: hodograph inset.
   bool PlotHodo = true;

@@ -24,6 +24,28 @@ Site MountainsOf(const SoundingRecord& sounding) {
   return mountains;
 }
 
+void StoreMountains(SoundingRecord& sounding, const Site& site) {
+  sounding.ExtraRecordsPresent = site.has_value();
+  sounding.NumExtraRecords = !site ? 0 : site->HasSecond() ? 2 : 1;
+  const MountainParameters mountains = site.value_or(MountainParameters{});
+  const auto& [first, distance, second] = mountains;
+  sounding.ExtraRecord1 = {first.HeightFt, first.HalfWidthNm, first.Axis};
+  sounding.ExtraRecord2 = {distance, second.HeightFt, second.HalfWidthNm, second.Axis};
+}
+
+std::string_view WhyNoMountains(const MountainParameters& mountains) {
+  const auto isRidge = [](const Ridge& ridge) {
+    return ridge.HeightFt > 0 && ridge.HalfWidthNm > 0 && ridge.Axis >= 0 && ridge.Axis <= 360;
+  };
+  if (!isRidge(mountains.First))
+    return "mountain #1 has no height or half-width, or its axis is not 0 to 360";
+  if (mountains.DistanceNm < 0) return "the distance between the ridges is negative";
+  if (mountains.HasSecond() && !isRidge(mountains.Second)) {
+    return "mountain #2 has no height or half-width, or its axis is not 0 to 360";
+  }
+  return {};
+}
+
 EntryRange HeightRange(LengthUnits units) {
   return units == LengthUnits::Feet ? EntryRange{100, 32000} : EntryRange{35, 9700};
 }

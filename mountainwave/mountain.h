@@ -37,6 +37,12 @@ inline constexpr double kDefaultRelief = 1000;  // m above the station
 /// The mountains that a native file's supplementary records carry; none where their height is 0.
 Site MountainsOf(const SoundingRecord& sounding);
 
+/// Puts mountains there, or takes them away.
+void StoreMountains(SoundingRecord& sounding, const Site& site);
+
+/// Why seven values are no mountains; empty when they are.
+std::string_view WhyNoMountains(const MountainParameters& mountains);
+
 /// Seven values as they are typed, in the units of the form; the distance and what follows it for
 /// two mountains only.
 struct MountainEntry {

@@ -1,5 +1,6 @@
 #include "mountainwave/mountain_file.h"
 
+#include <algorithm>
 #include <array>
 
 #include "core/files.h"
@@ -62,20 +63,6 @@ MountainParameters FromMetric(MountainParameters mountains) {
   return mountains;
 }
 
-// Why a record's values are no mountains; empty when they are.
-std::string_view Objection(const MountainParameters& mountains) {
-  const auto isRidge = [](const Ridge& ridge) {
-    return ridge.HeightFt > 0 && ridge.HalfWidthNm > 0 && ridge.Axis >= 0 && ridge.Axis <= 360;
-  };
-  if (!isRidge(mountains.First))
-    return "mountain #1 has no height or half-width, or its axis is not 0 to 360";
-  if (mountains.DistanceNm < 0) return "the distance between the ridges is negative";
-  if (mountains.HasSecond() && !isRidge(mountains.Second)) {
-    return "mountain #2 has no height or half-width, or its axis is not 0 to 360";
-  }
-  return {};
-}
-
 }  // namespace
 
 MountainLookup FindMountains(std::string_view text, std::string_view name, int station) {
@@ -106,13 +93,14 @@ MountainLookup FindMountains(std::string_view text, std::string_view name, int s
         return wrongAt(at, "station " + Shortest(*number) + " lacks one of its seven numbers");
       value = *parsed;
     }
-    if (*number != station) continue;
+    if (*number != station && station != kEveryStation) continue;
     MountainParameters mountains{.First = {values[0], values[1], values[2]},
                                  .DistanceNm = values[3],
                                  .Second = {values[4], values[5], values[6]}};
-    if (const std::string_view objection = Objection(mountains); !objection.empty()) {
+    if (const std::string_view objection = WhyNoMountains(mountains); !objection.empty()) {
       return wrongAt(line, "station " + Shortest(*number) + ": " + std::string(objection));
     }
+    if (station == kEveryStation) continue;
     return {.Found = heading->IsEnglish ? mountains : FromMetric(mountains)};
   }
 }
@@ -133,10 +121,20 @@ Box MountainFileBox(const Fault& wrong) {
               wrong.Detail};
 }
 
+int StationOf(const SoundingRecord& sounding) {
+  constexpr std::size_t kFigures = 5;
+  if (sounding.WmoNumber != 0) return sounding.WmoNumber;
+  const std::string_view title = sounding.StationTitle;
+  const std::size_t end = std::min(title.find_first_not_of("0123456789"), title.size());
+  const bool isNumber = end == kFigures && (end == title.size() || title[end] == ' ');
+  return isNumber ? ParseWhole(title.substr(0, end)).value_or(0) : 0;
+}
+
 Site SiteOf(const SoundingRecord& sounding, const std::filesystem::path& file) {
   if (Site own = MountainsOf(sounding)) return own;
-  if (sounding.WmoNumber == 0 || file.empty()) return std::nullopt;
-  return FindMountains(file, sounding.WmoNumber).Found;
+  const int station = StationOf(sounding);
+  if (station == 0 || file.empty()) return std::nullopt;
+  return FindMountains(file, station).Found;
 }
 
 }  // namespace vexa::mountainwave

@@ -20,6 +20,8 @@ inline constexpr std::string_view kMountainFileMissing =
     "The VEXA.MTN data file could not be found.\n"
     "Be sure it is located in program directory ...  ";
 
+inline constexpr int kEveryStation = -1;
+
 /// What a file says of a station.
 struct MountainLookup {
   Site Found{};                  // none: the station is not in the file
@@ -32,7 +34,7 @@ struct MountainLookup {
 /// feet. Records follow, station number and seven values, up to the number 99999. Reading stops at
 /// the station, so that a fault behind it does no harm.
 ///
-/// station  WMO number; 0 finds nothing
+/// station  WMO number; 0 finds nothing, kEveryStation what is wrong with any record
 MountainLookup FindMountains(std::string_view text, std::string_view name, int station);
 
 /// The same for the file of a program folder.
@@ -40,6 +42,10 @@ MountainLookup FindMountains(const std::filesystem::path& file, int station);
 
 /// What tells the user of a file that could not be read.
 Box MountainFileBox(const Fault& wrong);
+
+/// The number of a sounding's station: its own, else the five figures that its title begins with,
+/// as that of a native file does, which has no number. 0: none.
+int StationOf(const SoundingRecord& sounding);
 
 /// The mountains of a sounding: its own, else those of its station in the file; none means the
 /// default mountain. A file that is missing or wrong gives none.

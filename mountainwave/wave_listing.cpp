@@ -18,12 +18,6 @@ std::string LengthText(double km, const WaveUnits& units) {
   return Mask(FromKm(km, units.Distance), "###0.0") + " " + std::string(Word(units.Distance));
 }
 
-std::string VelocityText(double speedMs, const WaveUnits& units) {
-  const bool isFpm = units.Vertical == VerticalUnits::FeetPerMinute;
-  return Mask(FromMs(speedMs, units.Vertical), isFpm ? "#####0" : "##0.0") + " " +
-         std::string(Word(units.Vertical));
-}
-
 // The listing has room for the whole word.
 std::string TurbulenceText(double speedMs) {
   const analysis::WaveWord word = analysis::WaveTurbulence(speedMs);
@@ -198,6 +192,12 @@ std::string_view Reason(PassedOver why) {
 
 std::string Tag(const Wave& wave) {
   return "Mtn #" + Shortest(wave.Mountain) + (wave.Kind == WaveKind::Harmonic ? " Harmonic" : "");
+}
+
+std::string MarkText(const Wave& wave, const WaveUnits& units) {
+  return "Wave " + LengthText(wave.Of.LengthKm, units) + ", " +
+         VelocityText(wave.MaxVelocity, units) + " " +
+         std::string(analysis::WaveTurbulence(wave.MaxVelocity).Long);
 }
 
 std::vector<std::string> WaveListing(const WaveSource& from) {

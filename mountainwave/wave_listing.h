@@ -18,6 +18,8 @@ struct WaveSource {
   const Site& Mountains;
   const WaveResults& Waves;
   const WaveOptions& Set;
+  const Wave* Selected =
+      nullptr;  // of Waves, whose field is shown; null: each mountain's strongest
 };
 
 /// The listing, line by line.
@@ -30,6 +32,9 @@ std::vector<std::string> ExplainWaves(const WaveSource& from);
 /// Why an interface carries no wave, as a part of a sentence: "l2 does not fall"; empty where it
 /// does carry one.
 std::string_view Reason(PassedOver why);
+
+/// "Wave 11.6 km, 2.6 m/s MD-SV", a mark on a diagram.
+std::string MarkText(const Wave& wave, const WaveUnits& units);
 
 /// "Mtn #1", "Mtn #2 Harmonic".
 std::string Tag(const Wave& wave);

@@ -273,14 +273,21 @@ double LeftAfter(double km, const Decay& decay, double lengthKm) {
   return GuardedExp(-kappa * km);
 }
 
-Motion MotionAt(const WaveResults& waves, const std::optional<Decay>& decay, double xKm,
-                double zKm) {
+const Wave* ShownOf(const RidgeWaves& ridge, const Wave* selected) {
+  for (const Wave& wave : ridge.Waves) {
+    if (&wave == selected) return selected;
+  }
+  return ridge.Predominant();
+}
+
+Motion MotionAt(const WaveResults& waves, const std::optional<Decay>& decay, double xKm, double zKm,
+                const Wave* selected) {
   Motion motion;
   for (const RidgeWaves& ridge : waves.Ridges) {
-    const Wave* first = ridge.Predominant();
+    const Wave* shown = ShownOf(ridge, selected);
     for (const Wave& wave : ridge.Waves) {
       // Waves of other interfaces are other accounts of the same air, not more of it.
-      if (wave.At.Level != first->At.Level) continue;
+      if (wave.At.Level != shown->At.Level) continue;
       const double x = wave.Mountain == 2 ? xKm - waves.DistanceKm : xKm;
       if (x < 0) continue;
       const double left = decay ? LeftAfter(x, *decay, wave.Of.LengthKm) : 1;

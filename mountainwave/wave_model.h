@@ -164,14 +164,19 @@ struct Decay {
 double LeftAfter(double km, const Decay& decay, double lengthKm);
 
 /// The flow behind the mountains at a place: x km behind the first ridge, z km above the station.
-/// Up is positive. What moves is the predominant wave of each mountain with its harmonics. Each
-/// begins at its ridge, with its trough a quarter of a wavelength behind the crest: ζ = −A·ψ·sin
-/// kx, w = −w·ψ·sin r·cos kx (Corby and Wallington 1956).
+/// Up is positive. What moves is one wave of each mountain with the other modes of its interface:
+/// the selected one, else the predominant one. Each begins at its ridge, with its trough a quarter
+/// of a wavelength behind the crest: ζ = −A·ψ·sin kx, w = −w·ψ·sin r·cos kx (Corby and Wallington
+/// 1956).
 struct Motion {
   double Velocity = 0;      // m/s
   double Displacement = 0;  // m, of a streamline that would run at z without waves
 };
-Motion MotionAt(const WaveResults& waves, const std::optional<Decay>& decay, double xKm,
-                double zKm);
+Motion MotionAt(const WaveResults& waves, const std::optional<Decay>& decay, double xKm, double zKm,
+                const Wave* selected = nullptr);
+
+/// Of one mountain the wave that is shown: the selected one where it is its own, else the
+/// predominant one; null where there is none.
+const Wave* ShownOf(const RidgeWaves& ridge, const Wave* selected);
 
 }  // namespace vexa::mountainwave

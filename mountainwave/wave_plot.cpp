@@ -9,7 +9,9 @@
 #include "core/numbers.h"
 #include "core/shown_values.h"
 #include "core/units.h"
+#include "picture/label_room.h"
 #include "picture/shapes.h"
+#include "picture/text_width.h"
 
 namespace vexa::mountainwave {
 namespace {
@@ -23,7 +25,8 @@ constexpr double kNote = LetterSize(Type::Note);
 constexpr double kLabel = LetterSize(Type::Label);
 
 struct WaveInks {
-  Color Paper{}, Ink{}, Faint{}, Terrain{}, Interface{}, Wind{}, Scorer{}, Rotor{};
+  Color Paper{}, Ink{}, Faint{}, Rock{}, Terrain{}, Meadow{}, Interface{}, Wind{}, Scorer{},
+      Rotor{};
   Pen Frame{}, Grid{}, Stream{};
 };
 
@@ -33,8 +36,10 @@ WaveInks InksFor(const WavePlotInput& input) {
   inks.Paper = OnPaper(black).Paper;
   inks.Ink = OnPaper(black).Ink;
   inks.Faint = Blend(inks.Ink, inks.Paper, 0.4);
-  inks.Terrain = black ? Color{120, 100, 80} : Color{150, 125, 95};
-  inks.Interface = black ? Color{190, 190, 90} : Color{120, 110, 0};
+  inks.Rock = black ? Color{150, 145, 140} : Color{165, 158, 150};
+  inks.Terrain = black ? Color{110, 92, 72} : Color{150, 125, 95};
+  inks.Meadow = black ? Color{70, 92, 60} : Color{125, 145, 95};
+  inks.Interface = black ? Color{215, 215, 110} : Color{90, 80, 0};
   inks.Wind = black ? Color{120, 200, 120} : Color{0, 110, 60};
   inks.Scorer = black ? Color{220, 150, 220} : Color{130, 50, 130};
   inks.Rotor = black ? Color{255, 170, 90} : Color{190, 80, 0};
@@ -52,8 +57,8 @@ Color ShadeOf(int shade, const Color& paper) {
   constexpr Color kDown{0, 95, 175};
   return Blend(paper, shade > 0 ? kUp : kDown, 0.14 * std::abs(shade));
 }
+constexpr double kSteps[] = {0.25, 1, 2, 3.5, 5, 8};  // m/s
 int ShadeClass(double velocity) {
-  constexpr double kSteps[] = {0.25, 1, 2, 3.5, 5, 8};  // m/s
   int shade = 0;
   for (const double step : kSteps) shade += std::fabs(velocity) >= step ? 1 : 0;
   return velocity < 0 ? -shade : shade;
@@ -69,15 +74,15 @@ double RoundStep(double range, double most) {
 }
 
 // Height of the ground above the station, km, at a distance behind the first ridge.
-double TerrainAt(const WaveResults& waves, double km) {
+double TerrainAt(const WaveSource& from, double km) {
   double height = 0;
   double at = 0;
-  for (const RidgeWaves& ridge : waves.Ridges) {
-    const Wave* wave = ridge.Predominant();
+  for (const RidgeWaves& ridge : from.Waves.Ridges) {
+    const Wave* wave = ShownOf(ridge, from.Selected);
     const double b = ridge.Form.HalfWidthKm.value_or(wave != nullptr ? wave->HalfWidthKm : 2);
     const double x = km - at;
     height += std::max(0.0, ridge.Form.Relief) / 1000 * b * b / (x * x + b * b);
-    at = waves.DistanceKm;
+    at = from.Waves.DistanceKm;
   }
   return height;
 }
@@ -97,7 +102,8 @@ double EndOf(const WavePlotInput& input) {
   if (input.From.Set.Length > 0) return input.From.Set.Length;
   double length = 20;
   for (const RidgeWaves& ridge : input.From.Waves.Ridges) {
-    if (const Wave* wave = ridge.Predominant()) length = std::max(length, 4 * wave->Of.LengthKm);
+    const Wave* wave = ShownOf(ridge, input.From.Selected);
+    if (wave != nullptr) length = std::max(length, 4 * wave->Of.LengthKm);
   }
   return length + input.From.Waves.DistanceKm;
 }
@@ -121,6 +127,7 @@ class Drawing {
     const Rect place = main != nullptr ? *main : layout_.Page;
     const double end = EndOf(input);
     const Rect frame{place.Left + 900, place.Top + 250, place.Right - 150, place.Bottom - 550};
+    labels_ = LabelRoom(frame);
     at_ = WaveMapping(frame, StartOf(input, end), end, TopOf(input),
                       input.From.Set.Scale == WaveScale::Pressure, input.Levels);
   }
@@ -133,8 +140,9 @@ class Drawing {
     Axes();
     if (hasAny && !set.LabelsOnly) Streamlines();
     if (set.Terrain) Terrain();
-    Interfaces();
     if (hasAny && input_.RotorHints && !set.LabelsOnly) Rotors();
+    Interfaces();
+    if (hasAny && set.Shading && !set.LabelsOnly) Legend();
     if (!hasAny) Remark();
     WindProfile();
     ScorerColumn();
@@ -144,10 +152,10 @@ class Drawing {
 
  private:
   static std::vector<RegionRow> Rows(const WaveOptions& set) {
-    constexpr double kColumn = 1500;
+    constexpr double kColumn = 1250;
     std::vector<RegionRow> rows = {
         {.Name = kTitle, .At = Place::Above, .LeastHeight = 620, .Priority = 0},
-        {.Name = kWaves, .At = Place::Main, .LeastWidth = 4000, .LeastHeight = 3000}};
+        {.Name = kWaves, .At = Place::Main, .LeastWidth = 5500, .LeastHeight = 3000}};
     if (set.WindProfile) {
       rows.push_back({.Name = kWind, .At = Place::Beside, .LeastWidth = kColumn, .Priority = 1});
     }
@@ -180,44 +188,55 @@ class Drawing {
     Text("title", {place->Left + 100, place->Top + 450},
          "from Sounding  " + input_.From.Sounding.StationTitle, kLabel, AnchorX::Left, inks_.Ink);
     Text("decay", {place->Right - 100, place->Top + 450},
-         input_.From.Set.DecayOn ? " Exponential wave decay is ON "
-                                 : " Exponential wave decay is OFF ",
-         kNote, AnchorX::Right, inks_.Faint);
+         std::string(DecayText(input_.From.Set.DecayOn)), kNote, AnchorX::Right, inks_.Faint);
   }
 
+  // Bands of equal class, row by row. A row reaches a little under the next one, so that no paper
+  // shines through between them.
   void Shading() {
-    constexpr int kAcross = 180;
-    constexpr int kUp = 72;
+    constexpr int kAcross = 160;
+    constexpr int kUp = 130;
+    constexpr double kOverlap = 14;
     const Rect& frame = at_.Frame();
     const double width = frame.Width() / kAcross;
     const double height = frame.Height() / kUp;
-    const std::optional<Decay> decay = input_.From.Set.WaveDecay();
     for (int row = 0; row < kUp; ++row) {
       const double top = frame.Top + row * height;
+      const double bottom = std::min(frame.Bottom, top + height + kOverlap);
       const double z = at_.HeightAt(top + height / 2);
-      int runFrom = 0;
-      int runShade = 0;
-      const auto close = [&](int until) {
+      const auto velocity = [&](double x) { return Moves(at_.KmAt(x), z).Velocity; };
+      double runFrom = frame.Left;
+      int runShade = ShadeClass(velocity(frame.Left));
+      const auto close = [&](double until, int next) {
         if (runShade != 0) {
-          const double left = frame.Left + runFrom * width;
-          const double right = frame.Left + until * width;
           page_.Add(
               runShade > 0 ? "updraught" : "downdraught",
-              Area{.Rings =
-                       {{{left, top}, {right, top}, {right, top + height}, {left, top + height}}},
+              Area{.Rings = {{{runFrom, top}, {until, top}, {until, bottom}, {runFrom, bottom}}},
                    .Fill = {ShadeOf(runShade, inks_.Paper), FillStyle::Plain}});
         }
         runFrom = until;
+        runShade = next;
       };
-      for (int column = 0; column < kAcross; ++column) {
-        const double x = at_.KmAt(frame.Left + (column + 0.5) * width);
-        const int shade = ShadeClass(MotionAt(input_.From.Waves, decay, x, z).Velocity);
-        if (shade == runShade) continue;
-        close(column);
-        runShade = shade;
+      for (int column = 1; column <= kAcross; ++column) {
+        const double right = frame.Left + column * width;
+        const int shade = ShadeClass(velocity(right));
+        double low = right - width;
+        while (shade != runShade && low < right) {  // class by class
+          double high = right;
+          while (high - low > kUnitsPerPixel / 10) {
+            const double middle = (low + high) / 2;
+            (ShadeClass(velocity(middle)) == runShade ? low : high) = middle;
+          }
+          close(high, ShadeClass(velocity(high)));
+          low = high;
+        }
       }
-      close(kAcross);
+      close(frame.Right, 0);
     }
+  }
+
+  Motion Moves(double xKm, double zKm) const {
+    return MotionAt(input_.From.Waves, input_.From.Set.WaveDecay(), xKm, zKm, input_.From.Selected);
   }
 
   void Axes() {
@@ -276,13 +295,42 @@ class Drawing {
 
   double StationKm() const { return input_.From.Sounding.ElevM / 1000.0; }
 
-  // A streamline keeps its way over the ridge itself, fading upward, and swings behind it.
-  void Streamlines() {
-    const std::optional<Decay> decay = input_.From.Set.WaveDecay();
+  // The undisturbed heights of the lines, km: equal steps of height, or of potential temperature
+  // where the air has more than one.
+  std::vector<double> LineHeights() const {
     constexpr int kLines = 16;
+    std::vector<double> heights;
+    const std::vector<FlowLevel>& levels = input_.From.Waves.Ridges.front().Flow.Levels;
+    if (input_.From.Set.Traces == WaveTraces::Isentropes && levels.size() > 1) {
+      double most = levels.front().Theta;  // unstable layers have none of their own
+      double last = most;
+      for (const FlowLevel& level : levels) {
+        if (level.Height / 1000 <= at_.TopKm()) most = std::max(most, level.Theta);
+      }
+      const double step = std::max(1.0, RoundStep(std::max(1.0, most - last), 2.0 * kLines));
+      double next = (std::floor(last / step) + 1) * step;
+      for (std::size_t i = 0; i + 1 < levels.size(); ++i) {
+        const FlowLevel& low = levels[i];
+        const FlowLevel& high = levels[i + 1];
+        for (; next <= high.Theta && high.Theta > low.Theta; next += step) {
+          const double share = std::max(0.0, (next - low.Theta) / (high.Theta - low.Theta));
+          heights.push_back((low.Height + share * (high.Height - low.Height)) / 1000);
+        }
+      }
+      return heights;
+    }
+    for (int i = 1; i < kLines; ++i) heights.push_back(at_.TopKm() * i / kLines);
+    return heights;
+  }
+
+  // A line keeps its way over the ridge itself, fading upward, and swings behind it. It turns into
+  // the wave within the first eighth of a wavelength.
+  void Streamlines() {
     constexpr int kPoints = 400;
-    for (int i = 1; i < kLines; ++i) {
-      const double z = at_.TopKm() * i / kLines;
+    constexpr double kFadeKm = 2;
+    const Wave* shown = ShownOf(input_.From.Waves.Ridges.front(), input_.From.Selected);
+    const double turnKm = shown == nullptr ? 0 : shown->Of.LengthKm / 8;
+    for (const double z : LineHeights()) {
       std::vector<Point> points;
       const auto close = [&] {
         if (points.size() > 1) Line("streamline", points, inks_.Stream);
@@ -290,10 +338,10 @@ class Drawing {
       };
       for (int j = 0; j <= kPoints; ++j) {
         const double x = at_.StartKm() + (at_.EndKm() - at_.StartKm()) * j / kPoints;
-        const double terrain = TerrainAt(input_.From.Waves, x);
-        constexpr double kFadeKm = 2;
+        const double terrain = TerrainAt(input_.From, x);
+        const double turned = turnKm > 0 ? std::clamp(x / turnKm, 0.0, 1.0) : 1;
         const double lifted = z + terrain * std::exp(-z / kFadeKm) +
-                              MotionAt(input_.From.Waves, decay, x, z).Displacement / 1000;
+                              turned * (2 - turned) * Moves(x, z).Displacement / 1000;
         if (lifted <= terrain || lifted >= at_.TopKm()) {
           close();
         } else {
@@ -304,67 +352,139 @@ class Drawing {
     }
   }
 
-  void Terrain() {
+  std::vector<Point> TerrainRing(double upToKm) const {
     const Rect& frame = at_.Frame();
     constexpr int kPoints = 400;
     std::vector<Point> ring = {{frame.Left, frame.Bottom}};
     for (int j = 0; j <= kPoints; ++j) {
       const double x = at_.StartKm() + (at_.EndKm() - at_.StartKm()) * j / kPoints;
-      const double height = std::min(TerrainAt(input_.From.Waves, x), at_.TopKm());
-      ring.push_back({at_.X(x), at_.Y(height)});
+      ring.push_back({at_.X(x), at_.Y(std::min(TerrainAt(input_.From, x), upToKm))});
     }
     ring.push_back({frame.Right, frame.Bottom});
-    page_.Add("terrain", Area{.Rings = {std::move(ring)},
-                              .Fill = {inks_.Terrain, FillStyle::Plain},
-                              .Stroke = {inks_.Ink, 12, LineStyle::Solid}});
+    return ring;
   }
 
+  // In tints by height: rock at the crest, slopes, and meadows at the foot.
+  void Terrain() {
+    double crest = 0;
+    for (const RidgeWaves& ridge : input_.From.Waves.Ridges) {
+      crest = std::max(crest, ridge.Form.Relief / 1000);
+    }
+    if (!(crest > 0)) return;
+    page_.Add("terrain", Area{.Rings = {TerrainRing(at_.TopKm())},
+                              .Fill = {inks_.Rock, FillStyle::Plain},
+                              .Stroke = {inks_.Ink, 12, LineStyle::Solid}});
+    constexpr double kSlopes = 0.75;  // of the crest's height
+    constexpr double kMeadows = 0.3;
+    page_.Add("terrain tint", Area{.Rings = {TerrainRing(kSlopes * crest)},
+                                   .Fill = {inks_.Terrain, FillStyle::Plain}});
+    page_.Add("terrain tint", Area{.Rings = {TerrainRing(kMeadows * crest)},
+                                   .Fill = {inks_.Meadow, FillStyle::Plain}});
+  }
+
+  std::string InterfaceText(const Wave& wave) const {
+    const WaveUnits& units = input_.From.Set.Units;
+    return Mask(wave.At.Press, "###0") + " mb  " + Tag(wave) + "  " +
+           MarkText(wave, units).substr(std::string_view("Wave ").size());
+  }
+
+  // The wave that is shown first, then the strongest; a label that would stand on another stays
+  // away.
   void Interfaces() {
     const Rect& frame = at_.Frame();
-    double lastY = frame.Bottom + 1e9;
     std::vector<const Wave*> waves = input_.From.Waves.All();
     std::erase_if(waves, [](const Wave* wave) { return wave->Kind == WaveKind::Harmonic; });
-    constexpr std::size_t kMost = 8;  // the strongest
+    const auto isShown = [this](const Wave* wave) {
+      return std::ranges::any_of(input_.From.Waves.Ridges, [&](const RidgeWaves& ridge) {
+        const Wave* shown = ShownOf(ridge, input_.From.Selected);
+        return shown != nullptr && shown->At.Level == wave->At.Level &&
+               shown->Mountain == wave->Mountain;
+      });
+    };
+    std::ranges::stable_partition(waves, isShown);
+    constexpr std::size_t kMost = 8;
     if (waves.size() > kMost) waves.resize(kMost);
-    std::ranges::stable_sort(waves, {}, [](const Wave* wave) { return wave->At.Height; });
     for (const Wave* wave : waves) {
       if (wave->At.DepthKm > at_.TopKm()) continue;
       const double y = at_.Y(wave->At.DepthKm);
-      const bool isFirst = wave->Kind == WaveKind::Predominant;
-      Line("interface", {{frame.Left, y}, {frame.Right, y}},
-           {inks_.Interface, isFirst ? 20.0 : 9.0, LineStyle::Dash});
-      if (!isFirst && std::fabs(lastY - y) < 1.3 * kNote) continue;  // no room for its label
-      lastY = y;
-      const WaveUnits& units = input_.From.Set.Units;
-      Text("interface label", {frame.Right - 100, y - 110},
-           Mask(wave->At.Press, "###0") + " mb  " + Tag(*wave) + "  " +
-               Mask(FromKm(wave->Of.LengthKm, units.Distance), "###0.0") + " " +
-               std::string(Word(units.Distance)) + "  " +
-               Mask(FromMs(wave->MaxVelocity, units.Vertical),
-                    units.Vertical == VerticalUnits::FeetPerMinute ? "#####0" : "##0.0") +
-               " " + std::string(Word(units.Vertical)) + " " +
-               std::string(analysis::WaveTurbulence(wave->MaxVelocity).Long),
-           kNote, AnchorX::Right, inks_.Interface, isFirst);
+      const Pen pen{inks_.Interface, isShown(wave) ? 20.0 : 9.0, LineStyle::Dash};
+      Line("interface", {{frame.Left, y}, {frame.Right, y}}, pen);
+      for (const std::string_view name : {kWind, kScorer}) {
+        if (const auto column = ColumnOf(name)) {
+          Line("interface aside", {{column->Left, y}, {column->Right, y}}, pen);
+        }
+      }
+      const std::string text = InterfaceText(*wave);
+      const double width = TextWidth(text, kNote, isShown(wave));
+      const Rect place{frame.Right - 100 - width, y - 200, frame.Right - 60, y - 20};
+      if (!labels_.IsFree(place)) continue;
+      labels_.Take(place);
+      Color behind = inks_.Paper;
+      behind.Alpha = 200;
+      page_.Add("label ground", Area{.Rings = {{{place.Left - 40, place.Top},
+                                                {place.Right, place.Top},
+                                                {place.Right, place.Bottom},
+                                                {place.Left - 40, place.Bottom}}},
+                                     .Fill = {behind, FillStyle::Plain}});
+      Text("interface label", {frame.Right - 80, y - 110}, text, kNote, AnchorX::Right,
+           inks_.Interface, isShown(wave));
     }
   }
 
   // Under the crests of a strong wave the air near the ground may turn over.
   void Rotors() {
     constexpr double kStrongMs = 3;
+    constexpr double kRadius = 110;
     for (const RidgeWaves& ridge : input_.From.Waves.Ridges) {
-      const Wave* wave = ridge.Predominant();
+      const Wave* wave = ShownOf(ridge, input_.From.Selected);
       if (wave == nullptr || wave->MaxVelocity < kStrongMs) continue;
       const double from = wave->Mountain == 2 ? input_.From.Waves.DistanceKm : 0;
       for (int crest = 0; crest < 3; ++crest) {
         const double x = from + (crest + 0.75) * wave->Of.LengthKm;
         const double z = std::min(0.4 * wave->At.DepthKm, ridge.Form.Relief / 1000);
         if (x > at_.EndKm() || z > at_.TopKm()) break;
-        const Point middle{at_.X(x), at_.Y(z)};
-        page_.Add(
-            "rotor",
-            Circle{.Center = middle, .Radius = 110, .Stroke = {inks_.Rotor, 16, LineStyle::Dash}});
-        Text("rotor", {middle.X, middle.Y}, "R", kNote, AnchorX::Center, inks_.Rotor, true);
+        const Point middle{at_.X(x), std::min(at_.Y(z), at_.Frame().Bottom - kRadius)};
+        const Rect place{middle.X - kRadius, middle.Y - kRadius, middle.X + kRadius,
+                         middle.Y + kRadius};
+        if (!labels_.IsFree(place)) continue;
+        labels_.Take(place);
+        page_.Add("rotor", Circle{.Center = middle,
+                                  .Radius = kRadius,
+                                  .Fill = {inks_.Paper, FillStyle::Plain},
+                                  .Stroke = {inks_.Rotor, 16, LineStyle::Dash}});
+        Text("rotor", middle, "R", kNote, AnchorX::Center, inks_.Rotor, true);
       }
+    }
+  }
+
+  // The classes of the shading, from the strongest downdraught to the strongest updraught, with the
+  // velocities between them.
+  void Legend() {
+    const Rect& frame = at_.Frame();
+    constexpr double kBox = 390;
+    constexpr double kLeast = 8000;  // of the frame: else it would stand on the axis
+    const auto classes = static_cast<int>(std::size(kSteps));
+    const double width = (2 * classes + 1) * kBox;
+    if (frame.Width() < kLeast || frame.Width() / 2 < width + 600) return;
+    const WaveUnits& units = input_.From.Set.Units;
+    const bool isFpm = units.Vertical == VerticalUnits::FeetPerMinute;
+    const double top = frame.Bottom + 330;
+    double left = frame.Right - width;
+    Text("shade legend", {left - 100, top + 60}, std::string(Word(units.Vertical)), kNote,
+         AnchorX::Right, inks_.Ink);
+    for (int shade = -classes; shade <= classes; ++shade, left += kBox) {
+      page_.Add(
+          "shade legend",
+          Area{.Rings =
+                   {{{left, top}, {left + kBox, top}, {left + kBox, top + 110}, {left, top + 110}}},
+               .Fill = {shade == 0 ? inks_.Paper : ShadeOf(shade, inks_.Paper), FillStyle::Plain},
+               .Stroke = inks_.Grid});
+      if (shade == classes) break;
+      const int step = shade < 0 ? -shade - 1 : shade;
+      const double velocity = kSteps[step] * (shade < 0 ? -1 : 1);
+      Text("shade legend", {left + kBox, top + 190},
+           Mask(FromMs(velocity, units.Vertical), isFpm ? "#####0" : "##0.##"), kNote,
+           AnchorX::Center, inks_.Ink);
     }
   }
 
@@ -380,12 +500,15 @@ class Drawing {
     }
   }
 
-  // A column at the side with the diagram's heights: its frame, and its range at the foot.
-  std::optional<Rect> Column(std::string_view name) {
+  // A column at the side with the diagram's heights.
+  std::optional<Rect> ColumnOf(std::string_view name) const {
     const Rect* place = layout_.Find(name);
     if (place == nullptr) return std::nullopt;
-    const Rect column{place->Left + 100, at_.Frame().Top, place->Right - 100, at_.Frame().Bottom};
-    Line("profile frame", OutlineOf(column), inks_.Frame);
+    return Rect{place->Left + 100, at_.Frame().Top, place->Right - 100, at_.Frame().Bottom};
+  }
+  std::optional<Rect> Column(std::string_view name) {
+    const std::optional<Rect> column = ColumnOf(name);
+    if (column) Line("profile frame", OutlineOf(*column), inks_.Frame);
     return column;
   }
   void ColumnTexts(const Rect& column, std::string first, std::string second, std::string least,
@@ -426,19 +549,38 @@ class Drawing {
     if (points.size() > 1) Line("normal wind", points, {inks_.Wind, 24, LineStyle::Solid});
   }
 
+  // The least of these ranges in which four fifths of the air have their l².
+  double ScorerRange(const std::vector<ScorerLayer>& layers) const {
+    double range = 1;
+    for (; range < 64; range *= 2) {
+      double inside = 0;
+      double all = 0;
+      for (const ScorerLayer& layer : layers) {
+        if (layer.Top / 1000 > at_.TopKm()) break;
+        all += layer.Top - layer.Base;
+        if (std::fabs(layer.L2()) <= range) inside += layer.Top - layer.Base;
+      }
+      constexpr double kShare = 0.8;
+      if (inside >= kShare * all) break;
+    }
+    return range;
+  }
+
   void ScorerColumn() {
     const auto column = Column(kScorer);
     if (!column || input_.From.Waves.Ridges.empty()) return;
-    constexpr double kLeast = -1;  // km⁻²
-    constexpr double kMost = 4;
+    const std::vector<ScorerLayer>& layers = input_.From.Waves.Ridges.front().Layers;
+    const double most = ScorerRange(layers);  // km⁻²
+    const double least = -most / 4;
     const auto x = [&](double l2) {
       return column->Left +
-             (std::clamp(l2, kLeast, kMost) - kLeast) / (kMost - kLeast) * column->Width();
+             (std::clamp(l2, least, most) - least) / (most - least) * column->Width();
     };
-    ColumnTexts(*column, "Scorer", "l\xC2\xB2 km\xE2\x81\xBB\xC2\xB2", "-1", "4", inks_.Scorer);
+    ColumnTexts(*column, "Scorer", "l\xC2\xB2 km\xE2\x81\xBB\xC2\xB2", Shortest(least),
+                Shortest(most), inks_.Scorer);
     Line("grid", {{x(0), column->Top}, {x(0), column->Bottom}}, inks_.Grid);
     std::vector<Point> points;
-    for (const ScorerLayer& layer : input_.From.Waves.Ridges.front().Layers) {
+    for (const ScorerLayer& layer : layers) {
       if (layer.Top / 1000 > at_.TopKm()) break;
       points.push_back({x(layer.L2()), at_.Y(layer.Base / 1000)});
       points.push_back({x(layer.L2()), at_.Y(layer.Top / 1000)});
@@ -451,6 +593,7 @@ class Drawing {
   Picture page_;
   PageLayout layout_;
   WaveMapping at_{};
+  LabelRoom labels_{Rect{}};
 };
 
 }  // namespace
@@ -505,6 +648,19 @@ double WaveMapping::HeightAt(double y) const {
   return (low + high) / 2;
 }
 
+WaveOptions AdjustedTo(const WavePlotInput& input) {
+  WaveOptions options = input.From.Set;
+  const Wave* wave = input.From.Selected;
+  if (wave == nullptr) return options;
+  if (wave->At.DepthKm > TopOf(input)) {
+    constexpr double kRoom = 0.8;  // of its pressure: some air above the interface
+    constexpr double kStep = 10;   // hPa
+    options.UpperLimit = std::max(kStep, std::floor(kRoom * wave->At.Press / kStep) * kStep);
+  }
+  if (options.Length > 0 && options.Length < wave->Of.LengthKm) options.Length = 0;
+  return options;
+}
+
 WavePlot PlotWaves(const WavePlotInput& input, const Surface& surface) {
   return Drawing(input, surface).Draw();
 }
@@ -514,7 +670,8 @@ std::string ReadWaves(const WavePlotInput& input, const WaveMapping& at, Point p
   const double x = at.KmAt(place.X);
   const double z = at.HeightAt(place.Y);
   const WaveUnits& units = input.From.Set.Units;
-  const Motion motion = MotionAt(input.From.Waves, input.From.Set.WaveDecay(), x, z);
+  const Motion motion =
+      MotionAt(input.From.Waves, input.From.Set.WaveDecay(), x, z, input.From.Selected);
   const bool isFpm = units.Vertical == VerticalUnits::FeetPerMinute;
   return "Vertical velocity " +
          Mask(FromMs(motion.Velocity, units.Vertical), isFpm ? "######0" : "######0.0") + " " +

@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "config/display_settings.h"
 #include "mountainwave/wave_listing.h"
@@ -47,6 +48,12 @@ class WaveMapping {
   double topKm_ = 10;
   std::vector<double> shares_{};  // at equal steps of height, when by pressure
 };
+
+/// The options with which the selected wave can be seen: the upper limit is lowered to a pressure
+/// above its interface, the length becomes that of its own. The same where it can be.
+WaveOptions AdjustedTo(const WavePlotInput& input);
+inline constexpr std::string_view kAdjusted =
+    "Diagram will be adjusted so selected Wave can be viewed.";
 
 struct WavePlot {
   Picture Page{};

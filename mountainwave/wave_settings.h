@@ -4,9 +4,12 @@
 
 #include <array>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
+#include "config/setting_row.h"
+#include "config/view_settings.h"
 #include "mountainwave/wave_model.h"
 #include "mountainwave/wave_units.h"
 
@@ -15,7 +18,7 @@ namespace vexa::mountainwave {
 enum class WaveScale { Pressure, Kilometers, Feet };
 enum class WaveLine { Thick, Thin };
 enum class WaveTraces { Streamlines, Isentropes };
-enum class WhichMountain { Default, One, Two };
+enum class MountainChoice { Station, Default, Entered };
 
 constexpr auto Words(WaveScale) {
   return std::to_array<std::string_view>({"mb", "km", "ft"});
@@ -25,9 +28,6 @@ constexpr auto Words(WaveLine) {
 }
 constexpr auto Words(WaveTraces) {
   return std::to_array<std::string_view>({"streamlines", "isentropes"});
-}
-constexpr auto Words(WhichMountain) {
-  return std::to_array<std::string_view>({"default", "one", "two"});
 }
 
 /// The wave diagram's options.
@@ -53,15 +53,30 @@ struct WaveOptions {
 
 /// The wave display's state.
 struct WaveState {
-  WhichMountain Mountains = WhichMountain::Default;
-  int SelectedMountain = 1;
-  int SelectedWave = 1;                               // by the listing's order
+  std::string Sounding{};  // its file, with "#2" behind it for the second of a file; empty: none
+  MountainChoice Choice = MountainChoice::Station;
+  MountainParameters Entered{};  // where they are entered; else without meaning
   int Left = 0, Top = 0, Width = 1100, Height = 760;  // pixels
-  bool AllWaves = true;  // on the thermodynamic diagram; else the selected one
-  bool OnDiagram = false;
+  int SelectedWave = 1;                               // by the listing's order
+  WaveLayers Layers = WaveLayers::None;               // on the thermodynamic diagram
   bool RotorHints = true;
   bool operator==(const WaveState&) const = default;
 };
+
+inline constexpr std::string_view kDiagramForm = "DiagramM";
+inline constexpr std::string_view kUnitsForm = "MountainUnits";
+
+/// A row for each option, in the order of its file; its place is the form that shows it.
+std::span<const SettingRow<WaveOptions>> WaveOptionRows();
+
+/// What the form of the options tells of decay.
+inline constexpr std::string_view kDecayRemark =
+    "Exponential wave decay is not an automatic feature of VEXA, but instead must be manually "
+    "applied.  "
+    "The above exponential wave decay options are made available for those users who "
+    "have a need to model or replicate observed wave activitiy for specific instances.";
+/// " Exponential wave decay is ON " or "... OFF ".
+std::string_view DecayText(bool isOn);
 
 /// "VEXA56+.WAV" and "VEXA56+.WVS".
 std::string WaveOptionsFile();

@@ -2,10 +2,13 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdint>
+#include <optional>
+#include <utility>
 
 #include "core/numbers.h"
+#include "core/shown_values.h"
 #include "picture/shapes.h"
+#include "picture/text_width.h"
 
 namespace vexa::mountainwave {
 namespace {
@@ -31,24 +34,96 @@ std::vector<Response1Km> ResponsesOf(const Air& air, double relief, double axis)
   return responses;
 }
 
-double StrongestOf(const std::vector<Response1Km>& responses, double halfWidthKm) {
+// Without a half-width every wave has the one that makes it strongest, 1/k.
+double StrongestOf(const std::vector<Response1Km>& responses, std::optional<double> halfWidthKm) {
   double most = 0;
   for (const Response1Km& one : responses) {
-    const double grows = halfWidthKm * GuardedExp(-one.K * halfWidthKm) / one.Forcing;
+    const double b = halfWidthKm.value_or(1 / one.K);
+    const double grows = b * GuardedExp(-one.K * b) / one.Forcing;
     most = std::max(most, one.Velocity * grows / std::max(1.0, one.Steepness * grows));
   }
   return most < kLeastVelocityMs ? 0 : most;
 }
 
-// White to a dark red by 1 m/s, up to 8.
-Color Shade(double velocity, const Color& paper) {
-  constexpr Color kFull{150, 30, 0};
-  const double share = std::min(1.0, std::ceil(velocity) / 8);
-  const auto mix = [share](std::uint8_t a, std::uint8_t b) {
-    return static_cast<std::uint8_t>(a + (b - a) * share);
-  };
-  return {mix(paper.Red, kFull.Red), mix(paper.Green, kFull.Green), mix(paper.Blue, kFull.Blue)};
-}
+constexpr int kShades = 8;
+
+// White to a dark red in equal steps, whole m/s as large as the strongest wave asks for.
+struct ShadeScale {
+  double Step = 1;
+  Color Paper{};
+
+  ShadeScale(double most, const Color& paper)
+      : Step(std::max(1.0, std::ceil(most / kShades))), Paper(paper) {}
+  int ClassOf(double velocity) const {
+    return static_cast<int>(std::min<double>(kShades, std::ceil(velocity / Step)));
+  }
+  Color Of(int shade) const {
+    constexpr Color kFull{150, 30, 0};
+    return Blend(Paper, kFull, static_cast<double>(shade) / kShades);
+  }
+};
+
+// A chart of velocities: frame, cells, texts and the shades with their meaning.
+class Chart {
+ public:
+  Chart(const DisplaySettings& look, const Surface& surface, const Rect& frame, double most)
+      : colors_(OnPaper(look.Screen == ScreenColor::Black)),
+        shading_(most, colors_.Paper),
+        frame_(frame),
+        page_(surface.Width, surface.Height, colors_.Paper) {}
+
+  const Rect& Frame() const { return frame_; }
+  Color Ink() const { return colors_.Ink; }
+  const ShadeScale& Shades() const { return shading_; }
+  Picture& Page() { return page_; }
+
+  void Text(Point at, std::string words, Type size, AnchorX across) {
+    page_.Add("sweep label", Label{.At = at,
+                                   .Text = std::move(words),
+                                   .Across = across,
+                                   .Size = LetterSize(size),
+                                   .Ink = colors_.Ink});
+  }
+  // A little larger, so that no paper shines through between two of them; the frame cuts them.
+  void Cell(const Rect& cell, double velocity) {
+    if (!(velocity > 0)) return;
+    constexpr double kOverlap = 14;
+    const double right = std::min(cell.Right + kOverlap, frame_.Right);
+    const double bottom = std::min(cell.Bottom + kOverlap, frame_.Bottom);
+    page_.Add("sweep", Area{.Rings = {{{cell.Left, cell.Top},
+                                       {right, cell.Top},
+                                       {right, bottom},
+                                       {cell.Left, bottom}}},
+                            .Fill = {shading_.Of(shading_.ClassOf(velocity)), FillStyle::Plain}});
+  }
+  void Outline(const Rect& rect) {
+    page_.Add("frame",
+              Polyline{.Points = OutlineOf(rect), .Stroke = {Ink(), 14, LineStyle::Solid}});
+  }
+  // A box for each shade.
+  void Legend(const WaveUnits& units) {
+    constexpr double kBox = 330;
+    const double top = frame_.Bottom + 330;
+    double left = frame_.Right - kShades * kBox;
+    Text({left - 80, top + 60}, std::string(Word(units.Vertical)), Type::Note, AnchorX::Right);
+    for (int shade = 1; shade <= kShades; ++shade, left += kBox) {
+      page_.Add("sweep legend", Area{.Rings = {{{left, top},
+                                                {left + kBox, top},
+                                                {left + kBox, top + 110},
+                                                {left, top + 110}}},
+                                     .Fill = {shading_.Of(shade), FillStyle::Plain}});
+      if (shade == kShades) break;
+      Text({left + kBox, top + 190}, Mask(FromMs(shade * shading_.Step, units.Vertical), "####0"),
+           Type::Note, AnchorX::Center);
+    }
+  }
+
+ private:
+  PaperAndInk colors_;
+  ShadeScale shading_;
+  Rect frame_;
+  Picture page_;
+};
 
 }  // namespace
 
@@ -74,17 +149,10 @@ Sweep SweepMountain(const Air& air, double relief, int axes, int widths) {
 
 Picture PlotSweep(const Sweep& sweep, const RidgeForm& marked, const WaveUnits& units,
                   const DisplaySettings& look, const Surface& surface) {
-  const bool black = look.Screen == ScreenColor::Black;
-  const auto [paper, ink] = OnPaper(black);
-  Picture page(surface.Width, surface.Height, paper);
-  const Rect frame{750, 650, surface.Width - 250, surface.Height - 600};
-  const auto text = [&](Point at, std::string words, Type size, AnchorX across) {
-    page.Add("sweep label", Label{.At = at,
-                                  .Text = std::move(words),
-                                  .Across = across,
-                                  .Size = LetterSize(size),
-                                  .Ink = ink});
-  };
+  const double most = sweep.Velocities.empty() ? 0 : *std::ranges::max_element(sweep.Velocities);
+  Chart chart(look, surface, {850, 750, surface.Width - 250, surface.Height - 700}, most);
+  const ShadeScale& shades = chart.Shades();
+  const Rect& frame = chart.Frame();
   const auto x = [&](double axis) { return frame.Left + axis / 360 * frame.Width(); };
   const auto y = [&](double widthKm) {
     return frame.Bottom -
@@ -92,50 +160,127 @@ Picture PlotSweep(const Sweep& sweep, const RidgeForm& marked, const WaveUnits& 
   };
   const double cell = frame.Width() / sweep.Axes;
   const double row = frame.Height() / sweep.Widths;
-  for (int width = 0; width < sweep.Widths; ++width) {
+  for (int width = sweep.Widths - 1; width >= 0; --width) {
     const double top = frame.Bottom - (width + 1) * row;
     int from = 0;
     for (int axis = 1; axis <= sweep.Axes; ++axis) {
       const double value = sweep.At(from, width);
-      if (axis < sweep.Axes && std::ceil(sweep.At(axis, width)) == std::ceil(value)) continue;
-      if (value > 0) {
-        const double left = frame.Left + from * cell;
-        const double right = frame.Left + axis * cell;
-        page.Add("sweep",
-                 Area{.Rings = {{{left, top}, {right, top}, {right, top + row}, {left, top + row}}},
-                      .Fill = {Shade(value, paper), FillStyle::Plain}});
+      if (axis < sweep.Axes && shades.ClassOf(sweep.At(axis, width)) == shades.ClassOf(value)) {
+        continue;
       }
+      chart.Cell({frame.Left + from * cell, top, frame.Left + axis * cell, top + row}, value);
       from = axis;
     }
   }
-  page.Add("frame", Polyline{.Points = OutlineOf(frame), .Stroke = {ink, 14, LineStyle::Solid}});
-  for (int axis = 0; axis <= 360; axis += 90) {
-    text({x(axis), frame.Bottom + 150}, Shortest(axis), Type::Note, AnchorX::Center);
+  chart.Outline(frame);
+  for (int axis = 0; axis <= 360; axis += 45) {
+    chart.Text({x(axis), frame.Bottom + 150}, Shortest(axis), Type::Note, AnchorX::Center);
   }
   for (const double width : {0.5, 1.0, 2.0, 5.0, 10.0, 20.0}) {
-    text({frame.Left - 80, y(width)}, Mask(FromKm(width, units.Distance), "#0.#"), Type::Note,
-         AnchorX::Right);
+    chart.Text({frame.Left - 80, y(width)}, Mask(FromKm(width, units.Distance), "#0.#"), Type::Note,
+               AnchorX::Right);
   }
-  text({frame.Left, 180},
-       "Strongest wave by ridge axis and half-width (" + std::string(Word(units.Distance)) + ")",
-       Type::Label, AnchorX::Left);
-  const double most = sweep.Velocities.empty() ? 0 : *std::ranges::max_element(sweep.Velocities);
-  const bool isFpm = units.Vertical == VerticalUnits::FeetPerMinute;
-  text({frame.Left, 440},
-       most > 0 ? "up to " + Mask(FromMs(most, units.Vertical), isFpm ? "#####0" : "##0.0") + " " +
-                      std::string(Word(units.Vertical)) + ", a shade for each m/s"
-                : std::string("There are no waves present."),
-       Type::Note, AnchorX::Left);
-  text({(frame.Left + frame.Right) / 2, frame.Bottom + 400}, "Ridge axis, degrees", Type::Note,
-       AnchorX::Center);
+  chart.Text(
+      {frame.Left, 180},
+      "Strongest wave by ridge axis and half-width (" + std::string(Word(units.Distance)) + ")",
+      Type::Label, AnchorX::Left);
+  chart.Text(
+      {frame.Left, 470},
+      most > 0 ? "up to " + VelocityText(most, units) : std::string("There are no waves present."),
+      Type::Note, AnchorX::Left);
+  chart.Text({frame.Left, frame.Bottom + 400}, "Ridge axis, degrees", Type::Note, AnchorX::Left);
+  chart.Legend(units);
   if (marked.HalfWidthKm && marked.Axis > 0) {
-    page.Add("marked ridge",
-             Circle{.Center = {x(marked.Axis),
-                               y(std::clamp(*marked.HalfWidthKm, kNarrowestKm, kWidestKm))},
-                    .Radius = 80,
-                    .Stroke = {ink, 24, LineStyle::Solid}});
+    chart.Page().Add("marked ridge",
+                     Circle{.Center = {x(marked.Axis),
+                                       y(std::clamp(*marked.HalfWidthKm, kNarrowestKm, kWidestKm))},
+                            .Radius = 80,
+                            .Stroke = {chart.Ink(), 24, LineStyle::Solid}});
   }
-  return page;
+  return std::move(chart.Page());
+}
+
+SeriesMember MemberOf(const Air& air, std::string title, const RidgeForm& form, int axes) {
+  SeriesMember member{.Title = std::move(title)};
+  for (int axis = 1; axis <= axes; ++axis) {
+    const std::vector<Response1Km> responses = ResponsesOf(air, form.Relief, 360.0 * axis / axes);
+    member.ByAxis.push_back(StrongestOf(responses, form.HalfWidthKm));
+  }
+  const RidgeWaves behind = WavesBehind(air, form, 1);
+  if (const Wave* wave = behind.Predominant()) {
+    member.Velocity = wave->MaxVelocity;
+    member.LengthKm = wave->Of.LengthKm;
+  }
+  return member;
+}
+
+Picture PlotSeries(const std::vector<SeriesMember>& members, const RidgeForm& form,
+                   const WaveUnits& units, const DisplaySettings& look, const Surface& surface) {
+  constexpr double kGap = 450;
+  const double upper = 0.35 * surface.Height;
+  double most = 4;
+  for (const SeriesMember& member : members) {
+    most = std::max(most, std::ceil(member.Velocity));
+    for (const double velocity : member.ByAxis) most = std::max(most, std::ceil(velocity));
+  }
+  Chart chart(look, surface, {950, upper + kGap, surface.Width - 250, surface.Height - 900}, most);
+  const Rect& frame = chart.Frame();
+  const Rect lines{frame.Left, 750, frame.Right, upper};
+  const auto count = static_cast<double>(std::max<std::size_t>(1, members.size()));
+  const double cell = frame.Width() / count;
+  const auto y = [&](double velocity) { return lines.Bottom - velocity / most * lines.Height(); };
+  double left = frame.Left;
+  double free = 0;  // where the next label may begin
+  for (const SeriesMember& member : members) {
+    const auto axes = static_cast<double>(member.ByAxis.size());
+    for (std::size_t i = member.ByAxis.size(); i-- > 0;) {
+      const double bottom = frame.Bottom - static_cast<double>(i) / axes * frame.Height();
+      chart.Cell({left, bottom - frame.Height() / axes, left + cell, bottom}, member.ByAxis[i]);
+    }
+    const double middle = left + cell / 2;
+    if (member.Velocity > 0) {
+      constexpr double kBar = 0.3;  // of the cell, either side
+      chart.Page().Add("series bar",
+                       Area{.Rings = {{{middle - kBar * cell, y(member.Velocity)},
+                                       {middle + kBar * cell, y(member.Velocity)},
+                                       {middle + kBar * cell, lines.Bottom},
+                                       {middle - kBar * cell, lines.Bottom}}},
+                            .Fill = {chart.Shades().Of(chart.Shades().ClassOf(member.Velocity)),
+                                     FillStyle::Plain},
+                            .Stroke = {chart.Ink(), 8, LineStyle::Solid}});
+    }
+    const double half = TextWidth(member.Title, LetterSize(Type::Note)) / 2;
+    if (middle - half >= free && middle + half <= surface.Width) {
+      chart.Text({middle, frame.Bottom + 150}, member.Title, Type::Note, AnchorX::Center);
+      free = middle + half + 100;
+    }
+    left += cell;
+  }
+  chart.Outline(frame);
+  chart.Outline(lines);
+  for (const double share : {0.0, 0.5, 1.0}) {
+    chart.Text({lines.Left - 80, y(share * most)},
+               Mask(FromMs(share * most, units.Vertical), "###0"), Type::Note, AnchorX::Right);
+  }
+  for (int axis = 0; axis <= 360; axis += 90) {
+    chart.Text({frame.Left - 80, frame.Bottom - axis / 360.0 * frame.Height()}, Shortest(axis),
+               Type::Note, AnchorX::Right);
+  }
+  const std::string width =
+      form.HalfWidthKm ? "half-width " + Mask(FromKm(*form.HalfWidthKm, units.Distance), "##0.0") +
+                             " " + std::string(Word(units.Distance))
+                       : std::string("as wide as makes each wave strongest");
+  chart.Text({lines.Left, 180}, "Strongest wave behind the mountain, sounding by sounding",
+             Type::Label, AnchorX::Left);
+  chart.Text({lines.Left, 470},
+             std::string(Word(units.Vertical)) + "; " + LengthText(form.Relief, units.Height) +
+                 " above the station, " + width +
+                 (form.Axis > 0 ? ", axis " + Mask(form.Axis, "##0") : std::string()),
+             Type::Note, AnchorX::Left);
+  chart.Text({frame.Left, upper + kGap - 150}, "The same by ridge axis, degrees", Type::Note,
+             AnchorX::Left);
+  chart.Legend(units);
+  return std::move(chart.Page());
 }
 
 }  // namespace vexa::mountainwave

@@ -2,6 +2,7 @@
 // ridge in the same air.
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "config/display_settings.h"
@@ -31,6 +32,21 @@ struct Sweep {
 
 /// relief  m above the station
 Sweep SweepMountain(const Air& air, double relief, int axes = 100, int widths = 100);
+
+/// One of several soundings: the strongest wave behind a mountain, and behind the same one turned.
+struct SeriesMember {
+  std::string Title{};
+  double Velocity = 0;           // m/s; 0 where there is none
+  double LengthKm = 0;           // its wavelength
+  std::vector<double> ByAxis{};  // m/s, from 360/n to 360 degrees
+};
+SeriesMember MemberOf(const Air& air, std::string title, const RidgeForm& form, int axes = 72);
+
+/// Soundings in their order as a chart: the strongest wave behind the mountain as bars, below it
+/// that by the axis.
+Picture PlotSeries(const std::vector<SeriesMember>& members, const RidgeForm& form,
+                   const WaveUnits& units, const DisplaySettings& look,
+                   const Surface& surface = {9000, 7000});
 
 /// The sweep as a chart, the ridge in question marked: axis to the right, half-width upward.
 Picture PlotSweep(const Sweep& sweep, const RidgeForm& marked, const WaveUnits& units,

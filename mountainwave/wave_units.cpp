@@ -1,5 +1,6 @@
 #include "mountainwave/wave_units.h"
 
+#include "core/numbers.h"
 #include "core/units.h"
 
 namespace vexa::mountainwave {
@@ -35,6 +36,12 @@ double ToNauticalMiles(double distance, WaveDistance units) {
 
 double FromMs(double speedMs, VerticalUnits units) {
   return units == VerticalUnits::FeetPerMinute ? speedMs / kMsPerFpm : speedMs;
+}
+
+std::string VelocityText(double speedMs, const WaveUnits& units) {
+  const bool isFpm = units.Vertical == VerticalUnits::FeetPerMinute;
+  return Mask(FromMs(speedMs, units.Vertical), isFpm ? "#####0" : "##0.0") + " " +
+         std::string(Word(units.Vertical));
 }
 
 double ToFeet(double height, LengthUnits units) {

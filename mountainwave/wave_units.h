@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstddef>
+#include <string>
 #include <string_view>
 
 #include "core/choices.h"
@@ -51,6 +52,8 @@ double FromKm(double km, WaveDistance units);
 double FromNauticalMiles(double nm, WaveDistance units);
 double ToNauticalMiles(double distance, WaveDistance units);
 double FromMs(double speedMs, VerticalUnits units);
+/// "2.3 m/s", "453 fpm".
+std::string VelocityText(double speedMs, const WaveUnits& units);
 double ToFeet(double height, LengthUnits units);
 
 }  // namespace vexa::mountainwave

@@ -206,8 +206,9 @@ ListingLines SummaryListing(const ListingSource& from) {
   lines.push_back(units.Take());
   const LevelProfile& levels = from.Results.Levels;
   const analysis::LayerResults& layers = from.Results.Layers;
-  const mountainwave::WaveResults waves =
-      mountainwave::ComputeWaves(from.Sounding, levels, mountainwave::MountainsOf(from.Sounding));
+  const mountainwave::WaveResults waves = mountainwave::ComputeWaves(
+      from.Sounding, levels,
+      from.Mountains ? *from.Mountains : mountainwave::MountainsOf(from.Sounding));
   const std::vector<int> winds = WindsOfLevels(from.Sounding, from.Results);
   for (int i = 1; i <= levels.Count(); ++i) {
     const double height = levels.Height(i);

@@ -13,6 +13,7 @@
 #include "config/display_settings.h"
 #include "core/fault.h"
 #include "core/sounding_record.h"
+#include "mountainwave/mountain.h"
 
 namespace vexa::output {
 
@@ -25,6 +26,8 @@ struct ListingSource {
   const SoundingRecord& Sounding;
   const analysis::AnalysisResults& Results;
   const DisplaySettings& Set;
+  /// For the waves; not told: the sounding's own.
+  std::optional<mountainwave::Site> Mountains{};
 };
 
 using ListingLines = std::vector<std::string>;

@@ -36,6 +36,11 @@ std::string_view NeedsAltered(const Program& program) {
   return program.Doc.CanRestore() ? "" : "needs a sounding that was changed";
 }
 
+std::string_view NeedsSeveral(const Program& program) {
+  if (!HasTemps(program)) return NeedsSounding(program);
+  return program.Listed.Size() > 1 ? "" : "needs a list of several soundings";
+}
+
 std::string_view NeedsEarlier(const Program& program) {
   return program.Listed.Size() > 1 && program.Listed.Now() > 0 ? ""
                                                                : "needs an earlier one in the list";

@@ -15,6 +15,7 @@
 #include "ingest/archive.h"
 #include "ingest/decoder.h"
 #include "program/displays.h"
+#include "program/wave_view.h"
 
 namespace vexa {
 namespace {
@@ -24,7 +25,7 @@ using output::ListingRow;
 using output::PrintSetup;
 
 output::ListingSource SourceOf(const Program& program) {
-  return {program.Current.Record, program.Results, program.Set};
+  return {program.Current.Record, program.Results, program.Set, MountainsNow(program)};
 }
 
 ListingLines LinesOf(const std::string& bytes) {
@@ -199,6 +200,7 @@ std::vector<Picture> PagesToPrint(const Program& program, const PrintRequest& re
     beside.Settings = program.Settings;
     beside.Severe = program.Severe;
     beside.Where = program.Where;
+    beside.Displays.Of<WaveView>() = program.Displays.Of<WaveView>();
     beside.View.Layout = program.View.Layout;
     beside.View.Lines = program.View.Lines;
     beside.Doc.Take(Document::GiveUpEdits(), {.From = other->From(),

@@ -23,6 +23,7 @@
 #include "program/session_memory.h"
 #include "program/settings_commands.h"
 #include "program/severe_table_file.h"
+#include "program/wave_view.h"
 
 namespace vexa {
 namespace {
@@ -159,6 +160,7 @@ void CheckSurroundings(Program& program, const StartArguments& arguments) {
 
 void PrepareWindow(Program& program, const StartArguments&) {
   LoadSevereTable(program);
+  LoadWaveFiles(program);
 }
 
 using Stage = void (*)(Program&, const StartArguments&);

@@ -22,6 +22,7 @@
 #include "program/reference_tables.h"
 #include "program/settings_commands.h"
 #include "program/sounding_loop.h"
+#include "program/wave_view.h"
 
 namespace vexa {
 namespace {
@@ -94,6 +95,7 @@ std::optional<diagram::SoundingPlot> PlotShown(const Program& program, const Opt
   if (view.LoopScale) input.Scale = &*view.LoopScale;
   input.Fronts = FrontMarks(program, set);
   input.Advection = AdvectionBars(program);
+  input.Layers = WaveMarks(program, set);
   return diagram::PlotSounding(input, progress);
 }
 

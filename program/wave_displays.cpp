@@ -1,52 +1,78 @@
 #include "program/wave_displays.h"
 
-#include <filesystem>
+#include <algorithm>
+#include <utility>
+#include <vector>
 
-#include "mountainwave/mountain_file.h"
+#include "core/shown_values.h"
 #include "mountainwave/wave_plot.h"
 #include "mountainwave/wave_sweep.h"
+#include "program/listed_soundings.h"
 #include "program/program.h"
+#include "program/wave_view.h"
 
 namespace vexa {
 namespace {
 
-// The mountains of the sounding's station, from the program's folder where it has one.
-mountainwave::Site SiteOf(const Program& program) {
-  const std::filesystem::path& root = program.Where.Root;
-  return mountainwave::SiteOf(program.Current.Record, root.empty()
-                                                          ? std::filesystem::path{}
-                                                          : root / mountainwave::kMountainFileName);
-}
-
-mountainwave::WaveOptions WaveOptionsOf(const Options& set) {
-  mountainwave::WaveOptions options;
-  const bool isEnglish = set.GpmUnits == LengthUnits::Feet;
-  options.Units = isEnglish ? mountainwave::kEnglishUnits : mountainwave::kMetricUnits;
-  options.Units.Wind = set.Speed;
-  options.Scale = isEnglish ? mountainwave::WaveScale::Feet : mountainwave::WaveScale::Kilometers;
-  return options;
+// The first mountain.
+mountainwave::RidgeForm FormNow(const Program& program, const mountainwave::Air& air) {
+  const mountainwave::Site site = MountainsNow(program);
+  return site ? mountainwave::FormOf(site->First, air.StationElev) : mountainwave::DefaultForm();
 }
 
 }  // namespace
 
-Picture PlotMountainWave(const DisplayInput& from, const Surface& on) {
+mountainwave::WavePlot PlotWavesOf(const DisplayInput& from, const ShownWaves& shown,
+                                   const Surface& on) {
   const Program& program = from.In;
-  const SoundingRecord& sounding = program.Current.Record;
-  const analysis::LevelProfile& levels = program.Results.Levels;
-  const mountainwave::Site site = SiteOf(program);
-  const mountainwave::WaveOptions options = WaveOptionsOf(from.Set);
-  const mountainwave::WaveResults waves = mountainwave::ComputeWaves(sounding, levels, site);
-  return mountainwave::PlotWaves({{sounding, site, waves, options}, levels, from.Set}, on).Page;
+  return mountainwave::PlotWaves({shown.From(program.Current.Record), program.Results.Levels,
+                                  from.Set, program.Displays.Of<WaveView>().State.RotorHints},
+                                 on);
+}
+
+Picture PlotMountainWave(const DisplayInput& from, const Surface& on) {
+  return PlotWavesOf(from, WavesNow(from.In, from.Set), on).Page;
+}
+
+std::vector<std::string> ListWaves(const Program& program) {
+  const ShownWaves shown = WavesNow(program, program.Set);
+  return mountainwave::WaveListing(shown.From(program.Current.Record));
 }
 
 Picture PlotWaveSweep(const DisplayInput& from, const Surface& on) {
   const Program& program = from.In;
   const mountainwave::Air air = mountainwave::AirOf(program.Current.Record, program.Results.Levels);
-  const mountainwave::Site site = SiteOf(program);
+  const mountainwave::RidgeForm form = FormNow(program, air);
+  return mountainwave::PlotSweep(mountainwave::SweepMountain(air, form.Relief), form,
+                                 WaveOptionsOf(program, from.Set).Units, from.Set, on);
+}
+
+// The mountain is that of the sounding in work for all of them: only the air changes.
+Picture PlotWaveSeries(const DisplayInput& from, const Surface& on) {
+  const Program& program = from.In;
+  const auto titleOf = [](const SoundingRecord& record) {
+    const std::string time = TimeText(record.Time);
+    return time.empty() ? record.StationTitle : time;
+  };
+  constexpr std::size_t kMost = 120;
   const mountainwave::RidgeForm form =
-      site ? mountainwave::FormOf(site->First, air.StationElev) : mountainwave::DefaultForm();
-  return mountainwave::PlotSweep(mountainwave::SweepMountain(air, form.Relief, 72, 50), form,
-                                 WaveOptionsOf(from.Set).Units, from.Set, on);
+      FormNow(program, mountainwave::AirOf(program.Current.Record, program.Results.Levels));
+  std::vector<mountainwave::SeriesMember> members;
+  for (std::size_t i = 0; i < std::min(kMost, program.Listed.Size()); ++i) {
+    const SoundingSet::Member& listed = program.Listed.At(i);
+    SoundingRecord record = program.Current.Record;
+    if (i != program.Listed.Now()) {
+      Loading loading =
+          LoadSounding({.File = listed.File, .Index = listed.Index}, PolicyOf(program));
+      if (!loading.Sounding) continue;
+      record = std::move(loading.Sounding->Record);
+    }
+    const analysis::LevelProfile levels = analysis::DeriveLevels(record, from.Set);
+    members.push_back(
+        mountainwave::MemberOf(mountainwave::AirOf(record, levels), titleOf(record), form));
+  }
+  return mountainwave::PlotSeries(members, form, WaveOptionsOf(program, from.Set).Units, from.Set,
+                                  on);
 }
 
 }  // namespace vexa

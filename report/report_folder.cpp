@@ -12,6 +12,7 @@
 #include "output/listings.h"
 #include "program/command_line.h"
 #include "program/displays.h"
+#include "program/wave_view.h"
 #include "report/json.h"
 #include "report/sounding_json.h"
 
@@ -42,7 +43,8 @@ struct ReportSource {
             .Record = In.Current.Record,
             .Results = In.Results,
             .Notes = In.Current.LoadNotes,
-            .Finding = In.Doc.Finding()};
+            .Finding = In.Doc.Finding(),
+            .Mountains = MountainsNow(In)};
   }
 };
 
@@ -80,7 +82,8 @@ std::vector<ReportFile> FilesOf(const ReportSource& from) {
   for (const output::ListingRow& row : output::Listings()) {
     files.push_back(
         {std::string(row.File), [&program, &row]() -> Outcome<std::string> {
-           const output::ListingSource source{program.Current.Record, program.Results, program.Set};
+           const output::ListingSource source{program.Current.Record, program.Results, program.Set,
+                                              MountainsNow(program)};
            output::ListingLines lines = output::PageHeader(source, {});
            lines.emplace_back();
            for (std::string& line : row.Make(source)) lines.push_back(std::move(line));

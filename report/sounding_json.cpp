@@ -323,7 +323,8 @@ std::string SoundingJson(const ReportedSounding& sounding, const DisplaySettings
   json["layers"] = LayersJson(results, options);
   json["winter"] = WinterJson(results.Winter);
   json["soaring"] = SoaringJson(results.Soaring);
-  const mountainwave::Site site = mountainwave::MountainsOf(sounding.Record);
+  const mountainwave::Site site =
+      sounding.Mountains ? *sounding.Mountains : mountainwave::MountainsOf(sounding.Record);
   json["fronts"] =
       FrontsJson(fronts::FindFronts(sounding.Record, results.Levels, FrontSettings{}), false);
   json["waves"] =

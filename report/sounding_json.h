@@ -1,6 +1,7 @@
 // Everything that the program found out about one sounding, as JSON for other programs.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -8,6 +9,7 @@
 #include "config/display_settings.h"
 #include "core/data_checks.h"
 #include "core/sounding_record.h"
+#include "mountainwave/mountain.h"
 #include "sounding/analysed_sounding.h"
 
 namespace vexa::report {
@@ -19,6 +21,8 @@ struct ReportedSounding {
   const analysis::AnalysisResults& Results;
   const std::vector<std::string>& Notes;  // what the decoder left out or worked out
   QcFinding Finding{};                    // what the check of the data found
+  /// For the waves; not told: the sounding's own.
+  std::optional<mountainwave::Site> Mountains{};
 };
 
 /// An analysed sounding under the name by which it was asked for.

@@ -209,7 +209,22 @@ TEST(WaveSettings, RoundTripInTheirRecords) {
   options.Traces = WaveTraces::Isentropes;
   EXPECT_EQ(ReadWaveOptions(Write(options)), options);
   EXPECT_EQ(ReadWaveOptions(Write(WaveOptions{})), WaveOptions{});
-  const WaveState state{WhichMountain::Two, 2, 3, -5, 40, 800, 600, false, true, false};
+  WaveState state{"/data/two of \"them\".RAW#2",
+                  MountainChoice::Entered,
+                  {{6562.5, 5.25, 340}, 20, {5000, 2.5, 45}},
+                  -5,
+                  40,
+                  800,
+                  600,
+                  3,
+                  WaveLayers::Selected,
+                  false};
+  EXPECT_EQ(ReadWaveState(Write(state)), state);
+  state.Entered.DistanceNm = 0;  // one mountain
+  state.Entered.Second = {};
+  EXPECT_EQ(ReadWaveState(Write(state)), state);
+  state.Choice = MountainChoice::Default;
+  state.Entered = {};
   EXPECT_EQ(ReadWaveState(Write(state)), state);
   const auto fieldsOf = [](const std::string& text) {
     const SourceText source("", text);
@@ -230,6 +245,40 @@ TEST(WaveSettings, RoundTripInTheirRecords) {
   EXPECT_EQ(cut.Units, options.Units);
   EXPECT_EQ(cut.DecayPercent, WaveOptions{}.DecayPercent);
   EXPECT_EQ(ReadWaveState(""), WaveState{});
+  // Mountains that are none leave those of the station.
+  for (const char* damaged : {"6500 5", "6500 5 400", "-1 5 340", "6500 5 x"}) {
+    const std::string damagedText =
+        "\"header\"\n\"a.RAW\"\n\"" + std::string(damaged) + "\",\"\"\n";
+    EXPECT_EQ(ReadWaveState(damagedText).Choice, MountainChoice::Station) << damaged;
+    EXPECT_EQ(ReadWaveState(damagedText).Sounding, "a.RAW");
+  }
+}
+
+TEST(MountainFile, ChecksEveryRecordForItsEditor) {
+  // Station 2 lies behind the one that a sounding would stop at.
+  const std::string heading(17, '\n');
+  const std::string text = heading + "old\n1,100,1,0,0,0,0,0\n2,100,1,500,0,0,0,0\n99999\n";
+  EXPECT_FALSE(FindMountains(text, "VEXA.MTN", 1).Wrong);
+  const MountainLookup all = FindMountains(text, "VEXA.MTN", kEveryStation);
+  ASSERT_TRUE(all.Wrong);
+  EXPECT_EQ(all.Wrong->Detail,
+            "VEXA.MTN, line 20: station 2: mountain #1 has no height or half-width, or its axis is "
+            "not 0 to 360");
+  const std::string good = heading + "old\n1,100,1,0,0,0,0,0\n99999\n";
+  EXPECT_FALSE(FindMountains(good, "VEXA.MTN", kEveryStation).Wrong);
+}
+
+TEST(Mountains, AreKeptInASounding) {
+  SoundingRecord sounding = test::ReferenceWinter();
+  const MountainParameters two{{6500, 5, 340}, 20, {5000, 2.5, 45}};
+  StoreMountains(sounding, two);
+  EXPECT_EQ(MountainsOf(sounding), two);
+  const MountainParameters one{{6500, 5, 340}, 0, {}};
+  StoreMountains(sounding, one);
+  EXPECT_EQ(MountainsOf(sounding), one);
+  EXPECT_EQ(sounding.NumExtraRecords, 1);
+  StoreMountains(sounding, Site{});
+  EXPECT_EQ(MountainsOf(sounding), Site{});
 }
 
 // A wave of round numbers: 11.2214 km are 6.055 nm and 6.973 mi, 514.9 m 1689 ft, 5.998 m/s 1181

@@ -9,6 +9,7 @@
 
 #include "config/options.h"
 #include "mountainwave/wave_sweep.h"
+#include "support/page_checks.h"
 #include "support/soundings.h"
 
 namespace vexa::mountainwave {
@@ -34,6 +35,12 @@ struct Scene {
 int CountOf(const Picture& page, std::string_view tag) {
   return static_cast<int>(
       std::ranges::count_if(page.Items(), [tag](const Item& item) { return item.Tag == tag; }));
+}
+
+void ClearWinds(SoundingRecord& sounding) {
+  sounding.WindHgt.Clear();
+  sounding.WindDir.Clear();
+  sounding.WindSpd.Clear();
 }
 
 TEST(WavePlot, MappingRunsBothWays) {
@@ -90,11 +97,66 @@ TEST(WavePlot, ShowsWhatIsAskedFor) {
   }
 }
 
+TEST(WavePlot, PagesOfAllSizesAreOrderly) {
+  // Windows on screens of 800 x 600 and of 1920 x 1080, A4 upright and across.
+  const std::pair<Surface, WaveScale> pages[] = {
+      {ImageSurface(760, 480), WaveScale::Pressure},
+      {ImageSurface(1900, 980), WaveScale::Feet},
+      {PaperSurfaceMm(210, 297), WaveScale::Kilometers},
+      {PaperSurfaceMm(297, 210), WaveScale::Pressure}};
+  for (const auto& [surface, scale] : pages) {
+    SCOPED_TRACE(testing::Message() << surface.Width << " x " << surface.Height);
+    Scene scene;
+    scene.Mountains = MountainParameters{{3000, 1, 0}, 5, {2500, 0.8, 0}};
+    scene.Set.Scale = scale;
+    const Rect page{0, 0, surface.Width, surface.Height};
+    test::ExpectOrderly(PlotWaves(scene.Input(), surface).Page, page);
+    ClearWinds(scene.Sounding);
+    test::ExpectOrderly(PlotWaves(scene.Input(), surface).Page, page);
+  }
+}
+
+TEST(WavePlot, ShowsTheSelectedWave) {
+  Scene scene;
+  static_cast<void>(scene.Input());  // computes them
+  const std::vector<const Wave*> waves = scene.Waves.All();
+  ASSERT_EQ(waves.size(), 2U);
+  const WaveSource second{scene.Sounding, scene.Mountains, scene.Waves, scene.Set, waves[1]};
+  const WavePlotInput selected{second, scene.Levels, scene.Look};
+  // Half a wavelength of 11.62 km behind the ridge the second wave rises fastest, at z = π/2μ with
+  // μ = √0.0440·sin 69.01°: 8.02 km; its 1.92 m/s are read there.
+  const WavePlot plot = PlotWaves(selected, kPage);
+  const std::string read =
+      ReadWaves({second, scene.Levels, scene.Look}, plot.At, {plot.At.X(5.81), plot.At.Y(8.02)});
+  EXPECT_NE(read.find("378 fpm"), std::string::npos) << read;
+  // Diagrams that end at 500 hPa are lowered in pressure to show it, and left alone for the first.
+  scene.Set.UpperLimit = 500;
+  EXPECT_LT(AdjustedTo(selected).UpperLimit, 250);
+  EXPECT_EQ(AdjustedTo(scene.Input()), scene.Set);
+}
+
+TEST(WavePlot, IsentropesCrowdWhereTheAirIsStable) {
+  Scene scene;
+  scene.Set.Traces = WaveTraces::Isentropes;
+  const WavePlot plot = PlotWaves(scene.Input(), kPage);
+  std::vector<double> heights;  // where the lines enter at the left
+  for (const Item& item : plot.Page.Items()) {
+    const auto* line = std::get_if<Polyline>(&item.Shape);
+    if (item.Tag == "streamline" && line->Points.front().X < plot.At.Frame().Left + 1) {
+      heights.push_back(plot.At.HeightAt(line->Points.front().Y));
+    }
+  }
+  ASSERT_GT(heights.size(), 6U);
+  std::vector<double> steps;
+  for (std::size_t i = 1; i < heights.size(); ++i) steps.push_back(heights[i] - heights[i - 1]);
+  const auto [least, most] = std::ranges::minmax(steps);
+  EXPECT_GT(least, 0);
+  EXPECT_GT(most, 2 * least);  // the stratosphere beside the troposphere
+}
+
 TEST(WavePlot, SaysWhyThereIsNothing) {
   Scene scene;
-  scene.Sounding.WindHgt.Clear();
-  scene.Sounding.WindDir.Clear();
-  scene.Sounding.WindSpd.Clear();
+  ClearWinds(scene.Sounding);
   const WavePlot plot = PlotWaves(scene.Input(), kPage);
   EXPECT_EQ(CountOf(plot.Page, "remark"), 2);
   EXPECT_EQ(CountOf(plot.Page, "streamline"), 0);
@@ -142,6 +204,26 @@ TEST(WaveSweep, IsTheModelAtEveryPoint) {
       PlotSweep(sweep, {.Relief = 1000, .HalfWidthKm = 3, .Axis = 200}, kMetricUnits, Options{});
   EXPECT_EQ(CountOf(chart, "marked ridge"), 1);
   EXPECT_GT(CountOf(chart, "sweep"), 0);
+  test::ExpectOrderly(chart, {0, 0, 6000, 4500});
+}
+
+TEST(WaveSweep, SoundingsInTurnShowTheirOwnAir) {
+  Scene scene;
+  const RidgeForm form{.Relief = 1000, .HalfWidthKm = 1, .Axis = 180};
+  const Air air = AirOf(scene.Sounding, scene.Input().Levels);
+  const SeriesMember windy = MemberOf(air, "12 UTC", form, 36);
+  const RidgeWaves behind = WavesBehind(air, form, 1);
+  ASSERT_NE(behind.Predominant(), nullptr);
+  EXPECT_EQ(windy.Velocity, behind.Predominant()->MaxVelocity);
+  EXPECT_NEAR(windy.ByAxis[17], windy.Velocity, 1e-9);  // 180 degrees
+  ClearWinds(scene.Sounding);
+  const SeriesMember calm = MemberOf(AirOf(scene.Sounding, scene.Input().Levels), "18 UTC", form);
+  EXPECT_EQ(calm.Velocity, 0);
+  std::vector<SeriesMember> members(40, windy);
+  members.push_back(calm);
+  const Picture chart = PlotSeries(members, form, kMetricUnits, Options{});
+  EXPECT_EQ(CountOf(chart, "series bar"), 40);
+  test::ExpectOrderly(chart, {0, 0, chart.Width(), chart.Height()});
 }
 
 }  // namespace

@@ -1,0 +1,229 @@
+// The waves command: its three forms for the winter reference sounding, whose figures are those of
+// the model's description worked by hand, and what it says of air that carries no waves.
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+#include <regex>
+#include <string>
+#include <vector>
+
+#include "cli/run_words.h"
+#include "core/files.h"
+#include "core/markers.h"
+#include "core/raw_file.h"
+#include "support/soundings.h"
+
+namespace vexa::cli {
+namespace {
+
+class WavesTest : public testing::Test {
+ protected:
+  std::string Saved(const SoundingRecord& sounding) {
+    const std::filesystem::path path = folder.Path() / "a.RAW";
+    EXPECT_FALSE(SaveFile(path, WriteRaw(sounding)));
+    return TextFromPath(path);
+  }
+  static Ran Waves(const std::string& file, std::vector<std::string> more) {
+    std::vector<std::string> words = {"waves", file};
+    words.insert(words.end(), more.begin(), more.end());
+    return RunWords(words);
+  }
+  test::TemporaryFolder folder;
+};
+
+TEST_F(WavesTest, ListsTheReferenceSounding) {
+  const Ran ran =
+      Waves(Saved(test::ReferenceWinter()), {"--mountain", "default", "--units", "metric"});
+  EXPECT_EQ(ran.Exit, kExitOk) << ran.Err;
+  // 880 hPa: H 1.048 km, wavelength 3.158 km, half-width 1/k = 0.503 km, 362 m, 11.07 m/s; 250 hPa:
+  // 9.865 km, 11.62 km, 72 m, 1.92 m/s. The wave of 850 hPa, 275 m above the first, gives way.
+  EXPECT_EQ(ran.Out,
+            "VEXA Mountain-Wave for:  Reference B, winter\n"
+            "Station Elevation: 120 m, MSL\n"
+            "Mountain Elevation:   1120 m, MSL\n"
+            "       Half-width: 0.5 km\n"
+            "        Ridge Axis:  any angle\n"
+            "Mountain parameters set to default for maximum wave.\n"
+            "\n"
+            "Predominate Wave\n"
+            "Wavelength: 3.2 km\n"
+            "   Amplitude: 362 m\n"
+            "Maximum Vertical Velocity: 11.1 m/s   STRNG\n"
+            "Wave Interface Level\n"
+            "   Pressure = 880.0 mb\n"
+            "   Altitude = 1048 m, AGL\n"
+            "\n"
+            "Subordinate Waves\n"
+            "Wavelength: 11.6 km\n"
+            "   Amplitude: 72 m\n"
+            "Maximum Vertical Velocity: 1.9 m/s   MODRT\n"
+            "Wave Interface Level\n"
+            "   Pressure = 250.0 mb\n"
+            "   Altitude = 9865 m, AGL\n"
+            "\n");
+}
+
+TEST_F(WavesTest, GivesEveryTermAsJsonAndARowForEachWaveAsCsv) {
+  const std::string file = Saved(test::ReferenceWinter());
+  const Ran ran = Waves(file, {"--mountain", "default", "--format", "json"});
+  const auto json = nlohmann::json::parse(ran.Out);
+  EXPECT_TRUE(json["default mountain"]);
+  ASSERT_EQ(json["waves"].size(), 2U);
+  const auto& wave = json["waves"][0];
+  EXPECT_EQ(wave["kind"], "predominant");
+  EXPECT_NEAR(wave["wavelength"], 3.158, 0.0006);
+  EXPECT_NEAR(wave["interface"]["D"], 5.721, 0.0006);
+  EXPECT_NEAR(wave["x"], 2.508, 0.0006);
+  EXPECT_NEAR(wave["r"], 57.96, 0.006);
+  EXPECT_NEAR(wave["maximum vertical velocity"], 11.07, 0.006);
+  EXPECT_NEAR(wave["mean wind below"], 8.10, 0.006);
+  EXPECT_NEAR(wave["density term"], 1.0657, 0.00006);
+  bool hasNearby = false;
+  for (const auto& level : json["mountains"][0]["levels"]) {
+    hasNearby = hasNearby || (level["pressure"] == 850.0 &&
+                              level["passed over"] == "a stronger wave lies within 300 m");
+  }
+  EXPECT_TRUE(hasNearby);
+  const Ran csv = Waves(file, {"--mountain", "default", "--format", "csv"});
+  EXPECT_NE(csv.Out.find(",predominant,1,3.158,"), std::string::npos) << csv.Out;
+  EXPECT_EQ(std::ranges::count(csv.Out, '\n'), 3);
+}
+
+SoundingRecord WithoutWinds() {
+  SoundingRecord sounding = test::ReferenceWinter();
+  sounding.WindHgt.Clear();
+  sounding.WindDir.Clear();
+  sounding.WindSpd.Clear();
+  return sounding;
+}
+
+SoundingRecord WindsAloft() {
+  return test::Profile({{1000, 10, 5}, {850, 5, 0}, {700, 0, -5}, {500, -15, -20}, {300, -40, -50}},
+                       {{5000, 270, 40}, {9000, 270, 80}});
+}
+
+SoundingRecord OneLevel() {
+  return test::Profile({{1000, 10, 5}}, {{100, 270, 20}});
+}
+
+// Temperatures that fall faster than by the dry adiabat all the way.
+SoundingRecord NothingStable() {
+  return test::Profile({{1000, 30, 5}, {850, 14, 0}, {700, -4, -9}, {500, -32, -40}},
+                       {{100, 270, 20}, {1500, 270, 30}, {3000, 270, 40}, {5800, 270, 60}});
+}
+
+// 100 degrees warmer within 100 m, under 1 kt, 250 kt and 1 kt again.
+SoundingRecord HugeStability() {
+  return test::Profile(
+      {{1000, -70, -75}, {985, 30, 5}, {850, 50, 0}, {700, -60, -70}, {500, 40, 5}},
+      {{100, 270, 1}, {250, 270, 250}, {1500, 90, 1}, {3000, 270, 250}, {5800, 270, 1}});
+}
+
+TEST_F(WavesTest, SaysWhyThereIsNoneAndNeverNaN) {
+  struct Case {
+    const char* about;
+    SoundingRecord sounding;
+    const char* reason;  // empty: there may be waves
+  };
+  const Case cases[] = {
+      {"no winds", WithoutWinds(), "The sounding has no winds."},
+      {"winds aloft only", WindsAloft(),
+       "The sounding has fewer than three levels with temperature and wind."},
+      {"nothing stable", NothingStable(), ""},
+      {"huge stability", HugeStability(), ""},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.about);
+    const std::string file = Saved(c.sounding);
+    std::string all;
+    for (const char* mountain : {"default", "4000,2,0", "4000,0.1,180", "32000,50,0"}) {
+      const std::vector<std::string> words = {"--mountain", mountain, "--units", "english"};
+      for (const char* format : {"text", "csv", "json"}) {
+        std::vector<std::string> form = words;
+        form.insert(form.end(), {"--format", format, "--decay", "100,0.1"});
+        all += Waves(file, form).Out;
+      }
+      std::vector<std::string> explained = words;
+      explained.emplace_back("--explain");
+      all += Waves(file, explained).Out;
+    }
+    static const std::regex notANumber("\\b(nan|inf)\\b", std::regex::icase);
+    EXPECT_FALSE(std::regex_search(all, notANumber));
+    EXPECT_NE(all.find("There are no waves present."), std::string::npos);
+    EXPECT_NE(all.find(c.reason), std::string::npos);
+  }
+}
+
+TEST_F(WavesTest, RefusesWhatIsNoMountain) {
+  const std::string file = Saved(test::ReferenceWinter());  // 394 ft above the sea
+  struct Case {
+    std::vector<std::string> words;
+    const char* says;
+    int exit;
+  };
+  const Case cases[] = {
+      {{"--mountain", "99,2,0"}, "Mountain #1 - Height  Data is out of range.", kExitUsage},
+      {{"--mountain", "32001,2,0"}, "Mountain #1 - Height", kExitUsage},
+      {{"--mountain", "4000,0.05,0"}, "Mountain #1 - Half-Width", kExitUsage},
+      {{"--mountain", "4000,2,361"}, "Mountain #1 - Axis", kExitUsage},
+      {{"--mountain", "4000,2,0", "--second", "4000,2,0,0.5"},
+       "Mountain #1 - #2 Distance",
+       kExitUsage},
+      {{"--mountain", "4000,2"}, "--mountain takes three numbers", kExitUsage},
+      {{"--second", "4000,2,0,10"}, "--second needs a --mountain", kExitUsage},
+      {{"--decay", "101,1"}, "--decay takes", kExitUsage},
+      {{"--mountain", "390,2,0"},
+       "Mountain height must be greater than the sounding station elevation.",
+       kExitInputFailed},
+      {{"--mountain", "4000,2,0", "--second", "390,2,0,10"},
+       "Mountain height must be greater than the sounding station elevation.",
+       kExitInputFailed},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.words.back());
+    std::vector<std::string> words = c.words;
+    words.insert(words.end(), {"--units", "english"});
+    const Ran ran = Waves(file, words);
+    EXPECT_EQ(ran.Exit, c.exit);
+    EXPECT_NE(ran.Err.find(c.says), std::string::npos) << ran.Err;
+    EXPECT_EQ(ran.Out.find("Wavelength"), std::string::npos);
+  }
+}
+
+TEST_F(WavesTest, OneLevelIsNoSounding) {
+  const std::string file = Saved(OneLevel());
+  const Ran ran = Waves(file, {});
+  EXPECT_EQ(ran.Exit, kExitInputFailed);
+  EXPECT_TRUE(ran.Err.starts_with("vexa-cli: " + file + ": ")) << ran.Err;
+  EXPECT_EQ(ran.Out, "");
+}
+
+// The analysis, the listing, the picture and this command ask the same file for the same ridge.
+TEST_F(WavesTest, AllFormsTakeTheMountainOfTheStation) {
+  SoundingRecord sounding = test::ReferenceWinter();
+  sounding.StationTitle = "16080 - Milano";
+  const std::string file = Saved(sounding);
+  const std::filesystem::path root = folder.Path() / "root";
+  std::filesystem::create_directory(root);
+  ASSERT_FALSE(
+      SaveFile(root / "VEXA.MTN", std::string(17, '\n') + "old\n16080,3675,2,0,0,0,0,0\n99999\n"));
+  const std::vector<std::string> at = {"--root", TextFromPath(root)};
+  const auto with = [&](std::vector<std::string> words) {
+    words.insert(words.end(), at.begin(), at.end());
+    return RunWords(words);
+  };
+  const auto waves = nlohmann::json::parse(with({"waves", file, "--format", "json"}).Out);
+  const auto analysed = nlohmann::json::parse(with({"analyze", file, "--format", "json"}).Out);
+  EXPECT_FALSE(waves["default mountain"]);
+  EXPECT_FALSE(analysed["waves"]["default mountain"]);
+  EXPECT_EQ(analysed["waves"]["waves"], waves["waves"]);
+  ASSERT_FALSE(waves["waves"].empty());
+  // The half-width of 2 nm is that of every wave, where the default mountain has one for each.
+  for (const auto& wave : waves["waves"]) EXPECT_NEAR(wave["half-width"], 3.704, 1e-9);
+  const std::string listed = with({"list", file, "--listing", "summary"}).Out;
+  std::filesystem::remove(root / "VEXA.MTN");
+  EXPECT_NE(listed, with({"list", file, "--listing", "summary"}).Out);
+}
+
+}  // namespace
+}  // namespace vexa::cli

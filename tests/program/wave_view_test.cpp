@@ -1,0 +1,145 @@
+// The mountains and options that the wave windows keep, and their files.
+#include "program/wave_view.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "core/files.h"
+#include "core/raw_file.h"
+#include "mountainwave/mountain_file.h"
+#include "program/displays.h"
+#include "support/soundings.h"
+
+namespace vexa {
+namespace {
+
+using mountainwave::MountainChoice;
+using mountainwave::MountainParameters;
+using mountainwave::Site;
+
+constexpr MountainParameters kEntered{{4000, 3, 0}, 0, {}};
+constexpr MountainParameters kOfMilan{{9800, 8, 80}, 0, {}};
+
+class WaveViewTest : public testing::Test {
+ protected:
+  WaveViewTest() {
+    program.Doc.AskThrough(&user);
+    program.Where = FoldersBelow(folder.Path());
+    std::filesystem::create_directories(program.Where.Data);
+    EXPECT_FALSE(SaveFile(folder.Path() / mountainwave::kMountainFileName,
+                          std::string(17, '\n') + "old\n16080,9800,8,80,0,0,0,0\n99999\n"));
+    Open("milan.RAW", 16080);
+  }
+  std::filesystem::path Saved(const std::string& name, int station) {
+    SoundingRecord sounding = test::ReferenceWinter();
+    sounding.StationTitle = std::to_string(station) + " - Somewhere";
+    const auto path = folder.Path() / name;
+    EXPECT_FALSE(SaveFile(path, WriteRaw(sounding)));
+    return path;
+  }
+  void Open(const std::string& name, int station) {
+    ASSERT_TRUE(Refresh(program, OpenSoundings(program, {Saved(name, station)})));
+  }
+  int Marks() const {
+    return static_cast<int>(std::ranges::count(program.Plot->Page.Items(), "layer", &Item::Tag));
+  }
+
+  test::TemporaryFolder folder;
+  test::ScriptedInteraction user;
+  Program program;
+};
+
+// A station of the file brings its own mountains; one that it does not know leaves those in force.
+TEST_F(WaveViewTest, MountainsFollowTheStation) {
+  EXPECT_EQ(MountainsNow(program), Site(kOfMilan));
+  EnterMountains(program, kEntered);
+  EXPECT_EQ(MountainsNow(program), Site(kEntered));
+  Open("unknown.RAW", 16044);
+  EXPECT_EQ(MountainsNow(program), Site(kEntered));
+  EnterMountains(program, kEntered);
+  Open("milan.RAW", 16080);
+  EXPECT_EQ(MountainsNow(program), Site(kOfMilan));
+  ChooseMountains(program, MountainChoice::Default);
+  EXPECT_EQ(MountainsNow(program), Site{});
+  ChooseMountains(program, MountainChoice::Station);
+  EXPECT_EQ(MountainsNow(program), Site(kOfMilan));
+}
+
+TEST_F(WaveViewTest, TheDiagramMarksWhatIsAskedFor) {
+  ChooseMountains(program, MountainChoice::Default);
+  EXPECT_EQ(Marks(), 0);
+  for (const auto& [layers, marks] : {std::pair{WaveLayers::All, 2}, {WaveLayers::Selected, 1}}) {
+    ASSERT_TRUE(Refresh(program, MarkWaves(program, layers)));
+    EXPECT_EQ(Marks(), marks);  // 880 and 250 hPa
+  }
+}
+
+TEST_F(WaveViewTest, AWaveOutsideTheDiagramAdjustsIt) {
+  ChooseMountains(program, MountainChoice::Default);
+  mountainwave::WaveOptions options = WaveOptionsOf(program, program.Set);
+  options.UpperLimit = 500;
+  ChangeWaveOptions(program, options);
+  SelectWave(program, 1);  // 880 hPa
+  EXPECT_TRUE(user.Boxes.empty());
+  user.Expect("Mountain-Wave", Answer::Ok);
+  SelectWave(program, 2);  // 250 hPa
+  ASSERT_EQ(user.Boxes.size(), 1U);
+  EXPECT_EQ(user.Boxes[0].Text, "Diagram will be adjusted so selected Wave can be viewed.");
+  EXPECT_LT(WaveOptionsOf(program, program.Set).UpperLimit, 250);
+  SelectWave(program, 2);
+}
+
+TEST_F(WaveViewTest, FilesBringBackSoundingMountainsAndOptions) {
+  EnterMountains(program, kEntered);
+  MarkWaves(program, WaveLayers::Selected);
+  mountainwave::WaveOptions options = WaveOptionsOf(program, program.Set);
+  options.DecayOn = true;
+  options.UpperLimit = 300;
+  ChangeWaveOptions(program, options);
+  const std::filesystem::path file = folder.Path() / "case.WVS";
+  ASSERT_FALSE(SaveWaveFile(program, file));
+
+  Program other;
+  other.Doc.AskThrough(&user);
+  other.Where = program.Where;
+  const auto sounding = SoundingOf(mountainwave::ReadWaveState(ReadFile(file).Value()), file);
+  ASSERT_TRUE(sounding);
+  ASSERT_TRUE(Refresh(other, OpenSounding(other, sounding->File, sounding->Index)));
+  EXPECT_EQ(other.Current.FileName, "milan.RAW");
+  ASSERT_FALSE(OpenWaveFile(other, file));
+  EXPECT_EQ(MountainsNow(other), Site(kEntered));
+  EXPECT_EQ(other.Set.Waves, WaveLayers::Selected);
+  EXPECT_EQ(WaveOptionsOf(other, other.Set), options);
+  const DisplayRow& display = *DisplayNamed(AllDisplays(), "MountainWave");
+  const Surface on{9000, 7000};
+  EXPECT_EQ(ToSvg(DrawDisplay(display, other, on), 900, 700),
+            ToSvg(DrawDisplay(display, program, on), 900, 700));
+  const auto missing = OpenWaveFile(other, folder.Path() / "none.WVS");
+  ASSERT_TRUE(missing);
+  EXPECT_EQ(missing->Number, kFaultFileNotFound);
+}
+
+TEST_F(WaveViewTest, TheFolderKeepsOptionsAndMountains) {
+  EXPECT_FALSE(KeepWaveState(program));
+  EXPECT_FALSE(StampOf(folder.Path() / mountainwave::WaveStateFile()))
+      << "there is nothing to keep";
+  EnterMountains(program, kEntered);
+  mountainwave::WaveOptions options = WaveOptionsOf(program, program.Set);
+  options.Units = mountainwave::kEnglishUnits;
+  ChangeWaveOptions(program, options);
+  ASSERT_FALSE(KeepWaveState(program));
+  ASSERT_FALSE(KeepWaveOptions(program));
+  Program next;
+  next.Doc.AskThrough(&user);
+  next.Where = program.Where;
+  LoadWaveFiles(next);
+  EXPECT_EQ(WaveOptionsOf(next, next.Set), options);
+  ASSERT_TRUE(Refresh(next, OpenSoundings(next, {Saved("unknown.RAW", 16044)})));
+  EXPECT_EQ(MountainsNow(next), Site(kEntered));
+  ASSERT_TRUE(Refresh(next, OpenSoundings(next, {Saved("milan.RAW", 16080)})));
+  EXPECT_EQ(MountainsNow(next), Site(kOfMilan));
+}
+
+}  // namespace
+}  // namespace vexa
