@@ -89,6 +89,7 @@ const std::vector<std::string> kDefaultReport = {
     "Surface line = true",
     "All TTAA lines = false",
     "Auto display analyses = true",
+    "Front marks = true",
     "Analyses box = true",
     "Wind plots box = true",
     "Shade ground block = true",

@@ -83,8 +83,12 @@ TEST(Options, NoneOfTheDiagramIsWithoutEffect) {
     const SoundingRecord& Sounding;
     const Options& Set;
   };
-  const Scene scenes[] = {
-      {sounding, Options{}}, {sounding, manual}, {high, stretched}, {sounding, heights}};
+  const SoundingRecord frontal = test::ReferenceWinter();
+  const Scene scenes[] = {{sounding, Options{}},
+                          {sounding, manual},
+                          {high, stretched},
+                          {sounding, heights},
+                          {frontal, Options{}}};
   std::vector<std::string> plain;
   for (const Scene& scene : scenes) plain.push_back(Seen(scene.Sounding, scene.Set));
 
