@@ -207,6 +207,8 @@ TEST_F(WindowTest, PointerAndKeysReadTheDiagram) {
     QApplication::sendEvent(&window.View(), &move);
     EXPECT_EQ(Text("CursorReadout"), "700 mb   10.0 C   PT 313.5 K     Temp:8.6 C  Td:-3.2 C");
   }
+  window.resize(900, 700);  // the middle of this page lies in the diagram's frame
+  QApplication::processEvents();
   QKeyEvent left(QEvent::KeyPress, Qt::Key_Left, Qt::NoModifier);
   QApplication::sendEvent(&window.View(), &left);  // from the middle of the page
   const std::string middle = Text("CursorReadout");

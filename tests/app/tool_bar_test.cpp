@@ -124,6 +124,7 @@ TEST_F(ToolBarTest, WindowsAreDarkAroundADarkDiagram) {
   const QPalette before = QApplication::palette();
   program.Set.Screen = ScreenColor::Black;
   window.Show({.View = true});
+  QCoreApplication::processEvents();
   EXPECT_LT(window.menuBar()->palette().color(QPalette::Window).lightness(), 60);
   EXPECT_GT(window.menuBar()->palette().color(QPalette::WindowText).lightness(), 200);
   program.Set.Screen = ScreenColor::White;
