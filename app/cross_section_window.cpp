@@ -10,6 +10,7 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QVBoxLayout>
 #include <utility>
 
@@ -27,7 +28,6 @@ using crosssection::FieldRow;
 using crosssection::SectionKind;
 
 constexpr QSize kSmallestSection(760, 520);
-constexpr int kSelectorWidth = 190;  // pixels
 constexpr const char* kDatasetFilter = "Cross-Section DataSets (*.SEC)|*.SEC|All Files (*.*)|*.*";
 
 }  // namespace
@@ -163,7 +163,6 @@ QWidget* CrossSectionWindow::BuildSelector() {
     button->setToolTip(ToQString(field.Button));
     button->setCheckable(true);
     button->setAutoDefault(false);
-    button->setMinimumWidth(20);
     connect(button, &QPushButton::clicked, this, [this, code = field.Code] { Choose(code); });
     buttons_[field.Code] = button;
     grid->addWidget(button, count / 2, count % 2);
@@ -174,7 +173,9 @@ QWidget* CrossSectionWindow::BuildSelector() {
   around->setWidget(inside);
   around->setWidgetResizable(true);
   around->setFrameShape(QFrame::NoFrame);
-  around->setFixedWidth(kSelectorWidth);
+  around->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  around->setFixedWidth(inside->sizeHint().width() +
+                        around->verticalScrollBar()->sizeHint().width());
   return around;
 }
 

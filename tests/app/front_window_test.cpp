@@ -71,7 +71,8 @@ class FrontWindowTest : public testing::Test {
     const Picture& page = Fronts().Page();
     const fronts::FrontPlot plot =
         PlotFrontsOf(program, program.Set, {page.Width(), page.Height(), Medium::Screen});
-    const fronts::FrontLayer& one = FrontsOf(program).Layers.at(layer);
+    const fronts::FrontResults found = FrontsOf(program);
+    const fronts::FrontLayer& one = found.Layers.at(layer);
     return plot.Mapping.ToPoint({(one.Lower.U + one.Upper.U) / 2, (one.Lower.V + one.Upper.V) / 2});
   }
 

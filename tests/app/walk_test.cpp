@@ -91,8 +91,8 @@ struct Desk {
     EXPECT_FALSE(SaveFile(folder.Path() / name, WriteRaw(record)));
     return TextFromPath(folder.Path() / name);
   }
-  // Three soundings in the list, the middle one changed twice and taken back once, the diagram enlarged: every
-  // entry that ever can be chosen is open.
+  // Three soundings in the list, the middle one changed twice and taken back once, the diagram
+  // enlarged: every entry that ever can be chosen is open.
   void Load() {
     const auto path = [this](const char* name) { return folder.Path() / name; };
     Saved("first.RAW", test::ReferenceWinter());
@@ -219,7 +219,7 @@ TEST(Walk, EveryCommandRunsWithoutASounding) {
     if (entry->isVisible() && !entry->isEnabled()) {
       const std::string hint = entry->statusTip().toStdString();
       EXPECT_TRUE(hint.starts_with("Not in this version: ") ||
-                  (hint.starts_with('(') && hint.find(") needs a") != std::string::npos))
+                  (hint.starts_with('(') && hint.find(") needs ") != std::string::npos))
           << hint;
     }
     desk.user.Other = {};  // nothing may be loaded on the way
@@ -311,8 +311,9 @@ bool IsControl(const QWidget& widget) {
   }
   return qobject_cast<const QComboBox*>(&widget) != nullptr ||
          qobject_cast<const QAbstractSpinBox*>(&widget) != nullptr ||
-         qobject_cast<const QPlainTextEdit*>(&widget) != nullptr ||
-         qobject_cast<const QTextEdit*>(&widget) != nullptr ||
+         ((qobject_cast<const QPlainTextEdit*>(&widget) != nullptr ||
+           qobject_cast<const QTextEdit*>(&widget) != nullptr) &&
+          widget.focusPolicy() != Qt::NoFocus) ||
          dynamic_cast<const DiagramView*>(&widget) != nullptr;
 }
 
