@@ -10,6 +10,7 @@
 #include <QListWidget>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScrollBar>
 #include <QShortcut>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
@@ -87,6 +88,9 @@ HodoFrontForm::HodoFrontForm(Program& program, std::function<void(Changes)> chan
   events.Changed = [this] { changed_({.View = true}); };
   events.Refused = [this](const QString& text, QWidget*) { message_->setText(text); };
   settings_ = new OptionPage(FrontFieldsOf(program_), std::move(events), this);
+  settings_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  settings_->setMinimumWidth(settings_->widget()->sizeHint().width() +
+                             settings_->verticalScrollBar()->sizeHint().width());
   middle->addWidget(settings_, 2);
   middle->addWidget(BuildLayers(), 3);
   whole->addLayout(middle, 1);
@@ -97,6 +101,8 @@ HodoFrontForm::HodoFrontForm(Program& program, std::function<void(Changes)> chan
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::close);
   whole->addWidget(buttons);
+  constexpr QSize kUsual(780, 560);
+  resize(kUsual);
   Follow();
 }
 

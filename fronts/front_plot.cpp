@@ -556,7 +556,7 @@ PageLayout Cut(const Pages& page, const Surface& surface) {
       {.Name = "captions", .At = Place::Under, .LeastHeight = Px(30), .Priority = 3},
       {.Name = "texts",
        .At = Place::Under,
-       .LeastHeight = BoxHeight(texts),
+       .LeastHeight = BoxHeight(texts) + kBoxPadding,
        .Priority = 2,
        .Caption = "character",
        .Elsewhere = "listing"},
