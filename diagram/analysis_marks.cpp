@@ -150,7 +150,7 @@ void DrawFronts(Plot& plot) {
                 {ink, 26, LineStyle::Solid});
     plot.Marks.Add({*y,
                     std::string(front.Cold ? "Cold" : "Warm") + " Front " +
-                        ShownHeightText(plot, front.Height),
+                        Mask(FeetFromMeters(ShownHeight(plot, front.Height)), "####0") + " ft ",
                     "front label", ink, kFrontPriority,
                     std::string(front.Cold ? "Cold" : "Warm") + " Front"});
   }

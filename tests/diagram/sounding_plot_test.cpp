@@ -346,7 +346,7 @@ TEST(SoundingPlot, DarklinesDarkenEveryGridFamily) {
   }
 }
 
-TEST(SoundingPlot, FrontMarksFollowTheUnitAndCanBeHidden) {
+TEST(SoundingPlot, FrontMarksAreInFeetAndCanBeHidden) {
   const SoundingRecord sounding = test::ReferenceConvective();
   Options options;
   const analysis::AnalysisResults results = analysis::Analyse(sounding, options);
@@ -355,19 +355,13 @@ TEST(SoundingPlot, FrontMarksFollowTheUnitAndCanBeHidden) {
   // 3000 m are 9842.5 ft.
   struct Case {
     LengthUnits unit;
-    HeightMode mode;
     bool isShown;
     std::vector<std::string> labels;
   };
-  for (const Case& c : {Case{LengthUnits::Meter, HeightMode::Msl, true, {"Cold Front 3000 m"}},
-                        Case{LengthUnits::Feet, HeightMode::Msl, true, {"Cold Front 9843 ft"}},
-                        Case{LengthUnits::Meter,
-                             HeightMode::Agl,
-                             true,
-                             {"Cold Front " + Shortest(ToWhole(3000 - sounding.ElevM)) + " m AGL"}},
-                        Case{LengthUnits::Meter, HeightMode::Msl, false, {}}}) {
+  for (const Case& c : {Case{LengthUnits::Meter, true, {"Cold Front 9843 ft "}},
+                        Case{LengthUnits::Feet, true, {"Cold Front 9843 ft "}},
+                        Case{LengthUnits::Meter, false, {}}}) {
     options.GpmUnits = c.unit;
-    options.Heights = c.mode;
     options.ShowFronts = c.isShown;
     const SoundingPlot plot = *PlotSounding(input);
     EXPECT_EQ(Texts(plot.Page, "front label"), c.labels);
@@ -393,9 +387,8 @@ TEST(SoundingPlot, ComparesAndOverlays) {
   EXPECT_TRUE(titles[0].starts_with("#1 - Reference A, convective // 35.2N 97.4W // CAPE total "));
   EXPECT_EQ(titles[1], "#2 - Reference B, winter // 45.0N 8.0E");
   EXPECT_EQ(Tagged(plot.Page, "other temperature").size(), 1u);
-  // In the unit of all heights.
   EXPECT_EQ(Texts(plot.Page, "front label"),
-            (std::vector<std::string>{"Warm Front 5000 m", "Cold Front 3000 m"}));
+            (std::vector<std::string>{"Warm Front 16404 ft ", "Cold Front 9843 ft "}));
   // A zone that is not the front has its bar only, and a front of one height no bar.
   EXPECT_EQ(Tagged(plot.Page, "front zone").size(), 2u);
   EXPECT_EQ(Texts(plot.Page, "hold time"),
