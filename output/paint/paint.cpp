@@ -35,7 +35,8 @@ namespace {
 
 constexpr double kHairlinePt = 0.24;  // on paper; a screen's hairline is one of its pixels
 constexpr double kAboutOnePixel = 1.5;
-constexpr double kLeastStep = 0.5;  // device pixels
+constexpr double kLeastStep = 0.5;    // device pixels
+constexpr double kMostCachedPx = 64;  // higher letters are drawn as outlines on a screen too
 
 QColor ToColor(Color ink) {
   return {ink.Red, ink.Green, ink.Blue, ink.Alpha};
@@ -58,6 +59,18 @@ struct SetText {
   std::optional<QGlyphRun> Letters{};
   double Width = 0;
 };
+
+// The toolkit leaves the fraction of a pixel at which it last drew a letter with a face, and moves
+// the face's outlines by it. A letter drawn at a whole pixel clears it; a font of another size is
+// fresh, so that the letter is drawn and not remembered.
+void ForgetFraction(const QFont& font) {
+  constexpr double kOtherPx = 10;
+  QRawFont letters = QRawFont::fromFont(font);
+  const QList<quint32> glyphs = letters.glyphIndexesForString(QStringLiteral("x"));
+  if (glyphs.isEmpty()) return;
+  letters.setPixelSize(letters.pixelSize() == kOtherPx ? kOtherPx + 1 : kOtherPx);
+  letters.alphaMapForGlyph(glyphs.front(), QRawFont::PixelAntialiasing);
+}
 
 class Painter {
  public:
@@ -312,7 +325,9 @@ class Painter {
     font.setKerning(false);  // as texts are measured (picture/text_width.h)
     const QFontMetricsF metrics(font, painter_.device());
     SizedFont made{label.Font, label.Bold, size, font, metrics, metrics.capHeight()};
-    if (isRaster_) made.Letters = QRawFont::fromFont(QFont(font, painter_.device()));
+    if (isRaster_) made.Letters = QRawFont::fromFont(DeviceFont(font));
+    const bool asOutlines = !isRaster_ || size * toDevice_ > kMostCachedPx;
+    if (asOutlines) ForgetFraction(DeviceFont(font));
     return fonts_.emplace_back(std::move(made));
   }
 
@@ -380,7 +395,7 @@ class Painter {
     const double radius = kHaloShare * font.Size;
     if (!isRaster_) {
       QPainterPath outline;
-      outline.addText(at, DeviceFont(font), text.Text);
+      outline.addText(at, DeviceFont(font.Font), text.Text);
       painter_.strokePath(outline, QPen(ToColor(label.Halo), 2 * radius, Qt::SolidLine,
                                         Qt::RoundCap, Qt::RoundJoin));
       return;
@@ -409,7 +424,7 @@ class Painter {
   }
 
   // A path takes its letters at the screen's resolution; the surface may have another.
-  QFont DeviceFont(const SizedFont& font) const { return QFont(font.Font, painter_.device()); }
+  QFont DeviceFont(const QFont& font) const { return QFont(font, painter_.device()); }
 
   void Draw(const Inset& inset) {
     if (inset.Content.Get() == nullptr) return;

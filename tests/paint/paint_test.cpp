@@ -163,6 +163,35 @@ TEST(Paint, HalosClearWhatLiesAroundTheLetters) {
 }
 
 // A grid under a trace that changes, at several sizes and with another grid in between.
+// Letters that a process drew before, on any surface at any size, leave no trace in a document.
+TEST(Paint, ADocumentIsTheSameWhateverWasPaintedBefore) {
+  Picture page(9600, 7200, kWhite);
+  double y = 200;
+  for (const double size : {132.0, 156.0, 240.0}) {
+    for (const bool bold : {false, true}) {
+      for (const Face face : {Face::Sans, Face::Mono}) {
+        page.Add("label", Label{.At = {200, y},
+                                .Text = "LCL 910 hPa 866 m AVATAR 0123456789 -20 \u00B0",
+                                .Size = size,
+                                .Font = face,
+                                .Ink = kBlack,
+                                .Bold = bold,
+                                .Halo = kWhite});
+        y += 2 * size;
+      }
+    }
+  }
+  const auto document = [&page](int widthPx, int heightPx) {
+    return EncodePicture(page, "pdf", widthPx, heightPx).Value();
+  };
+  const std::string before = document(800, 600);
+  for (const int width : {400, 1000}) {
+    document(width, width * 3 / 4);
+    ToImage(page, width, width * 3 / 4);
+  }
+  EXPECT_EQ(document(800, 600) == before, true);
+}
+
 TEST(Paint, AKeptGroundGivesTheSamePixels) {
   const auto page = [](int shift, Color grid) {
     Picture made(1000, 700, kWhite);
