@@ -12,7 +12,6 @@
 #include "core/files.h"
 #include "core/markers.h"
 #include "core/numbers.h"
-#include "mountainwave/mountain_file.h"
 
 namespace vexa::cli {
 namespace {
@@ -41,12 +40,13 @@ int ForEachSounding(const Arguments& arguments, const CommandSetup& setup, Conso
                     Use&& use) {
   analysis::AdiabatTable adiabats;
   Inputs inputs(console, setup.Stations, setup.Index);
+  StationMountains mountains(setup.MountainFile, console);
   for (const std::string& file : arguments.Files) {
     std::optional<LoadedSounding> loaded = inputs.Load(file);
     if (!loaded) continue;
     const AnalysedSounding sounding(*std::move(loaded));
     ReportedSounding reported = report::ReportOf(sounding, file, setup.Settings.Set, &adiabats);
-    reported.Mountains = mountainwave::SiteOf(sounding.Record(), setup.MountainFile);
+    reported.Mountains = mountains.Of(sounding.Record());
     use(reported);
   }
   return inputs.ExitCode();

@@ -44,8 +44,19 @@ Outcome<CommandSetup> SetupOf(const Arguments& arguments, Console& console) {
   return setup;
 }
 
+mountainwave::Site StationMountains::Of(const SoundingRecord& sounding) {
+  mountainwave::Site own = mountainwave::MountainsOf(sounding);
+  if (own || file_.empty()) return own;
+  mountainwave::MountainLookup looked =
+      mountainwave::FindMountains(file_, mountainwave::StationOf(sounding));
+  if (looked.Wrong && told_.insert(looked.Wrong->Detail).second) {
+    ReportFault(console_, TextFromPath(file_), *looked.Wrong);
+  }
+  return looked.Found;
+}
+
 LoadedProgram::LoadedProgram(const CommandSetup& setup, Console& console)
-    : inputs_(console, program_.Stations, setup.Index) {
+    : inputs_(console, program_.Stations, setup.Index), mountains_(setup.MountainFile, console) {
   program_.Doc.AskThrough(&quiet_);
   program_.Settings = setup.Settings;
   program_.Stations = setup.Stations;
@@ -66,6 +77,7 @@ bool LoadedProgram::LoadAt(const std::string& file, std::optional<int> index) {
   std::optional<LoadedSounding> loaded = inputs_.Load(file, index);
   if (!loaded) return false;
   program_.Doc.Take(Document::GiveUpEdits(), *std::move(loaded));
+  mountains_.Of(program_.Current.Record);  // only for what it tells
   program_.Doc.Analyse(program_.Set, program_.Adiabats, {});
   return true;
 }

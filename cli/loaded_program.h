@@ -3,14 +3,17 @@
 #pragma once
 
 #include <filesystem>
+#include <set>
 #include <span>
 #include <string>
+#include <utility>
 
 #include "cli/commands.h"
 #include "cli/inputs.h"
 #include "cli/settings.h"
 #include "core/interaction.h"
 #include "core/station_list.h"
+#include "mountainwave/mountain.h"
 #include "program/program.h"
 
 namespace vexa::cli {
@@ -25,6 +28,21 @@ struct CommandSetup {
   std::span<const DisplayRow> Displays = AllDisplays();
 };
 Outcome<CommandSetup> SetupOf(const Arguments& arguments, Console& console);
+
+/// The mountains of soundings by the mountain file of a command. What is wrong with the file is
+/// told on the error output, the same fault once, and leaves the exit code alone: the default
+/// mountain stands in.
+class StationMountains {
+ public:
+  StationMountains(std::filesystem::path file, Console& console)
+      : file_(std::move(file)), console_(console) {}
+  mountainwave::Site Of(const SoundingRecord& sounding);
+
+ private:
+  std::filesystem::path file_;
+  Console& console_;
+  std::set<std::string> told_{};
+};
 
 /// A program with one sounding in work, analysed and not yet drawn.
 class LoadedProgram {
@@ -48,6 +66,7 @@ class LoadedProgram {
   SilentInteraction quiet_{};
   Program program_{};
   Inputs inputs_;
+  StationMountains mountains_;
 };
 
 }  // namespace vexa::cli

@@ -11,7 +11,6 @@
 #include "core/folders.h"
 #include "core/numbers.h"
 #include "core/platform.h"
-#include "mountainwave/mountain_file.h"
 #include "mountainwave/wave_listing.h"
 #include "report/wave_json.h"
 
@@ -65,8 +64,7 @@ Fault Wrong(std::string detail) {
 struct Asked {
   WaveOptions Set{};
   bool TakesDefault = false;
-  Site Given{};                          // by the command line
-  std::filesystem::path MountainFile{};  // else by station
+  Site Given{};  // by the command line; else by station
 };
 
 Outcome<Site> GivenMountains(const Arguments& arguments, const mountainwave::WaveUnits& units) {
@@ -113,19 +111,12 @@ Outcome<Asked> AskedBy(const Arguments& arguments, const CommandSetup& setup) {
   if (!given) return given.Error();
   asked.Given = given.Value();
   asked.TakesDefault = arguments.Value("--mountain") == kDefaultMountain;
-  asked.MountainFile = setup.MountainFile;
   return asked;
 }
 
-Site SiteFor(const SoundingRecord& sounding, const Asked& asked, Console& console) {
+Site SiteFor(const SoundingRecord& sounding, const Asked& asked, StationMountains& known) {
   if (asked.TakesDefault) return std::nullopt;
-  if (asked.Given) return asked.Given;
-  if (const Site own = mountainwave::MountainsOf(sounding)) return own;
-  if (asked.MountainFile.empty()) return std::nullopt;
-  const mountainwave::MountainLookup looked =
-      mountainwave::FindMountains(asked.MountainFile, mountainwave::StationOf(sounding));
-  if (looked.Wrong) ReportFault(console, TextFromPath(asked.MountainFile), *looked.Wrong);
-  return looked.Found;
+  return asked.Given ? asked.Given : known.Of(sounding);
 }
 
 constexpr std::string_view kCsvHeader =
@@ -165,9 +156,9 @@ Answer AnswerOf(const ReportedSounding& sounding, const mountainwave::WaveSource
 }
 
 bool IsBelowStation(const Site& given, const SoundingRecord& sounding) {
-  return given && (mountainwave::IsBelowStation(given->First.HeightFt, sounding) ||
-                   (given->HasSecond() &&
-                    mountainwave::IsBelowStation(given->Second.HeightFt, sounding)));
+  return given &&
+         (mountainwave::IsBelowStation(given->First.HeightFt, sounding) ||
+          (given->HasSecond() && mountainwave::IsBelowStation(given->Second.HeightFt, sounding)));
 }
 
 int RunWaves(const Arguments& arguments, Console& console) {
@@ -178,6 +169,7 @@ int RunWaves(const Arguments& arguments, Console& console) {
   if (!asked) return UsageError(console, kWavesCommand, asked.Error().Detail);
   Inputs inputs(console, setup.Value().Stations, setup.Value().Index);
   Answers answers(arguments, kCsvHeader, console);
+  StationMountains known(setup.Value().MountainFile, console);
   for (const std::string& file : arguments.Files) {
     std::optional<LoadedSounding> loaded = inputs.Load(file);
     if (!loaded) continue;
@@ -187,7 +179,7 @@ int RunWaves(const Arguments& arguments, Console& console) {
       inputs.Fail(file, "Mountain height must be greater than the sounding station elevation.");
       continue;
     }
-    const Site site = SiteFor(record, asked.Value(), console);
+    const Site site = SiteFor(record, asked.Value(), known);
     const ReportedSounding told = report::ReportOf(sounding, file, options);
     const WaveResults waves = mountainwave::ComputeWaves(record, told.Results.Levels, site);
     answers.Add(

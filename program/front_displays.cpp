@@ -100,20 +100,12 @@ std::vector<fronts::FrontMoment> FrontMoments(const Program& program) {
     if (isKnown) return;
     moments.push_back({hours, ShortTime(sounding.Time), sounding.StationTitle, results.Found});
   };
-  const auto addOther = [&](const AnalysedSounding& other) {
-    const SoundingRecord& sounding = other.Record();
-    if (!IsSameStation(here, sounding)) return;
+  add(here, FrontsOf(program));
+  for (const SharedSounding& other : SoundingsBeside(program)) {
+    const SoundingRecord& sounding = other->Record();
+    if (!IsSameStation(here, sounding)) continue;
     add(sounding, fronts::FindFronts(sounding, analysis::DeriveLevels(sounding, program.Set),
                                      program.Settings.Hodograph.Front));
-  };
-  add(here, FrontsOf(program));
-  for (const SharedSounding& other : program.Others) addOther(*other);
-  // A listed one that cannot be read is told of when it is stepped to.
-  for (std::size_t i = 0; i < program.Listed.Size(); ++i) {
-    if (i == program.Listed.Now()) continue;
-    const Outcome<SharedSounding> listed =
-        program.Listed.Get(i, {.Stations = &program.Stations, .Ask = nullptr});
-    if (listed) addOther(*listed.Value());
   }
   double first = moments.empty() ? 0 : moments.front().Hours;
   for (const fronts::FrontMoment& moment : moments) first = std::min(first, moment.Hours);

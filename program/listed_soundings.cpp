@@ -82,6 +82,18 @@ LoadPolicy PolicyOf(const Program& program) {
   return {.Stations = &program.Stations, .Ask = program.Current.Ask};
 }
 
+std::vector<SharedSounding> SoundingsBeside(const Program& program, std::size_t most) {
+  std::vector<SharedSounding> beside = program.Others;
+  for (std::size_t i = 0; i < program.Listed.Size() && beside.size() < most; ++i) {
+    if (i == program.Listed.Now()) continue;
+    Outcome<SharedSounding> listed =
+        program.Listed.Get(i, {.Stations = &program.Stations, .Ask = nullptr});
+    if (listed) beside.push_back(std::move(listed.Value()));
+  }
+  if (beside.size() > most) beside.resize(most);
+  return beside;
+}
+
 void ListSoundings(Program& program, SoundingSet listed) {
   program.Listed = std::move(listed);
   if (program.Listed.Size() > 1) TakeKeptHeaders(program);

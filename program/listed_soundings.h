@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -24,6 +25,12 @@ bool LoadListed(Program& program, Document::Leave leave, std::size_t index);
 /// The same with one that was loaded before.
 void TakeListed(Program& program, Document::Leave leave, std::size_t index,
                 const AnalysedSounding& listed);
+
+/// The soundings that were opened with the one in work, which is not among them: those of an
+/// overlay or a comparison, then the listed ones. What cannot be read is left out here; it is told
+/// of when it is stepped to.
+std::vector<SharedSounding> SoundingsBeside(
+    const Program& program, std::size_t most = std::numeric_limits<std::size_t>::max());
 
 /// "3/12  WHITMAN // 14 JUN 06 / 19:00 UTC", or with the file name in place of a header not yet
 /// read.

@@ -38,7 +38,8 @@ std::string_view NeedsAltered(const Program& program) {
 
 std::string_view NeedsSeveral(const Program& program) {
   if (!HasTemps(program)) return NeedsSounding(program);
-  return program.Listed.Size() > 1 ? "" : "needs a list of several soundings";
+  const bool hasOthers = program.Listed.Size() > 1 || !program.Others.empty();
+  return hasOthers ? "" : "needs a list of several soundings";
 }
 
 std::string_view NeedsEarlier(const Program& program) {

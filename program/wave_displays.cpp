@@ -1,7 +1,8 @@
 #include "program/wave_displays.h"
 
 #include <algorithm>
-#include <utility>
+#include <string>
+#include <tuple>
 #include <vector>
 
 #include "core/shown_values.h"
@@ -50,26 +51,22 @@ Picture PlotWaveSweep(const DisplayInput& from, const Surface& on) {
 // The mountain is that of the sounding in work for all of them: only the air changes.
 Picture PlotWaveSeries(const DisplayInput& from, const Surface& on) {
   const Program& program = from.In;
-  const auto titleOf = [](const SoundingRecord& record) {
-    const std::string time = TimeText(record.Time);
-    return time.empty() ? record.StationTitle : time;
-  };
-  constexpr std::size_t kMost = 120;
+  constexpr std::size_t kMost = 120;  // columns that can be told apart
+  const std::vector<SharedSounding> beside = SoundingsBeside(program, kMost - 1);
+  std::vector<const SoundingRecord*> soundings{&program.Current.Record};
+  for (const SharedSounding& other : beside) soundings.push_back(&other->Record());
+  std::ranges::stable_sort(soundings, {}, [](const SoundingRecord* sounding) {
+    const ObservationTime& at = sounding->Time;
+    return std::tuple(at.Year, at.Month, at.Day, at.Hour, at.Minute);
+  });
   const mountainwave::RidgeForm form =
       FormNow(program, mountainwave::AirOf(program.Current.Record, program.Results.Levels));
   std::vector<mountainwave::SeriesMember> members;
-  for (std::size_t i = 0; i < std::min(kMost, program.Listed.Size()); ++i) {
-    const SoundingSet::Member& listed = program.Listed.At(i);
-    SoundingRecord record = program.Current.Record;
-    if (i != program.Listed.Now()) {
-      Loading loading =
-          LoadSounding({.File = listed.File, .Index = listed.Index}, PolicyOf(program));
-      if (!loading.Sounding) continue;
-      record = std::move(loading.Sounding->Record);
-    }
-    const analysis::LevelProfile levels = analysis::DeriveLevels(record, from.Set);
-    members.push_back(
-        mountainwave::MemberOf(mountainwave::AirOf(record, levels), titleOf(record), form));
+  for (const SoundingRecord* sounding : soundings) {
+    const analysis::LevelProfile levels = analysis::DeriveLevels(*sounding, from.Set);
+    const std::string time = TimeText(sounding->Time);
+    members.push_back(mountainwave::MemberOf(mountainwave::AirOf(*sounding, levels),
+                                             time.empty() ? sounding->StationTitle : time, form));
   }
   return mountainwave::PlotSeries(members, form, WaveOptionsOf(program, from.Set).Units, from.Set,
                                   on);

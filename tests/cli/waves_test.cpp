@@ -225,5 +225,31 @@ TEST_F(WavesTest, AllFormsTakeTheMountainOfTheStation) {
   EXPECT_NE(listed, with({"list", file, "--listing", "summary"}).Out);
 }
 
+// A record that ends early is told of with its line, once for all soundings of a command; the
+// default mountain stands in, so that the command goes on.
+TEST_F(WavesTest, EveryCommandTellsOfADamagedMountainFile) {
+  SoundingRecord sounding = test::ReferenceWinter();
+  sounding.StationTitle = "16080 - Milano";
+  const std::string file = Saved(sounding);
+  const std::filesystem::path root = folder.Path() / "root";
+  std::filesystem::create_directory(root);
+  ASSERT_FALSE(SaveFile(root / "VEXA.MTN", std::string(17, '\n') + "old\n16080,3675,2\n"));
+  const std::string picture = TextFromPath(folder.Path() / "waves.svg");
+  for (std::vector<std::string> words :
+       {std::vector<std::string>{"waves", file, file},
+        {"analyze", file, file, "--format", "json"},
+        {"list", file, "--listing", "summary"},
+        {"plot", file, file, "--display", "WaveSeries", "-o", picture}}) {
+    words.insert(words.end(), {"--root", TextFromPath(root)});
+    const Ran ran = RunWords(words);
+    EXPECT_EQ(ran.Exit, kExitOk) << words.front();
+    EXPECT_EQ(ran.Err, "vexa-cli: " + TextFromPath(root / "VEXA.MTN") +
+                           ": Data file is corrupt, incomplete, or has incorrect format. (VEXA.MTN, "
+                           "line 20: station 16080 lacks one of its seven numbers)\n")
+        << words.front();
+  }
+  EXPECT_TRUE(std::filesystem::exists(picture));
+}
+
 }  // namespace
 }  // namespace vexa::cli
