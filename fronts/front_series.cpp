@@ -12,6 +12,7 @@
 #include "hodograph/compass.h"
 #include "hodograph/inks.h"
 #include "picture/layout.h"
+#include "picture/plot_page.h"
 #include "picture/shapes.h"
 #include "picture/text_width.h"
 
@@ -65,32 +66,16 @@ Axes AxesFor(const std::vector<FrontMoment>& moments, const Rect& frame) {
   return axes;
 }
 
-class SeriesPage {
- public:
+struct SeriesPage : PlotPage {
   SeriesPage(const DisplaySettings& set, const Surface& surface)
-      : Set(set),
+      : PlotPage(surface, hodograph::InksFor(set, set.HodoInvert)),
+        Set(set),
         Colors(hodograph::InksFor(set, set.HodoInvert)),
-        Inks(FrontInksFor(set, set.HodoInvert)),
-        Page(surface.Width, surface.Height, Colors.Paper) {}
-
-  void Write(std::string_view tag, Point at, std::string text, double size,
-             AnchorX across = AnchorX::Left, bool bold = false) {
-    Page.Add(tag, Label{.At = at,
-                        .Text = std::move(text),
-                        .Across = across,
-                        .Size = size,
-                        .Ink = Colors.Ink,
-                        .Bold = bold,
-                        .Halo = Colors.Paper});
-  }
-  void Line(std::string_view tag, std::vector<Point> points, const Pen& pen) {
-    Page.Add(tag, Polyline{.Points = std::move(points), .Stroke = pen});
-  }
+        Inks(FrontInksFor(set, set.HodoInvert)) {}
 
   const DisplaySettings& Set;
   hodograph::Inks Colors;
   FrontInks Inks;
-  Picture Page;
 };
 
 void DrawHeightAxis(SeriesPage& page, const Axes& axes) {
@@ -101,11 +86,11 @@ void DrawHeightAxis(SeriesPage& page, const Axes& axes) {
   for (double height = 0; height <= top + 1; height += step) {
     const double y = axes.Y(isFeet ? MetersFromFeet(height) : height);
     page.Line("height line", {{frame.Left, y}, {frame.Right, y}}, page.Colors.Ring);
-    page.Write("height", {frame.Left - Px(5), y}, Mask(height, "####0"), kSeriesNote,
-               AnchorX::Right);
+    page.Text("height", {frame.Left - Px(5), y}, Mask(height, "####0"), kSeriesNote,
+              AnchorX::Right);
   }
-  page.Write("height unit", {frame.Left - Px(5), frame.Top - Px(12)},
-             std::string(UnitWord(page.Set.GpmUnits)) + " AGL", kSeriesNote, AnchorX::Right);
+  page.Text("height unit", {frame.Left - Px(5), frame.Top - Px(12)},
+            std::string(UnitWord(page.Set.GpmUnits)) + " AGL", kSeriesNote, AnchorX::Right);
 }
 
 // Times as many as find room, with the first and every day's change told by their own texts.
@@ -116,8 +101,8 @@ void DrawTimes(SeriesPage& page, const Axes& axes, const std::vector<FrontMoment
     page.Line("time", {{x, axes.Frame.Top}, {x, axes.Frame.Bottom + Px(4)}}, page.Colors.Ring);
     const double half = TextWidth(moment.Time, kSeriesNote) / 2;
     if (x - half < free || x + half > page.Page.Width()) continue;
-    page.Write("time label", {x, axes.Frame.Bottom + Px(14)}, moment.Time, kSeriesNote,
-               AnchorX::Center);
+    page.Text("time label", {x, axes.Frame.Bottom + Px(14)}, moment.Time, kSeriesNote,
+              AnchorX::Center);
     free = x + half + Px(8);
   }
 }
@@ -125,16 +110,13 @@ void DrawTimes(SeriesPage& page, const Axes& axes, const std::vector<FrontMoment
 void DrawBar(SeriesPage& page, const Axes& axes, const FrontMoment& moment) {
   const double x = axes.X(moment.Hours);
   if (!moment.Found) {
-    page.Write("no front", {x, axes.Frame.Bottom - Px(10)}, "none", kSeriesNote, AnchorX::Center);
+    page.Text("no front", {x, axes.Frame.Bottom - Px(10)}, "none", kSeriesNote, AnchorX::Center);
     return;
   }
   const Front& front = *moment.Found;
   const FrontLayer& zone = front.Zone.Whole;
   const Rect bar{x - kBarWidth / 2, axes.Y(zone.Top), x + kBarWidth / 2, axes.Y(zone.Base)};
-  page.Page.Add("front", Area{.Rings = {{{bar.Left, bar.Top},
-                                         {bar.Right, bar.Top},
-                                         {bar.Right, bar.Bottom},
-                                         {bar.Left, bar.Bottom}}},
+  page.Page.Add("front", Area{.Rings = {OutlineOf(bar)},
                               .Fill = {page.Inks.Of(front.IsWarm()), FillStyle::Plain}});
   page.Page.AddHotSpot({bar, "front",
                         moment.Time + ": " + std::string(Text(front.Kind)) + ", " +
@@ -173,7 +155,7 @@ void DrawNames(SeriesPage& page, const Axes& axes, const std::vector<FrontMoment
     const double top = axes.Y(zone.Top) - Px(8) - 2 * kStep;
     double y = top > axes.Frame.Top + kStep ? top : axes.Y(zone.Base) + Px(10);
     for (const std::string& line : lines) {
-      page.Write("front name", {left + width / 2, y}, line, kSeriesNote, AnchorX::Center);
+      page.Text("front name", {left + width / 2, y}, line, kSeriesNote, AnchorX::Center);
       y += kStep;
     }
     free = left + width + Px(8);
@@ -192,9 +174,9 @@ Picture PlotFrontSeries(std::vector<FrontMoment> moments, const std::string& sta
   const PageLayout layout = CutPage(surface, rows);
   if (const Rect* title = layout.Find("title")) {
     const double size = LetterSize(Type::Title);
-    page.Write("title", {title->Left, (title->Top + title->Bottom) / 2},
-               Elided(station + ": front height in time", size, title->Width(), true), size,
-               AnchorX::Left, true);
+    page.Text("title", {title->Left, (title->Top + title->Bottom) / 2},
+              Elided(station + ": front height in time", size, title->Width(), true), size,
+              AnchorX::Left, true);
   }
   const Rect& region = *layout.Find("plot");
   Sort(moments);
@@ -209,11 +191,11 @@ Picture PlotFrontSeries(std::vector<FrontMoment> moments, const std::string& sta
   DrawNames(page, axes, moments);
   page.Line("frame", OutlineOf(frame), page.Colors.Frame);
   if (const Rect* captions = layout.Find("captions")) {
-    page.Write("caption", {captions->Left, (captions->Top + captions->Bottom) / 2},
-               Elided("Bars: frontal zone over the station, red warm, blue cold; joined where the "
-                      "next sounding has the same kind",
-                      kSeriesNote, captions->Width()),
-               kSeriesNote);
+    page.Text("caption", {captions->Left, (captions->Top + captions->Bottom) / 2},
+              Elided("Bars: frontal zone over the station, red warm, blue cold; joined where the "
+                     "next sounding has the same kind",
+                     kSeriesNote, captions->Width()),
+              kSeriesNote);
   }
   return std::move(page.Page);
 }

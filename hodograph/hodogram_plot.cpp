@@ -13,6 +13,7 @@
 #include "hodograph/inks.h"
 #include "picture/label_room.h"
 #include "picture/layout.h"
+#include "picture/plot_page.h"
 #include "picture/text_width.h"
 
 namespace vexa::hodograph {
@@ -96,15 +97,15 @@ double NiceStep(double most) {
   return step;
 }
 
-class Drawing {
+class Drawing : PlotPage {
  public:
   Drawing(const Hodogram& hodogram, const Hodogram3DSettings& settings, const Surface& surface)
-      : hodogram_(hodogram),
+      : PlotPage(surface, InksFor(hodogram.Set, hodogram.Set.HodoInvert)),
+        hodogram_(hodogram),
         settings_(settings),
         layout_(CutPage(surface, kRegions)),
         inks_(InksFor(hodogram.Set, hodogram.Set.HodoInvert)),
         view_(hodogram.Points, settings, *layout_.Find("view")),
-        page_(surface.Width, surface.Height, inks_.Paper),
         room_(*layout_.Find("view")) {}
 
   Picture Draw() && {
@@ -115,7 +116,7 @@ class Drawing {
            hodogram_.Points.empty() ? "This sounding has no winds."
                                     : "This sounding has a single wind.",
            LetterSize(Type::Value), AnchorX::Center);
-      return std::move(page_);
+      return std::move(Page);
     }
     GroundGrid();
     HeightAxis();
@@ -124,23 +125,10 @@ class Drawing {
     Curve();
     if (settings_.NorthPointer) NorthPointer();
     HeightLabels();
-    return std::move(page_);
+    return std::move(Page);
   }
 
  private:
-  void Line(std::string_view tag, std::vector<Point> points, const Pen& pen) {
-    page_.Add(tag, Polyline{.Points = std::move(points), .Stroke = pen});
-  }
-  void Text(std::string_view tag, Point at, std::string text, double size = kText,
-            AnchorX across = AnchorX::Left, bool bold = false) {
-    page_.Add(tag, Label{.At = at,
-                         .Text = std::move(text),
-                         .Across = across,
-                         .Size = size,
-                         .Ink = inks_.Ink,
-                         .Bold = bold,
-                         .Halo = inks_.Paper});
-  }
   bool Miles() const { return settings_.Distance == DistanceUnits::Miles; }
   double MetersPerUnit() const { return Miles() ? kMetersPerMile : 1000; }
   double GridStep() const { return NiceStep(view_.Reach / MetersPerUnit() / 5); }
@@ -324,8 +312,8 @@ class Drawing {
     };
     const Point to = at(0, 0.98);
     Line("north pointer", {at(0, 0.7), to}, inks_.North);
-    page_.Add("north pointer",
-              Area{.Rings = {{to, at(-0.025, 0.91), at(0.025, 0.91)}}, .Fill = {inks_.North.Ink}});
+    Page.Add("north pointer",
+             Area{.Rings = {{to, at(-0.025, 0.91), at(0.025, 0.91)}}, .Fill = {inks_.North.Ink}});
     const Point name = at(0, 1.07);
     const double half = TextWidth("North", kText, true) / 2;
     room_.Take({name.X - half, name.Y - kText / 2, name.X + half, name.Y + kText / 2});
@@ -337,7 +325,6 @@ class Drawing {
   PageLayout layout_;
   Inks inks_;
   View view_;
-  Picture page_;
   LabelRoom room_;
 };
 

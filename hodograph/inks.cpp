@@ -9,8 +9,7 @@ namespace vexa::hodograph {
 Inks InksFor(const ViewSettings& options, bool inverted) {
   const bool black = (options.Screen == ScreenColor::Black) != inverted;
   Inks inks;
-  inks.Paper = OnPaper(black).Paper;
-  inks.Ink = OnPaper(black).Ink;
+  static_cast<PaperAndInk&>(inks) = OnPaper(black);
   inks.Faint = Blend(inks.Ink, inks.Paper, 0.35);
   // On black the dark colours are lifted so that they stay visible.
   const auto ink = [&](Color color) { return black ? Blend(color, {255, 255, 255}, 0.3) : color; };

@@ -6,12 +6,11 @@
 #include "config/view_settings.h"
 #include "hodograph/wind_profile.h"
 #include "picture/picture.h"
+#include "picture/shapes.h"
 
 namespace vexa::hodograph {
 
-struct Inks {
-  Color Paper{};
-  Color Ink{};
+struct Inks : PaperAndInk {
   Color Faint{};
   Pen Frame{};
   Pen Ring{};

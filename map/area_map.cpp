@@ -9,6 +9,7 @@
 #include "picture/clip.h"
 #include "picture/label_room.h"
 #include "picture/layout.h"
+#include "picture/plot_page.h"
 #include "picture/text_width.h"
 
 namespace vexa::map {
@@ -19,14 +20,13 @@ constexpr std::string_view kMap = "map";
 constexpr double kNote = LetterSize(Type::Note);
 
 struct MapInks {
-  Color Paper{}, Land{}, Ink{}, Faint{};
+  Color Ink{}, Faint{};
   Pen Coast{}, Border{}, State{}, Grid{}, Line{}, Frame{};
 };
 
 MapInks InksFor(bool black) {
   MapInks inks;
-  inks.Paper = black ? Color{0, 0, 0} : Color{255, 255, 255};
-  inks.Ink = black ? Color{235, 235, 235} : Color{20, 20, 20};
+  inks.Ink = OnPaper(black).Ink;
   inks.Faint = black ? Color{150, 150, 150} : Color{110, 110, 110};
   inks.Coast = {black ? Color{120, 170, 220} : Color{40, 90, 150}, 14, LineStyle::Solid};
   inks.Border = {black ? Color{170, 150, 120} : Color{130, 105, 70}, 10, LineStyle::Solid};
@@ -37,10 +37,10 @@ MapInks InksFor(bool black) {
   return inks;
 }
 
-class Drawing {
+class Drawing : PlotPage {
  public:
   Drawing(const AreaMapInput& input, const Surface& on, const MapFrame* frame)
-      : input_(input), inks_(InksFor(input.OnBlack)), page_(on.Width, on.Height, inks_.Paper) {
+      : PlotPage(on, OnPaper(input.OnBlack)), input_(input), inks_(InksFor(input.OnBlack)) {
     constexpr RegionRow kRows[] = {
         {.Name = kTitle, .At = vexa::Place::Above, .LeastHeight = 480},
         {.Name = kMap, .At = vexa::Place::Main, .LeastWidth = 2000, .LeastHeight = 2000}};
@@ -68,36 +68,18 @@ class Drawing {
       for (const MapLine& line : input_.Lines) Lines(line);
       Stations();
     }
-    page_.Add("frame", Polyline{.Points = {{on_.Left, on_.Top},
-                                           {on_.Right, on_.Top},
-                                           {on_.Right, on_.Bottom},
-                                           {on_.Left, on_.Bottom},
-                                           {on_.Left, on_.Top}},
-                                .Stroke = inks_.Frame});
-    return {std::move(page_), std::move(at_)};
+    Line("frame", OutlineOf(on_), inks_.Frame);
+    return {std::move(Page), std::move(at_)};
   }
 
  private:
-  void Text(std::string_view tag, Point at, std::string text, double size, AnchorX across,
-            Color ink, bool bold = false) {
-    page_.Add(tag, Label{.At = at,
-                         .Text = std::move(text),
-                         .Across = across,
-                         .Size = size,
-                         .Ink = ink,
-                         .Bold = bold,
-                         .Halo = inks_.Paper});
-  }
-
   // A line of places in pieces on the map. A step farther than the map is large leads around the
   // globe and is no part of the line.
   void Path(std::string_view tag, const std::vector<Place>& places, const Pen& pen) {
     const double most = 3 * (on_.Width() + on_.Height());
     std::vector<Point> run;
     const auto close = [&] {
-      for (auto& piece : ClipPolyline(run, on_)) {
-        page_.Add(tag, Polyline{.Points = std::move(piece), .Stroke = pen});
-      }
+      for (auto& piece : ClipPolyline(run, on_)) Line(tag, std::move(piece), pen);
       run.clear();
     };
     for (const Place& place : places) {
@@ -150,8 +132,8 @@ class Drawing {
       const MapStation& station = input_.Stations[i];
       const std::optional<Point> at = at_.ToPage(station.At);
       if (!at || !on_.Contains(*at)) continue;
-      page_.Add("station mark", Circle{.Center = *at, .Radius = 42, .Fill = {inks_.Ink}});
-      if (input_.Symbol) input_.Symbol(page_, *at, at_.NorthAt(station.At), i);
+      Page.Add("station mark", Circle{.Center = *at, .Radius = 42, .Fill = {inks_.Ink}});
+      if (input_.Symbol) input_.Symbol(Page, *at, at_.NorthAt(station.At), i);
       const double width = TextWidth(station.Name, kNote);
       room.Take({at->X - 60, at->Y - 60, at->X + 60, at->Y + 60});
       if (const auto middle = room.Beside(*at, width, kNote, 90)) {
@@ -162,7 +144,6 @@ class Drawing {
 
   const AreaMapInput& input_;
   MapInks inks_;
-  Picture page_;
   PageLayout layout_{};
   Rect on_{};
   MapFrame at_{};

@@ -8,7 +8,7 @@
 
 #include "config/display_settings.h"
 #include "mountainwave/wave_listing.h"
-#include "picture/layout.h"
+#include "mountainwave/wave_mapping.h"
 #include "picture/picture.h"
 #include "picture/surface.h"
 
@@ -20,33 +20,6 @@ struct WavePlotInput {
   const analysis::LevelProfile& Levels;  // for heights by pressure
   const DisplaySettings& Look;           // screen colour
   bool RotorHints = true;
-};
-
-/// Kilometres downstream of the first ridge and above the station to places of the page, and back.
-class WaveMapping {
- public:
-  WaveMapping() = default;
-  /// byPress heights are spaced as the logarithm of their pressure
-  WaveMapping(const Rect& frame, double startKm, double endKm, double topKm, bool byPress,
-              const analysis::LevelProfile& levels);
-
-  const Rect& Frame() const { return frame_; }
-  double StartKm() const { return startKm_; }
-  double EndKm() const { return endKm_; }
-  double TopKm() const { return topKm_; }
-  double X(double km) const;
-  double Y(double heightKm) const;
-  double KmAt(double x) const;
-  double HeightAt(double y) const;  // km above the station
-
- private:
-  double Share(double heightKm) const;  // of the way from the ground to the top
-
-  Rect frame_{};
-  double startKm_ = -10;
-  double endKm_ = 50;
-  double topKm_ = 10;
-  std::vector<double> shares_{};  // at equal steps of height, when by pressure
 };
 
 /// The options with which the selected wave can be seen: the upper limit is lowered to a pressure
