@@ -20,6 +20,7 @@
 #include <string>
 #include <utility>
 
+#include "app/area_map_form.h"
 #include "app/cross_section_window.h"
 #include "app/drag_view.h"
 #include "app/front_window.h"
@@ -83,12 +84,12 @@ PlainDisplayWindow::PlainDisplayWindow(Program& program, const DisplayRow& row, 
   around_->setWidgetResizable(true);
   around_->setFrameShape(QFrame::NoFrame);
   layout->addWidget(around_, 1);
+  line_ = new QHBoxLayout;
   if (row.Controls != nullptr) {
-    auto* line = new QHBoxLayout;
-    for (const ControlRow& control : row.Controls()) line->addWidget(MakeControl(control));
-    line->addStretch(1);
-    layout->addLayout(line);
+    for (const ControlRow& control : row.Controls()) line_->addWidget(MakeControl(control));
+    line_->addStretch(1);
   }
+  layout->addLayout(line_);
   room_ = around_->viewport();
   room_->installEventFilter(this);
   resize(kUsual.boundedTo(screen()->availableSize() - kFrame));
@@ -179,10 +180,14 @@ void PlainDisplayWindow::Follow() {
   Draw();
 }
 
+Picture PlainDisplayWindow::Drawn(const Surface& on) {
+  return DrawDisplay(row_, program_, on);
+}
+
 void PlainDisplayWindow::Draw() {
   view_->Show(nullptr);  // the picture that it shows is about to go
   const Surface room = SurfaceOf(*room_);
-  page_ = DrawDisplay(row_, program_, room);
+  page_ = Drawn(room);
   // A page that does not fit comes higher than its room, and is scrolled.
   const double pixels = room_->height() * page_.Height() / room.Height;
   const bool isHigher = page_.Width() == room.Width && page_.Height() > room.Height;
@@ -241,9 +246,8 @@ struct OwnWindow {
 };
 
 constexpr OwnWindow kOwnWindows[] = {
-    {"CrossSection", Make<CrossSectionWindow>},
-    {"Hodograph", Make<HodographWindow>},
-    {"Hodofront", Make<FrontWindow>},
+    {"AreaMapForm", Make<AreaMapForm>},   {"CrossSection", Make<CrossSectionWindow>},
+    {"Hodograph", Make<HodographWindow>}, {"Hodofront", Make<FrontWindow>},
     {"MountainWave", Make<MountainWave>},
 };
 

@@ -64,18 +64,23 @@ class PlainDisplayWindow : public DisplayWindow {
   void Compose() override { Draw(); }
   void hideEvent(QHideEvent* event) override;
   void Escape() override;
+  /// The picture for its room.
+  virtual Picture Drawn(const Surface& on);
+  void Draw();
+  /// Where the row's controls stand, with room behind them.
+  QHBoxLayout& ControlLine() { return *line_; }
 
  private:
   QWidget* MakeControl(const ControlRow& control);
   QPushButton* MakeMotion(const ControlRow& control);
   void Use(const ControlRow& control, double value);
-  void Draw();
   void Point(const std::optional<vexa::Point>& at);
   bool Key(int key);
   void StopMotion();
 
   Picture page_{};
   QScrollArea* around_ = nullptr;
+  QHBoxLayout* line_ = nullptr;
   QPointF grabbed_{};
   std::vector<std::function<void()>> showValues_{};  // of the controls
   QTimer frames_{};

@@ -6,6 +6,7 @@
 #include <optional>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QWheelEvent>
 
 #include "app/diagram_view.h"
 
@@ -19,6 +20,8 @@ class DragView : public DiagramView {
   std::function<bool(Point page, QPointF widget)> OnPress{};
   std::function<void(std::optional<Point> page, QPointF widget)> OnDrag{};
   std::function<void()> OnRelease{};
+  /// The wheel was turned over a place by so many notches, away from the user positive.
+  std::function<void(Point page, double notches)> OnWheel{};
   /// True when the key was used.
   std::function<bool(int key)> OnKey{};
 
@@ -37,6 +40,13 @@ class DragView : public DiagramView {
     if (!dragging_) return DiagramView::mouseReleaseEvent(event);
     dragging_ = false;
     if (OnRelease) OnRelease();
+  }
+  void wheelEvent(QWheelEvent* event) override {
+    constexpr double kNotch = 120;  // of the angle's eighths of a degree
+    const std::optional<Point> at = PageAt(event->position());
+    if (!OnWheel || !at) return DiagramView::wheelEvent(event);
+    OnWheel(*at, event->angleDelta().y() / kNotch);
+    event->accept();
   }
   void keyPressEvent(QKeyEvent* event) override {
     if (!OnKey || !OnKey(event->key())) DiagramView::keyPressEvent(event);

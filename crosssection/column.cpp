@@ -176,6 +176,20 @@ double InitialBearing(double lat1, double lon1, double lat2, double lon2) {
   return Wrap360(std::atan2(east, north) * kDegPerRadian);
 }
 
+LinePlace PlaceOnLine(const GlobePlace& from, const GlobePlace& to, const GlobePlace& at) {
+  const double length = DistanceKm(from.Lat, from.Lon, to.Lat, to.Lon);
+  const double way = DistanceKm(from.Lat, from.Lon, at.Lat, at.Lon);
+  const double turn = Radians(InitialBearing(from.Lat, from.Lon, at.Lat, at.Lon) -
+                              InitialBearing(from.Lat, from.Lon, to.Lat, to.Lon));
+  // Of the right-angled triangle on the globe with the way as its longest side.
+  const double beside = std::asin(std::sin(way / kEarthKm) * std::sin(turn));
+  const double along =
+      kEarthKm * std::atan2(std::sin(way / kEarthKm) * std::cos(turn), std::cos(way / kEarthKm));
+  if (along <= 0) return {0, way};
+  if (along >= length) return {length, DistanceKm(to.Lat, to.Lon, at.Lat, at.Lon)};
+  return {along, kEarthKm * std::fabs(beside)};
+}
+
 double HoursBetween(const ObservationTime& from, const ObservationTime& to) {
   return static_cast<double>((PointInTime(to) - PointInTime(from)).count()) / 60;
 }

@@ -60,6 +60,17 @@ double DistanceKm(double lat1, double lon1, double lat2, double lon2);
 /// Direction in which it begins, degrees in (0, 360].
 double InitialBearing(double lat1, double lon1, double lat2, double lon2);
 
+/// A place in degrees beside a line between two others: how far along it from its begin, and how
+/// far from it or, beyond its ends, from these; km.
+struct GlobePlace {
+  double Lat = 0, Lon = 0;
+};
+struct LinePlace {
+  double AlongKm = 0;
+  double BesideKm = 0;
+};
+LinePlace PlaceOnLine(const GlobePlace& from, const GlobePlace& to, const GlobePlace& at);
+
 /// Hours from one time to another.
 double HoursBetween(const ObservationTime& from, const ObservationTime& to);
 

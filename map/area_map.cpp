@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 #include <optional>
 #include <utility>
+#include <variant>
 
 #include "core/numbers.h"
 #include "picture/clip.h"
@@ -18,14 +20,17 @@ namespace {
 constexpr std::string_view kTitle = "title";
 constexpr std::string_view kMap = "map";
 constexpr double kNote = LetterSize(Type::Note);
+constexpr double kFine = 8;  // units between two points of a line that nobody tells apart
+constexpr double kStatesBelowKm = 7000;  // across the map; wider ones have no state lines
 
 struct MapInks {
-  Color Ink{}, Faint{};
-  Pen Coast{}, Border{}, State{}, Grid{}, Line{}, Frame{};
+  Color Paper{}, Ink{}, Faint{};
+  Pen Coast{}, Border{}, State{}, Grid{}, Line{}, Laid{}, Frame{};
 };
 
 MapInks InksFor(bool black) {
   MapInks inks;
+  inks.Paper = OnPaper(black).Paper;
   inks.Ink = OnPaper(black).Ink;
   inks.Faint = black ? Color{150, 150, 150} : Color{110, 110, 110};
   inks.Coast = {black ? Color{120, 170, 220} : Color{40, 90, 150}, 14, LineStyle::Solid};
@@ -33,6 +38,7 @@ MapInks InksFor(bool black) {
   inks.State = {black ? Color{110, 100, 85} : Color{185, 170, 145}, 7, LineStyle::Solid};
   inks.Grid = {black ? Color{60, 60, 60} : Color{215, 215, 215}, 5, LineStyle::Solid};
   inks.Line = {black ? Color{255, 170, 90} : Color{200, 80, 0}, 24, LineStyle::Solid};
+  inks.Laid = {inks.Line.Ink, 18, LineStyle::Dash};
   inks.Frame = {inks.Ink, 14, LineStyle::Solid};
   return inks;
 }
@@ -48,7 +54,7 @@ class Drawing : PlotPage {
     const Rect* main = layout_.Find(kMap);
     on_ = main != nullptr ? *main : layout_.Page;
     if (frame != nullptr && frame->IsValid()) {
-      at_ = *frame;
+      at_ = frame->On() == on_ ? *frame : frame->Placed(on_);
     } else {
       std::vector<Place> places;
       for (const MapStation& station : input.Stations) places.push_back(station.At);
@@ -67,29 +73,44 @@ class Drawing : PlotPage {
       Graticule();
       for (const MapLine& line : input_.Lines) Lines(line);
       Stations();
+      GridLabels();
+      Scale();
     }
     Line("frame", OutlineOf(on_), inks_.Frame);
     return {std::move(Page), std::move(at_)};
   }
 
  private:
+  // Whether a step leads across the cut of a map that goes around the globe.
+  bool IsAcrossCut(const Place& from, const Place& to) const {
+    const auto middle = at_.MiddleLon();
+    return middle && std::fabs(std::remainder(to.Lon - *middle, 360.0) -
+                               std::remainder(from.Lon - *middle, 360.0)) > 180;
+  }
+
   // A line of places in pieces on the map. A step farther than the map is large leads around the
   // globe and is no part of the line.
-  void Path(std::string_view tag, const std::vector<Place>& places, const Pen& pen) {
+  std::vector<std::vector<Point>> Pieces(const std::vector<Place>& places) const {
     const double most = 3 * (on_.Width() + on_.Height());
+    std::vector<std::vector<Point>> pieces;
     std::vector<Point> run;
     const auto close = [&] {
-      for (auto& piece : ClipPolyline(run, on_)) Line(tag, std::move(piece), pen);
+      for (auto& piece : ClipPolyline(run, on_)) pieces.push_back(std::move(piece));
       run.clear();
     };
-    for (const Place& place : places) {
-      const std::optional<Point> at = at_.ToPage(place);
-      const bool breaks =
-          !at || (!run.empty() && std::hypot(at->X - run.back().X, at->Y - run.back().Y) > most);
-      if (breaks) close();
-      if (at) run.push_back(*at);
+    for (std::size_t i = 0; i < places.size(); ++i) {
+      const std::optional<Point> at = at_.ToPage(places[i]);
+      const auto way = [&] { return std::hypot(at->X - run.back().X, at->Y - run.back().Y); };
+      if (!at || (!run.empty() && (way() > most || IsAcrossCut(places[i - 1], places[i])))) close();
+      if (at && (run.empty() || i + 1 == places.size() || way() >= kFine)) run.push_back(*at);
     }
     close();
+    return pieces;
+  }
+  void Path(std::string_view tag, const std::vector<Place>& places, const Pen& pen) {
+    for (auto& piece : Pieces(places)) {
+      Page.Add(tag, Polyline{.Points = std::move(piece), .Stroke = pen});
+    }
   }
 
   void Lines(const MapLine& line) {
@@ -99,60 +120,187 @@ class Drawing : PlotPage {
       case LineKind::Border:
         return Path("border", line.Points, inks_.Border);
       case LineKind::State:
-        return Path("state", line.Points, inks_.State);
+        if (KmAcross() < kStatesBelowKm) Path("state", line.Points, inks_.State);
+        return;
     }
   }
 
-  // Lines of latitude and longitude that are so far apart that some ten cross the map.
+  double KmAcross() const { return std::max(on_.Width(), on_.Height()) / at_.PerKm(); }
+
+  // Lines of latitude and longitude that are so far apart that some ten cross the map. Near the
+  // pole the meridians keep apart and end before it.
   void Graticule() {
-    const double kmAcross = std::max(on_.Width(), on_.Height()) / at_.PerKm();
     double step = 30;
     for (const double finer : {20.0, 10.0, 5.0, 2.0, 1.0, 0.5}) {
-      if (kmAcross / 111 < 8 * step) step = finer;
+      if (KmAcross() / 111 < 8 * step) step = finer;
+    }
+    const auto middle = at_.ToPlace({(on_.Left + on_.Right) / 2, (on_.Top + on_.Bottom) / 2});
+    const double narrow = middle ? std::cos(middle->Lat * std::numbers::pi / 180) : 1;
+    double across = step;
+    for (const double wider : {5.0, 10.0, 20.0, 30.0}) {
+      if (across * narrow < 0.7 * step && wider > across) across = wider;
     }
     constexpr double kAlong = 1;  // degrees between two points of a line
     for (double lat = -90 + step; lat < 90; lat += step) {
       std::vector<Place> line;
       for (double lon = -180; lon <= 180; lon += kAlong) line.push_back({lat, lon});
-      Path("graticule", line, inks_.Grid);
+      GridLine(line, lat, lat > 0 ? "N" : "S", true);
     }
-    for (double lon = -180; lon < 180; lon += step) {
+    for (double lon = -180; lon < 180; lon += across) {
       std::vector<Place> line;
-      for (double lat = -89; lat <= 89; lat += kAlong) line.push_back({lat, lon});
-      Path("graticule", line, inks_.Grid);
+      const double end = std::fmod(lon + 360, 90) == 0 ? 90 : 90 - std::max(step, kAlong);
+      for (double lat = -end; lat <= end; lat += kAlong) line.push_back({lat, lon});
+      GridLine(line, lon, lon > 0 ? "E" : "W", false);
+    }
+  }
+
+  // A line of the graticule, and where it is named: parallels at the left edge, meridians at the
+  // lower one.
+  void GridLine(const std::vector<Place>& line, double degrees, std::string_view side,
+                bool isParallel) {
+    constexpr double kClose = 1;  // unit
+    for (const auto& piece : Pieces(line)) {
+      Page.Add("graticule", Polyline{.Points = piece, .Stroke = inks_.Grid});
+      for (const Point& end : {piece.front(), piece.back()}) {
+        const bool isEdge = isParallel ? end.X - on_.Left < kClose : on_.Bottom - end.Y < kClose;
+        if (!isEdge) continue;
+        const bool isPlain = degrees == 0 || degrees == -180;
+        gridLabels_.push_back(
+            {end,
+             Shortest(std::fabs(degrees)) + "°" + (isPlain ? std::string() : std::string(side)),
+             isParallel});
+      }
+    }
+  }
+
+  void GridLabels() {
+    LabelRoom& room = *room_;
+    for (const GridLabel& label : gridLabels_) {
+      const double width = TextWidth(label.Text, kNote);
+      const Point middle = label.IsParallel
+                               ? Point{on_.Left + width / 2 + 60, label.At.Y - 0.6 * kNote}
+                               : Point{label.At.X + width / 2 + 40, on_.Bottom - 0.6 * kNote};
+      const Rect taken{middle.X - width / 2, middle.Y - kNote / 2, middle.X + width / 2,
+                       middle.Y + kNote / 2};
+      if (!room.IsFree(taken)) continue;
+      room.Take(taken);
+      Text("degrees", middle, label.Text, kNote, AnchorX::Center, inks_.Faint);
+    }
+  }
+
+  // A stretch of kilometres in the lower right corner, true in the middle of the map.
+  void Scale() {
+    if (at_.Kind() == ProjectionKind::World) return;
+    double km = 1;
+    for (const double longer : {2.0, 5.0, 10.0, 20.0, 50.0, 100.0, 200.0, 500.0, 1000.0, 2000.0}) {
+      if (longer * at_.PerKm() < on_.Width() / 5) km = longer;
+    }
+    const Point right{on_.Right - 200, on_.Bottom - 180};
+    const Point left{right.X - km * at_.PerKm(), right.Y};
+    const Rect taken{left.X - 60, left.Y - 1.6 * kNote, right.X + 60, right.Y + 60};
+    if (!room_->IsFree(taken)) return;
+    const Pen pen{inks_.Ink, 14, LineStyle::Solid};
+    Page.Add("scale",
+              Polyline{.Points = {{left.X, left.Y - 50}, left, right, {right.X, right.Y - 50}},
+                       .Stroke = pen});
+    Text("scale", {(left.X + right.X) / 2, left.Y - 0.8 * kNote}, Shortest(km) + " km", kNote,
+         AnchorX::Center, inks_.Ink);
+  }
+
+  // Between stations the line is the shortest way.
+  std::vector<Place> Way(const std::vector<Place>& over) const {
+    std::vector<Place> way;
+    for (std::size_t i = 1; i < over.size(); ++i) {
+      for (const Place& place : GreatCircle(over[i - 1], over[i])) way.push_back(place);
+    }
+    return way;
+  }
+
+  // What a symbol covers stays free of names.
+  void TakeItemsFrom(std::size_t first, LabelRoom& room) const {
+    constexpr double kBeside = 30;
+    for (std::size_t i = first; i < Page.Items().size(); ++i) {
+      if (const auto* line = std::get_if<Polyline>(&Page.Items()[i].Shape)) {
+        room.AvoidLine(line->Points, kBeside);
+      }
     }
   }
 
   void Stations() {
-    LabelRoom room(on_);
+    LabelRoom& room = room_.emplace(on_);
     std::vector<Place> line;
-    for (const MapStation& station : input_.Stations) line.push_back(station.At);
-    if (input_.JoinsStations) Path("section line", line, inks_.Line);
+    for (const MapStation& station : input_.Stations) {
+      if (!station.IsAside) line.push_back(station.At);
+    }
+    if (input_.JoinsStations) Path("section line", Way(line), inks_.Line);
+    Path("laid line", Way(input_.Line), inks_.Laid);
+    for (const bool isAside : {true, false}) Marks(isAside, room);
+    for (const bool isAside : {false, true}) StationNames(isAside, room);
+  }
+
+  void Marks(bool isAside, LabelRoom& room) {
     for (std::size_t i = 0; i < input_.Stations.size(); ++i) {
       const MapStation& station = input_.Stations[i];
       const std::optional<Point> at = at_.ToPage(station.At);
-      if (!at || !on_.Contains(*at)) continue;
-      Page.Add("station mark", Circle{.Center = *at, .Radius = 42, .Fill = {inks_.Ink}});
-      if (input_.Symbol) input_.Symbol(Page, *at, at_.NorthAt(station.At), i);
-      const double width = TextWidth(station.Name, kNote);
+      if (station.IsAside != isAside || !at || !on_.Contains(*at)) continue;
+      const Color ink = isAside ? inks_.Faint : inks_.Ink;
+      Page.Add(isAside ? "station aside" : "station mark",
+                Circle{.Center = *at,
+                       .Radius = isAside ? 36.0 : 42.0,
+                       .Fill = {isAside ? inks_.Paper : ink},
+                       .Stroke = {ink, 10, LineStyle::Solid}});
       room.Take({at->X - 60, at->Y - 60, at->X + 60, at->Y + 60});
+      const std::size_t drawn = Page.Items().size();
+      if (input_.Symbol) input_.Symbol(Page, *at, at_.NorthAt(station.At), i);
+      TakeItemsFrom(drawn, room);
+    }
+  }
+
+  void StationNames(bool isAside, LabelRoom& room) {
+    for (const MapStation& station : input_.Stations) {
+      const std::optional<Point> at = at_.ToPage(station.At);
+      if (station.IsAside != isAside || !at || !on_.Contains(*at)) continue;
+      const double width = TextWidth(station.Name, kNote);
       if (const auto middle = room.Beside(*at, width, kNote, 90)) {
-        Text("station name", *middle, station.Name, kNote, AnchorX::Center, inks_.Ink);
+        Text("station name", *middle, station.Name, kNote, AnchorX::Center,
+             isAside ? inks_.Faint : inks_.Ink);
       }
     }
   }
+
+  struct GridLabel {
+    Point At{};
+    std::string Text{};
+    bool IsParallel = false;
+  };
 
   const AreaMapInput& input_;
   MapInks inks_;
   PageLayout layout_{};
   Rect on_{};
   MapFrame at_{};
+  std::vector<GridLabel> gridLabels_{};
+  std::optional<LabelRoom> room_{};
 };
 
 }  // namespace
 
 AreaMap PlotAreaMap(const AreaMapInput& input, const Surface& on, const MapFrame* frame) {
   return Drawing(input, on, frame).Draw();
+}
+
+std::optional<std::size_t> StationAt(const std::vector<MapStation>& stations, const MapFrame& on,
+                                     Point at, double reach) {
+  std::optional<std::size_t> nearest;
+  for (std::size_t i = 0; i < stations.size(); ++i) {
+    const std::optional<Point> place = on.ToPage(stations[i].At);
+    if (!place) continue;
+    const double way = std::hypot(place->X - at.X, place->Y - at.Y);
+    if (way > reach) continue;
+    reach = way;
+    nearest = i;
+  }
+  return nearest;
 }
 
 }  // namespace vexa::map

@@ -3,6 +3,7 @@
 #include <proj.h>
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 
 #include "core/numbers.h"
 
@@ -11,29 +12,46 @@ namespace {
 
 constexpr double kPolarFrom = 65;    // degrees
 constexpr double kTropicTo = 20;     // degrees
+constexpr double kAroundPole = 150;  // degrees of longitude that only a map about the pole holds
+constexpr double kWorldLat = 110;    // degrees from south to north, and from west to east, ...
+constexpr double kWorldLon = 200;    // ... from which on an area is most of the globe
 constexpr double kMargin = 1.25;     // of the extent of the places
 constexpr double kSphere = 6371000;  // m
 
 struct Span {
   double South = 0, North = 0, Middle = 0;  // latitudes
-  double MiddleLon = 0;
+  double MiddleLon = 0, Across = 0;         // longitudes
 };
+
+// The longitudes stand outside their widest gap.
+void TakeLongitudes(const std::vector<Place>& places, Span& span) {
+  std::vector<double> lons;
+  for (const Place& place : places) lons.push_back(std::remainder(place.Lon, 360.0));
+  std::ranges::sort(lons);
+  double gap = 360 - (lons.back() - lons.front());
+  double west = lons.front();
+  for (std::size_t i = 1; i < lons.size(); ++i) {
+    if (lons[i] - lons[i - 1] <= gap) continue;
+    gap = lons[i] - lons[i - 1];
+    west = lons[i];
+  }
+  span.Across = 360 - gap;
+  span.MiddleLon = std::remainder(west + span.Across / 2, 360.0);
+}
 
 Span SpanOf(const std::vector<Place>& places) {
   Span span;
   if (places.empty()) return span;
-  double west = 0, east = 0;
-  span.South = span.North = places.front().Lat;
-  for (const Place& place : places) {
-    span.South = std::min(span.South, place.Lat);
-    span.North = std::max(span.North, place.Lat);
-    const double lon = std::remainder(place.Lon - places.front().Lon, 360.0);
-    west = std::min(west, lon);
-    east = std::max(east, lon);
-  }
+  const auto [south, north] = std::ranges::minmax(places, {}, &Place::Lat);
+  span.South = south.Lat;
+  span.North = north.Lat;
   span.Middle = (span.South + span.North) / 2;
-  span.MiddleLon = std::remainder(places.front().Lon + (west + east) / 2, 360.0);
+  TakeLongitudes(places, span);
   return span;
+}
+
+double Turn(double degrees) {
+  return degrees * std::numbers::pi / 180;
 }
 
 }  // namespace
@@ -42,6 +60,9 @@ ProjectionKind SuitableFor(const std::vector<Place>& places) {
   const Span span = SpanOf(places);
   if (std::fabs(span.Middle) >= kPolarFrom) return ProjectionKind::PolarStereographic;
   const bool crosses = span.South < 0 && span.North > 0;
+  const bool isWide = span.North - span.South > kWorldLat || span.Across > kWorldLon;
+  if (crosses && isWide) return ProjectionKind::World;
+  if (!crosses && span.Across > kAroundPole) return ProjectionKind::PolarStereographic;
   if (std::fabs(span.Middle) <= kTropicTo || crosses) return ProjectionKind::Mercator;
   return ProjectionKind::Lambert;
 }
@@ -54,6 +75,8 @@ std::string ProjectionText(const std::vector<Place>& places) {
     case ProjectionKind::PolarStereographic:
       return std::string("+proj=stere +lat_0=") + (span.Middle > 0 ? "90" : "-90") +
              " +lat_ts=" + Shortest(Rounded(span.Middle, 4)) + common;
+    case ProjectionKind::World:
+      return "+proj=robin" + common;
     case ProjectionKind::Mercator:
       return "+proj=merc +lat_ts=" + Shortest(Rounded(std::fabs(span.Middle), 4)) + common;
     case ProjectionKind::Lambert: {
@@ -96,7 +119,7 @@ struct MapFrame::Projection {
 };
 
 MapFrame::MapFrame(const std::vector<Place>& places, const Rect& on, double leastKm)
-    : kind_(SuitableFor(places)), on_(on) {
+    : kind_(SuitableFor(places)), on_(on), middleLon_(SpanOf(places).MiddleLon) {
   if (places.empty()) return;
   auto projection = std::make_shared<Projection>(ProjectionText(places));
   if (projection->Of == nullptr) return;
@@ -117,6 +140,11 @@ MapFrame::MapFrame(const std::vector<Place>& places, const Rect& on, double leas
   const double height = std::max(extent.Height() * kMargin, leastKm * 1000);
   perMeter_ = std::min(on.Width() / width, on.Height() / height);
   projection_ = std::move(projection);
+}
+
+std::optional<double> MapFrame::MiddleLon() const {
+  if (!IsValid() || kind_ == ProjectionKind::PolarStereographic) return std::nullopt;
+  return middleLon_;
 }
 
 std::optional<Point> MapFrame::ToPage(const Place& at) const {
@@ -158,6 +186,41 @@ MapFrame MapFrame::Enlarged(double factor, const Point& about) const {
   enlarged.middleX_ += fromX * (1 - 1 / factor);
   enlarged.middleY_ -= fromY * (1 - 1 / factor);
   return enlarged;
+}
+
+MapFrame MapFrame::Placed(const Rect& on) const {
+  MapFrame placed = *this;
+  if (on_.Width() > 0 && on_.Height() > 0) {
+    placed.perMeter_ *= std::min(on.Width() / on_.Width(), on.Height() / on_.Height());
+  }
+  placed.on_ = on;
+  return placed;
+}
+
+std::vector<Place> GreatCircle(const Place& from, const Place& to, double stepKm) {
+  struct Way {
+    double X, Y, Z;
+  };
+  const auto wayTo = [](const Place& at) {
+    return Way{std::cos(Turn(at.Lat)) * std::cos(Turn(at.Lon)),
+               std::cos(Turn(at.Lat)) * std::sin(Turn(at.Lon)), std::sin(Turn(at.Lat))};
+  };
+  const Way a = wayTo(from);
+  const Way b = wayTo(to);
+  const double angle = std::acos(std::clamp(a.X * b.X + a.Y * b.Y + a.Z * b.Z, -1.0, 1.0));
+  const int steps = static_cast<int>(std::ceil(angle * kSphere / 1000 / stepKm));
+  const double sine = std::sin(angle);
+  std::vector<Place> places = {from};
+  for (int i = 1; i < steps && sine > 0; ++i) {
+    const double first = std::sin(angle * (steps - i) / steps) / sine;
+    const double second = std::sin(angle * i / steps) / sine;
+    const double x = a.X * first + b.X * second;
+    const double y = a.Y * first + b.Y * second;
+    const double z = a.Z * first + b.Z * second;
+    places.push_back({std::atan2(z, std::hypot(x, y)) / Turn(1), std::atan2(y, x) / Turn(1)});
+  }
+  places.push_back(to);
+  return places;
 }
 
 }  // namespace vexa::map

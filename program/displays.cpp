@@ -15,6 +15,7 @@
 #include "program/hodograph_commands.h"
 #include "program/needs.h"
 #include "program/section_display.h"
+#include "program/section_map.h"
 #include "program/settings_commands.h"
 #include "program/view_commands.h"
 #include "program/wave_displays.h"

@@ -2,15 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <utility>
 
 #include "core/files.h"
-#include "core/folders.h"
 #include "core/numbers.h"
-#include "core/platform.h"
 #include "core/user_file.h"
-#include "diagram/wind_symbol.h"
-#include "map/area_map.h"
 #include "mountainwave/mountain_file.h"
 #include "program/listed_soundings.h"
 #include "program/needs.h"
@@ -55,7 +52,21 @@ SectionKind KindOf(const Section& section) {
   return onePlace ? SectionKind::Time : SectionKind::Distance;
 }
 
+// What is loaded, parted into the soundings of the section and those beside it.
+void PartLoaded(SectionView& view) {
+  std::vector<Column>& columns = view.Of.Columns;
+  std::ranges::move(view.Aside, std::back_inserter(columns));
+  view.Aside.clear();
+  const auto isIn = [&](const Column& column) {
+    return !view.Out.contains(column.Order) && IsChosen(column.Sounding.Time, view.Span);
+  };
+  const auto aside = std::ranges::stable_partition(columns, isIn);
+  std::ranges::move(aside, std::back_inserter(view.Aside));
+  columns.erase(aside.begin(), aside.end());
+}
+
 void Arranged(SectionView& view, SectionWork& work) {
+  PartLoaded(view);
   view.Of.Kind = view.Kind.value_or(KindOf(view.Of));
   view.Of.Direction = view.State.Direction;
   view.Why = WhyNoSection(view.Of);
@@ -68,14 +79,6 @@ void Arranged(SectionView& view, SectionWork& work) {
 
 void DropInterpolated(Section& section) {
   std::erase_if(section.Columns, [](const Column& column) { return column.IsInterpolated; });
-}
-
-// Arranges anew what is loaded, with the kind, direction and interpolation in force.
-void ArrangeAgain(Program& program) {
-  SectionView& view = SectionViewOf(program);
-  DropInterpolated(view.Of);
-  SectionWork work(program.Set, MountainsOf(program));
-  Arranged(view, work);
 }
 
 std::string SettingsText(const Program& program, const std::string& file) {
@@ -108,49 +111,15 @@ bool IsSoundingFolder(const Program& program, const std::filesystem::path& path)
          crosssection::SameFolder(path.parent_path(), program.Where.Data);
 }
 
-constexpr std::string_view kMapLevels[] = {"surface", "925 mb", "850 mb", "700 mb",
-                                           "500 mb",  "300 mb", "200 mb"};
-constexpr double kMapPressures[] = {0, 925, 850, 700, 500, 300, 200};
+}  // namespace
 
-double MapLevel(const Program& program) {
-  const double press = program.Displays.Of<SectionView>().MapPress;
-  return static_cast<double>(std::ranges::find(kMapPressures, press) - std::begin(kMapPressures));
+std::string_view NeedsSection(const Program& program) {
+  const SectionView& view = program.Displays.Of<SectionView>();
+  const bool isThere = !view.Of.Columns.empty() || !view.Aside.empty();
+  return isThere || program.Listed.Size() > 1 ? "" : "needs several soundings opened together";
 }
 
-Changes SetMapLevel(Program& program, double place) {
-  SectionViewOf(program).MapPress = kMapPressures[static_cast<std::size_t>(place)];
-  return {};
-}
-
-constexpr ControlRow kMapControls[] = {{.Name = "cboMapLevel",
-                                        .Text = "Winds at",
-                                        .Kind = ControlKind::Choice,
-                                        .Get = MapLevel,
-                                        .Set = SetMapLevel,
-                                        .Words = kMapLevels}};
-
-std::optional<analysis::Wind> MapWindOf(const Column& column, double press) {
-  const analysis::Sample height = press > 0
-                                      ? SampleAt(column.Levels, press, analysis::Quantity::Height)
-                                      : analysis::Sample{column.Ground(), analysis::Found::Value};
-  if (!height.Ok()) return std::nullopt;
-  const analysis::WindSample wind = analysis::WindAtHeight(column.Sounding, height.Value);
-  if (!wind.Ok()) return std::nullopt;
-  return wind.Value;
-}
-
-// Coasts and borders as they were shipped; a map without them is a map all the same.
-std::vector<map::MapLine> ShippedLines() {
-  const std::filesystem::path path = ShippedFile(ProgramFolder(), map::kLinesFile);
-  const Outcome<std::string> bytes = ReadFile(path);
-  if (!bytes) return {};
-  Outcome<std::vector<map::MapLine>> lines =
-      map::ReadLines(bytes.Value(), TextFromPath(path.filename()));
-  return lines ? std::move(lines.Value()) : std::vector<map::MapLine>{};
-}
-
-// A section for a picture alone: for commands that have no window.
-SectionView MadeOnce(const Program& program) {
+SectionView SectionViewOnce(const Program& program) {
   SectionView view;
   view.Set = SectionOptionsFor(program.Where.Root, program.Set);
   view.Intervals = crosssection::ReadIntervals(SettingsText(program, crosssection::IntervalFile()));
@@ -158,13 +127,6 @@ SectionView MadeOnce(const Program& program) {
   work.Load(program.Listed.Members(), {.Stations = &program.Stations}, {}, view.Of);
   Arranged(view, work);
   return view;
-}
-
-}  // namespace
-
-std::string_view NeedsSection(const Program& program) {
-  const bool isThere = !program.Displays.Of<SectionView>().Of.Columns.empty();
-  return isThere || program.Listed.Size() > 1 ? "" : "needs several soundings opened together";
 }
 
 SectionView& SectionViewOf(Program& program) {
@@ -191,6 +153,13 @@ void SaveSectionSettings(Program& program) {
   save(crosssection::IntervalFile(), Write(view.Intervals));
 }
 
+void ArrangeSection(Program& program) {
+  SectionView& view = SectionViewOf(program);
+  DropInterpolated(view.Of);
+  SectionWork work(program.Set, MountainsOf(program));
+  Arranged(view, work);
+}
+
 bool FollowSoundings(Program& program) {
   SectionView& view = SectionViewOf(program);
   const bool sameAnalysis = view.Under == static_cast<const AnalysisSettings&>(program.Set);
@@ -204,6 +173,9 @@ bool FollowSoundings(Program& program) {
     Section made;
     if (!work.Load(members, {.Stations = &program.Stations}, progress, made)) return false;
     view.Of = std::move(made);
+    view.Aside.clear();
+    view.Out.clear();
+    view.Span = {};
     view.IsDataset = false;
     view.Kind.reset();
     view.MadeOf = members;
@@ -214,10 +186,12 @@ bool FollowSoundings(Program& program) {
     }
   } else {
     DropInterpolated(view.Of);
-    for (Column& column : view.Of.Columns) {
-      const int order = column.Order;
-      column = work.ColumnOf(column.Sounding, column.Source);
-      column.Order = order;
+    for (std::vector<Column>* columns : {&view.Of.Columns, &view.Aside}) {
+      for (Column& column : *columns) {
+        const int order = column.Order;
+        column = work.ColumnOf(column.Sounding, column.Source);
+        column.Order = order;
+      }
     }
   }
   view.Under = program.Set;
@@ -228,7 +202,7 @@ bool FollowSoundings(Program& program) {
 Picture PlotCrossSection(const DisplayInput& from, const Surface& on) {
   const SectionView& kept = from.In.Displays.Of<SectionView>();
   std::optional<SectionView> made;
-  if (kept.Of.Columns.empty()) made = MadeOnce(from.In);
+  if (kept.Of.Columns.empty() && kept.Aside.empty()) made = SectionViewOnce(from.In);
   const SectionView& view = made ? *made : kept;
   if (!view.Why.empty()) return Sentence(view.Why, on, view.Set.Background);
   const Outcome<FieldAnalysis> field =
@@ -238,53 +212,6 @@ Picture PlotCrossSection(const DisplayInput& from, const Surface& on) {
                     view.Set.Background);
   }
   return crosssection::PlotSection({view.Of, view.Set, from.Set, field.Value()}, on).Page;
-}
-
-std::span<const ControlRow> SectionMapControls() {
-  return kMapControls;
-}
-
-Picture PlotSectionMap(const DisplayInput& from, const Surface& on) {
-  const SectionView& kept = from.In.Displays.Of<SectionView>();
-  std::optional<SectionView> made;
-  if (kept.Of.Columns.empty()) made = MadeOnce(from.In);
-  const SectionView& view = made ? *made : kept;
-  std::vector<map::MapStation> stations;
-  std::vector<const Column*> columns;
-  for (const Column& column : view.Of.Columns) {
-    if (!column.HasPosition() || column.IsInterpolated) continue;
-    stations.push_back({{column.Sounding.LatSigned, column.Sounding.LonSigned},
-                        ShortName(column, SectionKind::Distance)});
-    columns.push_back(&column);
-    if (view.Of.Kind == SectionKind::Time) break;  // of one station
-  }
-  if (stations.empty()) {
-    return Sentence("The position of no sounding of the section is known.", on,
-                    view.Set.Background);
-  }
-  const bool black = view.Set.Background == ScreenColor::Black;
-  const Pen pen{black ? Color{235, 235, 235} : Color{20, 20, 20}, 14, LineStyle::Solid};
-  ViewSettings look = from.Set;
-  look.Speed = view.Set.Speed;
-  const auto symbol = [&](Picture& page, Point at, double north, std::size_t station) {
-    std::optional<analysis::Wind> wind = MapWindOf(*columns[station], kept.MapPress);
-    if (!wind) return;
-    wind->Dir += north;
-    diagram::DrawWindSymbol(page, at, *wind,
-                            diagram::SymbolOptions(look, columns[station]->Sounding), pen);
-  };
-  const std::vector<map::MapLine> lines = ShippedLines();
-  const std::string level = kMapLevels[static_cast<std::size_t>(MapLevel(from.In))].data();
-  return map::PlotAreaMap({.Title = "Area Map Sounding Display",
-                           .Caption = "Winds at " + level +
-                                      ".  Coasts and borders: Natural Earth; "
-                                      "state lines: US Census Bureau",
-                           .Stations = stations,
-                           .Lines = lines,
-                           .OnBlack = black,
-                           .Symbol = symbol},
-                          on)
-      .Page;
 }
 
 std::vector<std::string> ListCrossSection(const Program& program) {
@@ -327,7 +254,7 @@ bool ChooseField(Program& program, std::string_view code) {
 
 void ChooseKind(Program& program, SectionKind kind) {
   SectionViewOf(program).Kind = kind;
-  ArrangeAgain(program);
+  ArrangeSection(program);
 }
 
 void TurnSection(Program& program) {
@@ -338,7 +265,7 @@ void TurnSection(Program& program) {
 
 void InterpolateSection(Program& program, bool on) {
   SectionViewOf(program).Interpolates = on;
-  ArrangeAgain(program);
+  ArrangeSection(program);
 }
 
 bool OpenDataset(Program& program, const std::filesystem::path& path) {
@@ -366,6 +293,9 @@ bool OpenDataset(Program& program, const std::filesystem::path& path) {
   }
   section.Name = TextFromPath(path.stem());
   view.Of = std::move(section);
+  view.Aside.clear();
+  view.Out.clear();
+  view.Span = {};
   view.Kind = read.Held.Kind;
   view.State.Direction = read.Held.Direction;
   view.State.LastDataset = TextFromPath(path);
@@ -449,12 +379,12 @@ int UpdateSection(Program& program) {
           crosssection::DistanceKm(last.LatSigned, last.LonSigned, sounding.LatSigned,
                                    sounding.LonSigned) < kSamePlaceKm;
       if (!isNewer || !isHere) continue;
-      column.Order = static_cast<int>(view.Of.Columns.size()) + 1;
+      column.Order = static_cast<int>(view.Of.Columns.size() + view.Aside.size()) + 1;
       view.Of.Columns.push_back(std::move(column));
       ++added;
     }
   }
-  ArrangeAgain(program);
+  ArrangeSection(program);
   return added;
 }
 

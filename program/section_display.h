@@ -4,7 +4,7 @@
 
 #include <filesystem>
 #include <optional>
-#include <span>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,14 +14,18 @@
 #include "crosssection/section_plot.h"
 #include "program/display_row.h"
 #include "program/program.h"
+#include "program/section_work.h"
 
 namespace vexa {
 
 /// What the cross-section keeps while the program runs.
 struct SectionView {
   crosssection::Section Of{};
-  std::string Why{};                   // a sentence, when there is no section
-  std::vector<std::string> Remarks{};  // what is odd about it
+  std::vector<crosssection::Column> Aside{};  // loaded, but not in the section
+  std::set<int> Out{};                        // soundings that the user left out, by their order
+  SectionChoice Span{};                       // of time, that it is of
+  std::string Why{};                          // a sentence, when there is no section
+  std::vector<std::string> Remarks{};         // what is odd about it
   std::vector<SoundingSet::Member> MadeOf{};
   AnalysisSettings Under{};
   std::optional<crosssection::SectionKind> Kind{};  // as chosen; none: by the soundings
@@ -41,9 +45,9 @@ std::string_view NeedsSection(const Program& program);
 Picture PlotCrossSection(const DisplayInput& from, const Surface& on);
 std::vector<std::string> ListCrossSection(const Program& program);
 
-/// The map of the section's stations, with their winds at a pressure.
-Picture PlotSectionMap(const DisplayInput& from, const Surface& on);
-std::span<const ControlRow> SectionMapControls();
+/// A section of the soundings that were opened together, made for a picture alone: for commands
+/// that have no window.
+SectionView SectionViewOnce(const Program& program);
 
 /// Reads the settings of the program folder once; keeps them.
 SectionView& SectionViewOf(Program& program);
@@ -52,6 +56,9 @@ void SaveSectionSettings(Program& program);
 /// Makes the section anew where the soundings or the analyses have changed. False when the user
 /// stopped: the one before stays.
 bool FollowSoundings(Program& program);
+/// Makes the section of what is loaded, with the soundings, kind, direction and interpolation in
+/// force.
+void ArrangeSection(Program& program);
 
 namespace commands {
 

@@ -25,13 +25,6 @@ auto OrderOf(const ObservationTime& time) {
   return std::tuple(time.Year, time.Month, time.Day, time.Hour, time.Minute);
 }
 
-bool IsChosen(const ObservationTime& time, const SectionChoice& choice) {
-  if (!choice.From && !choice.Until) return true;
-  if (!time.Known()) return false;
-  return (!choice.From || OrderOf(time) >= OrderOf(*choice.From)) &&
-         (!choice.Until || OrderOf(time) <= OrderOf(*choice.Until));
-}
-
 std::vector<AirLayer> WaveLayersOf(const Column& column, const std::filesystem::path& mountains) {
   std::vector<AirLayer> layers;
   const analysis::LevelProfile& levels = column.Levels;
@@ -70,6 +63,13 @@ std::size_t BytesOf(const Levels<T>& levels) {
 }
 
 }  // namespace
+
+bool IsChosen(const ObservationTime& time, const SectionChoice& choice) {
+  if (!choice.From && !choice.Until) return true;
+  if (!time.Known()) return false;
+  return (!choice.From || OrderOf(time) >= OrderOf(*choice.From)) &&
+         (!choice.Until || OrderOf(time) <= OrderOf(*choice.Until));
+}
 
 Column SectionWork::ColumnOf(const SoundingRecord& sounding, const std::string& source) {
   Column column = crosssection::ColumnOf(sounding, source, set_, adiabats_);

@@ -25,6 +25,9 @@ struct SectionChoice {
   std::optional<ObservationTime> Until{};
 };
 
+/// Whether a time lies in the span of a choice; one that is not known lies in none.
+bool IsChosen(const ObservationTime& time, const SectionChoice& choice);
+
 /// What could not be read of the files, and what is doubtful.
 struct SectionTrouble {
   std::string Name{};  // of the file, with the number of the sounding where there are several

@@ -26,6 +26,11 @@ TEST(Projection, SuitsItsArea) {
       {"Antarctica", {{-89, 0}, {-67, 140}}, ProjectionKind::PolarStereographic},
       {"Micronesia", {{7, 158}, {13, 144}}, ProjectionKind::Mercator},
       {"over the equator", {{-30, 20}, {40, 10}}, ProjectionKind::Mercator},
+      {"around the northern pole",
+       {{40, -120}, {50, 0}, {45, 110}},
+       ProjectionKind::PolarStereographic},
+      {"all continents", {{-89.98, 0}, {64, -147}, {35, 139}, {-34, 18}}, ProjectionKind::World},
+      {"Fiji, over the date line", {{-17, 178}, {-14, -171}}, ProjectionKind::Mercator},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.About);
@@ -84,6 +89,28 @@ TEST(Projection, MovesAndEnlarges) {
   EXPECT_NEAR(larger.Y, about.Y + 2 * (at.Y - about.Y), 1e-6);
   EXPECT_FALSE(MapFrame().ToPage(place));
   EXPECT_FALSE(MapFrame({}, kPage).IsValid());
+}
+
+TEST(Projection, KeepsItsMiddleOnAnotherRectangle) {
+  const MapFrame frame({{35, -97}, {45, -100}}, kPage);
+  const Rect smaller{0, 0, kPage.Width() / 2, kPage.Height() / 2};
+  const Point middle{(kPage.Left + kPage.Right) / 2, (kPage.Top + kPage.Bottom) / 2};
+  const Point placed = *frame.Placed(smaller).ToPage(*frame.ToPlace(middle));
+  EXPECT_NEAR(placed.X, smaller.Width() / 2, 1e-3);
+  EXPECT_NEAR(placed.Y, smaller.Height() / 2, 1e-3);
+  EXPECT_NEAR(frame.Placed(smaller).PerKm(), frame.PerKm() / 2, 1e-9);
+}
+
+TEST(Projection, GreatCirclesLeadTheShortestWay) {
+  // By hand: between two places on the parallel of 60 degrees, 90 degrees apart, the great circle
+  // has its northernmost point half-way, where tan(lat) = tan(60) / cos(45), 67.792 degrees.
+  const std::vector<Place> way = GreatCircle({60, 0}, {60, 90}, 10);
+  const auto highest = std::ranges::max_element(way, {}, &Place::Lat);
+  EXPECT_NEAR(highest->Lat, 67.792, 0.01);
+  EXPECT_NEAR(highest->Lon, 45, 0.2);
+  EXPECT_EQ(way.front(), (Place{60, 0}));
+  EXPECT_EQ(way.back(), (Place{60, 90}));
+  EXPECT_EQ(GreatCircle({1, 2}, {1, 2}).size(), 2U);
 }
 
 TEST(Lines, AreReadAsTheyAreShipped) {
@@ -149,10 +176,29 @@ TEST(AreaMap, ShowsStationsAndTheirLine) {
   EXPECT_EQ(count("station mark"), 2);
   EXPECT_EQ(count("station name"), 2);
   EXPECT_EQ(count("section line"), 1);
+  EXPECT_EQ(StationAt(stations, map.At, *map.At.ToPage({37.8, -100}), 50), 1U);
+  EXPECT_FALSE(StationAt(stations, map.At, *map.At.ToPage({36.5, -98.7}), 50));
   EXPECT_EQ(count("state"), 1);
   EXPECT_EQ(count("coast"), 0);  // elsewhere
   EXPECT_EQ(symbols, 2);
   EXPECT_GT(count("graticule"), 4);
+}
+
+TEST(AreaMap, ALineOverItsCutLeavesTheMap) {
+  // The globe seen from Greenwich is cut at the date line: a coast that crosses it must not lead
+  // across the whole map.
+  const std::vector<MapStation> stations = {{{60, -80}, "A", true}, {{-60, 80}, "B", true}};
+  const std::vector<MapLine> lines = {
+      {LineKind::Coast, {{60, 178}, {60, 179.9}, {60, -179.9}, {60, -178}}}};
+  const AreaMap map =
+      PlotAreaMap({.Title = "World", .Stations = stations, .Lines = lines}, {10000, 8000});
+  ASSERT_EQ(map.At.Kind(), ProjectionKind::World);
+  for (const Item& item : map.Page.Items()) {
+    if (item.Tag != "coast") continue;
+    const auto& points = std::get<Polyline>(item.Shape).Points;
+    EXPECT_LT(std::fabs(points.back().X - points.front().X), 500);
+  }
+  EXPECT_EQ(std::ranges::count(map.Page.Items(), "station aside", &Item::Tag), 2);
 }
 
 }  // namespace
