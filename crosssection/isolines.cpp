@@ -5,7 +5,7 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <unordered_map>
+#include <functional>
 #include <utility>
 
 #include "core/units.h"
@@ -14,21 +14,22 @@ namespace vexa::crosssection {
 namespace {
 
 // A vertex of the walk: a node of the grid, or the place on one of its edges where the level lies.
-enum class Spot : std::uint64_t { Node, Right, Up };  // the edge to the right of a node, or up
+enum class Spot : std::uint32_t { Node, Right, Up };  // the edge to the right of a node, or up
+using Vertex = std::uint32_t;
 
+// The steps around what is inside the level: lines through cells, and the border of what has values
+// where that is inside. Where two cells with values meet there is no border.
 class Walk {
  public:
-  Walk(const GridX& grid, double level) : grid_(grid), level_(level) {
-    for (int row = 1; row < grid.Rows(); ++row) {
-      for (int column = 1; column < grid.Columns(); ++column) Cell(column, row);
+  Walk(const GridX& grid, double level)
+      : grid_(grid), level_(level), columns_(grid.Columns()), rows_(grid.Rows()) {
+    Mark();
+    for (int row = 1; row < rows_; ++row) {
+      for (int column = 1; column < columns_; ++column) {
+        if (IsCell(column, row)) Cell(column, row);
+      }
     }
   }
-
-  struct Step {
-    std::uint64_t To = 0;
-    bool IsLine = false;  // inside a cell, where the field has the level
-    bool IsTaken = false;
-  };
 
   // Closed rings of steps around what is inside, each as its vertices and whether the step that
   // leaves a vertex is a piece of a line.
@@ -38,17 +39,16 @@ class Walk {
   };
   std::vector<Ring> Rings() {
     std::vector<Ring> rings;
-    for (const std::uint64_t start : order_) {
-      for (Step* step = Free(start); step != nullptr; step = Free(start)) {
+    for (const Vertex start : order_) {
+      while (steps_[start].Left > 0) {
         Ring ring;
-        std::uint64_t at = start;
-        while (step != nullptr) {
-          step->IsTaken = true;
+        Vertex at = start;
+        do {
+          const Step step = Take(at);
           ring.Points.push_back(PlaceOf(at));
-          ring.IsLine.push_back(step->IsLine);
-          at = step->To;
-          step = at == start ? nullptr : Free(at);
-        }
+          ring.IsLine.push_back(step.IsLine);
+          at = step.To;
+        } while (at != start && steps_[at].Left > 0);
         rings.push_back(std::move(ring));
       }
     }
@@ -56,16 +56,53 @@ class Walk {
   }
 
  private:
-  bool IsInside(int column, int row) const { return grid_(column, row) >= level_; }
+  struct Step {
+    Vertex To = 0;
+    bool IsLine = false;  // inside a cell, where the field has the level
+  };
+  // Two cells that touch with a corner alone have two steps there; a vertex never has more.
+  struct Steps {
+    std::array<Step, 2> Of{};
+    std::uint8_t Count = 0;
+    std::uint8_t Left = 0;  // not yet taken
+  };
 
-  static std::uint64_t Key(int column, int row, Spot spot) {
-    return (static_cast<std::uint64_t>(row) << 34) | (static_cast<std::uint64_t>(column) << 2) |
-           static_cast<std::uint64_t>(spot);
+  std::size_t NodeIndex(int column, int row) const {
+    return static_cast<std::size_t>(row - 1) * static_cast<std::size_t>(columns_) +
+           static_cast<std::size_t>(column - 1);
   }
-  Point PlaceOf(std::uint64_t key) const {
-    const int row = static_cast<int>(key >> 34);
-    const int column = static_cast<int>((key >> 2) & 0xFFFFFFFFU);
-    const auto spot = static_cast<Spot>(key & 3U);
+  bool IsInside(int column, int row) const { return inside_[NodeIndex(column, row)] != 0; }
+  // Whether a cell, named by its lower left node, is on the grid and has values at its corners.
+  bool IsCell(int column, int row) const {
+    return column >= 1 && row >= 1 && column < columns_ && row < rows_ &&
+           cells_[NodeIndex(column, row)] != 0;
+  }
+
+  void Mark() {
+    const std::vector<float>& values = grid_.Values();
+    inside_.resize(values.size());
+    cells_.assign(values.size(), 0);
+    steps_.resize(3 * values.size());
+    for (std::size_t i = 0; i < values.size(); ++i) inside_[i] = values[i] >= level_ ? 1 : 0;
+    for (int row = 1; row < rows_; ++row) {
+      for (int column = 1; column < columns_; ++column) {
+        cells_[NodeIndex(column, row)] = grid_.Has(column, row) && grid_.Has(column + 1, row) &&
+                                                 grid_.Has(column, row + 1) &&
+                                                 grid_.Has(column + 1, row + 1)
+                                             ? 1
+                                             : 0;
+      }
+    }
+  }
+
+  Vertex At(int column, int row, Spot spot) const {
+    return static_cast<Vertex>(3 * NodeIndex(column, row)) + static_cast<Vertex>(spot);
+  }
+  Point PlaceOf(Vertex vertex) const {
+    const int node = static_cast<int>(vertex / 3);
+    const int row = node / columns_ + 1;
+    const int column = node % columns_ + 1;
+    const auto spot = static_cast<Spot>(vertex % 3);
     if (spot == Spot::Node) return {static_cast<double>(column), static_cast<double>(row)};
     const bool right = spot == Spot::Right;
     const double from = grid_(column, row);
@@ -75,27 +112,15 @@ class Walk {
                  : Point{static_cast<double>(column), row + share};
   }
 
-  // Two steps there and back between the same vertices are the seam of two cells: both go.
-  void Add(std::uint64_t from, std::uint64_t to, bool isLine) {
-    if (!isLine) {
-      std::vector<Step>& back = steps_[to];
-      const auto seam =
-          std::ranges::find_if(back, [&](const Step& step) { return step.To == from; });
-      if (seam != back.end()) {
-        back.erase(seam);
-        return;
-      }
-    }
-    std::vector<Step>& steps = steps_[from];
-    if (steps.empty()) order_.push_back(from);
-    steps.push_back({to, isLine});
+  void Add(Vertex from, Vertex to, bool isLine) {
+    Steps& steps = steps_[from];
+    if (steps.Count == 0) order_.push_back(from);
+    steps.Of[steps.Count++] = {to, isLine};
+    ++steps.Left;
   }
-
-  Step* Free(std::uint64_t from) {
-    const auto found = steps_.find(from);
-    if (found == steps_.end()) return nullptr;
-    const auto step = std::ranges::find(found->second, false, &Step::IsTaken);
-    return step == found->second.end() ? nullptr : &*step;
+  Step Take(Vertex from) {
+    Steps& steps = steps_[from];
+    return steps.Of[static_cast<std::size_t>(steps.Count - steps.Left--)];
   }
 
   void Cell(int column, int row) {
@@ -104,42 +129,51 @@ class Walk {
     };
     const std::array<Corner, 4> corners = {
         {{column, row}, {column + 1, row}, {column + 1, row + 1}, {column, row + 1}}};
-    // The edge behind each corner, anticlockwise.
-    const std::array<std::uint64_t, 4> edges = {
-        Key(column, row, Spot::Right), Key(column + 1, row, Spot::Up),
-        Key(column, row + 1, Spot::Right), Key(column, row, Spot::Up)};
+    // The side behind each corner, anticlockwise: whether it is a border.
+    const std::array<bool, 4> border = {!IsCell(column, row - 1), !IsCell(column + 1, row),
+                                        !IsCell(column, row + 1), !IsCell(column - 1, row)};
     std::array<bool, 4> inside{};
     int count = 0;
     for (std::size_t k = 0; k < 4; ++k) {
-      if (!grid_.Has(corners[k].Column, corners[k].Row)) return;
       inside[k] = IsInside(corners[k].Column, corners[k].Row);
       count += inside[k] ? 1 : 0;
     }
-    if (count == 0) return;
+    if (count == 0 || (count == 4 && std::ranges::none_of(border, std::identity{}))) return;
+    const std::array<Vertex, 4> edges = {
+        At(column, row, Spot::Right), At(column + 1, row, Spot::Up),
+        At(column, row + 1, Spot::Right), At(column, row, Spot::Up)};
     const auto node = [&](std::size_t k) {
-      return Key(corners[k].Column, corners[k].Row, Spot::Node);
+      return At(corners[k].Column, corners[k].Row, Spot::Node);
     };
     const bool isSaddle = count == 2 && inside[0] == inside[2];
     if (isSaddle && !JoinsInside(column, row)) {
       for (std::size_t k = 0; k < 4; ++k) {
         if (!inside[k]) continue;
-        const std::uint64_t before = edges[(k + 3) % 4];
-        Add(before, node(k), false);
-        Add(node(k), edges[k], false);
-        Add(edges[k], before, true);
+        const std::size_t before = (k + 3) % 4;
+        if (border[before]) Add(edges[before], node(k), false);
+        if (border[k]) Add(node(k), edges[k], false);
+        Add(edges[k], edges[before], true);
       }
       return;
     }
     // Around the cell: along its border where that is inside, across it from where the border
     // leaves the inside to where it comes back.
-    std::vector<std::pair<std::uint64_t, bool>> ring;  // vertex, and whether a line leaves it
+    struct Turn {
+      Vertex At = 0;
+      bool IsLine = false;  // what leaves it
+      bool IsBorder = false;
+    };
+    std::array<Turn, 8> ring{};
+    std::size_t length = 0;
     for (std::size_t k = 0; k < 4; ++k) {
       const std::size_t next = (k + 1) % 4;
-      if (inside[k]) ring.emplace_back(node(k), false);
-      if (inside[k] != inside[next]) ring.emplace_back(edges[k], inside[k]);
+      if (inside[k]) ring[length++] = {node(k), false, border[k]};
+      if (inside[k] != inside[next]) ring[length++] = {edges[k], inside[k], border[k]};
     }
-    for (std::size_t i = 0; i < ring.size(); ++i) {
-      Add(ring[i].first, ring[(i + 1) % ring.size()].first, ring[i].second);
+    for (std::size_t i = 0; i < length; ++i) {
+      if (ring[i].IsLine || ring[i].IsBorder) {
+        Add(ring[i].At, ring[(i + 1) % length].At, ring[i].IsLine);
+      }
     }
   }
 
@@ -150,8 +184,12 @@ class Walk {
 
   const GridX& grid_;
   double level_;
-  std::unordered_map<std::uint64_t, std::vector<Step>> steps_{};
-  std::vector<std::uint64_t> order_{};
+  int columns_;
+  int rows_;
+  std::vector<std::uint8_t> inside_{};  // of each node
+  std::vector<std::uint8_t> cells_{};   // of each cell, by its lower left node
+  std::vector<Steps> steps_{};
+  std::vector<Vertex> order_{};
 };
 
 // The ring begun at a place where the border becomes a line, so that no line is cut in two.
