@@ -19,6 +19,7 @@
 #include "mountainwave/mountain_file.h"
 #include "program/section_work.h"
 #include "report/section_json.h"
+#include "report/section_netcdf.h"
 
 namespace vexa::cli {
 namespace {
@@ -30,7 +31,7 @@ using crosssection::Section;
 using crosssection::SectionOptions;
 
 constexpr std::string_view kKinds[] = {"distance", "time"};
-constexpr std::string_view kFormats[] = {"json", "csv"};
+constexpr std::string_view kFormats[] = {"json", "csv", "netcdf"};
 constexpr auto kScales = Words(crosssection::SectionScale{});
 constexpr auto kResolutions = Words(crosssection::GridResolution{});
 constexpr std::string_view kFieldPlace = "{field}";
@@ -55,7 +56,7 @@ constexpr ArgumentRow kOptions[] = {
     {"--reverse", "", "", "turn the section round"},
     {"--direction", "", "DEG", "that XWND is across; the section's own without it", {}, 0, 360},
     {"--from", "", "TIME", "take soundings from this time on, 2024-03-05T12:00"},
-    {"--until", "", "TIME", "take soundings up to this time"},
+    {"--to", "", "TIME", "take soundings up to this time"},
     {"--name", "", "NAME", "of the section, in its title"},
     kRootOption,
     {"--sounding", "-n", "N", "take the Nth sounding of each file alone", {}, 1, 99999},
@@ -142,7 +143,7 @@ Outcome<Asked> AskedBy(const Arguments& arguments, const CommandSetup& setup) {
                                                    : crosssection::SectionKind::Distance;
   if (const auto number = arguments.Whole("--sounding")) asked.Choice.Indices = {*number - 1};
   if (const auto fault = TakeTime(arguments, "--from", asked.Choice.From)) return *fault;
-  if (const auto fault = TakeTime(arguments, "--until", asked.Choice.Until)) return *fault;
+  if (const auto fault = TakeTime(arguments, "--to", asked.Choice.Until)) return *fault;
   asked.Set = SectionOptionsFor(setup.Root, setup.Settings.Set);
   TakeWord(arguments, "--scale", kScales, asked.Set.Scale);
   TakeWord(arguments, "--resolution", kResolutions, asked.Set.Resolution);
@@ -291,14 +292,18 @@ class SectionRun {
     return true;
   }
 
+  Outcome<std::string> TextOf(const std::vector<FieldAnalysis>& fields) const {
+    if (asked_.Format == "netcdf") return report::SectionNetcdf(section_, asked_.Set, fields);
+    if (asked_.Format == "csv") return CsvOf(section_, asked_.Set, fields);
+    return report::JsonText(report::SectionJson(section_, asked_.Set, fields)) + "\n";
+  }
+
   void Write(const std::vector<FieldAnalysis>& fields) {
-    const std::string text =
-        asked_.Format == "csv"
-            ? CsvOf(section_, asked_.Set, fields)
-            : report::JsonText(report::SectionJson(section_, asked_.Set, fields)) + "\n";
+    const Outcome<std::string> text = TextOf(fields);
+    if (!text) return inputs_.Fail("section", text.Error());
     if (asked_.Output.empty()) {
-      console_.Out(text);
-    } else if (const auto fault = SaveFile(PathFromText(asked_.Output), text)) {
+      console_.Out(text.Value());
+    } else if (const auto fault = SaveFile(PathFromText(asked_.Output), text.Value())) {
       inputs_.Fail(asked_.Output, *fault);
     }
   }
