@@ -68,7 +68,7 @@ PlainDisplayWindow::PlainDisplayWindow(Program& program, const DisplayRow& row, 
     : DisplayWindow(program, row, std::move(events), parent) {
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
-  view_->OnPointer([this](const std::optional<vexa::Point>& at) { Point(at); });
+  view_->OnPointer([this](const std::optional<vexa::Point>& at) { Pointed(at); });
   view_->OnPress = [this](vexa::Point, QPointF at) {
     grabbed_ = at;
     return row_.Drag != nullptr;
@@ -195,7 +195,7 @@ void PlainDisplayWindow::Draw() {
   view_->Show(&page_);
 }
 
-void PlainDisplayWindow::Point(const std::optional<vexa::Point>& at) {
+void PlainDisplayWindow::Pointed(const std::optional<vexa::Point>& at) {
   if (!at) return;
   const QPoint place = view_->WidgetAt(*at).toPoint();
   around_->ensureVisible(place.x(), place.y(), 0, 0);  // for the cursor of the arrow keys

@@ -74,7 +74,7 @@ class PlainDisplayWindow : public DisplayWindow {
   QWidget* MakeControl(const ControlRow& control);
   QPushButton* MakeMotion(const ControlRow& control);
   void Use(const ControlRow& control, double value);
-  void Point(const std::optional<vexa::Point>& at);
+  void Pointed(const std::optional<vexa::Point>& at);
   bool Key(int key);
   void StopMotion();
 
