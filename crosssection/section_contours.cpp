@@ -86,13 +86,7 @@ void Isolines(SectionPage& page, const Contour& contour, LabelRoom& room) {
                      place->At.Y + kNote};
     if (!room.IsFree(taken)) continue;
     room.Take(taken);
-    page.Page.Add("Num-Isoline", Label{.At = place->At,
-                                       .Text = text,
-                                       .Across = AnchorX::Center,
-                                       .Size = kNote,
-                                       .Ink = page.Inks.Ink,
-                                       .Angle = place->Angle,
-                                       .Halo = page.Inks.Paper});
+    page.PutOnTop("Num-Isoline", place->At, text, kNote, false, place->Angle);
   }
 }
 
@@ -102,11 +96,10 @@ void MaxMin(SectionPage& page, const Extremum& extremum, LabelRoom& room) {
   const Rect taken{at.X - 200, at.Y - 1.6 * kNote, at.X + 200, at.Y + kNote};
   if (!room.IsFree(taken)) return;
   room.Take(taken);
-  page.Text("MaxMin", {at.X, at.Y - 0.55 * kLabel}, extremum.IsMaximum ? "H" : "L", kLabel,
-            AnchorX::Center, page.Inks.Ink, true);
-  page.Text("MaxMin", {at.X, at.Y + 0.55 * kNote},
-            LevelText(page, static_cast<double>(extremum.Value)), kNote, AnchorX::Center,
-            page.Inks.Ink);
+  page.PutOnTop("MaxMin", {at.X, at.Y - 0.55 * kLabel}, extremum.IsMaximum ? "H" : "L", kLabel,
+                true);
+  page.PutOnTop("MaxMin", {at.X, at.Y + 0.55 * kNote},
+                LevelText(page, static_cast<double>(extremum.Value)), kNote);
 }
 
 void DrawScale(SectionPage& page) {

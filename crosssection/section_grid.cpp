@@ -13,7 +13,7 @@ namespace {
 
 constexpr double kLeastFilled = 0.25;  // of the nodes
 constexpr double kOftenDry = 300;      // hPa; dew points above are missing as a rule
-constexpr double kScaleFoot = 500;          // m, to which the foot of a height scale is rounded down
+constexpr double kScaleFoot = 500;     // m, to which the foot of a height scale is rounded down
 
 struct PlacedColumn {
   const Column* Of = nullptr;
@@ -199,27 +199,46 @@ GridX GridOf(const Section& section, const FieldRow& field, const SectionOptions
              : ContouredGrid(section, field, ContextOf(section, options), axis, size);
 }
 
-GridX CarriedUnderGround(const Section& section, const VerticalAxis& axis, GridX grid) {
+GridX CarriedUnderGround(const Section& section, const FieldRow& field,
+                         const SectionOptions& options, const VerticalAxis& axis, GridX grid) {
   const std::vector<PlacedColumn> places = PlacesOf(section);
   if (places.size() < 2 || grid.Rows() < 3) return grid;
-  const auto groundOf = [&](const PlacedColumn& place) {
+  const FieldContext context = ContextOf(section, options);
+  const double step = (axis.Top - axis.Bottom) / (grid.Rows() - 1);
+  std::vector<double> grounds;
+  std::vector<std::vector<float>> values;
+  for (const PlacedColumn& place : places) {
     const analysis::LevelProfile& levels = place.Of->Levels;
     const double ground = place.Of->Ground();
     const double press = levels.Count() > 0 ? levels.Press(1) : analysis::IsaPressure(ground);
-    return axis.Of(press, ground, ground);
-  };
+    grounds.push_back(axis.Of(press, ground, ground));
+    values.push_back(RowValues(field.Profile(*place.Of, context), ground, axis, grid.Rows()));
+  }
   std::size_t left = 0;
   for (int column = 1; column <= grid.Columns(); ++column) {
     const double x = ColumnX(section, column, grid.Columns());
     while (left + 2 < places.size() && x >= places[left + 1].X) ++left;
     const double share = (x - places[left].X) / (places[left + 1].X - places[left].X);
-    const double from = groundOf(places[left]);
-    const double ground = from + (groundOf(places[left + 1]) - from) * share;
+    const double ground = grounds[left] + (grounds[left + 1] - grounds[left]) * share;
+    const double higher = std::max(grounds[left], grounds[left + 1]);
     int lowest = 1;
     while (lowest <= grid.Rows() && !grid.Has(column, lowest)) ++lowest;
-    if (lowest == 1 || lowest >= grid.Rows() || !grid.Has(column, lowest + 1)) continue;
-    if (RowCoordinate(axis, lowest - 1, grid.Rows()) > ground) continue;
-    grid(column, lowest - 1) = 2 * grid(column, lowest) - grid(column, lowest + 1);
+    // What is missing above both grounds is no matter of the ground.
+    if (lowest >= grid.Rows() || !grid.Has(column, lowest + 1) ||
+        RowCoordinate(axis, lowest, grid.Rows()) > higher + 1.5 * step) {
+      continue;
+    }
+    for (int row = lowest - 1; row >= 1; --row) {
+      if (RowCoordinate(axis, row, grid.Rows()) < ground - step) break;
+      // As the values of the station fall that stands lower, else as they fall right above.
+      const auto at = static_cast<std::size_t>(row - 1);
+      const std::vector<float>& low = values[std::isnan(values[left][at]) ? left + 1 : left];
+      const float below = low[at];
+      const float above = low[at + 1];
+      grid(column, row) = std::isnan(below) || std::isnan(above)
+                              ? 2 * grid(column, row + 1) - grid(column, row + 2)
+                              : grid(column, row + 1) + below - above;
+    }
   }
   return grid;
 }
@@ -252,8 +271,9 @@ Outcome<FieldAnalysis> AnalyzeField(const Section& section, const FieldRow& fiel
     return analysis;
   }
   analysis.Grid = Smoothed(std::move(analysis.Grid), options.SmoothingPasses);
-  analysis.Drawn =
-      options.Terrain ? CarriedUnderGround(section, analysis.Axis, analysis.Grid) : analysis.Grid;
+  analysis.Drawn = options.Terrain
+                       ? CarriedUnderGround(section, field, options, analysis.Axis, analysis.Grid)
+                       : analysis.Grid;
   const FieldContext context = ContextOf(section, options);
   const ContourLevels levels = LevelsFor(analysis.Grid.Range(), intervals.Of(field, context));
   analysis.Interval = levels.Interval;

@@ -46,9 +46,11 @@ std::vector<float> RowValues(const ProfileOf& profile, double ground, const Vert
 GridX GridOf(const Section& section, const FieldRow& field, const SectionOptions& options,
              const VerticalAxis& axis);
 
-/// A grid whose lowest values go on, linearly, to the row next beneath the ground, which covers it:
-/// colours and lines then reach the ground.
-GridX CarriedUnderGround(const Section& section, const VerticalAxis& axis, GridX grid);
+/// A grid whose lowest values go on to the row next beneath the ground between the stations, which
+/// covers it: colours and lines then reach the ground. Values change downward as those of the
+/// station that stands lower do.
+GridX CarriedUnderGround(const Section& section, const FieldRow& field,
+                         const SectionOptions& options, const VerticalAxis& axis, GridX grid);
 
 /// A field ready to be drawn.
 struct FieldAnalysis {

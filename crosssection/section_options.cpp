@@ -59,6 +59,11 @@ constexpr SettingRow<State> kStateRows[] = {
     Row<At<&State::Top>, kTrue, kCoordinates>("top edge", kSame),
     Row<At<&State::Width>, kTrue, kPixels>("width", kSame),
     Row<At<&State::Height>, kTrue, kPixels>("height", kSame),
+    Row<Nth<&State::Recent, 0>>("recent dataset 1"),
+    Row<Nth<&State::Recent, 1>>("recent dataset 2"),
+    Row<Nth<&State::Recent, 2>>("recent dataset 3"),
+    Row<Nth<&State::Recent, 3>>("recent dataset 4"),
+    Row<Nth<&State::Recent, 4>>("recent dataset 5"),
 };
 
 template <class S, std::size_t kCount>

@@ -89,6 +89,7 @@ inline constexpr int kMostPasses = 20;
 struct SectionState {
   bool AutoLoad = false;
   std::string LastDataset{};
+  std::array<std::string, 5> Recent{};  // datasets, the latest first
   std::string Field = "TMP";
   SectionDirection Direction = SectionDirection::Forward;
   int Left = 0, Top = 0, Width = 1100, Height = 760;  // pixels

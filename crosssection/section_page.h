@@ -1,7 +1,10 @@
 // What the parts of a section's picture share while it is drawn.
 #pragma once
 
+#include <cstddef>
+#include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "crosssection/section_plot.h"
@@ -20,8 +23,29 @@ struct SectionInks : PaperAndInk {
   Pen Frame{}, Grid{}, Line{}, Thick{}, Sub{};
 };
 
+/// A name under the axis: where its column stands, where its middle, and in which row.
+struct PlacedName {
+  std::string Text{};
+  double X = 0;
+  double Middle = 0;
+  std::size_t Row = 0;
+};
+
 struct SectionPage : PlotPage {
   SectionPage(const SectionInput& input, const Surface& on);
+
+  /// A text that comes over lines and symbols, when these have been drawn.
+  void PutOnTop(std::string_view tag, Point at, std::string text, double size, bool bold = false,
+                double angle = 0) {
+    OnTop.push_back({std::string(tag), Label{.At = at,
+                                             .Text = std::move(text),
+                                             .Across = AnchorX::Center,
+                                             .Size = size,
+                                             .Ink = Inks.Ink,
+                                             .Bold = bold,
+                                             .Angle = angle,
+                                             .Halo = Inks.Paper}});
+  }
 
   const SectionInput& In;
   const SectionOptions& Set;
@@ -29,7 +53,9 @@ struct SectionPage : PlotPage {
   SectionInks Inks;
   FieldContext Context;
   PageLayout Layout;
+  std::vector<PlacedName> Names;
   SectionMapping At;
+  std::vector<Item> OnTop{};
 };
 
 /// The field in colours and lines, with its scale.

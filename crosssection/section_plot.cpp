@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <utility>
+#include <variant>
 
 #include "analysis/standard_atmosphere.h"
 #include "core/markers.h"
@@ -11,6 +12,7 @@
 #include "core/units.h"
 #include "crosssection/color_map.h"
 #include "crosssection/section_page.h"
+#include "diagram/wind_symbol.h"
 #include "picture/text_width.h"
 
 namespace vexa::crosssection {
@@ -20,7 +22,7 @@ constexpr std::string_view kTitle = "title";
 constexpr std::string_view kMain = "section";
 
 constexpr int kNameRows = 3;
-constexpr double kOuter = 260;  // from the frame to the first and the last column
+constexpr double kNameRow = 170;
 
 SectionInks InksFor(const SectionOptions& set) {
   const bool black = set.Background == ScreenColor::Black;
@@ -51,20 +53,53 @@ std::array<RegionRow, 4> Rows() {
            {.Name = kCaptions, .At = Place::Foot, .LeastHeight = 200, .Priority = 2}}};
 }
 
-SectionMapping MappingIn(const PageLayout& layout, const SectionInput& input) {
-  const std::vector<Column>& columns = input.Of.Columns;
+// The frame without room for names under it.
+Rect FrameIn(const PageLayout& layout, const SectionOptions& set) {
   const Rect* main = layout.Find(kMain);
   const Rect place = main != nullptr ? *main : layout.Page;
-  const double names = kNameRows * 170 + 420;
-  Rect frame{place.Left + 850, place.Top + 200, place.Right - 120, place.Bottom - names};
-  if (input.Set.Size == DiagramSize::Small) {
-    constexpr double kShare = 0.7;
-    frame = {frame.Left, frame.Bottom - kShare * frame.Height(),
-             frame.Left + kShare * frame.Width(), frame.Bottom};
-  }
+  const Rect frame{place.Left + 850, place.Top + 200, place.Right - 120, place.Bottom - 420};
+  if (set.Size == DiagramSize::Large) return frame;
+  constexpr double kShare = 0.7;
+  return {frame.Left, frame.Bottom - kShare * frame.Height(), frame.Left + kShare * frame.Width(),
+          frame.Bottom};
+}
+
+SectionMapping MappingIn(Rect frame, const SectionInput& input, std::size_t nameRows) {
+  const std::vector<Column>& columns = input.Of.Columns;
+  frame.Bottom -= kNameRow * static_cast<double>(nameRows);
   // Symbols of the outer columns stand inside the frame too.
-  const double beside = kOuter / (frame.Width() - 2 * kOuter) * input.Of.RangeX();
+  const double outer = input.Set.PlotWinds ? diagram::SizeOf(input.Set.Barbs).Shaft + 40.0 : 260.0;
+  const double beside = outer / (frame.Width() - 2 * outer) * input.Of.RangeX();
   return {frame, columns.front().X - beside, columns.back().X + beside, input.Field.Axis};
+}
+
+// Names in rows under the axis, each where there is room; those without any are left out.
+std::vector<PlacedName> NamesOf(const SectionInput& input, const PageLayout& layout) {
+  const SectionMapping at = MappingIn(FrameIn(layout, input.Set), input, 0);
+  const Rect& page = layout.Page;
+  std::array<double, kNameRows> ends;
+  ends.fill(-1e9);
+  std::vector<PlacedName> names;
+  for (const Column& column : input.Of.Columns) {
+    if (column.IsInterpolated) continue;
+    PlacedName name{ShortName(column, input.Of.Kind), at.X(column.X)};
+    const double half = TextWidth(name.Text, kNote) / 2;
+    name.Middle =
+        std::clamp(name.X, page.Left + half, std::max(page.Left + half, page.Right - half));
+    auto* const free =
+        std::ranges::find_if(ends, [&](double end) { return name.Middle - half >= end + 80; });
+    if (free == ends.end()) continue;
+    *free = name.Middle + half;
+    name.Row = static_cast<std::size_t>(free - ends.begin());
+    names.push_back(std::move(name));
+  }
+  return names;
+}
+
+std::size_t RowsOf(const std::vector<PlacedName>& names) {
+  std::size_t rows = 0;
+  for (const PlacedName& name : names) rows = std::max(rows, name.Row + 1);
+  return rows;
 }
 
 class Drawing : SectionPage {
@@ -86,7 +121,9 @@ class Drawing : SectionPage {
     Lines();
     if (Set.PlotWinds) DrawWinds(*this);
     Levels();
-    Names();
+    for (Item& item : OnTop)
+      std::visit([&](auto& shape) { Page.Add(item.Tag, shape); }, item.Shape);
+    DrawNames();
     return {std::move(Page), At};
   }
 
@@ -124,7 +161,7 @@ class Drawing : SectionPage {
     if (In.Of.Kind == SectionKind::Time) return;
     const double range = FromKm(In.Of.RangeX(), Set.Length);
     const double step = RoundStep(range, 8);
-    const double y = frame.Bottom + kNameRows * 170 + 150;
+    const double y = BelowNames() + 150;
     for (double shown = 0; shown <= range * (1 + 1e-9); shown += step) {
       const double x = At.X(Columns.front().X + shown / range * In.Of.RangeX());
       Line("distance mark", {{x, frame.Bottom}, {x, frame.Bottom + 60}}, Inks.Frame);
@@ -212,8 +249,14 @@ class Drawing : SectionPage {
                       .Stroke = Inks.Grid});
         const std::string word = Trimmed(std::string(layer.Word));
         if (box.Height() < kNote || box.Width() < TextWidth(word, kNote)) continue;
-        Text("category word", {(box.Left + box.Right) / 2, (box.Top + box.Bottom) / 2},
-             std::string(layer.Word), kNote, AnchorX::Center, Inks.Ink);
+        // Beside the column's winds where one of the halves has room for the word.
+        const double x = At.X(Columns[i].X);
+        const double room = TextWidth(word, kNote) + 2 * kNote;
+        const double middle = right - x > room  ? (x + right) / 2
+                              : x - left > room ? (left + x) / 2
+                                                : (left + right) / 2;
+        PutOnTop("category word", {middle, (box.Top + box.Bottom) / 2}, std::string(layer.Word),
+                 kNote);
       }
     }
   }
@@ -309,31 +352,20 @@ class Drawing : SectionPage {
     }
   }
 
-  // Names in rows under the axis, each where there is room; those without any are left out.
-  void Names() {
+  double BelowNames() const {
+    return At.Frame().Bottom + kNameRow * static_cast<double>(RowsOf(Names));
+  }
+
+  void DrawNames() {
     const Rect& frame = At.Frame();
-    std::array<double, kNameRows> ends;
-    ends.fill(-1e9);
-    const double left = Layout.Page.Left;
-    const double right = Layout.Page.Right;
-    for (const Column& column : Columns) {
-      if (column.IsInterpolated) continue;
-      const double x = At.X(column.X);
-      const std::string name = ShortName(column, In.Of.Kind);
-      const double half = TextWidth(name, kNote) / 2;
-      const double middle = std::clamp(x, left + half, std::max(left + half, right - half));
-      for (std::size_t row = 0; row < ends.size(); ++row) {
-        if (middle - half < ends[row] + 80) continue;
-        ends[row] = middle + half;
-        const double y = frame.Bottom + 140 + 170 * static_cast<double>(row);
-        Line("name mark", {{x, frame.Bottom}, {x, y - 80}}, Inks.Grid);
-        Text("station", {middle, y}, name, kNote, AnchorX::Center, Inks.Ink);
-        break;
-      }
+    for (const PlacedName& name : Names) {
+      const double y = frame.Bottom + 140 + kNameRow * static_cast<double>(name.Row);
+      Line("name mark", {{name.X, frame.Bottom}, {name.X, y - 80}}, Inks.Grid);
+      Text("station", {name.Middle, y}, name.Text, kNote, AnchorX::Center, Inks.Ink);
     }
     if (In.Of.Kind == SectionKind::Time) {
-      Text("time unit", {(frame.Left + frame.Right) / 2, frame.Bottom + kNameRows * 170 + 350},
-           "month-day/time", kLabel, AnchorX::Center, Inks.Ink);
+      Text("time unit", {(frame.Left + frame.Right) / 2, BelowNames() + 250}, "month-day/time",
+           kLabel, AnchorX::Center, Inks.Ink);
     }
   }
 };
@@ -348,7 +380,8 @@ SectionPage::SectionPage(const SectionInput& input, const Surface& on)
       Inks(InksFor(input.Set)),
       Context(ContextOf(input.Of, input.Set)),
       Layout(CutPage(on, Rows())),
-      At(MappingIn(Layout, input)) {}
+      Names(NamesOf(input, Layout)),
+      At(MappingIn(FrameIn(Layout, input.Set), input, RowsOf(Names))) {}
 
 SectionPlot PlotSection(const SectionInput& input, const Surface& on) {
   return Drawing(input, on).Draw();

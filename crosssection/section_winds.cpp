@@ -4,6 +4,7 @@
 #include "analysis/interpolate.h"
 #include "core/markers.h"
 #include "core/numbers.h"
+#include "core/units.h"
 #include "crosssection/section_page.h"
 #include "diagram/wind_symbol.h"
 
@@ -26,6 +27,9 @@ bool ColumnWinds(SectionPage& page, const Column& column, double x, int step,
     if (!HasHeight(press)) continue;
     const double y = page.At.Y(page.At.Axis().Of(press, height, column.Ground()));
     if (y < frame.Top || y > frame.Bottom || last - y < apart) continue;
+    // The shaft ends inside the frame.
+    const double shaft = diagram::SizeOf(page.Set.Barbs).Shaft;
+    if (y - shaft * std::cos(Radians(sounding.WindDir(i))) < frame.Top) continue;
     last = y;
     diagram::DrawWindSymbol(page.Page, {x, y}, {sounding.WindDir(i), sounding.WindSpd(i)}, look,
                             pen);

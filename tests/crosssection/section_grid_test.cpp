@@ -108,6 +108,30 @@ TEST(SectionGrid, HasNoValueUnderTheGroundAboveTheTopAndInGaps) {
   EXPECT_TRUE(has("RH", 30, 400));
 }
 
+TEST(SectionGrid, IsDrawnDownToTheGroundBetweenStations) {
+  // The same air over a valley and a plateau, 40 C of the logarithm of the pressure from 1050 to
+  // 100 hPa: between the two nothing is known under the plateau's 700 hPa, but the valley's air
+  // goes on to where the ground is drawn, linear on this scale, and no further.
+  Section section;
+  section.Columns = {
+      Of(test::Profile({{1050, 20, 10}, {324.037, 0, -10}, {100, -20, -30}}), 0),
+      Of(test::Profile({{700, 13.1025, 0}, {324.037, 0, -10}, {100, -20, -30}}, {}, 3000), 1)};
+  Arrange(section);
+  SectionOptions options;
+  const VerticalAxis axis = AxisOf(section, options);
+  const FieldRow& field = *FindField("TMP");
+  const GridX grid = GridOf(section, field, options, axis);
+  const GridX drawn = CarriedUnderGround(section, field, options, axis, grid);
+  const int half = 31;  // the ground is drawn at the mean of the logarithms, 857.3 hPa
+  const int row = 1 + static_cast<int>(std::ceil(45 * axis.Share(-std::log(857.3))));
+  EXPECT_FALSE(grid.Has(half, row));
+  for (int at = row; at <= 46; ++at) {
+    EXPECT_NEAR(drawn(half, at), 20 - 40.0 * (at - 1) / 45, 0.01) << at;
+  }
+  EXPECT_TRUE(drawn.Has(half, row - 1));
+  EXPECT_FALSE(drawn.Has(half, row - 2));
+}
+
 TEST(SectionGrid, WindComponentsPointTheUsualWay) {
   // 270 degrees, 10 kt at the ground: from the west, hence u = +10, v = 0. The section runs east
   // along the equator: nothing crosses it. A wind from the south crosses it from right to left.
