@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QActionGroup>
+#include <QFrame>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -14,6 +15,7 @@
 #include <QVBoxLayout>
 #include <utility>
 
+#include "app/cross_section_x.h"
 #include "app/drag_view.h"
 #include "app/qt_text.h"
 #include "app/section_dialogs.h"
@@ -28,6 +30,7 @@ using crosssection::FieldRow;
 using crosssection::SectionKind;
 
 constexpr QSize kSmallestSection(760, 520);
+constexpr QSize kMini(380, 300);
 constexpr const char* kDatasetFilter = "Cross-Section DataSets (*.SEC)|*.SEC|All Files (*.*)|*.*";
 
 }  // namespace
@@ -49,6 +52,10 @@ CrossSectionWindow::CrossSectionWindow(Program& program, const DisplayRow& row, 
   layout->addLayout(parts, 1);
   layout->addWidget(readout_);
   view_->OnPointer([this](const std::optional<Point>& at) { Read(at); });
+  view_->OnPress = [this](Point at, QPointF) {
+    ShowMini(field_ ? ColumnAt(SectionViewOf(program_).Of, plot_.At, at) : std::nullopt);
+    return false;
+  };
   const crosssection::SectionState& state = SectionViewOf(program_).State;
   resize(QSize(state.Width, state.Height)
              .boundedTo(screen()->availableSize() - QSize(20, 40))
@@ -59,6 +66,8 @@ CrossSectionWindow::CrossSectionWindow(Program& program, const DisplayRow& row, 
 
 CrossSectionWindow::~CrossSectionWindow() {
   view_->OnPointer({});
+  view_->OnPress = {};
+  if (miniView_ != nullptr) miniView_->Show(nullptr);
 }
 
 void CrossSectionWindow::Add(QMenu& menu, const char* name, const char* caption, const char* key,
@@ -73,6 +82,7 @@ QMenuBar* CrossSectionWindow::BuildMenus() {
   auto* bar = new QMenuBar(this);
   QMenu* file = bar->addMenu(QStringLiteral("&File"));
   Add(*file, "mnuOpen", "&Open DataSet...", "Ctrl+O", [this] { Open(); });
+  Add(*file, "mnuEditDataSet", "&Edit DataSet...", "", [this] { Edit(); });
   Add(*file, "mnuSaveDataSet", "&Save DataSet...", "Ctrl+Shift+S", [this] { Save(); });
   recent_ = file->addMenu(QStringLiteral("&Recent DataSet"));
   recent_->menuAction()->setObjectName(QStringLiteral("mnuRecentFile"));
@@ -88,9 +98,17 @@ QMenuBar* CrossSectionWindow::BuildMenus() {
     readout_->setText(ToQString(Shortest(added) + " soundings were added."));
   });
   update_ = file->actions().last();
-  Add(*file, "mnuClose", "&Close", "", [this] { close(); });
+  file->addSeparator();
+  Add(*file, "mnuCopy", "&Copy Image to ClipBoard", "", [this] { Press("mnuCopyPicture"); });
+  Add(*file, "mnuSaveImage", "Save &Image to File...", "", [this] { Press("mnuSavePicture"); });
+  Add(*file, "mnuPrint", "&Print Image...", "", [this] { Press("mnuPrintPicture"); });
+  Add(*file, "mnuListing", "Lis&ting...", "", [this] { Press("mnuPictureListing"); });
+  file->addSeparator();
+  Add(*file, "mnuClose", "Cl&ose", "", [this] { close(); });
 
   QMenu* section = bar->addMenu(QStringLiteral("&Section"));
+  Add(*section, "mnuCrossSectionX", "S&oundings and Time Span...", "F7",
+      [this] { ShowSoundings(); });
   auto* kinds = new QActionGroup(this);
   const auto addKind = [&](const char* name, const char* caption, SectionKind kind) {
     Add(*section, name, caption, "", [this, kind] {
@@ -117,8 +135,12 @@ QMenuBar* CrossSectionWindow::BuildMenus() {
   Add(*section, "TransferToSounding", "Show &Sounding in the Main Window", "Return",
       [this] { Transfer(); });
 
-  Add(*section, "TransferToAreaMapPlot", "Area &Map...", "",
-      [this] { events_.Open("AreaMapForm", ""); });
+  Add(*section, "TransferToAreaMapPlot", "Area &Map...", "Ctrl+M", [this] {
+    SectionView& view = SectionViewOf(program_);
+    view.OnMap = under_ ? view.Of.Columns[*under_].Order : 0;
+    events_.Open("AreaMapForm", "");
+    events_.Changed({.View = true});
+  });
 
   QMenu* options = bar->addMenu(QStringLiteral("&Options"));
   Add(*options, "mnuDiagramX", "&Diagram Options...", "F8", [this] {
@@ -208,10 +230,10 @@ void CrossSectionWindow::ShowControls() {
   setWindowTitle(ToQString(view.Of.Name.empty() ? std::string("Cross-Section")
                                                 : "Cross-Section - " + view.Of.Name));
   recent_->clear();
-  if (!view.State.LastDataset.empty()) {
-    const std::string last = view.State.LastDataset;
-    recent_->addAction(ToQString(last), this, [this, last] {
-      if (commands::OpenDataset(program_, PathFromText(last))) Changed();
+  for (const std::string& dataset : view.State.Recent) {
+    if (dataset.empty()) continue;
+    recent_->addAction(ToQString(dataset), this, [this, dataset] {
+      if (commands::OpenDataset(program_, PathFromText(dataset))) Changed();
     });
   }
   recent_->setEnabled(!recent_->isEmpty());
@@ -222,6 +244,7 @@ void CrossSectionWindow::ShowControls() {
 
 // The picture as its row draws it; what the pointer reads goes by the same mapping.
 void CrossSectionWindow::Draw() {
+  ShowMini(std::nullopt);
   const SectionView& view = SectionViewOf(program_);
   view_->Show(nullptr);  // the picture that it shows is about to go
   const Surface on = SurfaceOf(*room_);
@@ -252,13 +275,76 @@ void CrossSectionWindow::Read(const std::optional<Point>& at) {
                 ReadSection({view.Of, view.Set, program_.Set, *field_}, plot_.At, *at)));
 }
 
-void CrossSectionWindow::Open() {
-  if (program_.Current.Ask == nullptr) return;
+std::optional<std::filesystem::path> CrossSectionWindow::ChosenDataset(const char* title) {
+  if (program_.Current.Ask == nullptr) return std::nullopt;
   const auto chosen =
-      program_.Current.Ask->ChooseFile({.Title = "Open Cross-Section DataSet",
+      program_.Current.Ask->ChooseFile({.Title = title,
                                         .Folder = TextFromPath(program_.Where.CrossSection),
                                         .Filter = kDatasetFilter});
-  if (chosen && commands::OpenDataset(program_, PathFromText(*chosen))) Changed();
+  if (!chosen) return std::nullopt;
+  return PathFromText(*chosen);
+}
+
+void CrossSectionWindow::Open() {
+  const auto path = ChosenDataset("Open Cross-Section DataSet");
+  if (path && commands::OpenDataset(program_, *path)) Changed();
+}
+
+void CrossSectionWindow::Edit() {
+  const auto path = ChosenDataset("Edit Cross-Section DataSet");
+  if (!path || !commands::OpenDataset(program_, *path, commands::DatasetUse::Edit)) return;
+  Changed();
+  ShowSoundings();
+}
+
+void CrossSectionWindow::ShowSoundings() {
+  auto* form = new CrossSectionX(
+      program_,
+      [this] {
+        Changed();
+        events_.Changed({.View = true});  // the map
+      },
+      [this] { Save(); }, this);
+  form->setAttribute(Qt::WA_DeleteOnClose);
+  form->show();
+}
+
+void CrossSectionWindow::Press(const char* entry) {
+  if (auto* action = findChild<QAction*>(QString::fromLatin1(entry))) action->trigger();
+}
+
+void CrossSectionWindow::ShowMini(std::optional<std::size_t> column) {
+  miniOf_ = column;
+  if (mini_ == nullptr) {
+    if (!column) return;
+    mini_ = new QFrame(view_);
+    mini_->setObjectName(QStringLiteral("MiniSounding"));
+    mini_->setFrameShape(QFrame::Box);
+    mini_->setAutoFillBackground(true);
+    miniView_ = new DiagramView(mini_);
+    miniView_->setMinimumSize(kMini);
+    auto* expand = new QPushButton(QStringLiteral("E&xpand in the Main Window"), mini_);
+    expand->setObjectName(QStringLiteral("ExpandMiniSounding"));
+    expand->setAutoDefault(false);
+    connect(expand, &QPushButton::clicked, this, [this] {
+      under_ = miniOf_;
+      Transfer();
+    });
+    auto* layout = new QVBoxLayout(mini_);
+    layout->setContentsMargins(2, 2, 2, 2);
+    layout->addWidget(miniView_);
+    layout->addWidget(expand);
+    mini_->adjustSize();
+  }
+  mini_->setVisible(column.has_value());
+  miniView_->Show(nullptr);
+  if (!column) return;
+  miniPage_ = MiniSounding(program_, *column, SurfaceOf(*miniView_));
+  miniView_->Show(&miniPage_);
+  // In the corner that is farther from its column.
+  const double x = plot_.At.X(SectionViewOf(program_).Of.Columns[*column].X);
+  const bool isLeft = x < (plot_.At.Frame().Left + plot_.At.Frame().Right) / 2;
+  mini_->move(isLeft ? view_->width() - mini_->width() - 8 : 8, 8);
 }
 
 void CrossSectionWindow::Save() {

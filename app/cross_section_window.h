@@ -2,6 +2,7 @@
 // reads.
 #pragma once
 
+#include <filesystem>
 #include <map>
 #include <optional>
 #include <string_view>
@@ -11,6 +12,7 @@
 #include "program/section_display.h"
 
 class QAction;
+class QFrame;
 class QLabel;
 class QMenu;
 class QMenuBar;
@@ -18,6 +20,8 @@ class QPushButton;
 class QVBoxLayout;
 
 namespace vexa {
+
+class DiagramView;
 
 class CrossSectionWindow final : public DisplayWindow {
  public:
@@ -41,9 +45,16 @@ class CrossSectionWindow final : public DisplayWindow {
   void Draw();
   void ShowControls();
   void Read(const std::optional<Point>& at);
+  std::optional<std::filesystem::path> ChosenDataset(const char* title);
   void Open();
   void Save();
+  void Edit();
+  void ShowSoundings();
   void Transfer();
+  /// The small diagram of a column; of none it goes.
+  void ShowMini(std::optional<std::size_t> column);
+  /// Does what an entry of the window's own menu does.
+  void Press(const char* entry);
 
   crosssection::SectionPlot plot_{};
   std::optional<crosssection::FieldAnalysis> field_{};
@@ -56,6 +67,10 @@ class CrossSectionWindow final : public DisplayWindow {
   QAction* interpolate_ = nullptr;
   QAction* update_ = nullptr;
   QLabel* readout_ = nullptr;
+  QFrame* mini_ = nullptr;
+  DiagramView* miniView_ = nullptr;
+  Picture miniPage_{};
+  std::optional<std::size_t> miniOf_{};
 };
 
 }  // namespace vexa

@@ -1,5 +1,7 @@
 #include "cli/loaded_program.h"
 
+#include <algorithm>
+#include <iterator>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -13,6 +15,7 @@
 #include "mountainwave/mountain_file.h"
 #include "program/displays.h"
 #include "program/hodograph_commands.h"
+#include "program/listed_soundings.h"
 #include "program/severe_table_file.h"
 #include "program/wave_view.h"
 
@@ -101,6 +104,21 @@ bool LoadedProgram::LoadWaveDisplay(const std::string& file) {
     return false;
   }
   return true;
+}
+
+bool LoadedProgram::LoadAll(const std::vector<std::string>& files) {
+  std::vector<SoundingSet::Member> members;
+  std::size_t now = 0;
+  bool isLoaded = false;
+  for (const std::string& file : files) {
+    const std::size_t first = members.size();
+    std::ranges::move(MembersOf(PathFromText(file)), std::back_inserter(members));
+    if (isLoaded || !LoadAt(file, std::nullopt)) continue;
+    isLoaded = true;
+    now = first;
+  }
+  if (isLoaded) program_.Listed = SoundingSet(std::move(members), now);
+  return isLoaded;
 }
 
 bool LoadedProgram::LoadBeside(const std::string& file, diagram::MultiMode mode) {

@@ -7,6 +7,7 @@
 #include <span>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "cli/commands.h"
 #include "cli/inputs.h"
@@ -54,6 +55,8 @@ class LoadedProgram {
   /// Puts a further file beside the loaded one, for an overlay or a comparison.
   bool LoadBeside(const std::string& file, diagram::MultiMode mode);
   const Program& Get() const { return program_; }
+  /// The first of the files that can be loaded in work, and every sounding of all of them listed.
+  bool LoadAll(const std::vector<std::string>& files);
   /// The layout of the diagram's page; null for the first of the table.
   void LayOut(const LayoutRow* layout) { program_.View.Layout = layout; }
   /// Where what fails is told.

@@ -11,6 +11,7 @@
 #include "core/letter_case.h"
 #include "core/numbers.h"
 #include "program/displays.h"
+#include "program/section_display.h"
 #include "program/view_commands.h"
 
 namespace vexa::cli {
@@ -25,7 +26,7 @@ constexpr ArgumentRow kOptions[] = {
     {"--diagram", "", "TYPE", "in place of the one that is set", kDiagrams},
     {"--display", "", "NAME",
      "the display to draw, sounding without it: hodograph, hodogram, SvrWx, Winter...;"
-     " Overlay and Compare put all files on one diagram"},
+     " Overlay and Compare put all files on one diagram, CrossSection and AreaMapForm on one page"},
     {"--size", "", "WxH", "size in pixels, 1600x1200 without it"},
     {"--layout", "", "NAME", "layout of the diagram's page: diagram, forecaster, pilot, teaching"},
     kRootOption,
@@ -89,11 +90,20 @@ void DrawAndSave(const Program& program, const DisplayRow& display, const std::s
   if (const auto fault = Save(drawn.Value(), output, canvas)) inputs.Fail(output, *fault);
 }
 
+// A section is made of every sounding of all files.
+bool TakesAll(const DisplayRow& display) {
+  return display.Needs == NeedsSection;
+}
+
 // All files on one diagram, the first in work and the others beside it. A file that fails is told
 // of and left out.
 void PlotTogether(const Arguments& arguments, const std::string& output, const Canvas& canvas,
                   LoadedProgram& loaded, const DisplayRow& display) {
   const diagram::MultiMode mode = display.Mode;
+  if (TakesAll(display)) {
+    if (!loaded.LoadAll(arguments.Files)) return;
+    return DrawAndSave(loaded.Get(), display, output, output, canvas, loaded.In());
+  }
   int count = 0;
   for (const std::string& file : arguments.Files) {
     if (mode == diagram::MultiMode::Compare && count == 2) break;
@@ -108,7 +118,9 @@ struct Asked {
   const DisplayRow* Display = nullptr;
   const LayoutRow* Layout = nullptr;
   Canvas On{};
-  bool Together() const { return Display->Mode != diagram::MultiMode::Single; }
+  bool Together() const {
+    return Display->Mode != diagram::MultiMode::Single || TakesAll(*Display);
+  }
 };
 
 Fault Wrong(std::string detail) {

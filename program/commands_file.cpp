@@ -1,6 +1,7 @@
 // Commands of the File menu.
 #include <algorithm>
 #include <filesystem>
+#include <iterator>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -75,7 +76,8 @@ std::filesystem::path Whole(const std::filesystem::path& path) {
 std::vector<std::string> ListedTexts(const Program& program) {
   std::vector<std::string> texts;
   for (const SoundingSet::Member& member : program.Listed.Members()) {
-    texts.push_back(TextFromPath(member.File));
+    std::string text = TextFromPath(member.File);
+    if (texts.empty() || texts.back() != text) texts.push_back(std::move(text));
   }
   return texts;
 }
@@ -93,28 +95,16 @@ void MakeRecentFiles(Program& program) {
 
 namespace {
 
-// The soundings of a file when there is somebody to choose from them; what is wrong with the file
-// the loading will tell.
-std::vector<std::string> TitlesIn(const Program& program, const std::filesystem::path& path) {
+// Those of a file that the user chooses are stepped through.
+std::vector<SoundingSet::Member> Chosen(const Program& program,
+                                        const std::vector<SoundingSet::Member>& members) {
   std::vector<std::string> titles;
-  if (!program.ChooseSoundings) return titles;
-  std::vector<std::string> notes;
-  const Outcome<SourceText> source = ingest::ReadSource(path, notes);
-  if (!source) return titles;
-  for (const ingest::SourceEntry& entry : ingest::ListSoundings(source.Value())) {
-    titles.push_back(entry.Title);
-  }
-  return titles;
-}
-
-// Those that the user chooses are stepped through.
-std::vector<SoundingSet::Member> Chosen(Program& program, const std::filesystem::path& path,
-                                        const std::vector<std::string>& titles) {
-  std::vector<SoundingSet::Member> members;
+  for (const SoundingSet::Member& member : members) titles.push_back(member.Title);
+  std::vector<SoundingSet::Member> chosen;
   for (const int index : program.ChooseSoundings(titles)) {
-    members.push_back({path, index, titles[static_cast<std::size_t>(index)]});
+    chosen.push_back(members[static_cast<std::size_t>(index)]);
   }
-  return members;
+  return chosen;
 }
 
 // Puts the first that can be loaded in work and lists all of them for stepping.
@@ -200,13 +190,13 @@ Changes LoadFirst(Program& program, const std::vector<std::filesystem::path>& gi
   const auto leave = MayLeaveSounding(program);
   if (!leave) return {};
   const std::vector<std::filesystem::path> paths = FilesIn(program, given);
-  if (paths.size() == 1) {
-    const std::vector<std::string> titles = TitlesIn(program, paths.front());
-    if (titles.size() > 1)
-      return LoadFirstOf(program, *leave, Chosen(program, paths.front(), titles));
-  }
   std::vector<SoundingSet::Member> members;
-  for (const std::filesystem::path& path : paths) members.push_back({.File = path});
+  for (const std::filesystem::path& path : paths) {
+    std::ranges::move(MembersOf(path), std::back_inserter(members));
+  }
+  if (paths.size() == 1 && members.size() > 1 && program.ChooseSoundings) {
+    members = Chosen(program, members);
+  }
   return LoadFirstOf(program, *leave, std::move(members));
 }
 

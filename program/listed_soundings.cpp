@@ -13,6 +13,7 @@
 #include "program/commands.h"
 #include "program/hodograph_commands.h"
 #include "program/session_memory.h"
+#include "sounding/sounding_source.h"
 
 namespace vexa {
 namespace {
@@ -92,6 +93,18 @@ std::vector<SharedSounding> SoundingsBeside(const Program& program, std::size_t 
   }
   if (beside.size() > most) beside.resize(most);
   return beside;
+}
+
+std::vector<SoundingSet::Member> MembersOf(const std::filesystem::path& file) {
+  std::vector<SoundingSet::Member> members;
+  const Outcome<SoundingSource> source = SoundingSource::Open(file);
+  if (source) {
+    for (const ingest::SourceEntry& entry : source.Value().List()) {
+      members.push_back({file, static_cast<int>(members.size()), entry.Title});
+    }
+  }
+  if (members.empty()) members.push_back({.File = file});
+  return members;
 }
 
 void ListSoundings(Program& program, SoundingSet listed) {

@@ -8,6 +8,8 @@
 #include "core/files.h"
 #include "core/numbers.h"
 #include "core/user_file.h"
+#include "diagram/sounding_plot.h"
+#include "ingest/sounding_files.h"
 #include "mountainwave/mountain_file.h"
 #include "program/listed_soundings.h"
 #include "program/needs.h"
@@ -28,6 +30,38 @@ using crosssection::Section;
 using crosssection::SectionKind;
 
 constexpr double kSamePlaceKm = 50;
+constexpr std::size_t kMostSearched = 1000;  // files of a folder that an update looks into
+
+// The dataset is the last one and the first of the recent ones.
+void NoteDataset(SectionView& view, const std::filesystem::path& path) {
+  view.State.LastDataset = TextFromPath(path);
+  auto& recent = view.State.Recent;
+  const auto known = std::ranges::find(recent, view.State.LastDataset);
+  std::rotate(recent.begin(), known == recent.end() ? recent.end() - 1 : known,
+              known == recent.end() ? recent.end() : known + 1);
+  recent.front() = view.State.LastDataset;
+}
+
+// The files that a section came from and those beside them.
+std::vector<std::filesystem::path> FilesAround(const Section& section) {
+  std::vector<std::filesystem::path> files;
+  std::set<std::filesystem::path> folders;
+  const auto add = [&](const std::filesystem::path& file) {
+    if (std::ranges::find(files, file) == files.end()) files.push_back(file);
+  };
+  for (const Column& column : section.Columns) {
+    const std::filesystem::path file = PathFromText(column.Source);
+    add(file);
+    folders.insert(file.parent_path());
+  }
+  for (const std::filesystem::path& folder : folders) {
+    if (folder.empty()) continue;
+    for (const std::filesystem::path& file : ingest::FilesIn(folder)) {
+      if (files.size() < kMostSearched && ingest::HoldsSounding(file)) add(file);
+    }
+  }
+  return files;
+}
 
 bool SameMembers(const std::vector<SoundingSet::Member>& one,
                  const std::vector<SoundingSet::Member>& other) {
@@ -124,7 +158,7 @@ SectionView SectionViewOnce(const Program& program) {
   view.Set = SectionOptionsFor(program.Where.Root, program.Set);
   view.Intervals = crosssection::ReadIntervals(SettingsText(program, crosssection::IntervalFile()));
   SectionWork work(program.Set, MountainsOf(program));
-  work.Load(program.Listed.Members(), {.Stations = &program.Stations}, {}, view.Of);
+  work.Load(program.Listed.Members(), {}, {.Stations = &program.Stations}, {}, view.Of);
   Arranged(view, work);
   return view;
 }
@@ -160,38 +194,62 @@ void ArrangeSection(Program& program) {
   Arranged(view, work);
 }
 
+bool ReadSectionAgain(Program& program) {
+  SectionView& view = SectionViewOf(program);
+  const std::vector<SoundingSet::Member>& members = program.Listed.Members();
+  SectionWork work(program.Set, MountainsOf(program));
+  Progress progress = program.Current.Ask != nullptr ? Progress(*program.Current.Ask) : Progress();
+  Section made;
+  const bool isDone =
+      work.Load(members, view.Span, {.Stations = &program.Stations}, progress, made);
+  if (program.Current.Ask != nullptr) program.Current.Ask->Share(1);
+  view.MadeOf = members;  // what was stopped is not begun again by itself
+  if (!isDone) return false;
+  view.Of = std::move(made);
+  view.Aside.clear();
+  view.Out.clear();
+  view.IsDataset = false;
+  if (!work.Troubles().empty()) {
+    program.Notices.push_back(Shortest(static_cast<int>(work.Troubles().size())) +
+                              " of the soundings could not be read or are doubtful: " +
+                              work.Troubles().front().Name + ".");
+  }
+  view.Under = program.Set;
+  Arranged(view, work);
+  return true;
+}
+
+std::size_t BytesOf(const SectionView& view) {
+  return BytesOf(view.Of.Columns) + BytesOf(view.Aside);
+}
+
+Picture MiniSounding(Program& program, std::size_t column, const Surface& on) {
+  const SoundingRecord& sounding = SectionViewOf(program).Of.Columns.at(column).Sounding;
+  const analysis::AnalysisResults results =
+      analysis::Analyse(sounding, program.Set, program.Adiabats);
+  auto plot = diagram::PlotSounding(
+      {.Sounding = sounding, .Results = results, .Set = program.Set, .On = on});
+  return plot ? std::move(plot->Page) : Picture(on.Width, on.Height, Color{255, 255, 255});
+}
+
 bool FollowSoundings(Program& program) {
   SectionView& view = SectionViewOf(program);
-  const bool sameAnalysis = view.Under == static_cast<const AnalysisSettings&>(program.Set);
-  const std::vector<SoundingSet::Member>& members = program.Listed.Members();
-  const bool isNew = members.size() > 1 && !SameMembers(view.MadeOf, members);
-  if (!isNew && sameAnalysis) return true;
-  SectionWork work(program.Set, MountainsOf(program));
+  const bool isNew =
+      program.Listed.Size() > 1 && !SameMembers(view.MadeOf, program.Listed.Members());
   if (isNew) {
-    Progress progress =
-        program.Current.Ask != nullptr ? Progress(*program.Current.Ask) : Progress();
-    Section made;
-    if (!work.Load(members, {.Stations = &program.Stations}, progress, made)) return false;
-    view.Of = std::move(made);
-    view.Aside.clear();
-    view.Out.clear();
     view.Span = {};
-    view.IsDataset = false;
     view.Kind.reset();
-    view.MadeOf = members;
-    if (!work.Troubles().empty()) {
-      program.Notices.push_back(Shortest(static_cast<int>(work.Troubles().size())) +
-                                " of the soundings could not be read or are doubtful: " +
-                                work.Troubles().front().Name + ".");
-    }
-  } else {
-    DropInterpolated(view.Of);
-    for (std::vector<Column>* columns : {&view.Of.Columns, &view.Aside}) {
-      for (Column& column : *columns) {
-        const int order = column.Order;
-        column = work.ColumnOf(column.Sounding, column.Source);
-        column.Order = order;
-      }
+    return ReadSectionAgain(program);
+  }
+  const bool sameAnalysis = view.Under == static_cast<const AnalysisSettings&>(program.Set);
+  if (sameAnalysis) return true;
+  SectionWork work(program.Set, MountainsOf(program));
+  DropInterpolated(view.Of);
+  for (std::vector<Column>* columns : {&view.Of.Columns, &view.Aside}) {
+    for (Column& column : *columns) {
+      const int order = column.Order;
+      column = work.ColumnOf(column.Sounding, column.Source);
+      column.Order = order;
     }
   }
   view.Under = program.Set;
@@ -233,6 +291,8 @@ std::vector<std::string> ListCrossSection(const Program& program) {
         std::string(Trim(sounding.StationTitle)));
   }
   for (const std::string& remark : view.Remarks) lines.push_back(remark);
+  lines.push_back(Mask(static_cast<double>(BytesOf(view)) / 1e6, "####0.0") +
+                  " MB of memory, about, for all that is loaded.");
   return lines;
 }
 
@@ -268,7 +328,7 @@ void InterpolateSection(Program& program, bool on) {
   ArrangeSection(program);
 }
 
-bool OpenDataset(Program& program, const std::filesystem::path& path) {
+bool OpenDataset(Program& program, const std::filesystem::path& path, DatasetUse use) {
   const std::string name = TextFromPath(path.filename());
   if (IsSoundingFolder(program, path)) {
     Ask(program, crosssection::WrongFolderBox(program.Where.CrossSection));
@@ -280,6 +340,10 @@ bool OpenDataset(Program& program, const std::filesystem::path& path) {
     return false;
   }
   DatasetRead read = crosssection::ReadDataset(text.Value(), name);
+  if (read.Why == DatasetRefusal::OlderVersion && use == DatasetUse::Edit) {
+    Ask(program, crosssection::CannotEditBox(name));
+    return false;
+  }
   if (read.Why != DatasetRefusal::None) {
     Ask(program, RefusalBox(read.Why, name, read.Place));
     return false;
@@ -298,7 +362,7 @@ bool OpenDataset(Program& program, const std::filesystem::path& path) {
   view.Span = {};
   view.Kind = read.Held.Kind;
   view.State.Direction = read.Held.Direction;
-  view.State.LastDataset = TextFromPath(path);
+  NoteDataset(view, path);
   view.IsDataset = true;
   view.MadeOf = program.Listed.Members();
   view.Under = program.Set;
@@ -325,7 +389,7 @@ bool SaveDataset(Program& program, const std::filesystem::path& path) {
     program.Notices.push_back("The list of the section's files is not kept: " + fault->Detail);
   }
   view.Of.Name = TextFromPath(path.stem());
-  view.State.LastDataset = TextFromPath(path);
+  NoteDataset(view, path);
   view.IsDataset = true;
   return true;
 }
@@ -360,25 +424,29 @@ int UpdateSection(Program& program) {
                 .WhenSilent = Answer::Yes};
   int added = 0;
   if (program.Current.Ask == nullptr || program.Current.Ask->Ask(box) == Answer::Yes) {
-    std::vector<std::filesystem::path> files;
     const Column* latest = &view.Of.Columns.front();
     for (const Column& column : view.Of.Columns) {
-      const std::filesystem::path file = PathFromText(column.Source);
-      if (std::ranges::find(files, file) == files.end()) files.push_back(file);
       const ObservationTime& time = column.Sounding.Time;
       if (crosssection::HoursBetween(latest->Sounding.Time, time) > 0) latest = &column;
     }
     const SoundingRecord last = latest->Sounding;
     SectionWork work(program.Set, MountainsOf(program));
     Section found;
-    work.Load(files, {.From = last.Time}, {.Stations = &program.Stations}, {}, found);
+    Progress progress =
+        program.Current.Ask != nullptr ? Progress(*program.Current.Ask) : Progress();
+    work.Load(FilesAround(view.Of), {.From = last.Time}, {.Stations = &program.Stations}, progress,
+              found);
+    if (program.Current.Ask != nullptr) program.Current.Ask->Share(1);
     for (Column& column : found.Columns) {
       const SoundingRecord& sounding = column.Sounding;
       const bool isNewer = crosssection::HoursBetween(last.Time, sounding.Time) > 0;
       const bool isHere =
           crosssection::DistanceKm(last.LatSigned, last.LonSigned, sounding.LatSigned,
                                    sounding.LonSigned) < kSamePlaceKm;
-      if (!isNewer || !isHere) continue;
+      const bool isKnown = std::ranges::any_of(view.Of.Columns, [&](const Column& known) {
+        return known.Sounding.Time == sounding.Time;
+      });
+      if (!isNewer || !isHere || isKnown) continue;
       column.Order = static_cast<int>(view.Of.Columns.size() + view.Aside.size()) + 1;
       view.Of.Columns.push_back(std::move(column));
       ++added;

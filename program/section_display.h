@@ -36,6 +36,7 @@ struct SectionView {
   crosssection::SectionState State{};
   bool HasSettings = false;  // they have been read
   double MapPress = 500;     // hPa, of the winds on the map
+  int OnMap = 0;             // the sounding that was handed to the map, by its order; 0: none
 };
 
 /// Soundings opened together, or a section that is there already.
@@ -56,6 +57,13 @@ void SaveSectionSettings(Program& program);
 /// Makes the section anew where the soundings or the analyses have changed. False when the user
 /// stopped: the one before stays.
 bool FollowSoundings(Program& program);
+/// Reads the soundings that were opened together anew, those of the span of time alone. False when
+/// the user stopped: the section stays.
+bool ReadSectionAgain(Program& program);
+/// Bytes that all that is loaded takes, about.
+std::size_t BytesOf(const SectionView& view);
+/// A small diagram of a column's sounding.
+Picture MiniSounding(Program& program, std::size_t column, const Surface& on);
 /// Makes the section of what is loaded, with the soundings, kind, direction and interpolation in
 /// force.
 void ArrangeSection(Program& program);
@@ -68,8 +76,11 @@ void ChooseKind(Program& program, crosssection::SectionKind kind);
 void TurnSection(Program& program);
 void InterpolateSection(Program& program, bool on);
 
+/// What a dataset is opened for; an old one is refused with other words to be edited.
+enum class DatasetUse { Show, Edit };
 /// Opens a dataset; what cannot be used has been told on false.
-bool OpenDataset(Program& program, const std::filesystem::path& path);
+bool OpenDataset(Program& program, const std::filesystem::path& path,
+                 DatasetUse use = DatasetUse::Show);
 /// Writes the section as a dataset, and the list of its files beside it. Faults have been told.
 bool SaveDataset(Program& program, const std::filesystem::path& path);
 /// Marks the section as the one that comes at the next start, or takes the mark away; tells which.

@@ -109,6 +109,14 @@ map::AreaMap MapOfSection(const DisplayInput& from, const Surface& on, const map
   look.Speed = view.Set.Speed;
   const auto symbol = [&](Picture& page, Point at, double north, std::size_t station) {
     const Column& column = *stations[station].Columns.front();
+    const bool isHandedOver = std::ranges::any_of(
+        stations[station].Columns, [&](const Column* one) { return one->Order == view.OnMap; });
+    if (isHandedOver) {
+      page.Add("station shown",
+               Circle{.Center = at,
+                      .Radius = 130,
+                      .Stroke = {black ? Color{255, 170, 90} : Color{200, 80, 0}, 24}});
+    }
     std::optional<analysis::Wind> wind = MapWindOf(column, kept.MapPress);
     if (!wind) return;
     wind->Dir += north;
@@ -186,7 +194,9 @@ void PickSpan(Program& program, const std::optional<ObservationTime>& from,
   SectionView& view = SectionViewOf(program);
   view.Span.From = from;
   view.Span.Until = until;
-  ArrangeSection(program);
+  // Of more than a section takes not all are loaded.
+  const bool isAll = view.IsDataset || program.Listed.Size() <= crosssection::kMostColumns;
+  isAll ? ArrangeSection(program) : static_cast<void>(ReadSectionAgain(program));
 }
 
 }  // namespace commands

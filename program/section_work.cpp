@@ -54,12 +54,12 @@ std::vector<AirLayer> WaveLayersOf(const Column& column, const std::filesystem::
 }
 
 template <class T>
-std::size_t BytesOf(const std::vector<T>& values) {
+std::size_t BytesIn(const std::vector<T>& values) {
   return values.capacity() * sizeof(T);
 }
 template <class T>
-std::size_t BytesOf(const Levels<T>& levels) {
-  return BytesOf(levels.Values());
+std::size_t BytesIn(const Levels<T>& levels) {
+  return BytesIn(levels.Values());
 }
 
 }  // namespace
@@ -124,13 +124,14 @@ bool SectionWork::Load(const std::vector<std::filesystem::path>& files, const Se
   return true;
 }
 
-bool SectionWork::Load(const std::vector<SoundingSet::Member>& members, const LoadPolicy& policy,
-                       Progress progress, crosssection::Section& into) {
+bool SectionWork::Load(const std::vector<SoundingSet::Member>& members, const SectionChoice& span,
+                       const LoadPolicy& policy, Progress progress, crosssection::Section& into) {
   std::vector<std::pair<std::filesystem::path, SectionChoice>> files;
   for (const SoundingSet::Member& member : members) {
     auto known =
         std::ranges::find_if(files, [&](const auto& file) { return file.first == member.File; });
-    if (known == files.end()) known = files.insert(files.end(), {member.File, {}});
+    if (known == files.end())
+      known = files.insert(files.end(), {member.File, {.From = span.From, .Until = span.Until}});
     known->second.Indices.insert(member.Index);
   }
   const double part = 1.0 / std::max<double>(1, static_cast<double>(files.size()));
@@ -164,26 +165,26 @@ crosssection::SectionOptions SectionOptionsFor(const std::filesystem::path& root
   return own;
 }
 
-std::size_t BytesOf(const crosssection::Section& section) {
-  std::size_t bytes = BytesOf(section.Columns);
-  for (const Column& column : section.Columns) {
+std::size_t BytesOf(const std::vector<Column>& columns) {
+  std::size_t bytes = columns.capacity() * sizeof(Column);
+  for (const Column& column : columns) {
     const SoundingRecord& record = column.Sounding;
     for (const auto* levels : {&record.Press, &record.Temp, &record.Dewpt, &record.WindHgt,
                                &record.WindDir, &record.WindSpd}) {
-      bytes += BytesOf(*levels);
+      bytes += BytesIn(*levels);
     }
     const analysis::LevelProfile& p = column.Levels;
     for (const auto* levels :
          {&p.Press, &p.LogPress, &p.Temp, &p.Dewpt, &p.Height, &p.WetBulb, &p.ThetaE, &p.Theta,
           &p.VirtualTemp, &p.MixingRatio, &p.RelHumidity}) {
-      bytes += BytesOf(*levels);
+      bytes += BytesIn(*levels);
     }
     const analysis::LevelListing& l = column.Layers.Listing;
     for (const auto* levels : {&l.Density, &l.DValue, &l.Refractivity, &l.Modified, &l.Potential,
                                &l.Gradient, &l.WaterBelow}) {
-      bytes += BytesOf(*levels);
+      bytes += BytesIn(*levels);
     }
-    bytes += BytesOf(column.Water) + BytesOf(column.Waves);
+    bytes += BytesIn(column.Water) + BytesIn(column.Waves);
   }
   return bytes;
 }

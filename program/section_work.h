@@ -48,9 +48,9 @@ class SectionWork {
   bool Load(const std::vector<std::filesystem::path>& files, const SectionChoice& choice,
             const LoadPolicy& policy, Progress progress, crosssection::Section& into);
 
-  /// The members of a set of soundings; each file is opened once.
-  bool Load(const std::vector<SoundingSet::Member>& members, const LoadPolicy& policy,
-            Progress progress, crosssection::Section& into);
+  /// The members of a set of soundings in a span of time; each file is opened once.
+  bool Load(const std::vector<SoundingSet::Member>& members, const SectionChoice& span,
+            const LoadPolicy& policy, Progress progress, crosssection::Section& into);
 
   /// Puts interpolated soundings between the columns.
   void Interpolate(crosssection::Section& section);
@@ -73,7 +73,7 @@ class SectionWork {
 crosssection::SectionOptions SectionOptionsFor(const std::filesystem::path& root,
                                                const Options& options);
 
-/// Bytes that a section's columns take, about.
-std::size_t BytesOf(const crosssection::Section& section);
+/// Bytes that columns take, about.
+std::size_t BytesOf(const std::vector<crosssection::Column>& columns);
 
 }  // namespace vexa

@@ -4,11 +4,17 @@
 #include <gtest/gtest.h>
 
 #include <QAction>
+#include <QApplication>
 #include <QDialog>
+#include <QFrame>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
+#include <QMouseEvent>
 #include <QPushButton>
 
+#include "app/area_map_form.h"
+#include "app/drag_view.h"
 #include "app/sounding_window.h"
 #include "core/files.h"
 #include "core/numbers.h"
@@ -37,6 +43,14 @@ class SectionWindowTest : public testing::Test {
   }
   CrossSectionWindow& Section() {
     return dynamic_cast<CrossSectionWindow&>(*window.Display("CrossSection"));
+  }
+  static void Mouse(QWidget& on, QEvent::Type type, QPointF at) {
+    QMouseEvent event(type, at, on.mapToGlobal(at), Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&on, &event);
+  }
+  static void Click(QWidget& on, QPointF at) {
+    Mouse(on, QEvent::MouseButtonPress, at);
+    Mouse(on, QEvent::MouseButtonRelease, at);
   }
   bool Says(const char* text) {
     return std::ranges::any_of(Section().Page().Items(), [text](const Item& item) {
@@ -97,9 +111,60 @@ TEST_F(SectionWindowTest, TurnsAndShowsItsMap) {
   EXPECT_EQ(SectionViewOf(program).Of.Columns[0].Sounding.StationTitle, "Station 100");
   Section().findChild<QAction*>("TransferToAreaMapPlot")->trigger();
   ASSERT_NE(window.Display("AreaMapForm"), nullptr);
+  auto& map = dynamic_cast<AreaMapForm&>(*window.Display("AreaMapForm"));
+  const auto widget = [&](double lon) {
+    return map.View().WidgetAt(*map.Frame().ToPage({35, lon})).toPoint();
+  };
+  Click(map.View(), widget(-97));
+  EXPECT_EQ(SectionViewOf(program).Of.Columns.size(), 2U);
+  Click(map.View(), widget(-97));
+  EXPECT_EQ(SectionViewOf(program).Of.Columns.size(), 3U);
+  // A drag of the ground moves the map; a drag from the line's end to the middle lays it anew.
+  const auto drag = [&](QPoint from, QPoint to) {
+    Mouse(map.View(), QEvent::MouseButtonPress, from);
+    Mouse(map.View(), QEvent::MouseMove, (from + to) / 2);
+    Mouse(map.View(), QEvent::MouseMove, to);
+    Mouse(map.View(), QEvent::MouseButtonRelease, to);
+  };
+  const QPoint before = widget(-97);
+  drag(before + QPoint(0, 100), before + QPoint(30, 120));
+  EXPECT_EQ(widget(-97), before + QPoint(30, 20));
+  map.findChild<QPushButton*>("cmdLarger")->click();
+  map.findChild<QPushButton*>("cmdWhole")->click();
+  EXPECT_EQ(widget(-97), before);
+  drag(widget(-95), widget(-97));
+  EXPECT_EQ(SectionViewOf(program).Of.Columns.size(), 2U);
+  EXPECT_EQ(SectionViewOf(program).Of.Columns[0].Sounding.StationTitle, "Station 100");
+  map.findChild<QPushButton*>("cmdAllStations")->click();
   EXPECT_EQ(
       std::ranges::count(window.Display("AreaMapForm")->Page().Items(), "station mark", &Item::Tag),
       3);
+}
+
+TEST_F(SectionWindowTest, SoundingsAreChosenAndShownSmall) {
+  Section().findChild<QAction*>("mnuCrossSectionX")->trigger();
+  auto* form = Section().findChild<QDialog*>("CrossSectionX");
+  ASSERT_NE(form, nullptr);
+  auto* list = form->findChild<QListWidget*>("lstSoundings");
+  ASSERT_EQ(list->count(), 3);
+  list->item(0)->setCheckState(Qt::Unchecked);
+  form->findChild<QPushButton*>("cmdApply")->click();
+  EXPECT_EQ(SectionViewOf(program).Of.Columns.size(), 2U);
+  form->findChild<QLineEdit*>("txtFrom")->setText("noon");
+  form->findChild<QPushButton*>("cmdAll")->click();
+  form->findChild<QPushButton*>("cmdApply")->click();
+  EXPECT_EQ(SectionViewOf(program).Of.Columns.size(), 2U);  // the time is none
+  form->findChild<QLineEdit*>("txtFrom")->clear();
+  form->findChild<QPushButton*>("cmdApply")->click();
+  EXPECT_EQ(SectionViewOf(program).Of.Columns.size(), 3U);
+
+  const QPoint middle = Section().View().rect().center();
+  Click(Section().View(), middle);
+  auto* mini = Section().findChild<QFrame*>("MiniSounding");
+  ASSERT_NE(mini, nullptr);
+  EXPECT_TRUE(mini->isVisible());
+  mini->findChild<QPushButton*>("ExpandMiniSounding")->click();
+  EXPECT_EQ(program.Current.Record.StationTitle, "Station 97");
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include "core/raw_file.h"
 #include "program/displays.h"
 #include "program/needs.h"
+#include "program/section_map.h"
 #include "program/session_memory.h"
 #include "support/soundings.h"
 
@@ -74,10 +75,57 @@ TEST_F(SectionDisplay, IsMadeOfWhatWasOpenedTogether) {
   EXPECT_EQ(View().Of.Columns[0].Sounding.StationTitle, "west");
   commands::InterpolateSection(program, false);
   EXPECT_EQ(View().Of.Columns.size(), 3U);
-  EXPECT_EQ(ListCrossSection(program).size(), 6U);  // title, blank, head and three
+  EXPECT_EQ(ListCrossSection(program).size(), 7U);  // title, blank, head, three, the memory
   commands::ChooseKind(program, SectionKind::Time);
   EXPECT_NE(View().Why.find("not known"), std::string::npos);
   EXPECT_NE(Texts(DrawDisplay(row, program, {12000, 9000})).find("not known"), std::string::npos);
+}
+
+TEST_F(SectionDisplay, TakesThePickedStations) {
+  OpenLine();
+  const auto titles = [&] {
+    std::string all;
+    for (const auto& column : View().Of.Columns) all += column.Sounding.StationTitle + " ";
+    return all;
+  };
+  commands::PickStation(program, {35, -97});
+  EXPECT_EQ(titles(), "east west ");
+  EXPECT_EQ(PickText(View()), "2 of 3 stations in the section");
+  EXPECT_EQ(StationsOf(View()).back().Name, "middle");
+  commands::PickStation(program, {35, -100});
+  EXPECT_NE(View().Why.find("One sounding alone"), std::string::npos);
+  EXPECT_EQ(NeedsSection(program), "");  // the others can be picked again
+  commands::PickAllStations(program);
+  EXPECT_EQ(titles(), "east middle west ");
+  // Along a line that is laid from the west, whatever the way was before; by hand 97 W lies 2.74 km
+  // south of the great circle between 100 W and 95 W on the parallel of 35 N.
+  EXPECT_TRUE(commands::PickAlong(program, {35, -100}, {35, -95}, 3));
+  EXPECT_EQ(titles(), "west middle east ");
+  EXPECT_TRUE(commands::PickAlong(program, {35, -100}, {35, -95}, 2.5));
+  EXPECT_EQ(titles(), "west east ");
+  EXPECT_FALSE(commands::PickAlong(program, {45, -100}, {45, -95}, 30));
+  EXPECT_EQ(titles(), "west east ");
+}
+
+TEST_F(SectionDisplay, OfAFileOfManyTakesASpanOfTime) {
+  const std::string two = ReadFile(test::TestData("igra_station.txt")).Value();
+  std::string third = two.substr(two.rfind('#'));
+  third.replace(third.find("2000 01 01"), 10, "2000 01 02");
+  const fs::path path = program.Where.Data / "record.txt";
+  ASSERT_FALSE(SaveFile(path, two + third));
+  OpenSoundings(program, {path});
+  EXPECT_EQ(program.Listed.Size(), 3U);
+  ASSERT_TRUE(FollowSoundings(program));
+  ASSERT_EQ(View().Of.Columns.size(), 3U);
+  commands::PickSpan(program, std::nullopt, ObservationTime{2000, 1, 1, 23, 0});
+  EXPECT_EQ(View().Of.Columns.size(), 2U);
+  EXPECT_EQ(View().Aside.size(), 1U);
+  ASSERT_TRUE(ReadSectionAgain(program));  // of more than it takes only the span is read
+  EXPECT_EQ(View().Of.Columns.size(), 2U);
+  EXPECT_EQ(View().Aside.size(), 0U);
+  commands::PickSpan(program, std::nullopt, std::nullopt);
+  OpenSoundings(program, {path, Station("east", -95)});
+  EXPECT_EQ(program.Listed.Size(), 4U);
 }
 
 TEST_F(SectionDisplay, AsksBeforeItDrawsWinds) {
@@ -123,7 +171,20 @@ TEST_F(SectionDisplay, IsKeptAsADataset) {
   ASSERT_FALSE(SaveFile(path, "\"VEXA 5.2\",\"CROSS-SECTION\"\r\n"));
   user.Expect("Incorrect dataset format", Answer::Ok);
   EXPECT_FALSE(commands::OpenDataset(next, path));
+  user.Expect("Sorry ...", Answer::Ok);
+  EXPECT_FALSE(commands::OpenDataset(next, path, commands::DatasetUse::Edit));
+  EXPECT_EQ(user.Boxes.back().Text,
+            "line.SEC was generated from an older version of VEXA and can not be edited.");
   EXPECT_EQ(SectionViewOf(next).Of.Columns.size(), 3U);  // what was there stays
+  const fs::path other = program.Where.CrossSection / "other.SEC";
+  ASSERT_TRUE(commands::SaveDataset(program, other));
+  ASSERT_TRUE(commands::SaveDataset(program, program.Where.CrossSection / "new.SEC"));
+  ASSERT_TRUE(commands::SaveDataset(program, other));
+  const auto& recent = View().State.Recent;
+  EXPECT_EQ(recent[0], TextFromPath(other));
+  EXPECT_NE(recent[1].find("new.SEC"), std::string::npos);
+  EXPECT_NE(recent[2].find("line.SEC"), std::string::npos);
+  EXPECT_EQ(recent[3], "");
 }
 
 TEST_F(SectionDisplay, TakesNewerSoundingsIntoASectionInTime) {
