@@ -263,7 +263,6 @@ download::BatchReport BatchWindow::RunFor(const ObservationTime& time) {
            [this](const SavedSounding& saved) {
              Log(SavedText(saved));
              if (saved.Finding.Number != 0) Log(saved.File + ": " + DoubtText(saved.Finding));
-             if (!saved.Lost.empty()) Log(saved.File + ": " + saved.Lost);
            },
        .Continue =
            [this](int done, int total, const download::Request& next) {

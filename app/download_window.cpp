@@ -265,7 +265,7 @@ bool DownloadWindow::Fetch() {
     step_->setText(hasReason ? ToQString(report.Items.front().Failed->Detail) : QString());
     return false;
   }
-  step_->setText(ToQString(saved.Lost.empty() ? saved.File : saved.File + ": " + saved.Lost));
+  step_->setText(ToQString(saved.File));
   opened_(PathFromText(saved.File), saved.Index);
   return true;
 }

@@ -160,11 +160,7 @@ void WriteReport(const Opening& opening) {
     program.Doc.Report(*fault);
     return;
   }
-  const std::string lost = LostBelowSea(program.Current.Record);
-  Tell(program,
-       "The report is in " + *name +
-           (lost.empty() ? "" : "\n" + std::string(report::kNativeName) + ": " + lost),
-       BoxIcon::Information);
+  Tell(program, "The report is in " + *name, BoxIcon::Information);
 }
 
 void ExportLevels(const Opening& opening) {

@@ -87,11 +87,6 @@ void ReportFault(Console& console, const std::string& file, const Fault& fault) 
   console.Err(std::string(kProgram.Name) + ": " + file + ": " + FaultLine(file, fault) + "\n");
 }
 
-void TellLost(Console& console, const std::string& file, const SoundingRecord& record) {
-  const std::string lost = LostBelowSea(record);
-  if (!lost.empty()) console.Err(std::string(kProgram.Name) + ": " + file + ": " + lost + '\n');
-}
-
 int UsageError(Console& console, const Command& command, std::string_view reason) {
   const std::string name(command.Form.Name);
   console.Err("vexa-cli " + name + ": " + std::string(reason) + "\nTry: vexa-cli " + name +

@@ -51,9 +51,6 @@ std::optional<Fault> NotAnInput(const Arguments& arguments, const std::string& o
 /// "vexa-cli: FILE: reason" for a file that failed.
 void ReportFault(Console& console, const std::string& file, const Fault& fault);
 
-/// Tells what of a sounding is not in the native file that has been written of it.
-void TellLost(Console& console, const std::string& file, const SoundingRecord& record);
-
 /// "vexa-cli COMMAND: reason" with a pointer to the help; gives kExitUsage.
 int UsageError(Console& console, const Command& command, std::string_view reason);
 

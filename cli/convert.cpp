@@ -29,8 +29,6 @@ int RunConvert(const Arguments& arguments, Console& console) {
                 {kFaultTooFewLevels, "RunConvert", "winds alone cannot be kept in a native file"});
   } else if ((fault = SaveFile(PathFromText(*output), WriteRaw(record)))) {
     inputs.Fail(*output, *fault);
-  } else {
-    TellLost(console, *output, record);
   }
   return inputs.ExitCode();
 }

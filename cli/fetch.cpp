@@ -49,9 +49,6 @@ FetchWork::Watch Telling(Console& console, Inputs& inputs) {
           [&console, &inputs](const SavedSounding& saved) {
             console.Out(SavedText(saved) + '\n');
             inputs.Doubt(saved.File, saved.Finding);
-            if (!saved.Lost.empty()) {
-              console.Err("vexa-cli: " + saved.File + ": " + saved.Lost + '\n');
-            }
           }};
 }
 

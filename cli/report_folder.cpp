@@ -44,8 +44,6 @@ int RunReport(const Arguments& arguments, Console& console) {
   if (!loaded.Load(file)) return loaded.In().ExitCode();
   if (const auto fault = WriteFolder(loaded.Get(), PathFromText(*output), *console.Tools)) {
     loaded.In().Fail(*output, *fault);
-  } else {
-    TellLost(console, *output + "/" + std::string(report::kNativeName), loaded.Get().Doc.Record());
   }
   return loaded.In().ExitCode();
 }

@@ -14,6 +14,16 @@
 namespace vexa {
 namespace {
 
+// The text of a line behind the last record, where other readers have stopped: so many wind rows
+// lie below sea level and are meant so. Without it such a height is an error.
+constexpr std::string_view kBelowSea = "WINDS BELOW SEA LEVEL";
+
+int CountBelowSea(const SoundingRecord& record, int rows) {
+  int count = 0;
+  for (int row = 1; row <= rows; ++row) count += record.WindHgt(row) < 0 ? 1 : 0;
+  return count;
+}
+
 // A count of a million rows that are not there must not cost memory: rows are added as they come,
 // and the end of the data ends the reading.
 class RawReader {
@@ -46,17 +56,7 @@ class RawReader {
       const double dewpt = Number("the dew point");
       if (!fault_) into_.AddTemp(press, temp, dewpt);
     }
-    for (int row = 1; row <= windRows && !fault_; ++row) {
-      const double height = Number("the wind height");
-      const double direction = Number("the wind direction");
-      const double speed = Number("the wind speed");
-      if (fault_) break;
-      if (height < 0) {
-        refused.push_back({row, height});
-      } else {
-        into_.AddWind(height, direction, speed);
-      }
-    }
+    ReadWinds(windRows);
     for (int row = 1; row <= cloudRows && !fault_; ++row) {
       CloudLayer layer;
       layer.Type = Text("the cloud type");
@@ -72,10 +72,48 @@ class RawReader {
       }
       into_.ExtraRecordsPresent = !fault_;
     }
+    refused = KeptBelowSea() ? std::vector<RefusedWind>{} : TakeOutBelowSea();
     return fault_;
   }
 
  private:
+  void ReadWinds(int rows) {
+    for (int row = 1; row <= rows && !fault_; ++row) {
+      const double height = Number("the wind height");
+      const double direction = Number("the wind direction");
+      const double speed = Number("the wind speed");
+      if (!fault_) into_.AddWind(height, direction, speed);
+    }
+  }
+
+  bool KeptBelowSea() {
+    if (fault_ || fields_.AtEnd()) return false;
+    const Outcome<RecordField> mark = fields_.Next("");
+    if (!mark || !mark.Value().Quoted || mark.Value().Text != kBelowSea) return false;
+    const Outcome<int> winds = fields_.Count("the number of winds below sea level");
+    return winds && winds.Value() == CountBelowSea(into_, into_.NumWindLevels());
+  }
+
+  std::vector<RefusedWind> TakeOutBelowSea() {
+    std::vector<RefusedWind> refused;
+    SoundingRecord read;
+    for (int row = 1; row <= into_.NumWindLevels(); ++row) {
+      const double height = into_.WindHgt(row);
+      if (height < 0) {
+        refused.push_back({row, height});
+      } else {
+        read.AddWind(height, into_.WindDir(row), into_.WindSpd(row));
+      }
+    }
+    if (refused.empty()) return refused;
+    into_.WindHgt = std::move(read.WindHgt);
+    into_.WindDir = std::move(read.WindDir);
+    into_.WindSpd = std::move(read.WindSpd);
+    into_.WorkWindDir = std::move(read.WorkWindDir);
+    into_.WorkWindSpd = std::move(read.WorkWindSpd);
+    return refused;
+  }
+
   void ReadPosition() {
     into_.LatValue = Angle("the latitude", 90);
     into_.LatHemi = Hemisphere("the latitude's hemisphere", "NS");
@@ -186,10 +224,6 @@ Status SaveVariant(CurrentSounding& current, const std::filesystem::path& path, 
     return Status::Error;
   }
   current.Record.FileFlavour = "Windows";
-  if (const std::string lost = LostBelowSea(current.Record);
-      !lost.empty() && current.Ask != nullptr) {
-    current.Ask->Ask(Box{.Title = "Winds below sea level", .Text = lost});
-  }
   current.StatusText = Text(Status::Ok);
   return Status::Ok;
 }
@@ -271,17 +305,10 @@ std::string WriteRaw(const SoundingRecord& record, RawVariant variant, std::stri
     for (const double value : record.ExtraRecord2) text.Number(value);
     text.EndRecord();
   }
+  if (const int below = CountBelowSea(record, windRows); below > 0) {
+    text.Text(kBelowSea).Number(below).EndRecord();
+  }
   return text.Take();
-}
-
-std::string LostBelowSea(const SoundingRecord& record) {
-  const auto count = static_cast<int>(
-      std::ranges::count_if(record.WindHgt.Values(), [](double height) { return height < 0; }));
-  if (count == 0) return {};
-  return Shortest(count) + (count == 1 ? " wind lies" : " winds lie") +
-         " below sea level. A native file has no place for " + (count == 1 ? "it" : "them") +
-         ": when it is read again " + (count == 1 ? "this wind" : "these winds") +
-         " will be missing.";
 }
 
 Box WindHeightBox(const RefusedWind& refused) {

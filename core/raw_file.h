@@ -49,15 +49,12 @@ std::optional<Fault> ReadRaw(std::string_view text, std::string_view name, RawVa
 /// A record as the text of a native file. Positions in decimal degrees are converted to
 /// degrees.minutes-seconds, to the second; a record without a tag, or with one too old for the
 /// cloud line that is always written, gets the program's own; "DOS" files end at 48 levels of each
-/// kind.
+/// kind. Behind the last record a line says how many winds lie below sea level, if any: so they are
+/// read again, whereas a negative height without that line is refused.
 ///
 /// quickName  file name that the quick variant carries
 std::string WriteRaw(const SoundingRecord& record, RawVariant variant = RawVariant::Plain,
                      std::string_view quickName = {});
-
-/// Says how many winds a native file of the record keeps that will not be read from it again, as
-/// they lie below the sea; empty where there are none.
-std::string LostBelowSea(const SoundingRecord& record);
 
 /// The box that tells of a refused wind row.
 Box WindHeightBox(const RefusedWind& refused);

@@ -267,8 +267,7 @@ Outcome<SavedSounding> FetchWork::SaveAnswer(const BatchPlan& plan, const Reques
   if (auto fault = SaveFile(path, bytes)) return notSaved(*std::move(fault));
   return SavedSounding{.File = TextFromPath(path),
                        .Index = isNative ? 0 : sounding.From.Index,
-                       .Finding = sounding.Finding,
-                       .Lost = isNative ? LostBelowSea(sounding.Record) : std::string()};
+                       .Finding = sounding.Finding};
 }
 
 Outcome<std::string> FetchWork::Save(const BatchPlan& plan, const Request& request,

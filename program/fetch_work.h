@@ -44,7 +44,6 @@ struct SavedSounding {
   std::string File{};
   int Index = 0;        // of the sounding in that file
   QcFinding Finding{};  // what the check of the data found
-  std::string Lost{};   // what a native file has no place for; empty when all is in it
 };
 
 /// "FILE", or "FILE  (sounding 2 of the file)".

@@ -225,10 +225,7 @@ std::optional<Fault> PrepareToPrint(const Program& program, const PrintRequest& 
 }
 
 ListingLines DecodedLines(const Program& program) {
-  ListingLines lines = LinesOf(WriteRaw(program.Current.Record));
-  const std::string lost = LostBelowSea(program.Current.Record);
-  if (!lost.empty()) lines.push_back(lost);
-  return lines;
+  return LinesOf(WriteRaw(program.Current.Record));
 }
 
 Outcome<ListingLines> SourceLines(const Program& program) {

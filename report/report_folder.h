@@ -23,7 +23,7 @@ struct ReportWriter {
       EncodePicture{};
 };
 
-/// The sounding as a native file, which keeps no winds below sea level.
+/// The sounding as a native file.
 inline constexpr std::string_view kNativeName = "sounding.RAW";
 
 /// Writes the folder of the sounding in work, which is made where it is missing; files of these

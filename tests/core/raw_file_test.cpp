@@ -244,13 +244,34 @@ TEST(LoadRAWquick, RefusesASoundingOfOneLevel) {
   EXPECT_EQ(user.Boxes[0].Text, "b 2 has insufficient Pressure/Temperature data levels.");
 }
 
-TEST(RawFile, SavingTellsOfWindsBelowTheSea) {
-  SoundingRecord record;
-  record.AddWind(-22, 270, 5);
-  record.AddWind(0, 270, 6);
-  EXPECT_TRUE(LostBelowSea(record).starts_with("1 wind lies below sea level."));
-  record.WindHgt(1) = 0;
-  EXPECT_EQ(LostBelowSea(record), "");
+// The shore of the Dead Sea lies at -430 m. A file that only counts such winds in its rows has
+// errors in them, as has one whose rows were changed since.
+TEST(RawFile, WindsBelowTheSeaAreReadAgain) {
+  const SoundingRecord shore = test::Profile(
+      {{1060, 30, 20}, {1000, 26, 18}}, {{-430, 180, 5}, {-22.5, 190, 8}, {600, 200, 11}}, -430);
+  const std::string text = WriteRaw(shore);
+  const Read again = ReadText(text);
+  EXPECT_TRUE(again.Refused.empty());
+  EXPECT_EQ(again.Record.WindHgt.Values(), (std::vector<double>{-430, -22.5, 600}));
+  EXPECT_EQ(again.Record.WindDir.Values(), (std::vector<double>{180, 190, 200}));
+  EXPECT_TRUE(again.Record.HasWorkWinds());
+
+  const std::string mark = "\"WINDS BELOW SEA LEVEL\",2\r\n";
+  ASSERT_TRUE(text.ends_with(mark));
+  std::string changed = text;
+  changed.replace(changed.find("600,200"), 3, "-60");
+  for (const auto& [damaged, rows] :
+       {std::pair(text.substr(0, text.size() - mark.size()), 2), std::pair(changed, 3)}) {
+    const Read reading = ReadText(damaged);
+    EXPECT_EQ(reading.Refused.size(), static_cast<std::size_t>(rows));
+    EXPECT_EQ(reading.Record.NumWindLevels(), 3 - rows);
+    EXPECT_EQ(reading.Record.WorkWindDir.Count(), 3 - rows);
+  }
+  // Cut behind the 48th wind, of which the first alone lies that low.
+  SoundingRecord low = test::Profile({{1060, 30, 20}, {1000, 26, 18}});
+  low.FileFlavour = "DOS";
+  for (int i = 0; i < 60; ++i) low.AddWind(i == 0 || i > 50 ? -9 - i : i, 180, 5);
+  EXPECT_TRUE(WriteRaw(low).ends_with("\"WINDS BELOW SEA LEVEL\",1\r\n"));
 }
 
 }  // namespace
