@@ -15,6 +15,7 @@
 #include "ingest/coded_judge.h"
 #include "ingest/coded_part.h"
 #include "ingest/coded_report.h"
+#include "ingest/coded_winds.h"
 
 namespace vexa::ingest {
 namespace {
@@ -464,6 +465,7 @@ std::optional<Fault> DecodeCoded(const SourceText& source, LoadContext& context,
   bool isGroundLost = false;
   FillRecord(Merged(ascent, context, isGroundLost), source.Name(), context, into);
   if (isGroundLost && into.NumTempLevels() > 0) into.SurfaceLostBelow = into.Press.Values().front();
+  TellStrayWinds(into, context.Notes);
   into.DataFormat = kCodedTag;
   return std::nullopt;
 }

@@ -27,6 +27,7 @@ constexpr Bounds kBounds[] = {{1100, -90, 60}, {850, -90, 50},   {700, -90, 35},
 constexpr double kMetresPerKelvin = analysis::kDryGasConstant / analysis::kGravity;
 constexpr double kDryLapse = 0.00977;  // °C/m
 constexpr double kTropopause = 300;    // hPa, above which the significant levels stand wider
+constexpr double kInDecametres = 500;  // hPa, from which up heights are given so
 
 double Between(double at, double x0, double x1, double y0, double y1) {
   return x0 == x1 ? y0 : y0 + (y1 - y0) * (at - x0) / (x1 - x0);
@@ -91,6 +92,8 @@ class Jury {
     }
     TellOffLines(notes);
     TellZigzags(notes);
+    TellLoneTropopauses(notes);
+    TellThickness(notes);
   }
 
  private:
@@ -169,6 +172,60 @@ class Jury {
                       " C of part " + value.Level->Part + " lies " + Mask(off, "0.0") +
                       " C off the line from " + Shortest(temps_[line->Below].Press) + " hPa to " +
                       Shortest(temps_[line->Above].Press) + " hPa; one of them may be garbled.");
+    }
+  }
+
+  // A tropopause is a significant level too: where parts B or D have a profile there that is not
+  // bent by such a level, one of the pressures is garbled.
+  void TellLoneTropopauses(std::vector<std::string>& notes) const {
+    constexpr double kOff = 1.2;  // °C
+    for (const HeldValue& value : temps_) {
+      if (!value.IsOn || value.Level->Kind != LevelKind::Tropopause) continue;
+      const std::optional<Line> line = LineAt(value);
+      if (!line || temps_[line->Below].Press == value.Press) continue;
+      if (std::fabs(line->Temp - value.Amount) <= kOff) continue;
+      const char part = temps_[line->Below].Level->Part;
+      std::string elsewhere;
+      for (const HeldValue& other : temps_) {
+        if (!other.IsOn || other.Level->Part != part || other.Amount != value.Amount) continue;
+        elsewhere +=
+            " That has " + Shortest(value.Amount) + " C at " + Shortest(other.Press) + " hPa.";
+      }
+      notes.push_back("At " + Shortest(value.Press) + " hPa the tropopause of part " +
+                      value.Level->Part + " is no level of part " + part +
+                      "; one of them may be garbled." + elsewhere);
+    }
+  }
+
+  // Heights that are further apart, or less, than the temperatures between them say, by more than
+  // all but two layers of sixty stations: one of the values is garbled, which one cannot be known.
+  void TellThickness(std::vector<std::string>& notes) const {
+    constexpr double kMetres = 5, kOfLayer = 20, kDecametres = 12, kOfDecametres = 12;
+    constexpr double kWidestGap = 0.5, kLeastError = 1.5;  // in ln p; °C
+    const std::vector<std::size_t> profile = Profile();
+    const HeldValue* below = nullptr;
+    for (const HeldValue& above : heights_) {
+      if (!above.IsOn) continue;
+      const HeldValue* lower = std::exchange(below, &above);
+      if (lower == nullptr || !IsCovered(*lower, above, profile)) continue;
+      const Layer layer = LayerOf(*lower, above, profile);
+      const double log = lower->LogPress - above.LogPress;
+      const double most = above.Press <= kInDecametres ? kDecametres + kOfDecametres * log
+                                                       : kMetres + kOfLayer * log;
+      const double off = above.Amount - lower->Amount - layer.Thickness;
+      if (layer.Gap > kWidestGap || std::fabs(off) <= most) continue;
+      std::string levels;
+      for (std::size_t k = layer.First; k <= layer.Last; ++k) {
+        const double low = temps_[profile[k == 0 ? 0 : k - 1]].LogPress;
+        const double high = temps_[profile[std::min(k + 1, profile.size() - 1)]].LogPress;
+        const double share = (std::min(low, lower->LogPress) - std::max(high, above.LogPress)) / 2;
+        if (share <= 0 || std::fabs(off) < kLeastError * kMetresPerKelvin * share) continue;
+        levels += (levels.empty() ? " " : ", ") + Shortest(temps_[profile[k]].Press) + " hPa";
+      }
+      notes.push_back("From " + Shortest(lower->Press) + " hPa to " + Shortest(above.Press) +
+                      " hPa the heights do not fit the temperatures, by " +
+                      Mask(std::fabs(off), "0") + " m; one of these may be garbled" +
+                      (levels.empty() ? "." : ", or a temperature or pressure at" + levels + "."));
     }
   }
 
@@ -326,21 +383,31 @@ class Jury {
     }
   }
 
-  // Layers between neighbouring heights, as far as there are temperatures.
-  void CheckLayers(Fit& fit, bool listsStrains) const {
+  // The temperatures that are on, one at each pressure.
+  std::vector<std::size_t> Profile() const {
     std::vector<std::size_t> profile;
     for (std::size_t i = 0; i < temps_.size(); ++i) {
       if (!temps_[i].IsOn) continue;
       if (profile.empty() || temps_[profile.back()].Press != temps_[i].Press) profile.push_back(i);
     }
-    if (profile.size() < 2) return;
+    return profile;
+  }
+
+  bool IsCovered(const HeldValue& lower, const HeldValue& upper,
+                 const std::vector<std::size_t>& profile) const {
+    return profile.size() > 1 && lower.Press <= temps_[profile.front()].Press &&
+           upper.Press >= temps_[profile.back()].Press;
+  }
+
+  // Layers between neighbouring heights, as far as there are temperatures.
+  void CheckLayers(Fit& fit, bool listsStrains) const {
+    const std::vector<std::size_t> profile = Profile();
     const HeldValue* below = nullptr;
     Strain layerBelow;
     for (const HeldValue& above : heights_) {
       if (!above.IsOn) continue;
       const HeldValue* lower = std::exchange(below, &above);
-      if (lower == nullptr || lower->Press > temps_[profile.front()].Press ||
-          above.Press < temps_[profile.back()].Press) {
+      if (lower == nullptr || !IsCovered(*lower, above, profile)) {
         layerBelow = {};
         continue;
       }
@@ -349,7 +416,7 @@ class Jury {
       // Metres: what rounding, the habits of stations, and straight lines across a gap in the
       // temperatures may amount to.
       constexpr double kMetres = 18, kDecametres = 25, kOfLayer = 22, kOfGap = 100;
-      constexpr double kNoGap = 0.1, kInDecametres = 500;
+      constexpr double kNoGap = 0.1;
       const double most = (above.Press <= kInDecametres ? kDecametres : kMetres) +
                           kOfLayer * layer + kOfGap * std::max(0.0, gap - kNoGap);
       Strain strain{std::fabs(above.Amount - lower->Amount - thickness) / most, {}};
@@ -458,9 +525,8 @@ bool TellOfSameAir(const std::vector<CodedLevel>& mandatory,
   for (const CodedLevel& level : significant) {
     if (isTemp(level)) line.push_back(&level.Values);
   }
-  std::ranges::stable_sort(line, [](const SourceLevel* a, const SourceLevel* b) {
-    return *a->Press > *b->Press;
-  });
+  std::ranges::stable_sort(
+      line, [](const SourceLevel* a, const SourceLevel* b) { return *a->Press > *b->Press; });
   int compared = 0;
   double sum = 0;
   bool hasSurface = false;
