@@ -35,9 +35,9 @@ constexpr std::string_view kMountains[] = {"Station's mountains", "Default mount
 constexpr std::string_view kLayers[] = {"Sounding: no waves", "Sounding: selected wave",
                                         "Sounding: all waves"};
 
-std::string WaveText(int number, const Wave& wave, const mountainwave::WaveUnits& units) {
+std::string EntryOfWave(int number, const Wave& wave, const mountainwave::WaveUnits& units) {
   return "#" + Shortest(number) + "  " + Mask(wave.At.Press, "###0") + " mb  " + Tag(wave) + "  " +
-         MarkText(wave, units).substr(std::string_view("Wave ").size());
+         mountainwave::WaveText(wave, units);
 }
 
 }  // namespace
@@ -170,7 +170,7 @@ void MountainWave::ShowControls() {
   wave_->clear();
   int number = 0;
   for (const Wave* wave : waves) {
-    wave_->addItem(ToQString(WaveText(++number, *wave, shown_.Set.Units)));
+    wave_->addItem(ToQString(EntryOfWave(++number, *wave, shown_.Set.Units)));
     if (wave == shown_.Selected) wave_->setCurrentIndex(number - 1);
   }
   wave_->setEnabled(!waves.empty());

@@ -194,10 +194,15 @@ std::string Tag(const Wave& wave) {
   return "Mtn #" + Shortest(wave.Mountain) + (wave.Kind == WaveKind::Harmonic ? " Harmonic" : "");
 }
 
-std::string MarkText(const Wave& wave, const WaveUnits& units) {
-  return "Wave " + LengthText(wave.Of.LengthKm, units) + ", " +
-         VelocityText(wave.MaxVelocity, units) + " " +
+std::string WaveText(const Wave& wave, const WaveUnits& units) {
+  return LengthText(wave.Of.LengthKm, units) + ", " + VelocityText(wave.MaxVelocity, units) + " " +
          std::string(analysis::WaveTurbulence(wave.MaxVelocity).Long);
+}
+
+std::string MarkText(const Wave& wave, const WaveUnits& units) {
+  const std::string_view word = analysis::WaveTurbulence(wave.MaxVelocity).Short;
+  return "Wave " + VelocityText(wave.MaxVelocity, units) + (word.empty() ? "" : " ") +
+         std::string(word);
 }
 
 std::vector<std::string> WaveListing(const WaveSource& from) {

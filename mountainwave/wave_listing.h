@@ -33,7 +33,10 @@ std::vector<std::string> ExplainWaves(const WaveSource& from);
 /// does carry one.
 std::string_view Reason(PassedOver why);
 
-/// "Wave 11.6 km, 2.6 m/s MD-SV", a mark on a diagram.
+/// "11.6 km, 2.6 m/s MD-SV": what a list of waves says of one.
+std::string WaveText(const Wave& wave, const WaveUnits& units);
+
+/// "Wave 2.6 m/s M-S", a mark on a diagram, which has no more room.
 std::string MarkText(const Wave& wave, const WaveUnits& units);
 
 /// "Mtn #1", "Mtn #2 Harmonic".

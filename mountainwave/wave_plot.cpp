@@ -333,8 +333,7 @@ class Drawing : WavePage {
 
   std::string InterfaceText(const Wave& wave) const {
     const WaveUnits& units = In.From.Set.Units;
-    return Mask(wave.At.Press, "###0") + " mb  " + Tag(wave) + "  " +
-           MarkText(wave, units).substr(std::string_view("Wave ").size());
+    return Mask(wave.At.Press, "###0") + " mb  " + Tag(wave) + "  " + WaveText(wave, units);
   }
 
   // The wave that is shown first, then the strongest; a label that would stand on another stays
@@ -390,6 +389,7 @@ class Drawing : WavePage {
         const double x = from + (crest + 0.75) * wave->Of.LengthKm;
         const double z = std::min(0.4 * wave->At.DepthKm, ridge.Form.Relief / 1000);
         if (x > At.EndKm() || z > At.TopKm()) break;
+        if (TerrainAt(In.From, x) > z / 2) continue;  // the second mountain stands there
         const Point middle{At.X(x), std::min(At.Y(z), At.Frame().Bottom - kRadius)};
         const Rect place{middle.X - kRadius, middle.Y - kRadius, middle.X + kRadius,
                          middle.Y + kRadius};
