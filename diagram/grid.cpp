@@ -351,8 +351,8 @@ void DrawMixingRatioLines(Plot& plot) {
   const DisplaySettings& set = plot.Set();
   if (set.MixingLines) {
     for (const double value : MixingRatiosOf(plot)) {
-      DrawInFrame(plot, "mixing ratio line", MixingRatioLine(plot.At, value, set.Saturation),
-                  plot.Inks.MixingRatio);
+      plot.MixingRatios.push_back(MixingRatioLine(plot.At, value, set.Saturation));
+      DrawInFrame(plot, "mixing ratio line", plot.MixingRatios.back(), plot.Inks.MixingRatio);
     }
   }
   if (set.MixRef.Plot || set.MixRef.ShowLabel) {
@@ -373,8 +373,10 @@ void DrawMixingRatioLabels(Plot& plot) {
   const Color ink = LegibleColor(plot.Inks, set.WetColor);
   const double low = MixingLabelY(plot);
   const Rect inside{frame.Left + 80, frame.Top + 200, frame.Right - 80, frame.Bottom};
-  for (const double value : MixingRatiosOf(plot)) {
-    const std::vector<Point> line = MixingRatioLine(plot.At, value, set.Saturation);
+  const std::span<const double> values = MixingRatiosOf(plot);
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    const double value = values[i];
+    const std::vector<Point>& line = plot.MixingRatios[i];
     const std::string text =
         value < 1 || value != std::floor(value) ? Mask(value, "0.0#") : Mask(value, "#0");
     if (!tephigram) {

@@ -70,6 +70,7 @@ class DiagramMapping {
   double IsobarY(double press, double x) const;
   /// The pressure at such a place.
   double PressAt(double y) const;
+  bool operator==(const DiagramMapping&) const = default;
   /// A point of the tephigram's unturned frame turned about the plot's lower left corner.
   Point Turn(Point unturned) const;
 

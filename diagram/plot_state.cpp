@@ -80,14 +80,25 @@ std::optional<double> RightEdgeY(const DiagramMapping& at, double press) {
 
 namespace {
 
-// How far a point lies from the straight line between two others.
-double OffLine(Point at, Point from, Point to) {
-  const double dx = to.X - from.X;
-  const double dy = to.Y - from.Y;
-  const double length = std::hypot(dx, dy);
-  if (length == 0) return std::hypot(at.X - from.X, at.Y - from.Y);
-  return std::fabs((at.X - from.X) * dy - (at.Y - from.Y) * dx) / length;
-}
+// How far points lie from the straight line between two others.
+class OffLine {
+ public:
+  OffLine(Point from, Point to) : from_(from), dx_(to.X - from.X), dy_(to.Y - from.Y) {
+    length_ = std::sqrt(dx_ * dx_ + dy_ * dy_);
+  }
+  double operator()(Point at) const {
+    const double x = at.X - from_.X;
+    const double y = at.Y - from_.Y;
+    if (length_ == 0) return std::sqrt(x * x + y * y);
+    return std::fabs(x * dy_ - y * dx_) / length_;
+  }
+
+ private:
+  Point from_;
+  double dx_;
+  double dy_;
+  double length_ = 0;
+};
 
 }  // namespace
 
@@ -103,8 +114,9 @@ std::vector<Point> Thinned(std::vector<Point> points) {
     parts.pop_back();
     std::size_t farthest = first;
     double most = kNear;
+    const OffLine offLine(points[first], points[last]);
     for (std::size_t i = first + 1; i < last; ++i) {
-      const double off = OffLine(points[i], points[first], points[last]);
+      const double off = offLine(points[i]);
       if (off <= most) continue;
       most = off;
       farthest = i;

@@ -53,6 +53,7 @@ struct Plot {
   ShownUnits Units{};
   LabelRoom GridLabels{Rect{}};  // the frame with the labels of the grid
   MarkColumn Marks{};            // in the gutter, without one inside the frame at its right edge
+  std::vector<std::vector<Point>> MixingRatios{};  // lines of the grid, whole
   std::string Warning{};
 
   const DisplaySettings& Set() const { return In.Set; }

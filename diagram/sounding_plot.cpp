@@ -108,8 +108,8 @@ std::string MainIndices(const analysis::AnalysisResults& results, const ViewSett
 std::string TitleWith(const std::string& title, const std::string& whole, const std::string& brief,
                       double room) {
   constexpr double kLeastTitle = 24 * kMarkText / 2;
-  const bool isWide = room - TextWidth(whole, kMarkText) >=
-                      std::min(kLeastTitle, TextWidth(title, kMarkText));
+  const bool isWide =
+      room - TextWidth(whole, kMarkText) >= std::min(kLeastTitle, TextWidth(title, kMarkText));
   const std::string& behind = isWide ? whole : brief;
   const double left = std::max(room - TextWidth(behind, kMarkText), 0.0);
   return Elided(Elided(title, kMarkText, left) + behind, kMarkText, room);
@@ -158,7 +158,21 @@ void SetUpUnits(Plot& plot) {
   plot.Units.SpeedLabel = set.Speed == SpeedUnits::Knots ? "kts" : "m/s";
 }
 
+// The page before has the same grid, and nothing else as its ground.
+bool HasGridBefore(const Plot& plot) {
+  if (plot.In.Before == nullptr || !plot.In.Before->Grid || plot.HasOthers()) return false;
+  const GridDrawn& grid = *plot.In.Before->Grid;
+  return grid.At == plot.At && grid.Set == plot.Set();
+}
+
 void DrawTemperatureGrid(Plot& plot) {
+  if (HasGridBefore(plot)) {
+    for (const Item& item : plot.In.Before->Page.Ground()) plot.Page.Add(item);
+    plot.GridLabels = plot.In.Before->Grid->Labels;
+    plot.MixingRatios = plot.In.Before->Grid->MixingRatios;
+    plot.Page.EndGround();
+    return;
+  }
   DrawMixingRatioLines(plot);
   DrawSaturationAdiabats(plot);
   DrawDryAdiabats(plot);
@@ -264,6 +278,7 @@ constexpr std::string_view kTephigramStatus = "Creating tephigram grid lines . .
 
 std::optional<SoundingPlot> PlotSounding(const PlotInput& input, Progress progress) {
   Plot plot{.In = input};
+  std::optional<GridDrawn> grid;
   for (const PlotStep& step : kSteps) {
     if (step.Applies != nullptr && !step.Applies(plot)) continue;
     const bool tephigramGrid =
@@ -272,9 +287,12 @@ std::optional<SoundingPlot> PlotSounding(const PlotInput& input, Progress progre
     const auto done = static_cast<double>(&step - kSteps) / static_cast<double>(std::size(kSteps));
     if (!status.empty() && !progress.Begin(status, done)) return std::nullopt;
     step.Draw(plot);
+    if (step.Draw == DrawTemperatureGrid && !plot.HasOthers()) {
+      grid = {plot.Set(), plot.At, plot.GridLabels, plot.MixingRatios};
+    }
   }
   return SoundingPlot{std::move(plot.Page), plot.At, std::move(plot.Where.Page),
-                      std::move(plot.Warning)};
+                      std::move(plot.Warning), std::move(grid)};
 }
 
 }  // namespace vexa::diagram

@@ -12,6 +12,7 @@
 #include "core/interaction.h"
 #include "core/sounding_record.h"
 #include "diagram/mapping.h"
+#include "picture/label_room.h"
 #include "picture/page_layouts.h"
 #include "picture/picture.h"
 #include "picture/surface.h"
@@ -62,6 +63,17 @@ struct ExtraLines {
 /// The region of that strip; a layout may have it.
 inline constexpr std::string_view kAdvectionRegion = "advection";
 
+/// The temperature grid of a page with what it was made from: it changes only with the settings,
+/// the axes and the size. The page's ground is its lines.
+struct GridDrawn {
+  DisplaySettings Set{};
+  DiagramMapping At{};
+  LabelRoom Labels{Rect{}};                        // where its labels stand
+  std::vector<std::vector<Point>> MixingRatios{};  // its lines whole, in the order of their values
+};
+
+struct SoundingPlot;
+
 struct PlotInput {
   const SoundingRecord& Sounding;
   const analysis::AnalysisResults& Results;
@@ -82,13 +94,15 @@ struct PlotInput {
   std::optional<Rect> Zoom{};  // part of the diagram's frame that fills it, in shares of it
   /// Drawn by this mapping as long as it is of the right type, not by one of the sounding's own.
   const DiagramMapping* Scale = nullptr;
+  const SoundingPlot* Before = nullptr;  // a page whose grid is taken where it would be the same
 };
 
 struct SoundingPlot {
   Picture Page{};
   DiagramMapping Mapping{};
-  PageLayout Layout{};    // where the regions of the page stand and what is left out
-  std::string Warning{};  // what the user is to be told about this diagram type, or empty
+  PageLayout Layout{};              // where the regions of the page stand and what is left out
+  std::string Warning{};            // what the user is to be told about this diagram type, or empty
+  std::optional<GridDrawn> Grid{};  // of one sounding alone
 };
 
 /// Draws the sounding; empty when the user stopped the work.

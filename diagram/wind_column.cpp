@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <map>
 #include <optional>
 #include <string>
 
@@ -128,19 +129,25 @@ std::vector<bool> ChooseWinds(const std::vector<Reach>& reaches,
     for (const std::size_t i : stays) chosen[i] = true;
     return chosen;
   }
-  // Symbols nest a little, those that stay half.
-  const auto isClear = [&](std::size_t i, double nesting) {
+  // Symbols nest a little, those that stay half. Only those that begin less than the longest reach
+  // above can meet one.
+  std::multimap<double, std::size_t> byTop;  // the chosen ones
+  double longest = 0;
+  for (const Reach& reach : reaches) longest = std::max(longest, reach.Bottom - reach.Top);
+  const auto choose = [&](std::size_t i, double nesting) {
+    if (chosen[i]) return;
     const Reach& mine = reaches[i];
-    for (std::size_t other = 0; other < reaches.size(); ++other) {
-      if (!chosen[other]) continue;
-      const Reach& its = reaches[other];
+    for (auto at = byTop.lower_bound(mine.Top - longest);
+         at != byTop.end() && at->first < mine.Bottom; ++at) {
+      const Reach& its = reaches[at->second];
       const double shared = std::min(mine.Bottom, its.Bottom) - std::max(mine.Top, its.Top);
-      if (shared > nesting * std::min(mine.Bottom - mine.Top, its.Bottom - its.Top)) return false;
+      if (shared > nesting * std::min(mine.Bottom - mine.Top, its.Bottom - its.Top)) return;
     }
-    return true;
+    chosen[i] = true;
+    byTop.emplace(mine.Top, i);
   };
-  for (const std::size_t i : stays) chosen[i] = chosen[i] || isClear(i, 0.5);
-  for (std::size_t i = 0; i < reaches.size(); ++i) chosen[i] = chosen[i] || isClear(i, 0.15);
+  for (const std::size_t i : stays) choose(i, 0.5);
+  for (std::size_t i = 0; i < reaches.size(); ++i) choose(i, 0.15);
   return chosen;
 }
 

@@ -148,6 +148,7 @@ class Picture {
   void Add(std::string_view tag, Shape shape) {
     items_.push_back(Item{std::string(tag), std::move(shape)});
   }
+  void Add(Item item) { items_.push_back(std::move(item)); }
   /// What was added so far changes seldom: a painter may keep it from one picture to the next.
   void EndGround() { ground_ = items_.size(); }
   void AddHotSpot(HotSpot spot) { hotSpots_.push_back(std::move(spot)); }

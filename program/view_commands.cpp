@@ -81,7 +81,8 @@ std::optional<diagram::SoundingPlot> PlotShown(const Program& program, const Opt
                            .Boxes = PageBoxesOf(program, set),
                            .Configuration = ConfigurationCaption(program.Settings),
                            .Lines = view.Lines,
-                           .Zoom = view.Zoom};
+                           .Zoom = view.Zoom,
+                           .Before = program.Plot ? &*program.Plot : nullptr};
   // In the mode of one sounding the others are not drawn.
   if (mode != MultiMode::Single) {
     const bool isCompared = input.Mode == MultiMode::Compare;
