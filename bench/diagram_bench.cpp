@@ -4,14 +4,19 @@
 #include <benchmark/benchmark.h>
 
 #include <cmath>
+#include <optional>
 #include <QImage>
 #include <QPainter>
 #include <string>
+#include <utility>
 #include <variant>
 
 #include "analysis/analysis.h"
+#include "analysis/severe_table.h"
 #include "config/options.h"
 #include "diagram/sounding_plot.h"
+#include "display/side_boxes.h"
+#include "hodograph/hodograph_plot.h"
 #include "output/paint/paint.h"
 
 namespace {
@@ -70,14 +75,44 @@ void Redraw(benchmark::State& state) {
   const auto results = vexa::analysis::Analyse(sounding, options);
   QImage window(1600, 1200, QImage::Format_RGB32);
   vexa::paint::KeptGround ground;
+  std::optional<vexa::diagram::SoundingPlot> plot;
   for (auto _ : state) {
-    const auto plot =
-        vexa::diagram::PlotSounding({.Sounding = sounding, .Results = results, .Set = options});
+    plot = vexa::diagram::PlotSounding({.Sounding = sounding,
+                                        .Results = results,
+                                        .Set = options,
+                                        .Before = plot ? &*plot : nullptr});
     QPainter painter(&window);
     vexa::paint::Paint(plot->Page, painter, QRectF(0, 0, 1600, 1200), &ground);
   }
 }
 BENCHMARK(Redraw)->Arg(110)->Arg(2800)->ArgName("levels")->Unit(benchmark::kMillisecond);
+
+// The same of the first window, with all boxes of its layout.
+void RedrawForecaster(benchmark::State& state) {
+  const SoundingRecord sounding = MakeSounding(static_cast<int>(state.range(0)));
+  const vexa::Options options;
+  const auto results = vexa::analysis::Analyse(sounding, options);
+  const vexa::analysis::SevereTable severe = vexa::analysis::DefaultSevereTable();
+  QImage window(1600, 1200, QImage::Format_RGB32);
+  vexa::paint::KeptGround ground;
+  std::optional<vexa::diagram::SoundingPlot> plot;
+  for (auto _ : state) {
+    auto boxes = vexa::display::PageBoxes({sounding, results, options, severe});
+    const vexa::hodograph::HodographInput winds{
+        .Sounding = sounding, .Results = results, .Set = options};
+    if (auto box = vexa::hodograph::HodographBox(winds)) boxes.push_back(std::move(*box));
+    plot = vexa::diagram::PlotSounding({.Sounding = sounding,
+                                        .Results = results,
+                                        .Set = options,
+                                        .On = vexa::WindowSurface(1600, 1200),
+                                        .Layout = vexa::FindLayout("forecaster"),
+                                        .Boxes = std::move(boxes),
+                                        .Before = plot ? &*plot : nullptr});
+    QPainter painter(&window);
+    vexa::paint::Paint(plot->Page, painter, QRectF(0, 0, 1600, 1200), &ground);
+  }
+}
+BENCHMARK(RedrawForecaster)->Arg(110)->Arg(2800)->ArgName("levels")->Unit(benchmark::kMillisecond);
 
 // What the items of one kind cost to paint.
 void PaintKind(benchmark::State& state, const std::string& tag) {
@@ -112,5 +147,9 @@ VEXA_KIND(temperature, "temperature");
 VEXA_KIND(dewpoint, "dew point");
 VEXA_KIND(cape, "CAPE area");
 VEXA_KIND(parcel, "parcel");
+VEXA_KIND(isobars, "pressure line");
+VEXA_KIND(feathers, "wind feather");
+VEXA_KIND(shafts, "wind shaft");
+VEXA_KIND(heights, "height scale");
 
 }  // namespace
