@@ -1,4 +1,5 @@
 #include "diagram/panel.h"
+#include "picture/decimal_point.h"
 
 #include <algorithm>
 #include <span>
@@ -19,7 +20,7 @@ constexpr double kText = LetterSize(Type::Note);
 constexpr double kStep = 15 * kUnitsPerPixel;
 constexpr double kMargin = kBoxPadding;
 constexpr std::string_view kNoValue = "--";
-constexpr double kValueAt = 10.5;  // letters, behind a label of ten
+constexpr double kValueAt = 10.8;  // letters, behind a label of ten
 
 // Rows of the chosen parcel's column, in their order.
 constexpr std::string_view kParcelLabels[] = {
@@ -164,7 +165,27 @@ struct PanelCell {
   std::string Text{};
   std::size_t Line = 0;
   bool IsRight = false;
+  std::size_t Indent = 0;  // letters, to the points of the numbers above and below
 };
+
+std::size_t LettersBefore(std::string_view text) {
+  return text == kNoValue ? text.size() : PointOf(text).value_or(0);
+}
+
+// Numbers stand with their points under one another, as far as a cell has room for it.
+void Align(std::vector<PanelCell>& cells, std::size_t mostLetters) {
+  for (const bool isRight : {false, true}) {
+    std::size_t before = 0;
+    for (const PanelCell& cell : cells) {
+      if (cell.IsRight == isRight) before = std::max(before, LettersBefore(cell.Text));
+    }
+    for (PanelCell& cell : cells) {
+      const std::size_t own = LettersBefore(cell.Text);
+      if (cell.IsRight != isRight || own == 0 || cell.Text.size() >= mostLetters) continue;
+      cell.Indent = std::min(before - own, mostLetters - cell.Text.size());
+    }
+  }
+}
 
 // Side by side, but what is too long for a column has a line of its own.
 std::vector<PanelCell> ArrangeIndices(const Plot& plot) {
@@ -185,30 +206,39 @@ std::vector<PanelCell> ArrangeIndices(const Plot& plot) {
     isRight = !isRight && !isLong;
     cells.push_back(std::move(cell));
   }
+  Align(cells, kMostLetters + 2);
   return cells;
 }
 
 // A label and its value; the pointer over it asks for its explanation by the label.
 void DrawIndex(Plot& plot, const analysis::IndexValue& index, Point at, double size, double step,
-               const std::string& value, std::string_view tag) {
+               const std::string& value, std::string_view tag, std::size_t indent) {
   const double letter = 0.6 * size;
   DrawMono(plot, std::string(tag) + " label", at, std::string(index.Row->Label), size,
            plot.Inks.Faint);
-  DrawMono(plot, std::string(tag) + " value", {at.X + kValueAt * letter, at.Y}, value, size,
-           plot.Inks.Ink);
-  const double width = letter * (kValueAt + static_cast<double>(value.size()));
+  const double valueAt = letter * (kValueAt + static_cast<double>(indent));
+  DrawMono(plot, std::string(tag) + " value", {at.X + valueAt, at.Y}, value, size, plot.Inks.Ink);
+  const double width = valueAt + letter * static_cast<double>(value.size());
   plot.Page.AddHotSpot({{at.X, at.Y - step / 2, at.X + width, at.Y + step / 2},
                         std::string(kIndexSpot),
                         std::string(Trim(index.Row->Label))});
 }
 
-// The parcel's rows stand side by side where the widest leaves room for it.
-bool FitsTwice(const Plot& plot, const std::vector<const analysis::IndexValue*>& rows,
-               double width) {
-  std::size_t letters = 0;
-  for (const analysis::IndexValue* row : rows) {
-    letters = std::max(letters, ValueText(plot, *row).size());
+// The parcel's rows one under the other.
+std::vector<PanelCell> ParcelRows(const Plot& plot) {
+  constexpr std::size_t kMostLetters = 12;
+  std::vector<PanelCell> cells;
+  for (const analysis::IndexValue* row : Pick(plot, kParcelLabels)) {
+    cells.push_back({.Index = row, .Text = ValueText(plot, *row), .Line = cells.size()});
   }
+  Align(cells, kMostLetters);
+  return cells;
+}
+
+// The parcel's rows stand side by side where the widest leaves room for it.
+bool FitsTwice(const std::vector<PanelCell>& rows, double width) {
+  std::size_t letters = 0;
+  for (const PanelCell& row : rows) letters = std::max(letters, row.Indent + row.Text.size());
   const double wanted = 0.6 * kText * (kValueAt + static_cast<double>(letters) + 1);
   return 2 * wanted <= width - 2 * kMargin;
 }
@@ -235,16 +265,16 @@ std::string PositionText(const SoundingRecord& sounding) {
 }
 
 double AnalysisBoxHeight(const Plot& plot, double width) {
-  const auto rows = Pick(plot, kParcelLabels);
-  const double lines = LinesOf(rows.size(), LiftTable(plot).size(), ArrangeIndices(plot),
-                               FitsTwice(plot, rows, width));
+  const std::vector<PanelCell> rows = ParcelRows(plot);
+  const double lines =
+      LinesOf(rows.size(), LiftTable(plot).size(), ArrangeIndices(plot), FitsTwice(rows, width));
   return lines * kStep + 2 * kMargin;
 }
 
 void InfoBoxx(Plot& plot) {
   const Rect* region = plot.Where.Find("analysis");
   if (region == nullptr || !HasAnalysisBox(plot.In)) return;
-  const std::vector<const analysis::IndexValue*> rows = Pick(plot, kParcelLabels);
+  const std::vector<PanelCell> rows = ParcelRows(plot);
   const std::vector<std::string> table = LiftTable(plot);
   const std::vector<PanelCell> indices = ArrangeIndices(plot);
   plot.Page.Add("analysis box", Area{.Rings = {{{region->Left, region->Top},
@@ -255,7 +285,7 @@ void InfoBoxx(Plot& plot) {
                                      .Stroke = plot.Inks.PanelFrame});
   const double x = region->Left + kMargin;
   double last = region->Bottom - kMargin - kStep / 2;
-  const bool isWide = FitsTwice(plot, rows, region->Width());
+  const bool isWide = FitsTwice(rows, region->Width());
   const double lines = LinesOf(rows.size(), table.size(), indices, isWide);
   if (lines * kStep > region->Height() - 2 * kMargin) {
     DrawText(plot.Page, "more", {region->Right - kMargin, last}, "more: F4", plot.Inks.Faint, kText,
@@ -269,7 +299,7 @@ void InfoBoxx(Plot& plot) {
     const Point at{x + static_cast<double>(i / perColumn) * column,
                    top + static_cast<double>(i % perColumn) * kStep};
     if (at.Y > last) break;
-    DrawIndex(plot, *rows[i], at, kText, kStep, ValueText(plot, *rows[i]), "analysis");
+    DrawIndex(plot, *rows[i].Index, at, kText, kStep, rows[i].Text, "analysis", rows[i].Indent);
   }
   double y = top + (static_cast<double>(std::min(rows.size(), perColumn)) + 0.5) * kStep;
   for (const std::string& line : table) {
@@ -281,7 +311,7 @@ void InfoBoxx(Plot& plot) {
   for (const PanelCell& cell : indices) {
     const Point at{x + (cell.IsRight ? column : 0), y + kStep * static_cast<double>(cell.Line)};
     if (at.Y > last) return;
-    DrawIndex(plot, *cell.Index, at, kText, kStep, cell.Text, "index");
+    DrawIndex(plot, *cell.Index, at, kText, kStep, cell.Text, "index", cell.Indent);
   }
 }
 

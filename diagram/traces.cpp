@@ -87,7 +87,9 @@ void NameTrace(Plot& plot, std::string_view name, const Levels<double>& press,
     if (at.Y < frame.Top + 60 || at.X < frame.Left + 150 || at.X > frame.Right - 150) continue;
     // On the other side where the frame leaves no room.
     const double width = 70 + TextWidth(name, kAxisText);
-    if (across == AnchorX::Right && at.X - width < frame.Left) across = AnchorX::Left;
+    // The brackets of inversions stand at the left edge.
+    constexpr double kEdge = 14 * kUnitsPerPixel;
+    if (across == AnchorX::Right && at.X - width < frame.Left + kEdge) across = AnchorX::Left;
     if (across == AnchorX::Left && at.X + width > frame.Right) across = AnchorX::Right;
     const double aside = across == AnchorX::Left ? 70 : -70;
     const Point wanted{at.X + aside, at.Y + 30};

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "core/numbers.h"
+#include "picture/decimal_point.h"
 #include "picture/text_width.h"
 
 namespace vexa::display {
@@ -16,25 +17,6 @@ constexpr double kSignRoom = 8 * kUnitsPerPixel;  // left of a coloured value
 constexpr double kFlowGap = 14 * kUnitsPerPixel;  // between rows side by side
 constexpr double kLeastLabel = 40 * kUnitsPerPixel;
 constexpr std::size_t kMostAcross = 3;
-
-bool IsDigit(char letter) {
-  return letter >= '0' && letter <= '9';
-}
-
-// Where a number's decimal point stands, or would: behind its whole part. A direction and a speed
-// are no number to align; words neither.
-std::optional<std::size_t> PointOf(std::string_view text) {
-  std::size_t at = 0;
-  while (at < text.size() &&
-         (text[at] == '>' || text[at] == '<' || text[at] == '-' || text[at] == '+')) {
-    ++at;
-  }
-  const std::size_t digits = at;
-  while (at < text.size() && IsDigit(text[at])) ++at;
-  if (at == digits) return std::nullopt;
-  if (at < text.size() && text[at] != '.' && text[at] != ' ') return std::nullopt;
-  return at;
-}
 
 /// A text's parts left and right of the line on which numbers are aligned.
 struct Halves {

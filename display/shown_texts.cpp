@@ -8,6 +8,7 @@
 #include "core/markers.h"
 #include "core/numbers.h"
 #include "core/shown_values.h"
+#include "core/units.h"
 
 namespace vexa::display {
 namespace {
@@ -60,6 +61,16 @@ std::string Texts::PressUnit() const {
 
 std::string Texts::SpeedUnit() const {
   return std::string(UnitWord(shown_.Set.Speed));
+}
+
+std::string Texts::Climb(const analysis::SoaringResults& soaring) const {
+  if (NotAvailable(soaring.Lift)) return std::string(kNoValue);
+  const double msPerFpm = MetersFromFeet(1) / 60;
+  const bool isMs = soaring.LiftEquation == 2;
+  if (shown_.Set.ThermoHeight == LengthUnits::Meter) {
+    return Mask(isMs ? soaring.Lift : msPerFpm * soaring.Lift, "#0.0") + " m/s";
+  }
+  return Mask(isMs ? soaring.Lift / msPerFpm : soaring.Lift, "###0") + " ft/min";
 }
 
 std::string Texts::Speed(double knots) const {

@@ -38,7 +38,9 @@ class Texts {
   std::string PressUnit() const;                             // " mb"
   std::string Wind(const analysis::WindVector& wind) const;  // "005/12 kts"
   std::string Speed(double knots) const;                     // "21 kts"
-  std::string SpeedUnit() const;                             // "kts"
+  /// Of a thermal: "2.1 m/s" beside metres, "413 ft/min" beside feet.
+  std::string Climb(const analysis::SoaringResults& soaring) const;
+  std::string SpeedUnit() const;  // "kts"
   /// "820 - 1320 m AGL"
   std::string Span(const analysis::LevelPoint& base, const analysis::LevelPoint& top) const;
   static std::string Number(double value, std::string_view mask, std::string_view unit);

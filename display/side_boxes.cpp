@@ -251,6 +251,21 @@ SheetBlock LayerBlock(const Shown& shown) {
   return block;
 }
 
+// A row of the severe table as the other boxes write it: without the table's unit in its name, in
+// the unit of the options.
+SheetRow InOwnUnits(const Texts& texts, const SheetRow& row) {
+  constexpr std::string_view kUnits[] = {" (kt)", " (C)",  " (C/km)",   " (m\xC2\xB2/s\xC2\xB2)",
+                                         " (m)",  " (mb)", " (inches)", " (ft,AGL)"};
+  std::string name = row.Label;
+  for (const std::string_view unit : kUnits) {
+    if (name.ends_with(unit)) name.erase(name.size() - unit.size());
+  }
+  SheetRow own = texts.Index(row.Index, name);
+  if (own.Label.empty()) return row;
+  own.Step = row.Step;
+  return own;
+}
+
 // What the day is about: winter weather where it freezes or nearly does, else severe weather.
 SheetBlock WeatherBlock(const Shown& shown) {
   constexpr double kCold = 4;     // °C at the ground
@@ -258,12 +273,13 @@ SheetBlock WeatherBlock(const Shown& shown) {
   const analysis::AnalysisResults& results = shown.Results;
   const bool isWinter = results.Levels.Count() > 0 && results.Levels.Temp(1) <= kCold &&
                         results.Chosen().CapeTotal < kQuiet;
+  const Texts texts(shown);
   const Sheet sheet = isWinter ? WinterWeatherSheet(shown) : SevereWeatherSheet(shown);
   SheetBlock block{.Heading = sheet.Title, .Elsewhere = sheet.Title};
   for (const SheetBlock& part : sheet.Blocks) {
     for (const SheetRow& row : part.Rows) {
       if (row.Value.empty() && row.Note.empty()) continue;
-      block.Rows.push_back(row);
+      block.Rows.push_back(isWinter ? row : InOwnUnits(texts, row));
       // Of a severe table those that reach a step stay.
       const int place = static_cast<int>(block.Rows.size());
       block.Rows.back().Rank = place - 100 * static_cast<int>(row.Step);
@@ -291,12 +307,9 @@ SheetBlock ThermalBlock(const Shown& shown) {
   const auto level = [&](const LevelPoint& point, std::string_view without) {
     return point.Exists() ? texts.Height(point.Height) : std::string(without);
   };
-  const std::string strength = soaring.LiftEquation == 2
-                                   ? Texts::Number(soaring.Lift, "#0.0", " m/s")
-                                   : Texts::Number(soaring.Lift, "###0", " ft/min");
   block.Rows = {{"Trigger temperature", texts.Temp(soaring.TriggerTemp)},
                 {"Thermal top", level(soaring.ThermalTop, kNoValue)},
-                {"Strength", strength, std::string(soaring.Words)},
+                {"Strength", texts.Climb(soaring), std::string(soaring.Words)},
                 {"Cloud base", level(soaring.CloudBase, "blue")},
                 {"Highest temperature", texts.Temp(soaring.MaxTemp)}};
   SheetRow density = texts.Index("DensityAlt", "Density altitude");

@@ -86,9 +86,6 @@ Sheet SoaringSheet(const Shown& shown) {
                                      texts.Press(point) + "  " + texts.Temp(point.Temp)}
                           : SheetRow{std::move(label), std::string(without)};
   };
-  const std::string lift = soaring.LiftEquation == 2
-                               ? Texts::Number(soaring.Lift, "#0.0", " m/s")
-                               : Texts::Number(soaring.Lift, "###0", " ft/min");
   sheet.Blocks.push_back(
       {"Thermals",
        {{"Temperature of the day", texts.Temp(soaring.MaxTemp)},
@@ -98,7 +95,7 @@ Sheet SoaringSheet(const Shown& shown) {
               soaring.ThermalTop, kNoValue),
         level("Pilot level (index -3)", soaring.PilotLevel, kNoValue),
         level("Cloud base", soaring.CloudBase, "blue"),
-        {"Lift", lift, std::string(soaring.Words)},
+        {"Lift", texts.Climb(soaring), std::string(soaring.Words)},
         texts.Index("TConv"),
         texts.Index("CCL Hgt"),
         texts.Index("DensityAlt")}});

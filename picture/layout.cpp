@@ -22,7 +22,7 @@ constexpr double kColumnShare = 0.275;
 constexpr double kMostWidening = 1.55;
 constexpr double kMostWideningOfTwo = 2.4;
 // Of a side column, for the pictures in it before boxes of values take more than their least.
-constexpr double kPictureShare = 1.0 / 3;
+constexpr double kPictureShare = 0.4;
 // A main region gains nothing by being wider or higher than this.
 constexpr double kUsefulWide = 1.3;
 constexpr double kUsefulHigh = 1.2;

@@ -2,6 +2,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <map>
+#include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -9,6 +12,7 @@
 #include "diagram/sounding_plot.h"
 #include "support/page_checks.h"
 #include "support/soundings.h"
+#include "support/tagged_items.h"
 
 namespace vexa::diagram {
 namespace {
@@ -120,6 +124,76 @@ TEST(DiagramPage, OneSizeIsOnePictureOnEverySurface) {
   for (const Surface& on :
        {ImageSurface(800, 600), ImageSurface(2500, 1875, 300), PaperSurface(600, 450)}) {
     EXPECT_TRUE(svg(on) == window);
+  }
+}
+
+// The grid of the page before stands again only where it would be drawn the same.
+TEST(DiagramPage, APageOnTheGridOfAnotherIsThePageAlone) {
+  struct GridCase {
+    const char* About;
+    SoundingRecord Sounding = test::ReferenceConvective();
+    void (*Change)(DisplaySettings&) = [](DisplaySettings&) {};
+    Surface On = WindowSurface(800, 600);
+    std::optional<Rect> Zoom{};
+    bool SameGrid = false;
+  };
+  const SoundingRecord first = test::ReferenceConvective();
+  SoundingRecord moister = first;
+  moister.Dewpt(3) += 1;
+  const GridCase cases[] = {
+      {.About = "the same", .SameGrid = true},
+      {.About = "another dew point", .Sounding = moister, .SameGrid = true},
+      {.About = "another size", .On = WindowSurface(820, 600)},
+      {.About = "a part enlarged", .Zoom = Rect{0.2, 0.2, 0.7, 0.7}},
+      {.About = "other axes", .Sounding = test::ReferenceWinter()},
+      {.About = "no dry adiabats", .Change = [](DisplaySettings& set) { set.DryAdiabats = false; }},
+      {.About = "another ink", .Change = [](DisplaySettings& set) { set.WetColor = 12; }},
+      {.About = "a tephigram",
+       .Change = [](DisplaySettings& set) { set.Diagram = DiagramType::Tephigram; }},
+  };
+  const DisplaySettings plain;
+  const auto draw = [&](const GridCase& c, const DisplaySettings& set, const SoundingPlot* before) {
+    const analysis::AnalysisResults results = analysis::Analyse(c.Sounding, set);
+    return *PlotSounding({.Sounding = c.Sounding,
+                          .Results = results,
+                          .Set = set,
+                          .On = c.On,
+                          .Zoom = c.Zoom,
+                          .Before = before});
+  };
+  const SoundingPlot before = draw({.About = "first"}, plain, nullptr);
+  for (const GridCase& c : cases) {
+    SCOPED_TRACE(c.About);
+    DisplaySettings set = plain;
+    c.Change(set);
+    const SoundingPlot alone = draw(c, set, nullptr);
+    const SoundingPlot after = draw(c, set, &before);
+    EXPECT_TRUE(after.Page.Items() == alone.Page.Items());
+    EXPECT_EQ(std::ranges::equal(alone.Page.Ground(), before.Page.Ground()), c.SameGrid);
+  }
+}
+
+// "Lift Mode" and "LFC" are two words wherever the box stands.
+TEST(DiagramPage, LabelsAndValuesOfTheAnalysisBoxStandApartAndAligned) {
+  const PageCase c{"convective", test::ReferenceConvective()};
+  for (const double width : {900.0, 1280.0, 2400.0}) {
+    const SoundingPlot plot = Draw(c, PageLayouts().front(), WindowSurface(width, 800));
+    const auto labels = test::Tagged(plot.Page, "index label");
+    const auto values = test::Tagged(plot.Page, "index value");
+    ASSERT_EQ(labels.size(), values.size());
+    ASSERT_FALSE(labels.empty());
+    std::map<double, std::set<int>> points;  // of each column, by tenths of a pixel
+    for (std::size_t i = 0; i < labels.size(); ++i) {
+      const auto& label = std::get<Label>(labels[i]->Shape);
+      const auto& value = std::get<Label>(values[i]->Shape);
+      EXPECT_GE(test::PlaceOf(value).Left - test::PlaceOf(label).Right, 5 * kUnitsPerPixel)
+          << label.Text << value.Text;
+      const std::size_t point = value.Text.find('.');
+      if (point == std::string::npos) continue;
+      const double at = value.At.X + 0.6 * value.Size * static_cast<double>(point);
+      points[label.At.X].insert(static_cast<int>(at / kUnitsPerPixel * 10));
+    }
+    for (const auto& [column, places] : points) EXPECT_EQ(places.size(), 1U) << column;
   }
 }
 

@@ -5,10 +5,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <map>
 #include <set>
+#include <string>
 #include <utility>
 
 #include "config/options.h"
+#include "display/shown_texts.h"
 #include "display/weather.h"
 #include "picture/text_width.h"
 #include "support/page_checks.h"
@@ -72,6 +75,56 @@ TEST(SideBoxes, KeepInTheirRegionsWithTextsApartAndLegible) {
         }
       }
     }
+  }
+}
+
+// The severe-weather table names its units; the box beside the diagram has those of the options.
+TEST(SideBoxes, TheWeatherBoxHasTheUnitsOfTheOptions) {
+  Case c{"m/s", test::ReferenceConvective()};
+  c.Set.Speed = SpeedUnits::MetersPerSecond;
+  const analysis::SevereTable table = analysis::DefaultSevereTable();
+  const analysis::AnalysisResults results = analysis::Analyse(c.Record, c.Set);
+  const Rect region{0, 0, 480 * kUnitsPerPixel, BoxHeight(60)};
+  Picture page(12000, 12000, {});
+  for (const PageBox& box : PageBoxes({c.Record, results, c.Set, table})) {
+    if (box.Name == "weather") box.Draw(page, region);
+  }
+  std::map<double, std::string> lines;
+  for (const Item& item : page.Items()) {
+    const auto* label = std::get_if<Label>(&item.Shape);
+    if (label != nullptr) lines[label->At.Y] += label->Text + "|";
+  }
+  int speeds = 0;
+  for (const auto& [y, line] : lines) {
+    EXPECT_EQ(line.find("(kt)"), line.npos) << line;
+    EXPECT_EQ(line.find("kts"), line.npos) << line;
+    speeds += line.find("m/s|") != line.npos ? 1 : 0;
+  }
+  EXPECT_GE(speeds, 4);  // winds at 200, 500 and 850 hPa and the gusts
+}
+
+// By hand: 1 m/s is 196.85 ft/min.
+TEST(Texts, AThermalClimbsInTheUnitOfHeights) {
+  struct ClimbCase {
+    int Equation;
+    double Lift;
+    LengthUnits Length;
+    const char* Shown;
+  };
+  for (const ClimbCase& c : {ClimbCase{1, 400, LengthUnits::Feet, "400 ft/min"},
+                             ClimbCase{1, 400, LengthUnits::Meter, "2.0 m/s"},
+                             ClimbCase{2, 2, LengthUnits::Meter, "2.0 m/s"},
+                             ClimbCase{2, 2, LengthUnits::Feet, "394 ft/min"},
+                             ClimbCase{1, kNone, LengthUnits::Feet, "--"}}) {
+    Options set;
+    set.ThermoHeight = c.Length;
+    const analysis::SevereTable table;
+    const SoundingRecord record;
+    const analysis::AnalysisResults results;
+    analysis::SoaringResults soaring;
+    soaring.LiftEquation = c.Equation;
+    soaring.Lift = c.Lift;
+    EXPECT_EQ(Texts({record, results, set, table}).Climb(soaring), c.Shown);
   }
 }
 
@@ -144,7 +197,8 @@ TEST(SideBoxes, TellStormMotionAndShear) {
 }
 
 // Limits are those of the user's own table, and each parcel is judged by its own CAPE.
-// Halfway between north and east of 10 kts each: components of 5, hence 7.1 kts from the north-east.
+// Halfway between north and east of 10 kts each: components of 5, hence 7.1 kts from the
+// north-east.
 TEST(SideBoxes, TellTheWindsByHeight) {
   const SoundingRecord sounding =
       test::Profile({{1000, 20, 15}, {900, 14, 9}, {700, 2, -5}},
