@@ -15,20 +15,20 @@ namespace {
 
 constexpr double kColdestIcing = -30;  // °C
 
-struct Node {
+struct Corner {
   double X;
   double Y;
 };
 
-// Linear between the nodes, constant beyond them.
-double Along(std::span<const Node> nodes, double x) {
-  if (x <= nodes.front().X) return nodes.front().Y;
-  for (std::size_t i = 1; i < nodes.size(); ++i) {
-    if (x > nodes[i].X) continue;
-    const double share = (x - nodes[i - 1].X) / (nodes[i].X - nodes[i - 1].X);
-    return nodes[i - 1].Y + share * (nodes[i].Y - nodes[i - 1].Y);
+// Linear between the corners, constant beyond them.
+double Along(std::span<const Corner> corners, double x) {
+  if (x <= corners.front().X) return corners.front().Y;
+  for (std::size_t i = 1; i < corners.size(); ++i) {
+    if (x > corners[i].X) continue;
+    const double share = (x - corners[i - 1].X) / (corners[i].X - corners[i - 1].X);
+    return corners[i - 1].Y + share * (corners[i].Y - corners[i - 1].Y);
   }
-  return nodes.back().Y;
+  return corners.back().Y;
 }
 
 // Median drop diameter, µm, by cloud type.
@@ -39,15 +39,15 @@ double DropDiameter(CloudType type) {
 
 // Liquid water that makes icing severe, g/m³, by drop diameter.
 double SevereWater(CloudType type) {
-  constexpr Node kLimits[] = {{10, 2.50}, {15, 1.30}, {20, 0.85},
-                              {30, 0.65}, {40, 0.55}, {50, 0.50}};
+  constexpr Corner kLimits[] = {{10, 2.50}, {15, 1.30}, {20, 0.85},
+                                {30, 0.65}, {40, 0.55}, {50, 0.50}};
   return Along(kLimits, DropDiameter(type));
 }
 
 // What freezing leaves liquid.
 double UnfrozenShare(CloudFamily family, double temp) {
   if (family == CloudFamily::Cumuliform) return temp >= -40 ? 1 : 0;
-  constexpr Node kShares[] = {{-30, 0}, {-10, 1}};
+  constexpr Corner kShares[] = {{-30, 0}, {-10, 1}};
   return Along(kShares, temp);
 }
 
@@ -195,14 +195,15 @@ HeightRange RangeOf(const LevelProfile& levels, double coldest) {
 constexpr double kLeastCarbTemp = -15;
 
 // Zones from the innermost: the warmest temperature of each by dew point.
-constexpr Node kSeriousAnyPower[] = {{0, 5}, {5, 12.5}, {10, 15}, {15, 15}};
-constexpr Node kModerateCruise[] = {{-3, -3}, {0, 9}, {5, 18}, {10, 21}, {15, 21}, {20, 20}};
-constexpr Node kSeriousDescent[] = {{-7, -7}, {-5, 1},  {-3, 8},  {0, 16},
-                                    {5, 23},  {10, 27}, {15, 29}, {20, 28}};
-constexpr Node kLightAnyPower[] = {{-14, -14}, {-10, -1.5}, {-7, 6},  {-5, 10}, {-3, 14}, {0, 19.5},
-                                   {5, 27},    {10, 32},    {15, 35}, {20, 36}, {25, 36}};
+constexpr Corner kSeriousAnyPower[] = {{0, 5}, {5, 12.5}, {10, 15}, {15, 15}};
+constexpr Corner kModerateCruise[] = {{-3, -3}, {0, 9}, {5, 18}, {10, 21}, {15, 21}, {20, 20}};
+constexpr Corner kSeriousDescent[] = {{-7, -7}, {-5, 1},  {-3, 8},  {0, 16},
+                                      {5, 23},  {10, 27}, {15, 29}, {20, 28}};
+constexpr Corner kLightAnyPower[] = {{-14, -14}, {-10, -1.5}, {-7, 6}, {-5, 10},
+                                     {-3, 14},   {0, 19.5},   {5, 27}, {10, 32},
+                                     {15, 35},   {20, 36},    {25, 36}};
 struct Zone {
-  std::span<const Node> Limit;
+  std::span<const Corner> Limit;
   Intensity Class;
 };
 constexpr Zone kZones[] = {{kSeriousAnyPower, Intensity::Severe},

@@ -53,11 +53,11 @@ double FirstMethod(In& in, const Inflow& inflow) {
   return in.Note("T1", LiftSat(inflow.ThetaE, 600, in.Set().Saturation).Temp - aloft, "C");
 }
 
-constexpr std::size_t kRows = 26;
+constexpr std::size_t kHailRows = 26;
 constexpr std::size_t kColumns = 10;
 // Diameter, mm, by the warmth of the cloud at -5 °C in half degrees and the depth of dry descent to
 // the condensation level in steps of 5 °C.
-constexpr std::array<std::array<int, kColumns>, kRows> kHail = {{
+constexpr std::array<std::array<int, kColumns>, kHailRows> kHail = {{
     {0, 0, 0, 2, 2, 5, 5, 5, 5, 5},
     {0, 0, 0, 2, 5, 5, 5, 5, 10, 10},
     {0, 0, 2, 2, 5, 5, 10, 10, 15, 15},

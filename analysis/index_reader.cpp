@@ -11,7 +11,7 @@
 namespace vexa::analysis {
 namespace {
 
-constexpr double kSurfaceWindDepth = 100;  // m above ground
+constexpr double kLowestWindDepth = 100;  // m above ground
 
 std::string LacksWinds(const std::string& layer) {
   return "the winds do not stand for " + layer + ": a layer needs " + std::string(kLayerMeanRule);
@@ -124,7 +124,7 @@ Wind IndexReader::SurfaceWind() {
   int lowest = 1;
   while (lowest <= sounding_.NumWindLevels() && !sounding_.HasWind(lowest)) ++lowest;
   if (lowest > sounding_.NumWindLevels() ||
-      sounding_.WindHgt(lowest) - sounding_.ElevM > kSurfaceWindDepth) {
+      sounding_.WindHgt(lowest) - sounding_.ElevM > kLowestWindDepth) {
     Fail("no wind within 100 m of the ground");
     return {};
   }

@@ -31,7 +31,7 @@ namespace {
 
 constexpr int kMostStations = 60;
 constexpr int kStationNumber = Qt::UserRole;
-constexpr int kHoursPerDay = 24;
+constexpr int kHoursOfDay = 24;
 
 // "72357  OUN  NORMAN, OK"
 QString StationLine(const Station& station) {
@@ -177,7 +177,7 @@ void DownloadWindow::ShowSource() {
   note_->setText(ToQString(source.Note));
   const QString before = hour_->currentText();
   hour_->clear();
-  for (int hour = 0; hour < kHoursPerDay; ++hour) {
+  for (int hour = 0; hour < kHoursOfDay; ++hour) {
     if (!download::HasHour(source, hour)) continue;
     hour_->addItem(QStringLiteral("%1").arg(hour, 2, 10, QLatin1Char('0')));
   }

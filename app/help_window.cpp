@@ -18,7 +18,7 @@
 namespace vexa {
 namespace {
 
-constexpr QSize kSize{780, 560};
+constexpr QSize kFirstSize{780, 560};
 constexpr int kListWidth = 210;
 
 QString WithTitle(const HelpTopic& topic) {
@@ -56,10 +56,10 @@ HelpWindow::HelpWindow(const Program& program, QWidget* parent)
   parts->addWidget(left);
   parts->addWidget(text_);
   parts->setStretchFactor(1, 1);
-  parts->setSizes({kListWidth, kSize.width() - kListWidth});
+  parts->setSizes({kListWidth, kFirstSize.width() - kListWidth});
   auto* whole = new QHBoxLayout(this);
   whole->addWidget(parts);
-  resize(kSize);
+  resize(kFirstSize);
 
   connect(list_, &QListWidget::currentRowChanged, this, [this](int row) {
     if (row < 0) return;

@@ -27,7 +27,7 @@ output::ListingSource SourceOf(const Program& program) {
 }
 
 // "SummaryData" is the page "Summary".
-std::string TabCaption(std::string_view name) {
+std::string CaptionOfTab(std::string_view name) {
   return std::string(name.substr(0, name.size() - std::string_view("Data").size()));
 }
 
@@ -44,7 +44,7 @@ ListingWindow::ListingWindow(Program& program, QWidget* parent)
     text->setReadOnly(true);
     text->setLineWrapMode(QPlainTextEdit::NoWrap);
     text->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
-    tabs_->addTab(text, ToQString(TabCaption(row.Name)));
+    tabs_->addTab(text, ToQString(CaptionOfTab(row.Name)));
     texts_.push_back(text);
   }
   auto* buttons = new QHBoxLayout;

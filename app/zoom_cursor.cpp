@@ -11,14 +11,14 @@ namespace vexa {
 namespace {
 
 constexpr const char* kFile = "zoom.cur";
-constexpr int kSize = 32;
+constexpr int kCursorSize = 32;
 constexpr std::size_t kSpotAt = 10;  // bytes in a cursor file ahead of its first picture's hot spot
 
 // In black with a light rim, so that it is seen on either screen colour.
 QCursor MagnifyingGlass() {
   constexpr int kMiddle = 12;
   constexpr int kRadius = 8;
-  QPixmap picture(kSize, kSize);
+  QPixmap picture(kCursorSize, kCursorSize);
   picture.fill(Qt::transparent);
   QPainter painter(&picture);
   painter.setRenderHint(QPainter::Antialiasing);
@@ -26,7 +26,7 @@ QCursor MagnifyingGlass() {
                           QPen(Qt::black, 2, Qt::SolidLine, Qt::RoundCap)}) {
     painter.setPen(pen);
     painter.drawEllipse(QPoint(kMiddle, kMiddle), kRadius, kRadius);
-    painter.drawLine(kMiddle + 6, kMiddle + 6, kSize - 5, kSize - 5);
+    painter.drawLine(kMiddle + 6, kMiddle + 6, kCursorSize - 5, kCursorSize - 5);
     painter.drawLine(kMiddle - 4, kMiddle, kMiddle + 4, kMiddle);
     painter.drawLine(kMiddle, kMiddle - 4, kMiddle, kMiddle + 4);
   }

@@ -9,7 +9,7 @@ namespace vexa {
 namespace {
 
 constexpr double kLowestElevM = -500;
-constexpr double kHighestElevM = 6000;  // the highest that the data check lets pass
+constexpr double kHighestEntry = 6000;  // the highest that the data check lets pass
 
 enum class Kind { Number, Text, Letter };
 
@@ -37,7 +37,7 @@ constexpr std::array<FieldRow, kStationFields> kFields = {{
      .Caption = "Elevation",
      .Holds = Kind::Number,
      .Least = kLowestElevM,
-     .Most = kHighestElevM},
+     .Most = kHighestEntry},
     {.Field = StationField::Latitude,
      .Caption = "Latitude",
      .Holds = Kind::Number,

@@ -14,7 +14,7 @@
 namespace vexa::hodograph {
 namespace {
 
-constexpr std::string_view kNoValue = "--";
+constexpr std::string_view kNoWindText = "--";
 
 std::string HeightText(double meters, const DisplaySettings& options, int width) {
   return PadLeft(Mask(ShownIn(meters, options.GpmUnits), "#####0"), width);
@@ -22,7 +22,7 @@ std::string HeightText(double meters, const DisplaySettings& options, int width)
 
 std::string PressText(const HodographInput& input, double height) {
   const double press = analysis::GetPRESS(input.Results.Levels, height);
-  return PadLeft(HasHeight(press) ? Mask(press, "###0") : std::string(kNoValue), 5);
+  return PadLeft(HasHeight(press) ? Mask(press, "###0") : std::string(kNoWindText), 5);
 }
 
 // Direction and speed in columns: "240 /  25.0".
@@ -43,7 +43,7 @@ std::string ThermalColumns(const std::vector<ProfileWind>& winds, std::size_t le
 
 std::string NormalColumn(const analysis::WindVector& wind, std::optional<double> towards,
                          const DisplaySettings& options) {
-  if (!towards) return PadLeft(kNoValue, 8);
+  if (!towards) return PadLeft(kNoWindText, 8);
   const double normal =
       -(wind.U * std::sin(Radians(*towards)) + wind.V * std::cos(Radians(*towards)));
   return PadLeft(Mask(ShownIn(normal, options.Speed), "###0.0"), 8);

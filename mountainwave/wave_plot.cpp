@@ -99,10 +99,18 @@ std::vector<RegionRow> Rows(const WaveOptions& set) {
       {.Name = kTitle, .At = Place::Above, .LeastHeight = 620, .Priority = 0},
       {.Name = kWaves, .At = Place::Main, .LeastWidth = 5500, .LeastHeight = 3000}};
   if (set.WindProfile) {
-    rows.push_back({.Name = kWind, .At = Place::Beside, .LeastWidth = kColumn, .Priority = 1});
+    rows.push_back({.Name = kWind,
+                    .At = Place::Beside,
+                    .LeastWidth = kColumn,
+                    .Priority = 1,
+                    .Caption = "wind profile"});
   }
   if (set.ScorerProfile) {
-    rows.push_back({.Name = kScorer, .At = Place::Beside, .LeastWidth = kColumn, .Priority = 2});
+    rows.push_back({.Name = kScorer,
+                    .At = Place::Beside,
+                    .LeastWidth = kColumn,
+                    .Priority = 2,
+                    .Caption = "Scorer profile"});
   }
   return rows;
 }
@@ -138,6 +146,10 @@ class Drawing : WavePage {
          "from Sounding  " + In.From.Sounding.StationTitle, kLabel, AnchorX::Left, Inks.Ink);
     Text("decay", {place->Right - 100, place->Top + 450},
          std::string(DecayText(In.From.Set.DecayOn)), kNote, AnchorX::Right, Inks.Faint);
+    if (std::string missing = LeftOutText(Layout); !missing.empty()) {
+      Text("left out", {place->Right - 100, place->Top + 180}, std::move(missing), kNote,
+           AnchorX::Right, Inks.Faint);
+    }
   }
 
   // Bands of equal class, row by row. A row reaches a little under the next one, so that no paper

@@ -23,7 +23,7 @@ namespace {
 namespace fs = std::filesystem;
 
 /// Answers file questions with one name and takes every box.
-class NamingUser : public SilentInteraction {
+class AnsweringUser : public SilentInteraction {
  public:
   std::optional<std::string> ChooseFile(const FileQuestion&) override { return Name; }
   std::string Name{};
@@ -62,7 +62,7 @@ class SameBytesTest : public testing::Test {
   }
 
   test::TemporaryFolder folder{};
-  NamingUser user{};
+  AnsweringUser user{};
   Program program{};
 };
 

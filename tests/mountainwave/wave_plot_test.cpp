@@ -99,18 +99,20 @@ TEST(WavePlot, ShowsWhatIsAskedFor) {
 
 TEST(WavePlot, PagesOfAllSizesAreOrderly) {
   // Windows on screens of 800 x 600 and of 1920 x 1080, A4 upright and across.
-  const std::pair<Surface, WaveScale> pages[] = {
-      {ImageSurface(760, 480), WaveScale::Pressure},
-      {ImageSurface(1900, 980), WaveScale::Feet},
-      {PaperSurfaceMm(210, 297), WaveScale::Kilometers},
-      {PaperSurfaceMm(297, 210), WaveScale::Pressure}};
+  const std::pair<Surface, WaveScale> pages[] = {{ImageSurface(760, 480), WaveScale::Pressure},
+                                                 {ImageSurface(1900, 980), WaveScale::Feet},
+                                                 {PaperSurfaceMm(210, 297), WaveScale::Kilometers},
+                                                 {PaperSurfaceMm(297, 210), WaveScale::Pressure}};
   for (const auto& [surface, scale] : pages) {
     SCOPED_TRACE(testing::Message() << surface.Width << " x " << surface.Height);
     Scene scene;
     scene.Mountains = MountainParameters{{3000, 1, 0}, 5, {2500, 0.8, 0}};
     scene.Set.Scale = scale;
     const Rect page{0, 0, surface.Width, surface.Height};
-    test::ExpectOrderly(PlotWaves(scene.Input(), surface).Page, page);
+    const Picture waves = PlotWaves(scene.Input(), surface).Page;
+    test::ExpectOrderly(waves, page);
+    // A profile stands in its column or is named as left out.
+    EXPECT_EQ(CountOf(waves, "Scorer parameter") + CountOf(waves, "left out"), 1);
     ClearWinds(scene.Sounding);
     test::ExpectOrderly(PlotWaves(scene.Input(), surface).Page, page);
   }
