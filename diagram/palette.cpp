@@ -179,6 +179,25 @@ Color LegibleColor(const Palette& palette, int index) {
   return shown;
 }
 
+namespace {
+
+void SetAreas(Palette& p, bool black) {
+  p.Ground = {Blend(LegibleColor(p, 6), p.Paper, 0.55), FillStyle::Hatched};
+  Color cape = LegibleColor(p, 2);
+  cape.Alpha = black ? 100 : 80;
+  // The grid under the areas steps back further, so that their colour is not lost in it.
+  Color veil = p.Paper;
+  veil.Alpha = 170;
+  p.Cape = {Over(veil, cape), FillStyle::Plain};
+  Color cin = LegibleColor(p, 9);
+  cin.Alpha = black ? 70 : 45;
+  p.Cin = {Over(veil, cin), FillStyle::Plain};
+  cin.Alpha = 190;
+  p.CinHatch = {cin, FillStyle::BackHatched};
+}
+
+}  // namespace
+
 Palette PaletteFor(const ViewSettings& options) {
   const SchemeRow& scheme = RowOf(SchemeOn(options.Screen, options.Scheme));
   const bool black = scheme.Paper == kBlack;
@@ -220,19 +239,7 @@ Palette PaletteFor(const ViewSettings& options) {
   p.StandardAtmosphere = {ink(6), 16, LineStyle::DashDot};
   p.HeightAxis = {p.Ink, kThin, LineStyle::Solid};
 
-  p.Ground = {Blend(ink(6), p.Paper, 0.55), FillStyle::Hatched};
-  Color cape = ink(2);
-  cape.Alpha = black ? 100 : 80;
-  // The grid under the areas steps back further, so that their colour is not lost in it.
-  Color veil = p.Paper;
-  veil.Alpha = 170;
-  p.Cape = {Over(veil, cape), FillStyle::Plain};
-  Color cin = ink(9);
-  cin.Alpha = black ? 70 : 45;
-  p.Cin = {Over(veil, cin), FillStyle::Plain};
-  cin.Alpha = 190;
-  p.CinHatch = {cin, FillStyle::BackHatched};
-
+  SetAreas(p, black);
   p.ParcelMark = p.Ink;
   p.InversionMark = black ? Blend(ink(6), p.Ink, 0.2) : Color{140, 60, 0};
   p.ColdFront = ink(9);

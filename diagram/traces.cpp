@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -237,67 +238,85 @@ void DrawReferenceTraces(Plot& plot) {
   NameTrace(plot, "Reference", reference->Press, reference->Temp, pen.Ink, AnchorX::Left);
 }
 
+namespace {
+
+// Entries one after the other, each a sample and its text; they go on in the next row while there
+// is one. What the page does not show has none.
+class LegendEntries {
+ public:
+  LegendEntries(Plot& plot, const Rect& region)
+      : plot_(plot), region_(region), x_(region.Left), y_(region.Top + kRow / 2) {}
+
+  void Line(std::string_view tag, std::string_view text, const Pen& pen) {
+    if (const auto from = Place(tag, text)) {
+      DrawSegment(plot_.Page, "legend line", {*from, y_}, {*from + kSample, y_}, pen);
+    }
+  }
+  void AreaOf(std::string_view tag, std::string_view text, const Brush& brush) {
+    if (const auto from = Place(tag, text)) {
+      plot_.Page.Add("legend area", Area{.Rings = {{{*from, y_ - 60},
+                                                    {*from + kSample, y_ - 60},
+                                                    {*from + kSample, y_ + 60},
+                                                    {*from, y_ + 60}}},
+                                         .Fill = brush,
+                                         .Stroke = plot_.Inks.PanelFrame});
+    }
+  }
+
+ private:
+  static constexpr double kSample = 24 * kUnitsPerPixel;
+  static constexpr double kGap = 5 * kUnitsPerPixel;
+  static constexpr double kRow = 18 * kUnitsPerPixel;
+
+  // Writes the text; where its sample begins.
+  std::optional<double> Place(std::string_view tag, std::string_view text) {
+    const bool isDrawn = std::ranges::any_of(plot_.Page.Items(),
+                                             [tag](const Item& item) { return item.Tag == tag; });
+    if (!isDrawn) return std::nullopt;
+    const double width = kSample + 4 * kGap + TextWidth(text, kSmallText);
+    if (x_ > region_.Left && x_ + width > region_.Right) {
+      x_ = region_.Left;
+      y_ += kRow;
+    }
+    if (y_ + kRow / 2 > region_.Bottom + 1 || x_ + width > region_.Right) return std::nullopt;
+    DrawText(plot_.Page, "legend", {x_ + kSample + kGap, y_}, std::string(text), plot_.Inks.Ink,
+             kSmallText);
+    return std::exchange(x_, x_ + width);
+  }
+
+  Plot& plot_;
+  const Rect region_;
+  double x_;
+  double y_;
+};
+
+}  // namespace
+
 void DrawLegend(Plot& plot) {
   const Rect* region = plot.Where.Find("legend");
   if (region == nullptr) return;
-  const auto drawn = [&plot](std::string_view tag) {
-    return std::ranges::any_of(plot.Page.Items(),
-                               [tag](const Item& item) { return item.Tag == tag; });
-  };
-  constexpr double kSample = 24 * kUnitsPerPixel;
-  constexpr double kGap = 5 * kUnitsPerPixel;
-  constexpr double kRow = 18 * kUnitsPerPixel;
-  double x = region->Left;
-  double y = region->Top + kRow / 2;
-  // The place of the next entry's sample; entries go on in the next row while there is one.
-  const auto place = [&](std::string_view text) {
-    const double width = kSample + 4 * kGap + TextWidth(text, kSmallText);
-    if (x > region->Left && x + width > region->Right) {
-      x = region->Left;
-      y += kRow;
-    }
-    if (y + kRow / 2 > region->Bottom + 1 || x + width > region->Right) return false;
-    DrawText(plot.Page, "legend", {x + kSample + kGap, y}, std::string(text), plot.Inks.Ink,
-             kSmallText);
-    x += width;
-    return true;
-  };
-  const auto line = [&](std::string_view tag, std::string_view text, const Pen& pen) {
-    if (!drawn(tag) || !place(text)) return;
-    const double from = x - (kSample + 4 * kGap + TextWidth(text, kSmallText));
-    DrawSegment(plot.Page, "legend line", {from, y}, {from + kSample, y}, pen);
-  };
-  const auto area = [&](std::string_view tag, std::string_view text, const Brush& brush) {
-    if (!drawn(tag) || !place(text)) return;
-    const double from = x - (kSample + 4 * kGap + TextWidth(text, kSmallText));
-    plot.Page.Add("legend area", Area{.Rings = {{{from, y - 60},
-                                                 {from + kSample, y - 60},
-                                                 {from + kSample, y + 60},
-                                                 {from, y + 60}}},
-                                      .Fill = brush,
-                                      .Stroke = plot.Inks.PanelFrame});
-  };
-  line("temperature", "T", plot.Inks.Temperature);
-  line("dew point", "Td", plot.Inks.Dewpoint);
-  line("virtual temperature", "Tv", plot.Inks.VirtualTemp);
-  line("parcel", "Parcel", plot.Inks.Parcel);
-  line("reference temperature", "Reference", {plot.Inks.Faint, 22, LineStyle::Dash});
-  area("CAPE area", "CAPE", plot.Inks.Cape);
-  area("CIN hatch", "CIN", plot.Inks.CinHatch);
+  LegendEntries entries(plot, *region);
+  entries.Line("temperature", "T", plot.Inks.Temperature);
+  entries.Line("dew point", "Td", plot.Inks.Dewpoint);
+  entries.Line("virtual temperature", "Tv", plot.Inks.VirtualTemp);
+  entries.Line("parcel", "Parcel", plot.Inks.Parcel);
+  entries.Line("reference temperature", "Reference", {plot.Inks.Faint, 22, LineStyle::Dash});
+  entries.AreaOf("CAPE area", "CAPE", plot.Inks.Cape);
+  entries.AreaOf("CIN hatch", "CIN", plot.Inks.CinHatch);
   for (const StabilityClass& stability : kStability) {
-    area("stability bar", stability.Name, {LegibleColor(plot.Inks, stability.Color)});
+    entries.AreaOf("stability bar", stability.Name, {LegibleColor(plot.Inks, stability.Color)});
   }
-  line("dry adiabat", "Dry adiabat", plot.Inks.DryAdiabat);
-  line("isentrope", "Isentrope", plot.Inks.DryAdiabat);
-  line("saturation adiabat", "Moist adiabat", plot.Inks.SatAdiabat);
-  line("mixing ratio line", "Mixing ratio", plot.Inks.MixingRatio);
-  line("standard atmosphere", "Standard atmosphere", plot.Inks.StandardAtmosphere);
+  entries.Line("dry adiabat", "Dry adiabat", plot.Inks.DryAdiabat);
+  entries.Line("isentrope", "Isentrope", plot.Inks.DryAdiabat);
+  entries.Line("saturation adiabat", "Moist adiabat", plot.Inks.SatAdiabat);
+  entries.Line("mixing ratio line", "Mixing ratio", plot.Inks.MixingRatio);
+  entries.Line("standard atmosphere", "Standard atmosphere", plot.Inks.StandardAtmosphere);
   if (!plot.Where.Asks.FullLegend) return;
-  line("isotherm", "Isotherm", plot.Inks.Isotherm);
-  line("isotherm", "0 and -20 C", plot.Inks.ZeroIsotherm);
-  line("pressure line", "Pressure", plot.Inks.MandatoryIsobar);
-  line("surface line", "Surface", plot.Inks.Surface);
-  line("parcel moisture", "Parcel moisture", plot.Inks.ParcelMoisture);
+  entries.Line("isotherm", "Isotherm", plot.Inks.Isotherm);
+  entries.Line("isotherm", "0 and -20 C", plot.Inks.ZeroIsotherm);
+  entries.Line("pressure line", "Pressure", plot.Inks.MandatoryIsobar);
+  entries.Line("surface line", "Surface", plot.Inks.Surface);
+  entries.Line("parcel moisture", "Parcel moisture", plot.Inks.ParcelMoisture);
 }
 
 void DrawStabilityBars(Plot& plot) {

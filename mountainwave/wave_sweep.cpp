@@ -147,17 +147,12 @@ Sweep SweepMountain(const Air& air, double relief, int axes, int widths) {
   return sweep;
 }
 
-Picture PlotSweep(const Sweep& sweep, const RidgeForm& marked, const WaveUnits& units,
-                  const DisplaySettings& look, const Surface& surface) {
-  const double most = sweep.Velocities.empty() ? 0 : *std::ranges::max_element(sweep.Velocities);
-  Chart chart(look, surface, {850, 750, surface.Width - 250, surface.Height - 700}, most);
+namespace {
+
+// Neighbours of one class are one cell.
+void DrawCells(Chart& chart, const Sweep& sweep) {
   const ShadeScale& shades = chart.Shades();
   const Rect& frame = chart.Frame();
-  const auto x = [&](double axis) { return frame.Left + axis / 360 * frame.Width(); };
-  const auto y = [&](double widthKm) {
-    return frame.Bottom -
-           std::log(widthKm / kNarrowestKm) / std::log(kWidestKm / kNarrowestKm) * frame.Height();
-  };
   const double cell = frame.Width() / sweep.Axes;
   const double row = frame.Height() / sweep.Widths;
   for (int width = sweep.Widths - 1; width >= 0; --width) {
@@ -172,6 +167,21 @@ Picture PlotSweep(const Sweep& sweep, const RidgeForm& marked, const WaveUnits& 
       from = axis;
     }
   }
+}
+
+}  // namespace
+
+Picture PlotSweep(const Sweep& sweep, const RidgeForm& marked, const WaveUnits& units,
+                  const DisplaySettings& look, const Surface& surface) {
+  const double most = sweep.Velocities.empty() ? 0 : *std::ranges::max_element(sweep.Velocities);
+  Chart chart(look, surface, {850, 750, surface.Width - 250, surface.Height - 700}, most);
+  const Rect& frame = chart.Frame();
+  const auto x = [&](double axis) { return frame.Left + axis / 360 * frame.Width(); };
+  const auto y = [&](double widthKm) {
+    return frame.Bottom -
+           std::log(widthKm / kNarrowestKm) / std::log(kWidestKm / kNarrowestKm) * frame.Height();
+  };
+  DrawCells(chart, sweep);
   chart.Outline(frame);
   for (int axis = 0; axis <= 360; axis += 45) {
     chart.Text({x(axis), frame.Bottom + 150}, Shortest(axis), Type::Note, AnchorX::Center);

@@ -23,6 +23,14 @@ TEST(SoundingTitle, ShowsMonthAndYearInsteadOfTheDate) {
       {"the date alone", "12Z 05 MAR 2024", {}, "MAR 2024"},
       {"no date in the title", "Norman, mean", {1999, 5, 4, 0, 0}, "Norman, mean  MAY 1999"},
       {"no date at all", "Flight 12 MAR 2024", {}, "Flight 12 MAR 2024"},
+      {"an hour of one figure", "Oun 6Z 04 MAY 1999", {}, "Oun 6Z 04 MAY 1999"},
+      {"of three", "Oun 600Z 4 MAY 1999", {}, "Oun MAY 1999"},
+      {"of five", "Oun 06000Z 04 MAY 1999", {}, "Oun 06000Z 04 MAY 1999"},
+      {"a day of three figures", "Oun 06Z 104 MAY 1999", {}, "Oun 06Z 104 MAY 1999"},
+      {"a year of three", "Oun 06Z 04 MAY 999", {}, "Oun 06Z 04 MAY 999"},
+      {"of five", "Oun 06Z 04 MAY 19999", {}, "Oun 06Z 04 MAY 19999"},
+      {"the first month", "Oun", {2021, 1, 4, 0, 0}, "Oun  JAN 2021"},
+      {"the last month", "Oun", {2021, 12, 4, 0, 0}, "Oun  DEC 2021"},
       {"nothing", "", {}, ""},
   };
   Options options;
