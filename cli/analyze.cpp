@@ -16,7 +16,7 @@
 namespace vexa::cli {
 namespace {
 
-constexpr ArgumentRow kOptions[] = {
+constexpr ArgumentRow kAnalyzeOptions[] = {
     kFormatOption,
     {"--explain", "", "INDEX",
      "tell how an index came about, by its label: KI, SWEAT; may be repeated"},
@@ -121,9 +121,9 @@ int RunAnalyze(const Arguments& arguments, Console& console) {
 
 }  // namespace
 
-const Command kAnalyzeCommand = {
-    {"analyze", "FILE-OR-FOLDER... [options]", "Prints the analysis of each sounding.", kOptions},
-    RunAnalyze,
-    true};
+const Command kAnalyzeCommand = {{"analyze", "FILE-OR-FOLDER... [options]",
+                                  "Prints the analysis of each sounding.", kAnalyzeOptions},
+                                 RunAnalyze,
+                                 true};
 
 }  // namespace vexa::cli

@@ -20,7 +20,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr ArgumentRow kOptions[] = {
+constexpr ArgumentRow kCheckOptions[] = {
     {"--notes", "-n", "", "what was left out, changed or worked out, below each file"},
     {"--quiet", "-q", "", "only the files with a fault"},
 };
@@ -127,7 +127,7 @@ int RunCheck(const Arguments& arguments, Console& console) {
 
 const Command kCheckCommand = {
     {"check", "FILE-OR-FOLDER... [options]",
-     "Tells of each file its format, station, time, levels and faults.", kOptions},
+     "Tells of each file its format, station, time, levels and faults.", kCheckOptions},
     RunCheck};
 
 }  // namespace vexa::cli

@@ -5,6 +5,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "cli/console.h"
 #include "cli/report.h"
@@ -53,6 +54,11 @@ void ReportFault(Console& console, const std::string& file, const Fault& fault);
 
 /// "vexa-cli COMMAND: reason" with a pointer to the help; gives kExitUsage.
 int UsageError(Console& console, const Command& command, std::string_view reason);
+
+/// An option of a command with a value that it cannot have.
+inline Fault Wrong(const char* command, std::string detail) {
+  return {kFaultInvalidValue, command, std::move(detail)};
+}
 
 /// Says that this build cannot make something, "PDF documents"; gives kExitUsage.
 int LacksToolkit(Console& console, const Command& command, std::string_view something);

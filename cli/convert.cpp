@@ -9,7 +9,7 @@
 namespace vexa::cli {
 namespace {
 
-constexpr ArgumentRow kOptions[] = {
+constexpr ArgumentRow kConvertOptions[] = {
     {"--output", "-o", "OUT.RAW", "native sounding file to write"},
     kSoundingOption,
 };
@@ -37,7 +37,7 @@ int RunConvert(const Arguments& arguments, Console& console) {
 
 const Command kConvertCommand = {
     {"convert", "FILE -o OUT.RAW [options]",
-     "Writes a sounding of any format as a native sounding file.", kOptions, 1, 1},
+     "Writes a sounding of any format as a native sounding file.", kConvertOptions, 1, 1},
     RunConvert};
 
 }  // namespace vexa::cli

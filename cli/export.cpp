@@ -14,7 +14,7 @@
 namespace vexa::cli {
 namespace {
 
-constexpr ArgumentRow kOptions[] = {
+constexpr ArgumentRow kExportOptions[] = {
     {"--output", "-o", "OUT", "dump to write: a spreadsheet for .csv, else text"},
     {"--jobs", "-j", "N", "threads that read and compute, 1 without it", {}, 1, 256},
     {"--range", "", "NNNN-NNNN", "of the files only these, counted from 0001"},
@@ -98,7 +98,7 @@ int RunExport(const Arguments& arguments, Console& console) {
 
 const Command kExportCommand = {
     {"export", "FILE-OR-FOLDER... -o OUT.{txt,csv} [options]",
-     "Writes the levels of soundings as text or spreadsheet.", kOptions, 1, kAnyNumber,
+     "Writes the levels of soundings as text or spreadsheet.", kExportOptions, 1, kAnyNumber,
      "--set DumpData1=FT and so on to DumpData7 set the options of the dump."},
     RunExport,
     true};

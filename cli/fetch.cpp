@@ -20,7 +20,7 @@ namespace {
 
 using namespace vexa::download;
 
-constexpr ArgumentRow kOptions[] = {
+constexpr ArgumentRow kFetchOptions[] = {
     {"--source", "-s", "NAME", "a source of VEXA.URL; repeated: the next is asked when one fails"},
     {"--time", "-t", "TIME", "YYYY-MM-DDTHH, UTC; repeated: one after the other"},
     {"--output", "-o", "FOLDER", "where the files go; the current folder when not given"},
@@ -111,7 +111,7 @@ int RunFetch(const Arguments& arguments, Console& console) {
 }  // namespace
 
 const Command kFetchCommand = {
-    {"fetch", "STATION... -s SOURCE -t TIME [options]", "Downloads soundings.", kOptions, 0},
+    {"fetch", "STATION... -s SOURCE -t TIME [options]", "Downloads soundings.", kFetchOptions, 0},
     RunFetch};
 
 }  // namespace vexa::cli

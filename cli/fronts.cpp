@@ -21,7 +21,7 @@ using fronts::FrontSource;
 constexpr std::string_view kModes[] = {"Fixed", "Sliding", "Levels"};
 constexpr std::string_view kAutomatic = "automatic";
 
-constexpr ArgumentRow kOptions[] = {
+constexpr ArgumentRow kFrontsOptions[] = {
     {"--interval",
      "",
      "M",
@@ -48,10 +48,6 @@ constexpr ArgumentRow kOptions[] = {
     kSetOption,
 };
 
-Fault Wrong(std::string detail) {
-  return {kFaultInvalidValue, "fronts", std::move(detail)};
-}
-
 std::optional<double> NumberWithin(const std::string& text, double least, double most) {
   const std::optional<double> number = ParseNumber(text);
   if (!number || *number < least || *number > most) return std::nullopt;
@@ -71,26 +67,26 @@ Outcome<FrontSettings> SettingsOf(const Arguments& arguments, FrontSettings sett
   }
   if (const auto gradient = arguments.Value("--gradient")) {
     const auto number = NumberWithin(*gradient, 0.005, 0.5);
-    if (!number) return Wrong("--gradient takes a number from 0.005 to 0.5");
+    if (!number) return Wrong("fronts", "--gradient takes a number from 0.005 to 0.5");
     settings.GradientThreshold = *number;
   }
   if (const auto advection = arguments.Value("--advection")) {
     const auto number = NumberWithin(*advection, 0, 5);
-    if (!number) return Wrong("--advection takes a number from 0 to 5");
+    if (!number) return Wrong("fronts", "--advection takes a number from 0 to 5");
     settings.LeastAdvection = *number;
   }
   if (const auto slope = arguments.Value("--slope")) {
     settings.Control = *slope == kAutomatic ? FrontControl::Automatic : FrontControl::Manual;
     const auto number = NumberWithin(*slope, 20, 500);
     if (!number && *slope != kAutomatic) {
-      return Wrong("--slope takes a number from 20 to 500 or automatic");
+      return Wrong("fronts", "--slope takes a number from 20 to 500 or automatic");
     }
     settings.SlopeN = number.value_or(settings.SlopeN);
   }
   return settings;
 }
 
-constexpr std::string_view kCsvHeader =
+constexpr std::string_view kFrontsHeader =
     "file,station,character,zone base (m above station),zone top (m above station),"
     "gradient (C/nm),advection (C/h),speed (kt),towards (deg),distance (km),"
     "vertical motion (m/h)";
@@ -133,7 +129,7 @@ int RunFronts(const Arguments& arguments, Console& console) {
   const HodographSettings& hodograph = setup.Value().Settings.Hodograph;
   const Outcome<FrontSettings> settings = SettingsOf(arguments, hodograph.Front);
   if (!settings) return UsageError(console, kFrontsCommand, settings.Error().Detail);
-  Answers answers(arguments, kCsvHeader, console);
+  Answers answers(arguments, kFrontsHeader, console);
   Inputs inputs(console, setup.Value().Stations, setup.Value().Index);
   for (const std::string& file : arguments.Files) {
     const std::optional<LoadedSounding> loaded = inputs.Load(file);
@@ -164,7 +160,7 @@ int RunFronts(const Arguments& arguments, Console& console) {
 
 const Command kFrontsCommand = {
     {"fronts", "FILE-OR-FOLDER... [options]",
-     "Prints the front that the winds of each sounding show.", kOptions},
+     "Prints the front that the winds of each sounding show.", kFrontsOptions},
     RunFronts,
     true};
 

@@ -8,7 +8,7 @@
 namespace vexa::cli {
 namespace {
 
-constexpr ArgumentRow kOptions[] = {
+constexpr ArgumentRow kListOptions[] = {
     {"--listing", "-l", "LISTING",
      "summary, complete, interval, analyses, weather, indices or cape; may be repeated, all seven "
      "without it"},
@@ -17,14 +17,14 @@ constexpr ArgumentRow kOptions[] = {
     kSetOption,
 };
 
-std::vector<std::string_view> Words() {
+std::vector<std::string_view> ListingWords() {
   std::vector<std::string_view> words;
   for (const output::ListingRow& row : output::Listings()) words.push_back(row.Word);
   return words;
 }
 
-void Print(const Program& program, const std::vector<const output::ListingRow*>& rows,
-           Console& console) {
+void PrintListings(const Program& program, const std::vector<const output::ListingRow*>& rows,
+                   Console& console) {
   const output::ListingSource from{program.Current.Record, program.Results, program.Set,
                                    MountainsNow(program)};
   std::string text;
@@ -44,8 +44,8 @@ int RunList(const Arguments& arguments, Console& console) {
     rows.push_back(output::FindListing(word));
     if (rows.back() == nullptr) {
       return UsageError(console, kListCommand,
-                        "there is no listing \"" + word + "\"" + DidYouMean(word, Words()) +
-                            "; there are " + Joined(Words()));
+                        "there is no listing \"" + word + "\"" + DidYouMean(word, ListingWords()) +
+                            "; there are " + Joined(ListingWords()));
     }
   }
   if (rows.empty()) {
@@ -53,7 +53,7 @@ int RunList(const Arguments& arguments, Console& console) {
   }
   LoadedProgram loaded(setup.Value(), console);
   for (const std::string& file : arguments.Files) {
-    if (loaded.Load(file)) Print(loaded.Get(), rows, console);
+    if (loaded.Load(file)) PrintListings(loaded.Get(), rows, console);
   }
   return loaded.In().ExitCode();
 }
@@ -61,7 +61,7 @@ int RunList(const Arguments& arguments, Console& console) {
 }  // namespace
 
 const Command kListCommand = {
-    {"list", "FILE-OR-FOLDER... [options]", "Prints the listings of each sounding.", kOptions},
+    {"list", "FILE-OR-FOLDER... [options]", "Prints the listings of each sounding.", kListOptions},
     RunList,
     true};
 

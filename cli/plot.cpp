@@ -19,7 +19,7 @@ namespace {
 
 constexpr auto kDiagrams = Words(DiagramType{});
 
-constexpr ArgumentRow kOptions[] = {
+constexpr ArgumentRow kPlotOptions[] = {
     {"--output", "-o", "OUT",
      "picture file: .png, .jpg, .bmp, .svg or .pdf; {name} stands for the"
      " input's name"},
@@ -113,7 +113,7 @@ void PlotTogether(const Arguments& arguments, const std::string& output, const C
 }
 
 /// What the words of the command line ask for.
-struct Asked {
+struct AskedPlot {
   std::string Output{};
   const DisplayRow* Display = nullptr;
   const LayoutRow* Layout = nullptr;
@@ -123,21 +123,17 @@ struct Asked {
   }
 };
 
-Fault Wrong(std::string detail) {
-  return {kFaultInvalidValue, "plot", std::move(detail)};
-}
-
 // The display, which takes one file or several.
 Outcome<const DisplayRow*> DisplayOf(const Arguments& arguments, const Console& console) {
   const std::string name = arguments.Value("--display").value_or("sounding");
   const DisplayRow* display = DisplayNamed(console.Displays, name);
   if (display == nullptr) {
     const auto names = DisplayNames(console.Displays);
-    return Wrong("there is no display \"" + name + "\"" + DidYouMean(name, names) + "; there are " +
-                 Joined(names));
+    return Wrong("plot", "there is no display \"" + name + "\"" + DidYouMean(name, names) +
+                             "; there are " + Joined(names));
   }
   if (display->Mode != diagram::MultiMode::Single && arguments.Files.size() < 2) {
-    return Wrong(std::string(display->Id) + " takes several files");
+    return Wrong("plot", std::string(display->Id) + " takes several files");
   }
   return display;
 }
@@ -156,15 +152,15 @@ Outcome<Canvas> CanvasOf(const Arguments& arguments, const Console& console) {
   return canvas;
 }
 
-Outcome<Asked> AskedBy(const Arguments& arguments, const Console& console) {
-  Asked asked{.Output = *arguments.Value("--output")};
+Outcome<AskedPlot> AskedPlotBy(const Arguments& arguments, const Console& console) {
+  AskedPlot asked{.Output = *arguments.Value("--output")};
   const Outcome<const DisplayRow*> display = DisplayOf(arguments, console);
   if (!display) return display.Error();
   asked.Display = display.Value();
   if (!asked.Together() && arguments.Files.size() > 1 &&
       asked.Output.find(kNamePlace) == std::string::npos) {
-    return Wrong("several files need {name} in the output, as in -o {name}." +
-                 Extension(asked.Output));
+    return Wrong("plot", "several files need {name} in the output, as in -o {name}." +
+                             Extension(asked.Output));
   }
   const Outcome<Canvas> canvas = CanvasOf(arguments, console);
   if (!canvas) return canvas.Error();
@@ -181,7 +177,7 @@ Outcome<Asked> AskedBy(const Arguments& arguments, const Console& console) {
 }
 
 // A picture for each file. A second one of the same name would replace the first.
-void PlotEach(const Arguments& arguments, const Asked& asked, LoadedProgram& loaded) {
+void PlotEach(const Arguments& arguments, const AskedPlot& asked, LoadedProgram& loaded) {
   std::set<std::string> written;
   for (const std::string& file : arguments.Files) {
     const std::string name = OutputFor(asked.Output, file);
@@ -206,9 +202,9 @@ int RunPlot(const Arguments& arguments, Console& console) {
   if (extension != "svg" && console.Tools == nullptr) {
     return LacksToolkit(console, kPlotCommand, "." + extension + " pictures, only .svg");
   }
-  const Outcome<Asked> read = AskedBy(arguments, console);
+  const Outcome<AskedPlot> read = AskedPlotBy(arguments, console);
   if (!read) return UsageError(console, kPlotCommand, read.Error().Detail);
-  const Asked& asked = read.Value();
+  const AskedPlot& asked = read.Value();
   Outcome<CommandSetup> setup = SetupOf(arguments, console);
   if (!setup) return UsageError(console, kPlotCommand, setup.Error().Detail);
   if (const auto type = arguments.Value("--diagram")) {
@@ -228,9 +224,10 @@ int RunPlot(const Arguments& arguments, Console& console) {
 
 }  // namespace
 
-const Command kPlotCommand = {{"plot", "FILE-OR-FOLDER... -o OUT.{png,jpg,bmp,svg,pdf} [options]",
-                               "Draws the diagram of each sounding into a picture file.", kOptions},
-                              RunPlot,
-                              true};
+const Command kPlotCommand = {
+    {"plot", "FILE-OR-FOLDER... -o OUT.{png,jpg,bmp,svg,pdf} [options]",
+     "Draws the diagram of each sounding into a picture file.", kPlotOptions},
+    RunPlot,
+    true};
 
 }  // namespace vexa::cli

@@ -20,7 +20,7 @@ namespace {
 constexpr auto kPapers = output::Words(output::Paper{});
 constexpr auto kTurns = output::Words(output::Orientation{});
 
-constexpr ArgumentRow kOptions[] = {
+constexpr ArgumentRow kPrintOptions[] = {
     {"--output", "-o", "OUT", "PDF document to write"},
     {"--display", "-d", "NAME",
      "display, text or listing to print, \"Sounding\" without it; may be repeated"},
@@ -62,16 +62,16 @@ std::optional<std::string> NameOf(std::string_view word, std::span<const Display
 }
 
 /// What was asked for: the sheet, and a request for each name.
-struct Asked {
+struct AskedPrint {
   PrintRequest Print{};
   std::vector<std::string> Names{};
 };
 
-Outcome<Asked> ReadRequest(const Arguments& arguments, const CommandSetup& setup) {
+Outcome<AskedPrint> ReadRequest(const Arguments& arguments, const CommandSetup& setup) {
   const auto wrong = [](std::string detail) {
     return Fault{kFaultInvalidValue, "ReadRequest", std::move(detail)};
   };
-  Asked asked;
+  AskedPrint asked;
   PrintRequest& print = asked.Print;
   if (!setup.Root.empty()) print.Setup = ReadPrinterFile(setup.Root);
   const SystemOptions& system = setup.Settings.Set.System;
@@ -101,7 +101,7 @@ Outcome<Asked> ReadRequest(const Arguments& arguments, const CommandSetup& setup
   return asked;
 }
 
-void AddPages(const std::string& file, LoadedProgram& loaded, const Asked& asked,
+void AddPages(const std::string& file, LoadedProgram& loaded, const AskedPrint& asked,
               std::vector<Picture>& pages) {
   if (!loaded.Load(file)) return;
   PrintRequest request = asked.Print;
@@ -129,7 +129,7 @@ int RunPrint(const Arguments& arguments, Console& console) {
   }
   const Outcome<CommandSetup> setup = SetupOf(arguments, console);
   if (!setup) return UsageError(console, kPrintCommand, setup.Error().Detail);
-  const Outcome<Asked> asked = ReadRequest(arguments, setup.Value());
+  const Outcome<AskedPrint> asked = ReadRequest(arguments, setup.Value());
   if (!asked) return UsageError(console, kPrintCommand, asked.Error().Detail);
   if (console.Tools == nullptr) return LacksToolkit(console, kPrintCommand, "PDF documents");
   LoadedProgram loaded(setup.Value(), console);
@@ -146,7 +146,7 @@ int RunPrint(const Arguments& arguments, Console& console) {
 }  // namespace
 
 const Command kPrintCommand = {{"print", "FILE-OR-FOLDER... -o OUT.pdf [options]",
-                                "Prints displays and listings to a PDF document.", kOptions},
+                                "Prints displays and listings to a PDF document.", kPrintOptions},
                                RunPrint,
                                true};
 

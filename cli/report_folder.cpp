@@ -11,7 +11,7 @@
 namespace vexa::cli {
 namespace {
 
-constexpr ArgumentRow kOptions[] = {
+constexpr ArgumentRow kReportFolderOptions[] = {
     {"--output", "-o", "FOLDER", "folder to write; it is made where it is missing"},
     kRootOption,
     kSoundingOption,
@@ -52,7 +52,7 @@ int RunReport(const Arguments& arguments, Console& console) {
 
 const Command kReportCommand = {
     {"report", "FILE -o FOLDER [options]", "Writes a folder with which the case can be repeated.",
-     kOptions, 1, 1},
+     kReportFolderOptions, 1, 1},
     RunReport};
 
 }  // namespace vexa::cli

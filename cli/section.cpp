@@ -30,15 +30,15 @@ using crosssection::IntervalSettings;
 using crosssection::Section;
 using crosssection::SectionOptions;
 
-constexpr std::string_view kKinds[] = {"distance", "time"};
+constexpr std::string_view kSectionKinds[] = {"distance", "time"};
 constexpr std::string_view kFormats[] = {"json", "csv", "netcdf"};
 constexpr auto kScales = Words(crosssection::SectionScale{});
 constexpr auto kResolutions = Words(crosssection::GridResolution{});
 constexpr std::string_view kFieldPlace = "{field}";
 
-constexpr ArgumentRow kOptions[] = {
+constexpr ArgumentRow kSectionOptions[] = {
     {"--kind", "-k", "KIND", "along a line of stations, or in time at one; distance without it",
-     kKinds},
+     kSectionKinds},
     {"--field", "-f", "CODE,...",
      "what to draw, TMP without it: TMP PT EPT WET DPD RH CLDS MIX PW LWC REFN REFK DEN DVAL WND "
      "XWND UWND VWND CAT HiCAT WAVE LLWS ICE CBI LIGHT TRAIL DUCT; several stand one above the "
@@ -63,12 +63,8 @@ constexpr ArgumentRow kOptions[] = {
     kSetOption,
 };
 
-Fault Wrong(std::string detail) {
-  return {kFaultInvalidValue, "section", std::move(detail)};
-}
-
 // What the words of the command line ask for.
-struct Asked {
+struct AskedSection {
   std::vector<const FieldRow*> Fields{};
   crosssection::SectionKind Kind{};
   SectionChoice Choice{};
@@ -88,8 +84,8 @@ Outcome<std::vector<const FieldRow*>> FieldsOf(const std::string& text) {
     const std::string code(Trim(std::string_view(text).substr(at, comma - at)));
     const FieldRow* field = crosssection::FindField(code);
     if (field == nullptr) {
-      return Wrong("there is no field \"" + code + "\"" + DidYouMean(code, codes) + "; there are " +
-                   Joined(codes));
+      return Wrong("section", "there is no field \"" + code + "\"" + DidYouMean(code, codes) +
+                                  "; there are " + Joined(codes));
     }
     fields.push_back(field);
     at = comma + 1;
@@ -103,7 +99,8 @@ std::optional<Fault> TakeTime(const Arguments& arguments, std::string_view name,
   if (!text) return std::nullopt;
   into = ingest::ParseIsoTime(*text);
   if (into) return std::nullopt;
-  return Wrong(std::string(name) + " takes a time like 2024-03-05T12:00, not \"" + *text + "\"");
+  return Wrong("section",
+               std::string(name) + " takes a time like 2024-03-05T12:00, not \"" + *text + "\"");
 }
 
 template <class E, std::size_t kCount>
@@ -121,20 +118,21 @@ std::string Ending(const std::string& output) {
   return ending;
 }
 
-std::optional<Fault> TakeOutput(const Arguments& arguments, Asked& asked) {
+std::optional<Fault> TakeOutput(const Arguments& arguments, AskedSection& asked) {
   asked.Output = arguments.Value("--output").value_or("");
   asked.Format = arguments.Value("--format").value_or("");
   if (!asked.Format.empty()) return std::nullopt;
-  if (asked.Output.empty()) return Wrong("no output is given with -o, nor a --format");
+  if (asked.Output.empty()) return Wrong("section", "no output is given with -o, nor a --format");
   constexpr std::string_view kEndings[] = {".png", ".jpg", ".jpeg", ".bmp", ".svg", ".pdf"};
   if (std::ranges::find(kEndings, Ending(asked.Output)) == std::end(kEndings)) {
-    return Wrong("\"" + asked.Output + "\" does not end in .png, .jpg, .bmp, .svg or .pdf");
+    return Wrong("section",
+                 "\"" + asked.Output + "\" does not end in .png, .jpg, .bmp, .svg or .pdf");
   }
   return std::nullopt;
 }
 
-Outcome<Asked> AskedBy(const Arguments& arguments, const CommandSetup& setup) {
-  Asked asked;
+Outcome<AskedSection> AskedSectionBy(const Arguments& arguments, const CommandSetup& setup) {
+  AskedSection asked;
   if (const auto fault = TakeOutput(arguments, asked)) return *fault;
   const auto fields = FieldsOf(arguments.Value("--field").value_or("TMP"));
   if (!fields) return fields.Error();
@@ -214,7 +212,7 @@ std::string CsvOf(const Section& section, const SectionOptions& options,
 }
 
 // Several fields one above the other, each with its own title and scale.
-Picture PageOf(const Section& section, const Asked& asked, const Options& options,
+Picture PageOf(const Section& section, const AskedSection& asked, const Options& options,
                std::span<const FieldAnalysis> fields) {
   const Surface whole = ImageSurface(asked.Size.Width, asked.Size.Height);
   const auto draw = [&](const FieldAnalysis& field, const Surface& on) {
@@ -242,7 +240,7 @@ std::optional<Fault> SavePage(const Picture& page, const std::string& output, co
 
 class SectionRun {
  public:
-  SectionRun(const Asked& asked, const CommandSetup& setup, Console& console)
+  SectionRun(const AskedSection& asked, const CommandSetup& setup, Console& console)
       : asked_(asked), setup_(setup), console_(console), inputs_(console, setup.Stations, 0) {}
 
   int Run(const Arguments& arguments) {
@@ -324,7 +322,7 @@ class SectionRun {
     }
   }
 
-  const Asked& asked_;
+  const AskedSection& asked_;
   const CommandSetup& setup_;
   Console& console_;
   Inputs inputs_;
@@ -334,7 +332,7 @@ class SectionRun {
 int RunSection(const Arguments& arguments, Console& console) {
   const Outcome<CommandSetup> setup = SetupOf(arguments, console);
   if (!setup) return UsageError(console, kSectionCommand, setup.Error().Detail);
-  const Outcome<Asked> asked = AskedBy(arguments, setup.Value());
+  const Outcome<AskedSection> asked = AskedSectionBy(arguments, setup.Value());
   if (!asked) return UsageError(console, kSectionCommand, asked.Error().Detail);
   const bool isPicture = asked.Value().Format.empty() && Ending(asked.Value().Output) != ".svg";
   if (isPicture && console.Tools == nullptr) {
@@ -351,7 +349,7 @@ int RunSection(const Arguments& arguments, Console& console) {
 
 const Command kSectionCommand = {
     {"section", "FILE-OR-FOLDER... -o OUT.{png,jpg,bmp,svg,pdf} [options]",
-     "Draws soundings side by side, along a line of stations or in time.", kOptions},
+     "Draws soundings side by side, along a line of stations or in time.", kSectionOptions},
     RunSection,
     true};
 

@@ -12,7 +12,7 @@
 namespace vexa::cli {
 namespace {
 
-constexpr ArgumentRow kOptions[] = {
+constexpr ArgumentRow kSettingsOptions[] = {
     kRootOption,
     kSetOption,
     {"--output", "-o", "FILE", "file to write instead of the standard output"},
@@ -52,6 +52,7 @@ Outcome<SettingsStore> CommandSettings(const Arguments& arguments, Console& cons
 }
 
 const Command kSettingsCommand = {
-    {"settings", "[options]", "Lists every option with its value.", kOptions, 0, 0}, RunSettings};
+    {"settings", "[options]", "Lists every option with its value.", kSettingsOptions, 0, 0},
+    RunSettings};
 
 }  // namespace vexa::cli

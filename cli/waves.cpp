@@ -26,7 +26,7 @@ using mountainwave::WaveResults;
 constexpr std::string_view kUnits[] = {"english", "metric"};
 constexpr std::string_view kDefaultMountain = "default";
 
-constexpr ArgumentRow kOptions[] = {
+constexpr ArgumentRow kWavesOptions[] = {
     {"--mountain", "-m", "H,B,AXIS",
      "crest above the sea, half-width, axis in degrees, 0 for any; or default, the mountain of the "
      "strongest wave"},
@@ -56,12 +56,8 @@ std::optional<std::vector<double>> NumbersOf(const std::string& text, std::size_
   return numbers;
 }
 
-Fault Wrong(std::string detail) {
-  return {kFaultInvalidValue, "waves", std::move(detail)};
-}
-
 /// What the words of the command line ask for.
-struct Asked {
+struct AskedWaves {
   WaveOptions Set{};
   bool TakesDefault = false;
   Site Given{};  // by the command line; else by station
@@ -71,15 +67,15 @@ Outcome<Site> GivenMountains(const Arguments& arguments, const mountainwave::Wav
   const auto first = arguments.Value("--mountain");
   const auto second = arguments.Value("--second");
   if (!first || *first == kDefaultMountain) {
-    if (second) return Wrong("--second needs a --mountain H,B,AXIS");
+    if (second) return Wrong("waves", "--second needs a --mountain H,B,AXIS");
     return Site{};
   }
   const auto numbers = NumbersOf(*first, 3);
-  if (!numbers) return Wrong("--mountain takes three numbers H,B,AXIS or default");
+  if (!numbers) return Wrong("waves", "--mountain takes three numbers H,B,AXIS or default");
   MountainEntry entry{.Height = (*numbers)[0], .HalfWidth = (*numbers)[1], .Axis = (*numbers)[2]};
   if (second) {
     const auto more = NumbersOf(*second, 4);
-    if (!more) return Wrong("--second takes four numbers H,B,AXIS,DISTANCE");
+    if (!more) return Wrong("waves", "--second takes four numbers H,B,AXIS,DISTANCE");
     entry.HasSecond = true;
     entry.Height2 = (*more)[0];
     entry.HalfWidth2 = (*more)[1];
@@ -87,14 +83,14 @@ Outcome<Site> GivenMountains(const Arguments& arguments, const mountainwave::Wav
     entry.Distance = (*more)[3];
   }
   if (const std::string_view name = OutOfRange(entry, units); !name.empty()) {
-    return Wrong(std::string(name) + "  " + std::string(mountainwave::kOutOfRange));
+    return Wrong("waves", std::string(name) + "  " + std::string(mountainwave::kOutOfRange));
   }
   return Site{FromEntry(entry, units)};
 }
 
-Outcome<Asked> AskedBy(const Arguments& arguments, const CommandSetup& setup) {
+Outcome<AskedWaves> AskedWavesBy(const Arguments& arguments, const CommandSetup& setup) {
   const Options& options = setup.Settings.Set;
-  Asked asked;
+  AskedWaves asked;
   const std::string units = arguments.Value("--units").value_or(
       options.GpmUnits == LengthUnits::Feet ? "english" : "metric");
   asked.Set.Units = units == "english" ? mountainwave::kEnglishUnits : mountainwave::kMetricUnits;
@@ -102,7 +98,8 @@ Outcome<Asked> AskedBy(const Arguments& arguments, const CommandSetup& setup) {
     const auto numbers = NumbersOf(*decay, 2);
     const bool isGood = numbers && (*numbers)[0] >= 0 && (*numbers)[0] <= 100 &&
                         (*numbers)[1] >= 0.1 && (*numbers)[1] <= 100;
-    if (!isGood) return Wrong("--decay takes a percentage and the number of a wavelength, 20,1");
+    if (!isGood)
+      return Wrong("waves", "--decay takes a percentage and the number of a wavelength, 20,1");
     asked.Set.DecayOn = true;
     asked.Set.DecayPercent = (*numbers)[0];
     asked.Set.DecayWavelength = (*numbers)[1];
@@ -114,12 +111,12 @@ Outcome<Asked> AskedBy(const Arguments& arguments, const CommandSetup& setup) {
   return asked;
 }
 
-Site SiteFor(const SoundingRecord& sounding, const Asked& asked, StationMountains& known) {
+Site SiteFor(const SoundingRecord& sounding, const AskedWaves& asked, StationMountains& known) {
   if (asked.TakesDefault) return std::nullopt;
   return asked.Given ? asked.Given : known.Of(sounding);
 }
 
-constexpr std::string_view kCsvHeader =
+constexpr std::string_view kWavesHeader =
     "file,station,kind,mountain,wavelength (km),amplitude (m),maximum vertical velocity (m/s),"
     "turbulence,interface pressure (hPa),interface height above station (m)";
 
@@ -165,10 +162,10 @@ int RunWaves(const Arguments& arguments, Console& console) {
   const Outcome<CommandSetup> setup = SetupOf(arguments, console);
   if (!setup) return UsageError(console, kWavesCommand, setup.Error().Detail);
   const Options& options = setup.Value().Settings.Set;
-  const Outcome<Asked> asked = AskedBy(arguments, setup.Value());
+  const Outcome<AskedWaves> asked = AskedWavesBy(arguments, setup.Value());
   if (!asked) return UsageError(console, kWavesCommand, asked.Error().Detail);
   Inputs inputs(console, setup.Value().Stations, setup.Value().Index);
-  Answers answers(arguments, kCsvHeader, console);
+  Answers answers(arguments, kWavesHeader, console);
   StationMountains known(setup.Value().MountainFile, console);
   for (const std::string& file : arguments.Files) {
     std::optional<LoadedSounding> loaded = inputs.Load(file);
@@ -192,7 +189,7 @@ int RunWaves(const Arguments& arguments, Console& console) {
 }  // namespace
 
 const Command kWavesCommand = {{"waves", "FILE-OR-FOLDER... [options]",
-                                "Prints the mountain waves of each sounding.", kOptions},
+                                "Prints the mountain waves of each sounding.", kWavesOptions},
                                RunWaves,
                                true};
 
