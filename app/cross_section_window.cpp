@@ -227,7 +227,7 @@ void CrossSectionWindow::ShowControls() {
   along_->setChecked(view.Of.Kind == SectionKind::Distance);
   update_->setEnabled(view.Of.Kind == SectionKind::Time);
   interpolate_->setChecked(view.Interpolates);
-  setWindowTitle(ToQString(view.Of.Name.empty() ? std::string("Cross-Section")
+  setWindowTitle(ToQString(view.Of.Name.empty() ? std::string("Cross-Section from Sounding")
                                                 : "Cross-Section - " + view.Of.Name));
   recent_->clear();
   for (const std::string& dataset : view.State.Recent) {
@@ -362,6 +362,11 @@ void CrossSectionWindow::Save() {
 
 void CrossSectionWindow::Transfer() {
   if (under_) events_.Changed(commands::TransferToSounding(program_, *under_));
+}
+
+// Stops what is being read; else it closes the window.
+void CrossSectionWindow::Escape() {
+  program_.Gate.IsOpen() ? DisplayWindow::Escape() : program_.Gate.Stop();
 }
 
 void CrossSectionWindow::closeEvent(QCloseEvent* event) {

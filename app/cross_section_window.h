@@ -34,6 +34,7 @@ class CrossSectionWindow final : public DisplayWindow {
  protected:
   void Compose() override { Draw(); }
   void closeEvent(QCloseEvent* event) override;
+  void Escape() override;
 
  private:
   QMenuBar* BuildMenus();

@@ -103,7 +103,7 @@ std::vector<SoundingSet::Member> MembersOf(const std::filesystem::path& file) {
       members.push_back({file, static_cast<int>(members.size()), entry.Title});
     }
   }
-  if (members.empty()) members.push_back({.File = file});
+  if (members.size() < 2) return {{.File = file}};
   return members;
 }
 

@@ -15,7 +15,8 @@ namespace vexa {
 /// What the program's own stations and user give to loading.
 LoadPolicy PolicyOf(const Program& program);
 
-/// Every sounding of a file with its title; the file alone where it lists none or cannot be read.
+/// Every sounding of a file of several with its title; the file alone where it holds one or cannot
+/// be read.
 std::vector<SoundingSet::Member> MembersOf(const std::filesystem::path& file);
 
 /// The soundings just chosen, of which the one in work is one. Titles that are not known yet are

@@ -195,6 +195,8 @@ void ArrangeSection(Program& program) {
 }
 
 bool ReadSectionAgain(Program& program) {
+  // No other command begins meanwhile, and Escape stops this one.
+  const auto pass = program.Gate.Enter();
   SectionView& view = SectionViewOf(program);
   const std::vector<SoundingSet::Member>& members = program.Listed.Members();
   SectionWork work(program.Set, MountainsOf(program));
@@ -412,6 +414,7 @@ void RestoreSection(Program& program) {
 }
 
 int UpdateSection(Program& program) {
+  const auto pass = program.Gate.Enter();
   SectionView& view = SectionViewOf(program);
   DropInterpolated(view.Of);
   if (view.Of.Kind != SectionKind::Time || view.Of.Columns.empty()) return 0;

@@ -87,6 +87,22 @@ TEST_F(SectionCommand, DrawsOnePictureOrOneEach) {
   EXPECT_TRUE(ReadFile(PathFromText(In("RH.svg"))).Ok());
 }
 
+TEST_F(SectionCommand, PlotsTheSectionAndItsMapOfAllFiles) {
+  const std::string west = Sounding("west", -100);
+  const std::string east = Sounding("east", -97);
+  struct Case {
+    const char* Display;
+    const char* Says;
+  };
+  for (const Case& c : {Case{"CrossSection", "Temperature (C)"},
+                        Case{"AreaMapForm", "2 of 2 stations in the section"}}) {
+    const Ran ran = RunWords({"plot", west, east, "--display", c.Display, "-o", In("all.svg")});
+    EXPECT_EQ(ran.Exit, 0) << ran.Err;
+    const std::string page = ReadFile(PathFromText(In("all.svg"))).Value();
+    EXPECT_NE(page.find(c.Says), std::string::npos) << c.Display;
+  }
+}
+
 TEST_F(SectionCommand, SaysInASentenceWhatIsWrong) {
   const std::string west = Sounding("west", -100);
   const std::string again = Sounding("again", -100);
