@@ -11,7 +11,6 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QComboBox>
-#include <QCoreApplication>
 #include <QDialog>
 #include <QHeaderView>
 #include <QKeyEvent>
@@ -21,8 +20,6 @@
 #include <QMimeData>
 #include <QMouseEvent>
 #include <QPlainTextEdit>
-#include <QProcess>
-#include <QProcessEnvironment>
 #include <QTabBar>
 #include <QTableView>
 #include <QTabWidget>
@@ -97,19 +94,20 @@ struct Desk {
     const auto path = [this](const char* name) { return folder.Path() / name; };
     Saved("first.RAW", test::ReferenceWinter());
     Saved("a.RAW", test::ReferenceConvective());
-    window.OpenFiles({path("first.RAW"), path("a.RAW"), path("other.RAW")});
-    window.Run("mnuStepForward");
+    // Drawn once, when all is there: this runs before every command and every window.
+    OpenSoundings(program, {path("first.RAW"), path("a.RAW"), path("other.RAW")});
+    RunCommand(program, "mnuStepForward");
     for (const double warmer : {0.5, 1.0}) {
       SoundingRecord edited = program.Current.Record;
       edited.Temp(3) += warmer;
-      window.Show(AdoptEdit(program, std::move(edited)));
+      AdoptEdit(program, std::move(edited));
     }
-    window.Run("mnuUndo");
+    RunCommand(program, "mnuUndo");
     const Rect& frame = program.Plot->Mapping.Frame();
-    window.Show(ZoomBy(program, {(frame.Left + frame.Right) / 2, frame.Bottom - 900}, 2));
+    ZoomBy(program, {(frame.Left + frame.Right) / 2, frame.Bottom - 900}, 2);
     program.Settings.Window.RecentFiles.fill(user.Other);
     QApplication::clipboard()->setText(QString::fromStdString(WriteRaw(test::ReferenceWinter())));
-    window.Show({.View = true});
+    window.Show({.Sounding = true});
   }
 
   test::TemporaryFolder folder;
@@ -323,8 +321,12 @@ std::set<const QWidget*> ReachedByTab(QWidget& window) {
   window.activateWindow();
   QApplication::processEvents();
   if (window.focusWidget() == nullptr) window.setFocus();
+  const QWidget* first = window.focusWidget();
+  bool hasLeft = false;
   for (int step = 0; step < 300; ++step) {
     QWidget* focus = window.focusWidget();
+    if (hasLeft && focus == first) break;
+    hasLeft = hasLeft || focus != first;
     if (focus == nullptr) focus = &window;
     reached.insert(focus);
     if (focus->parentWidget() != nullptr) reached.insert(focus->parentWidget());
@@ -435,6 +437,7 @@ void ExpectWhole(const QWidget& window) {
 // A screen of 800 x 600 leaves this to what a window's frame encloses.
 constexpr QSize kRoom(800, 570);
 
+// ctest runs this once more at twice the scale, which is fixed when a program starts.
 TEST_P(EveryWindow, IsWholeOnTheSmallestScreen) {
   Open([this](QWidget& window) {
     if (&window != &desk.window) window.resize(window.size().boundedTo(kRoom));
@@ -483,22 +486,6 @@ std::vector<std::string_view> NamesToOpen() {
 
 INSTANTIATE_TEST_SUITE_P(Names, EveryWindow, testing::ValuesIn(NamesToOpen()),
                          [](const auto& tested) { return std::string(tested.param); });
-
-// The scale is fixed when a program starts, so the windows are looked at once more in another run.
-TEST(Walk, EveryWindowIsWholeAtTwiceTheScale) {
-  if (qEnvironmentVariableIsSet("QT_SCALE_FACTOR")) GTEST_SKIP() << "is that run";
-  QProcess again;
-  QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-  environment.insert("QT_SCALE_FACTOR", "2");
-  again.setProcessEnvironment(environment);
-  again.setProcessChannelMode(QProcess::MergedChannels);
-  again.start(QCoreApplication::applicationFilePath(),
-              {"--gtest_filter=*EveryWindow.IsWholeOnTheSmallestScreen/*"});
-  ASSERT_TRUE(again.waitForFinished(300000));
-  const std::string said = again.readAll().toStdString();
-  EXPECT_EQ(again.exitCode(), 0) << said;
-  EXPECT_NE(said.find("[  PASSED  ]"), std::string::npos);
-}
 
 }  // namespace
 }  // namespace vexa

@@ -2,6 +2,7 @@
 // exported values.
 #include <gtest/gtest.h>
 
+#include <deque>
 #include <functional>
 #include <set>
 #include <string>
@@ -20,24 +21,55 @@
 namespace vexa {
 namespace {
 
-// A program with a sounding under some options; false when it cannot be drawn.
-bool Load(Program& program, SilentInteraction& silent, const SoundingRecord& sounding,
-          const Options& set) {
-  program.Doc.AskThrough(&silent);
-  test::Show(program, sounding, "a.RAW");
-  program.Set = set;
-  return Refresh(program, {.Sounding = true});
-}
+// A program with a sounding that is looked at under one set of options after the other.
+class Watched {
+ public:
+  explicit Watched(const SoundingRecord& sounding) {
+    program_.Doc.AskThrough(&silent_);
+    test::Show(program_, sounding, "a.RAW");
+  }
+  const Program& Under(const Options& set) {
+    program_.Set = set;
+    EXPECT_TRUE(Refresh(program_, {.Sounding = true}));
+    return program_;
+  }
 
-// Everything that users see of a sounding under some options.
-std::string Seen(const SoundingRecord& sounding, const Options& set) {
-  SilentInteraction silent;
-  Program program;
-  if (!Load(program, silent, sounding, set)) return "";
-  const Readout readout = ReadDiagram(program, program.Plot->Mapping.ToPoint(10, 700));
-  return ToSvg(program.Plot->Page, 1600, 1200) + readout.Grid + readout.Sounding +
-         program.Plot->Warning + SoundingBanner(program);
-}
+ private:
+  SilentInteraction silent_{};
+  Program program_{};
+};
+
+// A text, or what a picture shows.
+struct Part {
+  Part(std::string text) : Text(std::move(text)) {}
+  Part(const Picture& page) : Items(page.Items()), Paper(page.Paper()) {}
+  bool operator==(const Part&) const = default;
+
+  std::string Text{};
+  std::vector<Item> Items{};
+  Color Paper{};
+};
+
+// A sounding and some options, with everything that users see of them.
+class Scene {
+ public:
+  Scene(const SoundingRecord& sounding, const Options& set)
+      : Set(set), of_(sounding), plain_(Seen(set)) {}
+  bool DiffersUnder(const Options& set) { return Seen(set) != plain_; }
+
+  const Options Set;
+
+ private:
+  std::vector<Part> Seen(const Options& set) {
+    const Program& program = of_.Under(set);
+    const Readout readout = ReadDiagram(program, program.Plot->Mapping.ToPoint(10, 700));
+    return {program.Plot->Page,
+            readout.Grid + readout.Sounding + program.Plot->Warning + SoundingBanner(program)};
+  }
+
+  Watched of_;
+  std::vector<Part> plain_;
+};
 
 std::vector<std::string> ValuesOf(const OptionRow& row) {
   std::vector<std::string> values;
@@ -46,6 +78,18 @@ std::vector<std::string> ValuesOf(const OptionRow& row) {
   if (!values.empty()) return values;
   const double middle = static_cast<double>(static_cast<int>((row.Least + row.Most) / 2));
   return {Shortest(row.Least), Shortest(middle), Shortest(middle + 1), Shortest(row.Most)};
+}
+
+// Some value of an option makes a difference to one of them.
+template <class Scenes>
+bool LivesIn(Scenes& scenes, const OptionRow& row) {
+  for (auto& scene : scenes) {
+    for (const std::string& value : ValuesOf(row)) {
+      Options set = scene.Set;
+      if (row.Read(set, value) && set != scene.Set && scene.DiffersUnder(set)) return true;
+    }
+  }
+  return false;
 }
 
 TEST(Options, NoneOfTheDiagramIsWithoutEffect) {
@@ -79,34 +123,21 @@ TEST(Options, NoneOfTheDiagramIsWithoutEffect) {
   stretched.Diagram = DiagramType::Tephigram;
   stretched.AutoHighEmagram = false;
   stretched.Pressure = PressureUnits::InHg;
-  struct Scene {
-    const SoundingRecord& Sounding;
-    const Options& Set;
-  };
-  const SoundingRecord frontal = test::ReferenceWinter();
-  const Scene scenes[] = {{sounding, Options{}},
-                          {sounding, manual},
-                          {high, stretched},
-                          {sounding, heights},
-                          {frontal, Options{}}};
-  std::vector<std::string> plain;
-  for (const Scene& scene : scenes) plain.push_back(Seen(scene.Sounding, scene.Set));
+  Scene scenes[] = {{sounding, Options{}},
+                    {sounding, manual},
+                    {high, stretched},
+                    {sounding, heights},
+                    {test::ReferenceWinter(), Options{}}};
 
   for (const OptionRow& row : Catalogue()) {
     const bool ofDiagram = row.Place.starts_with("Diagram") || row.Place == "Program/Tab 1";
     if (!ofDiagram || elsewhere.contains(row.Key) || row.Key.find("x-section") != row.Key.npos) {
       continue;
     }
-    bool lives = false;
-    for (std::size_t i = 0; i < std::size(scenes) && !lives; ++i) {
-      for (const std::string& value : ValuesOf(row)) {
-        Options set = scenes[i].Set;
-        if (!row.Read(set, value) || set == scenes[i].Set) continue;
-        lives = lives || Seen(scenes[i].Sounding, set) != plain[i];
-      }
-    }
-    EXPECT_TRUE(lives) << row.Key;
+    EXPECT_TRUE(LivesIn(scenes, row)) << row.Key;
   }
+  // What stayed of one set of options would make others differ.
+  for (Scene& scene : scenes) EXPECT_FALSE(scene.DiffersUnder(scene.Set));
 }
 
 // What a change of each option makes stale, as its form says: the parcels and categories of the
@@ -146,55 +177,51 @@ TEST(Options, OnlyThoseOfAnalysesAreAnalysedAnew) {
 
 // Everything that the analysis, the displays and what leaves the program say under some options,
 // part by part until `take` has enough.
-void Tell(const SoundingRecord& sounding, const Options& set,
-          const std::function<bool(std::string)>& take) {
-  SilentInteraction silent;
-  Program program;
-  if (!Load(program, silent, sounding, set)) return;
-  if (!take(ToSvg(program.Plot->Page, 1600, 1200))) return;
-  const output::ListingSource from{sounding, program.Results, set};
+void Tell(const Program& program, const Options& set, const std::function<bool(Part)>& take) {
+  const output::ListingSource from{program.Current.Record, program.Results, set};
   for (const output::ListingRow& row : output::Listings()) {
     std::string text;
     for (const std::string& line : row.Make(from)) text += line + '\n';
     if (!take(std::move(text))) return;
   }
+  if (!take(program.Plot->Page)) return;
   for (const DisplayRow& display : program.DisplayTable) {
     const bool isShown = LackOf(display, program).empty();
-    std::string text(display.Id);
-    if (isShown)
-      text += ToSvg(DrawDisplay(display, program, ImageSurface(800, 600), set), 800, 600);
-    if (!take(std::move(text))) return;
+    const bool goesOn = isShown ? take(DrawDisplay(display, program, ImageSurface(800, 600), set))
+                                : take(std::string(display.Id));
+    if (!goesOn) return;
   }
 }
 
 // What was told of a sounding, to hold something else against it.
 class Told {
  public:
-  Told(const SoundingRecord& sounding, const Options& set) : sounding_(sounding) {
-    Tell(sounding, set, [this](std::string part) {
+  Told(const SoundingRecord& sounding, const Options& set) : Set(set), of_(sounding) {
+    Tell(of_.Under(set), set, [this](Part part) {
       parts_.push_back(std::move(part));
       return true;
     });
   }
-  bool DiffersUnder(const Options& set) const {
+  bool DiffersUnder(const Options& set) {
     std::size_t at = 0;
     bool isSame = true;
-    Tell(sounding_, set, [&](const std::string& part) {
+    Tell(of_.Under(set), set, [&](const Part& part) {
       isSame = at < parts_.size() && part == parts_[at++];
       return isSame;
     });
     return !isSame || at != parts_.size();
   }
 
+  const Options Set;
+
  private:
-  const SoundingRecord& sounding_;
-  std::vector<std::string> parts_{};
+  Watched of_;
+  std::vector<Part> parts_{};
 };
 
 TEST(Options, NoneOfTheAnalysisIsWithoutEffect) {
   SoundingRecord icy = test::ReferenceWinter();
   icy.StationTitle = "Winter";
-  const SoundingRecord soundings[] = {test::ReferenceConvective(), icy};
   Options traditional;
   traditional.Motion = StormMotion::Traditional;
   traditional.Lpl = LiftSource::MostUnstable;
@@ -203,30 +230,20 @@ TEST(Options, NoneOfTheAnalysisIsWithoutEffect) {
   manual.MultiLift = true;
   manual.MotionMode = Scaling::Manual;
   const std::set<std::string_view> ofLoops = {"Movie time", "Skiploop", "LoopNoReScaling"};
-  const Options bases[] = {Options{}, traditional, manual};
-  std::vector<std::vector<Told>> plain;
-  for (const Options& base : bases) {
-    std::vector<Told>& told = plain.emplace_back();
-    for (const SoundingRecord& sounding : soundings) told.emplace_back(sounding, base);
-  }
-  const auto lives = [&](const OptionRow& row) {
-    for (std::size_t i = 0; i < std::size(bases); ++i) {
-      for (const Told& told : plain[i]) {
-        for (const std::string& value : ValuesOf(row)) {
-          Options set = bases[i];
-          if (row.Read(set, value) && set != bases[i] && told.DiffersUnder(set)) return true;
-        }
-      }
+  std::deque<Told> plain;
+  for (const Options& base : {Options{}, traditional, manual}) {
+    for (const SoundingRecord& sounding : {test::ReferenceConvective(), icy}) {
+      plain.emplace_back(sounding, base);
     }
-    return false;
-  };
+  }
   std::vector<std::string> dead;
   for (const OptionRow& row : Catalogue()) {
     const bool isOfAnalysis = row.Place.starts_with("Program/") && row.Place != "Program/Tab 1";
     if (!isOfAnalysis || ofLoops.contains(row.Key)) continue;
-    if (!lives(row)) dead.emplace_back(row.Key);
+    if (!LivesIn(plain, row)) dead.emplace_back(row.Key);
   }
   EXPECT_EQ(dead, std::vector<std::string>{});
+  for (Told& told : plain) EXPECT_FALSE(told.DiffersUnder(told.Set));
 }
 
 }  // namespace
