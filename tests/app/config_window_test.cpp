@@ -17,6 +17,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTabWidget>
+#include <QTimer>
 #include <QToolButton>
 #include <set>
 #include <string>
@@ -76,11 +77,22 @@ class FormTest : public testing::Test {
     QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
     QApplication::sendEvent(&into, &enter);
   }
-  // Until the preview has been drawn.
+  // Until the preview has been drawn: a form waits a moment for further changes.
   static void Settle() {
     QElapsedTimer time;
     time.start();
-    while (time.elapsed() < 150) QApplication::processEvents(QEventLoop::AllEvents, 20);
+    do {
+      QApplication::processEvents(QEventLoop::AllEvents, 20);
+    } while (IsAnyoneWaiting() && time.elapsed() < 60000);
+  }
+  static bool IsAnyoneWaiting() {
+    constexpr int kMoment = 1000;  // ms
+    for (const QWidget* window : QApplication::topLevelWidgets()) {
+      for (const QTimer* timer : window->findChildren<QTimer*>()) {
+        if (timer->isSingleShot() && timer->isActive() && timer->interval() < kMoment) return true;
+      }
+    }
+    return false;
   }
   std::string Drawn() const { return ToSvg(program.Plot->Page, 1600, 1200); }
   std::string Message() const {
