@@ -17,7 +17,7 @@
 namespace vexa {
 namespace {
 
-enum Column { kLabel, kValue, kName, kColumns };
+enum IndexColumn { kLabel, kValue, kName, kColumns };
 
 // Asks for its explanation only when the pointer rests on it.
 class ValueItem : public QTableWidgetItem {
