@@ -20,7 +20,8 @@ namespace {
 constexpr std::string_view kTitle = "title";
 constexpr std::string_view kMap = "map";
 constexpr double kNote = LetterSize(Type::Note);
-constexpr double kFine = 8;  // units between two points of a line that nobody tells apart
+constexpr double kBesideLine = 30;  // that names keep from lines
+constexpr double kFine = 8;         // units between two points of a line that nobody tells apart
 constexpr double kStatesBelowKm = 7000;  // across the map; wider ones have no state lines
 
 struct MapInks {
@@ -73,8 +74,8 @@ class Drawing : PlotPage {
       Graticule();
       for (const MapLine& line : input_.Lines) Lines(line);
       Stations();
-      GridLabels();
       Scale();
+      GridLabels();
     }
     Line("frame", OutlineOf(on_), inks_.Frame);
     return {std::move(Page), std::move(at_)};
@@ -195,14 +196,15 @@ class Drawing : PlotPage {
     for (const double longer : {2.0, 5.0, 10.0, 20.0, 50.0, 100.0, 200.0, 500.0, 1000.0, 2000.0}) {
       if (longer * at_.PerKm() < on_.Width() / 5) km = longer;
     }
-    const Point right{on_.Right - 200, on_.Bottom - 180};
+    const Point right{on_.Right - 200, on_.Bottom - 260};
     const Point left{right.X - km * at_.PerKm(), right.Y};
     const Rect taken{left.X - 60, left.Y - 1.6 * kNote, right.X + 60, right.Y + 60};
     if (!room_->IsFree(taken)) return;
+    room_->Take(taken);
     const Pen pen{inks_.Ink, 14, LineStyle::Solid};
     Page.Add("scale",
-              Polyline{.Points = {{left.X, left.Y - 50}, left, right, {right.X, right.Y - 50}},
-                       .Stroke = pen});
+             Polyline{.Points = {{left.X, left.Y - 50}, left, right, {right.X, right.Y - 50}},
+                      .Stroke = pen});
     Text("scale", {(left.X + right.X) / 2, left.Y - 0.8 * kNote}, Shortest(km) + " km", kNote,
          AnchorX::Center, inks_.Ink);
   }
@@ -218,10 +220,9 @@ class Drawing : PlotPage {
 
   // What a symbol covers stays free of names.
   void TakeItemsFrom(std::size_t first, LabelRoom& room) const {
-    constexpr double kBeside = 30;
     for (std::size_t i = first; i < Page.Items().size(); ++i) {
       if (const auto* line = std::get_if<Polyline>(&Page.Items()[i].Shape)) {
-        room.AvoidLine(line->Points, kBeside);
+        room.AvoidLine(line->Points, kBesideLine);
       }
     }
   }
@@ -232,7 +233,11 @@ class Drawing : PlotPage {
     for (const MapStation& station : input_.Stations) {
       if (!station.IsAside) line.push_back(station.At);
     }
-    if (input_.JoinsStations) Path("section line", Way(line), inks_.Line);
+    if (input_.JoinsStations) {
+      const std::vector<Place> way = Way(line);
+      Path("section line", way, inks_.Line);
+      for (const auto& piece : Pieces(way)) room.AvoidLine(piece, kBesideLine);
+    }
     Path("laid line", Way(input_.Line), inks_.Laid);
     for (const bool isAside : {true, false}) Marks(isAside, room);
     for (const bool isAside : {false, true}) StationNames(isAside, room);
@@ -245,10 +250,10 @@ class Drawing : PlotPage {
       if (station.IsAside != isAside || !at || !on_.Contains(*at)) continue;
       const Color ink = isAside ? inks_.Faint : inks_.Ink;
       Page.Add(isAside ? "station aside" : "station mark",
-                Circle{.Center = *at,
-                       .Radius = isAside ? 36.0 : 42.0,
-                       .Fill = {isAside ? inks_.Paper : ink},
-                       .Stroke = {ink, 10, LineStyle::Solid}});
+               Circle{.Center = *at,
+                      .Radius = isAside ? 36.0 : 42.0,
+                      .Fill = {isAside ? inks_.Paper : ink},
+                      .Stroke = {ink, 10, LineStyle::Solid}});
       room.Take({at->X - 60, at->Y - 60, at->X + 60, at->Y + 60});
       const std::size_t drawn = Page.Items().size();
       if (input_.Symbol) input_.Symbol(Page, *at, at_.NorthAt(station.At), i);
