@@ -244,7 +244,7 @@ std::string WhyNoSection(const Section& section) {
   if (columns.size() > kMostColumns) {
     return Shortest(static_cast<int>(columns.size())) +
            " soundings are too many for a cross-section; it takes " +
-           Shortest(static_cast<int>(kMostColumns)) + " at most.";
+           Shortest(static_cast<int>(kMostColumns)) + " at most, which a span of time can choose.";
   }
   for (const Column& column : columns) {
     if (section.Kind == SectionKind::Time && !column.Sounding.Time.Known()) {

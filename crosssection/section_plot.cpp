@@ -73,27 +73,48 @@ SectionMapping MappingIn(Rect frame, const SectionInput& input, std::size_t name
   return {frame, columns.front().X - beside, columns.back().X + beside, input.Field.Axis};
 }
 
-// Names in rows under the axis, each where there is room; those without any are left out.
-std::vector<PlacedName> NamesOf(const SectionInput& input, const PageLayout& layout) {
+// Names of every n-th column in rows under the axis, each where there is room. Fewer than there are
+// where one found none.
+struct TriedNames {
+  std::vector<PlacedName> Names{};
+  bool IsAll = true;
+};
+TriedNames TryNames(const SectionInput& input, const PageLayout& layout, std::size_t every) {
   const SectionMapping at = MappingIn(FrameIn(layout, input.Set), input, 0);
   const Rect& page = layout.Page;
   std::array<double, kNameRows> ends;
   ends.fill(-1e9);
-  std::vector<PlacedName> names;
+  TriedNames tried;
+  std::size_t count = 0;
   for (const Column& column : input.Of.Columns) {
-    if (column.IsInterpolated) continue;
+    if (column.IsInterpolated || count++ % every != 0) continue;
     PlacedName name{ShortName(column, input.Of.Kind), at.X(column.X)};
     const double half = TextWidth(name.Text, kNote) / 2;
     name.Middle =
         std::clamp(name.X, page.Left + half, std::max(page.Left + half, page.Right - half));
     auto* const free =
         std::ranges::find_if(ends, [&](double end) { return name.Middle - half >= end + 80; });
-    if (free == ends.end()) continue;
+    if (free == ends.end()) {
+      tried.IsAll = false;
+      continue;
+    }
     *free = name.Middle + half;
     name.Row = static_cast<std::size_t>(free - ends.begin());
-    names.push_back(std::move(name));
+    tried.Names.push_back(std::move(name));
   }
-  return names;
+  return tried;
+}
+
+// Of a section in time the names of every n-th, so that they stand evenly; along a line each that
+// finds room.
+std::vector<PlacedName> NamesOf(const SectionInput& input, const PageLayout& layout) {
+  std::size_t every = 1;
+  TriedNames tried = TryNames(input, layout, every);
+  while (input.Of.Kind == SectionKind::Time && !tried.IsAll && every < input.Of.Columns.size()) {
+    every += (every + 1) / 2;
+    tried = TryNames(input, layout, every);
+  }
+  return std::move(tried.Names);
 }
 
 std::size_t RowsOf(const std::vector<PlacedName>& names) {
