@@ -13,11 +13,6 @@
 namespace vexa {
 namespace {
 
-// The mandatory levels of coded messages, hPa.
-constexpr std::array kMandatory = {1000.0, 925.0, 850.0, 700.0, 500.0, 400.0, 300.0,
-                                   250.0,  200.0, 150.0, 100.0, 70.0,  50.0,  30.0,
-                                   20.0,   10.0,  7.0,   5.0,   3.0,   2.0,   1.0};
-
 // Share of the way from one abscissa to another; 0 where they are the same.
 double Share(double from, double to, double at) {
   return from == to ? 0 : (at - from) / (to - from);
@@ -59,7 +54,7 @@ void KeepVertices(std::vector<char>& keep, Off off) {
 }
 
 void KeepMandatory(const std::vector<double>& press, std::vector<char>& keep) {
-  for (const double mandatory : kMandatory) {
+  for (const double mandatory : kMandatoryPress) {
     const auto at = std::ranges::lower_bound(press, mandatory, std::greater{});
     if (at == press.end()) continue;
     const auto i = static_cast<std::size_t>(std::distance(press.begin(), at));

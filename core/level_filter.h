@@ -3,6 +3,8 @@
 // more than a tolerance.
 #pragma once
 
+#include <array>
+
 #include "core/sounding_record.h"
 
 namespace vexa {
@@ -19,6 +21,11 @@ struct FilterTolerance {
   double LowDewpt = 0.15;  // °C
 };
 inline constexpr double kLowDepth = 300;  // hPa
+
+/// The mandatory levels of coded messages, hPa.
+inline constexpr std::array kMandatoryPress = {1000.0, 925.0, 850.0, 700.0, 500.0, 400.0, 300.0,
+                                               250.0,  200.0, 150.0, 100.0, 70.0,  50.0,  30.0,
+                                               20.0,   10.0,  7.0,   5.0,   3.0,   2.0,   1.0};
 
 /// More levels than any coded message or listing of significant levels has.
 inline constexpr int kHighDensityLevels = 250;

@@ -1,13 +1,13 @@
 #include "crosssection/column.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 #include <functional>
 #include <set>
 #include <utility>
 
 #include "analysis/icing.h"
+#include "core/great_circle.h"
 #include "core/markers.h"
 #include "core/numbers.h"
 #include "core/units.h"
@@ -15,7 +15,6 @@
 namespace vexa::crosssection {
 namespace {
 
-constexpr double kEarthKm = 6371.0;
 constexpr double kWaterStep = 150;  // m between two values of a cloud's water
 
 using analysis::LevelPoint;
@@ -55,14 +54,8 @@ ProfileOf WaterOf(const Column& column, SaturationOver over) {
   return water;
 }
 
-std::chrono::sys_time<std::chrono::minutes> PointInTime(const ObservationTime& time) {
-  using namespace std::chrono;
-  return sys_days{year{time.Year} / time.Month / time.Day} + hours{time.Hour} +
-         minutes{time.Minute};
-}
-
 bool IsEarlier(const Column& a, const Column& b) {
-  return PointInTime(a.Sounding.Time) < PointInTime(b.Sounding.Time);
+  return HoursBetween(a.Sounding.Time, b.Sounding.Time) > 0;
 }
 
 // Along the longest extent of the stations, on a plane about the first of them, which stands in the
@@ -161,21 +154,6 @@ Column ColumnOf(SoundingRecord sounding, std::string source, const AnalysisSetti
   return column;
 }
 
-double DistanceKm(double lat1, double lon1, double lat2, double lon2) {
-  const double cosine =
-      std::sin(Radians(lat1)) * std::sin(Radians(lat2)) +
-      std::cos(Radians(lat1)) * std::cos(Radians(lat2)) * std::cos(Radians(lon2 - lon1));
-  return kEarthKm * std::acos(std::clamp(cosine, -1.0, 1.0));
-}
-
-double InitialBearing(double lat1, double lon1, double lat2, double lon2) {
-  const double across = Radians(lon2 - lon1);
-  const double east = std::sin(across) * std::cos(Radians(lat2));
-  const double north = std::cos(Radians(lat1)) * std::sin(Radians(lat2)) -
-                       std::sin(Radians(lat1)) * std::cos(Radians(lat2)) * std::cos(across);
-  return Wrap360(std::atan2(east, north) * kDegPerRadian);
-}
-
 LinePlace PlaceOnLine(const GlobePlace& from, const GlobePlace& to, const GlobePlace& at) {
   const double length = DistanceKm(from.Lat, from.Lon, to.Lat, to.Lon);
   const double way = DistanceKm(from.Lat, from.Lon, at.Lat, at.Lon);
@@ -188,10 +166,6 @@ LinePlace PlaceOnLine(const GlobePlace& from, const GlobePlace& to, const GlobeP
   if (along <= 0) return {0, way};
   if (along >= length) return {length, DistanceKm(to.Lat, to.Lon, at.Lat, at.Lon)};
   return {along, kEarthKm * std::fabs(beside)};
-}
-
-double HoursBetween(const ObservationTime& from, const ObservationTime& to) {
-  return static_cast<double>((PointInTime(to) - PointInTime(from)).count()) / 60;
 }
 
 double Section::Bearing() const {
@@ -312,16 +286,8 @@ SoundingRecord Interpolated(const Column& left, const Column& right, double shar
   SetDecimalPosition(made, Mixed(from.LatSigned, to.LatSigned, share),
                      std::remainder(from.LonSigned + lonStep * share, 360.0));
   if (from.Time.Known() && to.Time.Known()) {
-    using namespace std::chrono;
-    const auto then =
-        PointInTime(from.Time) + minutes{ToWhole(HoursBetween(from.Time, to.Time) * 60 * share)};
-    const auto day = floor<days>(then);
-    const year_month_day date{day};
-    const hh_mm_ss clock{then - day};
-    made.Time = {
-        static_cast<int>(date.year()), static_cast<int>(static_cast<unsigned>(date.month())),
-        static_cast<int>(static_cast<unsigned>(date.day())),
-        static_cast<int>(clock.hours().count()), static_cast<int>(clock.minutes().count())};
+    made.Time =
+        MinutesLater(from.Time, ToWhole(HoursBetween(from.Time, to.Time) * 60 * share));
   }
   const analysis::LevelProfile& one = left.Levels;
   const analysis::LevelProfile& other = right.Levels;

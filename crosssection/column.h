@@ -10,6 +10,7 @@
 
 #include "analysis/adiabat_table.h"
 #include "analysis/analysis.h"
+#include "core/great_circle.h"
 #include "core/sounding_record.h"
 
 namespace vexa::crosssection {
@@ -55,10 +56,9 @@ struct Column {
 Column ColumnOf(SoundingRecord sounding, std::string source, const AnalysisSettings& set,
                 analysis::AdiabatTable& adiabats);
 
-/// Great circle between two places in degrees, on a sphere of 6371.0 km.
-double DistanceKm(double lat1, double lon1, double lat2, double lon2);
-/// Direction in which it begins, degrees in (0, 360].
-double InitialBearing(double lat1, double lon1, double lat2, double lon2);
+using vexa::DistanceKm;
+using vexa::HoursBetween;
+using vexa::InitialBearing;
 
 /// A place in degrees beside a line between two others: how far along it from its begin, and how
 /// far from it or, beyond its ends, from these; km.
@@ -70,9 +70,6 @@ struct LinePlace {
   double BesideKm = 0;
 };
 LinePlace PlaceOnLine(const GlobePlace& from, const GlobePlace& to, const GlobePlace& at);
-
-/// Hours from one time to another.
-double HoursBetween(const ObservationTime& from, const ObservationTime& to);
 
 /// A section: its columns in their order with their places.
 struct Section {

@@ -36,6 +36,7 @@ const std::map<std::string, std::vector<std::string>> kBuildsOn = {
     {"output", {"diagram", "mountainwave"}},
     {"output/paint", {"picture"}},
     {"sounding", {"ingest", "analysis"}},
+    {"forecast", {"sounding", "fronts", "map", "diagram"}},  // what it is made of, and its maps
     {"program",
      {"sounding", "download", "hodograph", "fronts", "display", "output", "crosssection", "map"}},
     {"report", {"program"}},

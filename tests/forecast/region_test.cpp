@@ -1,0 +1,162 @@
+// Which soundings stand around a station and which lie upwind; what is typed for a forecast.
+#include "forecast/region.h"
+
+#include <gtest/gtest.h>
+
+#include "analysis/analysis_settings.h"
+#include "forecast/forecast_settings.h"
+#include "forecast/listings.h"
+#include "support/soundings.h"
+
+namespace vexa::forecast {
+namespace {
+
+SharedProfile At(double lat, double lon, int hour = 12, int wmo = 0, double dir = 270,
+                 double speed = 20, int levels = 3) {
+  SoundingRecord sounding =
+      test::Profile({{1000, 20, 10}},
+                    {{0, dir, speed}, {500, dir, speed}, {1000, dir, speed}, {3000, dir, speed}});
+  for (int i = 1; i < levels; ++i) sounding.AddTemp(1000 - 100 * i, 20 - 6 * i, 10 - 6 * i);
+  SetDecimalPosition(sounding, lat, lon);
+  sounding.Time = {2023, 5, 22, hour, 0};
+  sounding.WmoNumber = wmo;
+  sounding.StationTitle = "at hour " + std::to_string(hour);
+  return ProfileOf(sounding, "file", AnalysisSettings{});
+}
+
+TEST(Region, WhoStandsAround) {
+  struct Case {
+    const char* about;
+    SharedProfile other;
+    std::size_t near;
+  };
+  // One degree of longitude is 78.6 km on the 45th parallel, one of latitude 111.2 km.
+  const Case cases[] = {
+      {"within the radius", At(45, -2), 1},
+      {"outside of it", At(45, -4), 0},
+      {"itself", At(45, 0), 0},
+      {"its own station, moved a little", At(45.1, 0, 12, 7777), 0},
+      {"three hours later", At(45, -2, 15), 1},
+      {"four hours later", At(45, -2, 16), 0},
+      {"three hours before", At(45, -2, 9), 1},
+      {"a single temperature level", At(45, -2, 12, 0, 270, 20, 1), 0},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.about);
+    EXPECT_EQ(RegionAround(At(45, 0, 12, 7777), {c.other}, 200).Near.size(), c.near);
+  }
+}
+
+TEST(Region, OneOfEachStation) {
+  const auto chosen = [](std::vector<SharedProfile> found) {
+    const Region region = RegionAround(At(45, 0), found, 500);
+    EXPECT_EQ(region.Near.size(), 1u);
+    return region.Near.empty() ? 0 : region.Near[0].Of->Sounding.Time.Hour;
+  };
+  EXPECT_EQ(chosen({At(45, -2, 10), At(45, -2, 12), At(45, -2, 13)}), 12) << "the same hour first";
+  EXPECT_EQ(chosen({At(45, -2, 10), At(45, -2, 13), At(45, -2, 11)}), 13) << "else the newest";
+}
+
+TEST(Region, UpwindIsWithin45DegreesOfTheLowWind) {
+  Region region;
+  region.Main = At(45, 0, 12, 0, 350, 20);
+  for (const double bearing : {304.0, 305.5, 350.0, 34.5, 36.0, 170.0}) {
+    region.Near.push_back({.Of = region.Main, .Bearing = bearing, .RangeKm = 100});
+  }
+  ChooseUpwind(region);
+  std::vector<double> upwind;
+  for (const Neighbour& one : region.Near) {
+    if (one.IsUpwind) upwind.push_back(one.Bearing);
+  }
+  EXPECT_EQ(upwind, (std::vector<double>{305.5, 350, 34.5}));
+
+  region.Main = At(45, 0, 12, 0, 350, 1.9);
+  ChooseUpwind(region);
+  EXPECT_FALSE(region.HasUpwind()) << "too light a wind to have a direction";
+  EXPECT_EQ(RegionListing(region).back(), "No upwind data.");
+
+  const std::size_t boxed[] = {4, 5};
+  ChooseUpwind(region, boxed, 90);
+  EXPECT_TRUE(region.IsManual);
+  EXPECT_TRUE(region.Near[4].IsUpwind && region.Near[5].IsUpwind && !region.Near[2].IsUpwind);
+  EXPECT_NEAR(region.Near[4].AlongKm, 58.78, 0.01);  // 100 km · cos(36 - 90)
+  ChooseUpwind(region);
+  EXPECT_FALSE(region.IsManual || region.HasUpwind());
+}
+
+TEST(Region, ListsStandUnderTheirHeader) {
+  Region region;
+  region.Main = At(45, 0);
+  region.Near = {{.Of = region.Main, .Bearing = 267.4, .RangeKm = 392.8},
+                 {.Of = region.Main, .Bearing = 90, .RangeKm = 1999.6}};
+  ChooseUpwind(region);
+  const std::vector<std::string> lines = RegionListing(region);
+  ASSERT_EQ(lines.size(), 10u);
+  EXPECT_EQ(lines[1].size(), lines[2].size() - 1);
+  EXPECT_EQ(lines[3],
+            "    1  at hour 12                                267       393    212   *  ");
+  EXPECT_EQ(lines[4], "    2  at hour 12                                 90      2000   1080");
+  EXPECT_EQ(lines[9], lines[3].substr(0, lines[2].size())) << "upwind ones keep their number";
+}
+
+TEST(Region, WorkingFiles) {
+  const test::TemporaryFolder folder;
+  Region region = RegionAround(At(45, 0), {At(45, -2), At(45, 2)}, 500);
+  ASSERT_FALSE(SaveWorkFiles(folder.Path() / "new", region));
+  const auto lines = [&](std::string_view name) {
+    const std::string text = ReadFile(folder.Path() / "new" / name).Value();
+    return std::count(text.begin(), text.end(), '\n');
+  };
+  EXPECT_EQ(lines(kFoundInRange), 4);
+  EXPECT_EQ(lines(kFoundFiles), 2);
+  EXPECT_EQ(lines(kCandidates), 1);
+  EXPECT_TRUE(SaveWorkFiles(folder.Path() / "new" / "InRange.txt" / "in a file", region));
+}
+
+TEST(ForecastEntries, RangesAndMessages) {
+  struct Case {
+    std::string_view what, text;
+    double value;  // -1: refused
+    std::string_view title, message;
+  };
+  const std::string_view range = "Data range error";
+  const Case cases[] = {
+      {"depth", "0", 0, "", ""},
+      {"depth", "5000", 5000, "", ""},
+      {"depth", "5001", -1, range, "Range is 0 to 5000 meters, AGL."},
+      {"depth", "-1", -1, range, "Range is 0 to 5000 meters, AGL."},
+      {"depth", "deep", -1, range, "Range is 0 to 5000 meters, AGL."},
+      {"radius", "20", 20, "", ""},
+      {"radius", "2000", 2000, "", ""},
+      {"radius", "19.9", -1, range, "Range is 20 to 2000 km."},
+      {"radius", "2001", -1, range, "Range is 20 to 2000 km."},
+      {"percentage", "1", 1, "", ""},
+      {"percentage", "100", 100, "", ""},
+      {"percentage", "50.5", -1, range, "Only integer values are allowed."},
+      {"percentage", "0", -1, range, "Range is 1% to 100%"},
+      {"percentage", "101", -1, range, "Range is 1% to 100%"},
+      {"surface", "-1.5", -1.5, "", ""},
+      {"surface", "warm", -1, "Bad", "Invalid data"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(std::string(c.what) + " " + std::string(c.text));
+    double value = 77;
+    int whole = 77;
+    std::optional<Box> box;
+    if (c.what == "depth") box = EnterDepth(c.text, value);
+    if (c.what == "radius") box = EnterRadius(c.text, value);
+    if (c.what == "surface") box = EnterSurfaceChange(c.text, value);
+    if (c.what == "percentage") {
+      box = EnterPercentage(c.text, whole);
+      value = whole;
+    }
+    EXPECT_EQ(box.has_value(), c.value == -1);
+    EXPECT_EQ(value, c.value == -1 ? 77 : c.value) << "a refused entry leaves the value";
+    if (!box) continue;
+    EXPECT_EQ(box->Title, c.title);
+    EXPECT_EQ(box->Text, c.message);
+  }
+}
+
+}  // namespace
+}  // namespace vexa::forecast

@@ -1,0 +1,112 @@
+// A forecast stepped ahead: its hours, its end, its files.
+#include "forecast/series.h"
+
+#include <gtest/gtest.h>
+
+#include "core/raw_file.h"
+#include "support/soundings.h"
+
+namespace vexa::forecast {
+namespace {
+
+const AnalysisSettings kSet{};
+
+// Wind 240/30 everywhere; one sounding upwind, so far along the wind.
+ForecastSeries Upwind(double rangeKm) {
+  SoundingRecord sounding =
+      test::Profile({{1000, 20, 10}, {900, 14, 4}, {500, -20, -30}},
+                    {{0, 240, 30}, {500, 240, 30}, {1000, 240, 30}, {3000, 240, 30}}, 10);
+  SetDecimalPosition(sounding, 45, 10);
+  sounding.Time = {2023, 12, 31, 23, 30};
+  Region region;
+  region.Main = ProfileOf(sounding, "/here/TODAY.RAW", kSet);
+  sounding.Temp(2) = 18;
+  region.Near = {{.Of = ProfileOf(sounding, "other", kSet), .Bearing = 240, .RangeKm = rangeKm}};
+  ChooseUpwind(region);
+  return ForecastSeries(std::move(region));
+}
+
+int HoursOf(ForecastSeries& series, const ForecastSettings& set, SeriesEnd& end) {
+  while ((end = series.Advance(set, kSet)) == SeriesEnd::No) {
+  }
+  return static_cast<int>(series.Steps().size());
+}
+
+// 55.56 km an hour: 405.7 + 50 km is 8.2 hours away.
+TEST(Series, Ends) {
+  SeriesEnd end{};
+  ForecastSeries series = Upwind(405.7);
+  EXPECT_EQ(HoursOf(series, {}, end), 8);
+  EXPECT_EQ(end, SeriesEnd::Threshold);
+  EXPECT_EQ(EndBox(end).Text,
+            "=====  No available upwind data.         =====  Forecast data threshold exceeded.");
+  ForecastSeries far = Upwind(1999);
+  EXPECT_EQ(HoursOf(far, {}, end), 24);
+  EXPECT_EQ(EndBox(end).Title, "Max forecast hour reached");
+  EXPECT_EQ(EndBox(end).Text, "Further forecasts will extend beyond available data.");
+
+  ForecastSeries alone = Upwind(405.7);
+  EXPECT_EQ(HoursOf(alone, {.Mode = ForecastMode::Single}, end), 24);
+  EXPECT_EQ(end, SeriesEnd::LastHour);
+
+  ForecastSeries none;
+  Region region = Upwind(100).Around();
+  region.Near[0].Bearing = 60;
+  ChooseUpwind(region);
+  none.SetRegion(region);
+  EXPECT_EQ(none.Advance({}, kSet), SeriesEnd::NoUpwind);
+  const ForecastSettings off{
+      .Mode = ForecastMode::Single, .UsesMain = false, .UsesBoundary = false};
+  EXPECT_EQ(none.Advance(off, kSet), SeriesEnd::LayersOff);
+  EXPECT_EQ(EndBox(SeriesEnd::LayersOff).Title, "Single-Station layer options are turned off");
+  EXPECT_TRUE(none.Steps().empty());
+}
+
+TEST(Series, BeginsAgainAtTheOriginalButTheGroundGoesOn) {
+  ForecastSeries series = Upwind(2000);
+  const ForecastSettings set{
+      .UsesBoundary = false, .SurfaceChange = 0.1, .SurfaceSpread = Spread::None};
+  for (int i = 0; i < 3; ++i) ASSERT_EQ(series.Advance(set, kSet), SeriesEnd::No);
+  const ForecastStep& third = series.Steps()[2];
+  EXPECT_NEAR(third.Sounding.Temp(1), 20.3, 1e-9);
+  // 900 hPa: 14 and 18 °C with the weights of 166.68 and 1833.32 km, 0.991801 and 0.008199.
+  EXPECT_NEAR(third.Sounding.Temp(3), 14 + 4 * 0.008199, 0.006);
+  EXPECT_EQ(third.Sounding.Time, (ObservationTime{2024, 1, 1, 2, 30}));
+  EXPECT_EQ(third.Sounding.StationTitle, "test +3 hrs_Forecast");
+  EXPECT_EQ(third.Sounding.DataFormat, "RAW");
+  EXPECT_EQ(third.Sounding.Press(1), 1000);
+  EXPECT_EQ(third.Sounding.ElevM, 10);
+  series.StepBack();
+  ASSERT_EQ(series.Advance(set, kSet, "front passes"), SeriesEnd::No);
+  EXPECT_NEAR(series.Steps()[2].Sounding.Temp(1), 20.3, 1e-9);
+  EXPECT_EQ(series.Steps()[2].Sounding.StationTitle, "front passes +3 hrs_Forecast");
+}
+
+TEST(Series, Names) {
+  EXPECT_EQ(ForecastFileName("/a/TODAY.RAW", 6), "TODAY_06h_Forecast.RAW");
+  EXPECT_EQ(SeriesFileName("/a/TODAY.RAW"), "TODAY_Forecast.CSV");
+  EXPECT_EQ(ForecastTitle(std::string(60, 'x'), 12).size(), 54u);
+}
+
+TEST(Series, IsReadBackFromItsFiles) {
+  ForecastSeries series = Upwind(405.7);
+  ASSERT_EQ(series.Advance({}, kSet), SeriesEnd::No);
+  SoundingRecord read;
+  std::vector<RefusedWind> refused;
+  ClearData(read);
+  const SoundingRecord& made = series.Steps()[0].Sounding;
+  ASSERT_FALSE(ReadRaw(WriteRaw(made), "made", RawVariant::Plain, read, refused));
+  EXPECT_EQ(read.Temp, made.Temp);
+  EXPECT_EQ(read.WindSpd, made.WindSpd);
+
+  const std::string csv = SeriesCsv(series, kSet);
+  EXPECT_EQ(csv.find("This is a VEXA Forecast Time-Series CSV File.\nVEXA/CSV,test\n"
+                     "LAT, 45.00\nLON, 10.00\nELEV, 10\nVEXA/DATA\nHOUR,"),
+            0u);
+  EXPECT_NE(csv.find("\n0,2023-12-31T23:30Z,0.00,0,1000.00,10,20.00,10.00,240,30.00\n"),
+            std::string::npos);
+  EXPECT_NE(csv.find("\n1,2024-01-01T00:30Z,30.00,240,1000.00,10,"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace vexa::forecast
