@@ -21,7 +21,7 @@ namespace {
 const Command* const kCommands[] = {
     &kPlotCommand,  &kAnalyzeCommand, &kConvertCommand, &kSettingsCommand, &kCheckCommand,
     &kFetchCommand, &kExportCommand,  &kListCommand,    &kReportCommand,   &kPrintCommand,
-    &kWavesCommand, &kFrontsCommand,  &kSectionCommand};
+    &kWavesCommand, &kFrontsCommand,  &kSectionCommand, &kForecastCommand};
 
 constexpr CommandForm kProgram = {
     .Name = "vexa-cli",

@@ -36,6 +36,7 @@ extern const Command kFetchCommand;
 extern const Command kWavesCommand;
 extern const Command kFrontsCommand;
 extern const Command kSectionCommand;
+extern const Command kForecastCommand;
 
 /// The station list of the program root, else the shipped one; read once.
 const StationList& Stations();

@@ -59,11 +59,12 @@ double ShareAt(double height, const ForecastSettings& set);
 SoundingRecord Blend(const Region& region, const StepChoice& choice, const ForecastSettings& set);
 
 /// Temperature advection of the layer around a height, °C per hour, by the thermal wind between the
-/// wind levels there, at least 500 m apart; of the boundary layer while it is on, the mean of it
-/// all. 0 without winds.
+/// wind levels there, where it can be 1500 m apart, else at least 500 m; of the boundary layer
+/// while it is on, the mean of it all. 0 without winds.
 double AdvectionAt(const Profile& profile, double height, const ForecastSettings& set);
 
-/// The sounding after some hours of its own advection; moisture stays, up to saturation.
+/// The sounding after some hours of its own advection, which fades: each hour counts 0.8 of the one
+/// before. Moisture stays, up to saturation.
 SoundingRecord AdvectAlone(const Profile& profile, const ForecastSettings& set, int hour);
 
 /// A change of the temperature at the ground and the depth through which it spreads, m; 0: the

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "core/interaction.h"
@@ -33,12 +34,20 @@ struct ForecastSettings {
   int Percentage = 100;      // of the speed of the layer's wind
   double SurfaceChange = 0;  // °C per hour
   Spread SurfaceSpread = Spread::Medium;
+  std::string SearchFolder{};  // where soundings are looked for; empty: beside the sounding
+  bool AutoSave = false;
+  std::string SaveFolder{};  // of a series; empty: the program's
   bool operator==(const ForecastSettings&) const = default;
 
   /// Depth of a layer in use, m; 0 when it is not.
   double MainInUse() const { return UsesMain ? MainDepth : 0; }
   double BoundaryInUse() const { return UsesBoundary ? BoundaryDepth : 0; }
 };
+
+/// The file that keeps them in the program's folder, its text, and what a text says.
+std::string ForecastSettingsFile();
+std::string Write(const ForecastSettings& settings);
+ForecastSettings ReadForecastSettings(const std::string& text);
 
 inline constexpr double kMostDepth = 5000;                      // m above ground
 inline constexpr double kLeastRadius = 20, kMostRadius = 2000;  // km

@@ -61,6 +61,19 @@ std::vector<std::string> RegionListing(const Region& region) {
   return lines;
 }
 
+std::string StepText(const ForecastStep& step) {
+  const StepChoice& choice = step.Choice;
+  std::string line = PadLeft(Shortest(choice.Hour), 3) + " hrs  ";
+  if (step.IsAlone) return line + "the station's own advection";
+  line += "Advection rate: " + Mask(choice.RateKt, "##0.0") + " kt from " +
+          Mask(choice.WindFrom, "##0") + ", " + Mask(choice.UpwindKm, "###0") + " km upwind:";
+  for (const Contribution& part : choice.Parts) {
+    line += (part.Of ? " #" + Shortest(static_cast<int>(*part.Of) + 1) : " itself") + " " +
+            Mask(100 * part.Weight, "##0") + "%";
+  }
+  return line;
+}
+
 std::optional<Fault> SaveWorkFiles(const std::filesystem::path& folder, const Region& region,
                                    FileOps& ops) {
   std::error_code failed;

@@ -11,6 +11,7 @@
 #include "core/fault.h"
 #include "core/files.h"
 #include "forecast/region.h"
+#include "forecast/series.h"
 
 namespace vexa::forecast {
 
@@ -26,6 +27,9 @@ std::vector<std::string> RegionListing(const Region& region);
 
 /// A row of the lists. Its number is from 1.
 std::string ListRow(const Neighbour& neighbour, std::size_t number);
+
+/// What an hour was made of: rate, direction, way and the weights under the numbers of the list.
+std::string StepText(const ForecastStep& step);
 
 inline constexpr std::string_view kWorkFolder = "ForecastHodoFilesVEXA";
 inline constexpr std::string_view kFoundInRange = "InRangE.txt";  // those within the radius, listed

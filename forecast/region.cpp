@@ -20,13 +20,6 @@ bool HasPosition(const SoundingRecord& sounding) {
   return !sounding.LatHemi.empty() && !sounding.LonHemi.empty();
 }
 
-// Stations are the same where they have one number or stand in one place.
-bool IsSameStation(const SoundingRecord& a, const SoundingRecord& b) {
-  constexpr double kSamePlace = 1;  // km: sources round positions differently
-  if (a.WmoNumber != 0 && a.WmoNumber == b.WmoNumber) return true;
-  return DistanceKm(a.LatSigned, a.LonSigned, b.LatSigned, b.LonSigned) < kSamePlace;
-}
-
 // How well a sounding suits the main one: of the same hour before all others, then the newest.
 bool SuitsBetter(const SoundingRecord& main, const SoundingRecord& one,
                  const SoundingRecord& other) {
@@ -73,6 +66,13 @@ std::optional<analysis::Wind> LayerWind(const Profile& profile, double depth) {
 
 bool Region::HasUpwind() const {
   return std::ranges::any_of(Near, &Neighbour::IsUpwind);
+}
+
+bool IsSameStation(const SoundingRecord& a, const SoundingRecord& b) {
+  constexpr double kSamePlace = 1;  // km: sources round positions differently
+  if (a.WmoNumber != 0 && a.WmoNumber == b.WmoNumber) return true;
+  if (!HasPosition(a) || !HasPosition(b)) return false;
+  return DistanceKm(a.LatSigned, a.LonSigned, b.LatSigned, b.LonSigned) < kSamePlace;
 }
 
 bool BelongsTo(const SoundingRecord& main, const SoundingRecord& other) {

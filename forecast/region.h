@@ -55,6 +55,9 @@ struct Region {
   bool HasUpwind() const;
 };
 
+/// Whether two soundings are of one station: by its number or its place.
+bool IsSameStation(const SoundingRecord& a, const SoundingRecord& b);
+
 /// Whether a sounding may stand beside another: two temperature levels and at most 3 hours apart,
 /// where both say when they were made.
 bool BelongsTo(const SoundingRecord& main, const SoundingRecord& other);

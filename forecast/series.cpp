@@ -1,24 +1,15 @@
 #include "forecast/series.h"
 
 #include <cmath>
-#include <filesystem>
 
-#include "analysis/interpolate.h"
-#include "core/files.h"
 #include "core/great_circle.h"
-#include "core/markers.h"
 #include "core/numbers.h"
 #include "core/raw_file.h"
 #include "fronts/thermal_wind.h"
+#include "ingest/source_header.h"
 
 namespace vexa::forecast {
 namespace {
-
-constexpr std::string_view kSeriesHeading = "This is a VEXA Forecast Time-Series CSV File.";
-constexpr std::string_view kColumns =
-    "HOUR,TIME,RATE (kt),FROM (deg),PRES (hPa),HGT (m MSL),TEMP (C),DEWPT (C),DIR (deg),SPD (kt)";
-constexpr std::string_view kWholeMask = "#####0";
-constexpr std::string_view kValueMask = "##0.00";
 
 // Why the station's own winds say nothing.
 SeriesEnd WhyNotAlone(const Profile& main, const ForecastSettings& set) {
@@ -29,36 +20,6 @@ SeriesEnd WhyNotAlone(const Profile& main, const ForecastSettings& set) {
     if (main.Sounding.HasWind(i)) ++winds;
   }
   return winds < 2 ? SeriesEnd::NoWind : SeriesEnd::No;
-}
-
-std::string Stem(std::string_view source) {
-  const std::string stem = TextFromPath(PathFromText(source).stem());
-  return stem.empty() ? "Sounding" : stem;
-}
-
-std::string TimeText(const ObservationTime& time) {
-  if (!time.Known()) return {};
-  return Mask(time.Year, "0000") + "-" + Mask(time.Month, "00") + "-" + Mask(time.Day, "00") + "T" +
-         Mask(time.Hour, "00") + ":" + Mask(time.Minute, "00") + "Z";
-}
-
-std::string Cell(double value, std::string_view mask) {
-  return "," + (NotAvailable(value) ? std::string() : Mask(value, mask));
-}
-
-void AddRows(const SoundingRecord& sounding, const StepChoice& choice, const AnalysisSettings& set,
-             std::string& text) {
-  const Levels<double> heights = analysis::DeriveHeights(sounding, set.Saturation);
-  const std::string begin = Shortest(choice.Hour) + "," + TimeText(sounding.Time) + "," +
-                            Mask(choice.RateKt, kValueMask) + "," +
-                            Mask(choice.WindFrom, kWholeMask);
-  for (int i = 1; i <= sounding.NumTempLevels(); ++i) {
-    text += begin + Cell(sounding.Press(i), kValueMask) + "," + Mask(heights(i), kWholeMask) +
-            Cell(sounding.Temp(i), kValueMask) + Cell(sounding.Dewpt(i), kValueMask);
-    const analysis::WindSample wind = analysis::WindAtHeight(sounding, heights(i));
-    text += wind.Ok() ? Cell(wind.Value.Dir, kWholeMask) + Cell(wind.Value.Spd, kValueMask) : ",,";
-    text += "\n";
-  }
 }
 
 }  // namespace
@@ -113,8 +74,8 @@ SeriesEnd ForecastSeries::Advance(const ForecastSettings& set, const AnalysisSet
   ChangeSurface(step.Sounding, surface_, analysis);
   SoundingRecord& made = step.Sounding;
   if (made.Time.Known()) made.Time = MinutesLater(made.Time, 60 * hour);
-  made.StationTitle =
-      ForecastTitle(description.empty() ? main.Sounding.StationTitle : description, hour);
+  made.StationTitle = ForecastTitle(description.empty() ? main.Sounding.StationTitle : description,
+                                    made.Time, hour);
   made.DataFormat = kRawTag;
   made.FileTag.clear();
   steps_.push_back(std::move(step));
@@ -127,34 +88,21 @@ void ForecastSeries::StepBack() {
   surface_.pop_back();
 }
 
-std::string ForecastTitle(std::string_view title, int hour) {
-  const std::string end = " +" + Shortest(hour) + " hrs" + std::string(kForecastSuffix);
-  return CutTitle(Trim(title), kMaxTitle - static_cast<int>(end.size())) + end;
-}
-
-std::string ForecastFileName(std::string_view source, int hour) {
-  return Stem(source) + "_" + Mask(hour, "00") + "h" + std::string(kForecastSuffix) + ".RAW";
-}
-
-std::string SeriesFileName(std::string_view source) {
-  return Stem(source) + std::string(kForecastSuffix) + ".CSV";
-}
-
-std::string SeriesCsv(const ForecastSeries& series, const AnalysisSettings& set) {
-  const SoundingRecord& main = series.Around().Main->Sounding;
-  std::string title = main.StationTitle;
-  for (char& c : title) {
-    if (c == ',' || c == '\n') c = ' ';
+std::string ForecastTitle(std::string_view title, const ObservationTime& time, int hour) {
+  const std::string suffix(kForecastSuffix);
+  std::string_view name = Trim(title);
+  if (ingest::TimeInTitle(name).Known()) {
+    constexpr std::size_t kTimeWords = 4;
+    const auto words = ingest::Tokens(name);
+    name = Trim(name.substr(
+        0, static_cast<std::size_t>(words[words.size() - kTimeWords].data() - name.data())));
   }
-  std::string text =
-      std::string(kSeriesHeading) + "\n" + "VEXA/CSV," + title + "\n" + "LAT, " +
-      Mask(main.LatSigned, kValueMask) + "\n" + "LON, " + Mask(main.LonSigned, kValueMask) + "\n" +
-      "ELEV, " + Mask(main.ElevM, kWholeMask) + "\n" + "VEXA/DATA\n" + std::string(kColumns) + "\n";
-  AddRows(main, {}, set, text);
-  for (const ForecastStep& step : series.Steps()) {
-    AddRows(step.Sounding, step.Choice, set, text);
+  if (!time.Known()) {
+    const std::string end = " +" + Shortest(hour) + " hrs" + suffix;
+    return CutTitle(name, kMaxTitle - static_cast<int>(end.size())) + end;
   }
-  return text;
+  const std::string end = ingest::Caption({.Name = suffix}, time);
+  return CutTitle(name, kMaxTitle - static_cast<int>(end.size())) + end;
 }
 
 }  // namespace vexa::forecast

@@ -53,17 +53,8 @@ class ForecastSeries {
   std::vector<SurfaceStep> surface_{};
 };
 
-/// "OUN NORMAN +6 hrs_Forecast", at most as long as a title may be.
-std::string ForecastTitle(std::string_view title, int hour);
-
-/// The file of an hour: that of the main sounding without its ending, "_06h_Forecast.RAW".
-std::string ForecastFileName(std::string_view source, int hour);
-/// The time series beside them: "..._Forecast.CSV".
-std::string SeriesFileName(std::string_view source);
-
-/// The time series as a text: what it is, its station, and a row for each level of each hour. Hour
-/// 0 is the main sounding. A wind stands at the temperature level to which it is interpolated; a
-/// value that is lacking is empty.
-std::string SeriesCsv(const ForecastSeries& series, const AnalysisSettings& set);
+/// "OUN Norman_Forecast  06Z 04 May 1999": the title of an hour, which gives its time back when it
+/// is read from a native file; where no time is known "OUN Norman +6 hrs_Forecast".
+std::string ForecastTitle(std::string_view title, const ObservationTime& time, int hour);
 
 }  // namespace vexa::forecast

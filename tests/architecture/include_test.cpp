@@ -38,7 +38,8 @@ const std::map<std::string, std::vector<std::string>> kBuildsOn = {
     {"sounding", {"ingest", "analysis"}},
     {"forecast", {"sounding", "fronts", "map", "diagram"}},  // what it is made of, and its maps
     {"program",
-     {"sounding", "download", "hodograph", "fronts", "display", "output", "crosssection", "map"}},
+     {"sounding", "download", "hodograph", "fronts", "display", "output", "crosssection", "map",
+      "forecast"}},
     {"report", {"program"}},
     {"engine", {"report"}},
     {"app", {"program", "output/paint", "download/net", "report"}},

@@ -1,5 +1,5 @@
 // A forecast stepped ahead: its hours, its end, its files.
-#include "forecast/series.h"
+#include "forecast/series_files.h"
 
 #include <gtest/gtest.h>
 
@@ -72,20 +72,25 @@ TEST(Series, BeginsAgainAtTheOriginalButTheGroundGoesOn) {
   // 900 hPa: 14 and 18 °C with the weights of 166.68 and 1833.32 km, 0.991801 and 0.008199.
   EXPECT_NEAR(third.Sounding.Temp(3), 14 + 4 * 0.008199, 0.006);
   EXPECT_EQ(third.Sounding.Time, (ObservationTime{2024, 1, 1, 2, 30}));
-  EXPECT_EQ(third.Sounding.StationTitle, "test +3 hrs_Forecast");
+  EXPECT_EQ(third.Sounding.StationTitle, "test_Forecast  0230Z 01 Jan 2024");
   EXPECT_EQ(third.Sounding.DataFormat, "RAW");
   EXPECT_EQ(third.Sounding.Press(1), 1000);
   EXPECT_EQ(third.Sounding.ElevM, 10);
   series.StepBack();
   ASSERT_EQ(series.Advance(set, kSet, "front passes"), SeriesEnd::No);
   EXPECT_NEAR(series.Steps()[2].Sounding.Temp(1), 20.3, 1e-9);
-  EXPECT_EQ(series.Steps()[2].Sounding.StationTitle, "front passes +3 hrs_Forecast");
+  EXPECT_EQ(series.Steps()[2].Sounding.StationTitle, "front passes_Forecast  0230Z 01 Jan 2024");
 }
 
 TEST(Series, Names) {
   EXPECT_EQ(ForecastFileName("/a/TODAY.RAW", 6), "TODAY_06h_Forecast.RAW");
   EXPECT_EQ(SeriesFileName("/a/TODAY.RAW"), "TODAY_Forecast.CSV");
-  EXPECT_EQ(ForecastTitle(std::string(60, 'x'), 12).size(), 54u);
+  const ObservationTime time{1999, 5, 4, 6, 0};
+  EXPECT_EQ(ForecastTitle("72357 - OUN - Norman  00Z 04 May 1999", time, 6),
+            "72357 - OUN - Norman_Forecast  06Z 04 May 1999");
+  EXPECT_EQ(ForecastTitle("no time", {}, 6), "no time +6 hrs_Forecast");
+  EXPECT_EQ(ForecastTitle(std::string(60, 'x'), time, 12).size(), 54u);
+  EXPECT_EQ(ForecastTitle(std::string(60, 'x'), {}, 12).size(), 54u);
 }
 
 TEST(Series, IsReadBackFromItsFiles) {
@@ -106,6 +111,39 @@ TEST(Series, IsReadBackFromItsFiles) {
   EXPECT_NE(csv.find("\n0,2023-12-31T23:30Z,0.00,0,1000.00,10,20.00,10.00,240,30.00\n"),
             std::string::npos);
   EXPECT_NE(csv.find("\n1,2024-01-01T00:30Z,30.00,240,1000.00,10,"), std::string::npos);
+}
+
+// A disk that is full at the n-th write.
+class FullDisk : public FileOps {
+ public:
+  explicit FullDisk(int after) : left_(after) {}
+  std::error_code Write(std::FILE* file, std::string_view bytes) override {
+    if (left_-- <= 0) return std::make_error_code(std::errc::no_space_on_device);
+    return FileOps::Write(file, bytes);
+  }
+
+ private:
+  int left_;
+};
+
+TEST(Series, ComesWholeOrNotAtAll) {
+  const test::TemporaryFolder folder;
+  ForecastSeries series = Upwind(405.7);
+  for (int i = 0; i < 2; ++i) ASSERT_EQ(series.Advance({}, kSet), SeriesEnd::No);
+  const std::vector<SeriesFile> files = FilesOf(series, kSet);
+  ASSERT_EQ(files.size(), 3u);
+  EXPECT_EQ(FilesOf(series, kSet, 1).front().Name, "TODAY_02h_Forecast.RAW");
+  ASSERT_FALSE(SaveFile(folder.Path() / "TODAY_01h_Forecast.RAW", "old"));
+  EXPECT_EQ(FirstExisting(folder.Path(), files), "TODAY_01h_Forecast.RAW");
+  EXPECT_EQ(ExistsBox("x").Title, "File already exists");
+  FullDisk disk(2);
+  const auto fault = SaveTogether(folder.Path(), files, disk);
+  ASSERT_TRUE(fault);
+  EXPECT_EQ(fault->Number, kFaultDiskFull);
+  EXPECT_EQ(ReadFile(folder.Path() / "TODAY_01h_Forecast.RAW").Value(), "old");
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.Path()), {}), 1);
+  ASSERT_FALSE(SaveTogether(folder.Path(), files));
+  EXPECT_EQ(ReadFile(folder.Path() / "TODAY_Forecast.CSV").Value(), files[2].Text);
 }
 
 }  // namespace

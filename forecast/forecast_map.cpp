@@ -1,0 +1,168 @@
+#include "forecast/forecast_map.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "core/great_circle.h"
+#include "core/numbers.h"
+#include "diagram/wind_symbol.h"
+#include "picture/clip.h"
+#include "picture/layout.h"
+
+namespace vexa::forecast {
+namespace {
+
+constexpr double kMark = 130;   // radius of the circles, drawing units
+constexpr double kReach = 240;  // of the pointer
+constexpr double kLegendSize = LetterSize(Type::Note);
+
+map::Place PlaceOf(const SoundingRecord& sounding) {
+  return {sounding.LatSigned, sounding.LonSigned};
+}
+
+std::string ShortNameOf(const Profile& profile) {
+  const std::string_view title = Trim(profile.Sounding.StationTitle);
+  constexpr int kLongest = 18;
+  const std::string name = CutTitle(title.substr(0, title.find("  ")), kLongest);
+  return name.empty() ? "sounding" : name;
+}
+
+struct MapInks {
+  Color Black{}, Red{}, Box{};
+};
+
+MapInks InksFor(bool onBlack) {
+  return onBlack ? MapInks{{235, 235, 235}, {255, 90, 90}, {120, 200, 255}}
+                 : MapInks{{0, 0, 0}, {210, 0, 0}, {0, 90, 200}};
+}
+
+void Ring(Picture& page, std::string_view tag, Point at, double radius, Color ink, double width) {
+  page.Add(tag, Circle{.Center = at, .Radius = radius, .Stroke = {ink, width, LineStyle::Solid}});
+}
+
+// Main, upwind and nearby marks with their words.
+void AddLegend(Picture& page, const Rect& on, const MapInks& inks, bool onBlack) {
+  struct Row {
+    std::string_view Text;
+    Color Ink;
+    double Radius;
+  };
+  const Row rows[] = {{"Main sounding", inks.Black, kMark * 0.55},
+                      {"Upwind soundings: Red Circles", inks.Red, kMark * 0.75},
+                      {"Nearby soundings: Black Circles", inks.Black, kMark * 0.75}};
+  double y = on.Bottom - 180 - 250 * 2;
+  for (const Row& row : rows) {
+    const Point at{on.Left + 220, y};
+    Ring(page, "legend", at, row.Radius, row.Ink, &row == rows ? 40 : 22);
+    page.Add("legend", Label{.At = {at.X + 200, at.Y + kLegendSize / 3},
+                             .Text = std::string(row.Text),
+                             .Size = kLegendSize,
+                             .Ink = row.Ink,
+                             .Halo = onBlack ? Color{0, 0, 0} : Color{255, 255, 255}});
+    y += 250;
+  }
+}
+
+void AddDrawing(Picture& page, const MapDrawing& drawing, const map::MapFrame& at,
+                const Region& region, const MapInks& inks) {
+  const Pen pen{inks.Box, 22, LineStyle::Dash};
+  if (drawing.Box) {
+    const Rect& box = *drawing.Box;
+    page.Add("box", Polyline{.Points = {{box.Left, box.Top},
+                                        {box.Right, box.Top},
+                                        {box.Right, box.Bottom},
+                                        {box.Left, box.Bottom},
+                                        {box.Left, box.Top}},
+                             .Stroke = pen});
+  }
+  const auto main = at.ToPage(PlaceOf(region.Main->Sounding));
+  if (drawing.LineTo && main) {
+    page.Add("upwind line", Polyline{.Points = {*main, *drawing.LineTo},
+                                     .Stroke = {inks.Box, 30, LineStyle::Solid}});
+  }
+}
+
+}  // namespace
+
+std::string MapCaption(const Region& region) {
+  return "Mean 1 km winds for " + Shortest(static_cast<int>(region.Near.size())) +
+         " Soundings within " + Mask(region.RadiusKm, "###0") + " km of " + ShortNameOf(*region.Main);
+}
+
+map::AreaMap PlotForecastMap(const ForecastMapInput& input, const Surface& on,
+                             const map::MapFrame* frame) {
+  const Region& region = input.Of;
+  std::vector<map::MapStation> stations = {{PlaceOf(region.Main->Sounding), ShortNameOf(*region.Main)}};
+  for (const Neighbour& one : region.Near) {
+    stations.push_back({PlaceOf(one.Of->Sounding), ShortNameOf(*one.Of)});
+  }
+  const MapInks inks = InksFor(input.OnBlack);
+  const auto symbol = [&](Picture& page, Point at, double north, std::size_t station) {
+    const bool isMain = station == 0;
+    const Profile& profile = isMain ? *region.Main : *region.Near[station - 1].Of;
+    const bool isUpwind = !isMain && region.Near[station - 1].IsUpwind;
+    const bool isBoxed =
+        !isMain && std::ranges::find(input.Drawing.Boxed, station - 1) != input.Drawing.Boxed.end();
+    const Color ink = isBoxed ? inks.Box : isUpwind ? inks.Red : inks.Black;
+    Ring(page,
+         isMain     ? "main sounding"
+         : isUpwind ? "upwind sounding"
+                    : "nearby sounding",
+         at, isMain ? kMark * 0.8 : kMark, ink, isMain ? 44 : 24);
+    if (!profile.LowWind) return;
+    analysis::Wind wind = *profile.LowWind;
+    wind.Dir += north;
+    diagram::DrawWindSymbol(page, at, wind, diagram::SymbolOptions(input.Set, profile.Sounding),
+                            {ink, 16, LineStyle::Solid});
+  };
+  std::string caption = MapCaption(region);
+  if (!region.HasUpwind()) caption += ".  " + std::string(kNoUpwindText);
+  map::AreaMap made = map::PlotAreaMap({.Title = "Forecast Map",
+                                        .Caption = caption,
+                                        .Stations = stations,
+                                        .Lines = input.Lines,
+                                        .JoinsStations = false,
+                                        .OnBlack = input.OnBlack,
+                                        .Symbol = symbol},
+                                       on, frame);
+  AddLegend(made.Page, made.At.On(), inks, input.OnBlack);
+  AddDrawing(made.Page, input.Drawing, made.At, region, inks);
+  return made;
+}
+
+std::optional<std::size_t> NeighbourAt(const Region& region, const map::MapFrame& at,
+                                       const Point& point) {
+  std::optional<std::size_t> nearest;
+  double least = kReach;
+  for (std::size_t i = 0; i < region.Near.size(); ++i) {
+    const auto place = at.ToPage(PlaceOf(region.Near[i].Of->Sounding));
+    if (!place) continue;
+    const double away = std::hypot(place->X - point.X, place->Y - point.Y);
+    if (away >= least) continue;
+    least = away;
+    nearest = i;
+  }
+  return nearest;
+}
+
+std::vector<std::size_t> NeighboursIn(const Region& region, const map::MapFrame& at,
+                                      const Rect& box) {
+  const Rect ordered{std::min(box.Left, box.Right), std::min(box.Top, box.Bottom),
+                     std::max(box.Left, box.Right), std::max(box.Top, box.Bottom)};
+  std::vector<std::size_t> inside;
+  for (std::size_t i = 0; i < region.Near.size(); ++i) {
+    const auto place = at.ToPage(PlaceOf(region.Near[i].Of->Sounding));
+    if (place && ordered.Contains(*place)) inside.push_back(i);
+  }
+  return inside;
+}
+
+std::optional<double> BearingTo(const Region& region, const map::MapFrame& at, const Point& point) {
+  const auto place = at.ToPlace(point);
+  if (!place) return std::nullopt;
+  const SoundingRecord& main = region.Main->Sounding;
+  if (DistanceKm(main.LatSigned, main.LonSigned, place->Lat, place->Lon) < 1) return std::nullopt;
+  return InitialBearing(main.LatSigned, main.LonSigned, place->Lat, place->Lon);
+}
+
+}  // namespace vexa::forecast
