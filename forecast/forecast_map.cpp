@@ -40,8 +40,9 @@ void Ring(Picture& page, std::string_view tag, Point at, double radius, Color in
   page.Add(tag, Circle{.Center = at, .Radius = radius, .Stroke = {ink, width, LineStyle::Solid}});
 }
 
-// Main, upwind and nearby marks with their words.
-void AddLegend(Picture& page, const Rect& on, const MapInks& inks, bool onBlack) {
+// Main, upwind and nearby marks with their words, and texts under them.
+void AddLegend(Picture& page, const Rect& on, const MapInks& inks, bool onBlack,
+               const std::vector<std::string>& texts) {
   struct Row {
     std::string_view Text;
     Color Ink;
@@ -50,7 +51,8 @@ void AddLegend(Picture& page, const Rect& on, const MapInks& inks, bool onBlack)
   const Row rows[] = {{"Main sounding", inks.Black, kMark * 0.55},
                       {"Upwind soundings: Red Circles", inks.Red, kMark * 0.75},
                       {"Nearby soundings: Black Circles", inks.Black, kMark * 0.75}};
-  double y = on.Bottom - 180 - 250 * 2;
+  const Color paper = onBlack ? Color{0, 0, 0} : Color{255, 255, 255};
+  double y = on.Bottom - 150 - 250 * (2 + static_cast<double>(texts.size()));
   for (const Row& row : rows) {
     const Point at{on.Left + 220, y};
     Ring(page, "legend", at, row.Radius, row.Ink, &row == rows ? 40 : 22);
@@ -58,7 +60,15 @@ void AddLegend(Picture& page, const Rect& on, const MapInks& inks, bool onBlack)
                              .Text = std::string(row.Text),
                              .Size = kLegendSize,
                              .Ink = row.Ink,
-                             .Halo = onBlack ? Color{0, 0, 0} : Color{255, 255, 255}});
+                             .Halo = paper});
+    y += 250;
+  }
+  for (const std::string& text : texts) {
+    page.Add("legend", Label{.At = {on.Left + 120, y + kLegendSize / 3},
+                             .Text = text,
+                             .Size = kLegendSize,
+                             .Ink = inks.Black,
+                             .Halo = paper});
     y += 250;
   }
 }
@@ -84,15 +94,23 @@ void AddDrawing(Picture& page, const MapDrawing& drawing, const map::MapFrame& a
 
 }  // namespace
 
+std::vector<std::string> MapTexts(const Region& region, const MapDrawing& drawing) {
+  if (!drawing.Told.empty()) return {std::string(drawing.Told)};
+  if (region.IsManual) return {std::string(kRestoreText)};
+  return {std::string(kAutomaticText) + std::string(kPointText), std::string(kManualText)};
+}
+
 std::string MapCaption(const Region& region) {
   return "Mean 1 km winds for " + Shortest(static_cast<int>(region.Near.size())) +
-         " Soundings within " + Mask(region.RadiusKm, "###0") + " km of " + ShortNameOf(*region.Main);
+         " Soundings within " + Mask(region.RadiusKm, "###0") + " km of " +
+         ShortNameOf(*region.Main);
 }
 
 map::AreaMap PlotForecastMap(const ForecastMapInput& input, const Surface& on,
                              const map::MapFrame* frame) {
   const Region& region = input.Of;
-  std::vector<map::MapStation> stations = {{PlaceOf(region.Main->Sounding), ShortNameOf(*region.Main)}};
+  std::vector<map::MapStation> stations = {
+      {PlaceOf(region.Main->Sounding), ShortNameOf(*region.Main)}};
   for (const Neighbour& one : region.Near) {
     stations.push_back({PlaceOf(one.Of->Sounding), ShortNameOf(*one.Of)});
   }
@@ -125,7 +143,7 @@ map::AreaMap PlotForecastMap(const ForecastMapInput& input, const Surface& on,
                                         .OnBlack = input.OnBlack,
                                         .Symbol = symbol},
                                        on, frame);
-  AddLegend(made.Page, made.At.On(), inks, input.OnBlack);
+  AddLegend(made.Page, made.At.On(), inks, input.OnBlack, MapTexts(region, input.Drawing));
   AddDrawing(made.Page, input.Drawing, made.At, region, inks);
   return made;
 }

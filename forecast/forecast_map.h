@@ -21,6 +21,7 @@ inline constexpr std::string_view kManualText =
     "  Manually select stations by highlighting wind plots then drag a line to the desired upwind "
     "station.";
 inline constexpr std::string_view kBoxAgainText = "Start again -- must box at least one wind";
+inline constexpr std::string_view kDragLineText = "Drag a line to the desired upwind station.";
 inline constexpr std::string_view kRestoreText =
     "Use the Restore menu option to return automatic upwind selection.";
 inline constexpr std::string_view kNoUpwindText = "No upwind data.";
@@ -30,7 +31,11 @@ struct MapDrawing {
   std::optional<Rect> Box{};
   std::optional<Point> LineTo{};  // from the station
   std::vector<std::size_t> Boxed{};
+  std::string_view Told{};  // in place of what the choice says
 };
+
+/// What the map says of how upwind stations are chosen.
+std::vector<std::string> MapTexts(const Region& region, const MapDrawing& drawing);
 
 struct ForecastMapInput {
   const Region& Of;

@@ -54,7 +54,7 @@ void ReadStation(std::string_view line, SourceHeading& heading) {
   heading.Time = ParseCompactTime(Labelled(line, "TIME")).value_or(ObservationTime{});
 }
 
-std::vector<SoundingBlock> BlocksOf(const SourceText& source) {
+std::vector<SoundingBlock> BufkitBlocks(const SourceText& source) {
   std::vector<SoundingBlock> blocks;
   for (int line = 1; line <= source.LineCount(); ++line) {
     const std::string_view text = source.Line(line);
@@ -103,7 +103,7 @@ void TakeLowestLevelAsGround(SourceSounding& sounding) {
 }
 
 // Numbers follow each other, a level's values wrapped as the names are.
-Outcome<SourceSounding> ReadBlock(const SourceText& source, const SoundingBlock& block) {
+Outcome<SourceSounding> ReadBufkitBlock(const SourceText& source, const SoundingBlock& block) {
   SourceSounding sounding{.Heading = block.Heading};
   const std::vector<std::string_view> names = NamesOf(source);
   const std::vector<QuantityColumn> plan = PlanColumns(names);
@@ -139,12 +139,12 @@ bool IsBufkit(const SourceText& source) {
 }
 
 std::vector<SourceEntry> ListBufkit(const SourceText& source) {
-  return EntriesUnderHeadings(BlocksOf(source));
+  return EntriesUnderHeadings(BufkitBlocks(source));
 }
 
 std::optional<Fault> DecodeBufkit(const SourceText& source, LoadContext& context,
                                   SoundingRecord& into) {
-  return DecodeBlock(source, context, into, BlocksOf, ReadBlock, kBufkitTag);
+  return DecodeBlock(source, context, into, BufkitBlocks, ReadBufkitBlock, kBufkitTag);
 }
 
 }  // namespace vexa::ingest

@@ -98,7 +98,7 @@ void ReadLabel(std::string_view line, ClassBlock& block) {
 }
 
 // FirstRow is the line behind the dashes; a block without them has no rows.
-std::vector<ClassBlock> BlocksOf(const SourceText& source) {
+std::vector<ClassBlock> ClassBlocks(const SourceText& source) {
   std::vector<ClassBlock> blocks;
   bool inHeading = false;
   for (int line = 1; line <= source.LineCount(); ++line) {
@@ -186,13 +186,13 @@ bool IsClassText(const SourceText& source) {
 
 std::vector<SourceEntry> ListClassText(const SourceText& source) {
   std::vector<SoundingBlock> places;
-  for (ClassBlock& block : BlocksOf(source)) places.push_back(std::move(block.Place));
+  for (ClassBlock& block : ClassBlocks(source)) places.push_back(std::move(block.Place));
   return Entries(places);
 }
 
 std::optional<Fault> DecodeClassText(const SourceText& source, LoadContext& context,
                                      SoundingRecord& into) {
-  return DecodeBlock(source, context, into, BlocksOf, ReadBlock, kClassTextTag);
+  return DecodeBlock(source, context, into, ClassBlocks, ReadBlock, kClassTextTag);
 }
 
 }  // namespace vexa::ingest

@@ -71,7 +71,7 @@ void ReadNameLine(std::string_view line, SourceHeading& heading) {
   if (isLetters && words[1] != words.back()) heading.Station.Letters = words[1];
 }
 
-std::vector<SoundingBlock> BlocksOf(const SourceText& source) {
+std::vector<SoundingBlock> FslBlocks(const SourceText& source) {
   std::vector<SoundingBlock> blocks;
   for (int line = 1; line <= source.LineCount(); ++line) {
     const std::string_view text = source.Line(line);
@@ -200,7 +200,7 @@ bool IsFsl(const SourceText& source) {
 }
 
 std::vector<SourceEntry> ListFsl(const SourceText& source) {
-  return EntriesUnderHeadings(BlocksOf(source));
+  return EntriesUnderHeadings(FslBlocks(source));
 }
 
 std::optional<Fault> DecodeFsl(const SourceText& source, LoadContext& context,
@@ -208,7 +208,7 @@ std::optional<Fault> DecodeFsl(const SourceText& source, LoadContext& context,
   const auto read = [](const SourceText& text, const SoundingBlock& block) {
     return Block(text, block).Read();
   };
-  return DecodeBlock(source, context, into, BlocksOf, read, kFslTag);
+  return DecodeBlock(source, context, into, FslBlocks, read, kFslTag);
 }
 
 }  // namespace vexa::ingest

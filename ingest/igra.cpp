@@ -59,7 +59,7 @@ SourceHeading ReadHeader(std::string_view line) {
   return heading;
 }
 
-std::vector<SoundingBlock> BlocksOf(const SourceText& source) {
+std::vector<SoundingBlock> IgraBlocks(const SourceText& source) {
   std::vector<SoundingBlock> blocks;
   for (int line = 1; line <= source.LineCount(); ++line) {
     const std::string_view text = source.Line(line);
@@ -97,7 +97,7 @@ std::optional<std::string> ReadLevel(std::string_view line, Refusals& refused, S
   return ReadRow(fields, plan, refused, into);
 }
 
-Outcome<SourceSounding> ReadBlock(const SourceText& source, const SoundingBlock& block) {
+Outcome<SourceSounding> ReadIgraBlock(const SourceText& source, const SoundingBlock& block) {
   SourceSounding sounding{.Heading = block.Heading};
   const int announced = Whole(source.Line(block.FirstRow - 1), 33, 36, 0);
   const int end = std::min(block.EndRow, block.FirstRow + std::max(0, announced));
@@ -132,18 +132,18 @@ bool IsIgra(const SourceText& source) {
 }
 
 std::vector<SourceEntry> ListIgra(const SourceText& source) {
-  return EntriesUnderHeadings(BlocksOf(source));
+  return EntriesUnderHeadings(IgraBlocks(source));
 }
 
 std::optional<Fault> DecodeIgra(const SourceText& source, LoadContext& context,
                                 SoundingRecord& into) {
   const auto read = [](const SourceText& text,
                        const SoundingBlock& block) -> Outcome<SourceSounding> {
-    if (!IsDerived(text.Line(block.FirstRow - 1))) return ReadBlock(text, block);
+    if (!IsDerived(text.Line(block.FirstRow - 1))) return ReadIgraBlock(text, block);
     return Fault{kFaultNonStandard, "DecodeIgra",
                  text.Name() + ": holds the archive's derived parameters, not its soundings"};
   };
-  return DecodeBlock(source, context, into, BlocksOf, read, kIgraTag);
+  return DecodeBlock(source, context, into, IgraBlocks, read, kIgraTag);
 }
 
 }  // namespace vexa::ingest

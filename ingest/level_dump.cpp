@@ -97,7 +97,7 @@ std::optional<double> Known(std::string_view text) {
 }
 
 /// A sounding's lines on the way to its record.
-struct Block {
+struct DumpBlock {
   int Row = 0;  // first level
   int End = 0;  // line behind the last
   char Separator = ' ';
@@ -105,7 +105,7 @@ struct Block {
 };
 
 void ReadTextHead(const SourceText& source, int first, int end, SourceHeading& heading,
-                  Block& block) {
+                  DumpBlock& block) {
   for (int line = first; line < end; ++line) {
     const std::string_view text = source.Line(line);
     if (text.starts_with(kElevation)) heading.Elevation = Known(text.substr(kElevation.size()));
@@ -132,7 +132,7 @@ std::optional<double> Signed(std::string_view degrees, std::string_view hemisphe
 }
 
 void ReadSheetHead(const SourceText& source, int first, int end, SourceHeading& heading,
-                   Block& block) {
+                   DumpBlock& block) {
   constexpr std::size_t kFields = 5;
   for (int line = first; line < end; ++line) {
     const std::string_view text = source.Line(line);
@@ -189,7 +189,7 @@ std::optional<Fault> DecodeLevelDump(const SourceText& source, LoadContext& cont
   const int end =
       chosen.Value() + 1 < starts.size() ? starts[chosen.Value() + 1] : source.LineCount() + 1;
   SourceSounding sounding;
-  Block block;
+  DumpBlock block;
   if (IsSheet(source)) {
     ReadSheetHead(source, first, end, sounding.Heading, block);
   } else {
