@@ -44,6 +44,56 @@ MapInks InksFor(bool black) {
   return inks;
 }
 
+// What part of the globe a map shows, about, by which most lines are passed over: projecting all of
+// them takes longer than everything else.
+class Shown {
+ public:
+  Shown(const MapFrame& map, const Rect& on) {
+    constexpr int kSteps = 24;
+    std::vector<Place> places;
+    for (int i = 0; i <= kSteps; ++i) {
+      for (int k = 0; k <= kSteps; ++k) {
+        const auto place =
+            map.ToPlace({on.Left + on.Width() * i / kSteps, on.Top + on.Height() * k / kSteps});
+        if (!place) return;  // beyond the globe: all of it may be on the map
+        places.push_back(*place);
+      }
+    }
+    middle_ = places[places.size() / 2].Lon;
+    south_ = 90;
+    north_ = -90;
+    for (const Place& place : places) {
+      south_ = std::min(south_, place.Lat);
+      north_ = std::max(north_, place.Lat);
+      beside_ = std::max(beside_, std::fabs(FromMiddle(place.Lon)));
+    }
+    // Between two samples there may be a little more.
+    const double more = 1 + 2 * (north_ - south_) / kSteps;
+    south_ -= more;
+    north_ += more;
+    beside_ += 1 + 4 * beside_ / kSteps;
+    isLimited_ = true;
+  }
+
+  bool MayHold(const std::vector<Place>& line) const {
+    if (!isLimited_) return true;
+    bool isSouth = true, isNorth = true, isWest = true, isEast = true;
+    for (const Place& place : line) {
+      isSouth = isSouth && place.Lat < south_;
+      isNorth = isNorth && place.Lat > north_;
+      isWest = isWest && FromMiddle(place.Lon) < -beside_;
+      isEast = isEast && FromMiddle(place.Lon) > beside_;
+    }
+    return !isSouth && !isNorth && !isWest && !isEast;
+  }
+
+ private:
+  double FromMiddle(double lon) const { return std::remainder(lon - middle_, 360.0); }
+
+  bool isLimited_ = false;
+  double south_ = 0, north_ = 0, middle_ = 0, beside_ = 0;
+};
+
 class Drawing : PlotPage {
  public:
   Drawing(const AreaMapInput& input, const Surface& on, const MapFrame* frame)
@@ -72,7 +122,10 @@ class Drawing : PlotPage {
     }
     if (at_.IsValid()) {
       Graticule();
-      for (const MapLine& line : input_.Lines) Lines(line);
+      const Shown shown(at_, on_);
+      for (const MapLine& line : input_.Lines) {
+        if (shown.MayHold(line.Points)) Lines(line);
+      }
       Stations();
       Scale();
       GridLabels();

@@ -184,6 +184,18 @@ TEST(AreaMap, ShowsStationsAndTheirLine) {
   EXPECT_GT(count("graticule"), 4);
 }
 
+TEST(AreaMap, ALineBetweenFarPlacesIsNotPassedOver) {
+  // A border along a parallel that has no point on the map, one that ends west of it, and one of
+  // the other half of the globe.
+  const std::vector<MapStation> stations = {{{48, -110}, "A"}, {{50, -108}, "B"}};
+  const std::vector<MapLine> lines = {{LineKind::Border, {{49, -123}, {49, -95}}},
+                                      {LineKind::Border, {{49, -160}, {49, -150}}},
+                                      {LineKind::Border, {{-49, -123}, {-49, -95}}}};
+  const AreaMap map =
+      PlotAreaMap({.Title = "Border", .Stations = stations, .Lines = lines}, {10000, 8000});
+  EXPECT_EQ(std::ranges::count(map.Page.Items(), "border", &Item::Tag), 1);
+}
+
 TEST(AreaMap, ALineOverItsCutLeavesTheMap) {
   // The globe seen from Greenwich is cut at the date line: a coast that crosses it must not lead
   // across the whole map.
