@@ -23,6 +23,7 @@
 #include "app/area_map_form.h"
 #include "app/cross_section_window.h"
 #include "app/drag_view.h"
+#include "app/forecast_windows.h"
 #include "app/front_window.h"
 #include "app/hodograph_window.h"
 #include "app/mountain_wave.h"
@@ -247,6 +248,7 @@ struct OwnWindow {
 
 constexpr OwnWindow kOwnWindows[] = {
     {"AreaMapForm", Make<AreaMapForm>},   {"CrossSection", Make<CrossSectionWindow>},
+    {"ForecastHodo", Make<ForecastHodo>}, {"ForecastMap", Make<ForecastMap>},
     {"Hodograph", Make<HodographWindow>}, {"Hodofront", Make<FrontWindow>},
     {"MountainWave", Make<MountainWave>},
 };

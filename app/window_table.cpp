@@ -8,6 +8,7 @@
 #include "app/data_windows.h"
 #include "app/diagram_control.h"
 #include "app/edit_actions.h"
+#include "app/forecast_windows.h"
 #include "app/front_window.h"
 #include "app/help_window.h"
 #include "app/loop_window.h"
@@ -90,6 +91,7 @@ void EachTable(Visit visit) {
   visit(std::span<const WindowRow>(kWindows));
   visit(EditorWindows());
   visit(DataWindowRows());
+  visit(ForecastWindows());
   visit(FrontWindows());
   visit(OutputWindows());
   visit(WaveWindows());

@@ -10,6 +10,7 @@
 #include "display/weather.h"
 #include "hodograph/hodogram_plot.h"
 #include "hodograph/wind_table.h"
+#include "program/forecast_display.h"
 #include "program/front_displays.h"
 #include "program/hodogram_controls.h"
 #include "program/hodograph_commands.h"
@@ -212,11 +213,30 @@ constexpr DisplayRow kDisplays[] = {
      .Hint = "Thermals of the day",
      .Lacking = "(soaring)",
      .Topic = "soaring"},
-    {.Id = "Forecast",
+    {.Id = "ForecastHodo",
+     .Title = "Forecast Hodograph",
+     .Plot = PlotForecastHodo,
+     .Needs = NeedsSounding,
      .Entry = "mnuForecast",
      .Caption = "F&orecast",
-     .Hint = "Not in this version: the forecast from a sounding upwind",
-     .After = "mnuAnalyze"},
+     .Hint = "The sounding hours ahead, from the air upwind",
+     .Lacking = "(forecast)",
+     .After = "mnuAnalyze",
+     .Also = "forecast",
+     .Heading = "FORECAST",
+     .Topic = "forecast",
+     .Listing = ListForecast},
+    {.Id = "ForecastMap",
+     .Title = "Forecast Map",
+     .Plot = PlotForecastMap,
+     .Needs = NeedsSounding,
+     .Entry = "mnuForecastMap",
+     .Caption = "Forecast Map",
+     .Hint = "The soundings around the station and which lie upwind",
+     .Lacking = "(forecast)",
+     .After = "mnuForecast",
+     .Heading = "FORECAST MAP",
+     .Topic = "forecast"},
 };
 
 }  // namespace
