@@ -121,8 +121,8 @@ class Drawing : PlotPage {
            inks_.Faint);
     }
     if (at_.IsValid()) {
-      Graticule();
       const Shown shown(at_, on_);
+      Graticule(shown);
       for (const MapLine& line : input_.Lines) {
         if (shown.MayHold(line.Points)) Lines(line);
       }
@@ -183,7 +183,7 @@ class Drawing : PlotPage {
 
   // Lines of latitude and longitude that are so far apart that some ten cross the map. Near the
   // pole the meridians keep apart and end before it.
-  void Graticule() {
+  void Graticule(const Shown& shown) {
     double step = 30;
     for (const double finer : {20.0, 10.0, 5.0, 2.0, 1.0, 0.5}) {
       if (KmAcross() / 111 < 8 * step) step = finer;
@@ -198,13 +198,13 @@ class Drawing : PlotPage {
     for (double lat = -90 + step; lat < 90; lat += step) {
       std::vector<Place> line;
       for (double lon = -180; lon <= 180; lon += kAlong) line.push_back({lat, lon});
-      GridLine(line, lat, lat > 0 ? "N" : "S", true);
+      if (shown.MayHold(line)) GridLine(line, lat, lat > 0 ? "N" : "S", true);
     }
     for (double lon = -180; lon < 180; lon += across) {
       std::vector<Place> line;
       const double end = std::fmod(lon + 360, 90) == 0 ? 90 : 90 - std::max(step, kAlong);
       for (double lat = -end; lat <= end; lat += kAlong) line.push_back({lat, lon});
-      GridLine(line, lon, lon > 0 ? "E" : "W", false);
+      if (shown.MayHold(line)) GridLine(line, lon, lon > 0 ? "E" : "W", false);
     }
   }
 
