@@ -68,7 +68,6 @@ void MapWindow::AddButton(const char* name, const char* text, const char* tip,
   button->setToolTip(QString::fromUtf8(tip));
   button->setAccessibleName(QString::fromUtf8(tip));
   button->setAutoDefault(false);
-  if (QString::fromUtf8(text).size() == 1) button->setFixedWidth(button->sizeHint().height());
   connect(button, &QPushButton::clicked, this, std::move(does));
   ControlLine().addWidget(button);
 }
