@@ -41,11 +41,13 @@ constexpr LineRow kLegendLines[] = {
     {"Parcel",
      "of air that is lifted from below: where it is warmer than the air around it, it rises by "
      "itself.",
-     &Palette::Parcel, nullptr, nullptr, [](const DisplaySettings& set) { return set.AutoAnalyses; }},
+     &Palette::Parcel, nullptr, nullptr,
+     [](const DisplaySettings& set) { return set.AutoAnalyses; }},
     {"CAPE", "is the energy that the parcel gains on its way up: the larger, the stronger a storm.",
      nullptr, &Palette::Cape, nullptr, [](const DisplaySettings& set) { return set.AutoAnalyses; }},
     {"CIN", "is the energy that it takes to lift the parcel to where it rises by itself.", nullptr,
-     &Palette::Cin, &Palette::CinHatch, [](const DisplaySettings& set) { return set.AutoAnalyses; }},
+     &Palette::Cin, &Palette::CinHatch,
+     [](const DisplaySettings& set) { return set.AutoAnalyses; }},
     {"Winds",
      "stand beside the diagram at their heights. The shaft points to where the wind comes from; "
      "half a feather is 5 kt, a feather 10 kt, a pennant 50 kt.",
@@ -56,16 +58,20 @@ constexpr LineRow kLegendLines[] = {
     {"Isotherms", "join equal temperature.", &Palette::Isotherm},
     {"0 C", "is where water freezes.", &Palette::ZeroIsotherm},
     {"Dry adiabats", "show how air that is not saturated cools while it rises: by 10 C per km.",
-     &Palette::DryAdiabat, nullptr, nullptr, [](const DisplaySettings& set) { return set.DryAdiabats; }},
+     &Palette::DryAdiabat, nullptr, nullptr,
+     [](const DisplaySettings& set) { return set.DryAdiabats; }},
     {"Saturated adiabats",
      "show how a cloud's air cools while it rises: more slowly, since condensing warms it.",
-     &Palette::SatAdiabat, nullptr, nullptr, [](const DisplaySettings& set) { return set.SatAdiabats; }},
+     &Palette::SatAdiabat, nullptr, nullptr,
+     [](const DisplaySettings& set) { return set.SatAdiabats; }},
     {"Mixing ratio", "says how much vapour saturated air holds, in grams to a kilogram.",
-     &Palette::MixingRatio, nullptr, nullptr, [](const DisplaySettings& set) { return set.MixingLines; }},
+     &Palette::MixingRatio, nullptr, nullptr,
+     [](const DisplaySettings& set) { return set.MixingLines; }},
     {"Freezing level", "is the height at which the air has 0 C.", &Palette::Freezing, nullptr,
      nullptr, [](const DisplaySettings& set) { return set.FreezeLine; }},
     {"Tropopause", "ends the air that has weather: above it the temperature falls no more.",
-     &Palette::Tropopause, nullptr, nullptr, [](const DisplaySettings& set) { return set.TropoLine; }},
+     &Palette::Tropopause, nullptr, nullptr,
+     [](const DisplaySettings& set) { return set.TropoLine; }},
     {"Ground", "is the level of the station.", &Palette::Surface, nullptr, nullptr,
      [](const DisplaySettings& set) { return set.SurfaceLine; }},
     {"Standard atmosphere", "is the temperature that aviation counts with.",
@@ -94,8 +100,13 @@ void DrawSample(Picture& page, const LegendEntry& entry, Point at) {
 
 void DrawEntries(Picture& page, const Rect& region, const std::vector<LegendEntry>& entries,
                  const Palette& inks) {
-  const double left = region.Left + kSample + kSampleGap;
-  const double room = region.Right - left;
+  // In a wide region the entries stand in columns, each read downwards.
+  constexpr double kColumn = Px(264);
+  constexpr double kColumnGap = Px(16);
+  const double columns =
+      std::max(1.0, std::floor((region.Width() + kColumnGap) / (kColumn + kColumnGap)));
+  const double step = (region.Width() + kColumnGap) / columns;
+  const double room = step - kColumnGap - kSample - kSampleGap;
   constexpr double kHeadStep = kLineStep;
   if (region.Height() < kHeadStep + kNameStep || room < Px(60)) return;
   const auto write = [&page](std::string_view tag, Point at, std::string text, double size,
@@ -107,13 +118,20 @@ void DrawEntries(Picture& page, const Rect& region, const std::vector<LegendEntr
                         .Ink = ink,
                         .Bold = bold});
   };
-  double y = region.Top + kHeadStep + kEntryGap;
+  const double top = region.Top + kHeadStep + kEntryGap;
+  double corner = region.Left;
+  double y = top;
   std::size_t drawn = 0;
   for (const LegendEntry& entry : entries) {
     const std::vector<std::string> lines = Wrapped(entry.Sentence, kSentenceText, room);
     const double height = kNameStep + static_cast<double>(lines.size()) * kSentenceStep;
-    if (y + height > region.Bottom) break;
-    DrawSample(page, entry, {region.Left, y + kNameStep / 2});
+    if (y + height > region.Bottom) {
+      corner += step;
+      y = top;
+      if (corner > region.Right - room || y + height > region.Bottom) break;
+    }
+    const double left = corner + kSample + kSampleGap;
+    DrawSample(page, entry, {corner, y + kNameStep / 2});
     write("legend name", {left, y + kNameStep / 2}, Elided(entry.Name, kNameText, room, true),
           kNameText, inks.Ink, true);
     y += kNameStep;

@@ -30,9 +30,13 @@ struct PlacedWind {
 std::vector<PlacedWind> PlaceWinds(const Plot& plot, const SoundingRecord& sounding,
                                    const analysis::AnalysisResults& results) {
   std::vector<PlacedWind> placed;
+  // Above all levels nothing is looked up: that would take longest.
+  const bool isLookedUp = results.Levels.Count() >= 2;
+  const double highest = isLookedUp ? std::ranges::max(results.Levels.Height.Values()) : 0;
   for (int i = 1; i <= sounding.NumWindLevels(); ++i) {
     if (!sounding.HasWind(i)) continue;
     const double height = sounding.WindHgt(i);
+    if (isLookedUp && height > highest) continue;
     const double press = analysis::GetPRESS(results.Levels, height);
     if (!HasHeight(press) || !plot.InRange(press)) continue;
     const std::optional<double> y = RightEdgeY(plot.At, press);
@@ -203,13 +207,18 @@ void DrawWindColumn(Plot& plot) {
     DrawText(plot.Page, "wind ratio", {column.Right, plot.Where.CaptionY}, RatioCaption(ratio),
              plot.Inks.Faint, kSmallText, AnchorX::Right);
   }
-  // The limit of the winds: nothing is known above it.
-  const double top = std::ranges::min_element(winds, {}, &PlacedWind::Y)->Y;
-  DrawSegment(plot.Page, "wind limit", {barbs.Right - 130, top}, {barbs.Right, top},
+  // The limit of the winds: nothing is known above it. It is told beside the topmost symbol.
+  const PlacedWind& last = *std::ranges::min_element(winds, {}, &PlacedWind::Y);
+  const double top = last.Y;
+  const Rect extent = SymbolExtent(last.Value, set);
+  const bool isRight = extent.Right <= -extent.Left;
+  const double edge = isRight ? barbs.Right : barbs.Left;
+  const double inward = isRight ? -1 : 1;
+  DrawSegment(plot.Page, "wind limit", {edge + inward * 130, top}, {edge, top},
               plot.Inks.HeightAxis);
   const double textY = top - column.Top > 120 ? top - 84 : top + 84;
-  DrawText(plot.Page, "wind limit", {barbs.Right - 20, textY}, "Limit", plot.Inks.Faint, kSmallText,
-           AnchorX::Right);
+  DrawText(plot.Page, "wind limit", {edge + inward * 20, textY}, "Limit", plot.Inks.Faint,
+           kSmallText, isRight ? AnchorX::Right : AnchorX::Left);
 }
 
 }  // namespace vexa::diagram
