@@ -52,14 +52,44 @@ SoundingRecord WindsAlone() {
   return sounding;
 }
 
+// Three thousand levels with a wind at each and inversions all the way up.
+SoundingRecord HighDensity() {
+  SoundingRecord sounding;
+  SetElevation(sounding, 5);
+  for (int i = 0; i < 3000; ++i) {
+    sounding.AddTemp(1000 - 0.32 * i, 25 - 0.025 * i + (i % 40 < 8 ? 1.5 : 0), 15 - 0.03 * i);
+    sounding.AddWind(10.0 * i, 180 + (i / 20) % 180, i % 90);
+  }
+  return sounding;
+}
+
 // The soundings in turn, so that each of them meets each layout on several pages.
 std::vector<SoundingRecord> Soundings() {
   return {
-      test::ReferenceConvective(),
-      test::ReferenceWinter(),
-      WithoutMoisture(),
-      WindsAlone(),
+      test::ReferenceConvective(), test::ReferenceWinter(), WithoutMoisture(), WindsAlone(),
       test::Profile({{1000, 20, 15}, {850, 8, 2}, {700, 0, -8}, {500, -15, -30}, {300, -45, -60}}),
+      HighDensity(),
+      // Oymyakon and the South Pole as they were observed in winter: cold air under an inversion.
+      test::Profile({{928, -42.7, -45.0},
+                     {850, -29.3, -33.2},
+                     {700, -28.9, -32.7},
+                     {500, -42.7, -46.2},
+                     {321, -54.1, -57.8},
+                     {20, -51.9, -55.8}},
+                    {{740, 240, 2}, {1343, 10, 8}, {2747, 65, 8}, {5080, 40, 16}, {8440, 65, 16}},
+                    740),
+      test::Profile({{668, -64.5, -70.5}, {500, -43.1, -45.8}, {300, -61.7, -68.7}},
+                    {{2835, 95, 12}, {4810, 95, 24}, {8130, 150, 6}}, 2835),
+      // A marine inversion under dry air.
+      test::Profile({{997, 22.8, 14.8},
+                     {950, 18, 15},
+                     {930, 30, 2},
+                     {850, 24.4, -24.6},
+                     {700, 14.8, -4.2},
+                     {500, -5.5, -16.5},
+                     {300, -31.1, -45.1},
+                     {114, -73.3, -81.3}},
+                    {{134, 255, 10}, {1513, 215, 4}, {5930, 195, 15}, {9750, 205, 24}}, 134),
       test::Profile({})};
 }
 
@@ -111,6 +141,43 @@ void ExpectApart(const Picture& page) {
   }
 }
 
+// Where a straight line runs through a rectangle.
+bool Crosses(Point from, Point to, const Rect& place) {
+  double enters = 0;
+  double leaves = 1;
+  const auto cut = [&](double start, double way, double low, double high) {
+    if (way == 0) return start > low && start < high;
+    const auto [near, far] = std::minmax((low - start) / way, (high - start) / way);
+    enters = std::max(enters, near);
+    leaves = std::min(leaves, far);
+    return enters < leaves;
+  };
+  return cut(from.X, to.X - from.X, place.Left, place.Right) &&
+         cut(from.Y, to.Y - from.Y, place.Top, place.Bottom);
+}
+
+// Leaders, ticks and the lines of levels stop before the texts of others. The names of the traces
+// have a halo and may stand on such a line; in the hodograph a name may have two leaders about it.
+void ExpectNoLeaderThroughAText(const Picture& page) {
+  constexpr std::string_view kLeaders[] = {"leader", "parcel level", "freezing level",
+                                           "tropopause"};
+  for (const Item& item : page.Items()) {
+    const auto* line = std::get_if<Polyline>(&item.Shape);
+    if (line == nullptr || std::ranges::find(kLeaders, item.Tag) == std::end(kLeaders)) continue;
+    for (const Item& other : page.Items()) {
+      if (!std::holds_alternative<Label>(other.Shape) || other.Tag == "trace name" ||
+          other.Tag == "storm vector") {
+        continue;
+      }
+      const Rect place = test::PlaceOf(std::get<Label>(other.Shape));
+      for (std::size_t i = 1; i < line->Points.size(); ++i) {
+        EXPECT_FALSE(Crosses(line->Points[i - 1], line->Points[i], place))
+            << item.Tag << " through " << Named(other);
+      }
+    }
+  }
+}
+
 // What touches a box of the side block lies in it; everything lies on the page.
 void ExpectInsideItsRegion(const Picture& page, const LayoutRow& layout, const PageLayout& cut) {
   constexpr double kLineWidth = 2 * kUnitsPerPixel;
@@ -158,6 +225,8 @@ TEST(PageProperties, HoldForEveryLayoutAndSounding) {
         const auto plot = PlotShown(program, program.Set, kPages[i].On);
         ASSERT_TRUE(plot);
         ExpectApart(plot->Page);
+        // Without a gutter the marks stand among the texts of the frame.
+        if (plot->Layout.Find("marks") != nullptr) ExpectNoLeaderThroughAText(plot->Page);
         ExpectInsideItsRegion(plot->Page, layout, plot->Layout);
         ExpectEveryRegion(layout, plot->Layout);
       }
