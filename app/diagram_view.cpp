@@ -81,7 +81,11 @@ void DiagramView::paintEvent(QPaintEvent*) {
     return;
   }
   const Color paper = picture_->Paper();
-  painter.fillRect(rect(), QColor(paper.Red, paper.Green, paper.Blue));
+  const PageFit page = FitPage(picture_->Width(), picture_->Height(),
+                               {0, 0, static_cast<double>(width()), static_cast<double>(height())});
+  if (page.Left > 0 || page.Top > 0) {  // while a page for the size of before is still shown
+    painter.fillRect(rect(), QColor(paper.Red, paper.Green, paper.Blue));
+  }
   paint::Paint(*picture_, painter, rect(), ground_.get());
   if (over_ != nullptr) paint::Paint(*over_, painter, rect());
   if (cursor_) {
