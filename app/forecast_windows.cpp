@@ -332,6 +332,7 @@ ForecastMap::ForecastMap(Program& program, const DisplayRow& row, Events events,
 void ForecastMap::Follow() {
   FollowForecast(program_);
   MapWindow::Follow();
+  Tell(std::string(Trim(forecast::kManualText)));
 }
 
 map::AreaMap ForecastMap::Map(const Surface& on, const map::MapFrame* frame) {

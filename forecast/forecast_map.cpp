@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 #include "core/great_circle.h"
 #include "core/numbers.h"
 #include "diagram/wind_symbol.h"
 #include "picture/clip.h"
 #include "picture/layout.h"
+#include "picture/text_width.h"
 
 namespace vexa::forecast {
 namespace {
@@ -20,11 +22,24 @@ map::Place PlaceOf(const SoundingRecord& sounding) {
   return {sounding.LatSigned, sounding.LonSigned};
 }
 
-std::string ShortNameOf(const Profile& profile) {
+// The title without its time.
+std::string PlaceNameOf(const Profile& profile) {
   const std::string_view title = Trim(profile.Sounding.StationTitle);
-  constexpr int kLongest = 18;
-  const std::string name = CutTitle(title.substr(0, title.find("  ")), kLongest);
+  const std::string name(title.substr(0, title.find("  ")));
   return name.empty() ? "sounding" : name;
+}
+
+// Of "72357 - KOUN - Norman, OK" the letters.
+std::string ShortNameOf(const Profile& profile) {
+  constexpr std::string_view kBetween = " - ";
+  constexpr int kLongest = 14;
+  std::string_view name = Trim(profile.Sounding.StationTitle);
+  const std::size_t first = name.find(kBetween);
+  if (first != std::string_view::npos && ParseWhole(name.substr(0, first))) {
+    name.remove_prefix(first + kBetween.size());
+  }
+  name = name.substr(0, std::min(name.find(kBetween), name.find("  ")));
+  return name.empty() ? "sounding" : CutTitle(name, kLongest);
 }
 
 struct MapInks {
@@ -40,36 +55,26 @@ void Ring(Picture& page, std::string_view tag, Point at, double radius, Color in
   page.Add(tag, Circle{.Center = at, .Radius = radius, .Stroke = {ink, width, LineStyle::Solid}});
 }
 
-// Main, upwind and nearby marks with their words, and texts under them.
-void AddLegend(Picture& page, const Rect& on, const MapInks& inks, bool onBlack,
-               const std::vector<std::string>& texts) {
+// Main, upwind and nearby marks with their words, beside the title.
+void AddLegend(Picture& page, const MapInks& inks) {
   struct Row {
     std::string_view Text;
     Color Ink;
-    double Radius;
+    double Width;
   };
-  const Row rows[] = {{"Main sounding", inks.Black, kMark * 0.55},
-                      {"Upwind soundings: Red Circles", inks.Red, kMark * 0.75},
-                      {"Nearby soundings: Black Circles", inks.Black, kMark * 0.75}};
-  const Color paper = onBlack ? Color{0, 0, 0} : Color{255, 255, 255};
-  double y = on.Bottom - 150 - 250 * (2 + static_cast<double>(texts.size()));
-  for (const Row& row : rows) {
-    const Point at{on.Left + 220, y};
-    Ring(page, "legend", at, row.Radius, row.Ink, &row == rows ? 40 : 22);
-    page.Add("legend", Label{.At = {at.X + 200, at.Y + kLegendSize / 3},
-                             .Text = std::string(row.Text),
-                             .Size = kLegendSize,
-                             .Ink = row.Ink,
-                             .Halo = paper});
-    y += 250;
-  }
-  for (const std::string& text : texts) {
-    page.Add("legend", Label{.At = {on.Left + 120, y + kLegendSize / 3},
-                             .Text = text,
-                             .Size = kLegendSize,
-                             .Ink = inks.Black,
-                             .Halo = paper});
-    y += 250;
+  const Row rows[] = {{"Main sounding", inks.Black, 44},
+                      {"Upwind soundings: Red Circles", inks.Red, 24},
+                      {"Nearby soundings: Black Circles", inks.Black, 24}};
+  double x = page.Width() - 120;
+  for (auto row = std::rbegin(rows); row != std::rend(rows); ++row) {
+    x -= TextWidth(row->Text, kLegendSize);
+    page.Add(
+        "legend",
+        Label{
+            .At = {x, 160}, .Text = std::string(row->Text), .Size = kLegendSize, .Ink = row->Ink});
+    x -= 140;
+    Ring(page, "legend", {x, 160 - kLegendSize / 3}, kMark * 0.6, row->Ink, row->Width);
+    x -= 260;
   }
 }
 
@@ -94,16 +99,17 @@ void AddDrawing(Picture& page, const MapDrawing& drawing, const map::MapFrame& a
 
 }  // namespace
 
-std::vector<std::string> MapTexts(const Region& region, const MapDrawing& drawing) {
-  if (!drawing.Told.empty()) return {std::string(drawing.Told)};
-  if (region.IsManual) return {std::string(kRestoreText)};
-  return {std::string(kAutomaticText) + std::string(kPointText), std::string(kManualText)};
+std::string MapText(const Region& region, const MapDrawing& drawing) {
+  if (!drawing.Told.empty()) return std::string(drawing.Told);
+  if (region.IsManual) return std::string(kRestoreText);
+  if (!region.HasUpwind()) return std::string(kNoUpwindText);
+  return std::string(kAutomaticText) + std::string(kPointText);
 }
 
 std::string MapCaption(const Region& region) {
   return "Mean 1 km winds for " + Shortest(static_cast<int>(region.Near.size())) +
          " Soundings within " + Mask(region.RadiusKm, "###0") + " km of " +
-         ShortNameOf(*region.Main);
+         PlaceNameOf(*region.Main);
 }
 
 map::AreaMap PlotForecastMap(const ForecastMapInput& input, const Surface& on,
@@ -133,17 +139,16 @@ map::AreaMap PlotForecastMap(const ForecastMapInput& input, const Surface& on,
     diagram::DrawWindSymbol(page, at, wind, diagram::SymbolOptions(input.Set, profile.Sounding),
                             {ink, 16, LineStyle::Solid});
   };
-  std::string caption = MapCaption(region);
-  if (!region.HasUpwind()) caption += ".  " + std::string(kNoUpwindText);
-  map::AreaMap made = map::PlotAreaMap({.Title = "Forecast Map",
-                                        .Caption = caption,
-                                        .Stations = stations,
-                                        .Lines = input.Lines,
-                                        .JoinsStations = false,
-                                        .OnBlack = input.OnBlack,
-                                        .Symbol = symbol},
-                                       on, frame);
-  AddLegend(made.Page, made.At.On(), inks, input.OnBlack, MapTexts(region, input.Drawing));
+  map::AreaMap made = map::PlotAreaMap(
+      {.Title = "Forecast Map",
+       .Caption = MapCaption(region) + ".  " + std::string(Trim(MapText(region, input.Drawing))),
+       .Stations = stations,
+       .Lines = input.Lines,
+       .JoinsStations = false,
+       .OnBlack = input.OnBlack,
+       .Symbol = symbol},
+      on, frame);
+  AddLegend(made.Page, inks);
   AddDrawing(made.Page, input.Drawing, made.At, region, inks);
   return made;
 }

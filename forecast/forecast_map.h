@@ -35,7 +35,7 @@ struct MapDrawing {
 };
 
 /// What the map says of how upwind stations are chosen.
-std::vector<std::string> MapTexts(const Region& region, const MapDrawing& drawing);
+std::string MapText(const Region& region, const MapDrawing& drawing);
 
 struct ForecastMapInput {
   const Region& Of;

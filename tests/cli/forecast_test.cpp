@@ -64,6 +64,7 @@ TEST_F(ForecastCommand, WritesTheSeries) {
 TEST_F(ForecastCommand, KeepsWhatItSearchedInAProgramFolder) {
   const std::string here = Sounding("here", 10, 0, 12);
   Sounding("west", 7, 4, 12);
+  std::filesystem::create_directory(PathFromText(In("root")));
   const Ran ran =
       RunWords({"forecast", here, "--among", In(""), "--root", In("root"), "--hours", "1"});
   ASSERT_EQ(ran.Exit, 0) << ran.Err;
