@@ -234,7 +234,7 @@ constexpr DisplayRow kDisplays[] = {
      .Caption = "Forecast Map",
      .Hint = "The soundings around the station and which lie upwind",
      .Lacking = "(forecast)",
-     .After = "mnuForecast",
+     .After = "mnuAnalyze",
      .Heading = "FORECAST MAP",
      .Topic = "forecast"},
 };
