@@ -322,9 +322,8 @@ ForecastMap::ForecastMap(Program& program, const DisplayRow& row, Events events,
   });
   restore->setObjectName(QStringLiteral("mnuRestoreUpwind"));
   layout()->setMenuBar(bar);
-  view_->setToolTip(
-      QStringLiteral("Drag a box around winds, then a line to where the air comes from.\n"
-                     "Shift and a drag move the map, the wheel enlarges it."));
+  view_->setToolTip(ToQString(std::string(Trim(forecast::kManualText)) +
+                              "\nShift and a drag move the map, the wheel enlarges it."));
   resize(kUsualMap.boundedTo(screen()->availableSize() - kAround));
   Follow();
 }
@@ -332,7 +331,6 @@ ForecastMap::ForecastMap(Program& program, const DisplayRow& row, Events events,
 void ForecastMap::Follow() {
   FollowForecast(program_);
   MapWindow::Follow();
-  Tell(std::string(Trim(forecast::kManualText)));
 }
 
 map::AreaMap ForecastMap::Map(const Surface& on, const map::MapFrame* frame) {
