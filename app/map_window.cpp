@@ -4,6 +4,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QToolButton>
 #include <utility>
 
 #include "app/drag_view.h"
@@ -63,12 +64,22 @@ MapWindow::MapWindow(Program& program, const DisplayRow& row, Events events, QWi
 
 void MapWindow::AddButton(const char* name, const char* text, const char* tip,
                           std::function<void()> does) {
-  auto* button = new QPushButton(QString::fromUtf8(text), this);
+  // That of a sign alone is no wider than it: the line is full on a small screen.
+  const QString caption = QString::fromUtf8(text);
+  QAbstractButton* button = nullptr;
+  if (caption.size() == 1) {
+    button = new QToolButton(this);
+    button->setText(caption);
+    button->setFocusPolicy(Qt::StrongFocus);
+  } else {
+    auto* wide = new QPushButton(caption, this);
+    wide->setAutoDefault(false);
+    button = wide;
+  }
   button->setObjectName(QString::fromLatin1(name));
   button->setToolTip(QString::fromUtf8(tip));
   button->setAccessibleName(QString::fromUtf8(tip));
-  button->setAutoDefault(false);
-  connect(button, &QPushButton::clicked, this, std::move(does));
+  connect(button, &QAbstractButton::clicked, this, std::move(does));
   ControlLine().addWidget(button);
 }
 
