@@ -1,6 +1,5 @@
 #include "app/area_map_form.h"
 
-#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QPushButton>
 #include <QSpinBox>
@@ -78,7 +77,7 @@ bool AreaMapForm::Grasp(vexa::Point at) {
     }
     return true;
   }
-  if (!QGuiApplication::keyboardModifiers().testFlag(Qt::ShiftModifier)) return false;
+  if (!View().PressedWith().testFlag(Qt::ShiftModifier)) return false;
   fixed_ = Frame().ToPlace(at);
   return fixed_.has_value();
 }

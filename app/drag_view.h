@@ -25,9 +25,13 @@ class DragView : public DiagramView {
   /// True when the key was used.
   std::function<bool(int key)> OnKey{};
 
+  /// The keys that were held when the button went down.
+  Qt::KeyboardModifiers PressedWith() const { return pressedWith_; }
+
  protected:
   void mousePressEvent(QMouseEvent* event) override {
     const std::optional<Point> at = PageAt(event->position());
+    pressedWith_ = event->modifiers();
     dragging_ =
         event->button() == Qt::LeftButton && at && OnPress && OnPress(*at, event->position());
     if (!dragging_) DiagramView::mousePressEvent(event);
@@ -54,6 +58,7 @@ class DragView : public DiagramView {
 
  private:
   bool dragging_ = false;
+  Qt::KeyboardModifiers pressedWith_{};
 };
 
 }  // namespace vexa

@@ -8,7 +8,6 @@
 #include <QFileDialog>
 #include <QFontDatabase>
 #include <QGridLayout>
-#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -344,7 +343,7 @@ std::string ForecastMap::TextAt(vexa::Point at) const {
 }
 
 bool ForecastMap::Grasp(vexa::Point at) {
-  const bool moves = QGuiApplication::keyboardModifiers().testFlag(Qt::ShiftModifier);
+  const bool moves = View().PressedWith().testFlag(Qt::ShiftModifier);
   if (moves || !ForecastViewOf(program_).IsSearched || !Frame().IsValid()) return false;
   pressed_ = at;
   return true;

@@ -147,7 +147,7 @@ bool Crosses(Point from, Point to, const Rect& place) {
   double leaves = 1;
   const auto cut = [&](double start, double way, double low, double high) {
     if (way == 0) return start > low && start < high;
-    const auto [near, far] = std::minmax((low - start) / way, (high - start) / way);
+    const auto [near, far] = std::minmax({(low - start) / way, (high - start) / way});
     enters = std::max(enters, near);
     leaves = std::min(leaves, far);
     return enters < leaves;
