@@ -4,6 +4,7 @@
 
 #include "core/markers.h"
 #include "core/numbers.h"
+#include "core/sounding_record.h"
 
 namespace vexa {
 namespace {
@@ -141,6 +142,21 @@ std::string StationCaption(const Station& station) {
   if (!station.Name.empty()) caption += " - " + station.Name;
   if (!station.Region.empty()) caption += (station.Name.empty() ? " - " : ", ") + station.Region;
   return caption;
+}
+
+std::string ShortStationName(std::string_view title, int most) {
+  constexpr std::string_view kBetween = " - ";
+  std::string_view name = Trim(title);
+  const std::size_t first = name.find(kBetween);
+  if (first != std::string_view::npos && ParseWhole(name.substr(0, first))) {
+    name.remove_prefix(first + kBetween.size());
+  }
+  for (const std::string_view end :
+       {kBetween, std::string_view("  "), std::string_view("/"), std::string_view(","),
+        std::string_view(";"), std::string_view("(")}) {
+    name = name.substr(0, name.find(end));
+  }
+  return CutTitle(Trim(name), most);
 }
 
 }  // namespace vexa

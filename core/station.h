@@ -62,6 +62,12 @@ Outcome<Station> StationFrom(const StationTexts& texts);
 /// The same without the checks: what is no number becomes 0.
 Station UncheckedStation(const StationTexts& texts);
 
+/// The shortest name of a station that a sounding's title gives, for maps and axes: of
+/// "72357 - OUN - Norman, OK  00Z" it is "OUN", of "Vienna/Hohe Warte" "Vienna".
+///
+/// most  characters; empty where the title says nothing
+std::string ShortStationName(std::string_view title, int most = 14);
+
 /// "03772 - EGLL - LONDON, UNITED KINGDOM": the title of a sounding of this station. What the file
 /// leaves empty is left out with its separator.
 std::string StationCaption(const Station& station);

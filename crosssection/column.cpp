@@ -10,6 +10,7 @@
 #include "core/great_circle.h"
 #include "core/markers.h"
 #include "core/numbers.h"
+#include "core/station.h"
 #include "core/units.h"
 
 namespace vexa::crosssection {
@@ -286,8 +287,7 @@ SoundingRecord Interpolated(const Column& left, const Column& right, double shar
   SetDecimalPosition(made, Mixed(from.LatSigned, to.LatSigned, share),
                      std::remainder(from.LonSigned + lonStep * share, 360.0));
   if (from.Time.Known() && to.Time.Known()) {
-    made.Time =
-        MinutesLater(from.Time, ToWhole(HoursBetween(from.Time, to.Time) * 60 * share));
+    made.Time = MinutesLater(from.Time, ToWhole(HoursBetween(from.Time, to.Time) * 60 * share));
   }
   const analysis::LevelProfile& one = left.Levels;
   const analysis::LevelProfile& other = right.Levels;
@@ -336,9 +336,8 @@ std::string ShortName(const Column& column, SectionKind kind) {
   if (column.IsInterpolated) return "i";
   if (kind == SectionKind::Time) return TimeText(column.Sounding.Time);
   if (column.Sounding.WmoNumber > 0) return Mask(column.Sounding.WmoNumber, "00000");
-  const std::string_view title = Trim(column.Sounding.StationTitle);
-  const std::string name(Trim(title.substr(0, title.find_first_of("/,;("))));
-  return CutTitle(name.empty() ? std::string_view(column.Source) : name, 14);
+  std::string name = ShortStationName(column.Sounding.StationTitle);
+  return name.empty() ? CutTitle(column.Source, 14) : name;
 }
 
 }  // namespace vexa::crosssection

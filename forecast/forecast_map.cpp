@@ -6,6 +6,7 @@
 
 #include "core/great_circle.h"
 #include "core/numbers.h"
+#include "core/station.h"
 #include "diagram/wind_symbol.h"
 #include "picture/clip.h"
 #include "picture/layout.h"
@@ -29,17 +30,9 @@ std::string PlaceNameOf(const Profile& profile) {
   return name.empty() ? "sounding" : name;
 }
 
-// Of "72357 - KOUN - Norman, OK" the letters.
 std::string ShortNameOf(const Profile& profile) {
-  constexpr std::string_view kBetween = " - ";
-  constexpr int kLongest = 14;
-  std::string_view name = Trim(profile.Sounding.StationTitle);
-  const std::size_t first = name.find(kBetween);
-  if (first != std::string_view::npos && ParseWhole(name.substr(0, first))) {
-    name.remove_prefix(first + kBetween.size());
-  }
-  name = name.substr(0, std::min(name.find(kBetween), name.find("  ")));
-  return name.empty() ? "sounding" : CutTitle(name, kLongest);
+  std::string name = ShortStationName(profile.Sounding.StationTitle);
+  return name.empty() ? "sounding" : name;
 }
 
 struct MapInks {

@@ -373,5 +373,18 @@ TEST(StationConversion, AsksKeepsTheOldFileAndSaysSo) {
   EXPECT_FALSE(NeedsConversion(Read(kHeader + kDarwin + "99999")));
 }
 
+TEST(StationName, IsTheShortestThatATitleGives) {
+  constexpr std::pair<std::string_view, std::string_view> kCases[] = {
+      {"72357 - OUN - Norman  00Z 04 May 1999", "OUN"},
+      {"82244 - Santarem-Aeroporto  00Z", "Santarem-Aerop"},
+      {"82244 - Santarem", "Santarem"},
+      {"Vienna/Hohe Warte", "Vienna"},
+      {"MILANO, IT // 12 UTC", "MILANO"},
+      {"Station 95", "Station 95"},
+      {"  ", ""},
+  };
+  for (const auto& [title, name] : kCases) EXPECT_EQ(ShortStationName(title), name);
+}
+
 }  // namespace
 }  // namespace vexa
