@@ -161,19 +161,25 @@ class Drawing : SectionPage {
     Text("field title", {place->Left + 100, place->Top + 430},
          Trimmed(TitleOf(*In.Field.Field, Context)), LetterSize(Type::Value), AnchorX::Left,
          Inks.Ink, true);
-    Text("from to", {place->Left + 100, place->Top + 620}, FromTo(), kNote, AnchorX::Left,
-         Inks.Faint);
+    Text("from to", {place->Left + 100, place->Top + 620}, FromTo(place->Width() - 200), kNote,
+         AnchorX::Left, Inks.Faint);
   }
 
-  std::string FromTo() const {
+  // Where the section begins and ends; names are cut before what stands behind them is.
+  std::string FromTo(double room) const {
     const SoundingRecord& first = Columns.front().Sounding;
     const SoundingRecord& last = Columns.back().Sounding;
-    const std::string count = Shortest(static_cast<int>(Columns.size())) + " soundings";
-    if (In.Of.Kind == SectionKind::Time) {
-      return Trimmed(first.StationTitle) + ",  " + TimeText(first.Time) + "  -  " +
-             TimeText(last.Time) + ",  " + count;
-    }
-    return Trimmed(first.StationTitle) + "  -  " + Trimmed(last.StationTitle) + ",  " + count;
+    const bool isTime = In.Of.Kind == SectionKind::Time;
+    const std::string between = "  -  ";
+    const std::string count = ",  " + Shortest(static_cast<int>(Columns.size())) + " soundings";
+    const std::string times = ",  " + TimeText(first.Time) + between + TimeText(last.Time);
+    const double names = room - TextWidth((isTime ? times : between) + count, kNote);
+    const std::string from = Trimmed(first.StationTitle);
+    const std::string to = Trimmed(last.StationTitle);
+    if (isTime) return Elided(from, kNote, names) + times + count;
+    const double roomOfFirst = std::max(names / 2, names - TextWidth(to, kNote));
+    const double roomOfLast = std::max(names / 2, names - TextWidth(from, kNote));
+    return Elided(from, kNote, roomOfFirst) + between + Elided(to, kNote, roomOfLast) + count;
   }
 
   void Axes() {

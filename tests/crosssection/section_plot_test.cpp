@@ -127,6 +127,25 @@ TEST(SectionPlot, NamesDoNotOverlap) {
   }
 }
 
+// The number of soundings stands behind the names, however long these are.
+TEST(SectionPlot, LongNamesAreCutWithinThePage) {
+  for (const auto& [first, last] : {std::pair{40, 40}, {3, 80}, {80, 3}, {3, 3}}) {
+    for (const SectionKind kind : {SectionKind::Distance, SectionKind::Time}) {
+      Scene scene{.Of = Line(2)};
+      scene.Of.Kind = kind;
+      scene.Of.Columns[0].Sounding.StationTitle = std::string(static_cast<std::size_t>(first), 'w');
+      scene.Of.Columns[1].Sounding.StationTitle = std::string(static_cast<std::size_t>(last), 'w');
+      const std::vector<Label> lines = LabelsOf(scene.Plot("TMP").Page, "from to");
+      ASSERT_EQ(lines.size(), 1U);
+      EXPECT_LE(lines[0].At.X + TextWidth(lines[0].Text, lines[0].Size), 12000);
+      EXPECT_TRUE(lines[0].Text.ends_with(",  2 soundings")) << lines[0].Text;
+      const bool keepsShort =
+          lines[0].Text.starts_with("www,") || lines[0].Text.starts_with("www ");
+      EXPECT_TRUE(first > 3 || keepsShort) << lines[0].Text;
+    }
+  }
+}
+
 TEST(SectionPlot, MappingRunsBothWaysAndReads) {
   const Scene scene{Line(3)};
   const SectionMapping at = scene.Plot("TMP").At;
