@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <vector>
+
 #include "core/files.h"
 #include "core/raw_file.h"
 #include "program/displays.h"
@@ -52,6 +55,32 @@ class SectionDisplay : public testing::Test {
   test::ScriptedInteraction user;
   Program program;
 };
+
+/// Presses Escape after some soundings and keeps how full the bar was.
+class StoppingUser : public test::ScriptedInteraction {
+ public:
+  bool Yield() override { return --YieldsLeft >= 0; }
+  void Share(double done) override { Shares.push_back(done); }
+  int YieldsLeft = 1000;
+  std::vector<double> Shares{};
+};
+
+TEST_F(SectionDisplay, EscapeStopsTheReadingAndKeepsTheSectionOfBefore) {
+  StoppingUser hasty;
+  OpenLine();
+  program.Doc.AskThrough(&hasty);
+  EXPECT_TRUE(ReadSectionAgain(program));
+  ASSERT_GE(hasty.Shares.size(), 4U);  // three soundings and the end
+  EXPECT_TRUE(std::ranges::is_sorted(hasty.Shares));
+  EXPECT_GE(hasty.Shares.front(), 0);
+  EXPECT_EQ(hasty.Shares.back(), 1);
+  View().Of.Columns[0].Sounding.StationTitle = "as before";
+  hasty.YieldsLeft = 2;
+  EXPECT_FALSE(ReadSectionAgain(program));
+  ASSERT_EQ(View().Of.Columns.size(), 3U);
+  EXPECT_EQ(View().Of.Columns[0].Sounding.StationTitle, "as before");
+  program.Doc.AskThrough(&user);
+}
 
 TEST_F(SectionDisplay, IsMadeOfWhatWasOpenedTogether) {
   EXPECT_NE(NeedsSection(program), "");
