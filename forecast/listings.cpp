@@ -67,10 +67,17 @@ std::string StepText(const ForecastStep& step) {
   if (step.IsAlone) return line + "the station's own advection";
   line += "Advection rate: " + Mask(choice.RateKt, "##0.0") + " kt from " +
           Mask(choice.WindFrom, "##0") + ", " + Mask(choice.UpwindKm, "###0") + " km upwind:";
+  constexpr double kLeastShown = 0.005;
+  int faint = 0;
   for (const Contribution& part : choice.Parts) {
+    if (part.Weight < kLeastShown) {
+      ++faint;
+      continue;
+    }
     line += (part.Of ? " #" + Shortest(static_cast<int>(*part.Of) + 1) : " itself") + " " +
             Mask(100 * part.Weight, "##0") + "%";
   }
+  if (faint > 0) line += ", " + Shortest(faint) + " more under 1% each";
   return line;
 }
 

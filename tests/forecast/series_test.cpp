@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "core/raw_file.h"
+#include "forecast/listings.h"
 #include "support/soundings.h"
 
 namespace vexa::forecast {
@@ -80,6 +81,18 @@ TEST(Series, BeginsAgainAtTheOriginalButTheGroundGoesOn) {
   ASSERT_EQ(series.Advance(set, kSet, "front passes"), SeriesEnd::No);
   EXPECT_NEAR(series.Steps()[2].Sounding.Temp(1), 20.3, 1e-9);
   EXPECT_EQ(series.Steps()[2].Sounding.StationTitle, "front passes_Forecast  0230Z 01 Jan 2024");
+}
+
+// In a dense network hundreds of soundings have a share that nobody could see.
+TEST(Series, AnHourNamesTheSoundingsThatCount) {
+  ForecastStep step;
+  step.Choice = {.Hour = 2, .RateKt = 17.5, .WindFrom = 262, .UpwindKm = 65};
+  step.Choice.Parts = {{{}, 40, 0.05}, {0, 10, 0.9}, {1, 50, 0.041}, {2, 200, 0.005}};
+  for (std::size_t i = 3; i < 7; ++i) step.Choice.Parts.push_back({i, 900, 0.001});
+  EXPECT_EQ(
+      StepText(step),
+      "  2 hrs  Advection rate: 17.5 kt from 262, 65 km upwind: itself 5% #1 90% #2 4% #3 1%, "
+      "4 more under 1% each");
 }
 
 TEST(Series, Names) {
