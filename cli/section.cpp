@@ -11,12 +11,9 @@
 #include "cli/toolkit.h"
 #include "core/data_checks.h"
 #include "core/files.h"
-#include "core/folders.h"
 #include "core/numbers.h"
-#include "core/platform.h"
 #include "crosssection/section_plot.h"
 #include "ingest/source_header.h"
-#include "mountainwave/mountain_file.h"
 #include "program/section_work.h"
 #include "report/section_json.h"
 #include "report/section_netcdf.h"
@@ -163,13 +160,6 @@ Outcome<AskedSection> AskedSectionBy(const Arguments& arguments, const CommandSe
   return asked;
 }
 
-std::filesystem::path MountainsOf(const CommandSetup& setup) {
-  const std::filesystem::path own = setup.Root / mountainwave::kMountainFileName;
-  return !setup.Root.empty() && StampOf(own)
-             ? own
-             : ShippedFile(ProgramFolder(), mountainwave::kMountainFileName);
-}
-
 std::string OneLine(std::string text) {
   std::ranges::replace(text, '\n', ' ');
   return text;
@@ -269,12 +259,14 @@ class SectionRun {
   }
 
   bool Assemble(const Arguments& arguments) {
-    SectionWork work(setup_.Settings.Set, MountainsOf(setup_));
+    SectionWork work(setup_.Settings.Set, setup_.MountainFile);
     section_.Kind = asked_.Kind;
     section_.Name = arguments.Value("--name").value_or("");
     std::vector<std::filesystem::path> files;
     for (const std::string& file : arguments.Files) files.push_back(PathFromText(file));
     work.Load(files, asked_.Choice, {.Stations = &setup_.Stations}, {}, section_);
+    StationMountains mountains(setup_.MountainFile, console_);
+    for (const crosssection::Column& column : section_.Columns) mountains.Of(column.Sounding);
     for (const SectionTrouble& trouble : work.Troubles()) {
       trouble.Failed ? inputs_.Fail(trouble.Name, *trouble.Failed)
                      : inputs_.Doubt(trouble.Name, trouble.Finding);

@@ -124,6 +124,20 @@ std::string Judgement(const ErrorSum& made, const ErrorSum& old) {
   return difference < -0.05 ? "  better" : difference > 0.05 ? "  worse" : "";
 }
 
+// Each quantity of each row that was compared at all, beside its persistence.
+template <class Use>
+void ForEachError(const Verification& verification, Use&& use) {
+  for (const VerificationRow& row : verification.Rows) {
+    for (const Verified quantity : kVerified) {
+      const auto i = static_cast<std::size_t>(quantity);
+      const ErrorSum& made = row.Forecast[i];
+      const ErrorSum& old = row.Persistence[i];
+      if (made.Count() == 0) continue;
+      use(row, quantity, made, old);
+    }
+  }
+}
+
 }  // namespace
 
 void ErrorSum::Add(double difference, double square) {
@@ -199,18 +213,13 @@ std::vector<std::string> VerificationText(const Verification& verification) {
           Shortest(verification.NoWind) + " without winds to go by",
       "", "                            forecast      persistence",
       "hours    level          n   bias   RMSE   bias   RMSE"};
-  for (const VerificationRow& row : verification.Rows) {
-    for (const Verified quantity : kVerified) {
-      const auto i = static_cast<std::size_t>(quantity);
-      const ErrorSum& made = row.Forecast[i];
-      const ErrorSum& old = row.Persistence[i];
-      if (made.Count() == 0) continue;
-      lines.push_back(PadLeft(Shortest(row.Hours), 5) + " " + PadLeft(LevelText(row.Press), 8) +
-                      "  " + PadRight(Text(quantity), 4) + PadLeft(Shortest(made.Count()), 5) +
-                      Cell(made.Bias()) + Cell(made.Rmse()) + Cell(old.Bias()) + Cell(old.Rmse()) +
-                      Judgement(made, old));
-    }
-  }
+  ForEachError(verification, [&](const VerificationRow& row, Verified quantity,
+                                 const ErrorSum& made, const ErrorSum& old) {
+    lines.push_back(PadLeft(Shortest(row.Hours), 5) + " " + PadLeft(LevelText(row.Press), 8) +
+                    "  " + PadRight(Text(quantity), 4) + PadLeft(Shortest(made.Count()), 5) +
+                    Cell(made.Bias()) + Cell(made.Rmse()) + Cell(old.Bias()) + Cell(old.Rmse()) +
+                    Judgement(made, old));
+  });
   return lines;
 }
 
@@ -219,17 +228,12 @@ std::string VerificationCsv(const Verification& verification) {
       "hours,level (hPa),quantity,n,forecast bias,forecast rmse,persistence bias,persistence "
       "rmse\n";
   const auto cell = [](double value) { return "," + Shortest(Rounded(value, 3)); };
-  for (const VerificationRow& row : verification.Rows) {
-    for (const Verified quantity : kVerified) {
-      const auto i = static_cast<std::size_t>(quantity);
-      const ErrorSum& made = row.Forecast[i];
-      const ErrorSum& old = row.Persistence[i];
-      if (made.Count() == 0) continue;
-      text += Shortest(row.Hours) + "," + LevelText(row.Press) + "," + std::string(Text(quantity)) +
-              "," + Shortest(made.Count()) + cell(made.Bias()) + cell(made.Rmse()) +
-              cell(old.Bias()) + cell(old.Rmse()) + "\n";
-    }
-  }
+  ForEachError(verification, [&](const VerificationRow& row, Verified quantity,
+                                 const ErrorSum& made, const ErrorSum& old) {
+    text += Shortest(row.Hours) + "," + LevelText(row.Press) + "," + std::string(Text(quantity)) +
+            "," + Shortest(made.Count()) + cell(made.Bias()) + cell(made.Rmse()) +
+            cell(old.Bias()) + cell(old.Rmse()) + "\n";
+  });
   return text;
 }
 

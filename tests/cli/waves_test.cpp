@@ -243,12 +243,21 @@ TEST_F(WavesTest, EveryCommandTellsOfADamagedMountainFile) {
     words.insert(words.end(), {"--root", TextFromPath(root)});
     const Ran ran = RunWords(words);
     EXPECT_EQ(ran.Exit, kExitOk) << words.front();
-    EXPECT_EQ(ran.Err, "vexa-cli: " + TextFromPath(root / "VEXA.MTN") +
-                           ": Data file is corrupt, incomplete, or has incorrect format. (VEXA.MTN, "
-                           "line 20: station 16080 lacks one of its seven numbers)\n")
+    EXPECT_EQ(ran.Err,
+              "vexa-cli: " + TextFromPath(root / "VEXA.MTN") +
+                  ": Data file is corrupt, incomplete, or has incorrect format. (VEXA.MTN, "
+                  "line 20: station 16080 lacks one of its seven numbers)\n")
         << words.front();
   }
   EXPECT_TRUE(std::filesystem::exists(picture));
+  sounding.Time = {2010, 12, 10, 12, 0};
+  const std::string later = TextFromPath(folder.Path() / "later.RAW");
+  ASSERT_FALSE(SaveFile(PathFromText(later), WriteRaw(sounding)));
+  const Ran section = RunWords({"section", file, later, "--kind", "time", "--field", "WAVE", "-o",
+                                picture, "--root", TextFromPath(root)});
+  const std::size_t told = section.Err.find("VEXA.MTN, line 20: station 16080 lacks");
+  EXPECT_NE(told, std::string::npos) << section.Err;
+  EXPECT_EQ(section.Err.find("VEXA.MTN, line 20", told + 1), std::string::npos) << section.Err;
 }
 
 }  // namespace
