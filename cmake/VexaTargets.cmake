@@ -59,7 +59,7 @@ endif()
 
 function(_vexa_common target)
   target_compile_features(${target} PUBLIC cxx_std_20)
-  set_target_properties(${target} PROPERTIES UNITY_BUILD ${VEXA_UNITY} UNITY_BUILD_BATCH_SIZE 8)
+  set_target_properties(${target} PROPERTIES UNITY_BUILD ${VEXA_UNITY} UNITY_BUILD_BATCH_SIZE 16)
   if(MSVC)
     target_compile_options(${target} PRIVATE /W4 /utf-8 /fp:precise)
     if(VEXA_WERROR)

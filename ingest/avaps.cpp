@@ -16,7 +16,7 @@ constexpr std::string_view kMark = "AVAPS-";
 constexpr std::string_view kAttributes = "*** Sounding Attributes File ***";
 constexpr double kAdaption = 10;  // s after the release
 
-std::string_view FirstLine(const SourceText& source) {
+std::string_view FirstText(const SourceText& source) {
   for (int line = 1; line <= source.LineCount(); ++line) {
     if (const std::string_view text = Trim(source.Line(line)); !text.empty()) return text;
   }
@@ -32,7 +32,7 @@ std::optional<double> SecondsOf(std::string_view text) {
 }
 
 // Launch time and position stand behind the data.
-void ReadLabel(std::string_view line, SourceHeading& heading) {
+void ReadAvapsLabel(std::string_view line, SourceHeading& heading) {
   const std::size_t colon = line.find("):");
   if (colon == std::string_view::npos) return;
   const std::string_view value = Trim(line.substr(colon + 2));
@@ -56,14 +56,14 @@ constexpr QuantityColumn kPlan[] = {
     {8, Quantity::Direction}, {9, Quantity::Speed, {kMsToKnot}}, {19, Quantity::Height}};
 constexpr double kNoTemp = 99;
 
-class Rows {
+class AvapsRows {
  public:
-  explicit Rows(const SourceText& source) : source_(source) {}
+  explicit AvapsRows(const SourceText& source) : source_(source) {}
 
   std::optional<Fault> Read(SourceSounding& into) {
     for (int line = 1; line <= source_.LineCount(); ++line) {
       const std::string_view text = source_.Line(line);
-      if (text.starts_with("AVAPS-T")) ReadLabel(text, into.Heading);
+      if (text.starts_with("AVAPS-T")) ReadAvapsLabel(text, into.Heading);
     }
     for (int line = 1; line <= source_.LineCount(); ++line) {
       if (!source_.Line(line).starts_with("AVAPS-D")) continue;
@@ -109,18 +109,18 @@ class Rows {
 }  // namespace
 
 bool IsAvaps(const SourceText& source) {
-  const std::string_view first = FirstLine(source);
+  const std::string_view first = FirstText(source);
   return first.starts_with(kMark) || first.starts_with(kAttributes);
 }
 
 std::optional<Fault> DecodeAvaps(const SourceText& source, LoadContext& context,
                                  SoundingRecord& into) {
-  if (FirstLine(source).starts_with(kAttributes)) {
+  if (FirstText(source).starts_with(kAttributes)) {
     return Fault{kFaultEndOfFile, "DecodeAvaps",
                  source.Name() + ": describes a sounding; its levels are in the file named D..."};
   }
   SourceSounding sounding;
-  std::optional<Fault> fault = Rows(source).Read(sounding);
+  std::optional<Fault> fault = AvapsRows(source).Read(sounding);
   if (fault) return fault;
   sounding.Heading.Station.Name = "Dropsonde";
   FillRecord(std::move(sounding), source.Name(), context, into);

@@ -16,7 +16,7 @@ constexpr std::string_view kBufkitTag = "FCST";
 constexpr int kMostBufkitHeading = 20;
 
 // The value behind "NAME =", empty when another name follows at once.
-std::string_view Labelled(std::string_view line, std::string_view name) {
+std::string_view BufkitValue(std::string_view line, std::string_view name) {
   const std::vector<std::string_view> words = Tokens(line);
   for (std::size_t i = 0; i + 2 < words.size(); ++i) {
     if (words[i] != name || words[i + 1] != "=") continue;
@@ -44,14 +44,14 @@ std::vector<std::string_view> NamesOf(const SourceText& source) {
 }
 
 void ReadStation(std::string_view line, SourceHeading& heading) {
-  heading.Station.Letters = Labelled(line, "STID");
-  const std::string_view number = Labelled(line, "STNM");
+  heading.Station.Letters = BufkitValue(line, "STID");
+  const std::string_view number = BufkitValue(line, "STNM");
   // The WMO number times ten, or a number of the producer's own.
   constexpr std::size_t kFigures = 6;
   if (number.size() == kFigures && number.ends_with('0')) {
     heading.Station.Number = ParseWhole(number.substr(0, kFigures - 1)).value_or(0);
   }
-  heading.Time = ParseCompactTime(Labelled(line, "TIME")).value_or(ObservationTime{});
+  heading.Time = ParseCompactTime(BufkitValue(line, "TIME")).value_or(ObservationTime{});
 }
 
 std::vector<SoundingBlock> BufkitBlocks(const SourceText& source) {
@@ -64,9 +64,9 @@ std::vector<SoundingBlock> BufkitBlocks(const SourceText& source) {
       ReadStation(text, blocks.back().Heading);
     } else if (!blocks.empty() && text.starts_with("SLAT")) {
       SourceHeading& heading = blocks.back().Heading;
-      heading.Lat = ParseNumber(Labelled(text, "SLAT"));
-      heading.Lon = ParseNumber(Labelled(text, "SLON"));
-      heading.Elevation = ParseNumber(Labelled(text, "SELV"));
+      heading.Lat = ParseNumber(BufkitValue(text, "SLAT"));
+      heading.Lon = ParseNumber(BufkitValue(text, "SLON"));
+      heading.Elevation = ParseNumber(BufkitValue(text, "SELV"));
     } else if (!blocks.empty() && blocks.back().EndRow == 0 && text.starts_with("STN ")) {
       blocks.back().EndRow = line;  // the surface values of all times follow
     }

@@ -106,7 +106,7 @@ struct BufrFile {
   std::optional<Fault> Refused{};  // why a message was left out
 };
 
-BufrFile ReadFileOf(const SourceText& source) {
+BufrFile ReadMessages(const SourceText& source) {
   BufrFile file;
   std::vector<BufrAscent>& ascents = file.Ascents;
   std::map<std::pair<int, std::string>, std::vector<std::size_t>> byStation;
@@ -183,7 +183,7 @@ bool IsBufr(const SourceText& source) {
 
 std::vector<SourceEntry> ListBufr(const SourceText& source) {
   std::vector<SoundingBlock> blocks;
-  for (const BufrAscent& ascent : ReadFileOf(source).Ascents) {
+  for (const BufrAscent& ascent : ReadMessages(source).Ascents) {
     blocks.push_back({.Heading = ascent.front().Known.Heading});
   }
   return Entries(blocks);
@@ -191,7 +191,7 @@ std::vector<SourceEntry> ListBufr(const SourceText& source) {
 
 std::optional<Fault> DecodeBufr(const SourceText& source, LoadContext& context,
                                 SoundingRecord& into) {
-  const BufrFile& file = Kept(context, source, ReadFileOf);
+  const BufrFile& file = Kept(context, source, ReadMessages);
   if (file.Ascents.empty()) {
     if (!file.Refused) {
       const std::string reason =

@@ -12,7 +12,7 @@ using enum BufrKind;
 
 // clang-format off
 // Descriptor, kind, scale, reference, width in bits, version since which it holds.
-constexpr BufrElement kElementRows[] = {
+constexpr BufrElement kBufrElements[] = {
     {1001,Number,0,0,7,0}, {1002,Number,0,0,10,0}, {1003,Code,0,0,3,0}, {1004,Number,0,0,3,0},
     {1005,Number,0,0,17,0}, {1006,Text,0,0,64,0}, {1007,Code,0,0,10,0}, {1008,Text,0,0,64,0},
     {1009,Text,0,0,64,0}, {1010,Text,0,0,64,0}, {1011,Text,0,0,72,0}, {1012,Number,0,0,9,0},
@@ -583,8 +583,8 @@ constexpr int kSequenceRows[] = {
 }  // namespace
 
 const BufrElement* FindElement(int descriptor) {
-  const auto row = std::ranges::lower_bound(kElementRows, descriptor, {}, &BufrElement::Descriptor);
-  return row != std::end(kElementRows) && row->Descriptor == descriptor ? &*row : nullptr;
+  const auto row = std::ranges::lower_bound(kBufrElements, descriptor, {}, &BufrElement::Descriptor);
+  return row != std::end(kBufrElements) && row->Descriptor == descriptor ? &*row : nullptr;
 }
 
 std::optional<BufrSequence> FindSequence(int descriptor) {

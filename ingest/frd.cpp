@@ -26,7 +26,7 @@ int NamesLine(const SourceText& source) {
 }
 
 // What stands behind "Label:" up to the next label; empty when the line has no such label.
-std::string_view Labelled(std::string_view line, std::string_view label) {
+std::string_view BehindColon(std::string_view line, std::string_view label) {
   const std::size_t at = FindNoCase(line, label);
   const std::size_t colon = line.find(':', at == line.npos ? line.size() : at);
   if (colon == std::string_view::npos) return {};
@@ -72,16 +72,16 @@ SourceHeading ReadHeading(const SourceText& source, int names) {
   heading.Station.Name = "Dropsonde";
   for (int line = 1; line < names; ++line) {
     const std::string_view text = source.Line(line);
-    if (const std::string_view date = Labelled(text, "date"); !date.empty()) {
+    if (const std::string_view date = BehindColon(text, "date"); !date.empty()) {
       heading.Time = DateIn(date).value_or(heading.Time);
     }
-    if (const std::string_view time = Labelled(text, "time"); !time.empty() && hour.empty()) {
+    if (const std::string_view time = BehindColon(text, "time"); !time.empty() && hour.empty()) {
       hour = time;
     }
-    const std::string_view lat = Labelled(text, "lat"), lon = Labelled(text, "lon");
+    const std::string_view lat = BehindColon(text, "lat"), lon = BehindColon(text, "lon");
     if (!lat.empty() && !heading.Lat) heading.Lat = DegreesIn(lat);
     if (!lon.empty() && !heading.Lon) heading.Lon = DegreesIn(lon);
-    if (const std::string_view mission = Labelled(text, "mission"); !mission.empty()) {
+    if (const std::string_view mission = BehindColon(text, "mission"); !mission.empty()) {
       heading.Station.Name = "Dropsonde " + std::string(mission);
     }
   }

@@ -12,12 +12,12 @@ namespace vexa::ingest {
 namespace {
 
 constexpr std::string_view kFslTag = "FSL";
-constexpr std::size_t kWidth = 7;
+constexpr std::size_t kFieldWidth = 7;
 constexpr int kMostFslHeading = 100;
 
 std::string_view Field(std::string_view line, std::size_t index) {
-  const std::size_t begin = index * kWidth;
-  return begin < line.size() ? line.substr(begin, kWidth) : std::string_view();
+  const std::size_t begin = index * kFieldWidth;
+  return begin < line.size() ? line.substr(begin, kFieldWidth) : std::string_view();
 }
 
 // "254     12      1      DEC    2021", or a model's name in place of 254.
@@ -53,7 +53,7 @@ void ReadStationLine(std::string_view line, SourceHeading& heading) {
   constexpr int kNone = 99999;
   const int number = ParseWhole(Field(line, 2)).value_or(0);
   heading.Station.Number = number == kNone ? 0 : number;
-  std::string_view rest = line.size() > 3 * kWidth ? line.substr(3 * kWidth) : std::string_view();
+  std::string_view rest = line.size() > 3 * kFieldWidth ? line.substr(3 * kFieldWidth) : std::string_view();
   bool latLetter = false, lonLetter = false;
   heading.Lat = TakeDegrees(rest, latLetter);
   heading.Lon = TakeDegrees(rest, lonLetter);
@@ -115,7 +115,7 @@ class Block {
         return Fault{kFaultNonStandard, "DecodeFsl",
                      AtLine(source_, line, "the unit of the wind is not known")};
       }
-      if (MayBeCutOff(source_, line) && text.size() < kWidth * kFields) {
+      if (MayBeCutOff(source_, line) && text.size() < kFieldWidth * kFields) {
         sounding.Notes.push_back("The last row is cut off and was left out.");
         continue;
       }

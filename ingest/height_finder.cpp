@@ -29,7 +29,7 @@ std::size_t LowerOf(const Values& values, double logPress, Projection projection
   return std::clamp<std::size_t>(index, 1, values.size() - 1) - 1;
 }
 
-double Between(double at, double x0, double x1, double y0, double y1) {
+double OnLine(double at, double x0, double x1, double y0, double y1) {
   return y0 + (y1 - y0) * (at - x0) / (x1 - x0);
 }
 
@@ -58,7 +58,7 @@ double HeightFinder::VirtualTempK(double logPress) {
     return StandardTempK(std::exp(logPress));
   }
   const std::size_t i = LowerOf(logPress_, logPress, std::identity{});
-  return Between(logPress, logPress_[i], logPress_[i + 1], virtualTempK_[i], virtualTempK_[i + 1]);
+  return OnLine(logPress, logPress_[i], logPress_[i + 1], virtualTempK_[i], virtualTempK_[i + 1]);
 }
 
 double HeightFinder::ThicknessTo(double fromLogPress, double toLogPress) {
@@ -82,7 +82,7 @@ double HeightFinder::At(double press) {
   if (logPress < highest.LogPress) return highest.Height + ThicknessTo(highest.LogPress, logPress);
   if (known_.size() == 1) return lowest.Height;
   const std::size_t i = LowerOf(known_, logPress, &Known::LogPress);
-  return Between(logPress, known_[i].LogPress, known_[i + 1].LogPress, known_[i].Height,
+  return OnLine(logPress, known_[i].LogPress, known_[i + 1].LogPress, known_[i].Height,
                  known_[i + 1].Height);
 }
 

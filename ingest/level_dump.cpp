@@ -21,11 +21,11 @@ constexpr std::string_view kSheetPosition = "Elev (m),";
 constexpr std::string_view kSheetTable = "PR(";
 constexpr int kMostLinesAhead = 5;  // of the first sounding
 
-struct Column {
+struct DumpColumn {
   std::string_view Dump;    // name in the dump
   std::string_view Common;  // name that tables use
 };
-constexpr Column kColumns[] = {
+constexpr DumpColumn kColumns[] = {
     {"PR", "pressure"},  {"HT", "height"},         {"T", "temperature"},
     {"Td", "dew point"}, {"DD", "wind direction"}, {"FF", "wind speed"},
 };
@@ -42,7 +42,7 @@ Names ReadNames(std::string_view line) {
   const std::vector<std::string_view> fields = SplitFields(line, ',');
   for (std::size_t i = 0; i < fields.size(); ++i) {
     const std::size_t bracket = fields[i].find('(');
-    const auto* row = std::ranges::find(kColumns, fields[i].substr(0, bracket), &Column::Dump);
+    const auto* row = std::ranges::find(kColumns, fields[i].substr(0, bracket), &DumpColumn::Dump);
     if (row == std::end(kColumns)) continue;
     std::string_view unit;
     if (bracket != std::string_view::npos) {

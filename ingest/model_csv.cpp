@@ -15,7 +15,7 @@ constexpr std::string_view kModelCsvTag = "FCST";
 constexpr std::string_view kModelColumns = "PRES, HGHT";
 
 // The word behind "NAME =".
-std::string_view Labelled(std::string_view line, std::string_view name) {
+std::string_view ValueAfter(std::string_view line, std::string_view name) {
   const std::vector<std::string_view> words = Tokens(line);
   for (std::size_t i = 0; i + 2 < words.size(); ++i) {
     if (words[i] == name && words[i + 1] == "=") return words[i + 2];
@@ -32,12 +32,12 @@ std::vector<SoundingBlock> ModelBlocksOf(const SourceText& source) {
     if (text.starts_with(kModelColumns)) {
       blocks.push_back({heading, line, source.LineCount() + 1});
     } else if (text.starts_with("TIME")) {
-      heading.Time = ParseCompactTime(Labelled(text, "TIME")).value_or(ObservationTime{});
+      heading.Time = ParseCompactTime(ValueAfter(text, "TIME")).value_or(ObservationTime{});
     } else if (text.starts_with("STID")) {
-      heading.Station.Letters = Labelled(text, "STID");
-      heading.Lat = ParseNumber(Labelled(text, "SLAT"));
-      heading.Lon = ParseNumber(Labelled(text, "SLON"));
-      heading.Elevation = ParseNumber(Labelled(text, "MALT"));
+      heading.Station.Letters = ValueAfter(text, "STID");
+      heading.Lat = ParseNumber(ValueAfter(text, "SLAT"));
+      heading.Lon = ParseNumber(ValueAfter(text, "SLON"));
+      heading.Elevation = ParseNumber(ValueAfter(text, "MALT"));
     }
   }
   return blocks;

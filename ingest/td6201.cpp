@@ -69,7 +69,7 @@ bool IsMissingField(std::string_view field, bool isSigned) {
   return field.find_first_not_of('9') == std::string_view::npos;
 }
 
-std::optional<std::string> ReadLevel(std::string_view text, Refusals& refused, SourceLevel& into) {
+std::optional<std::string> ReadTd6201Level(std::string_view text, Refusals& refused, SourceLevel& into) {
   struct Field {
     std::size_t First, Width;
     Quantity What;
@@ -104,7 +104,7 @@ Outcome<SourceSounding> ReadBlock(const SourceText& source, const SoundingBlock&
   for (std::size_t at = 0; read < announced && at + kLevel <= levels.size(); at += kLevel) {
     const std::string_view text = std::string_view(levels).substr(at, kLevel);
     SourceLevel level;
-    if (const std::optional<std::string> bad = ReadLevel(text, sounding.Refused, level)) {
+    if (const std::optional<std::string> bad = ReadTd6201Level(text, sounding.Refused, level)) {
       return Fault{kFaultEndOfFile, "DecodeTd6201",
                    AtLine(source, block.FirstRow,
                           "level " + Shortest(read + 1) + ": \"" + *bad + "\" is not a number")};

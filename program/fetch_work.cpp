@@ -16,7 +16,6 @@
 namespace vexa {
 
 namespace fs = std::filesystem;
-using namespace download;
 
 namespace {
 
@@ -40,13 +39,13 @@ bool IsOfHour(const ObservationTime& found, const ObservationTime& wanted) {
 
 // By number where both are known, else by letters, of which the first may stand for the region:
 // "OUN" is "KOUN".
-bool IsOfStation(int number, std::string_view letters, const Request& wanted) {
+bool IsOfStation(int number, std::string_view letters, const download::Request& wanted) {
   if (number > 0 && wanted.Number > 0) return number == wanted.Number;
   const auto bare = [](std::string_view text) { return text.size() == 4 ? text.substr(1) : text; };
   return letters.empty() || wanted.Letters.empty() || SameText(bare(letters), bare(wanted.Letters));
 }
 
-bool IsNamed(const ingest::SourceEntry& entry, const Request& wanted) {
+bool IsNamed(const ingest::SourceEntry& entry, const download::Request& wanted) {
   const bool isAny = wanted.Number == 0 && wanted.Letters.empty();
   const bool byNumber = wanted.Number > 0 && entry.Station.Number > 0;
   const bool byLetters = !wanted.Letters.empty() && !entry.Station.Letters.empty();
@@ -72,7 +71,7 @@ Outcome<LoadedSounding> LoadOf(SoundingSource& source, int index, const LoadPoli
 }
 
 // writtenOn  the day of messages that state no month; none: their time stays unknown
-Outcome<LoadedSounding> Pick(const std::string& bytes, const Request& request,
+Outcome<LoadedSounding> Pick(const std::string& bytes, const download::Request& request,
                              const std::optional<std::chrono::sys_days>& writtenOn,
                              const LoadPolicy& policy) {
   Outcome<SoundingSource> opened = SoundingSource::Open("answer", bytes);
@@ -105,28 +104,28 @@ Outcome<LoadedSounding> Pick(const std::string& bytes, const Request& request,
   return only;
 }
 
-std::optional<std::chrono::sys_days> DayOf(const Request& request) {
+std::optional<std::chrono::sys_days> DayOf(const download::Request& request) {
   if (!request.Time.Known()) return std::nullopt;
   return std::chrono::floor<std::chrono::days>(MinuteOf(request.Time));
 }
 
 }  // namespace
 
-Outcome<SourceList> LoadSourcesFile(const fs::path& path) {
+Outcome<download::SourceList> LoadSourcesFile(const fs::path& path) {
   const Outcome<std::string> text = ReadFile(path);
   if (!text) return text.Error();
-  return ReadSources(text.Value(), TextFromPath(path.filename()));
+  return download::ReadSources(text.Value(), TextFromPath(path.filename()));
 }
 
-Outcome<SourceList> LoadSources(const fs::path& root, const fs::path& programFolder) {
-  const fs::path path = root / kSourcesFileName;
+Outcome<download::SourceList> LoadSources(const fs::path& root, const fs::path& programFolder) {
+  const fs::path path = root / download::kSourcesFileName;
   std::error_code ignored;
   if (!root.empty() && fs::exists(path, ignored)) return LoadSourcesFile(path);
-  return LoadSourcesFile(ShippedFile(programFolder, kSourcesFileName));
+  return LoadSourcesFile(ShippedFile(programFolder, download::kSourcesFileName));
 }
 
-Request Completed(const Request& request, const StationList* stations) {
-  Request whole = request;
+download::Request Completed(const download::Request& request, const StationList* stations) {
+  download::Request whole = request;
   if (whole.Number == 0 && stations != nullptr) {
     const Station* station = StationOfLetters(*stations, whole.Letters);
     if (station != nullptr) whole.Number = station->Number;
@@ -134,13 +133,13 @@ Request Completed(const Request& request, const StationList* stations) {
   return whole;
 }
 
-Outcome<LoadedSounding> AskedSounding(const std::string& bytes, const Request& request,
+Outcome<LoadedSounding> AskedSounding(const std::string& bytes, const download::Request& request,
                                       const LoadPolicy& policy) {
   return Pick(bytes, request, DayOf(request), policy);
 }
 
 Outcome<LoadedSounding> JudgeSounding(const std::string& bytes, const download::Source& source,
-                                      const Request& request, Instant now,
+                                      const download::Request& request, download::Instant now,
                                       const LoadPolicy& policy) {
   constexpr auto kCurrent = std::chrono::hours(48);
   const bool isTold = NeedsTime(source) || !request.Time.Known() ||
@@ -158,21 +157,23 @@ std::string SavedText(const SavedSounding& saved) {
              : saved.File + "  (sounding " + Shortest(saved.Index + 1) + " of the file)";
 }
 
-Instant SystemNow() {
+download::Instant SystemNow() {
   return std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
 }
 
 // Of several stations in a row one answer may serve all, where the address names none.
-FetchResult FetchWork::Ask(const download::Source& source, const Request& request,
-                           const Request& judged) {
+download::FetchResult FetchWork::Ask(const download::Source& source,
+                                     const download::Request& request,
+                                     const download::Request& judged) {
   if (request.Time.Known() && !HasHour(source, request.Time.Hour)) {
-    return {.End = FetchEnd::Refused,
+    return {.End = download::FetchEnd::Refused,
             .Failed =
                 Fault{kFaultInvalidValue, "Fetch",
                       "the source has the hours " + std::string(Trim(source.Hours)) + " UTC only"}};
   }
-  const Instant now = SystemNow();
-  const Judge judge = [&](const std::string& bytes, const Request&) -> std::optional<Fault> {
+  const download::Instant now = SystemNow();
+  const download::Judge judge = [&](const std::string& bytes,
+                                    const download::Request&) -> std::optional<Fault> {
     judged_.reset();
     Outcome<LoadedSounding> found =
         JudgeSounding(bytes, source, judged, now, {.Stations = stations_});
@@ -182,12 +183,12 @@ FetchResult FetchWork::Ask(const download::Source& source, const Request& reques
   };
   const Outcome<std::string> address = AddressOf(source, request);
   if (!NeedsStation(source) && address && address.Value() == lastAddress_) {
-    FetchResult again = last_;
+    download::FetchResult again = last_;
     again.Failed = judge(again.Got.Body, request);
-    again.End = again.Failed ? FetchEnd::Refused : FetchEnd::Done;
+    again.End = again.Failed ? download::FetchEnd::Refused : download::FetchEnd::Done;
     return again;
   }
-  FetchResult result = FetchSounding(source, request, fetcher_, judge, cache_, now);
+  download::FetchResult result = FetchSounding(source, request, fetcher_, judge, cache_, now);
   if (!NeedsStation(source) && !result.Got.Body.empty()) {
     last_ = result;
     lastAddress_ = address ? address.Value() : std::string();
@@ -195,17 +196,18 @@ FetchResult FetchWork::Ask(const download::Source& source, const Request& reques
   return result;
 }
 
-FetchResult FetchWork::Fetch(const download::Source& source, const Request& request) {
+download::FetchResult FetchWork::Fetch(const download::Source& source,
+                                       const download::Request& request) {
   // A source may want the number of a station that was named by its letters, or the other way.
-  Request whole = Completed(request, stations_);
+  download::Request whole = Completed(request, stations_);
   // Letters of the list need not be those of the answer.
-  const Request judged = whole;
+  const download::Request judged = whole;
   if (whole.Letters.empty() && stations_ != nullptr) {
     const Station* station = stations_->Find(whole.Number);
     if (station != nullptr) whole.Letters = station->Ident;
   }
   source_ = &source;
-  FetchResult result = Ask(source, whole, judged);
+  download::FetchResult result = Ask(source, whole, judged);
   if (result.Failed && watch_.Failed) watch_.Failed(source, request, *result.Failed);
   return result;
 }
@@ -228,15 +230,17 @@ fs::path BesideOf(const fs::path& path, const std::string& bytes) {
 
 }  // namespace
 
-Outcome<LoadedSounding> FetchWork::Decoded(const std::string& body, const Request& request) {
-  const Request whole = Completed(request, stations_);
+Outcome<LoadedSounding> FetchWork::Decoded(const std::string& body,
+                                           const download::Request& request) {
+  const download::Request whole = Completed(request, stations_);
   if (judged_ && judged_->Wanted == whole && judged_->Body == body) return judged_->Sounding;
   return AskedSounding(body, whole, {.Stations = stations_});
 }
 
-Outcome<SavedSounding> FetchWork::SaveAnswer(const BatchPlan& plan, const Request& request,
+Outcome<SavedSounding> FetchWork::SaveAnswer(const download::BatchPlan& plan,
+                                             const download::Request& request,
                                              const std::string& body) {
-  const bool isNative = plan.Format == BatchFormat::Native;
+  const bool isNative = plan.Format == download::BatchFormat::Native;
   const fs::path folder = PathFromText(plan.Folder);
   fs::path path = folder / PathFromText(FileStem(request) + (isNative ? ".RAW" : ".txt"));
   const auto notSaved = [&path](Fault fault) {
@@ -270,8 +274,9 @@ Outcome<SavedSounding> FetchWork::SaveAnswer(const BatchPlan& plan, const Reques
                        .Finding = sounding.Finding};
 }
 
-Outcome<std::string> FetchWork::Save(const BatchPlan& plan, const Request& request,
-                                     const FetchResult& result) {
+Outcome<std::string> FetchWork::Save(const download::BatchPlan& plan,
+                                     const download::Request& request,
+                                     const download::FetchResult& result) {
   const Outcome<SavedSounding> saved = SaveAnswer(plan, request, result.Got.Body);
   if (!saved) {
     if (watch_.Failed)
@@ -282,7 +287,7 @@ Outcome<std::string> FetchWork::Save(const BatchPlan& plan, const Request& reque
   return saved.Value().File;
 }
 
-bool FetchWork::Continue(int done, int total, const Request& next) {
+bool FetchWork::Continue(int done, int total, const download::Request& next) {
   return !watch_.Continue || watch_.Continue(done, total, next);
 }
 

@@ -24,7 +24,7 @@ std::string Row(const std::string& number, const std::string& position) {
   return number + ",ID,NAME,REGION,100," + position + "\r\n";
 }
 
-StationList Read(const std::string& text) {
+StationList ReadWhole(const std::string& text) {
   const StationReading reading = ReadStations(text, "VEXA.STN");
   EXPECT_EQ(reading.Finding.Kind, StationTrouble::None) << reading.Finding.Detail;
   return reading.List;
@@ -181,7 +181,7 @@ TEST(StationFile, SavingLosesNothing) {
 }
 
 TEST(StationFile, LookupFillsTheHeader) {
-  const StationList list = Read(kHeader + kHeathrow + kDarwin +
+  const StationList list = ReadWhole(kHeader + kHeathrow + kDarwin +
                                 "95000,,BUOY,,-999,0.0,S,180.0,W\r\n"
                                 "95001,,,SEA,0,0.0,S,180.0,W\r\n99999\r\n");
   SoundingRecord record = test::Profile({{1000, 20, 10}});
@@ -216,7 +216,7 @@ TEST(StationFile, LookupFillsTheHeader) {
 TEST(StationFile, ShippedFile) {
   const auto text = ReadFile(test::SourceFolder() / "share" / "VEXA.STN");
   ASSERT_TRUE(text);
-  const StationList list = Read(text.Value());
+  const StationList list = ReadWhole(text.Value());
   EXPECT_GT(list.Count(), 3000);
   EXPECT_EQ(WriteStations(list), text.Value());
   EXPECT_FALSE(NeedsConversion(list));
@@ -243,7 +243,7 @@ TEST(StationFile, ShippedFile) {
 }
 
 TEST(StationList, EditorChanges) {
-  StationList list = Read(kHeader + kHeathrow + kDarwin + "99999");
+  StationList list = ReadWhole(kHeader + kHeathrow + kDarwin + "99999");
   Station norman{.Number = 72357, .Name = "NORMAN", .Lat = 35.18, .Lon = 97.44, .LonHemi = "W"};
   EXPECT_FALSE(list.Add(norman));
   ASSERT_EQ(list.Count(), 3);
@@ -270,7 +270,7 @@ TEST(StationList, EditorChanges) {
   EXPECT_EQ(list.All()[2], moved);
   EXPECT_EQ(list.Find(72357), nullptr);
   EXPECT_FALSE(list.Delete(94120));
-  EXPECT_EQ(Read(WriteStations(list)), list);
+  EXPECT_EQ(ReadWhole(WriteStations(list)), list);
 }
 
 TEST(StationList, FieldsAsTyped) {
@@ -302,7 +302,7 @@ TEST(StationList, FieldsAsTyped) {
 
 TEST(StationList, SearchForAPickList) {
   const StationList list =
-      Read(kHeader + "03101,,OUNDLE,UNITED KINGDOM,20,52.5,N,0.5,W\n" + kHeathrow +
+      ReadWhole(kHeader + "03101,,OUNDLE,UNITED KINGDOM,20,52.5,N,0.5,W\n" + kHeathrow +
            "31010,OUN,NORMAN,OK,345,35.2,N,97.4,W\n72210,KTBW,TAMPA BAY,FL,13,27.7,N,82.4,W\n"
            "72211,,PLANT CITY NEAR TAMPA,FL,13,27.9,N,82.1,W\n99999");
   struct Case {
@@ -370,7 +370,7 @@ TEST(StationConversion, AsksKeepsTheOldFileAndSaysSo) {
             "72357,\"ID\",\"NAME\",\"REGION\",100,35.8333,\"N\",97.4433,\"W\"\r\n99999\r\n");
   // Converted once, it asks no more; neither does a file with positions that have no minutes.
   EXPECT_EQ(ConvertStationFile(current, folder.Path(), list), Status::Ok);
-  EXPECT_FALSE(NeedsConversion(Read(kHeader + kDarwin + "99999")));
+  EXPECT_FALSE(NeedsConversion(ReadWhole(kHeader + kDarwin + "99999")));
 }
 
 TEST(StationName, IsTheShortestThatATitleGives) {

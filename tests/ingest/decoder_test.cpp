@@ -358,6 +358,7 @@ TEST(SourceHeader, TimesAndCaptions) {
     EXPECT_EQ(*ParseIsoTime(text), time) << text;
   }
   EXPECT_FALSE(ParseIsoTime("1999-05-04T12:00+25:00"));
+  EXPECT_FALSE(ParseIsoTime("1999-02-29T12:00+05:30"));  // no leap year
   // The time stays whole whatever the name.
   const std::string caption =
       Caption({3772, "", std::string(60, 'N')}, ObservationTime{1999, 5, 4, 0, 0});

@@ -11,6 +11,7 @@
 #include "core/files.h"
 #include "core/markers.h"
 #include "core/units.h"
+#include "ingest/decoded.h"
 #include "ingest/decoder.h"
 #include "sounding/analysed_sounding.h"
 #include "support/soundings.h"
@@ -21,7 +22,7 @@ namespace {
 using test::TempRow;
 using test::WindRow;
 
-struct Sample {
+struct Collected {
   const char* File;
   int Temps, Dewpts, Winds;
   TempRow First, Last;
@@ -31,13 +32,8 @@ struct Sample {
   const char* Title;
 };
 
-// A speed in knots of one that the file gives in m/s.
-constexpr double FromMs(double speedMs) {
-  return speedMs * kMsToKnot;
-}
-
 // clang-format off
-const Sample kSamples[] = {
+const Collected kCollection[] = {
     {"wyoming/html_72357_OUN_1999050400.html", 31, 31, 30, {959, 22.2, 19}, {251, -52.5, -56.7},
      {345, 160, 18}, {10058, 250, 70}, 345, 35.18, -97.44,
      "72357 - OUN - Norman  00Z 04 May 1999"},
@@ -80,7 +76,7 @@ void ExpectTemp(const SoundingRecord& record, int level, const TempRow& row) {
   EXPECT_EQ(record.Dewpt(level), row.Dewpt);
 }
 
-void ExpectWind(const SoundingRecord& record, int level, const WindRow& row) {
+void ExpectDerivedWind(const SoundingRecord& record, int level, const WindRow& row) {
   // The profile's height of its pressure; a surface that was changed for a storm moves it.
   EXPECT_NEAR(record.WindHgt(level), row.Height, 0.05 + 0.004 * (row.Height - record.ElevM));
   EXPECT_EQ(record.WindDir(level), row.Dir);
@@ -88,7 +84,7 @@ void ExpectWind(const SoundingRecord& record, int level, const WindRow& row) {
 }
 
 TEST(RealFiles, CountsAndLevels) {
-  for (const Sample& sample : kSamples) {
+  for (const Collected& sample : kCollection) {
     SCOPED_TRACE(sample.File);
     VEXA_REAL_DATA(path, sample.File);
     const Loading loading = LoadSounding({.File = path}, {});
@@ -101,8 +97,8 @@ TEST(RealFiles, CountsAndLevels) {
     EXPECT_EQ(dewpts, sample.Dewpts);
     ExpectTemp(record, 1, sample.First);
     ExpectTemp(record, record.NumTempLevels(), sample.Last);
-    ExpectWind(record, 1, sample.LowestWind);
-    ExpectWind(record, record.NumWindLevels(), sample.HighestWind);
+    ExpectDerivedWind(record, 1, sample.LowestWind);
+    ExpectDerivedWind(record, record.NumWindLevels(), sample.HighestWind);
     EXPECT_FALSE(record.ElevUnknown);
     EXPECT_EQ(record.ElevM, sample.Elevation);
     EXPECT_NEAR(record.LatSigned, sample.LatSigned, 1e-9);

@@ -12,6 +12,7 @@
 #include "core/files.h"
 #include "core/markers.h"
 #include "core/units.h"
+#include "ingest/decoded.h"
 #include "ingest/decoder.h"
 #include "support/soundings.h"
 
@@ -19,10 +20,6 @@ namespace vexa::ingest {
 namespace {
 
 using test::TempRow;
-
-constexpr double FromMs(double speedMs) {
-  return speedMs * kMsToKnot;
-}
 
 SoundingRecord DecodeFile(const std::filesystem::path& path, int index) {
   LoadContext context{.Index = index};
