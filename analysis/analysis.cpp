@@ -5,8 +5,10 @@
 #include "analysis/adiabat_table.h"
 #include "analysis/clouds.h"
 #include "analysis/downdraft.h"
+#include "analysis/effective_layer.h"
 #include "analysis/icing.h"
 #include "analysis/index_table.h"
+#include "analysis/inflow_winds.h"
 #include "analysis/interpolate.h"
 #include "analysis/layers.h"
 #include "analysis/level_listing.h"
@@ -172,8 +174,9 @@ void DropNonsense(AnalysisResults& results) {
   }
   mark(results.Descent.SurfaceTemp, kMissing);
   mark(results.Soaring.TriggerTemp, kMissing);
-  for (LevelPoint* level : {&results.Soaring.ThermalTop, &results.Soaring.PilotLevel,
-                            &results.Soaring.CloudBase, &results.Descent.Source}) {
+  for (LevelPoint* level :
+       {&results.Soaring.ThermalTop, &results.Soaring.PilotLevel, &results.Soaring.CloudBase,
+        &results.Descent.Source, &results.Effective.Base, &results.Effective.Top}) {
     if (!Finite(*level)) *level = {};
   }
 }
@@ -197,6 +200,10 @@ AnalysisResults Analyse(const SoundingRecord& sounding, const AnalysisSettings& 
   results.CapeDepthTopPress = GetPRESS(results.Levels, ground + options.CapeDepthKm * 1000);
   const PressureGrid grid = MakePressureGrid(results.Levels);
   LiftAll(options, grid, &table, results);
+  results.Effective = FindEffectiveLayer(
+      results.Levels, grid, options,
+      results.Lifts[static_cast<std::size_t>(LiftType::MostUnstable)].Forced, table);
+  results.Inflow = FindInflowWinds(sounding, results);
   if (options.Dcape == DcapeMode::Best) progress.Begin("Calculating DCAPE . . .");
   results.Descent = FindDowndraft(results.Levels, grid, options, &table);
   results.Tropopauses = FindTropopauses(results.Levels);
@@ -256,6 +263,7 @@ AnalysisResults Analyse(const SoundingRecord& sounding, const AnalysisSettings& 
 void FollowStormMotion(const SoundingRecord& sounding, const AnalysisSettings& options,
                        AnalysisResults& results) {
   results.Storm = AnalyseStormMotion(sounding, options);
+  results.Inflow = FindInflowWinds(sounding, results);
   results.Indices = ComputeIndices(sounding, results, options);
 }
 

@@ -126,6 +126,8 @@ struct AnalysisResults {
   SoaringResults Soaring{};
 
   StormMotionResults Storm{};
+  EffectiveLayer Effective{};
+  InflowWinds Inflow{};
   std::vector<IndexValue> Indices{};  // in the order of the index table
 
   const ParcelAscent& Ascent(LiftType type) const {

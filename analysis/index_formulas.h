@@ -58,6 +58,52 @@ double Wind200(In& in);
 double Wind500(In& in);
 double Wind850(In& in);
 
+// The air that storms draw in.
+const EffectiveLayer& NeedEffectiveLayer(In& in);  // fails, with the reason, where there is none
+double EffectiveBase(In& in);                      // m above ground
+double EffectiveTop(In& in);
+double EffectiveShear(In& in);  // kt
+double EffectiveHelicity(In& in);
+double HelicityHalfKm(In& in);
+double CriticalAngle(In& in);
+double StreamwiseHalfKm(In& in);
+double StreamwiseKm(In& in);
+double StreamwiseDeep(In& in);
+double EffectiveWind(In& in);
+double CloudWind(In& in);
+double CorfidiUpshear(In& in);
+double CorfidiDownshear(In& in);
+
+// Composites and the energy of the lowest 3 km.
+double TornadoFixed(In& in);
+double TornadoEffective(In& in);
+double SupercellEffective(In& in);
+double SignificantHail(In& in);
+double DerechoComposite(In& in);
+double EnhancedStretching(In& in);
+double EntrainingCape(In& in);
+/// CAPE, J/kg, of an updraft that mixes with air about it and draws in the wind's energy.
+///
+/// dilution  J/kg, what mixing takes; inflowMs storm-relative wind, m/s; depth EL, m above ground
+double EntrainedEnergy(double cape, double dilution, double inflowMs, double depth);
+double LowCapeSurface(In& in);
+double LowCapeMeanLayer(In& in);
+double LowCapeMostUnstable(In& in);
+
+// Lapse rates and moisture of layers.
+double LapseLow(In& in);
+double LapseLowVirtual(In& in);
+double LapseMiddle(In& in);
+double LapseMiddleVirtual(In& in);
+double LapseDeep(In& in);
+double LapseDeepVirtual(In& in);
+double LapseHighVirtual(In& in);
+double MeanMixingRatio(In& in);
+double WaterLowest(In& in);
+double WaterLow(In& in);
+double WaterMiddle(In& in);
+double WaterHigh(In& in);
+
 // Gusts and hail.
 double WetBulbZero(In& in);
 double FirstGust(In& in);

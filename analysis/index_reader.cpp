@@ -75,6 +75,9 @@ double IndexReader::Dewpt(double press) {
 double IndexReader::WetBulb(double press) {
   return Read("Tw", press, Quantity::WetBulb, "C");
 }
+double IndexReader::VirtualTemp(double press) {
+  return Read("Tv", press, Quantity::VirtualTemp, "C");
+}
 double IndexReader::ThetaE(double press) {
   return Read("theta-e", press, Quantity::ThetaE, "K");
 }
@@ -161,21 +164,33 @@ double IndexReader::BrnShear() {
   return Note("BRN shear", results_.Storm.BrnShear, "m2/s2");
 }
 
-double IndexReader::Helicity(double depthKm) {
+const Mover& IndexReader::ChosenMover() {
+  static constexpr Mover kNoMover{};
   const std::optional<Mover>& mover = results_.Storm.Chosen();
-  if (!mover) return Fail("no storm motion: winds below 6 km are missing");
+  if (!mover) {
+    Fail("no storm motion: winds below 6 km are missing");
+    return kNoMover;
+  }
+  if (Keeps()) {
+    Setting("storm motion", results_.Storm.ChosenName());
+    Setting("cyclonic turning is",
+            results_.Storm.RightIsCyclonic ? "positive" : "negative, south of the equator");
+  }
+  return *mover;
+}
+
+double IndexReader::Helicity(double depthKm) {
+  const Mover& mover = ChosenMover();
+  if (Failed()) return 0;
   const auto* const ready = std::ranges::find(kHelicityDepthsKm, depthKm);
   const double helicity =
       ready != kHelicityDepthsKm.end()
-          ? mover->Helicity[static_cast<std::size_t>(ready - kHelicityDepthsKm.begin())]
-          : StormRelativeHelicity(sounding_, sounding_.ElevM, depthKm * 1000, mover->Motion);
+          ? mover.Helicity[static_cast<std::size_t>(ready - kHelicityDepthsKm.begin())]
+          : StormRelativeHelicity(sounding_, sounding_.ElevM, depthKm * 1000, mover.Motion);
   if (NotAvailable(helicity)) {
     return Fail("the winds do not cover 0-" + Mask(depthKm, "#0.#") + " km");
   }
   if (!Keeps()) return helicity;
-  Setting("storm motion", results_.Storm.ChosenName());
-  Setting("cyclonic turning is",
-          results_.Storm.RightIsCyclonic ? "positive" : "negative, south of the equator");
   return Note("helicity 0-" + Mask(depthKm, "#0.#") + " km", helicity, "m2/s2");
 }
 

@@ -28,6 +28,7 @@ class IndexReader {
   double Temp(double press);         // °C, as GetTEMP gives it
   double Dewpt(double press);        // °C
   double WetBulb(double press);      // °C
+  double VirtualTemp(double press);  // °C
   double ThetaE(double press);       // K
   double MixingRatio(double press);  // g/kg
   double Height(double press);       // m above mean sea level; 1000 hPa also below the ground
@@ -37,10 +38,11 @@ class IndexReader {
   double SurfacePress();             // hPa
   Wind SurfaceWind();                // the lowest within 100 m above ground
 
-  double Cape();                      // J/kg, total of the chosen parcel
+  double Cape();  // J/kg, total of the chosen parcel
   double CapeOf(const ParcelAscent& parcel, std::string_view name);  // of any
-  double BrnShear();                  // m²/s²
+  double BrnShear();                                                 // m²/s²
   double Helicity(double depthKm);    // m²/s², relative to the chosen mover
+  const Mover& ChosenMover();         // fails without one
   void NeedWinds(double depth);       // fails where they do not stand for the lowest m of air
   double FreezingHeight();            // m above ground of the lowest with warm air below
   bool FreezesWithWarmBelow() const;  // true where there is such a level

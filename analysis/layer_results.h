@@ -136,6 +136,25 @@ struct Downdraft {
   double SurfaceTemp = kMissing;  // °C with which it arrives
 };
 
+/// Levels next to each other whose air, lifted, has CAPE enough and little CIN: what feeds a storm.
+struct EffectiveLayer {
+  LevelPoint Base{};
+  LevelPoint Top{};
+  bool Exists() const { return Base.Exists(); }
+  bool HasDepth() const { return Exists() && Top.Height > Base.Height; }
+};
+
+/// Winds of the effective layer, of the cloud and of the air about it: kt, components point where
+/// the wind comes from. Empty or kNone where the winds do not reach through the layer.
+struct InflowWinds {
+  double EffectiveHelicity = kNone;            // m²/s², relative to the chosen mover
+  std::optional<WindVector> EffectiveMean{};   // weighted by pressure, as CloudMean is
+  std::optional<WindVector> EffectiveShear{};  // half way up to the EL minus the layer's base
+  std::optional<WindVector> CloudMean{};       // most unstable parcel's LCL to EL
+  std::optional<WindVector> DeepMean{};        // 850-300 hPa
+  std::optional<WindVector> LowMean{};         // 0-1.5 km
+};
+
 /// What falls, and what decides it.
 struct WinterResults {
   std::string_view Precipitation{};   // "SNOW", "ICE PELLETS", …; empty when nothing falls

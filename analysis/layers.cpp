@@ -137,11 +137,11 @@ std::vector<LevelPoint> FindFreezingLevels(const LevelProfile& levels) {
   return found;
 }
 
-double MeanLapseRate(const LevelProfile& levels, double low, double high) {
+double MeanLapseRate(const LevelProfile& levels, double low, double high, Quantity quantity) {
   if (levels.Count() < 2 || high <= low) return kNone;
-  const auto temp = [&levels](double height) -> Sample {
+  const auto temp = [&](double height) -> Sample {
     const double press = GetPRESS(levels, height);
-    return HasHeight(press) ? SampleAt(levels, press, Quantity::Temp) : Sample{};
+    return HasHeight(press) ? SampleAt(levels, press, quantity) : Sample{};
   };
   const Sample below = temp(low);
   const Sample above = temp(high);

@@ -26,9 +26,10 @@ std::vector<Inversion> FindInversions(const LevelProfile& levels,
 /// 0 °C count once.
 std::vector<LevelPoint> FindFreezingLevels(const LevelProfile& levels);
 
-/// Fall of the temperature with height between two heights in m above sea level, C/km; kNone where
-/// the sounding has no temperature at one of them.
-double MeanLapseRate(const LevelProfile& levels, double low, double high);
+/// Fall of the temperature, or of the virtual temperature, with height between two heights in m
+/// above sea level, C/km; kNone where the sounding has none at one of them.
+double MeanLapseRate(const LevelProfile& levels, double low, double high,
+                     Quantity quantity = Quantity::Temp);
 
 /// The well-mixed layer above the ground (parcel method, Seibert et al. 2000): up to where θ passes
 /// the smallest θ of the lowest 25 hPa by 0.5 K; none when it is less than 150 m deep.

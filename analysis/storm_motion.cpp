@@ -18,7 +18,6 @@ constexpr double kLowLayer = 500;          // m
 // What kLayerMeanRule says.
 constexpr double kLatestBegin = 500;  // m above the layer's base
 constexpr double kLeastShare = 0.75;  // of the layer's depth
-constexpr double kWidestGap = 4000;   // m; mandatory levels alone stand 2.7 km apart
 constexpr double kNoShear = 0.01;     // kt
 
 WindVector VectorAt(const SoundingRecord& sounding, int level) {
@@ -87,13 +86,13 @@ class WindsAbove {
  private:
   bool BeginsInTime(double depth) const {
     if (heights_.empty()) return false;
-    const bool isAboveOthers = below_ && heights_.front() - *below_ <= kWidestGap;
+    const bool isAboveOthers = below_ && heights_.front() - *below_ <= kWidestWindGap;
     return isAboveOthers || heights_.front() <= std::min(kLatestBegin, depth + kAtTop);
   }
 
   bool HasNoGap(double depth) const {
     for (std::size_t i = 1; i < heights_.size() && heights_[i - 1] < depth - kAtTop; ++i) {
-      if (heights_[i] - heights_[i - 1] > kWidestGap) return false;
+      if (heights_[i] - heights_[i - 1] > kWidestWindGap) return false;
     }
     return true;
   }

@@ -67,6 +67,10 @@ struct StormMotionResults {
   std::string_view ChosenName() const;  // "right mover", "left mover, entered by hand"
 };
 
+/// Winds further apart than this, in m, are no neighbours; mandatory levels alone stand 2.7 km
+/// apart.
+inline constexpr double kWidestWindGap = 4000;
+
 /// When winds stand for a layer: for its mean wind, its helicity and what is made of them.
 inline constexpr std::string_view kLayerMeanRule =
     "winds from at most 500 m above its base through 3/4 of its depth, no two neighbours more than "

@@ -93,6 +93,40 @@ TEST(IndexTable, OfTheReferenceSounding) {
       {"TConv", 34.66, 0.02},
       {"DensityAlt", 991, 2},
       {"LCL Hgt", 1531, 1},
+      {"Eff Base", 0, 0},
+      {"Eff Top", 2219.4, 0.5},
+      {"EBWD", 55.34, 0.02},
+      {"s-rH 500m", 89.4, 0.1},
+      {"s-rH Eff", 258.9, 0.2},
+      {"STP fixed", 2.785, 0.003},
+      {"STP cin", 1.886, 0.003},
+      {"SCP eff", 6.812, 0.01},
+      {"SHIP", 2.902, 0.005},
+      {"Crit Angle", 92.36, 0.02},
+      {"Streamw500", 94.94, 0.02},
+      {"Streamw1km", 95.57, 0.02},
+      {"Streamw3km", 92.79, 0.02},
+      {"0-3 km LR", 7.008, 2e-3},
+      {"3-6 km LR", 7.853, 2e-3},
+      {"850-500 LR", 7.207, 2e-3},
+      {"0-3 km VLR", 7.636, 2e-3},
+      {"3-6 km VLR", 8.038, 2e-3},
+      {"850-500VLR", 7.609, 3e-3},
+      {"700-500VLR", 8.103, 3e-3},
+      {"Corfidi Up", 38.53, 0.05},
+      {"Corfidi Dn", 81.31, 0.05},
+      {"Eff Wind", 27.41, 0.05},
+      {"LCL-EL Wnd", 46.12, 0.05},
+      {"DCP", 12.37, 0.05},
+      {"ECAPE", 3104, 6},
+      {"3CAPE sfc", 12.17, 0.02},
+      {"3CAPE ML", 5.34, 0.02},
+      {"3CAPE MU", 12.17, 0.02},
+      {"Mean w", 13.551, 2e-3},
+      {"PW sfc-850", 1.621, 1e-3},
+      {"PW 850-700", 0.957, 1e-3},
+      {"PW 700-500", 0.547, 1e-3},
+      {"PW 500-300", 0.0953, 5e-4},
   };
   const SoundingRecord sounding = test::ReferenceConvective();
   for (const Case& c : cases) {
@@ -201,9 +235,9 @@ TEST(IndexTable, ValuesCutByTheEndOfTheDataSaySo) {
   }
   const AnalysisResults full = Analyse(whole, {});
   const AnalysisResults results = Analyse(cut, {});
-  const std::set<std::string_view> bounds = {"CAPE total", "CAPE+ only", "BRN",       "Craven",
-                                             "Supercell",  "EHI 0-xkm",  "VGP 0-xkm", "MVV",
-                                             "WMSI",       "cclEL Hgt",  "lfcEL Hgt"};
+  const std::set<std::string_view> bounds = {
+      "CAPE total", "CAPE+ only", "BRN",       "Craven",    "Supercell", "EHI 0-xkm", "VGP 0-xkm",
+      "MVV",        "WMSI",       "cclEL Hgt", "lfcEL Hgt", "STP fixed", "SHIP",      "DCP"};
   for (std::size_t i = 0; i < results.Indices.size(); ++i) {
     const IndexValue& index = results.Indices[i];
     SCOPED_TRACE(index.Row->Label);

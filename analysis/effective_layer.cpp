@@ -1,0 +1,144 @@
+#include "analysis/effective_layer.h"
+
+#include <algorithm>
+#include <array>
+
+#include "analysis/adiabat_table.h"
+#include "analysis/moist_air.h"
+#include "core/units.h"
+
+namespace vexa::analysis {
+namespace {
+
+constexpr double kApart = 5;  // hPa between the levels that are tried
+constexpr int kSpan = 48;     // hPa of an ascent at a time: most are decided in a few spans
+
+// Lifts a level by whole hPa only until it is known whether it feeds a storm: the sums are those of
+// ParcelLifter, from the start up to where one of them passes its limit.
+class InflowTest {
+ public:
+  InflowTest(const LevelProfile& levels, const PressureGrid& grid, const AnalysisSettings& options,
+             AdiabatTable& table)
+      : levels_(levels),
+        grid_(grid),
+        over_(options.Saturation),
+        virtual_(options.CapeTempBase == TempBase::Virtual),
+        table_(table) {}
+
+  bool Feeds(int level) {
+    Begin(level);
+    for (int bottom = first_; bottom >= grid_.Top; bottom -= kSpan) {
+      const int top = std::max(bottom - kSpan + 1, grid_.Top);
+      FillSpan(bottom, top);
+      for (int press = bottom; press >= top; --press) {
+        Take(press, parcel_[static_cast<std::size_t>(bottom - press)]);
+        if (cin_ < kFeedingCin) return false;
+        if (cape_ >= kFeedingCape) return true;
+      }
+    }
+    return false;
+  }
+
+ private:
+  void Begin(int level) {
+    const double press = levels_.Press(level);
+    const double temp = levels_.Temp(level);
+    theta_ = levels_.Theta(level);
+    thetaE_ = levels_.ThetaE(level);
+    mixing_ = levels_.MixingRatio(level);
+    condensation_ = LclPressure(press, temp, Condense(temp, std::min(levels_.Dewpt(level), temp)));
+    first_ = static_cast<int>(std::min<double>(press, grid_.Bottom));
+    cape_ = 0;
+    cin_ = 0;
+  }
+
+  // The parcel's temperatures, dry below its condensation level and saturated above.
+  void FillSpan(int bottom, int top) {
+    const WholePressures& whole = WholeHpa();
+    int press = bottom;
+    for (; press >= top && press > condensation_; --press) {
+      const double temp = theta_ * whole.Poisson[GridIndex(press)] - kKelvinOffset;
+      parcel_[static_cast<std::size_t>(bottom - press)] =
+          virtual_ ? VirtualTemp(temp, mixing_) : temp;
+    }
+    if (press < top) return;
+    const auto dry = static_cast<std::size_t>(bottom - press);
+    table_.Blend(thetaE_, over_, press, top, (virtual_ ? bulb_ : parcel_).data() + dry,
+                 virtual_ ? parcel_.data() + dry : nullptr);
+  }
+
+  void Take(int press, double parcel) {
+    const std::vector<double>& environment = virtual_ ? grid_.VirtualTemp : grid_.Temp;
+    const double difference = parcel - environment[static_cast<std::size_t>(grid_.Bottom - press)];
+    const double log = WholeHpa().Log[GridIndex(press)];
+    if (press < first_) {
+      const double energy = kDryGasConstant * (difference_ + difference) / 2 * (log_ - log);
+      if (energy < 0) {
+        cin_ += energy;
+      } else if (press < condensation_) {
+        cape_ += energy;
+      }
+    }
+    difference_ = difference;
+    log_ = log;
+  }
+
+  const LevelProfile& levels_;
+  const PressureGrid& grid_;
+  SaturationOver over_;
+  bool virtual_;
+  AdiabatTable& table_;
+  std::array<double, kSpan> parcel_{};  // °C, virtual where the base is
+  std::array<double, kSpan> bulb_{};    // °C
+  double theta_ = 0, thetaE_ = 0, mixing_ = 0, condensation_ = 0;
+  int first_ = 0;
+  double cape_ = 0, cin_ = 0, difference_ = 0, log_ = 0;
+};
+
+// Levels whose air can be lifted, from below.
+std::vector<int> LiftableLevels(const LevelProfile& levels, const PressureGrid& grid) {
+  std::vector<int> liftable;
+  for (int i = 1; i <= levels.Count() && levels.Press(i) >= grid.Top; ++i) {
+    if (NotAvailable(levels.ThetaE(i)) || !(levels.ThetaE(i) > 0) || !(levels.Theta(i) > 0))
+      continue;
+    liftable.push_back(i);
+  }
+  return liftable;
+}
+
+}  // namespace
+
+EffectiveLayer FindEffectiveLayer(const LevelProfile& levels, const PressureGrid& grid,
+                                  const AnalysisSettings& options, const ParcelAscent& mostUnstable,
+                                  AdiabatTable& table) {
+  if (grid.Empty() || mostUnstable.CapeTotal < kFeedingCape) return {};
+  const std::vector<int> liftable = LiftableLevels(levels, grid);
+  InflowTest test(levels, grid, options, table);
+  const double lowest = levels.Press(1) - options.SearchDepth;
+  const auto pressOf = [&](std::size_t i) { return levels.Press(liftable[i]); };
+  // The first of the levels from one on that answers so, tried in steps; the count for none.
+  const auto firstThat = [&](bool feeds, std::size_t from, double highest) {
+    std::size_t before = from;  // the last that answered otherwise
+    for (std::size_t i = from; i < liftable.size() && pressOf(i) >= highest; ++i) {
+      if (i > from && i + 1 < liftable.size() && pressOf(before) - pressOf(i) < kApart) continue;
+      if (test.Feeds(liftable[i]) != feeds) {
+        before = i;
+        continue;
+      }
+      if (i == from) return i;
+      std::size_t found = i;
+      while (found - before > 1) {
+        const std::size_t middle = before + (found - before) / 2;
+        (test.Feeds(liftable[middle]) == feeds ? found : before) = middle;
+      }
+      return found;
+    }
+    return liftable.size();
+  };
+  const std::size_t base = firstThat(true, 0, lowest);
+  if (base == liftable.size()) return {};
+  const std::size_t end = firstThat(false, base, 0);
+  return {PointOf(levels, liftable[base]), PointOf(levels, liftable[end - 1])};
+}
+
+}  // namespace vexa::analysis
