@@ -22,6 +22,7 @@ constexpr ArgumentRow kAnalyzeOptions[] = {
      "tell how an index came about, by its label: KI, SWEAT; may be repeated"},
     {"--trace-liftsat", "", "FILE",
      "write the steps of the saturated-adiabat search for each level's wet bulb"},
+    kShardOption,
     kRootOption,
     kSoundingOption,
     kSetOption,

@@ -4,6 +4,7 @@
 #include <system_error>
 #include <vector>
 
+#include "archive/shard.h"
 #include "cli/commands.h"
 #include "core/files.h"
 #include "core/folders.h"
@@ -21,7 +22,7 @@ namespace {
 const Command* const kCommands[] = {
     &kPlotCommand,  &kAnalyzeCommand, &kConvertCommand, &kSettingsCommand, &kCheckCommand,
     &kFetchCommand, &kExportCommand,  &kListCommand,    &kReportCommand,   &kPrintCommand,
-    &kWavesCommand, &kFrontsCommand,  &kSectionCommand, &kForecastCommand};
+    &kWavesCommand, &kFrontsCommand,  &kSectionCommand, &kForecastCommand, &kArchiveCommand};
 
 constexpr CommandForm kProgram = {
     .Name = "vexa-cli",
@@ -58,6 +59,38 @@ int TakeFolders(Arguments& arguments, Console& console) {
   }
   arguments.Files = std::move(files);
   return exitCode;
+}
+
+// The lines of a file that is named as "@FILE" in place of it; a file whose name begins so is one.
+std::optional<Fault> TakeLists(Arguments& arguments) {
+  std::vector<std::string> files;
+  for (std::string& given : arguments.Files) {
+    std::error_code failed;
+    if (!given.starts_with('@') || std::filesystem::exists(PathFromText(given), failed)) {
+      files.push_back(std::move(given));
+      continue;
+    }
+    Outcome<std::string> list = ReadFile(PathFromText(given.substr(1)));
+    if (!list) {
+      return Fault{list.Error().Number, "TakeLists", FaultLine(given, list.Error()), given};
+    }
+    const SourceText lines(given, std::move(list.Value()));
+    for (int line = 1; line <= lines.LineCount(); ++line) {
+      if (!Trim(lines.Line(line)).empty()) files.emplace_back(Trim(lines.Line(line)));
+    }
+  }
+  arguments.Files = std::move(files);
+  return std::nullopt;
+}
+
+// Of the files those of the share that --shard names. What is wrong with it.
+std::optional<std::string> TakeShare(Arguments& arguments) {
+  const std::optional<std::string> text = arguments.Value(kShardOption.Name);
+  if (!text) return std::nullopt;
+  const std::optional<archive::Shard> share = archive::ParseShard(*text);
+  if (!share) return "--shard is I/N with I from 1 to N, not \"" + *text + '"';
+  std::erase_if(arguments.Files, [&](const std::string& file) { return !share->Holds(file); });
+  return std::nullopt;
 }
 
 }  // namespace
@@ -121,7 +154,15 @@ int RunCommandLine(std::span<const std::string> words, Console& console) {
     return kExitUsage;
   }
   if (read.Wrong) return UsageError(console, **command, read.Wrong->Detail);
-  const int exitCode = (*command)->TakesFolders ? TakeFolders(read.Given, console) : int{kExitOk};
+  if (const auto fault = TakeLists(read.Given)) {
+    console.Err("vexa-cli: " + fault->File + ": " + fault->Detail + "\n");
+    return kExitInputFailed;
+  }
+  int exitCode = kExitOk;
+  if ((*command)->TakesFolders) {
+    exitCode = TakeFolders(read.Given, console);
+    if (const auto wrong = TakeShare(read.Given)) return UsageError(console, **command, *wrong);
+  }
   if (read.Given.Files.empty() && exitCode != kExitOk) return exitCode;
   return std::max(exitCode, (*command)->Run(read.Given, console));
 }

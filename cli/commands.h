@@ -37,12 +37,17 @@ extern const Command kWavesCommand;
 extern const Command kFrontsCommand;
 extern const Command kSectionCommand;
 extern const Command kForecastCommand;
+extern const Command kArchiveCommand;
 
 /// The station list of the program root, else the shipped one; read once.
 const StationList& Stations();
 
 inline constexpr ArgumentRow kSoundingOption = {
     "--sounding", "-n", "N", "which sounding of a file, 1 without it", {}, 1, 99999};
+
+/// Of commands that take folders: for several processes or machines.
+inline constexpr ArgumentRow kShardOption = {
+    "--shard", "", "I/N", "of the files only the Ith of N equal shares, by their names"};
 
 /// The number of --sounding, counted from 0.
 int SoundingIndex(const Arguments& arguments);

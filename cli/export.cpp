@@ -19,6 +19,7 @@ constexpr ArgumentRow kExportOptions[] = {
     {"--jobs", "-j", "N", "threads that read and compute, 1 without it", {}, 1, 256},
     {"--range", "", "NNNN-NNNN", "of the files only these, counted from 0001"},
     {"--json", "", "", "tells what was done as JSON"},
+    kShardOption,
     kSoundingOption,
     kRootOption,
     kSetOption,

@@ -5,8 +5,8 @@
 
 namespace vexa {
 
-SourceText::SourceText(std::string name, std::string bytes)
-    : name_(std::move(name)), bytes_(std::move(bytes)) {
+SourceText::SourceText(std::string name, std::string bytes, int linesBefore)
+    : name_(std::move(name)), bytes_(std::move(bytes)), linesBefore_(linesBefore) {
   constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
   if (bytes_.starts_with(kByteOrderMark)) bytes_.erase(0, kByteOrderMark.size());
   for (std::size_t begin = 0; begin < bytes_.size();) {

@@ -16,7 +16,9 @@ class SourceText {
  public:
   SourceText() = default;
   /// Cuts at LF, CR LF and CR CR LF; the last line may lack its end. A byte-order mark is dropped.
-  SourceText(std::string name, std::string bytes);
+  ///
+  /// linesBefore  of the file ahead of these bytes, where they are a piece of it
+  SourceText(std::string name, std::string bytes, int linesBefore = 0);
   /// The texts of an archive, which has none of its own.
   SourceText(std::string name, std::vector<SourceText> members);
 

@@ -126,6 +126,11 @@ std::vector<int> HeldBy(const SourceText& archive) {
 
 }  // namespace
 
+bool ReadsOn(const SourceText& text, const SourceText& next) {
+  const Decoder* decoder = FindDecoder(next);
+  return decoder != nullptr && ReadsOn(FindDecoder(text), text, *decoder, next);
+}
+
 SourceText MakeArchive(const std::string& name, std::vector<SourceText> texts,
                        std::vector<std::string>& notes) {
   std::vector<SourceText> known, parts;

@@ -17,6 +17,9 @@ namespace vexa::ingest {
 SourceText MakeArchive(const std::string& name, std::vector<SourceText> texts,
                        std::vector<std::string>& notes);
 
+/// Whether the texts of two files, the second behind the first in an archive, make one text.
+bool ReadsOn(const SourceText& text, const SourceText& next);
+
 /// Where one sounding of a source stands: its text, and which of that text's soundings it is.
 struct SoundingPlace {
   const SourceText* Text = nullptr;

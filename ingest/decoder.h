@@ -71,6 +71,7 @@ struct Decoder {
   /// together in one file.
   std::vector<int> (*Beginnings)(const SourceText& source) = nullptr;
   bool IsInParts = false;  // an ascent may be spread over several files, which read on as one text
+  bool IsSeries = false;   // each sounding stands by itself: a long file can be read in pieces
 };
 
 std::span<const Decoder> Decoders();

@@ -1,9 +1,12 @@
 #include "sounding/sounding_source.h"
 
 #include <optional>
+#include <system_error>
 #include <utility>
 
 #include "core/data_checks.h"
+#include "core/files.h"
+#include "core/numbers.h"
 #include "ingest/decoder.h"
 #include "ingest/native.h"
 
@@ -14,6 +17,7 @@ struct SoundingSource::Opened {
   Source From{};
   std::vector<std::string> Notes{};
   ingest::LoadContext Context{};  // with what was found out about the text
+  std::optional<int> Only{};      // the sounding that was named, from 0
 };
 
 namespace {
@@ -30,9 +34,28 @@ Outcome<SourceText> Guarding(Read read) {
   return std::move(*text);
 }
 
+// "FILE#3", where there is no file of this very name.
+std::optional<Source> NamedSounding(const std::filesystem::path& file) {
+  std::error_code failed;
+  if (std::filesystem::exists(file, failed)) return std::nullopt;
+  const std::string name = TextFromPath(file);
+  const std::size_t mark = name.rfind('#');
+  if (mark == std::string::npos || mark == 0) return std::nullopt;
+  const std::optional<int> number = ParseWhole(std::string_view(name).substr(mark + 1));
+  Source source{.File = PathFromText(std::string_view(name).substr(0, mark))};
+  if (!number || *number < 1 || !std::filesystem::exists(source.File, failed)) return std::nullopt;
+  source.Index = *number - 1;
+  return source;
+}
+
 }  // namespace
 
 Outcome<SoundingSource> SoundingSource::Open(const std::filesystem::path& file) {
+  if (const std::optional<Source> named = NamedSounding(file)) {
+    Outcome<SoundingSource> source = Open(named->File);
+    if (source) source.Value().opened_->Only = named->Index;
+    return source;
+  }
   const std::optional<FileStamp> stamp = StampOf(file);  // of what is read, not of what comes after
   std::vector<std::string> notes;
   Outcome<SourceText> text = Guarding([&] { return ingest::ReadSource(file, notes); });
@@ -69,10 +92,18 @@ void SoundingSource::SetWrittenOn(const std::optional<std::chrono::sys_days>& da
 }
 
 std::vector<ingest::SourceEntry> SoundingSource::List() const {
-  return ingest::ListSoundings(opened_->Text);
+  std::vector<ingest::SourceEntry> all = ingest::ListSoundings(opened_->Text);
+  if (!opened_->Only) return all;
+  const auto only = static_cast<std::size_t>(*opened_->Only);
+  if (only >= all.size()) return {};
+  return {std::move(all[only])};
 }
 
-Loading SoundingSource::Load(int index, const LoadPolicy& policy) {
+Loading SoundingSource::Load(int given, const LoadPolicy& policy) {
+  if (opened_->Only && given != 0) {
+    return {.Failed = Fault{kFaultEndOfFile, "LoadSounding", "one sounding was named by #"}};
+  }
+  const int index = opened_->Only.value_or(given);
   ingest::LoadContext& context = opened_->Context;
   context.Ask = policy.Ask;
   context.Stations = policy.Stations;
@@ -86,7 +117,7 @@ Loading SoundingSource::Load(int index, const LoadPolicy& policy) {
   const bool keeps =
       !fault || (fault->Number != kFaultTooFewLevels && ingest::IsNative(opened_->Text) &&
                  sounding.Record.NumTempLevels() > 1);
-  Loading loading{.Failed = std::move(fault), .Count = context.Count};
+  Loading loading{.Failed = std::move(fault), .Count = opened_->Only ? 1 : context.Count};
   if (keeps) {
     sounding.Notes = std::move(context.Notes);
     sounding.Finding = CheckRecord(sounding.Record);

@@ -18,7 +18,7 @@ namespace vexa {
 
 class SoundingSource {
  public:
-  /// Faults as ingest::ReadSource.
+  /// A file, or a sounding of it alone by the name FILE#3. Faults as ingest::ReadSource.
   static Outcome<SoundingSource> Open(const std::filesystem::path& file);
   /// Of bytes that came by another way, under a name of their own.
   static Outcome<SoundingSource> Open(const std::string& name, std::string bytes);

@@ -36,6 +36,7 @@ const std::map<std::string, std::vector<std::string>> kBuildsOn = {
     {"output", {"diagram", "mountainwave"}},
     {"output/paint", {"picture"}},
     {"sounding", {"ingest", "analysis"}},
+    {"archive", {"sounding", "config"}},
     {"forecast", {"sounding", "fronts", "map", "diagram"}},  // what it is made of, and its maps
     {"program",
      {"sounding", "download", "hodograph", "fronts", "display", "output", "crosssection", "map",
@@ -43,7 +44,7 @@ const std::map<std::string, std::vector<std::string>> kBuildsOn = {
     {"report", {"program"}},
     {"engine", {"report"}},
     {"app", {"program", "output/paint", "download/net", "report"}},
-    {"cli", {"program", "report"}},
+    {"cli", {"program", "report", "archive"}},
     {"cli/qt", {"cli", "output/paint", "download/net"}},
 };
 

@@ -1,0 +1,117 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+
+#include "cli/run_words.h"
+#include "core/files.h"
+#include "support/soundings.h"
+
+namespace vexa::cli {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::size_t LinesIn(const std::string& text) {
+  return static_cast<std::size_t>(std::ranges::count(text, '\n'));
+}
+
+class ArchiveCommand : public testing::Test {
+ protected:
+  std::string At(const std::string& name) const { return TextFromPath(folder_.Path() / name); }
+  static std::string Data(const std::string& name) { return TextFromPath(test::TestData(name)); }
+
+ private:
+  test::TemporaryFolder folder_;
+};
+
+// What is kept is what `analyze` tells of the same sounding.
+TEST_F(ArchiveCommand, AnswersAsAnalyzeDoes) {
+  const std::string igra = Data("igra_station.txt"), fsl = Data("fsl_two.fsl");
+  const Ran added = RunWords({"archive", "add", At("c"), igra, fsl});
+  EXPECT_EQ(added.Exit, kExitOk) << added.Err;
+  EXPECT_EQ(
+      added.Out,
+      "4 soundings entered from 2 files, 0 files unchanged, 0 refused, 0 doubtful, 0 files with "
+      "a fault\n");
+  const Ran list = RunWords(
+      {"archive", "query", At("c"), "format = 'FSL'", "--format", "list", "--sort", "time"});
+  EXPECT_EQ(list.Out, fsl + "#1\n" + fsl + "#2\n");
+  std::ofstream(At("list")) << list.Out;
+
+  const Ran all = RunWords({"analyze", "@" + At("list"), "--format", "csv"});
+  EXPECT_EQ(all.Exit, kExitOk) << all.Err;
+  const std::string second = RunWords({"analyze", fsl, "-n", "2", "--format", "csv"}).Out;
+  const auto rowOf = [](const std::string& csv) {
+    const std::string row = csv.substr(0, csv.size() - 1);
+    return row.substr(row.find(',', row.rfind('\n')));  // without the file's name
+  };
+  EXPECT_EQ(rowOf(all.Out), rowOf(second));
+  EXPECT_EQ(LinesIn(all.Out), 3U);
+
+  const Ran asked = RunWords({"archive", "query", At("c"), "time > '1998-02-04'", "--columns",
+                              "sounding,KI,TT", "--format", "csv", "--most", "1"});
+  EXPECT_EQ(asked.Exit, kExitOk) << asked.Err;
+  EXPECT_EQ(asked.Out.substr(0, asked.Out.find('\n')), "sounding,KI (C),TT (C)");
+  const Ran json = RunWords({"archive", "query", At("c"), "month=2", "--format", "json"});
+  EXPECT_EQ(json.Out.substr(0, 2), "[\n");
+  EXPECT_EQ(json.Out.substr(json.Out.size() - 3), "\n]\n");
+  EXPECT_EQ(RunWords({"archive", "check", At("c"), "--files"}).Out,
+            "4 soundings of 2 files, 0 refused, 0 files with a fault; the catalogue is sound\n");
+}
+
+TEST_F(ArchiveCommand, OneSoundingOfAFileIsNamed) {
+  const std::string fsl = Data("fsl_two.fsl");
+  const Ran third = RunWords({"analyze", fsl + "#3"});
+  EXPECT_EQ(third.Exit, kExitInputFailed);
+  EXPECT_NE(third.Err.find("#3"), std::string::npos);
+  EXPECT_EQ(RunWords({"analyze", fsl + "#0"}).Exit, kExitInputFailed);
+  EXPECT_EQ(RunWords({"list", fsl + "#2"}).Out, RunWords({"list", fsl, "-n", "2"}).Out);
+  EXPECT_EQ(RunWords({"analyze", "@" + At("none")}).Exit, kExitInputFailed);
+}
+
+TEST_F(ArchiveCommand, SharesAreAllOfIt) {
+  const std::string folder = TextFromPath(test::SourceFolder() / "examples");
+  const std::string whole = RunWords({"analyze", folder, "--format", "csv"}).Out;
+  const std::string head = whole.substr(0, whole.find('\n') + 1);
+  std::vector<std::string> rows;
+  for (const char* share : {"1/3", "2/3", "3/3"}) {
+    const Ran part = RunWords({"analyze", folder, "--format", "csv", "--shard", share});
+    EXPECT_EQ(part.Out.substr(0, head.size()), head);
+    std::string rest = part.Out.substr(head.size());
+    for (std::size_t end; (end = rest.find('\n')) != std::string::npos; rest.erase(0, end + 1)) {
+      rows.push_back(rest.substr(0, end + 1));
+    }
+  }
+  std::ranges::sort(rows);
+  std::string all = head;
+  for (const std::string& row : rows) all += row;
+  EXPECT_EQ(all, whole);
+  EXPECT_EQ(RunWords({"analyze", folder, "--shard", "4/3"}).Exit, kExitUsage);
+}
+
+TEST_F(ArchiveCommand, WrongWordsAreRefused) {
+  const struct {
+    std::vector<std::string> Words;
+    const char* Reason;
+  } cases[] = {
+      {{"archive", "ad", "c"}, "did you mean add?"},
+      {{"archive", "add"}, "archive add wants a catalogue"},
+      {{"archive", "add", "c"}, "wants a file behind the catalogue"},
+      {{"archive", "check", "c", "x"}, "takes nothing behind the catalogue"},
+      {{"archive", "check", "c", "--sort", "KI"}, "archive check takes no --sort"},
+      {{"archive", "query", "c", "KI >"}, "character 5: a column"},
+      {{"archive", "query", "c", "--columns", "KJ"}, "there is no column \"KJ\"; did you mean KI?"},
+  };
+  for (const auto& [words, reason] : cases) {
+    const Ran ran = RunWords(words);
+    EXPECT_EQ(ran.Exit, kExitUsage) << reason;
+    EXPECT_NE(ran.Err.find(reason), std::string::npos) << ran.Err;
+  }
+  EXPECT_EQ(RunWords({"archive", "query", At("none")}).Err,
+            "vexa-cli: " + At("none") + ": there is no such catalogue\n");
+}
+
+}  // namespace
+}  // namespace vexa::cli
