@@ -80,10 +80,14 @@ void DrawMarkInside(Plot& plot, const Mark& mark, LabelRoom& room) {
   const Point wanted{frame.Right - 190 - kGap, mark.PlacedY};
   for (const std::string& text : {mark.Text, mark.Short}) {
     if (text.empty() || TextWidth(text, kMarkText) > frame.Width() - 4 * kGap) continue;
-    const std::optional<Point> place = TakePlaceNear(room, wanted, text, kMarkText, AnchorX::Right);
+    const LeaderOf leader{.From = {frame.Right - 60, mark.Y}, .Gap = kGap};
+    const std::optional<Point> place =
+        TakePlaceNear(room, wanted, text, kMarkText, AnchorX::Right, leader);
     if (!place) continue;
     if (std::abs(place->Y - mark.Y) > kMarkGap / 3 || place->X < wanted.X) {
-      DrawMarkLeader(plot, mark, frame.Right - 60, {place->X + kGap, place->Y});
+      const Point to{place->X + kGap, place->Y};
+      DrawMarkLeader(plot, mark, leader.From.X, to);
+      room.TakeLeader(leader.From, to);
     }
     DrawTextOver(plot, mark.Tag, *place, text, mark.Ink, kMarkText, AnchorX::Right);
     return;
@@ -145,9 +149,9 @@ void DrawFronts(Plot& plot) {
       plot.Page.AddHotSpot({{x - 80, *y - 20, frame.Right, *baseY + 20}, "front", front.Info});
     }
     if (!front.IsFront) continue;
-    const double reach = plot.Where.Find("marks") != nullptr ? 900 : 150;
-    DrawSegment(plot.Page, "front", {frame.Right - reach, *y}, {frame.Right, *y},
-                {ink, 26, LineStyle::Solid});
+    const double reach = plot.Where.Find("marks") != nullptr ? 900 : kTickReach;
+    DrawBesideTexts(plot, "front", {{frame.Right - reach, *y}, {frame.Right, *y}},
+                    {ink, 26, LineStyle::Solid});
     plot.Marks.Add({*y,
                     std::string(front.Cold ? "Cold" : "Warm") + " Front " +
                         Mask(FeetFromMeters(ShownHeight(plot, front.Height)), "####0") + " ft ",
@@ -181,7 +185,7 @@ void DrawParcelLevels(Plot& plot) {
     if (!level.Exists() || !plot.InRange(level.Press)) return;
     const std::optional<double> y = RightEdgeY(plot.At, level.Press);
     if (!y) return;
-    DrawSegment(plot.Page, "parcel level", {frame.Right - 150, *y}, {frame.Right, *y},
+    DrawSegment(plot.Page, "parcel level", {frame.Right - kTickReach, *y}, {frame.Right, *y},
                 {plot.Inks.ParcelMark, 20, LineStyle::Solid});
     plot.Marks.Add({*y,
                     std::string(name) + (isCut ? " above " : " ") + Mask(level.Press, "###0") +

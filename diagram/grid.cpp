@@ -134,11 +134,12 @@ void LabelIsotherm(Plot& plot, double temp, TempUnits units, double y, bool top,
   const Rect& frame = plot.At.Frame();
   const std::optional<double> x =
       CrossingX(IsothermLine(plot.At, temp), top ? frame.Top + 1 : frame.Bottom);
-  // The head of the height scale stands beside the upper labels.
-  const double right = frame.Right + 1 - (top ? 20 * kUnitsPerPixel : 0);
-  if (!x || *x < frame.Left - 1 || *x > right) return;
   const std::string text = Mask(ShownIn(temp, units), "###0");
   const double size = top ? kSmallText : kAxisText;
+  // The unit of pressures and the head of the height scale stand beside the upper labels.
+  const double left = frame.Left - 1 + (top ? TextWidth(text, size) / 2 : 0);
+  const double right = frame.Right + 1 - (top ? 20 * kUnitsPerPixel : 0);
+  if (!x || *x < left || *x > right) return;
   if (!labels.TakesPlace(*x, text, size)) return;
   DrawText(plot.Page, "temperature label", {*x, y}, text, plot.Inks.Ink, size, AnchorX::Center);
 }
@@ -372,7 +373,9 @@ void DrawMixingRatioLabels(Plot& plot) {
   const bool tephigram = plot.At.Type() == DiagramType::Tephigram;
   const Color ink = LegibleColor(plot.Inks, set.WetColor);
   const double low = MixingLabelY(plot);
-  const Rect inside{frame.Left + 80, frame.Top + 200, frame.Right - 80, frame.Bottom};
+  // The ticks of the marks stand at the right edge.
+  const double beforeTicks = frame.Right - kTickReach - kSmallText;
+  const Rect inside{frame.Left + 80, frame.Top + 200, beforeTicks, frame.Bottom};
   const std::span<const double> values = MixingRatiosOf(plot);
   for (std::size_t i = 0; i < values.size(); ++i) {
     const double value = values[i];
@@ -381,7 +384,7 @@ void DrawMixingRatioLabels(Plot& plot) {
         value < 1 || value != std::floor(value) ? Mask(value, "0.0#") : Mask(value, "#0");
     if (!tephigram) {
       const std::optional<double> x = CrossingX(line, low);
-      if (x) DrawGridLabel(plot, "mixing ratio label", {*x, low}, text, ink);
+      if (x && *x < beforeTicks) DrawGridLabel(plot, "mixing ratio label", {*x, low}, text, ink);
       continue;
     }
     const std::vector<std::vector<Point>> pieces = ClipPolyline(line, inside);

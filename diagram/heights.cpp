@@ -87,7 +87,7 @@ void DrawHorizontal(Plot& plot, std::string_view tag, double press, const Pen& p
   const double edge = room.Right;
   room.Right -= plot.Where.MarkRoom;
   for (std::vector<Point>& piece : ClipPolyline(Isobar(plot.At, press), room)) {
-    plot.Page.Add(tag, Polyline{.Points = std::move(piece), .Stroke = pen});
+    DrawBesideTexts(plot, tag, piece, pen);
   }
   const std::optional<double> y = RightEdgeY(plot.At, press);
   if (!y) return;

@@ -1,11 +1,15 @@
 #include "diagram/label_places.h"
-#include "picture/text_width.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <functional>
+#include <iterator>
 #include <variant>
 #include <vector>
+
+#include "picture/clip.h"
+#include "picture/text_width.h"
 
 namespace vexa::diagram {
 namespace {
@@ -52,13 +56,17 @@ std::vector<Shift> Shifts() {
 
 namespace {
 
+// What a place has to be beside free.
+using IsGood = std::function<bool(Point at, const Rect& place)>;
+
 std::optional<Point> TakeOneOf(const std::vector<Shift>& shifts, LabelRoom& room, Point wanted,
-                               std::string_view text, double size, AnchorX across, bool overLines) {
+                               std::string_view text, double size, AnchorX across,
+                               const IsGood& isGood) {
   const double inward = across == AnchorX::Right ? -1 : 1;
   for (const Shift& shift : shifts) {
     const Point at{wanted.X + inward * shift.In, wanted.Y + shift.Down};
     const Rect place = TextPlace(at, text, size, across);
-    if (!room.IsFree(place) || (!overLines && !room.IsOffLines(place))) continue;
+    if (!room.IsFree(place) || !isGood(at, place)) continue;
     room.Take(place);
     return at;
   }
@@ -93,20 +101,49 @@ LabelRoom RoomOn(const Plot& plot) {
   return room;
 }
 
+void DrawBesideTexts(Plot& plot, std::string_view tag, const std::vector<Point>& line,
+                     const Pen& pen) {
+  constexpr double kGap = 2 * kUnitsPerPixel;
+  std::vector<std::vector<Point>> pieces = {line};
+  for (const Item& item : plot.Page.Items()) {
+    const auto* label = std::get_if<Label>(&item.Shape);
+    if (label == nullptr || !plot.At.Frame().Contains(label->At)) continue;
+    const Rect text = TextPlace(label->At, label->Text, label->Size, label->Across);
+    const Rect hole{text.Left - kGap, text.Top, text.Right + kGap, text.Bottom};
+    std::vector<std::vector<Point>> left;
+    for (const std::vector<Point>& piece : pieces) {
+      std::ranges::move(CutOut(piece, hole), std::back_inserter(left));
+    }
+    pieces = std::move(left);
+  }
+  for (std::vector<Point>& piece : pieces) {
+    plot.Page.Add(tag, Polyline{.Points = std::move(piece), .Stroke = pen});
+  }
+}
+
 std::optional<Point> TakePlace(LabelRoom& room, Point wanted, std::string_view text, double size,
                                AnchorX across) {
   for (const bool overLines : {false, true}) {
-    if (const auto at = TakeOneOf(Shifts(), room, wanted, text, size, across, overLines)) return at;
+    const auto isGood = [&](Point, const Rect& place) {
+      return overLines || room.IsOffLines(place);
+    };
+    const auto at = TakeOneOf(Shifts(), room, wanted, text, size, across, isGood);
+    if (at) return at;
   }
   return std::nullopt;
 }
 
 std::optional<Point> TakePlaceNear(LabelRoom& room, Point wanted, std::string_view text,
-                                   double size, AnchorX across) {
+                                   double size, AnchorX across, std::optional<LeaderOf> leader) {
   constexpr double kNear = 600;
   std::vector<Shift> near = Shifts();
   std::erase_if(near, [](const Shift& shift) { return shift.In > kNear; });
-  return TakeOneOf(near, room, wanted, text, size, across, false);
+  return TakeOneOf(near, room, wanted, text, size, across, [&](Point at, const Rect& place) {
+    if (!room.IsOffLines(place)) return false;
+    if (!leader) return true;
+    const double before = across == AnchorX::Right ? leader->Gap : -leader->Gap;
+    return room.IsOffTexts(leader->From, {at.X + before, at.Y});
+  });
 }
 
 }  // namespace vexa::diagram

@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string_view>
+#include <vector>
 
 #include "diagram/plot_state.h"
 #include "picture/label_room.h"
@@ -17,14 +18,26 @@ Rect TextPlace(Point at, std::string_view text, double size, AnchorX across);
 /// texts keep off where they can.
 LabelRoom RoomOn(const Plot& plot);
 
+/// A line across the frame, interrupted where texts stand in it.
+void DrawBesideTexts(Plot& plot, std::string_view tag, const std::vector<Point>& line,
+                     const Pen& pen);
+
 /// The nearest place to the wanted one with room for a text, off the lines where there is such a
 /// place; the text may move a little up or down, and across only away from its anchor's side. The
 /// place is taken. Empty where everything is full.
 std::optional<Point> TakePlace(LabelRoom& room, Point wanted, std::string_view text, double size,
                                AnchorX across);
 
-/// The same off the lines alone and near the wanted place, for a text with a leader.
+/// The straight line from what a text belongs to up to a gap before the text.
+struct LeaderOf {
+  Point From{};
+  double Gap = 0;
+};
+
+/// The same off the lines alone and near the wanted place; with a leader, where that crosses no
+/// other text.
 std::optional<Point> TakePlaceNear(LabelRoom& room, Point wanted, std::string_view text,
-                                   double size, AnchorX across);
+                                   double size, AnchorX across,
+                                   std::optional<LeaderOf> leader = std::nullopt);
 
 }  // namespace vexa::diagram

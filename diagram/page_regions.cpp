@@ -48,12 +48,24 @@ std::vector<PageBox> BoxesOf(const Plot& plot, double analysisWidth) {
   return boxes;
 }
 
+bool HasWinds(const PlotInput& input) {
+  const auto winds = [](const OverlaySounding& other) {
+    return other.Sounding != nullptr && other.Sounding->NumWindLevels() > 0;
+  };
+  return input.Sounding.NumWindLevels() > 0 ||
+         (input.Mode == MultiMode::Compare && std::ranges::any_of(input.Others, winds));
+}
+
 PageLayout CutFor(const Plot& plot, double analysisWidth = 0) {
   const PlotInput& input = plot.In;
   std::vector<RegionRow> rows = RowsFor(LayoutOf(input).Regions, BoxesOf(plot, analysisWidth));
   // Nobody misses the strip of a sounding without one.
   if (input.Advection.empty()) {
     std::erase_if(rows, [](const RegionRow& row) { return row.Name == kAdvectionRegion; });
+  }
+  // Nor the column of one without winds.
+  if (!HasWinds(input)) {
+    std::erase_if(rows, [](const RegionRow& row) { return row.Name == "wind"; });
   }
   for (RegionRow& row : rows) {
     if (row.Name == "wind") {

@@ -22,6 +22,9 @@ inline constexpr double kAxisText = LetterSize(Type::Label);
 inline constexpr double kSmallText = LetterSize(Type::Note);
 inline constexpr double kMarkText = LetterSize(Type::Note);
 
+/// Of the ticks that tell the height of a mark, at the frame's right edge inside.
+inline constexpr double kTickReach = 150;
+
 /// Where the parts of the page stand, drawing units.
 struct Places {
   PageLayout Page{};

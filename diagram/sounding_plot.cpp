@@ -210,6 +210,7 @@ void DrawScale(Plot& plot) {
   DrawHeightScale(plot);
   DrawFreezingAndTropopause(plot);
   DrawCustomLines(plot);
+  NameTraces(plot);
 }
 
 void DrawPressHeights(Plot& plot) {
@@ -244,12 +245,9 @@ struct PlotStep {
   bool (*Applies)(const Plot&) = nullptr;  // null: always
 };
 
-bool HasWinds(const Plot& plot) {
-  const auto winds = [](const OverlaySounding& other) {
-    return other.Sounding != nullptr && other.Sounding->NumWindLevels() > 0;
-  };
-  return plot.Sounding().NumWindLevels() > 0 ||
-         (plot.In.Mode == MultiMode::Compare && std::ranges::any_of(plot.In.Others, winds));
+// Without winds there is no column.
+bool HasWindColumn(const Plot& plot) {
+  return plot.Where.Find("wind") != nullptr;
 }
 
 // Each step draws over the ones before it.
@@ -262,7 +260,7 @@ constexpr PlotStep kSteps[] = {
     {"", DrawTitles},
     {"", DrawPressureAxis},
     {"Loading sounding data arrays . . .", DrawSoundingData},
-    {"Plotting wind data . . .", DrawWindColumn, HasWinds},
+    {"Plotting wind data . . .", DrawWindColumn, HasWindColumn},
     {"", DrawIcaoAndHeightAxis},
     {"", DrawScale},
     {"", DrawPressHeights},

@@ -36,7 +36,13 @@ struct TraceStyle {
   bool Joined = true;
   bool Dots = false;
   bool Circles = false;
+  bool IsSeen() const { return Joined || Dots || Circles; }
 };
+
+TraceStyle DewpointStyle(const Plot& plot) {
+  const DisplaySettings& set = plot.Set();
+  return {plot.Inks.Dewpoint, set.DewptLine != TraceLine::None, set.TraceDots, set.TraceCircles};
+}
 
 // A trace over the levels, broken where a value is missing and ended where it passes the
 // diagram's top pressure, which on the tephigram lies inside the frame.
@@ -77,8 +83,8 @@ void DrawTrace(Plot& plot, std::string_view tag, const Levels<double>& press,
   finish();
 }
 
-// The topmost point of a trace inside the frame, where its name is written.
-void NameTrace(Plot& plot, std::string_view name, const Levels<double>& press,
+// At the topmost point of a trace inside the frame. Where that is full the legend has to do.
+void NameTrace(Plot& plot, LabelRoom& room, std::string_view name, const Levels<double>& press,
                const Levels<double>& temp, Color ink, AnchorX across) {
   const Rect& frame = plot.At.Frame();
   for (int i = press.Count(); i >= 1; --i) {
@@ -94,9 +100,9 @@ void NameTrace(Plot& plot, std::string_view name, const Levels<double>& press,
     if (across == AnchorX::Left && at.X + width > frame.Right) across = AnchorX::Right;
     const double aside = across == AnchorX::Left ? 70 : -70;
     const Point wanted{at.X + aside, at.Y + 30};
-    const Point place =
-        TakePlace(plot.GridLabels, wanted, name, kAxisText, across).value_or(wanted);
-    DrawTextOver(plot, "trace name", place, std::string(name), ink, kAxisText, across);
+    if (const auto place = TakePlaceNear(room, wanted, name, kAxisText, across)) {
+      DrawTextOver(plot, "trace name", *place, std::string(name), ink, kAxisText, across);
+    }
     return;
   }
 }
@@ -203,14 +209,25 @@ void DrawParcel(Plot& plot) {
 void DrawTraces(Plot& plot) {
   const DisplaySettings& set = plot.Set();
   const SoundingRecord& sounding = plot.Sounding();
-  const TraceStyle dewpoint{plot.Inks.Dewpoint, set.DewptLine != TraceLine::None, set.TraceDots,
-                            set.TraceCircles};
+  const TraceStyle dewpoint = DewpointStyle(plot);
   DrawTrace(plot, "dew point", sounding.Press, sounding.Dewpt, dewpoint);
   DrawTrace(plot, "temperature", sounding.Press, sounding.Temp,
             {plot.Inks.Temperature, true, set.TraceDots, set.TraceCircles});
-  NameTrace(plot, "T", sounding.Press, sounding.Temp, plot.Inks.Temperature.Ink, AnchorX::Left);
-  if (!dewpoint.Joined && !dewpoint.Dots && !dewpoint.Circles) return;
-  NameTrace(plot, "Td", sounding.Press, sounding.Dewpt, plot.Inks.Dewpoint.Ink, AnchorX::Right);
+}
+
+void NameTraces(Plot& plot) {
+  LabelRoom room = RoomOn(plot);
+  const SoundingRecord& sounding = plot.Sounding();
+  NameTrace(plot, room, "T", sounding.Press, sounding.Temp, plot.Inks.Temperature.Ink,
+            AnchorX::Left);
+  if (DewpointStyle(plot).IsSeen()) {
+    NameTrace(plot, room, "Td", sounding.Press, sounding.Dewpt, plot.Inks.Dewpoint.Ink,
+              AnchorX::Right);
+  }
+  if (const SoundingRecord* reference = plot.In.Reference) {
+    NameTrace(plot, room, "Reference", reference->Press, reference->Temp, plot.Inks.Faint,
+              AnchorX::Left);
+  }
 }
 
 void DrawOtherTraces(Plot& plot) {
@@ -235,7 +252,6 @@ void DrawReferenceTraces(Plot& plot) {
   DrawTrace(plot, "reference temperature", reference->Press, reference->Temp, {pen});
   DrawTrace(plot, "reference dew point", reference->Press, reference->Dewpt,
             {{pen.Ink, 16, LineStyle::Dots}});
-  NameTrace(plot, "Reference", reference->Press, reference->Temp, pen.Ink, AnchorX::Left);
 }
 
 namespace {

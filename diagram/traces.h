@@ -14,6 +14,9 @@ void DrawParcel(Plot& plot);
 /// missing.
 void DrawTraces(Plot& plot);
 
+/// "T", "Td" and "Reference" at the tops of their traces, off the lines and texts that stand there.
+void NameTraces(Plot& plot);
+
 /// The traces of the further soundings, each in its own pen.
 void DrawOtherTraces(Plot& plot);
 

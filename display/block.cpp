@@ -37,6 +37,7 @@ Halves HalvesOf(const std::string& text, double size, bool bold) {
 struct Column {
   double Before = 0;  // widest part left of the decimal points
   double Width = 0;
+  bool HasSigns = false;
 };
 
 const std::string& TextAt(const SheetRow& row, std::size_t column) {
@@ -67,7 +68,8 @@ struct Widths {
         LabelSize(LetterSize(Type::Label) * scale),
         NoteSize(LetterSize(Type::Note) * scale),
         Gap(kGap * scale),
-        SignRoom(kSignRoom * scale) {
+        SignRoom(kSignRoom * scale),
+        Overhang(kCellPad * scale / 2) {
     for (const SheetRow* row : rows) {
       const double label = TextWidth(row->Label, LabelSize);
       (IsBare(*row) ? Alone : Label) = std::max(IsBare(*row) ? Alone : Label, label);
@@ -85,12 +87,17 @@ struct Widths {
   double All() const {
     double width = Label;
     for (const Column& column : Columns) width += Gap + column.Width;
-    if (Note > 0) width += Gap + Note;
+    if (Note > 0) {
+      width += Gap + Note;
+    } else if (!Columns.empty() && Columns.back().HasSigns) {
+      width += Overhang;
+    }
     if (Loose > 0) width = std::max(width, Label + Gap + Loose);
     return std::max(width, Alone);
   }
 
   double Value, LabelSize, NoteSize, Gap, SignRoom;
+  double Overhang;  // of the colour behind a value, beyond its right end
   double Label = 0;
   double Note = 0;
   double Alone = 0;  // labels without anything beside them
@@ -101,7 +108,6 @@ struct Widths {
   void Measure(const SheetBlock& block, const std::vector<const SheetRow*>& rows, std::size_t i) {
     double after = 0;
     double words = 0;
-    bool hasSigns = false;
     Column& column = Columns[i];
     for (const SheetRow* row : rows) {
       if (i >= ValuesOf(*row) || IsLoose(block, *row)) continue;
@@ -111,13 +117,13 @@ struct Widths {
       column.Before = std::max(column.Before, halves.Before);
       after = std::max(after, halves.After);
       words = std::max(words, TextWidth(text, Value, bold));
-      hasSigns = hasSigns || bold;
+      column.HasSigns = column.HasSigns || bold;
     }
     column.Width = std::max(column.Before + after, words);
     if (i < block.Columns.size()) {
       column.Width = std::max(column.Width, TextWidth(block.Columns[i], NoteSize));
     }
-    if (hasSigns) {
+    if (column.HasSigns) {
       column.Before += SignRoom;
       column.Width += SignRoom;
     }

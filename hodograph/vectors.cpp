@@ -133,6 +133,7 @@ void DrawLeader(Canvas& canvas, Point at, Point middle, double width, double hei
   const Point end{std::clamp(at.X, middle.X - width / 2, middle.X + width / 2),
                   std::clamp(at.Y, middle.Y - height / 2, middle.Y + height / 2)};
   if (std::hypot(end.X - at.X, end.Y - at.Y) < kFar) return;
+  canvas.Room.TakeLeader(at, end);
   canvas.Page.Add("leader", Polyline{.Points = {at, end}, .Stroke = {ink, 7, LineStyle::Solid}});
 }
 

@@ -110,6 +110,36 @@ std::vector<std::vector<Point>> ClipPolyline(const std::vector<Point>& points, c
   return pieces;
 }
 
+std::vector<std::vector<Point>> CutOut(const std::vector<Point>& points, const Rect& of) {
+  std::vector<std::vector<Point>> pieces;
+  std::vector<Point> piece;
+  const auto add = [&piece](Point at) {
+    if (piece.empty() || piece.back() != at) piece.push_back(at);
+  };
+  const auto endPiece = [&] {
+    if (piece.size() > 1) pieces.push_back(std::move(piece));
+    piece.clear();
+  };
+  for (std::size_t i = 1; i < points.size(); ++i) {
+    const Point from = points[i - 1];
+    const Point next = points[i];
+    if (!IsFinite(from) || !IsFinite(next)) {
+      endPiece();
+      continue;
+    }
+    const std::optional<Segment> inside = ClipSegment(from, next, of);
+    add(from);
+    if (inside && inside->From != inside->To) {
+      add(inside->From);
+      endPiece();
+      add(inside->To);
+    }
+    add(next);
+  }
+  endPiece();
+  return pieces;
+}
+
 std::vector<Point> ClipPolygon(const std::vector<Point>& ring, const Rect& to) {
   std::vector<Point> kept;
   kept.reserve(ring.size());

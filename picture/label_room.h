@@ -9,6 +9,7 @@
 #include <optional>
 #include <vector>
 
+#include "picture/clip.h"
 #include "picture/picture.h"
 #include "picture/text_width.h"
 
@@ -21,9 +22,20 @@ class LabelRoom {
   bool IsFree(const Rect& place) const {
     const bool inside = place.Left >= within_.Left && place.Right <= within_.Right &&
                         place.Top >= within_.Top && place.Bottom <= within_.Bottom;
-    return inside && !Touches(place, taken_);
+    return inside && !Touches(place, taken_) &&
+           std::ranges::none_of(leaders_, [&](const std::vector<Point>& leader) {
+             return !ClipPolyline(leader, place).empty();
+           });
   }
   bool IsOffLines(const Rect& place) const { return !Touches(place, avoided_); }
+  /// A straight line runs through no text.
+  bool IsOffTexts(Point from, Point to) const {
+    return std::ranges::all_of(taken_, [&](const Rect& text) {
+      return ClipPolyline({from, to}, text).empty();
+    });
+  }
+  /// A leader that is drawn: no text is put on it any more.
+  void TakeLeader(Point from, Point to) { leaders_.push_back({from, to}); }
   void Take(const Rect& place) { taken_.push_back(place); }
 
   /// Lines that texts keep away from where they can, by their points.
@@ -70,6 +82,10 @@ class LabelRoom {
     });
   }
 
+  static Point NearestOf(const Rect& place, Point to) {
+    return {std::clamp(to.X, place.Left, place.Right), std::clamp(to.Y, place.Top, place.Bottom)};
+  }
+
   std::optional<Point> Beside(Point at, double width, double height, double gap, Point prefer,
                               double farthest, bool overLines) {
     std::array<Point, 8> ways = {
@@ -84,6 +100,7 @@ class LabelRoom {
         const Rect place{middle.X - width / 2, middle.Y - height / 2, middle.X + width / 2,
                          middle.Y + height / 2};
         if (!IsFree(place) || (!overLines && Touches(place, avoided_))) continue;
+        if (far > 1 && !IsOffTexts(at, NearestOf(place, at))) continue;
         Take(place);
         return middle;
       }
@@ -94,6 +111,7 @@ class LabelRoom {
   Rect within_;
   std::vector<Rect> taken_{};
   std::vector<Rect> avoided_{};
+  std::vector<std::vector<Point>> leaders_{};
 };
 
 /// Width of a text by its number of letters alone (picture/text_width.h measures the text itself).

@@ -82,6 +82,37 @@ TEST(ClipPolyline, RandomWalksStayInsideAndLoseNothing) {
   }
 }
 
+// What is cut out and what is kept are the whole line.
+TEST(CutOut, LeavesWhatLiesOutside) {
+  struct Case {
+    const char* about;
+    std::vector<Point> line;
+    std::vector<std::vector<Point>> pieces;
+  };
+  const Case cases[] = {
+      {"straight through", {{-10, 20}, {130, 20}}, {{{-10, 20}, {0, 20}}, {{100, 20}, {130, 20}}}},
+      {"ends inside", {{-10, 20}, {30, 20}}, {{{-10, 20}, {0, 20}}}},
+      {"a corner of the line inside",
+       {{50, -30}, {50, 20}, {140, 20}},
+       {{{50, -30}, {50, 0}}, {{100, 20}, {140, 20}}}},
+      {"past it", {{-10, 60}, {50, 70}, {130, 60}}, {{{-10, 60}, {50, 70}, {130, 60}}}},
+      {"inside", {{10, 10}, {20, 30}}, {}},
+      {"touching a corner", {{-10, 10}, {10, -10}}, {{{-10, 10}, {10, -10}}}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.about);
+    const auto pieces = CutOut(c.line, kBox);
+    ASSERT_EQ(pieces.size(), c.pieces.size());
+    for (std::size_t i = 0; i < pieces.size(); ++i) {
+      ASSERT_EQ(pieces[i].size(), c.pieces[i].size());
+      for (std::size_t k = 0; k < pieces[i].size(); ++k) {
+        EXPECT_NEAR(pieces[i][k].X, c.pieces[i][k].X, 1e-9);
+        EXPECT_NEAR(pieces[i][k].Y, c.pieces[i][k].Y, 1e-9);
+      }
+    }
+  }
+}
+
 TEST(ClipPolygon, KeepsTheAreaInside) {
   struct Case {
     const char* about;

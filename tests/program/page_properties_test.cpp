@@ -3,7 +3,9 @@
 
 #include <algorithm>
 #include <array>
+#include <span>
 #include <string>
+#include <string_view>
 #include <variant>
 #include <vector>
 
@@ -156,19 +158,14 @@ bool Crosses(Point from, Point to, const Rect& place) {
          cut(from.Y, to.Y - from.Y, place.Top, place.Bottom);
 }
 
-// Leaders, ticks and the lines of levels stop before the texts of others. The names of the traces
-// have a halo and may stand on such a line; in the hodograph a name may have two leaders about it.
-void ExpectNoLeaderThroughAText(const Picture& page) {
-  constexpr std::string_view kLeaders[] = {"leader", "parcel level", "freezing level",
-                                           "tropopause"};
+// Lines of these kinds that run through texts of those.
+template <class IsLine, class IsText>
+void ExpectNoneThrough(const Picture& page, IsLine&& isLine, IsText&& isText) {
   for (const Item& item : page.Items()) {
     const auto* line = std::get_if<Polyline>(&item.Shape);
-    if (line == nullptr || std::ranges::find(kLeaders, item.Tag) == std::end(kLeaders)) continue;
+    if (line == nullptr || !isLine(item.Tag)) continue;
     for (const Item& other : page.Items()) {
-      if (!std::holds_alternative<Label>(other.Shape) || other.Tag == "trace name" ||
-          other.Tag == "storm vector") {
-        continue;
-      }
+      if (!std::holds_alternative<Label>(other.Shape) || !isText(other.Tag)) continue;
       const Rect place = test::PlaceOf(std::get<Label>(other.Shape));
       for (std::size_t i = 1; i < line->Points.size(); ++i) {
         EXPECT_FALSE(Crosses(line->Points[i - 1], line->Points[i], place))
@@ -176,6 +173,22 @@ void ExpectNoLeaderThroughAText(const Picture& page) {
       }
     }
   }
+}
+
+// Leaders, ticks and the lines of levels stop before the texts of others; what names a level or a
+// trace stands off the traces.
+void ExpectNoLineThroughAText(const Picture& page) {
+  const auto isOneOf = [](std::span<const std::string_view> tags) {
+    return [tags](std::string_view tag) { return std::ranges::find(tags, tag) != tags.end(); };
+  };
+  constexpr std::string_view kLeaders[] = {"leader",     "parcel level", "freezing level",
+                                           "tropopause", "front",        "custom line"};
+  ExpectNoneThrough(page, isOneOf(kLeaders), [](std::string_view) { return true; });
+  constexpr std::string_view kTraces[] = {"temperature", "dew point"};
+  constexpr std::string_view kNames[] = {
+      "trace name",      "parcel level label", "freezing level label", "tropopause label",
+      "inversion label", "front label",        "custom line label"};
+  ExpectNoneThrough(page, isOneOf(kTraces), isOneOf(kNames));
 }
 
 // What touches a box of the side block lies in it; everything lies on the page.
@@ -194,25 +207,30 @@ void ExpectInsideItsRegion(const Picture& page, const LayoutRow& layout, const P
 }
 
 // By the table: a region is on the page, or the page says that it is not, or nobody fills it.
-void ExpectEveryRegion(const LayoutRow& layout, const PageLayout& cut) {
+void ExpectEveryRegion(const LayoutRow& layout, const PageLayout& cut, bool hasWinds) {
   const std::string missing = LeftOutText(cut);
   for (const RegionRow& row : layout.Regions) {
     const bool isLeftOut =
         std::ranges::find(cut.LeftOut, row.Name, &RegionRow::Name) != cut.LeftOut.end();
     const bool isSaid = row.Caption.empty() || missing.find(row.Caption) != missing.npos;
-    // The strip of advection stands where there are winds for it.
+    // The column of winds stands where there are some, the strip of advection where it is known.
     const bool isFilled = row.At == Place::Side ? row.Name == "parcels" || row.Name == "indices"
-                                                : row.Name != diagram::kAdvectionRegion;
+                                                : row.Name != diagram::kAdvectionRegion &&
+                                                      (hasWinds || row.Name != "wind");
     EXPECT_TRUE(cut.Find(row.Name) != nullptr || (isLeftOut && isSaid) || !isFilled) << row.Name;
   }
 }
 
 TEST(PageProperties, HoldForEveryLayoutAndSounding) {
   const std::vector<SoundingRecord> soundings = Soundings();
+  constexpr DiagramType kTypes[] = {DiagramType::SkewT, DiagramType::Tephigram, DiagramType::SkewT,
+                                    DiagramType::Emagram};
   std::size_t turn = 0;
+  std::size_t shown = 0;
   for (const SoundingRecord& sounding : soundings) {
     Program program;
     program.Set.FreezeLine = program.Set.TropoLine = true;
+    program.Set.Diagram = kTypes[shown++ % std::size(kTypes)];
     test::Show(program, sounding);
     ASSERT_TRUE(Refresh(program, {.Sounding = true}));
     for (const LayoutRow& layout : PageLayouts()) {
@@ -225,10 +243,9 @@ TEST(PageProperties, HoldForEveryLayoutAndSounding) {
         const auto plot = PlotShown(program, program.Set, kPages[i].On);
         ASSERT_TRUE(plot);
         ExpectApart(plot->Page);
-        // Without a gutter the marks stand among the texts of the frame.
-        if (plot->Layout.Find("marks") != nullptr) ExpectNoLeaderThroughAText(plot->Page);
+        ExpectNoLineThroughAText(plot->Page);
         ExpectInsideItsRegion(plot->Page, layout, plot->Layout);
-        ExpectEveryRegion(layout, plot->Layout);
+        ExpectEveryRegion(layout, plot->Layout, sounding.NumWindLevels() > 0);
       }
     }
     ++turn;
