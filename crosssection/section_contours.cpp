@@ -4,7 +4,6 @@
 #include "core/numbers.h"
 #include "crosssection/color_map.h"
 #include "crosssection/section_page.h"
-#include "picture/label_room.h"
 #include "picture/text_width.h"
 
 namespace vexa::crosssection {
@@ -69,7 +68,7 @@ std::string_view TagOf(const Isoline& line, const Pen& pen) {
   return pen.Style == LineStyle::Dash ? "Dash-Isoline" : "Line-Isoline";
 }
 
-void Isolines(SectionPage& page, const Contour& contour, LabelRoom& room) {
+void Isolines(SectionPage& page, const Contour& contour) {
   const Pen pen = PenOf(page, contour.Level);
   const std::string text = LevelText(page, contour.Level);
   const double width = TextWidth(text, kNote);
@@ -84,18 +83,18 @@ void Isolines(SectionPage& page, const Contour& contour, LabelRoom& room) {
     const double half = (width + kNote) / 2;
     const Rect taken{place->At.X - half, place->At.Y - kNote, place->At.X + half,
                      place->At.Y + kNote};
-    if (!room.IsFree(taken)) continue;
-    room.Take(taken);
+    if (!page.Room.IsFree(taken)) continue;
+    page.Room.Take(taken);
     page.PutOnTop("Num-Isoline", place->At, text, kNote, false, place->Angle);
   }
 }
 
-void MaxMin(SectionPage& page, const Extremum& extremum, LabelRoom& room) {
+void MaxMin(SectionPage& page, const Extremum& extremum) {
   const Point at =
       OnPage(page, Point{static_cast<double>(extremum.Column), static_cast<double>(extremum.Row)});
   const Rect taken{at.X - 200, at.Y - 1.6 * kNote, at.X + 200, at.Y + kNote};
-  if (!room.IsFree(taken)) return;
-  room.Take(taken);
+  if (!page.Room.IsFree(taken)) return;
+  page.Room.Take(taken);
   page.PutOnTop("MaxMin", {at.X, at.Y - 0.55 * kLabel}, extremum.IsMaximum ? "H" : "L", kLabel,
                 true);
   page.PutOnTop("MaxMin", {at.X, at.Y + 0.55 * kNote},
@@ -133,7 +132,6 @@ void DrawScale(SectionPage& page) {
 void DrawContours(SectionPage& page) {
   const FieldAnalysis& field = page.In.Field;
   const double interval = field.Interval;
-  LabelRoom room(page.At.Frame());
   if (page.Set.Filled) {
     const double least = field.Grid.Range().Least - interval;
     const double first = field.Contours.front().Level;
@@ -150,7 +148,7 @@ void DrawContours(SectionPage& page) {
         page.Line("Sub-Isoline", OnPage(page, line.Points), page.Inks.Sub);
       }
     }
-    for (const Contour& contour : field.Contours) Isolines(page, contour, room);
+    for (const Contour& contour : field.Contours) Isolines(page, contour);
   }
   if (field.Freezing) {
     for (const Isoline& line : field.Freezing->Lines) {
@@ -158,7 +156,7 @@ void DrawContours(SectionPage& page) {
                 {page.Inks.Freezing, 38, LineStyle::Solid});
     }
   }
-  for (const Extremum& extremum : field.Extrema) MaxMin(page, extremum, room);
+  for (const Extremum& extremum : field.Extrema) MaxMin(page, extremum);
 }
 
 }  // namespace vexa::crosssection

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "crosssection/section_plot.h"
+#include "picture/label_room.h"
 #include "picture/layout.h"
 #include "picture/plot_page.h"
 
@@ -55,6 +56,7 @@ struct SectionPage : PlotPage {
   PageLayout Layout;
   std::vector<PlacedName> Names;
   SectionMapping At;
+  LabelRoom Room;  // of the texts in the frame
   std::vector<Item> OnTop{};
 };
 

@@ -327,6 +327,23 @@ class Drawing : SectionPage {
     }
   }
 
+  // Over or under the line behind one of its points, the first where no other text stands.
+  bool NameRun(std::string_view tag, const std::vector<Point>& run, std::string_view word,
+               Color ink) {
+    const double width = TextWidth(word, kNote);
+    for (const Point& at : run) {
+      for (const double aside : {-0.8 * kNote, 0.8 * kNote}) {
+        const Point left{at.X + 60, at.Y + aside};
+        const Rect place{left.X, left.Y - kNote / 2, left.X + width, left.Y + kNote / 2};
+        if (!Room.IsFree(place)) continue;
+        Room.Take(place);
+        Text(tag, left, std::string(word), kNote, AnchorX::Left, ink);
+        return true;
+      }
+    }
+    return false;
+  }
+
   // A line through the same level of neighbouring columns; it ends where one has none.
   void Join(std::string_view tag, const std::vector<analysis::LevelPoint> Column::*levels,
             const Pen& pen, std::string_view word) {
@@ -334,11 +351,7 @@ class Drawing : SectionPage {
     bool named = false;
     const auto close = [&] {
       if (run.size() > 1) {
-        if (!named) {
-          Text(tag, {run.front().X + 60, run.front().Y - 0.8 * kNote}, std::string(word), kNote,
-               AnchorX::Left, pen.Ink);
-        }
-        named = true;
+        named = named || NameRun(tag, run, word, pen.Ink);
         Line(tag, run, pen);
       }
       run.clear();
@@ -408,7 +421,8 @@ SectionPage::SectionPage(const SectionInput& input, const Surface& on)
       Context(ContextOf(input.Of, input.Set)),
       Layout(CutPage(on, Rows())),
       Names(NamesOf(input, Layout)),
-      At(MappingIn(FrameIn(Layout, input.Set), input, RowsOf(Names))) {}
+      At(MappingIn(FrameIn(Layout, input.Set), input, RowsOf(Names))),
+      Room(At.Frame()) {}
 
 SectionPlot PlotSection(const SectionInput& input, const Surface& on) {
   return Drawing(input, on).Draw();
