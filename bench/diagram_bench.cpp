@@ -25,6 +25,8 @@ namespace {
 
 using vexa::SoundingRecord;
 
+constexpr vexa::Surface kPage = vexa::WindowSurface(1600, 1200);
+
 // A warm, moist troposphere under a tropopause at 200 hPa, with the fine structure that keeps a
 // trace from being a straight line.
 SoundingRecord MakeSounding(int levels) {
@@ -48,8 +50,8 @@ void BuildPicture(benchmark::State& state) {
   const vexa::Options options;
   const auto results = vexa::analysis::Analyse(sounding, options);
   for (auto _ : state) {
-    benchmark::DoNotOptimize(
-        vexa::diagram::PlotSounding({.Sounding = sounding, .Results = results, .Set = options}));
+    benchmark::DoNotOptimize(vexa::diagram::PlotSounding(
+        {.Sounding = sounding, .Results = results, .Set = options, .On = kPage}));
   }
 }
 BENCHMARK(BuildPicture)->Arg(110)->Arg(3000)->Unit(benchmark::kMillisecond);
@@ -60,8 +62,8 @@ void BuildAndPaint(benchmark::State& state) {
   options.Diagram = static_cast<vexa::DiagramType>(state.range(1));
   const auto results = vexa::analysis::Analyse(sounding, options);
   for (auto _ : state) {
-    const auto plot =
-        vexa::diagram::PlotSounding({.Sounding = sounding, .Results = results, .Set = options});
+    const auto plot = vexa::diagram::PlotSounding(
+        {.Sounding = sounding, .Results = results, .Set = options, .On = kPage});
     benchmark::DoNotOptimize(vexa::paint::ToImage(plot->Page, 1600, 1200));
   }
 }
@@ -92,7 +94,7 @@ void Redraw(benchmark::State& state) {
   const SoundingRecord sounding = MakeSounding(static_cast<int>(state.range(0)));
   const vexa::Options options;
   const auto results = vexa::analysis::Analyse(sounding, options);
-  Repeat(state, {.Sounding = sounding, .Results = results, .Set = options},
+  Repeat(state, {.Sounding = sounding, .Results = results, .Set = options, .On = kPage},
          [] { return std::vector<vexa::PageBox>(); });
 }
 BENCHMARK(Redraw)->Arg(110)->Arg(2800)->ArgName("levels")->Unit(benchmark::kMillisecond);
@@ -107,7 +109,7 @@ void RedrawForecaster(benchmark::State& state) {
          {.Sounding = sounding,
           .Results = results,
           .Set = options,
-          .On = vexa::WindowSurface(1600, 1200),
+          .On = kPage,
           .Layout = vexa::FindLayout("forecaster")},
          [&] {
            auto boxes = vexa::display::PageBoxes({sounding, results, options, severe});
@@ -124,8 +126,8 @@ void PaintKind(benchmark::State& state, const std::string& tag) {
   const SoundingRecord sounding = MakeSounding(110);
   const vexa::Options options;
   const auto results = vexa::analysis::Analyse(sounding, options);
-  const auto plot =
-      vexa::diagram::PlotSounding({.Sounding = sounding, .Results = results, .Set = options});
+  const auto plot = vexa::diagram::PlotSounding(
+      {.Sounding = sounding, .Results = results, .Set = options, .On = kPage});
   vexa::Picture part(plot->Page.Width(), plot->Page.Height(), plot->Page.Paper());
   for (const vexa::Item& item : plot->Page.Items()) {
     const bool isText = std::holds_alternative<vexa::Label>(item.Shape);

@@ -78,12 +78,12 @@ struct PlotInput {
   const SoundingRecord& Sounding;
   const analysis::AnalysisResults& Results;
   const DisplaySettings& Set;
+  Surface On;  // what the page is composed for
   MultiMode Mode = MultiMode::Single;
   std::vector<OverlaySounding> Others{};
   std::vector<FrontMark> Fronts{};
   std::vector<AdvectionBar> Advection{};
   std::vector<LayerMark> Layers{};
-  Surface On = ImageSurface(1600, 1200);  // what the page is composed for
   const LayoutRow* Layout = nullptr;      // null: the diagram's own
   std::vector<PageBox> Boxes{};           // side boxes that other folders fill
   std::string Configuration{};            // caption of the active configuration

@@ -32,7 +32,7 @@ struct FrontPlot {
   std::vector<LayerPlace> Layers{};
 };
 
-FrontPlot PlotFronts(const FrontPlotInput& input, const Surface& surface = {12000, 9000});
+FrontPlot PlotFronts(const FrontPlotInput& input, const Surface& surface);
 
 /// The layer at a place of the page, the smallest place first where several lie over one another;
 /// none elsewhere.

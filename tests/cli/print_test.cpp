@@ -80,8 +80,10 @@ TEST(Print, TheDiagramStandsOnThePageInItsProportions) {
   toolkit.Start();
   const test::TemporaryFolder folder;
   const Printed printed;
-  const auto plot = diagram::PlotSounding(
-      {.Sounding = printed.Sounding, .Results = printed.Results, .Set = printed.Set});
+  const auto plot = diagram::PlotSounding({.Sounding = printed.Sounding,
+                                           .Results = printed.Results,
+                                           .Set = printed.Set,
+                                           .On = ImageSurface(1600, 1200)});
   const PrintSetup setup{.Turn = Orientation::Landscape, .Header = {.DataType = false}};
   const Picture page =
       output::DisplayPage(plot->Page, output::PageHeader(printed.Source(), setup.Header), setup);

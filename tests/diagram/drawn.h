@@ -30,6 +30,9 @@ inline std::vector<std::vector<Point>> Lines(const Picture& page, std::string_vi
   return lines;
 }
 
+/// A window of usual size.
+inline constexpr Surface kPage = WindowSurface(1600, 1200);
+
 struct Drawn {
   explicit Drawn(SoundingRecord record) : Sounding(std::move(record)) {}
   SoundingPlot operator()() {
@@ -37,6 +40,7 @@ struct Drawn {
     return *PlotSounding({.Sounding = Sounding,
                           .Results = Results,
                           .Set = Set,
+                          .On = kPage,
                           .Mode = Mode,
                           .Others = Others,
                           .Layers = Layers,

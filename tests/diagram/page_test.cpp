@@ -57,8 +57,8 @@ SoundingPlot Draw(const PageCase& c, const LayoutRow& layout, const Surface& on)
   return *PlotSounding({.Sounding = c.Sounding,
                         .Results = results,
                         .Set = options,
-                        .Advection = {{1000, 850, 1.2}, {850, 700, -12}, {700, 690, 0.1}},
                         .On = on,
+                        .Advection = {{1000, 850, 1.2}, {850, 700, -12}, {700, 690, 0.1}},
                         .Layout = &layout,
                         .Boxes = EmptyBoxes(layout),
                         .Configuration = "VEXA Config #1: summer"});

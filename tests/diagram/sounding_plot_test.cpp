@@ -18,14 +18,14 @@ using test::Profile;
 
 SoundingPlot Draw(const SoundingRecord& sounding, const Options& options = {}) {
   const analysis::AnalysisResults results = analysis::Analyse(sounding, options);
-  return *PlotSounding({.Sounding = sounding, .Results = results, .Set = options});
+  return *PlotSounding({.Sounding = sounding, .Results = results, .Set = options, .On = kPage});
 }
 
 TEST(SoundingPlot, ReportsItsStepsInOrderAndStopsWhenAsked) {
   const SoundingRecord sounding = test::ReferenceConvective();
   Options options;
   const analysis::AnalysisResults results = analysis::Analyse(sounding, options);
-  const PlotInput input{.Sounding = sounding, .Results = results, .Set = options};
+  const PlotInput input{.Sounding = sounding, .Results = results, .Set = options, .On = kPage};
 
   test::ScriptedInteraction watching;
   ASSERT_TRUE(PlotSounding(input, Progress(watching)));
@@ -42,8 +42,8 @@ TEST(SoundingPlot, ReportsItsStepsInOrderAndStopsWhenAsked) {
   const SoundingRecord calm = Profile({{1000, 20, 15}, {500, -10, -30}});
   const analysis::AnalysisResults calmResults = analysis::Analyse(calm, options);
   test::ScriptedInteraction windless;
-  ASSERT_TRUE(
-      PlotSounding({.Sounding = calm, .Results = calmResults, .Set = options}, Progress(windless)));
+  ASSERT_TRUE(PlotSounding({.Sounding = calm, .Results = calmResults, .Set = options, .On = kPage},
+                           Progress(windless)));
   EXPECT_EQ(windless.Statuses.back(), "Loading sounding data arrays . . .");
 
   options.Diagram = DiagramType::Tephigram;
@@ -164,8 +164,8 @@ TEST(SoundingPlot, ShowsTheChosenGroupsOfIndicesWithTheirReasons) {
   full.PanelEurope = full.PanelFog = true;
   const SoundingRecord record = test::ReferenceConvective();
   const analysis::AnalysisResults results = analysis::Analyse(record, full);
-  const auto crowded =
-      PlotSounding({.Sounding = record, .Results = results, .Set = full, .Boxes = {{"hodograph"}}});
+  const auto crowded = PlotSounding(
+      {.Sounding = record, .Results = results, .Set = full, .On = kPage, .Boxes = {{"hodograph"}}});
   ASSERT_TRUE(crowded);
   for (const Item& item : crowded->Page.Items()) {
     if (const auto* label = std::get_if<Label>(&item.Shape)) {
@@ -308,8 +308,11 @@ TEST(SoundingPlot, AFullAnalysisBoxEndsOnThePage) {
   options.PanelEurope = options.PanelFog = true;
   const SoundingRecord sounding = test::ReferenceConvective();
   const analysis::AnalysisResults results = analysis::Analyse(sounding, options);
-  const SoundingPlot plot = *PlotSounding(
-      {.Sounding = sounding, .Results = results, .Set = options, .Boxes = {{"hodograph"}}});
+  const SoundingPlot plot = *PlotSounding({.Sounding = sounding,
+                                           .Results = results,
+                                           .Set = options,
+                                           .On = kPage,
+                                           .Boxes = {{"hodograph"}}});
   const auto box = Tagged(plot.Page, "analysis box");
   ASSERT_EQ(box.size(), 1u);
   double bottom = 0;
@@ -350,8 +353,11 @@ TEST(SoundingPlot, FrontMarksAreInFeetAndCanBeHidden) {
   const SoundingRecord sounding = test::ReferenceConvective();
   Options options;
   const analysis::AnalysisResults results = analysis::Analyse(sounding, options);
-  const PlotInput input{
-      .Sounding = sounding, .Results = results, .Set = options, .Fronts = {{true, 3000, 2000}}};
+  const PlotInput input{.Sounding = sounding,
+                        .Results = results,
+                        .Set = options,
+                        .On = kPage,
+                        .Fronts = {{true, 3000, 2000}}};
   // 3000 m are 9842.5 ft.
   struct Case {
     LengthUnits unit;
@@ -374,7 +380,7 @@ TEST(SoundingPlot, ComparesAndOverlays) {
   const SoundingRecord second = test::ReferenceWinter();
   const Options options;
   const analysis::AnalysisResults results = analysis::Analyse(first, options);
-  PlotInput input{.Sounding = first, .Results = results, .Set = options};
+  PlotInput input{.Sounding = first, .Results = results, .Set = options, .On = kPage};
   input.Mode = MultiMode::Compare;
   input.Others = {{&second}};
   input.Fronts = {{true, 3000, 2000}, {false, 5000}, {false, 6500, 6000, false}};
@@ -407,7 +413,7 @@ TEST(SoundingPlot, AComparedSoundingHasItsWindsAndIndicesOnNarrowPagesToo) {
   const Options options;
   const analysis::AnalysisResults results = analysis::Analyse(first, options);
   const analysis::AnalysisResults its = analysis::Analyse(second, options);
-  PlotInput input{.Sounding = first, .Results = results, .Set = options};
+  PlotInput input{.Sounding = first, .Results = results, .Set = options, .On = kPage};
   const auto symbols = [](const SoundingPlot& plot, Color ink) {
     std::vector<double> feet;
     for (const Item& item : plot.Page.Items()) {
@@ -454,7 +460,7 @@ TEST(SoundingPlot, MarksStandOnTheirIsobars) {
     options.RightScale = HeightScale::Kilometers;
     const analysis::AnalysisResults results = analysis::Analyse(sounding, options);
     const SoundingPlot plot =
-        *PlotSounding({.Sounding = sounding, .Results = results, .Set = options});
+        *PlotSounding({.Sounding = sounding, .Results = results, .Set = options, .On = kPage});
     const Rect frame = plot.Mapping.Frame();
     const auto read = [&](double x, double y) { return plot.Mapping.ToCoordinates({x, y}).Press; };
 

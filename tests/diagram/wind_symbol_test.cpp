@@ -9,6 +9,7 @@
 #include "analysis/interpolate.h"
 #include "config/options.h"
 #include "core/numbers.h"
+#include "diagram/drawn.h"
 #include "diagram/sounding_plot.h"
 #include "diagram/wind_column.h"
 #include "support/soundings.h"
@@ -92,7 +93,7 @@ TEST(WindColumn, FeathersFollowTheLatitudeOfTheSounding) {
     EXPECT_EQ(FeathersOnRight(SymbolOptions(options, sounding)), c.IsRight);
     const analysis::AnalysisResults results = analysis::Analyse(sounding, options);
     const SoundingPlot plot =
-        *PlotSounding({.Sounding = sounding, .Results = results, .Set = options});
+        *PlotSounding({.Sounding = sounding, .Results = results, .Set = options, .On = kPage});
     const auto item = std::ranges::find(plot.Page.Items(), "wind feather", &Item::Tag);
     ASSERT_NE(item, plot.Page.Items().end());
     // The lowest wind, 160 degrees 12 kt: its shaft points to the south, right is to the west.
@@ -145,7 +146,7 @@ TEST(WindColumn, ThinsWindsOnlyWhereTheyCrowd) {
 std::vector<std::string> DrawnWinds(const SoundingRecord& sounding, const Options& options) {
   const analysis::AnalysisResults results = analysis::Analyse(sounding, options);
   const SoundingPlot plot =
-      *PlotSounding({.Sounding = sounding, .Results = results, .Set = options});
+      *PlotSounding({.Sounding = sounding, .Results = results, .Set = options, .On = kPage});
   std::vector<std::string> texts;
   for (const HotSpot& spot : plot.Page.HotSpots()) {
     if (spot.Tag == "wind") texts.push_back(spot.Text);
@@ -196,8 +197,9 @@ TEST(WindColumn, NamedWindsAreNeverThinnedAway) {
 TEST(WindColumn, DrawsNoWindThatWasNotObserved) {
   const auto drawn = [](const SoundingRecord& sounding) {
     const analysis::AnalysisResults results = analysis::Analyse(sounding, {});
-    return ToSvg(PlotSounding({.Sounding = sounding, .Results = results, .Set = {}})->Page, 800,
-                 600);
+    return ToSvg(
+        PlotSounding({.Sounding = sounding, .Results = results, .Set = {}, .On = kPage})->Page, 800,
+        600);
   };
   const SoundingRecord whole = test::ReferenceConvective();
   EXPECT_EQ(drawn(test::WithEmptyWinds(whole)), drawn(whole));
@@ -214,7 +216,7 @@ TEST(WindColumn, KeepsItsSymbolsOfEverySizeInside) {
     options.WindPlotsBox = true;
     const analysis::AnalysisResults results = analysis::Analyse(sounding, options);
     const SoundingPlot plot =
-        *PlotSounding({.Sounding = sounding, .Results = results, .Set = options});
+        *PlotSounding({.Sounding = sounding, .Results = results, .Set = options, .On = kPage});
     double left = 0;
     double right = 0;
     double least = 1e9;
