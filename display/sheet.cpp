@@ -4,6 +4,8 @@
 #include <array>
 #include <cmath>
 #include <optional>
+#include <string_view>
+#include <vector>
 
 #include "core/numbers.h"
 #include "picture/layout.h"
@@ -13,13 +15,25 @@ namespace vexa::display {
 namespace {
 
 constexpr double kMargin = 2 * kPageMargin;
+constexpr std::string_view kHead = "title";
+constexpr std::string_view kBlocks = "blocks";
+constexpr std::string_view kNote = "left out";
 constexpr double kColumnGap = 32 * kUnitsPerPixel;
 constexpr std::size_t kMostColumns = 6;
 constexpr std::array<double, 4> kScales = {1.6, 1.4, 1.2, 1};
 constexpr double kWidest = 1.6;  // columns take room that is left over, up to so many times theirs
 
 double HeadHeight(double scale) {
-  return (LetterSize(Type::Title) + 2.2 * LetterSize(Type::Label)) * scale;
+  return (LetterSize(Type::Title) + 1.6 * LetterSize(Type::Label)) * scale;
+}
+
+// The head, the room of the blocks and, where rows are missing, the line that says so.
+PageLayout CutSheet(const Surface& surface, double scale, bool isWhole = true) {
+  std::vector<RegionRow> rows = {
+      {.Name = kHead, .At = Place::Above, .LeastHeight = HeadHeight(scale)},
+      {.Name = kBlocks, .At = Place::Main, .LeastHeight = 3 * kLineStep}};
+  if (!isWhole) rows.push_back({.Name = kNote, .At = Place::Under, .LeastHeight = kLineStep});
+  return CutPage(surface, rows, kMargin);
 }
 
 double ColumnWidth(const Sheet& sheet, double scale) {
@@ -83,39 +97,39 @@ struct Arrangement {
   std::size_t Most = 1;  // columns on the page
 };
 
-Arrangement ArrangementAt(const Sheet& sheet, const Surface& surface, double scale) {
+Arrangement ArrangementAt(const Sheet& sheet, const Rect& room, double scale) {
   Arrangement at{.Scale = scale, .Width = ColumnWidth(sheet, scale)};
-  const double across = surface.Width - 2 * kMargin;
+  const double across = room.Width();
   const double gap = kColumnGap * scale;
   at.Most = static_cast<std::size_t>(
       std::clamp((across + gap) / (at.Width + gap), 1.0, static_cast<double>(kMostColumns)));
   at.Width = std::min(at.Width, across);
-  const double down = surface.Height - 2 * kMargin - HeadHeight(scale);
-  at.PerColumn = std::max(3.0, std::floor(down / (kLineStep * scale)));
+  at.PerColumn = std::max(3.0, std::floor(room.Height() / (kLineStep * scale)));
   return at;
 }
 
 // The largest letters with which all of it stands on the page; empty when none do.
 std::optional<Arrangement> Fitting(const Sheet& sheet, const Surface& surface) {
   for (const double scale : kScales) {
-    const Arrangement at = ArrangementAt(sheet, surface, scale);
-    if (ColumnWidth(sheet, scale) > surface.Width - 2 * kMargin) continue;
+    const Rect room = *CutSheet(surface, scale).Find(kBlocks);
+    const Arrangement at = ArrangementAt(sheet, room, scale);
+    if (ColumnWidth(sheet, scale) > room.Width()) continue;
     if (Columns(sheet, at.PerColumn).Count() <= at.Most) return at;
   }
   return std::nullopt;
 }
 
-void WriteHead(Picture& page, const Sheet& sheet, const BlockInks& inks, double scale) {
-  const double room = page.Width() - 2 * kMargin;
+void WriteHead(Picture& page, const Rect& region, const Sheet& sheet, const BlockInks& inks,
+               double scale) {
   const double size = LetterSize(Type::Title) * scale;
   const double second = LetterSize(Type::Label) * scale;
-  page.Add("title", Label{.At = {kMargin, kMargin + size / 2},
-                          .Text = Elided(sheet.Title, size, room, true),
+  page.Add("title", Label{.At = {region.Left, region.Top + size / 2},
+                          .Text = Elided(sheet.Title, size, region.Width(), true),
                           .Size = size,
                           .Ink = inks.Ink,
                           .Bold = true});
-  page.Add("subtitle", Label{.At = {kMargin, kMargin + size + 0.9 * second},
-                             .Text = Elided(sheet.Subtitle, second, room),
+  page.Add("subtitle", Label{.At = {region.Left, region.Top + size + 0.9 * second},
+                             .Text = Elided(sheet.Subtitle, second, region.Width()),
                              .Size = second,
                              .Ink = inks.Faint});
 }
@@ -125,23 +139,23 @@ void WriteHead(Picture& page, const Sheet& sheet, const BlockInks& inks, double 
 Picture DrawSheet(const Sheet& sheet, const ViewSettings& options, const Surface& surface) {
   const BlockInks inks = BlockInksFor(options);
   const std::optional<Arrangement> fitting = Fitting(sheet, surface);
-  Arrangement at = fitting.value_or(ArrangementAt(sheet, surface, 1));
   const bool isScrolled = !fitting && surface.On == Medium::Screen;
-  double height = surface.Height;
+  const double scale = fitting ? fitting->Scale : 1;
+  PageLayout layout = CutSheet(surface, scale, fitting || isScrolled);
+  Arrangement at = ArrangementAt(sheet, *layout.Find(kBlocks), scale);
   if (isScrolled) {
     while (Columns(sheet, at.PerColumn).Count() > at.Most) ++at.PerColumn;
-    height = std::max(height, 2 * kMargin + HeadHeight(at.Scale) + at.PerColumn * kLineStep);
-  } else if (!fitting) {
-    at.PerColumn -= 1;  // for the line that says what is not there
+    const double more = at.PerColumn * kLineStep - layout.Find(kBlocks)->Height();
+    layout = CutSheet({surface.Width, surface.Height + std::max(more, 0.0), surface.On}, scale);
   }
-  Picture page(surface.Width, height, inks.Paper);
-  WriteHead(page, sheet, inks, at.Scale);
+  Picture page(layout.Page.Width(), layout.Page.Height(), inks.Paper);
+  if (const Rect* head = layout.Find(kHead)) WriteHead(page, *head, sheet, inks, scale);
+  const Rect room = *layout.Find(kBlocks);
   const Columns columns(sheet, at.PerColumn);
-  const double step = kLineStep * at.Scale;
-  const double gap = kColumnGap * at.Scale;
-  const double top = kMargin + HeadHeight(at.Scale);
+  const double step = kLineStep * scale;
+  const double gap = kColumnGap * scale;
   const auto used = static_cast<double>(std::min(columns.Count(), at.Most));
-  const double share = (page.Width() - 2 * kMargin + gap) / std::max(used, 1.0) - gap;
+  const double share = (room.Width() + gap) / std::max(used, 1.0) - gap;
   const double width = std::min(share, kWidest * at.Width);
   std::size_t missing = 0;
   for (const Piece& piece : columns.Pieces()) {
@@ -149,13 +163,14 @@ Picture DrawSheet(const Sheet& sheet, const ViewSettings& options, const Surface
       missing += piece.Part.Rows.size();
       continue;
     }
-    const double left = kMargin + static_cast<double>(piece.Column) * (width + gap);
-    const double from = top + piece.Line * step;
+    const double left = room.Left + static_cast<double>(piece.Column) * (width + gap);
+    const double from = room.Top + piece.Line * step;
     const double lines = display::LinesOf(piece.Part);
-    DrawBlock(page, {left, from, left + width, from + lines * step}, piece.Part, inks, at.Scale);
+    DrawBlock(page, {left, from, left + width, from + lines * step}, piece.Part, inks, scale);
   }
-  if (missing > 0) {
-    page.Add("left out", Label{.At = {kMargin, page.Height() - kMargin - step / 2},
+  const Rect* note = layout.Find(kNote);
+  if (missing > 0 && note != nullptr) {
+    page.Add("left out", Label{.At = {note->Left, (note->Top + note->Bottom) / 2},
                                .Text = "Not shown: " + Shortest(static_cast<int>(missing)) +
                                        " rows (in the display's window)",
                                .Size = LetterSize(Type::Note),

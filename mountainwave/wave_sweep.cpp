@@ -3,10 +3,14 @@
 #include <algorithm>
 #include <cmath>
 #include <optional>
+#include <string>
+#include <string_view>
 #include <utility>
+#include <vector>
 
 #include "core/numbers.h"
 #include "core/shown_values.h"
+#include "picture/layout.h"
 #include "picture/shapes.h"
 #include "picture/text_width.h"
 
@@ -63,14 +67,48 @@ struct ShadeScale {
   }
 };
 
+// The parts of a chart's page.
+constexpr std::string_view kHeading = "heading";
+constexpr std::string_view kBars = "bars";
+constexpr std::string_view kChart = "chart";
+constexpr std::string_view kLegend = "legend";
+
+// Room for the numbers of the axes and for what is said over a frame.
+constexpr double kAxisNumbers = Px(56);
+constexpr double kAxisRow = Px(22);
+constexpr double kCaptionRow = Px(24);
+constexpr double kToAxis = Px(7);  // from the frame to its numbers
+
+PageLayout CutChart(const Surface& surface, bool hasBars) {
+  std::vector<RegionRow> rows = {
+      {.Name = kHeading, .At = Place::Above, .LeastHeight = Px(44)},
+      {.Name = kChart, .At = Place::Main, .LeastWidth = Px(160), .LeastHeight = Px(120)},
+      {.Name = kLegend, .At = Place::Under, .LeastHeight = Px(28), .Priority = 1}};
+  if (hasBars) {
+    constexpr double kShare = 0.28;  // of the page
+    rows.push_back({.Name = kBars,
+                    .At = Place::Above,
+                    .LeastHeight = std::max(Px(60), kShare * surface.Height),
+                    .Priority = 2,
+                    .Caption = "the strongest waves as bars"});
+  }
+  return CutPage(surface, rows);
+}
+
 // A chart of velocities: frame, cells, texts and the shades with their meaning.
 class Chart {
  public:
-  Chart(const DisplaySettings& look, const Surface& surface, const Rect& frame, double most)
-      : colors_(OnPaper(look.Screen == ScreenColor::Black)),
+  Chart(const DisplaySettings& look, const Surface& surface, double most, bool hasBars = false)
+      : layout_(CutChart(surface, hasBars)),
+        colors_(OnPaper(look.Screen == ScreenColor::Black)),
         shading_(most, colors_.Paper),
-        frame_(frame),
-        page_(surface.Width, surface.Height, colors_.Paper) {}
+        page_(surface.Width, surface.Height, colors_.Paper) {
+    const Rect& chart = *layout_.Find(kChart);
+    frame_ = {chart.Left + kAxisNumbers, chart.Top + (hasBars ? kCaptionRow : 0),
+              chart.Right - Px(12), chart.Bottom - kAxisRow};
+  }
+
+  const PageLayout& Layout() const { return layout_; }
 
   const Rect& Frame() const { return frame_; }
   Color Ink() const { return colors_.Ink; }
@@ -100,12 +138,29 @@ class Chart {
     page_.Add("frame",
               Polyline{.Points = OutlineOf(rect), .Stroke = {Ink(), 14, LineStyle::Solid}});
   }
-  // A box for each shade.
-  void Legend(const WaveUnits& units) {
-    constexpr double kBox = 330;
-    const double top = frame_.Bottom + 330;
+  // Two lines over all: what the chart shows and what of.
+  void Heading(const std::string& what, const std::string& of) {
+    const Rect* region = layout_.Find(kHeading);
+    if (region == nullptr) return;
+    const auto line = [&](double y, const std::string& text, Type size) {
+      Text({region->Left, y}, Elided(text, LetterSize(size), region->Width()), size, AnchorX::Left);
+    };
+    line(region->Top + Px(11), what, Type::Label);
+    line(region->Top + Px(31), of, Type::Note);
+  }
+  // What the chart's axis means, and a box for each shade.
+  void Legend(const std::string& axis, const WaveUnits& units) {
+    const Rect* region = layout_.Find(kLegend);
+    if (region == nullptr) return;
+    constexpr double kBox = Px(27);
+    const std::string unit(Word(units.Vertical));
+    const double top = region->Top;
     double left = frame_.Right - kShades * kBox;
-    Text({left - 80, top + 60}, std::string(Word(units.Vertical)), Type::Note, AnchorX::Right);
+    const double before = left - Px(7) - TextWidth(unit, LetterSize(Type::Note));
+    Text({left - Px(7), top + 60}, unit, Type::Note, AnchorX::Right);
+    if (frame_.Left + TextWidth(axis, LetterSize(Type::Note)) + Px(7) < before) {
+      Text({frame_.Left, top + 60}, axis, Type::Note, AnchorX::Left);
+    }
     for (int shade = 1; shade <= kShades; ++shade, left += kBox) {
       page_.Add("sweep legend", Area{.Rings = {{{left, top},
                                                 {left + kBox, top},
@@ -119,9 +174,10 @@ class Chart {
   }
 
  private:
+  PageLayout layout_;
   PaperAndInk colors_;
   ShadeScale shading_;
-  Rect frame_;
+  Rect frame_{};
   Picture page_;
 };
 
@@ -174,7 +230,7 @@ void DrawCells(Chart& chart, const Sweep& sweep) {
 Picture PlotSweep(const Sweep& sweep, const RidgeForm& marked, const WaveUnits& units,
                   const DisplaySettings& look, const Surface& surface) {
   const double most = sweep.Velocities.empty() ? 0 : *std::ranges::max_element(sweep.Velocities);
-  Chart chart(look, surface, {850, 750, surface.Width - 250, surface.Height - 700}, most);
+  Chart chart(look, surface, most);
   const Rect& frame = chart.Frame();
   const auto x = [&](double axis) { return frame.Left + axis / 360 * frame.Width(); };
   const auto y = [&](double widthKm) {
@@ -184,22 +240,16 @@ Picture PlotSweep(const Sweep& sweep, const RidgeForm& marked, const WaveUnits& 
   DrawCells(chart, sweep);
   chart.Outline(frame);
   for (int axis = 0; axis <= 360; axis += 45) {
-    chart.Text({x(axis), frame.Bottom + 150}, Shortest(axis), Type::Note, AnchorX::Center);
+    chart.Text({x(axis), frame.Bottom + kAxisRow / 2}, Shortest(axis), Type::Note, AnchorX::Center);
   }
   for (const double width : {0.5, 1.0, 2.0, 5.0, 10.0, 20.0}) {
-    chart.Text({frame.Left - 80, y(width)}, Mask(FromKm(width, units.Distance), "#0.#"), Type::Note,
-               AnchorX::Right);
+    chart.Text({frame.Left - kToAxis, y(width)}, Mask(FromKm(width, units.Distance), "#0.#"),
+               Type::Note, AnchorX::Right);
   }
-  chart.Text(
-      {frame.Left, 180},
+  chart.Heading(
       "Strongest wave by ridge axis and half-width (" + std::string(Word(units.Distance)) + ")",
-      Type::Label, AnchorX::Left);
-  chart.Text(
-      {frame.Left, 470},
-      most > 0 ? "up to " + VelocityText(most, units) : std::string("There are no waves present."),
-      Type::Note, AnchorX::Left);
-  chart.Text({frame.Left, frame.Bottom + 400}, "Ridge axis, degrees", Type::Note, AnchorX::Left);
-  chart.Legend(units);
+      most > 0 ? "up to " + VelocityText(most, units) : std::string("There are no waves present."));
+  chart.Legend("Ridge axis, degrees", units);
   if (marked.HalfWidthKm && marked.Axis > 0) {
     chart.Page().Add("marked ridge",
                      Circle{.Center = {x(marked.Axis),
@@ -226,16 +276,17 @@ SeriesMember MemberOf(const Air& air, std::string title, const RidgeForm& form, 
 
 Picture PlotSeries(const std::vector<SeriesMember>& members, const RidgeForm& form,
                    const WaveUnits& units, const DisplaySettings& look, const Surface& surface) {
-  constexpr double kGap = 450;
-  const double upper = 0.35 * surface.Height;
-  double most = 4;
+  double most = 4;  // an even number, so that half of it is whole
   for (const SeriesMember& member : members) {
     most = std::max(most, std::ceil(member.Velocity));
     for (const double velocity : member.ByAxis) most = std::max(most, std::ceil(velocity));
   }
-  Chart chart(look, surface, {950, upper + kGap, surface.Width - 250, surface.Height - 900}, most);
+  most = 2 * std::ceil(most / 2);
+  Chart chart(look, surface, most, true);
   const Rect& frame = chart.Frame();
-  const Rect lines{frame.Left, 750, frame.Right, upper};
+  const Rect* bars = chart.Layout().Find(kBars);
+  const Rect lines =
+      bars == nullptr ? Rect{} : Rect{frame.Left, bars->Top, frame.Right, bars->Bottom};
   const auto count = static_cast<double>(std::max<std::size_t>(1, members.size()));
   const double cell = frame.Width() / count;
   const auto y = [&](double velocity) { return lines.Bottom - velocity / most * lines.Height(); };
@@ -248,7 +299,7 @@ Picture PlotSeries(const std::vector<SeriesMember>& members, const RidgeForm& fo
       chart.Cell({left, bottom - frame.Height() / axes, left + cell, bottom}, member.ByAxis[i]);
     }
     const double middle = left + cell / 2;
-    if (member.Velocity > 0) {
+    if (member.Velocity > 0 && bars != nullptr) {
       constexpr double kBar = 0.3;  // of the cell, either side
       chart.Page().Add("series bar",
                        Area{.Rings = {{{middle - kBar * cell, y(member.Velocity)},
@@ -261,35 +312,34 @@ Picture PlotSeries(const std::vector<SeriesMember>& members, const RidgeForm& fo
     }
     const double half = TextWidth(member.Title, LetterSize(Type::Note)) / 2;
     if (middle - half >= free && middle + half <= surface.Width) {
-      chart.Text({middle, frame.Bottom + 150}, member.Title, Type::Note, AnchorX::Center);
+      chart.Text({middle, frame.Bottom + kAxisRow / 2}, member.Title, Type::Note, AnchorX::Center);
       free = middle + half + 100;
     }
     left += cell;
   }
   chart.Outline(frame);
-  chart.Outline(lines);
-  for (const double share : {0.0, 0.5, 1.0}) {
-    chart.Text({lines.Left - 80, y(share * most)},
-               Mask(FromMs(share * most, units.Vertical), "###0"), Type::Note, AnchorX::Right);
+  if (bars != nullptr) {
+    chart.Outline(lines);
+    for (const double share : {0.0, 0.5, 1.0}) {
+      chart.Text({lines.Left - kToAxis, y(share * most)},
+                 Mask(FromMs(share * most, units.Vertical), "###0"), Type::Note, AnchorX::Right);
+    }
   }
   for (int axis = 0; axis <= 360; axis += 90) {
-    chart.Text({frame.Left - 80, frame.Bottom - axis / 360.0 * frame.Height()}, Shortest(axis),
+    chart.Text({frame.Left - kToAxis, frame.Bottom - axis / 360.0 * frame.Height()}, Shortest(axis),
                Type::Note, AnchorX::Right);
   }
   const std::string width =
       form.HalfWidthKm ? "half-width " + Mask(FromKm(*form.HalfWidthKm, units.Distance), "##0.0") +
                              " " + std::string(Word(units.Distance))
                        : std::string("as wide as makes each wave strongest");
-  chart.Text({lines.Left, 180}, "Strongest wave behind the mountain, sounding by sounding",
-             Type::Label, AnchorX::Left);
-  chart.Text({lines.Left, 470},
-             std::string(Word(units.Vertical)) + "; " + LengthText(form.Relief, units.Height) +
-                 " above the station, " + width +
-                 (form.Axis > 0 ? ", axis " + Mask(form.Axis, "##0") : std::string()),
+  chart.Heading("Strongest wave behind the mountain, sounding by sounding",
+                std::string(Word(units.Vertical)) + "; " + LengthText(form.Relief, units.Height) +
+                    " above the station, " + width +
+                    (form.Axis > 0 ? ", axis " + Mask(form.Axis, "##0") : std::string()));
+  chart.Text({frame.Left, frame.Top - kCaptionRow / 2}, "The same by ridge axis, degrees",
              Type::Note, AnchorX::Left);
-  chart.Text({frame.Left, upper + kGap - 150}, "The same by ridge axis, degrees", Type::Note,
-             AnchorX::Left);
-  chart.Legend(units);
+  chart.Legend(LeftOutText(chart.Layout()), units);
   return std::move(chart.Page());
 }
 

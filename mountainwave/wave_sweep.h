@@ -45,11 +45,10 @@ SeriesMember MemberOf(const Air& air, std::string title, const RidgeForm& form, 
 /// Soundings in their order as a chart: the strongest wave behind the mountain as bars, below it
 /// that by the axis.
 Picture PlotSeries(const std::vector<SeriesMember>& members, const RidgeForm& form,
-                   const WaveUnits& units, const DisplaySettings& look,
-                   const Surface& surface = {9000, 7000});
+                   const WaveUnits& units, const DisplaySettings& look, const Surface& surface);
 
 /// The sweep as a chart, the ridge in question marked: axis to the right, half-width upward.
 Picture PlotSweep(const Sweep& sweep, const RidgeForm& marked, const WaveUnits& units,
-                  const DisplaySettings& look, const Surface& surface = {6000, 4500});
+                  const DisplaySettings& look, const Surface& surface);
 
 }  // namespace vexa::mountainwave

@@ -4,6 +4,10 @@
 #include <cmath>
 #include <cstddef>
 #include <iterator>
+#include <string_view>
+#include <vector>
+
+#include "picture/layout.h"
 
 namespace vexa::output {
 namespace {
@@ -14,9 +18,21 @@ constexpr PageSizePt kPaperSizes[] = {{612, 792}, {612, 1008}, {595, 842}};
 
 constexpr Color kPaperColor{255, 255, 255};
 
-Picture BlankPage(const PrintSetup& setup) {
+constexpr std::string_view kHeader = "header";
+constexpr std::string_view kContent = "content";
+
+// A sheet of paper: header lines, where there are any, and the room of the content.
+PageLayout CutSheet(const PrintSetup& setup, double headerPt = 0) {
   const PageSizePt size = SizeOf(setup);
-  return {size.Width * kUnitsPerPoint, size.Height * kUnitsPerPoint, kPaperColor};
+  std::vector<RegionRow> rows = {{.Name = kContent, .At = Place::Main}};
+  if (headerPt > 0) {
+    rows.push_back({.Name = kHeader, .At = Place::Above, .LeastHeight = headerPt * kUnitsPerPoint});
+  }
+  return CutPage(PaperSurface(size.Width, size.Height), rows, kMarginPt * kUnitsPerPoint);
+}
+
+Picture BlankPage(const PageLayout& sheet) {
+  return {sheet.Page.Width(), sheet.Page.Height(), kPaperColor};
 }
 
 // Number of characters, not bytes.
@@ -61,11 +77,11 @@ ListingLines Folded(const ListingLines& lines, double widthPt) {
   return folded;
 }
 
-void PutLines(Picture& page, const ListingLines& lines, double sizePt) {
-  double y = kMarginPt * kUnitsPerPoint;
+void PutLines(Picture& page, const Rect& region, const ListingLines& lines, double sizePt) {
+  double y = region.Top;
   for (const std::string& line : lines) {
     if (!line.empty()) {
-      page.Add("listing", Label{.At = {kMarginPt * kUnitsPerPoint, y},
+      page.Add("listing", Label{.At = {region.Left, y},
                                 .Text = line,
                                 .Down = AnchorY::Top,
                                 .Size = sizePt * kUnitsPerPoint,
@@ -87,51 +103,53 @@ PageSizePt SizeOf(const PrintSetup& setup) {
 namespace {
 
 // Letters of the header over a display, points.
-double HeaderLetters(const ListingLines& header, const PrintSetup& setup) {
-  return LetterSize({}, header, SizeOf(setup).Width - 2 * kMarginPt);
+double HeaderLetters(const ListingLines& header, double widthPt) {
+  return LetterSize({}, header, widthPt);
 }
 
-// The part of the page under the header, points.
-Rect RoomUnder(const ListingLines& header, const PrintSetup& setup) {
-  const PageSizePt size = SizeOf(setup);
-  const double lines = static_cast<double>(header.size()) + 1;
-  return {kMarginPt, kMarginPt + lines * HeaderLetters(header, setup) * kLeadingShare,
-          size.Width - kMarginPt, size.Height - kMarginPt};
+double WidthPt(const PrintSetup& setup) {
+  return SizeOf(setup).Width - 2 * kMarginPt;
+}
+
+PageLayout CutUnder(const ListingLines& header, const PrintSetup& setup) {
+  const double step = HeaderLetters(header, WidthPt(setup)) * kLeadingShare;
+  return CutSheet(setup, static_cast<double>(header.size()) * step);
 }
 
 }  // namespace
 
 Surface DisplayRoom(const ListingLines& header, const PrintSetup& setup) {
-  const Rect room = RoomUnder(header, setup);
-  return PaperSurface(room.Width(), room.Height());
+  const Rect room = *CutUnder(header, setup).Find(kContent);
+  return {room.Width(), room.Height(), Medium::Paper};
 }
 
 Picture DisplayPage(const Picture& display, const ListingLines& header, const PrintSetup& setup) {
-  Picture page = BlankPage(setup);
-  PutLines(page, header, HeaderLetters(header, setup));
-  const Rect room = RoomUnder(header, setup);
-  page.Add("display", Inset{.Place = {room.Left * kUnitsPerPoint, room.Top * kUnitsPerPoint,
-                                      room.Right * kUnitsPerPoint, room.Bottom * kUnitsPerPoint},
-                            .Content = display});
+  const PageLayout sheet = CutUnder(header, setup);
+  Picture page = BlankPage(sheet);
+  if (const Rect* lines = sheet.Find(kHeader)) {
+    PutLines(page, *lines, header, HeaderLetters(header, WidthPt(setup)));
+  }
+  page.Add("display", Inset{.Place = *sheet.Find(kContent), .Content = display});
   return page;
 }
 
 std::vector<Picture> ListingPages(const ListingLines& listing, const ListingLines& header,
                                   const PrintSetup& setup, int headLines) {
-  const PageSizePt size = SizeOf(setup);
-  const double width = size.Width - 2 * kMarginPt;
+  const PageLayout sheet = CutSheet(setup);
+  const Rect room = *sheet.Find(kContent);
+  const double width = room.Width() / kUnitsPerPoint;
   const ListingLines foldedHeader = Folded(header, width);
   const ListingLines folded = Folded(listing, width);
   const auto heads = listing.begin() + std::min<std::ptrdiff_t>(headLines, std::ssize(listing));
   const auto foldedHeads = Folded({listing.begin(), heads}, width).size();
   const double letters = LetterSize(folded, foldedHeader, width);
-  const double room = (size.Height - 2 * kMarginPt) / (letters * kLeadingShare);
+  const double step = letters * kLeadingShare * kUnitsPerPoint;
+  const auto linesPerPage = static_cast<int>(std::floor(room.Height() / step + 1e-9));
   std::vector<Picture> pages;
-  const auto linesPerPage = static_cast<int>(std::floor(room));
   for (const ListingLines& lines :
        Paginate(folded, foldedHeader, linesPerPage, static_cast<int>(foldedHeads))) {
-    pages.push_back(BlankPage(setup));
-    PutLines(pages.back(), lines, letters);
+    pages.push_back(BlankPage(sheet));
+    PutLines(pages.back(), room, lines, letters);
   }
   return pages;
 }

@@ -310,10 +310,10 @@ const Rect* PageLayout::Find(std::string_view name) const {
   return found == Regions.end() ? nullptr : &found->Where;
 }
 
-PageLayout CutPage(const Surface& surface, std::span<const RegionRow> rows) {
+PageLayout CutPage(const Surface& surface, std::span<const RegionRow> rows, double margin) {
   PageLayout layout;
   layout.Page = {0, 0, surface.Width, surface.Height};
-  const double margin = std::min({kPageMargin, surface.Width / 4, surface.Height / 4});
+  margin = std::min({margin, surface.Width / 4, surface.Height / 4});
   const Rect inside{margin, margin, surface.Width - margin, surface.Height - margin};
   std::optional<Arranged> best;
   double mostWorth = 0;

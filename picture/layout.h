@@ -56,8 +56,12 @@ struct PageLayout {
   const Rect* Find(std::string_view name) const;
 };
 
-/// The page of this size cut by these rows, of which one is the main region.
-PageLayout CutPage(const Surface& surface, std::span<const RegionRow> rows);
+inline constexpr double kPageMargin = 10 * kUnitsPerPixel;
+inline constexpr double kRegionGap = 8 * kUnitsPerPixel;
+
+/// The page of this size cut by these rows, of which one is the main region, within a margin.
+PageLayout CutPage(const Surface& surface, std::span<const RegionRow> rows,
+                   double margin = kPageMargin);
 
 /// What is left out and where it is told: "Not shown: indices (F4), hodograph (Ctrl+H)"; empty when
 /// all is there. Regions without a caption are not missed.
@@ -74,8 +78,5 @@ struct PageBox {
 /// The rows of a layout without the side boxes that nobody fills, with the heights that the others
 /// need.
 std::vector<RegionRow> RowsFor(std::span<const RegionRow> rows, std::span<const PageBox> boxes);
-
-inline constexpr double kPageMargin = 10 * kUnitsPerPixel;
-inline constexpr double kRegionGap = 8 * kUnitsPerPixel;
 
 }  // namespace vexa

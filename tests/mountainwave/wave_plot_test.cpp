@@ -37,6 +37,28 @@ int CountOf(const Picture& page, std::string_view tag) {
       std::ranges::count_if(page.Items(), [tag](const Item& item) { return item.Tag == tag; }));
 }
 
+// A window of 800 x 600, an ultra-wide one, a tall dock and a sheet of A4.
+constexpr Surface kChartPages[] = {WindowSurface(780, 480), WindowSurface(3400, 1300),
+                                   WindowSurface(420, 1200), PaperSurfaceMm(190, 277)};
+
+// In order, and its frames take the page but for a margin of numbers and captions.
+void ExpectFilled(const Picture& chart, const Surface& surface) {
+  SCOPED_TRACE(testing::Message() << surface.Width << " x " << surface.Height);
+  test::ExpectOrderly(chart, {0, 0, surface.Width, surface.Height});
+  Rect frames{surface.Width, surface.Height, 0, 0};
+  for (const Item& item : chart.Items()) {
+    if (item.Tag != "frame") continue;
+    for (const Point& at : std::get<Polyline>(item.Shape).Points) {
+      frames = {std::min(frames.Left, at.X), std::min(frames.Top, at.Y),
+                std::max(frames.Right, at.X), std::max(frames.Bottom, at.Y)};
+    }
+  }
+  EXPECT_LT(frames.Left, Px(80));
+  EXPECT_LT(frames.Top, Px(80));
+  EXPECT_GT(frames.Right, surface.Width - Px(40));
+  EXPECT_GT(frames.Bottom, surface.Height - Px(90));
+}
+
 void ClearWinds(SoundingRecord& sounding) {
   sounding.WindHgt.Clear();
   sounding.WindDir.Clear();
@@ -202,11 +224,13 @@ TEST(WaveSweep, IsTheModelAtEveryPoint) {
   EXPECT_LT(calm, sweep.Axes * sweep.Widths);
   // A ridge looked at from its other end is the same ridge.
   EXPECT_NEAR(sweep.At(2, 2), sweep.At(14, 2), 1e-6);
-  const Picture chart =
-      PlotSweep(sweep, {.Relief = 1000, .HalfWidthKm = 3, .Axis = 200}, kMetricUnits, Options{});
-  EXPECT_EQ(CountOf(chart, "marked ridge"), 1);
-  EXPECT_GT(CountOf(chart, "sweep"), 0);
-  test::ExpectOrderly(chart, {0, 0, 6000, 4500});
+  for (const Surface& surface : kChartPages) {
+    const Picture chart = PlotSweep(sweep, {.Relief = 1000, .HalfWidthKm = 3, .Axis = 200},
+                                    kMetricUnits, Options{}, surface);
+    EXPECT_EQ(CountOf(chart, "marked ridge"), 1);
+    EXPECT_GT(CountOf(chart, "sweep"), 0);
+    ExpectFilled(chart, surface);
+  }
 }
 
 TEST(WaveSweep, SoundingsInTurnShowTheirOwnAir) {
@@ -223,9 +247,11 @@ TEST(WaveSweep, SoundingsInTurnShowTheirOwnAir) {
   EXPECT_EQ(calm.Velocity, 0);
   std::vector<SeriesMember> members(40, windy);
   members.push_back(calm);
-  const Picture chart = PlotSeries(members, form, kMetricUnits, Options{});
-  EXPECT_EQ(CountOf(chart, "series bar"), 40);
-  test::ExpectOrderly(chart, {0, 0, chart.Width(), chart.Height()});
+  for (const Surface& surface : kChartPages) {
+    const Picture chart = PlotSeries(members, form, kMetricUnits, Options{}, surface);
+    EXPECT_EQ(CountOf(chart, "series bar"), 40);
+    ExpectFilled(chart, surface);
+  }
 }
 
 }  // namespace
