@@ -41,7 +41,7 @@ SurfaceWindow::SurfaceWindow(Program& program, std::function<void(Changes)> show
   form->addRow(QStringLiteral("&Temperature, C"), temp_);
   form->addRow(QStringLiteral("&Dew point, C"), dewpt_);
   form->addRow(QStringLiteral("Wind d&irection, degrees"), dir_);
-  form->addRow(QStringLiteral("Wind &speed, knots"), spd_);
+  form->addRow(QStringLiteral("Wind &speed, kts"), spd_);
   form->addRow(mix_);
   form->addRow(message_);
   form->addRow(buttons);

@@ -82,9 +82,9 @@ constexpr OptionRow kProgramTab2Rows[] = {
     Row<At<&AnalysisSettings::DeviationFactor>, kTrue, Range{0, 10}>("", kProgramTab2)
         .As("Bunkers deviation factor")
         .Named("Bunkers deviation factor")
-        .In("x 15 kt")
+        .In("x 15 kts")
         .When(IsBunkers)
-        .Says("Distance of supercells from the mean wind in multiples of 15 kt.")
+        .Says("Distance of supercells from the mean wind in multiples of 15 kts.")
         .KeptIn(SettingsFile::Hodograph),
     Row<At<&AnalysisSettings::Mover>>("", kProgramTab2)
         .As("Storm mover")
@@ -107,11 +107,12 @@ constexpr OptionRow kProgramTab2Rows[] = {
     Row<At<&AnalysisSettings::ManualMotionSpd>, kTrue, Range{0, 200}>("", kProgramTab2)
         .As("Manual storm speed")
         .Named("Manual storm speed")
-        .In("kt")
+        .In("kts")
         .When(IsMovedByHand)
         .Says("Speed of the storm when the motion is MANUAL.")
         .KeptIn(SettingsFile::Hodograph),
-    Row<At<&AnalysisSettings::ShearLayerTopKm>, kTrue, Range{1, 15}>("Shear SR Layer Top = ", kProgramTab2)
+    Row<At<&AnalysisSettings::ShearLayerTopKm>, kTrue, Range{1, 15}>("Shear SR Layer Top = ",
+                                                                     kProgramTab2)
         .Named("Steering layer top")
         .In("km AGL")
         .When(IsTraditional)
@@ -122,12 +123,14 @@ constexpr OptionRow kProgramTab2Rows[] = {
         .In("km AGL")
         .When(IsTraditional)
         .Says("Bottom of the mean-wind layer of the traditional storm motion; below its top."),
-    Row<At<&AnalysisSettings::ShearLayerDeg>, kTrue, Range{-90, 90}>("Shear SR Layer Deg = ", kProgramTab2)
+    Row<At<&AnalysisSettings::ShearLayerDeg>, kTrue, Range{-90, 90}>("Shear SR Layer Deg = ",
+                                                                     kProgramTab2)
         .Named("Deviation angle")
         .In("degrees")
         .When(IsTraditional)
         .Says("Angle by which the traditional storm motion turns off the mean wind."),
-    Row<At<&AnalysisSettings::ShearLayerPct>, kTrue, Range{1, 150}>("Shear SR Layer Pct = ", kProgramTab2)
+    Row<At<&AnalysisSettings::ShearLayerPct>, kTrue, Range{1, 150}>("Shear SR Layer Pct = ",
+                                                                    kProgramTab2)
         .Named("Share of steering flow")
         .In("%")
         .When(IsTraditional)
@@ -157,10 +160,12 @@ constexpr OptionRow kProgramTab3Rows[] = {
     Row<At<&AnalysisSettings::SearchDepth>, kTrue, Range{50, 500}>("Search depth = ", kProgramTab3)
         .In("hPa")
         .Says("Depth above the surface in which the most unstable parcel is sought."),
-    Row<At<&AnalysisSettings::CclMeanLayer>, kTrue, Range{10, 200}>("CCL mean layer = ", kProgramTab3)
+    Row<At<&AnalysisSettings::CclMeanLayer>, kTrue, Range{10, 200}>("CCL mean layer = ",
+                                                                    kProgramTab3)
         .In("hPa")
         .Says("Depth of the mixed layer for the mean parcel and the CCL."),
-    Row<At<&AnalysisSettings::ElLowerLimit>, kTrue, Range{100, 1050}>("EL lower limit = ", kProgramTab3)
+    Row<At<&AnalysisSettings::ElLowerLimit>, kTrue, Range{100, 1050}>("EL lower limit = ",
+                                                                      kProgramTab3)
         .In("hPa")
         .Says("Equilibrium levels at a higher pressure count as none; 1050 admits all."),
     Row<At<&AnalysisSettings::BaseLevel>>("CAPE base level = ", kProgramTab3)
@@ -174,7 +179,8 @@ constexpr OptionRow kProgramTab3Rows[] = {
         .Says("Computes and shows the maximum parcel level above the equilibrium level."),
     Row<At<&ViewSettings::CapeDepth>>("CAPE depth display = ", kProgramTab3)
         .Says("CAPE figures of the panel: the total, the layer's, or both."),
-    Row<At<&AnalysisSettings::CapeDepthKm>, kTrue, Range{0.5, 10}>("CAPE depth xKm depth = ", kProgramTab3)
+    Row<At<&AnalysisSettings::CapeDepthKm>, kTrue, Range{0.5, 10}>("CAPE depth xKm depth = ",
+                                                                   kProgramTab3)
         .Named("CAPE layer depth")
         .In("km")
         .Says("Depth x of CAPE 0-x; a change sets the EHI and VGP depths to the same.")

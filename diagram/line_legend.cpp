@@ -50,7 +50,7 @@ constexpr LineRow kLegendLines[] = {
      [](const DisplaySettings& set) { return set.AutoAnalyses; }},
     {"Winds",
      "stand beside the diagram at their heights. The shaft points to where the wind comes from; "
-     "half a feather is 5 kt, a feather 10 kt, a pennant 50 kt.",
+     "half a feather is 5 kts, a feather 10 kts, a pennant 50 kts.",
      &Palette::Wind, nullptr, nullptr,
      [](const DisplaySettings& set) { return set.Winds != WindDisplay::None; }},
     {"Isobars", "join equal pressure: level lines, the lower the pressure the higher up.",

@@ -65,7 +65,7 @@ std::string StepText(const ForecastStep& step) {
   const StepChoice& choice = step.Choice;
   std::string line = PadLeft(Shortest(choice.Hour), 3) + " hrs  ";
   if (step.IsAlone) return line + "the station's own advection";
-  line += "Advection rate: " + Mask(choice.RateKt, "##0.0") + " kt from " +
+  line += "Advection rate: " + Mask(choice.RateKt, "##0.0") + " kts from " +
           Mask(choice.WindFrom, "##0") + ", " + Mask(choice.UpwindKm, "###0") + " km upwind:";
   constexpr double kLeastShown = 0.005;
   int faint = 0;

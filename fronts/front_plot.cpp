@@ -149,7 +149,7 @@ void DrawCaptions(FrontPage& page, const hodograph::Rings& rings, const Rect& pl
   const double first = place.Top + place.Height() / 4;
   const double second = place.Bottom - place.Height() / 4;
   const std::string step =
-      "Rings every " + Shortest(rings.Step) + (rings.Units == SpeedUnits::Knots ? " kt" : " m/s");
+      "Rings every " + Shortest(rings.Step) + (rings.Units == SpeedUnits::Knots ? " kts" : " m/s");
   Write(page, "range caption", {place.Right, first}, step, kNote, AnchorX::Right);
   const double room = place.Width() - TextWidth(step, kNote) - Px(16);
   Write(page, "axis caption", {place.Left, first},

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "analysis/index_table.h"
 #include "core/numbers.h"
 #include "core/shown_values.h"
 #include "core/units.h"
@@ -59,14 +60,15 @@ std::string GradientText(const FrontSettings& set) {
   return Mask(set.GradientThreshold, "0.000") + std::string(kDegreeSign) + "C/nm";
 }
 
-std::string SpanText(const FrontLayer& layer) {
-  return Mask(layer.BasePress, "###0.0") + "-" + Mask(layer.TopPress, "###0.0") + " hPa, " +
-         Mask(layer.Base, "####0") + "-" + Mask(layer.Top, "####0") + " m above the station";
+std::string SpanText(const FrontLayer& layer, const FrontSource& from) {
+  return Mask(layer.BasePress, "###0.0") + "-" + Mask(layer.TopPress, "###0.0") + " " +
+         std::string(analysis::PressureWord(from.Set.Pressure)) + ", " + Mask(layer.Base, "####0") +
+         "-" + Mask(layer.Top, "####0") + " m above the station";
 }
 
 std::string Terms(const FrontLayer& layer) {
   return "thermal wind " + Mask(layer.Thermal.Wind.Dir, "##0.0") + "/" +
-         Mask(layer.Thermal.Wind.Spd, "##0.0") + " kt, gradient " +
+         Mask(layer.Thermal.Wind.Spd, "##0.0") + " kts, gradient " +
          Mask(layer.Thermal.Gradient, "0.0000") + " C/nm, warm air towards " +
          Mask(layer.Thermal.WarmAzimuth, "##0.0") + ", advection " +
          SignedText(layer.AdvectionCph) + " C/h";
@@ -77,9 +79,10 @@ Lines ReasonsOf(const Front& front, const FrontSource& from) {
   const auto put = [&lines](const std::string& text) { lines.push_back(text); };
   put(Terms(front.Zone.Whole) + (front.IsWarm() ? ": warm" : ": cold"));
   put("moves towards " + Mask(front.Motion, "##0.0") + (front.IsWarm() ? ", away from" : ", to") +
-      " the warm air, c = " + Mask(front.Speed, "##0.0") + " kt, the mean normal wind of the zone");
+      " the warm air, c = " + Mask(front.Speed, "##0.0") +
+      " kts, the mean normal wind of the zone");
   if (front.NormalWindBelow) {
-    put("Vn = " + Mask(*front.NormalWindBelow, "##0.0") + " kt, the mean normal wind below it" +
+    put("Vn = " + Mask(*front.NormalWindBelow, "##0.0") + " kts, the mean normal wind below it" +
         (front.IsWarm() ? "; a warm front is anabatic where Vn does not exceed c"
                         : "; a cold front is anabatic where Vn exceeds c"));
   } else {
@@ -94,14 +97,15 @@ Lines ReasonsOf(const Front& front, const FrontSource& from) {
         " 1852 slope = " + Mask(*front.Lift, "####0.0") + " m/h");
   }
   if (front.Jump) {
-    put("largest jump of the normal wind " + Mask(front.Jump->Change, "##0.0") + " kt, " +
+    put("largest jump of the normal wind " + Mask(front.Jump->Change, "##0.0") + " kts, " +
         Mask(front.Jump->Base, "####0") + "-" + Mask(front.Jump->Top, "####0") + " m");
   }
   return lines;
 }
 
 // How many layers and zones missed what.
-Lines WhatWasMissed(const FrontResults& fronts) {
+Lines WhatWasMissed(const FrontSource& from) {
+  const FrontResults& fronts = from.Fronts;
   if (!fronts.WhyNone.empty()) return {fronts.WhyNone};
   Lines lines;
   for (const Missed why : {Missed::Low, Missed::High, Missed::Weak}) {
@@ -111,8 +115,8 @@ Lines WhatWasMissed(const FrontResults& fronts) {
                     std::string(Text(why)));
   }
   for (const FrontZone& zone : fronts.Zones) {
-    lines.push_back(SpanText(zone.Whole) + ": advection " + SignedText(zone.Whole.AdvectionCph) +
-                    " C/h, " + std::string(Text(zone.Why)));
+    lines.push_back(SpanText(zone.Whole, from) + ": advection " +
+                    SignedText(zone.Whole.AdvectionCph) + " C/h, " + std::string(Text(zone.Why)));
   }
   return lines;
 }
@@ -168,9 +172,9 @@ std::vector<std::string> StatusBlock(const FrontSource& from) {
 }
 
 std::vector<std::string> Reasons(const FrontSource& from) {
-  if (!from.Fronts.Found) return WhatWasMissed(from.Fronts);
+  if (!from.Fronts.Found) return WhatWasMissed(from);
   Lines lines = ReasonsOf(*from.Fronts.Found, from);
-  lines.insert(lines.begin(), SpanText(from.Fronts.Found->Zone.Whole));
+  lines.insert(lines.begin(), SpanText(from.Fronts.Found->Zone.Whole, from));
   return lines;
 }
 
@@ -179,14 +183,14 @@ std::vector<std::string> ExplainFronts(const FrontSource& from) {
   const FrontResults& fronts = from.Fronts;
   if (!fronts.WhyNone.empty()) return {"No front found. " + fronts.WhyNone};
   if (fronts.Found) {
-    lines.push_back("  The front: " + SpanText(fronts.Found->Zone.Whole));
+    lines.push_back("  The front: " + SpanText(fronts.Found->Zone.Whole, from));
     for (const std::string& line : ReasonsOf(*fronts.Found, from)) lines.push_back("    " + line);
   } else {
     lines.emplace_back("  No front found: no layer passes the thresholds.");
   }
   lines.emplace_back("  Zones, the strongest by gradient times depth");
   for (const FrontZone& zone : fronts.Zones) {
-    lines.push_back("    " + SpanText(zone.Whole) + ": " +
+    lines.push_back("    " + SpanText(zone.Whole, from) + ": " +
                     Mask(zone.Rank() / kMetersPerNauticalMile, "##0.0000") + " C, " +
                     Shortest(static_cast<int>(zone.Parts.size())) + " layers, advection " +
                     SignedText(zone.Whole.AdvectionCph) + " C/h" +
@@ -195,7 +199,7 @@ std::vector<std::string> ExplainFronts(const FrontSource& from) {
   lines.emplace_back("  Layers");
   for (const FrontLayer& layer : fronts.Layers) {
     lines.push_back(
-        "    " + SpanText(layer) + ": " + Terms(layer) +
+        "    " + SpanText(layer, from) + ": " + Terms(layer) +
         (layer.Why == Missed::No ? ", a candidate" : ", " + std::string(Text(layer.Why))));
   }
   return lines;

@@ -102,7 +102,7 @@ void ExplainWave(const Wave& wave, const WaveUnits& units, Lines& lines) {
                            : wave.Kind == WaveKind::Harmonic  ? "Harmonic"
                                                               : "Subordinate wave";
   const auto put = [&lines](const std::string& text) { lines.push_back("    " + text); };
-  lines.push_back("  " + head + " below " + Figure(at.Press, "###0.0") + " hPa, " +
+  lines.push_back("  " + head + " below " + Figure(at.Press, "###0.0") + " mb, " +
                   HeightText(at.Height, units) + " above the station");
   put("H = " + Figure(at.DepthKm, "#0.000") + " km, the depth of the lower layer");
   put("D = l2 below - l2 above = " + Figure(at.L2Below, "##0.0000") + " - " +
@@ -158,7 +158,7 @@ void ExplainRidge(const RidgeWaves& ridge, int number, const WaveUnits& units, L
   lines.emplace_back("  Levels without a wave");
   for (const Interface& at : ridge.Interfaces) {
     if (at.Why == PassedOver::No) continue;
-    lines.push_back("    " + PadLeft(Figure(at.Press, "###0.0"), 6) + " hPa  H " +
+    lines.push_back("    " + PadLeft(Figure(at.Press, "###0.0"), 6) + " mb  H " +
                     PadLeft(Figure(at.DepthKm, "#0.000"), 6) + " km  D " +
                     PadLeft(Figure(at.Fall, "###0.0000"), 9) + "  threshold " +
                     PadLeft(Figure(at.Threshold, "###0.0000"), 9) + "  " +

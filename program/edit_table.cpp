@@ -20,10 +20,10 @@ struct KindRow {
 const KindRow& About(LevelKind kind) {
   static const KindRow kKinds[] = {
       {"EditTempLevels",
-       {"Pressure (hPa)", "Temperature (C)", "Dew Point (C)"},
+       {"Pressure (mb)", "Temperature (C)", "Dew Point (C)"},
        {"pressure", "temperature", "dew point"}},
       {"EditWindLevels",
-       {"Height (m MSL)", "Direction (deg)", "Speed (kt)"},
+       {"Height (m MSL)", "Direction (deg)", "Speed (kts)"},
        {"height", "direction", "speed"}},
       {"EditCloudLayers",
        {"Type", "Base (100 ft)", "Top (100 ft)", "Code"},

@@ -186,7 +186,7 @@ std::string ForecastStatus(const ForecastView& view) {
   const ForecastStep& step = steps[view.Shown - 1];
   std::string text = Shortest(static_cast<int>(view.Shown)) + " hrs";
   if (!step.IsAlone) {
-    text = "Advection rate: " + Mask(step.Choice.RateKt, "##0.0") + " kt from " +
+    text = "Advection rate: " + Mask(step.Choice.RateKt, "##0.0") + " kts from " +
            Mask(step.Choice.WindFrom, "##0") + "   " + text;
   }
   return view.Status.empty() ? text : text + "   " + view.Status;

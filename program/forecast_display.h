@@ -46,7 +46,7 @@ map::AreaMap ForecastMapOf(const Program& program, const Options& set, const Sur
 /// The lists of the search, and of each hour what it was made of.
 std::vector<std::string> ListForecast(const Program& program);
 
-/// "Advection rate: 28.4 kt   6 hrs".
+/// "Advection rate: 28.4 kts   6 hrs".
 std::string ForecastStatus(const ForecastView& view);
 
 namespace commands {

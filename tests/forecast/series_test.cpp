@@ -91,7 +91,7 @@ TEST(Series, AnHourNamesTheSoundingsThatCount) {
   for (std::size_t i = 3; i < 7; ++i) step.Choice.Parts.push_back({i, 900, 0.001});
   EXPECT_EQ(
       StepText(step),
-      "  2 hrs  Advection rate: 17.5 kt from 262, 65 km upwind: itself 5% #1 90% #2 4% #3 1%, "
+      "  2 hrs  Advection rate: 17.5 kts from 262, 65 km upwind: itself 5% #1 90% #2 4% #3 1%, "
       "4 more under 1% each");
 }
 

@@ -59,7 +59,7 @@ TEST_F(ForecastDisplay, EachHourComesIntoWorkBesideTheOriginal) {
   ASSERT_EQ(program.Others.size(), 1u);
   EXPECT_EQ(program.Others[0]->Record(), original);
   EXPECT_EQ(program.View.Mode, diagram::MultiMode::Compare);
-  EXPECT_EQ(ForecastStatus(View()), "Advection rate: 30.0 kt from 270   3 hrs");
+  EXPECT_EQ(ForecastStatus(View()), "Advection rate: 30.0 kts from 270   3 hrs");
   EXPECT_TRUE(StampOf(folder.Path() / "ForecastHodoFilesVEXA" / "MainListing.txt"));
 
   const SoundingRecord third = program.Current.Record;
