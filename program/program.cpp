@@ -155,6 +155,7 @@ std::string SoundingBanner(const Program& program) {
     text += "  (" + Shortest(static_cast<int>(program.Listed.Now()) + 1) + "/" +
             Shortest(static_cast<int>(program.Listed.Size())) + ")";
   }
+  if (program.Doc.IsAltered()) text += " *";  // edits that are not saved
   return text;
 }
 

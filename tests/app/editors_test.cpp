@@ -222,7 +222,7 @@ TEST_F(Editors, ANewSoundingIsEnteredByHand) {
   EXPECT_EQ(program.Current.Record.NumTempLevels(), 3);
   EXPECT_EQ(program.Current.Record.LatHemi, "S");
   EXPECT_EQ(program.Current.Record.ElevM, 42);
-  EXPECT_EQ(window.windowTitle(), "VEXA  -  Kite");
+  EXPECT_EQ(window.windowTitle(), "VEXA  -  Kite *");
 
   user.Answers = {Answer::Cancel, Answer::No};
   EXPECT_FALSE(window.close());
@@ -313,7 +313,7 @@ TEST_F(Editors, TheSourceIsEditedAsText) {
   editor->Edit()->setPlainText(text.replace("Reference B, winter", "Edited"));
   EXPECT_TRUE(editor->Apply());
   editor->close();
-  EXPECT_EQ(window.windowTitle(), "VEXA  -  Edited");
+  EXPECT_EQ(window.windowTitle(), "VEXA  -  Edited *");
   EXPECT_EQ(Entry("mnuUndo").text(), "&Undo edit source data");
   EXPECT_EQ(ReadFile(path).Value(), WriteRaw(test::ReferenceWinter()));
 }

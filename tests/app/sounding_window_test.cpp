@@ -75,6 +75,21 @@ class WindowTest : public testing::Test {
   SoundingWindow window{program, interaction};
 };
 
+// A window system sends a size for every few pixels that the edge is dragged.
+TEST_F(WindowTest, OfTheSizesOfADragTheLastIsComposed) {
+  window.OpenFiles({Saved("a.RAW", test::ReferenceConvective())});
+  QApplication::processEvents();
+  int composed = 0;
+  window.View().OnPainted([&composed] { ++composed; });
+  for (int step = 1; step <= 60; ++step) window.resize(900 + 5 * step, 700 + 2 * step);
+  QApplication::processEvents();
+  EXPECT_GE(composed, 1);
+  EXPECT_LE(composed, 2);
+  const Surface own = window.View().OwnSurface();
+  EXPECT_EQ(program.Plot->Page.Width(), own.Width);
+  EXPECT_EQ(program.Plot->Page.Height(), own.Height);
+}
+
 TEST_F(WindowTest, MenuEntriesRunTheirCommands) {
   window.OpenFiles({Saved("a.RAW", test::ReferenceWinter())});
   ASSERT_TRUE(program.Plot);
