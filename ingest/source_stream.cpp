@@ -17,12 +17,12 @@
 #include "ingest/unpack.h"
 
 namespace vexa::ingest {
-namespace {
+namespace stream {
 
 constexpr std::size_t kLongestSounding = std::size_t{64} << 20;  // bytes
 constexpr std::size_t kLongestMember = std::size_t{256} << 20;   // bytes, of what is read whole
 
-Fault CannotUnpack(const std::string& name, std::string_view reason) {
+inline Fault CannotUnpack(const std::string& name, std::string_view reason) {
   return {kFaultEndOfFile, "SourceStream", name + ": the archive " + std::string(reason), name};
 }
 
@@ -145,6 +145,12 @@ class Series {
   std::size_t wanted_ = 0;
   int linesBefore_ = 0;
 };
+
+}  // namespace stream
+
+using namespace stream;
+
+namespace {
 
 // As they stand in the file, packed or not.
 std::string FirstBytes(const std::filesystem::path& file) {
