@@ -111,9 +111,22 @@ struct AdiabatTable::Weighted {
   std::array<const Column*, 4> Columns{};
   std::array<double, 4> Weights{};
 
-  double TempAt(std::size_t i) const {
-    return Weights[0] * Columns[0]->Temps[i] + Weights[1] * Columns[1]->Temps[i] +
-           Weights[2] * Columns[2]->Temps[i] + Weights[3] * Columns[3]->Temps[i];
+  double At(std::vector<double> Column::*array, std::size_t i) const {
+    return Weights[0] * (Columns[0]->*array)[i] + Weights[1] * (Columns[1]->*array)[i] +
+           Weights[2] * (Columns[2]->*array)[i] + Weights[3] * (Columns[3]->*array)[i];
+  }
+
+  // The first entry of [from, to) that is not warmer than 0 °C, or to.
+  std::size_t FirstFrozen(std::size_t from, std::size_t to) const {
+    while (from < to) {
+      const std::size_t middle = from + (to - from) / 2;
+      if (At(&Column::Temps, middle) > 0) {
+        from = middle + 1;
+      } else {
+        to = middle;
+      }
+    }
+    return to;
   }
 
   // Blends one array of the columns over [first, first + count).
@@ -144,7 +157,13 @@ const AdiabatTable::Column& AdiabatTable::At(VaporFormula formula, int rung) {
     column.Temps[GridIndex(press)] = here.TempK - kKelvinOffset;
     column.VirtualTemps[GridIndex(press)] = SaturatedVirtualTemp(here.TempK, press, here.Vapor);
   }
+  column.Areas = AreasOverLog(column.Temps, kGridBottom);
+  column.VirtualAreas = AreasOverLog(column.VirtualTemps, kGridBottom);
   return column;
+}
+
+bool AdiabatTable::IsOnLadder(double thetaE) {
+  return thetaE >= kFirstRung + kRungHeight && thetaE < kFirstRung + kRungHeight * (kRungs - 2);
 }
 
 AdiabatTable::Weighted AdiabatTable::Neighbours(VaporFormula formula, double thetaE) {
@@ -163,9 +182,7 @@ AdiabatTable::Weighted AdiabatTable::Neighbours(VaporFormula formula, double the
 void AdiabatTable::Blend(double thetaE, SaturationOver over, int bottom, int top, double* temps,
                          double* virtualTemps) {
   if (bottom < top) return;
-  const bool onLadder =
-      thetaE >= kFirstRung + kRungHeight && thetaE < kFirstRung + kRungHeight * (kRungs - 2);
-  if (!onLadder) {
+  if (!IsOnLadder(thetaE)) {
     SolveAdiabat(thetaE, over, bottom, top, temps, virtualTemps);
     return;
   }
@@ -178,21 +195,39 @@ void AdiabatTable::Blend(double thetaE, SaturationOver over, int bottom, int top
   };
 
   // Over ice the water columns hold while they are warmer than 0 °C.
-  std::size_t icy = count;
   const Weighted water = Neighbours(VaporFormula::Water, thetaE);
-  if (over == SaturationOver::Ice) {
-    std::size_t warm = 0;
-    while (warm < icy) {
-      const std::size_t middle = warm + (icy - warm) / 2;
-      if (water.TempAt(first + middle) > 0) {
-        warm = middle + 1;
-      } else {
-        icy = middle;
-      }
-    }
-  }
+  const std::size_t icy =
+      over == SaturationOver::Ice ? water.FirstFrozen(first, first + count) - first : count;
   blend(water, 0, icy);
   if (icy < count) blend(Neighbours(VaporFormula::Ice, thetaE), icy, count);
+}
+
+std::optional<AdiabatPiece> AdiabatTable::Piece(double thetaE, SaturationOver over, int bottom,
+                                                int top, bool isVirtual) {
+  if (!IsOnLadder(thetaE)) return std::nullopt;
+  const auto temps = isVirtual ? &Column::VirtualTemps : &Column::Temps;
+  const auto areas = isVirtual ? &Column::VirtualAreas : &Column::Areas;
+  const std::size_t first = GridIndex(bottom);
+  const std::size_t last = GridIndex(top);
+  const Weighted water = Neighbours(VaporFormula::Water, thetaE);
+  const std::size_t icy =
+      over == SaturationOver::Ice ? water.FirstFrozen(first, last + 1) : last + 1;
+  const Weighted above = icy <= last ? Neighbours(VaporFormula::Ice, thetaE) : water;
+  const auto at = [&](std::size_t i) { return (i < icy ? water : above).At(temps, i); };
+  const auto area = [&](const Weighted& columns, std::size_t from, std::size_t to) {
+    return columns.At(areas, to) - columns.At(areas, from);
+  };
+
+  AdiabatPiece piece{.Bottom = at(first), .Second = at(first + 1), .Top = at(last)};
+  if (icy > last) {
+    piece.Area = area(water, first + 1, last);
+  } else if (icy <= first + 1) {
+    piece.Area = area(above, first + 1, last);
+  } else {
+    piece.Area = area(water, first + 1, icy - 1) + AreaOverLog(at(icy - 1), at(icy), icy - 1) +
+                 area(above, icy, last);
+  }
+  return piece;
 }
 
 }  // namespace vexa::analysis

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <array>
+#include <optional>
 #include <vector>
 
 #include "analysis/saturated_point.h"
@@ -21,12 +22,29 @@ namespace vexa::analysis {
 void SolveAdiabat(double thetaE, SaturationOver over, int bottom, int top, double* temps,
                   double* virtualTemps);
 
+/// A piece of a saturated adiabat between two whole pressures.
+struct AdiabatPiece {
+  double Bottom = 0;  // °C, at the higher pressure
+  double Second = 0;  // °C, one hPa above it
+  double Top = 0;     // °C
+  double Area = 0;    // K; sum of trapezoids of temperature over -ln p, from the second to the top
+};
+
 class AdiabatTable {
  public:
   /// What SolveAdiabat gives, blended from four neighbouring columns: within 0.0005 K of it.
   /// Equivalent potential temperatures beyond the ladder are solved instead.
   void Blend(double thetaE, SaturationOver over, int bottom, int top, double* temps,
              double* virtualTemps);
+
+  /// The piece of the adiabat that Blend gives, without walking along it: its area is a difference
+  /// of sums that each column keeps. Takes as long for one hPa as for a thousand. Empty for an
+  /// equivalent potential temperature beyond the ladder.
+  ///
+  /// bottom, top   hPa, kGridBottom >= bottom > top >= 1
+  /// isVirtual     virtual temperatures of the saturated air instead of its temperatures
+  std::optional<AdiabatPiece> Piece(double thetaE, SaturationOver over, int bottom, int top,
+                                    bool isVirtual);
 
  private:
   static constexpr double kFirstRung = 200;  // K
@@ -36,11 +54,14 @@ class AdiabatTable {
   struct Column {
     std::vector<double> Temps{};         // °C at kGridBottom … 1 hPa
     std::vector<double> VirtualTemps{};  // °C
+    std::vector<double> Areas{};         // K; trapezoids of Temps over -ln p from kGridBottom up
+    std::vector<double> VirtualAreas{};  // K
   };
   struct Weighted;
 
   const Column& At(VaporFormula formula, int rung);
   Weighted Neighbours(VaporFormula formula, double thetaE);
+  static bool IsOnLadder(double thetaE);
 
   // One set for each formula, each smooth through 0 °C: a blend across the kink between water and
   // ice would be off by tenths of a degree.

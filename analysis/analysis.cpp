@@ -205,7 +205,7 @@ AnalysisResults Analyse(const SoundingRecord& sounding, const AnalysisSettings& 
       results.Lifts[static_cast<std::size_t>(LiftType::MostUnstable)].Forced, table);
   results.Inflow = FindInflowWinds(sounding, results);
   if (options.Dcape == DcapeMode::Best) progress.Begin("Calculating DCAPE . . .");
-  results.Descent = FindDowndraft(results.Levels, grid, options, &table);
+  results.Descent = FindDowndraft(results.Levels, grid, options, table);
   results.Tropopauses = FindTropopauses(results.Levels);
   results.Inversions = FindInversions(results.Levels, results.Tropopauses);
   results.FreezingLevels = FindFreezingLevels(results.Levels);

@@ -12,6 +12,6 @@ namespace vexa::analysis {
 /// one of the smallest equivalent potential temperature ("fast", by the sounding's levels). Emanuel
 /// (1994); Gilmore and Wicker (1998). Negative sums count as 0.
 Downdraft FindDowndraft(const LevelProfile& levels, const PressureGrid& grid,
-                        const AnalysisSettings& options, AdiabatTable* table);
+                        const AnalysisSettings& options, AdiabatTable& table);
 
 }  // namespace vexa::analysis

@@ -19,6 +19,14 @@ const WholePressures& WholeHpa() {
   return kWhole;
 }
 
+std::vector<double> AreasOverLog(const std::vector<double>& values, int bottom) {
+  std::vector<double> areas(values.size());
+  for (std::size_t i = 1; i < values.size(); ++i) {
+    areas[i] = areas[i - 1] + AreaOverLog(values[i - 1], values[i], GridIndex(bottom) + i - 1);
+  }
+  return areas;
+}
+
 PressureGrid MakePressureGrid(const LevelProfile& levels) {
   PressureGrid grid;
   const std::vector<double>& pressures = levels.Press.Values();
@@ -26,28 +34,33 @@ PressureGrid MakePressureGrid(const LevelProfile& levels) {
   const WholePressures& whole = WholeHpa();
 
   grid.Bottom = static_cast<int>(std::min<double>(pressures.front(), kGridBottom));
-  grid.Temp.reserve(static_cast<std::size_t>(grid.Bottom));
-  grid.VirtualTemp.reserve(static_cast<std::size_t>(grid.Bottom));
+  const auto most = static_cast<std::size_t>(grid.Bottom);
+  grid.Temp.resize(most);
+  grid.VirtualTemp.resize(most);
+  const std::vector<double>& logs = levels.LogPress.Values();
+  const double* temps = levels.Temp.Values().data();
+  const double* virtuals = levels.VirtualTemp.Values().data();
+  std::size_t filled = 0;
   std::size_t low = 0;  // the level below the layer in work
-  int press = grid.Bottom;
   for (std::size_t high = 0; high < pressures.size(); ++high) {
     if (high > 0 && !(pressures[high] < pressures[low] && pressures[high] > 0)) continue;
-    const double lowLog = std::log(pressures[low]);
-    const double span = high == low ? 1 : std::log(pressures[high]) - lowLog;
-    const auto between = [&](const std::vector<double>& values, double logPress) {
-      return values[low] + (values[high] - values[low]) * (logPress - lowLog) / span;
-    };
-    for (; press >= 1 && press >= pressures[high]; --press) {
+    const double span = high == low ? 1 : logs[high] - logs[low];
+    const double rise = temps[high] - temps[low];
+    const double virtualRise = virtuals[high] - virtuals[low];
+    for (; filled < most; ++filled) {
+      const double press = static_cast<double>(most - filled);
+      if (press < pressures[high]) break;
       const bool atLevel = press == pressures[high];
-      const double logPress = whole.Log[GridIndex(press)];
-      grid.Temp.push_back(atLevel ? levels.Temp.Values()[high]
-                                  : between(levels.Temp.Values(), logPress));
-      grid.VirtualTemp.push_back(atLevel ? levels.VirtualTemp.Values()[high]
-                                         : between(levels.VirtualTemp.Values(), logPress));
+      const double depth = whole.Log[GridIndex(grid.Bottom) + filled] - logs[low];
+      grid.Temp[filled] = atLevel ? temps[high] : temps[low] + rise * depth / span;
+      grid.VirtualTemp[filled] =
+          atLevel ? virtuals[high] : virtuals[low] + virtualRise * depth / span;
     }
     low = high;
   }
-  grid.Top = press + 1;
+  grid.Temp.resize(filled);
+  grid.VirtualTemp.resize(filled);
+  grid.Top = grid.Bottom - static_cast<int>(filled) + 1;
   return grid;
 }
 

@@ -25,6 +25,18 @@ constexpr std::size_t GridIndex(int press) {
   return static_cast<std::size_t>(kGridBottom - press);
 }
 
+/// Trapezoid of a quantity over -ln p between a whole pressure, given by its GridIndex, and the
+/// next.
+inline double AreaOverLog(double low, double high, std::size_t index) {
+  const auto& logs = WholeHpa().Log;
+  return (low + high) / 2 * (logs[index] - logs[index + 1]);
+}
+
+/// Sums of these from the bottom to each entry: the area between two pressures is a difference.
+///
+/// values   at bottom, bottom - 1 … hPa
+std::vector<double> AreasOverLog(const std::vector<double>& values, int bottom);
+
 /// A sounding's temperatures at every whole hPa inside it: entry Bottom - p at p hPa.
 struct PressureGrid {
   int Bottom = 0;  // hPa; below Top when no whole pressure lies inside

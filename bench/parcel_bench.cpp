@@ -9,6 +9,7 @@
 
 #include "analysis/adiabat_table.h"
 #include "analysis/analysis.h"
+#include "analysis/downdraft.h"
 #include "analysis/moist_air.h"
 #include "analysis/parcel.h"
 #include "analysis/parcel_source.h"
@@ -135,6 +136,74 @@ BENCHMARK(AnalyseByTable)
     ->ArgsProduct(kAnalyseCases)
     ->ArgNames({"levels", "fast"})
     ->Unit(benchmark::kMicrosecond);
+
+// An ascent of a mandatory-and-significant-levels message and one of a value a second.
+constexpr int kShort = 150;
+constexpr int kLong = 2867;
+
+void AnalyseWhole(benchmark::State& state) {
+  const SoundingRecord sounding = MakeFullSounding(static_cast<int>(state.range(0)));
+  AdiabatTable table;
+  for (auto _ : state) benchmark::DoNotOptimize(Analyse(sounding, Options{}, table));
+}
+BENCHMARK(AnalyseWhole)->Arg(kShort)->Arg(kLong)->Unit(benchmark::kMicrosecond);
+
+// A program's first sounding: no adiabat is in the table yet.
+void AnalyseFirst(benchmark::State& state) {
+  const SoundingRecord sounding = MakeFullSounding(static_cast<int>(state.range(0)));
+  for (auto _ : state) {
+    AdiabatTable table;
+    benchmark::DoNotOptimize(Analyse(sounding, Options{}, table));
+  }
+}
+BENCHMARK(AnalyseFirst)->Arg(kShort)->Arg(kLong)->Unit(benchmark::kMicrosecond);
+
+// Level arrays, grid, and the surface, mean-layer and most unstable parcel.
+void DeriveAndLiftThree(benchmark::State& state) {
+  const SoundingRecord sounding = MakeFullSounding(static_cast<int>(state.range(0)));
+  const Options options;
+  AdiabatTable table;
+  ParcelAscent ascent;
+  for (auto _ : state) {
+    const LevelProfile levels = DeriveLevels(sounding, options);
+    const PressureGrid grid = MakePressureGrid(levels);
+    ParcelLifter lifter(levels, grid, LiftSettingsOf(options, 700), &table);
+    const LayerMean mean = MeanOfLowestLayer(levels, options.CclMeanLayer);
+    for (const ParcelStart& start :
+         {SurfaceParcel(levels), MeanLayerParcel(levels, mean, options.Saturation),
+          MostUnstableParcel(levels, options.SearchDepth)}) {
+      lifter.LiftForced(start, ascent);
+      benchmark::DoNotOptimize(ascent);
+    }
+  }
+}
+BENCHMARK(DeriveAndLiftThree)->Arg(kShort)->Arg(kLong)->Unit(benchmark::kMicrosecond);
+
+// The downdraft from every level that may be its source.
+void DowndraftOfEveryLevel(benchmark::State& state) {
+  const SoundingRecord sounding = MakeFullSounding(static_cast<int>(state.range(0)));
+  Options options;
+  options.CapeTempBase = state.range(1) == 0 ? TempBase::Dry : TempBase::Virtual;
+  const LevelProfile levels = DeriveLevels(sounding, options);
+  const PressureGrid grid = MakePressureGrid(levels);
+  AdiabatTable table;
+  Downdraft found;
+  for (auto _ : state) {
+    found = FindDowndraft(levels, grid, options, table);
+    benchmark::DoNotOptimize(found);
+  }
+  state.counters["DCAPE"] = found.Energy;
+}
+BENCHMARK(DowndraftOfEveryLevel)
+    ->ArgsProduct({{kShort, kLong}, {0, 1}})
+    ->ArgNames({"levels", "virtual"})
+    ->Unit(benchmark::kMicrosecond);
+
+void Kinematics(benchmark::State& state) {
+  const SoundingRecord sounding = MakeFullSounding(static_cast<int>(state.range(0)));
+  for (auto _ : state) benchmark::DoNotOptimize(AnalyseStormMotion(sounding, Options{}));
+}
+BENCHMARK(Kinematics)->Arg(kShort)->Arg(kLong)->Unit(benchmark::kMicrosecond);
 
 void DeriveLevelsOf(benchmark::State& state) {
   const SoundingRecord sounding = MakeFullSounding(static_cast<int>(state.range(0)));

@@ -12,6 +12,7 @@
 #include "ingest/archive.h"
 #include "ingest/bufr_messages.h"
 #include "ingest/decoder.h"
+#include "sounding/sounding_source.h"
 
 namespace {
 
@@ -108,6 +109,51 @@ void ProfilesOfADocument(benchmark::State& state) {
   Decode(state, "many.json", text + "]}", true);
 }
 
+// A text read as the program opens it: recognised, decoded, put in order and checked.
+void Open(benchmark::State& state, const std::string& name, const std::string& text) {
+  for (auto _ : state) {
+    SoundingSource source(SourceText(name, text));
+    const Loading loading = source.Load(0, {});
+    if (!loading.Sounding) return state.SkipWithError("the file is not read");
+    benchmark::DoNotOptimize(loading);
+  }
+  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size()));
+}
+
+// Rows of columns, of falling pressures and rising heights.
+std::string Rows(int levels) {
+  std::string text;
+  for (int i = 0; i < levels; ++i) {
+    const double share = static_cast<double>(i) / levels;
+    const double press = 1000 * std::exp(-4.5 * share);
+    const std::string fields[] = {Mask(press, "###0.00"),
+                                  Mask(33000 * share, "####0"),
+                                  Mask(25 - 85 * share + std::sin(40 * share), "##0.0"),
+                                  Mask(20 - 110 * share, "##0.0"),
+                                  Mask(180 + 90 * share, "##0"),
+                                  Mask(10 + 60 * share, "##0.0")};
+    for (const std::string& field : fields) text += PadLeft(field, 9);
+    text += '\n';
+  }
+  return text;
+}
+
+void OpenColumns(benchmark::State& state) {
+  Open(state, "long.txt",
+       "pres hght temp dwpt drct sknt\n" + Rows(static_cast<int>(state.range(0))));
+}
+void OpenNative(benchmark::State& state) {
+  SoundingRecord record;
+  record.FileTag = "VEXA 5.7";
+  record.StationTitle = "bench";
+  const auto levels = static_cast<int>(state.range(0));
+  for (int i = 0; i < levels; ++i) {
+    record.AddTemp(Rounded(1000 - i * 990.0 / levels, 2), Rounded(20 - i * 70.0 / levels, 1), -80);
+    record.AddWind(Rounded(i * 30000.0 / levels, 0), 180.5, 12.5);
+  }
+  Open(state, "long.RAW", WriteRaw(record));
+}
+
 void NamesOfColumns(benchmark::State& state) {
   std::string names = "pres", row = "1000";
   for (int i = 1; i < state.range(0); ++i) {
@@ -135,6 +181,8 @@ BENCHMARK(SecondsOfAFlight)->Arg(2000)->Arg(4000)->Arg(7000)->Complexity();
 BENCHMARK(SoundingsOfADocument)->RangeMultiplier(2)->Range(50, 800)->Complexity();
 BENCHMARK(MessagesOfABulletin)->RangeMultiplier(4)->Range(50, 12800)->Complexity();
 BENCHMARK(ProfilesOfADocument)->RangeMultiplier(4)->Range(1000, 16000)->Complexity();
+BENCHMARK(OpenColumns)->Arg(150)->Arg(2867)->Unit(benchmark::kMicrosecond);
+BENCHMARK(OpenNative)->Arg(150)->Arg(2867)->Unit(benchmark::kMicrosecond);
 BENCHMARK(NamesOfColumns)->RangeMultiplier(4)->Range(1000, 64000)->Complexity();
 BENCHMARK(BulletinsOfAnArchive)->RangeMultiplier(4)->Range(48, 3072)->Complexity();
 

@@ -10,6 +10,7 @@
 #include "analysis/adiabat_table.h"
 #include "analysis/analysis.h"
 #include "analysis/index_table.h"
+#include "analysis/interpolate.h"
 #include "analysis/moist_air.h"
 #include "config/options.h"
 #include "support/soundings.h"
@@ -386,6 +387,86 @@ TEST(AdiabatTable, AgreesWithSolvingOnSoundingsOfAllClimates) {
         solver.LiftForced(lift.Forced.Start, solved);
         ExpectSameAscent(solved, lift.Forced);
       }
+    }
+  }
+}
+
+TEST(AdiabatTable, PiecesAddUpToTheAdiabatThatIsBlended) {
+  AdiabatTable table;
+  const struct {
+    int Bottom, Top;
+  } ranges[] = {{1013, 1012}, {1013, 420}, {700, 699}, {690, 88}, {1200, 1}};
+  for (const double thetaE : {251.0, 287.3, 316.9, 346.1, 402.0}) {
+    for (const SaturationOver over : {SaturationOver::Water, SaturationOver::Ice}) {
+      for (const auto& range : ranges) {
+        const auto count = static_cast<std::size_t>(range.Bottom - range.Top) + 1;
+        std::vector<double> temps(count);
+        std::vector<double> virtuals(count);
+        table.Blend(thetaE, over, range.Bottom, range.Top, temps.data(), virtuals.data());
+        for (const std::vector<double>* walked : {&temps, &virtuals}) {
+          SCOPED_TRACE(testing::Message() << thetaE << " K from " << range.Bottom);
+          double area = 0;
+          for (std::size_t i = 2; i < count; ++i) {
+            const double press = range.Bottom - static_cast<double>(i);
+            area += ((*walked)[i - 1] + (*walked)[i]) / 2 * std::log((press + 1) / press);
+          }
+          const auto piece =
+              table.Piece(thetaE, over, range.Bottom, range.Top, walked == &virtuals);
+          ASSERT_TRUE(piece);
+          EXPECT_NEAR(piece->Bottom, walked->front(), 1e-9);
+          EXPECT_NEAR(piece->Second, (*walked)[1], 1e-9);
+          EXPECT_NEAR(piece->Top, walked->back(), 1e-9);
+          EXPECT_NEAR(piece->Area, area, 1e-9);
+        }
+      }
+    }
+  }
+  EXPECT_FALSE(table.Piece(201, SaturationOver::Water, 1000, 500, false));
+  EXPECT_FALSE(table.Piece(499, SaturationOver::Water, 1000, 500, false));
+}
+
+// Every level's descent, walked by whole hPa with the search for the saturated temperature at each.
+TEST(Downdraft, BeginsAtTheLevelThatGivesTheMost) {
+  SoundingRecord sounding;
+  std::mt19937 random(99);
+  std::uniform_real_distribution<double> depression(0, 25);
+  for (double press = 987.6; press > 420; press -= 31.7) {
+    const double temp = 27 - 0.085 * (987.6 - press);
+    sounding.AddTemp(press, temp, temp - depression(random));
+  }
+  for (const TempBase base : {TempBase::Dry, TempBase::Virtual}) {
+    for (const SaturationOver over : {SaturationOver::Water, SaturationOver::Ice}) {
+      Options options = With(base);
+      options.Saturation = over;
+      const AnalysisResults results = Analyse(sounding, options);
+      const LevelProfile& levels = results.Levels;
+      const auto colderBy = [&](int source, double press) {
+        const double parcel = LiftSat(levels.ThetaE(source), press, over).Temp;
+        const Quantity quantity =
+            base == TempBase::Virtual ? Quantity::VirtualTemp : Quantity::Temp;
+        const double mixing = ThetaPoint(press, parcel, over).MixingRatio;
+        return SampleAt(levels, press, quantity).Value -
+               (base == TempBase::Virtual ? VirtualTemp(parcel, mixing) : parcel);
+      };
+      double most = 0;
+      int best = 0;
+      for (int source = 2; source <= levels.Count() && levels.Height(source) <= 6000; ++source) {
+        double energy = 0;
+        double below = levels.Press(1);
+        while (below > levels.Press(source)) {
+          const double above = std::max(std::ceil(below) - 1, levels.Press(source));
+          energy += 287.04 * (colderBy(source, below) + colderBy(source, above)) / 2 *
+                    std::log(below / above);
+          below = above;
+        }
+        if (energy > most) {
+          most = energy;
+          best = source;
+        }
+      }
+      ASSERT_GT(best, 2);
+      EXPECT_EQ(results.Descent.Source.Press, levels.Press(best));
+      EXPECT_NEAR(results.Descent.Energy, most, 0.2);
     }
   }
 }
