@@ -5,6 +5,7 @@
 #include <numbers>
 
 #include "analysis/saturated_point.h"
+#include "analysis/vapor_table.h"
 #include "core/numbers.h"
 #include "core/units.h"
 
@@ -142,13 +143,23 @@ double WetBulb(double press, double temp, double dewpt, SaturationOver over) {
 double DewpointFromMixingRatio(double press, double mixingRatio, SaturationOver over) {
   if (!(mixingRatio > 0) || !(press > 0)) return kMissing;
   const double vapor = mixingRatio * press / (kEpsilon + mixingRatio);
-  double low = -110;
-  double high = 50;
-  while (high - low > 1e-6) {
-    const double middle = (low + high) / 2;
-    (SatVapor(middle, over) > vapor ? high : low) = middle;
+  // Newton steps on ln e, which rises with temperature and bends downwards: from wherever they
+  // start they come to the root from its cold side.
+  constexpr double kColdest = -110;  // °C
+  constexpr double kWarmest = 50;    // °C
+  constexpr double kShort = 1e-6;    // K; what a step this short leaves is below 1e-12 K
+  constexpr int kSteps = 60;
+  const VaporFormula formula = FormulaAt(over, vapor > SatVapor(0, over) ? 1 : 0);
+  double temp = 0;
+  for (int step = 0; step < kSteps; ++step) {
+    const VaporPoint point = TabledVapor(formula, temp + kKelvinOffset);
+    const double next =
+        std::clamp(temp + std::log(vapor / point.Pressure) / point.LogSlope, kColdest, kWarmest);
+    const bool done = std::fabs(next - temp) < kShort;
+    temp = next;
+    if (done) break;
   }
-  return (low + high) / 2;
+  return temp;
 }
 
 double VirtualTemp(double temp, double mixingRatio) {

@@ -67,6 +67,20 @@ TEST(MoistAir, CondensationAndItsFriends) {
   EXPECT_NEAR(DryAdiabatTemp(293.16, 1000), 20, 1e-9);
 }
 
+TEST(MoistAir, DewpointGivesTheMixingRatioBack) {
+  for (const SaturationOver over : {SaturationOver::Water, SaturationOver::Ice}) {
+    for (const double press : {1040.0, 500.0, 180.0}) {
+      for (double temp = -109.5; temp < 30; temp += 6.5) {
+        const double mixing = ThetaPoint(press, temp, over).MixingRatio;
+        EXPECT_NEAR(DewpointFromMixingRatio(press, mixing, over), temp, 1e-6) << press;
+      }
+    }
+    // The ends of what is looked for.
+    EXPECT_NEAR(DewpointFromMixingRatio(1000, 0.3, over), 50, 1e-5);
+    EXPECT_NEAR(DewpointFromMixingRatio(1000, 1e-300, over), -110, 1e-5);
+  }
+}
+
 // Norman, 4 May 1999 00Z, as its archive lists it. The archive reckons with 273.15 K and its own
 // vapour formula: one unit of the last digit, 0.4 % of the mixing ratio.
 TEST(MoistAir, AgreesWithAListingOfAnotherService) {
