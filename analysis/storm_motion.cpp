@@ -1,6 +1,7 @@
 #include "analysis/storm_motion.h"
 
 #include <cmath>
+#include <span>
 #include <vector>
 
 #include "core/units.h"
@@ -36,10 +37,14 @@ constexpr double kRounding = 1;  // m: elevations are whole, the wind on the gro
 
 // The winds of a layer from the ground up, with the one at its top, interpolated where need be.
 struct LayerWinds {
-  std::vector<WindVector> Winds{};
+  std::span<const WindVector> Levels{};  // those of WindsAbove
+  std::optional<WindVector> Top{};       // where no level stands there
   bool HasSurface = false;
   bool ReachesTop = false;
   bool IsFilled = false;  // by kLayerMeanRule: the winds stand for the layer
+
+  std::size_t Count() const { return Levels.size() + (Top ? 1 : 0); }
+  const WindVector& Highest() const { return Top ? *Top : Levels.back(); }
 };
 
 // The winds from the ground to some height and the next one above, as components turned once for
@@ -48,7 +53,10 @@ class WindsAbove {
  public:
   WindsAbove(const SoundingRecord& sounding, double ground, double highest)
       : sounding_(sounding), ground_(ground) {
-    for (int i = 1; i <= sounding.NumWindLevels(); ++i) {
+    const int count = sounding.NumWindLevels();
+    heights_.reserve(static_cast<std::size_t>(count));
+    vectors_.reserve(static_cast<std::size_t>(count));
+    for (int i = 1; i <= count; ++i) {
       if (!sounding.HasWind(i)) continue;
       const double height = sounding.WindHgt(i) - ground;
       if (height < -kRounding) {
@@ -65,16 +73,15 @@ class WindsAbove {
     LayerWinds layer;
     layer.HasSurface = !heights_.empty() && heights_.front() <= kSurfaceWindDepth &&
                        heights_.front() <= depth + kAtTop;
-    double reached = 0;
-    for (std::size_t i = 0; i < heights_.size() && heights_[i] <= depth + kAtTop; ++i) {
-      layer.Winds.push_back(vectors_[i]);
-      reached = heights_[i];
-      layer.ReachesTop = std::fabs(heights_[i] - depth) <= kAtTop;
-    }
+    std::size_t count = 0;
+    while (count < heights_.size() && heights_[count] <= depth + kAtTop) ++count;
+    layer.Levels = std::span(vectors_).first(count);
+    const double reached = count > 0 ? heights_[count - 1] : 0;
+    layer.ReachesTop = count > 0 && std::fabs(reached - depth) <= kAtTop;
     if (!layer.ReachesTop) {
       const WindSample top = WindAtHeight(sounding_, ground_ + depth);
       if (top.Ok()) {
-        layer.Winds.push_back(Components(top.Value));
+        layer.Top = Components(top.Value);
         layer.ReachesTop = true;
       }
     }
@@ -105,13 +112,15 @@ class WindsAbove {
 };
 
 std::optional<WindVector> MeanOf(const LayerWinds& layer) {
-  if (layer.Winds.empty()) return std::nullopt;
+  if (layer.Count() == 0) return std::nullopt;
   WindVector sum;
-  for (const WindVector& wind : layer.Winds) {
+  const auto add = [&sum](const WindVector& wind) {
     sum.U += wind.U;
     sum.V += wind.V;
-  }
-  const auto count = static_cast<double>(layer.Winds.size());
+  };
+  for (const WindVector& wind : layer.Levels) add(wind);
+  if (layer.Top) add(*layer.Top);
+  const auto count = static_cast<double>(layer.Count());
   return WindVector{sum.U / count, sum.V / count};
 }
 
@@ -122,20 +131,23 @@ std::optional<WindVector> MeanFromGround(const WindsAbove& winds, double depth) 
 
 // The wind at the top of a layer minus the one at the ground.
 std::optional<WindVector> ShearOf(const LayerWinds& layer) {
-  if (!layer.HasSurface || !layer.ReachesTop || layer.Winds.size() < 2) return std::nullopt;
-  return Difference(layer.Winds.back(), layer.Winds.front());
+  if (!layer.HasSurface || !layer.ReachesTop || layer.Count() < 2) return std::nullopt;
+  return Difference(layer.Highest(), layer.Levels.front());
 }
 
 double HelicityOf(const LayerWinds& layer, const WindVector& motion) {
-  if (!layer.HasSurface || !layer.ReachesTop || !layer.IsFilled || layer.Winds.size() < 2) {
+  if (!layer.HasSurface || !layer.ReachesTop || !layer.IsFilled || layer.Count() < 2) {
     return kNone;
   }
   double sum = 0;
-  for (std::size_t i = 1; i < layer.Winds.size(); ++i) {
-    const WindVector below = Difference(layer.Winds[i - 1], motion);
-    const WindVector above = Difference(layer.Winds[i], motion);
+  WindVector below = Difference(layer.Levels.front(), motion);
+  const auto add = [&](const WindVector& wind) {
+    const WindVector above = Difference(wind, motion);
     sum += above.U * below.V - below.U * above.V;
-  }
+    below = above;
+  };
+  for (const WindVector& wind : layer.Levels.subspan(1)) add(wind);
+  if (layer.Top) add(*layer.Top);
   return kKnotToMs * kKnotToMs * sum;
 }
 
@@ -238,7 +250,7 @@ StormMotionResults AnalyseStormMotion(const SoundingRecord& sounding,
   results.RightIsCyclonic = !sounding.IsSouthern();
   const WindsAbove winds(sounding, ground, kDeepLayer);
   const LayerWinds deep = winds.Layer(kDeepLayer);
-  results.Mean6km = MeanFromGround(winds, kDeepLayer);
+  results.Mean6km = deep.IsFilled ? MeanOf(deep) : std::nullopt;
   results.MeanHalfKm = MeanFromGround(winds, kLowLayer);
   results.BrnShear = BRNnbr(results.Mean6km, results.MeanHalfKm);
   results.Shear1km = ShearOf(winds.Layer(kShallowLayer));
