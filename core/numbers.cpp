@@ -27,6 +27,32 @@ bool IsBlank(char c) {
   return c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == '\f';
 }
 
+// A number as nearly all files have it, "-12.3": its digits as a whole number over a power of ten.
+// Both are exact in a double, so that their quotient is the nearest number, as from_chars gives it.
+std::optional<double> PlainDecimal(std::string_view text) {
+  constexpr std::size_t kMostDigits = 15;
+  static constexpr std::array<double, kMostDigits + 1> kPowers = {
+      1, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+  const bool isNegative = !text.empty() && text.front() == '-';
+  if (isNegative) text.remove_prefix(1);
+  std::int64_t digits = 0;
+  std::size_t count = 0;
+  std::size_t decimals = 0;
+  bool isFraction = false;
+  for (const char c : text) {
+    if (c == '.' && !isFraction) {
+      isFraction = true;
+      continue;
+    }
+    if (c < '0' || c > '9' || ++count > kMostDigits) return std::nullopt;
+    digits = 10 * digits + (c - '0');
+    decimals += isFraction ? 1 : 0;
+  }
+  if (count == 0) return std::nullopt;
+  const double size = static_cast<double>(digits) / kPowers[decimals];
+  return isNegative ? -size : size;
+}
+
 // Adds one to a row of decimal digits, growing it when all are nines.
 void Increment(std::string& digits) {
   for (std::size_t i = digits.size(); i-- > 0;) {
@@ -74,6 +100,7 @@ std::optional<double> ParseNumber(std::string_view text) {
     if (!text.empty() && (text.front() == '-' || text.front() == '+')) return std::nullopt;
   }
   if (text.empty()) return std::nullopt;
+  if (const std::optional<double> plain = PlainDecimal(text)) return plain;
   std::string fortran;  // 1.5D+02 of older archives
   if (text.find_first_of("dD") != std::string_view::npos) {
     fortran = text;

@@ -15,6 +15,14 @@ std::string Quoted(std::string_view text) {
   return '"' + std::string(text.substr(0, kLongest)) + (text.size() > kLongest ? "...\"" : "\"");
 }
 
+bool EndsField(char c) {
+  return c == ',' || c == '\r' || c == '\n';
+}
+
+bool EndsQuoted(char c) {
+  return c == '"' || c == '\r' || c == '\n';
+}
+
 }  // namespace
 
 RecordReader::RecordReader(std::string_view text, std::string_view name)
@@ -68,21 +76,22 @@ Outcome<RecordField> RecordReader::Next(std::string_view what) {
 
   RecordField field{.Line = line_};
   if (text_[at_] == '"') {
-    const std::size_t close = text_.find_first_of("\"\r\n", at_ + 1);
-    if (close == std::string_view::npos || text_[close] != '"') {
+    std::size_t close = at_ + 1;
+    while (close < text_.size() && !EndsQuoted(text_[close])) ++close;
+    if (close == text_.size() || text_[close] != '"') {
       return DamagedAt(line_, "a text lacks its closing quote");
     }
     field.Text = text_.substr(at_ + 1, close - at_ - 1);
     field.Quoted = true;
     at_ = close + 1;
     SkipBlanks();
-    if (at_ < text_.size() && text_.find_first_of(",\r\n", at_) != at_) {
+    if (at_ < text_.size() && !EndsField(text_[at_])) {
       return DamagedAt(line_, "a comma is missing behind " + Quoted(field.Text));
     }
   } else {
-    const std::size_t end = std::min(text_.find_first_of(",\r\n", at_), text_.size());
-    field.Text = Trim(text_.substr(at_, end - at_));
-    at_ = end;
+    const std::size_t begin = at_;
+    while (at_ < text_.size() && !EndsField(text_[at_])) ++at_;
+    field.Text = Trim(text_.substr(begin, at_ - begin));
   }
   if (at_ < text_.size() && text_[at_] == ',') {
     ++at_;

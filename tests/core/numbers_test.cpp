@@ -28,8 +28,13 @@ TEST(Numbers, WhatIsWrittenReadsBackTheSame) {
 TEST(Numbers, OnlyAWholeFieldIsANumber) {
   EXPECT_EQ(ParseNumber(" +1.5D+02\r"), 150);
   EXPECT_EQ(ParseNumber("-.5"), -0.5);
-  for (const char* text :
-       {"", " ", "1,5", "12x", "nan", "inf", "1e999", "--1", "+-1", "0x10", "1 2"}) {
+  EXPECT_EQ(ParseNumber("5."), 5);
+  EXPECT_EQ(ParseNumber("-0012.50"), -12.5);
+  // One digit more than a double holds exactly: to the nearest, here the even one.
+  EXPECT_EQ(ParseNumber("9007199254740993"), 9007199254740992.0);
+  EXPECT_EQ(ParseNumber("0.30000000000000001"), 0.3);
+  for (const char* text : {"", " ", "1,5", "12x", "nan", "inf", "1e999", "--1", "+-1", "0x10",
+                           "1 2", ".", "-", "+", "-.", "1.2.3", "5..", "1-2"}) {
     EXPECT_FALSE(ParseNumber(text)) << text;
   }
   EXPECT_EQ(ParseWhole("48.0"), 48);
