@@ -7,6 +7,7 @@
 
 #include "analysis/moist_air.h"
 #include "analysis/standard_atmosphere.h"
+#include "analysis/vapor_table.h"
 #include "core/markers.h"
 #include "core/units.h"
 
@@ -29,6 +30,11 @@ std::size_t LowerOf(const Values& values, double logPress, Projection projection
   return std::clamp<std::size_t>(index, 1, values.size() - 1) - 1;
 }
 
+double MixingRatio(double press, double dewpt) {
+  const double vapor = analysis::TabledSatVapor(dewpt, SaturationOver::Water);
+  return vapor == press ? 0 : analysis::kEpsilon * vapor / (press - vapor);
+}
+
 double OnLine(double at, double x0, double x1, double y0, double y1) {
   return y0 + (y1 - y0) * (at - x0) / (x1 - x0);
 }
@@ -45,8 +51,7 @@ void HeightFinder::SetTemperatures(std::vector<double> press, std::vector<double
   logPress_.clear();
   virtualTempK_.clear();
   for (std::size_t i = 0; i < press.size(); ++i) {
-    const double mixing =
-        IsMissing(dewpt[i]) ? 0 : analysis::ThetaPoint(press[i], dewpt[i]).MixingRatio;
+    const double mixing = IsMissing(dewpt[i]) ? 0 : MixingRatio(press[i], dewpt[i]);
     logPress_.push_back(std::log(press[i]));
     virtualTempK_.push_back(analysis::VirtualTemp(temp[i], std::max(mixing, 0.0)) + kKelvinOffset);
   }

@@ -50,15 +50,22 @@ std::string TimeText(const ObservationTime& time) {
 }  // namespace
 
 std::vector<std::string_view> Tokens(std::string_view text) {
-  constexpr std::string_view kBlanks = " \t";
   std::vector<std::string_view> tokens;
-  std::size_t at = text.find_first_not_of(kBlanks);
-  while (at != std::string_view::npos) {
-    const std::size_t end = std::min(text.find_first_of(kBlanks, at), text.size());
-    tokens.push_back(text.substr(at, end - at));
-    at = text.find_first_not_of(kBlanks, end);
-  }
+  TakeTokens(text, tokens);
   return tokens;
+}
+
+void TakeTokens(std::string_view text, std::vector<std::string_view>& tokens) {
+  constexpr std::size_t kUsual = 12;  // words of a row
+  tokens.clear();
+  tokens.reserve(kUsual);
+  const auto isBlank = [](char c) { return c == ' ' || c == '\t'; };
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t begin = at;
+    while (at < text.size() && !isBlank(text[at])) ++at;
+    if (at > begin) tokens.push_back(text.substr(begin, at - begin));
+    while (at < text.size() && isBlank(text[at])) ++at;
+  }
 }
 
 bool StartsWithNoCase(std::string_view text, std::string_view start) {

@@ -36,6 +36,7 @@ constexpr double kSameHeight = 0.5;      // m, of heights that were rounded
 constexpr double kDewptTolerance = 0.1;  // °C above the temperature that rounding explains
 
 bool IsMarkerText(std::string_view field) {
+  if (!field.empty() && field.back() >= '0' && field.back() <= '9') return false;
   if (field.find_first_not_of('/') == std::string_view::npos ||
       field.find_first_not_of('*') == std::string_view::npos ||
       field.find_first_not_of('-') == std::string_view::npos) {
@@ -61,9 +62,10 @@ bool HasWind(const SourceLevel& level) {
 }
 
 void SortByPressure(std::vector<SourceLevel>& levels) {
-  std::ranges::stable_sort(levels, [](const SourceLevel& a, const SourceLevel& b) {
+  const auto isLower = [](const SourceLevel& a, const SourceLevel& b) {
     return a.Press.value_or(0) > b.Press.value_or(0);
-  });
+  };
+  if (!std::ranges::is_sorted(levels, isLower)) std::ranges::stable_sort(levels, isLower);
 }
 
 }  // namespace
@@ -211,7 +213,7 @@ void FillWinds(const std::vector<SourceLevel>& levels, WindHeights& heights, Sou
       continue;
     }
     if (!level.Height) ++counts.ComputedHeights;
-    winds.emplace(height, &level);
+    winds.emplace_hint(near, height, &level);
   }
   for (const auto& [height, level] : winds) {
     const bool isNorth = *level->Spd == 0 || *level->Dir == 0;

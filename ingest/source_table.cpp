@@ -84,15 +84,23 @@ std::vector<std::string_view> SplitByNames(std::string_view line) {
   return names;
 }
 
-// At least two numbers, and a number or a time first.
+// At least two numbers, and a number or a time first. Words end at blanks and commas.
 bool IsRow(std::string_view line) {
-  int numbers = 0;
-  std::string words(line);
-  std::ranges::replace(words, ',', ' ');
-  const std::vector<std::string_view> tokens = Tokens(words);
-  for (const std::string_view word : tokens) numbers += ParseNumber(word) ? 1 : 0;
   constexpr std::string_view kStart = "0123456789+-./";
-  return numbers >= 2 && kStart.find(tokens.front().front()) != std::string_view::npos;
+  const auto isBetween = [](char c) { return c == ' ' || c == '\t' || c == ','; };
+  int numbers = 0;
+  bool isFirst = true;
+  for (std::size_t at = 0; at < line.size() && numbers < 2;) {
+    const std::size_t begin = at;
+    while (at < line.size() && !isBetween(line[at])) ++at;
+    const std::string_view word = line.substr(begin, at - begin);
+    while (at < line.size() && isBetween(line[at])) ++at;
+    if (word.empty()) continue;  // the line begins with blanks
+    if (isFirst && kStart.find(word.front()) == std::string_view::npos) return false;
+    isFirst = false;
+    numbers += ParseNumber(word) ? 1 : 0;
+  }
+  return numbers >= 2;
 }
 
 bool IsUseful(const std::vector<QuantityColumn>& plan) {
@@ -102,7 +110,17 @@ bool IsUseful(const std::vector<QuantityColumn>& plan) {
 }  // namespace
 
 std::vector<std::string_view> TableLayout::Fields(std::string_view line) const {
-  return Separator == ' ' ? Tokens(line) : SplitFields(line, Separator);
+  std::vector<std::string_view> fields;
+  TakeFields(line, fields);
+  return fields;
+}
+
+void TableLayout::TakeFields(std::string_view line, std::vector<std::string_view>& fields) const {
+  if (Separator == ' ') {
+    TakeTokens(line, fields);
+  } else {
+    fields = SplitFields(line, Separator);
+  }
 }
 
 std::optional<TableLayout> LayoutAt(const SourceText& source, int line) {
@@ -149,11 +167,12 @@ int FindLayout(const SourceText& source, int lastLine) {
 
 std::optional<Fault> ReadTable(const SourceText& source, const TableLayout& layout, int end,
                                std::string_view procedure, SourceSounding& into) {
+  std::vector<std::string_view> fields;
   for (int line = layout.FirstRow; line < end; ++line) {
     const std::string_view text = source.Line(line);
     if (Trim(text).empty()) continue;
     if (!IsRow(text)) break;
-    const std::vector<std::string_view> fields = layout.Fields(text);
+    layout.TakeFields(text, fields);
     if (MayBeCutOff(source, line) && fields.size() < layout.Columns) {
       into.Notes.push_back("The last row is cut off and was left out.");
       break;

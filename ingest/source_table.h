@@ -18,6 +18,8 @@ struct TableLayout {
   int FirstRow = 0;  // line
 
   std::vector<std::string_view> Fields(std::string_view line) const;
+  /// The same into a vector that is used again for the next line.
+  void TakeFields(std::string_view line, std::vector<std::string_view>& fields) const;
 };
 
 /// The layout under a line of names: it names a pressure and another quantity of ours, and a row

@@ -21,21 +21,21 @@ WindHeights::WindHeights(const SoundingRecord& profile, const std::vector<Source
   height_ = analysis::DeriveHeights(profile, SaturationOver::Water).Values();
   for (const double press : profile.Press.Values()) logPress_.push_back(std::log(press));
   for (const SourceLevel& row : rows) {
-    if (!row.Press || !row.Height || !Covers(*row.Press)) continue;
+    if (!row.Press || !row.Height) continue;
+    const double logPress = std::log(*row.Press);
+    if (!Covers(logPress)) continue;
     if (!anchors_.empty() && anchors_.back().Press == *row.Press) continue;
-    anchors_.push_back({*row.Press, *row.Height, ProfileAt(*row.Press)});
+    anchors_.push_back({*row.Press, *row.Height, ProfileAt(logPress)});
   }
 }
 
-bool WindHeights::Covers(double press) const {
+bool WindHeights::Covers(double logPress) const {
   if (logPress_.empty()) return false;
-  const double logPress = std::log(press);
   return logPress <= logPress_.front() && logPress >= logPress_.back();
 }
 
 // Linear in ln p, as the profile is read everywhere.
-double WindHeights::ProfileAt(double press) const {
-  const double logPress = std::log(press);
+double WindHeights::ProfileAt(double logPress) const {
   const auto at = std::ranges::lower_bound(logPress_, logPress, std::greater{});
   const auto i = static_cast<std::size_t>(at - logPress_.begin());
   if (logPress_[i] == logPress || i == 0) return height_[i];
@@ -53,8 +53,9 @@ const WindHeights::Anchor* WindHeights::AnchorBelow(double press) const {
 double WindHeights::Of(const SourceLevel& row) {
   constexpr int kDecimals = 1;
   if (!row.Press) return *row.Height;
-  const bool isCovered = Covers(*row.Press);
-  if (isCovered && !row.Height) return Rounded(ProfileAt(*row.Press), kDecimals);
+  const double logPress = std::log(*row.Press);
+  const bool isCovered = Covers(logPress);
+  if (isCovered && !row.Height) return Rounded(ProfileAt(logPress), kDecimals);
   const double reported = row.Height ? *row.Height : finder_.At(*row.Press);
   const Anchor* anchor = AnchorBelow(*row.Press);
   if (anchor == nullptr) return reported;

@@ -40,8 +40,8 @@ class WindHeights {
     double Shift() const { return Profile - Reported; }
   };
 
-  bool Covers(double press) const;
-  double ProfileAt(double press) const;
+  bool Covers(double logPress) const;
+  double ProfileAt(double logPress) const;
   const Anchor* AnchorBelow(double press) const;
 
   std::vector<double> logPress_{};  // falling
