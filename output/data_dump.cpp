@@ -198,8 +198,12 @@ std::vector<LevelRow> DumpRows(const SoundingRecord& sounding,
 }
 
 analysis::AnalysisResults AnalyseForDump(const SoundingRecord& sounding,
-                                         const AnalysisSettings& set, DumpKind kind) {
-  if (kind == DumpKind::Spreadsheet) return analysis::Analyse(sounding, set);
+                                         const AnalysisSettings& set, DumpKind kind,
+                                         analysis::AdiabatTable* table) {
+  if (kind == DumpKind::Spreadsheet) {
+    return table != nullptr ? analysis::Analyse(sounding, set, *table)
+                            : analysis::Analyse(sounding, set);
+  }
   analysis::AnalysisResults results;
   results.Levels = analysis::DeriveLevels(sounding, set);
   results.Layers.Listing = analysis::ListLevels(results.Levels);

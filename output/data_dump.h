@@ -56,8 +56,11 @@ std::vector<LevelRow> DumpRows(const SoundingRecord& sounding,
                                const analysis::AnalysisResults& results, const DumpOptions& dump);
 
 /// Analyses as much of a sounding as its dump shows: for a text file the levels alone.
+///
+/// table  shared by the soundings of a dump; null: one of its own
 analysis::AnalysisResults AnalyseForDump(const SoundingRecord& sounding,
-                                         const AnalysisSettings& set, DumpKind kind);
+                                         const AnalysisSettings& set, DumpKind kind,
+                                         analysis::AdiabatTable* table = nullptr);
 
 /// What the closing of a file tells of its soundings.
 struct DumpSummary {

@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "analysis/adiabat_table.h"
 #include "core/error_report.h"
 #include "core/files.h"
 #include "core/numbers.h"
@@ -27,7 +28,8 @@ struct Piece {
   QcFinding Finding{};
 };
 
-Piece MakePiece(const std::string& file, const ExportRequest& request, const Options& options) {
+Piece MakePiece(const std::string& file, const ExportRequest& request, const Options& options,
+                analysis::AdiabatTable& table) {
   const output::DumpKind kind = request.Kind;
   Piece piece;
   piece.Failed = Guarded("ExportBatch", [&]() -> std::optional<Fault> {
@@ -39,7 +41,7 @@ Piece MakePiece(const std::string& file, const ExportRequest& request, const Opt
       return Fault{kFaultUnusable, "BadSounding", FindingText(piece.Finding)};
     }
     const SoundingRecord& record = loading.Sounding->Record;
-    piece.Text = output::DumpSounding(record, output::AnalyseForDump(record, options, kind),
+    piece.Text = output::DumpSounding(record, output::AnalyseForDump(record, options, kind, &table),
                                       options, options.System.Dump, kind);
     piece.DataType = record.DataFormat;
     return std::nullopt;
@@ -71,7 +73,7 @@ class PieceSource {
   PieceSource& operator=(const PieceSource&) = delete;
 
   Piece Next() {
-    if (workers_.empty()) return MakePiece(request_.Files[used_++], request_, options_);
+    if (workers_.empty()) return MakePiece(request_.Files[used_++], request_, options_, table_);
     std::unique_lock lock(mutex_);
     std::unique_ptr<Piece>& slot = slots_[used_ % slots_.size()];
     changed_.wait(lock, [&slot] { return slot != nullptr; });
@@ -85,13 +87,15 @@ class PieceSource {
 
  private:
   void Work() {
+    analysis::AdiabatTable table;
     std::unique_lock lock(mutex_);
     while (true) {
       changed_.wait(lock, [this] { return stopped_ || begun_ < used_ + slots_.size(); });
       if (stopped_ || begun_ >= request_.Files.size()) return;
       const std::size_t mine = begun_++;
       lock.unlock();
-      auto piece = std::make_unique<Piece>(MakePiece(request_.Files[mine], request_, options_));
+      auto piece =
+          std::make_unique<Piece>(MakePiece(request_.Files[mine], request_, options_, table));
       lock.lock();
       slots_[mine % slots_.size()] = std::move(piece);
       changed_.notify_all();
@@ -100,6 +104,7 @@ class PieceSource {
 
   const ExportRequest& request_;
   const Options& options_;
+  analysis::AdiabatTable table_{};  // without threads; each of these has its own
   std::mutex mutex_{};
   std::condition_variable changed_{};
   std::vector<std::unique_ptr<Piece>> slots_{};
