@@ -9,8 +9,8 @@
 namespace vexa::archive {
 namespace {
 
-constexpr double kSteps = 10;  // to the unit
-constexpr std::int16_t kNoValue = std::numeric_limits<std::int16_t>::min();
+constexpr double kTenths = 10;  // to the unit
+constexpr std::int16_t kNoTenths = std::numeric_limits<std::int16_t>::min();
 constexpr std::optional<double> StandardLevel::*kQuantities[] = {
     &StandardLevel::Temp, &StandardLevel::Dewpt, &StandardLevel::U, &StandardLevel::V};
 constexpr std::size_t kBytes = kStandardPress.size() * std::size(kQuantities) * 2;
@@ -48,9 +48,9 @@ std::string Packed(const StandardLevels& levels) {
     for (const auto quantity : kQuantities) {
       constexpr double kLargest = std::numeric_limits<std::int16_t>::max();
       const std::optional<double>& value = level.*quantity;
-      const bool fits = value && std::fabs(*value * kSteps) <= kLargest;
+      const bool fits = value && std::fabs(*value * kTenths) <= kLargest;
       const auto steps = static_cast<std::uint16_t>(
-          fits ? static_cast<std::int16_t>(std::lround(*value * kSteps)) : kNoValue);
+          fits ? static_cast<std::int16_t>(std::lround(*value * kTenths)) : kNoTenths);
       bytes += static_cast<char>(steps & 0xff);
       bytes += static_cast<char>(steps >> 8);
     }
@@ -67,7 +67,7 @@ StandardLevels Unpacked(std::string_view bytes) {
       const unsigned low = static_cast<unsigned char>(bytes[at]);
       const unsigned high = static_cast<unsigned char>(bytes[at + 1]);
       const auto steps = static_cast<std::int16_t>(static_cast<std::uint16_t>(low | high << 8));
-      if (steps != kNoValue) level.*quantity = steps / kSteps;
+      if (steps != kNoTenths) level.*quantity = steps / kTenths;
       at += 2;
     }
   }
