@@ -9,16 +9,16 @@
 #include <utility>
 
 #include "archive/climate.h"
-#include "archive/mapped_file.h"
 #include "archive/query.h"
 #include "archive/standard_levels.h"
 #include "core/files.h"
+#include "core/platform.h"
 
 namespace vexa::archive {
 namespace alike {
 
 inline constexpr std::string_view kIndices[] = {"Water",      "CAPE total", "CIN total",
-                                         "700-500 LR", "FRZG Lvl",   "s-rH 0-3km"};
+                                                "700-500 LR", "FRZG Lvl",   "s-rH 0-3km"};
 constexpr std::size_t kLevels = kStandardPress.size();
 constexpr std::size_t kParts = 4;  // temperature, dew point, wind, indices
 constexpr std::array<std::size_t, kParts + 1> kBegins = {0, kLevels, 2 * kLevels, 4 * kLevels,

@@ -21,6 +21,7 @@
 #include <fcntl.h>
 #include <pwd.h>
 #include <sys/file.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #ifdef __GLIBC__
@@ -72,10 +73,11 @@ std::string Utf8(const std::wstring& text) {
 
 class OpenHandle final : public FileHold {
  public:
-  explicit OpenHandle(HANDLE handle) : handle_(handle) {}
+  explicit OpenHandle(HANDLE handle) : handle_(handle == INVALID_HANDLE_VALUE ? nullptr : handle) {}
   ~OpenHandle() override {
-    if (handle_ != INVALID_HANDLE_VALUE) CloseHandle(handle_);
+    if (handle_ != nullptr) CloseHandle(handle_);
   }
+  HANDLE Get() const { return handle_; }  // null where there is none
 
  private:
   HANDLE handle_;
@@ -107,6 +109,22 @@ std::unique_ptr<FileHold> HoldFile(const fs::path& path) {
                                     FILE_FLAG_DELETE_ON_CLOSE, nullptr);
   if (handle == INVALID_HANDLE_VALUE && GetLastError() == ERROR_SHARING_VIOLATION) return nullptr;
   return std::make_unique<OpenHandle>(handle);
+}
+
+MappedFile::MappedFile(const fs::path& path) {
+  const OpenHandle file(CreateFileW(path.c_str(), GENERIC_READ,
+                                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+  LARGE_INTEGER size{};
+  if (!file.Get() || !GetFileSizeEx(file.Get(), &size) || size.QuadPart == 0) return;
+  const OpenHandle mapping(CreateFileMappingW(file.Get(), nullptr, PAGE_READONLY, 0, 0, nullptr));
+  if (!mapping.Get()) return;
+  const void* at = MapViewOfFile(mapping.Get(), FILE_MAP_READ, 0, 0, 0);
+  if (at) bytes_ = {static_cast<const char*>(at), static_cast<std::size_t>(size.QuadPart)};
+}
+
+MappedFile::~MappedFile() {
+  if (!bytes_.empty()) UnmapViewOfFile(bytes_.data());
 }
 
 fs::path UserDataFolder() {
@@ -202,6 +220,22 @@ bool IsLocked(const fs::path& path) {
   const bool isFree = ::flock(handle, LOCK_EX | LOCK_NB) == 0;
   ::close(handle);
   return !isFree;
+}
+
+MappedFile::MappedFile(const fs::path& path) {
+  const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  if (file < 0) return;
+  struct stat about {};
+  if (::fstat(file, &about) == 0 && S_ISREG(about.st_mode) && about.st_size > 0) {
+    const auto size = static_cast<std::size_t>(about.st_size);
+    const void* at = ::mmap(nullptr, size, PROT_READ, MAP_PRIVATE, file, 0);
+    if (at != MAP_FAILED) bytes_ = {static_cast<const char*>(at), size};
+  }
+  ::close(file);
+}
+
+MappedFile::~MappedFile() {
+  if (!bytes_.empty()) ::munmap(const_cast<char*>(bytes_.data()), bytes_.size());
 }
 
 fs::path UserDataFolder() {

@@ -6,7 +6,9 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <system_error>
+#include <utility>
 
 namespace vexa {
 
@@ -40,6 +42,21 @@ class FileHold {
 /// process, or another hold of this one, has it. Where the system cannot tell, the file is held.
 std::unique_ptr<FileHold> HoldFile(const std::filesystem::path& path);
 
+/// A file's bytes mapped into memory: several processes share them, and only what is touched is
+/// read.
+class MappedFile {
+ public:
+  /// Without bytes where the file is empty or cannot be read.
+  explicit MappedFile(const std::filesystem::path& path);
+  MappedFile(MappedFile&& other) noexcept : bytes_(std::exchange(other.bytes_, {})) {}
+  MappedFile& operator=(MappedFile&&) = delete;
+  ~MappedFile();
+  std::string_view Bytes() const { return bytes_; }
+
+ private:
+  std::string_view bytes_{};
+};
+
 /// The user's data folder: XDG_DATA_HOME or ~/.local/share, LOCALAPPDATA on Windows.
 std::filesystem::path UserDataFolder();
 
@@ -54,8 +71,8 @@ std::optional<std::string> EnvironmentText(const char* name);
 /// To be called once, before work begins; without effect where the system keeps it anyway.
 void KeepFreedMemory();
 
-/// From now on an error that nobody has dealt with, as when memory runs out, ends the program with a
-/// sentence on the error output and the exit code 1. To be called once, before work begins.
+/// From now on an error that nobody has dealt with, as when memory runs out, ends the program with
+/// a sentence on the error output and the exit code 1. To be called once, before work begins.
 ///
 /// program  its name, "vexa"; must outlive the program
 void EndInWords(const char* program);
