@@ -23,7 +23,6 @@
 namespace vexa::cli {
 namespace {
 
-using forecast::Catalogue;
 using forecast::ForecastMode;
 using forecast::ForecastSeries;
 using forecast::ForecastSettings;
@@ -172,10 +171,10 @@ class ForecastRun {
   // the working files are written.
   forecast::Region Search(const SharedProfile& main) {
     const std::filesystem::path folder = WorkFolder();
-    const std::filesystem::path file = folder / PathFromText(Catalogue::kFileName);
-    Catalogue catalogue;
+    const std::filesystem::path file = folder / PathFromText(forecast::Catalogue::kFileName);
+    forecast::Catalogue catalogue;
     if (!folder.empty() && StampOf(file)) {
-      if (const auto text = ReadFile(file)) catalogue = Catalogue(text.Value());
+      if (const auto text = ReadFile(file)) catalogue = forecast::Catalogue(text.Value());
     }
     forecast::SearchResult result = SearchAround(
         main->Sounding, asked_.Set.RadiusKm, FilesToSearch(), catalogue, Policy(), Analysis(), {});
