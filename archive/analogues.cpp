@@ -25,9 +25,9 @@ constexpr std::array<std::size_t, kParts + 1> kBegins = {0, kLevels, 2 * kLevels
                                                          4 * kLevels + std::size(kIndices)};
 constexpr std::size_t kSize = kBegins[kParts];
 
-constexpr double kSteps = 2000;           // to a standard deviation
+constexpr double kPerDeviation = 2000;    // to a standard deviation
 constexpr std::int32_t kLargest = 16000;  // eight of them; squares of differences stay 32 bits wide
-constexpr std::int16_t kNoValue = -32768;
+constexpr std::int16_t kAbsent = -32768;
 
 using Raw = std::array<std::optional<double>, kSize>;
 using Row = std::array<std::int16_t, kSize>;
@@ -73,9 +73,9 @@ Raw RawOf(const StandardLevels& levels) {
 Row RowFrom(const Raw& raw, const std::array<Scale, kSize>& scales) {
   Row row;
   for (std::size_t i = 0; i < kSize; ++i) {
-    row[i] = kNoValue;
+    row[i] = kAbsent;
     if (!raw[i]) continue;
-    const double steps = (*raw[i] - scales[i].Mean) / scales[i].Deviation * kSteps;
+    const double steps = (*raw[i] - scales[i].Mean) / scales[i].Deviation * kPerDeviation;
     row[i] = static_cast<std::int16_t>(
         std::lround(std::clamp(steps, double{-kLargest}, double{kLargest})));
   }
@@ -91,7 +91,7 @@ struct PartSum {
 PartSum Compare(const std::int16_t* a, const std::int16_t* b, std::size_t from, std::size_t to) {
   PartSum sum;
   for (std::size_t i = from; i < to; ++i) {
-    const bool isCommon = a[i] != kNoValue && b[i] != kNoValue;
+    const bool isCommon = a[i] != kAbsent && b[i] != kAbsent;
     const std::int32_t apart = isCommon ? a[i] - b[i] : 0;
     sum.Squares += apart * apart;
     sum.Count += isCommon ? 1 : 0;
@@ -110,7 +110,7 @@ std::optional<double> SquaredDistance(const std::int16_t* a, const std::int16_t*
     total += static_cast<double>(sum.Squares) / sum.Count;
     ++parts;
   }
-  return total / parts / (kSteps * kSteps);
+  return total / parts / (kPerDeviation * kPerDeviation);
 }
 
 bool Chosen(const AnalogueRequest& request, const Key& key) {
