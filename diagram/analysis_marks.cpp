@@ -187,10 +187,12 @@ void DrawParcelLevels(Plot& plot) {
     if (!y) return;
     DrawSegment(plot.Page, "parcel level", {frame.Right - kTickReach, *y}, {frame.Right, *y},
                 {plot.Inks.ParcelMark, 20, LineStyle::Solid});
-    plot.Marks.Add({*y,
-                    std::string(name) + (isCut ? " above " : " ") + Mask(level.Press, "###0") +
-                        PressureUnit(plot) + "  " + ShownHeightText(plot, level.Height),
-                    "parcel level label", plot.Inks.ParcelMark, 0, std::string(name)});
+    std::string text = std::string(name) + (isCut ? " above " : " ") + Mask(level.Press, "###0") +
+                       PressureUnit(plot);
+    // A condensation level above the last temperature has a pressure alone.
+    if (HasHeight(level.Height)) text += "  " + ShownHeightText(plot, level.Height);
+    plot.Marks.Add(
+        {*y, std::move(text), "parcel level label", plot.Inks.ParcelMark, 0, std::string(name)});
   };
   const bool convective = results.Mode == analysis::LiftMode::Ccl;
   if (!convective) {

@@ -251,6 +251,11 @@ Palette PaletteFor(const ViewSettings& options) {
   return p;
 }
 
+Color FaintInk(const Palette& palette, Color ink) {
+  constexpr double kFaint = 0.5;
+  return Blend(ink, palette.Paper, kFaint);
+}
+
 Pen OverlayPen(const Palette& palette, int number) {
   // First those that no line beside the soundings has.
   constexpr std::array<int, 8> kColors = {3, 13, 8, 2, 12, 9, 6, 5};

@@ -59,4 +59,7 @@ Color LegibleColor(const Palette& palette, int index);
 /// The pen of the n-th further sounding of an overlay, from 1; colours and styles take turns.
 Pen OverlayPen(const Palette& palette, int number);
 
+/// An ink that stands back towards the paper, for what lies behind the sounding in work.
+Color FaintInk(const Palette& palette, Color ink);
+
 }  // namespace vexa::diagram

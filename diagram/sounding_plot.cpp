@@ -194,8 +194,9 @@ void DrawTitles(Plot& plot) {
 void DrawSoundingData(Plot& plot) {
   DrawStabilityBars(plot);
   DrawParcel(plot);
+  DrawOtherTraces(plot, true);
   DrawTraces(plot);
-  DrawOtherTraces(plot);
+  DrawOtherTraces(plot, false);
   DrawReferenceTraces(plot);
   DrawExtraLines(plot);
   if (!plot.HasOthers()) DrawLegend(plot);

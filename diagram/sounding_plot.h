@@ -25,6 +25,7 @@ enum class MultiMode { Single, Overlay, Compare, Loop };
 struct OverlaySounding {
   const SoundingRecord* Sounding = nullptr;
   const analysis::AnalysisResults* Results = nullptr;  // of a compared one; null: not analysed
+  bool IsFaint = false;  // it stands back behind the first, which was made of it
 };
 
 /// A frontal zone, marked from base to top and labelled at its top. Of several one is the front;

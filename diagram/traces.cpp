@@ -230,14 +230,15 @@ void NameTraces(Plot& plot) {
   }
 }
 
-void DrawOtherTraces(Plot& plot) {
+void DrawOtherTraces(Plot& plot, bool faint) {
   int number = 0;
   for (const OverlaySounding& other : plot.In.Others) {
     ++number;
-    if (other.Sounding == nullptr) continue;
+    if (other.Sounding == nullptr || other.IsFaint != faint) continue;
     Pen pen = OverlayPen(plot.Inks, number);
     // Of two soundings one is told from the other without their colours too.
     if (plot.In.Mode == MultiMode::Compare) pen.Style = LineStyle::Dash;
+    if (faint) pen.Ink = FaintInk(plot.Inks, pen.Ink);
     if (plot.Set().TraceThick == ThickLines::All) pen.Width *= 1.6;
     DrawTrace(plot, "other temperature", other.Sounding->Press, other.Sounding->Temp, {pen});
     pen.Width *= 0.6;

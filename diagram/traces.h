@@ -17,8 +17,9 @@ void DrawTraces(Plot& plot);
 /// "T", "Td" and "Reference" at the tops of their traces, off the lines and texts that stand there.
 void NameTraces(Plot& plot);
 
-/// The traces of the further soundings, each in its own pen.
-void DrawOtherTraces(Plot& plot);
+/// The traces of the further soundings, each in its own pen: those that stand back, which come
+/// before those of the first, or the others.
+void DrawOtherTraces(Plot& plot, bool faint);
 
 /// The reference sounding, dashed, with its title.
 void DrawReferenceTraces(Plot& plot);

@@ -45,16 +45,15 @@ std::vector<PlacedWind> PlaceWinds(const Plot& plot, const SoundingRecord& sound
   return placed;
 }
 
-// The winds that a forecaster looks for by name: the strongest, the lowest, and those of the
-// mandatory levels.
+// The winds that a forecaster looks for by name, those first that have to be seen most: the lowest,
+// the strongest, and those of the mandatory levels.
 std::vector<std::size_t> NamedWinds(const std::vector<PlacedWind>& winds) {
   constexpr double kSameLevel = 0.01;  // of the pressure, some 80 m
   if (winds.empty()) return {};
   const auto place = [&](auto wind) { return static_cast<std::size_t>(wind - winds.begin()); };
   std::vector<std::size_t> named = {
-      place(std::ranges::max_element(winds, {},
-                                     [](const PlacedWind& wind) { return wind.Value.Spd; })),
-      0};
+      0, place(std::ranges::max_element(winds, {},
+                                        [](const PlacedWind& wind) { return wind.Value.Spd; }))};
   for (const int press : MandatoryPressures()) {
     const auto apart = [press](const PlacedWind& wind) { return std::fabs(wind.Press - press); };
     const auto nearest = std::ranges::min_element(winds, {}, apart);
@@ -102,6 +101,7 @@ void DrawSecondWinds(Plot& plot, const OverlaySounding& other, const Rect& room)
   const ViewSettings set = SymbolOptions(plot.Set(), *other.Sounding);
   Pen pen = plot.Inks.Wind;
   pen.Ink = OverlayPen(plot.Inks, 1).Ink;
+  if (other.IsFaint) pen.Ink = FaintInk(plot.Inks, pen.Ink);
   const double x = (room.Left + room.Right) / 2;
   DrawSegment(plot.Page, "other wind axis", {x, room.Top}, {x, room.Bottom},
               {pen.Ink, plot.Inks.Isobar.Width, LineStyle::Dash});

@@ -498,6 +498,25 @@ TEST(Winds, TellTheirNumbersAndTheirLimit) {
   drawn.Set.WindPlotRatio = 3;
   EXPECT_EQ(Lines(drawn().Page, "wind shaft").size(), 3u);
   EXPECT_EQ(Texts(drawn().Page, "wind ratio"), LabelTexts{"Plotted every 3 th wind"});
+  // Of those that would lie upon each other the lowest is drawn.
+  drawn.Sounding.WindHgt = drawn.Sounding.WindDir = drawn.Sounding.WindSpd = Levels<double>();
+  drawn.Sounding.AddWind(100, 160, 10);
+  drawn.Sounding.AddWind(110, 165, 40);
+  drawn.Set.WindPlotRatio = 0;
+  const SoundingPlot crowded = drawn();
+  std::vector<std::string> drawnOnes;
+  for (const HotSpot& spot : crowded.Page.HotSpots()) {
+    if (spot.Tag == "wind") drawnOnes.push_back(spot.Text);
+  }
+  EXPECT_EQ(drawnOnes, std::vector<std::string>{"100 m: 160/5.1 m/s"});
+}
+
+TEST(ParcelLevels, AboveTheLastTemperatureHaveNoHeight) {
+  Drawn drawn(test::Profile({{1000, 20, 10}, {950, 16, 8}, {900, 12, 4}}, {}, 100));
+  const LabelTexts texts = Texts(drawn().Page, "parcel level label");
+  ASSERT_EQ(texts.size(), 1u);
+  EXPECT_EQ(texts[0].find("LCL 8"), 0u);
+  EXPECT_EQ(texts[0].find("999"), std::string::npos) << texts[0];
 }
 
 TEST(Page, StatusAndTitleSayWhatIsShown) {
