@@ -50,6 +50,11 @@ std::string FolderShown(const Program& program) {
   return chosen.empty() ? TextFromPath(program.Where.Forecast) : chosen;
 }
 
+QString AutoSaveCaption(bool isOn) {
+  return isOn ? QStringLiteral("Auto-save ON  (Click to turn OFF)")
+              : QStringLiteral("Auto-save OFF");
+}
+
 }  // namespace
 
 ForecastHodo::ForecastHodo(Program& program, const DisplayRow& row, Events events, QWidget* parent)
@@ -67,6 +72,8 @@ ForecastHodo::ForecastHodo(Program& program, const DisplayRow& row, Events event
   lists_->setTabChangesFocus(true);
   lists_->setLineWrapMode(QPlainTextEdit::NoWrap);
   lists_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+  constexpr int kRowsShown = 9;  // two near, none upwind
+  lists_->setMinimumHeight(kRowsShown * lists_->fontMetrics().lineSpacing());
   auto* upper = new QWidget(this);
   auto* parts = new QHBoxLayout(upper);
   parts->setContentsMargins(0, 0, 0, 0);
@@ -251,8 +258,11 @@ void ForecastHodo::BuildSteps(QVBoxLayout& column) {
     commands::SearchSoundings(program_);
     Changed({.View = true});
   }));
-  column.addWidget(
-      AddButton("cmdMap", "Forecast m&ap...", [this] { events_.Open("ForecastMap", ""); }));
+  column.addWidget(AddButton("cmdMap", "Forecast m&ap...", [this] {
+    if (!ForecastViewOf(program_).IsSearched) commands::SearchSoundings(program_);
+    ShowState();
+    events_.Open("ForecastMap", "");
+  }));
   column.addWidget(
       AddButton("cmdForecast", "&Forecast", [this] { Changed(commands::StepForecast(program_)); }));
   auto* line = new QHBoxLayout;
@@ -270,7 +280,13 @@ void ForecastHodo::BuildSteps(QVBoxLayout& column) {
   column.addLayout(line);
   column.addWidget(AddButton("cmdRestart", "&New series",
                              [this] { Changed(commands::RestartForecast(program_)); }));
-  autoSave_ = AddButton("cmdAutoSave", "", [this] { events_.Open("ForecastAutoSave", ""); });
+  autoSave_ = AddButton("cmdAutoSave", "", [this] {
+    forecast::ForecastSettings& set = ForecastViewOf(program_).Set;
+    if (!set.AutoSave) return events_.Open("ForecastAutoSave", "");
+    set.AutoSave = false;
+    SaveForecastSettings(program_);
+    ShowState();
+  });
   column.addWidget(autoSave_);
 }
 
@@ -296,8 +312,9 @@ void ForecastHodo::ShowState() {
   hour_->setRange(0, static_cast<int>(view.Series.Steps().size()));
   hour_->setValue(static_cast<int>(view.Shown));
   hour_->setEnabled(!view.Series.Steps().empty());
-  autoSave_->setText(view.Set.AutoSave ? QStringLiteral("Auto-save ON (Click to turn OFF)...")
-                                       : QStringLiteral("Auto-save OFF..."));
+  // Turned on in the form that says where, turned off at once.
+  autoSave_->setText(view.Set.AutoSave ? AutoSaveCaption(true) : AutoSaveCaption(false) + "...");
+  autoSave_->setToolTip(view.Set.AutoSave ? "In " + ToQString(FolderShown(program_)) : QString());
   status_->setText(ToQString(ForecastStatus(view)));
   std::string text;
   for (const std::string& row : ListForecast(program_)) text += row + "\n";
@@ -323,6 +340,7 @@ ForecastMap::ForecastMap(Program& program, const DisplayRow& row, Events events,
   layout()->setMenuBar(bar);
   view_->setToolTip(ToQString(std::string(Trim(forecast::kManualText)) +
                               "\nShift and a drag move the map, the wheel enlarges it."));
+  Tell(std::string(Trim(forecast::kManualText)));
   resize(kUsualMap.boundedTo(screen()->availableSize() - kAround));
   Follow();
 }
@@ -441,8 +459,7 @@ void ForecastAutoSave::ShowState() {
   const bool isOn = ForecastViewOf(program_).Set.AutoSave;
   folder_->setText(ToQString(FolderShown(program_)));
   switch_->setChecked(isOn);
-  switch_->setText(isOn ? QStringLiteral("Auto-save ON  (Click to turn OFF)")
-                        : QStringLiteral("Auto-save OFF"));
+  switch_->setText(AutoSaveCaption(isOn));
 }
 
 namespace {

@@ -238,8 +238,9 @@ class ForecastRun {
     std::vector<forecast::SeriesFile> files = FilesOf(series, Analysis());
     files.push_back({TextFromPath(PathFromText(files.back().Name).replace_extension(".JSON")),
                      report::JsonText(report::ForecastJson(series)) + "\n"});
-    if (const auto there = FirstExisting(folder, files); there && !arguments_.Has("--replace")) {
-      return inputs_.Fail(TextFromPath(folder / PathFromText(*there)),
+    const std::vector<std::string> there = Existing(folder, files);
+    if (!there.empty() && !arguments_.Has("--replace")) {
+      return inputs_.Fail(TextFromPath(folder / PathFromText(there.front())),
                           "File already exists; --replace replaces it");
     }
     if (const auto fault = SaveTogether(folder, files)) inputs_.Fail(*output, *fault);

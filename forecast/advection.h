@@ -28,7 +28,7 @@ struct Contribution {
 /// then those upwind, the nearest first.
 struct StepChoice {
   int Hour = 0;
-  double RateKt = 0;      // "Advection rate"
+  double RateKt = 0;      // "Advection rate", of the layer's wind
   double WindFrom = 0;    // degrees
   double UpwindKm = 0;    // way of the air until then
   double FarthestKm = 0;  // along the wind, of the soundings upwind

@@ -25,6 +25,8 @@ inline constexpr std::string_view kDragLineText = "Drag a line to the desired up
 inline constexpr std::string_view kRestoreText =
     "Use the Restore menu option to return automatic upwind selection.";
 inline constexpr std::string_view kNoUpwindText = "No upwind data.";
+inline constexpr std::string_view kSearchFirstText =
+    "Soundings around have not been searched for yet.";
 
 /// A box being drawn around winds, or a line towards where the air comes from.
 struct MapDrawing {

@@ -58,12 +58,17 @@ SeriesEnd ForecastSeries::Advance(const ForecastSettings& set, const AnalysisSet
   const int hour = static_cast<int>(steps_.size()) + 1;
   if (hour > kMostHours) return SeriesEnd::LastHour;
   ForecastStep step{.IsAlone = set.Mode == ForecastMode::Single};
+  const std::optional<StepChoice> choice =
+      ChoiceAt(step.IsAlone ? Region{.Main = region_.Main} : region_, set, hour);
   if (step.IsAlone) {
     if (const SeriesEnd why = WhyNotAlone(main, set); why != SeriesEnd::No) return why;
     step.Choice = {.Hour = hour, .Parts = {{.Weight = 1}}};
+    if (choice) {
+      step.Choice.RateKt = choice->RateKt;
+      step.Choice.WindFrom = choice->WindFrom;
+    }
     step.Sounding = AdvectAlone(main, set, hour);
   } else {
-    const std::optional<StepChoice> choice = ChoiceAt(region_, set, hour);
     if (!choice) return SeriesEnd::NoWind;
     if (!region_.HasUpwind()) return SeriesEnd::NoUpwind;
     if (choice->UpwindKm > choice->FarthestKm + kBeyondLast) return SeriesEnd::Threshold;

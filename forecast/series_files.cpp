@@ -85,18 +85,23 @@ std::vector<SeriesFile> FilesOf(const ForecastSeries& series, const AnalysisSett
   return files;
 }
 
-std::optional<std::string> FirstExisting(const std::filesystem::path& folder,
-                                         const std::vector<SeriesFile>& files) {
+std::vector<std::string> Existing(const std::filesystem::path& folder,
+                                  const std::vector<SeriesFile>& files) {
+  std::vector<std::string> there;
   for (const SeriesFile& file : files) {
     std::error_code ignored;
-    if (std::filesystem::exists(folder / PathFromText(file.Name), ignored)) return file.Name;
+    if (std::filesystem::exists(folder / PathFromText(file.Name), ignored)) {
+      there.push_back(file.Name);
+    }
   }
-  return std::nullopt;
+  return there;
 }
 
-Box ExistsBox(const std::string& name) {
+Box ExistsBox(const std::vector<std::string>& names) {
+  std::string text;
+  for (const std::string& name : names) text += name + "\n";
   return {.Title = "File already exists",
-          .Text = name + "\nDo you want to replace existing file?",
+          .Text = text + "Do you want to replace existing file?",
           .Icon = BoxIcon::Question,
           .Buttons = BoxButtons::YesNo,
           .WhenSilent = Answer::No};

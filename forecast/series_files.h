@@ -34,11 +34,11 @@ struct SeriesFile {
 std::vector<SeriesFile> FilesOf(const ForecastSeries& series, const AnalysisSettings& set,
                                 std::size_t fromStep = 0);
 
-/// The one that stands in the folder already.
-std::optional<std::string> FirstExisting(const std::filesystem::path& folder,
-                                         const std::vector<SeriesFile>& files);
-/// "File already exists": asks whether it is to be replaced.
-Box ExistsBox(const std::string& name);
+/// The names of those that stand in the folder already.
+std::vector<std::string> Existing(const std::filesystem::path& folder,
+                                  const std::vector<SeriesFile>& files);
+/// "File already exists": asks whether they are to be replaced.
+Box ExistsBox(const std::vector<std::string>& names);
 
 /// Writes all of them or, at a fault, none; files of the same names are replaced. A folder that is
 /// missing is made.

@@ -69,6 +69,7 @@ void BeginAnew(Program& program, ForecastView& view) {
       forecast::ForecastSeries(forecast::Region{.Main = main, .RadiusKm = view.Set.RadiusKm});
   view.IsSearched = false;
   view.Shown = 0;
+  view.SavedSeries.clear();
   view.Description.clear();
   view.Status.clear();
   view.Drawing = {};
@@ -95,17 +96,21 @@ void KeepSearch(Program& program, const forecast::Catalogue& catalogue,
 
 // Saves the last hour beside those before it, and the series; the user decides about files that are
 // there already.
-void SaveStep(Program& program, ForecastView& view) {
+void SaveStep(Program& program, ForecastView& view, FileOps& ops) {
   const std::filesystem::path folder = SaveFolder(program, view);
   const std::size_t last = view.Series.Steps().size() - 1;
   const auto files = FilesOf(view.Series, program.Set, last);
   // The time series grows with its hours; it is asked about where it is not this series' own.
+  const std::filesystem::path csv = folder / PathFromText(files.back().Name);
   std::vector<forecast::SeriesFile> asked = files;
-  if (last > 0) asked.pop_back();
-  if (const auto there = FirstExisting(folder, asked)) {
-    if (AskAbout(program, forecast::ExistsBox(*there)) != Answer::Yes) return;
+  if (view.SavedSeries == csv) asked.pop_back();
+  const std::vector<std::string> there = Existing(folder, asked);
+  if (!there.empty() && AskAbout(program, forecast::ExistsBox(there)) != Answer::Yes) return;
+  if (const auto fault = SaveTogether(folder, files, ops)) {
+    program.Doc.Report(*fault);
+    return;
   }
-  if (const auto fault = SaveTogether(folder, files)) program.Doc.Report(*fault);
+  view.SavedSeries = csv;
 }
 
 Picture ForecastSentence(std::string_view text, const Surface& on, bool black) {
@@ -146,6 +151,11 @@ ForecastView& FollowForecast(Program& program) {
   return view;
 }
 
+bool IsForecastFrom(const Program& program, const SharedSounding& original) {
+  const ForecastView& view = program.Displays.Of<ForecastView>();
+  return view.Shown > 0 && view.Original == original && IsOwn(program, view);
+}
+
 Picture PlotForecastHodo(const DisplayInput& from, const Surface& on) {
   return hodograph::PlotHodograph(HodographOf(from.In, from.Set), on).Page;
 }
@@ -157,11 +167,13 @@ map::AreaMap ForecastMapOf(const Program& program, const Options& set, const Sur
   if (!view.Original || view.Original->Record().LatHemi.empty()) {
     return {.Page = ForecastSentence("The position of the sounding is not known.", on, black)};
   }
+  forecast::MapDrawing drawing = view.Drawing;
+  if (!view.IsSearched) drawing.Told = forecast::kSearchFirstText;
   return forecast::PlotForecastMap({.Of = view.Series.Around(),
                                     .Lines = ShippedMapLines(),
                                     .Set = set,
                                     .OnBlack = black,
-                                    .Drawing = view.Drawing},
+                                    .Drawing = drawing},
                                    on, frame);
 }
 
@@ -185,7 +197,7 @@ std::string ForecastStatus(const ForecastView& view) {
   if (view.Shown == 0 || view.Shown > steps.size()) return view.Status;
   const ForecastStep& step = steps[view.Shown - 1];
   std::string text = Shortest(static_cast<int>(view.Shown)) + " hrs";
-  if (!step.IsAlone) {
+  if (step.Choice.RateKt > 0) {
     text = "Advection rate: " + Mask(step.Choice.RateKt, "##0.0") + " kts from " +
            Mask(step.Choice.WindFrom, "##0") + "   " + text;
   }
@@ -220,7 +232,7 @@ bool SearchSoundings(Program& program) {
   return true;
 }
 
-Changes StepForecast(Program& program) {
+Changes StepForecast(Program& program, FileOps& ops) {
   ForecastView& view = FollowForecast(program);
   const bool needsSearch = view.Set.Mode == ForecastMode::Multi && !view.IsSearched;
   if (needsSearch && !SearchSoundings(program)) return {};
@@ -232,7 +244,7 @@ Changes StepForecast(Program& program) {
     AskAbout(program, box);
     return {};
   }
-  if (view.Set.AutoSave) SaveStep(program, view);
+  if (view.Set.AutoSave) SaveStep(program, view, ops);
   return ShowForecastHour(program, view.Series.Steps().size());
 }
 
@@ -270,6 +282,7 @@ Changes RestartForecast(Program& program) {
   const Changes changes = ShowForecastHour(program, 0);
   if (view.Shown != 0) return changes;
   view.Series = forecast::ForecastSeries(view.Series.Around());
+  view.SavedSeries.clear();
   view.Status.clear();
   return changes;
 }

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "core/files.h"
 #include "forecast/forecast_map.h"
 #include "forecast/forecast_settings.h"
 #include "forecast/series.h"
@@ -24,7 +25,8 @@ struct ForecastView {
   forecast::ForecastSeries Series{};
   SharedSounding Original{};  // with which the series begins
   bool IsSearched = false;
-  std::size_t Shown = 0;  // hour that is in work; 0: the original
+  std::size_t Shown = 0;                // hour that is in work; 0: the original
+  std::filesystem::path SavedSeries{};  // its time series, once that has been written
   std::string Description{};
   std::string Status{};
   forecast::MapDrawing Drawing{};
@@ -36,6 +38,9 @@ void SaveForecastSettings(Program& program);
 
 /// Begins anew where another sounding has come into work.
 ForecastView& FollowForecast(Program& program);
+
+/// Whether the sounding in work is an hour of a forecast that began with this one.
+bool IsForecastFrom(const Program& program, const SharedSounding& original);
 
 /// The hodograph of the hour in work with the original beside it.
 Picture PlotForecastHodo(const DisplayInput& from, const Surface& on);
@@ -55,7 +60,7 @@ namespace commands {
 bool SearchSoundings(Program& program);
 /// Goes one hour ahead and puts the new sounding in work, the original beside it. What ends the
 /// series has been told.
-Changes StepForecast(Program& program);
+Changes StepForecast(Program& program, FileOps& ops = SystemFileOps());
 /// Puts an hour of the series in work, 0 the original.
 Changes ShowForecastHour(Program& program, std::size_t hour);
 /// Forgets the series; the original comes back.

@@ -15,6 +15,7 @@
 #include "core/numbers.h"
 #include "core/shown_values.h"
 #include "program/command_line.h"
+#include "program/forecast_display.h"
 #include "program/front_displays.h"
 #include "program/listed_soundings.h"
 #include "program/page_boxes.h"
@@ -87,7 +88,9 @@ std::optional<diagram::SoundingPlot> PlotShown(const Program& program, const Opt
   if (mode != MultiMode::Single) {
     const bool isCompared = input.Mode == MultiMode::Compare;
     for (const SharedSounding& other : program.Others) {
-      input.Others.push_back({&other->Record(), isCompared ? &other->Results(set) : nullptr});
+      input.Others.push_back({.Sounding = &other->Record(),
+                              .Results = isCompared ? &other->Results(set) : nullptr,
+                              .IsFaint = IsForecastFrom(program, other)});
     }
   }
   input.OthersScaling = view.Mode == MultiMode::Compare ? set.CompareScaling : set.OverlayScaling;

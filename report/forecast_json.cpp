@@ -54,12 +54,12 @@ Json StepJson(const forecast::ForecastStep& step, const Region& region) {
   Json json = {{"hour", step.Choice.Hour},
                {"time", TimeJson(step.Sounding.Time)},
                {"title", step.Sounding.StationTitle}};
+  json["advection rate"] = Number(Rounded(step.Choice.RateKt, 1));
+  json["from"] = Number(Rounded(step.Choice.WindFrom, 1));
   if (step.IsAlone) {
     json["made of"] = "the station's own advection";
     return json;
   }
-  json["advection rate"] = Number(Rounded(step.Choice.RateKt, 1));
-  json["from"] = Number(Rounded(step.Choice.WindFrom, 1));
   json["distance"] = Number(Rounded(step.Choice.UpwindKm, 1));
   json["made of"] = Json::array();
   for (const Contribution& part : step.Choice.Parts) {

@@ -5,6 +5,7 @@
 
 #include "core/raw_file.h"
 #include "forecast/listings.h"
+#include "support/full_disk.h"
 #include "support/soundings.h"
 
 namespace vexa::forecast {
@@ -126,19 +127,6 @@ TEST(Series, IsReadBackFromItsFiles) {
   EXPECT_NE(csv.find("\n1,2024-01-01T00:30Z,30.00,240,1000.00,10,"), std::string::npos);
 }
 
-// A disk that is full at the n-th write.
-class FullDisk : public FileOps {
- public:
-  explicit FullDisk(int after) : left_(after) {}
-  std::error_code Write(std::FILE* file, std::string_view bytes) override {
-    if (left_-- <= 0) return std::make_error_code(std::errc::no_space_on_device);
-    return FileOps::Write(file, bytes);
-  }
-
- private:
-  int left_;
-};
-
 TEST(Series, ComesWholeOrNotAtAll) {
   const test::TemporaryFolder folder;
   ForecastSeries series = Upwind(405.7);
@@ -147,9 +135,8 @@ TEST(Series, ComesWholeOrNotAtAll) {
   ASSERT_EQ(files.size(), 3u);
   EXPECT_EQ(FilesOf(series, kSet, 1).front().Name, "TODAY_02h_Forecast.RAW");
   ASSERT_FALSE(SaveFile(folder.Path() / "TODAY_01h_Forecast.RAW", "old"));
-  EXPECT_EQ(FirstExisting(folder.Path(), files), "TODAY_01h_Forecast.RAW");
-  EXPECT_EQ(ExistsBox("x").Title, "File already exists");
-  FullDisk disk(2);
+  EXPECT_EQ(Existing(folder.Path(), files), std::vector<std::string>{"TODAY_01h_Forecast.RAW"});
+  test::FullDisk disk(3);
   const auto fault = SaveTogether(folder.Path(), files, disk);
   ASSERT_TRUE(fault);
   EXPECT_EQ(fault->Number, kFaultDiskFull);

@@ -10,23 +10,11 @@
 #include "program/commands.h"
 #include "program/program.h"
 #include "support/document.h"
+#include "support/full_disk.h"
 #include "support/soundings.h"
 
 namespace vexa {
 namespace {
-
-/// Fails with a full disk at the n-th write.
-class FullDisk : public FileOps {
- public:
-  explicit FullDisk(int atWrite) : left_(atWrite) {}
-  std::error_code Write(std::FILE* file, std::string_view bytes) override {
-    if (--left_ <= 0) return std::make_error_code(std::errc::no_space_on_device);
-    return FileOps::Write(file, bytes);
-  }
-
- private:
-  int left_;
-};
 
 class ExportBatchTest : public testing::Test {
  protected:
@@ -149,7 +137,7 @@ TEST_F(ExportBatchTest, AnInputIsNotReplaced) {
 TEST_F(ExportBatchTest, WhatStoodThereSurvivesFailure) {
   const std::vector<std::string> files = Files(5);
   Write("out.txt", "earlier");
-  FullDisk full(4);
+  test::FullDisk full(4);
   const ExportReport report = ExportBatch(
       {.Files = files, .Output = folder_.Path() / "out.txt", .Jobs = 3}, {}, {}, {}, full);
   ASSERT_TRUE(report.Failed);

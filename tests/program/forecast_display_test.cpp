@@ -7,6 +7,8 @@
 
 #include "core/files.h"
 #include "core/raw_file.h"
+#include "program/view_commands.h"
+#include "support/full_disk.h"
 #include "support/soundings.h"
 
 namespace vexa {
@@ -98,6 +100,66 @@ TEST_F(ForecastDisplay, SavesHourAfterHour) {
   commands::StepForecast(program);
   EXPECT_EQ(ReadFile(program.Where.Forecast / "here_Forecast.CSV").Value(), both);
   EXPECT_EQ(View().Series.Steps().size(), 1u) << "the hour is there all the same";
+
+  // Neither does the next hour replace a time series that is another's.
+  std::filesystem::remove(program.Where.Forecast / "here_02h_Forecast.RAW");
+  user.Expect("File already exists", Answer::No);
+  commands::StepForecast(program);
+  EXPECT_EQ(user.Boxes.back().Text, "here_Forecast.CSV\nDo you want to replace existing file?");
+  EXPECT_EQ(ReadFile(program.Where.Forecast / "here_Forecast.CSV").Value(), both);
+  user.Expect("File already exists", Answer::Yes);
+  commands::StepForecast(program);
+  commands::StepForecast(program);  // from then on it is its own
+  EXPECT_TRUE(IsSaved("here_04h_Forecast.RAW"));
+  EXPECT_NE(ReadFile(program.Where.Forecast / "here_Forecast.CSV").Value(), both);
+}
+
+TEST_F(ForecastDisplay, AFullDiskCostsNothingThatWasThere) {
+  Open();
+  View().Set.AutoSave = true;
+  commands::StepForecast(program);
+  const std::string one = ReadFile(program.Where.Forecast / "here_Forecast.CSV").Value();
+  for (const int atWrite : {1, 2}) {
+    test::FullDisk disk(atWrite);
+    user.Expect("VEXA", Answer::Ok);
+    commands::StepForecast(program, disk);
+    EXPECT_NE(user.Boxes.back().Text.find("Disk is probably full."), std::string::npos);
+    EXPECT_EQ(ReadFile(program.Where.Forecast / "here_Forecast.CSV").Value(), one);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(program.Where.Forecast), {}), 2);
+  }
+  commands::StepForecast(program);
+  EXPECT_EQ(View().Series.Steps().size(), 4u);
+  const std::string all = ReadFile(program.Where.Forecast / "here_Forecast.CSV").Value();
+  EXPECT_NE(all.find("\n3,"), std::string::npos) << "hours that were not saved are in the series";
+}
+
+// Half way to the paper, in every scheme.
+TEST_F(ForecastDisplay, TheOriginalStandsBackBehindItsForecast) {
+  Open();
+  commands::StepForecast(program);
+  const auto inkOf = [&](const Options& set) {
+    const auto plot = PlotShown(program, set, {});
+    for (const Item& item : plot->Page.Items()) {
+      const auto* line = std::get_if<Polyline>(&item.Shape);
+      if (item.Tag == "other temperature" && line != nullptr) return line->Stroke.Ink;
+    }
+    return Color{};
+  };
+  for (const ScreenColor screen : {ScreenColor::White, ScreenColor::Black}) {
+    Options set = program.Set;
+    set.Screen = screen;
+    const Color faint = inkOf(set);
+    program.Others = {
+        std::make_shared<AnalysedSounding>(LoadedSounding{.Record = View().Original->Record()})};
+    const Color plain = inkOf(set);
+    program.Others = {View().Original};
+    const int paper = screen == ScreenColor::White ? 255 : 0;
+    EXPECT_NEAR(faint.Red, (plain.Red + paper) / 2, 1);
+    EXPECT_NEAR(faint.Green, (plain.Green + paper) / 2, 1);
+    EXPECT_NEAR(faint.Blue, (plain.Blue + paper) / 2, 1);
+  }
+  commands::ShowForecastHour(program, 0);
+  EXPECT_TRUE(program.Others.empty());
 }
 
 TEST_F(ForecastDisplay, TellsTheEndAndKeepsWhatIsThere) {

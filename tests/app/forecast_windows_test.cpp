@@ -1,0 +1,272 @@
+// The forecast's windows by mouse and keys: what is typed, boxed, drawn and saved.
+#include "app/forecast_windows.h"
+
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QDialogButtonBox>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMouseEvent>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QShortcut>
+#include <QSpinBox>
+
+#include "app/drag_view.h"
+#include "app/sounding_window.h"
+#include "core/files.h"
+#include "core/numbers.h"
+#include "core/raw_file.h"
+#include "forecast/listings.h"
+#include "support/soundings.h"
+
+namespace vexa {
+namespace {
+
+// "here" at 45 N 10 E in a wind of 270/30; "west" 236 km upwind of it, "north" 222 km to its side.
+class ForecastWindowsTest : public testing::Test {
+ protected:
+  ForecastWindowsTest() {
+    program.Where = FoldersBelow(folder.Path());
+    std::filesystem::create_directories(program.Where.Data);
+    program.Doc.AskThrough(&user);
+    Put("west", 45, 7, 4);
+    Put("north", 47, 10, -4);
+    window.show();
+    window.OpenFiles({Put("here", 45, 10, 0)});
+    ForecastViewOf(program).Set.UsesBoundary = false;
+    window.findChild<QAction*>("mnuForecast")->trigger();
+  }
+  std::filesystem::path Put(const std::string& name, double lat, double lon, double warmer) {
+    SoundingRecord sounding =
+        test::Profile({{1000, 20 + warmer, 10}, {850, 12 + warmer, 4}, {500, -20 + warmer, -40}},
+                      {{0, 270, 30}, {500, 270, 30}, {1000, 270, 30}, {3000, 270, 30}});
+    SetDecimalPosition(sounding, lat, lon);
+    sounding.StationTitle = name + "  12Z 22 May 2023";
+    const std::filesystem::path path = program.Where.Data / (name + ".RAW");
+    EXPECT_FALSE(SaveFile(path, WriteRaw(sounding)));
+    return path;
+  }
+  DisplayWindow& Hodo() { return *window.Display("ForecastHodo"); }
+  ForecastView& View() { return ForecastViewOf(program); }
+  void Press(const char* button) { Hodo().findChild<QPushButton*>(button)->click(); }
+  void Type(const char* line, const char* text) {
+    auto* entry = Hodo().findChild<QLineEdit*>(line);
+    entry->setText(text);
+    emit entry->editingFinished();
+  }
+  std::string Status() { return Hodo().findChild<QLabel*>("lblStatus")->text().toStdString(); }
+
+  test::TemporaryFolder folder;
+  test::ScriptedInteraction user;
+  Program program;
+  WindowInteraction interaction{program.Gate, WindowInteraction::Attendance::Unattended};
+  SoundingWindow window{program, interaction};
+};
+
+TEST_F(ForecastWindowsTest, RefusesWhatIsOutOfRangeAndKeepsTheValueBefore) {
+  struct Case {
+    const char* Line;
+    const char* Good;
+    const char* Bad;
+    const char* Title;
+    const char* Text;
+  };
+  const Case cases[] = {
+      {"txtMainLayer", "5000", "5001", "Data range error", "Range is 0 to 5000 meters, AGL."},
+      {"txtBoundaryLayer", "0", "-1", "Data range error", "Range is 0 to 5000 meters, AGL."},
+      {"txtRadius", "20", "19", "Data range error", "Range is 20 to 2000 km."},
+      {"txtRadius", "2000", "2001", "Data range error", "Range is 20 to 2000 km."},
+      {"txtPercentage", "100", "101", "Data range error", "Range is 1% to 100%"},
+      {"txtPercentage", "1", "1.5", "Data range error", "Only integer values are allowed."},
+      {"txtSurface", "-1.5", "warm", "Bad", "Invalid data"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.Bad);
+    Type(c.Line, c.Good);
+    user.Expect(c.Title, Answer::Ok);
+    Type(c.Line, c.Bad);
+    EXPECT_EQ(user.Boxes.back().Text, c.Text);
+    EXPECT_EQ(Hodo().findChild<QLineEdit*>(c.Line)->text(), c.Good);
+  }
+  EXPECT_EQ(View().Set.RadiusKm, 2000);
+  EXPECT_EQ(View().Set.SurfaceChange, -1.5);
+}
+
+TEST_F(ForecastWindowsTest, SearchesStepsAndGoesBack) {
+  Press("cmdSearch");
+  const QString lists = Hodo().findChild<QPlainTextEdit*>("lstSoundings")->toPlainText();
+  const QStringList rows = lists.split('\n');
+  ASSERT_GE(rows.size(), 9);
+  EXPECT_EQ(rows[0], "Nearby soundings:");
+  EXPECT_EQ(rows[1].toStdString(), forecast::kListHeader);
+  EXPECT_EQ(rows[2].toStdString(), forecast::kListRule);
+  // 3 degrees of longitude at 45 N: 235.8 km, 127 nautical miles, begun at 271.1 degrees.
+  EXPECT_TRUE(rows[4].contains("west") && rows[4].endsWith("   *  ")) << rows[4].toStdString();
+  EXPECT_TRUE(rows[4].contains(" 271 ") && rows[4].contains(" 236    127"))
+      << rows[4].toStdString();
+  EXPECT_TRUE(rows[3].contains("north") && !rows[3].contains('*'));
+
+  auto* description = Hodo().findChild<QLineEdit*>("txtDescription");
+  description->setText("Mine");
+  emit description->textEdited("Mine");
+  Press("cmdForecast");
+  Press("cmdForecast");
+  EXPECT_EQ(Status(), "Advection rate: 30.0 kts from 270   2 hrs");
+  EXPECT_EQ(program.Current.Record.StationTitle, "Mine_Forecast  14Z 22 May 2023");
+  auto* hour = Hodo().findChild<QSpinBox*>("spnHour");
+  EXPECT_EQ(hour->maximum(), 2);
+  hour->stepDown();
+  EXPECT_EQ(program.Current.Record.Time.Hour, 13);
+  hour->setValue(0);
+  EXPECT_EQ(program.Current.FileName, "here.RAW");
+  EXPECT_EQ(View().Series.Steps().size(), 2u);
+
+  View().Set.Mode = forecast::ForecastMode::Single;
+  View().Set.UsesMain = false;
+  Press("cmdRestart");
+  EXPECT_TRUE(View().Series.Steps().empty());
+  user.Expect("Single-Station layer options are turned off", Answer::Ok);
+  Press("cmdForecast");
+  EXPECT_EQ(user.Boxes.back().Text,
+            "The Main-Layer and/or Boundary-Layer options must be checked.");
+}
+
+TEST_F(ForecastWindowsTest, IsTurnedOnInItsFormAndOffByAClick) {
+  auto* button = Hodo().findChild<QPushButton*>("cmdAutoSave");
+  EXPECT_EQ(button->text(), "Auto-save OFF...");
+  button->click();
+  auto* form = window.findChild<QDialog*>("ForecastAutoSave");
+  ASSERT_NE(form, nullptr);
+  auto* line = form->findChild<QLineEdit*>("txtFolder");
+  EXPECT_EQ(line->text().toStdString(), TextFromPath(program.Where.Forecast));
+  const std::filesystem::path chosen = folder.Path() / "chosen";
+  line->setText(QString::fromStdString(TextFromPath(chosen)));
+  emit line->editingFinished();
+  auto* turn = form->findChild<QPushButton*>("cmdSwitch");
+  EXPECT_EQ(turn->text(), "Auto-save OFF");
+  turn->click();
+  EXPECT_EQ(turn->text(), "Auto-save ON  (Click to turn OFF)");
+  EXPECT_EQ(button->text(), "Auto-save ON  (Click to turn OFF)");
+  form->close();
+
+  Press("cmdForecast");
+  const std::filesystem::path csv = chosen / "here_Forecast.CSV";
+  EXPECT_EQ(ReadFile(csv).Value().find("This is a VEXA Forecast Time-Series CSV File.\n"), 0u);
+  const std::string first = ReadFile(chosen / "here_01h_Forecast.RAW").Value();
+  Type("txtPercentage", "50");
+  Press("cmdRestart");
+  user.Expect("File already exists", Answer::No);
+  Press("cmdForecast");
+  EXPECT_NE(user.Boxes.back().Text.find("Do you want to replace existing file?"),
+            std::string::npos);
+  EXPECT_EQ(ReadFile(chosen / "here_01h_Forecast.RAW").Value(), first);
+  Press("cmdRestart");
+  user.Expect("File already exists", Answer::Yes);
+  Press("cmdForecast");
+  EXPECT_NE(ReadFile(chosen / "here_01h_Forecast.RAW").Value(), first);
+
+  button->click();
+  EXPECT_EQ(button->text(), "Auto-save OFF...");
+  EXPECT_FALSE(View().Set.AutoSave);
+  Press("cmdForecast");
+  EXPECT_FALSE(StampOf(chosen / "here_02h_Forecast.RAW"));
+}
+
+class ForecastMapTest : public ForecastWindowsTest {
+ protected:
+  ForecastMapTest() {
+    Press("cmdSearch");
+    Press("cmdMap");
+  }
+  ForecastMap& Map() { return dynamic_cast<ForecastMap&>(*window.Display("ForecastMap")); }
+  QPointF On(double lat, double lon) {
+    return Map().View().WidgetAt(*Map().Frame().ToPage({lat, lon}));
+  }
+  void Mouse(QEvent::Type type, QPointF at, Qt::KeyboardModifiers held) {
+    QMouseEvent event(type, at, Map().View().mapToGlobal(at), Qt::LeftButton,
+                      type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton, held);
+    QApplication::sendEvent(&Map().View(), &event);
+  }
+  void Drag(QPointF from, QPointF to, Qt::KeyboardModifiers held = Qt::NoModifier) {
+    Mouse(QEvent::MouseButtonPress, from, held);
+    Mouse(QEvent::MouseMove, (from + to) / 2, held);
+    Mouse(QEvent::MouseMove, to, held);
+    Mouse(QEvent::MouseButtonRelease, to, held);
+  }
+  void BoxNorth() { Drag(On(47, 10) - QPointF(20, 15), On(47, 10) + QPointF(20, 15)); }
+  std::string Caption() {
+    for (const Item& item : Map().Page().Items()) {
+      const auto* label = std::get_if<Label>(&item.Shape);
+      if (label != nullptr && label->Text.starts_with("Mean 1 km winds")) return label->Text;
+    }
+    return {};
+  }
+  bool Says(std::string_view text) { return Caption().find(text) != std::string::npos; }
+  std::vector<std::string> Upwind() {
+    std::vector<std::string> names;
+    for (const forecast::Neighbour& one : View().Series.Around().Near) {
+      if (one.IsUpwind) names.push_back(one.Of->Sounding.StationTitle.substr(0, 5));
+    }
+    return names;
+  }
+};
+
+TEST_F(ForecastMapTest, ABoxAndALineChooseUpwindAndRestoreGivesTheWindsChoiceBack) {
+  using Names = std::vector<std::string>;
+  EXPECT_EQ(Caption().find("Mean 1 km winds for 2 Soundings within 600 km of here"), 0u);
+  EXPECT_TRUE(Says("Upwind stations are automatically determined."));
+  EXPECT_EQ(Upwind(), Names{"west "});
+
+  Drag(On(46, 8), On(46, 8) + QPointF(10, 10));
+  EXPECT_TRUE(Says("Start again -- must box at least one wind"));
+  EXPECT_TRUE(View().Drawing.Boxed.empty());
+  BoxNorth();
+  EXPECT_EQ(View().Drawing.Boxed.size(), 1u);
+  EXPECT_EQ(Upwind(), Names{"west "}) << "nothing is chosen before the line";
+  Drag(On(45, 10), On(47, 10));
+  EXPECT_EQ(Upwind(), Names{"north"});
+  EXPECT_TRUE(Says("Use the Restore menu option to return automatic upwind selection."));
+  EXPECT_NEAR(*View().Series.Around().WindFrom, 0, 1);
+  Press("cmdForecast");
+  EXPECT_LT(program.Current.Record.Temp(1), 20) << "the air of the north is colder";
+
+  auto* restore = Map().findChild<QAction*>("mnuRestoreUpwind");
+  EXPECT_EQ(restore->text().remove('&'), "Restore");
+  restore->trigger();
+  EXPECT_EQ(Upwind(), Names{"west "});
+  EXPECT_TRUE(Says("automatically determined"));
+}
+
+TEST_F(ForecastMapTest, EscapeGivesUpABoxAndShiftMovesTheMap) {
+  BoxNorth();
+  const auto escape = [&] { Map().findChild<QShortcut*>("EscapeKey")->activated(); };
+  escape();
+  EXPECT_TRUE(View().Drawing.Boxed.empty());
+  EXPECT_TRUE(Map().isVisible());
+  // A click and a drag with the shift key box nothing.
+  const QPointF before = On(47, 10);
+  Drag(before, before);
+  Drag(before, before + QPointF(40, 20), Qt::ShiftModifier);
+  EXPECT_TRUE(View().Drawing.Boxed.empty());
+  EXPECT_NEAR(On(47, 10).x(), before.x() + 40, 1);
+  Map().View().setFocus();
+  Mouse(QEvent::MouseMove, On(45, 7), Qt::NoModifier);
+  EXPECT_TRUE(Map().findChild<QLabel*>("lblMapReadout")->text().contains("west"));
+  escape();
+  EXPECT_FALSE(Map().isVisible());
+}
+
+TEST_F(ForecastMapTest, WithoutUpwindSoundingsItSaysSo) {
+  std::filesystem::remove(program.Where.Data / "west.RAW");
+  Press("cmdSearch");
+  EXPECT_TRUE(Says("No upwind data."));
+  EXPECT_TRUE(
+      Hodo().findChild<QPlainTextEdit*>("lstSoundings")->toPlainText().contains("No upwind data."));
+}
+
+}  // namespace
+}  // namespace vexa
