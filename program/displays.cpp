@@ -234,7 +234,7 @@ constexpr DisplayRow kDisplays[] = {
      .Caption = "Forecast Map",
      .Hint = "The soundings around the station and which lie upwind",
      .Lacking = "(forecast)",
-     .After = "mnuAnalyze",
+     .After = "mnuForecast",
      .Heading = "FORECAST MAP",
      .Topic = "forecast"},
 };

@@ -121,7 +121,11 @@ Outcome<download::SourceList> LoadSources(const fs::path& root, const fs::path& 
   const fs::path path = root / download::kSourcesFileName;
   std::error_code ignored;
   if (!root.empty() && fs::exists(path, ignored)) return LoadSourcesFile(path);
-  return LoadSourcesFile(ShippedFile(programFolder, download::kSourcesFileName));
+  const fs::path shipped = ShippedFile(programFolder, download::kSourcesFileName);
+  if (!shipped.empty()) return LoadSourcesFile(shipped);
+  return Fault{kFaultFileNotFound, "LoadSources",
+               TextFromPath(path) + ": not found, nor is it among the program's files",
+               std::string(download::kSourcesFileName)};
 }
 
 download::Request Completed(const download::Request& request, const StationList* stations) {

@@ -336,6 +336,17 @@ MenuRow EntryOf(const LayoutRow& layout) {
 
 constexpr std::string_view kDisplaysFollow = "mnuSounding";  // the entry that heads the displays
 
+// The entries of the displays that follow an entry, each with those that follow it in turn.
+void AddFollowers(std::string_view entry, std::span<const DisplayRow> displays,
+                  std::vector<MenuRow>& tree) {
+  for (const DisplayRow& display : displays) {
+    const std::string_view after = display.After.empty() ? kDisplaysFollow : display.After;
+    if (display.Entry.empty() || after != entry) continue;
+    tree.push_back(EntryOf(display));
+    AddFollowers(display.Entry, displays, tree);
+  }
+}
+
 }  // namespace
 
 std::vector<MenuRow> MenuTree(std::span<const DisplayRow> displays) {
@@ -345,10 +356,7 @@ std::vector<MenuRow> MenuTree(std::span<const DisplayRow> displays) {
     if (row.Name == kLayoutMenu) {
       for (const LayoutRow& layout : PageLayouts()) tree.push_back(EntryOf(layout));
     }
-    for (const DisplayRow& display : displays) {
-      const std::string_view after = display.After.empty() ? kDisplaysFollow : display.After;
-      if (!display.Entry.empty() && after == row.Name) tree.push_back(EntryOf(display));
-    }
+    AddFollowers(row.Name, displays, tree);
   }
   return tree;
 }

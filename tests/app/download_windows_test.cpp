@@ -382,5 +382,14 @@ TEST_F(DownloadWindowsTest, TheTimerFetchesAnHourOnceItIsDue) {
   EXPECT_FALSE(program.DownloadTimer);
 }
 
+TEST(LoadSources, SaysWhichFileIsNowhere) {
+  const test::TemporaryFolder folder;
+  const auto list = LoadSources(folder.Path(), folder.Path() / "bin");
+  ASSERT_FALSE(list);
+  EXPECT_EQ(list.Error().Number, kFaultFileNotFound);
+  EXPECT_EQ(list.Error().Detail, TextFromPath(folder.Path() / "VEXA.URL") +
+                                     ": not found, nor is it among the program's files");
+}
+
 }  // namespace
 }  // namespace vexa

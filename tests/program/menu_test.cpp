@@ -131,6 +131,23 @@ TEST(MenuTree, NamesAndKeysAreUniqueAndMenusComeFirst) {
   }
 }
 
+// One display's entry may follow another's; none is lost for naming an entry that is not there.
+TEST(MenuTree, EveryDisplayHasItsEntry) {
+  const DisplayRow rows[] = {{.Id = "Second", .Entry = "mnuSecond", .After = "mnuFirst"},
+                             {.Id = "First", .Entry = "mnuFirst"},
+                             {.Id = "Third", .Entry = "mnuThird", .After = "mnuSecond"}};
+  const auto tree = MenuTree(rows);
+  const auto first = std::ranges::find(tree, "mnuFirst", &MenuRow::Name);
+  ASSERT_GE(tree.end() - first, 3);
+  EXPECT_EQ(first[1].Name, "mnuSecond");
+  EXPECT_EQ(first[2].Name, "mnuThird");
+  for (const DisplayRow& display : AllDisplays()) {
+    if (display.Entry.empty()) continue;
+    EXPECT_NE(FindEntry(MenuTree(), display.Entry), nullptr)
+        << display.Id << " follows \"" << display.After << "\", which is no entry";
+  }
+}
+
 TEST(MenuTree, EntriesSayWhatTheyLack) {
   Program program;
   const std::vector<MenuRow> tree = MenuTree();
