@@ -8,13 +8,13 @@
 namespace vexa {
 
 void EditorDialog::reject() {
-  if (user_ != nullptr && Typed() != kept_ &&
+  if (user_ != nullptr && !user_->Unattended() && Typed() != kept_ &&
       user_->Ask({.Title = windowTitle().toStdString(),
                   .Text = "What was changed here has not been taken over.\n"
                           "Do you want to drop it?",
                   .Icon = BoxIcon::Question,
                   .Buttons = BoxButtons::YesNo,
-                  .WhenSilent = Answer::Yes}) != Answer::Yes) {
+                  .WhenSilent = Answer::No}) != Answer::Yes) {
     return;
   }
   QDialog::reject();

@@ -128,6 +128,10 @@ Answer WindowInteraction::Ask(const Box& box) {
   QMessageBox shown(ToIcon(box.Icon), QString::fromStdString(box.Title),
                     QString::fromStdString(box.Text), ToButtons(box.Buttons), Over());
   shown.setTextFormat(Qt::PlainText);
+  // Enter takes the answer that loses nothing.
+  if (box.Buttons == BoxButtons::YesNo && box.WhenSilent == Answer::No) {
+    shown.setDefaultButton(QMessageBox::No);
+  }
   switch (shown.exec()) {
     case QMessageBox::Ok:
       return Answer::Ok;
@@ -182,7 +186,8 @@ std::string WindowInteraction::ChooseSaveFile(const FileQuestion& question) {
     const std::string name = TextFromPath(PathFromText(named).filename());
     if (Ask({.Title = question.Title,
              .Text = name + " already exists.\nReplace existing file?",
-             .Buttons = BoxButtons::YesNo}) == Answer::Yes) {
+             .Buttons = BoxButtons::YesNo,
+             .WhenSilent = Answer::No}) == Answer::Yes) {
       return named;
     }
   }

@@ -32,7 +32,7 @@ constexpr FaultRow kFaults[] = {
     {kFaultDiskFull, When::Always, "Disk is probably full."},
     {kFaultEndOfFile, When::AutoLoading, "Data for ", Names::File, " can not be found."},
     {kFaultEndOfFile, When::Always, "Data file is corrupt, incomplete, or has incorrect format."},
-    {kFaultTooManyFiles, When::Always, "Too many files are open at the same time."},
+    {kFaultTooManyFiles, When::Always, "Too many files: open at the same time, or unfinished."},
     {kFaultDeviceUnavailable, When::Always, "Selected device is not available."},
     {kFaultAccessRefused, When::Always,
      "Access is refused: the file, its folder or the disk is protected."},

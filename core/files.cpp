@@ -203,7 +203,8 @@ std::optional<Fault> AtomicFile::Open() {
   }
   file_ = OpenTemporary();
   if (file_ == nullptr && errno == EEXIST) {
-    return Failed(kFaultPathAccess, "too many unfinished copies of it stand beside it");
+    return Failed(kFaultTooManyFiles,
+                  std::to_string(kMostTemporaries) + " unfinished copies of it stand beside it");
   }
   if (file_ == nullptr) {
     const std::error_code reason = LastError();

@@ -264,6 +264,7 @@ TEST_F(DataWindowsTest, ImagesGetANameAndTheEndingOfTheChosenFilter) {
       QMetaObject::invokeMethod(files, "accept");
     } else if (auto* box = qobject_cast<QMessageBox*>(shown)) {
       ++replaced;
+      EXPECT_EQ(box->defaultButton(), box->button(QMessageBox::No)) << "Enter replaces nothing";
       box->button(QMessageBox::Yes)->click();
     } else if (auto* size = dynamic_cast<SaveImageWindow*>(shown)) {
       size->accept();

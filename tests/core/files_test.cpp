@@ -168,6 +168,19 @@ TEST(AtomicFile, LeftoversOfTheKilledDoNotPileUp) {
   ASSERT_FALSE(living.Commit());
   EXPECT_EQ(ReadFile(path).Value(), "living");
 
+  for (int number = 1; number <= 100; ++number) {
+    leave(number);
+    fs::last_write_time(PathFromText(TextFromPath(path) + ".tmp" + std::to_string(number)),
+                        fs::file_time_type::clock::now());
+  }
+  const auto young = SaveFile(path, "again");
+  ASSERT_TRUE(young);
+  EXPECT_EQ(FaultMessage({}, *young).find("Too many files"), 0u);
+  EXPECT_NE(young->Detail.find("100 unfinished copies"), std::string::npos);
+  for (int number = 1; number <= 100; ++number) {
+    fs::remove(PathFromText(TextFromPath(path) + ".tmp" + std::to_string(number)));
+  }
+
   for (const int number : {3, 7}) leave(number);
   std::ofstream(folder.Path() / "x.RAW.tmp4") << "of this minute";
   std::ofstream(folder.Path() / "notes.tmp") << "the user's";
