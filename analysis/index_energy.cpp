@@ -6,6 +6,7 @@
 #include "analysis/index_formulas.h"
 #include "analysis/interpolate.h"
 #include "analysis/moist_air.h"
+#include "analysis/working_wind.h"
 #include "core/numbers.h"
 #include "core/units.h"
 
@@ -68,7 +69,9 @@ double VorticityGeneration(In& in) {
   std::optional<WindVector> below;
   for (int i = 1; i <= sounding.NumWindLevels(); ++i) {
     if (!sounding.HasWind(i)) continue;
-    const WindVector here = Components({sounding.WindDir(i), sounding.WindSpd(i) * kKnotToMsPlot});
+    Wind wind = WorkingWind(sounding, i);
+    wind.Spd *= kKnotToMsPlot;
+    const WindVector here = Components(wind);
     if (below) sum += std::hypot(here.U - below->U, here.V - below->V);
     if (sounding.WindHgt(i) - sounding.ElevM > depth) break;
     below = here;
@@ -182,7 +185,8 @@ double MesoscaleVector(In& in) {
     for (int i = 1; i <= sounding.NumWindLevels(); ++i) {
       if (!sounding.HasWind(i)) continue;
       if (sounding.WindHgt(i) - sounding.ElevM > 1500) break;
-      if (sounding.WindSpd(i) > jet.Spd) jet = {sounding.WindDir(i), sounding.WindSpd(i)};
+      const Wind wind = WorkingWind(sounding, i);
+      if (wind.Spd > jet.Spd) jet = wind;
     }
     if (!(jet.Spd > 0)) return in.Fail("no winds in the lowest 1500 m");
     in.Note("low-level jet direction", jet.Dir, "deg");

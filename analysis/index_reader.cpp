@@ -5,6 +5,7 @@
 
 #include "analysis/interpolate.h"
 #include "analysis/moist_air.h"
+#include "analysis/working_wind.h"
 #include "core/numbers.h"
 #include "core/units.h"
 
@@ -131,7 +132,7 @@ Wind IndexReader::SurfaceWind() {
     Fail("no wind within 100 m of the ground");
     return {};
   }
-  const Wind wind{sounding_.WindDir(lowest), sounding_.WindSpd(lowest)};
+  const Wind wind = WorkingWind(sounding_, lowest);
   Note("surface wind direction", wind.Dir, "deg");
   Note("surface wind speed", wind.Spd, "kt");
   return wind;

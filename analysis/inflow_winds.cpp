@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "analysis/interpolate.h"
+#include "analysis/working_wind.h"
 #include "core/units.h"
 
 namespace vexa::analysis {
@@ -89,7 +90,7 @@ std::vector<WindPoint> WindsBetween(const SoundingRecord& sounding, double botto
     if (height >= top) break;
     below = next;
     if (height - winds.back().Height < apart || !(height > winds.back().Height)) continue;
-    winds.push_back({height, Components({sounding.WindDir(next), sounding.WindSpd(next)})});
+    winds.push_back({height, Components(WorkingWind(sounding, next))});
   }
   winds.push_back({top, Components(last.Value)});
   return winds;

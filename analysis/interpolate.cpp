@@ -7,6 +7,7 @@
 
 #include "analysis/moist_air.h"
 #include "analysis/standard_atmosphere.h"
+#include "analysis/working_wind.h"
 #include "core/markers.h"
 #include "core/numbers.h"
 #include "core/units.h"
@@ -182,9 +183,7 @@ WindSample WindAtHeight(const SoundingRecord& sounding, double height) {
     while (bracket.High + 1 < heights.size() && !hasWind(bracket.High)) ++bracket.High;
     if (!hasWind(bracket.Low) || !hasWind(bracket.High)) return {};
   }
-  const auto windAt = [&](std::size_t i) {
-    return Wind{sounding.WindDir.Values()[i], sounding.WindSpd.Values()[i]};
-  };
+  const auto windAt = [&](std::size_t i) { return WorkingWind(sounding, static_cast<int>(i) + 1); };
   const Wind low = windAt(bracket.Low);
   const Wind high = windAt(bracket.High);
   if (bracket.Low == bracket.High) return {low, Found::Value};

@@ -4,6 +4,7 @@
 #include <span>
 #include <vector>
 
+#include "analysis/working_wind.h"
 #include "core/units.h"
 
 namespace vexa::analysis {
@@ -22,7 +23,7 @@ constexpr double kLeastShare = 0.75;  // of the layer's depth
 constexpr double kNoShear = 0.01;     // kt
 
 WindVector VectorAt(const SoundingRecord& sounding, int level) {
-  return Components({sounding.WindDir(level), sounding.WindSpd(level)});
+  return Components(WorkingWind(sounding, level));
 }
 
 double Length(const WindVector& vector) {

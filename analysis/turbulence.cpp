@@ -6,6 +6,7 @@
 
 #include "analysis/moist_air.h"
 #include "analysis/profile_walk.h"
+#include "analysis/working_wind.h"
 #include "core/units.h"
 
 namespace vexa::analysis {
@@ -120,7 +121,7 @@ std::vector<WindPair> PairWinds(const SoundingRecord& sounding, const LevelProfi
     if (!sounding.HasWind(i)) continue;
     AirPoint high = walk.At(std::min(height, top));
     high.Height = height;
-    const WindVector wind = Components({sounding.WindDir(i), sounding.WindSpd(i)});
+    const WindVector wind = Components(WorkingWind(sounding, i));
     if (begun) {
       const double depth = high.Height - low.Height;
       WindPair pair{.Low = low.Point(), .High = high.Point()};

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "analysis/layer_results.h"
+#include "analysis/working_wind.h"
 #include "core/markers.h"
 #include "core/numbers.h"
 #include "core/units.h"
@@ -111,7 +112,8 @@ ProfileOf OfWinds(const Column& column, const FieldContext& context, Value value
     if (!sounding.HasWind(i)) continue;
     const double press = analysis::GetPRESS(column.Levels, sounding.WindHgt(i));
     if (!HasHeight(press)) continue;
-    const double knots = value(sounding.WindDir(i), sounding.WindSpd(i));
+    const analysis::Wind wind = analysis::WorkingWind(sounding, i);
+    const double knots = value(wind.Dir, wind.Spd);
     profile.push_back({sounding.WindHgt(i), press,
                        context.Speed == SpeedUnits::Knots ? knots : knots * kKnotToMs});
   }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "analysis/working_wind.h"
 #include "core/markers.h"
 #include "core/numbers.h"
 #include "core/units.h"
@@ -97,7 +98,7 @@ std::vector<NormalWind> NormalWinds(const SoundingRecord& sounding,
   std::vector<NormalWind> winds;
   for (int i = 1; i <= sounding.NumWindLevels(); ++i) {
     if (!sounding.HasWind(i)) continue;
-    const analysis::Wind wind{sounding.WindDir(i), sounding.WindSpd(i)};
+    const analysis::Wind wind = analysis::WorkingWind(sounding, i);
     winds.push_back({sounding.WindHgt(i) - sounding.ElevM,
                      analysis::GetPRESS(levels, sounding.WindHgt(i)),
                      Towards(analysis::Components(wind), azimuth)});

@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <utility>
 
+#include "analysis/working_wind.h"
+
 namespace vexa::hodograph {
 namespace {
 
@@ -23,7 +25,7 @@ std::vector<ProfileWind> WindProfile(const SoundingRecord& sounding, const ViewS
   for (int i = 1; i <= sounding.NumWindLevels(); ++i) {
     if (!sounding.HasWind(i)) continue;
     profile.push_back({.Height = sounding.WindHgt(i) - sounding.ElevM,
-                       .Vector = analysis::Components({sounding.WindDir(i), sounding.WindSpd(i)}),
+                       .Vector = analysis::Components(analysis::WorkingWind(sounding, i)),
                        .Level = i});
   }
   if (options.HodoDepthMode == HodoDepth::All) return profile;

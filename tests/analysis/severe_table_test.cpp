@@ -6,6 +6,7 @@
 #include "analysis/index_table.h"
 #include "config/options.h"
 #include "core/files.h"
+#include "core/units.h"
 #include "support/soundings.h"
 
 namespace vexa::analysis {
@@ -139,9 +140,7 @@ TEST(SevereTable, WarnsOfCyclonicTurningOnBothHemispheres) {
   const SoundingRecord north = test::ReferenceConvective();
   SoundingRecord south = north;
   SetDecimalPosition(south, -35.2, -97.4);
-  for (double& direction : south.WindDir.Values()) {
-    direction = direction <= 180 ? 180 - direction : 540 - direction;
-  }
+  test::ChangeWinds(south, [](WindLevel& wind) { wind.Dir = Wrap360(180 - wind.Dir); });
   const auto expected = FillSevereTable(DefaultSevereTable(), Analyse(north, {}));
   const AnalysisResults results = Analyse(south, {});
   const auto found = FillSevereTable(DefaultSevereTable(), results);

@@ -70,7 +70,7 @@ TEST(StormMotion, TheGroundsWindCountsThoughRounded) {
 TEST(StormMotion, TurnsWithTheWindAndVanishesWithTheShear) {
   const SoundingRecord base = test::ReferenceConvective();
   SoundingRecord rotated = base;
-  for (double& direction : rotated.WindDir.Values()) direction = Wrap360(direction + 75);
+  test::ChangeWinds(rotated, [](WindLevel& wind) { wind.Dir = Wrap360(wind.Dir + 75); });
   const StormMotionResults before = AnalyseStormMotion(base, {});
   const StormMotionResults after = AnalyseStormMotion(rotated, {});
   const Wind expected = FromComponents(before.Right->Motion);
@@ -78,8 +78,9 @@ TEST(StormMotion, TurnsWithTheWindAndVanishesWithTheShear) {
   EXPECT_NEAR(after.Right->Helicity[2], before.Right->Helicity[2], 1e-6);
 
   SoundingRecord uniform = base;
-  for (double& direction : uniform.WindDir.Values()) direction = 250;
-  for (double& speed : uniform.WindSpd.Values()) speed = 20;
+  // The working winds are what is computed with; the observed ones stay as they are.
+  for (float& direction : uniform.WorkWindDir.Values()) direction = 250;
+  for (float& speed : uniform.WorkWindSpd.Values()) speed = 20;
   const StormMotionResults still = AnalyseStormMotion(uniform, {});
   EXPECT_NEAR(still.BrnShear, 0, 1e-6);
   ExpectWind(still.Right->Motion, 250, 20);

@@ -44,7 +44,7 @@ struct Drawn {
 
 SoundingRecord Southern(SoundingRecord sounding) {
   SetDecimalPosition(sounding, -45, 8);
-  for (double& direction : sounding.WindDir.Values()) direction = Wrap360(180 - direction);
+  test::ChangeWinds(sounding, [](WindLevel& wind) { wind.Dir = Wrap360(180 - wind.Dir); });
   return sounding;
 }
 

@@ -102,7 +102,7 @@ TEST(Fronts, WinterReferenceSoundingAndItsMirrorImage) {
   // South and north exchanged, everything is the same but the azimuths.
   SoundingRecord mirror = winter;
   SetDecimalPosition(mirror, -45, 8);
-  for (double& direction : mirror.WindDir.Values()) direction = Wrap360(180 - direction);
+  test::ChangeWinds(mirror, [](WindLevel& wind) { wind.Dir = Wrap360(180 - wind.Dir); });
   const FrontResults mirrored = Find(mirror);
   ASSERT_TRUE(mirrored.Found);
   ExpectWinterFront(*mirrored.Found, Wrap360(180 - 216.8), 180 - 36.8);
@@ -170,8 +170,7 @@ TEST(Fronts, NoneWithoutGradientPositionOrWinds) {
   windless.WindDir.Clear();
   windless.WindSpd.Clear();
   SoundingRecord steady = winter;
-  for (double& direction : steady.WindDir.Values()) direction = 270;
-  for (double& speed : steady.WindSpd.Values()) speed = 20;
+  test::ChangeWinds(steady, [](WindLevel& wind) { wind.Dir = 270, wind.Spd = 20; });
   struct Case {
     const char* about;
     SoundingRecord sounding;
@@ -262,7 +261,9 @@ TEST(Fronts, TheLargestJumpOfTheNormalWindIsMarked) {
   // The wind at 300 m turned round: the normal wind, 5.0 kt at the ground and 10.9 kt at 600 m by
   // hand, is -7.9 kt between them. The zone lies above and stays.
   SoundingRecord sounding = test::ReferenceWinter();
-  sounding.WindDir(2) = 75;
+  test::ChangeWinds(sounding, [](WindLevel& wind) {
+    if (wind.Height < 600 && wind.Height > 150) wind.Dir = 75;
+  });
   const FrontResults results = Find(sounding);
   ASSERT_TRUE(results.Found);
   EXPECT_EQ(static_cast<int>(results.Found->Normals.size()), sounding.NumWindLevels());

@@ -368,7 +368,7 @@ TEST(WaveListing, TwoMountainsInMetres) {
 
 TEST(WaveListing, NoWaves) {
   SoundingRecord sounding = test::ReferenceWinter();
-  for (double& speed : sounding.WindSpd.Values()) speed = 1;
+  test::ChangeWinds(sounding, [](WindLevel& wind) { wind.Spd = 1; });
   const WaveResults waves =
       ComputeWaves(sounding, analysis::DeriveLevels(sounding, Options{}), Site{});
   const std::vector<std::string> lines = WaveListing({sounding, Site{}, waves, {}});

@@ -193,7 +193,7 @@ TEST(WaveModel, OnlyTheWindAcrossTheRidgeCounts) {
   }
   // Turning every wind and the ridge by the same angle changes nothing.
   SoundingRecord turned = sounding;
-  for (double& direction : turned.WindDir.Values()) direction = Wrap360(direction + 77);
+  test::ChangeWinds(turned, [](WindLevel& wind) { wind.Dir = Wrap360(wind.Dir + 77); });
   const Ridge ridge{.HeightFt = 4000, .HalfWidthNm = 3, .Axis = 10};
   Ridge turnedRidge = ridge;
   turnedRidge.Axis += 77;
@@ -206,9 +206,9 @@ TEST(WaveModel, OnlyTheWindAcrossTheRidgeCounts) {
 
 TEST(WaveModel, FlowEndsBelowTheCriticalLevel) {
   SoundingRecord sounding = test::ReferenceWinter();
-  for (int i = 1; i <= sounding.NumWindLevels(); ++i) {
-    if (sounding.WindHgt(i) >= 5000) sounding.WindDir(i) = 95;  // turned round
-  }
+  test::ChangeWinds(sounding, [](WindLevel& wind) {
+    if (wind.Height >= 5000) wind.Dir = 95;  // turned round
+  });
   const Air air = AirOf(sounding, analysis::DeriveLevels(sounding, Options{}));
   const CrossFlow flow = FlowAcross(air, 1000, 5);
   ASSERT_TRUE(flow.CriticalHeight);
@@ -311,7 +311,7 @@ TEST(WaveModel, PoorSoundingsGiveASentence) {
   shallow.AddWind(120, 290, 20);
   shallow.AddWind(900, 290, 30);
   SoundingRecord calm = winter;
-  for (double& speed : calm.WindSpd.Values()) speed = 0;
+  test::ChangeWinds(calm, [](WindLevel& wind) { wind.Spd = 0; });
   struct Case {
     const char* about;
     SoundingRecord sounding;

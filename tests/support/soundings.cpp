@@ -56,6 +56,8 @@ SoundingRecord WithEmptyWinds(const SoundingRecord& sounding) {
   record.WindHgt.Clear();
   record.WindDir.Clear();
   record.WindSpd.Clear();
+  record.WorkWindDir.Clear();
+  record.WorkWindSpd.Clear();
   std::size_t next = 0;
   const auto addEmpty = [&](double height) {
     const WindRow& empty = kEmpty[next++ % std::size(kEmpty)];
@@ -68,6 +70,14 @@ SoundingRecord WithEmptyWinds(const SoundingRecord& sounding) {
   }
   addEmpty(sounding.WindHgt.Top() + 100);
   return record;
+}
+
+void ChangeWinds(SoundingRecord& sounding, const std::function<void(WindLevel&)>& change) {
+  for (int i = 1; i <= sounding.NumWindLevels(); ++i) {
+    WindLevel level{sounding.WindHgt(i), sounding.WindDir(i), sounding.WindSpd(i)};
+    change(level);
+    EXPECT_FALSE(ChangeWindLevel(sounding, i, level));
+  }
 }
 
 SoundingRecord ReferenceWinter() {

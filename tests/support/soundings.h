@@ -6,6 +6,7 @@
 
 #include <deque>
 #include <filesystem>
+#include <functional>
 #include <initializer_list>
 #include <optional>
 #include <string>
@@ -13,6 +14,7 @@
 #include <vector>
 
 #include "core/interaction.h"
+#include "core/record_edits.h"
 #include "core/sounding_record.h"
 
 namespace vexa::test {
@@ -37,6 +39,9 @@ std::filesystem::path SourceFolder();
 /// The same with further wind levels that have no wind, below, between and above the others: in
 /// each another marker stands for it.
 SoundingRecord WithEmptyWinds(const SoundingRecord& sounding);
+
+/// Changes the wind of every level as an edit would.
+void ChangeWinds(SoundingRecord& sounding, const std::function<void(WindLevel&)>& change);
 
 /// A small file written for the tests.
 std::filesystem::path TestData(const std::string& name);
