@@ -217,8 +217,11 @@ void DrawMarkColumns(Plot& plot) {
     }
     return;
   }
+  // Those that may leave look for their places last.
+  std::vector<Mark> byPriority = marks;
+  std::ranges::stable_sort(byPriority, {}, &Mark::Priority);
   LabelRoom room = RoomOn(plot);
-  for (const Mark& mark : marks) DrawMarkInside(plot, mark, room);
+  for (const Mark& mark : byPriority) DrawMarkInside(plot, mark, room);
 }
 
 }  // namespace vexa::diagram

@@ -142,7 +142,13 @@ std::optional<Point> TakePlaceNear(LabelRoom& room, Point wanted, std::string_vi
     if (!room.IsOffLines(place)) return false;
     if (!leader) return true;
     const double before = across == AnchorX::Right ? leader->Gap : -leader->Gap;
-    return room.IsOffTexts(leader->From, {at.X + before, at.Y});
+    const Point end{at.X + before, at.Y};
+    if (!room.IsOffTexts(leader->From, end)) return false;
+    // The ticks of the marks lie at the edge, the lines of levels end before.
+    const double edge = room.Within().Right - kTickReach - 2 * kLineReach;
+    if (end.X > edge || leader->From.X < edge) return true;
+    const double share = (leader->From.X - edge) / (leader->From.X - end.X);
+    return room.IsOffLines({edge, leader->From.Y + share * (end.Y - leader->From.Y)}, end);
   });
 }
 

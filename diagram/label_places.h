@@ -34,8 +34,8 @@ struct LeaderOf {
   double Gap = 0;
 };
 
-/// The same off the lines alone and near the wanted place; with a leader, where that crosses no
-/// other text.
+/// The same off the lines alone and near the wanted place; with a leader from the right edge, where
+/// that crosses no other text and no trace.
 std::optional<Point> TakePlaceNear(LabelRoom& room, Point wanted, std::string_view text,
                                    double size, AnchorX across,
                                    std::optional<LeaderOf> leader = std::nullopt);

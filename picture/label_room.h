@@ -19,6 +19,7 @@ class LabelRoom {
  public:
   explicit LabelRoom(const Rect& within) : within_(within) {}
 
+  const Rect& Within() const { return within_; }
   bool IsFree(const Rect& place) const {
     const bool inside = place.Left >= within_.Left && place.Right <= within_.Right &&
                         place.Top >= within_.Top && place.Bottom <= within_.Bottom;
@@ -28,6 +29,15 @@ class LabelRoom {
            });
   }
   bool IsOffLines(const Rect& place) const { return !Touches(place, avoided_); }
+  /// A straight line crosses none of the lines that texts keep away from.
+  bool IsOffLines(Point from, Point to) const {
+    const auto [left, right] = std::minmax(from.X, to.X);
+    const auto [top, bottom] = std::minmax(from.Y, to.Y);
+    return std::ranges::none_of(avoided_, [&](const Rect& line) {
+      return left < line.Right && line.Left < right && top <= line.Bottom && line.Top <= bottom &&
+             !ClipPolyline({from, to}, line).empty();
+    });
+  }
   /// A straight line runs through no text.
   bool IsOffTexts(Point from, Point to) const {
     return std::ranges::all_of(taken_, [&](const Rect& text) {

@@ -191,6 +191,37 @@ void ExpectNoLineThroughAText(const Picture& page) {
   ExpectNoneThrough(page, isOneOf(kTraces), isOneOf(kNames));
 }
 
+// Twice the area of a triangle, with the sign of its turn.
+double Turn(Point a, Point b, Point c) {
+  return (b.X - a.X) * (c.Y - a.Y) - (b.Y - a.Y) * (c.X - a.X);
+}
+
+// A leader that crosses a trace could be taken for one.
+void ExpectNoLeaderAcrossATrace(const Picture& page) {
+  const auto linesOf = [&page](std::string_view tag) {
+    std::vector<std::vector<Point>> lines;
+    for (const Item& item : page.Items()) {
+      if (item.Tag == tag) lines.push_back(std::get<Polyline>(item.Shape).Points);
+    }
+    return lines;
+  };
+  for (const char* tag : {"temperature", "dew point"}) {
+    for (const std::vector<Point>& trace : linesOf(tag)) {
+      for (const std::vector<Point>& leader : linesOf("leader")) {
+        const Point a = leader.front();
+        const Point b = leader.back();
+        for (std::size_t i = 1; i < trace.size(); ++i) {
+          const Point c = trace[i - 1];
+          const Point d = trace[i];
+          const bool isCrossed =
+              Turn(a, b, c) * Turn(a, b, d) < 0 && Turn(c, d, a) * Turn(c, d, b) < 0;
+          EXPECT_FALSE(isCrossed) << "a leader across the " << tag;
+        }
+      }
+    }
+  }
+}
+
 // What touches a box of the side block lies in it; everything lies on the page.
 void ExpectInsideItsRegion(const Picture& page, const LayoutRow& layout, const PageLayout& cut) {
   constexpr double kLineWidth = 2 * kUnitsPerPixel;
@@ -244,6 +275,7 @@ TEST(PageProperties, HoldForEveryLayoutAndSounding) {
         ASSERT_TRUE(plot);
         ExpectApart(plot->Page);
         ExpectNoLineThroughAText(plot->Page);
+        ExpectNoLeaderAcrossATrace(plot->Page);
         ExpectInsideItsRegion(plot->Page, layout, plot->Layout);
         ExpectEveryRegion(layout, plot->Layout, sounding.NumWindLevels() > 0);
       }
