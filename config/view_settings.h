@@ -138,7 +138,7 @@ struct ViewSettings : UnitSettings {
   bool EmagramTempLines = true;
   bool TephigramWarning = true;
   bool StabilityBars = false;
-  HeightScale RightScale = HeightScale::Feet;
+  HeightScale RightScale = HeightScale::Kilometers;
   bool SurfaceLine = true;
   bool AllMandatoryLines = false;
   bool AutoAnalyses = true;

@@ -238,6 +238,7 @@ TEST(Heights, LinesAndScalesStandAtTheirHeights) {
   // Above ground they count from the station, here 500 m up.
   drawn.Sounding = Profile({{950, 20, 10}, {500, -12, -30}, {100, -60, -80}}, {}, 500);
   drawn.Set.Heights = HeightMode::Agl;
+  drawn.Set.RightScale = HeightScale::Feet;
   const SoundingPlot agl = drawn();
   EXPECT_EQ(Texts(agl.Page, "height axis").front(), "FT (x1000) AGL");
   EXPECT_EQ(PressesOf(agl, "height line").at(1), pressAt(500 + 10000 * 0.3048));
