@@ -102,7 +102,7 @@ SheetBlock StormBlock(const Shown& shown) {
   const Texts texts(shown);
   const analysis::StormMotionResults& storm = shown.Results.Storm;
   SheetBlock block{.Heading = "Storm motion and shear",
-                   .Columns = {"0-1 km", "0-3 km", "0-6 km"},
+                   .Columns = {"0-1 km", "0-3 km", "0-6 km", "Effective"},
                    .Elsewhere = "Hodograph"};
   const auto motion = [&](std::string label, const std::optional<analysis::Mover>& mover,
                           bool isRight) {
@@ -126,19 +126,25 @@ SheetBlock StormBlock(const Shown& shown) {
     const double value = storm.Chosen() ? storm.Chosen()->Helicity[depth] : kNone;
     return Texts::Number(value, "###0", "");
   };
+  // Of the effective inflow layer, the number alone.
+  const auto effective = [&](std::string_view label) {
+    const std::string text = texts.Index(label).Value;
+    return text.substr(0, text.find(' '));
+  };
   constexpr std::size_t kOneKm = 0, kThreeKm = 2;  // of kHelicityDepthsKm
   static_assert(analysis::kHelicityDepthsKm[kOneKm] == 1);
   static_assert(analysis::kHelicityDepthsKm[kThreeKm] == 3);
   const std::string mover = storm.RightIsChosen ? "Helicity, RM" : "Helicity, LM";
-  block.Rows.push_back({.Label = mover,
-                        .Value = helicity(kOneKm),
-                        .Note = "m\xC2\xB2/s\xC2\xB2",
-                        .More = {{helicity(kThreeKm), StressOf(shown, "s-rH 0-3km")}, {""}},
-                        .Rank = 0});
+  block.Rows.push_back(
+      {.Label = mover,
+       .Value = helicity(kOneKm),
+       .Note = "m\xC2\xB2/s\xC2\xB2",
+       .More = {{helicity(kThreeKm), StressOf(shown, "s-rH 0-3km")}, {""}, {effective("s-rH Eff")}},
+       .Rank = 0});
   block.Rows.push_back({.Label = "Shear",
                         .Value = shear(storm.Shear1km),
                         .Note = texts.SpeedUnit(),
-                        .More = {{""}, {shear(storm.Shear6km)}},
+                        .More = {{""}, {shear(storm.Shear6km)}, {effective("EBWD")}},
                         .Rank = 1});
   block.Rows.push_back(motion("Right mover", storm.Right, true));
   block.Rows.push_back(motion("Left mover", storm.Left, false));
@@ -154,11 +160,14 @@ struct RankedIndex {
 };
 
 constexpr RankedIndex kIndices[] = {
+    {"STP cin", "Sig. tornado"},
+    {"SCP eff", "Supercell eff."},
     {"Supercell", "Supercell"},
     {"EHI 0-xkm", "EHI", &AnalysisSettings::EhiDepthKm},
     {"LI", "Lifted index"},
     {"Water", "Precip. water"},
     {"DCAPE 6km", "DCAPE"},
+    {"SHIP", "Sig. hail"},
     {"Craven", "Craven"},
     {"KI", "K index"},
     {"TT", "Total totals"},

@@ -57,10 +57,10 @@ constexpr RegionRow kHodograph{.Name = "hodograph",
                                .IsSquare = true,
                                .Caption = "hodograph",
                                .Elsewhere = "menu Displays"};
-constexpr RegionRow kStorm = Box("storm", 7, 12, "storm motion", "hodograph window");
+constexpr RegionRow kStorm = Box("storm", 7, 12, "storm motion", "Hodograph");
 constexpr RegionRow kParcels = Box("parcels", 7, 9, "parcels", "F4", 1);
 constexpr RegionRow kIndices = Box("indices", 6, 11, "indices", "F4", 3);
-constexpr RegionRow kLayers = Box("layers", 5, 13, "lapse rates and layers", "menu Displays", 2);
+constexpr RegionRow kLayers = Box("layers", 5, 13, "layers", "Layer Analyzer", 2);
 // For very wide pages; elsewhere nobody misses it.
 constexpr RegionRow kWeather = Box("weather", 9, 20, "", "", 1);
 constexpr RegionRow kLines = Box("lines", 12, 4, "what each line says", "F1", 1);

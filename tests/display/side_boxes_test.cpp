@@ -181,7 +181,7 @@ TEST(SideBoxes, TellStormMotionAndShear) {
   const SheetRow* helicity = RowOf(storm, "Helicity, RM");
   ASSERT_NE(helicity, nullptr);
   EXPECT_EQ(helicity->Value, "160");
-  ASSERT_EQ(helicity->More.size(), 2u);
+  ASSERT_EQ(helicity->More.size(), 3u);
   EXPECT_EQ(helicity->More[0].Text, "298");
   EXPECT_EQ(helicity->More[0].Step, Stress::Second);  // 200 and more, less than 300
   const SheetRow* shear = RowOf(storm, "Shear");
