@@ -117,6 +117,9 @@ Outcome<std::vector<BufrSubset>> Unpacked(std::string_view message) {
   Prepare();
   const Handle handle(codes_handle_new_from_message_copy(nullptr, message.data(), message.size()));
   if (!handle) return DamagedMessage("a message cannot be read");
+  // Units, scales and widths of the values are not asked for; a library that does not know the key
+  // unpacks them all the same.
+  codes_set_long(handle.get(), "skipExtraKeyAttributes", 1);
   if (const int failed = codes_set_long(handle.get(), "unpack", 1); failed != CODES_SUCCESS) {
     return DamagedMessage(std::string("a message cannot be unpacked: ") +
                           codes_get_error_message(failed));
