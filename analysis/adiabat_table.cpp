@@ -5,6 +5,7 @@
 
 #include "analysis/moist_air.h"
 #include "analysis/pressure_grid.h"
+#include "analysis/vapor_table.h"
 #include "core/units.h"
 
 namespace vexa::analysis {
@@ -43,7 +44,8 @@ class March {
     double tempK = std::min(dry, Foretold(dry / poisson) * poisson);
     if (known_ == 0) tempK = Searched(press);
     for (int step = 0; step < kMarchSteps; ++step) {
-      const AdiabatPoint point = AdiabatAt(formula, tempK, press, logPoisson);
+      const AdiabatPoint point = AdiabatWith(TabledVapor(formula, tempK), tempK, std::log(tempK),
+                                             press, logPoisson);
       if (!(point.Vapor.Pressure < 0.3 * press)) break;
       const double change = (target_ - point.LogThetaE) / point.Slope;
       tempK += change;

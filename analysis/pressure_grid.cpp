@@ -20,9 +20,10 @@ const WholePressures& WholeHpa() {
 }
 
 std::vector<double> AreasOverLog(const std::vector<double>& values, int bottom) {
+  const double* logs = WholeHpa().Log.data() + GridIndex(bottom);
   std::vector<double> areas(values.size());
   for (std::size_t i = 1; i < values.size(); ++i) {
-    areas[i] = areas[i - 1] + AreaOverLog(values[i - 1], values[i], GridIndex(bottom) + i - 1);
+    areas[i] = areas[i - 1] + (values[i - 1] + values[i]) / 2 * (logs[i - 1] - logs[i]);
   }
   return areas;
 }
