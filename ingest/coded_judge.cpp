@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "analysis/moist_air.h"
+#include "core/level_filter.h"
 #include "core/numbers.h"
 #include "core/units.h"
 
@@ -93,6 +94,7 @@ class Jury {
     TellOffLines(notes);
     TellZigzags(notes);
     TellLoneTropopauses(notes);
+    TellBeyondTop(notes);
     TellThickness(notes);
   }
 
@@ -194,6 +196,33 @@ class Jury {
       notes.push_back("At " + Shortest(value.Press) + " hPa the tropopause of part " +
                       value.Level->Part + " is no level of part " + part +
                       "; one of them may be garbled." + elsewhere);
+    }
+  }
+
+  // An ascent that went beyond a mandatory pressure has it in part C; no balloon rises to 3 hPa.
+  void TellBeyondTop(std::vector<std::string>& notes) const {
+    constexpr double kHighest = 3, kLastMandatory = 10;  // hPa
+    double top = 0;
+    for (const auto* values : {&temps_, &heights_}) {
+      for (const HeldValue& value : *values) {
+        const bool isReached =
+            value.Level->Part == 'C' && value.Level->Kind == LevelKind::Mandatory;
+        if (isReached && (top == 0 || value.Press < top)) top = value.Press;
+      }
+    }
+    if (top == 0) return;
+    double limit = kHighest;
+    for (const double press : kMandatoryPress) {
+      if (press < top && press >= kLastMandatory) limit = std::max(limit, press);
+    }
+    for (const HeldValue& value : temps_) {
+      const CodedLevel& level = *value.Level;
+      const bool isHigh =
+          level.Part == 'D' || (level.Part == 'C' && level.Kind != LevelKind::Mandatory);
+      if (!value.IsOn || !isHigh || value.Press >= limit) continue;
+      notes.push_back("At " + Shortest(value.Press) + " hPa " + Shortest(value.Amount) +
+                      " C of part " + level.Part + " lies above " + Shortest(limit) +
+                      " hPa, which part C does not reach; it may be garbled.");
     }
   }
 
