@@ -44,8 +44,8 @@ class March {
     double tempK = std::min(dry, Foretold(dry / poisson) * poisson);
     if (known_ == 0) tempK = Searched(press);
     for (int step = 0; step < kMarchSteps; ++step) {
-      const AdiabatPoint point = AdiabatWith(TabledVapor(formula, tempK), tempK, std::log(tempK),
-                                             press, logPoisson);
+      const AdiabatPoint point =
+          AdiabatWith(TabledVapor(formula, tempK), tempK, std::log(tempK), press, logPoisson);
       if (!(point.Vapor.Pressure < 0.3 * press)) break;
       const double change = (target_ - point.LogThetaE) / point.Slope;
       tempK += change;
