@@ -128,7 +128,7 @@ class Adder {
     while (true) {
       Outcome<std::optional<SourceText>> piece = stream.Next();
       for (const std::string& note : stream.TakeNotes()) {
-        if (request_.OnTrouble) request_.OnTrouble(name_, note);
+        if (request_.OnNote) request_.OnNote(name_, note);
       }
       if (!piece) return EndFile(piece.Error(), wasNamed);
       if (!piece.Value()) return EndFile(std::nullopt, wasNamed);

@@ -25,6 +25,8 @@ struct AddRequest {
   std::size_t Piece = ingest::SourceStream::kPiece;
   /// What cannot be read, of a file or of one of its soundings ("NAME#3"): a name and the reason.
   std::function<void(const std::string& name, const std::string& reason)> OnTrouble{};
+  /// What was left out of an archive, whose other members are entered.
+  std::function<void(const std::string& name, const std::string& note)> OnNote{};
   /// Asked once a batch; false ends it, and what was entered stays.
   std::function<bool(std::int64_t entered)> GoesOn{};
 };

@@ -296,6 +296,18 @@ Outcome<Condition> ParseCondition(std::string_view text) {
   }
 }
 
+std::vector<const Column*> UsualColumns(const Condition& condition) {
+  std::vector<const Column*> columns;
+  for (const char* name : {"time", "station", "name", "verdict"}) {
+    columns.push_back(FindColumn(name));
+  }
+  for (const Column* column : condition.Columns) {
+    if (std::ranges::find(columns, column) == columns.end()) columns.push_back(column);
+  }
+  for (const char* name : {"file", "sounding"}) columns.push_back(FindColumn(name));
+  return columns;
+}
+
 std::string SqlOf(const Catalogue& catalogue, const Column& column) {
   if (column.IsOfFile) return "f.path";
   return catalogue.Has(column) ? "s." + Quoted(column.Name) : "NULL";

@@ -32,6 +32,10 @@ struct Condition {
 /// text is met by every sounding.
 Outcome<Condition> ParseCondition(std::string_view text);
 
+/// What is told of each sounding unless more is asked for: what it is, what the condition is about,
+/// and at the end its file and its place in it.
+std::vector<const Column*> UsualColumns(const Condition& condition);
+
 struct Question {
   Condition Where{};
   std::vector<const Column*> Columns{};  // to give

@@ -5,6 +5,7 @@
 #include "analysis/adiabat_table.h"
 #include "analysis/index_table.h"
 #include "analysis/moist_air.h"
+#include "archive/columns.h"
 #include "cli/answers.h"
 #include "cli/commands.h"
 #include "cli/inputs.h"
@@ -12,12 +13,16 @@
 #include "core/files.h"
 #include "core/markers.h"
 #include "core/numbers.h"
+#include "report/profiles_netcdf.h"
 
 namespace vexa::cli {
 namespace {
 
+constexpr std::string_view kAnalyzeFormats[] = {"text", "json", "csv", "netcdf"};
+
 constexpr ArgumentRow kAnalyzeOptions[] = {
-    kFormatOption,
+    {"--format", "", "FORMAT", "form of the report, text without it", kAnalyzeFormats},
+    {"--output", "-o", "OUT.nc", "netCDF file to write, of all soundings"},
     {"--explain", "", "INDEX",
      "tell how an index came about, by its label: KI, SWEAT; may be repeated"},
     {"--trace-liftsat", "", "FILE",
@@ -76,6 +81,29 @@ std::string TraceLiftSat(const ReportedSounding& sounding, const Options& option
   return trace;
 }
 
+// All soundings into one netCDF file.
+int WriteProfiles(const Arguments& arguments, const CommandSetup& setup, Console& console) {
+  const std::optional<std::string> output = arguments.Value("--output");
+  if (!output) return UsageError(console, kAnalyzeCommand, "--format netcdf wants a file with -o");
+  if (const auto fault = NotAnInput(arguments, *output)) {
+    return UsageError(console, kAnalyzeCommand, fault->Detail);
+  }
+  auto file = report::ProfilesNetcdf::Begin(PathFromText(*output),
+                                            archive::SettingsText(setup.Settings.Set));
+  std::optional<Fault> fault;
+  if (!file) fault = file.Error();
+  int exitCode = kExitOk;
+  if (!fault) {
+    exitCode = ForEachSounding(arguments, setup, console, [&](const ReportedSounding& sounding) {
+      file.Value().Add(sounding, sounding.File + "#" + Shortest(setup.Index + 1));
+    });
+    fault = file.Value().End();
+  }
+  if (!fault) return exitCode;
+  ReportFault(console, *output, *fault);
+  return kExitInputFailed;
+}
+
 int RunAnalyze(const Arguments& arguments, Console& console) {
   const Outcome<CommandSetup> given = SetupOf(arguments, console);
   if (!given) return UsageError(console, kAnalyzeCommand, given.Error().Detail);
@@ -95,6 +123,15 @@ int RunAnalyze(const Arguments& arguments, Console& console) {
     return ForEachSounding(arguments, setup, console, [&](const ReportedSounding& sounding) {
       ExplainIndices(sounding, explained, options, console);
     });
+  }
+  const bool isNetcdf = arguments.Value("--format") == "netcdf";
+  if (isNetcdf && !arguments.Has("--trace-liftsat")) {
+    return WriteProfiles(arguments, setup, console);
+  }
+  if (isNetcdf || arguments.Has("--output")) {
+    return UsageError(console, kAnalyzeCommand,
+                      isNetcdf ? "--trace-liftsat does not go with --format netcdf"
+                               : "-o is for --format netcdf");
   }
   std::optional<AtomicFile> trace;
   std::optional<Fault> traceFault;

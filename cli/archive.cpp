@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "analysis/adiabat_table.h"
 #include "archive/add.h"
 #include "archive/merge.h"
 #include "archive/query.h"
@@ -18,6 +19,8 @@
 #include "cli/loaded_program.h"
 #include "core/files.h"
 #include "core/numbers.h"
+#include "report/profiles_netcdf.h"
+#include "sounding/sounding_source.h"
 
 namespace vexa::cli {
 namespace {
@@ -34,6 +37,7 @@ constexpr ArgumentRow kArchiveOptions[] = {
      kQueryFormats},
     {"--columns", "-c", "A,B,...",
      "query, analogues: what to tell of each sounding; \"all\" for everything"},
+    {"--output", "-o", "OUT.nc", "export: netCDF file to write"},
     {"--sort", "", "COLUMN", "query: order, smallest first; by station and time without it"},
     {"--descending", "", "", "query: largest first"},
     {"--most", "", "N", "query, analogues: not more soundings than these", {}, 1, 2'000'000'000},
@@ -94,6 +98,9 @@ int RunAdd(const Work& work) {
   request.OnTrouble = [&](const std::string& name, const std::string& reason) {
     inputs.Fail(name, reason);
   };
+  request.OnNote = [&](const std::string& name, const std::string& note) {
+    work.Out.Err("vexa-cli: " + name + ": " + note + "\n");
+  };
   Outcome<Catalogue> catalogue = OpenCatalogue(work, {.MayMake = true});
   if (!catalogue) return CatalogueFailed(work, work.Name, catalogue.Error());
   const Outcome<archive::AddReport> done = archive::AddFiles(catalogue.Value(), request);
@@ -133,29 +140,21 @@ std::string NoColumn(const std::string& name) {
          "; vexa-cli archive columns lists them";
 }
 
-// What a query tells of each sounding unless it is asked for more: what it is, and what the
-// condition is about.
-std::vector<const Column*> UsualColumns(const archive::Condition& condition) {
-  std::vector<const Column*> columns;
-  for (const char* name : {"time", "station", "name", "verdict"}) {
-    columns.push_back(archive::FindColumn(name));
-  }
-  for (const Column* column : condition.Columns) {
-    if (std::ranges::find(columns, column) == columns.end()) columns.push_back(column);
-  }
-  for (const char* name : {"file", "sounding"}) columns.push_back(archive::FindColumn(name));
-  return columns;
-}
-
 std::vector<const Column*> AllColumns() {
   std::vector<const Column*> columns;
   for (const Column& column : archive::Columns()) columns.push_back(&column);
   return columns;
 }
 
-int RunQuery(const Work& work) {
+// The condition, which may have come as several words.
+std::string Spoken(const Work& work) {
   std::string text;
   for (const std::string& word : work.Words) text += (text.empty() ? "" : " ") + word;
+  return text;
+}
+
+int RunQuery(const Work& work) {
+  const std::string text = Spoken(work);
   const Outcome<archive::Condition> condition = archive::ParseCondition(text);
   if (!condition) return WrongWords(work, condition.Error().Detail + "\n  " + text);
   const std::string format = work.Given.Value("--format").value_or("text");
@@ -168,7 +167,7 @@ int RunQuery(const Work& work) {
       question.Columns.push_back(archive::FindColumn(name));
     }
   } else if (wanted.empty() && format == "text") {
-    question.Columns = UsualColumns(question.Where);
+    question.Columns = archive::UsualColumns(question.Where);
   } else {
     const auto named = ColumnsNamed(wanted.empty() ? "all" : wanted);
     if (!named) return WrongWords(work, named.Error().Detail);
@@ -188,6 +187,55 @@ int RunQuery(const Work& work) {
       });
   table->End();
   return fault ? CatalogueFailed(work, work.Name, *fault) : kExitOk;
+}
+
+// The soundings are read again: the catalogue has their indices, not their levels.
+int RunExportArchive(const Work& work) {
+  const Outcome<CommandSetup> setup = SetupOf(work.Given, work.Out);
+  if (!setup) return WrongWords(work, setup.Error().Detail);
+  const Outcome<archive::Condition> condition = archive::ParseCondition(Spoken(work));
+  if (!condition) return WrongWords(work, condition.Error().Detail + "\n  " + Spoken(work));
+  const std::optional<std::string> output = work.Given.Value("--output");
+  if (!output) return WrongWords(work, "archive export wants a file with -o");
+  Outcome<Catalogue> catalogue = OpenCatalogue(work, {.MayWrite = false});
+  if (!catalogue) return CatalogueFailed(work, work.Name, catalogue.Error());
+  const Options& options = setup.Value().Settings.Set;
+  auto file = report::ProfilesNetcdf::Begin(PathFromText(*output), archive::SettingsText(options));
+  if (!file) return CatalogueFailed(work, *output, file.Error());
+  archive::Question question{.Where = condition.Value(), .SortBy = archive::FindColumn("file")};
+  question.Columns = ColumnsNamed("file,sounding").Value();
+  Inputs inputs(work.Out, setup.Value().Stations, 0);
+  analysis::AdiabatTable adiabats;
+  std::string opened;
+  std::optional<SoundingSource> source;
+  std::int64_t count = 0;
+  const auto fault =
+      archive::Ask(catalogue.Value(), question, [&](std::span<const archive::Cell> cells) {
+        const std::string name = archive::CellText(cells[0]);
+        if (name != opened) {
+          opened = name;
+          source.reset();
+          auto found = SoundingSource::Open(PathFromText(name));
+          if (found) source.emplace(std::move(found.Value()));
+          if (!found) inputs.Fail(name, found.Error());
+        }
+        if (!source) return true;
+        const auto index = static_cast<int>(std::get<std::int64_t>(cells[1])) - 1;
+        Loading loading = source->Load(index, {.Stations = &setup.Value().Stations});
+        const std::string numbered = name + "#" + archive::CellText(cells[1]);
+        if (loading.Failed) {
+          inputs.Fail(numbered, *loading.Failed);
+          return true;
+        }
+        const AnalysedSounding sounding(*std::move(loading.Sounding));
+        file.Value().Add(report::ReportOf(sounding, name, options, &adiabats), numbered);
+        ++count;
+        return true;
+      });
+  if (fault) return CatalogueFailed(work, work.Name, *fault);
+  if (const auto failed = file.Value().End()) return CatalogueFailed(work, *output, *failed);
+  work.Out.Out(Count(count, "sounding") + " written to " + *output + "\n");
+  return inputs.ExitCode();
 }
 
 int RunCheckArchive(const Work& work) {
@@ -241,6 +289,7 @@ int RunColumns(const Work& work) {
 constexpr std::string_view kAddTakes[] = {"--shard", "--root", "--set"};
 constexpr std::string_view kQueryTakes[] = {"--format", "--columns", "--sort", "--descending",
                                             "--most"};
+constexpr std::string_view kExportTakes[] = {"--output", "--root", "--set"};
 constexpr std::string_view kClimateTakes[] = {"--format", "--station", "--month",
                                               "--day",    "--window",  "--hour",
                                               "--least",  "--root",    "--set"};
@@ -251,6 +300,7 @@ constexpr std::string_view kCheckTakes[] = {"--files"};
 constexpr Part kParts[] = {
     {"add", kAddTakes, 1, kAnyNumber, RunAdd},
     {"query", kQueryTakes, 0, kAnyNumber, RunQuery},
+    {"export", kExportTakes, 0, kAnyNumber, RunExportArchive},
     {"climate", kClimateTakes, 0, 1, RunClimate},
     {"analogues", kAnaloguesTakes, 1, 1, RunAnalogues},
     {"check", kCheckTakes, 0, 0, RunCheckArchive},
@@ -319,11 +369,12 @@ Outcome<Catalogue> OpenCatalogue(const ArchiveWork& work, archive::Opening openi
 }
 
 const Command kArchiveCommand = {
-    {"archive", "add|query|climate|analogues|check|merge|columns CATALOGUE ... [options]",
+    {"archive", "add|query|export|climate|analogues|check|merge|columns CATALOGUE ... [options]",
      "Keeps a catalogue of soundings with all their indices, and asks it.", kArchiveOptions, 1,
      kAnyNumber,
      "archive add CATALOGUE FILE-OR-FOLDER...   enters what is new or has changed\n"
      "archive query CATALOGUE [CONDITION]       station=72558 and month=6 and \"CAPE total\">3000\n"
+     "archive export CATALOGUE [CONDITION] -o OUT.nc   its soundings, levels and indices\n"
      "archive climate CATALOGUE [FILE]          what is usual, and how usual a sounding is\n"
      "archive analogues CATALOGUE FILE          the soundings that are most like it\n"
      "archive check CATALOGUE                   whether it is sound\n"

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 #include <optional>
 #include <string_view>
 #include <utility>
@@ -10,11 +9,7 @@
 
 #include "core/markers.h"
 #include "core/numbers.h"
-
-#if VEXA_NETCDF
-#include <netcdf.h>
-#include <netcdf_mem.h>
-#endif
+#include "report/netcdf_file.h"
 
 namespace vexa::report {
 
@@ -53,94 +48,6 @@ constexpr StandardRow kStandard[] = {
     {"UWND", "eastward_wind"},
     {"VWND", "northward_wind"},
 };
-
-// A file in memory. What goes wrong first is kept; nothing is done after it.
-class NetcdfFile {
- public:
-  NetcdfFile() {
-    Check(nc_create_mem("section", NC_64BIT_OFFSET, 1 << 16, &id_));
-    isOpen_ = Ok();
-  }
-  ~NetcdfFile() {
-    if (isOpen_) nc_abort(id_);
-  }
-  NetcdfFile(const NetcdfFile&) = delete;
-  NetcdfFile& operator=(const NetcdfFile&) = delete;
-
-  int Dimension(const char* name, std::size_t size) {
-    int dimension = -1;
-    if (Ok()) Check(nc_def_dim(id_, name, size, &dimension));
-    return dimension;
-  }
-  int Variable(std::string_view name, nc_type type, const std::vector<int>& dimensions) {
-    int variable = -1;
-    if (Ok()) {
-      Check(nc_def_var(id_, std::string(name).c_str(), type, static_cast<int>(dimensions.size()),
-                       dimensions.data(), &variable));
-    }
-    return variable;
-  }
-  void Text(int variable, const char* name, std::string_view text) {
-    if (Ok() && !text.empty()) {
-      Check(nc_put_att_text(id_, variable, name, text.size(), text.data()));
-    }
-  }
-  void Fill(int variable) {
-    const float none = NC_FILL_FLOAT;
-    if (Ok()) Check(nc_put_att_float(id_, variable, "_FillValue", NC_FLOAT, 1, &none));
-  }
-  void Flags(int variable, const std::vector<float>& values, std::string_view meanings) {
-    if (Ok()) {
-      Check(nc_put_att_float(id_, variable, "flag_values", NC_FLOAT, values.size(), values.data()));
-    }
-    Text(variable, "flag_meanings", meanings);
-  }
-  void EndDefinitions() {
-    if (Ok()) Check(nc_enddef(id_));
-  }
-  void Put(int variable, const std::vector<double>& values) {
-    if (Ok()) Check(nc_put_var_double(id_, variable, values.data()));
-  }
-  void Put(int variable, const std::vector<float>& values) {
-    if (Ok()) Check(nc_put_var_float(id_, variable, values.data()));
-  }
-  void Put(int variable, const std::string& letters) {
-    if (Ok()) Check(nc_put_var_text(id_, variable, letters.data()));
-  }
-
-  Outcome<std::string> Close() {
-    NC_memio memory{};
-    if (Ok()) {
-      isOpen_ = false;
-      Check(nc_close_memio(id_, &memory));
-    }
-    if (!Ok()) {
-      return Fault{kFaultNonStandard, "SectionNetcdf",
-                   std::string("the netCDF library says: ") + nc_strerror(status_)};
-    }
-    std::string bytes(static_cast<const char*>(memory.memory), memory.size);
-    std::free(memory.memory);
-    return bytes;
-  }
-
- private:
-  bool Ok() const { return status_ == NC_NOERR; }
-  void Check(int status) {
-    if (status_ == NC_NOERR) status_ = status;
-  }
-
-  int id_ = -1;
-  int status_ = NC_NOERR;
-  bool isOpen_ = false;
-};
-
-std::string_view UdUnit(const std::string& unit) {
-  if (unit == "C") return "degC";
-  if (unit == "F") return "degF";
-  if (unit == "knots") return "knot";
-  if (unit == "m/s") return "m s-1";
-  return unit;
-}
 
 double At(int index, int count, double from, double to) {
   return from + (to - from) * (index - 1) / (count - 1);
@@ -351,7 +258,7 @@ class SectionFile {
   crosssection::VerticalAxis axis_;
   int columns_;
   int rows_;
-  NetcdfFile file_{};
+  NetcdfFile file_{"section"};
   int xDimension_ = -1;
   int zDimension_ = -1;
   int names_ = -1;
