@@ -4,6 +4,7 @@
 #include <string>
 
 #include "app/analysis_dock.h"
+#include "app/archive_window.h"
 #include "app/config_window.h"
 #include "app/data_windows.h"
 #include "app/diagram_control.h"
@@ -91,6 +92,7 @@ void EachTable(Visit visit) {
   visit(std::span<const WindowRow>(kWindows));
   visit(EditorWindows());
   visit(DataWindowRows());
+  visit(ArchiveWindows());
   visit(ForecastWindows());
   visit(FrontWindows());
   visit(OutputWindows());

@@ -123,6 +123,8 @@ constexpr MenuRow kMenuTree[] = {
      "Open the sounding that comes with the program, an evening of severe storms"},
     {"mnuFile", "mnuTimer", "&Batch Processing...", Opens("BatchProcessing"),
      "Fetch many soundings, by hand or when their hour has come"},
+    {"mnuFile", "mnuArchive", "Searc&h Archive...", Opens("Archive"),
+     "Find soundings in a catalogue of many"},
     {"mnuFile", "mnuInfo", "Proper&ties...", Opens("Properties"),
      "Show where the sounding comes from and what it holds", "",
      State().Wants(NeedsLevels, "(sounding properties)")},

@@ -189,6 +189,7 @@ TEST_F(WindowTest, WindowsOfDataOpenFromTheMenuAndFollow) {
   for (const auto& [entry, name] : {std::pair{"mnuListings", "Listings"},
                                     {"mnuDownload", "Download"},
                                     {"mnuTimer", "BatchProcessing"},
+                                    {"mnuArchive", "Archive"},
                                     {"mnuPrintData", "PrintData"}}) {
     SCOPED_TRACE(name);
     window.findChild<QAction*>(entry)->trigger();

@@ -43,7 +43,7 @@ const std::map<std::string, std::vector<std::string>> kBuildsOn = {
       "forecast"}},
     {"report", {"program"}},
     {"engine", {"report"}},
-    {"app", {"program", "output/paint", "download/net", "report"}},
+    {"app", {"program", "output/paint", "download/net", "report", "archive"}},
     {"cli", {"program", "report", "archive"}},
     {"cli/qt", {"cli", "output/paint", "download/net"}},
 };

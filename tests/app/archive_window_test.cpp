@@ -1,0 +1,91 @@
+// The window that searches a catalogue, driven by its widgets.
+#include "app/archive_window.h"
+
+#include <gtest/gtest.h>
+
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTableWidget>
+#include <vector>
+
+#include "app/qt_text.h"
+#include "archive/add.h"
+#include "core/files.h"
+#include "support/document.h"
+#include "support/soundings.h"
+
+namespace vexa {
+namespace {
+
+class ArchiveWindowTest : public testing::Test {
+ protected:
+  ArchiveWindowTest() {
+    auto catalogue = archive::Catalogue::Open(folder.Path() / "c", {.MayMake = true});
+    const std::vector<std::string> given = {TextFromPath(test::TestData("igra_station.txt")),
+                                            TextFromPath(test::TestData("fsl_two.fsl"))};
+    EXPECT_EQ(archive::AddFiles(catalogue.Value(), {.Given = given}).Value().Soundings, 4);
+    Find<QLineEdit>("Catalogue")->setText(ToQString(TextFromPath(folder.Path() / "c")));
+  }
+  template <class T>
+  T* Find(const char* name) {
+    return window.findChild<T*>(QString::fromLatin1(name));
+  }
+  std::string Remark() { return Find<QLabel>("Remark")->text().toStdString(); }
+  int Rows() { return Find<QTableWidget>("Soundings")->rowCount(); }
+
+  test::TemporaryFolder folder;
+  Program program{};
+  std::vector<std::pair<std::string, int>> opened{};
+  ArchiveWindow window{program,
+                       [this](const std::filesystem::path& file, int index) {
+                         opened.emplace_back(TextFromPath(file.filename()), index);
+                       },
+                       nullptr};
+};
+
+TEST_F(ArchiveWindowTest, FindsSoundingsAndOpensThem) {
+  Find<QPushButton>("cmdSearch")->click();
+  EXPECT_EQ(Remark(), "4 soundings");
+  Find<QComboBox>("Month")->setCurrentText("2");
+  Find<QLineEdit>("Condition")->setText("format = 'FSL' or year = 1900");
+  Find<QPushButton>("cmdSearch")->click();
+  EXPECT_EQ(window.Condition(), "month = 2 and (format = 'FSL' or year = 1900)");
+  EXPECT_EQ(Rows(), 2);
+  auto* rows = Find<QTableWidget>("Soundings");
+  rows->sortItems(0, Qt::DescendingOrder);  // by time: the second of the file comes first
+  emit rows->cellDoubleClicked(0, 0);
+  rows->setCurrentCell(1, 2);
+  Find<QPushButton>("cmdOpen")->click();
+  EXPECT_EQ(opened,
+            (std::vector<std::pair<std::string, int>>{{"fsl_two.fsl", 1}, {"fsl_two.fsl", 0}}));
+
+  Find<QComboBox>("Index")->setCurrentText("KI");
+  Find<QLineEdit>("Value")->setText("many");
+  Find<QPushButton>("cmdSearch")->click();
+  EXPECT_NE(Remark().find("there is no column \"many\""), std::string::npos) << Remark();
+  EXPECT_EQ(Rows(), 0);
+  Find<QLineEdit>("Catalogue")->setText("none");
+  Find<QComboBox>("Index")->setCurrentIndex(0);
+  Find<QPushButton>("cmdSearch")->click();
+  EXPECT_EQ(Remark(), "there is no such catalogue");
+}
+
+TEST_F(ArchiveWindowTest, ComparesTheSoundingInWork) {
+  Find<QPushButton>("cmdAlike")->click();
+  EXPECT_EQ(Remark(), "There is no sounding in work.");
+  test::Show(program, test::ReferenceConvective());
+  Find<QPushButton>("cmdUsual")->click();
+  EXPECT_EQ(Remark(), "The sounding has no station number or no time.");
+  SoundingRecord known = test::ReferenceConvective();
+  known.WmoNumber = 85999;
+  known.Time = {1999, 12, 31, 11, 0};
+  test::Show(program, known);
+  Find<QPushButton>("cmdUsual")->click();
+  EXPECT_EQ(Remark(), "1 December 11 UTC ascent, 1999; too few: 30 are wanted");
+  EXPECT_EQ(Rows(), 0);
+}
+
+}  // namespace
+}  // namespace vexa
