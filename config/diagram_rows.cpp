@@ -214,6 +214,14 @@ constexpr OptionRow kTab4Rows[] = {
     Row<At<&ViewSettings::DewptColor>, kTrue, kColors>("Td color = ", kTab4)
         .Named("Dew-point color")
         .Says("Colour of the dew-point trace."),
+    Row<At<&ViewSettings::WetBulbTrace>>("", kTab4)
+        .As("Wet-bulb trace")
+        .Named("Wet-bulb trace")
+        .Says("Draws the wet-bulb temperature between dew point and temperature."),
+    Row<At<&ViewSettings::VirtualTrace>>("", kTab4)
+        .As("Virtual temperature trace")
+        .Named("Virtual temperature trace")
+        .Says("Draws the virtual temperature beside the temperature."),
     Row<At<&ViewSettings::WindShafts>>("Wind shafts = ", kTab4)
         .Says("Draws the staff on which the wind symbols stand."),
     Row<At<&ViewSettings::WindDots>>("  Wind dots = ", kTab4, Record::Same)

@@ -186,6 +186,8 @@ struct ViewSettings : UnitSettings {
   ThickLines TraceThick = ThickLines::Some;
   TraceLine DewptLine = TraceLine::Solid;
   int DewptColor = 9;
+  bool WetBulbTrace = false;
+  bool VirtualTrace = false;
   bool WindShafts = true;
   bool WindDots = true;
   WindDisplay Winds = WindDisplay::Barbs;

@@ -38,6 +38,14 @@ constexpr LineRow kLegendLines[] = {
      "moist, "
      "far from it dry.",
      &Palette::Dewpoint},
+    {"Wet bulb", "to which rain that evaporates cools the air.", &Palette::WetBulb, nullptr,
+     nullptr, [](const DisplaySettings& set) { return set.WetBulbTrace; }},
+    {"Virtual temperature",
+     "that dry air of the same density has: vapour makes air lighter, as warmth does.",
+     &Palette::VirtualTemp, nullptr, nullptr,
+     [](const DisplaySettings& set) {
+       return set.VirtualTrace || (set.AutoAnalyses && set.CapeTempBase == TempBase::Virtual);
+     }},
     {"Parcel",
      "of air that is lifted from below: where it is warmer than the air around it, it rises by "
      "itself.",

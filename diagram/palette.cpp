@@ -230,6 +230,7 @@ Palette PaletteFor(const ViewSettings& options) {
   p.Dewpoint = {ink(options.DewptColor), thick ? 30 : kTrace * 0.5,
                 options.DewptLine == TraceLine::Dash ? LineStyle::Dash : LineStyle::Solid};
   p.VirtualTemp = {ink(4), 20, LineStyle::Dots};
+  p.WetBulb = {ink(3), 22, LineStyle::DashDot};
   p.Parcel = {scheme.Parcel, 22, LineStyle::Dash};
   p.ParcelMoisture = {p.Parcel.Ink, 12, LineStyle::Dots};
   p.Wind = {p.Ink, 18, LineStyle::Solid};

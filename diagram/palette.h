@@ -26,6 +26,7 @@ struct Palette {
   Pen Temperature{};
   Pen Dewpoint{};
   Pen VirtualTemp{};
+  Pen WetBulb{};
   Pen Parcel{};
   Pen ParcelMoisture{};
   Pen Wind{};

@@ -176,7 +176,7 @@ void DrawParcel(Plot& plot) {
               : top;
   }
   end = std::min(end, StepAt(ascent, plot.At.TopPress()) + 1);
-  if (plot.Set().CapeTempBase == TempBase::Virtual) {
+  if (plot.Set().CapeTempBase == TempBase::Virtual && !plot.Set().VirtualTrace) {
     std::vector<Point> run;
     for (std::size_t i = 0; i < end; ++i) {
       if (IsMissing(ascent.EnvTemps[i])) continue;
@@ -209,6 +209,14 @@ void DrawParcel(Plot& plot) {
 void DrawTraces(Plot& plot) {
   const DisplaySettings& set = plot.Set();
   const SoundingRecord& sounding = plot.Sounding();
+  const analysis::LevelProfile& levels = plot.Results().Levels;
+  if (set.WetBulbTrace) {
+    DrawTrace(plot, "wet bulb", levels.Press, levels.WetBulb, {plot.Inks.WetBulb});
+  }
+  if (set.VirtualTrace) {
+    DrawTrace(plot, "virtual temperature", levels.Press, levels.VirtualTemp,
+              {plot.Inks.VirtualTemp});
+  }
   const TraceStyle dewpoint = DewpointStyle(plot);
   DrawTrace(plot, "dew point", sounding.Press, sounding.Dewpt, dewpoint);
   DrawTrace(plot, "temperature", sounding.Press, sounding.Temp,
@@ -316,6 +324,7 @@ void DrawLegend(Plot& plot) {
   entries.Line("temperature", "T", plot.Inks.Temperature);
   entries.Line("dew point", "Td", plot.Inks.Dewpoint);
   entries.Line("virtual temperature", "Tv", plot.Inks.VirtualTemp);
+  entries.Line("wet bulb", "Tw", plot.Inks.WetBulb);
   entries.Line("parcel", "Parcel", plot.Inks.Parcel);
   entries.Line("reference temperature", "Reference", {plot.Inks.Faint, 22, LineStyle::Dash});
   entries.AreaOf("CAPE area", "CAPE", plot.Inks.Cape);

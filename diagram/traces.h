@@ -10,8 +10,8 @@ namespace vexa::diagram {
 /// summed over, and the parcel's curve itself.
 void DrawParcel(Plot& plot);
 
-/// Temperature and dew point of the sounding. The dew point's line breaks where values are
-/// missing.
+/// Temperature and dew point of the sounding, and by option its wet bulb and virtual temperature.
+/// Lines of moisture break where the dew point is missing.
 void DrawTraces(Plot& plot);
 
 /// "T", "Td" and "Reference" at the tops of their traces, off the lines and texts that stand there.

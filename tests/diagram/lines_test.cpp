@@ -426,6 +426,42 @@ TEST(Traces, TheParcelAndItsAreasFollowTheirOptions) {
   }
 }
 
+// By an independent script: at 700 hPa the wet bulb has 2.69 °C, the virtual temperature 9.34 °C.
+TEST(Traces, WetBulbAndVirtualTemperatureComeByTheirOptions) {
+  Drawn drawn(test::ReferenceConvective());
+  const struct {
+    bool ViewSettings::*Option;
+    const char* Tag;
+    double Temp;
+  } cases[] = {{&ViewSettings::WetBulbTrace, "wet bulb", 2.69},
+               {&ViewSettings::VirtualTrace, "virtual temperature", 9.34}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.Tag);
+    EXPECT_TRUE(Tagged(drawn().Page, c.Tag).empty());
+    drawn.Set.*c.Option = true;
+    const SoundingPlot plot = drawn();
+    const auto lines = Lines(plot.Page, c.Tag);
+    ASSERT_EQ(lines.size(), 1u);
+    // Points that lie on the line between their neighbours are left out.
+    std::optional<double> temp;
+    DiagramCoordinates below;
+    for (const Point& point : lines.front()) {
+      const DiagramCoordinates at = plot.Mapping.ToCoordinates(point);
+      if (!temp && at.Press <= 700) {
+        const double share = std::log(below.Press / 700) / std::log(below.Press / at.Press);
+        temp = below.Temp + share * (at.Temp - below.Temp);
+      }
+      below = at;
+    }
+    EXPECT_NEAR(temp.value_or(kMissing), c.Temp, 0.1);
+    // One line however parcels are compared.
+    drawn.Set.CapeTempBase = TempBase::Virtual;
+    EXPECT_EQ(Lines(drawn().Page, c.Tag).size(), 1u);
+    drawn.Set.CapeTempBase = TempBase::Dry;
+    drawn.Set.*c.Option = false;
+  }
+}
+
 // Layers of 1 km from 1000 hPa up: warmer, 3, 8 and 12 degrees colder. Saturated air at these
 // temperatures cools by 4 to 7 °C in a km, dry air by 9.8.
 TEST(Traces, StabilityBarsTellTheLapseRate) {

@@ -55,7 +55,8 @@ constexpr NamedPen kMainLines[] = {{"frame", &Palette::Frame},
                                    {"freezing level", &Palette::Freezing},
                                    {"tropopause", &Palette::Tropopause},
                                    {"standard atmosphere", &Palette::StandardAtmosphere},
-                                   {"height axis", &Palette::HeightAxis}};
+                                   {"height axis", &Palette::HeightAxis},
+                                   {"wet bulb", &Palette::WetBulb}};
 
 TEST(Palette, EveryMainLineStandsOutFromThePaper) {
   EXPECT_NEAR(ContrastOf({0, 0, 0}, {255, 255, 255}), 21, 1e-9);
@@ -106,8 +107,8 @@ TEST(Palette, LinesBesideTheSoundingHaveColoursOfTheirOwn) {
 // Traces that may lie beside each other differ by style or clearly by width, so that grey print
 // tells them apart.
 TEST(Palette, StyleCarriesTheMeaningToo) {
-  const NamedPen traces[] = {kMainLines[1], kMainLines[2], kMainLines[3],
-                             kMainLines[4], kMainLines[5], kMainLines[10]};
+  const NamedPen traces[] = {kMainLines[1], kMainLines[2],  kMainLines[3], kMainLines[4],
+                             kMainLines[5], kMainLines[10], kMainLines[12]};
   for (const ThickLines thick : {ThickLines::None, ThickLines::Some, ThickLines::All}) {
     for (const TraceLine dewpoint : {TraceLine::Solid, TraceLine::Dash}) {
       Options options;
