@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 #include "analysis/adiabat_table.h"
 #include "analysis/moist_air.h"
@@ -30,9 +31,24 @@ class InflowTest {
     for (int bottom = first_; bottom >= grid_.Top; bottom -= kSpan) {
       const int top = std::max(bottom - kSpan + 1, grid_.Top);
       FillSpan(bottom, top);
-      for (int press = bottom; press >= top; --press) {
-        Take(press, parcel_[static_cast<std::size_t>(bottom - press)]);
+      FillEnergies(bottom, top);
+      // Sums of the span first, which go side by side; one by one only where a limit is passed.
+      const auto count = static_cast<std::size_t>(bottom - top) + 1;
+      const auto free = static_cast<std::size_t>(
+          std::clamp(bottom - static_cast<int>(std::ceil(condensation_)) + 1, 0, bottom - top + 1));
+      double gain = 0;
+      double loss = 0;
+      for (std::size_t i = free; i < count; ++i) gain += std::max(energy_[i], 0.0);
+      for (std::size_t i = 0; i < count; ++i) loss += std::min(energy_[i], 0.0);
+      if (cape_ + gain < kFeedingCape && cin_ + loss >= kFeedingCin) {
+        cape_ += gain;
+        cin_ += loss;
+        continue;
+      }
+      for (std::size_t i = 0; i < count; ++i) {
+        cin_ += std::min(energy_[i], 0.0);
         if (cin_ < kFeedingCin) return false;
+        if (i >= free) cape_ += std::max(energy_[i], 0.0);
         if (cape_ >= kFeedingCape) return true;
       }
     }
@@ -67,20 +83,24 @@ class InflowTest {
                  virtual_ ? parcel_.data() + dry : nullptr);
   }
 
-  void Take(int press, double parcel) {
-    const std::vector<double>& environment = virtual_ ? grid_.VirtualTemp : grid_.Temp;
-    const double difference = parcel - environment[static_cast<std::size_t>(grid_.Bottom - press)];
-    const double log = WholeHpa().Log[GridIndex(press)];
-    if (press < first_) {
-      const double energy = kDryGasConstant * (difference_ + difference) / 2 * (log_ - log);
-      if (energy < 0) {
-        cin_ += energy;
-      } else if (press < condensation_) {
-        cape_ += energy;
-      }
+  // J/kg of each step from the one below; the first of all has none.
+  void FillEnergies(int bottom, int top) {
+    const double* environment =
+        (virtual_ ? grid_.VirtualTemp : grid_.Temp).data() + (grid_.Bottom - bottom);
+    const double* logs = WholeHpa().Log.data() + GridIndex(bottom);
+    const auto count = static_cast<std::size_t>(bottom - top) + 1;
+    for (std::size_t i = 0; i < count; ++i) difference_[i + 1] = parcel_[i] - environment[i];
+    if (bottom == first_) {
+      energy_[0] = 0;
+    } else {
+      energy_[0] = kDryGasConstant * (difference_[0] + difference_[1]) / 2 * (log_ - logs[0]);
     }
-    difference_ = difference;
-    log_ = log;
+    for (std::size_t i = 1; i < count; ++i) {
+      energy_[i] =
+          kDryGasConstant * (difference_[i] + difference_[i + 1]) / 2 * (logs[i - 1] - logs[i]);
+    }
+    difference_[0] = difference_[count];
+    log_ = logs[count - 1];
   }
 
   const LevelProfile& levels_;
@@ -92,7 +112,9 @@ class InflowTest {
   std::array<double, kSpan> bulb_{};    // °C
   double theta_ = 0, thetaE_ = 0, mixing_ = 0, condensation_ = 0;
   int first_ = 0;
-  double cape_ = 0, cin_ = 0, difference_ = 0, log_ = 0;
+  std::array<double, kSpan + 1> difference_{};  // K; the first is that below the span
+  std::array<double, kSpan> energy_{};          // J/kg
+  double cape_ = 0, cin_ = 0, log_ = 0;
 };
 
 // Levels whose air can be lifted, from below.

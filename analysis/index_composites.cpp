@@ -9,7 +9,7 @@
 #include "analysis/interpolate.h"
 #include "analysis/layers.h"
 #include "analysis/moist_air.h"
-#include "analysis/pressure_grid.h"
+#include "analysis/vapor_table.h"
 #include "core/numbers.h"
 #include "core/units.h"
 
@@ -181,8 +181,9 @@ double DilutionPotential(const LevelProfile& levels, SaturationOver over, double
     const double dry = kHeatCapacity * tempK + kGravity * (height - ground);
     const double mixing = NotAvailable(levels.MixingRatio(i)) ? 0 : levels.MixingRatio(i);
     const double energy = dry + kVaporHeat * share(mixing);
+    const double vapor = TabledSatVapor(levels.Temp(i), over);
     const double saturated =
-        dry + kVaporHeat * share(ThetaPoint(press, levels.Temp(i), over).MixingRatio);
+        dry + (vapor < press ? kVaporHeat * share(kEpsilon * vapor / (press - vapor)) : 0);
     const double depth = height - heightBelow;
     energies += (energy + energyBelow) / 2 * depth;
     const double mean = height > ground ? energies / (height - ground) : energy;

@@ -10,7 +10,7 @@
 namespace vexa::analysis {
 namespace {
 
-constexpr double kMeanApart = 50;    // m: winds nearer to each other do not change a mean
+constexpr double kMeanApart = 100;   // m: winds nearer to each other do not change a mean
 constexpr double kDeepBottom = 850;  // hPa
 constexpr double kDeepTop = 300;     // hPa
 constexpr double kJetDepth = 1500;   // m
