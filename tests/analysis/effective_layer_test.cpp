@@ -16,6 +16,7 @@
 #include "analysis/parcel.h"
 #include "config/options.h"
 #include "core/numbers.h"
+#include "core/units.h"
 #include "sounding/analysed_sounding.h"
 #include "support/soundings.h"
 
@@ -139,9 +140,7 @@ TEST(EffectiveLayer, SouthernHemisphereMirrors) {
   const SoundingRecord north = test::ReferenceConvective();
   SoundingRecord south = north;
   SetDecimalPosition(south, -35.2, -97.4);
-  for (double& direction : south.WindDir.Values()) {
-    direction = direction <= 180 ? 180 - direction : 540 - direction;
-  }
+  test::ChangeWinds(south, [](WindLevel& wind) { wind.Dir = Wrap360(180 - wind.Dir); });
   const AnalysisResults expected = Analyse(north, {});
   const AnalysisResults found = Analyse(south, {});
   for (const char* label :
