@@ -32,7 +32,8 @@ MapWindow::MapWindow(Program& program, const DisplayRow& row, Events events, QWi
   told_ = new QLabel(this);
   told_->setObjectName(QStringLiteral("lblMapReadout"));
   told_->setTextFormat(Qt::PlainText);
-  told_->setMinimumWidth(1);  // a long text is cut before the window grows
+  told_->setWordWrap(true);  // a long text takes more lines before the window grows
+  told_->setMinimumWidth(1);
   ControlLine().addWidget(told_, 4);
   view_->OnPointer([this](const std::optional<vexa::Point>& at) {
     if (at) Tell(TextAt(*at));

@@ -7,6 +7,7 @@
 
 #include "core/files.h"
 #include "core/raw_file.h"
+#include "picture/surface.h"
 #include "program/view_commands.h"
 #include "support/full_disk.h"
 #include "support/soundings.h"
@@ -138,7 +139,7 @@ TEST_F(ForecastDisplay, TheOriginalStandsBackBehindItsForecast) {
   Open();
   commands::StepForecast(program);
   const auto inkOf = [&](const Options& set) {
-    const auto plot = PlotShown(program, set, {});
+    const auto plot = PlotShown(program, set, ImageSurface(800, 600));
     for (const Item& item : plot->Page.Items()) {
       const auto* line = std::get_if<Polyline>(&item.Shape);
       if (item.Tag == "other temperature" && line != nullptr) return line->Stroke.Ink;
