@@ -4,6 +4,7 @@
 #include <cmath>
 #include <utility>
 
+#include "archive/columns.h"
 #include "core/numbers.h"
 
 namespace vexa::archive {
@@ -165,9 +166,10 @@ Outcome<Climate> ClimateOf(Catalogue& catalogue, const ClimateRequest& request) 
 }
 
 std::optional<ClimateRequest> RequestFor(const SoundingRecord& sounding) {
-  if (sounding.WmoNumber == 0 || !sounding.Time.Known()) return std::nullopt;
+  const int station = StationNumber(sounding);
+  if (station == 0 || !sounding.Time.Known()) return std::nullopt;
   return ClimateRequest{
-      .Station = sounding.WmoNumber, .Month = sounding.Time.Month, .Hour = sounding.Time.Hour};
+      .Station = station, .Month = sounding.Time.Month, .Hour = sounding.Time.Hour};
 }
 
 }  // namespace vexa::archive

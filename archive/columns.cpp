@@ -9,6 +9,7 @@
 #include "core/letter_case.h"
 #include "core/numbers.h"
 #include "core/shown_values.h"
+#include "core/station.h"
 
 namespace vexa::archive {
 namespace {
@@ -59,7 +60,7 @@ std::vector<Column> FixedColumns() {
        [](const Entered& e) { return TextOrNone(e.Member); }},
       {"station", ColumnKind::Whole, "", "WMO number of the station", nullptr,
        [](const Entered& e) {
-         const int number = RecordOf(e).WmoNumber;
+         const int number = StationNumber(RecordOf(e));
          return number == 0 ? Cell() : Cell(std::int64_t{number});
        }},
       {"name", ColumnKind::Text, "", "title of the sounding", nullptr,
@@ -136,6 +137,10 @@ const Column* FindColumn(std::string_view name) {
   const auto found = std::ranges::find_if(
       columns, [&](const Column& column) { return SameText(column.Name, name); });
   return found == columns.end() ? nullptr : &*found;
+}
+
+int StationNumber(const SoundingRecord& sounding) {
+  return sounding.WmoNumber != 0 ? sounding.WmoNumber : StationNumberInTitle(sounding.StationTitle);
 }
 
 Cell ValueOf(const Column& column, const Entered& entered) {

@@ -37,6 +37,9 @@ const std::vector<Column>& Columns();
 /// Compared without regard to case; null when there is none.
 const Column* FindColumn(std::string_view name);
 
+/// As the source gives it, else as the title begins; 0 where neither has one.
+int StationNumber(const SoundingRecord& sounding);
+
 Cell ValueOf(const Column& column, const Entered& entered);
 
 /// A value as tables show it: whole numbers and texts as they are, numbers by Shortest.

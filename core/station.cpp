@@ -159,4 +159,13 @@ std::string ShortStationName(std::string_view title, int most) {
   return CutTitle(Trim(name), most);
 }
 
+int StationNumberInTitle(std::string_view title) {
+  constexpr std::size_t kFigures = 5;
+  const std::string_view text = Trim(title);
+  const std::string_view first = text.substr(0, text.find(" - "));
+  const bool isNumber = first.size() == kFigures && first.size() < text.size() &&
+                        first.find_first_not_of("0123456789") == std::string_view::npos;
+  return isNumber ? ParseWhole(first).value_or(0) : 0;
+}
+
 }  // namespace vexa

@@ -68,6 +68,10 @@ Station UncheckedStation(const StationTexts& texts);
 /// most  characters; empty where the title says nothing
 std::string ShortStationName(std::string_view title, int most = 14);
 
+/// The WMO number in front of a sounding's title: of "72357 - OUN - Norman" it is 72357; 0 without
+/// one.
+int StationNumberInTitle(std::string_view title);
+
 /// "03772 - EGLL - LONDON, UNITED KINGDOM": the title of a sounding of this station. What the file
 /// leaves empty is left out with its separator.
 std::string StationCaption(const Station& station);

@@ -384,6 +384,10 @@ TEST(StationName, IsTheShortestThatATitleGives) {
       {"  ", ""},
   };
   for (const auto& [title, name] : kCases) EXPECT_EQ(ShortStationName(title), name);
+  EXPECT_EQ(StationNumberInTitle("03772 - EGLL - LONDON"), 3772);
+  for (const char* title : {"", "72357", "7235 - OUN", "OUN12 - Norman", "2024 - 5", "-1234 - x"}) {
+    EXPECT_EQ(StationNumberInTitle(title), 0) << title;
+  }
 }
 
 }  // namespace
