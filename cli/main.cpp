@@ -12,6 +12,7 @@
 int main(int argc, char** argv) {
   vexa::KeepFreedMemory();
   vexa::LetLargeWritesFail();
+  vexa::PrintBytesAsTheyAre();
   vexa::EndInWords("vexa-cli");
   const auto to = [](std::FILE* stream) {
     return [stream](std::string_view text) { std::fwrite(text.data(), 1, text.size(), stream); };

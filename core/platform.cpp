@@ -1,6 +1,8 @@
 #ifdef _WIN32
 #define _CRT_SECURE_NO_WARNINGS
+#ifndef NOMINMAX
 #define NOMINMAX
+#endif
 #endif
 
 #include "core/platform.h"
@@ -15,7 +17,9 @@
 #include <utility>
 
 #ifdef _WIN32
+#include <fcntl.h>
 #include <io.h>
+#include <sys/stat.h>
 #include <windows.h>
 #else
 #include <fcntl.h>
@@ -86,7 +90,14 @@ class OpenHandle final : public FileHold {
 }  // namespace
 
 std::FILE* OpenFile(const fs::path& path, const char* mode) {
-  return _wfopen(path.c_str(), Wide(mode).c_str());
+  const std::string_view asked = mode;
+  if (asked.find('x') == std::string_view::npos) {
+    return _wfopen(path.c_str(), Wide(mode).c_str());
+  }
+  // The system's older C library knows no exclusive creation by this letter.
+  const int file =
+      _wopen(path.c_str(), _O_CREAT | _O_EXCL | _O_WRONLY | _O_BINARY, _S_IREAD | _S_IWRITE);
+  return file < 0 ? nullptr : _fdopen(file, "wb");
 }
 
 std::error_code FlushToDisk(std::FILE* file) {
@@ -149,6 +160,10 @@ std::optional<std::string> EnvironmentText(const char* name) {
 void KeepFreedMemory() {}
 
 void LetLargeWritesFail() {}
+
+void PrintBytesAsTheyAre() {
+  for (std::FILE* stream : {stdout, stderr}) _setmode(_fileno(stream), _O_BINARY);
+}
 
 int AwaitEnding() {
   return -1;
@@ -300,6 +315,8 @@ int AwaitEnding() {
   }
   return endingPipe[0];
 }
+
+void PrintBytesAsTheyAre() {}
 
 void LetLargeWritesFail() {
   std::signal(SIGXFSZ, SIG_IGN);

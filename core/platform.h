@@ -81,6 +81,10 @@ void EndInWords(const char* program);
 /// that is given readable instead of ending it. -1 where there is no such handle.
 int AwaitEnding();
 
+/// Has what is printed go out byte by byte, the ends of lines too, on every system alike. To be
+/// called once, before anything is printed.
+void PrintBytesAsTheyAre();
+
 /// Has a write that goes past the size a file may have fail like one to a full disk, where the
 /// system would end the program. To be called once, before work begins.
 void LetLargeWritesFail();

@@ -49,10 +49,18 @@ class RunningBytes {
   bool atEnd_ = false;
 };
 
+inline gzFile OpenGzip(const std::filesystem::path& path) {
+#ifdef _WIN32
+  return gzopen_w(path.c_str(), "rb");
+#else
+  return gzopen(path.c_str(), "rb");
+#endif
+}
+
 // Reads plain files as they are, too.
 class GzipBytes : public RunningBytes {
  public:
-  explicit GzipBytes(const std::filesystem::path& path) : file_(gzopen(path.c_str(), "rb")) {}
+  explicit GzipBytes(const std::filesystem::path& path) : file_(OpenGzip(path)) {}
   ~GzipBytes() override {
     if (file_ != nullptr) gzclose(file_);
   }

@@ -231,8 +231,10 @@ TEST(Paths, ABackslashIsPartOfANameWhereItIsNoSeparator) {
   const test::TemporaryFolder folder;
   const std::string root = TextFromPath(folder.Path());
   const fs::path path = PathFromText(root + "/out\\x.RAW");
+#ifdef _WIN32
+  EXPECT_EQ(path.filename(), "x.RAW");
+#else
   ASSERT_FALSE(SaveFile(path, "text"));
-#ifndef _WIN32
   EXPECT_EQ(path.filename(), "out\\x.RAW");
   EXPECT_EQ(FilesIn(folder.Path()), 1);
   EXPECT_EQ(PathFromSetting(root + "/out\\x.RAW"), path) << "there is such a file";

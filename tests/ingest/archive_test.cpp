@@ -78,7 +78,7 @@ std::string Gzipped(std::size_t zeros) {
 
 std::string Zipped(const fs::path& path,
                    const std::vector<std::pair<std::string, std::string>>& files) {
-  zip_t* archive = zip_open(path.c_str(), ZIP_CREATE, nullptr);
+  zip_t* archive = zip_open(path.string().c_str(), ZIP_CREATE, nullptr);
   for (const auto& [name, bytes] : files) {
     zip_source_t* source = zip_source_buffer(archive, bytes.data(), bytes.size(), 0);
     EXPECT_GE(zip_file_add(archive, name.c_str(), source, 0), 0);
