@@ -363,7 +363,7 @@ void DrawMixingRatioLines(Plot& plot) {
   }
 }
 
-// Labels stand at the lower edge, on the tephigram above the lines' ends: at their top pressure or,
+// Labels stand at the lower edge where no trace runs, on the tephigram above the lines' ends: at their top pressure or,
 // where the frame ends before, at its right edge or below the numbers of its upper one.
 void DrawMixingRatioLabels(Plot& plot) {
   const DisplaySettings& set = plot.Set();
@@ -376,6 +376,15 @@ void DrawMixingRatioLabels(Plot& plot) {
   // The ticks of the marks stand at the right edge.
   const double beforeTicks = frame.Right - kTickReach - kSmallText;
   const Rect inside{frame.Left + 80, frame.Top + 200, beforeTicks, frame.Bottom};
+  const double half = kSmallText / 2;
+  const std::vector<Rect> lines =
+      LinesWithin(plot, {frame.Left, low - half, frame.Right, low + half});
+  const auto isOffLines = [&](double x, const std::string& text) {
+    const Rect place = TextPlace({x, low}, text, kSmallText, AnchorX::Center);
+    return std::ranges::none_of(lines, [&](const Rect& line) {
+      return place.Left < line.Right && line.Left < place.Right;
+    });
+  };
   const std::span<const double> values = MixingRatiosOf(plot);
   for (std::size_t i = 0; i < values.size(); ++i) {
     const double value = values[i];
@@ -384,7 +393,9 @@ void DrawMixingRatioLabels(Plot& plot) {
         value < 1 || value != std::floor(value) ? Mask(value, "0.0#") : Mask(value, "#0");
     if (!tephigram) {
       const std::optional<double> x = CrossingX(line, low);
-      if (x && *x < beforeTicks) DrawGridLabel(plot, "mixing ratio label", {*x, low}, text, ink);
+      if (x && *x < beforeTicks && isOffLines(*x, text)) {
+        DrawGridLabel(plot, "mixing ratio label", {*x, low}, text, ink);
+      }
       continue;
     }
     const std::vector<std::vector<Point>> pieces = ClipPolyline(line, inside);

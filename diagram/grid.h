@@ -16,7 +16,7 @@ void DrawIsotherms(Plot& plot);
 void DrawDryAdiabats(Plot& plot);
 void DrawSaturationAdiabats(Plot& plot);
 void DrawMixingRatioLines(Plot& plot);
-/// Their values, over the ground.
+/// Their values, over the ground and where no trace runs.
 void DrawMixingRatioLabels(Plot& plot);
 
 /// The unit of the temperature axis beside its labels.

@@ -121,6 +121,21 @@ void DrawBesideTexts(Plot& plot, std::string_view tag, const std::vector<Point>&
   }
 }
 
+std::vector<Rect> LinesWithin(const Plot& plot, const Rect& place) {
+  std::vector<Rect> found;
+  for (const Item& item : plot.Page.Items()) {
+    const auto* line = std::get_if<Polyline>(&item.Shape);
+    if (line == nullptr || std::ranges::find(kLines, item.Tag) == kLines.end()) continue;
+    for (const std::vector<Point>& piece : ClipPolyline(line->Points, place)) {
+      const auto [left, right] = std::ranges::minmax(piece, {}, &Point::X);
+      const auto [top, bottom] = std::ranges::minmax(piece, {}, &Point::Y);
+      found.push_back({left.X - kLineReach, top.Y - kLineReach, right.X + kLineReach,
+                       bottom.Y + kLineReach});
+    }
+  }
+  return found;
+}
+
 std::optional<Point> TakePlace(LabelRoom& room, Point wanted, std::string_view text, double size,
                                AnchorX across) {
   for (const bool overLines : {false, true}) {

@@ -22,6 +22,9 @@ LabelRoom RoomOn(const Plot& plot);
 void DrawBesideTexts(Plot& plot, std::string_view tag, const std::vector<Point>& line,
                      const Pen& pen);
 
+/// Where traces and levels already drawn run through a place: rectangles around their pieces in it.
+std::vector<Rect> LinesWithin(const Plot& plot, const Rect& place);
+
 /// The nearest place to the wanted one with room for a text, off the lines where there is such a
 /// place; the text may move a little up or down, and across only away from its anchor's side. The
 /// place is taken. Empty where everything is full.

@@ -181,7 +181,6 @@ void DrawTemperatureGrid(Plot& plot) {
 }
 
 void DrawTitles(Plot& plot) {
-  DrawMixingRatioLabels(plot);
   DrawTitle(plot);
   DrawTemperatureUnits(plot);
   const Rect* wind = plot.Where.Find("wind");
@@ -199,6 +198,7 @@ void DrawSoundingData(Plot& plot) {
   DrawOtherTraces(plot, false);
   DrawReferenceTraces(plot);
   DrawExtraLines(plot);
+  DrawMixingRatioLabels(plot);
   if (!plot.HasOthers()) DrawLegend(plot);
 }
 

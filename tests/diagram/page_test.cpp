@@ -10,6 +10,7 @@
 
 #include "config/options.h"
 #include "diagram/sounding_plot.h"
+#include "picture/clip.h"
 #include "support/page_checks.h"
 #include "support/soundings.h"
 #include "support/tagged_items.h"
@@ -93,6 +94,30 @@ TEST(DiagramPage, TextsAreLegibleOnThePageAndApart) {
           labels.push_back(label);
         }
       }
+    }
+  }
+}
+
+// Near 1000 hPa the numbers stand above the ground, where the traces begin: 14.9 g/kg at the dew
+// point's foot, 26.9 at that of the temperature.
+TEST(DiagramPage, MixingRatioNumbersKeepOffTheTraces) {
+  const PageCase low{"low", test::Profile({{1012, 30, 20}, {900, 22, 17}, {500, -10, -30}})};
+  for (const LayoutRow& layout : PageLayouts()) {
+    for (const Size& size : kSizes) {
+      const SoundingPlot plot = Draw(low, layout, WindowSurface(size.WidthPx, size.HeightPx));
+      std::size_t numbers = 0;
+      for (const Item* number : test::Tagged(plot.Page, "mixing ratio label")) {
+        const auto& label = std::get<Label>(number->Shape);
+        for (const char* trace : {"temperature", "dew point", "parcel"}) {
+          for (const Item* item : test::Tagged(plot.Page, trace)) {
+            const auto& line = std::get<Polyline>(item->Shape).Points;
+            EXPECT_TRUE(ClipPolyline(line, test::PlaceOf(label)).empty())
+                << trace << " through " << label.Text << ", " << layout.Name << size.WidthPx;
+          }
+        }
+        ++numbers;
+      }
+      EXPECT_GE(numbers, 3u) << layout.Name << size.WidthPx;
     }
   }
 }
