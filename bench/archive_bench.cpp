@@ -21,7 +21,7 @@
 #include "archive/query.h"
 #include "archive/standard_levels.h"
 #include "core/files.h"
-#include "core/numbers.h"
+#include "made_soundings.h"
 #include "sounding/sounding_source.h"
 
 namespace {
@@ -45,32 +45,9 @@ class Folder {
   fs::path path_;
 };
 
-// An ascent of 100 levels whose warmth, moisture and winds change from one to the next.
-std::string Ascent(int station, int number) {
-  constexpr int kLevels = 100;
-  const int year = 1950 + number / 730, day = number / 2 % 365;
-  const int month = 1 + day / 31, dayOfMonth = 1 + day % 31 % 28;
-  const double season = -std::cos(2 * 3.14159265 * day / 365);
-  const double weather = std::sin(number * 0.7) + 0.6 * std::sin(number * 0.13 + station);
-  std::string text = "#USM" + Mask(station, "00000000") + " " + Mask(year, "0000") + " " +
-                     Mask(month, "00") + " " + Mask(dayOfMonth, "00") + " " +
-                     (number % 2 == 0 ? "00" : "12") +
-                     " 9999  100 ncdc-gts ncdc-gts  413200  -963700\n";
-  for (int i = 0; i < kLevels; ++i) {
-    const double height = 400 + 290.0 * i;
-    const double press = 96500 * std::exp(-(height - 400) / 7600);
-    const double lapse = height < 12000 ? 6.6 : 0;
-    const double warmth = 16 + 12 * season + 4 * weather;
-    const double temp = height < 12000 ? warmth - lapse * (height - 400) / 1000 : warmth - 76.6;
-    const double depression = 3 + 5 * (1 + std::sin(i * 0.3 + number)) + height / 2500;
-    text += (i == 0 ? "21" : "10") + std::string(" -9999 ") + PadLeft(Shortest(ToWhole(press)), 6) +
-            " " + PadLeft(Shortest(ToWhole(height)), 5) + " " +
-            PadLeft(Shortest(ToWhole(temp * 10)), 5) + " -9999 " +
-            PadLeft(Shortest(ToWhole(depression * 10)), 5) + " " +
-            PadLeft(Shortest(170 + ToWhole(40 * (1 + weather)) + i / 2), 5) + " " +
-            PadLeft(Shortest(ToWhole(40 + 3 * i + 10 * weather)), 5) + " \n";
-  }
-  return text;
+const bench::MadeSoundings& Made() {
+  static const bench::MadeSoundings made(VEXA_SOURCE_DIR "/examples");
+  return made;
 }
 
 // Station files of 2000 ascents each.
@@ -81,7 +58,7 @@ std::vector<std::string> StationFiles(const Folder& folder, std::int64_t count) 
     const auto station = static_cast<int>(72000 + done / kOfAFile);
     files.push_back(TextFromPath(folder / (std::to_string(station) + ".txt")));
     std::ofstream file(files.back(), std::ios::binary);
-    for (int i = 0; i < kOfAFile && done + i < count; ++i) file << Ascent(station, i);
+    for (int i = 0; i < kOfAFile && done + i < count; ++i) file << Made().Ascent(station, i);
   }
   return files;
 }
@@ -134,7 +111,8 @@ void Enter(benchmark::State& state) {
   }
   state.SetItemsProcessed(state.iterations() * state.range(0));
   state.counters["MB peak"] = PeakMegabytes();
-  state.counters["bytes each"] = static_cast<double>(fs::file_size(path)) / static_cast<double>(state.range(0));
+  state.counters["bytes each"] =
+      static_cast<double>(fs::file_size(path)) / static_cast<double>(state.range(0));
   auto catalogue = Catalogue::Open(path, {.MayWrite = false});
   state.counters["ms again"] = Milliseconds([&] {
     auto writable = Catalogue::Open(path, {});
@@ -185,7 +163,7 @@ void Alike(benchmark::State& state) {
     catalogue.CountChange();
     transaction.Commit();
   }
-  auto source = SoundingSource::Open("x", Ascent(72000, 300));
+  auto source = SoundingSource::Open("x", Made().Ascent(72000, 300));
   const AnalysedSounding sounding(*std::move(source.Value().Load(0, {}).Sounding));
   const Entered entered{sounding, sounding.Results({})};
   std::optional<Outcome<Vectors>> vectors;
