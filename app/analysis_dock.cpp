@@ -17,7 +17,7 @@
 namespace vexa {
 namespace {
 
-enum IndexColumn { kLabel, kValue, kName, kColumns };
+enum IndexColumn { kLabel, kValue, kRank, kName, kColumns };
 
 // Asks for its explanation only when the pointer rests on it.
 class ValueItem : public QTableWidgetItem {
@@ -52,8 +52,8 @@ AnalysisDock::AnalysisDock(const Program& program, QWidget* parent)
   auto* splitter = new QSplitter(Qt::Vertical, inside);
   table_ = new QTableWidget(0, kColumns, splitter);
   table_->setObjectName(QStringLiteral("IndexTable"));
-  table_->setHorizontalHeaderLabels(
-      {QStringLiteral("Index"), QStringLiteral("Value"), QStringLiteral("Name")});
+  table_->setHorizontalHeaderLabels({QStringLiteral("Index"), QStringLiteral("Value"),
+                                     QStringLiteral("Usual"), QStringLiteral("Name")});
   table_->verticalHeader()->hide();
   table_->setSelectionBehavior(QAbstractItemView::SelectRows);
   table_->setSelectionMode(QAbstractItemView::SingleSelection);
@@ -85,16 +85,23 @@ void AnalysisDock::Follow() {
   const std::vector<analysis::IndexValue>& indices = program_.Results.Indices;
   const int current = table_->currentRow();
   table_->setRowCount(static_cast<int>(indices.size()));
+  const diagram::Usual* usual = program_.Usual.Shown();
+  table_->setColumnHidden(kRank, usual == nullptr);
   for (int i = 0; i < table_->rowCount(); ++i) {
     const analysis::IndexValue& index = indices[static_cast<std::size_t>(i)];
     const std::string value =
         analysis::ShownValue(index, program_.Set, program_.Current.Record.ElevM);
-    const QString texts[] = {ToQString(Trim(index.Row->Label)), ToQString(value),
-                             ToQString(index.Row->Name)};
+    const diagram::UsualRank* rank = usual == nullptr ? nullptr : usual->Find(*index.Row);
+    const QString texts[] = {
+        ToQString(Trim(index.Row->Label)), ToQString(value),
+        rank == nullptr ? QString() : QStringLiteral("%1%").arg(rank->Percentile),
+        ToQString(index.Row->Name)};
     for (int column = 0; column < kColumns; ++column) {
       table_->setItem(i, column, new ValueItem(program_, *index.Row, texts[column]));
     }
-    table_->item(i, kValue)->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    for (const int column : {kValue, kRank}) {
+      table_->item(i, column)->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    }
   }
   if (current < 0) table_->resizeColumnsToContents();
   Search(search_->text());

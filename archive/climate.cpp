@@ -109,16 +109,20 @@ std::string Climate::SampleText() const {
   return SampleOf(Of, Ascents, FirstYear, LastYear);
 }
 
+int ShownRank(double rank) {
+  constexpr int kLeast = 1, kMost = 99;
+  return std::clamp(ToWhole(rank), kLeast, kMost);
+}
+
 std::string RankText(double rank, int count, const Climate& climate) {
-  // No value lies at the very ends of a sample.
-  const int shown = std::clamp(ToWhole(rank), 1, 99);
-  return Ordinal(shown) + " of " + SampleOf(climate.Of, count, climate.FirstYear, climate.LastYear);
+  return Ordinal(ShownRank(rank)) + " of " +
+         SampleOf(climate.Of, count, climate.FirstYear, climate.LastYear);
 }
 
 Outcome<Climate> ClimateOf(Catalogue& catalogue, const ClimateRequest& request) {
   Climate climate{.Of = request};
   std::vector<const Column*> columns;
-  std::string sql = "SELECT s.year, s.month, s.day, s.hour, p.levels";
+  std::string sql = "SELECT s.year, s.month, s.day, s.hour, p.levels, s.settings";
   for (const Column& column : Columns()) {
     if (column.Index == nullptr || column.Kind != ColumnKind::Number || !catalogue.Has(column)) {
       continue;
@@ -139,13 +143,17 @@ Outcome<Climate> ClimateOf(Catalogue& catalogue, const ClimateRequest& request) 
       const auto part = [&](int column) { return static_cast<int>(select.Whole(column)); };
       const bool isTimed = !select.IsNull(0);
       if (!isTimed || !IsWanted(request, part(1), part(2), part(3))) continue;
+      if (!request.Settings.empty() && select.Text(5) != request.Settings) {
+        ++climate.UnderOthers;
+        continue;
+      }
       const int year = part(0);
       climate.FirstYear = climate.Ascents == 0 ? year : std::min(climate.FirstYear, year);
       climate.LastYear = std::max(climate.LastYear, year);
       ++climate.Ascents;
       const StandardLevels ascent = Unpacked(select.Text(4));
       for (std::size_t i = 0; i < levels.size(); ++i) levels[i].Add(ascent[i]);
-      constexpr int kFirstIndex = 5;
+      constexpr int kFirstIndex = 6;
       for (std::size_t i = 0; i < columns.size(); ++i) {
         const int column = kFirstIndex + static_cast<int>(i);
         if (!select.IsNull(column)) values[i].push_back(static_cast<float>(select.Number(column)));

@@ -27,6 +27,8 @@ struct ClimateRequest {
   int WindowDays = 15;             // to each side of the day
   std::optional<int> Hour{};       // UTC; ascents within an hour of it
   int LeastSample = kLeastSample;
+  std::string Settings{};  // fingerprint: those analysed under others are left out; empty: all
+  bool operator==(const ClimateRequest&) const = default;
 };
 
 /// 1 to 366 in a leap year, so that every date keeps its number; 0 for no date.
@@ -65,6 +67,7 @@ struct LevelClimate {
 struct Climate {
   ClimateRequest Of{};
   int Ascents = 0;
+  int UnderOthers = 0;  // left out, since they were analysed under other settings
   int FirstYear = 0, LastYear = 0;
   std::vector<IndexClimate> Indices{};  // those with enough values, in the order of the columns
   std::array<LevelClimate, kStandardPress.size()> Levels{};
@@ -78,6 +81,9 @@ Outcome<Climate> ClimateOf(Catalogue& catalogue, const ClimateRequest& request);
 
 /// Where a sounding belongs; of one without a number or a time there is nowhere.
 std::optional<ClimateRequest> RequestFor(const SoundingRecord& sounding);
+
+/// A rank in whole percent: no value lies at the very ends of a sample.
+int ShownRank(double rank);
 
 /// "97th of 1,240 June ascents, 1973-2024".
 std::string RankText(double rank, int count, const Climate& climate);

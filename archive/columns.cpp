@@ -111,13 +111,6 @@ std::vector<Column> MakeColumns() {
   return columns;
 }
 
-Cell IndexCell(const analysis::IndexRow& row, const analysis::AnalysisResults& results) {
-  const analysis::IndexValue* index = analysis::IndexOf(results, row);
-  if (index == nullptr || !index->Exists()) return {};
-  if (row.Kind == analysis::Measure::Word) return TextOrNone(index->Text);
-  return Rounded(index->Value, kDecimals);
-}
-
 // Every option, those outside the analysis at their defaults.
 Options OptionsOf(const AnalysisSettings& settings) {
   Options options;
@@ -141,6 +134,13 @@ const Column* FindColumn(std::string_view name) {
 
 int StationNumber(const SoundingRecord& sounding) {
   return sounding.WmoNumber != 0 ? sounding.WmoNumber : StationNumberInTitle(sounding.StationTitle);
+}
+
+Cell IndexCell(const analysis::IndexRow& row, const analysis::AnalysisResults& results) {
+  const analysis::IndexValue* index = analysis::IndexOf(results, row);
+  if (index == nullptr || !index->Exists()) return {};
+  if (row.Kind == analysis::Measure::Word) return TextOrNone(index->Text);
+  return Rounded(index->Value, kDecimals);
 }
 
 Cell ValueOf(const Column& column, const Entered& entered) {

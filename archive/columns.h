@@ -41,6 +41,8 @@ const Column* FindColumn(std::string_view name);
 int StationNumber(const SoundingRecord& sounding);
 
 Cell ValueOf(const Column& column, const Entered& entered);
+/// The same of the column of an index.
+Cell IndexCell(const analysis::IndexRow& row, const analysis::AnalysisResults& results);
 
 /// A value as tables show it: whole numbers and texts as they are, numbers by Shortest.
 std::string CellText(const Cell& cell);

@@ -59,6 +59,10 @@ std::string RankOf(const Line& line, const Climate& climate) {
 
 std::string TextOf(const std::vector<Line>& lines, const Climate& climate) {
   std::string text = climate.SampleText() + " at " + Mask(climate.Of.Station, "00000") + "\n";
+  if (climate.UnderOthers > 0) {
+    text += archive::GroupedCount(climate.UnderOthers) +
+            " more were analysed under other settings and are left out.\n";
+  }
   text += PadRight("", 12) + PadRight("", 11) + PadLeft("n", 7) + PadLeft("least", 10) +
           PadLeft("10 %", 10) + PadLeft("25 %", 10) + PadLeft("median", 10) + PadLeft("75 %", 10) +
           PadLeft("90 %", 10) + PadLeft("most", 10) + "\n";
@@ -109,6 +113,7 @@ std::string JsonOf(const std::vector<Line>& lines, const Climate& climate) {
   json["station"] = climate.Of.Station;
   json["sample"] = climate.SampleText();
   json["ascents"] = climate.Ascents;
+  json["left out under other settings"] = climate.UnderOthers;
   json["years"] = {climate.FirstYear, climate.LastYear};
   json["least sample"] = climate.Of.LeastSample;
   json["percentiles"] = "linear between ordered values, Hyndman and Fan 1996, definition 7";
@@ -181,6 +186,7 @@ int RunClimate(const ArchiveWork& work) {
     }
   }
   if (const auto wrong = TakeOptions(work.Given, request)) return WrongWords(work, *wrong);
+  request.Settings = archive::Fingerprint(settings);
   Outcome<archive::Catalogue> catalogue = OpenCatalogue(work, {.MayWrite = false});
   if (!catalogue) return CatalogueFailed(work, work.Name, catalogue.Error());
   const Outcome<Climate> found = archive::ClimateOf(catalogue.Value(), request);

@@ -24,8 +24,12 @@ void Inputs::Fail(const std::string& name, const Fault& fault) {
 }
 
 void Inputs::Fail(const std::string& name, std::string_view reason) {
-  console_.Err("vexa-cli: " + name + ": " + std::string(reason) + "\n");
+  Note(name, reason);
   exitCode_ = kExitInputFailed;
+}
+
+void Inputs::Note(const std::string& name, std::string_view text) {
+  console_.Err("vexa-cli: " + name + ": " + std::string(text) + "\n");
 }
 
 void Inputs::Doubt(const std::string& file, const QcFinding& finding) {

@@ -29,6 +29,8 @@ class Inputs {
   /// "vexa-cli: NAME: reason", of an input or an output.
   void Fail(const std::string& name, const Fault& fault);
   void Fail(const std::string& name, std::string_view reason);
+  /// The same of what is no failure.
+  void Note(const std::string& name, std::string_view text);
   /// "vexa-cli: FILE: the data are doubtful: ..."; nothing for no finding.
   void Doubt(const std::string& file, const QcFinding& finding);
 

@@ -82,6 +82,7 @@ bool LoadedProgram::LoadAt(const std::string& file, std::optional<int> index) {
   program_.Doc.Take(Document::GiveUpEdits(), *std::move(loaded));
   mountains_.Of(program_.Current.Record);  // only for what it tells
   program_.Doc.Analyse(program_.Set, program_.Adiabats, {});
+  if (const auto told = FollowCatalogue(program_)) inputs_.Note(file, *told);
   return true;
 }
 

@@ -83,7 +83,8 @@ constexpr OptionRow kDiagramTab1Rows[] = {
         .Says("Reads the grid's values under the cursor."),
     Row<At<&ViewSettings::Heights>>("Height mode = ", kDiagramTab1)
         .Says("Heights above mean sea level or above ground."),
-    Row<At<&ViewSettings::FreezeLine>>("Freeze line = ", kDiagramTab1).Says("Draws the freezing levels."),
+    Row<At<&ViewSettings::FreezeLine>>("Freeze line = ", kDiagramTab1)
+        .Says("Draws the freezing levels."),
     Row<At<&ViewSettings::TropoLine>>("Tropo line = ", kDiagramTab1).Says("Draws the tropopauses."),
 };
 
@@ -111,7 +112,8 @@ constexpr OptionRow kDiagramTab2Rows[] = {
         .Says("Unit of the temperature scale."),
     Row<At<&ViewSettings::TempDualScale>>("Temp dual scale = ", kDiagramTab2)
         .Says("Adds a scale in °F; in °C where the first is in °F."),
-    Row<At<&ViewSettings::TempGridInterval>, kTrue, kTempIntervals>("Temp grid interval = ", kDiagramTab2)
+    Row<At<&ViewSettings::TempGridInterval>, kTrue, kTempIntervals>("Temp grid interval = ",
+                                                                    kDiagramTab2)
         .In("degrees")
         .Says("Spacing of the isotherms."),
     Row<At<&ViewSettings::TempScaling>>("Temp grid scaling = ", kDiagramTab2)
@@ -120,7 +122,8 @@ constexpr OptionRow kDiagramTab2Rows[] = {
         .In("°C")
         .When(ScalesByHand)
         .Says("Temperature at the diagram's left edge in manual scaling."),
-    Row<At<&ViewSettings::TempMax>, kTrue, Range{-80, 60}>("  Temp MAX = ", kDiagramTab2, Record::Same)
+    Row<At<&ViewSettings::TempMax>, kTrue, Range{-80, 60}>("  Temp MAX = ", kDiagramTab2,
+                                                           Record::Same)
         .In("°C")
         .When(ScalesByHand)
         .Says("Temperature at the right edge; at least 40 degrees above the left."),
@@ -137,7 +140,8 @@ constexpr OptionRow kDiagramTab2Rows[] = {
 constexpr std::string_view kDiagramTab3 = "Diagram/Tab 3";
 
 constexpr OptionRow kDiagramTab3Rows[] = {
-    Row<At<&ViewSettings::DryAdiabats>>("Dry adiabats = ", kDiagramTab3).Says("Draws the dry adiabats."),
+    Row<At<&ViewSettings::DryAdiabats>>("Dry adiabats = ", kDiagramTab3)
+        .Says("Draws the dry adiabats."),
     Row<At<&ViewSettings::SatAdiabats>>(" Saturation adiabats = ", kDiagramTab3, Record::Same)
         .Says("Draws the saturation adiabats."),
     Row<At<&ViewSettings::MixingLines>>(" Mixing ratio lines = ", kDiagramTab3, Record::Same)
@@ -167,7 +171,8 @@ constexpr OptionRow kDiagramTab3Rows[] = {
         .As("Dry Ref Val Plot")
         .Named("Plot reference dry adiabat")
         .Says("Draws the reference dry adiabat."),
-    Row<At<&ViewSettings::DryRef, &ReferenceLine::ShowLabel>>("  Label = ", kDiagramTab3, Record::Same)
+    Row<At<&ViewSettings::DryRef, &ReferenceLine::ShowLabel>>("  Label = ", kDiagramTab3,
+                                                              Record::Same)
         .As("Dry Ref Val Label")
         .Named("Label reference dry adiabat")
         .Says("Labels the reference dry adiabat."),
@@ -180,7 +185,8 @@ constexpr OptionRow kDiagramTab3Rows[] = {
         .As("Sat Ref Val Plot")
         .Named("Plot reference saturation adiabat")
         .Says("Draws the reference saturation adiabat."),
-    Row<At<&ViewSettings::SatRef, &ReferenceLine::ShowLabel>>("  Label = ", kDiagramTab3, Record::Same)
+    Row<At<&ViewSettings::SatRef, &ReferenceLine::ShowLabel>>("  Label = ", kDiagramTab3,
+                                                              Record::Same)
         .As("Sat Ref Val Label")
         .Named("Label reference saturation adiabat")
         .Says("Labels the reference saturation adiabat."),
@@ -193,7 +199,8 @@ constexpr OptionRow kDiagramTab3Rows[] = {
         .As("Mix Ref Val Plot")
         .Named("Plot reference mixing ratio line")
         .Says("Draws the reference mixing ratio line."),
-    Row<At<&ViewSettings::MixRef, &ReferenceLine::ShowLabel>>("  Label = ", kDiagramTab3, Record::Same)
+    Row<At<&ViewSettings::MixRef, &ReferenceLine::ShowLabel>>("  Label = ", kDiagramTab3,
+                                                              Record::Same)
         .As("Mix Ref Val Label")
         .Named("Label reference mixing ratio line")
         .Says("Labels the reference mixing ratio line."),
@@ -222,6 +229,17 @@ constexpr OptionRow kTab4Rows[] = {
         .As("Virtual temperature trace")
         .Named("Virtual temperature trace")
         .Says("Draws the virtual temperature beside the temperature."),
+    Row<At<&ViewSettings::UsualTemps>>("", kTab4)
+        .As("Usual temperatures")
+        .Named("Usual temperatures")
+        .Says(
+            "Shades how temperature and dew point are spread here in this month and at this hour: "
+            "10 to 90 %, and the median; by the catalogue of soundings."),
+    Row<At<&ViewSettings::UsualWinds>>("", kTab4)
+        .As("Usual winds")
+        .Named("Usual winds")
+        .Says("Shades how the wind speed is spread, in the column of winds, with the sounding's "
+              "own."),
     Row<At<&ViewSettings::WindShafts>>("Wind shafts = ", kTab4)
         .Says("Draws the staff on which the wind symbols stand."),
     Row<At<&ViewSettings::WindDots>>("  Wind dots = ", kTab4, Record::Same)

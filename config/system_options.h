@@ -25,6 +25,7 @@ struct SystemOptions {
   std::string CrossSectionFolder = "crosdata\\";
   std::string ReferenceFolder{};  // empty: the program folder
   std::string HeaderFile = "Header.Dat";
+  std::string Catalogue{};  // of soundings, that tells what is usual; empty: none
   bool CursorGrid = true;
   bool CursorData = true;
   bool Autoload = false;

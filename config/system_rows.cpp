@@ -39,6 +39,12 @@ constexpr OptionRow kRows[] = {
         .As("Header file")
         .Named("Header list")
         .Says("File that lists the headers of the soundings chosen for stepping."),
+    Row<kSystem<&SystemOptions::Catalogue>>("", kPlace)
+        .As("Catalogue")
+        .Named("Catalogue of soundings")
+        .Says(
+            "Catalogue that tells how usual a sounding is, in the panels and on the diagram; empty "
+            "for none."),
     Row<kSystem<&SystemOptions::CursorGrid>>("CursorGrid = ", kPlace)
         .Named("Cursor grid labels")
         .Says("Labels the cursor with the values of the diagram's grid.")

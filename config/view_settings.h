@@ -188,6 +188,8 @@ struct ViewSettings : UnitSettings {
   int DewptColor = 9;
   bool WetBulbTrace = false;
   bool VirtualTrace = false;
+  bool UsualTemps = false;  // the spread of temperature and dew point, by a catalogue
+  bool UsualWinds = false;  // that of the wind speed
   bool WindShafts = true;
   bool WindDots = true;
   WindDisplay Winds = WindDisplay::Barbs;

@@ -61,6 +61,11 @@ constexpr LineRow kLegendLines[] = {
      "half a feather is 5 kts, a feather 10 kts, a pennant 50 kts.",
      &Palette::Wind, nullptr, nullptr,
      [](const DisplaySettings& set) { return set.Winds != WindDisplay::None; }},
+    {"Usual temperatures",
+     "are those of eight of ten ascents here in this month and at this hour; the dots stand at the "
+     "median.",
+     nullptr, &Palette::UsualTemp, nullptr,
+     [](const DisplaySettings& set) { return set.UsualTemps; }},
     {"Isobars", "join equal pressure: level lines, the lower the pressure the higher up.",
      &Palette::Isobar},
     {"Isotherms", "join equal temperature.", &Palette::Isotherm},

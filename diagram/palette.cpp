@@ -189,6 +189,19 @@ void SetAreas(Palette& p, bool black) {
   Color veil = p.Paper;
   veil.Alpha = 170;
   p.Cape = {Over(veil, cape), FillStyle::Plain};
+  const auto spread = [black](Color ink) {
+    ink.Alpha = black ? 64 : 40;
+    return Brush{ink, FillStyle::Plain};
+  };
+  p.UsualTemp = spread(p.Temperature.Ink);
+  p.UsualDewpt = spread(p.Dewpoint.Ink);
+  p.UsualWind = spread(p.Ink);
+  const auto median = [&p](Color ink) {
+    return Pen{Blend(ink, p.Paper, 0.35), 14, LineStyle::Dots};
+  };
+  p.UsualTempLine = median(p.Temperature.Ink);
+  p.UsualDewptLine = median(p.Dewpoint.Ink);
+  p.UsualWindLine = median(p.Ink);
   Color cin = LegibleColor(p, 9);
   cin.Alpha = black ? 70 : 45;
   p.Cin = {Over(veil, cin), FillStyle::Plain};

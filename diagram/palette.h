@@ -35,6 +35,12 @@ struct Palette {
   Pen Tropopause{};
   Pen StandardAtmosphere{};
   Pen HeightAxis{};
+  Brush UsualTemp{};    // 10 to 90 % of the temperature
+  Brush UsualDewpt{};   // of the dew point
+  Brush UsualWind{};    // of the wind speed
+  Pen UsualTempLine{};  // medians
+  Pen UsualDewptLine{};
+  Pen UsualWindLine{};
   Brush Ground{};
   Brush Cape{};
   Brush Cin{};

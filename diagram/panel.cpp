@@ -20,6 +20,7 @@ constexpr double kText = LetterSize(Type::Note);
 constexpr double kStep = 15 * kUnitsPerPixel;
 constexpr double kMargin = kBoxPadding;
 constexpr std::string_view kNoValue = "--";
+constexpr double kColumnGap = kStep / 2;
 constexpr double kValueAt = 10.8;  // letters, behind a label of ten
 
 // Rows of the chosen parcel's column, in their order.
@@ -165,6 +166,7 @@ struct PanelCell {
   std::string Text{};
   std::size_t Line = 0;
   bool IsRight = false;
+  bool IsAlone = false;    // in its line
   std::size_t Indent = 0;  // letters, to the points of the numbers above and below
 };
 
@@ -195,13 +197,16 @@ std::vector<PanelCell> ArrangeIndices(const Plot& plot) {
   bool isRight = false;
   for (const analysis::IndexValue* index : PanelIndices(plot)) {
     PanelCell cell{.Index = index, .Text = ShortText(Show(plot, *index))};
-    const bool isLong = cell.Text.size() > kMostLetters;
+    // Two columns leave no room for a percentile either.
+    const bool isRanked = plot.In.Spread != nullptr && plot.In.Spread->Find(*index->Row) != nullptr;
+    const bool isLong = isRanked || cell.Text.size() > kMostLetters;
     if (isLong && isRight) {
       ++line;
       isRight = false;
     }
     cell.Line = line;
     cell.IsRight = isRight;
+    cell.IsAlone = isLong;
     if (isRight || isLong) ++line;
     isRight = !isRight && !isLong;
     cells.push_back(std::move(cell));
@@ -210,15 +215,32 @@ std::vector<PanelCell> ArrangeIndices(const Plot& plot) {
   return cells;
 }
 
+// At the right end of its column, how usual a value is here: the percentile. Empty where nothing is
+// known of it or the value leaves no room.
+void DrawRank(Plot& plot, const analysis::IndexValue& index, double used, Point at) {
+  const UsualRank* rank = plot.In.Spread == nullptr ? nullptr : plot.In.Spread->Find(*index.Row);
+  if (rank == nullptr) return;
+  const std::string text = Shortest(rank->Percentile) + "%";
+  constexpr double kLetter = 0.6 * kText;
+  if (used + kLetter * static_cast<double>(text.size() + 1) > at.X) return;
+  plot.Page.Add("rank", Label{.At = at,
+                              .Text = text,
+                              .Across = AnchorX::Right,
+                              .Size = kText,
+                              .Font = Face::Mono,
+                              .Ink = plot.Inks.PanelHead});
+}
+
 // A label and its value; the pointer over it asks for its explanation by the label.
 void DrawIndex(Plot& plot, const analysis::IndexValue& index, Point at, double size, double step,
-               const std::string& value, std::string_view tag, std::size_t indent) {
+               const std::string& value, std::string_view tag, std::size_t indent, double right) {
   const double letter = 0.6 * size;
   DrawMono(plot, std::string(tag) + " label", at, std::string(index.Row->Label), size,
            plot.Inks.Faint);
   const double valueAt = letter * (kValueAt + static_cast<double>(indent));
   DrawMono(plot, std::string(tag) + " value", {at.X + valueAt, at.Y}, value, size, plot.Inks.Ink);
   const double width = valueAt + letter * static_cast<double>(value.size());
+  DrawRank(plot, index, at.X + width, {right, at.Y});
   plot.Page.AddHotSpot({{at.X, at.Y - step / 2, at.X + width, at.Y + step / 2},
                         std::string(kIndexSpot),
                         std::string(Trim(index.Row->Label))});
@@ -299,7 +321,8 @@ void InfoBoxx(Plot& plot) {
     const Point at{x + static_cast<double>(i / perColumn) * column,
                    top + static_cast<double>(i % perColumn) * kStep};
     if (at.Y > last) break;
-    DrawIndex(plot, *rows[i].Index, at, kText, kStep, rows[i].Text, "analysis", rows[i].Indent);
+    DrawIndex(plot, *rows[i].Index, at, kText, kStep, rows[i].Text, "analysis", rows[i].Indent,
+              isWide ? at.X + column - kColumnGap : region->Right - kMargin);
   }
   double y = top + (static_cast<double>(std::min(rows.size(), perColumn)) + 0.5) * kStep;
   for (const std::string& line : table) {
@@ -311,7 +334,8 @@ void InfoBoxx(Plot& plot) {
   for (const PanelCell& cell : indices) {
     const Point at{x + (cell.IsRight ? column : 0), y + kStep * static_cast<double>(cell.Line)};
     if (at.Y > last) return;
-    DrawIndex(plot, *cell.Index, at, kText, kStep, cell.Text, "index", cell.Indent);
+    DrawIndex(plot, *cell.Index, at, kText, kStep, cell.Text, "index", cell.Indent,
+              cell.IsAlone ? region->Right - kMargin : at.X + column - kColumnGap);
   }
 }
 

@@ -19,6 +19,7 @@
 #include "diagram/scaling.h"
 #include "diagram/title_text.h"
 #include "diagram/traces.h"
+#include "diagram/usual_bands.h"
 #include "diagram/wind_column.h"
 #include "picture/shapes.h"
 #include "picture/text_width.h"
@@ -192,6 +193,7 @@ void DrawTitles(Plot& plot) {
 
 void DrawSoundingData(Plot& plot) {
   DrawStabilityBars(plot);
+  DrawUsualTemps(plot);
   DrawParcel(plot);
   DrawOtherTraces(plot, true);
   DrawTraces(plot);

@@ -12,6 +12,7 @@
 #include "core/interaction.h"
 #include "core/sounding_record.h"
 #include "diagram/mapping.h"
+#include "diagram/usual.h"
 #include "picture/label_room.h"
 #include "picture/page_layouts.h"
 #include "picture/picture.h"
@@ -91,6 +92,7 @@ struct PlotInput {
   std::optional<double> LoopHoldTime{};   // s, while a loop runs
   Scaling OthersScaling = Scaling::Auto;  // Auto: the axes make room for every sounding
   const SoundingRecord* Reference = nullptr;
+  const Usual* Spread = nullptr;  // what is usual here, where it is known
   ExtraLines Lines{};
   std::optional<Rect> Zoom{};  // part of the diagram's frame that fills it, in shares of it
   /// Drawn by this mapping as long as it is of the right type, not by one of the sounding's own.

@@ -327,6 +327,8 @@ void DrawLegend(Plot& plot) {
   entries.Line("wet bulb", "Tw", plot.Inks.WetBulb);
   entries.Line("parcel", "Parcel", plot.Inks.Parcel);
   entries.Line("reference temperature", "Reference", {plot.Inks.Faint, 22, LineStyle::Dash});
+  entries.AreaOf("usual temperature", "T 10-90 %", plot.Inks.UsualTemp);
+  entries.AreaOf("usual dew point", "Td 10-90 %", plot.Inks.UsualDewpt);
   entries.AreaOf("CAPE area", "CAPE", plot.Inks.Cape);
   entries.AreaOf("CIN hatch", "CIN", plot.Inks.CinHatch);
   for (const StabilityClass& stability : kStability) {

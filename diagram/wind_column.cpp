@@ -14,6 +14,7 @@
 #include "core/numbers.h"
 #include "diagram/grid.h"
 #include "diagram/palette.h"
+#include "diagram/usual_bands.h"
 #include "diagram/wind_symbol.h"
 #include "picture/shapes.h"
 
@@ -175,6 +176,7 @@ void DrawWindColumn(Plot& plot) {
     plot.Page.Add("wind box",
                   Polyline{.Points = OutlineOf(column), .Stroke = plot.Inks.PanelFrame});
   }
+  if (second == nullptr) DrawUsualWinds(plot, barbs);
   DrawSegment(plot.Page, "wind axis", {x, column.Top}, {x, column.Bottom}, plot.Inks.Isobar);
   if (second != nullptr) {
     DrawSecondWinds(plot, *second, {middle, column.Top, column.Right, column.Bottom});

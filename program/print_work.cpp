@@ -208,6 +208,7 @@ std::vector<Picture> PagesToPrint(const Program& program, const PrintRequest& re
                                               .Notes = other->Notes(),
                                               .Finding = other->Finding()});
     beside.Doc.Analyse(beside.Set, beside.Adiabats, {});
+    FollowCatalogue(beside);
     std::ranges::move(PagesOf(beside, rest), std::back_inserter(pages));
   }
   return pages;

@@ -100,6 +100,7 @@ bool Refresh(Program& program, Changes changes) {
     const Document::Computed computed =
         program.Doc.Analyse(program.Set, program.Adiabats, ProgressOf(program));
     if (computed == Document::Computed::Everything) HintAtDcape(program);
+    if (auto told = FollowCatalogue(program)) program.Notices.push_back(std::move(*told));
     std::optional<diagram::SoundingPlot> plot =
         PlotShown(program, program.Set, program.View.On, ProgressOf(program));
     if (!plot) return {};

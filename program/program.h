@@ -24,6 +24,7 @@
 #include "diagram/sounding_plot.h"
 #include "program/command_gate.h"
 #include "program/display_row.h"
+#include "program/usual_values.h"
 #include "program/view_state.h"
 #include "sounding/document.h"
 #include "sounding/sounding_set.h"
@@ -56,6 +57,7 @@ struct Program {
   std::vector<SharedSounding> Others{};  // overlay and comparison
   Folders Where{};
   std::filesystem::path HelpFile{};  // empty: none was found
+  UsualValues Usual{};               // what a catalogue tells of the sounding in work
   StationList Stations{};            // of the root folder, for soundings that give a number only
 
   analysis::SevereTable Severe = analysis::DefaultSevereTable();

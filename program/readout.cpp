@@ -28,7 +28,9 @@ std::string PotentialText(const diagram::DiagramCoordinates& at, const Options& 
 std::string HotInfo(const Program& program, std::string_view label) {
   const analysis::IndexRow* row = analysis::FindIndex(label);
   if (row == nullptr) return {};
-  return analysis::Explain(*row, program.Current.Record, program.Results, program.Set);
+  return analysis::Explain(*row, program.Current.Record, program.Results, program.Set) +
+         program.Usual.Hint(*row, program.Results,
+                            analysis::UnitsOf(program.Set, program.Current.Record.ElevM));
 }
 
 std::string CursorGridData(const Options& set, const diagram::DiagramCoordinates& at) {

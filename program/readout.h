@@ -17,7 +17,8 @@ struct Readout {
   std::string Tip{};       // how an index came about, on several lines
 };
 
-/// How the index of a trimmed panel label came about; empty for a label that is none.
+/// How the index of a trimmed panel label came about, and how usual its value is where a catalogue
+/// tells; empty for a label that is none.
 std::string HotInfo(const Program& program, std::string_view label);
 
 /// Temperature and dew point as the cursor tells them, in the unit of the diagram's axis:

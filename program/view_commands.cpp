@@ -95,6 +95,7 @@ std::optional<diagram::SoundingPlot> PlotShown(const Program& program, const Opt
   }
   input.OthersScaling = view.Mode == MultiMode::Compare ? set.CompareScaling : set.OverlayScaling;
   if (view.ShowsReference && view.Reference) input.Reference = &view.Reference->Record();
+  input.Spread = program.Usual.Shown();
   if (view.Looping) input.LoopHoldTime = program.Set.System.MovieTime;
   if (view.LoopScale) input.Scale = &*view.LoopScale;
   input.Fronts = FrontMarks(program, set);

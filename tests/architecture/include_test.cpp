@@ -40,7 +40,7 @@ const std::map<std::string, std::vector<std::string>> kBuildsOn = {
     {"forecast", {"sounding", "fronts", "map", "diagram"}},  // what it is made of, and its maps
     {"program",
      {"sounding", "download", "hodograph", "fronts", "display", "output", "crosssection", "map",
-      "forecast"}},
+      "forecast", "archive"}},
     {"report", {"program"}},
     {"engine", {"report"}},
     {"app", {"program", "output/paint", "download/net", "report", "archive"}},

@@ -93,12 +93,13 @@ bool LivesIn(Scenes& scenes, const OptionRow& row) {
 }
 
 TEST(Options, NoneOfTheDiagramIsWithoutEffect) {
-  // Read elsewhere: by the file dialog, the hodograph, the pages of the analysis box and with
-  // several soundings.
+  // Read elsewhere: by the file dialog, the hodograph, the pages of the analysis box, with
+  // several soundings and with a catalogue.
   const std::set<std::string_view> elsewhere = {
       "Auto directory update", "Plot Hodo",       "Plot SM Vector",  "Hodo location",
       "Hodo Grid origin",      "Hodo depth mode", "Depth limit",     "Custom panel",
-      "Thermo display type",   "ThermoNum",       "Overlay scaling", "Compare scaling"};
+      "Thermo display type",   "ThermoNum",       "Overlay scaling", "Compare scaling",
+      "Usual temperatures",    "Usual winds"};
   SoundingRecord sounding = test::ReferenceConvective();
   sounding.StationTitle = "Norman  00Z 04 MAY 1999";
   SoundingRecord high = sounding;  // reaches above the tephigram's top
