@@ -29,6 +29,7 @@ SoundingChooser::SoundingChooser(const std::vector<std::string>& titles, QWidget
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
   auto* all = buttons->addButton(QStringLiteral("Choose &all"), QDialogButtonBox::ActionRole);
   all->setObjectName(QStringLiteral("cmdAll"));
+  all->setAutoDefault(false);  // Enter after it takes what is chosen
   connect(all, &QPushButton::clicked, list_, &QListWidget::selectAll);
   connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);

@@ -125,7 +125,7 @@ void AddSpot(Canvas& canvas, std::string_view tag, const WindVector& wind, std::
 }
 
 double FarthestName(const Canvas& canvas) {
-  return canvas.Small ? 3 : 12;
+  return canvas.Small ? 5 : 12;
 }
 
 void DrawLeader(Canvas& canvas, Point at, Point middle, double width, double height, Color ink) {

@@ -392,7 +392,9 @@ TEST_F(DataWindowsTest, AFileOfSeveralSoundingsAsksWhich) {
   program.ChooseSoundings = [&](const std::vector<std::string>& titles) {
     offered = titles;
     SoundingChooser chooser(titles, nullptr);
-    In<QListWidget>(chooser, "SoundingsOfFile").selectAll();
+    auto& all = In<QPushButton>(chooser, "cmdAll");
+    EXPECT_FALSE(all.autoDefault()) << "Enter after it would choose all once more";
+    all.click();
     return chooser.Chosen();
   };
   EXPECT_TRUE(OpenSoundings(program, {file}).Sounding);
