@@ -28,6 +28,7 @@ constexpr Bounds kBounds[] = {{1100, -90, 60}, {850, -90, 50},   {700, -90, 35},
 constexpr double kMetresPerKelvin = analysis::kDryGasConstant / analysis::kGravity;
 constexpr double kDryLapse = 0.00977;  // °C/m
 constexpr double kTropopause = 300;    // hPa, above which the significant levels stand wider
+constexpr double kLongestLine = 0.5;   // in ln p, between levels that say what lies between them
 constexpr double kInDecametres = 500;  // hPa, from which up heights are given so
 
 double Between(double at, double x0, double x1, double y0, double y1) {
@@ -163,11 +164,11 @@ class Jury {
 
   // A difference that some stations have, but few: told, and both are left.
   void TellOffLines(std::vector<std::string>& notes) const {
-    constexpr double kSeldom = 2.3, kLongest = 0.5;  // °C; in ln p
+    constexpr double kSeldom = 2.3;  // °C
     for (const HeldValue& value : temps_) {
       if (!value.IsOn || value.Level->Kind != LevelKind::Mandatory) continue;
       const std::optional<Line> line = LineAt(value);
-      if (!line || line->Length > kLongest) continue;
+      if (!line || line->Length > kLongestLine) continue;
       const double off = std::fabs(line->Temp - value.Amount);
       if (off <= kSeldom) continue;
       notes.push_back("At " + Shortest(value.Press) + " hPa " + Shortest(value.Amount) +
@@ -258,15 +259,9 @@ class Jury {
     }
   }
 
-  // A temperature that part B or D alone gives and that stands out between its neighbours as few
-  // do. In the troposphere by the kinks that it makes at all three; aloft, where waves make kinks,
-  // by both steps to the neighbours.
+  // A temperature that nothing else bears out and that stands out between its neighbours as few do:
+  // one of part B or D, or a mandatory one aloft beyond where these have a line.
   void TellZigzags(std::vector<std::string>& notes) const {
-    struct Band {
-      double Lowest, Seldom;  // hPa, °C
-    };
-    constexpr Band kBands[] = {{100, 2.4}, {300, 2.0}};
-    constexpr double kSeldomStep = 3.65;  // °C, above 100 hPa
     std::vector<Point> points;
     for (const HeldValue& value : temps_) {
       if (!value.IsOn) continue;
@@ -278,24 +273,39 @@ class Jury {
     }
     for (std::size_t i = 1; i + 1 < points.size(); ++i) {
       const HeldValue& value = *points[i].Of;
-      const bool isAlone = points[i].IsAlone && value.Level->IsFine();
+      const bool isAlone = points[i].IsAlone && (value.Level->IsFine() || IsBeyondLines(value));
       if (!isAlone || value.Level->IsBehindGap || points[i + 1].Of->Level->IsBehindGap) continue;
-      double seldom = kSeldomStep;
-      for (const Band& band : kBands) {
-        if (value.Press >= band.Lowest) seldom = band.Seldom;
-      }
-      const double out = value.Press >= kBands[0].Lowest ? Zigzag(points, i) : Spike(points, i);
-      if (out <= seldom) continue;
+      if (!StandsOut(points, i)) continue;
       notes.push_back("At " + Shortest(value.Press) + " hPa " + Shortest(value.Amount) +
                       " C of part " + value.Level->Part +
                       " stands out from the levels around it; it may be garbled.");
     }
   }
 
+  bool IsBeyondLines(const HeldValue& value) const {
+    if (value.Level->Kind != LevelKind::Mandatory || value.Press >= kInDecametres) return false;
+    const std::optional<Line> line = LineAt(value);
+    return !line || line->Length > kLongestLine;
+  }
+
   struct Point {
     const HeldValue* Of = nullptr;
     bool IsAlone = true;  // no other part has a temperature here
   };
+
+  // In the troposphere a value shows by the kinks that it makes at all three levels; aloft, where
+  // waves make kinks, and where there are no two levels on each side, by both steps to its
+  // neighbours.
+  static bool StandsOut(const std::vector<Point>& points, std::size_t i) {
+    constexpr double kLow = 2.0, kHigh = 2.4, kStep = 2.5, kStepAloft = 3.65;  // °C
+    constexpr double kAloft = 100;                                             // hPa
+    const HeldValue& value = *points[i].Of;
+    const bool isFine = value.Level->IsFine();
+    if (isFine && value.Press < kAloft) return Spike(points, i) > kStepAloft;
+    const bool hasTwoOnEachSide = i >= 2 && i + 2 < points.size();
+    if (!isFine || !hasTwoOnEachSide) return Spike(points, i) > kStep;
+    return Zigzag(points, i) > (value.Press >= kTropopause ? kLow : kHigh);
+  }
 
   // The smaller step to a neighbour, where both go the same way.
   static double Spike(const std::vector<Point>& points, std::size_t i) {
@@ -308,7 +318,6 @@ class Jury {
   // that is off by E bends the line at a neighbour by its share of E, the other way.
   static double Zigzag(const std::vector<Point>& points, std::size_t i) {
     constexpr double kLeastShare = 0.12;
-    if (i < 2 || i + 2 >= points.size()) return 0;
     const double off = Kink(points, i);
     const auto borneOut = [&](std::size_t neighbour) {
       const double log = points[neighbour].Of->LogPress,
