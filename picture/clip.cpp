@@ -53,6 +53,44 @@ std::optional<Segment> ClipSegment(Point from, Point to, const Rect& rect) {
   return kept;
 }
 
+// A line that is drawn in pieces; a piece has two points at least.
+class Pieces {
+ public:
+  bool EndsAt(Point at) const { return !piece_.empty() && piece_.back() == at; }
+  void Add(Point at) { piece_.push_back(at); }
+  void GoTo(Point at) {
+    if (!EndsAt(at)) Add(at);
+  }
+  void End() {
+    if (piece_.size() > 1) pieces_.push_back(std::move(piece_));
+    piece_.clear();
+  }
+  std::vector<std::vector<Point>> Take() {
+    End();
+    return std::move(pieces_);
+  }
+
+ private:
+  std::vector<Point> piece_;
+  std::vector<std::vector<Point>> pieces_;
+};
+
+// Walks a line; `add` adds what is wanted of each span to the pieces, given what of it lies inside.
+template <class AddSpan>
+std::vector<std::vector<Point>> CutAlong(const std::vector<Point>& points, const Rect& rect,
+                                         const AddSpan& add) {
+  Pieces pieces;
+  for (std::size_t i = 1; i < points.size(); ++i) {
+    const Segment span{points[i - 1], points[i]};
+    if (IsFinite(span.From) && IsFinite(span.To)) {
+      add(pieces, span, ClipSegment(span.From, span.To, rect));
+    } else {
+      pieces.End();
+    }
+  }
+  return pieces.Take();
+}
+
 // One side of Sutherland & Hodgman (1974).
 template <class Inside, class Crossing>
 std::vector<Point> CutSide(const std::vector<Point>& ring, Inside&& inside, Crossing&& crossing) {
@@ -81,63 +119,28 @@ bool IsFinite(Point at) {
 }
 
 std::vector<std::vector<Point>> ClipPolyline(const std::vector<Point>& points, const Rect& to) {
-  std::vector<std::vector<Point>> pieces;
-  std::vector<Point> piece;
-  const auto endPiece = [&] {
-    if (piece.size() > 1) pieces.push_back(std::move(piece));
-    piece.clear();
-  };
-  for (std::size_t i = 1; i < points.size(); ++i) {
-    const Point from = points[i - 1];
-    const Point next = points[i];
-    if (!IsFinite(from) || !IsFinite(next)) {
-      endPiece();
-      continue;
+  return CutAlong(points, to, [](Pieces& pieces, const Segment& span, const auto& inside) {
+    // Outside, or touching a corner.
+    if (!inside || (inside->From == inside->To && span.From != span.To)) return pieces.End();
+    if (!pieces.EndsAt(inside->From)) {
+      pieces.End();
+      pieces.Add(inside->From);
     }
-    const std::optional<Segment> kept = ClipSegment(from, next, to);
-    if (!kept || (kept->From == kept->To && from != next)) {  // outside, or touching a corner
-      endPiece();
-      continue;
-    }
-    if (piece.empty() || piece.back() != kept->From) {
-      endPiece();
-      piece.push_back(kept->From);
-    }
-    piece.push_back(kept->To);
-    if (kept->To != next) endPiece();
-  }
-  endPiece();
-  return pieces;
+    pieces.Add(inside->To);
+    if (inside->To != span.To) pieces.End();
+  });
 }
 
 std::vector<std::vector<Point>> CutOut(const std::vector<Point>& points, const Rect& of) {
-  std::vector<std::vector<Point>> pieces;
-  std::vector<Point> piece;
-  const auto add = [&piece](Point at) {
-    if (piece.empty() || piece.back() != at) piece.push_back(at);
-  };
-  const auto endPiece = [&] {
-    if (piece.size() > 1) pieces.push_back(std::move(piece));
-    piece.clear();
-  };
-  for (std::size_t i = 1; i < points.size(); ++i) {
-    const Point from = points[i - 1];
-    const Point next = points[i];
-    if (!IsFinite(from) || !IsFinite(next)) {
-      endPiece();
-      continue;
-    }
-    const std::optional<Segment> inside = ClipSegment(from, next, of);
-    add(from);
+  return CutAlong(points, of, [](Pieces& pieces, const Segment& span, const auto& inside) {
+    pieces.GoTo(span.From);
     if (inside && inside->From != inside->To) {
-      add(inside->From);
-      endPiece();
-      add(inside->To);
+      pieces.GoTo(inside->From);
+      pieces.End();
+      pieces.GoTo(inside->To);
     }
-    add(next);
-  }
-  endPiece();
-  return pieces;
+    pieces.GoTo(span.To);
+  });
 }
 
 std::vector<Point> ClipPolygon(const std::vector<Point>& ring, const Rect& to) {
