@@ -124,8 +124,4 @@ QIcon IconNamed(std::string_view name) {
   return QIcon(new OutlineEngine(OutlineOf(name).value_or(QPainterPath())));
 }
 
-bool IsWholeIcon(std::string_view name) {
-  return OutlineOf(name).has_value();
-}
-
 }  // namespace vexa

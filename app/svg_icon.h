@@ -8,10 +8,8 @@
 
 namespace vexa {
 
-/// The icon of this name, "open"; one that draws nothing when there is none.
+/// The icon of this name, "open"; one that draws nothing when there is none or a part
+/// of it is not understood.
 QIcon IconNamed(std::string_view name);
-
-/// True when the drawing of this name is there and every part of it is understood.
-bool IsWholeIcon(std::string_view name);
 
 }  // namespace vexa
