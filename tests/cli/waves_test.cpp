@@ -2,13 +2,15 @@
 // the model's description worked by hand, and what it says of air that carries no waves.
 #include <gtest/gtest.h>
 
+#include <cctype>
 #include <nlohmann/json.hpp>
-#include <regex>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "cli/run_words.h"
 #include "core/files.h"
+#include "core/letter_case.h"
 #include "core/markers.h"
 #include "core/raw_file.h"
 #include "support/soundings.h"
@@ -30,6 +32,20 @@ class WavesTest : public testing::Test {
   }
   test::TemporaryFolder folder;
 };
+
+bool HasWord(const std::string& text, std::string_view word) {
+  std::string read;
+  for (const char c : Lower(text) + ' ') {
+    if (std::isalnum(static_cast<unsigned char>(c)) != 0) {
+      read += c;
+    } else if (read == word) {
+      return true;
+    } else {
+      read.clear();
+    }
+  }
+  return false;
+}
 
 TEST_F(WavesTest, ListsTheReferenceSounding) {
   const Ran ran =
@@ -147,8 +163,8 @@ TEST_F(WavesTest, SaysWhyThereIsNoneAndNeverNaN) {
       explained.emplace_back("--explain");
       all += Waves(file, explained).Out;
     }
-    static const std::regex notANumber("\\b(nan|inf)\\b", std::regex::icase);
-    EXPECT_FALSE(std::regex_search(all, notANumber));
+    EXPECT_FALSE(HasWord(all, "nan"));
+    EXPECT_FALSE(HasWord(all, "inf"));
     EXPECT_NE(all.find("There are no waves present."), std::string::npos);
     EXPECT_NE(all.find(c.reason), std::string::npos);
   }

@@ -80,13 +80,18 @@ std::vector<std::string> ValuesOf(const OptionRow& row) {
   return {Shortest(row.Least), Shortest(middle), Shortest(middle + 1), Shortest(row.Most)};
 }
 
-// Some value of an option makes a difference to one of them.
+// Some value of an option makes a difference to one of them. The scene that showed the last option
+// comes first: options that stand side by side are seen in the same places.
 template <class Scenes>
-bool LivesIn(Scenes& scenes, const OptionRow& row) {
-  for (auto& scene : scenes) {
+bool LivesIn(Scenes& scenes, std::size_t& first, const OptionRow& row) {
+  for (std::size_t i = 0; i < std::size(scenes); ++i) {
+    const std::size_t at = (first + i) % std::size(scenes);
     for (const std::string& value : ValuesOf(row)) {
-      Options set = scene.Set;
-      if (row.Read(set, value) && set != scene.Set && scene.DiffersUnder(set)) return true;
+      Options set = scenes[at].Set;
+      if (!row.Read(set, value) || set == scenes[at].Set) continue;
+      if (!scenes[at].DiffersUnder(set)) continue;
+      first = at;
+      return true;
     }
   }
   return false;
@@ -129,13 +134,14 @@ TEST(Options, NoneOfTheDiagramIsWithoutEffect) {
                     {high, stretched},
                     {sounding, heights},
                     {test::ReferenceWinter(), Options{}}};
+  std::size_t first = 0;
 
   for (const OptionRow& row : Catalogue()) {
     const bool ofDiagram = row.Place.starts_with("Diagram") || row.Place == "Program/Tab 1";
     if (!ofDiagram || elsewhere.contains(row.Key) || row.Key.find("x-section") != row.Key.npos) {
       continue;
     }
-    EXPECT_TRUE(LivesIn(scenes, row)) << row.Key;
+    EXPECT_TRUE(LivesIn(scenes, first, row)) << row.Key;
   }
   // What stayed of one set of options would make others differ.
   for (Scene& scene : scenes) EXPECT_FALSE(scene.DiffersUnder(scene.Set));
@@ -237,11 +243,12 @@ TEST(Options, NoneOfTheAnalysisIsWithoutEffect) {
       plain.emplace_back(sounding, base);
     }
   }
+  std::size_t first = 0;
   std::vector<std::string> dead;
   for (const OptionRow& row : Catalogue()) {
     const bool isOfAnalysis = row.Place.starts_with("Program/") && row.Place != "Program/Tab 1";
     if (!isOfAnalysis || ofLoops.contains(row.Key)) continue;
-    if (!LivesIn(plain, row)) dead.emplace_back(row.Key);
+    if (!LivesIn(plain, first, row)) dead.emplace_back(row.Key);
   }
   EXPECT_EQ(dead, std::vector<std::string>{});
   for (Told& told : plain) EXPECT_FALSE(told.DiffersUnder(told.Set));
