@@ -98,7 +98,7 @@ void DrawMarkInside(Plot& plot, const Mark& mark, LabelRoom& room) {
 
 double MarksWidth(const PlotInput& input) {
   const bool feet = input.Set.GpmUnits == LengthUnits::Feet;
-  std::string usual = input.Results.Chosen().IsCut ? "EL above 888 mb  " : "LCL 888 mb  ";
+  std::string usual = input.Results.Chosen().IsCut ? "EL above 888 mb  " : "MPL 888 mb  ";
   usual += feet ? "28888 ft" : "12888 m";
   if (input.Set.Heights == HeightMode::Agl) usual += " AGL";
   double width = TextWidth(usual, kMarkText);
@@ -212,8 +212,11 @@ void DrawMarkColumns(Plot& plot) {
     const double x = gutter->Left + kLeader + kLeaderGap;
     for (const Mark& mark : marks) {
       DrawMarkLeader(plot, mark, gutter->Left, {gutter->Left + kLeader, mark.PlacedY});
+      const double room = gutter->Right - x;
+      // A number cut off in its middle is another number.
+      const bool fits = mark.Short.empty() || TextWidth(mark.Text, kMarkText) <= room;
       DrawText(plot.Page, mark.Tag, {x, mark.PlacedY},
-               Elided(mark.Text, kMarkText, gutter->Right - x), mark.Ink, kMarkText);
+               Elided(fits ? mark.Text : mark.Short, kMarkText, room), mark.Ink, kMarkText);
     }
     return;
   }

@@ -122,6 +122,31 @@ TEST(DiagramPage, MixingRatioNumbersKeepOffTheTraces) {
   }
 }
 
+// Warm air under a cold tropopause: levels up to the parcel's highest, above 10 km.
+TEST(DiagramPage, MarksBesideTheFrameAreWholeOrShort) {
+  const PageCase deep{"deep",
+                      test::Profile({{1000, 26, 18},
+                                     {850, 14, 11},
+                                     {700, 4, -4},
+                                     {500, -13, -28},
+                                     {300, -42, -58},
+                                     {250, -46, -60},
+                                     {200, -46, -70},
+                                     {100, -46, -80}})};
+  bool sawHighest = false;
+  for (const LayoutRow& layout : PageLayouts()) {
+    for (const Size& size : kSizes) {
+      const SoundingPlot plot = Draw(deep, layout, WindowSurface(size.WidthPx, size.HeightPx));
+      for (const Item* item : test::Tagged(plot.Page, "parcel level label")) {
+        const std::string& text = std::get<Label>(item->Shape).Text;
+        sawHighest |= text.starts_with("MPL");
+        EXPECT_TRUE(text.ends_with(" m") || text.size() == 2 || text.size() == 3) << text;
+      }
+    }
+  }
+  EXPECT_TRUE(sawHighest);
+}
+
 TEST(DiagramPage, EveryRegionIsThereOrNamed) {
   const PageCase c{"convective", test::ReferenceConvective()};
   for (const LayoutRow& layout : PageLayouts()) {
