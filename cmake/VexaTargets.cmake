@@ -128,3 +128,21 @@ function(vexa_executable target)
   _vexa_include_root(${target} ${ARG_FOLDER})
   target_link_libraries(${target} PRIVATE ${ARG_LINKS})
 endfunction()
+
+# vexa_late_library(<target> <NAME> <library>): a library that few runs need is opened when they do
+# (core/late_library.h), under the name in VEXA_<NAME>_LIBRARY; loading it with the program would
+# take longer than all else at the start. Where no such name is found it is linked as usual.
+function(vexa_late_library target name library)
+  set(headers "")
+  if(UNIX AND CMAKE_OBJDUMP)
+    execute_process(COMMAND ${CMAKE_OBJDUMP} -p ${library} OUTPUT_VARIABLE headers ERROR_QUIET)
+  endif()
+  if(NOT headers MATCHES "SONAME +([^ \n]+)\\.so\\.([0-9]+)")
+    target_link_libraries(${target} PRIVATE ${library})
+    return()
+  endif()
+  target_compile_definitions(${target}
+    PRIVATE VEXA_${name}_LIBRARY="${CMAKE_MATCH_1}.so.${CMAKE_MATCH_2}")
+  # What the package needs is otherwise read from what is linked.
+  set_property(GLOBAL APPEND PROPERTY VEXA_LATE_PACKAGES ${CMAKE_MATCH_1}${CMAKE_MATCH_2})
+endfunction()

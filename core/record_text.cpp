@@ -41,10 +41,16 @@ RecordReader::Place RecordReader::Where() {
   return {at_, line_};
 }
 
+std::string_view RecordReader::LineFrom(const Place& place) const {
+  std::size_t end = place.At;
+  while (end < text_.size() && text_[end] != '\r' && text_[end] != '\n') ++end;
+  return text_.substr(place.At, end - place.At);
+}
+
 std::string_view RecordReader::SkipLine(const Place& place) {
-  at_ = std::min(text_.find_first_of("\r\n", place.At), text_.size());
+  const std::string_view skipped = LineFrom(place);
+  at_ = place.At + skipped.size();
   line_ = place.Line;
-  const std::string_view skipped = text_.substr(place.At, at_ - place.At);
   SkipLineEnd();
   return skipped;
 }

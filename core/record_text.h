@@ -46,7 +46,10 @@ class RecordReader {
   };
   /// That of the next field, behind blanks and line ends.
   Place Where();
-  /// Goes on with the line behind that of a place; gives what of that line stands from the place on.
+  /// What stands of its line from a place on.
+  std::string_view LineFrom(const Place& place) const;
+  /// Goes on with the line behind that of a place; gives what of that line stands from the place
+  /// on.
   std::string_view SkipLine(const Place& place);
   /// All that is left.
   std::string_view Rest() const { return text_.substr(at_); }

@@ -80,6 +80,76 @@ Complaint CheckRecordTexts(const StationTexts& texts) {
   return {};
 }
 
+// Cuts the fields off a line one by one; nothing where the line is not written as we write it.
+class PlainFields {
+ public:
+  explicit PlainFields(std::string_view line) : rest_(line) {}
+
+  std::optional<double> Number() { return ParseNumber(Cut(rest_.find(','))); }
+  std::optional<double> Degrees(double most) {
+    const std::string_view text = Cut(rest_.find(','));
+    const std::optional<double> value = ParseNumber(text);
+    const bool isGood = value && *value >= 0 && *value <= most && text.find('.') != text.npos;
+    return isGood ? value : std::nullopt;
+  }
+  std::optional<std::string_view> Quoted() {
+    const std::size_t close = rest_.starts_with('"') ? rest_.find('"', 1) : rest_.npos;
+    if (close == rest_.npos) return std::nullopt;
+    const std::string_view text = rest_.substr(1, close - 1);
+    rest_.remove_prefix(close + 1);
+    if (!rest_.empty() && rest_.front() != ',') return std::nullopt;
+    Cut(0);
+    return Trim(text);
+  }
+  std::optional<std::string_view> Letter(std::string_view letters) {
+    const std::optional<std::string_view> text = Quoted();
+    const bool isGood = text && text->size() == 1 && letters.find(*text) != letters.npos;
+    return isGood ? text : std::nullopt;
+  }
+  bool AtEnd() const { return rest_.empty(); }
+
+ private:
+  // What stands before the comma, which goes with it.
+  std::string_view Cut(std::size_t comma) {
+    const std::string_view field = rest_.substr(0, comma);
+    rest_.remove_prefix(std::min(rest_.size(), field.size() + 1));
+    return field;
+  }
+
+  std::string_view rest_;
+};
+
+// A station as nearly every line holds it, with nothing to object to. What is written otherwise
+// goes field by field through the checks, which say what is wrong with it.
+std::optional<Station> PlainStation(std::string_view line) {
+  constexpr double kMostLat = 90, kMostLon = 180;  // degrees
+  PlainFields fields(line);
+  const auto number = fields.Number();
+  const auto ident = fields.Quoted();
+  const auto name = fields.Quoted();
+  const auto region = fields.Quoted();
+  const auto elevation = fields.Number();
+  const auto lat = fields.Degrees(kMostLat);
+  const auto latHemi = fields.Letter("NS");
+  const auto lon = fields.Degrees(kMostLon);
+  const auto lonHemi = fields.Letter("EW");
+  if (!number || !ident || !name || !region || !elevation || !lat || !latHemi || !lon || !lonHemi) {
+    return std::nullopt;
+  }
+  const bool isNumber = *number >= 0 && *number < kEndOfStations && *number == ToWhole(*number);
+  if (!isNumber || !fields.AtEnd()) return std::nullopt;
+  return Station{.Number = ToWhole(*number),
+                 .Ident = std::string(*ident),
+                 .Name = std::string(*name),
+                 .Region = std::string(*region),
+                 .ElevM = *elevation == kNone ? 0 : ToWhole(*elevation),
+                 .ElevUnknown = *elevation == kNone,
+                 .Lat = *lat,
+                 .LatHemi = std::string(*latHemi),
+                 .Lon = *lon,
+                 .LonHemi = std::string(*lonHemi)};
+}
+
 class StationReader {
  public:
   StationReader(std::string_view text, std::string_view name, int headerLines, StationReading& into)
@@ -90,6 +160,7 @@ class StationReader {
       const RecordReader::Place place = fields_.Where();
       line_ = place.Line;
       if (fields_.AtEnd()) return Note(StationTrouble::EndOfFile, "ends without the number 99999");
+      if (ReadPlain(place)) continue;
       isUnread_ = false;
       if (ReadRecord()) return;
       if (!isUnread_) continue;
@@ -107,6 +178,16 @@ class StationReader {
     Note(kind, reason);
     isUnread_ = true;
     return false;
+  }
+
+  // True where the line is a station that follows those before it.
+  bool ReadPlain(const RecordReader::Place& place) {
+    std::optional<Station> station = PlainStation(fields_.LineFrom(place));
+    if (!station || station->Number <= last_) return false;
+    number_ = last_ = station->Number;
+    into_.List.Insert(*std::move(station));
+    fields_.SkipLine(place);
+    return true;
   }
 
   // True at the number 99999.
@@ -142,9 +223,9 @@ class StationReader {
   std::string_view name_;
   int linesBefore_;
   StationReading& into_;
-  int line_ = 1;     // of the record in work
-  int number_ = 0;   // read last
-  int last_ = -1;    // that of the last station
+  int line_ = 1;    // of the record in work
+  int number_ = 0;  // read last
+  int last_ = -1;   // that of the last station
   bool isUnread_ = false;
 };
 

@@ -8,10 +8,41 @@
 #include <memory>
 #include <stdexcept>
 
+#include "core/late_library.h"
 #include "ingest/bufr_messages.h"
 
 namespace vexa::ingest {
 namespace {
+
+#ifdef VEXA_ECCODES_LIBRARY
+const LateLibrary& BufrLibrary() {
+  static const LateLibrary kLibrary(VEXA_ECCODES_LIBRARY);
+  return kLibrary;
+}
+bool HasBufrLibrary() {
+  return BufrLibrary().IsOpen();
+}
+VEXA_LATE_FUNCTION(BufrLibrary, codes_bufr_keys_iterator_delete);
+VEXA_LATE_FUNCTION(BufrLibrary, codes_bufr_keys_iterator_get_name);
+VEXA_LATE_FUNCTION(BufrLibrary, codes_bufr_keys_iterator_new);
+VEXA_LATE_FUNCTION(BufrLibrary, codes_bufr_keys_iterator_next);
+VEXA_LATE_FUNCTION(BufrLibrary, codes_context_get_default);
+VEXA_LATE_FUNCTION(BufrLibrary, codes_context_set_logging_proc);
+VEXA_LATE_FUNCTION(BufrLibrary, codes_get_double_array);
+VEXA_LATE_FUNCTION(BufrLibrary, codes_get_error_message);
+VEXA_LATE_FUNCTION(BufrLibrary, codes_get_long);
+VEXA_LATE_FUNCTION(BufrLibrary, codes_get_native_type);
+VEXA_LATE_FUNCTION(BufrLibrary, codes_get_size);
+VEXA_LATE_FUNCTION(BufrLibrary, codes_get_string);
+VEXA_LATE_FUNCTION(BufrLibrary, codes_handle_delete);
+VEXA_LATE_FUNCTION(BufrLibrary, codes_handle_new_from_message_copy);
+VEXA_LATE_FUNCTION(BufrLibrary, codes_set_codes_assertion_failed_proc);
+VEXA_LATE_FUNCTION(BufrLibrary, codes_set_long);
+#else
+constexpr bool HasBufrLibrary() {
+  return true;
+}
+#endif
 
 struct HandleEnd {
   void operator()(codes_handle* handle) const { codes_handle_delete(handle); }
@@ -133,6 +164,8 @@ Outcome<std::vector<BufrSubset>> Unpacked(std::string_view message) {
 }  // namespace
 
 Outcome<std::vector<BufrSubset>> UnpackByLibrary(std::string_view message) {
+  if (!HasBufrLibrary())
+    return DamagedMessage("a message needs the BUFR library, which is missing");
   try {
     return Unpacked(message);
   } catch (const std::runtime_error&) {  // see ThrowAssertion; what it says is for its makers

@@ -5,10 +5,34 @@
 #include <cmath>
 #include <numbers>
 
+#include "core/late_library.h"
 #include "core/numbers.h"
 
 namespace vexa::map {
 namespace {
+
+#ifdef VEXA_PROJ_LIBRARY
+const LateLibrary& ProjLibrary() {
+  static const LateLibrary kLibrary(VEXA_PROJ_LIBRARY);
+  return kLibrary;
+}
+bool HasProj() {
+  return ProjLibrary().IsOpen();
+}
+VEXA_LATE_FUNCTION(ProjLibrary, proj_context_create);
+VEXA_LATE_FUNCTION(ProjLibrary, proj_context_destroy);
+VEXA_LATE_FUNCTION(ProjLibrary, proj_coord);
+VEXA_LATE_FUNCTION(ProjLibrary, proj_create);
+VEXA_LATE_FUNCTION(ProjLibrary, proj_destroy);
+VEXA_LATE_FUNCTION(ProjLibrary, proj_log_level);
+VEXA_LATE_FUNCTION(ProjLibrary, proj_todeg);
+VEXA_LATE_FUNCTION(ProjLibrary, proj_torad);
+VEXA_LATE_FUNCTION(ProjLibrary, proj_trans);
+#else
+constexpr bool HasProj() {
+  return true;
+}
+#endif
 
 constexpr double kPolarFrom = 65;    // degrees
 constexpr double kTropicTo = 20;     // degrees
@@ -120,7 +144,7 @@ struct MapFrame::Projection {
 
 MapFrame::MapFrame(const std::vector<Place>& places, const Rect& on, double leastKm)
     : kind_(SuitableFor(places)), on_(on), middleLon_(SpanOf(places).MiddleLon) {
-  if (places.empty()) return;
+  if (places.empty() || !HasProj()) return;
   auto projection = std::make_shared<Projection>(ProjectionText(places));
   if (projection->Of == nullptr) return;
   bool any = false;

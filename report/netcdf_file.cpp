@@ -7,16 +7,54 @@
 #include <utility>
 
 #include "core/files.h"
+#include "core/late_library.h"
 
 namespace vexa::report {
+namespace {
+
+#ifdef VEXA_NETCDF_LIBRARY
+const LateLibrary& NetcdfLibrary() {
+  static const LateLibrary kLibrary(VEXA_NETCDF_LIBRARY);
+  return kLibrary;
+}
+bool HasNetcdf() {
+  return NetcdfLibrary().IsOpen();
+}
+VEXA_LATE_FUNCTION(NetcdfLibrary, nc_abort);
+VEXA_LATE_FUNCTION(NetcdfLibrary, nc_close);
+VEXA_LATE_FUNCTION(NetcdfLibrary, nc_close_memio);
+VEXA_LATE_FUNCTION(NetcdfLibrary, nc_create);
+VEXA_LATE_FUNCTION(NetcdfLibrary, nc_create_mem);
+VEXA_LATE_FUNCTION(NetcdfLibrary, nc_def_dim);
+VEXA_LATE_FUNCTION(NetcdfLibrary, nc_def_var);
+VEXA_LATE_FUNCTION(NetcdfLibrary, nc_def_var_deflate);
+VEXA_LATE_FUNCTION(NetcdfLibrary, nc_enddef);
+VEXA_LATE_FUNCTION(NetcdfLibrary, nc_put_att_float);
+VEXA_LATE_FUNCTION(NetcdfLibrary, nc_put_att_text);
+VEXA_LATE_FUNCTION(NetcdfLibrary, nc_put_var_double);
+VEXA_LATE_FUNCTION(NetcdfLibrary, nc_put_var_float);
+VEXA_LATE_FUNCTION(NetcdfLibrary, nc_put_var_text);
+VEXA_LATE_FUNCTION(NetcdfLibrary, nc_put_vara_double);
+VEXA_LATE_FUNCTION(NetcdfLibrary, nc_put_vara_float);
+VEXA_LATE_FUNCTION(NetcdfLibrary, nc_put_vara_int);
+VEXA_LATE_FUNCTION(NetcdfLibrary, nc_put_vara_string);
+VEXA_LATE_FUNCTION(NetcdfLibrary, nc_strerror);
+#else
+constexpr bool HasNetcdf() {
+  return true;
+}
+#endif
+
+}  // namespace
 
 NetcdfFile::NetcdfFile(const char* name) : isInMemory_(true) {
-  Check(nc_create_mem(name, NC_64BIT_OFFSET, 1 << 16, &id_));
+  Check(HasNetcdf() ? nc_create_mem(name, NC_64BIT_OFFSET, 1 << 16, &id_) : NC_EBADID);
   isOpen_ = Ok();
 }
 
 NetcdfFile::NetcdfFile(const std::filesystem::path& path) {
-  Check(nc_create(TextFromPath(path).c_str(), NC_NETCDF4 | NC_CLOBBER, &id_));
+  const std::string name = TextFromPath(path);
+  Check(HasNetcdf() ? nc_create(name.c_str(), NC_NETCDF4 | NC_CLOBBER, &id_) : NC_EBADID);
   isOpen_ = Ok();
 }
 
@@ -101,8 +139,10 @@ void NetcdfFile::PutFrom(int variable, std::size_t first, const std::vector<std:
 }
 
 Fault NetcdfFile::Failure() const {
-  return {kFaultNonStandard, "NetcdfFile",
-          std::string("the netCDF library says: ") + nc_strerror(status_)};
+  const std::string reason = HasNetcdf()
+                                 ? std::string("the netCDF library says: ") + nc_strerror(status_)
+                                 : std::string("the netCDF library is missing");
+  return {kFaultNonStandard, "NetcdfFile", reason};
 }
 
 Outcome<std::string> NetcdfFile::Close() {

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -92,6 +93,42 @@ TEST(StationFile, FirstFaultAndTheStationsAround) {
             std::string::npos);
 }
 
+// Lines as the program writes them are read in one go, others field by field: quotes about the
+// texts must change nothing.
+TEST(StationFile, QuotesChangeNothing) {
+  const char* const kRows[] = {
+      "72357,'KOUN','NORMAN','OK',345,35.18,'N',97.44,'W'",
+      "72357,' KOUN ','','',-999,35.18,'N',97.44,'W',",  // blanks, empty texts, no elevation
+      "72357,'KOUN','NORMAN','OK',345.5,90.0,'S',180.0,'E'",
+      "72357,'KOUN','NORMAN','OK',high,35.18,'N',97.44,'W'",
+      "72357,'KOUN','NORMAN','OK',345,35,'N',97.44,'W'",
+      "72357,'KOUN','NORMAN','OK',345,90.01,'N',97.44,'W'",
+      "72357,'KOUN','NORMAN','OK',345,35.18,'N',180.01,'W'",
+      "72357,'KOUN','NORMAN','OK',345,-0.1,'N',97.44,'W'",
+      "72357,'KOUN','NORMAN','OK',345,35.18,'W',97.44,'W'",
+      "72357,'KOUN','NORMAN','OK',345,35.18,'N',97.44,'WE'",
+      "72357,'KOUN','NORMAN','OK',345,35.18,'N',97.44",
+      "72357,'KOUN','NORMAN','OK',345,35.18,'N',97.44,'W',5",
+      "3772,'TWICE','NORMAN','OK',345,35.18,'N',97.44,'W'",
+      "12.5,'KOUN','NORMAN','OK',345,35.18,'N',97.44,'W'",
+      "99999,'KOUN','NORMAN','OK',345,35.18,'N',97.44,'W'",
+      "-1,'KOUN','NORMAN','OK',345,35.18,'N',97.44,'W'",
+  };
+  for (const std::string row : kRows) {
+    SCOPED_TRACE(row);
+    std::string quoted = row, bare = row;
+    std::ranges::replace(quoted, '\'', '"');
+    std::erase(bare, '\'');
+    const auto read = [](const std::string& line) {
+      return ReadStations(kHeader + kHeathrow + line + "\r\n" + kDarwin + "99999", "VEXA.STN");
+    };
+    EXPECT_EQ(read(quoted).List.All(), read(bare).List.All());
+    EXPECT_EQ(read(quoted).Finding.Kind, read(bare).Finding.Kind);
+    EXPECT_EQ(read(quoted).Finding.Detail, read(bare).Finding.Detail);
+    EXPECT_EQ(read(quoted).List.Unread().size(), read(bare).List.Unread().size());
+  }
+}
+
 TEST(StationFile, TellsTheUserAtStartUp) {
   test::TemporaryFolder folder;
   test::ScriptedInteraction user;
@@ -182,8 +219,8 @@ TEST(StationFile, SavingLosesNothing) {
 
 TEST(StationFile, LookupFillsTheHeader) {
   const StationList list = ReadWhole(kHeader + kHeathrow + kDarwin +
-                                "95000,,BUOY,,-999,0.0,S,180.0,W\r\n"
-                                "95001,,,SEA,0,0.0,S,180.0,W\r\n99999\r\n");
+                                     "95000,,BUOY,,-999,0.0,S,180.0,W\r\n"
+                                     "95001,,,SEA,0,0.0,S,180.0,W\r\n99999\r\n");
   SoundingRecord record = test::Profile({{1000, 20, 10}});
   const SoundingRecord before = record;
   EXPECT_FALSE(FindStation(list, 3773, record));
@@ -303,8 +340,8 @@ TEST(StationList, FieldsAsTyped) {
 TEST(StationList, SearchForAPickList) {
   const StationList list =
       ReadWhole(kHeader + "03101,,OUNDLE,UNITED KINGDOM,20,52.5,N,0.5,W\n" + kHeathrow +
-           "31010,OUN,NORMAN,OK,345,35.2,N,97.4,W\n72210,KTBW,TAMPA BAY,FL,13,27.7,N,82.4,W\n"
-           "72211,,PLANT CITY NEAR TAMPA,FL,13,27.9,N,82.1,W\n99999");
+                "31010,OUN,NORMAN,OK,345,35.2,N,97.4,W\n72210,KTBW,TAMPA BAY,FL,13,27.7,N,82.4,W\n"
+                "72211,,PLANT CITY NEAR TAMPA,FL,13,27.9,N,82.1,W\n99999");
   struct Case {
     const char* text;
     std::vector<int> numbers;

@@ -1,0 +1,38 @@
+// A library of the system that few runs need, opened when the first of its functions is called: a
+// start then does not wait for it. Which libraries are opened so, and under what name, says the
+// build (vexa_late_library).
+#pragma once
+
+namespace vexa {
+
+class LateLibrary {
+ public:
+  /// Opens the library, once and for the whole run.
+  ///
+  /// file  as the loader knows it, "libproj.so.25"
+  explicit LateLibrary(const char* file);
+
+  bool IsOpen() const { return handle_ != nullptr; }
+  /// Null where the library is not open or lacks it.
+  template <class Function>
+  Function* Find(const char* function) const {
+    return reinterpret_cast<Function*>(Address(function));
+  }
+
+ private:
+  void* Address(const char* function) const;
+
+  void* handle_;
+};
+
+}  // namespace vexa
+
+/// Puts a name of this namespace before the function of the C header that it is called like, and
+/// looks the function up in the library at its first call.
+///
+/// library  function that gives the LateLibrary, which must be open
+#define VEXA_LATE_FUNCTION(library, function)                                              \
+  constexpr auto function = [](auto... values) {                                           \
+    static auto* const found = (library)().template Find<decltype(::function)>(#function); \
+    return found(values...);                                                               \
+  }
