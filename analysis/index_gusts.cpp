@@ -53,6 +53,23 @@ double FirstMethod(In& in, const Inflow& inflow) {
   return in.Note("T1", LiftSat(inflow.ThetaE, 600, in.Set().Saturation).Temp - aloft, "C");
 }
 
+double GustOf(double excess) {
+  return excess > 0 ? 13 * std::sqrt(excess) : 0;
+}
+
+// The gust of air that also brings down what it is colder by at the ground, on the wind of the low
+// layers.
+double SecondMethod(In& in, const Inflow& inflow, double first) {
+  constexpr double kLowWindTop = 1524;                     // m: 5000 ft
+  constexpr double kSteerBottom = 3048, kSteerTop = 4267;  // m: 10000 and 14000 ft
+  const double second = in.Note("T2", inflow.Temp - in.Note("DownRush-T", DownRush(in), "C"), "C");
+  const WindVector low = in.MeanWind(0, kLowWindTop);
+  const double carried = in.Note("mean wind 0-5000 ft", std::hypot(low.U, low.V), "kt") / 3;
+  const WindVector steering = in.MeanWind(kSteerBottom, kSteerTop);
+  in.Note("gusts come from", FromComponents(steering).Dir, "deg");
+  return carried + GustOf((first + second) / 2);
+}
+
 constexpr std::size_t kHailRows = 26;
 constexpr std::size_t kColumns = 10;
 // Diameter, mm, by the warmth of the cloud at -5 °C in half degrees and the depth of dry descent to
@@ -134,27 +151,19 @@ double WetBulbZero(In& in) {
 }
 
 double FirstGust(In& in) {
-  const double excess = FirstMethod(in, InflowOf(in));
-  return excess > 0 ? 13 * std::sqrt(excess) : 0;
+  return GustOf(FirstMethod(in, InflowOf(in)));
 }
 
 double SecondGust(In& in) {
-  constexpr double kLowWindTop = 1524;                     // m: 5000 ft
-  constexpr double kSteerBottom = 3048, kSteerTop = 4267;  // m: 10000 and 14000 ft
   const Inflow inflow = InflowOf(in);
-  const double first = FirstMethod(in, inflow);
-  const double second = in.Note("T2", inflow.Temp - in.Note("DownRush-T", DownRush(in), "C"), "C");
-  const WindVector low = in.MeanWind(0, kLowWindTop);
-  const double carried = in.Note("mean wind 0-5000 ft", std::hypot(low.U, low.V), "kt") / 3;
-  const WindVector steering = in.MeanWind(kSteerBottom, kSteerTop);
-  in.Note("gusts come from", FromComponents(steering).Dir, "deg");
-  const double mean = (first + second) / 2;
-  return mean > 0 ? carried + 13 * std::sqrt(mean) : carried;
+  return SecondMethod(in, inflow, FirstMethod(in, inflow));
 }
 
 double LargerGust(In& in) {
-  const double first = in.Note("T1 gust", FirstGust(in), "kt");
-  const double second = in.Note("T2 gust", SecondGust(in), "kt");
+  const Inflow inflow = InflowOf(in);
+  const double excess = FirstMethod(in, inflow);
+  const double first = in.Note("T1 gust", GustOf(excess), "kt");
+  const double second = in.Note("T2 gust", SecondMethod(in, inflow, excess), "kt");
   in.SayBoth(first, second);
   return std::max(first, second);
 }

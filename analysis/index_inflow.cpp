@@ -55,8 +55,10 @@ const EffectiveLayer& NeedEffectiveLayer(In& in) {
   } else if (!layer.Exists()) {
     in.Fail("no level has CAPE of 100 J/kg with CIN of -250 J/kg at most");
   }
-  in.Setting("CAPE of a level at least", Mask(kFeedingCape, "##0") + " J/kg");
-  in.Setting("CIN of a level not below", Mask(kFeedingCin, "##0") + " J/kg");
+  static const std::string kLeastCape = Mask(kFeedingCape, "##0") + " J/kg";
+  static const std::string kLeastCin = Mask(kFeedingCin, "##0") + " J/kg";
+  in.Setting("CAPE of a level at least", kLeastCape);
+  in.Setting("CIN of a level not below", kLeastCin);
   in.Setting("temperature base", Word(in.Set().CapeTempBase));
   return layer;
 }

@@ -76,6 +76,12 @@ const Levels<double>* ArrayOf(const LevelProfile& levels, Quantity quantity) {
   return nullptr;
 }
 
+// ln p of a level, as it was taken when the levels were derived.
+double LogPressAt(const LevelProfile& levels, std::size_t at) {
+  const std::vector<double>& logs = levels.LogPress.Values();
+  return at < logs.size() ? logs[at] : std::log(levels.Press.Values()[at]);
+}
+
 // 9999 m and 999.9 m are heights like any other: only the other quantities can be missing.
 bool MissingAt(Quantity quantity, double value) {
   return quantity == Quantity::Height ? !std::isfinite(value) : NotAvailable(value);
@@ -96,9 +102,10 @@ Sample SampleAt(const LevelProfile& levels, double press, Quantity quantity) {
   const double lowPress = pressures[bracket->Low];
   const double highPress = pressures[bracket->High];
   if (!(highPress > 0)) return {};
+  const double lowLog = LogPressAt(levels, bracket->Low);
   const double span =
-      lowPress == highPress ? kEqualPressures : std::log(highPress) - std::log(lowPress);
-  return {low + (high - low) * (std::log(press) - std::log(lowPress)) / span, Found::Value};
+      lowPress == highPress ? kEqualPressures : LogPressAt(levels, bracket->High) - lowLog;
+  return {low + (high - low) * (std::log(press) - lowLog) / span, Found::Value};
 }
 
 double GetTEMP(const LevelProfile& levels, double press, Quantity quantity) {
@@ -141,7 +148,8 @@ double GetPRESS(const LevelProfile& levels, double height) {
   const double depth = heights[bracket.High] - heights[bracket.Low];
   if (!(lowPress > 0) || !(highPress > 0) || depth == 0) return kNotReached;
   const double share = (height - heights[bracket.Low]) / depth;
-  return std::exp(std::log(lowPress) + share * (std::log(highPress) - std::log(lowPress)));
+  const double lowLog = LogPressAt(levels, bracket.Low);
+  return std::exp(lowLog + share * (LogPressAt(levels, bracket.High) - lowLog));
 }
 
 double GetHeight(const LevelProfile& levels, double press) {

@@ -47,8 +47,8 @@ class MoistLevel {
     }
     // Dry up to the condensation level the potential temperature stays.
     const double logTheta = std::log(levels.Theta(level));
-    const double logLcl =
-        std::min(logs.Press, kLogReference + (std::log(lclTempK) - logTheta) / kPoisson);
+    const double logLclTemp = std::log(lclTempK);
+    const double logLcl = std::min(logs.Press, kLogReference + (logLclTemp - logTheta) / kPoisson);
     const double lclPress = std::exp(logLcl);
     const double lclVapor = TabledSatVapor(lclTemp, over_);
     if (!(lclVapor < 0.25 * lclPress)) {
@@ -56,8 +56,8 @@ class MoistLevel {
       return;
     }
     const double mixing = kEpsilon * lclVapor / (lclPress - lclVapor);
-    const double logThetaE = std::log(lclTempK) + kPoisson * (kLogReference - logLcl) +
-                             kLatentFactor * mixing / lclTempK;
+    const double logThetaE =
+        logLclTemp + kPoisson * (kLogReference - logLcl) + kLatentFactor * mixing / lclTempK;
     levels.ThetaE(level) = std::exp(logThetaE);
     const double found = Lowered(logThetaE, press, logs.Poisson, temp, dewpt);
     levels.WetBulb(level) = std::clamp(found, dewpt, temp);
