@@ -13,13 +13,16 @@
 #include <variant>
 #include <vector>
 
+#include "analysis/adiabat_table.h"
 #include "analysis/analysis.h"
 #include "analysis/severe_table.h"
 #include "config/options.h"
+#include "core/raw_file.h"
 #include "diagram/sounding_plot.h"
 #include "display/side_boxes.h"
 #include "hodograph/hodograph_plot.h"
 #include "output/paint/paint.h"
+#include "sounding/sounding_source.h"
 
 namespace {
 
@@ -71,6 +74,27 @@ BENCHMARK(BuildAndPaint)
     ->ArgsProduct({{110, 3000}, {0, 1, 2}})
     ->ArgNames({"levels", "diagram"})
     ->Unit(benchmark::kMillisecond);
+
+// From the bytes of a native file to a picture of the size of a window, all made anew but for the
+// saturated adiabats.
+void FileToPicture(benchmark::State& state) {
+  SoundingRecord record = MakeSounding(static_cast<int>(state.range(0)));
+  record.FileTag = "VEXA 5.7";
+  const std::string text = vexa::WriteRaw(record);
+  const vexa::Options options;
+  vexa::analysis::AdiabatTable table;
+  for (auto _ : state) {
+    vexa::SoundingSource source(vexa::SourceText("long.RAW", text));
+    const vexa::Loading loading = source.Load(0, {});
+    if (!loading.Sounding) return state.SkipWithError("the file is not read");
+    const SoundingRecord& sounding = loading.Sounding->Record;
+    const auto results = vexa::analysis::Analyse(sounding, options, table);
+    const auto plot = vexa::diagram::PlotSounding(
+        {.Sounding = sounding, .Results = results, .Set = options, .On = kPage});
+    benchmark::DoNotOptimize(vexa::paint::ToImage(plot->Page, 1600, 1200));
+  }
+}
+BENCHMARK(FileToPicture)->Arg(110)->Arg(2800)->ArgName("levels")->Unit(benchmark::kMillisecond);
 
 // Of a change of the sounding; the grid stays. The first picture is made before the clock runs.
 void Repeat(benchmark::State& state, const vexa::diagram::PlotInput& input,

@@ -154,6 +154,10 @@ void OpenNative(benchmark::State& state) {
   Open(state, "long.RAW", WriteRaw(record));
 }
 
+void OpenBufr(benchmark::State& state) {
+  Open(state, "five.bufr", Sample("bufr_five.bufr"));
+}
+
 void NamesOfColumns(benchmark::State& state) {
   std::string names = "pres", row = "1000";
   for (int i = 1; i < state.range(0); ++i) {
@@ -183,6 +187,7 @@ BENCHMARK(MessagesOfABulletin)->RangeMultiplier(4)->Range(50, 12800)->Complexity
 BENCHMARK(ProfilesOfADocument)->RangeMultiplier(4)->Range(1000, 16000)->Complexity();
 BENCHMARK(OpenColumns)->Arg(150)->Arg(2867)->Unit(benchmark::kMicrosecond);
 BENCHMARK(OpenNative)->Arg(150)->Arg(2867)->Unit(benchmark::kMicrosecond);
+BENCHMARK(OpenBufr)->Unit(benchmark::kMicrosecond);
 BENCHMARK(NamesOfColumns)->RangeMultiplier(4)->Range(1000, 64000)->Complexity();
 BENCHMARK(BulletinsOfAnArchive)->RangeMultiplier(4)->Range(48, 3072)->Complexity();
 

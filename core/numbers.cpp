@@ -16,8 +16,8 @@ constexpr std::size_t kLongestFixed = 1100;
 template <class T>
 std::string Fixed(T value) {
   if (!std::isfinite(value)) return "0";
-  if (value == 0) return "0";  // no -0
-  std::array<char, kLongestFixed> text{};
+  if (value == 0) return "0";            // no -0
+  std::array<char, kLongestFixed> text;  // not emptied: it is long
   const auto end =
       std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed);
   return std::string(text.data(), end.ptr);
@@ -65,6 +65,67 @@ void Increment(std::string& digits) {
   digits.insert(digits.begin(), '1');
 }
 
+// What a mask asks for.
+struct MaskFigures {
+  std::size_t LeastWhole = 0;
+  std::size_t LeastFraction = 0;
+  std::size_t MostFraction = 0;
+};
+
+MaskFigures FiguresOf(std::string_view mask) {
+  const std::size_t point = std::min(mask.find('.'), mask.size());
+  const std::string_view fraction = mask.substr(std::min(point + 1, mask.size()));
+  const auto zeros = [](std::string_view part) {
+    return static_cast<std::size_t>(std::ranges::count(part, '0'));
+  };
+  return {zeros(mask.substr(0, point)), zeros(fraction), fraction.size()};
+}
+
+// The value in units of its last decimal. Nothing where it is large, or so near the middle between
+// two that its decimal digits must tell which way it is rounded.
+std::optional<std::int64_t> NearestUnits(double size, std::size_t decimals) {
+  static constexpr std::array<double, 7> kPowers = {1, 10, 100, 1e3, 1e4, 1e5, 1e6};
+  constexpr double kMost = 1e11;     // up to it products are off by less than kUnclear
+  constexpr double kUnclear = 1e-3;  // of a unit
+  if (decimals >= kPowers.size()) return std::nullopt;
+  const double units = size * kPowers[decimals];
+  if (!(units < kMost)) return std::nullopt;
+  const auto below = static_cast<std::int64_t>(units);
+  const double rest = units - static_cast<double>(below);
+  if (std::fabs(rest - 0.5) < kUnclear) return std::nullopt;
+  return below + (rest > 0.5 ? 1 : 0);
+}
+
+// The digits of the shortest decimal form, rounded to so many decimals, without the full stop.
+std::string RoundedDigits(double size, std::size_t decimals) {
+  const std::string shortest = Fixed(size);
+  const std::size_t stop = shortest.find('.');
+  std::string digits = shortest.substr(0, stop);
+  std::string fraction = stop == std::string::npos ? std::string{} : shortest.substr(stop + 1);
+  const bool up = fraction.size() > decimals && fraction[decimals] >= '5';
+  fraction.resize(decimals, '0');
+  digits += fraction;
+  if (up) Increment(digits);
+  return digits;
+}
+
+// Digits, of which the last are decimals, as the mask wants them.
+std::string Masked(std::string_view digits, const MaskFigures& figures, bool isNegative) {
+  std::string_view whole = digits.substr(0, digits.size() - figures.MostFraction);
+  std::string_view fraction = digits.substr(whole.size());
+  const bool isZero = std::ranges::all_of(digits, [](char c) { return c == '0'; });
+  while (!whole.empty() && whole.front() == '0') whole.remove_prefix(1);
+  while (fraction.size() > figures.LeastFraction && fraction.back() == '0') {
+    fraction.remove_suffix(1);
+  }
+  std::string text;
+  if (isNegative && !isZero) text += '-';
+  if (whole.size() < figures.LeastWhole) text.append(figures.LeastWhole - whole.size(), '0');
+  text += whole;
+  if (!fraction.empty()) (text += '.') += fraction;
+  return text;
+}
+
 }  // namespace
 
 std::string Shortest(double value) {
@@ -81,7 +142,7 @@ std::string Brief(double value) {
   constexpr std::size_t kLongest = 16;
   std::string text = Shortest(value);
   if (text.size() <= kLongest || !std::isfinite(value)) return text;
-  std::array<char, kLongestFixed> figures{};
+  std::array<char, kLongestFixed> figures;
   const auto end = std::to_chars(figures.data(), figures.data() + figures.size(), value,
                                  std::chars_format::general, 6);
   return std::string(figures.data(), end.ptr);
@@ -143,34 +204,19 @@ double Rounded(double value, int decimals) {
 
 std::string Mask(double value, std::string_view mask) {
   if (!std::isfinite(value)) return {};
-  const std::size_t point = mask.find('.');
-  const std::string_view wholeMask = mask.substr(0, point);
-  const std::string_view fractionMask =
-      point == std::string_view::npos ? std::string_view{} : mask.substr(point + 1);
-  const auto leastWhole = static_cast<std::size_t>(std::ranges::count(wholeMask, '0'));
-  const auto leastFraction = static_cast<std::size_t>(std::ranges::count(fractionMask, '0'));
-  const std::size_t mostFraction = fractionMask.size();
+  const MaskFigures figures = FiguresOf(mask);
+  const double size = std::fabs(value);
+  const std::optional<std::int64_t> units = NearestUnits(size, figures.MostFraction);
+  if (!units) return Masked(RoundedDigits(size, figures.MostFraction), figures, value < 0);
 
-  const std::string shortest = Fixed(std::fabs(value));
-  const std::size_t stop = shortest.find('.');
-  std::string digits = shortest.substr(0, stop);
-  std::string fraction = stop == std::string::npos ? std::string{} : shortest.substr(stop + 1);
-  const bool up = fraction.size() > mostFraction && fraction[mostFraction] >= '5';
-  fraction.resize(mostFraction, '0');
-  digits += fraction;
-  if (up) Increment(digits);
-  std::string whole = digits.substr(0, digits.size() - mostFraction);
-  fraction = digits.substr(digits.size() - mostFraction);
-
-  whole.erase(0, std::min(whole.find_first_not_of('0'), whole.size()));
-  if (whole.size() < leastWhole) whole.insert(0, leastWhole - whole.size(), '0');
-  while (fraction.size() > leastFraction && fraction.back() == '0') fraction.pop_back();
-
-  const bool isZero = digits.find_first_not_of('0') == std::string::npos;
-  std::string text = value < 0 && !isZero ? "-" : "";
-  text += whole;
-  if (!fraction.empty()) text += '.' + fraction;
-  return text;
+  // From the right, with zeros in front where there are more decimals than digits.
+  std::array<char, 24> digits;
+  std::size_t first = digits.size();
+  for (std::int64_t rest = *units; rest > 0 || digits.size() - first < figures.MostFraction;
+       rest /= 10) {
+    digits[--first] = static_cast<char>('0' + rest % 10);
+  }
+  return Masked({digits.data() + first, digits.size() - first}, figures, value < 0);
 }
 
 std::string PadLeft(std::string_view text, int width) {

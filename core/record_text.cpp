@@ -42,9 +42,9 @@ RecordReader::Place RecordReader::Where() {
 }
 
 std::string_view RecordReader::LineFrom(const Place& place) const {
-  std::size_t end = place.At;
-  while (end < text_.size() && text_[end] != '\r' && text_[end] != '\n') ++end;
-  return text_.substr(place.At, end - place.At);
+  const std::string_view rest = text_.substr(place.At);
+  const std::string_view line = rest.substr(0, rest.find('\n'));
+  return line.substr(0, line.find('\r'));
 }
 
 std::string_view RecordReader::SkipLine(const Place& place) {
