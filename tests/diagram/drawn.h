@@ -9,11 +9,13 @@
 #include "analysis/analysis.h"
 #include "config/options.h"
 #include "diagram/sounding_plot.h"
+#include "support/soundings.h"
 #include "support/tagged_items.h"
 
 namespace vexa::diagram {
 
 using test::Tagged;
+using LabelTexts = std::vector<std::string>;
 
 inline std::vector<std::string> Texts(const Picture& page, std::string_view tag) {
   std::vector<std::string> texts;
@@ -60,5 +62,19 @@ struct Drawn {
   std::optional<Rect> Zoom{};
   analysis::AnalysisResults Results{};
 };
+
+inline SoundingRecord PlainSounding() {
+  return test::Profile(
+      {{1000, 20, 10}, {850, 12, 5}, {500, -12, -30}, {250, -48, -60}, {100, -60, -80}},
+      {{100, 180, 10}, {5000, 270, 40}});
+}
+
+// From -40 to 40 degrees, 1050 to 100 hPa, on the emagram.
+inline Drawn OnEmagram(SoundingRecord sounding = PlainSounding()) {
+  Drawn drawn(std::move(sounding));
+  drawn.Set.Diagram = DiagramType::Emagram;
+  drawn.Set.TempScaling = Scaling::Manual;
+  return drawn;
+}
 
 }  // namespace vexa::diagram
