@@ -4,6 +4,7 @@
 int main(int argc, char** argv) {
   vexa::KeepFreedMemory();
   vexa::LetLargeWritesFail();
+  vexa::PrintBytesAsTheyAre();
   vexa::EndInWords("vexa");
   return vexa::RunWindow(argc, argv);
 }

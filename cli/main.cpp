@@ -19,7 +19,7 @@ int main(int argc, char** argv) {
   };
   const std::unique_ptr<vexa::cli::Toolkit> toolkit = vexa::cli::MakeToolkit();
   vexa::cli::Console console{to(stdout), to(stderr), toolkit.get()};
-  const std::vector<std::string> words(argv + 1, argv + argc);
+  const std::vector<std::string> words = vexa::ProgramWords(argc, argv);
   const int code = [&] {
     try {
       return vexa::cli::RunCommandLine(words, console);

@@ -62,8 +62,7 @@ std::error_code FileOps::Flush(std::FILE* file) {
 }
 
 std::error_code FileOps::Rename(const fs::path& from, const fs::path& to) {
-  std::error_code failed;
-  fs::rename(from, to, failed);
+  const std::error_code failed = RenameOver(from, to);
   if (!failed) SyncFolder(to.parent_path());
   return failed;
 }
@@ -89,11 +88,16 @@ fs::path PathFromSetting(std::string_view utf8) {
 }
 
 std::string TextFromPath(const fs::path& path) {
-  const std::u8string text = path.u8string();
-  return std::string(text.begin(), text.end());
+  const std::u8string bytes = path.u8string();
+  const std::string text(bytes.begin(), bytes.end());
+  constexpr bool kHasForms = fs::path::preferred_separator == '\\';  // those of ReachablePath
+  if (kHasForms && text.starts_with(R"(\\?\UNC\)")) return R"(\\)" + text.substr(8);
+  if (kHasForms && text.starts_with(R"(\\?\)")) return text.substr(4);
+  return text;
 }
 
-std::optional<FileStamp> StampOf(const std::filesystem::path& path) {
+std::optional<FileStamp> StampOf(const std::filesystem::path& named) {
+  const fs::path path = ReachablePath(named);
   std::error_code failed;
   const std::filesystem::file_time_type written = std::filesystem::last_write_time(path, failed);
   if (failed) return std::nullopt;
@@ -135,7 +139,8 @@ int FaultNumber(const std::error_code& error, int otherwise) {
   return row == std::end(kRows) ? otherwise : row->Number;
 }
 
-Outcome<std::string> ReadFile(const fs::path& path) {
+Outcome<std::string> ReadFile(const fs::path& named) {
+  const fs::path path = ReachablePath(named);
   const auto fault = [&path](int number, std::string_view reason) {
     return FileFault(number, "ReadFile", path, reason);
   };
@@ -170,7 +175,7 @@ Outcome<std::string> ReadFile(const fs::path& path) {
 }
 
 AtomicFile::AtomicFile(fs::path path, FileOps& ops, Links links)
-    : path_(std::move(path)), ops_(ops) {
+    : path_(ReachablePath(std::move(path))), ops_(ops) {
   std::error_code failed;
   if (links == Links::Replace || !fs::is_symlink(path_, failed)) return;
   const fs::path target = fs::weakly_canonical(path_, failed);

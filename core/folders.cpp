@@ -52,16 +52,17 @@ std::optional<Fault> EnsureShipped(const fs::path& root, const fs::path& program
 }
 
 Folders FoldersBelow(const fs::path& root) {
-  return Folders{root, root / "vexadata", root / "crosdata", root / "ExportData",
-                 root / "ForecastData", root};
+  return Folders{
+      root, root / "vexadata", root / "crosdata", root / "ExportData", root / "ForecastData", root};
 }
 
 std::optional<Fault> CreateFolders(const Folders& folders) {
   for (const fs::path* folder :
        {&folders.Root, &folders.Data, &folders.CrossSection, &folders.Export, &folders.Forecast}) {
     std::error_code failed;
-    fs::create_directories(*folder, failed);
-    if (failed || !fs::is_directory(*folder, failed)) {
+    const fs::path reachable = ReachablePath(*folder);
+    fs::create_directories(reachable, failed);
+    if (failed || !fs::is_directory(reachable, failed)) {
       if (!failed) failed = std::make_error_code(std::errc::not_a_directory);
       return Fault{FaultNumber(failed), "CreateFolders",
                    TextFromPath(*folder) + ": " + failed.message(), TextFromPath(*folder)};

@@ -7,20 +7,26 @@
 
 #include "core/platform.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <cstddef>
 #include <cstdlib>
 #include <exception>
 #include <new>
+#include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #ifdef _WIN32
 #include <fcntl.h>
 #include <io.h>
 #include <sys/stat.h>
 #include <windows.h>
+
+#include <shellapi.h>
 #else
 #include <fcntl.h>
 #include <pwd.h>
@@ -87,7 +93,79 @@ class OpenHandle final : public FileHold {
   HANDLE handle_;
 };
 
+// The files a pattern matches, each as the pattern would name it; the pattern where there is none.
+void AppendMatches(const std::wstring& pattern, std::vector<std::string>& words) {
+  const std::size_t before = words.size();
+  WIN32_FIND_DATAW found{};
+  const HANDLE search = FindFirstFileW(pattern.c_str(), &found);
+  if (search != INVALID_HANDLE_VALUE) {
+    const std::size_t folder = pattern.find_last_of(L"/\\:");
+    const std::wstring in = folder == std::wstring::npos ? L"" : pattern.substr(0, folder + 1);
+    do {
+      const bool isFolder = (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+      if (!isFolder) words.push_back(Utf8(in + found.cFileName));
+    } while (FindNextFileW(search, &found));
+    FindClose(search);
+  }
+  if (words.size() == before) words.push_back(Utf8(pattern));
+  std::sort(words.begin() + static_cast<std::ptrdiff_t>(before), words.end());
+}
+
+// In one step for those, too, who read the old file; the plain way on systems that cannot.
+bool Supersede(const fs::path& from, const fs::path& to) {
+  const OpenHandle file(CreateFileW(from.c_str(), DELETE | SYNCHRONIZE,
+                                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                    OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
+  if (!file.Get()) return false;
+  std::error_code failed;
+  const std::wstring name = fs::absolute(to, failed).make_preferred().wstring();
+  if (failed) return false;
+  const std::size_t size = sizeof(FILE_RENAME_INFO) + name.size() * sizeof(wchar_t);
+  std::vector<std::max_align_t> room(size / sizeof(std::max_align_t) + 1);
+  auto* const wish = reinterpret_cast<FILE_RENAME_INFO*>(room.data());
+  constexpr DWORD kReplaceWhileRead = 0x3;  // replace, and leave the old file to its readers
+  wish->Flags = kReplaceWhileRead;
+  wish->FileNameLength = static_cast<DWORD>(name.size() * sizeof(wchar_t));
+  std::ranges::copy(name, wish->FileName);
+  constexpr auto kRenameByFlags = static_cast<FILE_INFO_BY_HANDLE_CLASS>(22);
+  return SetFileInformationByHandle(file.Get(), kRenameByFlags, wish, static_cast<DWORD>(size)) !=
+         0;
+}
+
+UINT consoleBefore = 0;  // what the program's end can reach
+
 }  // namespace
+
+fs::path ReachablePath(fs::path path) {
+  constexpr std::size_t kLongestPlain =
+      240;  // a folder's own limit is 247, with room for ".tmp100"
+  std::error_code failed;
+  const fs::path whole = fs::absolute(path, failed);
+  const std::wstring plain = whole.lexically_normal().make_preferred().wstring();
+  if (failed || plain.size() < kLongestPlain || plain.starts_with(LR"(\\?\)")) return path;
+  if (plain.starts_with(LR"(\\)")) return fs::path(LR"(\\?\UNC\)" + plain.substr(2));
+  return fs::path(LR"(\\?\)" + plain);
+}
+
+std::error_code RenameOver(const fs::path& from, const fs::path& to) {
+  constexpr int kTries = 10;
+  constexpr DWORD kPauseMs = 50;
+  for (int i = 0;; ++i) {
+    if (Supersede(from, to)) return {};
+    if (MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
+      return {};
+    }
+    const DWORD reason = GetLastError();
+    const bool isHeld = reason == ERROR_SHARING_VIOLATION || reason == ERROR_ACCESS_DENIED ||
+                        reason == ERROR_LOCK_VIOLATION || reason == ERROR_USER_MAPPED_FILE;
+    if (isHeld && i + 1 < kTries) {
+      Sleep(kPauseMs);
+      continue;
+    }
+    if (isHeld) return std::make_error_code(std::errc::permission_denied);
+    return std::error_code(static_cast<int>(reason), std::system_category());
+  }
+}
 
 std::FILE* OpenFile(const fs::path& path, const char* mode) {
   const std::string_view asked = mode;
@@ -162,7 +240,34 @@ void KeepFreedMemory() {}
 void LetLargeWritesFail() {}
 
 void PrintBytesAsTheyAre() {
+  // A program of windows has no console of its own, and its streams lead nowhere.
+  const bool hasNone = _get_osfhandle(_fileno(stdout)) < 0 && AttachConsole(ATTACH_PARENT_PROCESS);
+  if (hasNone) {
+    for (std::FILE* stream : {stdout, stderr}) {
+      if (std::freopen("CONOUT$", "w", stream) == nullptr) return;
+    }
+  }
   for (std::FILE* stream : {stdout, stderr}) _setmode(_fileno(stream), _O_BINARY);
+  DWORD mode = 0;
+  if (!GetConsoleMode(GetStdHandle(STD_OUTPUT_HANDLE), &mode) && !hasNone) return;
+  consoleBefore = GetConsoleOutputCP();
+  if (SetConsoleOutputCP(CP_UTF8)) std::atexit([] { SetConsoleOutputCP(consoleBefore); });
+}
+
+std::vector<std::string> ProgramWords(int, char**) {
+  int count = 0;
+  wchar_t** const given = CommandLineToArgvW(GetCommandLineW(), &count);
+  std::vector<std::string> words;
+  for (int i = 1; i < count; ++i) {
+    const std::wstring word = given[i];
+    if (word.find_first_of(L"*?") != std::wstring::npos && !word.starts_with(L'-')) {
+      AppendMatches(word, words);
+    } else {
+      words.push_back(Utf8(word));
+    }
+  }
+  LocalFree(static_cast<HLOCAL>(given));
+  return words;
 }
 
 int AwaitEnding() {
@@ -204,6 +309,20 @@ bool IsSameFile(int handle, const fs::path& path) {
 }
 
 }  // namespace
+
+fs::path ReachablePath(fs::path path) {
+  return path;
+}
+
+std::error_code RenameOver(const fs::path& from, const fs::path& to) {
+  std::error_code failed;
+  fs::rename(from, to, failed);
+  return failed;
+}
+
+std::vector<std::string> ProgramWords(int argc, char** argv) {
+  return std::vector<std::string>(argv + std::min(argc, 1), argv + argc);
+}
 
 std::FILE* OpenFile(const fs::path& path, const char* mode) {
   return std::fopen(path.c_str(), mode);

@@ -9,11 +9,20 @@
 #include <string_view>
 #include <system_error>
 #include <utility>
+#include <vector>
 
 namespace vexa {
 
 /// Opens a file by a path that may hold any character; null on failure with errno set.
 std::FILE* OpenFile(const std::filesystem::path& path, const char* mode);
+
+/// A path by which the system reaches a file whatever its length: where it takes long ones only in
+/// a form of their own, that form of a long one; else the path itself.
+std::filesystem::path ReachablePath(std::filesystem::path path);
+
+/// Gives a file another file's name in one step, also while others read that file. What holds it
+/// for a moment only, a scanner or an indexer, is waited for; who holds it longer is an error.
+std::error_code RenameOver(const std::filesystem::path& from, const std::filesystem::path& to);
 
 /// Hands a stream's buffer to the system and the system's to the disk.
 std::error_code FlushToDisk(std::FILE* file);
@@ -63,6 +72,11 @@ std::filesystem::path UserDataFolder();
 /// The folder of the running program.
 std::filesystem::path ProgramFolder();
 
+/// The words of the command line behind the program's name, in UTF-8 and with patterns such as
+/// *.RAW as the files that they match, where the system leaves that to programs. Words that are no
+/// text stay as they are.
+std::vector<std::string> ProgramWords(int argc, char** argv);
+
 /// A variable of the environment in UTF-8; empty when unset or empty.
 std::optional<std::string> EnvironmentText(const char* name);
 
@@ -81,8 +95,9 @@ void EndInWords(const char* program);
 /// that is given readable instead of ending it. -1 where there is no such handle.
 int AwaitEnding();
 
-/// Has what is printed go out byte by byte, the ends of lines too, on every system alike. To be
-/// called once, before anything is printed.
+/// Has what is printed go out byte by byte, the ends of lines too, on every system alike, and a
+/// console, that of the caller where the program has none, show it as UTF-8. To be called once,
+/// before anything is printed.
 void PrintBytesAsTheyAre();
 
 /// Has a write that goes past the size a file may have fail like one to a full disk, where the

@@ -5,6 +5,7 @@
 #include <system_error>
 
 #include "core/files.h"
+#include "core/platform.h"
 #include "ingest/decoder.h"
 
 namespace vexa::ingest {
@@ -22,7 +23,8 @@ template <class Iterator>
 std::vector<fs::path> OrdinaryFiles(const fs::path& folder) {
   std::error_code failed;
   std::vector<fs::path> files;
-  for (Iterator at(folder, kPassingOver, failed), end; !failed && at != end; at.increment(failed)) {
+  const fs::path start = ReachablePath(folder);
+  for (Iterator at(start, kPassingOver, failed), end; !failed && at != end; at.increment(failed)) {
     std::error_code ignored;
     const bool isHidden = IsHidden(at->path());
     if constexpr (requires { at.disable_recursion_pending(); }) {
@@ -38,7 +40,7 @@ std::vector<fs::path> OrdinaryFiles(const fs::path& folder) {
 
 std::vector<fs::path> FilesBelow(const fs::path& given) {
   std::error_code failed;
-  if (!fs::is_directory(given, failed)) return {given};
+  if (!fs::is_directory(ReachablePath(given), failed)) return {given};
   return OrdinaryFiles<fs::recursive_directory_iterator>(given);
 }
 

@@ -252,6 +252,49 @@ TEST(Paths, BlanksUmlautsAndBackslashesOfSettingsWork) {
   EXPECT_EQ(ReadFile(joined).Value(), "text");
 }
 
+// Longer than the 260 characters that some systems take without further ado, with umlauts and
+// blanks.
+TEST(Paths, LongOnesAreReachedAndNamedPlainly) {
+  const test::TemporaryFolder folder;
+  fs::path deep = folder.Path();
+  for (int i = 0; i < 5; ++i) {
+    fs::path name(u8"Messungen \u00FCber dem gro\u00DFen Wald im Sommer, Teil ");
+    deep /= name += std::to_string(i);
+  }
+  ASSERT_FALSE(CreateFolders(FoldersBelow(deep)));
+  const fs::path file = FoldersBelow(deep).Data / fs::path(u8"S\u00F6nde 1.RAW");
+  ASSERT_GT(TextFromPath(file).size(), 260U);
+  ASSERT_FALSE(SaveFile(file, "old"));
+  ASSERT_FALSE(SaveFile(file, "text"));
+  EXPECT_EQ(ReadFile(file).Value(), "text");
+  EXPECT_TRUE(StampOf(file));
+  const fs::path missing = file.parent_path() / "none.RAW";
+  EXPECT_EQ(ReadFile(missing).Error().Detail, TextFromPath(missing) + ": not found");
+  std::error_code ignored;
+  fs::remove_all(ReachablePath(deep), ignored);
+}
+
+// Where a reader keeps others from replacing its file the save fails in words, and nothing is lost.
+TEST(SaveFile, AFileThatAnotherProgramHasOpenIsReplacedOrStays) {
+  const test::TemporaryFolder folder;
+  const fs::path path = folder.Path() / "open.RAW";
+  ASSERT_FALSE(SaveFile(path, "old"));
+  std::FILE* const reader = OpenFile(path, "rb");
+  ASSERT_NE(reader, nullptr);
+  const std::optional<Fault> fault = SaveFile(path, "new");
+  std::fclose(reader);
+#ifdef _WIN32
+  ASSERT_TRUE(fault);
+  EXPECT_EQ(fault->Number, kFaultAccessRefused);
+#else
+  EXPECT_FALSE(fault);
+#endif
+  EXPECT_EQ(ReadFile(path).Value(), fault ? "old" : "new");
+  EXPECT_EQ(FilesIn(folder.Path()), 1);
+  EXPECT_FALSE(SaveFile(path, "newer"));
+  EXPECT_EQ(ReadFile(path).Value(), "newer");
+}
+
 TEST(EndInWords, MemoryThatRunsOutIsASentence) {
   const auto ask = [] { throw std::bad_alloc(); };
   const auto runOut = [&ask]() noexcept {
