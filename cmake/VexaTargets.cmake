@@ -106,6 +106,9 @@ function(_vexa_include_root target folder)
   target_include_directories(${target} PUBLIC ${root})
 endfunction()
 
+# All libraries of the folders, without a program that would be linked.
+add_custom_target(vexa_compiled)
+
 # vexa_library(<target> FOLDER <folder> SOURCES <file>... [LINKS <target>...] [QT])
 function(vexa_library target)
   cmake_parse_arguments(ARG "QT" "FOLDER" "SOURCES;LINKS" ${ARGN})
@@ -118,6 +121,7 @@ function(vexa_library target)
   endif()
   _vexa_include_root(${target} ${ARG_FOLDER})
   target_link_libraries(${target} PUBLIC ${ARG_LINKS})
+  add_dependencies(vexa_compiled ${target})
 endfunction()
 
 # vexa_executable(<target> FOLDER <folder> SOURCES <file>... [LINKS <target>...])
