@@ -1,5 +1,6 @@
 #include "app/archive_window.h"
 
+#include <QCheckBox>
 #include <QComboBox>
 #include <QFormLayout>
 #include <QHBoxLayout>
@@ -58,11 +59,7 @@ void OpenArchive(const Opening& opening) {
   auto* window = dynamic_cast<ArchiveWindow*>(opening.Over.findChild<QDialog*>(kName));
   if (window == nullptr) {
     window = new ArchiveWindow(
-        opening.In,
-        [program = &opening.In, over = &opening.Over](const std::filesystem::path& file,
-                                                      int index) {
-          over->Show(OpenSounding(*program, file, index));
-        },
+        opening.In, [over = &opening.Over](Changes changes) { over->Show(changes); },
         &opening.Over);
   }
   window->show();
@@ -74,10 +71,9 @@ constexpr WindowRow kArchiveRows[] = {{.Name = "Archive", .Open = OpenArchive}};
 
 }  // namespace
 
-ArchiveWindow::ArchiveWindow(Program& program,
-                             std::function<void(const std::filesystem::path& file, int index)> open,
+ArchiveWindow::ArchiveWindow(Program& program, std::function<void(Changes)> changed,
                              QWidget* parent)
-    : QDialog(parent), program_(program), open_(std::move(open)) {
+    : QDialog(parent), program_(program), changed_(std::move(changed)) {
   setObjectName(QStringLiteral("Archive"));
   setWindowTitle(QStringLiteral("Archive"));
   BuildForm();
@@ -110,6 +106,9 @@ void ArchiveWindow::BuildForm() {
   auto* file = new QHBoxLayout;
   file->addWidget(catalogue_, 1);
   AddButton(*file, this, "cmdChoose", "C&hoose...", [this] { ChooseCatalogue(); });
+  percentiles_ = NamedCheck("Percentiles", "Use for &percentiles", false, this);
+  percentiles_->setToolTip(QStringLiteral(
+      "The panels show how usual each value is by this catalogue, the diagram what is usual."));
   auto* compared = new QHBoxLayout;
   compared->addWidget(index_);
   compared->addWidget(sign_);
@@ -121,13 +120,14 @@ void ArchiveWindow::BuildForm() {
     form->addRow(label, row);
   };
   labelled("Ca&talogue", catalogue_, file);
+  form->addRow(QString(), percentiles_);
   form->addRow(QStringLiteral("&Station"), station_);
   form->addRow(QStringLiteral("&Month"), month_);
   labelled("&Index", index_, compared);
   form->addRow(QStringLiteral("&And"), further_);
   rows_ = named(new QTableWidget(this), "Soundings");
   rows_->setSelectionBehavior(QAbstractItemView::SelectRows);
-  rows_->setSelectionMode(QAbstractItemView::SingleSelection);
+  rows_->setSelectionMode(QAbstractItemView::ExtendedSelection);
   rows_->verticalHeader()->hide();
   remark_ = named(new QLabel(this), "Remark");
   remark_->setWordWrap(true);
@@ -136,15 +136,34 @@ void ArchiveWindow::BuildForm() {
   search->setDefault(true);
   AddButton(*buttons, this, "cmdUsual", "&Usual?", [this] { ShowUsual(); });
   AddButton(*buttons, this, "cmdAlike", "Ali&ke", [this] { ShowAlike(); });
+  AddButton(*buttons, this, "cmdStep", "Step thr&ough", [this] {
+    constexpr int kMostSteps = 500;
+    const auto chosen = Chosen(kMostSteps);
+    if (chosen.empty()) return Say("Search for soundings first.");
+    changed_(StepThrough(program_, chosen));
+    Say(archive::GroupedCount(static_cast<std::int64_t>(chosen.size())) +
+        " soundings are listed behind the one in work.");
+  });
+  AddButton(*buttons, this, "cmdOverlay", "O&verlay", [this] {
+    constexpr int kMostOver = 10;
+    const auto chosen = Chosen(kMostOver);
+    if (chosen.empty()) return Say("Search for soundings first.");
+    if (InWork()) changed_(OverlayThese(program_, chosen));
+  });
   AddButton(*buttons, this, "cmdOpen", "&Open", [this] { OpenRow(rows_->currentRow()); });
   AddButton(*buttons, this, "cmdCancel", "&Close", [this] { close(); });
   connect(rows_, &QTableWidget::cellDoubleClicked, this, [this](int row, int) { OpenRow(row); });
+  connect(catalogue_, &QLineEdit::textChanged, this, [this] { FollowOption(); });
+  connect(percentiles_, &QCheckBox::clicked, this,
+          [this](bool isChosen) { ChooseForPercentiles(isChosen); });
+  catalogue_->setText(ToQString(program_.Set.System.Catalogue));
+  FollowOption();
   auto* column = new QVBoxLayout(this);
   column->addLayout(form);
   column->addWidget(rows_, 1);
   column->addWidget(remark_);
   column->addLayout(buttons);
-  resize(640, 520);
+  resize(760, 560);
 }
 
 void ArchiveWindow::ChooseCatalogue() {
@@ -186,8 +205,7 @@ std::optional<AnalysedSounding> ArchiveWindow::InWork() {
   if (program_.Current.Record.NumTempLevels() >= 2) {
     return AnalysedSounding({.Record = program_.Current.Record, .Finding = program_.Doc.Finding()});
   }
-  Begin({});
-  End("There is no sounding in work.");
+  Say("There is no sounding in work.");
   return std::nullopt;
 }
 
@@ -250,11 +268,12 @@ void ArchiveWindow::Search() {
 void ArchiveWindow::ShowUsual() {
   const std::optional<AnalysedSounding> sounding = InWork();
   if (!sounding) return;
-  const auto request = archive::RequestFor(sounding->Record());
+  auto request = archive::RequestFor(sounding->Record());
   if (!request) {
     Begin({});
     return End("The sounding has no station number or no time.");
   }
+  request->Settings = archive::Fingerprint(program_.Set);
   std::optional<archive::Catalogue> catalogue = OpenCatalogue();
   if (!catalogue) return;
   const Outcome<archive::Climate> found = archive::ClimateOf(*catalogue, *request);
@@ -318,10 +337,41 @@ void ArchiveWindow::ShowAlike() {
 
 void ArchiveWindow::OpenRow(int row) {
   if (row < 0 || row >= rows_->rowCount()) return Say("Choose a sounding first.");
+  if (const auto member = MemberOf(row)) {
+    changed_(OpenSounding(program_, member->File, member->Index));
+  }
+}
+
+// None in a row that is no sounding.
+std::optional<SoundingSet::Member> ArchiveWindow::MemberOf(int row) const {
   const QTableWidgetItem* first = rows_->item(row, 0);
-  if (!first->data(kPlaceRole).isValid()) return;
-  open_(PathFromText(first->data(kFileRole).toString().toStdString()),
-        first->data(kPlaceRole).toInt());
+  if (first == nullptr || !first->data(kPlaceRole).isValid()) return std::nullopt;
+  return SoundingSet::Member{.File = PathFromText(first->data(kFileRole).toString().toStdString()),
+                             .Index = first->data(kPlaceRole).toInt()};
+}
+
+// The rows that are selected when there are several, else those from the first on, as they stand.
+std::vector<SoundingSet::Member> ArchiveWindow::Chosen(int most) const {
+  const QItemSelectionModel* selection = rows_->selectionModel();
+  const bool areSelected = selection->selectedRows().size() > 1;
+  std::vector<SoundingSet::Member> chosen;
+  for (int row = 0; row < rows_->rowCount() && static_cast<int>(chosen.size()) < most; ++row) {
+    if (areSelected && !selection->isRowSelected(row, QModelIndex())) continue;
+    if (auto member = MemberOf(row)) chosen.push_back(std::move(*member));
+  }
+  return chosen;
+}
+
+// Whether the catalogue of the form is the one of the option.
+void ArchiveWindow::FollowOption() {
+  const std::string name = catalogue_->text().toStdString();
+  percentiles_->setEnabled(!name.empty());
+  percentiles_->setChecked(!name.empty() && name == program_.Set.System.Catalogue);
+}
+
+void ArchiveWindow::ChooseForPercentiles(bool isChosen) {
+  program_.Set.System.Catalogue = isChosen ? catalogue_->text().toStdString() : std::string();
+  changed_({.View = true});
 }
 
 void ArchiveWindow::Say(const std::string& text) {

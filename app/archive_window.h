@@ -1,9 +1,9 @@
 // Searches a catalogue of soundings: a form or a condition in words, the soundings that meet it as
 // a table to be sorted, and a double click that opens one. Of the sounding in work it also tells
-// how usual its indices are and which soundings are most like it.
+// how usual its indices are and which soundings are most like it; what was found can be stepped
+// through and drawn over it.
 #pragma once
 
-#include <filesystem>
 #include <functional>
 #include <optional>
 #include <QDialog>
@@ -16,6 +16,7 @@
 #include "program/program.h"
 #include "sounding/analysed_sounding.h"
 
+class QCheckBox;
 class QComboBox;
 class QLabel;
 class QLineEdit;
@@ -25,10 +26,8 @@ namespace vexa {
 
 class ArchiveWindow : public QDialog {
  public:
-  /// open  is given the file of a sounding and which of its soundings it is, from 0
-  ArchiveWindow(Program& program,
-                std::function<void(const std::filesystem::path& file, int index)> open,
-                QWidget* parent);
+  /// changed  is given what is to be shown anew
+  ArchiveWindow(Program& program, std::function<void(Changes)> changed, QWidget* parent);
 
   /// The condition that the form and the line below it make together.
   std::string Condition() const;
@@ -48,11 +47,16 @@ class ArchiveWindow : public QDialog {
   void MarkPlace(const archive::Cell& file, const archive::Cell& sounding);
   void End(const std::string& remark);
   void OpenRow(int row);
+  std::optional<SoundingSet::Member> MemberOf(int row) const;
+  std::vector<SoundingSet::Member> Chosen(int most) const;
+  void FollowOption();
+  void ChooseForPercentiles(bool isChosen);
   void Say(const std::string& text);
 
   Program& program_;
-  std::function<void(const std::filesystem::path& file, int index)> open_;
+  std::function<void(Changes)> changed_;
   QLineEdit* catalogue_ = nullptr;
+  QCheckBox* percentiles_ = nullptr;
   QLineEdit* station_ = nullptr;
   QComboBox* month_ = nullptr;
   QComboBox* index_ = nullptr;

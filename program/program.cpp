@@ -132,6 +132,31 @@ Changes OpenSounding(Program& program, const std::filesystem::path& path, int in
   return Behind(program, "OpenSounding", [&] { return commands::LoadAt(program, path, index); });
 }
 
+Changes StepThrough(Program& program, std::vector<SoundingSet::Member> soundings) {
+  if (soundings.empty()) return {};
+  const bool isEmpty = program.Current.FileName.empty();
+  if (!isEmpty) {
+    const SoundingSet::Member inWork{.File = program.Current.FilePath(),
+                                     .Index = program.Doc.IndexInFile()};
+    std::erase_if(soundings, [&](const SoundingSet::Member& one) {
+      return one.File == inWork.File && one.Index == inWork.Index;
+    });
+    soundings.insert(soundings.begin(), inWork);
+  }
+  return Behind(program, "StepThrough", [&]() -> Changes {
+    const SoundingSet::Member first = soundings.front();
+    const Changes changes =
+        isEmpty ? commands::LoadAt(program, first.File, first.Index) : Changes{.View = true};
+    if (changes.Any()) ListSoundings(program, SoundingSet(std::move(soundings)));
+    return changes;
+  });
+}
+
+Changes OverlayThese(Program& program, const std::vector<SoundingSet::Member>& soundings) {
+  return Behind(program, "OverlayThese",
+                [&] { return commands::OverlayMembers(program, soundings); });
+}
+
 Changes OpenText(Program& program, const std::string& text) {
   return Behind(program, "OpenText", [&] { return commands::LoadText(program, text); });
 }

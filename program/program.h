@@ -107,6 +107,13 @@ Changes OpenSoundings(Program& program, const std::vector<std::filesystem::path>
 /// Loads one sounding of a file, which alone is listed then.
 Changes OpenSounding(Program& program, const std::filesystem::path& path, int index);
 
+/// Lists soundings for stepping behind the one in work, which stays; without one in work the first
+/// of them is loaded.
+Changes StepThrough(Program& program, std::vector<SoundingSet::Member> soundings);
+
+/// Draws soundings over the one in work. What cannot be read is reported and left out.
+Changes OverlayThese(Program& program, const std::vector<SoundingSet::Member>& soundings);
+
 /// Opens a text that came without a file, kept as kPastedFile in the data folder; what is no
 /// sounding is reported and kept nowhere.
 Changes OpenText(Program& program, const std::string& text);

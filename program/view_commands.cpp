@@ -38,11 +38,11 @@ constexpr std::string_view kLockedAlready =
 // Loads a sounding beside the one in work; null when it cannot be read, which is told. Doubtful
 // data are told too: alone a sounding is shown all the same, one of several is left out.
 SharedSounding LoadOld(Program& program, const std::filesystem::path& path,
-                       bool isOneOfSeveral = false) {
+                       bool isOneOfSeveral = false, int index = 0) {
   CurrentSounding beside = program.Doc.Beside();
   beside.FileName = TextFromPath(path.filename());
   beside.DatasetMode = isOneOfSeveral;
-  Outcome<SharedSounding> loaded = LoadAnalysed({.File = path}, PolicyOf(program));
+  Outcome<SharedSounding> loaded = LoadAnalysed({.File = path, .Index = index}, PolicyOf(program));
   if (!loaded) {
     ErrorReport(beside, loaded.Error());
     return nullptr;
@@ -239,15 +239,24 @@ Changes CompareAnother(Program& program) {
 
 Changes OverlaySeveral(Program& program) {
   if (program.View.Mode == MultiMode::Overlay) return ShowAlone(program);
+  std::vector<SoundingSet::Member> chosen;
+  for (const std::string& name :
+       program.Current.Ask->ChooseFiles(QuestionFor(program, "Sounding Overlay"))) {
+    chosen.push_back({.File = PathFromText(name)});
+  }
+  return OverlayMembers(program, chosen);
+}
+
+Changes OverlayMembers(Program& program, const std::vector<SoundingSet::Member>& soundings) {
   std::vector<SharedSounding> others;
-  const auto names = program.Current.Ask->ChooseFiles(QuestionFor(program, "Sounding Overlay"));
   Progress progress(*program.Current.Ask);
-  for (std::size_t i = 0; i < names.size(); ++i) {
+  for (std::size_t i = 0; i < soundings.size(); ++i) {
     const std::string step =
-        Shortest(static_cast<int>(i) + 1) + " of " + Shortest(static_cast<int>(names.size()));
-    const double done = static_cast<double>(i) / static_cast<double>(names.size());
+        Shortest(static_cast<int>(i) + 1) + " of " + Shortest(static_cast<int>(soundings.size()));
+    const double done = static_cast<double>(i) / static_cast<double>(soundings.size());
     if (!progress.Begin("Loading sounding " + step + " . . .", done)) return {};
-    if (SharedSounding old = LoadOld(program, PathFromText(names[i]), true)) {
+    const SoundingSet::Member& one = soundings[i];
+    if (SharedSounding old = LoadOld(program, one.File, true, one.Index)) {
       others.push_back(std::move(old));
     }
   }

@@ -54,6 +54,9 @@ std::string CursorDataLabels(const Program& program, int level);
 
 namespace commands {
 
+/// Draws soundings over the one in work; what cannot be read or is doubtful is told and left out.
+Changes OverlayMembers(Program& program, const std::vector<SoundingSet::Member>& soundings);
+
 /// Draws anew and takes the cursor away.
 Changes DrawAgain(Program& program);
 

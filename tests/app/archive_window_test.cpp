@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -22,6 +23,7 @@ namespace {
 class ArchiveWindowTest : public testing::Test {
  protected:
   ArchiveWindowTest() {
+    program.Doc.AskThrough(&silent);
     auto catalogue = archive::Catalogue::Open(folder.Path() / "c", {.MayMake = true});
     const std::vector<std::string> given = {TextFromPath(test::TestData("igra_station.txt")),
                                             TextFromPath(test::TestData("fsl_two.fsl"))};
@@ -35,14 +37,15 @@ class ArchiveWindowTest : public testing::Test {
   std::string Remark() { return Find<QLabel>("Remark")->text().toStdString(); }
   int Rows() { return Find<QTableWidget>("Soundings")->rowCount(); }
 
+  std::string InWork() {
+    return program.Current.FileName + "#" + std::to_string(program.Doc.IndexInFile() + 1);
+  }
+
   test::TemporaryFolder folder;
+  SilentInteraction silent{};
   Program program{};
-  std::vector<std::pair<std::string, int>> opened{};
-  ArchiveWindow window{program,
-                       [this](const std::filesystem::path& file, int index) {
-                         opened.emplace_back(TextFromPath(file.filename()), index);
-                       },
-                       nullptr};
+  Changes shown{};
+  ArchiveWindow window{program, [this](Changes changes) { shown = changes; }, nullptr};
 };
 
 TEST_F(ArchiveWindowTest, FindsSoundingsAndOpensThem) {
@@ -56,10 +59,11 @@ TEST_F(ArchiveWindowTest, FindsSoundingsAndOpensThem) {
   auto* rows = Find<QTableWidget>("Soundings");
   rows->sortItems(0, Qt::DescendingOrder);  // by time: the second of the file comes first
   emit rows->cellDoubleClicked(0, 0);
+  EXPECT_TRUE(shown.Sounding);
+  EXPECT_EQ(InWork(), "fsl_two.fsl#2");
   rows->setCurrentCell(1, 2);
   Find<QPushButton>("cmdOpen")->click();
-  EXPECT_EQ(opened,
-            (std::vector<std::pair<std::string, int>>{{"fsl_two.fsl", 1}, {"fsl_two.fsl", 0}}));
+  EXPECT_EQ(InWork(), "fsl_two.fsl#1");
 
   Find<QComboBox>("Index")->setCurrentText("KI");
   Find<QLineEdit>("Value")->setText("many");
@@ -70,6 +74,43 @@ TEST_F(ArchiveWindowTest, FindsSoundingsAndOpensThem) {
   Find<QComboBox>("Index")->setCurrentIndex(0);
   Find<QPushButton>("cmdSearch")->click();
   EXPECT_EQ(Remark(), "there is no such catalogue");
+}
+
+TEST_F(ArchiveWindowTest, WhatIsFoundIsSteppedThroughAndDrawnOver) {
+  Find<QPushButton>("cmdStep")->click();
+  EXPECT_EQ(Remark(), "Search for soundings first.");
+  Find<QPushButton>("cmdSearch")->click();
+  Find<QPushButton>("cmdOverlay")->click();
+  EXPECT_EQ(Remark(), "There is no sounding in work.");
+  auto* rows = Find<QTableWidget>("Soundings");
+  emit rows->cellDoubleClicked(1, 0);
+  const std::string first = InWork();
+  Find<QPushButton>("cmdStep")->click();
+  EXPECT_EQ(program.Listed.Size(), 4U) << "the one in work is not listed twice";
+  EXPECT_EQ(InWork(), first) << "it stays in work";
+  EXPECT_TRUE(SequenceSounding(program, 3).Sounding);
+  EXPECT_NE(InWork(), first);
+  EXPECT_TRUE(SequenceSounding(program, 0).Sounding);
+  EXPECT_EQ(InWork(), first);
+  rows->selectRow(2);
+  rows->setRangeSelected({3, 0, 3, rows->columnCount() - 1}, true);
+  Find<QPushButton>("cmdOverlay")->click();
+  EXPECT_EQ(program.View.Mode, diagram::MultiMode::Overlay);
+  EXPECT_EQ(program.Others.size(), 2U);
+}
+
+TEST_F(ArchiveWindowTest, ChoosesTheCatalogueOfThePercentiles) {
+  auto* box = Find<QCheckBox>("Percentiles");
+  EXPECT_FALSE(box->isChecked());
+  box->click();
+  EXPECT_EQ(program.Set.System.Catalogue, TextFromPath(folder.Path() / "c"));
+  EXPECT_TRUE(shown.View);
+  Find<QLineEdit>("Catalogue")->setText("another");
+  EXPECT_FALSE(box->isChecked()) << "the option has not changed";
+  Find<QLineEdit>("Catalogue")->setText(ToQString(program.Set.System.Catalogue));
+  EXPECT_TRUE(box->isChecked());
+  box->click();
+  EXPECT_EQ(program.Set.System.Catalogue, "");
 }
 
 TEST_F(ArchiveWindowTest, ComparesTheSoundingInWork) {
