@@ -343,7 +343,9 @@ std::optional<Fault> Ask(Catalogue& catalogue, const Question& question,
       const std::string by = SqlOf(catalogue, *question.SortBy);
       sql += by + " IS NULL, " + by + (question.IsDescending ? " DESC, " : ", ");
     }
-    sql += "s.station IS NULL, s.station, s.time, f.path, s.sounding";
+    // Those of one file come as they stand in it.
+    const bool isByFile = question.SortBy != nullptr && question.SortBy->IsOfFile;
+    sql += isByFile ? "s.sounding" : "s.station IS NULL, s.station, s.time, f.path, s.sounding";
     if (question.Most > 0) sql += " LIMIT " + std::to_string(question.Most);
     Statement select = catalogue.Store().Prepare(sql);
     int place = 1;

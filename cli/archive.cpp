@@ -11,6 +11,7 @@
 #include "archive/add.h"
 #include "archive/merge.h"
 #include "archive/query.h"
+#include "archive/sounding_walk.h"
 #include "cli/answers.h"
 #include "cli/archive_parts.h"
 #include "cli/archive_table.h"
@@ -20,7 +21,6 @@
 #include "core/files.h"
 #include "core/numbers.h"
 #include "report/profiles_netcdf.h"
-#include "sounding/sounding_source.h"
 
 namespace vexa::cli {
 namespace {
@@ -83,17 +83,25 @@ std::string Count(std::int64_t number, std::string_view what) {
   return GroupedCount(number) + " " + std::string(what) + (number == 1 ? "" : "s");
 }
 
+// The share that is asked for; all without one.
+Outcome<archive::Shard> ShareOf(const Work& work) {
+  const auto text = work.Given.Value("--shard");
+  if (!text) return archive::Shard{};
+  const auto share = archive::ParseShard(*text);
+  if (share) return *share;
+  return Fault{kFaultInvalidValue, "ShareOf",
+               "--shard is I/N with I from 1 to N, not \"" + *text + "\""};
+}
+
 int RunAdd(const Work& work) {
   const Outcome<CommandSetup> setup = SetupOf(work.Given, work.Out);
   if (!setup) return WrongWords(work, setup.Error().Detail);
   archive::AddRequest request{.Given = work.Words,
                               .Settings = setup.Value().Settings.Set,
                               .Stations = &setup.Value().Stations};
-  if (const auto text = work.Given.Value("--shard")) {
-    const auto share = archive::ParseShard(*text);
-    if (!share) return WrongWords(work, "--shard is I/N with I from 1 to N, not \"" + *text + "\"");
-    request.Share = *share;
-  }
+  const auto share = ShareOf(work);
+  if (!share) return WrongWords(work, share.Error().Detail);
+  request.Share = share.Value();
   Inputs inputs(work.Out, setup.Value().Stations, 0);
   request.OnTrouble = [&](const std::string& name, const std::string& reason) {
     inputs.Fail(name, reason);
@@ -197,6 +205,8 @@ int RunExportArchive(const Work& work) {
   if (!condition) return WrongWords(work, condition.Error().Detail + "\n  " + Spoken(work));
   const std::optional<std::string> output = work.Given.Value("--output");
   if (!output) return WrongWords(work, "archive export wants a file with -o");
+  const auto share = ShareOf(work);
+  if (!share) return WrongWords(work, share.Error().Detail);
   Outcome<Catalogue> catalogue = OpenCatalogue(work, {.MayWrite = false});
   if (!catalogue) return CatalogueFailed(work, work.Name, catalogue.Error());
   const Options& options = setup.Value().Settings.Set;
@@ -207,28 +217,29 @@ int RunExportArchive(const Work& work) {
   Inputs inputs(work.Out, setup.Value().Stations, 0);
   analysis::AdiabatTable adiabats;
   std::string opened;
-  std::optional<SoundingSource> source;
+  std::optional<FileStamp> stamp;
+  std::optional<archive::SoundingWalk> walk;
   std::int64_t count = 0;
   const auto fault =
       archive::Ask(catalogue.Value(), question, [&](std::span<const archive::Cell> cells) {
         const std::string name = archive::CellText(cells[0]);
+        if (!share.Value().Holds(name)) return true;
         if (name != opened) {
           opened = name;
-          source.reset();
-          auto found = SoundingSource::Open(PathFromText(name));
-          if (found) source.emplace(std::move(found.Value()));
-          if (!found) inputs.Fail(name, found.Error());
+          stamp = StampOf(PathFromText(name));
+          walk.emplace(PathFromText(name));
         }
-        if (!source) return true;
         const auto index = static_cast<int>(std::get<std::int64_t>(cells[1])) - 1;
-        Loading loading = source->Load(index, {.Stations = &setup.Value().Stations});
+        Loading loading = walk->Load(index, {.Stations = &setup.Value().Stations});
         const std::string numbered = name + "#" + archive::CellText(cells[1]);
         if (loading.Failed) {
           inputs.Fail(numbered, *loading.Failed);
           return true;
         }
         const AnalysedSounding sounding(*std::move(loading.Sounding));
-        file.Value().Add(report::ReportOf(sounding, name, options, &adiabats), numbered);
+        ReportedSounding reported = report::ReportOf(sounding, name, options, &adiabats);
+        reported.Stamp = stamp;
+        file.Value().Add(reported, numbered);
         ++count;
         return true;
       });
@@ -289,7 +300,7 @@ int RunColumns(const Work& work) {
 constexpr std::string_view kAddTakes[] = {"--shard", "--root", "--set"};
 constexpr std::string_view kQueryTakes[] = {"--format", "--columns", "--sort", "--descending",
                                             "--most"};
-constexpr std::string_view kExportTakes[] = {"--output", "--root", "--set"};
+constexpr std::string_view kExportTakes[] = {"--output", "--shard", "--root", "--set"};
 constexpr std::string_view kClimateTakes[] = {"--format", "--station", "--month",
                                               "--day",    "--window",  "--hour",
                                               "--least",  "--root",    "--set"};

@@ -12,6 +12,7 @@
 #include "core/files.h"
 #include "core/markers.h"
 #include "core/numbers.h"
+#include "program/command_line.h"
 #include "report/netcdf_file.h"
 #include "report/values.h"
 
@@ -62,6 +63,23 @@ std::string UnitFor(const analysis::IndexRow& row) {
 
 float Measured(double value, bool isThere) {
   return isThere ? static_cast<float>(value) : NC_FILL_FLOAT;
+}
+
+// By which it shows whether a file is still the one that was read: "2108800 bytes, written
+// 2019-06-15T12:00:00Z".
+std::string StampText(const std::optional<FileStamp>& stamp) {
+  if (!stamp) return {};
+  using namespace std::chrono;
+  const auto written = floor<seconds>(file_clock::to_sys(stamp->Written));
+  const auto day = floor<days>(written);
+  const year_month_day date{day};
+  const hh_mm_ss time{written - day};
+  const auto two = [](auto number) { return Mask(static_cast<int>(number), "00"); };
+  return std::to_string(stamp->Size) + " bytes, written " +
+         Mask(static_cast<int>(date.year()), "0000") + "-" +
+         two(static_cast<unsigned>(date.month())) + "-" + two(static_cast<unsigned>(date.day())) +
+         "T" + two(time.hours().count()) + ":" + two(time.minutes().count()) + ":" +
+         two(time.seconds().count()) + "Z";
 }
 
 // One row of a profile: what was measured at one height.
@@ -155,7 +173,8 @@ struct ProfilesNetcdf::Made {
     File.Text(NC_GLOBAL, "Conventions", "CF-1.8");
     File.Text(NC_GLOBAL, "featureType", "profile");
     File.Text(NC_GLOBAL, "title", "Upper-air soundings with their indices");
-    File.Text(NC_GLOBAL, "source", "upper-air soundings, analysed by VEXA");
+    File.Text(NC_GLOBAL, "source",
+              "upper-air soundings, analysed by VEXA " + std::string(ProgramVersion()));
     File.Text(
         NC_GLOBAL, "comment",
         "Settings of the analysis: " + settings +
@@ -167,6 +186,8 @@ struct ProfilesNetcdf::Made {
     Names.Variable =
         Define("profile_id", NC_STRING, Profile, "", "file and which of its soundings", "");
     File.Text(Names.Variable, "cf_role", "profile_id");
+    Stamps.Variable = Define("file_stamp", NC_STRING, Profile, "",
+                             "size and time of the file as it was read", "");
     Stations.Variable = Define("station_name", NC_STRING, Profile, "platform_name", "title", "");
     Verdicts.Variable =
         Define("verdict", NC_STRING, Profile, "", "OK, or what the check of the data finds", "");
@@ -211,6 +232,7 @@ struct ProfilesNetcdf::Made {
   void Add(const ReportedSounding& sounding, const std::string& name) {
     const SoundingRecord& record = sounding.Record;
     Names.Values.push_back(name);
+    Stamps.Values.push_back(StampText(sounding.Stamp));
     Stations.Values.emplace_back(Trim(record.StationTitle));
     const std::string finding = FindingText(sounding.Finding);
     Verdicts.Values.push_back(finding.empty() ? "OK" : finding);
@@ -249,7 +271,7 @@ struct ProfilesNetcdf::Made {
 
   void Flush() {
     const std::size_t profiles = Names.Values.size(), levels = Heights.Values.size();
-    for (auto* texts : {&Names, &Stations, &Verdicts, &Bounds}) Flush(*texts, Profiles);
+    for (auto* texts : {&Names, &Stamps, &Stations, &Verdicts, &Bounds}) Flush(*texts, Profiles);
     Flush(Numbers, Profiles);
     Flush(Times, Profiles);
     for (auto* floats : {&Lats, &Lons, &Grounds}) Flush(*floats, Profiles);
@@ -276,7 +298,7 @@ struct ProfilesNetcdf::Made {
   NetcdfFile File;
   bool IsDone = false;
   int Profile = -1, Obs = -1;
-  Waiting<std::string> Names{}, Stations{}, Verdicts{}, Bounds{};
+  Waiting<std::string> Names{}, Stamps{}, Stations{}, Verdicts{}, Bounds{};
   Waiting<int> Numbers{}, Counts{};
   Waiting<double> Times{};
   Waiting<float> Lats{}, Lons{}, Grounds{}, Heights{};

@@ -302,7 +302,8 @@ ReportedSounding ReportOf(const AnalysedSounding& sounding, std::string name,
           .Record = sounding.Record(),
           .Results = sounding.Results(options, table),
           .Notes = sounding.Notes(),
-          .Finding = sounding.Finding()};
+          .Finding = sounding.Finding(),
+          .Stamp = sounding.From().Stamp};
 }
 
 std::string SoundingJson(const ReportedSounding& sounding, const DisplaySettings& options) {

@@ -8,6 +8,7 @@
 #include "analysis/analysis.h"
 #include "config/display_settings.h"
 #include "core/data_checks.h"
+#include "core/files.h"
 #include "core/sounding_record.h"
 #include "mountainwave/mountain.h"
 #include "sounding/analysed_sounding.h"
@@ -23,6 +24,7 @@ struct ReportedSounding {
   QcFinding Finding{};                    // what the check of the data found
   /// For the waves; not told: the sounding's own.
   std::optional<mountainwave::Site> Mountains{};
+  std::optional<FileStamp> Stamp{};  // of the file as it was read
 };
 
 /// An analysed sounding under the name by which it was asked for.
