@@ -232,7 +232,12 @@ Box WrongFolderBox(const std::filesystem::path& folder) {
 bool SameFolder(const std::filesystem::path& datasets, const std::filesystem::path& soundings) {
   std::error_code failed;
   if (std::filesystem::equivalent(datasets, soundings, failed)) return true;
-  return datasets.lexically_normal() == soundings.lexically_normal();
+  // Not every system compares folders so; a separator at the end says nothing.
+  const auto plain = [](const std::filesystem::path& folder) {
+    const std::filesystem::path normal = folder.lexically_normal();
+    return normal.has_filename() ? normal : normal.parent_path();
+  };
+  return plain(datasets) == plain(soundings);
 }
 
 }  // namespace vexa::crosssection
