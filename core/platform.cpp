@@ -28,6 +28,7 @@
 
 #include <shellapi.h>
 #else
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <pwd.h>
 #include <sys/file.h>
@@ -37,6 +38,8 @@
 #ifdef __GLIBC__
 #include <malloc.h>
 #endif
+
+#include "core/late_library.h"
 #endif
 
 namespace vexa {
@@ -439,6 +442,13 @@ void PrintBytesAsTheyAre() {}
 
 void LetLargeWritesFail() {
   std::signal(SIGXFSZ, SIG_IGN);
+}
+
+// On Windows every library is linked.
+LateLibrary::LateLibrary(const char* file) : handle_(::dlopen(file, RTLD_LAZY | RTLD_LOCAL)) {}
+
+void* LateLibrary::Address(const char* function) const {
+  return IsOpen() ? ::dlsym(handle_, function) : nullptr;
 }
 
 #endif
