@@ -78,7 +78,8 @@ function(_vexa_common target)
     # GCC 12 sees copies past the end of short strings where there are none, optimised only.
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13
        AND NOT CMAKE_BUILD_TYPE STREQUAL "Debug")
-      target_compile_options(${target} PRIVATE -Wno-array-bounds)
+      target_compile_options(${target} PRIVATE -Wno-array-bounds -Wno-stringop-overflow
+                                               -Wno-stringop-overread)
     endif()
     if(NOT WIN32)  # the same for programs and libraries, or they could share no precompiled header
       target_compile_options(${target} PRIVATE -fPIC)
