@@ -96,7 +96,9 @@ std::optional<Fault> SaveWorkFiles(const std::filesystem::path& folder, const Re
   };
   if (auto fault = save(kFoundInRange, list)) return fault;
   if (auto fault = save(kFoundFiles, RecordsOf(region, false))) return fault;
-  return save(kCandidates, RecordsOf(region, true));
+  const bool isOneFile = std::filesystem::equivalent(folder / PathFromText(kFoundInRange),
+                                                     folder / PathFromText(kCandidates), failed);
+  return save(isOneFile ? kCandidatesElse : kCandidates, RecordsOf(region, true));
 }
 
 }  // namespace vexa::forecast

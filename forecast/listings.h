@@ -35,9 +35,10 @@ inline constexpr std::string_view kWorkFolder = "ForecastHodoFilesVEXA";
 inline constexpr std::string_view kFoundInRange = "InRangE.txt";  // those within the radius, listed
 inline constexpr std::string_view kFoundFiles = "InRangX.txt";    // the same as records
 inline constexpr std::string_view kCandidates = "InRange.txt";  // those that a forecast is made of
+inline constexpr std::string_view kCandidatesElse = "InRangU.txt";  // where that is kFoundInRange
 
-/// Writes the three. On file systems that don't tell capitals from small letters the list and the
-/// candidates are one file, which then holds the candidates.
+/// Writes the three. On file systems that don't tell capitals from small letters the list would be
+/// the candidates' file: there these have a name of their own.
 [[nodiscard]] std::optional<Fault> SaveWorkFiles(const std::filesystem::path& folder,
                                                  const Region& region,
                                                  FileOps& ops = SystemFileOps());

@@ -107,10 +107,21 @@ TEST(Region, WorkingFiles) {
     const std::string text = ReadFile(folder.Path() / "new" / name).Value();
     return std::count(text.begin(), text.end(), '\n');
   };
+  const bool tellsCase = !std::filesystem::exists(folder.Path() / "NEW");
   EXPECT_EQ(lines(kFoundInRange), 4);
   EXPECT_EQ(lines(kFoundFiles), 2);
-  EXPECT_EQ(lines(kCandidates), 1);
-  EXPECT_TRUE(SaveWorkFiles(folder.Path() / "new" / "InRange.txt" / "in a file", region));
+  EXPECT_EQ(lines(tellsCase ? kCandidates : kCandidatesElse), 1);
+  EXPECT_NE(std::filesystem::exists(folder.Path() / "new" / kCandidatesElse), tellsCase);
+  EXPECT_TRUE(SaveWorkFiles(folder.Path() / "new" / "InRangX.txt" / "in a file", region));
+  if (!tellsCase) return;
+  // Here a link makes them one file.
+  std::filesystem::create_directory(folder.Path() / "one");
+  std::filesystem::create_symlink(kFoundInRange, folder.Path() / "one" / kCandidates);
+  ASSERT_FALSE(SaveWorkFiles(folder.Path() / "one", region));
+  EXPECT_EQ(ReadFile(folder.Path() / "one" / kFoundInRange).Value(),
+            ReadFile(folder.Path() / "new" / kFoundInRange).Value());
+  EXPECT_EQ(ReadFile(folder.Path() / "one" / kCandidatesElse).Value(),
+            ReadFile(folder.Path() / "new" / kCandidates).Value());
 }
 
 TEST(ForecastEntries, RangesAndMessages) {
