@@ -425,7 +425,7 @@ TEST_F(EditCommands, ASessionCutOffIsOfferedWithItsEdits) {
   program.Where.Root = folder.Path();
   const fs::path a = Native("a.RAW");
   const fs::path b = Native("b.RAW");
-  ASSERT_TRUE(OpenSoundings(program, {fs::relative(a), fs::relative(b)}).Sounding);
+  ASSERT_TRUE(OpenSoundings(program, {fs::proximate(a), fs::proximate(b)}).Sounding);
   SequenceSounding(program, 1);
   DeleteLevel(2);
   EXPECT_FALSE(KeepSession(program));

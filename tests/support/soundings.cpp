@@ -111,7 +111,7 @@ SoundingRecord ReferenceWinter() {
 }
 
 fs::path SourceFolder() {
-  return VEXA_SOURCE_DIR;
+  return fs::absolute(VEXA_SOURCE_DIR);
 }
 
 fs::path TestData(const std::string& name) {
