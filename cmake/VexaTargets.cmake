@@ -110,14 +110,14 @@ endfunction()
 # All libraries of the folders, without a program that would be linked.
 add_custom_target(vexa_compiled)
 
-# vexa_library(<target> FOLDER <folder> SOURCES <file>... [LINKS <target>...] [QT])
+# vexa_library(<target> FOLDER <folder> SOURCES <file>... [LINKS <target>...] [QT | QT_WITHOUT_WIDGETS])
 function(vexa_library target)
-  cmake_parse_arguments(ARG "QT" "FOLDER" "SOURCES;LINKS" ${ARGN})
+  cmake_parse_arguments(ARG "QT;QT_WITHOUT_WIDGETS" "FOLDER" "SOURCES;LINKS" ${ARGN})
   add_library(${target} STATIC ${ARG_SOURCES})
   _vexa_common(${target})
   if(ARG_QT)
     _vexa_precompile(${target} qt)
-  else()
+  elseif(NOT (WIN32 AND ARG_QT_WITHOUT_WIDGETS))  # there the toolkit has the system's headers say more
     _vexa_precompile(${target} std)
   endif()
   _vexa_include_root(${target} ${ARG_FOLDER})
