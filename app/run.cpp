@@ -31,6 +31,7 @@
 #include "core/platform.h"
 #include "core/user_file.h"
 #include "output/paint/paint.h"
+#include "output/paint/toolkit_platform.h"
 #include "program/command_line.h"
 #include "program/edit_commands.h"
 #include "program/program.h"
@@ -143,13 +144,30 @@ void NameFonts() {
 
 // The system ends the program: nobody is asked, so what is not saved goes into the session, which
 // the next start offers.
-void EndNow(Program& program, SoundingWindow& window) {
+void KeepUnasked(Program& program, SoundingWindow& window) {
   if (!program.Doc.IsAltered()) {
     window.close();
   } else if (const auto fault = KeepSessionAtEnd(program)) {
     Say(stderr, "vexa: " + fault->Detail + "\n");
   }
-  QApplication::exit();
+}
+
+// Tells when the system ends the program: by a signal, or by the toolkit's word where the user logs
+// out. After that word the system may end it at once, or another program may have it called off.
+void AwaitSystemsEnd(Program& program, SoundingWindow& window) {
+  if (const int ending = AwaitEnding(); ending >= 0) {
+    auto* const notifier = new QSocketNotifier(ending, QSocketNotifier::Read, &window);
+    QObject::connect(notifier, &QSocketNotifier::activated, &window, [&program, &window] {
+      KeepUnasked(program, window);
+      QApplication::exit();
+    });
+  }
+  QObject::connect(qApp, &QGuiApplication::commitDataRequest, &window, [&program, &window] {
+    if (program.Doc.IsAltered()) KeepUnasked(program, window);
+  });
+  QObject::connect(qApp, &QCoreApplication::aboutToQuit, &window, [&program, &window] {
+    if (window.isVisible() && !program.Doc.IsAltered()) KeepUnasked(program, window);
+  });
 }
 
 /// What the words of the command line ask for.
@@ -259,13 +277,7 @@ int ShowUntilClosed(Program& program, const Wanted& wanted, SoundingWindow& wind
                     QSplashScreen& splash) {
   window.show();
   splash.finish(&window);
-  const int ending = AwaitEnding();
-  std::optional<QSocketNotifier> notifier;
-  if (ending >= 0) {
-    notifier.emplace(ending, QSocketNotifier::Read);
-    QObject::connect(&*notifier, &QSocketNotifier::activated, &window,
-                     [&] { EndNow(program, window); });
-  }
+  AwaitSystemsEnd(program, window);
   if (wanted.Window.Name.empty()) {
     QTimer::singleShot(0, &window, [&window] { window.RestoreDisplays(); });
   } else {
@@ -285,6 +297,7 @@ int RunWindow(int argc, char** argv) {
     return 0;
   }
 
+  paint::ChooseLetters();
   const QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("VEXA"));
   const std::vector<std::string> words = WordsOf(argc, argv);

@@ -7,6 +7,7 @@
 #include "download/net/http_fetcher.h"
 #include "output/paint/paint.h"
 #include "output/paint/print.h"
+#include "output/paint/toolkit_platform.h"
 #include "output/print_pages.h"
 
 namespace vexa::cli {
@@ -16,7 +17,7 @@ QtToolkit::~QtToolkit() = default;
 
 void QtToolkit::Start() {
   if (QCoreApplication::instance() != nullptr) return;
-  qputenv("QT_QPA_PLATFORM", "offscreen");
+  paint::ChooseNoDisplay();
   // Its remarks on the desktop it does not find are of no use to a command's user.
   qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
     if (type == QtCriticalMsg || type == QtFatalMsg) {
