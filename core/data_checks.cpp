@@ -26,6 +26,15 @@ void Reorder(Levels<T>& levels, const std::vector<std::size_t>& order) {
   levels.Values() = std::move(taken);
 }
 
+// Whether `keep` accepts every level and none comes before the one below it.
+template <class Keep, class Before>
+bool IsInOrder(int count, Keep keep, Before before) {
+  for (std::size_t i = 0; i < static_cast<std::size_t>(count); ++i) {
+    if (!keep(i) || (i > 0 && before(i, i - 1))) return false;
+  }
+  return true;
+}
+
 // Numbers of the levels that `keep` accepts, ordered by `before`.
 template <class Keep, class Before>
 std::vector<std::size_t> Ordered(int count, Keep keep, Before before) {
@@ -69,12 +78,12 @@ QcFinding CheckWinds(const Levels<T>& dir, const Levels<T>& spd) {
 
 void PressureDupe(SoundingRecord& record) {
   const std::vector<double>& press = record.Press.Values();
+  if (std::ranges::adjacent_find(press) == press.end()) return;
   std::vector<std::size_t> order;
   order.reserve(press.size());
   for (std::size_t i = 0; i < press.size(); ++i) {
     if (i + 1 == press.size() || press[i] != press[i + 1]) order.push_back(i);
   }
-  if (order.size() == press.size()) return;
   Reorder(record.Temp, order);
   Reorder(record.Dewpt, order);
   Reorder(record.Press, order);
@@ -82,16 +91,19 @@ void PressureDupe(SoundingRecord& record) {
 
 Status SortData(SoundingRecord& record) {
   const std::vector<double>& press = record.Press.Values();
-  const std::vector<std::size_t> temps = Ordered(
-      record.NumTempLevels(), [&](std::size_t i) { return press[i] != 0; },
-      [&](std::size_t a, std::size_t b) { return press[a] > press[b]; });
-  ReorderTemps(record, temps);
+  const auto hasPress = [&](std::size_t i) { return press[i] != 0; };
+  const auto falls = [&](std::size_t a, std::size_t b) { return press[a] > press[b]; };
+  const int temps = record.NumTempLevels();
+  if (!IsInOrder(temps, hasPress, falls)) ReorderTemps(record, Ordered(temps, hasPress, falls));
   const std::vector<double>& height = record.WindHgt.Values();
   const std::vector<double>& direction = record.WindDir.Values();
-  const std::vector<std::size_t> winds = Ordered(
-      record.NumWindLevels(), [&](std::size_t i) { return direction[i] != 0; },
-      [&](std::size_t a, std::size_t b) { return height[a] < height[b]; });
-  return ReorderWinds(record, winds);
+  const auto hasWind = [&](std::size_t i) { return direction[i] != 0; };
+  const auto rises = [&](std::size_t a, std::size_t b) { return height[a] < height[b]; };
+  const int winds = record.NumWindLevels();
+  if (IsInOrder(winds, hasWind, rises)) {
+    return record.HasWorkWinds() ? Status::YesHeights : Status::NoHeights;
+  }
+  return ReorderWinds(record, Ordered(winds, hasWind, rises));
 }
 
 std::vector<std::string> KeepPossible(SoundingRecord& record) {

@@ -24,7 +24,22 @@ std::string Fixed(T value) {
 }
 
 bool IsBlank(char c) {
-  return c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == '\f';
+  return c <= ' ' && (c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == '\f');
+}
+
+// Puts the digits at the front of a text behind those of a number, which wraps where they are too
+// many; gives how many they were.
+std::size_t TakeDigits(std::string_view& text, std::uint64_t& number) {
+  const char* at = text.data();
+  const char* const end = at + text.size();
+  for (; at != end; ++at) {
+    const auto digit = static_cast<unsigned>(*at) - '0';
+    if (digit > 9) break;
+    number = 10 * number + digit;
+  }
+  const auto count = static_cast<std::size_t>(at - text.data());
+  text.remove_prefix(count);
+  return count;
 }
 
 // A number as nearly all files have it, "-12.3": its digits as a whole number over a power of ten.
@@ -35,21 +50,16 @@ std::optional<double> PlainDecimal(std::string_view text) {
       1, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
   const bool isNegative = !text.empty() && text.front() == '-';
   if (isNegative) text.remove_prefix(1);
-  std::int64_t digits = 0;
-  std::size_t count = 0;
+  std::uint64_t digits = 0;
+  std::size_t count = TakeDigits(text, digits);
   std::size_t decimals = 0;
-  bool isFraction = false;
-  for (const char c : text) {
-    if (c == '.' && !isFraction) {
-      isFraction = true;
-      continue;
-    }
-    if (c < '0' || c > '9' || ++count > kMostDigits) return std::nullopt;
-    digits = 10 * digits + (c - '0');
-    decimals += isFraction ? 1 : 0;
+  if (!text.empty() && text.front() == '.') {
+    text.remove_prefix(1);
+    decimals = TakeDigits(text, digits);
+    count += decimals;
   }
-  if (count == 0) return std::nullopt;
-  const double size = static_cast<double>(digits) / kPowers[decimals];
+  if (!text.empty() || count == 0 || count > kMostDigits) return std::nullopt;
+  const double size = static_cast<double>(static_cast<std::int64_t>(digits)) / kPowers[decimals];
   return isNegative ? -size : size;
 }
 
@@ -155,6 +165,7 @@ std::string_view Trim(std::string_view text) {
 }
 
 std::optional<double> ParseNumber(std::string_view text) {
+  if (const std::optional<double> plain = PlainDecimal(text)) return plain;
   text = Trim(text);
   if (!text.empty() && text.front() == '+') {
     text.remove_prefix(1);
