@@ -1,7 +1,6 @@
 #include "ingest/html_text.h"
 
 #include <algorithm>
-#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -20,10 +19,13 @@ bool IsLetter(char c) {
 }  // namespace
 
 bool IsHtml(const SourceText& source) {
+  constexpr std::string_view kTags[] = {"<html", "<body", "<pre", "<!doctype", "<head"};
   const std::string_view start = std::string_view(source.Bytes()).substr(0, kStart);
-  return std::ranges::any_of(
-      std::initializer_list<std::string_view>{"<html", "<body", "<pre", "<!doctype", "<head"},
-      [start](std::string_view tag) { return FindNoCase(start, tag) != std::string_view::npos; });
+  for (auto at = start.find('<'); at != start.npos; at = start.find('<', at + 1)) {
+    const auto opens = [rest = start.substr(at)](auto tag) { return StartsWithNoCase(rest, tag); };
+    if (std::ranges::any_of(kTags, opens)) return true;
+  }
+  return false;
 }
 
 SourceText WithoutTags(const SourceText& source) {

@@ -1,6 +1,7 @@
 #include "ingest/igra.h"
 
 #include <algorithm>
+#include <array>
 #include <string>
 #include <utility>
 
@@ -25,10 +26,10 @@ int Whole(std::string_view line, std::size_t first, std::size_t last, int otherw
 
 bool IsHeader(std::string_view line) {
   constexpr int kFirstYear = 1900, kLastYear = 2100;
+  if (!line.starts_with('#')) return false;
   const std::string_view id = Columns(line, 2, 12);
   const int year = Whole(line, 14, 17, 0);
-  return line.starts_with('#') && id.size() == 11 && id.find(' ') == id.npos &&
-         year >= kFirstYear && year <= kLastYear;
+  return id.size() == 11 && id.find(' ') == id.npos && year >= kFirstYear && year <= kLastYear;
 }
 
 // A header of the data file names its sources, one of the derived file has numbers only.
@@ -70,31 +71,39 @@ std::vector<SoundingBlock> IgraBlocks(const SourceText& source) {
   return blocks;
 }
 
+struct IgraField {
+  std::size_t First, Last;  // columns
+  Quantity What;
+  Scale ToOurs;
+};
+constexpr std::array kIgraFields = {
+    IgraField{10, 15, Quantity::Press, {.Over = 100}},
+    IgraField{17, 21, Quantity::Height, {}},
+    IgraField{23, 27, Quantity::Temp, {.Over = 10}},
+    IgraField{29, 33, Quantity::Humidity, {.Over = 10}},
+    IgraField{35, 39, Quantity::Depression, {.Over = 10}},
+    IgraField{41, 45, Quantity::Direction, {}},
+    IgraField{47, 51, Quantity::Speed, {.Times = kMsToKnot, .Over = 10}},
+};
+
+constexpr std::array<QuantityColumn, kIgraFields.size()> PlanOfIgraFields() {
+  std::array<QuantityColumn, kIgraFields.size()> plan;
+  for (std::size_t i = 0; i < plan.size(); ++i) {
+    plan[i] = {.Column = i, .What = kIgraFields[i].What, .ToOurs = kIgraFields[i].ToOurs};
+  }
+  return plan;
+}
+
 std::optional<std::string> ReadLevel(std::string_view line, Refusals& refused, SourceLevel& into) {
-  struct Field {
-    std::size_t First, Last;
-    Quantity What;
-    Scale ToOurs;
-  };
-  static constexpr Field kFields[] = {
-      {10, 15, Quantity::Press, {.Over = 100}},
-      {17, 21, Quantity::Height, {}},
-      {23, 27, Quantity::Temp, {.Over = 10}},
-      {29, 33, Quantity::Humidity, {.Over = 10}},
-      {35, 39, Quantity::Depression, {.Over = 10}},
-      {41, 45, Quantity::Direction, {}},
-      {47, 51, Quantity::Speed, {.Times = kMsToKnot, .Over = 10}},
-  };
-  std::vector<std::string_view> fields;
-  std::vector<QuantityColumn> plan;
-  for (const Field& field : kFields) {
-    const std::string_view text = Trim(Columns(line, field.First, field.Last));
+  static constexpr std::array kPlan = PlanOfIgraFields();
+  std::array<std::string_view, kIgraFields.size()> texts;
+  for (std::size_t i = 0; i < texts.size(); ++i) {
+    const std::string_view text = Trim(Columns(line, kIgraFields[i].First, kIgraFields[i].Last));
     // Not observed, and removed by the archive's checks.
     const bool isMissing = text == "-9999" || text == "-8888";
-    plan.push_back({fields.size(), field.What, field.ToOurs});
-    fields.push_back(isMissing ? std::string_view() : text);
+    if (!isMissing) texts[i] = text;
   }
-  return ReadRow(fields, plan, refused, into);
+  return ReadRow(texts, kPlan, refused, into);
 }
 
 Outcome<SourceSounding> ReadIgraBlock(const SourceText& source, const SoundingBlock& block) {
@@ -103,6 +112,7 @@ Outcome<SourceSounding> ReadIgraBlock(const SourceText& source, const SoundingBl
   const int end = std::min(block.EndRow, block.FirstRow + std::max(0, announced));
   constexpr std::size_t kRowWidth = 51;
   int rows = 0;
+  sounding.Levels.reserve(static_cast<std::size_t>(std::max(0, end - block.FirstRow)));
   for (int line = block.FirstRow; line < end; ++line) {
     const std::string_view text = source.Line(line);
     if (Trim(text).empty() || (MayBeCutOff(source, line) && text.size() < kRowWidth)) continue;

@@ -182,13 +182,13 @@ NameAndUnit Separate(std::string_view heading) {
 // Other quantities than those of a record have no element and no count of refusals.
 bool ReadOther(std::string_view field, const QuantityColumn& column, std::optional<double>& into) {
   constexpr double kLargest = 300;  // per cent, degrees, knots
-  Refusals unused;
-  std::optional<double> checked;
-  // As a temperature: only its notion of a marker is wanted.
-  if (!ReadElement(field, Element::Temp, unused, checked)) return false;
-  const std::optional<double> number = ParseNumber(Trim(field));
+  const std::optional<double> number = ParseNumber(field);
+  if (!number) {
+    // As a temperature: only its notion of a marker is wanted.
+    Refusals unused;
+    return ReadElement(field, Element::Temp, unused, into);
+  }
   into.reset();
-  if (!number) return true;
   const double value = column.ToOurs(*number);
   if (std::fabs(value) <= kLargest) into = value;
   return true;

@@ -199,26 +199,63 @@ void FillTemps(const std::vector<SourceLevel>& levels, SoundingRecord& into, Fil
   }
 }
 
+// Winds by height, rising as they nearly always come: only those out of this order are put into a
+// tree, whatever their number.
+class WindLadder {
+ public:
+  /// The wind that stands within kSameHeight of a height, else null and the new one is taken.
+  const SourceLevel* Put(double height, const SourceLevel& level) {
+    const bool isAbove = rising_.empty() || rising_.back().first < height - kSameHeight;
+    if (isAbove && sorted_.empty()) {
+      rising_.emplace_back(height, &level);
+      return nullptr;
+    }
+    if (sorted_.empty()) sorted_.insert(rising_.begin(), rising_.end());
+    const auto near = sorted_.lower_bound(height - kSameHeight);
+    if (near != sorted_.end() && near->first <= height + kSameHeight) return near->second;
+    sorted_.emplace_hint(near, height, &level);
+    return nullptr;
+  }
+
+  template <class Use>
+  void ForEach(const Use& use) const {
+    const auto all = [&use](const auto& winds) {
+      for (const auto& [height, level] : winds) use(height, *level);
+    };
+    sorted_.empty() ? all(rising_) : all(sorted_);
+  }
+
+ private:
+  std::vector<std::pair<double, const SourceLevel*>> rising_{};
+  std::map<double, const SourceLevel*> sorted_{};  // all of them, once one did not rise
+};
+
 // Winds have levels of their own: a row whose pressure repeats has a wind all the same.
 void FillWinds(const std::vector<SourceLevel>& levels, WindHeights& heights, SoundingRecord& into,
                FillCounts& counts) {
-  std::map<double, const SourceLevel*> winds;
+  WindLadder winds;
   for (const SourceLevel& level : levels) {
     if (!HasWind(level) || (!level.Height && !level.Press)) continue;
-    const double height = heights.Of(level);
-    const auto near = winds.lower_bound(height - kSameHeight);
-    if (near != winds.end() && near->first <= height + kSameHeight) {
-      const bool saysTheSame = near->second->Dir == level.Dir && near->second->Spd == level.Spd;
-      if (!saysTheSame) ++counts.RepeatedWinds;
-      continue;
+    if (const SourceLevel* other = winds.Put(heights.Of(level), level)) {
+      if (other->Dir != level.Dir || other->Spd != level.Spd) ++counts.RepeatedWinds;
+    } else if (!level.Height) {
+      ++counts.ComputedHeights;
     }
-    if (!level.Height) ++counts.ComputedHeights;
-    winds.emplace_hint(near, height, &level);
   }
-  for (const auto& [height, level] : winds) {
-    const bool isNorth = *level->Spd == 0 || *level->Dir == 0;
-    into.AddWind(height, isNorth ? 360 : *level->Dir, *level->Spd);
+  winds.ForEach([&into](double height, const SourceLevel& level) {
+    const bool isNorth = *level.Spd == 0 || *level.Dir == 0;
+    into.AddWind(height, isNorth ? 360 : *level.Dir, *level.Spd);
+  });
+}
+
+// Room for both profiles at once.
+void MakeRoom(std::size_t levels, SoundingRecord& into) {
+  for (Levels<double>* values :
+       {&into.Press, &into.Temp, &into.Dewpt, &into.WindHgt, &into.WindDir, &into.WindSpd}) {
+    values->Values().reserve(levels);
   }
+  into.WorkWindDir.Values().reserve(levels);
+  into.WorkWindSpd.Values().reserve(levels);
 }
 
 }  // namespace
@@ -229,6 +266,7 @@ void FillProfiles(std::vector<SourceLevel> levels, SoundingRecord& into,
   FillCounts counts;
   LowerDewpts(levels, counts);
   SortByPressure(levels);
+  MakeRoom(levels.size(), into);
   FillTemps(levels, into, counts);
   WindHeights heights(into, levels);
   FillWinds(levels, heights, into, counts);

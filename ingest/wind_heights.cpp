@@ -16,31 +16,39 @@ constexpr int kFewestTemps = 2;
 }  // namespace
 
 WindHeights::WindHeights(const SoundingRecord& profile, const std::vector<SourceLevel>& rows)
-    : finder_(FinderOf(rows)) {
+    : rows_(rows) {
   if (profile.NumTempLevels() < kFewestTemps) return;
+  press_ = profile.Press.Values();
   height_ = analysis::DeriveHeights(profile, SaturationOver::Water).Values();
-  for (const double press : profile.Press.Values()) logPress_.push_back(std::log(press));
+  anchors_.reserve(rows.size());
   for (const SourceLevel& row : rows) {
-    if (!row.Press || !row.Height) continue;
-    const double logPress = std::log(*row.Press);
-    if (!Covers(logPress)) continue;
+    if (!row.Press || !row.Height || !Covers(*row.Press)) continue;
     if (!anchors_.empty() && anchors_.back().Press == *row.Press) continue;
-    anchors_.push_back({*row.Press, *row.Height, ProfileAt(logPress)});
+    anchors_.push_back({*row.Press, *row.Height, ProfileAt(*row.Press)});
   }
 }
 
-bool WindHeights::Covers(double logPress) const {
-  if (logPress_.empty()) return false;
-  return logPress <= logPress_.front() && logPress >= logPress_.back();
+bool WindHeights::Covers(double press) const {
+  return !press_.empty() && press <= press_.front() && press >= press_.back();
 }
 
-// Linear in ln p, as the profile is read everywhere.
-double WindHeights::ProfileAt(double logPress) const {
-  const auto at = std::ranges::lower_bound(logPress_, logPress, std::greater{});
-  const auto i = static_cast<std::size_t>(at - logPress_.begin());
-  if (logPress_[i] == logPress || i == 0) return height_[i];
-  const double share = (logPress - logPress_[i - 1]) / (logPress_[i] - logPress_[i - 1]);
-  return height_[i - 1] + share * (height_[i] - height_[i - 1]);
+// Linear in ln p, as the profile is read everywhere. Rows come in the order of the levels: the next
+// level is mostly near the last.
+double WindHeights::ProfileAt(double press) {
+  if (at_ > 0 && press_[at_ - 1] <= press) {
+    at_ = static_cast<std::size_t>(std::ranges::lower_bound(press_, press, std::greater{}) -
+                                   press_.begin());
+  }
+  while (press_[at_] > press) ++at_;
+  if (press_[at_] == press) return height_[at_];
+  const double below = std::log(press_[at_ - 1]);
+  const double share = (std::log(press) - below) / (std::log(press_[at_]) - below);
+  return height_[at_ - 1] + share * (height_[at_] - height_[at_ - 1]);
+}
+
+double WindHeights::Reported(double press) {
+  if (!finder_) finder_ = FinderOf(rows_);
+  return finder_->At(press);
 }
 
 // The last at that pressure or a higher one; above all of them the first.
@@ -53,10 +61,9 @@ const WindHeights::Anchor* WindHeights::AnchorBelow(double press) const {
 double WindHeights::Of(const SourceLevel& row) {
   constexpr int kDecimals = 1;
   if (!row.Press) return *row.Height;
-  const double logPress = std::log(*row.Press);
-  const bool isCovered = Covers(logPress);
-  if (isCovered && !row.Height) return Rounded(ProfileAt(logPress), kDecimals);
-  const double reported = row.Height ? *row.Height : finder_.At(*row.Press);
+  const bool isCovered = Covers(*row.Press);
+  if (isCovered && !row.Height) return Rounded(ProfileAt(*row.Press), kDecimals);
+  const double reported = row.Height ? *row.Height : Reported(*row.Press);
   const Anchor* anchor = AnchorBelow(*row.Press);
   if (anchor == nullptr) return reported;
   double share = 1;  // of the reported distance from the anchor

@@ -4,6 +4,8 @@
 // this pressure: it is found there again, also when a native file is read back.
 #pragma once
 
+#include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,7 +18,7 @@ namespace vexa::ingest {
 class WindHeights {
  public:
   /// profile  with its elevation and its temperature levels
-  /// rows     in the order of falling pressure, those without a pressure last
+  /// rows     in the order of falling pressure, those without a pressure last; they outlive this
   WindHeights(const SoundingRecord& profile, const std::vector<SourceLevel>& rows);
 
   /// Height in m of a wind, to 0.1 m. At a pressure of the profile it is the profile's; rows that
@@ -31,7 +33,7 @@ class WindHeights {
   /// Tells of reported heights that lie more than 30 m off the profile's; empty without any.
   std::string Differences() const;
   /// What the heights of rows without one rest on.
-  bool UsedStandardAtmosphere() const { return finder_.UsedStandardAtmosphere(); }
+  bool UsedStandardAtmosphere() const { return finder_ && finder_->UsedStandardAtmosphere(); }
 
  private:
   // A pressure of the profile at which a height is reported: by the first row that has one.
@@ -40,14 +42,17 @@ class WindHeights {
     double Shift() const { return Profile - Reported; }
   };
 
-  bool Covers(double logPress) const;
-  double ProfileAt(double logPress) const;
+  bool Covers(double press) const;
+  double ProfileAt(double press);
+  double Reported(double press);
   const Anchor* AnchorBelow(double press) const;
 
-  std::vector<double> logPress_{};  // falling
+  const std::vector<SourceLevel>& rows_;
+  std::vector<double> press_{};  // falling
   std::vector<double> height_{};
+  std::size_t at_ = 0;             // level of the profile that was asked for last
   std::vector<Anchor> anchors_{};  // falling in pressure
-  HeightFinder finder_{};
+  std::optional<HeightFinder> finder_{};  // when one is wanted
 };
 
 }  // namespace vexa::ingest
