@@ -118,7 +118,12 @@ Function .onInit
   !insertmacro MULTIUSER_INIT
   !ifdef WINDOW
   ${If} ${Silent}
-    SectionSetFlags ${SecFiles} 0  ; nobody was asked
+    ${GetParameters} $0
+    ClearErrors
+    ${GetOptions} $0 "/Associate" $1
+    ${If} ${Errors}
+      SectionSetFlags ${SecFiles} 0  ; nobody was asked
+    ${EndIf}
   ${EndIf}
   !endif
 FunctionEnd
