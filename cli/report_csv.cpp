@@ -23,11 +23,12 @@ struct CsvColumn {
   std::string Value;
 };
 
-std::string Cell(std::optional<double> value) {
+std::string NumberCell(std::optional<double> value) {
   return value ? Shortest(*value) : std::string();
 }
 
-std::vector<CsvColumn> CsvColumns(const ReportedSounding& sounding, const DisplaySettings& options) {
+std::vector<CsvColumn> CsvColumns(const ReportedSounding& sounding,
+                                  const DisplaySettings& options) {
   const SoundingRecord& record = sounding.Record;
   const AnalysisResults& results = sounding.Results;
   const bool placed = HasPosition(record);
@@ -42,19 +43,19 @@ std::vector<CsvColumn> CsvColumns(const ReportedSounding& sounding, const Displa
       {"format", record.DataFormat},
       {"temperature levels", Shortest(record.NumTempLevels())},
       {"wind levels", Shortest(record.NumWindLevels())},
-      {"QNH (hPa)", Cell(Pressure(results.Surface.Qnh))},
+      {"QNH (hPa)", NumberCell(Pressure(results.Surface.Qnh))},
   };
   const std::string depth = Shortest(options.CapeDepthKm);
   for (const LiftName& lift : kLifts) {
     const ParcelAscent& ascent = results.Ascent(lift.Type);
     const std::string name = std::string(lift.Name) + " ";
-    columns.push_back({name + "LCL (hPa)", Cell(Pressure(ascent.Condensation.Press))});
-    columns.push_back({name + "LFC (hPa)", Cell(Pressure(ascent.FreeLevel.Press))});
-    columns.push_back({name + "EL (hPa)", Cell(Pressure(ascent.Equilibrium.Press))});
-    columns.push_back({name + "CAPE (J/kg)", Cell(Energy(ascent, &ParcelAscent::CapeTotal))});
-    columns.push_back({name + "CIN (J/kg)", Cell(Energy(ascent, &ParcelAscent::CinTotal))});
-    columns.push_back(
-        {name + "CAPE 0-" + depth + " km (J/kg)", Cell(Energy(ascent, &ParcelAscent::CapeDepth))});
+    columns.push_back({name + "LCL (hPa)", NumberCell(Pressure(ascent.Condensation.Press))});
+    columns.push_back({name + "LFC (hPa)", NumberCell(Pressure(ascent.FreeLevel.Press))});
+    columns.push_back({name + "EL (hPa)", NumberCell(Pressure(ascent.Equilibrium.Press))});
+    columns.push_back({name + "CAPE (J/kg)", NumberCell(Energy(ascent, &ParcelAscent::CapeTotal))});
+    columns.push_back({name + "CIN (J/kg)", NumberCell(Energy(ascent, &ParcelAscent::CinTotal))});
+    columns.push_back({name + "CAPE 0-" + depth + " km (J/kg)",
+                       NumberCell(Energy(ascent, &ParcelAscent::CapeDepth))});
     const std::string cut = ascent.IsCut || ascent.IsOpen ? "yes" : "no";
     columns.push_back({name + "cut", ascent.Start.Exists() ? cut : ""});
   }
@@ -64,14 +65,14 @@ std::vector<CsvColumn> CsvColumns(const ReportedSounding& sounding, const Displa
     if (!index.Row->Unit.empty()) name += " (" + std::string(index.Row->Unit) + ")";
     // Words, and what has more than one number, stand as they are shown.
     const bool isText = index.Exists() && (!index.Text.empty() || index.Direction || index.Both);
-    columns.push_back({std::move(name), isText ? shown.Number : Cell(IndexNumber(index))});
+    columns.push_back({std::move(name), isText ? shown.Number : NumberCell(IndexNumber(index))});
   }
-  columns.push_back({"freezing level (m)", results.FreezingLevels.empty()
-                                               ? ""
-                                               : Cell(Height(results.FreezingLevels[0].Height))});
+  columns.push_back(
+      {"freezing level (m)",
+       results.FreezingLevels.empty() ? "" : NumberCell(Height(results.FreezingLevels[0].Height))});
   columns.push_back({"tropopause (m)", results.Tropopauses.empty()
                                            ? ""
-                                           : Cell(Height(results.Tropopauses[0].Height))});
+                                           : NumberCell(Height(results.Tropopauses[0].Height))});
   return columns;
 }
 

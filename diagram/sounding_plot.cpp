@@ -254,7 +254,7 @@ bool HasWindColumn(const Plot& plot) {
 }
 
 // Each step draws over the ones before it.
-constexpr PlotStep kSteps[] = {
+constexpr PlotStep kPlotSteps[] = {
     {"Configuring sounding diagram . . .", ConfigureDiagram},
     {"", DrawOtherTitles},
     {"", SetUpUnits},
@@ -280,12 +280,13 @@ constexpr std::string_view kTephigramStatus = "Creating tephigram grid lines . .
 std::optional<SoundingPlot> PlotSounding(const PlotInput& input, Progress progress) {
   Plot plot{.In = input};
   std::optional<GridDrawn> grid;
-  for (const PlotStep& step : kSteps) {
+  for (const PlotStep& step : kPlotSteps) {
     if (step.Applies != nullptr && !step.Applies(plot)) continue;
     const bool tephigramGrid =
         step.Draw == DrawTemperatureGrid && plot.At.Type() == DiagramType::Tephigram;
     const std::string_view status = tephigramGrid ? kTephigramStatus : step.Status;
-    const auto done = static_cast<double>(&step - kSteps) / static_cast<double>(std::size(kSteps));
+    const auto done =
+        static_cast<double>(&step - kPlotSteps) / static_cast<double>(std::size(kPlotSteps));
     if (!status.empty() && !progress.Begin(status, done)) return std::nullopt;
     step.Draw(plot);
     if (step.Draw == DrawTemperatureGrid && !plot.HasOthers()) {

@@ -267,9 +267,9 @@ namespace {
 
 // Entries one after the other, each a sample and its text; they go on in the next row while there
 // is one. What the page does not show has none.
-class LegendEntries {
+class TraceNames {
  public:
-  LegendEntries(Plot& plot, const Rect& region)
+  TraceNames(Plot& plot, const Rect& region)
       : plot_(plot), region_(region), x_(region.Left), y_(region.Top + kRow / 2) {}
 
   void Line(std::string_view tag, std::string_view text, const Pen& pen) {
@@ -320,7 +320,7 @@ class LegendEntries {
 void DrawLegend(Plot& plot) {
   const Rect* region = plot.Where.Find("legend");
   if (region == nullptr) return;
-  LegendEntries entries(plot, *region);
+  TraceNames entries(plot, *region);
   entries.Line("temperature", "T", plot.Inks.Temperature);
   entries.Line("dew point", "Td", plot.Inks.Dewpoint);
   entries.Line("virtual temperature", "Tv", plot.Inks.VirtualTemp);

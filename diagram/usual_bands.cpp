@@ -29,7 +29,7 @@ struct BandStyle {
 
 // Pressures between two levels at which a band has its corners, so that it follows the bent
 // isotherms.
-constexpr int kSteps = 4;
+constexpr int kCorners = 4;
 
 UsualBand Between(const UsualBand& a, const UsualBand& b, double share) {
   const auto mix = [share](double from, double to) { return from + share * (to - from); };
@@ -72,8 +72,8 @@ void DrawBand(Plot& plot, const BandStyle& style, BandOf band, const Rect& insid
       below = nullptr;
       continue;
     }
-    for (int i = 1; below != nullptr && i < kSteps; ++i) {
-      const double share = static_cast<double>(i) / kSteps;
+    for (int i = 1; below != nullptr && i < kCorners; ++i) {
+      const double share = static_cast<double>(i) / kCorners;
       put(Between(*(below->*band), *values, share),
           below->Press * std::pow(level.Press / below->Press, share));
     }

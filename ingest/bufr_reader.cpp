@@ -33,7 +33,7 @@ constexpr int kNeutral = 128;       // operand that changes no width or scale
 constexpr std::size_t kMostWidth = 62;  // bits of a number
 constexpr std::size_t kCountWidth = 6;  // of the width of what differs between compressed subsets
 
-bool IsMissing(std::uint64_t raw, std::size_t width) {
+bool IsAllOnes(std::uint64_t raw, std::size_t width) {
   return width > 0 && raw == (~std::uint64_t{0} >> (64 - width));
 }
 
@@ -198,12 +198,12 @@ class BufrReader::Walk {
   // Of compressed subsets the lowest value comes first, then what each has more.
   Raw Number(std::size_t width) {
     Raw raw{.Bits = bits_.Bits(width)};
-    raw.IsMissing = ingest::IsMissing(raw.Bits, width);
+    raw.IsMissing = IsAllOnes(raw.Bits, width);
     if (!reader_.head_.IsCompressed) return raw;
     const auto moreWidth = static_cast<std::size_t>(bits_.Bits(kCountWidth));
     if (moreWidth == 0) return raw;
     const std::uint64_t more = OfThisSubset(moreWidth, [&] { return bits_.Bits(moreWidth); });
-    return {raw.Bits + more, ingest::IsMissing(more, moreWidth), true};
+    return {raw.Bits + more, IsAllOnes(more, moreWidth), true};
   }
 
   std::string Text(std::size_t octets) {

@@ -57,9 +57,9 @@ std::string StabilityIndex(std::string_view group) {
 std::string ExtrapolatedHeight(std::string_view group) {
   const std::optional<int> press = Figures(group, 0, 2), height = Figures(group, 2, 3);
   if (!press || !height) return {};
-  constexpr int kHighestInMetres = 70;  // from 500 hPa up in tens of metres
+  constexpr int kLastInMetres = 70;  // from 500 hPa up in tens of metres
   return "height of " + Shortest(*press * 10) + " hPa extrapolated, " +
-         std::string(group.substr(2)) + (*press >= kHighestInMetres ? " m" : "0 m");
+         std::string(group.substr(2)) + (*press >= kLastInMetres ? " m" : "0 m");
 }
 
 std::string MeanWinds(std::string_view lower, std::string_view upper) {
