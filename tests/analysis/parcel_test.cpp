@@ -139,6 +139,9 @@ TEST(Parcel, SourceLevelsAvoidMissingDewPoints) {
   EXPECT_EQ(
       startOf(Profile({{1000, 20, 999.9}, {899, 15, 10}, {500, -10, -15}}), LiftType::Surface),
       kNone);
+  // All of a sounding may lie within the depth that is searched, its top level among it.
+  EXPECT_EQ(startOf(Profile({{1000, 10, -10}, {950, 8, -8}, {900, 9, 8}}), LiftType::MostUnstable),
+            900);
   // Two levels of one θe: the lower one.
   EXPECT_EQ(
       startOf(Profile({{1000, 20, 20}, {1000, 20, 20}, {500, -30, -35}}), LiftType::MostUnstable),

@@ -27,7 +27,7 @@ TEST(Utf8, WhatIsACharacterAndWhatIsNot) {
       {"U+E000, the first behind them", "\xEE\x80\x80", 3},
       {"U+1F600", "\xF0\x9F\x98\x80", 4},
       {"U+10FFFF, the last", "\xF4\x8F\xBF\xBF", 4},
-      {"a surrogate", "\xED\xA0\xBD", 0},
+      {"U+D800, the first surrogate", "\xED\xA0\x80", 0},
       {"the last surrogate", "\xED\xBF\xBF", 0},
       {"overlong: a slash in two bytes", "\xC0\xAF", 0},
       {"overlong: a slash in three bytes", "\xE0\x80\xAF", 0},

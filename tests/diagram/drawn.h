@@ -46,6 +46,7 @@ struct Drawn {
                           .Mode = Mode,
                           .Others = Others,
                           .Layers = Layers,
+                          .Layout = Layout,
                           .LoopHoldTime = HoldTime,
                           .Reference = Reference,
                           .Lines = Extra,
@@ -60,6 +61,7 @@ struct Drawn {
   const SoundingRecord* Reference = nullptr;
   ExtraLines Extra{};
   std::optional<Rect> Zoom{};
+  const LayoutRow* Layout = nullptr;
   analysis::AnalysisResults Results{};
 };
 

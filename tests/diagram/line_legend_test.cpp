@@ -38,13 +38,41 @@ TEST(LineLegend, HasWhatTheOptionsDraw) {
   const auto has = [](const Options& options, std::string_view name) {
     return std::ranges::count(LegendEntries(options), name, &LegendEntry::Name) == 1;
   };
+  struct Case {
+    std::string_view Name;
+    bool DisplaySettings::*Switch;
+  };
+  const Case cases[] = {
+      {"Wet bulb", &DisplaySettings::WetBulbTrace},
+      {"Parcel", &DisplaySettings::AutoAnalyses},
+      {"CAPE", &DisplaySettings::AutoAnalyses},
+      {"CIN", &DisplaySettings::AutoAnalyses},
+      {"Usual temperatures", &DisplaySettings::UsualTemps},
+      {"Dry adiabats", &DisplaySettings::DryAdiabats},
+      {"Saturated adiabats", &DisplaySettings::SatAdiabats},
+      {"Mixing ratio", &DisplaySettings::MixingLines},
+      {"Freezing level", &DisplaySettings::FreezeLine},
+      {"Tropopause", &DisplaySettings::TropoLine},
+      {"Ground", &DisplaySettings::SurfaceLine},
+      {"Standard atmosphere", &DisplaySettings::IcaoLine},
+  };
+  for (const Case& c : cases) {
+    for (const bool isOn : {false, true}) {
+      Options options;
+      options.*c.Switch = isOn;
+      EXPECT_EQ(has(options, c.Name), isOn) << c.Name;
+      EXPECT_TRUE(has(options, "Temperature")) << c.Name;
+    }
+  }
   Options options;
-  EXPECT_TRUE(has(options, "Mixing ratio"));
-  EXPECT_FALSE(has(options, "Standard atmosphere"));
-  options.MixingLines = false;
-  options.IcaoLine = true;
-  EXPECT_FALSE(has(options, "Mixing ratio"));
-  EXPECT_TRUE(has(options, "Standard atmosphere"));
+  EXPECT_TRUE(has(options, "Winds"));
+  options.Winds = WindDisplay::None;
+  EXPECT_FALSE(has(options, "Winds"));
+  // The parcel of virtual temperatures needs that trace beside it.
+  options.CapeTempBase = TempBase::Dry;
+  EXPECT_FALSE(has(options, "Virtual temperature"));
+  options.CapeTempBase = TempBase::Virtual;
+  EXPECT_TRUE(has(options, "Virtual temperature"));
 }
 
 }  // namespace

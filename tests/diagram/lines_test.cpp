@@ -233,6 +233,39 @@ TEST(Heights, LinesAndScalesStandAtTheirHeights) {
   EXPECT_TRUE(Texts(drawn().Page, "height scale head").empty());
 }
 
+// Every 500 m or 1000 ft above the sea or the ground, which the plain sounding has at 100 m.
+TEST(Heights, LeadWhereThePilotReadsThem) {
+  Drawn drawn = OnEmagram();
+  drawn.Layout = FindLayout("pilot");
+  ASSERT_NE(drawn.Layout, nullptr);
+  drawn.Sounding.ElevM = 100;
+  struct Case {
+    LengthUnits Units;
+    HeightMode From;
+    std::string Head;
+    double First, Step;  // m above the sea
+  };
+  const Case cases[] = {{LengthUnits::Meter, HeightMode::Msl, "m msl", 0, 500},
+                        {LengthUnits::Feet, HeightMode::Msl, "ft msl", 0, 304.8},
+                        {LengthUnits::Meter, HeightMode::Agl, "m AGL", 100, 500}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.Head);
+    drawn.Set.GpmUnits = c.Units;
+    drawn.Set.Heights = c.From;
+    const SoundingPlot plot = drawn();
+    const LabelTexts labels = Texts(plot.Page, "height axis");
+    ASSERT_GE(labels.size(), 5u);
+    EXPECT_EQ(labels.at(0), c.Head);
+    EXPECT_EQ(labels.at(1), "0");
+    const Numbers lines = PressesOf(plot, "height line");
+    ASSERT_GE(lines.size(), 12u);
+    for (int i = 0; i < 12; ++i) {
+      const double press = analysis::GetPRESS(drawn.Results.Levels, c.First + i * c.Step);
+      EXPECT_NEAR(lines[static_cast<std::size_t>(i)], press, 0.06) << i;
+    }
+  }
+}
+
 TEST(Heights, OfMandatoryLevelsStandBesideTheirPressures) {
   Drawn drawn = OnEmagram();
   const SoundingPlot plot = drawn();

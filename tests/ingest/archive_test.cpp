@@ -38,6 +38,11 @@ TEST(Unpack, GzipAndZip) {
   EXPECT_EQ(zip.Value()[0].Name, "folder/readme.txt");
   EXPECT_EQ(zip.Value()[0].Bytes, "read me\n");
   EXPECT_EQ(zip.Value()[1].Bytes, FileText("spc_text.spc"));
+  UnpackRoom justEnough{.Files = 3}, tooFew{.Files = 2};
+  EXPECT_TRUE(Unpack(archive, justEnough));
+  EXPECT_EQ(justEnough.Files, 0);
+  EXPECT_FALSE(Unpack(archive, tooFew));
+  EXPECT_TRUE(tooFew.IsUsedUp);
   for (const std::string& whole : {archive, FileText("packed.txt.gz")}) {
     for (std::size_t size = 4; size < whole.size(); size += 7) {
       EXPECT_FALSE(Unpack(whole.substr(0, size), room)) << size;

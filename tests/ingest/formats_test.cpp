@@ -217,6 +217,19 @@ TEST(Formats, HeadingsInSeveralLayouts) {
   }
 }
 
+// Where the rows have no position, the first that the heading gives; none is left without one.
+TEST(Formats, AHeadingPlacesADropsonde) {
+  std::string text = FileText("dropsonde_report.frd");
+  for (const std::string_view column : {"25.600  -88.310", "25.610  -88.330"}) {
+    text.replace(text.find(column), column.size(), "-999.0  -999.0 ");
+  }
+  text.insert(text.find("\n\n"), "\n Lat: 12.50 N   Lon: 60.00 W   Height: 2900 m");
+  const Decoded decoded = DecodeText("c.frd", text);
+  ASSERT_FALSE(decoded.Failed) << decoded.Failed->Detail;
+  EXPECT_EQ(decoded.Record.LatSigned, 25.6);
+  EXPECT_EQ(decoded.Record.LonSigned, -88.31);
+}
+
 TEST(Formats, StationsOfTheListHavePositions) {
   StationList stations;
   for (const auto& [number, ident] :
