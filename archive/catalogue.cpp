@@ -48,7 +48,7 @@ std::optional<std::int64_t> HashOfFile(const std::filesystem::path& path) {
   std::string bytes(std::size_t{1} << 18, '\0');
   while (stream) {
     stream.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    hash.Add(std::string_view(bytes).substr(0, static_cast<std::size_t>(stream.gcount())));
+    hash.AddWords(std::string_view(bytes).substr(0, static_cast<std::size_t>(stream.gcount())));
   }
   if (stream.bad()) return std::nullopt;
   return static_cast<std::int64_t>(hash.Value());

@@ -154,7 +154,8 @@ Database::Database(const std::filesystem::path& path, const Opening& opening)
                     : opening.MayWrite ? SQLITE_OPEN_READWRITE
                                        : SQLITE_OPEN_READONLY;
   sqlite3* database = nullptr;
-  const int code = sqlite3_open_v2(name_.c_str(), &database, flags, nullptr);
+  // One thread at a time has a database: no locks about each value that is bound.
+  const int code = sqlite3_open_v2(name_.c_str(), &database, flags | SQLITE_OPEN_NOMUTEX, nullptr);
   database_.reset(database);
   if (code != SQLITE_OK) Throw(database, name_, code);
   sqlite3_extended_result_codes(database, 1);
