@@ -115,17 +115,20 @@ LayerResults FindLayers(const SoundingRecord& sounding, const AnalysisResults& r
   const LevelProfile& levels = results.Levels;
   const double ground = levels.Height(1);
   LayerResults layers;
-  layers.Mixed = FindMixedLayer(sounding, levels);
+  layers.Mixed = FindMixedLayer(results.Winds, levels);
   layers.LapseRate3km = MeanLapseRate(levels, ground, ground + kLapseDepth);
   layers.Clouds = FindClouds(sounding, results, options);
   layers.Icing = options.Ice == IceType::SmithFeddes
                      ? SmithFeddesIcing(levels, layers.Clouds, options.Saturation)
                      : RuleIcing(levels, layers.Clouds);
   const std::vector<WindPair> pairs =
-      PairWinds(sounding, levels, options.ShearNormalization ? kNormalizedPair : 0);
+      PairWinds(results.Winds, levels, options.ShearNormalization ? kNormalizedPair : 0);
   layers.Turbulence = FindCat(pairs, ground, options.Cat);
   layers.HighTurbulence = FindHighCat(pairs, results.Tropopauses);
-  layers.LowShear = FindLowShear(PairWinds(sounding, levels, 0, ground + kLowShearDepth), ground);
+  layers.LowShear = FindLowShear(options.ShearNormalization
+                                     ? PairWinds(results.Winds, levels, 0, ground + kLowShearDepth)
+                                     : pairs,
+                                 ground);
   layers.Contrails = FindContrails(levels, options.ContrailRh);
   layers.Lightning = FindLightning(levels, layers.Clouds);
   layers.CarbIcing = FindCarburettorIcing(levels);
@@ -190,7 +193,8 @@ AnalysisResults Analyse(const SoundingRecord& sounding, const AnalysisSettings& 
   results.Mode = options.BaseLevel == CapeBase::Ccl ? LiftMode::Ccl : LiftMode::Lfc;
   results.Levels = DeriveLevels(sounding, options);
   results.Surface = SurfaceOf(sounding, results.Levels);
-  results.Storm = AnalyseStormMotion(sounding, options);
+  results.Winds = DeriveWinds(sounding);
+  results.Storm = AnalyseStormMotion(sounding, results.Winds, options);
   if (results.Levels.Count() == 0) {
     results.Indices = ComputeIndices(sounding, results, options);
     return results;
@@ -203,14 +207,14 @@ AnalysisResults Analyse(const SoundingRecord& sounding, const AnalysisSettings& 
   results.Effective = FindEffectiveLayer(
       results.Levels, grid, options,
       results.Lifts[static_cast<std::size_t>(LiftType::MostUnstable)].Forced, table);
-  results.Inflow = FindInflowWinds(sounding, results);
+  results.Inflow = FindInflowWinds(results);
   if (options.Dcape == DcapeMode::Best) progress.Begin("Calculating DCAPE . . .");
   results.Descent = FindDowndraft(results.Levels, grid, options, table);
   results.Tropopauses = FindTropopauses(results.Levels);
   results.Inversions = FindInversions(results.Levels, results.Tropopauses);
   results.FreezingLevels = FindFreezingLevels(results.Levels);
   results.Layers = FindLayers(sounding, results, options);
-  results.Winter = AnalyseWinter(sounding, results);
+  results.Winter = AnalyseWinter(results);
   results.Soaring = AnalyseSoaring(results, options);
   DropNonsense(results);
   results.Indices = ComputeIndices(sounding, results, options);
@@ -262,8 +266,8 @@ AnalysisResults Analyse(const SoundingRecord& sounding, const AnalysisSettings& 
 
 void FollowStormMotion(const SoundingRecord& sounding, const AnalysisSettings& options,
                        AnalysisResults& results) {
-  results.Storm = AnalyseStormMotion(sounding, options);
-  results.Inflow = FindInflowWinds(sounding, results);
+  results.Storm = AnalyseStormMotion(sounding, results.Winds, options);
+  results.Inflow = FindInflowWinds(results);
   results.Indices = ComputeIndices(sounding, results, options);
 }
 

@@ -106,6 +106,7 @@ struct SurfaceState {
 
 struct AnalysisResults {
   LevelProfile Levels{};
+  WindProfile Winds{};
   SurfaceState Surface{};
 
   std::array<LiftAnalysis, kLiftTypes> Lifts{};  // by LiftType

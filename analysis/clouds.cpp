@@ -8,6 +8,7 @@
 #include "analysis/interpolate.h"
 #include "analysis/moist_air.h"
 #include "analysis/profile_walk.h"
+#include "analysis/vapor_table.h"
 #include "core/numbers.h"
 #include "core/units.h"
 
@@ -231,11 +232,10 @@ Levels<CloudLayer> CloudTable(const std::vector<CloudDeck>& clouds, double groun
   return table;
 }
 
-double AdiabaticWater(double basePress, double baseTemp, double press, SaturationOver over) {
-  if (press >= basePress) return 0;
-  const PointThermo base = ThetaPoint(basePress, baseTemp, over);
-  const double temp = LiftSat(base.ThetaE, press, over).Temp;
-  const double condensed = base.MixingRatio - ThetaPoint(press, temp, over).MixingRatio;
+double LiftedCloud::Water(double press) const {
+  if (press >= basePress_) return 0;
+  const double temp = LiftSat(base_.ThetaE, press, over_).Temp;
+  const double condensed = base_.MixingRatio - TabledMixingRatio(press, temp, over_);
   return 1000 * condensed * 100 * press / (kDryGasConstant * (temp + kKelvinOffset));
 }
 

@@ -22,8 +22,20 @@ std::vector<CloudDeck> FindClouds(const SoundingRecord& sounding, const Analysis
 /// ground, amount code 1 to 3.
 Levels<CloudLayer> CloudTable(const std::vector<CloudDeck>& clouds, double ground);
 
-/// Liquid water, g/m³, of air lifted without mixing from a cloud base, hPa and °C, to a pressure.
-double AdiabaticWater(double basePress, double baseTemp, double press, SaturationOver over);
+/// Air lifted without mixing from a cloud base, hPa and °C.
+class LiftedCloud {
+ public:
+  LiftedCloud(double basePress, double baseTemp, SaturationOver over)
+      : basePress_(basePress), base_(ThetaPoint(basePress, baseTemp, over)), over_(over) {}
+
+  /// Its liquid water at a pressure, g/m³.
+  double Water(double press) const;
+
+ private:
+  double basePress_;
+  PointThermo base_;
+  SaturationOver over_;
+};
 
 /// The share of it that mixing leaves at a height in km above the base: Warner (1955) for
 /// stratiform clouds, Skatskii (1965) for cumuliform ones, none for cirriform ones.

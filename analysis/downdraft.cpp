@@ -133,8 +133,7 @@ class Descent {
   // The same with the vapour pressure from the table.
   double TabledDifference(int level, double parcelTemp) const {
     if (!virtual_) return levels_.Temp(level) - parcelTemp;
-    const double vapor = TabledSatVapor(parcelTemp, over_);
-    const double mixing = kEpsilon * vapor / (levels_.Press(level) - vapor);
+    const double mixing = TabledMixingRatio(levels_.Press(level), parcelTemp, over_);
     return levels_.VirtualTemp(level) - VirtualTemp(parcelTemp, mixing);
   }
 

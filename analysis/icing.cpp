@@ -5,7 +5,6 @@
 #include <cmath>
 #include <span>
 
-#include "analysis/clouds.h"
 #include "analysis/exact.h"
 #include "analysis/profile_walk.h"
 #include "core/units.h"
@@ -103,9 +102,8 @@ FreezingRain FindFreezingRain(const LevelProfile& levels) {
   constexpr double kMoist = 3;  // °C of depression
   FreezingRain rain;
   for (int i = levels.Count(); i > 1; --i) {
-    const bool moist =
-        !NotAvailable(levels.Dewpt(i)) && Exact(levels.Temp(i) - levels.Dewpt(i)) <= kMoist;
-    if (levels.Temp(i) > 0 && moist && levels.Temp(i - 1) <= 0) {
+    if (!(levels.Temp(i) > 0 && levels.Temp(i - 1) <= 0) || NotAvailable(levels.Dewpt(i))) continue;
+    if (Exact(levels.Temp(i) - levels.Dewpt(i)) <= kMoist) {
       rain.Top = levels.Height(i);
       break;
     }
@@ -213,14 +211,16 @@ constexpr Zone kZones[] = {{kSeriousAnyPower, Intensity::Severe},
 
 }  // namespace
 
-double CloudWater(const CloudDeck& deck, double press, double height, double temp,
-                  SaturationOver over) {
-  const CloudFamily family = FamilyOf(deck.Type);
-  const double mixed = EntrainmentFactor(family, (height - deck.Base.Height) / 1000);
-  const double liquid = UnfrozenShare(family, temp);
+CloudWater::CloudWater(const CloudDeck& deck, SaturationOver over)
+    : family_(FamilyOf(deck.Type)),
+      baseHeight_(deck.Base.Height),
+      air_(deck.Base.Press, deck.Base.Temp, over) {}
+
+double CloudWater::At(double press, double height, double temp) const {
+  const double mixed = EntrainmentFactor(family_, (height - baseHeight_) / 1000);
+  const double liquid = UnfrozenShare(family_, temp);
   if (mixed == 0 || liquid == 0) return 0;
-  return std::max(AdiabaticWater(deck.Base.Press, deck.Base.Temp, press, over), 0.0) * mixed *
-         liquid;
+  return std::max(air_.Water(press), 0.0) * mixed * liquid;
 }
 
 std::vector<AirLayer> SmithFeddesIcing(const LevelProfile& levels,
@@ -233,11 +233,12 @@ std::vector<AirLayer> SmithFeddesIcing(const LevelProfile& levels,
     if (family == CloudFamily::Cirriform || family == CloudFamily::None) continue;
     if (deck.Base.Temp <= kColdestIcing && deck.Top.Temp <= kColdestIcing) continue;
     const double severe = SevereWater(deck.Type);
+    const CloudWater cloud(deck, over);
     for (const double height : SampleHeights(levels, deck.Base.Height, deck.Top.Height)) {
       const AirPoint air = walk.At(height);
       ClassedPoint point{.At = air.Point()};
       if (air.Temp <= 0 && air.Temp > kColdestIcing) {
-        const double water = CloudWater(deck, air.Press, air.Height, air.Temp, over);
+        const double water = cloud.At(air.Press, air.Height, air.Temp);
         point.Class = IcingOf(water, severe, air.Temp);
         point.Word = IceWord(point.Class, KindOf(family, air.Temp, HasHeight(rain.Top)));
         point.Value = water;

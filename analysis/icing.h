@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "analysis/analysis.h"
+#include "analysis/clouds.h"
 
 namespace vexa::analysis {
 
@@ -13,9 +14,19 @@ namespace vexa::analysis {
 std::vector<AirLayer> SmithFeddesIcing(const LevelProfile& levels,
                                        const std::vector<CloudDeck>& clouds, SaturationOver over);
 
-/// Liquid water of a cloud layer at a pressure, g/m³: adiabatic, thinned by mixing and by freezing.
-double CloudWater(const CloudDeck& deck, double press, double height, double temp,
-                  SaturationOver over);
+/// Liquid water of a cloud layer: adiabatic, thinned by mixing and by freezing.
+class CloudWater {
+ public:
+  CloudWater(const CloudDeck& deck, SaturationOver over);
+
+  /// g/m³ at a level of the cloud, hPa, m and °C.
+  double At(double press, double height, double temp) const;
+
+ private:
+  CloudFamily family_;
+  double baseHeight_;  // m
+  LiftedCloud air_;
+};
 
 /// Icing by temperature, dew-point depression and lapse rate (AWS/TR-80/001), with freezing rain
 /// below a warm moist layer and one step more in a cumulonimbus.

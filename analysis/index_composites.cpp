@@ -229,7 +229,8 @@ double EntrainingCape(In& in) {
   if (parcel.IsCut) return in.Fail("the sounding ends below the EL");
   const Mover& mover = in.ChosenMover();
   const double ground = in.Levels().Height(1);
-  const std::vector<WindPoint> winds = WindsBetween(in.Sounding(), ground, ground + kInflowDepth);
+  const std::vector<WindPoint> winds =
+      WindsBetween(in.Results().Winds, ground, ground + kInflowDepth);
   if (winds.empty()) in.Fail("the winds do not cover 0-1 km");
   if (in.Failed()) return 0;
   const double inflow = in.Note("storm-relative wind 0-1 km",

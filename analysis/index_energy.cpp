@@ -64,19 +64,16 @@ double VorticityGeneration(In& in) {
   if (!(depth > 0)) return in.Fail("the layer has no depth");
   in.NeedWinds(depth);
   if (in.Failed()) return 0;
-  const SoundingRecord& sounding = in.Sounding();
-  double sum = 0;
-  std::optional<WindVector> below;
-  for (int i = 1; i <= sounding.NumWindLevels(); ++i) {
-    if (!sounding.HasWind(i)) continue;
-    Wind wind = WorkingWind(sounding, i);
-    wind.Spd *= kKnotToMsPlot;
-    const WindVector here = Components(wind);
-    if (below) sum += std::hypot(here.U - below->U, here.V - below->V);
-    if (sounding.WindHgt(i) - sounding.ElevM > depth) break;
-    below = here;
+  const WindProfile& winds = in.Results().Winds;
+  double sum = 0;  // kt
+  for (std::size_t i = 1; i < winds.Count(); ++i) {
+    if (winds.Heights[i - 1] - in.Sounding().ElevM > depth) break;
+    const WindVector& here = winds.Vectors[i];
+    const WindVector& below = winds.Vectors[i - 1];
+    sum += std::hypot(here.U - below.U, here.V - below.V);
   }
-  return in.Note("mean shear", sum / depth * 1000, "1/1000 s") / 1000 * std::sqrt(in.Cape());
+  return in.Note("mean shear", kKnotToMsPlot * sum / depth * 1000, "1/1000 s") / 1000 *
+         std::sqrt(in.Cape());
 }
 
 double NormalizedCape(In& in) {

@@ -40,7 +40,7 @@ double ShareTurning(In& in, double depth) {
   if (in.Failed()) return 0;
   const double ground = in.Sounding().ElevM;
   const auto share =
-      StreamwiseShare(WindsBetween(in.Sounding(), ground, ground + depth), mover.Motion);
+      StreamwiseShare(WindsBetween(in.Results().Winds, ground, ground + depth), mover.Motion);
   if (!share) return in.Fail("no shear between winds of the layer");
   return 100 * *share;
 }
@@ -106,11 +106,10 @@ double CriticalAngle(In& in) {
   constexpr double kTop = 500;  // m above ground
   const Mover& mover = in.ChosenMover();
   const WindVector ground = Components(in.SurfaceWind());
-  const WindSample top = WindAtHeight(in.Sounding(), in.Sounding().ElevM + kTop);
-  if (!top.Ok()) in.Fail("the winds end below 500 m");
+  const auto high = VectorAtHeight(in.Results().Winds, in.Sounding().ElevM + kTop);
+  if (!high) in.Fail("the winds end below 500 m");
   if (in.Failed()) return 0;
-  const WindVector high = Components(top.Value);
-  const WindVector shear{high.U - ground.U, high.V - ground.V};
+  const WindVector shear{high->U - ground.U, high->V - ground.V};
   const WindVector inflow{mover.Motion.U - ground.U, mover.Motion.V - ground.V};
   const double product = std::hypot(shear.U, shear.V) * std::hypot(inflow.U, inflow.V);
   if (product < 1e-9) return in.Fail("there is no shear or no inflow");
@@ -158,8 +157,10 @@ double CorfidiVector(In& in, double timesMean) {
     in.Note(std::string(name) + " direction", wind.Dir, "deg");
     in.Note(std::string(name) + " speed", wind.Spd, "kt");
   };
-  note("mean 850-300 hPa", *inflow.DeepMean);
-  note("mean 0-1.5 km", *inflow.LowMean);
+  if (in.Keeps()) {
+    note("mean 850-300 hPa", *inflow.DeepMean);
+    note("mean 0-1.5 km", *inflow.LowMean);
+  }
   const WindVector moves{timesMean * inflow.DeepMean->U - inflow.LowMean->U,
                          timesMean * inflow.DeepMean->V - inflow.LowMean->V};
   return ToldWind(in, moves, "");

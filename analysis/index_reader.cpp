@@ -60,6 +60,7 @@ std::string IndexReader::WhyNot(std::string_view what, double press) const {
 
 double IndexReader::Read(std::string_view name, double press, Quantity quantity,
                          std::string_view unit) {
+  if (Failed()) return 0;
   const double value = GetTEMP(Levels(), press, quantity);
   if (NotAvailable(value)) {
     return Fail(WhyNot(quantity == Quantity::Temp ? "temperature" : "dew point", press));
@@ -88,12 +89,14 @@ double IndexReader::MixingRatio(double press) {
 }
 
 double IndexReader::Height(double press) {
+  if (Failed()) return 0;
   const Sample height = HeightAt(Levels(), press);
   if (!height.Ok()) return Fail(WhyNot("height", press));
   return Keeps() ? Note(At("height of", press), height.Value, "m") : height.Value;
 }
 
 Wind IndexReader::WindAt(double press) {
+  if (Failed()) return {};
   const Sample height = SampleAt(Levels(), press, Quantity::Height);
   const WindSample sample = height.Ok() ? WindAtHeight(sounding_, height.Value) : WindSample{};
   if (!sample.Ok()) {
@@ -187,7 +190,7 @@ double IndexReader::Helicity(double depthKm) {
   const double helicity =
       ready != kHelicityDepthsKm.end()
           ? mover.Helicity[static_cast<std::size_t>(ready - kHelicityDepthsKm.begin())]
-          : StormRelativeHelicity(sounding_, sounding_.ElevM, depthKm * 1000, mover.Motion);
+          : StormRelativeHelicity(results_.Winds, sounding_.ElevM, depthKm * 1000, mover.Motion);
   if (NotAvailable(helicity)) {
     return Fail("the winds do not cover 0-" + Mask(depthKm, "#0.#") + " km");
   }
@@ -196,7 +199,7 @@ double IndexReader::Helicity(double depthKm) {
 }
 
 void IndexReader::NeedWinds(double depth) {
-  if (!WindsStandFor(sounding_, sounding_.ElevM, depth)) {
+  if (!WindsStandFor(results_.Winds, sounding_.ElevM, depth)) {
     Fail(LacksWinds("0-" + Mask(depth, "####0") + " m above ground"));
   }
   Setting("a layer of winds needs", kLayerMeanRule);
@@ -222,7 +225,7 @@ double IndexReader::FreezingHeight() {
 }
 
 WindVector IndexReader::MeanWind(double bottom, double top) {
-  const auto mean = LayerMeanWind(sounding_, sounding_.ElevM + bottom, top - bottom);
+  const auto mean = LayerMeanWind(results_.Winds, sounding_.ElevM + bottom, top - bottom);
   if (!mean) {
     Fail(LacksWinds(Mask(bottom, "####0") + "-" + Mask(top, "####0") + " m above ground"));
     return {};

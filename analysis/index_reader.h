@@ -62,6 +62,8 @@ class IndexReader {
   /// There is no value, for this reason; the first reason stays. Gives 0.
   double Fail(std::string reason);
 
+  /// Whether values are noted down: a note that costs something to make is made then only.
+  bool Keeps() const { return notes_ == Notes::Keep && !Failed(); }
   bool Failed() const { return !reason_.empty(); }
   const std::string& Reason() const { return reason_; }
   std::vector<IndexInput>& Inputs() { return inputs_; }
@@ -74,7 +76,6 @@ class IndexReader {
  private:
   const LevelPoint* LowestFreezing() const;
   double Read(std::string_view name, double press, Quantity quantity, std::string_view unit);
-  bool Keeps() const { return notes_ == Notes::Keep && !Failed(); }
   std::string WhyNot(std::string_view what, double press) const;
 
   const SoundingRecord& sounding_;

@@ -4,7 +4,6 @@
 #include <cmath>
 
 #include "analysis/interpolate.h"
-#include "analysis/working_wind.h"
 #include "core/units.h"
 
 namespace vexa::analysis {
@@ -50,11 +49,11 @@ class PressureWalk {
 // as the mean winds of effective layer and cloud are published.
 enum class Weighing { ByMass, ByPressure };
 
-std::optional<WindVector> MeanOfLayer(const SoundingRecord& sounding, const LevelProfile& levels,
-                                      double bottom, double top, Weighing weighing) {
-  const std::vector<WindPoint> winds = WindsBetween(sounding, bottom, top, kMeanApart);
+std::optional<WindVector> MeanOfLayer(const AnalysisResults& results, double bottom, double top,
+                                      Weighing weighing) {
+  const std::vector<WindPoint> winds = WindsBetween(results.Winds, bottom, top, kMeanApart);
   if (winds.size() < 2) return std::nullopt;
-  PressureWalk walk(levels, bottom);
+  PressureWalk walk(results.Levels, bottom);
   double below = walk.At(winds.front().Height);
   double weights = 0;
   WindVector sum;
@@ -73,27 +72,27 @@ std::optional<WindVector> MeanOfLayer(const SoundingRecord& sounding, const Leve
 
 }  // namespace
 
-std::vector<WindPoint> WindsBetween(const SoundingRecord& sounding, double bottom, double top,
+std::vector<WindPoint> WindsBetween(const WindProfile& winds, double bottom, double top,
                                     double apart) {
-  const WindSample first = WindAtHeight(sounding, bottom);
-  const WindSample last = WindAtHeight(sounding, top);
-  if (!(top > bottom) || !first.Ok() || !last.Ok()) return {};
-  std::vector<WindPoint> winds{{bottom, Components(first.Value)}};
-  const std::vector<double>& heights = sounding.WindHgt.Values();
-  auto next = static_cast<int>(std::ranges::upper_bound(heights, bottom) - heights.begin()) + 1;
-  int below = next - 1;  // the last that was observed
-  while (below > 0 && !sounding.HasWind(below)) --below;
-  for (; next <= sounding.NumWindLevels(); ++next) {
-    if (!sounding.HasWind(next)) continue;
-    const double height = sounding.WindHgt(next);
-    if (below > 0 && height - sounding.WindHgt(below) > kWidestWindGap) return {};
+  const std::optional<WindVector> first = VectorAtHeight(winds, bottom);
+  const std::optional<WindVector> last = VectorAtHeight(winds, top);
+  if (!(top > bottom) || !first || !last) return {};
+  const std::vector<double>& heights = winds.Heights;
+  auto next = static_cast<std::size_t>(std::ranges::upper_bound(heights, bottom) - heights.begin());
+  const auto end =
+      static_cast<std::size_t>(std::ranges::upper_bound(heights, top) - heights.begin());
+  std::vector<WindPoint> between;
+  between.reserve(std::max(end, next) - next + 2);
+  between.push_back({bottom, *first});
+  for (; next < winds.Count(); ++next) {
+    const double height = heights[next];
+    if (next > 0 && height - heights[next - 1] > kWidestWindGap) return {};
     if (height >= top) break;
-    below = next;
-    if (height - winds.back().Height < apart || !(height > winds.back().Height)) continue;
-    winds.push_back({height, Components(WorkingWind(sounding, next))});
+    if (height - between.back().Height < apart || !(height > between.back().Height)) continue;
+    between.push_back({height, winds.Vectors[next]});
   }
-  winds.push_back({top, Components(last.Value)});
-  return winds;
+  between.push_back({top, *last});
+  return between;
 }
 
 double HelicityOf(const std::vector<WindPoint>& winds, const WindVector& motion) {
@@ -133,7 +132,7 @@ double MeanRelativeSpeed(const std::vector<WindPoint>& winds, const WindVector& 
   return sum / (winds.back().Height - winds.front().Height);
 }
 
-InflowWinds FindInflowWinds(const SoundingRecord& sounding, const AnalysisResults& results) {
+InflowWinds FindInflowWinds(const AnalysisResults& results) {
   InflowWinds inflow;
   const LevelProfile& levels = results.Levels;
   if (levels.Count() < 2) return inflow;
@@ -145,32 +144,29 @@ InflowWinds FindInflowWinds(const SoundingRecord& sounding, const AnalysisResult
 
   if (effective.HasDepth()) {
     const std::vector<WindPoint> winds =
-        WindsBetween(sounding, effective.Base.Height, effective.Top.Height);
+        WindsBetween(results.Winds, effective.Base.Height, effective.Top.Height);
     const std::optional<Mover>& mover = results.Storm.Chosen();
     if (mover && !winds.empty()) inflow.EffectiveHelicity = HelicityOf(winds, mover->Motion);
-    inflow.EffectiveMean = MeanOfLayer(sounding, levels, effective.Base.Height,
-                                       effective.Top.Height, Weighing::ByPressure);
+    inflow.EffectiveMean =
+        MeanOfLayer(results, effective.Base.Height, effective.Top.Height, Weighing::ByPressure);
   }
   if (effective.Exists() && hasTop) {
     const double base = effective.Base.Height;
-    const WindSample below = WindAtHeight(sounding, base);
-    const WindSample above = WindAtHeight(sounding, (base + parcel.Equilibrium.Height) / 2);
-    if (below.Ok() && above.Ok()) {
-      inflow.EffectiveShear = Minus(Components(above.Value), Components(below.Value));
-    }
+    const auto below = VectorAtHeight(results.Winds, base);
+    const auto above = VectorAtHeight(results.Winds, (base + parcel.Equilibrium.Height) / 2);
+    if (below && above) inflow.EffectiveShear = Minus(*above, *below);
   }
   if (hasTop && parcel.Condensation.Height != kNone) {
-    inflow.CloudMean = MeanOfLayer(sounding, levels, parcel.Condensation.Height,
-                                   parcel.Equilibrium.Height, Weighing::ByPressure);
+    inflow.CloudMean = MeanOfLayer(results, parcel.Condensation.Height, parcel.Equilibrium.Height,
+                                   Weighing::ByPressure);
   }
   const Sample deepBottom =
       SampleAt(levels, std::min(kDeepBottom, levels.Press(1)), Quantity::Height);
   const Sample deepTop = SampleAt(levels, kDeepTop, Quantity::Height);
   if (deepBottom.Ok() && deepTop.Ok()) {
-    inflow.DeepMean =
-        MeanOfLayer(sounding, levels, deepBottom.Value, deepTop.Value, Weighing::ByMass);
+    inflow.DeepMean = MeanOfLayer(results, deepBottom.Value, deepTop.Value, Weighing::ByMass);
   }
-  inflow.LowMean = MeanOfLayer(sounding, levels, ground, ground + kJetDepth, Weighing::ByMass);
+  inflow.LowMean = MeanOfLayer(results, ground, ground + kJetDepth, Weighing::ByMass);
   return inflow;
 }
 

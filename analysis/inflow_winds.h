@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "analysis/analysis.h"
-#include "core/sounding_record.h"
 
 namespace vexa::analysis {
 
@@ -19,7 +18,7 @@ struct WindPoint {
 /// end has no wind or two neighbours are further apart than kWidestWindGap.
 ///
 /// apart  m at least between those that are taken inside the layer
-std::vector<WindPoint> WindsBetween(const SoundingRecord& sounding, double bottom, double top,
+std::vector<WindPoint> WindsBetween(const WindProfile& winds, double bottom, double top,
                                     double apart = 0);
 
 /// Helicity of winds relative to a motion, m²/s²; 0 of fewer than two.
@@ -34,6 +33,6 @@ std::optional<double> StreamwiseShare(const std::vector<WindPoint>& winds,
 /// Mean speed of winds relative to a motion, kt, weighted by height.
 double MeanRelativeSpeed(const std::vector<WindPoint>& winds, const WindVector& motion);
 
-InflowWinds FindInflowWinds(const SoundingRecord& sounding, const AnalysisResults& results);
+InflowWinds FindInflowWinds(const AnalysisResults& results);
 
 }  // namespace vexa::analysis

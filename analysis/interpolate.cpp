@@ -28,9 +28,11 @@ struct Bracket {
 
 // The bracket of a value in an ordered array, by halving. Should the order be broken, as in a
 // sounding that its check complained about, and halving miss, the levels are scanned upward.
+//
+// isOrdered  known to be in order: nothing is to be scanned
 template <class Before>
-std::optional<Bracket> FindBracket(const std::vector<double>& values, double wanted,
-                                   Before before) {
+std::optional<Bracket> FindBracket(const std::vector<double>& values, double wanted, Before before,
+                                   bool isOrdered) {
   const auto bracketEndingAt = [&](std::size_t at) -> std::optional<Bracket> {
     if (values[at] == wanted) return Bracket{at, at};
     if (at > 0 && before(values[at - 1], wanted) && before(wanted, values[at])) {
@@ -43,11 +45,45 @@ std::optional<Bracket> FindBracket(const std::vector<double>& values, double wan
     const auto bracket = bracketEndingAt(static_cast<std::size_t>(found - values.begin()));
     if (bracket) return bracket;
   }
-  if (std::is_sorted(values.begin(), values.end(), before)) return std::nullopt;
+  if (isOrdered || std::is_sorted(values.begin(), values.end(), before)) return std::nullopt;
   for (std::size_t at = 0; at < values.size(); ++at) {
     if (const auto bracket = bracketEndingAt(at)) return bracket;
   }
   return std::nullopt;
+}
+
+// The winds about a height among levels of which some may have none; empty outside.
+template <class HasWind>
+std::optional<Bracket> WindsAbout(const std::vector<double>& heights, double height,
+                                  HasWind hasWind, bool isOrdered) {
+  if (heights.empty() || !std::isfinite(height)) return std::nullopt;
+  std::size_t lowest = 0;
+  while (lowest < heights.size() && !hasWind(lowest)) ++lowest;
+  if (lowest == heights.size()) return std::nullopt;
+  std::size_t highest = heights.size() - 1;
+  while (!hasWind(highest)) --highest;
+  if (height < heights[lowest]) {
+    if (heights[lowest] - height > kWindBelowLowest) return std::nullopt;
+    return Bracket{lowest, lowest};
+  }
+  if (height > heights[highest] && height <= heights[highest] + kWindAboveHighest) {
+    return Bracket{highest, highest};
+  }
+  std::optional<Bracket> bracket = FindBracket(heights, height, std::less<>{}, isOrdered);
+  if (!bracket) return std::nullopt;
+  // Levels without a wind are none: the winds about them are neighbours.
+  while (bracket->Low > lowest && !hasWind(bracket->Low)) --bracket->Low;
+  while (bracket->High + 1 < heights.size() && !hasWind(bracket->High)) ++bracket->High;
+  if (!hasWind(bracket->Low) || !hasWind(bracket->High)) return std::nullopt;
+  return bracket;
+}
+
+// Components between two winds, linear in height.
+WindVector Between(const WindVector& lower, const WindVector& upper, const Bracket& bracket,
+                   const std::vector<double>& heights, double height) {
+  const double share =
+      (height - heights[bracket.Low]) / (heights[bracket.High] - heights[bracket.Low]);
+  return {lower.U + share * (upper.U - lower.U), lower.V + share * (upper.V - lower.V)};
 }
 
 const Levels<double>* ArrayOf(const LevelProfile& levels, Quantity quantity) {
@@ -93,7 +129,7 @@ Sample SampleAt(const LevelProfile& levels, double press, Quantity quantity) {
   const Levels<double>* array = ArrayOf(levels, quantity);
   if (array == nullptr || !(press > 0)) return {};
   const std::vector<double>& pressures = levels.Press.Values();
-  const auto bracket = FindBracket(pressures, press, std::greater<>{});
+  const auto bracket = FindBracket(pressures, press, std::greater<>{}, levels.PressFalls);
   if (!bracket) return {};
   const double low = array->Values()[bracket->Low];
   const double high = array->Values()[bracket->High];
@@ -138,7 +174,7 @@ double GetPRESS(const LevelProfile& levels, double height) {
   if (height < heights.front()) {
     if (heights.front() - height > kDeepestBelowGround) return kNotReached;
   } else {
-    const auto found = FindBracket(heights, height, std::less<>{});
+    const auto found = FindBracket(heights, height, std::less<>{}, levels.HeightRises);
     if (!found) return kNotReached;
     bracket = *found;
   }
@@ -170,38 +206,39 @@ Sample HeightAt(const LevelProfile& levels, double press) {
 
 WindSample WindAtHeight(const SoundingRecord& sounding, double height) {
   const std::vector<double>& heights = sounding.WindHgt.Values();
-  if (heights.empty() || !std::isfinite(height)) return {};
   const auto hasWind = [&](std::size_t i) { return sounding.HasWind(static_cast<int>(i) + 1); };
-  std::size_t lowest = 0;
-  while (lowest < heights.size() && !hasWind(lowest)) ++lowest;
-  if (lowest == heights.size()) return {};
-  std::size_t highest = heights.size() - 1;
-  while (!hasWind(highest)) --highest;
-  Bracket bracket{lowest, lowest};
-  if (height < heights[lowest]) {
-    if (heights[lowest] - height > kWindBelowLowest) return {};
-  } else if (height > heights[highest] && height <= heights[highest] + kWindAboveHighest) {
-    bracket = {highest, highest};
-  } else {
-    const auto found = FindBracket(heights, height, std::less<>{});
-    if (!found) return {};
-    bracket = *found;
-    // Levels without a wind are none: the winds about them are neighbours.
-    while (bracket.Low > lowest && !hasWind(bracket.Low)) --bracket.Low;
-    while (bracket.High + 1 < heights.size() && !hasWind(bracket.High)) ++bracket.High;
-    if (!hasWind(bracket.Low) || !hasWind(bracket.High)) return {};
-  }
   const auto windAt = [&](std::size_t i) { return WorkingWind(sounding, static_cast<int>(i) + 1); };
-  const Wind low = windAt(bracket.Low);
-  const Wind high = windAt(bracket.High);
-  if (bracket.Low == bracket.High) return {low, Found::Value};
-  const double share =
-      (height - heights[bracket.Low]) / (heights[bracket.High] - heights[bracket.Low]);
-  const WindVector lower = Components(low);
-  const WindVector upper = Components(high);
-  return {FromComponents(
-              {lower.U + share * (upper.U - lower.U), lower.V + share * (upper.V - lower.V)}),
-          Found::Value};
+  const std::optional<Bracket> bracket = WindsAbout(heights, height, hasWind, false);
+  if (!bracket) return {};
+  const Wind low = windAt(bracket->Low);
+  if (bracket->Low == bracket->High) return {low, Found::Value};
+  const WindVector vector =
+      Between(Components(low), Components(windAt(bracket->High)), *bracket, heights, height);
+  return {FromComponents(vector), Found::Value};
+}
+
+WindProfile DeriveWinds(const SoundingRecord& sounding, double highest) {
+  WindProfile winds;
+  const int count = sounding.NumWindLevels();
+  winds.Heights.reserve(static_cast<std::size_t>(count));
+  winds.Vectors.reserve(static_cast<std::size_t>(count));
+  for (int i = 1; i <= count; ++i) {
+    if (!sounding.HasWind(i)) continue;
+    winds.Heights.push_back(sounding.WindHgt(i));
+    winds.Vectors.push_back(Components(WorkingWind(sounding, i)));
+    if (winds.Heights.back() > highest) break;
+  }
+  winds.IsOrdered = std::ranges::is_sorted(winds.Heights);
+  return winds;
+}
+
+std::optional<WindVector> VectorAtHeight(const WindProfile& winds, double height) {
+  constexpr auto kObserved = [](std::size_t) { return true; };
+  const auto bracket = WindsAbout(winds.Heights, height, kObserved, winds.IsOrdered);
+  if (!bracket) return std::nullopt;
+  const WindVector& low = winds.Vectors[bracket->Low];
+  if (bracket->Low == bracket->High) return low;
+  return Between(low, winds.Vectors[bracket->High], *bracket, winds.Heights, height);
 }
 
 Wind GetWIND(const SoundingRecord& sounding, const LevelProfile& levels, double press) {

@@ -2,6 +2,9 @@
 // roundings, and the typed outcome that the program computes with inside.
 #pragma once
 
+#include <cstddef>
+#include <limits>
+#include <optional>
 #include <vector>
 
 #include "analysis/level_profile.h"
@@ -64,6 +67,11 @@ struct Wind {
   double Spd = 0;  // knots
 };
 
+struct WindVector {
+  double U = 0;  // kt
+  double V = 0;
+};
+
 struct WindSample {
   Wind Value{};
   Found State = Found::Outside;
@@ -71,18 +79,32 @@ struct WindSample {
 };
 
 /// Wind at a height in m above sea level: components linear in height between the bracketing wind
-/// levels; the lowest wind serves up to 100 m below itself, the highest up to 2 m above. Not rounded.
+/// levels; the lowest wind serves up to 100 m below itself, the highest up to 2 m above. Not
+/// rounded.
 WindSample WindAtHeight(const SoundingRecord& sounding, double height);
+
+/// The winds of a sounding that were observed, from below: turned into components once for all that
+/// computes with them.
+struct WindProfile {
+  std::vector<double> Heights{};      // m above sea level
+  std::vector<WindVector> Vectors{};  // kt
+  bool IsOrdered = false;             // heights rise
+
+  std::size_t Count() const { return Heights.size(); }
+};
+
+/// highest  m; winds behind the first one above it are left out
+WindProfile DeriveWinds(const SoundingRecord& sounding,
+                        double highest = std::numeric_limits<double>::infinity());
+
+/// The components of WindAtHeight; empty where it has none.
+std::optional<WindVector> VectorAtHeight(const WindProfile& winds, double height);
 
 /// Wind at a pressure, direction in whole degrees and speed in tenths of a knot; both 999.9
 /// outside the wind levels.
 Wind GetWIND(const SoundingRecord& sounding, const LevelProfile& levels, double press);
 
 /// u = s·sin(d/57.29578), v = s·cos(d/57.29578), d the direction the wind blows from.
-struct WindVector {
-  double U = 0;
-  double V = 0;
-};
 WindVector Components(const Wind& wind);
 Wind FromComponents(const WindVector& vector);  // direction in (0, 360]; calm is 360/0
 

@@ -150,8 +150,7 @@ double MeanLapseRate(const LevelProfile& levels, double low, double high, Quanti
   return (below.Value - above.Value) / ((high - low) / kMetersPerKm);
 }
 
-std::optional<MixedLayer> FindMixedLayer(const SoundingRecord& sounding,
-                                         const LevelProfile& levels) {
+std::optional<MixedLayer> FindMixedLayer(const WindProfile& winds, const LevelProfile& levels) {
   constexpr double kNearGround = 25;   // hPa
   constexpr double kWarmer = 0.5;      // K
   constexpr double kLeastDepth = 150;  // m
@@ -179,7 +178,7 @@ std::optional<MixedLayer> FindMixedLayer(const SoundingRecord& sounding,
   const LayerMean mean = MeanOfLowestLayer(levels, levels.Press(1) - press);
   mixed.Theta = mean.Theta;
   mixed.MixingRatio = mean.MixingRatio;
-  mixed.Mean = LayerMeanWind(sounding, levels.Height(1), mixed.Depth);
+  mixed.Mean = LayerMeanWind(winds, levels.Height(1), mixed.Depth);
   return mixed;
 }
 

@@ -33,7 +33,6 @@ double MeanLapseRate(const LevelProfile& levels, double low, double high,
 
 /// The well-mixed layer above the ground (parcel method, Seibert et al. 2000): up to where θ passes
 /// the smallest θ of the lowest 25 hPa by 0.5 K; none when it is less than 150 m deep.
-std::optional<MixedLayer> FindMixedLayer(const SoundingRecord& sounding,
-                                         const LevelProfile& levels);
+std::optional<MixedLayer> FindMixedLayer(const WindProfile& winds, const LevelProfile& levels);
 
 }  // namespace vexa::analysis

@@ -20,10 +20,9 @@ constexpr double kContrailFactor = 0.040;  // g/(kg K), low-bypass engines
 constexpr double kLeastGradient = 0.053;   // Pa/K, where the threshold formula ends
 
 // Vapour pressure of a level, hPa, from its mixing ratio; kMissing when unknown.
-double VaporAt(const LevelProfile& levels, int level) {
-  const double mixing = levels.MixingRatio(level);
-  if (!NotAvailable(mixing)) return mixing * levels.Press(level) / (kEpsilon + mixing);
-  return levels.Press(level) < kDryAbove ? 0 : kMissing;
+double VaporOf(double press, double mixing) {
+  if (!NotAvailable(mixing)) return mixing * press / (kEpsilon + mixing);
+  return press < kDryAbove ? 0 : kMissing;
 }
 
 // Slope of the mixing line, Pa/K, and the threshold of saturated air, °C.
@@ -63,31 +62,35 @@ LevelListing ListLevels(const LevelProfile& levels) {
         &listing.Potential, &listing.Gradient, &listing.WaterBelow}) {
     array->Resize(levels.Count(), kMissing);
   }
+  const double* pressures = levels.Press.Values().data();
+  const double* heights = levels.Height.Values().data();
+  const double* mixings = levels.MixingRatio.Values().data();
+  double* refractivities = listing.Refractivity.Values().data();
   double water = 0;  // mm
   bool moistBelow = true;
-  for (int i = 1; i <= levels.Count(); ++i) {
-    const double press = levels.Press(i);
-    const double height = levels.Height(i);
+  for (std::size_t i = 0; i < levels.Press.Values().size(); ++i) {
+    const double press = pressures[i];
+    const double height = heights[i];
     if (!(press > 0)) continue;
-    listing.Density(i) = AirDensity(press, levels.VirtualTemp(i));
-    const double standard = IsaHeight(press, levels.LogPress(i));
-    if (HasHeight(standard)) listing.DValue(i) = height - standard;
-    const double mixing = levels.MixingRatio(i);
+    listing.Density.Values()[i] = AirDensity(press, levels.VirtualTemp.Values()[i]);
+    const double standard = IsaHeight(press, levels.LogPress.Values()[i]);
+    if (HasHeight(standard)) listing.DValue.Values()[i] = height - standard;
+    const double mixing = mixings[i];
     moistBelow = moistBelow && !NotAvailable(mixing);
-    if (moistBelow && i > 1) {
-      const double mean = (levels.MixingRatio(i - 1) + mixing) / 2;
-      water += mean * (levels.Press(i - 1) - press) * 100 / kGravity;
+    if (moistBelow && i > 0) {
+      water += (mixings[i - 1] + mixing) / 2 * (pressures[i - 1] - press) * 100 / kGravity;
     }
-    if (moistBelow) listing.WaterBelow(i) = water;
-    const double vapor = VaporAt(levels, i);
+    if (moistBelow) listing.WaterBelow.Values()[i] = water;
+    const double vapor = VaporOf(press, mixing);
     if (NotAvailable(vapor)) continue;
-    listing.Refractivity(i) = RefractivityOf(press, levels.Temp(i), vapor);
-    listing.Modified(i) = listing.Refractivity(i) + kModifiedPerMeter * height;
-    listing.Potential(i) = RefractivityOf(kReferencePress, levels.Theta(i) - kKelvinOffset,
-                                          kReferencePress * vapor / press);
-    if (i > 1 && !NotAvailable(listing.Refractivity(i - 1)) && height > levels.Height(i - 1)) {
-      listing.Gradient(i) = (listing.Refractivity(i) - listing.Refractivity(i - 1)) /
-                            (height - levels.Height(i - 1)) * 1000;
+    const double refractivity = RefractivityOf(press, levels.Temp.Values()[i], vapor);
+    refractivities[i] = refractivity;
+    listing.Modified.Values()[i] = refractivity + kModifiedPerMeter * height;
+    listing.Potential.Values()[i] = RefractivityOf(
+        kReferencePress, levels.Theta.Values()[i] - kKelvinOffset, kReferencePress * vapor / press);
+    if (i > 0 && !NotAvailable(refractivities[i - 1]) && height > heights[i - 1]) {
+      listing.Gradient.Values()[i] =
+          (refractivity - refractivities[i - 1]) / (height - heights[i - 1]) * 1000;
     }
   }
   return listing;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <stdexcept>
 
 #include "analysis/analysis_settings.h"
 #include "analysis/moist_air.h"
@@ -21,55 +22,67 @@ struct LevelLogs {
   double Poisson = 0;  // 0.2856 ln(1000/p)
 };
 
-// The moist quantities of a level as moist_air.h defines them, with the vapour pressures from the
-// table and Normand's rule solved from where the level below left off.
-class MoistLevel {
- public:
-  explicit MoistLevel(SaturationOver over) : over_(over) {}
+// A level, with what moist air needs of it.
+struct DryLevel {
+  double Press = 0;  // hPa
+  double Temp = 0;   // °C
+  double Dewpt = 0;  // °C
+  double Theta = 0;  // K
+  LevelLogs Logs{};
+};
 
-  void Fill(LevelProfile& levels, int level, const LevelLogs& logs) {
-    const double press = levels.Press(level);
-    const double temp = levels.Temp(level);
-    const double dewpt = std::min(levels.Dewpt(level), temp);
-    const double vapor = TabledSatVapor(levels.Dewpt(level), over_);
+struct MoistLevel {
+  double MixingRatio = 0;  // kg/kg
+  double VirtualTemp = 0;  // °C
+  double RelHumidity = 0;  // %
+  double ThetaE = 0;       // K
+  double WetBulb = 0;      // °C
+};
+
+// The moist quantities of levels as moist_air.h defines them, with the vapour pressures from the
+// table and Normand's rule solved from where the level below left off.
+class MoistWalk {
+ public:
+  explicit MoistWalk(SaturationOver over) : over_(over) {}
+
+  MoistLevel At(const DryLevel& level) {
+    MoistLevel moist;
+    const double temp = level.Temp;
+    const double dewpt = std::min(level.Dewpt, temp);
+    const double vapor = TabledSatVapor(level.Dewpt, over_);
     const double saturation = TabledSatVapor(temp, over_);
-    const double dry = press - vapor;
-    levels.MixingRatio(level) = dry == 0 ? 0 : kEpsilon * vapor / dry;
-    levels.VirtualTemp(level) = VirtualTemp(temp, levels.MixingRatio(level));
-    levels.RelHumidity(level) = saturation > 0 ? 100 * vapor / saturation : 0;
+    const double dry = level.Press - vapor;
+    moist.MixingRatio = dry == 0 ? 0 : kEpsilon * vapor / dry;
+    moist.VirtualTemp = VirtualTemp(temp, moist.MixingRatio);
+    moist.RelHumidity = saturation > 0 ? 100 * vapor / saturation : 0;
 
     const double lclTemp = Condense(temp, dewpt);
     const double lclTempK = lclTemp + kKelvinOffset;
     // What is out of the ordinary goes through the routines with all their guards.
-    if (!(press >= 1 && lclTempK > 150 && levels.Theta(level) > 0)) {
-      FillGuarded(levels, level);
-      return;
-    }
+    if (!(level.Press >= 1 && lclTempK > 150 && level.Theta > 0)) return Guarded(level, moist);
     // Dry up to the condensation level the potential temperature stays.
-    const double logTheta = std::log(levels.Theta(level));
+    const double logTheta = std::log(level.Theta);
     const double logLclTemp = std::log(lclTempK);
-    const double logLcl = std::min(logs.Press, kLogReference + (logLclTemp - logTheta) / kPoisson);
+    const double logLcl =
+        std::min(level.Logs.Press, kLogReference + (logLclTemp - logTheta) / kPoisson);
     const double lclPress = std::exp(logLcl);
     const double lclVapor = TabledSatVapor(lclTemp, over_);
-    if (!(lclVapor < 0.25 * lclPress)) {
-      FillGuarded(levels, level);
-      return;
-    }
+    if (!(lclVapor < 0.25 * lclPress)) return Guarded(level, moist);
     const double mixing = kEpsilon * lclVapor / (lclPress - lclVapor);
     const double logThetaE =
         logLclTemp + kPoisson * (kLogReference - logLcl) + kLatentFactor * mixing / lclTempK;
-    levels.ThetaE(level) = std::exp(logThetaE);
-    const double found = Lowered(logThetaE, press, logs.Poisson, temp, dewpt);
-    levels.WetBulb(level) = std::clamp(found, dewpt, temp);
-    share_ = temp > dewpt ? (levels.WetBulb(level) - dewpt) / (temp - dewpt) : share_;
+    moist.ThetaE = std::exp(logThetaE);
+    const double found = Lowered(logThetaE, level.Press, level.Logs.Poisson, temp, dewpt);
+    moist.WetBulb = std::clamp(found, dewpt, temp);
+    share_ = temp > dewpt ? (moist.WetBulb - dewpt) / (temp - dewpt) : share_;
+    return moist;
   }
 
  private:
-  void FillGuarded(LevelProfile& levels, int level) const {
-    const double press = levels.Press(level);
-    const double temp = levels.Temp(level);
-    levels.ThetaE(level) = LevelThetaE(press, temp, levels.Dewpt(level), over_);
-    levels.WetBulb(level) = WetBulb(press, temp, levels.Dewpt(level), over_);
+  MoistLevel Guarded(const DryLevel& level, MoistLevel moist) const {
+    moist.ThetaE = LevelThetaE(level.Press, level.Temp, level.Dewpt, over_);
+    moist.WetBulb = WetBulb(level.Press, level.Temp, level.Dewpt, over_);
+    return moist;
   }
 
   // Newton steps along the saturated adiabat from the last level's place between Td and T.
@@ -144,6 +157,9 @@ Levels<double> DeriveHeights(const SoundingRecord& sounding, SaturationOver over
 
 LevelProfile DeriveLevels(const SoundingRecord& sounding, const AnalysisSettings& options) {
   const int count = sounding.NumTempLevels();
+  if (sounding.Temp.Count() < count || sounding.Dewpt.Count() < count) {
+    throw std::out_of_range("level arrays of different lengths");
+  }
   LevelProfile levels;
   levels.Press = sounding.Press;
   levels.Temp = sounding.Temp;
@@ -153,24 +169,39 @@ LevelProfile DeriveLevels(const SoundingRecord& sounding, const AnalysisSettings
     array->Resize(count, kMissing);
   }
   levels.LogPress.Resize(count, 0);
-  MoistLevel moist(options.Saturation);
-  for (int i = 1; i <= count; ++i) {
-    const double press = levels.Press(i);
-    LevelLogs logs;
-    if (press > 0) {
-      logs.Press = std::log(press);
-      logs.Poisson = kPoisson * (kLogReference - logs.Press);
+  const double* pressures = levels.Press.Values().data();
+  const double* temps = levels.Temp.Values().data();
+  const double* dewpts = levels.Dewpt.Values().data();
+  double* logs = levels.LogPress.Values().data();
+  double* thetas = levels.Theta.Values().data();
+  double* virtuals = levels.VirtualTemp.Values().data();
+  double* heights = levels.Height.Values().data();
+  MoistWalk walk(options.Saturation);
+  for (std::size_t i = 0; i < static_cast<std::size_t>(count); ++i) {
+    DryLevel level{.Press = pressures[i], .Temp = temps[i], .Dewpt = dewpts[i]};
+    if (level.Press > 0) {
+      level.Logs.Press = std::log(level.Press);
+      level.Logs.Poisson = kPoisson * (kLogReference - level.Logs.Press);
     }
-    levels.LogPress(i) = logs.Press;
-    levels.Theta(i) = ThetaOf(press, levels.Temp(i), logs);
-    levels.VirtualTemp(i) = levels.Temp(i);
-    if (!NotAvailable(levels.Dewpt(i))) moist.Fill(levels, i, logs);
-    levels.Height(i) =
-        i == 1 ? sounding.ElevM
-               : levels.Height(i - 1) + Thickness(levels.Press(i - 1), press,
-                                                  levels.LogPress(i - 1) - logs.Press,
-                                                  levels.VirtualTemp(i - 1), levels.VirtualTemp(i));
+    level.Theta = ThetaOf(level.Press, level.Temp, level.Logs);
+    logs[i] = level.Logs.Press;
+    thetas[i] = level.Theta;
+    virtuals[i] = level.Temp;
+    if (!NotAvailable(level.Dewpt)) {
+      const MoistLevel moist = walk.At(level);
+      virtuals[i] = moist.VirtualTemp;
+      levels.MixingRatio.Values()[i] = moist.MixingRatio;
+      levels.RelHumidity.Values()[i] = moist.RelHumidity;
+      levels.ThetaE.Values()[i] = moist.ThetaE;
+      levels.WetBulb.Values()[i] = moist.WetBulb;
+    }
+    heights[i] =
+        i == 0 ? sounding.ElevM
+               : heights[i - 1] + Thickness(pressures[i - 1], pressures[i], logs[i - 1] - logs[i],
+                                            virtuals[i - 1], virtuals[i]);
   }
+  levels.PressFalls = std::ranges::is_sorted(levels.Press.Values(), std::ranges::greater{});
+  levels.HeightRises = std::ranges::is_sorted(levels.Height.Values());
   return levels;
 }
 

@@ -26,6 +26,10 @@ struct LevelProfile {
   Levels<double> VirtualTemp{};  // °C
   Levels<double> MixingRatio{};  // kg/kg
   Levels<double> RelHumidity{};  // %
+  // Whether pressures fall and heights rise from each level to the next: what lies outside them is
+  // then nowhere between them either.
+  bool PressFalls = false;
+  bool HeightRises = false;
 
   int Count() const { return Press.Count(); }
 };

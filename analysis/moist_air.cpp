@@ -93,7 +93,8 @@ LiftSatResult LiftSat(double thetaE, double press, SaturationOver over, std::str
   };
   const auto errorAt = [&](double temp) {
     const double tempK = temp + kKelvinOffset;
-    const AdiabatPoint point = AdiabatAt(FormulaAt(over, temp), tempK, press, logPoisson);
+    const VaporPoint vapor = TabledVapor(FormulaAt(over, temp), tempK);
+    const AdiabatPoint point = AdiabatWith(vapor, tempK, std::log(tempK), press, logPoisson);
     if (!(point.Vapor.Pressure <= kMostVapor * press)) return Error{};
     return Error{point.LogThetaE - target, point.Slope};
   };

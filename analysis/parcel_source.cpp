@@ -99,21 +99,15 @@ CondensationPoint FindConvectiveCondensation(const LevelProfile& levels, const P
                                              double mixingRatio, SaturationOver over) {
   if (levels.Count() == 0 || NotAvailable(mixingRatio) || !(mixingRatio > 0)) return {};
   const auto saturated = [&](double press, double temp) {
-    const double mixing = ThetaPoint(press, temp, over).MixingRatio;
+    const double mixing = TabledMixingRatio(press, temp, over);
     return mixing >= 0 && mixing <= mixingRatio;
-  };
-  // Of most levels the table tells in a tenth of the time that they are much too dry.
-  const auto isFarFromSaturated = [&](double press, double temp) {
-    constexpr double kFar = 1.001;
-    const double vapor = TabledSatVapor(temp, over);
-    return vapor < press && kEpsilon * vapor > kFar * mixingRatio * (press - vapor);
   };
   const double surface = levels.Press(1);
   if (saturated(surface, levels.Temp(1))) return {surface, levels.Temp(1)};
   double below = surface;
   for (int press = grid.Bottom; press >= grid.Top; --press) {
     const double temp = grid.Temp[static_cast<std::size_t>(grid.Bottom - press)];
-    if (isFarFromSaturated(press, temp) || !saturated(press, temp)) {
+    if (!saturated(press, temp)) {
       below = press;
       continue;
     }

@@ -32,31 +32,36 @@ PressureGrid MakePressureGrid(const LevelProfile& levels) {
   PressureGrid grid;
   const std::vector<double>& pressures = levels.Press.Values();
   if (pressures.empty() || !(pressures.front() >= 1)) return grid;
-  const WholePressures& whole = WholeHpa();
 
   grid.Bottom = static_cast<int>(std::min<double>(pressures.front(), kGridBottom));
   const auto most = static_cast<std::size_t>(grid.Bottom);
   grid.Temp.resize(most);
   grid.VirtualTemp.resize(most);
   const std::vector<double>& logs = levels.LogPress.Values();
+  const double* wholeLogs = WholeHpa().Log.data() + GridIndex(grid.Bottom);
   const double* temps = levels.Temp.Values().data();
   const double* virtuals = levels.VirtualTemp.Values().data();
   std::size_t filled = 0;
   std::size_t low = 0;  // the level below the layer in work
   for (std::size_t high = 0; high < pressures.size(); ++high) {
     if (high > 0 && !(pressures[high] < pressures[low] && pressures[high] > 0)) continue;
+    // The whole pressures of the layer, its upper level among them.
+    const double above = std::floor(grid.Bottom - pressures[high]) + 1;
+    const auto end = static_cast<std::size_t>(
+        std::clamp(above, static_cast<double>(filled), static_cast<double>(most)));
     const double span = high == low ? 1 : logs[high] - logs[low];
-    const double rise = temps[high] - temps[low];
-    const double virtualRise = virtuals[high] - virtuals[low];
-    for (; filled < most; ++filled) {
-      const double press = static_cast<double>(most - filled);
-      if (press < pressures[high]) break;
-      const bool atLevel = press == pressures[high];
-      const double depth = whole.Log[GridIndex(grid.Bottom) + filled] - logs[low];
-      grid.Temp[filled] = atLevel ? temps[high] : temps[low] + rise * depth / span;
-      grid.VirtualTemp[filled] =
-          atLevel ? virtuals[high] : virtuals[low] + virtualRise * depth / span;
+    const double rise = (temps[high] - temps[low]) / span;
+    const double virtualRise = (virtuals[high] - virtuals[low]) / span;
+    for (std::size_t i = filled; i < end; ++i) {
+      const double depth = wholeLogs[i] - logs[low];
+      grid.Temp[i] = temps[low] + rise * depth;
+      grid.VirtualTemp[i] = virtuals[low] + virtualRise * depth;
     }
+    if (end > filled && static_cast<double>(most - end + 1) == pressures[high]) {
+      grid.Temp[end - 1] = temps[high];
+      grid.VirtualTemp[end - 1] = virtuals[high];
+    }
+    filled = end;
     low = high;
   }
   grid.Temp.resize(filled);

@@ -26,32 +26,38 @@ LevelPoint Between(const LevelProfile& levels, int low, double share) {
 }
 
 AirPoint ProfileWalk::At(double height) {
-  const int count = levels_.Count();
   AirPoint point;
+  const std::size_t count = levels_.Height.Values().size();
   if (count == 0) return point;
-  while (low_ + 1 < count && levels_.Height(low_ + 1) <= height) ++low_;
-  const int high = std::min(low_ + 1, count);
-  const double depth = levels_.Height(high) - levels_.Height(low_);
-  const double share =
-      depth > 0 ? std::clamp((height - levels_.Height(low_)) / depth, 0.0, 1.0) : 0;
-  const auto between = [&](const Levels<double>& values) {
-    return values(low_) + share * (values(high) - values(low_));
+  const double* heights = levels_.Height.Values().data();
+  while (low_ + 2 < count && heights[low_ + 1] <= height) ++low_;
+  const std::size_t low = low_;
+  const std::size_t high = std::min(low + 1, count - 1);
+  const double depth = heights[high] - heights[low];
+  const double share = depth > 0 ? std::clamp((height - heights[low]) / depth, 0.0, 1.0) : 0;
+  const auto between = [low, high, share](const Levels<double>& values) {
+    const double* all = values.Values().data();
+    return all[low] + share * (all[high] - all[low]);
   };
   point.Height = between(levels_.Height);
   point.Temp = between(levels_.Temp);
   point.Theta = between(levels_.Theta);
-  const double lowPress = levels_.Press(low_);
-  point.Press = share == 0 ? lowPress : lowPress * std::pow(levels_.Press(high) / lowPress, share);
-  const bool lowMoist = !NotAvailable(levels_.Dewpt(low_));
-  const bool highMoist = !NotAvailable(levels_.Dewpt(high));
+  const double* pressures = levels_.Press.Values().data();
+  point.Press = share == 0 || pressures[low] == pressures[high] ? pressures[low]
+                : share == 1                                    ? pressures[high]
+                             : std::exp(between(levels_.LogPress));
+  const double* dewpts = levels_.Dewpt.Values().data();
+  const bool lowMoist = !NotAvailable(dewpts[low]);
+  const bool highMoist = !NotAvailable(dewpts[high]);
   if (share == 0 && lowMoist) {
-    point.Dewpt = levels_.Dewpt(low_);
+    point.Dewpt = dewpts[low];
   } else if (share == 1 && highMoist) {
-    point.Dewpt = levels_.Dewpt(high);
+    point.Dewpt = dewpts[high];
   } else if (lowMoist && highMoist) {
     point.Dewpt = between(levels_.Dewpt);
   }
-  if (depth > 0) point.Lapse = (levels_.Temp(low_) - levels_.Temp(high)) / depth * 1000;
+  const double* temps = levels_.Temp.Values().data();
+  if (depth > 0) point.Lapse = (temps[low] - temps[high]) / depth * 1000;
   return point;
 }
 

@@ -2,6 +2,7 @@
 // layer analyses join into layers.
 #pragma once
 
+#include <cstddef>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -35,7 +36,7 @@ class ProfileWalk {
 
  private:
   const LevelProfile& levels_;
-  int low_ = 1;
+  std::size_t low_ = 0;  // the level below, from 0
 };
 
 /// Heights from low to high at which layer analyses look: both ends and the levels between, at

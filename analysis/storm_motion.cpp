@@ -4,7 +4,6 @@
 #include <span>
 #include <vector>
 
-#include "analysis/working_wind.h"
 #include "core/units.h"
 
 namespace vexa::analysis {
@@ -21,10 +20,6 @@ constexpr double kLowLayer = 500;          // m
 constexpr double kLatestBegin = 500;  // m above the layer's base
 constexpr double kLeastShare = 0.75;  // of the layer's depth
 constexpr double kNoShear = 0.01;     // kt
-
-WindVector VectorAt(const SoundingRecord& sounding, int level) {
-  return Components(WorkingWind(sounding, level));
-}
 
 double Length(const WindVector& vector) {
   return std::hypot(vector.U, vector.V);
@@ -48,24 +43,21 @@ struct LayerWinds {
   const WindVector& Highest() const { return Top ? *Top : Levels.back(); }
 };
 
-// The winds from the ground to some height and the next one above, as components turned once for
-// all layers.
+// The winds from the ground to some height and the next one above, for all layers below it.
 class WindsAbove {
  public:
-  WindsAbove(const SoundingRecord& sounding, double ground, double highest)
-      : sounding_(sounding), ground_(ground) {
-    const int count = sounding.NumWindLevels();
-    heights_.reserve(static_cast<std::size_t>(count));
-    vectors_.reserve(static_cast<std::size_t>(count));
-    for (int i = 1; i <= count; ++i) {
-      if (!sounding.HasWind(i)) continue;
-      const double height = sounding.WindHgt(i) - ground;
+  WindsAbove(const WindProfile& winds, double ground, double highest)
+      : winds_(winds), ground_(ground) {
+    heights_.reserve(winds.Count());
+    vectors_.reserve(winds.Count());
+    for (std::size_t i = 0; i < winds.Count(); ++i) {
+      const double height = winds.Heights[i] - ground;
       if (height < -kRounding) {
         below_ = height;
         continue;
       }
       heights_.push_back(std::max(height, 0.0));
-      vectors_.push_back(VectorAt(sounding, i));
+      vectors_.push_back(winds.Vectors[i]);
       if (height > highest + kAtTop) break;
     }
   }
@@ -80,11 +72,8 @@ class WindsAbove {
     const double reached = count > 0 ? heights_[count - 1] : 0;
     layer.ReachesTop = count > 0 && std::fabs(reached - depth) <= kAtTop;
     if (!layer.ReachesTop) {
-      const WindSample top = WindAtHeight(sounding_, ground_ + depth);
-      if (top.Ok()) {
-        layer.Top = Components(top.Value);
-        layer.ReachesTop = true;
-      }
+      layer.Top = VectorAtHeight(winds_, ground_ + depth);
+      layer.ReachesTop = layer.Top.has_value();
     }
     layer.IsFilled = BeginsInTime(depth) && HasNoGap(depth) &&
                      (layer.ReachesTop || reached >= kLeastShare * depth);
@@ -105,7 +94,7 @@ class WindsAbove {
     return true;
   }
 
-  const SoundingRecord& sounding_;
+  const WindProfile& winds_;
   double ground_;
   std::optional<double> below_{};  // m, the last wind below the ground of the layers
   std::vector<double> heights_{};
@@ -154,24 +143,22 @@ double HelicityOf(const LayerWinds& layer, const WindVector& motion) {
 
 // The wind at 5750 m above ground between the first level above it and the one below; a sounding
 // that ends lower gives its last wind.
-WindVector ShearTopWind(const SoundingRecord& sounding, double ground) {
-  int low = 0;
-  int high = 0;
-  for (int i = 1; i <= sounding.NumWindLevels(); ++i) {
-    if (!sounding.HasWind(i)) continue;
-    low = high == 0 ? i : high;
-    high = i;
-    if (low != high && sounding.WindHgt(i) - ground > kShearHeight) break;
+WindVector ShearTopWind(const WindProfile& winds, double ground) {
+  if (winds.Count() == 0) return {};
+  std::size_t high = 0;
+  while (high + 1 < winds.Count() &&
+         (high == 0 || !(winds.Heights[high] - ground > kShearHeight))) {
+    ++high;
   }
-  if (high == 0) return {};
-  if (!(sounding.WindHgt(high) - ground > kShearHeight)) low = high;
-  const WindVector lower = VectorAt(sounding, low);
-  const WindVector upper = VectorAt(sounding, high);
+  const bool isAbove = winds.Heights[high] - ground > kShearHeight;
+  const std::size_t low = isAbove && high > 0 ? high - 1 : high;
+  const WindVector& lower = winds.Vectors[low];
+  const WindVector& upper = winds.Vectors[high];
   double lowerWeight = 1;
   double upperWeight = 1;
   if (high != low) {
-    lowerWeight = sounding.WindHgt(high) - ground - kShearHeight;
-    upperWeight = kShearHeight - (sounding.WindHgt(low) - ground);
+    lowerWeight = winds.Heights[high] - ground - kShearHeight;
+    upperWeight = kShearHeight - (winds.Heights[low] - ground);
   }
   const double sum = lowerWeight + upperWeight;
   return {(lower.U * lowerWeight + upper.U * upperWeight) / sum,
@@ -188,11 +175,11 @@ Mover MoverOf(const HelicityLayers& layers, const WindVector& motion) {
   return mover;
 }
 
-std::optional<Movers> BunkersOf(const SoundingRecord& sounding, double ground,
+std::optional<Movers> BunkersOf(const WindProfile& winds, double ground,
                                 const std::optional<WindVector>& mean,
                                 const std::optional<WindVector>& low, int deviationFactor) {
   if (!mean || !low) return std::nullopt;
-  const WindVector shear = Difference(ShearTopWind(sounding, ground), *low);
+  const WindVector shear = Difference(ShearTopWind(winds, ground), *low);
   const double size = Length(shear);
   if (size < kNoShear) return Movers{*mean, *mean};
   const double deviation = kDeviation * deviationFactor;
@@ -200,15 +187,24 @@ std::optional<Movers> BunkersOf(const SoundingRecord& sounding, double ground,
   return Movers{{mean->U + aside.U, mean->V + aside.V}, {mean->U - aside.U, mean->V - aside.V}};
 }
 
+// The winds of a layer and the next one above it.
+WindProfile WindsUpTo(const SoundingRecord& sounding, double ground, double depth) {
+  return DeriveWinds(sounding, ground + depth + kAtTop);
+}
+
 }  // namespace
+
+std::optional<WindVector> LayerMeanWind(const WindProfile& winds, double ground, double depth) {
+  return MeanFromGround(WindsAbove(winds, ground, depth), depth);
+}
 
 std::optional<WindVector> LayerMeanWind(const SoundingRecord& sounding, double ground,
                                         double depth) {
-  return MeanFromGround(WindsAbove(sounding, ground, depth), depth);
+  return LayerMeanWind(WindsUpTo(sounding, ground, depth), ground, depth);
 }
 
-bool WindsStandFor(const SoundingRecord& sounding, double ground, double depth) {
-  return WindsAbove(sounding, ground, depth).Layer(depth).IsFilled;
+bool WindsStandFor(const WindProfile& winds, double ground, double depth) {
+  return WindsAbove(winds, ground, depth).Layer(depth).IsFilled;
 }
 
 float BRNnbr(const std::optional<WindVector>& mean6km,
@@ -219,17 +215,17 @@ float BRNnbr(const std::optional<WindVector>& mean6km,
 }
 
 std::optional<Movers> Bunkers(const SoundingRecord& sounding, double ground, int deviationFactor) {
-  const WindsAbove winds(sounding, ground, kDeepLayer);
-  return BunkersOf(sounding, ground, MeanFromGround(winds, kDeepLayer),
-                   MeanFromGround(winds, kLowLayer), deviationFactor);
+  const WindProfile winds = WindsUpTo(sounding, ground, kDeepLayer);
+  const WindsAbove above(winds, ground, kDeepLayer);
+  return BunkersOf(winds, ground, MeanFromGround(above, kDeepLayer),
+                   MeanFromGround(above, kLowLayer), deviationFactor);
 }
 
-std::optional<Movers> TraditionalMotion(const SoundingRecord& sounding, double ground,
+std::optional<Movers> TraditionalMotion(const WindProfile& winds, double ground,
                                         const StormSettings& settings) {
   const double bottom = settings.ShearLayerBottomKm * 1000;
   const double depth = settings.ShearLayerTopKm * 1000 - bottom;
-  const std::optional<WindVector> mean =
-      MeanFromGround(WindsAbove(sounding, ground + bottom, depth), depth);
+  const std::optional<WindVector> mean = LayerMeanWind(winds, ground + bottom, depth);
   if (!mean) return std::nullopt;
   const Wind wind = FromComponents(*mean);
   const double speed = wind.Spd * settings.ShearLayerPct / 100;
@@ -239,17 +235,22 @@ std::optional<Movers> TraditionalMotion(const SoundingRecord& sounding, double g
   return Movers{turned(settings.ShearLayerDeg), turned(-settings.ShearLayerDeg)};
 }
 
-double StormRelativeHelicity(const SoundingRecord& sounding, double ground, double depth,
+double StormRelativeHelicity(const WindProfile& winds, double ground, double depth,
                              const WindVector& motion) {
-  return HelicityOf(WindsAbove(sounding, ground, depth).Layer(depth), motion);
+  return HelicityOf(WindsAbove(winds, ground, depth).Layer(depth), motion);
 }
 
-StormMotionResults AnalyseStormMotion(const SoundingRecord& sounding,
+double StormRelativeHelicity(const SoundingRecord& sounding, double ground, double depth,
+                             const WindVector& motion) {
+  return StormRelativeHelicity(WindsUpTo(sounding, ground, depth), ground, depth, motion);
+}
+
+StormMotionResults AnalyseStormMotion(const SoundingRecord& sounding, const WindProfile& profile,
                                       const StormSettings& settings) {
   StormMotionResults results;
   const double ground = sounding.ElevM;
   results.RightIsCyclonic = !sounding.IsSouthern();
-  const WindsAbove winds(sounding, ground, kDeepLayer);
+  const WindsAbove winds(profile, ground, kDeepLayer);
   const LayerWinds deep = winds.Layer(kDeepLayer);
   results.Mean6km = deep.IsFilled ? MeanOf(deep) : std::nullopt;
   results.MeanHalfKm = MeanFromGround(winds, kLowLayer);
@@ -263,9 +264,9 @@ StormMotionResults AnalyseStormMotion(const SoundingRecord& sounding,
   results.RightIsChosen = settings.Mover == StormMover::Right ||
                           (settings.Mover == StormMover::Cyclonic && results.RightIsCyclonic);
   std::optional<Movers> movers = settings.Motion == StormMotion::Bunkers
-                                     ? BunkersOf(sounding, ground, results.Mean6km,
+                                     ? BunkersOf(profile, ground, results.Mean6km,
                                                  results.MeanHalfKm, settings.DeviationFactor)
-                                     : TraditionalMotion(sounding, ground, settings);
+                                     : TraditionalMotion(profile, ground, settings);
   if (movers) {
     results.Right = MoverOf(layers, movers->Right);
     results.Left = MoverOf(layers, movers->Left);
@@ -276,6 +277,11 @@ StormMotionResults AnalyseStormMotion(const SoundingRecord& sounding,
         MoverOf(layers, Components({settings.ManualMotionDir, settings.ManualMotionSpd}));
   }
   return results;
+}
+
+StormMotionResults AnalyseStormMotion(const SoundingRecord& sounding,
+                                      const StormSettings& settings) {
+  return AnalyseStormMotion(sounding, DeriveWinds(sounding), settings);
 }
 
 std::string_view StormMotionResults::ChosenName() const {

@@ -79,11 +79,12 @@ inline constexpr std::string_view kLayerMeanRule =
 /// Mean wind from the ground to a height in metres above it: the average of u and of v over the
 /// wind levels in the layer, with one interpolated at the top where no level lies within 1 m of
 /// it. Empty where the winds do not stand for the layer (kLayerMeanRule).
+std::optional<WindVector> LayerMeanWind(const WindProfile& winds, double ground, double depth);
 std::optional<WindVector> LayerMeanWind(const SoundingRecord& sounding, double ground,
                                         double depth);
 
 /// Whether the winds stand for a layer by kLayerMeanRule; both in m, the ground above sea level.
-bool WindsStandFor(const SoundingRecord& sounding, double ground, double depth);
+bool WindsStandFor(const WindProfile& winds, double ground, double depth);
 
 /// Bulk shear for the Richardson number, m²/s²: half the square of the difference between the 0-6
 /// and the 0-0.5 km mean winds; kNone without one of them.
@@ -102,16 +103,20 @@ std::optional<Movers> Bunkers(const SoundingRecord& sounding, double ground,
 
 /// The mean wind of the options' layer, turned and slowed as the options say (Maddox 1976, Mon.
 /// Wea. Rev. 104, 133); the left mover mirrors the turn.
-std::optional<Movers> TraditionalMotion(const SoundingRecord& sounding, double ground,
+std::optional<Movers> TraditionalMotion(const WindProfile& winds, double ground,
                                         const StormSettings& settings);
 
 /// Storm-relative helicity, m²/s², from the surface wind to a height in metres above ground
 /// (Davies-Jones, Burgess and Foster 1990); kNone without winds over the whole layer.
+double StormRelativeHelicity(const WindProfile& winds, double ground, double depth,
+                             const WindVector& motion);
 double StormRelativeHelicity(const SoundingRecord& sounding, double ground, double depth,
                              const WindVector& motion);
 
 /// All of these under the options. A motion entered by hand replaces the chosen mover; the other
 /// one keeps its own.
+StormMotionResults AnalyseStormMotion(const SoundingRecord& sounding, const WindProfile& winds,
+                                      const StormSettings& settings);
 StormMotionResults AnalyseStormMotion(const SoundingRecord& sounding,
                                       const StormSettings& settings);
 

@@ -6,7 +6,6 @@
 
 #include "analysis/moist_air.h"
 #include "analysis/profile_walk.h"
-#include "analysis/working_wind.h"
 #include "core/units.h"
 
 namespace vexa::analysis {
@@ -101,7 +100,7 @@ void Append(std::vector<AirLayer>& layers, const WindPair& pair, Intensity grade
 
 }  // namespace
 
-std::vector<WindPair> PairWinds(const SoundingRecord& sounding, const LevelProfile& levels,
+std::vector<WindPair> PairWinds(const WindProfile& winds, const LevelProfile& levels,
                                 double leastThickness, double highest) {
   std::vector<WindPair> pairs;
   if (levels.Count() < 2) return pairs;
@@ -113,15 +112,14 @@ std::vector<WindPair> PairWinds(const SoundingRecord& sounding, const LevelProfi
   AirPoint low;
   WindVector lowWind;
   bool begun = false;
-  for (int i = 1; i <= sounding.NumWindLevels(); ++i) {
-    const double height = sounding.WindHgt(i);
+  for (std::size_t i = 0; i < winds.Count(); ++i) {
+    const double height = winds.Heights[i];
     if (height > highest) break;
     if (height < bottom || height > reach) continue;
     if (begun && !(height - low.Height >= std::max(leastThickness, 1e-6))) continue;
-    if (!sounding.HasWind(i)) continue;
     AirPoint high = walk.At(std::min(height, top));
     high.Height = height;
-    const WindVector wind = Components(WorkingWind(sounding, i));
+    const WindVector& wind = winds.Vectors[i];
     if (begun) {
       const double depth = high.Height - low.Height;
       WindPair pair{.Low = low.Point(), .High = high.Point()};

@@ -23,7 +23,7 @@ struct WindPair {
 /// Shear, lapse rate and Richardson number (g/θ)(Δθ/Δz)/(ΔV/Δz)² of the layers between winds; 999
 /// where the winds are the same. With a least thickness, m, winds nearer than that to the one below
 /// are passed over; winds above the highest, m, too.
-std::vector<WindPair> PairWinds(const SoundingRecord& sounding, const LevelProfile& levels,
+std::vector<WindPair> PairWinds(const WindProfile& winds, const LevelProfile& levels,
                                 double leastThickness, double highest = 1e9);
 
 /// Clear-air turbulence above 2000 ft over the ground: by shear alone (AFGWC/TN-79/001), or by

@@ -57,4 +57,12 @@ inline double TabledSatVapor(double temp, SaturationOver over) {
   return TabledVapor(FormulaAt(over, temp), temp + kKelvinOffset).Pressure;
 }
 
+/// Mixing ratio, kg/kg, of air saturated at a temperature in °C: what ThetaPoint gives, to 1e-9 of
+/// it.
+inline double TabledMixingRatio(double press, double temp, SaturationOver over) {
+  const double vapor = TabledSatVapor(temp, over);
+  const double dry = press - vapor;
+  return dry == 0 ? 0 : kEpsilon * vapor / dry;
+}
+
 }  // namespace vexa::analysis

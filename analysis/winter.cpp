@@ -8,6 +8,7 @@
 #include "analysis/moist_air.h"
 #include "analysis/profile_walk.h"
 #include "analysis/storm_motion.h"
+#include "analysis/vapor_table.h"
 #include "core/units.h"
 
 namespace vexa::analysis {
@@ -96,7 +97,9 @@ double MeanHumidity(const LevelProfile& levels, double low, double high) {
   for (const double height : SampleHeights(levels, low, high)) {
     const AirPoint air = walk.At(height);
     if (!air.HasDewpt()) return kMissing;
-    const double humidity = RelativeHumidity(air.Temp, air.Dewpt);
+    const double saturation = TabledSatVapor(air.Temp, SaturationOver::Water);
+    const double humidity =
+        saturation > 0 ? 100 * TabledSatVapor(air.Dewpt, SaturationOver::Water) / saturation : 0;
     if (begun) sum += (before + humidity) / 2 * (height - lastHeight);
     before = humidity;
     lastHeight = height;
@@ -105,12 +108,12 @@ double MeanHumidity(const LevelProfile& levels, double low, double high) {
   return sum / (high - low);
 }
 
-double SnowSquall(const SoundingRecord& sounding, const LevelProfile& levels) {
+double SnowSquall(const WindProfile& winds, const LevelProfile& levels) {
   const double ground = levels.Height(1);
   const double humidity = MeanHumidity(levels, ground, ground + kSquallDepth);
   const double press = GetPRESS(levels, ground + kSquallDepth);
   const Sample aloft = SampleAt(levels, press, Quantity::ThetaE);
-  const auto wind = LayerMeanWind(sounding, ground, kSquallDepth);
+  const auto wind = LayerMeanWind(winds, ground, kSquallDepth);
   if (NotAvailable(humidity) || !aloft.Ok() || NotAvailable(levels.ThetaE(1)) || !wind) {
     return kNone;
   }
@@ -179,7 +182,7 @@ double SnowRatio(double warmest) {
   return std::max(ratio, 0.0);
 }
 
-WinterResults AnalyseWinter(const SoundingRecord& sounding, const AnalysisResults& results) {
+WinterResults AnalyseWinter(const AnalysisResults& results) {
   WinterResults winter;
   const LevelProfile& levels = results.Levels;
   if (levels.Count() < 2) return winter;
@@ -191,7 +194,7 @@ WinterResults AnalyseWinter(const SoundingRecord& sounding, const AnalysisResult
     }
     winter.SnowRatio = SnowRatio(warmest);
   }
-  winter.SnowSquall = SnowSquall(sounding, levels);
+  winter.SnowSquall = SnowSquall(results.Winds, levels);
   winter.Thickness1000to500 = Thickness(levels, 1000, 500);
   winter.Thickness1000to850 = Thickness(levels, 1000, 850);
   winter.Thickness850to700 = Thickness(levels, 850, 700);

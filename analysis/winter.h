@@ -11,7 +11,7 @@ namespace vexa::analysis {
 /// Wea. Forecasting 15, 583), snow ratio (Kuchera), snow squall parameter (Banacos, Loconto and
 /// DeVoir 2014), thicknesses and the zone of dendritic growth between -12 and -18 °C. Reads the
 /// levels and clouds of the results.
-WinterResults AnalyseWinter(const SoundingRecord& sounding, const AnalysisResults& results);
+WinterResults AnalyseWinter(const AnalysisResults& results);
 
 /// The type by the energies alone, J/kg; pellets and freezing rain need the warm layer aloft.
 std::string_view PrecipitationType(double warmSurface, double cold, double warmAloft);

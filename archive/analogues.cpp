@@ -275,7 +275,7 @@ std::size_t Vectors::Count() const {
 std::vector<Analogue> Vectors::Nearest(const Entered& sounding,
                                        const AnalogueRequest& request) const {
   // As it would be kept, so that the same sounding is no distance away.
-  Raw raw = RawOf(Unpacked(Packed(LevelsOf(sounding.Sounding.Record(), sounding.Results))));
+  Raw raw = RawOf(Unpacked(Packed(LevelsOf(sounding.Results))));
   for (std::size_t i = 0; i < std::size(kIndices); ++i) {
     const Cell value = ValueOf(*FindColumn(kIndices[i]), sounding);
     if (const auto* number = std::get_if<double>(&value)) raw[kBegins[kParts - 1] + i] = *number;

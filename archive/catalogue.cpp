@@ -199,7 +199,7 @@ void Catalogue::Enter(std::int64_t file, const Entered& entered) {
   insert.Run();
   database_.Kept("INSERT INTO profiles(id, levels) VALUES(?, ?)")
       .Bind(1, database_.LastId())
-      .Bind(2, Packed(LevelsOf(entered.Sounding.Record(), entered.Results)), true)
+      .Bind(2, Packed(LevelsOf(entered.Results)), true)
       .Run();
 }
 

@@ -23,7 +23,7 @@ std::optional<double> At(const analysis::LevelProfile& levels, double press,
 
 }  // namespace
 
-StandardLevels LevelsOf(const SoundingRecord& sounding, const analysis::AnalysisResults& results) {
+StandardLevels LevelsOf(const analysis::AnalysisResults& results) {
   StandardLevels all;
   for (std::size_t i = 0; i < all.size(); ++i) {
     const double press = kStandardPress[i];
@@ -32,11 +32,10 @@ StandardLevels LevelsOf(const SoundingRecord& sounding, const analysis::Analysis
     level.Dewpt = At(results.Levels, press, analysis::Quantity::Dewpt);
     const std::optional<double> height = At(results.Levels, press, analysis::Quantity::Height);
     if (!height) continue;
-    const analysis::WindSample wind = analysis::WindAtHeight(sounding, *height);
-    if (!wind.Ok()) continue;
-    const analysis::WindVector vector = analysis::Components(wind.Value);
-    level.U = vector.U;
-    level.V = vector.V;
+    const auto wind = analysis::VectorAtHeight(results.Winds, *height);
+    if (!wind) continue;
+    level.U = wind->U;
+    level.V = wind->V;
   }
   return all;
 }

@@ -8,7 +8,6 @@
 #include <string_view>
 
 #include "analysis/analysis.h"
-#include "core/sounding_record.h"
 
 namespace vexa::archive {
 
@@ -26,7 +25,7 @@ struct StandardLevel {
 using StandardLevels = std::array<StandardLevel, kStandardPress.size()>;
 
 /// Linear in ln p between the levels; winds by components in height.
-StandardLevels LevelsOf(const SoundingRecord& sounding, const analysis::AnalysisResults& results);
+StandardLevels LevelsOf(const analysis::AnalysisResults& results);
 
 /// In tenths, two bytes a value, and back. Bytes of another length give none of the values.
 std::string Packed(const StandardLevels& levels);

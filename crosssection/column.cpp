@@ -38,6 +38,7 @@ ProfileOf WaterOf(const Column& column, SaturationOver over) {
   add({levels.Press(1), levels.Height(1)}, 0);
   for (const analysis::CloudDeck& deck : column.Layers.Clouds) {
     add(deck.Base, 0);
+    const analysis::CloudWater cloud(deck, over);
     const double depth = deck.Top.Height - deck.Base.Height;
     const int steps = std::max(1, ToWhole(depth / kWaterStep));
     for (int i = 0; i <= steps; ++i) {
@@ -47,7 +48,7 @@ ProfileOf WaterOf(const Column& column, SaturationOver over) {
                                         : analysis::GetPRESS(levels, height);
       const double temp = ValueOr(levels, press, Quantity::Temp);
       if (IsMissing(temp)) continue;
-      add({press, height}, analysis::CloudWater(deck, press, height, temp, over));
+      add({press, height}, cloud.At(press, height, temp));
     }
     add(deck.Top, 0);
   }

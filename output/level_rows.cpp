@@ -178,7 +178,8 @@ std::optional<double> PressureAt(const LevelProfile& levels, double height) {
 void PutShear(const SoundingRecord& sounding, const LevelProfile& levels,
               std::vector<Joined>& rows) {
   constexpr double kSameHeight = 1e-6;  // m
-  const std::vector<analysis::WindPair> pairs = analysis::PairWinds(sounding, levels, 0);
+  const std::vector<analysis::WindPair> pairs =
+      analysis::PairWinds(analysis::DeriveWinds(sounding), levels, 0);
   for (Joined& joined : rows) {
     if (joined.WindLevel == 0) continue;
     const double height = sounding.WindHgt(joined.WindLevel);

@@ -337,7 +337,7 @@ TEST(WinterLimits, CloudsThatSnow) {
         Air({{0, 1000, c.Ground, c.Ground}, {1000, 880, -4, -4}, {5600, 500, -30, -30}});
     results.Layers.Clouds = {
         {{950, 400, -3}, {900, 400 + c.Depth, c.TopTemp}, c.Amount, CloudType::ST}};
-    EXPECT_EQ(AnalyseWinter(test::Profile({}), results).Precipitation, c.Falls);
+    EXPECT_EQ(AnalyseWinter(results).Precipitation, c.Falls);
   }
 }
 

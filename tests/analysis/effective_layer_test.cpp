@@ -174,15 +174,16 @@ TEST(InflowWinds, StreamwiseShare) {
 TEST(InflowWinds, BetweenTwoHeights) {
   const SoundingRecord sounding =
       Profile({{1000, 20, 15}}, {{0, 270, 10}, {1000, 270, 20}, {3000, 270, 40}, {7100, 270, 50}});
-  const std::vector<WindPoint> winds = WindsBetween(sounding, 500, 2000);
+  const std::vector<WindPoint> winds = WindsBetween(DeriveWinds(sounding), 500, 2000);
   ASSERT_EQ(winds.size(), 3u);
   EXPECT_NEAR(winds.front().Wind.U, -15, 1e-4);
   EXPECT_NEAR(winds.back().Wind.U, -30, 1e-4);
-  EXPECT_TRUE(WindsBetween(sounding, 2000, 5000).empty());  // between winds at 3000 and 7100 m
-  EXPECT_TRUE(WindsBetween(sounding, 2000, 8000).empty());  // beyond the end
-  EXPECT_TRUE(WindsBetween(sounding, 500, 500).empty());
+  EXPECT_TRUE(
+      WindsBetween(DeriveWinds(sounding), 2000, 5000).empty());  // between winds at 3000 and 7100 m
+  EXPECT_TRUE(WindsBetween(DeriveWinds(sounding), 2000, 8000).empty());  // beyond the end
+  EXPECT_TRUE(WindsBetween(DeriveWinds(sounding), 500, 500).empty());
   // Weighted by height: 10 to 20 kt over the first km.
-  EXPECT_NEAR(MeanRelativeSpeed(WindsBetween(sounding, 0, 1000), {}), 15, 1e-4);
+  EXPECT_NEAR(MeanRelativeSpeed(WindsBetween(DeriveWinds(sounding), 0, 1000), {}), 15, 1e-4);
 }
 
 // Worked by the scripts that the authors of the formula published with it.

@@ -19,9 +19,9 @@ using test::Profile;
 
 TEST(Clouds, WaterAndMixingAsPublished) {
   const auto water = SaturationOver::Water;
-  EXPECT_NEAR(AdiabaticWater(925, -5.2, 900, water), 0.2778, 1e-3);
-  EXPECT_NEAR(AdiabaticWater(850, 10, 800, water), 0.9585, 2e-3);
-  EXPECT_NEAR(AdiabaticWater(850, 10, 750, water), 1.8261, 2e-3);
+  EXPECT_NEAR(LiftedCloud(925, -5.2, water).Water(900), 0.2778, 1e-3);
+  EXPECT_NEAR(LiftedCloud(850, 10, water).Water(800), 0.9585, 2e-3);
+  EXPECT_NEAR(LiftedCloud(850, 10, water).Water(750), 1.8261, 2e-3);
   const double heights[] = {0, 0.02, 0.1, 0.3, 0.6, 1, 1.5, 2};
   const double stratiform[] = {1, 0.78, 0.551, 0.398, 0.291, 0.230, 0.200, 0.200};
   for (std::size_t i = 0; i < std::size(heights); ++i) {
@@ -95,7 +95,7 @@ TEST(Icing, FreezingRainBelowAWarmMoistLayer) {
 TEST(Turbulence, OfTheWinterSounding) {
   const SoundingRecord sounding = test::ReferenceWinter();
   const LevelProfile levels = DeriveLevels(sounding, {});
-  const std::vector<WindPair> pairs = PairWinds(sounding, levels, 0);
+  const std::vector<WindPair> pairs = PairWinds(DeriveWinds(sounding), levels, 0);
   const auto pairFrom = [&](double height) {
     for (const WindPair& pair : pairs) {
       if (std::fabs(pair.Low.Height - height) < 1) return pair;
@@ -120,7 +120,8 @@ TEST(Turbulence, LowLevelShearOfWinds) {
   const SoundingRecord sounding =
       Profile({{1000, 15, 10}, {700, 0, -5}}, {{100, 270, 10}, {160.96, 270, 30}}, 100);
   const LevelProfile levels = DeriveLevels(sounding, {});
-  const std::vector<AirLayer> shear = FindLowShear(PairWinds(sounding, levels, 0), 100);
+  const std::vector<AirLayer> shear =
+      FindLowShear(PairWinds(DeriveWinds(sounding), levels, 0), 100);
   ASSERT_EQ(shear.size(), 1u);
   EXPECT_EQ(shear[0].Word, "STR");
   EXPECT_NEAR(shear[0].Value, 10, 0.01);

@@ -145,13 +145,13 @@ TEST(TurbulenceLimits, WindsTooNearEachOther) {
                                                           {1000, 270, 30},
                                                           {5020, 270, 50},
                                                           {5030, 270, 60}});
-  const auto pairs = PairWinds(sounding, levels, 304.8);
+  const auto pairs = PairWinds(DeriveWinds(sounding), levels, 304.8);
   ASSERT_EQ(pairs.size(), 3u);
   EXPECT_NEAR(pairs[0].Shear, 10, 1e-9);
   EXPECT_NEAR(pairs[1].Shear, 10 / 0.6952 * 0.3048, 1e-9);
   EXPECT_NEAR(pairs[1].Lapse, 6.5, 1e-6);
   EXPECT_EQ(pairs[2].High.Height, 5020);  // 0.5 % of 5 km above the last temperature, not more
-  EXPECT_EQ(PairWinds(sounding, levels, 0, 500).size(), 2u);
+  EXPECT_EQ(PairWinds(DeriveWinds(sounding), levels, 0, 500).size(), 2u);
 }
 
 TEST(LayerLimits, InversionsBySizeAndKind) {
@@ -222,7 +222,7 @@ TEST(LayerLimits, MixedLayerByPotentialTemperatureAndDepth) {
     LevelProfile levels =
         Air({{0, 1000, 20, 5}, {200, 975, 18, 5}, {aboveHeight, 960, 15, 5}, {5000, 550, 0, -20}});
     levels.Theta = Levels<double>({300, near, above, 320});
-    const auto mixed = FindMixedLayer(test::Profile({}), levels);
+    const auto mixed = FindMixedLayer({}, levels);
     return mixed ? mixed->Depth : 0;
   };
   // Half a degree over the smallest of the lowest 25 hPa, which takes in the level at 975 hPa.
