@@ -50,8 +50,8 @@ class WindHeights {
   const std::vector<SourceLevel>& rows_;
   std::vector<double> press_{};  // falling
   std::vector<double> height_{};
-  std::size_t at_ = 0;             // level of the profile that was asked for last
-  std::vector<Anchor> anchors_{};  // falling in pressure
+  std::size_t at_ = 0;                    // level of the profile that was asked for last
+  std::vector<Anchor> anchors_{};         // falling in pressure
   std::optional<HeightFinder> finder_{};  // when one is wanted
 };
 

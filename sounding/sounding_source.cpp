@@ -1,5 +1,7 @@
 #include "sounding/sounding_source.h"
 
+#include <algorithm>
+#include <iterator>
 #include <optional>
 #include <system_error>
 #include <utility>
@@ -9,6 +11,7 @@
 #include "core/numbers.h"
 #include "ingest/decoder.h"
 #include "ingest/native.h"
+#include "ingest/source_stream.h"
 
 namespace vexa {
 
@@ -18,6 +21,7 @@ struct SoundingSource::Opened {
   std::vector<std::string> Notes{};
   ingest::LoadContext Context{};  // with what was found out about the text
   std::optional<int> Only{};      // the sounding that was named, from 0
+  int Before = 0;                 // soundings of the file ahead of the text
 };
 
 namespace {
@@ -50,12 +54,45 @@ std::optional<Source> NamedSounding(const std::filesystem::path& file) {
 
 }  // namespace
 
-Outcome<SoundingSource> SoundingSource::Open(const std::filesystem::path& file) {
-  if (const std::optional<Source> named = NamedSounding(file)) {
-    Outcome<SoundingSource> source = Open(named->File);
-    if (source) source.Value().opened_->Only = named->Index;
+// Reads on to the text with the sounding, so that a long file takes no more memory than a short
+// one.
+Outcome<SoundingSource> SoundingSource::OpenNamed(const Source& named) {
+  const std::optional<FileStamp> stamp = StampOf(named.File);
+  Outcome<ingest::SourceStream> stream = ingest::SourceStream::Open(named.File);
+  if (!stream) return stream.Error();
+  std::vector<std::string> notes;
+  std::string name;
+  int before = 0, texts = 0;
+  while (true) {
+    Outcome<std::optional<SourceText>> text = stream.Value().Next();
+    std::ranges::move(stream.Value().TakeNotes(), std::back_inserter(notes));
+    if (!text) return text.Error();
+    if (!text.Value()) break;
+    const int count = std::max(1, static_cast<int>(ingest::ListSoundings(*text.Value()).size()));
+    if (named.Index < before + count) {
+      SoundingSource source(*std::move(text.Value()));
+      source.opened_->From = {.File = named.File, .Stamp = stamp};
+      source.opened_->Notes = std::move(notes);
+      source.opened_->Only = named.Index - before;
+      source.opened_->Before = before;
+      return source;
+    }
+    before += count;
+    ++texts;
+    name = text.Value()->Name();
+  }
+  if (texts == 1) {  // loading tells what it holds
+    Outcome<SoundingSource> source = Open(named.File);
+    if (source) source.Value().opened_->Only = named.Index;
     return source;
   }
+  return Fault{kFaultEndOfFile, "LoadSounding",
+               name + ": it holds " + Shortest(before) + " soundings, number " +
+                   Shortest(named.Index + 1) + " was asked for"};
+}
+
+Outcome<SoundingSource> SoundingSource::Open(const std::filesystem::path& file) {
+  if (const std::optional<Source> named = NamedSounding(file)) return OpenNamed(*named);
   const std::optional<FileStamp> stamp = StampOf(file);  // of what is read, not of what comes after
   std::vector<std::string> notes;
   Outcome<SourceText> text = Guarding([&] { return ingest::ReadSource(file, notes); });
@@ -110,7 +147,7 @@ Loading SoundingSource::Load(int given, const LoadPolicy& policy) {
   context.Index = index;
   context.Notes = std::exchange(opened_->Notes, {});
   LoadedSounding sounding{.From = opened_->From};
-  sounding.From.Index = index;
+  sounding.From.Index = opened_->Before + index;
   std::optional<Fault> fault = Guarded("LoadSounding", [&] {
     return ingest::DecodeSounding(opened_->Text, context, sounding.Record);
   });

@@ -18,7 +18,8 @@ namespace vexa {
 
 class SoundingSource {
  public:
-  /// A file, or a sounding of it alone by the name FILE#3. Faults as ingest::ReadSource.
+  /// A file, or a sounding of it alone by the name FILE#3, for which a long file is read no farther
+  /// than need be. Faults as ingest::ReadSource.
   static Outcome<SoundingSource> Open(const std::filesystem::path& file);
   /// Of bytes that came by another way, under a name of their own.
   static Outcome<SoundingSource> Open(const std::string& name, std::string bytes);
@@ -39,6 +40,8 @@ class SoundingSource {
   Loading Load(int index, const LoadPolicy& policy);
 
  private:
+  static Outcome<SoundingSource> OpenNamed(const Source& named);
+
   struct Opened;
   std::unique_ptr<Opened> opened_;
 };
