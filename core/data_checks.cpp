@@ -125,7 +125,9 @@ std::vector<std::string> KeepPossible(SoundingRecord& record) {
     return false;
   };
   const int temps = record.NumTempLevels();
-  ReorderTemps(record, Ordered(temps, isPossibleTemp, asTheyStand));
+  if (!IsInOrder(temps, isPossibleTemp, asTheyStand)) {
+    ReorderTemps(record, Ordered(temps, isPossibleTemp, asTheyStand));
+  }
   leave("Temperature levels", temps - record.NumTempLevels(), first);
 
   first.clear();
@@ -140,7 +142,9 @@ std::vector<std::string> KeepPossible(SoundingRecord& record) {
     return false;
   };
   const int winds = record.NumWindLevels();
-  ReorderWinds(record, Ordered(winds, isPossibleWind, asTheyStand));
+  if (!IsInOrder(winds, isPossibleWind, asTheyStand)) {
+    ReorderWinds(record, Ordered(winds, isPossibleWind, asTheyStand));
+  }
   leave("Winds", winds - record.NumWindLevels(), first);
 
   const auto layers = std::erase_if(record.Clouds.Values(),

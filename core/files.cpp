@@ -162,7 +162,7 @@ Outcome<std::string> ReadFile(const fs::path& named) {
   }
   std::string bytes;
   bytes.reserve(static_cast<std::size_t>(size));
-  std::array<char, 65536> block{};
+  std::array<char, 65536> block;  // not emptied: it is long
   while (const std::size_t got = std::fread(block.data(), 1, block.size(), file)) {
     bytes.append(block.data(), got);
   }

@@ -83,12 +83,17 @@ struct MaskFigures {
 };
 
 MaskFigures FiguresOf(std::string_view mask) {
-  const std::size_t point = std::min(mask.find('.'), mask.size());
-  const std::string_view fraction = mask.substr(std::min(point + 1, mask.size()));
-  const auto zeros = [](std::string_view part) {
-    return static_cast<std::size_t>(std::ranges::count(part, '0'));
-  };
-  return {zeros(mask.substr(0, point)), zeros(fraction), fraction.size()};
+  MaskFigures figures;
+  bool isFraction = false;
+  for (const char c : mask) {
+    if (c == '.' && !isFraction) {
+      isFraction = true;
+      continue;
+    }
+    figures.MostFraction += isFraction ? 1 : 0;
+    if (c == '0') ++(isFraction ? figures.LeastFraction : figures.LeastWhole);
+  }
+  return figures;
 }
 
 // The value in units of its last decimal. Nothing where it is large, or so near the middle between
@@ -215,19 +220,29 @@ double Rounded(double value, int decimals) {
 
 std::string Mask(double value, std::string_view mask) {
   if (!std::isfinite(value)) return {};
+  constexpr std::size_t kMostWhole = 20;  // figures that there is room for
   const MaskFigures figures = FiguresOf(mask);
   const double size = std::fabs(value);
   const std::optional<std::int64_t> units = NearestUnits(size, figures.MostFraction);
-  if (!units) return Masked(RoundedDigits(size, figures.MostFraction), figures, value < 0);
-
-  // From the right, with zeros in front where there are more decimals than digits.
-  std::array<char, 24> digits;
-  std::size_t first = digits.size();
-  for (std::int64_t rest = *units; rest > 0 || digits.size() - first < figures.MostFraction;
-       rest /= 10) {
-    digits[--first] = static_cast<char>('0' + rest % 10);
+  if (!units || figures.LeastWhole > kMostWhole) {
+    return Masked(RoundedDigits(size, figures.MostFraction), figures, value < 0);
   }
-  return Masked({digits.data() + first, digits.size() - first}, figures, value < 0);
+  // From the right.
+  std::array<char, 2 * kMostWhole> text;
+  char* const end = text.data() + text.size();
+  char* at = end;
+  std::int64_t rest = *units;
+  const auto put = [&] {
+    *--at = static_cast<char>('0' + rest % 10);
+    rest /= 10;
+  };
+  std::size_t decimals = figures.MostFraction;
+  for (; decimals > figures.LeastFraction && rest % 10 == 0; --decimals) rest /= 10;
+  for (std::size_t i = 0; i < decimals; ++i) put();
+  if (decimals > 0) *--at = '.';
+  for (std::size_t i = 0; rest > 0 || i < figures.LeastWhole; ++i) put();
+  if (value < 0 && *units != 0) *--at = '-';
+  return {at, end};
 }
 
 std::string PadLeft(std::string_view text, int width) {

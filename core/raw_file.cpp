@@ -96,6 +96,7 @@ class RawReader {
 
   std::vector<RefusedWind> TakeOutBelowSea() {
     std::vector<RefusedWind> refused;
+    if (CountBelowSea(into_, into_.NumWindLevels()) == 0) return refused;
     SoundingRecord read;
     for (int row = 1; row <= into_.NumWindLevels(); ++row) {
       const double height = into_.WindHgt(row);
@@ -105,7 +106,6 @@ class RawReader {
         read.AddWind(height, into_.WindDir(row), into_.WindSpd(row));
       }
     }
-    if (refused.empty()) return refused;
     into_.WindHgt = std::move(read.WindHgt);
     into_.WindDir = std::move(read.WindDir);
     into_.WindSpd = std::move(read.WindSpd);

@@ -99,12 +99,29 @@ Outcome<RecordField> RecordReader::Next(std::string_view what) {
     while (at_ < text_.size() && !EndsField(text_[at_])) ++at_;
     field.Text = Trim(text_.substr(begin, at_ - begin));
   }
+  EndField();
+  return field;
+}
+
+void RecordReader::EndField() {
   if (at_ < text_.size() && text_[at_] == ',') {
     ++at_;
   } else {
     SkipLineEnd();
   }
-  return field;
+}
+
+// The number that stands next on the line, as it nearly always does where one is wanted; else
+// nothing is taken.
+std::optional<double> RecordReader::TakeNumber() {
+  SkipBlanks();
+  std::size_t end = at_;
+  while (end < text_.size() && !EndsField(text_[end])) ++end;
+  const std::optional<double> number = ParseNumber(text_.substr(at_, end - at_));
+  if (!number) return number;
+  at_ = end;
+  EndField();
+  return number;
 }
 
 Outcome<std::string> RecordReader::Text(std::string_view what) {
@@ -114,6 +131,7 @@ Outcome<std::string> RecordReader::Text(std::string_view what) {
 }
 
 Outcome<double> RecordReader::Number(std::string_view what) {
+  if (const std::optional<double> number = TakeNumber()) return *number;
   Outcome<RecordField> field = Next(what);
   if (!field) return field.Error();
   const std::optional<double> number =

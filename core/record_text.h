@@ -60,6 +60,8 @@ class RecordReader {
  private:
   void SkipBlanks();
   bool SkipLineEnd();
+  void EndField();
+  std::optional<double> TakeNumber();
 
   std::string_view text_;
   std::string_view name_;
