@@ -421,12 +421,13 @@ SourceSounding Merged(const CodedAscent& ascent, LoadContext& context, bool& isG
 
 bool IsCoded(const SourceText& source) {
   const int last = std::min(source.LineCount(), kMostCodedHeading);
+  std::vector<std::string_view> words, next;
+  if (last > 0) TakeTokens(source.Line(1), next);
   for (int line = 1; line <= last; ++line) {
-    std::vector<std::string_view> words = Tokens(source.Line(line));
-    if (line < source.LineCount()) {
-      const std::vector<std::string_view> next = Tokens(source.Line(line + 1));
-      words.insert(words.end(), next.begin(), next.end());
-    }
+    words = next;
+    next.clear();
+    if (line < source.LineCount()) TakeTokens(source.Line(line + 1), next);
+    words.insert(words.end(), next.begin(), next.end());
     for (std::size_t i = 0; i + 1 < words.size(); ++i) {
       if (!IsPartName(words[i])) continue;
       for (std::size_t k = i + 1; k < std::min(i + 4, words.size()); ++k) {

@@ -59,12 +59,14 @@ void TakeTokens(std::string_view text, std::vector<std::string_view>& tokens) {
   constexpr std::size_t kUsual = 12;  // words of a row
   tokens.clear();
   tokens.reserve(kUsual);
-  const auto isBlank = [](char c) { return c == ' ' || c == '\t'; };
-  for (std::size_t at = 0; at < text.size();) {
-    const std::size_t begin = at;
-    while (at < text.size() && !isBlank(text[at])) ++at;
-    if (at > begin) tokens.push_back(text.substr(begin, at - begin));
-    while (at < text.size() && isBlank(text[at])) ++at;
+  const auto isBlank = [](char c) { return c <= ' ' && (c == ' ' || c == '\t'); };
+  const char* at = text.data();
+  const char* const end = at + text.size();
+  while (at != end) {
+    const char* const begin = at;
+    while (at != end && !isBlank(*at)) ++at;
+    if (at != begin) tokens.emplace_back(begin, static_cast<std::size_t>(at - begin));
+    while (at != end && isBlank(*at)) ++at;
   }
 }
 

@@ -84,23 +84,48 @@ std::vector<std::string_view> SplitByNames(std::string_view line) {
   return names;
 }
 
-// At least two numbers, and a number or a time first. Words end at blanks and commas.
+// Goes through the words of a line until it is clear whether it is a row: at least two numbers, and
+// a number or a time first.
+class RowTest {
+ public:
+  /// Whether more words are wanted.
+  bool Take(std::string_view word) {
+    constexpr std::string_view kStart = "0123456789+-./";
+    if (isFirst_ && kStart.find(word.front()) == std::string_view::npos) return false;
+    isFirst_ = false;
+    numbers_ += ParseNumber(word) ? 1 : 0;
+    return !IsRow();
+  }
+  bool IsRow() const { return numbers_ >= kFewestNumbers; }
+
+ private:
+  static constexpr int kFewestNumbers = 2;
+  bool isFirst_ = true;
+  int numbers_ = 0;
+};
+
+// Words end at blanks and commas.
 bool IsRow(std::string_view line) {
-  constexpr std::string_view kStart = "0123456789+-./";
   const auto isBetween = [](char c) { return c == ' ' || c == '\t' || c == ','; };
-  int numbers = 0;
-  bool isFirst = true;
-  for (std::size_t at = 0; at < line.size() && numbers < 2;) {
+  RowTest test;
+  for (std::size_t at = 0; at < line.size();) {
     const std::size_t begin = at;
     while (at < line.size() && !isBetween(line[at])) ++at;
     const std::string_view word = line.substr(begin, at - begin);
     while (at < line.size() && isBetween(line[at])) ++at;
-    if (word.empty()) continue;  // the line begins with blanks
-    if (isFirst && kStart.find(word.front()) == std::string_view::npos) return false;
-    isFirst = false;
-    numbers += ParseNumber(word) ? 1 : 0;
+    // A line may begin with blanks.
+    if (!word.empty() && !test.Take(word)) break;
   }
-  return numbers >= 2;
+  return test.IsRow();
+}
+
+// The same of a line whose words are at hand.
+bool IsRow(std::span<const std::string_view> words) {
+  RowTest test;
+  for (const std::string_view word : words) {
+    if (!test.Take(word)) break;
+  }
+  return test.IsRow();
 }
 
 bool IsUseful(const std::vector<QuantityColumn>& plan) {
@@ -171,8 +196,9 @@ std::optional<Fault> ReadTable(const SourceText& source, const TableLayout& layo
   for (int line = layout.FirstRow; line < end; ++line) {
     const std::string_view text = source.Line(line);
     if (Trim(text).empty()) continue;
-    if (!IsRow(text)) break;
     layout.TakeFields(text, fields);
+    const bool areWords = layout.Separator == ' ' && text.find(',') == std::string_view::npos;
+    if (!(areWords ? IsRow(fields) : IsRow(text))) break;
     if (MayBeCutOff(source, line) && fields.size() < layout.Columns) {
       into.Notes.push_back("The last row is cut off and was left out.");
       break;

@@ -52,10 +52,11 @@ double WindHeights::Reported(double press) {
 }
 
 // The last at that pressure or a higher one; above all of them the first.
-const WindHeights::Anchor* WindHeights::AnchorBelow(double press) const {
+const WindHeights::Anchor* WindHeights::AnchorBelow(double press) {
   if (anchors_.empty()) return nullptr;
-  const auto above = std::ranges::upper_bound(anchors_, press, std::greater{}, &Anchor::Press);
-  return above == anchors_.begin() ? &anchors_.front() : &*std::prev(above);
+  if (anchors_[anchor_].Press < press) anchor_ = 0;
+  while (anchor_ + 1 < anchors_.size() && anchors_[anchor_ + 1].Press >= press) ++anchor_;
+  return &anchors_[anchor_];
 }
 
 double WindHeights::Of(const SourceLevel& row) {

@@ -45,13 +45,14 @@ class WindHeights {
   bool Covers(double press) const;
   double ProfileAt(double press);
   double Reported(double press);
-  const Anchor* AnchorBelow(double press) const;
+  const Anchor* AnchorBelow(double press);
 
   const std::vector<SourceLevel>& rows_;
   std::vector<double> press_{};  // falling
   std::vector<double> height_{};
   std::size_t at_ = 0;                    // level of the profile that was asked for last
   std::vector<Anchor> anchors_{};         // falling in pressure
+  std::size_t anchor_ = 0;                // that was asked for last
   std::optional<HeightFinder> finder_{};  // when one is wanted
 };
 

@@ -29,6 +29,7 @@ struct Column {
 };
 
 bool IsNameLine(std::string_view line) {
+  if (!Trim(line).starts_with("PRES")) return false;
   const std::vector<std::string_view> names = Tokens(line);
   return names.size() >= 4 && names[0] == "PRES" && names[1] == "HGHT" && names[2] == "TEMP";
 }
