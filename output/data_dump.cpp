@@ -181,8 +181,9 @@ std::string DumpCell(const DumpColumn& column, const LevelRow& row, const DumpOp
                      double ground) {
   const Value value = column.Value(row, dump, ground);
   if (!value) return std::string(kDumpMissing);
-  const std::string text = Mask(*value, column.Mask);
-  return text.empty() ? "0" : text;  // no digit is left of 0.004 under "###.##"
+  std::string text = Mask(*value, column.Mask);
+  if (text.empty()) text = "0";  // no digit is left of 0.004 under "###.##"
+  return text;
 }
 
 std::string DumpDegrees(double degrees, std::string_view hemisphere, std::string_view mask) {

@@ -26,18 +26,20 @@ constexpr double kMilesPerKilometer = 1000 / kMetersPerMile;
 class Sheet {
  public:
   Sheet& Cell(std::string_view text) {
-    if (!atStart_) text_ += ',';
-    atStart_ = false;
-    if (text.find_first_of(",\"\r\n") == std::string_view::npos) {
-      text_ += text;
-      return *this;
-    }
+    if (std::ranges::none_of(text, WantsQuotes)) return Number(text);
+    Separate();
     text_ += '"';
     for (const char c : text) {
       if (c == '"') text_ += '"';
       text_ += c;
     }
     text_ += '"';
+    return *this;
+  }
+  /// What wants no quotes.
+  Sheet& Number(std::string_view text) {
+    Separate();
+    text_ += text;
     return *this;
   }
   void EndRow() {
@@ -47,6 +49,12 @@ class Sheet {
   std::string Take() { return std::move(text_); }
 
  private:
+  static bool WantsQuotes(char c) { return c == ',' || c == '"' || c == '\r' || c == '\n'; }
+  void Separate() {
+    if (!atStart_) text_ += ',';
+    atStart_ = false;
+  }
+
   std::string text_{};
   bool atStart_ = true;
 };
@@ -228,7 +236,9 @@ void PutLevels(Sheet& sheet, const Source& from) {
   }
   sheet.EndRow();
   for (const LevelRow& row : DumpRows(from.Sounding, from.Results, dump)) {
-    for (const DumpColumn& column : columns) sheet.Cell(DumpCell(column, row, dump, from.Ground));
+    for (const DumpColumn& column : columns) {
+      sheet.Number(DumpCell(column, row, dump, from.Ground));
+    }
     sheet.EndRow();
   }
 }
