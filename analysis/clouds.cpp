@@ -266,7 +266,9 @@ std::vector<AirLayer> FindLightning(const LevelProfile& levels,
     if (deck.Base.Temp < kAnvilTemp && deck.Top.Temp < kAnvilTemp) continue;
     const bool thunder = deck.Type == CloudType::CB;
     const bool dense = deck.Amount >= CloudAmount::Broken;
-    for (const double height : SampleHeights(levels, deck.Base.Height, deck.Top.Height)) {
+    const std::vector<double> heights = SampleHeights(levels, deck.Base.Height, deck.Top.Height);
+    points.reserve(points.size() + heights.size() + 1);
+    for (const double height : heights) {
       const AirPoint air = walk.At(height);
       const double fromFreezing = std::fabs(air.Temp);
       Intensity level = Intensity::None;

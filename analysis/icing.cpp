@@ -234,7 +234,9 @@ std::vector<AirLayer> SmithFeddesIcing(const LevelProfile& levels,
     if (deck.Base.Temp <= kColdestIcing && deck.Top.Temp <= kColdestIcing) continue;
     const double severe = SevereWater(deck.Type);
     const CloudWater cloud(deck, over);
-    for (const double height : SampleHeights(levels, deck.Base.Height, deck.Top.Height)) {
+    const std::vector<double> heights = SampleHeights(levels, deck.Base.Height, deck.Top.Height);
+    points.reserve(points.size() + heights.size() + 1);
+    for (const double height : heights) {
       const AirPoint air = walk.At(height);
       ClassedPoint point{.At = air.Point()};
       if (air.Temp <= 0 && air.Temp > kColdestIcing) {
@@ -276,7 +278,9 @@ std::vector<AirLayer> FindCarburettorIcing(const LevelProfile& levels) {
   const HeightRange range = RangeOf(levels, kLeastCarbTemp);
   std::vector<ClassedPoint> points;
   ProfileWalk walk(levels);
-  for (const double height : SampleHeights(levels, range.Low, range.High)) {
+  const std::vector<double> heights = SampleHeights(levels, range.Low, range.High);
+  points.reserve(heights.size());
+  for (const double height : heights) {
     const AirPoint air = walk.At(height);
     const Intensity risk = air.HasDewpt()
                                ? CarburettorIcing(air.Temp, std::min(air.Dewpt, air.Temp))

@@ -5,6 +5,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "analysis/analysis.h"
@@ -58,14 +59,14 @@ class IndexReader {
   void SayDirection(double degrees) { told_.Direction = degrees; }
   void SayBoth(double first, double second) { told_.Both = {first, second}; }
   void SayBound();
-  const IndexValue& Told() const { return told_; }
+  IndexValue TakeTold() { return std::move(told_); }
   /// There is no value, for this reason; the first reason stays. Gives 0.
   double Fail(std::string reason);
 
   /// Whether values are noted down: a note that costs something to make is made then only.
   bool Keeps() const { return notes_ == Notes::Keep && !Failed(); }
   bool Failed() const { return !reason_.empty(); }
-  const std::string& Reason() const { return reason_; }
+  std::string TakeReason() { return std::exchange(reason_, {}); }
   std::vector<IndexInput>& Inputs() { return inputs_; }
 
   const SoundingRecord& Sounding() const { return sounding_; }

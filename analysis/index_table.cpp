@@ -322,17 +322,18 @@ const IndexRow* FindIndex(std::string_view label) {
 
 namespace {
 
-IndexValue Finish(const IndexRow& row, const IndexReader& reader, double value) {
-  IndexValue index{.Row = &row};
-  if (reader.Failed()) {
-    index.Reason = reader.Reason();
-  } else if (!std::isfinite(value)) {
-    index.Reason = "the formula has no value for these inputs";
-  } else {
-    index = reader.Told();
-    index.Row = &row;
-    index.Value = value;
+IndexValue Finish(const IndexRow& row, IndexReader& reader, double value) {
+  if (!reader.Failed() && !std::isfinite(value)) {
+    reader.Fail("the formula has no value for these inputs");
   }
+  if (reader.Failed()) {
+    IndexValue none{.Row = &row};
+    none.Reason = reader.TakeReason();
+    return none;
+  }
+  IndexValue index = reader.TakeTold();
+  index.Row = &row;
+  index.Value = value;
   return index;
 }
 

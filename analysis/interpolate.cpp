@@ -79,8 +79,8 @@ std::optional<Bracket> WindsAbout(const std::vector<double>& heights, double hei
 }
 
 // Components between two winds, linear in height.
-WindVector Between(const WindVector& lower, const WindVector& upper, const Bracket& bracket,
-                   const std::vector<double>& heights, double height) {
+WindVector WindBetween(const WindVector& lower, const WindVector& upper, const Bracket& bracket,
+                       const std::vector<double>& heights, double height) {
   const double share =
       (height - heights[bracket.Low]) / (heights[bracket.High] - heights[bracket.Low]);
   return {lower.U + share * (upper.U - lower.U), lower.V + share * (upper.V - lower.V)};
@@ -213,7 +213,7 @@ WindSample WindAtHeight(const SoundingRecord& sounding, double height) {
   const Wind low = windAt(bracket->Low);
   if (bracket->Low == bracket->High) return {low, Found::Value};
   const WindVector vector =
-      Between(Components(low), Components(windAt(bracket->High)), *bracket, heights, height);
+      WindBetween(Components(low), Components(windAt(bracket->High)), *bracket, heights, height);
   return {FromComponents(vector), Found::Value};
 }
 
@@ -224,9 +224,10 @@ WindProfile DeriveWinds(const SoundingRecord& sounding, double highest) {
   winds.Vectors.reserve(static_cast<std::size_t>(count));
   for (int i = 1; i <= count; ++i) {
     if (!sounding.HasWind(i)) continue;
-    winds.Heights.push_back(sounding.WindHgt(i));
+    const double height = sounding.WindHgt(i);
+    winds.Heights.push_back(height);
     winds.Vectors.push_back(Components(WorkingWind(sounding, i)));
-    if (winds.Heights.back() > highest) break;
+    if (height > highest) break;
   }
   winds.IsOrdered = std::ranges::is_sorted(winds.Heights);
   return winds;
@@ -238,7 +239,7 @@ std::optional<WindVector> VectorAtHeight(const WindProfile& winds, double height
   if (!bracket) return std::nullopt;
   const WindVector& low = winds.Vectors[bracket->Low];
   if (bracket->Low == bracket->High) return low;
-  return Between(low, winds.Vectors[bracket->High], *bracket, winds.Heights, height);
+  return WindBetween(low, winds.Vectors[bracket->High], *bracket, winds.Heights, height);
 }
 
 Wind GetWIND(const SoundingRecord& sounding, const LevelProfile& levels, double press) {

@@ -108,6 +108,7 @@ std::vector<WindPair> PairWinds(const WindProfile& winds, const LevelProfile& le
   const double top = levels.Height.Top();
   // The last wind may stand a little above the last temperature, whose height is worked out.
   const double reach = top + kBeyondShare * (top - bottom);
+  if (leastThickness == 0) pairs.reserve(winds.Count());
   ProfileWalk walk(levels);
   AirPoint low;
   WindVector lowWind;
