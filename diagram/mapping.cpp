@@ -38,6 +38,8 @@ DiagramMapping::DiagramMapping(DiagramType type, const Rect& plot, double tempMi
       tempMax_(tempMax),
       topPress_(type == DiagramType::Tephigram ? kTephigramTop : topPress),
       bottomPress_(bottomPress),
+      logTop_(Log10(topPress_)),
+      logBottom_(Log10(bottomPress_)),
       scale_(static_cast<float>(kDiagramWidth / (tempMax - tempMin))),
       whole_(InDiagramUnits(plot)),
       shown_(whole_),
@@ -110,15 +112,14 @@ Point DiagramMapping::FromPage(Point shown) const {
           shown_.Top + (shown.Y - plot_.Top) * shown_.Height() / plot_.Height()};
 }
 
-double DiagramMapping::Fraction(double press) const {
-  const auto fraction = static_cast<float>((Log10(press) - Log10(topPress_)) /
-                                           (Log10(bottomPress_) - Log10(topPress_)));
-  return fraction;
+double DiagramMapping::YOfLog(double logPress) const {
+  const auto fraction = static_cast<float>((logPress - logTop_) / (logBottom_ - logTop_));
+  const double raise = type_ == DiagramType::Tephigram ? kTephigramRaise : 0;
+  return ToPage({whole_.Left, whole_.Height() * fraction + whole_.Top - raise}).Y;
 }
 
 double DiagramMapping::YOf(double press) const {
-  const double raise = type_ == DiagramType::Tephigram ? kTephigramRaise : 0;
-  return ToPage({whole_.Left, whole_.Height() * Fraction(press) + whole_.Top - raise}).Y;
+  return YOfLog(Log10(press));
 }
 
 double DiagramMapping::IsobarY(double press, double x) const {
@@ -137,9 +138,8 @@ double DiagramMapping::IsobarY(double press, double x) const {
 double DiagramMapping::PressAt(double y) const {
   const double raise = type_ == DiagramType::Tephigram ? kTephigramRaise : 0;
   const double whole = FromPage({whole_.Left, y}).Y;
-  return std::exp(std::numbers::ln10 *
-                  (Log10(topPress_) + (whole + raise - whole_.Top) / whole_.Height() *
-                                          (Log10(bottomPress_) - Log10(topPress_))));
+  return std::exp(std::numbers::ln10 * (logTop_ + (whole + raise - whole_.Top) / whole_.Height() *
+                                                      (logBottom_ - logTop_)));
 }
 
 Point DiagramMapping::Turn(Point unturned) const {
@@ -160,13 +160,11 @@ Point DiagramMapping::Unturn(Point drawn) const {
 
 Point DiagramMapping::ToPoint(double temp, double press) const {
   const double unskewed = (temp - tempMin_) * scale_ + whole_.Left;
-  switch (type_) {
-    case DiagramType::SkewT:
-      return {ToPage({unskewed + kSkewOrigin - kSkewPerDecade * Log10(press), 0}).X, YOf(press)};
-    case DiagramType::Emagram:
-      return {ToPage({unskewed, 0}).X, YOf(press)};
-    case DiagramType::Tephigram:
-      break;
+  if (type_ != DiagramType::Tephigram) {
+    const double logPress = Log10(press);
+    const double x =
+        type_ == DiagramType::SkewT ? unskewed + kSkewOrigin - kSkewPerDecade * logPress : unskewed;
+    return {ToPage({x, 0}).X, YOfLog(logPress)};
   }
   const double up = perLogTheta_ * (LogTheta(temp, press) - baseLogTheta_);
   return ToPage(Turn({unskewed, whole_.Bottom - up}));

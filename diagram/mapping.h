@@ -76,7 +76,7 @@ class DiagramMapping {
 
  private:
   Point Unturn(Point drawn) const;
-  double Fraction(double press) const;
+  double YOfLog(double logPress) const;
   Point ToPage(Point whole) const;
   Point FromPage(Point shown) const;
 
@@ -86,6 +86,8 @@ class DiagramMapping {
   double tempMax_ = 40;
   double topPress_ = 100;
   int bottomPress_ = 1050;
+  double logTop_ = 2;  // of the pressures at top and bottom, to the base of ten
+  double logBottom_ = 3.0211892990699383;
   float scale_ = 90;
   Rect whole_{};  // the frame in the diagram's own units
   Rect shown_{};  // the part of it that the frame on the page shows

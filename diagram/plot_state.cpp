@@ -1,7 +1,5 @@
 #include "diagram/plot_state.h"
 
-#include <cmath>
-#include <cstddef>
 #include <utility>
 
 #include "analysis/index_table.h"
@@ -76,62 +74,6 @@ std::optional<double> LeftEdgeY(const DiagramMapping& at, double press) {
 
 std::optional<double> RightEdgeY(const DiagramMapping& at, double press) {
   return EdgeY(at, press, at.Frame().Right);
-}
-
-namespace {
-
-// How far points lie from the straight line between two others.
-class OffLine {
- public:
-  OffLine(Point from, Point to) : from_(from), dx_(to.X - from.X), dy_(to.Y - from.Y) {
-    length_ = std::sqrt(dx_ * dx_ + dy_ * dy_);
-  }
-  double operator()(Point at) const {
-    const double x = at.X - from_.X;
-    const double y = at.Y - from_.Y;
-    if (length_ == 0) return std::sqrt(x * x + y * y);
-    return std::fabs(x * dy_ - y * dx_) / length_;
-  }
-
- private:
-  Point from_;
-  double dx_;
-  double dy_;
-  double length_ = 0;
-};
-
-}  // namespace
-
-// After Douglas and Peucker (1973): of a part, the point farthest from its straight line stays.
-std::vector<Point> Thinned(std::vector<Point> points) {
-  constexpr double kNear = 2;  // drawing units
-  if (points.size() < 3) return points;
-  std::vector<bool> kept(points.size(), false);
-  kept.front() = kept.back() = true;
-  std::vector<std::pair<std::size_t, std::size_t>> parts = {{0, points.size() - 1}};
-  while (!parts.empty()) {
-    const auto [first, last] = parts.back();
-    parts.pop_back();
-    std::size_t farthest = first;
-    double most = kNear;
-    const OffLine offLine(points[first], points[last]);
-    for (std::size_t i = first + 1; i < last; ++i) {
-      const double off = offLine(points[i]);
-      if (off <= most) continue;
-      most = off;
-      farthest = i;
-    }
-    if (farthest == first) continue;
-    kept[farthest] = true;
-    parts.emplace_back(first, farthest);
-    parts.emplace_back(farthest, last);
-  }
-  std::size_t count = 0;
-  for (std::size_t i = 0; i < points.size(); ++i) {
-    if (kept[i]) points[count++] = points[i];
-  }
-  points.resize(count);
-  return points;
 }
 
 double ShownHeight(const Plot& plot, double height) {

@@ -90,9 +90,9 @@ std::vector<Point> Isobar(const DiagramMapping& at, double press);
 std::optional<double> LeftEdgeY(const DiagramMapping& at, double press);
 std::optional<double> RightEdgeY(const DiagramMapping& at, double press);
 
-/// Without the points that lie off the line between their neighbours by no more than a sixth of a
-/// pixel, a twentieth of a millimetre in print.
-std::vector<Point> Thinned(std::vector<Point> points);
+/// How far a thinned line may lie off the whole one: a sixth of a pixel, a twentieth of a
+/// millimetre in print.
+inline constexpr double kThinnedNear = 2;
 
 /// A height above sea level as the settings show it: relative to the station under "AGL".
 double ShownHeight(const Plot& plot, double height);

@@ -15,6 +15,7 @@
 #include "diagram/label_places.h"
 #include "picture/clip.h"
 #include "picture/text_width.h"
+#include "picture/thinning.h"
 
 namespace vexa::diagram {
 namespace {
@@ -50,7 +51,8 @@ void DrawTrace(Plot& plot, std::string_view tag, const Levels<double>& press,
                const Levels<double>& temp, const TraceStyle& style) {
   std::vector<Point> run;
   const auto finish = [&] {
-    if (style.Joined && run.size() > 1) DrawInFrame(plot, tag, Thinned(run), style.Line);
+    if (style.Joined && run.size() > 1)
+      DrawInFrame(plot, tag, Thinned(run, kThinnedNear), style.Line);
     run.clear();
   };
   const Rect& frame = plot.At.Frame();
@@ -116,8 +118,8 @@ std::vector<std::vector<Point>> Between(const Plot& plot, const ParcelAscent& as
   std::vector<Point> environment;
   const auto close = [&] {
     if (parcel.size() > 1) {
-      std::vector<Point> ring = Thinned(std::move(parcel));
-      const std::vector<Point> back = Thinned(std::move(environment));
+      std::vector<Point> ring = Thinned(std::move(parcel), kThinnedNear);
+      const std::vector<Point> back = Thinned(std::move(environment), kThinnedNear);
       ring.insert(ring.end(), back.rbegin(), back.rend());
       ring = ClipPolygon(ring, plot.At.Frame());
       if (ring.size() > 2) rings.push_back(std::move(ring));
@@ -183,14 +185,15 @@ void DrawParcel(Plot& plot) {
       run.push_back(plot.At.ToPoint(ascent.EnvTemps[i],
                                     ascent.FirstPress - ascent.Step * static_cast<double>(i)));
     }
-    DrawInFrame(plot, "virtual temperature", Thinned(std::move(run)), plot.Inks.VirtualTemp);
+    DrawInFrame(plot, "virtual temperature", Thinned(std::move(run), kThinnedNear),
+                plot.Inks.VirtualTemp);
   }
   std::vector<Point> curve;
   for (std::size_t i = 0; i < end; ++i) {
     curve.push_back(plot.At.ToPoint(ascent.ParcelTemps[i],
                                     ascent.FirstPress - ascent.Step * static_cast<double>(i)));
   }
-  DrawInFrame(plot, "parcel", Thinned(std::move(curve)), plot.Inks.Parcel);
+  DrawInFrame(plot, "parcel", Thinned(std::move(curve), kThinnedNear), plot.Inks.Parcel);
   // The parcel's moisture keeps its mixing ratio from the dew point up to the condensation level.
   if (ascent.Condensation.Exists() && !IsMissing(ascent.Start.Dewpt)) {
     const SaturationOver over = plot.Set().Saturation;

@@ -14,6 +14,7 @@
 #include "core/numbers.h"
 #include "core/shown_values.h"
 #include "picture/clip.h"
+#include "picture/thinning.h"
 
 namespace vexa::diagram {
 namespace {
@@ -136,7 +137,7 @@ void DrawUsualWinds(Plot& plot, const Rect& column) {
     if (!HasHeight(press)) continue;
     if (const auto at = place(sounding.WindSpd(i), press)) own.push_back(*at);
   }
-  for (std::vector<Point>& piece : ClipPolyline(Thinned(std::move(own)), column)) {
+  for (std::vector<Point>& piece : ClipPolyline(Thinned(std::move(own), kThinnedNear), column)) {
     plot.Page.Add("wind speed", Polyline{.Points = std::move(piece),
                                          .Stroke = {FaintInk(plot.Inks, plot.Inks.Wind.Ink), 12}});
   }

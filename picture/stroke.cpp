@@ -1,6 +1,7 @@
 #include "picture/stroke.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 
 namespace vexa {
@@ -23,6 +24,35 @@ DashPattern::DashPattern(LineStyle style, double width) {
       count_ = 4;
       break;
   }
+}
+
+std::vector<std::vector<Point>> Dashes(const std::vector<Point>& line, const DashPattern& pattern) {
+  const std::span<const double> lengths = pattern.Lengths();
+  if (lengths.empty() || line.empty()) return {line};
+  std::vector<std::vector<Point>> dashes = {{line.front()}};
+  std::size_t part = 0;  // of the pattern; dashes have even numbers
+  double left = lengths[0];
+  for (std::size_t i = 1; i < line.size(); ++i) {
+    const Point from = line[i - 1];
+    const Point to = line[i];
+    const double length = std::hypot(to.X - from.X, to.Y - from.Y);
+    double gone = 0;
+    while (length - gone > left) {
+      gone += left;
+      const Point at{from.X + (to.X - from.X) * gone / length,
+                     from.Y + (to.Y - from.Y) * gone / length};
+      if (part % 2 == 0) {
+        dashes.back().push_back(at);
+      } else {
+        dashes.push_back({at});
+      }
+      part = (part + 1) % lengths.size();
+      left = lengths[part];
+    }
+    left -= length - gone;
+    if (part % 2 == 0) dashes.back().push_back(to);
+  }
+  return dashes;
 }
 
 PageFit FitPage(double pageWidth, double pageHeight, const Rect& into) {

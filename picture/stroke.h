@@ -4,6 +4,7 @@
 
 #include <array>
 #include <span>
+#include <vector>
 
 #include "picture/picture.h"
 
@@ -20,6 +21,9 @@ class DashPattern {
   std::array<double, 4> lengths_{};
   std::size_t count_ = 0;
 };
+
+/// The dashes of a line one by one, for a painter that draws solid lines faster than dashed ones.
+std::vector<std::vector<Point>> Dashes(const std::vector<Point>& line, const DashPattern& pattern);
 
 inline constexpr double kLeastDashUnit = 12;  // drawing units
 

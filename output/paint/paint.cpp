@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstddef>
 #include <deque>
+#include <iterator>
 #include <optional>
 #include <QColor>
 #include <QFont>
@@ -21,6 +22,7 @@
 #include <QTransform>
 #include <QVarLengthArray>
 #include <span>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -29,13 +31,14 @@
 #include "picture/hatch.h"
 #include "picture/picture.h"
 #include "picture/stroke.h"
+#include "picture/thinning.h"
 
 namespace vexa::paint {
 namespace {
 
 constexpr double kHairlinePt = 0.24;  // on paper; a screen's hairline is one of its pixels
 constexpr double kAboutOnePixel = 1.5;
-constexpr double kLeastStep = 0.5;    // device pixels
+constexpr double kThinnedPx = 0.35;   // how far a thinned line may lie off the whole one
 constexpr double kMostCachedPx = 64;  // higher letters are drawn as outlines on a screen too
 
 QColor ToColor(Color ink) {
@@ -100,6 +103,8 @@ class Painter {
     const double outerScale = scale_;
     const double outerLeft = left_;
     const double outerTop = top_;
+    const Point outerPage = page_;
+    page_ = {picture.Width(), picture.Height()};
     scale_ = fit.Scale;
     left_ = fit.Left;
     top_ = fit.Top;
@@ -120,6 +125,7 @@ class Painter {
     scale_ = outerScale;
     left_ = outerLeft;
     top_ = outerTop;
+    page_ = outerPage;
   }
 
  private:
@@ -180,25 +186,31 @@ class Painter {
     }
   }
 
-  // Points that a screen cannot tell from the one before are left out, but for the last.
+  // Points that a screen cannot show are left out.
   QPolygonF ToPolygon(const std::vector<Point>& points) const {
+    std::vector<Point> kept;
+    kept.reserve(points.size());
+    std::ranges::copy_if(points, std::back_inserter(kept), IsFinite);
+    if (snaps_) kept = Thinned(std::move(kept), kThinnedPx / (scale_ * toDevice_));
     QPolygonF polygon;
-    polygon.reserve(static_cast<qsizetype>(points.size()));
-    const double least = snaps_ ? kLeastStep / toDevice_ : 0;
-    std::optional<QPointF> left;
-    for (const Point& point : points) {
-      if (!IsFinite(point)) continue;
-      const QPointF at = At(point);
-      left.reset();
-      if (!polygon.isEmpty() && std::abs(at.x() - polygon.constLast().x()) < least &&
-          std::abs(at.y() - polygon.constLast().y()) < least) {
-        left = at;
-        continue;
-      }
-      polygon.append(at);
-    }
-    if (left) polygon.append(*left);
+    polygon.reserve(static_cast<qsizetype>(kept.size()));
+    for (const Point& point : kept) polygon.append(At(point));
     return polygon;
+  }
+
+  QPointF FromDevice(QPointF place) const {
+    return {(place.x() - device_.dx()) / device_.m11(), (place.y() - device_.dy()) / device_.m22()};
+  }
+
+  // Lines of whole pixels are rectangles. The places are device pixels.
+  void FillAlongGrid(std::span<const QPointF> places, int width, QColor ink) {
+    const QPointF half(width / 2.0, width / 2.0);
+    Antialias(false);
+    for (std::size_t i = 1; i < places.size(); ++i) {
+      const QRectF span = QRectF(places[i - 1], places[i]).normalized();
+      painter_.fillRect(
+          QRectF(FromDevice(span.topLeft() - half), FromDevice(span.bottomRight() + half)), ink);
+    }
   }
 
   // A line along the pixel grid would be smeared over two rows; it moves onto one. Its width, in
@@ -215,12 +227,17 @@ class Painter {
     const auto snap = [centre](double place) {
       return std::floor(place + (centre == 0 ? 0.5 : 0)) + centre;
     };
-    QVarLengthArray<QPointF, 5> points;
+    QVarLengthArray<QPointF, 5> places;
     for (const Point& at : line.Points) {
       const QPointF place = device_.map(At(at));
-      points.append({(snap(place.x()) - device_.dx()) / device_.m11(),
-                     (snap(place.y()) - device_.dy()) / device_.m22()});
+      places.append({snap(place.x()), snap(place.y())});
     }
+    if (line.Stroke.Style == LineStyle::Solid && line.Stroke.Ink.Alpha == 255) {
+      FillAlongGrid(places, width, ToColor(line.Stroke.Ink));
+      return true;
+    }
+    QVarLengthArray<QPointF, 5> points;
+    for (const QPointF& place : places) points.append(FromDevice(place));
     QPen pen = ToPen(line.Stroke);
     const double before = pen.widthF();
     pen.setWidthF(width / toDevice_);
@@ -238,46 +255,61 @@ class Painter {
     return true;
   }
 
+  struct Strokes {
+    QList<QLineF> Lines{};
+    std::vector<QPointF> Corners{};
+  };
+
   // An outline with joins costs a screen four times as much as its segments one by one. Each is
-  // longer by what closes the gap on the outer side of a bend; sharp bends get a disc.
-  void DrawSegments(const QPolygonF& points, double width) {
+  // longer by what closes the gap on the outer side of a bend; sharp bends get a disc. The ends of
+  // the line reach `over` further.
+  void AddSegments(const QPolygonF& points, double width, double over, Strokes& into) const {
     constexpr double kSharp = 1;           // tangent of half the bend
     const double seam = 0.75 / toDevice_;  // two half covered pixels would let the paper through
-    QList<QLineF> lines;
-    lines.reserve(points.size() - 1);
-    std::vector<QPointF> corners;
+    bool isFirst = true;
     QPointF before;
     for (qsizetype i = 1; i < points.size(); ++i) {
       const QPointF way = points[i] - points[i - 1];
       const double length = std::sqrt(QPointF::dotProduct(way, way));
       if (!(length > 0)) continue;
       const QPointF along = way / length;
-      double more = width / 2;  // at the ends of the line
-      if (!lines.isEmpty()) {
+      double more = over;
+      if (!isFirst) {
         // tan(a/2) = sin a / (1 + cos a)
         const double sine = std::abs(before.x() * along.y() - before.y() * along.x());
         const double bend = sine / std::max(1 + QPointF::dotProduct(before, along), 1e-9);
-        if (bend > kSharp) corners.push_back(points[i - 1]);
+        if (bend > kSharp) into.Corners.push_back(points[i - 1]);
         more = bend > kSharp ? 0 : std::max(seam, bend * width / 2);
-        lines.back().setP2(lines.back().p2() + more * before);
+        into.Lines.back().setP2(into.Lines.back().p2() + more * before);
       }
-      lines.append(QLineF(points[i - 1] - more * along, points[i]));
+      into.Lines.append(QLineF(points[i - 1] - more * along, points[i]));
       before = along;
+      isFirst = false;
     }
-    if (lines.isEmpty()) return;
-    lines.back().setP2(lines.back().p2() + width / 2 * before);
+    if (!isFirst) into.Lines.back().setP2(into.Lines.back().p2() + over * before);
+  }
+
+  void PutStrokes(const Strokes& strokes, double width) {
     QPen pen = painter_.pen();
+    pen.setStyle(Qt::SolidLine);
     pen.setCapStyle(Qt::FlatCap);
     painter_.setPen(pen);
-    painter_.drawLines(lines);
-    if (!corners.empty()) {
+    painter_.drawLines(strokes.Lines);
+    if (!strokes.Corners.empty()) {
       const QColor ink = pen.color();
       painter_.setPen(Qt::NoPen);
       painter_.setBrush(ink);
-      for (const QPointF& at : corners) painter_.drawEllipse(at, width / 2, width / 2);
+      for (const QPointF& at : strokes.Corners) painter_.drawEllipse(at, width / 2, width / 2);
       brush_.reset();
     }
     pen_.reset();
+  }
+
+  // A line that leads far off the page has more dashes than can be counted.
+  bool StaysNear(const std::vector<Point>& line) const {
+    return std::ranges::all_of(line, [this](Point at) {
+      return IsFinite(at) && std::abs(at.X) < 3 * page_.X && std::abs(at.Y) < 3 * page_.Y;
+    });
   }
 
   void Draw(const Polyline& line) {
@@ -285,14 +317,26 @@ class Painter {
     Antialias(true);
     if (DrawAlongGrid(line)) return;
     SetPen(line.Stroke);
-    const QPolygonF polygon = ToPolygon(line.Points);
-    if (polygon.size() < 2) return;
-    const bool covers = line.Stroke.Style == LineStyle::Solid && line.Stroke.Ink.Alpha == 255;
-    if (snaps_ && covers && DrawnWidth(line.Stroke) * toDevice_ >= kAboutOnePixel) {
-      DrawSegments(polygon, DrawnWidth(line.Stroke));
+    const double width = DrawnWidth(line.Stroke);
+    const bool isSolid = line.Stroke.Style == LineStyle::Solid;
+    const bool piecewise = snaps_ && line.Stroke.Ink.Alpha == 255 &&
+                           width * toDevice_ >= kAboutOnePixel &&
+                           (isSolid || StaysNear(line.Points));
+    if (!piecewise) {
+      const QPolygonF polygon = ToPolygon(line.Points);
+      if (polygon.size() > 1) painter_.drawPolyline(polygon);
       return;
     }
-    painter_.drawPolyline(polygon);
+    Strokes strokes;
+    if (isSolid) {
+      AddSegments(ToPolygon(line.Points), width, width / 2, strokes);
+    } else {
+      const DashPattern pattern(line.Stroke.Style, width / scale_);
+      for (const std::vector<Point>& dash : Dashes(line.Points, pattern)) {
+        AddSegments(ToPolygon(dash), width, 0, strokes);
+      }
+    }
+    if (!strokes.Lines.isEmpty()) PutStrokes(strokes, width);
   }
 
   void Draw(const Area& area) {
@@ -475,6 +519,7 @@ class Painter {
   double scale_ = 1;  // logical units per drawing unit
   double left_ = 0;
   double top_ = 0;
+  Point page_{};  // right lower corner, drawing units
   std::optional<Pen> pen_{};
   std::optional<Color> brush_{};
   const SizedFont* font_ = nullptr;
