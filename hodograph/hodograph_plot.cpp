@@ -432,7 +432,10 @@ void DrawHodographBox(Picture& page, const Rect& region, const HodographInput& i
   DrawBandNames(canvas, winds);
   if (ShowsStorm(canvas)) AvoidStormVectors(canvas);
   DrawRings(page, canvas.At, rings, inks, AvoidTrace(canvas, Smoothed(winds)), canvas.Room);
-  if (ShowsStorm(canvas)) DrawStormVectors(canvas);
+  if (ShowsStorm(canvas)) {
+    DrawStormVectors(canvas);
+    AvoidMeanWind(canvas);
+  }
   DrawTrace(canvas, winds);
   DrawHeightMarks(canvas, Smoothed(winds));
   // The heights choose their places first: a name of two letters finds one further off.

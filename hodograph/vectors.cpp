@@ -18,7 +18,8 @@ namespace {
 
 using analysis::WindVector;
 
-constexpr double kHead = 190;  // length of an arrow's head
+constexpr double kHead = 190;   // length of an arrow's head
+constexpr double kSquare = 45;  // half the side of a mean wind's
 constexpr double kMarkText = LetterSize(Type::Note);
 
 // The side of an arrow's head that lies ahead of it.
@@ -138,11 +139,10 @@ void DrawLeader(Canvas& canvas, Point at, Point middle, double width, double hei
 }
 
 void DrawSquare(Canvas& canvas, std::string_view tag, Point at, const Pen& pen) {
-  constexpr double kHalf = 45;
-  canvas.Page.Add(tag, Area{.Rings = {{{at.X - kHalf, at.Y - kHalf},
-                                       {at.X + kHalf, at.Y - kHalf},
-                                       {at.X + kHalf, at.Y + kHalf},
-                                       {at.X - kHalf, at.Y + kHalf}}},
+  canvas.Page.Add(tag, Area{.Rings = {{{at.X - kSquare, at.Y - kSquare},
+                                       {at.X + kSquare, at.Y - kSquare},
+                                       {at.X + kSquare, at.Y + kSquare},
+                                       {at.X - kSquare, at.Y + kSquare}}},
                             .Fill = {canvas.Colors.Paper, FillStyle::Plain},
                             .Stroke = pen});
 }
@@ -157,6 +157,11 @@ void AvoidStormVectors(Canvas& canvas) {
   for (const auto* mover : {&canvas.In.Storm().Right, &canvas.In.Storm().Left}) {
     if (*mover) AvoidVector(canvas, (*mover)->Motion);
   }
+}
+
+void AvoidMeanWind(Canvas& canvas) {
+  const std::optional<WindVector>& mean = canvas.In.Storm().Mean6km;
+  if (mean) canvas.Room.Avoid(canvas.At.ToPoint(*mean), kSquare + kUnitsPerPixel);
 }
 
 void DrawMeanWinds(Canvas& canvas) {

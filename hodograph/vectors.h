@@ -68,6 +68,8 @@ void DrawStormVectors(Canvas& canvas);
 /// Keeps texts that are written before them off their lines.
 void AvoidStormVectors(Canvas& canvas);
 void DrawMeanWinds(Canvas& canvas);
+/// Keeps texts that are written before it off the square of the deep layer's mean wind.
+void AvoidMeanWind(Canvas& canvas);
 void DrawShearLayer(Canvas& canvas);
 /// The index of the propagation of mesoscale elements as a vector; empty where there is none.
 std::optional<analysis::WindVector> PropagationVector(const analysis::AnalysisResults& results);

@@ -82,6 +82,21 @@ TEST(HodographPlot, LimitHasItsOuterRingAtTheLimit) {
   }
 }
 
+// No height is written on the mean wind's square.
+void ExpectFreeSquare(const Picture& page) {
+  for (const Area& square : Tagged<Area>(page, "mean wind")) {
+    const Point low = square.Rings[0][0];
+    const Point high = square.Rings[0][2];
+    for (const Label& label : Tagged<Label>(page, "height label")) {
+      const double half = TextWidth(label.Text, label.Size, label.Bold) / 2;
+      const bool isBeside = label.At.X + half <= low.X || label.At.X - half >= high.X;
+      EXPECT_TRUE(isBeside || label.At.Y + 0.36 * label.Size <= low.Y ||
+                  label.At.Y - 0.36 * label.Size >= high.Y)
+          << label.Text;
+    }
+  }
+}
+
 TEST(HodographPlot, TextsKeepApart) {
   for (const SoundingRecord& sounding : {test::ReferenceConvective(), test::ReferenceWinter()}) {
     HodographSettings window;
@@ -310,6 +325,7 @@ TEST(HodographPlot, ComposesEveryPageForItsSurface) {
       DrawHodographBox(page, region, input);
       test::ExpectOrderly(page, region);
       EXPECT_LE(Texts(page, "ring label").size(), 1u);
+      ExpectFreeSquare(page);
     }
   }
 }
