@@ -529,7 +529,8 @@ class Painter {
 }  // namespace
 
 struct KeptGround::Kept {
-  QImage Image{};
+  QImage Image{};    // what there is besides paper
+  QPointF Left{};    // its left upper corner in the target
   double Ratio = 0;  // device pixels for one of the target
   QSizeF Target{};
   Color Paper{};
@@ -538,11 +539,32 @@ struct KeptGround::Kept {
   std::vector<Item> Items{};
 
   bool Is(const Picture& picture, double ratio, const QSizeF& target) const {
-    return !Image.isNull() && ratio == Ratio && target == Target && picture.Paper() == Paper &&
+    return ratio == Ratio && target == Target && picture.Paper() == Paper &&
            picture.Width() == Width && picture.Height() == Height &&
            std::ranges::equal(picture.Ground(), Items);
   }
 };
+
+namespace {
+
+// The part of an image of paper on which something is drawn, in its pixels.
+QRect DrawnPart(const QImage& image, QRgb paper) {
+  QRect part;
+  for (int y = 0; y < image.height(); ++y) {
+    const std::span row(reinterpret_cast<const QRgb*>(image.constScanLine(y)),
+                        static_cast<std::size_t>(image.width()));
+    const auto isDrawn = [paper](QRgb pixel) { return pixel != paper; };
+    const auto first = std::ranges::find_if(row, isDrawn);
+    if (first == row.end()) continue;
+    const auto last = std::find_if(row.rbegin(), row.rend(), isDrawn);
+    const auto left = static_cast<int>(first - row.begin());
+    const auto right = static_cast<int>(row.rend() - last) - 1;
+    part |= QRect(QPoint(left, y), QPoint(right, y));
+  }
+  return part;
+}
+
+}  // namespace
 
 KeptGround::KeptGround() = default;
 KeptGround::~KeptGround() = default;
@@ -566,22 +588,29 @@ void Paint(const Picture& picture, QPainter& painter, const QRectF& target, Kept
   if (ground->kept_ == nullptr || !ground->kept_->Is(picture, ratio, target.size())) {
     const QSize size(static_cast<int>(std::ceil(target.width() * ratio)),
                      static_cast<int>(std::ceil(target.height() * ratio)));
-    const std::span<const Item> items = picture.Ground();
-    ground->kept_ =
-        std::make_unique<KeptGround::Kept>(KeptGround::Kept{QImage(size, QImage::Format_RGB32),
-                                                            ratio,
-                                                            target.size(),
-                                                            picture.Paper(),
-                                                            picture.Width(),
-                                                            picture.Height(),
-                                                            {items.begin(), items.end()}});
-    QImage& image = ground->kept_->Image;
+    QImage image(size, QImage::Format_RGB32);
     image.setDevicePixelRatio(ratio);
-    image.fill(ToColor(picture.Paper()));
-    QPainter fresh(&image);
-    Painter(fresh).Page(picture, QRectF(QPointF(0, 0), target.size()), Painter::Part::Ground);
+    const QColor paper = ToColor(picture.Paper());
+    image.fill(paper);
+    {
+      QPainter fresh(&image);
+      Painter(fresh).Page(picture, QRectF(QPointF(0, 0), target.size()), Painter::Part::Ground);
+    }
+    const QRect drawn = DrawnPart(image, paper.rgb());
+    const std::span<const Item> items = picture.Ground();
+    ground->kept_ = std::make_unique<KeptGround::Kept>(
+        KeptGround::Kept{drawn.isEmpty() ? QImage() : image.copy(drawn),
+                         QPointF(drawn.topLeft()) / ratio,
+                         ratio,
+                         target.size(),
+                         picture.Paper(),
+                         picture.Width(),
+                         picture.Height(),
+                         {items.begin(), items.end()}});
   }
-  painter.drawImage(target.topLeft(), ground->kept_->Image);
+  const KeptGround::Kept& kept = *ground->kept_;
+  painter.fillRect(target, ToColor(picture.Paper()));
+  if (!kept.Image.isNull()) painter.drawImage(target.topLeft() + kept.Left, kept.Image);
   on.Page(picture, target, Painter::Part::Rest);
   painter.restore();
 }
