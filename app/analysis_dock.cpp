@@ -42,6 +42,9 @@ class ValueItem : public QTableWidgetItem {
 AnalysisDock::AnalysisDock(const Program& program, QWidget* parent)
     : Panel(QStringLiteral("Analysis"), parent), program_(program) {
   setObjectName(QStringLiteral("InfoPanel"));
+}
+
+void AnalysisDock::Build() {
   auto* inside = new QWidget(this);
   auto* layout = new QVBoxLayout(inside);
   search_ = new QLineEdit(inside);

@@ -22,6 +22,7 @@ class AnalysisDock : public Panel {
   void Follow() override;
 
  private:
+  void Build() override;
   void Search(const QString& words);
   void ExplainRow(int row);
 

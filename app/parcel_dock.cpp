@@ -18,6 +18,9 @@ namespace vexa {
 ParcelDock::ParcelDock(const Program& program, QWidget* parent)
     : Panel(QStringLiteral("Four Parcels"), parent), program_(program) {
   setObjectName(QStringLiteral("FourParcels"));
+}
+
+void ParcelDock::Build() {
   auto* inside = new QWidget(this);
   auto* layout = new QVBoxLayout(inside);
   table_ = new QTableWidget(0, kShownParcels, inside);

@@ -19,6 +19,7 @@ class ParcelDock : public Panel {
   void Follow() override;
 
  private:
+  void Build() override;
   QDoubleSpinBox* AddNumber(const char* name, double least, double most);
   void Fill();
 

@@ -49,7 +49,7 @@ constexpr ArgumentRow kArguments[] = {
     kSetOption,
     {"--layout", "", "NAME",
      "layout of the diagram's page for this run: diagram, forecaster, pilot, teaching"},
-    {"--screenshot", "", "OUT.png", "saves a picture of the window and exits"},
+    {"--screenshot", "", "OUT.{png,bmp}", "saves a picture of the window and exits"},
     {"--show", "", "NAME", "opens a window at start, by its name below or its menu entry's"},
     {"--tab", "", "N", "page of that window", {}, 1, 99},
 };
@@ -245,6 +245,7 @@ void PlaceWindow(Program& program, const Wanted& wanted, SoundingWindow& window)
     window.PlaceAsBefore();
   }
   if (wanted.Size) window.resize(wanted.Size->Width, wanted.Size->Height);
+  window.LayOut();
 }
 
 // Opens what the last session left, what was asked for or what is loaded at start; false where
@@ -277,6 +278,7 @@ int ShowUntilClosed(Program& program, const Wanted& wanted, SoundingWindow& wind
                     QSplashScreen& splash) {
   window.show();
   splash.finish(&window);
+  splash.setPixmap({});  // its pixels would stay in memory as long as the program runs
   AwaitSystemsEnd(program, window);
   if (wanted.Window.Name.empty()) {
     QTimer::singleShot(0, &window, [&window] { window.RestoreDisplays(); });

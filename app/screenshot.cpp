@@ -13,6 +13,8 @@
 #include "app/qt_text.h"
 #include "app/sounding_window.h"
 #include "app/window_table.h"
+#include "core/files.h"
+#include "core/letter_case.h"
 #include "core/numbers.h"
 #include "program/displays.h"
 #include "program/menu.h"
@@ -22,6 +24,11 @@ namespace {
 
 constexpr int kLongestWaitMs = 20000;
 constexpr int kSettleMs = 200;  // a window lays itself out after it has been opened
+
+// A bitmap is saved in no time, where only the window's own is to be measured.
+const char* FormatOf(const std::string& name) {
+  return Lower(TextFromPath(PathFromText(name).extension())) == ".bmp" ? "BMP" : "PNG";
+}
 
 // The dialog that holds the input, else another window than the main one, else that.
 QWidget* Opened(SoundingWindow& window) {
@@ -89,7 +96,7 @@ std::string TakeScreenshot(SoundingWindow& window, const WindowToShow& what,
                            const std::string& name) {
   std::string wrong = name + ": the picture cannot be saved";
   const auto grab = [&] {
-    if (Opened(window)->grab().save(QString::fromStdString(name), "PNG")) wrong.clear();
+    if (Opened(window)->grab().save(QString::fromStdString(name), FormatOf(name))) wrong.clear();
     QApplication::exit();
   };
   // Not from within the paint event: the window is whole only after it. What is opened may have the

@@ -195,8 +195,8 @@ void SoundingWindow::BuildPanels() {
   statusBar()->addPermanentWidget(readout_);
   panels_ = MakePanels(program_, *this);
   for (Panel* panel : panels_) {
-    addDockWidget(Qt::RightDockWidgetArea, panel);
     panel->hide();
+    addDockWidget(Qt::RightDockWidgetArea, panel);
     connect(panel, &QDockWidget::visibilityChanged, this, [panel] { panel->Follow(); });
   }
   tools_ = new ToolBar(program_, *this);
@@ -270,6 +270,12 @@ void SoundingWindow::PlacePanels() {
   }
 }
 
+// The window is made before its first sounding; the page for a start without one waits for that.
+void SoundingWindow::setVisible(bool visible) {
+  if (visible) start_->Follow();
+  QMainWindow::setVisible(visible);
+}
+
 void SoundingWindow::resizeEvent(QResizeEvent* event) {
   QMainWindow::resizeEvent(event);
   PlacePanels();
@@ -299,6 +305,11 @@ void SoundingWindow::PlaceAsBefore() {
   move(std::clamp(place.Left, room.left(), std::max(room.left(), room.right() - width() + 1)),
        std::clamp(place.Top, room.top(), std::max(room.top(), room.bottom() - height() + 1)));
   if (place.Maximized) setWindowState(windowState() | Qt::WindowMaximized);
+}
+
+void SoundingWindow::LayOut() {
+  layout()->activate();
+  centralWidget()->layout()->activate();
 }
 
 void SoundingWindow::RememberPlace() {
@@ -377,7 +388,7 @@ void SoundingWindow::ShowState() {
   sequence_->setValue(static_cast<int>(program_.Listed.Now()));
   sequence_->setVisible(program_.Listed.Size() > 1);
   tools_->Follow();
-  start_->Follow();
+  if (isVisible()) start_->Follow();
   sequence_->setToolTip(ToQString(ListedNeighbours(program_)));
 
   const std::string fault = FaultIndicator(program_);

@@ -36,6 +36,7 @@ class SoundingWindow : public QMainWindow {
  public:
   SoundingWindow(Program& program, WindowInteraction& interaction);
   ~SoundingWindow() override;
+  void setVisible(bool visible) override;
   SoundingWindow(const SoundingWindow&) = delete;
   SoundingWindow& operator=(const SoundingWindow&) = delete;
 
@@ -60,6 +61,8 @@ class SoundingWindow : public QMainWindow {
   void PlaceFirst();
   /// Takes the size and place that the window had when the program was left.
   void PlaceAsBefore();
+  /// Lays the window out while it is hidden: its first picture has the size in which it is shown.
+  void LayOut();
 
   /// Opens the displays that were shown when the program was left.
   void RestoreDisplays();

@@ -42,8 +42,14 @@ QLabel* AddLabel(QVBoxLayout& column, const QString& text, double larger, bool b
 }  // namespace
 
 StartPage::StartPage(const Program& program, const QMainWindow& window, QWidget* over)
-    : QFrame(over), program_(program) {
+    : QFrame(over), program_(program), window_(window) {
   setObjectName(QStringLiteral("StartPage"));
+  auto* middle = new QVBoxLayout(over);
+  middle->addWidget(this, 0, Qt::AlignCenter);
+  hide();
+}
+
+void StartPage::Build() {
   setAutoFillBackground(true);
   setFrameShape(QFrame::StyledPanel);
   setCursor(Qt::ArrowCursor);
@@ -54,18 +60,15 @@ StartPage::StartPage(const Program& program, const QMainWindow& window, QWidget*
   AddLabel(*column, QStringLiteral("or drop its file on this window"), 1, false);
   column->addSpacing(kMargin / 3);
   for (const WayRow& way : kWays) {
-    auto* entry = window.findChild<QAction*>(ToQString(way.Entry));
+    auto* entry = window_.findChild<QAction*>(ToQString(way.Entry));
     if (entry != nullptr) AddButton(entry, IconNamed(way.Icon));
   }
   column->addSpacing(kMargin / 3);
   recentHead_ = AddLabel(*column, QStringLiteral("Opened last"), 1, true);
   for (int number = 1; number <= kMostRecent; ++number) {
-    auto* entry = window.findChild<QAction*>(QStringLiteral("mnuRecentFile%1").arg(number));
+    auto* entry = window_.findChild<QAction*>(QStringLiteral("mnuRecentFile%1").arg(number));
     if (entry != nullptr) recent_.push_back({AddButton(entry, {}), entry});
   }
-  auto* middle = new QVBoxLayout(over);
-  middle->addWidget(this, 0, Qt::AlignCenter);
-  Follow();
 }
 
 QPushButton* StartPage::AddButton(QAction* entry, const QIcon& icon) {
@@ -84,6 +87,7 @@ void StartPage::Follow() {
   const bool isEmpty = program_.Current.FileName.empty() &&
                        program_.Current.Record.NumTempLevels() == 0 &&
                        program_.Current.Record.NumWindLevels() == 0;
+  if (isEmpty && layout() == nullptr) Build();
   setVisible(isEmpty);
   if (!isEmpty) return;
   bool hasRecent = false;

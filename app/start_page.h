@@ -1,5 +1,5 @@
 // What stands over the empty diagram while no sounding is open: the ways to one. Each is an entry
-// of the menu; the page goes when a sounding is there.
+// of the menu; the page goes when a sounding is there. A start with a sounding never makes it.
 #pragma once
 
 #include <QFrame>
@@ -22,6 +22,7 @@ class StartPage : public QFrame {
   void Follow();
 
  private:
+  void Build();
   QPushButton* AddButton(QAction* entry, const QIcon& icon);
 
   struct RecentButton {
@@ -29,6 +30,7 @@ class StartPage : public QFrame {
     QAction* Entry = nullptr;
   };
   const Program& program_;
+  const QMainWindow& window_;
   std::vector<RecentButton> recent_{};
   QWidget* recentHead_ = nullptr;
 };
