@@ -272,8 +272,10 @@ struct SourceStream::State {
       return {};
     }
     auto bytes = std::make_unique<MemberBytes>(std::move(file));
+    // A small member takes no more room than it has: thousands of them may wait in a group.
+    const bool isSized = (about.valid & ZIP_STAT_SIZE) != 0 && about.size < Piece;
     std::string begun;
-    bool isRead = bytes->Read(begun, Piece);
+    bool isRead = bytes->Read(begun, isSized ? static_cast<std::size_t>(about.size) + 1 : Piece);
     if (isRead && !bytes->AtEnd() && BeginsSeries(name, begun)) {
       Running.emplace(name, std::move(bytes), std::move(begun), Piece);
       return {};
@@ -290,6 +292,7 @@ struct SourceStream::State {
       day = std::chrono::floor<std::chrono::days>(
           std::chrono::sys_seconds(std::chrono::seconds(about.mtime)));
     }
+    begun.shrink_to_fit();
     return TextsOf(name, std::move(begun), day);
   }
 

@@ -12,6 +12,7 @@
 #include "core/files.h"
 #include "ingest/archive.h"
 #include "ingest/decoder.h"
+#include "ingest/source_stream.h"
 #include "ingest/unpack.h"
 #include "sounding/analysed_sounding.h"
 #include "support/soundings.h"
@@ -90,6 +91,28 @@ std::string Zipped(const fs::path& path,
   }
   EXPECT_EQ(zip_close(archive), 0);
   return ReadFile(path).Value();
+}
+
+// Thousands of small members may wait in a piece: each is to take no more room than it fills.
+TEST(SourceStream, SmallMembersTakeLittleRoom) {
+  const test::TemporaryFolder folder;
+  const std::string text =
+      ReadFile(test::SourceFolder() / "examples" / "severe_norman_1999.RAW").Value();
+  constexpr std::size_t kMembers = 40;
+  std::vector<std::pair<std::string, std::string>> files;
+  for (std::size_t i = 0; i < kMembers; ++i) files.emplace_back(std::to_string(i) + ".RAW", text);
+  Zipped(folder.Path() / "small.zip", files);
+  auto stream = SourceStream::Open(folder.Path() / "small.zip", 10 * text.size());
+  ASSERT_TRUE(stream.Ok());
+  std::size_t members = 0;
+  for (auto piece = stream.Value().Next(); piece && piece.Value(); piece = stream.Value().Next()) {
+    for (const SourceText& member : piece.Value()->Members()) {
+      EXPECT_EQ(member.Bytes(), text);
+      EXPECT_LT(member.Bytes().capacity(), 2 * text.size());
+      ++members;
+    }
+  }
+  EXPECT_EQ(members, kMembers);
 }
 
 // Archives in an archive share one room: together they unpack no more than 256 MB.
