@@ -142,6 +142,24 @@ void OpenColumns(benchmark::State& state) {
   Open(state, "long.txt",
        "pres hght temp dwpt drct sknt\n" + Rows(static_cast<int>(state.range(0))));
 }
+
+// Soundings as a station's archive has them.
+void OpenStation(benchmark::State& state) {
+  const auto levels = static_cast<int>(state.range(0));
+  std::string text = "#USM00070001 1999 05 04 00 9999 " + PadLeft(Shortest(levels), 4) +
+                     " ncdc-gts ncdc-gts  413200  -963700\n";
+  for (int i = 0; i < levels; ++i) {
+    const double share = static_cast<double>(i) / levels;
+    text += "10 -9999 " + PadLeft(Mask(100000 * std::exp(-4.5 * share), "0"), 6) + " ";
+    text += PadLeft(Mask(33000 * share, "0"), 5) + " ";
+    text += PadLeft(Mask(250 - 850 * share, "0"), 5) + " -9999 ";
+    text += PadLeft(Mask(50 + 200 * share, "0"), 5) + " ";
+    text += PadLeft(Mask(180 + 90 * share, "0"), 5) + " ";
+    text += PadLeft(Mask(50 + 300 * share, "0"), 5) + "\n";
+  }
+  Open(state, "70001.txt", text);
+}
+
 void OpenNative(benchmark::State& state) {
   SoundingRecord record;
   record.FileTag = "VEXA 5.7";
@@ -186,6 +204,7 @@ BENCHMARK(SoundingsOfADocument)->RangeMultiplier(2)->Range(50, 800)->Complexity(
 BENCHMARK(MessagesOfABulletin)->RangeMultiplier(4)->Range(50, 12800)->Complexity();
 BENCHMARK(ProfilesOfADocument)->RangeMultiplier(4)->Range(1000, 16000)->Complexity();
 BENCHMARK(OpenColumns)->Arg(150)->Arg(2867)->Unit(benchmark::kMicrosecond);
+BENCHMARK(OpenStation)->Arg(100)->Unit(benchmark::kMicrosecond);
 BENCHMARK(OpenNative)->Arg(150)->Arg(2867)->Unit(benchmark::kMicrosecond);
 BENCHMARK(OpenBufr)->Unit(benchmark::kMicrosecond);
 BENCHMARK(NamesOfColumns)->RangeMultiplier(4)->Range(1000, 64000)->Complexity();
