@@ -16,9 +16,11 @@ set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 set(CMAKE_CXX_FLAGS_INIT "-DZIP_STATIC -DPROJ_DLL=")
 set(CMAKE_EXE_LINKER_FLAGS_INIT "-static -wrapper ${CMAKE_CURRENT_LIST_DIR}/windows-linker")
 set(CMAKE_SHARED_LINKER_FLAGS_INIT "${CMAKE_EXE_LINKER_FLAGS_INIT}")
-find_program(VEXA_WINDOWS_AR llvm-ar)  # as much quicker where it is there
-if(VEXA_WINDOWS_AR)
+find_program(VEXA_WINDOWS_AR llvm-ar)  # as much quicker where they are there
+find_program(VEXA_WINDOWS_RANLIB llvm-ranlib)
+if(VEXA_WINDOWS_AR AND VEXA_WINDOWS_RANLIB)
   set(CMAKE_AR ${VEXA_WINDOWS_AR} CACHE FILEPATH "")
+  set(CMAKE_RANLIB ${VEXA_WINDOWS_RANLIB} CACHE FILEPATH "")
 endif()
 set(libraries $ENV{VEXA_WINDOWS_LIBRARIES}/lib)
 set(ZLIB_LIBRARY /usr/x86_64-w64-mingw32/lib/libz.a CACHE FILEPATH "")
