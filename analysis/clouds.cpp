@@ -233,7 +233,8 @@ Levels<CloudLayer> CloudTable(const std::vector<CloudDeck>& clouds, double groun
 }
 
 double LiftedCloud::Water(double press) const {
-  if (press >= basePress_) return 0;
+  constexpr double kRoundingShare = 1e-9;  // of a pressure that was found from a height
+  if (!(press < basePress_ * (1 - kRoundingShare))) return 0;
   const double temp = LiftSat(base_.ThetaE, press, over_).Temp;
   const double condensed = base_.MixingRatio - TabledMixingRatio(press, temp, over_);
   return 1000 * condensed * 100 * press / (kDryGasConstant * (temp + kKelvinOffset));

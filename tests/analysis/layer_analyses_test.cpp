@@ -22,6 +22,12 @@ TEST(Clouds, WaterAndMixingAsPublished) {
   EXPECT_NEAR(LiftedCloud(925, -5.2, water).Water(900), 0.2778, 1e-3);
   EXPECT_NEAR(LiftedCloud(850, 10, water).Water(800), 0.9585, 2e-3);
   EXPECT_NEAR(LiftedCloud(850, 10, water).Water(750), 1.8261, 2e-3);
+  // The base holds no water, nor does a pressure that rounding puts beside it.
+  for (const double base : {960.0, 850.0, 687.9, 556.8}) {
+    for (const double share : {1e-15, 1e-13, 1e-11}) {
+      EXPECT_EQ(LiftedCloud(base, -5, water).Water(base * (1 - share)), 0) << base << ' ' << share;
+    }
+  }
   const double heights[] = {0, 0.02, 0.1, 0.3, 0.6, 1, 1.5, 2};
   const double stratiform[] = {1, 0.78, 0.551, 0.398, 0.291, 0.230, 0.200, 0.200};
   for (std::size_t i = 0; i < std::size(heights); ++i) {
