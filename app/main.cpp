@@ -2,7 +2,7 @@
 #include "core/platform.h"
 
 int main(int argc, char** argv) {
-  vexa::KeepFreedMemory();
+  vexa::KeepFreedMemory(1);  // but no pixels of windows that have gone
   vexa::LetLargeWritesFail();
   vexa::PrintBytesAsTheyAre();
   vexa::EndInWords("vexa");

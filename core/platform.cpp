@@ -238,7 +238,7 @@ std::optional<std::string> EnvironmentText(const char* name) {
   return Utf8(value);
 }
 
-void KeepFreedMemory() {}
+void KeepFreedMemory(int) {}
 
 void LetLargeWritesFail() {}
 
@@ -415,11 +415,11 @@ std::optional<std::string> EnvironmentText(const char* name) {
   return std::string(value);
 }
 
-void KeepFreedMemory() {
+void KeepFreedMemory([[maybe_unused]] int largest) {
 #ifdef __GLIBC__
   constexpr int kMebibyte = 1 << 20;
-  ::mallopt(M_MMAP_THRESHOLD, 32 * kMebibyte);
-  ::mallopt(M_TRIM_THRESHOLD, 64 * kMebibyte);
+  ::mallopt(M_MMAP_THRESHOLD, largest * kMebibyte);
+  ::mallopt(M_TRIM_THRESHOLD, 2 * largest * kMebibyte);
 #endif
 }
 

@@ -83,7 +83,9 @@ std::optional<std::string> EnvironmentText(const char* name);
 /// Lets the program keep the memory it frees instead of handing it back at once: each analysis and
 /// each redraw needs the same arrays again, and fresh pages cost more than the arithmetic in them.
 /// To be called once, before work begins; without effect where the system keeps it anyway.
-void KeepFreedMemory();
+///
+/// largest  MiB of a block that is kept; larger ones go back
+void KeepFreedMemory(int largest = 32);
 
 /// From now on an error that nobody has dealt with, as when memory runs out, ends the program with
 /// a sentence on the error output and the exit code 1. To be called once, before work begins.
