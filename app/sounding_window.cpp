@@ -310,6 +310,7 @@ void SoundingWindow::PlaceAsBefore() {
 void SoundingWindow::LayOut() {
   layout()->activate();
   centralWidget()->layout()->activate();
+  FitDiagram();
 }
 
 void SoundingWindow::RememberPlace() {

@@ -79,18 +79,18 @@ bool AdiabatAgrees(const std::vector<double>& read, int number) {
 }
 
 constexpr ReferenceTable kTables[] = {
-    {"VEXA.IKO", "height, pressure, temperature", kHighest / kHeightStep + 1, StandardRecord,
+    {"VEXA.IKO", "height, pressure, temperature", kHighest / kHeightStep + 1, 3, StandardRecord,
      AgreesWith<StandardRecord>},
-    {"VEXA.WET", "a saturated adiabat", kAdiabats, AdiabatRecord, AdiabatAgrees},
-    {"VEXA.SAT", "temperature, vapour pressures", kWarmest - kColdest + 1, VaporRecord,
+    {"VEXA.WET", "a saturated adiabat", kAdiabats, 2 + (kBottom - kTop) / kPressStep, AdiabatRecord,
+     AdiabatAgrees},
+    {"VEXA.SAT", "temperature, vapour pressures", kWarmest - kColdest + 1, 3, VaporRecord,
      AgreesWith<VaporRecord>},
 };
 
 bool IsWhole(const ReferenceTable& table, const std::string& bytes) {
   SystemReader reader(std::string(table.File), bytes);
-  const std::size_t columns = table.Record(0).size();
   for (int i = 0; i < table.Records; ++i) {
-    const auto record = reader.NumberRecord(table.Holds, columns);
+    const auto record = reader.NumberRecord(table.Holds, table.Columns);
     if (!record || !table.Agrees(*record, i)) return false;
   }
   reader.ExpectEnd();

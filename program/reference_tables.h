@@ -21,6 +21,7 @@ struct ReferenceTable {
   std::string_view File{};
   std::string_view Holds{};  // what stands in a record
   int Records = 0;
+  std::size_t Columns = 0;
   std::vector<double> (*Record)(int number) = nullptr;  // by the formulas; counted from 0
   /// Whether a record read back is what the formulas give.
   bool (*Agrees)(const std::vector<double>& read, int number) = nullptr;
