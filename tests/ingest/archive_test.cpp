@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -113,6 +114,13 @@ TEST(SourceStream, SmallMembersTakeLittleRoom) {
     }
   }
   EXPECT_EQ(members, kMembers);
+  // One cut off has no list of its files: the reason is told, as where it is read whole.
+  const fs::path cut = folder.Path() / "cut.zip";
+  const std::string whole = ReadFile(folder.Path() / "small.zip").Value();
+  std::ofstream(cut, std::ios::binary) << whole.substr(0, whole.size() / 2);
+  stream = SourceStream::Open(cut, 1000);
+  ASSERT_FALSE(stream.Ok());
+  EXPECT_NE(stream.Error().Detail.find("cut.zip"), std::string::npos) << stream.Error().Detail;
 }
 
 // Archives in an archive share one room: together they unpack no more than 256 MB.
