@@ -10,6 +10,7 @@
 #include "analysis/adiabat_table.h"
 #include "core/error_report.h"
 #include "core/files.h"
+#include "core/letter_case.h"
 #include "core/numbers.h"
 #include "ingest/decoder.h"
 #include "sounding/sounding_source.h"
@@ -24,6 +25,11 @@ std::string Reason(const Fault& fault) {
   std::string text = fault.Detail.empty() ? FaultMessage(nobody, fault) : fault.Detail;
   std::ranges::replace(text, '\n', ' ');
   return text;
+}
+
+// A file with the ending of our own soundings is to be one, an empty one too.
+bool IsNamedAsSounding(const std::string& file) {
+  return Lower(TextFromPath(PathFromText(file).extension())) == ".raw";
 }
 
 // The files below a folder in the order of their names, one folder's names in memory at a time.
@@ -209,7 +215,8 @@ class Adder {
 
   // The file is done, with all its soundings or with what could be read.
   bool EndFile(const std::optional<Fault>& fault, bool wasNamed) {
-    const bool isOther = fault && fault->Number == kFaultFormat && !isBegun_ && !wasNamed;
+    const bool isOther = fault && fault->Number == kFaultFormat && !isBegun_ && !wasNamed &&
+                         !IsNamedAsSounding(file_.Path);
     if (isOther) {
       ++report_.OtherFiles;
       return true;

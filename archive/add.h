@@ -34,7 +34,7 @@ struct AddRequest {
 struct AddReport {
   std::int64_t Files = 0;  // entered, anew or for the first time
   std::int64_t UnchangedFiles = 0;
-  std::int64_t OtherFiles = 0;  // of folders, in none of the known formats
+  std::int64_t OtherFiles = 0;  // of folders, in none of the known formats by name and text
   std::int64_t TroubledFiles = 0;
   std::int64_t Soundings = 0;  // entered
   std::int64_t Doubtful = 0;   // of them: the check of the data finds fault

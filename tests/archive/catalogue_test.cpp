@@ -130,6 +130,7 @@ TEST_F(CatalogueOfFiles, ArchivesAreGoneThroughMemberByMember) {
 TEST_F(CatalogueOfFiles, TellsWhatCannotBeReadAndDoesTheRest) {
   Write(Data() / "damaged.txt", IgraSounding(72558, 1999, 6, 1, 0) + "#USM000725");
   Write(Data() / "notes.md", "nothing to see\n");
+  Write(Data() / "empty.RAW", "");
   std::string torn = IgraFile(72558, 3);
   torn.replace(torn.find("  150", torn.find("#", 1)), 5, "  1x0");
   Write(Data() / "torn.txt", torn);
@@ -144,10 +145,10 @@ TEST_F(CatalogueOfFiles, TellsWhatCannotBeReadAndDoesTheRest) {
   given.push_back(TextFromPath(At("missing.txt")));
   const AddReport report = Add(catalogue, given, request);
   EXPECT_EQ(report.OtherFiles, 1);     // the notes in the folder
-  EXPECT_EQ(report.TroubledFiles, 2);  // by name, and the one that is not there
+  EXPECT_EQ(report.TroubledFiles, 3);  // by name, the one that is not there, and the empty one
   EXPECT_EQ(report.Soundings, 15 + 1 + 2);
   EXPECT_EQ(report.Refused, 1);
-  EXPECT_EQ(told.size(), 3U);
+  EXPECT_EQ(told.size(), 4U);
   EXPECT_TRUE(CheckCatalogue(catalogue, false).Value().empty());
   EXPECT_EQ(Told(catalogue, "file has 'torn.txt'", {"sounding"}), "1 \n3 \n");
 }
