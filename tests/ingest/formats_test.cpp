@@ -342,6 +342,12 @@ TEST(IemJson, IsReadStrictlyButForNan) {
     EXPECT_LT(read.Failed->Detail.size(), 300u);
   }
   EXPECT_TRUE(DecodeText("j", "{\"profiles\": " + std::string(100000, '[')).Failed);
+  for (const char* levels : {"", ", \"profile\": 5"}) {
+    const Decoded none =
+        DecodeText("j", std::string("{\"profiles\": [{\"station\": \"KABC\"") + levels + "}]}");
+    ASSERT_TRUE(none.Failed) << levels;
+    EXPECT_EQ(none.Failed->Detail, "j: a profile without levels");
+  }
 }
 
 // Aloft a tenth of a hectopascal lasts for seconds: each has a wind at a height of its own, and the
