@@ -12,6 +12,7 @@
 #include "analysis/index_table.h"
 #include "app/qt_text.h"
 #include "core/numbers.h"
+#include "display/shown_texts.h"
 #include "program/readout.h"
 
 namespace vexa {
@@ -92,8 +93,8 @@ void AnalysisDock::Follow() {
   table_->setColumnHidden(kRank, usual == nullptr);
   for (int i = 0; i < table_->rowCount(); ++i) {
     const analysis::IndexValue& index = indices[static_cast<std::size_t>(i)];
-    const std::string value =
-        analysis::ShownValue(index, program_.Set, program_.Current.Record.ElevM);
+    const std::string value = display::WithPowers(
+        analysis::ShownValue(index, program_.Set, program_.Current.Record.ElevM));
     const diagram::UsualRank* rank = usual == nullptr ? nullptr : usual->Find(*index.Row);
     const QString texts[] = {
         ToQString(Trim(index.Row->Label)), ToQString(value),

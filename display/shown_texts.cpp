@@ -15,23 +15,6 @@ namespace {
 
 using analysis::LevelPoint;
 
-// Powers of the index table's units as people write them.
-std::string Written(std::string_view text) {
-  constexpr std::pair<std::string_view, std::string_view> kPowers[] = {
-      {"m2/s2", "m\xC2\xB2/s\xC2\xB2"},
-      {"m3/s3", "m\xC2\xB3/s\xC2\xB3"},
-      {"m/s2", "m/s\xC2\xB2"},
-      {"m2/s", "m\xC2\xB2/s"}};
-  std::string written(text);
-  for (const auto& [plain, power] : kPowers) {
-    const std::size_t at = written.find(plain);
-    if (at == written.npos) continue;
-    written.replace(at, plain.size(), power);
-    break;
-  }
-  return written;
-}
-
 // The part of the user's table that judges an index.
 analysis::SevereTable LimitsOf(const analysis::SevereTable& table, std::string_view label) {
   analysis::SevereTable part;
@@ -49,6 +32,22 @@ const analysis::IndexValue* ValueOf(const Shown& shown, std::string_view label) 
 }
 
 }  // namespace
+
+std::string WithPowers(std::string_view text) {
+  constexpr std::pair<std::string_view, std::string_view> kPowers[] = {
+      {"m2/s2", "m\xC2\xB2/s\xC2\xB2"},
+      {"m3/s3", "m\xC2\xB3/s\xC2\xB3"},
+      {"m/s2", "m/s\xC2\xB2"},
+      {"m2/s", "m\xC2\xB2/s"}};
+  std::string written(text);
+  for (const auto& [plain, power] : kPowers) {
+    const std::size_t at = written.find(plain);
+    if (at == written.npos) continue;
+    written.replace(at, plain.size(), power);
+    break;
+  }
+  return written;
+}
 
 std::string Texts::Press(const LevelPoint& level) const {
   if (!level.Exists()) return std::string(kNoValue);
@@ -108,7 +107,7 @@ SheetRow Texts::Index(std::string_view label, std::string_view name) const {
   // A scale in place of a unit says nothing behind a number.
   if (index.Unit.starts_with("1000 ")) index.Unit.clear();
   return {.Label = std::string(name.empty() ? value->Row->Name : name),
-          .Value = Written(index.Text()),
+          .Value = WithPowers(index.Text()),
           .Note = value->Reason.empty() ? "" : "n/a",
           .Index = std::string(Trim(value->Row->Label))};
 }

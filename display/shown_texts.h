@@ -25,6 +25,9 @@ struct Shown {
 
 inline constexpr std::string_view kNoValue = "--";
 
+/// A value with the powers of the index table's units, "m2/s2", as people write them.
+std::string WithPowers(std::string_view text);
+
 class Texts {
  public:
   explicit Texts(const Shown& shown) : Texts(shown, shown.Set.Heights) {}
