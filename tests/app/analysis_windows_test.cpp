@@ -54,6 +54,9 @@ TEST_F(AnalysisWindows, TheDockShowsAndExplainsEveryIndex) {
   ASSERT_EQ(table->rowCount(), static_cast<int>(program.Results.Indices.size()));
   EXPECT_EQ(table->item(0, 0)->text(), "KI");
   EXPECT_EQ(table->item(0, 1)->text(), "31.9 C");
+  const QList<QTableWidgetItem*> shear = table->findItems("BRN Shear", Qt::MatchExactly);
+  ASSERT_FALSE(shear.isEmpty());
+  EXPECT_TRUE(table->item(shear[0]->row(), 1)->text().endsWith(QString::fromUtf8("m²/s²")));
   table->setCurrentCell(0, 0);
   EXPECT_TRUE(
       dock->findChild<QPlainTextEdit*>("IndexExplanation")->toPlainText().contains("T 850 hPa"));
