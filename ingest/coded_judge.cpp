@@ -20,7 +20,7 @@ struct Bounds {
 
 // Somewhat wider than the records of radiosondes: the South Pole's ground below 600 hPa, deserts,
 // the polar night and the warmings of the upper stratosphere.
-constexpr Bounds kBounds[] = {{1100, -90, 60}, {850, -90, 50},   {700, -90, 35},  {600, -90, 25},
+constexpr Bounds kBounds[] = {{1100, -90, 62}, {850, -90, 50},   {700, -90, 35},  {600, -90, 25},
                               {500, -75, 8},   {400, -78, 0},    {300, -85, -8},  {250, -90, -20},
                               {200, -95, -28}, {100, -100, -30}, {50, -100, -20}, {20, -100, 0},
                               {10, -100, 15},  {1, -100, 40}};

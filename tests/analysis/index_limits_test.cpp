@@ -2,6 +2,7 @@
 // that the index table names; soundings are made so that only one thing lies near a limit.
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <string>
 
 #include "analysis/index_table.h"
@@ -32,6 +33,32 @@ TEST(IndexLimits, SIndexByVerticalTotals) {
                                              {300, -60, -70}});
     EXPECT_NEAR(NumberOf("S{TT}", sounding), 2 * c.Vertical - 7 - 5 - c.Term, 0.011) << c.Vertical;
   }
+}
+
+// The column reaches 300 hPa, whether or not a level lies there: at a dew point of -30 °C w is
+// 1.06 g/kg (0.508 hPa over water), so 10 hPa hold 0.0108 cm.
+TEST(IndexLimits, WaterIsThatBelow300Hpa) {
+  constexpr test::TempRow kGround{1000, 20, 10}, kMiddle{700, 0, -10}, kLast{310, -25, -30};
+  constexpr test::TempRow kAt300{300, -25, -30}, kBeyond{290, -25, -30}, kFar{250, -25, -30};
+  const double below310 = NumberOf("Water", Profile({kGround, kMiddle, kLast}));
+  for (const SoundingRecord& sounding : {Profile({kGround, kMiddle, kLast, kAt300}),
+                                         Profile({kGround, kMiddle, kLast, kBeyond}),
+                                         Profile({kGround, kMiddle, kLast, kAt300, kFar})}) {
+    EXPECT_NEAR(NumberOf("Water", sounding) - below310, 0.0108, 2e-4);
+  }
+}
+
+// 13 kt times the root of what the lifted air is warmer by at 600 hPa, however little that is.
+TEST(IndexLimits, GustsBeginWithTheLeastBuoyancy) {
+  const auto gust = [](double aloft) {
+    return NumberOf("T1Gust",
+                    Profile({{1000, 30, 20}, {850, 16, 8}, {600, aloft, -30}, {300, -45, -60}}));
+  };
+  const double excess = std::pow(gust(-5) / 13, 2);
+  ASSERT_GT(excess, 1);
+  EXPECT_NEAR(gust(-5 + excess - 0.5), 9.19, 0.05);
+  EXPECT_NEAR(gust(-5 + excess - 0.1), 4.11, 0.1);
+  EXPECT_EQ(gust(-5 + excess + 0.05), 0);
 }
 
 TEST(IndexLimits, HainesByVariantLapseAndDepression) {

@@ -431,6 +431,7 @@ TEST(AdiabatTable, PiecesAddUpToTheAdiabatThatIsBlended) {
 // Every level's descent, walked by whole hPa with the search for the saturated temperature at each.
 TEST(Downdraft, BeginsAtTheLevelThatGivesTheMost) {
   SoundingRecord sounding;
+  AdiabatTable table;
   std::mt19937 random(99);
   std::uniform_real_distribution<double> depression(0, 25);
   for (double press = 987.6; press > 420; press -= 31.7) {
@@ -470,6 +471,7 @@ TEST(Downdraft, BeginsAtTheLevelThatGivesTheMost) {
       ASSERT_GT(best, 2);
       EXPECT_EQ(results.Descent.Source.Press, levels.Press(best));
       EXPECT_NEAR(results.Descent.Energy, most, 0.2);
+      EXPECT_NEAR(Analyse(sounding, options, table).Descent.Energy, most, 0.4);
     }
   }
 }

@@ -92,7 +92,8 @@ TEST(SevereTable, IsKeptAndRestored) {
   const test::TemporaryFolder folder;
   const auto path = folder.Path() / "day.TBL";
   SevereTable table{"Gewitter, Süd", {DefaultSevereRow(25), DefaultSevereRow(2)}};
-  table.Rows[0].Limits.From = {-1.5, -3, -5.25};
+  table.Rows[0].Limits.From = {-1.5, -1.5, -5.25};  // two colours may share a limit
+  table.Rows[1].Limits.From = {75, 100, 100};
   ASSERT_FALSE(SaveTable(path, table));
   const Outcome<SevereTable> back = RestoreTable(path);
   ASSERT_TRUE(back) << back.Error().Detail;
@@ -100,7 +101,7 @@ TEST(SevereTable, IsKeptAndRestored) {
 
   EXPECT_EQ(ReadFile(path).Value(),
             "\"This is a VEXA system file -- Do Not Alter.\"\r\n\"Gewitter, Süd\",2\r\n"
-            "\"LI\",-1.5,-3,-5.25,0,0,0\r\n\"200mb Wind\",75,100,125,0,0,0\r\n");
+            "\"LI\",-1.5,-1.5,-5.25,0,0,0\r\n\"200mb Wind\",75,100,100,0,0,0\r\n");
 
   struct Case {
     const char* about;

@@ -10,6 +10,7 @@
 #include "core/data_checks.h"
 #include "core/station_list.h"
 #include "ingest/coded_heights.h"
+#include "ingest/coded_judge.h"
 #include "ingest/decoded.h"
 #include "support/soundings.h"
 
@@ -29,6 +30,23 @@ void ExpectWinds(const SoundingRecord& record, const std::vector<WindRow>& rows)
     EXPECT_NEAR(record.WindHgt(i), row.Height, 1) << i;
     EXPECT_EQ(record.WindDir(i), row.Dir) << i;
     EXPECT_EQ(record.WindSpd(i), row.Spd) << i;
+  }
+}
+
+// What has been measured is possible: the records at the ground, the cold of a polar winter and of
+// tropical tropopauses, the warmth of the upper stratosphere. What lies far outside is not.
+TEST(CodedParts, PossibleIsWhatHasBeenMeasured) {
+  const struct {
+    double Press, Coldest, Warmest;  // hPa, °C
+  } measured[] = {{1050, -68, 50}, {1010, -60, 56.7}, {925, -55, 45},  {850, -50, 38},
+                  {700, -50, 24},  {500, -55, 2},     {400, -60, -8},  {250, -75, -32},
+                  {150, -85, -40}, {100, -93, -42},   {70, -95, -40},  {30, -95, -20},
+                  {10, -90, 5},    {5, -85, 12},      {2, -75, 15}};
+  for (const auto& row : measured) {
+    EXPECT_TRUE(IsPossibleTemp(row.Press, row.Coldest)) << row.Press;
+    EXPECT_TRUE(IsPossibleTemp(row.Press, row.Warmest)) << row.Press;
+    EXPECT_FALSE(IsPossibleTemp(row.Press, row.Coldest - 50)) << row.Press;
+    EXPECT_FALSE(IsPossibleTemp(row.Press, row.Warmest + 30)) << row.Press;
   }
 }
 
