@@ -27,8 +27,8 @@ TEST(HailTable, RowsAndColumnsAddUpAsPrinted) {
   EXPECT_EQ(columns, kColumns);
 }
 
-// The published example is a cloud of 6 degrees over a descent of 21: one inch. Cells reach half-way
-// to their neighbours, the last ones as far as anything goes.
+// The published example is a cloud of 6 degrees over a descent of 21: one inch. Cells reach
+// half-way to their neighbours, the last ones as far as anything goes.
 TEST(HailTable, CellsReachHalfWay) {
   EXPECT_EQ(HailDiameter(6, 21), 25);
   EXPECT_EQ(HailDiameter(6, 22.4), 25);

@@ -41,9 +41,9 @@ TEST(IndexLimits, WaterIsThatBelow300Hpa) {
   constexpr test::TempRow kGround{1000, 20, 10}, kMiddle{700, 0, -10}, kLast{310, -25, -30};
   constexpr test::TempRow kAt300{300, -25, -30}, kBeyond{290, -25, -30}, kFar{250, -25, -30};
   const double below310 = NumberOf("Water", Profile({kGround, kMiddle, kLast}));
-  for (const SoundingRecord& sounding : {Profile({kGround, kMiddle, kLast, kAt300}),
-                                         Profile({kGround, kMiddle, kLast, kBeyond}),
-                                         Profile({kGround, kMiddle, kLast, kAt300, kFar})}) {
+  for (const SoundingRecord& sounding :
+       {Profile({kGround, kMiddle, kLast, kAt300}), Profile({kGround, kMiddle, kLast, kBeyond}),
+        Profile({kGround, kMiddle, kLast, kAt300, kFar})}) {
     EXPECT_NEAR(NumberOf("Water", sounding) - below310, 0.0108, 2e-4);
   }
 }

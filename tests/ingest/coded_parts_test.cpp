@@ -38,9 +38,9 @@ void ExpectWinds(const SoundingRecord& record, const std::vector<WindRow>& rows)
 TEST(CodedParts, PossibleIsWhatHasBeenMeasured) {
   const struct {
     double Press, Coldest, Warmest;  // hPa, °C
-  } measured[] = {{1050, -68, 50}, {1010, -60, 56.7}, {925, -55, 45},  {850, -50, 38},
-                  {700, -50, 24},  {500, -55, 2},     {400, -60, -8},  {250, -75, -32},
-                  {150, -85, -40}, {100, -93, -42},   {70, -95, -40},  {30, -95, -20},
+  } measured[] = {{1050, -68, 50}, {1010, -60, 56.7}, {925, -55, 45}, {850, -50, 38},
+                  {700, -50, 24},  {500, -55, 2},     {400, -60, -8}, {250, -75, -32},
+                  {150, -85, -40}, {100, -93, -42},   {70, -95, -40}, {30, -95, -20},
                   {10, -90, 5},    {5, -85, 12},      {2, -75, 15}};
   for (const auto& row : measured) {
     EXPECT_TRUE(IsPossibleTemp(row.Press, row.Coldest)) << row.Press;
