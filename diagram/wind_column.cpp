@@ -134,8 +134,7 @@ std::vector<bool> ChooseWinds(const std::vector<Reach>& reaches,
     for (const std::size_t i : stays) chosen[i] = true;
     return chosen;
   }
-  // Symbols nest a little, those that stay half. Only those that begin less than the longest reach
-  // above can meet one.
+  // Only those that begin less than the longest reach above can meet one.
   std::multimap<double, std::size_t> byTop;  // the chosen ones
   double longest = 0;
   for (const Reach& reach : reaches) longest = std::max(longest, reach.Bottom - reach.Top);
@@ -151,8 +150,9 @@ std::vector<bool> ChooseWinds(const std::vector<Reach>& reaches,
     chosen[i] = true;
     byTop.emplace(mine.Top, i);
   };
-  for (const std::size_t i : stays) choose(i, 0.5);
-  for (std::size_t i = 0; i < reaches.size(); ++i) choose(i, 0.15);
+  constexpr double kSamePlace = 0.9, kNesting = 0.15;  // of the smaller symbol
+  for (const std::size_t i : stays) choose(i, kSamePlace);
+  for (std::size_t i = 0; i < reaches.size(); ++i) choose(i, kNesting);
   return chosen;
 }
 

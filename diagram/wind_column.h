@@ -17,7 +17,7 @@ struct Reach {
 
 /// Which winds are drawn on the one axis: every n-th of the options and those that stay, or, where
 /// the options say 0, those that stay and all that stand clear of the ones already chosen. A wind
-/// that stays gives way only to another one in its very place.
+/// that stays gives way only to another one in its very place, nine tenths behind it.
 ///
 /// reaches  of the winds' symbols, lowest wind first
 /// stays    the winds that are looked for by name, the most important first

@@ -139,7 +139,11 @@ TEST(WindColumn, ThinsWindsOnlyWhereTheyCrowd) {
   std::vector<Reach> pairs = spaced(8, 100);
   for (const std::size_t close : {2U, 5U}) pairs.insert(pairs.begin() + close, pairs[close]);
   EXPECT_EQ(drawn(pairs, {}, 0), 8) << "close pairs cost nothing but their second winds";
-  EXPECT_TRUE(ChooseWinds(spaced(99, 25), {50}, 0)[50]) << "one that is looked for by name";
+  // Those looked for by name stay, also close to each other: the ground and 1000 hPa. In one place
+  // the more important one does.
+  const std::vector<bool> chosen = ChooseWinds(spaced(99, 10), {0, 1, 50}, 0);
+  EXPECT_TRUE(chosen[0] && chosen[1] && chosen[50]);
+  EXPECT_EQ(ChooseWinds(spaced(2, 1), {1, 0}, 0), (std::vector<bool>{false, true}));
 }
 
 // "3000 m: 270/110 kts": what the pointer reads at the winds that are drawn, lowest first.
