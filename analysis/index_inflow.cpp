@@ -1,5 +1,6 @@
 // The air that storms draw in: the effective layer, its winds, and how the wind turns near the
 // ground.
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 #include <string>

@@ -2,9 +2,13 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <stdexcept>
+#include <vector>
 
 #include "analysis/analysis_settings.h"
+#include "analysis/column_air.h"
+#include "analysis/column_math.h"
 #include "analysis/moist_air.h"
 #include "analysis/vapor_table.h"
 #include "core/markers.h"
@@ -15,147 +19,193 @@ namespace {
 
 constexpr double kMetersPerKelvin = kDryGasConstant / kGravity;
 constexpr double kLogReference = 6.907755278982137;  // ln 1000
+constexpr double kNoNumber = std::numeric_limits<double>::quiet_NaN();
 
-// What the quantities of a level share: the logarithms are taken once.
-struct LevelLogs {
-  double Press = 0;    // ln p
-  double Poisson = 0;  // 0.2856 ln(1000/p)
+enum class Wanted { Heights, All };
+
+// The temperature from which potential temperatures come, K: in single precision.
+double ThetaTemp(double temp) {
+  return static_cast<double>(static_cast<float>(temp + kKelvinOffset));
+}
+
+VEXA_WIDE void FillLogs(const double* pressures, std::size_t count, double* logs) {
+  for (std::size_t i = 0; i < count; ++i) logs[i] = ColumnLog(pressures[i] > 0 ? pressures[i] : 1);
+}
+
+// As DryTheta has it.
+VEXA_WIDE void FillThetas(const double* logs, const double* pressures, const double* temps,
+                          std::size_t count, double* thetas) {
+  for (std::size_t i = 0; i < count; ++i) {
+    const double tempK = ThetaTemp(temps[i]);
+    const double theta = tempK * ColumnExp(kPoisson * (kLogReference - logs[i]));
+    thetas[i] = (pressures[i] > 0) & (tempK > 0) ? theta : 0;
+  }
+}
+
+// Columns of neighbouring levels whose air is as it is met: what moist_air.h gives for each, with
+// the vapour pressures from the table.
+struct MoistRun {
+  std::size_t Count;
+  const double* Press;  // hPa
+  const double* Temp;   // °C
+  const double* Dewpt;  // °C
+  const double* Theta;  // K
+
+  double* MixingRatio;  // kg/kg
+  double* VirtualTemp;  // °C
+  double* RelHumidity;  // %
+  double* Heat;         // ln of what the air's temperature grows by when its vapour condenses
+  double* ThetaE;       // K
+  double* WetBulb;      // °C; not a number where the steps towards it were too few
+
+  MoistRun Part(std::size_t from, std::size_t count) const {
+    return {count,        Press + from,       Temp + from,        Dewpt + from,
+            Theta + from, MixingRatio + from, VirtualTemp + from, RelHumidity + from,
+            Heat + from,  ThetaE + from,      WetBulb + from};
+  }
 };
 
-// A level, with what moist air needs of it.
-struct DryLevel {
-  double Press = 0;  // hPa
-  double Temp = 0;   // °C
-  double Dewpt = 0;  // °C
-  double Theta = 0;  // K
-  LevelLogs Logs{};
-};
+VEXA_WIDE void FillMoisture(MoistRun run, ColumnVapor table) {
+  VEXA_INDEPENDENT
+  for (std::size_t i = 0; i < run.Count; ++i) {
+    const double temp = run.Temp[i];
+    const double dewpt = run.Dewpt[i];
+    const double vapor = table.At(dewpt, dewpt + kKelvinOffset).Pressure;
+    const double saturation = table.At(temp, temp + kKelvinOffset).Pressure;
+    const double dry = run.Press[i] - vapor;
+    const double mixing = dry == 0 ? 0 : kEpsilon * vapor / dry;
+    run.MixingRatio[i] = mixing;
+    run.VirtualTemp[i] = VirtualTempOf(temp, mixing);
+    run.RelHumidity[i] = 100 * vapor / saturation;
+  }
+}
 
-struct MoistLevel {
-  double MixingRatio = 0;  // kg/kg
-  double VirtualTemp = 0;  // °C
-  double RelHumidity = 0;  // %
-  double ThetaE = 0;       // K
-  double WetBulb = 0;      // °C
-};
-
-// The moist quantities of levels as moist_air.h defines them, with the vapour pressures from the
-// table and Normand's rule solved from where the level below left off.
-class MoistWalk {
- public:
-  explicit MoistWalk(SaturationOver over) : over_(over) {}
-
-  MoistLevel At(const DryLevel& level) {
-    MoistLevel moist;
-    const double temp = level.Temp;
-    const double dewpt = std::min(level.Dewpt, temp);
-    const double vapor = TabledSatVapor(level.Dewpt, over_);
-    const double saturation = TabledSatVapor(temp, over_);
-    const double dry = level.Press - vapor;
-    moist.MixingRatio = dry == 0 ? 0 : kEpsilon * vapor / dry;
-    moist.VirtualTemp = VirtualTemp(temp, moist.MixingRatio);
-    moist.RelHumidity = saturation > 0 ? 100 * vapor / saturation : 0;
-
-    const double lclTemp = Condense(temp, dewpt);
+// θe of the condensation point, up to which the potential temperature stays.
+VEXA_WIDE void FillThetaE(MoistRun run, ColumnVapor table) {
+  VEXA_INDEPENDENT
+  for (std::size_t i = 0; i < run.Count; ++i) {
+    const double temp = run.Temp[i];
+    const double lclTemp = CondensedTemp(temp, std::min(run.Dewpt[i], temp));
     const double lclTempK = lclTemp + kKelvinOffset;
-    // What is out of the ordinary goes through the routines with all their guards.
-    if (!(level.Press >= 1 && lclTempK > 150 && level.Theta > 0)) return Guarded(level, moist);
-    // Dry up to the condensation level the potential temperature stays.
-    const double logTheta = std::log(level.Theta);
-    const double logLclTemp = std::log(lclTempK);
-    const double logLcl =
-        std::min(level.Logs.Press, kLogReference + (logLclTemp - logTheta) / kPoisson);
-    const double lclPress = std::exp(logLcl);
-    const double lclVapor = TabledSatVapor(lclTemp, over_);
-    if (!(lclVapor < 0.25 * lclPress)) return Guarded(level, moist);
-    const double mixing = kEpsilon * lclVapor / (lclPress - lclVapor);
-    const double logThetaE =
-        logLclTemp + kPoisson * (kLogReference - logLcl) + kLatentFactor * mixing / lclTempK;
-    moist.ThetaE = std::exp(logThetaE);
-    const double found = Lowered(logThetaE, level.Press, level.Logs.Poisson, temp, dewpt);
-    moist.WetBulb = std::clamp(found, dewpt, temp);
-    share_ = temp > dewpt ? (moist.WetBulb - dewpt) / (temp - dewpt) : share_;
-    return moist;
+    const double cooling = LogOfRatio(lclTempK, ThetaTemp(temp));
+    const double lclPress = run.Press[i] * ColumnExp(std::min(cooling, 0.0) / kPoisson);
+    const double vapor = table.At(lclTemp, lclTempK).Pressure;
+    const double mixing = kEpsilon * vapor / (lclPress - vapor);
+    const double heat = kLatentFactor * mixing / lclTempK + std::max(cooling, 0.0);
+    const bool boils = !(vapor < 0.25 * lclPress);
+    run.Heat[i] = boils ? kNoNumber : heat;
+    run.ThetaE[i] = run.Theta[i] * ColumnExp(boils ? 0 : heat);
   }
-
- private:
-  MoistLevel Guarded(const DryLevel& level, MoistLevel moist) const {
-    moist.ThetaE = LevelThetaE(level.Press, level.Temp, level.Dewpt, over_);
-    moist.WetBulb = WetBulb(level.Press, level.Temp, level.Dewpt, over_);
-    return moist;
-  }
-
-  // Newton steps along the saturated adiabat from the last level's place between Td and T.
-  double Lowered(double logThetaE, double press, double logPoisson, double temp,
-                 double dewpt) const {
-    constexpr int kSteps = 6;
-    constexpr double kShort = 0.003;  // K; what a step this short leaves is below 1e-6 K
-    double tempK = dewpt + share_ * (temp - dewpt) + kKelvinOffset;
-    double logTempK = std::log(tempK);
-    for (int step = 0; step < kSteps; ++step) {
-      const VaporPoint vapor = TabledVapor(FormulaAt(over_, tempK - kKelvinOffset), tempK);
-      if (!(vapor.Pressure < 0.3 * press)) break;
-      const AdiabatPoint point = AdiabatWith(vapor, tempK, logTempK, press, logPoisson);
-      const double change = (logThetaE - point.LogThetaE) / point.Slope;
-      tempK += change;
-      if (std::fabs(change) < kShort) return tempK - kKelvinOffset;
-      if (!(tempK > 120 && tempK < 400)) break;
-      logTempK = LogAfter(logTempK, change / tempK, tempK);
-    }
-    return LiftSat(std::exp(logThetaE), press, over_).Temp;
-  }
-
-  // ln of a temperature a small share away from one whose logarithm is known.
-  static double LogAfter(double log, double share, double tempK) {
-    constexpr double kSmall = 2e-3;  // the series then leaves less than 1e-12
-    if (!(std::fabs(share) < kSmall)) return std::log(tempK);
-    return log + share * (1 + share * (0.5 + share * (1.0 / 3 + share / 4)));
-  }
-
-  SaturationOver over_;
-  double share_ = 0.5;
-};
-
-double VirtualTempAt(double press, double temp, double dewpt, SaturationOver over) {
-  if (NotAvailable(dewpt)) return temp;
-  const double vapor = TabledSatVapor(dewpt, over);
-  const double dry = press - vapor;
-  return VirtualTemp(temp, dry == 0 ? 0 : kEpsilon * vapor / dry);
 }
 
-// The hypsometric equation; Hess (1959). 0 where there is no pressure.
-double Thickness(double lowPress, double highPress, double logRatio, double virtualLow,
-                 double virtualHigh) {
-  if (!(lowPress > 0) || !(highPress > 0)) return 0;
-  return kMetersPerKelvin * ((virtualLow + virtualHigh) / 2 + kKelvinOffset) * logRatio;
+// A step of Halley's towards the temperature, K, at which the saturated adiabat of a heat comes
+// through a pressure: the third power of the error is left of it.
+inline double StepToWetBulb(double wetK, ColumnVapor table, double press, double tempK,
+                            double heat) {
+  const ColumnVapor::Point vapor = table.At(wetK - kKelvinOffset, wetK);
+  const double inverse = 1 / wetK;
+  const double dryShare = 1 / (press - vapor.Pressure);
+  const double latent = kLatentFactor * kEpsilon * vapor.Pressure * dryShare * inverse;
+  const double growth = press * dryShare * vapor.Slope / vapor.Pressure;  // of the mixing ratio
+  const double error = LogOfRatio(wetK, tempK) + latent - heat;
+  const double slope = inverse + latent * (growth - inverse);
+  const double bend =
+      latent * (growth * (growth + vapor.Slope * dryShare) - 2 * inverse * (2 * growth - inverse)) -
+      inverse * inverse;
+  return 2 * error * slope / (2 * slope * slope - error * bend);
 }
 
-// Potential temperature as DryTheta has it, from a logarithm that is at hand.
-double ThetaOf(double press, double temp, const LevelLogs& logs) {
-  const auto tempK = static_cast<double>(static_cast<float>(temp + kKelvinOffset));
-  return press > 0 && tempK > 0 ? tempK * std::exp(logs.Poisson) : 0;
+// Near the wet-bulb temperature, °C: where the heat for evaporating as much as has come to the air,
+// quadratic in the rise above the dew point, is what the air has cooled by. The vapour pressure's
+// logarithm rises as Magnus has it.
+inline double NearWetBulb(double temp, double dewpt, double mixingRatio) {
+  constexpr double kMagnus = 4098, kMagnusTemp = 237.3;  // °C
+  const double above = dewpt + kMagnusTemp;
+  const double growth = (1 + mixingRatio / kEpsilon) * kMagnus / (above * above);
+  const double cooled = 1 + kLatentFactor * mixingRatio * growth;
+  const double bend = 2 * (cooled - 1) * growth * (temp - dewpt);
+  return dewpt + 2 * (temp - dewpt) / (cooled + std::sqrt(cooled * cooled + bend));
 }
 
-}  // namespace
-
-Levels<double> DeriveHeights(const SoundingRecord& sounding, SaturationOver over) {
-  Levels<double> heights;
-  double pressBelow = 0, logBelow = 0, virtualBelow = 0;
-  for (int i = 1; i <= sounding.NumTempLevels(); ++i) {
-    const double press = sounding.Press(i);
-    const double logPress = press > 0 ? std::log(press) : 0;
-    const double virtualTemp = VirtualTempAt(press, sounding.Temp(i), sounding.Dewpt(i), over);
-    heights.Add(i == 1 ? sounding.ElevM
-                       : heights.Top() + Thickness(pressBelow, press, logBelow - logPress,
-                                                   virtualBelow, virtualTemp));
-    pressBelow = press;
-    logBelow = logPress;
-    virtualBelow = virtualTemp;
+// Normand's rule: down the saturated adiabat from the condensation point.
+VEXA_WIDE void FillWetBulb(MoistRun run, ColumnVapor table) {
+  constexpr double kFar = 0.05;  // K; a last step this long leaves 1e-6 K
+  VEXA_INDEPENDENT
+  for (std::size_t i = 0; i < run.Count; ++i) {
+    const double press = run.Press[i];
+    const double temp = run.Temp[i];
+    const double tempK = ThetaTemp(temp);
+    const double dewpt = std::min(run.Dewpt[i], temp);
+    const double heat = run.Heat[i];
+    // Where it lies whatever comes out, and so on the ladder.
+    const double lowest = dewpt + kKelvinOffset, highest = temp + kKelvinOffset;
+    const double near = NearWetBulb(temp, dewpt, run.MixingRatio[i]) + kKelvinOffset;
+    const double start = std::min(highest, std::max(lowest, near));
+    const double next = start - StepToWetBulb(start, table, press, tempK, heat);
+    const double wetK = std::min(highest, std::max(lowest, next));
+    const double change = StepToWetBulb(wetK, table, press, tempK, heat);
+    const double wetBulb = std::min(std::max(wetK - change - kKelvinOffset, dewpt), temp);
+    run.WetBulb[i] = std::fabs(change) < kFar ? wetBulb : kNoNumber;
   }
-  return heights;
 }
 
-LevelProfile DeriveLevels(const SoundingRecord& sounding, const AnalysisSettings& options) {
+// Neither near absolute zero nor too dry for the condensation point to be near.
+bool IsOrdinaryAir(double press, double temp, double dewpt) {
+  constexpr double kColdest = -110, kWarmest = 60;  // °C
+  constexpr double kDriest = 60;                    // K
+  return press >= 1 && temp > kColdest && temp < kWarmest && dewpt > kColdest && dewpt < kWarmest &&
+         temp - dewpt < kDriest;
+}
+
+// What is out of the ordinary goes through the routines with all their guards.
+void FillGuarded(const MoistRun& run, std::size_t at, SaturationOver over, Wanted wanted) {
+  const double press = run.Press[at], temp = run.Temp[at], dewpt = run.Dewpt[at];
+  const double saturation = TabledSatVapor(temp, over);
+  const double mixing = TabledMixingRatio(press, dewpt, over);
+  run.MixingRatio[at] = mixing;
+  run.VirtualTemp[at] = VirtualTempOf(temp, mixing);
+  run.RelHumidity[at] = saturation > 0 ? 100 * TabledSatVapor(dewpt, over) / saturation : 0;
+  if (wanted == Wanted::Heights) return;
+  run.ThetaE[at] = LevelThetaE(press, temp, dewpt, over);
+  run.WetBulb[at] = WetBulb(press, temp, dewpt, over);
+}
+
+void FillOrdinary(const MoistRun& run, SaturationOver over, Wanted wanted) {
+  const ColumnVapor table(over);
+  FillMoisture(run, table);
+  if (wanted == Wanted::Heights) return;
+  FillThetaE(run, table);
+  FillWetBulb(run, table);
+  for (std::size_t i = 0; i < run.Count; ++i) {
+    if (std::isnan(run.WetBulb[i])) FillGuarded(run, i, over, wanted);
+  }
+}
+
+// Levels with a dew point, run by run; the others keep what they have.
+void FillMoist(const MoistRun& all, SaturationOver over, Wanted wanted) {
+  std::size_t from = 0;
+  for (std::size_t i = 0; i <= all.Count; ++i) {
+    if (i < all.Count && IsOrdinaryAir(all.Press[i], all.Temp[i], all.Dewpt[i])) continue;
+    if (i > from) FillOrdinary(all.Part(from, i - from), over, wanted);
+    if (i < all.Count && !NotAvailable(all.Dewpt[i])) FillGuarded(all, i, over, wanted);
+    from = i + 1;
+  }
+}
+
+// The hypsometric equation; Hess (1959). No thickness where there is no pressure.
+void FillHeights(const double* pressures, const double* logs, const double* virtuals, double ground,
+                 std::size_t count, double* heights) {
+  if (count == 0) return;
+  heights[0] = ground;
+  for (std::size_t i = 1; i < count; ++i) {
+    const double mean = (virtuals[i - 1] + virtuals[i]) / 2 + kKelvinOffset;
+    const bool hasPress = pressures[i - 1] > 0 && pressures[i] > 0;
+    const double thickness = kMetersPerKelvin * mean * (logs[i - 1] - logs[i]);
+    heights[i] = heights[i - 1] + (hasPress ? thickness : 0);
+  }
+}
+
+LevelProfile Derive(const SoundingRecord& sounding, SaturationOver over, Wanted wanted) {
   const int count = sounding.NumTempLevels();
   if (sounding.Temp.Count() < count || sounding.Dewpt.Count() < count) {
     throw std::out_of_range("level arrays of different lengths");
@@ -164,42 +214,45 @@ LevelProfile DeriveLevels(const SoundingRecord& sounding, const AnalysisSettings
   levels.Press = sounding.Press;
   levels.Temp = sounding.Temp;
   levels.Dewpt = sounding.Dewpt;
-  for (Levels<double>* array : {&levels.Height, &levels.WetBulb, &levels.ThetaE, &levels.Theta,
-                                &levels.VirtualTemp, &levels.MixingRatio, &levels.RelHumidity}) {
-    array->Resize(count, kMissing);
-  }
-  levels.LogPress.Resize(count, 0);
+  levels.VirtualTemp = sounding.Temp;
+  levels.VirtualTemp.Resize(count);
+  const auto column = [count](Levels<double>& array) {
+    array.Resize(count, kMissing);
+    return array.Values().data();
+  };
+  const auto size = static_cast<std::size_t>(count);
   const double* pressures = levels.Press.Values().data();
   const double* temps = levels.Temp.Values().data();
-  const double* dewpts = levels.Dewpt.Values().data();
-  double* logs = levels.LogPress.Values().data();
-  double* thetas = levels.Theta.Values().data();
+  double* logs = column(levels.LogPress);
+  double* thetas = column(levels.Theta);
   double* virtuals = levels.VirtualTemp.Values().data();
-  double* heights = levels.Height.Values().data();
-  MoistWalk walk(options.Saturation);
-  for (std::size_t i = 0; i < static_cast<std::size_t>(count); ++i) {
-    DryLevel level{.Press = pressures[i], .Temp = temps[i], .Dewpt = dewpts[i]};
-    if (level.Press > 0) {
-      level.Logs.Press = std::log(level.Press);
-      level.Logs.Poisson = kPoisson * (kLogReference - level.Logs.Press);
-    }
-    level.Theta = ThetaOf(level.Press, level.Temp, level.Logs);
-    logs[i] = level.Logs.Press;
-    thetas[i] = level.Theta;
-    virtuals[i] = level.Temp;
-    if (!NotAvailable(level.Dewpt)) {
-      const MoistLevel moist = walk.At(level);
-      virtuals[i] = moist.VirtualTemp;
-      levels.MixingRatio.Values()[i] = moist.MixingRatio;
-      levels.RelHumidity.Values()[i] = moist.RelHumidity;
-      levels.ThetaE.Values()[i] = moist.ThetaE;
-      levels.WetBulb.Values()[i] = moist.WetBulb;
-    }
-    heights[i] =
-        i == 0 ? sounding.ElevM
-               : heights[i - 1] + Thickness(pressures[i - 1], pressures[i], logs[i - 1] - logs[i],
-                                            virtuals[i - 1], virtuals[i]);
-  }
+  FillLogs(pressures, size, logs);
+  FillThetas(logs, pressures, temps, size, thetas);
+  std::vector<double> heats(size);
+  FillMoist({.Count = size,
+             .Press = pressures,
+             .Temp = temps,
+             .Dewpt = levels.Dewpt.Values().data(),
+             .Theta = thetas,
+             .MixingRatio = column(levels.MixingRatio),
+             .VirtualTemp = virtuals,
+             .RelHumidity = column(levels.RelHumidity),
+             .Heat = heats.data(),
+             .ThetaE = column(levels.ThetaE),
+             .WetBulb = column(levels.WetBulb)},
+            over, wanted);
+  FillHeights(pressures, logs, virtuals, sounding.ElevM, size, column(levels.Height));
+  return levels;
+}
+
+}  // namespace
+
+Levels<double> DeriveHeights(const SoundingRecord& sounding, SaturationOver over) {
+  return Derive(sounding, over, Wanted::Heights).Height;
+}
+
+LevelProfile DeriveLevels(const SoundingRecord& sounding, const AnalysisSettings& options) {
+  LevelProfile levels = Derive(sounding, options.Saturation, Wanted::All);
   levels.PressFalls = std::ranges::is_sorted(levels.Press.Values(), std::ranges::greater{});
   levels.HeightRises = std::ranges::is_sorted(levels.Height.Values());
   return levels;

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <numbers>
 
+#include "analysis/column_air.h"
 #include "analysis/saturated_point.h"
 #include "analysis/vapor_table.h"
 #include "core/numbers.h"
@@ -76,9 +77,7 @@ PointThermo ThetaPoint(double press, double temp, SaturationOver over) {
 }
 
 double Condense(double temp, double dewpt) {
-  const double depression = temp - dewpt;
-  return temp - depression * (1.2185 + 0.001278 * temp +
-                              depression * (-0.00219 + 1.173e-5 * depression - 5.2e-6 * temp));
+  return CondensedTemp(temp, dewpt);
 }
 
 LiftSatResult LiftSat(double thetaE, double press, SaturationOver over, std::string* trace) {
@@ -164,7 +163,7 @@ double DewpointFromMixingRatio(double press, double mixingRatio, SaturationOver 
 }
 
 double VirtualTemp(double temp, double mixingRatio) {
-  return (temp + kKelvinOffset) * (1 + mixingRatio / kEpsilon) / (1 + mixingRatio) - kKelvinOffset;
+  return VirtualTempOf(temp, mixingRatio);
 }
 
 double RelativeHumidity(double temp, double dewpt, SaturationOver over) {

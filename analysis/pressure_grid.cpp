@@ -45,6 +45,10 @@ PressureGrid MakePressureGrid(const LevelProfile& levels) {
   std::size_t low = 0;  // the level below the layer in work
   for (std::size_t high = 0; high < pressures.size(); ++high) {
     if (high > 0 && !(pressures[high] < pressures[low] && pressures[high] > 0)) continue;
+    if (pressures[high] > grid.Bottom - static_cast<double>(filled)) {  // no whole pressure between
+      low = high;
+      continue;
+    }
     // The whole pressures of the layer, its upper level among them.
     const double above = std::floor(grid.Bottom - pressures[high]) + 1;
     const auto end = static_cast<std::size_t>(

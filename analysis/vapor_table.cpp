@@ -5,20 +5,23 @@
 namespace vexa::analysis {
 namespace {
 
-VaporLadder MakeLadder(VaporFormula formula) {
-  VaporLadder ladder;
-  for (std::size_t i = 0; i < VaporLadder::kRungs; ++i) {
-    const double tempK = VaporLadder::kColdest + VaporLadder::kRung * static_cast<double>(i);
+void FillLadder(VaporFormula formula, double* pressures, double* slopes) {
+  for (int i = 0; i < VaporLadders::kRungs; ++i) {
+    const double tempK = VaporLadders::kColdest + VaporLadders::kRung * i;
     const VaporPoint point = SaturationAt(formula, tempK, std::log(tempK));
-    ladder.Nodes[i] = {point.Pressure, point.Pressure * point.LogSlope * VaporLadder::kRung};
+    pressures[i] = point.Pressure;
+    slopes[i] = point.Pressure * point.LogSlope * VaporLadders::kRung;
   }
-  return ladder;
 }
 
 }  // namespace
 
-std::array<VaporLadder, 2> MakeVaporLadders() {
-  return {MakeLadder(VaporFormula::Water), MakeLadder(VaporFormula::Ice)};
+VaporLadders MakeVaporLadders() {
+  constexpr int kIce = VaporLadders::kRungs;
+  VaporLadders ladders;
+  FillLadder(VaporFormula::Water, ladders.Pressures.data(), ladders.Slopes.data());
+  FillLadder(VaporFormula::Ice, ladders.Pressures.data() + kIce, ladders.Slopes.data() + kIce);
+  return ladders;
 }
 
 VaporPoint VaporBeyondLadder(VaporFormula formula, double tempK) {

@@ -9,24 +9,42 @@
 
 namespace vexa::analysis {
 
-struct VaporLadder {
+/// The ladders of water and ice, one behind the other.
+struct VaporLadders {
   static constexpr double kColdest = 120;  // K
   static constexpr double kRung = 0.125;   // K
-  static constexpr std::size_t kRungs = 2241;
+  static constexpr int kRungs = 2241;
 
-  struct Node {
-    double Pressure = 0;  // hPa
-    double Slope = 0;     // hPa per rung
-  };
-  std::array<Node, kRungs> Nodes{};
+  using Column = std::array<double, static_cast<std::size_t>(2 * kRungs)>;
+  Column Pressures{};  // hPa
+  Column Slopes{};     // hPa per rung
 };
 
-/// Water's and ice's.
-std::array<VaporLadder, 2> MakeVaporLadders();
+VaporLadders MakeVaporLadders();
 
-inline const VaporLadder& LadderOf(VaporFormula formula) {
-  static const std::array<VaporLadder, 2> kLadders = MakeVaporLadders();
-  return kLadders[static_cast<std::size_t>(formula)];
+inline const VaporLadders& VaporTable() {
+  static const VaporLadders kLadders = MakeVaporLadders();
+  return kLadders;
+}
+
+struct VaporRise {
+  double Pressure = 0;  // hPa
+  double Slope = 0;     // hPa per rung
+};
+
+/// The vapour a share of the way from a rung to the next.
+///
+/// pressures, slopes   the ladders' columns
+inline VaporRise BetweenRungs(const double* pressures, const double* slopes, int rung,
+                              double share) {
+  const double low = pressures[rung];
+  const double rise = pressures[rung + 1] - low;
+  const double lowSlope = slopes[rung];
+  const double highSlope = slopes[rung + 1];
+  const double c2 = 3 * rise - 2 * lowSlope - highSlope;
+  const double c3 = lowSlope + highSlope - 2 * rise;
+  return {low + share * (lowSlope + share * (c2 + share * c3)),
+          lowSlope + share * (2 * c2 + 3 * share * c3)};
 }
 
 /// What lies beyond the ladder, from the formula itself.
@@ -35,21 +53,14 @@ VaporPoint VaporBeyondLadder(VaporFormula formula, double tempK);
 /// Vapour pressure, hPa, and d ln e / dT of one of the formulas at a temperature in K; outside the
 /// ladder of 120 to 400 K from the formula itself.
 inline VaporPoint TabledVapor(VaporFormula formula, double tempK) {
-  const double place = (tempK - VaporLadder::kColdest) / VaporLadder::kRung;
-  if (!(place >= 0 && place < static_cast<double>(VaporLadder::kRungs - 1))) {
-    return VaporBeyondLadder(formula, tempK);
-  }
-  const auto rung = static_cast<std::size_t>(place);
-  const double u = place - static_cast<double>(rung);
-  const VaporLadder::Node* nodes = LadderOf(formula).Nodes.data() + rung;
-  const VaporLadder::Node& a = nodes[0];
-  const VaporLadder::Node& b = nodes[1];
-  const double rise = b.Pressure - a.Pressure;
-  const double c2 = 3 * rise - 2 * a.Slope - b.Slope;
-  const double c3 = a.Slope + b.Slope - 2 * rise;
-  const double pressure = a.Pressure + u * (a.Slope + u * (c2 + u * c3));
-  const double slope = a.Slope + u * (2 * c2 + 3 * u * c3);
-  return {pressure, slope / (VaporLadder::kRung * pressure)};
+  const double place = (tempK - VaporLadders::kColdest) / VaporLadders::kRung;
+  if (!(place >= 0 && place < VaporLadders::kRungs - 1)) return VaporBeyondLadder(formula, tempK);
+  const int rung = static_cast<int>(place);
+  const int first = formula == VaporFormula::Ice ? VaporLadders::kRungs : 0;
+  const VaporLadders& table = VaporTable();
+  const VaporRise at =
+      BetweenRungs(table.Pressures.data(), table.Slopes.data(), first + rung, place - rung);
+  return {at.Pressure, at.Slope / (VaporLadders::kRung * at.Pressure)};
 }
 
 /// What SatVapor gives, to 1e-9 of it.

@@ -1,0 +1,95 @@
+// Arithmetic for columns of numbers: logarithm, exponential and the ratio's logarithm without a
+// branch or a call, so that a loop over them is done several numbers at a time.
+#pragma once
+
+#include <bit>
+#include <cstdint>
+#include <numbers>
+
+// Compiles a function twice, for processors with wide registers too, and takes the one that fits
+// when the program is loaded. Every element is computed as it stands and nothing is fused, so the
+// digits are the same.
+#if defined(__x86_64__) && defined(__ELF__) && defined(__GNUC__) && !defined(__clang__) && \
+    defined(__OPTIMIZE__) && !defined(__SANITIZE_ADDRESS__)
+#define VEXA_WIDE __attribute__((target_clones("avx2", "default")))
+#else
+#define VEXA_WIDE
+#endif
+
+// Before a loop whose elements depend on no other: what it writes is nothing that it reads.
+#if defined(__GNUC__) && !defined(__clang__)
+#define VEXA_INDEPENDENT _Pragma("GCC ivdep")
+#else
+#define VEXA_INDEPENDENT
+#endif
+
+namespace vexa::analysis {
+
+// ln 2 in two parts, of which the first has zeros at its end: whole multiples of it are exact.
+inline constexpr double kLn2High = 0x1.62e42feep-1;
+inline constexpr double kLn2Low = 0x1.a39ef35793c76p-33;
+
+/// 2 artanh(s) - 2 s, for |s| < 0.18: what a logarithm is beside its first term.
+inline double ArtanhRest(double s) {
+  const double z = s * s;
+  double sum = 2.0 / 21;
+  sum = sum * z + 2.0 / 19;
+  sum = sum * z + 2.0 / 17;
+  sum = sum * z + 2.0 / 15;
+  sum = sum * z + 2.0 / 13;
+  sum = sum * z + 2.0 / 11;
+  sum = sum * z + 2.0 / 9;
+  sum = sum * z + 2.0 / 7;
+  sum = sum * z + 2.0 / 5;
+  sum = sum * z + 2.0 / 3;
+  return sum * z * s;
+}
+
+/// ln(a / b) of numbers that are not far apart: a / b from 0.7 to 1.43.
+inline double LogOfRatio(double a, double b) {
+  const double s = (a - b) / (a + b);
+  return 2 * s + ArtanhRest(s);
+}
+
+/// ln x of a positive number that is not denormal, to the last place or the one before it.
+inline double ColumnLog(double x) {
+  constexpr std::uint64_t kHalfRoot = 0x3fe6a09e667f3bcd;  // the bits of sqrt(1/2)
+  constexpr std::uint64_t kOne = 0x3ff0000000000000;
+  constexpr std::uint64_t kWhole = 0x4330000000000000;  // 2^52: its low bits count from 0
+  // x = 2^k m, m from sqrt(1/2) to sqrt(2).
+  const auto bits = std::bit_cast<std::uint64_t>(x);
+  const std::uint64_t power = (bits - kHalfRoot + kOne) >> 52;  // k + 1023
+  const double k = std::bit_cast<double>(power | kWhole) - (0x1p52 + 1023);
+  const auto m = std::bit_cast<double>(bits - (power << 52) + kOne);
+  const double f = m - 1;
+  const double s = f / (2 + f);
+  const double half = 0.5 * f * f;
+  // 2 s = f - s f, and s f = half - s half.
+  return k * kLn2High - ((half - (s * half + ArtanhRest(s) + k * kLn2Low)) - f);
+}
+
+/// e to the x for |x| < 700, to the last place or the one before it.
+inline double ColumnExp(double x) {
+  constexpr double kRounder = 0x1.8p52;
+  // x = n ln 2 + r, |r| < 0.35.
+  const double shifted = x * std::numbers::log2e + kRounder;
+  const double n = shifted - kRounder;
+  const double r = (x - n * kLn2High) - n * kLn2Low;
+  double sum = 1.0 / 6227020800;
+  sum = sum * r + 1.0 / 479001600;
+  sum = sum * r + 1.0 / 39916800;
+  sum = sum * r + 1.0 / 3628800;
+  sum = sum * r + 1.0 / 362880;
+  sum = sum * r + 1.0 / 40320;
+  sum = sum * r + 1.0 / 5040;
+  sum = sum * r + 1.0 / 720;
+  sum = sum * r + 1.0 / 120;
+  sum = sum * r + 1.0 / 24;
+  sum = sum * r + 1.0 / 6;
+  sum = sum * r + 0.5;
+  const double power = sum * r * r + r + 1;
+  return std::bit_cast<double>(std::bit_cast<std::uint64_t>(power) +
+                               (std::bit_cast<std::uint64_t>(shifted) << 52));
+}
+
+}  // namespace vexa::analysis
