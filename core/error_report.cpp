@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "core/late_library.h"
 #include "core/numbers.h"
 
 namespace vexa {
@@ -24,6 +25,7 @@ struct FaultRow {
 constexpr FaultRow kFaults[] = {
     {kFaultNoMemory, When::Always, "There is not enough memory for this."},
     {kFaultBadData, When::Always, "Source contains bad data"},
+    {kFaultNoLibrary, When::Always, "A library that this needs is not there."},
     {kFaultBadFileName, When::Always, "Incorrect Path and/or Filename"},
     {kFaultFileNotFound, When::Always, "", Names::File, " does not exist."},
     {kFaultDeviceError, When::Always, "The device reports an error in reading or writing."},

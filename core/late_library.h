@@ -3,7 +3,21 @@
 // build (vexa_late_library).
 #pragma once
 
+#include <string>
+#include <string_view>
+
+#include "core/fault.h"
+
 namespace vexa {
+
+/// The number of the fault that follows from a library that is not there.
+inline constexpr int kFaultNoLibrary = 48;
+
+/// Says what cannot be done without a library, one that this system lacks or that the program was
+/// built without; the data are not to blame.
+inline Fault NoLibrary(std::string_view procedure, std::string_view detail) {
+  return {kFaultNoLibrary, std::string(procedure), std::string(detail)};
+}
 
 class LateLibrary {
  public:

@@ -164,8 +164,11 @@ Outcome<std::vector<BufrSubset>> Unpacked(std::string_view message) {
 }  // namespace
 
 Outcome<std::vector<BufrSubset>> UnpackByLibrary(std::string_view message) {
-  if (!HasBufrLibrary())
-    return DamagedMessage("a message needs the BUFR library, which is missing");
+  if (!HasBufrLibrary()) {
+    return NoLibrary("UnpackByLibrary",
+                     "a message has elements that are known to the BUFR library (ecCodes) alone, "
+                     "which this system lacks");
+  }
   try {
     return Unpacked(message);
   } catch (const std::runtime_error&) {  // see ThrowAssertion; what it says is for its makers

@@ -129,6 +129,10 @@ class Drawing : PlotPage {
       Stations();
       Scale();
       GridLabels();
+    } else if (!HasProjections()) {
+      Text("missing", {on_.Left + 120, on_.Top + 240},
+           "No map: this system lacks the library PROJ, which projects it.", kNote, AnchorX::Left,
+           inks_.Ink);
     }
     Line("frame", OutlineOf(on_), inks_.Frame);
     return {std::move(Page), std::move(at_)};

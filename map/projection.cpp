@@ -80,6 +80,10 @@ double Turn(double degrees) {
 
 }  // namespace
 
+bool HasProjections() {
+  return HasProj();
+}
+
 ProjectionKind SuitableFor(const std::vector<Place>& places) {
   const Span span = SpanOf(places);
   if (std::fabs(span.Middle) >= kPolarFrom) return ProjectionKind::PolarStereographic;

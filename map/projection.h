@@ -24,6 +24,9 @@ enum class ProjectionKind { Lambert, PolarStereographic, Mercator, World };
 /// the equator and across it, Lambert's conformal conic between; Robinson's for most of the globe.
 ProjectionKind SuitableFor(const std::vector<Place>& places);
 
+/// False where the library that projects is not there: every map is then without a projection.
+bool HasProjections();
+
 /// A map around some places, on a rectangle of a page. Moves; without a projection it maps nothing.
 class MapFrame {
  public:

@@ -1,5 +1,7 @@
 #include "report/netcdf_file.h"
 
+#include "core/late_library.h"
+
 #if VEXA_NETCDF
 #include <netcdf_mem.h>
 
@@ -7,9 +9,18 @@
 #include <utility>
 
 #include "core/files.h"
-#include "core/late_library.h"
+#endif
 
 namespace vexa::report {
+
+Fault WithoutNetcdf() {
+  return NoLibrary("NetcdfFile", std::string(VEXA_NETCDF ? "this system lacks"
+                                                         : "this program was built without") +
+                                     " the netCDF library; json and csv need none");
+}
+
+#if VEXA_NETCDF
+
 namespace {
 
 #ifdef VEXA_NETCDF_LIBRARY
@@ -139,10 +150,9 @@ void NetcdfFile::PutFrom(int variable, std::size_t first, const std::vector<std:
 }
 
 Fault NetcdfFile::Failure() const {
-  const std::string reason = HasNetcdf()
-                                 ? std::string("the netCDF library says: ") + nc_strerror(status_)
-                                 : std::string("the netCDF library is missing");
-  return {kFaultNonStandard, "NetcdfFile", reason};
+  if (!HasNetcdf()) return WithoutNetcdf();
+  return {kFaultDeviceError, "NetcdfFile",
+          std::string("the netCDF library says: ") + nc_strerror(status_)};
 }
 
 Outcome<std::string> NetcdfFile::Close() {
@@ -180,5 +190,6 @@ std::string_view UdUnit(std::string_view unit) {
   return unit;
 }
 
-}  // namespace vexa::report
 #endif
+
+}  // namespace vexa::report

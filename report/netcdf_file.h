@@ -11,6 +11,13 @@
 
 #include "core/fault.h"
 
+namespace vexa::report {
+
+/// What is answered where the netCDF library is not there, as when the program was built without.
+Fault WithoutNetcdf();
+
+}  // namespace vexa::report
+
 #if VEXA_NETCDF
 #include <netcdf.h>
 

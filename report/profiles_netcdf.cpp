@@ -327,10 +327,7 @@ std::optional<Fault> ProfilesNetcdf::End() {
 struct ProfilesNetcdf::Made {};
 
 Outcome<ProfilesNetcdf> ProfilesNetcdf::Begin(const std::filesystem::path&, const std::string&) {
-  return Fault{
-      kFaultNonStandard, "ProfilesNetcdf",
-      "this program was built without the netCDF library (libnetcdf-dev); json and csv are "
-      "there"};
+  return WithoutNetcdf();
 }
 
 void ProfilesNetcdf::Add(const ReportedSounding&, const std::string&) {}

@@ -283,9 +283,7 @@ Outcome<std::string> SectionNetcdf(const crosssection::Section& section,
 Outcome<std::string> SectionNetcdf(const crosssection::Section&,
                                    const crosssection::SectionOptions&,
                                    std::span<const crosssection::FieldAnalysis>) {
-  return Fault{kFaultNonStandard, "SectionNetcdf",
-               "this program was built without the netCDF library (libnetcdf-dev); json and csv "
-               "are there"};
+  return WithoutNetcdf();
 }
 
 #endif

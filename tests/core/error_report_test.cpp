@@ -14,6 +14,7 @@ TEST(ErrorReport, MessagesByNumberAndCircumstance) {
     bool Auto = false, Dataset = false, Attended = true;
   };
   const Case cases[] = {
+      {48, "A library that this needs is not there."},
       {53, "a b.RAW does not exist."},
       {58, "a b.RAW already exists.\nReplace existing file?"},
       {62, "Data file is corrupt, incomplete, or has incorrect format."},
