@@ -66,6 +66,20 @@ const char* endingProgram = "";  // the handler can reach nothing else
 
 }  // namespace
 
+std::optional<std::chrono::sys_days> LocalDay(std::time_t at) {
+  std::tm local{};
+#ifdef _WIN32
+  const bool isKnown = ::localtime_s(&local, &at) == 0;
+#else
+  const bool isKnown = ::localtime_r(&at, &local) != nullptr;
+#endif
+  if (!isKnown) return std::nullopt;
+  constexpr int kFirstYear = 1900;
+  return std::chrono::sys_days(std::chrono::year(kFirstYear + local.tm_year) /
+                               std::chrono::month(static_cast<unsigned>(local.tm_mon + 1)) /
+                               std::chrono::day(static_cast<unsigned>(local.tm_mday)));
+}
+
 void EndInWords(const char* program) {
   endingProgram = program;
   std::set_terminate(EndWithASentence);

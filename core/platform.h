@@ -1,7 +1,9 @@
 // The few things that each system does its own way; the only file with system calls.
 #pragma once
 
+#include <chrono>
 #include <cstdio>
+#include <ctime>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -71,6 +73,10 @@ std::filesystem::path UserDataFolder();
 
 /// The folder of the running program.
 std::filesystem::path ProgramFolder();
+
+/// The day that the clock on the wall shows at a moment, in the zone in which the program runs;
+/// none for a moment that the system cannot tell.
+std::optional<std::chrono::sys_days> LocalDay(std::time_t at);
 
 /// The words of the command line behind the program's name, in UTF-8 and with patterns such as
 /// *.RAW as the files that they match, where the system leaves that to programs. Words that are no

@@ -9,6 +9,7 @@
 
 #include "core/gzip.h"
 #include "core/numbers.h"
+#include "core/platform.h"
 
 namespace vexa::ingest {
 namespace {
@@ -131,7 +132,9 @@ Outcome<std::vector<PackedFile>> UnpackZip(std::string_view bytes, UnpackRoom& r
     if ((about.valid & kNeeded) != kNeeded) return Damaged("is damaged or cut off");
     PackedFile file{.Name = about.name};
     if (file.Name.ends_with('/')) continue;  // a folder
-    if ((about.valid & ZIP_STAT_MTIME) != 0) file.WrittenOn = DayOf(about.mtime);
+    // An archive holds the packer's date without a zone. The library takes it for one of here; the
+    // day is what stood there again.
+    if ((about.valid & ZIP_STAT_MTIME) != 0) file.WrittenOn = LocalDay(about.mtime);
     if (about.size > room.Bytes) {
       file.Trouble = Damaged(TooMuch()).Detail;
       files.push_back(std::move(file));

@@ -94,6 +94,57 @@ std::string Zipped(const fs::path& path,
   return ReadFile(path).Value();
 }
 
+// Messages without a month take it from the day of their file: the same one wherever it is read.
+// These tests run in a zone five and a half hours ahead; scripts/windows-test adds zones with
+// summer time.
+TEST(Unpack, DaysAreThoseThatArchivesAndFilesState) {
+  using std::chrono::sys_days, std::chrono::year, std::chrono::hours, std::chrono::minutes;
+  const test::TemporaryFolder folder;
+  struct Case {
+    int Year;
+    unsigned Month, Day;
+  };
+  // Winter, summer, and the days around both changes of the clock in Europe and North America.
+  const Case cases[] = {{2024, 1, 15},  {2024, 7, 15}, {2024, 3, 10}, {2024, 3, 31},
+                        {2024, 10, 27}, {2024, 11, 3}, {1999, 12, 31}};
+  for (const Case& c : cases) {
+    const sys_days day = year(c.Year) / static_cast<int>(c.Month) / static_cast<int>(c.Day);
+    for (const int minute : {10, 2 * 60 + 30, 23 * 60 + 50}) {
+      SCOPED_TRACE(std::to_string(c.Month) + '/' + std::to_string(c.Day) + ", minute " +
+                   std::to_string(minute));
+      // The date of an archive: years since 1980, month, day, in seven, four and five bits.
+      const auto date = static_cast<zip_uint16_t>((static_cast<unsigned>(c.Year - 1980) << 9U) |
+                                                  (c.Month << 5U) | c.Day);
+      const auto time = static_cast<zip_uint16_t>((static_cast<unsigned>(minute / 60) << 11U) |
+                                                  (static_cast<unsigned>(minute % 60) << 5U));
+      const fs::path path = folder.Path() / "dated.zip";
+      fs::remove(path);
+      zip_t* archive = zip_open(path.string().c_str(), ZIP_CREATE, nullptr);
+      zip_source_t* source = zip_source_buffer(archive, "text", 4, 0);
+      ASSERT_EQ(zip_file_add(archive, "a.txt", source, 0), 0);
+      ASSERT_EQ(zip_file_set_dostime(archive, 0, time, date, 0), 0);
+      ASSERT_EQ(zip_close(archive), 0);
+      UnpackRoom room;
+      const auto files = Unpack(ReadFile(path).Value(), room);
+      ASSERT_TRUE(files) << files.Error().Detail;
+      EXPECT_EQ(files.Value().at(0).WrittenOn, day);
+
+      // A file's own time is that of the world.
+      const auto moment = day + minutes(minute);
+      fs::last_write_time(path, fs::file_time_type::clock::now() +
+                                    std::chrono::duration_cast<fs::file_time_type::duration>(
+                                        moment - std::chrono::system_clock::now()));
+      fs::path text = folder.Path() / "dated.txt";
+      std::ofstream(text) << "text";
+      fs::last_write_time(text, fs::last_write_time(path));
+      std::vector<std::string> notes;
+      const auto read = ReadSource(text, notes);
+      ASSERT_TRUE(read);
+      EXPECT_EQ(read.Value().WrittenOn(), day);
+    }
+  }
+}
+
 // Thousands of small members may wait in a piece: each is to take no more room than it fills.
 TEST(SourceStream, SmallMembersTakeLittleRoom) {
   const test::TemporaryFolder folder;
