@@ -12,6 +12,7 @@
 #include "core/files.h"
 #include "core/letter_case.h"
 #include "core/numbers.h"
+#include "core/path_forms.h"
 #include "ingest/decoder.h"
 #include "sounding/sounding_source.h"
 
@@ -80,8 +81,7 @@ class Adder {
   bool Add(const fs::path& path, bool wasNamed) {
     const std::string name = TextFromPath(path);
     if (!request_.Share.Holds(name)) return true;
-    std::error_code failed;
-    fs::path whole = fs::absolute(path, failed).lexically_normal();
+    fs::path whole = NormalPath(WholePath(path));
     std::optional<FileState> now = StateOf(whole, false);
     if (!now) return TellFile(name, "the file cannot be read");
     const std::optional<FileState> before = catalogue_.Find(now->Path);

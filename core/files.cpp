@@ -77,14 +77,19 @@ fs::path PathFromText(std::string_view utf8) {
 }
 
 fs::path PathFromSetting(std::string_view utf8) {
-  const fs::path asItStands = PathFromText(utf8);
+  fs::path path = PathFromText(utf8);
   std::error_code ignored;
-  if (utf8.find('\\') == std::string_view::npos || fs::exists(asItStands, ignored)) {
-    return asItStands;
+  if (utf8.find('\\') != std::string_view::npos && !fs::exists(path, ignored)) {
+    std::u8string text(utf8.begin(), utf8.end());
+    std::ranges::replace(text, u8'\\', static_cast<char8_t>(fs::path::preferred_separator));
+    path = fs::path(text);
   }
-  std::u8string text(utf8.begin(), utf8.end());
-  std::ranges::replace(text, u8'\\', static_cast<char8_t>(fs::path::preferred_separator));
-  return fs::path(text);
+  const fs::path::string_type drive = path.root_name().native();
+  const bool isDrive = !drive.empty() && drive.back() == fs::path::value_type(':');
+  if (isDrive && !path.has_root_directory()) {
+    path = path.root_name() / fs::path("/").make_preferred() / path.relative_path();
+  }
+  return path;
 }
 
 std::string TextFromPath(const fs::path& path) {

@@ -1,6 +1,7 @@
 #include "core/folders.h"
 
 #include "core/files.h"
+#include "core/path_forms.h"
 #include "core/platform.h"
 
 namespace vexa {
@@ -8,15 +9,9 @@ namespace fs = std::filesystem;
 
 fs::path ResolveRoot(const std::optional<std::string>& rootArgument,
                      const fs::path& programFolder) {
-  const auto absolute = [](const std::string& text) {
-    std::error_code failed;
-    const fs::path path = PathFromText(text);
-    const fs::path whole = fs::absolute(path, failed);
-    return failed ? path : whole;
-  };
-  if (rootArgument && !rootArgument->empty()) return absolute(*rootArgument);
+  if (rootArgument && !rootArgument->empty()) return WholePath(PathFromText(*rootArgument));
   if (const std::optional<std::string> variable = EnvironmentText("VEXA_ROOT")) {
-    return absolute(*variable);
+    return WholePath(PathFromText(*variable));
   }
   std::error_code ignored;
   if (fs::exists(programFolder / "vexa.portable", ignored)) return programFolder;

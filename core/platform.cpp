@@ -27,6 +27,8 @@
 #include <windows.h>
 
 #include <shellapi.h>
+
+#include "core/path_forms.h"
 #else
 #include <dlfcn.h>
 #include <fcntl.h>
@@ -134,9 +136,7 @@ bool Supersede(const fs::path& from, const fs::path& to) {
                                     FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                                     OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
   if (!file.Get()) return false;
-  std::error_code failed;
-  const std::wstring name = fs::absolute(to, failed).make_preferred().wstring();
-  if (failed) return false;
+  const std::wstring name = WholePath(to).make_preferred().wstring();
   const std::size_t size = sizeof(FILE_RENAME_INFO) + name.size() * sizeof(wchar_t);
   std::vector<std::max_align_t> room(size / sizeof(std::max_align_t) + 1);
   auto* const wish = reinterpret_cast<FILE_RENAME_INFO*>(room.data());
@@ -156,10 +156,8 @@ UINT consoleBefore = 0;  // what the program's end can reach
 fs::path ReachablePath(fs::path path) {
   constexpr std::size_t kLongestPlain =
       240;  // a folder's own limit is 247, with room for ".tmp100"
-  std::error_code failed;
-  const fs::path whole = fs::absolute(path, failed);
-  const std::wstring plain = whole.lexically_normal().make_preferred().wstring();
-  if (failed || plain.size() < kLongestPlain || plain.starts_with(LR"(\\?\)")) return path;
+  const std::wstring plain = NormalPath(WholePath(path)).make_preferred().wstring();
+  if (plain.size() < kLongestPlain || plain.starts_with(LR"(\\?\)")) return path;
   if (plain.starts_with(LR"(\\)")) return fs::path(LR"(\\?\UNC\)" + plain.substr(2));
   return fs::path(LR"(\\?\)" + plain);
 }

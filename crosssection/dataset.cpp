@@ -7,6 +7,7 @@
 #include "core/files.h"
 #include "core/markers.h"
 #include "core/numbers.h"
+#include "core/path_forms.h"
 #include "core/raw_file.h"
 #include "core/record_text.h"
 
@@ -234,7 +235,7 @@ bool SameFolder(const std::filesystem::path& datasets, const std::filesystem::pa
   if (std::filesystem::equivalent(datasets, soundings, failed)) return true;
   // Not every system compares folders so; a separator at the end says nothing.
   const auto plain = [](const std::filesystem::path& folder) {
-    const std::filesystem::path normal = folder.lexically_normal();
+    const std::filesystem::path normal = NormalPath(folder);
     return normal.has_filename() ? normal : normal.parent_path();
   };
   return plain(datasets) == plain(soundings);

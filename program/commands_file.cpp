@@ -11,6 +11,7 @@
 #include "core/error_report.h"
 #include "core/files.h"
 #include "core/folders.h"
+#include "core/path_forms.h"
 #include "core/platform.h"
 #include "ingest/decoder.h"
 #include "ingest/sounding_files.h"
@@ -66,13 +67,6 @@ void SortForStepping(std::vector<std::filesystem::path>& paths, const SystemOpti
   if (set.SoftFlip) std::ranges::reverse(paths);
 }
 
-// The list outlives the folder that the program was started in.
-std::filesystem::path Whole(const std::filesystem::path& path) {
-  std::error_code failed;
-  const std::filesystem::path whole = std::filesystem::absolute(path, failed);
-  return failed ? path : whole;
-}
-
 std::vector<std::string> ListedTexts(const Program& program) {
   std::vector<std::string> texts;
   for (const SoundingSet::Member& member : program.Listed.Members()) {
@@ -112,7 +106,7 @@ Changes LoadFirstOf(Program& program, Document::Leave leave,
                     std::vector<SoundingSet::Member> members) {
   for (std::size_t i = 0; i < members.size(); ++i) {
     if (!LoadOne(program, leave, members[i].File, members[i].Index)) continue;
-    for (SoundingSet::Member& member : members) member.File = Whole(member.File);
+    for (SoundingSet::Member& member : members) member.File = WholePath(member.File);
     ListSoundings(program, SoundingSet(std::move(members), i));
     MakeRecentFiles(program);
     return {.Sounding = true};

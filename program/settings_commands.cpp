@@ -8,6 +8,7 @@
 #include "config/settings_report.h"
 #include "core/error_report.h"
 #include "core/files.h"
+#include "core/path_forms.h"
 #include "program/command_line.h"
 #include "program/commands.h"
 
@@ -53,7 +54,7 @@ void FollowFolders(Program& program) {
   if (program.Where.Root.empty()) return;
   const SystemOptions& set = program.Set.System;
   const auto below = [&program](const std::string& folder) {
-    return program.Where.Root / PathFromSetting(folder);  // an absolute one replaces the root
+    return PathBelow(program.Where.Root, folder);
   };
   program.Where.Data = below(set.DataFolder);
   program.Where.CrossSection = below(set.CrossSectionFolder);

@@ -11,6 +11,7 @@
 #include "core/files.h"
 #include "core/markers.h"
 #include "core/numbers.h"
+#include "core/path_forms.h"
 #include "core/user_file.h"
 #include "mountainwave/mountain_file.h"
 
@@ -48,10 +49,9 @@ void TakeState(Program& program, WaveState state) {
 std::string SoundingName(const Program& program) {
   const CurrentSounding& current = program.Current;
   if (current.FileName.empty()) return {};
-  std::error_code ignored;
-  const std::filesystem::path whole = std::filesystem::absolute(current.FilePath(), ignored);
+  const std::filesystem::path whole = WholePath(current.FilePath());
   const int index = program.Doc.IndexInFile();
-  return TextFromPath(whole.lexically_normal()) + (index > 0 ? "#" + Shortest(index + 1) : "");
+  return TextFromPath(NormalPath(whole)) + (index > 0 ? "#" + Shortest(index + 1) : "");
 }
 
 WaveState StateToSave(const Program& program) {
@@ -206,7 +206,7 @@ std::optional<Fault> KeepWaveOptions(const Program& program) {
   const WaveView& view = program.Displays.Of<WaveView>();
   if (program.Where.Root.empty() || !view.Options) return std::nullopt;
   return KeepFile(program.Where.Root / mountainwave::WaveOptionsFile(),
-              mountainwave::Write(*view.Options));
+                  mountainwave::Write(*view.Options));
 }
 
 std::optional<Fault> KeepWaveState(const Program& program) {
@@ -225,9 +225,7 @@ bool IsWaveFile(const std::filesystem::path& path) {
 
 std::optional<WaveSounding> SoundingOf(const WaveState& state, const std::filesystem::path& file) {
   if (state.Sounding.empty()) return std::nullopt;
-  const auto in = [&file](std::string_view name) {
-    return file.parent_path() / PathFromSetting(name);  // an absolute one stays as it is
-  };
+  const auto in = [&file](std::string_view name) { return PathBelow(file.parent_path(), name); };
   WaveSounding sounding{in(state.Sounding)};
   std::error_code ignored;
   const std::size_t mark = state.Sounding.rfind('#');

@@ -6,18 +6,11 @@
 #include <utility>
 
 #include "core/files.h"
+#include "core/path_forms.h"
 #include "core/raw_file.h"
 
 namespace vexa {
 namespace {
-
-// The folder outlives the one that the program was started in.
-std::filesystem::path WholePath(const std::filesystem::path& path) {
-  if (path.empty()) return path;
-  std::error_code failed;
-  std::filesystem::path whole = std::filesystem::absolute(path, failed);
-  return failed ? path : whole;
-}
 
 bool DifferInStormAlone(AnalysisSettings before, const AnalysisSettings& now) {
   static_cast<StormSettings&>(before) = now;

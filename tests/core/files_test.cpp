@@ -13,6 +13,7 @@
 
 #include "core/error_report.h"
 #include "core/folders.h"
+#include "core/path_forms.h"
 #include "core/platform.h"
 #include "core/raw_file.h"
 #include "support/soundings.h"
@@ -250,6 +251,42 @@ TEST(Paths, BlanksUmlautsAndBackslashesOfSettingsWork) {
   fs::create_directories(joined.parent_path());
   ASSERT_FALSE(SaveFile(joined, "text"));
   EXPECT_EQ(ReadFile(joined).Value(), "text");
+}
+
+// Folders of settings below the program's own: with drives where the system has them, plain names
+// where it has none. A drive without a root would mean wherever its user happens to stand.
+TEST(Paths, DrivesAndServersOfSettings) {
+  constexpr bool kHasDrives = fs::path::preferred_separator == '\\';
+  struct Case {
+    const char *Setting, *WithDrives, *Without;
+  };
+  const Case cases[] = {
+      {"vexadata\\", R"(P:\own\vexadata\)", "/own/vexadata/"},
+      {"..\\data/2001", R"(P:\own\..\data\2001)", "/own/../data/2001"},
+      {"\\data", R"(P:\data)", "/data"},
+      {"C:\\M\xC3\xBCnchen Daten", "C:\\M\xC3\xBCnchen Daten", "/own/C:/M\xC3\xBCnchen Daten"},
+      {"d:/data", R"(d:\data)", "/own/d:/data"},
+      {"D:", R"(D:\)", "/own/D:"},
+      {"D:data\\2001", R"(D:\data\2001)", "/own/D:data/2001"},
+      {R"(\\server\share\data)", R"(\\server\share\data)", "//server/share/data"},
+  };
+  const fs::path own(kHasDrives ? R"(P:\own)" : "/own");
+  for (const Case& c : cases) {
+    const fs::path path = PathBelow(own, c.Setting).make_preferred();
+    EXPECT_EQ(TextFromPath(path), kHasDrives ? c.WithDrives : c.Without) << c.Setting;
+  }
+}
+
+TEST(Paths, AServerOutlivesShortening) {
+  constexpr bool kHasServers = fs::path::preferred_separator == '\\';
+  const fs::path share = PathFromText("//server/share/a/../b/./c.RAW");
+  EXPECT_EQ(TextFromPath(NormalPath(share)),
+            kHasServers ? R"(\\server\share\b\c.RAW)" : "/server/share/b/c.RAW");
+  if (!kHasServers) return;
+  const std::string deep = R"(\\server\share\)" + std::string(250, 'x');
+  EXPECT_EQ(ReachablePath(PathFromText(deep)).native(),
+            PathFromText(R"(\\?\UNC)" + deep.substr(1)).native());
+  EXPECT_EQ(TextFromPath(ReachablePath(PathFromText(deep))), deep);
 }
 
 // Longer than the 260 characters that some systems take without further ado, with umlauts and
