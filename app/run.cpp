@@ -166,7 +166,9 @@ void AwaitSystemsEnd(Program& program, SoundingWindow& window) {
     if (program.Doc.IsAltered()) KeepUnasked(program, window);
   });
   QObject::connect(qApp, &QCoreApplication::aboutToQuit, &window, [&program, &window] {
-    if (window.isVisible() && !program.Doc.IsAltered()) KeepUnasked(program, window);
+    if (!window.isVisible()) return;
+    KeepUnasked(program, window);
+    window.hide();  // the toolkit closes what it sees, and to close it with edits would ask
   });
 }
 
