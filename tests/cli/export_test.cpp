@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -62,6 +63,41 @@ TEST_F(ExportCommand, ListsWhatIsAskedFor) {
   const Ran all = RunWords({"list", a});
   EXPECT_NE(all.Out.find(" Pressure Levels"), std::string::npos);
   EXPECT_EQ(RunWords({"list", a, "-l", "all"}).Exit, kExitUsage);
+}
+
+// One and the same on every system: files for other programs with both characters, as the settings
+// report that is made of them, answers and pictures with the line feed alone (docs/windows.md).
+TEST_F(ExportCommand, LinesEndAlikeOnEverySystem) {
+  const std::string a = Write("a.RAW", WriteRaw(test::ReferenceConvective()));
+  struct Case {
+    std::vector<std::string> Words;
+    const char* File;  // null: what is printed
+    bool WithReturns;
+  };
+  const Case cases[] = {
+      {{"analyze", a}, nullptr, false},
+      {{"analyze", a, "--format", "csv"}, nullptr, false},
+      {{"analyze", a, "--format", "json"}, nullptr, false},
+      {{"list", a}, nullptr, false},
+      {{"settings"}, nullptr, true},
+      {{"plot", a, "-o", In("a.svg")}, "a.svg", false},
+      {{"export", a, "-o", In("a.txt")}, "a.txt", true},
+      {{"export", a, "-o", In("a.csv")}, "a.csv", true},
+      {{"convert", a, "-o", In("b.RAW")}, "b.RAW", true},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.Words[0] + ' ' + c.Words.back());
+    const Ran ran = RunWords(c.Words);
+    ASSERT_EQ(ran.Exit, kExitOk) << ran.Err;
+    const std::string text = c.File == nullptr ? ran.Out : Text(c.File);
+    const auto feeds = std::ranges::count(text, '\n');
+    EXPECT_GT(feeds, 1);
+    EXPECT_EQ(std::ranges::count(text, '\r'), c.WithReturns ? feeds : 0);
+    std::ptrdiff_t both = 0;
+    for (std::size_t at = text.find("\r\n"); at != text.npos; at = text.find("\r\n", at + 2))
+      ++both;
+    EXPECT_EQ(both, c.WithReturns ? feeds : 0);
+  }
 }
 
 TEST_F(ExportCommand, TheReportFolderRepeatsTheCase) {

@@ -289,6 +289,28 @@ TEST(Settings, ValuesAreFoundByTheirKeysWhereverTheyStand) {
   EXPECT_EQ(notes, Notes{});
 }
 
+// As an editor of the other system, or of none, leaves them.
+TEST(Settings, TheirFilesAreReadWithEitherLineEnds) {
+  std::mt19937 random(5);
+  const test::TemporaryFolder folder;
+  SettingsStore store = AnyStore(random);
+  ASSERT_FALSE(SaveSettings(folder.Path(), store));
+  const auto written = FilesIn(folder.Path());
+  for (const std::string ends : {"\n", "\r\n"}) {
+    for (const auto& [name, text] : written) {
+      ASSERT_EQ(std::ranges::count(text, '\r'), std::ranges::count(text, '\n')) << name;
+      std::string edited;
+      for (const char c : text) {
+        if (c != '\r') edited += c == '\n' ? ends : std::string(1, c);
+      }
+      ASSERT_FALSE(SaveFile(folder.Path() / name, edited + ends));
+    }
+    Notes notes;
+    EXPECT_EQ(Loaded(folder.Path(), notes), store);
+    EXPECT_EQ(notes, Notes{});
+  }
+}
+
 // Written by hand from the places that values had in the files of before; some of each record
 // differ from the defaults.
 TEST(Settings, FilesWithoutKeysAreReadOnceByTheirPlaces) {

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <set>
 #include <string>
 
 #include "core/data_checks.h"
@@ -185,6 +186,50 @@ TEST(AnyFile, CutAnywhereNeverCrashes) {
     }
   }
   EXPECT_GE(files, 8);
+}
+
+// Everything that a file holds, in one text for each of its soundings.
+std::vector<Decoded> AllOf(const std::string& name, const std::string& text) {
+  const SourceText source(name, text);
+  std::vector<Decoded> soundings;
+  const std::size_t count = std::max<std::size_t>(1, ListSoundings(source).size());
+  for (std::size_t i = 0; i < count; ++i) {
+    soundings.push_back(DecodeSource(source, static_cast<int>(i)));
+  }
+  return soundings;
+}
+
+std::string WithLineEnds(const std::string& text, std::string_view ends) {
+  std::string out;
+  for (const char c : text) {
+    if (c == '\n') {
+      out += ends;
+    } else if (c != '\r') {
+      out += c;
+    }
+  }
+  return out;
+}
+
+// Files go from one system to the other, and editors write the ends of their own.
+TEST(AnyFile, IsReadAlikeWithEitherLineEnds) {
+  std::set<std::string> formats;
+  for (const auto& entry : std::filesystem::directory_iterator(test::TestData(""))) {
+    const std::string name = entry.path().filename().string();
+    SCOPED_TRACE(name);
+    const std::string text = ReadFile(entry.path()).Value();
+    if (text.find('\0') != text.npos) continue;  // a message or an archive
+    const std::vector<Decoded> plain = AllOf(name, WithLineEnds(text, "\n"));
+    const std::vector<Decoded> other = AllOf(name, WithLineEnds(text, "\r\n"));
+    ASSERT_EQ(plain.size(), other.size());
+    for (std::size_t i = 0; i < plain.size(); ++i) {
+      EXPECT_EQ(plain[i].Failed, other[i].Failed);
+      EXPECT_EQ(plain[i].Notes, other[i].Notes);
+      EXPECT_EQ(plain[i].Record, other[i].Record);
+      formats.insert(plain[i].Record.DataFormat);
+    }
+  }
+  EXPECT_GE(formats.size(), 12U);
 }
 
 }  // namespace
