@@ -113,6 +113,10 @@ TEST(SevereTable, IsKeptAndRestored) {
       {"half an entry", "\"x\",1\n2.5,1,2,3,0,0,0\n", "Severe Weather Table index error."},
       {"bad entry", "\"x\",1\n43,1,2,3,0,0,0\n", "Severe Weather Table index error."},
       {"short", "\"x\",2\n22,20,30,40,0,0,0\n", "entry"},
+      {"a range the wrong way round", "\"x\",1\n40,5000,6000,7000,4000,11000,10000\n",
+       "a range ends below its beginning"},
+      {"a range that widens", "\"x\",1\n40,5000,6000,7000,12000,13000,10000\n",
+       "each range must lie within the one before it"},
       {"falling limits", "\"x\",1\n22,40,30,20,0,0,0\n", "the limits must rise"},
       {"no number", "\"x\",1\n22,20,\"many\",40,0,0,0\n", "threshold"},
   };
