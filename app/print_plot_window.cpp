@@ -140,11 +140,6 @@ std::optional<Fault> PrintPlotWindow::Prepare() {
   return PrepareToPrint(program_, request, folder);
 }
 
-std::optional<Fault> PrintPlotWindow::PrintToPdf(const std::filesystem::path& path) {
-  if (auto fault = Prepare()) return fault;
-  return SaveSheetsAsPdf(program_, Pages(), path);
-}
-
 void PrintPlotWindow::PrintToFile() {
   if (const auto fault = Prepare()) return TellOfPrinting(program_, *fault);
   if (AskAndSavePdf(program_, Pages())) accept();

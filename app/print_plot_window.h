@@ -28,14 +28,13 @@ class PrintPlotWindow : public QDialog {
   /// What is chosen now, and its pages.
   PrintRequest Request() const;
   std::vector<Picture> Pages() const;
-  /// Keeps the choices, prepares the chosen listings' files and writes the pages as a PDF file.
-  std::optional<Fault> PrintToPdf(const std::filesystem::path& path);
 
  private:
   void BuildControls();
   void ShowPreview();
   void Print();
   void PrintToFile();
+  // Keeps the choices and prepares the chosen listings' files.
   std::optional<Fault> Prepare();
 
   Program& program_;

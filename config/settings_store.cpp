@@ -12,11 +12,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// In the order of reading at start.
-constexpr SettingsFile kFiles[] = {
-    SettingsFile::System, SettingsFile::Soaring, SettingsFile::Hodograph, SettingsFile::Hodogram3D,
-    SettingsFile::Main,   SettingsFile::Window,  SettingsFile::Listing};
-
 constexpr std::size_t kFieldsPerRecord = 3;
 
 // The options of a file in the order of the catalogue, up to three of a tab on a record; after them
@@ -163,7 +158,7 @@ void LoadSettingsFile(const fs::path& folder, SettingsFile file, SettingsStore& 
 
 void LoadSettings(const fs::path& folder, SettingsStore& store, std::vector<std::string>& notes) {
   store = {};
-  for (const SettingsFile file : kFiles) LoadSettingsFile(folder, file, store, notes);
+  for (const SettingsFile file : kSettingsFiles) LoadSettingsFile(folder, file, store, notes);
 }
 
 std::optional<Fault> SetForThisRun(SettingsStore& store,
@@ -192,20 +187,10 @@ std::optional<Fault> SaveSettingsFile(const fs::path& folder, SettingsFile file,
   return SaveUserFile(folder / PathFromText(name), WriteFile(file, store), objects, ops);
 }
 
-std::optional<Fault> SaveSettings(const fs::path& folder, SettingsStore& store, FileOps& ops) {
-  std::optional<Fault> first;
-  for (const SettingsFile file : kFiles) {
-    const std::optional<Fault> fault = SaveSettingsFile(folder, file, store, ops);
-    if (!first) first = fault;
-  }
-  ForgetChanged(store);
-  return first;
-}
-
 std::optional<Fault> SaveChangedSettings(const fs::path& folder, SettingsStore& store,
                                          const SettingsStore& before, FileOps& ops) {
   std::optional<Fault> first;
-  for (const SettingsFile file : kFiles) {
+  for (const SettingsFile file : kSettingsFiles) {
     if (WriteFile(file, store) == WriteFile(file, before)) continue;
     const std::optional<Fault> fault = SaveSettingsFile(folder, file, store, ops);
     if (!first) first = fault;

@@ -37,6 +37,11 @@ struct SettingsStore {
   bool operator==(const SettingsStore&) const = default;
 };
 
+/// In the order of reading at start.
+inline constexpr SettingsFile kSettingsFiles[] = {
+    SettingsFile::System, SettingsFile::Soaring, SettingsFile::Hodograph, SettingsFile::Hodogram3D,
+    SettingsFile::Main,   SettingsFile::Window,  SettingsFile::Listing};
+
 /// Name of a settings file; the main settings have one for each configuration.
 std::string SettingsFileName(SettingsFile file, Configuration active);
 
@@ -60,12 +65,8 @@ void LoadSettings(const std::filesystem::path& folder, SettingsStore& store,
                                                     SettingsFile file, SettingsStore& store,
                                                     FileOps& ops = SystemFileOps());
 
-/// Writes all files. One that fails does not keep the others from being written; the first fault.
-[[nodiscard]] std::optional<Fault> SaveSettings(const std::filesystem::path& folder,
-                                                SettingsStore& store,
-                                                FileOps& ops = SystemFileOps());
-
-/// Writes the files whose contents differ from those of `before`, as SaveSettings does.
+/// Writes the files whose contents differ from those of `before`. One that fails does not keep the
+/// others from being written; the first fault.
 [[nodiscard]] std::optional<Fault> SaveChangedSettings(const std::filesystem::path& folder,
                                                        SettingsStore& store,
                                                        const SettingsStore& before,

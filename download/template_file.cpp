@@ -67,10 +67,7 @@ class Reader {
   void ReadLine(std::string_view raw) {
     const std::string_view line = Trim(raw);
     if (line.starts_with('[')) return BeginSource(line);
-    if (firstLine_ == 0) {
-      list_.Header.emplace_back(raw);
-      return;
-    }
+    if (firstLine_ == 0) return;  // the header
     if (line.empty() || line.starts_with('#')) return;
     const std::size_t sign = line.find('=');
     const std::string_view key = Trim(line.substr(0, sign));
@@ -122,12 +119,6 @@ class Reader {
   int firstLine_ = 0;  // of the source being read; 0: none was begun
 };
 
-std::string OneLine(std::string text) {
-  std::ranges::replace_if(
-      text, [](char c) { return c == '\n' || c == '\r'; }, ' ');
-  return text;
-}
-
 }  // namespace
 
 const Source* SourceList::Find(std::string_view name) const {
@@ -145,20 +136,6 @@ const Source* SourceList::Find(std::string_view name) const {
 
 SourceList ReadSources(std::string_view text, std::string_view name) {
   return Reader(text, name).Read();
-}
-
-std::string WriteSources(const SourceList& list) {
-  std::string text;
-  for (const std::string& line : list.Header) text += OneLine(line) + '\n';
-  for (const Source& source : list.Sources) {
-    text += '[' + OneLine(source.Name) + "]\n";
-    for (const FieldRow& field : kFields) {
-      const std::string& value = source.*field.Field;
-      if (!value.empty()) text += std::string(field.Key) + " = " + OneLine(value) + '\n';
-    }
-    text += '\n';
-  }
-  return text;
 }
 
 }  // namespace vexa::download

@@ -18,7 +18,6 @@ namespace vexa::download {
 inline constexpr std::string_view kSourcesFileName = "VEXA.URL";
 
 struct SourceList {
-  std::vector<std::string> Header{};  // lines ahead of the first source
   std::vector<Source> Sources{};
   std::vector<std::string> Notes{};  // "NAME, line 7: reason" of what was left out
   bool operator==(const SourceList&) const = default;
@@ -31,8 +30,5 @@ struct SourceList {
 /// Reads the text of the file. Left out are lines that are none of the above, hours that are none,
 /// and sources without an address, with tokens that are not known, or of a name that another has.
 SourceList ReadSources(std::string_view text, std::string_view name);
-
-/// The list as text; reading it gives the list again. Line ends inside a field become blanks.
-std::string WriteSources(const SourceList& list);
 
 }  // namespace vexa::download

@@ -36,13 +36,10 @@ class DownloadWindowsTest : public testing::Test {
     program.Where.Root = folder.Path();
     program.Where.Data = folder.Path() / "data";
     fs::create_directories(program.Where.Data);
-    const download::SourceList list{
-        .Sources = {{.Name = "First",
-                     .Address = server.Address("/@N/@Y@M@D@H"),
-                     .Hours = "00 12",
-                     .Note = "a note"},
-                    {.Name = "Second", .Address = server.Address("/other/@N/@Y@M@D@H")}}};
-    EXPECT_FALSE(SaveFile(folder.Path() / "VEXA.URL", WriteSources(list)));
+    EXPECT_FALSE(SaveFile(folder.Path() / "VEXA.URL",
+                          "[First]\naddress = " + server.Address("/@N/@Y@M@D@H") +
+                              "\nhours = 00 12\nnote = a note\n\n[Second]\naddress = " +
+                              server.Address("/other/@N/@Y@M@D@H") + "\n"));
     SoundingRecord record = test::ReferenceConvective();
     sounding = WriteRaw(record);
   }

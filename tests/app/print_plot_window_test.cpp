@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPdfWriter>
+#include <QPushButton>
 #include <QSpinBox>
 #include <set>
 #include <utility>
@@ -23,6 +24,13 @@
 namespace vexa {
 namespace {
 
+/// Names the file that the window asks for.
+class PrintingUser : public test::ScriptedInteraction {
+ public:
+  std::optional<std::string> ChooseFile(const FileQuestion&) override { return File; }
+  std::string File{};
+};
+
 class PrintPlotTest : public testing::Test {
  protected:
   PrintPlotTest() {
@@ -32,7 +40,15 @@ class PrintPlotTest : public testing::Test {
     Refresh(program, {.Sounding = true});
   }
 
-  test::ScriptedInteraction user{};
+  // As the button does that prints to a file.
+  std::filesystem::path PrintToFile(PrintPlotWindow& window, const char* name) {
+    const std::filesystem::path path = folder.Path() / name;
+    user.File = TextFromPath(path);
+    window.findChild<QPushButton*>("cmdPrintPdf")->click();
+    return path;
+  }
+
+  PrintingUser user{};
   test::TemporaryFolder folder{};
   Program program{};
 };
@@ -67,15 +83,13 @@ TEST_F(PrintPlotTest, EveryChoiceReachesThePages) {
 TEST_F(PrintPlotTest, PrintingPreparesTheListingsAndStoppingLeavesNothing) {
   PrintPlotWindow window(program);
   window.findChild<QCheckBox*>("AllListings")->setChecked(true);
-  EXPECT_FALSE(window.PrintToPdf(folder.Path() / "all.pdf"));
-  EXPECT_TRUE(ReadFile(folder.Path() / "all.pdf").Value().starts_with("%PDF"));
+  EXPECT_TRUE(ReadFile(PrintToFile(window, "all.pdf")).Value().starts_with("%PDF"));
   EXPECT_TRUE(std::filesystem::exists(folder.Path() / "Indixes.Dat"));
   user.Statuses.clear();
   user.StopAfter = 3;
-  const auto fault = window.PrintToPdf(folder.Path() / "stopped.pdf");
-  ASSERT_TRUE(fault);
-  EXPECT_EQ(fault->Detail, "Cancelling Print");
-  EXPECT_FALSE(std::filesystem::exists(folder.Path() / "stopped.pdf"));
+  user.Expect(std::string(kErrorBoxTitle), Answer::Ok);
+  EXPECT_FALSE(std::filesystem::exists(PrintToFile(window, "stopped.pdf")));
+  EXPECT_EQ(user.Boxes.back().Text, "Cancelling Print");
 }
 
 TEST_F(PrintPlotTest, EveryDisplayIsOfferedAndTitleAndDarkLinesAreRemembered) {
@@ -96,7 +110,7 @@ TEST_F(PrintPlotTest, EveryDisplayIsOfferedAndTitleAndDarkLinesAreRemembered) {
   }
   window.findChild<QLineEdit*>("PrintTitle")->setText("Case of the week");
   window.findChild<QCheckBox*>("DarkLines")->setChecked(true);
-  EXPECT_FALSE(window.PrintToPdf(folder.Path() / "one.pdf"));
+  EXPECT_TRUE(std::filesystem::exists(PrintToFile(window, "one.pdf")));
   PrintPlotWindow again(program);
   EXPECT_EQ(again.findChild<QLineEdit*>("PrintTitle")->text(), "Case of the week");
   EXPECT_TRUE(again.findChild<QCheckBox*>("DarkLines")->isChecked());
@@ -136,7 +150,7 @@ TEST_F(PrintPlotTest, TheSheetIsRememberedAndADamagedFileDoesNoHarm) {
   window.findChild<QComboBox*>("Orientation")->setCurrentText("Landscape");
   window.findChild<QComboBox*>("Paper")->setCurrentText("A4");
   window.findChild<QCheckBox*>("IncludeDataType")->setChecked(false);
-  EXPECT_FALSE(window.PrintToPdf(folder.Path() / "one.pdf"));
+  EXPECT_TRUE(std::filesystem::exists(PrintToFile(window, "one.pdf")));
   EXPECT_EQ(PrintPlotWindow(program).Request().Setup, window.Request().Setup);
   EXPECT_FALSE(SaveFile(folder.Path() / "PRINTER.DAT", "Paper = Papyrus\r\nno sense\r\n\r\n= "));
   EXPECT_EQ(PrintPlotWindow(program).Request().Setup, output::PrintSetup{});

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <QPushButton>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,7 @@
 #include "program/commands.h"
 #include "program/displays.h"
 #include "report/report_folder.h"
+#include "support/settings.h"
 #include "support/soundings.h"
 
 namespace vexa {
@@ -40,7 +42,7 @@ class SameBytesTest : public testing::Test {
     program.Set.Scheme = ColorScheme::Darker;
     program.Set.System.Dump.Height = DumpHeight::Feet;
     program.Set.System.PrintTitleMemory = "Case of the week";
-    EXPECT_FALSE(SaveSettings(program.Where.Root, program.Settings));
+    EXPECT_FALSE(test::SaveAllSettings(program.Where.Root, program.Settings));
     EXPECT_FALSE(SaveFile(In("a.RAW"), WriteRaw(test::ReferenceConvective())));
     EXPECT_TRUE(Refresh(program, OpenSoundings(program, {In("a.RAW")})));
   }
@@ -89,7 +91,8 @@ TEST_F(SameBytesTest, Images) {
 
 TEST_F(SameBytesTest, PrintsAndListings) {
   PrintPlotWindow print(program);
-  ASSERT_FALSE(print.PrintToPdf(In("window.pdf")));
+  user.Name = TextFromPath(In("window.pdf"));
+  print.findChild<QPushButton*>("cmdPrintPdf")->click();
   Command({"print", "-o", TextFromPath(In("command.pdf"))});
   EXPECT_EQ(Text(In("window.pdf")) == Text(In("command.pdf")), true);
   for (const output::ListingRow& row : output::Listings()) {

@@ -11,6 +11,7 @@
 #include "core/raw_file.h"
 #include "program/program.h"
 #include "program/start_up.h"
+#include "support/settings.h"
 #include "support/soundings.h"
 
 namespace vexa::cli {
@@ -356,7 +357,7 @@ TEST_F(CommandLine, PlotsWhatTheWindowDraws) {
   kept.Active = kept.System.Current = Configuration::Second;
   kept.System.Configurations[1].Name = "Night";
   kept.Set.StabilityBars = true;
-  ASSERT_FALSE(SaveSettings(PathFromText(In("")), kept));
+  ASSERT_FALSE(test::SaveAllSettings(PathFromText(In("")), kept));
   for (const std::vector<std::string>& set : sets) {
     for (const bool withRoot : {false, true}) {
       std::vector<std::string> words = {"plot", file, "-o", In("out.svg")};
@@ -387,7 +388,7 @@ TEST_F(CommandLine, SettingsListsEveryOption) {
   EXPECT_NE(plain.Out.find("\r\nMB limit = 100\r\n"), std::string::npos);
   SettingsStore kept;
   kept.Set.MbLimit = 300;
-  ASSERT_FALSE(SaveSettings(PathFromText(In("")), kept));
+  ASSERT_FALSE(test::SaveAllSettings(PathFromText(In("")), kept));
   EXPECT_EQ(RunWords({"settings", "--root", In(""), "-o", In("list.txt")}).Exit, 0);
   const std::string listed = ReadFile(PathFromText(In("list.txt"))).Value();
   EXPECT_NE(listed.find("\r\nMB limit = 300\r\n"), std::string::npos);

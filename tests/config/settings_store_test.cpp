@@ -8,6 +8,7 @@
 #include "config/catalogue.h"
 #include "config/random_settings.h"
 #include "config/system_file.h"
+#include "support/settings.h"
 #include "support/soundings.h"
 
 namespace vexa {
@@ -72,7 +73,7 @@ TEST(Settings, WhatIsWrittenReadsBackTheSame) {
   for (int i = 0; i < 200; ++i) {
     const test::TemporaryFolder folder;
     SettingsStore store = AnyStore(random);
-    ASSERT_FALSE(SaveSettings(folder.Path(), store, ops));
+    ASSERT_FALSE(test::SaveAllSettings(folder.Path(), store, ops));
     const auto first = FilesIn(folder.Path());
     EXPECT_EQ(first.size(), 7U);
 
@@ -80,7 +81,7 @@ TEST(Settings, WhatIsWrittenReadsBackTheSame) {
     SettingsStore back = Loaded(folder.Path(), notes);
     EXPECT_EQ(notes, Notes{});
     ASSERT_EQ(back, store);
-    ASSERT_FALSE(SaveSettings(folder.Path(), back, ops));
+    ASSERT_FALSE(test::SaveAllSettings(folder.Path(), back, ops));
     ASSERT_EQ(FilesIn(folder.Path()), first);
   }
 }
@@ -91,7 +92,7 @@ TEST(Settings, TheFilesAsTheyStand) {
   store.System.Configurations[0] = {"Gliding", ""};
   store.System.Configurations[1] = {"6\" dish, 5%", "Z\xC3\xBCrich"};
   store.Set.SoarTm = 31.5;
-  ASSERT_FALSE(SaveSettings(folder.Path(), store));
+  ASSERT_FALSE(test::SaveAllSettings(folder.Path(), store));
   auto files = FilesIn(folder.Path());
   const std::string header = "\"This is a VEXA system file -- Do Not Alter.\"\r\n";
   EXPECT_EQ(files["VEXA.SYS"], header +
@@ -128,7 +129,7 @@ TEST(Settings, OneHomeForEachOption) {
   // Changing the owner's file must not touch the main settings, and the other way round.
   const test::TemporaryFolder folder;
   SettingsStore store;
-  ASSERT_FALSE(SaveSettings(folder.Path(), store));
+  ASSERT_FALSE(test::SaveAllSettings(folder.Path(), store));
   const auto before = FilesIn(folder.Path());
   struct Case {
     const char *Assignment, *File;
@@ -141,7 +142,7 @@ TEST(Settings, OneHomeForEachOption) {
   for (const Case& c : cases) {
     SettingsStore changed;
     ASSERT_FALSE(SetOption(changed.Set, c.Assignment));
-    ASSERT_FALSE(SaveSettings(folder.Path(), changed));
+    ASSERT_FALSE(test::SaveAllSettings(folder.Path(), changed));
     for (const auto& [name, bytes] : FilesIn(folder.Path())) {
       EXPECT_EQ(bytes != before.at(name), name == c.File) << c.Assignment << ' ' << name;
     }
@@ -401,7 +402,7 @@ TEST(Settings, FilesWithoutKeysAreReadOnceByTheirPlaces) {
   EXPECT_EQ(store.Soaring.Lift, LiftUnits::MetersPerSecond);
 
   // From then on they have keys and say the same.
-  ASSERT_FALSE(SaveSettings(folder.Path(), store));
+  ASSERT_FALSE(test::SaveAllSettings(folder.Path(), store));
   for (const auto& [name, bytes] : FilesIn(folder.Path())) {
     EXPECT_EQ(bytes.find("Each value stands behind its key.") != bytes.npos, old.contains(name))
         << name;
@@ -418,7 +419,7 @@ TEST(Settings, WhateverAFileHoldsTheResultIsUsable) {
   UnhurriedOps ops;
   const test::TemporaryFolder folder;
   SettingsStore store = AnyStore(random);
-  ASSERT_FALSE(SaveSettings(folder.Path(), store, ops));
+  ASSERT_FALSE(test::SaveAllSettings(folder.Path(), store, ops));
   const std::string name = SettingsFileName(SettingsFile::Main, store.Active);
   const std::string whole = ReadFile(folder.Path() / name).Value();
   for (int i = 0; i < 150; ++i) {
@@ -447,7 +448,7 @@ TEST(Settings, OptionsThatDoNotGoTogetherFallBack) {
   SettingsStore store;
   store.Set.TempMin = 30;
   store.Set.FreezeLine = false;
-  ASSERT_FALSE(SaveSettings(folder.Path(), store));
+  ASSERT_FALSE(test::SaveAllSettings(folder.Path(), store));
   Notes notes;
   const SettingsStore back = Loaded(folder.Path(), notes);
   EXPECT_EQ(notes, Notes{"VEXAMAIN.SYS: Temp MAX must lie between Temp MIN + 40 and 60."});
@@ -458,13 +459,13 @@ TEST(Settings, OptionsThatDoNotGoTogetherFallBack) {
 TEST(Settings, WhatCannotBeWrittenNamesItsFileAndStaysAsItWas) {
   const test::TemporaryFolder folder;
   SettingsStore store;
-  ASSERT_FALSE(SaveSettings(folder.Path(), store));
+  ASSERT_FALSE(test::SaveAllSettings(folder.Path(), store));
   const fs::path locked = folder.Path() / "VEXA56+.HOD";
   fs::permissions(locked, fs::perms::owner_read);
   const std::string before = ReadFile(locked).Value();
   store.Hodograph.Hold = true;
   store.Listing.TopDown = true;
-  const std::optional<Fault> fault = SaveSettings(folder.Path(), store);
+  const std::optional<Fault> fault = test::SaveAllSettings(folder.Path(), store);
   ASSERT_TRUE(fault);
   EXPECT_EQ(fault->Number, kFaultAccessRefused);
   EXPECT_EQ(fault->File, "VEXA56+.HOD");
@@ -474,7 +475,7 @@ TEST(Settings, WhatCannotBeWrittenNamesItsFileAndStaysAsItWas) {
   fs::permissions(locked, fs::perms::owner_all);
 
   // A file in the folder's place, and a folder in a file's place.
-  const std::optional<Fault> noFolder = SaveSettings(locked, store);
+  const std::optional<Fault> noFolder = test::SaveAllSettings(locked, store);
   ASSERT_TRUE(noFolder);
   EXPECT_EQ(noFolder->File, "VEXA.SYS");
   const fs::path taken = folder.Path() / "VEXAsoar.CFG";
@@ -484,7 +485,7 @@ TEST(Settings, WhatCannotBeWrittenNamesItsFileAndStaysAsItWas) {
   store = Loaded(folder.Path(), notes);
   ASSERT_EQ(notes.size(), 1U);
   EXPECT_NE(notes[0].find("VEXAsoar.CFG: not an ordinary file."), std::string::npos) << notes[0];
-  const std::optional<Fault> noFile = SaveSettings(folder.Path(), store);
+  const std::optional<Fault> noFile = test::SaveAllSettings(folder.Path(), store);
   ASSERT_TRUE(noFile);
   EXPECT_EQ(noFile->File, "VEXAsoar.CFG");
   EXPECT_TRUE(fs::is_directory(taken));
@@ -494,7 +495,7 @@ TEST(Settings, WhatIsSetForOneRunIsNotKept) {
   const test::TemporaryFolder folder;
   SettingsStore before;
   before.Set.TempMin = -50;
-  ASSERT_FALSE(SaveSettings(folder.Path(), before));
+  ASSERT_FALSE(test::SaveAllSettings(folder.Path(), before));
   Notes notes;
   SettingsStore store = Loaded(folder.Path(), notes);
   const auto kept = [&] { return Loaded(folder.Path(), notes).Set; };
@@ -518,7 +519,7 @@ TEST(Settings, WhatIsSetForOneRunIsNotKept) {
   ASSERT_FALSE(SaveChangedSettings(folder.Path(), store, written));
   EXPECT_EQ(kept().TempMin, -35);
   store.Set.TempMin = -30;
-  ASSERT_FALSE(SaveSettings(folder.Path(), store));
+  ASSERT_FALSE(test::SaveAllSettings(folder.Path(), store));
   EXPECT_EQ(kept().TempMin, -30);
   EXPECT_EQ(kept().EhiDepthKm, before.Set.EhiDepthKm);
 
@@ -526,7 +527,7 @@ TEST(Settings, WhatIsSetForOneRunIsNotKept) {
   ASSERT_FALSE(SwitchConfiguration(folder.Path(), Configuration::First, store, notes));
   EXPECT_EQ(store.Set.EhiDepthKm, Options{}.EhiDepthKm);
   store.Set.EhiDepthKm = 2;
-  ASSERT_FALSE(SaveSettings(folder.Path(), store));
+  ASSERT_FALSE(test::SaveAllSettings(folder.Path(), store));
   EXPECT_EQ(kept().EhiDepthKm, 2);
 
   EXPECT_TRUE(SetForThisRun(store, {"Temp MIN=30"})) << "Temp MAX lies too near";
@@ -584,7 +585,7 @@ TEST(SwitchConfiguration, TheCopyOfADamagedFileOutlivesAFault) {
 TEST(SwitchConfiguration, AFaultChangesNothing) {
   const test::TemporaryFolder folder;
   SettingsStore store;
-  ASSERT_FALSE(SaveSettings(folder.Path(), store));
+  ASSERT_FALSE(test::SaveAllSettings(folder.Path(), store));
   store.Set.System.MovieTime += 1;  // there is something to write
   for (const char* name : {"VEXAMAIN.SYS", "VEXA.SYS"}) {
     fs::permissions(folder.Path() / name, fs::perms::owner_read);
