@@ -273,7 +273,7 @@ TEST(CodedDamage, OfTheSample) {
                           stride.IsVerbose);
   Print(name, tally);
   EXPECT_GT(tally.Damages, 5000 / static_cast<int>(stride.Step));
-  ExpectFew(tally, 0.03);
+  ExpectFew(tally, 0.008);
 }
 
 TEST(CodedDamage, OfRealMessages) {
@@ -289,7 +289,7 @@ TEST(CodedDamage, OfRealMessages) {
     sum += tally;
   }
   Print("all", sum);
-  ExpectFew(sum, 0.02);
+  ExpectFew(sum, 0.008);
 }
 
 // Nothing of a message as it was sent is taken for garbled, but where its sender erred, and few
