@@ -250,8 +250,12 @@ std::string Caption(const StationName& station, const ObservationTime& time) {
   return when.empty() ? caption : caption + "  " + when;
 }
 
+bool IsPosition(std::optional<double> lat, std::optional<double> lon) {
+  return lat && lon && std::fabs(*lat) <= 90 && *lon >= -180 && *lon <= 360;
+}
+
 void SetPosition(SoundingRecord& record, std::optional<double> lat, std::optional<double> lon) {
-  if (!lat || !lon || std::fabs(*lat) > 90 || *lon < -180 || *lon > 360) return;
+  if (!IsPosition(lat, lon)) return;
   SetDecimalPosition(record, *lat, *lon > 180 ? *lon - 360 : *lon);
 }
 

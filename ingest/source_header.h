@@ -58,7 +58,10 @@ struct StationName {
 /// long for a title gives way to the time.
 std::string Caption(const StationName& station, const ObservationTime& time);
 
-/// Sets the position where both are given and lie on the earth, else leaves it empty.
+/// Whether both are given and lie on the earth; longitudes may go eastward all around it.
+bool IsPosition(std::optional<double> lat, std::optional<double> lon);
+
+/// Sets a position, else leaves it empty.
 void SetPosition(SoundingRecord& record, std::optional<double> lat, std::optional<double> lon);
 
 }  // namespace vexa::ingest

@@ -138,6 +138,7 @@ void FillRecord(SourceSounding sounding, std::string_view sourceName, LoadContex
   SourceLevel* surface = SurfaceLevel(sounding.Levels);
   if (!isGiven) heading.Elevation = surface == nullptr ? std::nullopt : surface->Height;
   const bool isKnown = heading.Elevation.has_value();
+  if (!IsPosition(heading.Lat, heading.Lon)) heading.Lat = heading.Lon = std::nullopt;
   LocateStation(heading, context);
   if (const auto fitting = isKnown ? std::nullopt : FittingGround(sounding.Levels)) {
     SettleGround(*fitting, heading.Elevation, context.Notes);

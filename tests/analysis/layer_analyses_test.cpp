@@ -222,6 +222,7 @@ TEST(Soaring, OfTheConvectiveSoundingAt31Degrees) {
   settings.SoarTm = 31;
   settings.TriggerHgt = 1000 / 0.3048;
   const SoaringResults soaring = AnalyseSoaring(results, settings);
+  EXPECT_NEAR(soaring.ThermalIndex(1), results.Levels.Temp(1) - soaring.MaxTemp, 1e-6);
   EXPECT_NEAR(soaring.ThermalIndex(4), -2.76, 0.01);  // 900 hPa
   EXPECT_NEAR(soaring.ThermalIndex(6), -1.14, 0.01);  // 850 hPa
   EXPECT_NEAR(soaring.ThermalIndex(8), 2.49, 0.01);   // 800 hPa
