@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "analysis/column_math.h"
 #include "analysis/moist_air.h"
 #include "analysis/pressure_grid.h"
 #include "analysis/vapor_table.h"
@@ -108,6 +109,15 @@ void SolveAdiabat(double thetaE, SaturationOver over, int bottom, int top, doubl
   }
 }
 
+VEXA_WIDE void SumColumns(const double* a, const double* b, const double* c, const double* d,
+                          std::array<double, 4> weights, std::size_t count, double* out) {
+  const auto [wa, wb, wc, wd] = weights;
+  VEXA_INDEPENDENT
+  for (std::size_t i = 0; i < count; ++i) {
+    out[i] = wa * a[i] + wb * b[i] + wc * c[i] + wd * d[i];
+  }
+}
+
 // Four columns and the weights of the cubic through them.
 struct AdiabatTable::Weighted {
   std::array<const Column*, 4> Columns{};
@@ -138,10 +148,7 @@ struct AdiabatTable::Weighted {
     const double* b = (Columns[1]->*array).data() + first;
     const double* c = (Columns[2]->*array).data() + first;
     const double* d = (Columns[3]->*array).data() + first;
-    const auto [wa, wb, wc, wd] = Weights;
-    for (std::size_t i = 0; i < count; ++i) {
-      out[i] = wa * a[i] + wb * b[i] + wc * c[i] + wd * d[i];
-    }
+    SumColumns(a, b, c, d, Weights, count, out);
   }
 };
 

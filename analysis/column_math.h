@@ -3,6 +3,7 @@
 #pragma once
 
 #include <bit>
+#include <cstddef>
 #include <cstdint>
 #include <numbers>
 
@@ -91,5 +92,9 @@ inline double ColumnExp(double x) {
   return std::bit_cast<double>(std::bit_cast<std::uint64_t>(power) +
                                (std::bit_cast<std::uint64_t>(shifted) << 52));
 }
+
+/// Sums of the values above and below zero in [from, to).
+double PositiveSum(const double* values, std::size_t from, std::size_t to);
+double NegativeSum(const double* values, std::size_t from, std::size_t to);
 
 }  // namespace vexa::analysis

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "analysis/moist_air.h"
+#include "analysis/parcel_air.h"
 #include "analysis/vapor_table.h"
 #include "core/markers.h"
 
@@ -18,47 +19,43 @@ constexpr double kAboveHighStation = 2000;  // m above the ground
 
 class Descent {
  public:
-  Descent(const LevelProfile& levels, const PressureGrid& grid, const AnalysisSettings& options,
-          AdiabatTable& table)
-      : levels_(levels),
-        grid_(grid),
-        over_(options.Saturation),
-        virtual_(options.CapeTempBase == TempBase::Virtual),
-        table_(table),
+  explicit Descent(const ParcelAir& air)
+      : air_(air),
         lowest_(LowestWhole()),
-        areas_(AreasOverLog(Environment(), grid.Bottom)) {}
+        areas_(AreasOverLog(air.Environment(), air.Grid.Bottom)) {}
 
   // What ByWholeHpa gives, to 1e-4 J/kg, from sums along the columns: for finding a source among
   // thousands, each at the same small cost.
   double Estimate(int source) {
-    const double ground = levels_.Press(1);
-    const double top = levels_.Press(source);
+    const double ground = air_.Levels.Press(1);
+    const double top = air_.Levels.Press(source);
     const int last = static_cast<int>(std::ceil(top));
     const int below = lowest_ + 1;
     const std::optional<AdiabatPiece> parcel =
         below <= kGridBottom && last <= lowest_
-            ? table_.Piece(levels_.ThetaE(source), over_, below, last, virtual_)
+            ? air_.Table.Piece(air_.Levels.ThetaE(source), air_.Over, below, last, air_.IsVirtual)
             : std::nullopt;
     if (!parcel) return ByWholeHpa(source);
 
-    const std::vector<double>& environment = Environment();
+    const std::vector<double>& environment = air_.Environment();
     const auto& logs = WholeHpa().Log;
-    const auto first = static_cast<std::size_t>(grid_.Bottom - lowest_);
-    const auto end = static_cast<std::size_t>(grid_.Bottom - last);
+    const auto first = static_cast<std::size_t>(air_.Grid.Bottom - lowest_);
+    const auto end = static_cast<std::size_t>(air_.Grid.Bottom - last);
     const double atGround = parcel->Second + (parcel->Bottom - parcel->Second) * (ground - lowest_);
-    Begin(levels_.LogPress(1), (virtual_ ? levels_.VirtualTemp(1) : levels_.Temp(1)) - atGround);
+    Begin(air_.Levels.LogPress(1),
+          (air_.IsVirtual ? air_.Levels.VirtualTemp(1) : air_.Levels.Temp(1)) - atGround);
     Add(logs[GridIndex(lowest_)], environment[first] - parcel->Second);
     energy_ += kDryGasConstant * (areas_[end] - areas_[first] - parcel->Area);
     log_ = logs[GridIndex(last)];
     difference_ = environment[end] - parcel->Top;
-    if (last > top) Add(levels_.LogPress(source), TabledDifference(source, SourceTemp(source)));
+    if (last > top) Add(air_.Levels.LogPress(source), TabledDifference(source, SourceTemp(source)));
     return energy_;
   }
 
   // By whole hPa between the source and the ground, and the pieces at both ends.
   double ByWholeHpa(int source) {
-    const double top = levels_.Press(source);
-    const double ground = levels_.Press(1);
+    const double top = air_.Levels.Press(source);
+    const double ground = air_.Levels.Press(1);
     const int first = lowest_;
     const int last = static_cast<int>(std::ceil(top));
     Begin(std::log(ground), GroundDifference(source));
@@ -69,10 +66,10 @@ class Descent {
     const auto count = static_cast<std::size_t>(first - last) + 1;
     temps_.resize(count);
     virtuals_.resize(count);
-    Adiabat(levels_.ThetaE(source), first, last);
-    const std::vector<double>& environment = Environment();
-    const std::vector<double>& parcel = virtual_ ? virtuals_ : temps_;
-    const auto offset = static_cast<std::size_t>(grid_.Bottom - first);
+    Adiabat(air_.Levels.ThetaE(source), first, last);
+    const std::vector<double>& environment = air_.Environment();
+    const std::vector<double>& parcel = air_.IsVirtual ? virtuals_ : temps_;
+    const auto offset = static_cast<std::size_t>(air_.Grid.Bottom - first);
     const WholePressures& whole = WholeHpa();
     for (std::size_t i = 0; i < count; ++i) {
       const int press = first - static_cast<int>(i);
@@ -84,57 +81,54 @@ class Descent {
 
   // By the levels of the sounding.
   double ByLevels(int source) {
-    Begin(std::log(levels_.Press(1)), GroundDifference(source));
-    const int first = static_cast<int>(std::ceil(std::min<double>(levels_.Press(1), kGridBottom)));
-    const int last = std::max(1, static_cast<int>(std::floor(levels_.Press(source))));
+    Begin(std::log(air_.Levels.Press(1)), GroundDifference(source));
+    const int first =
+        static_cast<int>(std::ceil(std::min<double>(air_.Levels.Press(1), kGridBottom)));
+    const int last = std::max(1, static_cast<int>(std::floor(air_.Levels.Press(source))));
     temps_.resize(static_cast<std::size_t>(first - last) + 1);
     virtuals_.resize(temps_.size());
-    Adiabat(levels_.ThetaE(source), first, last);
+    Adiabat(air_.Levels.ThetaE(source), first, last);
     for (int i = 2; i <= source; ++i) {
-      const double below = std::clamp<double>(first - levels_.Press(i), 0, first - last);
+      const double below = std::clamp<double>(first - air_.Levels.Press(i), 0, first - last);
       const auto step = static_cast<std::size_t>(below);
       const double share = below - static_cast<double>(step);
       const double next = step + 1 < temps_.size() ? temps_[step + 1] : temps_[step];
-      Add(levels_.LogPress(i), Difference(i, temps_[step] + share * (next - temps_[step])));
+      Add(air_.Levels.LogPress(i), Difference(i, temps_[step] + share * (next - temps_[step])));
     }
     return energy_;
   }
 
   double GroundTemp(int source) const {
-    return LiftSat(levels_.ThetaE(source), levels_.Press(1), over_).Temp;
+    return LiftSat(air_.Levels.ThetaE(source), air_.Levels.Press(1), air_.Over).Temp;
   }
 
  private:
   void Adiabat(double thetaE, int bottom, int top) {
-    double* virtuals = virtual_ ? virtuals_.data() : nullptr;
-    table_.Blend(thetaE, over_, bottom, top, temps_.data(), virtuals);
+    double* virtuals = air_.IsVirtual ? virtuals_.data() : nullptr;
+    air_.Table.Blend(thetaE, air_.Over, bottom, top, temps_.data(), virtuals);
   }
 
   // The highest whole hPa of the grid that is not below the ground.
   int LowestWhole() const {
-    return std::min(grid_.Bottom, static_cast<int>(std::floor(levels_.Press(1))));
+    return std::min(air_.Grid.Bottom, static_cast<int>(std::floor(air_.Levels.Press(1))));
   }
 
-  const std::vector<double>& Environment() const {
-    return virtual_ ? grid_.VirtualTemp : grid_.Temp;
-  }
-
-  double SourceTemp(int source) const { return levels_.WetBulb(source); }
+  double SourceTemp(int source) const { return air_.Levels.WetBulb(source); }
 
   double GroundDifference(int source) const { return Difference(1, GroundTemp(source)); }
 
   // Surroundings minus the saturated parcel at a level.
   double Difference(int level, double parcelTemp) const {
-    if (!virtual_) return levels_.Temp(level) - parcelTemp;
-    const double mixing = ThetaPoint(levels_.Press(level), parcelTemp, over_).MixingRatio;
-    return levels_.VirtualTemp(level) - VirtualTemp(parcelTemp, mixing);
+    if (!air_.IsVirtual) return air_.Levels.Temp(level) - parcelTemp;
+    const double mixing = ThetaPoint(air_.Levels.Press(level), parcelTemp, air_.Over).MixingRatio;
+    return air_.Levels.VirtualTemp(level) - VirtualTemp(parcelTemp, mixing);
   }
 
   // The same with the vapour pressure from the table.
   double TabledDifference(int level, double parcelTemp) const {
-    if (!virtual_) return levels_.Temp(level) - parcelTemp;
-    const double mixing = TabledMixingRatio(levels_.Press(level), parcelTemp, over_);
-    return levels_.VirtualTemp(level) - VirtualTemp(parcelTemp, mixing);
+    if (!air_.IsVirtual) return air_.Levels.Temp(level) - parcelTemp;
+    const double mixing = TabledMixingRatio(air_.Levels.Press(level), parcelTemp, air_.Over);
+    return air_.Levels.VirtualTemp(level) - VirtualTemp(parcelTemp, mixing);
   }
 
   void Begin(double logPress, double difference) {
@@ -149,11 +143,7 @@ class Descent {
     difference_ = difference;
   }
 
-  const LevelProfile& levels_;
-  const PressureGrid& grid_;
-  SaturationOver over_;
-  bool virtual_;
-  AdiabatTable& table_;
+  ParcelAir air_;
   int lowest_;                 // hPa
   std::vector<double> areas_;  // K, of the surroundings, from the grid's bottom up
   std::vector<double> temps_{};
@@ -171,7 +161,7 @@ Downdraft FindDowndraft(const LevelProfile& levels, const PressureGrid& grid,
   if (levels.Count() < 2 || !(levels.Press(1) > 0)) return result;
   const double ground = levels.Height(1);
   const double highest = ground > kHighStation ? ground + kAboveHighStation : kHighestSource;
-  Descent descent(levels, grid, options, table);
+  Descent descent(ParcelAir(levels, grid, options, table));
   int source = 0;
   double most = 0;  // J/kg
   for (int i = 2; i <= levels.Count() && levels.Height(i) <= highest; ++i) {

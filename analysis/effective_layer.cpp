@@ -5,7 +5,9 @@
 #include <cmath>
 
 #include "analysis/adiabat_table.h"
+#include "analysis/column_math.h"
 #include "analysis/moist_air.h"
+#include "analysis/parcel_air.h"
 #include "core/units.h"
 
 namespace vexa::analysis {
@@ -14,32 +16,38 @@ namespace {
 constexpr double kApart = 5;  // hPa between the levels that are tried
 constexpr int kSpan = 48;     // hPa of an ascent at a time: most are decided in a few spans
 
+VEXA_WIDE void Subtract(const double* parcel, const double* environment, std::size_t count,
+                        double* differences) {
+  for (std::size_t i = 0; i < count; ++i) differences[i] = parcel[i] - environment[i];
+}
+
+// J/kg of each step but the first, from the one below.
+VEXA_WIDE void FillStepEnergies(const double* differences, const double* logs, std::size_t count,
+                                double* energies) {
+  for (std::size_t i = 1; i < count; ++i) {
+    energies[i] =
+        kDryGasConstant * (differences[i - 1] + differences[i]) / 2 * (logs[i - 1] - logs[i]);
+  }
+}
+
 // Lifts a level by whole hPa only until it is known whether it feeds a storm: the sums are those of
 // ParcelLifter, from the start up to where one of them passes its limit.
 class InflowTest {
  public:
-  InflowTest(const LevelProfile& levels, const PressureGrid& grid, const AnalysisSettings& options,
-             AdiabatTable& table)
-      : levels_(levels),
-        grid_(grid),
-        over_(options.Saturation),
-        virtual_(options.CapeTempBase == TempBase::Virtual),
-        table_(table) {}
+  explicit InflowTest(const ParcelAir& air) : air_(air) {}
 
   bool Feeds(int level) {
     Begin(level);
-    for (int bottom = first_; bottom >= grid_.Top; bottom -= kSpan) {
-      const int top = std::max(bottom - kSpan + 1, grid_.Top);
+    for (int bottom = first_; bottom >= air_.Grid.Top; bottom -= kSpan) {
+      const int top = std::max(bottom - kSpan + 1, air_.Grid.Top);
       FillSpan(bottom, top);
       FillEnergies(bottom, top);
       // Sums of the span first, which go side by side; one by one only where a limit is passed.
       const auto count = static_cast<std::size_t>(bottom - top) + 1;
       const auto free = static_cast<std::size_t>(
           std::clamp(bottom - static_cast<int>(std::ceil(condensation_)) + 1, 0, bottom - top + 1));
-      double gain = 0;
-      double loss = 0;
-      for (std::size_t i = free; i < count; ++i) gain += std::max(energy_[i], 0.0);
-      for (std::size_t i = 0; i < count; ++i) loss += std::min(energy_[i], 0.0);
+      const double gain = PositiveSum(energy_.data(), free, count);
+      const double loss = NegativeSum(energy_.data(), 0, count);
       if (cape_ + gain < kFeedingCape && cin_ + loss >= kFeedingCin) {
         cape_ += gain;
         cin_ += loss;
@@ -57,13 +65,14 @@ class InflowTest {
 
  private:
   void Begin(int level) {
-    const double press = levels_.Press(level);
-    const double temp = levels_.Temp(level);
-    theta_ = levels_.Theta(level);
-    thetaE_ = levels_.ThetaE(level);
-    mixing_ = levels_.MixingRatio(level);
-    condensation_ = LclPressure(press, temp, Condense(temp, std::min(levels_.Dewpt(level), temp)));
-    first_ = static_cast<int>(std::min<double>(press, grid_.Bottom));
+    const double press = air_.Levels.Press(level);
+    const double temp = air_.Levels.Temp(level);
+    theta_ = air_.Levels.Theta(level);
+    thetaE_ = air_.Levels.ThetaE(level);
+    mixing_ = air_.Levels.MixingRatio(level);
+    condensation_ =
+        LclPressure(press, temp, Condense(temp, std::min(air_.Levels.Dewpt(level), temp)));
+    first_ = static_cast<int>(std::min<double>(press, air_.Grid.Bottom));
     cape_ = 0;
     cin_ = 0;
   }
@@ -75,39 +84,30 @@ class InflowTest {
     for (; press >= top && press > condensation_; --press) {
       const double temp = theta_ * whole.Poisson[GridIndex(press)] - kKelvinOffset;
       parcel_[static_cast<std::size_t>(bottom - press)] =
-          virtual_ ? VirtualTemp(temp, mixing_) : temp;
+          air_.IsVirtual ? VirtualTemp(temp, mixing_) : temp;
     }
     if (press < top) return;
     const auto dry = static_cast<std::size_t>(bottom - press);
-    table_.Blend(thetaE_, over_, press, top, (virtual_ ? bulb_ : parcel_).data() + dry,
-                 virtual_ ? parcel_.data() + dry : nullptr);
+    air_.Table.Blend(thetaE_, air_.Over, press, top,
+                     (air_.IsVirtual ? bulb_ : parcel_).data() + dry,
+                     air_.IsVirtual ? parcel_.data() + dry : nullptr);
   }
 
   // J/kg of each step from the one below; the first of all has none.
   void FillEnergies(int bottom, int top) {
-    const double* environment =
-        (virtual_ ? grid_.VirtualTemp : grid_.Temp).data() + (grid_.Bottom - bottom);
+    const double* environment = air_.Environment().data() + (air_.Grid.Bottom - bottom);
     const double* logs = WholeHpa().Log.data() + GridIndex(bottom);
     const auto count = static_cast<std::size_t>(bottom - top) + 1;
-    for (std::size_t i = 0; i < count; ++i) difference_[i + 1] = parcel_[i] - environment[i];
-    if (bottom == first_) {
-      energy_[0] = 0;
-    } else {
-      energy_[0] = kDryGasConstant * (difference_[0] + difference_[1]) / 2 * (log_ - logs[0]);
-    }
-    for (std::size_t i = 1; i < count; ++i) {
-      energy_[i] =
-          kDryGasConstant * (difference_[i] + difference_[i + 1]) / 2 * (logs[i - 1] - logs[i]);
-    }
+    Subtract(parcel_.data(), environment, count, difference_.data() + 1);
+    energy_[0] = bottom == first_
+                     ? 0
+                     : kDryGasConstant * (difference_[0] + difference_[1]) / 2 * (log_ - logs[0]);
+    FillStepEnergies(difference_.data() + 1, logs, count, energy_.data());
     difference_[0] = difference_[count];
     log_ = logs[count - 1];
   }
 
-  const LevelProfile& levels_;
-  const PressureGrid& grid_;
-  SaturationOver over_;
-  bool virtual_;
-  AdiabatTable& table_;
+  ParcelAir air_;
   std::array<double, kSpan> parcel_{};  // °C, virtual where the base is
   std::array<double, kSpan> bulb_{};    // °C
   double theta_ = 0, thetaE_ = 0, mixing_ = 0, condensation_ = 0;
@@ -135,7 +135,7 @@ EffectiveLayer FindEffectiveLayer(const LevelProfile& levels, const PressureGrid
                                   AdiabatTable& table) {
   if (grid.Empty() || mostUnstable.CapeTotal < kFeedingCape) return {};
   const std::vector<int> liftable = LiftableLevels(levels, grid);
-  InflowTest test(levels, grid, options, table);
+  InflowTest test(ParcelAir(levels, grid, options, table));
   const double lowest = levels.Press(1) - options.SearchDepth;
   const auto pressOf = [&](std::size_t i) { return levels.Press(liftable[i]); };
   // The first of the levels from one on that answers so, tried in steps; the count for none.

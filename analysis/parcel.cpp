@@ -1,10 +1,10 @@
 #include "analysis/parcel.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstddef>
 
+#include "analysis/column_math.h"
 #include "analysis/interpolate.h"
 #include "analysis/moist_air.h"
 #include "core/units.h"
@@ -20,21 +20,45 @@ constexpr double kHailTopTemp = -30;   // °C
 
 // Virtual temperatures are rounded to three decimals. Adding and taking away 1.5 · 2^52 rounds to
 // a whole number in two operations that the compiler can do for several values at once.
-double ToThousandths(double value) {
+inline double ToThousandths(double value) {
   constexpr double kRounder = 6755399441055744.0;
   return (value * 1000 + kRounder - kRounder) * 0.001;
 }
 
-// Sums in four strands, which a processor adds side by side.
-template <class Term>
-double SumOver(std::size_t from, std::size_t to, Term term) {
-  std::array<double, 4> strands{};
-  std::size_t i = from;
-  for (; i + 4 <= to; i += 4) {
-    for (std::size_t k = 0; k < 4; ++k) strands[k] += term(i + k);
+// What the parcel is warmer by. Only what is shown of it is rounded: thousandths on one side alone
+// would make air warmer than itself.
+VEXA_WIDE void FillDifferences(double* parcel, const double* environment, std::size_t count,
+                               bool isVirtual, double* differences) {
+  VEXA_INDEPENDENT
+  for (std::size_t i = 0; i < count; ++i) {
+    const double temp = std::max(parcel[i], kColdestParcel);
+    differences[i] = temp - environment[i];
+    parcel[i] = isVirtual ? ToThousandths(temp) : temp;
   }
-  for (; i < to; ++i) strands[0] += term(i);
-  return (strands[0] + strands[1]) + (strands[2] + strands[3]);
+}
+
+VEXA_WIDE void FillIncrements(const double* differences, const double* logs, std::size_t count,
+                              double* increments) {
+  increments[0] = 0;
+  VEXA_INDEPENDENT
+  for (std::size_t i = 1; i < count; ++i) {
+    increments[i] =
+        -kDryGasConstant * ((differences[i - 1] + differences[i]) / 2) * (logs[i] - logs[i - 1]);
+  }
+}
+
+VEXA_WIDE void Narrow(const double* from, std::size_t count, float* to) {
+  for (std::size_t i = 0; i < count; ++i) to[i] = static_cast<float>(from[i]);
+}
+
+// Every stride-th value of a column, from its first on.
+void Thin(const double* column, std::size_t stride, std::size_t count, std::vector<double>& into) {
+  if (stride == 1) {
+    into.assign(column, column + count);
+    return;
+  }
+  into.resize(count);
+  for (std::size_t i = 0; i < count; ++i) into[i] = column[i * stride];
 }
 
 }  // namespace
@@ -199,25 +223,11 @@ void ParcelLifter::FillSteps(ParcelAscent& into) {
       (isVirtual ? grid_.VirtualTemp : grid_.Temp).data() + (grid_.Bottom - first_);
   const auto stride = static_cast<std::size_t>(settings_.Step);
   const std::size_t steps = (temps_.size() - 1) / stride + 1;
-  into.ParcelTemps.resize(steps);
-  into.EnvTemps.resize(steps);
+  Thin(parcel, stride, steps, into.ParcelTemps);
+  Thin(environment, stride, steps, into.EnvTemps);
   differences_.resize(steps);
-  double* parcelOut = into.ParcelTemps.data();
-  double* environmentOut = into.EnvTemps.data();
-  double* differences = differences_.data();
-  const auto take = [&](std::size_t i, std::size_t at) {
-    const double temp = std::max(parcel[at], kColdestParcel);
-    parcelOut[i] = isVirtual ? ToThousandths(temp) : temp;
-    environmentOut[i] = environment[at];
-    // Only what is shown is rounded: thousandths on one side alone would make air warmer than
-    // itself.
-    differences[i] = temp - environment[at];
-  };
-  if (stride == 1) {
-    for (std::size_t i = 0; i < steps; ++i) take(i, i);
-  } else {
-    for (std::size_t i = 0; i < steps; ++i) take(i, i * stride);
-  }
+  FillDifferences(into.ParcelTemps.data(), into.EnvTemps.data(), steps, isVirtual,
+                  differences_.data());
 }
 
 // Below this the parcel is as warm as its surroundings: what is left is rounding.
@@ -279,48 +289,36 @@ void ParcelLifter::FindFreeLayer(const Source& source, LiftMode mode, ParcelAsce
 
 void ParcelLifter::Integrate(ParcelAscent& into) {
   const std::size_t steps = differences_.size();
-  const std::size_t stride = static_cast<std::size_t>(settings_.Step);
+  const auto stride = static_cast<std::size_t>(settings_.Step);
   const double* logs = WholeHpa().Log.data() + GridIndex(first_);
+  std::vector<double> thinned;
+  if (stride > 1) Thin(logs, stride, steps, thinned);
   increments_.resize(steps);
-  const double* differences = differences_.data();
-  double* increments = increments_.data();
-  const auto increment = [&](std::size_t i, double logRatio) {
-    increments[i] = -kDryGasConstant * ((differences[i - 1] + differences[i]) / 2) * logRatio;
-  };
-  increments[0] = 0;
-  if (stride == 1) {
-    for (std::size_t i = 1; i < steps; ++i) increment(i, logs[i] - logs[i - 1]);
-  } else {
-    for (std::size_t i = 1; i < steps; ++i) {
-      increment(i, logs[i * stride] - logs[(i - 1) * stride]);
-    }
-  }
+  const double* increments = increments_.data();
+  FillIncrements(differences_.data(), stride > 1 ? thinned.data() : logs, steps,
+                 increments_.data());
 
   const bool hasEnd = into.Equilibrium.Exists();
   const std::size_t end = hasEnd ? StepsDownTo(std::floor(into.Equilibrium.Press)) : steps;
   MarkHailZone(end, into);
   into.Increments.resize(end);
-  float* drawn = into.Increments.data();
-  for (std::size_t i = 0; i < end; ++i) drawn[i] = static_cast<float>(increments[i]);
+  Narrow(increments, end, into.Increments.data());
   if (!hasEnd) return;  // all totals stay 0
 
-  const auto positive = [&](std::size_t from, std::size_t to) {
-    return SumOver(from, to, [&](std::size_t i) { return std::max(increments[i], 0.0); });
-  };
   // Steps with p < free level, of which those with p >= layer top lie in the 0-x km layer.
   const std::size_t free =
       std::clamp<std::size_t>(StepsDownTo(into.FreeLevel.Press), 1, std::max<std::size_t>(end, 1));
   const std::size_t deep = settings_.DepthTopPress == kNotReached
                                ? end
                                : std::clamp(StepsDownTo(settings_.DepthTopPress), free, end);
-  into.CapeDepth = positive(free, deep);
-  into.CapeTotal = into.CapeDepth + positive(deep, end);
-  into.CapePlusOnly = positive(1, free) + into.CapeTotal;
-  into.CinTotal = SumOver(1, end, [&](std::size_t i) { return std::min(increments[i], 0.0); });
+  into.CapeDepth = PositiveSum(increments, free, deep);
+  into.CapeTotal = into.CapeDepth + PositiveSum(increments, deep, end);
+  into.CapePlusOnly = PositiveSum(increments, 1, free) + into.CapeTotal;
+  into.CinTotal = NegativeSum(increments, 1, end);
   if (into.HailBasePress != kNone) {
     const std::size_t hailFrom = StepsDownTo(into.HailBasePress) - 1;
     const std::size_t hailTo = into.HailTopPress == kNone ? end : StepsDownTo(into.HailTopPress);
-    into.CapeHail = positive(hailFrom, hailTo);
+    into.CapeHail = PositiveSum(increments, hailFrom, hailTo);
   }
 
   if (into.CapeTotal == 0) into.CinTotal = 0;
