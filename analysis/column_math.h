@@ -93,6 +93,46 @@ inline double ColumnExp(double x) {
                                (std::bit_cast<std::uint64_t>(shifted) << 52));
 }
 
+struct SinCos {
+  double Sin = 0;
+  double Cos = 0;
+};
+
+/// Sine and cosine of an angle in radians, |x| < 1e5, to the last place or the one before it.
+inline SinCos ColumnSinCos(double x) {
+  constexpr double kRounder = 0x1.8p52;
+  constexpr double kQuarterHigh = 0x1.921fb544p+0;  // a quarter turn, as ln 2 above
+  constexpr double kQuarterLow = 0x1.0b4611a626331p-34;
+  // x = n quarter turns + r, |r| < 0.79.
+  const double shifted = x * (2 / std::numbers::pi) + kRounder;
+  const double n = shifted - kRounder;
+  const double r = (x - n * kQuarterHigh) - n * kQuarterLow;
+  const double z = r * r;
+  double sine = -1.0 / 1307674368000;
+  sine = sine * z + 1.0 / 6227020800;
+  sine = sine * z - 1.0 / 39916800;
+  sine = sine * z + 1.0 / 362880;
+  sine = sine * z - 1.0 / 5040;
+  sine = sine * z + 1.0 / 120;
+  sine = sine * z - 1.0 / 6;
+  sine = sine * z * r + r;
+  double cosine = 1.0 / 20922789888000;
+  cosine = cosine * z - 1.0 / 87178291200;
+  cosine = cosine * z + 1.0 / 479001600;
+  cosine = cosine * z - 1.0 / 3628800;
+  cosine = cosine * z + 1.0 / 40320;
+  cosine = cosine * z - 1.0 / 720;
+  cosine = cosine * z + 1.0 / 24;
+  cosine = cosine * z * z - 0.5 * z + 1;
+  // Odd quarters change them over, and each has two of the four in which it is negative.
+  const auto quarter = std::bit_cast<std::uint64_t>(shifted);
+  const bool isOdd = (quarter & 1) != 0;
+  const auto signedBy = [](double value, std::uint64_t turns) {
+    return std::bit_cast<double>(std::bit_cast<std::uint64_t>(value) ^ ((turns & 2) << 62));
+  };
+  return {signedBy(isOdd ? cosine : sine, quarter), signedBy(isOdd ? sine : cosine, quarter + 1)};
+}
+
 /// Sums of the values above and below zero in [from, to).
 double PositiveSum(const double* values, std::size_t from, std::size_t to);
 double NegativeSum(const double* values, std::size_t from, std::size_t to);

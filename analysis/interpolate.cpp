@@ -5,6 +5,7 @@
 #include <functional>
 #include <optional>
 
+#include "analysis/column_math.h"
 #include "analysis/moist_air.h"
 #include "analysis/standard_atmosphere.h"
 #include "analysis/working_wind.h"
@@ -76,6 +77,15 @@ std::optional<Bracket> WindsAbout(const std::vector<double>& heights, double hei
   while (bracket->High + 1 < heights.size() && !hasWind(bracket->High)) ++bracket->High;
   if (!hasWind(bracket->Low) || !hasWind(bracket->High)) return std::nullopt;
   return bracket;
+}
+
+// What Components gives, many at a time.
+VEXA_WIDE void TurnWinds(const Wind* winds, std::size_t count, WindVector* vectors) {
+  VEXA_INDEPENDENT
+  for (std::size_t i = 0; i < count; ++i) {
+    const SinCos turned = ColumnSinCos(Radians(winds[i].Dir));
+    vectors[i] = {winds[i].Spd * turned.Sin, winds[i].Spd * turned.Cos};
+  }
 }
 
 // Components between two winds, linear in height.
@@ -220,15 +230,20 @@ WindSample WindAtHeight(const SoundingRecord& sounding, double height) {
 WindProfile DeriveWinds(const SoundingRecord& sounding, double highest) {
   WindProfile winds;
   const int count = sounding.NumWindLevels();
+  std::vector<Wind> observed;
+  observed.reserve(static_cast<std::size_t>(count));
   winds.Heights.reserve(static_cast<std::size_t>(count));
-  winds.Vectors.reserve(static_cast<std::size_t>(count));
+  const bool isWorking = sounding.HasWorkWinds();
   for (int i = 1; i <= count; ++i) {
-    if (!sounding.HasWind(i)) continue;
     const double height = sounding.WindHgt(i);
+    const Wind wind{sounding.WindDir(i), sounding.WindSpd(i)};
+    if (!HasHeight(height) || NotAvailable(wind.Dir) || NotAvailable(wind.Spd)) continue;
     winds.Heights.push_back(height);
-    winds.Vectors.push_back(Components(WorkingWind(sounding, i)));
+    observed.push_back(isWorking ? WorkingWind(sounding, i) : wind);
     if (height > highest) break;
   }
+  winds.Vectors.resize(observed.size());
+  TurnWinds(observed.data(), observed.size(), winds.Vectors.data());
   winds.IsOrdered = std::ranges::is_sorted(winds.Heights);
   return winds;
 }

@@ -24,6 +24,11 @@ TEST(ColumnMath, GivesTheLibrarysNumbers) {
   for (double x = -40; x < 40; x += 0.0373) {
     EXPECT_NEAR(ColumnExp(x) / std::exp(x), 1, kLastPlaces) << x;
   }
+  for (double x = -20; x < 200; x += 0.0191) {
+    const SinCos turned = ColumnSinCos(x);
+    EXPECT_NEAR(turned.Sin, std::sin(x), kLastPlaces) << x;
+    EXPECT_NEAR(turned.Cos, std::cos(x), kLastPlaces) << x;
+  }
   for (double ratio = 0.7; ratio < 1.43; ratio += 0.0007) {
     EXPECT_NEAR(LogOfRatio(250 * ratio, 250), std::log(ratio), kLastPlaces) << ratio;
   }
