@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <limits>
 
+#include "core/plain_number.h"
+
 namespace vexa {
 namespace {
 
@@ -27,40 +29,12 @@ bool IsBlank(char c) {
   return c <= ' ' && (c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == '\f');
 }
 
-// Puts the digits at the front of a text behind those of a number, which wraps where they are too
-// many; gives how many they were.
-std::size_t TakeDigits(std::string_view& text, std::uint64_t& number) {
+// The number that a whole text is, where it is a plain one.
+std::optional<double> PlainDecimal(std::string_view text) {
   const char* at = text.data();
   const char* const end = at + text.size();
-  for (; at != end; ++at) {
-    const auto digit = static_cast<unsigned>(*at) - '0';
-    if (digit > 9) break;
-    number = 10 * number + digit;
-  }
-  const auto count = static_cast<std::size_t>(at - text.data());
-  text.remove_prefix(count);
-  return count;
-}
-
-// A number as nearly all files have it, "-12.3": its digits as a whole number over a power of ten.
-// Both are exact in a double, so that their quotient is the nearest number, as from_chars gives it.
-std::optional<double> PlainDecimal(std::string_view text) {
-  constexpr std::size_t kMostDigits = 15;
-  static constexpr std::array<double, kMostDigits + 1> kPowers = {
-      1, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
-  const bool isNegative = !text.empty() && text.front() == '-';
-  if (isNegative) text.remove_prefix(1);
-  std::uint64_t digits = 0;
-  std::size_t count = TakeDigits(text, digits);
-  std::size_t decimals = 0;
-  if (!text.empty() && text.front() == '.') {
-    text.remove_prefix(1);
-    decimals = TakeDigits(text, digits);
-    count += decimals;
-  }
-  if (!text.empty() || count == 0 || count > kMostDigits) return std::nullopt;
-  const double size = static_cast<double>(static_cast<std::int64_t>(digits)) / kPowers[decimals];
-  return isNegative ? -size : size;
+  const std::optional<double> number = TakePlainNumber(at, end);
+  return at == end ? number : std::nullopt;
 }
 
 // Adds one to a row of decimal digits, growing it when all are nines.

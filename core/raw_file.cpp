@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <initializer_list>
 
 #include "core/error_report.h"
 #include "core/letter_case.h"
@@ -50,6 +51,7 @@ class RawReader {
       for (int spare = 1; spare <= 3; ++spare) Text("a spare field");
       if (variant == RawVariant::Quick) Text("the spare text");
     }
+    Reserve(tempRows, {&into_.Press, &into_.Temp, &into_.Dewpt});
     for (int row = 1; row <= tempRows && !fault_; ++row) {
       const double press = Number("the pressure");
       const double temp = Number("the temperature");
@@ -77,7 +79,16 @@ class RawReader {
   }
 
  private:
+  // No more than what is left of the text can hold.
+  void Reserve(int rows, std::initializer_list<Levels<double>*> columns) const {
+    constexpr std::size_t kShortestRow = 6;  // "0,0,0" and the line's end
+    const std::size_t most =
+        std::min(static_cast<std::size_t>(std::max(rows, 0)), fields_.Rest().size() / kShortestRow);
+    for (Levels<double>* column : columns) column->Values().reserve(most);
+  }
+
   void ReadWinds(int rows) {
+    Reserve(rows, {&into_.WindHgt, &into_.WindDir, &into_.WindSpd});
     for (int row = 1; row <= rows && !fault_; ++row) {
       const double height = Number("the wind height");
       const double direction = Number("the wind direction");
@@ -150,7 +161,11 @@ class RawReader {
 
   // After the first fault every further field is empty, so that a row of fields reads as one.
   std::string Text(std::string_view what) { return Take(&RecordReader::Text, what, std::string{}); }
-  double Number(std::string_view what) { return Take(&RecordReader::Number, what, 0.0); }
+  double Number(std::string_view what) {
+    if (fault_) return 0;
+    if (const std::optional<double> number = fields_.TakeNumber()) return *number;
+    return Take(&RecordReader::Number, what, 0.0);
+  }
   int Count(std::string_view what) { return Take(&RecordReader::Count, what, 0); }
 
   template <class T>

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "core/numbers.h"
+#include "core/plain_number.h"
 #include "core/source_text.h"
 
 namespace vexa {
@@ -111,13 +112,16 @@ void RecordReader::EndField() {
   }
 }
 
-// The number that stands next on the line, as it nearly always does where one is wanted; else
-// nothing is taken.
 std::optional<double> RecordReader::TakeNumber() {
   SkipBlanks();
-  std::size_t end = at_;
-  while (end < text_.size() && !EndsField(text_[end])) ++end;
-  const std::optional<double> number = ParseNumber(text_.substr(at_, end - at_));
+  const char* const textEnd = text_.data() + text_.size();
+  const char* next = text_.data() + at_;
+  std::optional<double> number = TakePlainNumber(next, textEnd);
+  auto end = static_cast<std::size_t>(next - text_.data());
+  if (!number || (next != textEnd && !EndsField(*next))) {
+    while (end < text_.size() && !EndsField(text_[end])) ++end;
+    number = ParseNumber(text_.substr(at_, end - at_));
+  }
   if (!number) return number;
   at_ = end;
   EndField();

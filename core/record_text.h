@@ -33,6 +33,9 @@ class RecordReader {
   Outcome<std::string> Text(std::string_view what);
   /// The next field as a number; a quoted field is none. Fault 62 names line, `what` and the field.
   Outcome<double> Number(std::string_view what);
+  /// The same where a number stands next on the line, as it nearly always does; else nothing is
+  /// taken.
+  std::optional<double> TakeNumber();
   /// The next field as a whole number not below 0.
   Outcome<int> Count(std::string_view what);
 
@@ -61,7 +64,6 @@ class RecordReader {
   void SkipBlanks();
   bool SkipLineEnd();
   void EndField();
-  std::optional<double> TakeNumber();
 
   std::string_view text_;
   std::string_view name_;

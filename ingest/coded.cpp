@@ -420,11 +420,19 @@ SourceSounding Merged(const CodedAscent& ascent, LoadContext& context, bool& isG
 }  // namespace
 
 bool IsCoded(const SourceText& source) {
+  // Rows of numbers need not be cut into words: the names of parts end in such a letter.
+  const auto mayHoldName = [&source](int line) {
+    return line <= source.LineCount() &&
+           std::ranges::any_of(source.Line(line), [](char c) { return c >= 'A' && c <= 'D'; });
+  };
   const int last = std::min(source.LineCount(), kMostCodedHeading);
+  bool mayNext = mayHoldName(1);
   std::vector<std::string_view> words, next;
-  if (last > 0) TakeTokens(source.Line(1), next);
   for (int line = 1; line <= last; ++line) {
-    words = next;
+    const bool may = mayNext;
+    mayNext = mayHoldName(line + 1);
+    if (!may && !mayNext) continue;
+    TakeTokens(source.Line(line), words);
     next.clear();
     if (line < source.LineCount()) TakeTokens(source.Line(line + 1), next);
     words.insert(words.end(), next.begin(), next.end());

@@ -54,16 +54,18 @@ void NoteUnread(const TableLayout& layout, std::vector<std::string>& notes) {
 }  // namespace
 
 bool IsColumns(const SourceText& source) {
-  return FindLayout(source, kMostColumnsHeading) != 0;
+  return FindLayout(source, kMostColumnsHeading).has_value();
 }
 
 std::optional<Fault> DecodeColumns(const SourceText& source, LoadContext& context,
                                    SoundingRecord& into) {
-  const int names = FindLayout(source, kMostColumnsHeading);
-  if (names == 0) return Fault{kFaultFormat, "DecodeColumns", source.Name() + ": no column names"};
-  const TableLayout layout = LayoutAt(source, names).value_or(TableLayout{});
+  const std::optional<TableLayout> found = FindLayout(source, kMostColumnsHeading);
+  if (!found) return Fault{kFaultFormat, "DecodeColumns", source.Name() + ": no column names"};
+  const TableLayout& layout = *found;
   SourceSounding sounding;
-  for (int line = 1; line < names; ++line) ReadLabel(source.Line(line), sounding.Heading);
+  for (int line = 1; line < layout.NamesLine; ++line) {
+    ReadLabel(source.Line(line), sounding.Heading);
+  }
   if (std::optional<Fault> fault =
           ReadTable(source, layout, source.LineCount() + 1, "DecodeColumns", sounding)) {
     return fault;

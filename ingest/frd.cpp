@@ -12,12 +12,14 @@ namespace {
 
 constexpr std::string_view kFrdTag = "DROPSONDE";
 constexpr int kMostFrdHeading = 100;
+constexpr std::size_t kFewestNames = 4;
 
 // The line of names; 0 when there is none. Its rows are counted and carry the seconds.
 int NamesLine(const SourceText& source) {
   for (int line = 1; line <= std::min(source.LineCount(), kMostFrdHeading); ++line) {
-    const std::vector<std::string_view> words = Tokens(source.Line(line));
-    if (words.size() < 4 || (words[0] != "IX" && !StartsWithNoCase(words[0], "index"))) continue;
+    const std::string_view count = FirstWord(source.Line(line));
+    if (count != "IX" && !StartsWithNoCase(count, "index")) continue;
+    if (Tokens(source.Line(line)).size() < kFewestNames) continue;
     if (FindNoCase(source.Line(line), "(s)") != std::string_view::npos && LayoutAt(source, line)) {
       return line;
     }

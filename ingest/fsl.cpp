@@ -22,10 +22,11 @@ std::string_view Field(std::string_view line, std::size_t index) {
 
 // "254     12      1      DEC    2021", or a model's name in place of 254.
 std::optional<ObservationTime> TypeLine(std::string_view line) {
+  const std::string_view type = FirstWord(line);
+  const bool isModel = !type.empty() && type.front() >= 'A' && type.front() <= 'Z';
+  if (!isModel && type != "254") return std::nullopt;
   const std::vector<std::string_view> words = Tokens(line);
   if (words.size() != 5 || words[4].size() != 4) return std::nullopt;
-  const char first = words[0].front();
-  if (words[0] != "254" && (first < 'A' || first > 'Z')) return std::nullopt;
   return MakeTime(ParseWhole(words[4]).value_or(0), MonthNumber(words[3]),
                   ParseWhole(words[2]).value_or(0), ParseWhole(words[1]).value_or(-1));
 }
@@ -53,7 +54,8 @@ void ReadStationLine(std::string_view line, SourceHeading& heading) {
   constexpr int kNone = 99999;
   const int number = ParseWhole(Field(line, 2)).value_or(0);
   heading.Station.Number = number == kNone ? 0 : number;
-  std::string_view rest = line.size() > 3 * kFieldWidth ? line.substr(3 * kFieldWidth) : std::string_view();
+  std::string_view rest =
+      line.size() > 3 * kFieldWidth ? line.substr(3 * kFieldWidth) : std::string_view();
   bool latLetter = false, lonLetter = false;
   heading.Lat = TakeDegrees(rest, latLetter);
   heading.Lon = TakeDegrees(rest, lonLetter);

@@ -6,6 +6,7 @@
 #include <numbers>
 
 #include "core/numbers.h"
+#include "core/plain_number.h"
 #include "core/units.h"
 
 namespace vexa::ingest {
@@ -120,21 +121,29 @@ constexpr Unit kUnits[] = {
     {"km/h", 's', {.Times = kMsToKnot, .Over = 3.6}},
 };
 
-// Kind of unit and element, in the order of Quantity.
+// What a row says of other quantities than those of a level.
+struct OtherValues {
+  std::optional<double> Depression{}, Humidity{}, East{}, North{};
+};
+
+// Kind of unit and where the value goes, in the order of Quantity.
 struct QuantityRow {
   char UnitKind;
-  std::optional<Element> What;
+  std::optional<double> SourceLevel::*Into = nullptr;
+  Element What{};  // of what goes into the level
+  std::optional<double> OtherValues::*IntoOther = nullptr;
 };
-constexpr std::array<QuantityRow, kQuantities> kRows = {{{'p', Element::Press},
-                                                         {'l', Element::Height},
-                                                         {'t', Element::Temp},
-                                                         {'t', Element::Dewpt},
-                                                         {'t', {}},
-                                                         {'h', {}},
-                                                         {'a', Element::Direction},
-                                                         {'s', Element::Speed},
-                                                         {'s', {}},
-                                                         {'s', {}}}};
+constexpr std::array<QuantityRow, kQuantities> kRows = {
+    {{'p', &SourceLevel::Press, Element::Press},
+     {'l', &SourceLevel::Height, Element::Height},
+     {'t', &SourceLevel::Temp, Element::Temp},
+     {'t', &SourceLevel::Dewpt, Element::Dewpt},
+     {.UnitKind = 't', .IntoOther = &OtherValues::Depression},
+     {.UnitKind = 'h', .IntoOther = &OtherValues::Humidity},
+     {'a', &SourceLevel::Dir, Element::Direction},
+     {'s', &SourceLevel::Spd, Element::Speed},
+     {.UnitKind = 's', .IntoOther = &OtherValues::East},
+     {.UnitKind = 's', .IntoOther = &OtherValues::North}}};
 
 const QuantityRow& RowOf(Quantity what) {
   return kRows[static_cast<std::size_t>(what)];
@@ -179,19 +188,79 @@ NameAndUnit Separate(std::string_view heading) {
   return {heading, {}};
 }
 
-// Other quantities than those of a record have no element and no count of refusals.
-bool ReadOther(std::string_view field, const QuantityColumn& column, std::optional<double>& into) {
+// Other quantities than those of a level have no element and no count of refusals.
+void ReadOther(double number, const Scale& scale, std::optional<double>& into) {
   constexpr double kLargest = 300;  // per cent, degrees, knots
-  const std::optional<double> number = ParseNumber(field);
-  if (!number) {
-    // As a temperature: only its notion of a marker is wanted.
-    Refusals unused;
-    return ReadElement(field, Element::Temp, unused, into);
-  }
-  into.reset();
-  const double value = column.ToOurs(*number);
+  const double value = scale(number);
   if (std::fabs(value) <= kLargest) into = value;
-  return true;
+}
+
+std::string_view FieldText(std::string_view field) {
+  return field;
+}
+std::string_view FieldText(const RowWord& word) {
+  return word.Text;
+}
+
+// The number of a field where it is known without reading its text.
+std::optional<double> KnownNumber(std::string_view) {
+  return std::nullopt;
+}
+std::optional<double> KnownNumber(const RowWord& word) {
+  return word.Number;
+}
+
+// False for a field that is neither a number nor a marker.
+template <class Field>
+bool ReadPlanned(const Field& field, const QuantityColumn& column, Refusals& refused,
+                 SourceLevel& into, OtherValues& others) {
+  const QuantityRow& row = RowOf(column.What);
+  std::optional<double> number = KnownNumber(field);
+  if (row.Into != nullptr) {
+    std::optional<double>& value = into.*row.Into;
+    if (!number) return ReadElement(FieldText(field), row.What, refused, value, column.ToOurs);
+    ReadElement(*number, row.What, refused, value, column.ToOurs);
+    return true;
+  }
+  std::optional<double>& value = others.*row.IntoOther;
+  if (!number) number = ParseNumber(FieldText(field));
+  if (number) {
+    ReadOther(*number, column.ToOurs, value);
+    return true;
+  }
+  // As a temperature: only its notion of a marker is wanted.
+  Refusals unused;
+  return ReadElement(FieldText(field), Element::Temp, unused, value);
+}
+
+// Dew point and wind from what stands in their place.
+void FillFrom(const OtherValues& others, SourceLevel& into) {
+  if (into.Temp && !into.Dewpt && others.Depression) {
+    into.Dewpt = Rounded(*into.Temp - *others.Depression, kDecimals);
+  }
+  if (into.Temp && !into.Dewpt && others.Humidity) {
+    into.Dewpt = DewptFromHumidity(*into.Temp, *others.Humidity);
+  }
+  if ((!into.Spd || !into.Dir) && others.East && others.North) {
+    into.Spd = Rounded(std::hypot(*others.East, *others.North), kDecimals);
+    const double from = std::atan2(-*others.East, -*others.North) * 180 / std::numbers::pi;
+    into.Dir = Rounded(from < 0 ? from + 360 : from, kDecimals);
+  }
+}
+
+template <class Field>
+std::optional<std::string> ReadFields(std::span<const Field> fields,
+                                      std::span<const QuantityColumn> plan, Refusals& refused,
+                                      SourceLevel& into) {
+  into = {};
+  OtherValues others;
+  for (const QuantityColumn& column : plan) {
+    if (column.Column >= fields.size()) continue;
+    const Field& field = fields[column.Column];
+    if (!ReadPlanned(field, column, refused, into, others)) return std::string(Trim(FieldText(field)));
+  }
+  FillFrom(others, into);
+  return std::nullopt;
 }
 
 }  // namespace
@@ -239,41 +308,34 @@ bool Holds(std::span<const QuantityColumn> plan, Quantity what) {
   return std::ranges::find(plan, what, &QuantityColumn::What) != plan.end();
 }
 
+void TakeWords(std::string_view line, std::vector<RowWord>& words) {
+  const auto isBlank = [](char c) { return c <= ' ' && (c == ' ' || c == '\t'); };
+  words.clear();
+  const char* at = line.data();
+  const char* const end = at + line.size();
+  while (true) {
+    while (at != end && isBlank(*at)) ++at;
+    if (at == end) return;
+    const char* const begin = at;
+    std::optional<double> number = TakePlainNumber(at, end);
+    if (at != end && !isBlank(*at)) {
+      number.reset();
+      while (at != end && !isBlank(*at)) ++at;
+    }
+    words.push_back({{begin, static_cast<std::size_t>(at - begin)}, number});
+  }
+}
+
 std::optional<std::string> ReadRow(std::span<const std::string_view> fields,
                                    std::span<const QuantityColumn> plan, Refusals& refused,
                                    SourceLevel& into) {
-  std::array<std::optional<double>, kQuantities> values;
-  const auto value = [&values](Quantity what) -> std::optional<double>& {
-    return values[static_cast<std::size_t>(what)];
-  };
-  for (const QuantityColumn& column : plan) {
-    if (column.Column >= fields.size()) continue;
-    const std::string_view field = fields[column.Column];
-    const std::optional<Element> element = RowOf(column.What).What;
-    const bool isRead =
-        element ? ReadElement(field, *element, refused, value(column.What), column.ToOurs)
-                : ReadOther(field, column, value(column.What));
-    if (!isRead) return std::string(Trim(field));
-  }
-  into = {.Press = value(Quantity::Press),
-          .Height = value(Quantity::Height),
-          .Temp = value(Quantity::Temp),
-          .Dewpt = value(Quantity::Dewpt),
-          .Dir = value(Quantity::Direction),
-          .Spd = value(Quantity::Speed)};
-  const std::optional<double>& depression = value(Quantity::Depression);
-  const std::optional<double>& humidity = value(Quantity::Humidity);
-  if (into.Temp && !into.Dewpt && depression)
-    into.Dewpt = Rounded(*into.Temp - *depression, kDecimals);
-  if (into.Temp && !into.Dewpt && humidity) into.Dewpt = DewptFromHumidity(*into.Temp, *humidity);
-  const std::optional<double>& east = value(Quantity::East);
-  const std::optional<double>& north = value(Quantity::North);
-  if ((!into.Spd || !into.Dir) && east && north) {
-    into.Spd = Rounded(std::hypot(*east, *north), kDecimals);
-    const double from = std::atan2(-*east, -*north) * 180 / std::numbers::pi;
-    into.Dir = Rounded(from < 0 ? from + 360 : from, kDecimals);
-  }
-  return std::nullopt;
+  return ReadFields(fields, plan, refused, into);
+}
+
+std::optional<std::string> ReadRow(std::span<const RowWord> words,
+                                   std::span<const QuantityColumn> plan, Refusals& refused,
+                                   SourceLevel& into) {
+  return ReadFields(words, plan, refused, into);
 }
 
 std::optional<double> DewptFromHumidity(double temp, double humidity) {

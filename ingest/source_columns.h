@@ -51,9 +51,21 @@ std::vector<QuantityColumn> PlanColumns(std::span<const std::string_view> names,
 
 bool Holds(std::span<const QuantityColumn> plan, Quantity what);
 
+/// A word of a row, with the number that it is where it is one as nearly all are.
+struct RowWord {
+  std::string_view Text{};
+  std::optional<double> Number{};
+};
+
+/// The words between blanks and tabs, into a vector that is used again for the next line.
+void TakeWords(std::string_view line, std::vector<RowWord>& words);
+
 /// Reads one row. Empty on success, else the field that is neither a number nor a marker of a
 /// missing value. A row with fewer fields misses the last ones.
 std::optional<std::string> ReadRow(std::span<const std::string_view> fields,
+                                   std::span<const QuantityColumn> plan, Refusals& refused,
+                                   SourceLevel& into);
+std::optional<std::string> ReadRow(std::span<const RowWord> words,
                                    std::span<const QuantityColumn> plan, Refusals& refused,
                                    SourceLevel& into);
 

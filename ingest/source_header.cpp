@@ -55,6 +55,12 @@ std::vector<std::string_view> Tokens(std::string_view text) {
   return tokens;
 }
 
+std::string_view FirstWord(std::string_view text) {
+  constexpr std::string_view kBlanks = " \t";
+  const std::size_t begin = std::min(text.find_first_not_of(kBlanks), text.size());
+  return text.substr(begin, text.find_first_of(kBlanks, begin) - begin);
+}
+
 void TakeTokens(std::string_view text, std::vector<std::string_view>& tokens) {
   constexpr std::size_t kUsual = 12;  // words of a row
   tokens.clear();

@@ -14,7 +14,9 @@ namespace vexa::ingest {
 
 /// Words between blanks and tabs.
 std::vector<std::string_view> Tokens(std::string_view text);
-/// The same into a vector that is used again for the next line.
+/// The first of them; empty where there is none.
+std::string_view FirstWord(std::string_view text);
+/// All into a vector that is used again for the next line.
 void TakeTokens(std::string_view text, std::vector<std::string_view>& tokens);
 
 /// True when a text begins with, or holds, another, without regard to the case of ASCII letters.

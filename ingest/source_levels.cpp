@@ -70,10 +70,9 @@ void SortByPressure(std::vector<SourceLevel>& levels) {
 
 }  // namespace
 
-double Scale::operator()(double value) const {
+double Scale::Shifted(double scaled) const {
   constexpr int kDecimals = 4;
-  const double scaled = value * Times / Over;
-  return Plus == 0 ? scaled : Rounded(scaled + Plus, kDecimals);
+  return Rounded(scaled + Plus, kDecimals);
 }
 
 std::vector<std::string> Refusals::Notes() const {
@@ -95,16 +94,21 @@ bool ReadElement(std::string_view field, Element element, Refusals& refusals,
   if (IsMarkerText(text)) return true;
   const std::optional<double> number = ParseNumber(text);
   if (!number) return false;
-  const double value = scale(*number);
+  ReadElement(*number, element, refusals, into, scale);
+  return true;
+}
+
+void ReadElement(double number, Element element, Refusals& refusals, std::optional<double>& into,
+                 const Scale& scale) {
+  const double value = scale(number);
   if (IsPossible(value, element)) {
     into = value;
-    return true;
+    return;
   }
-  const bool isMarker = std::ranges::any_of(kMarkers, [&number](double marker) {
-    return std::fabs(*number - marker) <= kMarkerTolerance;
-  });
+  into.reset();
+  const bool isMarker = std::ranges::any_of(
+      kMarkers, [number](double marker) { return std::fabs(number - marker) <= kMarkerTolerance; });
   if (!isMarker) refusals.Add(element);
-  return true;
 }
 
 void TakeElement(double value, Element element, Refusals& refusals, std::optional<double>& into) {

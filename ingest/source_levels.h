@@ -46,7 +46,11 @@ struct Scale {
   double Over = 1;
   double Plus = 0;
 
-  double operator()(double value) const;
+  double operator()(double value) const {
+    const double scaled = value * Times / Over;
+    return Plus == 0 ? scaled : Shifted(scaled);
+  }
+  double Shifted(double scaled) const;  // by Plus
 };
 
 /// Reads one field. A value outside its element's range is missing: silently when it is a usual
@@ -58,6 +62,10 @@ struct Scale {
 /// returns false when the field is neither a number nor a marker
 [[nodiscard]] bool ReadElement(std::string_view field, Element element, Refusals& refusals,
                                std::optional<double>& into, const Scale& scale = {});
+
+/// The same of a field that is this number.
+void ReadElement(double number, Element element, Refusals& refusals, std::optional<double>& into,
+                 const Scale& scale = {});
 
 /// Takes a value in our unit unless it lies outside its element's range, which is counted.
 void TakeElement(double value, Element element, Refusals& refusals, std::optional<double>& into);
@@ -79,8 +87,8 @@ SourceLevel* SurfaceLevel(std::vector<SourceLevel>& levels);
 /// empty where none gives one.
 std::optional<double> FittingGround(std::vector<SourceLevel> levels);
 
-/// Keeps an elevation that misses the fitting height by no more than so many metres, else takes this
-/// one; notes say so.
+/// Keeps an elevation that misses the fitting height by no more than so many metres, else takes
+/// this one; notes say so.
 void SettleGround(double fitting, std::optional<double>& ground, std::vector<std::string>& notes,
                   double most = kDoubtfulHeight);
 

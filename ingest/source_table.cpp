@@ -89,11 +89,12 @@ std::vector<std::string_view> SplitByNames(std::string_view line) {
 class RowTest {
  public:
   /// Whether more words are wanted.
-  bool Take(std::string_view word) {
+  bool Take(const RowWord& word) {
     constexpr std::string_view kStart = "0123456789+-./";
-    if (isFirst_ && kStart.find(word.front()) == std::string_view::npos) return false;
+    const bool isStart = word.Number || kStart.find(word.Text.front()) != std::string_view::npos;
+    if (isFirst_ && !isStart) return false;
     isFirst_ = false;
-    numbers_ += ParseNumber(word) ? 1 : 0;
+    numbers_ += word.Number || ParseNumber(word.Text) ? 1 : 0;
     return !IsRow();
   }
   bool IsRow() const { return numbers_ >= kFewestNumbers; }
@@ -114,18 +115,24 @@ bool IsRow(std::string_view line) {
     const std::string_view word = line.substr(begin, at - begin);
     while (at < line.size() && isBetween(line[at])) ++at;
     // A line may begin with blanks.
-    if (!word.empty() && !test.Take(word)) break;
+    if (!word.empty() && !test.Take({word})) break;
   }
   return test.IsRow();
 }
 
 // The same of a line whose words are at hand.
-bool IsRow(std::span<const std::string_view> words) {
+bool IsRow(std::span<const RowWord> words) {
   RowTest test;
-  for (const std::string_view word : words) {
+  for (const RowWord& word : words) {
     if (!test.Take(word)) break;
   }
   return test.IsRow();
+}
+
+void TakeFields(std::string_view line, char separator, std::vector<RowWord>& fields) {
+  if (separator == ' ') return TakeWords(line, fields);
+  fields.clear();
+  for (const std::string_view field : SplitFields(line, separator)) fields.push_back({field});
 }
 
 bool IsUseful(const std::vector<QuantityColumn>& plan) {
@@ -135,17 +142,7 @@ bool IsUseful(const std::vector<QuantityColumn>& plan) {
 }  // namespace
 
 std::vector<std::string_view> TableLayout::Fields(std::string_view line) const {
-  std::vector<std::string_view> fields;
-  TakeFields(line, fields);
-  return fields;
-}
-
-void TableLayout::TakeFields(std::string_view line, std::vector<std::string_view>& fields) const {
-  if (Separator == ' ') {
-    TakeTokens(line, fields);
-  } else {
-    fields = SplitFields(line, Separator);
-  }
+  return Separator == ' ' ? Tokens(line) : SplitFields(line, Separator);
 }
 
 std::optional<TableLayout> LayoutAt(const SourceText& source, int line) {
@@ -160,7 +157,7 @@ std::optional<TableLayout> LayoutAt(const SourceText& source, int line) {
   if (first > source.LineCount() || !IsRow(source.Line(first))) return std::nullopt;
 
   const bool hasCommas = heading.find(',') != std::string_view::npos;
-  TableLayout layout{.Separator = hasCommas ? ',' : ' ', .FirstRow = first};
+  TableLayout layout{.Separator = hasCommas ? ',' : ' ', .NamesLine = line, .FirstRow = first};
   layout.Columns = layout.Fields(source.Line(first)).size();
   using Split = std::vector<std::string_view> (*)(std::string_view);
   static constexpr Split kByComma = [](std::string_view text) { return SplitFields(text, ','); };
@@ -183,28 +180,33 @@ std::optional<TableLayout> LayoutAt(const SourceText& source, int line) {
   return std::nullopt;
 }
 
-int FindLayout(const SourceText& source, int lastLine) {
+std::optional<TableLayout> FindLayout(const SourceText& source, int lastLine) {
   for (int line = 1; line <= std::min(source.LineCount(), lastLine); ++line) {
-    if (LayoutAt(source, line)) return line;
+    if (std::optional<TableLayout> layout = LayoutAt(source, line)) return layout;
   }
-  return 0;
+  return std::nullopt;
 }
 
 std::optional<Fault> ReadTable(const SourceText& source, const TableLayout& layout, int end,
                                std::string_view procedure, SourceSounding& into) {
-  std::vector<std::string_view> fields;
+  into.Levels.reserve(into.Levels.size() +
+                      static_cast<std::size_t>(std::max(0, end - layout.FirstRow)));
+  std::vector<RowWord> fields;
   for (int line = layout.FirstRow; line < end; ++line) {
     const std::string_view text = source.Line(line);
-    if (Trim(text).empty()) continue;
-    layout.TakeFields(text, fields);
+    TakeFields(text, layout.Separator, fields);
     const bool areWords = layout.Separator == ' ' && text.find(',') == std::string_view::npos;
-    if (!(areWords ? IsRow(fields) : IsRow(text))) break;
+    if (!(areWords ? IsRow(fields) : IsRow(text))) {
+      if (Trim(text).empty()) continue;
+      break;
+    }
     if (MayBeCutOff(source, line) && fields.size() < layout.Columns) {
       into.Notes.push_back("The last row is cut off and was left out.");
       break;
     }
     SourceLevel level;
-    if (const std::optional<std::string> bad = ReadRow(fields, layout.Plan, into.Refused, level)) {
+    const std::span<const RowWord> words = fields;
+    if (const std::optional<std::string> bad = ReadRow(words, layout.Plan, into.Refused, level)) {
       return Fault{kFaultEndOfFile, std::string(procedure),
                    AtLine(source, line, '"' + *bad + "\" is not a number")};
     }

@@ -15,19 +15,18 @@ struct TableLayout {
   std::size_t Columns = 0;
   std::vector<std::string_view> Names{};  // of the columns, parts of the source
   std::vector<QuantityColumn> Plan{};
+  int NamesLine = 0;
   int FirstRow = 0;  // line
 
   std::vector<std::string_view> Fields(std::string_view line) const;
-  /// The same into a vector that is used again for the next line.
-  void TakeFields(std::string_view line, std::vector<std::string_view>& fields) const;
 };
 
 /// The layout under a line of names: it names a pressure and another quantity of ours, and a row
 /// with as many fields follows, perhaps behind lines of units and dashes. Empty for any other line.
 std::optional<TableLayout> LayoutAt(const SourceText& source, int line);
 
-/// The first line up to a last one that has a layout; 0 when none has.
-int FindLayout(const SourceText& source, int lastLine);
+/// That of the first line up to a last one that has a layout; empty when none has.
+std::optional<TableLayout> FindLayout(const SourceText& source, int lastLine);
 
 /// Reads rows up to, without, an end line or to the first line that is no row. Fault 62 names a
 /// field of a row that is no number.

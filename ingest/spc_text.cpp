@@ -98,7 +98,13 @@ std::optional<Fault> ReadRow(const SourceText& source, int line, Rows& rows) {
 }  // namespace
 
 bool IsSpcText(const SourceText& source) {
-  return FindMark(source, kTitleMark) != 0 || FindMark(source, kDataMark) != 0;
+  const int last = std::min(source.LineCount(), kMostSpcTextHeading);
+  for (int line = 1; line <= last; ++line) {
+    const std::string_view text = source.Line(line);
+    if (text.find('%') == std::string_view::npos) continue;
+    if (Trim(text) == kTitleMark || Trim(text) == kDataMark) return true;
+  }
+  return false;
 }
 
 std::vector<int> SpcTextBeginnings(const SourceText& source) {

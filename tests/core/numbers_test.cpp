@@ -2,10 +2,17 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <charconv>
 #include <clocale>
 #include <cmath>
 #include <limits>
+#include <optional>
 #include <random>
+#include <string>
+#include <string_view>
+
+#include "core/plain_number.h"
 
 namespace vexa {
 namespace {
@@ -40,6 +47,41 @@ TEST(Numbers, OnlyAWholeFieldIsANumber) {
   EXPECT_EQ(ParseWhole("48.0"), 48);
   EXPECT_FALSE(ParseWhole("48.5"));
   EXPECT_FALSE(ParseWhole("3000000000"));
+}
+
+// Digits, full stops and what ends a number, near and beyond the lengths that are read at once; the
+// library's own reading of the same text is what is right.
+TEST(Numbers, AnyTextReadsAsTheLibraryReadsIt) {
+  constexpr std::string_view kFigures = "0123456789012345678901234567890123456789.";
+  constexpr std::string_view kOthers = "-+ ,/:;eEx\xB1";
+  std::mt19937 random(5);
+  const auto oneOf = [&random](std::string_view characters) {
+    return characters[random() % characters.size()];
+  };
+  int plain = 0, read = 0;
+  for (int i = 0; i < 100000; ++i) {
+    std::string text(random() % 3 == 0 ? "-" : "");
+    for (auto rest = 1 + random() % 17; rest > 0; --rest) text += oneOf(kFigures);
+    if (random() % 2 == 0) text.insert(random() % (text.size() + 1), 1, oneOf(kOthers));
+    const char* const begin = text.data();
+    const char* const end = begin + text.size();
+    double front = 0;
+    const auto known = std::from_chars(begin, end, front, std::chars_format::fixed);
+    const auto digits =
+        std::count_if(begin, known.ptr, [](char c) { return c != '.' && c != '-'; });
+    const bool isPlain = known.ec == std::errc{} && digits <= 15;
+    const char* at = begin;
+    const std::optional<double> number = TakePlainNumber(at, end);
+    ASSERT_EQ(number, isPlain ? std::optional(front) : std::nullopt) << text;
+    ASSERT_EQ(at, isPlain ? known.ptr : begin) << text;
+    plain += isPlain ? 1 : 0;
+    if (text.find_first_of("+ eEx") != text.npos) continue;  // blanks, signs and exponents
+    const bool isWhole = known.ec == std::errc{} && known.ptr == end;
+    ASSERT_EQ(ParseNumber(text), isWhole ? std::optional(front) : std::nullopt) << text;
+    read += isWhole ? 1 : 0;
+  }
+  EXPECT_GT(plain, 50000);
+  EXPECT_GT(read, 30000);
 }
 
 TEST(Numbers, TheTwoRoundingsDifferInHalves) {
