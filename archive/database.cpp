@@ -3,10 +3,50 @@
 #include <sqlite3.h>
 
 #include "core/files.h"
+#include "core/late_library.h"
 #include "core/numbers.h"
 
 namespace vexa::archive {
 namespace {
+
+#ifdef VEXA_SQLITE_LIBRARY
+const LateLibrary& SqliteLibrary() {
+  static const LateLibrary kLibrary(VEXA_SQLITE_LIBRARY);
+  return kLibrary;
+}
+bool HasSqlite() {
+  return SqliteLibrary().IsOpen();
+}
+VEXA_LATE_FUNCTION(SqliteLibrary, sqlite3_bind_blob);
+VEXA_LATE_FUNCTION(SqliteLibrary, sqlite3_bind_double);
+VEXA_LATE_FUNCTION(SqliteLibrary, sqlite3_bind_int64);
+VEXA_LATE_FUNCTION(SqliteLibrary, sqlite3_bind_null);
+VEXA_LATE_FUNCTION(SqliteLibrary, sqlite3_bind_text);
+VEXA_LATE_FUNCTION(SqliteLibrary, sqlite3_busy_timeout);
+VEXA_LATE_FUNCTION(SqliteLibrary, sqlite3_close_v2);
+VEXA_LATE_FUNCTION(SqliteLibrary, sqlite3_column_blob);
+VEXA_LATE_FUNCTION(SqliteLibrary, sqlite3_column_bytes);
+VEXA_LATE_FUNCTION(SqliteLibrary, sqlite3_column_count);
+VEXA_LATE_FUNCTION(SqliteLibrary, sqlite3_column_double);
+VEXA_LATE_FUNCTION(SqliteLibrary, sqlite3_column_int64);
+VEXA_LATE_FUNCTION(SqliteLibrary, sqlite3_column_name);
+VEXA_LATE_FUNCTION(SqliteLibrary, sqlite3_column_type);
+VEXA_LATE_FUNCTION(SqliteLibrary, sqlite3_db_config);
+VEXA_LATE_FUNCTION(SqliteLibrary, sqlite3_errmsg);
+VEXA_LATE_FUNCTION(SqliteLibrary, sqlite3_errstr);
+VEXA_LATE_FUNCTION(SqliteLibrary, sqlite3_exec);
+VEXA_LATE_FUNCTION(SqliteLibrary, sqlite3_extended_result_codes);
+VEXA_LATE_FUNCTION(SqliteLibrary, sqlite3_finalize);
+VEXA_LATE_FUNCTION(SqliteLibrary, sqlite3_last_insert_rowid);
+VEXA_LATE_FUNCTION(SqliteLibrary, sqlite3_open_v2);
+VEXA_LATE_FUNCTION(SqliteLibrary, sqlite3_prepare_v2);
+VEXA_LATE_FUNCTION(SqliteLibrary, sqlite3_reset);
+VEXA_LATE_FUNCTION(SqliteLibrary, sqlite3_step);
+#else
+constexpr bool HasSqlite() {
+  return true;
+}
+#endif
 
 // What the library reports, in our words where users meet it.
 [[noreturn]] void Throw(sqlite3* database, const std::string& name, int code) {
@@ -150,6 +190,11 @@ void Database::End::operator()(sqlite3* database) const {
 
 Database::Database(const std::filesystem::path& path, const Opening& opening)
     : name_(TextFromPath(path)) {
+  if (!HasSqlite()) {
+    Fault fault = NoLibrary("Catalogue", "catalogues need SQLite, which this system lacks");
+    fault.File = name_;
+    throw StoreError(std::move(fault));
+  }
   const int flags = opening.MayMake    ? SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE
                     : opening.MayWrite ? SQLITE_OPEN_READWRITE
                                        : SQLITE_OPEN_READONLY;

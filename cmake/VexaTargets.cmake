@@ -139,9 +139,10 @@ function(vexa_executable target)
   target_link_libraries(${target} PRIVATE ${ARG_LINKS})
 endfunction()
 
-# vexa_late_library(<target> <NAME> <library>): a library that few runs need is opened when they do
-# (core/late_library.h), under the name in VEXA_<NAME>_LIBRARY; loading it with the program would
-# take longer than all else at the start. Where no such name is found it is linked as usual.
+# vexa_late_library(<target> <NAME> <library> [file...]): a library that few runs need is opened when
+# they do (core/late_library.h), under the name in VEXA_<NAME>_LIBRARY, which the files know, else all
+# of the target; loading it with the program would take longer than all else at the start. Where no
+# such name is found it is linked as usual.
 function(vexa_late_library target name library)
   set(headers "")
   if(UNIX AND CMAKE_OBJDUMP)
@@ -151,8 +152,13 @@ function(vexa_late_library target name library)
     target_link_libraries(${target} PRIVATE ${library})
     return()
   endif()
-  target_compile_definitions(${target}
-    PRIVATE VEXA_${name}_LIBRARY="${CMAKE_MATCH_1}.so.${CMAKE_MATCH_2}")
-  # What the package needs is otherwise read from what is linked.
-  set_property(GLOBAL APPEND PROPERTY VEXA_LATE_PACKAGES ${CMAKE_MATCH_1}${CMAKE_MATCH_2})
+  set(definition VEXA_${name}_LIBRARY="${CMAKE_MATCH_1}.so.${CMAKE_MATCH_2}")
+  if(ARGN)
+    set_property(SOURCE ${ARGN} APPEND PROPERTY COMPILE_DEFINITIONS ${definition})
+  else()
+    target_compile_definitions(${target} PRIVATE ${definition})
+  endif()
+  # What the package needs is otherwise read from what is linked. A dash stands between two digits.
+  string(REGEX REPLACE "([0-9])$" "\\1-" package ${CMAKE_MATCH_1})
+  set_property(GLOBAL APPEND PROPERTY VEXA_LATE_PACKAGES ${package}${CMAKE_MATCH_2})
 endfunction()

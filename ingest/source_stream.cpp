@@ -1,6 +1,5 @@
 #include "ingest/source_stream.h"
 
-#include <zip.h>
 #include <zlib.h>
 
 #include <algorithm>
@@ -15,6 +14,7 @@
 #include "ingest/archive.h"
 #include "ingest/decoder.h"
 #include "ingest/unpack.h"
+#include "ingest/zip_library.h"
 
 namespace vexa::ingest {
 namespace stream {
@@ -213,7 +213,7 @@ struct SourceStream::State {
 
   std::optional<Fault> OpenArchive() {
     int error = 0;
-    Zip.reset(zip_open(TextFromPath(File).c_str(), ZIP_RDONLY, &error));
+    if (HasZip()) Zip.reset(zip_open(TextFromPath(File).c_str(), ZIP_RDONLY, &error));
     if (!Zip) return ReadWhole();  // which says why
     Members =
         static_cast<zip_uint64_t>(std::max<zip_int64_t>(0, zip_get_num_entries(Zip.get(), 0)));

@@ -1,7 +1,5 @@
 #include "ingest/unpack.h"
 
-#include <zip.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -10,6 +8,7 @@
 #include "core/gzip.h"
 #include "core/numbers.h"
 #include "core/platform.h"
+#include "ingest/zip_library.h"
 
 namespace vexa::ingest {
 namespace {
@@ -111,6 +110,7 @@ Outcome<std::string> UnpackEntry(zip_t& archive, zip_uint64_t index, std::size_t
 }
 
 Outcome<std::vector<PackedFile>> UnpackZip(std::string_view bytes, UnpackRoom& room) {
+  if (!HasZip()) return NoLibrary("Unpack", "the archive needs libzip, which this system lacks");
   zip_error_t error;
   zip_error_init(&error);
   ZipSource source(zip_source_buffer_create(bytes.data(), bytes.size(), 0, &error));
