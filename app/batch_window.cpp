@@ -248,12 +248,12 @@ download::BatchReport BatchWindow::RunFor(const ObservationTime& time) {
   isRunning_ = true;
   isStopped_ = false;
   run_->setEnabled(false);
-  download::HttpFetcher fetcher(net_,
-                                [this](const download::FetchProgress&) { return !isStopped_; });
+  const auto fetcher = download::OpenNetwork(
+      net_, [this](const download::FetchProgress&) { return !isStopped_; });
   const download::Cache cache(program_.Where.Root / "cache");
   cache.Sweep(SystemNow());
   FetchWork work(
-      fetcher, &cache, &program_.Stations,
+      *fetcher, &cache, &program_.Stations,
       {.Failed =
            [this](const download::Source& source, const download::Request& request,
                   const Fault& fault) {

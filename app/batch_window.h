@@ -11,7 +11,7 @@
 
 #include "download/batch.h"
 #include "download/batch_file.h"
-#include "download/net/http_fetcher.h"
+#include "download/net/network.h"
 #include "download/template_file.h"
 #include "program/program.h"
 

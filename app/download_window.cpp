@@ -243,12 +243,12 @@ bool DownloadWindow::Fetch() {
     isStopped_ = false;
     fetch_->setEnabled(false);
     bar_->show();
-    download::HttpFetcher fetcher(
+    const auto fetcher = download::OpenNetwork(
         net_, [this](const download::FetchProgress& step) { return ShowProgress(step); });
     const download::Cache cache(program_.Where.Root / "cache");
     cache.Sweep(SystemNow());
     FetchWork work(
-        fetcher, &cache, &program_.Stations,
+        *fetcher, &cache, &program_.Stations,
         {.Saved = [&saved](const SavedSounding& file) { saved = file; },
          .MayReplace =
              [this](const std::filesystem::path& file) {

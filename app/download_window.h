@@ -8,7 +8,7 @@
 #include <string>
 
 #include "download/batch.h"
-#include "download/net/http_fetcher.h"
+#include "download/net/network.h"
 #include "download/template_file.h"
 #include "program/program.h"
 

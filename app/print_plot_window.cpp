@@ -15,6 +15,7 @@
 #include <string>
 
 #include "app/named_controls.h"
+#include "app/printer.h"
 #include "app/printing.h"
 #include "app/qt_text.h"
 #include "output/paint/paint.h"
@@ -69,14 +70,15 @@ void PrintPlotWindow::BuildControls() {
   preview_->setAlignment(Qt::AlignCenter);
   print_ = new QPushButton(QStringLiteral("&Print"), this);
   print_->setObjectName(QStringLiteral("cmdPrint"));
-  print_->setEnabled(HasPrinter());
+  const bool hasPrinter = FindPrinter() != nullptr;
+  print_->setEnabled(hasPrinter);
   auto* toFile = new QPushButton(QStringLiteral("Print to P&DF..."), this);
   toFile->setObjectName(QStringLiteral("cmdPrintPdf"));
   auto* cancel = new QPushButton(QStringLiteral("&Cancel"), this);
   cancel->setObjectName(QStringLiteral("cmdCancel"));
   auto* noPrinter = new QLabel(QString::fromLatin1(kNoPrinter), this);
   noPrinter->setObjectName(QStringLiteral("NoPrinter"));
-  noPrinter->setVisible(!HasPrinter());
+  noPrinter->setVisible(!hasPrinter);
 
   auto* form = new QFormLayout;
   form->addRow(QStringLiteral("&Display"), display_);

@@ -1,10 +1,9 @@
 #include "app/printing.h"
 
-#include <QPrintDialog>
-#include <QPrinter>
-#include <QPrinterInfo>
+#include <memory>
 #include <string>
 
+#include "app/printer.h"
 #include "core/error_report.h"
 #include "core/files.h"
 #include "output/paint/print.h"
@@ -18,10 +17,6 @@ Progress ProgressOf(Program& program) {
 }
 
 }  // namespace
-
-bool HasPrinter() {
-  return !QPrinterInfo::availablePrinterNames().isEmpty();
-}
 
 std::optional<Fault> SaveSheetsAsPdf(Program& program, const std::vector<Picture>& pages,
                                      const std::filesystem::path& path) {
@@ -57,24 +52,24 @@ bool AskAndSavePdf(Program& program, const std::vector<Picture>& pages) {
 
 bool PrintSheets(Program& program, const std::vector<Picture>& pages, QWidget* parent) {
   if (pages.empty()) return false;
-  if (!HasPrinter()) {
+  const std::unique_ptr<Printer> printer = FindPrinter();
+  if (printer == nullptr) {
     program.Current.Ask->Ask(Box{
         .Title = std::string(kErrorBoxTitle), .Text = kNoPrinter, .Icon = BoxIcon::Information});
     return AskAndSavePdf(program, pages);
   }
-  QPrinter printer(QPrinter::HighResolution);
-  if (!paint::SetPaper(printer, pages.front(), output::kUnitsPerPoint)) {
+  if (!paint::SetPaper(printer->Device(), pages.front(), output::kUnitsPerPoint)) {
     TellOfPrinting(program, paint::PaperRefused());
     return false;
   }
-  QPrintDialog dialog(&printer, parent);
-  if (dialog.exec() != QDialog::Accepted) {
+  if (!printer->Choose(parent)) {
     TellOfPrinting(program, {kFaultPrinter, "PrintSheets", paint::kPrintCancelled});
     return false;
   }
-  const auto fault = paint::PrintPages(pages, output::kUnitsPerPoint, printer, ProgressOf(program));
+  const auto fault =
+      paint::PrintPages(pages, output::kUnitsPerPoint, printer->Device(), ProgressOf(program));
   if (!fault) return true;
-  if (fault->Detail == paint::kPrintCancelled) printer.abort();
+  if (fault->Detail == paint::kPrintCancelled) printer->Abort();
   TellOfPrinting(program, *fault);
   return false;
 }

@@ -16,8 +16,6 @@ namespace vexa {
 
 inline constexpr const char* kNoPrinter = "There is no printer. Pages can be saved as PDF.";
 
-bool HasPrinter();
-
 /// Writes pages as a PDF file. Fault 482 with "Cancelling Print" when the user stops.
 std::optional<Fault> SaveSheetsAsPdf(Program& program, const std::vector<Picture>& pages,
                                      const std::filesystem::path& path);

@@ -51,7 +51,7 @@ function(_vexa_precompile target kind)
       target_link_libraries(${owner} PRIVATE GTest::gtest)
     endif()
     if(kind MATCHES "qt")
-      target_link_libraries(${owner} PRIVATE Qt6::PrintSupport Qt6::Widgets)
+      target_link_libraries(${owner} PRIVATE Qt6::Widgets)
     endif()
     target_precompile_headers(${owner} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/pch_${kind}.h)
   endif()
@@ -161,4 +161,36 @@ function(vexa_late_library target name library)
   # What the package needs is otherwise read from what is linked. A dash stands between two digits.
   string(REGEX REPLACE "([0-9])$" "\\1-" package ${CMAKE_MATCH_1})
   set_property(GLOBAL APPEND PROPERTY VEXA_LATE_PACKAGES ${package}${CMAKE_MATCH_2})
+endfunction()
+
+# vexa_late_module(<target> <NAME> FOR <file> SOURCES <file>... LINKS <target>...): that of a target's
+# code for which few runs need whole libraries. It is made a file beside the program, which FOR opens
+# when it is wanted (core/late_library.h), under the name in VEXA_<NAME>_MODULE; it is found by the run
+# path of the programs. Where systems know no such path it is linked as usual.
+include(GNUInstallDirs)
+set(VEXA_MODULE_FOLDER ${PROJECT_BINARY_DIR}/modules)
+set(VEXA_MODULE_DESTINATION ${CMAKE_INSTALL_LIBDIR}/vexa)
+set(CMAKE_BUILD_RPATH ${VEXA_MODULE_FOLDER})
+set(CMAKE_INSTALL_RPATH "$ORIGIN/../${VEXA_MODULE_DESTINATION}")
+function(vexa_late_module target name)
+  cmake_parse_arguments(ARG "" "FOR" "SOURCES;LINKS" ${ARGN})
+  string(TOLOWER ${name} file)
+  set(module vexa_${file}_module)
+  if(NOT UNIX)
+    add_library(${module} STATIC ${ARG_SOURCES})
+    target_link_libraries(${target} PUBLIC ${module})
+  else()
+    add_library(${module} MODULE ${ARG_SOURCES})
+    set_target_properties(${module} PROPERTIES PREFIX "" OUTPUT_NAME vexa-${file}
+      LIBRARY_OUTPUT_DIRECTORY ${VEXA_MODULE_FOLDER} BUILD_RPATH "" INSTALL_RPATH "")
+    target_link_options(${module} PRIVATE LINKER:--exclude-libs,ALL)
+    set_property(SOURCE ${ARG_FOR} APPEND PROPERTY
+      COMPILE_DEFINITIONS VEXA_${name}_MODULE="vexa-${file}.so")
+    add_dependencies(${target} ${module})
+    install(TARGETS ${module} LIBRARY DESTINATION ${VEXA_MODULE_DESTINATION})
+  endif()
+  _vexa_common(${module})
+  target_include_directories(${module} PRIVATE
+    $<TARGET_PROPERTY:${target},INTERFACE_INCLUDE_DIRECTORIES>)
+  target_link_libraries(${module} PRIVATE ${ARG_LINKS})
 endfunction()

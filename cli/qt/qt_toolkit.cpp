@@ -4,7 +4,7 @@
 #include <QGuiApplication>
 #include <QString>
 
-#include "download/net/http_fetcher.h"
+#include "download/net/network.h"
 #include "output/paint/paint.h"
 #include "output/paint/print.h"
 #include "output/paint/toolkit_platform.h"
@@ -54,7 +54,7 @@ std::unique_ptr<download::Fetcher> QtToolkit::MakeFetcher() {
   if (QCoreApplication::instance() == nullptr) {
     application_ = std::make_unique<QCoreApplication>(wordCount_, programWords_);
   }
-  return std::make_unique<download::HttpFetcher>();
+  return download::OpenNetwork();
 }
 
 std::unique_ptr<Toolkit> MakeToolkit() {

@@ -3,37 +3,18 @@
 #pragma once
 
 #include <chrono>
-#include <functional>
 #include <string>
 #include <utility>
 
-#include "download/fetcher.h"
+#include "download/net/network.h"
 
 class QUrl;
 
 namespace vexa::download {
 
-struct HttpSettings {
-  std::chrono::milliseconds Silence{20000};   // without a byte: the attempt ends
-  std::chrono::milliseconds Longest{120000};  // of an attempt as a whole
-  std::chrono::milliseconds Pause{1000};      // before the second attempt, doubled before each next
-  int Attempts = 3;
-  int Redirects = 5;
-  long long MostBytes = 64LL << 20;
-};
-
-struct FetchProgress {
-  std::string Address{};
-  int Attempt = 1;
-  long long Received = 0;
-  long long Total = -1;  // -1: the server does not say
-};
-
 class HttpFetcher : public Fetcher {
  public:
-  /// progress  told of every step; false cancels. May be empty.
-  explicit HttpFetcher(HttpSettings settings = {},
-                       std::function<bool(const FetchProgress&)> progress = {})
+  explicit HttpFetcher(const HttpSettings& settings = {}, TellProgress progress = {})
       : settings_(settings), progress_(std::move(progress)) {}
 
   /// Needs an application object. The system's proxy is used. Redirects never lead from HTTPS to
@@ -49,7 +30,7 @@ class HttpFetcher : public Fetcher {
   bool Wait(std::chrono::milliseconds time, const FetchProgress& step);
 
   HttpSettings settings_;
-  std::function<bool(const FetchProgress&)> progress_;
+  TellProgress progress_;
 };
 
 }  // namespace vexa::download

@@ -262,8 +262,8 @@ TEST_F(DownloadWindowsTest, WhatCannotBeSavedIsTold) {
   for (const Case& c : cases) {
     SCOPED_TRACE(c.About);
     std::string told;
-    download::HttpFetcher fetcher(net);
-    FetchWork work(fetcher, nullptr, nullptr,
+    const auto fetcher = download::OpenNetwork(net);
+    FetchWork work(*fetcher, nullptr, nullptr,
                    {.Failed = [&told](const download::Source&, const download::Request&,
                                       const Fault& fault) { told = fault.Detail; }});
     const auto saved =
@@ -298,8 +298,8 @@ TEST_F(DownloadWindowsTest, SavingTellsOfDoubt) {
   };
   for (const Case& c : cases) {
     SavedSounding saved;
-    download::HttpFetcher fetcher(net);
-    FetchWork work(fetcher, nullptr, nullptr,
+    const auto fetcher = download::OpenNetwork(net);
+    FetchWork work(*fetcher, nullptr, nullptr,
                    {.Saved = [&saved](const SavedSounding& one) { saved = one; }});
     const test::TemporaryFolder into;
     ASSERT_TRUE(work.Save({.Folder = into.Path().string(), .Format = c.Format}, c.Wanted,
@@ -313,12 +313,12 @@ TEST_F(DownloadWindowsTest, LettersStandForTheNumberThatASourceWants) {
   server.AddBody("/n/98989", ReadFile(test::TestData("wyoming_text.txt")).Value());
   StationList stations;
   ASSERT_FALSE(stations.Add({.Number = 98989, .Ident = "KABC", .Name = "PLACE"}));
-  download::HttpFetcher fetcher(net);
+  const auto fetcher = download::OpenNetwork(net);
   const download::Source source{.Name = "n", .Address = server.Address("/n/@N")};
   const download::Request request{.Letters = "ABC", .Time = {1987, 11, 7, 18, 0}};
-  EXPECT_EQ(FetchWork(fetcher, nullptr, &stations, {}).Fetch(source, request).End,
+  EXPECT_EQ(FetchWork(*fetcher, nullptr, &stations, {}).Fetch(source, request).End,
             download::FetchEnd::Done);
-  EXPECT_NE(FetchWork(fetcher, nullptr, nullptr, {}).Fetch(source, request).End,
+  EXPECT_NE(FetchWork(*fetcher, nullptr, nullptr, {}).Fetch(source, request).End,
             download::FetchEnd::Done);
 }
 

@@ -15,6 +15,7 @@
 #include "app/output_actions.h"
 #include "app/sounding_window.h"
 #include "core/files.h"
+#include "core/late_library.h"
 #include "output/paint/paint.h"
 #include "output/paint/print.h"
 #include "program/view_commands.h"
@@ -52,6 +53,15 @@ class PrintPlotTest : public testing::Test {
   test::TemporaryFolder folder{};
   Program program{};
 };
+
+#ifndef _WIN32
+// Without a printer nothing else tells a module that is not found from none that is there.
+TEST(Printers, TheirModuleIsFoundByTheProgramsPath) {
+  const LateLibrary module("vexa-printer.so");
+  ASSERT_TRUE(module.IsOpen());
+  EXPECT_NE(module.Find<void()>("VexaPrinter"), nullptr);
+}
+#endif
 
 TEST_F(PrintPlotTest, EveryChoiceReachesThePages) {
   PrintPlotWindow window(program);
