@@ -1,6 +1,7 @@
 #include "core/station_list.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <iterator>
 #include <utility>
 
@@ -65,6 +66,13 @@ const Station* StationList::Find(int number) const {
 }
 
 bool StationList::Insert(Station station) {
+  // A file brings them in order, about as many as the shipped one has.
+  constexpr std::size_t kUsual = 4096;
+  if (stations_.empty()) stations_.reserve(kUsual);
+  if (stations_.empty() || stations_.back().Number < station.Number) {
+    stations_.push_back(std::move(station));
+    return true;
+  }
   const auto place = std::ranges::lower_bound(stations_, station.Number, {}, &Station::Number);
   if (place != stations_.end() && place->Number == station.Number) return false;
   stations_.insert(place, std::move(station));
