@@ -106,6 +106,7 @@ class Painter {
   const SizedFont& FontFor(const Label& label);
   // A path takes its letters at the screen's resolution; the surface may have another.
   QFont DeviceFont(const QFont& font) const;
+  QRawFont AloneOnScreen(QFont font) const;
   SetText Set(const SizedFont& font, std::string_view utf8) const;
   void SetFont(const SizedFont& font);
   void Put(const SetText& text, QPointF at);

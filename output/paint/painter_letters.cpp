@@ -32,6 +32,13 @@ QFont Painter::DeviceFont(const QFont& font) const {
   return QFont(font, painter_.device());
 }
 
+// Without the fonts that would stand in for letters that it lacks: to find out which these are takes
+// longer than all letters of a page.
+QRawFont Painter::AloneOnScreen(QFont font) const {
+  font.setStyleStrategy(QFont::NoFontMerging);
+  return QRawFont::fromFont(DeviceFont(font));
+}
+
 const SizedFont& Painter::FontFor(const Label& label) {
   const double size = label.Size * page_.Scale;
   for (const SizedFont& font : fonts_) {
@@ -53,8 +60,9 @@ const SizedFont& Painter::FontFor(const Label& label) {
   font.setHintingPreference(QFont::PreferNoHinting);
   font.setKerning(false);  // as texts are measured (picture/text_width.h)
   const QFontMetricsF metrics(font, painter_.device());
-  SizedFont made{label.Font, label.Bold, size, font, metrics, metrics.capHeight()};
-  if (isRaster_) made.Letters = QRawFont::fromFont(DeviceFont(font));
+  SizedFont made{label.Font, label.Bold, size, font, metrics};
+  if (isRaster_) made.Letters = AloneOnScreen(font);
+  made.CapHeight = made.Letters.isValid() ? made.Letters.capHeight() : metrics.capHeight();
   const bool asOutlines = !isRaster_ || size * toDevice_ > kMostCachedPx;
   if (asOutlines) ForgetFraction(DeviceFont(font));
   return fonts_.emplace_back(std::move(made));
