@@ -10,6 +10,11 @@ if(VEXA_SANITIZE)
     -fno-sanitize=null,alignment,vptr,object-size,pointer-overflow
     -fno-sanitize=nonnull-attribute,returns-nonnull-attribute)
   add_link_options(-fsanitize=address,undefined)
+  # Late modules are opened through the sanitizer's library: only a run path of the older kind holds for
+  # what others open.
+  if(UNIX)
+    add_link_options(LINKER:--disable-new-dtags)
+  endif()
   # To mark every local alive and dead costs a quarter of all compiling at -O0; scripts/fuzz, built
   # by clang, does it for the decoders anyway.
   option(VEXA_SCOPES "Sanitizers also find locals that are used behind the end of their scope" OFF)
