@@ -94,6 +94,9 @@ TEST(CodedParts, WindsAloneOpen) {
       {"standard levels",
        "PPAA 55121 01234 55385 34004 32012 06514 77264 24101 41814=",
        {{1457, 340, 4}, {3012, 320, 12}, {5574, 65, 14}, {10009, 240, 101}}},
+      {"no maximum, and one at the top",
+       "PPAA 55121 01234 55385 34004 32012 06514 77999=PPCC 55121 01234 66999=",
+       {{1457, 340, 4}, {3012, 320, 12}, {5574, 65, 14}}},
       {"significant levels by height",
        "PPBB 55120 01234 21212 10045 18010 20150 19020 30300 20030=",
        {{450, 180, 10}, {1500, 190, 20}, {3000, 200, 30}}},
@@ -122,6 +125,7 @@ TEST(CodedParts, WindsAloneOpen) {
     ASSERT_FALSE(decoded.Failed) << decoded.Failed->Detail;
     EXPECT_EQ(decoded.Record.StationTitle, "01234 - ENXX - PLACE, NORWAY  12Z 05 Mar 2024");
     EXPECT_EQ(decoded.Record.NumTempLevels(), 0);
+    EXPECT_FALSE(decoded.HasNote("skipped")) << decoded.Notes.back();
     ExpectWinds(decoded.Record, c.Winds);
   }
 }
@@ -148,6 +152,50 @@ TEST(CodedParts, SectionsBehindTheLevelsAreNotLevels) {
   }
   // Both parts say when the balloon was released; it is told once.
   EXPECT_EQ(std::ranges::count(decoded.Notes, "The message says: released at 11:31 UTC."), 1);
+}
+
+// The reasons that stations of North America give behind 51515, by the WMO's table of them.
+TEST(CodedParts, RemarksAreToldInWords) {
+  const struct {
+    int Code;
+    const char* Says;
+  } cases[] = {{40, "no ascent"},
+               {41, "incomplete"},
+               {42, "ground equipment"},
+               {43, "delayed"},
+               {44, "power"},
+               {45, "unfavourable weather"},
+               {46, "low height"},
+               {47, "balloon leaked"},
+               {48, "not authorised"},
+               {49, "alert"},
+               {50, "not reach 400 hPa"},
+               {51, "iced"},
+               {52, "precipitation"},
+               {53, "interference"},
+               {54, "interference"},
+               {55, "signal"},
+               {56, "signal"},
+               {57, "maintenance"},
+               {58, "flight equipment"},
+               {59, "other reasons"},
+               {65, "missing"},
+               {68, "missing"}};
+  const auto remarks = [](int code) {
+    return Decode(
+               "TTAA 55121 72999 99000 20056 18010 85500 10056 18020 70100 01056 18030 51515 101" +
+               std::to_string(code) + "=")
+        .Notes;
+  };
+  const std::size_t without = remarks(39).size();
+  EXPECT_EQ(remarks(60).size(), without);
+  for (const auto& c : cases) {
+    const std::vector<std::string> notes = remarks(c.Code);
+    EXPECT_EQ(notes.size(), without + 1) << c.Code;
+    EXPECT_TRUE(std::ranges::any_of(notes, [&](const std::string& note) {
+      return note.find(c.Says) != note.npos;
+    })) << c.Code;
+  }
 }
 
 // Part A and B of one ascent from 252 m; heights by the hypsometric equation.
