@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <QColor>
 #include <QImage>
 #include <QPainter>
@@ -34,21 +35,29 @@ struct KeptGround::Kept {
 
 namespace {
 
-// The part of an image of paper on which something is drawn, in its pixels.
+// The part of an image of paper on which something is drawn, in its pixels. Paper is compared as a
+// block of memory; single pixels are looked at where the part grows only.
 QRect DrawnPart(const QImage& image, QRgb paper) {
-  QRect part;
+  const int width = image.width();
+  const std::vector<QRgb> blank(static_cast<std::size_t>(width), paper);
+  int left = width, right = 0, top = 0, bottom = 0;  // the last two excluded
   for (int y = 0; y < image.height(); ++y) {
-    const std::span row(reinterpret_cast<const QRgb*>(image.constScanLine(y)),
-                        static_cast<std::size_t>(image.width()));
-    const auto isDrawn = [paper](QRgb pixel) { return pixel != paper; };
-    const auto first = std::ranges::find_if(row, isDrawn);
-    if (first == row.end()) continue;
-    const auto last = std::find_if(row.rbegin(), row.rend(), isDrawn);
-    const auto left = static_cast<int>(first - row.begin());
-    const auto right = static_cast<int>(row.rend() - last) - 1;
-    part |= QRect(QPoint(left, y), QPoint(right, y));
+    const auto* row = reinterpret_cast<const QRgb*>(image.constScanLine(y));
+    const auto isPaper = [&](int from, int to) {
+      const auto bytes = static_cast<std::size_t>(to - from) * sizeof(QRgb);
+      return std::memcmp(row + from, blank.data(), bytes) == 0;
+    };
+    if (isPaper(0, width)) continue;
+    if (bottom == 0) top = y;
+    bottom = y + 1;
+    if (!isPaper(0, left)) {
+      for (left = 0; row[left] == paper;) ++left;
+    }
+    if (!isPaper(right, width)) {
+      for (right = width; row[right - 1] == paper;) --right;
+    }
   }
-  return part;
+  return bottom == 0 ? QRect() : QRect(left, top, right - left, bottom - top);
 }
 
 }  // namespace
