@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <limits>
 
+#include "core/number_mask.h"
 #include "core/plain_number.h"
 
 namespace vexa {
@@ -58,21 +59,17 @@ struct MaskFigures {
 
 MaskFigures FiguresOf(std::string_view mask) {
   MaskFigures figures;
-  bool isFraction = false;
-  for (const char c : mask) {
-    if (c == '.' && !isFraction) {
-      isFraction = true;
-      continue;
-    }
-    figures.MostFraction += isFraction ? 1 : 0;
-    if (c == '0') ++(isFraction ? figures.LeastFraction : figures.LeastWhole);
-  }
+  std::size_t at = 0;
+  for (; at < mask.size() && mask[at] != '.'; ++at) figures.LeastWhole += mask[at] == '0' ? 1 : 0;
+  if (at == mask.size()) return figures;
+  figures.MostFraction = mask.size() - at - 1;
+  for (++at; at < mask.size(); ++at) figures.LeastFraction += mask[at] == '0' ? 1 : 0;
   return figures;
 }
 
 // The value in units of its last decimal. Nothing where it is large, or so near the middle between
 // two that its decimal digits must tell which way it is rounded.
-std::optional<std::int64_t> NearestUnits(double size, std::size_t decimals) {
+std::optional<std::uint64_t> NearestUnits(double size, std::size_t decimals) {
   static constexpr std::array<double, 7> kPowers = {1, 10, 100, 1e3, 1e4, 1e5, 1e6};
   constexpr double kMost = 1e11;     // up to it products are off by less than kUnclear
   constexpr double kUnclear = 1e-3;  // of a unit
@@ -82,7 +79,7 @@ std::optional<std::int64_t> NearestUnits(double size, std::size_t decimals) {
   const auto below = static_cast<std::int64_t>(units);
   const double rest = units - static_cast<double>(below);
   if (std::fabs(rest - 0.5) < kUnclear) return std::nullopt;
-  return below + (rest > 0.5 ? 1 : 0);
+  return static_cast<std::uint64_t>(below + (rest > 0.5 ? 1 : 0));
 }
 
 // The digits of the shortest decimal form, rounded to so many decimals, without the full stop.
@@ -193,19 +190,26 @@ double Rounded(double value, int decimals) {
 }
 
 std::string Mask(double value, std::string_view mask) {
-  if (!std::isfinite(value)) return {};
+  std::string text;
+  AppendMasked(text, value, mask);
+  return text;
+}
+
+void AppendMasked(std::string& text, double value, std::string_view mask) {
+  if (!std::isfinite(value)) return;
   constexpr std::size_t kMostWhole = 20;  // figures that there is room for
   const MaskFigures figures = FiguresOf(mask);
   const double size = std::fabs(value);
-  const std::optional<std::int64_t> units = NearestUnits(size, figures.MostFraction);
+  const std::optional<std::uint64_t> units = NearestUnits(size, figures.MostFraction);
   if (!units || figures.LeastWhole > kMostWhole) {
-    return Masked(RoundedDigits(size, figures.MostFraction), figures, value < 0);
+    text += Masked(RoundedDigits(size, figures.MostFraction), figures, value < 0);
+    return;
   }
   // From the right.
-  std::array<char, 2 * kMostWhole> text;
-  char* const end = text.data() + text.size();
+  std::array<char, 2 * kMostWhole> shown;
+  char* const end = shown.data() + shown.size();
   char* at = end;
-  std::int64_t rest = *units;
+  std::uint64_t rest = *units;
   const auto put = [&] {
     *--at = static_cast<char>('0' + rest % 10);
     rest /= 10;
@@ -216,7 +220,7 @@ std::string Mask(double value, std::string_view mask) {
   if (decimals > 0) *--at = '.';
   for (std::size_t i = 0; rest > 0 || i < figures.LeastWhole; ++i) put();
   if (value < 0 && *units != 0) *--at = '-';
-  return {at, end};
+  text.append(at, static_cast<std::size_t>(end - at));
 }
 
 std::string PadLeft(std::string_view text, int width) {

@@ -5,6 +5,7 @@
 #include "analysis/level_listing.h"
 #include "core/files.h"
 #include "core/letter_case.h"
+#include "core/number_mask.h"
 #include "core/numbers.h"
 #include "core/units.h"
 
@@ -143,9 +144,14 @@ std::string TextBlock(const SoundingRecord& sounding, const analysis::AnalysisRe
   line("LAT/LONG = " + DumpDegrees(sounding.LatSigned, sounding.LatHemi, "##.####") + "  " +
        DumpDegrees(sounding.LonSigned, sounding.LonHemi, "###.####"));
   line("DATA LEVELS = " + Shortest(static_cast<int>(rows.size())));
+  std::string cell;
   for (const LevelRow& row : rows) {
     for (const DumpColumn& column : columns) {
-      text += PadLeft(DumpCell(column, row, dump, ground), column.Width);
+      cell.clear();
+      AppendDumpCell(cell, column, row, dump, ground);
+      const auto width = static_cast<std::size_t>(column.Width);
+      if (cell.size() < width) text.append(width - cell.size(), ' ');
+      text += cell;
     }
     text += kEndOfLine;
   }
@@ -177,13 +183,16 @@ std::span<const DumpColumn> DumpColumns(const DumpOptions& dump) {
   return dump.SignificantOnly ? all.first(kSignificantColumns) : all;
 }
 
-std::string DumpCell(const DumpColumn& column, const LevelRow& row, const DumpOptions& dump,
-                     double ground) {
+void AppendDumpCell(std::string& text, const DumpColumn& column, const LevelRow& row,
+                    const DumpOptions& dump, double ground) {
   const Value value = column.Value(row, dump, ground);
-  if (!value) return std::string(kDumpMissing);
-  std::string text = Mask(*value, column.Mask);
-  if (text.empty()) text = "0";  // no digit is left of 0.004 under "###.##"
-  return text;
+  if (!value) {
+    text += kDumpMissing;
+    return;
+  }
+  const std::size_t before = text.size();
+  AppendMasked(text, *value, column.Mask);
+  if (text.size() == before) text += '0';  // no digit is left of 0.004 under "###.##"
 }
 
 std::string DumpDegrees(double degrees, std::string_view hemisphere, std::string_view mask) {

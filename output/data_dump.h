@@ -43,9 +43,9 @@ struct DumpColumn {
 /// The columns in their order: all sixteen, or the nine of the significant levels.
 std::span<const DumpColumn> DumpColumns(const DumpOptions& dump);
 
-/// A number of a row as the table shows it, "-999" without one.
-std::string DumpCell(const DumpColumn& column, const LevelRow& row, const DumpOptions& dump,
-                     double ground);
+/// Puts a number of a row behind a text as the table shows it, "-999" without one.
+void AppendDumpCell(std::string& text, const DumpColumn& column, const LevelRow& row,
+                    const DumpOptions& dump, double ground);
 
 /// Signed degrees, or their magnitude, as dumps show them: kDumpMissing where the sounding has no
 /// position, which its hemispheres tell.

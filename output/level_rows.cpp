@@ -84,7 +84,8 @@ class WindPlaces {
     // A source's heights may begin at another elevation of the station than the sounding does; or
     // there is no wind on the ground, and the first one stands at a level above it.
     const double offset = sounding.WindHgt(1) - levels.Height(1);
-    if (std::fabs(offset) <= kGroundOffset && OnLevels(offset) >= OnLevels(0)) offset_ = offset;
+    const bool isNear = offset != 0 && std::fabs(offset) <= kGroundOffset;
+    if (isNear && OnLevels(offset) >= OnLevels(0)) offset_ = offset;
     for (int i = 1; i <= sounding.NumWindLevels(); ++i) {
       if (sounding.HasWind(i)) Place(i);
     }
@@ -218,7 +219,8 @@ std::vector<Joined> Join(const SoundingRecord& sounding, const AnalysisResults& 
     put(row, i);
     rows.push_back(row);
   }
-  std::ranges::stable_sort(rows, {}, [](const Joined& joined) { return joined.Row.Height; });
+  const auto height = [](const Joined& joined) { return joined.Row.Height; };
+  if (!std::ranges::is_sorted(rows, {}, height)) std::ranges::stable_sort(rows, {}, height);
   PutShear(sounding, levels, rows);
   return rows;
 }
@@ -231,8 +233,10 @@ std::vector<int> WindsOfLevels(const SoundingRecord& sounding, const AnalysisRes
 
 std::vector<LevelRow> IntegrateLevels(const SoundingRecord& sounding,
                                       const AnalysisResults& results) {
+  const std::vector<Joined> joinedRows = Join(sounding, results);
   std::vector<LevelRow> rows;
-  for (const Joined& joined : Join(sounding, results)) rows.push_back(joined.Row);
+  rows.reserve(joinedRows.size());
+  for (const Joined& joined : joinedRows) rows.push_back(joined.Row);
   return rows;
 }
 

@@ -42,6 +42,11 @@ class Sheet {
     text_ += text;
     return *this;
   }
+  /// The text behind which such a cell is to be put.
+  std::string& NextNumber() {
+    Separate();
+    return text_;
+  }
   void EndRow() {
     text_ += "\r\n";
     atStart_ = true;
@@ -237,7 +242,7 @@ void PutLevels(Sheet& sheet, const Source& from) {
   sheet.EndRow();
   for (const LevelRow& row : DumpRows(from.Sounding, from.Results, dump)) {
     for (const DumpColumn& column : columns) {
-      sheet.Number(DumpCell(column, row, dump, from.Ground));
+      AppendDumpCell(sheet.NextNumber(), column, row, dump, from.Ground);
     }
     sheet.EndRow();
   }
