@@ -5,7 +5,10 @@
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
+#include <iterator>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "core/data_checks.h"
 #include "core/files.h"
@@ -13,6 +16,7 @@
 #include "core/units.h"
 #include "ingest/decoded.h"
 #include "ingest/height_finder.h"
+#include "ingest/source_columns.h"
 #include "ingest/source_header.h"
 #include "ingest/source_levels.h"
 #include "sounding/document.h"
@@ -324,6 +328,31 @@ TEST(ReadElement, TellsValuesMarkersAndRubbishApart) {
   std::optional<double> speed;
   EXPECT_TRUE(ReadElement("155", Element::Speed, refusals, speed, {kMsToKnot}));
   EXPECT_FALSE(speed);  // 301 knots
+}
+
+// A word has a number where it is one as a whole, however it goes on and wherever the line ends.
+TEST(TakeWords, NumbersAreWholeWords) {
+  struct Case {
+    const char* Word;
+    std::optional<double> Number;
+  };
+  const Case cases[] = {
+      {"5.", 5},   {"-.5", -0.5}, {"1013.25", 1013.25}, {"00012.50", 12.5}, {"12345678", 12345678},
+      {"-0", 0},   {"5-", {}},    {"12:30", {}},        {"1.2.3", {}},      {"-", {}},
+      {"///", {}}, {"9\f", {}},   {"+5", {}},           {"1e3", {}},        {"7,5", {}},
+  };
+  std::string line;
+  for (const Case& c : cases) line += std::string(" \t ") + c.Word;
+  for (const char* ending : {"", "  ", "\t"}) {
+    const std::string given = line + ending;
+    std::vector<RowWord> words;
+    TakeWords(given, words);
+    ASSERT_EQ(words.size(), std::size(cases));
+    for (std::size_t i = 0; i < words.size(); ++i) {
+      EXPECT_EQ(words[i].Text, cases[i].Word);
+      EXPECT_EQ(words[i].Number, cases[i].Number) << cases[i].Word;
+    }
+  }
 }
 
 TEST(SourceHeader, TimesAndCaptions) {
