@@ -295,7 +295,7 @@ TEST(Settings, TheirFilesAreReadWithEitherLineEnds) {
   std::mt19937 random(5);
   const test::TemporaryFolder folder;
   SettingsStore store = AnyStore(random);
-  ASSERT_FALSE(SaveSettings(folder.Path(), store));
+  ASSERT_FALSE(test::SaveAllSettings(folder.Path(), store));
   const auto written = FilesIn(folder.Path());
   for (const std::string ends : {"\n", "\r\n"}) {
     for (const auto& [name, text] : written) {
