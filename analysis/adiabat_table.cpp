@@ -153,10 +153,16 @@ struct AdiabatTable::Weighted {
 };
 
 const AdiabatTable::Column& AdiabatTable::At(VaporFormula formula, int rung) {
+  const std::vector<Column>& columns = columns_[static_cast<std::size_t>(formula)];
+  const auto at = static_cast<std::size_t>(rung);
+  if (columns.empty() || columns[at].Temps.empty()) Fill(formula, rung);
+  return columns[at];
+}
+
+void AdiabatTable::Fill(VaporFormula formula, int rung) {
   std::vector<Column>& columns = columns_[static_cast<std::size_t>(formula)];
   if (columns.empty()) columns.resize(kRungs);
   Column& column = columns[static_cast<std::size_t>(rung)];
-  if (!column.Temps.empty()) return column;
   column.Temps.resize(kGridBottom);
   column.VirtualTemps.resize(kGridBottom);
   const double thetaE = kFirstRung + kRungHeight * rung;
@@ -168,7 +174,6 @@ const AdiabatTable::Column& AdiabatTable::At(VaporFormula formula, int rung) {
   }
   column.Areas = AreasOverLog(column.Temps, kGridBottom);
   column.VirtualAreas = AreasOverLog(column.VirtualTemps, kGridBottom);
-  return column;
 }
 
 bool AdiabatTable::IsOnLadder(double thetaE) {

@@ -60,6 +60,7 @@ class AdiabatTable {
   struct Weighted;
 
   const Column& At(VaporFormula formula, int rung);
+  void Fill(VaporFormula formula, int rung);
   Weighted Neighbours(VaporFormula formula, double thetaE);
   static bool IsOnLadder(double thetaE);
 

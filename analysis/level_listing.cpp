@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "analysis/column_math.h"
 #include "analysis/moist_air.h"
 #include "analysis/profile_walk.h"
 #include "analysis/standard_atmosphere.h"
@@ -19,17 +20,45 @@ constexpr double kContrailPress = 500;     // hPa
 constexpr double kContrailFactor = 0.040;  // g/(kg K), low-bypass engines
 constexpr double kLeastGradient = 0.053;   // Pa/K, where the threshold formula ends
 
-// Vapour pressure of a level, hPa, from its mixing ratio; kMissing when unknown.
-double VaporOf(double press, double mixing) {
-  if (!NotAvailable(mixing)) return mixing * press / (kEpsilon + mixing);
-  return press < kDryAbove ? 0 : kMissing;
+// The columns of a listing that rest on one level each, and what they rest on.
+struct AirColumns {
+  std::size_t Count;
+  const double* Press;
+  const double* Height;
+  const double* Temp;
+  const double* Theta;
+  const double* MixingRatio;
+  double* Refractivity;
+  double* Modified;
+  double* Potential;
+};
+
+inline double RefractivityOfAir(double press, double tempK, double vapor) {
+  return 77.6 / tempK * (press + 4810 * vapor / tempK);
+}
+
+// Without a mixing ratio air is dry high up and unknown below.
+VEXA_WIDE void FillAir(AirColumns air) {
+  VEXA_INDEPENDENT
+  for (std::size_t i = 0; i < air.Count; ++i) {
+    const double press = air.Press[i];
+    const double mixing = air.MixingRatio[i];
+    const bool isMoist = mixing < kMissing - 1;
+    const bool isKnown = (press > 0) & (isMoist | (press < kDryAbove));
+    const double vapor = isMoist ? mixing * press / (kEpsilon + mixing) : 0;
+    const double refractivity = RefractivityOfAir(press, air.Temp[i] + kKelvinOffset, vapor);
+    const double potential =
+        RefractivityOfAir(kReferencePress, air.Theta[i], kReferencePress * vapor / press);
+    air.Refractivity[i] = isKnown ? refractivity : kMissing;
+    air.Modified[i] = isKnown ? refractivity + kModifiedPerMeter * air.Height[i] : kMissing;
+    air.Potential[i] = isKnown ? potential : kMissing;
+  }
 }
 
 // Slope of the mixing line, Pa/K, and the threshold of saturated air, °C.
 struct MixingLine {
   double Slope = 0;
   double Saturated = kMissing;
-  double Vapor = 0;  // Pa at the saturated threshold
 };
 
 MixingLine MixingLineAt(double press) {
@@ -38,21 +67,25 @@ MixingLine MixingLineAt(double press) {
   if (line.Slope <= kLeastGradient) return line;
   const double log = std::log(line.Slope - kLeastGradient);
   line.Saturated = -46.46 + 9.43 * log + 0.720 * log * log;
-  line.Vapor = 100 * TabledSatVapor(line.Saturated, SaturationOver::Water);
   return line;
 }
 
+// Saturation vapour pressure, Pa.
+double WaterVaporAt(double temp) {
+  return 100 * TabledSatVapor(temp, SaturationOver::Water);
+}
+
 // Positive where air is too warm for a contrail: rises with the temperature, 0 at the threshold.
-double Excess(const MixingLine& line, double temp, double share) {
-  return temp - line.Saturated +
-         (line.Vapor - share * 100 * TabledSatVapor(temp, SaturationOver::Water)) / line.Slope;
+//
+// lineVapor   at the saturated threshold, Pa
+double Excess(const MixingLine& line, double lineVapor, double temp, double share) {
+  return temp - line.Saturated + (lineVapor - share * WaterVaporAt(temp)) / line.Slope;
 }
 
 }  // namespace
 
 double RefractivityOf(double press, double temp, double vapor) {
-  const double tempK = temp + kKelvinOffset;
-  return 77.6 / tempK * (press + 4810 * vapor / tempK);
+  return RefractivityOfAir(press, temp + kKelvinOffset, vapor);
 }
 
 LevelListing ListLevels(const LevelProfile& levels) {
@@ -64,33 +97,36 @@ LevelListing ListLevels(const LevelProfile& levels) {
   }
   const double* pressures = levels.Press.Values().data();
   const double* heights = levels.Height.Values().data();
+  const double* logs = levels.LogPress.Values().data();
   const double* mixings = levels.MixingRatio.Values().data();
   double* refractivities = listing.Refractivity.Values().data();
+  const auto count = static_cast<std::size_t>(levels.Count());
+  FillAir({.Count = count,
+           .Press = pressures,
+           .Height = heights,
+           .Temp = levels.Temp.Values().data(),
+           .Theta = levels.Theta.Values().data(),
+           .MixingRatio = mixings,
+           .Refractivity = refractivities,
+           .Modified = listing.Modified.Values().data(),
+           .Potential = listing.Potential.Values().data()});
   double water = 0;  // mm
   bool moistBelow = true;
-  for (std::size_t i = 0; i < levels.Press.Values().size(); ++i) {
+  for (std::size_t i = 0; i < count; ++i) {
     const double press = pressures[i];
-    const double height = heights[i];
     if (!(press > 0)) continue;
     listing.Density.Values()[i] = AirDensity(press, levels.VirtualTemp.Values()[i]);
-    const double standard = IsaHeight(press, levels.LogPress.Values()[i]);
-    if (HasHeight(standard)) listing.DValue.Values()[i] = height - standard;
-    const double mixing = mixings[i];
-    moistBelow = moistBelow && !NotAvailable(mixing);
+    const double standard = IsaHeight(press, logs[i]);
+    if (HasHeight(standard)) listing.DValue.Values()[i] = heights[i] - standard;
+    moistBelow = moistBelow && !NotAvailable(mixings[i]);
     if (moistBelow && i > 0) {
-      water += (mixings[i - 1] + mixing) / 2 * (pressures[i - 1] - press) * 100 / kGravity;
+      water += (mixings[i - 1] + mixings[i]) / 2 * (pressures[i - 1] - press) * 100 / kGravity;
     }
     if (moistBelow) listing.WaterBelow.Values()[i] = water;
-    const double vapor = VaporOf(press, mixing);
-    if (NotAvailable(vapor)) continue;
-    const double refractivity = RefractivityOf(press, levels.Temp.Values()[i], vapor);
-    refractivities[i] = refractivity;
-    listing.Modified.Values()[i] = refractivity + kModifiedPerMeter * height;
-    listing.Potential.Values()[i] = RefractivityOf(
-        kReferencePress, levels.Theta.Values()[i] - kKelvinOffset, kReferencePress * vapor / press);
-    if (i > 0 && !NotAvailable(refractivities[i - 1]) && height > heights[i - 1]) {
+    if (i > 0 && heights[i] > heights[i - 1] && !NotAvailable(refractivities[i]) &&
+        !NotAvailable(refractivities[i - 1])) {
       listing.Gradient.Values()[i] =
-          (refractivity - refractivities[i - 1]) / (height - heights[i - 1]) * 1000;
+          (refractivities[i] - refractivities[i - 1]) / (heights[i] - heights[i - 1]) * 1000;
     }
   }
   return listing;
@@ -135,11 +171,12 @@ double ContrailTemp(double press, double humidity) {
   if (NotAvailable(line.Saturated)) return kMissing;
   const double share = humidity / 100;
   if (share >= 1) return line.Saturated;
-  double low = line.Saturated - line.Vapor / line.Slope - 1;
+  const double vapor = WaterVaporAt(line.Saturated);
+  double low = line.Saturated - vapor / line.Slope - 1;
   double high = line.Saturated;
   while (high - low > 1e-4) {
     const double middle = (low + high) / 2;
-    (Excess(line, middle, share) > 0 ? high : low) = middle;
+    (Excess(line, vapor, middle, share) > 0 ? high : low) = middle;
   }
   return (low + high) / 2;
 }
@@ -154,7 +191,8 @@ std::vector<AirLayer> FindContrails(const LevelProfile& levels, double humidity)
     // Warmer than saturated air may be, the mixing line lies above the vapour curve throughout.
     const double temp = levels.Temp(level);
     const bool tooWarm = share >= 1 || temp >= line.Saturated;
-    return tooWarm ? temp - line.Saturated : Excess(line, temp, share);
+    return tooWarm ? temp - line.Saturated
+                   : Excess(line, WaterVaporAt(line.Saturated), temp, share);
   };
   double below = 1;
   for (int i = 1; i <= levels.Count(); ++i) {
