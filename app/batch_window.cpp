@@ -248,8 +248,8 @@ download::BatchReport BatchWindow::RunFor(const ObservationTime& time) {
   isRunning_ = true;
   isStopped_ = false;
   run_->setEnabled(false);
-  const auto fetcher = download::OpenNetwork(
-      net_, [this](const download::FetchProgress&) { return !isStopped_; });
+  const auto fetcher =
+      download::OpenNetwork(net_, [this](const download::FetchProgress&) { return !isStopped_; });
   const download::Cache cache(program_.Where.Root / "cache");
   cache.Sweep(SystemNow());
   FetchWork work(

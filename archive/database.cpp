@@ -10,13 +10,7 @@ namespace vexa::archive {
 namespace {
 
 #ifdef VEXA_SQLITE_LIBRARY
-const LateLibrary& SqliteLibrary() {
-  static const LateLibrary kLibrary(VEXA_SQLITE_LIBRARY);
-  return kLibrary;
-}
-bool HasSqlite() {
-  return SqliteLibrary().IsOpen();
-}
+VEXA_LATE_LIBRARY(Sqlite, VEXA_SQLITE_LIBRARY);
 VEXA_LATE_FUNCTION(SqliteLibrary, sqlite3_bind_blob);
 VEXA_LATE_FUNCTION(SqliteLibrary, sqlite3_bind_double);
 VEXA_LATE_FUNCTION(SqliteLibrary, sqlite3_bind_int64);

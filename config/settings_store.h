@@ -55,8 +55,9 @@ void LoadSettingsFile(const std::filesystem::path& folder, SettingsFile file, Se
 void LoadSettings(const std::filesystem::path& folder, SettingsStore& store,
                   std::vector<std::string>& notes);
 
-/// Sets every "KEY=VALUE" in turn, with what follows from it, for this run: the files keep what they
-/// say until the user changes the option to something else. Faults as SetOption and CheckOptions.
+/// Sets every "KEY=VALUE" in turn, with what follows from it, for this run: the files keep what
+/// they say until the user changes the option to something else. Faults as SetOption and
+/// CheckOptions.
 [[nodiscard]] std::optional<Fault> SetForThisRun(SettingsStore& store,
                                                  const std::vector<std::string>& assignments);
 

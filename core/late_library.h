@@ -41,6 +41,19 @@ class LateLibrary {
 
 }  // namespace vexa
 
+/// NameLibrary(), which opens the library at its first call, and HasName(), whether this system has
+/// it.
+/// it.
+#define VEXA_LATE_LIBRARY(name, file)        \
+  const LateLibrary& name##Library() {       \
+    static const LateLibrary kLibrary(file); \
+    return kLibrary;                         \
+  }                                          \
+  bool Has##name() {                         \
+    return name##Library().IsOpen();         \
+  }                                          \
+  static_assert(true)
+
 /// Puts a name of this namespace before the function of the C header that it is called like, and
 /// looks the function up in the library at its first call.
 ///

@@ -15,13 +15,7 @@ namespace vexa::ingest {
 namespace {
 
 #ifdef VEXA_ECCODES_LIBRARY
-const LateLibrary& BufrLibrary() {
-  static const LateLibrary kLibrary(VEXA_ECCODES_LIBRARY);
-  return kLibrary;
-}
-bool HasBufrLibrary() {
-  return BufrLibrary().IsOpen();
-}
+VEXA_LATE_LIBRARY(Bufr, VEXA_ECCODES_LIBRARY);
 VEXA_LATE_FUNCTION(BufrLibrary, codes_bufr_keys_iterator_delete);
 VEXA_LATE_FUNCTION(BufrLibrary, codes_bufr_keys_iterator_get_name);
 VEXA_LATE_FUNCTION(BufrLibrary, codes_bufr_keys_iterator_new);
@@ -39,7 +33,7 @@ VEXA_LATE_FUNCTION(BufrLibrary, codes_handle_new_from_message_copy);
 VEXA_LATE_FUNCTION(BufrLibrary, codes_set_codes_assertion_failed_proc);
 VEXA_LATE_FUNCTION(BufrLibrary, codes_set_long);
 #else
-constexpr bool HasBufrLibrary() {
+constexpr bool HasBufr() {
   return true;
 }
 #endif
@@ -164,7 +158,7 @@ Outcome<std::vector<BufrSubset>> Unpacked(std::string_view message) {
 }  // namespace
 
 Outcome<std::vector<BufrSubset>> UnpackByLibrary(std::string_view message) {
-  if (!HasBufrLibrary()) {
+  if (!HasBufr()) {
     return NoLibrary("UnpackByLibrary",
                      "a message has elements that are known to the BUFR library (ecCodes) alone, "
                      "which this system lacks");

@@ -257,7 +257,8 @@ std::optional<std::string> ReadFields(std::span<const Field> fields,
   for (const QuantityColumn& column : plan) {
     if (column.Column >= fields.size()) continue;
     const Field& field = fields[column.Column];
-    if (!ReadPlanned(field, column, refused, into, others)) return std::string(Trim(FieldText(field)));
+    if (!ReadPlanned(field, column, refused, into, others))
+      return std::string(Trim(FieldText(field)));
   }
   FillFrom(others, into);
   return std::nullopt;

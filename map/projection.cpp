@@ -12,13 +12,7 @@ namespace vexa::map {
 namespace {
 
 #ifdef VEXA_PROJ_LIBRARY
-const LateLibrary& ProjLibrary() {
-  static const LateLibrary kLibrary(VEXA_PROJ_LIBRARY);
-  return kLibrary;
-}
-bool HasProj() {
-  return ProjLibrary().IsOpen();
-}
+VEXA_LATE_LIBRARY(Proj, VEXA_PROJ_LIBRARY);
 VEXA_LATE_FUNCTION(ProjLibrary, proj_context_create);
 VEXA_LATE_FUNCTION(ProjLibrary, proj_context_destroy);
 VEXA_LATE_FUNCTION(ProjLibrary, proj_coord);

@@ -24,13 +24,7 @@ Fault WithoutNetcdf() {
 namespace {
 
 #ifdef VEXA_NETCDF_LIBRARY
-const LateLibrary& NetcdfLibrary() {
-  static const LateLibrary kLibrary(VEXA_NETCDF_LIBRARY);
-  return kLibrary;
-}
-bool HasNetcdf() {
-  return NetcdfLibrary().IsOpen();
-}
+VEXA_LATE_LIBRARY(Netcdf, VEXA_NETCDF_LIBRARY);
 VEXA_LATE_FUNCTION(NetcdfLibrary, nc_abort);
 VEXA_LATE_FUNCTION(NetcdfLibrary, nc_close);
 VEXA_LATE_FUNCTION(NetcdfLibrary, nc_close_memio);

@@ -32,8 +32,8 @@ QFont Painter::DeviceFont(const QFont& font) const {
   return QFont(font, painter_.device());
 }
 
-// Without the fonts that would stand in for letters that it lacks: to find out which these are takes
-// longer than all letters of a page.
+// Without the fonts that would stand in for letters that it lacks: to find out which these are
+// takes longer than all letters of a page.
 QRawFont Painter::AloneOnScreen(QFont font) const {
   font.setStyleStrategy(QFont::NoFontMerging);
   return QRawFont::fromFont(DeviceFont(font));

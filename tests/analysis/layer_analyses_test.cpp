@@ -156,8 +156,8 @@ TEST(Contrails, ThresholdAsAppleman) {
   ASSERT_FALSE(results.Layers.Contrails.empty());
   EXPECT_LT(results.Layers.Contrails.front().Base.Press, 300);
   EXPECT_GT(results.Layers.Contrails.front().Base.Press, 250);
-  // A sounding that starts at 300 hPa, colder than the -47.0 C that air of 60 % needs there, has its
-  // layer from its first level.
+  // A sounding that starts at 300 hPa, colder than the -47.0 C that air of 60 % needs there, has
+  // its layer from its first level.
   const AnalysisResults high = Analyse(Profile({{300, -50, -54}, {250, -56, -60}}), {});
   ASSERT_EQ(high.Layers.Contrails.size(), 1u);
   EXPECT_EQ(high.Layers.Contrails.front().Base.Press, 300);
