@@ -43,7 +43,6 @@ class LateLibrary {
 
 /// NameLibrary(), which opens the library at its first call, and HasName(), whether this system has
 /// it.
-/// it.
 #define VEXA_LATE_LIBRARY(name, file)        \
   const LateLibrary& name##Library() {       \
     static const LateLibrary kLibrary(file); \
