@@ -1,6 +1,6 @@
 // Saturation vapour pressure for loops over thousands of levels: SatVapor and its slope on a ladder
-// of temperatures, between which a cubic goes. From 170 K up within 1e-9 of the formula, and within
-// 1e-7 at the cold end.
+// of temperatures, between which a cubic goes. Relative to the formula within 1.2e-9 from 170 K up,
+// 3e-7 from 130 K and 3e-6 at the cold end.
 #pragma once
 
 #include <array>
