@@ -122,11 +122,14 @@ TEST(CloudLimits, TypeByHeightDepthAndStability) {
   } cases[] = {
       // 16500 ft are 5029.2 m, 6500 ft 1981.2 m; saturated air at -20 °C and 640 hPa cools by about
       // 8 °C/km, at 10 °C and 860 hPa by about 5.
-      {"from 16500 ft up", {5029.3, -20, 5500, -21}, CloudType::CI},
+      {"from 16500 ft up", {5029.2, -20, 5500, -21}, CloudType::CI},
       {"just below", {5029.1, -20, 5500, -21}, CloudType::AS},
       {"-30 C at the base", {3000, -30, 3500, -31}, CloudType::CI},
       {"just warmer", {3000, -29.9, 3500, -31}, CloudType::AS},
-      {"from 6500 ft up, steep", {1981.3, 10, 2981.3, 3}, CloudType::AC},
+      {"from 6500 ft up, steep", {1981.2, 10, 2981.2, 3}, CloudType::AC},
+      // From 8 °C at 860 hPa saturated air cools by 5.0 °C in the next kilometre.
+      {"a little steeper than saturated air", {1981.2, 8, 2981.2, 2.5}, CloudType::AC},
+      {"a little less steep", {1981.2, 8, 2981.2, 3.5}, CloudType::AS},
       {"from 6500 ft up, stable", {1981.3, 10, 2981.3, 7}, CloudType::AS},
       {"just below, steep", {1981.1, 10, 2981.1, 3}, CloudType::SC},
       {"just below, stable", {1981.1, 10, 2981.1, 7}, CloudType::ST},
@@ -163,7 +166,7 @@ TEST(CloudLimits, EntrainmentAtTheEndsOfItsPieces) {
 
 // 1500 ft are 457.2 m, 10000 ft 3048 m.
 TEST(CloudLimits, ConvectionMakesCumulus) {
-  const Deck tower = {1000, 10, 4048.1, -20};
+  const Deck tower = {1000, 10, 4048, -20};
   EXPECT_EQ(TypeOf(tower, 100, 1000, 2000), CloudType::CB);
   EXPECT_EQ(TypeOf({1000, 10, 4048.1, -19.9}, 100, 1000, 2000), CloudType::CU);
   EXPECT_EQ(TypeOf({1000, 10, 4047.9, -20}, 100, 1000, 2000), CloudType::CU);
@@ -171,8 +174,71 @@ TEST(CloudLimits, ConvectionMakesCumulus) {
   EXPECT_EQ(TypeOf(tower, 100, 1457.1, 2000), CloudType::CB);
   EXPECT_EQ(TypeOf(tower, 100, 1457.3, 2000), CloudType::NS);
   EXPECT_EQ(TypeOf(tower, 100, 542.7, 2000), CloudType::NS);
-  EXPECT_EQ(TypeOf(tower, 100, 1000, 4048.1), CloudType::CB);
-  EXPECT_EQ(TypeOf(tower, 100, 1000, 4048.2), CloudType::NS);
+  EXPECT_EQ(TypeOf({457.2, 10, 4048, -20}, 100, 0, 2000), CloudType::CB);
+  EXPECT_EQ(TypeOf(tower, 100, 1000, 4048), CloudType::CB);
+  EXPECT_EQ(TypeOf(tower, 100, 1000, 4048.1), CloudType::NS);
+  EXPECT_EQ(TypeOf(tower, 0.5, 1000, 2000), CloudType::CB);
+}
+
+// The surface layer ends where the sounding's supplement says, in feet above sea level, else 3281
+// ft above the ground.
+TEST(CloudLimits, TopOfTheSurfaceLayer) {
+  SoundingRecord sounding = test::Profile({}, {}, 305);
+  const double usual = (sounding.ElevFt + 3281) * 0.3048;
+  EXPECT_NEAR(BoundaryLayerTop(sounding), usual, 1e-6);
+  sounding.ExtraRecord1[0] = 5000;
+  EXPECT_NEAR(BoundaryLayerTop(sounding), usual, 1e-6);
+  sounding.ExtraRecordsPresent = true;
+  EXPECT_NEAR(BoundaryLayerTop(sounding), 1524, 1e-6);
+  sounding.ExtraRecord1[0] = 0.5;
+  EXPECT_NEAR(BoundaryLayerTop(sounding), 0.1524, 1e-6);
+  sounding.ExtraRecord1[0] = 0;
+  EXPECT_NEAR(BoundaryLayerTop(sounding), usual, 1e-6);
+}
+
+// Hundreds of feet above the ground; what has no top, no depth or no amount is no layer.
+TEST(CloudLimits, TablesThatTheUserDrewUp) {
+  AnalysisResults results;
+  results.Levels = Air({{100, 1000, 10, 5}, {2100, 780, -2, -9}, {4100, 610, -14, -30}});
+  SoundingRecord sounding = test::Profile({});
+  sounding.CloudMode = "MANUAL";
+  for (const CloudLayer& row : {CloudLayer{"AS", 80, "100", 3},
+                                {"CU", 20, "60", 1},
+                                {"SC", 30, "30", 2},
+                                {"ST", 31, "30", 2},
+                                {"ST", 10, "what", 2},
+                                {"NS", 10, "20", 0},
+                                {"NS", 10, "20", 4}}) {
+    sounding.Clouds.Add(row);
+  }
+  const auto decks = FindClouds(sounding, results, {});
+  ASSERT_EQ(decks.size(), 2u);
+  EXPECT_EQ(decks[0].Type, CloudType::CU);
+  EXPECT_EQ(decks[0].Amount, CloudAmount::Scattered);
+  EXPECT_NEAR(decks[0].Base.Height, 709.6, 1e-6);
+  EXPECT_NEAR(decks[0].Base.Temp, 10 - 12 * 0.3048, 1e-6);
+  EXPECT_NEAR(decks[0].Top.Height, 1928.8, 1e-6);
+  EXPECT_EQ(decks[1].Type, CloudType::AS);
+  EXPECT_EQ(decks[1].Amount, CloudAmount::Overcast);
+  EXPECT_NEAR(decks[1].Base.Height, 2538.4, 1e-6);
+  const Levels<CloudLayer> table = CloudTable(decks, 100);
+  EXPECT_EQ(table(1), (CloudLayer{"CU", 20, "060", 1}));
+  EXPECT_EQ(table(2), (CloudLayer{"AS", 80, "100", 3}));
+}
+
+TEST(CloudLimits, FamiliesOfTheTypes) {
+  const struct {
+    CloudFamily Family;
+    std::vector<CloudType> Types;
+  } families[] = {
+      {CloudFamily::Stratiform, {CloudType::ST, CloudType::NS, CloudType::AS}},
+      {CloudFamily::Cumuliform, {CloudType::SC, CloudType::CU, CloudType::AC, CloudType::CB}},
+      {CloudFamily::Cirriform, {CloudType::CS, CloudType::CI, CloudType::CC}},
+      {CloudFamily::None, {CloudType::None}}};
+  for (const auto& family : families) {
+    for (const CloudType type : family.Types)
+      EXPECT_EQ(FamilyOf(type), family.Family) << Text(type);
+  }
 }
 
 TEST(LightningLimits, ByTemperatureAndAmount) {
