@@ -135,6 +135,100 @@ TEST(StormMotion, HelicityOfThreePoints) {
   EXPECT_NEAR(StormRelativeHelicity(sounding, 0, 1000, Components({240, 20})), 24.47, 0.01);
 }
 
+// Half the square of the difference of two means; a knot counts 0.514444 m/s here.
+TEST(StormMotion, RichardsonShear) {
+  EXPECT_NEAR(BRNnbr(WindVector{0, 30}, WindVector{0, 10}), 0.5 * std::pow(0.514444 * 20, 2), 1e-4);
+  EXPECT_EQ(BRNnbr(std::nullopt, WindVector{0, 10}), static_cast<float>(kNone));
+  EXPECT_EQ(BRNnbr(WindVector{0, 10}, std::nullopt), static_cast<float>(kNone));
+}
+
+using Rows = std::initializer_list<test::WindRow>;
+
+StormMotionResults MotionOf(Rows winds, const Options& options = {}) {
+  return AnalyseStormMotion(test::Profile({{1000, 20, 10}, {500, -10, -30}}, winds), options);
+}
+
+// West winds of 10 kt in the lowest layer, a mean of 20: 15 kt across the shear to the south, where
+// the wind of 5750 m is weighed between its neighbours.
+TEST(StormMotion, MovesAsideOfTheShear) {
+  const auto movers =
+      MotionOf({{0, 270, 10}, {500, 270, 10}, {3000, 270, 20}, {5500, 270, 25}, {6000, 270, 35}});
+  ASSERT_TRUE(movers.Right && movers.Left);
+  EXPECT_NEAR(movers.Right->Motion.U, -20, 1e-3);
+  EXPECT_NEAR(movers.Right->Motion.V, 15, 1e-3);
+  EXPECT_NEAR(movers.Left->Motion.V, -15, 1e-3);
+  // 90 degrees of turning from 10 kt at the ground to what lies at 5750 m, a quarter of the way
+  // from 5500 to 6500 m: the shear is (2.5, 7.5) - (0, 0) less the low wind.
+  const auto turning =
+      MotionOf({{0, 270, 0}, {500, 270, 0}, {3000, 270, 20}, {5500, 180, 10}, {6500, 270, 10}});
+  ASSERT_TRUE(turning.Right && turning.Left);
+  const double acrossU = (turning.Right->Motion.U - turning.Left->Motion.U) / 2;
+  const double acrossV = (turning.Right->Motion.V - turning.Left->Motion.V) / 2;
+  EXPECT_NEAR(acrossU, 15 * -7.5 / std::hypot(2.5, 7.5), 1e-3);
+  EXPECT_NEAR(acrossV, 15 * 2.5 / std::hypot(2.5, 7.5), 1e-3);
+  Options twice;
+  twice.DeviationFactor = 2;
+  EXPECT_NEAR(MotionOf({{0, 270, 10}, {500, 270, 10}, {3000, 270, 20}, {6000, 270, 35}}, twice)
+                  .Right->Motion.V,
+              30, 1e-3);
+}
+
+// A level within 1 m of the layer's top stands for it; else one is interpolated there and counts.
+TEST(StormMotion, MeanTakesTheWindAtTheTop) {
+  const auto mean = [](double top) {
+    return FromComponents(
+               *MotionOf({{0, 270, 10}, {3000, 270, 20}, {top, 270, 30}, {9000, 270, 90}}).Mean6km)
+        .Spd;
+  };
+  EXPECT_NEAR(mean(6000), 20, 1e-3);
+  EXPECT_NEAR(mean(5999), 20, 1e-3);
+  EXPECT_NEAR(mean(6001), 20, 1e-3);
+  EXPECT_NEAR(mean(5998), (10 + 20 + 30 + 30 + 2 * 60 / 3002.0) / 4, 1e-3);
+  EXPECT_NEAR(mean(6100), (10 + 20 + 20 + 10 * 3000 / 3100.0) / 3, 1e-3);
+}
+
+TEST(StormMotion, LayersThatWindsStandFor) {
+  const struct {
+    const char* About;
+    Rows Winds;
+    bool Stands;
+  } cases[] = {
+      {"from 500 m on", {{500, 270, 10}, {3000, 270, 20}, {6000, 270, 30}}, true},
+      {"from 501 m on", {{501, 270, 10}, {3000, 270, 20}, {6000, 270, 30}}, false},
+      {"4 km apart", {{0, 270, 10}, {4000, 270, 20}, {6000, 270, 30}}, true},
+      {"more", {{0, 270, 10}, {4001, 270, 20}, {6000, 270, 30}}, false},
+      {"three quarters", {{0, 270, 10}, {2000, 270, 20}, {4500, 270, 30}}, true},
+      {"less", {{0, 270, 10}, {2000, 270, 20}, {4499, 270, 30}}, false},
+      {"a gap across the top", {{0, 270, 10}, {3000, 270, 20}, {7001, 270, 30}}, false},
+      {"one above it", {{0, 270, 10}, {3000, 270, 20}, {6000, 270, 30}, {15000, 270, 9}}, true}};
+  for (const auto& c : cases) EXPECT_EQ(MotionOf(c.Winds).Mean6km.has_value(), c.Stands) << c.About;
+  // The lowest wind is that of the ground up to 100 m; one more than 1 m below it is not.
+  EXPECT_TRUE(MotionOf({{100, 270, 10}, {3000, 270, 20}, {6000, 270, 30}}).Shear6km);
+  EXPECT_FALSE(MotionOf({{101, 270, 10}, {3000, 270, 20}, {6000, 270, 30}}).Shear6km);
+  const auto shear = [](double lowest) {
+    const auto found =
+        MotionOf({{lowest, 270, 10}, {50, 270, 15}, {3000, 270, 20}, {6000, 270, 30}});
+    return std::hypot(found.Shear6km->U, found.Shear6km->V);
+  };
+  EXPECT_NEAR(shear(-1), 20, 1e-3);
+  EXPECT_NEAR(shear(-1.2), 15, 1e-3);
+}
+
+// The mean of 2 to 4 km, 270/30, by its settings.
+TEST(StormMotion, TraditionalMotionOfALayer) {
+  Options options;
+  options.Motion = StormMotion::Traditional;
+  options.ShearLayerBottomKm = 2;
+  options.ShearLayerTopKm = 4;
+  options.ShearLayerDeg = 20;
+  options.ShearLayerPct = 50;
+  const auto movers =
+      MotionOf({{0, 180, 10}, {2000, 270, 20}, {4000, 270, 40}, {6000, 180, 90}}, options);
+  ASSERT_TRUE(movers.Right && movers.Left);
+  ExpectWind(movers.Right->Motion, 290, 15);
+  ExpectWind(movers.Left->Motion, 250, 15);
+}
+
 TEST(StormMotion, EnteredByHandReplacesTheChosenMover) {
   SoundingRecord sounding = test::ReferenceConvective();
   const StormMotionResults computed = AnalyseStormMotion(sounding, {});

@@ -1,0 +1,188 @@
+// How profiles are read between their levels and beyond their ends, and how winds are taken for a
+// layer: each limit from both of its sides, with numbers by hand.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "analysis/air_rows.h"
+#include "analysis/interpolate.h"
+#include "analysis/layers.h"
+#include "analysis/parcel_source.h"
+#include "analysis/profile_walk.h"
+#include "analysis/turbulence.h"
+#include "core/markers.h"
+
+namespace vexa::analysis {
+namespace {
+
+using test::Profile;
+
+TEST(ProfileLimits, AirBetweenLevelsAndBeyondTheirEnds) {
+  const LevelProfile levels =
+      Air({{100, 1000, 10, 5}, {1100, 880, 4, 999.9}, {2100, 780, -4, -6}, {3100, 690, -10, -14}});
+  const struct {
+    double Height, Press, Temp, Dewpt, Lapse;
+  } cases[] = {{0, 1000, 10, 5, 6},
+               {100, 1000, 10, 5, 6},
+               {600, std::sqrt(1000.0 * 880), 7, kMissing, 6},
+               {1100, 880, 4, kMissing, 8},
+               {2099, 0, -3.992, kMissing, 8},
+               {2100, 780, -4, -6, 6},
+               {2600, std::sqrt(780.0 * 690), -7, -10, 6},
+               {3100, 690, -10, -14, 6},
+               {9000, 690, -10, -14, 6}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.Height);
+    const AirPoint air = ProfileWalk(levels).At(c.Height);
+    if (c.Press > 0) {
+      EXPECT_NEAR(air.Press, c.Press, 1e-9);
+    }
+    EXPECT_NEAR(air.Temp, c.Temp, 1e-9);
+    EXPECT_NEAR(air.Dewpt, c.Dewpt, 1e-9);
+    EXPECT_NEAR(air.Lapse, c.Lapse, 1e-9);
+  }
+  EXPECT_EQ(ProfileWalk(LevelProfile{}).At(100).Press, 0);
+}
+
+// No two looks more than 250 m apart, but at most 400 of a layer.
+TEST(ProfileLimits, LooksOfDeepAndEmptyLayers) {
+  const LevelProfile levels = Air({{0, 1000, 5, 5}, {250, 970, 5, 5}, {501, 940, 5, 5}});
+  EXPECT_EQ(SampleHeights(levels, 0, 501).size(), 4u);
+  EXPECT_EQ(SampleHeights(levels, 100, 100), std::vector<double>{100});
+  EXPECT_TRUE(SampleHeights(levels, 100, 99).empty());
+  EXPECT_EQ(SampleHeights(levels, 1000, 101000).size(), 401u);
+  EXPECT_EQ(SampleHeights(levels, 1000, 201000).size(), 401u);
+  EXPECT_EQ(SampleHeights(levels, 1000, 100750).size(), 400u);
+}
+
+// Layers reach half way to the look of another class, in the logarithm of pressure.
+TEST(ProfileLimits, RunsOfLooks) {
+  const auto look = [](double height, Intensity grade, std::string_view word, double value) {
+    return ClassedPoint{{1000 - height / 10, height, 0}, grade, word, value};
+  };
+  const std::vector<ClassedPoint> looks = {
+      look(0, Intensity::None, "", 9),          look(100, Intensity::Light, "LGT", 2),
+      look(200, Intensity::Light, "LGT", 3),    look(300, Intensity::Light, "LGT", 1),
+      look(400, Intensity::Light, "OTHER", 5),  look(600, Intensity::Severe, "SVR", kMissing),
+      look(700, Intensity::Severe, "SVR", 4),   look(900, Intensity::None, "", 8),
+      look(1000, Intensity::Trace, "TRC", 0.5),
+  };
+  const auto layers = JoinRuns(looks);
+  const struct {
+    double Base, Top, Value;
+    std::string_view Word;
+  } expected[] = {
+      {50, 350, 3, "LGT"}, {350, 500, 5, "OTHER"}, {500, 800, 4, "SVR"}, {950, 1000, 0.5, "TRC"}};
+  ASSERT_EQ(layers.size(), std::size(expected));
+  for (std::size_t i = 0; i < layers.size(); ++i) {
+    SCOPED_TRACE(i);
+    EXPECT_EQ(layers[i].Base.Height, expected[i].Base);
+    EXPECT_EQ(layers[i].Top.Height, expected[i].Top);
+    EXPECT_EQ(layers[i].Value, expected[i].Value);
+    EXPECT_EQ(layers[i].Word, expected[i].Word);
+  }
+  EXPECT_NEAR(layers[0].Base.Press, std::sqrt(1000.0 * 990), 1e-9);
+}
+
+// Below 950 hPa at 500 m and 15 °C: a = Rd/g ln(1000/950) = 1.5013, 500 - a T / (1 - 0.00325 a).
+TEST(ProfileLimits, HeightOf1000hPaBelowTheGround) {
+  const LevelProfile levels = Air({{500, 950, 15, 999.9}, {2000, 800, 5, 999.9}});
+  EXPECT_NEAR(HeightAt(levels, 1000).Value, 65.3, 0.1);
+  EXPECT_FALSE(HeightAt(levels, 999).Ok());
+  EXPECT_FALSE(HeightAt(levels, 790).Ok());
+  EXPECT_FALSE(HeightAt(LevelProfile{}, 1000).Ok());
+  EXPECT_FALSE(HeightAt(Air({{500, 1010, 15, 999.9}, {600, 1005, 15, 999.9}}), 1000).Ok());
+}
+
+// A wind serves 100 m below the lowest and 2 m above the highest; levels without one are none.
+TEST(ProfileLimits, WindsBesideTheirEndsAndGaps) {
+  const auto speed = [](std::initializer_list<test::WindRow> winds, double height) {
+    const WindSample wind = WindAtHeight(Profile({{1000, 20, 10}}, winds), height);
+    return wind.Ok() ? wind.Value.Spd : -1;
+  };
+  EXPECT_NEAR(speed({{1000, 270, 10}, {2000, 270, 20}}, 2002), 20, 1e-9);
+  EXPECT_EQ(speed({{1000, 270, 10}, {2000, 270, 20}}, 2003), -1);
+  EXPECT_NEAR(speed({{500, 999.9, 999.9}, {1000, 270, 10}, {2000, 270, 20}}, 900), 10, 1e-9);
+  EXPECT_EQ(speed({{500, 999.9, 999.9}, {1000, 270, 10}, {2000, 270, 20}}, 600), -1);
+  EXPECT_NEAR(speed({{1000, 270, 10}, {1500, 999.9, 999.9}, {2000, 270, 20}}, 1500), 15, 1e-5);
+  EXPECT_NEAR(speed({{1000, 270, 10}, {1500, 999.9, 999.9}, {2000, 270, 20}}, 1200), 12, 1e-5);
+  EXPECT_NEAR(speed({{1000, 270, 10}, {2000, 270, 20}, {3000, 999.9, 999.9}}, 2001), 20, 1e-9);
+  EXPECT_EQ(speed({{1000, 270, 10}, {2000, 270, 20}, {3000, 999.9, 999.9}}, 2500), -1);
+  EXPECT_NEAR(speed({{1000, 270, 10}}, 1000), 10, 1e-9);
+  EXPECT_EQ(speed({{1000, 999.9, 999.9}}, 1000), -1);
+}
+
+TEST(ProfileLimits, SourcesOfParcels) {
+  const auto from = [](const std::vector<AirRow>& rows) { return SurfaceParcel(Air(rows)).Press; };
+  EXPECT_EQ(from({{0, 1000, 20, 10}, {500, 950, 18, 8}}), 1000);
+  EXPECT_EQ(from({{0, 1000, 20, 999.9}, {900, 900, 18, 8}}), 900);
+  EXPECT_EQ(from({{0, 1000, 20, 999.9}, {900, 899, 18, 8}}), kNone);
+  LevelProfile levels = Air({{0, 1000, 20, 10}, {900, 900, 18, 8}, {3000, 700, 5, 0}});
+  levels.ThetaE = Levels<double>({330, 330, 340});
+  EXPECT_EQ(MostUnstableParcel(levels, 100).Press, 1000);  // the lowest of equals
+  EXPECT_EQ(MostUnstableParcel(levels, 299).Press, 1000);
+  EXPECT_EQ(MostUnstableParcel(levels, 300).Press, 700);
+  EXPECT_EQ(CandidateParcels(levels, 99).size(), 1u);
+  EXPECT_EQ(CandidateParcels(levels, 100).size(), 2u);
+  levels.ThetaE(1) = kMissing;
+  EXPECT_EQ(MostUnstableParcel(levels, 100).Press, 900);
+  EXPECT_EQ(CandidateParcels(levels, 300).size(), 2u);
+}
+
+// Means weighted by pressure: 300 K to 960 hPa, 302 K from 960 to 900 hPa rising to 304 at 840.
+TEST(ProfileLimits, MeansOfTheLowestLayer) {
+  LevelProfile levels =
+      Air({{0, 1000, 20, 10}, {350, 960, 18, 8}, {900, 900, 16, 6}, {1500, 840, 12, 2}});
+  levels.Theta = Levels<double>({300, 300, 302, 304});
+  levels.MixingRatio = Levels<double>({0.010, kMissing, 0.008, 0.006});
+  EXPECT_NEAR(MeanOfLowestLayer(levels, 40).Theta, 300, 1e-9);
+  EXPECT_NEAR(MeanOfLowestLayer(levels, 100).Theta, (300 * 40 + 301 * 60) / 100.0, 1e-9);
+  EXPECT_NEAR(MeanOfLowestLayer(levels, 100).MixingRatio, 0.009, 1e-12);
+  EXPECT_TRUE(NotAvailable(MeanOfLowestLayer(levels, 40).MixingRatio));
+  EXPECT_EQ(MeanOfLowestLayer(levels, 0).Theta, 300);
+  EXPECT_EQ(MeanOfLowestLayer(levels, -5).MixingRatio, 0.010);
+  EXPECT_TRUE(NotAvailable(MeanOfLowestLayer(levels, 161).Theta));
+  levels.MixingRatio(1) = kMissing;
+  EXPECT_TRUE(NotAvailable(MeanOfLowestLayer(levels, 100).MixingRatio));
+}
+
+TEST(ProfileLimits, LapseRatesNeedTwoHeights) {
+  const LevelProfile levels = Air({{0, 1000, 20, 10}, {3000, 700, -1, -9}});
+  EXPECT_NEAR(MeanLapseRate(levels, 0, 3000), 7, 1e-9);
+  EXPECT_NEAR(MeanLapseRate(levels, 1000, 2000), 7, 1e-9);
+  EXPECT_EQ(MeanLapseRate(levels, 1000, 1000), kNone);
+  EXPECT_EQ(MeanLapseRate(levels, 0, 3001), kNone);
+}
+
+// What is mixed is told against the smallest of the lowest 25 hPa: a level at 974 is no longer one.
+TEST(ProfileLimits, MixedLayerLooksAt25hPa) {
+  const auto depth = [](double press) {
+    LevelProfile levels =
+        Air({{0, 1000, 20, 5}, {200, press, 18, 5}, {400, 950, 15, 5}, {5000, 550, 0, -20}});
+    levels.Theta = Levels<double>({300, 299.2, 300.2, 320});
+    const auto mixed = FindMixedLayer({}, levels);
+    return mixed ? mixed->Depth : 0;
+  };
+  EXPECT_NEAR(depth(975), 200 + 200 * 0.5, 1);          // up to 299.7 K
+  EXPECT_NEAR(depth(974), 400 + 4600 * 0.3 / 19.8, 5);  // up to 300.5 K
+}
+
+TEST(ProfileLimits, RichardsonNumberOfWinds) {
+  const LevelProfile levels = Air({{0, 1000, 15, 10}, {5000, 540, -17.5, -30}});
+  const auto pairs = [&](double speed) {
+    return PairWinds(DeriveWinds(Profile({}, {{-1, 270, 10}, {0, 270, 10}, {1000, 270, speed}})),
+                     levels, 0);
+  };
+  ASSERT_EQ(pairs(20).size(), 1u);  // what lies below the ground is no wind
+  EXPECT_EQ(pairs(10)[0].Richardson, 999);
+  // g/theta dtheta/dz over the square of 20 kt in 1000 m.
+  const double low = levels.Theta(1), high = low + (levels.Theta(2) - low) / 5;
+  EXPECT_NEAR(pairs(30)[0].Richardson,
+              9.80665 / ((low + high) / 2) * (high - low) / 1000 / std::pow(20 * 0.5144 / 1000, 2),
+              1e-3);
+}
+
+}  // namespace
+}  // namespace vexa::analysis
