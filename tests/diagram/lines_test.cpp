@@ -133,6 +133,43 @@ TEST(Grid, IsobarsStandAtEveryIntervalAndWhereTheyAreMandatory) {
   EXPECT_EQ(enlarged[1] - enlarged[2], 50);
 }
 
+// Above 100 hPa every ten, whatever the interval below.
+TEST(Grid, IsobarsOfTheHighAirStandCloser) {
+  Drawn drawn = OnEmagram(Profile({{1000, 20, 10}, {100, -60, -80}, {10, -40, 999.9}}));
+  drawn.Set.Above100mb = true;
+  drawn.Set.YGridInterval = 100;
+  Numbers expected = {1050};
+  for (int press = 1000; press > 100; press -= 100) expected.push_back(press);
+  for (int press = 100; press > 0; press -= 10) expected.push_back(press);
+  EXPECT_EQ(PressesOf(drawn(), "pressure line"), expected);
+}
+
+// Each line of a mixing ratio passes where saturated air of its pressure holds so much, and is
+// named by it; w = 0.62198 e / (p - e).
+TEST(Grid, MixingRatiosAreThoseOfTheirNames) {
+  for (const DiagramType type : {DiagramType::Emagram, DiagramType::Tephigram}) {
+    Drawn drawn = OnEmagram();
+    drawn.Set.Diagram = type;
+    drawn.Set.TempMin = -60;
+    drawn.Set.TempMax = 60;
+    const SoundingPlot plot = drawn();
+    Numbers held;
+    for (const auto& line : Lines(plot.Page, "mixing ratio line")) {
+      const DiagramCoordinates at = plot.Mapping.ToCoordinates(line.front());
+      const double vapor = analysis::SatVapor(at.Temp);
+      held.push_back(std::round(622e2 * vapor / (at.Press - vapor) * 0.99997) / 100);
+    }
+    const Numbers usual = {0.1, 0.2, 0.4, 0.7, 1, 1.5, 2, 3, 4, 6, 8, 10, 13, 16, 20, 25, 30, 36};
+    const Numbers many = {0.2, 0.4, 0.6, 0.8, 1,  1.5, 2,  2.5, 3,  4,  5,  6, 7,
+                          8,   9,   10,  12,  15, 16,  20, 25,  28, 30, 35, 36};
+    const Numbers& expected = type == DiagramType::Emagram ? usual : many;
+    ASSERT_EQ(held.size(), expected.size());
+    for (std::size_t i = 0; i < held.size(); ++i) {
+      EXPECT_NEAR(held[i], expected[i], 0.006 + 0.001 * expected[i]);
+    }
+  }
+}
+
 TEST(Grid, CurvesHaveTheirValues) {
   Drawn drawn = OnEmagram();
   // In the corners theta is 229.9 K (-40 °C, 1050 hPa) and 604.4 K (40 °C, 100 hPa).

@@ -179,6 +179,47 @@ TEST(Palette, SafeSchemesStayApartForColourBlindEyes) {
   }
 }
 
+// Colours as they are named: greys without a hue, green and lime without red or blue beyond each
+// other, purple and magenta with as much of one as of the other.
+TEST(Palette, ColoursHaveTheHuesOfTheirNames) {
+  for (const char* scheme : {"light", "dark", "print"}) {
+    SCOPED_TRACE(scheme);
+    const Palette palette = PaletteFor(WithScheme(scheme));
+    const auto ink = [&](int index) { return palette.Indexed[static_cast<std::size_t>(index)]; };
+    for (const int gray : {0, 7, 8, 15}) {
+      EXPECT_EQ(ink(gray).Red, ink(gray).Green) << gray;
+      EXPECT_EQ(ink(gray).Green, ink(gray).Blue) << gray;
+    }
+    for (const int green : {2, 10}) EXPECT_EQ(ink(green).Red, ink(green).Blue) << green;
+    for (const int purple : {5, 13}) EXPECT_EQ(ink(purple).Red, ink(purple).Blue) << purple;
+  }
+  for (const char* scheme : {"color-safe", "color-safe dark"}) {
+    const Palette palette = PaletteFor(WithScheme(scheme));
+    for (const std::size_t gray : {0u, 7u, 8u, 15u}) {
+      EXPECT_EQ(palette.Indexed[gray].Red, palette.Indexed[gray].Green) << gray;
+      EXPECT_EQ(palette.Indexed[gray].Green, palette.Indexed[gray].Blue) << gray;
+    }
+  }
+}
+
+// The colours that Okabe and Ito (2008) published, as far as they are legible on each paper.
+TEST(Palette, SafeColoursAreThePublishedOnes) {
+  const struct {
+    const char* Scheme;
+    std::size_t Index;
+    Color Published;
+  } cases[] = {{"color-safe", 4, {213, 94, 0}},        {"color-safe", 9, {0, 114, 178}},
+               {"color-safe", 10, {0, 158, 115}},      {"color-safe", 11, {86, 180, 233}},
+               {"color-safe", 12, {230, 159, 0}},      {"color-safe", 13, {204, 121, 167}},
+               {"color-safe dark", 2, {0, 158, 115}},  {"color-safe dark", 5, {204, 121, 167}},
+               {"color-safe dark", 9, {86, 180, 233}}, {"color-safe dark", 12, {230, 159, 0}},
+               {"color-safe dark", 14, {240, 228, 66}}};
+  for (const auto& c : cases) {
+    EXPECT_EQ(PaletteFor(WithScheme(c.Scheme)).Indexed[c.Index], c.Published)
+        << c.Scheme << ' ' << c.Index;
+  }
+}
+
 TEST(ColorScheme, GoesTogetherWithPaperAndGrid) {
   struct Case {
     const char* about;

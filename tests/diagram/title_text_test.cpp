@@ -31,6 +31,8 @@ TEST(SoundingTitle, ShowsMonthAndYearInsteadOfTheDate) {
       {"of five", "Oun 06Z 04 MAY 19999", {}, "Oun 06Z 04 MAY 19999"},
       {"the first month", "Oun", {2021, 1, 4, 0, 0}, "Oun  JAN 2021"},
       {"the last month", "Oun", {2021, 12, 4, 0, 0}, "Oun  DEC 2021"},
+      {"a month before the first", "Oun", {2021, 0, 4, 0, 0}, "Oun"},
+      {"one behind the last", "Oun", {2021, 13, 4, 0, 0}, "Oun"},
       {"nothing", "", {}, ""},
   };
   Options options;

@@ -1,0 +1,299 @@
+// Where the diagram decides: axes and tops, bands of what is usual, the strip of advection, the
+// cursor, each from both sides of its limits. On the emagram temperatures and logarithms of
+// pressure are straight, so that places follow by hand.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "diagram/cursor_marks.h"
+#include "diagram/drawn.h"
+#include "diagram/mark_column.h"
+#include "diagram/scaling.h"
+
+namespace vexa::diagram {
+namespace {
+
+using test::Profile;
+
+constexpr Rect kPlot{1300, 620, 7900, 8220};
+
+// The next line of the list at or above the data; winds alone reach as high as the standard
+// atmosphere has them, 9164 m for 300 hPa.
+TEST(DiagramLimits, TopsFollowTheHighestLevel) {
+  const struct {
+    double Highest;
+    bool IsHigh;
+    double Top;
+  } cases[] = {{700, false, 700}, {699, false, 500}, {500, false, 500}, {499, false, 400},
+               {400, false, 400}, {399, false, 300}, {300, false, 300}, {299, false, 200},
+               {200, false, 200}, {199, false, 100}, {100, false, 100}, {90, false, 100},
+               {101, true, 100},  {100, true, 100},  {99, true, 50},    {50, true, 50},
+               {49, true, 30},    {30, true, 30},    {29, true, 10},    {10, true, 10},
+               {9, true, 10}};
+  for (const auto& c : cases) {
+    Options options;
+    options.Above100mb = c.IsHigh;
+    options.AutoHighEmagram = false;
+    const SoundingRecord sounding = Profile({{1000, 15, 10}, {c.Highest, -40, 999.9}});
+    EXPECT_EQ(ChooseDiagram(sounding, options).TopPress, c.Top) << c.Highest;
+  }
+  EXPECT_EQ(ChooseDiagram(Profile({}, {{0, 270, 10}, {9160, 270, 10}}), Options{}).TopPress, 300);
+  EXPECT_EQ(ChooseDiagram(Profile({}, {{0, 270, 10}, {9170, 270, 10}}), Options{}).TopPress, 200);
+}
+
+// 2 °C are kept free on the cold side and 9 % of the range on the warm one; ranges begin at tens,
+// as near to -40 as they can, and grow by ten.
+TEST(DiagramLimits, TemperatureAxisHoldsTheSounding) {
+  const struct {
+    double Coldest, Warmest;
+    TempRange Range;
+  } cases[] = {{-38, 32.8, {-40, 40}},   {-28, 32.9, {-30, 50}},   {-28.1, 32.9, {-40, 50}},
+               {-38.1, 22.8, {-50, 30}}, {-38.1, 22.9, {-50, 40}}, {-48, 12, {-50, 30}},
+               {-60, 40, {-70, 60}},     {10, 60, {-10, 70}},      {-90, -60, {-100, -20}}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.Coldest);
+    const SoundingRecord sounding =
+        Profile({{1000, c.Warmest, 999.9}, {500, c.Coldest, 999.9}, {300, c.Coldest, 999.9}});
+    Options options;
+    const TempRange range =
+        ChooseTempRange(sounding, options, {DiagramType::Emagram, 300, false}, kPlot);
+    EXPECT_EQ(range.Min, c.Range.Min) << c.Warmest;
+    EXPECT_EQ(range.Max, c.Range.Max) << c.Warmest;
+  }
+  // Dew points widen it as temperatures do; levels above the top do not.
+  const SoundingRecord dry = Profile({{1000, 20, -45}, {500, -20, -30}, {200, -70, 999.9}});
+  const TempRange range =
+      ChooseTempRange(dry, Options{}, {DiagramType::Emagram, 300, false}, kPlot);
+  EXPECT_EQ(range.Min, -50);
+  EXPECT_EQ(range.Max, 30);
+  Options narrow;
+  narrow.TempScaling = Scaling::Manual;
+  narrow.TempMin = 0;
+  narrow.TempMax = 39;
+  EXPECT_EQ(ChooseTempRange(dry, narrow, {}, kPlot).Max, 40);
+}
+
+struct Spread {
+  Drawn Diagram = OnEmagram();
+  Usual What{};
+  SoundingPlot operator()() {
+    Diagram.Results = analysis::Analyse(Diagram.Sounding, Diagram.Set);
+    return *PlotSounding({.Sounding = Diagram.Sounding,
+                          .Results = Diagram.Results,
+                          .Set = Diagram.Set,
+                          .On = kPage,
+                          .Spread = &What});
+  }
+};
+
+std::vector<std::vector<Point>> Areas(const Picture& page, std::string_view tag) {
+  std::vector<std::vector<Point>> rings;
+  for (const Item* item : Tagged(page, tag)) {
+    if (const auto* area = std::get_if<Area>(&item->Shape)) rings.push_back(area->Rings.front());
+  }
+  return rings;
+}
+
+Rect BoundsOf(const std::vector<Point>& points) {
+  Rect box{1e9, 1e9, -1e9, -1e9};
+  for (const Point& p : points) {
+    box = {std::min(box.Left, p.X), std::min(box.Top, p.Y), std::max(box.Right, p.X),
+           std::max(box.Bottom, p.Y)};
+  }
+  return box;
+}
+
+TEST(UsualBands, ReachFromTheLowToTheHighValueOfEachLevel) {
+  Spread spread;
+  spread.What.Levels = {{1000, UsualBand{10, 15, 22}, UsualBand{1, 3, 5}, {}},
+                        {700, UsualBand{-4, 3, 8}, {}, {}},
+                        {600, UsualBand{-9, -6, 0}, UsualBand{-20, -15, -11}, {}},
+                        {500, {}, {}, {}},
+                        {400, UsualBand{-35, -30, -25}, UsualBand{-39, -38, -36}, {}},
+                        {300, UsualBand{-38, -36, -34}, UsualBand{-39, -38, -37}, {}},
+                        {200, {}, {}, {}},
+                        {90, UsualBand{10, 20, 30}, {}, {}}};
+  EXPECT_TRUE(Areas(spread().Page, "usual temperature").empty());
+  spread.Diagram.Set.UsualTemps = true;
+  const SoundingPlot plot = spread();
+  const DiagramMapping& at = plot.Mapping;
+  // A level without a value parts the band; a dew point alone between two such makes none.
+  const auto temps = Areas(plot.Page, "usual temperature");
+  ASSERT_EQ(temps.size(), 2u);
+  const Rect low = BoundsOf(temps[0]);
+  EXPECT_NEAR(low.Right, at.ToPoint(22, 1000).X, 0.5);
+  EXPECT_NEAR(low.Bottom, at.ToPoint(22, 1000).Y, 0.5);
+  EXPECT_NEAR(low.Left, at.ToPoint(-9, 600).X, 0.5);
+  EXPECT_NEAR(low.Top, at.ToPoint(0, 600).Y, 0.5);
+  EXPECT_EQ(Areas(plot.Page, "usual dew point").size(), 1u);
+  const auto medians = Lines(plot.Page, "usual temperature median");
+  ASSERT_EQ(medians.size(), 2u);
+  // Three corners between two levels, by equal steps of temperature and of the logarithm.
+  ASSERT_EQ(medians[0].size(), 9u);
+  const Point half = at.ToPoint(9, std::sqrt(1000.0 * 700));
+  EXPECT_NEAR(medians[0][2].X, half.X, 0.5);
+  EXPECT_NEAR(medians[0][2].Y, half.Y, 0.5);
+  EXPECT_NEAR(medians[1].back().Y, at.ToPoint(0, 300).Y, 0.5);
+}
+
+// The scale ends at the next 50 kt above the band and the sounding's own speed.
+TEST(UsualBands, WindsStandOnAScaleOfTheirOwn) {
+  const auto drawn = [](double high, double own) {
+    Spread spread;
+    spread.Diagram = OnEmagram(
+        Profile({{1000, 20, 10}, {850, 12, 5}, {500, -12, -30}, {250, -48, -60}, {100, -60, -80}},
+                {{100, 180, 10}, {5000, 270, own}, {5500, 999.9, 999.9}, {30000, 270, 300}}));
+    spread.Diagram.Set.UsualWinds = true;
+    spread.What.Levels = {{900, {}, {}, UsualBand{0, 25, high}},
+                          {700, {}, {}, UsualBand{0, 25, high}},
+                          {200, {}, {}, {}},
+                          {90, {}, {}, UsualBand{0, 200, 400}}};
+    return spread();
+  };
+  EXPECT_EQ(Texts(drawn(40, 30).Page, "wind scale"), LabelTexts{"0-50 kts"});
+  EXPECT_EQ(Texts(drawn(50, 50).Page, "wind scale"), LabelTexts{"0-50 kts"});
+  EXPECT_EQ(Texts(drawn(51, 50).Page, "wind scale"), LabelTexts{"0-100 kts"});
+  EXPECT_EQ(Texts(drawn(40, 101).Page, "wind scale"), LabelTexts{"0-150 kts"});
+  const SoundingPlot plot = drawn(50, 50);
+  const auto band = Areas(plot.Page, "usual wind");
+  ASSERT_EQ(band.size(), 1u);
+  const Rect column = BoundsOf(band[0]);
+  EXPECT_NEAR(column.Bottom, plot.Mapping.ToPoint(0, 900).Y, 0.5);
+  EXPECT_NEAR(column.Top, plot.Mapping.ToPoint(0, 700).Y, 0.5);
+  const auto median = Lines(plot.Page, "usual wind median");
+  ASSERT_EQ(median.size(), 1u);
+  EXPECT_NEAR(median[0].front().X, (column.Left + column.Right) / 2, 0.5);
+  const auto own = Lines(plot.Page, "wind speed");
+  ASSERT_EQ(own.size(), 1u);
+  EXPECT_NEAR(own[0].front().X, column.Left + column.Width() * 10 / 50, 0.5);
+  EXPECT_NEAR(own[0].back().X, column.Right, 0.5);
+  EXPECT_TRUE(Areas(plot.Page, "usual temperature").empty());
+}
+
+const LayoutRow* LayoutWithAdvection() {
+  for (const LayoutRow& row : PageLayouts()) {
+    for (const RegionRow& region : row.Regions) {
+      if (region.Name == kAdvectionRegion) return &row;
+    }
+  }
+  return nullptr;
+}
+
+SoundingPlot WithAdvection(std::vector<AdvectionBar> bars) {
+  Drawn drawn = OnEmagram();
+  drawn.Results = analysis::Analyse(drawn.Sounding, drawn.Set);
+  return *PlotSounding({.Sounding = drawn.Sounding,
+                        .Results = drawn.Results,
+                        .Set = drawn.Set,
+                        .On = WindowSurface(1920, 1080),
+                        .Advection = std::move(bars),
+                        .Layout = LayoutWithAdvection()});
+}
+
+// What the pointer reads on the bars.
+std::vector<std::string> SpotsOf(const SoundingPlot& plot) {
+  std::vector<std::string> texts;
+  for (const HotSpot& spot : plot.Page.HotSpots()) {
+    if (spot.Tag == "advection") texts.push_back(spot.Text);
+  }
+  return texts;
+}
+
+// To the right where it warms, on a whole number of degrees an hour that holds every bar.
+TEST(AdvectionStrip, BarsReachAsFarAsTheirLayersAndAmounts) {
+  const SoundingPlot plot = WithAdvection({{1000, 850, 1.2}, {850, 700, -2.5}, {700, 695, 0.4}});
+  const auto bars = Areas(plot.Page, "advection");
+  ASSERT_EQ(bars.size(), 3u);
+  const auto edges = Lines(plot.Page, "advection edge");
+  ASSERT_EQ(edges.size(), 2u);
+  const double left = edges[0].front().X, right = edges[1].front().X, half = (right - left) / 2;
+  const auto y = [&](double press) { return plot.Mapping.ToPoint(0, press).Y; };
+  const struct {
+    double Cph, Base, Top;
+  } expected[] = {{1.2, 1000, 850}, {-2.5, 850, 700}, {0.4, 700, 695}};
+  for (std::size_t i = 0; i < 3; ++i) {
+    SCOPED_TRACE(i);
+    const Rect bar = BoundsOf(bars[i]);
+    const double end = left + half + half * expected[i].Cph / 3;
+    EXPECT_NEAR(expected[i].Cph > 0 ? bar.Right : bar.Left, end, 0.5);
+    EXPECT_NEAR(bar.Bottom, y(expected[i].Base), 0.5);
+    EXPECT_NEAR(bar.Top, y(expected[i].Top), 0.5);
+  }
+  EXPECT_EQ(Texts(plot.Page, "advection value"), (LabelTexts{"+1.2", "-2.5"}));  // one is too thin
+  EXPECT_EQ(Texts(plot.Page, "advection scale"), (LabelTexts{"-3", "+3"}));
+  EXPECT_EQ(SpotsOf(plot).front().find("Warm advection +1.2"), 0u);
+  EXPECT_NE(SpotsOf(plot).front().find("1000 to 850"), std::string::npos);
+  EXPECT_EQ(SpotsOf(plot)[1].find("Cold advection -2.5"), 0u);
+}
+
+TEST(AdvectionStrip, LayersThatTheDiagramCuts) {
+  const SoundingPlot plot = WithAdvection(
+      {{1200, 1060, 9}, {1100, 900, 0.2}, {200, 60, -0.3}, {99, 60, 9}, {400, 400, 1}});
+  const auto bars = Areas(plot.Page, "advection");
+  ASSERT_EQ(bars.size(), 2u);
+  EXPECT_NEAR(BoundsOf(bars[0]).Bottom, plot.Mapping.Frame().Bottom, 0.5);
+  EXPECT_NEAR(BoundsOf(bars[1]).Top, plot.Mapping.Frame().Top, 0.5);
+  EXPECT_TRUE(SpotsOf(WithAdvection({})).empty());
+  EXPECT_EQ(Texts(WithAdvection({{900, 800, 0.4}}).Page, "advection scale"),
+            (LabelTexts{"-1", "+1"}));
+}
+
+// The mark with the largest priority goes when they do not fit.
+TEST(MarkColumn, LeavesOutWhatHasNoRoom) {
+  for (const double room : {200.0, 199.0}) {
+    MarkColumn column;
+    column.Add({150, "kept", "", {}, 0});
+    column.Add({160, "least", "", {}, 2});
+    column.Add({170, "kept too", "", {}, 1});
+    const std::vector<Mark>& marks = column.Arrange(100, 100 + room, 100);
+    EXPECT_EQ(marks.size(), room == 200 ? 3u : 2u);
+    EXPECT_EQ(marks[0].PlacedY, room == 200 ? 100 : 110);  // two about their mean
+    EXPECT_EQ(marks.back().PlacedY, room == 200 ? 300 : 210);
+  }
+}
+
+TEST(CursorMarks, LockOnLevelsThatAreShown) {
+  const SoundingRecord sounding = Profile({{1060, 25, 10},
+                                           {850, 12, 999.9},
+                                           {850, 12, 5},
+                                           {500, -41, -30},
+                                           {110, -60, -80},
+                                           {90, -20, -30}});
+  const DiagramMapping at(DiagramType::Emagram, kPlot, -40, 40, 100);
+  const auto marks = [&](int level) {
+    CursorState cursor;
+    cursor.Level = level;
+    cursor.Text = "here";
+    return CursorMarks(Picture(9200, 8840, {}), at, sounding, cursor, {}, {});
+  };
+  const auto rings = [&](int level) {
+    std::size_t found = 0;
+    const Picture page = marks(level);
+    for (const Item* item : Tagged(page, "locked cursor")) {
+      found += std::holds_alternative<Circle>(item->Shape) ? 1 : 0;
+    }
+    return found;
+  };
+  for (const int hidden : {-1, 0, 1, 6, 7}) EXPECT_TRUE(marks(hidden).Items().empty()) << hidden;
+  EXPECT_EQ(rings(2), 1u);  // no dew point
+  EXPECT_EQ(rings(3), 2u);
+  EXPECT_EQ(rings(4), 1u);  // the temperature lies beside the frame
+  EXPECT_EQ(rings(5), 0u);
+  // Written over its isobar, under it where the frame ends.
+  const auto textY = [&](int level) {
+    const Picture page = marks(level);
+    return std::get<Label>(Tagged(page, "locked cursor text").front()->Shape).At.Y;
+  };
+  EXPECT_LT(textY(3), at.ToPoint(0, 850).Y);
+  EXPECT_GT(textY(5), at.ToPoint(0, 110).Y);
+  // Of two levels at one pressure the first; the last one counts as well.
+  EXPECT_EQ(NearestLevel(at, sounding, at.ToPoint(0, 840)), 2);
+  EXPECT_EQ(NearestLevel(at, sounding, at.ToPoint(0, 101)), 5);
+  EXPECT_EQ(NearestLevel(at, sounding, at.ToPoint(0, 95)), 6);
+}
+
+}  // namespace
+}  // namespace vexa::diagram
