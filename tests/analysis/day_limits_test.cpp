@@ -104,6 +104,8 @@ TEST(WinterLimits, SnowRatioTakesTheWarmestBelow500hPa) {
   EXPECT_DOUBLE_EQ(ratio(-12, -8, -30), 18);
   EXPECT_DOUBLE_EQ(ratio(-12, -12, -8), 18);
   EXPECT_DOUBLE_EQ(ratio(0, -12, -30), 8);  // two less for each above
+  EXPECT_DOUBLE_EQ(ratio(3, -12, -30), 2);
+  EXPECT_EQ(ratio(20, -12, -30), 0);
   EXPECT_DOUBLE_EQ(ratio(-12, -12, -2, 400),
                    12 + 10 * (1 - std::log(700 / 500.0) / std::log(700 / 400.0)));
   EXPECT_EQ(ratio(-8, -12, -30, 501), kNone);

@@ -163,29 +163,6 @@ TEST(IndexLimits, WindChillBeginsAt4MilesAnHour) {
   EXPECT_GT(chill(3.48), -10);  // the formula meets 14 °F a little above
 }
 
-TEST(IndexLimits, MicroburstContrastsTakeTheirLayers) {
-  // θe of saturated levels falls with T; 150 hPa above 1000 hPa ends at 850, between 650 and 500.
-  const auto mdpi = [](double press, double moist) {
-    SoundingRecord sounding = Profile({});
-    for (const auto& [at, temp] : {std::pair(1000.0, 20.0),
-                                   {900.0, 12.0},
-                                   {845.0, 8.0},
-                                   {800.0, 5.0},
-                                   {655.0, -5.0},
-                                   {600.0, -10.0},
-                                   {495.0, -20.0},
-                                   {400.0, -32.0}}) {
-      sounding.AddTemp(at, temp, at == press ? moist : temp - 12);
-    }
-    return NumberOf("MDPI", sounding);
-  };
-  const double usual = mdpi(0, 0);
-  EXPECT_GT(mdpi(900, 12), usual + 0.3);  // inside the lowest 150 hPa
-  EXPECT_NEAR(mdpi(800, 5), usual, 0.02);
-  EXPECT_LT(mdpi(600, -10), usual - 0.01);
-  EXPECT_NEAR(mdpi(400, -32), usual, 1e-9);
-}
-
 // A low inversion keeps the surface parcel; else the 850 hPa air decides how warm it gets.
 TEST(IndexLimits, GustsUnderALowInversion) {
   const auto heated = [](double surface, double inversionTop) {

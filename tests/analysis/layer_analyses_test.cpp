@@ -186,14 +186,6 @@ TEST(Refractivity, OfTheConvectiveSounding) {
   EXPECT_NEAR(trapped.Layers.Ducts[0].Gradient, -109.8, 0.5);
 }
 
-// The Kuchera method: 12 at -2 °C, one more for each degree colder, two less for each warmer.
-TEST(Winter, SnowRatioByTheWarmestAir) {
-  EXPECT_DOUBLE_EQ(SnowRatio(-2), 12);
-  EXPECT_DOUBLE_EQ(SnowRatio(-8), 18);
-  EXPECT_DOUBLE_EQ(SnowRatio(1), 6);
-  EXPECT_DOUBLE_EQ(SnowRatio(30), 0);
-}
-
 // Wet bulbs of 3 °C throughout 850-750 hPa hold 107.8 J/kg.
 TEST(Winter, AreasAndZonesOfAProfile) {
   const SoundingRecord sounding = Profile({{1000, -2, -2},
