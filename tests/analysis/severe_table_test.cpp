@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <string_view>
 
 #include "analysis/analysis.h"
@@ -129,6 +130,39 @@ TEST(SevereTable, IsKeptAndRestored) {
     ASSERT_FALSE(bad);
     EXPECT_NE(bad.Error().Detail.find(c.reason), std::string::npos) << bad.Error().Detail;
   }
+}
+
+// Steps may share a limit, but not go back; a range may be as wide as the one before it, but hold
+// something.
+TEST(SevereTable, LimitsGrowWorse) {
+  const auto check = [](std::string_view label, SevereLimits limits) {
+    const auto entries = SevereEntries();
+    const auto found = std::ranges::find(entries, label, &SevereEntry::Index);
+    return CheckLimits({static_cast<int>(found - entries.begin()) + 1, limits}).empty();
+  };
+  EXPECT_TRUE(check("KI", {{20, 20, 20}, {}}));
+  EXPECT_FALSE(check("KI", {{20, 19.9, 40}, {}}));
+  EXPECT_FALSE(check("KI", {{20, 30, 29.9}, {}}));
+  EXPECT_TRUE(check("LI", {{0, 0, 0}, {}}));
+  EXPECT_FALSE(check("LI", {{0, 0.1, -7}, {}}));
+  EXPECT_FALSE(check("LI", {{0, -4, -3.9}, {}}));
+  EXPECT_TRUE(check("WBZ Hgt", {{5000, 5000, 5000}, {9000, 9000, 5000}}));
+  EXPECT_FALSE(check("WBZ Hgt", {{5000, 5000, 5000}, {9000, 9000, 4999}}));
+  EXPECT_FALSE(check("WBZ Hgt", {{5000, 4999, 5000}, {9000, 9000, 9000}}));
+  EXPECT_FALSE(check("WBZ Hgt", {{5000, 5000, 5000}, {9000, 9001, 9000}}));
+  EXPECT_FALSE(check("KI", {{20, std::nan(""), 40}, {}}));
+  EXPECT_FALSE(check("KI", {{20, 30, 40}, {0, HUGE_VAL, 0}}));
+}
+
+TEST(SevereTable, HoldsFiveHundredRows) {
+  const test::TemporaryFolder folder;
+  const auto path = folder.Path() / "long.TBL";
+  SevereTable table{"long", std::vector<SevereRow>(500, DefaultSevereRow(2))};
+  ASSERT_FALSE(SaveFile(path, WriteSevereTable(table)));
+  EXPECT_TRUE(RestoreTable(path));
+  table.Rows.push_back(DefaultSevereRow(2));
+  ASSERT_FALSE(SaveFile(path, WriteSevereTable(table)));
+  EXPECT_FALSE(RestoreTable(path));
 }
 
 // By hand, by the numbers of the files of before: 2 is the first entry, 42 the last.
