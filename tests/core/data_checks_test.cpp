@@ -5,7 +5,11 @@
 #include <algorithm>
 #include <random>
 #include <set>
+#include <string>
+#include <utility>
+#include <vector>
 
+#include "core/markers.h"
 #include "support/soundings.h"
 
 namespace vexa {
@@ -141,6 +145,69 @@ TEST(DataQC, AsksAndLeavesAStatus) {
   EXPECT_EQ(current.StatusText, "OK");
   user.Expect("Data Error", Answer::Ok);
   EXPECT_EQ(DataQC(current), Status::QcError);
+}
+
+// What is let through for the check to find, and what nothing can have.
+TEST(KeepPossible, LimitsOfLevels) {
+  const double none = kMissing;
+  const test::TempRow temps[] = {{1100, 20, 10}, {0, 20, 10},       {0.01, -60, -90},
+                                 {500, 200, 10}, {500, -150, -200}, {500, 20, 200},
+                                 {500, 20, none}};
+  const test::TempRow wild[] = {{1100.1, 20, 10},    {0.009, 20, 10},  {500, 200.1, 10},
+                                {500, -150.1, -160}, {500, 20, 200.1}, {500, 20, -200.1}};
+  const test::WindRow winds[] = {
+      {80000, 0, 500}, {-80000, 360, -500}, {100, 999, 10}, {100, none, none}};
+  const test::WindRow gales[] = {{80001, 90, 10}, {-80001, 90, 10}, {100, -1, 10},
+                                 {100, 1000, 10}, {100, 90, 501},   {100, 90, -501}};
+  SoundingRecord record;
+  for (const auto& row : temps) record.AddTemp(row.Press, row.Temp, row.Dewpt);
+  for (const auto& row : winds) record.AddWind(row.Height, row.Dir, row.Spd);
+  record.Clouds.Add({"CU", 0, "", 1});
+  record.Clouds.Add({"CI", 1000, "", 1});
+  record.ExtraRecord1[0] = 1e6;
+  record.ExtraRecord2[0] = -1e6;
+  const SoundingRecord whole = record;
+  EXPECT_TRUE(KeepPossible(record).empty());
+  EXPECT_EQ(record, whole);
+
+  for (const auto& row : wild) record.AddTemp(row.Press, row.Temp, row.Dewpt);
+  for (const auto& row : gales) record.AddWind(row.Height, row.Dir, row.Spd);
+  record.Clouds.Add({"CI", -1, "", 1});
+  record.Clouds.Add({"CI", 1001, "", 1});
+  EXPECT_EQ(KeepPossible(record),
+            (std::vector<std::string>{
+                "Temperature levels with impossible values, left out: 6; the first: 1100.1 hPa, 20 "
+                "and 10 C.",
+                "Winds with impossible values, left out: 6; the first: 80001 m, 90 degrees, 10 "
+                "knots.",
+                "Cloud layers with impossible bases, left out: 2."}));
+  EXPECT_EQ(record, whole);
+}
+
+TEST(KeepPossible, LimitsOfElevationAndSupplements) {
+  for (const auto& [elevM, isPossible] :
+       {std::pair{-500, true}, {-501, false}, {9000, true}, {9001, false}}) {
+    SoundingRecord record = Profile({{1000, 20, 15}});
+    SetElevation(record, elevM);
+    EXPECT_EQ(KeepPossible(record).empty(), isPossible) << elevM;
+    EXPECT_EQ(record.ElevUnknown, !isPossible);
+  }
+  for (const bool isFirst : {true, false}) {
+    SoundingRecord record;
+    (isFirst ? record.ExtraRecord1[0] : record.ExtraRecord2[0]) = 1.01e6;
+    EXPECT_EQ(KeepPossible(record).size(), 1U);
+    EXPECT_EQ(record, SoundingRecord{});
+  }
+}
+
+TEST(DataQC, FindingsInWords) {
+  EXPECT_EQ(FindingText({}), "");
+  EXPECT_EQ(FindingText({7, 0}), "Elevation is greater than 6000 meters.");
+  EXPECT_EQ(FindingText({8, 1}), "Surface level is missing or garbled. Level 1.");
+  EXPECT_EQ(DoubtText({1, 2}),
+            "the data are doubtful: Pressures are vertically inconsistent. Level 2.");
+  EXPECT_EQ(QcText(9), "");
+  EXPECT_EQ(QcText(-1), "");
 }
 
 }  // namespace

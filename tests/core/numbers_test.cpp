@@ -154,5 +154,20 @@ TEST(Numbers, AreTheSameUnderACommaLocale) {
   std::setlocale(LC_ALL, before.c_str());
 }
 
+TEST(Numbers, InColumns) {
+  const struct {
+    int Width;
+    const char *Left, *Right;
+  } cases[] = {{-1, "12", "12"}, {2, "12", "12"}, {3, " 12", "12 "}};
+  for (const auto& c : cases) {
+    EXPECT_EQ(PadLeft("12", c.Width), c.Left) << c.Width;
+    EXPECT_EQ(PadRight("12", c.Width), c.Right) << c.Width;
+  }
+  EXPECT_EQ(Brief(1234567890.12345), "1234567890.12345");
+  EXPECT_EQ(Brief(12345678901.12345), "1.23457e+10");
+  EXPECT_EQ(Brief(1e300), "1e+300");
+  EXPECT_EQ(ToWhole(std::numeric_limits<double>::quiet_NaN()), 0);
+}
+
 }  // namespace
 }  // namespace vexa

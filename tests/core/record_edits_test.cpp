@@ -133,5 +133,60 @@ TEST(RecordEdits, CloudLayers) {
   EXPECT_EQ(record.Clouds(3), (CloudLayer{"CI", 300, "320", 2}));
 }
 
+// The widest values that an editor takes, and the next.
+TEST(RecordEdits, LimitsOfValues) {
+  const auto isTemp = [](TempLevel level) {
+    SoundingRecord record;
+    return static_cast<bool>(AddTempLevel(record, level));
+  };
+  for (const TempLevel& good : {TempLevel{0.01, 10, 5},
+                                {1100, 10, 5},
+                                {500, -150, -150},
+                                {500, 70, 70},
+                                {500, 10, -200},
+                                {500, 10, kMissing}}) {
+    EXPECT_TRUE(isTemp(good)) << good.Press << ' ' << good.Temp << ' ' << good.Dewpt;
+  }
+  for (const TempLevel& bad : {TempLevel{0.009, 10, 5},
+                               {1100.1, 10, 5},
+                               {500, -150.1, -150.1},
+                               {500, 70.1, 70},
+                               {500, 10, -200.1}}) {
+    EXPECT_FALSE(isTemp(bad)) << bad.Press << ' ' << bad.Temp << ' ' << bad.Dewpt;
+  }
+  const auto isWind = [](WindLevel level) {
+    SoundingRecord record;
+    return static_cast<bool>(AddWindLevel(record, level));
+  };
+  for (const WindLevel& good :
+       {WindLevel{0, 90, 0}, {80000, 90, 500}, {10, 0.5, 5}, {10, 360, 5}}) {
+    EXPECT_TRUE(isWind(good)) << good.Height << ' ' << good.Dir << ' ' << good.Spd;
+  }
+  for (const WindLevel& bad :
+       {WindLevel{-0.1, 90, 5}, {80001, 90, 5}, {10, 90, 501}, {10, 90, -0.1}, {10, 360.1, 5}}) {
+    EXPECT_FALSE(isWind(bad)) << bad.Height << ' ' << bad.Dir << ' ' << bad.Spd;
+  }
+  const auto isCloud = [](const CloudLayer& layer) {
+    SoundingRecord record;
+    return static_cast<bool>(AddCloudLayer(record, layer));
+  };
+  EXPECT_TRUE(isCloud({"ST", 0, " ", 0}) && isCloud({"CI", 1000, "1000", 0}));
+  EXPECT_FALSE(isCloud({"CI", 1001, "", 0}) || isCloud({"CI", -0.1, "", 0}));
+}
+
+TEST(RecordEdits, ALevelTakesNoOthersPlace) {
+  SoundingRecord record = Sample();
+  const auto added = AddWindLevel(record, {1500, 220, 20});
+  ASSERT_FALSE(added);
+  EXPECT_EQ(added.Error().Detail, "Wind level (new), height: 1500 is already that of level 2");
+  EXPECT_EQ(record, Sample());
+  SoundingRecord empty;
+  EXPECT_EQ(ChangeTempLevel(empty, 1, {850, 1, 1})->Detail, "Level 1: there is none");
+  // Between the neighbours of its own place any value will do.
+  EXPECT_FALSE(ChangeTempLevel(record, 1, {1050, 20, 15}));
+  EXPECT_FALSE(ChangeTempLevel(record, 3, {100, -60, kMissing}));
+  EXPECT_FALSE(ChangeWindLevel(record, 3, {70000, 250, 40}));
+}
+
 }  // namespace
 }  // namespace vexa

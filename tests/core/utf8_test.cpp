@@ -40,6 +40,7 @@ TEST(Utf8, WhatIsACharacterAndWhatIsNot) {
        "\xFC"
        "r",
        0},
+      {"a lead where another byte should follow", "\xC3\xC3", 0},
       {"cut", "\xF0\x9F\x98", 0},
   };
   for (const Case& c : cases) EXPECT_EQ(Utf8Length(c.Text), c.Length) << c.About;
