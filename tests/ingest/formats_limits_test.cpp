@@ -1,0 +1,275 @@
+// Small changes to the samples of each format, on either side of what it allows. The layouts are
+// those that the archives describe; what follows from a change was worked out by hand.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/markers.h"
+#include "core/numbers.h"
+#include "ingest/decoded.h"
+
+namespace vexa::ingest {
+namespace {
+
+// "title|elevation lat lon|P T Td;...|H D/S;...|notes", or the fault. Knots and metres are whole.
+std::string Summary(const Decoded& decoded) {
+  if (decoded.Failed) return decoded.Failed->Detail;
+  const SoundingRecord& record = decoded.Record;
+  std::string text = record.StationTitle + '|' +
+                     (record.ElevUnknown ? std::string("?") : Shortest(record.ElevM)) + ' ' +
+                     Mask(record.LatSigned, "0.##") + ' ' + Mask(record.LonSigned, "0.##") + '|';
+  for (int i = 1; i <= record.NumTempLevels(); ++i) {
+    text += Mask(record.Press(i), "0.##") + ' ' + Mask(record.Temp(i), "0.#") + ' ' +
+            (IsMissing(record.Dewpt(i)) ? "-" : Mask(record.Dewpt(i), "0.#")) + ';';
+  }
+  text += '|';
+  for (int i = 1; i <= record.NumWindLevels(); ++i) {
+    text += Mask(record.WindHgt(i), "0") + ' ' + Mask(record.WindDir(i), "0") + '/' +
+            Mask(record.WindSpd(i), "0") + ';';
+  }
+  for (const std::string& note : decoded.Notes) text += '|' + note;
+  return text;
+}
+
+struct Change {
+  const char *About, *File, *From, *To;
+  const char* Says;  // within the summary; with '!' ahead: nowhere in it
+  int Index = 0;
+};
+
+void ExpectChanges(const std::vector<Change>& changes) {
+  for (const Change& change : changes) {
+    SCOPED_TRACE(change.About);
+    std::string text = FileText(change.File);
+    const std::size_t at = text.find(change.From);
+    ASSERT_NE(at, text.npos) << change.From;
+    text.replace(at, std::string_view(change.From).size(), change.To);
+    const std::string summary = Summary(DecodeText("x", text, change.Index));
+    const bool isWanted = change.Says[0] != '!';
+    EXPECT_EQ(summary.find(change.Says + (isWanted ? 0 : 1)) != summary.npos, isWanted)
+        << change.Says << "\n in " << summary;
+  }
+}
+
+TEST(FormatsLimits, Igra) {
+  const char* const file = "igra_station.txt";
+  ExpectChanges({
+      {"the earliest year", file, "1999 12 31", "1900 12 31", "85999  11Z 31 Dec 1900|"},
+      {"before it", file, "1999 12 31", "1899 12 31", "x: in none of the known formats"},
+      {"the last year", file, "1999 12 31", "2100 12 31", "85999  11Z 31 Dec 2100|"},
+      {"behind it", file, "1999 12 31", "2101 12 31", "x: in none of the known formats"},
+      {"the nominal hour", file, "31 99 1104", "31 00 1104", "85999  00Z 31 Dec 1999|"},
+      {"neither hour", file, "31 99 1104", "31 99 9999", "85999|520"},
+      {"no such day", file, "1999 12 31", "1999 02 30", "85999|520"},
+      {"a station of another network", file, "#CIM00085999", "#CIX00085999",
+       "CIX00085999  11Z 31 Dec 1999|"},
+      {"a place without a number", file, "#CIM00085999", "#CIM000ABCDE", "CIM000ABCDE  11Z"},
+      {"no position", file, "-334500", "       ", "|520 0 0|"},
+      {"a level fewer", file, "1104    5", "1104    4", "!700 -1.2"},
+      {"a level more", file, "1104    5", "1104    6", "announces 6 levels, 5 are there"},
+      {"derived values", file, "ncdc-gts ncdc-gts", "                 ",
+       "x: holds the archive's derived parameters, not its soundings"},
+      {"the tenths of a pressure", file, " 92500 ", " 92510 ", ";925.1 21.5 12.2;"},
+      {"a pressure in its first column", file, " 96500 ", "109650 ", "|1096.5 24.8"},
+      {"a humidity in tenths of a per cent", file, "555 -9999 -9999 -9999", "999 -9999 -9999 -9999",
+       ";925 21.5 21.5;"},
+      {"a speed in tenths of a metre per second", file, "   31 ", "  310 ", "|520 180/60;"},
+      {"blank lines ahead", file, "#CIM00085999 1999", "\n\n#CIM00085999 1999",
+       "85999  11Z 31 Dec 1999|"},
+      {"as the second", file, "", "", "85999  00Z 01 Jan 2000|520 -33.45 -70.5|", 1},
+  });
+  // A last row that lost its end.
+  std::string text = FileText(file);
+  while (text.back() == '\n' || text.back() == ' ') text.pop_back();
+  EXPECT_EQ(DecodeText("x", text, 1).Record.NumTempLevels(), 2);
+  text.pop_back();
+  EXPECT_TRUE(DecodeText("x", text, 1).HasNote("announces 9 levels, 1 are there"));
+}
+
+TEST(FormatsLimits, Td6201AndCards) {
+  const char* const file = "td6201_two.txt";
+  ExpectChanges({
+      {"59 minutes", file, "3515N09730W1965", "3559N09759W1965", "|520 35.98 -97.98|"},
+      {"60 minutes", file, "3515N09730W1965", "3560N09730W1965", "x:"},
+      {"60 of the longitude", file, "3515N09730W1965", "3515N09760W1965", "x:"},
+      {"south and east", file, "3515N09730W1965", "3515S09730E1965", "|520 -35.25 97.5|"},
+      {"another letter", file, "3515N09730W1965", "3515X09730W1965", "x:"},
+      {"a letter among the figures", file, "3515N09730W1965", "35 5N09730W1965", "x:"},
+      {"hour 23", file, "1965060312", "1965060323", "12345  23Z 03 Jun 1965|"},
+      {"hour 24", file, "1965060312", "1965060324", "x:"},
+      {"number 0", file, "00012345", "00000000", "0  12Z 03 Jun 1965|"},
+      {"a number with blanks about it", file, "00012345", "   12345", "12345  12Z"},
+      {"a blank inside", file, "00012345", "000 2345", "x:"},
+      {"fewer levels", file, "1965060312004", "1965060312003", "!|520 180/12;2"},
+      {"blank count", file, "1965060312004", "1965060312   ", "x:"},
+      {"minus 0.2 C", file, "0248050180", "-002050180", "|965 -0.2 -9.4"},
+      {"a height of 9999 m", file, "005000-999999", "  9999-999999", ";9999 220/39;"},
+      {"none", file, "005000-999999", "999999-999999", "!5000 220/39;"},
+      {"a humidity of 99", file, "0248050180", "0248099180", "|965 24.8 24.6"},
+      {"none", file, "0248050180", "0248999180", "|965 24.8 -;"},
+      {"a direction of 359", file, "050180006", "050359006", "|520 359/12;"},
+      {"a direction is missing", file, "050180006", "050999006", "!;|520 "},
+  });
+  const std::string cards =
+      "# 723570TEST PLC  35.25   -97.50   3571985060112" + std::string(60, '0');
+  const auto read = [](std::string head) { return Summary(DecodeText("c", head + "\n1 2 3\n")); };
+  const auto with = [&cards](std::size_t at, std::string_view text) {
+    return std::string(cards).replace(at, text.size(), text);
+  };
+  EXPECT_EQ(cards.size(), 108U);
+  EXPECT_NE(read(with(46, "99")).find("00Z 01 Jun 1985"), std::string::npos);
+  EXPECT_NE(read(with(46, "23")).find("23Z 01 Jun 1985"), std::string::npos);
+  EXPECT_NE(read(with(105, "  5")).find("CARDS"), std::string::npos);
+  for (const std::string& other :
+       {with(46, "24"), with(0, "*"), with(105, "-01"), with(105, " x "), cards.substr(0, 107)}) {
+    EXPECT_EQ(read(other).find("CARDS"), std::string::npos) << other;
+  }
+}
+
+TEST(FormatsLimits, SpcText) {
+  const char* const file = "spc_text.spc";
+  const char* const title = " TST   490531/2330 -12.50, 130.75";
+  ExpectChanges({
+      {"four letters", file, title, " ABCD 490531/2330", "ABCD  2330Z 31 May 2049|410 0 0|"},
+      {"five figures", file, title, " 72357 490531/2330", "72357  2330Z 31 May 2049|"},
+      {"four figures are letters", file, title, " 7235 490531/2330", "7235  2330Z 31 May 2049|"},
+      {"a negative number", file, title, " -1235 490531/2330", "-1235  2330Z 31 May 2049|"},
+      {"words", file, title, " A PLACE 490531/2330", "A PLACE  2330Z 31 May 2049|"},
+      {"no time", file, title, " A PLACE", "A PLACE|410"},
+      {"a position without a comma", file, title, "TST 490531/2330 12.5 130", "|410 0 0|"},
+      {"blank lines ahead", file, title, "\n\n TST 490531/2330 -12.50,130.75",
+       "|410 -12.5 130.75|"},
+      {"no title", file, "%TITLE%", "", "x|410 0 0|"},
+      {"no data", file, "%RAW%", "", "x, line 16: the data end before %RAW%"},
+      {"a row of five", file, "  30.00,     22.00,    170.00,     12.00", "  30.00, 22.00, 170.00",
+       "x, line 7: a row needs six values"},
+      {"no end", file, "%END%", "", "x, line 15: a row needs six values"},
+      {"a blank row", file, "%RAW%", "%RAW%\n", "|960 30 22;850 20 20;700 10 -;|"},
+  });
+  std::string text = FileText(file);
+  text.resize(text.find("%END%"));
+  EXPECT_NE(Summary(DecodeText("x", text)).find("|%END% is missing."), std::string::npos);
+  text.pop_back();
+  EXPECT_NE(Summary(DecodeText("x", text))
+                .find("|The last row is cut off and was left out; %END% is missing."),
+            std::string::npos);
+}
+
+TEST(FormatsLimits, Fsl) {
+  const char* const file = "fsl_two.fsl";
+  const char* const first = "    254     12      3      FEB    1998";
+  const char* const place = "12.50N101.25W   118";
+  ExpectChanges({
+      {"hour 0", file, first, "    254      0      3      FEB    1998", "00Z 03 Feb 1998|"},
+      {"hour 24", file, first, "    254     24      3      FEB    1998", "72999 - TST  12Z 04"},
+      {"a year of two figures", file, first, "    254     12      3      FEB      98",
+       "72999 - TST  12Z 04"},
+      {"another type", file, first, "    255     12      3      FEB    1998",
+       "72999 - TST  12Z 04"},
+      {"a model", file, first, "GFS          12     3      FEB    1998", "72999 - TST  12Z 03"},
+      {"a sixth word", file, first, "    254     12      3      FEB    1998 x",
+       "72999 - TST  12Z 04"},
+      {"south and east", file, place, "12.50S101.25E   118", "|118 -12.5 101.25|"},
+      {"without letters west is positive", file, place, " 12.50 101.25    118",
+       "|118 12.5 -101.25|"},
+      {"a negative longitude is east", file, place, " 12.50-101.25   118", "|118 12.5 101.25|"},
+      {"no number", file, "  72999  12.50N", "  99999  12.50N", "TST  12Z 03 Feb 1998|"},
+      {"the elevation of the ground's row", file, "   118   1133", "   200   1133", "|118 12.5"},
+      {"without one that of the heading", file, "      9   9876    118", "      9   9876  99999",
+       "|118 12.5"},
+      {"missing in the old way", file, "    254    201     90", "    254  32767     90",
+       "|987.6 25.4 -;"},
+      {"winds below the ground", file, "      6  99999    305", "      6  99999    117",
+       "!117 100"},
+      {"at the ground", file, "      6  99999    305", "      6  99999    118", "|118 90/8;"},
+      {"letters of the station", file, "           TST  ", "           1ST  ", "72999  12Z"},
+      {"letters behind it", file, "           TST  ", "           ZST  ", "72999 - ZST  12Z"},
+      {"type 3 of its own", file, "      5   9250", "      3   9250", "x, line 10: the unit"},
+  });
+  // In whole hPa no pressure exceeds 1100.
+  const auto press = [](std::string_view most) {
+    std::string text = FileText("fsl_model.txt");
+    text.replace(text.find("  10050"), 7, "   " + std::string(most));
+    text.replace(text.find("   9000"), 7, "    900");
+    return DecodeText("x", text).Record.Press;
+  };
+  EXPECT_EQ(press("1100"), Levels<double>({1100, 900}));
+  EXPECT_EQ(press("1101"), Levels<double>({110.1, 90}));
+  std::string text = FileText(file);
+  text.pop_back();
+  EXPECT_FALSE(DecodeText("x", text, 1).HasNote("cut off"));
+  text.pop_back();
+  EXPECT_TRUE(DecodeText("x", text, 1).HasNote("The last row is cut off and was left out."));
+}
+
+TEST(FormatsLimits, Dropsondes) {
+  const char* const raw = "dropsonde_raw.txt";
+  const char* const report = "dropsonde_report.frd";
+  ExpectChanges({
+      {"10 s after the release", raw, "S00 200000001 210704 100130.25",
+       "S00 200000001 210704 100110.25", "700 8 -1.8;"},
+      {"sooner", raw, "S00 200000001 210704 100130.25", "S00 200000001 210704 100110.24",
+       "!700 8 -1.8;"},
+      {"24 hours", raw, "210704 100130.25", "210704 240000.00", "700 8 -1.8;"},
+      {"more", raw, "210704 100130.25", "210704 240000.01",
+       "x, line 4: \"240000.01\" is not a time"},
+      {"before midnight", raw, "210704 100130.25", "210704 -00001.00", "is not a time"},
+      {"nineteen values", raw, "  0.50  3150.00", "  3150.00",
+       "x, line 4: a row needs twenty values"},
+      {"of another status", raw, "S00 200000001 210704 100130.25", "P00 200000001 210704 100130.25",
+       "!700 8 -1.8;"},
+      {"bad sensors", raw, "S00 200000001 210704 100130.25", "S10 200000001 210704 100130.25",
+       "!700 8 -1.8;"},
+      {"whose wind stays", raw, "S00 200000001 210704 100130.25", "S10 200000001 210704 100130.25",
+       "90/19;"},
+      {"bad winds", raw, "S00 200000001 210704 100130.25", "S01 200000001 210704 100130.25",
+       "!90/19;"},
+      {"its attributes", raw, "AVAPS-T02 STA", "*** Sounding Attributes File ***",
+       "x: describes a sounding; its levels are in the file named D..."},
+      {"no position", raw, "-60.100000 deg,  14.200000 deg, 3700.0 m", "-60.100000 deg",
+       "|15 0 0|"},
+
+      {"yymmdd of this century", report, "190815", "490815", "1635Z 15 Aug 2049|"},
+      {"of the last", report, "190815", "500815", "1635Z 15 Aug 1950|"},
+      {"yyyymmdd", report, "190815", "20190815", "1635Z 15 Aug 2019|"},
+      {"with slashes", report, "190815", "2019/08/15", "1635Z 15 Aug 2019|"},
+      {"no date", report, "190815", "none", "Dropsonde 19X1|"},
+      {"no such day", report, "190815", "190835", "Dropsonde 19X1|"},
+      {"hhmm", report, "163502", "1635", "1635Z 15 Aug 2019|"},
+      {"hmm", report, "163502", "935", "0935Z 15 Aug 2019|"},
+      {"with colons", report, "163502", "16:35:02", "1635Z 15 Aug 2019|"},
+      {"no time", report, "163502", "-", "00Z 15 Aug 2019|"},
+      {"no such hour", report, "163502", "243502", "00Z 15 Aug 2019|"},
+      {"midnight and five seconds", report, "163502", "000005", "00Z 15 Aug 2019|"},
+      {"no mission", report, "Mission: 19X1 ", "", "Dropsonde  1635Z"},
+      {"counted otherwise", report, "  IX   t (s)", "  Index t (s)", "Dropsonde 19X1  1635Z"},
+  });
+}
+
+TEST(FormatsLimits, TablesOfNames) {
+  const char* const csv = "wyoming_csv.csv";
+  ExpectChanges({
+      {"a position that is not known", csv, "25.5000,-30.2500", "-99.99,-99.99", "|12 0 0|"},
+      {"a longitude like it", csv, "25.5000,-30.2500", "-99.99,-30.25", "|12 -30.25 -99.99|"},
+      {"a latitude like it", csv, "25.5000,-30.2500", "25.5,-99.99", "|12 0 0|"},
+      {"lines ahead", csv, "time,", "a note\n\ntime,", "x  1102Z 08 Aug 2008|12"},
+      {"no time", csv, "2008-08-08 11:02:00", "-", "x|12 -30.25 25.5|"},
+  });
+  const std::string text = FileText(csv);
+  for (const auto& [name, title] : {std::pair{"72357_1999.txt", "72357  1102Z"},
+                                    {"723575_1999.txt", "723575_1999  1102Z"},
+                                    {"00000_1999.txt", "00000_1999  1102Z"},
+                                    {"csv_OUN.x.csv", "csv_OUN.x  1102Z"},
+                                    {"plain", "plain  1102Z"}}) {
+    EXPECT_TRUE(DecodeText(name, text).Record.StationTitle.starts_with(title)) << name;
+  }
+  for (const auto& [lines, isOne] : {std::pair{19, true}, {20, false}}) {
+    const std::string below = std::string(static_cast<std::size_t>(lines), '\n') + text;
+    EXPECT_EQ(DecodeText("x", below).Record.DataFormat == "WYOMING", isOne) << lines;
+  }
+}
+
+}  // namespace
+}  // namespace vexa::ingest
