@@ -151,6 +151,11 @@ TEST(CloudLimits, OnTheGroundTheCloudsOwnLapseCounts) {
   const auto fog = FindClouds(test::Profile({}), results, {});
   ASSERT_EQ(fog.size(), 1u);
   EXPECT_EQ(fog[0].Type, CloudType::SC);
+  // 6500 ft, 1981.2 m, deep.
+  results.Levels = Air({{0, 1000, 10, 10}, {1981.2, 790, 4, 4}, {1981.3, 789, 4, 999.9}});
+  const auto deep = FindClouds(test::Profile({}), results, {});
+  ASSERT_EQ(deep.size(), 1u);
+  EXPECT_EQ(deep[0].Type, CloudType::NS);
 }
 
 // Warner's pieces where one ends: 1 - 11 h, 0.6915 - 1.4 h, 0.505 - 0.356 h, 0.2912 - 0.0608 h.
@@ -265,6 +270,19 @@ TEST(LightningLimits, ByTemperatureAndAmount) {
   }
 }
 
+// A deck counts as long as one of its ends is not colder than -20 °C.
+TEST(LightningLimits, DecksWithOneColdEnd) {
+  const auto found = [](double base, double top) {
+    const LevelProfile levels = Air({{0, 1000, base, base}, {2000, 800, top, top}});
+    const CloudDeck deck{{1000, 0, base}, {800, 2000, top}, CloudAmount::Overcast, CloudType::CB};
+    return !FindLightning(levels, {deck}).empty();
+  };
+  EXPECT_TRUE(found(-10, -30));
+  EXPECT_TRUE(found(-30, -10));
+  EXPECT_TRUE(found(-20, -30));
+  EXPECT_FALSE(found(-21, -30));
+}
+
 // 2 °C in 1000 ft are 6.56 °C/km.
 TEST(IcingLimits, ByTemperatureDepressionAndLapse) {
   constexpr double kStable = 6.5, kSteep = 6.6;
@@ -365,7 +383,9 @@ TEST(WinterLimits, PrecipitationByTheAreas) {
       {0, 0, 100, "SNOW"},
       {0, 111.9, 100, "FREEZING RAIN"},
       {0, 112.1, 100, "FREEZING RAIN/ICE PELLETS"},
+      {0, 112, 100, "FREEZING RAIN/ICE PELLETS"},
       {0, 131.9, 100, "FREEZING RAIN/ICE PELLETS"},
+      {0, 132, 100, "FREEZING RAIN/ICE PELLETS"},
       {0, 132.1, 100, "ICE PELLETS"},
       {1, 131.9, 100, "RAIN"},
       {5.59, 132.1, 100, "ICE PELLETS"},

@@ -100,6 +100,7 @@ TEST(CompositeLimits, SignificantTornado) {
       {"LCL at 1900 m", {.Cape = 1500, .Lcl = 1900, .Helicity = 150}, 0.1},
       {"LCL at 2100 m", {.Cape = 1500, .Lcl = 2100, .Helicity = 150}, 0},
       {"shear of 12.4 m/s", {.Cape = 1500, .Helicity = 150, .Shear = 12.4}, 0},
+      {"of 12.5 m/s", {.Cape = 1500, .Helicity = 150, .Shear = 12.5}, 0.625},
       {"of 12.6 m/s", {.Cape = 1500, .Helicity = 150, .Shear = 12.6}, 0.63},
       {"of 29 m/s", {.Cape = 1500, .Helicity = 150, .Shear = 29}, 1.45},
       {"of 31 m/s", {.Cape = 1500, .Helicity = 150, .Shear = 31}, 1.5},
@@ -119,6 +120,7 @@ TEST(CompositeLimits, SignificantTornado) {
 TEST(CompositeLimits, SupercellOfTheEffectiveLayer) {
   Expect("SCP eff", {{"2", {}, 2},
                      {"shear of 9.9 m/s", {.Shear = 9.9}, 0},
+                     {"of 10 m/s", {.Shear = 10}, 1},
                      {"of 10.1 m/s", {.Shear = 10.1}, 1.01},
                      {"of 19 m/s", {.Shear = 19}, 1.9},
                      {"of 22 m/s", {.Shear = 22}, 2},
@@ -264,6 +266,39 @@ TEST(ContrastLimits, OfMicrobursts) {
   for (const double other : {840, 670, 660, 655, 490, 100}) {
     EXPECT_NEAR(value(other, other > 800 ? 350 : 290), 0, 1e-9) << other;
   }
+}
+
+// Between levels their values are those of the ends, linear in the logarithm of pressure: 850 hPa
+// between 860 and 840, 650 between 655 and 600, and a sounding may end in between.
+TEST(ContrastLimits, LayersEndBetweenLevels) {
+  const auto value = [](std::string_view label,
+                        const std::vector<std::pair<double, double>>& given) {
+    std::vector<AirRow> rows;
+    std::vector<double> thetas;
+    for (const auto& [press, thetaE] : given) {
+      rows.push_back({15000 - 15 * press, press, -20, -25});
+      thetas.push_back(thetaE);
+    }
+    AnalysisResults results;
+    results.Levels = Air(rows);
+    results.Levels.ThetaE = Levels<double>(std::move(thetas));
+    return ValueOf(label, results);
+  };
+  const auto between = [](double low, double high, double press) {
+    return std::log(low / press) / std::log(low / high);
+  };
+  EXPECT_NEAR(value("MDPI", {{1000, 320}, {860, 320}, {840, 350}, {655, 320}, {490, 320}}),
+              30 * between(860, 840, 850) / 30, 1e-6);
+  EXPECT_NEAR(value("MDPI", {{1000, 320}, {655, 290}, {600, 320}, {490, 320}}),
+              30 * (1 - between(655, 600, 650)) / 30, 1e-6);
+  EXPECT_NEAR(value("MDPI", {{1000, 320}, {600, 320}, {510, 320}, {490, 290}}),
+              30 * between(510, 490, 500) / 30, 1e-6);
+  EXPECT_NEAR(value("MDPI", {{1000, 320}, {660, 320}, {600, 290}}), 1, 1e-9);
+  // To hundredths of a degree, as whatever is read at a pressure.
+  EXPECT_NEAR(value("Delta ePT", {{1000, 320}, {860, 320}, {840, 350}, {600, 320}, {490, 320}}),
+              30 * between(860, 840, 850) / 30, 4e-4);
+  EXPECT_NEAR(value("Delta ePT", {{1000, 320}, {670, 320}, {655, 290}, {654, 320}, {490, 320}}), 1,
+              4e-4);
 }
 
 // The dew point of a level between that has none is passed over: depressions of 2 and 20 °C.

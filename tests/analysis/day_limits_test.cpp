@@ -45,6 +45,11 @@ TEST(WinterLimits, EnergiesBetweenChangesOfSign) {
        energy(1, 1000, 880) / 2,
        0,
        0},
+      {"barely warm ground",
+       {{0, 1000, 0.5, 0.5}, {1000, 880, -3.5, -3.5}, {5600, 500, -30, -30}},
+       energy(0.25, 1000, 880) / 8,
+       0,
+       0},
       {"0 C at the ground",
        {{0, 1000, 0, 0}, {1000, 880, 2, 2}, {2000, 780, -2, -2}, {5600, 500, -30, -30}},
        energy(1, 1000, 880) + energy(1, 880, 780) / 2,
@@ -243,6 +248,19 @@ TEST(SoaringLimits, ConvectiveVelocityAndItsWords) {
   EXPECT_NEAR(SoaredTo(1524, 12, 2).Lift, std::cbrt(9.80665 / 292.66 * 1524 * 0.2), 1e-4);
   EXPECT_EQ(SoaredTo(1251, 12, 2).Words, "fair");
   EXPECT_EQ(SoaredTo(1253, 12, 2).Words, "good");
+}
+
+// Without lift where the ground is no warmer than the air; a sounding that ends below 850 hPa has
+// no air to bring down.
+TEST(SoaringLimits, StableGroundAndShortSoundings) {
+  Options options;
+  options.SoarTm = 20;
+  options.LiftEq = 2;
+  const SoaringResults stable = AnalyseSoaring(ThermalsTo(1500, 12), options);
+  EXPECT_EQ(stable.ThermalTop.Height, 0);
+  EXPECT_EQ(stable.Lift, 0);
+  AnalysisResults low = Through({{0, 1000, -5, -9}, {800, 900, -9, -12}});
+  EXPECT_EQ(AnalyseSoaring(low, Options{}).MaxTemp, -5);
 }
 
 // A thermal index at each level, under a day of 27 °C.

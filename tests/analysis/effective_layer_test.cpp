@@ -157,6 +157,20 @@ TEST(EffectiveLayer, SouthernHemisphereMirrors) {
   }
 }
 
+// Winds that end below half the way to the EL give no shear of it.
+TEST(InflowWinds, NeedWindsHalfWayToTheEl) {
+  SoundingRecord sounding = test::ReferenceConvective();
+  sounding.WindHgt.Clear();
+  sounding.WindDir.Clear();
+  sounding.WindSpd.Clear();
+  for (const double height : {357.0, 1500.0, 4000.0}) sounding.AddWind(height, 200, 20);
+  const AnalysisResults results = Analyse(sounding, {});
+  EXPECT_TRUE(results.Effective.Exists());
+  EXPECT_FALSE(results.Inflow.EffectiveShear);
+  EXPECT_FALSE(results.Inflow.CloudMean);
+  EXPECT_TRUE(results.Inflow.LowMean);
+}
+
 // By hand: a quarter circle of 10 m/s about a storm in its middle is all streamwise; a straight
 // hodograph through the storm's own motion is all crosswise.
 TEST(InflowWinds, StreamwiseShare) {

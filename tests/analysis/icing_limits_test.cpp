@@ -159,6 +159,15 @@ TEST(FreezingRain, FallsFromTheHighestWarmMoistLayer) {
   for (const auto& c : cases) EXPECT_EQ(layersOf(c.Air), c.Layers) << c.About;
 }
 
+// Two levels are a layer, one is none.
+TEST(IcingLayers, NeedTwoLevels) {
+  const std::vector<AirRow> rows = {{0, 1000, 5, 5}, {1000, 880, 0, 0}};
+  EXPECT_FALSE(FindCarburettorIcing(Air(rows)).empty());
+  EXPECT_TRUE(FindCarburettorIcing(Air({rows[0]})).empty());
+  EXPECT_TRUE(RuleIcing(Air({{0, 1000, -4, -4}}), {}).empty());
+  EXPECT_FALSE(RuleIcing(Air({{0, 1000, -4, -4}, {1000, 880, -9, -9}}), {}).empty());
+}
+
 // One step more in a cumulonimbus, at its base and top as well, and there alone.
 TEST(RuledIcing, InACumulonimbus) {
   const auto word = [](double temp, double depression, const CloudDeck& deck) {

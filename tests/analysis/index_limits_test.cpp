@@ -238,6 +238,7 @@ TEST(IndexLimits, PlateausHaveNoBoydenIndex) {
            kNone;
   };
   EXPECT_FALSE(exists(699));
+  EXPECT_TRUE(exists(700));
   EXPECT_FALSE(NumberOf("Mean RH", Profile({{500, 0, -5}, {300, -45, -60}})) != kNone);
   EXPECT_TRUE(NumberOf("Mean RH", Profile({{501, 0, -5}, {300, -45, -60}})) != kNone);
 }
@@ -251,6 +252,8 @@ TEST(IndexLimits, MixingEndsWhereTheAirIsPotentiallyWarmer) {
   // (28 + 273.16) 0.9^0.2856 - 273.16 = 19.08 °C is neutral: warmer air ends mixing at the ground.
   EXPECT_EQ(height(19.2), 0);
   EXPECT_GT(height(19.0), 900);
+  // The last level may be the first that is warmer.
+  EXPECT_GT(NumberOf("Mixing Hgt", Profile({{1000, 28, 10}, {900, 19, 5}, {850, 20, 0}})), 900);
 }
 
 // Steps of the severe-weather table: a limit itself counts.

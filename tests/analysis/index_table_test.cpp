@@ -2,6 +2,8 @@
 
 #include <cmath>
 #include <set>
+#include <sstream>
+#include <string>
 
 #include "config/options.h"
 #include "core/numbers.h"
@@ -83,6 +85,7 @@ TEST(IndexTable, OfTheReferenceSounding) {
       {"Water", 3.22, 0.005},
       {"Haines", 4, 0},
       {"Mixing Hgt", 0, 0},
+      {"Vent Index", 0, 0},
       {"MBE Vector", 32.4, 0.1},
       {"lfcEL Hgt", 12509, 3},
       {"cclEL Hgt", 12854, 3},
@@ -164,6 +167,12 @@ TEST(IndexTable, ExplainsAValueByItsInputs) {
   for (const IndexRow& row : IndexTable()) {
     const IndexValue index = ComputeIndex(row, sounding, results, options);
     const std::string explained = Explain(row, sounding, results, options);
+    // What a formula reads twice is told once.
+    std::multiset<std::string> lines;
+    std::istringstream reading(explained);
+    for (std::string line; std::getline(reading, line);) lines.insert(line);
+    for (const std::string& line : lines)
+      EXPECT_TRUE(line.empty() || lines.count(line) == 1) << line;
     EXPECT_EQ(explained.find("-- (") != std::string::npos, !index.Exists()) << explained;
   }
 }
@@ -304,6 +313,10 @@ TEST(IndexTable, SaysWhyThereIsNoValue) {
        "no 500 hPa level: the sounding ends at 700 hPa"},
       {"dew point missing", "CT", Profile({{1000, 20, 999.9}, {700, 2, 999.9}, {400, -25, 999.9}}),
        "no dew point at 850 hPa"},
+      {"missing at the last level", "CT", Profile({{1000, 20, 12}, {850, 12, 999.9}}),
+       "no dew point at 850 hPa"},
+      {"missing at the first level", "CT", Profile({{850, 12, 999.9}, {400, -25, -40}}),
+       "no dew point at 850 hPa"},
       {"plateau", "Boyden", Profile({{690, 10, 5}, {400, -20, -30}}),
        "the surface lies above 700 hPa"},
       {"no shear", "BRN", Profile({{1000, 20, 15}, {400, -20, -30}}),
@@ -315,6 +328,21 @@ TEST(IndexTable, SaysWhyThereIsNoValue) {
     EXPECT_EQ(index.Value, kNone);
     EXPECT_EQ(index.Reason, c.reason);
   }
+  // A parcel that starts at 500 hPa is as warm there as its surroundings.
+  Options surface;
+  surface.Lpl = LiftSource::Surface;
+  EXPECT_NEAR(Index("LI", Profile({{500, 0, -5}, {300, -30, -40}, {200, -50, -60}}), surface).Value,
+              0, 0.01);
+  // No dew point up to 6 km: nothing sinks; none at all: nothing saturates.
+  const AnalysisResults dry =
+      Analyse(Profile({{1000, 20, 10}, {850, 10, 999.9}, {700, 2, 999.9}, {400, -25, 999.9}}), {});
+  EXPECT_TRUE(NotAvailable(dry.Descent.Energy));
+  // The last level below 6 km may be where the coldest air sinks from.
+  EXPECT_EQ(
+      Analyse(Profile({{1000, 30, 20}, {700, 8, 5}, {500, -12, -40}}), {}).Descent.Source.Press,
+      500);
+  const AnalysisResults unknown = Analyse(Profile({{1000, 20, 999.9}, {400, -25, 999.9}}), {});
+  EXPECT_FALSE(unknown.ConvectiveCondensation.Exists());
   // 1000 hPa below the ground: the lowest level stands in for it.
   EXPECT_TRUE(
       Index("KO", Profile({{950, 20, 15}, {850, 14, 8}, {700, 4, -2}, {400, -25, -40}})).Exists());

@@ -110,6 +110,7 @@ TEST(Winds, AreLinearInHeightOnComponents) {
   EXPECT_EQ(WindAtHeight(across, 899).State, Found::Outside);
   EXPECT_EQ(WindAtHeight(across, 2002.1).State, Found::Outside);
   EXPECT_EQ(FromComponents({0, 0}).Dir, 360);
+  EXPECT_NEAR(FromComponents({1, 0}).Dir, 90, 1e-4);
 
   const SoundingRecord reference = test::ReferenceConvective();
   const LevelProfile levels = Derived(reference);

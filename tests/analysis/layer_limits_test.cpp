@@ -197,6 +197,7 @@ TEST(LayerLimits, TropopausesByLapseDepthAndPressure) {
   EXPECT_EQ(found({ground, low, {11000, 250, -52, 0}, {12500, 200, -55, 0}}), Found{300});
   EXPECT_EQ(found({ground, low, {11000, 250, -52.1, 0}, {12500, 200, -53, 0}}), Found{250});
   EXPECT_EQ(found({ground, low, {11000, 250, -52, 0}, {12500, 200, -55.2, 0}}), Found{});
+  EXPECT_EQ(found({low, {11000, 250, -52, 0}, {12500, 200, -53, 0}}), Found{300});
   // The sounding ends: 1 km of it is enough.
   EXPECT_EQ(found({ground, low, {11000, 250, -50, 0}}), Found{300});
   EXPECT_EQ(found({ground, low, {10999, 250, -50, 0}}), Found{});
@@ -232,6 +233,26 @@ TEST(LayerLimits, MixedLayerByPotentialTemperatureAndDepth) {
   // 150 m at least: the limit is met at 200 m times its share.
   EXPECT_EQ(depthOf(300.68, 310, 400), 0);
   EXPECT_NEAR(depthOf(300.66, 310, 400), 200 * 0.5 / 0.66, 1);
+}
+
+// Air that is mixed to the end of the sounding has no top.
+TEST(LayerLimits, MixedLayerNeedsATop) {
+  LevelProfile levels = Air({{0, 1000, 20, 5}, {500, 940, 15, 5}, {1000, 890, 10, 5}});
+  levels.Theta = Levels<double>({300, 300, 300.5});
+  EXPECT_FALSE(FindMixedLayer({}, levels));
+  levels.Theta = Levels<double>({300, 300, 301});
+  EXPECT_TRUE(FindMixedLayer({}, levels));
+}
+
+// Up to the last level, be it the passage or the level itself.
+TEST(LayerLimits, FreezingLevelsReachTheEnd) {
+  const auto count = [](double last) {
+    return FindFreezingLevels(Air({{0, 1000, 5, 0}, {1000, 890, 2, 0}, {2000, 790, last, -9}}))
+        .size();
+  };
+  EXPECT_EQ(count(-2), 1u);
+  EXPECT_EQ(count(0), 1u);
+  EXPECT_EQ(count(0.1), 0u);
 }
 
 LevelListing Refracting(const std::vector<double>& gradients, const std::vector<double>& modified) {

@@ -50,6 +50,8 @@ TEST(ProfileLimits, AirBetweenLevelsAndBeyondTheirEnds) {
 TEST(ProfileLimits, LooksOfDeepAndEmptyLayers) {
   const LevelProfile levels = Air({{0, 1000, 5, 5}, {250, 970, 5, 5}, {501, 940, 5, 5}});
   EXPECT_EQ(SampleHeights(levels, 0, 501).size(), 4u);
+  EXPECT_EQ(SampleHeights(Air({{0, 1000, 5, 5}, {50, 994, 5, 5}, {100, 988, 5, 5}}), 0, 200),
+            (std::vector<double>{0, 50, 100, 200}));
   EXPECT_EQ(SampleHeights(levels, 100, 100), std::vector<double>{100});
   EXPECT_TRUE(SampleHeights(levels, 100, 99).empty());
   EXPECT_EQ(SampleHeights(levels, 1000, 101000).size(), 401u);

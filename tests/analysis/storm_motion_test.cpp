@@ -166,6 +166,11 @@ TEST(StormMotion, MovesAsideOfTheShear) {
   const double acrossV = (turning.Right->Motion.V - turning.Left->Motion.V) / 2;
   EXPECT_NEAR(acrossU, 15 * -7.5 / std::hypot(2.5, 7.5), 1e-3);
   EXPECT_NEAR(acrossV, 15 * 2.5 / std::hypot(2.5, 7.5), 1e-3);
+  // Winds that end below 5750 m: the last one stands for it.
+  const auto low = MotionOf({{0, 270, 0}, {500, 270, 0}, {3000, 270, 20}, {4600, 180, 20}});
+  ASSERT_TRUE(low.Right && low.Left);
+  EXPECT_NEAR(low.Right->Motion.U - low.Left->Motion.U, -30, 1e-3);
+  EXPECT_NEAR(low.Right->Motion.V - low.Left->Motion.V, 0, 1e-3);
   Options twice;
   twice.DeviationFactor = 2;
   EXPECT_NEAR(MotionOf({{0, 270, 10}, {500, 270, 10}, {3000, 270, 20}, {6000, 270, 35}}, twice)

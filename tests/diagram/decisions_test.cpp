@@ -11,7 +11,10 @@
 #include "diagram/cursor_marks.h"
 #include "diagram/drawn.h"
 #include "diagram/mark_column.h"
+#include "diagram/page_regions.h"
+#include "diagram/panel.h"
 #include "diagram/scaling.h"
+#include "diagram/wind_column.h"
 
 namespace vexa::diagram {
 namespace {
@@ -241,6 +244,133 @@ TEST(AdvectionStrip, LayersThatTheDiagramCuts) {
             (LabelTexts{"-1", "+1"}));
 }
 
+std::string FirstText(const Picture& page, std::string_view tag) {
+  const LabelTexts texts = Texts(page, tag);
+  return texts.empty() ? std::string() : texts.front();
+}
+
+// The tephigram ends at 100 hPa: that is said of data beyond it, and only where it is wanted.
+TEST(PageLimits, TephigramWarnsOfDataBeyondIt) {
+  const struct {
+    DiagramType Type;
+    double Top;
+    bool IsWanted, Warns;
+  } cases[] = {{DiagramType::Tephigram, 90, true, true},
+               {DiagramType::Tephigram, 90, false, false},
+               {DiagramType::Tephigram, 100, true, false},
+               {DiagramType::SkewT, 90, true, false}};
+  for (const auto& c : cases) {
+    Drawn drawn(Profile({{1000, 20, 10}, {500, -15, -30}, {c.Top, -60, 999.9}}));
+    drawn.Set.Diagram = c.Type;
+    drawn.Set.TephigramWarning = c.IsWanted;
+    EXPECT_EQ(!drawn().Warning.empty(), c.Warns) << c.Top;
+  }
+}
+
+// The pilot's page shows 6 km above the ground: in standard air 472 hPa, so up to 470.
+TEST(PageLimits, DepthOfALayoutEndsTheDiagram) {
+  Drawn drawn(Profile({{1013.25, 15, 5},
+                       {898.75, 8.5, 0},
+                       {540.2, -17.5, -30},
+                       {472.2, -24, -40},
+                       {264.36, -49.9, -60},
+                       {100, -56, -70}}));
+  drawn.Layout = FindLayout("pilot");
+  EXPECT_EQ(drawn().Mapping.TopPress(), 470);
+  drawn.Set.AutoMbSelect = false;
+  drawn.Set.MbLimit = 300;
+  EXPECT_EQ(drawn().Mapping.TopPress(), 300);
+  drawn.Set.AutoMbSelect = true;
+  drawn.Set.Diagram = DiagramType::Tephigram;
+  EXPECT_EQ(drawn().Mapping.TopPress(), 100);
+  drawn.Layout = nullptr;
+  drawn.Set.Diagram = DiagramType::SkewT;
+  EXPECT_EQ(drawn().Mapping.TopPress(), 100);
+  // One that ends below shows what it has.
+  Drawn low(Profile({{1000, 20, 10}, {700, 5, -5}}));
+  low.Layout = FindLayout("pilot");
+  EXPECT_EQ(low().Mapping.TopPress(), 700);
+}
+
+TEST(PageLimits, WindsHaveAColumnWhereThereAreSome) {
+  const SoundingRecord calm = Profile({{1000, 20, 10}, {500, -15, -30}, {100, -60, 999.9}});
+  const SoundingRecord windy = PlainSounding();
+  const auto hasColumn = [](const SoundingRecord& first, MultiMode mode,
+                            std::vector<OverlaySounding> others) {
+    Drawn drawn(first);
+    drawn.Mode = mode;
+    drawn.Others = std::move(others);
+    return drawn().Layout.Find("wind") != nullptr;
+  };
+  EXPECT_FALSE(hasColumn(calm, MultiMode::Single, {}));
+  EXPECT_TRUE(hasColumn(windy, MultiMode::Single, {}));
+  EXPECT_TRUE(hasColumn(calm, MultiMode::Compare, {{&windy}}));
+  EXPECT_FALSE(hasColumn(calm, MultiMode::Compare, {{&calm}}));
+  EXPECT_FALSE(hasColumn(calm, MultiMode::Overlay, {{&windy}}));
+  EXPECT_FALSE(hasColumn(calm, MultiMode::Compare, {{nullptr}}));
+}
+
+// Overlaid soundings have a row each below the diagram, up to six with the first.
+TEST(PageLimits, RowsOfTitles) {
+  Drawn drawn(PlainSounding());
+  const auto rows = [&](MultiMode mode, std::size_t others) {
+    const std::vector<OverlaySounding> list(others, {&drawn.Sounding});
+    return OtherTitleRows({.Sounding = drawn.Sounding,
+                           .Results = drawn.Results,
+                           .Set = drawn.Set,
+                           .On = kPage,
+                           .Mode = mode,
+                           .Others = list});
+  };
+  EXPECT_EQ(rows(MultiMode::Single, 3), 0);
+  EXPECT_EQ(rows(MultiMode::Loop, 3), 0);
+  EXPECT_EQ(rows(MultiMode::Compare, 1), 2);
+  EXPECT_EQ(rows(MultiMode::Overlay, 4), 5);
+  EXPECT_EQ(rows(MultiMode::Overlay, 5), 6);
+  EXPECT_EQ(rows(MultiMode::Overlay, 9), 6);
+}
+
+TEST(PageLimits, PositionsHaveTheirHemisphereAndHeight) {
+  Drawn drawn(PlainSounding());
+  SetDecimalPosition(drawn.Sounding, -33.5, -70.25);
+  EXPECT_EQ(PositionText(drawn.Sounding), "33.50S  70.25W");
+  SetElevation(drawn.Sounding, 520);
+  EXPECT_EQ(FirstText(drawn().Page, "position"), "33.50S  70.25W   520 m");
+  drawn.Sounding.ElevUnknown = true;
+  EXPECT_EQ(FirstText(drawn().Page, "position"), "33.50S  70.25W");
+  drawn.Mode = MultiMode::Overlay;
+  drawn.Sounding.StationTitle = "Santiago";
+  const SoundingRecord other = drawn.Sounding;
+  drawn.Others = {{&other}};
+  EXPECT_NE(FirstText(drawn().Page, "other title").find("// 33.5S 70.3W"), std::string::npos);
+  SetDecimalPosition(drawn.Sounding, 0.25, 0.5);
+  EXPECT_EQ(PositionText(drawn.Sounding), "0.25N  0.50E");
+  EXPECT_NE(FirstText(drawn().Page, "other title").find("// 0.3N 0.5E"), std::string::npos);
+}
+
+// Heights beside the pressures want a diagram 500 pixels wide.
+TEST(PageLimits, HeightsBesideThePressuresWantRoom) {
+  Drawn drawn(PlainSounding());
+  drawn.Results = analysis::Analyse(drawn.Sounding, drawn.Set);
+  const auto hasHeights = [&](double width) {
+    const SoundingPlot plot = *PlotSounding({.Sounding = drawn.Sounding,
+                                             .Results = drawn.Results,
+                                             .Set = drawn.Set,
+                                             .On = WindowSurface(width, 900),
+                                             .Lines = drawn.Extra});
+    const double region = plot.Layout.Find("diagram")->Width();
+    const bool has = !Texts(plot.Page, "pressure height label").empty();
+    EXPECT_EQ(has, region >= 500 * kUnitsPerPixel) << width;
+    return has;
+  };
+  int with = 0, without = 0;
+  for (double width = 400; width <= 900; width += 20) (hasHeights(width) ? with : without) += 1;
+  EXPECT_GT(with, 2);
+  EXPECT_GT(without, 2);
+  drawn.Extra.PressHeights = false;
+  EXPECT_TRUE(Texts(drawn().Page, "pressure height label").empty());
+}
+
 // The mark with the largest priority goes when they do not fit.
 TEST(MarkColumn, LeavesOutWhatHasNoRoom) {
   for (const double room : {200.0, 199.0}) {
@@ -255,13 +385,73 @@ TEST(MarkColumn, LeavesOutWhatHasNoRoom) {
   }
 }
 
+// Those at the lower end are pushed up.
+TEST(MarkColumn, EndsAtItsLowerEnd) {
+  MarkColumn column;
+  column.Add({290, "", "", {}, 0});
+  column.Add({295, "", "", {}, 0});
+  const std::vector<Mark>& marks = column.Arrange(100, 300, 100);
+  EXPECT_EQ(marks[0].PlacedY, 200);
+  EXPECT_EQ(marks[1].PlacedY, 300);
+}
+
+// Every so many winds, and those that must stay.
+TEST(WindColumnLimits, EverySoManyWinds) {
+  const std::vector<Reach> reaches(6, {0, 100});
+  const auto chosen = [&](int option, const std::vector<std::size_t>& stays = {}) {
+    std::string text;
+    for (const bool is : ChooseWinds(reaches, stays, option)) text += is ? 'x' : '-';
+    return text;
+  };
+  EXPECT_EQ(chosen(1), "xxxxxx");
+  EXPECT_EQ(chosen(2), "x-x-x-");
+  EXPECT_EQ(chosen(4), "x---x-");
+  EXPECT_EQ(chosen(4, {1, 5}), "xx--xx");
+  EXPECT_EQ(chosen(0), "x-----");  // they cover one another
+}
+
+TEST(WindColumnLimits, NumbersLeaveRoomForAComparedSounding) {
+  Drawn drawn(PlainSounding());
+  const SoundingRecord other = PlainSounding();
+  drawn.Layout = FindLayout("pilot");
+  EXPECT_FALSE(Texts(drawn().Page, "wind number").empty());
+  drawn.Mode = MultiMode::Compare;
+  const analysis::AnalysisResults results = analysis::Analyse(other, drawn.Set);
+  drawn.Others = {{&other, &results}};
+  EXPECT_TRUE(Texts(drawn().Page, "wind number").empty());
+  drawn.Mode = MultiMode::Single;
+  drawn.Others.clear();
+  drawn.Layout = nullptr;
+  EXPECT_TRUE(Texts(drawn().Page, "wind number").empty());
+}
+
+// CAPE is told in total, up to its depth, or both, as its option says; the MPL by its own.
+TEST(PanelLimits, LeavesOutWhatIsSwitchedOff) {
+  const auto has = [](const char* label, CapeDepthDisplay depth, bool mpl) {
+    Drawn drawn(test::ReferenceConvective());
+    drawn.Set.CapeDepth = depth;
+    drawn.Set.MplDisplay = mpl;
+    drawn.Set.Thermo = ThermoDisplay::Custom;
+    drawn.Set.CustomPanel = "CAPE total,CAPE 0-xkm,MPL Prs,KI";
+    for (std::string text : Texts(drawn().Page, "index label")) {
+      text.erase(0, text.find_first_not_of(' '));
+      if (text == label) return true;
+    }
+    return false;
+  };
+  using enum CapeDepthDisplay;
+  EXPECT_TRUE(has("CAPE total", Total, true));
+  EXPECT_FALSE(has("CAPE total", LfcLayer, true));
+  EXPECT_TRUE(has("CAPE 0-xkm", LfcLayer, true));
+  EXPECT_FALSE(has("CAPE 0-xkm", Total, true));
+  EXPECT_TRUE(has("MPL Prs", Total, true));
+  EXPECT_FALSE(has("MPL Prs", Total, false));
+  EXPECT_TRUE(has("KI", Total, false));
+}
+
 TEST(CursorMarks, LockOnLevelsThatAreShown) {
-  const SoundingRecord sounding = Profile({{1060, 25, 10},
-                                           {850, 12, 999.9},
-                                           {850, 12, 5},
-                                           {500, -41, -30},
-                                           {110, -60, -80},
-                                           {90, -20, -30}});
+  const SoundingRecord sounding =
+      Profile({{1060, 25, 10}, {850, 12, 999.9}, {850, 12, 5}, {500, -41, -30}, {110, -60, -80}});
   const DiagramMapping at(DiagramType::Emagram, kPlot, -40, 40, 100);
   const auto marks = [&](int level) {
     CursorState cursor;
@@ -277,11 +467,16 @@ TEST(CursorMarks, LockOnLevelsThatAreShown) {
     }
     return found;
   };
-  for (const int hidden : {-1, 0, 1, 6, 7}) EXPECT_TRUE(marks(hidden).Items().empty()) << hidden;
+  for (const int hidden : {-1, 0, 1, 6}) EXPECT_TRUE(marks(hidden).Items().empty()) << hidden;
   EXPECT_EQ(rings(2), 1u);  // no dew point
   EXPECT_EQ(rings(3), 2u);
   EXPECT_EQ(rings(4), 1u);  // the temperature lies beside the frame
   EXPECT_EQ(rings(5), 0u);
+  EXPECT_FALSE(marks(5).Items().empty());
+  const DiagramMapping low(DiagramType::Emagram, kPlot, -40, 40, 200);
+  CursorState above;
+  above.Level = 5;
+  EXPECT_TRUE(CursorMarks(Picture(9200, 8840, {}), low, sounding, above, {}, {}).Items().empty());
   // Written over its isobar, under it where the frame ends.
   const auto textY = [&](int level) {
     const Picture page = marks(level);
@@ -292,7 +487,6 @@ TEST(CursorMarks, LockOnLevelsThatAreShown) {
   // Of two levels at one pressure the first; the last one counts as well.
   EXPECT_EQ(NearestLevel(at, sounding, at.ToPoint(0, 840)), 2);
   EXPECT_EQ(NearestLevel(at, sounding, at.ToPoint(0, 101)), 5);
-  EXPECT_EQ(NearestLevel(at, sounding, at.ToPoint(0, 95)), 6);
 }
 
 }  // namespace

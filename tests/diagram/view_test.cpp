@@ -9,6 +9,7 @@
 
 #include "diagram/cursor_marks.h"
 #include "diagram/drawn.h"
+#include "diagram/palette.h"
 #include "support/soundings.h"
 
 namespace vexa::diagram {
@@ -148,6 +149,15 @@ TEST(ExtraLines, StandWhereTheirNumbersAre) {
     EXPECT_NEAR(nearest->X, at.X, 0.15 * plot.Mapping.Frame().Width() / 80);
     EXPECT_NEAR(nearest->Y, at.Y, 1);
   }
+  // Purple and green by the menu.
+  const auto inkOf = [&](std::string_view tag) {
+    for (const Item* item : Tagged(plot.Page, tag)) {
+      if (const auto* line = std::get_if<Polyline>(&item->Shape)) return line->Stroke.Ink;
+    }
+    return Color{};
+  };
+  EXPECT_EQ(inkOf("contrail"), LegibleColor(PaletteFor(drawn.Set), 2));
+  EXPECT_EQ(inkOf("height correction"), LegibleColor(PaletteFor(drawn.Set), 5));
   // At 31 degrees thermals of this sounding reach 839.5 hPa, worked out apart.
   const auto thermal = PointsOf(plot.Page, "soaring");
   ASSERT_FALSE(thermal.empty());
