@@ -27,6 +27,7 @@
 #include "core/error_report.h"
 #include "core/files.h"
 #include "core/numbers.h"
+#include "core/platform.h"
 #include "core/source_text.h"
 #include "program/commands.h"
 #include "program/export_batch.h"
@@ -67,10 +68,8 @@ std::vector<std::string> FilesAround(const Program& program) {
     return files;
   }
   if (program.Current.FileName.empty()) return files;
-  std::error_code ignored;
-  for (const auto& entry :
-       std::filesystem::directory_iterator(program.Current.DataFolder, ignored)) {
-    if (entry.is_regular_file(ignored)) files.push_back(TextFromPath(entry.path()));
+  for (const FolderEntry& entry : EntriesOf(program.Current.DataFolder)) {
+    if (IsOrdinaryFile(entry.Path)) files.push_back(TextFromPath(entry.Path));
   }
   std::ranges::sort(files);
   return files;

@@ -79,8 +79,7 @@ void DownloadWindow::ReadSourceList() {
 
 void DownloadWindow::EditSources() {
   const std::filesystem::path own = program_.Where.Root / download::kSourcesFileName;
-  std::error_code ignored;
-  const bool hasOwn = std::filesystem::exists(own, ignored);
+  const bool hasOwn = IsThere(own);
   const std::filesystem::path shipped = ShippedFile(ProgramFolder(), download::kSourcesFileName);
   const Outcome<std::string> bytes = ReadFile(hasOwn ? own : shipped);
   const Outcome<EditableText> text =

@@ -10,20 +10,16 @@
 
 #include "app/qt_text.h"
 #include "core/files.h"
+#include "core/platform.h"
 #include "core/utf8.h"
 
 namespace vexa {
 
 std::vector<std::filesystem::path> FilesWithOtherNames(const std::filesystem::path& folder) {
-  namespace fs = std::filesystem;
-  std::vector<fs::path> found;
-  std::error_code failed;
-  for (fs::directory_iterator at(folder, failed), end; !failed && at != end;
-       at.increment(failed)) {
-    std::error_code ignored;
-    if (!IsUtf8(TextFromPath(at->path().filename())) && at->is_regular_file(ignored)) {
-      found.push_back(at->path());
-    }
+  std::vector<std::filesystem::path> found;
+  for (const FolderEntry& entry : EntriesOf(folder)) {
+    const bool hasOther = !IsUtf8(TextFromPath(entry.Path.filename()));
+    if (hasOther && IsOrdinaryFile(entry.Path)) found.push_back(entry.Path);
   }
   std::ranges::sort(found);
   return found;

@@ -234,9 +234,8 @@ void StartBehindPicture(Program& program, const Wanted& wanted, QSplashScreen& s
 // The window where it stood, in the layout of the settings; at a first start, while there are no
 // settings, in a size and a layout that suit most people.
 void PlaceWindow(Program& program, const Wanted& wanted, SoundingWindow& window) {
-  std::error_code ignored;
-  const bool isFirst = !std::filesystem::exists(
-      program.Where.Root / SettingsFileName(SettingsFile::Window, Configuration::None), ignored);
+  const bool isFirst =
+      !IsThere(program.Where.Root / SettingsFileName(SettingsFile::Window, Configuration::None));
   if (isFirst) program.Settings.Window.Layout = kFirstLayout;
   program.View.Layout = FindLayout(program.Settings.Window.Layout);
   if (wanted.Layout != nullptr) program.View.Layout = wanted.Layout;  // for this run, not kept

@@ -181,8 +181,7 @@ std::string WindowInteraction::ChooseSaveFile(const FileQuestion& question) {
     if (at.empty()) return at;
     const auto index = static_cast<std::size_t>(std::max<qsizetype>(entries.indexOf(entry), 0));
     const std::string named = WithEnding(at, question.Filter, index);
-    std::error_code ignored;
-    if (named == at || !std::filesystem::exists(PathFromText(named), ignored)) return named;
+    if (named == at || !IsThere(PathFromText(named))) return named;
     const std::string name = TextFromPath(PathFromText(named).filename());
     if (Ask({.Title = question.Title,
              .Text = name + " already exists.\nReplace existing file?",

@@ -13,6 +13,7 @@
 #include "core/letter_case.h"
 #include "core/numbers.h"
 #include "core/path_forms.h"
+#include "core/platform.h"
 #include "ingest/decoder.h"
 #include "sounding/sounding_source.h"
 
@@ -36,22 +37,16 @@ bool IsNamedAsSounding(const std::string& file) {
 // The files below a folder in the order of their names, one folder's names in memory at a time.
 template <class Use>
 bool ForEachFile(const fs::path& folder, const Use& use) {
-  std::vector<fs::path> names;
-  std::error_code failed;
-  constexpr auto kOptions = fs::directory_options::skip_permission_denied;
-  for (fs::directory_iterator at(folder, kOptions, failed), end; !failed && at != end;
-       at.increment(failed)) {
-    fs::path name = at->path().filename();
-    if (!TextFromPath(name).starts_with('.')) names.push_back(std::move(name));
-  }
-  std::ranges::sort(names);
-  for (const fs::path& name : names) {
-    const fs::path path = folder / name;
-    std::error_code ignored;
-    if (fs::is_directory(fs::symlink_status(path, ignored))) {
-      if (!ForEachFile(path, use)) return false;
-    } else if (fs::is_regular_file(path, ignored)) {
-      if (!use(path)) return false;
+  std::vector<FolderEntry> entries = EntriesOf(folder);
+  std::erase_if(entries, [](const FolderEntry& entry) {
+    return TextFromPath(entry.Path.filename()).starts_with('.');
+  });
+  std::ranges::sort(entries, {}, &FolderEntry::Path);
+  for (const FolderEntry& entry : entries) {
+    if (entry.Type == fs::file_type::directory) {
+      if (!ForEachFile(entry.Path, use)) return false;
+    } else if (IsOrdinaryFile(entry.Path)) {
+      if (!use(entry.Path)) return false;
     }
   }
   return true;
@@ -65,8 +60,7 @@ class Adder {
   AddReport Run() {
     for (const std::string& given : request_.Given) {
       const fs::path path = PathFromText(given);
-      std::error_code failed;
-      if (fs::is_directory(path, failed)) {
+      if (IsFolder(path)) {
         if (!ForEachFile(path, [&](const fs::path& file) { return Add(file, false); })) break;
       } else if (!Add(path, true)) {
         break;

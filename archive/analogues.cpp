@@ -4,7 +4,6 @@
 #include <array>
 #include <cmath>
 #include <cstring>
-#include <fstream>
 #include <string>
 #include <utility>
 

@@ -1,14 +1,15 @@
 #include "archive/catalogue.h"
 
 #include <algorithm>
-#include <fstream>
-#include <system_error>
+#include <cstdio>
+#include <memory>
 #include <utility>
 
 #include "archive/stable_hash.h"
 #include "archive/standard_levels.h"
 #include "core/files.h"
 #include "core/numbers.h"
+#include "core/platform.h"
 
 namespace vexa::archive {
 namespace {
@@ -42,23 +43,21 @@ StoreError Strange(const Database& database, std::string detail) {
 }
 
 std::optional<std::int64_t> HashOfFile(const std::filesystem::path& path) {
-  std::ifstream stream(path, std::ios::binary);
-  if (!stream) return std::nullopt;
+  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(OpenFile(path, "rb"), std::fclose);
+  if (!file) return std::nullopt;
   StableHash hash;
   std::string bytes(std::size_t{1} << 18, '\0');
-  while (stream) {
-    stream.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    hash.AddWords(std::string_view(bytes).substr(0, static_cast<std::size_t>(stream.gcount())));
+  while (const std::size_t got = std::fread(bytes.data(), 1, bytes.size(), file.get())) {
+    hash.AddWords(std::string_view(bytes).substr(0, got));
   }
-  if (stream.bad()) return std::nullopt;
+  if (std::ferror(file.get()) != 0) return std::nullopt;
   return static_cast<std::int64_t>(hash.Value());
 }
 
 }  // namespace
 
 Outcome<Catalogue> Catalogue::Open(const std::filesystem::path& path, const Opening& opening) {
-  std::error_code failed;
-  if (!opening.MayMake && !std::filesystem::exists(path, failed)) {
+  if (!opening.MayMake && !IsThere(path)) {
     return Fault{kFaultFileNotFound, "Catalogue", "there is no such catalogue", TextFromPath(path)};
   }
   std::optional<Catalogue> catalogue;

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "core/files.h"
+#include "core/platform.h"
 
 namespace vexa::archive {
 namespace {
@@ -148,14 +149,13 @@ void MergeAll(std::vector<Input>& inputs, Catalogue& into) {
 }  // namespace
 
 std::optional<Fault> Merge(const fs::path& into, std::span<const fs::path> from) {
-  std::error_code failed;
-  if (fs::exists(into, failed)) {
+  if (IsThere(into)) {
     return Fault{kFaultFileExists, "Merge", "the catalogue exists already", TextFromPath(into)};
   }
   fs::path making = into;
   making += ".merging";
-  fs::remove(making, failed);  // what a process that was killed has left
-  fs::remove(PathFromText(TextFromPath(making) + "-journal"), failed);
+  Remove(making);  // what a process that was killed has left
+  Remove(PathFromText(TextFromPath(making) + "-journal"));
   std::optional<Fault> fault;
   {
     std::vector<Input> inputs;
@@ -175,11 +175,11 @@ std::optional<Fault> Merge(const fs::path& into, std::span<const fs::path> from)
     fault = Stored([&] { MergeAll(inputs, made.Value()); });
   }
   if (!fault) {
-    fs::rename(making, into, failed);
+    const std::error_code failed = RenameOver(making, into);
     if (!failed) return std::nullopt;
     fault = Fault{FaultNumber(failed), "Merge", failed.message(), TextFromPath(into)};
   }
-  fs::remove(making, failed);
+  Remove(making);
   return fault;
 }
 

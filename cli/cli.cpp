@@ -41,15 +41,14 @@ int TakeFolders(Arguments& arguments, Console& console) {
   const std::string output = arguments.Value("--output").value_or("");
   std::vector<std::string> files;
   for (const std::string& given : arguments.Files) {
-    std::error_code failed;
-    if (!std::filesystem::is_directory(PathFromText(given), failed)) {
+    if (!IsFolder(PathFromText(given))) {
       files.push_back(given);
       continue;
     }
     const std::size_t before = files.size();
     for (const std::filesystem::path& path : ingest::FilesBelow(PathFromText(given))) {
       // What an earlier run has written there is not read.
-      const bool isOutput = std::filesystem::equivalent(path, PathFromText(output), failed);
+      const bool isOutput = AreOne(path, PathFromText(output));
       if (!isOutput && ingest::HoldsSounding(path)) files.push_back(TextFromPath(path));
     }
     if (files.size() > before) continue;
@@ -65,8 +64,7 @@ int TakeFolders(Arguments& arguments, Console& console) {
 std::optional<Fault> TakeLists(Arguments& arguments) {
   std::vector<std::string> files;
   for (std::string& given : arguments.Files) {
-    std::error_code failed;
-    if (!given.starts_with('@') || std::filesystem::exists(PathFromText(given), failed)) {
+    if (!given.starts_with('@') || IsThere(PathFromText(given))) {
       files.push_back(std::move(given));
       continue;
     }
@@ -107,8 +105,7 @@ int SoundingIndex(const Arguments& arguments) {
 
 std::optional<Fault> NotAnInput(const Arguments& arguments, const std::string& output) {
   for (const std::string& file : arguments.Files) {
-    std::error_code failed;  // of what does not exist, neither is the other
-    if (std::filesystem::equivalent(PathFromText(file), PathFromText(output), failed)) {
+    if (AreOne(PathFromText(file), PathFromText(output))) {
       return Fault{kFaultInvalidValue, "NotAnInput",
                    '"' + output + "\" is a file to read and would be lost"};
     }

@@ -39,8 +39,7 @@ int RunSettings(const Arguments& arguments, Console& console) {
 Outcome<SettingsStore> CommandSettings(const Arguments& arguments, Console& console) {
   SettingsStore settings;
   if (const auto root = arguments.Value(kRootOption.Name)) {
-    std::error_code ignored;
-    if (!std::filesystem::is_directory(PathFromText(*root), ignored)) {
+    if (!IsFolder(PathFromText(*root))) {
       return Fault{kFaultPathAccess, "CommandSettings", '"' + *root + "\" is no folder"};
     }
     std::vector<std::string> notes;

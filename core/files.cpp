@@ -38,10 +38,19 @@ constexpr int kMostTemporaries = 100;
 // has nobody to finish it.
 void RemoveIfLeft(const fs::path& path) {
   std::error_code failed;
-  if (fs::symlink_status(path, failed).type() != fs::file_type::regular) return;
-  const fs::file_time_type written = fs::last_write_time(path, failed);
-  if (failed || fs::file_time_type::clock::now() - written < std::chrono::minutes(1)) return;
-  if (!IsLocked(path)) fs::remove(path, failed);
+  const FileFacts left = OwnFactsOf(path, failed);
+  if (failed || left.Status.type() != fs::file_type::regular) return;
+  if (fs::file_time_type::clock::now() - left.Written < std::chrono::minutes(1)) return;
+  if (!IsLocked(path)) Remove(path);
+}
+
+bool Exists(fs::file_type type) {
+  return type != fs::file_type::none && type != fs::file_type::not_found;
+}
+
+fs::file_type TypeOf(const fs::path& path) {
+  std::error_code ignored;
+  return FactsOf(path, ignored).Status.type();
 }
 
 bool IsTemporaryName(const fs::path& name) {
@@ -78,8 +87,7 @@ fs::path PathFromText(std::string_view utf8) {
 
 fs::path PathFromSetting(std::string_view utf8) {
   fs::path path = PathFromText(utf8);
-  std::error_code ignored;
-  if (utf8.find('\\') != std::string_view::npos && !fs::exists(path, ignored)) {
+  if (utf8.find('\\') != std::string_view::npos && !IsThere(path)) {
     std::u8string text(utf8.begin(), utf8.end());
     std::ranges::replace(text, u8'\\', static_cast<char8_t>(fs::path::preferred_separator));
     path = fs::path(text);
@@ -95,20 +103,29 @@ fs::path PathFromSetting(std::string_view utf8) {
 std::string TextFromPath(const fs::path& path) {
   const std::u8string bytes = path.u8string();
   const std::string text(bytes.begin(), bytes.end());
-  constexpr bool kHasForms = fs::path::preferred_separator == '\\';  // those of ReachablePath
+  constexpr bool kHasForms = fs::path::preferred_separator == '\\';  // those of LongForm
   if (kHasForms && text.starts_with(R"(\\?\UNC\)")) return R"(\\)" + text.substr(8);
   if (kHasForms && text.starts_with(R"(\\?\)")) return text.substr(4);
   return text;
 }
 
-std::optional<FileStamp> StampOf(const std::filesystem::path& named) {
-  const fs::path path = ReachablePath(named);
+bool IsThere(const fs::path& path) {
+  return Exists(TypeOf(path));
+}
+
+bool IsOrdinaryFile(const fs::path& path) {
+  return TypeOf(path) == fs::file_type::regular;
+}
+
+bool IsFolder(const fs::path& path) {
+  return TypeOf(path) == fs::file_type::directory;
+}
+
+std::optional<FileStamp> StampOf(const fs::path& path) {
   std::error_code failed;
-  const std::filesystem::file_time_type written = std::filesystem::last_write_time(path, failed);
-  if (failed) return std::nullopt;
-  const std::uintmax_t size = std::filesystem::file_size(path, failed);
-  if (failed) return std::nullopt;
-  return FileStamp{written, size};
+  const FileFacts facts = FactsOf(path, failed);
+  if (failed || facts.Status.type() != fs::file_type::regular) return std::nullopt;
+  return FileStamp{facts.Written, facts.Size};
 }
 
 int FaultNumber(const std::error_code& error, int otherwise) {
@@ -144,20 +161,17 @@ int FaultNumber(const std::error_code& error, int otherwise) {
   return row == std::end(kRows) ? otherwise : row->Number;
 }
 
-Outcome<std::string> ReadFile(const fs::path& named) {
-  const fs::path path = ReachablePath(named);
+Outcome<std::string> ReadFile(const fs::path& path) {
   const auto fault = [&path](int number, std::string_view reason) {
     return FileFault(number, "ReadFile", path, reason);
   };
   std::error_code failed;
-  const fs::file_status status = fs::status(path, failed);
-  if (status.type() == fs::file_type::not_found) return fault(kFaultFileNotFound, "not found");
+  const FileFacts facts = FactsOf(path, failed);
+  const fs::file_type type = facts.Status.type();
+  if (type == fs::file_type::not_found) return fault(kFaultFileNotFound, "not found");
   if (failed) return fault(FaultNumber(failed), failed.message());
-  if (status.type() != fs::file_type::regular) {
-    return fault(kFaultBadFileName, "not an ordinary file");
-  }
-  const std::uintmax_t size = fs::file_size(path, failed);
-  if (failed) return fault(FaultNumber(failed), failed.message());
+  if (type != fs::file_type::regular) return fault(kFaultBadFileName, "not an ordinary file");
+  const std::uintmax_t size = facts.Size;
   if (size > kLargestFile) return fault(kFaultFormat, "larger than any sounding");
 
   std::FILE* file = OpenFile(path, "rb");
@@ -180,9 +194,10 @@ Outcome<std::string> ReadFile(const fs::path& named) {
 }
 
 AtomicFile::AtomicFile(fs::path path, FileOps& ops, Links links)
-    : path_(ReachablePath(std::move(path))), ops_(ops) {
+    : path_(std::move(path)), ops_(ops) {
   std::error_code failed;
-  if (links == Links::Replace || !fs::is_symlink(path_, failed)) return;
+  if (links == Links::Replace || OwnFactsOf(path_, failed).Status.type() != fs::file_type::symlink)
+    return;
   const fs::path target = fs::weakly_canonical(path_, failed);
   if (!failed) path_ = target;
 }
@@ -201,9 +216,9 @@ std::optional<Fault> AtomicFile::Open() {
   if (failed_ || file_ != nullptr) return failed_;
   if (path_.filename().empty()) return Failed(kFaultBadFileName, "no file name");
   std::error_code failed;
-  const fs::file_status old = fs::symlink_status(path_, failed);
+  const fs::file_status old = OwnFactsOf(path_, failed).Status;
   const bool isFile = old.type() == fs::file_type::regular;
-  if (fs::exists(old) && !isFile && old.type() != fs::file_type::symlink) {
+  if (Exists(old.type()) && !isFile && old.type() != fs::file_type::symlink) {
     return Failed(kFaultBadFileName, "not an ordinary file");
   }
   constexpr fs::perms kWritable =
@@ -220,7 +235,7 @@ std::optional<Fault> AtomicFile::Open() {
     const std::error_code reason = LastError();
     return Failed(FaultNumber(reason), reason.message());
   }
-  if (isFile) fs::permissions(temporary_, old.permissions(), failed);
+  if (isFile) GivePermissions(temporary_, old.permissions());
   return std::nullopt;
 }
 
@@ -250,8 +265,7 @@ std::FILE* AtomicFile::OpenTemporary() {
 void AtomicFile::Discard() {
   if (file_ != nullptr) std::fclose(file_);
   file_ = nullptr;
-  std::error_code ignored;
-  if (!temporary_.empty()) fs::remove(temporary_, ignored);
+  if (!temporary_.empty()) Remove(temporary_);
   temporary_.clear();
 }
 
@@ -291,12 +305,9 @@ std::optional<Fault> SaveFile(const fs::path& path, std::string_view bytes, File
 }
 
 void RemoveLeftovers(const fs::path& folder) {
-  std::error_code failed;
-  std::vector<fs::path> left;
-  for (fs::directory_iterator at(folder, failed), end; !failed && at != end; at.increment(failed)) {
-    if (IsTemporaryName(at->path())) left.push_back(at->path());
+  for (const FolderEntry& entry : EntriesOf(folder)) {
+    if (IsTemporaryName(entry.Path)) RemoveIfLeft(entry.Path);
   }
-  for (const fs::path& path : left) RemoveIfLeft(path);
 }
 
 }  // namespace vexa

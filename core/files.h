@@ -35,6 +35,11 @@ std::filesystem::path PathFromSetting(std::string_view utf8);
 /// UTF-8 text of a path, for messages and files.
 std::string TextFromPath(const std::filesystem::path& path);
 
+/// Whether something is there, an ordinary file, a folder: at the path or where a link leads.
+bool IsThere(const std::filesystem::path& path);
+bool IsOrdinaryFile(const std::filesystem::path& path);
+bool IsFolder(const std::filesystem::path& path);
+
 /// By which a file that another program has written is known from what it was.
 struct FileStamp {
   std::filesystem::file_time_type Written{};
@@ -85,7 +90,7 @@ class AtomicFile {
   std::filesystem::path temporary_{};
   FileOps& ops_;
   std::FILE* file_ = nullptr;
-  bool isSettled_ = false;  // the temporary file is whole
+  bool isSettled_ = false;         // the temporary file is whole
   std::optional<Fault> failed_{};  // the first fault: nothing is committed after it
 };
 

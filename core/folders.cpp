@@ -13,23 +13,20 @@ fs::path ResolveRoot(const std::optional<std::string>& rootArgument,
   if (const std::optional<std::string> variable = EnvironmentText("VEXA_ROOT")) {
     return WholePath(PathFromText(*variable));
   }
-  std::error_code ignored;
-  if (fs::exists(programFolder / "vexa.portable", ignored)) return programFolder;
+  if (IsThere(programFolder / "vexa.portable")) return programFolder;
   return UserDataFolder() / "vexa";
 }
 
 fs::path ShippedFile(const fs::path& programFolder, std::string_view name) {
   if (programFolder.empty()) return {};
   const fs::path file = PathFromText(name);
-  std::error_code ignored;
-  const auto isThere = [&](const fs::path& path) { return fs::is_regular_file(path, ignored); };
-  if (const fs::path beside = programFolder / file; isThere(beside)) return beside;
+  if (const fs::path beside = programFolder / file; IsOrdinaryFile(beside)) return beside;
   const fs::path installed = programFolder.parent_path() / "share" / "vexa" / file;
-  if (isThere(installed)) return installed;
+  if (IsOrdinaryFile(installed)) return installed;
   constexpr int kMostLevels = 4;  // build/PRESET/app below the source tree, and one more
   fs::path folder = programFolder;
   for (int level = 0; level < kMostLevels; ++level, folder = folder.parent_path()) {
-    if (const fs::path built = folder / "share" / file; isThere(built)) return built;
+    if (const fs::path built = folder / "share" / file; IsOrdinaryFile(built)) return built;
   }
   return {};
 }
@@ -37,8 +34,7 @@ fs::path ShippedFile(const fs::path& programFolder, std::string_view name) {
 std::optional<Fault> EnsureShipped(const fs::path& root, const fs::path& programFolder,
                                    std::string_view name) {
   const fs::path target = root / PathFromText(name);
-  std::error_code ignored;
-  if (fs::exists(target, ignored)) return std::nullopt;
+  if (IsThere(target)) return std::nullopt;
   const fs::path shipped = ShippedFile(programFolder, name);
   if (shipped.empty()) return std::nullopt;
   const Outcome<std::string> bytes = ReadFile(shipped);
@@ -54,11 +50,7 @@ Folders FoldersBelow(const fs::path& root) {
 std::optional<Fault> CreateFolders(const Folders& folders) {
   for (const fs::path* folder :
        {&folders.Root, &folders.Data, &folders.CrossSection, &folders.Export, &folders.Forecast}) {
-    std::error_code failed;
-    const fs::path reachable = ReachablePath(*folder);
-    fs::create_directories(reachable, failed);
-    if (failed || !fs::is_directory(reachable, failed)) {
-      if (!failed) failed = std::make_error_code(std::errc::not_a_directory);
+    if (const std::error_code failed = MakeFolders(*folder)) {
       return Fault{FaultNumber(failed), "CreateFolders",
                    TextFromPath(*folder) + ": " + failed.message(), TextFromPath(*folder)};
     }

@@ -37,4 +37,14 @@ fs::path NormalPath(const fs::path& path) {
   return fs::path(fs::path::string_type(1, fs::path::preferred_separator) + normal.native());
 }
 
+fs::path LongForm(const fs::path& path) {
+  if constexpr (fs::path::preferred_separator != '\\') return path;
+  constexpr std::size_t kLongest = 240;  // a folder's own limit is 247, with room for ".tmp100"
+  const fs::path plain = NormalPath(WholePath(path)).make_preferred();
+  const std::u8string text = plain.u8string();
+  if (plain.native().size() < kLongest || text.starts_with(u8R"(\\?\)")) return path;
+  if (text.starts_with(u8R"(\\)")) return fs::path(u8R"(\\?\UNC\)" + text.substr(2));
+  return fs::path(u8R"(\\?\)" + text);
+}
+
 }  // namespace vexa

@@ -18,4 +18,8 @@ std::filesystem::path WholePath(const std::filesystem::path& path);
 /// Without "." and "..", as by lexically_normal.
 std::filesystem::path NormalPath(const std::filesystem::path& path);
 
+/// The form in which systems with drives take a path of any length, \\?\C:\... or \\?\UNC\...;
+/// a path that is short enough, and every path of other systems, as it is.
+std::filesystem::path LongForm(const std::filesystem::path& path);
+
 }  // namespace vexa

@@ -1,7 +1,9 @@
-// The few things that each system does its own way; the only file with system calls.
+// The few things that each system does its own way: platform_posix.cpp and platform_windows.cpp
+// are the only files with system calls.
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 #include <cstdio>
 #include <ctime>
 #include <filesystem>
@@ -15,12 +17,47 @@
 
 namespace vexa {
 
+/// What the system tells of what lies at a path.
+struct FileFacts {
+  std::filesystem::file_status Status{std::filesystem::file_type::none};
+  std::uintmax_t Size = 0;  // bytes of an ordinary file
+  std::filesystem::file_time_type Written{};
+};
+
+/// One thing in a folder: its path, the folder's as it was given with its name behind, and what it
+/// is itself; a link is a link, whatever it leads to.
+struct FolderEntry {
+  std::filesystem::path Path{};
+  std::filesystem::file_type Type{};
+};
+
+// All that follow take paths of any length, also where the system takes long ones only in a form of
+// their own. The standard library of such systems does not, so that what asks for files asks here.
+
 /// Opens a file by a path that may hold any character; null on failure with errno set.
 std::FILE* OpenFile(const std::filesystem::path& path, const char* mode);
 
-/// A path by which the system reaches a file whatever its length: where it takes long ones only in
-/// a form of their own, that form of a long one; else the path itself.
-std::filesystem::path ReachablePath(std::filesystem::path path);
+/// Of a file, a folder, or what a link leads to. Where nothing is there the status says so and
+/// `failed` is set, as by std::filesystem::status.
+FileFacts FactsOf(const std::filesystem::path& path, std::error_code& failed);
+
+/// The same of a link itself.
+FileFacts OwnFactsOf(const std::filesystem::path& path, std::error_code& failed);
+
+/// Whether two paths, both there, lead to one file or folder.
+bool AreOne(const std::filesystem::path& a, const std::filesystem::path& b);
+
+/// What lies in a folder, in no order; nothing where it cannot be read.
+std::vector<FolderEntry> EntriesOf(const std::filesystem::path& folder);
+
+/// Makes a folder and those in which it lies, as far as they are not there.
+std::error_code MakeFolders(const std::filesystem::path& folder);
+
+/// Removes a file, a link or an empty folder; no error when nothing is there.
+std::error_code Remove(const std::filesystem::path& path);
+
+/// Gives a file what another may be used for; no more than an attempt.
+void GivePermissions(const std::filesystem::path& path, std::filesystem::perms allowed);
 
 /// Gives a file another file's name in one step, also while others read that file. What holds it
 /// for a moment only, a scanner or an indexer, is waited for; who holds it longer is an error.

@@ -4,7 +4,9 @@
 #include <system_error>
 
 #include "core/data_checks.h"
+#include "core/files.h"
 #include "core/numbers.h"
+#include "core/platform.h"
 #include "core/record_text.h"
 
 namespace vexa {
@@ -242,11 +244,10 @@ SessionPlace TakePlace(const std::filesystem::path& folder, Wanted wanted) {
         folder / ("VEXA" + (number == 1 ? std::string{} : Shortest(number)) + ".SES");
     std::filesystem::path lock = file;
     lock += ".lck";
-    std::error_code ignored;
-    if (wanted == Wanted::None && std::filesystem::exists(file, ignored)) continue;
+    if (wanted == Wanted::None && IsThere(file)) continue;
     std::unique_ptr<FileHold> held = HoldFile(lock);
     if (held == nullptr) continue;
-    const bool hasSession = std::filesystem::exists(file, ignored);
+    const bool hasSession = IsThere(file);
     if (place.File.empty() || hasSession) place = {file, std::move(held)};
     if (hasSession || wanted == Wanted::None) break;
   }
@@ -276,8 +277,7 @@ SessionReading LoadSession(const std::filesystem::path& file) {
 }
 
 std::optional<Fault> ForgetSession(const std::filesystem::path& file) {
-  std::error_code failed;
-  std::filesystem::remove(file, failed);
+  const std::error_code failed = Remove(file);
   if (!failed) return std::nullopt;
   return Fault{FaultNumber(failed), "ForgetSession", TextFromPath(file) + ": " + failed.message(),
                TextFromPath(file.filename())};

@@ -8,6 +8,7 @@
 #include "core/markers.h"
 #include "core/numbers.h"
 #include "core/path_forms.h"
+#include "core/platform.h"
 #include "core/raw_file.h"
 #include "core/record_text.h"
 
@@ -231,8 +232,7 @@ Box WrongFolderBox(const std::filesystem::path& folder) {
 }
 
 bool SameFolder(const std::filesystem::path& datasets, const std::filesystem::path& soundings) {
-  std::error_code failed;
-  if (std::filesystem::equivalent(datasets, soundings, failed)) return true;
+  if (AreOne(datasets, soundings)) return true;
   // Not every system compares folders so; a separator at the end says nothing.
   const auto plain = [](const std::filesystem::path& folder) {
     const std::filesystem::path normal = NormalPath(folder);

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "core/files.h"
+#include "core/platform.h"
 
 namespace vexa::download {
 namespace {
@@ -104,8 +105,7 @@ std::optional<Fault> Cache::Store(const std::string& address, const std::string&
   if (address.find('\n') != std::string::npos) {
     return Fault{kFaultBadUrl, "Store", "an address of several lines"};
   }
-  std::error_code failed;
-  fs::create_directories(folder_, failed);
+  const std::error_code failed = MakeFolders(folder_);
   if (failed) return Fault{FaultNumber(failed), "Store", TextFromPath(folder_)};
   const auto number = [](std::int64_t value) { return std::to_string(value); };
   return SaveFile(PathOf(address),
@@ -114,16 +114,14 @@ std::optional<Fault> Cache::Store(const std::string& address, const std::string&
 }
 
 void Cache::Sweep(Instant now) const {
-  std::error_code failed;
   std::vector<fs::path> old;
-  for (fs::directory_iterator at(folder_, failed), end; !failed && at != end;
-       at.increment(failed)) {
-    if (at->path().extension() != kExtension) continue;
-    const Outcome<std::string> text = ReadFile(at->path());
+  for (const FolderEntry& entry : EntriesOf(folder_)) {
+    if (entry.Path.extension() != kExtension) continue;
+    const Outcome<std::string> text = ReadFile(entry.Path);
     const std::optional<Kept> kept = text ? ReadKept(text.Value()) : std::nullopt;
-    if (!kept || kept->Until <= now) old.push_back(at->path());
+    if (!kept || kept->Until <= now) old.push_back(entry.Path);
   }
-  for (const fs::path& path : old) fs::remove(path, failed);
+  for (const fs::path& path : old) Remove(path);
   RemoveLeftovers(folder_);
 }
 

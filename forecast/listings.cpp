@@ -1,6 +1,7 @@
 #include "forecast/listings.h"
 
 #include "core/numbers.h"
+#include "core/platform.h"
 #include "core/record_text.h"
 #include "core/units.h"
 
@@ -83,8 +84,7 @@ std::string StepText(const ForecastStep& step) {
 
 std::optional<Fault> SaveWorkFiles(const std::filesystem::path& folder, const Region& region,
                                    FileOps& ops) {
-  std::error_code failed;
-  std::filesystem::create_directories(folder, failed);
+  const std::error_code failed = MakeFolders(folder);
   if (failed) return Fault{FaultNumber(failed), "SaveWorkFiles", TextFromPath(folder)};
   std::string list = std::string(kListHeader) + "\n" + std::string(kListRule) + "\n";
   for (std::size_t i = 0; i < region.Near.size(); ++i) {
@@ -96,8 +96,8 @@ std::optional<Fault> SaveWorkFiles(const std::filesystem::path& folder, const Re
   };
   if (auto fault = save(kFoundInRange, list)) return fault;
   if (auto fault = save(kFoundFiles, RecordsOf(region, false))) return fault;
-  const bool isOneFile = std::filesystem::equivalent(folder / PathFromText(kFoundInRange),
-                                                     folder / PathFromText(kCandidates), failed);
+  const bool isOneFile =
+      AreOne(folder / PathFromText(kFoundInRange), folder / PathFromText(kCandidates));
   return save(isOneFile ? kCandidatesElse : kCandidates, RecordsOf(region, true));
 }
 

@@ -3,8 +3,10 @@
 #include <memory>
 
 #include "analysis/interpolate.h"
+#include "core/files.h"
 #include "core/markers.h"
 #include "core/numbers.h"
+#include "core/platform.h"
 #include "core/raw_file.h"
 
 namespace vexa::forecast {
@@ -89,8 +91,7 @@ std::vector<std::string> Existing(const std::filesystem::path& folder,
                                   const std::vector<SeriesFile>& files) {
   std::vector<std::string> there;
   for (const SeriesFile& file : files) {
-    std::error_code ignored;
-    if (std::filesystem::exists(folder / PathFromText(file.Name), ignored)) {
+    if (IsThere(folder / PathFromText(file.Name))) {
       there.push_back(file.Name);
     }
   }
@@ -109,8 +110,7 @@ Box ExistsBox(const std::vector<std::string>& names) {
 
 std::optional<Fault> SaveTogether(const std::filesystem::path& folder,
                                   const std::vector<SeriesFile>& files, FileOps& ops) {
-  std::error_code failed;
-  std::filesystem::create_directories(folder, failed);
+  const std::error_code failed = MakeFolders(folder);
   if (failed) return Fault{FaultNumber(failed), "SaveTogether", TextFromPath(folder)};
   std::vector<std::unique_ptr<AtomicFile>> all;
   for (const SeriesFile& file : files) {

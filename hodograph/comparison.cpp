@@ -6,6 +6,7 @@
 
 #include "core/files.h"
 #include "core/numbers.h"
+#include "core/platform.h"
 #include "core/user_file.h"
 
 namespace vexa::hodograph {
@@ -16,8 +17,7 @@ constexpr std::string_view kLineEnd = "\r\n";
 
 std::optional<Fault> MakeFolder(const std::filesystem::path& root) {
   const std::filesystem::path folder = root / kCalculationsFolder;
-  std::error_code error;
-  std::filesystem::create_directories(folder, error);
+  const std::error_code error = MakeFolders(folder);
   if (error) {
     return Fault{FaultNumber(error), "SaveCalculation",
                  TextFromPath(folder) + ": " + error.message()};

@@ -85,11 +85,10 @@ SourceText Joined(std::vector<SourceText> parts) {
 }
 
 std::optional<std::chrono::sys_days> DayWritten(const std::filesystem::path& path) {
-  std::error_code failed;
-  const auto written = std::filesystem::last_write_time(path, failed);
-  if (failed) return std::nullopt;
+  const std::optional<FileStamp> stamp = StampOf(path);
+  if (!stamp) return std::nullopt;
   // The file system's clock has an epoch of its own; both are read at the same moment.
-  const auto age = std::filesystem::file_time_type::clock::now() - written;
+  const auto age = std::filesystem::file_time_type::clock::now() - stamp->Written;
   return std::chrono::floor<std::chrono::days>(
       std::chrono::system_clock::now() -
       std::chrono::duration_cast<std::chrono::system_clock::duration>(age));

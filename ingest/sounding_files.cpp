@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <string>
-#include <system_error>
+#include <utility>
 
 #include "core/files.h"
 #include "core/platform.h"
@@ -13,25 +13,26 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr auto kPassingOver = fs::directory_options::skip_permission_denied;
-
 bool IsHidden(const fs::path& path) {
   return TextFromPath(path.filename()).starts_with('.');
 }
 
-template <class Iterator>
-std::vector<fs::path> OrdinaryFiles(const fs::path& folder) {
-  std::error_code failed;
-  std::vector<fs::path> files;
-  const fs::path start = ReachablePath(folder);
-  for (Iterator at(start, kPassingOver, failed), end; !failed && at != end; at.increment(failed)) {
-    std::error_code ignored;
-    const bool isHidden = IsHidden(at->path());
-    if constexpr (requires { at.disable_recursion_pending(); }) {
-      if (isHidden) at.disable_recursion_pending();
+enum class Depth { Folder, Below };
+
+void AppendOrdinaryFiles(const fs::path& folder, Depth depth, std::vector<fs::path>& files) {
+  for (FolderEntry& entry : EntriesOf(folder)) {
+    if (IsHidden(entry.Path)) continue;
+    if (entry.Type == fs::file_type::directory) {
+      if (depth == Depth::Below) AppendOrdinaryFiles(entry.Path, depth, files);
+    } else if (IsOrdinaryFile(entry.Path)) {
+      files.push_back(std::move(entry.Path));
     }
-    if (!isHidden && at->is_regular_file(ignored)) files.push_back(at->path());
   }
+}
+
+std::vector<fs::path> OrdinaryFiles(const fs::path& folder, Depth depth) {
+  std::vector<fs::path> files;
+  AppendOrdinaryFiles(folder, depth, files);
   std::ranges::sort(files);
   return files;
 }
@@ -39,13 +40,12 @@ std::vector<fs::path> OrdinaryFiles(const fs::path& folder) {
 }  // namespace
 
 std::vector<fs::path> FilesBelow(const fs::path& given) {
-  std::error_code failed;
-  if (!fs::is_directory(ReachablePath(given), failed)) return {given};
-  return OrdinaryFiles<fs::recursive_directory_iterator>(given);
+  if (!IsFolder(given)) return {given};
+  return OrdinaryFiles(given, Depth::Below);
 }
 
 std::vector<fs::path> FilesIn(const fs::path& folder) {
-  return OrdinaryFiles<fs::directory_iterator>(folder);
+  return OrdinaryFiles(folder, Depth::Folder);
 }
 
 bool HoldsSounding(const fs::path& file) {

@@ -3,14 +3,16 @@
 #include <zlib.h>
 
 #include <algorithm>
-#include <fstream>
+#include <cstdio>
+#include <memory>
 #include <string_view>
-#include <system_error>
 #include <utility>
 
 #include "core/files.h"
 #include "core/gzip.h"
 #include "core/numbers.h"
+#include "core/path_forms.h"
+#include "core/platform.h"
 #include "ingest/archive.h"
 #include "ingest/decoder.h"
 #include "ingest/unpack.h"
@@ -51,7 +53,7 @@ class RunningBytes {
 
 inline gzFile OpenGzip(const std::filesystem::path& path) {
 #ifdef _WIN32
-  return gzopen_w(path.c_str(), "rb");
+  return gzopen_w(LongForm(path).c_str(), "rb");
 #else
   return gzopen(path.c_str(), "rb");
 #endif
@@ -162,10 +164,9 @@ namespace {
 
 // As they stand in the file, packed or not.
 std::string FirstBytes(const std::filesystem::path& file) {
+  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> stream(OpenFile(file, "rb"), std::fclose);
   std::string bytes(4, '\0');
-  std::ifstream stream(file, std::ios::binary);
-  stream.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-  bytes.resize(static_cast<std::size_t>(stream.gcount()));
+  bytes.resize(stream ? std::fread(bytes.data(), 1, bytes.size(), stream.get()) : 0);
   return bytes;
 }
 
@@ -213,7 +214,10 @@ struct SourceStream::State {
 
   std::optional<Fault> OpenArchive() {
     int error = 0;
-    if (HasZip()) Zip.reset(zip_open(TextFromPath(File).c_str(), ZIP_RDONLY, &error));
+    const std::u8string name = LongForm(File).u8string();
+    if (HasZip()) {
+      Zip.reset(zip_open(reinterpret_cast<const char*>(name.c_str()), ZIP_RDONLY, &error));
+    }
     if (!Zip) return ReadWhole();  // which says why
     Members =
         static_cast<zip_uint64_t>(std::max<zip_int64_t>(0, zip_get_num_entries(Zip.get(), 0)));
@@ -335,13 +339,13 @@ Outcome<SourceStream> SourceStream::Open(const std::filesystem::path& file, std:
   state->Name = TextFromPath(file.filename());
   state->Piece = piece;
   const std::string opening = FirstBytes(file);
-  std::error_code failed;
-  const std::uintmax_t size = std::filesystem::file_size(file, failed);
+  const std::optional<FileStamp> stamp = StampOf(file);
   const bool isGzip = opening.starts_with(kGzipMark);
   std::optional<Fault> fault;
-  if (!failed && !isGzip && IsPacked(opening)) {
+  if (stamp && !isGzip && IsPacked(opening)) {
     fault = state->OpenArchive();
-  } else if (!failed && (isGzip || size > piece)) {  // a gzip stream's length shows when unpacked
+  } else if (stamp &&
+             (isGzip || stamp->Size > piece)) {  // a gzip stream's length shows when unpacked
     fault = state->OpenBytes(TextFromPath(isGzip ? file.stem() : file.filename()));
   } else {
     fault = state->ReadWhole();

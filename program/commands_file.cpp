@@ -41,17 +41,16 @@ std::string OpenFilter() {
 void SortForStepping(std::vector<std::filesystem::path>& paths, const SystemOptions& set) {
   namespace fs = std::filesystem;
   const auto precedes = [&set](const fs::path& a, const fs::path& b) {
-    std::error_code ignored;
     switch (set.SortMode) {
       case FileOrder::Date: {
-        const auto first = fs::last_write_time(a, ignored);
-        const auto second = fs::last_write_time(b, ignored);
+        const auto first = StampOf(a).value_or(FileStamp{}).Written;
+        const auto second = StampOf(b).value_or(FileStamp{}).Written;
         if (first != second) return first < second;
         break;
       }
       case FileOrder::Size: {
-        const auto first = fs::file_size(a, ignored);
-        const auto second = fs::file_size(b, ignored);
+        const auto first = StampOf(a).value_or(FileStamp{}).Size;
+        const auto second = StampOf(b).value_or(FileStamp{}).Size;
         if (first != second) return first < second;
         break;
       }
@@ -157,8 +156,7 @@ std::vector<std::filesystem::path> FilesIn(Program& program,
                                            const std::vector<std::filesystem::path>& given) {
   std::vector<std::filesystem::path> files;
   for (const std::filesystem::path& path : given) {
-    std::error_code failed;
-    if (!std::filesystem::is_directory(path, failed)) {
+    if (!IsFolder(path)) {
       files.push_back(path);
       continue;
     }

@@ -49,8 +49,7 @@ std::string ProfileEdit(int before, int after, std::string_view what, Same same)
 
 // True for a file that may become a native one: none is there, or a native one.
 bool MayWriteNative(const fs::path& path) {
-  std::error_code ignored;
-  if (!fs::exists(path, ignored)) return true;
+  if (!IsThere(path)) return true;
   const Outcome<std::string> text = ReadFile(path);
   return text && RecogniseRaw(text.Value()).has_value();
 }
@@ -76,11 +75,10 @@ std::optional<fs::path> AskForName(Program& program) {
                                        .Saving = true});
   if (!chosen) return std::nullopt;
   fs::path path = PathFromText(*chosen);
-  std::error_code ignored;
   if (!path.has_extension()) {
     path += ".RAW";
     // The dialog has asked about the name as it was typed only.
-    if (fs::exists(path, ignored) && MayWriteNative(path) &&
+    if (IsThere(path) && MayWriteNative(path) &&
         program.Doc.Report({kFaultFileExists, "SaveSounding", "", TextFromPath(path.filename())}) !=
             Answer::Yes) {
       return std::nullopt;
@@ -105,8 +103,7 @@ bool SaveSounding(Program& program) {
 // A native file that the sounding came from is written anew; all else gets a name first.
 bool SaveAlteredSounding(Program& program) {
   const fs::path path = program.Current.FilePath();
-  std::error_code ignored;
-  if (program.Doc.AsLoaded() && fs::exists(path, ignored) && MayWriteNative(path) &&
+  if (program.Doc.AsLoaded() && IsThere(path) && MayWriteNative(path) &&
       MayReplaceOnDisk(program)) {
     return SaveTo(program, path);
   }

@@ -13,6 +13,7 @@
 #include "core/error_report.h"
 #include "core/files.h"
 #include "core/numbers.h"
+#include "core/platform.h"
 #include "sounding/analysed_sounding.h"
 
 namespace vexa {
@@ -124,8 +125,7 @@ std::optional<Fault> NoInput(const ExportRequest& request,
                              std::initializer_list<std::filesystem::path> outputs) {
   for (const std::filesystem::path& output : outputs) {
     for (const std::string& file : request.Files) {
-      std::error_code failed;  // a file that does not exist is not the other one
-      if (!std::filesystem::equivalent(PathFromText(file), output, failed)) continue;
+      if (!AreOne(PathFromText(file), output)) continue;
       return Fault{kFaultBadFileName, "ExportBatch",
                    TextFromPath(output) + " is a file to read and would be lost",
                    TextFromPath(output)};

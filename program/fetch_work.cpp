@@ -10,6 +10,7 @@
 #include "core/folders.h"
 #include "core/letter_case.h"
 #include "core/numbers.h"
+#include "core/platform.h"
 #include "core/raw_file.h"
 #include "sounding/sounding_source.h"
 
@@ -119,8 +120,7 @@ Outcome<download::SourceList> LoadSourcesFile(const fs::path& path) {
 
 Outcome<download::SourceList> LoadSources(const fs::path& root, const fs::path& programFolder) {
   const fs::path path = root / download::kSourcesFileName;
-  std::error_code ignored;
-  if (!root.empty() && fs::exists(path, ignored)) return LoadSourcesFile(path);
+  if (!root.empty() && IsThere(path)) return LoadSourcesFile(path);
   const fs::path shipped = ShippedFile(programFolder, download::kSourcesFileName);
   if (!shipped.empty()) return LoadSourcesFile(shipped);
   return Fault{kFaultFileNotFound, "LoadSources",
@@ -262,10 +262,9 @@ Outcome<SavedSounding> FetchWork::SaveAnswer(const download::BatchPlan& plan,
     return notSaved({kFaultTooFewLevels, "Save", "winds alone cannot be kept in a native file"});
   }
   const std::string bytes = isNative ? WriteRaw(sounding.Record) : body;
-  std::error_code ignored;  // saving tells of it
-  if (!folder.empty()) fs::create_directories(folder, ignored);
+  if (!folder.empty()) MakeFolders(folder);
   const Outcome<std::string> there = ReadFile(path);
-  const bool isOther = fs::exists(path, ignored) && !(there && there.Value() == bytes);
+  const bool isOther = IsThere(path) && !(there && there.Value() == bytes);
   if (isOther && !watch_.MayReplace) path = BesideOf(path, bytes);
   if (isOther && watch_.MayReplace && !watch_.MayReplace(path)) {
     return notSaved({kFaultFileExists, "Save",

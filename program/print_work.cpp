@@ -59,9 +59,7 @@ constexpr PrintText kTexts[] = {
     {"NotePad", DecodedLines, HasSounding},
     {"NoteRaw", RawLines,
      [](const Program& program) {
-       std::error_code ignored;
-       return !program.Current.FileName.empty() &&
-              std::filesystem::is_regular_file(program.Current.FilePath(), ignored);
+       return !program.Current.FileName.empty() && IsOrdinaryFile(program.Current.FilePath());
      }},
     {"Notes", NoteLines, HasSounding},
 };

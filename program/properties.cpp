@@ -42,13 +42,12 @@ std::string Span(const Levels<double>& values, std::string_view unit) {
 std::vector<std::pair<std::string, std::string>> PropertiesOf(const Program& program) {
   const SoundingRecord& record = program.Current.Record;
   const std::filesystem::path path = program.Current.FilePath();
-  std::error_code absent;
-  const std::uintmax_t bytes = std::filesystem::file_size(path, absent);
+  const std::optional<FileStamp> onDisk = StampOf(path);
   const auto& dewpts = record.Dewpt.Values();
   return {
       {"File", program.Current.FileName},
       {"Folder", TextFromPath(program.Current.DataFolder)},
-      {"Size", absent ? "not saved" : Shortest(static_cast<double>(bytes)) + " bytes"},
+      {"Size", !onDisk ? "not saved" : Shortest(static_cast<double>(onDisk->Size)) + " bytes"},
       {"Data format", record.DataFormat},
       {"Station", record.StationTitle},
       {"Station number", record.WmoNumber == 0 ? "not known" : Mask(record.WmoNumber, "00000")},

@@ -175,8 +175,7 @@ Changes TakeUp(Program& program, Session session) {
   Changes changes{.View = true};
   if (session.Files.empty()) return {};
   const std::filesystem::path file = PathFromText(session.Files.front());
-  std::error_code ignored;
-  const bool isThere = std::filesystem::exists(file, ignored);
+  const bool isThere = IsThere(file);
   const bool loaded = (isThere || !session.Edited) && LoadAgain(program, session, file);
   if (session.Edited && loaded) {
     AdoptEdit(program, *std::move(session.Edited), "edits before the crash");
@@ -210,8 +209,7 @@ std::optional<Fault> KeepSessionAtEnd(Program& program) {
   const std::filesystem::path& file = SessionFile(program);
   if (file.empty()) return std::nullopt;
   Session session = SessionOf(program);
-  std::error_code ignored;
-  const bool isThere = session.Files.empty() || std::filesystem::exists(file, ignored);
+  const bool isThere = session.Files.empty() || IsThere(file);
   if (isThere && program.KeptSession && *program.KeptSession == session) return std::nullopt;
   std::optional<Fault> fault =
       session.Files.empty() ? ForgetSession(file) : SaveSession(file, session);

@@ -3,6 +3,7 @@
 #include <system_error>
 
 #include "analysis/severe_table.h"
+#include "core/files.h"
 
 namespace vexa {
 
@@ -11,9 +12,8 @@ std::filesystem::path SevereTablePath(const Program& program) {
 }
 
 void LoadSevereTable(Program& program) {
-  std::error_code ignored;
   const std::filesystem::path path = SevereTablePath(program);
-  if (!std::filesystem::exists(path, ignored)) return;
+  if (!IsThere(path)) return;
   const Outcome<analysis::SevereTable> table = analysis::RestoreTable(path);
   if (table) {
     program.Severe = table.Value();

@@ -44,8 +44,7 @@ bool CanWrite(const std::filesystem::path& folder) {
   if (file == nullptr) return false;
   const bool wrote = std::fputs("test", file) >= 0;
   const bool closed = std::fclose(file) == 0;
-  std::error_code ignored;
-  std::filesystem::remove(path, ignored);
+  Remove(path);
   return wrote && closed;
 }
 
@@ -58,10 +57,8 @@ void FindFolders(Program& program, const StartArguments& arguments) {
 // The help text lies in the program folder, where a user may translate it; else the shipped one.
 void FindHelp(Program& program, const StartArguments& arguments) {
   FindFolders(program, arguments);
-  std::error_code ignored;
   const std::filesystem::path own = program.Where.Root / kHelpFile;
-  program.HelpFile =
-      std::filesystem::exists(own, ignored) ? own : ShippedFile(arguments.ProgramFolder, kHelpFile);
+  program.HelpFile = IsThere(own) ? own : ShippedFile(arguments.ProgramFolder, kHelpFile);
 }
 
 template <SettingsFile kFile>
@@ -104,8 +101,7 @@ void Bring(Program& program, const StartArguments& arguments, std::string_view n
 void ReadStationList(Program& program, const StartArguments& arguments) {
   Bring(program, arguments, kStationFileName);
   Bring(program, arguments, mountainwave::kMountainFileName);
-  std::error_code ignored;
-  if (!std::filesystem::exists(program.Where.Root / kStationFileName, ignored)) return;
+  if (!IsThere(program.Where.Root / kStationFileName)) return;
   CurrentSounding beside = program.Doc.Beside();
   if (LoadStations(beside, program.Where.Root, program.Stations) == Status::Ok) {
     ConvertStationFile(beside, program.Where.Root, program.Stations);

@@ -272,8 +272,7 @@ Changes ToggleReference(Program& program) {
   ViewState& view = program.View;
   if (!view.ShowsReference && !view.Reference) {
     std::filesystem::path path = program.Where.Reference / kReferenceSounding;
-    std::error_code ignored;
-    if (!std::filesystem::exists(path, ignored)) {
+    if (!IsThere(path)) {
       const auto name = program.Current.Ask->ChooseFile(QuestionFor(program, "Reference Sounding"));
       if (!name) return {};
       path = PathFromText(*name);

@@ -227,9 +227,8 @@ std::optional<WaveSounding> SoundingOf(const WaveState& state, const std::filesy
   if (state.Sounding.empty()) return std::nullopt;
   const auto in = [&file](std::string_view name) { return PathBelow(file.parent_path(), name); };
   WaveSounding sounding{in(state.Sounding)};
-  std::error_code ignored;
   const std::size_t mark = state.Sounding.rfind('#');
-  if (std::filesystem::exists(sounding.File, ignored) || mark == std::string::npos) return sounding;
+  if (IsThere(sounding.File) || mark == std::string::npos) return sounding;
   const auto number = ParseWhole(std::string_view(state.Sounding).substr(mark + 1));
   if (!number || *number < 1) return sounding;
   return WaveSounding{in(std::string_view(state.Sounding).substr(0, mark)), *number - 1};

@@ -12,6 +12,7 @@
 #include "core/files.h"
 #include "core/markers.h"
 #include "core/numbers.h"
+#include "core/platform.h"
 #include "program/command_line.h"
 #include "report/netcdf_file.h"
 #include "report/values.h"
@@ -147,8 +148,7 @@ struct ProfilesNetcdf::Made {
     Define(settings);
   }
   ~Made() {
-    std::error_code ignored;
-    if (!IsDone) std::filesystem::remove(Making, ignored);
+    if (!IsDone) Remove(Making);
   }
 
   int Define(std::string_view name, nc_type type, int dimension, std::string_view standard,
@@ -286,9 +286,8 @@ struct ProfilesNetcdf::Made {
   std::optional<Fault> End() {
     Flush();
     if (const auto closed = File.Close(); !closed) return closed.Error();
-    std::error_code failed;
-    std::filesystem::rename(Making, Path, failed);
-    if (failed) return Fault{FaultNumber(failed), "ProfilesNetcdf", failed.message()};
+    if (const std::error_code failed = RenameOver(Making, Path))
+      return Fault{FaultNumber(failed), "ProfilesNetcdf", failed.message()};
     IsDone = true;
     return std::nullopt;
   }

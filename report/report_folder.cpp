@@ -8,6 +8,7 @@
 #include "config/settings_report.h"
 #include "core/files.h"
 #include "core/numbers.h"
+#include "core/platform.h"
 #include "core/raw_file.h"
 #include "output/listings.h"
 #include "program/command_line.h"
@@ -80,15 +81,14 @@ std::vector<ReportFile> FilesOf(const ReportSource& from) {
       {"diagram.png", [picture] { return picture("png"); }},
   };
   for (const output::ListingRow& row : output::Listings()) {
-    files.push_back(
-        {std::string(row.File), [&program, &row]() -> Outcome<std::string> {
-           const output::ListingSource source{program.Current.Record, program.Results, program.Set,
-                                              MountainsNow(program)};
-           output::ListingLines lines = output::PageHeader(source, {});
-           lines.emplace_back();
-           for (std::string& line : row.Make(source)) lines.push_back(std::move(line));
-           return output::ListingFileText(lines);
-         }});
+    files.push_back({std::string(row.File), [&program, &row]() -> Outcome<std::string> {
+                       const output::ListingSource source{program.Current.Record, program.Results,
+                                                          program.Set, MountainsNow(program)};
+                       output::ListingLines lines = output::PageHeader(source, {});
+                       lines.emplace_back();
+                       for (std::string& line : row.Make(source)) lines.push_back(std::move(line));
+                       return output::ListingFileText(lines);
+                     }});
   }
   return files;
 }
@@ -97,17 +97,18 @@ std::vector<ReportFile> FilesOf(const ReportSource& from) {
 class NewFolders {
  public:
   ~NewFolders() {
-    std::error_code ignored;
-    for (auto made = made_.rbegin(); made != made_.rend(); ++made) fs::remove(*made, ignored);
+    for (auto made = made_.rbegin(); made != made_.rend(); ++made) Remove(*made);
   }
   std::optional<Fault> Make(const fs::path& folder) {
-    std::error_code failed;
-    if (fs::is_directory(folder, failed)) return std::nullopt;
+    if (IsFolder(folder)) return std::nullopt;
     if (folder.has_parent_path() && folder.parent_path() != folder) {
       if (auto fault = Make(folder.parent_path())) return fault;
     }
-    if (fs::create_directory(folder, failed)) made_.push_back(folder);
-    if (!failed) return std::nullopt;
+    const std::error_code failed = MakeFolders(folder);
+    if (!failed) {
+      made_.push_back(folder);
+      return std::nullopt;
+    }
     return Fault{FaultNumber(failed), "WriteReport", TextFromPath(folder) + ": " + failed.message(),
                  TextFromPath(folder.filename())};
   }
@@ -143,8 +144,7 @@ std::optional<Fault> WriteReport(const Program& program, const fs::path& folder,
     if (auto fault = here.Write(bytes.Value())) return fault;
     if (auto fault = here.Settle()) return fault;
   }
-  std::error_code failed;
-  fs::remove(folder / kVersionsName, failed);
+  const std::error_code failed = Remove(folder / kVersionsName);
   if (failed) {
     return Fault{FaultNumber(failed), "WriteReport",
                  TextFromPath(folder) + ": " + failed.message()};

@@ -40,14 +40,13 @@ Outcome<SourceText> Guarding(Read read) {
 
 // "FILE#3", where there is no file of this very name.
 std::optional<Source> NamedSounding(const std::filesystem::path& file) {
-  std::error_code failed;
-  if (std::filesystem::exists(file, failed)) return std::nullopt;
+  if (IsThere(file)) return std::nullopt;
   const std::string name = TextFromPath(file);
   const std::size_t mark = name.rfind('#');
   if (mark == std::string::npos || mark == 0) return std::nullopt;
   const std::optional<int> number = ParseWhole(std::string_view(name).substr(mark + 1));
   Source source{.File = PathFromText(std::string_view(name).substr(0, mark))};
-  if (!number || *number < 1 || !std::filesystem::exists(source.File, failed)) return std::nullopt;
+  if (!number || *number < 1 || !IsThere(source.File)) return std::nullopt;
   source.Index = *number - 1;
   return source;
 }

@@ -9,6 +9,7 @@
 #include <map>
 #include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "support/soundings.h"
@@ -84,6 +85,27 @@ std::vector<Include> IncludesOf(const fs::path& file) {
   return includes;
 }
 
+// The standard library knows no long paths on some systems, so that files are asked for, listed,
+// made and removed through the core's platform alone. What of it stands in a line; empty when
+// nothing.
+std::string AsksTheLibrary(const std::string& line) {
+  if (line.starts_with("#include <fstream>")) return line;
+  static const std::string kAsking[] = {
+      "exists(",      "is_directory(",    "is_regular_file(",  "is_symlink(",
+      "file_size(",   "last_write_time(", "create_directory(", "create_directories(",
+      "remove(",      "remove_all(",      "rename(",           "directory_iterator",
+      "permissions(", "status(",          "copy_file(",        "equivalent(",
+      "is_empty(",    "symlink_status(",  "create_symlink(",   "recursive_directory_iterator"};
+  for (std::size_t at = line.find("fs::"); at != std::string::npos;
+       at = line.find("fs::", at + 1)) {
+    const std::string_view call = std::string_view(line).substr(at + 4);
+    for (const std::string& name : kAsking) {
+      if (call.starts_with(name)) return name;
+    }
+  }
+  return {};
+}
+
 // Why an include has no place in a folder; empty when it has.
 std::string Objection(const std::string& folder, const Include& include) {
   const std::string target = FolderOf(include.Name);
@@ -118,6 +140,26 @@ TEST(Architecture, FoldersBuildOneWay) {
   }
   EXPECT_GT(files, 30);
   EXPECT_GT(includes, 100);
+}
+
+TEST(Architecture, FilesAreAskedForInOnePlace) {
+  const fs::path root = vexa::test::SourceFolder();
+  for (const auto& [folder, basis] : kBuildsOn) {
+    for (const auto& entry : fs::directory_iterator(root / folder)) {
+      const std::string name = entry.path().filename().string();
+      const bool isSource = name.ends_with(".h") || name.ends_with(".cpp");
+      if (!isSource || name.starts_with("platform")) continue;
+      std::ifstream stream(entry.path());
+      for (std::string line; std::getline(stream, line);) {
+        if (const std::size_t at = line.find("std::filesystem::"); at != std::string::npos) {
+          line.replace(at, 17, "fs::");
+        }
+        EXPECT_EQ(AsksTheLibrary(line), "") << folder << '/' << name;
+      }
+    }
+  }
+  EXPECT_NE(AsksTheLibrary("  if (fs::exists(path, ignored)) return;"), "");
+  EXPECT_NE(AsksTheLibrary("#include <fstream>"), "");
 }
 
 TEST(Architecture, TheRulesRefuseWhatTheyShould) {

@@ -284,9 +284,9 @@ TEST(Paths, AServerOutlivesShortening) {
             kHasServers ? R"(\\server\share\b\c.RAW)" : "/server/share/b/c.RAW");
   if (!kHasServers) return;
   const std::string deep = R"(\\server\share\)" + std::string(250, 'x');
-  EXPECT_EQ(ReachablePath(PathFromText(deep)).native(),
+  EXPECT_EQ(LongForm(PathFromText(deep)).native(),
             PathFromText(R"(\\?\UNC)" + deep.substr(1)).native());
-  EXPECT_EQ(TextFromPath(ReachablePath(PathFromText(deep))), deep);
+  EXPECT_EQ(TextFromPath(LongForm(PathFromText(deep))), deep);
 }
 
 // Longer than the 260 characters that some systems take without further ado, with umlauts and
@@ -307,14 +307,39 @@ TEST(Paths, LongOnesAreReachedAndNamedPlainly) {
   EXPECT_TRUE(StampOf(file));
   const fs::path missing = file.parent_path() / "none.RAW";
   EXPECT_EQ(ReadFile(missing).Error().Detail, TextFromPath(missing) + ": not found");
-  // One after the other: the standard library of some systems lists no folder of so long a path.
-  std::error_code ignored;
-  const Folders made = FoldersBelow(deep);
-  for (const fs::path& part : {file, made.Data, made.CrossSection, made.Export, made.Forecast}) {
-    fs::remove(ReachablePath(part), ignored);
-  }
-  for (; deep != folder.Path(); deep = deep.parent_path()) fs::remove(ReachablePath(deep), ignored);
+  const std::vector<FolderEntry> entries = EntriesOf(file.parent_path());
+  ASSERT_EQ(entries.size(), 1U);
+  EXPECT_EQ(entries[0].Path, file);
+  EXPECT_EQ(entries[0].Type, fs::file_type::regular);
+  EXPECT_TRUE(Remove(deep)) << "a folder that holds something";
+  EXPECT_FALSE(Remove(file));
+  EXPECT_FALSE(Remove(file)) << "it is gone already";
+  EXPECT_FALSE(IsThere(file));
+  for (const FolderEntry& entry : EntriesOf(deep)) EXPECT_FALSE(Remove(entry.Path));
+  for (; deep != folder.Path(); deep = deep.parent_path()) EXPECT_FALSE(Remove(deep));
   EXPECT_TRUE(fs::is_empty(folder.Path()));
+}
+
+// A link is what it leads to for who reads, itself for who lists or removes.
+TEST(Paths, LinksAreFollowedButNotListedAsWhatTheyLeadTo) {
+  const test::TemporaryFolder folder;
+  const fs::path file = folder.Path() / "a.RAW";
+  const fs::path link = folder.Path() / "b.RAW";
+  ASSERT_FALSE(SaveFile(file, "text"));
+  std::error_code failed;
+  fs::create_symlink(file, link, failed);
+  if (failed) GTEST_SKIP() << "links need a right here: " << failed.message();
+  EXPECT_TRUE(IsOrdinaryFile(link));
+  EXPECT_EQ(StampOf(link), StampOf(file));
+  EXPECT_EQ(OwnFactsOf(link, failed).Status.type(), fs::file_type::symlink);
+  for (const FolderEntry& entry : EntriesOf(folder.Path())) {
+    EXPECT_EQ(entry.Type == fs::file_type::symlink, entry.Path == link);
+  }
+  EXPECT_FALSE(Remove(file));
+  EXPECT_FALSE(IsThere(link)) << "it leads nowhere";
+  EXPECT_EQ(FactsOf(link, failed).Status.type(), fs::file_type::not_found);
+  EXPECT_FALSE(Remove(link));
+  EXPECT_TRUE(EntriesOf(folder.Path()).empty());
 }
 
 // Where a reader keeps others from replacing its file the save fails in words, and nothing is lost.
