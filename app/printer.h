@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <QPagedPaintDevice>
+#include <QString>
 
 class QWidget;
 
@@ -14,6 +15,8 @@ class Printer {
  public:
   virtual ~Printer() = default;
   virtual QPagedPaintDevice& Device() = 0;
+  /// What the list of waiting jobs is to call the pages.
+  virtual void Name(const QString& job) = 0;
   /// Asks which printer it is to be, and how; false when the user cancels.
   virtual bool Choose(QWidget* parent) = 0;
   virtual void Abort() = 0;

@@ -9,6 +9,7 @@ namespace {
 class PlatformPrinter : public vexa::Printer {
  public:
   QPagedPaintDevice& Device() override { return printer_; }
+  void Name(const QString& job) override { printer_.setDocName(job); }
   bool Choose(QWidget* parent) override {
     return QPrintDialog(&printer_, parent).exec() == QDialog::Accepted;
   }

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "app/printer.h"
+#include "app/qt_text.h"
 #include "core/error_report.h"
 #include "core/files.h"
 #include "output/paint/print.h"
@@ -62,6 +63,7 @@ bool PrintSheets(Program& program, const std::vector<Picture>& pages, QWidget* p
     TellOfPrinting(program, paint::PaperRefused());
     return false;
   }
+  printer->Name(ToQString("VEXA " + program.Current.FileName));
   if (!printer->Choose(parent)) {
     TellOfPrinting(program, {kFaultPrinter, "PrintSheets", paint::kPrintCancelled});
     return false;

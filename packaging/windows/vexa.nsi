@@ -34,6 +34,7 @@ VIAddVersionKey LegalCopyright "Copyright 2026 The VEXA developers, MIT license"
 
 !define MUI_ICON "${ICON}"
 !define MUI_UNICON "${ICON}"
+!define MUI_COMPONENTSPAGE_SMALLDESC  ; below a list that is as wide as the window
 !insertmacro MUI_PAGE_LICENSE "${FILES}/LICENSE.txt"
 !insertmacro MULTIUSER_PAGE_INSTALLMODE
 !insertmacro MUI_PAGE_COMPONENTS
@@ -70,7 +71,7 @@ FunctionEnd
   ${EndIf}
 !macroend
 
-Section "VEXA" SecProgram
+Section "VEXA, the program" SecProgram
   SectionIn RO
   !insertmacro StopIfRunning vexa.exe
   !insertmacro StopIfRunning vexa-cli.exe
@@ -111,6 +112,14 @@ Section "Open .raw soundings with VEXA" SecFiles
   ${RefreshShellIcons}
 SectionEnd
 !endif
+
+!insertmacro MUI_FUNCTION_DESCRIPTION_BEGIN
+  !insertmacro MUI_DESCRIPTION_TEXT ${SecProgram} "The program, its command line vexa-cli and its list of stations."
+  !ifdef WINDOW
+  !insertmacro MUI_DESCRIPTION_TEXT ${SecMenu} "VEXA and its uninstaller in the start menu."
+  !insertmacro MUI_DESCRIPTION_TEXT ${SecFiles} "A double click on a .raw file opens it, unless another program has these files already; then VEXA is among those to choose."
+  !endif
+!insertmacro MUI_FUNCTION_DESCRIPTION_END
 
 Function .onInit
   SetRegView 64
