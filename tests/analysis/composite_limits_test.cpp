@@ -301,6 +301,22 @@ TEST(ContrastLimits, LayersEndBetweenLevels) {
               4e-4);
 }
 
+// Lapse 850-670 hPa plus the depression at 850 less that at 670, rounded.
+TEST(ContrastLimits, HybridMicroburstIndex) {
+  const auto index = [](double at670) {
+    AnalysisResults results;
+    results.Levels = Air({{0, 1000, 30, 10},
+                          {1500, 850, 20, 10},
+                          {3300, 670, at670, at670 - 3},
+                          {5500, 500, -10, -30}});
+    return ValueOf("GOES HMI", results);
+  };
+  EXPECT_EQ(index(5.6), 15);   // 8 + 10 - 3
+  EXPECT_EQ(index(4.78), 15);  // 15.46
+  EXPECT_EQ(index(4.6), 16);   // 15.56
+  EXPECT_EQ(index(0.2), 18);   // 11 + 7
+}
+
 // The dew point of a level between that has none is passed over: depressions of 2 and 20 °C.
 TEST(ContrastLimits, MeanDepressionPassesOverMissingDewPoints) {
   AnalysisResults results;

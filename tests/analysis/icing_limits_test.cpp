@@ -165,6 +165,9 @@ TEST(IcingLayers, NeedTwoLevels) {
   EXPECT_FALSE(FindCarburettorIcing(Air(rows)).empty());
   EXPECT_TRUE(FindCarburettorIcing(Air({rows[0]})).empty());
   EXPECT_TRUE(RuleIcing(Air({{0, 1000, -4, -4}}), {}).empty());
+  EXPECT_FALSE(
+      RuleIcing(Air({{0, 1000, -30, -30}, {1000, 880, -30, -30}, {2000, 780, -10, -10}}), {})
+          .empty());
   EXPECT_FALSE(RuleIcing(Air({{0, 1000, -4, -4}, {1000, 880, -9, -9}}), {}).empty());
 }
 

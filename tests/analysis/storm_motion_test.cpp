@@ -210,6 +210,7 @@ TEST(StormMotion, LayersThatWindsStandFor) {
   // The lowest wind is that of the ground up to 100 m; one more than 1 m below it is not.
   EXPECT_TRUE(MotionOf({{100, 270, 10}, {3000, 270, 20}, {6000, 270, 30}}).Shear6km);
   EXPECT_FALSE(MotionOf({{101, 270, 10}, {3000, 270, 20}, {6000, 270, 30}}).Shear6km);
+  EXPECT_FALSE(MotionOf({{0, 270, 10}, {3000, 270, 20}, {5900, 270, 30}}).Shear6km);
   const auto shear = [](double lowest) {
     const auto found =
         MotionOf({{lowest, 270, 10}, {50, 270, 15}, {3000, 270, 20}, {6000, 270, 30}});

@@ -55,7 +55,8 @@ TEST(DiagramLimits, TemperatureAxisHoldsTheSounding) {
     TempRange Range;
   } cases[] = {{-38, 32.8, {-40, 40}},   {-28, 32.9, {-30, 50}},   {-28.1, 32.9, {-40, 50}},
                {-38.1, 22.8, {-50, 30}}, {-38.1, 22.9, {-50, 40}}, {-48, 12, {-50, 30}},
-               {-60, 40, {-70, 60}},     {10, 60, {-10, 70}},      {-90, -60, {-100, -20}}};
+               {-60, 40, {-70, 60}},     {10, 60, {-10, 70}},      {45, 45, {-20, 60}},
+               {-90, -60, {-100, -20}}};
   for (const auto& c : cases) {
     SCOPED_TRACE(c.Coldest);
     const SoundingRecord sounding =

@@ -170,6 +170,35 @@ TEST(Grid, MixingRatiosAreThoseOfTheirNames) {
   }
 }
 
+// A number stands on the line that it names.
+TEST(Grid, LabelsStandOnTheirLines) {
+  Drawn drawn = OnEmagram();
+  drawn.Set.DryLabel = drawn.Set.SatLabel = drawn.Set.WetLabel = true;
+  const SoundingPlot plot = drawn();
+  const auto each = [&](std::string_view tag, auto&& valueAt) {
+    int count = 0;
+    for (const Item* item : Tagged(plot.Page, tag)) {
+      const Label& label = std::get<Label>(item->Shape);
+      const DiagramCoordinates at = plot.Mapping.ToCoordinates(label.At);
+      const double named = std::stod(label.Text);
+      EXPECT_NEAR(valueAt(at), named, 0.005 * named + 0.3) << tag << ' ' << label.Text;
+      ++count;
+    }
+    EXPECT_GT(count, 4) << tag;
+  };
+  each("dry label", [](const DiagramCoordinates& at) {
+    return (at.Temp + 273.16) * std::pow(1000 / at.Press, 0.2856);
+  });
+  each("mixing ratio label", [](const DiagramCoordinates& at) {
+    const double vapor = analysis::SatVapor(at.Temp);
+    return 621.98 * vapor / (at.Press - vapor);
+  });
+  each("saturation label", [](const DiagramCoordinates& at) {
+    const double thetaE = analysis::ThetaPoint(at.Press, at.Temp).ThetaE;
+    return analysis::LiftSat(thetaE, 1000).Temp;
+  });
+}
+
 TEST(Grid, CurvesHaveTheirValues) {
   Drawn drawn = OnEmagram();
   // In the corners theta is 229.9 K (-40 °C, 1050 hPa) and 604.4 K (40 °C, 100 hPa).

@@ -108,18 +108,23 @@ TEST(SoundingPlot, HeightScaleCountsInItsUnit) {
   struct Case {
     HeightScale Scale;
     const char *Head, *Highest;
+    int Each;  // what stands between two numbers
   };
   // The reference sounding ends at 100 hPa, 16.1 km up: 52.8 thousand feet, 10.0 miles.
-  const Case cases[] = {{HeightScale::Feet, " FT(x1000)", "52"},
-                        {HeightScale::Kilometers, "   KM", "16"},
-                        {HeightScale::Meters, "MT", "16000"},
-                        {HeightScale::Miles, "MILE", "10"}};
+  const Case cases[] = {{HeightScale::Feet, " FT(x1000)", "52", 2},
+                        {HeightScale::Kilometers, "   KM", "16", 1},
+                        {HeightScale::Meters, "MT", "16000", 1000},
+                        {HeightScale::Miles, "MILE", "10", 1}};
   for (const Case& c : cases) {
     Options options;
     options.RightScale = c.Scale;
     const SoundingPlot plot = Draw(test::ReferenceConvective(), options);
     EXPECT_EQ(Texts(plot.Page, "height scale head").front(), c.Head);
-    EXPECT_EQ(Texts(plot.Page, "height scale label").back(), c.Highest);
+    const LabelTexts labels = Texts(plot.Page, "height scale label");
+    EXPECT_EQ(labels.back(), c.Highest);
+    for (std::size_t i = 1; i < labels.size(); ++i) {
+      EXPECT_EQ(std::stoi(labels[i]) - std::stoi(labels[i - 1]), c.Each) << labels[i];
+    }
   }
 }
 
