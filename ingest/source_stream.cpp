@@ -291,11 +291,9 @@ struct SourceStream::State {
       LeaveOut(name, isRead ? "larger than any sounding" : "it is damaged or cut off");
       return {};
     }
+    // The archive states the packer's date, which the library takes for one of here.
     std::optional<std::chrono::sys_days> day;
-    if ((about.valid & ZIP_STAT_MTIME) != 0 && about.mtime > 0) {
-      day = std::chrono::floor<std::chrono::days>(
-          std::chrono::sys_seconds(std::chrono::seconds(about.mtime)));
-    }
+    if ((about.valid & ZIP_STAT_MTIME) != 0) day = LocalDay(about.mtime);
     begun.shrink_to_fit();
     return TextsOf(name, std::move(begun), day);
   }

@@ -6,6 +6,7 @@
 #include <zip.h>
 #include <zlib.h>
 
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -208,6 +209,33 @@ TEST(SourceStream, MembersOfAnArchiveInGroups) {
   EXPECT_EQ(damaged.Notes.size(), 2U);
   ASSERT_GE(damaged.Titles.size(), 6U);
   EXPECT_EQ(damaged.Titles.back(), DayTitle(2));
+}
+
+// The day is the one that the archive states, whatever the zone of this computer.
+TEST(SourceStream, MembersHaveTheDayOfTheArchive) {
+  const test::TemporaryFolder folder;
+  const fs::path path = folder.Path() / "dated.zip";
+  const std::string text = StationFile(2);
+  for (const unsigned minute : {10U, 23 * 60 + 50U}) {
+    fs::remove(path);
+    zip_t* archive = zip_open(path.string().c_str(), ZIP_CREATE, nullptr);
+    const auto time = static_cast<zip_uint16_t>(minute / 60 << 11U | minute % 60 << 5U);
+    const auto date = static_cast<zip_uint16_t>((2024U - 1980U) << 9U | 3U << 5U | 5U);
+    for (const char* name : {"a.txt", "b.txt"}) {
+      zip_source_t* source = zip_source_buffer(archive, text.data(), text.size(), 0);
+      const zip_int64_t index = zip_file_add(archive, name, source, 0);
+      ASSERT_EQ(zip_file_set_dostime(archive, static_cast<zip_uint64_t>(index), time, date, 0), 0);
+    }
+    ASSERT_EQ(zip_close(archive), 0);
+    auto stream = SourceStream::Open(path, text.size() + 1);
+    ASSERT_TRUE(stream.Ok());
+    const auto piece = stream.Value().Next();
+    ASSERT_TRUE(piece && piece.Value());
+    ASSERT_EQ(piece.Value()->Members().size(), 2U);
+    for (const SourceText& member : piece.Value()->Members()) {
+      EXPECT_EQ(member.WrittenOn(), std::chrono::year(2024) / 3 / 5) << minute;
+    }
+  }
 }
 
 }  // namespace
