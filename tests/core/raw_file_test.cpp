@@ -247,13 +247,14 @@ TEST(LoadRAWquick, RefusesASoundingOfOneLevel) {
 // The shore of the Dead Sea lies at -430 m. A file that only counts such winds in its rows has
 // errors in them, as has one whose rows were changed since.
 TEST(RawFile, WindsBelowTheSeaAreReadAgain) {
-  const SoundingRecord shore = test::Profile(
-      {{1060, 30, 20}, {1000, 26, 18}}, {{-430, 180, 5}, {-22.5, 190, 8}, {600, 200, 11}}, -430);
+  const SoundingRecord shore =
+      test::Profile({{1060, 30, 20}, {1000, 26, 18}},
+                    {{-430, 180, 5}, {-22.5, 190, 8}, {0, 195, 9}, {600, 200, 11}}, -430);
   const std::string text = WriteRaw(shore);
   const Read again = ReadText(text);
   EXPECT_TRUE(again.Refused.empty());
-  EXPECT_EQ(again.Record.WindHgt.Values(), (std::vector<double>{-430, -22.5, 600}));
-  EXPECT_EQ(again.Record.WindDir.Values(), (std::vector<double>{180, 190, 200}));
+  EXPECT_EQ(again.Record.WindHgt.Values(), (std::vector<double>{-430, -22.5, 0, 600}));
+  EXPECT_EQ(again.Record.WindDir.Values(), (std::vector<double>{180, 190, 195, 200}));
   EXPECT_TRUE(again.Record.HasWorkWinds());
 
   const std::string mark = "\"WINDS BELOW SEA LEVEL\",2\r\n";
@@ -264,8 +265,8 @@ TEST(RawFile, WindsBelowTheSeaAreReadAgain) {
        {std::pair(text.substr(0, text.size() - mark.size()), 2), std::pair(changed, 3)}) {
     const Read reading = ReadText(damaged);
     EXPECT_EQ(reading.Refused.size(), static_cast<std::size_t>(rows));
-    EXPECT_EQ(reading.Record.NumWindLevels(), 3 - rows);
-    EXPECT_EQ(reading.Record.WorkWindDir.Count(), 3 - rows);
+    EXPECT_EQ(reading.Record.NumWindLevels(), 4 - rows);
+    EXPECT_EQ(reading.Record.WorkWindDir.Count(), 4 - rows);
   }
   // Cut behind the 48th wind, of which the first alone lies that low.
   SoundingRecord low = test::Profile({{1060, 30, 20}, {1000, 26, 18}});

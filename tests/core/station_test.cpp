@@ -437,5 +437,39 @@ TEST(StationName, IsTheShortestThatATitleGives) {
   }
 }
 
+// A letter sign names one station, or none that one could choose. Three letters are one of the
+// United States.
+TEST(StationList, StationsOfLetters) {
+  StationList list;
+  for (const auto& [number, ident] :
+       {std::pair{1, "KTST"}, {2, "KAAA"}, {3, "KAAA"}, {4, "ENXX"}, {5, "KK"}, {6, "ABCDE"}}) {
+    ASSERT_TRUE(list.Insert({.Number = number, .Ident = ident}));
+  }
+  const std::pair<const char*, int> cases[] = {{"TST", 1},   {"tst", 1}, {"KTST", 1}, {"enxx", 4},
+                                               {"KAAA", 0},  {"AAA", 0}, {"KK", 0},   {"K", 0},
+                                               {"ABCDE", 0}, {"", 0},    {"NXX", 0}};
+  for (const auto& [letters, number] : cases) {
+    const Station* station = StationOfLetters(list, letters);
+    EXPECT_EQ(station == nullptr ? 0 : station->Number, number) << letters;
+  }
+}
+
+// Degrees with minutes have none beyond 59: one such number shows decimals.
+TEST(StationFile, MinutesEndAt59) {
+  for (const auto& [position, isOld] : {std::pair{"35.59,N,97.0,W", true},
+                                        {"35.60,N,97.0,W", false},
+                                        {"35.0,N,97.59,W", true},
+                                        {"35.0,N,97.61,W", false}}) {
+    EXPECT_EQ(NeedsConversion(ReadWhole(kHeader + Row("72357", position) + "99999")), isOld)
+        << position;
+  }
+  const std::string decimal = "VEXA STATION LISTING, WMO, decimal degrees\r\n";
+  EXPECT_FALSE(NeedsConversion(ReadWhole(decimal + Row("72357", "35.5,N,97.0,W") + "99999")));
+  const StationList converted =
+      ConvertStations(ReadWhole(kHeader + Row("72357", "35.30,N,97.15,W") + "99999"));
+  EXPECT_EQ(converted.Find(72357)->Lat, 35.5);
+  EXPECT_EQ(converted.Find(72357)->Lon, 97.25);
+}
+
 }  // namespace
 }  // namespace vexa

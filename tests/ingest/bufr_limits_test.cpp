@@ -238,6 +238,8 @@ TEST(BufrLimits, WhereLevelsBegin) {
                                                     {8042, 65536.0, false},
                                                     {8042, 196608.0, true},
                                                     {8042, 262143.0, true},
+                                                    {8042, 131071.0, false},
+                                                    {8001, 63.0, false},
                                                     {8001, 64.0, true},
                                                     {8001, 32.0, false},
                                                     {8001, 96.0, true}}) {

@@ -103,6 +103,8 @@ TEST(FormatsLimits, Td6201AndCards) {
       {"a number with blanks about it", file, "00012345", "   12345", "12345  12Z"},
       {"a blank inside", file, "00012345", "000 2345", "x:"},
       {"fewer levels", file, "1965060312004", "1965060312003", "!|520 180/12;2"},
+      {"a count of one figure", file, "1965060312004", "1965060312  4", "12345  12Z 03 Jun 1965|"},
+      {"a letter ahead of it", file, "1965060312004", "1965060312A04", "x:"},
       {"blank count", file, "1965060312004", "1965060312   ", "x:"},
       {"minus 0.2 C", file, "0248050180", "-002050180", "|965 -0.2 -9.4"},
       {"a height of 9999 m", file, "005000-999999", "  9999-999999", ";9999 220/39;"},
@@ -135,6 +137,7 @@ TEST(FormatsLimits, SpcText) {
       {"four letters", file, title, " ABCD 490531/2330", "ABCD  2330Z 31 May 2049|410 0 0|"},
       {"five figures", file, title, " 72357 490531/2330", "72357  2330Z 31 May 2049|"},
       {"four figures are letters", file, title, " 7235 490531/2330", "7235  2330Z 31 May 2049|"},
+      {"00001", file, title, " 00001 490531/2330", "00001  2330Z 31 May 2049|"},
       {"a negative number", file, title, " -1235 490531/2330", "-1235  2330Z 31 May 2049|"},
       {"words", file, title, " A PLACE 490531/2330", "A PLACE  2330Z 31 May 2049|"},
       {"no time", file, title, " A PLACE", "A PLACE|410"},
@@ -245,6 +248,101 @@ TEST(FormatsLimits, Dropsondes) {
       {"midnight and five seconds", report, "163502", "000005", "00Z 15 Aug 2019|"},
       {"no mission", report, "Mission: 19X1 ", "", "Dropsonde  1635Z"},
       {"counted otherwise", report, "  IX   t (s)", "  Index t (s)", "Dropsonde 19X1  1635Z"},
+  });
+}
+
+TEST(FormatsLimits, Models) {
+  const char* const kit = "bufkit_two.buf";
+  const char* const csv = "model_two.csv";
+  ExpectChanges({
+      {"a number that ends in 0", kit, "STNM = 729990", "STNM = 723570", "72357  00Z 29 Feb 2020|"},
+      {"one of the producer's own", kit, "STNM = 729990", "STNM = 729995", "00Z 29 Feb 2020|310"},
+      {"one of five figures", kit, "STNM = 729990", "STNM = 72990", "00Z 29 Feb 2020|310"},
+      {"letters", kit, "STID =  STNM", "STID = KABC STNM", "72999 - KABC  00Z 29 Feb 2020|"},
+      {"no time", kit, "200229/0000", "none", "72999|310"},
+      {"no position", kit, "SLAT = 40.25", "SLAT = ", "|310 0 0|"},
+      {"the ground beneath its lowest level", kit, "", "",
+       "The model's ground lies at 300 m; its lowest level, at 310 m, stands for it."},
+      {"the ground at it", kit, "SELV = 300.0", "SELV = 310.0", "!The model's ground"},
+      {"names that are not there", kit, "PRES TMPC TMWC", "PRES DWPC TMWC",
+       "no column names of the profile"},
+      {"no names at all", kit, "SNPARM = PRES;", "SNPARM : PRES;",
+       "no column names of the profile"},
+      {"no pressure", kit, "SNPARM = PRES;TMPC", "SNPARM = XXXX;TMPC",
+       "no column names of the profile"},
+      {"a level that lacks a value", kit, "-0.10\n5700.00\n\nSTID", "-0.10\n\n\nSTID",
+       "The last level is cut off and was left out."},
+      {"whole levels", kit, "", "", "!cut off"},
+      {"blank lines in a level", kit, "-0.10\n310.00", "-0.10\n\n310.00", "|975 21.5 16.3;850"},
+
+      {"a time", csv, "TIME = 170101/0600", "TIME = 170101/1200", "TST  12Z 01 Jan 2017|"},
+      {"none", csv, "TIME = 170101/0600", "TIME =", "TST|500"},
+      {"an elevation", csv, "MALT = -999", "MALT = 450", "|450 44.5 -99.25|"},
+      {"beyond the earth", csv, "MALT = -999", "MALT = 9001", "|500 44.5 -99.25|"},
+      {"no rows", csv, "950.0,500.0,-3.0,-5.0,3.0,4.0,0.0\n850.0,1400.0,-6.0,-11.0,-10.0,0.0,0.0",
+       "none", "x, line 5: no rows under these names"},
+      {"without labels other columns", csv, "MEM = TEST\nTIME = 170101/0600\nSTID =", "a\nb\nc",
+       "x|500"},
+  });
+}
+
+TEST(FormatsLimits, SoundingsOfExperiments) {
+  const char* const text = "class_two.cls";
+  const char* const site = "KTST Test Hill, XX / 72999";
+  ExpectChanges({
+      {"letters of three", text, site, "OUN Norman / 72357", "72357 - OUN - Norman  00Z"},
+      {"of two", text, site, "OU Norman / 72357", "72357 - OU Norman  00Z"},
+      {"of five", text, site, "NORMN Hill / 72357", "72357 - NORMN Hill  00Z"},
+      {"with a small one", text, site, "Oun Norman / 72357", "72357 - Oun Norman  00Z"},
+      {"a number of four figures", text, site, "OUN Norman / 7235", "OUN Norman  00Z"},
+      {"of five letters", text, site, "OUN Norman / ABCDE", "OUN Norman  00Z"},
+      {"without a nominal time the release", text, "Nominal Release Time", "Another Time        ",
+       "2305Z 09 Mar 2021|"},
+      {"the release is told", text, "", "", "Released at 2305Z on day 09."},
+      {"not where it is the time", text, "2021, 03, 09, 23:05:00", "2021, 03, 10, 00:00:00",
+       "!Released"},
+      {"two numbers are no place", text, "10.500, 50.250, 400.0", "10.500, 400.0", "|400 0 0|"},
+      {"no dashes, no rows", text, "------ ----- -----",
+       "====== ===== =====", "a heading without rows"},
+      {"no pressure", text, " Time  Press", " Time  Power", "x, line 13: no column of pressures"},
+      {"the later form", "eol_one.eol", "101 22.24'W -101.370695", "101 22.24'W -101.5",
+       "|1036 39.36 -101.5|"},
+  });
+  std::string cut = FileText(text);
+  cut.pop_back();
+  EXPECT_FALSE(DecodeText("x", cut, 1).HasNote("cut off"));
+  cut.pop_back();
+  EXPECT_TRUE(DecodeText("x", cut, 1).HasNote("The last row is cut off and was left out."));
+}
+
+TEST(FormatsLimits, OurOwnListings) {
+  const char* const list = "dump_text.txt";
+  const char* const sheet = "dump_sheet.csv";
+  ExpectChanges({
+      {"south and west", sheet, "62,51.9625,N,7.5,E", "62,51.9625,S,7.5,W", "|62 -51.96 -7.5|"},
+      {"without the letter no place", sheet, "62,51.9625,N,7.5,E", "62,51.9625,,7.5,E", "|62 0 0|"},
+      {"six fields", sheet, "62,51.9625,N,7.5,E", "62,51.9625,N,7.5,E,", "|? 0 0|"},
+      {"no elevation", sheet, "62,51.9625,N,7.5,E", "-999,51.9625,N,7.5,E", "|? 51.96 7.5|"},
+      {"a quoted title", sheet, "Sounding Information,Testfeld M\xC3\xBCnster  12Z 03 Mar 2001",
+       "Sounding Information,\"A \"\"B\"\", C  12Z 03 Mar 2001\"",
+       "A \"B\", C  12Z 03 Mar 2001|62"},
+      {"no table", sheet, "PR(mb),HT", "Pr(mb),HT", "x, line 1: the sounding has no levels"},
+      {"feet above the ground", sheet, "HT(m MSL)", "HT(ft AGL)", "925 hPa: reported 305 m"},
+
+      {"no position", list, "51.9625  7.5", "-999  -999", "|62 0 0|"},
+      {"one number", list, "51.9625  7.5", "51.9625", "|62 0 0|"},
+      {"no elevation", list, "ELEVATION (M) = 62", "ELEVATION (M) = -999", "|? 51.96 7.5|"},
+      {"fewer levels", list, "DATA LEVELS = 7", "DATA LEVELS = 2",
+       "|1010.5 12.4 9.1;925 6.8 5.5;|"},
+      {"more than there are", list, "DATA LEVELS = 7", "DATA LEVELS = 99", "500 -24.9 -;|"},
+      {"none", list, "DATA LEVELS = 7", "LEVELS = 7", "the sounding has no levels"},
+      {"no names", list, "DATA:  PR", "DATA   PR",
+       "No units are stated; taken as m MSL, C and kts."},
+      {"metres per second", list, "FF(kts)", "FF(m/s)", "|62 190/16;"},
+      {"lines ahead", list, "SOUNDING =", "\r\n\r\nSOUNDING =", "03 Mar 2001|62 51.96 7.5|"},
+      {"too many", list, "SOUNDING =", "\r\n\r\n\r\n\r\nSOUNDING =", "x: "},
+
+      {"a table's second station", "iem_table.csv", "", "", "KAAA  00Z 02 Jun 2003|190", 1},
   });
 }
 
