@@ -138,6 +138,7 @@ TEST(Numbers, MaskRoundsTheDecimalTextAndPads) {
       {100000000000.6, "0", "100000000001"},
       {9999999.99996, "0.0000", "10000000.0000"},
       {98765432.12345, "0.0000", "98765432.1235"},
+      {123456789012.5, "0.##", "123456789012.5"},
   };
   for (const Case& c : cases) EXPECT_EQ(Mask(c.Value, c.Pattern), c.Text) << c.Pattern;
 }

@@ -197,13 +197,15 @@ TEST(Unpack, BombsEndTheOpening) {
   EXPECT_TRUE(Unpack(Gzipped(1000), room));
   EXPECT_EQ(room.Bytes, 0U);
   // A file that says that it is too large costs no other.
-  room = {.Bytes = 1000};
+  room = {.Bytes = 900};
   const std::string zip = Zipped(folder.Path() / "two.zip",
                                  {{"a", std::string(2000, 'a')}, {"b", std::string(900, 'b')}});
   const Outcome<std::vector<PackedFile>> two = Unpack(zip, room);
   ASSERT_TRUE(two);
   EXPECT_NE(two.Value()[0].Trouble, "");
   EXPECT_EQ(two.Value()[1].Bytes.size(), 900U);
+  room = {};
+  EXPECT_EQ(Unpack(Zipped(folder.Path() / "byte.zip", {{"a", "x"}}), room).Value()[0].Bytes, "x");
   room = {.Files = 1};
   EXPECT_FALSE(Unpack(zip, room));
   EXPECT_TRUE(room.IsUsedUp);

@@ -58,6 +58,8 @@ TEST(BufrLimits, HeadOfEdition3) {
   EXPECT_FALSE(ReadHead(With(kFlags, 0x80)));  // a section 2 that is not there
   EXPECT_TRUE(ReadHead(With(kFlags, 0x40)));
   EXPECT_TRUE(ReadHead(BufrMessage({12101}, "0", 2, true))->IsCompressed);
+  EXPECT_TRUE(ReadHead(BufrMessage({12101}, "")));
+  EXPECT_FALSE(ReadHead(BufrMessage({222000, 101001, 12101}, "0")));  // no bitmap
 }
 
 TEST(BufrLimits, HeadOfEdition4AndItsOptionalSection) {

@@ -178,6 +178,12 @@ TEST(Bufr, AStationWithOneLevelIsAFaultOfItsOwn) {
   ASSERT_TRUE(single.Failed);
   EXPECT_EQ(single.Failed->Detail,
             "b.bufr: too few levels of 60155, 1 with a temperature and 0 with a wind");
+  // Without a time of their own messages of one hour are of one ascent.
+  EXPECT_EQ(ListSoundings(SourceText("c.bufr", message + message)).size(), 1U);
+  constexpr std::size_t kHour = 23;
+  std::string later = message;
+  later[kHour] = 18;
+  EXPECT_EQ(ListSoundings(SourceText("c.bufr", message + later)).size(), 2U);
 }
 
 // By the WMO's manual on codes 0 07 030 is the height of the station's ground, and 0 07 007 in the

@@ -183,6 +183,7 @@ TEST(CodedGroups, RelaysBreakLinesAndReportsEndInSigns) {
     std::vector<std::vector<std::string>> Groups;
   } cases[] = {
       {"a group in two lines", "TTAA 51001 01234 990\n00 20056", {{"99000", "20056"}}},
+      {"the first group", "TTAA 510\n01 01234 99000", {{"99000"}}},
       {"in three", "TTAA 51001 01234 9\n90\n00 20056", {{"9", "90", "00", "20056"}}},
       {"two that are too long", "TTAA 51001 01234 990\n000 20056", {{"990", "000", "20056"}}},
       {"letters", "TTAA 51001 01234 99A\n00 20056", {{"99A", "00", "20056"}}},

@@ -280,6 +280,9 @@ TEST(CodedLevels, WindsAlone) {
        "P304.8m 195/22, P609.6m 195/33, P3048m 200/40, P3657.6m 205/45, P4267.2m 210/50, "
        "ground 200/6",
        ""},
+      {"what stands ahead of them", "PPBB 12345 90012 20006 19522 19533",
+       "P304.8m 195/22, P609.6m 195/33, ground 200/6",
+       "x PPBB: group 12345 is garbled and was skipped."},
       {"above 10 000 feet tens of thousands", "PPDD 9947/ 08533 10043 105// 10032",
        "P28651.2m 85/33, P29565.6m 100/43, P32004m 100/32", ""},
       {"500 m each", "PPBB 8123/ 20006 19522", "P6000m 200/6, P6500m 195/22", ""},

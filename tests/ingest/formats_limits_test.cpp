@@ -114,6 +114,8 @@ TEST(FormatsLimits, Td6201AndCards) {
       {"a direction of 359", file, "050180006", "050359006", "|520 359/12;"},
       {"a direction is missing", file, "050180006", "050999006", "!;|520 "},
   });
+  const std::string all = FileText(file), line = all.substr(0, all.find('\n'));
+  EXPECT_EQ(DecodeText("x", line).Record.NumTempLevels(), 3);
   const std::string cards =
       "# 723570TEST PLC  35.25   -97.50   3571985060112" + std::string(60, '0');
   const auto read = [](std::string head) { return Summary(DecodeText("c", head + "\n1 2 3\n")); };
@@ -152,6 +154,8 @@ TEST(FormatsLimits, SpcText) {
       {"a blank row", file, "%RAW%", "%RAW%\n", "|960 30 22;850 20 20;700 10 -;|"},
   });
   std::string text = FileText(file);
+  EXPECT_TRUE(
+      DecodeText("x", text + text, 1).Record.StationTitle.starts_with("TST  2330Z 31 May 2049"));
   text.resize(text.find("%END%"));
   EXPECT_NE(Summary(DecodeText("x", text)).find("|%END% is missing."), std::string::npos);
   text.pop_back();
@@ -172,6 +176,10 @@ TEST(FormatsLimits, Fsl) {
       {"another type", file, first, "    255     12      3      FEB    1998",
        "72999 - TST  12Z 04"},
       {"a model", file, first, "GFS          12     3      FEB    1998", "72999 - TST  12Z 03"},
+      {"a model of the first letter", file, first, "ARPEGE       12     3      FEB    1998",
+       "72999 - TST  12Z 03"},
+      {"a level of a letter", file, "      5   9250", "      A   9250", "!;925 "},
+      {"of no type that has one", file, "      5   9250", "      2   9250", "!;925 "},
       {"a sixth word", file, first, "    254     12      3      FEB    1998 x",
        "72999 - TST  12Z 04"},
       {"south and east", file, place, "12.50S101.25E   118", "|118 -12.5 101.25|"},

@@ -354,6 +354,8 @@ TEST(SourceLimits, WaysToWriteATime) {
       {ParseWrittenTime, "xxZ 23 Feb 2023", {}},
       {ParseWrittenTime, "", {}},
       {ParseIsoTime, "2024-05-04 12", ObservationTime{2024, 5, 4, 12, 0}},
+      {ParseIsoTime, "2024-05-04 12:30", ObservationTime{2024, 5, 4, 12, 30}},
+      {ParseIsoTime, "2024, 05, 04, 12, 06", ObservationTime{2024, 5, 4, 12, 6}},
       {ParseIsoTime, "2024-05-04", {}},
       {ParseIsoTime, "2024-05-04T12+14", ObservationTime{2024, 5, 3, 22, 0}},
       {ParseIsoTime, "2024-05-04T12+15", {}},

@@ -123,6 +123,7 @@ TEST(TableLimits, WhereATableBegins) {
       {"behind units, dashes and a blank", "P T\nhPa C\n-- --\n\n1000 20\n", 5},
       {"behind four lines", "P T\na\nb\nc\nd\n1000 20\n", 6},
       {"behind five", "P T\na\nb\nc\nd\ne\n1000 20\n", 0},
+      {"names of several words", "pressure (hPa) wind speed (kts)\n1000 20\n", 2},
       {"with other columns", "P T\n1000 20 15\n", 0},
       {"without a pressure", "Z T\n1000 20\n", 0},
       {"with nothing but one", "P x\n1000 20\n", 0},
