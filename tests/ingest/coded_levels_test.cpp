@@ -89,6 +89,8 @@ TEST(CodedLevels, PartAFromTheGroundUp) {
        "M925=780 10.8 5.8 190/20", ""},
       {"a height that is not known", "TTAA 99985 15456 18510 92/// 10850 19020",
        "S985 15.4 9.4 185/10, M925 10.8 5.8 190/20", ""},
+      {"a section in the place of a wind", "TTAA 99985 15456 18510 92780 10850 51515 10190",
+       "S985 15.4 9.4 185/10, M925=780 10.8 5.8", ""},
       {"all levels up to 100 hPa",
        "TTAA 70042 03158 21530 50563 18167 22040 40725 30967 22550 30923 46159 23060 25043 52363 "
        "23570 20186 54361 24080 15368 58761 24560 10621 60763 25040",
@@ -96,6 +98,22 @@ TEST(CodedLevels, PartAFromTheGroundUp) {
        "M300=923 -46.1 -55.1 230/60, M250=43 -52.3 -65.3 235/70, M200=186 -54.3 -65.3 240/80, "
        "M150=368 -58.7 -69.7 245/60, M100=621 -60.7 -73.7 250/40",
        ""},
+  });
+}
+
+// Behind the mark 31313 stands the time of the release; as a temperature it is -31.3 C.
+TEST(CodedLevels, AMarkIsKnownByItsTime) {
+  const std::string text =
+      "TTAA 70042 03158 21530 50563 18167 22040 40725 30967 22550 30923 31313 09608 ";
+  const std::string levels =
+      "M700=42 -3.1 -11.1 215/30, M500=563 -18.1 -35.1 220/40, M400=725 -30.9 -47.9 225/50";
+  const std::string isLevel = levels + ", M300=923 -31.3 -32.6 95/108";
+  ExpectLevels({
+      // A height with neither temperature nor wind is no level.
+      {"23:59", text + "82359", levels + "!", "x TTAA: group 30923 is garbled and was skipped."},
+      {"11:60", text + "81160", isLevel + "!", "x TTAA: group 81160 is garbled and was skipped."},
+      {"24:00", text + "82400", isLevel + "!", "x TTAA: group 82400 is garbled and was skipped."},
+      {"no time", text, isLevel, ""},
   });
 }
 
