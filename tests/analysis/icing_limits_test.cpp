@@ -147,6 +147,9 @@ TEST(FreezingRain, FallsFromTheHighestWarmMoistLayer) {
         {1000, 890, 1, 0},
         {2000, 780, 1, 0}},
        "0-900 "},
+      {"not in the thawing air below the warm layer",  // looks each 250 m, 0.5 C at 750 m
+       {{0, 1000, -1, -11}, {1000, 890, 1, 0}, {2000, 780, 1, 0}},
+       "0-625 "},
       {"dry warm air lets nothing fall",
        {{0, 1000, -4, -14}, {400, 955, -2, -12}, {1000, 890, 1, -9}, {2000, 780, 1, -9}},
        ""},

@@ -10,6 +10,7 @@
 #include "analysis/interpolate.h"
 #include "analysis/layers.h"
 #include "analysis/parcel_source.h"
+#include "analysis/pressure_grid.h"
 #include "analysis/profile_walk.h"
 #include "analysis/turbulence.h"
 #include "core/markers.h"
@@ -96,6 +97,38 @@ TEST(ProfileLimits, HeightOf1000hPaBelowTheGround) {
   EXPECT_FALSE(HeightAt(levels, 790).Ok());
   EXPECT_FALSE(HeightAt(LevelProfile{}, 1000).Ok());
   EXPECT_FALSE(HeightAt(Air({{500, 1010, 15, 999.9}, {600, 1005, 15, 999.9}}), 1000).Ok());
+}
+
+// Every whole hPa between the levels, linear in the logarithm of pressure; levels that do not rise
+// are passed over.
+TEST(ProfileLimits, GridOfWholePressures) {
+  const PressureGrid grid = MakePressureGrid(Air({{0, 1000.4, 10, 999.9},
+                                                  {20, 998, 6, 999.9},
+                                                  {21, 998, 50, 999.9},
+                                                  {22, 999, 50, 999.9},
+                                                  {45, 995.5, 0, 999.9},
+                                                  {46, 995.2, -9, 999.9},
+                                                  {60, 993, -2, 999.9}}));
+  ASSERT_EQ(grid.Bottom, 1000);
+  ASSERT_EQ(grid.Top, 993);
+  const auto between = [](double low, double high, double press, double from, double to) {
+    return from + (to - from) * std::log(low / press) / std::log(low / high);
+  };
+  const double expected[] = {between(1000.4, 998, 1000, 10, 6),
+                             between(1000.4, 998, 999, 10, 6),
+                             6,
+                             between(998, 995.5, 997, 6, 0),
+                             between(998, 995.5, 996, 6, 0),
+                             between(995.2, 993, 995, -9, -2),
+                             between(995.2, 993, 994, -9, -2),
+                             -2};
+  for (std::size_t i = 0; i < std::size(expected); ++i) {
+    EXPECT_NEAR(grid.Temp[i], expected[i], 1e-9) << 1000 - i;
+    EXPECT_NEAR(grid.VirtualTemp[i], expected[i], 1e-9) << 1000 - i;
+  }
+  EXPECT_TRUE(MakePressureGrid(Air({{0, 0.9, -40, 999.9}})).Empty());
+  EXPECT_FALSE(MakePressureGrid(Air({{0, 1, -40, 999.9}})).Empty());
+  EXPECT_TRUE(MakePressureGrid(LevelProfile{}).Empty());
 }
 
 // A wind serves 100 m below the lowest and 2 m above the highest; levels without one are none.

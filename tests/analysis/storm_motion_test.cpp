@@ -207,6 +207,10 @@ TEST(StormMotion, LayersThatWindsStandFor) {
       {"a gap across the top", {{0, 270, 10}, {3000, 270, 20}, {7001, 270, 30}}, false},
       {"one above it", {{0, 270, 10}, {3000, 270, 20}, {6000, 270, 30}, {15000, 270, 9}}, true}};
   for (const auto& c : cases) EXPECT_EQ(MotionOf(c.Winds).Mean6km.has_value(), c.Stands) << c.About;
+  // One wind at the top of a layer that begins in time is its mean.
+  const auto one = MotionOf({{499.5, 270, 10}, {3000, 270, 20}, {6000, 270, 30}});
+  ASSERT_TRUE(one.MeanHalfKm);
+  EXPECT_NEAR(FromComponents(*one.MeanHalfKm).Spd, 10, 1e-6);
   // The lowest wind is that of the ground up to 100 m; one more than 1 m below it is not.
   EXPECT_TRUE(MotionOf({{100, 270, 10}, {3000, 270, 20}, {6000, 270, 30}}).Shear6km);
   EXPECT_FALSE(MotionOf({{101, 270, 10}, {3000, 270, 20}, {6000, 270, 30}}).Shear6km);
