@@ -45,6 +45,10 @@ TEST(ProfileLimits, AirBetweenLevelsAndBeyondTheirEnds) {
     EXPECT_NEAR(air.Lapse, c.Lapse, 1e-9);
   }
   EXPECT_EQ(ProfileWalk(LevelProfile{}).At(100).Press, 0);
+  // The last level has its own dew point, whatever the one below lacks.
+  const LevelProfile last = Air({{0, 1000, 10, 999.9}, {1000, 880, 4, 1}});
+  EXPECT_EQ(ProfileWalk(last).At(1000).Dewpt, 1);
+  EXPECT_FALSE(ProfileWalk(last).At(999).HasDewpt());
 }
 
 // No two looks more than 250 m apart, but at most 400 of a layer.

@@ -38,6 +38,20 @@ TEST(Traces, EndWhereTheDiagramOrTheDataEnd) {
   EXPECT_EQ(Tagged(drawn().Page, "temperature").size(), 1u + 2 * 2);
 }
 
+// The highest air of all is thin: a level far above the top still says where the trace goes.
+TEST(Traces, LeadToALevelFarAboveTheTop) {
+  Drawn drawn = OnEmagram(
+      test::Profile({{1000, 20, 10}, {100, -39, 999.9}, {20, -30, 999.9}, {0.5, -10, 999.9}}));
+  drawn.Set.Above100mb = true;
+  const SoundingPlot plot = drawn();
+  ASSERT_EQ(plot.Mapping.TopPress(), 10);
+  const auto lines = Lines(plot.Page, "temperature");
+  ASSERT_EQ(lines.size(), 1u);
+  const Point end = plot.Mapping.ToPoint(-30 + 20 * std::log(2) / std::log(40), 10);
+  EXPECT_NEAR(lines[0].back().X, end.X, 1);
+  EXPECT_NEAR(lines[0].back().Y, end.Y, 1);
+}
+
 TEST(Traces, OfOtherSoundingsAreToldApart) {
   const SoundingRecord other = test::ReferenceWinter();
   Drawn drawn = OnEmagram();
