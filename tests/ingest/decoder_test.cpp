@@ -18,7 +18,6 @@
 #include "ingest/height_finder.h"
 #include "ingest/source_columns.h"
 #include "ingest/source_header.h"
-#include "ingest/source_levels.h"
 #include "sounding/document.h"
 #include "support/soundings.h"
 
@@ -298,36 +297,6 @@ TEST(Examples, LoadWithoutRemarkAndSaveAsTheyAre) {
     ++files;
   }
   EXPECT_GE(files, 3);
-}
-
-TEST(ReadElement, TellsValuesMarkersAndRubbishApart) {
-  struct Case {
-    const char* Field;
-    Element What;
-    bool Read;
-    std::optional<double> Value;
-    int Refused;
-  };
-  const Case cases[] = {
-      {"999.0", Element::Press, true, 999.0, 0},  {"999.00", Element::Temp, true, {}, 0},
-      {"9999", Element::Height, true, 9999.0, 0}, {"-9999.004", Element::Height, true, {}, 0},
-      {"/////", Element::Temp, true, {}, 0},      {"NaN", Element::Speed, true, {}, 0},
-      {"", Element::Dewpt, true, {}, 0},          {"61", Element::Temp, true, {}, 1},
-      {"0", Element::Press, true, {}, 1},         {"361", Element::Direction, true, {}, 1},
-      {"12,5", Element::Temp, false, {}, 0},      {"12C", Element::Temp, false, {}, 0},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.Field);
-    Refusals refusals;
-    std::optional<double> value;
-    EXPECT_EQ(ReadElement(c.Field, c.What, refusals, value), c.Read);
-    EXPECT_EQ(value, c.Value);
-    EXPECT_EQ(refusals.Notes().size(), static_cast<std::size_t>(c.Refused));
-  }
-  Refusals refusals;
-  std::optional<double> speed;
-  EXPECT_TRUE(ReadElement("155", Element::Speed, refusals, speed, {kMsToKnot}));
-  EXPECT_FALSE(speed);  // 301 knots
 }
 
 // A word has a number where it is one as a whole, however it goes on and wherever the line ends.

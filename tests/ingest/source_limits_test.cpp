@@ -66,7 +66,8 @@ TEST(SourceLimits, MarkersAreMissingWithoutAWord) {
                {"////", true, false},    {"**", true, false},     {"--", true, false},
                {"M", true, false},       {"m", true, false},      {"NAN", true, false},
                {"Null", true, false},    {"N/A", true, false},    {"/*", false, false},
-               {"none", false, false},   {"//1", false, false}};
+               {"none", false, false},   {"12,5", false, false},  {"12C", false, false},
+               {"//1", false, false}};
   for (const auto& c : cases) {
     Refusals refused;
     std::optional<double> into = 5;
@@ -74,6 +75,15 @@ TEST(SourceLimits, MarkersAreMissingWithoutAWord) {
     EXPECT_FALSE(into) << c.Field;
     EXPECT_EQ(refused.Notes().size(), c.IsRefused ? 1U : 0U) << c.Field;
   }
+  // What lies in the range is a value, and the range is that of our unit: 301 knots are none.
+  Refusals refused;
+  std::optional<double> into;
+  EXPECT_TRUE(ReadElement("999.0", Element::Press, refused, into));
+  EXPECT_EQ(into, 999);
+  EXPECT_TRUE(ReadElement("9999", Element::Height, refused, into));
+  EXPECT_EQ(into, 9999);
+  EXPECT_TRUE(ReadElement("155", Element::Speed, refused, into, {kMsToKnot}));
+  EXPECT_EQ(into, std::nullopt);
   // 18.4 to the last bit, and sums to 0.0001.
   EXPECT_EQ((Scale{.Over = 10}(184)), 18.4);
   EXPECT_EQ((Scale{.Plus = -273.15}(300)), 26.85);
