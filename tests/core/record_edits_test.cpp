@@ -56,6 +56,7 @@ TEST(RecordEdits, RefuseAndLeaveTheRecord) {
       {temp(2, {850, std::numeric_limits<double>::quiet_NaN(), 5}),
        "Level 2, temperature: no number lies outside -150 to 70"},
       {temp(2, {850, 10, 10.1}), "Level 2, dew point: 10.1 is above the temperature of 10"},
+      {temp(2, {850, 10, 70.1}), "Level 2, dew point: 70.1 lies outside -200 to 70"},
       {temp(0, {850, 10, 5}), "Level (new): there are 3"},
       {temp(4, {850, 10, 5}), "Level 4: there are 3"},
       {addTemp({850, 1, 1}), "Level (new), pressure: 850 is already that of level 2"},

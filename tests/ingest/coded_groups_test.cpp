@@ -174,6 +174,8 @@ TEST(CodedGroups, PositionsOfShipsAndSondes) {
     EXPECT_DOUBLE_EQ(mobile[0].Elevation.value_or(-1), elevation) << group;
   }
   EXPECT_FALSE(Reports("IIAA MOB01 51121 99501 10082 19108 0123/ 99000")[0].Elevation);
+  EXPECT_TRUE(Reports("UUAA SHIP1").empty());
+  EXPECT_FALSE(Reports("IIAA MOB01 51121 99501 10082 19108")[0].Elevation);
   EXPECT_EQ(Reports("XXAA 51128 99153 70659 04355 99000")[0].Station, "drop 15.3 -65.9");
 }
 

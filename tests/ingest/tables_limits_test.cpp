@@ -204,6 +204,11 @@ TEST(TableLimits, LabelsAboveATable) {
   EXPECT_EQ(decoded.Record.LonSigned, 20.25);
   EXPECT_EQ(decoded.Record.ElevM, 120);
   EXPECT_TRUE(decoded.HasNote("Columns that are not read: Colour."));
+  // Some 300 characters of names are told.
+  for (const auto& [size, says] : {std::pair{300, "x, b."}, {301, "x and more."}}) {
+    const std::string unread(static_cast<std::size_t>(size), 'x');
+    EXPECT_TRUE(DecodeText("x", "P,T," + unread + ",b\n1000,20,1,1\n900,15,1,1\n").HasNote(says));
+  }
   for (const auto& [lines, isOne] : {std::pair{99, true}, {100, false}}) {
     const std::string text =
         std::string(static_cast<std::size_t>(lines), '\n') + "P T\n1000 20\n900 15\n";
