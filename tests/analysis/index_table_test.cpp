@@ -378,6 +378,34 @@ TEST(IndexTable, PoorProfilesGiveAValueOrAReason) {
   }
 }
 
+// Rows that tell what was chosen.
+TEST(IndexTable, TellsTheChoicesItRestsOn) {
+  const SoundingRecord sounding = test::ReferenceConvective();
+  const auto shown = [&](std::string_view label, const Options& options) {
+    return ShownValue(Index(label, sounding, options), options, 357);
+  };
+  Options plain, other;
+  plain.CapeTempBase = TempBase::Dry;
+  plain.Lpl = LiftSource::MostUnstable;
+  other.CapeTempBase = TempBase::Virtual;
+  other.Lpl = LiftSource::Surface;
+  other.BaseLevel = CapeBase::Ccl;
+  other.MplDisplay = false;
+  EXPECT_EQ(shown("Temp Base", plain), "DryBulb");
+  EXPECT_EQ(shown("Temp Base", other), "Virtual");
+  EXPECT_EQ(shown("Lift Type", plain), "MostUnstable");
+  EXPECT_EQ(shown("Lift Type", other), "Surface Base");
+  EXPECT_EQ(shown("Lift Mode", plain), "LFC");
+  EXPECT_EQ(shown("Lift Mode", other), "CCL");
+  EXPECT_NE(shown("MPL Prs", plain), "--");
+  EXPECT_EQ(shown("MPL Prs", other), "--");
+  EXPECT_EQ(shown("MPL Hgt", other), "--");
+  EXPECT_EQ(shown("Stn Elev", plain), "357 m");
+  SoundingRecord nowhere = sounding;
+  nowhere.ElevUnknown = true;
+  EXPECT_EQ(Index("Stn Elev", nowhere).Value, kNone);
+}
+
 TEST(IndexTable, LabelsAreTenWideAndTheirOwn) {
   std::set<std::string_view> labels;
   for (const IndexRow& row : IndexTable()) {

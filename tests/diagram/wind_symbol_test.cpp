@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 #include "analysis/analysis.h"
 #include "analysis/interpolate.h"
@@ -71,6 +72,38 @@ TEST(WindSymbol, ShaftPointsIntoTheWindAndFeathersFollowTheHemisphere) {
   EXPECT_GT(tipOf(Symbol({270, 10}, options), "wind feather").Y, 500);
   options.BarbFeathers = Feathers::Right;
   EXPECT_LT(tipOf(Symbol({270, 10}, options), "wind feather").Y, 500) << "the word decides";
+}
+
+// By the rules of station models: the first feather stands at the shaft's end, a half one alone a
+// step inside, so that it is not taken for a whole one, and is half as long; feathers keep off a
+// pennant.
+TEST(WindSymbol, FeathersStandWhereTheyAreRead) {
+  const auto feathers = [](double speed) {
+    std::vector<std::vector<Point>> lines;
+    const Picture symbol = Symbol({270, speed}, Options{});
+    for (const Item& item : symbol.Items()) {
+      if (item.Tag == "wind feather") lines.push_back(std::get<Polyline>(item.Shape).Points);
+    }
+    const auto shaft = std::ranges::find(symbol.Items(), "wind shaft", &Item::Tag);
+    lines.insert(lines.begin(), std::get<Polyline>(shaft->Shape).Points);
+    return lines;
+  };
+  const auto length = [](const std::vector<Point>& line) {
+    return std::hypot(line[1].X - line[0].X, line[1].Y - line[0].Y);
+  };
+  const auto ten = feathers(10), five = feathers(5), fifteen = feathers(15), sixty = feathers(60);
+  ASSERT_EQ(ten.size(), 2u);
+  EXPECT_NEAR(ten[1][0].X, ten[0][1].X, 1e-6);
+  ASSERT_EQ(five.size(), 2u);
+  EXPECT_GT(five[1][0].X, five[0][1].X + 20);
+  EXPECT_NEAR(length(five[1]), length(ten[1]) / 2, 1e-6);
+  ASSERT_EQ(fifteen.size(), 3u);
+  EXPECT_NEAR(fifteen[1][0].X, fifteen[0][1].X, 1e-6);
+  EXPECT_NEAR(length(fifteen[2]), length(fifteen[1]) / 2, 1e-6);
+  const double step = fifteen[2][0].X - fifteen[1][0].X;
+  EXPECT_NEAR(five[1][0].X - five[0][1].X, step, 1e-6);
+  ASSERT_EQ(sixty.size(), 2u);
+  EXPECT_GT(sixty[1][0].X - sixty[0][1].X, 1.3 * step);  // a pennant is a step wide
 }
 
 // A westerly's feathers lie on its left, to the north, south of the equator on its right.
