@@ -37,21 +37,21 @@ struct Storm {
   std::vector<double> Path{};     // J/kg for each 100 hPa from 1005 hPa up
 };
 
-constexpr double kGround = 100;  // m above sea level
+constexpr double kStormGround = 100;  // m above sea level
 
 AnalysisResults ResultsOf(const Storm& storm) {
   AnalysisResults results;
   const double at700 = storm.Aloft + 2.5 * storm.Lapse;
-  results.Levels = Air({{kGround, 1000, at700 + 3 * storm.LowLapse, storm.Dewpt},
-                        {kGround + 3000, 700, at700, -20},
-                        {kGround + 5500, 500, storm.Aloft, -40},
-                        {kGround + 10000, 250, -55, 999.9}});
+  results.Levels = Air({{kStormGround, 1000, at700 + 3 * storm.LowLapse, storm.Dewpt},
+                        {kStormGround + 3000, 700, at700, -20},
+                        {kStormGround + 5500, 500, storm.Aloft, -40},
+                        {kStormGround + 10000, 250, -55, 999.9}});
   for (LiftAnalysis& lift : results.Lifts) {
     ParcelAscent& parcel = lift.Forced;
     parcel.Start = {1000, 30, storm.Dewpt};
-    parcel.Condensation = {900, kGround + storm.Lcl, 15};
-    parcel.FreeLevel = {850, kGround + 1500, 12};
-    parcel.Equilibrium = {250, kGround + 10000, -50};
+    parcel.Condensation = {900, kStormGround + storm.Lcl, 15};
+    parcel.FreeLevel = {850, kStormGround + 1500, 12};
+    parcel.Equilibrium = {250, kStormGround + 10000, -50};
     parcel.CapeTotal = storm.Cape;
     parcel.CinTotal = storm.Cin;
     parcel.FirstPress = 1005;
@@ -64,27 +64,27 @@ AnalysisResults ResultsOf(const Storm& storm) {
   results.Storm.Shear6km = FromWest(storm.Shear);
   results.Storm.Mean6km = FromWest(storm.MeanWind);
   results.Storm.BrnShear = storm.Brn;
-  results.Effective = {{980, kGround + storm.Base, 28}, {900, kGround + 900, 20}};
+  results.Effective = {{980, kStormGround + storm.Base, 28}, {900, kStormGround + 900, 20}};
   results.Inflow.EffectiveHelicity = storm.Helicity;
   results.Inflow.EffectiveShear = FromWest(storm.Shear);
   results.Descent = {.Energy = storm.Descent, .Source = {600, 4000, 0}, .SurfaceTemp = 15};
-  if (storm.Freezing > 0) results.FreezingLevels = {{950, kGround + storm.Freezing, 0}};
+  if (storm.Freezing > 0) results.FreezingLevels = {{950, kStormGround + storm.Freezing, 0}};
   return results;
 }
 
 double ValueOf(std::string_view label, const AnalysisResults& results) {
-  const SoundingRecord sounding = test::Profile({}, {}, static_cast<int>(kGround));
+  const SoundingRecord sounding = test::Profile({}, {}, static_cast<int>(kStormGround));
   return ComputeIndex(*FindIndex(label), sounding, results, Options{}).Value;
 }
 
-struct Case {
+struct StormCase {
   const char* About;
   Storm Given;
   double Value;
 };
 
-void Expect(std::string_view label, const std::vector<Case>& cases, double tolerance = 1e-6) {
-  for (const Case& c : cases) {
+void Expect(std::string_view label, const std::vector<StormCase>& cases, double tolerance = 1e-6) {
+  for (const StormCase& c : cases) {
     SCOPED_TRACE(c.About);
     EXPECT_NEAR(ValueOf(label, ResultsOf(c.Given)), c.Value, tolerance) << label;
   }
@@ -92,7 +92,7 @@ void Expect(std::string_view label, const std::vector<Case>& cases, double toler
 
 // CAPE/1500, (2000 - LCL)/1000, helicity/150, shear/20 m/s; with CIN (200 + CIN)/150.
 TEST(CompositeLimits, SignificantTornado) {
-  const std::vector<Case> common = {
+  const std::vector<StormCase> common = {
       {"1", {.Cape = 1500, .Helicity = 150}, 1},
       {"twice the energy", {.Cape = 3000, .Helicity = 150}, 2},
       {"LCL at 1000 m", {.Cape = 1500, .Lcl = 1000, .Helicity = 150}, 1},
@@ -207,11 +207,11 @@ TEST(CompositeLimits, CapBelowTheFreeLevel) {
 TEST(CompositeLimits, VorticityTakesThePairAcrossTheTop) {
   const auto value = [](double third) {
     AnalysisResults results = ResultsOf({.Cape = 900});
-    results.Winds = DeriveWinds(test::Profile({}, {{kGround, 270, 10},
-                                                   {kGround + 1500, 270, 20},
-                                                   {kGround + third, 270, 40},
-                                                   {kGround + 4500, 270, 45},
-                                                   {kGround + 6000, 270, 90}}));
+    results.Winds = DeriveWinds(test::Profile({}, {{kStormGround, 270, 10},
+                                                   {kStormGround + 1500, 270, 20},
+                                                   {kStormGround + third, 270, 40},
+                                                   {kStormGround + 4500, 270, 45},
+                                                   {kStormGround + 6000, 270, 90}}));
     return ValueOf("VGP 0-xkm", results);
   };
   EXPECT_NEAR(value(3000), 0.5148 * 35 / 3000 * 30, 1e-6);

@@ -123,8 +123,8 @@ TEST(DuctLimits, BeginWhereTheTopsRefractivityIsMetBelow) {
   EXPECT_EQ(duct({300, 320, 340, 330, 400}, -2000).Gradient, -2000);
 }
 
-double ValueOf(std::string_view label, const AnalysisResults& results,
-               const SoundingRecord& sounding = test::Profile({})) {
+double ListedValue(std::string_view label, const AnalysisResults& results,
+                   const SoundingRecord& sounding = test::Profile({})) {
   return ComputeIndex(*FindIndex(label), sounding, results, Options{}).Value;
 }
 
@@ -135,7 +135,7 @@ TEST(LevelLimits, WarmCloudDepth) {
     results.Levels = Air({{100, 1000, ground, 5}, {5100, 540, -20, -30}});
     for (LiftAnalysis& lift : results.Lifts) lift.Forced.Condensation = {900, 100 + lcl, lclTemp};
     results.FreezingLevels = {{950, 100 + freezing, 0}};
-    return ValueOf("WCD", results);
+    return ListedValue("WCD", results);
   };
   EXPECT_NEAR(depth(1000, 10, 20, 3000), 2000, 1e-9);
   EXPECT_EQ(depth(3100, 0.5, 20, 3000), 0);
@@ -151,7 +151,7 @@ TEST(LevelLimits, WetBulbZero) {
     results.Levels =
         Air({{100, 1000, 20, 10}, {1100, 880, 12, 5}, {2100, 780, 5, 0}, {3100, 690, 0, -5}});
     results.Levels.WetBulb = Levels<double>(wetBulbs);
-    return ValueOf("WBZ Hgt", results);
+    return ListedValue("WBZ Hgt", results);
   };
   EXPECT_NEAR(height({10, 2, -2, -8}), 1500, 0.5);
   EXPECT_NEAR(height({10, 2, 0, -8}), 2000, 0.5);
@@ -172,7 +172,7 @@ TEST(LevelLimits, CriticalAngle) {
     results.Levels = Air({{0, 1000, 20, 10}, {5500, 500, -10, -30}});
     results.Winds = DeriveWinds(sounding);
     results.Storm.Right = Mover{.Motion = motion};
-    return ValueOf("Crit Angle", results, sounding);
+    return ListedValue("Crit Angle", results, sounding);
   };
   // From 10 kt out of the west to 20: a shear of (-10, 0) from (-10, 0).
   EXPECT_NEAR(angle({0, 270, 10}, {500, 270, 20}, {-10, 10}), 90, 1e-3);

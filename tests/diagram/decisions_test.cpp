@@ -21,7 +21,7 @@ namespace {
 
 using test::Profile;
 
-constexpr Rect kPlot{1300, 620, 7900, 8220};
+constexpr Rect kPlotArea{1300, 620, 7900, 8220};
 
 // The next line of the list at or above the data; winds alone reach as high as the standard
 // atmosphere has them, 9164 m for 300 hPa.
@@ -63,21 +63,21 @@ TEST(DiagramLimits, TemperatureAxisHoldsTheSounding) {
         Profile({{1000, c.Warmest, 999.9}, {500, c.Coldest, 999.9}, {300, c.Coldest, 999.9}});
     Options options;
     const TempRange range =
-        ChooseTempRange(sounding, options, {DiagramType::Emagram, 300, false}, kPlot);
+        ChooseTempRange(sounding, options, {DiagramType::Emagram, 300, false}, kPlotArea);
     EXPECT_EQ(range.Min, c.Range.Min) << c.Warmest;
     EXPECT_EQ(range.Max, c.Range.Max) << c.Warmest;
   }
   // Dew points widen it as temperatures do; levels above the top do not.
   const SoundingRecord dry = Profile({{1000, 20, -45}, {500, -20, -30}, {200, -70, 999.9}});
   const TempRange range =
-      ChooseTempRange(dry, Options{}, {DiagramType::Emagram, 300, false}, kPlot);
+      ChooseTempRange(dry, Options{}, {DiagramType::Emagram, 300, false}, kPlotArea);
   EXPECT_EQ(range.Min, -50);
   EXPECT_EQ(range.Max, 30);
   Options narrow;
   narrow.TempScaling = Scaling::Manual;
   narrow.TempMin = 0;
   narrow.TempMax = 39;
-  EXPECT_EQ(ChooseTempRange(dry, narrow, {}, kPlot).Max, 40);
+  EXPECT_EQ(ChooseTempRange(dry, narrow, {}, kPlotArea).Max, 40);
 }
 
 struct Spread {
@@ -453,7 +453,7 @@ TEST(PanelLimits, LeavesOutWhatIsSwitchedOff) {
 TEST(CursorMarks, LockOnLevelsThatAreShown) {
   const SoundingRecord sounding =
       Profile({{1060, 25, 10}, {850, 12, 999.9}, {850, 12, 5}, {500, -41, -30}, {110, -60, -80}});
-  const DiagramMapping at(DiagramType::Emagram, kPlot, -40, 40, 100);
+  const DiagramMapping at(DiagramType::Emagram, kPlotArea, -40, 40, 100);
   const auto marks = [&](int level) {
     CursorState cursor;
     cursor.Level = level;
@@ -474,7 +474,7 @@ TEST(CursorMarks, LockOnLevelsThatAreShown) {
   EXPECT_EQ(rings(4), 1u);  // the temperature lies beside the frame
   EXPECT_EQ(rings(5), 0u);
   EXPECT_FALSE(marks(5).Items().empty());
-  const DiagramMapping low(DiagramType::Emagram, kPlot, -40, 40, 200);
+  const DiagramMapping low(DiagramType::Emagram, kPlotArea, -40, 40, 200);
   CursorState above;
   above.Level = 5;
   EXPECT_TRUE(CursorMarks(Picture(9200, 8840, {}), low, sounding, above, {}, {}).Items().empty());
