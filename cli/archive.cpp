@@ -11,7 +11,6 @@
 #include "archive/add.h"
 #include "archive/merge.h"
 #include "archive/query.h"
-#include "archive/sounding_walk.h"
 #include "cli/answers.h"
 #include "cli/archive_parts.h"
 #include "cli/archive_table.h"
@@ -21,6 +20,7 @@
 #include "core/files.h"
 #include "core/numbers.h"
 #include "report/profiles_netcdf.h"
+#include "sounding/sounding_reader.h"
 
 namespace vexa::cli {
 namespace {
@@ -216,21 +216,15 @@ int RunExportArchive(const Work& work) {
   question.Columns = ColumnsNamed("file,sounding").Value();
   Inputs inputs(work.Out, setup.Value().Stations, 0);
   analysis::AdiabatTable adiabats;
-  std::string opened;
-  std::optional<FileStamp> stamp;
-  std::optional<archive::SoundingWalk> walk;
+  SoundingReader reader;
   std::int64_t count = 0;
   const auto fault =
       archive::Ask(catalogue.Value(), question, [&](std::span<const archive::Cell> cells) {
         const std::string name = archive::CellText(cells[0]);
         if (!share.Value().Holds(name)) return true;
-        if (name != opened) {
-          opened = name;
-          stamp = StampOf(PathFromText(name));
-          walk.emplace(PathFromText(name));
-        }
         const auto index = static_cast<int>(std::get<std::int64_t>(cells[1])) - 1;
-        Loading loading = walk->Load(index, {.Stations = &setup.Value().Stations});
+        Loading loading = reader.Load({.File = PathFromText(name), .Index = index},
+                                      {.Stations = &setup.Value().Stations});
         const std::string numbered = name + "#" + archive::CellText(cells[1]);
         if (loading.Failed) {
           inputs.Fail(numbered, *loading.Failed);
@@ -238,7 +232,6 @@ int RunExportArchive(const Work& work) {
         }
         const AnalysedSounding sounding(*std::move(loading.Sounding));
         ReportedSounding reported = report::ReportOf(sounding, name, options, &adiabats);
-        reported.Stamp = stamp;
         file.Value().Add(reported, numbered);
         ++count;
         return true;

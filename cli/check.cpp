@@ -13,7 +13,7 @@
 #include "core/numbers.h"
 #include "core/shown_values.h"
 #include "ingest/sounding_files.h"
-#include "sounding/sounding_source.h"
+#include "sounding/sounding_reader.h"
 
 namespace vexa::cli {
 namespace {
@@ -49,10 +49,12 @@ bool IsBlank(const SourceText& source) {
   return source.Members().empty() && Trim(source.Bytes()).empty();
 }
 
-Verdict VerdictOf(Loading loading, const SourceText& text) {
+// text  null of a file that cannot be read
+Verdict VerdictOf(Loading loading, const SourceText* text) {
   if (loading.Failed) {
     Verdict refused = Refused(*loading.Failed);
-    refused.IsStrange = loading.Failed->Number == kFaultFormat && !IsBlank(text);
+    refused.IsStrange =
+        loading.Failed->Number == kFaultFormat && (text == nullptr || !IsBlank(*text));
     refused.Notes = std::move(loading.Sounding ? loading.Sounding->Notes : loading.Notes);
     return refused;
   }
@@ -67,21 +69,29 @@ Verdict VerdictOf(Loading loading, const SourceText& text) {
           .Notes = std::move(sounding.Notes)};
 }
 
-// A file's soundings one after the other; of a format with one sounding a file that one. A text in
-// no known format has one verdict.
-std::vector<Verdict> CheckFile(const fs::path& path) {
-  Outcome<SoundingSource> source = SoundingSource::Open(path);
-  if (!source) return {Refused(source.Error())};
+// What is shown of the verdicts: what is not need not be kept, of a hundred thousand soundings.
+struct Shown {
+  bool Notes = false;
+  bool OnlyFaults = false;
+};
+
+// A file's soundings one after the other, of a long one with the memory of a piece; of a format
+// with one sounding a file that one. A text in no known format has one verdict.
+std::vector<Verdict> CheckFile(const fs::path& path, const Shown& shown, SoundingReader& reader) {
+  const LoadPolicy policy{.Stations = &Stations()};
+  if (NamedSounding(path)) return {VerdictOf(reader.Load({.File = path}, policy), nullptr)};
+  SoundingWalk walk(path);
   std::vector<Verdict> verdicts;
-  int count = 1;
-  for (int i = 0; i < count; ++i) {
-    Loading loading = source.Value().Load(i, {.Stations = &Stations()});
-    count = loading.Count;
-    Verdict verdict = VerdictOf(std::move(loading), source.Value().Text());
-    if (count > 1) {
-      verdict.Text.insert(0, '[' + Shortest(i + 1) + '/' + Shortest(count) + "] ");
+  while (std::optional<Loading> loading = walk.Next(policy)) {
+    Verdict& verdict = verdicts.emplace_back(VerdictOf(*std::move(loading), walk.Text()));
+    if (!shown.Notes) verdict.Notes = {};
+    if (shown.OnlyFaults && !verdict.IsFault) verdict.Text = {};
+  }
+  if (verdicts.size() > 1) {
+    const std::string count = Shortest(static_cast<int>(verdicts.size()));
+    for (std::size_t i = 0; i < verdicts.size(); ++i) {
+      verdicts[i].Text.insert(0, '[' + Shortest(static_cast<int>(i) + 1) + '/' + count + "] ");
     }
-    verdicts.push_back(std::move(verdict));
   }
   return verdicts;
 }
@@ -94,10 +104,12 @@ std::string Count(int number, std::string_view what) {
 int RunCheck(const Arguments& arguments, Console& console) {
   const bool isQuiet = arguments.Has("--quiet"), showsNotes = arguments.Has("--notes");
   int files = 0, soundings = 0, faults = 0, others = 0;
+  SoundingReader reader;
   for (const std::string& given : arguments.Files) {
     for (const fs::path& path : ingest::FilesBelow(PathFromText(given))) {
       const std::string name = TextFromPath(path);
-      const std::vector<Verdict> verdicts = CheckFile(path);
+      const std::vector<Verdict> verdicts =
+          CheckFile(path, {.Notes = showsNotes, .OnlyFaults = isQuiet}, reader);
       // What stands in a folder beside the soundings is no fault; a file that was named is one.
       if (verdicts.front().IsStrange && name != given) {
         ++others;

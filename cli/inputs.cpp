@@ -8,7 +8,7 @@
 namespace vexa::cli {
 
 std::optional<LoadedSounding> Inputs::Load(const std::string& file, std::optional<int> index) {
-  Loading loading = LoadSounding({.File = PathFromText(file), .Index = index.value_or(index_)},
+  Loading loading = reader_.Load({.File = PathFromText(file), .Index = index.value_or(index_)},
                                  {.Stations = &stations_});
   if (loading.Failed) {
     Fail(file, *loading.Failed);

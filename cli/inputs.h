@@ -10,7 +10,7 @@
 #include "core/data_checks.h"
 #include "core/fault.h"
 #include "core/station_list.h"
-#include "sounding/analysed_sounding.h"
+#include "sounding/sounding_reader.h"
 
 namespace vexa::cli {
 
@@ -41,6 +41,7 @@ class Inputs {
   Console& console_;
   const StationList& stations_;
   int index_;
+  SoundingReader reader_{};
   int exitCode_ = kExitOk;
 };
 

@@ -22,7 +22,8 @@ namespace vexa::ingest {
 namespace stream {
 
 constexpr std::size_t kLongestSounding = std::size_t{64} << 20;  // bytes
-constexpr std::size_t kLongestMember = std::size_t{256} << 20;   // bytes, of what is read whole
+constexpr std::size_t kMostPacked = 16;  // a text is seldom longer than so many times its gzip file
+constexpr std::size_t kLongestMember = std::size_t{256} << 20;  // bytes, of what is read whole
 
 inline Fault CannotUnpack(const std::string& name, std::string_view reason) {
   return {kFaultEndOfFile, "SourceStream", name + ": the archive " + std::string(reason), name};
@@ -122,6 +123,7 @@ class Series {
 
   // None behind the last.
   Outcome<std::optional<SourceText>> Next() {
+    count_ = 0;
     while (true) {
       while (!bytes_->AtEnd() && rest_.size() < wanted_) {
         if (!bytes_->Read(rest_, piece_)) return CannotUnpack(name_, "is damaged or cut off");
@@ -137,6 +139,7 @@ class Series {
         rest_ = window.Bytes().substr(whole.Bytes().size());
         linesBefore_ += cut - 1;
         wanted_ = piece_;
+        count_ = static_cast<int>(entries.size()) - 1;
         return std::optional(std::move(whole));
       }
       rest_ = window.Bytes();
@@ -147,6 +150,9 @@ class Series {
     }
   }
 
+  int Count() const { return count_; }
+  bool IsAtEnd() const { return bytes_->AtEnd() && rest_.empty(); }
+
  private:
   std::string name_;
   std::unique_ptr<RunningBytes> bytes_;
@@ -154,6 +160,7 @@ class Series {
   std::size_t piece_;
   std::size_t wanted_ = 0;
   int linesBefore_ = 0;
+  int count_ = 0;
 };
 
 }  // namespace stream
@@ -342,8 +349,7 @@ Outcome<SourceStream> SourceStream::Open(const std::filesystem::path& file, std:
   std::optional<Fault> fault;
   if (stamp && !isGzip && IsPacked(opening)) {
     fault = state->OpenArchive();
-  } else if (stamp &&
-             (isGzip || stamp->Size > piece)) {  // a gzip stream's length shows when unpacked
+  } else if (stamp && stamp->Size > (isGzip ? piece / kMostPacked : piece)) {
     fault = state->OpenBytes(TextFromPath(isGzip ? file.stem() : file.filename()));
   } else {
     fault = state->ReadWhole();
@@ -367,6 +373,16 @@ Outcome<std::optional<SourceText>> SourceStream::Next() {
   });
   if (fault) return *fault;
   return std::move(*next);
+}
+
+int SourceStream::Count() const {
+  return state_->Running ? state_->Running->Count() : 0;
+}
+
+bool SourceStream::IsAtEnd() const {
+  const State& state = *state_;
+  if (state.Running && !state.Running->IsAtEnd()) return false;
+  return !state.Zip || (state.NextMember == state.Members && state.Group.empty());
 }
 
 std::vector<std::string> SourceStream::TakeNotes() {

@@ -30,6 +30,11 @@ class SourceStream {
   /// The next text; none behind the last. Nothing comes behind a fault.
   Outcome<std::optional<SourceText>> Next();
 
+  /// Soundings of the text given last where cutting it from the file has told them; else 0.
+  int Count() const;
+  /// Whether the text given last is known to be the file's last one.
+  bool IsAtEnd() const;
+
   /// What was left out of the file so far, given away once.
   std::vector<std::string> TakeNotes();
 

@@ -14,7 +14,7 @@
 #include "core/files.h"
 #include "core/numbers.h"
 #include "core/platform.h"
-#include "sounding/analysed_sounding.h"
+#include "sounding/sounding_reader.h"
 
 namespace vexa {
 namespace {
@@ -29,21 +29,28 @@ struct Piece {
   QcFinding Finding{};
 };
 
+/// What is kept from one file to the next.
+struct Bench {
+  analysis::AdiabatTable Adiabats{};
+  SoundingReader Reader{};
+};
+
 Piece MakePiece(const std::string& file, const ExportRequest& request, const Options& options,
-                analysis::AdiabatTable& table) {
+                Bench& bench) {
   const output::DumpKind kind = request.Kind;
   Piece piece;
   piece.Failed = Guarded("ExportBatch", [&]() -> std::optional<Fault> {
-    const Loading loading = LoadSounding({.File = PathFromText(file), .Index = request.Index},
-                                         {.Stations = request.Stations});
+    const Loading loading = bench.Reader.Load({.File = PathFromText(file), .Index = request.Index},
+                                              {.Stations = request.Stations});
     if (loading.Failed) return loading.Failed;
     piece.Finding = loading.Sounding->Finding;
     if (piece.Finding.Number != 0) {
       return Fault{kFaultUnusable, "BadSounding", FindingText(piece.Finding)};
     }
     const SoundingRecord& record = loading.Sounding->Record;
-    piece.Text = output::DumpSounding(record, output::AnalyseForDump(record, options, kind, &table),
-                                      options, options.System.Dump, kind);
+    piece.Text =
+        output::DumpSounding(record, output::AnalyseForDump(record, options, kind, &bench.Adiabats),
+                             options, options.System.Dump, kind);
     piece.DataType = record.DataFormat;
     return std::nullopt;
   });
@@ -74,7 +81,7 @@ class PieceSource {
   PieceSource& operator=(const PieceSource&) = delete;
 
   Piece Next() {
-    if (workers_.empty()) return MakePiece(request_.Files[used_++], request_, options_, table_);
+    if (workers_.empty()) return MakePiece(request_.Files[used_++], request_, options_, bench_);
     std::unique_lock lock(mutex_);
     std::unique_ptr<Piece>& slot = slots_[used_ % slots_.size()];
     changed_.wait(lock, [&slot] { return slot != nullptr; });
@@ -88,7 +95,7 @@ class PieceSource {
 
  private:
   void Work() {
-    analysis::AdiabatTable table;
+    Bench bench;
     std::unique_lock lock(mutex_);
     while (true) {
       changed_.wait(lock, [this] { return stopped_ || begun_ < used_ + slots_.size(); });
@@ -96,7 +103,7 @@ class PieceSource {
       const std::size_t mine = begun_++;
       lock.unlock();
       auto piece =
-          std::make_unique<Piece>(MakePiece(request_.Files[mine], request_, options_, table));
+          std::make_unique<Piece>(MakePiece(request_.Files[mine], request_, options_, bench));
       lock.lock();
       slots_[mine % slots_.size()] = std::move(piece);
       changed_.notify_all();
@@ -105,7 +112,7 @@ class PieceSource {
 
   const ExportRequest& request_;
   const Options& options_;
-  analysis::AdiabatTable table_{};  // without threads; each of these has its own
+  Bench bench_{};  // without threads; each of these has its own
   std::mutex mutex_{};
   std::condition_variable changed_{};
   std::vector<std::unique_ptr<Piece>> slots_{};

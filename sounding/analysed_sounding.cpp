@@ -2,21 +2,12 @@
 
 #include <utility>
 
-#include "core/numbers.h"
-#include "sounding/sounding_source.h"
+#include "sounding/sounding_reader.h"
 
 namespace vexa {
 
 Loading LoadSounding(const Source& from, const LoadPolicy& policy) {
-  Outcome<SoundingSource> source = SoundingSource::Open(from.File);
-  if (!source) return {.Failed = source.Error()};
-  Loading loading = source.Value().Load(from.Index, policy);
-  if (loading.Sounding && loading.Count > 1) {
-    std::vector<std::string>& notes = loading.Sounding->Notes;
-    notes.insert(notes.begin(), "This is number " + Shortest(from.Index + 1) + " of the file's " +
-                                    Shortest(loading.Count) + " soundings.");
-  }
-  return loading;
+  return SoundingReader().Load(from, policy);
 }
 
 const analysis::AnalysisResults& AnalysedSounding::Results(const AnalysisSettings& set,

@@ -46,11 +46,13 @@ struct Loading {
   std::optional<LoadedSounding> Sounding{};
   std::optional<Fault> Failed{};
   std::vector<std::string> Notes{};  // where there is no sounding to have them
-  int Count = 1;                     // soundings of the file
+  int Count = 1;                     // soundings of the file, as far as it was read
+  bool HasMore = false;              // it was not read to its end
 };
 
 /// Reads, decodes, orders and checks one sounding of a file. Of several that `from` chooses, the
-/// first note says which it is. Faults as ingest::ReadSource and ingest::DecodeSounding.
+/// first note says which it is. A long file is read no farther than need be. Faults as
+/// ingest::ReadSource and ingest::DecodeSounding. For many soundings there is a SoundingReader.
 Loading LoadSounding(const Source& from, const LoadPolicy& policy);
 
 /// A loaded sounding that changes no more and is shared. Its analysis is made when it is first

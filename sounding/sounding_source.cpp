@@ -1,17 +1,14 @@
 #include "sounding/sounding_source.h"
 
-#include <algorithm>
-#include <iterator>
 #include <optional>
-#include <system_error>
 #include <utility>
 
 #include "core/data_checks.h"
 #include "core/files.h"
-#include "core/numbers.h"
 #include "ingest/decoder.h"
 #include "ingest/native.h"
-#include "ingest/source_stream.h"
+#include "sounding/sounding_reader.h"
+#include "sounding/sounding_walk.h"
 
 namespace vexa {
 
@@ -38,56 +35,18 @@ Outcome<SourceText> Guarding(Read read) {
   return std::move(*text);
 }
 
-// "FILE#3", where there is no file of this very name.
-std::optional<Source> NamedSounding(const std::filesystem::path& file) {
-  if (IsThere(file)) return std::nullopt;
-  const std::string name = TextFromPath(file);
-  const std::size_t mark = name.rfind('#');
-  if (mark == std::string::npos || mark == 0) return std::nullopt;
-  const std::optional<int> number = ParseWhole(std::string_view(name).substr(mark + 1));
-  Source source{.File = PathFromText(std::string_view(name).substr(0, mark))};
-  if (!number || *number < 1 || !IsThere(source.File)) return std::nullopt;
-  source.Index = *number - 1;
-  return source;
-}
-
 }  // namespace
 
-// Reads on to the text with the sounding, so that a long file takes no more memory than a short
-// one.
 Outcome<SoundingSource> SoundingSource::OpenNamed(const Source& named) {
   const std::optional<FileStamp> stamp = StampOf(named.File);
-  Outcome<ingest::SourceStream> stream = ingest::SourceStream::Open(named.File);
-  if (!stream) return stream.Error();
-  std::vector<std::string> notes;
-  std::string name;
-  int before = 0, texts = 0;
-  while (true) {
-    Outcome<std::optional<SourceText>> text = stream.Value().Next();
-    std::ranges::move(stream.Value().TakeNotes(), std::back_inserter(notes));
-    if (!text) return text.Error();
-    if (!text.Value()) break;
-    const int count = std::max(1, static_cast<int>(ingest::ListSoundings(*text.Value()).size()));
-    if (named.Index < before + count) {
-      SoundingSource source(*std::move(text.Value()));
-      source.opened_->From = {.File = named.File, .Stamp = stamp};
-      source.opened_->Notes = std::move(notes);
-      source.opened_->Only = named.Index - before;
-      source.opened_->Before = before;
-      return source;
-    }
-    before += count;
-    ++texts;
-    name = text.Value()->Name();
-  }
-  if (texts == 1) {  // loading tells what it holds
-    Outcome<SoundingSource> source = Open(named.File);
-    if (source) source.Value().opened_->Only = named.Index;
-    return source;
-  }
-  return Fault{kFaultEndOfFile, "LoadSounding",
-               name + ": it holds " + Shortest(before) + " soundings, number " +
-                   Shortest(named.Index + 1) + " was asked for"};
+  Outcome<SoundingWalk::Place> place = SoundingWalk(named.File).Take(named.Index);
+  if (!place) return place.Error();
+  Opened& opened = *place.Value().Source.opened_;
+  opened.From = {.File = named.File, .Stamp = stamp};
+  opened.Notes = std::move(place.Value().Notes);
+  opened.Only = named.Index - place.Value().Before;
+  opened.Before = place.Value().Before;
+  return std::move(place.Value().Source);
 }
 
 Outcome<SoundingSource> SoundingSource::Open(const std::filesystem::path& file) {

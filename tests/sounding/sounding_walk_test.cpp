@@ -1,0 +1,82 @@
+#include "sounding/sounding_walk.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <fstream>
+#include <string>
+
+#include "support/igra_file.h"
+#include "support/soundings.h"
+
+namespace vexa {
+namespace {
+
+class SoundingWalks : public testing::Test {
+ protected:
+  // Each day is a tenth warmer than the one before, so its place shows in its first temperature,
+  // 28 C on the first; a piece holds two soundings and more.
+  SoundingWalks() { std::ofstream(file_, std::ios::binary) << test::IgraFile(72558, kDays); }
+
+  static constexpr int kDays = 30;
+  static constexpr std::size_t kPiece = 1000;
+  test::TemporaryFolder folder_{};
+  std::filesystem::path file_ = folder_.Path() / "72558.txt";
+};
+
+TEST_F(SoundingWalks, ReachEveryPlaceOfALongFile) {
+  SoundingWalk walk(file_, kPiece);
+  for (const int place : {0, 1, 2, 9, 9, 28, 29, 3, 0}) {
+    const Loading loading = walk.Load(place, {});
+    ASSERT_TRUE(loading.Sounding) << place;
+    EXPECT_NEAR(loading.Sounding->Record.Temp(1), 28 + place / 10.0, 1e-9) << place;
+    EXPECT_EQ(loading.Sounding->From.Index, place);
+    EXPECT_EQ(loading.HasMore, place < kDays - 1) << place;
+  }
+  const Loading behind = walk.Load(kDays, {});
+  ASSERT_TRUE(behind.Failed);
+  EXPECT_EQ(behind.Failed->Detail, "72558.txt: it holds 30 soundings, number 31 was asked for");
+  EXPECT_TRUE(walk.Load(29, {}).Sounding) << "a place that is not there spoils nothing";
+  SoundingWalk gone(folder_.Path() / "none", kPiece);
+  EXPECT_TRUE(gone.Load(0, {}).Failed);
+}
+
+// A file that is read whole and one that comes in pieces are gone through alike; damage in the
+// middle is told once, behind what could be read.
+TEST_F(SoundingWalks, GoThroughAFileOnce) {
+  for (const std::size_t piece : {kPiece, ingest::SourceStream::kPiece}) {
+    SoundingWalk walk(file_, piece);
+    int place = 0;
+    for (auto loading = walk.Next({}); loading; loading = walk.Next({})) {
+      ASSERT_TRUE(loading->Sounding) << place;
+      EXPECT_NEAR(loading->Sounding->Record.Temp(1), 28 + place / 10.0, 1e-9) << place;
+      ++place;
+    }
+    EXPECT_EQ(place, kDays);
+    EXPECT_FALSE(walk.Next({}));
+  }
+  SoundingWalk gone(folder_.Path() / "none", kPiece);
+  const auto refused = gone.Next({});
+  ASSERT_TRUE(refused);
+  EXPECT_TRUE(refused->Failed);
+  EXPECT_FALSE(gone.Next({}));
+  EXPECT_EQ(gone.Text(), nullptr);
+}
+
+// Of an archive a file was left out: going through it tells so once, a sounding of it alone again.
+TEST(SoundingWalk, TellsWhatWasLeftOut) {
+  const auto leftOut = [](const std::optional<Loading>& loading) {
+    return loading && loading->Sounding
+               ? std::ranges::count_if(
+                     loading->Sounding->Notes,
+                     [](const std::string& note) { return note.starts_with("Of the archive"); })
+               : 0;
+  };
+  SoundingWalk walk(test::TestData("packed_many.zip"));
+  EXPECT_EQ(leftOut(walk.Next({})), 1);
+  EXPECT_EQ(leftOut(walk.Next({})), 0);
+  EXPECT_EQ(leftOut(walk.Load(3, {})), 1);
+}
+
+}  // namespace
+}  // namespace vexa
