@@ -9,6 +9,14 @@
 #include <cstring>
 #include <optional>
 
+// The compiler finds it too long to be put where it is called; there are two such places, which are
+// most of the work on a long file.
+#if defined(__GNUC__)
+#define VEXA_IN_PLACE inline __attribute__((always_inline))
+#else
+#define VEXA_IN_PLACE inline
+#endif
+
 namespace vexa {
 
 /// Digits as a whole number, and how many of them stand behind the full stop.
@@ -24,7 +32,7 @@ PlainFigures FiguresAt(const char* at, const char* end);
 
 /// The same of the eight characters from a place on, all at once, for numbers that end before the
 /// last of them; Count is 0 where there is none or it is longer.
-inline PlainFigures FiguresOfEight(const char* at) {
+VEXA_IN_PLACE PlainFigures FiguresOfEight(const char* at) {
   constexpr std::uint64_t kEach = 0x0101010101010101;  // times what each character is to get
   std::uint64_t eight = 0;                             // the first character in the lowest bits
   std::memcpy(&eight, at, sizeof eight);
@@ -57,7 +65,7 @@ inline PlainFigures FiguresOfEight(const char* at) {
 ///
 /// Its digits are a whole number over a power of ten. Both are exact in a double, so that their
 /// quotient is the nearest number, as from_chars gives it.
-inline std::optional<double> TakePlainNumber(const char*& at, const char* end) {
+VEXA_IN_PLACE std::optional<double> TakePlainNumber(const char*& at, const char* end) {
   constexpr std::ptrdiff_t kMostDigits = 15;
   static constexpr std::array<double, kMostDigits + 1> kPowers = {
       1, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};

@@ -26,6 +26,18 @@ bool EndsQuoted(char c) {
 
 }  // namespace
 
+inline void RecordReader::SkipBlanks() {
+  while (at_ < text_.size() && (text_[at_] == ' ' || text_[at_] == '\t')) ++at_;
+}
+
+inline void RecordReader::EndField() {
+  if (at_ < text_.size() && text_[at_] == ',') {
+    ++at_;
+  } else {
+    SkipLineEnd();
+  }
+}
+
 RecordReader::RecordReader(std::string_view text, std::string_view name)
     : text_(text.substr(0, text.find(kEndOfText))), name_(name) {
   constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
@@ -58,10 +70,6 @@ std::string_view RecordReader::SkipLine(const Place& place) {
 
 Fault RecordReader::DamagedAt(int line, std::string_view reason) const {
   return Fault{kFaultEndOfFile, "RecordReader", AtLine(name_, line, reason), std::string(name_)};
-}
-
-void RecordReader::SkipBlanks() {
-  while (at_ < text_.size() && (text_[at_] == ' ' || text_[at_] == '\t')) ++at_;
 }
 
 // One line end: LF, or any number of CR with the LF behind them.
@@ -104,26 +112,18 @@ Outcome<RecordField> RecordReader::Next(std::string_view what) {
   return field;
 }
 
-void RecordReader::EndField() {
-  if (at_ < text_.size() && text_[at_] == ',') {
-    ++at_;
-  } else {
-    SkipLineEnd();
-  }
-}
-
 std::optional<double> RecordReader::TakeNumber() {
   SkipBlanks();
+  const char* const begin = text_.data() + at_;
   const char* const textEnd = text_.data() + text_.size();
-  const char* next = text_.data() + at_;
-  std::optional<double> number = TakePlainNumber(next, textEnd);
-  auto end = static_cast<std::size_t>(next - text_.data());
-  if (!number || (next != textEnd && !EndsField(*next))) {
-    while (end < text_.size() && !EndsField(text_[end])) ++end;
-    number = ParseNumber(text_.substr(at_, end - at_));
+  const char* end = begin;
+  std::optional<double> number = TakePlainNumber(end, textEnd);
+  if (!number || (end != textEnd && !EndsField(*end))) {
+    end = std::find_if(end, textEnd, EndsField);
+    number = ParseNumber({begin, static_cast<std::size_t>(end - begin)});
+    if (!number) return number;
   }
-  if (!number) return number;
-  at_ = end;
+  at_ += static_cast<std::size_t>(end - begin);
   EndField();
   return number;
 }

@@ -1,6 +1,5 @@
 #include "core/source_text.h"
 
-#include <stdexcept>
 #include <utility>
 
 namespace vexa {
@@ -14,20 +13,13 @@ SourceText::SourceText(std::string name, std::string bytes, int linesBefore)
     const std::size_t next = feed == std::string::npos ? bytes_.size() : feed + 1;
     std::size_t end = feed == std::string::npos ? bytes_.size() : feed;
     while (end > begin && bytes_[end - 1] == '\r') --end;
-    lines_.push_back(
-        {static_cast<std::uint32_t>(begin), static_cast<std::uint32_t>(end - begin)});
+    lines_.push_back({static_cast<std::uint32_t>(begin), static_cast<std::uint32_t>(end - begin)});
     begin = next;
   }
 }
 
 SourceText::SourceText(std::string name, std::vector<SourceText> members)
     : name_(std::move(name)), members_(std::move(members)) {}
-
-std::string_view SourceText::Line(int number) const {
-  if (number < 1 || number > LineCount()) throw std::out_of_range("line number");
-  const Span& span = lines_[static_cast<std::size_t>(number) - 1];
-  return std::string_view(bytes_).substr(span.Begin, span.Length);
-}
 
 SourceText SourceText::Part(int from, int to) const {
   const auto beginOf = [this](int line) {

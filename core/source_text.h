@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -28,7 +29,11 @@ class SourceText {
 
   int LineCount() const { return static_cast<int>(lines_.size()); }
   /// Line without its end, 1-based. Throws std::out_of_range outside.
-  std::string_view Line(int number) const;
+  std::string_view Line(int number) const {
+    if (number < 1 || number > LineCount()) throw std::out_of_range("line number");
+    const Span& span = lines_[static_cast<std::size_t>(number) - 1];
+    return {bytes_.data() + span.Begin, span.Length};
+  }
 
   /// The lines from one to the one before another, as a text of its own that knows its place.
   SourceText Part(int from, int to) const;

@@ -16,18 +16,16 @@ namespace {
 struct ElementRow {
   std::string_view Plural;
   std::string_view Unit;
-  double Least;
-  double Most;
 };
 
-// In the order of Element. A pressure of 0 is refused too.
+// In the order of Element.
 constexpr std::array<ElementRow, kElements> kElementRows = {{
-    {"Pressures", "hPa", 0, 1100},
-    {"Heights", "m", -500, 60000},
-    {"Temperatures", "C", -120, 60},
-    {"Dew points", "C", -150, 60},
-    {"Wind directions", "degrees", 0, 360},
-    {"Wind speeds", "knots", 0, 300},
+    {"Pressures", "hPa"},
+    {"Heights", "m"},
+    {"Temperatures", "C"},
+    {"Dew points", "C"},
+    {"Wind directions", "degrees"},
+    {"Wind speeds", "knots"},
 }};
 
 constexpr double kMarkers[] = {-9999, 9999, 99999, -99999, -999, 999};
@@ -50,11 +48,6 @@ bool IsMarkerText(std::string_view field) {
 
 std::string Counted(std::string_view what, int count) {
   return std::string(what) + ": " + Shortest(count);
-}
-
-bool IsPossible(double value, Element element) {
-  const ElementRow& row = kElementRows[static_cast<std::size_t>(element)];
-  return value >= row.Least && value <= row.Most && !(element == Element::Press && value == 0);
 }
 
 bool HasWind(const SourceLevel& level) {
@@ -80,8 +73,9 @@ std::vector<std::string> Refusals::Notes() const {
   for (std::size_t i = 0; i < kElements; ++i) {
     if (counts_[i] == 0) continue;
     const ElementRow& row = kElementRows[i];
-    notes.push_back(Counted(std::string(row.Plural) + " outside " + Shortest(row.Least) + " to " +
-                                Shortest(row.Most) + ' ' + std::string(row.Unit) + ", left out",
+    const ElementRange& range = kElementRanges[i];
+    notes.push_back(Counted(std::string(row.Plural) + " outside " + Shortest(range.Least) + " to " +
+                                Shortest(range.Most) + ' ' + std::string(row.Unit) + ", left out",
                             counts_[i]));
   }
   return notes;
@@ -98,14 +92,7 @@ bool ReadElement(std::string_view field, Element element, Refusals& refusals,
   return true;
 }
 
-void ReadElement(double number, Element element, Refusals& refusals, std::optional<double>& into,
-                 const Scale& scale) {
-  const double value = scale(number);
-  if (IsPossible(value, element)) {
-    into = value;
-    return;
-  }
-  into.reset();
+void Refuse(double number, Element element, Refusals& refusals) {
   const bool isMarker = std::ranges::any_of(
       kMarkers, [number](double marker) { return std::fabs(number - marker) <= kMarkerTolerance; });
   if (!isMarker) refusals.Add(element);

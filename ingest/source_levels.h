@@ -29,6 +29,19 @@ class Refusals {
   std::array<int, kElements> counts_{};
 };
 
+/// What any atmosphere has of an element. A pressure of 0 is none either.
+struct ElementRange {
+  double Least = 0;
+  double Most = 0;
+};
+inline constexpr std::array<ElementRange, kElements> kElementRanges = {
+    {{0, 1100}, {-500, 60000}, {-120, 60}, {-150, 60}, {0, 360}, {0, 300}}};
+
+inline bool IsPossible(double value, Element element) {
+  const ElementRange& range = kElementRanges[static_cast<std::size_t>(element)];
+  return value >= range.Least && value <= range.Most && !(element == Element::Press && value == 0);
+}
+
 /// A row of a source; any element may be missing.
 struct SourceLevel {
   std::optional<double> Press{};   // hPa
@@ -47,7 +60,7 @@ struct Scale {
   double Plus = 0;
 
   double operator()(double value) const {
-    const double scaled = value * Times / Over;
+    const double scaled = Over == 1 ? value * Times : value * Times / Over;
     return Plus == 0 ? scaled : Shifted(scaled);
   }
   double Shifted(double scaled) const;  // by Plus
@@ -63,9 +76,20 @@ struct Scale {
 [[nodiscard]] bool ReadElement(std::string_view field, Element element, Refusals& refusals,
                                std::optional<double>& into, const Scale& scale = {});
 
-/// The same of a field that is this number.
-void ReadElement(double number, Element element, Refusals& refusals, std::optional<double>& into,
-                 const Scale& scale = {});
+/// Counts a number that is no value of its element, unless it is a marker.
+void Refuse(double number, Element element, Refusals& refusals);
+
+/// The same as ReadElement of a field that is this number.
+inline void ReadElement(double number, Element element, Refusals& refusals,
+                        std::optional<double>& into, const Scale& scale = {}) {
+  const double value = scale(number);
+  if (IsPossible(value, element)) {
+    into = value;
+    return;
+  }
+  into.reset();
+  Refuse(number, element, refusals);
+}
 
 /// Takes a value in our unit unless it lies outside its element's range, which is counted.
 void TakeElement(double value, Element element, Refusals& refusals, std::optional<double>& into);
