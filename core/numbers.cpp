@@ -50,23 +50,6 @@ void Increment(std::string& digits) {
   digits.insert(digits.begin(), '1');
 }
 
-// What a mask asks for.
-struct MaskFigures {
-  std::size_t LeastWhole = 0;
-  std::size_t LeastFraction = 0;
-  std::size_t MostFraction = 0;
-};
-
-MaskFigures FiguresOf(std::string_view mask) {
-  MaskFigures figures;
-  std::size_t at = 0;
-  for (; at < mask.size() && mask[at] != '.'; ++at) figures.LeastWhole += mask[at] == '0' ? 1 : 0;
-  if (at == mask.size()) return figures;
-  figures.MostFraction = mask.size() - at - 1;
-  for (++at; at < mask.size(); ++at) figures.LeastFraction += mask[at] == '0' ? 1 : 0;
-  return figures;
-}
-
 // The value in units of its last decimal. Nothing where it is large, or so near the middle between
 // two that its decimal digits must tell which way it is rounded.
 std::optional<std::uint64_t> NearestUnits(double size, std::size_t decimals) {
@@ -191,14 +174,13 @@ double Rounded(double value, int decimals) {
 
 std::string Mask(double value, std::string_view mask) {
   std::string text;
-  AppendMasked(text, value, mask);
+  AppendMasked(text, value, MaskFigures(mask));
   return text;
 }
 
-void AppendMasked(std::string& text, double value, std::string_view mask) {
+void AppendMasked(std::string& text, double value, const MaskFigures& figures) {
   if (!std::isfinite(value)) return;
   constexpr std::size_t kMostWhole = 20;  // figures that there is room for
-  const MaskFigures figures = FiguresOf(mask);
   const double size = std::fabs(value);
   const std::optional<std::uint64_t> units = NearestUnits(size, figures.MostFraction);
   if (!units || figures.LeastWhole > kMostWhole) {

@@ -78,32 +78,32 @@ Value AsTemp(const LevelRow& row, const DumpOptions& dump, double) {
 // The first nine are those of the significant levels too.
 constexpr std::size_t kSignificantColumns = 9;
 constexpr DumpColumn kColumns[] = {
-    {"PR", kMb, "###0.##", 8,
+    {"PR", kMb, MaskFigures("###0.##"), 8,
      [](const LevelRow& row, const DumpOptions&, double) -> Value { return row.Press; }},
-    {"HT", HeightUnit, "#####0", 8,
+    {"HT", HeightUnit, MaskFigures("#####0"), 8,
      [](const LevelRow& row, const DumpOptions& dump, double ground) -> Value {
        return HeightShown(row.Height, dump, ground);
      }},
-    {"T", TempUnit, "###0.0", 8, AsTemp<&LevelRow::Temp>},
-    {"Td", TempUnit, "###0.0", 8, AsTemp<&LevelRow::Dewpt>},
-    {"DD", kDegrees, "##0.#", 7, Plain<&LevelRow::Dir>},
-    {"FF", SpeedUnit, "###0.##", 8,
+    {"T", TempUnit, MaskFigures("###0.0"), 8, AsTemp<&LevelRow::Temp>},
+    {"Td", TempUnit, MaskFigures("###0.0"), 8, AsTemp<&LevelRow::Dewpt>},
+    {"DD", kDegrees, MaskFigures("##0.#"), 7, Plain<&LevelRow::Dir>},
+    {"FF", SpeedUnit, MaskFigures("###0.##"), 8,
      [](const LevelRow& row, const DumpOptions& dump, double) {
        return SpeedShown(row.Spd, dump);
      }},
-    {"PT", kKelvin, "###0.#", 8, Plain<&LevelRow::Theta>},
-    {"ePT", kKelvin, "###0.#", 8, Plain<&LevelRow::ThetaE>},
-    {"RH", kPercent, "##0.#", 7, Plain<&LevelRow::Humidity>},
-    {"MixR", kGramsPerKg, "##0.###", 8, Plain<&LevelRow::MixingRatio>},
-    {"Water", WaterUnit, "###0.##", 7,
+    {"PT", kKelvin, MaskFigures("###0.#"), 8, Plain<&LevelRow::Theta>},
+    {"ePT", kKelvin, MaskFigures("###0.#"), 8, Plain<&LevelRow::ThetaE>},
+    {"RH", kPercent, MaskFigures("##0.#"), 7, Plain<&LevelRow::Humidity>},
+    {"MixR", kGramsPerKg, MaskFigures("##0.###"), 8, Plain<&LevelRow::MixingRatio>},
+    {"Water", WaterUnit, MaskFigures("###0.##"), 7,
      [](const LevelRow& row, const DumpOptions& dump, double) {
        return WaterDepth(row.Water, dump);
      }},
-    {"Den", kDensity, "##0.###", 7, Plain<&LevelRow::Density>},
-    {"VirT", TempUnit, "###0.0", 8, AsTemp<&LevelRow::VirtualTemp>},
-    {"WetBulb", TempUnit, "###0.0", 8, AsTemp<&LevelRow::WetBulb>},
-    {"Shr/kFT", kShear, "##0.#", 7, Plain<&LevelRow::Shear>},
-    {"Ri", kNoUnit, "###0.##", 9, Plain<&LevelRow::Richardson>},
+    {"Den", kDensity, MaskFigures("##0.###"), 7, Plain<&LevelRow::Density>},
+    {"VirT", TempUnit, MaskFigures("###0.0"), 8, AsTemp<&LevelRow::VirtualTemp>},
+    {"WetBulb", TempUnit, MaskFigures("###0.0"), 8, AsTemp<&LevelRow::WetBulb>},
+    {"Shr/kFT", kShear, MaskFigures("##0.#"), 7, Plain<&LevelRow::Shear>},
+    {"Ri", kNoUnit, MaskFigures("###0.##"), 9, Plain<&LevelRow::Richardson>},
 };
 
 std::string Named(const DumpColumn& column, const DumpOptions& dump) {
@@ -216,6 +216,7 @@ analysis::AnalysisResults AnalyseForDump(const SoundingRecord& sounding,
   }
   analysis::AnalysisResults results;
   results.Levels = analysis::DeriveLevels(sounding, set);
+  results.Winds = analysis::DeriveWinds(sounding);
   results.Layers.Listing = analysis::ListLevels(results.Levels);
   return results;
 }

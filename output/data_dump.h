@@ -13,6 +13,7 @@
 #include "analysis/analysis.h"
 #include "config/display_settings.h"
 #include "config/dump_options.h"
+#include "core/number_mask.h"
 #include "core/sounding_record.h"
 #include "output/level_rows.h"
 
@@ -35,7 +36,7 @@ std::string ProposedDumpName(std::string_view fileName, DumpKind kind);
 struct DumpColumn {
   std::string_view Name;  // "PR"
   std::string (*Unit)(const DumpOptions& dump);
-  std::string_view Mask;
+  MaskFigures Mask;
   int Width;  // characters in the text file
   std::optional<double> (*Value)(const LevelRow& row, const DumpOptions& dump, double ground);
 };

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <utility>
 
 #include "analysis/moist_air.h"
 #include "analysis/turbulence.h"
@@ -176,11 +177,11 @@ std::optional<double> PressureAt(const LevelProfile& levels, double height) {
   return levels.Press.Top() * std::exp(-(height - levels.Height.Top()) / scale);
 }
 
-void PutShear(const SoundingRecord& sounding, const LevelProfile& levels,
+void PutShear(const SoundingRecord& sounding, const AnalysisResults& results,
               std::vector<Joined>& rows) {
   constexpr double kSameHeight = 1e-6;  // m
   const std::vector<analysis::WindPair> pairs =
-      analysis::PairWinds(analysis::DeriveWinds(sounding), levels, 0);
+      analysis::PairWinds(results.Winds, results.Levels, 0);
   for (Joined& joined : rows) {
     if (joined.WindLevel == 0) continue;
     const double height = sounding.WindHgt(joined.WindLevel);
@@ -191,6 +192,20 @@ void PutShear(const SoundingRecord& sounding, const LevelProfile& levels,
     joined.Row.Shear = pair->Shear;
     joined.Row.Richardson = pair->Richardson;
   }
+}
+
+// Rows are large: their order is found first, so that each moves once.
+void SortByHeight(std::vector<Joined>& rows) {
+  const auto height = [](const Joined& joined) { return joined.Row.Height; };
+  if (std::ranges::is_sorted(rows, {}, height)) return;
+  std::vector<const Joined*> order;
+  order.reserve(rows.size());
+  for (const Joined& row : rows) order.push_back(&row);
+  std::ranges::stable_sort(order, {}, [&height](const Joined* row) { return height(*row); });
+  std::vector<Joined> sorted;
+  sorted.reserve(rows.size());
+  for (const Joined* row : order) sorted.push_back(*row);
+  rows = std::move(sorted);
 }
 
 std::vector<Joined> Join(const SoundingRecord& sounding, const AnalysisResults& results) {
@@ -219,9 +234,8 @@ std::vector<Joined> Join(const SoundingRecord& sounding, const AnalysisResults& 
     put(row, i);
     rows.push_back(row);
   }
-  const auto height = [](const Joined& joined) { return joined.Row.Height; };
-  if (!std::ranges::is_sorted(rows, {}, height)) std::ranges::stable_sort(rows, {}, height);
-  PutShear(sounding, levels, rows);
+  SortByHeight(rows);
+  PutShear(sounding, results, rows);
   return rows;
 }
 

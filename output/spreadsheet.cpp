@@ -25,6 +25,8 @@ constexpr double kMilesPerKilometer = 1000 / kMetersPerMile;
 /// Rows of comma-separated fields; texts that need quotes get them.
 class Sheet {
  public:
+  /// characters  about as many as come
+  explicit Sheet(std::size_t characters) { text_.reserve(characters); }
   Sheet& Cell(std::string_view text) {
     if (std::ranges::none_of(text, WantsQuotes)) return Number(text);
     Separate();
@@ -254,7 +256,9 @@ std::string SpreadsheetBlock(const SoundingRecord& sounding, const AnalysisResul
                              const DisplaySettings& set, const DumpOptions& dump) {
   const double ground = results.Levels.Count() > 0 ? results.Levels.Height(1) : 0;
   const Source from{sounding, results, set, dump, ground};
-  Sheet sheet;
+  constexpr std::size_t kAhead = 3000, kRow = 100;  // characters
+  const int levels = sounding.NumTempLevels() + sounding.NumWindLevels();
+  Sheet sheet(kAhead + kRow * static_cast<std::size_t>(levels));
   sheet.Cell("Sounding Information").Cell(sounding.StationTitle).EndRow();
   PutPosition(sheet, from);
   for (const LevelEntry& entry : kLevels) {
