@@ -77,10 +77,30 @@ Column SectionWork::ColumnOf(const SoundingRecord& sounding, const std::string& 
   return column;
 }
 
+void SectionWork::Keep(const Loading& loading, const std::string& file, const std::string& numbered,
+                       const SectionChoice& choice, crosssection::Section& into) {
+  if (loading.Failed) {
+    troubles_.push_back({.Name = numbered, .Failed = *loading.Failed});
+    return;
+  }
+  const SoundingRecord& record = loading.Sounding->Record;
+  if (!IsChosen(record.Time, choice)) return;
+  if (loading.Sounding->Finding.Number != 0) {
+    troubles_.push_back({.Name = numbered, .Finding = loading.Sounding->Finding});
+  }
+  into.Columns.push_back(ColumnOf(record, file));
+  into.Columns.back().Order = static_cast<int>(into.Columns.size());
+}
+
 bool SectionWork::LoadFile(const std::filesystem::path& file, const SectionChoice& choice,
                            const LoadPolicy& policy, Progress& progress, double done, double part,
                            crosssection::Section& into) {
   const std::string name = TextFromPath(file);
+  if (!choice.From && !choice.Until && NamedSounding(file)) {
+    if (!progress.Begin("Loading " + name, done)) return false;
+    Keep(reader_.Load({.File = file}, policy), name, name, choice, into);
+    return true;
+  }
   Outcome<SoundingSource> opened = SoundingSource::Open(file);
   if (!opened) {
     troubles_.push_back({.Name = name, .Failed = opened.Error()});
@@ -95,18 +115,7 @@ bool SectionWork::LoadFile(const std::filesystem::path& file, const SectionChoic
     if (!entries.empty() && !IsChosen(entries[static_cast<std::size_t>(i)].Time, choice)) continue;
     const std::string numbered = count > 1 ? name + ", sounding " + Shortest(i + 1) : name;
     if (!progress.Begin("Loading " + numbered, done + part * i / count)) return false;
-    Loading loading = source.Load(i, policy);
-    if (loading.Failed) {
-      troubles_.push_back({.Name = numbered, .Failed = *loading.Failed});
-      continue;
-    }
-    const SoundingRecord& record = loading.Sounding->Record;
-    if (!IsChosen(record.Time, choice)) continue;
-    if (loading.Sounding->Finding.Number != 0) {
-      troubles_.push_back({.Name = numbered, .Finding = loading.Sounding->Finding});
-    }
-    into.Columns.push_back(ColumnOf(record, name));
-    into.Columns.back().Order = static_cast<int>(into.Columns.size());
+    Keep(source.Load(i, policy), name, numbered, choice, into);
     // One too many tells WhyNoSection; a record of decades is not read to its end for that.
     if (into.Columns.size() > crosssection::kMostColumns) return true;
   }

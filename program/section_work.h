@@ -14,6 +14,7 @@
 #include "crosssection/column.h"
 #include "crosssection/section_options.h"
 #include "sounding/analysed_sounding.h"
+#include "sounding/sounding_reader.h"
 #include "sounding/sounding_set.h"
 
 namespace vexa {
@@ -62,10 +63,15 @@ class SectionWork {
                 const LoadPolicy& policy, Progress& progress, double done, double part,
                 crosssection::Section& into);
 
+  /// Takes a sounding that was loaded as a column, unless it failed or is not chosen.
+  void Keep(const Loading& loading, const std::string& file, const std::string& numbered,
+            const SectionChoice& choice, crosssection::Section& into);
+
   AnalysisSettings set_;
   std::filesystem::path mountains_;
   analysis::AdiabatTable adiabats_{};
   std::vector<SectionTrouble> troubles_{};
+  SoundingReader reader_{};  // of soundings that are named one by one
 };
 
 /// The section's own options where a program folder has them, else those of the program in place of

@@ -149,6 +149,14 @@ TEST_F(SectionCommand, TakesEverySoundingOfAFile) {
   ASSERT_GE(json["columns"].size(), 2U) << ran.Err << check.Out;
   EXPECT_EQ(json["x unit"], "hours");
   EXPECT_EQ(json["columns"][0]["x"], 0);
+  const std::size_t count = json["columns"].size();
+  std::vector<std::string> words = {"section", "-k", "time", "--format", "json"};
+  for (std::size_t i = count; i > 0; --i) words.push_back(file + "#" + std::to_string(i));
+  const Json named = Json::parse(RunWords(words).Out);  // in any order
+  ASSERT_EQ(named["columns"].size(), count);
+  for (std::size_t i = 0; i < count; ++i) {
+    EXPECT_EQ(named["columns"][i]["time"], json["columns"][i]["time"]);
+  }
   const std::string last = json["columns"].back()["time"].get<std::string>();
   const Ran late = RunWords({"section", file, "-k", "time", "--format", "json", "--from", last});
   EXPECT_NE(late.Err.find("One sounding alone"), std::string::npos) << late.Err;
