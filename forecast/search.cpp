@@ -9,7 +9,7 @@
 #include "core/great_circle.h"
 #include "core/numbers.h"
 #include "core/record_text.h"
-#include "sounding/sounding_source.h"
+#include "sounding/sounding_walk.h"
 
 namespace vexa::forecast {
 namespace {
@@ -92,19 +92,16 @@ std::int64_t Whole64(const std::string& text) {
 std::optional<std::vector<Header>> HeadersOf(const std::filesystem::path& file,
                                              const LoadPolicy& policy, Progress& progress) {
   std::vector<Header> headers;
-  Outcome<SoundingSource> opened = SoundingSource::Open(file);
-  if (!opened) return headers;
-  int count = 1;
-  for (int i = 0; i < count; ++i) {
+  SoundingWalk walk(file);
+  for (int i = 0;; ++i) {
     constexpr int kOften = 50;  // soundings of one file between two looks at the user
     if (i % kOften == kOften - 1 && !progress.Begin("Reading " + TextFromPath(file.filename()))) {
       return std::nullopt;
     }
-    const Loading loading = opened.Value().Load(i, policy);
-    count = std::max(1, loading.Count);
-    if (loading.Sounding) headers.push_back(HeaderOf(loading.Sounding->Record, i));
+    const std::optional<Loading> loading = walk.Next(policy);
+    if (!loading) return headers;
+    if (loading->Sounding) headers.push_back(HeaderOf(loading->Sounding->Record, i));
   }
-  return headers;
 }
 
 bool IsAround(const SoundingRecord& main, const Header& header, double radiusKm) {
@@ -206,14 +203,11 @@ SearchResult SearchAround(const SoundingRecord& main, double radiusKm,
       result.Stopped = true;
       return result;
     }
-    Outcome<SoundingSource> opened = SoundingSource::Open(file);
-    if (!opened) {
-      result.Failed.emplace_back(name, opened.Error());
-      continue;
-    }
+    SoundingWalk walk(file);
     for (const int index : chosen) {
-      Loading loading = opened.Value().Load(index, policy);
+      Loading loading = walk.Load(index, policy);
       if (loading.Failed) result.Failed.emplace_back(name, *loading.Failed);
+      if (walk.Text() == nullptr) break;  // the file cannot be read
       if (!loading.Sounding) continue;
       result.Found.push_back(ProfileOf(std::move(loading.Sounding->Record), name, set));
     }
