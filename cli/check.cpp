@@ -70,22 +70,23 @@ Verdict VerdictOf(Loading loading, const SourceText* text) {
 }
 
 // What is shown of the verdicts: what is not need not be kept, of a hundred thousand soundings.
-struct Shown {
+struct CheckView {
   bool Notes = false;
   bool OnlyFaults = false;
 };
 
 // A file's soundings one after the other, of a long one with the memory of a piece; of a format
 // with one sounding a file that one. A text in no known format has one verdict.
-std::vector<Verdict> CheckFile(const fs::path& path, const Shown& shown, SoundingReader& reader) {
+std::vector<Verdict> CheckFile(const fs::path& path, const CheckView& view,
+                               SoundingReader& reader) {
   const LoadPolicy policy{.Stations = &Stations()};
   if (NamedSounding(path)) return {VerdictOf(reader.Load({.File = path}, policy), nullptr)};
   SoundingWalk walk(path);
   std::vector<Verdict> verdicts;
   while (std::optional<Loading> loading = walk.Next(policy)) {
     Verdict& verdict = verdicts.emplace_back(VerdictOf(*std::move(loading), walk.Text()));
-    if (!shown.Notes) verdict.Notes = {};
-    if (shown.OnlyFaults && !verdict.IsFault) verdict.Text = {};
+    if (!view.Notes) verdict.Notes = {};
+    if (view.OnlyFaults && !verdict.IsFault) verdict.Text = {};
   }
   if (verdicts.size() > 1) {
     const std::string count = Shortest(static_cast<int>(verdicts.size()));
