@@ -183,6 +183,9 @@ double GetPRESS(const LevelProfile& levels, double height) {
   Bracket bracket{0, 1};
   if (height < heights.front()) {
     if (heights.front() - height > kDeepestBelowGround) return kNotReached;
+  } else if (levels.HeightRises && height > heights.back() &&
+             height <= heights.back() + kHeightRounding) {
+    return pressures.back();
   } else {
     const auto found = FindBracket(heights, height, std::less<>{}, levels.HeightRises);
     if (!found) return kNotReached;

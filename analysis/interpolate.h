@@ -47,9 +47,12 @@ Sample SampleAt(const LevelProfile& levels, double press, Quantity quantity);
 double GetTEMP(const LevelProfile& levels, double press, Quantity quantity);
 double GetTEMP(const std::vector<double>& parcelTemps, int parcelStart, double press);
 
+/// What a height loses where it is kept to the tenth of a metre, as those of winds are.
+inline constexpr double kHeightRounding = 0.05;  // m
+
 /// Pressure at a height, linear in ln p between the two levels that bracket it. Below the surface
 /// the lowest layer is continued by at most 500 m; fewer than two levels use the standard
-/// atmosphere.
+/// atmosphere. A height that rounding has put above the highest level is that level's.
 ///
 /// height   m above mean sea level
 /// returns  hPa; kNotReached (99999) above the highest level

@@ -62,7 +62,12 @@ struct Plot {
   const DisplaySettings& Set() const { return In.Set; }
   const SoundingRecord& Sounding() const { return In.Sounding; }
   const analysis::AnalysisResults& Results() const { return In.Results; }
-  bool InRange(double press) const { return press <= At.BottomPress() && press >= At.TopPress(); }
+  /// Whether the diagram has the pressure. One that comes from the height of a level on its last
+  /// isobar may lie beyond it by the height's rounding.
+  bool InRange(double press) const {
+    constexpr double kRounding = 1e-5;  // of the pressure: 0.05 m in the coldest air
+    return press <= At.BottomPress() * (1 + kRounding) && press >= At.TopPress() * (1 - kRounding);
+  }
   /// Further soundings are drawn beside this one.
   bool HasOthers() const { return In.Mode == MultiMode::Overlay || In.Mode == MultiMode::Compare; }
 };

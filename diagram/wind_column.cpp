@@ -37,7 +37,7 @@ std::vector<PlacedWind> PlaceWinds(const Plot& plot, const SoundingRecord& sound
   for (int i = 1; i <= sounding.NumWindLevels(); ++i) {
     if (!sounding.HasWind(i)) continue;
     const double height = sounding.WindHgt(i);
-    if (isLookedUp && height > highest) continue;
+    if (isLookedUp && height > highest + analysis::kHeightRounding) continue;
     const double press = analysis::GetPRESS(results.Levels, height);
     if (!HasHeight(press) || !plot.InRange(press)) continue;
     const std::optional<double> y = RightEdgeY(plot.At, press);

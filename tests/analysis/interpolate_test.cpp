@@ -74,6 +74,7 @@ TEST(GetPRESS, FindsThePressureOfAHeight) {
   EXPECT_NEAR(GetPRESS(levels, 6357), 465.97, 0.01);
   EXPECT_EQ(GetPRESS(levels, 357), 970);
   EXPECT_EQ(GetPRESS(levels, levels.Height.Top()), 50);
+  EXPECT_EQ(GetPRESS(levels, levels.Height.Top() + 0.049), 50) << "kept to the tenth of a metre";
   EXPECT_EQ(GetPRESS(levels, levels.Height.Top() + 0.1), kNotReached);
   // The lowest layer goes on below ground: to 1026 hPa at 500 m, and no farther.
   EXPECT_GT(GetPRESS(levels, -143), 1020);

@@ -231,6 +231,22 @@ TEST(WindColumn, NamedWindsAreNeverThinnedAway) {
   EXPECT_LE(drawn.size(), 16u);
 }
 
+// Heights are kept to the tenth of a metre, which may lie beyond the diagram's last isobar: 100
+// hPa.
+TEST(WindColumn, TheWindOfTheLastIsobarIsDrawn) {
+  int above = 0;
+  for (int i = 0; i < 40; ++i) {
+    SoundingRecord sounding = test::Profile({{1000, 15 + 0.1 * i, 10}, {100, -56.5, -70}});
+    const double last = analysis::DeriveLevels(sounding, {}).Height.Top();
+    const double kept = std::round(10 * last) / 10;
+    if (kept > last) ++above;
+    sounding.AddWind(100, 180, 10);
+    sounding.AddWind(kept, 250, 30);
+    EXPECT_EQ(DrawnWinds(sounding, {}).size(), 2U) << kept - last;
+  }
+  EXPECT_GT(above, 5);
+}
+
 TEST(WindColumn, DrawsNoWindThatWasNotObserved) {
   const auto drawn = [](const SoundingRecord& sounding) {
     const analysis::AnalysisResults results = analysis::Analyse(sounding, {});
