@@ -4,6 +4,8 @@
 
 #include <cmath>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "analysis/index_table.h"
 #include "analysis/severe_table.h"
@@ -241,6 +243,36 @@ TEST(IndexLimits, PlateausHaveNoBoydenIndex) {
   EXPECT_TRUE(exists(700));
   EXPECT_FALSE(NumberOf("Mean RH", Profile({{500, 0, -5}, {300, -45, -60}})) != kNone);
   EXPECT_TRUE(NumberOf("Mean RH", Profile({{501, 0, -5}, {300, -45, -60}})) != kNone);
+}
+
+// Melting takes from a stone and makes none: where the table has no hail the wet-bulb zero, known
+// or not, changes nothing. Where it has some, what reaches the ground is not known without it.
+TEST(IndexLimits, HailNeedsTheWetBulbZeroOnlyWhereThereIsSome) {
+  const auto hail = [](test::TempRow low, test::TempRow middle, test::TempRow last, bool isMoist,
+                       const std::vector<std::pair<double, double>>& aloft) {
+    SoundingRecord sounding = Profile({low, middle, last});
+    for (const auto& [press, temp] : aloft) {
+      sounding.AddTemp(press, temp, isMoist ? temp - 12 : kMissing);
+    }
+    EXPECT_EQ(NumberOf("WBZ Hgt", sounding) != kNone, isMoist);
+    return NumberOf("Hail", sounding);
+  };
+  for (const bool isMoist : {true, false}) {
+    SCOPED_TRACE(isMoist);
+    // From -5 °C at 840 hPa to the CCL at 907 hPa the dry descent is 5.9 °C, and the cloud is 2.5
+    // °C warmer than the air: the first column of the table begins at 3.25.
+    EXPECT_EQ(hail({1000, 8.5, 3}, {950, 4.6, 2.2}, {898, 0.6, 0.4}, isMoist,
+                   {{846, -4.6}, {700, -16}, {500, -36}, {300, -62}}),
+              0);
+    // 10.0 and 27 °C: row 20 and column 5 of the table, 50 mm, of which nothing melts.
+    const double large = hail({1000, 30, 22}, {850, 19, 12}, {800, 14.5, 8}, isMoist,
+                              {{700, 6}, {500, -17}, {300, -48}, {200, -58}, {150, -55}});
+    if (isMoist) {
+      EXPECT_NEAR(large, 50 / 25.4, 0.01);
+    } else {
+      EXPECT_EQ(large, kNone);
+    }
+  }
 }
 
 // 301.16 K at the ground (28 °C at 1000 hPa), and what the levels above have.
