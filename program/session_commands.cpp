@@ -206,9 +206,11 @@ std::optional<Fault> KeepSession(Program& program) {
 
 std::optional<Fault> KeepSessionAtEnd(Program& program) {
   if (!KeepsSessions(program)) return std::nullopt;
+  Session session = SessionOf(program);
+  // What this run has not written is not this run's to remove.
+  if (session.Files.empty() && !program.KeptSession) return std::nullopt;
   const std::filesystem::path& file = SessionFile(program);
   if (file.empty()) return std::nullopt;
-  Session session = SessionOf(program);
   const bool isThere = session.Files.empty() || IsThere(file);
   if (isThere && program.KeptSession && *program.KeptSession == session) return std::nullopt;
   std::optional<Fault> fault =
@@ -226,6 +228,8 @@ Changes OfferSession(Program& program) {
   if (!reading.Found || reading.Found->Files.empty()) return {};
   const std::string name = TextFromPath(PathFromText(reading.Found->Files.front()).filename());
   const std::string edits = reading.Found->Edited ? " with changes that were not saved" : "";
+  // While the question stands the place is nobody's: neither a timer nor a log-off touches it.
+  SessionPlace offered = std::exchange(program.OwnSession, {});
   const Answer answer =
       program.Current.Ask->Ask({.Title = std::string(kErrorBoxTitle),
                                 .Text = "VEXA was cut off while it worked on " + name + edits +
@@ -234,6 +238,7 @@ Changes OfferSession(Program& program) {
                                 .Icon = BoxIcon::Question,
                                 .Buttons = BoxButtons::YesNoCancel,
                                 .WhenSilent = Answer::Cancel});
+  program.OwnSession = std::move(offered);
   if (answer == Answer::Yes) return TakeUp(program, *std::move(reading.Found));
   if (answer == Answer::No) {
     EndSession(program);

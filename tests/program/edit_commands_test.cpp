@@ -490,6 +490,38 @@ TEST_F(EditCommands, ASessionCutOffIsOfferedWithItsEdits) {
   EXPECT_FALSE(OfferSession(declined).Any());  // an unforeseen box would fail here
 }
 
+// The window keeps the session every 20 seconds, while a box of the start stands too, and ends it
+// when the system logs off: neither may take away what nobody has answered for yet.
+TEST_F(EditCommands, ASessionStaysUntilItsQuestionIsAnswered) {
+  program.Where.Root = folder.Path();
+  const fs::path kept = folder.Path() / "VEXA.SES";
+  ASSERT_TRUE(OpenSoundings(program, {Native("a.RAW")}).Sounding);
+  DeleteLevel(2);
+  ASSERT_FALSE(KeepSession(program));
+  program.OwnSession = {};  // it is cut off
+
+  struct Waiting : test::ScriptedInteraction {
+    Program* Of = nullptr;
+    Answer Ask(const Box& box) override {
+      EXPECT_FALSE(KeepSession(*Of));
+      EndSession(*Of);
+      return test::ScriptedInteraction::Ask(box);
+    }
+  };
+  Waiting slow;
+  Program next;
+  slow.Of = &next;
+  next.Doc.AskThrough(&slow);
+  next.Where.Root = folder.Path();
+  EXPECT_FALSE(KeepSession(next));  // before it is asked
+  EXPECT_TRUE(fs::exists(kept));
+  slow.Expect("VEXA", Answer::Cancel);
+  EXPECT_FALSE(OfferSession(next).Any());
+  EXPECT_TRUE(fs::exists(kept));
+  EndSession(next);
+  EXPECT_TRUE(fs::exists(kept));
+}
+
 TEST_F(EditCommands, PropertiesTellFileAndLevels) {
   ASSERT_TRUE(OpenSoundings(program, {Native("a.RAW")}).Sounding);
   std::string all;
