@@ -176,9 +176,10 @@ class Writer {
   void Storm() {
     const analysis::StormMotionResults& storm = results_.Storm;
     if (storm.Mean6km) Line("Mean wind 0-6km", units_.Motion(*storm.Mean6km));
-    const auto mover = [this](std::string_view name, const std::optional<analysis::Mover>& one) {
+    const auto mover = [&](std::string_view name, const std::optional<analysis::Mover>& one) {
       if (!one) return;
-      Line(name, units_.Motion(one->Motion) + ", helicity 0-1 km " +
+      const bool isManual = storm.ChosenIsManual && &one == &storm.Chosen();
+      Line(name, units_.Motion(one->Motion) + (isManual ? ", manual" : "") + ", helicity 0-1 km " +
                      Shown(Value(one->Helicity.front(), 0), "###0", "") + ", 0-3 km " +
                      Shown(Value(one->Helicity.back(), 0), "###0", " m2/s2"));
     };

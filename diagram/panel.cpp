@@ -1,5 +1,4 @@
 #include "diagram/panel.h"
-#include "picture/decimal_point.h"
 
 #include <algorithm>
 #include <span>
@@ -9,9 +8,11 @@
 
 #include "analysis/analysis.h"
 #include "analysis/index_table.h"
+#include "analysis/shown_units.h"
 #include "core/markers.h"
 #include "core/numbers.h"
 #include "diagram/mapping.h"
+#include "picture/decimal_point.h"
 
 namespace vexa::diagram {
 namespace {
@@ -92,7 +93,8 @@ std::string ValueText(const Plot& plot, const analysis::IndexValue& index) {
   return text;
 }
 
-// A table of the three lifts: a line per quantity, a column per lift.
+// A table of the three lifts: a line per quantity, a column per lift; a storm motion that was
+// entered stands beneath it.
 std::vector<std::string> LiftTable(const Plot& plot) {
   using analysis::LiftType;
   constexpr LiftType kOrder[] = {LiftType::Surface, LiftType::MeanLayer, LiftType::MostUnstable};
@@ -110,7 +112,7 @@ std::vector<std::string> LiftTable(const Plot& plot) {
     return (ascent.IsCut ? "<" : "") + press(ascent.Equilibrium);
   };
   const std::string unit(Trim(PressureUnit(plot)));
-  return {
+  std::vector<std::string> lines = {
       PadRight("", 8) + PadLeft("Surface", 8) + PadLeft("MeanLyr", 8) + PadLeft("MostUn", 8),
       line("CAPE", [&](const Ascent& a) { return analysis::EnergyText(a, &Ascent::CapeTotal); }),
       line("CIN", [&](const Ascent& a) { return analysis::EnergyText(a, &Ascent::CinTotal); }),
@@ -118,6 +120,13 @@ std::vector<std::string> LiftTable(const Plot& plot) {
       line("LFC " + unit, [&](const Ascent& a) { return press(a.FreeLevel); }),
       line("EL  " + unit, equilibrium),
   };
+  // EHI and helicity cannot be judged without knowing that somebody entered the motion.
+  const analysis::StormMotionResults& storm = plot.Results().Storm;
+  if (storm.ChosenIsManual && storm.Chosen()) {
+    const analysis::ShownUnits units(plot.Set(), plot.Set().Heights, kNone);
+    lines.push_back("Storm motion manual " + units.Motion(storm.Chosen()->Motion));
+  }
+  return lines;
 }
 
 // The indices that the options ask for: the user's own list, the chosen groups, or a page.

@@ -132,7 +132,8 @@ void PutStorm(Writer& out, const analysis::StormMotionResults& storm) {
   out.Put("Shear 0-6 km", wind(storm.Shear6km));
   out.Put("BRN shear", Shown(storm.BrnShear, "###0.0") + " m2/s2");
   const auto mover = [&](std::string_view label, const std::optional<analysis::Mover>& one) {
-    out.Put(label, one ? out.Wind(one->Motion) + ", srH 0-3 km " +
+    const bool isManual = storm.ChosenIsManual && &one == &storm.Chosen();
+    out.Put(label, one ? out.Wind(one->Motion) + (isManual ? ", manual" : "") + ", srH 0-3 km " +
                              Shown(one->Helicity.back(), "####0") + " m2/s2"
                        : std::string(kNoValue));
   };

@@ -221,6 +221,22 @@ TEST(SoundingPlot, AnAscentCutByTheEndOfTheDataSaysSo) {
   EXPECT_NE(table[5].find(" <250"), std::string::npos) << table[5];
 }
 
+TEST(SoundingPlot, AnEnteredStormMotionIsTold) {
+  const SoundingRecord record = test::ReferenceConvective();
+  Options options;
+  EXPECT_EQ(Texts(Draw(record, options).Page, "lift table").size(), 6U);
+  options.MotionMode = Scaling::Manual;
+  options.ManualMotionDir = 205;
+  options.ManualMotionSpd = 30;
+  for (const auto& [speed, says] :
+       {std::pair(SpeedUnits::Knots, "205/30 kts"), {SpeedUnits::MetersPerSecond, "205/15 m/s"}}) {
+    options.Speed = speed;
+    const std::vector<std::string> lines = Texts(Draw(record, options).Page, "lift table");
+    ASSERT_EQ(lines.size(), 7U);
+    EXPECT_EQ(lines.back(), std::string("Storm motion manual ") + says);
+  }
+}
+
 TEST(SoundingPlot, WindsStandOnOneAxis) {
   std::initializer_list<test::WindRow> southerlies = {
       {0, 180, 20}, {250, 180, 20}, {500, 180, 20}, {3000, 270, 30}};
