@@ -137,6 +137,27 @@ TEST_F(DownloadWindowsTest, ADateIsTypedWithOrWithoutItsHyphens) {
     Type(date, typed);
     EXPECT_EQ(date.date(), QDate(2001, 2, 3)) << typed << ": " << date.text().toStdString();
   }
+  // From the keys that lead into the field or by a click into its year; and where it is amended.
+  QLineEdit& line = *date.findChild<QLineEdit*>();
+  for (const int start : {-1, 0, 2}) {
+    date.setDate({1999, 11, 30});
+    if (start < 0) {
+      date.setSelectedSection(QDateTimeEdit::YearSection);
+    } else {
+      line.deselect();
+      line.setCursorPosition(start);
+    }
+    Type(date, "2001-02-03");
+    EXPECT_EQ(date.date(), QDate(2001, 2, 3)) << start << ": " << date.text().toStdString();
+    line.setCursorPosition(6);
+    Type(date, "11");
+    EXPECT_EQ(date.date(), QDate(2001, 11, 3)) << date.text().toStdString();
+    line.setCursorPosition(10);
+    QKeyEvent back(QEvent::KeyPress, Qt::Key_Backspace, Qt::NoModifier);
+    QApplication::sendEvent(&date, &back);
+    Type(date, "7");
+    EXPECT_EQ(date.date(), QDate(2001, 11, 7)) << date.text().toStdString();
+  }
   for (const char* typed : {"2001-02-03 12", "2001-02-03T12", "2001020312"}) {
     time.setDateTime(QDateTime(QDate(1999, 11, 30), QTime(0, 0), Qt::UTC));
     time.selectAll();
