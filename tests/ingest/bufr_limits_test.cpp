@@ -31,7 +31,8 @@ std::string With(std::size_t at, int octet) {
 TEST(BufrLimits, HeadOfEdition3) {
   constexpr std::size_t kEdition = 7, kMaster = 11, kUpdate = 14, kFlags = 15, kCategory = 16,
                         kVersion = 18, kYear = 20, kHour = 23;
-  const std::optional<BufrHead> plain = ReadHead(Plain());
+  const std::string message = Plain();  // the head looks into it
+  const std::optional<BufrHead> plain = ReadHead(message);
   ASSERT_TRUE(plain);
   EXPECT_EQ(plain->Time, (ObservationTime{2024, 3, 5, 12, 0}));
   EXPECT_EQ(plain->Category, 2);
