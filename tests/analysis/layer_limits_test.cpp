@@ -71,7 +71,7 @@ WindPair Pair(double low, double high, double shear, double richardson, double l
 TEST(TurbulenceLimits, WhereItIsLookedFor) {
   // 2000 ft, 609.6 m, above ground at 100 m.
   EXPECT_TRUE(FindCat({Pair(709.5, 900, 6, 5)}, 100, CatType::Usaf).empty());
-  EXPECT_EQ(FindCat({Pair(709.7, 900, 6, 5)}, 100, CatType::Usaf).size(), 1u);
+  EXPECT_EQ(FindCat({Pair(709.6, 900, 6, 5)}, 100, CatType::Usaf).size(), 1u);
   // 40000 ft, 12192 m, or the tropopause below it.
   const std::vector<LevelPoint> tropopause = {{250, 10000, -55}}, high = {{150, 13000, -65}};
   EXPECT_TRUE(FindHighCat({Pair(12191, 13000, 9, 0.1)}, {}).empty());

@@ -450,6 +450,13 @@ TEST(PanelLimits, LeavesOutWhatIsSwitchedOff) {
   EXPECT_TRUE(has("KI", Total, false));
 }
 
+// Heads stand over their columns.
+TEST(PanelLimits, ColumnsOfTheLiftTable) {
+  const LabelTexts lines = Texts(Drawn(test::ReferenceConvective())().Page, "lift table");
+  ASSERT_EQ(lines.size(), 6u);
+  for (const std::string& line : lines) EXPECT_EQ(line.size(), lines.front().size()) << line;
+}
+
 TEST(CursorMarks, LockOnLevelsThatAreShown) {
   const SoundingRecord sounding =
       Profile({{1060, 25, 10}, {850, 12, 999.9}, {850, 12, 5}, {500, -41, -30}, {110, -60, -80}});
