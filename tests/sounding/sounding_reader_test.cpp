@@ -16,7 +16,8 @@ namespace fs = std::filesystem;
 
 // What this process has read so far, by the system's count; 0 where it keeps none.
 long long BytesRead() {
-  std::ifstream counts("/proc/self/io");
+  constexpr bool kKeepsOne = fs::path::preferred_separator == '/';
+  std::ifstream counts(kKeepsOne ? "/proc/self/io" : "");
   std::string name;
   long long bytes = 0;
   counts >> name >> bytes;
