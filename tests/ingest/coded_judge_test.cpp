@@ -256,24 +256,6 @@ TEST(CodedJudge, TheValueGoesWithoutWhichTheRestAgrees) {
   EXPECT_EQ(levels[1].Values.Temp, 10);
 }
 
-TEST(CodedJudge, PossibleTemperaturesEndAtTheirBounds) {
-  const struct {
-    double Press, Coldest, Warmest;  // hPa, °C
-  } bounds[] = {{1100, -90, 62},   {1101, -90, 62}, {850, -90, 50},   {700, -90, 35},
-                {600, -90, 25},    {500, -75, 8},   {400, -78, 0},    {300, -85, -8},
-                {250, -90, -20},   {200, -95, -28}, {100, -100, -30}, {50, -100, -20},
-                {20, -100, 0},     {10, -100, 15},  {1, -100, 40},    {0.5, -100, 42},
-                {550, -82.5, 16.5}};
-  for (const auto& row : bounds) {
-    SCOPED_TRACE(row.Press);
-    if (row.Press < 1) continue;
-    EXPECT_TRUE(IsPossibleTemp(row.Press, row.Coldest));
-    EXPECT_TRUE(IsPossibleTemp(row.Press, row.Warmest));
-    EXPECT_FALSE(IsPossibleTemp(row.Press, row.Coldest - 0.01));
-    EXPECT_FALSE(IsPossibleTemp(row.Press, row.Warmest + 0.01));
-  }
-}
-
 TEST(CodedJudge, TheSameAirHasTheSameSurfaceAndLines) {
   const char* const lines = "B1000:20 B850:10 B700:0 B400:-30 B200:-50";
   const struct {
