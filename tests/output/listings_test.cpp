@@ -108,6 +108,17 @@ TEST(Listings, FindingsStandInTheirListing) {
   EXPECT_TRUE(HasLine(analyses, "847.9"));  // surface LCL
   EXPECT_TRUE(HasLine(analyses, "187.5"));  // its EL
   EXPECT_TRUE(HasLine(analyses, "245/21 kts, srH 0-3 km 298"));
+  Listed entered;
+  entered.Set.MotionMode = Scaling::Manual;
+  entered.Set.ManualMotionDir = 205;
+  entered.Set.ManualMotionSpd = 30;
+  const ListingLines manual = entered.Make(AnalysesListing);
+  EXPECT_TRUE(HasLine(manual, "205/30 kts, manual, srH 0-3 km"));
+  EXPECT_EQ(std::ranges::count_if(
+                manual, [](const std::string& line) { return line.find(", manual") != line.npos; }),
+            1)
+      << "the other mover is computed";
+  EXPECT_FALSE(HasLine(analyses, ", manual"));
   const ListingLines indices = convective.Make(IndicesListing);
   EXPECT_TRUE(HasLine(indices, "        KI  K Index"));
   EXPECT_TRUE(HasLine(indices, " 31.9 C"));
