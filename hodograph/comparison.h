@@ -11,6 +11,7 @@
 #include "core/fault.h"
 #include "core/sounding_record.h"
 #include "hodograph/wind_profile.h"
+#include "picture/shapes.h"
 
 namespace vexa::hodograph {
 
@@ -23,6 +24,7 @@ struct ComparedWinds {
   int Slot = 1;
   std::string Title{};
   std::vector<ProfileWind> Winds{};
+  std::optional<Color> DiagramInk{};  // of its traces, when the diagram draws this sounding, too
 };
 
 /// "Compare 1.dat", "Compare 2.dat".

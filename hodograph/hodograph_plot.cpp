@@ -39,9 +39,22 @@ bool ShowsStorm(const Canvas& canvas) {
   return !canvas.In.Window.NoSMplot && (!canvas.Small || canvas.Set().PlotStormVector);
 }
 
+// What of a profile the box beside the diagram shows.
+std::vector<ProfileWind> OfBox(const HodographInput& input, std::vector<ProfileWind> profile) {
+  if (input.Set.HodoDepthMode == HodoDepth::Limit) return profile;
+  return BelowLimit(std::move(profile), 1000 * kBandTopsKm.back());
+}
+
+// Beside the diagram only what the diagram compares with.
 std::vector<ComparedWinds> ShownComparisons(const Canvas& canvas) {
-  if (canvas.Small) return {};
   std::vector<ComparedWinds> shown = canvas.In.Compared;
+  if (canvas.Small) {
+    std::erase_if(shown, [](const ComparedWinds& c) { return !c.DiagramInk; });
+    for (ComparedWinds& compared : shown) {
+      compared.Winds = OfBox(canvas.In, std::move(compared.Winds));
+    }
+    return shown;
+  }
   if (canvas.In.Window.Compare == CompareTraces::Left) {
     std::erase_if(shown, [](const ComparedWinds& c) { return c.Slot != 1; });
   }
@@ -114,9 +127,10 @@ void DrawComparisons(Canvas& canvas) {
     for (const ProfileWind& wind : compared.Winds) {
       points.push_back(canvas.At.ToPoint(wind.Vector));
     }
-    const Pen& pen =
+    Pen pen =
         canvas.Colors
             .Compared[static_cast<std::size_t>(compared.Slot - 1) % canvas.Colors.Compared.size()];
+    if (!canvas.Set().HodoInvert) pen.Ink = compared.DiagramInk.value_or(pen.Ink);
     DrawLine(canvas, "comparison", points, pen);
     canvas.Legend.push_back(
         {"#" + Shortest(compared.Slot) + " - " + CutTitle(compared.Title, 32), pen});
@@ -342,8 +356,7 @@ void DrawRemark(Canvas& canvas, const std::vector<ProfileWind>& winds) {
 // The winds of the small hodograph: as deep as the options' limit, without one as deep as the
 // weather, since those above would leave it no room.
 std::vector<ProfileWind> BoxWinds(const HodographInput& input) {
-  if (input.Set.HodoDepthMode == HodoDepth::Limit) return WindProfile(input.Sounding, input.Set);
-  return BelowLimit(WindProfile(input.Sounding, input.Set), 1000 * kBandTopsKm.back());
+  return OfBox(input, WindProfile(input.Sounding, input.Set));
 }
 
 // The colours of the trace, along the lower edge of the small hodograph.
@@ -436,6 +449,7 @@ void DrawHodographBox(Picture& page, const Rect& region, const HodographInput& i
     DrawStormVectors(canvas);
     AvoidMeanWind(canvas);
   }
+  DrawComparisons(canvas);
   DrawTrace(canvas, winds);
   DrawHeightMarks(canvas, Smoothed(winds));
   // The heights choose their places first: a name of two letters finds one further off.

@@ -6,6 +6,7 @@
 #include "core/error_report.h"
 #include "core/numbers.h"
 #include "core/units.h"
+#include "diagram/palette.h"
 #include "hodograph/wind_table.h"
 #include "program/front_displays.h"
 
@@ -23,20 +24,22 @@ double EnteredDirection(double degrees) {
   return direction < takes.Least / 2 ? takes.Most : std::max(direction, takes.Least);
 }
 
-}  // namespace
-
-std::vector<hodograph::ComparedWinds> ComparedOf(const Program& program) {
-  std::vector<hodograph::ComparedWinds> compared =
-      program.Displays.Of<HodographState>().Compared;
+// The hodographs kept for comparison; while the diagram compares, its second sounding in place of
+// the second of them.
+std::vector<hodograph::ComparedWinds> ComparedOf(const Program& program, const Options& set) {
+  std::vector<hodograph::ComparedWinds> compared = program.Displays.Of<HodographState>().Compared;
   if (program.View.Mode != diagram::MultiMode::Compare || program.Others.empty()) return compared;
   constexpr int kSecond = 2;
   std::erase_if(compared, [](const hodograph::ComparedWinds& one) { return one.Slot == kSecond; });
   const SoundingRecord& second = program.Others.front()->Record();
   compared.push_back({.Slot = kSecond,
                       .Title = second.StationTitle,
-                      .Winds = hodograph::WindProfile(second, program.Set)});
+                      .Winds = hodograph::WindProfile(second, set),
+                      .DiagramInk = diagram::OverlayPen(diagram::PaletteFor(set), 1).Ink});
   return compared;
 }
+
+}  // namespace
 
 hodograph::HodographInput HodographOf(const Program& program) {
   return HodographOf(program, program.Set);
@@ -47,7 +50,7 @@ hodograph::HodographInput HodographOf(const Program& program, const Options& set
           .Results = program.Results,
           .Set = set,
           .Window = program.Settings.Hodograph,
-          .Compared = ComparedOf(program),
+          .Compared = ComparedOf(program, set),
           .FrontNormal = FrontNormal(program)};
 }
 

@@ -14,10 +14,6 @@ struct HodographState {
   std::vector<hodograph::ComparedWinds> Compared{};  // kept for comparison
 };
 
-/// The hodographs kept for comparison; while the diagram compares, its second sounding in place of
-/// the second of them.
-std::vector<hodograph::ComparedWinds> ComparedOf(const Program& program);
-
 /// The hodograph of the sounding in work under the window's settings.
 hodograph::HodographInput HodographOf(const Program& program);
 /// The same under other options than the program's own.

@@ -363,5 +363,32 @@ TEST(SmallHodograph, ObeysItsOptions) {
   EXPECT_EQ(Tagged<Polyline>(draw(), "trace").size(), 3u);
 }
 
+// Hodographs kept for later are the window's; beside the diagram stands what the diagram compares
+// with, in the same ink and to the same depth of 12 km as the first.
+TEST(SmallHodograph, ShowsTheSoundingThatTheDiagramComparesWith) {
+  const SoundingRecord sounding = test::ReferenceWinter();
+  Options options;
+  const auto results = analysis::Analyse(sounding, options);
+  constexpr Color kTeal{0, 128, 128};
+  const std::vector<ComparedWinds> both = {
+      {1, "kept", {{0, {0, 0}}, {1000, {-20, 0}}}},
+      {2,
+       "compared",
+       {{0, {0, 0}}, {1000, {0, -30}}, {11000, {9, -9}}, {13000, {9, -9}}, {14000, {99, 0}}},
+       kTeal}};
+  const auto draw = [&] {
+    Picture page(3360, 3360, {});
+    DrawHodographBox(page, {0, 0, 3360, 3360},
+                     {.Sounding = sounding, .Results = results, .Set = options, .Compared = both});
+    return Tagged<Polyline>(page, "comparison");
+  };
+  const std::vector<Polyline> lines = draw();
+  ASSERT_EQ(lines.size(), 1u);
+  EXPECT_EQ(lines[0].Stroke.Ink, kTeal);
+  EXPECT_EQ(lines[0].Points.size(), 4u);  // the last at 12 km itself
+  options.HodoInvert = true;
+  EXPECT_NE(draw().at(0).Stroke.Ink, kTeal) << "on the other paper";
+}
+
 }  // namespace
 }  // namespace vexa::hodograph
