@@ -74,7 +74,10 @@ void DownloadWindow::ReadSourceList() {
   source_->setCurrentIndex(std::max(0, source_->findText(before)));
   fetch_->setEnabled(!sources_.Sources.empty());
   ShowSource();
-  if (!sources_.Notes.empty()) step_->setText(ToQString(sources_.Notes.front()));
+  if (sources_.Notes.empty()) return;
+  const std::size_t more = sources_.Notes.size() - 1;
+  step_->setText(ToQString(sources_.Notes.front()) +
+                 (more > 0 ? QStringLiteral(" (+%1 more)").arg(more) : QString()));
 }
 
 void DownloadWindow::EditSources() {

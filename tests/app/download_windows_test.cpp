@@ -218,6 +218,12 @@ TEST_F(DownloadWindowsTest, SourcesAreEditedInTheirFile) {
   EXPECT_TRUE(editor.Apply());
   EXPECT_EQ(In<QComboBox>(window, "Source").currentText(), "Third");
   EXPECT_EQ(In<QLabel>(window, "SourceNote").text(), "new");
+  // What an editor elsewhere broke is told when the window opens.
+  EXPECT_FALSE(SaveFile(folder.Path() / "VEXA.URL", "[A]\nadress = b\n[C]\naddress = http://d\n"));
+  DownloadWindow again(
+      program, [](const fs::path&, int) {}, nullptr, net);
+  EXPECT_TRUE(In<QLabel>(again, "Progress").text().startsWith("VEXA.URL, line 2: "));
+  EXPECT_TRUE(In<QLabel>(again, "Progress").text().endsWith(" (+1 more)"));
 }
 
 // Of a station's whole record the hour that was asked for is opened; messages that tell the day
