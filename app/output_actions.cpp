@@ -24,7 +24,6 @@
 #include "app/text_window.h"
 #include "core/error_report.h"
 #include "core/files.h"
-#include "core/numbers.h"
 #include "core/raw_file.h"
 #include "output/data_print.h"
 #include "output/paint/paint.h"
@@ -43,17 +42,6 @@ void Tell(Program& program, std::string text, BoxIcon icon) {
       Box{.Title = std::string(kErrorBoxTitle), .Text = std::move(text), .Icon = icon});
 }
 
-// After the sounding's file and, for other displays than the diagram, the display; without an
-// ending, which the dialog's filter gives.
-std::string ImageName(const Program& program, const std::string& display) {
-  std::string name = TextFromPath(PathFromText(program.Current.FileName).stem());
-  if (name.empty()) name = "sounding";
-  if (const int index = program.Doc.IndexInFile(); index > 0) name += "_" + Shortest(index + 1);
-  if (!display.empty()) name += "_" + display;
-  std::ranges::replace(name, '.', '_');
-  return name;
-}
-
 // Of the main window's diagram the name is that of the sounding alone.
 void SaveImage(Program& program, const DisplayRow& display, QWidget* shown, QWidget* parent) {
   const bool isDiagram = &display == &DiagramNow(program);
@@ -64,8 +52,8 @@ void SaveImage(Program& program, const DisplayRow& display, QWidget* shown, QWid
       kept.ImageFolder.empty() ? program.Where.Export : PathFromText(kept.ImageFolder);
   const std::optional<std::string> name = program.Current.Ask->ChooseFile(
       {.Title = "Save Image",
-       .Folder = TextFromPath(
-           folder / PathFromText(ImageName(program, isDiagram ? "" : std::string(display.Id)))),
+       .Folder =
+           TextFromPath(folder / PathFromText(PictureName(program, isDiagram ? "" : display.Id))),
        .Filter = paint::kImageFilter,
        .Saving = true});
   if (!name) return;

@@ -9,6 +9,7 @@
 #include "core/files.h"
 #include "output/paint/print.h"
 #include "output/print_pages.h"
+#include "program/displays.h"
 
 namespace vexa {
 namespace {
@@ -41,7 +42,10 @@ void TellOfPrinting(Program& program, const Fault& fault) {
 bool AskAndSavePdf(Program& program, const std::vector<Picture>& pages) {
   if (program.Current.Ask == nullptr || pages.empty()) return false;
   const auto name = program.Current.Ask->ChooseFile(
-      {.Title = "Print to PDF", .Filter = "PDF Files (*.PDF)|*.PDF", .Saving = true});
+      {.Title = "Print to PDF",
+       .Folder = TextFromPath(program.Where.Export / PathFromText(PictureName(program))),
+       .Filter = "PDF Files (*.PDF)|*.PDF",
+       .Saving = true});
   if (!name) {
     TellOfPrinting(program, {kFaultPrinter, "AskAndSavePdf", paint::kPrintCancelled});
     return false;

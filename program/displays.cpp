@@ -5,7 +5,9 @@
 #include <optional>
 #include <utility>
 
+#include "core/files.h"
 #include "core/letter_case.h"
+#include "core/numbers.h"
 #include "diagram/sounding_plot.h"
 #include "display/weather.h"
 #include "hodograph/hodogram_plot.h"
@@ -283,6 +285,15 @@ Picture DrawDisplay(const DisplayRow& row, const Program& program, const Surface
 const DisplayRow& DiagramNow(const Program& program) {
   const auto mode = program.Others.empty() ? MultiMode::Single : program.View.Mode;
   return *std::ranges::find(program.DisplayTable, mode, &DisplayRow::Mode);
+}
+
+std::string PictureName(const Program& program, std::string_view display) {
+  std::string name = TextFromPath(PathFromText(program.Current.FileName).stem());
+  if (name.empty()) name = "sounding";
+  if (const int index = program.Doc.IndexInFile(); index > 0) name += "_" + Shortest(index + 1);
+  if (!display.empty()) name.append("_").append(display);
+  std::ranges::replace(name, '.', '_');
+  return name;
 }
 
 void OpenDisplay(Program& program, const DisplayRow& row) {

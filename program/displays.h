@@ -32,6 +32,10 @@ Picture DrawDisplay(const DisplayRow& row, const Program& program, const Surface
 /// The display that the main window shows: the first, or the first of the mode in force.
 const DisplayRow& DiagramNow(const Program& program);
 
+/// What a picture or print of the current sounding is proposed to be called: after its file and,
+/// unless empty, the display; without an ending, which the dialog's filter gives.
+std::string PictureName(const Program& program, std::string_view display = {});
+
 /// Puts its window up; one that toggles goes down when it was up.
 void OpenDisplay(Program& program, const DisplayRow& row);
 

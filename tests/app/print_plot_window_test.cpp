@@ -28,8 +28,11 @@ namespace {
 /// Names the file that the window asks for.
 class PrintingUser : public test::ScriptedInteraction {
  public:
-  std::optional<std::string> ChooseFile(const FileQuestion&) override { return File; }
-  std::string File{};
+  std::optional<std::string> ChooseFile(const FileQuestion& question) override {
+    Proposed = question.Folder;
+    return File;
+  }
+  std::string File{}, Proposed{};
 };
 
 class PrintPlotTest : public testing::Test {
@@ -121,6 +124,7 @@ TEST_F(PrintPlotTest, EveryDisplayIsOfferedAndTitleAndDarkLinesAreRemembered) {
   window.findChild<QLineEdit*>("PrintTitle")->setText("Case of the week");
   window.findChild<QCheckBox*>("DarkLines")->setChecked(true);
   EXPECT_TRUE(std::filesystem::exists(PrintToFile(window, "one.pdf")));
+  EXPECT_EQ(PathFromText(user.Proposed), program.Where.Export / "sounding") << "not from a file";
   PrintPlotWindow again(program);
   EXPECT_EQ(again.findChild<QLineEdit*>("PrintTitle")->text(), "Case of the week");
   EXPECT_TRUE(again.findChild<QCheckBox*>("DarkLines")->isChecked());
