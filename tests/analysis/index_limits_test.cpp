@@ -215,25 +215,6 @@ TEST(IndexLimits, PropagationBesideTheLowLevelJet) {
   EXPECT_NEAR(speed(850, 1500, 700), 0, 0.2);
 }
 
-TEST(IndexLimits, WaterIsSummedTo300hPa) {
-  // 5 g/kg from 1000 to 300 hPa: 0.005 x 70000 / 9.80665 kg/m², 3.57 cm; what lies above is not.
-  const auto water = [](double top) {
-    SoundingRecord sounding = Profile({});
-    // Dew points whose mixing ratio is 5 g/kg at every pressure (Bolton 1980).
-    for (const auto& [press, dewpt] : {std::pair(1000.0, 3.72),
-                                       {700.0, -1.24},
-                                       {500.0, -5.75},
-                                       {300.0, -12.27},
-                                       {200.0, -17.2}}) {
-      if (press >= top) sounding.AddTemp(press, dewpt + 5, dewpt);
-    }
-    return NumberOf("Water", sounding);
-  };
-  EXPECT_NEAR(water(500), 5e-3 * 50000 / 9.80665 / 10, 0.03);
-  EXPECT_NEAR(water(300), 5e-3 * 70000 / 9.80665 / 10, 0.04);
-  EXPECT_EQ(water(200), water(300));
-}
-
 TEST(IndexLimits, PlateausHaveNoBoydenIndex) {
   const auto exists = [](double surface) {
     return NumberOf("Boyden", Profile({{surface, 10, 5}, {500, -20, -30}, {300, -45, -60}})) !=

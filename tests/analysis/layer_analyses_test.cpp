@@ -69,34 +69,6 @@ TEST(Clouds, OfTheWinterSounding) {
   EXPECT_TRUE(Analyse(own, {}).Layers.Clouds.empty());
 }
 
-TEST(Icing, ByRulesAtTheLevelsOfTheWinterSounding) {
-  Options options;
-  options.Ice = IceType::Usaf;
-  const SoundingRecord sounding = test::ReferenceWinter();
-  const AnalysisResults results = Analyse(sounding, options);
-  const auto wordAt = [&](double press) -> std::string_view {
-    for (const AirLayer& layer : results.Layers.Icing) {
-      if (press <= layer.Base.Press && press >= layer.Top.Press) return layer.Word;
-    }
-    return "none";
-  };
-  EXPECT_EQ(wordAt(925), "MDT CLEAR");
-  EXPECT_EQ(wordAt(800), "TRC RIME");
-  EXPECT_EQ(wordAt(750), "LGT MIXED");
-  EXPECT_EQ(wordAt(550), "none");
-}
-
-TEST(Icing, FreezingRainBelowAWarmMoistLayer) {
-  Options options;
-  options.Ice = IceType::Usaf;
-  const SoundingRecord sounding = Profile(
-      {{1000, -3, -4}, {950, -4, -5}, {900, 4, 3}, {800, 1, 0}, {600, -15, -16}, {300, -50, -58}});
-  const AnalysisResults results = Analyse(sounding, options);
-  ASSERT_FALSE(results.Layers.Icing.empty());
-  EXPECT_EQ(results.Layers.Icing.front().Word, "SVR CLEAR");
-  EXPECT_EQ(results.Winter.Precipitation, "FREEZING RAIN");
-}
-
 // 900-1200 m has 7.31 kt/1000 ft with Ri 4.52, 6500-8000 m 3.67 with 2.61.
 TEST(Turbulence, OfTheWinterSounding) {
   const SoundingRecord sounding = test::ReferenceWinter();

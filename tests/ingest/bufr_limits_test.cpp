@@ -257,15 +257,25 @@ TEST(BufrLimits, WhereLevelsBegin) {
   EXPECT_FALSE(ReportOf({press, {11001, 90.0, ""}}).IsUseful());
 }
 
-TEST(BufrLimits, TheReleaseAndTheGroundAgreeWithinAMetre) {
-  for (const auto& [ground, elevation] :
-       {std::pair{21.0, 21.0}, {23.0, 23.0}, {20.9, 22.0}, {23.1, 22.0}}) {
-    const BufrReport report = ReportOf({{7007, 22.0, ""},
-                                        {8042, 131072.0, ""},
-                                        {7004, 100000.0, ""},
-                                        {10009, ground, ""},
-                                        {12101, 280.0, ""}});
-    EXPECT_EQ(report.Heading.Elevation, elevation) << ground;
+// 0 07 030 is the height of the station's ground, 0 07 007 that of the release, which is where the
+// level marked as surface was measured: where the two agree the ascent starts there.
+TEST(BufrLimits, AnAscentStartsWhereTheSondeWasReleased) {
+  using Height = std::optional<double>;
+  const struct {
+    Height Station, Release, Surface;
+    double Elevation;
+  } cases[] = {{{}, 22, 21, 21},   {{}, 22, 23, 23}, {{}, 22, 20.9, 22},
+               {{}, 22, 23.1, 22}, {4, 22, 22, 22},  {4, 22, 23, 23},
+               {4, 22, 4, 4},      {4, {}, 22, 4},   {{}, 22, {}, 22}};
+  for (const auto& c : cases) {
+    BufrSubset values;
+    if (c.Station) values.push_back({7030, *c.Station, ""});
+    if (c.Release) values.push_back({7007, *c.Release, ""});
+    values.insert(values.end(), {{8042, 131072.0, ""}, {7004, 100000.0, ""}});
+    if (c.Surface) values.push_back({10009, *c.Surface, ""});
+    values.push_back({12101, 280.0, ""});
+    EXPECT_EQ(ReportOf(values).Heading.Elevation, c.Elevation)
+        << c.Station.value_or(-1) << ' ' << c.Surface.value_or(-1);
   }
 }
 

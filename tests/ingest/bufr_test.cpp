@@ -186,51 +186,6 @@ TEST(Bufr, AStationWithOneLevelIsAFaultOfItsOwn) {
   EXPECT_EQ(ListSoundings(SourceText("c.bufr", message + later)).size(), 2U);
 }
 
-// By the WMO's manual on codes 0 07 030 is the height of the station's ground, and 0 07 007 in the
-// templates of soundings that of the release, which is where the level marked as surface was
-// measured: where the two agree the ascent starts there. Put together by hand with the widths of
-// table B.
-TEST(Bufr, AnAscentStartsWhereTheSondeWasReleased) {
-  struct Case {
-    const char* About;
-    unsigned Ground, Release, Surface;  // m; kNone where missing
-    double Elevation;
-  };
-  constexpr unsigned kNone = 0xFFFF;
-  const Case cases[] = {
-      {"release and surface level agree", 4, 22, 22, 22},
-      {"within a metre the surface level counts", 4, 22, 23, 23},
-      {"the surface level is that of the ground", 4, 22, 4, 4},
-      {"no height of the release", 4, kNone, 22, 4},
-      {"the release alone", kNone, 22, kNone, 22},
-  };
-  const auto height = [](unsigned metres, unsigned perMetre, unsigned reference) {
-    constexpr int kWidth = 17;
-    return metres == kNone ? std::string(kWidth, '1')
-                           : test::Bits(metres * perMetre + reference, kWidth);
-  };
-  const auto level = [&](unsigned marks, unsigned tensOfPa, unsigned metres, unsigned temp) {
-    return test::Bits(marks, 18) + test::Bits(tensOfPa, 14) + height(metres, 1, 1000) +
-           test::Bits(temp, 16) + test::Bits(temp - 300, 16) + test::Bits(180, 9) +
-           test::Bits(50, 12);
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.About);
-    constexpr unsigned kSurface = 131072, kStandard = 65536;
-    const std::string bits = test::Bits(60, 7) + test::Bits(155, 10) + height(c.Ground, 10, 4000) +
-                             height(c.Release, 1, 1000) + test::Bits(2, 16) +
-                             level(kSurface, 10100, c.Surface, 29315) +
-                             level(kStandard, 8500, 1500, 28315);
-    const Decoded decoded = DecodeSource(
-        SourceText("release.bufr", test::BufrMessage({1001, 1002, 7030, 7007, 107000, 31002, 8042,
-                                                      7004, 10009, 12101, 12103, 11001, 11002},
-                                                     bits)));
-    ASSERT_FALSE(decoded.Failed) << decoded.Failed->Detail;
-    EXPECT_EQ(decoded.Record.ElevM, c.Elevation);
-    EXPECT_EQ(decoded.Record.WindHgt(1), c.Elevation);
-  }
-}
-
 TEST(Bufr, RealMessages) {
   VEXA_REAL_DATA(folder, "bufr");
 #ifndef VEXA_HAS_BUFR_LIBRARY

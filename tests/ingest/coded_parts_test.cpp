@@ -249,18 +249,6 @@ TEST(CodedParts, ADamagedCodeLosesItsLevelOnly) {
   }
 }
 
-// -31.3 °C with a depression of 1.3, -51.5 °C with one of 1.5.
-TEST(CodedParts, ATemperatureMayLookLikeTheMarkOfASection) {
-  const Decoded decoded = Decode(Replaced(Replaced(kPartA, "30967", "31313"), "52363", "51515"));
-  ASSERT_FALSE(decoded.Failed);
-  const SoundingRecord& record = decoded.Record;
-  ASSERT_EQ(record.NumTempLevels(), 12);
-  EXPECT_EQ(record.Temp(6), -31.3);
-  EXPECT_EQ(record.Dewpt(6), -32.6);
-  EXPECT_EQ(record.Temp(8), -51.5);
-  EXPECT_TRUE(decoded.HasNote("released at 11:31 UTC"));
-}
-
 TEST(CodedParts, HeightsBeginAtTheGroundOrWhereFiguresLeaveNoDoubt) {
   struct Case {
     const char *About, *Text;
@@ -300,19 +288,6 @@ TEST(CodedParts, HeightsBelowTheSea) {
   for (const auto& [below, above] : heights) {
     EXPECT_NEAR(ThicknessMisfit({1000, below, 15}, {925, above, 15}), 0, 2) << below;
   }
-}
-
-// 0 hPa: the winds at 100 hPa and 205 hPa stay, that of the maximum is left out.
-TEST(CodedParts, NoPressureIsZero) {
-  const StationList stations = Place(252);
-  const Decoded whole = Decode(kPartA, &stations);
-  const Decoded nothing = Decode(Replaced(kPartA, "77205", "77000"), &stations);
-  EXPECT_EQ(nothing.Record.NumWindLevels(), whole.Record.NumWindLevels() - 1);
-  EXPECT_TRUE(nothing.HasNote("77000"));
-  const Decoded aloft = Decode(
-      "TTCC 55128 01234 70860 60956 24030 50070 58956 24035 88000 60156 24085 77999=\n", &stations);
-  ASSERT_FALSE(aloft.Failed) << aloft.Failed->Detail;
-  EXPECT_EQ(aloft.Record.Press, Levels<double>({70, 50}));
 }
 
 // The first balloon burst at 700 hPa; the second was released an hour later.

@@ -111,6 +111,8 @@ TEST(FormatsLimits, Td6201AndCards) {
       {"none", file, "005000-999999", "999999-999999", "!5000 220/39;"},
       {"a humidity of 99", file, "0248050180", "0248099180", "|965 24.8 24.6"},
       {"none", file, "0248050180", "0248999180", "|965 24.8 -;"},
+      // 9 % of 17.04 hPa are 1.534 hPa.
+      {"a humidity of one figure", file, "0150999", "0150  9", ";850 15 -17.7;"},
       {"a direction of 359", file, "050180006", "050359006", "|520 359/12;"},
       {"a direction is missing", file, "050180006", "050999006", "!;|520 "},
   });
@@ -304,6 +306,7 @@ TEST(FormatsLimits, SoundingsOfExperiments) {
       {"with a small one", text, site, "Oun Norman / 72357", "72357 - Oun Norman  00Z"},
       {"a number of four figures", text, site, "OUN Norman / 7235", "OUN Norman  00Z"},
       {"of five letters", text, site, "OUN Norman / ABCDE", "OUN Norman  00Z"},
+      {"none", text, site, "IOP 18 - CI", "IOP 18 - CI  00Z 10 Mar 2021|"},
       {"without a nominal time the release", text, "Nominal Release Time", "Another Time        ",
        "2305Z 09 Mar 2021|"},
       {"the release is told", text, "", "", "Released at 2305Z on day 09."},

@@ -157,6 +157,10 @@ TEST(Formats, DamageNamesItsPlace) {
       {"td6201_two.txt", "0150999", "01S0999",
        "td6201_two.txt, line 1: level 2: \"01S0\" is not a number"},
       {"model_two.csv", "-6.0,", "-6.0.,", "model_two.csv, line 7: \"-6.0.\" is not a number"},
+      {"spc_text.spc", "20.00,     20.50", "20:00,     20.50",
+       "spc_text.spc, line 10: \"20:00\" is not a number"},
+      {"wyoming_page.html", "12.2", "1x.2",
+       "wyoming_page.html, line 13: \"1x.2\" in column TEMP is not a number"},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.Detail);
@@ -410,30 +414,6 @@ TEST(Formats, AWindGivenAtAPressureIsFoundThere) {
   EXPECT_TRUE(std::ranges::any_of(context.Notes, [](const std::string& note) {
     return note.find("925 hPa: reported 812 m, computed") != note.npos;
   }));
-}
-
-TEST(Formats, ABlankPaddedNineIsANine) {
-  std::string text = FileText("td6201_two.txt");
-  const std::size_t at = text.find("0150999");
-  ASSERT_NE(at, std::string::npos);
-  const Decoded missing = DecodeText("t", text);
-  text.replace(at + 4, 3, "  9");  // 9 % where the humidity was missing, or 9 degrees
-  const Decoded nine = DecodeText("t", text);
-  ASSERT_FALSE(nine.Failed) << nine.Failed->Detail;
-  EXPECT_NE(nine.Record, missing.Record);
-}
-
-// The first word of a site is a station's letters beside a number only.
-TEST(Formats, ASiteWithoutANumberKeepsItsName) {
-  const std::string text = FileText("class_two.cls");
-  const std::string site = "KTST Test Hill, XX / 72999";
-  for (const char* name : {"IOP 18 - CI", "CAMP North"}) {
-    std::string named = text;
-    named.replace(named.find(site), site.size(), name);
-    const Decoded decoded = DecodeText("t.cls", named);
-    ASSERT_FALSE(decoded.Failed) << decoded.Failed->Detail;
-    EXPECT_EQ(decoded.Record.StationTitle, std::string(name) + "  00Z 10 Mar 2021");
-  }
 }
 
 }  // namespace

@@ -350,6 +350,9 @@ TEST(SourceLimits, WaysToWriteATime) {
   } cases[] = {
       {ParseCompactTime, "990504/00", ObservationTime{1999, 5, 4, 0, 0}},
       {ParseCompactTime, "990504/2359", ObservationTime{1999, 5, 4, 23, 59}},
+      {ParseCompactTime, "490101/0000", ObservationTime{2049, 1, 1, 0, 0}},
+      {ParseCompactTime, "500101/0030", ObservationTime{1950, 1, 1, 0, 30}},
+      {ParseCompactTime, "990229/0000", {}},
       {ParseCompactTime, "990504/0", {}},
       {ParseCompactTime, "990504/000", {}},
       {ParseCompactTime, "99504/0000", {}},
@@ -359,6 +362,7 @@ TEST(SourceLimits, WaysToWriteATime) {
       {ParseWrittenTime, "12 UTC 23 February 2023", ObservationTime{2023, 2, 23, 12, 0}},
       {ParseWrittenTime, "12 23 Feb 2023)", ObservationTime{2023, 2, 23, 12, 0}},
       {ParseWrittenTime, "9Z 23 Feb 2023", ObservationTime{2023, 2, 23, 9, 0}},
+      {ParseWrittenTime, "00Z 04 Mai 1999", {}},
       {ParseWrittenTime, "012Z 23 Feb 2023", {}},
       {ParseWrittenTime, "12Z 23 Feb", {}},
       {ParseWrittenTime, "xxZ 23 Feb 2023", {}},
