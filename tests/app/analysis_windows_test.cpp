@@ -1,47 +1,18 @@
-#include <gtest/gtest.h>
-
-#include <QAction>
-#include <QApplication>
-#include <QComboBox>
-#include <QLabel>
-#include <QPlainTextEdit>
-#include <QPushButton>
 #include <QTableWidget>
 
 #include "app/analysis_dock.h"
 #include "app/display_window.h"
 #include "app/severe_table_window.h"
-#include "app/sounding_window.h"
-#include "core/files.h"
+#include "app/window_test.h"
 #include "program/displays.h"
 #include "support/document.h"
-#include "support/soundings.h"
 
 namespace vexa {
 namespace {
 
-class AnalysisWindows : public testing::Test {
+class AnalysisWindows : public test::WindowTest<> {
  protected:
-  AnalysisWindows() {
-    program.Doc.AskThrough(&interaction);
-    program.Where = FoldersBelow(folder.Path());
-    test::Show(program, test::ReferenceConvective());
-    window.resize(900, 700);
-    window.show();
-    window.Show({.Sounding = true});
-    QApplication::processEvents();
-  }
-  void Choose(const char* entry) {
-    auto* action = window.findChild<QAction*>(entry);
-    ASSERT_NE(action, nullptr) << entry;
-    action->trigger();
-    QApplication::processEvents();
-  }
-
-  test::TemporaryFolder folder;
-  Program program;
-  WindowInteraction interaction{program.Gate, WindowInteraction::Attendance::Unattended};
-  SoundingWindow window{program, interaction};
+  AnalysisWindows() { Open(test::ReferenceConvective()); }
 };
 
 TEST_F(AnalysisWindows, TheDockShowsAndExplainsEveryIndex) {

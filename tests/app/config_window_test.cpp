@@ -1,52 +1,32 @@
 // The option forms, driven as users drive them.
 #include "app/config_window.h"
 
-#include <gtest/gtest.h>
-
-#include <QAction>
-#include <QApplication>
-#include <QCheckBox>
-#include <QComboBox>
-#include <QDialogButtonBox>
-#include <QDoubleSpinBox>
 #include <QElapsedTimer>
-#include <QKeyEvent>
-#include <QLabel>
-#include <QLineEdit>
 #include <QMenu>
-#include <QPushButton>
 #include <QRadioButton>
 #include <QTabWidget>
 #include <QTimer>
 #include <QToolButton>
 #include <set>
-#include <string>
 
 #include "app/diagram_view.h"
-#include "app/sounding_window.h"
+#include "app/window_test.h"
 #include "config/catalogue.h"
-#include "core/files.h"
-#include "core/raw_file.h"
 #include "program/start_up.h"
-#include "support/soundings.h"
 
 namespace vexa {
 namespace {
 
-class FormTest : public testing::Test {
+class FormTest : public test::WindowTest<> {
  protected:
   FormTest() {
-    program.Doc.AskThrough(&interaction);
     StartUp(program, {TextFromPath(folder.Path()), {}});
-    const std::filesystem::path path = folder.Path() / "a.RAW";
-    EXPECT_FALSE(SaveFile(path, WriteRaw(test::ReferenceConvective())));
     window.resize(800, 600);
-    window.show();
-    window.OpenFiles({path});
+    WindowTest::Open(test::ReferenceConvective());
   }
 
   ConfigWindow& Open(const char* entry) {
-    window.findChild<QAction*>(entry)->trigger();
+    Choose(entry);
     for (const FormRow& row : OptionForms()) {
       if (auto* found = window.findChild<ConfigWindow*>(QString::fromUtf8(row.Name.data()))) {
         form = found;
@@ -70,12 +50,8 @@ class FormTest : public testing::Test {
     if (line == nullptr) line = into.findChild<QLineEdit*>();
     line->setFocus();
     line->selectAll();
-    for (const char c : text) {
-      QKeyEvent key(QEvent::KeyPress, 0, Qt::NoModifier, QString(QLatin1Char(c)));
-      QApplication::sendEvent(line, &key);
-    }
-    QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
-    QApplication::sendEvent(&into, &enter);
+    for (const char c : text) test::PressKey(*line, 0, QString(QLatin1Char(c)));
+    test::PressKey(into, Qt::Key_Return);
   }
   // Until the preview has been drawn: a form waits a moment for further changes.
   static void Settle() {
@@ -103,10 +79,6 @@ class FormTest : public testing::Test {
     return bytes ? bytes.Value() : std::string();
   }
 
-  test::TemporaryFolder folder;
-  Program program;
-  WindowInteraction interaction{program.Gate, WindowInteraction::Attendance::Unattended};
-  SoundingWindow window{program, interaction};
   ConfigWindow* form = nullptr;
 };
 
@@ -165,8 +137,7 @@ TEST_F(FormTest, ControlsOfEveryKindChangeThePreview) {
        [this] {
          auto& list = At<QComboBox>("Temp grid interval");
          list.setFocus();
-         QKeyEvent up(QEvent::KeyPress, Qt::Key_Up, Qt::NoModifier);
-         QApplication::sendEvent(&list, &up);
+         test::PressKey(list, Qt::Key_Up);
        },
        "5"},
       {"Td color", [this] { At<QToolButton>("Td color").menu()->actions().at(2)->trigger(); }, "2"},
@@ -246,27 +217,6 @@ TEST_F(FormTest, AutomaticModesDisableTheFieldsThatTheyReplace) {
   EXPECT_TRUE(At<QWidget>("Depth limit").isEnabled());
 }
 
-TEST_F(FormTest, ChoicesStandUnderTheirCaptions) {
-  Open("mnuDiag");
-  EXPECT_EQ(At<QRadioButton>("Diagram type=skewt").text(), "Skew-T / Log-P");
-  EXPECT_EQ(At<QRadioButton>("Diagram type=emagram").toolTip(), "Similar to the Stuve diagram");
-  EXPECT_EQ(At<QRadioButton>("Diagram type=tephigram").text(), " Tephigram");
-  auto& scale = At<QComboBox>("Height scale");
-  QStringList shown;
-  for (int i = 0; i < scale.count(); ++i) shown << scale.itemText(i);
-  EXPECT_EQ(shown.join('|'), "FT (x1000)|KM|MT|Miles|none");
-  scale.setCurrentIndex(2);
-  emit scale.activated(2);
-  Settle();
-  EXPECT_EQ(program.Set.RightScale, HeightScale::Meters);
-  At<QRadioButton>("Overlay scaling=MANUAL").click();
-  Press(QDialogButtonBox::Ok);
-  Program next;
-  StartUp(next, {TextFromPath(folder.Path()), {}});
-  EXPECT_EQ(next.Set.OverlayScaling, Scaling::Manual);
-  EXPECT_EQ(next.Set.CompareScaling, Scaling::Auto);
-}
-
 TEST_F(FormTest, CancelTakesEverythingBackAndOkKeepsIt) {
   const std::string before = Drawn();
   const Options options = program.Set;
@@ -277,8 +227,7 @@ TEST_F(FormTest, CancelTakesEverythingBackAndOkKeepsIt) {
   At<QRadioButton>("Diagram type=tephigram").click();
   Settle();
   EXPECT_NE(Drawn(), before);
-  QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
-  QApplication::sendEvent(form, &escape);
+  test::PressKey(*form, Qt::Key_Escape);
   Settle();
   EXPECT_EQ(Drawn(), before);
   EXPECT_EQ(program.Set, options);

@@ -1,56 +1,33 @@
 // The cross-section's window: made of what is opened together, with a button for each field.
 #include "app/cross_section_window.h"
 
-#include <gtest/gtest.h>
-
-#include <QAction>
-#include <QApplication>
-#include <QDialog>
 #include <QFrame>
-#include <QLabel>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QMouseEvent>
-#include <QPushButton>
 
 #include "app/area_map_form.h"
 #include "app/drag_view.h"
-#include "app/sounding_window.h"
-#include "core/files.h"
+#include "app/window_test.h"
 #include "core/numbers.h"
-#include "core/raw_file.h"
-#include "support/soundings.h"
 
 namespace vexa {
 namespace {
 
-class SectionWindowTest : public testing::Test {
+class SectionWindowTest : public test::WindowTest<> {
  protected:
   SectionWindowTest() {
-    program.Doc.AskThrough(&interaction);
-    program.Where = FoldersBelow(folder.Path());
-    window.show();
     std::vector<std::filesystem::path> files;
     for (const double lon : {-95.0, -97.0, -100.0}) {
       SoundingRecord record = test::ReferenceConvective();
       SetDecimalPosition(record, 35, lon);
       record.StationTitle = "Station " + std::to_string(static_cast<int>(-lon));
-      files.push_back(folder.Path() / (record.StationTitle + ".RAW"));
-      EXPECT_FALSE(SaveFile(files.back(), WriteRaw(record)));
+      files.push_back(Saved(record.StationTitle + ".RAW", record));
     }
     window.OpenFiles(files);
-    window.findChild<QAction*>("mnuCross")->trigger();
+    Choose("mnuCross");
   }
-  CrossSectionWindow& Section() {
-    return dynamic_cast<CrossSectionWindow&>(*window.Display("CrossSection"));
-  }
-  static void Mouse(QWidget& on, QEvent::Type type, QPointF at) {
-    QMouseEvent event(type, at, on.mapToGlobal(at), Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(&on, &event);
-  }
+  CrossSectionWindow& Section() { return Shown<CrossSectionWindow>("CrossSection"); }
   static void Click(QWidget& on, QPointF at) {
-    Mouse(on, QEvent::MouseButtonPress, at);
-    Mouse(on, QEvent::MouseButtonRelease, at);
+    test::Mouse(on, QEvent::MouseButtonPress, at);
+    test::Mouse(on, QEvent::MouseButtonRelease, at);
   }
   bool Says(const char* text) {
     return std::ranges::any_of(Section().Page().Items(), [text](const Item& item) {
@@ -58,11 +35,6 @@ class SectionWindowTest : public testing::Test {
       return label != nullptr && label->Text.find(text) != std::string::npos;
     });
   }
-
-  const test::TemporaryFolder folder;
-  Program program;
-  WindowInteraction interaction{program.Gate, WindowInteraction::Attendance::Unattended};
-  SoundingWindow window{program, interaction};
 };
 
 TEST_F(SectionWindowTest, AButtonForEachFieldDrawsIt) {
@@ -121,10 +93,10 @@ TEST_F(SectionWindowTest, TurnsAndShowsItsMap) {
   EXPECT_EQ(SectionViewOf(program).Of.Columns.size(), 3U);
   // A drag of the ground moves the map; a drag from the line's end to the middle lays it anew.
   const auto drag = [&](QPoint from, QPoint to) {
-    Mouse(map.View(), QEvent::MouseButtonPress, from);
-    Mouse(map.View(), QEvent::MouseMove, (from + to) / 2);
-    Mouse(map.View(), QEvent::MouseMove, to);
-    Mouse(map.View(), QEvent::MouseButtonRelease, to);
+    test::Mouse(map.View(), QEvent::MouseButtonPress, from);
+    test::Mouse(map.View(), QEvent::MouseMove, (from + to) / 2);
+    test::Mouse(map.View(), QEvent::MouseMove, to);
+    test::Mouse(map.View(), QEvent::MouseButtonRelease, to);
   };
   const QPoint before = widget(-97);
   drag(before + QPoint(0, 100), before + QPoint(30, 120));

@@ -1,94 +1,40 @@
 // Mouse, wheel and keys on the main window's diagram.
 #include "app/diagram_control.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
-#include <QAction>
-#include <QApplication>
-#include <QCheckBox>
-#include <QDialog>
-#include <QDialogButtonBox>
-#include <QDoubleSpinBox>
 #include <QElapsedTimer>
 #include <QGestureEvent>
-#include <QKeyEvent>
-#include <QMouseEvent>
 #include <QNativeGestureEvent>
 #include <QPinchGesture>
 #include <QPointingDevice>
-#include <QPushButton>
 #include <QTableWidget>
 #include <QTimer>
 #include <QWheelEvent>
-#include <string>
-#include <vector>
 
 #include "app/diagram_view.h"
-#include "app/sounding_window.h"
-#include "core/files.h"
-#include "core/raw_file.h"
-#include "picture/stroke.h"
-#include "support/soundings.h"
+#include "app/window_test.h"
 
 namespace vexa {
 namespace {
 
-class ControlTest : public testing::Test {
+class ControlTest : public test::WindowTest<> {
  protected:
-  ControlTest() {
-    program.Doc.AskThrough(&interaction);
-    window.resize(1000, 760);
-    window.show();
-    QApplication::processEvents();
-  }
+  ControlTest() { window.resize(1000, 760); }
   void Open(std::initializer_list<SoundingRecord> records) {
     std::vector<std::filesystem::path> paths;
     for (const SoundingRecord& record : records) {
-      paths.push_back(folder.Path() / (std::to_string(paths.size()) + ".RAW"));
-      EXPECT_FALSE(SaveFile(paths.back(), WriteRaw(record)));
+      paths.push_back(Saved(std::to_string(paths.size()) + ".RAW", record));
     }
     window.OpenFiles(paths);
     QApplication::processEvents();
   }
-  QPointF Place(Point at) {
-    const PageFit fit = FitPage(program.Plot->Page.Width(), program.Plot->Page.Height(),
-                                {0, 0, static_cast<double>(window.View().width()),
-                                 static_cast<double>(window.View().height())});
-    return {fit.Left + at.X * fit.Scale, fit.Top + at.Y * fit.Scale};
-  }
+  QPointF Place(Point at) { return test::PlaceOn(window.View(), program.Plot->Page, at); }
   void Mouse(QEvent::Type type, Point at, Qt::MouseButton button = Qt::LeftButton) {
-    const QPointF place = Place(at);
-    const bool up = type == QEvent::MouseButtonRelease;
-    QMouseEvent event(type, place, window.View().mapToGlobal(place),
-                      type == QEvent::MouseMove ? Qt::NoButton : button,
-                      up ? Qt::MouseButtons(Qt::NoButton) : Qt::MouseButtons(button),
-                      Qt::NoModifier);
-    QApplication::sendEvent(&window.View(), &event);
+    test::Mouse(window.View(), type, Place(at), button);
   }
-  void Key(int key) {
-    QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
-    QApplication::sendEvent(&window.View(), &event);
-  }
-  QAction& Entry(const char* name) { return *window.findChild<QAction*>(name); }
+  void Key(int key) { test::PressKey(window.View(), key); }
   const diagram::DiagramMapping& At() const { return program.Plot->Mapping; }
-
-  test::TemporaryFolder folder;
-  Program program;
-  WindowInteraction interaction{program.Gate, WindowInteraction::Attendance::Unattended};
-  SoundingWindow window{program, interaction};
 };
-
-TEST_F(ControlTest, EntriesThatNeedASoundingHintAtItWithoutOne) {
-  window.Show({.View = true});
-  for (const char* name : {"mnuCompare", "mnuOverlay", "mnuContrail", "mnuSurface", "mnuLoop"}) {
-    EXPECT_FALSE(Entry(name).isEnabled()) << name;
-  }
-  EXPECT_EQ(Entry("mnuCompare").statusTip(), "(compare sounding) needs a sounding");
-  Open({test::ReferenceWinter()});
-  EXPECT_TRUE(Entry("mnuCompare").isEnabled());
-  EXPECT_FALSE(Entry("mnuSpecial").isVisible());
-}
 
 TEST_F(ControlTest, ZoomsByRegionWheelAndKeysAndPans) {
   Open({test::ReferenceConvective()});

@@ -1,33 +1,21 @@
 // A display is one row: one that is added here and nowhere else is found by menu and keys, has a
 // window with its controls that follows the sounding, is printed, comes back at the next start, and
 // has its topic of the help. Beside it: every menu entry leads to something.
-#include "picture/page_layouts.h"
-#include "program/display_row.h"
-
-#include <gtest/gtest.h>
-
 #include <algorithm>
-#include <QAction>
-#include <QApplication>
-#include <QCheckBox>
-#include <QDialog>
 #include <QMenu>
 #include <QTabWidget>
-#include <string>
-#include <vector>
 
 #include "app/display_window.h"
 #include "app/screenshot.h"
-#include "app/sounding_window.h"
 #include "app/window_table.h"
-#include "core/files.h"
-#include "core/raw_file.h"
+#include "app/window_test.h"
+#include "picture/page_layouts.h"
+#include "program/display_row.h"
 #include "program/help_text.h"
 #include "program/menu.h"
 #include "program/needs.h"
 #include "program/print_work.h"
 #include "program/session_memory.h"
-#include "support/soundings.h"
 
 namespace vexa {
 namespace {

@@ -1,30 +1,16 @@
-#include <gtest/gtest.h>
-
 #include <deque>
-#include <map>
-#include <QAction>
-#include <QApplication>
+
 #include <QClipboard>
-#include <QDialogButtonBox>
-#include <QKeyEvent>
-#include <QLabel>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QPlainTextEdit>
-#include <QPushButton>
 #include <QTabWidget>
 
 #include "app/cloud_editor.h"
 #include "app/edit_grid.h"
 #include "app/level_editor.h"
-#include "app/sounding_window.h"
 #include "app/station_editor.h"
 #include "app/text_editor.h"
-#include "core/files.h"
-#include "core/raw_file.h"
+#include "app/window_test.h"
 #include "core/station_file.h"
 #include "program/edit_commands.h"
-#include "support/soundings.h"
 
 namespace vexa {
 namespace {
@@ -50,24 +36,8 @@ class Answering : public WindowInteraction {
   std::optional<std::string> Name{};
 };
 
-class Editors : public testing::Test {
+class Editors : public test::WindowTest<Answering> {
  protected:
-  Editors() {
-    program.Doc.AskThrough(&user);
-    program.Where = FoldersBelow(folder.Path());
-    window.resize(900, 700);
-    window.show();
-  }
-  std::filesystem::path Saved(const std::string& name, const std::string& bytes) {
-    const std::filesystem::path path = folder.Path() / name;
-    EXPECT_FALSE(SaveFile(path, bytes));
-    return path;
-  }
-  QAction& Entry(const char* name) {
-    auto* entry = window.findChild<QAction*>(name);
-    EXPECT_NE(entry, nullptr) << name;
-    return *entry;
-  }
   template <class Editor>
   Editor* Opened(const char* entry) {
     Entry(entry).trigger();
@@ -85,41 +55,10 @@ class Editors : public testing::Test {
   std::string Said(const QWidget* in, const char* label) {
     return in->findChild<QLabel*>(label)->text().toStdString();
   }
-
-  test::TemporaryFolder folder;
-  Program program;
-  Answering user{program.Gate};
-  SoundingWindow window{program, user};
 };
 
-TEST_F(Editors, EntriesThatNeedASoundingSayThat) {
-  const char* entries[] = {"mnuSaveAs",     "mnuInfo",    "mnuEditFile", "mnuEditData",
-                           "mnuEditSource", "mnuFilter",  "mnuAddTemp",  "mnuAddWind",
-                           "mnuClouds",     "mnuRestore", "mnuUndo",     "mnuRedo"};
-  std::map<std::string, QString> hints;
-  for (const char* name : entries) {
-    EXPECT_FALSE(Entry(name).isEnabled()) << name;
-    hints[name] = Entry(name).statusTip();
-    EXPECT_TRUE(hints[name].contains('(')) << name;
-  }
-  window.OpenFiles({Saved("a.RAW", WriteRaw(test::ReferenceWinter()))});
-  for (int level = 3; level <= 4; ++level) {
-    SoundingRecord edited = program.Current.Record;
-    edited.Temp(level) += 0.5;
-    AdoptEdit(program, std::move(edited));
-  }
-  Entry("mnuRefreshed").trigger();
-  Entry("mnuUndo").trigger();  // leaves one to undo and one to redo
-  for (const char* name : entries) {
-    EXPECT_TRUE(Entry(name).isEnabled()) << name;
-    EXPECT_NE(Entry(name).statusTip(), hints[name]) << name;
-  }
-  EXPECT_TRUE(Entry("mnuNew").isEnabled());
-  EXPECT_TRUE(Entry("mnuEditStation").isEnabled());
-}
-
 TEST_F(Editors, LevelsAreEditedAsOneStep) {
-  window.OpenFiles({Saved("a.RAW", WriteRaw(test::ReferenceWinter()))});
+  window.OpenFiles({Saved("a.RAW", test::ReferenceWinter())});
   const SoundingRecord before = program.Current.Record;
   auto* editor = Opened<LevelEditor>("mnuEditFile");
   ASSERT_NE(editor, nullptr);
@@ -151,7 +90,7 @@ TEST_F(Editors, LevelsAreEditedAsOneStep) {
 }
 
 TEST_F(Editors, RowsComeFromTheClipboardAndGoByTheKey) {
-  window.OpenFiles({Saved("a.RAW", WriteRaw(test::ReferenceWinter()))});
+  window.OpenFiles({Saved("a.RAW", test::ReferenceWinter())});
   const int count = program.Current.Record.NumWindLevels();
   auto* editor = Opened<LevelEditor>("mnuAddWind");
   ASSERT_NE(editor, nullptr);
@@ -161,18 +100,16 @@ TEST_F(Editors, RowsComeFromTheClipboardAndGoByTheKey) {
   grid->InsertAbove();  // a row without text counts for nothing
   while (grid->rowCount() < count + 2) grid->InsertAbove();
   grid->setCurrentCell(0, 0);
-  QKeyEvent paste(QEvent::KeyPress, Qt::Key_V, Qt::ControlModifier);
-  QApplication::sendEvent(grid, &paste);
+  test::PressKey(*grid, Qt::Key_V, {}, Qt::ControlModifier);
   QKeyEvent release(QEvent::KeyRelease, Qt::Key_V, Qt::NoModifier);
   QApplication::sendEvent(grid, &release);  // Control is not held while rows are chosen
   EXPECT_EQ(grid->item(1, 2)->text(), "35.5");
   EXPECT_FALSE(editor->Apply());  // these heights stand below lower ones
-  QKeyEvent remove(QEvent::KeyPress, Qt::Key_Delete, Qt::NoModifier);
   for (int rows = count + 1; rows >= count; --rows) {
     grid->clearSelection();
     grid->selectRow(0);
     EXPECT_EQ(grid->selectedItems().size(), 3);
-    QApplication::sendEvent(grid, &remove);
+    test::PressKey(*grid, Qt::Key_Delete);
     EXPECT_EQ(grid->rowCount(), rows);
   }
   EXPECT_FALSE(grid->AddInOrder({"60000", "270", "30"}));
@@ -186,7 +123,7 @@ TEST_F(Editors, AFaultAfterALoadOpensTheEditorAtItsLevel) {
   SoundingRecord bad = test::ReferenceWinter();
   bad.WindDir(4) = 365;
   user.Answers = {Answer::Ok};
-  window.OpenFiles({Saved("bad.RAW", WriteRaw(bad))});
+  window.OpenFiles({Saved("bad.RAW", bad)});
   EXPECT_EQ(user.Titles, std::vector<std::string>{"Data Error"});
   auto* editor = Shown<LevelEditor>();
   ASSERT_NE(editor, nullptr);
@@ -233,7 +170,7 @@ TEST_F(Editors, ANewSoundingIsEnteredByHand) {
 
 TEST_F(Editors, CloudLayersOfAListingNeedTheNativeFormat) {
   const std::string listing = ReadFile(test::TestData("wyoming_text.txt")).Value();
-  window.OpenFiles({Saved("list.txt", listing)});
+  window.OpenFiles({SavedText("list.txt", listing)});
   auto* editor = Opened<CloudEditor>("mnuClouds");
   ASSERT_NE(editor, nullptr);
   EXPECT_NE(Said(editor, "CloudGuidance").find("  AS   65 - 230\n"), std::string::npos);
@@ -294,16 +231,16 @@ TEST_F(Editors, StationsAreFoundCheckedAndSaved) {
 }
 
 TEST_F(Editors, TheSourceIsEditedAsText) {
-  const std::filesystem::path path = Saved("a.RAW", WriteRaw(test::ReferenceWinter()));
+  const std::filesystem::path path = Saved("a.RAW", test::ReferenceWinter());
   window.OpenFiles({path});
-  Saved("a.RAW", WriteRaw(test::ReferenceConvective()));  // by another program
+  Saved("a.RAW", test::ReferenceConvective());  // by another program
   auto* editor = Opened<TextEditor>("mnuEditData");
   ASSERT_NE(editor, nullptr);
   EXPECT_NE(Said(editor, "TextRemark"), "");
   EXPECT_TRUE(editor->Apply()) << "a text left as it was changes nothing";
   editor->close();
   EXPECT_EQ(window.windowTitle(), "VEXA  -  Reference B, winter");
-  Saved("a.RAW", WriteRaw(test::ReferenceWinter()));
+  Saved("a.RAW", test::ReferenceWinter());
   editor = Opened<TextEditor>("mnuEditData");
   ASSERT_NE(editor, nullptr);
   QString text = editor->Edit()->toPlainText();
@@ -318,11 +255,6 @@ TEST_F(Editors, TheSourceIsEditedAsText) {
   EXPECT_EQ(ReadFile(path).Value(), WriteRaw(test::ReferenceWinter()));
 }
 
-void Press(QWidget& widget, int key, const QString& text = {}) {
-  QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier, text);
-  QApplication::sendEvent(&widget, &press);
-}
-
 // The cell that is typed into, begun by a double click as it were.
 QLineEdit& Typing(EditGrid& grid, int row, int column, const QString& text) {
   grid.setCurrentCell(row, column);
@@ -330,7 +262,7 @@ QLineEdit& Typing(EditGrid& grid, int row, int column, const QString& text) {
   auto* cell = grid.viewport()->findChild<QLineEdit*>();
   if (cell == nullptr) throw std::runtime_error("no cell is being typed into");
   cell->clear();
-  for (const QChar c : text) Press(*cell, c.toUpper().unicode(), QString(c));
+  for (const QChar c : text) test::PressKey(*cell, c.toUpper().unicode(), QString(c));
   return *cell;
 }
 
@@ -347,7 +279,9 @@ TEST_F(Editors, WhatWasTypedIsNotDroppedUnasked) {
       {"mnuEditFile",
        [](QDialog& editor) { Typing(*dynamic_cast<LevelEditor&>(editor).Temps(), 0, 1, "7"); }},
       {"mnuNew",
-       [](QDialog& editor) { Press(*editor.findChild<QLineEdit*>("StationTitle"), 'k', "k"); }},
+       [](QDialog& editor) {
+         test::PressKey(*editor.findChild<QLineEdit*>("StationTitle"), 'k', "k");
+       }},
       {"mnuClouds",
        [](QDialog& editor) {
          dynamic_cast<CloudEditor&>(editor).Layers()->InsertAbove();
@@ -355,18 +289,18 @@ TEST_F(Editors, WhatWasTypedIsNotDroppedUnasked) {
        }},
       {"mnuEditStation",
        [](QDialog& editor) {
-         Press(*dynamic_cast<StationEditor&>(editor).Field(StationField::Name), 'x', "x");
+         test::PressKey(*dynamic_cast<StationEditor&>(editor).Field(StationField::Name), 'x', "x");
        }},
       {"mnuEditData",
        [](QDialog& editor) { dynamic_cast<TextEditor&>(editor).Edit()->insertPlainText("x"); }},
   };
   const auto byCross = [](QDialog& editor) { editor.close(); };
-  const auto byEscape = [](QDialog& editor) { Press(editor, Qt::Key_Escape); };
+  const auto byEscape = [](QDialog& editor) { test::PressKey(editor, Qt::Key_Escape); };
   const auto byCancel = [](QDialog& editor) {
     editor.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Cancel)->click();
   };
   void (*const kWays[])(QDialog&) = {byCross, byEscape, byCancel};
-  window.OpenFiles({Saved("a.RAW", WriteRaw(test::ReferenceWinter()))});
+  window.OpenFiles({Saved("a.RAW", test::ReferenceWinter())});
   for (const Case& c : cases) {
     SCOPED_TRACE(c.Entry);
     for (auto* leave : kWays) {
@@ -397,14 +331,14 @@ TEST_F(Editors, TabBehindTheLastCellBeginsARow) {
   grid.PasteText("1000 20 10\n900 14 8\n");
   const int rows = grid.rowCount();
   ASSERT_EQ(rows, 2);
-  Press(Typing(grid, rows - 1, 2, "7"), Qt::Key_Tab);
+  test::PressKey(Typing(grid, rows - 1, 2, "7"), Qt::Key_Tab);
   EXPECT_EQ(grid.item(rows - 1, 2)->text(), "7");
   EXPECT_EQ(grid.rowCount(), rows + 1);
   EXPECT_EQ(grid.currentRow(), rows);
   EXPECT_EQ(grid.currentColumn(), 0);
   EXPECT_EQ(grid.item(0, 0)->text(), "1000");
   // An empty last row is left as it is.
-  Press(Typing(grid, rows, 2, ""), Qt::Key_Tab);
+  test::PressKey(Typing(grid, rows, 2, ""), Qt::Key_Tab);
   EXPECT_EQ(grid.rowCount(), rows + 1);
   user.Answers = {Answer::Yes};
   editor->close();
@@ -418,7 +352,7 @@ TEST_F(Editors, AStationThatIsNotFoundLeavesNoFields) {
   EXPECT_EQ(editor->Field(StationField::Name)->text(), "LONDON");
   editor->Search("nowhere");
   EXPECT_EQ(editor->Field(StationField::Name)->text(), "");
-  Press(*editor->Field(StationField::Name), 'x', "x");  // this may become a new station
+  test::PressKey(*editor->Field(StationField::Name), 'x', "x");  // this may become a new station
   editor->Search("nowhere else");
   EXPECT_EQ(editor->Field(StationField::Name)->text(), "x");
   user.Answers = {Answer::Yes};

@@ -1,44 +1,26 @@
 // The forecast's windows by mouse and keys: what is typed, boxed, drawn and saved.
 #include "app/forecast_windows.h"
 
-#include <gtest/gtest.h>
-
-#include <QAction>
-#include <QApplication>
-#include <QDialogButtonBox>
-#include <QKeyEvent>
-#include <QLabel>
-#include <QLineEdit>
-#include <QMouseEvent>
-#include <QPlainTextEdit>
-#include <QPushButton>
-#include <QShortcut>
 #include <QSpinBox>
 
 #include "app/drag_view.h"
-#include "app/sounding_window.h"
-#include "core/files.h"
+#include "app/window_test.h"
 #include "core/numbers.h"
-#include "core/raw_file.h"
 #include "forecast/listings.h"
-#include "support/soundings.h"
 
 namespace vexa {
 namespace {
 
 // "here" at 45 N 10 E in a wind of 270/30; "west" 236 km upwind of it, "north" 222 km to its side.
-class ForecastWindowsTest : public testing::Test {
+class ForecastWindowsTest : public test::WindowTest<> {
  protected:
   ForecastWindowsTest() {
-    program.Where = FoldersBelow(folder.Path());
-    std::filesystem::create_directories(program.Where.Data);
-    program.Doc.AskThrough(&user);
+    program.Doc.AskThrough(&asked);
     Put("west", 45, 7, 4);
     Put("north", 47, 10, -4);
-    window.show();
     window.OpenFiles({Put("here", 45, 10, 0)});
     ForecastViewOf(program).Set.UsesBoundary = false;
-    window.findChild<QAction*>("mnuForecast")->trigger();
+    Choose("mnuForecast");
   }
   std::filesystem::path Put(const std::string& name, double lat, double lon, double warmer) {
     SoundingRecord sounding =
@@ -46,9 +28,7 @@ class ForecastWindowsTest : public testing::Test {
                       {{0, 270, 30}, {500, 270, 30}, {1000, 270, 30}, {3000, 270, 30}});
     SetDecimalPosition(sounding, lat, lon);
     sounding.StationTitle = name + "  12Z 22 May 2023";
-    const std::filesystem::path path = program.Where.Data / (name + ".RAW");
-    EXPECT_FALSE(SaveFile(path, WriteRaw(sounding)));
-    return path;
+    return Saved(TextFromPath(program.Where.Data / (name + ".RAW")), sounding);
   }
   DisplayWindow& Hodo() { return *window.Display("ForecastHodo"); }
   ForecastView& View() { return ForecastViewOf(program); }
@@ -60,11 +40,7 @@ class ForecastWindowsTest : public testing::Test {
   }
   std::string Status() { return Hodo().findChild<QLabel*>("lblStatus")->text().toStdString(); }
 
-  test::TemporaryFolder folder;
-  test::ScriptedInteraction user;
-  Program program;
-  WindowInteraction interaction{program.Gate, WindowInteraction::Attendance::Unattended};
-  SoundingWindow window{program, interaction};
+  test::ScriptedInteraction asked;
 };
 
 TEST_F(ForecastWindowsTest, RefusesWhatIsOutOfRangeAndKeepsTheValueBefore) {
@@ -87,9 +63,9 @@ TEST_F(ForecastWindowsTest, RefusesWhatIsOutOfRangeAndKeepsTheValueBefore) {
   for (const Case& c : cases) {
     SCOPED_TRACE(c.Bad);
     Type(c.Line, c.Good);
-    user.Expect(c.Title, Answer::Ok);
+    asked.Expect(c.Title, Answer::Ok);
     Type(c.Line, c.Bad);
-    EXPECT_EQ(user.Boxes.back().Text, c.Text);
+    EXPECT_EQ(asked.Boxes.back().Text, c.Text);
     EXPECT_EQ(Hodo().findChild<QLineEdit*>(c.Line)->text(), c.Good);
   }
   EXPECT_EQ(View().Set.RadiusKm, 2000);
@@ -129,9 +105,9 @@ TEST_F(ForecastWindowsTest, SearchesStepsAndGoesBack) {
   View().Set.UsesMain = false;
   Press("cmdRestart");
   EXPECT_TRUE(View().Series.Steps().empty());
-  user.Expect("Single-Station layer options are turned off", Answer::Ok);
+  asked.Expect("Single-Station layer options are turned off", Answer::Ok);
   Press("cmdForecast");
-  EXPECT_EQ(user.Boxes.back().Text,
+  EXPECT_EQ(asked.Boxes.back().Text,
             "The Main-Layer and/or Boundary-Layer options must be checked.");
 }
 
@@ -159,13 +135,13 @@ TEST_F(ForecastWindowsTest, IsTurnedOnInItsFormAndOffByAClick) {
   const std::string first = ReadFile(chosen / "here_01h_Forecast.RAW").Value();
   Type("txtPercentage", "50");
   Press("cmdRestart");
-  user.Expect("File already exists", Answer::No);
+  asked.Expect("File already exists", Answer::No);
   Press("cmdForecast");
-  EXPECT_NE(user.Boxes.back().Text.find("Do you want to replace existing file?"),
+  EXPECT_NE(asked.Boxes.back().Text.find("Do you want to replace existing file?"),
             std::string::npos);
   EXPECT_EQ(ReadFile(chosen / "here_01h_Forecast.RAW").Value(), first);
   Press("cmdRestart");
-  user.Expect("File already exists", Answer::Yes);
+  asked.Expect("File already exists", Answer::Yes);
   Press("cmdForecast");
   EXPECT_NE(ReadFile(chosen / "here_01h_Forecast.RAW").Value(), first);
 
@@ -182,14 +158,12 @@ class ForecastMapTest : public ForecastWindowsTest {
     Press("cmdSearch");
     Press("cmdMap");
   }
-  ForecastMap& Map() { return dynamic_cast<ForecastMap&>(*window.Display("ForecastMap")); }
+  ForecastMap& Map() { return Shown<ForecastMap>("ForecastMap"); }
   QPointF On(double lat, double lon) {
     return Map().View().WidgetAt(*Map().Frame().ToPage({lat, lon}));
   }
   void Mouse(QEvent::Type type, QPointF at, Qt::KeyboardModifiers held) {
-    QMouseEvent event(type, at, Map().View().mapToGlobal(at), Qt::LeftButton,
-                      type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton, held);
-    QApplication::sendEvent(&Map().View(), &event);
+    test::Mouse(Map().View(), type, at, Qt::LeftButton, held);
   }
   void Drag(QPointF from, QPointF to, Qt::KeyboardModifiers held = Qt::NoModifier) {
     Mouse(QEvent::MouseButtonPress, from, held);

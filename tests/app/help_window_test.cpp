@@ -1,12 +1,5 @@
 #include "app/help_window.h"
 
-#include <gtest/gtest.h>
-
-#include <QAction>
-#include <QApplication>
-#include <QKeyEvent>
-#include <QLineEdit>
-#include <QListWidget>
 #include <QPointer>
 #include <QTabWidget>
 #include <QTextBrowser>
@@ -14,22 +7,15 @@
 #include "app/config_window.h"
 #include "app/diagram_view.h"
 #include "app/display_window.h"
-#include "app/sounding_window.h"
-#include "core/files.h"
-#include "core/raw_file.h"
+#include "app/window_test.h"
 #include "program/session_memory.h"
-#include "support/soundings.h"
 
 namespace vexa {
 namespace {
 
-class HelpTest : public testing::Test {
+class HelpTest : public test::WindowTest<> {
  protected:
-  HelpTest() {
-    program.Doc.AskThrough(&interaction);
-    program.HelpFile = test::SourceFolder() / "share" / "VEXA.HLP";
-    window.show();
-  }
+  HelpTest() { program.HelpFile = test::SourceFolder() / "share" / "VEXA.HLP"; }
   QDialog* Help() {
     for (QWidget* widget : QApplication::topLevelWidgets()) {
       if (widget->objectName() == "HelpWindow" && widget->isVisible()) {
@@ -43,14 +29,6 @@ class HelpTest : public testing::Test {
     if (help == nullptr) return {};
     return help->findChild<QListWidget*>("HelpTopics")->currentItem()->text().toStdString();
   }
-  static void PressF1(QWidget& widget) {
-    QKeyEvent press(QEvent::KeyPress, Qt::Key_F1, Qt::NoModifier);
-    QApplication::sendEvent(&widget, &press);
-  }
-
-  Program program;
-  WindowInteraction interaction{program.Gate, WindowInteraction::Attendance::Unattended};
-  SoundingWindow window{program, interaction};
 };
 
 TEST_F(HelpTest, MenuEntriesOpenTheirTopics) {
@@ -74,7 +52,7 @@ TEST_F(HelpTest, MenuEntriesOpenTheirTopics) {
 }
 
 TEST_F(HelpTest, F1OpensTheTopicOfWhatHasTheFocus) {
-  PressF1(window.View());
+  test::PressKey(window.View(), Qt::Key_F1);
   EXPECT_EQ(Topic(), "The diagram: its lines");
   Help()->close();
   QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
@@ -84,7 +62,7 @@ TEST_F(HelpTest, F1OpensTheTopicOfWhatHasTheFocus) {
   ASSERT_NE(form, nullptr);
   auto* option = form->findChild<QWidget*>("Temp grid interval");
   ASSERT_NE(option, nullptr);
-  PressF1(*option);
+  test::PressKey(*option, Qt::Key_F1);
   EXPECT_EQ(Topic(), "Diagram options");
   EXPECT_TRUE(Help()->findChild<QTextBrowser*>("HelpText")->textCursor().hasSelection());
   form->close();
@@ -98,31 +76,6 @@ TEST_F(HelpTest, SearchKeepsTheTopicsThatHaveTheWords) {
   EXPECT_TRUE(list->item(0)->isHidden());
   Help()->findChild<QLineEdit*>("HelpSearch")->clear();
   EXPECT_FALSE(list->item(0)->isHidden());
-}
-
-TEST_F(HelpTest, DisplaysComeBackAtTheNextStart) {
-  const test::TemporaryFolder folder;
-  program.Where = FoldersBelow(folder.Path());
-  const auto path = folder.Path() / "a.RAW";
-  ASSERT_FALSE(SaveFile(path, WriteRaw(test::ReferenceConvective())));
-  window.OpenFiles({path});
-  window.Run("mnuSevereWx");
-  window.Run("mnuAnalyze");
-  window.Run("mnuHodograph");
-  window.close();
-  EXPECT_EQ(ReadList(folder.Path(), kAnalysisMemory),
-            (std::vector<std::string>{"InfoPanel", "SvrWx", "Hodograph"}));
-
-  Program next;
-  next.Doc.AskThrough(&interaction);
-  next.Where = program.Where;
-  SoundingWindow again(next, interaction);
-  again.show();
-  again.OpenFiles({path});
-  again.RestoreDisplays();
-  EXPECT_TRUE(next.Displays.IsUp("Hodograph"));
-  ASSERT_NE(again.Display("SvrWx"), nullptr);
-  EXPECT_TRUE(again.Display("SvrWx")->isVisible());
 }
 
 }  // namespace

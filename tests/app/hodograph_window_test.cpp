@@ -1,71 +1,25 @@
 #include "app/hodograph_window.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
-#include <QAction>
-#include <QApplication>
-#include <QCheckBox>
-#include <QComboBox>
-#include <QDoubleSpinBox>
-#include <QLabel>
-#include <QMouseEvent>
-#include <QPlainTextEdit>
 #include <QScrollBar>
-#include <QPushButton>
-#include <QShortcut>
 
 #include "analysis/index_table.h"
 #include "app/drag_view.h"
-#include "app/sounding_window.h"
+#include "app/window_test.h"
 #include "config/settings_store.h"
-#include "core/files.h"
-#include "core/raw_file.h"
-#include "picture/stroke.h"
 #include "program/hodograph_commands.h"
 #include "program/settings_commands.h"
-#include "support/soundings.h"
 
 namespace vexa {
 namespace {
 
-class DisplayTest : public testing::Test {
+class DisplayTest : public test::WindowTest<> {
  protected:
-  DisplayTest() {
-    program.Doc.AskThrough(&interaction);
-    program.Where = FoldersBelow(folder.Path());
-    window.show();
-    window.OpenFiles({Saved("a.RAW", test::ReferenceConvective())});
-  }
-  std::filesystem::path Saved(const std::string& name, const SoundingRecord& record) {
-    const std::filesystem::path path = folder.Path() / PathFromText(name);
-    EXPECT_FALSE(SaveFile(path, WriteRaw(record)));
-    return path;
-  }
-  void Choose(const char* entry) { window.findChild<QAction*>(entry)->trigger(); }
-  void Press(QWidget* in, const char* button) { in->findChild<QPushButton*>(button)->click(); }
-
-  static HodographWindow& HodographIn(SoundingWindow& of) {
-    return dynamic_cast<HodographWindow&>(*of.Display("Hodograph"));
-  }
-
-  static QPointF Place(const DragView& view, const Picture& page, Point at) {
-    const PageFit fit =
-        FitPage(page.Width(), page.Height(),
-                {0, 0, static_cast<double>(view.width()), static_cast<double>(view.height())});
-    return {fit.Left + at.X * fit.Scale, fit.Top + at.Y * fit.Scale};
-  }
-  static void Mouse(QWidget& view, QEvent::Type type, QPointF at) {
-    QMouseEvent event(type, at, view.mapToGlobal(at), Qt::LeftButton,
-                      type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton,
-                      Qt::NoModifier);
-    QApplication::sendEvent(&view, &event);
-  }
-
-  test::TemporaryFolder folder;
-  Program program;
-  WindowInteraction interaction{program.Gate, WindowInteraction::Attendance::Unattended};
-  SoundingWindow window{program, interaction};
+  DisplayTest() { Open(test::ReferenceConvective()); }
+  static void Press(QWidget* in, const char* button) { test::In<QPushButton>(*in, button).click(); }
+  HodographWindow& Hodograph() { return Shown<HodographWindow>("Hodograph"); }
+  QPointF Place(Point at) { return test::PlaceOn(Hodograph().View(), Hodograph().Plot().Page, at); }
+  void Mouse(QEvent::Type type, QPointF at) { test::Mouse(Hodograph().View(), type, at); }
 };
 
 TEST_F(DisplayTest, CheckMarkTellsWhetherTheWindowIsUp) {
@@ -90,13 +44,11 @@ TEST_F(DisplayTest, EverythingFollowsTheStormVectorWhileItIsDragged) {
   window.resize(1800, 1500);  // with room for all of the analysis beside the diagram
   QApplication::processEvents();
   Choose("mnuHodograph");
-  HodographWindow& hodograph = HodographIn(window);
+  HodographWindow& hodograph = Hodograph();
   QApplication::processEvents();
   ASSERT_TRUE(hodograph.Plot().Storm);
   const hodograph::HodographMapping at = hodograph.Plot().Mapping;
-  const auto place = [&](const analysis::WindVector& wind) {
-    return Place(hodograph.View(), hodograph.Plot().Page, at.ToPoint(wind));
-  };
+  const auto place = [&](const analysis::WindVector& wind) { return Place(at.ToPoint(wind)); };
   const auto texts = [](const Picture& page) {
     std::string all;
     for (const Item& item : page.Items()) {
@@ -113,8 +65,8 @@ TEST_F(DisplayTest, EverythingFollowsTheStormVectorWhileItIsDragged) {
   const double energy = index(" EHI 0-xkm");
   const QPointF from = place(*hodograph.Plot().Storm);
   const QPointF to = place(analysis::Components({270, 40}));
-  Mouse(hodograph.View(), QEvent::MouseButtonPress, from);
-  Mouse(hodograph.View(), QEvent::MouseMove, to);
+  Mouse(QEvent::MouseButtonPress, from);
+  Mouse(QEvent::MouseMove, to);
   // The picture, its panel, the entry, the indices and the diagram say the same at once.
   EXPECT_EQ(hodograph.Plot().Mapping.Scale, at.Scale);  // the rings stand still meanwhile
   const analysis::Wind drawn = analysis::FromComponents(*hodograph.Plot().Storm);
@@ -138,34 +90,33 @@ TEST_F(DisplayTest, EverythingFollowsTheStormVectorWhileItIsDragged) {
   EXPECT_EQ(program.Set, before);
   EXPECT_EQ(index(" EHI 0-xkm"), energy);
   EXPECT_EQ(texts(hodograph.Plot().Page), panel);
-  Mouse(hodograph.View(), QEvent::MouseButtonRelease, to);
+  Mouse(QEvent::MouseButtonRelease, to);
   EXPECT_EQ(program.Set, before);
-  Mouse(hodograph.View(), QEvent::MouseButtonPress, from);
-  Mouse(hodograph.View(), QEvent::MouseMove, to);
-  Mouse(hodograph.View(), QEvent::MouseButtonRelease, to);
+  Mouse(QEvent::MouseButtonPress, from);
+  Mouse(QEvent::MouseMove, to);
+  Mouse(QEvent::MouseButtonRelease, to);
   EXPECT_EQ(program.Set.MotionMode, Scaling::Manual);
 
   // Beside the vector there is nothing to take hold of.
   const Options held = program.Set;
-  Mouse(hodograph.View(), QEvent::MouseButtonPress, from + QPointF(80, 80));
-  Mouse(hodograph.View(), QEvent::MouseMove, from);
-  Mouse(hodograph.View(), QEvent::MouseButtonRelease, from);
+  Mouse(QEvent::MouseButtonPress, from + QPointF(80, 80));
+  Mouse(QEvent::MouseMove, from);
+  Mouse(QEvent::MouseButtonRelease, from);
   EXPECT_EQ(program.Set, held);
 }
 
 TEST_F(DisplayTest, AWindIsDraggedAsOneEditButNotInTheStormsFrame) {
   Choose("mnuHodograph");
-  HodographWindow& hodograph = HodographIn(window);
+  HodographWindow& hodograph = Hodograph();
   QApplication::processEvents();
   const SoundingRecord before = program.Current.Record;
   const auto drag = [&](int level, const analysis::WindVector& to) {
     const hodograph::HodographMapping at = hodograph.Plot().Mapping;
     const analysis::WindVector from =
         analysis::Components({before.WindDir(level), before.WindSpd(level)});
-    Mouse(hodograph.View(), QEvent::MouseButtonPress,
-          Place(hodograph.View(), hodograph.Plot().Page, at.ToPoint(from)));
-    const QPointF end = Place(hodograph.View(), hodograph.Plot().Page, at.ToPoint(to));
-    Mouse(hodograph.View(), QEvent::MouseMove, end);
+    Mouse(QEvent::MouseButtonPress, Place(at.ToPoint(from)));
+    const QPointF end = Place(at.ToPoint(to));
+    Mouse(QEvent::MouseMove, end);
     return end;
   };
   const analysis::WindVector to = analysis::Components({240, 44});
@@ -176,7 +127,7 @@ TEST_F(DisplayTest, AWindIsDraggedAsOneEditButNotInTheStormsFrame) {
   EXPECT_EQ(program.Current.Record, before);
 
   const QPointF end = drag(9, to);
-  Mouse(hodograph.View(), QEvent::MouseButtonRelease, end);
+  Mouse(QEvent::MouseButtonRelease, end);
   EXPECT_EQ(program.Doc.History().UndoText(), "Undo drag wind of level 9");
   EXPECT_TRUE(program.Doc.Undo());
   EXPECT_EQ(program.Current.Record, before);
@@ -186,14 +137,14 @@ TEST_F(DisplayTest, AWindIsDraggedAsOneEditButNotInTheStormsFrame) {
   window.Show({.View = true});
   drag(9, to);
   EXPECT_EQ(program.Current.Record, before);
-  ASSERT_EQ(interaction.Kept().size(), 1u);
-  EXPECT_EQ(interaction.Kept()[0].Title, "Storm-Relative Wind Mode ...");
+  ASSERT_EQ(user.Kept().size(), 1u);
+  EXPECT_EQ(user.Kept()[0].Title, "Storm-Relative Wind Mode ...");
 }
 
 TEST_F(DisplayTest, ControlsOfThePlotOutlastTheProgram) {
   Choose("mnuHodograph");
   Choose("mnuHodogram");
-  HodographWindow& hodograph = HodographIn(window);
+  HodographWindow& hodograph = Hodograph();
   const auto count = [&](std::string_view tag) {
     return std::ranges::count_if(hodograph.Plot().Page.Items(),
                                  [&](const Item& item) { return item.Tag == tag; });
@@ -257,7 +208,7 @@ TEST_F(DisplayTest, ControlsOfThePlotOutlastTheProgram) {
 TEST_F(DisplayTest, EnteredSpeedsAreInTheShownUnitAndHoldOutlastsTheSounding) {
   program.Set.Speed = SpeedUnits::MetersPerSecond;
   Choose("mnuHodograph");
-  HodographWindow& hodograph = HodographIn(window);
+  HodographWindow& hodograph = Hodograph();
   hodograph.findChild<QDoubleSpinBox*>("txtSpeed")->setValue(20);
   EXPECT_NEAR(program.Set.ManualMotionSpd, 38.88, 0.01);  // 20 / 0.5144
   EXPECT_EQ(program.Set.MotionMode, Scaling::Manual);
@@ -282,7 +233,7 @@ TEST_F(DisplayTest, EnteredSpeedsAreInTheShownUnitAndHoldOutlastsTheSounding) {
 
 TEST_F(DisplayTest, TableInvertsAndComparisonsAreKept) {
   Choose("mnuHodograph");
-  HodographWindow& hodograph = HodographIn(window);
+  HodographWindow& hodograph = Hodograph();
   auto* table = hodograph.findChild<QPlainTextEdit*>("WindTable");
   const QStringList upward = table->toPlainText().trimmed().split('\n');
   Press(&hodograph, "cmdInvert");
@@ -302,7 +253,7 @@ TEST_F(DisplayTest, TableInvertsAndComparisonsAreKept) {
   Press(&hodograph, "cmdEmpty2");
   EXPECT_TRUE(program.Displays.Of<HodographState>().Compared.empty());
   EXPECT_TRUE(std::filesystem::exists(folder.Path() / "VEXAcalculations" / "HodoText.dat"));
-  EXPECT_TRUE(interaction.Kept().empty());
+  EXPECT_TRUE(user.Kept().empty());
 }
 
 TEST_F(DisplayTest, ButtonsKeysAndTheTimerTurnTheTrajectory) {
@@ -313,8 +264,7 @@ TEST_F(DisplayTest, ButtonsKeysAndTheTimerTurnTheTrajectory) {
   Press(&hodogram, "cmdUp");
   EXPECT_EQ(program.Settings.Hodogram3D.Azimuth, start.Azimuth + start.Step);
   EXPECT_EQ(program.Settings.Hodogram3D.Tilt, start.Tilt + start.Step);
-  QKeyEvent key(QEvent::KeyPress, Qt::Key_Left, Qt::NoModifier);
-  QApplication::sendEvent(&hodogram.View(), &key);
+  test::PressKey(hodogram.View(), Qt::Key_Left);
   EXPECT_EQ(program.Settings.Hodogram3D.Azimuth, start.Azimuth);
 
   auto* rotate = hodogram.findChild<QPushButton*>("cmdRotate");

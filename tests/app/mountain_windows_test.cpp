@@ -1,25 +1,11 @@
 // The windows of mountain waves, driven by their widgets.
-#include "app/mountain_wave.h"
-
-#include <gtest/gtest.h>
-
-#include <QAction>
-#include <QApplication>
-#include <QCheckBox>
-#include <QComboBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPlainTextEdit>
-#include <QPushButton>
 #include <QRadioButton>
 
 #include "app/mountain_forms.h"
-#include "app/sounding_window.h"
+#include "app/mountain_wave.h"
 #include "app/text_editor.h"
-#include "core/files.h"
-#include "core/raw_file.h"
+#include "app/window_test.h"
 #include "mountainwave/mountain_file.h"
-#include "support/soundings.h"
 
 namespace vexa {
 namespace {
@@ -37,19 +23,14 @@ class WaveUser : public WindowInteraction {
   std::optional<std::string> File{};
 };
 
-class MountainWindowsTest : public testing::Test {
+class MountainWindowsTest : public test::WindowTest<WaveUser> {
  protected:
   MountainWindowsTest() {
-    program.Doc.AskThrough(&user);
-    program.Where = FoldersBelow(folder.Path());
-    std::filesystem::create_directories(program.Where.Data);
     WriteMountains("16080,3675,2,0,0,0,0,0\n99999\n");
     SoundingRecord sounding = test::ReferenceWinter();  // 394 ft above the sea
     sounding.StationTitle = "16080 - Milano";
-    EXPECT_FALSE(SaveFile(folder.Path() / "a.RAW", WriteRaw(sounding)));
     window.resize(800, 560);
-    window.show();
-    window.OpenFiles({folder.Path() / "a.RAW"});
+    Open(sounding);
     user.Boxes.clear();
   }
   void WriteMountains(const std::string& records) {
@@ -59,12 +40,6 @@ class MountainWindowsTest : public testing::Test {
   MountainWave& Display() {
     if (window.Display("MountainWave") == nullptr) window.Run("mnuWave");
     return *dynamic_cast<MountainWave*>(window.Display("MountainWave"));
-  }
-  template <class W>
-  static W& In(QWidget& of, const char* name) {
-    W* found = of.findChild<W*>(QString::fromLatin1(name));
-    if (found == nullptr) throw std::runtime_error(name);
-    return *found;
   }
   template <class F>
   F& Form(const char* name) {
@@ -84,29 +59,24 @@ class MountainWindowsTest : public testing::Test {
   }
   std::string LastBox() const { return user.Boxes.empty() ? "" : user.Boxes.back().Text; }
   std::string Drawn() { return ToSvg(Display().Page(), 800, 600); }
-
-  test::TemporaryFolder folder;
-  Program program;
-  WaveUser user{program.Gate};
-  SoundingWindow window{program, user};
 };
 
 TEST_F(MountainWindowsTest, WhatIsTypedIsDrawnAtOnce) {
   program.Set.GpmUnits = LengthUnits::Feet;
   auto& form = Form<Mountains>("Mountains");
-  EXPECT_EQ(In<QLineEdit>(form, "txtHeight1").text(), "3675");
-  EXPECT_FALSE(In<QCheckBox>(form, "chkDefault").isChecked());
+  EXPECT_EQ(test::In<QLineEdit>(form, "txtHeight1").text(), "3675");
+  EXPECT_FALSE(test::In<QCheckBox>(form, "chkDefault").isChecked());
   const std::string before = Drawn();
-  Type(In<QLineEdit>(form, "txtHalfWidth1"), "0.5");
+  Type(test::In<QLineEdit>(form, "txtHalfWidth1"), "0.5");
   const std::string narrow = Drawn();
   EXPECT_NE(narrow, before);
   EXPECT_EQ(MountainsNow(program)->First, (mountainwave::Ridge{3675, 0.5, 0}));
-  In<QCheckBox>(form, "chkDefault").click();
+  test::In<QCheckBox>(form, "chkDefault").click();
   EXPECT_EQ(MountainsNow(program), mountainwave::Site{});
   EXPECT_NE(Drawn(), narrow);
-  In<QCheckBox>(form, "chkDefault").click();
+  test::In<QCheckBox>(form, "chkDefault").click();
   EXPECT_EQ(Drawn(), narrow);
-  In<QPushButton>(form, "cmdStation").click();
+  test::In<QPushButton>(form, "cmdStation").click();
   EXPECT_EQ(Drawn(), before);
   EXPECT_TRUE(user.Boxes.empty());
 }
@@ -114,23 +84,24 @@ TEST_F(MountainWindowsTest, WhatIsTypedIsDrawnAtOnce) {
 TEST_F(MountainWindowsTest, TwoMountains) {
   program.Set.GpmUnits = LengthUnits::Feet;
   auto& form = Form<Mountains>("Mountains");
-  EXPECT_FALSE(In<QLineEdit>(form, "txtDistance").isEnabled());
-  In<QRadioButton>(form, "optTwo").click();
-  EXPECT_EQ(In<QLabel>(form, "Prompt").text(),
+  EXPECT_FALSE(test::In<QLineEdit>(form, "txtDistance").isEnabled());
+  test::In<QRadioButton>(form, "optTwo").click();
+  EXPECT_EQ(test::In<QLabel>(form, "Prompt").text(),
             "For wave analysis details use the Listings option on the Mountain-Wave dispaly.");
   EXPECT_FALSE(MountainsNow(program)->HasSecond()) << "its values are not there yet";
-  Type(In<QLineEdit>(form, "txtDistance"), "8");
-  Type(In<QLineEdit>(form, "txtHeight2"), "3000");
-  Type(In<QLineEdit>(form, "txtHalfWidth2"), "1");
-  Type(In<QLineEdit>(form, "txtAxis2"), "0");
+  Type(test::In<QLineEdit>(form, "txtDistance"), "8");
+  Type(test::In<QLineEdit>(form, "txtHeight2"), "3000");
+  Type(test::In<QLineEdit>(form, "txtHalfWidth2"), "1");
+  Type(test::In<QLineEdit>(form, "txtAxis2"), "0");
   EXPECT_EQ(*MountainsNow(program),
             (mountainwave::MountainParameters{{3675, 2, 0}, 8, {3000, 1, 0}}));
   auto& listing = Form<WaveListing>("WaveListing");
-  EXPECT_TRUE(
-      In<QPlainTextEdit>(listing, "Text").toPlainText().contains("Mountain separation:   8.0 nm"));
-  In<QRadioButton>(form, "optOne").click();
+  EXPECT_TRUE(test::In<QPlainTextEdit>(listing, "Text")
+                  .toPlainText()
+                  .contains("Mountain separation:   8.0 nm"));
+  test::In<QRadioButton>(form, "optOne").click();
   EXPECT_FALSE(MountainsNow(program)->HasSecond());
-  EXPECT_FALSE(In<QPlainTextEdit>(listing, "Text").toPlainText().contains("Mountain #2"));
+  EXPECT_FALSE(test::In<QPlainTextEdit>(listing, "Text").toPlainText().contains("Mountain #2"));
 }
 
 TEST_F(MountainWindowsTest, RefusalsAndPrompts) {
@@ -139,7 +110,7 @@ TEST_F(MountainWindowsTest, RefusalsAndPrompts) {
   form.activateWindow();
   QApplication::processEvents();
   const auto before = MountainsNow(program);
-  auto& height = In<QLineEdit>(form, "txtHeight1");
+  auto& height = test::In<QLineEdit>(form, "txtHeight1");
   Type(height, "390");
   ASSERT_EQ(user.Boxes.size(), 1U);
   EXPECT_EQ(user.Boxes[0].Title, "Warning ...");
@@ -156,42 +127,42 @@ TEST_F(MountainWindowsTest, RefusalsAndPrompts) {
       {"txtHalfWidth1", "wide", "Mountain #1 - Half-Width\nData is out of range."},
       {"txtAxis1", "361", "Mountain #1 - Axis\nData is out of range."}};
   for (const Case& c : cases) {
-    auto& box = In<QLineEdit>(form, c.box);
+    auto& box = test::In<QLineEdit>(form, c.box);
     const QString good = box.text();
     Type(box, c.typed);
-    In<QPushButton>(form, "cmdRun").click();
+    test::In<QPushButton>(form, "cmdRun").click();
     EXPECT_EQ(LastBox(), c.says);
     EXPECT_EQ(MountainsNow(program), before) << "what was in force stays";
     Type(box, good);
   }
-  In<QLineEdit>(form, "txtAxis1").setFocus();
+  test::In<QLineEdit>(form, "txtAxis1").setFocus();
   QApplication::processEvents();
-  EXPECT_EQ(In<QLabel>(form, "Prompt").text(),
+  EXPECT_EQ(test::In<QLabel>(form, "Prompt").text(),
             "Enter the orientation (angle) of the mountain axis (ridge).\n"
             "Enter a zero (0) angle to disregard axis orientation.");
 }
 
 TEST_F(MountainWindowsTest, TheDisplayChoosesWavesAndReads) {
   MountainWave& display = Display();
-  auto& mountains = In<QComboBox>(display, "cboMountains");
+  auto& mountains = test::In<QComboBox>(display, "cboMountains");
   mountains.setCurrentIndex(1);
   emit mountains.activated(1);  // the default mountain: waves at 880 and 250 hPa
-  auto& waves = In<QComboBox>(display, "cboWave");
+  auto& waves = test::In<QComboBox>(display, "cboWave");
   ASSERT_EQ(waves.count(), 2);
   EXPECT_TRUE(waves.itemText(0).startsWith("#1  880 mb"));
   const std::string first = Drawn();
   waves.setCurrentIndex(1);
   emit waves.activated(1);
   EXPECT_NE(Drawn(), first);
-  auto& layers = In<QComboBox>(display, "ToolSkewT");
+  auto& layers = test::In<QComboBox>(display, "ToolSkewT");
   layers.setCurrentIndex(2);
   emit layers.activated(2);
   EXPECT_EQ(program.Set.Waves, WaveLayers::All);
   EXPECT_EQ(std::ranges::count(program.Plot->Page.Items(), "layer", &Item::Tag), 2);
   auto& form = Form<DiagramM>("DiagramM");
-  EXPECT_EQ(In<QLabel>(form, "DecayState").text(), " Exponential wave decay is OFF ");
-  In<QCheckBox>(form, "exponential wave decay").click();
-  EXPECT_EQ(In<QLabel>(form, "DecayState").text(), " Exponential wave decay is ON ");
+  EXPECT_EQ(test::In<QLabel>(form, "DecayState").text(), " Exponential wave decay is OFF ");
+  test::In<QCheckBox>(form, "exponential wave decay").click();
+  EXPECT_EQ(test::In<QLabel>(form, "DecayState").text(), " Exponential wave decay is ON ");
   EXPECT_TRUE(StampOf(folder.Path() / mountainwave::WaveOptionsFile())) << "kept at once";
   display.close();
   EXPECT_TRUE(StampOf(folder.Path() / mountainwave::WaveStateFile()));
@@ -203,15 +174,15 @@ TEST_F(MountainWindowsTest, ADisplayIsSavedAndOpened) {
   window.Show({.View = true});
   const std::string saved = Drawn();
   user.File = TextFromPath(folder.Path() / "case");
-  In<QAction>(display, "mnuSaveFile").trigger();
+  test::In<QAction>(display, "mnuSaveFile").trigger();
   ChooseMountains(program, mountainwave::MountainChoice::Default);
   window.Show({.View = true});
   EXPECT_NE(Drawn(), saved);
   user.File = TextFromPath(folder.Path() / "case.WVS");
-  In<QAction>(display, "mnuOpen").trigger();
+  test::In<QAction>(display, "mnuOpen").trigger();
   EXPECT_EQ(Drawn(), saved);
   user.File = TextFromPath(folder.Path() / "a.RAW");
-  In<QAction>(display, "mnuOpen").trigger();
+  test::In<QAction>(display, "mnuOpen").trigger();
   EXPECT_EQ(LastBox(), "a.RAW is neither a .WVS nor a .WAV file.");
 }
 
@@ -223,7 +194,7 @@ TEST_F(MountainWindowsTest, TheMountainFileIsEditedAndItsFaultsAreTold) {
   QString bad = good;
   editor->Edit()->setPlainText(bad.replace("3675,2", "3675,none"));
   EXPECT_FALSE(editor->Apply());
-  EXPECT_TRUE(In<QLabel>(*editor, "TextRemark").text().startsWith("VEXA.MTN, line 19: "));
+  EXPECT_TRUE(test::In<QLabel>(*editor, "TextRemark").text().startsWith("VEXA.MTN, line 19: "));
   QString other = good;
   editor->Edit()->setPlainText(other.replace("3675,2", "4000,2"));
   EXPECT_TRUE(editor->Apply());
@@ -248,8 +219,8 @@ TEST_F(MountainWindowsTest, TheMountainFileIsEditedAndItsFaultsAreTold) {
 TEST_F(MountainWindowsTest, MountainsAreKeptInTheSounding) {
   program.Set.GpmUnits = LengthUnits::Feet;
   auto& form = Form<Mountains>("Mountains");
-  Type(In<QLineEdit>(form, "txtHalfWidth1"), "7");
-  In<QPushButton>(form, "cmdKeep").click();
+  Type(test::In<QLineEdit>(form, "txtHalfWidth1"), "7");
+  test::In<QPushButton>(form, "cmdKeep").click();
   EXPECT_EQ(mountainwave::MountainsOf(program.Current.Record)->First.HalfWidthNm, 7);
   EXPECT_TRUE(program.Doc.History().CanUndo());
 }

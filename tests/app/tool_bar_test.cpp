@@ -1,52 +1,29 @@
 #include "app/tool_bar.h"
 
-#include <gtest/gtest.h>
-
-#include <QAction>
-#include <QApplication>
 #include <QDockWidget>
-#include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPalette>
 #include <QPixmap>
-#include <QPushButton>
 #include <QScreen>
 #include <QToolButton>
 
-#include "app/sounding_window.h"
 #include "app/svg_icon.h"
-#include "core/files.h"
-#include "core/raw_file.h"
+#include "app/window_test.h"
 #include "program/view_commands.h"
-#include "support/soundings.h"
 
 namespace vexa {
 namespace {
 
-class ToolBarTest : public testing::Test {
+class ToolBarTest : public test::WindowTest<> {
  protected:
-  ToolBarTest() {
-    program.Doc.AskThrough(&interaction);
-    program.Where = FoldersBelow(folder.Path());
-    window.resize(1200, 700);
-    window.show();
-  }
-  std::filesystem::path Saved(const char* name, const SoundingRecord& record) {
-    EXPECT_FALSE(SaveFile(folder.Path() / name, WriteRaw(record)));
-    return folder.Path() / name;
-  }
+  ToolBarTest() { window.resize(1200, 700); }
   QToolButton* Button(const char* text) {
     for (auto* button : window.findChild<QToolBar*>("ToolBar")->findChildren<QToolButton*>()) {
       if (button->text() == text) return button;
     }
     return nullptr;
   }
-
-  const test::TemporaryFolder folder;
-  Program program;
-  WindowInteraction interaction{program.Gate, WindowInteraction::Attendance::Unattended};
-  SoundingWindow window{program, interaction};
 };
 
 TEST(Icons, AreWholeAndDrawSomething) {
