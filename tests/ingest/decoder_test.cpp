@@ -18,7 +18,7 @@
 #include "ingest/height_finder.h"
 #include "ingest/source_columns.h"
 #include "ingest/source_header.h"
-#include "sounding/document.h"
+#include "sounding/analysed_sounding.h"
 #include "support/soundings.h"
 
 namespace vexa::ingest {
@@ -166,41 +166,6 @@ TEST(Decoders, RecogniseByContent) {
                        "1000,1,1\n")
                 .Failed->Number,
             kFaultTooFewLevels);
-}
-
-TEST(Document, KeepsTheSoundingInWorkUntilTheNewOneIsWhole) {
-  const test::TemporaryFolder folder;
-  test::ScriptedInteraction user;
-  Document doc;
-  doc.AskThrough(&user);
-  const auto load = [&](const std::filesystem::path& file) {
-    return doc.Load(Document::GiveUpEdits(), {.File = file}, {.Ask = &user});
-  };
-  user.Expect("Wind height error", Answer::Ok);
-  ASSERT_EQ(load(test::TestData("native_5_7.RAW")), Status::Ok);
-  EXPECT_EQ(doc.Current().FileName, "native_5_7.RAW");
-  EXPECT_EQ(doc.Current().DataFolder, test::TestData("").parent_path());
-  const SoundingRecord first = doc.Record();
-
-  std::string damaged = FileText("spc_text.spc");
-  damaged.replace(damaged.find("30.00"), 5, "3O.00");
-  ASSERT_FALSE(SaveFile(folder.Path() / "bad one.spc", damaged));
-  user.Expect("VEXA", Answer::Ok);
-  EXPECT_EQ(load(folder.Path() / "bad one.spc"), Status::Error);
-  EXPECT_EQ(user.Boxes.back().Text,
-            "Data file is corrupt, incomplete, or has incorrect format.\n"
-            "bad one.spc, line 7: \"3O.00\" is not a number");
-  user.Expect("VEXA", Answer::Ok);
-  EXPECT_EQ(load(folder.Path() / "none.RAW"), Status::Error);
-  EXPECT_EQ(doc.Current().StatusText, "none.RAW does not exist.");
-  EXPECT_EQ(doc.Record(), first);
-  EXPECT_EQ(doc.Current().FileName, "native_5_7.RAW");
-
-  // Of a native file what stood before the damage is shown.
-  user.Expect("VEXA", Answer::Ok);
-  EXPECT_EQ(load(test::TestData("native_damaged.RAW")), Status::Ok);
-  EXPECT_EQ(doc.Record().Press, Levels<double>({1000, 900}));
-  EXPECT_EQ(doc.Current().FileName, "native_damaged.RAW");
 }
 
 // What the data check has words for stays for it to find.

@@ -11,7 +11,6 @@
 #include "core/markers.h"
 #include "core/raw_file.h"
 #include "core/record_edits.h"
-#include "program/properties.h"
 #include "program/session_commands.h"
 #include "program/source_edit.h"
 #include "program/view_commands.h"
@@ -520,16 +519,6 @@ TEST_F(EditCommands, ASessionStaysUntilItsQuestionIsAnswered) {
   EXPECT_TRUE(fs::exists(kept));
   EndSession(next);
   EXPECT_TRUE(fs::exists(kept));
-}
-
-TEST_F(EditCommands, PropertiesTellFileAndLevels) {
-  ASSERT_TRUE(OpenSoundings(program, {Native("a.RAW")}).Sounding);
-  std::string all;
-  for (const auto& [label, value] : PropertiesOf(program)) all += label + "=" + value + "\n";
-  for (const char* part : {"File=a.RAW\n", "Data format=RAW\n", "Elevation=120 m, 394 ft\n",
-                           "Position=45.0000 N  8.0000 E\n", "Changed=no\n"}) {
-    EXPECT_NE(all.find(part), std::string::npos) << part << " in\n" << all;
-  }
 }
 
 }  // namespace

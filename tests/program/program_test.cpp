@@ -5,14 +5,12 @@
 #include <algorithm>
 #include <cstddef>
 #include <functional>
-#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "core/files.h"
 #include "core/raw_file.h"
-#include "program/menu.h"
 #include "support/soundings.h"
 
 namespace vexa {
@@ -228,22 +226,6 @@ TEST_F(ProgramTest, ImplausibleDataTurnTheIndicatorOn) {
   EXPECT_EQ(FaultIndicator(program), "Temperature is greater than 70C.");
   ASSERT_TRUE(OpenSoundings(program, {Saved("good.RAW", test::ReferenceWinter())}).Sounding);
   EXPECT_EQ(FaultIndicator(program), "");
-}
-
-TEST(MenuTree, IsATreeOfDistinctNames) {
-  std::set<std::string_view> menus;
-  std::set<std::string_view> names;
-  std::set<std::string_view> keys;
-  for (const MenuRow& row : MenuTree()) {
-    SCOPED_TRACE(row.Name);
-    EXPECT_TRUE(row.In.empty() || menus.contains(row.In)) << "stands ahead of its menu";
-    EXPECT_TRUE(names.insert(row.Name).second);
-    EXPECT_FALSE(row.Caption.empty());
-    if (row.Does.IsMenu()) menus.insert(row.Name);
-    if (!row.Key.empty()) {
-      EXPECT_TRUE(keys.insert(row.Key).second);
-    }
-  }
 }
 
 TEST_F(ProgramTest, TheFileDialogFollowsItsOptions) {
