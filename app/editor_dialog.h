@@ -25,6 +25,7 @@ class EditorDialog : public QDialog {
   virtual std::string Typed() const = 0;
   /// What is typed now has been taken over and may go.
   void Keep() { kept_ = Typed(); }
+  Interaction* User() const { return user_; }
   /// A mark for Typed while a cell of a table is being typed into.
   static std::string TypingIn(const QAbstractItemView& table);
 

@@ -2,7 +2,6 @@
 
 #include <QComboBox>
 #include <QDialogButtonBox>
-#include <QFileDialog>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
@@ -144,14 +143,10 @@ void SevereTableWindow::BuildRowButtons(QVBoxLayout& layout) {
 void SevereTableWindow::BuildFileButtons(QVBoxLayout& layout) {
   auto* files = new QHBoxLayout;
   AddButton(QStringLiteral("&Save Table..."), *files, [this] {
-    const QString path = QFileDialog::getSaveFileName(this, QStringLiteral("Save Table"), {},
-                                                      QStringLiteral("Tables (*.TBL *.tbl)"));
-    if (!path.isEmpty()) SaveTo(path);
+    if (const auto path = AskForFile("Save Table", true)) SaveTo(*path);
   });
   AddButton(QStringLiteral("&Restore Table..."), *files, [this] {
-    const QString path = QFileDialog::getOpenFileName(this, QStringLiteral("Restore Table"), {},
-                                                      QStringLiteral("Tables (*.TBL *.tbl)"));
-    if (!path.isEmpty()) RestoreFrom(path);
+    if (const auto path = AskForFile("Restore Table", false)) RestoreFrom(*path);
   });
   AddButton(QStringLiteral("De&faults"), *files, [this] {
     const std::string title = table_.Title;
@@ -259,13 +254,24 @@ std::string SevereTableWindow::Typed() const {
   return text;
 }
 
-void SevereTableWindow::SaveTo(const QString& path) {
-  const auto fault = analysis::SaveTable(std::filesystem::path(path.toStdU16String()), table_);
+std::optional<std::filesystem::path> SevereTableWindow::AskForFile(std::string_view title,
+                                                                   bool saving) const {
+  if (User() == nullptr) return std::nullopt;
+  const std::optional<std::string> name =
+      User()->ChooseFile({.Title = std::string(title),
+                          .Filter = "Tables (*.TBL)|*.TBL|All files (*)|*",
+                          .Saving = saving});
+  if (!name) return std::nullopt;
+  return PathFromText(*name);
+}
+
+void SevereTableWindow::SaveTo(const std::filesystem::path& path) {
+  const auto fault = analysis::SaveTable(path, table_);
   Say(ToQString(fault ? fault->Detail : "saved"));
 }
 
-void SevereTableWindow::RestoreFrom(const QString& path) {
-  const auto restored = analysis::RestoreTable(std::filesystem::path(path.toStdU16String()));
+void SevereTableWindow::RestoreFrom(const std::filesystem::path& path) {
+  const auto restored = analysis::RestoreTable(path);
   if (!restored) {
     Say(ToQString(restored.Error().Detail));
     return;

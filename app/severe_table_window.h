@@ -2,7 +2,10 @@
 // and restored from table files.
 #pragma once
 
+#include <filesystem>
 #include <functional>
+#include <optional>
+#include <string_view>
 
 #include "analysis/severe_table.h"
 #include "app/editor_dialog.h"
@@ -25,8 +28,8 @@ class SevereTableWindow : public EditorDialog {
   /// The arrangement as it stands in the window; limits that are none keep their last value.
   const analysis::SevereTable& Table() const { return table_; }
 
-  void SaveTo(const QString& path);
-  void RestoreFrom(const QString& path);
+  void SaveTo(const std::filesystem::path& path);
+  void RestoreFrom(const std::filesystem::path& path);
 
  protected:
   std::string Typed() const override;
@@ -36,6 +39,7 @@ class SevereTableWindow : public EditorDialog {
   void BuildRowButtons(QVBoxLayout& layout);
   void BuildFileButtons(QVBoxLayout& layout);
   void AddButton(const QString& text, QHBoxLayout& into, std::function<void()> does);
+  std::optional<std::filesystem::path> AskForFile(std::string_view title, bool saving) const;
   void Fill();
   void ReadCell(int row, int column);
   void Move(int step);

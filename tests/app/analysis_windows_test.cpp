@@ -91,14 +91,14 @@ TEST_F(AnalysisWindows, TheSevereTableIsArrangedSavedAndRestored) {
   ASSERT_EQ(accepted.Rows.size(), 40u);
   EXPECT_EQ(accepted.Rows[0].Limits.From[0], 80);
 
-  const QString path = QString::fromStdString(TextFromPath(folder.Path() / "my.TBL"));
+  const std::filesystem::path path = folder.Path() / "my.TBL";
   table.SaveTo(path);
   press("De&faults");
   EXPECT_EQ(rows->rowCount(), 41);
   table.RestoreFrom(path);
   EXPECT_EQ(table.Table(), accepted);
   ASSERT_FALSE(SaveFile(folder.Path() / "bad.TBL", "\"header\"\n\"t\",1\n99,1,2,3,0,0,0\n"));
-  table.RestoreFrom(QString::fromStdString(TextFromPath(folder.Path() / "bad.TBL")));
+  table.RestoreFrom(folder.Path() / "bad.TBL");
   EXPECT_TRUE(remark->text().contains("Severe Weather Table index error."));
   EXPECT_EQ(table.Table(), accepted);
 }
