@@ -30,7 +30,8 @@ struct KeptGround::Kept {
            picture.Width() == Width && picture.Height() == Height &&
            std::ranges::equal(picture.Ground(), Items);
   }
-  static std::unique_ptr<Kept> Of(const Picture& picture, double ratio, const QSizeF& target);
+  static std::unique_ptr<Kept> Of(const Picture& picture, double ratio, const QSizeF& target,
+                                  KeptFonts& fonts);
 };
 
 namespace {
@@ -63,7 +64,7 @@ QRect DrawnPart(const QImage& image, QRgb paper) {
 }  // namespace
 
 std::unique_ptr<KeptGround::Kept> KeptGround::Kept::Of(const Picture& picture, double ratio,
-                                                       const QSizeF& target) {
+                                                       const QSizeF& target, KeptFonts& fonts) {
   QImage image(static_cast<int>(std::ceil(target.width() * ratio)),
                static_cast<int>(std::ceil(target.height() * ratio)), QImage::Format_RGB32);
   image.setDevicePixelRatio(ratio);
@@ -71,7 +72,7 @@ std::unique_ptr<KeptGround::Kept> KeptGround::Kept::Of(const Picture& picture, d
   image.fill(paper);
   {
     QPainter fresh(&image);
-    Painter(fresh).Page(picture, QRectF(QPointF(0, 0), target), Painter::Part::Ground);
+    Painter(fresh, &fonts).Page(picture, QRectF(QPointF(0, 0), target), Painter::Part::Ground);
   }
   const QRect drawn = DrawnPart(image, paper.rgb());
   const std::span<const Item> items = picture.Ground();
@@ -85,12 +86,15 @@ std::unique_ptr<KeptGround::Kept> KeptGround::Kept::Of(const Picture& picture, d
                                      {items.begin(), items.end()}});
 }
 
-KeptGround::KeptGround() = default;
+KeptGround::KeptGround() : fonts_(std::make_unique<KeptFonts>()) {}
 KeptGround::~KeptGround() = default;
 
 void Paint(const Picture& picture, QPainter& painter, const QRectF& target, KeptGround* ground) {
+  // A page has some ten sizes; a window that was made larger or smaller leaves those of before.
+  constexpr std::size_t kMostFonts = 50;
+  if (ground != nullptr && ground->fonts_->Fonts.size() > kMostFonts) ground->fonts_->Fonts.clear();
   painter.save();
-  Painter on(painter);
+  Painter on(painter, ground == nullptr ? nullptr : ground->fonts_.get());
   const QTransform& device = painter.deviceTransform();
   // Kept pixels stand where the painted ones would only without turning, at whole pixels.
   const auto isWhole = [](double place) { return place == std::floor(place); };
@@ -105,7 +109,7 @@ void Paint(const Picture& picture, QPainter& painter, const QRectF& target, Kept
   }
   const double ratio = device.m11();
   if (ground->kept_ == nullptr || !ground->kept_->Is(picture, ratio, target.size())) {
-    ground->kept_ = KeptGround::Kept::Of(picture, ratio, target.size());
+    ground->kept_ = KeptGround::Kept::Of(picture, ratio, target.size(), *ground->fonts_);
   }
   const KeptGround::Kept& kept = *ground->kept_;
   painter.fillRect(target, ToColor(picture.Paper()));

@@ -18,11 +18,13 @@ class QRectF;
 
 namespace vexa::paint {
 
+struct KeptFonts;
+
 inline constexpr double kPointsPerInch = 72;
 
-/// The painted ground of a picture, which whoever paints a changing picture keeps: while it stays
-/// as it was, at one size, only what stands on it is painted. The pixels are the same with and
-/// without.
+/// The painted ground of a picture and its fonts, which whoever paints a changing picture keeps:
+/// while the ground stays as it was, at one size, only what stands on it is painted. The pixels are
+/// the same with and without.
 class KeptGround {
  public:
   KeptGround();
@@ -34,6 +36,7 @@ class KeptGround {
   friend void Paint(const Picture&, QPainter&, const QRectF&, KeptGround*);
   struct Kept;
   std::unique_ptr<Kept> kept_;
+  std::unique_ptr<KeptFonts> fonts_;
 };
 
 /// Paints the whole page scaled into the rectangle, keeping its proportions.

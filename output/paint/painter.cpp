@@ -20,7 +20,8 @@ constexpr double kHairlinePt = 0.24;  // on paper; a screen's hairline is one of
 
 }  // namespace
 
-Painter::Painter(QPainter& painter) : painter_(painter) {
+Painter::Painter(QPainter& painter, KeptFonts* fonts)
+    : painter_(painter), fonts_(fonts == nullptr ? own_ : *fonts), keepsFonts_(fonts != nullptr) {
   const QTransform& device = painter.deviceTransform();
   const QPaintEngine* engine = painter.paintEngine();
   isRaster_ = engine != nullptr && engine->type() == QPaintEngine::Raster;

@@ -38,10 +38,17 @@ struct SizedFont {
   Face Kind = Face::Sans;
   bool Bold = false;
   double Size = 0;
+  int Dpi = 0;  // of the surface
   QFont Font;
   QFontMetricsF Metrics;
   double CapHeight = 0;
   QRawFont Letters{};  // on a screen: the letters one by one
+};
+
+/// The fonts of a painter that paints again and again: a face of which another size is there
+/// already is enlarged from it, since to look a face up takes as long as its letters.
+struct KeptFonts {
+  std::deque<SizedFont> Fonts{};  // entries keep their place
 };
 
 /// A text ready to be put anywhere: its letters side by side where the font has all of them.
@@ -53,7 +60,8 @@ struct SetText {
 
 class Painter {
  public:
-  explicit Painter(QPainter& painter);
+  /// fonts  those of the painter before, which this one adds to; null for those of its own
+  explicit Painter(QPainter& painter, KeptFonts* fonts = nullptr);
   Painter(const Painter&) = delete;
   Painter& operator=(const Painter&) = delete;
 
@@ -107,6 +115,7 @@ class Painter {
   // A path takes its letters at the screen's resolution; the surface may have another.
   QFont DeviceFont(const QFont& font) const;
   QRawFont AloneOnScreen(QFont font) const;
+  QRawFont OfKeptFace(const SizedFont& wanted) const;
   SetText Set(const SizedFont& font, std::string_view utf8) const;
   void SetFont(const SizedFont& font);
   void Put(const SetText& text, QPointF at);
@@ -125,7 +134,9 @@ class Painter {
   std::optional<Pen> pen_{};
   std::optional<Color> brush_{};
   const SizedFont* font_ = nullptr;
-  std::deque<SizedFont> fonts_{};  // few; entries keep their place
+  KeptFonts own_{};
+  KeptFonts& fonts_;
+  bool keepsFonts_ = false;
 };
 
 }  // namespace vexa::paint

@@ -26,6 +26,13 @@ void ForgetFraction(const QFont& font) {
   letters.alphaMapForGlyph(glyphs.front(), QRawFont::PixelAntialiasing);
 }
 
+// The whole pixels that the toolkit makes of points on a screen; one that did otherwise would have
+// made another size of the kept font too.
+double ScreenPixels(const SizedFont& font) {
+  const double pixels = font.Font.pointSizeF() * font.Dpi / kPointsPerInch;
+  return qRound(std::floor(pixels * 100 + 0.5) / 100);
+}
+
 }  // namespace
 
 QFont Painter::DeviceFont(const QFont& font) const {
@@ -39,10 +46,25 @@ QRawFont Painter::AloneOnScreen(QFont font) const {
   return QRawFont::fromFont(DeviceFont(font));
 }
 
+// Another size of a face that is there; not valid where none is. Its letters are drawn anew, which
+// only pays where they are kept.
+QRawFont Painter::OfKeptFace(const SizedFont& wanted) const {
+  const auto has = [&wanted](const SizedFont& font) {
+    return font.Kind == wanted.Kind && font.Bold == wanted.Bold && font.Letters.isValid() &&
+           font.Letters.pixelSize() == ScreenPixels(font);
+  };
+  const auto found = std::ranges::find_if(fonts_.Fonts, has);
+  if (!keepsFonts_ || found == fonts_.Fonts.end()) return {};
+  QRawFont letters = found->Letters;
+  letters.setPixelSize(ScreenPixels(wanted));
+  return letters;
+}
+
 const SizedFont& Painter::FontFor(const Label& label) {
   const double size = label.Size * page_.Scale;
-  for (const SizedFont& font : fonts_) {
-    if (font.Kind == label.Font && font.Bold == label.Bold && font.Size == size) return font;
+  for (const SizedFont& font : fonts_.Fonts) {
+    const bool isSame = font.Kind == label.Font && font.Bold == label.Bold && font.Size == size;
+    if (isSame && font.Dpi == dpi_) return font;
   }
   QFont font;
   if (label.Font == Face::Mono) {
@@ -60,12 +82,13 @@ const SizedFont& Painter::FontFor(const Label& label) {
   font.setHintingPreference(QFont::PreferNoHinting);
   font.setKerning(false);  // as texts are measured (picture/text_width.h)
   const QFontMetricsF metrics(font, painter_.device());
-  SizedFont made{label.Font, label.Bold, size, font, metrics};
-  if (isRaster_) made.Letters = AloneOnScreen(font);
+  SizedFont made{label.Font, label.Bold, size, dpi_, font, metrics};
+  if (isRaster_) made.Letters = OfKeptFace(made);
+  if (isRaster_ && !made.Letters.isValid()) made.Letters = AloneOnScreen(font);
   made.CapHeight = made.Letters.isValid() ? made.Letters.capHeight() : metrics.capHeight();
   const bool asOutlines = !isRaster_ || size * toDevice_ > kMostCachedPx;
   if (asOutlines) ForgetFraction(DeviceFont(font));
-  return fonts_.emplace_back(std::move(made));
+  return fonts_.Fonts.emplace_back(std::move(made));
 }
 
 // What a text engine works out for every script is half the time of a page; plain letters need

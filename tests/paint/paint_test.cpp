@@ -224,6 +224,29 @@ TEST(Paint, AKeptGroundGivesTheSamePixels) {
   }
 }
 
+// Letters of every size between a small print and a heading, where other sizes of their face are
+// kept.
+TEST(Paint, KeptLettersAreTheSameAtEverySize) {
+  constexpr QSize kSize(400, 120);
+  KeptGround ground;
+  for (int tenths = 60; tenths < 300; tenths += 7) {
+    Picture picture(400, 120, kWhite);
+    const double size = tenths / 10.0;
+    picture.Add("text", Label{.At = {5.3, 30.2}, .Text = "850 hPa \xC2\xB0", .Size = size});
+    picture.Add("bold", Label{.At = {5, 60}, .Text = "Kjgq 5.7", .Size = size, .Bold = true});
+    picture.Add("mono",
+                Label{.At = {5, 90}, .Text = "12 -3.4", .Size = size + 1, .Font = Face::Mono});
+    picture.Add("aslant", Label{.At = {250, 100}, .Text = "26 g/kg", .Size = size, .Angle = 37});
+    picture.Add("strange", Label{.At = {250, 30}, .Text = "\xE2\x99\x9E", .Size = size});
+    QImage image(kSize, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    Paint(picture, painter, QRectF(QPointF(0, 0), kSize), &ground);
+    painter.end();
+    EXPECT_TRUE(image == ToImage(picture, kSize.width(), kSize.height())) << size;
+  }
+}
+
 TEST(EncodePicture, GivesEachKindByItsExtension) {
   Picture page(1200, 900, kWhite);
   page.Add("title", Label{.At = {600, 450}, .Text = "Großenkneten", .Size = 100});
