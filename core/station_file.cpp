@@ -346,11 +346,13 @@ Status LoadStations(CurrentSounding& current, const std::filesystem::path& root,
 
 StationList KnownStations(const std::filesystem::path& root,
                           const std::filesystem::path& programFolder) {
-  Outcome<std::string> text = ReadFile(root / kStationFileName);
-  if (!text) text = ReadFile(ShippedFile(programFolder, kStationFileName));
-  if (!text) return {};
-  StationList list = std::move(ReadStations(text.Value(), kStationFileName).List);
-  return NeedsConversion(list) ? ConvertStations(list) : list;
+  return StationList::ReadLater([root, programFolder]() -> StationList {
+    Outcome<std::string> text = ReadFile(root / kStationFileName);
+    if (!text) text = ReadFile(ShippedFile(programFolder, kStationFileName));
+    if (!text) return {};
+    StationList list = std::move(ReadStations(text.Value(), kStationFileName).List);
+    return NeedsConversion(list) ? ConvertStations(list) : list;
+  });
 }
 
 std::optional<Fault> SaveStations(const std::filesystem::path& root, const StationList& list,

@@ -53,7 +53,7 @@ Box StationBox(const StationFinding& finding);
 Status LoadStations(CurrentSounding& current, const std::filesystem::path& root, StationList& into);
 
 /// The list for programs without a window: of the root folder, else the shipped one, else empty.
-/// Its faults are not told of.
+/// It is read when it is first looked into. Its faults are not told of.
 StationList KnownStations(const std::filesystem::path& root,
                           const std::filesystem::path& programFolder);
 

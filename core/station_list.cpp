@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <iterator>
+#include <mutex>
 #include <utility>
 
 #include "core/letter_case.h"
@@ -58,24 +59,62 @@ std::vector<std::string> StationHeader() {
           "WMO numbers must be sequential.      Coordinates are in decimal degrees."};
 }
 
-StationList::StationList() : header_(StationHeader()) {}
+class StationList::Later {
+ public:
+  explicit Later(std::function<StationList()> read) : read_(std::move(read)) {}
+  const Parts& Get() {
+    std::call_once(once_, [this] {
+      StationList list = read_();
+      parts_ = std::move(list.Own());
+      read_ = {};
+    });
+    return parts_;
+  }
+
+ private:
+  std::once_flag once_{};
+  std::function<StationList()> read_;
+  Parts parts_{};
+};
+
+StationList::StationList() : own_{.Header = StationHeader()} {}
+
+StationList StationList::ReadLater(std::function<StationList()> read) {
+  StationList list;
+  list.later_ = std::make_shared<Later>(std::move(read));
+  return list;
+}
+
+const StationList::Parts& StationList::Held() const {
+  return later_ ? later_->Get() : own_;
+}
+
+StationList::Parts& StationList::Own() {
+  if (later_) {
+    own_ = later_->Get();
+    later_.reset();
+  }
+  return own_;
+}
 
 const Station* StationList::Find(int number) const {
-  const auto place = std::ranges::lower_bound(stations_, number, {}, &Station::Number);
-  return place != stations_.end() && place->Number == number ? &*place : nullptr;
+  const std::vector<Station>& all = All();
+  const auto place = std::ranges::lower_bound(all, number, {}, &Station::Number);
+  return place != all.end() && place->Number == number ? &*place : nullptr;
 }
 
 bool StationList::Insert(Station station) {
   // A file brings them in order, about as many as the shipped one has.
   constexpr std::size_t kUsual = 4096;
-  if (stations_.empty()) stations_.reserve(kUsual);
-  if (stations_.empty() || stations_.back().Number < station.Number) {
-    stations_.push_back(std::move(station));
+  std::vector<Station>& stations = Own().Stations;
+  if (stations.empty()) stations.reserve(kUsual);
+  if (stations.empty() || stations.back().Number < station.Number) {
+    stations.push_back(std::move(station));
     return true;
   }
-  const auto place = std::ranges::lower_bound(stations_, station.Number, {}, &Station::Number);
-  if (place != stations_.end() && place->Number == station.Number) return false;
-  stations_.insert(place, std::move(station));
+  const auto place = std::ranges::lower_bound(stations, station.Number, {}, &Station::Number);
+  if (place != stations.end() && place->Number == station.Number) return false;
+  stations.insert(place, std::move(station));
   return true;
 }
 
@@ -98,9 +137,10 @@ std::optional<Fault> StationList::Change(int number, const Station& station) {
 }
 
 std::optional<Fault> StationList::Delete(int number) {
+  std::vector<Station>& stations = Own().Stations;
   const Station* station = Find(number);
   if (station == nullptr) return Refused("Delete", number, "is not in the list");
-  stations_.erase(stations_.begin() + std::distance(std::as_const(stations_).data(), station));
+  stations.erase(stations.begin() + std::distance(std::as_const(stations).data(), station));
   return std::nullopt;
 }
 

@@ -2,6 +2,8 @@
 // number at once, searched by fragment for a pick list, changed by the station editor.
 #pragma once
 
+#include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -23,13 +25,16 @@ struct UnreadLine {
 class StationList {
  public:
   StationList();
+  /// A list that is read when it is first looked into, by whatever thread; its copies share the
+  /// reading. Most soundings name their stations themselves.
+  static StationList ReadLater(std::function<StationList()> read);
 
   /// The free lines ahead of the first record, without their ends; a new list has the program's.
-  const std::vector<std::string>& Header() const { return header_; }
-  void SetHeader(std::vector<std::string> lines) { header_ = std::move(lines); }
+  const std::vector<std::string>& Header() const { return Held().Header; }
+  void SetHeader(std::vector<std::string> lines) { Own().Header = std::move(lines); }
 
-  const std::vector<Station>& All() const { return stations_; }
-  int Count() const { return static_cast<int>(stations_.size()); }
+  const std::vector<Station>& All() const { return Held().Stations; }
+  int Count() const { return static_cast<int>(All().size()); }
 
   /// The station of a number, found by halving; null when the list lacks it. Changes of the list
   /// make the pointer stale.
@@ -48,18 +53,28 @@ class StationList {
 
   /// What of the file is no station: lines that are not understood, in their order, and what stands
   /// behind the end of the list. Writing the list writes them again.
-  const std::vector<UnreadLine>& Unread() const { return unread_; }
-  void AddUnread(UnreadLine line) { unread_.push_back(std::move(line)); }
-  const std::string& Trailer() const { return trailer_; }
-  void SetTrailer(std::string text) { trailer_ = std::move(text); }
+  const std::vector<UnreadLine>& Unread() const { return Held().Unread; }
+  void AddUnread(UnreadLine line) { Own().Unread.push_back(std::move(line)); }
+  const std::string& Trailer() const { return Held().Trailer; }
+  void SetTrailer(std::string text) { Own().Trailer = std::move(text); }
 
-  bool operator==(const StationList&) const = default;
+  bool operator==(const StationList& other) const { return Held() == other.Held(); }
 
  private:
-  std::vector<UnreadLine> unread_{};
-  std::string trailer_{};
-  std::vector<std::string> header_;
-  std::vector<Station> stations_{};  // by rising number
+  struct Parts {
+    std::vector<UnreadLine> Unread{};
+    std::string Trailer{};
+    std::vector<std::string> Header{};
+    std::vector<Station> Stations{};  // by rising number
+    bool operator==(const Parts&) const = default;
+  };
+  class Later;
+
+  const Parts& Held() const;
+  Parts& Own();  // to change
+
+  Parts own_{};
+  std::shared_ptr<Later> later_{};  // holds the parts until they are changed
 };
 
 /// The lines that head a locator file of the program.

@@ -454,6 +454,39 @@ TEST(StationList, StationsOfLetters) {
   }
 }
 
+// A list that is read later is read once, for all its copies; one that is changed stands alone.
+TEST(StationList, IsReadWhenItIsLookedInto) {
+  int read = 0;
+  const StationList later = StationList::ReadLater([&read] {
+    ++read;
+    StationList list;
+    list.Insert({.Number = 72357, .Ident = "KOUN"});
+    list.SetTrailer("end");
+    return list;
+  });
+  StationList changed = later;
+  const StationList copy = later;
+  EXPECT_EQ(read, 0);
+  EXPECT_FALSE(changed.Insert({.Number = 72357, .Ident = "KXXX"}));
+  ASSERT_FALSE(changed.Delete(72357));
+  EXPECT_EQ(changed.Trailer(), "end");
+  EXPECT_EQ(changed.Count(), 0);
+  ASSERT_NE(StationOfLetters(copy, "OUN"), nullptr);
+  EXPECT_EQ(later.Find(72357), copy.Find(72357));
+  EXPECT_EQ(later, copy);
+  EXPECT_FALSE(later == changed);
+  EXPECT_EQ(read, 1);
+}
+
+// A program folder's copy of it is not looked through at start.
+TEST(StationFile, TheShippedListIsWithoutFaults) {
+  const std::string text = ReadFile(test::SourceFolder() / "share" / "VEXA.STN").Value();
+  const StationReading reading = ReadStations(text, "VEXA.STN");
+  EXPECT_EQ(reading.Finding.Detail, "");
+  EXPECT_GT(reading.List.Count(), 1000);
+  EXPECT_FALSE(NeedsConversion(reading.List));
+}
+
 // Degrees with minutes have none beyond 59: one such number shows decimals.
 TEST(StationFile, MinutesEndAt59) {
   for (const auto& [position, isOld] : {std::pair{"35.59,N,97.0,W", true},

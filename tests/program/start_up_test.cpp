@@ -111,6 +111,29 @@ TEST(StartUp, BringsTheStationListAndKeepsTheUsers) {
   }
 }
 
+// A list that the user has changed is looked through at once, whether it has a shipped one beside
+// it or not.
+TEST(StartUp, AStationListWithAFaultIsToldOf) {
+  const test::TemporaryFolder folder;
+  const fs::path program = folder.Path() / "bin", root = folder.Path() / "root";
+  fs::create_directories(program);
+  fs::create_directories(folder.Path() / "share");
+  fs::create_directories(root);
+  const std::string shipped = "VEXA STATION LISTING\nWMO, decimal degrees\n99999\n";
+  ASSERT_FALSE(SaveFile(folder.Path() / "share" / "VEXA.STN", shipped));
+  ASSERT_FALSE(SaveFile(root / "VEXA.STN", shipped.substr(0, shipped.size() - 6)));
+  for (const fs::path& from : {program, fs::path()}) {
+    test::ScriptedInteraction user;
+    user.Expect("Warning ...", Answer::Ok);
+    Program started;
+    started.Doc.AskThrough(&user);
+    StartUp(started, {TextFromPath(root), from});
+    EXPECT_TRUE(user.Boxes.back().Text.ends_with("ends without the number 99999"))
+        << user.Boxes.back().Text;
+    EXPECT_EQ(started.Current.StatusText, "error");
+  }
+}
+
 TEST(StartUp, TellsOfAFolderThatCannotBeWritten) {
   const test::TemporaryFolder folder;
   ASSERT_FALSE(SaveFile(folder.Path() / "ForecastData", "in the way"));
