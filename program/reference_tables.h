@@ -25,6 +25,7 @@ struct ReferenceTable {
   std::vector<double> (*Record)(int number) = nullptr;  // by the formulas; counted from 0
   /// Whether a record read back is what the formulas give.
   bool (*Agrees)(const std::vector<double>& read, int number) = nullptr;
+  bool IsQuick = false;  // to write it takes less than to read it
 };
 
 /// VEXA.IKO: height, m; pressure, hPa; temperature, °C, every 500 m to 80 km.
