@@ -120,7 +120,8 @@ std::vector<std::string> KeepPossible(SoundingRecord& record) {
                           record.Dewpt.Values()[i]};
     if (IsPossible(level)) return true;
     if (first.empty()) {
-      first = Brief(level.Press) + " hPa, " + Brief(level.Temp) + " and " + Brief(level.Dewpt) + " C";
+      first =
+          Brief(level.Press) + " hPa, " + Brief(level.Temp) + " and " + Brief(level.Dewpt) + " C";
     }
     return false;
   };
@@ -163,7 +164,11 @@ std::vector<std::string> KeepPossible(SoundingRecord& record) {
   }
   constexpr int kLowestElevM = -500, kHighestPossibleM = 9000;
   if (!record.ElevUnknown && (record.ElevM < kLowestElevM || record.ElevM > kHighestPossibleM)) {
-    notes.push_back("The elevation of " + Shortest(record.ElevM) + " m is impossible.");
+    // The record holds the largest whole number for whatever was larger.
+    constexpr int kMostToldM = 1000000;
+    const bool isTold = record.ElevM > -kMostToldM && record.ElevM < kMostToldM;
+    notes.push_back("The elevation" + (isTold ? " of " + Shortest(record.ElevM) + " m" : "") +
+                    " is impossible.");
     SetElevationUnknown(record);
   }
   return notes;

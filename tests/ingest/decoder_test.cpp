@@ -212,6 +212,10 @@ TEST(Native, ImpossibleValuesAreLeftOut) {
                 "1000000000 knots.",
                 "The elevation of -5000 m is impossible."}));
 
+  std::string endless = WriteRaw(record);
+  endless.replace(endless.find("-5000"), 5, "1e300");
+  EXPECT_EQ(DecodeText("x.RAW", endless).Notes.back(), "The elevation is impossible.");
+
   for (double& press : record.Press.Values()) press = -std::abs(press);
   const Decoded none = DecodeText("x.RAW", WriteRaw(record));
   ASSERT_TRUE(none.Failed);
