@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "core/late_library.h"
+#include "core/no_such_sounding.h"
 #include "core/numbers.h"
 
 namespace vexa {
@@ -34,6 +35,8 @@ constexpr FaultRow kFaults[] = {
     {kFaultDiskFull, When::Always, "Disk is probably full."},
     {kFaultEndOfFile, When::AutoLoading, "Data for ", Names::File, " can not be found."},
     {kFaultEndOfFile, When::Always, "Data file is corrupt, incomplete, or has incorrect format."},
+    {kFaultNoSuchSounding, When::AutoLoading, "Data for ", Names::File, " can not be found."},
+    {kFaultNoSuchSounding, When::Always, "The file holds no sounding of this number."},
     {kFaultTooManyFiles, When::Always, "Too many files: open at the same time, or unfinished."},
     {kFaultDeviceUnavailable, When::Always, "Selected device is not available."},
     {kFaultAccessRefused, When::Always,

@@ -17,6 +17,7 @@
 #include "report/sounding_json.h"
 #include "report/values.h"
 #include "sounding/sounding_source.h"
+#include "sounding/sounding_walk.h"
 
 namespace vexa::engine {
 
@@ -103,7 +104,8 @@ Parcel Sounding::Lifted(Lift lift) const {
   const analysis::ParcelAscent& ascent =
       held_->Results().Ascent(kTypes[static_cast<std::size_t>(lift)]);
   return {report::Pressure(ascent.Condensation.Press), report::Pressure(ascent.FreeLevel.Press),
-          report::Pressure(ascent.Equilibrium.Press), report::Energy(ascent, &analysis::ParcelAscent::CapeTotal),
+          report::Pressure(ascent.Equilibrium.Press),
+          report::Energy(ascent, &analysis::ParcelAscent::CapeTotal),
           report::Energy(ascent, &analysis::ParcelAscent::CinTotal)};
 }
 
@@ -161,9 +163,9 @@ Loaded Load(const std::string& file, const Settings& settings) {
 
 std::vector<std::string> Titles(const std::string& file) {
   std::vector<std::string> titles;
-  const Outcome<SoundingSource> source = SoundingSource::Open(PathFromText(file));
-  if (!source) return titles;
-  for (const ingest::SourceEntry& entry : source.Value().List()) titles.push_back(entry.Title);
+  for (ingest::SourceEntry& entry : ListOf(PathFromText(file))) {
+    titles.push_back(std::move(entry.Title));
+  }
   return titles;
 }
 

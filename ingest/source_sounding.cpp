@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <utility>
 
+#include "core/no_such_sounding.h"
 #include "core/numbers.h"
 #include "ingest/decoder.h"
 
@@ -48,13 +49,11 @@ Outcome<std::size_t> ChooseSounding(std::size_t count, const SourceText& source,
                                     LoadContext& context) {
   const auto index = static_cast<std::size_t>(context.Index);
   context.Count = std::max(1, static_cast<int>(count));
+  if (count == 0) {
+    return Fault{kFaultEndOfFile, "ChooseSounding", source.Name() + ": no sounding in it"};
+  }
   if (context.Index < 0 || index >= count) {
-    const std::string reason = count == 0
-                                   ? ": no sounding in it"
-                                   : ": it holds " + Shortest(static_cast<int>(count)) +
-                                         (count == 1 ? " sounding" : " soundings") + ", number " +
-                                         Shortest(context.Index + 1) + " was asked for";
-    return Fault{kFaultEndOfFile, "ChooseSounding", source.Name() + reason};
+    return NoSuchSounding("ChooseSounding", source.Name(), static_cast<int>(count), context.Index);
   }
   return index;
 }

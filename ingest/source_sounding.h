@@ -53,7 +53,7 @@ std::vector<SourceEntry> Entries(const std::vector<SoundingBlock>& blocks);
 std::vector<SourceEntry> EntriesUnderHeadings(const std::vector<SoundingBlock>& blocks);
 
 /// The chosen one of so many soundings; notes that there were others. Fault 62 when the file holds
-/// none or not that many.
+/// none, 63 when not that many.
 Outcome<std::size_t> ChooseSounding(std::size_t count, const SourceText& source,
                                     LoadContext& context);
 

@@ -13,7 +13,7 @@
 #include "program/commands.h"
 #include "program/hodograph_commands.h"
 #include "program/session_memory.h"
-#include "sounding/sounding_source.h"
+#include "sounding/sounding_walk.h"
 
 namespace vexa {
 namespace {
@@ -97,11 +97,8 @@ std::vector<SharedSounding> SoundingsBeside(const Program& program, std::size_t 
 
 std::vector<SoundingSet::Member> MembersOf(const std::filesystem::path& file) {
   std::vector<SoundingSet::Member> members;
-  const Outcome<SoundingSource> source = SoundingSource::Open(file);
-  if (source) {
-    for (const ingest::SourceEntry& entry : source.Value().List()) {
-      members.push_back({file, static_cast<int>(members.size()), entry.Title});
-    }
+  for (ingest::SourceEntry& entry : ListOf(file)) {
+    members.push_back({file, static_cast<int>(members.size()), std::move(entry.Title)});
   }
   if (members.size() < 2) return {{.File = file}};
   return members;

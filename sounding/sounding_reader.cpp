@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "core/no_such_sounding.h"
 #include "core/numbers.h"
 
 namespace vexa {
@@ -32,7 +33,7 @@ std::optional<Source> NamedSounding(const std::filesystem::path& file) {
 Loading SoundingReader::Load(const Source& from, const LoadPolicy& policy) {
   const std::optional<Source> named = NamedSounding(from.File);
   if (named && from.Index != 0) {
-    return {.Failed = Fault{kFaultEndOfFile, "LoadSounding", "one sounding was named by #"}};
+    return {.Failed = Fault{kFaultNoSuchSounding, "LoadSounding", "one sounding was named by #"}};
   }
   const Source& wanted = named ? *named : from;
   const std::optional<FileStamp> stamp = StampOf(wanted.File);

@@ -5,6 +5,7 @@
 
 #include "core/data_checks.h"
 #include "core/files.h"
+#include "core/no_such_sounding.h"
 #include "ingest/decoder.h"
 #include "ingest/native.h"
 #include "sounding/sounding_reader.h"
@@ -96,7 +97,7 @@ std::vector<ingest::SourceEntry> SoundingSource::List() const {
 
 Loading SoundingSource::Load(int given, const LoadPolicy& policy) {
   if (opened_->Only && given != 0) {
-    return {.Failed = Fault{kFaultEndOfFile, "LoadSounding", "one sounding was named by #"}};
+    return {.Failed = Fault{kFaultNoSuchSounding, "LoadSounding", "one sounding was named by #"}};
   }
   const int index = opened_->Only.value_or(given);
   ingest::LoadContext& context = opened_->Context;

@@ -5,8 +5,10 @@
 #include <utility>
 
 #include "core/files.h"
+#include "core/no_such_sounding.h"
 #include "core/numbers.h"
 #include "ingest/decoder.h"
+#include "sounding/sounding_reader.h"
 
 namespace vexa {
 
@@ -61,12 +63,10 @@ Outcome<SoundingWalk::Reached> SoundingWalk::Reach(int index) {
 }
 
 Fault SoundingWalk::TooFew(int index) const {
-  const int held = first_ + count_;
-  return {kFaultEndOfFile, "SoundingWalk",
-          TextFromPath(file_.filename()) + ": it holds " + Shortest(held) +
-              (held == 1 ? " sounding" : " soundings") + ", number " + Shortest(index + 1) +
-              " was asked for",
-          TextFromPath(file_)};
+  Fault fault =
+      NoSuchSounding("SoundingWalk", TextFromPath(file_.filename()), first_ + count_, index);
+  fault.File = TextFromPath(file_);
+  return fault;
 }
 
 Loading SoundingWalk::LoadHere(int index, const LoadPolicy& policy, std::size_t firstNote) {
@@ -105,6 +105,28 @@ Outcome<SoundingWalk::Place> SoundingWalk::Take(int index) && {
   if (!reached) return reached.Error();
   if (reached.Value() == Reached::BehindLast) return TooFew(index);
   return Place{std::move(*source_), std::move(notes_), first_};
+}
+
+std::vector<ingest::SourceEntry> ListOf(const std::filesystem::path& file, std::size_t piece) {
+  std::vector<ingest::SourceEntry> entries;
+  if (NamedSounding(file)) {
+    if (const Outcome<SoundingSource> named = SoundingSource::Open(file)) {
+      entries = named.Value().List();
+    }
+    return entries;
+  }
+  const std::optional<Fault> fault = Guarded("ListOf", [&]() -> std::optional<Fault> {
+    Outcome<ingest::SourceStream> stream = ingest::SourceStream::Open(file, piece);
+    if (!stream) return stream.Error();
+    for (;;) {
+      const Outcome<std::optional<SourceText>> text = stream.Value().Next();
+      if (!text) return text.Error();
+      if (!text.Value()) return std::nullopt;
+      std::ranges::move(ingest::ListSoundings(*text.Value()), std::back_inserter(entries));
+    }
+  });
+  if (fault) entries.clear();
+  return entries;
 }
 
 }  // namespace vexa

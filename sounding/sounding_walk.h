@@ -20,7 +20,7 @@ class SoundingWalk {
 
   /// The sounding at a place, counted from 0 through all of the file. Places are best asked for in
   /// their order: one that lies behind is reached by beginning anew. Its notes begin with what was
-  /// left out of the file so far. Faults as SourceStream's and the decoder's; 62 where the file has
+  /// left out of the file so far. Faults as SourceStream's and the decoder's; 63 where the file has
   /// fewer soundings.
   Loading Load(int index, const LoadPolicy& policy);
 
@@ -59,5 +59,10 @@ class SoundingWalk {
   int next_ = 0;
   bool isOver_ = false;
 };
+
+/// The soundings of a file in their order, as SoundingSource::List gives them, with the memory of a
+/// piece of the file; their lines are those of their pieces. None where the file cannot be read.
+std::vector<ingest::SourceEntry> ListOf(const std::filesystem::path& file,
+                                        std::size_t piece = ingest::SourceStream::kPiece);
 
 }  // namespace vexa

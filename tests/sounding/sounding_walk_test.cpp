@@ -6,6 +6,9 @@
 #include <fstream>
 #include <string>
 
+#include "core/error_report.h"
+#include "core/no_such_sounding.h"
+#include "sounding/analysed_sounding.h"
 #include "support/igra_file.h"
 #include "support/soundings.h"
 
@@ -35,10 +38,25 @@ TEST_F(SoundingWalks, ReachEveryPlaceOfALongFile) {
   }
   const Loading behind = walk.Load(kDays, {});
   ASSERT_TRUE(behind.Failed);
+  EXPECT_EQ(behind.Failed->Number, kFaultNoSuchSounding);
   EXPECT_EQ(behind.Failed->Detail, "72558.txt: it holds 30 soundings, number 31 was asked for");
   EXPECT_TRUE(walk.Load(29, {}).Sounding) << "a place that is not there spoils nothing";
   SoundingWalk gone(folder_.Path() / "none", kPiece);
   EXPECT_TRUE(gone.Load(0, {}).Failed);
+}
+
+// A number beyond the last is no damage of the file, be it one of many or a file's only sounding.
+TEST_F(SoundingWalks, ANumberTooHighIsNoDamage) {
+  const CurrentSounding nobody;
+  for (const Source& beyond : {Source{.File = file_, .Index = kDays},
+                               Source{.File = test::TestData("native_5_7.RAW"), .Index = 98},
+                               Source{.File = test::TestData("iem_two.json"), .Index = 2},
+                               Source{.File = test::TestData("packed_many.zip"), .Index = 98}}) {
+    const Loading loading = LoadSounding(beyond, {});
+    ASSERT_TRUE(loading.Failed) << beyond.File;
+    EXPECT_EQ(FaultMessage(nobody, *loading.Failed), "The file holds no sounding of this number.")
+        << loading.Failed->Detail;
+  }
 }
 
 // A file that is read whole and one that comes in pieces are gone through alike; damage in the
@@ -61,6 +79,26 @@ TEST_F(SoundingWalks, GoThroughAFileOnce) {
   EXPECT_TRUE(refused->Failed);
   EXPECT_FALSE(gone.Next({}));
   EXPECT_EQ(gone.Text(), nullptr);
+}
+
+// A long file's list has the memory of a piece; it is that of the file read whole.
+TEST_F(SoundingWalks, ListAFileAsItIsWhole) {
+  const auto titles = [](const std::vector<ingest::SourceEntry>& entries) {
+    std::vector<std::string> all;
+    for (const ingest::SourceEntry& entry : entries) all.push_back(entry.Title);
+    return all;
+  };
+  std::vector<std::filesystem::path> files = {file_, file_.string() + "#7"};
+  for (const char* name : {"packed_many.zip", "fsl_two.fsl", "native_5_7.RAW", "td6201_two.txt"}) {
+    files.push_back(test::TestData(name));
+  }
+  for (const std::filesystem::path& file : files) {
+    const auto source = SoundingSource::Open(file);
+    ASSERT_TRUE(source) << file;
+    EXPECT_EQ(titles(ListOf(file, kPiece)), titles(source.Value().List())) << file;
+  }
+  EXPECT_EQ(ListOf(file_, kPiece).size(), static_cast<std::size_t>(kDays));
+  EXPECT_TRUE(ListOf(folder_.Path() / "none").empty());
 }
 
 // Of an archive a file was left out: going through it tells so once, a sounding of it alone again.
