@@ -15,8 +15,9 @@ namespace vexa::cli {
 QtToolkit::QtToolkit() = default;
 QtToolkit::~QtToolkit() = default;
 
-void QtToolkit::Start() {
-  if (QCoreApplication::instance() != nullptr) return;
+std::optional<Fault> QtToolkit::Start() {
+  if (QCoreApplication::instance() != nullptr) return std::nullopt;
+  if (auto fault = paint::Lacks()) return fault;
   paint::ChooseNoDisplay();
   // Its remarks on the desktop it does not find are of no use to a command's user.
   qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
@@ -25,28 +26,29 @@ void QtToolkit::Start() {
     }
   });
   application_ = std::make_unique<QGuiApplication>(wordCount_, programWords_);
+  return std::nullopt;
 }
 
 Outcome<std::string> QtToolkit::EncodePicture(const Picture& picture, const std::string& extension,
                                               int widthPx, int heightPx) {
-  Start();
+  if (auto fault = Start()) return *fault;
   return paint::EncodePicture(picture, extension, widthPx, heightPx);
 }
 
 std::optional<Fault> QtToolkit::SavePicture(const Picture& picture,
                                             const std::filesystem::path& path, int widthPx,
                                             int heightPx, const ImageSettings& settings) {
-  Start();
+  if (auto fault = Start()) return *fault;
   return paint::SavePicture(picture, path, widthPx, heightPx, settings);
 }
 
 Outcome<std::string> QtToolkit::PagesAsPdf(std::span<const Picture> pages) {
-  Start();
+  if (auto fault = Start()) return *fault;
   return paint::PagesAsPdf(pages, output::kUnitsPerPoint);
 }
 
 std::string QtToolkit::JpegLibraryVersion() {
-  Start();
+  if (Start()) return {};
   return paint::JpegLibraryVersion();
 }
 

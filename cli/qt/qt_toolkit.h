@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 
 #include "cli/toolkit.h"
 
@@ -15,7 +16,7 @@ class QtToolkit : public Toolkit {
   ~QtToolkit() override;
 
   /// Starts what fonts and image formats need; for those who paint by other ways than these.
-  void Start();
+  std::optional<Fault> Start();
 
   Outcome<std::string> EncodePicture(const Picture& picture, const std::string& extension,
                                      int widthPx, int heightPx) override;

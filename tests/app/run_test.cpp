@@ -8,6 +8,9 @@
 #include <QStringList>
 
 #include <cstdlib>
+#ifndef _WIN32
+#include <sys/wait.h>
+#endif
 
 #include "core/files.h"
 #include "core/raw_file.h"
@@ -78,6 +81,25 @@ TEST(VexaProgram, OpensANameThatIsNoUtf8AndMendsItsPicture) {
   ASSERT_FALSE(SaveFile(picture, whole.substr(0, whole.size() / 2)));
   EXPECT_EQ(run(), 0);
   EXPECT_EQ(ReadFile(picture).Value(), whole);
+}
+#endif
+
+#ifndef _WIN32
+// The toolkit would abort where it cannot open what its events wake it by.
+TEST(VexaProgram, TooFewFilesAreASentence) {
+  const test::TemporaryFolder folder;
+  const std::string root = folder.Path().string();
+  for (const int most : {4, 5, 6}) {
+    const std::string said = root + "/said" + std::to_string(most);
+    const std::string command = "ulimit -n " + std::to_string(most) +
+                                "; QT_QPA_PLATFORM=offscreen '" + std::string(VEXA_PROGRAM) +
+                                "' --root '" + root + "' --screenshot '" + root +
+                                "/out.png' 2> '" + said + "'";
+    const int status = std::system(command.c_str());
+    EXPECT_TRUE(WIFEXITED(status));
+    EXPECT_EQ(WEXITSTATUS(status), 1) << most;
+    EXPECT_NE(ReadFile(said).Value().find("vexa: "), std::string::npos) << most;
+  }
 }
 #endif
 
