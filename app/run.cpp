@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <QApplication>
 #include <QFont>
@@ -26,7 +27,10 @@
 #include "app/sounding_window.h"
 #include "app/window_interaction.h"
 #include "app/window_table.h"
+#include "core/current_sounding.h"
+#include "core/error_report.h"
 #include "core/files.h"
+#include "core/freed_memory.h"
 #include "core/numbers.h"
 #include "core/platform.h"
 #include "core/user_file.h"
@@ -98,6 +102,29 @@ void TellKept(const WindowInteraction& interaction) {
   for (const Box& box : interaction.Kept()) Say(stderr, "vexa: " + box.Text + "\n");
 }
 
+// A bitmap as the program writes it, rows from below with three bytes a pixel: the toolkit's reader
+// takes five times as long. Null for any other.
+QImage PlainBitmap(std::string_view bytes) {
+  constexpr std::size_t kHeadBytes = 54;
+  const auto number = [&bytes](std::size_t at, std::size_t count) {
+    unsigned value = 0;
+    for (std::size_t i = count; i > 0; --i) {
+      value = value << 8U | static_cast<unsigned char>(bytes[at + i - 1]);
+    }
+    return value;
+  };
+  constexpr unsigned kMost = 4096;  // pixels on a side
+  if (bytes.size() < kHeadBytes || !bytes.starts_with("BM")) return {};
+  const unsigned start = number(10, 4), width = number(18, 4), height = number(22, 4);
+  const bool isPlain = number(14, 4) == 40 && number(28, 2) == 24 && number(30, 4) == 0;
+  if (!isPlain || width - 1 >= kMost || height - 1 >= kMost) return {};
+  const std::size_t row = (width * 3 + 3) / 4 * 4;
+  if (start > bytes.size() || bytes.size() - start < row * height) return {};
+  const QImage image(reinterpret_cast<const uchar*>(bytes.data() + start), static_cast<int>(width),
+                     static_cast<int>(height), static_cast<qsizetype>(row), QImage::Format_BGR888);
+  return image.mirrored().convertToFormat(QImage::Format_RGB32);
+}
+
 // The picture shown at start: the file in the program folder, made anew where it is missing or cut
 // short. Without the file the picture is drawn again next time.
 QPixmap StartPixmap(const Program& program) {
@@ -105,6 +132,8 @@ QPixmap StartPixmap(const Program& program) {
   const Outcome<std::string> kept = ReadFile(path);
   QPixmap pixmap;
   const auto isPicture = [&pixmap](std::string_view bytes) {
+    pixmap = QPixmap::fromImage(PlainBitmap(bytes));
+    if (!pixmap.isNull()) return true;
     return IsWholeBitmap(bytes) && pixmap.loadFromData(reinterpret_cast<const uchar*>(bytes.data()),
                                                        static_cast<uint>(bytes.size()));
   };
@@ -215,6 +244,17 @@ Outcome<Wanted> WantedOf(const Arguments& arguments, const Program& program) {
   return wanted;
 }
 
+// The arrows at the ends of menu bar and tool bar are the toolkit's pictures; to find out their
+// kind it would load its files for all others.
+std::unique_ptr<SoundingWindow> MakeWindow(Program& program, WindowInteraction& interaction) {
+  QApplication::style();  // with what it loads
+  const QStringList paths = QCoreApplication::libraryPaths();
+  QCoreApplication::setLibraryPaths({});
+  auto window = std::make_unique<SoundingWindow>(program, interaction);
+  QCoreApplication::setLibraryPaths(paths);
+  return window;
+}
+
 void StartBehindPicture(Program& program, const Wanted& wanted, QSplashScreen& splash) {
   StartArguments start{wanted.Root, ProgramFolder()};
   if (const QScreen* screen = QApplication::primaryScreen()) {
@@ -276,10 +316,11 @@ bool SaveScreenshot(Program& program, const Wanted& wanted, SoundingWindow& wind
 }
 
 int ShowUntilClosed(Program& program, const Wanted& wanted, SoundingWindow& window,
-                    QSplashScreen& splash) {
+                    std::unique_ptr<QSplashScreen> splash) {
   window.show();
-  splash.finish(&window);
-  splash.setPixmap({});  // its pixels would stay in memory as long as the program runs
+  splash->finish(&window);
+  splash.reset();  // its pixels, and the screen's copy of them
+  GiveBackFreedMemory();
   AwaitSystemsEnd(program, window);
   if (wanted.Window.Name.empty()) {
     QTimer::singleShot(0, &window, [&window] { window.RestoreDisplays(); });
@@ -300,6 +341,11 @@ int RunWindow(int argc, char** argv) {
     return 0;
   }
 
+  if (const auto fault = paint::Lacks()) {
+    const CurrentSounding nobody;
+    Say(stderr, "vexa: " + FaultMessage(nobody, *fault) + " (" + fault->Detail + ")\n");
+    return kFailed;
+  }
   paint::ChooseLetters();
   const QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("VEXA"));
@@ -316,15 +362,16 @@ int RunWindow(int argc, char** argv) {
                                                   ? WindowInteraction::Attendance::Unattended
                                                   : WindowInteraction::Attendance::Attended);
   program.Doc.AskThrough(&interaction);
-  SoundingWindow window(program, interaction);
-  QSplashScreen splash;
-  StartBehindPicture(program, wanted, splash);
+  const std::unique_ptr<SoundingWindow> made = MakeWindow(program, interaction);
+  SoundingWindow& window = *made;
+  auto splash = std::make_unique<QSplashScreen>();
+  StartBehindPicture(program, wanted, *splash);
   if (const auto fault = SetForThisRun(program.Settings, wanted.Assignments)) {
     return WrongUsage(*fault);
   }
   PlaceWindow(program, wanted, window);
   const bool opened = OpenFirst(program, wanted, window);
-  if (!wanted.Screenshot) return ShowUntilClosed(program, wanted, window, splash);
+  if (!wanted.Screenshot) return ShowUntilClosed(program, wanted, window, std::move(splash));
   const bool saved = SaveScreenshot(program, wanted, window);
   TellKept(interaction);
   return opened && saved ? 0 : kFailed;

@@ -16,6 +16,7 @@
 #include <csignal>
 #include <cstdlib>
 
+#include "core/freed_memory.h"
 #include "core/late_library.h"
 #include "core/platform.h"
 
@@ -224,6 +225,12 @@ void KeepFreedMemory([[maybe_unused]] int largest) {
   constexpr int kMebibyte = 1 << 20;
   ::mallopt(M_MMAP_THRESHOLD, largest * kMebibyte);
   ::mallopt(M_TRIM_THRESHOLD, 2 * largest * kMebibyte);
+#endif
+}
+
+void GiveBackFreedMemory() {
+#ifdef __GLIBC__
+  ::malloc_trim(0);
 #endif
 }
 

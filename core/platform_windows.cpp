@@ -18,6 +18,7 @@
 #include <cstdlib>
 #include <ratio>
 
+#include "core/freed_memory.h"
 #include "core/path_forms.h"
 #include "core/platform.h"
 
@@ -332,6 +333,8 @@ std::optional<std::string> EnvironmentText(const char* name) {
 }
 
 void KeepFreedMemory(int) {}
+
+void GiveBackFreedMemory() {}
 
 void LetLargeWritesFail() {}
 
