@@ -6,7 +6,6 @@
 #include "analysis/icing.h"
 #include "analysis/level_listing.h"
 #include "analysis/soaring.h"
-#include "analysis/turbulence.h"
 #include "analysis/winter.h"
 #include "config/options.h"
 #include "core/markers.h"
@@ -38,71 +37,6 @@ TEST(Clouds, WaterAndMixingAsPublished) {
   for (std::size_t i = 0; i < std::size(deep); ++i) {
     EXPECT_NEAR(EntrainmentFactor(CloudFamily::Cumuliform, deep[i]), cumuliform[i], 1e-3);
   }
-}
-
-TEST(Clouds, OfTheWinterSounding) {
-  const SoundingRecord sounding = test::ReferenceWinter();
-  const AnalysisResults results = Analyse(sounding, {});
-  const std::vector<CloudDeck>& clouds = results.Layers.Clouds;
-  ASSERT_FALSE(clouds.empty());
-  // Depressions of 1 to 2 °C from the ground to 700 hPa, but for 5.0 °C at -3.4 °C on 880 hPa,
-  // which is still scattered; 8.0 °C at -26.6 °C on 550 hPa is none.
-  EXPECT_EQ(clouds.front().Amount, CloudAmount::Overcast);
-  EXPECT_LE(clouds.front().Base.Height, 121);
-  for (const CloudDeck& deck : clouds) {
-    EXPECT_LT(deck.Base.Height, deck.Top.Height);
-    EXPECT_FALSE(deck.Base.Press >= 550 && deck.Top.Press <= 550);
-    EXPECT_NE(deck.Type, CloudType::None);
-  }
-  // A table of the user's own stands instead, none is none.
-  SoundingRecord own = sounding;
-  own.CloudMode = "MANUAL";
-  own.Clouds.Add({"AC", 80, "120", 2});
-  const AnalysisResults drawn = Analyse(own, {});
-  ASSERT_EQ(drawn.Layers.Clouds.size(), 1u);
-  EXPECT_EQ(drawn.Layers.Clouds[0].Type, CloudType::AC);
-  EXPECT_NEAR(drawn.Layers.Clouds[0].Base.Height, 120 + 8000 * 0.3048, 0.5);
-  const Levels<CloudLayer> table = CloudTable(drawn.Layers.Clouds, 120);
-  ASSERT_EQ(table.Count(), 1);
-  EXPECT_EQ(table(1), own.Clouds(1));
-  own.CloudOption = "NO";
-  EXPECT_TRUE(Analyse(own, {}).Layers.Clouds.empty());
-}
-
-// 900-1200 m has 7.31 kt/1000 ft with Ri 4.52, 6500-8000 m 3.67 with 2.61.
-TEST(Turbulence, OfTheWinterSounding) {
-  const SoundingRecord sounding = test::ReferenceWinter();
-  const LevelProfile levels = DeriveLevels(sounding, {});
-  const std::vector<WindPair> pairs = PairWinds(DeriveWinds(sounding), levels, 0);
-  const auto pairFrom = [&](double height) {
-    for (const WindPair& pair : pairs) {
-      if (std::fabs(pair.Low.Height - height) < 1) return pair;
-    }
-    ADD_FAILURE() << "no pair from " << height;
-    return WindPair{};
-  };
-  const WindPair low = pairFrom(900);
-  EXPECT_NEAR(low.Shear, 7.31, 0.01);
-  EXPECT_NEAR(low.Richardson, 4.52, 0.1);
-  EXPECT_EQ(CatOf(CatType::Usaf, low.Shear, low.Richardson), Intensity::Moderate);
-  EXPECT_EQ(CatOf(CatType::Faa, low.Shear, low.Richardson), Intensity::Light);
-  const WindPair high = pairFrom(6500);
-  EXPECT_NEAR(high.Shear, 3.67, 0.01);
-  EXPECT_NEAR(high.Richardson, 2.61, 0.05);
-  EXPECT_EQ(CatOf(CatType::Usaf, high.Shear, high.Richardson), Intensity::Light);
-  EXPECT_EQ(CatOf(CatType::Faa, high.Shear, high.Richardson), Intensity::None);
-}
-
-TEST(Turbulence, LowLevelShearOfWinds) {
-  // 20 kt over 200 ft: 10 kt in 100 ft.
-  const SoundingRecord sounding =
-      Profile({{1000, 15, 10}, {700, 0, -5}}, {{100, 270, 10}, {160.96, 270, 30}}, 100);
-  const LevelProfile levels = DeriveLevels(sounding, {});
-  const std::vector<AirLayer> shear =
-      FindLowShear(PairWinds(DeriveWinds(sounding), levels, 0), 100);
-  ASSERT_EQ(shear.size(), 1u);
-  EXPECT_EQ(shear[0].Word, "STR");
-  EXPECT_NEAR(shear[0].Value, 10, 0.01);
 }
 
 TEST(Contrails, ThresholdAsAppleman) {
@@ -156,28 +90,6 @@ TEST(Refractivity, OfTheConvectiveSounding) {
   ASSERT_EQ(trapped.Layers.Ducts.size(), 1u);
   EXPECT_NEAR(trapped.Layers.Ducts[0].Base.Press, 850, 0.01);
   EXPECT_NEAR(trapped.Layers.Ducts[0].Gradient, -109.8, 0.5);
-}
-
-// Wet bulbs of 3 °C throughout 850-750 hPa hold 107.8 J/kg.
-TEST(Winter, AreasAndZonesOfAProfile) {
-  const SoundingRecord sounding = Profile({{1000, -2, -2},
-                                           {850.0001, -2, -2},
-                                           {850, 3, 3},
-                                           {750, 3, 3},
-                                           {749.9999, -4, -4},
-                                           {600, -12, -12},
-                                           {500, -18, -18},
-                                           {400, -30, -40}});
-  const AnalysisResults results = Analyse(sounding, {});
-  EXPECT_NEAR(results.Winter.WarmArea, 107.8, 0.5);
-  EXPECT_GT(results.Winter.ColdArea, 0);
-  ASSERT_EQ(results.Winter.Dendritic.size(), 1u);
-  EXPECT_NEAR(results.Winter.Dendritic[0].Base.Press, 600, 0.1);
-  EXPECT_NEAR(results.Winter.Dendritic[0].Top.Press, 500, 0.1);
-  EXPECT_NEAR(results.Winter.Dendritic[0].MeanHumidity, 100, 0.1);
-  const AnalysisResults winter = Analyse(test::ReferenceWinter(), {});
-  EXPECT_EQ(winter.Winter.Precipitation, "SNOW");
-  EXPECT_NEAR(winter.Winter.Thickness850to700, 2950.7 - 1442.5, 0.5);
 }
 
 TEST(Soaring, OfTheConvectiveSoundingAt31Degrees) {
@@ -271,22 +183,6 @@ TEST(Soaring, KeepsItsLevelsInOrder) {
     Options options;
     EXPECT_GE(Analyse(sounding, options).Soaring.MaxTemp, sounding.Temp(1));
   }
-}
-
-TEST(Layers, MixedLayerEndsUnderTheInversion) {
-  const SoundingRecord sounding =
-      Profile({{1000, 25, 12}, {950, 20.7, 11.4}, {900, 16.2, 10.8}, {870, 19, 0}, {700, 8, -10}},
-              {{0, 200, 10}, {500, 210, 15}, {900, 220, 20}, {1500, 230, 30}});
-  const AnalysisResults results = Analyse(sounding, {});
-  ASSERT_TRUE(results.Layers.Mixed);
-  EXPECT_LT(results.Layers.Mixed->Top.Press, 900.5);
-  EXPECT_GT(results.Layers.Mixed->Top.Press, 890);
-  EXPECT_NEAR(results.Layers.Mixed->Theta, 298.2, 0.2);
-  EXPECT_FALSE(Analyse(test::ReferenceWinter(), {}).Layers.Mixed);
-  // Ground at a theta of 320 K under air of 319.2 and 317 K: what is mixed is not 150 m deep.
-  const SoundingRecord superheated = test::Profile(
-      {{839, 31.2, 0}, {830, 29.5, 0}, {818, 26.2, 0}, {700, 17, -5}, {500, -10, -30}});
-  EXPECT_FALSE(Analyse(superheated, {}).Layers.Mixed);
 }
 
 }  // namespace

@@ -55,50 +55,6 @@ TEST(Inversions, AreMerged) {
   }
 }
 
-TEST(Tropopauses, OfTheReferenceSoundings) {
-  const auto convective = FindTropopauses(Derived(test::ReferenceConvective()));
-  ASSERT_EQ(convective.size(), 1u);
-  EXPECT_EQ(convective[0].Press, 225);
-  EXPECT_NEAR(convective[0].Height, 11363, 0.6);
-  EXPECT_EQ(convective[0].Temp, -58.3);
-  const auto winter = FindTropopauses(Derived(test::ReferenceWinter()));
-  ASSERT_EQ(winter.size(), 1u);
-  EXPECT_EQ(winter[0].Press, 300);
-  EXPECT_NEAR(winter[0].Height, 8827, 0.6);
-}
-
-TEST(Tropopauses, NeedDepthAndCanBeTwo) {
-  const struct {
-    const char* About;
-    SoundingRecord Sounding;
-    std::vector<double> Found;
-  } cases[] = {
-      {"stable only below 500 hPa",
-       Profile({{1000, 0, -5}, {700, 0, -5}, {500, -30, -40}, {300, -60, -70}}),
-       {}},
-      {"steep again within the 2 km",
-       Profile({{500, -10, -20}, {300, -50, -60}, {270, -50, -60}, {200, -66, -70}}),
-       {}},
-      // 250-150 hPa is 3.2 km isothermal, 150-110 hPa cools by 10 K in 1.9 km, then isothermal.
-      {"a second one above a steep layer",
-       Profile({{500, -10, -20},
-                {250, -55, -60},
-                {200, -55, -60},
-                {150, -55, -60},
-                {110, -65, 999.9},
-                {80, -65, 999.9},
-                {60, -65, 999.9}}),
-       {250, 110}},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.About);
-    std::vector<double> found;
-    for (const LevelPoint& level : FindTropopauses(Derived(c.Sounding)))
-      found.push_back(level.Press);
-    EXPECT_EQ(found, c.Found);
-  }
-}
-
 TEST(FreezingLevels, AreAllCrossings) {
   const auto reference = FindFreezingLevels(Derived(test::ReferenceConvective()));
   ASSERT_EQ(reference.size(), 1u);
@@ -112,16 +68,6 @@ TEST(FreezingLevels, AreAllCrossings) {
   EXPECT_EQ(many[0].Press, 1000);
   EXPECT_NEAR(many[1].Press, 924.662, 1e-3);  // sqrt(950 * 900)
   EXPECT_EQ(many[2].Press, 850);
-}
-
-TEST(LapseRate, IsThatBetweenTwoHeights) {
-  // By the hypsometric equation 700 hPa of the reference, with 8.6 C, lies at 3152 m and
-  // 650 hPa, with 3.8 C, 610 m above it: at 3357 m, 3 km above the ground, it has 7.0 C.
-  const LevelProfile levels = Derived(test::ReferenceConvective());
-  EXPECT_NEAR(MeanLapseRate(levels, 357, 3357), (28.0 - 7.0) / 3, 0.02);
-  EXPECT_NEAR(MeanLapseRate(Derived(Profile({{1000, 10, 5}, {500, 10, 5}})), 0, 3000), 0, 1e-9);
-  EXPECT_EQ(MeanLapseRate(levels, 357, 40000), kNone);
-  EXPECT_EQ(MeanLapseRate(Derived(Profile({{1000, 10, 5}})), 0, 3000), kNone);
 }
 
 }  // namespace

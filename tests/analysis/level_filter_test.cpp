@@ -118,45 +118,6 @@ TEST(LevelFilter, DenseSoundingsKeepTheirAnalysis) {
   }
 }
 
-TEST(LevelFilter, WhatStaysWhateverTheTolerance) {
-  const FilterTolerance wide{.Temp = 90, .Dewpt = 90, .Wind = 900, .LowTemp = 90, .LowDewpt = 90};
-  SoundingRecord full = test::Profile({{990, 20, 10},
-                                       {860, 12, 8},
-                                       {855, 11, 8},
-                                       {845, 10, 8},
-                                       {840, 10, 7},
-                                       {700, 5, 1},
-                                       {650, 1, -3},
-                                       {600, -1, -9},
-                                       {590, -1, 999.9},
-                                       {580, -2, 999.9},
-                                       {500, -9, 999.9},
-                                       {480, -9, 999.9},
-                                       {450, -12, 999.9}},
-                                      {{0, 180, 10},
-                                       {500, 180, 12},
-                                       {900, 200, 60},
-                                       {1200, 210, 30},
-                                       {2000, 999.9, 999.9},
-                                       {2500, 215, 30},
-                                       {3000, 220, 30},
-                                       {4000, 225, 30}});
-  const SoundingRecord thin = FilterLevels(full, wide);
-  EXPECT_EQ(thin.Press.Values(),
-            (std::vector<double>{990, 860, 855, 845, 700, 600, 590, 500, 450}));
-  EXPECT_EQ(thin.WindHgt.Values(), (std::vector<double>{0, 900, 1200, 2000, 2500, 4000}));
-  EXPECT_EQ(FilterLevels(thin, wide), thin);
-
-  full.WorkWindDir = Levels<float>({1, 2, 3, 4, 5, 6, 7, 8});
-  full.WorkWindSpd = full.WorkWindDir;
-  EXPECT_EQ(FilterLevels(full, wide).WorkWindSpd.Values(), (std::vector<float>{1, 3, 4, 5, 6, 8}));
-
-  EXPECT_FALSE(IsHighDensity(full));
-  EXPECT_EQ(FilterLevels(SoundingRecord{}), SoundingRecord{});
-  const SoundingRecord single = test::Profile({{1000, 20, 10}});
-  EXPECT_EQ(FilterLevels(single), single);
-}
-
 TEST(LevelFilter, RealSoundingsKeepTheirAnalysis) {
   VEXA_REAL_DATA(wyoming, "wyoming");
   VEXA_REAL_DATA(spc, "spc");

@@ -124,39 +124,6 @@ TEST(Parcel, SourcesAndFreeConvection) {
   EXPECT_EQ(parcel.CinTotal, 0);
 }
 
-TEST(Parcel, SourceLevelsAvoidMissingDewPoints) {
-  const auto startOf = [](const SoundingRecord& sounding, LiftType type, double depth = 300) {
-    Options options;
-    options.SearchDepth = depth;
-    return Forced(Analyse(sounding, options), type).Start.Press;
-  };
-  const SoundingRecord noSurface =
-      Profile({{1000, 20, 999.9}, {950, 18, 12}, {850, 12, 11.5}, {600, -5, -6}, {300, -40, -50}});
-  EXPECT_EQ(startOf(noSurface, LiftType::Surface), 950);
-  EXPECT_EQ(startOf(noSurface, LiftType::MeanLayer), kNone);  // no mean without its lower end
-  EXPECT_EQ(startOf(noSurface, LiftType::MostUnstable), 850);
-  EXPECT_EQ(startOf(noSurface, LiftType::MostUnstable, 100), 950);
-  EXPECT_EQ(
-      startOf(Profile({{1000, 20, 999.9}, {899, 15, 10}, {500, -10, -15}}), LiftType::Surface),
-      kNone);
-  // All of a sounding may lie within the depth that is searched, its top level among it.
-  EXPECT_EQ(startOf(Profile({{1000, 10, -10}, {950, 8, -8}, {900, 9, 8}}), LiftType::MostUnstable),
-            900);
-  // Two levels of one θe: the lower one.
-  EXPECT_EQ(
-      startOf(Profile({{1000, 20, 20}, {1000, 20, 20}, {500, -30, -35}}), LiftType::MostUnstable),
-      1000);
-
-  const AnalysisResults dry =
-      Analyse(Profile({{1000, 20, 999.9}, {700, 0, 999.9}, {300, -40, 999.9}}), {});
-  for (const LiftAnalysis& lift : dry.Lifts) {
-    EXPECT_FALSE(lift.Forced.Start.Exists());
-    EXPECT_FALSE(lift.Convective.Condensation.Exists());
-    EXPECT_EQ(lift.Forced.CapeTotal, 0);
-    EXPECT_TRUE(lift.Forced.ParcelTemps.empty());
-  }
-}
-
 // A sounding that ends before its parcel got free answers only where nothing above could free it:
 // when the air at its end has a higher potential temperature than the parcel's equivalent one.
 // Beside each case that pair, from Bolton (1980) by hand.

@@ -88,46 +88,6 @@ TEST(StormMotion, TurnsWithTheWindAndVanishesWithTheShear) {
   EXPECT_NEAR(still.Right->Helicity[2], 0, 1e-6);
 }
 
-TEST(StormMotion, SaysNothingWhereTheWindsSayNothing) {
-  struct Case {
-    const char* about;
-    SoundingRecord sounding;
-    bool motion;
-    bool helicity;
-  };
-  const std::initializer_list<test::TempRow> temps = {{1000, 20, 10}, {500, -10, -30}};
-  const Case cases[] = {
-      {"no winds", test::Profile(temps), false, false},
-      {"one wind at the ground", test::Profile(temps, {{10, 180, 10}}), false, false},
-      {"ends at 1.1 km", test::Profile(temps, {{0, 180, 10}, {500, 200, 20}, {1100, 220, 30}}),
-       false, false},
-      {"ends at 4.4 km", test::Profile(temps, {{0, 180, 10}, {2000, 200, 20}, {4400, 220, 30}}),
-       false, false},
-      {"reaches three quarters",
-       test::Profile(temps, {{0, 180, 10}, {2000, 200, 20}, {4500, 220, 30}}), true, true},
-      {"a gap of 5 km", test::Profile(temps, {{0, 180, 10}, {1500, 200, 20}, {6500, 240, 50}}),
-       false, false},
-      {"no wind at the levels between",
-       test::Profile(temps, {{0, 180, 10}, {1500, 200, 20}, {3000, 999.9, 999.9}, {6500, 240, 50}}),
-       false, false},
-      {"begins at 2 km", test::Profile(temps, {{2000, 180, 10}, {7000, 270, 60}}), false, false},
-      {"begins at 5.7 km", test::Profile(temps, {{5700, 245, 48}, {5900, 245, 50}}), false, false},
-      {"whole", test::Profile(temps, {{0, 180, 10}, {3000, 225, 20}, {7000, 270, 60}}), true, true},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.about);
-    const StormMotionResults storm = AnalyseStormMotion(c.sounding, {});
-    EXPECT_EQ(storm.Right.has_value(), c.motion);
-    EXPECT_EQ(storm.Mean6km.has_value(), c.motion);
-    if (!storm.Right) continue;
-    EXPECT_TRUE(std::isfinite(storm.Right->Motion.U) && std::isfinite(storm.Left->Motion.V));
-    EXPECT_EQ(storm.Right->Helicity[2] != kNone, c.helicity);
-  }
-  SoundingRecord south = test::ReferenceConvective();
-  SetDecimalPosition(south, -30, 25);
-  EXPECT_FALSE(AnalyseStormMotion(south, {}).RightIsCyclonic);
-}
-
 // Points 180/10, 225/20, 270/30 and a motion of 240/20: worked by hand, 24.47 m²/s².
 TEST(StormMotion, HelicityOfThreePoints) {
   const SoundingRecord sounding = test::Profile({{1000, 20, 10}, {500, -10, -30}},

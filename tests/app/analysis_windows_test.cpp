@@ -4,7 +4,6 @@
 #include "app/display_window.h"
 #include "app/severe_table_window.h"
 #include "app/window_test.h"
-#include "program/displays.h"
 #include "support/document.h"
 
 namespace vexa {
@@ -37,26 +36,6 @@ TEST_F(AnalysisWindows, TheDockShowsAndExplainsEveryIndex) {
   EXPECT_NE(table->item(0, 1)->text(), "31.9 C");
   Choose("mnuAnalyze");
   EXPECT_FALSE(dock->isVisible());
-}
-
-TEST_F(AnalysisWindows, EveryDisplayOpensOnceAndFollows) {
-  for (const char* entry : {"mnuSevereWx", "mnuWinter", "mnuScale", "mnuSoaring"}) {
-    SCOPED_TRACE(entry);
-    Choose(entry);
-    Choose(entry);
-  }
-  for (const char* id : {"SvrWx", "Winter", "LayerAnalyzer", "Soaring"}) {
-    ASSERT_NE(window.Display(id), nullptr) << id;
-    EXPECT_TRUE(window.Display(id)->isVisible()) << id;
-    EXPECT_EQ(window.findChildren<QWidget*>(QString::fromLatin1(id)).size(), 1) << id;
-  }
-  test::Show(program, SoundingRecord{});
-  window.Show({.Sounding = true});
-  QApplication::processEvents();
-  for (const char* id : {"SvrWx", "Winter", "LayerAnalyzer", "Soaring"}) {
-    window.Display(id)->close();
-    EXPECT_FALSE(program.Displays.IsUp(id)) << id;
-  }
 }
 
 TEST_F(AnalysisWindows, TheSevereTableIsArrangedSavedAndRestored) {

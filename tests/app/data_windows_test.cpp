@@ -233,21 +233,6 @@ TEST_F(DataWindowsTest, PrintedTextsOpenInAWindowOfTheirOwn) {
   EXPECT_TRUE(user.Boxes.empty());
 }
 
-TEST_F(DataWindowsTest, TheReportFolderHoldsTheCase) {
-  const std::string raw = WriteRaw(program.Current.Record);
-  Write("x.RAW", raw);
-  test::Show(program, SoundingRecord(program.Doc.Record()), folder.Path() / "x.RAW");
-  user.Name = TextFromPath(folder.Path() / "case");
-  SoundingWindow(program, quiet).Run("mnuReportFolder");
-  EXPECT_TRUE(user.Asked.back().Folder.ends_with("x_report"));
-  EXPECT_EQ(Text("case/source/x.RAW"), raw);
-  EXPECT_NE(Text("case/versions.json").find("\"program\": \"vexa\""), std::string::npos);
-  for (const char* name : {"VEXA.SET", "analysis.json", "diagram.svg", "CAPEInterval.Dat"}) {
-    EXPECT_GT(Text("case/" + std::string(name)).size(), 100u) << name;
-  }
-  EXPECT_TRUE(program.Gate.IsOpen());
-}
-
 // Somebody who accepts the proposed name and chooses the second kind of picture, twice.
 TEST_F(DataWindowsTest, ImagesGetANameAndTheEndingOfTheChosenFilter) {
   WindowInteraction attended(program.Gate, WindowInteraction::Attendance::Attended);

@@ -177,32 +177,5 @@ TEST_F(DisplayTableTest, ItIsPrintedHasItsHelpAndComesBackAtTheNextStart) {
   EXPECT_TRUE(again.Display("Rings")->isVisible());
 }
 
-// None does nothing without a word.
-TEST(Menu, EveryEntryLeadsToSomethingOrSaysThatItIsNotThere) {
-  for (const MenuRow& row : MenuTree()) {
-    SCOPED_TRACE(row.Name);
-    const Action& does = row.Does;
-    if (does.IsMenu()) continue;
-    if (!does.IsBuilt) {
-      EXPECT_TRUE(row.Hint.starts_with("Not in this version: "));
-      continue;
-    }
-    EXPECT_TRUE(does.Run != nullptr || !does.Opens.empty() || !does.Display.empty() ||
-                std::ranges::count(PageLayouts(), does.Layout, &LayoutRow::Name) == 1);
-    if (!does.Opens.empty()) {
-      const WindowRow* opened = FindWindow(does.Opens);
-      ASSERT_NE(opened, nullptr);
-      EXPECT_NE(opened->Open, nullptr);
-    }
-    if (!does.Display.empty()) {
-      const auto displays = AllDisplays();
-      const auto shown = std::ranges::find(displays, does.Display, &DisplayRow::Id);
-      ASSERT_NE(shown, displays.end());
-      EXPECT_NE(shown->Plot, nullptr);
-    }
-    EXPECT_EQ(row.State.Needs == nullptr, row.State.Lacking.empty());
-  }
-}
-
 }  // namespace
 }  // namespace vexa

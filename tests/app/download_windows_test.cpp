@@ -190,19 +190,6 @@ TEST_F(DownloadWindowsTest, WhatABrokenFileHoldsIsNeitherLostNorSilent) {
   EXPECT_EQ(ReadFile(folder.Path() / "VEXA.BCH.bak").Value(), before);
 }
 
-TEST_F(DownloadWindowsTest, AnAnswerThatIsNoSoundingIsNotOpened) {
-  server.AddBody("/72357/1999050400", "Sorry, the archive is closed for maintenance today.");
-  bool opened = false;
-  DownloadWindow window(
-      program, [&](const fs::path&, int) { opened = true; }, nullptr, net);
-  In<QLineEdit>(window, "Station").setText("72357");
-  In<QDateEdit>(window, "Date").setDate({1999, 5, 4});
-  EXPECT_FALSE(window.Fetch());
-  EXPECT_FALSE(opened);
-  EXPECT_FALSE(In<QLabel>(window, "Progress").text().isEmpty());
-  EXPECT_TRUE(fs::is_empty(program.Where.Data));
-}
-
 TEST_F(DownloadWindowsTest, SourcesAreEditedInTheirFile) {
   DownloadWindow window(
       program, [](const fs::path&, int) {}, nullptr, net);

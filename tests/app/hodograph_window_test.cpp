@@ -22,24 +22,6 @@ class DisplayTest : public test::WindowTest<> {
   void Mouse(QEvent::Type type, QPointF at) { test::Mouse(Hodograph().View(), type, at); }
 };
 
-TEST_F(DisplayTest, CheckMarkTellsWhetherTheWindowIsUp) {
-  auto* entry = window.findChild<QAction*>("mnuHodograph");
-  Choose("mnuHodograph");
-  ASSERT_NE(window.Display("Hodograph"), nullptr);
-  EXPECT_TRUE(window.Display("Hodograph")->isVisible());
-  EXPECT_TRUE(entry->isChecked());
-  Choose("mnuHodogram");  // both may be up
-  EXPECT_TRUE(entry->isChecked());
-  window.Display("Hodograph")->close();
-  EXPECT_FALSE(entry->isChecked());
-  EXPECT_FALSE(program.Displays.IsUp("Hodograph"));
-  Choose("mnuHodograph");
-  EXPECT_TRUE(window.Display("Hodograph")->isVisible());
-  Choose("mnuHodograph");
-  EXPECT_FALSE(window.Display("Hodograph")->isVisible());
-  EXPECT_FALSE(entry->isChecked());
-}
-
 TEST_F(DisplayTest, EverythingFollowsTheStormVectorWhileItIsDragged) {
   window.resize(1800, 1500);  // with room for all of the analysis beside the diagram
   QApplication::processEvents();

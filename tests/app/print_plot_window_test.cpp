@@ -185,13 +185,5 @@ TEST_F(PrintPlotTest, APrinterThatRefusesThePaperIsNamed) {
   EXPECT_EQ(fault->Detail, "SetPrinter Failed. Error code: 482");
 }
 
-TEST_F(PrintPlotTest, CopyingTellsTheUser) {
-  WindowInteraction interaction(program.Gate, WindowInteraction::Attendance::Unattended);
-  user.Expect("VEXA", Answer::Ok);
-  SoundingWindow window(program, interaction);
-  window.Run("mnuCopy");
-  EXPECT_EQ(user.Boxes.back().Text, "Image has been saved to your ClipBoard");
-}
-
 }  // namespace
 }  // namespace vexa

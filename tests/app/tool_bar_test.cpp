@@ -4,11 +4,9 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPalette>
-#include <QPixmap>
 #include <QScreen>
 #include <QToolButton>
 
-#include "app/svg_icon.h"
 #include "app/window_test.h"
 #include "program/view_commands.h"
 
@@ -25,53 +23,6 @@ class ToolBarTest : public test::WindowTest<> {
     return nullptr;
   }
 };
-
-TEST(Icons, AreWholeAndDrawSomething) {
-  for (const char* name : {"open", "back", "forward", "diagram", "layout", "zoom", "hodograph",
-                           "print", "paste", "download"}) {
-    const QImage drawn = IconNamed(name).pixmap(24, 24).toImage();
-    int inked = 0;
-    for (int i = 0; i < 24 * 24; ++i) inked += qAlpha(drawn.pixel(i % 24, i / 24)) > 128 ? 1 : 0;
-    EXPECT_GT(inked, 20) << name;
-  }
-}
-
-TEST_F(ToolBarTest, ButtonsAreTheEntriesOfTheMenu) {
-  for (const char* text : {"Open", "Diagram", "Layout", "Zoom", "Hodograph", "Print"}) {
-    ASSERT_NE(Button(text), nullptr) << text;
-    EXPECT_FALSE(Button(text)->icon().isNull()) << text;
-  }
-  EXPECT_TRUE(Button("Open")->isEnabled());
-  EXPECT_FALSE(Button("Hodograph")->isEnabled()) << "there is no sounding";
-  window.OpenFiles({Saved("a.RAW", test::ReferenceConvective())});
-  EXPECT_TRUE(Button("Hodograph")->isEnabled());
-  Button("Hodograph")->click();
-  EXPECT_TRUE(program.Displays.IsUp("Hodograph"));
-  EXPECT_TRUE(Button("Hodograph")->isChecked());
-  Button("Diagram")->menu()->actions()[1]->trigger();
-  EXPECT_EQ(program.Set.Diagram, DiagramType::Emagram);
-}
-
-TEST_F(ToolBarTest, StepsThroughTheListAndSaysWhere) {
-  auto* place = window.findChild<QLabel*>("PlaceInList");
-  EXPECT_FALSE(place->isVisible());
-  window.OpenFiles({Saved("a.RAW", test::ReferenceConvective()),
-                    Saved("b.RAW", test::ReferenceWinter()),
-                    Saved("c.RAW", test::ReferenceConvective())});
-  QCoreApplication::processEvents();  // the bar makes room for what comes to be seen
-  EXPECT_TRUE(place->isVisible());
-  EXPECT_EQ(place->text(), "1/3");
-  const auto* back = window.findChild<QAction*>("mnuStepBack");
-  auto* forward = window.findChild<QAction*>("mnuStepForward");
-  EXPECT_FALSE(back->isEnabled());
-  EXPECT_EQ(back->statusTip(), "(previous sounding) needs an earlier one in the list");
-  forward->trigger();
-  forward->trigger();
-  EXPECT_EQ(place->text(), "3/3");
-  EXPECT_EQ(program.Current.FileName, "c.RAW");
-  EXPECT_TRUE(back->isEnabled());
-  EXPECT_FALSE(forward->isEnabled());
-}
 
 TEST_F(ToolBarTest, TheStartPageLeadsToASounding) {
   auto* page = window.findChild<QWidget*>("StartPage");

@@ -305,20 +305,6 @@ TEST_F(CommandLine, SettingsReachThePicture) {
   EXPECT_EQ(twice.Exit, kExitInputFailed) << "no input's picture may replace another's";
 }
 
-TEST_F(CommandLine, PlotsTheHodographAndTheTrajectory) {
-  struct Case {
-    const char* display;
-    const char* holds;
-  };
-  for (const Case& c : {Case{"sounding", "class=\"ring\""}, Case{"hodograph", "Storm-Motion"},
-                        Case{"hodogram", "3-D Trajectory Diagram"}}) {
-    SCOPED_TRACE(c.display);
-    const std::string name = In(std::string(c.display) + ".svg");
-    ASSERT_EQ(RunWords({"plot", Sounding(), "-o", name, "--display", c.display}).Exit, 0);
-    EXPECT_NE(ReadFile(PathFromText(name)).Value().find(c.holds), std::string::npos);
-  }
-}
-
 TEST_F(CommandLine, PlotsSeveralFilesTogether) {
   const std::string first = Sounding();
   const std::string second = Write("winter.RAW", WriteRaw(test::ReferenceWinter()));

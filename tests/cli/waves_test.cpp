@@ -47,38 +47,6 @@ bool HasWord(const std::string& text, std::string_view word) {
   return false;
 }
 
-TEST_F(WavesTest, ListsTheReferenceSounding) {
-  const Ran ran =
-      Waves(Saved(test::ReferenceWinter()), {"--mountain", "default", "--units", "metric"});
-  EXPECT_EQ(ran.Exit, kExitOk) << ran.Err;
-  // 880 hPa: H 1.048 km, wavelength 3.158 km, half-width 1/k = 0.503 km, 362 m, 11.07 m/s; 250 hPa:
-  // 9.865 km, 11.62 km, 72 m, 1.92 m/s. The wave of 850 hPa, 275 m above the first, gives way.
-  EXPECT_EQ(ran.Out,
-            "VEXA Mountain-Wave for:  Reference B, winter\n"
-            "Station Elevation: 120 m, MSL\n"
-            "Mountain Elevation:   1120 m, MSL\n"
-            "       Half-width: 0.5 km\n"
-            "        Ridge Axis:  any angle\n"
-            "Mountain parameters set to default for maximum wave.\n"
-            "\n"
-            "Predominate Wave\n"
-            "Wavelength: 3.2 km\n"
-            "   Amplitude: 362 m\n"
-            "Maximum Vertical Velocity: 11.1 m/s   STRNG\n"
-            "Wave Interface Level\n"
-            "   Pressure = 880.0 mb\n"
-            "   Altitude = 1048 m, AGL\n"
-            "\n"
-            "Subordinate Waves\n"
-            "Wavelength: 11.6 km\n"
-            "   Amplitude: 72 m\n"
-            "Maximum Vertical Velocity: 1.9 m/s   MODRT\n"
-            "Wave Interface Level\n"
-            "   Pressure = 250.0 mb\n"
-            "   Altitude = 9865 m, AGL\n"
-            "\n");
-}
-
 TEST_F(WavesTest, GivesEveryTermAsJsonAndARowForEachWaveAsCsv) {
   const std::string file = Saved(test::ReferenceWinter());
   const Ran ran = Waves(file, {"--mountain", "default", "--format", "json"});

@@ -179,29 +179,6 @@ TEST(Palette, SafeSchemesStayApartForColourBlindEyes) {
   }
 }
 
-// Colours as they are named: greys without a hue, green and lime without red or blue beyond each
-// other, purple and magenta with as much of one as of the other.
-TEST(Palette, ColoursHaveTheHuesOfTheirNames) {
-  for (const char* scheme : {"light", "dark", "print"}) {
-    SCOPED_TRACE(scheme);
-    const Palette palette = PaletteFor(WithScheme(scheme));
-    const auto ink = [&](int index) { return palette.Indexed[static_cast<std::size_t>(index)]; };
-    for (const int gray : {0, 7, 8, 15}) {
-      EXPECT_EQ(ink(gray).Red, ink(gray).Green) << gray;
-      EXPECT_EQ(ink(gray).Green, ink(gray).Blue) << gray;
-    }
-    for (const int green : {2, 10}) EXPECT_EQ(ink(green).Red, ink(green).Blue) << green;
-    for (const int purple : {5, 13}) EXPECT_EQ(ink(purple).Red, ink(purple).Blue) << purple;
-  }
-  for (const char* scheme : {"color-safe", "color-safe dark"}) {
-    const Palette palette = PaletteFor(WithScheme(scheme));
-    for (const std::size_t gray : {0u, 7u, 8u, 15u}) {
-      EXPECT_EQ(palette.Indexed[gray].Red, palette.Indexed[gray].Green) << gray;
-      EXPECT_EQ(palette.Indexed[gray].Green, palette.Indexed[gray].Blue) << gray;
-    }
-  }
-}
-
 // The colours that Okabe and Ito (2008) published, as far as they are legible on each paper.
 TEST(Palette, SafeColoursAreThePublishedOnes) {
   const struct {

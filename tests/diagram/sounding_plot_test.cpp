@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <set>
 
 #include "analysis/interpolate.h"
 #include "core/numbers.h"
@@ -76,34 +75,6 @@ TEST(SoundingPlot, ShadedCapeIsTheCapeOfTheNumbers) {
   EXPECT_EQ(Tagged(plot.Page, "CIN area").size(), 1u);
 }
 
-TEST(SoundingPlot, WritesWhatAForecasterReads) {
-  const SoundingPlot plot = Draw(test::ReferenceConvective());
-  EXPECT_EQ(Texts(plot.Page, "title"),
-            std::vector<std::string>{"VEXA  -  Reference A, convective"});
-  Options inside;
-  inside.TitleAboveDiagram = false;
-  const SoundingPlot other = Draw(test::ReferenceConvective(), inside);
-  ASSERT_EQ(Texts(other.Page, "title"), Texts(plot.Page, "title"));
-  const Point at = std::get<Label>(Tagged(other.Page, "title")[0]->Shape).At;
-  EXPECT_TRUE(other.Mapping.Frame().Contains(at));
-  EXPECT_EQ(Texts(plot.Page, "pressure unit"), std::vector<std::string>{"MB"});
-  const auto pressures = Texts(plot.Page, "pressure label");
-  EXPECT_EQ(pressures.front(), "1050");
-  EXPECT_EQ(pressures.back(), "100");
-  // ICAO QNH of 970 hPa at 357 m; density altitude by the virtual temperature 30.57 °C.
-  ASSERT_EQ(Texts(plot.Page, "surface label").size(), 1u);
-  const std::string surface = Texts(plot.Page, "surface label")[0];
-  EXPECT_NE(surface.find("Stn Elev: 357 m"), std::string::npos) << surface;
-  EXPECT_NE(surface.find("DA: 991 m"), std::string::npos) << surface;
-  EXPECT_NE(surface.find("QNH = 1012.1 mb"), std::string::npos) << surface;
-  // 850 to 830 hPa: base 1510 m above the sea on 357 m of ground.
-  const auto inversions = Texts(plot.Page, "inversion label");
-  ASSERT_FALSE(inversions.empty());
-  EXPECT_EQ(inversions.back(), "Subsidence Inv. 1153 m AGL");
-  EXPECT_EQ(Texts(plot.Page, "freezing level label"), std::vector<std::string>{"FRZG 4230 m"});
-  EXPECT_EQ(Texts(plot.Page, "tropopause label"), std::vector<std::string>{"TROP 11363 m"});
-}
-
 TEST(SoundingPlot, HeightScaleCountsInItsUnit) {
   struct Case {
     HeightScale Scale;
@@ -126,63 +97,6 @@ TEST(SoundingPlot, HeightScaleCountsInItsUnit) {
       EXPECT_EQ(std::stoi(labels[i]) - std::stoi(labels[i - 1]), c.Each) << labels[i];
     }
   }
-}
-
-TEST(SoundingPlot, TephigramLabelsItsMoistMixingRatiosToo) {
-  Options options;
-  options.Diagram = DiagramType::Tephigram;
-  options.TempScaling = Scaling::Manual;  // -40 to 40
-  const SoundingPlot plot = Draw(test::ReferenceWinter(), options);
-  const std::vector<std::string> labels = Texts(plot.Page, "mixing ratio label");
-  for (const char* value : {"0.2", "2.5", "12", "15", "16", "20", "25", "28", "30", "35", "36"}) {
-    EXPECT_EQ(std::ranges::count(labels, value), 1) << value;
-  }
-  for (const Item* item : Tagged(plot.Page, "mixing ratio label")) {
-    EXPECT_TRUE(plot.Mapping.Frame().Contains(std::get<Label>(item->Shape).At));
-  }
-}
-
-TEST(SoundingPlot, ShowsTheChosenGroupsOfIndicesWithTheirReasons) {
-  Options options;  // Main and CAPE
-  const SoundingPlot usual = Draw(test::ReferenceConvective(), options);
-  const auto labels = Texts(usual.Page, "index label");
-  EXPECT_EQ(labels, (std::vector<std::string>{
-                        "        KI", "        TT", "        VT", "        CT", "        LI",
-                        "        SI", "     SWEAT", "   WBZ Hgt", "       BRN", " BRN Shear",
-                        " EHI 0-xkm", " VGP 0-xkm", "     NCAPE", " DCAPE 6km"}));
-  EXPECT_EQ(Texts(usual.Page, "index value").front(), "31.9");
-  EXPECT_EQ(Texts(usual.Page, "analysis label").front(), " Lift Mode");
-  EXPECT_EQ(Texts(usual.Page, "analysis value")[4], "3365 J/kg");
-  options.PanelMain = false;
-  options.PanelFog = true;
-  EXPECT_EQ(Texts(Draw(test::ReferenceConvective(), options).Page, "index label").size(), 9u);
-  options.ThermoNum = 5;
-  EXPECT_EQ(Texts(Draw(test::ReferenceConvective(), options).Page, "index label").front(),
-            "     Water");
-  options.Thermo = ThermoDisplay::Custom;
-  options.CustomPanel = "Hail, no such index,KI";
-  EXPECT_EQ(Texts(Draw(test::ReferenceConvective(), options).Page, "index label"),
-            (std::vector<std::string>{"      Hail", "        KI"}));
-
-  // However much is shown, it stays on the page.
-  Options full;
-  full.PanelEurope = full.PanelFog = true;
-  const SoundingRecord record = test::ReferenceConvective();
-  const analysis::AnalysisResults results = analysis::Analyse(record, full);
-  const auto crowded = PlotSounding(
-      {.Sounding = record, .Results = results, .Set = full, .On = kPage, .Boxes = {{"hodograph"}}});
-  ASSERT_TRUE(crowded);
-  for (const Item& item : crowded->Page.Items()) {
-    if (const auto* label = std::get_if<Label>(&item.Shape)) {
-      EXPECT_LT(label->At.Y, crowded->Page.Height());
-    }
-  }
-
-  const SoundingPlot high = Draw(Profile({{690, 5, 0}, {500, -10, -20}, {300, -40, -50}}));
-  EXPECT_EQ(Texts(high.Page, "index value").front(), "--");
-  const auto spot = std::ranges::find(high.Page.HotSpots(), "KI", &HotSpot::Text);
-  ASSERT_NE(spot, high.Page.HotSpots().end());
-  EXPECT_EQ(spot->Tag, "index");
 }
 
 // Values that say what they count from are told with their unit and have a line of their own.
@@ -237,18 +151,6 @@ TEST(SoundingPlot, AnEnteredStormMotionIsTold) {
   }
 }
 
-TEST(SoundingPlot, WindsStandOnOneAxis) {
-  std::initializer_list<test::WindRow> southerlies = {
-      {0, 180, 20}, {250, 180, 20}, {500, 180, 20}, {3000, 270, 30}};
-  const SoundingPlot plot =
-      Draw(Profile({{1000, 20, 15}, {700, 5, 0}, {300, -40, -50}}, southerlies));
-  std::set<double> feet;
-  for (const Item* item : Tagged(plot.Page, "wind shaft")) {
-    feet.insert(std::get<Polyline>(item->Shape).Points.front().X);
-  }
-  EXPECT_EQ(feet.size(), 1u);
-}
-
 TEST(SoundingPlot, DewPointLineBreaksWhereValuesAreMissing) {
   const SoundingPlot plot = Draw(Profile({{1000, 20, 15},
                                           {900, 14, 10},
@@ -270,136 +172,10 @@ TEST(SoundingPlot, DewPointLineBreaksWhereValuesAreMissing) {
   EXPECT_EQ(Texts(bare.Page, "trace name"), std::vector<std::string>{"T"});
 }
 
-TEST(SoundingPlot, PoorSoundingsStillDrawWhatTheyHave) {
-  struct Case {
-    const char* about;
-    SoundingRecord sounding;
-  };
-  std::vector<Case> cases = {
-      {"empty", Profile({})},
-      {"one level", Profile({{850, 10, 5}})},
-      {"no winds", Profile({{1000, 20, 15}, {500, -10, -30}})},
-      {"no dew point", Profile({{1000, 20, 999.9}, {500, -10, 999.9}}, {{100, 200, 10}})},
-      {"above every grid line", Profile({{60, -60, 999.9}, {20, -50, 999.9}})},
-  };
-  for (const Case& c : cases) {
-    for (const DiagramType type :
-         {DiagramType::SkewT, DiagramType::Emagram, DiagramType::Tephigram}) {
-      SCOPED_TRACE(c.about);
-      Options options;
-      options.Diagram = type;
-      const SoundingPlot plot = Draw(c.sounding, options);
-      EXPECT_EQ(Tagged(plot.Page, "frame").size(), 1u);
-      EXPECT_EQ(Tagged(plot.Page, "wind shaft").size(), 0u + (c.sounding.NumWindLevels() > 0));
-      EXPECT_EQ(Tagged(plot.Page, "wind box").size(), 0u + (c.sounding.NumWindLevels() > 0));
-    }
-  }
-}
-
-TEST(SoundingPlot, NothingLeavesThePageAndLinesStayInTheFrame) {
-  Options options;
-  for (const DiagramType type :
-       {DiagramType::SkewT, DiagramType::Emagram, DiagramType::Tephigram}) {
-    options.Diagram = type;
-    const SoundingPlot plot = Draw(test::ReferenceWinter(), options);
-    const Rect frame = plot.Mapping.Frame();
-    for (const Item& item : plot.Page.Items()) {
-      SCOPED_TRACE(item.Tag);
-      if (const auto* label = std::get_if<Label>(&item.Shape)) {
-        EXPECT_TRUE((Rect{0, 0, plot.Page.Width(), plot.Page.Height()}.Contains(label->At)))
-            << label->Text;
-      }
-      const std::set<std::string> inside = {"isotherm",  "dry adiabat",  "saturation adiabat",
-                                            "isentrope", "temperature",  "dew point",
-                                            "parcel",    "pressure line"};
-      if (!inside.contains(item.Tag)) continue;
-      for (const Point& at : std::get<Polyline>(item.Shape).Points) {
-        EXPECT_GE(at.X, frame.Left - 1e-6);
-        EXPECT_LE(at.X, frame.Right + 1e-6);
-        EXPECT_GE(at.Y, frame.Top - 1e-6);
-        EXPECT_LE(at.Y, frame.Bottom + 1e-6);
-      }
-    }
-  }
-}
-
-// The small hodograph takes the panel's upper part, and every group of indices is shown.
-TEST(SoundingPlot, AFullAnalysisBoxEndsOnThePage) {
-  Options options;
-  options.PanelEurope = options.PanelFog = true;
-  const SoundingRecord sounding = test::ReferenceConvective();
-  const analysis::AnalysisResults results = analysis::Analyse(sounding, options);
-  const SoundingPlot plot = *PlotSounding({.Sounding = sounding,
-                                           .Results = results,
-                                           .Set = options,
-                                           .On = kPage,
-                                           .Boxes = {{"hodograph"}}});
-  const auto box = Tagged(plot.Page, "analysis box");
-  ASSERT_EQ(box.size(), 1u);
-  double bottom = 0;
-  double right = 0;
-  for (const Point& corner : std::get<Area>(box[0]->Shape).Rings.at(0)) {
-    bottom = std::max(bottom, corner.Y);
-    right = std::max(right, corner.X);
-  }
-  EXPECT_LE(bottom, plot.Page.Height());
-  for (const char* tag : {"analysis value", "lift table", "index value"}) {
-    ASSERT_FALSE(Tagged(plot.Page, tag).empty()) << tag;
-    for (const Item* item : Tagged(plot.Page, tag)) {
-      const Label& label = std::get<Label>(item->Shape);
-      EXPECT_LE(label.At.Y + label.Size / 2, bottom) << label.Text;
-      // A letter of the fixed-width face is 0.6 of its size wide.
-      EXPECT_LE(label.At.X + 0.6 * label.Size * static_cast<double>(label.Text.size()), right)
-          << label.Text;
-    }
-  }
-}
-
-TEST(SoundingPlot, DarklinesDarkenEveryGridFamily) {
-  Options options;
-  const Palette pale = PaletteFor(options);
-  options.Darklines = true;
-  const Palette darker = PaletteFor(options);
-  const auto luminance = [](const Pen& pen) {
-    return 0.299 * pen.Ink.Red + 0.587 * pen.Ink.Green + 0.114 * pen.Ink.Blue;
-  };
-  for (const auto family :
-       {&Palette::Isotherm, &Palette::ZeroIsotherm, &Palette::Isobar, &Palette::MandatoryIsobar,
-        &Palette::DryAdiabat, &Palette::SatAdiabat, &Palette::MixingRatio}) {
-    EXPECT_LT(luminance(darker.*family), luminance(pale.*family) - 20);
-  }
-}
-
-TEST(SoundingPlot, FrontMarksAreInFeetAndCanBeHidden) {
-  const SoundingRecord sounding = test::ReferenceConvective();
-  Options options;
-  const analysis::AnalysisResults results = analysis::Analyse(sounding, options);
-  const PlotInput input{.Sounding = sounding,
-                        .Results = results,
-                        .Set = options,
-                        .On = kPage,
-                        .Fronts = {{true, 3000, 2000}}};
-  // 3000 m are 9842.5 ft.
-  struct Case {
-    LengthUnits unit;
-    bool isShown;
-    std::vector<std::string> labels;
-  };
-  for (const Case& c : {Case{LengthUnits::Meter, true, {"Cold Front 9843 ft "}},
-                        Case{LengthUnits::Feet, true, {"Cold Front 9843 ft "}},
-                        Case{LengthUnits::Meter, false, {}}}) {
-    options.GpmUnits = c.unit;
-    options.ShowFronts = c.isShown;
-    const SoundingPlot plot = *PlotSounding(input);
-    EXPECT_EQ(Texts(plot.Page, "front label"), c.labels);
-    EXPECT_EQ(Tagged(plot.Page, "front zone").size(), c.isShown ? 1u : 0u);
-  }
-}
-
 TEST(SoundingPlot, ComparesAndOverlays) {
   const SoundingRecord first = test::ReferenceConvective();
   const SoundingRecord second = test::ReferenceWinter();
-  const Options options;
+  Options options;
   const analysis::AnalysisResults results = analysis::Analyse(first, options);
   PlotInput input{.Sounding = first, .Results = results, .Set = options, .On = kPage};
   input.Mode = MultiMode::Compare;
@@ -424,6 +200,11 @@ TEST(SoundingPlot, ComparesAndOverlays) {
   ASSERT_EQ(caption.size(), 1u);
   EXPECT_EQ(std::get<Label>(caption[0]->Shape).At, (Point{4690, 50}));
   EXPECT_TRUE(Texts(plot.Page, "surface label").empty()) << "only the line with other soundings";
+  // The heights of marks are in feet whatever the unit, and the marks can be hidden.
+  options.GpmUnits = LengthUnits::Feet;
+  EXPECT_EQ(Texts(PlotSounding(input)->Page, "front label").back(), "Cold Front 9843 ft ");
+  options.ShowFronts = false;
+  EXPECT_TRUE(Texts(PlotSounding(input)->Page, "front label").empty());
 }
 
 // The winds of a compared sounding stand in the ink of its traces, right of the first one's; where
@@ -510,55 +291,6 @@ TEST(SoundingPlot, MarksStandOnTheirIsobars) {
     const double lowestWind = std::get<Circle>(Tagged(plot.Page, "wind dot").at(0)->Shape).Center.Y;
     EXPECT_NEAR(read(frame.Right, lowestWind),
                 analysis::GetPRESS(results.Levels, sounding.WindHgt(1)), 0.1);
-  }
-}
-
-TEST(SoundingPlot, LevelLabelsKeepOffTracesAndOneAnother) {
-  // The ascent runs up close to the right edge, with an inversion at the tropopause.
-  const SoundingRecord sounding = Profile({{1000, 38, 27},
-                                           {950, 34, 24},
-                                           {900, 30, 22},
-                                           {850, 26, 19},
-                                           {700, 14, 3},
-                                           {500, -6, -30},
-                                           {300, -34, -55},
-                                           {200, -56, -75},
-                                           {150, -64, -80},
-                                           {140, -58, -80},
-                                           {100, -57, -82}});
-  for (const DiagramType type :
-       {DiagramType::SkewT, DiagramType::Emagram, DiagramType::Tephigram}) {
-    Options options;
-    options.Diagram = type;
-    options.DryLabel = true;
-    options.FreezeLine = options.TropoLine = true;
-    const SoundingPlot plot = Draw(sounding, options);
-    std::vector<Rect> boxes;
-    for (const char* tag : {"parcel level label", "inversion label", "tropopause label",
-                            "freezing level label", "surface label"}) {
-      for (const Item* item : Tagged(plot.Page, tag)) {
-        const Label& label = std::get<Label>(item->Shape);
-        // Half the size is what a letter is wide on average; capitals are 0.7 of it high.
-        const double width = 0.5 * label.Size * static_cast<double>(label.Text.size());
-        const double left = label.Across == AnchorX::Right ? label.At.X - width : label.At.X;
-        const Rect box{left, label.At.Y - 0.35 * label.Size, left + width,
-                       label.At.Y + 0.35 * label.Size};
-        for (const Rect& other : boxes) {
-          EXPECT_FALSE(box.Left < other.Right && other.Left < box.Right && box.Top < other.Bottom &&
-                       other.Top < box.Bottom)
-              << label.Text;
-        }
-        boxes.push_back(box);
-        if (std::string_view(tag) == "surface label") continue;
-        for (const char* line : {"temperature", "dew point", "tropopause", "surface line"}) {
-          for (const Item* drawn : Tagged(plot.Page, line)) {
-            const auto& points = std::get<Polyline>(drawn->Shape).Points;
-            EXPECT_TRUE(ClipPolyline(points, box).empty()) << label.Text << " on " << line;
-          }
-        }
-      }
-    }
-    EXPECT_GE(boxes.size(), 5U);
   }
 }
 

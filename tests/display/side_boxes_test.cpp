@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <map>
-#include <set>
 #include <string>
 #include <utility>
 
@@ -291,24 +290,6 @@ TEST(SideBoxes, TellOfTheInversionsThatMatter) {
   EXPECT_EQ(BlockOf("inversions", shown).Rows[0].Label, "1000 - 1100 m");
   const SheetBlock layers = BlockOf("layers", shown);
   EXPECT_EQ(std::ranges::count(layers.Rows, "Subsidence inversion", &SheetRow::Label), 2);
-}
-
-// 345 px is the side column of a window 1440 wide, 264 px the narrowest.
-TEST(SideBoxes, IndicesStandSideBySideWhereTheyFit) {
-  const SoundingRecord sounding = test::ReferenceConvective();
-  const Options options;
-  const analysis::SevereTable table = analysis::DefaultSevereTable();
-  const analysis::AnalysisResults results = analysis::Analyse(sounding, options);
-  const SheetBlock indices = BlockOf("indices", {sounding, results, options, table});
-  for (const auto& [width, columns] : {std::pair{345.0, 2u}, std::pair{200.0, 1u}}) {
-    Picture page(12000, 9000, {});
-    DrawBlock(page, {0, 0, width * kUnitsPerPixel, 8 * kLineStep}, indices, BlockInksFor({}));
-    std::set<double> lefts;
-    for (const Item& item : page.Items()) {
-      if (item.Tag == "label") lefts.insert(std::get<Label>(item.Shape).At.X);
-    }
-    EXPECT_EQ(lefts.size(), columns) << width;
-  }
 }
 
 TEST(TextWidth, IsThatOfThePublishedMetrics) {

@@ -97,33 +97,6 @@ void ExpectFreeSquare(const Picture& page) {
   }
 }
 
-TEST(HodographPlot, TextsKeepApart) {
-  for (const SoundingRecord& sounding : {test::ReferenceConvective(), test::ReferenceWinter()}) {
-    HodographSettings window;
-    window.MbeVector = true;
-    window.HelicityContours = true;
-    const HodographPlot plot = Draw(sounding, {}, window);
-    std::vector<Rect> places;
-    for (const char* tag : {"height label", "storm vector", "other storm vector", "mean wind",
-                            "MBE vector", "helicity label"}) {
-      for (const Label& label : Tagged<Label>(plot.Page, tag)) {
-        const double half = 0.28 * label.Size * static_cast<double>(label.Text.size());
-        places.push_back({label.At.X - half, label.At.Y - label.Size / 2, label.At.X + half,
-                          label.At.Y + label.Size / 2});
-      }
-    }
-    EXPECT_GT(places.size(), 10u);
-    for (std::size_t i = 0; i < places.size(); ++i) {
-      for (std::size_t j = 0; j < i; ++j) {
-        const Rect& a = places[i];
-        const Rect& b = places[j];
-        EXPECT_FALSE(a.Left < b.Right && b.Left < a.Right && a.Top < b.Bottom && b.Top < a.Bottom)
-            << "texts " << i << " and " << j;
-      }
-    }
-  }
-}
-
 TEST(HodographPlot, LegendNamesWhatIsDrawn) {
   HodographSettings window;
   window.MbeVector = true;

@@ -11,7 +11,6 @@
 #include "analysis/interpolate.h"
 #include "core/markers.h"
 #include "core/numbers.h"
-#include "core/units.h"
 #include "ingest/decoded.h"
 
 namespace vexa::ingest {
@@ -103,8 +102,8 @@ TEST(Coded, PartsOfABulletinBecomeOneSounding) {
   }
 }
 
-// A part whose station's number has one garbled figure belongs to the ascent that lacks it, where it
-// tells of the same air; else it is another station's.
+// A part whose station's number has one garbled figure belongs to the ascent that lacks it, where
+// it tells of the same air; else it is another station's.
 TEST(Coded, APartUnderAGarbledNumberFindsItsAscent) {
   const std::string whole = FileText(kBulletins);
   struct Case {
@@ -189,44 +188,6 @@ TEST(Coded, AShipHasItsPosition) {
   EXPECT_DOUBLE_EQ(decoded.Record.WindSpd(1), FromMs(15));
   // What was said of the other station's reports is not its own.
   EXPECT_FALSE(decoded.HasNote("01234 TTAA was corrected"));
-}
-
-TEST(Coded, HeightsAndWindsByTheirNeighbours) {
-  struct Case {
-    const char *About, *Text;
-    double Height, Dir, Spd;
-  };
-  const Case cases[] = {
-      {"below the sea",
-       "TTAA 55000 01234 99950 10056 18010 00695 ///// ///// 92445 08056 20015 "
-       "85135 04056 21020=",
-       1137.6, 210, 20},
-      {"a cold layer has the lower thousand",
-       "TTAA 55000 89999 99668 64556 09512 00721 ///// ///// 92414 ///// ///// 85079 ///// ///// "
-       "70519 ///// ///// 50481 43127 09524=",
-       4810, 95, 24},
-      {"five degrees and 500 knots",
-       "TTAA 55001 01234 99000 20056 18010 85500 10056 35655 70100 "
-       "01056 18012=",
-       1500.5, 355, 155},
-      {"no winds: the next level stands in their place",
-       "TTAA 55007 01234 99000 20056 18010 85500 10056 18010 70100 01056 18020 50575 10156 40743 "
-       "22156 30947 40156=",
-       3088.9, 180, 20},
-      {"a tropopause that looks like a wind maximum",
-       "TTAA 5500/ 01234 99000 20056 18010 85500 10056 88120 77162 26018 77999= "
-       "TTBB 55008 01234 00000 20056 11850 10056 21212 11850 24015=",
-       1500.5, 240, 15},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.About);
-    const Decoded decoded = DecodeText("m", c.Text);
-    ASSERT_FALSE(decoded.Failed) << decoded.Failed->Detail;
-    const int level = WindAt(decoded.Record, c.Height);
-    ASSERT_NE(level, 0);
-    EXPECT_EQ(decoded.Record.WindDir(level), c.Dir);
-    EXPECT_EQ(decoded.Record.WindSpd(level), c.Spd);
-  }
 }
 
 TEST(Coded, ReportsWithoutAscentSayWhy) {

@@ -201,6 +201,11 @@ TEST(CodedLevels, DamageInPartA) {
       {"a dew point lacks a figure", "92780 1085/ 19020", "M925=780 10.8 - 190/20",
        "x TTAA: group 5/ is garbled and was skipped."},
       {"a level is left out", "", "", ""},
+      {"a level's code comes twice", "92780 92780 10850 19020", "M925=780 10.8 5.8 190/20",
+       "x TTAA: group 92780 is garbled and was skipped."},
+      {"a code that no level has", "95780 10850 19020", "",
+       "x TTAA: group 95780 is garbled and was skipped. x TTAA: group 10850 is garbled and was "
+       "skipped. x TTAA: group 19020 is garbled and was skipped."},
       {"a height has a letter", "9278X 10850 19020", "",
        "x TTAA: group 9278X is garbled and was skipped. x TTAA: group 10850 is garbled and was "
        "skipped. x TTAA: group 19020 is garbled and was skipped."},

@@ -50,33 +50,6 @@ TEST(CodedParts, PossibleIsWhatHasBeenMeasured) {
   }
 }
 
-TEST(CodedParts, AMobileStationNamesItsPlaceAndHeight) {
-  struct Case {
-    const char *About, *Height;
-    int ElevM;
-  };
-  const Case cases[] = {{"metres", "01232", 123}, {"feet", "04047", 123}};
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.About);
-    const std::string header = std::string(" MOB01 55121 99501 10082 19108 ") + c.Height + ' ';
-    const Decoded decoded =
-        Decode("IIAA" + header +
-               "99998 15456 09010 00106 ///// ///// 92761 10456 18020 85454 05056 20025 88999 "
-               "77999=\nIIBB" +
-               header + "00998 15456 11900 09056 21212 00998 09010 11900 18522=");
-    ASSERT_FALSE(decoded.Failed) << decoded.Failed->Detail;
-    const SoundingRecord& record = decoded.Record;
-    EXPECT_EQ(record.StationTitle, "MOB01  12Z 05 Mar 2024");
-    EXPECT_EQ(record.LatSigned, 50.1);
-    EXPECT_EQ(record.LonSigned, 8.2);
-    EXPECT_EQ(record.ElevM, c.ElevM);
-    EXPECT_EQ(record.Press, Levels<double>({998, 925, 900, 850}));
-    EXPECT_EQ(record.Dewpt, Levels<double>({9.4, 4.4, 3, -1}));
-    // Hypsometric, worked out apart from the program.
-    ExpectWinds(record, {{123, 90, 10}, {761.3, 180, 20}, {989.4, 185, 22}, {1459.2, 200, 25}});
-  }
-}
-
 TEST(CodedParts, WindsAloneOpen) {
   struct Case {
     const char *About, *Text;
@@ -215,38 +188,6 @@ std::string Replaced(std::string text, std::string_view from, std::string_view t
   const std::size_t at = text.find(from);
   EXPECT_NE(at, std::string::npos) << from;
   return text.replace(at, from.size(), to);
-}
-
-// Behind a damaged code the reader used to take temperatures for codes: 20019 for 200 hPa.
-TEST(CodedParts, ADamagedCodeLosesItsLevelOnly) {
-  struct Case {
-    const char *From, *To;
-    double Lost;
-  };
-  const Case cases[] = {
-      {"92780", "95780", 925}, {"9278", "9X78", 925},   {"85479 ", "", 850},
-      {"85479", "8547", 850},  {"50563", "5056?", 500}, {"92780", "92780 92780", 0},
-  };
-  const StationList stations = Place(252);
-  const Decoded whole = Decode(kPartA, &stations);
-  ASSERT_FALSE(whole.Failed);
-  EXPECT_EQ(whole.Record.Press,
-            Levels<double>({985, 925, 850, 700, 500, 400, 300, 250, 210, 200, 150, 100}));
-  for (const Case& c : cases) {
-    SCOPED_TRACE(std::string(c.From) + " -> " + c.To);
-    const Decoded decoded = Decode(Replaced(kPartA, c.From, c.To), &stations);
-    ASSERT_FALSE(decoded.Failed);
-    EXPECT_TRUE(decoded.HasNote("is garbled and was skipped"));
-    EXPECT_EQ(decoded.Record.ElevM, 252);
-    Levels<double> press, temp;
-    for (int i = 1; i <= whole.Record.NumTempLevels(); ++i) {
-      if (whole.Record.Press(i) == c.Lost) continue;
-      press.Add(whole.Record.Press(i));
-      temp.Add(whole.Record.Temp(i));
-    }
-    EXPECT_EQ(decoded.Record.Press, press);
-    EXPECT_EQ(decoded.Record.Temp, temp);
-  }
 }
 
 TEST(CodedParts, HeightsBeginAtTheGroundOrWhereFiguresLeaveNoDoubt) {

@@ -76,21 +76,6 @@ TEST(Mountains, EveryRangeNamesItsField) {
   EXPECT_EQ(HeightPrompt(LengthUnits::Feet)[1], "Height range:  100 - 32,000 feet.");
 }
 
-TEST(Mountains, OfTheSoundingsOwnRecords) {
-  SoundingRecord sounding = test::ReferenceWinter();
-  EXPECT_FALSE(MountainsOf(sounding));
-  sounding.ExtraRecordsPresent = true;
-  sounding.NumExtraRecords = 1;
-  sounding.ExtraRecord1 = {9000, 4, 20};
-  sounding.ExtraRecord2 = {12, 8000, 3, 30};
-  ASSERT_TRUE(MountainsOf(sounding));
-  EXPECT_EQ(*MountainsOf(sounding), (MountainParameters{.First = {9000, 4, 20}}));
-  sounding.NumExtraRecords = 2;
-  EXPECT_EQ(*MountainsOf(sounding), (MountainParameters{{9000, 4, 20}, 12, {8000, 3, 30}}));
-  sounding.ExtraRecord1[0] = 0;
-  EXPECT_FALSE(MountainsOf(sounding));
-}
-
 TEST(MountainFile, BothLayoutsAndUnits) {
   const std::string records =
       "72489,3048,18.52,180,0,0,0,0\n72476, "

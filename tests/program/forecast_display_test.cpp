@@ -173,22 +173,6 @@ TEST_F(ForecastDisplay, TellsTheEndAndKeepsWhatIsThere) {
   EXPECT_NE(ForecastStatus(View()).find("Forecast data threshold exceeded."), std::string::npos);
 }
 
-TEST_F(ForecastDisplay, UpwindByHandAndBack) {
-  Open();
-  ASSERT_TRUE(commands::SearchSoundings(program));
-  commands::ChooseUpwindByHand(program, {}, 90);
-  EXPECT_FALSE(View().Series.Around().HasUpwind());
-  user.Expect("Forecast", Answer::Ok);
-  commands::StepForecast(program);
-  EXPECT_EQ(user.Boxes.back().Text, "No upwind data.");
-  commands::RestoreUpwind(program);
-  EXPECT_TRUE(View().Series.Around().HasUpwind());
-  const std::size_t first[] = {0};
-  commands::ChooseUpwindByHand(program, first, 300);
-  commands::StepForecast(program);
-  EXPECT_EQ(View().Series.Steps()[0].Choice.WindFrom, 300);
-}
-
 TEST_F(ForecastDisplay, SettingsComeBack) {
   Open();
   View().Set.Mode = forecast::ForecastMode::Single;

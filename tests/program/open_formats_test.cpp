@@ -73,18 +73,6 @@ TEST_F(OpenFormats, OpenedOrPastedItIsTheSameSoundingAndIsDrawn) {
   }
 }
 
-TEST_F(OpenFormats, HoursOfAForecastAreChosenAndSteppedThrough) {
-  Refresh(program, OpenSoundings(program, {Copied("bufkit_two.buf")}));
-  EXPECT_EQ(offered,
-            (std::vector<std::string>{"72999  00Z 29 Feb 2020", "72999 - KTST  03Z 29 Feb 2020"}));
-  ASSERT_EQ(program.Listed.Size(), 2U);
-  EXPECT_EQ(program.Current.Record.Temp(1), 21.5);
-  Refresh(program, StartLoop(program));
-  Refresh(program, StepLoop(program));
-  EXPECT_EQ(program.Current.Record.Temp(1), 23.5);
-  EXPECT_EQ(program.Current.Record.Time.Hour, 3);
-}
-
 TEST_F(OpenFormats, WindsAloneHaveADiagramAndAHodograph) {
   ASSERT_TRUE(Refresh(
       program, commands::LoadText(program,

@@ -38,54 +38,6 @@ TEST(StartUp, PassesItsStagesInOrderAndLeavesFoldersAndTables) {
                                    "VEXA.SAT", "VEXA.WET", "crosdata", "vexadata"}));
 }
 
-TEST(StartUp, LoadsTheSoundingsThatWereMarkedTogether) {
-  const test::TemporaryFolder folder;
-  const auto saved = [&](const char* name, const SoundingRecord& record) {
-    EXPECT_FALSE(SaveFile(folder.Path() / name, WriteRaw(record)));
-    return folder.Path() / name;
-  };
-  test::ScriptedInteraction user;
-  {
-    Program program;
-    program.Doc.AskThrough(&user);
-    StartUp(program, {TextFromPath(folder.Path())});
-    OpenSoundings(program, {saved("a.RAW", test::ReferenceWinter()),
-                            saved("b.RAW", test::ReferenceConvective())});
-    RunCommand(program, "mnuAutoLoad");
-    EXPECT_TRUE(commands::IsAutoLoaded(program));
-    EXPECT_TRUE(KeepSettings(program));
-  }
-  Program next;
-  next.Doc.AskThrough(&user);
-  StartUp(next, {TextFromPath(folder.Path())});
-  EXPECT_TRUE(AutoLoadCode(next).Sounding);
-  EXPECT_EQ(next.Listed.Size(), 2u);
-  EXPECT_EQ(next.Current.FileName, "a.RAW");
-  EXPECT_TRUE(commands::IsAutoLoaded(next));
-}
-
-TEST(StartUp, AFileToLoadAtStartThatIsDamagedIsToldInItsOwnWords) {
-  const test::TemporaryFolder folder;
-  std::string cut = WriteRaw(test::ReferenceWinter());
-  cut.resize(60);
-  ASSERT_FALSE(SaveFile(folder.Path() / "cut.RAW", cut));
-  test::ScriptedInteraction user;
-  Program program;
-  program.Doc.AskThrough(&user);
-  program.Set.System.Autoload = true;
-  program.Set.System.AutoDrive = TextFromPath(folder.Path());
-  program.Set.System.AutoFile = "cut.RAW";
-  user.Expect("VEXA", Answer::Ok);
-  EXPECT_FALSE(AutoLoadCode(program).Any());
-  EXPECT_TRUE(user.Boxes.back().Text.starts_with("Data for cut.RAW can not be found.\n"))
-      << user.Boxes.back().Text;
-  // Opened by the user the same file is told of in other words.
-  user.Expect("VEXA", Answer::Ok);
-  OpenSoundings(program, {folder.Path() / "cut.RAW"});
-  EXPECT_TRUE(user.Boxes.back().Text.starts_with("Data file is corrupt, incomplete"))
-      << user.Boxes.back().Text;
-}
-
 TEST(StartUp, BringsTheStationListAndKeepsTheUsers) {
   const test::TemporaryFolder folder;
   const fs::path program = folder.Path() / "build" / "bin";
