@@ -91,10 +91,10 @@ TEST(VexaProgram, TooFewFilesAreASentence) {
   const std::string root = folder.Path().string();
   for (const int most : {4, 5, 6}) {
     const std::string said = root + "/said" + std::to_string(most);
-    const std::string command = "ulimit -n " + std::to_string(most) +
-                                "; QT_QPA_PLATFORM=offscreen '" + std::string(VEXA_PROGRAM) +
-                                "' --root '" + root + "' --screenshot '" + root +
-                                "/out.png' 2> '" + said + "'";
+    const std::string command = "exec 2> '" + said +
+                                "'; export QT_QPA_PLATFORM=offscreen; ulimit -n " +
+                                std::to_string(most) + "; exec '" + std::string(VEXA_PROGRAM) +
+                                "' --root '" + root + "' --screenshot '" + root + "/out.png'";
     const int status = std::system(command.c_str());
     EXPECT_TRUE(WIFEXITED(status));
     EXPECT_EQ(WEXITSTATUS(status), 1) << most;
