@@ -52,36 +52,12 @@ GzipEnd Inflate(std::string_view bytes, std::size_t most, const Take& take) {
 
 Gunzipped Gunzip(std::string_view bytes, std::size_t most) {
   Gunzipped result;
-  result.End = Inflate(bytes, most, [&](std::string_view piece) { result.Bytes += piece.size(); });
+  result.End =
+      Inflate(bytes, most, [&](std::string_view piece) { result.Bytes += piece.size(); });
   if (result.End != GzipEnd::Whole) return result;
   result.Text.reserve(result.Bytes);
   Inflate(bytes, most, [&](std::string_view piece) { result.Text += piece; });
   return result;
-}
-
-std::optional<std::string> Inflated(std::string_view deflated, std::size_t bytes) {
-  constexpr std::size_t kMost = std::numeric_limits<uInt>::max() - 1;
-  if (deflated.size() > kMost || bytes > kMost) return std::nullopt;
-  const std::unique_ptr<z_stream, StreamEnd> stream(new z_stream{});
-  if (inflateInit2(stream.get(), -MAX_WBITS) != Z_OK) return std::nullopt;
-  std::string inflated;
-  // A size that cannot be true takes no memory: a byte holds at most 1032 of them.
-  constexpr std::size_t kMostOfByte = 1032;
-  if (bytes / kMostOfByte > deflated.size()) return std::nullopt;
-  inflated.resize(bytes + 1);  // one more shows where there is more
-  stream->next_in = reinterpret_cast<Bytef*>(const_cast<char*>(deflated.data()));
-  stream->avail_in = static_cast<uInt>(deflated.size());
-  stream->next_out = reinterpret_cast<Bytef*>(inflated.data());
-  stream->avail_out = static_cast<uInt>(inflated.size());
-  const bool isWhole = inflate(stream.get(), Z_FINISH) == Z_STREAM_END;
-  if (!isWhole || stream->avail_in != 0 || stream->avail_out != 1) return std::nullopt;
-  inflated.resize(bytes);
-  return inflated;
-}
-
-std::uint32_t Crc32(std::string_view bytes) {
-  return static_cast<std::uint32_t>(
-      crc32_z(0, reinterpret_cast<const Bytef*>(bytes.data()), bytes.size()));
 }
 
 }  // namespace vexa

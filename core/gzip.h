@@ -1,9 +1,7 @@
-// gzip streams, of files and of servers' answers, and what ZIP archives share with them.
+// gzip streams, of files and of servers' answers.
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -13,7 +11,7 @@ inline constexpr std::string_view kGzipMark = "\x1f\x8b";
 
 enum class GzipEnd {
   Whole,
-  Damaged,  // or cut off: a length or check sum at the end is missing or wrong
+  Damaged,   // or cut off: a length or check sum at the end is missing or wrong
   TooLarge,
 };
 
@@ -28,11 +26,5 @@ struct Gunzipped {
 ///
 /// most  bytes unpacked at most
 Gunzipped Gunzip(std::string_view bytes, std::size_t most);
-
-/// What a deflated block without a head holds; none unless all of it unpacks to just so many bytes.
-std::optional<std::string> Inflated(std::string_view deflated, std::size_t bytes);
-
-/// The sum by which archives check their files.
-std::uint32_t Crc32(std::string_view bytes);
 
 }  // namespace vexa

@@ -15,7 +15,6 @@
 #include "core/platform.h"
 #include "ingest/archive.h"
 #include "ingest/decoder.h"
-#include "ingest/plain_zip.h"
 #include "ingest/unpack.h"
 #include "ingest/zip_library.h"
 
@@ -220,18 +219,7 @@ struct SourceStream::State {
     return std::nullopt;
   }
 
-  // Whether it is known without the library that all its files make one text.
-  bool IsSmallArchive() const {
-    const MappedFile file(File);
-    const auto members = MembersOfPlainZip(file.Bytes());
-    if (!members) return false;
-    std::size_t bytes = 0;
-    for (const PlainMember& member : *members) bytes += member.Size;
-    return bytes <= Piece;
-  }
-
   std::optional<Fault> OpenArchive() {
-    if (IsSmallArchive()) return ReadWhole();
     int error = 0;
     const std::u8string name = LongForm(File).u8string();
     if (HasZip()) {

@@ -1,6 +1,5 @@
 #include "ingest/unpack.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -9,7 +8,6 @@
 #include "core/gzip.h"
 #include "core/numbers.h"
 #include "core/platform.h"
-#include "ingest/plain_zip.h"
 #include "ingest/zip_library.h"
 
 namespace vexa::ingest {
@@ -111,31 +109,7 @@ Outcome<std::string> UnpackEntry(zip_t& archive, zip_uint64_t index, std::size_t
   }
 }
 
-// None where the library has to be asked.
-std::optional<std::vector<PackedFile>> UnpackPlainZip(std::string_view bytes, UnpackRoom& room) {
-  const std::optional<std::vector<PlainMember>> members = MembersOfPlainZip(bytes);
-  if (!members || members->size() > static_cast<std::size_t>(std::max(0, room.Files))) {
-    return std::nullopt;
-  }
-  std::size_t left = room.Bytes;
-  std::vector<PackedFile> files;
-  for (const PlainMember& member : *members) {
-    if (member.Name.ends_with('/')) continue;  // a folder
-    if (member.Size > left) return std::nullopt;
-    left -= member.Size;
-    std::optional<std::string> unpacked = Unpacked(member);
-    if (!unpacked) return std::nullopt;
-    files.push_back({.Name = std::string(member.Name),
-                     .Bytes = *std::move(unpacked),
-                     .WrittenOn = member.WrittenOn});
-  }
-  room.Files -= static_cast<int>(members->size());
-  room.Bytes = left;
-  return files;
-}
-
 Outcome<std::vector<PackedFile>> UnpackZip(std::string_view bytes, UnpackRoom& room) {
-  if (auto files = UnpackPlainZip(bytes, room)) return *std::move(files);
   if (!HasZip()) return NoLibrary("Unpack", "the archive needs libzip, which this system lacks");
   zip_error_t error;
   zip_error_init(&error);

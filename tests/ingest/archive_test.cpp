@@ -13,7 +13,6 @@
 #include "core/files.h"
 #include "ingest/archive.h"
 #include "ingest/decoder.h"
-#include "ingest/plain_zip.h"
 #include "ingest/source_stream.h"
 #include "ingest/unpack.h"
 #include "sounding/analysed_sounding.h"
@@ -61,35 +60,6 @@ TEST(Unpack, GzipAndZip) {
   EXPECT_EQ(loading.Sounding->Record.DataFormat, "SPC");
   EXPECT_EQ(loading.Sounding->Notes.at(0),
             "Of the archive readme.txt was left out: in none of the known formats.");
-}
-
-// Of an archive with a bit turned over, or cut off, either its files come as they are or the
-// library is asked.
-TEST(PlainZip, TakesNothingElse) {
-  const std::string whole = FileText("packed.zip");
-  const auto members = MembersOfPlainZip(whole);
-  ASSERT_TRUE(members);
-  ASSERT_EQ(members->size(), 3U);  // a folder and two files
-  const auto expectSame = [&members](std::string_view bytes, std::size_t at) {
-    const auto found = MembersOfPlainZip(bytes);
-    if (!found) return;
-    ASSERT_EQ(found->size(), members->size()) << at;
-    for (std::size_t i = 0; i < members->size(); ++i) {
-      const auto unpacked = Unpacked((*found)[i]);
-      EXPECT_EQ((*found)[i].Name, (*members)[i].Name) << at;
-      EXPECT_EQ((*found)[i].WrittenOn, (*members)[i].WrittenOn) << at;
-      EXPECT_TRUE(!unpacked || *unpacked == Unpacked((*members)[i])) << at;
-    }
-  };
-  for (std::size_t at = 0; at < whole.size(); ++at) {
-    for (int bit = 0; bit < 8; ++bit) {
-      std::string damaged = whole;
-      damaged[at] = static_cast<char>(damaged[at] ^ (1 << bit));
-      expectSame(damaged, at);
-    }
-    EXPECT_FALSE(MembersOfPlainZip(whole.substr(0, at))) << at;
-  }
-  EXPECT_FALSE(MembersOfPlainZip(whole + "x"));
 }
 
 std::string Gzipped(std::size_t zeros) {
