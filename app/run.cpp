@@ -102,29 +102,6 @@ void TellKept(const WindowInteraction& interaction) {
   for (const Box& box : interaction.Kept()) Say(stderr, "vexa: " + box.Text + "\n");
 }
 
-// A bitmap as the program writes it, rows from below with three bytes a pixel: the toolkit's reader
-// takes five times as long. Null for any other.
-QImage PlainBitmap(std::string_view bytes) {
-  constexpr std::size_t kHeadBytes = 54;
-  const auto number = [&bytes](std::size_t at, std::size_t count) {
-    unsigned value = 0;
-    for (std::size_t i = count; i > 0; --i) {
-      value = value << 8U | static_cast<unsigned char>(bytes[at + i - 1]);
-    }
-    return value;
-  };
-  constexpr unsigned kMost = 4096;  // pixels on a side
-  if (bytes.size() < kHeadBytes || !bytes.starts_with("BM")) return {};
-  const unsigned start = number(10, 4), width = number(18, 4), height = number(22, 4);
-  const bool isPlain = number(14, 4) == 40 && number(28, 2) == 24 && number(30, 4) == 0;
-  if (!isPlain || width - 1 >= kMost || height - 1 >= kMost) return {};
-  const std::size_t row = (width * 3 + 3) / 4 * 4;
-  if (start > bytes.size() || bytes.size() - start < row * height) return {};
-  const QImage image(reinterpret_cast<const uchar*>(bytes.data() + start), static_cast<int>(width),
-                     static_cast<int>(height), static_cast<qsizetype>(row), QImage::Format_BGR888);
-  return image.mirrored().convertToFormat(QImage::Format_RGB32);
-}
-
 // The picture shown at start: the file in the program folder, made anew where it is missing or cut
 // short. Without the file the picture is drawn again next time.
 QPixmap StartPixmap(const Program& program) {
@@ -132,8 +109,6 @@ QPixmap StartPixmap(const Program& program) {
   const Outcome<std::string> kept = ReadFile(path);
   QPixmap pixmap;
   const auto isPicture = [&pixmap](std::string_view bytes) {
-    pixmap = QPixmap::fromImage(PlainBitmap(bytes));
-    if (!pixmap.isNull()) return true;
     return IsWholeBitmap(bytes) && pixmap.loadFromData(reinterpret_cast<const uchar*>(bytes.data()),
                                                        static_cast<uint>(bytes.size()));
   };
