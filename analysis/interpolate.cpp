@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <functional>
 #include <optional>
+#include <stdexcept>
 
 #include "analysis/column_math.h"
 #include "analysis/moist_air.h"
@@ -80,12 +82,26 @@ std::optional<Bracket> WindsAbout(const std::vector<double>& heights, double hei
 }
 
 // What Components gives, many at a time.
-VEXA_WIDE void TurnWinds(const Wind* winds, std::size_t count, WindVector* vectors) {
+VEXA_WIDE void TurnWinds(const double* dirs, const double* spds, std::size_t count,
+                         WindVector* vectors) {
   VEXA_INDEPENDENT
   for (std::size_t i = 0; i < count; ++i) {
-    const SinCos turned = ColumnSinCos(Radians(winds[i].Dir));
-    vectors[i] = {winds[i].Spd * turned.Sin, winds[i].Spd * turned.Cos};
+    const SinCos turned = ColumnSinCos(Radians(dirs[i]));
+    vectors[i] = {spds[i] * turned.Sin, spds[i] * turned.Cos};
   }
+}
+
+// Whether every level has a wind and no value is near a marker: so it is of nearly every sounding.
+VEXA_WIDE bool HasWindThroughout(const double* heights, const double* dirs, const double* spds,
+                                 std::size_t count) {
+  constexpr double kLow = -998, kHighest = 99998, kHigh = 999;
+  std::uint64_t others = 0;
+  for (std::size_t i = 0; i < count; ++i) {
+    const bool isThere = (heights[i] > kLow) & (heights[i] < kHighest) & (dirs[i] > kLow) &
+                         (dirs[i] < kHigh) & (spds[i] > kLow) & (spds[i] < kHigh);
+    others |= isThere ? 0 : 1;
+  }
+  return others == 0;
 }
 
 // Components between two winds, linear in height.
@@ -231,22 +247,46 @@ WindSample WindAtHeight(const SoundingRecord& sounding, double height) {
 }
 
 WindProfile DeriveWinds(const SoundingRecord& sounding, double highest) {
-  WindProfile winds;
-  const int count = sounding.NumWindLevels();
-  std::vector<Wind> observed;
-  observed.reserve(static_cast<std::size_t>(count));
-  winds.Heights.reserve(static_cast<std::size_t>(count));
-  const bool isWorking = sounding.HasWorkWinds();
-  for (int i = 1; i <= count; ++i) {
-    const double height = sounding.WindHgt(i);
-    const Wind wind{sounding.WindDir(i), sounding.WindSpd(i)};
-    if (!HasHeight(height) || NotAvailable(wind.Dir) || NotAvailable(wind.Spd)) continue;
-    winds.Heights.push_back(height);
-    observed.push_back(isWorking ? WorkingWind(sounding, i) : wind);
-    if (height > highest) break;
+  const std::vector<double>& heights = sounding.WindHgt.Values();
+  const std::size_t count = heights.size();
+  if (sounding.WindDir.Values().size() < count || sounding.WindSpd.Values().size() < count) {
+    throw std::out_of_range("wind arrays of different lengths");
   }
-  winds.Vectors.resize(observed.size());
-  TurnWinds(observed.data(), observed.size(), winds.Vectors.data());
+  const double* observedDirs = sounding.WindDir.Values().data();
+  const double* observedSpds = sounding.WindSpd.Values().data();
+  const bool isWorking = sounding.HasWorkWinds();
+  const std::vector<float>& workDirs = sounding.WorkWindDir.Values();
+  const std::vector<float>& workSpds = sounding.WorkWindSpd.Values();
+  WindProfile winds;
+  std::vector<double> dirs, spds;
+  if (HasWindThroughout(heights.data(), observedDirs, observedSpds, count) &&
+      !(highest < kNotReached)) {
+    winds.Heights = heights;
+    if (isWorking) {
+      dirs.assign(workDirs.begin(), workDirs.end());
+      spds.assign(workSpds.begin(), workSpds.end());
+      observedDirs = dirs.data();
+      observedSpds = spds.data();
+    }
+  } else {
+    dirs.reserve(count);
+    spds.reserve(count);
+    winds.Heights.reserve(count);
+    for (std::size_t i = 0; i < count; ++i) {
+      const double height = heights[i];
+      if (!HasHeight(height) || NotAvailable(observedDirs[i]) || NotAvailable(observedSpds[i])) {
+        continue;
+      }
+      winds.Heights.push_back(height);
+      dirs.push_back(isWorking ? static_cast<double>(workDirs[i]) : observedDirs[i]);
+      spds.push_back(isWorking ? static_cast<double>(workSpds[i]) : observedSpds[i]);
+      if (height > highest) break;
+    }
+    observedDirs = dirs.data();
+    observedSpds = spds.data();
+  }
+  winds.Vectors.resize(winds.Heights.size());
+  TurnWinds(observedDirs, observedSpds, winds.Vectors.size(), winds.Vectors.data());
   winds.IsOrdered = std::ranges::is_sorted(winds.Heights);
   return winds;
 }
