@@ -7,12 +7,12 @@
 #include <cstdint>
 #include <numbers>
 
-// Compiles a function twice, for processors with wide registers too, and takes the one that fits
-// when the program is loaded. Every element is computed as it stands and nothing is fused, so the
-// digits are the same.
+// Compiles a function also for processors with wide and very wide registers, and takes the one that
+// fits when the program is loaded. Every element is computed as it stands and nothing is fused, so
+// the digits are the same.
 #if defined(__x86_64__) && defined(__ELF__) && defined(__GNUC__) && !defined(__clang__) && \
     defined(__OPTIMIZE__) && !defined(__SANITIZE_ADDRESS__)
-#define VEXA_WIDE __attribute__((target_clones("avx2", "default")))
+#define VEXA_WIDE __attribute__((target_clones("arch=x86-64-v4", "avx2", "default")))
 #else
 #define VEXA_WIDE
 #endif
