@@ -69,6 +69,27 @@ inline double ColumnLog(double x) {
   return k * kLn2High - ((half - (s * half + ArtanhRest(s) + k * kLn2Low)) - f);
 }
 
+/// (e to the x - 1 - x) / x², for |x| < 0.35.
+inline double ExpRest(double x) {
+  double sum = 1.0 / 6227020800;
+  sum = sum * x + 1.0 / 479001600;
+  sum = sum * x + 1.0 / 39916800;
+  sum = sum * x + 1.0 / 3628800;
+  sum = sum * x + 1.0 / 362880;
+  sum = sum * x + 1.0 / 40320;
+  sum = sum * x + 1.0 / 5040;
+  sum = sum * x + 1.0 / 720;
+  sum = sum * x + 1.0 / 120;
+  sum = sum * x + 1.0 / 24;
+  sum = sum * x + 1.0 / 6;
+  return sum * x + 0.5;
+}
+
+/// e to the x - 1, for |x| < 0.35.
+inline double ColumnExpm1(double x) {
+  return ExpRest(x) * x * x + x;
+}
+
 /// e to the x for |x| < 700, to the last place or the one before it.
 inline double ColumnExp(double x) {
   constexpr double kRounder = 0x1.8p52;
@@ -76,19 +97,7 @@ inline double ColumnExp(double x) {
   const double shifted = x * std::numbers::log2e + kRounder;
   const double n = shifted - kRounder;
   const double r = (x - n * kLn2High) - n * kLn2Low;
-  double sum = 1.0 / 6227020800;
-  sum = sum * r + 1.0 / 479001600;
-  sum = sum * r + 1.0 / 39916800;
-  sum = sum * r + 1.0 / 3628800;
-  sum = sum * r + 1.0 / 362880;
-  sum = sum * r + 1.0 / 40320;
-  sum = sum * r + 1.0 / 5040;
-  sum = sum * r + 1.0 / 720;
-  sum = sum * r + 1.0 / 120;
-  sum = sum * r + 1.0 / 24;
-  sum = sum * r + 1.0 / 6;
-  sum = sum * r + 0.5;
-  const double power = sum * r * r + r + 1;
+  const double power = ExpRest(r) * r * r + r + 1;
   return std::bit_cast<double>(std::bit_cast<std::uint64_t>(power) +
                                (std::bit_cast<std::uint64_t>(shifted) << 52));
 }

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
+#include "analysis/column_air.h"
 #include "analysis/column_math.h"
 #include "analysis/moist_air.h"
 #include "analysis/profile_walk.h"
@@ -55,18 +57,72 @@ VEXA_WIDE void FillAir(AirColumns air) {
   }
 }
 
+// Further columns, of which the last rests on the level below too.
+struct ListedColumns {
+  std::size_t Count;
+  const double* Press;
+  const double* Height;
+  const double* VirtualTemp;
+  const double* Refractivity;
+  double* Density;
+  double* Gradient;
+};
+
+VEXA_WIDE void FillDensities(ListedColumns listed) {
+  VEXA_INDEPENDENT
+  for (std::size_t i = 0; i < listed.Count; ++i) {
+    const double tempK = listed.VirtualTemp[i] + kKelvinOffset;
+    const double density = 100 * listed.Press[i] / (kDryGasConstant * tempK);
+    listed.Density[i] = listed.Press[i] > 0 ? (tempK > 0 ? density : 0) : kMissing;
+  }
+}
+
+// What NotAvailable denies.
+inline bool IsThere(double value) {
+  return (value > -998.5) & (value < 9998) & !(std::fabs(value - kMissing) < 0.05);
+}
+
+VEXA_WIDE void FillGradients(ListedColumns listed) {
+  VEXA_INDEPENDENT
+  for (std::size_t i = 1; i < listed.Count; ++i) {
+    const double depth = listed.Height[i] - listed.Height[i - 1];
+    const double low = listed.Refractivity[i - 1], high = listed.Refractivity[i];
+    const bool isKnown = (listed.Press[i] > 0) & (listed.Height[i] > listed.Height[i - 1]) &
+                         IsThere(low) & IsThere(high);
+    listed.Gradient[i] = isKnown ? (high - low) / depth * 1000 : kMissing;
+  }
+}
+
+// Heights above those of the standard atmosphere, which stand in their place before.
+VEXA_WIDE void ToDifferences(const double* pressures, const double* heights, std::size_t count,
+                             double* standards) {
+  VEXA_INDEPENDENT
+  for (std::size_t i = 0; i < count; ++i) {
+    const double difference = heights[i] - standards[i];
+    const bool isKnown = (pressures[i] > 0) & (standards[i] < kNotReached);
+    standards[i] = isKnown ? difference : kMissing;
+  }
+}
+
 // Slope of the mixing line, Pa/K, and the threshold of saturated air, °C.
 struct MixingLine {
   double Slope = 0;
   double Saturated = kMissing;
 };
 
+inline double SlopeAt(double press) {
+  return kContrailFactor * 1e-3 * 100 * press / kEpsilon;
+}
+
+// By the logarithm of what the slope is above the least.
+inline double SaturatedThreshold(double log) {
+  return -46.46 + 9.43 * log + 0.720 * log * log;
+}
+
 MixingLine MixingLineAt(double press) {
-  MixingLine line;
-  line.Slope = kContrailFactor * 1e-3 * 100 * press / kEpsilon;
+  MixingLine line{.Slope = SlopeAt(press)};
   if (line.Slope <= kLeastGradient) return line;
-  const double log = std::log(line.Slope - kLeastGradient);
-  line.Saturated = -46.46 + 9.43 * log + 0.720 * log * log;
+  line.Saturated = SaturatedThreshold(std::log(line.Slope - kLeastGradient));
   return line;
 }
 
@@ -80,6 +136,53 @@ double WaterVaporAt(double temp) {
 // lineVapor   at the saturated threshold, Pa
 double Excess(const MixingLine& line, double lineVapor, double temp, double share) {
   return temp - line.Saturated + (lineVapor - share * WaterVaporAt(temp)) / line.Slope;
+}
+
+// Levels whose excess is wanted.
+struct ContrailColumns {
+  std::size_t Count;
+  const double* Press;
+  const double* Temp;
+  const double* RelHumidity;  // %
+  double Humidity;            // % where none is known
+  double* Excess;
+};
+
+// A summand that makes what is out of the ordinary not a number: a loop keeps no branch of it.
+inline double OddUnless(bool isOrdinary) {
+  return isOrdinary ? 0 : std::numeric_limits<double>::quiet_NaN();
+}
+
+// MixingLineAt, then Excess with the vapour pressures from the table; not a number where the air is
+// not that of a stratosphere.
+VEXA_WIDE void FillExcesses(ContrailColumns air, ColumnVapor table) {
+  constexpr double kColdest = 125, kWarmest = 395;  // K, on the ladder
+  constexpr double kLeastRise = 1e-6;               // Pa/K
+  constexpr double kMostHumid = 900;                // %
+  const double given = air.Humidity;
+  VEXA_INDEPENDENT
+  for (std::size_t i = 0; i < air.Count; ++i) {
+    const double slope = SlopeAt(air.Press[i]);
+    const double rise = std::max(slope - kLeastGradient, kLeastRise);
+    const double threshold = SaturatedThreshold(ColumnLog(rise));
+    const double lineK = threshold + kKelvinOffset;
+    const double lineOnLadder = std::min(std::max(lineK, kColdest), kWarmest);
+    const double temp = air.Temp[i];
+    const double tempK = temp + kKelvinOffset;
+    const double tempOnLadder = std::min(std::max(tempK, kColdest), kWarmest);
+    const double atLine = 100 * table.At(threshold, lineOnLadder).Pressure;
+    const double atTemp = 100 * table.At(temp, tempOnLadder).Pressure;
+    const double observed = air.RelHumidity[i];
+    const double humidity = observed < kMostHumid ? observed : given;
+    const double share = std::min(humidity / 100, 1.0);
+    const double above = temp - threshold;
+    const double vapor = (atLine - share * atTemp) / slope;
+    const double counts = (share < 1 ? 1.0 : 0.0) * (above < 0 ? 1.0 : 0.0);
+    const double odd = OddUnless(rise > kLeastRise) + OddUnless(lineK == lineOnLadder) +
+                       OddUnless(tempK == tempOnLadder) +
+                       OddUnless((observed < kMostHumid) | (observed == kMissing));
+    air.Excess[i] = above + counts * vapor + odd;
+  }
 }
 
 }  // namespace
@@ -110,24 +213,28 @@ LevelListing ListLevels(const LevelProfile& levels) {
            .Refractivity = refractivities,
            .Modified = listing.Modified.Values().data(),
            .Potential = listing.Potential.Values().data()});
+  const ListedColumns listed{.Count = count,
+                             .Press = pressures,
+                             .Height = heights,
+                             .VirtualTemp = levels.VirtualTemp.Values().data(),
+                             .Refractivity = refractivities,
+                             .Density = listing.Density.Values().data(),
+                             .Gradient = listing.Gradient.Values().data()};
+  FillDensities(listed);
+  FillGradients(listed);
+  double* differences = listing.DValue.Values().data();
+  FillIsaHeights(pressures, logs, count, differences);
+  ToDifferences(pressures, heights, count, differences);
+  double* waters = listing.WaterBelow.Values().data();
   double water = 0;  // mm
-  bool moistBelow = true;
   for (std::size_t i = 0; i < count; ++i) {
     const double press = pressures[i];
     if (!(press > 0)) continue;
-    listing.Density.Values()[i] = AirDensity(press, levels.VirtualTemp.Values()[i]);
-    const double standard = IsaHeight(press, logs[i]);
-    if (HasHeight(standard)) listing.DValue.Values()[i] = heights[i] - standard;
-    moistBelow = moistBelow && !NotAvailable(mixings[i]);
-    if (moistBelow && i > 0) {
+    if (NotAvailable(mixings[i])) break;
+    if (i > 0) {
       water += (mixings[i - 1] + mixings[i]) / 2 * (pressures[i - 1] - press) * 100 / kGravity;
     }
-    if (moistBelow) listing.WaterBelow.Values()[i] = water;
-    if (i > 0 && heights[i] > heights[i - 1] && !NotAvailable(refractivities[i]) &&
-        !NotAvailable(refractivities[i - 1])) {
-      listing.Gradient.Values()[i] =
-          (refractivities[i] - refractivities[i - 1]) / (heights[i] - heights[i - 1]) * 1000;
-    }
+    waters[i] = water;
   }
   return listing;
 }
@@ -183,7 +290,22 @@ double ContrailTemp(double press, double humidity) {
 
 std::vector<AirLayer> FindContrails(const LevelProfile& levels, double humidity) {
   std::vector<AirLayer> layers;
+  const std::vector<double>& pressures = levels.Press.Values();
+  // The first level that counts: nearly always all above it do.
+  const auto isHigh = [](double press) { return !(press > kContrailPress); };
+  const auto first =
+      static_cast<std::size_t>(std::ranges::find_if(pressures, isHigh) - pressures.begin());
+  std::vector<double> excesses(pressures.size() - first);
+  FillExcesses({.Count = excesses.size(),
+                .Press = pressures.data() + first,
+                .Temp = levels.Temp.Values().data() + first,
+                .RelHumidity = levels.RelHumidity.Values().data() + first,
+                .Humidity = humidity,
+                .Excess = excesses.data()},
+               ColumnVapor(SaturationOver::Water));
   const auto excessAt = [&](int level) {
+    const double ready = excesses[static_cast<std::size_t>(level) - 1 - first];
+    if (!std::isnan(ready)) return ready;
     const MixingLine line = MixingLineAt(levels.Press(level));
     if (NotAvailable(line.Saturated)) return 1.0;
     const double observed = levels.RelHumidity(level);
@@ -195,11 +317,15 @@ std::vector<AirLayer> FindContrails(const LevelProfile& levels, double humidity)
                    : Excess(line, WaterVaporAt(line.Saturated), temp, share);
   };
   double below = 1;
-  for (int i = 1; i <= levels.Count(); ++i) {
+  for (int i = static_cast<int>(first) + 1; i <= levels.Count(); ++i) {
     if (levels.Press(i) > kContrailPress) continue;
-    const bool first = i == 1 || levels.Press(i - 1) > kContrailPress;
+    const bool isFirst = i == 1 || levels.Press(i - 1) > kContrailPress;
     const double excess = excessAt(i);
-    const bool inside = !layers.empty() && !first && below <= 0;
+    const bool inside = !layers.empty() && !isFirst && below <= 0;
+    if (excess > 0 && !inside) {
+      below = excess;
+      continue;
+    }
     const LevelPoint here = PointOf(levels, i);
     const auto crossing = [&] {
       ProfileWalk walk(levels);
@@ -208,7 +334,7 @@ std::vector<AirLayer> FindContrails(const LevelProfile& levels, double humidity)
     };
     if (excess <= 0) {
       if (!inside) {
-        layers.push_back({first ? here : crossing(), here, Intensity::Light, " CP ", -excess});
+        layers.push_back({isFirst ? here : crossing(), here, Intensity::Light, " CP ", -excess});
       }
       layers.back().Top = here;
       layers.back().Value = std::max(layers.back().Value, -excess);

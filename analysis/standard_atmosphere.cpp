@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 
+#include "analysis/column_math.h"
 #include "analysis/moist_air.h"
 #include "core/markers.h"
 #include "core/units.h"
@@ -70,6 +71,18 @@ const IsaLayer& LayerOf(double height) {
   return *(above - 1);
 }
 
+// IsaHeight of logarithms of pressures that lie in one layer.
+VEXA_WIDE void FillLayerHeights(IsaLayer layer, const double* logs, std::size_t count,
+                                double* heights) {
+  const double perDepth = layer.Slope == 0 ? 0 : layer.TempK / layer.Slope;
+  VEXA_INDEPENDENT
+  for (std::size_t i = 0; i < count; ++i) {
+    const double depth = kIsaGasConstant / kGravity * (layer.LogPress - logs[i]);
+    const double sloping = perDepth * ColumnExpm1(layer.Slope * depth);
+    heights[i] = layer.Base + (layer.Slope == 0 ? layer.TempK * depth : sloping);
+  }
+}
+
 }  // namespace
 
 double IsaPressure(double height) {
@@ -90,6 +103,28 @@ double IsaHeight(double press, double logPress) {
   const double depth = kIsaGasConstant / kGravity * (layer.LogPress - logPress);
   if (layer.Slope == 0) return layer.Base + layer.TempK * depth;
   return layer.Base + layer.TempK / layer.Slope * std::expm1(layer.Slope * depth);
+}
+
+void FillIsaHeights(const double* pressures, const double* logs, std::size_t count,
+                    double* heights) {
+  constexpr double kHighest = 3000;  // hPa, to which the lowest layer's exponential is near 1
+  const auto& layers = Isa().Layers;
+  for (std::size_t i = 0; i < count;) {
+    const double press = pressures[i];
+    if (!(press >= Isa().TopPress && press < kHighest)) {
+      heights[i] = IsaHeight(press, logs[i]);
+      ++i;
+      continue;
+    }
+    const auto above = std::find_if(layers.begin() + 1, layers.end(),
+                                    [&](const IsaLayer& next) { return next.Press < press; });
+    const double least = above == layers.end() ? Isa().TopPress : above->Press;
+    const double most = above - 1 == layers.begin() ? kHighest : (above - 1)->Press;
+    std::size_t end = i + 1;
+    while (end < count && pressures[end] > least && pressures[end] <= most) ++end;
+    FillLayerHeights(*(above - 1), logs + i, end - i, heights + i);
+    i = end;
+  }
 }
 
 double IsaTemp(double height) {

@@ -3,6 +3,8 @@
 // thermodynamics on purpose.
 #pragma once
 
+#include <cstddef>
+
 namespace vexa::analysis {
 
 /// Pressure, hPa, at a geopotential height in metres; kNotReached above 80 km. Below 0 m the
@@ -14,6 +16,10 @@ double IsaHeight(double press);
 
 /// The same where the logarithm of the pressure is at hand.
 double IsaHeight(double press, double logPress);
+
+/// The same for columns of as many pressures, logarithms and heights.
+void FillIsaHeights(const double* pressures, const double* logs, std::size_t count,
+                    double* heights);
 
 /// Temperature, °C, at a height in metres; kMissing above 80 km.
 double IsaTemp(double height);
