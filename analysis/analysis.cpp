@@ -1,9 +1,12 @@
 #include "analysis/analysis.h"
 
 #include <cmath>
+#include <cstdint>
+#include <limits>
 
 #include "analysis/adiabat_table.h"
 #include "analysis/clouds.h"
+#include "analysis/column_math.h"
 #include "analysis/downdraft.h"
 #include "analysis/effective_layer.h"
 #include "analysis/icing.h"
@@ -141,6 +144,13 @@ bool Finite(const LevelPoint& level) {
   return std::isfinite(level.Press) && std::isfinite(level.Height) && std::isfinite(level.Temp);
 }
 
+VEXA_WIDE bool IsAllFinite(const double* values, std::size_t count) {
+  constexpr double kLargest = std::numeric_limits<double>::max();
+  std::uint64_t others = 0;
+  for (std::size_t i = 0; i < count; ++i) others |= std::fabs(values[i]) <= kLargest ? 0 : 1;
+  return others == 0;
+}
+
 // Levels that no atmosphere has, colder than absolute zero or without pressure, lead formulas out
 // of their range: what comes of them becomes a marker here, in one place.
 void DropNonsense(AnalysisResults& results) {
@@ -163,6 +173,7 @@ void DropNonsense(AnalysisResults& results) {
   for (auto* column : {&listing.Density, &listing.DValue, &listing.Refractivity, &listing.Modified,
                        &listing.Potential, &listing.Gradient, &listing.WaterBelow,
                        &results.Soaring.ThermalIndex}) {
+    if (IsAllFinite(column->Values().data(), column->Values().size())) continue;
     for (double& value : column->Values()) mark(value, kMissing);
   }
   WinterResults& winter = results.Winter;

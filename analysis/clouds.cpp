@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <optional>
 
 #include "analysis/exact.h"
@@ -43,32 +44,43 @@ CloudAmount AmountOf(double temp, double depression) {
   return dry <= kScattered ? CloudAmount::Scattered : CloudAmount::None;
 }
 
-// How far the air is from scattered cloud, °C; negative inside.
-std::optional<double> Margin(const LevelProfile& levels, int level) {
-  if (NotAvailable(levels.Dewpt(level))) return std::nullopt;
+// How far the air is from scattered cloud, °C; negative inside, not a number without a dew point.
+double Margin(const LevelProfile& levels, int level) {
+  if (NotAvailable(levels.Dewpt(level))) return std::numeric_limits<double>::quiet_NaN();
   const double temp = levels.Temp(level);
   return Exact(temp - levels.Dewpt(level) - Widening(temp)) - kScattered;
 }
 
+// Beyond scattered cloud by more than rounding makes, as most levels are, or without a dew point.
+bool IsClearlyDry(double temp, double dewpt) {
+  constexpr double kRounding = 0.01;  // °C
+  return temp - dewpt - Widening(temp) > kScattered + kRounding || NotAvailable(dewpt);
+}
+
 std::vector<CloudDeck> MoistRuns(const LevelProfile& levels, double highest) {
   std::vector<CloudDeck> decks;
+  const std::vector<double>& temps = levels.Temp.Values();
+  const std::vector<double>& dewpts = levels.Dewpt.Values();
   bool inside = false;
-  std::optional<double> below;
   const auto endAt = [&](const LevelPoint& top) {
     decks.back().Top = top;
     inside = false;
   };
   for (int i = 1; i <= levels.Count(); ++i) {
-    const std::optional<double> margin = Margin(levels, i);
+    const auto at = static_cast<std::size_t>(i) - 1;
+    if (!inside && IsClearlyDry(temps[at], dewpts[at])) continue;
+    const double margin = Margin(levels, i);
+    const double below = Margin(levels, std::max(i - 1, 1));
+    const bool hasBelow = i > 1 && !std::isnan(below);
     const LevelPoint here{levels.Press(i), levels.Height(i), levels.Temp(i)};
-    const bool moist = margin && *margin <= 0 && here.Height <= highest;
+    const bool moist = margin <= 0 && here.Height <= highest;
     if (moist && !inside) {
-      const LevelPoint base = below ? Between(levels, i - 1, *below / (*below - *margin)) : here;
+      const LevelPoint base = hasBelow ? Between(levels, i - 1, below / (below - margin)) : here;
       decks.push_back({.Base = base});
       inside = true;
     } else if (!moist && inside) {
-      endAt(margin && *margin > 0 && below
-                ? Between(levels, i - 1, *below / (*below - *margin))
+      endAt(margin > 0 && hasBelow
+                ? Between(levels, i - 1, below / (below - margin))
                 : LevelPoint{levels.Press(i - 1), levels.Height(i - 1), levels.Temp(i - 1)});
     }
     if (inside) {
@@ -76,7 +88,6 @@ std::vector<CloudDeck> MoistRuns(const LevelProfile& levels, double highest) {
       decks.back().Amount =
           std::max(decks.back().Amount, AmountOf(here.Temp, here.Temp - levels.Dewpt(i)));
     }
-    below = margin;
   }
   return decks;
 }

@@ -119,12 +119,17 @@ class InflowTest {
 
 // Levels whose air can be lifted, from below.
 std::vector<int> LiftableLevels(const LevelProfile& levels, const PressureGrid& grid) {
-  std::vector<int> liftable;
-  for (int i = 1; i <= levels.Count() && levels.Press(i) >= grid.Top; ++i) {
-    if (NotAvailable(levels.ThetaE(i)) || !(levels.ThetaE(i) > 0) || !(levels.Theta(i) > 0))
-      continue;
-    liftable.push_back(i);
+  const std::vector<double>& pressures = levels.Press.Values();
+  const std::vector<double>& thetas = levels.Theta.Values();
+  const std::vector<double>& thetaEs = levels.ThetaE.Values();
+  std::vector<int> liftable(pressures.size());
+  std::size_t count = 0;
+  for (std::size_t i = 0; i < pressures.size() && pressures[i] >= grid.Top; ++i) {
+    if (NotAvailable(thetaEs[i]) || !(thetaEs[i] > 0) || !(thetas[i] > 0)) continue;
+    liftable[count] = static_cast<int>(i) + 1;
+    ++count;
   }
+  liftable.resize(count);
   return liftable;
 }
 

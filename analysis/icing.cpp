@@ -184,9 +184,10 @@ struct HeightRange {
 };
 HeightRange RangeOf(const LevelProfile& levels, double coldest) {
   HeightRange range{levels.Height(1), levels.Height(1) - 1};
-  for (int i = 1; i <= levels.Count(); ++i) {
-    if (levels.Temp(i) >= coldest) range.High = levels.Height(std::min(i + 1, levels.Count()));
-  }
+  const std::vector<double>& temps = levels.Temp.Values();
+  std::size_t count = temps.size();  // of the levels up to the highest that is warm enough
+  while (count > 0 && !(temps[count - 1] >= coldest)) --count;
+  if (count > 0) range.High = levels.Height(std::min(static_cast<int>(count) + 1, levels.Count()));
   return range;
 }
 

@@ -29,23 +29,26 @@ constexpr double kSteepDepth = 1000;        // m
 // empty when the sounding ends inside the depth before `least`.
 template <class Test>
 bool LapseHolds(const LevelProfile& levels, int from, double depth, double least, Test holds) {
-  const double base = levels.Height(from);
+  const std::vector<double>& heights = levels.Height.Values();
+  const std::vector<double>& temps = levels.Temp.Values();
+  const auto bottom = static_cast<std::size_t>(from) - 1;
+  const double base = heights[bottom];
   const auto lapseTo = [&](double height, double temp) {
-    return (levels.Temp(from) - temp) / (height - base) * 1000;
+    return (temps[bottom] - temp) / (height - base) * 1000;
   };
-  for (int i = from + 1; i <= levels.Count(); ++i) {
-    const double height = levels.Height(i);
+  for (std::size_t i = bottom + 1; i < heights.size(); ++i) {
+    const double height = heights[i];
     if (!(height > base)) return false;
     if (height <= base + depth) {
-      if (!holds(lapseTo(height, levels.Temp(i)))) return false;
+      if (!holds(lapseTo(height, temps[i]))) return false;
       if (height == base + depth) return true;
       continue;
     }
-    const double share = (base + depth - levels.Height(i - 1)) / (height - levels.Height(i - 1));
-    const double temp = levels.Temp(i - 1) + share * (levels.Temp(i) - levels.Temp(i - 1));
+    const double share = (base + depth - heights[i - 1]) / (height - heights[i - 1]);
+    const double temp = temps[i - 1] + share * (temps[i] - temps[i - 1]);
     return holds(lapseTo(base + depth, temp));
   }
-  return levels.Count() > from && levels.Height(levels.Count()) - base >= least;
+  return levels.Count() > from && heights.back() - base >= least;
 }
 
 bool IsTropopause(const LevelProfile& levels, int level) {
@@ -83,7 +86,11 @@ InversionKind KindOf(const LevelProfile& levels, int base, int top,
 std::vector<LevelPoint> FindTropopauses(const LevelProfile& levels) {
   std::vector<LevelPoint> found;
   bool searching = true;  // for a tropopause, else for the steep layer after one
-  for (int i = 1; i <= levels.Count(); ++i) {
+  // None lies lower; and steepness above it counts only behind one.
+  const std::vector<double>& pressures = levels.Press.Values();
+  const auto isHigh = [](double press) { return !(press > kTropopausePress); };
+  const auto first = std::ranges::find_if(pressures, isHigh) - pressures.begin();
+  for (int i = static_cast<int>(first) + 1; i <= levels.Count(); ++i) {
     if (!searching && IsSteepAgain(levels, i)) searching = true;
     if (searching && IsTropopause(levels, i)) {
       found.push_back(PointOf(levels, i));
@@ -119,14 +126,17 @@ std::vector<Inversion> FindInversions(const LevelProfile& levels,
 
 std::vector<LevelPoint> FindFreezingLevels(const LevelProfile& levels) {
   std::vector<LevelPoint> found;
-  for (int i = 1; i <= levels.Count(); ++i) {
-    const double temp = levels.Temp(i);
-    const double below = i == 1 ? temp : levels.Temp(i - 1);
+  const std::vector<double>& temps = levels.Temp.Values();
+  for (std::size_t at = 0; at < temps.size(); ++at) {
+    const double temp = temps[at];
+    const double below = at == 0 ? temp : temps[at - 1];
+    if ((below > 0) == (temp > 0) && temp != 0) continue;
+    const int i = static_cast<int>(at) + 1;
     if (temp == 0) {
       if (i == 1 || below != 0) found.push_back(PointOf(levels, i));
       continue;
     }
-    if (i == 1 || below == 0 || (below > 0) == (temp > 0)) continue;
+    if (below == 0) continue;
     if (!(levels.Press(i) > 0) || !(levels.Press(i - 1) > 0)) continue;
     const double lowLog = std::log(levels.Press(i - 1));
     const double press =

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "analysis/column_math.h"
 #include "analysis/interpolate.h"
 #include "analysis/moist_air.h"
 #include "analysis/profile_walk.h"
@@ -19,6 +20,17 @@ constexpr double kFeetPerMinute = 0.00508;  // m/s
 
 // Potential temperatures carry a noise of some 1e-5 K: air this much warmer is no lid.
 constexpr double kNoLid = 1e-4;  // K
+
+// The air's temperature minus that of air risen dry from the ground, °C. The level's own ratio of
+// temperature to potential temperature stands for (p/1000)^0.2856.
+VEXA_WIDE void FillThermalIndex(const double* temps, const double* thetas, std::size_t count,
+                                double theta, double* indices) {
+  VEXA_INDEPENDENT
+  for (std::size_t i = 0; i < count; ++i) {
+    const double tempK = temps[i] + kKelvinOffset;
+    indices[i] = tempK - theta * tempK / thetas[i];
+  }
+}
 
 // Where air that rises dry from the ground stops being potentially warmer than the air about it;
 // none where the sounding ends first.
@@ -92,11 +104,8 @@ SoaringResults AnalyseSoaring(const AnalysisResults& results, const AnalysisSett
   soaring.MaxTemp = DayTemp(levels, settings);
   const double theta = ThetaPoint(ground, soaring.MaxTemp).Theta;
   soaring.ThermalIndex.Resize(levels.Count());
-  for (int i = 1; i <= levels.Count(); ++i) {
-    // The level's own ratio of temperature to potential temperature stands for (p/1000)^0.2856.
-    const double tempK = levels.Temp(i) + kKelvinOffset;
-    soaring.ThermalIndex(i) = tempK - theta * tempK / levels.Theta(i);
-  }
+  FillThermalIndex(levels.Temp.Values().data(), levels.Theta.Values().data(),
+                   levels.Temp.Values().size(), theta, soaring.ThermalIndex.Values().data());
 
   const double triggerPress =
       GetPRESS(levels, levels.Height(1) + MetersFromFeet(settings.TriggerHgt));

@@ -108,6 +108,7 @@ std::vector<WindPair> PairWinds(const WindProfile& winds, const LevelProfile& le
   const double top = levels.Height.Top();
   // The last wind may stand a little above the last temperature, whose height is worked out.
   const double reach = top + kBeyondShare * (top - bottom);
+  constexpr double kRounding = 0.01;  // m
   if (leastThickness == 0) pairs.reserve(winds.Count());
   ProfileWalk walk(levels);
   AirPoint low;
@@ -117,7 +118,11 @@ std::vector<WindPair> PairWinds(const WindProfile& winds, const LevelProfile& le
     const double height = winds.Heights[i];
     if (height > highest) break;
     if (height < bottom || height > reach) continue;
-    if (begun && !(height - low.Height >= std::max(leastThickness, 1e-6))) continue;
+    if (begun && !(height - low.Height >= std::max(leastThickness, 1e-6))) {
+      const double near = std::min(low.Height + leastThickness - kRounding, highest);
+      while (i + 1 < winds.Count() && winds.Heights[i + 1] < near) ++i;
+      continue;
+    }
     AirPoint high = walk.At(std::min(height, top));
     high.Height = height;
     const WindVector& wind = winds.Vectors[i];

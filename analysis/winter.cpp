@@ -40,7 +40,9 @@ std::vector<double> SignedAreas(const LevelProfile& levels) {
   };
   for (int i = 1; i < levels.Count(); ++i) {
     if (levels.Press(i + 1) < kHighest) break;
-    const double depth = std::log(levels.Press(i) / levels.Press(i + 1));
+    const bool hasLogs = levels.Press(i) > 0 && levels.Press(i + 1) > 0;
+    const double depth = hasLogs ? levels.LogPress(i) - levels.LogPress(i + 1)
+                                 : std::log(levels.Press(i) / levels.Press(i + 1));
     const double low = value(i);
     const double high = value(i + 1);
     if ((low > 0) == (high > 0) || low == 0 || high == 0) {
@@ -126,9 +128,10 @@ double SnowSquall(const WindProfile& winds, const LevelProfile& levels) {
 
 std::vector<WinterResults::DendriticLayer> DendriticZone(const LevelProfile& levels) {
   std::vector<WinterResults::DendriticLayer> zone;
+  const std::vector<double>& temps = levels.Temp.Values();
   for (int i = 1; i < levels.Count(); ++i) {
-    const double low = levels.Temp(i);
-    const double high = levels.Temp(i + 1);
+    const double low = temps[static_cast<std::size_t>(i) - 1];
+    const double high = temps[static_cast<std::size_t>(i)];
     if (std::max(low, high) < kDendriticCold || std::min(low, high) > kDendriticWarm) continue;
     // The part of the layer that lies inside the zone.
     double from = 0;
