@@ -1,9 +1,12 @@
 #include "analysis/storm_motion.h"
 
+#include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <span>
 #include <vector>
 
+#include "analysis/column_math.h"
 #include "core/units.h"
 
 namespace vexa::analysis {
@@ -43,6 +46,17 @@ struct LayerWinds {
   const WindVector& Highest() const { return Top ? *Top : Levels.back(); }
 };
 
+// Whether two neighbours among the lowest winds lie too far apart.
+VEXA_WIDE bool HasGap(const double* heights, double ground, std::size_t count) {
+  std::uint64_t gaps = 0;
+  for (std::size_t i = 1; i < count; ++i) {
+    const double depth =
+        std::max(heights[i] - ground, 0.0) - std::max(heights[i - 1] - ground, 0.0);
+    gaps |= depth > kWidestWindGap ? 1 : 0;
+  }
+  return gaps != 0;
+}
+
 // The winds from the ground up, for all layers above it.
 class WindsAbove {
  public:
@@ -54,12 +68,12 @@ class WindsAbove {
   LayerWinds Layer(double depth) const {
     LayerWinds layer;
     layer.HasSurface = count_ > 0 && Height(0) <= kSurfaceWindDepth && Height(0) <= depth + kAtTop;
-    std::size_t count = 0;
-    bool hasGap = false;
-    while (count < count_ && Height(count) <= depth + kAtTop) ++count;
-    for (std::size_t i = 1; i < count_ && Height(i - 1) < depth - kAtTop && !hasGap; ++i) {
-      hasGap = Height(i) - Height(i - 1) > kWidestWindGap;
-    }
+    const std::size_t count =
+        CountWhile([&](std::size_t i) { return Height(i) <= depth + kAtTop; });
+    const std::size_t inside =
+        CountWhile([&](std::size_t i) { return Height(i) < depth - kAtTop; });
+    const bool hasGap =
+        HasGap(winds_.Heights.data() + first_, ground_, std::min(inside + 1, count_));
     layer.Levels = std::span(winds_.Vectors).subspan(first_, count);
     const double reached = count > 0 ? Height(count - 1) : 0;
     layer.ReachesTop = count > 0 && std::fabs(reached - depth) <= kAtTop;
@@ -75,6 +89,25 @@ class WindsAbove {
  private:
   // m above the ground of one of them, from 0.
   double Height(std::size_t i) const { return std::max(winds_.Heights[first_ + i] - ground_, 0.0); }
+
+  // How many of them, from the lowest on, are so; each that is not has none above it that is.
+  template <class IsSo>
+  std::size_t CountWhile(IsSo isSo) const {
+    std::size_t low = 0;
+    if (!winds_.IsOrdered) {
+      while (low < count_ && isSo(low)) ++low;
+      return low;
+    }
+    for (std::size_t high = count_; low < high;) {
+      const std::size_t middle = low + (high - low) / 2;
+      if (isSo(middle)) {
+        low = middle + 1;
+      } else {
+        high = middle;
+      }
+    }
+    return low;
+  }
 
   bool BeginsInTime(double depth) const {
     if (count_ == 0) return false;
