@@ -8,6 +8,10 @@ SourceText::SourceText(std::string name, std::string bytes, int linesBefore)
     : name_(std::move(name)), bytes_(std::move(bytes)), linesBefore_(linesBefore) {
   constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
   if (bytes_.starts_with(kByteOrderMark)) bytes_.erase(0, kByteOrderMark.size());
+}
+
+void SourceText::Cut() const {
+  lines_.clear();
   for (std::size_t begin = 0; begin < bytes_.size();) {
     const std::size_t feed = bytes_.find('\n', begin);
     const std::size_t next = feed == std::string::npos ? bytes_.size() : feed + 1;
@@ -16,6 +20,7 @@ SourceText::SourceText(std::string name, std::string bytes, int linesBefore)
     lines_.push_back({static_cast<std::uint32_t>(begin), static_cast<std::uint32_t>(end - begin)});
     begin = next;
   }
+  isCut_ = true;
 }
 
 SourceText::SourceText(std::string name, std::vector<SourceText> members)
@@ -23,7 +28,7 @@ SourceText::SourceText(std::string name, std::vector<SourceText> members)
 
 SourceText SourceText::Part(int from, int to) const {
   const auto beginOf = [this](int line) {
-    return line > LineCount() ? bytes_.size() : lines_[static_cast<std::size_t>(line) - 1].Begin;
+    return line > LineCount() ? bytes_.size() : Lines()[static_cast<std::size_t>(line) - 1].Begin;
   };
   const std::size_t begin = beginOf(from);
   SourceText part(name_, bytes_.substr(begin, beginOf(to) - begin));

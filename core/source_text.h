@@ -27,11 +27,11 @@ class SourceText {
   const std::string& Bytes() const { return bytes_; }
   const std::vector<SourceText>& Members() const { return members_; }
 
-  int LineCount() const { return static_cast<int>(lines_.size()); }
+  int LineCount() const { return static_cast<int>(Lines().size()); }
   /// Line without its end, 1-based. Throws std::out_of_range outside.
   std::string_view Line(int number) const {
     if (number < 1 || number > LineCount()) throw std::out_of_range("line number");
-    const Span& span = lines_[static_cast<std::size_t>(number) - 1];
+    const Span& span = Lines()[static_cast<std::size_t>(number) - 1];
     return {bytes_.data() + span.Begin, span.Length};
   }
 
@@ -51,9 +51,17 @@ class SourceText {
     std::uint32_t Length = 0;
   };
 
+  const std::vector<Span>& Lines() const {
+    if (!isCut_) Cut();
+    return lines_;
+  }
+  void Cut() const;
+
   std::string name_{};
   std::string bytes_{};
-  std::vector<Span> lines_{};
+  // Cut when first asked for, by one thread: a native file is read without.
+  mutable std::vector<Span> lines_{};
+  mutable bool isCut_ = false;
   std::vector<SourceText> members_{};
   int linesBefore_ = 0;
   std::optional<std::chrono::sys_days> writtenOn_{};

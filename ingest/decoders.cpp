@@ -69,7 +69,7 @@ bool IsEmptyOfText(const SourceText& plain) {
 }
 
 const Decoder* Recognise(const SourceText& plain) {
-  if (plain.LineCount() == 1 && IsEmptyOfText(plain)) return nullptr;
+  if (IsEmptyOfText(plain) && plain.LineCount() == 1) return nullptr;
   const auto* decoder = std::ranges::find_if(
       kDecoders, [&plain](const Decoder& row) { return row.Recognises(plain); });
   return decoder == std::end(kDecoders) ? nullptr : decoder;
