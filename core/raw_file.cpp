@@ -1,8 +1,8 @@
 #include "core/raw_file.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
-#include <initializer_list>
 
 #include "core/error_report.h"
 #include "core/letter_case.h"
@@ -51,12 +51,10 @@ class RawReader {
       for (int spare = 1; spare <= 3; ++spare) Text("a spare field");
       if (variant == RawVariant::Quick) Text("the spare text");
     }
-    Reserve(tempRows, {&into_.Press, &into_.Temp, &into_.Dewpt});
+    Reserve(tempRows, into_.Press, into_.Temp, into_.Dewpt);
     for (int row = 1; row <= tempRows && !fault_; ++row) {
-      const double press = Number("the pressure");
-      const double temp = Number("the temperature");
-      const double dewpt = Number("the dew point");
-      if (!fault_) into_.AddTemp(press, temp, dewpt);
+      const Row level = Numbers("the pressure", "the temperature", "the dew point");
+      if (!fault_) into_.AddTemp(level[0], level[1], level[2]);
     }
     ReadWinds(windRows);
     for (int row = 1; row <= cloudRows && !fault_; ++row) {
@@ -80,20 +78,20 @@ class RawReader {
 
  private:
   // No more than what is left of the text can hold.
-  void Reserve(int rows, std::initializer_list<Levels<double>*> columns) const {
+  template <class... Columns>
+  void Reserve(int rows, Columns&... columns) const {
     constexpr std::size_t kShortestRow = 6;  // "0,0,0" and the line's end
     const std::size_t most =
         std::min(static_cast<std::size_t>(std::max(rows, 0)), fields_.Rest().size() / kShortestRow);
-    for (Levels<double>* column : columns) column->Values().reserve(most);
+    (columns.Values().reserve(most), ...);
   }
 
   void ReadWinds(int rows) {
-    Reserve(rows, {&into_.WindHgt, &into_.WindDir, &into_.WindSpd});
+    Reserve(rows, into_.WindHgt, into_.WindDir, into_.WindSpd, into_.WorkWindDir,
+            into_.WorkWindSpd);
     for (int row = 1; row <= rows && !fault_; ++row) {
-      const double height = Number("the wind height");
-      const double direction = Number("the wind direction");
-      const double speed = Number("the wind speed");
-      if (!fault_) into_.AddWind(height, direction, speed);
+      const Row level = Numbers("the wind height", "the wind direction", "the wind speed");
+      if (!fault_) into_.AddWind(level[0], level[1], level[2]);
     }
   }
 
@@ -165,6 +163,12 @@ class RawReader {
     if (fault_) return 0;
     if (const std::optional<double> number = fields_.TakeNumber()) return *number;
     return Take(&RecordReader::Number, what, 0.0);
+  }
+  using Row = std::array<double, 3>;
+  Row Numbers(std::string_view first, std::string_view second, std::string_view third) {
+    Row row{};
+    if (!fault_ && fields_.TakeRow(row)) return row;
+    return {Number(first), Number(second), Number(third)};
   }
   int Count(std::string_view what) { return Take(&RecordReader::Count, what, 0); }
 

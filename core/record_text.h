@@ -3,6 +3,7 @@
 // elsewhere; each field remembers its line for messages.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -36,6 +37,9 @@ class RecordReader {
   /// The same where a number stands next on the line, as it nearly always does; else nothing is
   /// taken.
   std::optional<double> TakeNumber();
+  /// Three numbers that are the rest of their line, as in a table of levels; where anything else
+  /// stands nothing is taken.
+  bool TakeRow(std::array<double, 3>& row);
   /// The next field as a whole number not below 0.
   Outcome<int> Count(std::string_view what);
 
