@@ -9,6 +9,7 @@
 
 #include "analysis/column_math.h"
 #include "analysis/moist_air.h"
+#include "analysis/pressure_grid.h"
 #include "analysis/standard_atmosphere.h"
 #include "analysis/working_wind.h"
 #include "core/markers.h"
@@ -144,6 +145,12 @@ double LogPressAt(const LevelProfile& levels, std::size_t at) {
   return at < logs.size() ? logs[at] : std::log(levels.Press.Values()[at]);
 }
 
+// Most pressures that are asked for are whole.
+double LogOf(double press) {
+  const int whole = press <= kGridBottom ? static_cast<int>(press) : 0;
+  return whole > 0 && whole == press ? WholeHpa().Log[GridIndex(whole)] : std::log(press);
+}
+
 // 9999 m and 999.9 m are heights like any other: only the other quantities can be missing.
 bool MissingAt(Quantity quantity, double value) {
   return quantity == Quantity::Height ? !std::isfinite(value) : NotAvailable(value);
@@ -167,7 +174,7 @@ Sample SampleAt(const LevelProfile& levels, double press, Quantity quantity) {
   const double lowLog = LogPressAt(levels, bracket->Low);
   const double span =
       lowPress == highPress ? kEqualPressures : LogPressAt(levels, bracket->High) - lowLog;
-  return {low + (high - low) * (std::log(press) - lowLog) / span, Found::Value};
+  return {low + (high - low) * (LogOf(press) - lowLog) / span, Found::Value};
 }
 
 double GetTEMP(const LevelProfile& levels, double press, Quantity quantity) {

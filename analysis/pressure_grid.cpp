@@ -41,6 +41,7 @@ PressureGrid MakePressureGrid(const LevelProfile& levels) {
   const double* wholeLogs = WholeHpa().Log.data() + GridIndex(grid.Bottom);
   const double* temps = levels.Temp.Values().data();
   const double* virtuals = levels.VirtualTemp.Values().data();
+  constexpr std::size_t kAtATime = 8;
   std::size_t filled = 0;
   std::size_t low = 0;  // the level below the layer in work
   for (std::size_t high = 0; high < pressures.size(); ++high) {
@@ -56,11 +57,18 @@ PressureGrid MakePressureGrid(const LevelProfile& levels) {
     const double span = high == low ? 1 : logs[high] - logs[low];
     const double rise = (temps[high] - temps[low]) / span;
     const double virtualRise = (virtuals[high] - virtuals[low]) / span;
-    for (std::size_t i = filled; i < end; ++i) {
-      const double depth = wholeLogs[i] - logs[low];
-      grid.Temp[i] = temps[low] + rise * depth;
-      grid.VirtualTemp[i] = virtuals[low] + virtualRise * depth;
-    }
+    const auto fill = [&](std::size_t from, std::size_t count) {
+      for (std::size_t i = from; i < from + count; ++i) {
+        const double depth = wholeLogs[i] - logs[low];
+        grid.Temp[i] = temps[low] + rise * depth;
+        grid.VirtualTemp[i] = virtuals[low] + virtualRise * depth;
+      }
+    };
+    // Of a deep layer some at a time, beyond it too: the next layer writes over them.
+    std::size_t from = filled;
+    const bool isDeep = end - filled > 2;
+    for (; isDeep && from < end && from + kAtATime <= most; from += kAtATime) fill(from, kAtATime);
+    if (from < end) fill(from, end - from);
     if (end > filled && static_cast<double>(most - end + 1) == pressures[high]) {
       grid.Temp[end - 1] = temps[high];
       grid.VirtualTemp[end - 1] = virtuals[high];
