@@ -1,8 +1,8 @@
 #include "analysis/analysis.h"
 
+#include <bit>
 #include <cmath>
 #include <cstdint>
-#include <limits>
 
 #include "analysis/adiabat_table.h"
 #include "analysis/clouds.h"
@@ -144,11 +144,14 @@ bool Finite(const LevelPoint& level) {
   return std::isfinite(level.Press) && std::isfinite(level.Height) && std::isfinite(level.Temp);
 }
 
+// An exponent of ones, which only what is not finite has, carries into the highest bit.
 VEXA_WIDE bool IsAllFinite(const double* values, std::size_t count) {
-  constexpr double kLargest = std::numeric_limits<double>::max();
-  std::uint64_t others = 0;
-  for (std::size_t i = 0; i < count; ++i) others |= std::fabs(values[i]) <= kLargest ? 0 : 1;
-  return others == 0;
+  constexpr std::uint64_t kExponent = 0x7FF0000000000000, kLastOne = 0x0010000000000000;
+  std::uint64_t carried = 0;
+  for (std::size_t i = 0; i < count; ++i) {
+    carried |= (std::bit_cast<std::uint64_t>(values[i]) & kExponent) + kLastOne;
+  }
+  return (carried >> 63) == 0;
 }
 
 // Levels that no atmosphere has, colder than absolute zero or without pressure, lead formulas out

@@ -165,29 +165,43 @@ namespace {
 constexpr double kHeatCapacity = 1005;  // J/(kg K), of dry air
 constexpr double kVaporHeat = 2.501e6;  // J/kg
 
+double MoistShare(double mixing) {
+  return mixing / (1 + mixing);
+}
+
+// Saturated static energy, J/kg, of air of a static energy of its own.
+double SaturatedEnergy(double dry, double press, double vapor) {
+  return dry + (vapor < press ? kVaporHeat * MoistShare(kEpsilon * vapor / (press - vapor)) : 0);
+}
+
 // What air loses in buoyancy by mixing with the mean of all air below it, m²/s²: from the free
 // level to the EL the saturated static energy at a height minus the mean of the air's own, the
 // levels without a dew point taken as dry.
 double DilutionPotential(const LevelProfile& levels, SaturationOver over, double free, double end) {
-  const double ground = levels.Height(1);
+  const double* pressures = levels.Press.Values().data();
+  const double* temps = levels.Temp.Values().data();
+  const double* heights = levels.Height.Values().data();
+  const double* mixings = levels.MixingRatio.Values().data();
+  const double ground = heights[0];
   double sum = 0;
   double energies = 0;  // integral of the static energy from the ground
   double heightBelow = ground, energyBelow = 0, pullBelow = 0;
-  const auto share = [](double mixing) { return mixing / (1 + mixing); };
-  for (int i = 1; i <= levels.Count(); ++i) {
-    const double press = levels.Press(i);
-    const double tempK = levels.Temp(i) + kKelvinOffset;
-    const double height = levels.Height(i);
+  for (std::size_t i = 0; i < levels.Press.Values().size(); ++i) {
+    const double tempK = temps[i] + kKelvinOffset;
+    const double height = heights[i];
     const double dry = kHeatCapacity * tempK + kGravity * (height - ground);
-    const double mixing = NotAvailable(levels.MixingRatio(i)) ? 0 : levels.MixingRatio(i);
-    const double energy = dry + kVaporHeat * share(mixing);
-    const double vapor = TabledSatVapor(levels.Temp(i), over);
-    const double saturated =
-        dry + (vapor < press ? kVaporHeat * share(kEpsilon * vapor / (press - vapor)) : 0);
+    const double energy = dry + kVaporHeat * MoistShare(NotAvailable(mixings[i]) ? 0 : mixings[i]);
     const double depth = height - heightBelow;
     energies += (energy + energyBelow) / 2 * depth;
-    const double mean = height > ground ? energies / (height - ground) : energy;
-    const double pull = kGravity / (kHeatCapacity * tempK) * (saturated - mean);
+    // What lies below the free level is in the mean only.
+    const bool counts = i + 1 == levels.Press.Values().size() || height >= free ||
+                        std::max(height, heights[i + 1]) > free;
+    double pull = 0;
+    if (counts) {
+      const double mean = height > ground ? energies / (height - ground) : energy;
+      const double saturated = SaturatedEnergy(dry, pressures[i], TabledSatVapor(temps[i], over));
+      pull = kGravity / (kHeatCapacity * tempK) * (saturated - mean);
+    }
     const double from = std::max(heightBelow, free);
     const double to = std::min(height, end);
     if (to > from && depth > 0) {

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <optional>
 
+#include "analysis/column_math.h"
 #include "analysis/exact.h"
 #include "analysis/interpolate.h"
 #include "analysis/parcel_source.h"
@@ -124,10 +126,30 @@ std::vector<Inversion> FindInversions(const LevelProfile& levels,
   return found;
 }
 
+namespace {
+
+constexpr std::size_t kAtATime = 64;
+
+// Whether each temperature is on the same side of 0 °C as the one below the first.
+VEXA_WIDE bool KeepsSign(const double* temps, std::size_t count) {
+  std::uint64_t changes = 0;
+  const bool isWarm = temps[-1] > 0;
+  for (std::size_t i = 0; i < count; ++i) {
+    changes |= ((temps[i] > 0) != isWarm) | (temps[i] == 0) ? 1 : 0;
+  }
+  return changes == 0;
+}
+
+}  // namespace
+
 std::vector<LevelPoint> FindFreezingLevels(const LevelProfile& levels) {
   std::vector<LevelPoint> found;
   const std::vector<double>& temps = levels.Temp.Values();
   for (std::size_t at = 0; at < temps.size(); ++at) {
+    if (at > 0 && at + kAtATime <= temps.size() && KeepsSign(temps.data() + at, kAtATime)) {
+      at += kAtATime - 1;
+      continue;
+    }
     const double temp = temps[at];
     const double below = at == 0 ? temp : temps[at - 1];
     if ((below > 0) == (temp > 0) && temp != 0) continue;
