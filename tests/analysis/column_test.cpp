@@ -5,11 +5,17 @@
 #include <algorithm>
 #include <cmath>
 #include <random>
+#include <vector>
 
 #include "analysis/column_math.h"
+#include "analysis/interpolate.h"
+#include "analysis/layers.h"
+#include "analysis/level_listing.h"
 #include "analysis/level_profile.h"
 #include "analysis/moist_air.h"
+#include "analysis/standard_atmosphere.h"
 #include "config/options.h"
+#include "core/markers.h"
 
 namespace vexa::analysis {
 namespace {
@@ -31,6 +37,108 @@ TEST(ColumnMath, GivesTheLibrarysNumbers) {
   }
   for (double ratio = 0.7; ratio < 1.43; ratio += 0.0007) {
     EXPECT_NEAR(LogOfRatio(250 * ratio, 250), std::log(ratio), kLastPlaces) << ratio;
+  }
+}
+
+TEST(ColumnMath, SumsOfOneSignOfAnyLength) {
+  std::mt19937 random(7);
+  std::vector<double> values(70);
+  for (double& value : values) value = std::uniform_real_distribution<double>(-9, 9)(random);
+  for (std::size_t from : {0, 1, 5}) {
+    for (std::size_t to = from; to <= values.size(); ++to) {
+      double positive = 0, negative = 0;
+      for (std::size_t i = from; i < to; ++i) (values[i] > 0 ? positive : negative) += values[i];
+      EXPECT_NEAR(PositiveSum(values.data(), from, to), positive, 1e-12) << from << '-' << to;
+      EXPECT_NEAR(NegativeSum(values.data(), from, to), negative, 1e-12) << from << '-' << to;
+    }
+  }
+}
+
+// Of pressures in any order, the impossible among them.
+TEST(StandardAtmosphere, ColumnsOfPressuresGiveTheHeightsOfEach) {
+  std::mt19937 random(11);
+  std::vector<double> pressures = {0, -5, 1e5, std::nan(""), 1013.25, 226.3204, 3000, 0.0088};
+  for (double press = 4000; press > 0.005; press *= 0.991) pressures.push_back(press);
+  for (int pass = 0; pass < 2; ++pass) {
+    std::vector<double> logs, heights(pressures.size());
+    for (const double press : pressures) logs.push_back(press > 0 ? std::log(press) : 0);
+    FillIsaHeights(pressures.data(), logs.data(), pressures.size(), heights.data());
+    for (std::size_t i = 0; i < pressures.size(); ++i) {
+      EXPECT_NEAR(heights[i], IsaHeight(pressures[i]), 1e-9) << pressures[i];
+    }
+    std::ranges::shuffle(pressures, random);
+  }
+}
+
+// Winds that are not there are left out wherever they stand, and none is taken for another.
+TEST(DeriveWinds, LeavesOutWhatIsNoWind) {
+  const auto heightsOf = [](int gap, double height, double dir, double spd) {
+    SoundingRecord sounding;
+    for (int i = 0; i < 20; ++i) {
+      if (i == gap) {
+        sounding.AddWind(height, dir, spd);
+      } else {
+        sounding.AddWind(100 * i, 90, i);
+      }
+    }
+    const WindProfile winds = DeriveWinds(sounding);
+    EXPECT_EQ(winds.Vectors.size(), winds.Heights.size());
+    for (std::size_t i = 0; i < winds.Count(); ++i) {
+      EXPECT_NEAR(winds.Vectors[i].U, winds.Heights[i] / 100, 1e-6);
+    }
+    return winds.Count();
+  };
+  for (const int gap : {0, 9, 19}) {
+    EXPECT_EQ(heightsOf(gap, 100 * gap, 90, gap), 20u);
+    EXPECT_EQ(heightsOf(gap, kNone, 90, 5), 19u);
+    EXPECT_EQ(heightsOf(gap, kNotReached, 90, 5), 19u);
+    EXPECT_EQ(heightsOf(gap, 100 * gap, kMissing, 5), 19u);
+    EXPECT_EQ(heightsOf(gap, 100 * gap, 90, kNone), 19u);
+    EXPECT_EQ(heightsOf(gap, 100 * gap, 90, 9999), 19u);
+  }
+}
+
+// Levels are passed over by the dozen where nothing changes: not those where something does.
+TEST(FreezingLevels, AreFoundAmongHundredsOfLevels) {
+  for (const int warm : {1, 2, 63, 64, 65, 66, 128, 129, 130, 290}) {
+    for (const double first : {-1.0, 0.0}) {
+      SCOPED_TRACE(testing::Message() << warm << ' ' << first);
+      SoundingRecord sounding;
+      for (int i = 0; i < 300; ++i) {
+        sounding.AddTemp(1000 - 3 * i, i < warm ? 1 : i == warm ? first : -1, kMissing);
+      }
+      const std::vector<LevelPoint> found = FindFreezingLevels(DeriveLevels(sounding, Options{}));
+      ASSERT_EQ(found.size(), 1u);
+      const double above = 1000 - 3 * warm;
+      EXPECT_NEAR(found[0].Press, first == 0 ? above : std::sqrt(above * (above + 3)), 1e-6);
+    }
+  }
+}
+
+// The same air, level by level and among hundreds, one of them with a humidity that no air has.
+TEST(Contrails, OfManyLevelsAsOfEach) {
+  SoundingRecord sounding;
+  for (int i = 0; i < 400; ++i) {
+    const double press = 1000 * std::exp(-0.012 * i);
+    const double temp = std::max(15 - 0.25 * i, -72.0) + 4 * std::sin(0.3 * i);
+    sounding.AddTemp(press, temp, i % 7 == 0 ? kMissing : temp - 6 - 5 * std::sin(0.7 * i));
+  }
+  LevelProfile levels = DeriveLevels(sounding, Options{});
+  levels.RelHumidity(150) = 1500;
+  levels.Temp(151) = 9000;
+  const std::vector<AirLayer> layers = FindContrails(levels, 60);
+  EXPECT_GT(layers.size(), 3u);
+  const auto isInside = [&](double height) {
+    return std::ranges::any_of(layers, [height](const AirLayer& layer) {
+      return height >= layer.Base.Height && height <= layer.Top.Height;
+    });
+  };
+  for (int i = 1; i <= levels.Count(); ++i) {
+    if (levels.Press(i) > 500) continue;
+    const double humidity = IsMissing(levels.RelHumidity(i)) ? 60 : levels.RelHumidity(i);
+    const double threshold = ContrailTemp(levels.Press(i), humidity);
+    if (IsMissing(threshold) || std::fabs(levels.Temp(i) - threshold) < 1e-3) continue;
+    EXPECT_EQ(isInside(levels.Height(i)), levels.Temp(i) < threshold) << levels.Press(i);
   }
 }
 

@@ -103,6 +103,34 @@ TEST(LoadRAW, FieldsMayBreakAnywhere) {
   EXPECT_EQ(ReadText(oneLine + "\x1A garbage").Record, whole);
 }
 
+// A row is read at once where it is plain, its fields one by one where it is not: nothing but time
+// is to tell the two.
+TEST(LoadRAW, RowsMayBeWrittenInAnyWay) {
+  const std::string head =
+      "\"VEXA 5.7\",\"t\",1,3,1\r\n45,\"N\",8,\"E\",120\r\n\"AUTO\",0,\"AUTO\",0,0,\"\",\"\"\r\n";
+  const std::string rows[] = {
+      "1000,10,5\r\n900.5,-4,2.25\r\n800,-10,-12\r\n130,270,15\r\n",
+      "1000,10,5\n900.5,-4,2.25\n800,-10,-12\n130,270,15",
+      "1000,10,5\r900.5,-4,2.25\r800,-10,-12\r130,270,15\r",
+      "1000,10,5\r\r\n900.5,-4,2.25,\r\n 800 , -10,-12 \r\n130,270,15\r\n",
+      "1000,10,5,900.5\r\n-4,2.25,800\r\n\r\n-10,-12,130\r\n270,15\r\n",
+      "+1000,1e1,5.\r\n9.005E2,-4.0000000000000000000000000000,2.2500000000000000000000000000\r\n"
+      "800,-10,-12\r\n130,270,15\x1A,7\r\n",
+  };
+  for (const std::string& text : rows) {
+    const Read read = ReadText(head + text);
+    EXPECT_FALSE(read.Failed) << text << read.Failed->Detail;
+    EXPECT_EQ(read.Record.Press, Levels<double>({1000, 900.5, 800})) << text;
+    EXPECT_EQ(read.Record.Temp, Levels<double>({10, -4, -10})) << text;
+    EXPECT_EQ(read.Record.Dewpt, Levels<double>({5, 2.25, -12})) << text;
+    EXPECT_EQ(read.Record.WindHgt, Levels<double>({130})) << text;
+    EXPECT_EQ(read.Record.WindSpd, Levels<double>({15})) << text;
+  }
+  const Read four = ReadText(head + "1000,10,5\r\n900,4,2\r\n800,-10,-12x\r\n130,270,15\r\n");
+  ASSERT_TRUE(four.Failed);
+  EXPECT_EQ(four.Failed->Detail, "x.RAW, line 6: the dew point should be a number, not \"-12x\"");
+}
+
 TEST(LoadRAW, DamageNamesLineAndReasonAndKeepsWhatWasRead) {
   const std::string head = "\"VEXA 5.7\",\"t\",1,2,1\r\n45,\"N\",8,\"E\",120\r\n";
   const std::string clouds = "\"AUTO\",0,\"AUTO\",0,0,\"\",\"\"\r\n";
