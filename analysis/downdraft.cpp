@@ -20,9 +20,7 @@ constexpr double kAboveHighStation = 2000;  // m above the ground
 class Descent {
  public:
   explicit Descent(const ParcelAir& air)
-      : air_(air),
-        lowest_(LowestWhole()),
-        areas_(AreasOverLog(air.Environment(), air.Grid.Bottom)) {}
+      : air_(air), lowest_(LowestWhole()), areas_(air.Environment().size()) {}
 
   // What ByWholeHpa gives, to 1e-4 J/kg, from sums along the columns: for finding a source among
   // thousands, each at the same small cost.
@@ -45,7 +43,7 @@ class Descent {
     Begin(air_.Levels.LogPress(1),
           (air_.IsVirtual ? air_.Levels.VirtualTemp(1) : air_.Levels.Temp(1)) - atGround);
     Add(logs[GridIndex(lowest_)], environment[first] - parcel->Second);
-    energy_ += kDryGasConstant * (areas_[end] - areas_[first] - parcel->Area);
+    energy_ += kDryGasConstant * (AreaTo(end) - AreaTo(first) - parcel->Area);
     log_ = logs[GridIndex(last)];
     difference_ = environment[end] - parcel->Top;
     if (last > top) Add(air_.Levels.LogPress(source), TabledDifference(source, SourceTemp(source)));
@@ -131,6 +129,26 @@ class Descent {
     return air_.Levels.VirtualTemp(level) - VirtualTemp(parcelTemp, mixing);
   }
 
+  // Trapezoids of the surroundings over -ln p from the grid's bottom up to an entry of the grid,
+  // summed as far as they are asked for and somewhat further.
+  double AreaTo(std::size_t end) {
+    if (end > summed_) SumTo(end);
+    return areas_[end];
+  }
+
+  void SumTo(std::size_t end) {
+    constexpr std::size_t kFurther = 64;
+    const std::size_t to = std::min(end + kFurther, areas_.size() - 1);
+    const double* environment = air_.Environment().data();
+    const double* logs = WholeHpa().Log.data() + GridIndex(air_.Grid.Bottom);
+    double sum = areas_[summed_];
+    for (std::size_t i = summed_ + 1; i <= to; ++i) {
+      sum += (environment[i - 1] + environment[i]) / 2 * (logs[i - 1] - logs[i]);
+      areas_[i] = sum;
+    }
+    summed_ = to;
+  }
+
   void Begin(double logPress, double difference) {
     energy_ = 0;
     log_ = logPress;
@@ -146,6 +164,7 @@ class Descent {
   ParcelAir air_;
   int lowest_;                 // hPa
   std::vector<double> areas_;  // K, of the surroundings, from the grid's bottom up
+  std::size_t summed_ = 0;     // of them behind the first
   std::vector<double> temps_{};
   std::vector<double> virtuals_{};
   double energy_ = 0;
