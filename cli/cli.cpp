@@ -8,11 +8,11 @@
 #include "cli/commands.h"
 #include "core/files.h"
 #include "core/folders.h"
+#include "core/known_stations.h"
 #include "core/numbers.h"
 #include "core/platform.h"
 #include "core/raw_file.h"
 #include "core/source_text.h"
-#include "core/station_file.h"
 #include "ingest/sounding_files.h"
 #include "program/export_batch.h"
 

@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "core/error_report.h"
-#include "core/folders.h"
 #include "core/markers.h"
 #include "core/numbers.h"
 #include "core/record_text.h"
@@ -342,17 +341,6 @@ Status LoadStations(CurrentSounding& current, const std::filesystem::path& root,
   current.StatusText = "error";
   Tell(current, StationBox(reading.Finding));
   return Status::Error;
-}
-
-StationList KnownStations(const std::filesystem::path& root,
-                          const std::filesystem::path& programFolder) {
-  return StationList::ReadLater([root, programFolder]() -> StationList {
-    Outcome<std::string> text = ReadFile(root / kStationFileName);
-    if (!text) text = ReadFile(ShippedFile(programFolder, kStationFileName));
-    if (!text) return {};
-    StationList list = std::move(ReadStations(text.Value(), kStationFileName).List);
-    return NeedsConversion(list) ? ConvertStations(list) : list;
-  });
 }
 
 std::optional<Fault> SaveStations(const std::filesystem::path& root, const StationList& list,

@@ -52,11 +52,6 @@ Box StationBox(const StationFinding& finding);
 /// empty list.
 Status LoadStations(CurrentSounding& current, const std::filesystem::path& root, StationList& into);
 
-/// The list for programs without a window: of the root folder, else the shipped one, else empty.
-/// It is read when it is first looked into. Its faults are not told of.
-StationList KnownStations(const std::filesystem::path& root,
-                          const std::filesystem::path& programFolder);
-
 /// Writes the list to the root folder. Faults as of SaveUserFile.
 [[nodiscard]] std::optional<Fault> SaveStations(const std::filesystem::path& root,
                                                 const StationList& list,

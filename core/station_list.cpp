@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <iterator>
+#include <map>
 #include <mutex>
 #include <utility>
 
@@ -61,7 +62,8 @@ std::vector<std::string> StationHeader() {
 
 class StationList::Later {
  public:
-  explicit Later(std::function<StationList()> read) : read_(std::move(read)) {}
+  Later(std::function<StationList()> read, StationLookup lookup)
+      : read_(std::move(read)), lookup_(std::move(lookup)) {}
   const Parts& Get() {
     std::call_once(once_, [this] {
       StationList list = read_();
@@ -70,18 +72,37 @@ class StationList::Later {
     });
     return parts_;
   }
+  bool HasLookup() const { return lookup_.OfNumber && lookup_.OfIdent; }
+  const Station* Find(int number) { return Kept(byNumber_, number, lookup_.OfNumber); }
+  const Station* FindIdent(const std::string& ident) {
+    return Kept(byIdent_, ident, lookup_.OfIdent);
+  }
 
  private:
+  // What was looked up stays where it is.
+  template <class Key, class Lookup>
+  const Station* Kept(std::map<Key, std::optional<Station>>& known, const Key& key,
+                      const Lookup& lookup) {
+    const std::lock_guard<std::mutex> here(lock_);
+    auto at = known.find(key);
+    if (at == known.end()) at = known.emplace(key, lookup(key)).first;
+    return at->second ? &*at->second : nullptr;
+  }
+
   std::once_flag once_{};
   std::function<StationList()> read_;
   Parts parts_{};
+  StationLookup lookup_;
+  std::mutex lock_{};
+  std::map<int, std::optional<Station>> byNumber_{};
+  std::map<std::string, std::optional<Station>> byIdent_{};
 };
 
 StationList::StationList() : own_{.Header = StationHeader()} {}
 
-StationList StationList::ReadLater(std::function<StationList()> read) {
+StationList StationList::ReadLater(std::function<StationList()> read, StationLookup lookup) {
   StationList list;
-  list.later_ = std::make_shared<Later>(std::move(read));
+  list.later_ = std::make_shared<Later>(std::move(read), std::move(lookup));
   return list;
 }
 
@@ -98,9 +119,21 @@ StationList::Parts& StationList::Own() {
 }
 
 const Station* StationList::Find(int number) const {
+  if (later_ && later_->HasLookup()) return later_->Find(number);
   const std::vector<Station>& all = All();
   const auto place = std::ranges::lower_bound(all, number, {}, &Station::Number);
   return place != all.end() && place->Number == number ? &*place : nullptr;
+}
+
+const Station* StationList::FindIdent(std::string_view ident) const {
+  if (later_ && later_->HasLookup()) return later_->FindIdent(std::string(ident));
+  const auto isSought = [ident](const Station& station) { return station.Ident == ident; };
+  const std::vector<Station>& all = All();
+  const auto found = std::ranges::find_if(all, isSought);
+  if (found == all.end() || std::find_if(found + 1, all.end(), isSought) != all.end()) {
+    return nullptr;
+  }
+  return &*found;
 }
 
 bool StationList::Insert(Station station) {
@@ -148,14 +181,7 @@ const Station* StationOfLetters(const StationList& list, std::string_view letter
   constexpr std::size_t kWithoutCountry = 3, kWhole = 4;
   const bool isShort = letters.size() == kWithoutCountry;
   if (!isShort && letters.size() != kWhole) return nullptr;
-  const std::string sought = Upper((isShort ? "K" : "") + std::string(letters));
-  const auto isSought = [&sought](const Station& station) { return station.Ident == sought; };
-  const auto& all = list.All();
-  const auto found = std::ranges::find_if(all, isSought);
-  if (found == all.end() || std::find_if(found + 1, all.end(), isSought) != all.end()) {
-    return nullptr;
-  }
-  return &*found;
+  return list.FindIdent(Upper((isShort ? "K" : "") + std::string(letters)));
 }
 
 std::vector<const Station*> SearchStations(const StationList& list, std::string_view text,

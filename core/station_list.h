@@ -22,12 +22,19 @@ struct UnreadLine {
   bool operator==(const UnreadLine&) const = default;
 };
 
+/// Where a list's stations are found one by one without reading the list.
+struct StationLookup {
+  std::function<std::optional<Station>(int number)> OfNumber{};
+  std::function<std::optional<Station>(std::string_view ident)> OfIdent{};  // none of several
+};
+
 class StationList {
  public:
   StationList();
-  /// A list that is read when it is first looked into, by whatever thread; its copies share the
-  /// reading. Most soundings name their stations themselves.
-  static StationList ReadLater(std::function<StationList()> read);
+  /// A list that is read when it is first looked into, by whatever thread, for more than the lookup
+  /// finds; its copies share the reading. Most soundings name their stations themselves or need
+  /// one.
+  static StationList ReadLater(std::function<StationList()> read, StationLookup lookup = {});
 
   /// The free lines ahead of the first record, without their ends; a new list has the program's.
   const std::vector<std::string>& Header() const { return Held().Header; }
@@ -36,9 +43,11 @@ class StationList {
   const std::vector<Station>& All() const { return Held().Stations; }
   int Count() const { return static_cast<int>(All().size()); }
 
-  /// The station of a number, found by halving; null when the list lacks it. Changes of the list
-  /// make the pointer stale.
+  /// The station of a number; null when the list lacks it. Changes of the list make the pointer
+  /// stale.
   const Station* Find(int number) const;
+  /// The same of an identifier, in capitals; null where none or several have it.
+  const Station* FindIdent(std::string_view ident) const;
 
   /// Puts a station in its place. Fault 380 when its number is taken or a field is wrong.
   [[nodiscard]] std::optional<Fault> Add(const Station& station);

@@ -11,7 +11,7 @@
 
 #include "core/error_report.h"
 #include "core/files.h"
-#include "core/folders.h"
+#include "core/known_stations.h"
 #include "core/numbers.h"
 #include "core/platform.h"
 #include "core/station_file.h"
@@ -97,14 +97,6 @@ void Bring(Program& program, const StartArguments& arguments, std::string_view n
   if (fault && CanWrite(program.Where.Root)) program.Doc.Report(*fault);
 }
 
-// The list that comes with the program is without faults: a copy of it need not be read before a
-// sounding asks for its station.
-bool IsAsShipped(const std::filesystem::path& file, const StartArguments& arguments) {
-  const MappedFile own(file);
-  const MappedFile shipped(ShippedFile(arguments.ProgramFolder, kStationFileName));
-  return !own.Bytes().empty() && own.Bytes() == shipped.Bytes();
-}
-
 // Without a list of its own and without a shipped one the program works, and says of each sounding
 // that its station is not known.
 void ReadStationList(Program& program, const StartArguments& arguments) {
@@ -112,7 +104,8 @@ void ReadStationList(Program& program, const StartArguments& arguments) {
   Bring(program, arguments, mountainwave::kMountainFileName);
   const std::filesystem::path file = program.Where.Root / kStationFileName;
   if (!IsThere(file)) return;
-  if (IsAsShipped(file, arguments)) {
+  // A copy of the shipped list need not be read before a sounding asks for its station.
+  if (IsAsShipped(file, arguments.ProgramFolder)) {
     program.Stations = KnownStations(program.Where.Root, arguments.ProgramFolder);
     return;
   }

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "core/files.h"
+#include "core/known_stations.h"
 #include "core/station.h"
 #include "core/station_file.h"
 #include "core/station_list.h"
@@ -485,6 +486,44 @@ TEST(StationFile, TheShippedListIsWithoutFaults) {
   EXPECT_EQ(reading.Finding.Detail, "");
   EXPECT_GT(reading.List.Count(), 1000);
   EXPECT_FALSE(NeedsConversion(reading.List));
+}
+
+// A station that is looked up alone is that of the list read whole, and none is where that has none
+// or, of an identifier, several.
+TEST(KnownStations, AreThoseOfTheWholeList) {
+  const auto shipped = test::SourceFolder() / "share";
+  const test::TemporaryFolder folder;
+  const StationList whole = ReadWhole(ReadFile(shipped / "VEXA.STN").Value());
+  const StationList known = KnownStations(folder.Path(), shipped);
+  int idents = 0;
+  for (std::size_t i = 0; i < whole.All().size(); i += 29) {
+    const Station& station = whole.All()[i];
+    const Station* found = known.Find(station.Number);
+    ASSERT_NE(found, nullptr) << station.Number;
+    EXPECT_EQ(*found, station);
+    EXPECT_EQ(known.Find(station.Number + 1) == nullptr, whole.Find(station.Number + 1) == nullptr)
+        << station.Number + 1;
+    if (station.Ident.size() != 4) continue;
+    const Station* named = StationOfLetters(known, station.Ident);
+    const Station* expected = StationOfLetters(whole, station.Ident);
+    ASSERT_EQ(named == nullptr, expected == nullptr) << station.Ident;
+    if (named == nullptr) continue;
+    EXPECT_EQ(*named, *expected);
+    ++idents;
+  }
+  EXPECT_GT(idents, 20);
+  EXPECT_EQ(known.Find(99999), nullptr);
+  for (const char* letters : {"QQQQ", "UKKK"}) {  // the second has two stations
+    EXPECT_EQ(StationOfLetters(known, letters), nullptr);
+    EXPECT_EQ(StationOfLetters(whole, letters), nullptr);
+  }
+  EXPECT_EQ(known.Find(1001), known.Find(1001));
+  EXPECT_EQ(known, whole);
+
+  ASSERT_FALSE(SaveFile(folder.Path() / "VEXA.STN", kHeader + kHeathrow + "99999"));
+  const StationList own = KnownStations(folder.Path(), shipped);
+  EXPECT_EQ(own.Count(), 1);
+  EXPECT_EQ(own.Find(1001), nullptr);
 }
 
 // Degrees with minutes have none beyond 59: one such number shows decimals.

@@ -16,8 +16,8 @@
 #include "analysis/interpolate.h"
 #include "core/data_checks.h"
 #include "core/files.h"
+#include "core/known_stations.h"
 #include "core/numbers.h"
-#include "core/station_file.h"
 #include "ingest/decoder.h"
 #include "support/soundings.h"
 

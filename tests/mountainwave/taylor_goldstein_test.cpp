@@ -12,8 +12,8 @@
 #include <vector>
 
 #include "config/options.h"
+#include "core/known_stations.h"
 #include "core/numbers.h"
-#include "core/station_file.h"
 #include "mountainwave/wave_model.h"
 #include "sounding/analysed_sounding.h"
 #include "support/soundings.h"
