@@ -109,8 +109,10 @@ QPixmap StartPixmap(const Program& program) {
   const Outcome<std::string> kept = ReadFile(path);
   QPixmap pixmap;
   const auto isPicture = [&pixmap](std::string_view bytes) {
+    // Not told the kind, the toolkit loads its readers of all others.
+    const char* const kind = bytes.starts_with("BM") ? "BMP" : nullptr;
     return IsWholeBitmap(bytes) && pixmap.loadFromData(reinterpret_cast<const uchar*>(bytes.data()),
-                                                       static_cast<uint>(bytes.size()));
+                                                       static_cast<uint>(bytes.size()), kind);
   };
   if (kept && isPicture(kept.Value())) return pixmap;
   const Picture picture = StartPicture();
