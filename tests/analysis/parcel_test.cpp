@@ -246,20 +246,6 @@ TEST(Parcel, EdgeCases) {
     EXPECT_FALSE(parcel.FreeLevel.Exists());
     EXPECT_EQ(parcel.ParcelTemps.size(), 101u);
   }
-  {
-    SCOPED_TRACE("saturated ground: the parcel starts as warm as its surroundings, no warmer");
-    const AnalysisResults results = Analyse(Profile({{990, 7, 7},
-                                                     {925, 5, 5},
-                                                     {850, 1.6, 1.6},
-                                                     {700, -5.1, -5.1},
-                                                     {500, -22.1, -23.8},
-                                                     {320, -49.3, -53}}),
-                                            {});
-    const ParcelAscent& parcel = Forced(results, LiftType::Surface);
-    EXPECT_EQ(parcel.CapeTotal, 0);
-    EXPECT_FALSE(parcel.FreeLevel.Exists());
-    EXPECT_FALSE(parcel.Equilibrium.Exists());
-  }
 }
 
 // A moist layer at 750 hPa has the largest θe, but a parcel from the ground also gains what lies

@@ -315,45 +315,12 @@ TEST(Settings, TheirFilesAreReadWithEitherLineEnds) {
 // Written by hand from the places that values had in the files of before; some of each record
 // differ from the defaults.
 TEST(Settings, FilesWithoutKeysAreReadOnceByTheirPlaces) {
-  const std::string header = "\"This is a VEXA system file -- Do Not Alter.\"\r\n";
   const test::TemporaryFolder folder;
-  const std::map<std::string, std::string> old = {
-      {"VEXAMAIN.SYS",
-       "\"yes\",\"yes\",\"no\"\r\n3,0,\"left\"\r\n\"southern\",\"hPa\",\"yes\"\r\n"
-       "\"FEET\",\"White\",\"no\"\r\n\"USAF\",\"yes\",\"USAF\"\r\n70,\"Traditional\",8\r\n"
-       "1,20,80\r\n5,\"Ice\",-150\r\n\"surface\",\"yes\",250\r\n90,1000,\"CCL\"\r\n"
-       "\"virtual\",5,\"no\"\r\n\"total\",4,\"fast\"\r\n2,1\r\n2,2.5,\"yes\"\r\n\"yes\"\r\n"
-       "\"tephigram\",\"false\",\"true\"\r\n\"true\",\"true\",\"KM\"\r\n\"true\",\"false\","
-       "\"true\"\r\n"
-       "\"true\",\"true\",\"false\"\r\n\"true\",\"true\",\"AGL\"\r\n\"true\",\"false\"\r\n"
-       "200,\"false\",\"MB\"\r\n25,\"F\",\"true\"\r\n5,\"MANUAL\",-30\r\n35,\"MANUAL\",\"AUTO\"\r\n"
-       "\"true\",\"true\",\"false\"\r\n\"light\",1,2\r\n3,\"true\",\"false\"\r\n\"true\",310,"
-       "\"true\"\r\n"
-       "\"false\",22,\"false\"\r\n\"true\",12,\"false\"\r\n\"true\"\r\n"
-       "\"true\",\"false\",\"all\"\r\n\"Dash\",5,\"true\"\r\n\"false\",\"Flags\",\"M/"
-       "S\"\r\n\"big\"\r\n"
-       "\"custom\",\"true\",\"true\"\r\n\"true\",\"false\",\"FEET\"\r\n\"F\",\"KI,TT\",\"C\"\r\n"
-       "\"false\",\"true\",\"centered\"\r\n\"Storm\",\"Limit\",6\r\n\"true\",\"one\"\r\n"
-       "\"mine\\\",\"crosdata\\\",\"ref\"\r\n\"Mine.Dat\",\"true\",\"here\"\r\n"
-       "\"a.RAW\",\"FSL\",4\r\n\"false\"\r\n"
-       "\"true\",\"false\",3,1500,\"dots\"\r\n\"false\",\"true\",4,0,\"dash\"\r\n"
-       "\"false\",\"true\",4,0,\"dash\"\r\n\"false\",\"true\",4,0,\"dash\"\r\n"
-       "\"true\",\"true\",7,900,\"solid\"\r\n"},
-      {"VEXAsoar.CFG", "4000,2,\"AGL\"\r\n31.5\r\n\"METER\",\"M/S\",\"F\"\r\n"},
-      {"VEXA56+.HOD",
-       "2,\"LM\",\"MANUAL\"\r\n250,33\r\n\"true\",\"false\"\r\n\"Limit\",120,\"mi\"\r\n"
-       "\"true\",\"false\",\"true\",\"true\",\"false\"\r\n\"Storm\",\"true\",\"Left\"\r\n"
-       "\"Manual\",\"false\",\"mph\"\r\n500,\"Levels\"\r\n150,0.05,30,600\r\n\"true\","
-       "\"false\"\r\n"},
-      {"VEXA56+.H3D", "45,-10\r\n7,250\r\n\"mi\",\"false\"\r\n"},
-      {"VEXA56+.RAW",
-       "\"false\",\"true\",7\r\n\"date\",\"true\",\"false\"\r\n\"true\",\"false\",\"Case\"\r\n"
-       "\"true\",\"FT\",\"AGL\"\r\n\"M/S\",\"F\",\"in\"\r\n\"false\",\"true\"\r\n"
-       "900,700,-5,20,\"true\"\r\n\"locked\",\"true\"\r\n\"pictures\"\r\n\"1.RAW\"\r\n\"2.RAW\"\r\n"
-       "\"\"\r\n\"\"\r\n\"5.RAW\"\r\n"},
-      {"VEXA56+.THM",
-       "\"IntervalData\",250,\"true\"\r\n\"false\",\"true\",\"true\"\r\n640,480\r\n"}};
-  for (const auto& [name, text] : old) ASSERT_FALSE(SaveFile(folder.Path() / name, header + text));
+  for (const auto& entry : fs::directory_iterator(test::TestData("settings_without_keys"))) {
+    fs::copy(entry.path(), folder.Path());
+  }
+  const auto old = FilesIn(folder.Path());
+  ASSERT_EQ(old.size(), 6U);
   Notes notes;
   SettingsStore store = Loaded(folder.Path(), notes);
   EXPECT_EQ(notes, Notes{});
