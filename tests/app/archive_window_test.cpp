@@ -1,21 +1,12 @@
 // The window that searches a catalogue, driven by its widgets.
 #include "app/archive_window.h"
 
-#include <gtest/gtest.h>
-
-#include <QCheckBox>
-#include <QComboBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
 #include <QTableWidget>
-#include <vector>
 
 #include "app/qt_text.h"
+#include "app/window_test.h"
 #include "archive/add.h"
-#include "core/files.h"
 #include "support/document.h"
-#include "support/soundings.h"
 
 namespace vexa {
 namespace {

@@ -1,46 +1,32 @@
 // The windows of export, listings, paste and choice, driven by their widgets.
 #include "app/data_windows.h"
 
-#include <gtest/gtest.h>
-
-#include <QApplication>
-#include <QCheckBox>
-#include <QClipboard>
-#include <QComboBox>
-#include <QFileDialog>
-#include <QLabel>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QMessageBox>
-#include <QMimeData>
-#include <QPlainTextEdit>
-#include <QPushButton>
-#include <QRadioButton>
-#include <QSpinBox>
-#include <QTimer>
-
+#include <map>
 #ifndef _WIN32
 #include <sys/resource.h>
 #endif
-#include <map>
+#include <QClipboard>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QRadioButton>
+#include <QSpinBox>
+#include <QTimer>
 
 #include "app/data_dump_window.h"
 #include "app/open_file_dialog.h"
 #include "app/output_actions.h"
 #include "app/sounding_chooser.h"
-#include "app/sounding_window.h"
 #include "app/text_window.h"
 #include "app/window_interaction.h"
-#include "core/files.h"
+#include "app/window_test.h"
 #include "core/platform.h"
-#include "core/raw_file.h"
 #include "core/source_text.h"
 #include "output/data_print.h"
 #include "output/paint/paint.h"
 #include "program/commands.h"
 #include "report/report_folder.h"
 #include "support/document.h"
-#include "support/soundings.h"
 
 namespace vexa {
 namespace {
@@ -87,12 +73,6 @@ class DataWindowsTest : public testing::Test {
     const Outcome<std::string> bytes = ReadFile(folder.Path() / name);
     return bytes ? bytes.Value() : "no file";
   }
-  template <class W>
-  static W& In(QWidget& window, const char* name) {
-    W* found = window.findChild<W*>(QString::fromLatin1(name));
-    if (found == nullptr) throw std::runtime_error(name);
-    return *found;
-  }
 
   test::TemporaryFolder folder{};
   NamingUser user{};
@@ -105,22 +85,22 @@ TEST_F(DataWindowsTest, ARangeOfFilesIsExportedAndRejectedOnesAreNamed) {
   DataDumpWindow window(program, nullptr);
   window.SetFiles({Write("a.RAW", good), Write("b.RAW", "no sounding"), Write("c.RAW", good),
                    Write("d.RAW", good)});
-  EXPECT_EQ(In<QLineEdit>(window, "RangeFirst").text(), "0001");
-  EXPECT_EQ(In<QLineEdit>(window, "RangeLast").text(), "0004");
-  EXPECT_EQ(In<QListWidget>(window, "FileNumbers").item(2)->text(), "0003  c.RAW");
-  In<QRadioButton>(window, "RangeOfFiles").setChecked(true);
-  In<QLineEdit>(window, "RangeLast").setText("0009");
-  In<QPushButton>(window, "cmdExport").click();
+  EXPECT_EQ(test::In<QLineEdit>(window, "RangeFirst").text(), "0001");
+  EXPECT_EQ(test::In<QLineEdit>(window, "RangeLast").text(), "0004");
+  EXPECT_EQ(test::In<QListWidget>(window, "FileNumbers").item(2)->text(), "0003  c.RAW");
+  test::In<QRadioButton>(window, "RangeOfFiles").setChecked(true);
+  test::In<QLineEdit>(window, "RangeLast").setText("0009");
+  test::In<QPushButton>(window, "cmdExport").click();
   ASSERT_EQ(user.Boxes.size(), 1u);
   EXPECT_EQ(user.Boxes[0].Text, "Range is not valid.");
 
-  In<QLineEdit>(window, "RangeLast").setText("0003");
-  In<QPushButton>(window, "cmdExport").click();
+  test::In<QLineEdit>(window, "RangeLast").setText("0003");
+  test::In<QPushButton>(window, "cmdExport").click();
   EXPECT_EQ(program.Current.StatusText, "cancel") << "no file was chosen";
 
-  In<QComboBox>(window, "OutputKind").setCurrentText("Spreadsheet");
+  test::In<QComboBox>(window, "OutputKind").setCurrentText("Spreadsheet");
   user.Name = TextFromPath(folder.Path() / "out");
-  In<QPushButton>(window, "cmdExport").click();
+  test::In<QPushButton>(window, "cmdExport").click();
   EXPECT_EQ(user.Asked.back().Filter, "*.csv|*.csv|*.txt|*.txt|*.*|*.*");
   EXPECT_TRUE(user.Asked.back().Folder.ends_with("a_data.csv")) << user.Asked.back().Folder;
   EXPECT_EQ(user.Statuses.back(), "Processing: 3 of 3");
@@ -139,18 +119,19 @@ TEST_F(DataWindowsTest, CancelStopsBetweenTwoSoundings) {
   DataDumpWindow window(program, nullptr);
   const std::string good = WriteRaw(test::ReferenceConvective());
   window.SetFiles({Write("a.RAW", good), Write("b.RAW", good), Write("c.RAW", good)});
-  In<QRadioButton>(window, "RangeOfFiles").setChecked(true);
+  test::In<QRadioButton>(window, "RangeOfFiles").setChecked(true);
   user.Name = TextFromPath(folder.Path() / "out.txt");
   user.OnStatus = [&] {
-    if (user.Statuses.back() == "Processing: 2 of 3") In<QPushButton>(window, "cmdCancel").click();
+    if (user.Statuses.back() == "Processing: 2 of 3")
+      test::In<QPushButton>(window, "cmdCancel").click();
   };
-  In<QPushButton>(window, "cmdExport").click();
+  test::In<QPushButton>(window, "cmdExport").click();
   ASSERT_EQ(user.Boxes.size(), 1u);
   EXPECT_EQ(user.Boxes[0].Text,
             "File out.txt has been created\nwith 1 sounding processed.\n\n"
             "The export was stopped: 2 files were not processed,\nfrom b.RAW on.");
   EXPECT_TRUE(program.Gate.IsOpen());
-  EXPECT_TRUE(In<QPushButton>(window, "cmdExport").isEnabled());
+  EXPECT_TRUE(test::In<QPushButton>(window, "cmdExport").isEnabled());
 }
 
 TEST_F(DataWindowsTest, TheSevenSelectionsAreShownAndTaken) {
@@ -164,13 +145,13 @@ TEST_F(DataWindowsTest, TheSevenSelectionsAreShownAndTaken) {
   EXPECT_EQ(DataDumpOptionsWindow(other, nullptr).Chosen(), other);
   EXPECT_EQ(DataDumpOptionsWindow({}, nullptr).Chosen(), DumpOptions{});
   DataDumpOptionsWindow window({}, nullptr);
-  In<QComboBox>(window, "DumpData1").setCurrentText("ft");
-  In<QComboBox>(window, "DumpData2").setCurrentText("AGL");
-  In<QComboBox>(window, "DumpData3").setCurrentText("M/S");
-  In<QComboBox>(window, "DumpData4").setCurrentText("(F)");
-  In<QComboBox>(window, "DumpData5").setCurrentText("in");
-  In<QCheckBox>(window, "DumpData6").setChecked(false);
-  In<QCheckBox>(window, "DumpData7").setChecked(true);
+  test::In<QComboBox>(window, "DumpData1").setCurrentText("ft");
+  test::In<QComboBox>(window, "DumpData2").setCurrentText("AGL");
+  test::In<QComboBox>(window, "DumpData3").setCurrentText("M/S");
+  test::In<QComboBox>(window, "DumpData4").setCurrentText("(F)");
+  test::In<QComboBox>(window, "DumpData5").setCurrentText("in");
+  test::In<QCheckBox>(window, "DumpData6").setChecked(false);
+  test::In<QCheckBox>(window, "DumpData7").setChecked(true);
   EXPECT_EQ(window.Chosen(), other);
 }
 
@@ -178,7 +159,7 @@ TEST_F(DataWindowsTest, ListingsFollowTheSoundingAndAreSaved) {
   QWidget parent;
   ListingWindow window(program, &parent);
   const auto shown = [&](const char* name) {
-    return In<QPlainTextEdit>(window, name).toPlainText().toStdString();
+    return test::In<QPlainTextEdit>(window, name).toPlainText().toStdString();
   };
   EXPECT_NE(shown("CAPEdata").find("(layer) (total)"), std::string::npos);
   const std::string before = shown("CompleteData");
@@ -187,7 +168,7 @@ TEST_F(DataWindowsTest, ListingsFollowTheSoundingAndAreSaved) {
   window.Follow();
   EXPECT_NE(shown("CompleteData"), before);
   user.Name = TextFromPath(folder.Path() / "listing.dat");
-  In<QPushButton>(window, "cmdSave").click();
+  test::In<QPushButton>(window, "cmdSave").click();
   EXPECT_TRUE(user.Asked.back().Folder.ends_with("Summary.Dat"));
   EXPECT_NE(Text("listing.dat").find("Icing - Type"), std::string::npos);
 }
@@ -347,10 +328,10 @@ TEST_F(DataWindowsTest, AReportThatFailsLeavesTheOneBefore) {
 
 TEST_F(DataWindowsTest, ImagesAreSavedAtTheChosenSize) {
   SaveImageWindow window({400, 300}, nullptr);
-  In<QSpinBox>(window, "ImageWidth").setValue(800);
-  In<QSpinBox>(window, "ImageHeight").setValue(600);
-  In<QSpinBox>(window, "ImageDpi").setValue(300);
-  In<QSpinBox>(window, "JpegQuality").setValue(30);
+  test::In<QSpinBox>(window, "ImageWidth").setValue(800);
+  test::In<QSpinBox>(window, "ImageHeight").setValue(600);
+  test::In<QSpinBox>(window, "ImageDpi").setValue(300);
+  test::In<QSpinBox>(window, "JpegQuality").setValue(30);
   const auto save = [&](const std::string& name, const paint::ImageSettings& settings) {
     return paint::SavePicture(program.Plot->Page, folder.Path() / name, window.SizePx().width(),
                               window.SizePx().height(), settings);
@@ -368,7 +349,7 @@ TEST_F(DataWindowsTest, ImagesAreSavedAtTheChosenSize) {
   const auto fault = save("no/folder.JPG", {});
   ASSERT_TRUE(fault);
   EXPECT_TRUE(fault->Detail.starts_with("Failed to save to JPG ")) << fault->Detail;
-  EXPECT_TRUE(In<QLabel>(window, "JpegLibrary").text().contains("JPEG"));
+  EXPECT_TRUE(test::In<QLabel>(window, "JpegLibrary").text().contains("JPEG"));
 }
 
 TEST_F(DataWindowsTest, AFileOfSeveralSoundingsAsksWhich) {
@@ -377,7 +358,7 @@ TEST_F(DataWindowsTest, AFileOfSeveralSoundingsAsksWhich) {
   program.ChooseSoundings = [&](const std::vector<std::string>& titles) {
     offered = titles;
     SoundingChooser chooser(titles, nullptr);
-    auto& all = In<QPushButton>(chooser, "cmdAll");
+    auto& all = test::In<QPushButton>(chooser, "cmdAll");
     EXPECT_FALSE(all.autoDefault()) << "Enter after it would choose all once more";
     all.click();
     return chooser.Chosen();

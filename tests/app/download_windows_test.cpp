@@ -1,27 +1,14 @@
 // Download and batch windows against a server inside the test.
-#include <gtest/gtest.h>
-
-#include <QApplication>
-#include <QCheckBox>
-#include <QComboBox>
 #include <QDateEdit>
-#include <QKeyEvent>
-#include <QLabel>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QPlainTextEdit>
-#include <QPushButton>
 
 #include "app/batch_window.h"
 #include "app/download_window.h"
 #include "app/text_editor.h"
-#include "core/files.h"
-#include "core/raw_file.h"
+#include "app/window_test.h"
 #include "download/template_file.h"
 #include "program/fetch_work.h"
 #include "program/menu.h"
 #include "support/local_server.h"
-#include "support/soundings.h"
 
 namespace vexa {
 namespace {
@@ -43,16 +30,9 @@ class DownloadWindowsTest : public testing::Test {
     SoundingRecord record = test::ReferenceConvective();
     sounding = WriteRaw(record);
   }
-  template <class W>
-  static W& In(QWidget& window, const char* name) {
-    W* found = window.findChild<W*>(QString::fromLatin1(name));
-    if (found == nullptr) throw std::runtime_error(name);
-    return *found;
-  }
   static void Type(QWidget& field, const char* text) {
     for (const char* c = text; *c != '\0'; ++c) {
-      QKeyEvent press(QEvent::KeyPress, *c, Qt::NoModifier, QString(QLatin1Char(*c)));
-      QApplication::sendEvent(&field, &press);
+      test::PressKey(field, *c, QString(QLatin1Char(*c)));
     }
   }
   static std::string Caption(const char* name, const Program& program) {
@@ -77,24 +57,24 @@ TEST_F(DownloadWindowsTest, WhatIsChosenIsFetchedAndOpened) {
   fs::path opened;
   DownloadWindow window(
       program, [&](const fs::path& file, int) { opened = file; }, nullptr, net);
-  EXPECT_EQ(In<QLabel>(window, "SourceNote").text(), "a note");
-  EXPECT_EQ(In<QComboBox>(window, "Hour").count(), 2);
+  EXPECT_EQ(test::In<QLabel>(window, "SourceNote").text(), "a note");
+  EXPECT_EQ(test::In<QComboBox>(window, "Hour").count(), 2);
   EXPECT_FALSE(window.Fetch()) << "no station";
-  EXPECT_EQ(In<QLabel>(window, "Progress").text(), "no station is given");
+  EXPECT_EQ(test::In<QLabel>(window, "Progress").text(), "no station is given");
 
-  auto& station = In<QLineEdit>(window, "Station");
+  auto& station = test::In<QLineEdit>(window, "Station");
   station.setText("norm");
   emit station.textEdited("norm");
-  auto& found = In<QListWidget>(window, "StationsFound");
+  auto& found = test::In<QListWidget>(window, "StationsFound");
   ASSERT_EQ(found.count(), 1);
   emit found.itemClicked(found.item(0));
   EXPECT_EQ(station.text(), "72357");
-  In<QDateEdit>(window, "Date").setDate({1999, 5, 4});
+  test::In<QDateEdit>(window, "Date").setDate({1999, 5, 4});
   EXPECT_FALSE(window.Fetch());
-  EXPECT_TRUE(In<QLabel>(window, "Progress").text().contains("404"));
+  EXPECT_TRUE(test::In<QLabel>(window, "Progress").text().contains("404"));
   EXPECT_TRUE(opened.empty());
-  In<QComboBox>(window, "Hour").setCurrentText("12");
-  In<QPushButton>(window, "cmdDownload").click();
+  test::In<QComboBox>(window, "Hour").setCurrentText("12");
+  test::In<QPushButton>(window, "cmdDownload").click();
   EXPECT_EQ(opened.filename(), "72357_1999050412.txt");
   EXPECT_EQ(ReadFile(opened).Value(), sounding);
   EXPECT_TRUE(program.Gate.IsOpen());
@@ -114,7 +94,7 @@ TEST_F(DownloadWindowsTest, WhatIsChosenIsFetchedAndOpened) {
 TEST_F(DownloadWindowsTest, ABatchKeepsWhatWasChangedSince) {
   server.AddBody("/72357/1999050400", sounding);
   BatchWindow window(program, {}, nullptr, net);
-  In<QLineEdit>(window, "Stations").setText("72357");
+  test::In<QLineEdit>(window, "Stations").setText("72357");
   const ObservationTime time{.Year = 1999, .Month = 5, .Day = 4};
   const fs::path file = program.Where.Data / "72357_1999050400.txt";
   EXPECT_EQ(window.RunFor(time).Saved(), 1);
@@ -129,8 +109,8 @@ TEST_F(DownloadWindowsTest, ADateIsTypedWithOrWithoutItsHyphens) {
   DownloadWindow window(
       program, [](const fs::path&, int) {}, nullptr, net);
   BatchWindow batch(program, {}, nullptr, net);
-  auto& date = In<QDateEdit>(window, "Date");
-  auto& time = In<QDateTimeEdit>(batch, "Time");
+  auto& date = test::In<QDateEdit>(window, "Date");
+  auto& time = test::In<QDateTimeEdit>(batch, "Time");
   for (const char* typed : {"2001-02-03", "20010203", "2001/02/03", "2001-2-3", "2001 02 03"}) {
     date.setDate({1999, 11, 30});
     date.selectAll();
@@ -153,8 +133,7 @@ TEST_F(DownloadWindowsTest, ADateIsTypedWithOrWithoutItsHyphens) {
     Type(date, "11");
     EXPECT_EQ(date.date(), QDate(2001, 11, 3)) << date.text().toStdString();
     line.setCursorPosition(10);
-    QKeyEvent back(QEvent::KeyPress, Qt::Key_Backspace, Qt::NoModifier);
-    QApplication::sendEvent(&date, &back);
+    test::PressKey(date, Qt::Key_Backspace);
     Type(date, "7");
     EXPECT_EQ(date.date(), QDate(2001, 11, 7)) << date.text().toStdString();
   }
@@ -172,16 +151,16 @@ TEST_F(DownloadWindowsTest, WhatABrokenFileHoldsIsNeitherLostNorSilent) {
   ASSERT_FALSE(SaveFile(settings, before));
   ASSERT_FALSE(SaveFile(sources, ReadFile(sources).Value() + "[Broken\naddress = http://x\n"));
   BatchWindow window(program, {}, nullptr, net);
-  const QString log = In<QPlainTextEdit>(window, "Log").toPlainText();
+  const QString log = test::In<QPlainTextEdit>(window, "Log").toPlainText();
   EXPECT_TRUE(log.contains("VEXA.BCH, line 4: \"delay = soon\"")) << log.toStdString();
   EXPECT_TRUE(log.contains("VEXA.URL, line ")) << log.toStdString();
-  EXPECT_EQ(In<QListWidget>(window, "Sources").count(), 2);
-  EXPECT_EQ(In<QLineEdit>(window, "Stations").text(), "72357");
+  EXPECT_EQ(test::In<QListWidget>(window, "Sources").count(), 2);
+  EXPECT_EQ(test::In<QLineEdit>(window, "Stations").text(), "72357");
   window.show();
   window.hide();
   EXPECT_EQ(ReadFile(settings).Value(), before) << "nothing was changed";
 
-  In<QLineEdit>(window, "Stations").setText("01001");
+  test::In<QLineEdit>(window, "Stations").setText("01001");
   window.show();
   window.hide();
   const std::string after = ReadFile(settings).Value();
@@ -193,24 +172,24 @@ TEST_F(DownloadWindowsTest, WhatABrokenFileHoldsIsNeitherLostNorSilent) {
 TEST_F(DownloadWindowsTest, SourcesAreEditedInTheirFile) {
   DownloadWindow window(
       program, [](const fs::path&, int) {}, nullptr, net);
-  In<QPushButton>(window, "cmdEditSources").click();
-  auto& editor = In<TextEditor>(window, "TextEditor");
+  test::In<QPushButton>(window, "cmdEditSources").click();
+  auto& editor = test::In<TextEditor>(window, "TextEditor");
   const std::string before = ReadFile(folder.Path() / "VEXA.URL").Value();
   EXPECT_EQ(editor.Edit()->toPlainText().toStdString(), before);
   editor.Edit()->setPlainText("[Third]\naddress = http://a/@Q\n");
   EXPECT_FALSE(editor.Apply());
-  EXPECT_TRUE(In<QLabel>(editor, "TextRemark").text().startsWith("VEXA.URL, line 1"));
+  EXPECT_TRUE(test::In<QLabel>(editor, "TextRemark").text().startsWith("VEXA.URL, line 1"));
   EXPECT_EQ(ReadFile(folder.Path() / "VEXA.URL").Value(), before);
   editor.Edit()->setPlainText("[Third]\naddress = http://a/@N\nnote = new\n");
   EXPECT_TRUE(editor.Apply());
-  EXPECT_EQ(In<QComboBox>(window, "Source").currentText(), "Third");
-  EXPECT_EQ(In<QLabel>(window, "SourceNote").text(), "new");
+  EXPECT_EQ(test::In<QComboBox>(window, "Source").currentText(), "Third");
+  EXPECT_EQ(test::In<QLabel>(window, "SourceNote").text(), "new");
   // What an editor elsewhere broke is told when the window opens.
   EXPECT_FALSE(SaveFile(folder.Path() / "VEXA.URL", "[A]\nadress = b\n[C]\naddress = http://d\n"));
   DownloadWindow again(
       program, [](const fs::path&, int) {}, nullptr, net);
-  EXPECT_TRUE(In<QLabel>(again, "Progress").text().startsWith("VEXA.URL, line 2: "));
-  EXPECT_TRUE(In<QLabel>(again, "Progress").text().endsWith(" (+1 more)"));
+  EXPECT_TRUE(test::In<QLabel>(again, "Progress").text().startsWith("VEXA.URL, line 2: "));
+  EXPECT_TRUE(test::In<QLabel>(again, "Progress").text().endsWith(" (+1 more)"));
 }
 
 // Of a station's whole record the hour that was asked for is opened; messages that tell the day
@@ -347,18 +326,18 @@ TEST_F(DownloadWindowsTest, TheTimerFetchesAnHourOnceItIsDue) {
   window.SetTimer(true);
   EXPECT_FALSE(program.DownloadTimer) << "no stations are listed";
   EXPECT_EQ(Caption("mnuOFF", program), "");
-  In<QLineEdit>(window, "Stations").setText("98989");
-  In<QListWidget>(window, "Sources").item(1)->setCheckState(Qt::Checked);
-  In<QComboBox>(window, "OnFailure").setCurrentIndex(1);
-  In<QComboBox>(window, "Format").setCurrentText("Native");
-  In<QCheckBox>(window, "Beeper").setChecked(true);
-  In<QLineEdit>(window, "Hours").setText("25");
+  test::In<QLineEdit>(window, "Stations").setText("98989");
+  test::In<QListWidget>(window, "Sources").item(1)->setCheckState(Qt::Checked);
+  test::In<QComboBox>(window, "OnFailure").setCurrentIndex(1);
+  test::In<QComboBox>(window, "Format").setCurrentText("Native");
+  test::In<QCheckBox>(window, "Beeper").setChecked(true);
+  test::In<QLineEdit>(window, "Hours").setText("25");
   window.SetTimer(true);
   EXPECT_FALSE(program.DownloadTimer) << "a day has no such hour";
-  In<QLineEdit>(window, "Hours").setText("6 18");
+  test::In<QLineEdit>(window, "Hours").setText("6 18");
   window.SetTimer(true);
   EXPECT_EQ(Caption("mnuOFF", program), "Turn_Download_Timer_OFF");
-  EXPECT_EQ(In<QLabel>(window, "NextBatch").text(), "Next batch at 1987-11-07 19:30 UTC");
+  EXPECT_EQ(test::In<QLabel>(window, "NextBatch").text(), "Next batch at 1987-11-07 19:30 UTC");
   window.Tick();
   EXPECT_EQ(server.Asked("/98989/1987110718"), 0);
   EXPECT_FALSE(program.Beeper);
@@ -367,7 +346,8 @@ TEST_F(DownloadWindowsTest, TheTimerFetchesAnHourOnceItIsDue) {
   window.Tick();
   EXPECT_EQ(server.Asked("/98989/1987110718"), 0) << "the first source has no such hour";
   const fs::path saved = program.Where.Data / "98989_1987110718.RAW";
-  ASSERT_TRUE(fs::exists(saved)) << In<QPlainTextEdit>(window, "Log").toPlainText().toStdString();
+  ASSERT_TRUE(fs::exists(saved))
+      << test::In<QPlainTextEdit>(window, "Log").toPlainText().toStdString();
   EXPECT_TRUE(ReadFile(saved).Value().starts_with("\"VEXA 5.7\""));
   EXPECT_GT(told, 0);
   EXPECT_EQ(Caption("mnuBeep", program), "Turn_Beeper_OFF");
@@ -384,12 +364,12 @@ TEST_F(DownloadWindowsTest, TheTimerFetchesAnHourOnceItIsDue) {
   // The next time the window opens with the same list, its timer off.
   BatchWindow next(
       program, [] {}, nullptr, net, [&] { return now; });
-  EXPECT_EQ(In<QLineEdit>(next, "Stations").text(), "98989");
-  EXPECT_EQ(In<QLineEdit>(next, "Hours").text(), "6 18");
-  EXPECT_EQ(In<QLineEdit>(next, "Folder").text().toStdString(), program.Where.Data.string());
-  EXPECT_EQ(In<QComboBox>(next, "Format").currentText(), "Native");
-  EXPECT_EQ(In<QListWidget>(next, "Sources").item(1)->checkState(), Qt::Checked);
-  EXPECT_TRUE(In<QCheckBox>(next, "Beeper").isChecked());
+  EXPECT_EQ(test::In<QLineEdit>(next, "Stations").text(), "98989");
+  EXPECT_EQ(test::In<QLineEdit>(next, "Hours").text(), "6 18");
+  EXPECT_EQ(test::In<QLineEdit>(next, "Folder").text().toStdString(), program.Where.Data.string());
+  EXPECT_EQ(test::In<QComboBox>(next, "Format").currentText(), "Native");
+  EXPECT_EQ(test::In<QListWidget>(next, "Sources").item(1)->checkState(), Qt::Checked);
+  EXPECT_TRUE(test::In<QCheckBox>(next, "Beeper").isChecked());
   EXPECT_FALSE(program.DownloadTimer);
 }
 

@@ -1,26 +1,17 @@
 #include "app/print_plot_window.h"
 
-#include <gtest/gtest.h>
-
-#include <QCheckBox>
-#include <QComboBox>
-#include <QLabel>
-#include <QLineEdit>
 #include <QPdfWriter>
-#include <QPushButton>
 #include <QSpinBox>
 #include <set>
 #include <utility>
 
 #include "app/output_actions.h"
-#include "app/sounding_window.h"
-#include "core/files.h"
+#include "app/window_test.h"
 #include "core/late_library.h"
 #include "output/paint/paint.h"
 #include "output/paint/print.h"
 #include "program/view_commands.h"
 #include "support/document.h"
-#include "support/soundings.h"
 
 namespace vexa {
 namespace {

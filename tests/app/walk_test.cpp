@@ -1,25 +1,13 @@
 // Walks through everything that the program can open: each command with a sounding and without,
 // each window on the smallest screen and with nothing but keys, and what happens during a redraw.
-#include <gtest/gtest.h>
-
 #include <functional>
 #include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QAbstractScrollArea>
 #include <QAbstractSpinBox>
-#include <QAction>
-#include <QApplication>
 #include <QClipboard>
-#include <QComboBox>
-#include <QDialog>
 #include <QHeaderView>
-#include <QKeyEvent>
-#include <QLabel>
-#include <QLineEdit>
-#include <QListWidget>
 #include <QMimeData>
-#include <QMouseEvent>
-#include <QPlainTextEdit>
 #include <QTabBar>
 #include <QTableView>
 #include <QTabWidget>
@@ -30,15 +18,12 @@
 
 #include "app/diagram_view.h"
 #include "app/screenshot.h"
-#include "app/sounding_window.h"
 #include "app/window_table.h"
-#include "core/files.h"
-#include "core/raw_file.h"
+#include "app/window_test.h"
 #include "picture/picture.h"
 #include "program/edit_commands.h"
 #include "program/menu.h"
 #include "program/view_commands.h"
-#include "support/soundings.h"
 
 namespace vexa {
 namespace {
@@ -233,10 +218,7 @@ TEST(Walk, EveryCommandRunsWithoutASounding) {
 
 void Click(QWidget& on, QPointF at) {
   for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
-    QMouseEvent event(type, at, on.mapToGlobal(at), Qt::LeftButton,
-                      type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton,
-                      Qt::NoModifier);
-    QApplication::sendEvent(&on, &event);
+    test::Mouse(on, type, at);
   }
 }
 
@@ -250,10 +232,7 @@ TEST(Walk, ClicksAndTicksDuringARedrawChangeNothingAndBreakNothing) {
     QWheelEvent wheel({300, 250}, view.mapToGlobal(QPointF(300, 250)), {}, {0, 120}, Qt::NoButton,
                       Qt::NoModifier, Qt::NoScrollPhase, false);
     QApplication::sendEvent(&view, &wheel);
-    for (const int key : {Qt::Key_PageDown, Qt::Key_Plus, Qt::Key_L}) {
-      QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
-      QApplication::sendEvent(&view, &press);
-    }
+    for (const int key : {Qt::Key_PageDown, Qt::Key_Plus, Qt::Key_L}) test::PressKey(view, key);
     for (const char* name : {"mnuTephigram", "mnuUndo", "mnuPrsHgt", "mnuICAO", "mnuRecentFile1"}) {
       desk.window.findChild<QAction*>(name)->trigger();
     }
@@ -335,8 +314,7 @@ std::set<const QWidget*> ReachedByTab(QWidget& window) {
       table->setCurrentIndex(
           table->model()->index(table->model()->rowCount() - 1, table->model()->columnCount() - 1));
     }
-    QKeyEvent tab(QEvent::KeyPress, Qt::Key_Tab, Qt::NoModifier);
-    QApplication::sendEvent(focus, &tab);
+    test::PressKey(*focus, Qt::Key_Tab);
     QApplication::processEvents();
   }
   return reached;
@@ -437,8 +415,7 @@ TEST_P(EveryWindow, IsWholeOnTheSmallestScreen) {
 }
 
 QString TopicByF1(QWidget& asked) {
-  QKeyEvent press(QEvent::KeyPress, Qt::Key_F1, Qt::NoModifier);
-  QApplication::sendEvent(&asked, &press);
+  test::PressKey(asked, Qt::Key_F1);
   for (QWidget* widget : QApplication::topLevelWidgets()) {
     if (widget->objectName() != "HelpWindow" || !widget->isVisible()) continue;
     return widget->findChild<QListWidget*>("HelpTopics")->currentItem()->text();

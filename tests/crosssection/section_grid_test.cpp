@@ -32,14 +32,13 @@ Section Isothermal() {
 }
 
 TEST(Fields, HaveTheirCodesAndTitles) {
-  EXPECT_EQ(Fields().size(), 27U);
   std::set<std::string_view> codes;
   for (const FieldRow& field : Fields()) {
     codes.insert(field.Code);
     EXPECT_EQ(field.Profile != nullptr, field.Kind == FieldKind::Contoured) << field.Code;
     EXPECT_EQ(field.Layers != nullptr, field.Kind == FieldKind::Category) << field.Code;
   }
-  EXPECT_EQ(codes.size(), 27U);
+  EXPECT_EQ(codes.size(), Fields().size());
   const FieldContext context{.Bearing = 66.4};
   EXPECT_EQ(TitleOf(*FindField("TMP"), context), "Temperature (C) ");
   EXPECT_EQ(TitleOf(*FindField("xwnd"), context), "Cross-Wind (knots) {wrt 066}  ");

@@ -118,14 +118,6 @@ TEST(Fronts, TextsOfTheWinterReferenceSounding) {
                 "Front character: Anabatic Warm Front", "Frontal speed: 12 kts towards the NE",
                 "Frontal distance: 180 km to the SW", "Vertical motion: 62 meters/hour",
                 "Precipitation formation: 5.1 hours", "Clouds & precip ahead of surface front"}));
-  EXPECT_EQ(StatusBlock(source),
-            (std::vector<std::string>{
-                "Thermal wind interval = 500", "Thermal wind mode = Fixed", "Frontal slope = 1/120",
-                "Gradient threshold = 0.040\xC2\xB0"
-                "C/nm",
-                "Angular threshold = 40 degrees", "Lower frontal limit = 500 m, AGL",
-                "Advection threshold = 0.40\xC2\xB0"
-                "C/hr"}));
   const std::vector<std::string> table = LayerTable(source);
   EXPECT_EQ(table[0], "  Layer     Frontal   Thermal Wind   Gradient*    Advection");
   EXPECT_EQ(table[2],
