@@ -159,10 +159,7 @@ TEST(EffectiveLayer, SouthernHemisphereMirrors) {
 
 // Winds that end below half the way to the EL give no shear of it.
 TEST(InflowWinds, NeedWindsHalfWayToTheEl) {
-  SoundingRecord sounding = test::ReferenceConvective();
-  sounding.WindHgt.Clear();
-  sounding.WindDir.Clear();
-  sounding.WindSpd.Clear();
+  SoundingRecord sounding = test::WithoutWinds(test::ReferenceConvective());
   for (const double height : {357.0, 1500.0, 4000.0}) sounding.AddWind(height, 200, 20);
   const AnalysisResults results = Analyse(sounding, {});
   EXPECT_TRUE(results.Effective.Exists());

@@ -142,12 +142,7 @@ TEST(IndexTable, NameNumberAndUnitBelongTogether) {
 // is only a bound.
 TEST(IndexTable, ValuesCutByTheEndOfTheDataSaySo) {
   const SoundingRecord whole = test::ReferenceConvective();
-  SoundingRecord cut = whole;
-  while (cut.Press.Top() < 250) {
-    for (Levels<double>* levels : {&cut.Press, &cut.Temp, &cut.Dewpt}) {
-      levels->Erase(levels->Count());
-    }
-  }
+  const SoundingRecord cut = test::EndingAt(whole, 250);
   const AnalysisResults full = Analyse(whole, {});
   const AnalysisResults results = Analyse(cut, {});
   const std::set<std::string_view> bounds = {

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "analysis/air_rows.h"
@@ -18,46 +19,38 @@ namespace {
 
 using I = Intensity;
 
+// Each class begins with its shear; a little less is of the class before.
 TEST(TurbulenceLimits, ClearAirByShearAndRichardsonNumber) {
   const struct {
     CatType Type;
-    double Shear, Richardson;  // kt per 1000 ft
-    Intensity Class;
+    double Richardson;
+    std::vector<std::pair<double, Intensity>> From;  // kt per 1000 ft
   } cases[] = {
-      {CatType::Usaf, 2.99, 5, I::None},
-      {CatType::Usaf, 3, 5, I::Light},
-      {CatType::Usaf, 4.99, 5, I::Light},
-      {CatType::Usaf, 5, 5, I::LightModerate},
-      {CatType::Usaf, 5.99, 5, I::LightModerate},
-      {CatType::Usaf, 6, 5, I::Moderate},
-      {CatType::Usaf, 8.99, 0.1, I::Moderate},
-      {CatType::Usaf, 9, 0.1, I::ModerateSevere},
-      {CatType::Usaf, 9.99, 5, I::ModerateSevere},
-      {CatType::Usaf, 10, 5, I::Severe},
-      {CatType::Usaf, 14.99, 5, I::Severe},
-      {CatType::Usaf, 15, 5, I::Extreme},
-      {CatType::Faa, 3.99, 0.5, I::None},
-      {CatType::Faa, 4, 0.5, I::Light},
-      {CatType::Faa, 5.99, 0.5, I::Light},
-      {CatType::Faa, 6, 0.5, I::Moderate},
-      {CatType::Faa, 8.99, 0.5, I::Moderate},
-      {CatType::Faa, 9, 0.5, I::ModerateSevere},
-      {CatType::Faa, 11.99, 1, I::ModerateSevere},
-      {CatType::Faa, 12, 1, I::Severe},
-      {CatType::Faa, 4, 1.01, I::None},
-      {CatType::Faa, 6, 1.01, I::Light},
-      {CatType::Faa, 9, 1.01, I::Moderate},
-      {CatType::Faa, 12, 1.01, I::ModerateSevere},
-      {CatType::Faa, 3, 0.24, I::None},
-      {CatType::Faa, 4, 0.24, I::LightModerate},
-      {CatType::Faa, 6, 0.25, I::Moderate},
-      {CatType::Faa, 6, 0.24, I::ModerateSevere},
-      {CatType::Faa, 9, 0.24, I::Severe},
-      {CatType::Faa, 12, 0.24, I::Severe},
+      {CatType::Usaf,
+       5,
+       {{3, I::Light},
+        {5, I::LightModerate},
+        {6, I::Moderate},
+        {9, I::ModerateSevere},
+        {10, I::Severe},
+        {15, I::Extreme}}},
+      {CatType::Faa, 1.01, {{6, I::Light}, {9, I::Moderate}, {12, I::ModerateSevere}}},
+      {CatType::Faa, 1, {{4, I::Light}, {6, I::Moderate}, {9, I::ModerateSevere}, {12, I::Severe}}},
+      {CatType::Faa,
+       0.25,
+       {{4, I::Light}, {6, I::Moderate}, {9, I::ModerateSevere}, {12, I::Severe}}},
+      {CatType::Faa, 0.24, {{4, I::LightModerate}, {6, I::ModerateSevere}, {9, I::Severe}}},
   };
   for (const auto& c : cases) {
-    EXPECT_EQ(CatOf(c.Type, c.Shear, c.Richardson), c.Class) << c.Shear << ' ' << c.Richardson;
+    Intensity before = I::None;
+    for (const auto& [shear, from] : c.From) {
+      EXPECT_EQ(CatOf(c.Type, shear - 0.01, c.Richardson), before) << shear << ' ' << c.Richardson;
+      EXPECT_EQ(CatOf(c.Type, shear, c.Richardson), from) << shear << ' ' << c.Richardson;
+      before = from;
+    }
+    EXPECT_EQ(CatOf(c.Type, 99, c.Richardson), before) << c.Richardson;
   }
+  EXPECT_EQ(CatOf(CatType::Usaf, 9, 0.1), I::ModerateSevere) << "whatever the number";
 }
 
 WindPair Pair(double low, double high, double shear, double richardson, double lapse = 0) {

@@ -129,12 +129,7 @@ TEST(Parcel, SourcesAndFreeConvection) {
 // Beside each case that pair, from Bolton (1980) by hand.
 TEST(Parcel, TheEndBelowAPossibleLfcIsNoAnswer) {
   const SoundingRecord reference = test::ReferenceConvective();
-  SoundingRecord short2km = reference;
-  while (short2km.Press.Top() < 800) {
-    for (Levels<double>* levels : {&short2km.Press, &short2km.Temp, &short2km.Dewpt}) {
-      levels->Erase(levels->Count());
-    }
-  }
+  const SoundingRecord short2km = test::EndingAt(reference, 800);
   const struct {
     const char* About;
     SoundingRecord Sounding;

@@ -55,10 +55,7 @@ TEST(StormMotion, TheGroundsWindCountsThoughRounded) {
     EXPECT_NEAR(rounded.Right->Helicity[i], exact.Right->Helicity[i], 0.1);
   }
   // Winds that begin aloft give neither motion.
-  SoundingRecord aloft = test::ReferenceConvective();
-  aloft.WindHgt.Clear();
-  aloft.WindDir.Clear();
-  aloft.WindSpd.Clear();
+  SoundingRecord aloft = test::WithoutWinds(test::ReferenceConvective());
   for (const double height : {5500.0, 7000.0, 9000.0}) aloft.AddWind(height, 270, 60);
   for (const StormMotion motion : {StormMotion::Bunkers, StormMotion::Traditional}) {
     Options options;

@@ -76,7 +76,7 @@ TEST_F(AnalysisWindows, TheSevereTableIsArrangedSavedAndRestored) {
   EXPECT_EQ(rows->rowCount(), 41);
   table.RestoreFrom(path);
   EXPECT_EQ(table.Table(), accepted);
-  ASSERT_FALSE(SaveFile(folder.Path() / "bad.TBL", "\"header\"\n\"t\",1\n99,1,2,3,0,0,0\n"));
+  folder.Write("bad.TBL", "\"header\"\n\"t\",1\n99,1,2,3,0,0,0\n");
   table.RestoreFrom(folder.Path() / "bad.TBL");
   EXPECT_TRUE(remark->text().contains("Severe Weather Table index error."));
   EXPECT_EQ(table.Table(), accepted);

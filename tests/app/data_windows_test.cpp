@@ -65,9 +65,7 @@ class DataWindowsTest : public testing::Test {
     Refresh(program, {.Sounding = true});
   }
   std::string Write(const std::string& name, const std::string& bytes) {
-    const fs::path path = folder.Path() / name;
-    EXPECT_FALSE(SaveFile(path, bytes));
-    return TextFromPath(path);
+    return TextFromPath(folder.Write(name, bytes));
   }
   std::string Text(const std::string& name) {
     const Outcome<std::string> bytes = ReadFile(folder.Path() / name);

@@ -23,10 +23,9 @@ class DownloadWindowsTest : public testing::Test {
     program.Where.Root = folder.Path();
     program.Where.Data = folder.Path() / "data";
     fs::create_directories(program.Where.Data);
-    EXPECT_FALSE(SaveFile(folder.Path() / "VEXA.URL",
-                          "[First]\naddress = " + server.Address("/@N/@Y@M@D@H") +
-                              "\nhours = 00 12\nnote = a note\n\n[Second]\naddress = " +
-                              server.Address("/other/@N/@Y@M@D@H") + "\n"));
+    folder.Write("VEXA.URL", "[First]\naddress = " + server.Address("/@N/@Y@M@D@H") +
+                                 "\nhours = 00 12\nnote = a note\n\n[Second]\naddress = " +
+                                 server.Address("/other/@N/@Y@M@D@H") + "\n");
     SoundingRecord record = test::ReferenceConvective();
     sounding = WriteRaw(record);
   }
@@ -185,7 +184,7 @@ TEST_F(DownloadWindowsTest, SourcesAreEditedInTheirFile) {
   EXPECT_EQ(test::In<QComboBox>(window, "Source").currentText(), "Third");
   EXPECT_EQ(test::In<QLabel>(window, "SourceNote").text(), "new");
   // What an editor elsewhere broke is told when the window opens.
-  EXPECT_FALSE(SaveFile(folder.Path() / "VEXA.URL", "[A]\nadress = b\n[C]\naddress = http://d\n"));
+  folder.Write("VEXA.URL", "[A]\nadress = b\n[C]\naddress = http://d\n");
   DownloadWindow again(
       program, [](const fs::path&, int) {}, nullptr, net);
   EXPECT_TRUE(test::In<QLabel>(again, "Progress").text().startsWith("VEXA.URL, line 2: "));

@@ -157,7 +157,7 @@ TEST_F(PrintPlotTest, TheSheetIsRememberedAndADamagedFileDoesNoHarm) {
   window.findChild<QCheckBox*>("IncludeDataType")->setChecked(false);
   EXPECT_TRUE(std::filesystem::exists(PrintToFile(window, "one.pdf")));
   EXPECT_EQ(PrintPlotWindow(program).Request().Setup, window.Request().Setup);
-  EXPECT_FALSE(SaveFile(folder.Path() / "PRINTER.DAT", "Paper = Papyrus\r\nno sense\r\n\r\n= "));
+  folder.Write("PRINTER.DAT", "Paper = Papyrus\r\nno sense\r\n\r\n= ");
   EXPECT_EQ(PrintPlotWindow(program).Request().Setup, output::PrintSetup{});
 }
 

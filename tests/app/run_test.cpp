@@ -41,7 +41,7 @@ TEST(VexaProgram, SavesAScreenshotOfItsWindow) {
   const auto name = [&folder](const char* file) {
     return QString::fromStdString(TextFromPath(folder.Path() / file));
   };
-  ASSERT_FALSE(SaveFile(folder.Path() / "a.RAW", WriteRaw(test::ReferenceConvective())));
+  folder.Write("a.RAW", test::ReferenceConvective());
   const Ended ended =
       RunProgram({"--root", name("root"), "--size", "640x520", "--set", "Diagram type=emagram",
                   "--screenshot", name("out.png"), name("a.RAW")});
@@ -65,7 +65,7 @@ TEST(VexaProgram, OpensANameThatIsNoUtf8AndMendsItsPicture) {
   ASSERT_FALSE(SaveFile(raw, WriteRaw(test::ReferenceConvective())));
   const std::filesystem::path root = folder.Path() / "root", picture = root / "VEXA57.BMP";
   std::filesystem::create_directories(root);
-  ASSERT_FALSE(SaveFile(folder.Path() / "precious", "not to be lost"));
+  folder.Write("precious", "not to be lost");
   std::filesystem::create_symlink(folder.Path() / "precious", picture);
   // The toolkit's process would not pass the name on as it is.
   const auto run = [&] {

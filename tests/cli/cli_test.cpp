@@ -23,9 +23,7 @@ using Json = nlohmann::json;
 class CommandLine : public testing::Test {
  protected:
   std::string Write(const std::string& name, const std::string& text) {
-    const fs::path path = folder_.Path() / PathFromText(name);
-    EXPECT_FALSE(SaveFile(path, text));
-    return TextFromPath(path);
+    return TextFromPath(folder_.Write(name, text));
   }
   std::string Sounding(const std::string& name = "große Lage.RAW") {
     return Write(name, WriteRaw(test::ReferenceConvective()));

@@ -19,11 +19,7 @@ class SectionCommand : public testing::Test {
     SoundingRecord record = test::ReferenceConvective();
     SetDecimalPosition(record, 35, lon);
     record.StationTitle = name;
-    if (!withWinds) {
-      record.WindHgt.Clear();
-      record.WindDir.Clear();
-      record.WindSpd.Clear();
-    }
+    if (!withWinds) record = test::WithoutWinds(record);
     const std::string path = In(name + ".RAW");
     EXPECT_FALSE(SaveFile(PathFromText(path), WriteRaw(record)));
     return path;

@@ -21,9 +21,7 @@ namespace {
 class WavesTest : public testing::Test {
  protected:
   std::string Saved(const SoundingRecord& sounding) {
-    const std::filesystem::path path = folder.Path() / "a.RAW";
-    EXPECT_FALSE(SaveFile(path, WriteRaw(sounding)));
-    return TextFromPath(path);
+    return TextFromPath(folder.Write("a.RAW", sounding));
   }
   static Ran Waves(const std::string& file, std::vector<std::string> more) {
     std::vector<std::string> words = {"waves", file};
@@ -73,14 +71,6 @@ TEST_F(WavesTest, GivesEveryTermAsJsonAndARowForEachWaveAsCsv) {
   EXPECT_EQ(std::ranges::count(csv.Out, '\n'), 3);
 }
 
-SoundingRecord WithoutWinds() {
-  SoundingRecord sounding = test::ReferenceWinter();
-  sounding.WindHgt.Clear();
-  sounding.WindDir.Clear();
-  sounding.WindSpd.Clear();
-  return sounding;
-}
-
 SoundingRecord WindsAloft() {
   return test::Profile({{1000, 10, 5}, {850, 5, 0}, {700, 0, -5}, {500, -15, -20}, {300, -40, -50}},
                        {{5000, 270, 40}, {9000, 270, 80}});
@@ -110,7 +100,7 @@ TEST_F(WavesTest, SaysWhyThereIsNoneAndNeverNaN) {
     const char* reason;  // empty: there may be waves
   };
   const Case cases[] = {
-      {"no winds", WithoutWinds(), "The sounding has no winds."},
+      {"no winds", test::WithoutWinds(test::ReferenceWinter()), "The sounding has no winds."},
       {"winds aloft only", WindsAloft(),
        "The sounding has fewer than three levels with temperature and wind."},
       {"nothing stable", NothingStable(), ""},

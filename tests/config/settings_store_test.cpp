@@ -266,11 +266,11 @@ TEST(Settings, DamageCostsNoMoreThanItTouches) {
 // A row that is new, gone or elsewhere in another version's file costs nothing.
 TEST(Settings, ValuesAreFoundByTheirKeysWhereverTheyStand) {
   const test::TemporaryFolder folder;
-  ASSERT_FALSE(SaveFile(folder.Path() / "VEXAMAIN.SYS",
-                        "\"a header\"\r\n\"Each value stands behind its key.\"\r\n"
-                        "\"Line #2 Style\",\"dots\"\r\n"
-                        "\"Temp MAX\",35,\"RH%25\",71\r\n\r\n"
-                        "\"Header file\",\"a %22b%22, c\",\"Above 100mb\",\"YES\"\r\n"));
+  folder.Write("VEXAMAIN.SYS",
+               "\"a header\"\r\n\"Each value stands behind its key.\"\r\n"
+               "\"Line #2 Style\",\"dots\"\r\n"
+               "\"Temp MAX\",35,\"RH%25\",71\r\n\r\n"
+               "\"Header file\",\"a %22b%22, c\",\"Above 100mb\",\"YES\"\r\n");
   SettingsStore expected;
   expected.Set.CustomLines[1].Style = CustomLineStyle::Dots;
   expected.Set.TempMax = 35;
@@ -530,8 +530,7 @@ TEST(SwitchConfiguration, EachHasItsOwnMainSettings) {
 
 TEST(SwitchConfiguration, TheCopyOfADamagedFileOutlivesAFault) {
   const test::TemporaryFolder folder;
-  const fs::path main = folder.Path() / "VEXAMAIN.SYS";
-  ASSERT_FALSE(SaveFile(main, "\"header\"\r\n\"torn\r\n"));
+  const fs::path main = folder.Write("VEXAMAIN.SYS", "\"header\"\r\n\"torn\r\n");
   Notes notes;
   SettingsStore store = Loaded(folder.Path(), notes);
   EXPECT_EQ(notes.size(), 1U);

@@ -137,7 +137,7 @@ TEST(StationFile, TellsTheUserAtStartUp) {
   current.Ask = &user;
   StationList list;
   const auto load = [&](const std::string& text) {
-    EXPECT_FALSE(SaveFile(folder.Path() / "VEXA.STN", text));
+    folder.Write("VEXA.STN", text);
     return LoadStations(current, folder.Path(), list);
   };
   user.Expect("VEXA", Answer::Ok);
@@ -200,7 +200,7 @@ TEST(StationFile, SavingLosesNothing) {
   for (const Case& c : cases) {
     SCOPED_TRACE(c.about);
     const test::TemporaryFolder folder;
-    ASSERT_FALSE(SaveFile(folder.Path() / "VEXA.STN", c.text));
+    folder.Write("VEXA.STN", c.text);
     const StationReading reading = ReadStations(c.text, "VEXA.STN");
     StationList list = reading.List;
     ASSERT_FALSE(list.Add({.Number = 50000, .Name = "NEW", .Lat = 1, .Lon = 2}));

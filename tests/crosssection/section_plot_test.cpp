@@ -164,9 +164,7 @@ TEST(SectionPlot, MappingRunsBothWaysAndReads) {
 TEST(SectionPlot, ThinsDenseWinds) {
   Scene scene{Line(2)};
   for (Column& column : scene.Of.Columns) {
-    column.Sounding.WindHgt.Clear();
-    column.Sounding.WindDir.Clear();
-    column.Sounding.WindSpd.Clear();
+    column.Sounding = test::WithoutWinds(column.Sounding);
     for (int i = 0; i < 1600; ++i) column.Sounding.AddWind(10.0 * i, 270, 20);
   }
   scene.Set.Scale = SectionScale::Kilometers;

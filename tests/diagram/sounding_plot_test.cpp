@@ -119,12 +119,7 @@ TEST(SoundingPlot, LongValuesHaveALineOfTheirOwn) {
 
 // The data end at 250 hPa, where the parcel is still warmer: nothing passes for measured.
 TEST(SoundingPlot, AnAscentCutByTheEndOfTheDataSaysSo) {
-  SoundingRecord cut = test::ReferenceConvective();
-  while (cut.Press.Top() < 250) {
-    for (Levels<double>* levels : {&cut.Press, &cut.Temp, &cut.Dewpt}) {
-      levels->Erase(levels->Count());
-    }
-  }
+  const SoundingRecord cut = test::EndingAt(test::ReferenceConvective(), 250);
   const SoundingPlot plot = Draw(cut);
   const auto marks = Texts(plot.Page, "parcel level label");
   EXPECT_TRUE(std::ranges::any_of(

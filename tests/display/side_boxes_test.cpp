@@ -30,9 +30,7 @@ std::vector<Case> Cases() {
   std::vector<Case> cases = {{"nothing at all", {}},
                              {"one level", test::Profile({{1000, 20, 15}})}};
   Case noWinds{"no winds", test::ReferenceConvective()};
-  noWinds.Record.WindHgt.Clear();
-  noWinds.Record.WindDir.Clear();
-  noWinds.Record.WindSpd.Clear();
+  noWinds.Record = test::WithoutWinds(noWinds.Record);
   cases.push_back(noWinds);
   Case dry{"no dew points", test::ReferenceConvective()};
   for (int i = 1; i <= dry.Record.NumTempLevels(); ++i) dry.Record.Dewpt(i) = kMissing;

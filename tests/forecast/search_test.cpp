@@ -43,7 +43,7 @@ class Search : public testing::Test {
 TEST_F(Search, ReadsOnlyWhatChanged) {
   Put("a.RAW", Blown("12", 7));
   Put("b.RAW", Blown("12", 8));
-  ASSERT_FALSE(SaveFile(folder_.Path() / "notes.txt", "no sounding"));
+  folder_.Write("notes.txt", "no sounding");
   Catalogue first;
   ASSERT_TRUE(first.Update(Files(), {}, {}));
   EXPECT_EQ(first.FilesRead(), 3);

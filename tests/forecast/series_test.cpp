@@ -134,7 +134,7 @@ TEST(Series, ComesWholeOrNotAtAll) {
   const std::vector<SeriesFile> files = FilesOf(series, kSet);
   ASSERT_EQ(files.size(), 3u);
   EXPECT_EQ(FilesOf(series, kSet, 1).front().Name, "TODAY_02h_Forecast.RAW");
-  ASSERT_FALSE(SaveFile(folder.Path() / "TODAY_01h_Forecast.RAW", "old"));
+  folder.Write("TODAY_01h_Forecast.RAW", "old");
   EXPECT_EQ(Existing(folder.Path(), files), std::vector<std::string>{"TODAY_01h_Forecast.RAW"});
   test::FullDisk disk(3);
   const auto fault = SaveTogether(folder.Path(), files, disk);

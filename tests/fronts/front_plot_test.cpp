@@ -53,13 +53,6 @@ SoundingRecord Tropical(SoundingRecord sounding) {
   return sounding;
 }
 
-SoundingRecord Windless(SoundingRecord sounding) {
-  sounding.WindHgt.Clear();
-  sounding.WindDir.Clear();
-  sounding.WindSpd.Clear();
-  return sounding;
-}
-
 std::vector<Drawn> Pages() {
   HodographSettings strict;
   strict.Front.GradientThreshold = 0.5;
@@ -80,7 +73,7 @@ std::vector<Drawn> Pages() {
   pages.emplace_back(test::ReferenceConvective());
   pages.emplace_back(Southern(winter));
   pages.emplace_back(Tropical(winter));
-  pages.emplace_back(Windless(winter));
+  pages.emplace_back(test::WithoutWinds(winter));
   pages.emplace_back(winter, strict, Options{}, HeldZone{2000, 9000});
   return pages;
 }

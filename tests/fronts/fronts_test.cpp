@@ -157,10 +157,7 @@ TEST(Fronts, NoneWithoutGradientPositionOrWinds) {
   SetDecimalPosition(tropics, -9.9, 8);
   SoundingRecord nowhere = winter;
   nowhere.LatHemi.clear();
-  SoundingRecord windless = winter;
-  windless.WindHgt.Clear();
-  windless.WindDir.Clear();
-  windless.WindSpd.Clear();
+  SoundingRecord windless = test::WithoutWinds(winter);
   SoundingRecord steady = winter;
   test::ChangeWinds(steady, [](WindLevel& wind) { wind.Dir = 270, wind.Spd = 20; });
   struct Case {

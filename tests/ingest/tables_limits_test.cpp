@@ -18,48 +18,29 @@ namespace {
 
 TEST(TableLimits, UnitsOfColumns) {
   const struct {
-    const char *Name, *Unit;
-    double Given, Is;
-  } cases[] = {{"Press", "hPa", 850, 850},
-               {"Press", "mb", 850, 850},
-               {"Press", "mbar", 850, 850},
-               {"Press", "Pa", 85000, 850},
-               {"Height", "m", 1500, 1500},
-               {"Height", "gpm", 1500, 1500},
-               {"Height", "km", 1.5, 1500},
-               {"Height", "ft", 5000, 1524},
-               {"Height", "feet", 5000, 1524},
-               {"Temp", "C", 10, 10},
-               {"Temp", "deg C", 10, 10},
-               {"Temp", "oC", 10, 10},
-               {"Temp", "K", 283.15, 10},
-               {"Temp", "F", 50, 10},
-               {"Temp", "degF", 14, -10},
-               {"Dir", "deg", 270, 270},
-               {"Dir", "degree", 270, 270},
-               {"Dir", "degrees", 270, 270},
-               {"Speed", "kt", 20, 20},
-               {"Speed", "kts", 20, 20},
-               {"Speed", "knot", 20, 20},
-               {"Speed", "knots", 20, 20},
-               {"Speed", "m/s", 10, 19.43844},
-               {"Speed", "ms", 10, 19.43844},
-               {"Speed", "m s-1", 10, 19.43844},
-               {"Speed", "km/h", 36, 19.43844},
-               {"Speed", "", 20, 20},
-               {"Temp",
-                "\xC2\xB0"
-                "C",
-                10, 10}};
+    const char* Name;
+    double Is;
+    std::vector<std::pair<const char*, double>> Given;
+  } cases[] = {
+      {"Press", 850, {{"hPa", 850}, {"mb", 850}, {"mbar", 850}, {"Pa", 85000}}},
+      {"Height", 1524, {{"m", 1524}, {"gpm", 1524}, {"km", 1.524}, {"ft", 5000}, {"feet", 5000}}},
+      {"Temp", 10, {{"C", 10}, {"deg C", 10}, {"oC", 10}, {"\xC2\xB0\x43", 10}, {"K", 283.15}}},
+      {"Temp", -10, {{"F", 14}, {"degF", 14}}},
+      {"Dir", 270, {{"deg", 270}, {"degree", 270}, {"degrees", 270}}},
+      {"Speed", 20, {{"kt", 20}, {"kts", 20}, {"knot", 20}, {"knots", 20}, {"", 20}}},
+      {"Speed", 19.43844, {{"m/s", 10}, {"ms", 10}, {"m s-1", 10}, {"km/h", 36}}},
+  };
   for (const auto& c : cases) {
-    SCOPED_TRACE(std::string(c.Name) + ' ' + c.Unit);
-    for (const bool isApart : {true, false}) {
-      const auto column = isApart ? PlanColumn(3, c.Name, c.Unit)
-                                  : PlanColumn(3, std::string(c.Name) + " (" + c.Unit + ")");
-      ASSERT_TRUE(column);
-      EXPECT_EQ(column->Column, 3U);
-      EXPECT_NEAR(column->ToOurs(c.Given), c.Is, 1e-4);
-      EXPECT_EQ(column->HasUnit, *c.Unit != '\0');
+    for (const auto& [unit, given] : c.Given) {
+      SCOPED_TRACE(std::string(c.Name) + ' ' + unit);
+      for (const bool isApart : {true, false}) {
+        const auto column = isApart ? PlanColumn(3, c.Name, unit)
+                                    : PlanColumn(3, std::string(c.Name) + " (" + unit + ")");
+        ASSERT_TRUE(column);
+        EXPECT_EQ(column->Column, 3U);
+        EXPECT_NEAR(column->ToOurs(given), c.Is, 1e-4);
+        EXPECT_EQ(column->HasUnit, *unit != '\0');
+      }
     }
   }
   EXPECT_TRUE(PlanColumn(0, "temperature_C")->HasUnit);

@@ -300,10 +300,7 @@ TEST(WaveModel, FieldAgreesWithTheWave) {
 
 TEST(WaveModel, PoorSoundingsGiveASentence) {
   const SoundingRecord winter = test::ReferenceWinter();
-  SoundingRecord windless = winter;
-  windless.WindHgt.Clear();
-  windless.WindDir.Clear();
-  windless.WindSpd.Clear();
+  SoundingRecord windless = test::WithoutWinds(winter);
   SoundingRecord aloft = windless;
   aloft.AddWind(6000, 290, 60);
   aloft.AddWind(9000, 290, 80);

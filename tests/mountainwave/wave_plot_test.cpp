@@ -59,12 +59,6 @@ void ExpectFilled(const Picture& chart, const Surface& surface) {
   EXPECT_GT(frames.Bottom, surface.Height - Px(90));
 }
 
-void ClearWinds(SoundingRecord& sounding) {
-  sounding.WindHgt.Clear();
-  sounding.WindDir.Clear();
-  sounding.WindSpd.Clear();
-}
-
 TEST(WavePlot, MappingRunsBothWays) {
   Scene scene;
   const WavePlotInput input = scene.Input();
@@ -135,7 +129,7 @@ TEST(WavePlot, PagesOfAllSizesAreOrderly) {
     test::ExpectOrderly(waves, page);
     // A profile stands in its column or is named as left out.
     EXPECT_EQ(CountOf(waves, "Scorer parameter") + CountOf(waves, "left out"), 1);
-    ClearWinds(scene.Sounding);
+    scene.Sounding = test::WithoutWinds(scene.Sounding);
     test::ExpectOrderly(PlotWaves(scene.Input(), surface).Page, page);
   }
 }
@@ -180,7 +174,7 @@ TEST(WavePlot, IsentropesCrowdWhereTheAirIsStable) {
 
 TEST(WavePlot, SaysWhyThereIsNothing) {
   Scene scene;
-  ClearWinds(scene.Sounding);
+  scene.Sounding = test::WithoutWinds(scene.Sounding);
   const WavePlot plot = PlotWaves(scene.Input(), kPage);
   EXPECT_EQ(CountOf(plot.Page, "remark"), 2);
   EXPECT_EQ(CountOf(plot.Page, "streamline"), 0);
@@ -242,7 +236,7 @@ TEST(WaveSweep, SoundingsInTurnShowTheirOwnAir) {
   ASSERT_NE(behind.Predominant(), nullptr);
   EXPECT_EQ(windy.Velocity, behind.Predominant()->MaxVelocity);
   EXPECT_NEAR(windy.ByAxis[17], windy.Velocity, 1e-9);  // 180 degrees
-  ClearWinds(scene.Sounding);
+  scene.Sounding = test::WithoutWinds(scene.Sounding);
   const SeriesMember calm = MemberOf(AirOf(scene.Sounding, scene.Input().Levels), "18 UTC", form);
   EXPECT_EQ(calm.Velocity, 0);
   std::vector<SeriesMember> members(40, windy);

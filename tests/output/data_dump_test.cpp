@@ -191,11 +191,7 @@ TEST(DataDump, SpreadsheetGivesBothGustsInItsUnitAndMarksWhatIsCut) {
   options.System.Dump.Speed = SpeedUnits::MetersPerSecond;
   EXPECT_NE(Dump(cut, options, DumpKind::Spreadsheet).find("\r\nT1/T2 Gust,15/21, m/s\r\n"),
             std::string::npos);
-  while (cut.Press.Top() < 250) {
-    for (Levels<double>* levels : {&cut.Press, &cut.Temp, &cut.Dewpt}) {
-      levels->Erase(levels->Count());
-    }
-  }
+  cut = test::EndingAt(cut, 250);
   const std::string sheet = Dump(cut, options, DumpKind::Spreadsheet);
   const auto row = [&sheet](std::string_view label) {
     const std::size_t at = sheet.find("\r\n" + std::string(label) + ",") + 2;

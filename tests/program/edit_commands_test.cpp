@@ -39,9 +39,7 @@ class EditCommands : public testing::Test {
     program.Where.Data = folder.Path();
   }
   fs::path Saved(const std::string& name, const std::string& bytes) {
-    const fs::path path = folder.Path() / name;
-    EXPECT_FALSE(SaveFile(path, bytes));
-    return path;
+    return folder.Write(name, bytes);
   }
   fs::path Native(const std::string& name) {
     return Saved(name, WriteRaw(test::ReferenceWinter()));

@@ -19,9 +19,7 @@ namespace {
 class ExportBatchTest : public testing::Test {
  protected:
   std::string Write(const std::string& name, const std::string& text) {
-    const std::filesystem::path path = folder_.Path() / PathFromText(name);
-    EXPECT_FALSE(SaveFile(path, text));
-    return TextFromPath(path);
+    return TextFromPath(folder_.Write(name, text));
   }
   std::vector<std::string> Files(int count) {
     std::vector<std::string> files;

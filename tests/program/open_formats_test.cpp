@@ -34,9 +34,7 @@ class OpenFormats : public testing::Test {
     };
   }
   fs::path Copied(const std::string& name) {
-    const fs::path path = folder.Path() / name;
-    EXPECT_FALSE(SaveFile(path, ReadFile(test::TestData(name)).Value()));
-    return path;
+    return folder.Write(name, ReadFile(test::TestData(name)).Value());
   }
 
   test::TemporaryFolder folder;

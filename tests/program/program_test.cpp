@@ -41,14 +41,10 @@ class ProgramTest : public testing::Test {
   ProgramTest() { program.Doc.AskThrough(&user); }
 
   fs::path Saved(const std::string& name, const SoundingRecord& record) {
-    const fs::path path = folder.Path() / name;
-    EXPECT_FALSE(SaveFile(path, WriteRaw(record)));
-    return path;
+    return folder.Write(name, record);
   }
   fs::path SavedText(const std::string& name, const std::string& text) {
-    const fs::path path = folder.Path() / name;
-    EXPECT_FALSE(SaveFile(path, text));
-    return path;
+    return folder.Write(name, text);
   }
 
   test::TemporaryFolder folder;

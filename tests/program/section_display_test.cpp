@@ -158,11 +158,8 @@ TEST_F(SectionDisplay, OfAFileOfManyTakesASpanOfTime) {
 }
 
 TEST_F(SectionDisplay, AsksBeforeItDrawsWinds) {
-  SoundingRecord calm = test::ReferenceConvective();
+  SoundingRecord calm = test::WithoutWinds(test::ReferenceConvective());
   SetDecimalPosition(calm, 35, -90);
-  calm.WindHgt.Clear();
-  calm.WindDir.Clear();
-  calm.WindSpd.Clear();
   const fs::path path = program.Where.Data / "calm.RAW";
   ASSERT_FALSE(SaveFile(path, WriteRaw(calm)));
   OpenSoundings(program, {Station("east", -95), path});

@@ -28,9 +28,7 @@ class SettingsTest : public testing::Test {
     return bytes ? bytes.Value() : std::string();
   }
   fs::path Saved(const std::string& name) {
-    const fs::path path = folder.Path() / name;
-    EXPECT_FALSE(SaveFile(path, WriteRaw(test::ReferenceConvective())));
-    return path;
+    return folder.Write(name, test::ReferenceConvective());
   }
 
   test::TemporaryFolder folder;
@@ -60,7 +58,7 @@ TEST_F(SettingsTest, WhatIsAcceptedIsThereAtTheNextStart) {
 }
 
 TEST_F(SettingsTest, DamagedFilesAreToldOfAndKeptAside) {
-  ASSERT_FALSE(SaveFile(folder.Path() / "VEXAMAIN.SYS", "header\r\n\"maybe\",\"yes\",\"no\"\r\n"));
+  folder.Write("VEXAMAIN.SYS", "header\r\n\"maybe\",\"yes\",\"no\"\r\n");
   Program program;
   Start(program);
   const std::string told = TakeNotices(program);

@@ -88,7 +88,7 @@ TEST(StartUp, AStationListWithAFaultIsToldOf) {
 
 TEST(StartUp, TellsOfAFolderThatCannotBeWritten) {
   const test::TemporaryFolder folder;
-  ASSERT_FALSE(SaveFile(folder.Path() / "ForecastData", "in the way"));
+  folder.Write("ForecastData", "in the way");
   test::ScriptedInteraction user;
   user.Expect("VEXA program file/folder access problem...", Answer::Ok);
   Program program;
@@ -109,7 +109,7 @@ TEST(StartUp, ARootThatTakesNoFilesIsToldOfOnce) {
   for (const char* name : {"VEXA.STN", "VEXA.MTN", "VEXA.URL"}) {
     ASSERT_FALSE(SaveFile(folder.Path() / "share" / name, "shipped"));
   }
-  ASSERT_FALSE(SaveFile(folder.Path() / "root", "in the way"));
+  folder.Write("root", "in the way");
   test::ScriptedInteraction user;
   user.Expect("VEXA program file/folder access problem...", Answer::Ok);
   Program started;

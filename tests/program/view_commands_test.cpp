@@ -49,9 +49,7 @@ class ViewTest : public testing::Test {
     Do(OpenSoundings(program, {Saved("a.RAW", test::ReferenceConvective())}));
   }
   std::filesystem::path Saved(const std::string& name, const SoundingRecord& record) {
-    const std::filesystem::path path = folder.Path() / name;
-    EXPECT_FALSE(SaveFile(path, WriteRaw(record)));
-    return path;
+    return folder.Write(name, record);
   }
   void Do(Changes changes) { ASSERT_TRUE(Refresh(program, changes)); }
   void Do(std::string_view command) { Do(RunCommand(program, command)); }
@@ -148,7 +146,7 @@ TEST_F(ViewTest, ComparesOverlaysAndGoesBack) {
   EXPECT_TRUE(Texts("other title").empty());
 
   // A file that is no sounding is told of, and nothing is compared.
-  ASSERT_FALSE(SaveFile(folder.Path() / "bad.txt", "no sounding\n"));
+  folder.Write("bad.txt", "no sounding\n");
   user.Chosen = {TextFromPath(folder.Path() / "bad.txt")};
   user.Expect("VEXA", Answer::Ok);
   Do("mnuCompare");
@@ -267,7 +265,7 @@ TEST_F(ViewTest, WhatALoopPassesOverLeavesTheSoundingInWorkWhole) {
 
 TEST_F(ViewTest, WhatCannotBeReadIsSteppedOver) {
   const auto a = folder.Path() / "a.RAW";
-  ASSERT_FALSE(SaveFile(folder.Path() / "bad.txt", "no sounding\n"));
+  folder.Write("bad.txt", "no sounding\n");
   const auto b = Saved("b.RAW", test::ReferenceWinter());
   Do(OpenSoundings(program, {a, folder.Path() / "bad.txt", b}));
   user.Expect("VEXA", Answer::Ok);

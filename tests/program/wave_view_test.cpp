@@ -34,9 +34,7 @@ class WaveViewTest : public testing::Test {
   std::filesystem::path Saved(const std::string& name, int station) {
     SoundingRecord sounding = test::ReferenceWinter();
     sounding.StationTitle = std::to_string(station) + " - Somewhere";
-    const auto path = folder.Path() / name;
-    EXPECT_FALSE(SaveFile(path, WriteRaw(sounding)));
-    return path;
+    return folder.Write(name, sounding);
   }
   void Open(const std::string& name, int station) {
     ASSERT_TRUE(Refresh(program, OpenSoundings(program, {Saved(name, station)})));

@@ -3,6 +3,9 @@
 #include <cstdlib>
 #include <random>
 
+#include "core/files.h"
+#include "core/raw_file.h"
+
 namespace vexa::test {
 namespace fs = std::filesystem;
 
@@ -53,9 +56,7 @@ SoundingRecord WithEmptyWinds(const SoundingRecord& sounding) {
   constexpr WindRow kEmpty[] = {
       {0, 999.9, 999.9}, {0, 999.9, 12}, {0, 240, 999.9}, {0, -999, -999}, {0, 9999, 9999}};
   SoundingRecord record = sounding;
-  record.WindHgt.Clear();
-  record.WindDir.Clear();
-  record.WindSpd.Clear();
+  record = WithoutWinds(std::move(record));
   record.WorkWindDir.Clear();
   record.WorkWindSpd.Clear();
   std::size_t next = 0;
@@ -127,6 +128,22 @@ std::optional<fs::path> RealData(const std::string& name) {
   return root / name;
 }
 
+SoundingRecord WithoutWinds(SoundingRecord sounding) {
+  sounding.WindHgt.Clear();
+  sounding.WindDir.Clear();
+  sounding.WindSpd.Clear();
+  return sounding;
+}
+
+SoundingRecord EndingAt(SoundingRecord sounding, double press) {
+  while (sounding.Press.Top() < press) {
+    for (Levels<double>* levels : {&sounding.Press, &sounding.Temp, &sounding.Dewpt}) {
+      levels->Erase(levels->Count());
+    }
+  }
+  return sounding;
+}
+
 TemporaryFolder::TemporaryFolder() {
   std::random_device seed;
   path_ = fs::temp_directory_path() / ("vexa test " + std::to_string(seed()));
@@ -136,6 +153,17 @@ TemporaryFolder::TemporaryFolder() {
 TemporaryFolder::~TemporaryFolder() {
   std::error_code ignored;
   fs::remove_all(path_, ignored);
+}
+
+fs::path TemporaryFolder::Write(const std::string& name, std::string_view bytes) const {
+  const fs::path path = path_ / PathFromText(name);
+  fs::create_directories(path.parent_path());
+  EXPECT_FALSE(SaveFile(path, bytes));
+  return path;
+}
+
+fs::path TemporaryFolder::Write(const std::string& name, const SoundingRecord& sounding) const {
+  return Write(name, WriteRaw(sounding));
 }
 
 }  // namespace vexa::test

@@ -10,6 +10,7 @@
 #include <initializer_list>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -40,6 +41,10 @@ std::filesystem::path SourceFolder();
 /// each another marker stands for it.
 SoundingRecord WithEmptyWinds(const SoundingRecord& sounding);
 
+/// The same without any wind; without the levels above a pressure.
+SoundingRecord WithoutWinds(SoundingRecord sounding);
+SoundingRecord EndingAt(SoundingRecord sounding, double press);
+
 /// Changes the wind of every level as an edit would.
 void ChangeWinds(SoundingRecord& sounding, const std::function<void(WindLevel&)>& change);
 
@@ -63,6 +68,9 @@ class TemporaryFolder {
   TemporaryFolder(const TemporaryFolder&) = delete;
   TemporaryFolder& operator=(const TemporaryFolder&) = delete;
   const std::filesystem::path& Path() const { return path_; }
+  /// Writes a file below it and gives its path; a sounding becomes a native file.
+  std::filesystem::path Write(const std::string& name, std::string_view bytes) const;
+  std::filesystem::path Write(const std::string& name, const SoundingRecord& sounding) const;
 
  private:
   std::filesystem::path path_;
