@@ -163,8 +163,11 @@ TEST_F(DisplayTableTest, ItIsPrintedHasItsHelpAndComesBackAtTheNextStart) {
   EXPECT_NE(FindTopic(topics, "main")->Text.find("**Rings** (Ctrl+Alt+R)"), std::string::npos);
 
   window.Run("mnuRings");
+  window.Run("mnuAnalyze");
+  window.Run("mnuHodograph");
   window.close();
-  EXPECT_EQ(ReadList(folder.Path(), kAnalysisMemory), std::vector<std::string>{"Rings"});
+  EXPECT_EQ(ReadList(folder.Path(), kAnalysisMemory),
+            (std::vector<std::string>{"InfoPanel", "Hodograph", "Rings"}));
   Own next(table);
   WindowInteraction quiet(next.Gate, WindowInteraction::Attendance::Unattended);
   next.Doc.AskThrough(&quiet);
@@ -173,8 +176,10 @@ TEST_F(DisplayTableTest, ItIsPrintedHasItsHelpAndComesBackAtTheNextStart) {
   again.show();
   again.OpenFiles({folder.Path() / "Here.RAW"});
   again.RestoreDisplays();
-  ASSERT_NE(again.Display("Rings"), nullptr);
-  EXPECT_TRUE(again.Display("Rings")->isVisible());
+  for (const char* id : {"Rings", "Hodograph"}) {
+    ASSERT_NE(again.Display(id), nullptr);
+    EXPECT_TRUE(again.Display(id)->isVisible());
+  }
 }
 
 }  // namespace

@@ -100,6 +100,15 @@ TEST_F(SoundingWindowTest, AFolderStandsForTheSoundingsInIt) {
   EXPECT_EQ(program.Listed.Size(), 2U);
 }
 
+TEST_F(SoundingWindowTest, ListingsFollowTheSounding) {
+  Open(test::ReferenceWinter());
+  Choose("mnuListings");
+  const auto& complete = test::In<QPlainTextEdit>(window, "CompleteData");
+  const QString before = complete.toPlainText();
+  Open(test::ReferenceConvective());
+  EXPECT_NE(complete.toPlainText(), before);
+}
+
 TEST_F(SoundingWindowTest, PointerAndKeysReadTheDiagram) {
   window.OpenFiles({Saved("a.RAW", test::ReferenceConvective())});
   QApplication::processEvents();

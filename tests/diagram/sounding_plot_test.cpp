@@ -99,6 +99,22 @@ TEST(SoundingPlot, HeightScaleCountsInItsUnit) {
   }
 }
 
+TEST(SoundingPlot, ShowsTheChosenGroupsOfIndices) {
+  Options options;  // Main and CAPE
+  const auto labels = [&options] {
+    return Texts(Draw(test::ReferenceConvective(), options).Page, "index label");
+  };
+  EXPECT_EQ(labels().size(), 14u);
+  EXPECT_EQ(labels().front(), "        KI");
+  options.PanelMain = false;
+  options.PanelFog = true;
+  EXPECT_EQ(labels().size(), 9u);
+  options.PanelEurope = true;
+  EXPECT_GT(labels().size(), 9u);
+  options.ThermoNum = 5;
+  EXPECT_EQ(labels().front(), "     Water");
+}
+
 // Values that say what they count from are told with their unit and have a line of their own.
 TEST(SoundingPlot, LongValuesHaveALineOfTheirOwn) {
   Options options;

@@ -114,6 +114,11 @@ TEST(CodedLevels, AMarkIsKnownByItsTime) {
       {"11:60", text + "81160", isLevel + "!", "x TTAA: group 81160 is garbled and was skipped."},
       {"24:00", text + "82400", isLevel + "!", "x TTAA: group 82400 is garbled and was skipped."},
       {"no time", text, isLevel, ""},
+      // -51.5 C with a depression of 1.5.
+      {"nor is this one of remarks",
+       "TTAA 70042 03158 21530 50563 18167 22040 40725 30967 22550 30923 51515 23060 25043 52363 "
+       "23570",
+       levels + ", M300=923 -51.5 -53 230/60, M250=43 -52.3 -65.3 235/70", ""},
   });
 }
 

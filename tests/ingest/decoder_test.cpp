@@ -183,6 +183,12 @@ TEST(TimeInTitle, StandsAtItsEnd) {
   for (const auto& c : cases) EXPECT_EQ(TimeInTitle(c.Title), c.Time) << c.Title;
 }
 
+TEST(Native, WhatStoodBeforeTheDamageIsKept) {
+  const Decoded damaged = DecodeText("a.RAW", FileText("native_damaged.RAW"));
+  ASSERT_TRUE(damaged.Failed);
+  EXPECT_EQ(damaged.Record.Press, Levels<double>({1000, 900}));
+}
+
 TEST(Native, ImpossibleValuesAreLeftOut) {
   SoundingRecord record = test::Profile({{1000, 71, 999.9},
                                          {-850, 10, 5},
