@@ -281,28 +281,18 @@ WaveResults OneWave() {
   return results;
 }
 
+std::string Listed(const WaveSource& source) {
+  std::string text;
+  for (const std::string& line : WaveListing(source)) text += line + '\n';
+  return text;
+}
+
 TEST(WaveListing, DefaultMountainInFeet) {
   SoundingRecord sounding = test::ReferenceWinter();
   sounding.Time = {2010, 1, 5, 12, 0};
   const WaveResults waves = OneWave();
-  EXPECT_EQ(WaveListing({sounding, Site{}, waves, {}}),
-            (std::vector<std::string>{
-                "VEXA Mountain-Wave for:  Reference B, winter  2010-01-05 12:00 UTC",
-                "Station Elevation: 394 ft, MSL",
-                "Mountain Elevation:   3675 ft, MSL",
-                "       Half-width: 1.0 nm",
-                "        Ridge Axis:  any angle",
-                "Mountain parameters set to default for maximum wave.",
-                "",
-                "Predominate Wave",
-                "Wavelength: 6.1 nm",
-                "   Amplitude: 1689 ft",
-                "Maximum Vertical Velocity: 1181 fpm   S-X",
-                "Wave Interface Level",
-                "   Pressure = 700.0 mb",
-                "   Altitude = 9843 ft, AGL",
-                "",
-            }));
+  EXPECT_EQ(Listed({sounding, Site{}, waves, {}}),
+            ReadFile(test::TestData("listings/waves_default_mountain.txt")).Value());
 }
 
 TEST(WaveListing, TwoMountainsInMetres) {
@@ -318,37 +308,8 @@ TEST(WaveListing, TwoMountainsInMetres) {
   set.Units = kMetricUnits;
   set.DecayOn = true;
   const MountainParameters mountains{{10000, 5, 0}, 20, {5000, 2.5, 45}};
-  EXPECT_EQ(WaveListing({sounding, mountains, waves, set}),
-            (std::vector<std::string>{
-                "VEXA Mountain-Wave for:  Reference B, winter",
-                "Station Elevation: 120 m, MSL",
-                "Mountain #1    Elevation: 3048 m, MSL",
-                "       Half-width: 9.3 km",
-                "        Ridge Axis:  any angle",
-                "Mountain #2    Elevation: 1524 m, MSL",
-                "       Half-width: 4.6 km",
-                "        Ridge Axis: 45 degrees",
-                "Mountain separation:   37.0 km",
-                "Wave decay = 20% at wavelength #1",
-                "",
-                "Predominate Wave",
-                "Wavelength: 11.2 km   Mtn #1",
-                "   Amplitude: 515 m",
-                "Maximum Vertical Velocity: 6.0 m/s   S-X",
-                "Wave Interface Level",
-                "   Pressure = 700.0 mb",
-                "   Altitude = 3000 m, AGL",
-                "",
-                "Subordinate Waves",
-                "Wavelength: 11.2 km   Mtn #1 Harmonic",
-                "   Amplitude: 515 m",
-                "Maximum Vertical Velocity: 3.0 m/s   SEVERE",
-                "Wave Interface Level",
-                "   Pressure = 700.0 mb",
-                "   Altitude = 3000 m, AGL",
-                "",
-                "2nd mountain produced no waves.",
-            }));
+  EXPECT_EQ(Listed({sounding, mountains, waves, set}),
+            ReadFile(test::TestData("listings/waves_two_mountains.txt")).Value());
 }
 
 TEST(WaveListing, NoWaves) {
