@@ -1,0 +1,18 @@
+// What of a coded message could be, but seldom is: it stays, and a note doubts it.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "ingest/coded_air.h"
+
+namespace vexa::ingest {
+
+/// Names the levels beyond what all but a few of the reports of sixty stations have:
+/// - a mandatory temperature more than 2.3 °C off the line between the significant ones,
+/// - one that stands out between its neighbours where nothing else bears it out,
+/// - a tropopause that is no significant level, levels above the last mandatory one or 3 hPa,
+/// - heights of a layer that do not fit its temperatures.
+void TellDoubts(const HeldAir& air, std::vector<std::string>& notes);
+
+}  // namespace vexa::ingest
