@@ -83,8 +83,10 @@ bool HeldAir::IsCovered(const HeldValue& lower, const HeldValue& upper,
 }
 
 HeldAir::Layer HeldAir::LayerOf(const HeldValue& lower, const HeldValue& upper,
-                                const std::vector<std::size_t>& profile) const {
+                                const std::vector<std::size_t>& profile,
+                                std::vector<double>* weights) const {
   const auto temp = [&](std::size_t k) -> const HeldValue& { return Temps[profile[k]]; };
+  if (weights != nullptr) weights->assign(profile.size(), 0);
   Layer layer;
   while (layer.First + 2 < profile.size() && temp(layer.First + 1).Press >= lower.Press) {
     ++layer.First;
@@ -99,6 +101,11 @@ HeldAir::Layer HeldAir::LayerOf(const HeldValue& lower, const HeldValue& upper,
     };
     layer.Thickness += kMetresPerKelvin * (at(from) + at(to)) / 2 * (from - to);
     layer.Gap = std::max(layer.Gap, from - to);
+    if (weights != nullptr) {
+      const double ofB = OnStraight((from + to) / 2, a.LogPress, b.LogPress, 0, 1);
+      (*weights)[layer.Last] += kMetresPerKelvin * (1 - ofB) * (from - to);
+      (*weights)[layer.Last + 1] += kMetresPerKelvin * ofB * (from - to);
+    }
     ++layer.Last;
   }
   return layer;

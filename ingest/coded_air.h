@@ -59,8 +59,11 @@ struct HeldAir {
     double Gap = 0;                   // the widest between temperatures, in ln p
     std::size_t First = 0, Last = 0;  // of the profile, the temperatures that count
   };
+  /// weights  to be filled with the metres by which the layer grows with each kelvin of the
+  ///          profile's temperatures; may be null
   Layer LayerOf(const HeldValue& lower, const HeldValue& upper,
-                const std::vector<std::size_t>& profile) const;
+                const std::vector<std::size_t>& profile,
+                std::vector<double>* weights = nullptr) const;
 
   /// Metres between two temperatures.
   static double Depth(const HeldValue& below, const HeldValue& above);

@@ -2,28 +2,39 @@
 
 #include <algorithm>
 #include <cmath>
+#include <initializer_list>
 #include <optional>
 #include <utility>
 
 #include "core/level_filter.h"
 #include "core/numbers.h"
+#include "ingest/coded_weigh.h"
 
 namespace vexa::ingest {
 namespace {
 
 class Doubts {
  public:
-  Doubts(const HeldAir& air, std::vector<std::string>& notes) : air_(air), notes_(notes) {}
+  Doubts(const HeldAir& air, const std::vector<CodedLevel>& levels, std::vector<std::string>& notes)
+      : air_(air), levels_(levels), notes_(notes) {}
 
   void Tell() {
     TellOffLines();
     TellZigzags();
+    TellMisfits();
+    TellSuperadiabats();
     TellLoneTropopauses();
     TellBeyondTop();
+    TellEnds();
     TellThickness();
   }
 
  private:
+  void Name(std::initializer_list<double> pressures) {
+    named_.insert(named_.end(), pressures.begin(), pressures.end());
+  }
+  bool IsNamed(double press) const { return std::ranges::find(named_, press) != named_.end(); }
+
   // A difference that some stations have, but few: told, and both are left.
   void TellOffLines() {
     constexpr double kSeldom = 2.3;  // °C
@@ -33,6 +44,7 @@ class Doubts {
       if (!line || line->Length > kAirLongestLine) continue;
       const double off = std::fabs(line->Temp - value.Amount);
       if (off <= kSeldom) continue;
+      Name({value.Press, air_.Temps[line->Below].Press, air_.Temps[line->Above].Press});
       notes_.push_back("At " + Shortest(value.Press) + " hPa " + Shortest(value.Amount) +
                        " C of part " + value.Level->Part + " lies " + Mask(off, "0.0") +
                        " C off the line from " + Shortest(air_.Temps[line->Below].Press) +
@@ -90,6 +102,89 @@ class Doubts {
     }
   }
 
+  // One that all which speaks of it puts elsewhere, and that no other part has as well.
+  void TellMisfits() {
+    constexpr double kLeastOff = 2.0, kLeastCertainty = 1.6;  // °C; standard errors
+    constexpr double kRival = 0.9;                            // of the certainty of the neighbours
+    const std::vector<std::size_t> profile = air_.Profile();
+    const std::vector<Misfit> misfits = WeighTemps(air_, profile);
+    const auto certainty = [&](std::size_t k) {
+      const bool isOff = k < misfits.size() && std::fabs(misfits[k].Off) > kLeastOff;
+      return isOff ? std::fabs(misfits[k].Certainty) : 0;
+    };
+    for (std::size_t k = 0; k < profile.size(); ++k) {
+      const HeldValue& value = air_.Temps[profile[k]];
+      const double neighbours = std::max(k == 0 ? 0 : certainty(k - 1), certainty(k + 1));
+      if (certainty(k) <= kLeastCertainty || certainty(k) < kRival * neighbours) continue;
+      if (IsNamed(value.Press) || IsToldTwice(profile[k])) continue;
+      Name({value.Press});
+      notes_.push_back("At " + Shortest(value.Press) + " hPa " + Shortest(value.Amount) +
+                       " C of part " + value.Level->Part + " is some " +
+                       Mask(std::fabs(misfits[k].Off), "0.0") + " C too " +
+                       (misfits[k].Off > 0 ? "warm" : "cold") +
+                       " for the levels and heights around it; it may be garbled.");
+    }
+  }
+
+  bool IsToldTwice(std::size_t temp) const {
+    const HeldValue& value = air_.Temps[temp];
+    return std::ranges::any_of(air_.Temps, [&value](const HeldValue& other) {
+      return &other != &value && other.IsOn && other.Press == value.Press &&
+             other.Level->Part != value.Level->Part;
+    });
+  }
+
+  // Free air does not cool faster with height than by rising dry; the sun heats that near the
+  // ground. The stratosphere does not even come near it.
+  void TellSuperadiabats() {
+    constexpr double kFree = 0.7, kNearGround = 1.5, kAloft = 0.1;  // °C beyond
+    constexpr double kGroundLayer = 150, kStratosphere = 100;       // hPa
+    constexpr double kStratosphereLapse = 0.008;                    // °C/m
+    const std::vector<std::size_t> profile = air_.Profile();
+    for (std::size_t k = 1; k + 1 < profile.size(); ++k) {
+      const HeldValue &below = air_.Temps[profile[k]], &above = air_.Temps[profile[k + 1]];
+      const bool isAloft = above.Press < kStratosphere;
+      const bool isNearGround = below.Press > air_.Temps[profile[0]].Press - kGroundLayer;
+      const double lapse = isAloft ? kStratosphereLapse : kAirDryLapse;
+      const double most = isAloft ? kAloft : isNearGround ? kNearGround : kFree;
+      const double fall = below.Amount - above.Amount, depth = HeldAir::Depth(below, above);
+      if (fall - lapse * depth <= most) continue;
+      if (IsNamed(below.Press) && IsNamed(above.Press)) continue;
+      notes_.push_back("From " + Shortest(below.Press) + " hPa to " + Shortest(above.Press) +
+                       " hPa the temperature falls by " + Mask(fall, "0.0") + " C in " +
+                       Mask(depth, "0") + " m; one of them may be garbled.");
+    }
+  }
+
+  // Temperatures and winds of one balloon end together.
+  void TellEnds() {
+    const CodedLevel *temp = nullptr, *wind = nullptr;
+    for (const CodedLevel& level : levels_) {
+      const bool isWind = level.Values.Spd.has_value();
+      const bool isOfD = level.Part == 'D' && level.Kind == LevelKind::Significant;
+      if (!isOfD || !level.Values.Press || (!isWind && !level.Values.Temp)) continue;
+      const CodedLevel*& last = isWind ? wind : temp;
+      if (last == nullptr || *level.Values.Press < *last->Values.Press) last = &level;
+    }
+    if (temp == nullptr || wind == nullptr) return;
+    if (FiguresApart(*temp->Values.Press, *wind->Values.Press) != 1) return;
+    notes_.push_back("The temperatures of part D end at " + Shortest(*temp->Values.Press) +
+                     " hPa, its winds at " + Shortest(*wind->Values.Press) +
+                     " hPa; one of them may be garbled.");
+  }
+
+  // Of pressures as part D gives them, in tenths.
+  static int FiguresApart(double a, double b) {
+    constexpr int kTenths = 10, kFigures = 3;
+    int left = static_cast<int>(std::lround(a * kTenths));
+    int right = static_cast<int>(std::lround(b * kTenths));
+    int apart = 0;
+    for (int i = 0; i < kFigures; ++i, left /= kTenths, right /= kTenths) {
+      apart += left % kTenths == right % kTenths ? 0 : 1;
+    }
+    return apart;
+  }
+
   // Heights that are further apart, or less, than the temperatures between them say, by more than
   // all but two layers of sixty stations: one of the values is garbled, which one cannot be known.
   void TellThickness() {
@@ -140,6 +235,7 @@ class Doubts {
       const bool isAlone = points[i].IsAlone && (value.Level->IsFine() || IsBeyondLines(value));
       if (!isAlone || value.Level->IsBehindGap || points[i + 1].Of->Level->IsBehindGap) continue;
       if (!StandsOut(points, i)) continue;
+      Name({value.Press});
       notes_.push_back("At " + Shortest(value.Press) + " hPa " + Shortest(value.Amount) +
                        " C of part " + value.Level->Part +
                        " stands out from the levels around it; it may be garbled.");
@@ -199,13 +295,16 @@ class Doubts {
   }
 
   const HeldAir& air_;
+  const std::vector<CodedLevel>& levels_;
   std::vector<std::string>& notes_;
+  std::vector<double> named_{};  // hPa, of levels that a note doubts
 };
 
 }  // namespace
 
-void TellDoubts(const HeldAir& air, std::vector<std::string>& notes) {
-  Doubts(air, notes).Tell();
+void TellDoubts(const HeldAir& air, const std::vector<CodedLevel>& levels,
+                std::vector<std::string>& notes) {
+  Doubts(air, levels, notes).Tell();
 }
 
 }  // namespace vexa::ingest

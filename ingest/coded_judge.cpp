@@ -39,7 +39,7 @@ struct Fit {
 
 class Jury {
  public:
-  explicit Jury(std::vector<CodedLevel>& levels) : air_(levels) {}
+  explicit Jury(std::vector<CodedLevel>& levels) : levels_(levels), air_(levels) {}
 
   void Decide(std::vector<std::string>& notes) {
     DropDoubtful(notes);
@@ -49,7 +49,7 @@ class Jury {
       if (fit.Broken == 0) break;
       for (HeldValue* value : Culprits(fit)) Drop(*value, notes);
     }
-    TellDoubts(air_, notes);
+    TellDoubts(air_, levels_, notes);
   }
 
  private:
@@ -244,6 +244,7 @@ class Jury {
     return culprits;
   }
 
+  const std::vector<CodedLevel>& levels_;
   HeldAir air_;
 };
 

@@ -22,10 +22,9 @@ bool IsPossibleTemp(double press, double temp);
 /// - mandatory heights beside the thickness of the layer by its virtual temperatures (the
 ///   hydrostatic check of Collins and Gandin, Mon. Wea. Rev. 118, 1990),
 /// - levels beneath the surface.
-/// What lies within these and yet beyond what all but a few of these stations report is left as it
-/// is, with a note that doubts it: a mandatory level more than 2.3 °C off the line, one without a
-/// line or a significant one that stands out between its neighbours. A temperature that is doubtful
-/// in itself stays only where parts B or D bear it out.
+/// What lies within these and yet beyond what all but a few of these stations report stays, and
+/// is doubted (TellDoubts). A temperature that is doubtful in itself stays only where parts B or D
+/// bear it out.
 void LeaveOutMisfits(std::vector<CodedLevel>& levels, std::vector<std::string>& notes);
 
 /// Whether a part with mandatory levels (A or C) and one with significant levels (B or D) tell of

@@ -17,7 +17,7 @@ namespace vexa::ingest {
 namespace {
 
 // "B850:10" part B, 10 °C; "A850:10;5/1457" with dew point and height; "S" the surface in part A,
-// "T" and "t" tropopauses of parts A and C; "?" doubtful, "^" behind a gap.
+// "T" and "t" tropopauses of parts A and C; "w" a wind of part D; "?" doubtful, "^" behind a gap.
 CodedLevel LevelOf(std::string_view text) {
   CodedLevel level{.Kind = LevelKind::Significant, .Part = text.front()};
   const auto cut = [&text](char mark) {
@@ -34,6 +34,10 @@ CodedLevel LevelOf(std::string_view text) {
     case 'T':
     case 't':
       level.Kind = LevelKind::Tropopause;
+      break;
+    case 'w':
+      level.Values.Spd = 10;
+      level.Part = 'D';
       break;
     case 'A':
     case 'C':
@@ -143,7 +147,7 @@ TEST(CodedJudge, WhatStandsOutIsDoubted) {
   ExpectLimits({
       {"2 C in the troposphere", "B800:0 B750:0 B700:@ B650:0 B600:0", "1.95", "2.05", out},
       {"as far as neighbours bear it out", "B800:0 B750:0 B700:2.5 B650:@ B600:0", "0.6", "0.1",
-       "At 700 hPa 2.5 C"},
+       "At 700 hPa 2.5 C of part B stands out"},
       {"from 300 hPa up 2.4 C", "B400:-40 B350:-40 B@:-37.8 B260:-40 B240:-40", "299", "300", out},
       {"which are 2.4", "B400:-40 B350:-40 B299:@ B260:-40 B240:-40", "-37.65", "-37.55", out},
       {"from 100 hPa up waves do this", "B150:-60 B120:-60 B@:-57 B80:-60 B70:-60", "99", "100",
@@ -185,6 +189,58 @@ TEST(CodedJudge, TropopausesAndTops) {
        "above 3 hPa, which part C does not reach"},
       {"by a height alone", "C20:-60 C10/31000 D@:-60", "3", "2.9", "above 3 hPa"},
       {"part A is not part C", "C50:-60 @10:-60 D9:-60", "C", "A", "above 30 hPa"},
+  });
+}
+
+// Levels a tenth of their pressure apart: what the middle one is off bends it by all and its
+// neighbours by half of it. With the next one off by x these say 1.5 E - x, over 1.5.
+TEST(CodedJudge, WhatAllTogetherPutsElsewhereIsDoubted) {
+  ExpectLimits({
+      {"2 C", "B800:0 B720:0 B648:3 B583.2:@ B524.88:0", "1.55", "1.45",
+       "At 648 hPa 3 C of part B is some 2.0 C too warm"},
+      {"too cold", "B800:0 B720:0 B648:-3 B583.2:@ B524.88:0", "-1.55", "-1.45",
+       "At 648 hPa -3 C of part B is some 2.0 C too cold"},
+      // 1.6 times 1.8 C over the root of 1.5: 2.35 C.
+      {"from 300 hPa up more", "B280:-50 B252:-50 B226.8:-46 B204.12:@ B183.708:-50", "-47.48",
+       "-47.58", "too warm"},
+      // 1.6 times 2.8 C: 3.66 C.
+      {"from 100 hPa up still more", "D90:-60 D81:-60 D72.9:-54 D65.61:@ D59.049:-60", "-56.44",
+       "-56.54", "too warm"},
+      // 1559.2 m by 2.4 C at 771.36 hPa, of which 2.84 m are those of one degree. With 1.94 m of
+      // standard error the heights have 78 % of the say, the bend 22 %.
+      {"heights have a say", "A850:0/1500 B771.36:2.4 A700:0/@", "3054.1", "3053.6",
+       "At 771.36 hPa 2.4 C of part B is some 2.1 C too warm"},
+      // A bend of 0.5 C asks for 1 C at 850 hPa, the heights for 4.8.
+      {"but not alone", "A850:0/1500 B771.36:@ A700:0/3062", "0.4", "0.5",
+       "At 850 hPa 0 C of part A is some 4.8 C too cold"},
+      {"another part has it, too", "B800:0 B720:0 B648:4 @ B583.2:2 B524.88:0", "A648:4",
+       "A300:-20", "At 648 hPa 4 C"},
+  });
+}
+
+TEST(CodedJudge, FreeAirDoesNotCoolFasterThanRisingAir) {
+  ExpectLimits({
+      // 10 hPa are 115 m: 1.1 C of the dry adiabat and 0.7 more.
+      {"0.7 C", "B1000:20 B850:10 B700:0 B690:@ B500:-20", "-1.79", "-1.85",
+       "From 700 hPa to 690 hPa the temperature falls by 1.9 C in 115 m"},
+      // 89.5 m: 0.87 C and 1.5 more.
+      {"1.5 C near the ground", "B1000:20 B950:16 B940:@ B800:5 B700:0", "13.66", "13.6",
+       "From 950 hPa to 940 hPa"},
+      {"which is 150 hPa", "B@:10 B850:6 B840:4 B700:-5 B600:-10", "999", "1000",
+       "From 850 hPa to 840 hPa"},
+      {"the lowest layer may", "@ B990:20 B980:17 B900:12 B700:0", "", "B1000:20",
+       "From 990 hPa to 980 hPa"},
+      // 724 m: 5.8 C and 0.1 more.
+      {"the stratosphere less", "B300:-45 D98:-60 D90:-60 D80:@ D70:-64", "-65.87", "-65.93",
+       "From 90 hPa to 80 hPa"},
+  });
+}
+
+TEST(CodedJudge, TemperaturesAndWindsEndTogether) {
+  ExpectLimits({
+      {"one figure is garbled", "D30:-50 D10.7:-50 w30 w@", "10.7", "10.1",
+       "The temperatures of part D end at 10.7 hPa, its winds at 10.1 hPa"},
+      {"two are another end", "D30:-50 D10.7:-50 w30 w@", "12.1", "20.7", "of part D end"},
   });
 }
 
