@@ -49,6 +49,17 @@ bool IsBlank(const SourceText& source) {
   return source.Members().empty() && Trim(source.Bytes()).empty();
 }
 
+// "3 files".
+std::string Count(int number, std::string_view what) {
+  return Shortest(number) + " " + std::string(what) + (number == 1 ? "" : "s");
+}
+
+// What the checks find nothing against.
+std::string Passed(int garbled) {
+  if (garbled == 0) return "OK";
+  return "OK, but " + Count(garbled, "place") + " may be garbled";
+}
+
 // text  null of a file that cannot be read
 Verdict VerdictOf(Loading loading, const SourceText* text) {
   if (loading.Failed) {
@@ -65,7 +76,7 @@ Verdict VerdictOf(Loading loading, const SourceText* text) {
           .Text = record.DataFormat + ", " + record.StationTitle + ", " +
                   (record.Time.Known() ? TimeText(record.Time) : "no time") + ", " +
                   Counts(record) + ", " +
-                  (isFault ? "FAULT: " + FindingText(sounding.Finding) : "OK"),
+                  (isFault ? "FAULT: " + FindingText(sounding.Finding) : Passed(sounding.Garbled)),
           .Notes = std::move(sounding.Notes)};
 }
 
@@ -95,11 +106,6 @@ std::vector<Verdict> CheckFile(const fs::path& path, const CheckView& view,
     }
   }
   return verdicts;
-}
-
-// "3 files".
-std::string Count(int number, std::string_view what) {
-  return Shortest(number) + " " + std::string(what) + (number == 1 ? "" : "s");
 }
 
 int RunCheck(const Arguments& arguments, Console& console) {

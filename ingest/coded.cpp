@@ -381,7 +381,8 @@ void NoteMissingParts(const CodedAscent& ascent, std::vector<std::string>& notes
   if (!missing.empty()) notes.push_back("Parts of the message that are missing: " + missing + '.');
 }
 
-// The sounding of the parts; `isGroundLost` tells that none gives a surface level.
+// The sounding of the parts; `isGroundLost` tells that none gives a surface level. Counts what is
+// garbled, or may be.
 SourceSounding Merged(const CodedAscent& ascent, LoadContext& context, bool& isGroundLost) {
   SourceSounding sounding{.Heading = ascent.Heading};
   std::vector<CodedLevel> levels;
@@ -389,6 +390,7 @@ SourceSounding Merged(const CodedAscent& ascent, LoadContext& context, bool& isG
   for (const CodedPart& part : ascent.Parts) {
     std::ranges::copy(part.Levels, std::back_inserter(levels));
     std::ranges::copy(part.Notes, std::back_inserter(sounding.Notes));
+    context.Garbled += part.Garbled;
     // The parts repeat each other here.
     for (const std::string& remark : part.Remarks) {
       if (std::ranges::find(said, remark) == said.end()) said.push_back(remark);
@@ -405,7 +407,7 @@ SourceSounding Merged(const CodedAscent& ascent, LoadContext& context, bool& isG
   Ground ground{
       .Elevation = sounding.Heading.Elevation,
       .IsSea = std::string_view("UXQ").find(MainReport(ascent).Part[0]) != std::string_view::npos};
-  RestoreHeights(levels, ground, sounding.Notes);
+  context.Garbled += RestoreHeights(levels, ground, sounding.Notes);
   sounding.Heading.Elevation = ground.Elevation;
   isGroundLost = ground.IsLost;
   AddTemps(levels, sounding);
@@ -474,7 +476,7 @@ std::optional<Fault> DecodeCoded(const SourceText& source, LoadContext& context,
   bool isGroundLost = false;
   FillRecord(Merged(ascent, context, isGroundLost), source.Name(), context, into);
   if (isGroundLost && into.NumTempLevels() > 0) into.SurfaceLostBelow = into.Press.Values().front();
-  TellStrayWinds(into, context.Notes);
+  context.Garbled += TellStrayWinds(into, context.Notes);
   into.DataFormat = kCodedTag;
   return std::nullopt;
 }

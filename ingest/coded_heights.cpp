@@ -257,16 +257,21 @@ double ThicknessMisfit(const ShownHeight& below, const ShownHeight& above) {
   return misfit - cycle * std::round(misfit / cycle);
 }
 
-void RestoreHeights(std::vector<CodedLevel>& levels, Ground& ground,
-                    std::vector<std::string>& notes) {
+int RestoreHeights(std::vector<CodedLevel>& levels, Ground& ground,
+                   std::vector<std::string>& notes) {
+  const std::size_t before = notes.size();
   SetThousands(levels, ground, notes);
   SettleSurface(levels, ground, notes);
   LeaveOutMisfits(levels, notes);
   // Without a garbled temperature some thousands may be others.
   SetThousands(levels, ground, notes);
+  const int garbled = static_cast<int>(notes.size() - before);
   HeightFinder heights = KnownHeights(levels);
   const CodedLevel* surface = SurfaceOf(levels);
-  if (surface == nullptr) return BeginAbove(levels, heights, ground, notes);
+  if (surface == nullptr) {
+    BeginAbove(levels, heights, ground, notes);
+    return garbled;
+  }
   // Without a mandatory level there is nothing that the ground could contradict or fit.
   if (heights.KnowsAny()) {
     // The layer between the ground and the lowest height may hold an inversion that is not told.
@@ -278,6 +283,7 @@ void RestoreHeights(std::vector<CodedLevel>& levels, Ground& ground,
   for (CodedLevel& level : levels) {
     if (IsSurfaceTemp(level)) level.Values.Height = ground.Elevation;
   }
+  return garbled;
 }
 
 }  // namespace vexa::ingest

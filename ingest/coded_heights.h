@@ -36,8 +36,9 @@ struct Ground {
 /// level for a ship or sonde dropped over sea, and the heights from 500 hPa up, whose three figures
 /// leave no doubt; without any of them at the standard atmosphere. Then takes away the values that
 /// cannot be beside the others, LeaveOutMisfits, and the surface that parts A and B tell
-/// differently, unless the heights decide. Notes name what was left out.
-void RestoreHeights(std::vector<CodedLevel>& levels, Ground& ground,
-                    std::vector<std::string>& notes);
+/// differently, unless the heights decide. Notes name what was left out; the number of those that
+/// tell of what is garbled, or may be, comes back.
+int RestoreHeights(std::vector<CodedLevel>& levels, Ground& ground,
+                   std::vector<std::string>& notes);
 
 }  // namespace vexa::ingest

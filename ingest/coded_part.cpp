@@ -120,6 +120,7 @@ CodedPart ReadPart(const CodedReport& report) {
     ReadSignificantLevels(report, part);
   }
   for (CodedLevel& level : part.Levels) level.Part = report.Letter();
+  part.Garbled = static_cast<int>(part.Notes.size());
   for (const std::string& note : report.Notes) {
     part.Notes.push_back(report.Name() + ": " + note + '.');
   }

@@ -35,6 +35,7 @@ struct CodedPart {
   std::vector<std::string> Notes{};
   std::vector<std::string> Remarks{};  // what the message says of the ascent
   std::size_t End = 0;                 // of the groups, behind the levels
+  int Garbled = 0;                     // notes that tell of groups that are
 };
 
 CodedPart ReadPart(const CodedReport& report);

@@ -21,9 +21,10 @@ WindVector VectorAt(const SoundingRecord& record, int level) {
 
 }  // namespace
 
-void TellStrayWinds(const SoundingRecord& record, std::vector<std::string>& notes) {
+int TellStrayWinds(const SoundingRecord& record, std::vector<std::string>& notes) {
   constexpr double kSeldom = 20, kSeldomAloft = 26;  // knots
   constexpr double kAloft = 20000;                   // m, where waves stir the wind
+  int stray = 0;
   for (int i = 2; i < record.NumWindLevels(); ++i) {
     const WindVector low = VectorAt(record, i - 1), high = VectorAt(record, i + 1);
     const double below = record.WindHgt(i - 1), height = record.WindHgt(i);
@@ -35,7 +36,9 @@ void TellStrayWinds(const SoundingRecord& record, std::vector<std::string>& note
     notes.push_back("The wind " + Mask(record.WindDir(i), "000") + '/' +
                     Mask(record.WindSpd(i), "0") + " kt at " + Mask(height, "0") +
                     " m stands out from those around it; it may be garbled.");
+    ++stray;
   }
+  return stray;
 }
 
 }  // namespace vexa::ingest

@@ -11,6 +11,8 @@ namespace vexa::ingest {
 /// Notes each wind that stands out from the line between its neighbours and from both of them as
 /// few winds of sixty stations do: its pressure, its height or one of its own figures may be
 /// garbled. All winds stay.
-void TellStrayWinds(const SoundingRecord& record, std::vector<std::string>& notes);
+///
+/// returns  how many were noted
+int TellStrayWinds(const SoundingRecord& record, std::vector<std::string>& notes);
 
 }  // namespace vexa::ingest

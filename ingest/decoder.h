@@ -40,6 +40,7 @@ struct LoadContext {
   int Index = 0;                          // which sounding of the file, 0: the first
   const StationList* Stations = nullptr;  // for soundings that name their station by number only
   std::vector<std::string> Notes{};       // what was left out, changed or worked out, for the user
+  int Garbled = 0;                        // of the notes those on what is garbled, or may be
   int Count = 1;                          // soundings of the file, set by formats of several
   OpenedText Opened{};                    // the text that was decoded last
   std::any Kept{};                        // what a decoder worked out of it, see Kept()

@@ -37,6 +37,7 @@ struct LoadedSounding {
   Source From{};
   SoundingRecord Record{};
   std::vector<std::string> Notes{};  // what was left out, changed or worked out
+  int Garbled = 0;                   // of the notes those on what is garbled, or may be
   QcFinding Finding{};               // number 0: the checks found nothing
 };
 

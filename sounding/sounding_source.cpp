@@ -105,6 +105,7 @@ Loading SoundingSource::Load(int given, const LoadPolicy& policy) {
   context.Stations = policy.Stations;
   context.Index = index;
   context.Notes = std::exchange(opened_->Notes, {});
+  context.Garbled = 0;
   LoadedSounding sounding{.From = opened_->From};
   sounding.From.Index = opened_->Before + index;
   std::optional<Fault> fault = Guarded("LoadSounding", [&] {
@@ -116,6 +117,7 @@ Loading SoundingSource::Load(int given, const LoadPolicy& policy) {
   Loading loading{.Failed = std::move(fault), .Count = opened_->Only ? 1 : context.Count};
   if (keeps) {
     sounding.Notes = std::move(context.Notes);
+    sounding.Garbled = context.Garbled;
     sounding.Finding = CheckRecord(sounding.Record);
     loading.Sounding = std::move(sounding);
   } else {

@@ -403,6 +403,13 @@ TEST_F(CommandLine, CheckTellsOfFilesAndFolders) {
   EXPECT_NE(ran.Out.find(" Level 2.\n"), std::string::npos) << ran.Out;
   EXPECT_TRUE(ran.Out.ends_with("\n3 files, 3 soundings, 2 faults; 2 other files passed over\n"))
       << ran.Out;
+  // "1X856" is no group, and a wind that part PPBB gives at 12000 ft comes from elsewhere.
+  const Ran coded =
+      RunWords({"check", TextFromPath(test::TestData("coded_bulletins_20240305.txt"))});
+  EXPECT_EQ(coded.Exit, kExitOk);
+  EXPECT_NE(coded.Out.find("23 winds, OK, but 2 places may be garbled\n"), std::string::npos)
+      << coded.Out;
+  EXPECT_NE(coded.Out.find("5 winds, OK\n"), std::string::npos) << coded.Out;
   // A file that is named is to be a sounding.
   const Ran named = RunWords({"check", In("below/README.md")});
   EXPECT_EQ(named.Exit, kExitInputFailed);
