@@ -26,6 +26,7 @@ class Doubts {
     TellLoneTropopauses();
     TellBeyondTop();
     TellEnds();
+    TellLastStep();
     TellThickness();
   }
 
@@ -110,13 +111,13 @@ class Doubts {
     const std::vector<Misfit> misfits = WeighTemps(air_, profile);
     const auto certainty = [&](std::size_t k) {
       const bool isOff = k < misfits.size() && std::fabs(misfits[k].Off) > kLeastOff;
-      return isOff ? std::fabs(misfits[k].Certainty) : 0;
+      return isOff && !IsToldTwice(profile[k]) ? std::fabs(misfits[k].Certainty) : 0;
     };
     for (std::size_t k = 0; k < profile.size(); ++k) {
       const HeldValue& value = air_.Temps[profile[k]];
       const double neighbours = std::max(k == 0 ? 0 : certainty(k - 1), certainty(k + 1));
       if (certainty(k) <= kLeastCertainty || certainty(k) < kRival * neighbours) continue;
-      if (IsNamed(value.Press) || IsToldTwice(profile[k])) continue;
+      if (IsNamed(value.Press)) continue;
       Name({value.Press});
       notes_.push_back("At " + Shortest(value.Press) + " hPa " + Shortest(value.Amount) +
                        " C of part " + value.Level->Part + " is some " +
@@ -171,6 +172,21 @@ class Doubts {
     notes_.push_back("The temperatures of part D end at " + Shortest(*temp->Values.Press) +
                      " hPa, its winds at " + Shortest(*wind->Values.Press) +
                      " hPa; one of them may be garbled.");
+  }
+
+  // Nothing speaks of the last level but the one beneath.
+  void TellLastStep() {
+    constexpr double kStep = 3, kOfLayer = 10;  // °C; °C for each unit of ln p
+    const std::vector<std::size_t> profile = air_.Profile();
+    if (profile.size() < 2) return;
+    const HeldValue& last = air_.Temps[profile.back()];
+    const HeldValue& beneath = air_.Temps[profile[profile.size() - 2]];
+    if (last.Press >= kAirTropopause || last.Level->Part == 'A' || IsNamed(last.Press)) return;
+    const double step = std::fabs(last.Amount - beneath.Amount);
+    if (step <= kStep + kOfLayer * (beneath.LogPress - last.LogPress)) return;
+    notes_.push_back("At " + Shortest(last.Press) + " hPa " + Shortest(last.Amount) +
+                     " C of part " + last.Level->Part + " is the last level and " +
+                     Mask(step, "0.0") + " C from the one beneath; it may be garbled.");
   }
 
   // Of pressures as part D gives them, in tenths.

@@ -15,6 +15,7 @@ namespace vexa::ingest {
 /// - two between which the temperature falls faster than dry air can cool by rising,
 /// - a tropopause that is no significant level, levels above the last mandatory one or 3 hPa,
 /// - the last level of part D where its winds end one figure away,
+/// - a last level far from the one beneath,
 /// - heights of a layer that do not fit its temperatures.
 ///
 /// air     of these levels

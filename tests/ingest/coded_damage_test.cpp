@@ -320,7 +320,7 @@ TEST(CodedDamage, WholeMessagesStayWhole) {
     } while (++context.Index < context.Count);
   }
   EXPECT_GT(soundings, 60);
-  EXPECT_LE(doubts, levels / 80);
+  EXPECT_LE(doubts, levels / 75);
 }
 
 // What only the rest of the message speaks against stays, and is named.

@@ -236,8 +236,15 @@ TEST(CodedJudge, FreeAirDoesNotCoolFasterThanRisingAir) {
   });
 }
 
-TEST(CodedJudge, TemperaturesAndWindsEndTogether) {
+TEST(CodedJudge, HowAnAscentEnds) {
+  const char* const last = "is the last level and";
   ExpectLimits({
+      // 3 C and 10 * ln(30/20) = 4.05 C.
+      {"far from the level beneath", "C50:-60 C30:-60 C20:@", "-53", "-52.9",
+       "At 20 hPa -52.9 C of part C is the last level and 7.1 C from the one beneath"},
+      {"from 300 hPa up", "B400:-60 B@:-45", "300", "299", last},
+      {"not of part A alone", "@200:-60 @100:-45", "A", "C", last},
+      // Winds beside temperatures.
       {"one figure is garbled", "D30:-50 D10.7:-50 w30 w@", "10.7", "10.1",
        "The temperatures of part D end at 10.7 hPa, its winds at 10.1 hPa"},
       {"two are another end", "D30:-50 D10.7:-50 w30 w@", "12.1", "20.7", "of part D end"},
