@@ -90,8 +90,8 @@ class RowTest {
  public:
   /// Whether more words are wanted.
   bool Take(const RowWord& word) {
-    constexpr std::string_view kStart = "0123456789+-./";
-    const bool isStart = word.Number || kStart.find(word.Text.front()) != std::string_view::npos;
+    constexpr std::string_view kOfNumber = "0123456789+-./";
+    const bool isStart = word.Number || kOfNumber.find(word.Text.front()) != std::string_view::npos;
     if (isFirst_ && !isStart) return false;
     isFirst_ = false;
     numbers_ += word.Number || ParseNumber(word.Text) ? 1 : 0;
