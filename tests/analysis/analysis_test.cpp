@@ -1,5 +1,5 @@
-// The whole analysis: derived levels against an independent program, and soundings of every odd
-// shape, from which no NaN may come.
+// The whole analysis: the ground in terms of altimetry, and soundings of every odd shape, from
+// which no NaN may come.
 #include "analysis/analysis.h"
 
 #include <gtest/gtest.h>
@@ -9,7 +9,6 @@
 #include <string>
 #include <vector>
 
-#include "analysis/adiabat_table.h"
 #include "config/options.h"
 #include "support/soundings.h"
 
@@ -17,47 +16,6 @@ namespace vexa::analysis {
 namespace {
 
 using test::Profile;
-
-TEST(DeriveLevels, OfTheReferenceSoundings) {
-  struct Row {
-    int Level;
-    double Press, Height, ThetaE, WetBulb, Virtual, MixingRatio;
-  };
-  const auto expect = [](const SoundingRecord& sounding, const std::vector<Row>& rows) {
-    const LevelProfile levels = DeriveLevels(sounding, Options{});
-    for (const Row& row : rows) {
-      SCOPED_TRACE(row.Press);
-      ASSERT_EQ(levels.Press(row.Level), row.Press);
-      EXPECT_NEAR(levels.Height(row.Level), row.Height, 0.06);
-      EXPECT_NEAR(levels.VirtualTemp(row.Level), row.Virtual, 0.006);
-      if (IsMissing(row.ThetaE)) {
-        EXPECT_TRUE(IsMissing(levels.ThetaE(row.Level)));
-        EXPECT_TRUE(IsMissing(levels.MixingRatio(row.Level)));
-        EXPECT_TRUE(IsMissing(levels.WetBulb(row.Level)));
-        EXPECT_TRUE(IsMissing(levels.RelHumidity(row.Level)));
-        continue;
-      }
-      EXPECT_NEAR(levels.ThetaE(row.Level), row.ThetaE, 0.006);
-      EXPECT_NEAR(levels.WetBulb(row.Level), row.WetBulb, 0.006);
-      EXPECT_NEAR(levels.MixingRatio(row.Level) * 1000, row.MixingRatio, 0.0006);
-    }
-  };
-  expect(test::ReferenceConvective(), {{1, 970, 357.0, 346.00, 21.49, 30.57, 14.235},
-                                       {6, 850, 1510.0, 338.16, 14.66, 20.51, 10.862},
-                                       {10, 700, 3151.7, 325.61, 2.69, 9.34, 4.320},
-                                       {14, 500, 5825.3, 321.47, -15.55, -12.33, 1.091},
-                                       {18, 300, 9495.6, 324.52, -43.77, -43.29, 0.083},
-                                       {21, 200, 12102.7, kMissing, 0, -59.10, 0},
-                                       {27, 50, 20734.2, kMissing, 0, -58.90, 0}});
-  expect(test::ReferenceWinter(), {{1, 1005, 120.0, 279.00, -2.37, -1.50, 3.048},
-                                   {5, 900, 991.9, 280.90, -7.22, -6.52, 2.342},
-                                   {14, 500, 5421.2, 294.62, -32.75, -32.07, 0.233},
-                                   {23, 100, 15822.1, kMissing, 0, -57.00, 0}});
-  // Hypsometric: 1000 to 500 hPa at 273.16 K throughout.
-  const LevelProfile cold =
-      DeriveLevels(Profile({{1000, 0, 999.9}, {700, 0, 999.9}, {500, 0, 999.9}}), Options{});
-  EXPECT_NEAR(cold.Height(3), 5541.97, 0.01);
-}
 
 TEST(Surface, InTermsOfAltimetry) {
   SoundingRecord sounding = test::ReferenceConvective();
@@ -212,24 +170,6 @@ TEST(Analyse, OddShapesGiveMarkersAndNeverNaN) {
       noise.AddWind(1500 * i + temp(random), 3 * std::fabs(temp(random)), std::fabs(temp(random)));
     }
     ExpectFinite(noise);
-  }
-}
-
-// The numbers of a sounding are its own, whichever soundings were analysed before.
-TEST(Analyse, GivesTheSameInAnyCompany) {
-  const SoundingRecord soundings[] = {
-      test::ReferenceConvective(), test::ReferenceWinter(),
-      Profile({{1000, 41, 24}, {850, 22, 18}, {500, -8, -20}, {200, -55, -70}, {100, -70, 999.9}})};
-  AdiabatTable table;
-  for (int turn = 0; turn < 2; ++turn) {
-    for (const SoundingRecord& sounding : soundings) {
-      for (const SaturationOver over : {SaturationOver::Water, SaturationOver::Ice}) {
-        Options options;
-        options.Saturation = over;
-        options.CapeTempBase = turn == 0 ? TempBase::Dry : TempBase::Virtual;
-        EXPECT_EQ(Numbers(Analyse(sounding, options, table)), Numbers(Analyse(sounding, options)));
-      }
-    }
   }
 }
 

@@ -314,22 +314,6 @@ TEST(IcingLimits, ByTemperatureDepressionAndLapse) {
   EXPECT_EQ(RuleIcing(levels, {tower}).front().Word, "MDT RIME");
 }
 
-// 0.119 g/m3 215 m above a base of stratus at 925 hPa and -5.2 °C (adiabatic 0.2778, Warner 0.4286)
-// are less than a tenth of the 2.02 that make icing severe in drops of 12 µm.
-TEST(IcingLimits, CloudWaterOfStratusButNotOfCirrus) {
-  const LevelProfile levels = Air({{0, 925, -5.2, -5.2}, {214.5, 900, -6.71, -6.71}});
-  const auto icing = [&](CloudType type) {
-    const CloudDeck deck{{925, 0, -5.2}, {900, 214.5, -6.71}, CloudAmount::Overcast, type};
-    return SmithFeddesIcing(levels, {deck}, SaturationOver::Water);
-  };
-  const auto stratus = icing(CloudType::ST);
-  ASSERT_FALSE(stratus.empty());
-  EXPECT_EQ(stratus.back().Word, "TRC RIME");
-  EXPECT_NEAR(stratus.back().Value, 0.119, 0.04);
-  EXPECT_EQ(icing(CloudType::CU).back().Word, "LGT CLEAR");  // a fifth of 1.03
-  EXPECT_TRUE(icing(CloudType::CI).empty());
-}
-
 TEST(IcingLimits, RainThatFreezes) {
   const auto wordAt = [](double warm, double depression, double cold) -> std::string_view {
     const auto layers = RuleIcing(Air({{0, 1000, cold, cold - 10},

@@ -86,20 +86,6 @@ TEST(GetPRESS, FindsThePressureOfAHeight) {
   EXPECT_EQ(GetPRESS(Derived(Profile({})), 90000), kNotReached);
 }
 
-TEST(GetPRESS, InvertsHeightsAtAnyPressure) {
-  std::mt19937 random(7);
-  for (const SoundingRecord& sounding : {test::ReferenceConvective(), test::ReferenceWinter()}) {
-    const LevelProfile levels = Derived(sounding);
-    std::uniform_real_distribution<double> any(levels.Press.Top(), levels.Press(1));
-    for (int i = 0; i < 2000; ++i) {
-      const double press = any(random);
-      const Sample height = SampleAt(levels, press, Quantity::Height);
-      ASSERT_TRUE(height.Ok());
-      ASSERT_NEAR(GetPRESS(levels, height.Value), press, 1e-9 * press);
-    }
-  }
-}
-
 TEST(Winds, AreLinearInHeightOnComponents) {
   SoundingRecord across =
       Profile({{1000, 20, 10}, {500, -10, -20}}, {{1000, 350, 20}, {2000, 10, 20}});

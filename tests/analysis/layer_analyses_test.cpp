@@ -27,11 +27,6 @@ TEST(Clouds, WaterAndMixingAsPublished) {
       EXPECT_EQ(LiftedCloud(base, -5, water).Water(base * (1 - share)), 0) << base << ' ' << share;
     }
   }
-  const double heights[] = {0, 0.02, 0.1, 0.3, 0.6, 1, 1.5, 2};
-  const double stratiform[] = {1, 0.78, 0.551, 0.398, 0.291, 0.230, 0.200, 0.200};
-  for (std::size_t i = 0; i < std::size(heights); ++i) {
-    EXPECT_NEAR(EntrainmentFactor(CloudFamily::Stratiform, heights[i]), stratiform[i], 1e-3);
-  }
   const double deep[] = {0, 0.1, 0.3, 0.6, 1, 1.5, 2, 3};
   const double cumuliform[] = {1, 0.834, 0.488, 0.433, 0.316, 0.293, 0.271, 0.26};
   for (std::size_t i = 0; i < std::size(deep); ++i) {
@@ -158,30 +153,6 @@ TEST(Soaring, ThermalsOfOrdinaryDays) {
     EXPECT_NEAR(soaring.ThermalTop.Press, c.Top, 0.3);
     EXPECT_NEAR(soaring.PilotLevel.Press, c.Pilot, 1);
     EXPECT_EQ(soaring.CloudBase.Exists(), c.IsCloud);
-  }
-}
-
-// Whatever the day's temperature: the pilot's level is no higher than the top of the thermals, that
-// is no higher than the cloud base, and what was measured at the ground is reached.
-TEST(Soaring, KeepsItsLevelsInOrder) {
-  for (const SoundingRecord& sounding : {test::ReferenceConvective(), test::ReferenceWinter()}) {
-    for (double entered = sounding.Temp(1) - 5; entered < 45; entered += 0.5) {
-      SCOPED_TRACE(entered);
-      Options options;
-      options.SoarTm = entered;
-      const AnalysisResults results = Analyse(sounding, options);
-      const SoaringResults& soaring = results.Soaring;
-      if (!soaring.ThermalTop.Exists()) continue;
-      EXPECT_GE(soaring.ThermalTop.Height, results.Levels.Height(1));
-      if (soaring.PilotLevel.Exists()) {
-        EXPECT_LE(soaring.PilotLevel.Height, soaring.ThermalTop.Height);
-      }
-      if (soaring.CloudBase.Exists()) {
-        EXPECT_EQ(soaring.ThermalTop.Height, soaring.CloudBase.Height);
-      }
-    }
-    Options options;
-    EXPECT_GE(Analyse(sounding, options).Soaring.MaxTemp, sounding.Temp(1));
   }
 }
 

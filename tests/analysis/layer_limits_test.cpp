@@ -280,16 +280,6 @@ TEST(LayerLimits, DuctsByGradient) {
   EXPECT_TRUE(deep[0].OnSurface);
 }
 
-// Saturated air at 500 hPa, where the threshold lies near -34.7 °C by hand.
-TEST(LayerLimits, ContrailsFrom500hPaUp) {
-  const auto layers =
-      FindContrails(Air({{5400, 510, -38, -38}, {5500, 500, -38, -38}, {9000, 300, -30, -30}}), 60);
-  ASSERT_EQ(layers.size(), 1u);
-  EXPECT_EQ(layers[0].Base.Press, 500);
-  EXPECT_NEAR(layers[0].Value, -34.66 + 38, 0.05);
-  EXPECT_LT(layers[0].Top.Height, 9000);
-}
-
 TEST(LayerLimits, ClassesAreAskedAtTheirEdges) {
   const std::vector<AirLayer> layers = {{{900, 1000, 0}, {800, 2000, 0}, I::Light, "LGT", 1},
                                         {{800, 2000, 0}, {700, 3000, 0}, I::Severe, "SVR", 2}};

@@ -26,16 +26,6 @@ std::vector<std::string> Listed(const LevelProfile& levels) {
   return listed;
 }
 
-TEST(Inversions, OfTheReferenceSoundings) {
-  // Above its tropopause the first warms twice: 200-150 and 100-50 hPa.
-  EXPECT_EQ(Listed(Derived(test::ReferenceConvective())),
-            (std::vector<std::string>{"Subsidence Inv. 850-830", "Trop Inv. 200-150",
-                                      "Trop Inv. 100-50"}));
-  EXPECT_EQ(Listed(Derived(test::ReferenceWinter())),
-            (std::vector<std::string>{"Radiation Inv. 1005-985", "Frontal Inv. 900-880",
-                                      "Trop Inv. 275-200"}));
-}
-
 TEST(Inversions, AreMerged) {
   const struct {
     const char* About;

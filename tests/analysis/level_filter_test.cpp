@@ -7,19 +7,14 @@
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
-#include <fstream>
-#include <optional>
 #include <random>
-#include <sstream>
 #include <string>
-#include <vector>
 
 #include "analysis/analysis.h"
 #include "analysis/index_table.h"
 #include "analysis/interpolate.h"
 #include "config/options.h"
 #include "core/markers.h"
-#include "core/numbers.h"
 #include "core/units.h"
 #include "sounding/analysed_sounding.h"
 #include "support/soundings.h"
@@ -134,39 +129,17 @@ TEST(LevelFilter, RealSoundingsKeepTheirAnalysis) {
   EXPECT_GE(soundings, 26);
 }
 
-// The soundings of a file with a value every second or every 5 hPa, read by its columns: seconds,
-// hPa, °C, °C, %, m/s, m/s, m/s, degrees and, as the fifteenth, metres.
-std::vector<SoundingRecord> ReadDense(const std::filesystem::path& path) {
-  std::vector<SoundingRecord> soundings;
-  std::ifstream file(path);
-  for (std::string line; std::getline(file, line);) {
-    if (line.starts_with("Data Type:")) soundings.emplace_back();
-    std::istringstream fields(line);
-    std::vector<double> values;
-    for (std::string field; fields >> field;) {
-      if (const std::optional<double> value = ParseNumber(field)) values.push_back(*value);
-    }
-    if (values.size() != 21 || soundings.empty()) continue;
-    SoundingRecord& record = soundings.back();
-    if (record.Press.Empty()) SetElevation(record, ToWhole(values[14]));
-    const bool falls = record.Press.Empty() || values[1] < record.Press.Top();
-    if (falls && values[2] < 900) {
-      record.AddTemp(values[1], values[2], values[3] < 900 ? values[3] : kMissing);
-    }
-    const bool rises = record.WindHgt.Empty() || values[14] > record.WindHgt.Top();
-    if (rises && values[14] < 90000 && values[7] < 900) {
-      record.AddWind(values[14], values[8], values[7] * kMsToKnot);
-    }
-  }
-  return soundings;
-}
-
 TEST(LevelFilter, RealDenseSoundingsKeepTheirAnalysis) {
   VEXA_REAL_DATA(folder, "class");
   int dense = 0;
   int withEnergy = 0;
   for (const char* name : {"KABQ_202305222306_1s_first1200.cls", "NWS_20230522_5mb_several.cls"}) {
-    for (const SoundingRecord& full : ReadDense(folder / name)) {
+    bool hasMore = true;
+    for (int index = 0; hasMore; ++index) {
+      const Loading loading = LoadSounding({.File = folder / name, .Index = index}, {});
+      ASSERT_FALSE(loading.Failed) << loading.Failed->Detail;
+      hasMore = loading.HasMore || index + 1 < loading.Count;
+      const SoundingRecord& full = loading.Sounding->Record;
       SCOPED_TRACE(full.Press(1));
       ASSERT_GT(full.NumTempLevels(), 100);
       const SoundingRecord thin = FilterLevels(full);

@@ -81,25 +81,6 @@ TEST(MoistAir, DewpointGivesTheMixingRatioBack) {
   }
 }
 
-// Norman, 4 May 1999 00Z, as its archive lists it. The archive reckons with 273.15 K and its own
-// vapour formula: one unit of the last digit, 0.4 % of the mixing ratio.
-TEST(MoistAir, AgreesWithAListingOfAnotherService) {
-  const struct {
-    double Press, Temp, Dewpt, RelHumidity, MixingRatio, Theta, VirtualTheta;
-  } rows[] = {
-      {959.0, 22.2, 19.0, 82, 14.64, 298.9, 301.5},  {931.3, 20.2, 17.5, 84, 13.66, 299.4, 301.9},
-      {850.0, 17.0, 12.5, 75, 10.82, 303.9, 305.9},  {700.0, 7.0, -10.0, 29, 2.57, 310.2, 310.7},
-      {500.0, -14.9, -18.9, 72, 1.73, 314.8, 315.1}, {300.0, -43.5, -47.6, 64, 0.17, 323.9, 324.0}};
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.Press);
-    const double mixing = ThetaPoint(row.Press, row.Dewpt).MixingRatio;
-    EXPECT_NEAR(RelativeHumidity(row.Temp, row.Dewpt), row.RelHumidity, 1);
-    EXPECT_NEAR(1000 * mixing, row.MixingRatio, 0.006 + 0.004 * row.MixingRatio);
-    EXPECT_NEAR(ThetaPoint(row.Press, row.Temp).Theta, row.Theta, 0.1);
-    EXPECT_NEAR(ThetaPoint(row.Press, VirtualTemp(row.Temp, mixing)).Theta, row.VirtualTheta, 0.15);
-  }
-}
-
 // The formulas that the searches use, without guards, are those of SatVapor.
 TEST(SaturationAt, AgreesWithSatVaporAndItsOwnSlope) {
   for (double temp = -119; temp <= 60; temp += 3.7) {

@@ -52,15 +52,6 @@ TEST(Parcel, SurfaceParcelOfTheConvectiveReference) {
   EXPECT_EQ(parcel.HailTopPress, 302);
   EXPECT_NEAR(parcel.CapeHail, 1264, 1);
 
-  const struct {
-    int Press;
-    double Temp;
-  } path[] = {{900, 21.63}, {850, 16.85},  {800, 14.51},  {700, 9.47},
-              {500, -4.40}, {400, -14.92}, {300, -30.52}, {200, -54.95}};
-  for (const auto& c : path) {
-    EXPECT_NEAR(parcel.ParcelTemps[static_cast<std::size_t>(970 - c.Press)], c.Temp, 0.01)
-        << c.Press;
-  }
   EXPECT_EQ(parcel.FirstPress, 970);
   EXPECT_EQ(parcel.ParcelTemps.size(), 921u);  // 970 … 50 hPa
   EXPECT_EQ(parcel.EnvTemps.size(), 921u);
@@ -340,40 +331,6 @@ TEST(AdiabatTable, AgreesWithSolvingOnSoundingsOfAllClimates) {
       }
     }
   }
-}
-
-TEST(AdiabatTable, PiecesAddUpToTheAdiabatThatIsBlended) {
-  AdiabatTable table;
-  const struct {
-    int Bottom, Top;
-  } ranges[] = {{1013, 1012}, {1013, 420}, {700, 699}, {690, 88}, {1200, 1}};
-  for (const double thetaE : {251.0, 287.3, 316.9, 346.1, 402.0}) {
-    for (const SaturationOver over : {SaturationOver::Water, SaturationOver::Ice}) {
-      for (const auto& range : ranges) {
-        const auto count = static_cast<std::size_t>(range.Bottom - range.Top) + 1;
-        std::vector<double> temps(count);
-        std::vector<double> virtuals(count);
-        table.Blend(thetaE, over, range.Bottom, range.Top, temps.data(), virtuals.data());
-        for (const std::vector<double>* walked : {&temps, &virtuals}) {
-          SCOPED_TRACE(testing::Message() << thetaE << " K from " << range.Bottom);
-          double area = 0;
-          for (std::size_t i = 2; i < count; ++i) {
-            const double press = range.Bottom - static_cast<double>(i);
-            area += ((*walked)[i - 1] + (*walked)[i]) / 2 * std::log((press + 1) / press);
-          }
-          const auto piece =
-              table.Piece(thetaE, over, range.Bottom, range.Top, walked == &virtuals);
-          ASSERT_TRUE(piece);
-          EXPECT_NEAR(piece->Bottom, walked->front(), 1e-9);
-          EXPECT_NEAR(piece->Second, (*walked)[1], 1e-9);
-          EXPECT_NEAR(piece->Top, walked->back(), 1e-9);
-          EXPECT_NEAR(piece->Area, area, 1e-9);
-        }
-      }
-    }
-  }
-  EXPECT_FALSE(table.Piece(201, SaturationOver::Water, 1000, 500, false));
-  EXPECT_FALSE(table.Piece(499, SaturationOver::Water, 1000, 500, false));
 }
 
 // Every level's descent, walked by whole hPa with the search for the saturated temperature at each.

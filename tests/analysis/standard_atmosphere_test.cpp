@@ -40,15 +40,5 @@ TEST(StandardAtmosphere, HeightUndoesPressureAndEndsAt80Km) {
   EXPECT_TRUE(IsMissing(IsaTemp(80001)));
 }
 
-TEST(Altimetry, QnhAndDensityAltitude) {
-  EXPECT_NEAR(IsaHeight(970), 366.4, 0.1);
-  EXPECT_NEAR(Qnh(970, 357), 1012.12, 0.01);
-  EXPECT_NEAR(Qnh(1013.25, 0), 1013.25, 1e-9);
-  EXPECT_NEAR(AirDensity(970, 30.57), 1.1126, 1e-4);
-  EXPECT_NEAR(DensityAltitude(AirDensity(970, 30.57)), 991, 1);
-  EXPECT_NEAR(DensityAltitude(1.225), 0, 1e-6);
-  EXPECT_TRUE(std::isfinite(DensityAltitude(-1)));
-}
-
 }  // namespace
 }  // namespace vexa::analysis

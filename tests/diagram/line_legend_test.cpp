@@ -34,18 +34,6 @@ TEST(LineLegend, KeepsInItsRegionAndSaysWhatIsMissing) {
   }
 }
 
-TEST(LineLegend, NeedsRoomBothWays) {
-  const auto isEmpty = [](double width, double height) {
-    Picture page(12000, 9000, {});
-    LineLegendBox(Options{}).Draw(
-        page, {600, 900, 600 + width * kUnitsPerPixel, 900 + height * kUnitsPerPixel});
-    return std::ranges::count(page.Items(), "legend name", &Item::Tag) == 0;
-  };
-  EXPECT_FALSE(isEmpty(264, 200));
-  EXPECT_TRUE(isEmpty(264, 20));
-  EXPECT_TRUE(isEmpty(80, 200));
-}
-
 TEST(LineLegend, HasWhatTheOptionsDraw) {
   const auto has = [](const Options& options, std::string_view name) {
     return std::ranges::count(LegendEntries(options), name, &LegendEntry::Name) == 1;

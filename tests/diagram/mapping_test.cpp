@@ -72,20 +72,6 @@ TEST(DiagramMapping, TephigramIsothermsAndIsentropesAreStraightAndSquare) {
   EXPECT_LT(std::fabs(direction(at.ToPoint(-10, 700), at.ToPoint(10, 700))), 3);
 }
 
-TEST(DiagramMapping, InverseUndoesTheMapping) {
-  for (const DiagramType type :
-       {DiagramType::SkewT, DiagramType::Emagram, DiagramType::Tephigram}) {
-    const DiagramMapping at = Make(type);
-    for (double press = 1050; press >= 100; press -= 50) {
-      for (double temp = -80; temp <= 40; temp += 20) {
-        const DiagramCoordinates back = at.ToCoordinates(at.ToPoint(temp, press));
-        EXPECT_NEAR(back.Temp, temp, 2e-3) << press;
-        EXPECT_NEAR(back.Press, press, 2e-3 * press) << temp;
-      }
-    }
-  }
-}
-
 TEST(MarkColumn, MovesApartOnlyWhatTouches) {
   MarkColumn column;
   for (const double y : {5000.0, 1000.0, 1040.0, 1060.0}) column.Add({y, "", "", {}, 0});
@@ -103,22 +89,6 @@ TEST(MarkColumn, MovesApartOnlyWhatTouches) {
   EXPECT_GE(kept.front().PlacedY, 50);
   EXPECT_GE(kept[1].PlacedY - kept[0].PlacedY, 100);
   EXPECT_LE(kept.back().PlacedY, 9000);
-}
-
-TEST(DiagramMapping, AnIsobarIsFoundAtEveryPlaceAcross) {
-  for (const DiagramType type :
-       {DiagramType::SkewT, DiagramType::Emagram, DiagramType::Tephigram}) {
-    for (const double min : {-70.0, -40.0}) {
-      const DiagramMapping at =
-          Make(type, min, 40).Zoomed({kMapped.Left + 900, kMapped.Top + 800, 5200, 5700});
-      for (const double press : {1000.0, 500.0, 122.0}) {
-        for (const double temp : {-90.0, -20.0, 30.0}) {
-          const Point there = at.ToPoint(temp, press);
-          EXPECT_NEAR(at.IsobarY(press, there.X), there.Y, 1e-3);
-        }
-      }
-    }
-  }
 }
 
 }  // namespace

@@ -124,15 +124,14 @@ TEST(DiagramPage, MixingRatioNumbersKeepOffTheTraces) {
 
 // Warm air under a cold tropopause: levels up to the parcel's highest, above 10 km.
 TEST(DiagramPage, MarksBesideTheFrameAreWholeOrShort) {
-  const PageCase deep{"deep",
-                      test::Profile({{1000, 26, 18},
-                                     {850, 14, 11},
-                                     {700, 4, -4},
-                                     {500, -13, -28},
-                                     {300, -42, -58},
-                                     {250, -46, -60},
-                                     {200, -46, -70},
-                                     {100, -46, -80}})};
+  const PageCase deep{"deep", test::Profile({{1000, 26, 18},
+                                             {850, 14, 11},
+                                             {700, 4, -4},
+                                             {500, -13, -28},
+                                             {300, -42, -58},
+                                             {250, -46, -60},
+                                             {200, -46, -70},
+                                             {100, -46, -80}})};
   bool sawHighest = false;
   for (const LayoutRow& layout : PageLayouts()) {
     for (const Size& size : kSizes) {
@@ -145,23 +144,6 @@ TEST(DiagramPage, MarksBesideTheFrameAreWholeOrShort) {
     }
   }
   EXPECT_TRUE(sawHighest);
-}
-
-TEST(DiagramPage, EveryRegionIsThereOrNamed) {
-  const PageCase c{"convective", test::ReferenceConvective()};
-  for (const LayoutRow& layout : PageLayouts()) {
-    for (const Size& size : kSizes) {
-      const SoundingPlot plot = Draw(c, layout, WindowSurface(size.WidthPx, size.HeightPx));
-      EXPECT_EQ(plot.Layout.Regions.size() + plot.Layout.LeftOut.size(), layout.Regions.size());
-      const Rect* diagram = plot.Layout.Find("diagram");
-      ASSERT_NE(diagram, nullptr);
-      const Rect frame = plot.Mapping.Frame();
-      EXPECT_TRUE(diagram->Contains({frame.Left, frame.Top}) &&
-                  diagram->Contains({frame.Right, frame.Bottom}));
-      EXPECT_GT(frame.Width(), 0);
-      EXPECT_GT(frame.Height(), 0);
-    }
-  }
 }
 
 // 600 by 450 points: 800 x 600 pixels at 96 dpi, 2500 x 1875 at 300.
@@ -244,24 +226,6 @@ TEST(DiagramPage, LabelsAndValuesOfTheAnalysisBoxStandApartAndAligned) {
       points[label.At.X].insert(static_cast<int>(at / kUnitsPerPixel * 10));
     }
     for (const auto& [column, places] : points) EXPECT_EQ(places.size(), 1U) << column;
-  }
-}
-
-// What the cursor reads is what was placed, and the same air lies at the same share of every frame.
-TEST(DiagramPage, TheMappingInvertsAndLeansAlikeAtEverySize) {
-  const PageCase c{"convective", test::ReferenceConvective()};
-  double share = 0;
-  for (const Size& size : kSizes) {
-    const SoundingPlot plot =
-        Draw(c, PageLayouts().front(), WindowSurface(size.WidthPx, size.HeightPx));
-    const DiagramMapping& at = plot.Mapping;
-    const Point there = at.ToPoint(-40, 250);
-    const DiagramCoordinates back = at.ToCoordinates(there);
-    EXPECT_NEAR(back.Temp, -40, 1e-3);
-    EXPECT_NEAR(back.Press, 250, 1e-2);
-    const double across = (there.X - at.Frame().Left) / at.Frame().Width();
-    if (share == 0) share = across;
-    EXPECT_NEAR(across, share, 1e-6);
   }
 }
 

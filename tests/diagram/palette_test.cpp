@@ -179,24 +179,6 @@ TEST(Palette, SafeSchemesStayApartForColourBlindEyes) {
   }
 }
 
-// The colours that Okabe and Ito (2008) published, as far as they are legible on each paper.
-TEST(Palette, SafeColoursAreThePublishedOnes) {
-  const struct {
-    const char* Scheme;
-    std::size_t Index;
-    Color Published;
-  } cases[] = {{"color-safe", 4, {213, 94, 0}},        {"color-safe", 9, {0, 114, 178}},
-               {"color-safe", 10, {0, 158, 115}},      {"color-safe", 11, {86, 180, 233}},
-               {"color-safe", 12, {230, 159, 0}},      {"color-safe", 13, {204, 121, 167}},
-               {"color-safe dark", 2, {0, 158, 115}},  {"color-safe dark", 5, {204, 121, 167}},
-               {"color-safe dark", 9, {86, 180, 233}}, {"color-safe dark", 12, {230, 159, 0}},
-               {"color-safe dark", 14, {240, 228, 66}}};
-  for (const auto& c : cases) {
-    EXPECT_EQ(PaletteFor(WithScheme(c.Scheme)).Indexed[c.Index], c.Published)
-        << c.Scheme << ' ' << c.Index;
-  }
-}
-
 TEST(ColorScheme, GoesTogetherWithPaperAndGrid) {
   struct Case {
     const char* about;

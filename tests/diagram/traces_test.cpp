@@ -250,7 +250,6 @@ TEST(Page, StatusAndTitleSayWhatIsShown) {
   EXPECT_EQ(text("position"), "");
 }
 
-// Of two marks that touch, and of the space between, the column makes what fits.
 TEST(Legend, NamesWhatIsDrawn) {
   Drawn drawn(test::ReferenceConvective());
   const auto has = [&](std::string_view name) {

@@ -331,15 +331,6 @@ int CompareFile(const std::filesystem::path& path) {
   return compared;
 }
 
-// New references; what repeats data that are there once, and elements without data, the library
-// itself refuses.
-TEST(BufrReader, AgreesWithTheLibraryOnNewReferences) {
-  const std::string height = Bits(1251, 17);
-  EXPECT_GE(CompareWithLibrary(BufrMessage({203012, 10009, 203255, 10009, 203000, 10009},
-                                           "1" + Bits(500, 11) + height + height)),
-            2);
-}
-
 TEST(BufrReader, AgreesWithTheLibrary) {
   EXPECT_GT(CompareFile(test::TestData("bufr_five.bufr")), 100);
   EXPECT_GT(CompareFile(test::TestData("bufr_subsets.bufr")), 140);

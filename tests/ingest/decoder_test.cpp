@@ -15,7 +15,6 @@
 #include "core/raw_file.h"
 #include "core/units.h"
 #include "ingest/decoded.h"
-#include "ingest/height_finder.h"
 #include "ingest/source_columns.h"
 #include "ingest/source_header.h"
 #include "sounding/analysed_sounding.h"
@@ -54,19 +53,6 @@ TEST(Wyoming, AWebPage) {
                                       "Temperatures outside -120 to 60 C, left out: 1"}));
 }
 
-TEST(Wyoming, TheNewerTextWithMetresPerSecond) {
-  const Decoded decoded = DecodeText("text.txt", FileText("wyoming_text.txt"));
-  ASSERT_FALSE(decoded.Failed) << decoded.Failed->Detail;
-  const SoundingRecord& record = decoded.Record;
-  EXPECT_EQ(record.StationTitle, "98989 - PLACE ONE, Land  18Z 07 Nov 1987");
-  EXPECT_EQ(record.LatSigned, 60.125);
-  EXPECT_EQ(record.LonSigned, -5.5);
-  EXPECT_NEAR(record.WindSpd(2), 19.438, 0.001);
-  // 455 m - 29.27 m/K * 277.45 K * ln(1002/950).
-  EXPECT_NEAR(record.ElevM, 22.2, 1);
-  EXPECT_EQ(record.WindHgt(1), record.ElevM);
-}
-
 TEST(Wyoming, AnUnknownUnitAndACutRow) {
   const std::string whole = FileText("wyoming_page.html");
   std::string unit = whole;
@@ -78,17 +64,6 @@ TEST(Wyoming, AnUnknownUnitAndACutRow) {
   ASSERT_FALSE(part.Failed);
   EXPECT_EQ(part.Record.Press.Top(), 700);
   EXPECT_EQ(part.Notes.back(), "The last row is cut off and was left out.");
-}
-
-// A format of one sounding a file has no second one either.
-TEST(DecodeSounding, RefusesANumberBeyondTheOnlyOne) {
-  for (const char* name : {"native_5_7.RAW", "wyoming_page.html", "dropsonde_raw.txt"}) {
-    LoadContext context{.Index = 1};
-    SoundingRecord record;
-    const auto fault = DecodeSounding(SourceText(name, FileText(name)), context, record);
-    ASSERT_TRUE(fault) << name;
-    EXPECT_EQ(fault->Detail, std::string(name) + ": it holds 1 sounding, number 2 was asked for");
-  }
 }
 
 // Listings that were put together in one file, of servers that give one at a time.
@@ -120,34 +95,6 @@ TEST(SpcText, TheSecondOfTwoPutTogether) {
   const auto fault = DecodeSounding(both, context, record);
   ASSERT_TRUE(fault);
   EXPECT_EQ(fault->Detail, "two.spc, line 23: \"3x.00\" is not a number");
-}
-
-TEST(SpcText, RowsInAnyOrder) {
-  const Decoded decoded = DecodeText("x.spc", FileText("spc_text.spc"));
-  ASSERT_FALSE(decoded.Failed) << decoded.Failed->Detail;
-  const SoundingRecord& record = decoded.Record;
-  EXPECT_EQ(record.DataFormat, "SPC");
-  EXPECT_EQ(record.StationTitle, "TST  2330Z 31 May 2049");
-  EXPECT_EQ(record.LatSigned, -12.5);
-  EXPECT_EQ(record.LonSigned, 130.75);
-  EXPECT_EQ(record.ElevM, 410);
-  EXPECT_EQ(record.Press, Levels<double>({960, 850, 700}));
-  EXPECT_EQ(record.Dewpt, Levels<double>({22, 20, 999.9}));
-  EXPECT_EQ(record.WindDir, Levels<double>({170, 360, 220, 230}));
-  // 800 hPa: 1483.5 + 1646.5 * ln(850/800) / ln(850/700), the hypsometric heights of 850 and 700;
-  // 600 hPa: 1194 m above 700 in the standard atmosphere's tables.
-  EXPECT_NEAR(record.WindHgt(3), 1997.6, 0.5);
-  EXPECT_NEAR(record.WindHgt(4), 4324, 1.5);
-}
-
-TEST(HeightFinder, FollowsTheStandardAtmosphereWhereNothingIsKnown) {
-  HeightFinder finder;
-  // Heights of the tables of the standard atmosphere.
-  EXPECT_NEAR(finder.At(1013.25), 0, 0.01);
-  EXPECT_NEAR(finder.At(500), 5574, 2);
-  EXPECT_NEAR(finder.At(100), 16180, 4);
-  EXPECT_NEAR(finder.At(10), 31055, 10);
-  EXPECT_TRUE(finder.UsedStandardAtmosphere());
 }
 
 TEST(Decoders, RecogniseByContent) {

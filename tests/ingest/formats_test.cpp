@@ -76,6 +76,15 @@ const Sample kSamples[] = {
     {"dropsonde_raw.txt", "DROPSONDE", "Dropsonde  1001Z 04 Jul 2021", 0, 1, 3, 3,
      {1010, 27, 27}, {700, 8, -1.81},
      {15, 100, FromMs(15)}, {3158.4, 90, FromMs(10)}, 15, 14.2, -60.1},
+    // Rows in any order, the ground at 960 hPa and winds at 800 and 600 hPa alone: the latter 1194 m
+    // above 700 hPa in the standard atmosphere.
+    {"spc_text.spc", "SPC", "TST  2330Z 31 May 2049", 0, 1, 3, 4,
+     {960, 30, 22}, {700, 10, kMissing}, {410, 170, 12}, {4323.8, 230, 55}, 410, -12.5, 130.75},
+    // No height at the ground: 455 m - 29.27 m/K * 277.45 K * ln(1002/950) are 22 m;
+    // 434 m more to 900 hPa.
+    {"wyoming_text.txt", "WYOMING", "98989 - PLACE ONE, Land  18Z 07 Nov 1987", 0, 1, 3, 3,
+     {1002, 5, 4}, {900, -1, -3},
+     {22, 180, FromMs(2.5)}, {888.9, 200, FromMs(20)}, 22, 60.125, -5.5},
     // From the top down; the humidity of the lowest row is missing.
     {"dropsonde_report.frd", "DROPSONDE", "Dropsonde 19X1  1635Z 15 Aug 2019", 0, 1, 3, 2,
      {1010, 27, kMissing}, {700, 8, -1.81},
@@ -360,27 +369,6 @@ TEST(IemJson, IsReadStrictlyButForNan) {
     ASSERT_TRUE(none.Failed) << levels;
     EXPECT_EQ(none.Failed->Detail, "j: a profile without levels");
   }
-}
-
-// Aloft a tenth of a hectopascal lasts for seconds: each has a wind at a height of its own, and the
-// highest row is the last of those at the lowest pressure.
-TEST(Formats, RowsThatRepeatAPressureKeepTheirWinds) {
-  const Decoded decoded = DecodeText(
-      "r.txt",
-      "# P (hPa) Z (m) T (C) WD (deg) WS (kt)\n1000 100 20 180 10\n10.1 30900 -40 80 20\n"
-      "10.1 30930 -40 85 21\n10.0 30960 -40 90 22\n10.0 30990 -40.1 95 23\n"
-      "10.0 31020 -40.2 100 24\n10.0 31020 -40.2 101 25\n");
-  ASSERT_FALSE(decoded.Failed) << decoded.Failed->Detail;
-  EXPECT_EQ(decoded.Record.Press, Levels<double>({1000, 10.1, 10}));
-  const SoundingRecord& record = decoded.Record;
-  EXPECT_EQ(record.WindDir, Levels<double>({180, 80, 85, 90, 95, 100}));
-  const double top = record.WindHgt(4);  // at 10 hPa
-  EXPECT_NEAR(record.WindHgt(3), (record.WindHgt(2) + top) / 2, 0.1);
-  EXPECT_NEAR(record.WindHgt(5), top + 30, 0.1);
-  EXPECT_NEAR(record.WindHgt(6), top + 60, 0.1);
-  EXPECT_TRUE(decoded.HasNote("Temperatures at the pressure of the one before, left out: 3"));
-  EXPECT_TRUE(decoded.HasNote("Winds at the height of another, left out: 1"));
-  EXPECT_TRUE(decoded.HasNote("Heights that do not follow from the temperatures"));
 }
 
 // Heights that the station reports do not always follow from its temperatures: the wind of a
