@@ -8,7 +8,6 @@
 #include <cmath>
 #include <filesystem>
 #include <random>
-#include <string>
 
 #include "analysis/analysis.h"
 #include "analysis/index_table.h"

@@ -217,12 +217,6 @@ TEST(Parcel, EdgeCases) {
     EXPECT_EQ(results.Chosen().CinTotal<0, limit> 187.5);
   }
   {
-    SCOPED_TRACE("no MPL wanted");
-    Options options;
-    options.MplDisplay = false;
-    EXPECT_FALSE(Analyse(reference, options).Chosen().MaximumParcel.Exists());
-  }
-  {
     // A warm, very dry start: condensation above the top of the sounding.
     SCOPED_TRACE("the sounding ends below the LCL");
     const AnalysisResults results = Analyse(Profile({{1000, 30, -20}, {900, 22, -22}}), {});

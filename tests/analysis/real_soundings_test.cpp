@@ -2,8 +2,6 @@
 // energies that other programs printed for some of them.
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cmath>
 #include <filesystem>
 #include <string>
 #include <utility>

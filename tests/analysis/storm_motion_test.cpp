@@ -3,7 +3,6 @@
 #include <cmath>
 
 #include "config/options.h"
-#include "core/units.h"
 #include "support/soundings.h"
 
 namespace vexa::analysis {

@@ -197,15 +197,6 @@ SoundingPlot WithAdvection(std::vector<AdvectionBar> bars) {
                         .Layout = LayoutWithAdvection()});
 }
 
-// What the pointer reads on the bars.
-std::vector<std::string> SpotsOf(const SoundingPlot& plot) {
-  std::vector<std::string> texts;
-  for (const HotSpot& spot : plot.Page.HotSpots()) {
-    if (spot.Tag == "advection") texts.push_back(spot.Text);
-  }
-  return texts;
-}
-
 // To the right where it warms, on a whole number of degrees an hour that holds every bar.
 TEST(AdvectionStrip, BarsReachAsFarAsTheirLayersAndAmounts) {
   const SoundingPlot plot = WithAdvection({{1000, 850, 1.2}, {850, 700, -2.5}, {700, 695, 0.4}});
@@ -228,9 +219,9 @@ TEST(AdvectionStrip, BarsReachAsFarAsTheirLayersAndAmounts) {
   }
   EXPECT_EQ(Texts(plot.Page, "advection value"), (LabelTexts{"+1.2", "-2.5"}));  // one is too thin
   EXPECT_EQ(Texts(plot.Page, "advection scale"), (LabelTexts{"-3", "+3"}));
-  EXPECT_EQ(SpotsOf(plot).front().find("Warm advection +1.2"), 0u);
-  EXPECT_NE(SpotsOf(plot).front().find("1000 to 850"), std::string::npos);
-  EXPECT_EQ(SpotsOf(plot)[1].find("Cold advection -2.5"), 0u);
+  EXPECT_EQ(SpotsOf(plot, "advection").front().find("Warm advection +1.2"), 0u);
+  EXPECT_NE(SpotsOf(plot, "advection").front().find("1000 to 850"), std::string::npos);
+  EXPECT_EQ(SpotsOf(plot, "advection")[1].find("Cold advection -2.5"), 0u);
 }
 
 TEST(AdvectionStrip, LayersThatTheDiagramCuts) {
@@ -240,14 +231,9 @@ TEST(AdvectionStrip, LayersThatTheDiagramCuts) {
   ASSERT_EQ(bars.size(), 2u);
   EXPECT_NEAR(BoundsOf(bars[0]).Bottom, plot.Mapping.Frame().Bottom, 0.5);
   EXPECT_NEAR(BoundsOf(bars[1]).Top, plot.Mapping.Frame().Top, 0.5);
-  EXPECT_TRUE(SpotsOf(WithAdvection({})).empty());
+  EXPECT_TRUE(SpotsOf(WithAdvection({}), "advection").empty());
   EXPECT_EQ(Texts(WithAdvection({{900, 800, 0.4}}).Page, "advection scale"),
             (LabelTexts{"-1", "+1"}));
-}
-
-std::string FirstText(const Picture& page, std::string_view tag) {
-  const LabelTexts texts = Texts(page, tag);
-  return texts.empty() ? std::string() : texts.front();
 }
 
 // The tephigram ends at 100 hPa: that is said of data beyond it, and only where it is wanted.
@@ -467,19 +453,20 @@ TEST(CursorMarks, LockOnLevelsThatAreShown) {
     cursor.Text = "here";
     return CursorMarks(Picture(9200, 8840, {}), at, sounding, cursor, {}, {});
   };
+  using Rings = std::vector<Point>;
   const auto rings = [&](int level) {
-    std::size_t found = 0;
+    Rings found;
     const Picture page = marks(level);
     for (const Item* item : Tagged(page, "locked cursor")) {
-      found += std::holds_alternative<Circle>(item->Shape) ? 1 : 0;
+      if (const auto* ring = std::get_if<Circle>(&item->Shape)) found.push_back(ring->Center);
     }
     return found;
   };
   for (const int hidden : {-1, 0, 1, 6}) EXPECT_TRUE(marks(hidden).Items().empty()) << hidden;
-  EXPECT_EQ(rings(2), 1u);  // no dew point
-  EXPECT_EQ(rings(3), 2u);
-  EXPECT_EQ(rings(4), 1u);  // the temperature lies beside the frame
-  EXPECT_EQ(rings(5), 0u);
+  EXPECT_EQ(rings(2), Rings{at.ToPoint(12, 850)});  // no dew point
+  EXPECT_EQ(rings(3), (Rings{at.ToPoint(12, 850), at.ToPoint(5, 850)}));
+  EXPECT_EQ(rings(4), Rings{at.ToPoint(-30, 500)});  // the temperature lies beside the frame
+  EXPECT_TRUE(rings(5).empty());
   EXPECT_FALSE(marks(5).Items().empty());
   const DiagramMapping low(DiagramType::Emagram, kPlotArea, -40, 40, 200);
   CursorState above;
@@ -495,6 +482,7 @@ TEST(CursorMarks, LockOnLevelsThatAreShown) {
   // Of two levels at one pressure the first; the last one counts as well.
   EXPECT_EQ(NearestLevel(at, sounding, at.ToPoint(0, 840)), 2);
   EXPECT_EQ(NearestLevel(at, sounding, at.ToPoint(0, 101)), 5);
+  EXPECT_FALSE(NearestLevel(at, Profile({}), at.ToPoint(0, 700)));
 }
 
 }  // namespace

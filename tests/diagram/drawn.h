@@ -23,6 +23,20 @@ inline std::vector<std::string> Texts(const Picture& page, std::string_view tag)
   return texts;
 }
 
+inline std::string FirstText(const Picture& page, std::string_view tag) {
+  const LabelTexts texts = Texts(page, tag);
+  return texts.empty() ? std::string() : texts.front();
+}
+
+/// What the pointer reads on the things of a tag.
+inline LabelTexts SpotsOf(const SoundingPlot& plot, std::string_view tag) {
+  LabelTexts texts;
+  for (const HotSpot& spot : plot.Page.HotSpots()) {
+    if (spot.Tag == tag) texts.push_back(spot.Text);
+  }
+  return texts;
+}
+
 /// The lines of a tag, each with its points.
 inline std::vector<std::vector<Point>> Lines(const Picture& page, std::string_view tag) {
   std::vector<std::vector<Point>> lines;

@@ -22,7 +22,7 @@ SoundingPlot Draw(const SoundingRecord& sounding, const Options& options = {}) {
 
 TEST(SoundingPlot, ReportsItsStepsInOrderAndStopsWhenAsked) {
   const SoundingRecord sounding = test::ReferenceConvective();
-  Options options;
+  const Options options;
   const analysis::AnalysisResults results = analysis::Analyse(sounding, options);
   const PlotInput input{.Sounding = sounding, .Results = results, .Set = options, .On = kPage};
 
@@ -37,18 +37,6 @@ TEST(SoundingPlot, ReportsItsStepsInOrderAndStopsWhenAsked) {
   stopping.StopAfter = 2;
   EXPECT_FALSE(PlotSounding(input, Progress(stopping)));
   EXPECT_EQ(stopping.Statuses.size(), 3u);
-
-  const SoundingRecord calm = Profile({{1000, 20, 15}, {500, -10, -30}});
-  const analysis::AnalysisResults calmResults = analysis::Analyse(calm, options);
-  test::ScriptedInteraction windless;
-  ASSERT_TRUE(PlotSounding({.Sounding = calm, .Results = calmResults, .Set = options, .On = kPage},
-                           Progress(windless)));
-  EXPECT_EQ(windless.Statuses.back(), "Loading sounding data arrays . . .");
-
-  options.Diagram = DiagramType::Tephigram;
-  test::ScriptedInteraction tephigram;
-  ASSERT_TRUE(PlotSounding(input, Progress(tephigram)));
-  EXPECT_EQ(tephigram.Statuses.at(1), "Creating tephigram grid lines . . .");
 }
 
 TEST(SoundingPlot, ShadedCapeIsTheCapeOfTheNumbers) {

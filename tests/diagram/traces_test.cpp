@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cmath>
 #include <string>
-#include <vector>
 
 #include "diagram/drawn.h"
 #include "diagram/palette.h"
@@ -175,11 +174,7 @@ TEST(Marks, LayersStandBetweenTheirHeights) {
 TEST(Winds, TellTheirNumbersAndTheirLimit) {
   Drawn drawn = OnEmagram();
   const SoundingPlot plot = drawn();
-  std::vector<std::string> told;
-  for (const HotSpot& spot : plot.Page.HotSpots()) {
-    if (spot.Tag == "wind") told.push_back(spot.Text);
-  }
-  EXPECT_EQ(told, (LabelTexts{"100 m: 180/10 kts", "5000 m: 270/40 kts"}));
+  EXPECT_EQ(SpotsOf(plot, "wind"), (LabelTexts{"100 m: 180/10 kts", "5000 m: 270/40 kts"}));
   const auto limit = Lines(plot.Page, "wind limit");
   ASSERT_EQ(limit.size(), 1u);
   EXPECT_NEAR(plot.Mapping.PressAt(limit[0].front().Y),
@@ -189,10 +184,7 @@ TEST(Winds, TellTheirNumbersAndTheirLimit) {
   drawn.Set.Speed = SpeedUnits::MetersPerSecond;  // 10 x 0.5148
   drawn.Set.WindPlotsBox = false;
   const SoundingPlot metric = drawn();
-  EXPECT_EQ(metric.Page.HotSpots().empty(), false);
-  EXPECT_TRUE(std::ranges::any_of(metric.Page.HotSpots(), [](const HotSpot& spot) {
-    return spot.Text == "100 m: 180/5.1 m/s";
-  }));
+  EXPECT_EQ(SpotsOf(metric, "wind").front(), "100 m: 180/5.1 m/s");
   EXPECT_TRUE(Tagged(metric.Page, "wind box").empty());
   drawn.Set.Winds = WindDisplay::None;
   EXPECT_TRUE(Tagged(drawn().Page, "wind axis").empty());
@@ -210,12 +202,7 @@ TEST(Winds, TellTheirNumbersAndTheirLimit) {
   drawn.Sounding.AddWind(100, 160, 10);
   drawn.Sounding.AddWind(110, 165, 40);
   drawn.Set.WindPlotRatio = 0;
-  const SoundingPlot crowded = drawn();
-  std::vector<std::string> drawnOnes;
-  for (const HotSpot& spot : crowded.Page.HotSpots()) {
-    if (spot.Tag == "wind") drawnOnes.push_back(spot.Text);
-  }
-  EXPECT_EQ(drawnOnes, std::vector<std::string>{"100 m: 160/5.1 m/s"});
+  EXPECT_EQ(SpotsOf(drawn(), "wind"), LabelTexts{"100 m: 160/5.1 m/s"});
 }
 
 TEST(ParcelLevels, AboveTheLastTemperatureHaveNoHeight) {
@@ -228,10 +215,7 @@ TEST(ParcelLevels, AboveTheLastTemperatureHaveNoHeight) {
 
 TEST(Page, StatusAndTitleSayWhatIsShown) {
   Drawn drawn(test::ReferenceConvective());
-  const auto text = [&](std::string_view tag) {
-    const LabelTexts texts = Texts(drawn().Page, tag);
-    return texts.empty() ? std::string() : texts.front();
-  };
+  const auto text = [&](std::string_view tag) { return FirstText(drawn().Page, tag); };
   drawn.Sounding.DataFormat = "SPC";
   drawn.Sounding.WindDir(2) = 999.9;  // a level without a wind is none
   const int winds = drawn.Sounding.NumWindLevels() - 1;

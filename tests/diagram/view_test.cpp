@@ -1,5 +1,4 @@
-// How a diagram is looked at: enlarged regions, other soundings beside the first, extra lines, the
-// cursor's marks.
+// How a diagram is looked at: enlarged regions, other soundings beside the first, extra lines.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -190,26 +189,6 @@ TEST(ExtraLines, HeightCorrectionsKeepOffTheirName) {
     const auto& value = std::get<Label>(item->Shape);
     EXPECT_GT(value.At.Y - name.At.Y, (value.Size + name.Size) / 2) << value.Text;
   }
-}
-
-TEST(CursorMarks, LockToTheNearestLevel) {
-  const SoundingRecord sounding = test::ReferenceConvective();
-  const DiagramMapping at(DiagramType::SkewT, kFrame, -40, 40, 100);
-  EXPECT_EQ(NearestLevel(at, sounding, at.ToPoint(-20, 690)), 10);
-  EXPECT_FALSE(NearestLevel(at, Profile({}), at.ToPoint(0, 700)));
-  CursorState cursor;
-  cursor.Level = 10;
-  const Picture marks =
-      CursorMarks(Picture(9200, 8840, {}), at, sounding, cursor, {}, {255, 255, 240});
-  std::vector<Point> rings;
-  for (const Item* item : Tagged(marks, "locked cursor")) {
-    if (const auto* circle = std::get_if<Circle>(&item->Shape)) rings.push_back(circle->Center);
-  }
-  EXPECT_EQ(rings, (std::vector<Point>{at.ToPoint(8.6, 700), at.ToPoint(-3.2, 700)}));
-  EXPECT_EQ(marks.Paper().Alpha, 0);
-  // The text is legible over lines.
-  const auto& text = std::get<Label>(Tagged(marks, "locked cursor text").front()->Shape);
-  EXPECT_EQ(text.Halo, (Color{255, 255, 240}));
 }
 
 }  // namespace

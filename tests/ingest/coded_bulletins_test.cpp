@@ -42,10 +42,7 @@ TEST(Coded, TheFilesDayGivesMonthAndYear) {
   const auto timeOf = [&text](const char* name, std::chrono::sys_days written) {
     SourceText source(name, text);
     source.SetWrittenOn(written);
-    LoadContext context;
-    SoundingRecord record;
-    EXPECT_FALSE(DecodeSounding(source, context, record));
-    return record.Time;
+    return DecodeSource(source).Record.Time;
   };
   using namespace std::chrono_literals;
   const ObservationTime march{.Year = 2024, .Month = 3, .Day = 2};
@@ -165,16 +162,14 @@ TEST(Coded, TheStationListGivesPositionAndGround) {
                                  .Lat = 61.5,
                                  .Lon = 5.25,
                                  .LonHemi = "W"}));
-    LoadContext context{.Stations = &stations};
-    SoundingRecord record;
-    ASSERT_FALSE(DecodeSounding(SourceText(kBulletins, FileText(kBulletins)), context, record));
+    const Decoded decoded =
+        DecodeSource(SourceText(kBulletins, FileText(kBulletins)), 0, &stations);
+    const SoundingRecord& record = decoded.Record;
     EXPECT_EQ(record.StationTitle, c.Title);
     EXPECT_NEAR(record.ElevM, c.WindHeight, c.WindHeight == 240 ? 0 : 2.5);
     EXPECT_NEAR(record.WindHgt(1), c.WindHeight, c.WindHeight == 240 ? 0 : 2.5);
     EXPECT_EQ(record.LonSigned, c.Number == 1234 ? -5.25 : 0);
-    EXPECT_TRUE(std::ranges::any_of(context.Notes, [&](const std::string& note) {
-      return note.starts_with(c.Note);
-    })) << c.Note;
+    EXPECT_TRUE(decoded.HasNote(c.Note)) << c.Note;
   }
 }
 
