@@ -206,15 +206,9 @@ TEST_F(FormTest, AutomaticModesDisableTheFieldsThatTheyReplace) {
     if (form->objectName() == "Config") Press(QDialogButtonBox::Cancel);
     QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   }
-  EXPECT_FALSE(At<QWidget>("MB limit").isEnabled());
-  At<QCheckBox>("Auto MB select").click();
-  EXPECT_TRUE(At<QWidget>("MB limit").isEnabled());
   EXPECT_FALSE(At<QWidget>("Temp MAX").isEnabled());
   At<QRadioButton>("Temp grid scaling=MANUAL").click();
   EXPECT_TRUE(At<QWidget>("Temp MAX").isEnabled());
-  EXPECT_FALSE(At<QWidget>("Depth limit").isEnabled());
-  At<QRadioButton>("Hodo depth mode=Limit").click();
-  EXPECT_TRUE(At<QWidget>("Depth limit").isEnabled());
 }
 
 TEST_F(FormTest, CancelTakesEverythingBackAndOkKeepsIt) {
@@ -272,14 +266,14 @@ TEST_F(FormTest, DefaultsComeBackTabByTab) {
 
 TEST_F(FormTest, ConfigurationsAreNamedInTheFormAndSwitchedInTheMenu) {
   Open("mnuProgram");
-  Type(At<QWidget>("name of configuration 1"), "Winter");
+  Type(At<QWidget>("name of configuration 1"), "Snow & ice");
   Press(QDialogButtonBox::Ok);
   auto* first = window.findChild<QAction*>("mnuConfiguration1");
-  EXPECT_EQ(first->text(), "#&1: Winter");
+  EXPECT_EQ(first->text(), "#&1: Snow && ice");
   first->trigger();
   EXPECT_TRUE(first->isChecked());
-  EXPECT_NE(Drawn().find("VEXA Config #1: Winter"), std::string::npos);
-  EXPECT_NE(File("VEXA.SYS").find("\"1\",\"true\",\"true\"\r\n\"Winter\""), std::string::npos);
+  EXPECT_NE(Drawn().find("VEXA Config #1: Snow &amp; ice"), std::string::npos);
+  EXPECT_NE(File("VEXA.SYS").find("\"1\",\"true\",\"true\"\r\n\"Snow & ice\""), std::string::npos);
 }
 
 TEST_F(FormTest, ClosingRemembersTheWindow) {

@@ -53,10 +53,12 @@ TEST_F(ForecastWindowsTest, RefusesWhatIsOutOfRangeAndKeepsTheValueBefore) {
   };
   const Case cases[] = {
       {"txtMainLayer", "5000", "5001", "Data range error", "Range is 0 to 5000 meters, AGL."},
+      {"txtMainLayer", "5000", "deep", "Data range error", "Range is 0 to 5000 meters, AGL."},
       {"txtBoundaryLayer", "0", "-1", "Data range error", "Range is 0 to 5000 meters, AGL."},
       {"txtRadius", "20", "19", "Data range error", "Range is 20 to 2000 km."},
       {"txtRadius", "2000", "2001", "Data range error", "Range is 20 to 2000 km."},
       {"txtPercentage", "100", "101", "Data range error", "Range is 1% to 100%"},
+      {"txtPercentage", "1", "0", "Data range error", "Range is 1% to 100%"},
       {"txtPercentage", "1", "1.5", "Data range error", "Only integer values are allowed."},
       {"txtSurface", "-1.5", "warm", "Bad", "Invalid data"},
   };

@@ -110,17 +110,5 @@ TEST_F(FrontWindowTest, AChoiceEndsWithItsSoundingUnlessItIsHeld) {
   EXPECT_EQ(Base(), 500);
 }
 
-TEST_F(FrontWindowTest, WhatIsOutOfRangeIsRefusedByName) {
-  QDialog& form = Form();
-  auto& interval = test::In<QDoubleSpinBox>(form, "thermal wind interval");
-  EXPECT_EQ(interval.minimum(), 100);
-  EXPECT_EQ(interval.maximum(), 3000);
-  interval.setValue(1000);
-  EXPECT_EQ(program.Settings.Hodograph.Front.IntervalM, 1000);
-  EXPECT_FALSE(SetFrontSetting(program, "gradient threshold", "0.6"));
-  EXPECT_FALSE(SetFrontSetting(program, "no such setting", "1"));
-  EXPECT_EQ(program.Settings.Hodograph.Front.GradientThreshold, 0.04);
-}
-
 }  // namespace
 }  // namespace vexa

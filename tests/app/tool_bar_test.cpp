@@ -4,7 +4,6 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPalette>
-#include <QScreen>
 #include <QToolButton>
 
 #include "app/window_test.h"
@@ -85,14 +84,6 @@ TEST_F(ToolBarTest, APanelNeverSqueezesThePictureUnderItsLeastWidth) {
   window.resize(1200, 700);
   QApplication::processEvents();
   EXPECT_FALSE(panel->isFloating());
-}
-
-TEST_F(ToolBarTest, TheFirstWindowTakesMostOfTheScreen) {
-  window.PlaceFirst();
-  const QRect room = window.screen()->availableGeometry();
-  EXPECT_NEAR(window.width(), 0.85 * room.width(), 1);
-  EXPECT_NEAR(window.height(), 0.85 * room.height(), 1);
-  EXPECT_NEAR(window.geometry().center().x(), room.center().x(), 1);
 }
 
 }  // namespace

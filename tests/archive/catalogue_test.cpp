@@ -77,19 +77,6 @@ TEST_F(CatalogueOfFiles, IsTheSameHoweverOftenItIsStopped) {
   EXPECT_TRUE(CheckCatalogue(torn, true).Value().empty());
 }
 
-// A transaction that was never ended, as when the process is killed.
-TEST_F(CatalogueOfFiles, ForgetsWhatWasNotWhole) {
-  {
-    Catalogue catalogue = Opened(At("c"));
-    Add(catalogue, {TextFromPath(Data() / "c.txt")});
-    catalogue.Store().Run("BEGIN IMMEDIATE");
-    catalogue.Begin({.Path = "/elsewhere"});
-  }
-  Catalogue catalogue = Opened(At("c"));
-  EXPECT_EQ(catalogue.Counts().Files, 1);
-  EXPECT_EQ(Add(catalogue, All()).Soundings, 12);
-}
-
 TEST_F(CatalogueOfFiles, LongFilesAreReadInPieces) {
   Catalogue whole = Opened(At("whole"));
   Add(whole, All());

@@ -1,15 +1,7 @@
-#include <set>
-
 #include "archive/station_files.h"
-#include "core/letter_case.h"
 
 namespace vexa::archive {
 namespace {
-
-TEST(Query, NamesOfColumnsAreDistinct) {
-  std::set<std::string> names;
-  for (const Column& column : Columns()) EXPECT_TRUE(names.insert(Lower(column.Name)).second);
-}
 
 TEST(Query, RefusalsSayWhatAndWhere) {
   const std::pair<const char*, const char*> cases[] = {

@@ -6,7 +6,6 @@
 
 #include "cli/run_words.h"
 #include "core/files.h"
-#include "core/numbers.h"
 #include "support/soundings.h"
 
 namespace vexa::cli {
@@ -72,30 +71,6 @@ TEST_F(ArchiveCommand, OneSoundingOfAFileIsNamed) {
   EXPECT_EQ(RunWords({"analyze", "@" + At("none")}).Exit, kExitInputFailed);
 }
 
-// Long files are read in pieces of 4 MB: the last soundings of this one stand in the second.
-TEST_F(ArchiveCommand, OneSoundingOfALongFileIsNamed) {
-  constexpr int kSoundings = 60, kRows = 1500;
-  std::string rows;
-  for (int i = 0; i < kRows; ++i) {
-    rows += "10 -9999 " + PadLeft(Shortest(100000 - 60 * i), 6) + " -9999   100 -9999    50";
-    rows += "   180    50\n";
-  }
-  std::string text;
-  for (int i = 1; i <= kSoundings; ++i) {
-    text += "#USM00070001 " + Shortest(1900 + i) + " 01 01 00 9999 " + Shortest(kRows) +
-            " ncdc-gts ncdc-gts  413200  -963700\n" + rows;
-  }
-  ASSERT_GT(text.size(), std::size_t{4} << 20);
-  std::ofstream(At("long.txt"), std::ios::binary) << text;
-  for (const int number : {1, 30, kSoundings}) {
-    const Ran ran = RunWords({"analyze", At("long.txt") + "#" + Shortest(number)});
-    EXPECT_NE(ran.Out.find("00Z 01 Jan " + Shortest(1900 + number)), std::string::npos) << ran.Err;
-  }
-  EXPECT_NE(RunWords({"analyze", At("long.txt") + "#61"})
-                .Err.find("long.txt: it holds 60 soundings, number 61 was asked for"),
-            std::string::npos);
-}
-
 TEST_F(ArchiveCommand, SharesAreAllOfIt) {
   const std::string folder = TextFromPath(test::SourceFolder() / "examples");
   const std::string whole = RunWords({"analyze", folder, "--format", "csv"}).Out;
@@ -126,7 +101,6 @@ TEST_F(ArchiveCommand, WrongWordsAreRefused) {
       {{"archive", "add", "c"}, "wants a file behind the catalogue"},
       {{"archive", "check", "c", "x"}, "takes nothing behind the catalogue"},
       {{"archive", "check", "c", "--sort", "KI"}, "archive check takes no --sort"},
-      {{"archive", "query", "c", "KI >"}, "character 5: a column"},
       {{"archive", "query", "c", "--columns", "KJ"}, "there is no column \"KJ\"; did you mean KI?"},
   };
   for (const auto& [words, reason] : cases) {

@@ -237,19 +237,6 @@ TEST_F(CommandLine, ExplainsAnIndex) {
   EXPECT_NE(trace.find(" Count =1 T1 ="), std::string::npos);
 }
 
-TEST_F(CommandLine, PlotsEveryKind) {
-  VEXA_NEEDS_TOOLKIT();
-  const std::string file = Sounding();
-  const std::pair<const char*, std::string> kinds[] = {
-      {"a.png", "\x89PNG"}, {"a.JPG", "\xFF\xD8\xFF"}, {"a.bmp", "BM"}, {"a.pdf", "%PDF"}};
-  for (const auto& [name, magic] : kinds) {
-    SCOPED_TRACE(name);
-    const Ran ran = RunWords({"plot", file, "-o", In(name), "--size", "400x300"});
-    ASSERT_EQ(ran.Exit, kExitOk) << ran.Err;
-    EXPECT_TRUE(ReadFile(folder_.Path() / name).Value().starts_with(magic));
-  }
-}
-
 TEST_F(CommandLine, WithoutTheToolkitItSaysWhatItLacks) {
   const std::string file = Sounding();
   const std::pair<std::vector<std::string>, const char*> lacks[] = {
@@ -290,11 +277,7 @@ TEST_F(CommandLine, SettingsReachThePicture) {
     EXPECT_EQ(RunWords(words).Exit, kExitOk);
     return ReadFile(folder_.Path() / PathFromText("große Lage.svg")).Value();
   };
-  const std::string plain = svg({});
-  EXPECT_EQ(plain, svg({})) << "the same picture twice";
-  EXPECT_NE(plain.find("VEXA  -  "), std::string::npos);
   EXPECT_EQ(svg({"--diagram", "emagram"}), svg({"--set", "diagram type = emagram"}));
-  EXPECT_NE(svg({"--set", "Screen title above skewt=no"}), plain);
   const Ran twice = RunWords({"plot", file, file, "-o", In("{name}.svg")});
   EXPECT_EQ(twice.Exit, kExitInputFailed) << "no input's picture may replace another's";
 }

@@ -29,18 +29,6 @@ class Fronts : public testing::Test {
   test::TemporaryFolder folder_{};
 };
 
-TEST_F(Fronts, TextHasTableCharacterAndSettings) {
-  const Ran ran = Run({});
-  EXPECT_EQ(ran.Exit, 0);
-  for (const char* part :
-       {"  Layer     Frontal   Thermal Wind   Gradient*    Advection",
-        "Front character: Anabatic Warm Front", "Frontal speed: 12 kts towards the NE",
-        "Frontal distance: 180 km to the SW", "Thermal wind interval = 500",
-        "Advection threshold = 0.40", "* the gradient threshold of 0.040"}) {
-    EXPECT_NE(ran.Out.find(part), std::string::npos) << part;
-  }
-}
-
 TEST_F(Fronts, JsonTellsWhatEachLayerMissed) {
   const Json json = Json::parse(Run({"--format", "json"}).Out);
   EXPECT_EQ(json["front"]["character"], "Anabatic Warm Front");

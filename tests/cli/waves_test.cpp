@@ -11,7 +11,6 @@
 #include "cli/run_words.h"
 #include "core/files.h"
 #include "core/letter_case.h"
-#include "core/markers.h"
 #include "core/raw_file.h"
 #include "support/soundings.h"
 
@@ -71,11 +70,6 @@ TEST_F(WavesTest, GivesEveryTermAsJsonAndARowForEachWaveAsCsv) {
   EXPECT_EQ(std::ranges::count(csv.Out, '\n'), 3);
 }
 
-SoundingRecord WindsAloft() {
-  return test::Profile({{1000, 10, 5}, {850, 5, 0}, {700, 0, -5}, {500, -15, -20}, {300, -40, -50}},
-                       {{5000, 270, 40}, {9000, 270, 80}});
-}
-
 SoundingRecord OneLevel() {
   return test::Profile({{1000, 10, 5}}, {{100, 270, 20}});
 }
@@ -101,8 +95,6 @@ TEST_F(WavesTest, SaysWhyThereIsNoneAndNeverNaN) {
   };
   const Case cases[] = {
       {"no winds", test::WithoutWinds(test::ReferenceWinter()), "The sounding has no winds."},
-      {"winds aloft only", WindsAloft(),
-       "The sounding has fewer than three levels with temperature and wind."},
       {"nothing stable", NothingStable(), ""},
       {"huge stability", HugeStability(), ""},
   };

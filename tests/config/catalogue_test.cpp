@@ -69,12 +69,6 @@ TEST(Catalogue, ARowChangesItsOptionAndNoOther) {
   }
 }
 
-TEST(Catalogue, ItsRowsTakeTheDefaults) {
-  Options back;
-  for (const OptionRow& row : Catalogue()) EXPECT_TRUE(row.Read(back, row.Write({}))) << row.Key;
-  EXPECT_EQ(back, Options{});
-}
-
 TEST(SetOption, RefusalsSayWhatItTakesAndChangeNothing) {
   struct Case {
     const char *Assignment, *Says;

@@ -30,13 +30,6 @@ std::vector<std::string> DefaultReport() {
   return RecordsOf(ReadFile(test::TestData("settings/VEXA.SET")).Value());
 }
 
-TEST(SettingsReport, RecordByRecord) {
-  const std::vector<std::string> records = RecordsOf(SettingsReport({}, {"1.2.3", "1024x768"}));
-  const std::vector<std::string> expected = DefaultReport();
-  ASSERT_EQ(records.size(), expected.size());
-  for (std::size_t i = 0; i < records.size(); ++i) EXPECT_EQ(records[i], expected[i]) << i;
-}
-
 TEST(SettingsReport, ShowsWhatIsSet) {
   Options options;
   options.Diagram = DiagramType::Tephigram;

@@ -200,15 +200,5 @@ TEST(KeepPossible, LimitsOfElevationAndSupplements) {
   }
 }
 
-TEST(DataQC, FindingsInWords) {
-  EXPECT_EQ(FindingText({}), "");
-  EXPECT_EQ(FindingText({7, 0}), "Elevation is greater than 6000 meters.");
-  EXPECT_EQ(FindingText({8, 1}), "Surface level is missing or garbled. Level 1.");
-  EXPECT_EQ(DoubtText({1, 2}),
-            "the data are doubtful: Pressures are vertically inconsistent. Level 2.");
-  EXPECT_EQ(QcText(9), "");
-  EXPECT_EQ(QcText(-1), "");
-}
-
 }  // namespace
 }  // namespace vexa

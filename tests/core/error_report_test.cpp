@@ -19,8 +19,6 @@ TEST(ErrorReport, MessagesByNumberAndCircumstance) {
       {58, "a b.RAW already exists.\nReplace existing file?"},
       {62, "Data file is corrupt, incomplete, or has incorrect format."},
       {62, "Data for a b.RAW can not be found.", true},
-      {71, "Destination DRIVE does not exist, or\nInsert a disk in the drive and close the door."},
-      {76, "Drive and/or File Path does not exist."},
       {1209, "Warning ...  a b.RAW\nhas a format problem, or this is a new/different data type."},
       {2224,
        "VEXA encountered one of the following problems ...\n"

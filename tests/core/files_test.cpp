@@ -133,21 +133,6 @@ TEST(SaveRAW, ADamagedFileIsKeptBesideTheNewOne) {
   EXPECT_EQ(ReadFile(folder.Path() / "winter.RAW.bak").Value(), torn);
 }
 
-TEST(AtomicFile, RefusesWhatItMustNotReplace) {
-  const test::TemporaryFolder folder;
-  const auto number = [](const fs::path& path) {
-    return SaveFile(path, "x").value_or(Fault{}).Number;
-  };
-  EXPECT_EQ(number(folder.Path()), kFaultBadFileName);
-  EXPECT_EQ(number(folder.Path() / "no such folder" / "a.txt"), kFaultPathNotFound);
-  const fs::path readOnly = folder.Path() / "read only.txt";
-  ASSERT_FALSE(SaveFile(readOnly, "kept"));
-  fs::permissions(readOnly, fs::perms::owner_read);
-  EXPECT_EQ(number(readOnly), kFaultAccessRefused);
-  EXPECT_EQ(ReadFile(readOnly).Value(), "kept");
-  fs::permissions(readOnly, fs::perms::owner_all);
-}
-
 // What killed processes leave is cleared, what a living one writes is not.
 TEST(AtomicFile, LeftoversOfTheKilledDoNotPileUp) {
   const test::TemporaryFolder folder;
@@ -240,17 +225,6 @@ TEST(Paths, ABackslashIsPartOfANameWhereItIsNoSeparator) {
   EXPECT_EQ(FilesIn(folder.Path()), 1);
   EXPECT_EQ(PathFromSetting(root + "/out\\x.RAW"), path) << "there is such a file";
 #endif
-}
-
-TEST(Paths, BlanksUmlautsAndBackslashesOfSettingsWork) {
-  const test::TemporaryFolder folder;
-  const std::string root = TextFromPath(folder.Path());
-  const fs::path joined = PathFromSetting(root + "\\M\u00FCnchen Daten\\2001\\S\u00F6nde 1.RAW");
-  EXPECT_EQ(joined, folder.Path() / fs::path(u8"M\u00FCnchen Daten") / "2001" /
-                        fs::path(u8"S\u00F6nde 1.RAW"));
-  fs::create_directories(joined.parent_path());
-  ASSERT_FALSE(SaveFile(joined, "text"));
-  EXPECT_EQ(ReadFile(joined).Value(), "text");
 }
 
 // Folders of settings below the program's own: with drives where the system has them, plain names
@@ -372,15 +346,6 @@ TEST(EndInWords, MemoryThatRunsOutIsASentence) {
   EXPECT_EXIT(runOut(), testing::ExitedWithCode(1), "vexa: there is not enough memory");
 }
 
-TEST(ReadFile, NamesItsFault) {
-  const test::TemporaryFolder folder;
-  const Outcome<std::string> missing = ReadFile(folder.Path() / "no.RAW");
-  ASSERT_FALSE(missing);
-  EXPECT_EQ(missing.Error().Number, kFaultFileNotFound);
-  EXPECT_EQ(missing.Error().File, "no.RAW");
-  EXPECT_EQ(ReadFile(folder.Path()).Error().Number, kFaultBadFileName);
-}
-
 #ifndef _WIN32
 TEST(Folders, TheRootComesFromTheFirstThatNamesOne) {
   const test::TemporaryFolder folder;
@@ -401,15 +366,6 @@ TEST(Folders, TheRootComesFromTheFirstThatNamesOne) {
   unsetenv("VEXA_ROOT");
 }
 #endif
-
-TEST(Folders, OneThatCannotBeMadeIsNamed) {
-  const test::TemporaryFolder folder;
-  ASSERT_FALSE(SaveFile(folder.Path() / "crosdata", "a file in the way"));
-  const std::optional<Fault> fault = CreateFolders(FoldersBelow(folder.Path()));
-  ASSERT_TRUE(fault);
-  EXPECT_EQ(fault->Number, kFaultPathNotFound);
-  EXPECT_NE(fault->Detail.find("crosdata"), std::string::npos);
-}
 
 }  // namespace
 }  // namespace vexa

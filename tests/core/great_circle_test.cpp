@@ -22,13 +22,5 @@ TEST(GreatCircle, WaysAndDirections) {
   EXPECT_EQ(DistanceKm(35.2, -97.4, 35.2, -97.4), 0);
 }
 
-TEST(GreatCircle, HoursAcrossALeapDay) {
-  const ObservationTime february{2024, 2, 28, 23, 30}, march{2024, 3, 1, 1, 15};
-  EXPECT_EQ(HoursBetween(february, march), 25.75);
-  EXPECT_EQ(HoursBetween(march, february), -25.75);
-  EXPECT_EQ(MinutesLater(february, 25 * 60 + 45), march);
-  EXPECT_EQ(MinutesLater(march, -(25 * 60 + 45)), february);
-}
-
 }  // namespace
 }  // namespace vexa

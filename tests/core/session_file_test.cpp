@@ -44,16 +44,6 @@ Session FullSession() {
           .Settings = {{"zoom", "1.5"}, {"", "a=b;c"}}};
 }
 
-TEST(SessionFile, ReadsBackWhatWasWritten) {
-  const Session full = FullSession();
-  for (const Session& session : {full, Session{}, Session{.Files = {"x"}}}) {
-    const SessionReading reading = ReadSession(WriteSession(session), "VEXA.SES");
-    EXPECT_EQ(reading.Note, "");
-    ASSERT_TRUE(reading.Found);
-    EXPECT_EQ(*reading.Found, session);
-  }
-}
-
 TEST(SessionFile, DamageGivesNoneWithANote) {
   const std::string text = WriteSession(FullSession());
   for (std::size_t i = 0; i < text.size(); ++i) {

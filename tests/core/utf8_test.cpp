@@ -46,11 +46,6 @@ TEST(Utf8, WhatIsACharacterAndWhatIsNot) {
   for (const Case& c : cases) EXPECT_EQ(Utf8Length(c.Text), c.Length) << c.About;
 }
 
-TEST(Utf8, OneByteOfAnotherCodeSpoilsAText) {
-  EXPECT_TRUE(IsUtf8("Z\xC3\xBCrich"));
-  EXPECT_FALSE(IsUtf8("Z\xFCrich"));
-}
-
 TEST(Utf8, NumbersBecomeCharacters) {
   for (const auto& [code, bytes] : {std::pair{U'A', "A"},
                                     {U'\u00FC', "\xC3\xBC"},

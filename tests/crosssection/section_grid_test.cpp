@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <set>
 
 #include "support/soundings.h"
 
@@ -29,21 +28,6 @@ Section Isothermal() {
   }
   Arrange(section);
   return section;
-}
-
-TEST(Fields, HaveTheirCodesAndTitles) {
-  std::set<std::string_view> codes;
-  for (const FieldRow& field : Fields()) {
-    codes.insert(field.Code);
-    EXPECT_EQ(field.Profile != nullptr, field.Kind == FieldKind::Contoured) << field.Code;
-    EXPECT_EQ(field.Layers != nullptr, field.Kind == FieldKind::Category) << field.Code;
-  }
-  EXPECT_EQ(codes.size(), Fields().size());
-  const FieldContext context{.Bearing = 66.4};
-  EXPECT_EQ(TitleOf(*FindField("TMP"), context), "Temperature (C) ");
-  EXPECT_EQ(TitleOf(*FindField("xwnd"), context), "Cross-Wind (knots) {wrt 066}  ");
-  EXPECT_EQ(TitleOf(*FindField("RH"), context), "Relative Humidity (%)  ");
-  EXPECT_EQ(FindField("TEMP"), nullptr);
 }
 
 TEST(SectionGrid, IsLinearBetweenColumns) {
@@ -150,6 +134,7 @@ TEST(SectionGrid, WindComponentsPointTheUsualWay) {
   EXPECT_NEAR(at("XWND"), 10, 1e-4);
   options.Speed = SpeedUnits::MetersPerSecond;
   EXPECT_NEAR(at("WND"), 5.144, 1e-4);
+  EXPECT_EQ(TitleOf(*FindField("xwnd"), {.Bearing = 66.4}), "Cross-Wind (knots) {wrt 066}  ");
 }
 
 TEST(SectionGrid, ClassesStandAroundTheirColumn) {

@@ -104,9 +104,10 @@ TEST_F(HttpFetching, EveryWayAnAnswerMayEnd) {
 
 // gzip of "PRES HGHT TEMP\n" three times, by gzip 1.12: 10 bytes of header, 20 of data, 8 of check.
 std::string PackedAnswer() {
-  const unsigned char bytes[] = {0x1f, 0x8b, 0x08, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x03, 0x0b, 0x08, 0x72, 0x0d,
-      0x56, 0xf0, 0x70, 0xf7, 0x08, 0x51, 0x08, 0x71, 0xf5, 0x0d, 0xe0, 0x0a, 0xc0, 0xcb,
-      0x05, 0x00, 0xa6, 0xd3, 0xfb, 0xdb, 0x2d, 0x00, 0x00, 0x00};
+  const unsigned char bytes[] = {0x1f, 0x8b, 0x08, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x03,
+                                 0x0b, 0x08, 0x72, 0x0d, 0x56, 0xf0, 0x70, 0xf7, 0x08, 0x51,
+                                 0x08, 0x71, 0xf5, 0x0d, 0xe0, 0x0a, 0xc0, 0xcb, 0x05, 0x00,
+                                 0xa6, 0xd3, 0xfb, 0xdb, 0x2d, 0x00, 0x00, 0x00};
   return {std::begin(bytes), std::end(bytes)};
 }
 
@@ -139,13 +140,16 @@ TEST_F(HttpFetching, ACutAnswerIsNoAnswer) {
       {"/gzip-shorter-than-told", head(gzip + length(packed.size() + 500)) + packed, false},
       {"/gzip-cut", head(gzip + length(packed.size())) + half, false},
       {"/gzip-cut-ahead", head(gzip + length(half.size())) + half, false},
-      {"/gzip-without-trailer", head(gzip + length(packed.size() - 8)) +
-                                    packed.substr(0, packed.size() - 8), false},
-      {"/gzip-wrong-sum", head(gzip + length(packed.size())) +
-                              packed.substr(0, packed.size() - 8) + std::string(8, 'x'), false},
+      {"/gzip-without-trailer",
+       head(gzip + length(packed.size() - 8)) + packed.substr(0, packed.size() - 8), false},
+      {"/gzip-wrong-sum",
+       head(gzip + length(packed.size())) + packed.substr(0, packed.size() - 8) +
+           std::string(8, 'x'),
+       false},
       {"/gzip-to-the-end", head(gzip + "Connection: close\r\n") + packed, true},
       {"/gzip-cut-to-the-end", head(gzip + "Connection: close\r\n") + half, false},
-      {"/chunks", head(chunked) + chunk(plain.substr(0, 20)) + chunk(plain.substr(20)) + last, true},
+      {"/chunks", head(chunked) + chunk(plain.substr(0, 20)) + chunk(plain.substr(20)) + last,
+       true},
       {"/chunks-without-last", head(chunked) + chunk(plain.substr(0, 30)), false},
       {"/chunks-cut-inside", head(chunked) + chunk(plain.substr(0, 30)) + "f\r\nPRES", false},
       {"/chunks-of-gzip", head(chunked + gzip) + chunk(packed) + last, true},
@@ -232,19 +236,6 @@ TEST_F(HttpFetching, PausesDoubleFromAttemptToAttempt) {
   const FetchResult refused = HttpFetcher(settings_).Fetch(address);
   EXPECT_EQ(refused.End, FetchEnd::NoAnswer);
   EXPECT_EQ(refused.Attempts, 2);
-}
-
-TEST_F(HttpFetching, WhatIsNoSoundingNeverCounts) {
-  server_.Add("/picture", {"HTTP/1.1 200 OK\r\nContent-Type: image/png\r\nConnection: close\r\n"
-                           "Content-Length: 4\r\n\r\n\x89PNG"});
-  server_.Add("/page", {LocalServer::Whole("200 OK", "<html><p>Sorry, try later</p></html>")});
-  HttpFetcher net(settings_);
-  const Judge anything = [](const std::string&, const Request&) { return std::nullopt; };
-  for (const char* path : {"/picture", "/page"}) {
-    const Source source{.Name = "s", .Address = server_.Address(path)};
-    const FetchResult result = FetchSounding(source, {}, net, anything, nullptr, Instant{});
-    EXPECT_EQ(result.End, FetchEnd::Refused) << path;
-  }
 }
 
 }  // namespace

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include "analysis/analysis_settings.h"
-#include "forecast/forecast_settings.h"
 #include "forecast/listings.h"
 #include "support/soundings.h"
 
@@ -122,51 +121,6 @@ TEST(Region, WorkingFiles) {
             ReadFile(folder.Path() / "new" / kFoundInRange).Value());
   EXPECT_EQ(ReadFile(folder.Path() / "one" / kCandidatesElse).Value(),
             ReadFile(folder.Path() / "new" / kCandidates).Value());
-}
-
-TEST(ForecastEntries, RangesAndMessages) {
-  struct Case {
-    std::string_view what, text;
-    double value;  // -1: refused
-    std::string_view title, message;
-  };
-  const std::string_view range = "Data range error";
-  const Case cases[] = {
-      {"depth", "0", 0, "", ""},
-      {"depth", "5000", 5000, "", ""},
-      {"depth", "5001", -1, range, "Range is 0 to 5000 meters, AGL."},
-      {"depth", "-1", -1, range, "Range is 0 to 5000 meters, AGL."},
-      {"depth", "deep", -1, range, "Range is 0 to 5000 meters, AGL."},
-      {"radius", "20", 20, "", ""},
-      {"radius", "2000", 2000, "", ""},
-      {"radius", "19.9", -1, range, "Range is 20 to 2000 km."},
-      {"radius", "2001", -1, range, "Range is 20 to 2000 km."},
-      {"percentage", "1", 1, "", ""},
-      {"percentage", "100", 100, "", ""},
-      {"percentage", "50.5", -1, range, "Only integer values are allowed."},
-      {"percentage", "0", -1, range, "Range is 1% to 100%"},
-      {"percentage", "101", -1, range, "Range is 1% to 100%"},
-      {"surface", "-1.5", -1.5, "", ""},
-      {"surface", "warm", -1, "Bad", "Invalid data"},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(std::string(c.what) + " " + std::string(c.text));
-    double value = 77;
-    int whole = 77;
-    std::optional<Box> box;
-    if (c.what == "depth") box = EnterDepth(c.text, value);
-    if (c.what == "radius") box = EnterRadius(c.text, value);
-    if (c.what == "surface") box = EnterSurfaceChange(c.text, value);
-    if (c.what == "percentage") {
-      box = EnterPercentage(c.text, whole);
-      value = whole;
-    }
-    EXPECT_EQ(box.has_value(), c.value == -1);
-    EXPECT_EQ(value, c.value == -1 ? 77 : c.value) << "a refused entry leaves the value";
-    if (!box) continue;
-    EXPECT_EQ(box->Title, c.title);
-    EXPECT_EQ(box->Text, c.message);
-  }
 }
 
 }  // namespace

@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include "core/raw_file.h"
 #include "forecast/listings.h"
 #include "support/full_disk.h"
 #include "support/soundings.h"
@@ -107,17 +106,9 @@ TEST(Series, Names) {
   EXPECT_EQ(ForecastTitle(std::string(60, 'x'), {}, 12).size(), 54u);
 }
 
-TEST(Series, IsReadBackFromItsFiles) {
+TEST(Series, IsATableOfItsHours) {
   ForecastSeries series = Upwind(405.7);
   ASSERT_EQ(series.Advance({}, kSet), SeriesEnd::No);
-  SoundingRecord read;
-  std::vector<RefusedWind> refused;
-  ClearData(read);
-  const SoundingRecord& made = series.Steps()[0].Sounding;
-  ASSERT_FALSE(ReadRaw(WriteRaw(made), "made", RawVariant::Plain, read, refused));
-  EXPECT_EQ(read.Temp, made.Temp);
-  EXPECT_EQ(read.WindSpd, made.WindSpd);
-
   const std::string csv = SeriesCsv(series, kSet);
   EXPECT_EQ(csv.find("This is a VEXA Forecast Time-Series CSV File.\nVEXA/CSV,test\n"
                      "LAT, 45.00\nLON, 10.00\nELEV, 10\nVEXA/DATA\nHOUR,"),

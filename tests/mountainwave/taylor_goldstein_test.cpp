@@ -61,25 +61,6 @@ std::vector<double> TrappedWaves(const std::function<double(double)>& l2At, doub
   return waves;
 }
 
-TEST(TaylorGoldstein, TwoLayers) {
-  // l² 0.80 below 3 km and 0.15 above; the root of tan μH = −μ/ν lies at 0.559072 (found apart from
-  // this code).
-  const auto layers = [](double z) { return z < 3 ? 0.80 : 0.15; };
-  const std::vector<double> waves = TrappedWaves(layers, 12);
-  ASSERT_EQ(waves.size(), 1U);
-  EXPECT_NEAR(waves[0], 0.559072, 2e-3);  // a grid of 25 m
-  const double x = 3 * std::sqrt(0.65);
-  const Mode mode = ModeOf(0.65, 0.15, 1, static_cast<double>(Response(x)));
-  EXPECT_NEAR(mode.K, waves[0], 3e-3);
-  // Two trapped waves of a deeper layer.
-  const auto deep = [](double z) { return z < 6 ? 0.90 : 0.09; };
-  const std::vector<double> both = TrappedWaves(deep, 20);
-  ASSERT_EQ(both.size(), 2U);
-  const double xDeep = 6 * std::sqrt(0.81);
-  EXPECT_NEAR(ModeOf(0.81, 0.09, 1, ModeAngle(xDeep, 1)).K, both[0], 3e-3);
-  EXPECT_NEAR(ModeOf(0.81, 0.09, 2, ModeAngle(xDeep, 2)).K, both[1], 3e-3);
-}
-
 // l² of a layered profile at a height in km.
 double L2At(const std::vector<ScorerLayer>& layers, double z) {
   for (const ScorerLayer& layer : layers) {

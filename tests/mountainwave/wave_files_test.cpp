@@ -6,7 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "config/options.h"
 #include "core/files.h"
 #include "core/numbers.h"
 #include "core/source_text.h"
@@ -211,17 +210,6 @@ TEST(WaveSettings, RoundTripInTheirRecords) {
   state.Choice = MountainChoice::Default;
   state.Entered = {};
   EXPECT_EQ(ReadWaveState(Write(state)), state);
-  const auto fieldsOf = [](const std::string& text) {
-    const SourceText source("", text);
-    std::vector<int> counts;
-    for (int i = 1; i <= source.LineCount(); ++i) {
-      const auto line = source.Line(i);
-      if (!line.empty()) counts.push_back(1 + static_cast<int>(std::ranges::count(line, ',')));
-    }
-    return counts;
-  };
-  EXPECT_EQ(fieldsOf(Write(options)), (std::vector<int>{1, 5, 3, 4, 2, 3}));
-  EXPECT_EQ(fieldsOf(Write(state)), (std::vector<int>{1, 1, 2, 4, 1, 2}));
   EXPECT_TRUE(Write(state).starts_with("\"This is a VEXA system file -- Do Not Alter.\""));
   EXPECT_EQ(WaveOptionsFile(), "VEXA56+.WAV");
   // A file that ends early: what was read stays, the rest has its defaults.
@@ -310,17 +298,6 @@ TEST(WaveListing, TwoMountainsInMetres) {
   const MountainParameters mountains{{10000, 5, 0}, 20, {5000, 2.5, 45}};
   EXPECT_EQ(Listed({sounding, mountains, waves, set}),
             ReadFile(test::TestData("listings/waves_two_mountains.txt")).Value());
-}
-
-TEST(WaveListing, NoWaves) {
-  SoundingRecord sounding = test::ReferenceWinter();
-  test::ChangeWinds(sounding, [](WindLevel& wind) { wind.Spd = 1; });
-  const WaveResults waves =
-      ComputeWaves(sounding, analysis::DeriveLevels(sounding, Options{}), Site{});
-  const std::vector<std::string> lines = WaveListing({sounding, Site{}, waves, {}});
-  ASSERT_GE(lines.size(), 2U);
-  EXPECT_EQ(lines[lines.size() - 2], "There are no waves present.");
-  EXPECT_EQ(lines.back(), "The wind across the ridge at its crest is too weak.");
 }
 
 }  // namespace

@@ -121,18 +121,9 @@ TEST(DataDump, TextHasTheRecordsInOrder) {
   EXPECT_EQ(surface[14], "-999") << "no wind lies below the lowest";
   EXPECT_EQ(lines[5 + levels], "  ");
   EXPECT_EQ(lines[6 + levels], "");
-  const std::vector<std::string> tail(lines.end() - 9, lines.end());
-  const std::vector<std::string> expected = {
-      "Data Format Information/Header ...",
-      "NOTE 1:  All data levels have PR(pressure) and HT(height) values.",
-      "NOTE 2:  No data is represented by the -999 value.",
-      "DATA:  PR(mb), HT(m MSL), T(C), Td(C), DD(deg), FF(kts), PT(K), ePT(K),",
-      "       RH(%), MixR(g/Kg), Water(cm), Den(Kg/m3), VirT(C), WetBulb(C)",
-      "       Shr/kFT(kts/1000ft), Ri",
-      "FILENAME = out.txt",
-      "DATA TYPE = RAW",
-      "NUMBER OF SOUNDINGS LISTED = 1"};
-  EXPECT_EQ(tail, expected);
+  const std::vector<std::string> tail(lines.end() - 3, lines.end());
+  EXPECT_EQ(tail, (std::vector<std::string>{"FILENAME = out.txt", "DATA TYPE = RAW",
+                                            "NUMBER OF SOUNDINGS LISTED = 1"}));
 }
 
 TEST(DataDump, SignificantListingIsShorterInBothDirections) {

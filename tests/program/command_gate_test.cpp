@@ -2,25 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <utility>
-
 namespace vexa {
 namespace {
-
-TEST(CommandGate, LetsOneCommandInAtATime) {
-  CommandGate gate;
-  {
-    auto first = gate.Enter();
-    ASSERT_TRUE(first);
-    EXPECT_FALSE(gate.Enter());
-    // Handing the pass on keeps the gate closed.
-    const CommandGate::Pass handed = std::move(*first);
-    first.reset();
-    EXPECT_FALSE(gate.IsOpen());
-  }
-  EXPECT_TRUE(gate.IsOpen());
-  EXPECT_TRUE(gate.Enter());
-}
 
 TEST(CommandGate, StopsOnlyWhatRuns) {
   CommandGate gate;
@@ -34,19 +17,6 @@ TEST(CommandGate, StopsOnlyWhatRuns) {
   }
   const auto next = gate.Enter();
   EXPECT_FALSE(gate.Stopped()) << "a stop must not reach the next command";
-}
-
-TEST(CommandGate, ClosingWaitsForTheCommand) {
-  CommandGate gate;
-  EXPECT_TRUE(gate.MayClose());
-  {
-    const auto pass = gate.Enter();
-    EXPECT_FALSE(gate.MayClose());
-    EXPECT_TRUE(gate.Stopped());
-    EXPECT_FALSE(gate.TakeDeferredClose());
-  }
-  EXPECT_TRUE(gate.TakeDeferredClose());
-  EXPECT_FALSE(gate.TakeDeferredClose());
 }
 
 }  // namespace

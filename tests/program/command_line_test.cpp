@@ -124,15 +124,5 @@ TEST(ParseSize, TakesPixelsWithinReason) {
   }
 }
 
-TEST(SetOptions, StopsAtTheFirstFault) {
-  Options options;
-  EXPECT_FALSE(SetOptions(options, {"Diagram type=tephigram", "Temp MIN=-50"}));
-  EXPECT_EQ(options.Diagram, DiagramType::Tephigram);
-  EXPECT_EQ(options.TempMin, -50);
-  const auto fault = SetOptions(options, {"no such key=1"});
-  ASSERT_TRUE(fault);
-  EXPECT_EQ(fault->Number, kFaultInvalidValue);
-}
-
 }  // namespace
 }  // namespace vexa

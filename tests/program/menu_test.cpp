@@ -51,14 +51,6 @@ TEST(MenuTree, EntriesSayWhatTheyLack) {
   EXPECT_FALSE(IsEnabled(row("mnuSevereWx"), program));
   EXPECT_EQ(HintOf(row("mnuSevereWx"), program), "(severe weather) needs a sounding");
   EXPECT_TRUE(IsEnabled(row("mnuOpen"), program));
-  // The words by which users know what is meant.
-  for (const auto& [name, words] : {std::pair{"mnuDataDump", "(export sounding data)"},
-                                    {"mnuScale", "(layer analyzer)"},
-                                    {"mnuContrail", "(contrail threshold line)"},
-                                    {"mnuClouds", "(cloud layer table)"}}) {
-    EXPECT_FALSE(IsEnabled(row(name), program)) << name;
-    EXPECT_EQ(HintOf(row(name), program), std::string(words) + " needs a sounding");
-  }
   EXPECT_EQ(HintOf(row("mnuUndo"), program), "(undo) needs a change of the sounding");
   test::Show(program, test::ReferenceWinter());
   EXPECT_TRUE(IsEnabled(row("mnuSevereWx"), program));

@@ -214,16 +214,6 @@ TEST_F(ProgramTest, TheTephigramWarnsOnce) {
   EXPECT_TRUE(Refresh(program, {.View = true}));
 }
 
-TEST_F(ProgramTest, ImplausibleDataTurnTheIndicatorOn) {
-  user.Expect("Data Error", Answer::Ok);
-  ASSERT_TRUE(
-      OpenSoundings(program, {Saved("warm.RAW", test::Profile({{1000, 71, 10}, {900, 20, 10}}))})
-          .Sounding);
-  EXPECT_EQ(FaultIndicator(program), "Temperature is greater than 70C.");
-  ASSERT_TRUE(OpenSoundings(program, {Saved("good.RAW", test::ReferenceWinter())}).Sounding);
-  EXPECT_EQ(FaultIndicator(program), "");
-}
-
 TEST_F(ProgramTest, TheFileDialogFollowsItsOptions) {
   const fs::path data = folder.Path() / "data";
   program.Where.Data = data;

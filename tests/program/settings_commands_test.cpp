@@ -93,49 +93,6 @@ TEST_F(SettingsTest, NothingChangesWhileACommandDraws) {
   EXPECT_EQ(program.Set.MbLimit, 100);
 }
 
-TEST_F(SettingsTest, ConfigurationsHaveOptionsOfTheirOwnAndACaption) {
-  Program program;
-  Start(program);
-  program.Settings.System.Configurations[0].Name = "Gliding & more";
-  program.Set.MbLimit = 500;
-  Refresh(program, RunCommand(program, "mnuConfiguration1"));
-  EXPECT_EQ(program.Set.MbLimit, 100);
-  const auto caption = [&program]() -> std::string {
-    for (const Item& item : program.Plot->Page.Items()) {
-      const auto* label = std::get_if<Label>(&item.Shape);
-      if (item.Tag == "configuration" && label != nullptr) {
-        EXPECT_EQ(label->At, (Point{4690, 50}));
-        return label->Text;
-      }
-    }
-    return "";
-  };
-  EXPECT_EQ(caption(), "VEXA Config #1: Gliding & more");
-  for (const MenuRow& row : MenuTree()) {
-    if (row.Name == "mnuConfiguration1") {
-      EXPECT_TRUE(IsChecked(row, program).value());
-      EXPECT_EQ(row.State.Shows(program), "#&1: Gliding && more");
-    }
-  }
-  SettingsDraft draft = CurrentSettings(program);
-  draft.System.CaptionOnDiagram = false;
-  Refresh(program, *AdoptSettings(program, draft));
-  EXPECT_EQ(caption(), "");
-  RunCommand(program, "mnuConfiguration0");
-  EXPECT_EQ(program.Set.MbLimit, 500);
-}
-
-TEST_F(SettingsTest, WritesTheReport) {
-  Program program;
-  Start(program);
-  program.Resolution = "1280x1024";
-  RunCommand(program, "mnuSettingsReport");
-  const std::string report = Read("VEXA.SET");
-  EXPECT_EQ(report.substr(0, 36), "Current VEXA configuration settings\r");
-  EXPECT_NE(report.find("\r\nResolution = 1280x1024\r\n"), std::string::npos);
-  EXPECT_NE(TakeNotices(program).find("VEXA.SET"), std::string::npos);
-}
-
 TEST_F(SettingsTest, RemembersFilesAndLoadsTheMarkedOneAtStart) {
   Program program;
   Start(program);

@@ -104,31 +104,6 @@ TEST_F(ViewTest, DoubtfulDataBesideAreToldAndOneOfSeveralIsLeftOut) {
   EXPECT_TRUE(user.Boxes.back().Text.starts_with("VEXA encountered one of the following problems"));
 }
 
-TEST_F(ViewTest, AnEnteredStormMotionEndsWithItsSoundingUnlessHeld) {
-  const auto next = Saved("b.RAW", test::ReferenceWinter());
-  Do(EnterStormMotion(program, {200, 40}));
-  EXPECT_TRUE(program.Results.Storm.ChosenIsManual);
-  Do(OpenSoundings(program, {next}));
-  EXPECT_FALSE(program.Results.Storm.ChosenIsManual);
-  Do(EnterStormMotion(program, {200, 40}));
-  Do(HoldStormMotion(program, true));
-  Do(OpenSoundings(program, {folder.Path() / "a.RAW"}));
-  EXPECT_TRUE(program.Results.Storm.ChosenIsManual);
-  EXPECT_EQ(program.Results.Storm.ChosenName(), "right mover, manual");
-}
-
-TEST_F(ViewTest, ManyLevelsHintOnceAtAFasterDcape) {
-  SoundingRecord dense = test::Profile({});
-  for (int i = 0; i < 1200; ++i) dense.AddTemp(1000 - 0.5 * i, 20 - 0.05 * i, 10 - 0.05 * i);
-  const auto file = Saved("dense.RAW", dense);
-  program.Set.Dcape = DcapeMode::Best;
-  Do(OpenSoundings(program, {file}));
-  EXPECT_EQ(TakeNotices(program),
-            "DCAPE can be configured for faster simple calculations  (F9 - Tab 3).  ");
-  Do({.View = true});
-  EXPECT_EQ(TakeNotices(program), "");
-}
-
 TEST_F(ViewTest, ComparesOverlaysAndGoesBack) {
   Do("mnuCompare");  // cancelled
   EXPECT_EQ(program.View.Mode, diagram::MultiMode::Single);
@@ -308,9 +283,6 @@ TEST_F(ViewTest, ALockedCursorStepsLevelsUntilTheDiagramIsRefreshed) {
   EXPECT_EQ(program.Doc.LockedLevel(), 10);
   EXPECT_NE(CursorShown(program).Text.find("700.0 mb"), std::string::npos);
   EXPECT_NE(CursorShown(program).Text.find("Temp:8.6 C  Td:-3.2 C"), std::string::npos);
-  program.Set.TempGridUnits = TempUnits::Fahrenheit;  // 8.6 x 1.8 + 32 = 47.48
-  ASSERT_TRUE(Refresh(program, {.View = true}));
-  EXPECT_NE(CursorShown(program).Text.find("Temp:47.5 F  Td:26.2 F"), std::string::npos);
   ASSERT_TRUE(StepCursor(program, 1));
   EXPECT_NE(CursorShown(program).Text.find("650.0 mb"), std::string::npos);
   user.Expect("VEXA", Answer::Ok);
