@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "analysis/index_table.h"
 #include "config/options.h"
 #include "support/soundings.h"
 
@@ -115,6 +116,14 @@ void ExpectFinite(const SoundingRecord& sounding) {
       const AnalysisResults results = Analyse(sounding, options);
       for (const double value : Numbers(results)) bad += std::isfinite(value) ? 0 : 1;
       EXPECT_EQ(bad, 0);
+      for (const IndexValue& index : results.Indices) {
+        EXPECT_TRUE(std::isfinite(index.Value)) << index.Row->Label;
+        EXPECT_NE(index.Exists(), !index.Reason.empty()) << index.Row->Label;
+      }
+      if (over == SaturationOver::Ice) continue;
+      for (const IndexRow& row : IndexTable()) {
+        EXPECT_FALSE(Explain(row, sounding, results, options).empty()) << row.Label;
+      }
       for (const LiftAnalysis& lift : results.Lifts) {
         EXPECT_LE(lift.Forced.CinTotal, 0);
         EXPECT_GE(lift.Forced.CinTotal, -99999);

@@ -243,36 +243,6 @@ TEST(IndexTable, SaysWhyThereIsNoValue) {
       Index("KO", Profile({{950, 20, 15}, {850, 14, 8}, {700, 4, -2}, {400, -25, -40}})).Exists());
 }
 
-TEST(IndexTable, PoorProfilesGiveAValueOrAReason) {
-  SoundingRecord dense = Profile({});
-  for (int i = 0; i < 10000; ++i) {
-    const double press = 1010 - i * 0.1;
-    dense.AddTemp(press, 25 - 0.07 * (1010 - press), 20 - 0.09 * (1010 - press));
-    dense.AddWind(i * 2.0, 180 + i * 0.01, 5 + i * 0.01);
-  }
-  const SoundingRecord family[] = {
-      Profile({}),
-      Profile({{900, 10, 5}}, {{0, 180, 10}}),
-      Profile({{900, 10, 5}, {600, -10, -20}}),
-      Profile({{1000, 25, 999.9}, {500, -10, 999.9}, {200, -50, 999.9}}, {{0, 180, 10}}),
-      Profile({{840, 15, 5}, {500, -10, -20}, {200, -50, 999.9}}, {{1500, 180, 10}}, 1500),
-      Profile({{690, 5, 0}, {500, -10, -20}, {200, -50, 999.9}}, {{3200, 180, 10}}, 3200),
-      Profile({{1000, 25, 20}, {520, -10, -20}}, {{0, 180, 10}, {5000, 250, 40}}),
-      dense,
-  };
-  for (const SoundingRecord& sounding : family) {
-    const AnalysisResults results = Analyse(sounding, {});
-    for (const IndexRow& row : IndexTable()) {
-      SCOPED_TRACE(row.Label);
-      const IndexValue index = ComputeIndex(row, sounding, results, {});
-      EXPECT_TRUE(std::isfinite(index.Value));
-      EXPECT_NE(index.Exists(), !index.Reason.empty());
-      EXPECT_LT(std::fabs(index.Value), 1e6);
-      EXPECT_FALSE(Explain(row, sounding, results, {}).empty());
-    }
-  }
-}
-
 // Rows that tell what was chosen.
 TEST(IndexTable, TellsTheChoicesItRestsOn) {
   const SoundingRecord sounding = test::ReferenceConvective();

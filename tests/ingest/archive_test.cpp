@@ -12,7 +12,7 @@
 
 #include "core/files.h"
 #include "ingest/archive.h"
-#include "ingest/decoder.h"
+#include "ingest/decoded.h"
 #include "ingest/source_stream.h"
 #include "ingest/unpack.h"
 #include "sounding/analysed_sounding.h"
@@ -22,10 +22,6 @@ namespace vexa::ingest {
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string FileText(const std::string& name) {
-  return ReadFile(test::TestData(name)).Value();
-}
 
 // Packed by other programs: the first file of the archive is stored, the second deflated.
 TEST(Unpack, GzipAndZip) {
@@ -248,11 +244,8 @@ TEST(Unpack, BulletinsOfTwoMonthsStayApart) {
   std::vector<std::string> notes;
   const SourceText archive = MakeArchive(
       "two.zip", {SourceText("20240305.txt", text), SourceText("20240405.txt", text)}, notes);
-  LoadContext context{.Index = 2};
-  SoundingRecord record;
-  ASSERT_FALSE(DecodeSounding(archive, context, record));
-  EXPECT_EQ(record.Time.Month, 4);
-  EXPECT_EQ(context.Count, 4);
+  EXPECT_EQ(DecodeSource(archive, 2).Record.Time.Month, 4);
+  EXPECT_EQ(ListSoundings(archive).size(), 4U);
 }
 
 }  // namespace

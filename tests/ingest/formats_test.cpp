@@ -35,9 +35,6 @@ const Sample kSamples[] = {
     {"fsl_two.fsl", "FSL", "72999 - TST  12Z 03 Feb 1998", 0, 2, 4, 5,
      {987.6, 25.4, 20.1}, {102.4, -74.2, kMissing},
      {118, 90, FromMs(4.1)}, {16517.9, 360, 0}, 118, 12.5, -101.25},
-    {"fsl_two.fsl", "FSL", "72999 - TST  12Z 04 Feb 1998", 1, 2, 4, 5,
-     {1002.1, 25.4, 20.1}, {102.4, -74.2, kMissing},
-     {118, 90, 41}, {16645.1, 360, 0}, 118, 12.5, -101.25},
     {"fsl_model.txt", "FSL", "10.0,-20.0  06Z 15 Mar 2023", 0, 1, 2, 2,
      {1005, 25.1, 22.2}, {900, 18.3, 15}, {60, 45, 12}, {1020.8, 50, 15}, 60, -10, 20},
     // The nominal hour is not known there; the release was at 1104. One value was removed by the

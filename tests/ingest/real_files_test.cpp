@@ -71,12 +71,6 @@ const Collected kCollection[] = {
 };
 // clang-format on
 
-void ExpectTemp(const SoundingRecord& record, int level, const TempRow& row) {
-  EXPECT_EQ(record.Press(level), row.Press);
-  EXPECT_EQ(record.Temp(level), row.Temp);
-  EXPECT_EQ(record.Dewpt(level), row.Dewpt);
-}
-
 void ExpectDerivedWind(const SoundingRecord& record, int level, const WindRow& row) {
   // The profile's height of its pressure; a surface that was changed for a storm moves it.
   EXPECT_NEAR(record.WindHgt(level), row.Height, 0.05 + 0.004 * (row.Height - record.ElevM));
@@ -151,10 +145,7 @@ TEST(RealFiles, AServersRefusalKeepsItsWords) {
 // Whatever stands in a file or is cut off it: an orderly sounding or a fault that says why.
 void ExpectOrderly(const std::string& name, std::string text) {
   SCOPED_TRACE(name + " of " + std::to_string(text.size()) + " bytes");
-  LoadContext context;
-  SoundingRecord record;
-  const std::optional<Fault> fault =
-      DecodeSounding(SourceText(name, std::move(text)), context, record);
+  const auto& [record, fault, notes] = DecodeText(name, std::move(text));
   if (fault) {
     EXPECT_NE(fault->Detail.find(name), std::string::npos) << fault->Detail;
   } else {

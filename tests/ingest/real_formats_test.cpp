@@ -22,12 +22,10 @@ namespace {
 using test::TempRow;
 
 SoundingRecord DecodeFile(const std::filesystem::path& path, int index) {
-  LoadContext context{.Index = index};
-  SoundingRecord record;
-  const std::optional<Fault> fault =
-      DecodeSounding(SourceText(path.filename().string(), ReadFile(path).Value()), context, record);
-  EXPECT_FALSE(fault) << fault->Detail;
-  return record;
+  const Decoded decoded =
+      DecodeSource(SourceText(path.filename().string(), ReadFile(path).Value()), index);
+  EXPECT_FALSE(decoded.Failed) << decoded.Failed->Detail;
+  return decoded.Record;
 }
 
 struct Counted {
@@ -164,14 +162,12 @@ TEST(RealFormats, EveryCodedAscentIsOrderly) {
     EXPECT_EQ(count == 0, name.starts_with("no_ascent"));
     ++files;
     for (int index = 0; index < count; ++index) {
-      LoadContext context{.Index = index};
-      SoundingRecord record;
-      const std::optional<Fault> fault = DecodeSounding(source, context, record);
-      if (fault) {
-        EXPECT_EQ(fault->Number, kFaultTooFewLevels) << fault->Detail;
+      const Decoded decoded = DecodeSource(source, index);
+      if (decoded.Failed) {
+        EXPECT_EQ(decoded.Failed->Number, kFaultTooFewLevels) << decoded.Failed->Detail;
         continue;
       }
-      EXPECT_EQ(CheckRecord(record), QcFinding{}) << index;
+      EXPECT_EQ(CheckRecord(decoded.Record), QcFinding{}) << index;
       ++whole;
     }
   }
