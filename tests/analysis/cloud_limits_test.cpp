@@ -231,21 +231,6 @@ TEST(CloudLimits, TablesThatTheUserDrewUp) {
   EXPECT_EQ(table(2), (CloudLayer{"AS", 80, "100", 3}));
 }
 
-TEST(CloudLimits, FamiliesOfTheTypes) {
-  const struct {
-    CloudFamily Family;
-    std::vector<CloudType> Types;
-  } families[] = {
-      {CloudFamily::Stratiform, {CloudType::ST, CloudType::NS, CloudType::AS}},
-      {CloudFamily::Cumuliform, {CloudType::SC, CloudType::CU, CloudType::AC, CloudType::CB}},
-      {CloudFamily::Cirriform, {CloudType::CS, CloudType::CI, CloudType::CC}},
-      {CloudFamily::None, {CloudType::None}}};
-  for (const auto& family : families) {
-    for (const CloudType type : family.Types)
-      EXPECT_EQ(FamilyOf(type), family.Family) << Text(type);
-  }
-}
-
 TEST(LightningLimits, ByTemperatureAndAmount) {
   constexpr auto kBroken = CloudAmount::Broken, kScattered = CloudAmount::Scattered;
   const struct {

@@ -1,6 +1,5 @@
 #include "analysis/index_table.h"
 
-#include <cmath>
 #include <fstream>
 #include <set>
 #include <sstream>

@@ -53,14 +53,6 @@ TEST(StormMotion, TheGroundsWindCountsThoughRounded) {
   for (std::size_t i = 0; i < 3; ++i) {
     EXPECT_NEAR(rounded.Right->Helicity[i], exact.Right->Helicity[i], 0.1);
   }
-  // Winds that begin aloft give neither motion.
-  SoundingRecord aloft = test::WithoutWinds(test::ReferenceConvective());
-  for (const double height : {5500.0, 7000.0, 9000.0}) aloft.AddWind(height, 270, 60);
-  for (const StormMotion motion : {StormMotion::Bunkers, StormMotion::Traditional}) {
-    Options options;
-    options.Motion = motion;
-    EXPECT_FALSE(AnalyseStormMotion(aloft, options).Right);
-  }
 }
 
 TEST(StormMotion, VanishesWithTheShear) {

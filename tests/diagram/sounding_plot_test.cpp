@@ -250,18 +250,16 @@ TEST(SoundingPlot, AComparedSoundingHasItsWindsAndIndicesOnNarrowPagesToo) {
 
 // What the edges tell must be what the diagram itself reads there, curved isobars or not.
 TEST(SoundingPlot, MarksStandOnTheirIsobars) {
-  const SoundingRecord sounding = test::ReferenceConvective();
   for (const DiagramType type : {DiagramType::SkewT, DiagramType::Tephigram}) {
-    Options options;
-    options.Diagram = type;
-    options.TempScaling = Scaling::Manual;
-    options.TempMin = -70;
-    options.TempMax = 40;
-    options.WindDots = options.StabilityBars = true;
-    options.RightScale = HeightScale::Kilometers;
-    const analysis::AnalysisResults results = analysis::Analyse(sounding, options);
-    const SoundingPlot plot =
-        *PlotSounding({.Sounding = sounding, .Results = results, .Set = options, .On = kPage});
+    Drawn drawn(test::ReferenceConvective());
+    drawn.Set.Diagram = type;
+    drawn.Set.TempScaling = Scaling::Manual;
+    drawn.Set.TempMin = -70;
+    drawn.Set.TempMax = 40;
+    drawn.Set.WindDots = drawn.Set.StabilityBars = true;
+    drawn.Set.RightScale = HeightScale::Kilometers;
+    const SoundingPlot plot = drawn();
+    const analysis::AnalysisResults& results = drawn.Results;
     const Rect frame = plot.Mapping.Frame();
     const auto read = [&](double x, double y) { return plot.Mapping.ToCoordinates({x, y}).Press; };
 
@@ -289,7 +287,7 @@ TEST(SoundingPlot, MarksStandOnTheirIsobars) {
 
     const double lowestWind = std::get<Circle>(Tagged(plot.Page, "wind dot").at(0)->Shape).Center.Y;
     EXPECT_NEAR(read(frame.Right, lowestWind),
-                analysis::GetPRESS(results.Levels, sounding.WindHgt(1)), 0.1);
+                analysis::GetPRESS(results.Levels, drawn.Sounding.WindHgt(1)), 0.1);
   }
 }
 

@@ -11,7 +11,6 @@
 #include "core/data_checks.h"
 #include "core/files.h"
 #include "core/markers.h"
-#include "core/units.h"
 #include "ingest/decoded.h"
 #include "ingest/decoder.h"
 #include "sounding/analysed_sounding.h"

@@ -3,14 +3,12 @@
 // 83779 they are the publisher's, for the interpreted surface heights those of the station lists.
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <string>
 
 #include "analysis/analysis_settings.h"
 #include "analysis/interpolate.h"
 #include "core/data_checks.h"
 #include "core/files.h"
-#include "core/markers.h"
 #include "core/units.h"
 #include "ingest/decoded.h"
 #include "ingest/decoder.h"
