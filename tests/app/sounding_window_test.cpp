@@ -186,6 +186,7 @@ TEST_F(SoundingWindowTest, ClosingWaitsForTheRunningCommand) {
   {
     const auto pass = program.Gate.Enter();
     EXPECT_FALSE(window.close());
+    EXPECT_TRUE(program.Gate.Stopped());
     window.Run("mnuEmagram");
     EXPECT_EQ(program.Set.Diagram, DiagramType::SkewT);
     EXPECT_TRUE(window.isVisible());

@@ -104,6 +104,31 @@ TEST_F(ViewTest, DoubtfulDataBesideAreToldAndOneOfSeveralIsLeftOut) {
   EXPECT_TRUE(user.Boxes.back().Text.starts_with("VEXA encountered one of the following problems"));
 }
 
+TEST_F(ViewTest, AnEnteredStormMotionEndsWithItsSoundingUnlessHeld) {
+  const auto next = Saved("b.RAW", test::ReferenceWinter());
+  Do(EnterStormMotion(program, {200, 40}));
+  EXPECT_TRUE(program.Results.Storm.ChosenIsManual);
+  Do(OpenSoundings(program, {next}));
+  EXPECT_FALSE(program.Results.Storm.ChosenIsManual);
+  Do(EnterStormMotion(program, {200, 40}));
+  Do(HoldStormMotion(program, true));
+  Do(OpenSoundings(program, {folder.Path() / "a.RAW"}));
+  EXPECT_TRUE(program.Results.Storm.ChosenIsManual);
+  EXPECT_EQ(program.Results.Storm.ChosenName(), "right mover, manual");
+}
+
+TEST_F(ViewTest, ManyLevelsHintOnceAtAFasterDcape) {
+  SoundingRecord dense = test::Profile({});
+  for (int i = 0; i < 1200; ++i) dense.AddTemp(1000 - 0.5 * i, 20 - 0.05 * i, 10 - 0.05 * i);
+  const auto file = Saved("dense.RAW", dense);
+  program.Set.Dcape = DcapeMode::Best;
+  Do(OpenSoundings(program, {file}));
+  EXPECT_EQ(TakeNotices(program),
+            "DCAPE can be configured for faster simple calculations  (F9 - Tab 3).  ");
+  Do({.View = true});
+  EXPECT_EQ(TakeNotices(program), "");
+}
+
 TEST_F(ViewTest, ComparesOverlaysAndGoesBack) {
   Do("mnuCompare");  // cancelled
   EXPECT_EQ(program.View.Mode, diagram::MultiMode::Single);
