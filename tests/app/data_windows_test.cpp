@@ -333,7 +333,9 @@ TEST_F(DataWindowsTest, ImagesAreSavedAtTheChosenSize) {
   const QImage image(QString::fromStdString(TextFromPath(folder.Path() / "a.png")));
   EXPECT_EQ(image.size(), QSize(800, 600));
   EXPECT_NEAR(image.dotsPerMeterX() * 0.0254, 300, 0.1);
-  EXPECT_EQ(window.Settings().JpegQuality, 30);
+  EXPECT_FALSE(save("low.jpg", window.Settings()));
+  EXPECT_FALSE(save("high.jpg", {.JpegQuality = 95}));
+  EXPECT_LT(Text("low.jpg").size(), Text("high.jpg").size());
   EXPECT_TRUE(save("noending", {}));
   EXPECT_EQ(Text("noending"), "no file");
   const auto fault = save("no/folder.JPG", {});

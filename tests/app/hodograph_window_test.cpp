@@ -179,6 +179,10 @@ TEST_F(DisplayTest, ControlsOfThePlotOutlastTheProgram) {
   EXPECT_EQ(again.Set.HodoDepthMode, HodoDepth::Limit);
   EXPECT_EQ(again.Set.HodoDepthLimitKm, 4.5);
   EXPECT_EQ(again.Set.ManualMotionSpd, program.Set.ManualMotionSpd);
+  const HodographSettings fresh;
+  EXPECT_NE(again.Hodograph.SkipPlot, fresh.SkipPlot);
+  EXPECT_NE(again.Hodograph.CaptionAtTop, fresh.CaptionAtTop);
+  EXPECT_NE(again.Hodograph.Hold, fresh.Hold);
   EXPECT_EQ(again.Hodograph.RingLimit, 130);
   EXPECT_EQ(again.Hodogram3D.Azimuth, 25);  // a step of 5 to the left of 30
 }

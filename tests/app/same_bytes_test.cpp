@@ -78,6 +78,17 @@ TEST_F(SameBytesTest, Dumps) {
   }
 }
 
+TEST_F(SameBytesTest, Images) {
+  for (const char* name : {"a.svg", "a.png", "a.jpg", "a.bmp", "a.pdf"}) {
+    SCOPED_TRACE(name);
+    const Picture page = DrawDisplay(DiagramNow(program), program, ImageSurface(800, 600));
+    EXPECT_FALSE(paint::SavePicture(page, In(name), 800, 600));
+    const std::string window = Text(In(name));
+    Command({"plot", "-o", TextFromPath(In(name)), "--size", "800x600"});
+    EXPECT_EQ(Text(In(name)) == window, true);
+  }
+}
+
 TEST_F(SameBytesTest, PrintsAndListings) {
   PrintPlotWindow print(program);
   user.Name = TextFromPath(In("window.pdf"));

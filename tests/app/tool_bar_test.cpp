@@ -4,6 +4,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPalette>
+#include <QScreen>
 #include <QToolButton>
 
 #include "app/window_test.h"
@@ -43,6 +44,14 @@ TEST_F(ToolBarTest, TheStartPageLeadsToASounding) {
   recent->click();
   EXPECT_EQ(next.Current.FileName, "a.RAW");
   EXPECT_FALSE(second.findChild<QWidget*>("StartPage")->isVisible());
+}
+
+TEST_F(ToolBarTest, TheFirstWindowTakesMostOfTheScreen) {
+  window.PlaceFirst();
+  const QRect room = window.screen()->availableGeometry();
+  EXPECT_NEAR(window.width(), 0.85 * room.width(), 1);
+  EXPECT_NEAR(window.height(), 0.85 * room.height(), 1);
+  EXPECT_NEAR(window.geometry().center().x(), room.center().x(), 1);
 }
 
 TEST_F(ToolBarTest, WindowsAreDarkAroundADarkDiagram) {

@@ -53,6 +53,8 @@ TEST_F(Fronts, SettingsOfTheRunAreTaken) {
     const char* says;
   };
   const Case cases[] = {
+      {{}, "  Layer     Frontal   Thermal Wind   Gradient*    Advection"},
+      {{}, "Front character: Anabatic Warm Front"},
       {{"--slope", "200"}, "Frontal distance: 300 km"},  // 200 times 1.5 km
       {{"--slope", "automatic"}, "Frontal slope = 1/120"},
       {{"--interval", "1000", "--mode", "Sliding"}, "Thermal wind mode = Sliding"},

@@ -86,6 +86,19 @@ TEST(Print, TheDiagramStandsOnThePageInItsProportions) {
   EXPECT_EQ(inset.Place.Bottom, (612 - output::kMarginPt) * output::kUnitsPerPoint);
 }
 
+TEST(Print, StoppingSaysSoAndPrintsNothingMore) {
+  cli::QtToolkit toolkit;
+  toolkit.Start();
+  const Printed printed;
+  const std::vector<Picture> pages(5, Picture(6120, 7920, {255, 255, 255}));
+  test::ScriptedInteraction user;
+  user.StopAfter = 2;
+  const auto bytes = paint::PagesAsPdf(pages, output::kUnitsPerPoint, Progress(user));
+  ASSERT_FALSE(bytes);
+  EXPECT_EQ(bytes.Error().Detail, "Cancelling Print");
+  EXPECT_EQ(user.Statuses.size(), 3u);
+}
+
 TEST(PrintCommand, PutsWhatIsAskedForInOneDocument) {
   if (std::system("pdftotext -v > /dev/null 2>&1") != 0) GTEST_SKIP() << "no pdftotext";
   const test::TemporaryFolder folder;

@@ -367,5 +367,14 @@ TEST(Folders, TheRootComesFromTheFirstThatNamesOne) {
 }
 #endif
 
+TEST(Folders, OneThatCannotBeMadeIsNamed) {
+  const test::TemporaryFolder folder;
+  ASSERT_FALSE(SaveFile(folder.Path() / "crosdata", "a file in the way"));
+  const std::optional<Fault> fault = CreateFolders(FoldersBelow(folder.Path()));
+  ASSERT_TRUE(fault);
+  EXPECT_EQ(fault->Number, kFaultPathNotFound);
+  EXPECT_NE(fault->Detail.find("crosdata"), std::string::npos);
+}
+
 }  // namespace
 }  // namespace vexa

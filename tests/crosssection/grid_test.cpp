@@ -129,6 +129,19 @@ double TwoPeaks(double x, double y) {
   return 30 * hill(x - 12, y - 15) + 20 * hill(x - 30, y - 15);
 }
 
+TEST(Isolines, FollowTwoPeaks) {
+  const GridX grid = Made(41, 31, TwoPeaks);
+  for (const auto& [level, rings] : {std::pair{10.0, 2}, std::pair{25.0, 1}, std::pair{35.0, 0}}) {
+    const Contour contour = TraceContour(grid, level, 5);
+    EXPECT_EQ(static_cast<int>(contour.Lines.size()), rings) << level;
+    for (const Isoline& line : contour.Lines) {
+      EXPECT_TRUE(line.IsClosed);
+      // Steepest slope 30·√(2/(20·e)) = 5.75 a cell, lines lie within a twelfth of a cell.
+      for (const Point& at : line.Points) EXPECT_NEAR(TwoPeaks(at.X, at.Y), level, 0.5);
+    }
+  }
+}
+
 TEST(Extrema, AreFoundOnceEach) {
   const GridX grid = Made(41, 31, TwoPeaks);
   const std::vector<Extremum> found = FindExtrema(grid, 2);

@@ -89,5 +89,10 @@ TEST(ReferenceTables, AUsersReferenceSoundingStays) {
   EXPECT_EQ(ReadFile(folder.Path() / "REFERENCE.DAT.bak").Value(), "no sounding");
 }
 
+TEST(ReferenceTables, AFolderThatCannotBeWrittenIsAFault) {
+  const test::TemporaryFolder folder;
+  EXPECT_FALSE(ReadOrBuild(ReferenceTables()[0], folder.Path() / "absent"));
+}
+
 }  // namespace
 }  // namespace vexa

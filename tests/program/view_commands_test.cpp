@@ -308,6 +308,9 @@ TEST_F(ViewTest, ALockedCursorStepsLevelsUntilTheDiagramIsRefreshed) {
   EXPECT_EQ(program.Doc.LockedLevel(), 10);
   EXPECT_NE(CursorShown(program).Text.find("700.0 mb"), std::string::npos);
   EXPECT_NE(CursorShown(program).Text.find("Temp:8.6 C  Td:-3.2 C"), std::string::npos);
+  program.Set.TempGridUnits = TempUnits::Fahrenheit;  // 8.6 x 1.8 + 32 = 47.48
+  ASSERT_TRUE(Refresh(program, {.View = true}));
+  EXPECT_NE(CursorShown(program).Text.find("Temp:47.5 F  Td:26.2 F"), std::string::npos);
   ASSERT_TRUE(StepCursor(program, 1));
   EXPECT_NE(CursorShown(program).Text.find("650.0 mb"), std::string::npos);
   user.Expect("VEXA", Answer::Ok);

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "core/error_report.h"
+#include "core/no_such_sounding.h"
 #include "sounding/analysed_sounding.h"
 #include "support/igra_file.h"
 #include "support/soundings.h"
@@ -35,7 +36,10 @@ TEST_F(SoundingWalks, ReachEveryPlaceOfALongFile) {
     EXPECT_EQ(loading.Sounding->From.Index, place);
     EXPECT_EQ(loading.HasMore, place < kDays - 1) << place;
   }
-  EXPECT_TRUE(walk.Load(kDays, {}).Failed);
+  const Loading behind = walk.Load(kDays, {});
+  ASSERT_TRUE(behind.Failed);
+  EXPECT_EQ(behind.Failed->Number, kFaultNoSuchSounding);
+  EXPECT_EQ(behind.Failed->Detail, "72558.txt: it holds 30 soundings, number 31 was asked for");
   EXPECT_TRUE(walk.Load(29, {}).Sounding) << "a place that is not there spoils nothing";
   SoundingWalk gone(folder_.Path() / "none", kPiece);
   EXPECT_TRUE(gone.Load(0, {}).Failed);
