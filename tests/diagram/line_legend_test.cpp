@@ -13,7 +13,7 @@ namespace {
 TEST(LineLegend, KeepsInItsRegionAndSaysWhatIsMissing) {
   const Options options;
   const std::size_t all = LegendEntries(options).size();
-  for (const double width : {120, 264, 356, 620, 900}) {
+  for (const double width : {80, 120, 264, 356, 620, 900}) {
     for (const double height : {20, 120, 400, 1200}) {
       SCOPED_TRACE(std::to_string(width) + " x " + std::to_string(height));
       const Rect region{600, 900, 600 + width * kUnitsPerPixel, 900 + height * kUnitsPerPixel};
@@ -25,6 +25,9 @@ TEST(LineLegend, KeepsInItsRegionAndSaysWhatIsMissing) {
       };
       const auto drawn = static_cast<std::size_t>(count("legend name"));
       EXPECT_EQ(static_cast<std::size_t>(count("legend line")) > 0, drawn > 0);
+      if (width < 120 || height < 120) {
+        EXPECT_EQ(drawn, 0u);
+      }
       if (width < 264 || height < 120) continue;
       EXPECT_EQ(count("left out") > 0, drawn < all);
       if (height >= 1200 || (height >= 400 && width >= 620)) {
