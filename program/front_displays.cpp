@@ -314,12 +314,4 @@ Changes HoldFront(Program& program, bool hold) {
   return {.View = true};
 }
 
-bool SetFrontSetting(Program& program, std::string_view key, std::string_view text) {
-  HodographSettings& settings = program.Settings.Hodograph;
-  for (const SettingRow<HodographSettings>& row : RowsOf(settings)) {
-    if (row.Key == key) return row.Read(settings, text);
-  }
-  return false;
-}
-
 }  // namespace vexa

@@ -58,7 +58,5 @@ Changes FrontsAutomatic(Program& program);
 Changes SetFrontControl(Program& program, FrontControl control);
 /// Held, the front that was found stays while the data change.
 Changes HoldFront(Program& program, bool hold);
-/// Takes a setting of fronts by its key; false when its text is none that it takes.
-bool SetFrontSetting(Program& program, std::string_view key, std::string_view text);
 
 }  // namespace vexa
