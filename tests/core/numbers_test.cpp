@@ -46,7 +46,8 @@ TEST(Numbers, OnlyAWholeFieldIsANumber) {
   }
   EXPECT_EQ(ParseWhole("48.0"), 48);
   EXPECT_FALSE(ParseWhole("48.5"));
-  EXPECT_FALSE(ParseWhole("3000000000"));
+  EXPECT_EQ(ParseWhole("2147483647"), 2147483647);
+  EXPECT_FALSE(ParseWhole("2147483648"));
 }
 
 // Digits, full stops and what ends a number, near and beyond the lengths that are read at once; the

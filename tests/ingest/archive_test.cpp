@@ -13,6 +13,7 @@
 #include "core/files.h"
 #include "ingest/archive.h"
 #include "ingest/decoded.h"
+#include "ingest/sounding_files.h"
 #include "ingest/source_stream.h"
 #include "ingest/unpack.h"
 #include "sounding/analysed_sounding.h"
@@ -246,6 +247,19 @@ TEST(Unpack, BulletinsOfTwoMonthsStayApart) {
       "two.zip", {SourceText("20240305.txt", text), SourceText("20240405.txt", text)}, notes);
   EXPECT_EQ(DecodeSource(archive, 2).Record.Time.Month, 4);
   EXPECT_EQ(ListSoundings(archive).size(), 4U);
+}
+
+TEST(SoundingFiles, OfAFolderAndOfThoseBelowIt) {
+  const test::TemporaryFolder folder;
+  fs::create_directories(folder.Path() / "below");
+  fs::create_directories(folder.Path() / ".hidden");
+  const fs::path one = folder.Write("b.txt", "x");
+  const fs::path other = folder.Write("below/a.txt", "x");
+  folder.Write(".c.txt", "x");
+  folder.Write(".hidden/d.txt", "x");
+  EXPECT_EQ(FilesIn(folder.Path()), std::vector<fs::path>{one});
+  EXPECT_EQ(FilesBelow(folder.Path()), (std::vector<fs::path>{one, other}));
+  EXPECT_EQ(FilesBelow(other), std::vector<fs::path>{other});
 }
 
 }  // namespace
