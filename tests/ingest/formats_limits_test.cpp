@@ -53,6 +53,34 @@ void ExpectChanges(const std::vector<Change>& changes) {
   }
 }
 
+TEST(FormatsLimits, DamageNamesItsPlace) {
+  ExpectChanges({
+      {"fsl", "fsl_two.fsl", "    198", "    1x8", "x, line 9: \"1x8\" is not a number"},
+      {"its unit", "fsl_two.fsl", "99999     ms", "99999     mh",
+       "x, line 5: the unit of the wind is not known"},
+      {"igra", "igra_station.txt", "  215B", "  2l5B", "x, line 3: \"2l5\" is not a number"},
+      {"bufkit", "bufkit_two.buf", "850.00 12.00", "850.00 12..0",
+       "x, line 16: \"12..0\" is not a number"},
+      {"iem", "iem_table.csv", "18.5", "1B.5", "x, line 2: \"1B.5\" is not a number"},
+      {"wyoming csv", "wyoming_csv.csv", "24.5,", "2-4.5,", "x, line 2: \"2-4.5\" is not a number"},
+      {"class", "class_two.cls", "  4.0 999.0", "  4.O 999.0",
+       "x, line 26: \"4.O\" is not a number"},
+      {"avaps", "dropsonde_raw.txt", " 100130.25  700.00", " 100130.25  7o0.00",
+       "x, line 4: \"7o0.00\" is not a number"},
+      {"frd", "dropsonde_report.frd", "   18.0 ", "   1B.0 ",
+       "x, line 8: \"1B.0\" is not a number"},
+      {"td6201", "td6201_two.txt", "0150999", "01S0999",
+       "x, line 1: level 2: \"01S0\" is not a number"},
+      {"fewer levels than it says", "td6201_two.txt", "", "",
+       "The heading announces 3 levels, 2 are there.", 1},
+      {"model", "model_two.csv", "-6.0,", "-6.0.,", "x, line 7: \"-6.0.\" is not a number"},
+      {"spc", "spc_text.spc", "20.00,     20.50", "20:00,     20.50",
+       "x, line 10: \"20:00\" is not a number"},
+      {"wyoming", "wyoming_page.html", "12.2", "1x.2",
+       "x, line 13: \"1x.2\" in column TEMP is not a number"},
+  });
+}
+
 TEST(FormatsLimits, Igra) {
   const char* const file = "igra_station.txt";
   ExpectChanges({
@@ -126,7 +154,10 @@ TEST(FormatsLimits, Td6201AndCards) {
     return std::string(cards).replace(at, text.size(), text);
   };
   EXPECT_EQ(cards.size(), 108U);
-  EXPECT_NE(read(with(46, "99")).find("00Z 01 Jun 1985"), std::string::npos);
+  EXPECT_EQ(
+      read(with(46, "99")),
+      "c: a CARDS record of 72357 - TEST PLC  00Z 01 Jun 1985; how its levels are laid out is "
+      "not known");
   EXPECT_NE(read(with(46, "23")).find("23Z 01 Jun 1985"), std::string::npos);
   EXPECT_NE(read(with(105, "  5")).find("CARDS"), std::string::npos);
   for (const std::string& other :

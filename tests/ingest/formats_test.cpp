@@ -133,63 +133,6 @@ TEST(Formats, CountsLevelsUnitsAndTimes) {
             (ObservationTime{2001, 3, 3, 12, 0}));
 }
 
-TEST(Formats, DamageNamesItsPlace) {
-  struct Case {
-    const char *File, *From, *To, *Detail;
-  };
-  const Case cases[] = {
-      {"fsl_two.fsl", "    198", "    1x8", "fsl_two.fsl, line 9: \"1x8\" is not a number"},
-      {"fsl_two.fsl", "99999     ms", "99999     mh",
-       "fsl_two.fsl, line 5: the unit of the wind is not known"},
-      {"igra_station.txt", "  215B", "  2l5B", "igra_station.txt, line 3: \"2l5\" is not a number"},
-      {"bufkit_two.buf", "850.00 12.00", "850.00 12..0",
-       "bufkit_two.buf, line 16: \"12..0\" is not a number"},
-      {"iem_two.json", "18.5,", "18.5", "iem_two.json, line 4: syntax error"},
-      {"iem_two.json", "\"profile\"", "\"levels\"", "iem_two.json: a profile without levels"},
-      {"iem_two.json", "\"profile\": [", "\"profile\": 7, \"levels\": [",
-       "iem_two.json: a profile without levels"},
-      {"iem_table.csv", "18.5", "1B.5", "iem_table.csv, line 2: \"1B.5\" is not a number"},
-      {"wyoming_csv.csv", "24.5,", "2-4.5,", "wyoming_csv.csv, line 2: \"2-4.5\" is not a number"},
-      {"class_two.cls", "  4.0 999.0", "  4.O 999.0",
-       "class_two.cls, line 26: \"4.O\" is not a number"},
-      {"dropsonde_raw.txt", " 100130.25  700.00", " 100130.25  7o0.00",
-       "dropsonde_raw.txt, line 4: \"7o0.00\" is not a number"},
-      {"dropsonde_report.frd", "   18.0 ", "   1B.0 ",
-       "dropsonde_report.frd, line 8: \"1B.0\" is not a number"},
-      {"td6201_two.txt", "0150999", "01S0999",
-       "td6201_two.txt, line 1: level 2: \"01S0\" is not a number"},
-      {"model_two.csv", "-6.0,", "-6.0.,", "model_two.csv, line 7: \"-6.0.\" is not a number"},
-      {"spc_text.spc", "20.00,     20.50", "20:00,     20.50",
-       "spc_text.spc, line 10: \"20:00\" is not a number"},
-      {"wyoming_page.html", "12.2", "1x.2",
-       "wyoming_page.html, line 13: \"1x.2\" in column TEMP is not a number"},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.Detail);
-    std::string text = FileText(c.File);
-    const std::size_t at = text.find(c.From);
-    ASSERT_NE(at, std::string::npos);
-    text.replace(at, std::string(c.From).size(), c.To);
-    const Decoded decoded = DecodeText(c.File, text);
-    ASSERT_TRUE(decoded.Failed);
-    EXPECT_TRUE(decoded.Failed->Detail.starts_with(c.Detail)) << decoded.Failed->Detail;
-  }
-  EXPECT_EQ(DecodeText("f", FileText("fsl_two.fsl"), 2).Failed->Detail,
-            "f: it holds 2 soundings, number 3 was asked for");
-  // Fewer rows than announced are kept, and said.
-  EXPECT_TRUE(DecodeText("i", FileText("igra_station.txt"), 1)
-                  .HasNote("The heading announces 9 levels, 2 are there."));
-  EXPECT_TRUE(DecodeText("t", FileText("td6201_two.txt"), 1)
-                  .HasNote("The heading announces 3 levels, 2 are there."));
-  // Of this archive the headings are known and the levels are not.
-  const std::string cards =
-      "# 723570TEST PLC  35.25   -97.50   3571985060112" + std::string(60, '0');
-  EXPECT_EQ(
-      DecodeText("c", cards + "\n1 2 3\n").Failed->Detail,
-      "c: a CARDS record of 72357 - TEST PLC  12Z 01 Jun 1985; how its levels are laid out is "
-      "not known");
-}
-
 TEST(Formats, HeadingsInSeveralLayouts) {
   struct Case {
     const char *About, *Names, *Row;

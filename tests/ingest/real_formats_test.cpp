@@ -148,30 +148,5 @@ TEST(RealFormats, CodedLevels) {
   }
 }
 
-// Every ascent of the collection passes the checks or has too few levels to be one.
-TEST(RealFormats, EveryCodedAscentIsOrderly) {
-  VEXA_REAL_DATA(folder, "temp");
-  int whole = 0, files = 0;
-  for (const auto& entry : std::filesystem::directory_iterator(folder)) {
-    const std::string name = entry.path().filename().string();
-    SCOPED_TRACE(name);
-    const SourceText source(name, ReadFile(entry.path()).Value());
-    const auto count = static_cast<int>(ListSoundings(source).size());
-    EXPECT_EQ(count == 0, name.starts_with("no_ascent"));
-    ++files;
-    for (int index = 0; index < count; ++index) {
-      const Decoded decoded = DecodeSource(source, index);
-      if (decoded.Failed) {
-        EXPECT_EQ(decoded.Failed->Number, kFaultTooFewLevels) << decoded.Failed->Detail;
-        continue;
-      }
-      EXPECT_EQ(CheckRecord(decoded.Record), QcFinding{}) << index;
-      ++whole;
-    }
-  }
-  EXPECT_GE(files, 50);
-  EXPECT_GE(whole, 60);
-}
-
 }  // namespace
 }  // namespace vexa::ingest
