@@ -97,27 +97,7 @@ TEST(AtomicFile, AFileBeyondTheSystemsLimitIsAFullDisk) {
 }
 #endif
 
-TEST(AtomicFile, ASoundingSurvivesItsFailedSave) {
-  const test::TemporaryFolder folder;
-  SilentInteraction quiet;
-  CurrentSounding current{.Record = test::ReferenceWinter(),
-                          .DataFolder = folder.Path(),
-                          .FileName = "winter.RAW",
-                          .Ask = &quiet};
-  ASSERT_EQ(SaveRAW(current), Status::Ok);
-  const std::string before = ReadFile(current.FilePath()).Value();
-  current.Record = test::ReferenceConvective();
-  for (int n = 1; n <= 3; ++n) {
-    FailingOps ops(n);
-    EXPECT_EQ(SaveRAW(current, ops), Status::Error);
-    EXPECT_EQ(ReadFile(current.FilePath()).Value(), before);
-    EXPECT_EQ(FilesIn(folder.Path()), 1);
-  }
-  EXPECT_EQ(quiet.Boxes.size(), 3U);
-  EXPECT_EQ(quiet.Boxes[0].Text.substr(0, 22), "Disk is probably full.");
-}
-
-TEST(SaveRAW, ADamagedFileIsKeptBesideTheNewOne) {
+TEST(SaveRAW, AFailedSaveAndADamagedFileLoseNothing) {
   const test::TemporaryFolder folder;
   SilentInteraction quiet;
   CurrentSounding current{.Record = test::ReferenceWinter(),
@@ -126,10 +106,19 @@ TEST(SaveRAW, ADamagedFileIsKeptBesideTheNewOne) {
                           .Ask = &quiet};
   ASSERT_EQ(SaveRAW(current), Status::Ok);
   const std::string whole = ReadFile(current.FilePath()).Value();
+  current.Record = test::ReferenceConvective();
+  for (int n = 1; n <= 3; ++n) {
+    FailingOps ops(n);
+    EXPECT_EQ(SaveRAW(current, ops), Status::Error);
+    EXPECT_EQ(ReadFile(current.FilePath()).Value(), whole);
+    EXPECT_EQ(FilesIn(folder.Path()), 1);
+  }
+  EXPECT_EQ(quiet.Boxes.size(), 3U);
+  EXPECT_EQ(quiet.Boxes[0].Text.substr(0, 22), "Disk is probably full.");
+  // Half of a file is kept beside the new one.
   const std::string torn = whole.substr(0, whole.size() / 2);
   ASSERT_FALSE(SaveFile(current.FilePath(), torn));
   ASSERT_EQ(SaveRAW(current), Status::Ok);
-  EXPECT_EQ(ReadFile(current.FilePath()).Value(), whole);
   EXPECT_EQ(ReadFile(folder.Path() / "winter.RAW.bak").Value(), torn);
 }
 
@@ -137,16 +126,17 @@ TEST(SaveRAW, ADamagedFileIsKeptBesideTheNewOne) {
 TEST(AtomicFile, LeftoversOfTheKilledDoNotPileUp) {
   const test::TemporaryFolder folder;
   const fs::path path = folder.Path() / "x.RAW";
-  const auto leave = [&path](int number) {
-    fs::path name = path;
-    name += ".tmp" + std::to_string(number);
-    std::ofstream(name) << "half";
-    fs::last_write_time(name, fs::file_time_type::clock::now() - std::chrono::hours(1));
+  const auto numbered = [&path](int number) {
+    return PathFromText(TextFromPath(path) + ".tmp" + std::to_string(number));
+  };
+  const auto leave = [&numbered](int number, int hours = 1) {
+    std::ofstream(numbered(number)) << "half";
+    fs::last_write_time(numbered(number),
+                        fs::file_time_type::clock::now() - std::chrono::hours(hours));
   };
   AtomicFile living(path);
   ASSERT_FALSE(living.Write("living"));  // x.RAW.tmp1
-  fs::last_write_time(folder.Path() / "x.RAW.tmp1",
-                      fs::file_time_type::clock::now() - std::chrono::hours(1));
+  fs::last_write_time(numbered(1), fs::file_time_type::clock::now() - std::chrono::hours(1));
   for (int number = 2; number <= 100; ++number) leave(number);
   ASSERT_FALSE(SaveFile(path, "saved"));
   EXPECT_EQ(ReadFile(path).Value(), "saved");
@@ -154,18 +144,12 @@ TEST(AtomicFile, LeftoversOfTheKilledDoNotPileUp) {
   ASSERT_FALSE(living.Commit());
   EXPECT_EQ(ReadFile(path).Value(), "living");
 
-  for (int number = 1; number <= 100; ++number) {
-    leave(number);
-    fs::last_write_time(PathFromText(TextFromPath(path) + ".tmp" + std::to_string(number)),
-                        fs::file_time_type::clock::now());
-  }
+  for (int number = 1; number <= 100; ++number) leave(number, 0);
   const auto young = SaveFile(path, "again");
   ASSERT_TRUE(young);
   EXPECT_EQ(FaultMessage({}, *young).find("Too many files"), 0u);
   EXPECT_NE(young->Detail.find("100 unfinished copies"), std::string::npos);
-  for (int number = 1; number <= 100; ++number) {
-    fs::remove(PathFromText(TextFromPath(path) + ".tmp" + std::to_string(number)));
-  }
+  for (int number = 1; number <= 100; ++number) fs::remove(numbered(number));
 
   for (const int number : {3, 7}) leave(number);
   std::ofstream(folder.Path() / "x.RAW.tmp4") << "of this minute";

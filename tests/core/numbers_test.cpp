@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <clocale>
 #include <cmath>
 #include <limits>
 #include <optional>
@@ -142,18 +141,6 @@ TEST(Numbers, MaskRoundsTheDecimalTextAndPads) {
       {123456789012.5, "0.##", "123456789012.5"},
   };
   for (const Case& c : cases) EXPECT_EQ(Mask(c.Value, c.Pattern), c.Text) << c.Pattern;
-}
-
-TEST(Numbers, AreTheSameUnderACommaLocale) {
-  const std::string before = std::setlocale(LC_ALL, nullptr);
-  const char* set = std::setlocale(LC_ALL, "de_DE.UTF-8");
-  if (set == nullptr) set = std::setlocale(LC_ALL, "fr_FR.UTF-8");
-  if (set == nullptr) GTEST_SKIP() << "no locale with a decimal comma is installed";
-  ASSERT_STREQ(std::localeconv()->decimal_point, ",");
-  EXPECT_EQ(Shortest(1013.25), "1013.25");
-  EXPECT_EQ(ParseNumber("1013.25"), 1013.25);
-  EXPECT_EQ(Mask(1013.25, "###0.0"), "1013.3");
-  std::setlocale(LC_ALL, before.c_str());
 }
 
 TEST(Numbers, InColumns) {

@@ -136,43 +136,33 @@ TEST(RecordEdits, CloudLayers) {
 
 // The widest values that an editor takes, and the next.
 TEST(RecordEdits, LimitsOfValues) {
-  const auto isTemp = [](TempLevel level) {
+  const std::pair<TempLevel, bool> temps[] = {
+      {{0.01, 10, 5}, true},      {{0.009, 10, 5}, false},    {{1100, 10, 5}, true},
+      {{1100.1, 10, 5}, false},   {{500, -150, -150}, true},  {{500, -150.1, -150.1}, false},
+      {{500, 70, 70}, true},      {{500, 70.1, 70}, false},   {{500, 10, -200}, true},
+      {{500, 10, -200.1}, false}, {{500, 10, kMissing}, true}};
+  for (const auto& [level, isTaken] : temps) {
     SoundingRecord record;
-    return static_cast<bool>(AddTempLevel(record, level));
-  };
-  for (const TempLevel& good : {TempLevel{0.01, 10, 5},
-                                {1100, 10, 5},
-                                {500, -150, -150},
-                                {500, 70, 70},
-                                {500, 10, -200},
-                                {500, 10, kMissing}}) {
-    EXPECT_TRUE(isTemp(good)) << good.Press << ' ' << good.Temp << ' ' << good.Dewpt;
+    EXPECT_EQ(AddTempLevel(record, level).Ok(), isTaken)
+        << level.Press << ' ' << level.Temp << ' ' << level.Dewpt;
   }
-  for (const TempLevel& bad : {TempLevel{0.009, 10, 5},
-                               {1100.1, 10, 5},
-                               {500, -150.1, -150.1},
-                               {500, 70.1, 70},
-                               {500, 10, -200.1}}) {
-    EXPECT_FALSE(isTemp(bad)) << bad.Press << ' ' << bad.Temp << ' ' << bad.Dewpt;
-  }
-  const auto isWind = [](WindLevel level) {
+  const std::pair<WindLevel, bool> winds[] = {
+      {{0, 90, 0}, true},      {{-0.1, 90, 5}, false}, {{80000, 90, 500}, true},
+      {{80001, 90, 5}, false}, {{10, 90, 501}, false}, {{10, 90, -0.1}, false},
+      {{10, 0.5, 5}, true},    {{10, 360, 5}, true},   {{10, 360.1, 5}, false}};
+  for (const auto& [level, isTaken] : winds) {
     SoundingRecord record;
-    return static_cast<bool>(AddWindLevel(record, level));
-  };
-  for (const WindLevel& good :
-       {WindLevel{0, 90, 0}, {80000, 90, 500}, {10, 0.5, 5}, {10, 360, 5}}) {
-    EXPECT_TRUE(isWind(good)) << good.Height << ' ' << good.Dir << ' ' << good.Spd;
+    EXPECT_EQ(AddWindLevel(record, level).Ok(), isTaken)
+        << level.Height << ' ' << level.Dir << ' ' << level.Spd;
   }
-  for (const WindLevel& bad :
-       {WindLevel{-0.1, 90, 5}, {80001, 90, 5}, {10, 90, 501}, {10, 90, -0.1}, {10, 360.1, 5}}) {
-    EXPECT_FALSE(isWind(bad)) << bad.Height << ' ' << bad.Dir << ' ' << bad.Spd;
-  }
-  const auto isCloud = [](const CloudLayer& layer) {
+  const std::pair<CloudLayer, bool> clouds[] = {{{"ST", 0, " ", 0}, true},
+                                                {{"CI", 1000, "1000", 0}, true},
+                                                {{"CI", 1001, "", 0}, false},
+                                                {{"CI", -0.1, "", 0}, false}};
+  for (const auto& [layer, isTaken] : clouds) {
     SoundingRecord record;
-    return static_cast<bool>(AddCloudLayer(record, layer));
-  };
-  EXPECT_TRUE(isCloud({"ST", 0, " ", 0}) && isCloud({"CI", 1000, "1000", 0}));
-  EXPECT_FALSE(isCloud({"CI", 1001, "", 0}) || isCloud({"CI", -0.1, "", 0}));
+    EXPECT_EQ(AddCloudLayer(record, layer).Ok(), isTaken) << layer.Base;
+  }
 }
 
 TEST(RecordEdits, ALevelTakesNoOthersPlace) {
