@@ -1,6 +1,5 @@
 // Packed sources: archives of one file and of many.
 #include <gtest/gtest.h>
-#include <zip.h>
 #include <zlib.h>
 
 #include <algorithm>
@@ -13,6 +12,7 @@
 #include "core/files.h"
 #include "ingest/archive.h"
 #include "ingest/decoded.h"
+#include "ingest/packed_files.h"
 #include "ingest/sounding_files.h"
 #include "ingest/source_stream.h"
 #include "ingest/unpack.h"
@@ -82,12 +82,7 @@ std::string Gzipped(std::size_t zeros) {
 
 std::string Zipped(const fs::path& path,
                    const std::vector<std::pair<std::string, std::string>>& files) {
-  zip_t* archive = zip_open(path.string().c_str(), ZIP_CREATE, nullptr);
-  for (const auto& [name, bytes] : files) {
-    zip_source_t* source = zip_source_buffer(archive, bytes.data(), bytes.size(), 0);
-    EXPECT_GE(zip_file_add(archive, name.c_str(), source, 0), 0);
-  }
-  EXPECT_EQ(zip_close(archive), 0);
+  WriteZip(path, files);
   return ReadFile(path).Value();
 }
 
@@ -95,32 +90,18 @@ std::string Zipped(const fs::path& path,
 // These tests run in a zone five and a half hours ahead; scripts/windows-test adds zones with
 // summer time.
 TEST(Unpack, DaysAreThoseThatArchivesAndFilesState) {
-  using std::chrono::sys_days, std::chrono::year, std::chrono::hours, std::chrono::minutes;
+  using std::chrono::sys_days, std::chrono::year, std::chrono::minutes;
   const test::TemporaryFolder folder;
-  struct Case {
-    int Year;
-    unsigned Month, Day;
-  };
   // Winter, summer, and the days around both changes of the clock in Europe and North America.
-  const Case cases[] = {{2024, 1, 15},  {2024, 7, 15}, {2024, 3, 10}, {2024, 3, 31},
-                        {2024, 10, 27}, {2024, 11, 3}, {1999, 12, 31}};
-  for (const Case& c : cases) {
-    const sys_days day = year(c.Year) / static_cast<int>(c.Month) / static_cast<int>(c.Day);
-    for (const int minute : {10, 2 * 60 + 30, 23 * 60 + 50}) {
-      SCOPED_TRACE(std::to_string(c.Month) + '/' + std::to_string(c.Day) + ", minute " +
+  const std::chrono::year_month_day days[] = {
+      year(2024) / 1 / 15,  year(2024) / 7 / 15, year(2024) / 3 / 10, year(2024) / 3 / 31,
+      year(2024) / 10 / 27, year(2024) / 11 / 3, year(1999) / 12 / 31};
+  for (const sys_days day : days) {
+    for (const unsigned minute : {10U, 2 * 60 + 30U, 23 * 60 + 50U}) {
+      SCOPED_TRACE(testing::PrintToString(day.time_since_epoch().count()) + ", minute " +
                    std::to_string(minute));
-      // The date of an archive: years since 1980, month, day, in seven, four and five bits.
-      const auto date = static_cast<zip_uint16_t>((static_cast<unsigned>(c.Year - 1980) << 9U) |
-                                                  (c.Month << 5U) | c.Day);
-      const auto time = static_cast<zip_uint16_t>((static_cast<unsigned>(minute / 60) << 11U) |
-                                                  (static_cast<unsigned>(minute % 60) << 5U));
       const fs::path path = folder.Path() / "dated.zip";
-      fs::remove(path);
-      zip_t* archive = zip_open(path.string().c_str(), ZIP_CREATE, nullptr);
-      zip_source_t* source = zip_source_buffer(archive, "text", 4, 0);
-      ASSERT_EQ(zip_file_add(archive, "a.txt", source, 0), 0);
-      ASSERT_EQ(zip_file_set_dostime(archive, 0, time, date, 0), 0);
-      ASSERT_EQ(zip_close(archive), 0);
+      WriteZip(path, {{"a.txt", "text"}}, PackedOn{day, minute});
       UnpackRoom room;
       const auto files = Unpack(ReadFile(path).Value(), room);
       ASSERT_TRUE(files) << files.Error().Detail;

@@ -224,6 +224,10 @@ TEST(CodedAscents, ThicknessByTheTemperaturesThatAreKnown) {
       {"decametres", {500, 574, -20}, {400, 736, -30}, -1},
       {"ten thousands are open", {300, 950, -55}, {200, 205, -55}, -39},
       {"decametres above metres", {700, 0, 0}, {500, 269, 0}, -0.3},
+      // At 1000 hPa 500 and more are metres below the sea, 500 itself is the sea.
+      {"the last above the sea", {1000, 499, 15}, {925, 156, 15}, 0},
+      {"the sea", {1000, 500, 15}, {925, 657, 15}, 0},
+      {"below it", {1000, 600, 15}, {925, 557, 15}, 0},
   };
   for (const auto& c : cases) {
     EXPECT_NEAR(ThicknessMisfit(c.Below, c.Above), c.Misfit, 1.2) << c.About;

@@ -318,6 +318,16 @@ TEST(CodedLevels, WindsAlone) {
        "P304.8m 195/22, P609.6m 195/33, ground 200/6", ""},
       {"higher than balloons rise, in feet", "PPDD 148// 20006 147// 20006", "P44805.6m 200/6",
        "x PPDD: a wind at 45110.4 m is higher than balloons rise; it was skipped."},
+      {"a heading out of order",
+       "PPBB 9012/ 20010 20511 9546/ 21012 21513 9067/ 22014 22515 9112/ 23016 23517",
+       "P304.8m 200/10, P609.6m 205/11, P1828.8m 220/14^, P2133.6m 225/15, P3352.8m 230/16, "
+       "P3657.6m 235/17",
+       "x PPBB: the level at 16459.2 m is out of order; it was skipped. x PPBB: the level at "
+       "17068.8 m is out of order; it was skipped."},
+      {"a wind is missing: which one, nobody knows",
+       "PPBB 9012/ 20010 20511 90346 21012 21513 9112/ 23016 23517",
+       "P304.8m 200/10, P609.6m 205/11, P3352.8m 230/16, P3657.6m 235/17",
+       "x PPBB: behind 90346 stand 2 groups instead of 3; they were skipped."},
       {"significant winds by pressure", "PPBB 21212 00013 18010 11850 20020 22500 21030",
        "G1013 180/10, G850 200/20, G500 210/30", ""},
       {"in part D tenths", "PPDD 21212 11850 18010 22500 20020", "G85 180/10, G50 200/20", ""},

@@ -377,6 +377,15 @@ TEST(SourceLimits, WaysToWriteATime) {
       {ParseIsoTime, "2024-05-04T12:30+00:60", {}},
       {ParseIsoTime, "2024-05-04T12:30+005", ObservationTime{2024, 5, 4, 12, 30}},
       {ParseIsoTime, "2024-12-31T23:30-01:00", ObservationTime{2025, 1, 1, 0, 30}},
+      // An offset from UTC (RFC 3339) is taken off.
+      {ParseIsoTime, "2000-01-01 02:15+0530", ObservationTime{1999, 12, 31, 20, 45}},
+      {ParseIsoTime,
+       "1999-05-04T12:00:00\xE2\x88\x92"
+       "03:00",
+       ObservationTime{1999, 5, 4, 15, 0}},
+      {ParseIsoTime, "1999-05-04 12:30 - 13:00", ObservationTime{1999, 5, 4, 12, 30}},
+      {ParseIsoTime, "2023, 05, 22, 23:06:10", ObservationTime{2023, 5, 22, 23, 6}},
+      {ParseIsoTime, "1999-02-29T12:00+05:30", {}},
   };
   for (const auto& c : cases) EXPECT_EQ(c.Parse(c.Text), c.Time) << c.Text;
   const char* const months[] = {"JAN", "february", "Mar", "apr", "May", "June",

@@ -3,18 +3,17 @@
 #include "ingest/source_stream.h"
 
 #include <gtest/gtest.h>
-#include <zip.h>
 #include <zlib.h>
 
 #include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "core/files.h"
 #include "ingest/decoder.h"
+#include "ingest/packed_files.h"
 #include "support/soundings.h"
 
 namespace vexa::ingest {
@@ -83,15 +82,6 @@ void WriteGzip(const fs::path& path, const std::string& text, const char* mode =
   EXPECT_EQ(gzwrite(file, text.data(), static_cast<unsigned>(text.size())),
             static_cast<int>(text.size()));
   gzclose(file);
-}
-
-void WriteZip(const fs::path& path, const std::vector<std::pair<std::string, std::string>>& files) {
-  zip_t* archive = zip_open(path.string().c_str(), ZIP_CREATE, nullptr);
-  for (const auto& [name, bytes] : files) {
-    zip_source_t* source = zip_source_buffer(archive, bytes.data(), bytes.size(), 0);
-    EXPECT_GE(zip_file_add(archive, name.c_str(), source, 0), 0);
-  }
-  EXPECT_EQ(zip_close(archive), 0);
 }
 
 TEST(SourceStream, ALongSeriesComesInPieces) {
@@ -216,24 +206,16 @@ TEST(SourceStream, MembersHaveTheDayOfTheArchive) {
   const test::TemporaryFolder folder;
   const fs::path path = folder.Path() / "dated.zip";
   const std::string text = StationFile(2);
+  const auto day = std::chrono::year(2024) / 3 / 5;
   for (const unsigned minute : {10U, 23 * 60 + 50U}) {
-    fs::remove(path);
-    zip_t* archive = zip_open(path.string().c_str(), ZIP_CREATE, nullptr);
-    const auto time = static_cast<zip_uint16_t>(minute / 60 << 11U | minute % 60 << 5U);
-    const auto date = static_cast<zip_uint16_t>((2024U - 1980U) << 9U | 3U << 5U | 5U);
-    for (const char* name : {"a.txt", "b.txt"}) {
-      zip_source_t* source = zip_source_buffer(archive, text.data(), text.size(), 0);
-      const zip_int64_t index = zip_file_add(archive, name, source, 0);
-      ASSERT_EQ(zip_file_set_dostime(archive, static_cast<zip_uint64_t>(index), time, date, 0), 0);
-    }
-    ASSERT_EQ(zip_close(archive), 0);
+    WriteZip(path, {{"a.txt", text}, {"b.txt", text}}, PackedOn{day, minute});
     auto stream = SourceStream::Open(path, text.size() + 1);
     ASSERT_TRUE(stream.Ok());
     const auto piece = stream.Value().Next();
     ASSERT_TRUE(piece && piece.Value());
     ASSERT_EQ(piece.Value()->Members().size(), 2U);
     for (const SourceText& member : piece.Value()->Members()) {
-      EXPECT_EQ(member.WrittenOn(), std::chrono::year(2024) / 3 / 5) << minute;
+      EXPECT_EQ(member.WrittenOn(), day) << minute;
     }
   }
 }
