@@ -18,7 +18,7 @@
 #include "forecast/verification.h"
 #include "ingest/sounding_files.h"
 #include "report/forecast_json.h"
-#include "sounding/sounding_source.h"
+#include "sounding/sounding_walk.h"
 
 namespace vexa::cli {
 namespace {
@@ -251,19 +251,13 @@ class ForecastRun {
     for (const std::string& given : arguments_.Files) {
       for (const std::filesystem::path& file : ingest::FilesBelow(PathFromText(given))) {
         const std::string name = TextFromPath(file);
-        Outcome<SoundingSource> opened = SoundingSource::Open(file);
-        if (!opened) {
-          if (name == given) inputs_.Fail(name, opened.Error());
-          continue;
-        }
-        int count = 1;
-        for (int i = 0; i < count; ++i) {
-          Loading loading = opened.Value().Load(i, Policy());
-          count = std::max(1, loading.Count);
+        SoundingWalk walk(file);
+        while (std::optional<Loading> loading = walk.Next(Policy())) {
           // What stands in a folder beside the soundings is no fault; a file that was named is one.
-          if (loading.Failed && name == given) inputs_.Fail(name, *loading.Failed);
-          if (!loading.Sounding) continue;
-          all.push_back(forecast::ProfileOf(std::move(loading.Sounding->Record), name, Analysis()));
+          if (loading->Failed && name == given) inputs_.Fail(name, *loading->Failed);
+          if (!loading->Sounding) continue;
+          all.push_back(
+              forecast::ProfileOf(std::move(loading->Sounding->Record), name, Analysis()));
         }
       }
     }

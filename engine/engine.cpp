@@ -162,8 +162,10 @@ Loaded Load(const std::string& file, const Settings& settings) {
 }
 
 std::vector<std::string> Titles(const std::string& file) {
+  Outcome<std::vector<ingest::SourceEntry>> listed = ListOf(PathFromText(file));
+  if (!listed) return {};
   std::vector<std::string> titles;
-  for (ingest::SourceEntry& entry : ListOf(PathFromText(file))) {
+  for (ingest::SourceEntry& entry : listed.Value()) {
     titles.push_back(std::move(entry.Title));
   }
   return titles;

@@ -1,12 +1,13 @@
 #include "ingest/sounding_files.h"
 
 #include <algorithm>
-#include <string>
+#include <optional>
 #include <utility>
 
 #include "core/files.h"
 #include "core/platform.h"
 #include "ingest/decoder.h"
+#include "ingest/source_stream.h"
 
 namespace vexa::ingest {
 namespace {
@@ -49,9 +50,10 @@ std::vector<fs::path> FilesIn(const fs::path& folder) {
 }
 
 bool HoldsSounding(const fs::path& file) {
-  std::vector<std::string> notes;
-  const Outcome<SourceText> source = ReadSource(file, notes);
-  return source && FindDecoder(source.Value()) != nullptr;
+  Outcome<SourceStream> stream = SourceStream::Open(file);
+  if (!stream) return false;
+  const Outcome<std::optional<SourceText>> first = stream.Value().Next();
+  return first && first.Value() && FindDecoder(*first.Value()) != nullptr;
 }
 
 }  // namespace vexa::ingest

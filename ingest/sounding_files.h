@@ -14,7 +14,8 @@ std::vector<std::filesystem::path> FilesBelow(const std::filesystem::path& given
 /// The same of the folder alone, without those below it.
 std::vector<std::filesystem::path> FilesIn(const std::filesystem::path& folder);
 
-/// Whether a file can be read and is in a known format; damaged it may be all the same.
+/// Whether a file can be read and is in a known format, by its first piece; damaged it may be all the
+/// same.
 bool HoldsSounding(const std::filesystem::path& file);
 
 }  // namespace vexa::ingest

@@ -96,8 +96,10 @@ std::vector<SharedSounding> SoundingsBeside(const Program& program, std::size_t 
 }
 
 std::vector<SoundingSet::Member> MembersOf(const std::filesystem::path& file) {
+  Outcome<std::vector<ingest::SourceEntry>> listed = ListOf(file);
+  if (!listed) return {{.File = file}};
   std::vector<SoundingSet::Member> members;
-  for (ingest::SourceEntry& entry : ListOf(file)) {
+  for (ingest::SourceEntry& entry : listed.Value()) {
     members.push_back({file, static_cast<int>(members.size()), std::move(entry.Title)});
   }
   if (members.size() < 2) return {{.File = file}};

@@ -16,6 +16,7 @@
 #include "ingest/decoder.h"
 #include "program/displays.h"
 #include "program/wave_view.h"
+#include "sounding/sounding_walk.h"
 
 namespace vexa {
 namespace {
@@ -228,10 +229,11 @@ ListingLines DecodedLines(const Program& program) {
 }
 
 Outcome<ListingLines> SourceLines(const Program& program) {
-  std::vector<std::string> notes;
-  const Outcome<SourceText> source = ingest::ReadSource(program.Current.FilePath(), notes);
-  if (!source) return source.Error();
-  const ingest::SoundingPlace place = ingest::PlaceOf(source.Value(), program.Doc.IndexInFile());
+  const int inFile = program.Doc.IndexInFile();
+  const auto taken = SoundingWalk(program.Current.FilePath()).Take(inFile);
+  if (!taken) return taken.Error();
+  const SoundingWalk::Place& part = taken.Value();
+  const ingest::SoundingPlace place = ingest::PlaceOf(part.Source.Text(), inFile - part.Before);
   const std::vector<ingest::SourceEntry> entries = ingest::ListSoundings(*place.Text);
   const auto index = static_cast<std::size_t>(place.Index);
   if (index >= entries.size() || entries[index].FirstLine == 0) {

@@ -10,7 +10,7 @@
 #include "core/user_file.h"
 #include "mountainwave/mountain_file.h"
 #include "mountainwave/wave_model.h"
-#include "sounding/sounding_source.h"
+#include "sounding/sounding_walk.h"
 
 namespace vexa {
 namespace {
@@ -101,13 +101,12 @@ bool SectionWork::LoadFile(const std::filesystem::path& file, const SectionChoic
     Keep(reader_.Load({.File = file}, policy), name, name, choice, into);
     return true;
   }
-  Outcome<SoundingSource> opened = SoundingSource::Open(file);
-  if (!opened) {
-    troubles_.push_back({.Name = name, .Failed = opened.Error()});
+  const Outcome<std::vector<ingest::SourceEntry>> listed = ListOf(file);
+  if (!listed) {
+    troubles_.push_back({.Name = name, .Failed = listed.Error()});
     return true;
   }
-  SoundingSource& source = opened.Value();
-  const std::vector<ingest::SourceEntry> entries = source.List();
+  const std::vector<ingest::SourceEntry>& entries = listed.Value();
   const int count = std::max(1, static_cast<int>(entries.size()));
   for (int i = 0; i < count; ++i) {
     if (!choice.Indices.empty() && count > 1 && !choice.Indices.contains(i)) continue;
@@ -115,7 +114,7 @@ bool SectionWork::LoadFile(const std::filesystem::path& file, const SectionChoic
     if (!entries.empty() && !IsChosen(entries[static_cast<std::size_t>(i)].Time, choice)) continue;
     const std::string numbered = count > 1 ? name + ", sounding " + Shortest(i + 1) : name;
     if (!progress.Begin("Loading " + numbered, done + part * i / count)) return false;
-    Keep(source.Load(i, policy), name, numbered, choice, into);
+    Keep(reader_.Load({.File = file, .Index = i}, policy), name, numbered, choice, into);
     // One too many tells WhyNoSection; a record of decades is not read to its end for that.
     if (into.Columns.size() > crosssection::kMostColumns) return true;
   }

@@ -71,7 +71,7 @@ class SectionWork {
   std::filesystem::path mountains_;
   analysis::AdiabatTable adiabats_{};
   std::vector<SectionTrouble> troubles_{};
-  SoundingReader reader_{};  // of soundings that are named one by one
+  SoundingReader reader_{};
 };
 
 /// The section's own options where a program folder has them, else those of the program in place of

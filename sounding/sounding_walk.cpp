@@ -107,14 +107,14 @@ Outcome<SoundingWalk::Place> SoundingWalk::Take(int index) && {
   return Place{std::move(*source_), std::move(notes_), first_};
 }
 
-std::vector<ingest::SourceEntry> ListOf(const std::filesystem::path& file, std::size_t piece) {
-  std::vector<ingest::SourceEntry> entries;
+Outcome<std::vector<ingest::SourceEntry>> ListOf(const std::filesystem::path& file,
+                                                 std::size_t piece) {
   if (NamedSounding(file)) {
-    if (const Outcome<SoundingSource> named = SoundingSource::Open(file)) {
-      entries = named.Value().List();
-    }
-    return entries;
+    const Outcome<SoundingSource> named = SoundingSource::Open(file);
+    if (!named) return named.Error();
+    return named.Value().List();
   }
+  std::vector<ingest::SourceEntry> entries;
   const std::optional<Fault> fault = Guarded("ListOf", [&]() -> std::optional<Fault> {
     Outcome<ingest::SourceStream> stream = ingest::SourceStream::Open(file, piece);
     if (!stream) return stream.Error();
@@ -125,7 +125,7 @@ std::vector<ingest::SourceEntry> ListOf(const std::filesystem::path& file, std::
       std::ranges::move(ingest::ListSoundings(*text.Value()), std::back_inserter(entries));
     }
   });
-  if (fault) entries.clear();
+  if (fault) return *fault;
   return entries;
 }
 

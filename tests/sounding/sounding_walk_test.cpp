@@ -95,10 +95,19 @@ TEST_F(SoundingWalks, ListAFileAsItIsWhole) {
   for (const std::filesystem::path& file : files) {
     const auto source = SoundingSource::Open(file);
     ASSERT_TRUE(source) << file;
-    EXPECT_EQ(titles(ListOf(file, kPiece)), titles(source.Value().List())) << file;
+    EXPECT_EQ(titles(ListOf(file, kPiece).Value()), titles(source.Value().List())) << file;
   }
-  EXPECT_EQ(ListOf(file_, kPiece).size(), static_cast<std::size_t>(kDays));
-  EXPECT_TRUE(ListOf(folder_.Path() / "none").empty());
+  EXPECT_EQ(ListOf(file_, kPiece).Value().size(), static_cast<std::size_t>(kDays));
+  EXPECT_FALSE(ListOf(folder_.Path() / "none"));
+  // A gzip stream of one stored block, behind which the last one lacks: no list of its beginning.
+  const std::string text = test::IgraFile(72558, 4 * kDays);
+  std::string block = "\x1f\x8b\b" + std::string(8, '\0');
+  for (const std::size_t length : {text.size(), ~text.size()}) {
+    block += {static_cast<char>(length & 0xFF), static_cast<char>(length >> 8 & 0xFF)};
+  }
+  const std::filesystem::path cut = folder_.Write("cut.gz", block + text);
+  EXPECT_TRUE(SoundingWalk(cut, kPiece).Load(3, {}).Sounding);
+  EXPECT_FALSE(ListOf(cut, kPiece));
 }
 
 // Of an archive a file was left out: going through it tells so once, a sounding of it alone again.
