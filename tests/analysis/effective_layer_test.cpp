@@ -53,10 +53,10 @@ EffectiveLayer ByWholeAscents(const AnalysisResults& results, const AnalysisSett
 }
 
 TEST(EffectiveLayer, IsThatOfWholeAscents) {
-  VEXA_REAL_DATA(collection, ".");
   int layers = 0;
-  for (const char* folder : {"wyoming", "spc", "temp"}) {
-    for (const auto& entry : std::filesystem::directory_iterator(collection / folder)) {
+  for (const char* name : {"wyoming", "spc", "temp"}) {
+    VEXA_REAL_DATA(folder, name);
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
       Loading loading = LoadSounding({.File = entry.path()}, {});
       if (loading.Failed) continue;
       for (const TempBase base : {TempBase::Dry, TempBase::Virtual}) {
