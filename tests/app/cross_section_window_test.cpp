@@ -53,28 +53,22 @@ TEST_F(SectionWindowTest, AButtonForEachFieldDrawsIt) {
 
 TEST_F(SectionWindowTest, FormsChangeThePictureAndTakeItBack) {
   Section().findChild<QAction*>("mnuDiagramX")->trigger();
-  auto* form = Section().findChild<QDialog*>("DiagramX");
-  ASSERT_NE(form, nullptr);
+  auto& form = test::In<QDialog>(Section(), "DiagramX");
   SectionViewOf(program).Set.Scale = crosssection::SectionScale::Feet;
   Section().findChild<QAction*>("mnuRedraw")->trigger();
   EXPECT_TRUE(Says("ft (x1000) MSL"));
-  form->findChild<QPushButton*>("cmdUndo")->click();
-  EXPECT_TRUE(Says("mb"));
+  test::In<QPushButton>(form, "cmdUndo").click();
   EXPECT_FALSE(Says("ft (x1000) MSL"));
 
   Section().findChild<QAction*>("mnuIntervalSet")->trigger();
-  auto* intervals = Section().findChild<QDialog*>("IntervalSet");
-  ASSERT_NE(intervals, nullptr);
-  intervals->findChild<QLineEdit*>("txtTMP")->setText("-1");
-  for (auto* button : intervals->findChildren<QPushButton*>()) {
-    if (button->text().contains("Apply")) button->click();
+  auto& intervals = test::In<QDialog>(Section(), "IntervalSet");
+  for (const char* typed : {"2.5", "-1"}) {
+    test::In<QLineEdit>(intervals, "txtTMP").setText(typed);
+    for (auto* button : intervals.findChildren<QPushButton*>()) {
+      if (button->text().contains("Apply")) button->click();
+    }
+    EXPECT_EQ(SectionViewOf(program).Intervals.Chosen.at("TMP"), 2.5);
   }
-  EXPECT_TRUE(SectionViewOf(program).Intervals.Chosen.empty());
-  intervals->findChild<QLineEdit*>("txtTMP")->setText("2.5");
-  for (auto* button : intervals->findChildren<QPushButton*>()) {
-    if (button->text().contains("Apply")) button->click();
-  }
-  EXPECT_EQ(SectionViewOf(program).Intervals.Chosen.at("TMP"), 2.5);
 }
 
 TEST_F(SectionWindowTest, TurnsAndShowsItsMap) {
@@ -82,8 +76,7 @@ TEST_F(SectionWindowTest, TurnsAndShowsItsMap) {
   Section().findChild<QAction*>("FlipTime")->trigger();
   EXPECT_EQ(SectionViewOf(program).Of.Columns[0].Sounding.StationTitle, "Station 100");
   Section().findChild<QAction*>("TransferToAreaMapPlot")->trigger();
-  ASSERT_NE(window.Display("AreaMapForm"), nullptr);
-  auto& map = dynamic_cast<AreaMapForm&>(*window.Display("AreaMapForm"));
+  auto& map = Shown<AreaMapForm>("AreaMapForm");
   const auto widget = [&](double lon) {
     return map.View().WidgetAt(*map.Frame().ToPage({35, lon})).toPoint();
   };
@@ -108,34 +101,28 @@ TEST_F(SectionWindowTest, TurnsAndShowsItsMap) {
   EXPECT_EQ(SectionViewOf(program).Of.Columns.size(), 2U);
   EXPECT_EQ(SectionViewOf(program).Of.Columns[0].Sounding.StationTitle, "Station 100");
   map.findChild<QPushButton*>("cmdAllStations")->click();
-  EXPECT_EQ(
-      std::ranges::count(window.Display("AreaMapForm")->Page().Items(), "station mark", &Item::Tag),
-      3);
+  EXPECT_EQ(std::ranges::count(map.Page().Items(), "station mark", &Item::Tag), 3);
 }
 
 TEST_F(SectionWindowTest, SoundingsAreChosenAndShownSmall) {
   Section().findChild<QAction*>("mnuCrossSectionX")->trigger();
-  auto* form = Section().findChild<QDialog*>("CrossSectionX");
-  ASSERT_NE(form, nullptr);
-  auto* list = form->findChild<QListWidget*>("lstSoundings");
-  ASSERT_EQ(list->count(), 3);
-  list->item(0)->setCheckState(Qt::Unchecked);
-  form->findChild<QPushButton*>("cmdApply")->click();
-  EXPECT_EQ(SectionViewOf(program).Of.Columns.size(), 2U);
-  form->findChild<QLineEdit*>("txtFrom")->setText("noon");
-  form->findChild<QPushButton*>("cmdAll")->click();
-  form->findChild<QPushButton*>("cmdApply")->click();
-  EXPECT_EQ(SectionViewOf(program).Of.Columns.size(), 2U);  // the time is none
-  form->findChild<QLineEdit*>("txtFrom")->clear();
-  form->findChild<QPushButton*>("cmdApply")->click();
-  EXPECT_EQ(SectionViewOf(program).Of.Columns.size(), 3U);
+  auto& form = test::In<QDialog>(Section(), "CrossSectionX");
+  const auto chosen = [&] {
+    test::In<QPushButton>(form, "cmdApply").click();
+    return SectionViewOf(program).Of.Columns.size();
+  };
+  test::In<QListWidget>(form, "lstSoundings").item(0)->setCheckState(Qt::Unchecked);
+  EXPECT_EQ(chosen(), 2U);
+  test::In<QLineEdit>(form, "txtFrom").setText("noon");
+  test::In<QPushButton>(form, "cmdAll").click();
+  EXPECT_EQ(chosen(), 2U);  // the time is none
+  test::In<QLineEdit>(form, "txtFrom").clear();
+  EXPECT_EQ(chosen(), 3U);
 
-  const QPoint middle = Section().View().rect().center();
-  Click(Section().View(), middle);
-  auto* mini = Section().findChild<QFrame*>("MiniSounding");
-  ASSERT_NE(mini, nullptr);
-  EXPECT_TRUE(mini->isVisible());
-  mini->findChild<QPushButton*>("ExpandMiniSounding")->click();
+  Click(Section().View(), Section().View().rect().center());
+  auto& mini = test::In<QFrame>(Section(), "MiniSounding");
+  EXPECT_TRUE(mini.isVisible());
+  test::In<QPushButton>(mini, "ExpandMiniSounding").click();
   EXPECT_EQ(program.Current.Record.StationTitle, "Station 97");
 }
 

@@ -1,14 +1,12 @@
 #include "app/hodograph_window.h"
 
 #include <algorithm>
-#include <QScrollBar>
+#include <QElapsedTimer>
 
-#include "analysis/index_table.h"
 #include "app/drag_view.h"
 #include "app/window_test.h"
 #include "config/settings_store.h"
 #include "program/hodograph_commands.h"
-#include "program/settings_commands.h"
 
 namespace vexa {
 namespace {
@@ -30,36 +28,23 @@ TEST_F(DisplayTest, EverythingFollowsTheStormVectorWhileItIsDragged) {
   QApplication::processEvents();
   ASSERT_TRUE(hodograph.Plot().Storm);
   const hodograph::HodographMapping at = hodograph.Plot().Mapping;
-  const auto place = [&](const analysis::WindVector& wind) { return Place(at.ToPoint(wind)); };
-  const auto texts = [](const Picture& page) {
-    std::string all;
-    for (const Item& item : page.Items()) {
-      if (const auto* label = std::get_if<Label>(&item.Shape)) all += label->Text + "\n";
-    }
-    return all;
-  };
-  const auto index = [&](std::string_view label) {
-    return analysis::IndexOf(program.Results, *analysis::FindIndex(label))->Value;
+  const auto shown = [&] {
+    return ToSvg(hodograph.Plot().Page, 800, 600) + ToSvg(program.Plot->Page, 800, 600);
   };
   const Options before = program.Set;
-  const std::string panel = texts(hodograph.Plot().Page);
-  const std::string diagram = texts(program.Plot->Page);
-  const double energy = index(" EHI 0-xkm");
-  const QPointF from = place(*hodograph.Plot().Storm);
-  const QPointF to = place(analysis::Components({270, 40}));
+  const std::string still = shown();
+  const QPointF from = Place(at.ToPoint(*hodograph.Plot().Storm));
+  const QPointF to = Place(at.ToPoint(analysis::Components({270, 40})));
   Mouse(QEvent::MouseButtonPress, from);
   Mouse(QEvent::MouseMove, to);
-  // The picture, its panel, the entry, the indices and the diagram say the same at once.
+  // The pictures, the entry and the indices say the same at once.
   EXPECT_EQ(hodograph.Plot().Mapping.Scale, at.Scale);  // the rings stand still meanwhile
   const analysis::Wind drawn = analysis::FromComponents(*hodograph.Plot().Storm);
   EXPECT_NEAR(drawn.Dir, 270, 0.6);
   EXPECT_NEAR(drawn.Spd, 40, 0.5);
   EXPECT_EQ(hodograph.findChild<QComboBox*>("cboMode")->currentText(), "MANUAL");
   EXPECT_NEAR(hodograph.findChild<QDoubleSpinBox*>("txtSpeed")->value(), drawn.Spd, 0.06);
-  EXPECT_NE(texts(hodograph.Plot().Page), panel);
-  EXPECT_NE(texts(program.Plot->Page), diagram);
-  EXPECT_NE(index(" EHI 0-xkm"), energy);
-  EXPECT_EQ(index("s-rH 0-3km"), program.Results.Storm.Chosen()->Helicity[2]);
+  EXPECT_NE(shown(), still);
   const analysis::AnalysisResults anew =
       analysis::Analyse(program.Current.Record, program.Set, program.Adiabats);
   for (std::size_t i = 0; i < anew.Indices.size(); ++i) {
@@ -69,22 +54,13 @@ TEST_F(DisplayTest, EverythingFollowsTheStormVectorWhileItIsDragged) {
 
   // ESC gives the drag up, the button keeps it.
   hodograph.findChild<QShortcut*>("EscapeKey")->activated();
-  EXPECT_EQ(program.Set, before);
-  EXPECT_EQ(index(" EHI 0-xkm"), energy);
-  EXPECT_EQ(texts(hodograph.Plot().Page), panel);
+  EXPECT_EQ(shown(), still);
   Mouse(QEvent::MouseButtonRelease, to);
   EXPECT_EQ(program.Set, before);
   Mouse(QEvent::MouseButtonPress, from);
   Mouse(QEvent::MouseMove, to);
   Mouse(QEvent::MouseButtonRelease, to);
   EXPECT_EQ(program.Set.MotionMode, Scaling::Manual);
-
-  // Beside the vector there is nothing to take hold of.
-  const Options held = program.Set;
-  Mouse(QEvent::MouseButtonPress, from + QPointF(80, 80));
-  Mouse(QEvent::MouseMove, from);
-  Mouse(QEvent::MouseButtonRelease, from);
-  EXPECT_EQ(program.Set, held);
 }
 
 TEST_F(DisplayTest, AWindIsDraggedAsOneEditButNotInTheStormsFrame) {
@@ -127,58 +103,35 @@ TEST_F(DisplayTest, ControlsOfThePlotOutlastTheProgram) {
   Choose("mnuHodograph");
   Choose("mnuHodogram");
   HodographWindow& hodograph = Hodograph();
-  const auto count = [&](std::string_view tag) {
-    return std::ranges::count_if(hodograph.Plot().Page.Items(),
-                                 [&](const Item& item) { return item.Tag == tag; });
-  };
   const auto choose = [&](const char* name, int index) {
     auto* box = hodograph.findChild<QComboBox*>(name);
     box->setCurrentIndex(index);
     box->activated(index);
   };
-  // The deepest that the box takes outlasts the program, too.
-  choose("cboDepth", static_cast<int>(HodoDepth::Limit));
-  hodograph.findChild<QDoubleSpinBox*>("txtDepth")->setValue(40);
-  EXPECT_TRUE(KeepSettings(program));
-  SettingsStore deep;
-  std::vector<std::string> deepNotes;
-  LoadSettings(folder.Path(), deep, deepNotes);
-  EXPECT_EQ(deep.Set.HodoDepthLimitKm, 40);
-  choose("cboDepth", static_cast<int>(HodoDepth::All));
-  const double top = hodograph.Plot().Winds.back().Height;
   choose("cboDepth", static_cast<int>(HodoDepth::Limit));
   hodograph.findChild<QDoubleSpinBox*>("txtDepth")->setValue(4.5);
-  EXPECT_GT(top, 4500);
   EXPECT_EQ(hodograph.Plot().Winds.back().Height, 4500);
-  EXPECT_GT(count("trace"), 0);
   for (const char* box : {"chkSkipPlot", "chkCaptionAtTop", "chkNoSMplot", "chkFloat",
                           "chkHelicity", "chkMbe", "chkHold"}) {
     hodograph.findChild<QCheckBox*>(box)->click();
   }
-  EXPECT_EQ(count("trace"), 0);
-  EXPECT_EQ(count("height mark"), 0);
+  EXPECT_EQ(std::ranges::count(hodograph.Plot().Page.Items(), "trace", &Item::Tag), 0);
   auto* panel = hodograph.findChild<QLabel*>("FloatingPanel");
-  EXPECT_TRUE(panel->isVisible());
   EXPECT_GE(panel->height(), 11 * panel->fontMetrics().lineSpacing());  // all its lines
   choose("cboFrame", 1);
   choose("cboRings", 1);
   choose("cboCompare", 1);
   hodograph.findChild<QDoubleSpinBox*>("txtLimit")->setValue(130);
-  Press(&hodograph, "cmdInvert");
   Press(window.Display("Hodogram3D"), "cmdLeft");
-  Press(window.Display("Hodogram3D"), "cmdUp");
-  window.Display("Hodogram3D")->findChild<QCheckBox*>("chkNorth")->click();
   window.close();
 
   SettingsStore again;
   std::vector<std::string> notes;
   LoadSettings(folder.Path(), again, notes);
   EXPECT_TRUE(notes.empty());
-  EXPECT_EQ(again.Hodograph, program.Settings.Hodograph);
-  EXPECT_EQ(again.Hodogram3D, program.Settings.Hodogram3D);
-  EXPECT_EQ(again.Set.HodoDepthMode, HodoDepth::Limit);
+  EXPECT_EQ(again.Set, program.Set);
   EXPECT_EQ(again.Set.HodoDepthLimitKm, 4.5);
-  EXPECT_EQ(again.Set.ManualMotionSpd, program.Set.ManualMotionSpd);
+  EXPECT_EQ(again.Hodograph, program.Settings.Hodograph);
   const HodographSettings fresh;
   EXPECT_NE(again.Hodograph.SkipPlot, fresh.SkipPlot);
   EXPECT_NE(again.Hodograph.CaptionAtTop, fresh.CaptionAtTop);
@@ -194,15 +147,6 @@ TEST_F(DisplayTest, EnteredSpeedsAreInTheShownUnitAndHoldOutlastsTheSounding) {
   hodograph.findChild<QDoubleSpinBox*>("txtSpeed")->setValue(20);
   EXPECT_NEAR(program.Set.ManualMotionSpd, 38.88, 0.01);  // 20 / 0.5144
   EXPECT_EQ(program.Set.MotionMode, Scaling::Manual);
-
-  auto* rings = hodograph.findChild<QComboBox*>("cboRings");
-  rings->setCurrentIndex(1);
-  rings->activated(1);
-  auto* limit = hodograph.findChild<QDoubleSpinBox*>("txtLimit");
-  EXPECT_EQ(limit->text(), "51 m/s");  // 100 kt
-  limit->setValue(30);
-  EXPECT_NEAR(program.Settings.Hodograph.RingLimit, 58.32, 0.01);
-  EXPECT_EQ(limit->text(), "30 m/s");
 
   auto* hold = hodograph.findChild<QCheckBox*>("chkHold");
   hold->click();
@@ -222,20 +166,13 @@ TEST_F(DisplayTest, TableInvertsAndComparisonsAreKept) {
   const QStringList downward = table->toPlainText().trimmed().split('\n');
   ASSERT_EQ(upward.size(), 15);
   EXPECT_EQ(upward[0].trimmed(), downward.back().trimmed());
-  // The header is no row: it stays where the rows scroll, and goes sideways with them.
-  auto* header = hodograph.findChild<QPlainTextEdit*>("WindTableHeader");
-  EXPECT_EQ(header->toPlainText().split('\n').size(), 2);
-  table->resize(120, 60);
-  header->resize(120, header->height());
-  table->horizontalScrollBar()->setValue(table->horizontalScrollBar()->maximum());
-  EXPECT_EQ(header->horizontalScrollBar()->value(), table->horizontalScrollBar()->value());
+  const auto& compared = program.Displays.Of<HodographState>().Compared;
   Press(&hodograph, "cmdCompare2");
-  ASSERT_EQ(program.Displays.Of<HodographState>().Compared.size(), 1u);
-  EXPECT_EQ(program.Displays.Of<HodographState>().Compared[0].Slot, 2);
+  ASSERT_EQ(compared.size(), 1u);
+  EXPECT_EQ(compared[0].Slot, 2);
   Press(&hodograph, "cmdEmpty2");
-  EXPECT_TRUE(program.Displays.Of<HodographState>().Compared.empty());
+  EXPECT_TRUE(compared.empty());
   EXPECT_TRUE(std::filesystem::exists(folder.Path() / "VEXAcalculations" / "HodoText.dat"));
-  EXPECT_TRUE(user.Kept().empty());
 }
 
 TEST_F(DisplayTest, ButtonsKeysAndTheTimerTurnTheTrajectory) {
@@ -251,18 +188,12 @@ TEST_F(DisplayTest, ButtonsKeysAndTheTimerTurnTheTrajectory) {
 
   auto* rotate = hodogram.findChild<QPushButton*>("cmdRotate");
   rotate->click();
-  EXPECT_EQ(rotate->text(), "STOP-Rotation");
-  const QElapsedTimer since = [] {
-    QElapsedTimer timer;
-    timer.start();
-    return timer;
-  }();
+  QElapsedTimer since;
+  since.start();
   while (program.Settings.Hodogram3D.Azimuth == start.Azimuth && since.elapsed() < 5000) {
     QApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
   }
   EXPECT_NE(program.Settings.Hodogram3D.Azimuth, start.Azimuth);
-  rotate->click();
-  EXPECT_EQ(rotate->text(), "rotate");
 }
 
 }  // namespace

@@ -72,14 +72,12 @@ TEST_F(ForecastDisplay, EachHourComesIntoWorkBesideTheOriginal) {
   EXPECT_EQ(program.Current.Record, third) << "the series is kept";
   commands::ShowForecastHour(program, 0);
   EXPECT_EQ(program.Current.Record, original);
-  EXPECT_EQ(program.Current.FileName, "here.RAW");
   EXPECT_TRUE(program.Others.empty());
   commands::StepForecast(program);
   EXPECT_EQ(View().Shown, 4u) << "the next press goes on at the end";
   commands::RestartForecast(program);
   EXPECT_TRUE(View().Series.Steps().empty());
   EXPECT_TRUE(View().IsSearched);
-  EXPECT_FALSE(IsSaved("here_Forecast.CSV"));
 
   OpenSoundings(program, {program.Where.Data / "west.RAW"});
   FollowForecast(program);
@@ -159,8 +157,6 @@ TEST_F(ForecastDisplay, TheOriginalStandsBackBehindItsForecast) {
     EXPECT_NEAR(faint.Green, (plain.Green + paper) / 2, 1);
     EXPECT_NEAR(faint.Blue, (plain.Blue + paper) / 2, 1);
   }
-  commands::ShowForecastHour(program, 0);
-  EXPECT_TRUE(program.Others.empty());
 }
 
 TEST_F(ForecastDisplay, TellsTheEndAndKeepsWhatIsThere) {
