@@ -138,11 +138,8 @@ TEST(EffectiveLayer, LiesAboveColdGround) {
 // The mirrored weather: what turns changes its sign, all else stays.
 TEST(EffectiveLayer, SouthernHemisphereMirrors) {
   const SoundingRecord north = test::ReferenceConvective();
-  SoundingRecord south = north;
-  SetDecimalPosition(south, -35.2, -97.4);
-  test::ChangeWinds(south, [](WindLevel& wind) { wind.Dir = Wrap360(180 - wind.Dir); });
   const AnalysisResults expected = Analyse(north, {});
-  const AnalysisResults found = Analyse(south, {});
+  const AnalysisResults found = Analyse(test::Mirrored(north), {});
   for (const char* label :
        {"s-rH 500m", "s-rH Eff", "STP fixed", "STP cin", "SCP eff", "Streamw500", "Streamw3km"}) {
     SCOPED_TRACE(label);

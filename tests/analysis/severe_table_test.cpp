@@ -149,9 +149,7 @@ TEST(SevereTable, KeepsTheUnitsOfItsEntries) {
 // sign and say which way they turn.
 TEST(SevereTable, WarnsOfCyclonicTurningOnBothHemispheres) {
   const SoundingRecord north = test::ReferenceConvective();
-  SoundingRecord south = north;
-  SetDecimalPosition(south, -35.2, -97.4);
-  test::ChangeWinds(south, [](WindLevel& wind) { wind.Dir = Wrap360(180 - wind.Dir); });
+  const SoundingRecord south = test::Mirrored(north);
   const auto expected = FillSevereTable(DefaultSevereTable(), Analyse(north, {}));
   const AnalysisResults results = Analyse(south, {});
   const auto found = FillSevereTable(DefaultSevereTable(), results);
@@ -175,8 +173,7 @@ TEST(SevereTable, WarnsOfCyclonicTurningOnBothHemispheres) {
   // The anticyclonic mover does not warn.
   Options options;
   options.Mover = StormMover::Right;
-  SoundingRecord backing = south;
-  const auto other = FillSevereTable(DefaultSevereTable(), Analyse(backing, options));
+  const auto other = FillSevereTable(DefaultSevereTable(), Analyse(south, options));
   EXPECT_LT(ValueOf(other, "srH - storm-relative Helicity (0-3 km)").Step, 1);
 }
 

@@ -154,7 +154,8 @@ TEST(DiagramPage, OneSizeIsOnePictureOnEverySurface) {
   };
   const std::string window = svg(WindowSurface(800, 600));
   for (const Surface& on :
-       {ImageSurface(800, 600), ImageSurface(2500, 1875, 300), PaperSurface(600, 450)}) {
+       {ImageSurface(800, 600), ImageSurface(2500, 1875, 300), PaperSurface(600, 450),
+        WindowSurface(1600, 1200, 2), PaperSurfaceMm(600 / 72.0 * 25.4, 450 / 72.0 * 25.4)}) {
     EXPECT_TRUE(svg(on) == window);
   }
 }

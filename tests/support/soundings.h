@@ -45,6 +45,9 @@ SoundingRecord WithEmptyWinds(const SoundingRecord& sounding);
 SoundingRecord WithoutWinds(SoundingRecord sounding);
 SoundingRecord EndingAt(SoundingRecord sounding, double press);
 
+/// The same weather on the other hemisphere, south and north exchanged.
+SoundingRecord Mirrored(SoundingRecord sounding);
+
 /// Changes the wind of every level as an edit would.
 void ChangeWinds(SoundingRecord& sounding, const std::function<void(WindLevel&)>& change);
 
