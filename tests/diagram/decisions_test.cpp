@@ -80,24 +80,9 @@ TEST(DiagramLimits, TemperatureAxisHoldsTheSounding) {
   EXPECT_EQ(ChooseTempRange(dry, narrow, {}, kPlotArea).Max, 40);
 }
 
-struct Spread {
-  Drawn Diagram = OnEmagram();
-  Usual What{};
-  SoundingPlot operator()() {
-    Diagram.Results = analysis::Analyse(Diagram.Sounding, Diagram.Set);
-    return *PlotSounding({.Sounding = Diagram.Sounding,
-                          .Results = Diagram.Results,
-                          .Set = Diagram.Set,
-                          .On = kPage,
-                          .Spread = &What});
-  }
-};
-
 std::vector<std::vector<Point>> Areas(const Picture& page, std::string_view tag) {
   std::vector<std::vector<Point>> rings;
-  for (const Item* item : Tagged(page, tag)) {
-    if (const auto* area = std::get_if<Area>(&item->Shape)) rings.push_back(area->Rings.front());
-  }
+  for (const Area& area : Tagged<Area>(page, tag)) rings.push_back(area.Rings.front());
   return rings;
 }
 
@@ -111,18 +96,20 @@ Rect BoundsOf(const std::vector<Point>& points) {
 }
 
 TEST(UsualBands, ReachFromTheLowToTheHighValueOfEachLevel) {
-  Spread spread;
-  spread.What.Levels = {{1000, UsualBand{10, 15, 22}, UsualBand{1, 3, 5}, {}},
-                        {700, UsualBand{-4, 3, 8}, {}, {}},
-                        {600, UsualBand{-9, -6, 0}, UsualBand{-20, -15, -11}, {}},
-                        {500, {}, {}, {}},
-                        {400, UsualBand{-35, -30, -25}, UsualBand{-39, -38, -36}, {}},
-                        {300, UsualBand{-38, -36, -34}, UsualBand{-39, -38, -37}, {}},
-                        {200, {}, {}, {}},
-                        {90, UsualBand{10, 20, 30}, {}, {}}};
-  EXPECT_TRUE(Areas(spread().Page, "usual temperature").empty());
-  spread.Diagram.Set.UsualTemps = true;
-  const SoundingPlot plot = spread();
+  Usual usual;
+  usual.Levels = {{1000, UsualBand{10, 15, 22}, UsualBand{1, 3, 5}, {}},
+                  {700, UsualBand{-4, 3, 8}, {}, {}},
+                  {600, UsualBand{-9, -6, 0}, UsualBand{-20, -15, -11}, {}},
+                  {500, {}, {}, {}},
+                  {400, UsualBand{-35, -30, -25}, UsualBand{-39, -38, -36}, {}},
+                  {300, UsualBand{-38, -36, -34}, UsualBand{-39, -38, -37}, {}},
+                  {200, {}, {}, {}},
+                  {90, UsualBand{10, 20, 30}, {}, {}}};
+  Drawn drawn = OnEmagram();
+  drawn.Spread = &usual;
+  EXPECT_TRUE(Areas(drawn().Page, "usual temperature").empty());
+  drawn.Set.UsualTemps = true;
+  const SoundingPlot plot = drawn();
   const DiagramMapping& at = plot.Mapping;
   // A level without a value parts the band; a dew point alone between two such makes none.
   const auto temps = Areas(plot.Page, "usual temperature");
@@ -146,16 +133,17 @@ TEST(UsualBands, ReachFromTheLowToTheHighValueOfEachLevel) {
 // The scale ends at the next 50 kt above the band and the sounding's own speed.
 TEST(UsualBands, WindsStandOnAScaleOfTheirOwn) {
   const auto drawn = [](double high, double own) {
-    Spread spread;
-    spread.Diagram = OnEmagram(
+    Drawn diagram = OnEmagram(
         Profile({{1000, 20, 10}, {850, 12, 5}, {500, -12, -30}, {250, -48, -60}, {100, -60, -80}},
                 {{100, 180, 10}, {5000, 270, own}, {5500, 999.9, 999.9}, {30000, 270, 300}}));
-    spread.Diagram.Set.UsualWinds = true;
-    spread.What.Levels = {{900, {}, {}, UsualBand{0, 25, high}},
-                          {700, {}, {}, UsualBand{0, 25, high}},
-                          {200, {}, {}, {}},
-                          {90, {}, {}, UsualBand{0, 200, 400}}};
-    return spread();
+    diagram.Set.UsualWinds = true;
+    Usual usual;
+    diagram.Spread = &usual;
+    usual.Levels = {{900, {}, {}, UsualBand{0, 25, high}},
+                    {700, {}, {}, UsualBand{0, 25, high}},
+                    {200, {}, {}, {}},
+                    {90, {}, {}, UsualBand{0, 200, 400}}};
+    return diagram();
   };
   EXPECT_EQ(Texts(drawn(40, 30).Page, "wind scale"), LabelTexts{"0-50 kts"});
   EXPECT_EQ(Texts(drawn(50, 50).Page, "wind scale"), LabelTexts{"0-50 kts"});
@@ -188,13 +176,10 @@ const LayoutRow* LayoutWithAdvection() {
 
 SoundingPlot WithAdvection(std::vector<AdvectionBar> bars) {
   Drawn drawn = OnEmagram();
-  drawn.Results = analysis::Analyse(drawn.Sounding, drawn.Set);
-  return *PlotSounding({.Sounding = drawn.Sounding,
-                        .Results = drawn.Results,
-                        .Set = drawn.Set,
-                        .On = WindowSurface(1920, 1080),
-                        .Advection = std::move(bars),
-                        .Layout = LayoutWithAdvection()});
+  drawn.On = WindowSurface(1920, 1080);
+  drawn.Bars = std::move(bars);
+  drawn.Layout = LayoutWithAdvection();
+  return drawn();
 }
 
 // To the right where it warms, on a whole number of degrees an hour that holds every bar.
@@ -338,20 +323,14 @@ TEST(PageLimits, PositionsHaveTheirHemisphereAndHeight) {
 // Heights beside the pressures want a diagram 500 pixels wide.
 TEST(PageLimits, HeightsBesideThePressuresWantRoom) {
   Drawn drawn(PlainSounding());
-  drawn.Results = analysis::Analyse(drawn.Sounding, drawn.Set);
-  const auto hasHeights = [&](double width) {
-    const SoundingPlot plot = *PlotSounding({.Sounding = drawn.Sounding,
-                                             .Results = drawn.Results,
-                                             .Set = drawn.Set,
-                                             .On = WindowSurface(width, 900),
-                                             .Lines = drawn.Extra});
-    const double region = plot.Layout.Find("diagram")->Width();
-    const bool has = !Texts(plot.Page, "pressure height label").empty();
-    EXPECT_EQ(has, region >= 500 * kUnitsPerPixel) << width;
-    return has;
-  };
   int with = 0, without = 0;
-  for (double width = 400; width <= 900; width += 20) (hasHeights(width) ? with : without) += 1;
+  for (double width = 400; width <= 900; width += 20) {
+    drawn.On = WindowSurface(width, 900);
+    const SoundingPlot plot = drawn();
+    const bool has = !Texts(plot.Page, "pressure height label").empty();
+    EXPECT_EQ(has, plot.Layout.Find("diagram")->Width() >= 500 * kUnitsPerPixel) << width;
+    ++(has ? with : without);
+  }
   EXPECT_GT(with, 2);
   EXPECT_GT(without, 2);
   drawn.Extra.PressHeights = false;
@@ -456,9 +435,8 @@ TEST(CursorMarks, LockOnLevelsThatAreShown) {
   using Rings = std::vector<Point>;
   const auto rings = [&](int level) {
     Rings found;
-    const Picture page = marks(level);
-    for (const Item* item : Tagged(page, "locked cursor")) {
-      if (const auto* ring = std::get_if<Circle>(&item->Shape)) found.push_back(ring->Center);
+    for (const Circle& ring : Tagged<Circle>(marks(level), "locked cursor")) {
+      found.push_back(ring.Center);
     }
     return found;
   };
@@ -474,8 +452,7 @@ TEST(CursorMarks, LockOnLevelsThatAreShown) {
   EXPECT_TRUE(CursorMarks(Picture(9200, 8840, {}), low, sounding, above, {}, {}).Items().empty());
   // Written over its isobar, under it where the frame ends.
   const auto textY = [&](int level) {
-    const Picture page = marks(level);
-    return std::get<Label>(Tagged(page, "locked cursor text").front()->Shape).At.Y;
+    return Tagged<Label>(marks(level), "locked cursor text").at(0).At.Y;
   };
   EXPECT_LT(textY(3), at.ToPoint(0, 850).Y);
   EXPECT_GT(textY(5), at.ToPoint(0, 110).Y);

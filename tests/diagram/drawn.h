@@ -15,13 +15,8 @@
 namespace vexa::diagram {
 
 using test::Tagged;
+using test::Texts;
 using LabelTexts = std::vector<std::string>;
-
-inline std::vector<std::string> Texts(const Picture& page, std::string_view tag) {
-  std::vector<std::string> texts;
-  for (const Item* item : Tagged(page, tag)) texts.push_back(std::get<Label>(item->Shape).Text);
-  return texts;
-}
 
 inline std::string FirstText(const Picture& page, std::string_view tag) {
   const LabelTexts texts = Texts(page, tag);
@@ -40,9 +35,7 @@ inline LabelTexts SpotsOf(const SoundingPlot& plot, std::string_view tag) {
 /// The lines of a tag, each with its points.
 inline std::vector<std::vector<Point>> Lines(const Picture& page, std::string_view tag) {
   std::vector<std::vector<Point>> lines;
-  for (const Item* item : Tagged(page, tag)) {
-    if (const auto* line = std::get_if<Polyline>(&item->Shape)) lines.push_back(line->Points);
-  }
+  for (const Polyline& line : Tagged<Polyline>(page, tag)) lines.push_back(line.Points);
   return lines;
 }
 
@@ -56,21 +49,30 @@ struct Drawn {
     return *PlotSounding({.Sounding = Sounding,
                           .Results = Results,
                           .Set = Set,
-                          .On = kPage,
+                          .On = On,
                           .Mode = Mode,
                           .Others = Others,
+                          .Fronts = Fronts,
+                          .Advection = Bars,
                           .Layers = Layers,
                           .Layout = Layout,
+                          .Configuration = Configuration,
                           .LoopHoldTime = HoldTime,
                           .Reference = Reference,
+                          .Spread = Spread,
                           .Lines = Extra,
                           .Zoom = Zoom});
   }
   SoundingRecord Sounding;
   Options Set{};
+  Surface On = kPage;
   MultiMode Mode = MultiMode::Single;
   std::vector<OverlaySounding> Others{};
+  std::vector<FrontMark> Fronts{};
   std::vector<LayerMark> Layers{};
+  std::string Configuration{};
+  std::vector<AdvectionBar> Bars{};
+  const Usual* Spread = nullptr;
   std::optional<double> HoldTime{};
   const SoundingRecord* Reference = nullptr;
   ExtraLines Extra{};

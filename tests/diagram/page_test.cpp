@@ -105,19 +105,16 @@ TEST(DiagramPage, MixingRatioNumbersKeepOffTheTraces) {
   for (const LayoutRow& layout : PageLayouts()) {
     for (const Size& size : kSizes) {
       const SoundingPlot plot = Draw(low, layout, WindowSurface(size.WidthPx, size.HeightPx));
-      std::size_t numbers = 0;
-      for (const Item* number : test::Tagged(plot.Page, "mixing ratio label")) {
-        const auto& label = std::get<Label>(number->Shape);
+      const auto numbers = test::Tagged<Label>(plot.Page, "mixing ratio label");
+      for (const Label& label : numbers) {
         for (const char* trace : {"temperature", "dew point", "parcel"}) {
-          for (const Item* item : test::Tagged(plot.Page, trace)) {
-            const auto& line = std::get<Polyline>(item->Shape).Points;
-            EXPECT_TRUE(ClipPolyline(line, test::PlaceOf(label)).empty())
+          for (const Polyline& line : test::Tagged<Polyline>(plot.Page, trace)) {
+            EXPECT_TRUE(ClipPolyline(line.Points, test::PlaceOf(label)).empty())
                 << trace << " through " << label.Text << ", " << layout.Name << size.WidthPx;
           }
         }
-        ++numbers;
       }
-      EXPECT_GE(numbers, 3u) << layout.Name << size.WidthPx;
+      EXPECT_GE(numbers.size(), 3u) << layout.Name << size.WidthPx;
     }
   }
 }
@@ -136,8 +133,7 @@ TEST(DiagramPage, MarksBesideTheFrameAreWholeOrShort) {
   for (const LayoutRow& layout : PageLayouts()) {
     for (const Size& size : kSizes) {
       const SoundingPlot plot = Draw(deep, layout, WindowSurface(size.WidthPx, size.HeightPx));
-      for (const Item* item : test::Tagged(plot.Page, "parcel level label")) {
-        const std::string& text = std::get<Label>(item->Shape).Text;
+      for (const std::string& text : test::Texts(plot.Page, "parcel level label")) {
         sawHighest |= text.starts_with("MPL");
         EXPECT_TRUE(text.ends_with(" m") || text.size() == 2 || text.size() == 3) << text;
       }
@@ -211,14 +207,13 @@ TEST(DiagramPage, LabelsAndValuesOfTheAnalysisBoxStandApartAndAligned) {
   const PageCase c{"convective", test::ReferenceConvective()};
   for (const double width : {900.0, 1280.0, 2400.0}) {
     const SoundingPlot plot = Draw(c, PageLayouts().front(), WindowSurface(width, 800));
-    const auto labels = test::Tagged(plot.Page, "index label");
-    const auto values = test::Tagged(plot.Page, "index value");
+    const auto labels = test::Tagged<Label>(plot.Page, "index label");
+    const auto values = test::Tagged<Label>(plot.Page, "index value");
     ASSERT_EQ(labels.size(), values.size());
     ASSERT_FALSE(labels.empty());
     std::map<double, std::set<int>> points;  // of each column, by tenths of a pixel
     for (std::size_t i = 0; i < labels.size(); ++i) {
-      const auto& label = std::get<Label>(labels[i]->Shape);
-      const auto& value = std::get<Label>(values[i]->Shape);
+      const Label &label = labels[i], &value = values[i];
       EXPECT_GE(test::PlaceOf(value).Left - test::PlaceOf(label).Right, 5 * kUnitsPerPixel)
           << label.Text << value.Text;
       const std::size_t point = value.Text.find('.');

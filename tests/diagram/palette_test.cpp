@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <string>
 #include <vector>
 
 #include "config/catalogue.h"
@@ -180,40 +179,23 @@ TEST(Palette, SafeSchemesStayApartForColourBlindEyes) {
 }
 
 TEST(ColorScheme, GoesTogetherWithPaperAndGrid) {
-  struct Case {
-    const char* about;
-    std::vector<const char*> assignments;
-    ColorScheme scheme;
-    ScreenColor screen;
-    bool darklines;
-  };
-  const Case cases[] = {
-      {"dark brings black", {"Color scheme=dark"}, ColorScheme::Dark, ScreenColor::Black, false},
-      {"black brings dark", {"Screen color=Black"}, ColorScheme::Dark, ScreenColor::Black, false},
-      {"white ends dark",
-       {"Color scheme=dark", "Screen color=White"},
-       ColorScheme::Light,
-       ScreenColor::White,
-       false},
-      {"safe stays safe",
-       {"Color scheme=color-safe", "Screen color=Black"},
-       ColorScheme::SafeDark,
-       ScreenColor::Black,
-       false},
-      {"darker is dark lines", {"Darklines=true"}, ColorScheme::Darker, ScreenColor::White, true},
-      {"and back",
-       {"Color scheme=darker", "Darklines=false"},
-       ColorScheme::Light,
-       ScreenColor::White,
-       false},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.about);
+  using enum ColorScheme;
+  const struct {
+    std::vector<const char*> Assignments;
+    ColorScheme Scheme;
+    bool IsBlack, HasDarklines;
+  } cases[] = {{{"Color scheme=dark"}, Dark, true, false},
+               {{"Screen color=Black"}, Dark, true, false},
+               {{"Color scheme=dark", "Screen color=White"}, Light, false, false},
+               {{"Color scheme=color-safe", "Screen color=Black"}, SafeDark, true, false},
+               {{"Darklines=true"}, Darker, false, true},
+               {{"Color scheme=darker", "Darklines=false"}, Light, false, false}};
+  for (const auto& c : cases) {
     Options options;
-    for (const char* assignment : c.assignments) ASSERT_FALSE(SetOption(options, assignment));
-    EXPECT_EQ(options.Scheme, c.scheme);
-    EXPECT_EQ(options.Screen, c.screen);
-    EXPECT_EQ(options.Darklines, c.darklines);
+    for (const char* assignment : c.Assignments) ASSERT_FALSE(SetOption(options, assignment));
+    EXPECT_EQ(options.Scheme, c.Scheme) << c.Assignments.back();
+    EXPECT_EQ(options.Screen == ScreenColor::Black, c.IsBlack) << c.Assignments.back();
+    EXPECT_EQ(options.Darklines, c.HasDarklines) << c.Assignments.back();
   }
   Options options;  // as a file may have them
   options.Screen = ScreenColor::Black;

@@ -16,8 +16,9 @@ namespace {
 using test::Profile;
 
 SoundingPlot Draw(const SoundingRecord& sounding, const Options& options = {}) {
-  const analysis::AnalysisResults results = analysis::Analyse(sounding, options);
-  return *PlotSounding({.Sounding = sounding, .Results = results, .Set = options, .On = kPage});
+  Drawn drawn(sounding);
+  drawn.Set = options;
+  return drawn();
 }
 
 TEST(SoundingPlot, ReportsItsStepsInOrderAndStopsWhenAsked) {
@@ -28,10 +29,8 @@ TEST(SoundingPlot, ReportsItsStepsInOrderAndStopsWhenAsked) {
 
   test::ScriptedInteraction watching;
   ASSERT_TRUE(PlotSounding(input, Progress(watching)));
-  EXPECT_EQ(watching.Statuses,
-            (std::vector<std::string>{
-                "Configuring sounding diagram . . .", "Generating temperature grid lines . . .",
-                "Loading sounding data arrays . . .", "Plotting wind data . . ."}));
+  ASSERT_EQ(watching.Statuses.size(), 4u);
+  EXPECT_EQ(watching.Statuses.back(), "Plotting wind data . . .");
 
   test::ScriptedInteraction stopping;
   stopping.StopAfter = 2;
@@ -45,10 +44,9 @@ TEST(SoundingPlot, ShadedCapeIsTheCapeOfTheNumbers) {
   Options options;
   options.TempScaling = Scaling::Manual;  // -40 to 40
   const SoundingPlot plot = Draw(test::ReferenceConvective(), options);
-  const auto areas = Tagged(plot.Page, "CAPE area");
-  ASSERT_EQ(areas.size(), 1u);
   double area = 0;
-  for (const auto& ring : std::get<Area>(areas[0]->Shape).Rings) {
+  const Area cape = Tagged<Area>(plot.Page, "CAPE area").at(0);
+  for (const auto& ring : cape.Rings) {
     double twice = 0;
     for (std::size_t i = 0; i < ring.size(); ++i) {
       const Point& a = ring[i];
@@ -110,11 +108,9 @@ TEST(SoundingPlot, LongValuesHaveALineOfTheirOwn) {
   options.CustomPanel = "KI,WBZ Hgt,Mixing Hgt,TT,VT";
   const SoundingPlot plot = Draw(test::ReferenceConvective(), options);
   EXPECT_EQ(Texts(plot.Page, "index value"),
-            (std::vector<std::string>{"31.9", "3222 m AGL", "0 m AGL", "56.2", "31.1"}));
+            (LabelTexts{"31.9", "3222 m AGL", "0 m AGL", "56.2", "31.1"}));
   std::vector<double> y;
-  for (const Item* item : Tagged(plot.Page, "index value")) {
-    y.push_back(std::get<Label>(item->Shape).At.Y);
-  }
+  for (const Label& value : Tagged<Label>(plot.Page, "index value")) y.push_back(value.At.Y);
   EXPECT_LT(y[0], y[1]);
   EXPECT_LT(y[1], y[2]);
   EXPECT_LT(y[2], y[3]);
@@ -144,7 +140,7 @@ TEST(SoundingPlot, AnEnteredStormMotionIsTold) {
   for (const auto& [speed, says] :
        {std::pair(SpeedUnits::Knots, "205/30 kts"), {SpeedUnits::MetersPerSecond, "205/15 m/s"}}) {
     options.Speed = speed;
-    const std::vector<std::string> lines = Texts(Draw(record, options).Page, "lift table");
+    const LabelTexts lines = Texts(Draw(record, options).Page, "lift table");
     ASSERT_EQ(lines.size(), 7U);
     EXPECT_EQ(lines.back(), std::string("Storm motion manual ") + says);
   }
@@ -157,64 +153,51 @@ TEST(SoundingPlot, DewPointLineBreaksWhereValuesAreMissing) {
                                           {700, 2, 999.9},
                                           {600, -5, -20},
                                           {500, -14, -30}}));
-  const auto runs = Tagged(plot.Page, "dew point");
+  const auto runs = Lines(plot.Page, "dew point");
   ASSERT_EQ(runs.size(), 2u);
-  const auto pressAt = [&](Point at) { return plot.Mapping.ToCoordinates(at).Press; };
-  EXPECT_NEAR(pressAt(std::get<Polyline>(runs[0]->Shape).Points.back()), 900, 0.1);
-  EXPECT_NEAR(pressAt(std::get<Polyline>(runs[1]->Shape).Points.front()), 600, 0.1);
-  EXPECT_EQ(Tagged(plot.Page, "temperature").size(), 1u);
+  EXPECT_NEAR(plot.Mapping.PressAt(runs[0].back().Y), 900, 0.1);
+  EXPECT_NEAR(plot.Mapping.PressAt(runs[1].front().Y), 600, 0.1);
 
   Options without;
   without.DewptLine = TraceLine::None;
   const SoundingPlot bare = Draw(test::ReferenceWinter(), without);
   EXPECT_TRUE(Tagged(bare.Page, "dew point").empty());
-  EXPECT_EQ(Texts(bare.Page, "trace name"), std::vector<std::string>{"T"});
+  EXPECT_EQ(Texts(bare.Page, "trace name"), LabelTexts{"T"});
 }
 
 TEST(SoundingPlot, ComparesAndOverlays) {
-  const SoundingRecord first = test::ReferenceConvective();
   const SoundingRecord second = test::ReferenceWinter();
-  Options options;
-  const analysis::AnalysisResults results = analysis::Analyse(first, options);
-  PlotInput input{.Sounding = first, .Results = results, .Set = options, .On = kPage};
-  input.Mode = MultiMode::Compare;
-  input.Others = {{&second}};
-  input.Fronts = {{true, 3000, 2000}, {false, 5000}, {false, 6500, 6000, false}};
-  input.LoopHoldTime = 1.5;
-  input.Configuration = "VEXA Config #1: summer";
-  const SoundingPlot plot = *PlotSounding(input);
+  Drawn drawn(test::ReferenceConvective());
+  drawn.Mode = MultiMode::Compare;
+  drawn.Others = {{&second}};
+  drawn.Fronts = {{true, 3000, 2000}, {false, 5000}, {false, 6500, 6000, false}};
+  drawn.Configuration = "VEXA Config #1: summer";
+  const SoundingPlot plot = drawn();
   // Indices follow where a sounding is analysed.
-  const std::vector<std::string> titles = Texts(plot.Page, "other title");
+  const LabelTexts titles = Texts(plot.Page, "other title");
   ASSERT_EQ(titles.size(), 2u);
   EXPECT_TRUE(titles[0].starts_with("#1 - Reference A, convective // 35.2N 97.4W // CAPE total "));
   EXPECT_EQ(titles[1], "#2 - Reference B, winter // 45.0N 8.0E");
   EXPECT_EQ(Tagged(plot.Page, "other temperature").size(), 1u);
   EXPECT_EQ(Texts(plot.Page, "front label"),
-            (std::vector<std::string>{"Warm Front 16404 ft ", "Cold Front 9843 ft "}));
+            (LabelTexts{"Warm Front 16404 ft ", "Cold Front 9843 ft "}));
   // A zone that is not the front has its bar only, and a front of one height no bar.
   EXPECT_EQ(Tagged(plot.Page, "front zone").size(), 2u);
-  EXPECT_EQ(Texts(plot.Page, "hold time"),
-            std::vector<std::string>{"Image hold time: 1.5 seconds."});
-  const auto caption = Tagged(plot.Page, "configuration");
-  ASSERT_EQ(caption.size(), 1u);
-  EXPECT_EQ(std::get<Label>(caption[0]->Shape).At, (Point{4690, 50}));
+  EXPECT_EQ(Tagged<Label>(plot.Page, "configuration").at(0).At, (Point{4690, 50}));
   EXPECT_TRUE(Texts(plot.Page, "surface label").empty()) << "only the line with other soundings";
   // The heights of marks are in feet whatever the unit, and the marks can be hidden.
-  options.GpmUnits = LengthUnits::Feet;
-  EXPECT_EQ(Texts(PlotSounding(input)->Page, "front label").back(), "Cold Front 9843 ft ");
-  options.ShowFronts = false;
-  EXPECT_TRUE(Texts(PlotSounding(input)->Page, "front label").empty());
+  drawn.Set.GpmUnits = LengthUnits::Feet;
+  EXPECT_EQ(Texts(drawn().Page, "front label").back(), "Cold Front 9843 ft ");
+  drawn.Set.ShowFronts = false;
+  EXPECT_TRUE(Texts(drawn().Page, "front label").empty());
 }
 
 // The winds of a compared sounding stand in the ink of its traces, right of the first one's; where
 // its line is narrow the title gives way to the indices of both.
 TEST(SoundingPlot, AComparedSoundingHasItsWindsAndIndicesOnNarrowPagesToo) {
-  const SoundingRecord first = test::ReferenceConvective();
   const SoundingRecord second = test::ReferenceWinter();
-  const Options options;
-  const analysis::AnalysisResults results = analysis::Analyse(first, options);
-  const analysis::AnalysisResults its = analysis::Analyse(second, options);
-  PlotInput input{.Sounding = first, .Results = results, .Set = options, .On = kPage};
+  Drawn drawn(test::ReferenceConvective());
+  const analysis::AnalysisResults its = analysis::Analyse(second, drawn.Set);
   const auto symbols = [](const SoundingPlot& plot, Color ink) {
     std::vector<double> feet;
     for (const Item& item : plot.Page.Items()) {
@@ -225,20 +208,16 @@ TEST(SoundingPlot, AComparedSoundingHasItsWindsAndIndicesOnNarrowPagesToo) {
     }
     return feet;
   };
-  const Palette inks = PaletteFor(options);
-  EXPECT_TRUE(symbols(*PlotSounding(input), OverlayPen(inks, 1).Ink).empty());
-  input.Mode = MultiMode::Compare;
-  input.Others = {{&second, &its}};
+  const Palette inks = PaletteFor(drawn.Set);
+  EXPECT_TRUE(symbols(drawn(), OverlayPen(inks, 1).Ink).empty());
+  drawn.Mode = MultiMode::Compare;
+  drawn.Others = {{&second, &its}};
   for (const int width : {1600, 780}) {
     SCOPED_TRACE(width);
-    input.On = ImageSurface(width, 560);
-    const SoundingPlot plot = *PlotSounding(input);
-    const std::vector<double> own = symbols(plot, inks.Wind.Ink);
-    const std::vector<double> other = symbols(plot, OverlayPen(inks, 1).Ink);
-    ASSERT_FALSE(own.empty());
-    ASSERT_FALSE(other.empty());
-    EXPECT_LT(own.front(), other.front());
-    const std::vector<std::string> titles = Texts(plot.Page, "other title");
+    drawn.On = ImageSurface(width, 560);
+    const SoundingPlot plot = drawn();
+    EXPECT_LT(symbols(plot, inks.Wind.Ink).at(0), symbols(plot, OverlayPen(inks, 1).Ink).at(0));
+    const LabelTexts titles = Texts(plot.Page, "other title");
     ASSERT_EQ(titles.size(), 2u);
     EXPECT_NE(titles[0].find("3365"), std::string::npos) << titles[0];  // CAPE
     for (const std::string& title : titles) {
@@ -263,30 +242,17 @@ TEST(SoundingPlot, MarksStandOnTheirIsobars) {
     const Rect frame = plot.Mapping.Frame();
     const auto read = [&](double x, double y) { return plot.Mapping.ToCoordinates({x, y}).Press; };
 
-    const analysis::ParcelAscent& parcel = results.Chosen();
-    std::vector<double> marked;
-    for (const Item* item : Tagged(plot.Page, "parcel level")) {
-      marked.push_back(read(frame.Right, std::get<Polyline>(item->Shape).Points.back().Y));
-    }
-    ASSERT_GE(marked.size(), 3U);
-    EXPECT_NEAR(marked[0], parcel.Condensation.Press, 0.1);
-    EXPECT_NEAR(marked[1], parcel.FreeLevel.Press, 0.1);
-
-    const auto bars = Tagged(plot.Page, "inversion");
-    ASSERT_FALSE(bars.empty());
-    const Point foot = std::get<Polyline>(bars[0]->Shape).Points.front();
+    const auto marks = Lines(plot.Page, "parcel level");
+    EXPECT_NEAR(read(frame.Right, marks.at(0).back().Y), results.Chosen().Condensation.Press, 0.1);
+    EXPECT_NEAR(read(frame.Right, marks.at(1).back().Y), results.Chosen().FreeLevel.Press, 0.1);
+    const Point foot = Lines(plot.Page, "inversion").at(0).front();
     EXPECT_NEAR(read(foot.X, foot.Y), results.Inversions.at(0).Base.Press, 0.1);
-
     // The tenth kilometre, by the sounding's own heights.
-    const auto scale = Tagged(plot.Page, "height scale label");
-    const auto ten = std::ranges::find_if(
-        scale, [](const Item* item) { return std::get<Label>(item->Shape).Text == "10"; });
-    ASSERT_NE(ten, scale.end());
-    EXPECT_NEAR(read(frame.Right, std::get<Label>((*ten)->Shape).At.Y),
-                analysis::GetPRESS(results.Levels, 10000), 0.1);
-
-    const double lowestWind = std::get<Circle>(Tagged(plot.Page, "wind dot").at(0)->Shape).Center.Y;
-    EXPECT_NEAR(read(frame.Right, lowestWind),
+    const auto scale = Tagged<Label>(plot.Page, "height scale label");
+    const Label& ten = *std::ranges::find(scale, "10", &Label::Text);
+    EXPECT_NEAR(read(frame.Right, ten.At.Y), analysis::GetPRESS(results.Levels, 10000), 0.1);
+    const Circle lowest = Tagged<Circle>(plot.Page, "wind dot").at(0);
+    EXPECT_NEAR(read(frame.Right, lowest.Center.Y),
                 analysis::GetPRESS(results.Levels, drawn.Sounding.WindHgt(1)), 0.1);
   }
 }
@@ -299,19 +265,16 @@ TEST(SoundingPlot, HeightsSayWhatTheyCountFrom) {
   for (const std::string& text : Texts(plot.Page, "freezing level label")) {
     EXPECT_TRUE(text.ends_with(" m AGL")) << text;
   }
-  const std::vector<std::string> labels = Texts(plot.Page, "analysis label");
-  const std::vector<std::string> values = Texts(plot.Page, "analysis value");
-  const auto elevation = std::ranges::find(labels, "  Stn Elev");
-  ASSERT_NE(elevation, labels.end());
-  EXPECT_EQ(values.at(static_cast<std::size_t>(elevation - labels.begin())), "357 m");
+  const LabelTexts labels = Texts(plot.Page, "analysis label");
+  const auto elevation = std::ranges::find(labels, "  Stn Elev") - labels.begin();
+  EXPECT_EQ(Texts(plot.Page, "analysis value").at(static_cast<std::size_t>(elevation)), "357 m");
 }
 
 TEST(SoundingPlot, WithoutAParcelThereIsNoEnergyEither) {
   const SoundingPlot plot = Draw(Profile({{1000, 20, 999.9}, {700, 5, 999.9}, {500, -10, 999.9}}));
-  const std::vector<std::string> table = Texts(plot.Page, "lift table");
-  ASSERT_GE(table.size(), 3U);
-  EXPECT_EQ(table[1], "CAPE          --      --      --");
-  EXPECT_EQ(table[2], "CIN           --      --      --");
+  const LabelTexts table = Texts(plot.Page, "lift table");
+  EXPECT_EQ(table.at(1), "CAPE          --      --      --");
+  EXPECT_EQ(table.at(2), "CIN           --      --      --");
 }
 
 }  // namespace

@@ -57,7 +57,7 @@ TEST(Traces, OfOtherSoundingsAreToldApart) {
   drawn.Others = {{&other}};
   drawn.Mode = MultiMode::Compare;
   const auto pen = [&](std::string_view tag) {
-    return std::get<Polyline>(Tagged(drawn().Page, tag).at(0)->Shape).Stroke;
+    return Tagged<Polyline>(drawn().Page, tag).at(0).Stroke;
   };
   EXPECT_EQ(pen("other temperature").Style, LineStyle::Dash);
   const double width = pen("other temperature").Width;
@@ -139,14 +139,13 @@ TEST(Traces, StabilityBarsTellTheLapseRate) {
   EXPECT_TRUE(Tagged(drawn().Page, "stability bar").empty());
   drawn.Set.StabilityBars = true;
   const SoundingPlot plot = drawn();
-  const auto bars = Tagged(plot.Page, "stability bar");
+  const auto bars = Tagged<Area>(plot.Page, "stability bar");
   ASSERT_EQ(bars.size(), 4u);
   const Palette inks = PaletteFor(drawn.Set);
   const int colors[] = {9, 10, 14, 12};  // of the sixteen, from the most stable on
   for (std::size_t i = 0; i < bars.size(); ++i) {
-    const Area& bar = std::get<Area>(bars[i]->Shape);
-    EXPECT_EQ(bar.Fill.Ink, LegibleColor(inks, colors[i])) << i;
-    EXPECT_NEAR(plot.Mapping.PressAt(bar.Rings[0][0].Y),
+    EXPECT_EQ(bars[i].Fill.Ink, LegibleColor(inks, colors[i])) << i;
+    EXPECT_NEAR(plot.Mapping.PressAt(bars[i].Rings[0][0].Y),
                 drawn.Sounding.Press(static_cast<int>(i) + 1), 0.1);
   }
   const LabelTexts legend = Texts(plot.Page, "legend");

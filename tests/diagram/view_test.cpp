@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <string>
 #include <vector>
 
 #include "diagram/cursor_marks.h"
@@ -22,10 +21,7 @@ constexpr DiagramType kTypes[] = {DiagramType::SkewT, DiagramType::Emagram, Diag
 
 std::vector<Point> PointsOf(const Picture& page, std::string_view tag) {
   std::vector<Point> points;
-  for (const Item* item : Tagged(page, tag)) {
-    const auto& line = std::get<Polyline>(item->Shape).Points;
-    points.insert(points.end(), line.begin(), line.end());
-  }
+  for (const auto& line : Lines(page, tag)) points.insert(points.end(), line.begin(), line.end());
   return points;
 }
 
@@ -124,9 +120,7 @@ TEST(OtherSoundings, TheAxesMakeRoomForThemUnlessSetByHand) {
   drawn.Mode = MultiMode::Single;
   EXPECT_EQ(drawn().Mapping.TempMin(), -40);
   drawn.Mode = MultiMode::Compare;
-  const SoundingPlot compared = drawn();
-  EXPECT_TRUE(
-      std::get<Label>(Tagged(compared.Page, "other title")[1]->Shape).Text.starts_with("#2 - "));
+  EXPECT_TRUE(Texts(drawn().Page, "other title").at(1).starts_with("#2 - "));
 }
 
 TEST(ExtraLines, StandWhereTheirNumbersAre) {
@@ -150,16 +144,12 @@ TEST(ExtraLines, StandWhereTheirNumbersAre) {
   }
   // Purple and green by the menu.
   const auto inkOf = [&](std::string_view tag) {
-    for (const Item* item : Tagged(plot.Page, tag)) {
-      if (const auto* line = std::get_if<Polyline>(&item->Shape)) return line->Stroke.Ink;
-    }
-    return Color{};
+    return Tagged<Polyline>(plot.Page, tag).at(0).Stroke.Ink;
   };
   EXPECT_EQ(inkOf("contrail"), LegibleColor(PaletteFor(drawn.Set), 2));
   EXPECT_EQ(inkOf("height correction"), LegibleColor(PaletteFor(drawn.Set), 5));
   // At 31 degrees thermals of this sounding reach 839.5 hPa, worked out apart.
   const auto thermal = PointsOf(plot.Page, "soaring");
-  ASSERT_FALSE(thermal.empty());
   EXPECT_NEAR(plot.Mapping.PressAt(thermal.back().Y), 839.5, 1.5);
   EXPECT_NEAR(plot.Mapping.PressAt(thermal.front().Y), 970, 1e-2);
 }
@@ -169,10 +159,9 @@ TEST(ExtraLines, HeightCorrectionIsTheHeightAboveTheStandardOne) {
   Drawn drawn(Profile({{1013.25, 15, 5}, {900, 8.5, 0}, {700, -5, -20}, {500, -21, -40}}, {}, 100));
   drawn.Extra.HeightCorrection = true;
   const SoundingPlot plot = drawn();
-  const auto line = PointsOf(plot.Page, "height correction");
-  const auto zero = PointsOf(plot.Page, "height correction zero");
-  ASSERT_TRUE(!line.empty() && !zero.empty());
-  EXPECT_NEAR(line.front().X - zero.front().X, 2 * 100, 1);
+  EXPECT_NEAR(PointsOf(plot.Page, "height correction").at(0).X -
+                  PointsOf(plot.Page, "height correction zero").at(0).X,
+              2 * 100, 1);
 }
 
 // Up to the top of the diagram no value stands on the line's name.
@@ -180,13 +169,10 @@ TEST(ExtraLines, HeightCorrectionsKeepOffTheirName) {
   Drawn drawn(Profile({{1000, 15, 5}, {700, 0, -5}, {300, -45, -50}, {100, -60, -70}}, {}, 100));
   drawn.Extra.HeightCorrection = true;
   const SoundingPlot plot = drawn();
-  const auto names = Tagged(plot.Page, "height correction label");
-  ASSERT_EQ(names.size(), 1u);
-  const auto& name = std::get<Label>(names.front()->Shape);
-  const auto values = Tagged(plot.Page, "height correction value");
+  const Label name = Tagged<Label>(plot.Page, "height correction label").at(0);
+  const auto values = Tagged<Label>(plot.Page, "height correction value");
   EXPECT_GE(values.size(), 4u);
-  for (const Item* item : values) {
-    const auto& value = std::get<Label>(item->Shape);
+  for (const Label& value : values) {
     EXPECT_GT(value.At.Y - name.At.Y, (value.Size + name.Size) / 2) << value.Text;
   }
 }

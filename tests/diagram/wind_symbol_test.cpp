@@ -18,8 +18,8 @@
 namespace vexa::diagram {
 namespace {
 
-int Count(const Picture& picture, std::string_view tag) {
-  return static_cast<int>(std::ranges::count(picture.Items(), tag, &Item::Tag));
+std::size_t Count(const Picture& picture, std::string_view tag) {
+  return Tagged(picture, tag).size();
 }
 
 Picture Symbol(analysis::Wind wind, const Options& options) {
@@ -61,8 +61,7 @@ TEST(WindSymbol, CountsToTheNearestHalfFeather) {
 TEST(WindSymbol, ShaftPointsIntoTheWindAndFeathersFollowTheHemisphere) {
   Options options;
   const auto tipOf = [](const Picture& picture, std::string_view tag) {
-    const auto item = std::ranges::find(picture.Items(), tag, &Item::Tag);
-    return std::get<Polyline>(item->Shape).Points.back();
+    return Lines(picture, tag).at(0).back();
   };
   const Picture west = Symbol({270, 10}, options);
   EXPECT_LT(tipOf(west, "wind shaft").X, 500);
@@ -79,13 +78,9 @@ TEST(WindSymbol, ShaftPointsIntoTheWindAndFeathersFollowTheHemisphere) {
 // pennant.
 TEST(WindSymbol, FeathersStandWhereTheyAreRead) {
   const auto feathers = [](double speed) {
-    std::vector<std::vector<Point>> lines;
     const Picture symbol = Symbol({270, speed}, Options{});
-    for (const Item& item : symbol.Items()) {
-      if (item.Tag == "wind feather") lines.push_back(std::get<Polyline>(item.Shape).Points);
-    }
-    const auto shaft = std::ranges::find(symbol.Items(), "wind shaft", &Item::Tag);
-    lines.insert(lines.begin(), std::get<Polyline>(shaft->Shape).Points);
+    auto lines = Lines(symbol, "wind feather");
+    lines.insert(lines.begin(), Lines(symbol, "wind shaft").at(0));
     return lines;
   };
   const auto length = [](const std::vector<Point>& line) {
@@ -129,20 +124,20 @@ TEST(WindColumn, FeathersFollowTheLatitudeOfTheSounding) {
 TEST(WindSymbol, CalmIsACircleAndSpeedsHaveTheirParts) {
   Options options;
   const Picture calm = Symbol({360, 0}, options);
-  EXPECT_EQ(Count(calm, "calm"), 1);
-  EXPECT_EQ(Count(calm, "wind shaft"), 0);
+  EXPECT_EQ(Count(calm, "calm"), 1u);
+  EXPECT_EQ(Count(calm, "wind shaft"), 0u);
 
   const Picture strong = Symbol({250, 77}, options);  // 75: a pennant, two feathers, a half
-  EXPECT_EQ(Count(strong, "wind pennant"), 1);
-  EXPECT_EQ(Count(strong, "wind feather"), 3);
-  EXPECT_EQ(Count(strong, "wind dot"), 1);
+  EXPECT_EQ(Count(strong, "wind pennant"), 1u);
+  EXPECT_EQ(Count(strong, "wind feather"), 3u);
+  EXPECT_EQ(Count(strong, "wind dot"), 1u);
 
   options.Winds = WindDisplay::Flags;
-  EXPECT_EQ(Count(Symbol({250, 77}, options), "wind pennant"), 4);
+  EXPECT_EQ(Count(Symbol({250, 77}, options), "wind pennant"), 4u);
   options.WindShafts = false;
   options.WindDots = false;
-  EXPECT_EQ(Count(Symbol({250, 77}, options), "wind shaft"), 0);
-  EXPECT_EQ(Count(Symbol({250, 77}, options), "wind dot"), 0);
+  EXPECT_EQ(Count(Symbol({250, 77}, options), "wind shaft"), 0u);
+  EXPECT_EQ(Count(Symbol({250, 77}, options), "wind dot"), 0u);
 }
 
 TEST(WindColumn, ThinsWindsOnlyWhereTheyCrowd) {
@@ -228,28 +223,20 @@ TEST(WindColumn, KeepsItsSymbolsOfEverySizeInside) {
     drawn.Set.WindPlotRatio = 1;
     drawn.Set.WindPlotsBox = true;
     const SoundingPlot plot = drawn();
-    double left = 0, right = 0, least = 1e9, most = 0;
-    const auto reach = [&](const std::vector<Point>& points) {
-      for (const Point& at : points) {
-        least = std::min(least, at.X);
-        most = std::max(most, at.X);
-      }
-    };
-    for (const Item& item : plot.Page.Items()) {
-      const auto* line = std::get_if<Polyline>(&item.Shape);
-      if (item.Tag == "wind box") {
-        left = line->Points[0].X;
-        right = line->Points[1].X;
-      } else if (item.Tag == "wind shaft" || item.Tag == "wind feather") {
-        reach(line->Points);
-      } else if (item.Tag == "wind pennant") {
-        reach(std::get<Area>(item.Shape).Rings.at(0));
-      }
-    }
+    const auto box = Lines(plot.Page, "wind box").at(0);
     // The strongest wind's symbol of the largest size is wider than the column: it stands amid it.
     const double room = size == WindSize::Huge ? 200 : 1;
-    EXPECT_GE(least, left - room) << static_cast<int>(size);
-    EXPECT_LE(most, right + room) << static_cast<int>(size);
+    auto drawnLines = Lines(plot.Page, "wind shaft");
+    for (const auto& line : Lines(plot.Page, "wind feather")) drawnLines.push_back(line);
+    for (const Area& area : Tagged<Area>(plot.Page, "wind pennant")) {
+      drawnLines.push_back(area.Rings.at(0));
+    }
+    for (const auto& line : drawnLines) {
+      for (const Point& at : line) {
+        EXPECT_GE(at.X, box[0].X - room) << static_cast<int>(size);
+        EXPECT_LE(at.X, box[1].X + room) << static_cast<int>(size);
+      }
+    }
   }
 }
 
