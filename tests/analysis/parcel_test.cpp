@@ -268,17 +268,6 @@ TEST(Parcel, IncrementsAddUpToTheTotals) {
   }
 }
 
-void ExpectSameAscent(const ParcelAscent& solved, const ParcelAscent& blended) {
-  ASSERT_EQ(solved.ParcelTemps.size(), blended.ParcelTemps.size());
-  for (std::size_t i = 0; i < solved.ParcelTemps.size(); ++i) {
-    // Virtual temperatures are rounded to 0.001 K, hence the hair.
-    ASSERT_NEAR(solved.ParcelTemps[i], blended.ParcelTemps[i], 1.0001e-3)
-        << solved.FirstPress - static_cast<int>(i) * solved.Step << " hPa";
-  }
-  EXPECT_NEAR(solved.CapeTotal, blended.CapeTotal, 0.5);
-  EXPECT_NEAR(solved.CinTotal, blended.CinTotal, 0.5);
-}
-
 // Fog under warmer air: a saturated parcel is as warm as its surroundings where it starts and
 // colder above, whatever the last digits of its temperature.
 TEST(Parcel, SaturatedGroundIsNoFreeLevel) {
@@ -293,37 +282,6 @@ TEST(Parcel, SaturatedGroundIsNoFreeLevel) {
     const ParcelAscent& parcel = results.Lifts[0].Forced;
     EXPECT_FALSE(parcel.FreeLevel.Exists()) << temp << " C: free at " << parcel.FreeLevel.Press;
     EXPECT_FALSE(parcel.Equilibrium.Exists()) << temp;
-  }
-}
-
-TEST(AdiabatTable, AgreesWithSolvingOnSoundingsOfAllClimates) {
-  std::mt19937 random(3141);
-  std::uniform_real_distribution<double> surfaceTemp(-45, 42);
-  std::uniform_real_distribution<double> lapse(4, 9.5);
-  std::uniform_real_distribution<double> depression(0, 12);
-  AdiabatTable table;
-  for (int n = 0; n < 60; ++n) {
-    SoundingRecord sounding;
-    const double surface = surfaceTemp(random);
-    const double perKm = lapse(random);
-    for (double press = 1013.4; press > 5; press *= 0.93) {
-      const double km = 7.3 * std::log(1013.4 / press);
-      const double temp = std::max(surface - perKm * km, -70.0);
-      sounding.AddTemp(press, temp, temp - depression(random));
-    }
-    for (const SaturationOver over : {SaturationOver::Water, SaturationOver::Ice}) {
-      Options options = With(n % 2 == 0 ? TempBase::Dry : TempBase::Virtual);
-      options.Saturation = over;
-      const AnalysisResults blended = Analyse(sounding, options, table);
-      const PressureGrid grid = MakePressureGrid(blended.Levels);
-      ParcelLifter solver(blended.Levels, grid, LiftSettingsOf(options, blended.CapeDepthTopPress));
-      for (const LiftAnalysis& lift : blended.Lifts) {
-        SCOPED_TRACE(testing::Message() << "surface " << surface << ", lapse " << perKm);
-        ParcelAscent solved;
-        solver.LiftForced(lift.Forced.Start, solved);
-        ExpectSameAscent(solved, lift.Forced);
-      }
-    }
   }
 }
 

@@ -1,67 +1,76 @@
-// Real soundings: the table of adiabats against the solved ascent on every one, and the levels and
-// energies that other programs printed for some of them.
+// The table of adiabats against the solved ascent, on soundings of all climates and on real ones,
+// and the levels and energies that other programs printed for some of these.
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <string>
-#include <utility>
+#include <cmath>
+#include <random>
 
 #include "analysis/adiabat_table.h"
-#include "analysis/analysis.h"
-#include "analysis/index_table.h"
-#include "analysis/moist_air.h"
 #include "analysis/parcel.h"
+#include "analysis/real_sounding.h"
 #include "config/options.h"
-#include "core/numbers.h"
-#include "sounding/analysed_sounding.h"
-#include "support/soundings.h"
 
 namespace vexa::analysis {
 namespace {
 
-bool Load(const std::filesystem::path& path, SoundingRecord& into) {
-  Loading loading = LoadSounding({.File = path}, {});
-  if (loading.Failed) return false;
-  into = std::move(loading.Sounding->Record);
-  return true;
+// Every parcel followed along the table of adiabats as by solving.
+void ExpectTableSolves(const SoundingRecord& sounding, const Options& options,
+                       AdiabatTable& table) {
+  const AnalysisResults blended = Analyse(sounding, options, table);
+  const PressureGrid grid = MakePressureGrid(blended.Levels);
+  ParcelLifter solver(blended.Levels, grid, LiftSettingsOf(options, blended.CapeDepthTopPress));
+  for (const LiftAnalysis& lift : blended.Lifts) {
+    ParcelAscent solved;
+    solver.LiftForced(lift.Forced.Start, solved);
+    ASSERT_EQ(solved.ParcelTemps.size(), lift.Forced.ParcelTemps.size());
+    for (std::size_t i = 0; i < solved.ParcelTemps.size(); ++i) {
+      // Virtual temperatures are rounded to 0.001 K, hence the hair.
+      ASSERT_NEAR(solved.ParcelTemps[i], lift.Forced.ParcelTemps[i], 1.0001e-3) << i;
+    }
+    EXPECT_NEAR(solved.CapeTotal, lift.Forced.CapeTotal, 0.5);
+    EXPECT_NEAR(solved.CinTotal, lift.Forced.CinTotal, 0.5);
+  }
+}
+
+TEST(AdiabatTable, AgreesWithSolvingOnSoundingsOfAllClimates) {
+  std::mt19937 random(3141);
+  std::uniform_real_distribution<double> surfaceTemp(-45, 42);
+  std::uniform_real_distribution<double> lapse(4, 9.5);
+  std::uniform_real_distribution<double> depression(0, 12);
+  AdiabatTable table;
+  for (int n = 0; n < 60; ++n) {
+    SoundingRecord sounding;
+    const double surface = surfaceTemp(random), perKm = lapse(random);
+    for (double press = 1013.4; press > 5; press *= 0.93) {
+      const double km = 7.3 * std::log(1013.4 / press);
+      const double temp = std::max(surface - perKm * km, -70.0);
+      sounding.AddTemp(press, temp, temp - depression(random));
+    }
+    SCOPED_TRACE(testing::Message() << "surface " << surface << ", lapse " << perKm);
+    for (const SaturationOver over : {SaturationOver::Water, SaturationOver::Ice}) {
+      Options options;
+      options.CapeTempBase = n % 2 == 0 ? TempBase::Dry : TempBase::Virtual;
+      options.Saturation = over;
+      ExpectTableSolves(sounding, options, table);
+    }
+  }
 }
 
 TEST(RealSoundings, TableAgreesWithSolving) {
   VEXA_REAL_DATA(wyoming, "wyoming");
   VEXA_REAL_DATA(spc, "spc");
   AdiabatTable table;
-  int soundings = 0;
-  for (const std::filesystem::path& folder : {wyoming, spc}) {
-    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
-      SoundingRecord sounding;
-      if (!Load(entry.path(), sounding)) continue;
-      ++soundings;
-      SCOPED_TRACE(entry.path().filename().string());
-      for (const SaturationOver over : {SaturationOver::Water, SaturationOver::Ice}) {
-        for (const TempBase base : {TempBase::Dry, TempBase::Virtual}) {
-          Options options;
-          options.Saturation = over;
-          options.CapeTempBase = base;
-          const AnalysisResults blended = Analyse(sounding, options, table);
-          const PressureGrid grid = MakePressureGrid(blended.Levels);
-          ParcelLifter solver(blended.Levels, grid,
-                              LiftSettingsOf(options, blended.CapeDepthTopPress));
-          for (const LiftAnalysis& lift : blended.Lifts) {
-            ParcelAscent solved;
-            solver.LiftForced(lift.Forced.Start, solved);
-            ASSERT_EQ(solved.ParcelTemps.size(), lift.Forced.ParcelTemps.size());
-            for (std::size_t i = 0; i < solved.ParcelTemps.size(); ++i) {
-              // Virtual temperatures are rounded to 0.001 K.
-              ASSERT_NEAR(solved.ParcelTemps[i], lift.Forced.ParcelTemps[i], 0.0010001) << i;
-            }
-            EXPECT_NEAR(solved.CapeTotal, lift.Forced.CapeTotal, 0.5);
-            EXPECT_NEAR(solved.CinTotal, lift.Forced.CinTotal, 0.5);
-          }
-        }
+  const auto solves = [&](const SoundingRecord& sounding) {
+    for (const SaturationOver over : {SaturationOver::Water, SaturationOver::Ice}) {
+      for (const TempBase base : {TempBase::Dry, TempBase::Virtual}) {
+        Options options;
+        options.Saturation = over;
+        options.CapeTempBase = base;
+        ExpectTableSolves(sounding, options, table);
       }
     }
-  }
-  EXPECT_GE(soundings, 26);
+  };
+  EXPECT_GE(ForEachSounding(wyoming, solves) + ForEachSounding(spc, solves), 26);
 }
 
 // Levels and energies printed at the end of the files by a program that follows a polynomial fit of
@@ -91,11 +100,9 @@ TEST(RealSoundings, AgreeWithWhatTheFilesPrint) {
                {"supercell_99050400.OUN", 869, 869, 180, 5195, 4970}};
   for (const auto& c : cases) {
     SCOPED_TRACE(c.File);
-    SoundingRecord sounding;
-    ASSERT_TRUE(Load(spc / c.File, sounding));
     Options options;
     options.CapeTempBase = TempBase::Virtual;
-    const AnalysisResults results = Analyse(sounding, options);
+    const AnalysisResults results = Analyse(RealSounding(spc / c.File), options);
     const ParcelAscent& parcel = results.Lifts[0].Forced;
     EXPECT_NEAR(parcel.Condensation.Press, c.Lcl, 1);
     if (c.Lfc != kNone) {
@@ -125,18 +132,13 @@ TEST(RealSoundings, IndicesAgreeWithTheListings) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.file);
-    SoundingRecord sounding;
-    ASSERT_TRUE(Load(folder / c.file, sounding));
-    const AnalysisResults results = Analyse(sounding, {});
-    const auto index = [&](std::string_view label) {
-      return ComputeIndex(*FindIndex(label), sounding, results, {}).Value;
-    };
-    EXPECT_NEAR(index("KI"), c.kIndex, 0.005);
-    EXPECT_NEAR(index("CT"), c.cross, 0.005);
-    EXPECT_NEAR(index("VT"), c.vertical, 0.005);
-    EXPECT_NEAR(index("TT"), c.totals, 0.005);
-    EXPECT_NEAR(index("SWEAT"), c.sweat, 1);
-    EXPECT_NEAR(index("SI"), c.showalter, 0.15);
+    const AnalysisResults results = Analyse(RealSounding(folder / c.file), {});
+    EXPECT_NEAR(ValueIn(results, "KI"), c.kIndex, 0.005);
+    EXPECT_NEAR(ValueIn(results, "CT"), c.cross, 0.005);
+    EXPECT_NEAR(ValueIn(results, "VT"), c.vertical, 0.005);
+    EXPECT_NEAR(ValueIn(results, "TT"), c.totals, 0.005);
+    EXPECT_NEAR(ValueIn(results, "SWEAT"), c.sweat, 1);
+    EXPECT_NEAR(ValueIn(results, "SI"), c.showalter, 0.15);
   }
 }
 
@@ -156,40 +158,50 @@ TEST(RealSoundings, ParcelsAgreeWithTheListings) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.file);
-    SoundingRecord sounding;
-    ASSERT_TRUE(Load(folder / c.file, sounding));
+    const SoundingRecord sounding = RealSounding(folder / c.file);
     Options options;
     options.Lpl = LiftSource::LowerLayer;
     const LevelProfile levels = DeriveLevels(sounding, options);
     options.CclMeanLayer = levels.Press(1) - GetPRESS(levels, levels.Height(1) + 500);
     const AnalysisResults results = Analyse(sounding, options);
-    const auto index = [&](std::string_view label) {
-      return ComputeIndex(*FindIndex(label), sounding, results, options).Value;
-    };
-    EXPECT_NEAR(index("LI"), c.lifted, 0.06);
+    EXPECT_NEAR(ValueIn(results, "LI"), c.lifted, 0.06);
     EXPECT_NEAR(results.Chosen().Condensation.Press, c.lcl, 0.5);
     EXPECT_NEAR(results.Chosen().CapeTotal, c.cape, 20);
     EXPECT_NEAR(results.Chosen().CinTotal, c.cin, 1);
     EXPECT_NEAR(results.Winter.Thickness1000to500, c.thickness, 11);
-    EXPECT_NEAR(index("Water") * 10, c.water, 0.3);
+    EXPECT_NEAR(ValueIn(results, "Water") * 10, c.water, 0.3);
   }
 }
 
-// Another analysis of Omaha, 16 June 2014 19Z: virtual temperatures, eastward winds by pressure
-// weights, a downdraft from a layer of 100 hPa.
+// Omaha, 16 June 2014 19Z, as another analysis published it: virtual temperatures, winds by
+// pressure weights. With its storm motion entered what rests on winds agrees; what rests on CAPE is
+// lower here, see docs/parity.md.
 TEST(RealSoundings, OmahaBesideItsReference) {
   VEXA_REAL_DATA(file, "spc/14061619.OAX");
-  SoundingRecord sounding;
-  ASSERT_TRUE(Load(file, sounding));
+  const SoundingRecord sounding = RealSounding(file);
   Options options;
   options.CapeTempBase = TempBase::Virtual;
+  const Wind right = FromComponents(Analyse(sounding, options).Storm.Right->Motion);
+  EXPECT_NEAR(right.Dir, 225.7, 8);
+  EXPECT_NEAR(right.Spd, 27.2, 2);
+  options.MotionMode = Scaling::Manual;
+  options.Mover = StormMover::Right;
+  const Wind motion = FromComponents({-19.4804, -19.0414});  // towards east and north
+  options.ManualMotionDir = motion.Dir;
+  options.ManualMotionSpd = motion.Spd;
   const AnalysisResults results = Analyse(sounding, options);
-  const auto index = [&](std::string_view label) {
-    return ComputeIndex(*FindIndex(label), sounding, results, options).Value;
-  };
-  EXPECT_NEAR(index("KI"), 37.1, 0.005);
-  EXPECT_NEAR(index("TT"), 57.2, 0.005);
-  EXPECT_NEAR(index("Water"), 1.5256 * 2.54, 0.02);
+  const struct {
+    const char* Label;
+    double Published, Tolerance;
+  } cases[] = {
+      {"KI", 37.1, 0.005},        {"TT", 57.2, 0.005},        {"Water", 1.5256 * 2.54, 0.02},
+      {"BRN Shear", 146.9, 8},    {"Shear xKm", 55.96, 0.1},  {"s-rH 0-1km", 355.1, 0.6},
+      {"s-rH 0-3km", 584.0, 1},   {"s-rH Eff", 527.9, 1},     {"EBWD", 59.58, 0.6},
+      {"Eff Wind", 40.03, 0.2},   {"LCL-EL Wnd", 42.40, 0.5}, {"Corfidi Up", 42.56, 0.5},
+      {"Corfidi Dn", 78.71, 0.5}, {"Mean w", 16.908, 0.1},    {"SCP eff", 60.9, 2.5},
+      {"STP fixed", 13.66, 1.1},  {"STP cin", 13.87, 0.5},    {"SHIP", 4.91, 0.4},
+      {"Eff Base", 0, 0}};
+  for (const auto& c : cases) EXPECT_NEAR(ValueIn(results, c.Label), c.Published, c.Tolerance);
   const ParcelAscent& surface = results.Lifts[0].Forced;
   EXPECT_NEAR(surface.CapeTotal / 5769.2, 1, 0.05);
   EXPECT_NEAR(surface.CinTotal, -0.64, 0.5);
@@ -197,13 +209,6 @@ TEST(RealSoundings, OmahaBesideItsReference) {
   const ParcelAscent& mixed = results.Lifts[1].Forced;
   EXPECT_NEAR(mixed.CapeTotal / 4206.0, 1, 0.05);
   EXPECT_NEAR(mixed.CinTotal, -59.0, 7);
-  EXPECT_NEAR(index("BRN Shear"), 146.9, 8);
-  EXPECT_NEAR(index("s-rH 0-1km"), 355.1, 30);
-  EXPECT_NEAR(index("s-rH 0-3km"), 584.0, 30);
-  EXPECT_NEAR(index("Shear xKm"), 55.96, 0.1);
-  const Wind right = FromComponents(results.Storm.Right->Motion);
-  EXPECT_NEAR(right.Dir, 225.7, 8);
-  EXPECT_NEAR(right.Spd, 27.2, 2);
 }
 
 }  // namespace
