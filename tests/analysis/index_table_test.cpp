@@ -83,22 +83,19 @@ TEST(IndexTable, ExplainsAValueByItsInputs) {
 }
 
 TEST(IndexTable, ShowsValuesInTheUnitsOfTheOptions) {
-  const SoundingRecord sounding = test::ReferenceConvective();
-  const AnalysisResults results = Analyse(sounding, {});
-  const auto shown = [&](const char* label, const Options& options) {
-    return ShownValue(*IndexOf(results, *FindIndex(label)), options, sounding.ElevM);
-  };
   Options options;
-  EXPECT_EQ(shown("DownRush-T", options), "20.7 C");
-  EXPECT_EQ(shown("LCL Hgt", options), "1531 m");
-  EXPECT_EQ(shown("MBE Vector", options), "281/32 kts");
+  const auto shown = [&](const char* label) {
+    return ShownValue(Index(label, test::ReferenceConvective()), options, 357);
+  };
+  EXPECT_EQ(shown("DownRush-T"), "20.7 C");
+  EXPECT_EQ(shown("LCL Hgt"), "1531 m");
   options.ThermoTemp = TempUnits::Fahrenheit;
   options.ThermoHeight = LengthUnits::Feet;
   options.Heights = HeightMode::Agl;
-  EXPECT_EQ(shown("DownRush-T", options), "69.2 F");
+  EXPECT_EQ(shown("DownRush-T"), "69.2 F");
+  EXPECT_EQ(shown("LCL Hgt"), "3852 ft AGL");  // 1531 m less 357 m
   options.ThermoTemp = TempUnits::Kelvin;
-  EXPECT_EQ(shown("DownRush-T", options), "293.9 K");   // 20.69 C
-  EXPECT_EQ(shown("LCL Hgt", options), "3852 ft AGL");  // 1531 m less 357 m
+  EXPECT_EQ(shown("DownRush-T"), "293.9 K");  // 20.69 C
 }
 
 // Speeds in m/s: T1 28.4 kt, T2 40.1 kt, Windex 53.8 kt. What programs read stays in the unit of
@@ -244,10 +241,7 @@ TEST(IndexTable, SaysWhyThereIsNoValue) {
 
 // Rows that tell what was chosen.
 TEST(IndexTable, TellsTheChoicesItRestsOn) {
-  const SoundingRecord sounding = test::ReferenceConvective();
-  const auto shown = [&](std::string_view label, const Options& options) {
-    return ShownValue(Index(label, sounding, options), options, 357);
-  };
+  SoundingRecord sounding = test::ReferenceConvective();
   Options plain, other;
   plain.CapeTempBase = TempBase::Dry;
   plain.Lpl = LiftSource::MostUnstable;
@@ -255,19 +249,17 @@ TEST(IndexTable, TellsTheChoicesItRestsOn) {
   other.Lpl = LiftSource::Surface;
   other.BaseLevel = CapeBase::Ccl;
   other.MplDisplay = false;
-  EXPECT_EQ(shown("Temp Base", plain), "DryBulb");
-  EXPECT_EQ(shown("Temp Base", other), "Virtual");
-  EXPECT_EQ(shown("Lift Type", plain), "MostUnstable");
-  EXPECT_EQ(shown("Lift Type", other), "Surface Base");
-  EXPECT_EQ(shown("Lift Mode", plain), "LFC");
-  EXPECT_EQ(shown("Lift Mode", other), "CCL");
-  EXPECT_NE(shown("MPL Prs", plain), "--");
-  EXPECT_EQ(shown("MPL Prs", other), "--");
-  EXPECT_EQ(shown("MPL Hgt", other), "--");
-  EXPECT_EQ(shown("Stn Elev", plain), "357 m");
-  SoundingRecord nowhere = sounding;
-  nowhere.ElevUnknown = true;
-  EXPECT_EQ(Index("Stn Elev", nowhere).Value, kNone);
+  const struct {
+    const char *Label, *Plain, *Other;
+  } cases[] = {{"Temp Base", "DryBulb", "Virtual"}, {"Lift Type", "MostUnstable", "Surface Base"},
+               {"Lift Mode", "LFC", "CCL"},         {"MPL Prs", "96.0 mb", "--"},
+               {"MPL Hgt", "16686 m", "--"},        {"Stn Elev", "357 m", "--"}};
+  for (const auto& c : cases) {
+    sounding.ElevUnknown = false;
+    EXPECT_EQ(ShownValue(Index(c.Label, sounding, plain), plain, 357), c.Plain);
+    sounding.ElevUnknown = true;
+    EXPECT_EQ(ShownValue(Index(c.Label, sounding, other), other, 357), c.Other);
+  }
 }
 
 TEST(IndexTable, LabelsAreTenWideAndTheirOwn) {
@@ -279,23 +271,14 @@ TEST(IndexTable, LabelsAreTenWideAndTheirOwn) {
 }
 
 TEST(IndexTable, FreezingLevelOfColdAndOfFreezingGround) {
-  struct Case {
-    const char* about;
-    SoundingRecord sounding;
-    std::string shown;
+  const auto shown = [](double ground, double above) {
+    return ShownValue(
+        Index("FRZG Lvl", Profile({{1000, ground, -8}, {850, above, -9}, {500, -30, -40}}, {}, 12)),
+        {}, 12);
   };
-  const Case cases[] = {
-      {"0 C at the ground", Profile({{1000, 0, -2}, {700, -15, -20}, {500, -30, -40}}, {}, 12),
-       "12 m"},
-      {"frozen throughout", Profile({{1000, -5, -8}, {700, -15, -20}, {500, -30, -40}}, {}, 12),
-       "surface"},
-      {"a level just at 0 C, frozen below",
-       Profile({{1000, -5, -8}, {850, 0, -3}, {500, -30, -40}}, {}, 12), "surface"},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.about);
-    EXPECT_EQ(ShownValue(Index("FRZG Lvl", c.sounding), {}, 12), c.shown);
-  }
+  EXPECT_EQ(shown(0, -7), "12 m");
+  EXPECT_EQ(shown(-5, -7), "surface");
+  EXPECT_EQ(shown(-5, 0), "surface");  // a level just at 0 C, frozen below
 }
 
 }  // namespace

@@ -43,18 +43,6 @@ TEST(StormMotion, OfTheReferenceSounding) {
   EXPECT_NEAR(turned.Right->Helicity[2], 305, 0.5);
 }
 
-// Elevations are whole: the wind on the ground may stand a little below them.
-TEST(StormMotion, TheGroundsWindCountsThoughRounded) {
-  SoundingRecord sounding = test::ReferenceConvective();
-  const StormMotionResults exact = AnalyseStormMotion(sounding, {});
-  sounding.WindHgt(1) -= 0.4;
-  const StormMotionResults rounded = AnalyseStormMotion(sounding, {});
-  ASSERT_TRUE(exact.Right && rounded.Right);
-  for (std::size_t i = 0; i < 3; ++i) {
-    EXPECT_NEAR(rounded.Right->Helicity[i], exact.Right->Helicity[i], 0.1);
-  }
-}
-
 TEST(StormMotion, VanishesWithTheShear) {
   SoundingRecord uniform = test::ReferenceConvective();
   // The working winds are what is computed with; the observed ones stay as they are.
