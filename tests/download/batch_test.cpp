@@ -51,16 +51,16 @@ TEST(Batch, EveryStationOnceForEveryHour) {
     std::set<std::string> Fails;
     int StopAt, Saved;
     std::vector<std::string> Asked;
-    bool WasStopped;
+    bool WasStopped = false;
   };
   const std::string a1 = "a 00001_2024022900", a2 = "a 00002_2024022900";
   const std::string b1 = "b 00001_2024022900";
   const std::string n1 = "a 00001_2024022912", n2 = "a 00002_2024022912";
   const Case cases[] = {
-      {"all well", OnFailure::Skip, {}, -1, 4, {a1, a2, n1, n2}, false},
-      {"skip", OnFailure::Skip, {a1}, -1, 3, {a1, a2, n1, n2}, false},
-      {"next source", OnFailure::NextSource, {a1}, -1, 4, {a1, b1, a2, n1, n2}, false},
-      {"no source has it", OnFailure::NextSource, {a1, b1}, -1, 3, {a1, b1, a2, n1, n2}, false},
+      {"all well", OnFailure::Skip, {}, -1, 4, {a1, a2, n1, n2}},
+      {"skip", OnFailure::Skip, {a1}, -1, 3, {a1, a2, n1, n2}},
+      {"next source", OnFailure::NextSource, {a1}, -1, 4, {a1, b1, a2, n1, n2}},
+      {"no source has it", OnFailure::NextSource, {a1, b1}, -1, 3, {a1, b1, a2, n1, n2}},
       {"stop", OnFailure::Stop, {a2}, -1, 1, {a1, a2}, true},
       {"the user stops", OnFailure::Skip, {}, 2, 2, {a1, a2}, true},
   };
@@ -123,6 +123,7 @@ TEST(BatchSettings, AreReadAsTheyWereWritten) {
 
 TEST(Batch, HoursFallDue) {
   const Instant day = std::chrono::sys_days(std::chrono::year(2024) / 2 / 29);
+  const ObservationTime early{2024, 2, 28, 0, 0}, before{2024, 2, 28, 12, 0};
   const std::vector<int> twice = {12, 0};
   struct Case {
     const char* About;
@@ -134,16 +135,8 @@ TEST(Batch, HoursFallDue) {
   const Case cases[] = {
       {"just due", day + hours(14), hours(2), kNoon, day + hours(26)},
       {"a minute before", day + hours(14) - minutes(1), hours(2), kMidnight, day + hours(14)},
-      {"the day before",
-       day + hours(1),
-       hours(2),
-       {.Year = 2024, .Month = 2, .Day = 28, .Hour = 12},
-       day + hours(2)},
-      {"a delay of more than a day",
-       day + hours(13),
-       hours(36),
-       {.Year = 2024, .Month = 2, .Day = 28, .Hour = 0},
-       day + hours(24)},
+      {"the day before", day + hours(1), hours(2), before, day + hours(2)},
+      {"a delay of more than a day", day + hours(13), hours(36), early, day + hours(24)},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.About);
