@@ -394,22 +394,6 @@ TEST(Settings, WhatCannotBeWrittenNamesItsFileAndStaysAsItWas) {
   Notes notes;
   EXPECT_TRUE(Loaded(folder.Path(), notes).Listing.TopDown);  // the others were written
   fs::permissions(locked, fs::perms::owner_all);
-
-  // A file in the folder's place, and a folder in a file's place.
-  const std::optional<Fault> noFolder = test::SaveAllSettings(locked, store);
-  ASSERT_TRUE(noFolder);
-  EXPECT_EQ(noFolder->File, "VEXA.SYS");
-  const fs::path taken = folder.Path() / "VEXAsoar.CFG";
-  fs::remove(taken);
-  fs::create_directory(taken);
-  notes.clear();
-  store = Loaded(folder.Path(), notes);
-  ASSERT_EQ(notes.size(), 1U);
-  EXPECT_NE(notes[0].find("VEXAsoar.CFG: not an ordinary file."), std::string::npos) << notes[0];
-  const std::optional<Fault> noFile = test::SaveAllSettings(folder.Path(), store);
-  ASSERT_TRUE(noFile);
-  EXPECT_EQ(noFile->File, "VEXAsoar.CFG");
-  EXPECT_TRUE(fs::is_directory(taken));
 }
 
 TEST(Settings, WhatIsSetForOneRunIsNotKept) {

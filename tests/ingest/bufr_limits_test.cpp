@@ -162,16 +162,10 @@ TEST(BufrLimits, TheNominalHourIsThatOfItsRelease) {
                {{}, 11, 5, {2024, 3, 5, 11, 5}},
                {{}, 25, 0, {}}};
   for (const auto& c : cases) {
-    const BufrReport report = ReportOf({{4001, 2024, ""},
-                                        {4002, 3, ""},
-                                        {4003, 5, ""},
-                                        {4004, c.Hour, ""},
-                                        {4005, c.Minute, ""},
-                                        {5001, 10, ""},
-                                        {6002, -20, ""},
-                                        {7001, 30, ""},
-                                        {7031, 40, ""}},
-                                       c.Nominal);
+    const BufrSubset values = {{4001, 2024, ""},   {4002, 3, ""},        {4003, 5, ""},
+                               {4004, c.Hour, ""}, {4005, c.Minute, ""}, {5001, 10, ""},
+                               {6002, -20, ""},    {7001, 30, ""},       {7031, 40, ""}};
+    const BufrReport report = ReportOf(values, c.Nominal);
     EXPECT_EQ(report.Heading.Time, c.Time) << c.Hour << ' ' << c.Minute;
     EXPECT_EQ(report.Heading.Lat, 10);
     EXPECT_EQ(report.Heading.Lon, -20);
@@ -237,15 +231,14 @@ TEST(BufrLimits, WhereLevelsBegin) {
     }
   }
   // Bit 1 is the surface, of 18 bits as of 7, counted from the left.
-  for (const auto& [descriptor, flags, isGround] : {std::tuple{8042, 131072.0, true},
-                                                    {8042, 65536.0, false},
-                                                    {8042, 196608.0, true},
-                                                    {8042, 262143.0, true},
-                                                    {8042, 131071.0, false},
-                                                    {8001, 63.0, false},
-                                                    {8001, 64.0, true},
-                                                    {8001, 32.0, false},
-                                                    {8001, 96.0, true}}) {
+  const struct {
+    int Descriptor;
+    double Flags;
+    bool IsGround;
+  } marks[] = {{8042, 131072, true}, {8042, 65536, false},  {8042, 196608, true},
+               {8042, 262143, true}, {8042, 131071, false}, {8001, 63, false},
+               {8001, 64, true},     {8001, 32, false},     {8001, 96, true}};
+  for (const auto& [descriptor, flags, isGround] : marks) {
     const BufrReport report = ReportOf({press, {descriptor, flags, ""}, temp});
     EXPECT_EQ(report.Levels.back().IsGround, isGround) << descriptor << ' ' << flags;
   }

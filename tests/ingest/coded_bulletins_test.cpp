@@ -21,18 +21,11 @@ using test::WindRow;
 
 const char* const kBulletins = "coded_bulletins_20240305.txt";
 
-// The level of a pressure, 0 when there is none.
-int TempAt(const SoundingRecord& record, double press) {
-  const auto& values = record.Press.Values();
-  const auto found = std::ranges::find(values, press);
-  return found == values.end() ? 0 : static_cast<int>(found - values.begin()) + 1;
-}
-
-int WindAt(const SoundingRecord& record, double height) {
-  for (int i = 1; i <= record.NumWindLevels(); ++i) {
-    if (std::fabs(record.WindHgt(i) - height) < 0.5) return i;
-  }
-  return 0;
+// The level of a pressure or height, 0 when there is none.
+int LevelAt(const Levels<double>& levels, double value) {
+  const auto found = std::ranges::find_if(
+      levels.Values(), [value](double other) { return std::fabs(other - value) < 0.5; });
+  return found == levels.Values().end() ? 0 : static_cast<int>(found - levels.Values().begin()) + 1;
 }
 
 // A message tells the day and the hour only; that of the release comes for the main hour after it.
@@ -70,7 +63,7 @@ TEST(Coded, PartsOfABulletinBecomeOneSounding) {
                            {210, -55.1, -66.1},  {50, -61.5, -93.5}};
   for (const TempRow& row : temps) {
     SCOPED_TRACE(row.Press);
-    const int level = TempAt(record, row.Press);
+    const int level = LevelAt(record.Press, row.Press);
     ASSERT_NE(level, 0);
     ExpectTemp(record, level, row);
   }
@@ -82,7 +75,7 @@ TEST(Coded, PartsOfABulletinBecomeOneSounding) {
                            {20504.6, 255, FromMs(22)}};
   for (const WindRow& row : winds) {
     SCOPED_TRACE(row.Height);
-    const int level = WindAt(record, row.Height);
+    const int level = LevelAt(record.WindHgt, row.Height);
     ASSERT_NE(level, 0);
     EXPECT_EQ(record.WindDir(level), row.Dir);
     EXPECT_DOUBLE_EQ(record.WindSpd(level), row.Spd);

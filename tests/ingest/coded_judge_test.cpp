@@ -19,32 +19,21 @@ namespace {
 // "B850:10" part B, 10 °C; "A850:10;5/1457" with dew point and height; "S" the surface in part A,
 // "T" and "t" tropopauses of parts A and C; "w" a wind of part D; "?" doubtful, "^" behind a gap.
 CodedLevel LevelOf(std::string_view text) {
-  CodedLevel level{.Kind = LevelKind::Significant, .Part = text.front()};
-  const auto cut = [&text](char mark) {
-    const std::size_t at = text.find(mark);
-    if (at == text.npos) return std::optional<double>();
-    const std::optional<double> value = ParseNumber(text.substr(at + 1));
+  const char mark = text.front();
+  CodedLevel level{.Kind = LevelKind::Significant, .Part = mark};
+  if (mark == 'S') level.Kind = LevelKind::Surface;
+  if (mark == 'T' || mark == 't') level.Kind = LevelKind::Tropopause;
+  if (mark == 'A' || mark == 'C') level.Kind = LevelKind::Mandatory;
+  if (mark == 'w') level.Values.Spd = 10;
+  if (mark == 'S' || mark == 'T') level.Part = 'A';
+  if (mark == 't') level.Part = 'C';
+  if (mark == 'w') level.Part = 'D';
+  const auto cut = [&text](char sign) {
+    const std::size_t at = std::min(text.find(sign), text.size());
+    const std::optional<double> value = ParseNumber(text.substr(std::min(at + 1, text.size())));
     text = text.substr(0, at);
     return value;
   };
-  switch (text.front()) {
-    case 'S':
-      level.Kind = LevelKind::Surface;
-      break;
-    case 'T':
-    case 't':
-      level.Kind = LevelKind::Tropopause;
-      break;
-    case 'w':
-      level.Values.Spd = 10;
-      level.Part = 'D';
-      break;
-    case 'A':
-    case 'C':
-      level.Kind = LevelKind::Mandatory;
-  }
-  if (level.Part == 'S' || level.Part == 'T') level.Part = 'A';
-  if (level.Part == 't') level.Part = 'C';
   for (; text.ends_with('?') || text.ends_with('^'); text.remove_suffix(1)) {
     (text.back() == '?' ? level.IsDoubtful : level.IsBehindGap) = true;
   }

@@ -15,15 +15,12 @@ namespace vexa::ingest {
 namespace {
 
 CodedReport ReportOf(std::string_view text, char windTop) {
-  CodedReport report{.WindTop = windTop, .InKnots = true, .Station = "x"};
-  for (const std::string_view word : Tokens(text)) {
-    if (report.Part.empty()) {
-      report.Part = word;
-    } else {
-      report.Groups.emplace_back(word);
-    }
-  }
-  return report;
+  const std::vector<std::string_view> words = Tokens(text);
+  return {.Part = std::string(words.front()),
+          .WindTop = windTop,
+          .InKnots = true,
+          .Station = "x",
+          .Groups = std::vector<std::string>(words.begin() + 1, words.end())};
 }
 
 // "S985 15.4 9.4 185/10": kind, place, temperature, dew point, wind; "!" for a doubtful level, "^"

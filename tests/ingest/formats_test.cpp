@@ -279,21 +279,15 @@ TEST(IemJson, IsReadStrictlyButForNan) {
     EXPECT_EQ(read.Record.NumTempLevels(), c.levels);
     EXPECT_EQ(read.Record.StationTitle.find(c.title), 0u) << read.Record.StationTitle;
   }
-  const std::pair<const char*, const char*> bad[] = {{"NaNny", "j.json, line 4: "},
-                                                     {"1.5 2", "j.json, line 4: "},
-                                                     {"\"\\x\"", "line 4: "},
-                                                     {"\"14", "line 4: "},
-                                                     {"01", "line 4: "},
-                                                     {"", "line 4: "},
-                                                     {"1e400", "j.json: number"},
-                                                     {"\"\\ud83d\"", "line 4: "},
-                                                     {"\"warm\"", "not a number"}};
-  for (const auto& [temp, says] : bad) {
+  const char* const bad[] = {"NaNny", "1.5 2", "\"\\x\"", "\"14", "01", "", "\"\\ud83d\""};
+  for (const char* temp : bad) {
     const Decoded read = decoded("KABC", temp);
     ASSERT_TRUE(read.Failed) << temp;
-    EXPECT_NE(read.Failed->Detail.find(says), std::string::npos) << temp << read.Failed->Detail;
+    EXPECT_TRUE(read.Failed->Detail.starts_with("j.json, line 4: ")) << read.Failed->Detail;
     EXPECT_LT(read.Failed->Detail.size(), 300u);
   }
+  EXPECT_TRUE(decoded("KABC", "1e400").Failed->Detail.starts_with("j.json: number"));
+  EXPECT_NE(decoded("KABC", "\"warm\"").Failed->Detail.find("not a number"), std::string::npos);
   EXPECT_TRUE(DecodeText("j", "{\"profiles\": " + std::string(100000, '[')).Failed);
   for (const char* levels : {"", ", \"profile\": 5"}) {
     const Decoded none =
