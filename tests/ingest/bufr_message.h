@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -10,6 +11,18 @@ namespace vexa::test {
 inline std::string Bits(unsigned value, int width) {
   std::string bits;
   for (int bit = width - 1; bit >= 0; --bit) bits += (value >> bit & 1U) != 0 ? '1' : '0';
+  return bits;
+}
+
+/// "2931:12 0*50": 2931 in 12 bits, then fifty times a zero.
+inline std::string BitsOf(const std::string& text) {
+  std::string bits;
+  std::istringstream words(text);
+  char sign = 0;
+  for (unsigned value = 0, count = 0; words >> value >> sign >> count;) {
+    bits += sign == ':' ? Bits(value, static_cast<int>(count))
+                        : std::string(count, value == 0 ? '0' : '1');
+  }
   return bits;
 }
 

@@ -5,13 +5,16 @@
 
 #include <cmath>
 #include <filesystem>
+#include <iterator>
 #include <random>
+#include <sstream>
 #include <string>
 #include <vector>
 
 #include "bufr_message.h"
 #include "core/files.h"
 #include "core/markers.h"
+#include "core/numbers.h"
 #include "core/units.h"
 #include "ingest/bufr_reader.h"
 #include "ingest/decoder.h"
@@ -20,7 +23,7 @@
 namespace vexa::ingest {
 namespace {
 
-using test::Bits;
+using test::BitsOf;
 using test::BufrMessage;
 
 std::string FileBytes(const std::filesystem::path& path) {
@@ -94,71 +97,49 @@ TEST(BufrReader, SubsetsCompressedAndOneAfterAnother) {
   EXPECT_EQ(first.Subsets[1][2].Text, "Beta Two");
 }
 
-// Values and bits by hand: 0 10 009 has 17 bits from -1000 m, 0 12 001 has 12 bits in tenths of K.
+std::string MessageOf(const std::string& descriptors, const std::string& bits, unsigned subsets = 1,
+                      bool isCompressed = false) {
+  std::istringstream words(descriptors);
+  return BufrMessage({std::istream_iterator<int>(words), {}}, BitsOf(bits), subsets, isCompressed);
+}
+
+// Values and bits by hand: 0 10 009 is a height of 17 bits from -1000 m, 0 12 001 a temperature of
+// 12 bits in tenths of K, 0 07 004 a pressure of 14 bits in tens of Pa, 0 31 021 a mark of 6 bits.
 TEST(BufrReader, OperatorsChangeHowValuesLie) {
-  constexpr int kHeight = 10009, kTemp = 12001, kPressure = 7004, kMark = 31021;
-  struct Case {
-    const char* About;
-    std::vector<int> Descriptors;
-    std::string Bits;
-    std::vector<double> Values;  // kMissing where there is none
-  };
-  const std::string mark = Bits(1, 6), temp = Bits(2931, 12);
-  const Case cases[] = {
-      {"a figure more, of the reference too",
-       {207001, kHeight, 207000, kHeight},
-       Bits(12516, 21) + Bits(1251, 17),
-       {251.6, 251}},
-      {"a width and a scale of its own",
-       {201130, 202129, kTemp, 202000, kTemp, 201000, kTemp},
-       Bits(12345, 14) + Bits(2931, 14) + temp,
-       {123.45, 293.1, 293.1}},
-      {"missing has all bits set, of the width that holds",
-       {201130, kTemp, kTemp, 201000, kTemp},
-       Bits(4095, 14) + Bits(16383, 14) + Bits(4095, 12),
-       {409.5, kMissing, kMissing}},
-      {"qualities of qualities",
-       {204002, kMark, 204003, kMark, kTemp, 204000, kTemp, 204000, kTemp},
-       mark + mark + Bits(31, 5) + temp + Bits(3, 2) + temp + temp,
-       {1, 1, 293.1, 293.1, 293.1}},
-      {"a local element with its quality",
-       {204002, kMark, 206005, 63001, kTemp, 204000},
-       mark + Bits(3, 2) + Bits(9, 5) + Bits(3, 2) + temp,
-       {1, 293.1}},
-      {"three times one that is there once",
-       {101000, 31011, kTemp, kHeight},
-       Bits(3, 8) + temp + Bits(1251, 17),
-       {3, 293.1, 293.1, 293.1, 251}},
+  const struct {
+    const char *About, *Descriptors, *Bits, *Values;  // "-" where there is none
+  } cases[] = {
+      {"a figure more, of the reference too", "207001 10009 207000 10009", "12516:21 1251:17",
+       "251.6 251 "},
+      {"a width and a scale of its own", "201130 202129 12001 202000 12001 201000 12001",
+       "12345:14 2931:14 2931:12", "123.45 293.1 293.1 "},
+      {"missing has all bits set, of the width that holds", "201130 12001 12001 201000 12001",
+       "4095:14 16383:14 4095:12", "409.5 - - "},
+      {"qualities of qualities", "204002 31021 204003 31021 12001 204000 12001 204000 12001",
+       "1:6 1:6 31:5 2931:12 3:2 2931:12 2931:12", "1 1 293.1 293.1 293.1 "},
+      {"a local element with its quality", "204002 31021 206005 63001 12001 204000",
+       "1:6 3:2 9:5 3:2 2931:12", "1 293.1 "},
+      {"three times one that is there once", "101000 31011 12001 10009", "3:8 2931:12 1251:17",
+       "3 293.1 293.1 293.1 251 "},
       {"a reference of its own, the sign first: -500 m",
-       {203012, kHeight, 203255, kHeight, kTemp, 203000, kHeight},
-       "1" + Bits(500, 11) + Bits(1251, 17) + temp + Bits(1251, 17),
-       {751, 293.1, 251}},
-      {"a positive one",
-       {203012, kHeight, 203255, kHeight},
-       "0" + Bits(500, 11) + Bits(1251, 17),
-       {1751}},
-      {"62 bits of a value", {201178, kTemp}, std::string(50, '0') + temp, {293.1}},
-      {"62 bits of a reference",
-       {203062, kHeight, 203255, kHeight},
-       "1" + std::string(50, '0') + Bits(500, 11) + Bits(1251, 17),
-       {751}},
-      {"of three elements only the place has data",
-       {221003, kTemp, kPressure, kTemp, kTemp},
-       Bits(8500, 14) + temp,
-       {kMissing, 85000, kMissing, 293.1}},
-      {"repeated as told, twice two",
-       {103000, 31001, 101002, kTemp, kHeight},
-       Bits(2, 8) + temp + temp + Bits(1000, 17) + temp + temp + Bits(1001, 17),
-       {2, 293.1, 293.1, 0, 293.1, 293.1, 1}},
+       "203012 10009 203255 10009 12001 203000 10009", "1:1 500:11 1251:17 2931:12 1251:17",
+       "751 293.1 251 "},
+      {"a positive one", "203012 10009 203255 10009", "0:1 500:11 1251:17", "1751 "},
+      {"62 bits of a value", "201178 12001", "0*50 2931:12", "293.1 "},
+      {"62 bits of a reference", "203062 10009 203255 10009", "1:1 0*50 500:11 1251:17", "751 "},
+      {"of three elements only the place has data", "221003 12001 7004 12001 12001",
+       "8500:14 2931:12", "- 85000 - 293.1 "},
+      {"repeated as told, twice two", "103000 31001 101002 12001 10009",
+       "2:8 2931:12 2931:12 1000:17 2931:12 2931:12 1001:17", "2 293.1 293.1 0 293.1 293.1 1 "},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.About);
-    const Unpacked unpacked = ByReader(BufrMessage(c.Descriptors, c.Bits));
+    const Unpacked unpacked = ByReader(MessageOf(c.Descriptors, c.Bits));
     ASSERT_EQ(unpacked.Reason, "");
     ASSERT_EQ(unpacked.Subsets.size(), 1U);
-    std::vector<double> values;
+    std::string values;
     for (const BufrValue& value : unpacked.Subsets[0]) {
-      values.push_back(value.Number.value_or(kMissing));
+      values += (value.Number ? Shortest(*value.Number) : "-") + ' ';
     }
     EXPECT_EQ(values, c.Values);
   }
@@ -166,12 +147,9 @@ TEST(BufrReader, OperatorsChangeHowValuesLie) {
 
 // What speaks of the quality of a subset's values stands between it and the next one.
 TEST(BufrReader, QualityBetweenSubsetsIsPassedOver) {
-  const auto subset = [](unsigned temp) {
-    return Bits(temp, 12) + Bits(1, 1) + Bits(98, 16) + Bits(1, 8) + Bits(70, 7);
-  };
   const Unpacked unpacked =
-      ByReader(BufrMessage({12001, 222000, 236000, 101001, 31031, 1031, 1032, 101001, 33007},
-                           subset(2931) + subset(2842), 2));
+      ByReader(MessageOf("12001 222000 236000 101001 31031 1031 1032 101001 33007",
+                         "2931:12 1:1 98:16 1:8 70:7 2842:12 1:1 98:16 1:8 70:7", 2));
   ASSERT_EQ(unpacked.Reason, "");
   ASSERT_EQ(unpacked.Subsets.size(), 2U);
   for (std::size_t i = 0; i < 2; ++i) {
@@ -180,54 +158,42 @@ TEST(BufrReader, QualityBetweenSubsetsIsPassedOver) {
   }
 }
 
-// Of 1 hPa and more, 0 07 004 is 14 bits wide in tens of Pa; 0 12 101 16 bits in hundredths of K.
+// 0 12 101 is a temperature of 16 bits in hundredths of K, 0 31 002 a count of 16 bits.
 TEST(BufrReader, ADamagedMessageEndsInAFault) {
-  constexpr int kPressure = 7004, kTemp = 12101, kCount = 31002, kFlag = 31000;
-  struct Case {
-    const char *About, *Reason;
-    std::string Bytes;
-  };
-  std::vector<int> nested, untold;
+  std::string nested, untold;
   for (int depth = 30; depth > 0; --depth) {
-    nested.push_back(100255 + 1000 * depth);
-    untold.insert(untold.end(), {100000 + 1000 * (2 * depth), kFlag});
+    nested += Shortest(100255 + 1000 * depth) + ' ';
+    untold += Shortest(100000 + 2000 * depth) + " 31000 ";
   }
-  nested.push_back(201130);
-  untold.insert(untold.end(), {201130, 201000});
-  const Case cases[] = {
-      {"the data end within a value", "its data end too early",
-       BufrMessage({kPressure, kTemp}, "1")},
-      {"a count leads beyond the data", "its data end too early",
-       BufrMessage({101000, kCount, kTemp}, Bits(60000, 16))},
-      {"255 to the power of 30 operators", "it repeats without an end", BufrMessage(nested, "0")},
-      {"an operator leaves no bits", "an element has no bits or too many",
-       BufrMessage({201100, kTemp}, Bits(7, 30))},
-      {"an operator makes too many", "an element has no bits or too many",
-       BufrMessage({201255, kTemp}, std::string(200, '1'))},
-      {"one too many", "an element has no bits or too many",
-       BufrMessage({201191, 12001}, std::string(200, '0'))},
-      {"a reference that is too long", "a reference has too many bits",
-       BufrMessage({203063, 10009, 203255}, std::string(200, '0'))},
-      {"a quality that is", "a quality has too many bits",
-       BufrMessage({204063, kTemp}, std::string(200, '0'))},
-      {"a precision that is", "a precision is too high",
-       BufrMessage({207063, kTemp}, std::string(200, '0'))},
+  const std::string early = "its data end too early";
+  const std::string width = "an element has no bits or too many";
+  const struct {
+    const char* About;
+    std::string Reason, Descriptors, Bits;
+    unsigned Subsets = 1;
+    bool IsCompressed = false;
+  } cases[] = {
+      {"the data end within a value", early, "7004 12101", "1:1"},
+      {"a count leads beyond the data", early, "101000 31002 12101", "60000:16"},
+      {"255 to the power of 30 operators", "it repeats without an end", nested + "201130", "0:1"},
+      {"an operator leaves no bits", width, "201100 12101", "7:30"},
+      {"an operator makes too many", width, "201255 12101", "1*200"},
+      {"one too many", width, "201191 12001", "0*200"},
+      {"too long a reference", "a reference has too many bits", "203063 10009 203255", "0*200"},
+      {"a quality that is", "a quality has too many bits", "204063 12101", "0*200"},
+      {"a precision that is", "a precision is too high", "207063 12101", "0*200"},
       {"the subsets are of different length", "its compressed subsets differ in length",
-       BufrMessage({101000, kCount, kTemp},
-                   Bits(1, 16) + Bits(2, 6) + "0001" + std::string(50, '0'), 2, true)},
-      {"the second subset is cut off", "its data end too early",
-       BufrMessage({kPressure, kTemp}, std::string(32, '0'), 2)},
-      {"one value of many compressed subsets", "its data end too early",
-       BufrMessage({kTemp}, Bits(1, 16) + Bits(63, 6) + std::string(70, '0'), 9000, true)},
-      {"nothing, 65535 times", "", BufrMessage({100000, kCount, kFlag}, Bits(65535, 16) + "1")},
-      {"depths that the data tell", "", BufrMessage(untold, std::string(40, '1'))},
+       "101000 31002 12101", "1:16 2:6 1:4 0*50", 2, true},
+      {"the second subset is cut off", early, "7004 12101", "0*32", 2},
+      {"one value of many compressed subsets", early, "12101", "1:16 63:6 0*70", 9000, true},
+      {"nothing, 65535 times", "", "100000 31002 31000", "65535:16 1:1"},
+      {"depths that the data tell", "", untold + "201130 201000", "1*40"},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.About);
-    const Unpacked unpacked = ByReader(c.Bytes);
+    const Unpacked unpacked = ByReader(MessageOf(c.Descriptors, c.Bits, c.Subsets, c.IsCompressed));
     ASSERT_TRUE(unpacked.IsKnown);
-    const std::string reason = *c.Reason == '\0' ? "" : "a message cannot be unpacked: ";
-    EXPECT_EQ(unpacked.Reason, reason + c.Reason);
+    EXPECT_EQ(unpacked.Reason, c.Reason.empty() ? "" : "a message cannot be unpacked: " + c.Reason);
   }
 }
 
