@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "core/markers.h"
+#include "core/numbers.h"
 #include "ingest/decoded.h"
 #include "ingest/height_finder.h"
 #include "ingest/source_header.h"
@@ -117,41 +118,40 @@ TEST(SourceLimits, RowsThatBecomeLevels) {
                        "Temperatures at the pressure of the one before, left out: 1"}));
 }
 
+// "100 90/5": a height with a wind, "-" for what is missing.
+std::vector<SourceLevel> WindRows(std::string_view text) {
+  std::vector<SourceLevel> rows;
+  const std::vector<std::string_view> words = Tokens(text);
+  for (std::size_t i = 0; i + 1 < words.size(); i += 2) {
+    const std::size_t slash = words[i + 1].find('/');
+    rows.push_back({.Height = ParseNumber(words[i]),
+                    .Dir = ParseNumber(words[i + 1].substr(0, slash)),
+                    .Spd = ParseNumber(words[i + 1].substr(slash + 1))});
+  }
+  return rows;
+}
+
 TEST(SourceLimits, WindsHalfAMetreApartAreOne) {
-  const auto wind = [](double height, std::optional<double> dir, std::optional<double> spd) {
-    return SourceLevel{.Height = height, .Dir = dir, .Spd = spd};
-  };
   const struct {
-    const char* About;
-    std::vector<SourceLevel> Rows;
+    const char *About, *Rows;
     std::vector<double> Heights;
-    int Repeated;
+    std::size_t Notes = 0;
   } cases[] = {
-      {"half a metre", {wind(100, 90, 5), wind(100.5, 95, 5), wind(200, 90, 5)}, {100, 200}, 1},
-      {"more", {wind(100, 90, 5), wind(100.6, 95, 5)}, {100, 100.6}, 0},
-      {"the same wind is no loss", {wind(100, 90, 5), wind(100.5, 90, 5)}, {100}, 0},
-      {"another speed is", {wind(100, 90, 5), wind(100.5, 90, 6)}, {100}, 1},
-      {"falling",
-       {wind(200, 90, 5), wind(100, 90, 5), wind(99.5, 95, 5), wind(99, 90, 5)},
-       {99, 100, 200},
-       1},
-      {"rising again",
-       {wind(200, 90, 5), wind(100, 90, 5), wind(200.5, 95, 5), wind(300, 90, 5)},
-       {100, 200, 300},
-       1},
-      {"a calm needs no direction",
-       {wind(100, {}, 0), wind(200, {}, 1), wind(300, 90, {})},
-       {100},
-       0},
+      {"half a metre", "100 90/5 100.5 95/5 200 90/5", {100, 200}, 1},
+      {"more", "100 90/5 100.6 95/5", {100, 100.6}},
+      {"the same wind is no loss", "100 90/5 100.5 90/5", {100}},
+      {"another speed is", "100 90/5 100.5 90/6", {100}, 1},
+      {"falling", "200 90/5 100 90/5 99.5 95/5 99 90/5", {99, 100, 200}, 1},
+      {"rising again", "200 90/5 100 90/5 200.5 95/5 300 90/5", {100, 200, 300}, 1},
+      {"a calm needs no direction", "100 -/0 200 -/1 300 90/-", {100}},
   };
   for (const auto& c : cases) {
     std::vector<std::string> notes;
-    const SoundingRecord record = Filled(c.Rows, notes);
-    EXPECT_EQ(record.WindHgt.Values(), c.Heights) << c.About;
-    EXPECT_EQ(notes.size(), c.Repeated > 0 ? 1U : 0U) << c.About;
+    EXPECT_EQ(Filled(WindRows(c.Rows), notes).WindHgt.Values(), c.Heights) << c.About;
+    EXPECT_EQ(notes.size(), c.Notes) << c.About;
   }
   std::vector<std::string> notes;
-  const SoundingRecord north = Filled({wind(100, 0, 5), wind(200, 90, 0), wind(300, 1, 1)}, notes);
+  const SoundingRecord north = Filled(WindRows("100 0/5 200 90/0 300 1/1"), notes);
   EXPECT_EQ(north.WindDir, Levels<double>({360, 360, 1}));
 }
 
@@ -243,57 +243,36 @@ TEST(SourceLimits, AnElevationBeyondTheEarthIsNone) {
   }
 }
 
-std::vector<SourceLevel> RowsAt(const std::vector<double>& press) {
-  std::vector<SourceLevel> rows;
-  for (const double p : press) {
-    rows.push_back({.Press = p == 0 ? std::nullopt : std::optional(p)});
-  }
-  return rows;
-}
-
 TEST(SourceLimits, AnAscentBeginsAtItsReleaseAndEndsAtItsTop) {
   const struct {
-    const char* About;
-    std::vector<double> Rows, Kept;
-    std::vector<std::string> Notes;
+    const char *About, *Rows, *Kept, *Note;  // pressures, "-" where there is none
   } cases[] = {
-      {"the way down goes",
-       {1000, 900, 800, 850, 0},
-       {1000, 900, 800},
-       {"Rows after the highest point, left out: 2"}},
-      {"a descent is turned round", {800, 900, 1000}, {1000, 900, 800}, {}},
-      {"as many rows down as up",
-       {950, 900, 800, 850, 900},
-       {950, 900, 800},
-       {"Rows after the highest point, left out: 2"}},
-      {"more down",
-       {900, 800, 850, 900},
-       {900, 850, 800},
-       {"Rows after the highest point, left out: 1"}},
-      {"four rows on the ground stay",
-       {1000, 1000, 999.9, 999.8, 1000, 900},
-       {1000, 1000, 999.9, 999.8, 1000, 900},
-       {}},
-      {"of five one",
-       {1000, 1000, 999.9, 999.8, 1000, 999.8, 900},
-       {999.8, 900},
-       {"Rows before the release, left out: 5"}},
-      {"0.2 hPa is the ground",
-       {1000, 1000, 1000, 1000, 1000, 999.7, 900},
-       {1000, 1000, 1000, 1000, 1000, 999.7, 900},
-       {}},
-      {"a first row without a pressure", {0, 1000, 900}, {0, 1000, 900}, {}},
-      {"none has one", {0, 0}, {0, 0}, {}},
+      {"the way down goes", "1000 900 800 850 -", "1000 900 800 ",
+       "Rows after the highest point, left out: 2"},
+      {"a descent is turned round", "800 900 1000", "1000 900 800 ", ""},
+      {"as many rows down as up", "950 900 800 850 900", "950 900 800 ",
+       "Rows after the highest point, left out: 2"},
+      {"more down", "900 800 850 900", "900 850 800 ", "Rows after the highest point, left out: 1"},
+      {"four rows on the ground stay", "1000 1000 999.9 999.8 1000 900",
+       "1000 1000 999.9 999.8 1000 900 ", ""},
+      {"of five one", "1000 1000 999.9 999.8 1000 999.8 900", "999.8 900 ",
+       "Rows before the release, left out: 5"},
+      {"0.2 hPa is the ground", "1000 1000 1000 1000 1000 999.7 900",
+       "1000 1000 1000 1000 1000 999.7 900 ", ""},
+      {"a first row without a pressure", "- 1000 900", "- 1000 900 ", ""},
+      {"none has one", "- -", "- - ", ""},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.About);
-    std::vector<SourceLevel> rows = RowsAt(c.Rows);
+    std::vector<SourceLevel> rows;
+    for (const std::string_view word : Tokens(c.Rows)) rows.push_back({.Press = ParseNumber(word)});
     std::vector<std::string> notes;
     KeepAscent(rows, notes);
-    std::vector<double> kept;
-    for (const SourceLevel& row : rows) kept.push_back(row.Press.value_or(0));
+    std::string kept, told;
+    for (const SourceLevel& row : rows) kept += (row.Press ? Shortest(*row.Press) : "-") + ' ';
+    for (const std::string& note : notes) told += note;
     EXPECT_EQ(kept, c.Kept);
-    EXPECT_EQ(notes, c.Notes);
+    EXPECT_EQ(told, c.Note);
   }
   // Of rows at one pressure the highest is the top, of these the last.
   std::vector<SourceLevel> rows = {{.Press = 900},
