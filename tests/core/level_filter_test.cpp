@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <sstream>
+#include <string>
 #include <vector>
 
 #include "core/markers.h"
@@ -14,7 +17,6 @@ namespace {
 
 using test::Profile;
 using test::TempRow;
-using test::WindRow;
 
 TEST(LevelFilter, TemperaturesOffTheLineStay) {
   struct Case {
@@ -48,34 +50,38 @@ TEST(LevelFilter, TemperaturesOffTheLineStay) {
   }
 }
 
+// "990 5 1; 980 5 1": three numbers a row.
+std::vector<std::array<double, 3>> RowsOf(const std::string& text) {
+  std::vector<std::array<double, 3>> rows;
+  std::istringstream words(text);
+  for (std::array<double, 3> row{}; words >> row[0] >> row[1] >> row[2]; words.ignore(1)) {
+    rows.push_back(row);
+  }
+  return rows;
+}
+
 TEST(LevelFilter, LevelsThatStayWhateverLiesBetween) {
   struct Case {
-    const char* About;
-    std::vector<TempRow> Rows;
+    const char *About, *Rows;
     std::vector<double> Press;
   };
-  const double none = kMissing;
   const Case cases[] = {
-      {"the ends", {{990, 5, 1}, {980, 5, 1}, {970, 5, 1}}, {990, 970}},
-      {"a mandatory level",
-       {{990, 5, 1}, {930, 5, 1}, {925, 5, 1}, {920, 5, 1}, {910, 5, 1}},
-       {990, 925, 910}},
+      {"the ends", "990 5 1; 980 5 1; 970 5 1", {990, 970}},
+      {"a mandatory level", "990 5 1; 930 5 1; 925 5 1; 920 5 1; 910 5 1", {990, 925, 910}},
       {"the two around one",
-       {{990, 5, 1}, {940, 5, 1}, {930, 5, 1}, {920, 5, 1}, {915, 5, 1}, {910, 5, 1}},
+       "990 5 1; 940 5 1; 930 5 1; 920 5 1; 915 5 1; 910 5 1",
        {990, 930, 920, 910}},
       {"a dew point ceases",
-       {{990, 5, 1}, {985, 5, 1}, {980, 5, 1}, {975, 5, none}, {970, 5, none}, {965, 5, none}},
+       "990 5 1; 985 5 1; 980 5 1; 975 5 999.9; 970 5 999.9; 965 5 999.9",
        {990, 980, 975, 965}},
-      {"it begins",
-       {{990, 5, none}, {985, 5, none}, {980, 5, 1}, {975, 5, 1}, {970, 5, 1}},
-       {990, 985, 980, 970}},
+      {"it begins", "990 5 999.9; 985 5 999.9; 980 5 1; 975 5 1; 970 5 1", {990, 985, 980, 970}},
       {"the farthest first: then the rest lies on lines",
-       {{990, 0, -9}, {985, 5, -9}, {980, 10, -9}, {975, 5, -9}, {970, 0, -9}},
+       "990 0 -9; 985 5 -9; 980 10 -9; 975 5 -9; 970 0 -9",
        {990, 980, 970}},
   };
   for (const Case& c : cases) {
     SoundingRecord record;
-    for (const TempRow& row : c.Rows) record.AddTemp(row.Press, row.Temp, row.Dewpt);
+    for (const auto& row : RowsOf(c.Rows)) record.AddTemp(row[0], row[1], row[2]);
     EXPECT_EQ(FilterLevels(record, {.LowTemp = 0.3}).Press.Values(), c.Press) << c.About;
   }
   EXPECT_EQ(FilterLevels({}), SoundingRecord{});
@@ -83,40 +89,26 @@ TEST(LevelFilter, LevelsThatStayWhateverLiesBetween) {
 
 TEST(LevelFilter, Winds) {
   struct Case {
-    const char* About;
-    std::vector<WindRow> Rows;
+    const char *About, *Rows;
     std::vector<double> Heights;
   };
-  const double none = kMissing;
   const Case cases[] = {
-      {"2 knots off the line", {{100, 90, 10}, {200, 90, 16.9}, {300, 90, 20}}, {100, 300}},
-      {"more", {{100, 90, 10}, {200, 90, 17.1}, {300, 90, 20}}, {100, 200, 300}},
+      {"2 knots off the line", "100 90 10; 200 90 16.9; 300 90 20", {100, 300}},
+      {"more", "100 90 10; 200 90 17.1; 300 90 20", {100, 200, 300}},
       // 15 knots: 2.1 knots are 8 degrees.
-      {"to the side", {{100, 90, 10}, {200, 97, 15}, {300, 90, 20}}, {100, 300}},
-      {"more to the side", {{100, 90, 10}, {200, 98.5, 15}, {300, 90, 20}}, {100, 200, 300}},
-      {"the line goes by height", {{100, 90, 10}, {280, 90, 19}, {300, 90, 20}}, {100, 300}},
-      {"the first of the strongest",
-       {{100, 90, 10}, {200, 90, 11}, {300, 90, 11}, {400, 90, 10}},
-       {100, 200, 400}},
+      {"to the side", "100 90 10; 200 97 15; 300 90 20", {100, 300}},
+      {"more to the side", "100 90 10; 200 98.5 15; 300 90 20", {100, 200, 300}},
+      {"the line goes by height", "100 90 10; 280 90 19; 300 90 20", {100, 300}},
+      {"the first of the strongest", "100 90 10; 200 90 11; 300 90 11; 400 90 10", {100, 200, 400}},
       {"one without a wind and its neighbours",
-       {{100, 90, 20},
-        {200, 90, 10},
-        {300, 90, 10},
-        {400, none, none},
-        {500, 90, 10},
-        {600, 90, 10},
-        {700, 90, 10}},
+       "100 90 20; 200 90 10; 300 90 10; 400 999.9 999.9; 500 90 10; 600 90 10; 700 90 10",
        {100, 200, 300, 400, 500, 700}},
-      {"none at the ground",
-       {{100, none, none}, {200, 90, 10}, {300, 90, 10}, {400, 90, 10}},
-       {100, 200, 400}},
-      {"none at the top",
-       {{100, 90, 10}, {200, 90, 10}, {300, 90, 10}, {400, none, none}},
-       {100, 300, 400}},
+      {"none at the ground", "100 999.9 999.9; 200 90 10; 300 90 10; 400 90 10", {100, 200, 400}},
+      {"none at the top", "100 90 10; 200 90 10; 300 90 10; 400 999.9 999.9", {100, 300, 400}},
   };
   for (const Case& c : cases) {
     SoundingRecord record;
-    for (const WindRow& row : c.Rows) record.AddWind(row.Height, row.Dir, row.Spd);
+    for (const auto& row : RowsOf(c.Rows)) record.AddWind(row[0], row[1], row[2]);
     const SoundingRecord thin = FilterLevels(record);
     EXPECT_EQ(thin.WindHgt.Values(), c.Heights) << c.About;
     EXPECT_EQ(thin.WorkWindSpd.Count(), thin.NumWindLevels()) << c.About;
