@@ -98,25 +98,22 @@ TEST(EditHistory, WalkStaysTrueInBoundedMemory) {
   }
   EXPECT_GT(undone, 300);
 
-  // Undoing may leave more than it takes: the edit farthest ahead is forgotten first.
-  const auto grownTo = [](int levels) {
-    return [levels](SoundingRecord& growing) {
+  // Undoing may leave more than it takes: the edit farthest ahead is forgotten first. A level takes
+  // 24 bytes, and the room that is kept ready up to as many.
+  EditHistory narrow(110000);
+  std::vector<SoundingRecord> stages = {test::Profile({{1000, 20, 10}, {900, 10, 5}})};
+  record = stages[0];
+  for (const int levels : {2000, 3000}) {
+    ASSERT_FALSE(narrow.Do(record, "grow", [levels](SoundingRecord& growing) {
       while (growing.NumTempLevels() < levels) growing.AddTemp(800, 5, 1);
       return std::optional<Fault>();
-    };
-  };
-  const SoundingRecord small = test::Profile({{1000, 20, 10}, {900, 10, 5}});
-  SoundingRecord middle = small, large = small;
-  grownTo(1000)(middle);
-  grownTo(3000)(large);
-  EditHistory narrow(BytesOf(large) + BytesOf(middle) / 2);
-  record = small;
-  ASSERT_FALSE(narrow.Do(record, "grow", grownTo(1000)));
-  ASSERT_FALSE(narrow.Do(record, "grow", grownTo(3000)));
+    }));
+    stages.push_back(record);
+  }
   EXPECT_TRUE(narrow.Undo(record) && narrow.Undo(record));
-  EXPECT_EQ(record, small);
+  EXPECT_EQ(record, stages[0]);
   EXPECT_TRUE(narrow.Redo(record));
-  EXPECT_EQ(record, middle);
+  EXPECT_EQ(record, stages[1]);
   EXPECT_FALSE(narrow.CanRedo());
 
   EditHistory tiny(1);
