@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "core/numbers.h"
@@ -40,6 +41,18 @@ std::string Told(const CodedLevel& level) {
   return text + (level.IsDoubtful ? "!" : "") + (level.IsBehindGap ? "^" : "");
 }
 
+// A note without the report's name, and in short what was skipped.
+std::string Short(std::string note, const std::string& report) {
+  for (const auto& [from, to] : {std::pair{"x " + report + ": ", ""},
+                                 {std::string("group "), ""},
+                                 {std::string(" is garbled and was skipped."), " garbled."},
+                                 {std::string("; it was skipped."), "."}}) {
+    const std::size_t at = note.find(from);
+    if (at != note.npos) note.replace(at, from.size(), to);
+  }
+  return note;
+}
+
 struct Row {
   std::string About, Text, Levels, Notes;
   char WindTop = '1';
@@ -54,7 +67,9 @@ void ExpectLevels(const std::vector<Row>& rows) {
       levels += (levels.empty() ? "" : ", ") + Told(level);
       EXPECT_EQ(level.Part, row.Text[3]);
     }
-    for (const std::string& note : part.Notes) notes += (notes.empty() ? "" : " ") + note;
+    for (const std::string& note : part.Notes) {
+      notes += (notes.empty() ? "" : " ") + Short(note, row.Text.substr(0, 4));
+    }
     EXPECT_EQ(levels, row.Levels);
     EXPECT_EQ(notes, row.Notes);
   }
@@ -70,16 +85,15 @@ TEST(CodedLevels, PartAFromTheGroundUp) {
       {"1100 hPa at most", "TTAA 99100 15456 18510 92780 10850 19020",
        "S1100 15.4 9.4 185/10, M925=780 10.8 5.8 190/20", ""},
       {"1101 hPa", "TTAA 99101 15456 18510 92780 10850 19020", "M925=780 10.8 5.8 190/20",
-       "x TTAA: group 99101 is garbled and was skipped."},
+       "99101 garbled."},
       {"half the air", "TTAA 99500 55956 18510 40725 60967 22550",
        "S500 -55.9 -61.9 185/10, M400=725 -60.9 -77.9 225/50", ""},
       {"a surface without its mark", "TTAA 00850 15456 18510 70042 03158 21530",
-       "S850 15.4 9.4 185/10, M700=42 -3.1 -11.1 215/30",
-       "x TTAA: group 00850 was taken as the surface."},
+       "S850 15.4 9.4 185/10, M700=42 -3.1 -11.1 215/30", "00850 was taken as the surface."},
       {"a low far below the sea is none", "TTAA 00849 15456 18510 70042 03158 21530",
        "M1000=849 15.4 9.4 185/10, M700=42 -3.1 -11.1 215/30", ""},
       {"nor is one without values", "TTAA 00987 ///// ///// 92780 10850 19020",
-       "S987, M925=780 10.8 5.8 190/20", "x TTAA: group 00987 was taken as the surface."},
+       "S987, M925=780 10.8 5.8 190/20", "00987 was taken as the surface."},
       {"only what stands first is", "TTAA 99985 15456 18510 00987 15456 18510 92780 10850 19020",
        "S985 15.4 9.4 185/10, M1000=987 15.4 9.4 185/10, M925=780 10.8 5.8 190/20", ""},
       {"a surface that is not known", "TTAA 99/// 15456 18510 92780 10850 19020",
@@ -107,9 +121,9 @@ TEST(CodedLevels, AMarkIsKnownByItsTime) {
   const std::string isLevel = levels + ", M300=923 -31.3 -32.6 95/108";
   ExpectLevels({
       // A height with neither temperature nor wind is no level.
-      {"23:59", text + "82359", levels + "!", "x TTAA: group 30923 is garbled and was skipped."},
-      {"11:60", text + "81160", isLevel + "!", "x TTAA: group 81160 is garbled and was skipped."},
-      {"24:00", text + "82400", isLevel + "!", "x TTAA: group 82400 is garbled and was skipped."},
+      {"23:59", text + "82359", levels + "!", "30923 garbled."},
+      {"11:60", text + "81160", isLevel + "!", "81160 garbled."},
+      {"24:00", text + "82400", isLevel + "!", "82400 garbled."},
       {"no time", text, isLevel, ""},
       // -51.5 C with a depression of 1.5.
       {"nor is this one of remarks",
@@ -136,19 +150,19 @@ TEST(CodedLevels, PartCTakesTenths) {
       {"all its levels",
        "TTCC 70860 60956 24030 50070 58956 24035 30392 55556 25035 20649 52756 25540 10092 46556 "
        "26045",
-       "M70=860 -60.9 -66.9 240/30, M50=70 -58.9 -64.9 240/35, M30=392 -55.5 -61.5 250/35, "
-       "M20=649 -52.7 -58.7 255/40, M10=92 -46.5 -52.5 260/45",
+       "M70=860 -60.9 -66.9 240/30, M50=70 -58.9 -64.9 240/35, M30=392 -55.5 -61.5 250/35, M20=649 "
+       "-52.7 -58.7 255/40, M10=92 -46.5 -52.5 260/45",
        ""},
       {"and those above 10 hPa",
        "TTCC 10092 46556 26045 07332 44556 26545 05563 42556 27045 03931 40556 27545 02215 35556 "
        "28045 01723 30556 28545",
-       "M10=92 -46.5 -52.5 260/45, M7=332 -44.5 -50.5 265/45, M5=563 -42.5 -48.5 270/45, "
-       "M3=931 -40.5 -46.5 275/45, M2=215 -35.5 -41.5 280/45, M1=723 -30.5 -36.5 285/45",
+       "M10=92 -46.5 -52.5 260/45, M7=332 -44.5 -50.5 265/45, M5=563 -42.5 -48.5 270/45, M3=931 "
+       "-40.5 -46.5 275/45, M2=215 -35.5 -41.5 280/45, M1=723 -30.5 -36.5 285/45",
        ""},
       {"a tropopause and a maximum", "TTCC 70860 60956 24030 88655 61956 24540 77203 25085 40812",
        "M70=860 -60.9 -66.9 240/30, T65.5 -61.9 -67.9 245/40, W20.3 250/85", ""},
       {"99 is no surface there", "TTCC 99985 15456 18510 70860 60956 24030",
-       "M70=860 -60.9 -66.9 240/30", "x TTCC: group 99985 15456 18510 is garbled and was skipped."},
+       "M70=860 -60.9 -66.9 240/30", "99985 15456 18510 garbled."},
   });
 }
 
@@ -161,19 +175,19 @@ TEST(CodedLevels, TropopausesAndMaxima) {
       {"88999 77999", "", ""},
       {"88999 66999 31313 09608 81131", "", ""},
       {"88600 20161 18510", ", T600 -20.1 -31.1 185/10", ""},
-      {"88601 20161 18510", "", "x TTAA: group 88601 is garbled and was skipped."},
+      {"88601 20161 18510", "", "88601 garbled."},
       {"88100 60961 18510", ", T100 -60.9 -71.9 185/10", ""},
-      {"88099 60961 18510", "", "x TTAA: group 88099 is garbled and was skipped."},
+      {"88099 60961 18510", "", "88099 garbled."},
       {"88210 55161 24085 88150 60961 24580", ", T210 -55.1 -66.1 240/85, T150 -60.9 -71.9 245/80",
        ""},
       {"88/// ///// /////", "", ""},
       {"77205 24090 40812", ", W205 240/90", ""},
       {"66205 24090 4////", ", W205 240/90", ""},
       {"77205 24090 77150 25080", ", W205 240/90, W150 250/80", ""},
-      {"77000 24090", "", "x TTAA: group 77000 is garbled and was skipped."},
-      {"77205 24090 50812", ", W205 240/90", "x TTAA: group 50812 is garbled and was skipped."},
+      {"77000 24090", "", "77000 garbled."},
+      {"77205 24090 50812", ", W205 240/90", "50812 garbled."},
       {"88999 77999 51515 10190 70042", "", ""},
-      {"88999 77999 NO MORE", "", "x TTAA: says \"NO MORE\"."},
+      {"88999 77999 NO MORE", "", "says \"NO MORE\"."},
   };
   for (const auto& c : cases) {
     ExpectLevels({{c.Text, base + std::string(c.Text), levels + c.Levels, c.Notes}});
@@ -192,27 +206,20 @@ TEST(CodedLevels, DamageInPartA) {
       // 80 knots at 1000 hPa, 0.35 more for each hPa above: 106.
       {"106 knots near the ground", "92780 19106", "M925=780 -19.1 -19.7!", ""},
       {"107 are no wind", "92780 19107", "M925=780 -19.1 -19.8", ""},
-      {"a group too many", "92780 10850 10850 19020", "M925=780 10.8 5.8 190/20",
-       "x TTAA: group 10850 is garbled and was skipped."},
+      {"a group too many", "92780 10850 10850 19020", "M925=780 10.8 5.8 190/20", "10850 garbled."},
       {"another group too many", "92780 10850 49999 19020", "M925=780 10.8 5.8 190/20!",
-       "x TTAA: group 49999 is garbled and was skipped."},
-      {"a wind that is none", "92780 10850 49020", "M925=780 10.8 5.8",
-       "x TTAA: group 49020 is garbled and was skipped."},
-      {"a temperature that nothing has", "92780 58850 19020", "M925=780 190/20",
-       "x TTAA: group 58850 is garbled and was skipped."},
-      {"a dew point lacks a figure", "92780 1085/ 19020", "M925=780 10.8 - 190/20",
-       "x TTAA: group 5/ is garbled and was skipped."},
+       "49999 garbled."},
+      {"a wind that is none", "92780 10850 49020", "M925=780 10.8 5.8", "49020 garbled."},
+      {"a temperature that nothing has", "92780 58850 19020", "M925=780 190/20", "58850 garbled."},
+      {"a dew point lacks a figure", "92780 1085/ 19020", "M925=780 10.8 - 190/20", "5/ garbled."},
       {"a level is left out", "", "", ""},
       {"a level's code comes twice", "92780 92780 10850 19020", "M925=780 10.8 5.8 190/20",
-       "x TTAA: group 92780 is garbled and was skipped."},
+       "92780 garbled."},
       {"a code that no level has", "95780 10850 19020", "",
-       "x TTAA: group 95780 is garbled and was skipped. x TTAA: group 10850 is garbled and was "
-       "skipped. x TTAA: group 19020 is garbled and was skipped."},
+       "95780 garbled. 10850 garbled. 19020 garbled."},
       {"a height has a letter", "9278X 10850 19020", "",
-       "x TTAA: group 9278X is garbled and was skipped. x TTAA: group 10850 is garbled and was "
-       "skipped. x TTAA: group 19020 is garbled and was skipped."},
-      {"a height lacks a figure", "92/80 10850 19020", "M925 10.8 5.8 190/20",
-       "x TTAA: group 92/80 is garbled and was skipped."},
+       "9278X garbled. 10850 garbled. 19020 garbled."},
+      {"a height lacks a figure", "92/80 10850 19020", "M925 10.8 5.8 190/20", "92/80 garbled."},
   };
   for (const auto& c : cases) {
     const std::string text = head + std::string(c.Between) + tail;
@@ -243,36 +250,28 @@ TEST(CodedLevels, PartsBAndD) {
        "S985 15.4 9.4, G850 5.6 -2.4, G700 -3.1 -11.1^", ""},
       // -22.7 C could be the next level's pressure, and neither is taken.
       {"its temperature is", "TTBB 00985 15456 11850 22700 03158", "S985 15.4 9.4",
-       "x TTBB: group 03158 is garbled and was skipped. x TTBB: group 11850 22700 is garbled and "
-       "was skipped."},
+       "03158 garbled. 11850 22700 garbled."},
       {"two groups for one", "TTBB 00985 15456 11850 05658 06658 22700 03158",
-       "S985 15.4 9.4, G700 -3.1 -11.1^",
-       "x TTBB: group 06658 is garbled and was skipped. x TTBB: group 11850 05658 is garbled and "
-       "was skipped."},
+       "S985 15.4 9.4, G700 -3.1 -11.1^", "06658 garbled. 11850 05658 garbled."},
       {"the same twice", "TTBB 00985 15456 11850 05658 05658 22700 03158",
-       "S985 15.4 9.4, G850 5.6 -2.4, G700 -3.1 -11.1",
-       "x TTBB: group 05658 is garbled and was skipped."},
+       "S985 15.4 9.4, G850 5.6 -2.4, G700 -3.1 -11.1", "05658 garbled."},
       {"a pressure that is repeated", "TTBB 00985 15456 11850 05658 22850 05658 33700 03158",
        "S985 15.4 9.4, G850 5.6 -2.4, G700 -3.1 -11.1", ""},
       {"with another temperature", "TTBB 00985 15456 11850 05658 22850 06658 33700 03158",
-       "S985 15.4 9.4, G850 5.6 -2.4, G700 -3.1 -11.1",
-       "x TTBB: a level at 850 hPa is repeated; it was skipped."},
+       "S985 15.4 9.4, G850 5.6 -2.4, G700 -3.1 -11.1", "a level at 850 hPa is repeated."},
       {"one of two is out of order",
        "TTBB 00985 15456 11845 05658 22850 05658 33700 03158 44500 18167",
        "S985 15.4 9.4, G700 -3.1 -11.1^, G500 -18.1 -35.1",
-       "x TTBB: the level at 845 hPa is out of order; it was skipped. x TTBB: the level at 850 hPa "
-       "is out of order; it was skipped."},
+       "the level at 845 hPa is out of order. the level at 850 hPa is out of order."},
       {"winds end at a section",
-       "TTBB 00985 15456 11850 05658 21212 00985 18510 11850 20025 31313 "
-       "44108 81131",
+       "TTBB 00985 15456 11850 05658 21212 00985 18510 11850 20025 31313 44108 81131",
        "S985 15.4 9.4, G850 5.6 -2.4, S985 185/10, G850 200/25", ""},
       {"winds without their mark", "TTBB 00985 15456 11850 05658 00985 18510 11850 20025",
        "S985 15.4 9.4, G850 5.6 -2.4, S985 185/10^, G850 200/25", ""},
       {"tenths in part D", "TTDD 11995 60956 22500 58956 33075 40956 21212 11850 25040",
        "G99.5 -60.9 -66.9, G50 -58.9 -64.9, G7.5 -40.9 -46.9, G85 250/40", ""},
       {"0 hPa", "TTDD 11995 60956 22000 58956 33500 58956", "G50 -58.9 -64.9^",
-       "x TTDD: group 22000 is garbled and was skipped. x TTDD: group 58956 is garbled and was "
-       "skipped. x TTDD: group 11995 60956 is garbled and was skipped."},
+       "22000 garbled. 58956 garbled. 11995 60956 garbled."},
   });
 }
 
@@ -283,55 +282,48 @@ TEST(CodedLevels, WindsAlone) {
       {"from 1000 hPa", "PPAA 44200 34004 32012", "P1000 340/4, P925 320/12", ""},
       {"part C", "PPCC 55370 24030 24035 25035 55120 26040",
        "P70 240/30, P50 240/35, P30 250/35, P20 260/40", ""},
-      {"no such level", "PPAA 55184 34004", "",
-       "x PPAA: group 55184 34004 is garbled and was skipped."},
+      {"no such level", "PPAA 55184 34004", "", "55184 34004 garbled."},
       {"fewer than told", "PPAA 55385 34004 32012", "",
-       "x PPAA: behind 55385 stand 2 groups instead of 3; they were skipped."},
+       "behind 55385 stand 2 groups instead of 3; they were skipped."},
       {"a wind not observed", "PPAA 55285 ///// 32012", "P700 320/12", ""},
-      {"a wind that is none", "PPAA 55185 39004", "",
-       "x PPAA: group 39004 is garbled and was skipped."},
-      {"what stands first", "PPAA 12345 55185 34004", "P850 340/4",
-       "x PPAA: group 12345 is garbled and was skipped."},
+      {"a wind that is none", "PPAA 55185 39004", "", "39004 garbled."},
+      {"what stands first", "PPAA 12345 55185 34004", "P850 340/4", "12345 garbled."},
       {"a maximum at a pressure", "PPAA 77205 24090 40812 66150 25080", "W205 240/90, W150 250/80",
        ""},
       {"in part C tenths", "PPCC 77205 24090", "W20.5 240/90", ""},
       {"a maximum at a height", "PPAA 71205 24101 41814", "W12050m 240/101", ""},
       {"at 45 km", "PPCC 74500 24101", "W45000m 240/101", ""},
-      {"higher than balloons rise", "PPCC 74501 24101", "",
-       "x PPCC: group 74501 24101 is garbled and was skipped."},
+      {"higher than balloons rise", "PPCC 74501 24101", "", "74501 24101 garbled."},
       {"no maximum", "PPAA 55185 34004 77999", "P850 340/4", ""},
-      {"0 hPa", "PPAA 77000 24090", "", "x PPAA: group 77000 24090 is garbled and was skipped."},
+      {"0 hPa", "PPAA 77000 24090", "", "77000 24090 garbled."},
       {"thousands of feet", "PPBB 90/12 20006 19522 19533 91024 20040 20545 21050",
-       "P304.8m 195/22, P609.6m 195/33, P3048m 200/40, P3657.6m 205/45, P4267.2m 210/50, "
-       "ground 200/6",
+       "P304.8m 195/22, P609.6m 195/33, P3048m 200/40, P3657.6m 205/45, P4267.2m 210/50, ground "
+       "200/6",
        ""},
       {"what stands ahead of them", "PPBB 12345 90012 20006 19522 19533",
-       "P304.8m 195/22, P609.6m 195/33, ground 200/6",
-       "x PPBB: group 12345 is garbled and was skipped."},
+       "P304.8m 195/22, P609.6m 195/33, ground 200/6", "12345 garbled."},
       {"above 10 000 feet tens of thousands", "PPDD 9947/ 08533 10043 105// 10032",
        "P28651.2m 85/33, P29565.6m 100/43, P32004m 100/32", ""},
       {"500 m each", "PPBB 8123/ 20006 19522", "P6000m 200/6, P6500m 195/22", ""},
       {"the ground by its figure", "PPBB 90012 20006 19522 19533",
        "P304.8m 195/22, P609.6m 195/33, ground 200/6", ""},
       {"higher than balloons rise, in feet", "PPDD 148// 20006 147// 20006", "P44805.6m 200/6",
-       "x PPDD: a wind at 45110.4 m is higher than balloons rise; it was skipped."},
+       "a wind at 45110.4 m is higher than balloons rise."},
       {"a heading out of order",
        "PPBB 9012/ 20010 20511 9546/ 21012 21513 9067/ 22014 22515 9112/ 23016 23517",
        "P304.8m 200/10, P609.6m 205/11, P1828.8m 220/14^, P2133.6m 225/15, P3352.8m 230/16, "
        "P3657.6m 235/17",
-       "x PPBB: the level at 16459.2 m is out of order; it was skipped. x PPBB: the level at "
-       "17068.8 m is out of order; it was skipped."},
+       "the level at 16459.2 m is out of order. the level at 17068.8 m is out of order."},
       {"a wind is missing: which one, nobody knows",
        "PPBB 9012/ 20010 20511 90346 21012 21513 9112/ 23016 23517",
        "P304.8m 200/10, P609.6m 205/11, P3352.8m 230/16, P3657.6m 235/17",
-       "x PPBB: behind 90346 stand 2 groups instead of 3; they were skipped."},
+       "behind 90346 stand 2 groups instead of 3; they were skipped."},
       {"significant winds by pressure", "PPBB 21212 00013 18010 11850 20020 22500 21030",
        "G1013 180/10, G850 200/20, G500 210/30", ""},
       {"in part D tenths", "PPDD 21212 11850 18010 22500 20020", "G85 180/10, G50 200/20", ""},
       {"by tens of metres", "PPBB 21212 10045 18010 20150 19020", "P450m 180/10, P1500m 190/20",
        ""},
-      {"0 hPa is none", "PPDD 21212 11000 18010 22500 20020", "G50 200/20",
-       "x PPDD: group 11000 is garbled and was skipped."},
+      {"0 hPa is none", "PPDD 21212 11000 18010 22500 20020", "G50 200/20", "11000 garbled."},
       {"a half pair", "PPBB 21212 11850 20020 22500", "G850 200/20", ""},
   });
 }
