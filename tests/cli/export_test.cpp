@@ -6,7 +6,6 @@
 
 #include "cli/run_words.h"
 #include "core/files.h"
-#include "core/raw_file.h"
 #include "support/soundings.h"
 
 namespace vexa::cli {
@@ -14,9 +13,8 @@ namespace {
 
 class ExportCommand : public testing::Test {
  protected:
-  std::string Write(const std::string& name, const std::string& text) {
-    EXPECT_FALSE(SaveFile(folder_.Path() / name, text));
-    return In(name);
+  std::string Write(const std::string& name, const SoundingRecord& record) {
+    return TextFromPath(folder_.Write(name, record));
   }
   std::string In(const std::string& name) const { return TextFromPath(folder_.Path() / name); }
   std::string Text(const std::string& name) {
@@ -28,8 +26,8 @@ class ExportCommand : public testing::Test {
 };
 
 TEST_F(ExportCommand, WritesWhatTheOptionsAskFor) {
-  const std::string a = Write("a.RAW", WriteRaw(test::ReferenceConvective()));
-  const std::string b = Write("b.RAW", WriteRaw(test::ReferenceWinter()));
+  const std::string a = Write("a.RAW", test::ReferenceConvective());
+  const std::string b = Write("b.RAW", test::ReferenceWinter());
   const Ran text = RunWords({"export", a, b, "-o", In("all.txt"), "--jobs", "2", "--set",
                              "DumpData1=FT", "--set", "DumpData2=AGL", "--set", "DumpData4=F"});
   EXPECT_EQ(text.Exit, kExitOk) << text.Err;
@@ -54,7 +52,7 @@ TEST_F(ExportCommand, WritesWhatTheOptionsAskFor) {
 }
 
 TEST_F(ExportCommand, ListsWhatIsAskedFor) {
-  const std::string a = Write("a.RAW", WriteRaw(test::ReferenceConvective()));
+  const std::string a = Write("a.RAW", test::ReferenceConvective());
   const Ran one = RunWords({"list", a, "--listing", "cape"});
   EXPECT_EQ(one.Exit, kExitOk) << one.Err;
   EXPECT_TRUE(one.Out.starts_with("VEXA:  Reference A, convective  //  ")) << one.Out;
@@ -68,7 +66,7 @@ TEST_F(ExportCommand, ListsWhatIsAskedFor) {
 // One and the same on every system: files for other programs with both characters, as the settings
 // report that is made of them, answers and pictures with the line feed alone (docs/windows.md).
 TEST_F(ExportCommand, LinesEndAlikeOnEverySystem) {
-  const std::string a = Write("a.RAW", WriteRaw(test::ReferenceConvective()));
+  const std::string a = Write("a.RAW", test::ReferenceConvective());
   struct Case {
     std::vector<std::string> Words;
     const char* File;  // null: what is printed
@@ -102,7 +100,7 @@ TEST_F(ExportCommand, LinesEndAlikeOnEverySystem) {
 
 TEST_F(ExportCommand, TheReportFolderRepeatsTheCase) {
   VEXA_NEEDS_TOOLKIT();
-  const std::string a = Write("a.RAW", WriteRaw(test::ReferenceConvective()));
+  const std::string a = Write("a.RAW", test::ReferenceConvective());
   const Ran ran = RunWords({"report", a, "-o", In("case"), "--set", "Diagram type=emagram"});
   ASSERT_EQ(ran.Exit, kExitOk) << ran.Err;
   EXPECT_EQ(Text("case/source/a.RAW"), Text("a.RAW"));

@@ -5,7 +5,6 @@
 
 #include "cli/run_words.h"
 #include "core/files.h"
-#include "core/raw_file.h"
 #include "support/soundings.h"
 
 namespace vexa::cli {
@@ -24,9 +23,7 @@ class ForecastCommand : public testing::Test {
     SetDecimalPosition(record, 45, lon);
     record.StationTitle =
         name + "  " + (hour < 10 ? "0" : "") + std::to_string(hour) + "Z 22 May 2023";
-    const std::string path = In(name + std::to_string(hour) + ".RAW");
-    EXPECT_FALSE(SaveFile(PathFromText(path), WriteRaw(record)));
-    return path;
+    return TextFromPath(folder_.Write(name + std::to_string(hour) + ".RAW", record));
   }
   std::string In(const std::string& name) const { return TextFromPath(folder_.Path() / name); }
 
@@ -51,10 +48,9 @@ TEST_F(ForecastCommand, WritesTheSeries) {
   ASSERT_EQ(third["made of"].size(), 2U) << "east lies downwind";
   // 166.7 km from here and 69.1 km from west: 1/166.7² and 1/69.1² are 0.1467 and 0.8533 of both.
   EXPECT_NEAR(third["made of"][1]["weight"].get<double>(), 0.853, 0.003);
-  const Ran made = RunWords({"analyze", In("out/here12_03h_Forecast.RAW"), "--format", "json"});
-  EXPECT_NE(made.Out.find("15Z 22 May 2023"), std::string::npos) << made.Err;
-  EXPECT_TRUE(StampOf(PathFromText(In("out/here12_Forecast.CSV"))));
-  EXPECT_TRUE(StampOf(PathFromText(In("out/here12_Forecast.JSON"))));
+  for (const char* end : {"_03h_Forecast.RAW", "_Forecast.CSV", "_Forecast.JSON"}) {
+    EXPECT_TRUE(StampOf(PathFromText(In("out/here12") + end))) << end;
+  }
 
   const Ran again = RunWords(words);
   EXPECT_EQ(again.Exit, 1);
@@ -90,22 +86,16 @@ TEST_F(ForecastCommand, Verifies) {
 
 TEST_F(ForecastCommand, RefusesWithAReason) {
   const std::string here = Sounding("here", 10, 0, 12);
-  const auto reason = [&](std::vector<std::string> words) {
-    words.insert(words.begin(), "forecast");
-    const Ran ran = RunWords(words);
-    EXPECT_NE(ran.Exit, 0);
-    return ran.Err;
-  };
-  const auto has = [](const std::string& text, const char* part) {
-    EXPECT_NE(text.find(part), std::string::npos) << text;
-  };
-  has(reason({here}), "--among");
-  has(reason({here, here, "--among", In("")}), "one file");
-  has(reason({here, "--among", In(""), "--main", "5001"}), "Range is 0 to 5000 meters, AGL.");
-  has(reason({here, "--among", In(""), "--percentage", "0.5"}), "Only integer values are allowed.");
-  has(reason({here, "--among", In("")}), "No upwind data.");
-  has(reason({here, "--mode", "Single", "--main", "0", "--boundary", "0"}), "must be checked");
-  has(reason({"--verify", In(""), "-o", In("x")}), "--verify");
+  const std::string all = In("");
+  ExpectRefused(
+      {"forecast"},
+      {{{here}, 2, "--among"},
+       {{here, here, "--among", all}, 2, "one file"},
+       {{here, "--among", all, "--main", "5001"}, 2, "Range is 0 to 5000 meters, AGL."},
+       {{here, "--among", all, "--percentage", "0.5"}, 2, "Only integer values are allowed."},
+       {{here, "--among", all}, 1, "No upwind data."},
+       {{here, "--mode", "Single", "--main", "0", "--boundary", "0"}, 1, "must be checked"},
+       {{"--verify", all, "-o", In("x")}, 2, "--verify"}});
 }
 
 }  // namespace

@@ -4,11 +4,11 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "cli/run_words.h"
 #include "core/files.h"
-#include "core/raw_file.h"
 #include "support/soundings.h"
 
 namespace vexa::cli {
@@ -18,15 +18,13 @@ using Json = nlohmann::json;
 
 class Fronts : public testing::Test {
  protected:
-  Fronts() { EXPECT_FALSE(SaveFile(folder_.Path() / "winter.RAW", WriteRaw(Winter()))); }
-  static SoundingRecord Winter() { return test::ReferenceWinter(); }
-  std::string File() const { return TextFromPath(folder_.Path() / "winter.RAW"); }
   Ran Run(std::vector<std::string> words) const {
-    words.insert(words.begin(), {"fronts", File()});
+    words.insert(words.begin(), {"fronts", file_});
     return RunWords(words);
   }
 
   test::TemporaryFolder folder_{};
+  const std::string file_ = TextFromPath(folder_.Write("winter.RAW", test::ReferenceWinter()));
 };
 
 TEST_F(Fronts, JsonTellsWhatEachLayerMissed) {
@@ -48,11 +46,7 @@ TEST_F(Fronts, ExplainTellsWhyThereIsNone) {
 }
 
 TEST_F(Fronts, SettingsOfTheRunAreTaken) {
-  struct Case {
-    std::vector<std::string> words;
-    const char* says;
-  };
-  const Case cases[] = {
+  const std::pair<std::vector<std::string>, const char*> cases[] = {
       {{}, "  Layer     Frontal   Thermal Wind   Gradient*    Advection"},
       {{}, "Front character: Anabatic Warm Front"},
       {{"--slope", "200"}, "Frontal distance: 300 km"},  // 200 times 1.5 km
@@ -62,31 +56,21 @@ TEST_F(Fronts, SettingsOfTheRunAreTaken) {
       {{"--gradient", "0.5"}, "No front found."},
       {{"--advection", "0"}, "Advection threshold = 0.00"},
   };
-  for (const Case& c : cases) {
-    const Ran ran = Run(c.words);
+  for (const auto& [words, says] : cases) {
+    const Ran ran = Run(words);
     EXPECT_EQ(ran.Exit, 0);
-    EXPECT_NE(ran.Out.find(c.says), std::string::npos) << c.says << "\n" << ran.Out;
+    EXPECT_NE(ran.Out.find(says), std::string::npos) << says << "\n" << ran.Out;
   }
 }
 
 TEST_F(Fronts, WhatIsOutOfRangeIsRefused) {
-  struct Case {
-    std::vector<std::string> words;
-    const char* says;
-  };
-  const Case cases[] = {
-      {{"--gradient", "0.6"}, "--gradient takes a number from 0.005 to 0.5"},
-      {{"--advection", "-1"}, "--advection takes a number from 0 to 5"},
-      {{"--slope", "steep"}, "--slope takes a number from 20 to 500 or automatic"},
-      {{"--interval", "99"}, "100"},
-      {{"--angle", "91"}, "90"},
-      {{"--mode", "Falling"}, "Sliding"},
-  };
-  for (const Case& c : cases) {
-    const Ran ran = Run(c.words);
-    EXPECT_EQ(ran.Exit, 2) << c.says;
-    EXPECT_NE(ran.Err.find(c.says), std::string::npos) << c.says << "\n" << ran.Err;
-  }
+  ExpectRefused({"fronts", file_},
+                {{{"--gradient", "0.6"}, 2, "--gradient takes a number from 0.005 to 0.5"},
+                 {{"--advection", "-1"}, 2, "--advection takes a number from 0 to 5"},
+                 {{"--slope", "steep"}, 2, "--slope takes a number from 20 to 500 or automatic"},
+                 {{"--interval", "99"}, 2, "100"},
+                 {{"--angle", "91"}, 2, "90"},
+                 {{"--mode", "Falling"}, 2, "Sliding"}});
 }
 
 TEST_F(Fronts, CsvIsARowASounding) {

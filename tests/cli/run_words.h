@@ -1,6 +1,9 @@
 // Runs command lines and keeps what a user would see.
 #pragma once
 
+#include <gtest/gtest.h>
+
+#include <initializer_list>
 #include <memory>
 #include <string>
 #include <vector>
@@ -26,6 +29,26 @@ inline Ran RunWith(Toolkit* toolkit, const std::vector<std::string>& words) {
 
 inline Ran RunWords(const std::vector<std::string>& words) {
   return RunWith(MakeToolkit().get(), words);
+}
+
+// What a command is given behind its first words, how it ends, and a part of what it says then.
+struct Refused {
+  std::vector<std::string> Words;
+  int Exit;
+  const char* Says;
+};
+
+inline void ExpectRefused(const std::vector<std::string>& first,
+                          std::initializer_list<Refused> cases) {
+  for (const Refused& one : cases) {
+    SCOPED_TRACE(one.Says);
+    std::vector<std::string> words = first;
+    words.insert(words.end(), one.Words.begin(), one.Words.end());
+    const Ran ran = RunWords(words);
+    EXPECT_EQ(ran.Exit, one.Exit);
+    EXPECT_NE(ran.Err.find(one.Says), std::string::npos) << ran.Err;
+    EXPECT_TRUE(one.Exit != kExitUsage || ran.Out.empty());
+  }
 }
 
 // Skips a test, saying so, in a build without the toolkit.

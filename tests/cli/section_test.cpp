@@ -5,7 +5,6 @@
 
 #include "cli/run_words.h"
 #include "core/files.h"
-#include "core/raw_file.h"
 #include "support/soundings.h"
 
 namespace vexa::cli {
@@ -20,18 +19,15 @@ class SectionCommand : public testing::Test {
     SetDecimalPosition(record, 35, lon);
     record.StationTitle = name;
     if (!withWinds) record = test::WithoutWinds(record);
-    const std::string path = In(name + ".RAW");
-    EXPECT_FALSE(SaveFile(PathFromText(path), WriteRaw(record)));
-    return path;
+    return TextFromPath(folder_.Write(name + ".RAW", record));
   }
   std::string In(const std::string& name) const { return TextFromPath(folder_.Path() / name); }
 
   test::TemporaryFolder folder_{};
+  const std::string west = Sounding("west", -100), east = Sounding("east", -97);
 };
 
 TEST_F(SectionCommand, GivesTheGrid) {
-  const std::string west = Sounding("west", -100);
-  const std::string east = Sounding("east", -97);
   const Ran ran = RunWords({"section", east, west, "--format", "json", "-f", "TMP,PT", "--scale",
                             "km", "--resolution", "low"});
   ASSERT_EQ(ran.Exit, 0) << ran.Err;
@@ -53,8 +49,6 @@ TEST_F(SectionCommand, GivesTheGrid) {
 // The parts of a classic netCDF file that can be told by hand from its published form: the mark
 // with version 2 for offsets of 64 bits, and the names and texts as they stand.
 TEST_F(SectionCommand, GivesTheGridAsNetcdf) {
-  const std::string west = Sounding("west", -100);
-  const std::string east = Sounding("east", -97);
   const std::string file = In("grid.nc");
   const Ran ran = RunWords({"section", west, east, "--format", "netcdf", "-o", file, "-f",
                             "TMP,ICE", "--resolution", "low"});
@@ -76,64 +70,40 @@ TEST_F(SectionCommand, GivesTheGridAsNetcdf) {
 }
 
 TEST_F(SectionCommand, DrawsOnePictureOrOneEach) {
-  const std::string west = Sounding("west", -100);
-  const std::string east = Sounding("east", -97);
-  EXPECT_EQ(RunWords({"section", west, east, "-o", In("all.svg"), "-f", "TMP,RH"}).Exit, 0);
-  const std::string together = ReadFile(PathFromText(In("all.svg"))).Value();
-  EXPECT_NE(together.find("Temperature (C)"), std::string::npos);
-  EXPECT_NE(together.find("Relative Humidity (%)"), std::string::npos);
-  EXPECT_EQ(RunWords({"section", west, east, "-o", In("{field}.svg"), "-f", "TMP,RH"}).Exit, 0);
-  EXPECT_TRUE(ReadFile(PathFromText(In("TMP.svg"))).Ok());
-  EXPECT_TRUE(ReadFile(PathFromText(In("RH.svg"))).Ok());
-}
-
-TEST_F(SectionCommand, PlotsTheSectionAndItsMapOfAllFiles) {
-  const std::string west = Sounding("west", -100);
-  const std::string east = Sounding("east", -97);
-  struct Case {
-    const char* Display;
-    const char* Says;
-  };
-  for (const Case& c : {Case{"CrossSection", "Temperature (C)"},
-                        Case{"AreaMapForm", "2 of 2 stations in the section"}}) {
-    const Ran ran = RunWords({"plot", west, east, "--display", c.Display, "-o", In("all.svg")});
+  const auto page = [this](const char* name, std::vector<std::string> words) {
+    words.insert(words.end(), {west, east, "-o", In(name)});
+    const Ran ran = RunWords(words);
     EXPECT_EQ(ran.Exit, 0) << ran.Err;
-    const std::string page = ReadFile(PathFromText(In("all.svg"))).Value();
-    EXPECT_NE(page.find(c.Says), std::string::npos) << c.Display;
-  }
+    const auto text = ReadFile(PathFromText(In(name)));
+    return text ? text.Value() : std::string();
+  };
+  const auto has = [](const std::string& text, const char* part) {
+    EXPECT_NE(text.find(part), std::string::npos) << part;
+  };
+  const std::string together = page("all.svg", {"section", "-f", "TMP,RH"});
+  has(together, "Temperature (C)");
+  has(together, "Relative Humidity (%)");
+  page("{field}.svg", {"section", "-f", "TMP,RH"});
+  EXPECT_TRUE(StampOf(PathFromText(In("TMP.svg"))) && StampOf(PathFromText(In("RH.svg"))));
+  has(page("a.svg", {"plot", "--display", "CrossSection"}), "Temperature (C)");
+  has(page("a.svg", {"plot", "--display", "AreaMapForm"}), "2 of 2 stations in the section");
 }
 
 TEST_F(SectionCommand, SaysInASentenceWhatIsWrong) {
-  const std::string west = Sounding("west", -100);
   const std::string again = Sounding("again", -100);
   const std::string calm = Sounding("calm", -97, false);
   const std::string file = In("out.svg");
-  struct Case {
-    const char* About;
-    std::vector<std::string> Words;
-    int Exit;
-    const char* Says;
-  };
-  const Case cases[] = {
-      {"one alone", {west, "-o", file}, 1, "One sounding alone makes no cross-section"},
-      {"one station twice", {west, again, "-o", file}, 1, "DataRange = 0"},
-      {"no time", {west, calm, "-k", "time", "-o", file}, 1, "is not known"},
-      {"no winds", {west, calm, "-f", "WND", "-o", file}, 1, "Results will not be reliable."},
-      {"missing file", {west, calm, In("none.RAW"), "-o", file}, 1, "none.RAW"},
-      {"unknown field", {west, calm, "-f", "TMPP", "-o", file}, 2, "did you mean TMP?"},
-      {"no output", {west, calm}, 2, "-o"},
-      {"interval", {west, calm, "-o", file, "--interval", "0"}, 2, "above 0"},
-      {"time", {west, calm, "-o", file, "--from", "noon"}, 2, "2024-03-05T12:00"},
-      {"an input", {west, calm, "--format", "csv", "-o", west}, 2, "would be lost"},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.About);
-    std::vector<std::string> words = {"section"};
-    words.insert(words.end(), c.Words.begin(), c.Words.end());
-    const Ran ran = RunWords(words);
-    EXPECT_EQ(ran.Exit, c.Exit);
-    EXPECT_NE(ran.Err.find(c.Says), std::string::npos) << ran.Err;
-  }
+  ExpectRefused({"section"},
+                {{{west, "-o", file}, 1, "One sounding alone makes no cross-section"},
+                 {{west, again, "-o", file}, 1, "DataRange = 0"},
+                 {{west, calm, "-k", "time", "-o", file}, 1, "is not known"},
+                 {{west, calm, "-f", "WND", "-o", file}, 1, "Results will not be reliable."},
+                 {{west, calm, In("none.RAW"), "-o", file}, 1, "none.RAW"},
+                 {{west, calm, "-f", "TMPP", "-o", file}, 2, "did you mean TMP?"},
+                 {{west, calm}, 2, "-o"},
+                 {{west, calm, "-o", file, "--interval", "0"}, 2, "above 0"},
+                 {{west, calm, "-o", file, "--from", "noon"}, 2, "2024-03-05T12:00"},
+                 {{west, calm, "--format", "csv", "-o", west}, 2, "would be lost"}});
 }
 
 TEST_F(SectionCommand, TakesEverySoundingOfAFile) {
