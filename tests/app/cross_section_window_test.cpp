@@ -7,6 +7,7 @@
 #include "app/drag_view.h"
 #include "app/window_test.h"
 #include "core/numbers.h"
+#include "support/tagged_items.h"
 
 namespace vexa {
 namespace {
@@ -29,11 +30,8 @@ class SectionWindowTest : public test::WindowTest<> {
     test::Mouse(on, QEvent::MouseButtonPress, at);
     test::Mouse(on, QEvent::MouseButtonRelease, at);
   }
-  bool Says(const char* text) {
-    return std::ranges::any_of(Section().Page().Items(), [text](const Item& item) {
-      const auto* label = std::get_if<Label>(&item.Shape);
-      return label != nullptr && label->Text.find(text) != std::string::npos;
-    });
+  bool Says(std::string_view text) {
+    return test::TextsOf(Section().Page()).find(text) != std::string::npos;
   }
 };
 
@@ -47,7 +45,7 @@ TEST_F(SectionWindowTest, AButtonForEachFieldDrawsIt) {
     button->click();
     EXPECT_TRUE(button->isChecked());
     const std::string title(Trim(field.Title.substr(0, field.Title.find('('))));
-    EXPECT_TRUE(Says(title.c_str())) << field.Code;
+    EXPECT_TRUE(Says(title)) << field.Code;
   }
 }
 
@@ -101,7 +99,7 @@ TEST_F(SectionWindowTest, TurnsAndShowsItsMap) {
   EXPECT_EQ(SectionViewOf(program).Of.Columns.size(), 2U);
   EXPECT_EQ(SectionViewOf(program).Of.Columns[0].Sounding.StationTitle, "Station 100");
   map.findChild<QPushButton*>("cmdAllStations")->click();
-  EXPECT_EQ(std::ranges::count(map.Page().Items(), "station mark", &Item::Tag), 3);
+  EXPECT_EQ(test::CountOf(map.Page(), "station mark"), 3);
 }
 
 TEST_F(SectionWindowTest, SoundingsAreChosenAndShownSmall) {

@@ -16,6 +16,7 @@
 #include "program/needs.h"
 #include "program/print_work.h"
 #include "program/session_memory.h"
+#include "support/tagged_items.h"
 
 namespace vexa {
 namespace {
@@ -73,14 +74,6 @@ std::vector<DisplayRow> TableWithRings() {
   return rows;
 }
 
-std::string Texts(const Picture& page) {
-  std::string texts;
-  for (const Item& item : page.Items()) {
-    if (const auto* label = std::get_if<Label>(&item.Shape)) texts += label->Text + '\n';
-  }
-  return texts;
-}
-
 class DisplayTableTest : public testing::Test {
  protected:
   DisplayTableTest() {
@@ -128,12 +121,12 @@ TEST_F(DisplayTableTest, ItsWindowHasItsControlsAndMenuAndFollowsTheSounding) {
   ASSERT_NE(rings, nullptr);
   EXPECT_TRUE(rings->isVisible());
   EXPECT_EQ(rings->windowTitle(), "Rings of the Day");
-  const std::string here = Texts(rings->Page());
+  const std::string here = test::TextsOf(rings->Page());
   EXPECT_NE(here.find("Ring of "), std::string::npos);
   rings->findChild<QCheckBox*>("chkDouble")->click();
-  EXPECT_EQ(Texts(rings->Page()), here + here);
+  EXPECT_EQ(test::TextsOf(rings->Page()), here + here);
   Load("There", test::ReferenceWinter());
-  EXPECT_NE(Texts(rings->Page()), here + here);
+  EXPECT_NE(test::TextsOf(rings->Page()), here + here);
   for (const char* name : {"mnuSavePicture", "mnuCopyPicture", "mnuPrintPicture"}) {
     EXPECT_NE(rings->findChild<QAction*>(name), nullptr) << name;
   }
@@ -155,7 +148,7 @@ TEST_F(DisplayTableTest, ItIsPrintedHasItsHelpAndComesBackAtTheNextStart) {
   EXPECT_NE(std::ranges::find(printable, "Rings"), printable.end());
   const std::vector<Picture> pages = PagesToPrint(program, {.Display = "Rings"});
   ASSERT_EQ(pages.size(), 1u);
-  EXPECT_TRUE(Texts(pages[0]).starts_with("RINGS\n"));
+  EXPECT_TRUE(test::TextsOf(pages[0]).starts_with("RINGS\n"));
 
   const std::vector<HelpTopic> topics = HelpTopics(program);
   ASSERT_NE(TopicOf(topics, "Rings"), nullptr);

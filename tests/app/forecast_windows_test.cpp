@@ -5,6 +5,7 @@
 
 #include "app/drag_view.h"
 #include "app/window_test.h"
+#include "support/tagged_items.h"
 
 namespace vexa {
 namespace {
@@ -142,14 +143,9 @@ class ForecastMapTest : public ForecastWindowsTest {
     Mouse(QEvent::MouseButtonRelease, to, held);
   }
   void BoxNorth() { Drag(On(47, 10) - QPointF(20, 15), On(47, 10) + QPointF(20, 15)); }
-  std::string Caption() {
-    for (const Item& item : Map().Page().Items()) {
-      const auto* label = std::get_if<Label>(&item.Shape);
-      if (label != nullptr && label->Text.starts_with("Mean 1 km winds")) return label->Text;
-    }
-    return {};
+  bool Says(std::string_view text) {
+    return test::TextsOf(Map().Page()).find(text) != std::string::npos;
   }
-  bool Says(std::string_view text) { return Caption().find(text) != std::string::npos; }
   std::vector<std::string> Upwind() {
     std::vector<std::string> names;
     for (const forecast::Neighbour& one : View().Series.Around().Near) {

@@ -16,13 +16,6 @@
 namespace vexa {
 namespace {
 
-/// Names the file that the window asks for.
-class PrintingUser : public test::ScriptedInteraction {
- public:
-  std::optional<std::string> ChooseFile(const FileQuestion&) override { return File; }
-  std::string File{};
-};
-
 class PrintPlotTest : public testing::Test {
  protected:
   PrintPlotTest() {
@@ -35,12 +28,12 @@ class PrintPlotTest : public testing::Test {
   // As the button does that prints to a file.
   std::filesystem::path PrintToFile(PrintPlotWindow& window, const char* name) {
     const std::filesystem::path path = folder.Path() / name;
-    user.File = TextFromPath(path);
+    user.Chosen = {TextFromPath(path)};
     window.findChild<QPushButton*>("cmdPrintPdf")->click();
     return path;
   }
 
-  PrintingUser user{};
+  test::ScriptedInteraction user{};
   test::TemporaryFolder folder{};
   Program program{};
 };

@@ -9,6 +9,7 @@
 #include "crosssection/color_map.h"
 #include "picture/text_width.h"
 #include "support/soundings.h"
+#include "support/tagged_items.h"
 
 namespace vexa::crosssection {
 namespace {
@@ -44,19 +45,8 @@ struct Scene {
   }
 };
 
-int CountOf(const Picture& page, std::string_view tag) {
-  return static_cast<int>(
-      std::ranges::count_if(page.Items(), [tag](const Item& item) { return item.Tag == tag; }));
-}
-
 std::vector<Label> LabelsOf(const Picture& page, std::string_view tag) {
-  std::vector<Label> labels;
-  for (const Item& item : page.Items()) {
-    if (const auto* label = std::get_if<Label>(&item.Shape); label && item.Tag == tag) {
-      labels.push_back(*label);
-    }
-  }
-  return labels;
+  return test::Tagged<Label>(page, tag);
 }
 
 TEST(SectionPlot, ShowsFieldLinesAndLevels) {
@@ -64,19 +54,19 @@ TEST(SectionPlot, ShowsFieldLinesAndLevels) {
   const Picture page = scene.Plot("TMP").Page;
   EXPECT_EQ(LabelsOf(page, "title").at(0).Text, "VEXA Cross-Section");
   EXPECT_EQ(LabelsOf(page, "field title").at(0).Text, "Temperature (C)");
-  EXPECT_EQ(CountOf(page, "freezing isotherm"), 1);
-  EXPECT_EQ(CountOf(page, "freezing level"), 0);  // said by the isotherm
-  EXPECT_EQ(CountOf(page, "terrain"), 1);
-  EXPECT_GT(CountOf(page, "Line-Isoline"), 2);
-  EXPECT_GT(CountOf(page, "Dash-Isoline"), 8);  // below 0
-  EXPECT_GT(CountOf(page, "Num-Isoline"), 8);
-  EXPECT_EQ(CountOf(page, "station"), 3);
-  EXPECT_GT(CountOf(page, "wind shaft"), 10);
+  EXPECT_EQ(test::CountOf(page, "freezing isotherm"), 1);
+  EXPECT_EQ(test::CountOf(page, "freezing level"), 0);  // said by the isotherm
+  EXPECT_EQ(test::CountOf(page, "terrain"), 1);
+  EXPECT_GT(test::CountOf(page, "Line-Isoline"), 2);
+  EXPECT_GT(test::CountOf(page, "Dash-Isoline"), 8);  // below 0
+  EXPECT_GT(test::CountOf(page, "Num-Isoline"), 8);
+  EXPECT_EQ(test::CountOf(page, "station"), 3);
+  EXPECT_GT(test::CountOf(page, "wind shaft"), 10);
   EXPECT_EQ(LabelsOf(page, "wind caption").at(0).Text, "Winds plotted in KNOTS");
 
   const Picture other = scene.Plot("RH").Page;
-  EXPECT_EQ(CountOf(other, "freezing isotherm"), 0);
-  EXPECT_EQ(CountOf(other, "freezing level"), 2);  // line and name
+  EXPECT_EQ(test::CountOf(other, "freezing isotherm"), 0);
+  EXPECT_EQ(test::CountOf(other, "freezing level"), 2);  // line and name
 
   Scene plain = scene;
   plain.Of.Name = "Tuesday";
@@ -85,24 +75,21 @@ TEST(SectionPlot, ShowsFieldLinesAndLevels) {
   const Picture bare = plain.Plot("RH").Page;
   EXPECT_EQ(LabelsOf(bare, "title").at(0).Text, "VEXA Cross-Section for:  Tuesday");
   for (const char* tag : {"terrain", "wind shaft", "band", "freezing level", "Line-Isoline"}) {
-    EXPECT_EQ(CountOf(bare, tag), 0) << tag;
+    EXPECT_EQ(test::CountOf(bare, tag), 0) << tag;
   }
-  EXPECT_GT(CountOf(bare, "Sub-Isoline"), 0);
-  EXPECT_GT(CountOf(bare, "Dot-Isoline"), 0);
+  EXPECT_GT(test::CountOf(bare, "Sub-Isoline"), 0);
+  EXPECT_GT(test::CountOf(bare, "Dot-Isoline"), 0);
 }
 
 TEST(SectionPlot, ColoursEndAtTheLines) {
   const Scene scene{Line(4)};
   const Picture page = scene.Plot("TMP").Page;
   std::vector<Point> corners;
-  for (const Item& item : page.Items()) {
-    if (const auto* area = std::get_if<Area>(&item.Shape); area && item.Tag == "band") {
-      for (const auto& ring : area->Rings) corners.insert(corners.end(), ring.begin(), ring.end());
-    }
+  for (const Area& area : test::Tagged<Area>(page, "band")) {
+    for (const auto& ring : area.Rings) corners.insert(corners.end(), ring.begin(), ring.end());
   }
-  for (const Item& item : page.Items()) {
-    if (item.Tag != "Line-Isoline") continue;
-    for (const Point& at : std::get<Polyline>(item.Shape).Points) {
+  for (const Polyline& line : test::Tagged<Polyline>(page, "Line-Isoline")) {
+    for (const Point& at : line.Points) {
       const bool isBorder = std::ranges::any_of(corners, [&](const Point& corner) {
         return std::hypot(corner.X - at.X, corner.Y - at.Y) < 1e-6;
       });
@@ -186,7 +173,7 @@ TEST(SectionPlot, SaysWhyThereIsNoField) {
   scene.Set.UpperLimit = 100;
   for (Column& column : scene.Of.Columns) column.Layers.Icing.clear();
   const Picture page = scene.Plot("ICE").Page;
-  ASSERT_EQ(CountOf(page, "refusal"), 1);
+  ASSERT_EQ(test::CountOf(page, "refusal"), 1);
   EXPECT_EQ(LabelsOf(page, "refusal").at(0).Text, "Data found but not plotted ...");
 }
 

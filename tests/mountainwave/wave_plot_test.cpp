@@ -11,6 +11,7 @@
 #include "mountainwave/wave_sweep.h"
 #include "support/page_checks.h"
 #include "support/soundings.h"
+#include "support/tagged_items.h"
 
 namespace vexa::mountainwave {
 namespace {
@@ -32,11 +33,6 @@ struct Scene {
   }
 };
 
-int CountOf(const Picture& page, std::string_view tag) {
-  return static_cast<int>(
-      std::ranges::count_if(page.Items(), [tag](const Item& item) { return item.Tag == tag; }));
-}
-
 // A window of 800 x 600, an ultra-wide one, a tall dock and a sheet of A4.
 constexpr Surface kChartPages[] = {WindowSurface(780, 480), WindowSurface(3400, 1300),
                                    WindowSurface(420, 1200), PaperSurfaceMm(190, 277)};
@@ -46,9 +42,8 @@ void ExpectFilled(const Picture& chart, const Surface& surface) {
   SCOPED_TRACE(testing::Message() << surface.Width << " x " << surface.Height);
   test::ExpectOrderly(chart, {0, 0, surface.Width, surface.Height});
   Rect frames{surface.Width, surface.Height, 0, 0};
-  for (const Item& item : chart.Items()) {
-    if (item.Tag != "frame") continue;
-    for (const Point& at : std::get<Polyline>(item.Shape).Points) {
+  for (const Polyline& frame : test::Tagged<Polyline>(chart, "frame")) {
+    for (const Point& at : frame.Points) {
       frames = {std::min(frames.Left, at.X), std::min(frames.Top, at.Y),
                 std::max(frames.Right, at.X), std::max(frames.Bottom, at.Y)};
     }
@@ -80,21 +75,21 @@ TEST(WavePlot, MappingRunsBothWays) {
 TEST(WavePlot, ShowsWhatIsAskedFor) {
   Scene scene;
   const WavePlot all = PlotWaves(scene.Input(), kPage);
-  EXPECT_EQ(CountOf(all.Page, "terrain"), 1);
-  EXPECT_EQ(CountOf(all.Page, "interface"), 2);  // 880 and 250 hPa
-  EXPECT_GT(CountOf(all.Page, "updraught"), 20);
-  EXPECT_GT(CountOf(all.Page, "downdraught"), 20);
-  EXPECT_EQ(CountOf(all.Page, "streamline") > 5, true);
-  EXPECT_EQ(CountOf(all.Page, "rotor"), 6);  // three crests, circle and letter
-  EXPECT_EQ(CountOf(all.Page, "normal wind"), 1);
-  EXPECT_EQ(CountOf(all.Page, "Scorer parameter"), 1);
+  EXPECT_EQ(test::CountOf(all.Page, "terrain"), 1);
+  EXPECT_EQ(test::CountOf(all.Page, "interface"), 2);  // 880 and 250 hPa
+  EXPECT_GT(test::CountOf(all.Page, "updraught"), 20);
+  EXPECT_GT(test::CountOf(all.Page, "downdraught"), 20);
+  EXPECT_GT(test::CountOf(all.Page, "streamline"), 5);
+  EXPECT_EQ(test::CountOf(all.Page, "rotor"), 6);  // three crests, circle and letter
+  EXPECT_EQ(test::CountOf(all.Page, "normal wind"), 1);
+  EXPECT_EQ(test::CountOf(all.Page, "Scorer parameter"), 1);
   scene.Set.LabelsOnly = true;
   scene.Set.WindProfile = scene.Set.ScorerProfile = false;
   const WavePlot labels = PlotWaves(scene.Input(), kPage);
   for (const char* tag : {"updraught", "streamline", "rotor", "normal wind", "Scorer parameter"}) {
-    EXPECT_EQ(CountOf(labels.Page, tag), 0) << tag;
+    EXPECT_EQ(test::CountOf(labels.Page, tag), 0) << tag;
   }
-  EXPECT_EQ(CountOf(labels.Page, "interface"), 2);
+  EXPECT_EQ(test::CountOf(labels.Page, "interface"), 2);
   EXPECT_GT(labels.At.Frame().Width(), all.At.Frame().Width());
 }
 
@@ -113,7 +108,7 @@ TEST(WavePlot, PagesOfAllSizesAreOrderly) {
     const Picture waves = PlotWaves(scene.Input(), surface).Page;
     test::ExpectOrderly(waves, page);
     // A profile stands in its column or is named as left out.
-    EXPECT_EQ(CountOf(waves, "Scorer parameter") + CountOf(waves, "left out"), 1);
+    EXPECT_EQ(test::CountOf(waves, "Scorer parameter") + test::CountOf(waves, "left out"), 1);
     scene.Sounding = test::WithoutWinds(scene.Sounding);
     test::ExpectOrderly(PlotWaves(scene.Input(), surface).Page, page);
   }
@@ -143,11 +138,9 @@ TEST(WavePlot, IsentropesCrowdWhereTheAirIsStable) {
   scene.Set.Traces = WaveTraces::Isentropes;
   const WavePlot plot = PlotWaves(scene.Input(), kPage);
   std::vector<double> heights;  // where the lines enter at the left
-  for (const Item& item : plot.Page.Items()) {
-    const auto* line = std::get_if<Polyline>(&item.Shape);
-    if (item.Tag == "streamline" && line->Points.front().X < plot.At.Frame().Left + 1) {
-      heights.push_back(plot.At.HeightAt(line->Points.front().Y));
-    }
+  for (const Polyline& line : test::Tagged<Polyline>(plot.Page, "streamline")) {
+    const Point& first = line.Points.front();
+    if (first.X < plot.At.Frame().Left + 1) heights.push_back(plot.At.HeightAt(first.Y));
   }
   ASSERT_GT(heights.size(), 6U);
   std::vector<double> steps;
@@ -161,10 +154,10 @@ TEST(WavePlot, SaysWhyThereIsNothing) {
   Scene scene;
   scene.Sounding = test::WithoutWinds(scene.Sounding);
   const WavePlot plot = PlotWaves(scene.Input(), kPage);
-  EXPECT_EQ(CountOf(plot.Page, "remark"), 2);
-  EXPECT_EQ(CountOf(plot.Page, "streamline"), 0);
+  EXPECT_EQ(test::CountOf(plot.Page, "remark"), 2);
+  EXPECT_EQ(test::CountOf(plot.Page, "streamline"), 0);
   scene.Sounding = {};
-  EXPECT_EQ(CountOf(PlotWaves(scene.Input(), kPage).Page, "remark"), 2);
+  EXPECT_EQ(test::CountOf(PlotWaves(scene.Input(), kPage).Page, "remark"), 2);
 }
 
 TEST(WavePlot, PointerReadsTheField) {
@@ -206,8 +199,8 @@ TEST(WaveSweep, IsTheModelAtEveryPoint) {
   for (const Surface& surface : kChartPages) {
     const Picture chart = PlotSweep(sweep, {.Relief = 1000, .HalfWidthKm = 3, .Axis = 200},
                                     kMetricUnits, Options{}, surface);
-    EXPECT_EQ(CountOf(chart, "marked ridge"), 1);
-    EXPECT_GT(CountOf(chart, "sweep"), 0);
+    EXPECT_EQ(test::CountOf(chart, "marked ridge"), 1);
+    EXPECT_GT(test::CountOf(chart, "sweep"), 0);
     ExpectFilled(chart, surface);
   }
 }
@@ -228,7 +221,7 @@ TEST(WaveSweep, SoundingsInTurnShowTheirOwnAir) {
   members.push_back(calm);
   for (const Surface& surface : kChartPages) {
     const Picture chart = PlotSeries(members, form, kMetricUnits, Options{}, surface);
-    EXPECT_EQ(CountOf(chart, "series bar"), 40);
+    EXPECT_EQ(test::CountOf(chart, "series bar"), 40);
     ExpectFilled(chart, surface);
   }
 }

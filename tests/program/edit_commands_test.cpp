@@ -22,28 +22,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-class NamingUser : public test::ScriptedInteraction {
- public:
-  std::optional<std::string> ChooseFile(const FileQuestion& question) override {
-    Asked.push_back(question.Folder);
-    return Name;
-  }
-  std::optional<std::string> Name{};
-  std::vector<std::string> Asked{};
-};
-
-class EditCommands : public testing::Test {
+class EditCommands : public test::ProgramAtHome {
  protected:
-  EditCommands() {
-    program.Doc.AskThrough(&user);
-    program.Where.Data = folder.Path();
-  }
-  fs::path Saved(const std::string& name, const std::string& bytes) {
-    return folder.Write(name, bytes);
-  }
-  fs::path Native(const std::string& name) {
-    return Saved(name, WriteRaw(test::ReferenceWinter()));
-  }
+  EditCommands() { program.Where.Data = folder.Path(); }
+  fs::path Native(const std::string& name) { return Saved(name, test::ReferenceWinter()); }
   // A program that starts where another's session was left.
   Changes Begin(Program& next, Answer answer) {
     next.Doc.AskThrough(&user);
@@ -64,10 +46,6 @@ class EditCommands : public testing::Test {
     EXPECT_FALSE(ReadRaw(ReadFile(path).Value(), "", RawVariant::Plain, record, refused));
     return record.NumTempLevels();
   }
-
-  test::TemporaryFolder folder;
-  NamingUser user;
-  Program program;
 };
 
 TEST_F(EditCommands, StepsAreNamedByWhatTheyDid) {
@@ -116,13 +94,13 @@ TEST_F(EditCommands, EditsAreUndoneRestoredAndWrittenOnlyOnSaving) {
   EXPECT_TRUE(RunCommand(program, "mnuUndo").Sounding);
   EXPECT_EQ(program.Current.Record.NumTempLevels(), count - 1);
 
-  user.Name = TextFromPath(folder.Path() / "b");
+  user.Chosen = {TextFromPath(folder.Path() / "b")};
   EXPECT_TRUE(RunCommand(program, "mnuSaveAs").Any());
   EXPECT_EQ(LevelsIn(folder.Path() / "b.RAW"), count - 1);
   EXPECT_EQ(LevelsIn(path), count);
   EXPECT_FALSE(program.Doc.History().IsChanged());
   EXPECT_EQ(program.Current.FileName, "b.RAW");
-  EXPECT_EQ(user.Asked.back(), TextFromPath(folder.Path() / "a.RAW"));
+  EXPECT_EQ(user.Asked.back().Folder, TextFromPath(folder.Path() / "a.RAW"));
 }
 
 TEST_F(EditCommands, ALockedCursorStaysAtItsPressure) {
@@ -153,7 +131,7 @@ TEST_F(EditCommands, AListingIsNeverWrittenOver) {
   const fs::path path = Saved("list.txt", listing);
   ASSERT_TRUE(OpenSoundings(program, {path}).Sounding);
   DeleteLevel(2);
-  user.Name = TextFromPath(path);
+  user.Chosen = {TextFromPath(path)};
   user.Expect("VEXA", Answer::Ok);
   EXPECT_FALSE(RunCommand(program, "mnuSaveAs").Any());
   // Nor on leaving: a name is asked for, and without one the program stays.
@@ -165,7 +143,7 @@ TEST_F(EditCommands, AListingIsNeverWrittenOver) {
 
   // An added extension may meet a native file: that is asked.
   Native("old.RAW");
-  user.Name = TextFromPath(folder.Path() / "old");
+  user.Chosen = {TextFromPath(folder.Path() / "old")};
   user.Expect("VEXA", Answer::No);
   EXPECT_FALSE(RunCommand(program, "mnuSaveAs").Any());
   EXPECT_TRUE(program.Doc.History().IsChanged());
@@ -202,8 +180,8 @@ TEST_F(EditCommands, ANewSoundingHasNoFileUntilItIsSaved) {
 TEST_F(EditCommands, AFaultAfterALoadIsCorrectedOrTheSoundingStays) {
   ASSERT_TRUE(OpenSoundings(program, {Native("good.RAW")}).Sounding);
   const CurrentSounding before = program.Current;
-  const fs::path bad = Saved(
-      "bad.RAW", WriteRaw(test::Profile({{1000, 20, 10}, {900, 14, 8}, {850, 5, 9}, {700, 0, 0}})));
+  const fs::path bad =
+      Saved("bad.RAW", test::Profile({{1000, 20, 10}, {900, 14, 8}, {850, 5, 9}, {700, 0, 0}}));
   user.Expect("Data Error", Answer::Cancel);
   EXPECT_FALSE(OpenSoundings(program, {bad}).Any());
   EXPECT_EQ(program.Current.Record, before.Record);
@@ -338,8 +316,8 @@ TEST_F(EditCommands, TheSourceOfOneOfSeveralSoundingsIsItsOwn) {
 
 TEST_F(EditCommands, ChecksAreSwitchedOffByTheirOptions) {
   const fs::path good = Native("good.RAW");
-  const fs::path bad = Saved(
-      "bad.RAW", WriteRaw(test::Profile({{1000, 20, 10}, {900, 14, 8}, {850, 5, 9}, {700, 0, 0}})));
+  const fs::path bad =
+      Saved("bad.RAW", test::Profile({{1000, 20, 10}, {900, 14, 8}, {850, 5, 9}, {700, 0, 0}}));
   program.Set.System.StepChecks = false;
   ASSERT_TRUE(OpenSoundings(program, {good, bad}).Sounding);
   EXPECT_TRUE(SequenceSounding(program, 1).Sounding);  // no box
@@ -354,7 +332,6 @@ TEST_F(EditCommands, ChecksAreSwitchedOffByTheirOptions) {
 }
 
 TEST_F(EditCommands, ASessionCutOffComesBackAsItWasLookedAt) {
-  program.Where.Root = folder.Path();
   program.ChooseSoundings = [](const auto&) { return std::vector<int>{0, 1}; };
   ASSERT_TRUE(
       OpenSoundings(program, {Saved("two.fsl", ReadFile(test::TestData("fsl_two.fsl")).Value())})
@@ -383,12 +360,11 @@ TEST_F(EditCommands, ASessionCutOffComesBackAsItWasLookedAt) {
 // Edits that mended the order come back without a question about the file, which still has the
 // fault.
 TEST_F(EditCommands, ASessionWithMendedOrderComesBackUnasked) {
-  program.Where.Root = folder.Path();
   SoundingRecord twice = test::ReferenceWinter();
   const double height = twice.WindHgt(3);
   twice.WindHgt(3) = twice.WindHgt(2);
   user.Expect("Data Error", Answer::Ok);
-  ASSERT_TRUE(OpenSoundings(program, {Saved("twice.RAW", WriteRaw(twice))}).Sounding);
+  ASSERT_TRUE(OpenSoundings(program, {Saved("twice.RAW", twice)}).Sounding);
   EXPECT_EQ(program.Doc.Finding(), (QcFinding{2, 2}));
   SoundingRecord mended = program.Current.Record;
   mended.WindHgt(3) = height;
@@ -407,7 +383,6 @@ TEST_F(EditCommands, ASessionWithMendedOrderComesBackUnasked) {
 }
 
 TEST_F(EditCommands, ASessionCutOffIsOfferedWithItsEdits) {
-  program.Where.Root = folder.Path();
   const fs::path a = Native("a.RAW");
   const fs::path b = Native("b.RAW");
   ASSERT_TRUE(OpenSoundings(program, {fs::proximate(a), fs::proximate(b)}).Sounding);
@@ -441,7 +416,7 @@ TEST_F(EditCommands, ASessionCutOffIsOfferedWithItsEdits) {
     CutOff(next);
   };
   comesBack(false);
-  Saved("b.RAW", WriteRaw(test::ReferenceConvective()));
+  Saved("b.RAW", test::ReferenceConvective());
   comesBack(true);
   {
     Program other;  // closes the box without an answer, works on something else and ends well
@@ -465,7 +440,6 @@ TEST_F(EditCommands, ASessionCutOffIsOfferedWithItsEdits) {
 // The window keeps the session every 20 seconds, while a box of the start stands too, and ends it
 // when the system logs off: neither may take away what nobody has answered for yet.
 TEST_F(EditCommands, ASessionStaysUntilItsQuestionIsAnswered) {
-  program.Where.Root = folder.Path();
   const fs::path kept = folder.Path() / "VEXA.SES";
   ASSERT_TRUE(OpenSoundings(program, {Native("a.RAW")}).Sounding);
   DeleteLevel(2);

@@ -9,19 +9,15 @@
 #include "core/raw_file.h"
 #include "picture/surface.h"
 #include "program/view_commands.h"
+#include "support/document.h"
 #include "support/full_disk.h"
-#include "support/soundings.h"
+#include "support/tagged_items.h"
 
 namespace vexa {
 namespace {
 
-class ForecastDisplay : public testing::Test {
+class ForecastDisplay : public test::ProgramAtHome {
  protected:
-  ForecastDisplay() {
-    program.Where = FoldersBelow(folder.Path());
-    program.Doc.AskThrough(&user);
-    std::filesystem::create_directories(program.Where.Data);
-  }
   // The wind is 270/30 everywhere.
   std::filesystem::path Put(const std::string& name, double lon, double warmer) {
     SoundingRecord sounding =
@@ -43,10 +39,6 @@ class ForecastDisplay : public testing::Test {
   bool IsSaved(const std::string& name) const {
     return StampOf(program.Where.Forecast / name).has_value();
   }
-
-  test::TemporaryFolder folder{};
-  test::ScriptedInteraction user{};
-  Program program{};
 };
 
 TEST_F(ForecastDisplay, EachHourComesIntoWorkBesideTheOriginal) {
@@ -138,11 +130,7 @@ TEST_F(ForecastDisplay, TheOriginalStandsBackBehindItsForecast) {
   commands::StepForecast(program);
   const auto inkOf = [&](const Options& set) {
     const auto plot = PlotShown(program, set, ImageSurface(800, 600));
-    for (const Item& item : plot->Page.Items()) {
-      const auto* line = std::get_if<Polyline>(&item.Shape);
-      if (item.Tag == "other temperature" && line != nullptr) return line->Stroke.Ink;
-    }
-    return Color{};
+    return test::Tagged<Polyline>(plot->Page, "other temperature").at(0).Stroke.Ink;
   };
   for (const ScreenColor screen : {ScreenColor::White, ScreenColor::Black}) {
     Options set = program.Set;

@@ -17,6 +17,7 @@
 #include "support/document.h"
 #include "support/page_checks.h"
 #include "support/soundings.h"
+#include "support/tagged_items.h"
 
 namespace vexa {
 namespace {
@@ -198,21 +199,13 @@ double Turn(Point a, Point b, Point c) {
 
 // A leader that crosses a trace could be taken for one.
 void ExpectNoLeaderAcrossATrace(const Picture& page) {
-  const auto linesOf = [&page](std::string_view tag) {
-    std::vector<std::vector<Point>> lines;
-    for (const Item& item : page.Items()) {
-      if (item.Tag == tag) lines.push_back(std::get<Polyline>(item.Shape).Points);
-    }
-    return lines;
-  };
   for (const char* tag : {"temperature", "dew point"}) {
-    for (const std::vector<Point>& trace : linesOf(tag)) {
-      for (const std::vector<Point>& leader : linesOf("leader")) {
-        const Point a = leader.front();
-        const Point b = leader.back();
+    for (const Polyline& line : test::Tagged<Polyline>(page, tag)) {
+      const std::vector<Point>& trace = line.Points;
+      for (const Polyline& leader : test::Tagged<Polyline>(page, "leader")) {
+        const Point a = leader.Points.front(), b = leader.Points.back();
         for (std::size_t i = 1; i < trace.size(); ++i) {
-          const Point c = trace[i - 1];
-          const Point d = trace[i];
+          const Point c = trace[i - 1], d = trace[i];
           const bool isCrossed =
               Turn(a, b, c) * Turn(a, b, d) < 0 && Turn(c, d, a) * Turn(c, d, b) < 0;
           EXPECT_FALSE(isCrossed) << "a leader across the " << tag;

@@ -11,52 +11,26 @@
 
 #include "core/files.h"
 #include "core/raw_file.h"
-#include "support/soundings.h"
+#include "support/document.h"
 
 namespace vexa {
 namespace {
 
 namespace fs = std::filesystem;
 
-// Does something while the running command lets the window system run.
-class Meddling : public test::ScriptedInteraction {
- public:
-  bool Yield() override { return !OnYield || OnYield(); }
+class ProgramTest : public test::ProgramAtHome {
+ protected:
   // Counted by the step that each of them shows.
   std::ptrdiff_t Analyses() const {
-    return std::ranges::count(Statuses, "Calculating DCAPE . . .");
+    return std::ranges::count(user.Statuses, "Calculating DCAPE . . .");
   }
-  std::vector<std::string> ChooseFiles(const FileQuestion& question) override {
-    Asked = question;
-    return Chosen;
-  }
-
-  std::function<bool()> OnYield{};
-  std::vector<std::string> Chosen{};
-  FileQuestion Asked{};
-};
-
-class ProgramTest : public testing::Test {
- protected:
-  ProgramTest() { program.Doc.AskThrough(&user); }
-
-  fs::path Saved(const std::string& name, const SoundingRecord& record) {
-    return folder.Write(name, record);
-  }
-  fs::path SavedText(const std::string& name, const std::string& text) {
-    return folder.Write(name, text);
-  }
-
-  test::TemporaryFolder folder;
-  Meddling user;
-  Program program;
 };
 
 TEST_F(ProgramTest, OpenLoadsAnalysesAndDraws) {
   user.Chosen = {TextFromPath(Saved("a.RAW", test::ReferenceConvective()))};
   const Changes changes = RunCommand(program, "mnuOpen");
   EXPECT_EQ(changes, (Changes{.Sounding = true}));
-  EXPECT_NE(user.Asked.Filter.find("*.RAW"), std::string::npos);
+  EXPECT_NE(user.Asked.back().Filter.find("*.RAW"), std::string::npos);
   EXPECT_EQ(program.Current.Record.NumTempLevels(), 27);
   EXPECT_FALSE(program.Plot);
 
@@ -76,7 +50,7 @@ TEST_F(ProgramTest, WhatCannotBeLoadedIsToldAndTheSoundingStays) {
   const SoundingRecord before = program.Current.Record;
 
   user.Expect("VEXA", Answer::Ok);
-  EXPECT_FALSE(OpenSoundings(program, {SavedText("bad.txt", "no sounding at all\n")}).Any());
+  EXPECT_FALSE(OpenSoundings(program, {Saved("bad.txt", "no sounding at all\n")}).Any());
   EXPECT_NE(user.Boxes.back().Text.find("bad.txt"), std::string::npos);
   EXPECT_EQ(program.Current.Record, before);
 
@@ -92,7 +66,7 @@ TEST_F(ProgramTest, ADamagedNativeFileShowsWhatCouldBeRead) {
   std::string cut = WriteRaw(test::ReferenceConvective());
   cut.resize(cut.size() * 2 / 5);
   user.Expect("VEXA", Answer::Ok);
-  EXPECT_TRUE(OpenSoundings(program, {SavedText("cut.RAW", cut)}).Sounding);
+  EXPECT_TRUE(OpenSoundings(program, {Saved("cut.RAW", cut)}).Sounding);
   EXPECT_EQ(program.Current.FileName, "cut.RAW");
   EXPECT_GT(program.Doc.Record().NumTempLevels(), 1);
   EXPECT_LT(program.Doc.Record().NumTempLevels(), 27);
@@ -101,12 +75,12 @@ TEST_F(ProgramTest, ADamagedNativeFileShowsWhatCouldBeRead) {
   // Nothing but the heading: the sounding before stays.
   cut.resize(60);
   user.Expect("VEXA", Answer::Ok);
-  EXPECT_FALSE(OpenSoundings(program, {SavedText("short.RAW", cut)}).Any());
+  EXPECT_FALSE(OpenSoundings(program, {Saved("short.RAW", cut)}).Any());
   EXPECT_EQ(program.Current.FileName, "cut.RAW");
 }
 
 TEST_F(ProgramTest, SeveralFilesAreListedForStepping) {
-  const std::vector<fs::path> paths{SavedText("bad.txt", "nothing\n"),
+  const std::vector<fs::path> paths{Saved("bad.txt", "nothing\n"),
                                     Saved("a.RAW", test::ReferenceConvective()),
                                     Saved("b.RAW", test::ReferenceWinter())};
   user.Expect("VEXA", Answer::Ok);
@@ -154,7 +128,7 @@ TEST_F(ProgramTest, ARunningDrawingRefusesCommandsAndCanBeStopped) {
 TEST_F(ProgramTest, AChangedColourDrawsAndDoesNotAnalyse) {
   ASSERT_TRUE(
       Refresh(program, OpenSoundings(program, {Saved("a.RAW", test::ReferenceConvective())})));
-  EXPECT_EQ(user.Analyses(), 1);
+  EXPECT_EQ(Analyses(), 1);
   struct Case {
     const char* About;
     std::function<void(Options&)> Change;
@@ -172,11 +146,11 @@ TEST_F(ProgramTest, AChangedColourDrawsAndDoesNotAnalyse) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.About);
-    const std::ptrdiff_t before = user.Analyses();
+    const std::ptrdiff_t before = Analyses();
     const std::string page = ToSvg(program.Plot->Page, 800, 600);
     c.Change(program.Set);
     EXPECT_TRUE(Refresh(program, {.View = true}));
-    EXPECT_EQ(user.Analyses() - before, c.Analyses ? 1 : 0);
+    EXPECT_EQ(Analyses() - before, c.Analyses ? 1 : 0);
     EXPECT_EQ(ToSvg(program.Plot->Page, 800, 600) != page, c.Draws);
   }
   EXPECT_TRUE(program.Results.Storm.ChosenIsManual);
@@ -184,14 +158,14 @@ TEST_F(ProgramTest, AChangedColourDrawsAndDoesNotAnalyse) {
   // An edit is analysed, its undoing too, and nothing twice.
   SoundingRecord warmer = program.Current.Record;
   warmer.Temp(1) += 1;
-  const std::ptrdiff_t before = user.Analyses();
+  const std::ptrdiff_t before = Analyses();
   program.Doc.Adopt(warmer, "warm");
   EXPECT_TRUE(Refresh(program, {.Sounding = true}));
   EXPECT_TRUE(Refresh(program, {.Sounding = true}));
-  EXPECT_EQ(user.Analyses() - before, 1);
+  EXPECT_EQ(Analyses() - before, 1);
   program.Doc.Undo();
   EXPECT_TRUE(Refresh(program, {.Sounding = true}));
-  EXPECT_EQ(user.Analyses() - before, 2);
+  EXPECT_EQ(Analyses() - before, 2);
 }
 
 TEST_F(ProgramTest, TheTephigramWarnsOnce) {
@@ -218,8 +192,8 @@ TEST_F(ProgramTest, TheFileDialogFollowsItsOptions) {
                  TextFromPath(Saved("c.RAW", test::ReferenceConvective())),
                  TextFromPath(Saved("b.TXT", test::ReferenceConvective()))};
   RunCommand(program, "mnuOpen");
-  EXPECT_EQ(user.Asked.Folder, TextFromPath(data));  // nothing was open
-  EXPECT_EQ(user.Asked.FilterIndex, 3);
+  EXPECT_EQ(user.Asked.back().Folder, TextFromPath(data));  // nothing was open
+  EXPECT_EQ(user.Asked.back().FilterIndex, 3);
   const auto order = [this] {
     std::string names;
     for (const auto& member : program.Listed.Members())
@@ -240,10 +214,10 @@ TEST_F(ProgramTest, TheFileDialogFollowsItsOptions) {
     RunCommand(program, "mnuOpen");
     EXPECT_EQ(order(), c.order);
   }
-  EXPECT_EQ(user.Asked.Folder, TextFromPath(folder.Path()));
+  EXPECT_EQ(user.Asked.back().Folder, TextFromPath(folder.Path()));
   program.Set.System.AutoDirectoryUpdate = false;
   RunCommand(program, "mnuOpen");
-  EXPECT_EQ(user.Asked.Folder, TextFromPath(data));
+  EXPECT_EQ(user.Asked.back().Folder, TextFromPath(data));
 }
 
 }  // namespace

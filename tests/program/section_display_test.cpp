@@ -12,7 +12,8 @@
 #include "program/needs.h"
 #include "program/section_map.h"
 #include "program/session_memory.h"
-#include "support/soundings.h"
+#include "support/document.h"
+#include "support/tagged_items.h"
 
 namespace vexa {
 namespace {
@@ -20,21 +21,8 @@ namespace {
 namespace fs = std::filesystem;
 using crosssection::SectionKind;
 
-std::string Texts(const Picture& page) {
-  std::string texts;
-  for (const Item& item : page.Items()) {
-    if (const auto* label = std::get_if<Label>(&item.Shape)) texts += label->Text + '\n';
-  }
-  return texts;
-}
-
-class SectionDisplay : public testing::Test {
+class SectionDisplay : public test::ProgramAtHome {
  protected:
-  SectionDisplay() {
-    program.Where = FoldersBelow(folder.Path());
-    program.Doc.AskThrough(&user);
-    fs::create_directories(program.Where.CrossSection);
-  }
   fs::path Station(const std::string& name, double lon,
                    SoundingRecord record = test::ReferenceConvective()) {
     SetDecimalPosition(record, 35, lon);
@@ -58,33 +46,18 @@ class SectionDisplay : public testing::Test {
     std::string third = two.substr(two.rfind('#'));
     return two + third.replace(third.find("2000 01 01"), 10, "2000 01 02");
   }
-
-  const test::TemporaryFolder folder;
-  test::ScriptedInteraction user;
-  Program program;
-};
-
-/// Presses Escape after some soundings and keeps how full the bar was.
-class StoppingUser : public test::ScriptedInteraction {
- public:
-  bool Yield() override { return --YieldsLeft >= 0; }
-  void Share(double done) override { Shares.push_back(done); }
-  int YieldsLeft = 1000;
-  std::vector<double> Shares{};
 };
 
 TEST_F(SectionDisplay, EscapeStopsTheReadingAndKeepsTheSectionOfBefore) {
-  StoppingUser hasty;
   OpenLine();
-  program.Doc.AskThrough(&hasty);
+  user.Shares.clear();
   EXPECT_TRUE(ReadSectionAgain(program));
-  ASSERT_GE(hasty.Shares.size(), 4U);  // three soundings and the end
-  EXPECT_TRUE(std::ranges::is_sorted(hasty.Shares));
+  ASSERT_GE(user.Shares.size(), 4U);  // three soundings and the end
+  EXPECT_TRUE(std::ranges::is_sorted(user.Shares));
   View().Of.Columns[0].Sounding.StationTitle = "as before";
-  hasty.YieldsLeft = 2;
+  user.OnYield = [left = 2]() mutable { return --left >= 0; };
   EXPECT_FALSE(ReadSectionAgain(program));
   EXPECT_EQ(View().Of.Columns.at(0).Sounding.StationTitle, "as before");
-  program.Doc.AskThrough(&user);
 }
 
 TEST_F(SectionDisplay, IsMadeOfWhatWasOpenedTogether) {
@@ -95,10 +68,10 @@ TEST_F(SectionDisplay, IsMadeOfWhatWasOpenedTogether) {
   EXPECT_EQ(View().Of.Kind, SectionKind::Distance);
   const DisplayRow& row = *FindDisplay(AllDisplays(), "CrossSection");
   EXPECT_EQ(LackOf(row, program), "");
-  EXPECT_NE(Texts(DrawDisplay(row, program, {12000, 9000})).find("Temperature (C)"),
+  EXPECT_NE(test::TextsOf(DrawDisplay(row, program, {12000, 9000})).find("Temperature (C)"),
             std::string::npos);
   EXPECT_TRUE(commands::ChooseField(program, "RH"));
-  EXPECT_NE(Texts(DrawDisplay(row, program, {12000, 9000})).find("Relative Humidity"),
+  EXPECT_NE(test::TextsOf(DrawDisplay(row, program, {12000, 9000})).find("Relative Humidity"),
             std::string::npos);
 
   commands::TurnSection(program);
@@ -109,7 +82,8 @@ TEST_F(SectionDisplay, IsMadeOfWhatWasOpenedTogether) {
   EXPECT_EQ(ListCrossSection(program).size(), 7U);  // title, blank, head, three, the memory
   commands::ChooseKind(program, SectionKind::Time);
   EXPECT_NE(View().Why.find("not known"), std::string::npos);
-  EXPECT_NE(Texts(DrawDisplay(row, program, {12000, 9000})).find("not known"), std::string::npos);
+  EXPECT_NE(test::TextsOf(DrawDisplay(row, program, {12000, 9000})).find("not known"),
+            std::string::npos);
 }
 
 TEST_F(SectionDisplay, TakesThePickedStations) {
@@ -166,6 +140,7 @@ TEST_F(SectionDisplay, IsKeptAsADataset) {
   OpenLine();
   user.Expect("Bad data file.", Answer::Ok);  // not among the soundings
   EXPECT_FALSE(commands::SaveDataset(program, program.Where.Data / "line.SEC"));
+  fs::create_directories(program.Where.CrossSection);
   const fs::path path = program.Where.CrossSection / "line.SEC";
   ASSERT_TRUE(commands::SaveDataset(program, path));
   EXPECT_EQ(ReadList(program.Where.CrossSection, crosssection::kDatasetListFile).size(), 3U);

@@ -20,50 +20,18 @@
 #include "program/print_work.h"
 #include "program/sounding_loop.h"
 #include "program/surface_edit.h"
-#include "support/soundings.h"
+#include "support/document.h"
+#include "support/tagged_items.h"
 
 namespace vexa {
 namespace {
 
-class Choosing : public test::ScriptedInteraction {
- public:
-  std::optional<std::string> ChooseFile(const FileQuestion& question) override {
-    Titles.push_back(question.Title);
-    return Chosen.empty() ? std::nullopt : std::optional(Chosen.front());
-  }
-  std::vector<std::string> ChooseFiles(const FileQuestion& question) override {
-    Titles.push_back(question.Title);
-    return Chosen;
-  }
-  void Share(double done) override { Shares.push_back(done); }
-  std::vector<std::string> Chosen{};
-  std::vector<std::string> Titles{};
-  std::vector<double> Shares{};
-};
-
-class ViewTest : public testing::Test {
+class ViewTest : public test::ProgramAtHome {
  protected:
-  ViewTest() {
-    program.Doc.AskThrough(&user);
-    program.Where = FoldersBelow(folder.Path());
-    Do(OpenSoundings(program, {Saved("a.RAW", test::ReferenceConvective())}));
-  }
-  std::filesystem::path Saved(const std::string& name, const SoundingRecord& record) {
-    return folder.Write(name, record);
-  }
-  void Do(Changes changes) { ASSERT_TRUE(Refresh(program, changes)); }
-  void Do(std::string_view command) { Do(RunCommand(program, command)); }
+  ViewTest() { Do(OpenSoundings(program, {Saved("a.RAW", test::ReferenceConvective())})); }
   std::vector<std::string> Texts(std::string_view tag) const {
-    std::vector<std::string> texts;
-    for (const Item& item : program.Plot->Page.Items()) {
-      if (item.Tag == tag) texts.push_back(std::get<Label>(item.Shape).Text);
-    }
-    return texts;
+    return test::Texts(program.Plot->Page, tag);
   }
-
-  test::TemporaryFolder folder;
-  Choosing user;
-  Program program;
 };
 
 TEST_F(ViewTest, LoadingManyBesideOneAnotherTellsItsShareAndStops) {
@@ -121,7 +89,7 @@ TEST_F(ViewTest, ComparesOverlaysAndGoesBack) {
   user.Chosen = {TextFromPath(Saved("b.RAW", test::ReferenceWinter())),
                  TextFromPath(Saved("c.RAW", test::ReferenceConvective()))};
   Do("mnuCompare");
-  EXPECT_EQ(user.Titles.back(), "Sounding Comparison");
+  EXPECT_EQ(user.Asked.back().Title, "Sounding Comparison");
   ASSERT_EQ(Texts("other title").size(), 2u);
   EXPECT_TRUE(Texts("other title")[0].starts_with("#1 - Reference A, convective // "));
   EXPECT_TRUE(Texts("other title")[1].starts_with("#2 - Reference B, winter // "));
@@ -157,13 +125,10 @@ TEST_F(ViewTest, TheComparedSoundingIsShownWhole) {
   }
   user.Chosen = {TextFromPath(Saved("b.RAW", test::ReferenceWinter()))};
   Do("mnuCompare");
-  int dashed = 0;
-  for (const Item& item : program.Plot->Page.Items()) {
-    if (item.Tag != "other temperature" && item.Tag != "other dew point") continue;
-    EXPECT_EQ(std::get<Polyline>(item.Shape).Stroke.Style, LineStyle::Dash);
-    ++dashed;
+  for (const char* tag : {"other temperature", "other dew point"}) {
+    const Polyline line = test::Tagged<Polyline>(program.Plot->Page, tag).at(0);
+    EXPECT_EQ(line.Stroke.Style, LineStyle::Dash) << tag;
   }
-  EXPECT_EQ(dashed, 2);
   // As computed from the published formulas by a script.
   const std::vector<std::string> titles = Texts("other title");
   EXPECT_NE(titles.at(0).find(" // CAPE total 3365 J/kg"), std::string::npos) << titles[0];

@@ -6,10 +6,10 @@
 #include <string>
 
 #include "core/files.h"
-#include "core/raw_file.h"
 #include "mountainwave/mountain_file.h"
 #include "program/displays.h"
-#include "support/soundings.h"
+#include "support/document.h"
+#include "support/tagged_items.h"
 
 namespace vexa {
 namespace {
@@ -21,31 +21,22 @@ using mountainwave::Site;
 constexpr MountainParameters kEntered{{4000, 3, 0}, 0, {}};
 constexpr MountainParameters kOfMilan{{9800, 8, 80}, 0, {}};
 
-class WaveViewTest : public testing::Test {
+class WaveViewTest : public test::ProgramAtHome {
  protected:
   WaveViewTest() {
-    program.Doc.AskThrough(&user);
-    program.Where = FoldersBelow(folder.Path());
-    std::filesystem::create_directories(program.Where.Data);
-    EXPECT_FALSE(SaveFile(folder.Path() / mountainwave::kMountainFileName,
-                          std::string(17, '\n') + "old\n16080,9800,8,80,0,0,0,0\n99999\n"));
+    Saved(mountainwave::kMountainFileName,
+          std::string(17, '\n') + "old\n16080,9800,8,80,0,0,0,0\n99999\n");
     Open("milan.RAW", 16080);
   }
-  std::filesystem::path Saved(const std::string& name, int station) {
+  std::filesystem::path Of(const std::string& name, int station) {
     SoundingRecord sounding = test::ReferenceWinter();
     sounding.StationTitle = std::to_string(station) + " - Somewhere";
     return folder.Write(name, sounding);
   }
   void Open(const std::string& name, int station) {
-    ASSERT_TRUE(Refresh(program, OpenSoundings(program, {Saved(name, station)})));
+    Do(OpenSoundings(program, {Of(name, station)}));
   }
-  int Marks() const {
-    return static_cast<int>(std::ranges::count(program.Plot->Page.Items(), "layer", &Item::Tag));
-  }
-
-  test::TemporaryFolder folder;
-  test::ScriptedInteraction user;
-  Program program;
+  int Marks() const { return test::CountOf(program.Plot->Page, "layer"); }
 };
 
 // A station of the file brings its own mountains; one that it does not know leaves those in force.
@@ -133,9 +124,9 @@ TEST_F(WaveViewTest, TheFolderKeepsOptionsAndMountains) {
   next.Where = program.Where;
   LoadWaveFiles(next);
   EXPECT_EQ(WaveOptionsOf(next, next.Set), options);
-  ASSERT_TRUE(Refresh(next, OpenSoundings(next, {Saved("unknown.RAW", 16044)})));
+  ASSERT_TRUE(Refresh(next, OpenSoundings(next, {Of("unknown.RAW", 16044)})));
   EXPECT_EQ(MountainsNow(next), Site(kEntered));
-  ASSERT_TRUE(Refresh(next, OpenSoundings(next, {Saved("milan.RAW", 16080)})));
+  ASSERT_TRUE(Refresh(next, OpenSoundings(next, {Of("milan.RAW", 16080)})));
   EXPECT_EQ(MountainsNow(next), Site(kOfMilan));
 }
 

@@ -95,12 +95,27 @@ class ScriptedInteraction : public Interaction {
     script_.pop_front();
     return answer;
   }
-  std::optional<std::string> ChooseFile(const FileQuestion&) override { return std::nullopt; }
+  std::optional<std::string> ChooseFile(const FileQuestion& question) override {
+    Asked.push_back(question);
+    return Chosen.empty() ? std::nullopt : std::optional(Chosen.front());
+  }
+  std::vector<std::string> ChooseFiles(const FileQuestion& question) override {
+    Asked.push_back(question);
+    return Chosen;
+  }
   void Status(std::string_view text) override { Statuses.emplace_back(text); }
-  bool Yield() override { return StopAfter < 0 || static_cast<int>(Statuses.size()) <= StopAfter; }
+  void Share(double done) override { Shares.push_back(done); }
+  bool Yield() override {
+    if (OnYield && !OnYield()) return false;
+    return StopAfter < 0 || static_cast<int>(Statuses.size()) <= StopAfter;
+  }
 
+  std::vector<std::string> Chosen{};  // as files; none where the user cancels
+  std::vector<FileQuestion> Asked{};
   std::vector<Box> Boxes{};
   std::vector<std::string> Statuses{};
+  std::vector<double> Shares{};
+  std::function<bool()> OnYield{};
   int StopAfter = -1;  // the user stops once this many steps have begun
 
  private:

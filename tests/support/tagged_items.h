@@ -27,6 +27,19 @@ std::vector<Shape> Tagged(const Picture& page, std::string_view tag) {
   return found;
 }
 
+inline int CountOf(const Picture& page, std::string_view tag) {
+  return static_cast<int>(Tagged(page, tag).size());
+}
+
+/// Every text of a page on a line of its own.
+inline std::string TextsOf(const Picture& page) {
+  std::string texts;
+  for (const Item& item : page.Items()) {
+    if (const auto* label = std::get_if<Label>(&item.Shape)) texts += label->Text + '\n';
+  }
+  return texts;
+}
+
 inline std::vector<std::string> Texts(const Picture& page, std::string_view tag) {
   std::vector<std::string> texts;
   for (const Label& label : Tagged<Label>(page, tag)) texts.push_back(label.Text);
