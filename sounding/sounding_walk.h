@@ -61,9 +61,9 @@ class SoundingWalk {
 };
 
 /// The soundings of a file in their order, as SoundingSource::List gives them, with the memory of a
-/// piece of the file; their lines are those of their pieces. Faults as SourceStream's, of a file that
-/// is damaged anywhere.
-Outcome<std::vector<ingest::SourceEntry>> ListOf(
-    const std::filesystem::path& file, std::size_t piece = ingest::SourceStream::kPiece);
+/// piece of the file; their lines are those of their pieces. Faults as SourceStream's, of a file
+/// that is damaged anywhere.
+Outcome<std::vector<ingest::SourceEntry>> ListOf(const std::filesystem::path& file,
+                                                 std::size_t piece = ingest::SourceStream::kPiece);
 
 }  // namespace vexa

@@ -54,6 +54,10 @@ std::string QtToolkit::JpegLibraryVersion() {
 
 std::unique_ptr<download::Fetcher> QtToolkit::MakeFetcher() {
   if (QCoreApplication::instance() == nullptr) {
+    if (paint::Lacks()) {
+      return download::NoNetwork(
+          Fault{kFaultTooManyFiles, "MakeFetcher", "too many files are open"});
+    }
     application_ = std::make_unique<QCoreApplication>(wordCount_, programWords_);
   }
   return download::OpenNetwork();

@@ -1,5 +1,7 @@
 #include "download/net/network.h"
 
+#include <utility>
+
 #include "core/late_library.h"
 #include "download/net/network_module.h"
 
@@ -19,22 +21,29 @@ MakeFetcher* Maker() {
 }
 #endif
 
-class NoNetwork : public Fetcher {
+class NoFetcher : public Fetcher {
  public:
+  explicit NoFetcher(Fault why) : why_(std::move(why)) {}
   FetchResult Fetch(const std::string&) override {
-    return {.End = FetchEnd::NoAnswer,
-            .Failed = Fault{kFaultDeviceUnavailable, "Fetch",
-                            "the program's module for the network is missing"}};
+    return {.End = FetchEnd::NoAnswer, .Failed = why_};
   }
+
+ private:
+  Fault why_;
 };
 
 }  // namespace
+
+std::unique_ptr<Fetcher> NoNetwork(Fault why) {
+  return std::make_unique<NoFetcher>(std::move(why));
+}
 
 std::unique_ptr<Fetcher> OpenNetwork(const HttpSettings& settings, const TellProgress& progress) {
   if (MakeFetcher* const make = Maker()) {
     return std::unique_ptr<Fetcher>(make(settings, progress));
   }
-  return std::make_unique<NoNetwork>();
+  return NoNetwork(
+      Fault{kFaultDeviceUnavailable, "Fetch", "the program's module for the network is missing"});
 }
 
 }  // namespace vexa::download

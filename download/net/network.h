@@ -34,4 +34,7 @@ using TellProgress = std::function<bool(const FetchProgress&)>;
 std::unique_ptr<Fetcher> OpenNetwork(const HttpSettings& settings = {},
                                      const TellProgress& progress = {});
 
+/// A fetcher that says of every address why nothing can be fetched.
+std::unique_ptr<Fetcher> NoNetwork(Fault why);
+
 }  // namespace vexa::download
