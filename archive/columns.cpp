@@ -156,10 +156,12 @@ std::string CellText(const Cell& cell) {
 }
 
 std::string GroupedCount(std::int64_t number) {
-  std::string text = std::to_string(number);
-  constexpr int kGroup = 3;
-  for (int at = static_cast<int>(text.size()) - kGroup; at > 0; at -= kGroup) {
-    text.insert(static_cast<std::size_t>(at), ",");
+  constexpr std::size_t kGroup = 3;
+  const std::string digits = std::to_string(number);
+  std::string text;
+  for (std::size_t i = 0; i < digits.size(); ++i) {
+    if (i > 0 && (digits.size() - i) % kGroup == 0) text += ',';
+    text += digits[i];
   }
   return text;
 }

@@ -65,5 +65,10 @@ TEST(Query, GivesTheSoundingsThatMeetIt) {
       "42 \n41 \n");
 }
 
+TEST(ArchiveColumns, CountsAreGroupedByThousands) {
+  EXPECT_EQ(GroupedCount(0) + " " + GroupedCount(999) + " " + GroupedCount(1000), "0 999 1,000");
+  EXPECT_EQ(GroupedCount(1234567), "1,234,567");
+}
+
 }  // namespace
 }  // namespace vexa::archive
