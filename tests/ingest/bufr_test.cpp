@@ -178,6 +178,13 @@ TEST(Bufr, AStationWithOneLevelIsAFaultOfItsOwn) {
   ASSERT_TRUE(single.Failed);
   EXPECT_EQ(single.Failed->Detail,
             "b.bufr: too few levels of 60155, 1 with a temperature and 0 with a wind");
+  for (const auto& [subsets, isTooMany] : {std::pair{0U, true}, {10000U, false}, {10001U, true}}) {
+    const Decoded decoded = DecodeSource(SourceText("b", test::BufrMessage({12101}, "0", subsets)));
+    EXPECT_EQ(
+        decoded.Failed.value_or(Fault{}).Detail.find("no subsets or too many") != std::string::npos,
+        isTooMany)
+        << subsets;
+  }
   // Without a time of their own messages of one hour are of one ascent.
   EXPECT_EQ(ListSoundings(SourceText("c.bufr", message + message)).size(), 1U);
   constexpr std::size_t kHour = 23;

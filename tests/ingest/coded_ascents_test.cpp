@@ -240,8 +240,8 @@ TEST(CodedAscents, WhatIsRecognised) {
     bool IsOne;
   } cases[] = {{"TTAA 55121 01234", true}, {"TTAA\n55121", true},       {"TTAA COR 55121", true},
                {"TTAA a b 55121", true},   {"TTAA a b c 55121", false}, {"TTAA NIL", true},
-               {"TTAA 5512 01", false},    {"TTAA 55/21", false},       {"TTEE 55121", false},
-               {"a text of TTAA", false}};
+               {"TTAA 5512 01", false},    {"TTAA 55/21", false},       {"TTAA 5512/ 01234", true},
+               {"TTAA /5121", false},      {"TTEE 55121", false},       {"a text of TTAA", false}};
   for (const auto& c : cases) {
     const Decoder* decoder = FindDecoder(SourceText("x", c.Text));
     EXPECT_EQ(decoder != nullptr && decoder->Tag == "CODED", c.IsOne) << c.Text;

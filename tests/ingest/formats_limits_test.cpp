@@ -275,6 +275,8 @@ TEST(FormatsLimits, Dropsondes) {
        "x: describes a sounding; its levels are in the file named D..."},
       {"no position", raw, "-60.100000 deg,  14.200000 deg, 3700.0 m", "-60.100000 deg",
        "|15 0 0|"},
+      {"a position in the last line", raw, "AVAPS-T02 END 200000001 210704 100302.00\n", "",
+       "|15 14.2 -60.1|"},
 
       {"yymmdd of this century", report, "190815", "490815", "1635Z 15 Aug 2049|"},
       {"of the last", report, "190815", "500815", "1635Z 15 Aug 1950|"},
@@ -391,7 +393,11 @@ TEST(FormatsLimits, OurOwnListings) {
 
 TEST(FormatsLimits, TablesOfNames) {
   const char* const csv = "wyoming_csv.csv";
+  const char* const page = "wyoming_page.html";
   ExpectChanges({
+      {"another time behind the table", page, "240229/0600", "240228/1200", "06Z 29 Feb 2024|"},
+      {"another number", page, "number: 1234", "number: 1235", "01234 - TSTX"},
+      {"other letters", page, "identifier: TSTX", "identifier: ABCD", "01234 - TSTX"},
       {"a position that is not known", csv, "25.5000,-30.2500", "-99.99,-99.99", "|12 0 0|"},
       {"a longitude like it", csv, "25.5000,-30.2500", "-99.99,-30.25", "|12 -30.25 -99.99|"},
       {"a latitude like it", csv, "25.5000,-30.2500", "25.5,-99.99", "|12 0 0|"},
