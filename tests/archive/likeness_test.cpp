@@ -1,5 +1,4 @@
 // What is usual and what is alike, in catalogues whose values are known by hand.
-#include <chrono>
 #include <cmath>
 
 #include "analysis/analysis.h"

@@ -5,7 +5,6 @@
 #include <string>
 #include <vector>
 
-#include "config/catalogue.h"
 #include "support/soundings.h"
 
 namespace vexa {

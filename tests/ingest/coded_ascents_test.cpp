@@ -3,9 +3,6 @@
 // temperature times ln p.
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <chrono>
-#include <optional>
 #include <string>
 #include <utility>
 #include <vector>

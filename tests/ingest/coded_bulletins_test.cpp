@@ -10,7 +10,6 @@
 
 #include "analysis/interpolate.h"
 #include "core/markers.h"
-#include "core/numbers.h"
 #include "ingest/decoded.h"
 
 namespace vexa::ingest {

@@ -10,7 +10,6 @@
 #include "analysis/interpolate.h"
 #include "core/files.h"
 #include "core/markers.h"
-#include "core/numbers.h"
 #include "core/raw_file.h"
 #include "ingest/decoded.h"
 #include "support/soundings.h"
