@@ -26,11 +26,11 @@ double OffLine(const std::vector<double>& values, std::size_t from, std::size_t 
 /// Keeps levels between every two kept ones while `off(from, to, i)`, in units of the tolerance,
 /// exceeds 1 anywhere.
 template <class Off>
-void KeepVertices(std::vector<char>& keep, Off off) {
+void KeepVertices(std::vector<bool>& keep, Off off) {
   std::vector<std::pair<std::size_t, std::size_t>> open;
   std::size_t last = 0;
   for (std::size_t i = 1; i < keep.size(); ++i) {
-    if (keep[i] == 0) continue;
+    if (!keep[i]) continue;
     open.emplace_back(last, i);
     last = i;
   }
@@ -47,33 +47,33 @@ void KeepVertices(std::vector<char>& keep, Off off) {
       }
     }
     if (at == from) continue;
-    keep[at] = 1;
+    keep[at] = true;
     open.emplace_back(from, at);
     open.emplace_back(at, to);
   }
 }
 
-void KeepMandatory(const std::vector<double>& press, std::vector<char>& keep) {
+void KeepMandatory(const std::vector<double>& press, std::vector<bool>& keep) {
   for (const double mandatory : kMandatoryPress) {
     const auto at = std::ranges::lower_bound(press, mandatory, std::greater{});
     if (at == press.end()) continue;
     const auto i = static_cast<std::size_t>(std::distance(press.begin(), at));
-    keep[i] = 1;
-    if (*at != mandatory && i > 0) keep[i - 1] = 1;
+    keep[i] = true;
+    if (*at != mandatory && i > 0) keep[i - 1] = true;
   }
 }
 
-std::vector<char> TempsToKeep(const SoundingRecord& record, const FilterTolerance& tolerance) {
+std::vector<bool> TempsToKeep(const SoundingRecord& record, const FilterTolerance& tolerance) {
   const std::vector<double>& press = record.Press.Values();
   const std::vector<double>& temp = record.Temp.Values();
   const std::vector<double>& dewpt = record.Dewpt.Values();
-  std::vector<char> keep(press.size(), 0);
+  std::vector<bool> keep(press.size(), false);
   if (keep.empty()) return keep;
-  keep.front() = keep.back() = 1;
+  keep.front() = keep.back() = true;
   KeepMandatory(press, keep);
   for (std::size_t i = 1; i < keep.size(); ++i) {
     const bool ceases = NotAvailable(dewpt[i]) != NotAvailable(dewpt[i - 1]);
-    if (ceases || NotAvailable(temp[i])) keep[i] = keep[i - 1] = 1;
+    if (ceases || NotAvailable(temp[i])) keep[i] = keep[i - 1] = true;
   }
 
   std::vector<double> logPress;
@@ -91,21 +91,21 @@ std::vector<char> TempsToKeep(const SoundingRecord& record, const FilterToleranc
   return keep;
 }
 
-std::vector<char> WindsToKeep(const SoundingRecord& record, const FilterTolerance& tolerance) {
+std::vector<bool> WindsToKeep(const SoundingRecord& record, const FilterTolerance& tolerance) {
   const std::vector<double>& height = record.WindHgt.Values();
   const std::vector<double>& speed = record.WindSpd.Values();
   const std::vector<double>& direction = record.WindDir.Values();
-  std::vector<char> keep(height.size(), 0);
+  std::vector<bool> keep(height.size(), false);
   if (keep.empty()) return keep;
-  keep.front() = keep.back() = 1;
+  keep.front() = keep.back() = true;
   std::vector<double> u(height.size());
   std::vector<double> v(height.size());
   std::size_t strongest = 0;
   for (std::size_t i = 0; i < height.size(); ++i) {
     if (!record.HasWind(static_cast<int>(i) + 1)) {
-      keep[i] = 1;
-      if (i > 0) keep[i - 1] = 1;
-      if (i + 1 < keep.size()) keep[i + 1] = 1;
+      keep[i] = true;
+      if (i > 0) keep[i - 1] = true;
+      if (i + 1 < keep.size()) keep[i + 1] = true;
       continue;
     }
     u[i] = speed[i] * std::sin(Radians(direction[i]));
@@ -114,7 +114,7 @@ std::vector<char> WindsToKeep(const SoundingRecord& record, const FilterToleranc
       strongest = i;
     }
   }
-  keep[strongest] = 1;
+  keep[strongest] = true;
   KeepVertices(keep, [&](std::size_t from, std::size_t to, std::size_t i) {
     const double share = Share(height[from], height[to], height[i]);
     return std::hypot(OffLine(u, from, to, i, share), OffLine(v, from, to, i, share)) /
@@ -124,10 +124,10 @@ std::vector<char> WindsToKeep(const SoundingRecord& record, const FilterToleranc
 }
 
 template <class T>
-void Thin(Levels<T>& levels, const std::vector<char>& keep) {
+void Thin(Levels<T>& levels, const std::vector<bool>& keep) {
   std::vector<T> kept;
   for (std::size_t i = 0; i < keep.size(); ++i) {
-    if (keep[i] != 0) kept.push_back(levels.Values()[i]);
+    if (keep[i]) kept.push_back(levels.Values()[i]);
   }
   levels.Values() = std::move(kept);
 }
@@ -140,11 +140,11 @@ bool IsHighDensity(const SoundingRecord& record) {
 
 SoundingRecord FilterLevels(const SoundingRecord& record, const FilterTolerance& tolerance) {
   SoundingRecord thinned = record;
-  const std::vector<char> temps = TempsToKeep(record, tolerance);
+  const std::vector<bool> temps = TempsToKeep(record, tolerance);
   Thin(thinned.Press, temps);
   Thin(thinned.Temp, temps);
   Thin(thinned.Dewpt, temps);
-  const std::vector<char> winds = WindsToKeep(record, tolerance);
+  const std::vector<bool> winds = WindsToKeep(record, tolerance);
   Thin(thinned.WindHgt, winds);
   Thin(thinned.WindDir, winds);
   Thin(thinned.WindSpd, winds);

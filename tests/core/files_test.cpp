@@ -148,6 +148,8 @@ TEST(AtomicFile, LeftoversOfTheKilledDoNotPileUp) {
   ASSERT_TRUE(young);
   EXPECT_EQ(FaultMessage({}, *young).find("Too many files"), 0u);
   EXPECT_NE(young->Detail.find("100 unfinished copies"), std::string::npos);
+  fs::remove(numbered(100));
+  EXPECT_FALSE(SaveFile(path, "again")) << "one place is free";
   for (int number = 1; number <= 100; ++number) fs::remove(numbered(number));
 
   for (const int number : {3, 7}) leave(number);
@@ -207,6 +209,7 @@ TEST(Paths, ABackslashIsPartOfANameWhereItIsNoSeparator) {
   EXPECT_EQ(path.filename(), "out\\x.RAW");
   EXPECT_EQ(FilesIn(folder.Path()), 1);
   EXPECT_EQ(PathFromSetting(root + "/out\\x.RAW"), path) << "there is such a file";
+  EXPECT_EQ(TextFromPath(R"(\\?\x)"), R"(\\?\x)");
 #endif
 }
 

@@ -139,6 +139,7 @@ TEST(Numbers, MaskRoundsTheDecimalTextAndPads) {
       {9999999.99996, "0.0000", "10000000.0000"},
       {98765432.12345, "0.0000", "98765432.1235"},
       {123456789012.5, "0.##", "123456789012.5"},
+      {1e20, "0", "100000000000000000000"},
   };
   for (const Case& c : cases) EXPECT_EQ(Mask(c.Value, c.Pattern), c.Text) << c.Pattern;
 }
@@ -152,6 +153,7 @@ TEST(Numbers, InColumns) {
     EXPECT_EQ(PadLeft("12", c.Width), c.Left) << c.Width;
     EXPECT_EQ(PadRight("12", c.Width), c.Right) << c.Width;
   }
+  EXPECT_EQ(PadLeft("", 0), "");
   EXPECT_EQ(Brief(1234567890.12345), "1234567890.12345");
   EXPECT_EQ(Brief(12345678901.12345), "1.23457e+10");
   EXPECT_EQ(Brief(1e300), "1e+300");

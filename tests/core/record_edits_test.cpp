@@ -119,7 +119,7 @@ TEST(RecordEdits, WindLevelsTakeTheWorkingWindsAlong) {
   EXPECT_TRUE(record.WorkWindDir.Empty());
   for (int left = 4; left > 0; --left) EXPECT_FALSE(DeleteWindLevel(record, left));
   EXPECT_EQ(AddWindLevel(record, {10, 90, 3}).Value(), 1);
-  EXPECT_EQ(record.NumWindLevels(), 1);
+  EXPECT_EQ(record.WorkWindDir, Levels<float>({90}));
 }
 
 TEST(RecordEdits, CloudLayers) {
@@ -167,9 +167,9 @@ TEST(RecordEdits, LimitsOfValues) {
 
 TEST(RecordEdits, ALevelTakesNoOthersPlace) {
   SoundingRecord record = Sample();
-  const auto added = AddWindLevel(record, {1500, 220, 20});
+  const auto added = AddWindLevel(record, {3000, 250, 40});  // that of the highest
   ASSERT_FALSE(added);
-  EXPECT_EQ(added.Error().Detail, "Wind level (new), height: 1500 is already that of level 2");
+  EXPECT_EQ(added.Error().Detail, "Wind level (new), height: 3000 is already that of level 3");
   EXPECT_EQ(record, Sample());
   SoundingRecord empty;
   EXPECT_EQ(ChangeTempLevel(empty, 1, {850, 1, 1})->Detail, "Level 1: there is none");

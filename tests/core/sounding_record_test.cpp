@@ -36,6 +36,17 @@ TEST(ParseLatLon, ReadsDegreesMinutesSeconds) {
   }
 }
 
+TEST(SoundingRecord, AWindHasADirectionAndASpeedAndTheEquatorIsNorth) {
+  SoundingRecord record;
+  record.AddWind(10, 999.9, 5);
+  record.AddWind(20, 90, 999.9);
+  record.AddWind(30, 90, 5);
+  EXPECT_FALSE(record.HasWind(1) || record.HasWind(2));
+  EXPECT_TRUE(record.HasWind(3));
+  SetDecimalPosition(record, 0, 0);
+  EXPECT_EQ(record.LatHemi + record.LonHemi, "NE");
+}
+
 TEST(CutTitle, KeepsWholeCharacters) {
   EXPECT_EQ(CutTitle(std::string(60, 'x')), std::string(54, 'x'));
   std::string umlauts;

@@ -103,6 +103,7 @@ TEST(StationFile, QuotesChangeNothing) {
       "72357,'KOUN','NORMAN','OK',345.5,90.0,'S',180.0,'E'",
       "72357,'KOUN','NORMAN','OK',high,35.18,'N',97.44,'W'",
       "72357,'KOUN','NORMAN','OK',345,35,'N',97.44,'W'",
+      "72357,'KOUN','NORMAN','OK',345,0.0,'N',0.0,'W'",
       "72357,'KOUN','NORMAN','OK',345,90.01,'N',97.44,'W'",
       "72357,'KOUN','NORMAN','OK',345,35.18,'N',180.01,'W'",
       "72357,'KOUN','NORMAN','OK',345,-0.1,'N',97.44,'W'",
@@ -348,6 +349,7 @@ TEST(StationList, SearchForAPickList) {
   const Case cases[] = {
       {"310", {31010, 3101}},      // numbers as they stand ahead of numbers without zeros
       {"0310", {3101}},            //
+      {"9", {}},                   //
       {"oun", {31010, 3101}},      // identifier ahead of name
       {"tampa", {72210, 72211}},   // beginning ahead of middle
       {" kingdom  LON ", {3772}},  // all words, in any field
