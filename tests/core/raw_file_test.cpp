@@ -76,6 +76,15 @@ TEST(LoadRAW, FilesBefore212HaveNoCloudLine) {
   EXPECT_TRUE(again.Record.ElevUnknown);
 }
 
+TEST(RecogniseRaw, ByTheTagsVersion) {
+  const std::string rest = ",\"t\",1,2,0\r\n45,\"N\",8,\"E\",120\r\n";
+  for (const char* tag : {"\"old 1.0\"", "\"old 0.5\"", "\"VEXA\""}) {
+    EXPECT_EQ(RecogniseRaw(tag + rest), RawVariant::Plain) << tag;
+  }
+  for (const char* tag : {"\"notes\"", "\"no 0.0\"", "VEXA"})
+    EXPECT_FALSE(RecogniseRaw(tag + rest)) << tag;
+}
+
 // A station at 33.56.51 south, 70.40.10 west, whoever typed the letters.
 TEST(LoadRAW, HemispheresMayBeSmallLetters) {
   const std::string rest = "\"AUTO\",0,\"AUTO\",0,0,\"\",\"\"\r\n1000,10,5\r\n900,4,2\r\n";
