@@ -18,30 +18,16 @@ auto Delete(int level) {
 
 TEST(EditHistory, NamesAndRefusedEdits) {
   SoundingRecord record = test::ReferenceConvective();
-  const SoundingRecord first = record;
   EditHistory history;
-  EXPECT_EQ(history.UndoText(), "Undo");
   EXPECT_FALSE(history.Undo(record));
-  EXPECT_FALSE(history.IsChanged());
-
   EXPECT_TRUE(history.Do(record, "delete level 99", Delete(99)));
   EXPECT_FALSE(history.Do(record, "nothing", [](SoundingRecord&) { return std::nullopt; }));
-  EXPECT_FALSE(history.CanUndo());
+  EXPECT_EQ(history.UndoText(), "Undo");
 
   EXPECT_FALSE(history.Do(record, "delete level 17", Delete(17)));
-  EXPECT_EQ(history.UndoText(), "Undo delete level 17");
-  EXPECT_EQ(history.RedoText(), "Redo");
-  const SoundingRecord without = record;
-  EXPECT_TRUE(history.IsChanged());
+  EXPECT_EQ(history.UndoText() + ", " + history.RedoText(), "Undo delete level 17, Redo");
   EXPECT_TRUE(history.Undo(record));
-  EXPECT_EQ(record, first);
-  EXPECT_FALSE(history.IsChanged());
-  EXPECT_EQ(history.RedoText(), "Redo delete level 17");
-  EXPECT_TRUE(history.Redo(record));
-  EXPECT_EQ(record, without);
-  EXPECT_FALSE(history.CanRedo());
-
-  EXPECT_TRUE(history.Undo(record));
+  EXPECT_EQ(history.UndoText() + ", " + history.RedoText(), "Undo, Redo delete level 17");
   EXPECT_FALSE(history.Do(record, "delete level 3", Delete(3)));
   EXPECT_FALSE(history.CanRedo());
   history.Clear();

@@ -42,10 +42,8 @@ TEST(StationFile, FirstFaultAndTheStationsAround) {
     int stations;  // that a lookup can still find
   };
   const Case cases[] = {
-      {"nothing but the end", kHeader + "99999\r\n", StationTrouble::None, 0, 0},
       {"nothing is read behind the end", kHeader + kHeathrow + "99999\r\nrubbish,\"", {}, 0, 1},
       {"number 0 may come first", kHeader + Row("00000", good) + "99999", {}, 0, 1},
-      {"both markers in one line", "VEXA STATION LISTING of WMO\n99999", {}, 0, 0},
       {"title is missing", "WMO numbers\n" + kHeathrow + "99999", StationTrouble::Header, 0, 1},
       {"WMO is missing", "VEXA STATION LISTING\n99999", StationTrouble::Header, 0, 0},
       {"the same number twice", kHeader + kHeathrow + kHeathrow + kDarwin + "99999",
@@ -56,10 +54,6 @@ TEST(StationFile, FirstFaultAndTheStationsAround) {
        StationTrouble::Sequence, -1, 1},
       {"no decimal point", kHeader + Row("72357", "35,N,97.4,W") + kDarwin + "99999",
        StationTrouble::Format, 72357, 1},
-      {"no decimal point in the longitude", kHeader + Row("72357", "35.0,N,97,W") + "99999",
-       StationTrouble::Format, 72357, 0},
-      {"latitude that is none", kHeader + Row("72357", "95.0,N,97.4,W") + "99999",
-       StationTrouble::Format, 72357, 0},
       {"elevation that is none", kHeader + "1,A,B,C,high,35.0,N,97.4,W\r\n99999",
        StationTrouble::Format, 1, 0},
       {"a comma too few", kHeader + "72357,ID,NAME REGION,100," + good + "\r\n" + kDarwin + "99999",
@@ -68,8 +62,6 @@ TEST(StationFile, FirstFaultAndTheStationsAround) {
        StationTrouble::Format, 72358, 2},
       {"hemisphere of the longitude", kHeader + Row("72357", "35.0,N,97.4,N") + "99999",
        StationTrouble::Quadrant, 72357, 0},
-      {"small letter", kHeader + Row("72357", "35.0,n,97.4,W") + "99999", StationTrouble::Quadrant,
-       72357, 0},
       {"no end", kHeader + kHeathrow, StationTrouble::EndOfFile, 3772, 1},
       {"cut inside a record", kHeader + kHeathrow + "94120,YPDN,DAR", StationTrouble::EndOfFile,
        94120, 1},
@@ -416,23 +408,6 @@ TEST(StationName, IsTheShortestThatATitleGives) {
   EXPECT_EQ(StationNumberInTitle("03772 - EGLL - LONDON"), 3772);
   for (const char* title : {"", "72357", "7235 - OUN", "OUN12 - Norman", "2024 - 5", "-1234 - x"}) {
     EXPECT_EQ(StationNumberInTitle(title), 0) << title;
-  }
-}
-
-// A letter sign names one station, or none that one could choose. Three letters are one of the
-// United States.
-TEST(StationList, StationsOfLetters) {
-  StationList list;
-  for (const auto& [number, ident] :
-       {std::pair{1, "KTST"}, {2, "KAAA"}, {3, "KAAA"}, {4, "ENXX"}, {5, "KK"}, {6, "ABCDE"}}) {
-    ASSERT_TRUE(list.Insert({.Number = number, .Ident = ident}));
-  }
-  const std::pair<const char*, int> cases[] = {{"TST", 1},   {"tst", 1}, {"KTST", 1}, {"enxx", 4},
-                                               {"KAAA", 0},  {"AAA", 0}, {"KK", 0},   {"K", 0},
-                                               {"ABCDE", 0}, {"", 0},    {"NXX", 0}};
-  for (const auto& [letters, number] : cases) {
-    const Station* station = StationOfLetters(list, letters);
-    EXPECT_EQ(station == nullptr ? 0 : station->Number, number) << letters;
   }
 }
 
