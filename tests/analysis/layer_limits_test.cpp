@@ -3,7 +3,6 @@
 // exactly so thick and so steep as its case says.
 #include <gtest/gtest.h>
 
-#include <string>
 #include <utility>
 #include <vector>
 
@@ -21,26 +20,24 @@ using I = Intensity;
 
 // Each class begins with its shear; a little less is of the class before.
 TEST(TurbulenceLimits, ClearAirByShearAndRichardsonNumber) {
+  using enum CatType;
+  using enum Intensity;
   const struct {
     CatType Type;
     double Richardson;
     std::vector<std::pair<double, Intensity>> From;  // kt per 1000 ft
-  } cases[] = {
-      {CatType::Usaf,
-       5,
-       {{3, I::Light},
-        {5, I::LightModerate},
-        {6, I::Moderate},
-        {9, I::ModerateSevere},
-        {10, I::Severe},
-        {15, I::Extreme}}},
-      {CatType::Faa, 1.01, {{6, I::Light}, {9, I::Moderate}, {12, I::ModerateSevere}}},
-      {CatType::Faa, 1, {{4, I::Light}, {6, I::Moderate}, {9, I::ModerateSevere}, {12, I::Severe}}},
-      {CatType::Faa,
-       0.25,
-       {{4, I::Light}, {6, I::Moderate}, {9, I::ModerateSevere}, {12, I::Severe}}},
-      {CatType::Faa, 0.24, {{4, I::LightModerate}, {6, I::ModerateSevere}, {9, I::Severe}}},
-  };
+  } cases[] = {{Usaf,
+                5,
+                {{3, Light},
+                 {5, LightModerate},
+                 {6, Moderate},
+                 {9, ModerateSevere},
+                 {10, Severe},
+                 {15, Extreme}}},
+               {Faa, 1.01, {{6, Light}, {9, Moderate}, {12, ModerateSevere}}},
+               {Faa, 1, {{4, Light}, {6, Moderate}, {9, ModerateSevere}, {12, Severe}}},
+               {Faa, 0.25, {{4, Light}, {6, Moderate}, {9, ModerateSevere}, {12, Severe}}},
+               {Faa, 0.24, {{4, LightModerate}, {6, ModerateSevere}, {9, Severe}}}};
   for (const auto& c : cases) {
     Intensity before = I::None;
     for (const auto& [shear, from] : c.From) {

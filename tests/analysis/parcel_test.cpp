@@ -60,26 +60,21 @@ TEST(Parcel, SurfaceParcelOfTheConvectiveReference) {
 }
 
 TEST(Parcel, OtherLiftsBasesAndSteps) {
+  using enum TempBase;
+  using enum LiftType;
   const struct {
-    const char* About;
     TempBase Base;
     int Step;
     LiftType Type;
     double Lfc, El, Cape, Cin, Depth;
-  } cases[] = {
-      {"surface, virtual", TempBase::Virtual, 1, LiftType::Surface, 750.9, 187.4, 3532, -52.5,
-       35.6},
-      {"surface, 5 hPa", TempBase::Dry, 5, LiftType::Surface, 721.7, 187.5, 3363, -102.3, 10.9},
-      {"surface, virtual, 5 hPa", TempBase::Virtual, 5, LiftType::Surface, 750.9, 187.4, 3531,
-       -52.5, 33.5},
-      {"mean layer", TempBase::Dry, 1, LiftType::MeanLayer, 708.9, 190.6, 3039, -119.1, 5.3},
-      {"mean layer, virtual", TempBase::Virtual, 1, LiftType::MeanLayer, 735.8, 190.6, 3190, -70.1,
-       21.6},
-      {"most unstable is the surface", TempBase::Dry, 1, LiftType::MostUnstable, 721.7, 187.5, 3365,
-       -102.3, 12.2},
-  };
+  } cases[] = {{Virtual, 1, Surface, 750.9, 187.4, 3532, -52.5, 35.6},
+               {Dry, 5, Surface, 721.7, 187.5, 3363, -102.3, 10.9},
+               {Virtual, 5, Surface, 750.9, 187.4, 3531, -52.5, 33.5},
+               {Dry, 1, MeanLayer, 708.9, 190.6, 3039, -119.1, 5.3},
+               {Virtual, 1, MeanLayer, 735.8, 190.6, 3190, -70.1, 21.6},
+               {Dry, 1, MostUnstable, 721.7, 187.5, 3365, -102.3, 12.2}};
   for (const auto& c : cases) {
-    SCOPED_TRACE(c.About);
+    SCOPED_TRACE(c.Cape);
     const AnalysisResults results = Analyse(test::ReferenceConvective(), With(c.Base, c.Step));
     const ParcelAscent& parcel = Forced(results, c.Type);
     EXPECT_NEAR(parcel.FreeLevel.Press, c.Lfc, 0.1);
