@@ -12,6 +12,7 @@
 #include "diagram/drawn.h"
 #include "diagram/mark_column.h"
 #include "diagram/page_regions.h"
+#include "diagram/palette.h"
 #include "diagram/panel.h"
 #include "diagram/scaling.h"
 #include "diagram/wind_column.h"
@@ -191,6 +192,7 @@ TEST(AdvectionStrip, BarsReachAsFarAsTheirLayersAndAmounts) {
   ASSERT_EQ(edges.size(), 2u);
   const double left = edges[0].front().X, right = edges[1].front().X, half = (right - left) / 2;
   const auto y = [&](double press) { return plot.Mapping.ToPoint(0, press).Y; };
+  const Palette inks = PaletteFor({});
   const struct {
     double Cph, Base, Top;
   } expected[] = {{1.2, 1000, 850}, {-2.5, 850, 700}, {0.4, 700, 695}};
@@ -198,11 +200,15 @@ TEST(AdvectionStrip, BarsReachAsFarAsTheirLayersAndAmounts) {
     SCOPED_TRACE(i);
     const Rect bar = BoundsOf(bars[i]);
     const double end = left + half + half * expected[i].Cph / 3;
-    EXPECT_NEAR(expected[i].Cph > 0 ? bar.Right : bar.Left, end, 0.5);
+    const bool isWarm = expected[i].Cph > 0;
+    EXPECT_NEAR(isWarm ? bar.Right : bar.Left, end, 0.5);
+    EXPECT_EQ(Tagged<Area>(plot.Page, "advection")[i].Stroke.Ink,
+              isWarm ? inks.WarmFront : inks.ColdFront);
     EXPECT_NEAR(bar.Bottom, y(expected[i].Base), 0.5);
     EXPECT_NEAR(bar.Top, y(expected[i].Top), 0.5);
   }
   EXPECT_EQ(Texts(plot.Page, "advection value"), (LabelTexts{"+1.2", "-2.5"}));  // one is too thin
+  EXPECT_NEAR(Tagged<Label>(plot.Page, "advection value")[0].At.Y, (y(1000) + y(850)) / 2, 0.5);
   EXPECT_EQ(Texts(plot.Page, "advection scale"), (LabelTexts{"-3", "+3"}));
   EXPECT_EQ(SpotsOf(plot, "advection").front().find("Warm advection +1.2"), 0u);
   EXPECT_NE(SpotsOf(plot, "advection").front().find("1000 to 850"), std::string::npos);
@@ -262,11 +268,14 @@ TEST(PageLimits, DepthOfALayoutEndsTheDiagram) {
   Drawn low(Profile({{1000, 20, 10}, {700, 5, -5}}));
   low.Layout = FindLayout("pilot");
   EXPECT_EQ(low().Mapping.TopPress(), 700);
+  // Two levels are enough: 6 km lie between 500 hPa and 400 hPa.
+  low.Sounding = Profile({{1000, 15, 10}, {300, -45, -60}});
+  EXPECT_NEAR(low().Mapping.TopPress(), 450, 50);
 }
 
 TEST(PageLimits, WindsHaveAColumnWhereThereAreSome) {
   const SoundingRecord calm = Profile({{1000, 20, 10}, {500, -15, -30}, {100, -60, 999.9}});
-  const SoundingRecord windy = PlainSounding();
+  const SoundingRecord windy = Profile({{1000, 20, 10}, {500, -15, -30}}, {{100, 180, 10}});
   const auto hasColumn = [](const SoundingRecord& first, MultiMode mode,
                             std::vector<OverlaySounding> others) {
     Drawn drawn(first);
@@ -300,6 +309,10 @@ TEST(PageLimits, RowsOfTitles) {
   EXPECT_EQ(rows(MultiMode::Overlay, 4), 5);
   EXPECT_EQ(rows(MultiMode::Overlay, 5), 6);
   EXPECT_EQ(rows(MultiMode::Overlay, 9), 6);
+  drawn.On = WindowSurface(500, 700);
+  drawn.Mode = MultiMode::Overlay;
+  drawn.Others = std::vector<OverlaySounding>(5, {&drawn.Sounding});
+  EXPECT_EQ(Tagged(drawn().Page, "other title").size(), 6u);
 }
 
 TEST(PageLimits, PositionsHaveTheirHemisphereAndHeight) {
@@ -459,7 +472,7 @@ TEST(CursorMarks, LockOnLevelsThatAreShown) {
   // Of two levels at one pressure the first; the last one counts as well.
   EXPECT_EQ(NearestLevel(at, sounding, at.ToPoint(0, 840)), 2);
   EXPECT_EQ(NearestLevel(at, sounding, at.ToPoint(0, 101)), 5);
-  EXPECT_FALSE(NearestLevel(at, Profile({}), at.ToPoint(0, 700)));
+  EXPECT_FALSE(NearestLevel(at, Profile({{0, 10, 5}}), at.ToPoint(0, 700)));
 }
 
 }  // namespace

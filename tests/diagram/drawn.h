@@ -46,22 +46,25 @@ struct Drawn {
   explicit Drawn(SoundingRecord record) : Sounding(std::move(record)) {}
   SoundingPlot operator()() {
     Results = analysis::Analyse(Sounding, Set);
-    return *PlotSounding({.Sounding = Sounding,
-                          .Results = Results,
-                          .Set = Set,
-                          .On = On,
-                          .Mode = Mode,
-                          .Others = Others,
-                          .Fronts = Fronts,
-                          .Advection = Bars,
-                          .Layers = Layers,
-                          .Layout = Layout,
-                          .Configuration = Configuration,
-                          .LoopHoldTime = HoldTime,
-                          .Reference = Reference,
-                          .Spread = Spread,
-                          .Lines = Extra,
-                          .Zoom = Zoom});
+    SoundingPlot plot = *PlotSounding({.Sounding = Sounding,
+                                       .Results = Results,
+                                       .Set = Set,
+                                       .On = On,
+                                       .Mode = Mode,
+                                       .Others = Others,
+                                       .Fronts = Fronts,
+                                       .Advection = Bars,
+                                       .Layers = Layers,
+                                       .Layout = Layout,
+                                       .Configuration = Configuration,
+                                       .LoopHoldTime = HoldTime,
+                                       .Reference = Reference,
+                                       .Spread = Spread,
+                                       .Lines = Extra,
+                                       .Zoom = Zoom,
+                                       .Scale = Scale});
+    Frame = plot.Mapping.Frame();
+    return plot;
   }
   SoundingRecord Sounding;
   Options Set{};
@@ -77,8 +80,11 @@ struct Drawn {
   const SoundingRecord* Reference = nullptr;
   ExtraLines Extra{};
   std::optional<Rect> Zoom{};
+  const DiagramMapping* Scale = nullptr;
   const LayoutRow* Layout = nullptr;
+  // Of the page drawn last.
   analysis::AnalysisResults Results{};
+  Rect Frame{};
 };
 
 inline SoundingRecord PlainSounding() {

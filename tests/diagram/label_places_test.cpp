@@ -28,7 +28,7 @@ TEST(LabelPlaces, MovesToTheNearestFreePlace) {
                {"a word", {2900, 2980, 3200, 3020}, kLeft, {3200, 3000}, true},
                {"to its left", {2900, 2980, 3200, 3020}, kRight, {2800, 3000}, true},
                {"a row", {2000, 2980, 4000, 3020}, kLeft, {3000, 2920}, true},
-               {"above", {2000, 2930, 4000, 3000}, kLeft, {3000, 3080}, true},
+               {"above", {2000, 2930, 4000, 3035}, kLeft, {3000, 3080}, true},
                {"more", {2000, 2830, 4000, 3060}, kLeft, {3000, 3110}, true},
                {"two rows", {2000, 2850, 4000, 3110}, kLeft, {3000, 3160}, true},
                {"three rows", {2000, 2810, 4000, 3200}, kLeft, {3000, 2760}, true},

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "config/options.h"
+#include "diagram/palette.h"
 #include "support/page_checks.h"
 
 namespace vexa::diagram {
@@ -32,6 +33,8 @@ TEST(LineLegend, KeepsInItsRegionAndSaysWhatIsMissing) {
       EXPECT_EQ(count("left out") > 0, drawn < all);
       if (height >= 1200 || (height >= 400 && width >= 620)) {
         EXPECT_EQ(drawn, all);
+        // One has a hatch over its area.
+        EXPECT_EQ(static_cast<std::size_t>(count("legend line") + count("legend area")), all + 1);
       }
     }
   }
@@ -68,6 +71,9 @@ TEST(LineLegend, HasWhatTheOptionsDraw) {
     }
   }
   Options options;
+  const auto entries = LegendEntries(options);
+  const auto fill = std::ranges::find(entries, "CAPE", &LegendEntry::Name)->Fill;
+  EXPECT_EQ(fill.Ink, PaletteFor(options).Cape.Ink);
   EXPECT_TRUE(has(options, "Winds"));
   options.Winds = WindDisplay::None;
   EXPECT_FALSE(has(options, "Winds"));

@@ -3,6 +3,7 @@
 // skew-T pressures are shares of its height by their logarithm.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <string>
 #include <vector>
@@ -119,10 +120,16 @@ TEST(Grid, IsobarsStandAtEveryIntervalAndWhereTheyAreMandatory) {
   EXPECT_EQ(enlarged[1] - enlarged[2], 50);
 }
 
-// Above 100 hPa every ten, whatever the interval below.
-TEST(Grid, IsobarsOfTheHighAirStandCloser) {
+// Above 100 hPa isobars stand every ten, whatever the interval below; above 400 K dry adiabats
+// stand every 20, above 600 K every 50, up to 1200 K: in the corner are 1278 K.
+TEST(Grid, LinesOfTheHighAir) {
   Drawn drawn = OnEmagram(Profile({{1000, 20, 10}, {100, -60, -80}, {10, -40, 999.9}}));
   drawn.Set.Above100mb = true;
+  drawn.Set.TempMax = 70;
+  EXPECT_EQ(Lines(drawn().Page, "dry adiabat").size(), (Steps(230, 400, 10).size() + 10 + 12));
+  drawn.Set.YGridInterval = 35;
+  const Numbers odd = PressesOf(drawn(), "pressure line");
+  EXPECT_EQ(*(std::ranges::find(odd, 105) + 1), 70);
   drawn.Set.YGridInterval = 100;
   Numbers expected = {1050};
   for (int press = 1000; press > 100; press -= 100) expected.push_back(press);
@@ -170,6 +177,9 @@ TEST(Grid, LabelsStandOnTheirLines) {
     EXPECT_GT(labels.size(), 4u) << tag;
   };
   each("dry label", ThetaOf);
+  for (const char* text : {"0.2", "1", "2", "10"}) {
+    EXPECT_EQ(std::ranges::count(Texts(plot.Page, "mixing ratio label"), text), 1) << text;
+  }
   each("mixing ratio label", [](const DiagramCoordinates& at) {
     const double vapor = analysis::SatVapor(at.Temp);
     return 621.98 * vapor / (at.Press - vapor);
@@ -229,6 +239,10 @@ TEST(Grid, ReferenceLinesAreDrawnAndNamedEachByItsOption) {
       const Picture page = drawn().Page;
       EXPECT_EQ(!Lines(page, c.Tag).empty(), isDrawn != 0) << c.Tag;
       EXPECT_EQ(Texts(page, c.Tag), LabelTexts(isNamed, c.Name)) << c.Tag;
+      for (const Label& label : Tagged<Label>(page, c.Tag)) {
+        EXPECT_GT(label.At.X, drawn.Frame.Left + 200) << c.Tag;
+        EXPECT_LT(label.At.X, drawn.Frame.Right - 200) << c.Tag;
+      }
     }
   }
 }
@@ -239,16 +253,16 @@ TEST(Heights, LinesAndScalesStandAtTheirHeights) {
     return std::round(10 * analysis::GetPRESS(drawn.Results.Levels, height)) / 10;
   };
   EXPECT_TRUE(Lines(drawn().Page, "height line").empty());
-  drawn.Set.YGridInterval = 2;
+  drawn.Set.YGridInterval = 1;
   drawn.Set.YGridUnits = GridUnits::Kilometers;
   const SoundingPlot km = drawn();
   Numbers expected;
-  for (double height = 0; height <= 16000; height += 2000) {
+  for (double height = 0; height <= 16000; height += 1000) {
     expected.push_back(pressAt(height));  // 100 hPa lie some 16 km up
   }
   EXPECT_EQ(PressesOf(km, "height line"), expected);
   const LabelTexts axis = Texts(km.Page, "height axis");
-  EXPECT_EQ(LabelTexts(axis.begin(), axis.begin() + 3), (LabelTexts{"KM msl", "0", "2"}));
+  EXPECT_EQ(LabelTexts(axis.begin(), axis.begin() + 3), (LabelTexts{"KM msl", "0", "1"}));
   drawn.Set.YGridUnits = GridUnits::Feet;
   drawn.Set.YGridInterval = 10;
   const SoundingPlot feet = drawn();
@@ -265,6 +279,7 @@ TEST(Heights, LinesAndScalesStandAtTheirHeights) {
   EXPECT_EQ(Texts(agl.Page, "height scale head"), (LabelTexts{" FT(x1000)", "AGL"}));
   drawn.Set.RightScale = HeightScale::None;
   EXPECT_TRUE(Texts(drawn().Page, "height scale head").empty());
+  EXPECT_GT(drawn.Frame.Right, agl.Mapping.Frame().Right + 20 * kUnitsPerPixel);
 }
 
 // Every 500 m or 1000 ft above the sea or the ground, which the plain sounding has at 100 m.
@@ -328,8 +343,12 @@ TEST(Heights, TheSurfaceSaysWhatIsKnownOfIt) {
   SetElevationUnknown(drawn.Sounding);
   EXPECT_TRUE(text().starts_with("Stn Elev: --")) << text();
   EXPECT_EQ(text().find("QNH"), std::string::npos) << text();
+  EXPECT_EQ(text().find(" Est"), text().size() - 4) << text();
   drawn.Set.ShadeGround = false;
   EXPECT_TRUE(Tagged(drawn().Page, "ground").empty());
+  drawn.Sounding.Press(1) = 1060;  // below the diagram
+  EXPECT_EQ(text(), "");
+  drawn.Sounding.Press(1) = 1000;
   drawn.Set.SurfaceLine = false;
   EXPECT_TRUE(Tagged(drawn().Page, "surface line").empty());
   EXPECT_EQ(text(), "");

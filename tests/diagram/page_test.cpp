@@ -31,6 +31,7 @@ struct PageCase {
   const char* About;
   SoundingRecord Sounding;
   DiagramType Type = DiagramType::SkewT;
+  DisplaySettings Set{};
 };
 
 std::vector<PageCase> Cases() {
@@ -51,7 +52,7 @@ std::vector<PageBox> EmptyBoxes(const LayoutRow& layout) {
 }
 
 SoundingPlot Draw(const PageCase& c, const LayoutRow& layout, const Surface& on) {
-  DisplaySettings options;
+  DisplaySettings options = c.Set;
   options.Diagram = c.Type;
   options.FreezeLine = options.TropoLine = options.WetLabel = options.TempDualScale = true;
   const analysis::AnalysisResults results = analysis::Analyse(c.Sounding, options);
@@ -121,25 +122,39 @@ TEST(DiagramPage, MixingRatioNumbersKeepOffTheTraces) {
 
 // Warm air under a cold tropopause: levels up to the parcel's highest, above 10 km.
 TEST(DiagramPage, MarksBesideTheFrameAreWholeOrShort) {
-  const PageCase deep{"deep", test::Profile({{1000, 26, 18},
-                                             {850, 14, 11},
-                                             {700, 4, -4},
-                                             {500, -13, -28},
-                                             {300, -42, -58},
-                                             {250, -46, -60},
-                                             {200, -46, -70},
-                                             {100, -46, -80}})};
-  bool sawHighest = false;
-  for (const LayoutRow& layout : PageLayouts()) {
-    for (const Size& size : kSizes) {
-      const SoundingPlot plot = Draw(deep, layout, WindowSurface(size.WidthPx, size.HeightPx));
-      for (const std::string& text : test::Texts(plot.Page, "parcel level label")) {
-        sawHighest |= text.starts_with("MPL");
-        EXPECT_TRUE(text.ends_with(" m") || text.size() == 2 || text.size() == 3) << text;
+  PageCase deep{"deep", test::Profile({{1000, 26, 18},
+                                       {850, 14, 11},
+                                       {700, 4, -4},
+                                       {500, -13, -28},
+                                       {300, -42, -58},
+                                       {250, -46, -60},
+                                       {200, -46, -70},
+                                       {100, -46, -80}})};
+  const struct {
+    LengthUnits Length;
+    HeightMode From;
+    const char* End;
+  } cases[] = {{LengthUnits::Meter, HeightMode::Msl, " m"},
+               {LengthUnits::Feet, HeightMode::Msl, " ft"},
+               {LengthUnits::Feet, HeightMode::Agl, " ft AGL"}};
+  for (const auto& c : cases) {
+    deep.Set.GpmUnits = c.Length;
+    deep.Set.Heights = c.From;
+    for (const LayoutRow& layout : PageLayouts()) {
+      for (const Size& size : kSizes) {
+        SCOPED_TRACE(testing::Message() << layout.Name << size.WidthPx << c.End);
+        const SoundingPlot plot = Draw(deep, layout, WindowSurface(size.WidthPx, size.HeightPx));
+        const auto texts = test::Texts(plot.Page, "parcel level label");
+        EXPECT_TRUE(size.WidthPx < 900 || std::ranges::any_of(texts, [](const std::string& text) {
+                      return text.starts_with("LCL");
+                    }));
+        for (const std::string& text : texts) {
+          const bool isShort = text.size() <= 3 && plot.Layout.Find("marks") == nullptr;
+          EXPECT_TRUE(text.ends_with(c.End) || isShort) << text;
+        }
       }
     }
   }
-  EXPECT_TRUE(sawHighest);
 }
 
 // 600 by 450 points: 800 x 600 pixels at 96 dpi, 2500 x 1875 at 300.

@@ -71,8 +71,30 @@ TEST(ChooseTempRange, HoldsAHighAscentOnTheSkewT) {
                                            {100, -62, -80},
                                            {30, -52, -84},
                                            {10, -40, -84}});
-  ASSERT_EQ(ChooseDiagram(sounding, options).TopPress, 10);
+  const DiagramChoice choice = ChooseDiagram(sounding, options);
+  ASSERT_EQ(choice.TopPress, 10);
   ExpectInFrame(sounding, options);
+  // Of all ranges that hold the temperatures, 3 % from the right edge, no narrower one holds as
+  // many dew points.
+  const auto held = [&](double from, double to, const Levels<double>& temps) {
+    const DiagramMapping at(choice.Type, kPlot, from, to, choice.TopPress);
+    int count = 0;
+    for (int i = 1; i <= temps.Count(); ++i) {
+      const double x = at.ToPoint(temps(i), sounding.Press(i)).X;
+      count += x >= kPlot.Left && x <= kPlot.Right - 0.03 * kPlot.Width() ? 1 : 0;
+    }
+    return count;
+  };
+  const TempRange found = ChooseTempRange(sounding, options, choice, kPlot);
+  const int dewpts = held(found.Min, found.Max, sounding.Dewpt);
+  for (double span = 60; span <= 400; span += 10) {
+    for (double from = -300; from < 0; from += 5) {
+      if (held(from, from + span, sounding.Temp) < sounding.NumTempLevels()) continue;
+      const int others = held(from, from + span, sounding.Dewpt);
+      EXPECT_TRUE(others < dewpts || (others == dewpts && span >= found.Max - found.Min))
+          << from << ' ' << span << ": " << others << " of " << dewpts;
+    }
+  }
   SoundingRecord moisture = sounding;
   moisture.Temp = sounding.Dewpt;
   ExpectInFrame(moisture, options);

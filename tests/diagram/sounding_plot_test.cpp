@@ -247,6 +247,11 @@ TEST(SoundingPlot, MarksStandOnTheirIsobars) {
     EXPECT_NEAR(read(frame.Right, marks.at(1).back().Y), results.Chosen().FreeLevel.Press, 0.1);
     const Point foot = Lines(plot.Page, "inversion").at(0).front();
     EXPECT_NEAR(read(foot.X, foot.Y), results.Inversions.at(0).Base.Press, 0.1);
+    for (const auto& line : Lines(plot.Page, "pressure line")) {
+      for (const Point& at : {line.front(), line.back()}) {
+        EXPECT_NEAR(read(at.X, at.Y), read(line[line.size() / 2].X, line[line.size() / 2].Y), 0.5);
+      }
+    }
     // The tenth kilometre, by the sounding's own heights.
     const auto scale = Tagged<Label>(plot.Page, "height scale label");
     const Label& ten = *std::ranges::find(scale, "10", &Label::Text);
@@ -271,7 +276,7 @@ TEST(SoundingPlot, HeightsSayWhatTheyCountFrom) {
 }
 
 TEST(SoundingPlot, WithoutAParcelThereIsNoEnergyEither) {
-  const SoundingPlot plot = Draw(Profile({{1000, 20, 999.9}, {700, 5, 999.9}, {500, -10, 999.9}}));
+  const SoundingPlot plot = Draw(Profile({{1000, 20, 999.9}, {700, 5, 999.9}}));
   const LabelTexts table = Texts(plot.Page, "lift table");
   EXPECT_EQ(table.at(1), "CAPE          --      --      --");
   EXPECT_EQ(table.at(2), "CIN           --      --      --");

@@ -51,6 +51,18 @@ TEST(Traces, LeadToALevelFarAboveTheTop) {
   EXPECT_NEAR(lines[0].back().Y, end.Y, 1);
 }
 
+// The dew point's name stands left of it, the temperature's right, while the frame has room there.
+TEST(Traces, NamesStandWhereTheFrameHasRoom) {
+  const auto aside = [](double temp, double dewpt) {
+    const SoundingPlot plot = OnEmagram(Profile({{1000, temp, dewpt}, {300, temp, dewpt}}))();
+    const auto names = Tagged<Label>(plot.Page, "trace name");
+    return std::pair(names.at(0).At.X - plot.Mapping.ToPoint(temp, 300).X,
+                     names.at(1).At.X - plot.Mapping.ToPoint(dewpt, 300).X);
+  };
+  EXPECT_EQ(aside(10, -20), std::pair(70.0, -70.0));
+  EXPECT_EQ(aside(10, -38), std::pair(70.0, 70.0));
+}
+
 TEST(Traces, OfOtherSoundingsAreToldApart) {
   const SoundingRecord other = test::ReferenceWinter();
   Drawn drawn = OnEmagram();
@@ -179,7 +191,8 @@ TEST(Winds, TellTheirNumbersAndTheirLimit) {
   EXPECT_NEAR(plot.Mapping.PressAt(limit[0].front().Y),
               analysis::GetPRESS(drawn.Results.Levels, 5000), 0.1);
   EXPECT_TRUE(Texts(plot.Page, "wind ratio").empty());
-  EXPECT_EQ(Tagged(plot.Page, "wind box").size(), 1u);
+  const auto box = Lines(plot.Page, "wind box").at(0);
+  EXPECT_NEAR(Lines(plot.Page, "wind axis").at(0)[0].X, (box[0].X + box[1].X) / 2, 0.5);
   drawn.Set.Speed = SpeedUnits::MetersPerSecond;  // 10 x 0.5148
   drawn.Set.WindPlotsBox = false;
   const SoundingPlot metric = drawn();

@@ -121,6 +121,19 @@ TEST(OtherSoundings, TheAxesMakeRoomForThemUnlessSetByHand) {
   EXPECT_EQ(drawn().Mapping.TempMin(), -40);
   drawn.Mode = MultiMode::Compare;
   EXPECT_TRUE(Texts(drawn().Page, "other title").at(1).starts_with("#2 - "));
+  Drawn low(test::EndingAt(test::ReferenceConvective(), 700));
+  low.Others = {{&cold}};
+  low.Mode = MultiMode::Overlay;
+  EXPECT_EQ(low().Mapping.TopPress(), 300);
+}
+
+TEST(OtherSoundings, AHeldScaleIsKeptByItsType) {
+  const DiagramMapping held(DiagramType::SkewT, kFrame, -60, 10, 200);
+  Drawn drawn(test::ReferenceConvective());
+  drawn.Scale = &held;
+  EXPECT_EQ(drawn().Mapping.TempMin(), -60);
+  drawn.Set.Diagram = DiagramType::Emagram;
+  EXPECT_NE(drawn().Mapping.TempMin(), -60);
 }
 
 TEST(ExtraLines, StandWhereTheirNumbersAre) {
@@ -142,6 +155,8 @@ TEST(ExtraLines, StandWhereTheirNumbersAre) {
     EXPECT_NEAR(nearest->X, at.X, 0.15 * plot.Mapping.Frame().Width() / 80);
     EXPECT_NEAR(nearest->Y, at.Y, 1);
   }
+  EXPECT_EQ(Texts(plot.Page, "contrail label").size(), 1u);
+  EXPECT_EQ(Texts(plot.Page, "soaring label").size(), 1u);
   // Purple and green by the menu.
   const auto inkOf = [&](std::string_view tag) {
     return Tagged<Polyline>(plot.Page, tag).at(0).Stroke.Ink;
@@ -156,9 +171,10 @@ TEST(ExtraLines, StandWhereTheirNumbersAre) {
 
 TEST(ExtraLines, HeightCorrectionIsTheHeightAboveTheStandardOne) {
   // A station at 100 m with sea level's standard pressure stands 100 m too high for it.
-  Drawn drawn(Profile({{1013.25, 15, 5}, {900, 8.5, 0}, {700, -5, -20}, {500, -21, -40}}, {}, 100));
+  Drawn drawn(Profile({{1013.25, 15, 5}, {905, 8.5, 0}}, {}, 100));
   drawn.Extra.HeightCorrection = true;
   const SoundingPlot plot = drawn();
+  EXPECT_NEAR(plot.Mapping.PressAt(PointsOf(plot.Page, "height correction").back().Y), 905, 0.1);
   EXPECT_NEAR(PointsOf(plot.Page, "height correction").at(0).X -
                   PointsOf(plot.Page, "height correction zero").at(0).X,
               2 * 100, 1);

@@ -42,9 +42,10 @@ TEST(WindSymbol, CountsToTheNearestHalfFeather) {
       {13, Knots, 0, 1, 1},
       {48, Knots, 1, 0, 0},
       {115, Knots, 2, 1, 1},
-      {10, MetersPerSecond, 0, 1, 0},  // 5.1 m/s
-      {97, MetersPerSecond, 2, 0, 0},  // 49.9 m/s
-      {1e9, Knots, 20, 0, 0},          // no symbol grows without end
+      {2.331, MetersPerSecond, 0, 0, 0},  // 1.2 m/s
+      {10, MetersPerSecond, 0, 1, 0},     // 5.1 m/s
+      {97, MetersPerSecond, 2, 0, 0},     // 49.9 m/s
+      {1e9, Knots, 20, 0, 0},             // no symbol grows without end
       {1e300, MetersPerSecond, 20, 0, 0},
   };
   for (const Case& c : cases) {
