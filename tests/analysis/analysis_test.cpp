@@ -7,7 +7,6 @@
 #include <cmath>
 #include <random>
 #include <string>
-#include <vector>
 
 #include "analysis/index_table.h"
 #include "config/options.h"
@@ -37,70 +36,61 @@ TEST(Surface, InTermsOfAltimetry) {
 }
 
 // Every number of the results; heights and markers are finite, so all must be.
-std::vector<double> Numbers(const AnalysisResults& results) {
-  std::vector<double> all;
-  const auto add = [&](const LevelPoint& level) {
-    all.insert(all.end(), {level.Press, level.Height, level.Temp});
-  };
-  const LevelProfile& levels = results.Levels;
-  for (const auto* array : {&levels.Height, &levels.WetBulb, &levels.ThetaE, &levels.Theta,
-                            &levels.VirtualTemp, &levels.MixingRatio, &levels.RelHumidity}) {
-    all.insert(all.end(), array->Values().begin(), array->Values().end());
-  }
-  const SurfaceState& surface = results.Surface;
-  all.insert(all.end(), {surface.Press, surface.Qnh, surface.PressureAltitude,
-                         surface.DensityAltitude, surface.IsaDeviation, results.CapeDepthTopPress,
-                         results.ConvectiveTemp, results.MeanLayerMixingRatio});
-  add(results.ConvectiveCondensation);
-  for (const LiftAnalysis& lift : results.Lifts) {
-    for (const ParcelAscent* ascent : {&lift.Forced, &lift.Convective}) {
-      for (const LevelPoint& level :
-           {ascent->Condensation, ascent->FreeLevel, ascent->Equilibrium, ascent->MaximumParcel}) {
-        add(level);
+class Numbers {
+ public:
+  explicit Numbers(const AnalysisResults& results) {
+    const LevelProfile& levels = results.Levels;
+    Add(levels.Height, levels.WetBulb, levels.ThetaE, levels.Theta, levels.VirtualTemp);
+    Add(levels.MixingRatio, levels.RelHumidity, results.Soaring.ThermalIndex);
+    const SurfaceState& surface = results.Surface;
+    Add(surface.Press, surface.Qnh, surface.PressureAltitude, surface.DensityAltitude);
+    Add(surface.IsaDeviation, results.CapeDepthTopPress, results.ConvectiveTemp);
+    Add(results.MeanLayerMixingRatio, results.ConvectiveCondensation);
+    for (const LiftAnalysis& lift : results.Lifts) {
+      for (const ParcelAscent* ascent : {&lift.Forced, &lift.Convective}) {
+        Add(ascent->Condensation, ascent->FreeLevel, ascent->Equilibrium, ascent->MaximumParcel);
+        Add(ascent->CapeTotal, ascent->CapePlusOnly, ascent->CinTotal, ascent->CapeDepth);
+        Add(ascent->CapeHail, ascent->HailBasePress);
+        Add(ascent->ParcelTemps, ascent->EnvTemps, ascent->Increments);
       }
-      all.insert(all.end(), {ascent->CapeTotal, ascent->CapePlusOnly, ascent->CinTotal,
-                             ascent->CapeDepth, ascent->CapeHail, ascent->HailBasePress});
-      all.insert(all.end(), ascent->ParcelTemps.begin(), ascent->ParcelTemps.end());
-      all.insert(all.end(), ascent->EnvTemps.begin(), ascent->EnvTemps.end());
-      all.insert(all.end(), ascent->Increments.begin(), ascent->Increments.end());
+    }
+    const LayerResults& layers = results.Layers;
+    Add(results.Inversions, results.FreezingLevels, results.Tropopauses, layers.Clouds);
+    Add(layers.Icing, layers.Turbulence, layers.HighTurbulence, layers.LowShear);
+    Add(layers.Contrails, layers.Lightning, layers.CarbIcing);
+    for (const Duct& duct : layers.Ducts) Add(duct.DuctBase, duct.Gradient);
+    const LevelListing& listing = layers.Listing;
+    Add(listing.Density, listing.DValue, listing.Refractivity, listing.Modified);
+    Add(listing.Potential, listing.Gradient, listing.WaterBelow);
+    const WinterResults& winter = results.Winter;
+    Add(winter.WarmArea, winter.ColdArea, winter.SurfaceWarmArea, winter.SnowRatio);
+    Add(winter.SnowSquall, winter.Thickness1000to500, results.Descent.Energy);
+    Add(results.Descent.SurfaceTemp, results.Soaring.Lift, results.Soaring.TriggerTemp);
+    Add(results.Soaring.ThermalTop, results.Soaring.PilotLevel);
+  }
+  int Bad = 0;
+
+ private:
+  template <class... Values>
+  void Add(const Values&... values) {
+    (AddOne(values), ...);
+  }
+  template <class Value>
+  void AddOne(const Value& value) {
+    if constexpr (requires { value.Values(); }) {
+      AddOne(value.Values());
+    } else if constexpr (requires { value.begin(); }) {
+      for (const auto& one : value) AddOne(one);
+    } else if constexpr (requires { value.Base; }) {
+      Add(value.Base, value.Top);
+      if constexpr (requires { value.Value; }) AddOne(value.Value);
+    } else if constexpr (requires { value.Press; }) {
+      Add(value.Press, value.Height, value.Temp);
+    } else {
+      Bad += std::isfinite(value) ? 0 : 1;
     }
   }
-  for (const Inversion& inversion : results.Inversions) {
-    add(inversion.Base);
-    add(inversion.Top);
-  }
-  for (const LevelPoint& level : results.FreezingLevels) add(level);
-  for (const LevelPoint& level : results.Tropopauses) add(level);
-  const LayerResults& layers = results.Layers;
-  for (const auto* found :
-       {&layers.Icing, &layers.Turbulence, &layers.HighTurbulence, &layers.LowShear,
-        &layers.Contrails, &layers.Lightning, &layers.CarbIcing}) {
-    for (const AirLayer& layer : *found) {
-      add(layer.Base);
-      add(layer.Top);
-      all.push_back(layer.Value);
-    }
-  }
-  for (const CloudDeck& deck : layers.Clouds) {
-    add(deck.Base);
-    add(deck.Top);
-  }
-  for (const Duct& duct : layers.Ducts) all.insert(all.end(), {duct.DuctBase, duct.Gradient});
-  const LevelListing& listing = layers.Listing;
-  for (const auto* column : {&listing.Density, &listing.DValue, &listing.Refractivity,
-                             &listing.Modified, &listing.Potential, &listing.Gradient,
-                             &listing.WaterBelow, &results.Soaring.ThermalIndex}) {
-    all.insert(all.end(), column->Values().begin(), column->Values().end());
-  }
-  const WinterResults& winter = results.Winter;
-  all.insert(all.end(),
-             {winter.WarmArea, winter.ColdArea, winter.SurfaceWarmArea, winter.SnowRatio,
-              winter.SnowSquall, winter.Thickness1000to500, results.Descent.Energy,
-              results.Descent.SurfaceTemp, results.Soaring.Lift, results.Soaring.TriggerTemp});
-  add(results.Soaring.ThermalTop);
-  add(results.Soaring.PilotLevel);
-  return all;
-}
+};
 
 void ExpectFinite(const SoundingRecord& sounding) {
   for (const CapeBase mode : {CapeBase::Lfc, CapeBase::Ccl}) {
@@ -112,10 +102,8 @@ void ExpectFinite(const SoundingRecord& sounding) {
       options.MultiLift = sounding.NumTempLevels() < 100;
       options.Ice = mode == CapeBase::Ccl ? IceType::Usaf : IceType::SmithFeddes;
       options.ShearNormalization = over == SaturationOver::Water;
-      int bad = 0;
       const AnalysisResults results = Analyse(sounding, options);
-      for (const double value : Numbers(results)) bad += std::isfinite(value) ? 0 : 1;
-      EXPECT_EQ(bad, 0);
+      EXPECT_EQ(Numbers(results).Bad, 0);
       for (const IndexValue& index : results.Indices) {
         EXPECT_TRUE(std::isfinite(index.Value)) << index.Row->Label;
         EXPECT_NE(index.Exists(), !index.Reason.empty()) << index.Row->Label;
