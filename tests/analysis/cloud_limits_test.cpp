@@ -11,6 +11,7 @@
 #include "analysis/icing.h"
 #include "analysis/layers.h"
 #include "analysis/winter.h"
+#include "core/markers.h"
 
 namespace vexa::analysis {
 namespace {
@@ -393,6 +394,24 @@ TEST(CloudLimits, HoldForDifferencesOfTenths) {
   };
   EXPECT_EQ(kind(-15.9, -18.9), "Subsidence Inv.");
   EXPECT_EQ(kind(-15.6, -17.1), "Frontal Inv.");
+}
+
+TEST(Clouds, WaterAndMixingAsPublished) {
+  const auto water = SaturationOver::Water;
+  EXPECT_NEAR(LiftedCloud(925, -5.2, water).Water(900), 0.2778, 1e-3);
+  EXPECT_NEAR(LiftedCloud(850, 10, water).Water(800), 0.9585, 2e-3);
+  EXPECT_NEAR(LiftedCloud(850, 10, water).Water(750), 1.8261, 2e-3);
+  // The base holds no water, nor does a pressure that rounding puts beside it.
+  for (const double base : {960.0, 850.0, 687.9, 556.8}) {
+    for (const double share : {1e-15, 1e-13, 1e-11}) {
+      EXPECT_EQ(LiftedCloud(base, -5, water).Water(base * (1 - share)), 0) << base << ' ' << share;
+    }
+  }
+  const double deep[] = {0, 0.1, 0.3, 0.6, 1, 1.5, 2, 3};
+  const double cumuliform[] = {1, 0.834, 0.488, 0.433, 0.316, 0.293, 0.271, 0.26};
+  for (std::size_t i = 0; i < std::size(deep); ++i) {
+    EXPECT_NEAR(EntrainmentFactor(CloudFamily::Cumuliform, deep[i]), cumuliform[i], 1e-3);
+  }
 }
 
 }  // namespace

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "analysis/air_rows.h"
+#include "analysis/analysis.h"
 #include "analysis/soaring.h"
 #include "analysis/winter.h"
 #include "config/options.h"
@@ -274,6 +275,55 @@ TEST(SoaringLimits, PilotsLevelAndCloudBase) {
   EXPECT_FALSE(open.ThermalTop.Exists());
   EXPECT_NEAR(open.PilotLevel.Height, 4000, 1e-6);
   EXPECT_EQ(open.Lift, kNone);
+}
+
+TEST(Soaring, OfTheConvectiveSoundingAt31Degrees) {
+  const AnalysisResults results = Analyse(test::ReferenceConvective(), {});
+  Options settings;
+  settings.SoarTm = 31;
+  settings.TriggerHgt = 1000 / 0.3048;
+  const SoaringResults soaring = AnalyseSoaring(results, settings);
+  EXPECT_NEAR(soaring.ThermalTop.Press, 839.5, 0.2);
+  EXPECT_NEAR(soaring.ThermalTop.Height - 357, 1260, 3);
+  EXPECT_NEAR(soaring.TriggerTemp, 29.07, 0.02);
+  EXPECT_FALSE(soaring.CloudBase.Exists());
+  settings.LiftEq = 2;
+  EXPECT_NEAR(AnalyseSoaring(results, settings).Lift, 2.01, 0.02);
+  settings.SoarTm = 36;
+  EXPECT_TRUE(AnalyseSoaring(results, settings).CloudBase.Exists());
+}
+
+// By hand: theta = T (1000/p)^0.2856 with 273.16 K at 0 °C, shares linear in theta and ln p.
+TEST(Soaring, ThermalsOfOrdinaryDays) {
+  struct Case {
+    const char* About;
+    SoundingRecord Sounding;
+    double DayTemp, Top, Pilot;  // °C, hPa; kNone for none
+  };
+  const Case cases[] = {
+      // 8 °C at 850 hPa come to 21.4 °C at the ground, which is warmer already. Dry, so no cloud:
+      // theta 298.16 K of the ground against 294.52 at 850 and 304.45 K at 700 hPa; the index is
+      // -3.48 at 850 and 5.68 at 700 hPa.
+      {"a ground warmer than the air above brings down",
+       test::Profile({{1000, 25, -25}, {850, 8, -25}, {700, 1.8, -35}, {500, -10, -50}}), 25,
+       850 * std::pow(700.0 / 850, 0.3669), 850 * std::pow(700.0 / 850, 0.0521)},
+      // theta 318.10 K of the ground against 317.95 at 700 and 326.48 K at 600 hPa.
+      {"a station above 850 hPa has thermals too",
+       test::Profile(
+           {{845, 30, -30}, {800, 24, -30}, {700, 14, -35}, {600, 9, -40}, {400, -20, -50}}, {},
+           1500),
+       30, 700 * std::pow(600.0 / 700, 0.0170), kNone},
+      {"stable ground has none",
+       test::Profile({{840, 10, -30}, {800, 12, -30}, {600, 0, -40}}, {}, 1500), 10, 840, kNone},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.About);
+    const SoaringResults soaring = Analyse(c.Sounding, {}).Soaring;
+    EXPECT_NEAR(soaring.MaxTemp, c.DayTemp, 0.01);
+    EXPECT_NEAR(soaring.ThermalTop.Press, c.Top, 0.3);
+    EXPECT_NEAR(soaring.PilotLevel.Press, c.Pilot, 1);
+    EXPECT_FALSE(soaring.CloudBase.Exists());
+  }
 }
 
 }  // namespace

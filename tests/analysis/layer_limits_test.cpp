@@ -3,6 +3,7 @@
 // exactly so thick and so steep as its case says.
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <utility>
 #include <vector>
 
@@ -12,6 +13,8 @@
 #include "analysis/profile_walk.h"
 #include "analysis/soaring.h"
 #include "analysis/turbulence.h"
+#include "support/derived_levels.h"
+#include "support/soundings.h"
 
 namespace vexa::analysis {
 namespace {
@@ -234,17 +237,6 @@ TEST(LayerLimits, MixedLayerNeedsATop) {
   EXPECT_TRUE(FindMixedLayer({}, levels));
 }
 
-// Up to the last level, be it the passage or the level itself.
-TEST(LayerLimits, FreezingLevelsReachTheEnd) {
-  const auto count = [](double last) {
-    return FindFreezingLevels(Air({{0, 1000, 5, 0}, {1000, 890, 2, 0}, {2000, 790, last, -9}}))
-        .size();
-  };
-  EXPECT_EQ(count(-2), 1u);
-  EXPECT_EQ(count(0), 1u);
-  EXPECT_EQ(count(0.1), 0u);
-}
-
 LevelListing Refracting(const std::vector<double>& gradients, const std::vector<double>& modified) {
   LevelListing listing;
   listing.Gradient = Levels<double>(gradients);
@@ -294,6 +286,45 @@ TEST(LayerLimits, LooksAreNeitherTooCloseNorTooFar) {
                                    {560, 940, 5, 5},
                                    {600, 930, 5, 5}});
   EXPECT_EQ(SampleHeights(levels, 0, 600), (std::vector<double>{0, 100, 225.5, 351, 600}));
+}
+
+// An isothermal layer inside joins, one on top does not; without a dew point the kind is not known.
+TEST(LayerLimits, InversionsAreMerged) {
+  const auto merged = FindInversions(
+      test::Derived(test::Profile(
+          {{1000, 10, 5}, {900, 4, 2}, {880, 5, 2}, {870, 5, 2}, {860, 6, 2}, {840, 6, 2}})),
+      {});
+  ASSERT_EQ(merged.size(), 1u);
+  EXPECT_EQ(merged[0].Base.Press, 900);
+  EXPECT_EQ(merged[0].Top.Press, 860);
+  const auto dry = FindInversions(
+      test::Derived(test::Profile({{1000, 10, 5}, {900, 4, 2}, {870, 6, 999.9}, {800, 0, 0}})), {});
+  ASSERT_EQ(dry.size(), 1u);
+  EXPECT_EQ(Text(dry[0].Kind), "Unknown Inv.");
+}
+
+// Every crossing up to the last level, which may itself be at 0 °C.
+TEST(LayerLimits, FreezingLevelsAreAllCrossings) {
+  const auto found = [](std::initializer_list<test::TempRow> temps) {
+    std::vector<double> pressures;
+    for (const LevelPoint& level : FindFreezingLevels(test::Derived(test::Profile(temps)))) {
+      pressures.push_back(std::round(10 * level.Press) / 10);
+    }
+    return pressures;
+  };
+  using Found = std::vector<double>;
+  // The surface, one crossing, sqrt(950 x 900), and one run of zeros.
+  EXPECT_EQ(
+      found(
+          {{1000, 0, -5}, {950, -2, -5}, {900, 2, -5}, {850, 0, -5}, {840, 0, -5}, {700, -9, -9}}),
+      (Found{1000, 924.7, 850}));
+  EXPECT_EQ(found({{1000, 5, 0}, {890, 2, 0}, {790, 0, -9}}), Found{790});
+  EXPECT_EQ(found({{1000, 5, 0}, {890, 2, 0}, {790, 0.1, -9}}), Found{});
+  EXPECT_EQ(found({{1000, -1, -5}, {890, -2, -9}}), Found{});
+  const auto reference = FindFreezingLevels(test::Derived(test::ReferenceConvective()));
+  ASSERT_EQ(reference.size(), 1u);
+  EXPECT_NEAR(reference[0].Press, 613.1, 0.05);
+  EXPECT_NEAR(reference[0].Height, 4230, 0.6);
 }
 
 }  // namespace

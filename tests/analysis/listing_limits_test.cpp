@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "analysis/air_rows.h"
+#include "analysis/analysis.h"
 #include "analysis/index_table.h"
 #include "analysis/level_listing.h"
 #include "analysis/standard_atmosphere.h"
@@ -181,6 +182,50 @@ TEST(LevelLimits, CriticalAngle) {
   EXPECT_NEAR(angle({0, 270, 10}, {500, 270, 20}, {0, 0}), 180, 1e-3);
   EXPECT_NEAR(angle({0, 270, 10}, {1000, 270, 30}, {-10, 10}), 90, 1e-3);
   EXPECT_EQ(angle({0, 270, 10}, {500, 270, 10}, {-30, 0}), kNone);
+}
+
+TEST(Contrails, ThresholdAsAppleman) {
+  struct Row {
+    double Press, Dry, Humid40, Humid60, Saturated;
+  };
+  for (const Row& row : {Row{300, -49.8, -48.2, -47.0, -40.2},
+                         {250, -51.5, -50.0, -48.8, -42.2},
+                         {200, -53.6, -52.1, -51.0, -44.5},
+                         {150, -56.2, -54.7, -53.7, -47.3},
+                         {100, -59.8, -58.4, -57.3, -51.2}}) {
+    SCOPED_TRACE(row.Press);
+    EXPECT_NEAR(ContrailTemp(row.Press, 0), row.Dry, 0.1);
+    EXPECT_NEAR(ContrailTemp(row.Press, 40), row.Humid40, 0.1);
+    EXPECT_NEAR(ContrailTemp(row.Press, 60), row.Humid60, 0.1);
+    EXPECT_NEAR(ContrailTemp(row.Press, 100), row.Saturated, 0.1);
+  }
+  EXPECT_TRUE(IsMissing(ContrailTemp(5, 60)));
+  // A sounding that starts at 300 hPa, colder than the -47.0 C that air of 60 % needs there, has
+  // its layer from its first level.
+  const AnalysisResults high = Analyse(test::Profile({{300, -50, -54}, {250, -56, -60}}), {});
+  ASSERT_EQ(high.Layers.Contrails.size(), 1u);
+  EXPECT_EQ(high.Layers.Contrails.front().Base.Press, 300);
+}
+
+TEST(Refractivity, OfTheConvectiveSounding) {
+  EXPECT_NEAR(RefractivityOf(1013.25, 15, 12.2791), 328.06, 0.1);
+  const SoundingRecord sounding = test::ReferenceConvective();
+  const AnalysisResults results = Analyse(sounding, {});
+  const LevelListing& listing = results.Layers.Listing;
+  EXPECT_NEAR(listing.Refractivity(1), 339.26, 0.05);
+  EXPECT_NEAR(listing.Modified(1), 395.30, 0.1);
+  EXPECT_NEAR(listing.Potential(1), 345.93, 0.1);
+  EXPECT_NEAR(listing.Refractivity(6), 290.05, 0.05);
+  EXPECT_NEAR(listing.Refractivity(7), 267.58, 0.05);
+  EXPECT_NEAR(listing.Potential(6), 322.50, 0.1);
+  EXPECT_NEAR(listing.Gradient(7), -109.8, 0.5);
+  EXPECT_TRUE(results.Layers.Ducts.empty());
+  Options loose;
+  loose.DuctingThreshold = -100;
+  const AnalysisResults trapped = Analyse(sounding, loose);
+  ASSERT_EQ(trapped.Layers.Ducts.size(), 1u);
+  EXPECT_NEAR(trapped.Layers.Ducts[0].Base.Press, 850, 0.01);
+  EXPECT_NEAR(trapped.Layers.Ducts[0].Gradient, -109.8, 0.5);
 }
 
 }  // namespace
