@@ -43,31 +43,20 @@ TEST(SevereTable, IsKeptAndRestored) {
             "\"This is a VEXA system file -- Do Not Alter.\"\r\n\"Gewitter, Süd\",2\r\n"
             "\"LI\",-1.5,-1.5,-5.25,0,0,0\r\n\"200mb Wind\",75,100,100,0,0,0\r\n");
 
-  struct Case {
-    const char* about;
-    const char* rows;
-    const char* reason;
-  };
-  const Case cases[] = {
-      {"unknown entry", "\"x\",1\n\"Kl\",1,2,3,0,0,0\n", "Severe Weather Table index error."},
-      {"half an entry", "\"x\",1\n2.5,1,2,3,0,0,0\n", "Severe Weather Table index error."},
-      {"bad entry", "\"x\",1\n43,1,2,3,0,0,0\n", "Severe Weather Table index error."},
-      {"short", "\"x\",2\n22,20,30,40,0,0,0\n", "entry"},
-      {"a range the wrong way round", "\"x\",1\n40,5000,6000,7000,4000,11000,10000\n",
-       "a range ends below its beginning"},
-      {"a range that widens", "\"x\",1\n40,5000,6000,7000,12000,13000,10000\n",
-       "each range must lie within the one before it"},
-      {"falling limits", "\"x\",1\n22,40,30,20,0,0,0\n", "the limits must rise"},
-      {"no number", "\"x\",1\n22,20,\"many\",40,0,0,0\n", "threshold"},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.about);
-    const std::string text =
-        std::string("\"This is a VEXA system file -- Do Not Alter.\"\n") + c.rows;
-    ASSERT_FALSE(SaveFile(path, text));
+  const std::pair<std::string, const char*> damaged[] = {
+      {"1\n\"Kl\",1,2,3,0,0,0\n", "Severe Weather Table index error."},
+      {"1\n2.5,1,2,3,0,0,0\n", "Severe Weather Table index error."},
+      {"1\n43,1,2,3,0,0,0\n", "Severe Weather Table index error."},
+      {"2\n22,20,30,40,0,0,0\n", "entry"},
+      {"1\n40,5000,6000,7000,4000,11000,10000\n", "a range ends below its beginning"},
+      {"1\n40,5000,6000,7000,12000,13000,10000\n", "range must lie within the one before it"},
+      {"1\n22,40,30,20,0,0,0\n", "the limits must rise"},
+      {"1\n22,20,\"many\",40,0,0,0\n", "threshold"}};
+  for (const auto& [rows, reason] : damaged) {
+    ASSERT_FALSE(SaveFile(path, "\"This is a VEXA system file -- Do Not Alter.\"\n\"x\"," + rows));
     const Outcome<SevereTable> bad = RestoreTable(path);
-    ASSERT_FALSE(bad);
-    EXPECT_NE(bad.Error().Detail.find(c.reason), std::string::npos) << bad.Error().Detail;
+    ASSERT_FALSE(bad) << rows;
+    EXPECT_NE(bad.Error().Detail.find(reason), std::string::npos) << bad.Error().Detail;
   }
 }
 
@@ -114,14 +103,12 @@ TEST(SevereTable, EntriesOfOldFilesHaveNumbers) {
                         "40,5000,6000,7000,12000,11000,10000\r\n30,100,200,300,0,0,0\r\n"));
   const Outcome<SevereTable> table = RestoreTable(path);
   ASSERT_TRUE(table) << table.Error().Detail;
-  std::vector<std::string_view> texts;
+  std::vector<std::string_view> indices;
   for (const SevereRow& row : table.Value().Rows) {
-    texts.push_back(SevereEntries()[static_cast<std::size_t>(row.Entry) - 1].Text);
+    indices.push_back(SevereEntries()[static_cast<std::size_t>(row.Entry) - 1].Index);
   }
-  EXPECT_EQ(texts,
-            (std::vector<std::string_view>{
-                "K Index", "WMSI - Wet Microburst Severity Index", "200 mb Wind Speed (kt)",
-                "WBZ - WetBulb Zero Hgt (ft,AGL)", "srH - storm-relative Helicity (0-3 km)"}));
+  EXPECT_EQ(indices,
+            (std::vector<std::string_view>{"KI", "WMSI", "200mb Wind", "WBZ Hgt", "s-rH 0-3km"}));
   EXPECT_EQ(table.Value().Rows[0].Limits.From, (std::array<double, 3>{25, 32, 41}));
 }
 
@@ -137,12 +124,14 @@ TEST(SevereTable, KeepsTheUnitsOfItsEntries) {
   options.ThermoHeight = LengthUnits::Feet;
   const auto values =
       FillSevereTable(DefaultSevereTable(), Analyse(test::ReferenceConvective(), options));
-  EXPECT_EQ(ValueOf(values, "T1/T2 Gust (kt)").Shown, "28/40");
+  const std::pair<const char*, const char*> cases[] = {
+      {"T1/T2 Gust (kt)", "28/40"},
+      {"500 mb Wind Speed (kt)", "52"},
+      {"Surface Dewpoint (C)", "18.8"},
+      {"LFC-LCL height (m)", "1366"},
+      {"WBZ - WetBulb Zero Hgt (ft,AGL)", "10570"}};
+  for (const auto& [text, shown] : cases) EXPECT_EQ(ValueOf(values, text).Shown, shown);
   EXPECT_EQ(ValueOf(values, "T1/T2 Gust (kt)").Step, 1);  // 35 … 50 kt
-  EXPECT_EQ(ValueOf(values, "500 mb Wind Speed (kt)").Shown, "52");
-  EXPECT_EQ(ValueOf(values, "Surface Dewpoint (C)").Shown, "18.8");
-  EXPECT_EQ(ValueOf(values, "LFC-LCL height (m)").Shown, "1366");
-  EXPECT_EQ(ValueOf(values, "WBZ - WetBulb Zero Hgt (ft,AGL)").Shown, "10570");
 }
 
 // The same weather mirrored to the southern hemisphere warns the same way; its numbers keep their

@@ -29,31 +29,28 @@ Picture Symbol(analysis::Wind wind, const Options& options) {
 }
 
 TEST(WindSymbol, CountsToTheNearestHalfFeather) {
-  struct Case {
-    double knots;
-    SpeedUnits units;
-    int pennants, feathers, halves;
-  };
   using enum SpeedUnits;
-  const Case cases[] = {
-      {2, Knots, 0, 0, 0},
-      {3, Knots, 0, 0, 1},
-      {12, Knots, 0, 1, 0},
-      {13, Knots, 0, 1, 1},
-      {48, Knots, 1, 0, 0},
-      {115, Knots, 2, 1, 1},
-      {2.331, MetersPerSecond, 0, 0, 0},  // 1.2 m/s
-      {10, MetersPerSecond, 0, 1, 0},     // 5.1 m/s
-      {97, MetersPerSecond, 2, 0, 0},     // 49.9 m/s
-      {1e9, Knots, 20, 0, 0},             // no symbol grows without end
-      {1e300, MetersPerSecond, 20, 0, 0},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.knots);
-    const FeatherCount count = CountFeathers(c.knots, c.units);
-    EXPECT_EQ(count.Pennants, c.pennants);
-    EXPECT_EQ(count.Feathers, c.feathers);
-    EXPECT_EQ(count.Halves, c.halves);
+  // In m/s 1.2, 5.1 and 49.9; no symbol grows without end.
+  const struct {
+    double Speed;  // kt
+    SpeedUnits Units;
+    int Pennants, Feathers, Halves;
+  } cases[] = {{2, Knots, 0, 0, 0},
+               {3, Knots, 0, 0, 1},
+               {12, Knots, 0, 1, 0},
+               {13, Knots, 0, 1, 1},
+               {48, Knots, 1, 0, 0},
+               {115, Knots, 2, 1, 1},
+               {2.331, MetersPerSecond, 0, 0, 0},
+               {10, MetersPerSecond, 0, 1, 0},
+               {97, MetersPerSecond, 2, 0, 0},
+               {1e9, Knots, 20, 0, 0},
+               {1e300, MetersPerSecond, 20, 0, 0}};
+  for (const auto& c : cases) {
+    const FeatherCount count = CountFeathers(c.Speed, c.Units);
+    EXPECT_EQ(std::tie(count.Pennants, count.Feathers, count.Halves),
+              std::tie(c.Pennants, c.Feathers, c.Halves))
+        << c.Speed;
   }
   EXPECT_DOUBLE_EQ(ShownSpeed(10, MetersPerSecond), 5.1);  // 100 x 0.5148 = 51.48 tenths
   EXPECT_DOUBLE_EQ(ShownSpeed(24.5, Knots), 25) << "halves go up";
@@ -104,22 +101,17 @@ TEST(WindSymbol, FeathersStandWhereTheyAreRead) {
 
 // A westerly's feathers lie on its left, to the north, south of the equator on its right.
 TEST(WindColumn, FeathersFollowTheLatitudeOfTheSounding) {
-  struct Case {
-    double Latitude;
-    Hemisphere Option;
-    bool IsRight;
-  };
-  const Case cases[] = {{35, Hemisphere::ByLatitude, true},
-                        {-90, Hemisphere::ByLatitude, false},
-                        {-90, Hemisphere::Northern, true},
-                        {35, Hemisphere::Southern, false}};
-  for (const Case& c : cases) {
+  const auto onRight = [](double latitude, Hemisphere option) {
     SoundingRecord sounding;
-    SetDecimalPosition(sounding, c.Latitude, 0);
+    SetDecimalPosition(sounding, latitude, 0);
     Options options;
-    options.BarbHemisphere = c.Option;
-    EXPECT_EQ(FeathersOnRight(SymbolOptions(options, sounding)), c.IsRight) << c.Latitude;
-  }
+    options.BarbHemisphere = option;
+    return FeathersOnRight(SymbolOptions(options, sounding));
+  };
+  EXPECT_TRUE(onRight(35, Hemisphere::ByLatitude));
+  EXPECT_FALSE(onRight(-90, Hemisphere::ByLatitude));
+  EXPECT_TRUE(onRight(-90, Hemisphere::Northern));
+  EXPECT_FALSE(onRight(35, Hemisphere::Southern));
 }
 
 TEST(WindSymbol, CalmIsACircleAndSpeedsHaveTheirParts) {

@@ -23,30 +23,27 @@ std::vector<std::string> Panel(const SoundingRecord& sounding, const Options& op
 TEST(AnalysisPanel, TextsAndMasks) {
   Options options;
   options.ShearXLayerTopKm = 3;
-  std::vector<std::string> panel = Panel(test::ReferenceConvective(), options);
-  ASSERT_EQ(panel.size(), 11u);
-  EXPECT_EQ(panel[0], " Storm-Motion: RM: 245/21.3 kts     LM: 203/42.5 kts     ");
-  EXPECT_EQ(panel[1], "(using a 0-6 km layer)");
-  EXPECT_EQ(panel[2], " Method:  Bunkers (shear-relative)");
-  EXPECT_EQ(panel[3].substr(0, 18), "      VGP: (0-3km)");
-  EXPECT_EQ(panel[4].substr(0, 18), "      EHI: (0-3km)");
-  EXPECT_NE(panel[5].find("BRN Shear: 69.8 m/s "), std::string::npos);
-  EXPECT_EQ(panel[6], "     s-rH: (0-3km) 298");
-  EXPECT_EQ(panel[7].substr(0, 21), "     s-rH: (0-2km) 24");  // 246.5 either way
-  EXPECT_EQ(panel[8], "     s-rH: (0-1km) 160");
-  EXPECT_EQ(panel[9], "Mean Wind:  (0-6km) 217/30 kts");
-  EXPECT_EQ(panel[10], "    Shear:  (0-3km) 35.5 kts");
-
+  const auto expect = [&](const std::vector<const char*>& begins) {
+    const std::vector<std::string> panel = Panel(test::ReferenceConvective(), options);
+    ASSERT_EQ(panel.size(), begins.size());
+    for (std::size_t i = 0; i < panel.size(); ++i) {
+      EXPECT_TRUE(panel[i].starts_with(begins[i])) << panel[i];
+    }
+  };
+  expect({" Storm-Motion: RM: 245/21.3 kts     LM: 203/42.5 kts     ", "(using a 0-6 km layer)",
+          " Method:  Bunkers (shear-relative)", "      VGP: (0-3km)", "      EHI: (0-3km)",
+          "      BRN:   48   BRN Shear: 69.8 m/s ", "     s-rH: (0-3km) 298",
+          "     s-rH: (0-2km) 24",  // 246.5
+          "     s-rH: (0-1km) 160", "Mean Wind:  (0-6km) 217/30 kts",
+          "    Shear:  (0-3km) 35.5 kts"});
   options.Speed = SpeedUnits::MetersPerSecond;
   options.Mover = StormMover::Left;
   options.Motion = StormMotion::Traditional;
   options.ShearLayerTopKm = 5;
-  panel = Panel(test::ReferenceConvective(), options);
-  EXPECT_EQ(panel[0].substr(0, 19), " Storm-Motion: LM: ");
-  EXPECT_EQ(panel[1], "(using a 0-5 km layer)");
-  EXPECT_EQ(panel[2], " Method: Traditional: 30-Deg & 75% of steering flow");
-  EXPECT_NE(panel[5].find("BRN Shear: 69.8 m/s "), std::string::npos);
-  EXPECT_EQ(panel[9], "Mean Wind:  (0-6km) 217/15.5 m/s");  // 30.1 x 0.5144
+  expect({" Storm-Motion: LM: ", "(using a 0-5 km layer)",
+          " Method: Traditional: 30-Deg & 75% of steering flow", "", "",
+          "      BRN:   48   BRN Shear: 69.8 m/s ", "", "", "", "Mean Wind:  (0-6km) 217/15.5 m/s",
+          ""});  // 30.1 x 0.5144
 }
 
 TEST(AnalysisPanel, ManualMotionAndNoWinds) {
@@ -78,8 +75,8 @@ TEST(WindTable, RowsByHand) {
   const auto results = analysis::Analyse(sounding, {});
   HodographInput input{.Sounding = sounding, .Results = results, .Set = Options()};
   const Options options;
-  WindTable table = ListWinds(
-      {.Sounding = sounding, .Results = results, .Set = options, .FrontNormal = 90.0});
+  WindTable table =
+      ListWinds({.Sounding = sounding, .Results = results, .Set = options, .FrontNormal = 90.0});
   ASSERT_EQ(table.Header.size(), 2u);
   EXPECT_EQ(table.Header[0].substr(0, 43), " PRES    HEIGHT (m)    DIR / SPD    Thermal");
   EXPECT_EQ(table.Header[1].substr(0, 32), "(mb)    MSL    AGL   (deg) (kts)");

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-
 #include "analysis/analysis.h"
 #include "config/options.h"
 #include "core/markers.h"
@@ -15,14 +13,11 @@ namespace vexa::hodograph {
 namespace {
 
 TEST(CompassName, SectorsAreCentredOnTheirPoints) {
-  struct Case {
-    int degrees;
-    std::string_view name;
-  };
-  const Case cases[] = {{0, "N"},   {11, "N"},    {12, "NNE"},  {33, "NNE"}, {34, "NE"},
-                        {90, "E"},  {101, "E"},   {102, "ESE"}, {180, "S"},  {225, "SW"},
-                        {281, "W"}, {282, "WNW"}, {348, "NNW"}, {349, "N"},  {360, "N"}};
-  for (const Case& c : cases) EXPECT_EQ(CompassName(c.degrees), c.name) << c.degrees;
+  const std::pair<int, const char*> cases[] = {{0, "N"},     {11, "N"},   {12, "NNE"}, {33, "NNE"},
+                                               {34, "NE"},   {90, "E"},   {101, "E"},  {102, "ESE"},
+                                               {180, "S"},   {225, "SW"}, {281, "W"},  {282, "WNW"},
+                                               {348, "NNW"}, {349, "N"},  {360, "N"}};
+  for (const auto& [degrees, name] : cases) EXPECT_EQ(CompassName(degrees), name) << degrees;
 }
 
 TEST(WindProfile, LeavesOutMissingWindsAndEndsAtTheLimit) {
@@ -114,11 +109,9 @@ TEST(Comparison, DamagedFilesNameTheLine) {
     SCOPED_TRACE(c.about);
     const auto parsed = ParseComparison(c.text, 1);
     ASSERT_EQ(parsed.Ok(), c.line == 0);
-    if (parsed.Ok()) {
-      EXPECT_FALSE(parsed.Value());
-    } else {
-      EXPECT_NE(parsed.Error().Detail.find("line " + std::to_string(c.line)), std::string::npos);
-    }
+    EXPECT_TRUE(parsed.Ok() ? !parsed.Value()
+                            : parsed.Error().Detail.find("line " + std::to_string(c.line)) !=
+                                  std::string::npos);
   }
 }
 
