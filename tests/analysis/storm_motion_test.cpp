@@ -75,34 +75,34 @@ StormMotionResults MotionOf(Rows winds, const Options& options = {}) {
   return AnalyseStormMotion(test::Profile({{1000, 20, 10}, {500, -10, -30}}, winds), options);
 }
 
+// Motions of the right and the left mover.
+std::pair<WindVector, WindVector> MoversOf(Rows winds, const Options& options = {}) {
+  const StormMotionResults storm = MotionOf(winds, options);
+  return {storm.Right.value().Motion, storm.Left.value().Motion};
+}
+
 // West winds of 10 kt in the lowest layer, a mean of 20: 15 kt across the shear to the south, where
 // the wind of 5750 m is weighed between its neighbours.
 TEST(StormMotion, MovesAsideOfTheShear) {
-  const auto movers =
-      MotionOf({{0, 270, 10}, {500, 270, 10}, {3000, 270, 20}, {5500, 270, 25}, {6000, 270, 35}});
-  ASSERT_TRUE(movers.Right && movers.Left);
-  EXPECT_NEAR(movers.Right->Motion.U, -20, 1e-3);
-  EXPECT_NEAR(movers.Right->Motion.V, 15, 1e-3);
-  EXPECT_NEAR(movers.Left->Motion.V, -15, 1e-3);
+  const auto [right, left] =
+      MoversOf({{0, 270, 10}, {500, 270, 10}, {3000, 270, 20}, {5500, 270, 25}, {6000, 270, 35}});
+  EXPECT_NEAR(right.U, -20, 1e-3);
+  EXPECT_NEAR(right.V, 15, 1e-3);
+  EXPECT_NEAR(left.V, -15, 1e-3);
   // 90 degrees of turning from 10 kt at the ground to what lies at 5750 m, a quarter of the way
   // from 5500 to 6500 m: the shear is (2.5, 7.5) - (0, 0) less the low wind.
-  const auto turning =
-      MotionOf({{0, 270, 0}, {500, 270, 0}, {3000, 270, 20}, {5500, 180, 10}, {6500, 270, 10}});
-  ASSERT_TRUE(turning.Right && turning.Left);
-  const double acrossU = (turning.Right->Motion.U - turning.Left->Motion.U) / 2;
-  const double acrossV = (turning.Right->Motion.V - turning.Left->Motion.V) / 2;
-  EXPECT_NEAR(acrossU, 15 * -7.5 / std::hypot(2.5, 7.5), 1e-3);
-  EXPECT_NEAR(acrossV, 15 * 2.5 / std::hypot(2.5, 7.5), 1e-3);
+  const auto [turned, other] =
+      MoversOf({{0, 270, 0}, {500, 270, 0}, {3000, 270, 20}, {5500, 180, 10}, {6500, 270, 10}});
+  EXPECT_NEAR((turned.U - other.U) / 2, 15 * -7.5 / std::hypot(2.5, 7.5), 1e-3);
+  EXPECT_NEAR((turned.V - other.V) / 2, 15 * 2.5 / std::hypot(2.5, 7.5), 1e-3);
   // Winds that end below 5750 m: the last one stands for it.
-  const auto low = MotionOf({{0, 270, 0}, {500, 270, 0}, {3000, 270, 20}, {4600, 180, 20}});
-  ASSERT_TRUE(low.Right && low.Left);
-  EXPECT_NEAR(low.Right->Motion.U - low.Left->Motion.U, -30, 1e-3);
-  EXPECT_NEAR(low.Right->Motion.V - low.Left->Motion.V, 0, 1e-3);
+  const auto [low, last] = MoversOf({{0, 270, 0}, {500, 270, 0}, {3000, 270, 20}, {4600, 180, 20}});
+  EXPECT_NEAR(low.U - last.U, -30, 1e-3);
+  EXPECT_NEAR(low.V - last.V, 0, 1e-3);
   Options twice;
   twice.DeviationFactor = 2;
-  EXPECT_NEAR(MotionOf({{0, 270, 10}, {500, 270, 10}, {3000, 270, 20}, {6000, 270, 35}}, twice)
-                  .Right->Motion.V,
-              30, 1e-3);
+  const Rows west = {{0, 270, 10}, {500, 270, 10}, {3000, 270, 20}, {6000, 270, 35}};
+  EXPECT_NEAR(MoversOf(west, twice).first.V, 30, 1e-3);
 }
 
 // A level within 1 m of the layer's top stands for it; else one is interpolated there and counts.
@@ -159,11 +159,10 @@ TEST(StormMotion, TraditionalMotionOfALayer) {
   options.ShearLayerTopKm = 4;
   options.ShearLayerDeg = 20;
   options.ShearLayerPct = 50;
-  const auto movers =
-      MotionOf({{0, 180, 10}, {2000, 270, 20}, {4000, 270, 40}, {6000, 180, 90}}, options);
-  ASSERT_TRUE(movers.Right && movers.Left);
-  ExpectWind(movers.Right->Motion, 290, 15);
-  ExpectWind(movers.Left->Motion, 250, 15);
+  const auto [right, left] =
+      MoversOf({{0, 180, 10}, {2000, 270, 20}, {4000, 270, 40}, {6000, 180, 90}}, options);
+  ExpectWind(right, 290, 15);
+  ExpectWind(left, 250, 15);
 }
 
 TEST(StormMotion, EnteredByHandReplacesTheChosenMover) {
@@ -175,9 +174,7 @@ TEST(StormMotion, EnteredByHandReplacesTheChosenMover) {
   options.ManualMotionDir = 230;
   options.ManualMotionSpd = 30;
   const StormMotionResults entered = AnalyseStormMotion(sounding, options);
-  const Wind motion = FromComponents(entered.Right->Motion);
-  EXPECT_NEAR(motion.Dir, 230, 1e-3);
-  EXPECT_NEAR(motion.Spd, 30, 1e-6);
+  ExpectWind(entered.Right->Motion, 230, 30);
   EXPECT_NE(entered.Right->Helicity[2], computed.Right->Helicity[2]);
   EXPECT_EQ(entered.Left->Motion.U, computed.Left->Motion.U);
   EXPECT_EQ(entered.ChosenName(), "right mover, manual");
@@ -187,13 +184,11 @@ TEST(StormMotion, EnteredByHandReplacesTheChosenMover) {
   const StormMotionResults southern = AnalyseStormMotion(sounding, options);
   EXPECT_FALSE(southern.RightIsCyclonic);
   EXPECT_EQ(southern.ChosenName(), "left mover, manual");
-  EXPECT_NEAR(FromComponents(southern.Left->Motion).Dir, 230, 1e-3);
+  ExpectWind(southern.Left->Motion, 230, 30);
   options.Mover = StormMover::Right;
   EXPECT_TRUE(AnalyseStormMotion(sounding, options).RightIsChosen);
   // Without any wind there is a motion, but no helicity.
-  const StormMotionResults calm = AnalyseStormMotion(SoundingRecord{}, options);
-  ASSERT_TRUE(calm.Right);
-  EXPECT_EQ(calm.Right->Helicity[0], kNone);
+  EXPECT_EQ(AnalyseStormMotion(SoundingRecord{}, options).Right.value().Helicity[0], kNone);
 }
 
 }  // namespace

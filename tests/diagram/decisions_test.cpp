@@ -350,6 +350,17 @@ TEST(PageLimits, HeightsBesideThePressuresWantRoom) {
   EXPECT_TRUE(Texts(drawn().Page, "pressure height label").empty());
 }
 
+TEST(MarkColumn, MovesApartOnlyWhatTouches) {
+  MarkColumn column;
+  for (const double y : {5000.0, 1000.0, 1040.0, 1060.0}) column.Add({y, "", "", {}, 0});
+  const std::vector<Mark>& marks = column.Arrange(0, 9000, 100);
+  // Three around 1033 spread to 100 apart about their mean; the fourth keeps its place.
+  EXPECT_NEAR(marks[0].PlacedY, 933.33, 0.01);
+  EXPECT_NEAR(marks[1].PlacedY, 1033.33, 0.01);
+  EXPECT_NEAR(marks[2].PlacedY, 1133.33, 0.01);
+  EXPECT_DOUBLE_EQ(marks[3].PlacedY, 5000);
+}
+
 // The mark with the largest priority goes when they do not fit.
 TEST(MarkColumn, LeavesOutWhatHasNoRoom) {
   for (const double room : {200.0, 199.0}) {
@@ -372,21 +383,6 @@ TEST(MarkColumn, EndsAtItsLowerEnd) {
   const std::vector<Mark>& marks = column.Arrange(100, 300, 100);
   EXPECT_EQ(marks[0].PlacedY, 200);
   EXPECT_EQ(marks[1].PlacedY, 300);
-}
-
-// Every so many winds, and those that must stay.
-TEST(WindColumnLimits, EverySoManyWinds) {
-  const std::vector<Reach> reaches(6, {0, 100});
-  const auto chosen = [&](int option, const std::vector<std::size_t>& stays = {}) {
-    std::string text;
-    for (const bool is : ChooseWinds(reaches, stays, option)) text += is ? 'x' : '-';
-    return text;
-  };
-  EXPECT_EQ(chosen(1), "xxxxxx");
-  EXPECT_EQ(chosen(2), "x-x-x-");
-  EXPECT_EQ(chosen(4), "x---x-");
-  EXPECT_EQ(chosen(4, {1, 5}), "xx--xx");
-  EXPECT_EQ(chosen(0), "x-----");  // they cover one another
 }
 
 TEST(WindColumnLimits, NumbersLeaveRoomForAComparedSounding) {

@@ -5,10 +5,14 @@
 #include <cmath>
 
 #include "analysis/moist_air.h"
-#include "diagram/mark_column.h"
+#include "config/options.h"
+#include "diagram/scaling.h"
+#include "support/soundings.h"
 
 namespace vexa::diagram {
 namespace {
+
+using test::Profile;
 
 constexpr Rect kMapped{1000, 500, 7600, 8100};  // 6600 x 7600 drawing units
 
@@ -72,16 +76,96 @@ TEST(DiagramMapping, TephigramIsothermsAndIsentropesAreStraightAndSquare) {
   EXPECT_LT(std::fabs(direction(at.ToPoint(-10, 700), at.ToPoint(10, 700))), 3);
 }
 
-TEST(MarkColumn, MovesApartOnlyWhatTouches) {
-  MarkColumn column;
-  for (const double y : {5000.0, 1000.0, 1040.0, 1060.0}) column.Add({y, "", "", {}, 0});
-  const std::vector<Mark>& marks = column.Arrange(0, 9000, 100);
-  ASSERT_EQ(marks.size(), 4u);
-  // Three around 1033 spread to 100 apart about their mean; the fourth keeps its place.
-  EXPECT_NEAR(marks[0].PlacedY, 933.33, 0.01);
-  EXPECT_NEAR(marks[1].PlacedY, 1033.33, 0.01);
-  EXPECT_NEAR(marks[2].PlacedY, 1133.33, 0.01);
-  EXPECT_DOUBLE_EQ(marks[3].PlacedY, 5000);
+constexpr Rect kPlot{1300, 620, 7900, 8220};
+
+SoundingRecord ReachingTo(double top) {
+  return Profile({{1000, 15, 10}, {500, -20, -30}, {top, -60, 999.9}});
+}
+
+TEST(ChooseDiagram, TypeFollowsTheHighPart) {
+  using enum DiagramType;
+  const auto chosen = [](double top, bool isAuto, int limit = 0) {
+    Options options;
+    options.Above100mb = limit == 0;
+    options.AutoHighEmagram = isAuto;
+    options.AutoMbSelect = limit == 0;
+    options.MbLimit = limit;
+    return ChooseDiagram(ReachingTo(top), options);
+  };
+  EXPECT_EQ(chosen(22, true).Type, Emagram);
+  EXPECT_EQ(chosen(60, false).Type, SkewT) << "the own choice";
+  EXPECT_EQ(chosen(110, true).Type, SkewT);
+  EXPECT_EQ(chosen(10, true, 50).TopPress, 100) << "above 100 not wanted";
+  EXPECT_EQ(chosen(10, true, 400).TopPress, 400);
+  EXPECT_EQ(ChooseDiagram({}, {}).TopPress, 100) << "an empty diagram";
+}
+
+void ExpectInFrame(const SoundingRecord& sounding, const Options& options) {
+  const DiagramChoice choice = ChooseDiagram(sounding, options);
+  const TempRange range = ChooseTempRange(sounding, options, choice, kPlot);
+  const DiagramMapping at(choice.Type, kPlot, range.Min, range.Max, choice.TopPress);
+  for (int i = 1; i <= sounding.NumTempLevels(); ++i) {
+    if (sounding.Press(i) < choice.TopPress) continue;
+    const double x = at.ToPoint(sounding.Temp(i), sounding.Press(i)).X;
+    EXPECT_GE(x, kPlot.Left) << sounding.Press(i);
+    EXPECT_LE(x, kPlot.Right) << sounding.Press(i);
+  }
+}
+
+TEST(ChooseTempRange, KeepsEveryTemperatureInTheFrame) {
+  const SoundingRecord soundings[] = {
+      Profile({{990, 46, 5}, {700, 18, -20}, {500, -5, -45}, {100, -75, 999.9}}),
+      Profile({{680, -64, -70}, {650, -45, -49}, {300, -62, -66}, {100, -80, 999.9}}),
+      Profile({{1000, 25, 20}, {200, -40, -60}, {100, -35, 999.9}}), Profile({{850, 10, 5}})};
+  for (const SoundingRecord& sounding : soundings) {
+    for (const DiagramType type : {DiagramType::SkewT, DiagramType::Tephigram}) {
+      Options options;
+      options.Diagram = type;
+      ExpectInFrame(sounding, options);
+    }
+  }
+}
+
+// The fixed skew moves the air at 10 hPa by more than the frame's width.
+TEST(ChooseTempRange, HoldsAHighAscentOnTheSkewT) {
+  Options options;
+  options.Above100mb = true;
+  options.AutoHighEmagram = false;
+  const SoundingRecord sounding = Profile({{970, 28, 22},
+                                           {700, 10, -2},
+                                           {500, -10, -25},
+                                           {350, -30, -50},
+                                           {200, -58, -70},
+                                           {100, -62, -80},
+                                           {30, -52, -84},
+                                           {10, -40, -84}});
+  const DiagramChoice choice = ChooseDiagram(sounding, options);
+  ASSERT_EQ(choice.TopPress, 10);
+  ExpectInFrame(sounding, options);
+  // Of all ranges that hold the temperatures, 3 % from the right edge, no narrower one holds as
+  // many dew points.
+  const auto held = [&](double from, double to, const Levels<double>& temps) {
+    const DiagramMapping at(choice.Type, kPlot, from, to, choice.TopPress);
+    int count = 0;
+    for (int i = 1; i <= temps.Count(); ++i) {
+      const double x = at.ToPoint(temps(i), sounding.Press(i)).X;
+      count += x >= kPlot.Left && x <= kPlot.Right - 0.03 * kPlot.Width() ? 1 : 0;
+    }
+    return count;
+  };
+  const TempRange found = ChooseTempRange(sounding, options, choice, kPlot);
+  const int dewpts = held(found.Min, found.Max, sounding.Dewpt);
+  for (double span = 60; span <= 400; span += 10) {
+    for (double from = -300; from < 0; from += 5) {
+      if (held(from, from + span, sounding.Temp) < sounding.NumTempLevels()) continue;
+      const int others = held(from, from + span, sounding.Dewpt);
+      EXPECT_TRUE(others < dewpts || (others == dewpts && span >= found.Max - found.Min))
+          << from << ' ' << span << ": " << others << " of " << dewpts;
+    }
+  }
+  SoundingRecord moisture = sounding;
+  moisture.Temp = sounding.Dewpt;
+  ExpectInFrame(moisture, options);
 }
 
 }  // namespace

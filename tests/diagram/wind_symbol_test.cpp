@@ -143,6 +143,15 @@ TEST(WindColumn, ThinsWindsOnlyWhereTheyCrowd) {
                         int option) {
     return std::ranges::count(ChooseWinds(reaches, stays, option), true);
   };
+  const auto every = [](int option, const std::vector<std::size_t>& stays) {
+    std::string text;
+    for (const bool is : ChooseWinds({6, {0, 100}}, stays, option)) text += is ? 'x' : '-';
+    return text;
+  };
+  EXPECT_EQ(every(1, {}), "xxxxxx");
+  EXPECT_EQ(every(2, {}), "x-x-x-");
+  EXPECT_EQ(every(4, {1, 5}), "xx--xx");
+  EXPECT_EQ(every(0, {}), "x-----");  // they cover one another
   EXPECT_EQ(drawn(spaced(40, 100), {}, 0), 40);
   // A symbol of 60 every 25: the next clear one is the third.
   EXPECT_EQ(drawn(spaced(99, 25), {}, 0), 33);
