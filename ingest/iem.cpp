@@ -1,7 +1,9 @@
 #include "ingest/iem.h"
 
 #include <algorithm>
-#include <nlohmann/json.hpp>
+#include <array>
+#include <iterator>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -11,8 +13,6 @@
 
 namespace vexa::ingest {
 namespace {
-
-using Json = nlohmann::json;
 
 constexpr std::string_view kIemTag = "IEM";
 constexpr std::string_view kTableHeading = "station,validUTC,levelcode";
@@ -24,29 +24,61 @@ SourceHeading HeadingOf(std::string_view station, std::string_view time) {
   return heading;
 }
 
-SourceHeading HeadingOf(const Json& profile) {
-  const auto text = [&profile](const char* name) {
-    const auto member = profile.find(name);
-    return member != profile.end() && member->is_string() ? member->get<std::string>()
-                                                          : std::string();
+struct Profile {
+  SourceSounding Sounding{};
+  std::optional<Fault> Failed{};
+};
+using Profiles = std::vector<Profile>;
+
+// Takes the profiles out of a document: {"profiles": [{"station", "valid", "profile":
+// [{"pres"...}]}]}. Of a name that comes more than once the last counts; what else a document holds
+// is passed over.
+class ProfileTaker : public JsonEvents {
+ public:
+  explicit ProfileTaker(const SourceText& source) : source_(source) {}
+
+  void Begin(Inside what) override {
+    const bool leadsOn = within_ == depth_ && LeadsOn(what);
+    if (!leadsOn) Value({});
+    ++depth_;
+    if (!leadsOn) return;
+    ++within_;
+    if (within_ == kProfiles) profiles_.clear();
+    if (within_ == kProfile) {
+      profiles_.push_back({.Failed = WithoutLevels()});
+      station_.clear();
+      valid_.clear();
+    }
+    if (within_ == kLevels) profiles_.back() = {};
+    if (within_ == kLevel) fields_ = {};
+  }
+  void End() override {
+    if (within_ == depth_) {
+      if (within_ == kLevel) TakeLevel();
+      if (within_ == kProfile) profiles_.back().Sounding.Heading = HeadingOf(station_, valid_);
+      --within_;
+    }
+    --depth_;
+  }
+  void Name(std::string& name) override {
+    if (within_ == depth_) name_.swap(name);
+  }
+  void Number(double value) override { Value({.Number = value}); }
+  void Text(std::string& value) override { Value({.Text = std::move(value)}); }
+  void Other() override { Value({}); }
+
+  Profiles Take() { return std::move(profiles_); }
+
+ private:
+  // How deep the containers lie that lead to the levels.
+  enum Depth { kOutside, kDocument, kProfiles, kProfile, kLevels, kLevel };
+
+  struct Field {
+    std::string Text{};
+    std::optional<double> Number{};
   };
-  return HeadingOf(text("station"), text("valid"));
-}
-
-// The profiles of a document, or the fault of its text. A document without any has none.
-Outcome<Json> ProfilesOf(const SourceText& source) {
-  Json document;
-  if (std::optional<Fault> fault = ReadJson(source, document)) return *fault;
-  const auto profiles = document.find("profiles");
-  if (profiles == document.end() || !profiles->is_array()) return Json::array();
-  return std::move(*profiles);
-}
-
-// A number goes the way of every other source's text, so that the same limits hold. Gives what
-// cannot be read.
-std::optional<std::string> ReadLevel(const Json& row, Refusals& refused, SourceLevel& into) {
   struct Key {
-    const char* Name;
+    std::string_view Name;
     Element What;
     std::optional<double> SourceLevel::*Into;
   };
@@ -56,46 +88,89 @@ std::optional<std::string> ReadLevel(const Json& row, Refusals& refused, SourceL
                                   {"dwpc", Element::Dewpt, &SourceLevel::Dewpt},
                                   {"drct", Element::Direction, &SourceLevel::Dir},
                                   {"sknt", Element::Speed, &SourceLevel::Spd}};
-  for (const Key& key : kKeys) {
-    const auto value = row.find(key.Name);
-    if (value == row.end()) continue;
-    const std::string field = value->is_string()   ? value->get<std::string>()
-                              : value->is_number() ? Shortest(value->get<double>())
-                                                   : std::string();
-    if (!ReadElement(field, key.What, refused, into.*key.Into)) {
-      return std::string(key.Name) + " \"" + field + '"';
+
+  bool LeadsOn(Inside what) const {
+    const bool isArray = what == Inside::Array;
+    switch (within_) {
+      case kOutside:
+      case kProfiles:
+      case kLevels:
+        return !isArray;
+      case kDocument:
+        return isArray && name_ == "profiles";
+      case kProfile:
+        return isArray && name_ == "profile";
+      default:
+        return false;
     }
   }
-  return std::nullopt;
-}
 
-Outcome<SourceSounding> ReadProfile(const SourceText& source, const Json& profile) {
-  SourceSounding sounding{.Heading = HeadingOf(profile)};
-  const auto rows = profile.find("profile");
-  if (rows == profile.end() || !rows->is_array()) {
-    return Fault{kFaultEndOfFile, "DecodeIemJson", source.Name() + ": a profile without levels"};
+  // A value that leads no further, perhaps in the place of one that would.
+  void Value(Field value) {
+    if (within_ != depth_) return;
+    switch (within_) {
+      case kDocument:
+        if (name_ == "profiles") profiles_.clear();
+        break;
+      case kProfiles:
+        profiles_.push_back({.Failed = WithoutLevels()});
+        break;
+      case kProfile:
+        if (name_ == "station") station_ = std::move(value.Text);
+        if (name_ == "valid") valid_ = std::move(value.Text);
+        if (name_ == "profile") profiles_.back() = {.Failed = WithoutLevels()};
+        break;
+      case kLevels:
+        fields_ = {};
+        TakeLevel();
+        break;
+      case kLevel:
+        if (const auto* key = std::ranges::find(kKeys, name_, &Key::Name); key != std::end(kKeys)) {
+          fields_[static_cast<std::size_t>(key - kKeys)] = std::move(value);
+        }
+        break;
+      default:
+        break;
+    }
   }
-  for (const Json& row : *rows) {
+
+  Fault WithoutLevels() const {
+    return {kFaultEndOfFile, "DecodeIemJson", source_.Name() + ": a profile without levels"};
+  }
+
+  void TakeLevel() {
+    Profile& profile = profiles_.back();
+    if (profile.Failed) return;
+    SourceSounding& sounding = profile.Sounding;
     SourceLevel level;
-    if (const std::optional<std::string> bad = ReadLevel(row, sounding.Refused, level)) {
-      return Fault{kFaultEndOfFile, "DecodeIemJson",
-                   source.Name() + ", level " +
-                       Shortest(static_cast<int>(sounding.Levels.size()) + 1) + ": " + *bad +
-                       " is not a number"};
+    for (std::size_t i = 0; i < fields_.size(); ++i) {
+      const Field& field = fields_[i];
+      std::optional<double>& into = level.*kKeys[i].Into;
+      if (field.Number) {
+        ReadElement(*field.Number, kKeys[i].What, sounding.Refused, into);
+      } else if (!ReadElement(field.Text, kKeys[i].What, sounding.Refused, into)) {
+        profile.Failed = Fault{
+            kFaultEndOfFile, "DecodeIemJson",
+            source_.Name() + ", level " + Shortest(static_cast<int>(sounding.Levels.size()) + 1) +
+                ": " + std::string(kKeys[i].Name) + " \"" + field.Text + "\" is not a number"};
+        return;
+      }
     }
     sounding.Levels.push_back(level);
   }
-  return sounding;
-}
 
-using Soundings = std::vector<Outcome<SourceSounding>>;
+  const SourceText& source_;
+  Profiles profiles_{};
+  std::string name_{}, station_{}, valid_{};
+  std::array<Field, std::size(kKeys)> fields_{};
+  int depth_ = kOutside;   // containers that are open
+  int within_ = kOutside;  // of them those that lead to the levels
+};
 
-Outcome<Soundings> ReadProfiles(const SourceText& source) {
-  const Outcome<Json> profiles = ProfilesOf(source);
-  if (!profiles) return profiles.Error();
-  Soundings soundings;
-  for (const Json& profile : profiles.Value()) soundings.push_back(ReadProfile(source, profile));
-  return soundings;
+Outcome<Profiles> ReadProfiles(const SourceText& source) {
+  ProfileTaker taker(source);
+  if (std::optional<Fault> fault = ReadJson(source, taker)) return *fault;
+  return taker.Take();
 }
 
 struct TableRow {
@@ -140,23 +215,25 @@ bool IsIemJson(const SourceText& source) {
 }
 
 std::vector<SourceEntry> ListIemJson(const SourceText& source) {
-  const Outcome<Json> profiles = ProfilesOf(source);
+  const Outcome<Profiles> profiles = ReadProfiles(source);
   std::vector<SoundingBlock> blocks;
   if (profiles) {
-    for (const Json& profile : profiles.Value()) blocks.push_back({.Heading = HeadingOf(profile)});
+    for (const Profile& profile : profiles.Value()) {
+      blocks.push_back({.Heading = profile.Sounding.Heading});
+    }
   }
   return Entries(blocks);
 }
 
 std::optional<Fault> DecodeIemJson(const SourceText& source, LoadContext& context,
                                    SoundingRecord& into) {
-  const Outcome<Soundings>& soundings = Kept(context, source, ReadProfiles);
-  if (!soundings) return soundings.Error();
-  const Outcome<std::size_t> index = ChooseSounding(soundings.Value().size(), source, context);
+  const Outcome<Profiles>& profiles = Kept(context, source, ReadProfiles);
+  if (!profiles) return profiles.Error();
+  const Outcome<std::size_t> index = ChooseSounding(profiles.Value().size(), source, context);
   if (!index) return index.Error();
-  const Outcome<SourceSounding>& sounding = soundings.Value()[index.Value()];
-  if (!sounding) return sounding.Error();
-  FillRecord(sounding.Value(), source.Name(), context, into);
+  const Profile& profile = profiles.Value()[index.Value()];
+  if (profile.Failed) return profile.Failed;
+  FillRecord(profile.Sounding, source.Name(), context, into);
   into.DataFormat = kIemTag;
   return std::nullopt;
 }

@@ -294,6 +294,16 @@ TEST(IemJson, IsReadStrictlyButForNan) {
     ASSERT_TRUE(none.Failed) << levels;
     EXPECT_EQ(none.Failed->Detail, "j: a profile without levels");
   }
+  // The names count where they belong, and of two alike the last.
+  const Decoded odd =
+      DecodeText("j", R"({"of": {"profiles": [{"profile": [{"pres": 1}]}]}, "profiles": 7,
+      "profiles": [{"profile": [{"pres": 5, "tmpc": "warm"}], "station": ["KXYZ"], "station": "KABC",
+                    "profile": [{"pres": 1000, "of": {"pres": 1}, "tmpc": "20.5", "hght": 100}, 5,
+                                {"pres": 900, "pres": 850, "tmpc": 10, "hght": null}]}], "station": 1})");
+  ASSERT_FALSE(odd.Failed) << odd.Failed->Detail;
+  EXPECT_EQ(odd.Record.Press.Values(), (std::vector<double>{1000, 850}));
+  EXPECT_EQ(odd.Record.Temp.Values(), (std::vector<double>{20.5, 10}));
+  EXPECT_EQ(odd.Record.StationTitle.find("KABC"), 0u) << odd.Record.StationTitle;
 }
 
 // Heights that the station reports do not always follow from its temperatures: the wind of a
