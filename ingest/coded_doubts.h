@@ -11,7 +11,7 @@ namespace vexa::ingest {
 /// Names the levels beyond what all but a few of the reports of sixty stations have:
 /// - a mandatory temperature more than 2.3 °C off the line between the significant ones,
 /// - one that stands out between its neighbours where nothing else bears it out,
-/// - one that all together (WeighTemps) puts 2.2 °C off or more,
+/// - one that all together (WeighTemps) puts more than 2 °C off,
 /// - two between which the temperature falls faster than dry air can cool by rising,
 /// - a tropopause that is no significant level, levels above the last mandatory one or 3 hPa,
 /// - the last level of part D where its winds end one figure away,
