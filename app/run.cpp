@@ -5,8 +5,11 @@
 #include <memory>
 #include <optional>
 #include <QApplication>
+#include <QBuffer>
+#include <QByteArray>
 #include <QFont>
 #include <QImage>
+#include <QImageReader>
 #include <QPixmap>
 #include <QScreen>
 #include <QSocketNotifier>
@@ -108,11 +111,17 @@ QPixmap StartPixmap(const Program& program) {
   const std::filesystem::path path = program.Where.Root / kStartPicture;
   const Outcome<std::string> kept = ReadFile(path);
   QPixmap pixmap;
-  const auto isPicture = [&pixmap](std::string_view bytes) {
-    // Not told the kind, the toolkit loads its readers of all others.
-    const char* const kind = bytes.starts_with("BM") ? "BMP" : nullptr;
-    return IsWholeBitmap(bytes) && pixmap.loadFromData(reinterpret_cast<const uchar*>(bytes.data()),
-                                                       static_cast<uint>(bytes.size()), kind);
+  const auto isPicture = [&pixmap](const std::string& bytes) {
+    if (!IsWholeBitmap(bytes)) return false;
+    QByteArray held = QByteArray::fromRawData(bytes.data(), static_cast<qsizetype>(bytes.size()));
+    QBuffer buffer(&held);
+    QImageReader reader(&buffer);
+    if (bytes.starts_with("BM")) {
+      reader.setFormat("BMP");
+      reader.setAutoDetectImageFormat(false);  // it would load the readers of all other kinds
+    }
+    pixmap = QPixmap::fromImageReader(&reader);
+    return !pixmap.isNull();
   };
   if (kept && isPicture(kept.Value())) return pixmap;
   const Picture picture = StartPicture();

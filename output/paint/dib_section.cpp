@@ -1,6 +1,7 @@
 #include "output/paint/dib_section.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <QBuffer>
 #include <QByteArray>
 #include <QClipboard>
@@ -34,6 +35,50 @@ Outcome<std::string> Write(const QImage& image, const char* format, int quality)
   return bytes.toStdString();
 }
 
+char* Append(std::uint32_t value, int bytes, char* to) {
+  for (int i = 0; i < bytes; ++i) *to++ = static_cast<char>(value >> (8 * i) & 0xFF);
+  return to;
+}
+
+// Rows of blue, green and red from below, each filled up to whole words. The toolkit would load its
+// plugins for all other kinds before it wrote this one, and every first start writes one.
+std::string BitmapFile(const QImage& image) {
+  constexpr std::uint32_t kFileHeader = 14, kHeader = 40, kBits = 24, kWordBits = 32;
+  const auto width = static_cast<std::uint32_t>(image.width());
+  const auto height = static_cast<std::uint32_t>(image.height());
+  const std::uint32_t rowBytes = (width * kBits + kWordBits - 1) / kWordBits * 4;
+  const std::uint32_t before = kFileHeader + kHeader, pixelBytes = rowBytes * height;
+  struct Field {
+    std::uint32_t Value;
+    int Bytes;
+  };
+  const Field fields[] = {{'B' | 'M' << 8, 2},
+                          {before + pixelBytes, 4},
+                          {0, 4},
+                          {before, 4},
+                          {kHeader, 4},
+                          {width, 4},
+                          {height, 4},
+                          {1, 2},
+                          {kBits, 2},
+                          {0, 4},
+                          {pixelBytes, 4},
+                          {static_cast<std::uint32_t>(image.dotsPerMeterX()), 4},
+                          {static_cast<std::uint32_t>(image.dotsPerMeterY()), 4},
+                          {0, 4},
+                          {0, 4}};
+  std::string file(before + pixelBytes, '\0');
+  char* to = file.data();
+  for (const Field& field : fields) to = Append(field.Value, field.Bytes, to);
+  for (std::uint32_t row = 0; row < height; ++row) {
+    to = file.data() + before + row * rowBytes;
+    const auto* pixels =
+        reinterpret_cast<const QRgb*>(image.constScanLine(static_cast<int>(height - 1 - row)));
+    for (std::uint32_t x = 0; x < width; ++x) to = Append(pixels[x], 3, to);
+  }
+  return file;
+}
+
 void CollectLabels(const Picture& picture, std::vector<const Label*>& labels) {
   for (const Item& item : picture.Items()) {
     if (const auto* label = std::get_if<Label>(&item.Shape)) labels.push_back(label);
@@ -64,7 +109,8 @@ Outcome<std::string> cDIBSection::Jpeg(int quality) const {
 }
 
 Outcome<std::string> cDIBSection::Bmp() const {
-  return Write(image_, "bmp", 0);
+  if (image_.isNull()) return ImageFailed(kNoMemory);
+  return BitmapFile(image_);
 }
 Outcome<std::string> cDIBSection::Png() const {
   return Write(image_, "png", 0);

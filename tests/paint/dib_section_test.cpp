@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QBuffer>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QImage>
@@ -33,6 +34,18 @@ TEST(DibSection, FilesStateTheirResolutionAndQualityCounts) {
   }
   EXPECT_TRUE(bitmap.Bmp().Value().starts_with("BM"));
   EXPECT_LT(bitmap.Jpeg(5).Value().size(), bitmap.Jpeg(100).Value().size());
+}
+
+// As the toolkit's own writer has them; a row is filled up to whole words.
+TEST(DibSection, BitmapFilesAreThoseOfTheToolkit) {
+  for (const int width : {400, 399, 1}) {
+    cDIBSection bitmap;
+    ASSERT_TRUE(bitmap.Create(Page(), width, 300, 300));
+    QBuffer expected;
+    expected.open(QIODevice::WriteOnly);
+    ASSERT_TRUE(bitmap.Image().save(&expected, "bmp"));
+    EXPECT_TRUE(bitmap.Bmp().Value() == expected.data().toStdString()) << width;
+  }
 }
 
 TEST(DibSection, FailuresCarryTheirTexts) {
