@@ -11,10 +11,9 @@
 namespace vexa {
 namespace {
 
-class ArchiveWindowTest : public testing::Test {
+class ArchiveWindowTest : public test::ProgramAtHome {
  protected:
   ArchiveWindowTest() {
-    program.Doc.AskThrough(&silent);
     auto catalogue = archive::Catalogue::Open(folder.Path() / "c", {.MayMake = true});
     const std::vector<std::string> given = {TextFromPath(test::TestData("igra_station.txt")),
                                             TextFromPath(test::TestData("fsl_two.fsl"))};
@@ -32,9 +31,6 @@ class ArchiveWindowTest : public testing::Test {
     return program.Current.FileName + "#" + std::to_string(program.Doc.IndexInFile() + 1);
   }
 
-  test::TemporaryFolder folder;
-  SilentInteraction silent{};
-  Program program{};
   Changes shown{};
   ArchiveWindow window{program, [this](Changes changes) { shown = changes; }, nullptr};
 };

@@ -33,36 +33,14 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Answers file questions with one name and keeps what was asked.
-class NamingUser : public SilentInteraction {
- public:
-  std::optional<std::string> ChooseFile(const FileQuestion& question) override {
-    Asked.push_back(question);
-    return Name;
-  }
-  void Status(std::string_view text) override {
-    Statuses.emplace_back(text);
-    if (OnStatus) OnStatus();
-  }
-  bool Yield() override { return GateOf == nullptr || !GateOf->Stopped(); }
-
-  std::optional<std::string> Name{};
-  std::vector<FileQuestion> Asked{};
-  std::vector<std::string> Statuses{};
-  std::function<void()> OnStatus{};
-  CommandGate* GateOf = nullptr;
-};
-
-class DataWindowsTest : public testing::Test {
+class DataWindowsTest : public test::ProgramAtHome {
  protected:
   DataWindowsTest() {
     test::Show(program, test::ReferenceConvective());
-    program.Doc.AskThrough(&user);
-    program.Where.Root = folder.Path();
-    program.Where.Data = folder.Path();
-    program.Where.Export = folder.Path();
-    user.GateOf = &program.Gate;
+    program.Where.Data = program.Where.Export = folder.Path();
     Refresh(program, {.Sounding = true});
+    user.Shares.clear();
+    user.Statuses.clear();
   }
   std::string Write(const std::string& name, const std::string& bytes) {
     return TextFromPath(folder.Write(name, bytes));
@@ -72,9 +50,6 @@ class DataWindowsTest : public testing::Test {
     return bytes ? bytes.Value() : "no file";
   }
 
-  test::TemporaryFolder folder{};
-  NamingUser user{};
-  Program program{};
   WindowInteraction quiet{program.Gate, WindowInteraction::Attendance::Unattended};
 };
 
@@ -87,12 +62,14 @@ TEST_F(DataWindowsTest, ARangeOfFilesIsExportedAndRejectedOnesAreNamed) {
   test::In<QRadioButton>(window, "RangeOfFiles").setChecked(true);
   auto& start = test::In<QPushButton>(window, "cmdExport");
   test::In<QLineEdit>(window, "RangeLast").setText("0009");
+  user.Expect("VEXA Data Export", Answer::Ok);
   start.click();
   ASSERT_EQ(user.Boxes.size(), 1u);
   EXPECT_EQ(user.Boxes[0].Text, "Range is not valid.");
   test::In<QLineEdit>(window, "RangeLast").setText("0003");
   test::In<QComboBox>(window, "OutputKind").setCurrentText("Spreadsheet");
-  user.Name = TextFromPath(folder.Path() / "out");
+  user.Chosen = {TextFromPath(folder.Path() / "out")};
+  user.Expect("VEXA Data Export", Answer::Ok);
   start.click();
   EXPECT_TRUE(user.Asked.back().Folder.ends_with("a_data.csv")) << user.Asked.back().Folder;
   EXPECT_EQ(user.Statuses.back(), "Processing: 3 of 3");
@@ -128,7 +105,7 @@ TEST_F(DataWindowsTest, ListingsAreSaved) {
   QWidget parent;
   ListingWindow window(program, &parent);
   EXPECT_TRUE(test::In<QPlainTextEdit>(window, "CAPEdata").toPlainText().contains("(layer) "));
-  user.Name = TextFromPath(folder.Path() / "listing.dat");
+  user.Chosen = {TextFromPath(folder.Path() / "listing.dat")};
   test::In<QPushButton>(window, "cmdSave").click();
   EXPECT_TRUE(user.Asked.back().Folder.ends_with("Summary.Dat"));
   EXPECT_NE(Text("listing.dat").find("Icing - Type"), std::string::npos);
@@ -333,6 +310,7 @@ TEST_F(DataWindowsTest, PastedTextOpensAsASounding) {
   changed = {};
   QMimeData data;
   data.setText("Dear all, the balloon burst early.");
+  user.Expect("VEXA", Answer::Ok);
   windows.OpenData(data);
   EXPECT_FALSE(changed.Any());
   ASSERT_EQ(user.Boxes.size(), 1u);

@@ -7,6 +7,7 @@
 #include "app/window_test.h"
 #include "download/template_file.h"
 #include "program/fetch_work.h"
+#include "support/document.h"
 #include "support/local_server.h"
 
 namespace vexa {
@@ -15,13 +16,9 @@ namespace {
 namespace fs = std::filesystem;
 using namespace std::chrono_literals;
 
-class DownloadWindowsTest : public testing::Test {
+class DownloadWindowsTest : public test::ProgramAtHome {
  protected:
   DownloadWindowsTest() {
-    program.Doc.AskThrough(&user);
-    program.Where.Root = folder.Path();
-    program.Where.Data = folder.Path() / "data";
-    fs::create_directories(program.Where.Data);
     folder.Write("VEXA.URL", "[First]\naddress = " + server.Address("/@N/@Y@M@D@H") +
                                  "\nhours = 00 12\nnote = a note\n\n[Second]\naddress = " +
                                  server.Address("/other/@N/@Y@M@D@H") + "\n");
@@ -32,10 +29,7 @@ class DownloadWindowsTest : public testing::Test {
     }
   }
 
-  test::TemporaryFolder folder{};
-  test::ScriptedInteraction user{};
   test::LocalServer server{};
-  Program program{};
   const std::string sounding = WriteRaw(test::ReferenceConvective());
   download::HttpSettings net{.Silence = 500ms, .Longest = 1000ms, .Pause = 10ms, .Attempts = 1};
 };

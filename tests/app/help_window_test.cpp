@@ -53,15 +53,5 @@ TEST_F(HelpTest, F1OpensTheTopicOfWhatHasTheFocus) {
   form.close();
 }
 
-TEST_F(HelpTest, SearchKeepsTheTopicsThatHaveTheWords) {
-  window.Run("mnuContents");
-  auto* list = Help()->findChild<QListWidget*>("HelpTopics");
-  Help()->findChild<QLineEdit*>("HelpSearch")->setText("miller 1972");
-  EXPECT_EQ(Topic(), "Every index explained");
-  EXPECT_TRUE(list->item(0)->isHidden());
-  Help()->findChild<QLineEdit*>("HelpSearch")->clear();
-  EXPECT_FALSE(list->item(0)->isHidden());
-}
-
 }  // namespace
 }  // namespace vexa

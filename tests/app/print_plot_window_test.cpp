@@ -16,12 +16,10 @@
 namespace vexa {
 namespace {
 
-class PrintPlotTest : public testing::Test {
+class PrintPlotTest : public test::ProgramAtHome {
  protected:
   PrintPlotTest() {
     test::Show(program, test::ReferenceConvective());
-    program.Doc.AskThrough(&user);
-    program.Where.Root = folder.Path();
     Refresh(program, {.Sounding = true});
   }
 
@@ -32,10 +30,6 @@ class PrintPlotTest : public testing::Test {
     window.findChild<QPushButton*>("cmdPrintPdf")->click();
     return path;
   }
-
-  test::ScriptedInteraction user{};
-  test::TemporaryFolder folder{};
-  Program program{};
 };
 
 #ifndef _WIN32

@@ -85,7 +85,7 @@ TEST_F(SameBytesTest, Images) {
     EXPECT_FALSE(paint::SavePicture(page, In(name), 800, 600));
     const std::string window = Text(In(name));
     Command({"plot", "-o", TextFromPath(In(name)), "--size", "800x600"});
-    EXPECT_EQ(Text(In(name)) == window, true);
+    EXPECT_TRUE(Text(In(name)) == window);
   }
 }
 
@@ -94,7 +94,7 @@ TEST_F(SameBytesTest, PrintsAndListings) {
   user.Name = TextFromPath(In("window.pdf"));
   print.findChild<QPushButton*>("cmdPrintPdf")->click();
   Command({"print", "-o", TextFromPath(In("command.pdf"))});
-  EXPECT_EQ(Text(In("window.pdf")) == Text(In("command.pdf")), true);
+  EXPECT_TRUE(Text(In("window.pdf")) == Text(In("command.pdf")));
   for (const output::ListingRow& row : output::Listings()) {
     const std::string text = Command({"list", "--listing", std::string(row.Word)});
     const output::ListingSource from{program.Current.Record, program.Results, program.Set};
@@ -117,10 +117,8 @@ TEST_F(SameBytesTest, ReportFolders) {
   for (const auto& entry : fs::recursive_directory_iterator(In("window"))) {
     if (!entry.is_regular_file() || entry.path().filename() == "versions.json") continue;
     ++files;
-    EXPECT_EQ(
-        Text(entry.path()) == Text(In("command") / entry.path().lexically_relative(In("window"))),
-        true)
-        << entry.path();
+    const fs::path below = entry.path().lexically_relative(In("window"));
+    EXPECT_TRUE(Text(entry.path()) == Text(In("command") / below)) << below;
   }
   EXPECT_EQ(files, 13);
 }

@@ -76,17 +76,6 @@ TEST_F(SoundingWindowTest, DroppedFilesOpenAndCanBeSteppedThrough) {
   EXPECT_TRUE(user.Kept().empty());
 }
 
-TEST_F(SoundingWindowTest, AFolderStandsForTheSoundingsInIt) {
-  Saved("in/b.RAW", test::ReferenceConvective());
-  Saved("in/a.RAW", test::ReferenceWinter());
-  SavedText("in/notes.txt", "no sounding");
-  QMimeData data;
-  data.setUrls({QUrl::fromLocalFile(QString::fromStdString(TextFromPath(folder.Path() / "in")))});
-  Drop(data);
-  EXPECT_EQ(program.Current.FileName, "a.RAW");
-  EXPECT_EQ(program.Listed.Size(), 2U);
-}
-
 TEST_F(SoundingWindowTest, PointerAndKeysReadTheDiagram) {
   window.OpenFiles({Saved("a.RAW", test::ReferenceConvective())});
   QApplication::processEvents();

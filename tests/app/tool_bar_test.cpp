@@ -1,9 +1,6 @@
 #include "app/tool_bar.h"
 
-#include <QDockWidget>
 #include <QMenu>
-#include <QMenuBar>
-#include <QPalette>
 #include <QToolButton>
 
 #include "app/window_test.h"
@@ -42,18 +39,6 @@ TEST_F(ToolBarTest, TheStartPageLeadsToASounding) {
   EXPECT_EQ(next.Current.FileName, "a.RAW");
 }
 
-TEST_F(ToolBarTest, WindowsAreDarkAroundADarkDiagram) {
-  const QPalette before = QApplication::palette();
-  program.Set.Screen = ScreenColor::Black;
-  window.Show({.View = true});
-  QCoreApplication::processEvents();
-  EXPECT_LT(window.menuBar()->palette().color(QPalette::Window).lightness(), 60);
-  EXPECT_GT(window.menuBar()->palette().color(QPalette::WindowText).lightness(), 200);
-  program.Set.Screen = ScreenColor::White;
-  window.Show({.View = true});
-  EXPECT_EQ(QApplication::palette().color(QPalette::Window), before.color(QPalette::Window));
-}
-
 TEST_F(ToolBarTest, TheLayoutIsChosenAndKept) {
   window.OpenFiles({Saved("a.RAW", test::ReferenceConvective())});
   const auto layouts = Button("Layout")->menu()->actions();
@@ -67,20 +52,6 @@ TEST_F(ToolBarTest, TheLayoutIsChosenAndKept) {
   const LayoutRow& last = LayoutInForce(program);
   EXPECT_FALSE(ChooseLayout(program, "of a later version").Any());
   EXPECT_EQ(&LayoutInForce(program), &last);
-}
-
-TEST_F(ToolBarTest, APanelNeverSqueezesThePictureUnderItsLeastWidth) {
-  auto* panel = window.findChild<QDockWidget*>("InfoPanel");
-  window.Open("InfoPanel");
-  EXPECT_TRUE(panel->isVisible());
-  EXPECT_FALSE(panel->isFloating());
-  window.resize(800, 560);
-  QApplication::processEvents();
-  EXPECT_TRUE(panel->isFloating());
-  EXPECT_TRUE(panel->isVisible());
-  window.resize(1200, 700);
-  QApplication::processEvents();
-  EXPECT_FALSE(panel->isFloating());
 }
 
 }  // namespace

@@ -236,13 +236,8 @@ TEST(Walk, ClicksAndTicksDuringARedrawChangeNothingAndBreakNothing) {
     for (const char* name : {"mnuTephigram", "mnuUndo", "mnuPrsHgt", "mnuICAO", "mnuRecentFile1"}) {
       desk.window.findChild<QAction*>(name)->trigger();
     }
-    bool ticked = false;
-    QTimer::singleShot(0, &desk.window, [&] {
-      ticked = true;
-      desk.window.Show({.Sounding = true});
-    });
+    QTimer::singleShot(0, &desk.window, [&] { desk.window.Show({.Sounding = true}); });
     QApplication::processEvents();
-    EXPECT_TRUE(ticked);
   };
 
   // The same redraw on a second desk, left in peace.
@@ -261,8 +256,7 @@ TEST(Walk, ClicksAndTicksDuringARedrawChangeNothingAndBreakNothing) {
   EXPECT_EQ(ToSvg(desk.program.Plot->Page, 800, 600), ToSvg(quiet.program.Plot->Page, 800, 600));
   EXPECT_EQ(desk.program.View.Zoom, quiet.program.View.Zoom);
   EXPECT_EQ(desk.program.Current.FileName, "a.RAW");
-  EXPECT_EQ(desk.program.Set.Diagram, DiagramType::Emagram);
-  EXPECT_FALSE(desk.program.Set.IcaoLine);
+  EXPECT_EQ(desk.program.Set, quiet.program.Set);
   EXPECT_FALSE(desk.program.View.Cursor.At);
   EXPECT_TRUE(desk.program.Doc.History().CanUndo());
   desk.window.findChild<QAction*>("mnuTephigram")->trigger();  // and now it does
@@ -334,15 +328,8 @@ void OnEveryPage(QWidget& window, const std::function<void()>& look) {
 }
 
 std::string NameOf(const QWidget& widget) {
-  std::string name = widget.metaObject()->className();
-  name += " " + widget.objectName().toStdString();
-  if (const auto* button = qobject_cast<const QAbstractButton*>(&widget)) {
-    name += " \"" + button->text().toStdString() + '"';
-  }
-  if (const auto* label = qobject_cast<const QLabel*>(&widget)) {
-    name += " \"" + label->text().toStdString() + '"';
-  }
-  return name;
+  return widget.metaObject()->className() + (" " + widget.objectName().toStdString()) + " \"" +
+         widget.property("text").toString().toStdString() + '"';
 }
 
 class EveryWindow : public testing::TestWithParam<std::string_view> {

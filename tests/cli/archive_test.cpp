@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
 
 #include "cli/run_words.h"
 #include "core/files.h"
@@ -11,36 +9,30 @@
 namespace vexa::cli {
 namespace {
 
-namespace fs = std::filesystem;
-
 std::size_t LinesIn(const std::string& text) {
   return static_cast<std::size_t>(std::ranges::count(text, '\n'));
 }
 
-class ArchiveCommand : public testing::Test {
+class ArchiveCommand : public CommandTest {
  protected:
-  std::string At(const std::string& name) const { return TextFromPath(folder_.Path() / name); }
   static std::string Data(const std::string& name) { return TextFromPath(test::TestData(name)); }
-
- private:
-  test::TemporaryFolder folder_;
 };
 
 // What is kept is what `analyze` tells of the same sounding.
 TEST_F(ArchiveCommand, AnswersAsAnalyzeDoes) {
   const std::string igra = Data("igra_station.txt"), fsl = Data("fsl_two.fsl");
-  const Ran added = RunWords({"archive", "add", At("c"), igra, fsl});
+  const Ran added = RunWords({"archive", "add", In("c"), igra, fsl});
   EXPECT_EQ(added.Exit, kExitOk) << added.Err;
   EXPECT_EQ(
       added.Out,
       "4 soundings entered from 2 files, 0 files unchanged, 0 refused, 0 doubtful, 0 files with "
       "a fault\n");
   const Ran list = RunWords(
-      {"archive", "query", At("c"), "format = 'FSL'", "--format", "list", "--sort", "time"});
+      {"archive", "query", In("c"), "format = 'FSL'", "--format", "list", "--sort", "time"});
   EXPECT_EQ(list.Out, fsl + "#1\n" + fsl + "#2\n");
-  std::ofstream(At("list")) << list.Out;
+  Write("list", list.Out);
 
-  const Ran all = RunWords({"analyze", "@" + At("list"), "--format", "csv"});
+  const Ran all = RunWords({"analyze", "@" + In("list"), "--format", "csv"});
   EXPECT_EQ(all.Exit, kExitOk) << all.Err;
   const std::string second = RunWords({"analyze", fsl, "-n", "2", "--format", "csv"}).Out;
   const auto rowOf = [](const std::string& csv) {
@@ -50,13 +42,13 @@ TEST_F(ArchiveCommand, AnswersAsAnalyzeDoes) {
   EXPECT_EQ(rowOf(all.Out), rowOf(second));
   EXPECT_EQ(LinesIn(all.Out), 3U);
 
-  const Ran asked = RunWords({"archive", "query", At("c"), "time > '1998-02-04'", "--columns",
+  const Ran asked = RunWords({"archive", "query", In("c"), "time > '1998-02-04'", "--columns",
                               "sounding,KI,TT", "--format", "csv", "--most", "1"});
   EXPECT_EQ(asked.Exit, kExitOk) << asked.Err;
   EXPECT_EQ(asked.Out.substr(0, asked.Out.find('\n')), "sounding,KI (C),TT (C)");
-  const Ran json = RunWords({"archive", "query", At("c"), "month=2", "--format", "json"});
+  const Ran json = RunWords({"archive", "query", In("c"), "month=2", "--format", "json"});
   EXPECT_TRUE(json.Out.starts_with("[\n") && json.Out.ends_with("\n]\n")) << json.Out;
-  EXPECT_EQ(RunWords({"archive", "check", At("c"), "--files"}).Out,
+  EXPECT_EQ(RunWords({"archive", "check", In("c"), "--files"}).Out,
             "4 soundings of 2 files, 0 refused, 0 files with a fault; the catalogue is sound\n");
 }
 
@@ -67,7 +59,7 @@ TEST_F(ArchiveCommand, OneSoundingOfAFileIsNamed) {
   EXPECT_NE(third.Err.find("#3"), std::string::npos);
   EXPECT_EQ(RunWords({"analyze", fsl + "#0"}).Exit, kExitInputFailed);
   EXPECT_EQ(RunWords({"list", fsl + "#2"}).Out, RunWords({"list", fsl, "-n", "2"}).Out);
-  EXPECT_EQ(RunWords({"analyze", "@" + At("none")}).Exit, kExitInputFailed);
+  EXPECT_EQ(RunWords({"analyze", "@" + In("none")}).Exit, kExitInputFailed);
 }
 
 TEST_F(ArchiveCommand, SharesAreAllOfIt) {
@@ -99,7 +91,7 @@ TEST_F(ArchiveCommand, WrongWordsAreRefused) {
        {{"check", "c", "x"}, 2, "takes nothing behind the catalogue"},
        {{"check", "c", "--sort", "KI"}, 2, "archive check takes no --sort"},
        {{"query", "c", "--columns", "KJ"}, 2, "there is no column \"KJ\"; did you mean KI?"},
-       {{"query", At("none")}, 3, "there is no such catalogue\n"}});
+       {{"query", In("none")}, 3, "there is no such catalogue\n"}});
 }
 
 }  // namespace

@@ -7,7 +7,6 @@
 #include "config/settings_store.h"
 #include "core/files.h"
 #include "core/numbers.h"
-#include "core/raw_file.h"
 #include "support/settings.h"
 #include "support/soundings.h"
 
@@ -17,17 +16,11 @@ namespace {
 namespace fs = std::filesystem;
 using Json = nlohmann::json;
 
-class CommandLine : public testing::Test {
+class CommandLine : public CommandTest {
  protected:
-  std::string Write(const std::string& name, const std::string& text) {
-    return TextFromPath(folder_.Write(name, text));
-  }
   std::string Sounding(const std::string& name = "große Lage.RAW") {
-    return Write(name, WriteRaw(test::ReferenceConvective()));
+    return Write(name, test::ReferenceConvective());
   }
-  std::string In(const std::string& name) const { return TextFromPath(folder_.Path() / name); }
-
-  test::TemporaryFolder folder_{};
 };
 
 TEST_F(CommandLine, WrongUsageEndsWith2AndSaysWhy) {
@@ -93,7 +86,7 @@ TEST_F(CommandLine, JsonCarriesTheAnalysisWithNullsForWhatIsMissing) {
   SoundingRecord dry = test::Profile({{900, 10, 999.9}, {500, -20, 999.9}});
   SetElevationUnknown(dry);
   dry.StationTitle = "M\xFCnchen";  // no UTF-8
-  const Ran poor = RunWords({"analyze", Write("dry.RAW", WriteRaw(dry)), "--format=json"});
+  const Ran poor = RunWords({"analyze", Write("dry.RAW", dry), "--format=json"});
   ASSERT_EQ(poor.Exit, kExitOk) << poor.Err;
   const Json none = Json::parse(poor.Out);
   EXPECT_TRUE(none["elevation"].is_null());
@@ -137,8 +130,8 @@ std::vector<std::vector<std::string>> CsvOf(const std::string& text) {
 TEST_F(CommandLine, CapeBeyondTheEndOfTheDataIsNoNumber) {
   const SoundingRecord low = test::Profile({{970, 28, 18.8}, {900, 21.8, 16.8}, {800, 17.2, 4}});
   const SoundingRecord cold = test::Profile({{1000, 0, -10}, {850, 7, -15}, {100, -50, -80}});
-  const std::string shortFile = Write("short.RAW", WriteRaw(low));
-  const std::string coldFile = Write("cold.RAW", WriteRaw(cold));
+  const std::string shortFile = Write("short.RAW", low);
+  const std::string coldFile = Write("cold.RAW", cold);
   const auto parcel = [](const std::string& file) {
     return Json::parse(RunWords({"analyze", file, "--format", "json"}).Out)["parcels"]["surface"];
   };
@@ -192,7 +185,7 @@ TEST_F(CommandLine, ExplainsAnIndex) {
   }
   EXPECT_EQ(RunWords({"analyze", Sounding(), "--explain", "XYZ"}).Exit, kExitUsage);
   ASSERT_EQ(RunWords({"analyze", Sounding(), "--trace-liftsat", In("trace.txt")}).Exit, kExitOk);
-  const std::string trace = ReadFile(folder_.Path() / "trace.txt").Value();
+  const std::string trace = Text("trace.txt");
   EXPECT_NE(trace.find("level 1, 970 hPa\nTX =346"), std::string::npos) << trace.substr(0, 300);
   EXPECT_NE(trace.find(" Count =1 T1 ="), std::string::npos);
 }
@@ -223,7 +216,7 @@ TEST_F(CommandLine, SettingsReachThePicture) {
     std::vector<std::string> words = {"plot", file, "-o", In("{name}.svg")};
     words.insert(words.end(), more.begin(), more.end());
     EXPECT_EQ(RunWords(words).Exit, kExitOk);
-    return ReadFile(folder_.Path() / PathFromText("große Lage.svg")).Value();
+    return Text("große Lage.svg");
   };
   EXPECT_EQ(svg({"--diagram", "emagram"}), svg({"--set", "diagram type = emagram"}));
   SettingsStore kept;
@@ -239,14 +232,13 @@ TEST_F(CommandLine, SettingsReachThePicture) {
 
 TEST_F(CommandLine, PlotsSeveralFilesTogether) {
   const std::string first = Sounding();
-  const std::string second = Write("winter.RAW", WriteRaw(test::ReferenceWinter()));
+  const std::string second = Write("winter.RAW", test::ReferenceWinter());
   for (const char* display : {"Overlay", "compare"}) {
     const Ran ran = RunWords({"plot", first, second, "-o", In("all.svg"), "--display", display});
     EXPECT_EQ(ran.Exit, 0) << ran.Err;
-    const Outcome<std::string> picture = ReadFile(PathFromText(In("all.svg")));
-    ASSERT_TRUE(picture);
+    const std::string picture = Text("all.svg");
     for (const char* title : {"Reference A, convective // 35.2N", "Reference B, winter // 45.0N"}) {
-      EXPECT_NE(picture.Value().find(title), std::string::npos) << title;
+      EXPECT_NE(picture.find(title), std::string::npos) << title;
     }
   }
 }
@@ -269,7 +261,7 @@ TEST_F(CommandLine, SettingsListsEveryOption) {
   kept.Set.MbLimit = 300;
   ASSERT_FALSE(test::SaveAllSettings(PathFromText(In("")), kept));
   EXPECT_EQ(RunWords({"settings", "--root", In(""), "-o", In("list.txt")}).Exit, 0);
-  const std::string listed = ReadFile(PathFromText(In("list.txt"))).Value();
+  const std::string listed = Text("list.txt");
   EXPECT_NE(listed.find("\r\nMB limit = 300\r\n"), std::string::npos);
 
   EXPECT_NE(RunWords({"settings", "--root", In("list.txt")}).Err.find("is no folder"),
@@ -293,7 +285,7 @@ TEST_F(CommandLine, CheckTellsOfFilesAndFolders) {
   Write("empty.txt", "\n");
   SoundingRecord bad = test::ReferenceConvective();
   bad.Temp(2) = 75;
-  Write("c.RAW", WriteRaw(bad));
+  Write("c.RAW", bad);
   const Ran ran = RunWords({"check", TextFromPath(folder_.Path())});
   EXPECT_EQ(ran.Exit, kExitInputFailed);
   EXPECT_NE(ran.Out.find("a.RAW: RAW, "), std::string::npos) << ran.Out;
@@ -319,7 +311,7 @@ TEST_F(CommandLine, CheckTellsOfFilesAndFolders) {
 TEST_F(CommandLine, DoubtfulDataAreToldAlikeByEveryCommand) {
   SoundingRecord hot = test::ReferenceConvective();
   hot.Temp(2) = 75;
-  const std::string file = Write("hot.RAW", WriteRaw(hot));
+  const std::string file = Write("hot.RAW", hot);
   std::vector<std::vector<std::string>> commands = {
       {"analyze", file},
       {"analyze", file, "--explain", "KI"},
@@ -394,7 +386,7 @@ TEST_F(CommandLine, AFolderStandsForItsSoundings) {
   fs::create_directories(folder_.Path() / "in/below");
   fs::create_directories(folder_.Path() / "none");
   Sounding("in/b.RAW");
-  Write("in/below/a.RAW", WriteRaw(test::ReferenceWinter()));
+  Write("in/below/a.RAW", test::ReferenceWinter());
   Write("in/README.md", "no sounding\n");
   Write("none/README.md", "no sounding\n");
   for (int run = 1; run <= 2; ++run) {  // what the first has written is no input of the second

@@ -11,19 +11,7 @@
 namespace vexa::cli {
 namespace {
 
-class ExportCommand : public testing::Test {
- protected:
-  std::string Write(const std::string& name, const SoundingRecord& record) {
-    return TextFromPath(folder_.Write(name, record));
-  }
-  std::string In(const std::string& name) const { return TextFromPath(folder_.Path() / name); }
-  std::string Text(const std::string& name) {
-    const auto text = ReadFile(folder_.Path() / name);
-    return text ? text.Value() : "no file";
-  }
-
-  test::TemporaryFolder folder_{};
-};
+class ExportCommand : public CommandTest {};
 
 TEST_F(ExportCommand, WritesWhatTheOptionsAskFor) {
   const std::string a = Write("a.RAW", test::ReferenceConvective());

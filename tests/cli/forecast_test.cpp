@@ -14,7 +14,7 @@ using Json = nlohmann::json;
 
 // The wind is 270 degrees, 30 kt everywhere: 55.56 km an hour. On the 45th parallel one degree of
 // longitude is 78.6 km.
-class ForecastCommand : public testing::Test {
+class ForecastCommand : public CommandTest {
  protected:
   std::string Sounding(const std::string& name, double lon, double warmer, int hour) {
     SoundingRecord record = test::Profile(
@@ -23,11 +23,8 @@ class ForecastCommand : public testing::Test {
     SetDecimalPosition(record, 45, lon);
     record.StationTitle =
         name + "  " + (hour < 10 ? "0" : "") + std::to_string(hour) + "Z 22 May 2023";
-    return TextFromPath(folder_.Write(name + std::to_string(hour) + ".RAW", record));
+    return Write(name + std::to_string(hour) + ".RAW", record);
   }
-  std::string In(const std::string& name) const { return TextFromPath(folder_.Path() / name); }
-
-  test::TemporaryFolder folder_{};
 };
 
 TEST_F(ForecastCommand, WritesTheSeries) {

@@ -16,15 +16,13 @@ namespace {
 
 using Json = nlohmann::json;
 
-class Fronts : public testing::Test {
+class Fronts : public CommandTest {
  protected:
   Ran Run(std::vector<std::string> words) const {
     words.insert(words.begin(), {"fronts", file_});
     return RunWords(words);
   }
-
-  test::TemporaryFolder folder_{};
-  const std::string file_ = TextFromPath(folder_.Write("winter.RAW", test::ReferenceWinter()));
+  const std::string file_ = Write("winter.RAW", test::ReferenceWinter());
 };
 
 TEST_F(Fronts, JsonTellsWhatEachLayerMissed) {

@@ -12,7 +12,6 @@
 #include "cli/qt/qt_toolkit.h"
 #include "cli/run_words.h"
 #include "core/files.h"
-#include "core/raw_file.h"
 #include "diagram/sounding_plot.h"
 #include "output/paint/print.h"
 #include "output/print_pages.h"
@@ -85,19 +84,19 @@ TEST(Print, TheDiagramStandsOnThePageInItsProportions) {
   EXPECT_EQ(inset.Place.Bottom, (612 - output::kMarginPt) * output::kUnitsPerPoint);
 }
 
-TEST(PrintCommand, PutsWhatIsAskedForInOneDocument) {
+class PrintCommand : public cli::CommandTest {};
+
+TEST_F(PrintCommand, PutsWhatIsAskedForInOneDocument) {
   if (std::system("pdftotext -v > /dev/null 2>&1") != 0) GTEST_SKIP() << "no pdftotext";
-  const test::TemporaryFolder folder;
-  const auto in = [&](const char* name) { return TextFromPath(folder.Path() / name); };
-  ASSERT_FALSE(SaveFile(in("a.RAW"), WriteRaw(test::ReferenceConvective())));
-  ASSERT_FALSE(SaveFile(in("b.RAW"), WriteRaw(test::ReferenceWinter())));
+  Write("a.RAW", test::ReferenceConvective());
+  Write("b.RAW", test::ReferenceWinter());
   const auto [exit, out, errors] =
-      cli::RunWords({"print", in("a.RAW"), in("none.RAW"), in("b.RAW"), "-o", in("out.pdf"), "-d",
+      cli::RunWords({"print", In("a.RAW"), In("none.RAW"), In("b.RAW"), "-o", In("out.pdf"), "-d",
                      "hodograph", "-d", "cape", "-d", "NotePad", "--orientation", "landscape",
                      "--paper", "a4", "--no-coordinates", "--title", "Two cases"});
   EXPECT_EQ(exit, cli::kExitInputFailed);
   EXPECT_NE(errors.find("none.RAW does not exist"), std::string::npos) << errors;
-  const std::string text = TextOfPdf(ReadFile(in("out.pdf")).Value(), folder.Path());
+  const std::string text = TextOfPdf(Text("out.pdf"), folder_.Path());
   const auto times = [&text](std::string_view part) {
     int count = 0;
     for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) {
@@ -113,29 +112,27 @@ TEST(PrintCommand, PutsWhatIsAskedForInOneDocument) {
   }
   EXPECT_EQ(text.find("Elev: "), std::string::npos);
 
-  cli::ExpectRefused({"print", in("a.RAW")},
+  cli::ExpectRefused({"print", In("a.RAW")},
                      {{{}, 2, "-o"},
-                      {{"-o", in("x.png")}, 2, "does not end in .pdf"},
-                      {{"-o", in("x.pdf"), "--paper", "a3"}, 2, "{Letter,Legal,A4}"},
-                      {{"-o", in("x.pdf"), "--orientation", "up"}, 2, "{Portrait,Landscape}"},
-                      {{"-o", in("x.pdf"), "-d", "map"}, 2, "IndicesData"},
-                      {{"-o", in("x.pdf"), "-d", "overlay"}, 2, "plot draws it"}});
-  EXPECT_FALSE(std::filesystem::exists(in("x.pdf")));
+                      {{"-o", In("x.png")}, 2, "does not end in .pdf"},
+                      {{"-o", In("x.pdf"), "--paper", "a3"}, 2, "{Letter,Legal,A4}"},
+                      {{"-o", In("x.pdf"), "--orientation", "up"}, 2, "{Portrait,Landscape}"},
+                      {{"-o", In("x.pdf"), "-d", "map"}, 2, "IndicesData"},
+                      {{"-o", In("x.pdf"), "-d", "overlay"}, 2, "plot draws it"}});
+  EXPECT_FALSE(std::filesystem::exists(In("x.pdf")));
 }
 
-TEST(PrintCommand, DocumentsAreSmallAndTheirTextsCanBeSelected) {
-  const test::TemporaryFolder folder;
-  const auto in = [&](const char* name) { return TextFromPath(folder.Path() / name); };
-  ASSERT_FALSE(SaveFile(in("a.RAW"), WriteRaw(test::ReferenceConvective())));
+TEST_F(PrintCommand, DocumentsAreSmallAndTheirTextsCanBeSelected) {
+  Write("a.RAW", test::ReferenceConvective());
   for (const char* display : {"sounding", "hodograph", "svrwx", "winter", "layeranalyzer"}) {
     SCOPED_TRACE(display);
     for (const char* name : {"a.svg", "a.pdf"}) {
-      ASSERT_EQ(cli::RunWords({"plot", in("a.RAW"), "-o", in(name), "--display", display}).Exit, 0);
-      const std::string bytes = ReadFile(in(name)).Value();
+      ASSERT_EQ(cli::RunWords({"plot", In("a.RAW"), "-o", In(name), "--display", display}).Exit, 0);
+      const std::string bytes = Text(name);
       EXPECT_LT(bytes.size(), 1'000'000u);
       const bool isPdf = bytes.starts_with("%PDF");
       if (isPdf && std::system("pdftotext -v > /dev/null 2>&1") != 0) continue;
-      const std::string text = isPdf ? TextOfPdf(bytes, folder.Path()) : bytes;
+      const std::string text = isPdf ? TextOfPdf(bytes, folder_.Path()) : bytes;
       EXPECT_NE(text.find("Reference A"), std::string::npos) << text.substr(0, 500);
     }
   }

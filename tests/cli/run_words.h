@@ -10,6 +10,8 @@
 
 #include "cli/commands.h"
 #include "cli/toolkit.h"
+#include "core/files.h"
+#include "support/soundings.h"
 
 namespace vexa::cli {
 
@@ -50,6 +52,24 @@ inline void ExpectRefused(const std::vector<std::string>& first,
     EXPECT_TRUE(one.Exit != kExitUsage || ran.Out.empty());
   }
 }
+
+// A folder for what commands read and write.
+class CommandTest : public testing::Test {
+ protected:
+  std::string In(const std::string& name) const {
+    return TextFromPath(folder_.Path() / PathFromText(name));
+  }
+  template <class Bytes>
+  std::string Write(const std::string& name, const Bytes& bytes) const {
+    return TextFromPath(folder_.Write(name, bytes));
+  }
+  std::string Text(const std::string& name) const {
+    const auto text = ReadFile(PathFromText(In(name)));
+    return text ? text.Value() : "no file";
+  }
+
+  test::TemporaryFolder folder_{};
+};
 
 // Skips a test, saying so, in a build without the toolkit.
 #define VEXA_NEEDS_TOOLKIT() \

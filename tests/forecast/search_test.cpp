@@ -9,11 +9,11 @@
 #include "analysis/analysis_settings.h"
 #include "config/options.h"
 #include "core/files.h"
-#include "core/raw_file.h"
 #include "forecast/forecast_map.h"
 #include "forecast/verification.h"
 #include "ingest/sounding_files.h"
 #include "support/soundings.h"
+#include "support/tagged_items.h"
 
 namespace vexa::forecast {
 namespace {
@@ -33,7 +33,7 @@ SoundingRecord Blown(const std::string& hour, double lon, double warmer = 0) {
 class Search : public testing::Test {
  protected:
   void Put(const std::string& name, const SoundingRecord& sounding) {
-    ASSERT_FALSE(SaveFile(folder_.Path() / name, WriteRaw(sounding)));
+    folder_.Write(name, sounding);
   }
   std::vector<std::filesystem::path> Files() const { return ingest::FilesBelow(folder_.Path()); }
 
@@ -137,12 +137,9 @@ TEST(ForecastMap, BoxesAndLines) {
   const std::vector<map::MapLine> none;
   const map::AreaMap page =
       PlotForecastMap({.Of = region, .Lines = none, .Set = look}, WindowSurface(900, 700));
-  const auto count = [&](std::string_view tag) {
-    return std::ranges::count(page.Page.Items(), tag, &Item::Tag);
-  };
-  EXPECT_EQ(count("main sounding"), 1);
-  EXPECT_EQ(count("upwind sounding"), 2);
-  EXPECT_EQ(count("nearby sounding"), 1);
+  EXPECT_EQ(test::CountOf(page.Page, "main sounding"), 1);
+  EXPECT_EQ(test::CountOf(page.Page, "upwind sounding"), 2);
+  EXPECT_EQ(test::CountOf(page.Page, "nearby sounding"), 1);
   EXPECT_EQ(MapCaption(region), "Mean 1 km winds for 3 Soundings within 500 km of at 10");
 
   const Point west = *page.At.ToPage({45, 8}), farther = *page.At.ToPage({45, 7});

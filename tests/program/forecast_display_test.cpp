@@ -7,11 +7,9 @@
 
 #include "core/files.h"
 #include "core/raw_file.h"
-#include "picture/surface.h"
 #include "program/view_commands.h"
 #include "support/document.h"
 #include "support/full_disk.h"
-#include "support/tagged_items.h"
 
 namespace vexa {
 namespace {
@@ -122,29 +120,6 @@ TEST_F(ForecastDisplay, AFullDiskCostsNothingThatWasThere) {
   EXPECT_EQ(View().Series.Steps().size(), 4u);
   const std::string all = ReadFile(program.Where.Forecast / "here_Forecast.CSV").Value();
   EXPECT_NE(all.find("\n3,"), std::string::npos) << "hours that were not saved are in the series";
-}
-
-// Half way to the paper, in every scheme.
-TEST_F(ForecastDisplay, TheOriginalStandsBackBehindItsForecast) {
-  Open();
-  commands::StepForecast(program);
-  const auto inkOf = [&](const Options& set) {
-    const auto plot = PlotShown(program, set, ImageSurface(800, 600));
-    return test::Tagged<Polyline>(plot->Page, "other temperature").at(0).Stroke.Ink;
-  };
-  for (const ScreenColor screen : {ScreenColor::White, ScreenColor::Black}) {
-    Options set = program.Set;
-    set.Screen = screen;
-    const Color faint = inkOf(set);
-    program.Others = {
-        std::make_shared<AnalysedSounding>(LoadedSounding{.Record = View().Original->Record()})};
-    const Color plain = inkOf(set);
-    program.Others = {View().Original};
-    const int paper = screen == ScreenColor::White ? 255 : 0;
-    EXPECT_NEAR(faint.Red, (plain.Red + paper) / 2, 1);
-    EXPECT_NEAR(faint.Green, (plain.Green + paper) / 2, 1);
-    EXPECT_NEAR(faint.Blue, (plain.Blue + paper) / 2, 1);
-  }
 }
 
 TEST_F(ForecastDisplay, TellsTheEndAndKeepsWhatIsThere) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <set>
+#include <utility>
 
 #include "analysis/index_table.h"
 #include "config/catalogue.h"
@@ -65,23 +66,17 @@ TEST(HelpText, TellsOfEveryIndexOptionAndKey) {
 }
 
 TEST(HelpText, DamageIsNamedAndLeavesWhatTheTablesKnow) {
-  struct Case {
-    const char* about;
-    const char* text;
-    const char* detail;
+  const std::pair<const char*, const char*> cases[] = {
+      {"", "h, line 1: no topic"},
+      {"# Title\ntext\n", "h, line 1: a topic's heading without its name"},
+      {"# A {#a}\n\n{{birds}}\n", "h, line 3: a part that is not known"},
+      {"# A {#a}\n{{}}\n", "h, line 2: a part that is not known"},
+      {"text\n# A {#a}\n", "h, line 1: text ahead of the first topic"},
   };
-  const Case cases[] = {
-      {"empty", "", "h, line 1: no topic"},
-      {"no name", "# Title\ntext\n", "h, line 1: a topic's heading without its name"},
-      {"unknown part", "# A {#a}\n\n{{birds}}\n", "h, line 3: a part that is not known"},
-      {"no part at all", "# A {#a}\n{{}}\n", "h, line 2: a part that is not known"},
-      {"text first", "text\n# A {#a}\n", "h, line 1: text ahead of the first topic"},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.about);
-    const auto topics = ReadHelp(c.text, "h");
-    ASSERT_FALSE(topics);
-    EXPECT_EQ(topics.Error().Detail, c.detail);
+  for (const auto& [text, detail] : cases) {
+    const auto topics = ReadHelp(text, "h");
+    ASSERT_FALSE(topics) << detail;
+    EXPECT_EQ(topics.Error().Detail, detail);
   }
   const std::vector<HelpTopic> bare = HelpTopics(Program());
   EXPECT_NE(FindTopic(bare, "contents"), nullptr);

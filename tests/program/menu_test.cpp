@@ -7,9 +7,6 @@
 #include <string>
 #include <vector>
 
-#include "support/document.h"
-#include "support/soundings.h"
-
 namespace vexa {
 namespace {
 
@@ -40,24 +37,6 @@ TEST(MenuTree, EveryDisplayHasItsEntry) {
     EXPECT_NE(FindEntry(MenuTree(), display.Entry), nullptr)
         << display.Id << " follows \"" << display.After << "\", which is no entry";
   }
-}
-
-TEST(MenuTree, EntriesSayWhatTheyLack) {
-  Program program;
-  const std::vector<MenuRow> tree = MenuTree();
-  const auto row = [&tree](std::string_view name) -> const MenuRow& {
-    return *FindEntry(tree, name);
-  };
-  EXPECT_FALSE(IsEnabled(row("mnuSevereWx"), program));
-  EXPECT_EQ(HintOf(row("mnuSevereWx"), program), "(severe weather) needs a sounding");
-  EXPECT_TRUE(IsEnabled(row("mnuOpen"), program));
-  EXPECT_EQ(HintOf(row("mnuUndo"), program), "(undo) needs a change of the sounding");
-  test::Show(program, test::ReferenceWinter());
-  EXPECT_TRUE(IsEnabled(row("mnuSevereWx"), program));
-  EXPECT_EQ(HintOf(row("mnuSevereWx"), program), row("mnuSevereWx").Hint);
-  EXPECT_EQ(HintOf(row("mnuCross"), program),
-            "(cross-section) needs several soundings opened together");
-  EXPECT_EQ(HintOf(row("mnuForecast"), Program{}), "(forecast) needs a sounding");
 }
 
 }  // namespace

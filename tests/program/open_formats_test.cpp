@@ -13,34 +13,20 @@
 #include "program/menu.h"
 #include "program/program.h"
 #include "program/sounding_loop.h"
-#include "support/soundings.h"
+#include "support/document.h"
 
 namespace vexa {
 namespace {
 
-namespace fs = std::filesystem;
-
-class OpenFormats : public testing::Test {
+class OpenFormats : public test::ProgramAtHome {
  protected:
   OpenFormats() {
-    program.Doc.AskThrough(&user);
-    program.Where.Root = folder.Path();
-    program.Where.Data = folder.Path();
-    program.ChooseSoundings = [this](const std::vector<std::string>& titles) {
-      offered = titles;
+    program.ChooseSoundings = [](const std::vector<std::string>& titles) {
       std::vector<int> all(titles.size());
       std::iota(all.begin(), all.end(), 0);
       return all;
     };
   }
-  fs::path Copied(const std::string& name) {
-    return folder.Write(name, ReadFile(test::TestData(name)).Value());
-  }
-
-  test::TemporaryFolder folder;
-  test::ScriptedInteraction user;
-  std::vector<std::string> offered{};
-  Program program;
 };
 
 TEST_F(OpenFormats, OpenedOrPastedItIsTheSameSoundingAndIsDrawn) {
@@ -56,13 +42,13 @@ TEST_F(OpenFormats, OpenedOrPastedItIsTheSameSoundingAndIsDrawn) {
                                "td6201_two.txt",       "coded_bulletins_20240305.txt"};
   for (const char* name : files) {
     SCOPED_TRACE(name);
-    ASSERT_TRUE(Refresh(program, OpenSoundings(program, {Copied(name)})));
+    const std::string text = ReadFile(test::TestData(name)).Value();
+    Do(OpenSoundings(program, {Saved(name, text)}));
     ASSERT_EQ(program.Current.FileName, name);
     ASSERT_TRUE(program.Plot);
     EXPECT_FALSE(program.Plot->Page.Items().empty());
     const SoundingRecord opened = program.Current.Record;
-    const std::string text = ReadFile(test::TestData(name)).Value();
-    ASSERT_TRUE(Refresh(program, commands::LoadText(program, text)));
+    Do(commands::LoadText(program, text));
     EXPECT_NE(program.Current.FileName, name);
     EXPECT_EQ(program.Current.Record.DataFormat, opened.DataFormat);
     EXPECT_EQ(program.Current.Record.Press, opened.Press);
@@ -82,14 +68,9 @@ TEST_F(OpenFormats, WindsAloneHaveADiagramAndAHodograph) {
   EXPECT_FALSE(program.Plot->Page.Items().empty());
   // 25 000 ft are at 376 hPa of the standard atmosphere.
   EXPECT_EQ(program.Plot->Mapping.TopPress(), 300);
-  for (const MenuRow& row : MenuTree()) {
-    if (row.Name == "mnuHodograph") {
-      EXPECT_TRUE(IsEnabled(row, program));
-    }
-    if (row.Name != "mnuSevereWx") continue;
-    EXPECT_FALSE(IsEnabled(row, program));
-    EXPECT_EQ(HintOf(row, program), "(severe weather) needs a sounding with temperatures");
-  }
+  const std::vector<MenuRow> tree = MenuTree();
+  EXPECT_TRUE(IsEnabled(*FindEntry(tree, "mnuHodograph"), program));
+  EXPECT_FALSE(IsEnabled(*FindEntry(tree, "mnuSevereWx"), program));
   const hodograph::HodographPlot plot =
       hodograph::PlotHodograph(HodographOf(program, program.Set), ImageSurface(1000, 750));
   EXPECT_FALSE(plot.Page.Items().empty());

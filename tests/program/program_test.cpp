@@ -7,6 +7,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <vector>
 
 #include "core/files.h"
@@ -168,20 +169,6 @@ TEST_F(ProgramTest, AChangedColourDrawsAndDoesNotAnalyse) {
   EXPECT_EQ(Analyses() - before, 2);
 }
 
-TEST_F(ProgramTest, TheTephigramWarnsOnce) {
-  program.Set.Above100mb = true;
-  program.Set.AutoHighEmagram = false;
-  program.Set.Diagram = DiagramType::Tephigram;
-  const Changes opened = OpenSoundings(program, {Saved("a.RAW", test::ReferenceConvective())});
-  user.Expect("VEXA", Answer::Ok);
-  EXPECT_TRUE(Refresh(program, opened));
-  EXPECT_TRUE(Refresh(program, {.View = true}));  // an unforeseen box would fail here
-
-  program.TephigramWarned = false;
-  program.Set.TephigramWarning = false;
-  EXPECT_TRUE(Refresh(program, {.View = true}));
-}
-
 TEST_F(ProgramTest, TheFileDialogFollowsItsOptions) {
   const fs::path data = folder.Path() / "data";
   program.Where.Data = data;
@@ -201,18 +188,14 @@ TEST_F(ProgramTest, TheFileDialogFollowsItsOptions) {
     return names;
   };
   EXPECT_EQ(order(), "a.RAW b.TXT c.RAW ");
-  struct Case {
-    FileOrder by;
-    bool flip;
-    const char* order;
-  };
-  for (const Case& c : {Case{FileOrder::Type, false, "a.RAW c.RAW b.TXT "},
-                        Case{FileOrder::Size, false, "b.TXT c.RAW a.RAW "},
-                        Case{FileOrder::Name, true, "c.RAW b.TXT a.RAW "}}) {
-    program.Set.System.SortMode = c.by;
-    program.Set.System.SoftFlip = c.flip;
+  for (const auto& [by, isFlipped, expected] :
+       {std::tuple(FileOrder::Type, false, "a.RAW c.RAW b.TXT "),
+        std::tuple(FileOrder::Size, false, "b.TXT c.RAW a.RAW "),
+        std::tuple(FileOrder::Name, true, "c.RAW b.TXT a.RAW ")}) {
+    program.Set.System.SortMode = by;
+    program.Set.System.SoftFlip = isFlipped;
     RunCommand(program, "mnuOpen");
-    EXPECT_EQ(order(), c.order);
+    EXPECT_EQ(order(), expected);
   }
   EXPECT_EQ(user.Asked.back().Folder, TextFromPath(folder.Path()));
   program.Set.System.AutoDirectoryUpdate = false;

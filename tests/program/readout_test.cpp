@@ -35,24 +35,21 @@ TEST(ReadDiagram, InvertsTheMappingOfThePicture) {
     const Readout outside = ReadDiagram(program, {frame.Right + 1, frame.Top});
     EXPECT_EQ(outside.Grid + outside.Sounding, "");
 
+    const auto read = [&] { return ReadDiagram(program, mapping.ToPoint(10, 700)); };
     program.Set.CursorGrid = false;
-    program.Set.TempGridUnits = TempUnits::Fahrenheit;
-    EXPECT_EQ(ReadDiagram(program, mapping.ToPoint(10, 700)).Grid, "");
+    EXPECT_EQ(read().Grid, "");
     program.Set.CursorGrid = true;
-    program.Set.CursorSounding = false;
-    EXPECT_EQ(ReadDiagram(program, mapping.ToPoint(10, 700)).Grid, "700 mb   50.0 F   PT 313.5 K");
-    EXPECT_EQ(ReadDiagram(program, mapping.ToPoint(10, 700)).Sounding, "");
-
     // The sounding's values are in the unit of the grid: 8.6 and -3.2 degrees.
-    program.Set.CursorSounding = true;
-    EXPECT_EQ(ReadDiagram(program, mapping.ToPoint(10, 700)).Sounding, "Temp:47.5 F  Td:26.2 F");
-    program.Set.CursorSounding = false;
+    program.Set.TempGridUnits = TempUnits::Fahrenheit;
     program.Set.PtUnits = PotentialTempUnits::Celsius;
     program.Set.Pressure = PressureUnits::InHg;  // of QNH alone
-    EXPECT_EQ(ReadDiagram(program, mapping.ToPoint(10, 700)).Grid, "700 mb   50.0 F   PT 40.4 C");
+    EXPECT_EQ(read().Grid, "700 mb   50.0 F   PT 40.4 C");
+    EXPECT_EQ(read().Sounding, "Temp:47.5 F  Td:26.2 F");
+    program.Set.CursorSounding = false;
+    EXPECT_EQ(read().Sounding, "");
     program.Set.CursorSounding = true;
     program.Set.System.CursorData = false;
-    EXPECT_EQ(ReadDiagram(program, mapping.ToPoint(10, 700)).Sounding, "");
+    EXPECT_EQ(read().Sounding, "");
   }
 }
 

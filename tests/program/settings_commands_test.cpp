@@ -93,17 +93,6 @@ TEST_F(SettingsTest, NothingChangesWhileACommandDraws) {
   EXPECT_EQ(program.Set.MbLimit, 100);
 }
 
-TEST_F(SettingsTest, WritesTheReport) {
-  Program program;
-  Start(program);
-  program.Resolution = "1280x1024";
-  RunCommand(program, "mnuSettingsReport");
-  const std::string report = Read("VEXA.SET");
-  EXPECT_EQ(report.substr(0, 36), "Current VEXA configuration settings\r");
-  EXPECT_NE(report.find("\r\nResolution = 1280x1024\r\n"), std::string::npos);
-  EXPECT_NE(TakeNotices(program).find("VEXA.SET"), std::string::npos);
-}
-
 TEST_F(SettingsTest, RemembersFilesAndLoadsTheMarkedOneAtStart) {
   Program program;
   Start(program);

@@ -38,27 +38,34 @@ TEST(StartUp, PassesItsStagesInOrderAndLeavesFoldersAndTables) {
                                    "VEXA.SAT", "VEXA.WET", "crosdata", "vexadata"}));
 }
 
+// A program started, with the box that its user expects.
+struct Started {
+  explicit Started(const StartArguments& arguments, const char* box = nullptr) {
+    if (box != nullptr) User.Expect(box, Answer::Ok);
+    Of.Doc.AskThrough(&User);
+    StartUp(Of, arguments);
+  }
+  test::ScriptedInteraction User{};
+  Program Of{};
+};
+constexpr const char* kNoAccess = "VEXA program file/folder access problem...";
+
 TEST(StartUp, BringsTheStationListAndKeepsTheUsers) {
   const test::TemporaryFolder folder;
-  const fs::path program = folder.Path() / "build" / "bin";
+  const fs::path program = folder.Path() / "build" / "bin", root = folder.Path() / "root";
   const auto list = [](const std::string& name) {
     return "VEXA STATION LISTING\nWMO numbers must be sequential.  Coordinates are in decimal "
            "degrees.\n01001,\"ENJA\",\"" +
            name + "\",\"\",10,70.9,\"N\",8.6,\"W\"\n99999\n";
   };
   fs::create_directories(program);
-  fs::create_directories(folder.Path() / "share");
-  ASSERT_FALSE(SaveFile(folder.Path() / "share" / "VEXA.STN", list("SHIPPED")));
-  const fs::path root = folder.Path() / "root";
-  ASSERT_FALSE(SaveFile(folder.Path() / "share" / "VEXA.URL", "# sources\n"));
+  folder.Write("share/VEXA.STN", list("SHIPPED"));
+  folder.Write("share/VEXA.URL", "# sources\n");
   for (const std::string name : {"SHIPPED", "CHANGED"}) {
-    test::ScriptedInteraction user;
-    Program started;
-    started.Doc.AskThrough(&user);
-    StartUp(started, {TextFromPath(root), program});
-    ASSERT_NE(started.Stations.Find(1001), nullptr);
-    EXPECT_EQ(started.Stations.Find(1001)->Name, name);
-    ASSERT_FALSE(SaveFile(root / "VEXA.STN", list("CHANGED")));
+    const Started started({TextFromPath(root), program});
+    ASSERT_NE(started.Of.Stations.Find(1001), nullptr);
+    EXPECT_EQ(started.Of.Stations.Find(1001)->Name, name);
+    folder.Write("root/VEXA.STN", list("CHANGED"));
     EXPECT_EQ(ReadFile(root / "VEXA.URL").Value(), "# sources\n");
   }
 }
@@ -67,55 +74,31 @@ TEST(StartUp, BringsTheStationListAndKeepsTheUsers) {
 // it or not.
 TEST(StartUp, AStationListWithAFaultIsToldOf) {
   const test::TemporaryFolder folder;
-  const fs::path program = folder.Path() / "bin", root = folder.Path() / "root";
+  const fs::path program = folder.Path() / "bin";
   fs::create_directories(program);
-  fs::create_directories(folder.Path() / "share");
-  fs::create_directories(root);
-  const std::string shipped = "VEXA STATION LISTING\nWMO, decimal degrees\n99999\n";
-  ASSERT_FALSE(SaveFile(folder.Path() / "share" / "VEXA.STN", shipped));
-  ASSERT_FALSE(SaveFile(root / "VEXA.STN", shipped.substr(0, shipped.size() - 6)));
+  const std::string listing = "VEXA STATION LISTING\nWMO, decimal degrees\n";
+  folder.Write("share/VEXA.STN", listing + "99999\n");
+  folder.Write("root/VEXA.STN", listing);
   for (const fs::path& from : {program, fs::path()}) {
-    test::ScriptedInteraction user;
-    user.Expect("Warning ...", Answer::Ok);
-    Program started;
-    started.Doc.AskThrough(&user);
-    StartUp(started, {TextFromPath(root), from});
-    EXPECT_TRUE(user.Boxes.back().Text.ends_with("ends without the number 99999"))
-        << user.Boxes.back().Text;
-    EXPECT_EQ(started.Current.StatusText, "error");
+    const Started started({TextFromPath(folder.Path() / "root"), from}, "Warning ...");
+    EXPECT_TRUE(started.User.Boxes.back().Text.ends_with("ends without the number 99999"));
   }
 }
 
-TEST(StartUp, TellsOfAFolderThatCannotBeWritten) {
+TEST(StartUp, TellsOnceOfAFolderThatCannotBeWritten) {
   const test::TemporaryFolder folder;
   folder.Write("ForecastData", "in the way");
-  test::ScriptedInteraction user;
-  user.Expect("VEXA program file/folder access problem...", Answer::Ok);
-  Program program;
-  program.Doc.AskThrough(&user);
-  StartUp(program, {TextFromPath(folder.Path()), {}});
-  EXPECT_EQ(
-      user.Boxes.back().Text,
-      "VEXA is unable to access program folder:  " + TextFromPath(folder.Path() / "ForecastData") +
-          "\nBe sure the Folder and Share Permissions are sufficient.");
-}
-
-// A file where the root should be refuses everything, whoever starts the program.
-TEST(StartUp, ARootThatTakesNoFilesIsToldOfOnce) {
-  const test::TemporaryFolder folder;
+  const Started one({TextFromPath(folder.Path()), {}}, kNoAccess);
+  EXPECT_NE(one.User.Boxes.back().Text.find(TextFromPath(folder.Path() / "ForecastData")),
+            std::string::npos);
+  // A file where the root should be refuses everything, whoever starts the program.
   const fs::path program = folder.Path() / "build" / "bin";
   fs::create_directories(program);
-  fs::create_directories(folder.Path() / "share");
-  for (const char* name : {"VEXA.STN", "VEXA.MTN", "VEXA.URL"}) {
-    ASSERT_FALSE(SaveFile(folder.Path() / "share" / name, "shipped"));
+  for (const char* name : {"share/VEXA.STN", "share/VEXA.MTN", "share/VEXA.URL", "root"}) {
+    folder.Write(name, "in the way");
   }
-  folder.Write("root", "in the way");
-  test::ScriptedInteraction user;
-  user.Expect("VEXA program file/folder access problem...", Answer::Ok);
-  Program started;
-  started.Doc.AskThrough(&user);
-  StartUp(started, {TextFromPath(folder.Path() / "root"), program});
-  EXPECT_EQ(TakeNotices(started), "");
+  Started all({TextFromPath(folder.Path() / "root"), program}, kNoAccess);
+  EXPECT_EQ(TakeNotices(all.Of), "");
 }
 
 #ifndef _WIN32
@@ -132,10 +115,7 @@ TEST(StartUp, LinksAreNotWrittenThrough) {
   const char* const names[] = {"ExportData/dumptestfile123.xyz", "VEXA.IKO", "REFERENCE.DAT"};
   for (const char* name : names) link(name);
   fs::create_symlink(others / "made", root / "VEXA.WET");  // leads nowhere yet
-  test::ScriptedInteraction user;
-  Program program;
-  program.Doc.AskThrough(&user);
-  StartUp(program, {TextFromPath(root)});
+  const Started started({TextFromPath(root)});
   for (const char* name : names) {
     EXPECT_EQ(ReadFile(others / fs::path(name).filename()).Value(), "precious") << name;
   }
@@ -147,17 +127,11 @@ TEST(StartUp, LinksAreNotWrittenThrough) {
 
 TEST(StartUp, WarnsOfASmallScreen) {
   const test::TemporaryFolder folder;
-  struct Case {
-    int width, height;
-    bool warns;
-  };
-  for (const Case& c : {Case{640, 480, true}, Case{800, 599, true}, Case{800, 600, false}}) {
-    test::ScriptedInteraction user;
-    if (c.warns) user.Expect("Inadequate Screen Resolution", Answer::Ok);
-    Program program;
-    program.Doc.AskThrough(&user);
-    StartUp(program, {TextFromPath(folder.Path()), {}, c.width, c.height});
-  }
+  const std::string root = TextFromPath(folder.Path());
+  const char* const warning = "Inadequate Screen Resolution";
+  Started({root, {}, 640, 480}, warning);
+  Started({root, {}, 800, 599}, warning);
+  Started({root, {}, 800, 600});
 }
 
 }  // namespace
