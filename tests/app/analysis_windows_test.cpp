@@ -35,27 +35,24 @@ TEST_F(AnalysisWindows, TheSevereTableIsArrangedSavedAndRestored) {
   SevereTableWindow table(
       analysis::DefaultSevereTable(), [&](const analysis::SevereTable& given) { accepted = given; },
       nullptr);
-  auto* rows = table.findChild<QTableWidget*>("SevereRows");
-  auto* remark = table.findChild<QLabel*>("SevereRemark");
-  ASSERT_EQ(rows->rowCount(), 41);
+  auto& rows = test::In<QTableWidget>(table, "SevereRows");
   const auto press = [&](const char* caption) {
     for (QPushButton* button : table.findChildren<QPushButton*>()) {
       if (button->text() == caption) button->click();
     }
   };
-  rows->selectRow(1);
+  rows.selectRow(1);
   press("&Up");
   EXPECT_EQ(table.Table().Rows[0].Entry, 3);
   press("Re&move");
-  EXPECT_EQ(rows->rowCount(), 40);
-
-  rows->item(0, 2)->setText("lots");
-  EXPECT_EQ(rows->item(0, 2)->text(), "75");
-  rows->item(0, 2)->setText("110");  // above the second step
-  EXPECT_EQ(remark->text(), "the limits must rise");
+  EXPECT_EQ(rows.rowCount(), 40);
+  rows.item(0, 2)->setText("lots");
+  EXPECT_EQ(rows.item(0, 2)->text(), "75");
+  rows.item(0, 2)->setText("110");  // above the second step
+  EXPECT_EQ(test::In<QLabel>(table, "SevereRemark").text(), "the limits must rise");
   press("Apply");
   EXPECT_TRUE(accepted.Rows.empty());
-  rows->item(0, 2)->setText("80");
+  rows.item(0, 2)->setText("80");
   press("Apply");
   ASSERT_EQ(accepted.Rows.size(), 40u);
   EXPECT_EQ(accepted.Rows[0].Limits.From[0], 80);
@@ -63,11 +60,10 @@ TEST_F(AnalysisWindows, TheSevereTableIsArrangedSavedAndRestored) {
   const std::filesystem::path path = folder.Path() / "my.TBL";
   table.SaveTo(path);
   press("De&faults");
-  EXPECT_EQ(rows->rowCount(), 41);
+  EXPECT_EQ(rows.rowCount(), 41);
   table.RestoreFrom(path);
   EXPECT_EQ(table.Table(), accepted);
-  folder.Write("bad.TBL", "\"header\"\n\"t\",1\n99,1,2,3,0,0,0\n");
-  table.RestoreFrom(folder.Path() / "bad.TBL");
+  table.RestoreFrom(folder.Write("bad.TBL", "\"header\"\n\"t\",1\n99,1,2,3,0,0,0\n"));
   EXPECT_EQ(table.Table(), accepted);
 }
 

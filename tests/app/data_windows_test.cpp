@@ -21,7 +21,6 @@
 #include "app/window_interaction.h"
 #include "app/window_test.h"
 #include "core/platform.h"
-#include "core/source_text.h"
 #include "output/data_print.h"
 #include "output/paint/paint.h"
 #include "program/commands.h"
@@ -131,25 +130,6 @@ TEST_F(DataWindowsTest, TheDataTableSetsLevelsAndWindsSideBySide) {
   EXPECT_EQ(lines[1], "PR(mb)    T(F)   Td(F)  T-Td(F)     HT(ft)[AGL]  DD(Deg)  FF(m)");
   EXPECT_EQ(lines[2], "1000.0    68.0    50.0     18.0               0      180        5");
   EXPECT_EQ(lines[3].substr(36), "       4593      270       10");
-}
-
-TEST_F(DataWindowsTest, PrintedTextsOpenInAWindowOfTheirOwn) {
-  SoundingWindow parent(program, quiet);
-  const std::string raw = WriteRaw(program.Current.Record);
-  Write("x.RAW", raw);
-  test::Show(program, SoundingRecord(program.Doc.Record()), folder.Path() / "x.RAW");
-  for (const char* name : {"PrintData", "PrintDeCodedData", "PrintDataFile"}) {
-    SCOPED_TRACE(name);
-    EXPECT_TRUE(parent.Open(name));
-    const auto* window = parent.findChild<TextWindow*>(name);
-    ASSERT_NE(window, nullptr);
-    EXPECT_GE(window->Pages().size(), 1u);
-    EXPECT_FALSE(window->SaveAs(folder.Path() / "saved.txt"));
-    if (std::string_view(name) != "PrintData") {
-      EXPECT_EQ(SourceText("a", Text("saved.txt")).Line(3), SourceText("b", raw).Line(3));
-    }
-  }
-  EXPECT_TRUE(user.Boxes.empty());
 }
 
 // Somebody who accepts the proposed name and chooses the second kind of picture, twice.

@@ -253,16 +253,12 @@ QLineEdit& Typing(EditGrid& grid, int row, int column, const QString& text) {
 }
 
 TEST_F(Editors, WhatWasTypedIsNotDroppedUnasked) {
-  struct Case {
-    const char* Entry;
-    void (*Type)(QDialog& editor);
-  };
-  const Case cases[] = {
+  const std::pair<const char*, void (*)(QDialog&)> cases[] = {
       {"mnuEditFile",
        [](QDialog& editor) { Typing(*dynamic_cast<LevelEditor&>(editor).Temps(), 0, 1, "7"); }},
       {"mnuNew",
        [](QDialog& editor) {
-         test::PressKey(*editor.findChild<QLineEdit*>("StationTitle"), 'k', "k");
+         test::PressKey(test::In<QLineEdit>(editor, "StationTitle"), 'k', "k");
        }},
       {"mnuClouds",
        [](QDialog& editor) { dynamic_cast<CloudEditor&>(editor).Layers()->PasteText("cu"); }},
@@ -280,14 +276,14 @@ TEST_F(Editors, WhatWasTypedIsNotDroppedUnasked) {
         editor.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Cancel)->click();
       }};
   window.OpenFiles({Saved("a.RAW", test::ReferenceWinter())});
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.Entry);
+  for (const auto& [entry, type] : cases) {
+    SCOPED_TRACE(entry);
     for (auto* leave : kWays) {
-      auto* editor = Opened<QDialog>(c.Entry);
+      auto* editor = Opened<QDialog>(entry);
       leave(*editor);
       EXPECT_FALSE(editor->isVisible()) << "nothing was typed";
-      editor = Opened<QDialog>(c.Entry);
-      c.Type(*editor);
+      editor = Opened<QDialog>(entry);
+      type(*editor);
       user.Answers = {Answer::No, Answer::Yes};
       leave(*editor);
       EXPECT_TRUE(editor->isVisible());

@@ -43,31 +43,27 @@ class ForecastWindowsTest : public test::WindowTest<> {
 };
 
 TEST_F(ForecastWindowsTest, RefusesWhatIsOutOfRangeAndKeepsTheValueBefore) {
-  struct Case {
-    const char* Line;
-    const char* Good;
-    const char* Bad;
-    const char* Title;
-    const char* Text;
+  struct Entry {
+    const char *Line, *Good, *Bad, *Says;
   };
-  const Case cases[] = {
-      {"txtMainLayer", "5000", "5001", "Data range error", "Range is 0 to 5000 meters, AGL."},
-      {"txtMainLayer", "5000", "deep", "Data range error", "Range is 0 to 5000 meters, AGL."},
-      {"txtBoundaryLayer", "0", "-1", "Data range error", "Range is 0 to 5000 meters, AGL."},
-      {"txtRadius", "20", "19", "Data range error", "Range is 20 to 2000 km."},
-      {"txtRadius", "2000", "2001", "Data range error", "Range is 20 to 2000 km."},
-      {"txtPercentage", "100", "101", "Data range error", "Range is 1% to 100%"},
-      {"txtPercentage", "1", "0", "Data range error", "Range is 1% to 100%"},
-      {"txtPercentage", "1", "1.5", "Data range error", "Only integer values are allowed."},
-      {"txtSurface", "-1.5", "warm", "Bad", "Invalid data"},
+  const Entry entries[] = {
+      {"txtMainLayer", "5000", "5001", "Range is 0 to 5000 meters, AGL."},
+      {"txtMainLayer", "5000", "deep", "Range is 0 to 5000 meters, AGL."},
+      {"txtBoundaryLayer", "0", "-1", "Range is 0 to 5000 meters, AGL."},
+      {"txtRadius", "20", "19", "Range is 20 to 2000 km."},
+      {"txtRadius", "2000", "2001", "Range is 20 to 2000 km."},
+      {"txtPercentage", "100", "101", "Range is 1% to 100%"},
+      {"txtPercentage", "1", "0", "Range is 1% to 100%"},
+      {"txtPercentage", "1", "1.5", "Only integer values are allowed."},
+      {"txtSurface", "-1.5", "warm", "Invalid data"},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.Bad);
-    Type(c.Line, c.Good);
-    asked.Expect(c.Title, Answer::Ok);
-    Type(c.Line, c.Bad);
-    EXPECT_EQ(asked.Boxes.back().Text, c.Text);
-    EXPECT_EQ(Hodo().findChild<QLineEdit*>(c.Line)->text(), c.Good);
+  for (const auto& [line, good, bad, says] : entries) {
+    SCOPED_TRACE(bad);
+    Type(line, good);
+    asked.Expect(std::string_view(line) == "txtSurface" ? "Bad" : "Data range error", Answer::Ok);
+    Type(line, bad);
+    EXPECT_EQ(asked.Boxes.back().Text, says);
+    EXPECT_EQ(Hodo().findChild<QLineEdit*>(line)->text(), good);
   }
 }
 

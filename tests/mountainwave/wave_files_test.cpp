@@ -70,37 +70,37 @@ TEST(MountainFile, BothLayoutsAndUnits) {
   const std::string records =
       "72489,3048,18.52,180,0,0,0,0\n72476, "
       "1000,1.852,10,\n37.04,500,\n3.704,20\n99999\n11111,1,1,1,0,0,0,0\n";
-  const MountainParameters feet{.First = {3048, 18.52, 180}};
-  const MountainParameters meters{.First = {10000, 10, 180}};  // ÷ 0.3048, ÷ 1.852
-  struct Case {
-    const char* about;
-    std::string text;
-    MountainParameters first;
+  struct Layout {
+    const char* About;
+    std::string Text;
+    bool IsMetric;
   };
-  const Case cases[] = {
-      {"old", kOld + records, feet},
-      {"new, feet", NewHeading("Units is feet") + records, feet},
-      {"new, metres", NewHeading("Units is meters") + records, meters},
-      {"new, in column 9", NewHeading("Units is\tfeet ") + records, feet},
-      {"new, one column early", NewHeading("Units isfeet") + records, meters},
-      {"new, nothing", NewHeading("") + records, meters},
+  const Layout layouts[] = {
+      {"old", kOld, false},
+      {"new, feet", NewHeading("Units is feet"), false},
+      {"new, metres", NewHeading("Units is meters"), true},
+      {"new, in column 9", NewHeading("Units is\tfeet "), false},
+      {"new, one column early", NewHeading("Units isfeet"), true},
+      {"new, nothing", NewHeading(""), true},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.about);
-    const MountainLookup looked = FindMountains(c.text, "VEXA.MTN", 72489);
-    EXPECT_FALSE(looked.Wrong);
-    ASSERT_TRUE(looked.Found);
-    EXPECT_NEAR(looked.Found->First.HeightFt, c.first.First.HeightFt, 1e-9);
-    EXPECT_NEAR(looked.Found->First.HalfWidthNm, c.first.First.HalfWidthNm, 1e-9);
-    EXPECT_FALSE(looked.Found->HasSecond());
+  for (const Layout& layout : layouts) {
+    SCOPED_TRACE(layout.About);
+    const auto look = [&](int station) {
+      const MountainLookup looked = FindMountains(layout.Text + records, "VEXA.MTN", station);
+      EXPECT_FALSE(looked.Wrong);
+      return looked.Found;
+    };
+    const auto first = look(72489);
+    ASSERT_TRUE(first);
+    EXPECT_NEAR(first->First.HeightFt, layout.IsMetric ? 10000 : 3048, 1e-9);   // ÷ 0.3048
+    EXPECT_NEAR(first->First.HalfWidthNm, layout.IsMetric ? 10 : 18.52, 1e-9);  // ÷ 1.852
+    EXPECT_FALSE(first->HasSecond());
     // A record over several lines, two mountains.
-    const MountainLookup second = FindMountains(c.text, "VEXA.MTN", 72476);
-    ASSERT_TRUE(second.Found);
-    EXPECT_TRUE(second.Found->HasSecond());
-    EXPECT_EQ(second.Found->Second.Axis, 20);
-    EXPECT_FALSE(FindMountains(c.text, "VEXA.MTN", 11111).Found);  // behind the end
-    EXPECT_FALSE(FindMountains(c.text, "VEXA.MTN", 11111).Wrong);
-    EXPECT_FALSE(FindMountains(c.text, "VEXA.MTN", 0).Found);
+    const auto second = look(72476);
+    ASSERT_TRUE(second && second->HasSecond());
+    EXPECT_EQ(second->Second.Axis, 20);
+    EXPECT_FALSE(look(11111));  // behind the end
+    EXPECT_FALSE(look(0));
   }
 }
 

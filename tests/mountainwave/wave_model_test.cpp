@@ -7,6 +7,7 @@
 #include <cmath>
 #include <limits>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "analysis/moist_air.h"
@@ -291,30 +292,21 @@ TEST(WaveModel, PoorSoundingsGiveASentence) {
   shallow.AddWind(900, 290, 30);
   SoundingRecord calm = winter;
   test::ChangeWinds(calm, [](WindLevel& wind) { wind.Spd = 0; });
-  struct Case {
-    const char* about;
-    SoundingRecord sounding;
-    Site site;
-    const char* why;
-  };
   const MountainParameters low{.First = {300, 2, 0}};
-  const Case cases[] = {
-      {"no winds", windless, {}, "The sounding has no winds."},
-      {"winds aloft alone", aloft, {}, "The winds begin above the mountain's crest."},
-      {"winds low down alone", shallow, {}, "The winds end below the mountain's crest."},
-      {"calm", calm, {}, "The wind across the ridge at its crest is too weak."},
-      {"mountain below the station", winter, low, "The mountain does not rise above the station."},
-      {"one level",
-       test::Profile({{1000, 10, 5}}, {{0, 270, 20}, {3000, 270, 30}}),
-       {},
-       "The sounding has fewer than three levels with temperature and wind."},
-      {"nothing", SoundingRecord{}, {}, "The sounding has no winds."},
+  const SoundingRecord single = test::Profile({{1000, 10, 5}}, {{0, 270, 20}, {3000, 270, 30}});
+  const std::tuple<SoundingRecord, Site, const char*> cases[] = {
+      {windless, {}, "The sounding has no winds."},
+      {aloft, {}, "The winds begin above the mountain's crest."},
+      {shallow, {}, "The winds end below the mountain's crest."},
+      {calm, {}, "The wind across the ridge at its crest is too weak."},
+      {winter, low, "The mountain does not rise above the station."},
+      {single, {}, "The sounding has fewer than three levels with temperature and wind."},
+      {SoundingRecord{}, {}, "The sounding has no winds."},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.about);
-    const WaveResults results = Waves(c.sounding, c.site);
-    EXPECT_FALSE(results.Any());
-    EXPECT_EQ(results.Ridges.front().Flow.WhyNone, c.why);
+  for (const auto& [sounding, site, why] : cases) {
+    const WaveResults results = Waves(sounding, site);
+    EXPECT_FALSE(results.Any()) << why;
+    EXPECT_EQ(results.Ridges.front().Flow.WhyNone, why);
   }
 }
 

@@ -130,29 +130,23 @@ TEST_F(ProgramTest, AChangedColourDrawsAndDoesNotAnalyse) {
   ASSERT_TRUE(
       Refresh(program, OpenSoundings(program, {Saved("a.RAW", test::ReferenceConvective())})));
   EXPECT_EQ(Analyses(), 1);
-  struct Case {
-    const char* About;
-    std::function<void(Options&)> Change;
-    bool Analyses;
-    bool Draws = true;
+  enum { kNothing, kDraws, kAnalyses };
+  const std::pair<int, void (*)(Options&)> changes[] = {
+      {kDraws, [](Options& set) { set.DryColor = 4; }},
+      {kDraws, [](Options& set) { set.Screen = ScreenColor::Black; }},
+      {kDraws, [](Options& set) { set.ThermoTemp = TempUnits::Fahrenheit; }},
+      {kNothing, [](Options& set) { set.System.DataFolder = "mine"; }},
+      {kDraws, [](Options& set) { set.MotionMode = Scaling::Manual; }},
+      {kAnalyses, [](Options& set) { set.Lpl = LiftSource::Surface; }},
+      {kAnalyses, [](Options& set) { set.Saturation = SaturationOver::Ice; }},
   };
-  const Case cases[] = {
-      {"a colour", [](Options& set) { set.DryColor = 4; }, false},
-      {"the paper", [](Options& set) { set.Screen = ScreenColor::Black; }, false},
-      {"a unit", [](Options& set) { set.ThermoTemp = TempUnits::Fahrenheit; }, false},
-      {"a folder", [](Options& set) { set.System.DataFolder = "mine"; }, false, false},
-      {"the storm", [](Options& set) { set.MotionMode = Scaling::Manual; }, false},
-      {"the parcel", [](Options& set) { set.Lpl = LiftSource::Surface; }, true},
-      {"ice", [](Options& set) { set.Saturation = SaturationOver::Ice; }, true},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.About);
+  for (const auto& [does, change] : changes) {
     const std::ptrdiff_t before = Analyses();
     const std::string page = ToSvg(program.Plot->Page, 800, 600);
-    c.Change(program.Set);
+    change(program.Set);
     EXPECT_TRUE(Refresh(program, {.View = true}));
-    EXPECT_EQ(Analyses() - before, c.Analyses ? 1 : 0);
-    EXPECT_EQ(ToSvg(program.Plot->Page, 800, 600) != page, c.Draws);
+    EXPECT_EQ(Analyses() - before, does == kAnalyses ? 1 : 0);
+    EXPECT_EQ(ToSvg(program.Plot->Page, 800, 600) != page, does != kNothing);
   }
   EXPECT_TRUE(program.Results.Storm.ChosenIsManual);
 
