@@ -231,16 +231,5 @@ TEST_F(FormTest, DefaultsComeBackTabByTab) {
   EXPECT_FALSE(program.Set.FreezeLine);
 }
 
-TEST_F(FormTest, ConfigurationsAreNamedInTheFormAndSwitchedInTheMenu) {
-  Open("mnuProgram");
-  Type(At<QWidget>("name of configuration 1"), "Snow & ice");
-  Press(QDialogButtonBox::Ok);
-  auto* first = window.findChild<QAction*>("mnuConfiguration1");
-  EXPECT_EQ(first->text(), "#&1: Snow && ice");
-  first->trigger();
-  EXPECT_TRUE(first->isChecked());
-  EXPECT_NE(Drawn().find("VEXA Config #1: Snow &amp; ice"), std::string::npos);
-}
-
 }  // namespace
 }  // namespace vexa

@@ -100,16 +100,6 @@ TEST_F(DataWindowsTest, TheSevenSelectionsAreShownAndTaken) {
   EXPECT_EQ(window.Chosen(), other);
 }
 
-TEST_F(DataWindowsTest, ListingsAreSaved) {
-  QWidget parent;
-  ListingWindow window(program, &parent);
-  EXPECT_TRUE(test::In<QPlainTextEdit>(window, "CAPEdata").toPlainText().contains("(layer) "));
-  user.Chosen = {TextFromPath(folder.Path() / "listing.dat")};
-  test::In<QPushButton>(window, "cmdSave").click();
-  EXPECT_TRUE(user.Asked.back().Folder.ends_with("Summary.Dat"));
-  EXPECT_NE(Text("listing.dat").find("Icing - Type"), std::string::npos);
-}
-
 // The convective sounding's first level by hand: as the file has it, and 1 kt = 0.514444 m/s.
 TEST_F(DataWindowsTest, TheDataTableSetsLevelsAndWindsSideBySide) {
   test::Show(program, test::Profile({{1000, 20, 10}, {850, 10, kMissing}},

@@ -54,19 +54,6 @@ TEST_F(ForecastCommand, WritesTheSeries) {
   EXPECT_NE(again.Err.find("File already exists"), std::string::npos);
 }
 
-TEST_F(ForecastCommand, KeepsWhatItSearchedInAProgramFolder) {
-  const std::string here = Sounding("here", 10, 0, 12);
-  Sounding("west", 7, 4, 12);
-  std::filesystem::create_directory(PathFromText(In("root")));
-  const Ran ran =
-      RunWords({"forecast", here, "--among", In(""), "--root", In("root"), "--hours", "1"});
-  ASSERT_EQ(ran.Exit, 0) << ran.Err;
-  const std::string list =
-      ReadFile(PathFromText(In("root/ForecastHodoFilesVEXA/MainListing.txt"))).Value();
-  EXPECT_NE(list.find("west12.RAW"), std::string::npos);
-  EXPECT_TRUE(StampOf(PathFromText(In("root/ForecastHodoFilesVEXA/InRange.txt"))));
-}
-
 // The later sounding at the station is the one that was upwind: the air came, 4 degrees warmer.
 TEST_F(ForecastCommand, Verifies) {
   Sounding("here", 10, 0, 12);

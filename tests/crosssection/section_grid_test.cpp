@@ -237,9 +237,13 @@ TEST(Checks, AskBeforeDrawing) {
     EXPECT_EQ(boxes[0].Buttons, BoxButtons::OkCancel);
   }
   // Dew points high up are missing as a rule and nobody's fault.
-  Section dry = whole;
-  dry.Columns.push_back(Of(test::Profile({{1050, 0, 0}, {250, -50, 999.9}, {100, -50, 999.9}}), 3));
-  EXPECT_TRUE(ChecksFor(dry, *FindField("RH"), options).empty());
+  for (const auto& [press, isAsked] : {std::pair(299, false), std::pair(300, true)}) {
+    Section dry = whole;
+    dry.Columns.push_back(Of(
+        test::Profile({{1050, 0, 0}, {static_cast<double>(press), -50, 999.9}, {100, -50, 999.9}}),
+        3));
+    EXPECT_EQ(ChecksFor(dry, *FindField("RH"), options).size(), isAsked ? 1U : 0U) << press;
+  }
 }
 
 TEST(Settings, OfTheWindowAreKept) {

@@ -34,6 +34,8 @@ TEST(Region, WhoStandsAround) {
       {"within the radius", At(45, -2), 1},
       {"outside of it", At(45, -4), 0},
       {"itself", At(45, 0), 0},
+      {"943 m away", At(45, -0.012), 0},
+      {"1061 m away", At(45, -0.0135), 1},
       {"its own station, moved a little", At(45.1, 0, 12, 7777), 0},
       {"three hours later", At(45, -2, 15), 1},
       {"four hours later", At(45, -2, 16), 0},
@@ -69,7 +71,10 @@ TEST(Region, UpwindIsWithin45DegreesOfTheLowWind) {
   }
   EXPECT_EQ(upwind, (std::vector<double>{305.5, 350, 34.5}));
 
-  region.Main = At(45, 0, 12, 0, 350, 1.9);
+  region.Main = At(45, 0, 12, 0, 350, 2.05);
+  ChooseUpwind(region);
+  EXPECT_TRUE(region.HasUpwind());
+  region.Main = At(45, 0, 12, 0, 350, 1.95);
   ChooseUpwind(region);
   EXPECT_FALSE(region.HasUpwind()) << "too light a wind to have a direction";
   EXPECT_EQ(RegionListing(region).back(), "No upwind data.");

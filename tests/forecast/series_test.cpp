@@ -41,6 +41,11 @@ TEST(Series, Ends) {
   EXPECT_EQ(end, SeriesEnd::Threshold);
   EXPECT_EQ(EndBox(end).Text,
             "=====  No available upwind data.         =====  Forecast data threshold exceeded.");
+  // Eight hours are 444.48 km, of which 50 may lie behind the last sounding.
+  for (const auto& [rangeKm, hours] : {std::pair(394.3, 7), std::pair(394.6, 8)}) {
+    ForecastSeries near = Upwind(rangeKm);
+    EXPECT_EQ(HoursOf(near, {}, end), hours) << rangeKm;
+  }
   ForecastSeries far = Upwind(1999);
   EXPECT_EQ(HoursOf(far, {}, end), 24);
   EXPECT_EQ(EndBox(end).Title, "Max forecast hour reached");

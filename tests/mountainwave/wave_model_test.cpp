@@ -310,6 +310,16 @@ TEST(WaveModel, PoorSoundingsGiveASentence) {
   }
 }
 
+// 5 m/s are 9.72 kt of 0.5144 m/s.
+TEST(WaveModel, TheCrestNeedsFiveMetresASecond) {
+  for (const auto& [knots, flows] : {std::pair(9.70, false), std::pair(9.74, true)}) {
+    SoundingRecord steady = test::ReferenceWinter();
+    test::ChangeWinds(steady, [&](WindLevel& wind) { wind.Dir = 270, wind.Spd = knots; });
+    const Air air = AirOf(steady, analysis::DeriveLevels(steady, Options{}));
+    EXPECT_EQ(FlowAcross(air, 1000, 0).WhyNone.empty(), flows) << knots;
+  }
+}
+
 TEST(WaveModel, WildProfilesGiveNoNumbersThatAreNone) {
   const auto allFinite = [](const WaveResults& results) {
     for (const Wave* wave : results.All()) {
