@@ -148,7 +148,7 @@ const RealFile kRealFiles[] = {
 
 // The library follows a bitmap that an operator announces without looking whether it is there.
 TEST(Bufr, AnOperatorWithoutItsBitmapIsDamage) {
-  constexpr int kTemp = 12001, kQuality = 222000, kOne = 101001, kBit = 31031;
+  constexpr int kTemp = 12001, kQuality = 222000, kReplaced = 232000, kOne = 101001, kBit = 31031;
   constexpr int kDefine = 236000, kReuse = 237000, kSeveral = 101000, kCount = 31001;
   const auto message = [](const std::vector<int>& descriptors) {
     return test::BufrMessage(descriptors, std::string(16, '0'));
@@ -162,7 +162,8 @@ TEST(Bufr, AnOperatorWithoutItsBitmapIsDamage) {
   EXPECT_EQ(SplitBufr(message({kTemp, kQuality, kOne, kTemp}), notes).size(), 0U);
   EXPECT_EQ(SplitBufr(message({kTemp, kQuality}), notes).size(), 0U);
   EXPECT_EQ(SplitBufr(message({kTemp, kQuality, kDefine}), notes).size(), 0U);
-  EXPECT_EQ(notes.size(), 3U);
+  EXPECT_EQ(SplitBufr(message({kTemp, kReplaced}), notes).size(), 0U);
+  EXPECT_EQ(notes.size(), 4U);
 }
 
 // A station of a bulletin that sent its surface only: block 60, station 155, 1012 hPa, 293.2 K and

@@ -40,7 +40,7 @@ TEST(CodedAscents, WindsThatStandOutAreTold) {
     record.AddWind(c.Height, 270, c.Spd);
     record.AddWind(c.Height + 1000, 270, c.Above);
     std::vector<std::string> notes;
-    TellStrayWinds(record, notes);
+    EXPECT_EQ(TellStrayWinds(record, notes), c.IsTold ? 1 : 0) << c.About;
     EXPECT_EQ(notes.size(), c.IsTold ? 1U : 0U) << c.About;
   }
   SoundingRecord record;

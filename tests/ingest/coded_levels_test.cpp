@@ -300,6 +300,8 @@ TEST(CodedLevels, WindsAlone) {
        "P304.8m 195/22, P609.6m 195/33, P3048m 200/40, P3657.6m 205/45, P4267.2m 210/50, ground "
        "200/6",
        ""},
+      {"tens that are not known", "PPBB 9/123 20006 19522 91024 20040 20545 21050",
+       "P3048m 200/40, P3657.6m 205/45, P4267.2m 210/50", "9/123 20006 19522 garbled."},
       {"what stands ahead of them", "PPBB 12345 90012 20006 19522 19533",
        "P304.8m 195/22, P609.6m 195/33, ground 200/6", "12345 garbled."},
       {"above 10 000 feet tens of thousands", "PPDD 9947/ 08533 10043 105// 10032",

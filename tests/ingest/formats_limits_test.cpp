@@ -13,11 +13,11 @@
 namespace vexa::ingest {
 namespace {
 
-// "title|elevation lat lon|P T Td;...|H D/S;...|notes", or the fault. Knots and metres are whole.
+// "|title|elevation lat lon|P T Td;...|H D/S;...|notes", or the fault. Knots and metres are whole.
 std::string Summary(const Decoded& decoded) {
   if (decoded.Failed) return decoded.Failed->Detail;
   const SoundingRecord& record = decoded.Record;
-  std::string text = record.StationTitle + '|' +
+  std::string text = '|' + record.StationTitle + '|' +
                      (record.ElevUnknown ? std::string("?") : Shortest(record.ElevM)) + ' ' +
                      Mask(record.LatSigned, "0.##") + ' ' + Mask(record.LonSigned, "0.##") + '|';
   for (int i = 1; i <= record.NumTempLevels(); ++i) {
@@ -171,7 +171,9 @@ TEST(FormatsLimits, SpcText) {
   ExpectChanges({
       {"four letters", file, title, " ABCD 490531/2330", "ABCD  2330Z 31 May 2049|410 0 0|"},
       {"five figures", file, title, " 72357 490531/2330", "72357  2330Z 31 May 2049|"},
-      {"four figures are letters", file, title, " 7235 490531/2330", "7235  2330Z 31 May 2049|"},
+      {"four figures are letters", file, title, " 7235 490531/2330", "|7235  2330Z 31 May 2049|"},
+      {"no station", file, title, " 490531/2330 -12.50,130.75",
+       "2330Z 31 May 2049|410 -12.5 130.75|"},
       {"00001", file, title, " 00001 490531/2330", "00001  2330Z 31 May 2049|"},
       {"a negative number", file, title, " -1235 490531/2330", "-1235  2330Z 31 May 2049|"},
       {"words", file, title, " A PLACE 490531/2330", "A PLACE  2330Z 31 May 2049|"},
@@ -190,7 +192,9 @@ TEST(FormatsLimits, SpcText) {
   const auto read = [](const std::string& bytes, int index = 0) {
     return Summary(DecodeText("x", bytes, index));
   };
+  const std::string untitled = text.substr(text.find("%RAW%"));
   EXPECT_EQ(read(text + text, 1), read(text));
+  EXPECT_EQ(read(text + untitled, 1), read(untitled));
   EXPECT_TRUE(read(cut).ends_with("|%END% is missing."));
   EXPECT_TRUE(read(cut.substr(0, cut.size() - 1))
                   .ends_with("|The last row is cut off and was left out; %END% is missing."));
@@ -228,6 +232,7 @@ TEST(FormatsLimits, Fsl) {
        "!117 100"},
       {"at the ground", file, "      6  99999    305", "      6  99999    118", "|118 90/8;"},
       {"letters of the station", file, "           TST  ", "           1ST  ", "72999  12Z"},
+      {"small letters", file, "           TST  ", "           tst  ", "|72999  12Z"},
       {"letters behind it", file, "           TST  ", "           ZST  ", "72999 - ZST  12Z"},
       {"type 3 of its own", file, "      5   9250", "      3   9250", "x, line 10: the unit"},
   });
@@ -262,6 +267,8 @@ TEST(FormatsLimits, Dropsondes) {
        "x, line 4: a row needs twenty values"},
       {"of another status", raw, "S00 200000001 210704 100130.25", "P00 200000001 210704 100130.25",
        "!700 8 -1.8;"},
+      {"a row of two words", raw, "AVAPS-D02 P00", "AVAPS-D02 S00\nAVAPS-D02 P00",
+       "x, line 2: a row needs twenty values"},
       {"bad sensors", raw, "S00 200000001 210704 100130.25", "S10 200000001 210704 100130.25",
        "!700 8 -1.8;"},
       {"whose wind stays", raw, "S00 200000001 210704 100130.25", "S10 200000001 210704 100130.25",
@@ -377,6 +384,8 @@ TEST(FormatsLimits, OurOwnListings) {
        "|1010.5 12.4 9.1;925 6.8 5.5;|"},
       {"more than there are", list, "DATA LEVELS = 7", "DATA LEVELS = 99", "500 -24.9 -;|"},
       {"none", list, "DATA LEVELS = 7", "LEVELS = 7", "the sounding has no levels"},
+      {"none of them", list, "DATA LEVELS = 7", "DATA LEVELS = 0", "too few levels, 0 with"},
+      {"so many", list, "DATA LEVELS = 7", "DATA LEVELS = many", "too few levels, 0 with"},
       {"no names", list, "DATA:  PR", "DATA   PR",
        "No units are stated; taken as m MSL, C and kts."},
       {"metres per second", list, "FF(kts)", "FF(m/s)", "|62 190/16;"},

@@ -250,6 +250,7 @@ TEST(TableLimits, Refusals) {
       {"a\n  Sorry, no data\n", "x: Sorry, no data"},
       {"Software error:\n\nContent-type: text\n no table", "x: Software error: no table"},
       {"unable to retrieve:\n", "x: unable to retrieve:"},
+      {"Software error:\nno table", "x: Software error: no table"},
       {std::string(99, '\n') + "Can't get it", "x: Can't get it"},
       {std::string(100, '\n') + "Can't get it", "x: in none of the known formats"},
       {"Sorry" + std::string(195, '!'), "x: Sorry" + std::string(195, '!')},
