@@ -175,6 +175,13 @@ TEST(Coded, AShipHasItsPosition) {
   EXPECT_FALSE(decoded.HasNote("01234 TTAA was corrected"));
 }
 
+// What only the rest of the message speaks against stays, and is named.
+TEST(Coded, DoubtsNameTheirLevels) {
+  std::string text = FileText(kBulletins);
+  text.replace(text.find("60763 25040 88210"), 11, "60763 07040");
+  EXPECT_TRUE(DecodeText(kBulletins, text).HasNote("The wind 070/40 kt at 16214 m stands out"));
+}
+
 TEST(Coded, ReportsWithoutAscentSayWhy) {
   EXPECT_EQ(DecodeText("n", "TTAA 6300/ 72999 51515 10148=\n").Failed->Detail,
             "n: no ascent in it; 72999 TTAA: the ascent was not authorised.");

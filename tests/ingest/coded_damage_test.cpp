@@ -254,51 +254,5 @@ TEST(CodedDamage, WholeMessagesStayWhole) {
   EXPECT_LE(doubts, levels / 75);
 }
 
-// What only the rest of the message speaks against stays, and is named.
-TEST(CodedDamage, DoubtsNameTheirLevels) {
-  VEXA_REAL_DATA(folder, "temp");
-  struct Case {
-    const char* about;
-    std::string name, group, instead;
-    std::vector<std::string> says;
-  };
-  const Case cases[] = {
-      {"the jet of 264 hPa at 564 hPa", kReal[1], "77264", "77564", {"240/101 kt at 4737 m"}},
-      {"a tropopause at 269 hPa that part B has at 259 hPa",
-       kReal[0],
-       "88259",
-       "88269",
-       {"At 269 hPa the tropopause", "-49.1 C at 259 hPa"}},
-      {"6 C too warm 2 hPa above the ground",
-       kReal[15],
-       "00400",
-       "06400",
-       {"At 914 hPa 6.4 C of part B stands out"}},
-      {"5 C too cold, which takes 30 m from the air",
-       kReal[0],
-       "57184",
-       "52184",
-       {"From 30 hPa to 20 hPa the heights do not fit the temperatures, by 30 m", "25 hPa"}},
-      {"an ascent that ends at 10.1 hPa, its winds at 10.7 hPa",
-       kReal[0],
-       "77107 5",
-       "77101 5",
-       {"end at 10.1 hPa, its winds at 10.7 hPa"}},
-  };
-  const StationList stations = KnownStations("", test::SourceFolder() / "share");
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.about);
-    std::string text = ReadFile(folder / c.name).Value();
-    const auto notes = [&] { return Decode(c.name, text, stations).front().Notes; };
-    const std::vector<std::string> before = notes();
-    text.replace(text.find(c.group), c.group.size(), c.instead);
-    std::string added;
-    for (const std::string& note : notes()) {
-      if (std::ranges::find(before, note) == before.end()) added += note + '\n';
-    }
-    for (const std::string& words : c.says) EXPECT_NE(added.find(words), added.npos) << added;
-  }
-}
-
 }  // namespace
 }  // namespace vexa::ingest

@@ -74,31 +74,6 @@ TEST(CodedParts, SectionsBehindTheLevelsAreNotLevels) {
   EXPECT_EQ(std::ranges::count(decoded.Notes, "The message says: released at 11:31 UTC."), 1);
 }
 
-// The reasons that stations of North America give behind 51515, by the WMO's table of them.
-TEST(CodedParts, RemarksAreToldInWords) {
-  const struct {
-    int Code;
-    const char* Says;
-  } cases[] = {{40, "no ascent"},         {41, "incomplete"},   {44, "power"},
-               {50, "not reach 400 hPa"}, {53, "interference"}, {54, "interference"},
-               {59, "other reasons"},     {65, "missing"},      {68, "missing"}};
-  const auto remarks = [](int code) {
-    return Decode(
-               "TTAA 55121 72999 99000 20056 18010 85500 10056 18020 70100 01056 18030 51515 101" +
-               std::to_string(code) + "=")
-        .Notes;
-  };
-  const std::size_t without = remarks(39).size();
-  EXPECT_EQ(remarks(60).size(), without);
-  for (const auto& c : cases) {
-    const std::vector<std::string> notes = remarks(c.Code);
-    EXPECT_EQ(notes.size(), without + 1) << c.Code;
-    EXPECT_TRUE(std::ranges::any_of(notes, [&](const std::string& note) {
-      return note.find(c.Says) != note.npos;
-    })) << c.Code;
-  }
-}
-
 // Part A and B of one ascent from 252 m; heights by the hypsometric equation.
 const char* const kPartA =
     "TTAA 55121 01234 99985 15456 18510 00128 ///// ///// 92780 10850 19020 85479 05658 20025 "
