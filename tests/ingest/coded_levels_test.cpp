@@ -77,11 +77,6 @@ void ExpectLevels(const std::vector<Row>& rows) {
 
 TEST(CodedLevels, PartAFromTheGroundUp) {
   ExpectLevels({
-      {"the ground, heights beneath it, mandatory levels",
-       "TTAA 99985 15456 18510 00128 ///// ///// 92780 10850 19020 85479 05658 20025",
-       "S985 15.4 9.4 185/10, M1000=128, M925=780 10.8 5.8 190/20, M850=479 5.6 -2.4 200/25", ""},
-      {"above 1000 hPa the thousand is left out", "TTAA 99013 15456 18510 92780 10850 19020",
-       "S1013 15.4 9.4 185/10, M925=780 10.8 5.8 190/20", ""},
       {"1100 hPa at most", "TTAA 99100 15456 18510 92780 10850 19020",
        "S1100 15.4 9.4 185/10, M925=780 10.8 5.8 190/20", ""},
       {"1101 hPa", "TTAA 99101 15456 18510 92780 10850 19020", "M925=780 10.8 5.8 190/20",
@@ -92,14 +87,8 @@ TEST(CodedLevels, PartAFromTheGroundUp) {
        "S850 15.4 9.4 185/10, M700=42 -3.1 -11.1 215/30", "00850 was taken as the surface."},
       {"a low far below the sea is none", "TTAA 00849 15456 18510 70042 03158 21530",
        "M1000=849 15.4 9.4 185/10, M700=42 -3.1 -11.1 215/30", ""},
-      {"nor is one without values", "TTAA 00987 ///// ///// 92780 10850 19020",
-       "S987, M925=780 10.8 5.8 190/20", "00987 was taken as the surface."},
-      {"only what stands first is", "TTAA 99985 15456 18510 00987 15456 18510 92780 10850 19020",
-       "S985 15.4 9.4 185/10, M1000=987 15.4 9.4 185/10, M925=780 10.8 5.8 190/20", ""},
       {"a surface that is not known", "TTAA 99/// 15456 18510 92780 10850 19020",
        "M925=780 10.8 5.8 190/20", ""},
-      {"a height that is not known", "TTAA 99985 15456 18510 92/// 10850 19020",
-       "S985 15.4 9.4 185/10, M925 10.8 5.8 190/20", ""},
       {"a section in the place of a wind", "TTAA 99985 15456 18510 92780 10850 51515 10190",
        "S985 15.4 9.4 185/10, M925=780 10.8 5.8", ""},
       {"all levels up to 100 hPa",
@@ -172,21 +161,13 @@ TEST(CodedLevels, TropopausesAndMaxima) {
   const struct {
     const char *Text, *Levels, *Notes;
   } cases[] = {
-      {"88999 77999", "", ""},
-      {"88999 66999 31313 09608 81131", "", ""},
       {"88600 20161 18510", ", T600 -20.1 -31.1 185/10", ""},
       {"88601 20161 18510", "", "88601 garbled."},
       {"88100 60961 18510", ", T100 -60.9 -71.9 185/10", ""},
       {"88099 60961 18510", "", "88099 garbled."},
-      {"88210 55161 24085 88150 60961 24580", ", T210 -55.1 -66.1 240/85, T150 -60.9 -71.9 245/80",
-       ""},
-      {"88/// ///// /////", "", ""},
       {"77205 24090 40812", ", W205 240/90", ""},
-      {"66205 24090 4////", ", W205 240/90", ""},
-      {"77205 24090 77150 25080", ", W205 240/90, W150 250/80", ""},
       {"77000 24090", "", "77000 garbled."},
       {"77205 24090 50812", ", W205 240/90", "50812 garbled."},
-      {"88999 77999 51515 10190 70042", "", ""},
       {"88999 77999 NO MORE", "", "says \"NO MORE\"."},
   };
   for (const auto& c : cases) {
@@ -200,26 +181,14 @@ TEST(CodedLevels, DamageInPartA) {
   const struct {
     const char *About, *Between, *Levels, *Notes;
   } cases[] = {
-      {"no damage", "92780 10850 19020", "M925=780 10.8 5.8 190/20", ""},
-      {"a wind is missing", "92780 10850", "M925=780 10.8 5.8", ""},
       {"or was it the temperature", "92780 10056", "M925=780 10 4!", ""},
       // 80 knots at 1000 hPa, 0.35 more for each hPa above: 106.
       {"106 knots near the ground", "92780 19106", "M925=780 -19.1 -19.7!", ""},
       {"107 are no wind", "92780 19107", "M925=780 -19.1 -19.8", ""},
-      {"a group too many", "92780 10850 10850 19020", "M925=780 10.8 5.8 190/20", "10850 garbled."},
       {"another group too many", "92780 10850 49999 19020", "M925=780 10.8 5.8 190/20!",
        "49999 garbled."},
-      {"a wind that is none", "92780 10850 49020", "M925=780 10.8 5.8", "49020 garbled."},
       {"a temperature that nothing has", "92780 58850 19020", "M925=780 190/20", "58850 garbled."},
       {"a dew point lacks a figure", "92780 1085/ 19020", "M925=780 10.8 - 190/20", "5/ garbled."},
-      {"a level is left out", "", "", ""},
-      {"a level's code comes twice", "92780 92780 10850 19020", "M925=780 10.8 5.8 190/20",
-       "92780 garbled."},
-      {"a code that no level has", "95780 10850 19020", "",
-       "95780 garbled. 10850 garbled. 19020 garbled."},
-      {"a height has a letter", "9278X 10850 19020", "",
-       "9278X garbled. 10850 garbled. 19020 garbled."},
-      {"a height lacks a figure", "92/80 10850 19020", "M925 10.8 5.8 190/20", "92/80 garbled."},
   };
   for (const auto& c : cases) {
     const std::string text = head + std::string(c.Between) + tail;
@@ -244,17 +213,11 @@ TEST(CodedLevels, PartsBAndD) {
        "S985 15.4 9.4, G950 14.4 8.4, G940 13.4 7.4, G930 12.4 6.4, G920 11.4 5.4, G910 10.4 4.4, "
        "G900 9.4 3.4, G890 8.4 2.4, G880 7.4 1.4, G870 6.4 0.4, G860 5.4 -0.6",
        ""},
-      {"a layer without data", "TTBB 00985 15456 11850 05658 22/// ///// 33700 03158",
-       "S985 15.4 9.4, G850 5.6 -2.4, G700 -3.1 -11.1^", ""},
       {"a level is lost", "TTBB 00985 15456 11850 05658 33700 03158",
        "S985 15.4 9.4, G850 5.6 -2.4, G700 -3.1 -11.1^", ""},
       // -22.7 C could be the next level's pressure, and neither is taken.
       {"its temperature is", "TTBB 00985 15456 11850 22700 03158", "S985 15.4 9.4",
        "03158 garbled. 11850 22700 garbled."},
-      {"two groups for one", "TTBB 00985 15456 11850 05658 06658 22700 03158",
-       "S985 15.4 9.4, G700 -3.1 -11.1^", "06658 garbled. 11850 05658 garbled."},
-      {"the same twice", "TTBB 00985 15456 11850 05658 05658 22700 03158",
-       "S985 15.4 9.4, G850 5.6 -2.4, G700 -3.1 -11.1", "05658 garbled."},
       {"a pressure that is repeated", "TTBB 00985 15456 11850 05658 22850 05658 33700 03158",
        "S985 15.4 9.4, G850 5.6 -2.4, G700 -3.1 -11.1", ""},
       {"with another temperature", "TTBB 00985 15456 11850 05658 22850 06658 33700 03158",
@@ -263,9 +226,6 @@ TEST(CodedLevels, PartsBAndD) {
        "TTBB 00985 15456 11845 05658 22850 05658 33700 03158 44500 18167",
        "S985 15.4 9.4, G700 -3.1 -11.1^, G500 -18.1 -35.1",
        "the level at 845 hPa is out of order. the level at 850 hPa is out of order."},
-      {"winds end at a section",
-       "TTBB 00985 15456 11850 05658 21212 00985 18510 11850 20025 31313 44108 81131",
-       "S985 15.4 9.4, G850 5.6 -2.4, S985 185/10, G850 200/25", ""},
       {"winds without their mark", "TTBB 00985 15456 11850 05658 00985 18510 11850 20025",
        "S985 15.4 9.4, G850 5.6 -2.4, S985 185/10^, G850 200/25", ""},
       {"tenths in part D", "TTDD 11995 60956 22500 58956 33075 40956 21212 11850 25040",
@@ -277,17 +237,10 @@ TEST(CodedLevels, PartsBAndD) {
 
 TEST(CodedLevels, WindsAlone) {
   ExpectLevels({
-      {"from 850 hPa up three", "PPAA 55385 34004 32012 06514",
-       "P850 340/4, P700 320/12, P500 65/14", ""},
       {"from 1000 hPa", "PPAA 44200 34004 32012", "P1000 340/4, P925 320/12", ""},
       {"part C", "PPCC 55370 24030 24035 25035 55120 26040",
        "P70 240/30, P50 240/35, P30 250/35, P20 260/40", ""},
       {"no such level", "PPAA 55184 34004", "", "55184 34004 garbled."},
-      {"fewer than told", "PPAA 55385 34004 32012", "",
-       "behind 55385 stand 2 groups instead of 3; they were skipped."},
-      {"a wind not observed", "PPAA 55285 ///// 32012", "P700 320/12", ""},
-      {"a wind that is none", "PPAA 55185 39004", "", "39004 garbled."},
-      {"what stands first", "PPAA 12345 55185 34004", "P850 340/4", "12345 garbled."},
       {"a maximum at a pressure", "PPAA 77205 24090 40812 66150 25080", "W205 240/90, W150 250/80",
        ""},
       {"in part C tenths", "PPCC 77205 24090", "W20.5 240/90", ""},
@@ -304,11 +257,7 @@ TEST(CodedLevels, WindsAlone) {
        "P3048m 200/40, P3657.6m 205/45, P4267.2m 210/50", "9/123 20006 19522 garbled."},
       {"what stands ahead of them", "PPBB 12345 90012 20006 19522 19533",
        "P304.8m 195/22, P609.6m 195/33, ground 200/6", "12345 garbled."},
-      {"above 10 000 feet tens of thousands", "PPDD 9947/ 08533 10043 105// 10032",
-       "P28651.2m 85/33, P29565.6m 100/43, P32004m 100/32", ""},
       {"500 m each", "PPBB 8123/ 20006 19522", "P6000m 200/6, P6500m 195/22", ""},
-      {"the ground by its figure", "PPBB 90012 20006 19522 19533",
-       "P304.8m 195/22, P609.6m 195/33, ground 200/6", ""},
       {"higher than balloons rise, in feet", "PPDD 148// 20006 147// 20006", "P44805.6m 200/6",
        "a wind at 45110.4 m is higher than balloons rise."},
       {"a heading out of order",
@@ -322,7 +271,6 @@ TEST(CodedLevels, WindsAlone) {
        "behind 90346 stand 2 groups instead of 3; they were skipped."},
       {"significant winds by pressure", "PPBB 21212 00013 18010 11850 20020 22500 21030",
        "G1013 180/10, G850 200/20, G500 210/30", ""},
-      {"in part D tenths", "PPDD 21212 11850 18010 22500 20020", "G85 180/10, G50 200/20", ""},
       {"by tens of metres", "PPBB 21212 10045 18010 20150 19020", "P450m 180/10, P1500m 190/20",
        ""},
       {"0 hPa is none", "PPDD 21212 11000 18010 22500 20020", "G50 200/20", "11000 garbled."},
