@@ -247,6 +247,7 @@ TEST(ContrastLimits, OfEquivalentPotentialTemperature) {
   EXPECT_NEAR(value(840, 350), 0, 1e-9);
   EXPECT_NEAR(value(670, 290), 0, 1e-9);
   EXPECT_NEAR(value(90, 290), 0, 1e-9);
+  EXPECT_NEAR(value(600, 0), 0, 1e-9);  // no value
   AnalysisResults ends = Layered();
   for (Levels<double>* levels : {&ends.Levels.Press, &ends.Levels.Temp, &ends.Levels.ThetaE,
                                  &ends.Levels.Height, &ends.Levels.Dewpt, &ends.Levels.LogPress}) {

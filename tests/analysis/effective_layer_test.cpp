@@ -56,6 +56,33 @@ TEST(EffectiveLayer, IsThatOfWholeAscents) {
   EXPECT_GT(layers, 40);
 }
 
+// It begins with the moisture with which a whole ascent from the ground reaches 100 J/kg, and under
+// a stronger lid that with which it needs no more than 250 J/kg to get free.
+TEST(EffectiveLayer, BeginsWithTheLimitsOfWholeAscents) {
+  for (const double lid : {14.0, 24.0}) {
+    const auto least = [lid](auto&& layerOf) {
+      double none = 0, some = 25;
+      for (int i = 0; i < 30; ++i) {
+        const double dewpt = (none + some) / 2;
+        const AnalysisResults results = Analyse(Profile({{1000, 26, dewpt},
+                                                         {950, 23, dewpt - 9},
+                                                         {850, lid, -5},
+                                                         {700, 4, -15},
+                                                         {500, -14, -35},
+                                                         {300, -45, -60},
+                                                         {200, -58, 999.9},
+                                                         {100, -60, 999.9}}),
+                                                {});
+        (layerOf(results).Exists() ? some : none) = dewpt;
+      }
+      return some;
+    };
+    const double whole = least([](const auto& results) { return ByWholeAscents(results, {}); });
+    EXPECT_LT(whole, 25) << lid;
+    EXPECT_NEAR(least([](const auto& results) { return results.Effective; }), whole, 2e-4) << lid;
+  }
+}
+
 // A cold, dry layer on the ground under warm, moist air: the storm feeds from above.
 TEST(EffectiveLayer, LiesAboveColdGround) {
   const SoundingRecord elevated =
@@ -115,6 +142,10 @@ TEST(InflowWinds, NeedWindsHalfWayToTheEl) {
   EXPECT_FALSE(results.Inflow.EffectiveShear);
   EXPECT_FALSE(results.Inflow.CloudMean);
   EXPECT_TRUE(results.Inflow.LowMean);
+  // Nor does an ascent that the end of the data cuts.
+  const SoundingRecord whole = test::ReferenceConvective();
+  EXPECT_TRUE(Analyse(whole, {}).Inflow.CloudMean);
+  EXPECT_FALSE(Analyse(test::EndingAt(whole, 250), {}).Inflow.CloudMean);
 }
 
 // By hand: a quarter circle of 10 m/s about a storm in its middle is all streamwise; a straight

@@ -105,6 +105,12 @@ TEST(WaterIcing, ShareThatStaysLiquid) {
     }
   }
   EXPECT_EQ(share(CloudType::CU, -40), 1);
+  const CloudWater cloud({{950, 0, 10}, {800, 1500, 0}, CloudAmount::Overcast, CloudType::CU},
+                         kWater);
+  EXPECT_NEAR(
+      cloud.At(850, 900, 0),
+      LiftedCloud(950, 10, kWater).Water(850) * EntrainmentFactor(CloudFamily::Cumuliform, 0.9),
+      1e-9);
   EXPECT_EQ(share(CloudType::CU, -40.1), 0);
 }
 

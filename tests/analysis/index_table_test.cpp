@@ -279,6 +279,10 @@ TEST(IndexTable, FreezingLevelOfColdAndOfFreezingGround) {
   EXPECT_EQ(shown(0, -7), "12 m");
   EXPECT_EQ(shown(-5, -7), "surface");
   EXPECT_EQ(shown(-5, 0), "surface");  // a level just at 0 C, frozen below
+  // A thin warm layer over frozen ground: 945 hPa lie 29.27 x 271 x ln(1000/945) = 449 m above it.
+  const auto thin =
+      Index("FRZG Lvl", Profile({{1000, -5, -8}, {960, -1, -4}, {950, 2, -1}, {940, -2, -5}}));
+  EXPECT_NEAR(thin.Value, 449, 3);
 }
 
 }  // namespace

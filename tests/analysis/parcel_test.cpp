@@ -139,6 +139,7 @@ TEST(Parcel, TheEndBelowAPossibleLfcIsNoAnswer) {
     EXPECT_EQ(CapeMarker(parcel), c.Marker);
   }
   const AnalysisResults results = Analyse(short2km, {});
+  EXPECT_EQ(Forced(results, LiftType::Surface).HailBasePress, kNone);
   for (const char* label : {"CAPE total", "BRN", "EHI 0-xkm", "MVV", "Hail"}) {
     EXPECT_EQ(IndexOf(results, *FindIndex(label))->Reason, kOpenCape) << label;
   }
@@ -224,15 +225,21 @@ TEST(Parcel, MultiLiftTakesTheLargestCape) {
 TEST(Parcel, IncrementsAddUpToTheTotals) {
   for (const TempBase base : {TempBase::Dry, TempBase::Virtual}) {
     for (const int step : {1, 3, 5, 25}) {
-      const AnalysisResults results = Analyse(test::ReferenceConvective(), With(base, step));
+      // A hot ground, whose air is warmer for the first steps already.
+      SoundingRecord sounding = test::ReferenceConvective();
+      sounding.Temp(1) += 1;
+      const AnalysisResults results = Analyse(sounding, With(base, step));
       const ParcelAscent& parcel = results.Chosen();
-      double cape = 0, cin = 0;
+      double cape = 0, cin = 0, positive = 0;
       for (std::size_t i = 1; i < parcel.Increments.size(); ++i) {
         const double press = parcel.FirstPress - static_cast<double>(i) * parcel.Step;
         const double increment = parcel.Increments[i];
         if (increment <= 0) cin += increment;
+        if (increment > 0) positive += increment;
         if (increment > 0 && press < parcel.FreeLevel.Press) cape += increment;
       }
+      EXPECT_GT(parcel.Increments[1], 0);
+      EXPECT_NEAR(parcel.CapePlusOnly, positive, 1e-2);
       EXPECT_NEAR(parcel.CapeTotal, cape, 1e-2);
       EXPECT_NEAR(parcel.CinTotal, cin, 1e-2);
     }
