@@ -46,25 +46,23 @@ struct Drawn {
   explicit Drawn(SoundingRecord record) : Sounding(std::move(record)) {}
   SoundingPlot operator()() {
     Results = analysis::Analyse(Sounding, Set);
-    SoundingPlot plot = *PlotSounding({.Sounding = Sounding,
-                                       .Results = Results,
-                                       .Set = Set,
-                                       .On = On,
-                                       .Mode = Mode,
-                                       .Others = Others,
-                                       .Fronts = Fronts,
-                                       .Advection = Bars,
-                                       .Layers = Layers,
-                                       .Layout = Layout,
-                                       .Configuration = Configuration,
-                                       .LoopHoldTime = HoldTime,
-                                       .Reference = Reference,
-                                       .Spread = Spread,
-                                       .Lines = Extra,
-                                       .Zoom = Zoom,
-                                       .Scale = Scale});
-    Frame = plot.Mapping.Frame();
-    return plot;
+    return *PlotSounding({.Sounding = Sounding,
+                          .Results = Results,
+                          .Set = Set,
+                          .On = On,
+                          .Mode = Mode,
+                          .Others = Others,
+                          .Fronts = Fronts,
+                          .Advection = Bars,
+                          .Layers = Layers,
+                          .Layout = Layout,
+                          .Configuration = Configuration,
+                          .LoopHoldTime = HoldTime,
+                          .Reference = Reference,
+                          .Spread = Spread,
+                          .Lines = Extra,
+                          .Zoom = Zoom,
+                          .Scale = Scale});
   }
   SoundingRecord Sounding;
   Options Set{};
@@ -82,9 +80,7 @@ struct Drawn {
   std::optional<Rect> Zoom{};
   const DiagramMapping* Scale = nullptr;
   const LayoutRow* Layout = nullptr;
-  // Of the page drawn last.
-  analysis::AnalysisResults Results{};
-  Rect Frame{};
+  analysis::AnalysisResults Results{};  // of the page drawn last
 };
 
 inline SoundingRecord PlainSounding() {

@@ -44,30 +44,25 @@ TEST(LineLegend, HasWhatTheOptionsDraw) {
   const auto has = [](const Options& options, std::string_view name) {
     return std::ranges::count(LegendEntries(options), name, &LegendEntry::Name) == 1;
   };
-  struct Case {
-    std::string_view Name;
-    bool DisplaySettings::*Switch;
-  };
-  const Case cases[] = {
-      {"Wet bulb", &DisplaySettings::WetBulbTrace},
-      {"Parcel", &DisplaySettings::AutoAnalyses},
-      {"CAPE", &DisplaySettings::AutoAnalyses},
-      {"CIN", &DisplaySettings::AutoAnalyses},
-      {"Usual temperatures", &DisplaySettings::UsualTemps},
-      {"Dry adiabats", &DisplaySettings::DryAdiabats},
-      {"Saturated adiabats", &DisplaySettings::SatAdiabats},
-      {"Mixing ratio", &DisplaySettings::MixingLines},
-      {"Freezing level", &DisplaySettings::FreezeLine},
-      {"Tropopause", &DisplaySettings::TropoLine},
-      {"Ground", &DisplaySettings::SurfaceLine},
-      {"Standard atmosphere", &DisplaySettings::IcaoLine},
-  };
-  for (const Case& c : cases) {
+  using Set = DisplaySettings;
+  const std::pair<const char*, bool Set::*> cases[] = {{"Wet bulb", &Set::WetBulbTrace},
+                                                       {"Parcel", &Set::AutoAnalyses},
+                                                       {"CAPE", &Set::AutoAnalyses},
+                                                       {"CIN", &Set::AutoAnalyses},
+                                                       {"Usual temperatures", &Set::UsualTemps},
+                                                       {"Dry adiabats", &Set::DryAdiabats},
+                                                       {"Saturated adiabats", &Set::SatAdiabats},
+                                                       {"Mixing ratio", &Set::MixingLines},
+                                                       {"Freezing level", &Set::FreezeLine},
+                                                       {"Tropopause", &Set::TropoLine},
+                                                       {"Ground", &Set::SurfaceLine},
+                                                       {"Standard atmosphere", &Set::IcaoLine}};
+  for (const auto& [name, isDrawn] : cases) {
     for (const bool isOn : {false, true}) {
       Options options;
-      options.*c.Switch = isOn;
-      EXPECT_EQ(has(options, c.Name), isOn) << c.Name;
-      EXPECT_TRUE(has(options, "Temperature")) << c.Name;
+      options.*isDrawn = isOn;
+      EXPECT_EQ(has(options, name), isOn) << name;
+      EXPECT_TRUE(has(options, "Temperature")) << name;
     }
   }
   Options options;

@@ -125,6 +125,8 @@ TEST(OtherSoundings, TheAxesMakeRoomForThemUnlessSetByHand) {
   low.Others = {{&cold}};
   low.Mode = MultiMode::Overlay;
   EXPECT_EQ(low().Mapping.TopPress(), 300);
+  low.Set.Diagram = DiagramType::Tephigram;
+  EXPECT_EQ(low().Mapping.TopPress(), 100);
 }
 
 TEST(OtherSoundings, AHeldScaleIsKeptByItsType) {

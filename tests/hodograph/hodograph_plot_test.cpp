@@ -166,36 +166,30 @@ TEST(HodographPlot, NeverGrowsWithTheSpeedOfAWind) {
 }
 
 TEST(HodographPlot, SoundingsWithFewWindsSayWhatTheyLack) {
-  struct Case {
-    const char* about;
-    SoundingRecord sounding;
-    const char* remark;
-  };
   SoundingRecord mostlyCalm = test::Profile({}, {});
   for (int i = 0; i < 100; ++i) mostlyCalm.AddWind(100.0 * i, 360, i == 99 ? 8 : 0);
-  const Case cases[] = {
-      {"no level at all", test::Profile({}), "This sounding has no winds."},
-      {"missing winds only", test::Profile({}, {{0, 999.9, 999.9}}), "This sounding has no winds."},
-      {"one wind", test::Profile({}, {{10, 200, 30}}), "This sounding has a single wind."},
-      {"calm", test::Profile({}, {{0, 360, 0}, {900, 360, 0}}), "Calm at every level."},
-      {"aloft", test::Profile({}, {{5000, 200, 30}, {6000, 210, 40}}),
+  const std::pair<SoundingRecord, const char*> cases[] = {
+      {test::Profile({}), "This sounding has no winds."},
+      {test::Profile({}, {{0, 999.9, 999.9}}), "This sounding has no winds."},
+      {test::Profile({}, {{10, 200, 30}}), "This sounding has a single wind."},
+      {test::Profile({}, {{0, 360, 0}, {900, 360, 0}}), "Calm at every level."},
+      {test::Profile({}, {{5000, 200, 30}, {6000, 210, 40}}),
        "No winds below 5.0 km above ground."},
-      {"99 of 100 calm", mostlyCalm, ""},
-  };
+      {mostlyCalm, ""}};
   HodographSettings all;
   all.MbeVector = true;
   all.HelicityContours = true;
-  for (const Case& c : cases) {
+  for (const auto& [sounding, remark] : cases) {
     for (const HodoOrigin frame : {HodoOrigin::Ground, HodoOrigin::Storm}) {
-      SCOPED_TRACE(c.about);
+      SCOPED_TRACE(remark);
       all.Frame = frame;
-      const HodographPlot plot = Draw(c.sounding, {}, all);
+      const HodographPlot plot = Draw(sounding, {}, all);
       const LabelTexts remarks = Texts(plot.Page, "remark");
-      EXPECT_EQ(remarks.empty() ? "" : remarks[0], c.remark);
+      EXPECT_EQ(remarks.empty() ? "" : remarks[0], remark);
       EXPECT_TRUE(std::isfinite(plot.Mapping.Scale));
-      const auto results = analysis::Analyse(c.sounding, {});
+      const auto results = analysis::Analyse(sounding, {});
       EXPECT_EQ(
-          HodographBox({.Sounding = c.sounding, .Results = results, .Set = Options()}).has_value(),
+          HodographBox({.Sounding = sounding, .Results = results, .Set = Options()}).has_value(),
           !plot.Winds.empty());
     }
   }

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <string>
 #include <vector>
 
 namespace vexa {
@@ -28,43 +27,24 @@ double OffLine(Point at, const std::vector<Point>& line) {
   return least;
 }
 
-struct Curve {
-  std::string Name;
-  Point (*At)(int i);
-};
-
 constexpr int kPoints = 2000;
 
+// A straight line, a circle, noise finer than a pixel, a line back and forth along itself, a spike,
+// the same place over and over.
 TEST(Thinned, StaysWithinTheDistanceOfEveryPoint) {
-  const std::vector<Curve> curves = {
-      {"straight",
-       [](int i) {
-         return Point{3.0 * i, 4.0 * i};
-       }},
-      {"a circle",
-       [](int i) {
-         return Point{500 * std::cos(i * 0.004), 500 * std::sin(i * 0.004)};
-       }},
-      {"noise finer than a pixel",
-       [](int i) {
-         return Point{9 * std::sin(1.7 * i), 5.0 * i};
-       }},
-      {"back and forth along itself",
-       [](int i) {
-         return Point{1000 * std::sin(i * 0.01), 0.01 * i};
-       }},
-      {"a spike",
-       [](int i) {
-         return Point{2.0 * i, i == 700 ? 900.0 : 0.0};
-       }},
-      {"the same place", [](int) {
-         return Point{7, 7};
-       }}};
-  for (const Curve& curve : curves) {
-    std::vector<Point> points;
-    for (int i = 0; i < kPoints; ++i) points.push_back(curve.At(i));
+  std::vector<std::vector<Point>> curves(6);
+  for (int i = 0; i < kPoints; ++i) {
+    const Point at[] = {{3.0 * i, 4.0 * i},
+                        {500 * std::cos(i * 0.004), 500 * std::sin(i * 0.004)},
+                        {9 * std::sin(1.7 * i), 5.0 * i},
+                        {1000 * std::sin(i * 0.01), 0.01 * i},
+                        {2.0 * i, i == 700 ? 900.0 : 0.0},
+                        {7, 7}};
+    for (std::size_t curve = 0; curve < curves.size(); ++curve) curves[curve].push_back(at[curve]);
+  }
+  for (const std::vector<Point>& points : curves) {
     for (const double near : {2.0, 6.0, 12.0}) {
-      SCOPED_TRACE(curve.Name + " " + std::to_string(near));
+      SCOPED_TRACE(testing::Message() << &points - curves.data() << ' ' << near);
       const std::vector<Point> thinned = Thinned(points, near);
       ASSERT_GE(thinned.size(), 2U);
       EXPECT_EQ(thinned.front(), points.front());
