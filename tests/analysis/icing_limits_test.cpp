@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "analysis/air_rows.h"
+#include "analysis/analysis.h"
 #include "analysis/icing.h"
 
 namespace vexa::analysis {
@@ -85,6 +86,22 @@ TEST(WaterIcing, ClassByShareAndTemperature) {
   EXPECT_EQ(WordOf(CloudType::ST, 2.02, 1.005, -2, true), "LGT MIXED");
   EXPECT_EQ(WordOf(CloudType::ST, 2.02, 1.005, -2.1, true), "LGT RIME");
   EXPECT_EQ(WordOf(CloudType::ST, 2.02, 1.005, -1), "LGT RIME");
+}
+
+TEST(WaterIcing, IsFoundByTheMethodOfTheOption) {
+  for (const IceType method : {IceType::SmithFeddes, IceType::Usaf}) {
+    AnalysisSettings settings;
+    settings.Ice = method;
+    const AnalysisResults results = Analyse(test::ReferenceWinter(), settings);
+    const auto& clouds = results.Layers.Clouds;
+    const auto expected = method == IceType::SmithFeddes
+                              ? SmithFeddesIcing(results.Levels, clouds, kWater)
+                              : RuleIcing(results.Levels, clouds);
+    ASSERT_FALSE(expected.empty());
+    ASSERT_EQ(results.Layers.Icing.size(), expected.size());
+    EXPECT_EQ(results.Layers.Icing[0].Word, expected[0].Word);
+    EXPECT_EQ(results.Layers.Icing[0].Value, expected[0].Value);
+  }
 }
 
 // Between -10 and -30 °C stratiform clouds freeze; cumulus keeps its water down to -40 °C.

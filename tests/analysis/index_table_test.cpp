@@ -283,6 +283,7 @@ TEST(IndexTable, FreezingLevelOfColdAndOfFreezingGround) {
   const auto thin =
       Index("FRZG Lvl", Profile({{1000, -5, -8}, {960, -1, -4}, {950, 2, -1}, {940, -2, -5}}));
   EXPECT_NEAR(thin.Value, 449, 3);
+  EXPECT_EQ(Index("FRZG Lvl", Profile({{1000, 0.5, -8}, {850, 0.4, -9}})).Value, kNone);
 }
 
 }  // namespace

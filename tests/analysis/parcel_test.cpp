@@ -82,6 +82,8 @@ TEST(Parcel, OtherLiftsBasesAndSteps) {
   }
   const AnalysisResults coarse = Analyse(test::ReferenceConvective(), With(TempBase::Dry, 25));
   EXPECT_NEAR(Forced(coarse, LiftType::Surface).CapeTotal, 3331, 1);
+  const AnalysisResults second = Analyse(test::ReferenceConvective(), With(TempBase::Dry, 2));
+  EXPECT_NEAR(Forced(second, LiftType::Surface).CapeTotal, 3365, 1.5);
 }
 
 TEST(Parcel, SourcesAndFreeConvection) {

@@ -131,7 +131,7 @@ TEST(ChooseTempRange, HoldsAHighAscentOnTheSkewT) {
   Options options;
   options.Above100mb = true;
   options.AutoHighEmagram = false;
-  const SoundingRecord sounding = Profile({{970, 28, 22},
+  const SoundingRecord sounding = Profile({{970, 28, -50},
                                            {700, 10, -2},
                                            {500, -10, -25},
                                            {350, -30, -50},
@@ -154,6 +154,7 @@ TEST(ChooseTempRange, HoldsAHighAscentOnTheSkewT) {
     return count;
   };
   const TempRange found = ChooseTempRange(sounding, options, choice, kPlot);
+  EXPECT_EQ(std::fmod(found.Max - found.Min, 10), 0);
   const int dewpts = held(found.Min, found.Max, sounding.Dewpt);
   for (double span = 60; span <= 400; span += 10) {
     for (double from = -300; from < 0; from += 5) {

@@ -115,6 +115,13 @@ TEST(SoundingPlot, LongValuesHaveALineOfTheirOwn) {
   EXPECT_LT(y[1], y[2]);
   EXPECT_LT(y[2], y[3]);
   EXPECT_EQ(y[3], y[4]);
+  // Numbers of a column stand by their points, words at its beginning.
+  options.CustomPanel = "KI,CAPE total,Lift Mode,Water";
+  const Picture page = Draw(test::ReferenceConvective(), options).Page;
+  EXPECT_EQ(Texts(page, "index value"), (LabelTexts{"31.9", "3365", "LFC", "3.22"}));
+  const auto values = Tagged<Label>(page, "index value");
+  EXPECT_NEAR(values.at(2).At.X, values.at(0).At.X, 0.5);
+  EXPECT_NEAR(values.at(3).At.X - values.at(1).At.X, 3 * 0.6 * values.at(3).Size, 0.5);
 }
 
 // The data end at 250 hPa, where the parcel is still warmer: nothing passes for measured.
