@@ -40,9 +40,7 @@ std::vector<double> SignedAreas(const LevelProfile& levels) {
   };
   for (int i = 1; i < levels.Count(); ++i) {
     if (levels.Press(i + 1) < kHighest) break;
-    const bool hasLogs = levels.Press(i) > 0 && levels.Press(i + 1) > 0;
-    const double depth = hasLogs ? levels.LogPress(i) - levels.LogPress(i + 1)
-                                 : std::log(levels.Press(i) / levels.Press(i + 1));
+    const double depth = levels.LogPress(i) - levels.LogPress(i + 1);
     const double low = value(i);
     const double high = value(i + 1);
     if ((low > 0) == (high > 0) || low == 0 || high == 0) {
