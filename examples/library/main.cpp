@@ -12,7 +12,7 @@ int main(int argc, char** argv) {
       return 1;
     }
     std::cout << sounding->Title() << '\n';
-    for (const char* label : {"KI", "SWEAT", "PWAT"}) {
+    for (const char* label : {"KI", "SWEAT", "Water"}) {
       if (const auto value = sounding->Index(label)) std::cout << label << ' ' << *value << '\n';
     }
     if (const auto cape = sounding->Lifted(vexa::engine::Lift::MostUnstable).Cape) {

@@ -10,7 +10,7 @@ execute_process(COMMAND ${CMAKE_COMMAND} -S ${SOURCE}/examples/library -B ${WORK
 execute_process(COMMAND ${CMAKE_COMMAND} --build ${WORK}/build OUTPUT_QUIET ${run})
 execute_process(COMMAND ${WORK}/build/indices ${SOURCE}/examples/severe_norman_1999.RAW
   OUTPUT_VARIABLE said ${run})
-if(NOT said MATCHES "\nKI [0-9.]+\n.*CAPE [0-9.]+ J/kg\n")
+if(NOT said MATCHES "\nKI [0-9.]+\nSWEAT [0-9.]+\nWater [0-9.]+\nCAPE [0-9.]+ J/kg\n")
   message(FATAL_ERROR "The example prints: ${said}")
 endif()
 execute_process(COMMAND ${WORK}/build/indices ${SOURCE}/README.md
