@@ -2,10 +2,6 @@
 #include "app/diagram_control.h"
 
 #include <QElapsedTimer>
-#include <QGestureEvent>
-#include <QNativeGestureEvent>
-#include <QPinchGesture>
-#include <QPointingDevice>
 #include <QTableWidget>
 #include <QTimer>
 #include <QWheelEvent>
@@ -64,29 +60,6 @@ TEST_F(ControlTest, ZoomsByRegionWheelAndKeysAndPans) {
   EXPECT_NEAR(At().ToPoint(8.6, 700).X, target.X, 20);
   Key(Qt::Key_Minus);
   Key(Qt::Key_Minus);
-  EXPECT_FALSE(At().IsZoomed());
-}
-
-// Two fingers apart by half on the touch pad, then together again on the touch screen.
-TEST_F(ControlTest, PinchingZoomsAboutTheFingers) {
-  Open({test::ReferenceConvective()});
-  const Point target = At().ToPoint(8.6, 700);
-  const QPointF place = Place(target);
-  const double whole = At().Frame().Width();
-  QNativeGestureEvent pad(Qt::ZoomNativeGesture, QPointingDevice::primaryPointingDevice(), 2, place,
-                          place, window.View().mapToGlobal(place), 0.5, {});
-  QApplication::sendEvent(&window.View(), &pad);
-  EXPECT_NEAR(At().Region().Width(), whole / 1.5, 1);
-  EXPECT_NEAR(At().ToPoint(8.6, 700).X, target.X, 20);
-  QPinchGesture pinch;
-  pinch.setCenterPoint(window.View().mapToGlobal(place));
-  pinch.setScaleFactor(1.2);
-  QGestureEvent screen({&pinch});
-  QApplication::sendEvent(&window.View(), &screen);
-  EXPECT_NEAR(At().Region().Width(), whole / 1.8, 1);
-  pinch.setScaleFactor(0.2);
-  QGestureEvent together({&pinch});
-  QApplication::sendEvent(&window.View(), &together);
   EXPECT_FALSE(At().IsZoomed());
 }
 

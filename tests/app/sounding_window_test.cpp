@@ -2,7 +2,6 @@
 #include <QMimeData>
 #include <QProgressBar>
 #include <QScrollBar>
-#include <QShortcutEvent>
 #include <QUrl>
 
 #include "app/diagram_view.h"
@@ -169,21 +168,6 @@ TEST(WithEnding, IsTheChosenFiltersWhereTheNameHasNoneOfThem) {
       {"list", "", 0, "list"},
   };
   for (const Case& c : cases) EXPECT_EQ(WithEnding(c.Name, c.Filter, c.Entry), c.Named) << c.Name;
-}
-
-TEST_F(SoundingWindowTest, AKeyRepeatsTheEntryThatAKeyChoseLast) {
-  const auto press = [this](QKeySequence keys, QObject* to) {
-    QShortcutEvent event(keys, 0);
-    QApplication::sendEvent(to, &event);
-  };
-  auto& again = test::In<QShortcut>(window, "RepeatKey");
-  emit again.activated();  // nothing to repeat yet
-  EXPECT_EQ(program.Set.Diagram, DiagramType::SkewT);
-  press(Entry("mnuEmagram").shortcut(), &Entry("mnuEmagram"));
-  EXPECT_EQ(program.Set.Diagram, DiagramType::Emagram);
-  Entry("mnuSkewT").trigger();  // by the mouse: not remembered
-  emit again.activated();
-  EXPECT_EQ(program.Set.Diagram, DiagramType::Emagram);
 }
 
 }  // namespace

@@ -176,16 +176,15 @@ TEST(Colors, StepEvenlyForTheEye) {
   EXPECT_NEAR(LabOf({255, 0, 0}).A, 0.225, 0.001);
   EXPECT_EQ(ColorOf(LabOf({12, 200, 97})), (Color{12, 200, 97}));
   EXPECT_EQ(SignedColor(0, false), (Color{255, 255, 255}));
+  // Paler on white paper, brighter on black, in steps that hardly differ.
   for (const bool black : {false, true}) {
+    const auto at = [black](int i) { return LabOf(RisingColor(i / 12.0, black)); };
     double least = 1e9, most = 0;
     for (int i = 0; i < 12; ++i) {
-      const double step = DifferenceOf(LabOf(RisingColor(i / 12.0, black)),
-                                       LabOf(RisingColor((i + 1) / 12.0, black)));
+      const double step = DifferenceOf(at(i), at(i + 1));
       least = std::min(least, step);
       most = std::max(most, step);
-      const double rise =
-          LabOf(RisingColor((i + 1) / 12.0, black)).L - LabOf(RisingColor(i / 12.0, black)).L;
-      EXPECT_EQ(rise > 0, black) << i;
+      EXPECT_EQ(at(i + 1).L > at(i).L, black) << i;
     }
     EXPECT_LT(most, 1.35 * least);  // a step across a bend in the path is shorter
   }

@@ -129,21 +129,6 @@ bool IsWithin(const Rect& inner, const Rect& outer, double by) {
          inner.Top >= outer.Top - by && inner.Bottom <= outer.Bottom + by;
 }
 
-void ExpectApart(const Picture& page) {
-  std::vector<const Item*> labels;
-  for (const Item& item : page.Items()) {
-    if (!std::holds_alternative<Label>(item.Shape)) continue;
-    const auto& label = std::get<Label>(item.Shape);
-    EXPECT_GE(label.Size, LetterSize(Type::Note)) << Named(item);
-    const Rect place = test::PlaceOf(label);
-    for (const Item* other : labels) {
-      EXPECT_FALSE(Overlap(place, test::PlaceOf(std::get<Label>(other->Shape)), 0))
-          << Named(item) << " on " << Named(*other);
-    }
-    labels.push_back(&item);
-  }
-}
-
 // Where a straight line runs through a rectangle.
 bool Crosses(Point from, Point to, const Rect& place) {
   double enters = 0;
@@ -266,7 +251,7 @@ TEST(PageProperties, HoldForEveryLayoutAndSounding) {
                      sounding.StationTitle);
         const auto plot = PlotShown(program, program.Set, kPages[i].On);
         ASSERT_TRUE(plot);
-        ExpectApart(plot->Page);
+        test::ExpectOrderly(plot->Page, plot->Layout.Page, 0);
         ExpectNoLineThroughAText(plot->Page);
         ExpectNoLeaderAcrossATrace(plot->Page);
         ExpectInsideItsRegion(plot->Page, layout, plot->Layout);

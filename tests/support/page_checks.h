@@ -22,8 +22,10 @@ inline Rect PlaceOf(const Label& label) {
   return {left, middle - half, left + width, middle + half};
 }
 
-/// No letter under the floor, every text inside the region and apart from its neighbours.
-inline void ExpectOrderly(const Picture& page, const Rect& region) {
+/// No letter under the floor, every text inside the region and apart from its neighbours: on a line
+/// a letter's width or as said.
+inline void ExpectOrderly(const Picture& page, const Rect& region,
+                          double apart = 3 * kUnitsPerPixel) {
   std::vector<const Label*> labels;
   constexpr double kAlmost = 1;
   for (const Item& item : page.Items()) {
@@ -37,8 +39,6 @@ inline void ExpectOrderly(const Picture& page, const Rect& region) {
         << labels[i]->Text;
     for (std::size_t j = 0; j < i; ++j) {
       const Rect other = PlaceOf(*labels[j]);
-      // Neighbours on a line keep a letter's width apart.
-      const double apart = 3 * kUnitsPerPixel;
       EXPECT_FALSE(at.Left < other.Right + apart && other.Left < at.Right + apart &&
                    at.Top < other.Bottom && other.Top < at.Bottom)
           << labels[i]->Text << " | " << labels[j]->Text;
