@@ -310,13 +310,19 @@ TEST(WaveModel, PoorSoundingsGiveASentence) {
   }
 }
 
-// 5 m/s are 9.72 kt of 0.5144 m/s.
-TEST(WaveModel, TheCrestNeedsFiveMetresASecond) {
-  for (const auto& [knots, flows] : {std::pair(9.70, false), std::pair(9.74, true)}) {
+// 5 m/s are 9.72 kt of 0.5144 m/s; a wind from the west is 60 degrees off the normal of a ridge
+// along 120 degrees.
+TEST(WaveModel, TheCrestNeedsFiveMetresASecondWithin60Degrees) {
+  for (const auto& [knots, axis, flows] :
+       {std::tuple(9.70, 180, false), std::tuple(9.74, 180, true), std::tuple(40.0, 119, false),
+        std::tuple(40.0, 121, true)}) {
     SoundingRecord steady = test::ReferenceWinter();
-    test::ChangeWinds(steady, [&](WindLevel& wind) { wind.Dir = 270, wind.Spd = knots; });
+    test::ChangeWinds(steady, [speed = knots](WindLevel& wind) {
+      wind.Dir = 270;
+      wind.Spd = speed;
+    });
     const Air air = AirOf(steady, analysis::DeriveLevels(steady, Options{}));
-    EXPECT_EQ(FlowAcross(air, 1000, 0).WhyNone.empty(), flows) << knots;
+    EXPECT_EQ(FlowAcross(air, 1000, axis).WhyNone.empty(), flows) << knots << ' ' << axis;
   }
 }
 
