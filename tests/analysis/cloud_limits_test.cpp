@@ -76,10 +76,7 @@ TEST(CloudLimits, GapsThinLayersAndTheTropopause) {
       {"60 m are a cloud", {{0, 0}, {1000, 0}, {1060, 1}, {1120, 0}}, 0, "1030-1090 "},
       {"500 m above the tropopause", {{0, 0}, {8000, 1}, {9500, 1}, {9600, 1}}, 9000, "4000-9500 "},
       {"more do not count", {{0, 0}, {8000, 1}, {9501, 1}, {9600, 1}}, 9000, "4000-8000 "}};
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.About);
-    EXPECT_EQ(DecksOf(c.Air, c.Tropopause), c.Decks);
-  }
+  for (const auto& c : cases) EXPECT_EQ(DecksOf(c.Air, c.Tropopause), c.Decks) << c.About;
 }
 
 struct Deck {

@@ -75,11 +75,7 @@ TEST(DeriveWinds, LeavesOutWhatIsNoWind) {
   const auto heightsOf = [](int gap, double height, double dir, double spd) {
     SoundingRecord sounding;
     for (int i = 0; i < 20; ++i) {
-      if (i == gap) {
-        sounding.AddWind(height, dir, spd);
-      } else {
-        sounding.AddWind(100 * i, 90, i);
-      }
+      i == gap ? sounding.AddWind(height, dir, spd) : sounding.AddWind(100 * i, 90, i);
     }
     const WindProfile winds = DeriveWinds(sounding);
     EXPECT_EQ(winds.Vectors.size(), winds.Heights.size());

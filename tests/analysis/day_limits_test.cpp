@@ -295,12 +295,11 @@ TEST(Soaring, OfTheConvectiveSoundingAt31Degrees) {
 
 // By hand: theta = T (1000/p)^0.2856 with 273.16 K at 0 °C, shares linear in theta and ln p.
 TEST(Soaring, ThermalsOfOrdinaryDays) {
-  struct Case {
+  const struct {
     const char* About;
     SoundingRecord Sounding;
     double DayTemp, Top, Pilot;  // °C, hPa; kNone for none
-  };
-  const Case cases[] = {
+  } cases[] = {
       // 8 °C at 850 hPa come to 21.4 °C at the ground, which is warmer already. Dry, so no cloud:
       // theta 298.16 K of the ground against 294.52 at 850 and 304.45 K at 700 hPa; the index is
       // -3.48 at 850 and 5.68 at 700 hPa.
@@ -316,7 +315,7 @@ TEST(Soaring, ThermalsOfOrdinaryDays) {
       {"stable ground has none",
        test::Profile({{840, 10, -30}, {800, 12, -30}, {600, 0, -40}}, {}, 1500), 10, 840, kNone},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.About);
     const SoaringResults soaring = Analyse(c.Sounding, {}).Soaring;
     EXPECT_NEAR(soaring.MaxTemp, c.DayTemp, 0.01);

@@ -279,21 +279,23 @@ TEST(IndexLimits, SevereStepsIncludeTheirLimits) {
     ADD_FAILURE() << text;
     return SevereRow{2, limits};
   };
-  const SevereRow above = row("K Index", {{20, 30, 40}, {}});
-  const SevereRow below = row("LI - Lifted Index", {{0, -4, -7}, {}});
-  const SevereRow within =
-      row("WBZ - WetBulb Zero Hgt (ft,AGL)", {{5000, 6000, 7000}, {12000, 11000, 10000}});
-  const struct {
-    const SevereRow* Row;
-    double Value;
-    int Step;
-  } cases[] = {{&above, 19.9, 0},   {&above, 20, 1},     {&above, 29.9, 1},   {&above, 30, 2},
-               {&above, 39.9, 2},   {&above, 40, 3},     {&below, 0.1, 0},    {&below, 0, 1},
-               {&below, -3.9, 1},   {&below, -4, 2},     {&below, -6.9, 2},   {&below, -7, 3},
-               {&within, 4999, 0},  {&within, 5000, 1},  {&within, 6000, 2},  {&within, 7000, 3},
-               {&within, 10000, 3}, {&within, 10001, 2}, {&within, 11001, 1}, {&within, 12000, 1},
-               {&within, 12001, 0}};
-  for (const auto& c : cases) EXPECT_EQ(SevereStep(*c.Row, c.Value), c.Step) << c.Value;
+  const auto expect = [](const SevereRow& of, const std::vector<std::pair<double, int>>& steps) {
+    for (const auto& [value, step] : steps) EXPECT_EQ(SevereStep(of, value), step) << value;
+  };
+  expect(row("K Index", {{20, 30, 40}, {}}),
+         {{19.9, 0}, {20, 1}, {29.9, 1}, {30, 2}, {39.9, 2}, {40, 3}});
+  expect(row("LI - Lifted Index", {{0, -4, -7}, {}}),
+         {{0.1, 0}, {0, 1}, {-3.9, 1}, {-4, 2}, {-6.9, 2}, {-7, 3}});
+  expect(row("WBZ - WetBulb Zero Hgt (ft,AGL)", {{5000, 6000, 7000}, {12000, 11000, 10000}}),
+         {{4999, 0},
+          {5000, 1},
+          {6000, 2},
+          {7000, 3},
+          {10000, 3},
+          {10001, 2},
+          {11001, 1},
+          {12000, 1},
+          {12001, 0}});
 }
 
 }  // namespace

@@ -180,10 +180,9 @@ TEST(IndexTable, EmptyWindsChangeNothing) {
     const SoundingRecord empty = test::WithEmptyWinds(whole);
     const AnalysisResults expected = Analyse(whole, {});
     const AnalysisResults found = Analyse(empty, {});
-    for (std::size_t i = 0; i < expected.Indices.size(); ++i) {
-      SCOPED_TRACE(expected.Indices[i].Row->Label);
-      EXPECT_EQ(found.Indices[i].Value, expected.Indices[i].Value);
-    }
+    for (std::size_t i = 0; i < expected.Indices.size(); ++i)
+      EXPECT_EQ(found.Indices[i].Value, expected.Indices[i].Value)
+          << expected.Indices[i].Row->Label;
     EXPECT_EQ(found.Layers.Turbulence.size(), expected.Layers.Turbulence.size());
     EXPECT_EQ(found.Winter.SnowSquall, expected.Winter.SnowSquall);
     EXPECT_EQ(WindAtHeight(empty, 1250).Value.Spd, WindAtHeight(whole, 1250).Value.Spd);
@@ -191,13 +190,12 @@ TEST(IndexTable, EmptyWindsChangeNothing) {
 }
 
 TEST(IndexTable, SaysWhyThereIsNoValue) {
-  struct Case {
+  const struct {
     const char* about;
     const char* label;
     SoundingRecord sounding;
     const char* reason;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"starts above", "KI", Profile({{812, 10, 5}, {700, 2, -3}, {400, -20, -30}}),
        "no 850 hPa level: the sounding starts at 812 hPa"},
       {"ends below", "VT", Profile({{1000, 20, 15}, {700, 2, -3}}),
@@ -213,7 +211,7 @@ TEST(IndexTable, SaysWhyThereIsNoValue) {
       {"no shear", "BRN", Profile({{1000, 20, 15}, {400, -20, -30}}),
        "no winds between the ground and 6 km"},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.about);
     const IndexValue index = Index(c.label, c.sounding);
     EXPECT_EQ(index.Value, kNone);

@@ -120,17 +120,16 @@ TEST(RealSoundings, AgreeWithWhatTheFilesPrint) {
 // index rests on another saturated adiabat, SWEAT on winds read at our heights, in whole degrees.
 TEST(RealSoundings, IndicesAgreeWithTheListings) {
   VEXA_REAL_DATA(folder, "wyoming");
-  struct Case {
+  const struct {
     const char* file;
     double kIndex, cross, vertical, totals, sweat, showalter;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"html_72357_OUN_1999050400.html", 27.40, 27.40, 31.90, 59.30, 555.49, -6.51},
       {"html_72681_BOI_2010120912.html", 23.80, 22.10, 24.70, 46.80, 81.40, 5.01},
       {"html_72349_1976030400_no_id.html", 39.70, 27.70, 28.10, 55.80, 493.70, -4.13},
       {"html_82244_2012010100_no_position.html", 31.50, 20.70, 22.70, 43.40, 239.60, -0.52},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.file);
     const AnalysisResults results = Analyse(RealSounding(folder / c.file), {});
     EXPECT_NEAR(ValueIn(results, "KI"), c.kIndex, 0.005);
@@ -147,16 +146,15 @@ TEST(RealSoundings, IndicesAgreeWithTheListings) {
 // precipitable water goes to the end of the sounding.
 TEST(RealSoundings, ParcelsAgreeWithTheListings) {
   VEXA_REAL_DATA(folder, "wyoming");
-  struct Case {
+  const struct {
     const char* file;
     double lifted, lcl, cape, cin, thickness, water;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"html_72357_OUN_1999050400.html", -8.04, 895.98, 2252.27, -120.55, 5677, 26.86},
       {"html_72681_BOI_2010120912.html", 7.90, 869.51, 0, 0, 5415, 11.09},
       {"html_72672_RIW_2019052812.html", 2.33, 796.06, 0, 0, 5527, 14.38},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.file);
     const SoundingRecord sounding = RealSounding(folder / c.file);
     Options options;

@@ -284,16 +284,15 @@ TEST(Heights, LeadWhereThePilotReadsThem) {
   drawn.Layout = FindLayout("pilot");
   ASSERT_NE(drawn.Layout, nullptr);
   drawn.Sounding.ElevM = 100;
-  struct Case {
+  const struct {
     LengthUnits Units;
     HeightMode From;
     std::string Head;
     double First, Step;  // m above the sea
-  };
-  const Case cases[] = {{LengthUnits::Meter, HeightMode::Msl, "m msl", 0, 500},
-                        {LengthUnits::Feet, HeightMode::Msl, "ft msl", 0, 304.8},
-                        {LengthUnits::Meter, HeightMode::Agl, "m AGL", 100, 500}};
-  for (const Case& c : cases) {
+  } cases[] = {{LengthUnits::Meter, HeightMode::Msl, "m msl", 0, 500},
+               {LengthUnits::Feet, HeightMode::Msl, "ft msl", 0, 304.8},
+               {LengthUnits::Meter, HeightMode::Agl, "m AGL", 100, 500}};
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.Head);
     drawn.Set.GpmUnits = c.Units;
     drawn.Set.Heights = c.From;

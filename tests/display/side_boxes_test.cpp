@@ -18,6 +18,8 @@
 namespace vexa::display {
 namespace {
 
+const analysis::SevereTable kTable = analysis::DefaultSevereTable();
+
 struct Case {
   std::string About{};
   SoundingRecord Record{};
@@ -30,7 +32,7 @@ std::vector<Case> Cases() {
                              {"one level", test::Profile({{1000, 20, 15}})}};
   cases.push_back({"no winds", test::WithoutWinds(test::ReferenceConvective())});
   Case dry{"no dew points", test::ReferenceConvective()};
-  for (int i = 1; i <= dry.Record.NumTempLevels(); ++i) dry.Record.Dewpt(i) = kMissing;
+  for (double& dewpt : dry.Record.Dewpt.Values()) dewpt = kMissing;
   cases.push_back(dry);
   cases.push_back(
       {"five levels",
@@ -54,10 +56,9 @@ std::vector<Case> Cases() {
 }
 
 TEST(SideBoxes, KeepInTheirRegionsWithTextsApartAndLegible) {
-  const analysis::SevereTable table = analysis::DefaultSevereTable();
   for (const Case& c : Cases()) {
     const analysis::AnalysisResults results = analysis::Analyse(c.Record, c.Set);
-    for (const PageBox& box : PageBoxes({c.Record, results, c.Set, table})) {
+    for (const PageBox& box : PageBoxes({c.Record, results, c.Set, kTable})) {
       for (const double width : {200, 264, 356, 480}) {
         for (const double lines : {0.5, 3.0, 8.0, 20.0}) {
           SCOPED_TRACE(c.About + ", " + std::string(box.Name) + ", " + std::to_string(width));
@@ -76,11 +77,10 @@ TEST(SideBoxes, KeepInTheirRegionsWithTextsApartAndLegible) {
 TEST(SideBoxes, TheWeatherBoxHasTheUnitsOfTheOptions) {
   Case c{"m/s", test::ReferenceConvective()};
   c.Set.Speed = SpeedUnits::MetersPerSecond;
-  const analysis::SevereTable table = analysis::DefaultSevereTable();
   const analysis::AnalysisResults results = analysis::Analyse(c.Record, c.Set);
   const Rect region{0, 0, 480 * kUnitsPerPixel, BoxHeight(60)};
   Picture page(12000, 12000, {});
-  for (const PageBox& box : PageBoxes({c.Record, results, c.Set, table})) {
+  for (const PageBox& box : PageBoxes({c.Record, results, c.Set, kTable})) {
     if (box.Name == "weather") box.Draw(page, region);
   }
   int speeds = 0;
@@ -121,13 +121,12 @@ TEST(Texts, AThermalClimbsInTheUnitOfHeights) {
 
 // On a screen every row is on the page; elsewhere a line tells of those that are not.
 TEST(WeatherSheets, KeepInTheirPageWithTextsApartAndLegible) {
-  const analysis::SevereTable table = analysis::DefaultSevereTable();
   const Surface surfaces[] = {WindowSurface(800, 600), WindowSurface(3440, 1440),
                               ImageSurface(800, 600), ImageSurface(900, 1400),
                               PaperSurfaceMm(210, 297)};
   for (const Case& c : Cases()) {
     const analysis::AnalysisResults results = analysis::Analyse(c.Record, c.Set);
-    const Shown shown{c.Record, results, c.Set, table};
+    const Shown shown{c.Record, results, c.Set, kTable};
     for (const Sheet& sheet : {SevereWeatherSheet(shown), WinterWeatherSheet(shown),
                                SoaringSheet(shown), LayerSheet(shown)}) {
       std::size_t rows = 0;
@@ -156,9 +155,8 @@ const SheetRow* RowOf(const SheetBlock& block, std::string_view label) {
 TEST(SideBoxes, TellStormMotionAndShear) {
   const SoundingRecord sounding = test::ReferenceConvective();
   Options options;
-  const analysis::SevereTable table = analysis::DefaultSevereTable();
   analysis::AnalysisResults results = analysis::Analyse(sounding, options);
-  const SheetBlock storm = BlockOf("storm", {sounding, results, options, table});
+  const SheetBlock storm = BlockOf("storm", {sounding, results, options, kTable});
   const SheetRow& helicity = *RowOf(storm, "Helicity, RM");
   EXPECT_EQ(helicity.Value, "160");
   EXPECT_EQ(helicity.More.at(0).Text, "298");
@@ -169,7 +167,7 @@ TEST(SideBoxes, TellStormMotionAndShear) {
   EXPECT_EQ(RowOf(storm, "Right mover")->Note, "");
   options.MotionMode = Scaling::Manual;
   results = analysis::Analyse(sounding, options);
-  const SheetBlock manual = BlockOf("storm", {sounding, results, options, table});
+  const SheetBlock manual = BlockOf("storm", {sounding, results, options, kTable});
   EXPECT_EQ(RowOf(manual, "Right mover")->Value, "240/25 kts");
   EXPECT_EQ(RowOf(manual, "Right mover")->Note, "manual");
 }
@@ -182,9 +180,8 @@ TEST(SideBoxes, TellTheWindsByHeight) {
                     {{120, 360, 10}, {1120, 90, 10}, {3000, 90, 10}}, 120);
   Options options;
   const analysis::AnalysisResults results = analysis::Analyse(sounding, options);
-  const analysis::SevereTable table = analysis::DefaultSevereTable();
   const auto wind = [&](std::string_view label) {
-    const SheetBlock winds = BlockOf("winds", {sounding, results, options, table});
+    const SheetBlock winds = BlockOf("winds", {sounding, results, options, kTable});
     const SheetRow* row = RowOf(winds, label);
     return row == nullptr ? std::string("none") : row->Value;
   };
@@ -245,14 +242,13 @@ TEST(SideBoxes, AlignNumbersOnTheirDecimalPoints) {
 TEST(SideBoxes, TellOfTheInversionsThatMatter) {
   const SoundingRecord sounding = test::Profile({{1000, 5, 2}});
   const Options options;
-  const analysis::SevereTable table = analysis::DefaultSevereTable();
   analysis::AnalysisResults results = analysis::Analyse(sounding, options);
   results.Tropopauses = {{200, 11800, -60}};
   for (const double height : {1000.0, 7000.0, 15000.0}) {
     results.Inversions.push_back(
         {analysis::InversionKind::Subsidence, {500, height, 0}, {490, height + 100, 3}});
   }
-  const Shown shown{sounding, results, options, table};
+  const Shown shown{sounding, results, options, kTable};
   EXPECT_EQ(BlockOf("inversions", shown).Rows.size(), 1u);
   EXPECT_EQ(BlockOf("inversions", shown).Rows[0].Label, "1000 - 1100 m");
   const SheetBlock layers = BlockOf("layers", shown);

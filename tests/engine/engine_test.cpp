@@ -40,13 +40,12 @@ TEST(Engine, GivesASoundingAndItsAnalysis) {
 }
 
 TEST(Engine, SaysWhyThereIsNoSounding) {
-  struct Case {
+  const struct {
     const char* about;
     std::string file;
     engine::Settings settings;
     const char* says;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"no such file", "nowhere.RAW", {}, "nowhere.RAW"},
       {"no sounding", TextFromPath(test::SourceFolder() / "README.md"), {}, "none of the known"},
       {"damaged", Data("native_damaged.RAW"), {}, "line "},
@@ -56,7 +55,7 @@ TEST(Engine, SaysWhyThereIsNoSounding) {
       {"option", Norman(), {.Options = {"no such key=1"}}, "no such key"},
       {"station file", Norman(), {.StationFile = "nowhere.STN"}, "nowhere.STN"},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.about);
     const engine::Loaded loaded = engine::Load(c.file, c.settings);
     EXPECT_FALSE(loaded);

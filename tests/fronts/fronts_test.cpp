@@ -19,17 +19,16 @@ FrontResults Find(const SoundingRecord& sounding, const FrontSettings& settings 
 }
 
 TEST(ThermalWind, OfOneLayer) {
-  struct Case {
+  const struct {
     const char* about;
     analysis::Wind low, high;
     double latitude, direction, warm, normal, advection;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"veering is warm", {200, 30}, {240, 40}, 45, 288.6, 198.6, -29.99, 2.11},
       {"backing is cold", {300, 30}, {260, 40}, 45, 211.4, 121.4, 29.99, -2.11},
       {"in the south backing is warm", {300, 30}, {260, 40}, -45, 211.4, 301.4, -29.99, 2.11},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.about);
     const analysis::WindVector low = analysis::Components(c.low);
     const analysis::WindVector high = analysis::Components(c.high);
@@ -46,26 +45,21 @@ TEST(ThermalWind, OfOneLayer) {
 }
 
 TEST(Fronts, ClassesAndWhatFollows) {
-  struct Case {
-    bool isWarm;
-    double normal, speed;
-    FrontClass kind;
-    double difference, slope, lift;
-  };
-  const Case cases[] = {
-      {true, 24, 30, FrontClass::AnabaticWarm, -6, 120, 92.6},
-      {true, 30, 30, FrontClass::AnabaticWarm, 0, 120, 0},
-      {true, 31, 30, FrontClass::KatabaticWarm, 1, 120, -15.4},
-      {false, 36, 30, FrontClass::AnabaticCold, -6, 80, 138.9},
-      {false, 30, 30, FrontClass::KatabaticCold, 0, 40, 0},
-      {false, 24, 30, FrontClass::KatabaticCold, 6, 40, -277.8},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.normal);
-    EXPECT_EQ(Classify(c.isWarm, c.normal, c.speed), c.kind);
-    EXPECT_EQ(SpeedDifference(c.isWarm, c.normal, c.speed), c.difference);
-    EXPECT_EQ(AutomaticSlope(c.kind), c.slope);
-    EXPECT_NEAR(VerticalMotion(c.difference, c.slope), c.lift, 0.05);
+  using enum FrontClass;
+  const struct {
+    bool IsWarm;
+    double Normal;  // kt, at a front of 30 kt
+    FrontClass Kind;
+    double Difference, Slope, Lift;
+  } cases[] = {{true, 24, AnabaticWarm, -6, 120, 92.6},  {true, 30, AnabaticWarm, 0, 120, 0},
+               {true, 31, KatabaticWarm, 1, 120, -15.4}, {false, 36, AnabaticCold, -6, 80, 138.9},
+               {false, 30, KatabaticCold, 0, 40, 0},     {false, 24, KatabaticCold, 6, 40, -277.8}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.Normal);
+    EXPECT_EQ(Classify(c.IsWarm, c.Normal, 30), c.Kind);
+    EXPECT_EQ(SpeedDifference(c.IsWarm, c.Normal, 30), c.Difference);
+    EXPECT_EQ(AutomaticSlope(c.Kind), c.Slope);
+    EXPECT_NEAR(VerticalMotion(c.Difference, c.Slope), c.Lift, 0.05);
   }
   EXPECT_EQ(FrontDistance(1500, 80), 120);
   EXPECT_NEAR(PrecipitationTime(4, 92.6).value_or(-1), 5.4, 0.05);
@@ -129,14 +123,10 @@ TEST(Fronts, TwoKnotsAreQuasiStationary) {
   FrontSettings set;
   set.Speed = FrontSpeedUnits::MilesPerHour;  // 2 kt are 2.3 mph, and still stand
   const Options options;
-  struct Case {
-    double speed;
-    const char* text;
-  };
-  for (const Case& c :
-       {Case{2, "Quasi-stationary"}, Case{2.01, "Frontal speed: 2 mph towards the N"}}) {
-    results.Found->Speed = c.speed;
-    EXPECT_EQ(Characterisation({results, set, options})[1], c.text);
+  for (const auto& [speed, text] :
+       {std::pair(2.0, "Quasi-stationary"), {2.01, "Frontal speed: 2 mph towards the N"}}) {
+    results.Found->Speed = speed;
+    EXPECT_EQ(Characterisation({results, set, options})[1], text);
     EXPECT_EQ(Characterisation({results, set, options})[3], "Vertical motion: --");
   }
 }
@@ -149,25 +139,18 @@ TEST(Fronts, NoneWithoutGradientPositionOrWinds) {
   nowhere.LatHemi.clear();
   SoundingRecord steady = winter;
   test::ChangeWinds(steady, [](WindLevel& wind) { wind.Dir = 270, wind.Spd = 20; });
-  struct Case {
-    const char* about;
-    SoundingRecord sounding;
-    const char* why;
-  };
-  const Case cases[] = {
-      {"tropics", tropics, "The station lies within 10 degrees of the equator."},
-      {"no position", nowhere, "The position of the station is not known."},
-      {"no winds", test::WithoutWinds(winter), "The sounding has no winds."},
-      {"no shear", steady, ""},
-      {"nothing", SoundingRecord{}, "The position of the station is not known."},
-  };
+  const std::pair<SoundingRecord, const char*> cases[] = {
+      {tropics, "The station lies within 10 degrees of the equator."},
+      {nowhere, "The position of the station is not known."},
+      {test::WithoutWinds(winter), "The sounding has no winds."},
+      {steady, ""},
+      {SoundingRecord{}, "The position of the station is not known."}};
   const FrontSettings set;
   const Options options;
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.about);
-    const FrontResults results = Find(c.sounding);
-    EXPECT_FALSE(results.Found);
-    EXPECT_EQ(results.WhyNone, c.why);
+  for (const auto& [sounding, why] : cases) {
+    const FrontResults results = Find(sounding);
+    EXPECT_FALSE(results.Found) << why;
+    EXPECT_EQ(results.WhyNone, why);
     EXPECT_EQ(Characterisation({results, set, options}).front(), "No front found.");
   }
 }

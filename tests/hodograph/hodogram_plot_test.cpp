@@ -31,13 +31,12 @@ TEST(Trajectory, IsCarriedByTheMeanWindOfEachLayer) {
 
 TEST(Hodogram, ViewsFromAllSides) {
   const Hodogram hodogram = MakeHodogram(test::Profile({}, {{0, 270, 20}, {4000, 270, 20}}), {});
-  struct Case {
+  const struct {
     const char* about;
     double azimuth, tilt;
     int right, up;  // where the balloon, which drifts eastwards, ends as seen from its start
     int northRight, northUp;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"level, looking north", 0, 0, 1, 1, 0, 0},
       {"level, looking east", 90, 0, 0, 1, -1, 0},
       {"level, looking south", 180, 0, -1, 1, 0, 0},
@@ -45,7 +44,7 @@ TEST(Hodogram, ViewsFromAllSides) {
       {"from above, east ahead", 90, 90, 0, 1, -1, 0},
   };
   const auto sign = [](double value) { return std::fabs(value) < 1 ? 0 : value > 0 ? 1 : -1; };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.about);
     Hodogram3DSettings view;
     view.Azimuth = c.azimuth;

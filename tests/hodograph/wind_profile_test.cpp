@@ -91,12 +91,11 @@ TEST(Comparison, WritesAndReadsSlots) {
 }
 
 TEST(Comparison, DamagedFilesNameTheLine) {
-  struct Case {
+  const struct {
     const char* about;
     const char* text;
     int line;  // 0: an unused slot
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"unused", "empty\r\n", 0},
       {"nothing at all", "", 0},
       {"a word for a speed", "A\r\n0,180,10\r\n500,190,x\r\n", 3},
@@ -105,7 +104,7 @@ TEST(Comparison, DamagedFilesNameTheLine) {
       {"a direction of 400", "A\n0,400,10\n", 2},
       {"heights that fall", "A\n500,180,10\n\n400,180,10\n", 4},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.about);
     const auto parsed = ParseComparison(c.text, 1);
     ASSERT_EQ(parsed.Ok(), c.line == 0);

@@ -14,12 +14,11 @@ namespace {
 constexpr Rect kPage{1000, 500, 11000, 8500};
 
 TEST(Projection, SuitsItsArea) {
-  struct Case {
+  const struct {
     const char* About;
     std::vector<Place> Places;
     ProjectionKind Kind;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"the plains", {{35, -97}, {45, -100}}, ProjectionKind::Lambert},
       {"Australia", {{-35, 150}, {-25, 130}}, ProjectionKind::Lambert},
       {"the Arctic", {{70, -150}, {80, 30}}, ProjectionKind::PolarStereographic},
@@ -32,7 +31,7 @@ TEST(Projection, SuitsItsArea) {
       {"all continents", {{-89.98, 0}, {64, -147}, {35, 139}, {-34, 18}}, ProjectionKind::World},
       {"Fiji, over the date line", {{-17, 178}, {-14, -171}}, ProjectionKind::Mercator},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.About);
     EXPECT_EQ(SuitableFor(c.Places), c.Kind);
     const MapFrame frame(c.Places, kPage);

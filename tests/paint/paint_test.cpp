@@ -69,18 +69,17 @@ TEST(Paint, NothingLeavesThePage) {
 }
 
 TEST(Paint, LettersStandByTheirAnchors) {
-  struct Case {
+  const struct {
     const char* about;
     AnchorX across;
     AnchorY down;
     double left, right, top, bottom;  // share of the ink on this side of the point
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"centred", AnchorX::Center, AnchorY::Middle, 0.5, 0.5, 0.5, 0.5},
       {"right of the point, above it", AnchorX::Left, AnchorY::Base, 0, 1, 1, 0},
       {"left of the point, below it", AnchorX::Right, AnchorY::Top, 1, 0, 0, 1},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.about);
     for (const double angle : {0.0, 90.0}) {
       SCOPED_TRACE(angle);
