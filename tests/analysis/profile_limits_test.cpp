@@ -51,10 +51,18 @@ TEST(ProfileLimits, AirBetweenLevelsAndBeyondTheirEnds) {
   EXPECT_FALSE(ProfileWalk(last).At(999).HasDewpt());
 }
 
-// No two looks more than 250 m apart, but at most 400 of a layer.
-TEST(ProfileLimits, LooksOfDeepAndEmptyLayers) {
+// At the ends and the levels, no two closer than 50 m or more than 250 m apart, but at most 400.
+TEST(ProfileLimits, LooksAreNeitherTooCloseNorTooFar) {
   const LevelProfile levels = Air({{0, 1000, 5, 5}, {250, 970, 5, 5}, {501, 940, 5, 5}});
   EXPECT_EQ(SampleHeights(levels, 0, 501).size(), 4u);
+  EXPECT_EQ(SampleHeights(Air({{0, 1000, 5, 5},
+                               {49, 994, 5, 5},
+                               {100, 988, 5, 5},
+                               {351, 960, 5, 5},
+                               {560, 940, 5, 5},
+                               {600, 930, 5, 5}}),
+                          0, 600),
+            (std::vector<double>{0, 100, 225.5, 351, 600}));
   EXPECT_EQ(SampleHeights(Air({{0, 1000, 5, 5}, {50, 994, 5, 5}, {100, 988, 5, 5}}), 0, 200),
             (std::vector<double>{0, 50, 100, 200}));
   EXPECT_EQ(SampleHeights(levels, 100, 100), std::vector<double>{100});
@@ -193,19 +201,6 @@ TEST(ProfileLimits, LapseRatesNeedTwoHeights) {
   EXPECT_NEAR(MeanLapseRate(levels, 1000, 2000), 7, 1e-9);
   EXPECT_EQ(MeanLapseRate(levels, 1000, 1000), kNone);
   EXPECT_EQ(MeanLapseRate(levels, 0, 3001), kNone);
-}
-
-// What is mixed is told against the smallest of the lowest 25 hPa: a level at 974 is no longer one.
-TEST(ProfileLimits, MixedLayerLooksAt25hPa) {
-  const auto depth = [](double press) {
-    LevelProfile levels =
-        Air({{0, 1000, 20, 5}, {200, press, 18, 5}, {400, 950, 15, 5}, {5000, 550, 0, -20}});
-    levels.Theta = Levels<double>({300, 299.2, 300.2, 320});
-    const auto mixed = FindMixedLayer({}, levels);
-    return mixed ? mixed->Depth : 0;
-  };
-  EXPECT_NEAR(depth(975), 200 + 200 * 0.5, 1);          // up to 299.7 K
-  EXPECT_NEAR(depth(974), 400 + 4600 * 0.3 / 19.8, 5);  // up to 300.5 K
 }
 
 TEST(ProfileLimits, RichardsonNumberOfWinds) {

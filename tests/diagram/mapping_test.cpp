@@ -30,15 +30,9 @@ TEST(DiagramMapping, PlacesPressureByItsLogarithm) {
 }
 
 TEST(DiagramMapping, SkewIsFixedInDrawingUnits) {
-  struct Case {
-    const char* about;
-    double min, max;
-  };
-  for (const Case& c :
-       {Case{"usual range", -40, 40}, Case{"cold", -80, 0}, Case{"wide", -60, 60}}) {
-    SCOPED_TRACE(c.about);
-    const DiagramMapping skewed = Make(DiagramType::SkewT, c.min, c.max);
-    const DiagramMapping plain = Make(DiagramType::Emagram, c.min, c.max);
+  for (const auto& [min, max] : {std::pair(-40, 40), {-80, 0}, {-60, 60}}) {
+    const DiagramMapping skewed = Make(DiagramType::SkewT, min, max);
+    const DiagramMapping plain = Make(DiagramType::Emagram, min, max);
     // 3934 x log10 1050 = 11885.3590
     EXPECT_NEAR(skewed.ToPoint(5, 1050).X - plain.ToPoint(5, 1050).X, -0.359, 1e-3);
     EXPECT_NEAR(skewed.ToPoint(5, 100).X - plain.ToPoint(5, 100).X, 4017, 1e-9);

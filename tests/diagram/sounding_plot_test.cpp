@@ -62,17 +62,16 @@ TEST(SoundingPlot, ShadedCapeIsTheCapeOfTheNumbers) {
 }
 
 TEST(SoundingPlot, HeightScaleCountsInItsUnit) {
-  struct Case {
+  // The reference sounding ends at 100 hPa, 16.1 km up: 52.8 thousand feet, 10.0 miles.
+  const struct {
     HeightScale Scale;
     const char *Head, *Highest;
     int Each;  // what stands between two numbers
-  };
-  // The reference sounding ends at 100 hPa, 16.1 km up: 52.8 thousand feet, 10.0 miles.
-  const Case cases[] = {{HeightScale::Feet, " FT(x1000)", "52", 2},
-                        {HeightScale::Kilometers, "   KM", "16", 1},
-                        {HeightScale::Meters, "MT", "16000", 1000},
-                        {HeightScale::Miles, "MILE", "10", 1}};
-  for (const Case& c : cases) {
+  } cases[] = {{HeightScale::Feet, " FT(x1000)", "52", 2},
+               {HeightScale::Kilometers, "   KM", "16", 1},
+               {HeightScale::Meters, "MT", "16000", 1000},
+               {HeightScale::Miles, "MILE", "10", 1}};
+  for (const auto& c : cases) {
     Options options;
     options.RightScale = c.Scale;
     const SoundingPlot plot = Draw(test::ReferenceConvective(), options);

@@ -145,12 +145,10 @@ TEST(ExtraLines, StandWhereTheirNumbersAre) {
   drawn.Set.SoarTm = 31;
   const SoundingPlot plot = drawn();
   // Critical temperatures at 60 %, Schumann (1996) with a contrail factor of 0.040, computed apart.
-  struct Case {
-    double press, temp;
-  };
-  for (const Case& c : {Case{300, -47.0}, Case{250, -48.8}, Case{200, -51.0}, Case{150, -53.7}}) {
-    SCOPED_TRACE(c.press);
-    const Point at = plot.Mapping.ToPoint(c.temp, c.press);
+  for (const auto& [press, temp] :
+       {std::pair(300, -47.0), {250, -48.8}, {200, -51.0}, {150, -53.7}}) {
+    SCOPED_TRACE(press);
+    const Point at = plot.Mapping.ToPoint(temp, press);
     const auto points = PointsOf(plot.Page, "contrail");
     const auto nearest = std::ranges::min_element(
         points, {}, [&](Point p) { return std::hypot(p.X - at.X, p.Y - at.Y); });
