@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "analysis/index_table.h"
 #include "analysis/interpolate.h"
 #include "core/numbers.h"
 #include "diagram/drawn.h"
@@ -121,6 +122,24 @@ TEST(SoundingPlot, LongValuesHaveALineOfTheirOwn) {
   const auto values = Tagged<Label>(page, "index value");
   EXPECT_NEAR(values.at(2).At.X, values.at(0).At.X, 0.5);
   EXPECT_NEAR(values.at(3).At.X - values.at(1).At.X, 3 * 0.6 * values.at(3).Size, 0.5);
+}
+
+// How usual a value is stands at the end of its line, which it has alone then.
+TEST(SoundingPlot, RanksStandBehindTheirValues) {
+  Usual usual;
+  usual.Ranks = {{analysis::FindIndex("TT"), 97}};
+  Drawn drawn(test::ReferenceConvective());
+  drawn.Set.Thermo = ThermoDisplay::Custom;
+  drawn.Set.CustomPanel = "KI,TT,VT,CT";
+  drawn.Spread = &usual;
+  const Picture page = drawn().Page;
+  const auto values = Tagged<Label>(page, "index value"), ranks = Tagged<Label>(page, "rank");
+  ASSERT_EQ(ranks.size(), 1u);
+  EXPECT_EQ(ranks[0].Text, "97%");
+  EXPECT_EQ(ranks[0].At.Y, values.at(1).At.Y);
+  EXPECT_LT(values[0].At.Y, values[1].At.Y);
+  EXPECT_LT(values[1].At.Y, values[2].At.Y);
+  EXPECT_EQ(values[2].At.Y, values[3].At.Y);
 }
 
 // The data end at 250 hPa, where the parcel is still warmer: nothing passes for measured.
