@@ -116,9 +116,13 @@ class ProfileTaker : public JsonEvents {
         profiles_.push_back({.Failed = WithoutLevels()});
         break;
       case kProfile:
-        if (name_ == "station") station_ = std::move(value.Text);
-        if (name_ == "valid") valid_ = std::move(value.Text);
-        if (name_ == "profile") profiles_.back() = {.Failed = WithoutLevels()};
+        if (name_ == "station") {
+          station_ = std::move(value.Text);
+        } else if (name_ == "valid") {
+          valid_ = std::move(value.Text);
+        } else if (name_ == "profile") {
+          profiles_.back() = {.Failed = WithoutLevels()};
+        }
         break;
       case kLevels:
         fields_ = {};
