@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
 #include <map>
 #include <optional>
 #include <set>
@@ -66,36 +67,41 @@ SoundingPlot Draw(const PageCase& c, const LayoutRow& layout, const Surface& on)
                         .Configuration = "VEXA Config #1: summer"});
 }
 
+// Its page in every layout and at every size.
+void ForEachPage(const PageCase& c, const std::function<void(const SoundingPlot&)>& check) {
+  for (const LayoutRow& layout : PageLayouts()) {
+    for (const Size& size : kSizes) {
+      SCOPED_TRACE(testing::Message() << c.About << ", " << layout.Name << ' ' << size.WidthPx
+                                      << 'x' << size.HeightPx);
+      check(Draw(c, layout, WindowSurface(size.WidthPx, size.HeightPx)));
+    }
+  }
+}
+
 bool Overlap(const Rect& a, const Rect& b) {
   return a.Left < b.Right && b.Left < a.Right && a.Top < b.Bottom && b.Top < a.Bottom;
 }
 
 TEST(DiagramPage, TextsAreLegibleOnThePageAndApart) {
   for (const PageCase& c : Cases()) {
-    for (const LayoutRow& layout : PageLayouts()) {
-      for (const Size& size : kSizes) {
-        SCOPED_TRACE(std::string(c.About) + ", " + std::string(layout.Name) + " " +
-                     std::to_string(static_cast<int>(size.WidthPx)) + "x" +
-                     std::to_string(static_cast<int>(size.HeightPx)));
-        const SoundingPlot plot = Draw(c, layout, WindowSurface(size.WidthPx, size.HeightPx));
-        const Rect page{-1, -1, plot.Page.Width() + 1, plot.Page.Height() + 1};
-        std::vector<const Label*> labels;
-        for (const Item& item : plot.Page.Items()) {
-          const auto* label = std::get_if<Label>(&item.Shape);
-          if (label == nullptr) continue;
-          EXPECT_GE(label->Size, LetterSize(Type::Note)) << label->Text;
-          const Rect place = test::PlaceOf(*label);
-          EXPECT_TRUE(page.Contains({place.Left, place.Top}) &&
-                      page.Contains({place.Right, place.Bottom}))
-              << item.Tag << ": " << label->Text;
-          for (const Label* other : labels) {
-            EXPECT_FALSE(Overlap(place, test::PlaceOf(*other)))
-                << item.Tag << ": " << label->Text << " on " << other->Text;
-          }
-          labels.push_back(label);
+    ForEachPage(c, [](const SoundingPlot& plot) {
+      const Rect page{-1, -1, plot.Page.Width() + 1, plot.Page.Height() + 1};
+      std::vector<const Label*> labels;
+      for (const Item& item : plot.Page.Items()) {
+        const auto* label = std::get_if<Label>(&item.Shape);
+        if (label == nullptr) continue;
+        EXPECT_GE(label->Size, LetterSize(Type::Note)) << label->Text;
+        const Rect place = test::PlaceOf(*label);
+        EXPECT_TRUE(page.Contains({place.Left, place.Top}) &&
+                    page.Contains({place.Right, place.Bottom}))
+            << item.Tag << ": " << label->Text;
+        for (const Label* other : labels) {
+          EXPECT_FALSE(Overlap(place, test::PlaceOf(*other)))
+              << item.Tag << ": " << label->Text << " on " << other->Text;
         }
+        labels.push_back(label);
       }
-    }
+    });
   }
 }
 
@@ -103,21 +109,18 @@ TEST(DiagramPage, TextsAreLegibleOnThePageAndApart) {
 // point's foot, 26.9 at that of the temperature.
 TEST(DiagramPage, MixingRatioNumbersKeepOffTheTraces) {
   const PageCase low{"low", test::Profile({{1012, 30, 20}, {900, 22, 17}, {500, -10, -30}})};
-  for (const LayoutRow& layout : PageLayouts()) {
-    for (const Size& size : kSizes) {
-      const SoundingPlot plot = Draw(low, layout, WindowSurface(size.WidthPx, size.HeightPx));
-      const auto numbers = test::Tagged<Label>(plot.Page, "mixing ratio label");
-      for (const Label& label : numbers) {
-        for (const char* trace : {"temperature", "dew point", "parcel"}) {
-          for (const Polyline& line : test::Tagged<Polyline>(plot.Page, trace)) {
-            EXPECT_TRUE(ClipPolyline(line.Points, test::PlaceOf(label)).empty())
-                << trace << " through " << label.Text << ", " << layout.Name << size.WidthPx;
-          }
+  ForEachPage(low, [](const SoundingPlot& plot) {
+    const auto numbers = test::Tagged<Label>(plot.Page, "mixing ratio label");
+    for (const Label& label : numbers) {
+      for (const char* trace : {"temperature", "dew point", "parcel"}) {
+        for (const Polyline& line : test::Tagged<Polyline>(plot.Page, trace)) {
+          EXPECT_TRUE(ClipPolyline(line.Points, test::PlaceOf(label)).empty())
+              << trace << " through " << label.Text;
         }
       }
-      EXPECT_GE(numbers.size(), 3u) << layout.Name << size.WidthPx;
     }
-  }
+    EXPECT_GE(numbers.size(), 3u);
+  });
 }
 
 // Warm air under a cold tropopause: levels up to the parcel's highest, above 10 km.
@@ -140,20 +143,15 @@ TEST(DiagramPage, MarksBesideTheFrameAreWholeOrShort) {
   for (const auto& c : cases) {
     deep.Set.GpmUnits = c.Length;
     deep.Set.Heights = c.From;
-    for (const LayoutRow& layout : PageLayouts()) {
-      for (const Size& size : kSizes) {
-        SCOPED_TRACE(testing::Message() << layout.Name << size.WidthPx << c.End);
-        const SoundingPlot plot = Draw(deep, layout, WindowSurface(size.WidthPx, size.HeightPx));
-        const auto texts = test::Texts(plot.Page, "parcel level label");
-        EXPECT_TRUE(size.WidthPx < 900 || std::ranges::any_of(texts, [](const std::string& text) {
-                      return text.starts_with("LCL");
-                    }));
-        for (const std::string& text : texts) {
-          const bool isShort = text.size() <= 3 && plot.Layout.Find("marks") == nullptr;
-          EXPECT_TRUE(text.ends_with(c.End) || isShort) << text;
-        }
+    ForEachPage(deep, [&](const SoundingPlot& plot) {
+      const auto texts = test::Texts(plot.Page, "parcel level label");
+      const auto isLcl = [](const std::string& text) { return text.starts_with("LCL"); };
+      EXPECT_TRUE(plot.Page.Width() < 900 * kUnitsPerPixel || std::ranges::any_of(texts, isLcl));
+      for (const std::string& text : texts) {
+        const bool isShort = text.size() <= 3 && plot.Layout.Find("marks") == nullptr;
+        EXPECT_TRUE(text.ends_with(c.End) || isShort) << text;
       }
-    }
+    });
   }
 }
 
