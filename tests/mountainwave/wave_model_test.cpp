@@ -326,6 +326,26 @@ TEST(WaveModel, TheCrestNeedsFiveMetresASecondWithin60Degrees) {
   }
 }
 
+// As a mountain grows and as the wind freshens, waves come in at the limits, 0.25 m/s and 2 km.
+TEST(WaveModel, FaintAndShortWavesAreLeftOut) {
+  double faintest = 100, shortest = 100;
+  for (double feet = 500; feet < 9000; feet *= 1.005) {
+    const MountainParameters growing{.First = {feet, 3, 0}};
+    const WaveResults results = Waves(test::ReferenceWinter(), growing);
+    for (const Wave* wave : results.All()) faintest = std::min(faintest, wave->MaxVelocity);
+  }
+  EXPECT_GE(faintest, 0.25);
+  EXPECT_LT(faintest, 0.255);
+  for (double share = 0.4; share < 1; share *= 1.005) {
+    SoundingRecord fresher = test::ReferenceWinter();
+    test::ChangeWinds(fresher, [share](WindLevel& wind) { wind.Spd *= share; });
+    const WaveResults results = Waves(fresher);
+    for (const Wave* wave : results.All()) shortest = std::min(shortest, wave->Of.LengthKm);
+  }
+  EXPECT_GE(shortest, 2);
+  EXPECT_LT(shortest, 2.05);
+}
+
 TEST(WaveModel, WildProfilesGiveNoNumbersThatAreNone) {
   const auto allFinite = [](const WaveResults& results) {
     for (const Wave* wave : results.All()) {

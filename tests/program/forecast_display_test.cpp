@@ -122,16 +122,6 @@ TEST_F(ForecastDisplay, AFullDiskCostsNothingThatWasThere) {
   EXPECT_NE(all.find("\n3,"), std::string::npos) << "hours that were not saved are in the series";
 }
 
-TEST_F(ForecastDisplay, TellsTheEndAndKeepsWhatIsThere) {
-  Open();
-  // 235.8 + 50 km at 55.56 km an hour: the fifth hour is the last.
-  for (int hour = 1; hour <= 5; ++hour) commands::StepForecast(program);
-  user.Expect("Forecast", Answer::Ok);
-  EXPECT_EQ(commands::StepForecast(program), Changes{});
-  EXPECT_EQ(View().Series.Steps().size(), 5u);
-  EXPECT_NE(ForecastStatus(View()).find("Forecast data threshold exceeded."), std::string::npos);
-}
-
 TEST_F(ForecastDisplay, SettingsComeBack) {
   Open();
   View().Set.Mode = forecast::ForecastMode::Single;

@@ -64,21 +64,6 @@ TEST_F(WaveViewTest, TheDiagramMarksWhatIsAskedFor) {
   }
 }
 
-TEST_F(WaveViewTest, AWaveOutsideTheDiagramAdjustsIt) {
-  ChooseMountains(program, MountainChoice::Default);
-  mountainwave::WaveOptions options = WaveOptionsOf(program, program.Set);
-  options.UpperLimit = 500;
-  ChangeWaveOptions(program, options);
-  SelectWave(program, 1);  // 880 hPa
-  EXPECT_TRUE(user.Boxes.empty());
-  user.Expect("Mountain-Wave", Answer::Ok);
-  SelectWave(program, 2);  // 250 hPa
-  ASSERT_EQ(user.Boxes.size(), 1U);
-  EXPECT_EQ(user.Boxes[0].Text, "Diagram will be adjusted so selected Wave can be viewed.");
-  EXPECT_LT(WaveOptionsOf(program, program.Set).UpperLimit, 250);
-  SelectWave(program, 2);
-}
-
 TEST_F(WaveViewTest, FilesBringBackSoundingMountainsAndOptions) {
   EnterMountains(program, kEntered);
   MarkWaves(program, WaveLayers::Selected);
