@@ -89,6 +89,7 @@ TEST(FormatsLimits, Igra) {
       {"before it", file, "1999 12 31", "1899 12 31", "x: in none of the known formats"},
       {"the last year", file, "1999 12 31", "2100 12 31", "85999  11Z 31 Dec 2100|"},
       {"behind it", file, "1999 12 31", "2101 12 31", "x: in none of the known formats"},
+      {"no month", file, "1999 12 31", "1999    31", "85999|520"},
       {"the nominal hour", file, "31 99 1104", "31 00 1104", "85999  00Z 31 Dec 1999|"},
       {"a station of another network", file, "#CIM00085999", "#CIX00085999",
        "CIX00085999  11Z 31 Dec 1999|"},
@@ -178,6 +179,7 @@ TEST(FormatsLimits, SpcText) {
   const std::string untitled = text.substr(text.find("%RAW%"));
   EXPECT_EQ(read(text + text, 1), read(text));
   EXPECT_EQ(read(text + untitled, 1), read(untitled));
+  EXPECT_EQ(read(untitled + text), read(untitled));
   EXPECT_TRUE(read(cut).ends_with("|%END% is missing."));
   EXPECT_TRUE(read(cut.substr(0, cut.size() - 1))
                   .ends_with("|The last row is cut off and was left out; %END% is missing."));
@@ -337,6 +339,7 @@ TEST(FormatsLimits, OurOwnListings) {
       {"no names", list, "DATA:  PR", "DATA   PR",
        "No units are stated; taken as m MSL, C and kts."},
       {"metres per second", list, "FF(kts)", "FF(m/s)", "|62 190/16;"},
+      {"at once", list, "\r\nSOUNDING =", "SOUNDING =", "03 Mar 2001|62 51.96 7.5|"},
       {"lines ahead", list, "SOUNDING =", "\r\n\r\nSOUNDING =", "03 Mar 2001|62 51.96 7.5|"},
       {"too many", list, "SOUNDING =", "\r\n\r\n\r\n\r\nSOUNDING =", "x: "},
 
