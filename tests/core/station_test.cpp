@@ -64,6 +64,10 @@ TEST(StationFile, FirstFaultAndTheStationsAround) {
        StationTrouble::Format, 72357, 2},
       {"a remark between stations", kHeader + kHeathrow + "mine:\r\n" + kDarwin + "99999",
        StationTrouble::Format, 3772, 2},
+      {"an open quote", kHeader + kHeathrow + "94120,\"YPDN\r\n99999", StationTrouble::Format,
+       94120, 1},
+      {"elevation that is none", kHeader + "1,A,B,C,high,35.0,N,97.4,W\r\n99999",
+       StationTrouble::Format, 1, 0},
       {"an empty file", "", StationTrouble::Header, 0, 0},
   };
   for (const Case& c : cases) {

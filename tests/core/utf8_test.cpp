@@ -50,6 +50,7 @@ TEST(Utf8, NumbersBecomeCharacters) {
   for (const auto& [code, bytes] : {std::pair{U'A', "A"},
                                     {U'\u00FC', "\xC3\xBC"},
                                     {U'\u20AC', "\xE2\x82\xAC"},
+                                    {U'\U0001F600', "\xF0\x9F\x98\x80"},
                                     {char32_t{0x10000}, "\xF0\x90\x80\x80"},
                                     {char32_t{0xD83D}, "\xEF\xBF\xBD"},
                                     {char32_t{0x110000}, "\xEF\xBF\xBD"}}) {
