@@ -245,7 +245,7 @@ TEST(CodedGroups, WhatRemarksSay) {
       {{"51515", "10194", "09012", "36510", "10165"},
        {"mean wind surface to 5000 ft 90/12 kt, 5000 to 10000 ft 5/10 kt",
         "data are doubtful or missing"}},
-      {{"51515", "10139", "10160"}, {}},
+      {{"51515", "10139", "10160", "10240"}, {}},
       {{"51515", "10150"}, {"the ascent did not reach 400 hPa"}},
       {{"51515", "10144", "10154"}, {"the power failed", "interference"}},
       {{"61616", "AF302"}, {"national section AF302"}},
