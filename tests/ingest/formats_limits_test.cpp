@@ -164,6 +164,7 @@ TEST(FormatsLimits, SpcText) {
       {"four figures are letters", file, title, " 7235 490531/2330", "|7235  2330Z 31 May 2049|"},
       {"no station", file, title, " 490531/2330 -12.50,130.75",
        "2330Z 31 May 2049|410 -12.5 130.75|"},
+      {"no time", file, title, " A PLACE", "A PLACE|410"},
       {"a position without a comma", file, title, "TST 490531/2330 12.5 130", "|410 0 0|"},
       {"blank lines ahead", file, title, "\n\n TST 490531/2330 -12.50,130.75",
        "|410 -12.5 130.75|"},
