@@ -114,12 +114,10 @@ TEST(LiftSat, InvertsThetaPointWhereverASolutionExists) {
 }
 
 TEST(LiftSat, GivesTheNearerEndAndItsLabelWithoutASolution) {
-  const LiftSatResult cold = LiftSat(150, 1000);  // dry air of 150 K at 1000 hPa
-  EXPECT_TRUE(cold.Failed);
-  EXPECT_EQ(cold.Temp, -120);
-  const LiftSatResult warm = LiftSat(1e6, 500);
-  EXPECT_TRUE(warm.Failed);
-  EXPECT_NEAR(SatVapor(warm.Temp), 150, 1e-3);  // the warmest with e <= 0.3 p
+  EXPECT_TRUE(LiftSat(150, 1000).Failed);  // dry air of 150 K at 1000 hPa
+  EXPECT_EQ(LiftSat(150, 1000).Temp, -120);
+  EXPECT_TRUE(LiftSat(1e6, 500).Failed);
+  EXPECT_NEAR(SatVapor(LiftSat(1e6, 500).Temp), 150, 1e-3);  // the warmest with e <= 0.3 p
   for (const double thetaE : {0.0, -1.0, std::nan(""), HUGE_VAL, 1e-300}) {
     for (const double press : {-1.0, 0.0, 1e-9, 500.0, 1e9, std::nan("")}) {
       EXPECT_TRUE(std::isfinite(LiftSat(thetaE, press).Temp)) << thetaE << ' ' << press;

@@ -7,6 +7,7 @@
 #include "core/files.h"
 #include "map/area_map.h"
 #include "support/soundings.h"
+#include "support/tagged_items.h"
 
 namespace vexa::map {
 namespace {
@@ -163,18 +164,16 @@ TEST(AreaMap, ShowsStationsAndTheirLine) {
   };
   const AreaMap map = PlotAreaMap(
       {.Title = "Area", .Stations = stations, .Lines = lines, .Symbol = symbol}, {10000, 8000});
-  const auto count = [&](std::string_view tag) {
-    return std::ranges::count(map.Page.Items(), tag, &Item::Tag);
-  };
-  EXPECT_EQ(count("station mark"), 2);
-  EXPECT_EQ(count("station name"), 2);
-  EXPECT_EQ(count("section line"), 1);
+  const auto count = [&](std::string_view tag) { return test::Tagged(map.Page, tag).size(); };
+  EXPECT_EQ(count("station mark"), 2u);
+  EXPECT_EQ(count("station name"), 2u);
+  EXPECT_EQ(count("section line"), 1u);
   EXPECT_EQ(StationAt(stations, map.At, *map.At.ToPage({37.8, -100}), 50), 1U);
   EXPECT_FALSE(StationAt(stations, map.At, *map.At.ToPage({36.5, -98.7}), 50));
-  EXPECT_EQ(count("state"), 1);
-  EXPECT_EQ(count("coast"), 0);  // elsewhere
+  EXPECT_EQ(count("state"), 1u);
+  EXPECT_EQ(count("coast"), 0u);  // elsewhere
   EXPECT_EQ(symbols, 2);
-  EXPECT_GT(count("graticule"), 4);
+  EXPECT_GT(count("graticule"), 4u);
 }
 
 TEST(AreaMap, ALineBetweenFarPlacesIsNotPassedOver) {
@@ -186,7 +185,7 @@ TEST(AreaMap, ALineBetweenFarPlacesIsNotPassedOver) {
                                       {LineKind::Border, {{-49, -123}, {-49, -95}}}};
   const AreaMap map =
       PlotAreaMap({.Title = "Border", .Stations = stations, .Lines = lines}, {10000, 8000});
-  EXPECT_EQ(std::ranges::count(map.Page.Items(), "border", &Item::Tag), 1);
+  EXPECT_EQ(test::Tagged(map.Page, "border").size(), 1u);
 }
 
 TEST(AreaMap, ALineOverItsCutLeavesTheMap) {
@@ -198,12 +197,10 @@ TEST(AreaMap, ALineOverItsCutLeavesTheMap) {
   const AreaMap map =
       PlotAreaMap({.Title = "World", .Stations = stations, .Lines = lines}, {10000, 8000});
   ASSERT_EQ(map.At.Kind(), ProjectionKind::World);
-  for (const Item& item : map.Page.Items()) {
-    if (item.Tag != "coast") continue;
-    const auto& points = std::get<Polyline>(item.Shape).Points;
-    EXPECT_LT(std::fabs(points.back().X - points.front().X), 500);
+  for (const Polyline& line : test::Tagged<Polyline>(map.Page, "coast")) {
+    EXPECT_LT(std::fabs(line.Points.back().X - line.Points.front().X), 500);
   }
-  EXPECT_EQ(std::ranges::count(map.Page.Items(), "station aside", &Item::Tag), 2);
+  EXPECT_EQ(test::Tagged(map.Page, "station aside").size(), 2u);
 }
 
 }  // namespace
