@@ -1,7 +1,6 @@
 // The window of fronts and its form: what the controls and the picture do to the front.
 #include "app/front_window.h"
 
-#include <algorithm>
 #include <QRadioButton>
 
 #include "app/drag_view.h"

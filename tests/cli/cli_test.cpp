@@ -6,7 +6,6 @@
 #include "cli/run_words.h"
 #include "config/settings_store.h"
 #include "core/files.h"
-#include "core/numbers.h"
 #include "support/settings.h"
 #include "support/soundings.h"
 

@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "cli/run_words.h"
-#include "core/files.h"
 #include "support/soundings.h"
 
 namespace vexa::cli {

@@ -4,7 +4,6 @@
 
 #include <cmath>
 #include <string>
-#include <vector>
 
 #include "core/files.h"
 #include "core/numbers.h"

@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
 #include "core/files.h"
 #include "core/raw_file.h"
 #include "program/view_commands.h"

@@ -7,7 +7,6 @@
 
 #include "analysis/index_table.h"
 #include "config/catalogue.h"
-#include "core/files.h"
 #include "core/numbers.h"
 #include "program/menu.h"
 #include "support/soundings.h"

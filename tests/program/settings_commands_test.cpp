@@ -7,7 +7,6 @@
 #include "core/files.h"
 #include "core/raw_file.h"
 #include "program/listed_soundings.h"
-#include "program/menu.h"
 #include "program/start_up.h"
 #include "support/soundings.h"
 

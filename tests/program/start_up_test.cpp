@@ -6,7 +6,6 @@
 #include <string>
 
 #include "core/files.h"
-#include "core/raw_file.h"
 #include "program/commands.h"
 #include "program/settings_commands.h"
 #include "support/soundings.h"

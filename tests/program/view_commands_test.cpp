@@ -11,11 +11,9 @@
 
 #include "core/files.h"
 #include "core/markers.h"
-#include "core/raw_file.h"
 #include "program/edit_commands.h"
 #include "program/hodograph_commands.h"
 #include "program/level_drag.h"
-#include "program/menu.h"
 #include "program/parcel_table.h"
 #include "program/print_work.h"
 #include "program/sounding_loop.h"
