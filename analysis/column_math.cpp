@@ -8,7 +8,7 @@ namespace {
 // Four numbers that are added at a time.
 using Lanes = double __attribute__((vector_size(4 * sizeof(double))));
 
-enum class Sign { Positive, Negative };
+enum class Sign { Any, Positive, Negative };
 
 // Those of four values that have a sign, added to their sums.
 template <Sign sign>
@@ -16,7 +16,9 @@ inline __attribute__((always_inline)) void AddTo(Lanes& sums, const double* valu
                                                  std::size_t count = 4) {
   Lanes lanes{};
   std::memcpy(&lanes, values, count * sizeof(double));
-  if constexpr (sign == Sign::Positive) {
+  if constexpr (sign == Sign::Any) {
+    sums += lanes;
+  } else if constexpr (sign == Sign::Positive) {
     sums += lanes > 0.0 ? lanes : Lanes{};
   } else {
     sums += lanes < 0.0 ? lanes : Lanes{};
@@ -42,6 +44,30 @@ inline __attribute__((always_inline)) double SumOver(const double* values, std::
 }
 
 }  // namespace
+
+// Four at a time, so that one sum in four waits for the one before it.
+void SumUp(double start, double* values, std::size_t count) {
+  double below = start;
+  std::size_t i = 0;
+  for (; i + 4 <= count; i += 4) {
+    const double two = values[i] + values[i + 1];
+    const double three = two + values[i + 2];
+    const double four = three + values[i + 3];
+    values[i] += below;
+    values[i + 1] = below + two;
+    values[i + 2] = below + three;
+    values[i + 3] = below + four;
+    below = values[i + 3];
+  }
+  for (; i < count; ++i) {
+    below += values[i];
+    values[i] = below;
+  }
+}
+
+VEXA_WIDE double SumOfAll(const double* values, std::size_t from, std::size_t to) {
+  return SumOver<Sign::Any>(values, from, to);
+}
 
 VEXA_WIDE double PositiveSum(const double* values, std::size_t from, std::size_t to) {
   return SumOver<Sign::Positive>(values, from, to);

@@ -52,6 +52,19 @@ inline double LogOfRatio(double a, double b) {
   return 2 * s + ArtanhRest(s);
 }
 
+/// The same of numbers that are near each other: a / b from 0.87 to 1.15.
+inline double LogOfNearRatio(double a, double b) {
+  const double s = (a - b) / (a + b);
+  const double z = s * s;
+  double sum = 2.0 / 13;
+  sum = sum * z + 2.0 / 11;
+  sum = sum * z + 2.0 / 9;
+  sum = sum * z + 2.0 / 7;
+  sum = sum * z + 2.0 / 5;
+  sum = sum * z + 2.0 / 3;
+  return 2 * s + sum * z * s;
+}
+
 /// ln x of a positive number that is not denormal, to the last place or the one before it.
 inline double ColumnLog(double x) {
   constexpr std::uint64_t kHalfRoot = 0x3fe6a09e667f3bcd;  // the bits of sqrt(1/2)
@@ -141,6 +154,12 @@ inline SinCos ColumnSinCos(double x) {
   };
   return {signedBy(isOdd ? cosine : sine, quarter), signedBy(isOdd ? sine : cosine, quarter + 1)};
 }
+
+/// Each value becomes the sum of a start and all values up to it.
+void SumUp(double start, double* values, std::size_t count);
+
+/// Sum of the values in [from, to).
+double SumOfAll(const double* values, std::size_t from, std::size_t to);
 
 /// Sums of the values above and below zero in [from, to).
 double PositiveSum(const double* values, std::size_t from, std::size_t to);

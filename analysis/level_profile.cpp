@@ -1,6 +1,7 @@
 #include "analysis/level_profile.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdint>
 #include <limits>
@@ -55,14 +56,26 @@ struct MoistRun {
   double* MixingRatio;  // kg/kg
   double* VirtualTemp;  // °C
   double* RelHumidity;  // %
+  double* Saturation;   // hPa
+  double* Growth;       // hPa/K, of the saturation vapour pressure
   double* Heat;         // ln of what the air's temperature grows by when its vapour condenses
   double* ThetaE;       // K
   double* WetBulb;      // °C; not a number where the steps towards it were too few
 
   MoistRun Part(std::size_t from, std::size_t count) const {
-    return {count,        Press + from,       Temp + from,        Dewpt + from,
-            Theta + from, MixingRatio + from, VirtualTemp + from, RelHumidity + from,
-            Heat + from,  ThetaE + from,      WetBulb + from};
+    return {count,
+            Press + from,
+            Temp + from,
+            Dewpt + from,
+            Theta + from,
+            MixingRatio + from,
+            VirtualTemp + from,
+            RelHumidity + from,
+            Saturation + from,
+            Growth + from,
+            Heat + from,
+            ThetaE + from,
+            WetBulb + from};
   }
 };
 
@@ -72,12 +85,14 @@ VEXA_WIDE void FillMoisture(MoistRun run, ColumnVapor table) {
     const double temp = run.Temp[i];
     const double dewpt = run.Dewpt[i];
     const double vapor = table.At(dewpt, dewpt + kKelvinOffset).Pressure;
-    const double saturation = table.At(temp, temp + kKelvinOffset).Pressure;
+    const ColumnVapor::Point saturation = table.At(temp, temp + kKelvinOffset);
     const double dry = run.Press[i] - vapor;
     const double mixing = dry == 0 ? 0 : kEpsilon * vapor / dry;
     run.MixingRatio[i] = mixing;
     run.VirtualTemp[i] = VirtualTempOf(temp, mixing);
-    run.RelHumidity[i] = 100 * vapor / saturation;
+    run.RelHumidity[i] = 100 * vapor / saturation.Pressure;
+    run.Saturation[i] = saturation.Pressure;
+    run.Growth[i] = saturation.Slope;
   }
 }
 
@@ -101,9 +116,10 @@ VEXA_WIDE void FillThetaE(MoistRun run, ColumnVapor table) {
 
 // A step of Halley's towards the temperature, K, at which the saturated adiabat of a heat comes
 // through a pressure: the third power of the error is left of it.
-inline double StepToWetBulb(double wetK, ColumnVapor table, double press, double tempK,
-                            double heat) {
-  const ColumnVapor::Point vapor = table.At(wetK - kKelvinOffset, wetK);
+//
+// cooling   ln of the temperature over that of the air
+inline double StepToWetBulb(double wetK, const ColumnVapor::Point& vapor, double press,
+                            double cooling, double heat) {
   const double dry = press - vapor.Pressure;
   // Three quotients by one division, which takes longer than all products here.
   const double dryTemp = dry * wetK;
@@ -112,7 +128,7 @@ inline double StepToWetBulb(double wetK, ColumnVapor table, double press, double
   const double dryShare = all * wetK * vapor.Pressure;
   const double latent = kLatentFactor * kEpsilon * vapor.Pressure * dryShare * inverse;
   const double growth = press * dryShare * vapor.Slope * (all * dryTemp);  // of the mixing ratio
-  const double error = LogOfRatio(wetK, tempK) + latent - heat;
+  const double error = cooling + latent - heat;
   const double slope = inverse + latent * (growth - inverse);
   const double bend =
       latent * (growth * (growth + vapor.Slope * dryShare) - 2 * inverse * (2 * growth - inverse)) -
@@ -120,37 +136,45 @@ inline double StepToWetBulb(double wetK, ColumnVapor table, double press, double
   return 2 * error * slope / (2 * slope * slope - error * bend);
 }
 
-// Near the wet-bulb temperature, °C: where the heat for evaporating as much as has come to the air,
-// quadratic in the rise above the dew point, is what the air has cooled by. The vapour pressure's
-// logarithm rises as Magnus has it.
-inline double NearWetBulb(double temp, double dewpt, double mixingRatio) {
-  constexpr double kMagnus = 4098, kMagnusTemp = 237.3;  // °C
-  const double above = dewpt + kMagnusTemp;
-  const double growth = (1 + mixingRatio / kEpsilon) * kMagnus / (above * above);
-  const double cooled = 1 + kLatentFactor * mixingRatio * growth;
-  const double bend = 2 * (cooled - 1) * growth * (temp - dewpt);
-  return dewpt + 2 * (temp - dewpt) / (cooled + std::sqrt(cooled * cooled + bend));
-}
-
-// Normand's rule: down the saturated adiabat from the condensation point.
+// Normand's rule: down the saturated adiabat from the condensation point. The first step, from the
+// air's own temperature, whose vapour is known, leaves so little that the second nearly always
+// ends; a third is taken for levels of which some need it.
 VEXA_WIDE void FillWetBulb(MoistRun run, ColumnVapor table) {
   constexpr double kFar = 0.05;  // K; a last step this long leaves 1e-6 K
-  VEXA_INDEPENDENT
-  for (std::size_t i = 0; i < run.Count; ++i) {
-    const double press = run.Press[i];
-    const double temp = run.Temp[i];
-    const double tempK = ThetaTemp(temp);
-    const double dewpt = std::min(run.Dewpt[i], temp);
-    const double heat = run.Heat[i];
+  constexpr std::size_t kAtATime = 32;
+  std::array<double, kAtATime> reached;  // K
+  for (std::size_t from = 0; from < run.Count; from += kAtATime) {
+    const MoistRun part = run.Part(from, std::min(run.Count - from, kAtATime));
     // Where it lies whatever comes out, and so on the ladder.
-    const double lowest = dewpt + kKelvinOffset, highest = temp + kKelvinOffset;
-    const double near = NearWetBulb(temp, dewpt, run.MixingRatio[i]) + kKelvinOffset;
-    const double start = std::min(highest, std::max(lowest, near));
-    const double next = start - StepToWetBulb(start, table, press, tempK, heat);
-    const double wetK = std::min(highest, std::max(lowest, next));
-    const double change = StepToWetBulb(wetK, table, press, tempK, heat);
-    const double wetBulb = std::min(std::max(wetK - change - kKelvinOffset, dewpt), temp);
-    run.WetBulb[i] = std::fabs(change) < kFar ? wetBulb : kNoNumber;
+    const auto within = [part](std::size_t i, double wetK) {
+      const double temp = part.Temp[i];
+      return std::min(temp + kKelvinOffset,
+                      std::max(std::min(part.Dewpt[i], temp) + kKelvinOffset, wetK));
+    };
+    VEXA_INDEPENDENT
+    for (std::size_t i = 0; i < part.Count; ++i) {
+      const double tempK = part.Temp[i] + kKelvinOffset;
+      const ColumnVapor::Point vapor{part.Saturation[i], part.Growth[i]};
+      reached[i] = within(i, tempK - StepToWetBulb(tempK, vapor, part.Press[i], 0, part.Heat[i]));
+    }
+    std::uint64_t others = 0;
+    for (const bool isLast : {false, true}) {
+      VEXA_INDEPENDENT
+      for (std::size_t i = 0; i < part.Count; ++i) {
+        const double wetK = reached[i];
+        const ColumnVapor::Point vapor = table.At(wetK - kKelvinOffset, wetK);
+        const double cooling = LogOfNearRatio(wetK, ThetaTemp(part.Temp[i]));
+        const double change = StepToWetBulb(wetK, vapor, part.Press[i], cooling, part.Heat[i]);
+        reached[i] = within(i, wetK - change);
+        const bool isNear = std::fabs(change) < kFar;
+        const double temp = part.Temp[i];
+        const double wetBulb =
+            std::min(std::max(wetK - change - kKelvinOffset, std::min(part.Dewpt[i], temp)), temp);
+        part.WetBulb[i] = isNear | !isLast ? wetBulb : kNoNumber;
+        others |= isNear ? 0 : 1;
+      }
+      if (others == 0) break;
+    }
   }
 }
 
@@ -223,15 +247,14 @@ void FillMoist(const MoistRun& all, SaturationOver over, Wanted wanted) {
 }
 
 // The hypsometric equation; Hess (1959). No thickness where there is no pressure.
-void FillHeights(const double* pressures, const double* logs, const double* virtuals, double ground,
-                 std::size_t count, double* heights) {
-  if (count == 0) return;
-  heights[0] = ground;
+VEXA_WIDE void FillThicknesses(const double* pressures, const double* logs, const double* virtuals,
+                               std::size_t count, double* thicknesses) {
+  VEXA_INDEPENDENT
   for (std::size_t i = 1; i < count; ++i) {
     const double mean = (virtuals[i - 1] + virtuals[i]) / 2 + kKelvinOffset;
-    const bool hasPress = pressures[i - 1] > 0 && pressures[i] > 0;
+    const bool hasPress = (pressures[i - 1] > 0) & (pressures[i] > 0);
     const double thickness = kMetersPerKelvin * mean * (logs[i - 1] - logs[i]);
-    heights[i] = heights[i - 1] + (hasPress ? thickness : 0);
+    thicknesses[i] = hasPress ? thickness : 0;
   }
 }
 
@@ -258,7 +281,7 @@ LevelProfile Derive(const SoundingRecord& sounding, SaturationOver over, Wanted 
   double* virtuals = levels.VirtualTemp.Values().data();
   FillLogs(pressures, size, logs);
   FillThetas(logs, pressures, temps, size, thetas);
-  std::vector<double> heats(size);
+  std::vector<double> scratch(3 * size);
   FillMoist({.Count = size,
              .Press = pressures,
              .Temp = temps,
@@ -267,11 +290,16 @@ LevelProfile Derive(const SoundingRecord& sounding, SaturationOver over, Wanted 
              .MixingRatio = column(levels.MixingRatio),
              .VirtualTemp = virtuals,
              .RelHumidity = column(levels.RelHumidity),
-             .Heat = heats.data(),
+             .Saturation = scratch.data(),
+             .Growth = scratch.data() + size,
+             .Heat = scratch.data() + 2 * size,
              .ThetaE = column(levels.ThetaE),
              .WetBulb = column(levels.WetBulb)},
             over, wanted);
-  FillHeights(pressures, logs, virtuals, sounding.ElevM, size, column(levels.Height));
+  double* heights = column(levels.Height);
+  FillThicknesses(pressures, logs, virtuals, size, heights);
+  if (size > 0) heights[0] = sounding.ElevM;
+  for (std::size_t i = 1; i < size; ++i) heights[i] += heights[i - 1];
   return levels;
 }
 

@@ -25,15 +25,17 @@ inline double ToThousandths(double value) {
   return (value * 1000 + kRounder - kRounder) * 0.001;
 }
 
-// What the parcel is warmer by. Only what is shown of it is rounded: thousandths on one side alone
-// would make air warmer than itself.
-VEXA_WIDE void FillDifferences(double* parcel, const double* environment, std::size_t count,
-                               bool isVirtual, double* differences) {
+// What the parcel is warmer by, and what is shown of it and its surroundings. Only that is rounded:
+// thousandths on one side alone would make air warmer than itself.
+VEXA_WIDE void FillDifferences(const double* parcel, const double* environment, std::size_t count,
+                               bool isVirtual, double* differences, double* shownParcel,
+                               double* shownEnvironment) {
   VEXA_INDEPENDENT
   for (std::size_t i = 0; i < count; ++i) {
     const double temp = std::max(parcel[i], kColdestParcel);
     differences[i] = temp - environment[i];
-    parcel[i] = isVirtual ? ToThousandths(temp) : temp;
+    shownParcel[i] = isVirtual ? ToThousandths(temp) : temp;
+    shownEnvironment[i] = environment[i];
   }
 }
 
@@ -51,14 +53,14 @@ VEXA_WIDE void Narrow(const double* from, std::size_t count, float* to) {
   for (std::size_t i = 0; i < count; ++i) to[i] = static_cast<float>(from[i]);
 }
 
-// Every stride-th value of a column, from its first on.
-void Thin(const double* column, std::size_t stride, std::size_t count, std::vector<double>& into) {
-  if (stride == 1) {
-    into.assign(column, column + count);
-    return;
-  }
-  into.resize(count);
-  for (std::size_t i = 0; i < count; ++i) into[i] = column[i * stride];
+// A column's values at every stride-th place, from its first on: those themselves, or a copy of
+// them where some are left out.
+const double* Thinned(const double* column, std::size_t stride, std::size_t count,
+                      std::vector<double>& copy) {
+  if (stride == 1) return column;
+  copy.resize(count);
+  for (std::size_t i = 0; i < count; ++i) copy[i] = column[i * stride];
+  return copy.data();
 }
 
 }  // namespace
@@ -223,11 +225,13 @@ void ParcelLifter::FillSteps(ParcelAscent& into) {
       (isVirtual ? grid_.VirtualTemp : grid_.Temp).data() + (grid_.Bottom - first_);
   const auto stride = static_cast<std::size_t>(settings_.Step);
   const std::size_t steps = (temps_.size() - 1) / stride + 1;
-  Thin(parcel, stride, steps, into.ParcelTemps);
-  Thin(environment, stride, steps, into.EnvTemps);
+  into.ParcelTemps.resize(steps);
+  into.EnvTemps.resize(steps);
   differences_.resize(steps);
-  FillDifferences(into.ParcelTemps.data(), into.EnvTemps.data(), steps, isVirtual,
-                  differences_.data());
+  std::vector<double> thinParcel, thinEnvironment;
+  FillDifferences(Thinned(parcel, stride, steps, thinParcel),
+                  Thinned(environment, stride, steps, thinEnvironment), steps, isVirtual,
+                  differences_.data(), into.ParcelTemps.data(), into.EnvTemps.data());
 }
 
 // Below this the parcel is as warm as its surroundings: what is left is rounding.
@@ -290,13 +294,11 @@ void ParcelLifter::FindFreeLayer(const Source& source, LiftMode mode, ParcelAsce
 void ParcelLifter::Integrate(ParcelAscent& into) {
   const std::size_t steps = differences_.size();
   const auto stride = static_cast<std::size_t>(settings_.Step);
-  const double* logs = WholeHpa().Log.data() + GridIndex(first_);
-  std::vector<double> thinned;
-  if (stride > 1) Thin(logs, stride, steps, thinned);
+  std::vector<double> thinLogs;
+  const double* logs = Thinned(WholeHpa().Log.data() + GridIndex(first_), stride, steps, thinLogs);
   increments_.resize(steps);
   const double* increments = increments_.data();
-  FillIncrements(differences_.data(), stride > 1 ? thinned.data() : logs, steps,
-                 increments_.data());
+  FillIncrements(differences_.data(), logs, steps, increments_.data());
 
   const bool hasEnd = into.Equilibrium.Exists();
   const std::size_t end = hasEnd ? StepsDownTo(std::floor(into.Equilibrium.Press)) : steps;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "analysis/column_math.h"
 #include "analysis/moist_air.h"
 
 namespace vexa::analysis {
@@ -13,6 +14,9 @@ const WholePressures& WholeHpa() {
     for (int press = kGridBottom; press >= 1; --press) {
       whole.Log[GridIndex(press)] = std::log(static_cast<double>(press));
       whole.Poisson[GridIndex(press)] = std::pow(press / kReferencePress, kPoisson);
+    }
+    for (std::size_t i = 1; i < whole.Log.size(); ++i) {
+      whole.LogStep[i] = whole.Log[i - 1] - whole.Log[i];
     }
     return whole;
   }();
@@ -28,54 +32,81 @@ std::vector<double> AreasOverLog(const std::vector<double>& values, int bottom) 
   return areas;
 }
 
-PressureGrid MakePressureGrid(const LevelProfile& levels) {
-  PressureGrid grid;
-  const std::vector<double>& pressures = levels.Press.Values();
-  if (pressures.empty() || !(pressures.front() >= 1)) return grid;
+namespace {
 
-  grid.Bottom = static_cast<int>(std::min<double>(pressures.front(), kGridBottom));
-  const auto most = static_cast<std::size_t>(grid.Bottom);
-  grid.Temp.resize(most);
-  grid.VirtualTemp.resize(most);
-  const std::vector<double>& logs = levels.LogPress.Values();
-  const double* wholeLogs = WholeHpa().Log.data() + GridIndex(grid.Bottom);
-  const double* temps = levels.Temp.Values().data();
-  const double* virtuals = levels.VirtualTemp.Values().data();
+// Levels and whole pressures side by side.
+struct GridColumns {
+  const double* Press;  // hPa, of the levels
+  const double* Log;
+  const double* Temp;         // °C
+  const double* VirtualTemp;  // °C
+  const double* WholeLog;     // of the grid's pressures, from its bottom up
+  double* GridTemp;
+  double* GridVirtualTemp;
+};
+
+// Fills layer by layer and gives the number of whole pressures that lie in the sounding.
+VEXA_WIDE std::size_t FillGrid(GridColumns all, std::size_t levels, int bottom) {
   constexpr std::size_t kAtATime = 8;
+  const auto most = static_cast<std::size_t>(bottom);
   std::size_t filled = 0;
   std::size_t low = 0;  // the level below the layer in work
-  for (std::size_t high = 0; high < pressures.size(); ++high) {
-    if (high > 0 && !(pressures[high] < pressures[low] && pressures[high] > 0)) continue;
-    if (pressures[high] > grid.Bottom - static_cast<double>(filled)) {  // no whole pressure between
+  for (std::size_t high = 0; high < levels; ++high) {
+    const double press = all.Press[high];
+    if (high > 0 && !(press < all.Press[low] && press > 0)) continue;
+    if (press > bottom - static_cast<double>(filled)) {  // no whole pressure between
       low = high;
       continue;
     }
     // The whole pressures of the layer, its upper level among them.
-    const double above = std::floor(grid.Bottom - pressures[high]) + 1;
+    const double above = std::floor(bottom - press) + 1;
     const auto end = static_cast<std::size_t>(
         std::clamp(above, static_cast<double>(filled), static_cast<double>(most)));
-    const double span = high == low ? 1 : logs[high] - logs[low];
-    const double rise = (temps[high] - temps[low]) / span;
-    const double virtualRise = (virtuals[high] - virtuals[low]) / span;
-    const auto fill = [&](std::size_t from, std::size_t count) {
+    const double lowLog = all.Log[low], lowTemp = all.Temp[low], lowVirtual = all.VirtualTemp[low];
+    const double span = high == low ? 1 : all.Log[high] - lowLog;
+    const double rise = (all.Temp[high] - lowTemp) / span;
+    const double virtualRise = (all.VirtualTemp[high] - lowVirtual) / span;
+    const auto fill = [=](std::size_t from, std::size_t count) {
+      VEXA_INDEPENDENT
       for (std::size_t i = from; i < from + count; ++i) {
-        const double depth = wholeLogs[i] - logs[low];
-        grid.Temp[i] = temps[low] + rise * depth;
-        grid.VirtualTemp[i] = virtuals[low] + virtualRise * depth;
+        const double depth = all.WholeLog[i] - lowLog;
+        all.GridTemp[i] = lowTemp + rise * depth;
+        all.GridVirtualTemp[i] = lowVirtual + virtualRise * depth;
       }
     };
     // Of a deep layer some at a time, beyond it too: the next layer writes over them.
     std::size_t from = filled;
     const bool isDeep = end - filled > 2;
     for (; isDeep && from < end && from + kAtATime <= most; from += kAtATime) fill(from, kAtATime);
-    if (from < end) fill(from, end - from);
-    if (end > filled && static_cast<double>(most - end + 1) == pressures[high]) {
-      grid.Temp[end - 1] = temps[high];
-      grid.VirtualTemp[end - 1] = virtuals[high];
+    for (; from < end; ++from) fill(from, 1);
+    if (end > filled && static_cast<double>(most - end + 1) == press) {
+      all.GridTemp[end - 1] = all.Temp[high];
+      all.GridVirtualTemp[end - 1] = all.VirtualTemp[high];
     }
     filled = end;
     low = high;
   }
+  return filled;
+}
+
+}  // namespace
+
+PressureGrid MakePressureGrid(const LevelProfile& levels) {
+  PressureGrid grid;
+  const std::vector<double>& pressures = levels.Press.Values();
+  if (pressures.empty() || !(pressures.front() >= 1)) return grid;
+
+  grid.Bottom = static_cast<int>(std::min<double>(pressures.front(), kGridBottom));
+  grid.Temp.resize(static_cast<std::size_t>(grid.Bottom));
+  grid.VirtualTemp.resize(static_cast<std::size_t>(grid.Bottom));
+  const std::size_t filled = FillGrid({.Press = pressures.data(),
+                                       .Log = levels.LogPress.Values().data(),
+                                       .Temp = levels.Temp.Values().data(),
+                                       .VirtualTemp = levels.VirtualTemp.Values().data(),
+                                       .WholeLog = WholeHpa().Log.data() + GridIndex(grid.Bottom),
+                                       .GridTemp = grid.Temp.data(),
+                                       .GridVirtualTemp = grid.VirtualTemp.data()},
+                                      pressures.size(), grid.Bottom);
   grid.Temp.resize(filled);
   grid.VirtualTemp.resize(filled);
   grid.Top = grid.Bottom - static_cast<int>(filled) + 1;

@@ -16,6 +16,7 @@ inline constexpr int kGridBottom = 1200;
 /// What depends on whole pressures alone; entry kGridBottom - p stands at p hPa, down to 1 hPa.
 struct WholePressures {
   std::array<double, kGridBottom> Log{};      // ln p
+  std::array<double, kGridBottom> LogStep{};  // ln (p + 1) - ln p; the first is 0
   std::array<double, kGridBottom> Poisson{};  // (p/1000)^0.2856
 };
 const WholePressures& WholeHpa();
