@@ -291,7 +291,7 @@ std::vector<AirLayer> FindLightning(const LevelProfile& levels,
       } else if ((dense && fromFreezing <= 8) || fromFreezing <= 5) {
         level = Intensity::Light;
       }
-      points.push_back({air.Point(), level, Text(level)});
+      points.push_back({air, level, Text(level)});
     }
     if (!points.empty()) points.push_back({points.back().At, Intensity::None});
   }

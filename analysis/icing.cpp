@@ -5,6 +5,7 @@
 #include <cmath>
 #include <span>
 
+#include "analysis/column_scan.h"
 #include "analysis/exact.h"
 #include "analysis/profile_walk.h"
 #include "core/units.h"
@@ -101,12 +102,15 @@ struct FreezingRain {
 FreezingRain FindFreezingRain(const LevelProfile& levels) {
   constexpr double kMoist = 3;  // °C of depression
   FreezingRain rain;
-  for (int i = levels.Count(); i > 1; --i) {
-    if (!(levels.Temp(i) > 0 && levels.Temp(i - 1) <= 0) || NotAvailable(levels.Dewpt(i))) continue;
-    if (Exact(levels.Temp(i) - levels.Dewpt(i)) <= kMoist) {
-      rain.Top = levels.Height(i);
-      break;
-    }
+  const std::vector<double>& temps = levels.Temp.Values();
+  // Up from frozen air to air that is not: the highest such place that is moist.
+  for (std::size_t at = 0; at < temps.size();) {
+    const std::size_t frozen = FirstNotAbove(temps.data(), at, temps.size(), 0);
+    at = FirstAbove(temps.data(), frozen, temps.size(), 0);
+    if (at == temps.size()) break;
+    const int i = static_cast<int>(at) + 1;
+    const bool hasDewpt = !NotAvailable(levels.Dewpt(i));
+    if (hasDewpt && Exact(levels.Temp(i) - levels.Dewpt(i)) <= kMoist) rain.Top = levels.Height(i);
   }
   return rain;
 }
@@ -159,7 +163,7 @@ const Rule* RuleFor(double temp, double depression) {
 
 ClassedPoint RuleAt(const AirPoint& air, const std::vector<CloudDeck>& clouds,
                     const FreezingRain& rain) {
-  ClassedPoint point{.At = air.Point()};
+  ClassedPoint point{.At = air};
   if (rain.At(air.Height, air.Temp)) {
     point.Class = Intensity::Severe;
     point.Word = IceWord(Intensity::Severe, Ice::Clear);
@@ -185,8 +189,8 @@ struct HeightRange {
 HeightRange RangeOf(const LevelProfile& levels, double coldest) {
   HeightRange range{levels.Height(1), levels.Height(1) - 1};
   const std::vector<double>& temps = levels.Temp.Values();
-  std::size_t count = temps.size();  // of the levels up to the highest that is warm enough
-  while (count > 0 && !(temps[count - 1] >= coldest)) --count;
+  // Of the levels up to the highest that is warm enough.
+  const std::size_t count = CountToLastNotBelow(temps.data(), temps.size(), coldest);
   if (count > 0) range.High = levels.Height(std::min(static_cast<int>(count) + 1, levels.Count()));
   return range;
 }
@@ -239,9 +243,9 @@ std::vector<AirLayer> SmithFeddesIcing(const LevelProfile& levels,
     points.reserve(points.size() + heights.size() + 1);
     for (const double height : heights) {
       const AirPoint air = walk.At(height);
-      ClassedPoint point{.At = air.Point()};
+      ClassedPoint point{.At = air};
       if (air.Temp <= 0 && air.Temp > kColdestIcing) {
-        const double water = cloud.At(air.Press, air.Height, air.Temp);
+        const double water = cloud.At(air.Press(), air.Height, air.Temp);
         point.Class = IcingOf(water, severe, air.Temp);
         point.Word = IceWord(point.Class, KindOf(family, air.Temp, HasHeight(rain.Top)));
         point.Value = water;
@@ -286,7 +290,7 @@ std::vector<AirLayer> FindCarburettorIcing(const LevelProfile& levels) {
     const Intensity risk = air.HasDewpt()
                                ? CarburettorIcing(air.Temp, std::min(air.Dewpt, air.Temp))
                                : Intensity::None;
-    points.push_back({air.Point(), risk, Text(risk)});
+    points.push_back({air, risk, Text(risk)});
   }
   return JoinRuns(points);
 }

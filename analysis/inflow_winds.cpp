@@ -14,14 +14,6 @@ constexpr double kDeepBottom = 850;  // hPa
 constexpr double kDeepTop = 300;     // hPa
 constexpr double kJetDepth = 1500;   // m
 
-WindVector Minus(const WindVector& a, const WindVector& b) {
-  return {a.U - b.U, a.V - b.V};
-}
-
-double LengthOf(const WindVector& vector) {
-  return std::hypot(vector.U, vector.V);
-}
-
 // Pressure at heights that do not fall.
 class PressureWalk {
  public:
@@ -81,17 +73,20 @@ std::vector<WindPoint> WindsBetween(const WindProfile& winds, double bottom, dou
   auto next = static_cast<std::size_t>(std::ranges::upper_bound(heights, bottom) - heights.begin());
   const auto end =
       static_cast<std::size_t>(std::ranges::upper_bound(heights, top) - heights.begin());
-  std::vector<WindPoint> between;
-  between.reserve(std::max(end, next) - next + 2);
-  between.push_back({bottom, *first});
+  std::vector<WindPoint> between(std::max(end, next) - next + 2);
+  between[0] = {bottom, *first};
+  std::size_t count = 1;
   for (; next < winds.Count(); ++next) {
     const double height = heights[next];
     if (next > 0 && height - heights[next - 1] > kWidestWindGap) return {};
     if (height >= top) break;
-    if (height - between.back().Height < apart || !(height > between.back().Height)) continue;
-    between.push_back({height, winds.Vectors[next]});
+    const double below = between[count - 1].Height;
+    if (height - below < apart || !(height > below)) continue;
+    between[count] = {height, winds.Vectors[next]};
+    ++count;
   }
-  between.push_back({top, *last});
+  between[count] = {top, *last};
+  between.resize(count + 1);
   return between;
 }
 
@@ -125,9 +120,11 @@ std::optional<double> StreamwiseShare(const std::vector<WindPoint>& winds,
 double MeanRelativeSpeed(const std::vector<WindPoint>& winds, const WindVector& motion) {
   if (winds.size() < 2) return 0;
   double sum = 0;
+  double below = LengthOf(Minus(winds.front().Wind, motion));
   for (std::size_t i = 1; i < winds.size(); ++i) {
-    sum += (LengthOf(Minus(winds[i - 1].Wind, motion)) + LengthOf(Minus(winds[i].Wind, motion))) /
-           2 * (winds[i].Height - winds[i - 1].Height);
+    const double above = LengthOf(Minus(winds[i].Wind, motion));
+    sum += (below + above) / 2 * (winds[i].Height - winds[i - 1].Height);
+    below = above;
   }
   return sum / (winds.back().Height - winds.front().Height);
 }
@@ -137,8 +134,7 @@ InflowWinds FindInflowWinds(const AnalysisResults& results) {
   const LevelProfile& levels = results.Levels;
   if (levels.Count() < 2) return inflow;
   const double ground = levels.Height(1);
-  const ParcelAscent& parcel =
-      results.Lifts[static_cast<std::size_t>(LiftType::MostUnstable)].Forced;
+  const ParcelAscent& parcel = results.Lifts[static_cast<std::size_t>(LiftType::MostUnstable)].Forced;
   const bool hasTop = parcel.Equilibrium.Exists() && !parcel.IsCut;
   const EffectiveLayer& effective = results.Effective;
 

@@ -30,6 +30,21 @@ struct Bracket {
   std::size_t High = 0;
 };
 
+// What std::lower_bound finds, in steps that follow the same way for every value: which half it
+// is that goes on cannot be foretold.
+template <class Before>
+std::size_t LowerBound(const std::vector<double>& values, double wanted, Before before) {
+  const double* base = values.data();
+  std::size_t count = values.size();
+  if (count == 0) return 0;
+  while (count > 1) {
+    const std::size_t half = count / 2;
+    base += before(base[half - 1], wanted) ? half : 0;
+    count -= half;
+  }
+  return static_cast<std::size_t>(base - values.data()) + (before(*base, wanted) ? 1 : 0);
+}
+
 // The bracket of a value in an ordered array, by halving. Should the order be broken, as in a
 // sounding that its check complained about, and halving miss, the levels are scanned upward.
 //
@@ -44,10 +59,9 @@ std::optional<Bracket> FindBracket(const std::vector<double>& values, double wan
     }
     return std::nullopt;
   };
-  const auto found = std::lower_bound(values.begin(), values.end(), wanted, before);
-  if (found != values.end()) {
-    const auto bracket = bracketEndingAt(static_cast<std::size_t>(found - values.begin()));
-    if (bracket) return bracket;
+  const std::size_t found = LowerBound(values, wanted, before);
+  if (found < values.size()) {
+    if (const auto bracket = bracketEndingAt(found)) return bracket;
   }
   if (isOrdered || std::is_sorted(values.begin(), values.end(), before)) return std::nullopt;
   for (std::size_t at = 0; at < values.size(); ++at) {
@@ -158,27 +172,46 @@ bool MissingAt(Quantity quantity, double value) {
 
 }  // namespace
 
-Sample SampleAt(const LevelProfile& levels, double press, Quantity quantity) {
-  const Levels<double>* array = ArrayOf(levels, quantity);
-  if (array == nullptr || !(press > 0)) return {};
+PressurePlace::PressurePlace(const LevelProfile& levels, double press) {
+  if (!(press > 0)) return;
   const std::vector<double>& pressures = levels.Press.Values();
   const auto bracket = FindBracket(pressures, press, std::greater<>{}, levels.PressFalls);
-  if (!bracket) return {};
-  const double low = array->Values()[bracket->Low];
-  const double high = array->Values()[bracket->High];
+  if (!bracket) return;
+  low_ = bracket->Low;
+  high_ = bracket->High;
+  where_ = low_ == high_ ? Where::AtLevel : Where::Between;
+  if (where_ == Where::AtLevel) return;
+  if (!(pressures[high_] > 0)) {
+    where_ = Where::WithoutPress;
+    return;
+  }
+  const double lowLog = LogPressAt(levels, low_);
+  depth_ = LogOf(press) - lowLog;
+  span_ =
+      pressures[low_] == pressures[high_] ? kEqualPressures : LogPressAt(levels, high_) - lowLog;
+}
+
+Sample PressurePlace::Read(const LevelProfile& levels, Quantity quantity) const {
+  const Levels<double>* array = ArrayOf(levels, quantity);
+  if (array == nullptr || where_ == Where::Outside) return {};
+  const double low = array->Values()[low_];
+  const double high = array->Values()[high_];
   if (MissingAt(quantity, low) || MissingAt(quantity, high)) return {0, Found::Missing};
-  if (bracket->Low == bracket->High) return {low, Found::Value};
-  const double lowPress = pressures[bracket->Low];
-  const double highPress = pressures[bracket->High];
-  if (!(highPress > 0)) return {};
-  const double lowLog = LogPressAt(levels, bracket->Low);
-  const double span =
-      lowPress == highPress ? kEqualPressures : LogPressAt(levels, bracket->High) - lowLog;
-  return {low + (high - low) * (LogOf(press) - lowLog) / span, Found::Value};
+  if (where_ == Where::AtLevel) return {low, Found::Value};
+  if (where_ == Where::WithoutPress) return {};
+  return {low + (high - low) * depth_ / span_, Found::Value};
+}
+
+Sample SampleAt(const LevelProfile& levels, double press, Quantity quantity) {
+  return PressurePlace(levels, press).Read(levels, quantity);
 }
 
 double GetTEMP(const LevelProfile& levels, double press, Quantity quantity) {
-  const Sample sample = SampleAt(levels, press, quantity);
+  return GetTEMP(levels, PressurePlace(levels, press), quantity);
+}
+
+double GetTEMP(const LevelProfile& levels, const PressurePlace& place, Quantity quantity) {
+  const Sample sample = place.Read(levels, quantity);
   if (!sample.Ok()) return kMissing;
   switch (quantity) {
     case Quantity::MixingRatio:
@@ -230,7 +263,11 @@ double GetHeight(const LevelProfile& levels, double press) {
 }
 
 Sample HeightAt(const LevelProfile& levels, double press) {
-  const Sample height = SampleAt(levels, press, Quantity::Height);
+  return HeightAt(levels, PressurePlace(levels, press), press);
+}
+
+Sample HeightAt(const LevelProfile& levels, const PressurePlace& place, double press) {
+  const Sample height = place.Read(levels, Quantity::Height);
   if (height.Ok() || press != kReferencePress || levels.Count() == 0 || press < levels.Press(1)) {
     return height;
   }

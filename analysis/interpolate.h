@@ -2,6 +2,7 @@
 // roundings, and the typed outcome that the program computes with inside.
 #pragma once
 
+#include <cmath>
 #include <cstddef>
 #include <limits>
 #include <optional>
@@ -38,6 +39,24 @@ enum class Quantity {
 /// A quantity at a pressure, linear in ln p between the bracketing levels, not rounded.
 Sample SampleAt(const LevelProfile& levels, double press, Quantity quantity);
 
+/// Where a pressure lies among the levels: whoever reads several quantities there finds it once.
+class PressurePlace {
+ public:
+  PressurePlace() = default;
+  PressurePlace(const LevelProfile& levels, double press);
+
+  /// What SampleAt gives at the pressure, of the same levels.
+  Sample Read(const LevelProfile& levels, Quantity quantity) const;
+
+ private:
+  enum class Where { Outside, AtLevel, Between, WithoutPress };
+  Where where_ = Where::Outside;
+  std::size_t low_ = 0;
+  std::size_t high_ = 0;
+  double depth_ = 0;  // ln p above the lower level, negative
+  double span_ = 0;   // that of the upper one
+};
+
 /// The same for the caller outside: rounded, 999.9 where SampleAt has no value.
 ///
 /// press       hPa
@@ -45,6 +64,7 @@ Sample SampleAt(const LevelProfile& levels, double press, Quantity quantity);
 ///             1 hPa; only quantity 10 reads them
 /// returns     °C, K, g/kg, % or m by quantity; 999.9 (kMissing) without a value
 double GetTEMP(const LevelProfile& levels, double press, Quantity quantity);
+double GetTEMP(const LevelProfile& levels, const PressurePlace& place, Quantity quantity);
 double GetTEMP(const std::vector<double>& parcelTemps, int parcelStart, double press);
 
 /// What a height loses where it is kept to the tenth of a metre, as those of winds are.
@@ -64,6 +84,7 @@ double GetHeight(const LevelProfile& levels, double press);
 /// Height at a pressure, m; 1000 hPa below the ground is where the standard lapse of 6.5 K/km, from
 /// the surface virtual temperature, puts it, as in the reduction to sea level.
 Sample HeightAt(const LevelProfile& levels, double press);
+Sample HeightAt(const LevelProfile& levels, const PressurePlace& place, double press);
 
 struct Wind {
   double Dir = 0;  // degrees the wind blows from
@@ -74,6 +95,15 @@ struct WindVector {
   double U = 0;  // kt
   double V = 0;
 };
+
+inline WindVector Minus(const WindVector& a, const WindVector& b) {
+  return {a.U - b.U, a.V - b.V};
+}
+
+/// Its speed, kt. Winds are far from where squares run over.
+inline double LengthOf(const WindVector& vector) {
+  return std::sqrt(vector.U * vector.U + vector.V * vector.V);
+}
 
 struct WindSample {
   Wind Value{};

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "analysis/column_math.h"
+#include "analysis/column_scan.h"
 #include "analysis/exact.h"
 #include "analysis/interpolate.h"
 #include "analysis/parcel_source.h"
@@ -105,12 +106,13 @@ std::vector<LevelPoint> FindTropopauses(const LevelProfile& levels) {
 std::vector<Inversion> FindInversions(const LevelProfile& levels,
                                       const std::vector<LevelPoint>& tropopauses) {
   std::vector<Inversion> found;
-  int base = 1;
-  while (base < levels.Count()) {
-    if (!(levels.Temp(base + 1) > levels.Temp(base))) {
-      ++base;
-      continue;
-    }
+  const std::vector<double>& temps = levels.Temp.Values();
+  const auto nextRise = [&temps](int from) {
+    return static_cast<int>(
+               FirstRise(temps.data(), static_cast<std::size_t>(from) - 1, temps.size())) +
+           1;
+  };
+  for (int base = nextRise(1); base < levels.Count();) {
     // Up through rising layers; isothermal ones belong to it when the temperature rises again.
     int top = base + 1;
     for (int i = top; i < levels.Count() && levels.Temp(i + 1) >= levels.Temp(i); ++i) {
@@ -121,7 +123,7 @@ std::vector<Inversion> FindInversions(const LevelProfile& levels,
       found.push_back(
           {KindOf(levels, base, top, tropopauses), PointOf(levels, base), PointOf(levels, top)});
     }
-    base = top;
+    base = nextRise(top);
   }
   return found;
 }

@@ -6,6 +6,7 @@
 
 #include "analysis/column_air.h"
 #include "analysis/column_math.h"
+#include "analysis/column_scan.h"
 #include "analysis/moist_air.h"
 #include "analysis/profile_walk.h"
 #include "analysis/standard_atmosphere.h"
@@ -47,10 +48,15 @@ VEXA_WIDE void FillAir(AirColumns air) {
     const double mixing = air.MixingRatio[i];
     const bool isMoist = mixing < kMissing - 1;
     const bool isKnown = (press > 0) & (isMoist | (press < kDryAbove));
-    const double vapor = isMoist ? mixing * press / (kEpsilon + mixing) : 0;
-    const double refractivity = RefractivityOfAir(press, air.Temp[i] + kKelvinOffset, vapor);
+    // Three quotients by one division, which takes longer than all products here.
+    const double moist = isMoist ? kEpsilon + mixing : 1;
+    const double tempK = air.Temp[i] + kKelvinOffset, theta = air.Theta[i];
+    const double all = 1 / (moist * tempK * theta);
+    const double share = isMoist ? mixing * (all * tempK * theta) : 0;  // of vapour in the pressure
+    const double perTemp = all * moist * theta, perTheta = all * moist * tempK;
+    const double refractivity = 77.6 * perTemp * (press + 4810 * share * press * perTemp);
     const double potential =
-        RefractivityOfAir(kReferencePress, air.Theta[i], kReferencePress * vapor / press);
+        77.6 * perTheta * (kReferencePress + 4810 * share * kReferencePress * perTheta);
     air.Refractivity[i] = isKnown ? refractivity : kMissing;
     air.Modified[i] = isKnown ? refractivity + kModifiedPerMeter * air.Height[i] : kMissing;
     air.Potential[i] = isKnown ? potential : kMissing;
@@ -111,7 +117,7 @@ struct MixingLine {
 };
 
 inline double SlopeAt(double press) {
-  return kContrailFactor * 1e-3 * 100 * press / kEpsilon;
+  return kContrailFactor * 1e-3 * 100 / kEpsilon * press;
 }
 
 // By the logarithm of what the slope is above the least.
@@ -174,7 +180,7 @@ VEXA_WIDE void FillExcesses(ContrailColumns air, ColumnVapor table) {
     const double atTemp = 100 * table.At(temp, tempOnLadder).Pressure;
     const double observed = air.RelHumidity[i];
     const double humidity = observed < kMostHumid ? observed : given;
-    const double share = std::min(humidity / 100, 1.0);
+    const double share = std::min(humidity * 0.01, 1.0);
     const double above = temp - threshold;
     const double vapor = (atLine - share * atTemp) / slope;
     const double counts = (share < 1 ? 1.0 : 0.0) * (above < 0 ? 1.0 : 0.0);
@@ -184,6 +190,72 @@ VEXA_WIDE void FillExcesses(ContrailColumns air, ColumnVapor table) {
     air.Excess[i] = above + counts * vapor + odd;
   }
 }
+
+// The excess of each level, worked out for some levels at a time when one of them is asked for.
+class ExcessColumn {
+ public:
+  ExcessColumn(const LevelProfile& levels, double humidity, std::size_t first)
+      : levels_(levels),
+        humidity_(humidity),
+        first_(first),
+        excesses_(levels.Press.Values().size() - first),
+        isReady_(excesses_.size() / kAtATime + 1) {}
+
+  double At(int level) {
+    const std::size_t at = static_cast<std::size_t>(level) - 1 - first_;
+    if (!isReady_[at / kAtATime]) Fill(at / kAtATime);
+    return std::isnan(excesses_[at]) ? Guarded(level) : excesses_[at];
+  }
+
+  // Where a level is the first of some that are all warmer than saturated air may be, the last of
+  // them; else 0.
+  int EndOfWarm(int level) const {
+    constexpr double kLeastRise = 0.002;  // Pa/K, from which on the threshold rises with pressure
+    const std::size_t at = static_cast<std::size_t>(level) - 1 - first_;
+    if (at % kAtATime != 0 || at + kAtATime > excesses_.size()) return 0;
+    const double* pressures = levels_.Press.Values().data() + first_ + at;
+    const double* temps = levels_.Temp.Values().data() + first_ + at;
+    const double highest = pressures[0];
+    const double rise = SlopeAt(pressures[kAtATime - 1]) - kLeastGradient;
+    if (!levels_.PressFalls || !(highest <= kContrailPress) || !(rise > kLeastRise)) return 0;
+    const double warmest = MixingLineAt(highest).Saturated;
+    const bool isWarm = FirstNotAbove(temps, 0, kAtATime, warmest) == kAtATime;
+    return isWarm ? level + static_cast<int>(kAtATime) - 1 : 0;
+  }
+
+ private:
+  static constexpr std::size_t kAtATime = 64;
+
+  void Fill(std::size_t block) {
+    const std::size_t from = block * kAtATime;
+    FillExcesses({.Count = std::min(excesses_.size() - from, kAtATime),
+                  .Press = levels_.Press.Values().data() + first_ + from,
+                  .Temp = levels_.Temp.Values().data() + first_ + from,
+                  .RelHumidity = levels_.RelHumidity.Values().data() + first_ + from,
+                  .Humidity = humidity_,
+                  .Excess = excesses_.data() + from},
+                 ColumnVapor(SaturationOver::Water));
+    isReady_[block] = true;
+  }
+
+  double Guarded(int level) const {
+    const MixingLine line = MixingLineAt(levels_.Press(level));
+    if (NotAvailable(line.Saturated)) return 1.0;
+    const double observed = levels_.RelHumidity(level);
+    const double share = std::min((NotAvailable(observed) ? humidity_ : observed) / 100, 1.0);
+    // Warmer than saturated air may be, the mixing line lies above the vapour curve throughout.
+    const double temp = levels_.Temp(level);
+    const bool tooWarm = share >= 1 || temp >= line.Saturated;
+    return tooWarm ? temp - line.Saturated
+                   : Excess(line, WaterVaporAt(line.Saturated), temp, share);
+  }
+
+  const LevelProfile& levels_;
+  double humidity_;    // %, where none is known
+  std::size_t first_;  // level, from 0
+  std::vector<double> excesses_;
+  std::vector<char> isReady_;
+};
 
 }  // namespace
 
@@ -242,9 +314,14 @@ LevelListing ListLevels(const LevelProfile& levels) {
 std::vector<Duct> FindDucts(const LevelProfile& levels, const LevelListing& listing,
                             double threshold) {
   std::vector<Duct> ducts;
-  for (int i = 2; i <= levels.Count(); ++i) {
-    const double gradient = listing.Gradient(i);
-    if (IsMissing(gradient) || gradient > threshold) continue;  // -2000 N/km is a gradient
+  const std::vector<double>& gradients = listing.Gradient.Values();
+  const auto nextFrom = [&](std::size_t at) {
+    return FirstNotAbove(gradients.data(), at, gradients.size(), threshold);
+  };
+  for (std::size_t at = nextFrom(1); at < gradients.size(); at = nextFrom(at + 1)) {
+    const int i = static_cast<int>(at) + 1;
+    const double gradient = gradients[at];
+    if (IsMissing(gradient)) continue;  // -2000 N/km is a gradient
     if (!ducts.empty() && ducts.back().Top.Height == levels.Height(i - 1)) {
       ducts.back().Top = PointOf(levels, i);
       ducts.back().Gradient = std::min(ducts.back().Gradient, gradient);
@@ -292,35 +369,18 @@ std::vector<AirLayer> FindContrails(const LevelProfile& levels, double humidity)
   std::vector<AirLayer> layers;
   const std::vector<double>& pressures = levels.Press.Values();
   // The first level that counts: nearly always all above it do.
-  const auto isHigh = [](double press) { return !(press > kContrailPress); };
-  const auto first =
-      static_cast<std::size_t>(std::ranges::find_if(pressures, isHigh) - pressures.begin());
-  std::vector<double> excesses(pressures.size() - first);
-  FillExcesses({.Count = excesses.size(),
-                .Press = pressures.data() + first,
-                .Temp = levels.Temp.Values().data() + first,
-                .RelHumidity = levels.RelHumidity.Values().data() + first,
-                .Humidity = humidity,
-                .Excess = excesses.data()},
-               ColumnVapor(SaturationOver::Water));
-  const auto excessAt = [&](int level) {
-    const double ready = excesses[static_cast<std::size_t>(level) - 1 - first];
-    if (!std::isnan(ready)) return ready;
-    const MixingLine line = MixingLineAt(levels.Press(level));
-    if (NotAvailable(line.Saturated)) return 1.0;
-    const double observed = levels.RelHumidity(level);
-    const double share = std::min((NotAvailable(observed) ? humidity : observed) / 100, 1.0);
-    // Warmer than saturated air may be, the mixing line lies above the vapour curve throughout.
-    const double temp = levels.Temp(level);
-    const bool tooWarm = share >= 1 || temp >= line.Saturated;
-    return tooWarm ? temp - line.Saturated
-                   : Excess(line, WaterVaporAt(line.Saturated), temp, share);
-  };
+  const std::size_t first = FirstNotAbove(pressures.data(), 0, pressures.size(), kContrailPress);
+  ExcessColumn excesses(levels, humidity, first);
   double below = 1;
   for (int i = static_cast<int>(first) + 1; i <= levels.Count(); ++i) {
+    if (const int last = excesses.EndOfWarm(i); last > i && !(i > 1 && below <= 0)) {
+      i = last;
+      below = excesses.At(i);
+      continue;
+    }
     if (levels.Press(i) > kContrailPress) continue;
     const bool isFirst = i == 1 || levels.Press(i - 1) > kContrailPress;
-    const double excess = excessAt(i);
+    const double excess = excesses.At(i);
     const bool inside = !layers.empty() && !isFirst && below <= 0;
     if (excess > 0 && !inside) {
       below = excess;

@@ -43,9 +43,9 @@ AirPoint ProfileWalk::At(double height) {
   point.Temp = between(levels_.Temp);
   point.Theta = between(levels_.Theta);
   const double* pressures = levels_.Press.Values().data();
-  point.Press = share == 0 || pressures[low] == pressures[high] ? pressures[low]
-                : share == 1                                    ? pressures[high]
-                             : std::exp(between(levels_.LogPress));
+  point.LevelPress = share == 1 ? pressures[high] : pressures[low];
+  point.IsBetween = share != 0 && share != 1 && pressures[low] != pressures[high];
+  if (point.IsBetween) point.LogPress = between(levels_.LogPress);
   const double* dewpts = levels_.Dewpt.Values().data();
   const bool lowMoist = !NotAvailable(dewpts[low]);
   const bool highMoist = !NotAvailable(dewpts[high]);
@@ -82,23 +82,28 @@ std::vector<double> SampleHeights(const LevelProfile& levels, double low, double
 
 std::vector<AirLayer> JoinRuns(std::span<const ClassedPoint> points) {
   std::vector<AirLayer> layers;
-  const ClassedPoint* before = nullptr;
-  for (const ClassedPoint& point : points) {
-    const bool goesOn =
-        before != nullptr && before->Class == point.Class && before->Word == point.Word;
-    if (!goesOn) {
-      const LevelPoint border = before != nullptr ? Middle(before->At, point.At) : point.At;
-      if (before != nullptr && before->Class != Intensity::None) layers.back().Top = border;
-      if (point.Class != Intensity::None) {
-        layers.push_back({border, point.At, point.Class, point.Word, point.Value});
+  for (std::size_t i = 0; i < points.size();) {
+    const ClassedPoint& first = points[i];
+    std::size_t end = i + 1;  // behind the run of one class and word
+    const auto goesOn = [&first](const ClassedPoint& point) {
+      return point.Class == first.Class && point.Word == first.Word;
+    };
+    while (end < points.size() && goesOn(points[end])) ++end;
+    if (first.Class != Intensity::None) {
+      const LevelPoint base = first.At.Point();
+      const LevelPoint top = points[end - 1].At.Point();
+      AirLayer layer{base, top, first.Class, first.Word, first.Value};
+      if (i > 0) layer.Base = Middle(points[i - 1].At.Point(), base);
+      if (end < points.size()) layer.Top = Middle(top, points[end].At.Point());
+      for (std::size_t k = i + 1; k < end; ++k) {
+        const double value = points[k].Value;
+        const bool isLarger =
+            !NotAvailable(value) && (NotAvailable(layer.Value) || value > layer.Value);
+        if (isLarger) layer.Value = value;
       }
-    } else if (point.Class != Intensity::None) {
-      layers.back().Top = point.At;
-      const bool larger = !NotAvailable(point.Value) &&
-                          (NotAvailable(layers.back().Value) || point.Value > layers.back().Value);
-      if (larger) layers.back().Value = point.Value;
+      layers.push_back(layer);
     }
-    before = &point;
+    i = end;
   }
   return layers;
 }

@@ -2,6 +2,7 @@
 // layer analyses join into layers.
 #pragma once
 
+#include <cmath>
 #include <cstddef>
 #include <span>
 #include <string_view>
@@ -12,16 +13,24 @@
 
 namespace vexa::analysis {
 
+/// A place in the air whose pressure is worked out when it is asked for: few of many places that
+/// are looked at become borders of a layer.
+struct AirPlace {
+  double LevelPress = 0;  // hPa, at a level; 0 between levels
+  double Height = 0;      // m
+  double Temp = 0;        // °C
+  double LogPress = 0;    // between levels
+  bool IsBetween = false;
+  double Press() const { return IsBetween ? std::exp(LogPress) : LevelPress; }  // hPa
+  LevelPoint Point() const { return {Press(), Height, Temp}; }
+};
+
 /// The air at one height: linear in height between the levels, pressure in its logarithm.
-struct AirPoint {
-  double Height = 0;        // m
-  double Press = 0;         // hPa
-  double Temp = 0;          // °C
+struct AirPoint : AirPlace {
   double Dewpt = kMissing;  // °C
   double Theta = 0;         // K
   double Lapse = 0;         // °C per km of the layer; at a level, of the one above
   bool HasDewpt() const { return !NotAvailable(Dewpt); }
-  LevelPoint Point() const { return {Press, Height, Temp}; }
 };
 
 /// The point a share of the way from a level to the next: height and temperature linear, pressure
@@ -45,7 +54,7 @@ std::vector<double> SampleHeights(const LevelProfile& levels, double low, double
 
 /// One look of a layer analysis.
 struct ClassedPoint {
-  LevelPoint At{};
+  AirPlace At{};
   Intensity Class = Intensity::None;
   std::string_view Word{};
   double Value = kMissing;

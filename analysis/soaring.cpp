@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "analysis/column_math.h"
+#include "analysis/column_scan.h"
 #include "analysis/interpolate.h"
 #include "analysis/moist_air.h"
 #include "analysis/profile_walk.h"
@@ -35,18 +36,20 @@ VEXA_WIDE void FillThermalIndex(const double* temps, const double* thetas, std::
 // Where air that rises dry from the ground stops being potentially warmer than the air about it;
 // none where the sounding ends first.
 LevelPoint TopOfDryThermals(const LevelProfile& levels, double theta) {
-  for (int i = 1; i < levels.Count(); ++i) {
-    if (!(levels.Theta(i + 1) > theta + kNoLid)) continue;
-    const double share = (theta - levels.Theta(i)) / (levels.Theta(i + 1) - levels.Theta(i));
-    return Between(levels, i, std::clamp(share, 0.0, 1.0));
-  }
-  return {};
+  const std::vector<double>& thetas = levels.Theta.Values();
+  const std::size_t above = FirstAbove(thetas.data(), 1, thetas.size(), theta + kNoLid);
+  if (above >= thetas.size()) return {};
+  const double share = (theta - thetas[above - 1]) / (thetas[above] - thetas[above - 1]);
+  return Between(levels, static_cast<int>(above), std::clamp(share, 0.0, 1.0));
 }
 
 // The highest place below the thermals' top up to which the index is at most the pilot's; none
 // where it never is.
 LevelPoint PilotLevelUnder(const LevelProfile& levels, const Levels<double>& index, double top) {
-  for (int i = levels.Count() - 1; i >= 1; --i) {
+  const std::vector<double>& heights = levels.Height.Values();
+  const auto reached = static_cast<int>(std::ranges::upper_bound(heights, top) - heights.begin());
+  const int highestBase = levels.HeightRises ? reached : levels.Count();
+  for (int i = std::min(highestBase, levels.Count() - 1); i >= 1; --i) {
     const double depth = levels.Height(i + 1) - levels.Height(i);
     if (levels.Height(i) > top || !(depth > 0)) continue;
     const double highest = std::min((top - levels.Height(i)) / depth, 1.0);

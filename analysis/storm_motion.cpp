@@ -24,14 +24,6 @@ constexpr double kLatestBegin = 500;  // m above the layer's base
 constexpr double kLeastShare = 0.75;  // of the layer's depth
 constexpr double kNoShear = 0.01;     // kt
 
-double Length(const WindVector& vector) {
-  return std::hypot(vector.U, vector.V);
-}
-
-WindVector Difference(const WindVector& a, const WindVector& b) {
-  return {a.U - b.U, a.V - b.V};
-}
-
 constexpr double kRounding = 1;  // m: elevations are whole, the wind on the ground need not be
 
 // The winds of a layer from the ground up, with the one at its top, interpolated where need be.
@@ -143,7 +135,7 @@ std::optional<WindVector> MeanFromGround(const WindsAbove& winds, double depth) 
 // The wind at the top of a layer minus the one at the ground.
 std::optional<WindVector> ShearOf(const LayerWinds& layer) {
   if (!layer.HasSurface || !layer.ReachesTop || layer.Count() < 2) return std::nullopt;
-  return Difference(layer.Highest(), layer.Levels.front());
+  return Minus(layer.Highest(), layer.Levels.front());
 }
 
 double HelicityOf(const LayerWinds& layer, const WindVector& motion) {
@@ -151,9 +143,9 @@ double HelicityOf(const LayerWinds& layer, const WindVector& motion) {
     return kNone;
   }
   double sum = 0;
-  WindVector below = Difference(layer.Levels.front(), motion);
+  WindVector below = Minus(layer.Levels.front(), motion);
   const auto add = [&](const WindVector& wind) {
-    const WindVector above = Difference(wind, motion);
+    const WindVector above = Minus(wind, motion);
     sum += above.U * below.V - below.U * above.V;
     below = above;
   };
@@ -200,8 +192,8 @@ std::optional<Movers> BunkersOf(const WindProfile& winds, double ground,
                                 const std::optional<WindVector>& mean,
                                 const std::optional<WindVector>& low, int deviationFactor) {
   if (!mean || !low) return std::nullopt;
-  const WindVector shear = Difference(ShearTopWind(winds, ground), *low);
-  const double size = Length(shear);
+  const WindVector shear = Minus(ShearTopWind(winds, ground), *low);
+  const double size = LengthOf(shear);
   if (size < kNoShear) return Movers{*mean, *mean};
   const double deviation = kDeviation * deviationFactor;
   const WindVector aside{deviation * shear.V / size, -deviation * shear.U / size};
@@ -231,7 +223,7 @@ bool WindsStandFor(const WindProfile& winds, double ground, double depth) {
 float BRNnbr(const std::optional<WindVector>& mean6km,
              const std::optional<WindVector>& meanHalfKm) {
   if (!mean6km || !meanHalfKm) return static_cast<float>(kNone);
-  const double shearMs = kKnotToMsBrn * Length(Difference(*mean6km, *meanHalfKm));
+  const double shearMs = kKnotToMsBrn * LengthOf(Minus(*mean6km, *meanHalfKm));
   return static_cast<float>(0.5 * shearMs * shearMs);
 }
 

@@ -91,11 +91,11 @@ void Append(std::vector<AirLayer>& layers, const WindPair& pair, Intensity grade
   if (grade == Intensity::None) return;
   if (!layers.empty() && layers.back().Class == grade && layers.back().Word == word &&
       layers.back().Top.Height == pair.Low.Height) {
-    layers.back().Top = pair.High;
+    layers.back().Top = pair.High.Point();
     layers.back().Value = std::max(layers.back().Value, value);
     return;
   }
-  layers.push_back({pair.Low, pair.High, grade, word, value});
+  layers.push_back({pair.Low.Point(), pair.High.Point(), grade, word, value});
 }
 
 }  // namespace
@@ -128,8 +128,8 @@ std::vector<WindPair> PairWinds(const WindProfile& winds, const LevelProfile& le
     const WindVector& wind = winds.Vectors[i];
     if (begun) {
       const double depth = high.Height - low.Height;
-      WindPair pair{.Low = low.Point(), .High = high.Point()};
-      pair.Difference = std::hypot(wind.U - lowWind.U, wind.V - lowWind.V);
+      WindPair pair{.Low = low, .High = high};
+      pair.Difference = LengthOf(Minus(wind, lowWind));
       pair.Shear = pair.Difference / (depth / MetersFromFeet(1000));
       pair.Lapse = (low.Temp - high.Temp) / depth * 1000;
       const double perSecond = pair.Difference * kKnotToMs / depth;
@@ -182,7 +182,7 @@ std::vector<AirLayer> FindHighCat(const std::vector<WindPair>& pairs,
 std::vector<AirLayer> FindLowShear(const std::vector<WindPair>& pairs, double ground) {
   std::vector<AirLayer> layers;
   for (const WindPair& pair : pairs) {
-    if (pair.High.Height > ground + kBoundaryLayer) break;
+    if (pair.High.Height > ground + kLowShearDepth) break;
     const double depth = pair.High.Height - pair.Low.Height;
     if (depth < kLeastLowPair) continue;
     const double perHundredFeet = pair.Difference / (depth / MetersFromFeet(100));

@@ -6,14 +6,15 @@
 #include <vector>
 
 #include "analysis/analysis.h"
+#include "analysis/profile_walk.h"
 #include "core/sounding_record.h"
 
 namespace vexa::analysis {
 
 /// What lies between two winds.
 struct WindPair {
-  LevelPoint Low{};
-  LevelPoint High{};
+  AirPlace Low{};
+  AirPlace High{};
   double Difference = 0;  // kt, of the vectors
   double Shear = 0;       // kt per 1000 ft
   double Richardson = kMissing;
@@ -35,6 +36,9 @@ std::vector<AirLayer> FindCat(const std::vector<WindPair>& pairs, double ground,
 /// (Waco 1970).
 std::vector<AirLayer> FindHighCat(const std::vector<WindPair>& pairs,
                                   const std::vector<LevelPoint>& tropopauses);
+
+/// m above ground, up to which wind shear counts as low: 2000 ft.
+inline constexpr double kLowShearDepth = 609.6;
 
 /// Wind shear below 2000 ft over the ground (ICAO Doc 9817).
 std::vector<AirLayer> FindLowShear(const std::vector<WindPair>& pairs, double ground);

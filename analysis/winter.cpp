@@ -4,6 +4,7 @@
 #include <cmath>
 #include <vector>
 
+#include "analysis/column_scan.h"
 #include "analysis/interpolate.h"
 #include "analysis/moist_air.h"
 #include "analysis/profile_walk.h"
@@ -127,10 +128,19 @@ double SnowSquall(const WindProfile& winds, const LevelProfile& levels) {
 std::vector<WinterResults::DendriticLayer> DendriticZone(const LevelProfile& levels) {
   std::vector<WinterResults::DendriticLayer> zone;
   const std::vector<double>& temps = levels.Temp.Values();
-  for (int i = 1; i < levels.Count(); ++i) {
-    const double low = temps[static_cast<std::size_t>(i) - 1];
-    const double high = temps[static_cast<std::size_t>(i)];
-    if (std::max(low, high) < kDendriticCold || std::min(low, high) > kDendriticWarm) continue;
+  // A layer of which no end is within or beyond the zone is passed over, with all that follow it.
+  for (std::size_t at = 0; at + 1 < temps.size(); ++at) {
+    const double low = temps[at];
+    const double high = temps[at + 1];
+    if (std::max(low, high) < kDendriticCold) {
+      at = FirstNotBelow(temps.data(), at + 2, temps.size(), kDendriticCold) - 2;
+      continue;
+    }
+    if (std::min(low, high) > kDendriticWarm) {
+      at = FirstNotAbove(temps.data(), at + 2, temps.size(), kDendriticWarm) - 2;
+      continue;
+    }
+    const int i = static_cast<int>(at) + 1;
     // The part of the layer that lies inside the zone.
     double from = 0;
     double to = 1;

@@ -4,10 +4,13 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <limits>
 #include <random>
 #include <vector>
 
 #include "analysis/column_math.h"
+#include "analysis/column_scan.h"
 #include "analysis/interpolate.h"
 #include "analysis/layers.h"
 #include "analysis/level_listing.h"
@@ -38,6 +41,9 @@ TEST(ColumnMath, GivesTheLibrarysNumbers) {
   for (double ratio = 0.7; ratio < 1.43; ratio += 0.0007) {
     EXPECT_NEAR(LogOfRatio(250 * ratio, 250), std::log(ratio), kLastPlaces) << ratio;
   }
+  for (double ratio = 0.87; ratio < 1.15; ratio += 0.0007) {
+    EXPECT_NEAR(LogOfNearRatio(250 * ratio, 250), std::log(ratio), kLastPlaces) << ratio;
+  }
 }
 
 TEST(ColumnMath, SumsOfOneSignOfAnyLength) {
@@ -50,6 +56,34 @@ TEST(ColumnMath, SumsOfOneSignOfAnyLength) {
       for (std::size_t i = from; i < to; ++i) (values[i] > 0 ? positive : negative) += values[i];
       EXPECT_NEAR(PositiveSum(values.data(), from, to), positive, 1e-12) << from << '-' << to;
       EXPECT_NEAR(NegativeSum(values.data(), from, to), negative, 1e-12) << from << '-' << to;
+    }
+  }
+}
+
+// One odd value in a column of any length, at any place: where it stands is where it is found.
+TEST(ColumnScan, FindsWhatIsOddWhereverItStands) {
+  constexpr double kNoNumber = std::numeric_limits<double>::quiet_NaN();
+  for (const std::size_t count : {1u, 31u, 32u, 33u, 100u}) {
+    for (std::size_t odd = 0; odd < count; ++odd) {
+      const auto column = [&](double common, double value) {
+        std::vector<double> values(count, common);
+        values[odd] = value;
+        return values;
+      };
+      const std::vector<double> high = column(5, 6), low = column(5, 4);
+      const std::vector<double> none = column(5, kNoNumber), cold = column(4, kNoNumber);
+      EXPECT_EQ(FirstAbove(high.data(), 0, count, 5), odd);
+      EXPECT_EQ(FirstBelow(low.data(), 0, count, 5), odd);
+      EXPECT_EQ(FirstNotAbove(low.data(), 0, count, 4), odd);
+      EXPECT_EQ(FirstNotBelow(high.data(), 0, count, 6), odd);
+      EXPECT_EQ(FirstNotAbove(none.data(), 0, count, 4), odd);
+      EXPECT_EQ(FirstNotBelow(cold.data(), 0, count, 5), odd);
+      EXPECT_EQ(FirstAbove(none.data(), 0, count, 5), count);
+      EXPECT_EQ(FirstAbove(high.data(), odd + 1, count, 5), count);
+      EXPECT_EQ(CountToLastNotBelow(high.data(), count, 6), odd + 1);
+      EXPECT_EQ(CountToLastNotBelow(none.data(), count, 6), 0u);
+      EXPECT_EQ(FirstRise(high.data(), 0, count), odd == 0 ? count : odd - 1);
+      EXPECT_EQ(FirstRise(low.data(), 0, count), odd + 1 == count ? count : odd);
     }
   }
 }

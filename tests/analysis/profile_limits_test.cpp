@@ -38,13 +38,13 @@ TEST(ProfileLimits, AirBetweenLevelsAndBeyondTheirEnds) {
     SCOPED_TRACE(c.Height);
     const AirPoint air = ProfileWalk(levels).At(c.Height);
     if (c.Press > 0) {
-      EXPECT_NEAR(air.Press, c.Press, 1e-9);
+      EXPECT_NEAR(air.Press(), c.Press, 1e-9);
     }
     EXPECT_NEAR(air.Temp, c.Temp, 1e-9);
     EXPECT_NEAR(air.Dewpt, c.Dewpt, 1e-9);
     EXPECT_NEAR(air.Lapse, c.Lapse, 1e-9);
   }
-  EXPECT_EQ(ProfileWalk(LevelProfile{}).At(100).Press, 0);
+  EXPECT_EQ(ProfileWalk(LevelProfile{}).At(100).Press(), 0);
   // The last level has its own dew point, whatever the one below lacks.
   const LevelProfile last = Air({{0, 1000, 10, 999.9}, {1000, 880, 4, 1}});
   EXPECT_EQ(ProfileWalk(last).At(1000).Dewpt, 1);

@@ -1,0 +1,65 @@
+#include "analysis/column_scan.h"
+
+#include <cstdint>
+
+#include "analysis/column_math.h"
+
+namespace vexa::analysis {
+namespace {
+
+constexpr std::size_t kAtATime = 32;
+
+// Whether any of the places from one on is so.
+template <class IsSo>
+inline __attribute__((always_inline)) bool HasAny(std::size_t from, const IsSo& isSo) {
+  std::uint64_t any = 0;
+  for (std::size_t i = from; i < from + kAtATime; ++i) any |= isSo(i) ? 1 : 0;
+  return any != 0;
+}
+
+template <class IsSo>
+inline __attribute__((always_inline)) std::size_t FirstThat(std::size_t from, std::size_t end,
+                                                            const IsSo& isSo) {
+  std::size_t i = from;
+  while (i + kAtATime <= end && !HasAny(i, isSo)) i += kAtATime;
+  while (i < end && !isSo(i)) ++i;
+  return i;
+}
+
+}  // namespace
+
+VEXA_WIDE std::size_t FirstAbove(const double* values, std::size_t from, std::size_t end,
+                                 double limit) {
+  return FirstThat(from, end, [=](std::size_t i) { return values[i] > limit; });
+}
+
+VEXA_WIDE std::size_t FirstNotAbove(const double* values, std::size_t from, std::size_t end,
+                                    double limit) {
+  return FirstThat(from, end, [=](std::size_t i) { return !(values[i] > limit); });
+}
+
+VEXA_WIDE std::size_t FirstBelow(const double* values, std::size_t from, std::size_t end,
+                                 double limit) {
+  return FirstThat(from, end, [=](std::size_t i) { return values[i] < limit; });
+}
+
+VEXA_WIDE std::size_t FirstNotBelow(const double* values, std::size_t from, std::size_t end,
+                                    double limit) {
+  return FirstThat(from, end, [=](std::size_t i) { return !(values[i] < limit); });
+}
+
+VEXA_WIDE std::size_t FirstRise(const double* values, std::size_t from, std::size_t end) {
+  if (from + 1 >= end) return end;
+  const std::size_t found =
+      FirstThat(from, end - 1, [=](std::size_t i) { return values[i] < values[i + 1]; });
+  return found == end - 1 ? end : found;
+}
+
+VEXA_WIDE std::size_t CountToLastNotBelow(const double* values, std::size_t count, double limit) {
+  const auto isSo = [=](std::size_t i) { return values[i] >= limit; };
+  while (count >= kAtATime && !HasAny(count - kAtATime, isSo)) count -= kAtATime;
+  while (count > 0 && !isSo(count - 1)) --count;
+  return count;
+}
+
+}  // namespace vexa::analysis
