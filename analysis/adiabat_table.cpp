@@ -118,39 +118,28 @@ VEXA_WIDE void SumColumns(const double* a, const double* b, const double* c, con
   }
 }
 
-// Four columns and the weights of the cubic through them.
-struct AdiabatTable::Weighted {
-  std::array<const Column*, 4> Columns{};
-  std::array<double, 4> Weights{};
-
-  double At(std::vector<double> Column::*array, std::size_t i) const {
-    return Weights[0] * (Columns[0]->*array)[i] + Weights[1] * (Columns[1]->*array)[i] +
-           Weights[2] * (Columns[2]->*array)[i] + Weights[3] * (Columns[3]->*array)[i];
-  }
-
-  // The first entry of [from, to) that is not warmer than 0 °C, or to.
-  std::size_t FirstFrozen(std::size_t from, std::size_t to) const {
-    while (from < to) {
-      const std::size_t middle = from + (to - from) / 2;
-      if (At(&Column::Temps, middle) > 0) {
-        from = middle + 1;
-      } else {
-        to = middle;
-      }
+// The first entry of [from, to) that is not warmer than 0 °C, or to.
+std::size_t AdiabatTable::Weighted::FirstFrozen(std::size_t from, std::size_t to) const {
+  while (from < to) {
+    const std::size_t middle = from + (to - from) / 2;
+    if (At(&Column::Temps, middle) > 0) {
+      from = middle + 1;
+    } else {
+      to = middle;
     }
-    return to;
   }
+  return to;
+}
 
-  // Blends one array of the columns over [first, first + count).
-  void Sum(std::vector<double> Column::*array, std::size_t first, std::size_t count,
-           double* out) const {
-    const double* a = (Columns[0]->*array).data() + first;
-    const double* b = (Columns[1]->*array).data() + first;
-    const double* c = (Columns[2]->*array).data() + first;
-    const double* d = (Columns[3]->*array).data() + first;
-    SumColumns(a, b, c, d, Weights, count, out);
-  }
-};
+// Blends one array of the columns over [first, first + count).
+void AdiabatTable::Weighted::Sum(std::vector<double> Column::*array, std::size_t first,
+                                 std::size_t count, double* out) const {
+  const double* a = (Columns[0]->*array).data() + first;
+  const double* b = (Columns[1]->*array).data() + first;
+  const double* c = (Columns[2]->*array).data() + first;
+  const double* d = (Columns[3]->*array).data() + first;
+  SumColumns(a, b, c, d, Weights, count, out);
+}
 
 const AdiabatTable::Column& AdiabatTable::At(VaporFormula formula, int rung) {
   const std::vector<Column>& columns = columns_[static_cast<std::size_t>(formula)];
@@ -184,10 +173,15 @@ AdiabatTable::Weighted AdiabatTable::Neighbours(VaporFormula formula, double the
   const double place = (thetaE - kFirstRung) / kRungHeight;
   const int rung = static_cast<int>(place);
   const double u = place - rung;  // 0 … 1 between the two middle columns
-  Weighted blend;
-  for (int i = 0; i < 4; ++i) {
-    blend.Columns[static_cast<std::size_t>(i)] = &At(formula, rung - 1 + i);
+  const std::vector<Column>& columns = columns_[static_cast<std::size_t>(formula)];
+  int& latest = latest_[static_cast<std::size_t>(formula)];
+  if (latest != rung || columns.empty()) {
+    for (int i = 0; i < 4; ++i) At(formula, rung - 1 + i);
+    latest = rung;
   }
+  Weighted blend;
+  const Column* lowest = columns.data() + rung - 1;
+  blend.Columns = {lowest, lowest + 1, lowest + 2, lowest + 3};
   blend.Weights = {-u * (u - 1) * (u - 2) / 6, (u + 1) * (u - 1) * (u - 2) / 2,
                    -(u + 1) * u * (u - 2) / 2, (u + 1) * u * (u - 1) / 6};
   return blend;
@@ -214,6 +208,39 @@ void AdiabatTable::Blend(double thetaE, SaturationOver over, int bottom, int top
       over == SaturationOver::Ice ? water.FirstFrozen(first, first + count) - first : count;
   blend(water, 0, icy);
   if (icy < count) blend(Neighbours(VaporFormula::Ice, thetaE), icy, count);
+}
+
+AdiabatTable::Adiabat AdiabatTable::Along(double thetaE, SaturationOver over, bool isVirtual) {
+  Adiabat adiabat;
+  if (!IsOnLadder(thetaE)) {
+    std::vector<double> temps(kGridBottom), virtuals(kGridBottom);
+    SolveAdiabat(thetaE, over, kGridBottom, 1, temps.data(), virtuals.data());
+    adiabat.solved_ =
+        std::make_shared<const std::vector<double>>(std::move(isVirtual ? virtuals : temps));
+    adiabat.water_.Temps.fill(adiabat.solved_->data());
+    adiabat.water_.Weights = {1, 0, 0, 0};
+    return adiabat;
+  }
+  const auto array = isVirtual ? &Column::VirtualTemps : &Column::Temps;
+  const auto columnsOf = [array](const Weighted& blend) {
+    Adiabat::Columns columns{.Weights = blend.Weights};
+    for (std::size_t i = 0; i < 4; ++i) columns.Temps[i] = (blend.Columns[i]->*array).data();
+    return columns;
+  };
+  const Weighted water = Neighbours(VaporFormula::Water, thetaE);
+  adiabat.water_ = columnsOf(water);
+  if (over == SaturationOver::Ice) {
+    adiabat.frozen_ = kGridBottom - static_cast<int>(water.FirstFrozen(0, kGridBottom));
+    adiabat.ice_ = columnsOf(Neighbours(VaporFormula::Ice, thetaE));
+  }
+  return adiabat;
+}
+
+AdiabatTable::Adiabat::Columns AdiabatTable::Adiabat::From(int press) const {
+  Columns columns = press > frozen_ ? water_ : ice_;
+  if (press > frozen_) columns.Top = frozen_ + 1;
+  for (const double*& temps : columns.Temps) temps += GridIndex(press);
+  return columns;
 }
 
 std::optional<AdiabatPiece> AdiabatTable::Piece(double thetaE, SaturationOver over, int bottom,

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <array>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -31,11 +32,55 @@ struct AdiabatPiece {
 };
 
 class AdiabatTable {
+ private:
+  struct Column {
+    std::vector<double> Temps{};         // °C at kGridBottom … 1 hPa
+    std::vector<double> VirtualTemps{};  // °C
+    std::vector<double> Areas{};         // K; trapezoids of Temps over -ln p from kGridBottom up
+    std::vector<double> VirtualAreas{};  // K
+  };
+
+  // Four columns and the weights of the cubic through them.
+  struct Weighted {
+    std::array<const Column*, 4> Columns{};
+    std::array<double, 4> Weights{};
+
+    double At(std::vector<double> Column::*array, std::size_t i) const {
+      return Weights[0] * (Columns[0]->*array)[i] + Weights[1] * (Columns[1]->*array)[i] +
+             Weights[2] * (Columns[2]->*array)[i] + Weights[3] * (Columns[3]->*array)[i];
+    }
+    std::size_t FirstFrozen(std::size_t from, std::size_t to) const;
+    void Sum(std::vector<double> Column::*array, std::size_t first, std::size_t count,
+             double* out) const;
+  };
+
  public:
   /// What SolveAdiabat gives, blended from four neighbouring columns: within 0.0005 K of it.
   /// Equivalent potential temperatures beyond the ladder are solved instead.
   void Blend(double thetaE, SaturationOver over, int bottom, int top, double* temps,
              double* virtualTemps);
+
+  /// One adiabat that is read by whoever walks up it: at each pressure the sum of four columns by
+  /// their weights, which gives what Blend gives. Refers to the table.
+  class Adiabat {
+   public:
+    struct Columns {
+      std::array<const double*, 4> Temps{};  // °C, from the pressure that was asked for upward
+      std::array<double, 4> Weights{};
+      int Top = 1;  // hPa, up to which they hold
+    };
+    Columns From(int press) const;
+
+   private:
+    friend class AdiabatTable;
+    Columns water_{};
+    Columns ice_{};
+    int frozen_ = 0;  // hPa, from which upward those of ice hold
+    std::shared_ptr<const std::vector<double>> solved_{};  // beyond the ladder
+  };
+
+  /// isVirtual   virtual temperatures of the saturated air instead of its temperatures
+  Adiabat Along(double thetaE, SaturationOver over, bool isVirtual);
 
   /// The piece of the adiabat that Blend gives, without walking along it: its area is a difference
   /// of sums that each column keeps. Takes as long for one hPa as for a thousand. Empty for an
@@ -51,14 +96,6 @@ class AdiabatTable {
   static constexpr double kRungHeight = 2;   // K
   static constexpr int kRungs = 151;         // up to 500 K
 
-  struct Column {
-    std::vector<double> Temps{};         // °C at kGridBottom … 1 hPa
-    std::vector<double> VirtualTemps{};  // °C
-    std::vector<double> Areas{};         // K; trapezoids of Temps over -ln p from kGridBottom up
-    std::vector<double> VirtualAreas{};  // K
-  };
-  struct Weighted;
-
   const Column& At(VaporFormula formula, int rung);
   void Fill(VaporFormula formula, int rung);
   Weighted Neighbours(VaporFormula formula, double thetaE);
@@ -67,6 +104,8 @@ class AdiabatTable {
   // One set for each formula, each smooth through 0 °C: a blend across the kink between water and
   // ice would be off by tenths of a degree.
   std::array<std::vector<Column>, 2> columns_{};
+  // The rung whose neighbours were last asked for: the next parcel's are often the same.
+  std::array<int, 2> latest_ = {-1, -1};
 };
 
 }  // namespace vexa::analysis

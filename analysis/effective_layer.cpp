@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <optional>
+#include <vector>
 
 #include "analysis/adiabat_table.h"
 #include "analysis/column_math.h"
@@ -14,20 +16,65 @@ namespace vexa::analysis {
 namespace {
 
 constexpr double kApart = 5;  // hPa between the levels that are tried
-constexpr int kSpan = 48;     // hPa of an ascent at a time: most are decided in a few spans
+constexpr int kSpan = 32;     // hPa of an ascent at a time: most are decided in a few spans
 
-VEXA_WIDE void Subtract(const double* parcel, const double* environment, std::size_t count,
-                        double* differences) {
-  for (std::size_t i = 0; i < count; ++i) differences[i] = parcel[i] - environment[i];
+// Sums of the values above and below zero.
+struct SignedSums {
+  double Above = 0;
+  double Below = 0;
+};
+
+// Four steps at a time.
+using Lanes = double __attribute__((vector_size(4 * sizeof(double))));
+
+// The same where they stand in a column.
+using LanesThere = double __attribute__((vector_size(4 * sizeof(double)), aligned(8), may_alias));
+
+const LanesThere& LanesAt(const double* values) {
+  return *reinterpret_cast<const LanesThere*>(values);
 }
 
-// J/kg of each step but the first, from the one below.
-VEXA_WIDE void FillStepEnergies(const double* differences, const double* logs, std::size_t count,
-                                double* energies) {
-  for (std::size_t i = 1; i < count; ++i) {
-    energies[i] =
-        kDryGasConstant * (differences[i - 1] + differences[i]) / 2 * (logs[i - 1] - logs[i]);
+double SumOf(const Lanes& lanes) {
+  return (lanes[0] + lanes[1]) + (lanes[2] + lanes[3]);
+}
+
+using Columns = AdiabatTable::Adiabat::Columns;
+
+// A piece of an ascent by whole hPa, from its lowest step on, and what lies about it.
+struct Piece {
+  Columns Parcel{};
+  double Offset = 0;  // °C, of the parcel's temperatures from what the columns give
+  const double* Environment = nullptr;  // °C
+  const double* LogSteps = nullptr;     // from the step below to each
+};
+
+// J/kg that a parcel gains and loses in some steps of a piece, from the step below them on.
+//
+// count        a multiple of 4
+// difference   K, parcel minus environment at the step below; becomes that of the highest
+VEXA_WIDE SignedSums SumThrough(const Piece& piece, std::size_t from, std::size_t count,
+                                double& difference) {
+  const double* a = piece.Parcel.Temps[0];
+  const double* b = piece.Parcel.Temps[1];
+  const double* c = piece.Parcel.Temps[2];
+  const double* d = piece.Parcel.Temps[3];
+  const auto [wa, wb, wc, wd] = piece.Parcel.Weights;
+  using Places = long long __attribute__((vector_size(4 * sizeof(long long))));
+  constexpr Places kOneBelow = {3, 4, 5, 6};
+  Lanes above{}, below{};
+  Lanes last = {0, 0, 0, difference};
+  for (std::size_t i = from; i < from + count; i += 4) {
+    const Lanes parcel =
+        wa * LanesAt(a + i) + wb * LanesAt(b + i) + wc * LanesAt(c + i) + wd * LanesAt(d + i);
+    const Lanes here = parcel + piece.Offset - LanesAt(piece.Environment + i);
+    const Lanes energy = kDryGasConstant * (__builtin_shuffle(last, here, kOneBelow) + here) / 2 *
+                         LanesAt(piece.LogSteps + i);
+    above += energy > 0.0 ? energy : Lanes{};
+    below += energy < 0.0 ? energy : Lanes{};
+    last = here;
   }
+  difference = last[3];
+  return {SumOf(above), SumOf(below)};
 }
 
 // Lifts a level by whole hPa only until it is known whether it feeds a storm: the sums are those of
@@ -38,100 +85,141 @@ class InflowTest {
 
   bool Feeds(int level) {
     Begin(level);
-    for (int bottom = first_; bottom >= air_.Grid.Top; bottom -= kSpan) {
-      const int top = std::max(bottom - kSpan + 1, air_.Grid.Top);
-      FillSpan(bottom, top);
-      FillEnergies(bottom, top);
-      // Sums of the span first, which go side by side; one by one only where a limit is passed.
-      const auto count = static_cast<std::size_t>(bottom - top) + 1;
-      const auto free = static_cast<std::size_t>(
-          std::clamp(bottom - static_cast<int>(std::ceil(condensation_)) + 1, 0, bottom - top + 1));
-      const double gain = PositiveSum(energy_.data(), free, count);
-      const double loss = NegativeSum(energy_.data(), 0, count);
-      if (cape_ + gain < kFeedingCape && cin_ + loss >= kFeedingCin) {
-        cape_ += gain;
-        cin_ += loss;
-        continue;
-      }
-      for (std::size_t i = 0; i < count; ++i) {
-        cin_ += std::min(energy_[i], 0.0);
-        if (cin_ < kFeedingCin) return false;
-        if (i >= free) cape_ += std::max(energy_[i], 0.0);
-        if (cape_ >= kFeedingCape) return true;
-      }
+    RiseDry();
+    while (!IsDecided() && next_ >= air_.Grid.Top) {
+      const Columns parcel = adiabat_.From(next_);
+      Rise(PieceOf(parcel, 0), std::max(parcel.Top, air_.Grid.Top), Gain::Counts);
     }
-    return false;
+    return cin_ >= kFeedingCin && cape_ >= kFeedingCape;
   }
 
  private:
+  enum class Gain { Counts, IsNone };
+
   void Begin(int level) {
     const double press = air_.Levels.Press(level);
     const double temp = air_.Levels.Temp(level);
-    theta_ = air_.Levels.Theta(level);
-    thetaE_ = air_.Levels.ThetaE(level);
-    mixing_ = air_.Levels.MixingRatio(level);
+    const double mixing = air_.Levels.MixingRatio(level);
+    warmth_ =
+        air_.Levels.Theta(level) * (air_.IsVirtual ? (1 + mixing / kEpsilon) / (1 + mixing) : 1);
+    adiabat_ = air_.Table.Along(air_.Levels.ThetaE(level), air_.Over, air_.IsVirtual);
     condensation_ =
         LclPressure(press, temp, Condense(temp, std::min(air_.Levels.Dewpt(level), temp)));
-    first_ = static_cast<int>(std::min<double>(press, air_.Grid.Bottom));
+    next_ = static_cast<int>(std::min<double>(press, air_.Grid.Bottom));
+    isFirst_ = true;
     cape_ = 0;
     cin_ = 0;
   }
 
-  // The parcel's temperatures, dry below its condensation level and saturated above.
-  void FillSpan(int bottom, int top) {
-    const WholePressures& whole = WholeHpa();
-    int press = bottom;
-    for (; press >= top && press > condensation_; --press) {
-      const double temp = theta_ * whole.Poisson[GridIndex(press)] - kKelvinOffset;
-      parcel_[static_cast<std::size_t>(bottom - press)] =
-          air_.IsVirtual ? VirtualTemp(temp, mixing_) : temp;
-    }
-    if (press < top) return;
-    const auto dry = static_cast<std::size_t>(bottom - press);
-    air_.Table.Blend(thetaE_, air_.Over, press, top,
-                     (air_.IsVirtual ? bulb_ : parcel_).data() + dry,
-                     air_.IsVirtual ? parcel_.data() + dry : nullptr);
+  bool IsDecided() const { return cin_ < kFeedingCin || cape_ >= kFeedingCape; }
+
+  // From the next step on.
+  Piece PieceOf(const Columns& parcel, double offset) const {
+    return {.Parcel = parcel,
+            .Offset = offset,
+            .Environment = air_.Environment().data() + (air_.Grid.Bottom - next_),
+            .LogSteps = WholeHpa().LogStep.data() + GridIndex(next_)};
   }
 
-  // J/kg of each step from the one below; the first of all has none.
-  void FillEnergies(int bottom, int top) {
-    const double* environment = air_.Environment().data() + (air_.Grid.Bottom - bottom);
-    const double* logs = WholeHpa().Log.data() + GridIndex(bottom);
-    const auto count = static_cast<std::size_t>(bottom - top) + 1;
-    Subtract(parcel_.data(), environment, count, difference_.data() + 1);
-    energy_[0] = bottom == first_
-                     ? 0
-                     : kDryGasConstant * (difference_[0] + difference_[1]) / 2 * (log_ - logs[0]);
-    FillStepEnergies(difference_.data() + 1, logs, count, energy_.data());
-    difference_[0] = difference_[count];
-    log_ = logs[count - 1];
+  // Up to the condensation level, where nothing that is gained counts.
+  void RiseDry() {
+    const double* poisson = WholeHpa().Poisson.data() + GridIndex(next_);
+    const int top = std::max(static_cast<int>(std::floor(condensation_)) + 1, air_.Grid.Top);
+    if (next_ >= top) {
+      const Columns parcel{.Temps = {poisson, poisson, poisson, poisson},
+                           .Weights = {warmth_, 0, 0, 0}};
+      Rise(PieceOf(parcel, -kKelvinOffset), top, Gain::IsNone);
+    }
+    // A step at the level itself is saturated, and so is the first where condensation lies there.
+    if (!IsDecided() && next_ >= air_.Grid.Top && (isFirst_ || next_ == condensation_)) {
+      Rise(PieceOf(adiabat_.From(next_), 0), next_, Gain::IsNone);
+    }
+  }
+
+  // Up to a pressure or to where it is decided: spans of steps side by side, one by one where both
+  // limits are passed in one of them.
+  void Rise(const Piece& piece, int top, Gain gain) {
+    const auto count = static_cast<std::size_t>(next_ - top) + 1;
+    for (std::size_t i = 0; i < count && !IsDecided();) {
+      const std::size_t steps = std::min<std::size_t>(count - i, kSpan) / 4 * 4;
+      if (isFirst_ || steps == 0) {
+        Step(piece, i, gain);
+        ++i;
+        continue;
+      }
+      double difference = difference_;
+      const SignedSums sums = SumThrough(piece, i, steps, difference);
+      const double gained = gain == Gain::Counts ? sums.Above : 0;
+      if (cape_ + gained >= kFeedingCape && cin_ + sums.Below < kFeedingCin) {
+        while (!IsDecided()) {
+          Step(piece, i, gain);
+          ++i;
+        }
+        return;
+      }
+      cape_ += gained;
+      cin_ += sums.Below;
+      difference_ = difference;
+      next_ -= static_cast<int>(steps);
+      i += steps;
+    }
+  }
+
+  void Step(const Piece& piece, std::size_t i, Gain gain) {
+    double temp = piece.Offset;
+    for (std::size_t k = 0; k < 4; ++k) temp += piece.Parcel.Weights[k] * piece.Parcel.Temps[k][i];
+    const double here = temp - piece.Environment[i];
+    const double below = isFirst_ ? -here : difference_;  // nothing is done to the first
+    const double energy = kDryGasConstant * (below + here) / 2 * piece.LogSteps[i];
+    difference_ = here;
+    isFirst_ = false;
+    --next_;
+    cin_ += std::min(energy, 0.0);
+    if (gain == Gain::Counts && cin_ >= kFeedingCin) cape_ += std::max(energy, 0.0);
   }
 
   ParcelAir air_;
-  std::array<double, kSpan> parcel_{};  // °C, virtual where the base is
-  std::array<double, kSpan> bulb_{};    // °C
-  double theta_ = 0, thetaE_ = 0, mixing_ = 0, condensation_ = 0;
-  int first_ = 0;
-  std::array<double, kSpan + 1> difference_{};  // K; the first is that below the span
-  std::array<double, kSpan> energy_{};          // J/kg
-  double cape_ = 0, cin_ = 0, log_ = 0;
+  AdiabatTable::Adiabat adiabat_{};
+  double warmth_ = 0;        // K, of the dry ascent; virtual where the base is
+  double condensation_ = 0;  // hPa
+  int next_ = 0;             // hPa, of the next step
+  bool isFirst_ = true;
+  double difference_ = 0;      // K, parcel minus environment at the step below the next
+  double cape_ = 0, cin_ = 0;  // J/kg
 };
 
-// Levels whose air can be lifted, from below.
-std::vector<int> LiftableLevels(const LevelProfile& levels, const PressureGrid& grid) {
-  const std::vector<double>& pressures = levels.Press.Values();
-  const std::vector<double>& thetas = levels.Theta.Values();
-  const std::vector<double>& thetaEs = levels.ThetaE.Values();
-  std::vector<int> liftable(pressures.size());
-  std::size_t count = 0;
-  for (std::size_t i = 0; i < pressures.size() && pressures[i] >= grid.Top; ++i) {
-    if (NotAvailable(thetaEs[i]) || !(thetaEs[i] > 0) || !(thetas[i] > 0)) continue;
-    liftable[count] = static_cast<int>(i) + 1;
-    ++count;
+// Levels whose air can be lifted, from below, looked for as far up as they are asked for.
+class LiftableLevels {
+ public:
+  LiftableLevels(const LevelProfile& levels, const PressureGrid& grid)
+      : levels_(levels), top_(grid.Top) {}
+
+  /// Whether there is a level of this place among them, from 0.
+  bool Has(std::size_t place) {
+    const std::vector<double>& pressures = levels_.Press.Values();
+    const std::vector<double>& thetaEs = levels_.ThetaE.Values();
+    for (; found_.size() <= place && seen_ < pressures.size() && pressures[seen_] >= top_;
+         ++seen_) {
+      const bool isMoist = !NotAvailable(thetaEs[seen_]) && thetaEs[seen_] > 0;
+      if (isMoist && levels_.Theta.Values()[seen_] > 0) {
+        found_.push_back({static_cast<int>(seen_) + 1, pressures[seen_]});
+      }
+    }
+    return found_.size() > place;
   }
-  liftable.resize(count);
-  return liftable;
-}
+  int At(std::size_t place) const { return found_[place].Level; }
+  double PressAt(std::size_t place) const { return found_[place].Press; }  // hPa
+
+ private:
+  struct Place {
+    int Level;
+    double Press;
+  };
+  const LevelProfile& levels_;
+  double top_;            // hPa
+  std::size_t seen_ = 0;  // levels
+  std::vector<Place> found_{};
+};
 
 }  // namespace
 
@@ -139,33 +227,38 @@ EffectiveLayer FindEffectiveLayer(const LevelProfile& levels, const PressureGrid
                                   const AnalysisSettings& options, const ParcelAscent& mostUnstable,
                                   AdiabatTable& table) {
   if (grid.Empty() || mostUnstable.CapeTotal < kFeedingCape) return {};
-  const std::vector<int> liftable = LiftableLevels(levels, grid);
+  LiftableLevels liftable(levels, grid);
   InflowTest test(ParcelAir(levels, grid, options, table));
-  const double lowest = levels.Press(1) - options.SearchDepth;
-  const auto pressOf = [&](std::size_t i) { return levels.Press(liftable[i]); };
-  // The first of the levels from one on that answers so, tried in steps; the count for none.
-  const auto firstThat = [&](bool feeds, std::size_t from, double highest) {
+  const auto feeds = [&](std::size_t place) { return test.Feeds(liftable.At(place)); };
+  // The first of the levels from one on that answers so, tried in steps; empty for none.
+  const auto firstThat = [&](bool wanted, std::size_t from,
+                             double highest) -> std::optional<std::size_t> {
+    if (!liftable.Has(from) || liftable.PressAt(from) < highest) return std::nullopt;
+    if (feeds(from) == wanted) return from;
     std::size_t before = from;  // the last that answered otherwise
-    for (std::size_t i = from; i < liftable.size() && pressOf(i) >= highest; ++i) {
-      if (i > from && i + 1 < liftable.size() && pressOf(before) - pressOf(i) < kApart) continue;
-      if (test.Feeds(liftable[i]) != feeds) {
+    for (std::size_t i = from + 1; liftable.Has(i) && liftable.PressAt(i) >= highest; ++i) {
+      const bool isNear = liftable.PressAt(before) - liftable.PressAt(i) < kApart;
+      if (isNear && liftable.Has(i + 1)) continue;
+      if (feeds(i) != wanted) {
         before = i;
         continue;
       }
-      if (i == from) return i;
       std::size_t found = i;
       while (found - before > 1) {
         const std::size_t middle = before + (found - before) / 2;
-        (test.Feeds(liftable[middle]) == feeds ? found : before) = middle;
+        (feeds(middle) == wanted ? found : before) = middle;
       }
       return found;
     }
-    return liftable.size();
+    return std::nullopt;
   };
-  const std::size_t base = firstThat(true, 0, lowest);
-  if (base == liftable.size()) return {};
-  const std::size_t end = firstThat(false, base, 0);
-  return {PointOf(levels, liftable[base]), PointOf(levels, liftable[end - 1])};
+  const double lowest = levels.Press(1) - options.SearchDepth;
+  const std::optional<std::size_t> base = firstThat(true, 0, lowest);
+  if (!base) return {};
+  const std::optional<std::size_t> end = firstThat(false, *base, 0);
+  std::size_t last = end ? *end - 1 : *base;
+  while (!end && liftable.Has(last + 1)) ++last;
+  return {PointOf(levels, liftable.At(*base)), PointOf(levels, liftable.At(last))};
 }
 
 }  // namespace vexa::analysis
