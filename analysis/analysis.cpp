@@ -79,7 +79,7 @@ void LiftAll(const AnalysisSettings& options, const PressureGrid& grid, AdiabatT
 
   const LayerMean mean = MeanOfLowestLayer(levels, options.CclMeanLayer);
   const auto forced = [&](LiftType type) -> ParcelAscent& {
-    return results.Lifts[static_cast<std::size_t>(type)].Forced;
+    return results.Forced[static_cast<std::size_t>(type)];
   };
   lifter.LiftForced(SurfaceParcel(levels), forced(LiftType::Surface));
   lifter.LiftForced(MeanLayerParcel(levels, mean, options.Saturation), forced(LiftType::MeanLayer));
@@ -105,15 +105,12 @@ void LiftAll(const AnalysisSettings& options, const PressureGrid& grid, AdiabatT
   results.ConvectiveCondensation = {ccl.Press, height.Ok() ? height.Value : kNone, ccl.Temp};
   const double dewpt = DewpointFromMixingRatio(surface, mean.MixingRatio, options.Saturation);
   if (NotAvailable(dewpt)) return;
-  ParcelAscent convective;
-  lifter.LiftConvective({surface, results.ConvectiveTemp, dewpt}, ccl, convective);
-  for (LiftAnalysis& lift : results.Lifts) lift.Convective = convective;
+  lifter.LiftConvective({surface, results.ConvectiveTemp, dewpt}, ccl, results.Convective);
 }
 
 LayerResults FindLayers(const SoundingRecord& sounding, const AnalysisResults& results,
                         const AnalysisSettings& options) {
   constexpr double kNormalizedPair = 304.8;  // m: 1000 ft
-  constexpr double kLowShearDepth = 1000;    // m, well above the layer that counts
   constexpr double kLapseDepth = 3000;       // m
   const LevelProfile& levels = results.Levels;
   const double ground = levels.Height(1);
@@ -218,9 +215,9 @@ AnalysisResults Analyse(const SoundingRecord& sounding, const AnalysisSettings& 
   results.CapeDepthTopPress = GetPRESS(results.Levels, ground + options.CapeDepthKm * 1000);
   const PressureGrid grid = MakePressureGrid(results.Levels);
   LiftAll(options, grid, &table, results);
-  results.Effective = FindEffectiveLayer(
-      results.Levels, grid, options,
-      results.Lifts[static_cast<std::size_t>(LiftType::MostUnstable)].Forced, table);
+  results.Effective =
+      FindEffectiveLayer(results.Levels, grid, options,
+                         results.Forced[static_cast<std::size_t>(LiftType::MostUnstable)], table);
   results.Inflow = FindInflowWinds(results);
   if (options.Dcape == DcapeMode::Best) progress.Begin("Calculating DCAPE . . .");
   results.Descent = FindDowndraft(results.Levels, grid, options, table);

@@ -87,12 +87,6 @@ std::string EnergyText(const ParcelAscent& ascent, double ParcelAscent::*energy)
 /// The pressure of its EL: "251", "above 251" where that is only the sounding's end, "--" for none.
 std::string ElText(const ParcelAscent& ascent, std::string_view mask = "###0");
 
-/// One lift type under both modes.
-struct LiftAnalysis {
-  ParcelAscent Forced{};      // "LFC" set
-  ParcelAscent Convective{};  // "CCL" set
-};
-
 /// The surface in altimetry's terms.
 struct SurfaceState {
   bool Exists = false;
@@ -109,10 +103,11 @@ struct AnalysisResults {
   WindProfile Winds{};
   SurfaceState Surface{};
 
-  std::array<LiftAnalysis, kLiftTypes> Lifts{};  // by LiftType
-  LiftType ChosenLift = LiftType::MostUnstable;  // by the LPL option
-  LiftMode Mode = LiftMode::Lfc;                 // by the CAPE base level option
-  double CapeDepthTopPress = kNotReached;        // hPa of x km above ground
+  std::array<ParcelAscent, kLiftTypes> Forced{};  // "LFC" set, by LiftType
+  ParcelAscent Convective{};                      // "CCL" set, whatever the lift type
+  LiftType ChosenLift = LiftType::MostUnstable;   // by the LPL option
+  LiftMode Mode = LiftMode::Lfc;                  // by the CAPE base level option
+  double CapeDepthTopPress = kNotReached;         // hPa of x km above ground
 
   LevelPoint ConvectiveCondensation{};     // CCL
   double ConvectiveTemp = kMissing;        // °C
@@ -132,8 +127,7 @@ struct AnalysisResults {
   std::vector<IndexValue> Indices{};  // in the order of the index table
 
   const ParcelAscent& Ascent(LiftType type) const {
-    const LiftAnalysis& lift = Lifts[static_cast<std::size_t>(type)];
-    return Mode == LiftMode::Ccl ? lift.Convective : lift.Forced;
+    return Mode == LiftMode::Ccl ? Convective : Forced[static_cast<std::size_t>(type)];
   }
   const ParcelAscent& Chosen() const { return Ascent(ChosenLift); }
 };

@@ -1,6 +1,7 @@
 // Lapse rates and moisture of layers.
 #include <algorithm>
 #include <cmath>
+#include <functional>
 
 #include "analysis/index_formulas.h"
 #include "analysis/interpolate.h"
@@ -47,10 +48,15 @@ double WaterBetween(In& in, double bottom, double top) {
     pressBelow = press;
     below = mixing;
   };
-  for (int i = 1; i <= levels.Count() && levels.Press(i) > top; ++i) {
-    if (levels.Press(i) < low && !NotAvailable(levels.MixingRatio(i))) {
-      add(levels.Press(i), levels.MixingRatio(i));
-    }
+  const std::vector<double>& pressures = levels.Press.Values();
+  const double* mixings = levels.MixingRatio.Values().data();
+  std::size_t from = 0;
+  if (levels.PressFalls) {
+    const auto above = std::ranges::upper_bound(pressures, low, std::greater<>{});
+    from = static_cast<std::size_t>(above - pressures.begin());
+  }
+  for (std::size_t i = from; i < pressures.size() && pressures[i] > top; ++i) {
+    if (pressures[i] < low && !NotAvailable(mixings[i])) add(pressures[i], mixings[i]);
   }
   add(top, last.Value);
   in.Note("from", low, "hPa");

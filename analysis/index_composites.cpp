@@ -4,6 +4,9 @@
 #include <numbers>
 #include <string>
 
+#include "analysis/column_air.h"
+#include "analysis/column_math.h"
+#include "analysis/column_scan.h"
 #include "analysis/index_formulas.h"
 #include "analysis/inflow_winds.h"
 #include "analysis/interpolate.h"
@@ -17,7 +20,7 @@ namespace vexa::analysis::formula {
 namespace {
 
 const ParcelAscent& Forced(const In& in, LiftType type) {
-  return in.Results().Lifts[static_cast<std::size_t>(type)].Forced;
+  return in.Results().Forced[static_cast<std::size_t>(type)];
 }
 
 double ForcedCape(In& in, LiftType type, std::string_view name) {
@@ -65,12 +68,15 @@ double LowCape(In& in, const ParcelAscent& parcel) {
   if (!HasHeight(top)) return in.Fail("the sounding ends below 3 km above ground");
   in.Note("3 km above ground", top, "hPa");
   if (!parcel.FreeLevel.Exists() || !parcel.Equilibrium.Exists()) return 0;
+  // The steps above the free level that are not above the layer.
+  const auto stepsTo = [&parcel](double press) {
+    return std::floor((parcel.FirstPress - press) / parcel.Step);
+  };
+  const auto most = static_cast<double>(parcel.Increments.size());
+  const auto from = static_cast<std::size_t>(std::max(stepsTo(parcel.FreeLevel.Press) + 1, 1.0));
+  const auto end = static_cast<std::size_t>(std::clamp(stepsTo(top) + 1, 0.0, most));
   double sum = 0;
-  for (std::size_t i = 1; i < parcel.Increments.size(); ++i) {
-    const double press = parcel.FirstPress - parcel.Step * static_cast<double>(i);
-    if (press < top) break;
-    if (press < parcel.FreeLevel.Press) sum += std::max<double>(parcel.Increments[i], 0);
-  }
+  for (std::size_t i = from; i < end; ++i) sum += std::max<double>(parcel.Increments[i], 0);
   return sum;
 }
 
@@ -165,56 +171,97 @@ namespace {
 constexpr double kHeatCapacity = 1005;  // J/(kg K), of dry air
 constexpr double kVaporHeat = 2.501e6;  // J/kg
 
-double MoistShare(double mixing) {
-  return mixing / (1 + mixing);
+// Levels and what their air's energy is made of, all from the ground up.
+struct EnergyColumns {
+  const double* Press;        // hPa
+  const double* Temp;         // °C
+  const double* Height;       // m
+  const double* MixingRatio;  // kg/kg
+  double Ground;              // m
+};
+
+inline double DryEnergy(const EnergyColumns& air, std::size_t i) {
+  return kHeatCapacity * (air.Temp[i] + kKelvinOffset) + kGravity * (air.Height[i] - air.Ground);
 }
 
-// Saturated static energy, J/kg, of air of a static energy of its own.
-double SaturatedEnergy(double dry, double press, double vapor) {
-  return dry + (vapor < press ? kVaporHeat * MoistShare(kEpsilon * vapor / (press - vapor)) : 0);
+// Moist static energy, J/kg; a level without a dew point is taken as dry.
+VEXA_WIDE void FillEnergies(EnergyColumns air, std::size_t count, double* energies) {
+  VEXA_INDEPENDENT
+  for (std::size_t i = 0; i < count; ++i) {
+    const double mixing = air.MixingRatio[i] < kMissing - 1 ? air.MixingRatio[i] : 0;
+    energies[i] = DryEnergy(air, i) + kVaporHeat * (mixing / (1 + mixing));
+  }
+}
+
+// Trapezoids of a column over height from each level below; the first has none.
+VEXA_WIDE void FillTrapezoids(const double* values, const double* heights, std::size_t count,
+                              double* areas) {
+  if (count > 0) areas[0] = 0;
+  VEXA_INDEPENDENT
+  for (std::size_t i = 1; i < count; ++i) {
+    areas[i] = (values[i - 1] + values[i]) / 2 * (heights[i] - heights[i - 1]);
+  }
+}
+
+// Buoyancy, m/s², that saturated air would have with the energy of all air below it.
+//
+// energies, areas   of the levels, the latter summed from the ground
+VEXA_WIDE void FillPulls(EnergyColumns air, ColumnVapor table, const double* energies,
+                         const double* areas, std::size_t from, std::size_t end, double* pulls) {
+  constexpr double kColdest = 125, kWarmest = 395;  // K, on the ladder
+  VEXA_INDEPENDENT
+  for (std::size_t i = from; i < end; ++i) {
+    const double tempK = std::min(std::max(air.Temp[i] + kKelvinOffset, kColdest), kWarmest);
+    const double vapor = table.At(tempK - kKelvinOffset, tempK).Pressure;
+    const double dry = air.Press[i] - vapor;
+    const double share = dry > 0 ? kEpsilon * vapor / (dry + kEpsilon * vapor) : 0;
+    const double saturated = DryEnergy(air, i) + kVaporHeat * share;
+    const double depth = air.Height[i] - air.Ground;
+    const double mean = depth > 0 ? areas[i] / depth : energies[i];
+    pulls[i] = kGravity / kHeatCapacity / tempK * (saturated - mean);
+  }
 }
 
 // What air loses in buoyancy by mixing with the mean of all air below it, m²/s²: from the free
-// level to the EL the saturated static energy at a height minus the mean of the air's own, the
-// levels without a dew point taken as dry.
+// level to the EL the saturated static energy at a height minus the mean of the air's own.
 double DilutionPotential(const LevelProfile& levels, SaturationOver over, double free, double end) {
-  const double* pressures = levels.Press.Values().data();
-  const double* temps = levels.Temp.Values().data();
-  const double* heights = levels.Height.Values().data();
-  const double* mixings = levels.MixingRatio.Values().data();
-  const double ground = heights[0];
-  double sum = 0;
-  double energies = 0;  // integral of the static energy from the ground
-  double heightBelow = ground, energyBelow = 0, pullBelow = 0;
-  for (std::size_t i = 0; i < levels.Press.Values().size(); ++i) {
-    const double tempK = temps[i] + kKelvinOffset;
-    const double height = heights[i];
-    const double dry = kHeatCapacity * tempK + kGravity * (height - ground);
-    const double energy = dry + kVaporHeat * MoistShare(NotAvailable(mixings[i]) ? 0 : mixings[i]);
-    const double depth = height - heightBelow;
-    energies += (energy + energyBelow) / 2 * depth;
-    // What lies below the free level is in the mean only.
-    const bool counts = i + 1 == levels.Press.Values().size() || height >= free ||
-                        std::max(height, heights[i + 1]) > free;
-    double pull = 0;
-    if (counts) {
-      const double mean = height > ground ? energies / (height - ground) : energy;
-      const double saturated = SaturatedEnergy(dry, pressures[i], TabledSatVapor(temps[i], over));
-      pull = kGravity / (kHeatCapacity * tempK) * (saturated - mean);
-    }
-    const double from = std::max(heightBelow, free);
-    const double to = std::min(height, end);
-    if (to > from && depth > 0) {
-      const auto at = [&](double z) {
-        return pullBelow + (pull - pullBelow) * (z - heightBelow) / depth;
-      };
-      sum += (at(from) + at(to)) / 2 * (to - from);
-    }
-    if (height >= end) break;
-    heightBelow = height;
-    energyBelow = energy;
-    pullBelow = pull;
-  }
+  const std::vector<double>& heights = levels.Height.Values();
+  const EnergyColumns air{.Press = levels.Press.Values().data(),
+                          .Temp = levels.Temp.Values().data(),
+                          .Height = heights.data(),
+                          .MixingRatio = levels.MixingRatio.Values().data(),
+                          .Ground = heights.front()};
+  // The level that is not below the EL, and the one below the first above the free level.
+  const std::size_t last =
+      std::min(FirstNotBelow(heights.data(), 0, heights.size(), end), heights.size() - 1);
+  const std::size_t above = FirstAbove(heights.data(), 0, last, free);
+  const std::size_t first = above > 0 ? above - 1 : 0;
+  const std::size_t count = last + 1;
+  std::vector<double> scratch(3 * count);
+  double* energies = scratch.data();
+  double* areas = energies + count;
+  double* pulls = areas + count;
+  FillEnergies(air, count, energies);
+  FillTrapezoids(energies, heights.data(), count, areas);
+  SumUp(0, areas, count);
+  FillPulls(air, ColumnVapor(over), energies, areas, first, count, pulls);
+  // Layers that lie between both levels as a whole, then what does of the lowest and the highest.
+  double* parts = areas;
+  FillTrapezoids(pulls + first, heights.data() + first, count - first, parts);
+  const auto cut = [&](std::size_t i) {
+    const double depth = heights[i] - heights[i - 1];
+    const double from = std::max(heights[i - 1], free);
+    const double to = std::min(heights[i], end);
+    if (!(to > from && depth > 0)) return 0.0;
+    const auto at = [&](double z) {
+      return pulls[i - 1] + (pulls[i] - pulls[i - 1]) * (z - heights[i - 1]) / depth;
+    };
+    return (at(from) + at(to)) / 2 * (to - from);
+  };
+  if (last <= first) return 0;
+  const std::size_t whole = first + 2;  // the first that is not the lowest
+  double sum = cut(first + 1);
+  if (last >= whole) sum += SumOfAll(parts, whole - first, last - first) + cut(last);
   return sum;
 }
 

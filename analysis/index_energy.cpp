@@ -70,7 +70,7 @@ double VorticityGeneration(In& in) {
     if (winds.Heights[i - 1] - in.Sounding().ElevM > depth) break;
     const WindVector& here = winds.Vectors[i];
     const WindVector& below = winds.Vectors[i - 1];
-    sum += std::hypot(here.U - below.U, here.V - below.V);
+    sum += LengthOf(Minus(here, below));
   }
   return in.Note("mean shear", kKnotToMsPlot * sum / depth * 1000, "1/1000 s") / 1000 *
          std::sqrt(in.Cape());
@@ -104,7 +104,7 @@ double CapStrength(In& in) {
 }
 
 double WetMicroburst(In& in) {
-  return in.Cape() * MicroburstContrast(in) / 1000;
+  return in.Cape() * in.Part(MicroburstContrast) / 1000;
 }
 
 double HelicityLowest(In& in) {

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <optional>
 
+#include "analysis/column_scan.h"
 #include "analysis/hail_table.h"
 #include "analysis/index_formulas.h"
 #include "analysis/moist_air.h"
@@ -46,8 +47,13 @@ Inflow InflowOf(In& in) {
   return inflow;
 }
 
+double InflowTemp(In& in) {
+  return InflowOf(in).Temp;
+}
+
 // How much warmer the inflow is at 600 hPa than the air there.
-double FirstMethod(In& in, const Inflow& inflow) {
+double FirstExcess(In& in) {
+  const Inflow inflow = InflowOf(in);
   const double aloft = in.Temp(600);
   if (in.Failed()) return 0;
   return in.Note("T1", LiftSat(inflow.ThetaE, 600, in.Set().Saturation).Temp - aloft, "C");
@@ -59,10 +65,12 @@ double GustOf(double excess) {
 
 // The gust of air that also brings down what it is colder by at the ground, on the wind of the low
 // layers.
-double SecondMethod(In& in, const Inflow& inflow, double first) {
+double SecondSpeed(In& in) {
   constexpr double kLowWindTop = 1524;                     // m: 5000 ft
   constexpr double kSteerBottom = 3048, kSteerTop = 4267;  // m: 10000 and 14000 ft
-  const double second = in.Note("T2", inflow.Temp - in.Note("DownRush-T", DownRush(in), "C"), "C");
+  const double first = in.Part(FirstExcess);
+  const double temp = in.Part(InflowTemp);
+  const double second = in.Note("T2", temp - in.Note("DownRush-T", in.Part(DownRush), "C"), "C");
   const WindVector low = in.MeanWind(0, kLowWindTop);
   const double carried = in.Note("mean wind 0-5000 ft", std::hypot(low.U, low.V), "kt") / 3;
   const WindVector steering = in.MeanWind(kSteerBottom, kSteerTop);
@@ -73,13 +81,19 @@ double SecondMethod(In& in, const Inflow& inflow, double first) {
 // Lowest crossing of a temperature, hPa, linear in ln p.
 std::optional<double> LowestCrossing(const LevelProfile& levels, const Levels<double>& temps,
                                      double wanted) {
-  for (int i = 1; i < levels.Count(); ++i) {
-    if (NotAvailable(temps(i)) || NotAvailable(temps(i + 1))) return std::nullopt;
-    if (temps(i) <= wanted || temps(i + 1) > wanted) continue;
-    const double share = (wanted - temps(i)) / (temps(i + 1) - temps(i));
-    return levels.Press(i) * std::pow(levels.Press(i + 1) / levels.Press(i), share);
+  const std::vector<double>& all = temps.Values();
+  const std::size_t warm = FirstAbove(all.data(), 0, all.size(), wanted);
+  const std::size_t cold = FirstNotAbove(all.data(), warm, all.size(), wanted);
+  if (cold == all.size()) return std::nullopt;
+  constexpr double kHighest = 999, kLowest = -998;  // short of the markers
+  const bool isLikeNone = FirstNotBelow(all.data(), 0, cold + 1, kHighest) <= cold ||
+                          FirstNotAbove(all.data(), 0, cold + 1, kLowest) <= cold;
+  if (isLikeNone && std::any_of(all.data(), all.data() + cold + 1, NotAvailable)) {
+    return std::nullopt;
   }
-  return std::nullopt;
+  const int i = static_cast<int>(cold);
+  const double share = (wanted - temps(i)) / (temps(i + 1) - temps(i));
+  return levels.Press(i) * std::pow(levels.Press(i + 1) / levels.Press(i), share);
 }
 
 }  // namespace
@@ -96,19 +110,16 @@ double WetBulbZero(In& in) {
 }
 
 double FirstGust(In& in) {
-  return GustOf(FirstMethod(in, InflowOf(in)));
+  return GustOf(in.Part(FirstExcess));
 }
 
 double SecondGust(In& in) {
-  const Inflow inflow = InflowOf(in);
-  return SecondMethod(in, inflow, FirstMethod(in, inflow));
+  return in.Part(SecondSpeed);
 }
 
 double LargerGust(In& in) {
-  const Inflow inflow = InflowOf(in);
-  const double excess = FirstMethod(in, inflow);
-  const double first = in.Note("T1 gust", GustOf(excess), "kt");
-  const double second = in.Note("T2 gust", SecondMethod(in, inflow, excess), "kt");
+  const double first = in.Note("T1 gust", GustOf(in.Part(FirstExcess)), "kt");
+  const double second = in.Note("T2 gust", in.Part(SecondSpeed), "kt");
   in.SayBoth(first, second);
   return std::max(first, second);
 }

@@ -16,7 +16,7 @@ namespace vexa::analysis::formula {
 namespace {
 
 const ParcelAscent& MostUnstable(const In& in) {
-  return in.Results().Lifts[static_cast<std::size_t>(LiftType::MostUnstable)].Forced;
+  return in.Results().Forced[static_cast<std::size_t>(LiftType::MostUnstable)];
 }
 
 // The effective layer with the level that is asked for, m above ground.

@@ -7,8 +7,8 @@
 namespace vexa::analysis::formula {
 namespace {
 
-const LiftAnalysis& Lift(In& in) {
-  return in.Results().Lifts[static_cast<std::size_t>(in.Results().ChosenLift)];
+const ParcelAscent& Forced(In& in) {
+  return in.Results().Forced[static_cast<std::size_t>(in.Results().ChosenLift)];
 }
 
 // Height of a level above the sea, with its pressure and temperature among the inputs.
@@ -85,16 +85,16 @@ double FreezingLevelShown(In& in) {
 }
 
 double CclElHeight(In& in) {
-  return EquilibriumHeight(in, Lift(in).Convective);
+  return EquilibriumHeight(in, in.Results().Convective);
 }
 double LfcElHeight(In& in) {
-  return EquilibriumHeight(in, Lift(in).Forced);
+  return EquilibriumHeight(in, Forced(in));
 }
 double LfcHeight(In& in) {
-  return HeightOf(in, Lift(in).Forced.FreeLevel, kNeverFree);
+  return HeightOf(in, Forced(in).FreeLevel, kNeverFree);
 }
 double LfcPressure(In& in) {
-  const LevelPoint& level = Lift(in).Forced.FreeLevel;
+  const LevelPoint& level = Forced(in).FreeLevel;
   return level.Exists() ? level.Press : in.Fail(std::string(kNeverFree));
 }
 double CclHeight(In& in) {
@@ -102,7 +102,7 @@ double CclHeight(In& in) {
                   "the mixed layer's moisture never saturates");
 }
 double LclHeight(In& in) {
-  return HeightOf(in, Lift(in).Forced.Condensation, kNoParcel);
+  return HeightOf(in, Forced(in).Condensation, kNoParcel);
 }
 
 double LfcAboveLcl(In& in) {
@@ -117,8 +117,8 @@ double WarmCloudDepth(In& in) {
   if (in.Failed()) return 0;
   const LevelProfile& levels = in.Levels();
   const double lclAboveGround = in.Note("LCL", lcl - levels.Height(1), "m AGL");
-  in.Note("temperature at the LCL", Lift(in).Forced.Condensation.Temp, "C");
-  if (Lift(in).Forced.Condensation.Temp <= 0 || levels.Temp(1) <= 0) return 0;
+  in.Note("temperature at the LCL", Forced(in).Condensation.Temp, "C");
+  if (Forced(in).Condensation.Temp <= 0 || levels.Temp(1) <= 0) return 0;
   return std::max(in.FreezingHeight() - lclAboveGround, 0.0);
 }
 

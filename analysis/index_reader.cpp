@@ -24,6 +24,26 @@ std::string At(std::string_view name, double press) {
 
 }  // namespace
 
+SharedReadings::Place& SharedReadings::Find(const LevelProfile& levels, double press) {
+  constexpr std::size_t kPlaces = 16;  // more than there are mandatory levels
+  const auto found = std::ranges::find(places_, press, &Place::Press);
+  if (found != places_.end()) return *found;
+  if (places_.empty()) places_.reserve(kPlaces);
+  if (places_.size() == kPlaces) places_.pop_back();
+  return places_.emplace_back(Place{.Press = press, .At = PressurePlace(levels, press)});
+}
+
+double IndexReader::Part(double (*compute)(IndexReader& in)) {
+  if (notes_ == Notes::Keep || Failed()) return compute(*this);
+  const auto known = std::ranges::find(shared_.parts_, compute, &SharedReadings::Part::Compute);
+  if (known != shared_.parts_.end()) {
+    return known->Reason.empty() ? known->Value : Fail(known->Reason);
+  }
+  const double value = compute(*this);
+  shared_.parts_.push_back({.Compute = compute, .Value = value, .Reason = reason_});
+  return value;
+}
+
 double IndexReader::Note(std::string_view name, double value, std::string_view unit) {
   if (Keeps() && std::ranges::find(inputs_, name, &IndexInput::Name) == inputs_.end()) {
     std::string text = Mask(value, "#####0.##");
@@ -61,7 +81,7 @@ std::string IndexReader::WhyNot(std::string_view what, double press) const {
 double IndexReader::Read(std::string_view name, double press, Quantity quantity,
                          std::string_view unit) {
   if (Failed()) return 0;
-  const double value = GetTEMP(Levels(), press, quantity);
+  const double value = GetTEMP(Levels(), shared_.Find(Levels(), press).At, quantity);
   if (NotAvailable(value)) {
     return Fail(WhyNot(quantity == Quantity::Temp ? "temperature" : "dew point", press));
   }
@@ -90,20 +110,23 @@ double IndexReader::MixingRatio(double press) {
 
 double IndexReader::Height(double press) {
   if (Failed()) return 0;
-  const Sample height = HeightAt(Levels(), press);
+  const Sample height = HeightAt(Levels(), shared_.Find(Levels(), press).At, press);
   if (!height.Ok()) return Fail(WhyNot("height", press));
   return Keeps() ? Note(At("height of", press), height.Value, "m") : height.Value;
 }
 
 Wind IndexReader::WindAt(double press) {
   if (Failed()) return {};
-  const Sample height = SampleAt(Levels(), press, Quantity::Height);
-  const WindSample sample = height.Ok() ? WindAtHeight(sounding_, height.Value) : WindSample{};
-  if (!sample.Ok()) {
+  SharedReadings::Place& place = shared_.Find(Levels(), press);
+  if (!place.Wind) {
+    const Sample height = place.At.Read(Levels(), Quantity::Height);
+    place.Wind = height.Ok() ? WindAtHeight(sounding_, height.Value) : WindSample{};
+  }
+  if (!place.Wind->Ok()) {
     Fail(WhyNot("wind", press));
     return {};
   }
-  const Wind wind = sample.Value;
+  const Wind wind = place.Wind->Value;
   if (Keeps()) {
     Note(At("wind direction", press), wind.Dir, "deg");
     Note(At("wind speed", press), wind.Spd, "kt");

@@ -3,6 +3,7 @@
 // say how its number came about, or why there is none, without a line of prose of its own.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -16,14 +17,35 @@
 
 namespace vexa::analysis {
 
+class IndexReader;
+
+/// What several indices of a sounding read alike, found once for all of them.
+class SharedReadings {
+  friend class IndexReader;
+  struct Place {
+    double Press = 0;
+    PressurePlace At{};
+    std::optional<WindSample> Wind{};
+  };
+  struct Part {
+    double (*Compute)(IndexReader&) = nullptr;
+    double Value = 0;
+    std::string Reason{};  // why there is none
+  };
+  Place& Find(const LevelProfile& levels, double press);
+
+  std::vector<Place> places_{};
+  std::vector<Part> parts_{};
+};
+
 class IndexReader {
  public:
   /// Whether each value that is read is noted down, or only the reason for a missing one.
   enum class Notes { Keep, Drop };
 
   IndexReader(const SoundingRecord& sounding, const AnalysisResults& results,
-              const AnalysisSettings& options, Notes notes)
-      : sounding_(sounding), results_(results), options_(options), notes_(notes) {}
+              const AnalysisSettings& options, SharedReadings& shared, Notes notes)
+      : sounding_(sounding), results_(results), options_(options), shared_(shared), notes_(notes) {}
 
   // Each gives 0 once something is missing: the index goes through its formula and is dropped.
   double Temp(double press);         // °C, as GetTEMP gives it
@@ -48,6 +70,9 @@ class IndexReader {
   double FreezingHeight();            // m above ground of the lowest with warm air below
   bool FreezesWithWarmBelow() const;  // true where there is such a level
   WindVector MeanWind(double bottom, double top);  // kt, between heights in m above ground
+
+  /// A value that several indices are made of: worked out once where nothing is noted of it.
+  double Part(double (*compute)(IndexReader& in));
 
   /// Notes a value that the index worked out itself.
   double Note(std::string_view name, double value, std::string_view unit);
@@ -82,6 +107,7 @@ class IndexReader {
   const SoundingRecord& sounding_;
   const AnalysisResults& results_;
   const AnalysisSettings& options_;
+  SharedReadings& shared_;
   Notes notes_;
   std::vector<IndexInput> inputs_{};
   std::string reason_{};

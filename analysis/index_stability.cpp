@@ -27,6 +27,10 @@ double ParcelTempAt(In& in, double press) {
   return in.Note("parcel T " + Mask(press, "###0") + " hPa", temp, "C");
 }
 
+double ParcelTempAt500(In& in) {
+  return ParcelTempAt(in, 500);
+}
+
 }  // namespace
 
 double VerticalTotals(In& in) {
@@ -46,7 +50,7 @@ double KIndex(In& in) {
 }
 
 double LiftedIndex(In& in) {
-  return in.Temp(500) - ParcelTempAt(in, 500);
+  return in.Temp(500) - in.Part(ParcelTempAt500);
 }
 
 double Showalter(In& in) {
@@ -81,7 +85,7 @@ double DownRush(In& in) {
 }
 
 double Jefferson(In& in) {
-  return 1.6 * in.Note("DownRush-T", DownRush(in), "C") - in.Temp(500) -
+  return 1.6 * in.Note("DownRush-T", in.Part(DownRush), "C") - in.Temp(500) -
          0.5 * (in.Temp(700) - in.Dewpt(700)) - 8;
 }
 
@@ -131,11 +135,14 @@ double DeltaThetaE(In& in) {
   if (!(levels.Press.Top() < 500)) return in.Fail("the sounding ends below 500 hPa");
   double most = 0;
   double least = 1000;
-  for (int i = 1; i <= levels.Count() && levels.Press(i) >= 100; ++i) {
-    const double thetaE = levels.ThetaE(i);
-    if (NotAvailable(thetaE) || !(thetaE > 0)) continue;
-    if (levels.Press(i) > 850) most = std::max(most, thetaE);
-    if (levels.Press(i) < 660) least = std::min(least, thetaE);
+  const double* pressures = levels.Press.Values().data();
+  const double* thetaEs = levels.ThetaE.Values().data();
+  const std::size_t count = levels.Press.Values().size();
+  for (std::size_t i = 0; i < count && pressures[i] >= 100; ++i) {
+    const double thetaE = thetaEs[i];
+    if (!(thetaE > 0) || NotAvailable(thetaE)) continue;
+    if (pressures[i] > 850) most = std::max(most, thetaE);
+    if (pressures[i] < 660) least = std::min(least, thetaE);
   }
   const double at850 = GetTEMP(levels, 850, Quantity::ThetaE);
   const double at660 = GetTEMP(levels, 660, Quantity::ThetaE);
@@ -164,9 +171,10 @@ double MicroburstContrast(In& in) {
     if (press <= 650 && press >= 500) least = std::min(least, thetaE);
   };
   const LevelProfile& levels = in.Levels();
-  for (int i = 1; i <= levels.Count() && levels.Press(i) >= 500; ++i) {
-    take(levels.Press(i), levels.ThetaE(i));
-  }
+  const double* pressures = levels.Press.Values().data();
+  const double* thetaEs = levels.ThetaE.Values().data();
+  const std::size_t count = levels.Press.Values().size();
+  for (std::size_t i = 0; i < count && pressures[i] >= 500; ++i) take(pressures[i], thetaEs[i]);
   for (const double press : {surface - 150, 650.0, 500.0}) {
     const Sample at = SampleAt(levels, press, Quantity::ThetaE);
     if (at.Ok()) take(press, at.Value);
@@ -180,7 +188,7 @@ double MicroburstContrast(In& in) {
 }
 
 double MicroburstDay(In& in) {
-  return MicroburstContrast(in) / 30;
+  return in.Part(MicroburstContrast) / 30;
 }
 
 }  // namespace vexa::analysis::formula

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "analysis/column_scan.h"
 #include "analysis/exact.h"
 #include "analysis/index_formulas.h"
 #include "analysis/interpolate.h"
@@ -28,7 +29,7 @@ double HumidityIndex(In& in) {
 }
 
 double FogPoint(In& in) {
-  const ParcelAscent& parcel = in.Results().Lifts[0].Forced;
+  const ParcelAscent& parcel = in.Results().Forced[0];
   const double surface = in.SurfacePress();
   if (!parcel.Condensation.Exists()) return in.Fail("no surface parcel");
   const double press = in.Note("LCL", parcel.Condensation.Press, "hPa");
@@ -40,7 +41,7 @@ double FogPoint(In& in) {
 }
 
 double FogThreat(In& in) {
-  return in.Note("DownRush-T", DownRush(in), "C") - in.Note("fog point", FogPoint(in), "C");
+  return in.Note("DownRush-T", in.Part(DownRush), "C") - in.Note("fog point", FogPoint(in), "C");
 }
 
 double FogStability(In& in) {
@@ -97,18 +98,19 @@ double MixingHeight(In& in) {
   const LevelProfile& levels = in.Levels();
   if (levels.Count() < 2) return in.Fail("fewer than 2 levels");
   const double theta = in.Note("surface theta", levels.Theta(1), "K");
-  for (int i = 2; i <= levels.Count(); ++i) {
-    if (!(levels.Theta(i) > theta)) continue;
-    if (i == 2) return 0;
-    const double share = (theta - levels.Theta(i - 1)) / (levels.Theta(i) - levels.Theta(i - 1));
-    const double press =
-        levels.Press(i - 1) * std::pow(levels.Press(i) / levels.Press(i - 1), share);
-    const Sample height = SampleAt(levels, press, Quantity::Height);
-    if (!height.Ok()) break;
-    in.Note("top of mixing", press, "hPa");
-    return height.Value - levels.Height(1);
-  }
-  return in.Fail("the air is never potentially warmer than at the ground");
+  constexpr std::string_view kNever = "the air is never potentially warmer than at the ground";
+  const std::vector<double>& thetas = levels.Theta.Values();
+  const std::size_t above = FirstAbove(thetas.data(), 1, thetas.size(), theta);
+  if (above == thetas.size()) return in.Fail(std::string(kNever));
+  if (above == 1) return 0;
+  const auto low = static_cast<int>(above);
+  const double share = (theta - thetas[above - 1]) / (thetas[above] - thetas[above - 1]);
+  const double press =
+      levels.Press(low) * std::pow(levels.Press(low + 1) / levels.Press(low), share);
+  const Sample height = SampleAt(levels, press, Quantity::Height);
+  if (!height.Ok()) return in.Fail(std::string(kNever));
+  in.Note("top of mixing", press, "hPa");
+  return height.Value - levels.Height(1);
 }
 
 double VentIndex(In& in) {
@@ -135,32 +137,36 @@ double MeanTo500(In& in, Quantity first, Quantity second, ValueAt valueAt) {
   if (!(surface > kTop)) return in.Fail("the surface lies above 500 hPa");
   if (!one.Ok() || !two.Ok()) return in.Fail("no dew point at 500 hPa");
   double sum = 0;
-  double lastLog = std::log(surface);
-  double last = valueAt(1);
-  const auto add = [&](double press, double value) {
-    const double log = std::log(press);
+  const double* pressures = levels.Press.Values().data();
+  const double* logs = levels.LogPress.Values().data();
+  const double* dewpts = levels.Dewpt.Values().data();
+  double lastLog = logs[0];
+  double last = valueAt(0);
+  const auto add = [&](double log, double value) {
     sum += (last + value) / 2 * (lastLog - log);
     lastLog = log;
     last = value;
   };
-  for (int i = 2; i <= levels.Count() && levels.Press(i) > kTop; ++i) {
-    if (!NotAvailable(levels.Dewpt(i))) add(levels.Press(i), valueAt(i));
+  const std::size_t count = levels.Press.Values().size();
+  for (std::size_t i = 1; i < count && pressures[i] > kTop; ++i) {
+    if (!NotAvailable(dewpts[i])) add(logs[i], valueAt(i));
   }
-  add(kTop, first == second ? one.Value : one.Value - two.Value);
+  add(std::log(kTop), first == second ? one.Value : one.Value - two.Value);
   return sum / std::log(surface / kTop);
 }
 
 }  // namespace
 
 double MeanHumidity(In& in) {
-  const LevelProfile& levels = in.Levels();
+  const double* humidities = in.Levels().RelHumidity.Values().data();
   return MeanTo500(in, Quantity::RelHumidity, Quantity::RelHumidity,
-                   [&](int i) { return levels.RelHumidity(i); });
+                   [=](std::size_t i) { return humidities[i]; });
 }
 double MeanDepression(In& in) {
-  const LevelProfile& levels = in.Levels();
+  const double* temps = in.Levels().Temp.Values().data();
+  const double* dewpts = in.Levels().Dewpt.Values().data();
   return MeanTo500(in, Quantity::Temp, Quantity::Dewpt,
-                   [&](int i) { return levels.Temp(i) - levels.Dewpt(i); });
+                   [=](std::size_t i) { return temps[i] - dewpts[i]; });
 }
 
 // cm of liquid from the ground to the highest dew point, at most 300 hPa.

@@ -337,13 +337,20 @@ IndexValue Finish(const IndexRow& row, IndexReader& reader, double value) {
   return index;
 }
 
+IndexValue ComputeRow(const IndexRow& row, const SoundingRecord& sounding,
+                      const AnalysisResults& results, const AnalysisSettings& options,
+                      SharedReadings& shared) {
+  IndexReader reader(sounding, results, options, shared, IndexReader::Notes::Drop);
+  const double value = row.Compute(reader);
+  return Finish(row, reader, value);
+}
+
 }  // namespace
 
 IndexValue ComputeIndex(const IndexRow& row, const SoundingRecord& sounding,
                         const AnalysisResults& results, const AnalysisSettings& options) {
-  IndexReader reader(sounding, results, options, IndexReader::Notes::Drop);
-  const double value = row.Compute(reader);
-  return Finish(row, reader, value);
+  SharedReadings shared;
+  return ComputeRow(row, sounding, results, options, shared);
 }
 
 std::vector<IndexValue> ComputeIndices(const SoundingRecord& sounding,
@@ -351,8 +358,9 @@ std::vector<IndexValue> ComputeIndices(const SoundingRecord& sounding,
                                        const AnalysisSettings& options) {
   std::vector<IndexValue> indices;
   indices.reserve(std::size(kRows));
+  SharedReadings shared;
   for (const IndexRow& row : kRows) {
-    indices.push_back(ComputeIndex(row, sounding, results, options));
+    indices.push_back(ComputeRow(row, sounding, results, options, shared));
   }
   return indices;
 }
@@ -452,7 +460,8 @@ std::string ShownValue(const IndexValue& index, const UnitSettings& settings, do
 
 std::string Explain(const IndexRow& row, const SoundingRecord& sounding,
                     const AnalysisResults& results, const AnalysisSettings& options) {
-  IndexReader reader(sounding, results, options, IndexReader::Notes::Keep);
+  SharedReadings shared;
+  IndexReader reader(sounding, results, options, shared, IndexReader::Notes::Keep);
   const double value = row.Compute(reader);
   const IndexValue index = Finish(row, reader, value);
   std::string text = std::string(Trim(row.Label)) + "  " + std::string(row.Name) + ": ";

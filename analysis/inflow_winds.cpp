@@ -134,7 +134,7 @@ InflowWinds FindInflowWinds(const AnalysisResults& results) {
   const LevelProfile& levels = results.Levels;
   if (levels.Count() < 2) return inflow;
   const double ground = levels.Height(1);
-  const ParcelAscent& parcel = results.Lifts[static_cast<std::size_t>(LiftType::MostUnstable)].Forced;
+  const ParcelAscent& parcel = results.Forced[static_cast<std::size_t>(LiftType::MostUnstable)];
   const bool hasTop = parcel.Equilibrium.Exists() && !parcel.IsCut;
   const EffectiveLayer& effective = results.Effective;
 

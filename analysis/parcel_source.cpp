@@ -18,38 +18,29 @@ ParcelStart StartAt(const LevelProfile& levels, int level) {
   return {levels.Press(level), levels.Temp(level), levels.Dewpt(level)};
 }
 
-struct Weighted {
-  double Press;
-  double Value;
-};
-
-// Pressure-weighted mean through points of falling pressure.
-double TrapezoidMean(const std::vector<Weighted>& points) {
-  if (points.size() == 1) return points.front().Value;
-  double sum = 0;
-  for (std::size_t i = 1; i < points.size(); ++i) {
-    sum += (points[i - 1].Value + points[i].Value) / 2 * (points[i - 1].Press - points[i].Press);
-  }
-  const double depth = points.front().Press - points.back().Press;
-  return depth > 0 ? sum / depth : points.front().Value;
-}
-
-// The mean of one quantity over [top, surface]; kMissing unless both ends have it.
+// The mean of one quantity over [top, surface], weighted by pressure; kMissing unless both ends
+// have it.
 double LayerMeanOf(const LevelProfile& levels, const Levels<double>& values, Quantity quantity,
                    double top) {
   if (NotAvailable(values(1))) return kMissing;
-  std::vector<Weighted> points;
-  for (int i = 1; i <= levels.Count() && levels.Press(i) > top; ++i) {
-    if (!NotAvailable(values(i))) points.push_back({levels.Press(i), values(i)});
+  const std::vector<double>& pressures = levels.Press.Values();
+  if (!(top < pressures[0])) return values(1);
+  const Sample end = SampleAt(levels, top, quantity);
+  if (!end.Ok()) return kMissing;
+  double sum = 0;
+  double pressBelow = pressures[0];
+  double below = values(1);
+  const auto add = [&](double press, double value) {
+    sum += (below + value) / 2 * (pressBelow - press);
+    pressBelow = press;
+    below = value;
+  };
+  for (std::size_t i = 1; i < pressures.size() && pressures[i] > top; ++i) {
+    const double value = values.Values()[i];
+    if (!NotAvailable(value)) add(pressures[i], value);
   }
-  if (top < levels.Press(1)) {
-    const Sample end = SampleAt(levels, top, quantity);
-    if (!end.Ok()) return kMissing;
-    points.push_back({top, end.Value});
-  } else {
-    points = {{levels.Press(1), values(1)}};
-  }
-  return TrapezoidMean(points);
+  add(top, end.Value);
+  return sum / (pressures[0] - top);
 }
 
 }  // namespace

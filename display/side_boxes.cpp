@@ -33,12 +33,12 @@ struct ParcelColumn {
 
 template <LiftType kType>
 const ParcelAscent& Forced(const analysis::AnalysisResults& results) {
-  return results.Lifts[static_cast<std::size_t>(kType)].Forced;
+  return results.Forced[static_cast<std::size_t>(kType)];
 }
 
 // The air of the heated ground, free from the CCL on.
 const ParcelAscent& Heated(const analysis::AnalysisResults& results) {
-  return results.Lifts[static_cast<std::size_t>(LiftType::MeanLayer)].Convective;
+  return results.Convective;
 }
 
 constexpr ParcelColumn kParcels[] = {{"Surface", Forced<LiftType::Surface>},

@@ -112,8 +112,8 @@ struct LevelEntry {
   bool (*IsCut)(const AnalysisResults& results) = [](const AnalysisResults&) { return false; };
 };
 
-const analysis::LiftAnalysis& ChosenLift(const AnalysisResults& results) {
-  return results.Lifts[static_cast<std::size_t>(results.ChosenLift)];
+const analysis::ParcelAscent& ChosenForced(const AnalysisResults& results) {
+  return results.Forced[static_cast<std::size_t>(results.ChosenLift)];
 }
 
 LevelPoint FirstFreezing(const AnalysisResults& results) {
@@ -126,10 +126,10 @@ constexpr LevelEntry kLevels[] = {
     {"CCL", [](const AnalysisResults& r) { return r.ConvectiveCondensation; }},
     {"MPL = ", [](const AnalysisResults& r) { return r.Chosen().MaximumParcel; }},
     {"FRZG Lvl", FirstFreezing},
-    {"cclEL", [](const AnalysisResults& r) { return ChosenLift(r).Convective.Equilibrium; },
-     [](const AnalysisResults& r) { return ChosenLift(r).Convective.IsCut; }},
-    {"lfcEL", [](const AnalysisResults& r) { return ChosenLift(r).Forced.Equilibrium; },
-     [](const AnalysisResults& r) { return ChosenLift(r).Forced.IsCut; }},
+    {"cclEL", [](const AnalysisResults& r) { return r.Convective.Equilibrium; },
+     [](const AnalysisResults& r) { return r.Convective.IsCut; }},
+    {"lfcEL", [](const AnalysisResults& r) { return ChosenForced(r).Equilibrium; },
+     [](const AnalysisResults& r) { return ChosenForced(r).IsCut; }},
 };
 
 /// Indices whose label in a spreadsheet is not the panel's.

@@ -91,7 +91,7 @@ std::vector<ParcelLine> ParcelTable(const Program& program, const analysis::Parc
   using analysis::LiftType;
   const ParcelAscent lifted = LiftOwn(program, own);
   const auto forced = [&](LiftType type) {
-    return &program.Results.Lifts[static_cast<std::size_t>(type)].Forced;
+    return &program.Results.Forced[static_cast<std::size_t>(type)];
   };
   const std::array<const ParcelAscent*, kShownParcels> shown = {
       forced(LiftType::Surface), forced(LiftType::MeanLayer), forced(LiftType::MostUnstable),

@@ -46,13 +46,13 @@ class Numbers {
     Add(surface.Press, surface.Qnh, surface.PressureAltitude, surface.DensityAltitude);
     Add(surface.IsaDeviation, results.CapeDepthTopPress, results.ConvectiveTemp);
     Add(results.MeanLayerMixingRatio, results.ConvectiveCondensation);
-    for (const LiftAnalysis& lift : results.Lifts) {
-      for (const ParcelAscent* ascent : {&lift.Forced, &lift.Convective}) {
-        Add(ascent->Condensation, ascent->FreeLevel, ascent->Equilibrium, ascent->MaximumParcel);
-        Add(ascent->CapeTotal, ascent->CapePlusOnly, ascent->CinTotal, ascent->CapeDepth);
-        Add(ascent->CapeHail, ascent->HailBasePress);
-        Add(ascent->ParcelTemps, ascent->EnvTemps, ascent->Increments);
-      }
+    const auto& [surfaceBased, meanLayer, mostUnstable] = results.Forced;
+    for (const ParcelAscent* ascent :
+         {&surfaceBased, &meanLayer, &mostUnstable, &results.Convective}) {
+      Add(ascent->Condensation, ascent->FreeLevel, ascent->Equilibrium, ascent->MaximumParcel);
+      Add(ascent->CapeTotal, ascent->CapePlusOnly, ascent->CinTotal, ascent->CapeDepth);
+      Add(ascent->CapeHail, ascent->HailBasePress);
+      Add(ascent->ParcelTemps, ascent->EnvTemps, ascent->Increments);
     }
     const LayerResults& layers = results.Layers;
     Add(results.Inversions, results.FreezingLevels, results.Tropopauses, layers.Clouds);
@@ -112,10 +112,10 @@ void ExpectFinite(const SoundingRecord& sounding) {
       for (const IndexRow& row : IndexTable()) {
         EXPECT_FALSE(Explain(row, sounding, results, options).empty()) << row.Label;
       }
-      for (const LiftAnalysis& lift : results.Lifts) {
-        EXPECT_LE(lift.Forced.CinTotal, 0);
-        EXPECT_GE(lift.Forced.CinTotal, -99999);
-        EXPECT_GE(lift.Forced.CapeTotal, lift.Forced.CapeDepth);
+      for (const ParcelAscent& forced : results.Forced) {
+        EXPECT_LE(forced.CinTotal, 0);
+        EXPECT_GE(forced.CinTotal, -99999);
+        EXPECT_GE(forced.CapeTotal, forced.CapeDepth);
       }
     }
   }

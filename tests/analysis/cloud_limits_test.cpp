@@ -94,7 +94,7 @@ CloudType TypeOf(const Deck& deck, double cape = 0, double lcl = 0, double lfc =
            {deck.Base, press(deck.Base), deck.BaseTemp, deck.BaseTemp - deck.Depression},
            {deck.Top, press(deck.Top), deck.TopTemp, deck.TopTemp - deck.Depression},
            {13000, 60, -60, 999.9}});
-  ParcelAscent& parcel = results.Lifts[static_cast<std::size_t>(results.ChosenLift)].Forced;
+  ParcelAscent& parcel = results.Forced[static_cast<std::size_t>(results.ChosenLift)];
   parcel.CapeTotal = cape;
   parcel.Condensation = {900, lcl, 10};
   parcel.FreeLevel = {800, lfc, 5};

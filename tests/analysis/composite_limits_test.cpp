@@ -46,8 +46,7 @@ AnalysisResults ResultsOf(const Storm& storm) {
                         {kStormGround + 3000, 700, at700, -20},
                         {kStormGround + 5500, 500, storm.Aloft, -40},
                         {kStormGround + 10000, 250, -55, 999.9}});
-  for (LiftAnalysis& lift : results.Lifts) {
-    ParcelAscent& parcel = lift.Forced;
+  for (ParcelAscent& parcel : results.Forced) {
     parcel.Start = {1000, 30, storm.Dewpt};
     parcel.Condensation = {900, kStormGround + storm.Lcl, 15};
     parcel.FreeLevel = {850, kStormGround + 1500, 12};
@@ -190,7 +189,7 @@ TEST(CompositeLimits, EnergyOfTheLowestThreeKilometres) {
 // The largest excess of the surroundings below the free level, the step at it included.
 TEST(CompositeLimits, CapBelowTheFreeLevel) {
   AnalysisResults results = ResultsOf({});
-  ParcelAscent& parcel = results.Lifts[static_cast<std::size_t>(results.ChosenLift)].Forced;
+  ParcelAscent& parcel = results.Forced[static_cast<std::size_t>(results.ChosenLift)];
   parcel.FirstPress = 1000;
   parcel.Step = 50;
   parcel.ParcelTemps = {20, 17, 14, 11};

@@ -71,6 +71,9 @@ TEST(IndexTable, ExplainsAValueByItsInputs) {
   }
   for (const IndexRow& row : IndexTable()) {
     const IndexValue index = ComputeIndex(row, sounding, results, options);
+    // Alone as among all the others, with which it shares what it reads.
+    EXPECT_EQ(IndexOf(results, row)->Value, index.Value) << row.Label;
+    EXPECT_EQ(IndexOf(results, row)->Reason, index.Reason) << row.Label;
     const std::string explained = Explain(row, sounding, results, options);
     // What a formula reads twice is told once.
     std::multiset<std::string> lines;

@@ -15,14 +15,14 @@ namespace vexa::analysis {
 namespace {
 
 double Cape(const AnalysisResults& results, std::size_t type) {
-  return results.Lifts[type].Forced.CapeTotal;
+  return results.Forced[type].CapeTotal;
 }
 
 // Holds the analysis of a sounding against that of its thinned copy.
 void ExpectTheSameAnalysis(const SoundingRecord& full, const SoundingRecord& thin) {
   const AnalysisResults before = Analyse(full, {});
   const AnalysisResults after = Analyse(thin, {});
-  for (std::size_t type = 0; type < before.Lifts.size(); ++type) {
+  for (std::size_t type = 0; type < before.Forced.size(); ++type) {
     const double cape = Cape(before, type);
     // Two percent, or for energies near nothing as many J/kg as cannot matter.
     EXPECT_NEAR(Cape(after, type), cape, std::max(0.02 * cape, 5.0)) << "lift type " << type;

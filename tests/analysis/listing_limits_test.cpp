@@ -141,7 +141,7 @@ TEST(LevelLimits, WarmCloudDepth) {
   const auto depth = [](double lcl, double lclTemp, double ground, double freezing) {
     AnalysisResults results;
     results.Levels = Air({{100, 1000, ground, 5}, {5100, 540, -20, -30}});
-    for (LiftAnalysis& lift : results.Lifts) lift.Forced.Condensation = {900, 100 + lcl, lclTemp};
+    for (ParcelAscent& forced : results.Forced) forced.Condensation = {900, 100 + lcl, lclTemp};
     results.FreezingLevels = {{950, 100 + freezing, 0}};
     return ListedValue("WCD", results);
   };

@@ -28,7 +28,7 @@ Options With(TempBase base, int step = 1) {
 }
 
 const ParcelAscent& Forced(const AnalysisResults& results, LiftType type) {
-  return results.Lifts[static_cast<std::size_t>(type)].Forced;
+  return results.Forced[static_cast<std::size_t>(type)];
 }
 
 TEST(Parcel, SurfaceParcelOfTheConvectiveReference) {
@@ -259,7 +259,7 @@ TEST(Parcel, SaturatedGroundIsNoFreeLevel) {
                                               {500, temp - 15, temp - 25},
                                               {300, temp - 30, temp - 50}});
     const AnalysisResults results = Analyse(fog, With(TempBase::Virtual));
-    const ParcelAscent& parcel = results.Lifts[0].Forced;
+    const ParcelAscent& parcel = results.Forced[0];
     EXPECT_FALSE(parcel.FreeLevel.Exists()) << temp << " C: free at " << parcel.FreeLevel.Press;
     EXPECT_FALSE(parcel.Equilibrium.Exists()) << temp;
   }

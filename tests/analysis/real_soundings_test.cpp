@@ -19,16 +19,16 @@ void ExpectTableSolves(const SoundingRecord& sounding, const Options& options,
   const AnalysisResults blended = Analyse(sounding, options, table);
   const PressureGrid grid = MakePressureGrid(blended.Levels);
   ParcelLifter solver(blended.Levels, grid, LiftSettingsOf(options, blended.CapeDepthTopPress));
-  for (const LiftAnalysis& lift : blended.Lifts) {
+  for (const ParcelAscent& forced : blended.Forced) {
     ParcelAscent solved;
-    solver.LiftForced(lift.Forced.Start, solved);
-    ASSERT_EQ(solved.ParcelTemps.size(), lift.Forced.ParcelTemps.size());
+    solver.LiftForced(forced.Start, solved);
+    ASSERT_EQ(solved.ParcelTemps.size(), forced.ParcelTemps.size());
     for (std::size_t i = 0; i < solved.ParcelTemps.size(); ++i) {
       // Virtual temperatures are rounded to 0.001 K, hence the hair.
-      ASSERT_NEAR(solved.ParcelTemps[i], lift.Forced.ParcelTemps[i], 1.0001e-3) << i;
+      ASSERT_NEAR(solved.ParcelTemps[i], forced.ParcelTemps[i], 1.0001e-3) << i;
     }
-    EXPECT_NEAR(solved.CapeTotal, lift.Forced.CapeTotal, 0.5);
-    EXPECT_NEAR(solved.CinTotal, lift.Forced.CinTotal, 0.5);
+    EXPECT_NEAR(solved.CapeTotal, forced.CapeTotal, 0.5);
+    EXPECT_NEAR(solved.CinTotal, forced.CinTotal, 0.5);
   }
 }
 
@@ -103,7 +103,7 @@ TEST(RealSoundings, AgreeWithWhatTheFilesPrint) {
     Options options;
     options.CapeTempBase = TempBase::Virtual;
     const AnalysisResults results = Analyse(RealSounding(spc / c.File), options);
-    const ParcelAscent& parcel = results.Lifts[0].Forced;
+    const ParcelAscent& parcel = results.Forced[0];
     EXPECT_NEAR(parcel.Condensation.Press, c.Lcl, 1);
     if (c.Lfc != kNone) {
       EXPECT_NEAR(parcel.FreeLevel.Press, c.Lfc, 4);
@@ -200,11 +200,11 @@ TEST(RealSoundings, OmahaBesideItsReference) {
       {"STP fixed", 13.66, 1.1},  {"STP cin", 13.87, 0.5},    {"SHIP", 4.91, 0.4},
       {"Eff Base", 0, 0}};
   for (const auto& c : cases) EXPECT_NEAR(ValueIn(results, c.Label), c.Published, c.Tolerance);
-  const ParcelAscent& surface = results.Lifts[0].Forced;
+  const ParcelAscent& surface = results.Forced[0];
   EXPECT_NEAR(surface.CapeTotal / 5769.2, 1, 0.05);
   EXPECT_NEAR(surface.CinTotal, -0.64, 0.5);
   EXPECT_NEAR(surface.Condensation.Height - 350, 512.7, 5);
-  const ParcelAscent& mixed = results.Lifts[1].Forced;
+  const ParcelAscent& mixed = results.Forced[1];
   EXPECT_NEAR(mixed.CapeTotal / 4206.0, 1, 0.05);
   EXPECT_NEAR(mixed.CinTotal, -59.0, 7);
 }

@@ -171,7 +171,7 @@ TEST(SevereTable, RichardsonNumberNeedsEnergy) {
   AnalysisResults results = Analyse(test::ReferenceConvective(), {});
   const std::size_t chosen = static_cast<std::size_t>(results.ChosenLift);
   for (const double cape : {99.9, 100.0}) {
-    results.Lifts[chosen].Forced.CapeTotal = cape;
+    results.Forced[chosen].CapeTotal = cape;
     const auto values = FillSevereTable(DefaultSevereTable(), results);
     const SevereValue& value = ValueOf(values, "BRN - Bulk Richardson No.");
     EXPECT_EQ(value.Step > 0, cape == 100);

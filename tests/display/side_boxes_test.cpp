@@ -197,10 +197,10 @@ TEST(SideBoxes, ColourByTheUsersTable) {
   const SoundingRecord sounding = test::ReferenceConvective();
   const Options options;
   analysis::AnalysisResults results = analysis::Analyse(sounding, options);
-  results.Lifts[0].Forced.CapeTotal = 499;
-  results.Lifts[1].Forced.CapeTotal = 500;
-  results.Lifts[2].Forced.CapeTotal = 1500;
-  results.Lifts[1].Convective.CapeTotal = 2500;
+  results.Forced[0].CapeTotal = 499;
+  results.Forced[1].CapeTotal = 500;
+  results.Forced[2].CapeTotal = 1500;
+  results.Convective.CapeTotal = 2500;
   analysis::SevereTable table = analysis::DefaultSevereTable();
   const auto steps = [&] {
     const SheetRow cape = BlockOf("parcels", {sounding, results, options, table}).Rows.front();
