@@ -7,13 +7,13 @@
 namespace vexa::analysis {
 namespace {
 
-constexpr std::size_t kAtATime = 32;
+constexpr std::size_t kScanned = 32;
 
 // Whether any of the places from one on is so.
 template <class IsSo>
 inline __attribute__((always_inline)) bool HasAny(std::size_t from, const IsSo& isSo) {
   std::uint64_t any = 0;
-  for (std::size_t i = from; i < from + kAtATime; ++i) any |= isSo(i) ? 1 : 0;
+  for (std::size_t i = from; i < from + kScanned; ++i) any |= isSo(i) ? 1 : 0;
   return any != 0;
 }
 
@@ -21,7 +21,7 @@ template <class IsSo>
 inline __attribute__((always_inline)) std::size_t FirstThat(std::size_t from, std::size_t end,
                                                             const IsSo& isSo) {
   std::size_t i = from;
-  while (i + kAtATime <= end && !HasAny(i, isSo)) i += kAtATime;
+  while (i + kScanned <= end && !HasAny(i, isSo)) i += kScanned;
   while (i < end && !isSo(i)) ++i;
   return i;
 }
@@ -57,7 +57,7 @@ VEXA_WIDE std::size_t FirstRise(const double* values, std::size_t from, std::siz
 
 VEXA_WIDE std::size_t CountToLastNotBelow(const double* values, std::size_t count, double limit) {
   const auto isSo = [=](std::size_t i) { return values[i] >= limit; };
-  while (count >= kAtATime && !HasAny(count - kAtATime, isSo)) count -= kAtATime;
+  while (count >= kScanned && !HasAny(count - kScanned, isSo)) count -= kScanned;
   while (count > 0 && !isSo(count - 1)) --count;
   return count;
 }

@@ -130,8 +130,6 @@ std::vector<Inversion> FindInversions(const LevelProfile& levels,
 
 namespace {
 
-constexpr std::size_t kAtATime = 64;
-
 // Whether each temperature is on the same side of 0 °C as the one below the first.
 VEXA_WIDE bool KeepsSign(const double* temps, std::size_t count) {
   std::uint64_t changes = 0;
@@ -145,6 +143,7 @@ VEXA_WIDE bool KeepsSign(const double* temps, std::size_t count) {
 }  // namespace
 
 std::vector<LevelPoint> FindFreezingLevels(const LevelProfile& levels) {
+  constexpr std::size_t kAtATime = 64;
   std::vector<LevelPoint> found;
   const std::vector<double>& temps = levels.Temp.Values();
   for (std::size_t at = 0; at < temps.size(); ++at) {
