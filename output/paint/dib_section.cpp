@@ -1,7 +1,7 @@
 #include "output/paint/dib_section.h"
 
 #include <algorithm>
-#include <cstdint>
+#include <cstddef>
 #include <QBuffer>
 #include <QByteArray>
 #include <QClipboard>
@@ -35,7 +35,7 @@ Outcome<std::string> Write(const QImage& image, const char* format, int quality)
   return bytes.toStdString();
 }
 
-char* Append(std::uint32_t value, int bytes, char* to) {
+char* Append(std::size_t value, int bytes, char* to) {
   for (int i = 0; i < bytes; ++i) *to++ = static_cast<char>(value >> (8 * i) & 0xFF);
   return to;
 }
@@ -43,38 +43,29 @@ char* Append(std::uint32_t value, int bytes, char* to) {
 // Rows of blue, green and red from below, each filled up to whole words. The toolkit would load its
 // plugins for all other kinds before it wrote this one, and every first start writes one.
 std::string BitmapFile(const QImage& image) {
-  constexpr std::uint32_t kFileHeader = 14, kHeader = 40, kBits = 24, kWordBits = 32;
-  const auto width = static_cast<std::uint32_t>(image.width());
-  const auto height = static_cast<std::uint32_t>(image.height());
-  const std::uint32_t rowBytes = (width * kBits + kWordBits - 1) / kWordBits * 4;
-  const std::uint32_t before = kFileHeader + kHeader, pixelBytes = rowBytes * height;
-  struct Field {
-    std::uint32_t Value;
-    int Bytes;
-  };
-  const Field fields[] = {{'B' | 'M' << 8, 2},
-                          {before + pixelBytes, 4},
-                          {0, 4},
-                          {before, 4},
-                          {kHeader, 4},
-                          {width, 4},
-                          {height, 4},
-                          {1, 2},
-                          {kBits, 2},
-                          {0, 4},
-                          {pixelBytes, 4},
-                          {static_cast<std::uint32_t>(image.dotsPerMeterX()), 4},
-                          {static_cast<std::uint32_t>(image.dotsPerMeterY()), 4},
-                          {0, 4},
-                          {0, 4}};
+  constexpr std::size_t kFileHeader = 14, kHeader = 40, kBits = 24, kWordBits = 32;
+  constexpr int kWord = 4, kHalf = 2;  // bytes of a field
+  const auto width = static_cast<std::size_t>(image.width());
+  const auto height = static_cast<std::size_t>(image.height());
+  const std::size_t rowBytes = (width * kBits + kWordBits - 1) / kWordBits * kWord;
+  const std::size_t before = kFileHeader + kHeader, pixelBytes = rowBytes * height;
   std::string file(before + pixelBytes, '\0');
-  char* to = file.data();
-  for (const Field& field : fields) to = Append(field.Value, field.Bytes, to);
-  for (std::uint32_t row = 0; row < height; ++row) {
+  file.replace(0, 2, "BM");
+  char* to = file.data() + 2;
+  for (const std::size_t field : {file.size(), std::size_t{0}, before, kHeader, width, height}) {
+    to = Append(field, kWord, to);
+  }
+  for (const std::size_t field : {std::size_t{1}, kBits}) to = Append(field, kHalf, to);  // planes
+  for (const std::size_t field :
+       {std::size_t{0}, pixelBytes, static_cast<std::size_t>(image.dotsPerMeterX()),
+        static_cast<std::size_t>(image.dotsPerMeterY())}) {
+    to = Append(field, kWord, to);
+  }
+  for (std::size_t row = 0; row < height; ++row) {
     to = file.data() + before + row * rowBytes;
     const auto* pixels =
         reinterpret_cast<const QRgb*>(image.constScanLine(static_cast<int>(height - 1 - row)));
-    for (std::uint32_t x = 0; x < width; ++x) to = Append(pixels[x], 3, to);
+    for (std::size_t x = 0; x < width; ++x) to = Append(pixels[x], 3, to);
   }
   return file;
 }
