@@ -31,8 +31,8 @@ class LabelRoom {
   bool IsOffLines(const Rect& place) const { return !Touches(place, avoided_); }
   /// A straight line crosses none of the lines that texts keep away from.
   bool IsOffLines(Point from, Point to) const {
-    const auto [left, right] = std::minmax(from.X, to.X);
-    const auto [top, bottom] = std::minmax(from.Y, to.Y);
+    const double left = std::min(from.X, to.X), right = std::max(from.X, to.X);
+    const double top = std::min(from.Y, to.Y), bottom = std::max(from.Y, to.Y);
     return std::ranges::none_of(avoided_, [&](const Rect& line) {
       return left < line.Right && line.Left < right && top <= line.Bottom && line.Top <= bottom &&
              !ClipPolyline({from, to}, line).empty();
