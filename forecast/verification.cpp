@@ -191,11 +191,11 @@ Verification Verify(const std::vector<SharedProfile>& given, const ForecastSetti
       Count(end, all);
       if (end != SeriesEnd::No) continue;
       const SharedProfile made = ProfileOf(series.Steps().back().Sounding, "", analysis);
-      const auto compare = [&](double press) {
-        VerificationRow& row = rows[{hours, press > 0 ? -press : -2000}];
-        row.Hours = hours;
+      const auto compare = [&, ahead = hours, &then = *truth](double press) {
+        VerificationRow& row = rows[{ahead, press > 0 ? -press : -2000}];
+        row.Hours = ahead;
         row.Press = press;
-        Compare(ValuesAt(*made, press), ValuesAt(*main, press), ValuesAt(*truth, press), row);
+        Compare(ValuesAt(*made, press), ValuesAt(*main, press), ValuesAt(then, press), row);
       };
       compare(0);
       for (const double press : kVerifiedPress) compare(press);
