@@ -330,23 +330,45 @@ TEST(EndInWords, MemoryThatRunsOutIsASentence) {
 }
 
 #ifndef _WIN32
+// A variable of the surroundings, which is as before when the test ends.
+class Variable {
+ public:
+  explicit Variable(const char* name) : name_(name) {
+    if (const char* value = std::getenv(name)) before_ = value;
+  }
+  Variable(const Variable&) = delete;
+  Variable& operator=(const Variable&) = delete;
+  ~Variable() {
+    if (before_) {
+      Set(before_->c_str());
+    } else {
+      unsetenv(name_);
+    }
+  }
+  void Set(const char* value) const { setenv(name_, value, 1); }
+
+ private:
+  const char* name_;
+  std::optional<std::string> before_{};
+};
+
 TEST(Folders, TheRootComesFromTheFirstThatNamesOne) {
+  const Variable root("VEXA_ROOT"), data("XDG_DATA_HOME"), home("HOME");
   const test::TemporaryFolder folder;
   const fs::path program = folder.Path() / "program";
   ASSERT_FALSE(CreateFolders(FoldersBelow(program)));
   EXPECT_TRUE(fs::is_directory(program / "vexadata"));
-  setenv("XDG_DATA_HOME", "/data/of/user", 1);
+  data.Set("/data/of/user");
   unsetenv("VEXA_ROOT");
   EXPECT_EQ(ResolveRoot({}, program), "/data/of/user/vexa");
-  setenv("XDG_DATA_HOME", "relative/is/ignored", 1);
-  setenv("HOME", "/home/of/user", 1);
+  data.Set("relative/is/ignored");
+  home.Set("/home/of/user");
   EXPECT_EQ(ResolveRoot({}, program), "/home/of/user/.local/share/vexa");
   ASSERT_FALSE(SaveFile(program / "vexa.portable", ""));
   EXPECT_EQ(ResolveRoot({}, program), program);
-  setenv("VEXA_ROOT", "/from/variable", 1);
+  root.Set("/from/variable");
   EXPECT_EQ(ResolveRoot({}, program), "/from/variable");
   EXPECT_EQ(ResolveRoot("/from/argument", program), "/from/argument");
-  unsetenv("VEXA_ROOT");
 }
 #endif
 
