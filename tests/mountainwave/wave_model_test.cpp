@@ -346,6 +346,25 @@ TEST(WaveModel, FaintAndShortWavesAreLeftOut) {
   EXPECT_LT(shortest, 2.05);
 }
 
+// 4 km of air whose l² is 0.25 km⁻² more than that above: x = 2 and r = 71.206°, so that by hand
+// k² = l² above + 0.25·cos² r = l² above + 0.025947 km⁻².
+TEST(WaveModel, WavesAreFrom2To64KmLong) {
+  for (const auto& [above, lengthKm, why] :
+       {std::tuple(9.943099F, 1.99, PassedOver::Length),
+        std::tuple(9.745697F, 2.01, PassedOver::No), std::tuple(-0.0161562F, 63.5, PassedOver::No),
+        std::tuple(-0.0164574F, 64.5, PassedOver::Length)}) {
+    const CrossFlow flow{.Levels = {{.Density = 1, .Wind = 10},
+                                    {.Height = 4000, .Density = 1, .Wind = 10},
+                                    {.Height = 8000, .Density = 1, .Wind = 10}},
+                         .GroundDensity = 1};
+    const std::vector<Interface> interfaces =
+        FindInterfaces(flow, {{.StabilityTerm = above + 0.25F}, {.StabilityTerm = above}});
+    ASSERT_EQ(interfaces.size(), 1U);
+    EXPECT_NEAR(interfaces[0].Highest.LengthKm, lengthKm, 0.01);
+    EXPECT_EQ(interfaces[0].Why, why) << lengthKm;
+  }
+}
+
 TEST(WaveModel, WildProfilesGiveNoNumbersThatAreNone) {
   const auto allFinite = [](const WaveResults& results) {
     for (const Wave* wave : results.All()) {
