@@ -118,6 +118,31 @@ TEST(Fronts, TextsOfTheWinterReferenceSounding) {
   EXPECT_TRUE(foreign[3].ends_with(" feet/hour"));
 }
 
+// Two layers as a forecaster would write them down: 20 kt are 10.3 m/s.
+TEST(Fronts, TableOfLayersMarksTheStrongOnes) {
+  FrontLayer strong{.BasePress = 943.6, .TopPress = 831.0, .AdvectionCph = 0.58};
+  strong.Thermal = {.Wind = {306.8, 17.4}, .Gradient = 0.035, .Orientation = 126.8};
+  FrontLayer weak{.BasePress = 1002.4, .TopPress = 943.6, .AdvectionCph = -12.34};
+  weak.Thermal = {.Wind = {5, 20}, .Gradient = 0.0349, .Orientation = 5};
+  const FrontResults results{.Layers = {weak, strong}};
+  FrontSettings set;
+  set.GradientThreshold = 0.035;
+  Options options;
+  const FrontSource source{results, set, options};
+  EXPECT_EQ(LayerTable(source),
+            (std::vector<std::string>{"  Layer     Frontal   Thermal Wind   Gradient*    Advection",
+                                      "  Lo/Hi   Orientation    Dir/Spd",
+                                      "  (mb)                   (kts)       (°C/nm)        (°C/hr)",
+                                      " 1002/944       5        5 /  20        0.03        - 12.3",
+                                      "  944/831     127      307 /  17        0.04*        + 0.6",
+                                      "  * the gradient threshold of 0.035°C/nm or more"}));
+  options.Speed = SpeedUnits::MetersPerSecond;
+  options.Pressure = PressureUnits::Hpa;
+  const std::vector<std::string> metric = LayerTable(source);
+  EXPECT_EQ(metric[2], "  (hPa)                  (m/s)       (°C/nm)        (°C/hr)");
+  EXPECT_EQ(metric[3], " 1002/944       5        5 /  10        0.03        - 12.3");
+}
+
 TEST(Fronts, TwoKnotsAreQuasiStationary) {
   FrontResults results{.Found = Front{}};
   FrontSettings set;
