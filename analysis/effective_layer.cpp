@@ -59,16 +59,14 @@ VEXA_WIDE SignedSums SumThrough(const Piece& piece, std::size_t from, std::size_
   const double* c = piece.Parcel.Temps[2];
   const double* d = piece.Parcel.Temps[3];
   const auto [wa, wb, wc, wd] = piece.Parcel.Weights;
-  using Places = long long __attribute__((vector_size(4 * sizeof(long long))));
-  constexpr Places kOneBelow = {3, 4, 5, 6};
   Lanes above{}, below{};
   Lanes last = {0, 0, 0, difference};
   for (std::size_t i = from; i < from + count; i += 4) {
     const Lanes parcel =
         wa * LanesAt(a + i) + wb * LanesAt(b + i) + wc * LanesAt(c + i) + wd * LanesAt(d + i);
     const Lanes here = parcel + piece.Offset - LanesAt(piece.Environment + i);
-    const Lanes energy = kDryGasConstant * (__builtin_shuffle(last, here, kOneBelow) + here) / 2 *
-                         LanesAt(piece.LogSteps + i);
+    const Lanes oneBelow = __builtin_shufflevector(last, here, 3, 4, 5, 6);
+    const Lanes energy = kDryGasConstant * (oneBelow + here) / 2 * LanesAt(piece.LogSteps + i);
     above += energy > 0.0 ? energy : Lanes{};
     below += energy < 0.0 ? energy : Lanes{};
     last = here;
