@@ -12,7 +12,7 @@ enum class Sign { Any, Positive, Negative };
 
 // Those of four values that have a sign, added to their sums.
 template <Sign sign>
-inline __attribute__((always_inline)) void AddTo(Lanes& sums, const double* values,
+VEXA_INLINE void AddTo(Lanes& sums, const double* values,
                                                  std::size_t count = 4) {
   Lanes lanes{};
   std::memcpy(&lanes, values, count * sizeof(double));
@@ -27,7 +27,7 @@ inline __attribute__((always_inline)) void AddTo(Lanes& sums, const double* valu
 
 // Sixteen sums side by side: as many as keep a processor busy while one of them is added to.
 template <Sign sign>
-inline __attribute__((always_inline)) double SumOver(const double* values, std::size_t from,
+VEXA_INLINE double SumOver(const double* values, std::size_t from,
                                                      std::size_t to) {
   Lanes a{}, b{}, c{}, d{};
   std::size_t i = from;

@@ -19,6 +19,13 @@
 #define VEXA_WIDE
 #endif
 
+// A part of such functions: it becomes what they are, wherever they are compiled for.
+#if defined(__GNUC__)
+#define VEXA_INLINE inline __attribute__((always_inline))
+#else
+#define VEXA_INLINE inline
+#endif
+
 // Before a loop whose elements depend on no other: what it writes is nothing that it reads.
 #if defined(__GNUC__) && !defined(__clang__)
 #define VEXA_INDEPENDENT _Pragma("GCC ivdep")

@@ -5,22 +5,29 @@
 namespace vexa::analysis {
 namespace {
 
-void FillLadder(VaporFormula formula, double* pressures, double* slopes) {
+VaporRise AtRung(VaporFormula formula, int rung) {
+  const double tempK = VaporLadders::kColdest + VaporLadders::kRung * rung;
+  const VaporPoint point = SaturationAt(formula, tempK, std::log(tempK));
+  return {point.Pressure, point.Pressure * point.LogSlope * VaporLadders::kRung};
+}
+
+void FillLadder(VaporFormula formula, VaporRung* rungs) {
+  VaporRise low = AtRung(formula, 0);
   for (int i = 0; i < VaporLadders::kRungs; ++i) {
-    const double tempK = VaporLadders::kColdest + VaporLadders::kRung * i;
-    const VaporPoint point = SaturationAt(formula, tempK, std::log(tempK));
-    pressures[i] = point.Pressure;
-    slopes[i] = point.Pressure * point.LogSlope * VaporLadders::kRung;
+    const VaporRise high = AtRung(formula, i + 1);
+    const double rise = high.Pressure - low.Pressure;
+    rungs[i] = {low.Pressure, low.Slope, 3 * rise - 2 * low.Slope - high.Slope,
+                low.Slope + high.Slope - 2 * rise};
+    low = high;
   }
 }
 
 }  // namespace
 
 VaporLadders MakeVaporLadders() {
-  constexpr int kIce = VaporLadders::kRungs;
   VaporLadders ladders;
-  FillLadder(VaporFormula::Water, ladders.Pressures.data(), ladders.Slopes.data());
-  FillLadder(VaporFormula::Ice, ladders.Pressures.data() + kIce, ladders.Slopes.data() + kIce);
+  FillLadder(VaporFormula::Water, ladders.Rungs.data());
+  FillLadder(VaporFormula::Ice, ladders.Rungs.data() + VaporLadders::kRungs);
   return ladders;
 }
 

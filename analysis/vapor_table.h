@@ -9,15 +9,22 @@
 
 namespace vexa::analysis {
 
+/// The cubic from a rung to the next, by the share of the way: its four numbers lie together, so
+/// that a temperature costs one piece of memory.
+struct VaporRung {
+  double Pressure = 0;  // hPa
+  double Slope = 0;     // hPa per rung
+  double Bend = 0;
+  double Twist = 0;
+};
+
 /// The ladders of water and ice, one behind the other.
 struct VaporLadders {
   static constexpr double kColdest = 120;  // K
   static constexpr double kRung = 0.125;   // K
-  static constexpr int kRungs = 2241;
+  static constexpr int kRungs = 2240;
 
-  using Column = std::array<double, static_cast<std::size_t>(2 * kRungs)>;
-  Column Pressures{};  // hPa
-  Column Slopes{};     // hPa per rung
+  alignas(64) std::array<VaporRung, static_cast<std::size_t>(2 * kRungs)> Rungs{};
 };
 
 VaporLadders MakeVaporLadders();
@@ -33,18 +40,9 @@ struct VaporRise {
 };
 
 /// The vapour a share of the way from a rung to the next.
-///
-/// pressures, slopes   the ladders' columns
-inline VaporRise BetweenRungs(const double* pressures, const double* slopes, int rung,
-                              double share) {
-  const double low = pressures[rung];
-  const double rise = pressures[rung + 1] - low;
-  const double lowSlope = slopes[rung];
-  const double highSlope = slopes[rung + 1];
-  const double c2 = 3 * rise - 2 * lowSlope - highSlope;
-  const double c3 = lowSlope + highSlope - 2 * rise;
-  return {low + share * (lowSlope + share * (c2 + share * c3)),
-          lowSlope + share * (2 * c2 + 3 * share * c3)};
+inline VaporRise AboveRung(const VaporRung& rung, double share) {
+  return {rung.Pressure + share * (rung.Slope + share * (rung.Bend + share * rung.Twist)),
+          rung.Slope + share * (2 * rung.Bend + 3 * share * rung.Twist)};
 }
 
 /// What lies beyond the ladder, from the formula itself.
@@ -54,12 +52,11 @@ VaporPoint VaporBeyondLadder(VaporFormula formula, double tempK);
 /// ladder of 120 to 400 K from the formula itself.
 inline VaporPoint TabledVapor(VaporFormula formula, double tempK) {
   const double place = (tempK - VaporLadders::kColdest) / VaporLadders::kRung;
-  if (!(place >= 0 && place < VaporLadders::kRungs - 1)) return VaporBeyondLadder(formula, tempK);
+  if (!(place >= 0 && place < VaporLadders::kRungs)) return VaporBeyondLadder(formula, tempK);
   const int rung = static_cast<int>(place);
   const int first = formula == VaporFormula::Ice ? VaporLadders::kRungs : 0;
-  const VaporLadders& table = VaporTable();
   const VaporRise at =
-      BetweenRungs(table.Pressures.data(), table.Slopes.data(), first + rung, place - rung);
+      AboveRung(VaporTable().Rungs[static_cast<std::size_t>(first + rung)], place - rung);
   return {at.Pressure, at.Slope / (VaporLadders::kRung * at.Pressure)};
 }
 
