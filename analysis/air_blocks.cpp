@@ -28,6 +28,8 @@ struct AirBlock {
   alignas(64) Column Saturation;  // hPa
   alignas(64) Column Growth;      // hPa/K, of the saturation vapour pressure
   alignas(64) Column Heat;        // ln of what temperature grows by when all vapour condenses
+  alignas(64) Column Cooling;     // ln of the temperature there over that of the air
+  alignas(64) Column LclPress;    // hPa
   alignas(64) Column At;          // K, where vapour pressures are wanted
   ColumnVapor::Block Vapor;
 };
@@ -93,16 +95,23 @@ VEXA_INLINE void FillThetaE(const AirColumns& air, AirBlock& block, ColumnVapor 
     block.At[i] = CondensedTemp(temp, block.Dewpt[i]) + kKelvinOffset;
   }
   table.Find(block.At, block.Vapor);
-  VEXA_INDEPENDENT
   for (std::size_t i = 0; i < kBlockLevels; ++i) {
-    const double cooling = LogOfRatio(block.At[i], block.ThetaTemp[i]);
-    const double lclPress = block.Press[i] * ColumnExp(std::min(cooling, 0.0) * (1 / kPoisson));
+    block.Cooling[i] = LogOfRatio(block.At[i], block.ThetaTemp[i]);
+  }
+  for (std::size_t i = 0; i < kBlockLevels; ++i) {
+    const double power = ColumnExp(std::min(block.Cooling[i], 0.0) * (1 / kPoisson));
+    block.LclPress[i] = block.Press[i] * power;
+  }
+  for (std::size_t i = 0; i < kBlockLevels; ++i) {
+    const double lclPress = block.LclPress[i];
     const double vapor = block.Vapor.At(i).Pressure;
     const double latent = kLatentFactor * kEpsilon * vapor / ((lclPress - vapor) * block.At[i]);
-    const double heat = latent + std::max(cooling, 0.0);
-    const bool boils = !(vapor < 0.25 * lclPress);
-    block.Heat[i] = boils ? kNoNumber : heat;
-    air.ThetaE[i] = air.Theta[i] * ColumnExp(boils ? 0 : heat);
+    const double heat = latent + std::max(block.Cooling[i], 0.0);
+    block.Heat[i] = vapor < 0.25 * lclPress ? heat : kNoNumber;  // else it boils
+  }
+  VEXA_INDEPENDENT
+  for (std::size_t i = 0; i < kBlockLevels; ++i) {
+    air.ThetaE[i] = air.Theta[i] * ColumnExp(block.Heat[i]);
   }
 }
 
@@ -147,12 +156,14 @@ VEXA_INLINE bool FillWetBulb(const AirColumns& air, AirBlock& block, ColumnVapor
   for (const bool isLast : {false, true}) {
     table.Find(block.At, block.Vapor);
     others = 0;
+    for (std::size_t i = 0; i < kBlockLevels; ++i) {
+      block.Cooling[i] = LogOfNearRatio(block.At[i], block.ThetaTemp[i]);
+    }
     VEXA_INDEPENDENT
     for (std::size_t i = 0; i < kBlockLevels; ++i) {
       const double wetK = block.At[i];
-      const double cooling = LogOfNearRatio(wetK, block.ThetaTemp[i]);
       const double change =
-          StepToWetBulb(wetK, block.Vapor.At(i), block.Press[i], cooling, block.Heat[i]);
+          StepToWetBulb(wetK, block.Vapor.At(i), block.Press[i], block.Cooling[i], block.Heat[i]);
       const double wetBulb =
           std::min(std::max(wetK - change - kKelvinOffset, block.Dewpt[i]), block.Temp[i]);
       const bool isNear = std::fabs(change) < kFar;
