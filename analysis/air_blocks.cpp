@@ -116,25 +116,26 @@ VEXA_INLINE void FillThetaE(const AirColumns& air, AirBlock& block, ColumnVapor 
 }
 
 // A step of Halley's towards the temperature, K, at which the saturated adiabat of a heat comes
-// through a pressure: the third power of the error is left of it.
+// through a pressure: the third power of the error is left of it. Error, slope and bend of the
+// adiabat's equation stand over powers of one denominator, since a division takes longer than all
+// products here.
 //
 // cooling   ln of the temperature over that of the air
 inline double StepToWetBulb(double wetK, const ColumnVapor::Point& vapor, double press,
                             double cooling, double heat) {
   const double dry = press - vapor.Pressure;
-  // Three quotients by one division, which takes longer than all products here.
-  const double dryTemp = dry * wetK;
-  const double all = 1 / (dryTemp * vapor.Pressure);
-  const double inverse = all * dry * vapor.Pressure;
-  const double dryShare = all * wetK * vapor.Pressure;
-  const double latent = kLatentFactor * kEpsilon * vapor.Pressure * dryShare * inverse;
-  const double growth = press * dryShare * vapor.Slope * (all * dryTemp);  // of the mixing ratio
-  const double error = cooling + latent - heat;
-  const double slope = inverse + latent * (growth - inverse);
-  const double bend =
-      latent * (growth * (growth + vapor.Slope * dryShare) - 2 * inverse * (2 * growth - inverse)) -
-      inverse * inverse;
-  return 2 * error * slope / (2 * slope * slope - error * bend);
+  const double under = dry * wetK;
+  const double rise = vapor.Slope * wetK;
+  const double latent = kLatentFactor * kEpsilon * vapor.Pressure;
+  const double growth = kLatentFactor * kEpsilon * press * rise;
+  const double error = (cooling - heat) * under + latent;  // over the denominator
+  const double slope = dry * (under - latent) + growth;    // over its square
+  const double dryVapor = dry * vapor.Pressure;
+  // Over its third power and the vapour pressure.
+  const double bend = growth * (rise * (press + vapor.Pressure) - 4 * dryVapor) +
+                      dry * dryVapor * (2 * latent - under);
+  return 2 * error * slope * under * vapor.Pressure /
+         (2 * slope * slope * vapor.Pressure - error * bend);
 }
 
 // Normand's rule: down the saturated adiabat from the condensation point. The first step, from the
