@@ -5,6 +5,7 @@
 #include <optional>
 #include <vector>
 
+#include "analysis/column_math.h"
 #include "analysis/moist_air.h"
 #include "analysis/parcel_air.h"
 #include "analysis/vapor_table.h"
@@ -16,6 +17,18 @@ namespace {
 constexpr double kHighestSource = 6000;     // m above sea level
 constexpr double kHighStation = 4000;       // m; above it the source may lie …
 constexpr double kAboveHighStation = 2000;  // m above the ground
+
+// What a sinking parcel gains from each whole hPa to the next below it, J/kg; the first is left
+// out.
+VEXA_WIDE void FillGains(const double* environment, const double* parcel, const double* logs,
+                         std::size_t count, double* gains) {
+  VEXA_INDEPENDENT
+  for (std::size_t i = 1; i < count; ++i) {
+    const double below = environment[i - 1] - parcel[i - 1];
+    const double here = environment[i] - parcel[i];
+    gains[i] = kDryGasConstant * (below + here) / 2 * (logs[i - 1] - logs[i]);
+  }
+}
 
 class Descent {
  public:
@@ -33,7 +46,7 @@ class Descent {
         below <= kGridBottom && last <= lowest_
             ? air_.Table.Piece(air_.Levels.ThetaE(source), air_.Over, below, last, air_.IsVirtual)
             : std::nullopt;
-    if (!parcel) return ByWholeHpa(source);
+    if (!parcel) return ByWholeHpa(source, GroundTemp(source));
 
     const std::vector<double>& environment = air_.Environment();
     const auto& logs = WholeHpa().Log;
@@ -51,47 +64,46 @@ class Descent {
   }
 
   // By whole hPa between the source and the ground, and the pieces at both ends.
-  double ByWholeHpa(int source) {
+  //
+  // groundTemp   °C, of the saturated parcel that has come down
+  double ByWholeHpa(int source, double groundTemp) {
     const double top = air_.Levels.Press(source);
     const double ground = air_.Levels.Press(1);
     const int first = lowest_;
     const int last = static_cast<int>(std::ceil(top));
-    Begin(std::log(ground), GroundDifference(source));
+    Begin(std::log(ground), Difference(1, groundTemp));
     if (first < last) {
       Add(std::log(top), Difference(source, SourceTemp(source)));
       return energy_;
     }
-    const auto count = static_cast<std::size_t>(first - last) + 1;
-    temps_.resize(count);
-    virtuals_.resize(count);
-    Adiabat(air_.Levels.ThetaE(source), first, last);
-    const std::vector<double>& environment = air_.Environment();
-    const std::vector<double>& parcel = air_.IsVirtual ? virtuals_ : temps_;
-    const auto offset = static_cast<std::size_t>(air_.Grid.Bottom - first);
-    const WholePressures& whole = WholeHpa();
-    for (std::size_t i = 0; i < count; ++i) {
-      const int press = first - static_cast<int>(i);
-      Add(whole.Log[GridIndex(press)], environment[offset + i] - parcel[i]);
-    }
+    const std::vector<double>& parcel =
+        Adiabat(air_.Levels.ThetaE(source), first, last, air_.IsVirtual);
+    const double* environment = air_.Environment().data() + (air_.Grid.Bottom - first);
+    const double* logs = WholeHpa().Log.data() + GridIndex(first);
+    const std::size_t end = parcel.size() - 1;
+    Add(logs[0], environment[0] - parcel[0]);
+    gains_.resize(parcel.size());
+    FillGains(environment, parcel.data(), logs, parcel.size(), gains_.data());
+    energy_ += SumOfAll(gains_.data(), 1, parcel.size());
+    log_ = logs[end];
+    difference_ = environment[end] - parcel[end];
     if (last > top) Add(std::log(top), Difference(source, SourceTemp(source)));
     return energy_;
   }
 
   // By the levels of the sounding.
-  double ByLevels(int source) {
-    Begin(std::log(air_.Levels.Press(1)), GroundDifference(source));
+  double ByLevels(int source, double groundTemp) {
+    Begin(std::log(air_.Levels.Press(1)), Difference(1, groundTemp));
     const int first =
         static_cast<int>(std::ceil(std::min<double>(air_.Levels.Press(1), kGridBottom)));
     const int last = std::max(1, static_cast<int>(std::floor(air_.Levels.Press(source))));
-    temps_.resize(static_cast<std::size_t>(first - last) + 1);
-    virtuals_.resize(temps_.size());
-    Adiabat(air_.Levels.ThetaE(source), first, last);
+    const std::vector<double>& temps = Adiabat(air_.Levels.ThetaE(source), first, last, false);
     for (int i = 2; i <= source; ++i) {
       const double below = std::clamp<double>(first - air_.Levels.Press(i), 0, first - last);
       const auto step = static_cast<std::size_t>(below);
       const double share = below - static_cast<double>(step);
-      const double next = step + 1 < temps_.size() ? temps_[step + 1] : temps_[step];
-      Add(air_.Levels.LogPress(i), Difference(i, temps_[step] + share * (next - temps_[step])));
+      const double next = step + 1 < temps.size() ? temps[step + 1] : temps[step];
+      Add(air_.Levels.LogPress(i), Difference(i, temps[step] + share * (next - temps[step])));
     }
     return energy_;
   }
@@ -101,9 +113,15 @@ class Descent {
   }
 
  private:
-  void Adiabat(double thetaE, int bottom, int top) {
-    double* virtuals = air_.IsVirtual ? virtuals_.data() : nullptr;
-    air_.Table.Blend(thetaE, air_.Over, bottom, top, temps_.data(), virtuals);
+  // Temperatures, °C, of the saturated adiabat at bottom, bottom - 1 … hPa; virtual ones where
+  // asked.
+  const std::vector<double>& Adiabat(double thetaE, int bottom, int top, bool isVirtual) {
+    const auto count = static_cast<std::size_t>(bottom - top) + 1;
+    temps_.resize(count);
+    if (isVirtual) virtuals_.resize(count);
+    air_.Table.Blend(thetaE, air_.Over, bottom, top, temps_.data(),
+                     isVirtual ? virtuals_.data() : nullptr);
+    return isVirtual ? virtuals_ : temps_;
   }
 
   // The highest whole hPa of the grid that is not below the ground.
@@ -112,8 +130,6 @@ class Descent {
   }
 
   double SourceTemp(int source) const { return air_.Levels.WetBulb(source); }
-
-  double GroundDifference(int source) const { return Difference(1, GroundTemp(source)); }
 
   // Surroundings minus the saturated parcel at a level.
   double Difference(int level, double parcelTemp) const {
@@ -167,6 +183,7 @@ class Descent {
   std::size_t summed_ = 0;     // of them behind the first
   std::vector<double> temps_{};
   std::vector<double> virtuals_{};
+  std::vector<double> gains_{};  // J/kg from each whole hPa to the next
   double energy_ = 0;
   double log_ = 0;
   double difference_ = 0;
@@ -197,11 +214,12 @@ Downdraft FindDowndraft(const LevelProfile& levels, const PressureGrid& grid,
     }
   }
   if (source == 0) return result;
-  const double energy =
-      options.Dcape == DcapeMode::Fast ? descent.ByLevels(source) : descent.ByWholeHpa(source);
+  const double groundTemp = descent.GroundTemp(source);
+  const double energy = options.Dcape == DcapeMode::Fast ? descent.ByLevels(source, groundTemp)
+                                                         : descent.ByWholeHpa(source, groundTemp);
   result.Energy = std::max(energy, 0.0);
   result.Source = {levels.Press(source), levels.Height(source), levels.Temp(source)};
-  result.SurfaceTemp = descent.GroundTemp(source);
+  result.SurfaceTemp = groundTemp;
   return result;
 }
 
