@@ -1,6 +1,8 @@
 #include "analysis/column_scan.h"
 
 #include <cstdint>
+#include <cstring>
+#include <limits>
 
 #include "analysis/column_math.h"
 
@@ -26,7 +28,39 @@ inline __attribute__((always_inline)) std::size_t FirstThat(std::size_t from, st
   return i;
 }
 
+enum class Extreme { Least, Most };
+
+// Eight numbers at a time.
+using Lanes = double __attribute__((vector_size(8 * sizeof(double))));
+
+template <Extreme extreme>
+inline __attribute__((always_inline)) double ExtremeOf(const double* values, std::size_t from,
+                                                       std::size_t end) {
+  constexpr bool isLeast = extreme == Extreme::Least;
+  constexpr double kStart = (isLeast ? 1 : -1) * std::numeric_limits<double>::infinity();
+  const auto beats = [](double a, double b) { return isLeast ? a < b : a > b; };
+  Lanes found = kStart + Lanes{};
+  std::size_t i = from;
+  for (; i + 8 <= end; i += 8) {
+    Lanes lanes;
+    std::memcpy(&lanes, values + i, sizeof lanes);
+    found = (isLeast ? lanes < found : lanes > found) ? lanes : found;
+  }
+  double first = kStart;
+  for (int k = 0; k < 8; ++k) first = beats(found[k], first) ? found[k] : first;
+  for (; i < end; ++i) first = beats(values[i], first) ? values[i] : first;
+  return first;
+}
+
 }  // namespace
+
+VEXA_WIDE double LeastOf(const double* values, std::size_t from, std::size_t end) {
+  return ExtremeOf<Extreme::Least>(values, from, end);
+}
+
+VEXA_WIDE double MostOf(const double* values, std::size_t from, std::size_t end) {
+  return ExtremeOf<Extreme::Most>(values, from, end);
+}
 
 VEXA_WIDE std::size_t FirstAbove(const double* values, std::size_t from, std::size_t end,
                                  double limit) {

@@ -20,4 +20,9 @@ std::size_t FirstRise(const double* values, std::size_t from, std::size_t end);
 /// numbers, are left out.
 std::size_t CountToLastNotBelow(const double* values, std::size_t count, double limit);
 
+/// The least and the largest value in [from, end), of those that are numbers; without any, positive
+/// and negative infinity.
+double LeastOf(const double* values, std::size_t from, std::size_t end);
+double MostOf(const double* values, std::size_t from, std::size_t end);
+
 }  // namespace vexa::analysis

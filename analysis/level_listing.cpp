@@ -1,6 +1,7 @@
 #include "analysis/level_listing.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 
@@ -172,10 +173,10 @@ VEXA_WIDE void FillExcesses(ContrailColumns air, ColumnVapor table) {
     const double rise = std::max(slope - kLeastGradient, kLeastRise);
     const double threshold = SaturatedThreshold(ColumnLog(rise));
     const double lineK = threshold + kKelvinOffset;
-    const double lineOnLadder = std::min(std::max(lineK, kColdest), kWarmest);
+    const double lineOnLadder = std::min(std::max(kColdest, lineK), kWarmest);
     const double temp = air.Temp[i];
     const double tempK = temp + kKelvinOffset;
-    const double tempOnLadder = std::min(std::max(tempK, kColdest), kWarmest);
+    const double tempOnLadder = std::min(std::max(kColdest, tempK), kWarmest);
     const double atLine = 100 * table.At(threshold, lineOnLadder).Pressure;
     const double atTemp = 100 * table.At(temp, tempOnLadder).Pressure;
     const double observed = air.RelHumidity[i];
@@ -194,48 +195,55 @@ VEXA_WIDE void FillExcesses(ContrailColumns air, ColumnVapor table) {
 // The excess of each level, worked out for some levels at a time when one of them is asked for.
 class ExcessColumn {
  public:
-  ExcessColumn(const LevelProfile& levels, double humidity, std::size_t first)
-      : levels_(levels),
-        humidity_(humidity),
-        first_(first),
-        excesses_(levels.Press.Values().size() - first),
-        isReady_(excesses_.size() / kAtATime + 1) {}
+  ExcessColumn(const LevelProfile& levels, double humidity)
+      : levels_(levels), count_(levels.Press.Values().size()), humidity_(humidity) {}
+
+  bool Knows(int level) const { return PlaceOf(level) - from_ < known_; }
 
   double At(int level) {
-    const std::size_t at = static_cast<std::size_t>(level) - 1 - first_;
-    if (!isReady_[at / kAtATime]) Fill(at / kAtATime);
-    return std::isnan(excesses_[at]) ? Guarded(level) : excesses_[at];
+    if (!Knows(level)) Fill(PlaceOf(level));
+    const double excess = excesses_[PlaceOf(level) - from_];
+    return std::isnan(excess) ? Guarded(level) : excess;
   }
 
-  // Where a level is the first of some that are all warmer than saturated air may be, the last of
-  // them; else 0.
+  // Where a level is the first of some that are surely all too warm, the last of them; else 0.
   int EndOfWarm(int level) const {
-    constexpr double kLeastRise = 0.002;  // Pa/K, from which on the threshold rises with pressure
-    const std::size_t at = static_cast<std::size_t>(level) - 1 - first_;
-    if (at % kAtATime != 0 || at + kAtATime > excesses_.size()) return 0;
-    const double* pressures = levels_.Press.Values().data() + first_ + at;
-    const double* temps = levels_.Temp.Values().data() + first_ + at;
-    const double highest = pressures[0];
-    const double rise = SlopeAt(pressures[kAtATime - 1]) - kLeastGradient;
-    if (!levels_.PressFalls || !(highest <= kContrailPress) || !(rise > kLeastRise)) return 0;
-    const double warmest = MixingLineAt(highest).Saturated;
-    const bool isWarm = FirstNotAbove(temps, 0, kAtATime, warmest) == kAtATime;
-    return isWarm ? level + static_cast<int>(kAtATime) - 1 : 0;
+    for (const std::size_t count : {8 * kAtATime, kAtATime}) {
+      if (IsWarmThroughout(PlaceOf(level), count)) return level + static_cast<int>(count) - 1;
+    }
+    return 0;
   }
 
  private:
-  static constexpr std::size_t kAtATime = 64;
+  static constexpr std::size_t kAtATime = 16;
 
-  void Fill(std::size_t block) {
-    const std::size_t from = block * kAtATime;
-    FillExcesses({.Count = std::min(excesses_.size() - from, kAtATime),
-                  .Press = levels_.Press.Values().data() + first_ + from,
-                  .Temp = levels_.Temp.Values().data() + first_ + from,
-                  .RelHumidity = levels_.RelHumidity.Values().data() + first_ + from,
+  static std::size_t PlaceOf(int level) { return static_cast<std::size_t>(level) - 1; }
+
+  void Fill(std::size_t from) {
+    from_ = from;
+    known_ = std::min(count_ - from, kAtATime);
+    FillExcesses({.Count = known_,
+                  .Press = levels_.Press.Values().data() + from,
+                  .Temp = levels_.Temp.Values().data() + from,
+                  .RelHumidity = levels_.RelHumidity.Values().data() + from,
                   .Humidity = humidity_,
-                  .Excess = excesses_.data() + from},
+                  .Excess = excesses_.data()},
                  ColumnVapor(SaturationOver::Water));
-    isReady_[block] = true;
+  }
+
+  // Whether even the coldest temperature, the highest pressure and the most humidity of some levels
+  // together would be too warm: less of the latter two, and more warmth, only raise the excess.
+  bool IsWarmThroughout(std::size_t from, std::size_t count) const {
+    constexpr double kLeastRise = 0.002;  // Pa/K, from which on the threshold rises with pressure
+    if (!levels_.PressFalls || from + count > count_) return false;
+    const double* pressures = levels_.Press.Values().data() + from;
+    const double rise = SlopeAt(pressures[count - 1]) - kLeastGradient;
+    if (!(pressures[0] <= kContrailPress) || !(rise > kLeastRise)) return false;
+    const double coldest = LeastOf(levels_.Temp.Values().data(), from, from + count);
+    const double mostHumid = MostOf(levels_.RelHumidity.Values().data(), from, from + count);
+    // Where some are unknown, their marker stands for more than any air has.
+    const double share = std::min(std::max(mostHumid, humidity_) / 100, 1.0);
+    return ExcessOf(MixingLineAt(pressures[0]), coldest, share) > 0;
   }
 
   double Guarded(int level) const {
@@ -243,18 +251,22 @@ class ExcessColumn {
     if (NotAvailable(line.Saturated)) return 1.0;
     const double observed = levels_.RelHumidity(level);
     const double share = std::min((NotAvailable(observed) ? humidity_ : observed) / 100, 1.0);
-    // Warmer than saturated air may be, the mixing line lies above the vapour curve throughout.
-    const double temp = levels_.Temp(level);
-    const bool tooWarm = share >= 1 || temp >= line.Saturated;
-    return tooWarm ? temp - line.Saturated
-                   : Excess(line, WaterVaporAt(line.Saturated), temp, share);
+    return ExcessOf(line, levels_.Temp(level), share);
+  }
+
+  // Warmer than saturated air may be, the mixing line lies above the vapour curve throughout.
+  static double ExcessOf(const MixingLine& line, double temp, double share) {
+    const bool isTooWarm = share >= 1 || temp >= line.Saturated;
+    return isTooWarm ? temp - line.Saturated
+                     : Excess(line, WaterVaporAt(line.Saturated), temp, share);
   }
 
   const LevelProfile& levels_;
-  double humidity_;    // %, where none is known
-  std::size_t first_;  // level, from 0
-  std::vector<double> excesses_;
-  std::vector<char> isReady_;
+  std::size_t count_;
+  double humidity_;  // %, where none is known
+  std::array<double, kAtATime> excesses_{};
+  std::size_t from_ = 0;   // level of the first of them, from 0
+  std::size_t known_ = 0;  // how many of them
 };
 
 }  // namespace
@@ -370,38 +382,37 @@ std::vector<AirLayer> FindContrails(const LevelProfile& levels, double humidity)
   const std::vector<double>& pressures = levels.Press.Values();
   // The first level that counts: nearly always all above it do.
   const std::size_t first = FirstNotAbove(pressures.data(), 0, pressures.size(), kContrailPress);
-  ExcessColumn excesses(levels, humidity, first);
-  double below = 1;
+  ExcessColumn excesses(levels, humidity);
+  bool isInside = false;
   for (int i = static_cast<int>(first) + 1; i <= levels.Count(); ++i) {
-    if (const int last = excesses.EndOfWarm(i); last > i && !(i > 1 && below <= 0)) {
-      i = last;
-      below = excesses.At(i);
-      continue;
+    if (!isInside && !excesses.Knows(i)) {
+      if (const int last = excesses.EndOfWarm(i); last > i) {
+        i = last;
+        continue;
+      }
     }
     if (levels.Press(i) > kContrailPress) continue;
     const bool isFirst = i == 1 || levels.Press(i - 1) > kContrailPress;
     const double excess = excesses.At(i);
-    const bool inside = !layers.empty() && !isFirst && below <= 0;
-    if (excess > 0 && !inside) {
-      below = excess;
-      continue;
-    }
+    const bool wasInside = isInside && !isFirst;
+    isInside = excess <= 0;
+    if (!isInside && !wasInside) continue;
     const LevelPoint here = PointOf(levels, i);
     const auto crossing = [&] {
       ProfileWalk walk(levels);
       const double low = levels.Height(i - 1);
+      const double below = excesses.At(i - 1);
       return walk.At(low + (here.Height - low) * below / (below - excess)).Point();
     };
-    if (excess <= 0) {
-      if (!inside) {
+    if (isInside) {
+      if (!wasInside) {
         layers.push_back({isFirst ? here : crossing(), here, Intensity::Light, " CP ", -excess});
       }
       layers.back().Top = here;
       layers.back().Value = std::max(layers.back().Value, -excess);
-    } else if (inside) {
+    } else {
       layers.back().Top = crossing();
     }
-    below = excess;
   }
   return layers;
 }
