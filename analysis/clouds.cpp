@@ -5,6 +5,8 @@
 #include <limits>
 #include <optional>
 
+#include "analysis/column_math.h"
+#include "analysis/column_scan.h"
 #include "analysis/exact.h"
 #include "analysis/interpolate.h"
 #include "analysis/moist_air.h"
@@ -51,10 +53,15 @@ double Margin(const LevelProfile& levels, int level) {
   return Exact(temp - levels.Dewpt(level) - Widening(temp)) - kScattered;
 }
 
-// Beyond scattered cloud by more than rounding makes, as most levels are, or without a dew point.
-bool IsClearlyDry(double temp, double dewpt) {
+// The first level from one on, from 0, that is not beyond scattered cloud by more than rounding
+// makes, as most are, nor without a dew point.
+VEXA_WIDE std::size_t FirstPerhapsMoist(const double* temps, const double* dewpts, std::size_t from,
+                                        std::size_t end) {
   constexpr double kRounding = 0.01;  // °C
-  return temp - dewpt - Widening(temp) > kScattered + kRounding || NotAvailable(dewpt);
+  return FirstThat(from, end, [=](std::size_t i) {
+    const double dry = temps[i] - dewpts[i] - Widening(temps[i]);
+    return !(dry > kScattered + kRounding) & IsThere(dewpts[i]);
+  });
 }
 
 std::vector<CloudDeck> MoistRuns(const LevelProfile& levels, double highest) {
@@ -66,22 +73,25 @@ std::vector<CloudDeck> MoistRuns(const LevelProfile& levels, double highest) {
     decks.back().Top = top;
     inside = false;
   };
-  for (int i = 1; i <= levels.Count(); ++i) {
-    const auto at = static_cast<std::size_t>(i) - 1;
-    if (!inside && IsClearlyDry(temps[at], dewpts[at])) continue;
+  for (std::size_t at = 0; at < temps.size(); ++at) {
+    if (!inside) at = FirstPerhapsMoist(temps.data(), dewpts.data(), at, temps.size());
+    if (at == temps.size()) break;
+    const int i = static_cast<int>(at) + 1;
     const double margin = Margin(levels, i);
-    const double below = Margin(levels, std::max(i - 1, 1));
-    const bool hasBelow = i > 1 && !std::isnan(below);
-    const LevelPoint here{levels.Press(i), levels.Height(i), levels.Temp(i)};
+    const LevelPoint here = PointOf(levels, i);
+    // The border between this level and the one below, or another place where that has no dew point.
+    const auto borderOr = [&](const LevelPoint& other) {
+      const double below = Margin(levels, std::max(i - 1, 1));
+      const bool hasBelow = i > 1 && !std::isnan(below);
+      return hasBelow ? Between(levels, i - 1, below / (below - margin)) : other;
+    };
     const bool moist = margin <= 0 && here.Height <= highest;
     if (moist && !inside) {
-      const LevelPoint base = hasBelow ? Between(levels, i - 1, below / (below - margin)) : here;
-      decks.push_back({.Base = base});
+      decks.push_back({.Base = borderOr(here)});
       inside = true;
     } else if (!moist && inside) {
-      endAt(margin > 0 && hasBelow
-                ? Between(levels, i - 1, below / (below - margin))
-                : LevelPoint{levels.Press(i - 1), levels.Height(i - 1), levels.Temp(i - 1)});
+      const LevelPoint last = PointOf(levels, i - 1);
+      endAt(margin > 0 ? borderOr(last) : last);
     }
     if (inside) {
       decks.back().Top = here;

@@ -1,6 +1,5 @@
 #include "analysis/column_scan.h"
 
-#include <cstdint>
 #include <cstring>
 #include <limits>
 
@@ -8,25 +7,6 @@
 
 namespace vexa::analysis {
 namespace {
-
-constexpr std::size_t kScanned = 32;
-
-// Whether any of the places from one on is so.
-template <class IsSo>
-inline __attribute__((always_inline)) bool HasAny(std::size_t from, const IsSo& isSo) {
-  std::uint64_t any = 0;
-  for (std::size_t i = from; i < from + kScanned; ++i) any |= isSo(i) ? 1 : 0;
-  return any != 0;
-}
-
-template <class IsSo>
-inline __attribute__((always_inline)) std::size_t FirstThat(std::size_t from, std::size_t end,
-                                                            const IsSo& isSo) {
-  std::size_t i = from;
-  while (i + kScanned <= end && !HasAny(i, isSo)) i += kScanned;
-  while (i < end && !isSo(i)) ++i;
-  return i;
-}
 
 enum class Extreme { Least, Most };
 
@@ -89,9 +69,29 @@ VEXA_WIDE std::size_t FirstRise(const double* values, std::size_t from, std::siz
   return found == end - 1 ? end : found;
 }
 
+VEXA_WIDE std::size_t FirstSlowFall(const double* values, const double* along, std::size_t from,
+                                    std::size_t end, double rate) {
+  if (from + 1 >= end) return end;
+  const std::size_t found = FirstThat(from, end - 1, [=](std::size_t i) {
+    return values[i] - values[i + 1] <= rate * (along[i + 1] - along[i]);
+  });
+  return found == end - 1 ? end : found;
+}
+
+VEXA_WIDE std::size_t FirstFastFall(const double* values, const double* along, std::size_t from,
+                                    std::size_t end, double rate) {
+  if (from + 1 >= end) return end;
+  const std::size_t found = FirstThat(from, end - 1, [=](std::size_t i) {
+    return values[i] - values[i + 1] > rate * (along[i + 1] - along[i]);
+  });
+  return found == end - 1 ? end : found;
+}
+
 VEXA_WIDE std::size_t CountToLastNotBelow(const double* values, std::size_t count, double limit) {
   const auto isSo = [=](std::size_t i) { return values[i] >= limit; };
-  while (count >= kScanned && !HasAny(count - kScanned, isSo)) count -= kScanned;
+  while (count >= kScannedAtATime && !HasAny(count - kScannedAtATime, isSo)) {
+    count -= kScannedAtATime;
+  }
   while (count > 0 && !isSo(count - 1)) --count;
   return count;
 }

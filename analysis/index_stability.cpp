@@ -1,7 +1,9 @@
 // Indices of stability and moisture, read at fixed pressures.
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
+#include "analysis/column_scan.h"
 #include "analysis/exact.h"
 #include "analysis/index_formulas.h"
 #include "analysis/interpolate.h"
@@ -29,6 +31,43 @@ double ParcelTempAt(In& in, double press) {
 
 double ParcelTempAt500(In& in) {
   return ParcelTempAt(in, 500);
+}
+
+struct Extremes {
+  double Least = std::numeric_limits<double>::infinity();
+  double Most = -std::numeric_limits<double>::infinity();
+};
+
+// Of the values in [from, end) that are positive and there.
+Extremes ExtremesOf(const double* values, std::size_t from, std::size_t end) {
+  constexpr double kNearMarkers = 999;
+  const Extremes all{LeastOf(values, from, end), MostOf(values, from, end)};
+  if (all.Least > 0 && all.Most < kNearMarkers) return all;
+  Extremes found;
+  for (std::size_t i = from; i < end; ++i) {
+    if (!(values[i] > 0) || NotAvailable(values[i])) continue;
+    found.Least = std::min(found.Least, values[i]);
+    found.Most = std::max(found.Most, values[i]);
+  }
+  return found;
+}
+
+using Search = std::size_t (*)(const double*, std::size_t, std::size_t, double);
+
+// θe, K, of the first levels that have one, of those on one side of a pressure: what the searches
+// tell where they begin and where they end.
+Extremes ThetaEsOf(const LevelProfile& levels, std::size_t count, double press, Search begin,
+                   Search end) {
+  const double* pressures = levels.Press.Values().data();
+  Extremes found;
+  for (std::size_t i = begin(pressures, 0, count, press); i < count;) {
+    const std::size_t behind = end(pressures, i, count, press);
+    const Extremes run = ExtremesOf(levels.ThetaE.Values().data(), i, behind);
+    found.Least = std::min(found.Least, run.Least);
+    found.Most = std::max(found.Most, run.Most);
+    i = begin(pressures, behind, count, press);
+  }
+  return found;
 }
 
 }  // namespace
@@ -133,17 +172,10 @@ double DeltaThetaE(In& in) {
   const LevelProfile& levels = in.Levels();
   if (levels.Count() < 2) return in.Fail("fewer than 2 levels");
   if (!(levels.Press.Top() < 500)) return in.Fail("the sounding ends below 500 hPa");
-  double most = 0;
-  double least = 1000;
-  const double* pressures = levels.Press.Values().data();
-  const double* thetaEs = levels.ThetaE.Values().data();
-  const std::size_t count = levels.Press.Values().size();
-  for (std::size_t i = 0; i < count && pressures[i] >= 100; ++i) {
-    const double thetaE = thetaEs[i];
-    if (!(thetaE > 0) || NotAvailable(thetaE)) continue;
-    if (pressures[i] > 850) most = std::max(most, thetaE);
-    if (pressures[i] < 660) least = std::min(least, thetaE);
-  }
+  const std::vector<double>& pressures = levels.Press.Values();
+  const std::size_t count = FirstBelow(pressures.data(), 0, pressures.size(), 100);
+  double most = std::max(ThetaEsOf(levels, count, 850, FirstAbove, FirstNotAbove).Most, 0.0);
+  double least = std::min(ThetaEsOf(levels, count, 660, FirstBelow, FirstNotBelow).Least, 1000.0);
   const double at850 = GetTEMP(levels, 850, Quantity::ThetaE);
   const double at660 = GetTEMP(levels, 660, Quantity::ThetaE);
   if (!NotAvailable(at850)) most = std::max(most, at850);
@@ -163,18 +195,17 @@ double LapseRate(In& in) {
 // Largest θe of the lowest 150 hPa minus the smallest between 650 and 500 hPa.
 double MicroburstContrast(In& in) {
   const double surface = in.SurfacePress();
-  double most = 0;
-  double least = 1e9;
+  const LevelProfile& levels = in.Levels();
+  const std::vector<double>& pressures = levels.Press.Values();
+  const std::size_t count = FirstBelow(pressures.data(), 0, pressures.size(), 500);
+  double most =
+      std::max(ThetaEsOf(levels, count, surface - 150, FirstNotBelow, FirstBelow).Most, 0.0);
+  double least = std::min(ThetaEsOf(levels, count, 650, FirstNotAbove, FirstAbove).Least, 1e9);
   const auto take = [&](double press, double thetaE) {
     if (NotAvailable(thetaE)) return;
     if (press >= surface - 150) most = std::max(most, thetaE);
     if (press <= 650 && press >= 500) least = std::min(least, thetaE);
   };
-  const LevelProfile& levels = in.Levels();
-  const double* pressures = levels.Press.Values().data();
-  const double* thetaEs = levels.ThetaE.Values().data();
-  const std::size_t count = levels.Press.Values().size();
-  for (std::size_t i = 0; i < count && pressures[i] >= 500; ++i) take(pressures[i], thetaEs[i]);
   for (const double press : {surface - 150, 650.0, 500.0}) {
     const Sample at = SampleAt(levels, press, Quantity::ThetaE);
     if (at.Ok()) take(press, at.Value);

@@ -89,11 +89,21 @@ InversionKind KindOf(const LevelProfile& levels, int base, int top,
 std::vector<LevelPoint> FindTropopauses(const LevelProfile& levels) {
   std::vector<LevelPoint> found;
   bool searching = true;  // for a tropopause, else for the steep layer after one
+  const std::vector<double>& temps = levels.Temp.Values();
+  const double* heights = levels.Height.Values().data();
+  // Most levels are out of the question by the lapse rate to the next one alone.
+  constexpr double kRounding = 1e-9;
+  const auto nextFrom = [&](std::size_t at) {
+    return searching ? FirstSlowFall(temps.data(), heights, at, temps.size(),
+                                     kStableLapse / 1000 * (1 + kRounding))
+                     : FirstFastFall(temps.data(), heights, at, temps.size(),
+                                     kSteepLapse / 1000 * (1 - kRounding));
+  };
   // None lies lower; and steepness above it counts only behind one.
   const std::vector<double>& pressures = levels.Press.Values();
-  const auto isHigh = [](double press) { return !(press > kTropopausePress); };
-  const auto first = std::ranges::find_if(pressures, isHigh) - pressures.begin();
-  for (int i = static_cast<int>(first) + 1; i <= levels.Count(); ++i) {
+  const std::size_t first = FirstNotAbove(pressures.data(), 0, pressures.size(), kTropopausePress);
+  for (std::size_t at = nextFrom(first); at < temps.size(); at = nextFrom(at + 1)) {
+    const int i = static_cast<int>(at) + 1;
     if (!searching && IsSteepAgain(levels, i)) searching = true;
     if (searching && IsTropopause(levels, i)) {
       found.push_back(PointOf(levels, i));

@@ -84,11 +84,6 @@ VEXA_WIDE void FillDensities(ListedColumns listed) {
   }
 }
 
-// What NotAvailable denies.
-inline bool IsThere(double value) {
-  return (value > -998.5) & (value < 9998) & !(std::fabs(value - kMissing) < 0.05);
-}
-
 VEXA_WIDE void FillGradients(ListedColumns listed) {
   VEXA_INDEPENDENT
   for (std::size_t i = 1; i < listed.Count; ++i) {

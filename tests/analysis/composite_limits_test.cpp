@@ -266,6 +266,7 @@ TEST(ContrastLimits, OfMicrobursts) {
   for (const double other : {840, 670, 660, 655, 490, 100}) {
     EXPECT_NEAR(value(other, other > 800 ? 350 : 290), 0, 1e-9) << other;
   }
+  EXPECT_NEAR(value(600, 0), 0, 1e-9);  // no value
 }
 
 // Between levels their values are those of the ends, linear in the logarithm of pressure: 850 hPa
