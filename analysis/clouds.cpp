@@ -79,7 +79,7 @@ std::vector<CloudDeck> MoistRuns(const LevelProfile& levels, double highest) {
     const int i = static_cast<int>(at) + 1;
     const double margin = Margin(levels, i);
     const LevelPoint here = PointOf(levels, i);
-    // The border between this level and the one below, or another place where that has no dew point.
+    // The border to the level below, or another place where that has no dew point.
     const auto borderOr = [&](const LevelPoint& other) {
       const double below = Margin(levels, std::max(i - 1, 1));
       const bool hasBelow = i > 1 && !std::isnan(below);

@@ -24,86 +24,123 @@ constexpr double kContrailPress = 500;     // hPa
 constexpr double kContrailFactor = 0.040;  // g/(kg K), low-bypass engines
 constexpr double kLeastGradient = 0.053;   // Pa/K, where the threshold formula ends
 
-// The columns of a listing that rest on one level each, and what they rest on.
-struct AirColumns {
+// Some levels next to each other, and what is listed of them.
+struct ListedColumns {
   std::size_t Count;
   const double* Press;
   const double* Height;
   const double* Temp;
   const double* Theta;
+  const double* VirtualTemp;
   const double* MixingRatio;
+  double* Density;
+  double* DValue;
   double* Refractivity;
   double* Modified;
   double* Potential;
+  double* Gradient;
 };
 
 inline double RefractivityOfAir(double press, double tempK, double vapor) {
   return 77.6 / tempK * (press + 4810 * vapor / tempK);
 }
 
-// Without a mixing ratio air is dry high up and unknown below.
-VEXA_WIDE void FillAir(AirColumns air) {
+// What rests on one level each. Without a mixing ratio air is dry high up and unknown below.
+VEXA_WIDE void FillAir(ListedColumns air) {
   VEXA_INDEPENDENT
   for (std::size_t i = 0; i < air.Count; ++i) {
     const double press = air.Press[i];
     const double mixing = air.MixingRatio[i];
+    const bool hasPress = press > 0;
     const bool isMoist = mixing < kMissing - 1;
-    const bool isKnown = (press > 0) & (isMoist | (press < kDryAbove));
-    // Three quotients by one division, which takes longer than all products here.
+    const bool isKnown = hasPress & (isMoist | (press < kDryAbove));
+    // Four quotients by one division, which takes longer than all products here.
     const double moist = isMoist ? kEpsilon + mixing : 1;
     const double tempK = air.Temp[i] + kKelvinOffset, theta = air.Theta[i];
-    const double all = 1 / (moist * tempK * theta);
-    const double share = isMoist ? mixing * (all * tempK * theta) : 0;  // of vapour in the pressure
-    const double perTemp = all * moist * theta, perTheta = all * moist * tempK;
+    const double virtualK = air.VirtualTemp[i] + kKelvinOffset;
+    const double temps = tempK * theta, others = moist * virtualK;
+    const double all = 1 / (temps * others);
+    const double share = isMoist ? mixing * (all * temps * virtualK) : 0;  // of vapour in the press
+    const double perTemp = all * others * theta, perTheta = all * others * tempK;
     const double refractivity = 77.6 * perTemp * (press + 4810 * share * press * perTemp);
     const double potential =
         77.6 * perTheta * (kReferencePress + 4810 * share * kReferencePress * perTheta);
+    const double density = 100 / kDryGasConstant * press * (all * temps * moist);
+    air.Density[i] = hasPress ? (virtualK > 0 ? density : 0) : kMissing;
     air.Refractivity[i] = isKnown ? refractivity : kMissing;
     air.Modified[i] = isKnown ? refractivity + kModifiedPerMeter * air.Height[i] : kMissing;
     air.Potential[i] = isKnown ? potential : kMissing;
   }
 }
 
-// Further columns, of which the last rests on the level below too.
-struct ListedColumns {
-  std::size_t Count;
-  const double* Press;
-  const double* Height;
-  const double* VirtualTemp;
-  const double* Refractivity;
-  double* Density;
-  double* Gradient;
-};
-
-VEXA_WIDE void FillDensities(ListedColumns listed) {
+// Gradients from the level below to each.
+//
+// first   0, or 1 where none is below that
+VEXA_WIDE void FillGradients(ListedColumns air, std::ptrdiff_t first) {
+  const auto count = static_cast<std::ptrdiff_t>(air.Count);
+  if (first > 0) air.Gradient[0] = kMissing;
   VEXA_INDEPENDENT
-  for (std::size_t i = 0; i < listed.Count; ++i) {
-    const double tempK = listed.VirtualTemp[i] + kKelvinOffset;
-    const double density = 100 * listed.Press[i] / (kDryGasConstant * tempK);
-    listed.Density[i] = listed.Press[i] > 0 ? (tempK > 0 ? density : 0) : kMissing;
-  }
-}
-
-VEXA_WIDE void FillGradients(ListedColumns listed) {
-  VEXA_INDEPENDENT
-  for (std::size_t i = 1; i < listed.Count; ++i) {
-    const double depth = listed.Height[i] - listed.Height[i - 1];
-    const double low = listed.Refractivity[i - 1], high = listed.Refractivity[i];
-    const bool isKnown = (listed.Press[i] > 0) & (listed.Height[i] > listed.Height[i - 1]) &
-                         IsThere(low) & IsThere(high);
-    listed.Gradient[i] = isKnown ? (high - low) / depth * 1000 : kMissing;
+  for (std::ptrdiff_t i = first; i < count; ++i) {
+    const double depth = air.Height[i] - air.Height[i - 1];
+    const double low = air.Refractivity[i - 1], high = air.Refractivity[i];
+    const bool isKnown = (air.Press[i] > 0) & (air.Height[i] > air.Height[i - 1]) & IsThere(low) &
+                         IsThere(high);
+    air.Gradient[i] = isKnown ? (high - low) / depth * 1000 : kMissing;
   }
 }
 
 // Heights above those of the standard atmosphere, which stand in their place before.
-VEXA_WIDE void ToDifferences(const double* pressures, const double* heights, std::size_t count,
-                             double* standards) {
+VEXA_WIDE void ToDifferences(ListedColumns air) {
   VEXA_INDEPENDENT
-  for (std::size_t i = 0; i < count; ++i) {
-    const double difference = heights[i] - standards[i];
-    const bool isKnown = (pressures[i] > 0) & (standards[i] < kNotReached);
-    standards[i] = isKnown ? difference : kMissing;
+  for (std::size_t i = 0; i < air.Count; ++i) {
+    const double standard = air.DValue[i];
+    const double difference = air.Height[i] - standard;
+    const bool isKnown = (air.Press[i] > 0) & (standard < kNotReached);
+    air.DValue[i] = isKnown ? difference : kMissing;
   }
+}
+
+// mm from each level but the last to the next.
+VEXA_WIDE void FillWater(const double* pressures, const double* mixings, std::size_t count,
+                         double* waters) {
+  VEXA_INDEPENDENT
+  for (std::size_t i = 1; i < count; ++i) {
+    waters[i] = (mixings[i - 1] + mixings[i]) * (pressures[i - 1] - pressures[i]) *
+                (100 / kGravity / 2);
+  }
+}
+
+VEXA_WIDE std::size_t CountMoist(const double* pressures, const double* mixings,
+                                 std::size_t count) {
+  return FirstThat(0, count, [=](std::size_t i) {
+    return !((pressures[i] > 0) & IsThere(mixings[i]));
+  });
+}
+
+// From the ground to each level; up to the first without a dew point.
+Levels<double> WaterBelow(const LevelProfile& levels) {
+  const double* pressures = levels.Press.Values().data();
+  const double* mixings = levels.MixingRatio.Values().data();
+  const auto count = static_cast<std::size_t>(levels.Count());
+  const std::size_t moist = CountMoist(pressures, mixings, count);
+  Levels<double> below;
+  std::vector<double>& waters = below.Values();
+  waters.resize(moist);
+  FillWater(pressures, mixings, moist, waters.data());
+  SumUp(0, waters.data(), moist);
+  waters.resize(count, kMissing);
+  // Levels without pressure may have others above them.
+  double water = moist > 0 ? waters[moist - 1] : 0;
+  for (std::size_t i = moist; i < count; ++i) {
+    const double press = pressures[i];
+    if (!(press > 0)) continue;
+    if (NotAvailable(mixings[i])) break;
+    if (i > 0) {
+      water += (mixings[i - 1] + mixings[i]) * (pressures[i - 1] - press) * (100 / kGravity / 2);
+    }
+    waters[i] = water;
+  }
+  return below;
 }
 
 // Slope of the mixing line, Pa/K, and the threshold of saturated air, °C.
@@ -271,50 +308,52 @@ double RefractivityOf(double press, double temp, double vapor) {
 }
 
 LevelListing ListLevels(const LevelProfile& levels) {
-  LevelListing listing;
-  for (Levels<double>* array :
-       {&listing.Density, &listing.DValue, &listing.Refractivity, &listing.Modified,
-        &listing.Potential, &listing.Gradient, &listing.WaterBelow}) {
-    array->Resize(levels.Count(), kMissing);
-  }
-  const double* pressures = levels.Press.Values().data();
-  const double* heights = levels.Height.Values().data();
-  const double* logs = levels.LogPress.Values().data();
-  const double* mixings = levels.MixingRatio.Values().data();
-  double* refractivities = listing.Refractivity.Values().data();
+  // So many that what one step leaves is still at hand for the next.
+  constexpr std::size_t kAtATime = 256;
+  using Part = std::array<double, kAtATime>;
+  struct Parts {
+    Part Density, DValue, Modified, Potential, Gradient;
+    std::array<double, 1 + kAtATime> Refractivity;  // the first is that of the level below
+  } parts;
+  parts.Refractivity[kAtATime] = kMissing;
   const auto count = static_cast<std::size_t>(levels.Count());
-  FillAir({.Count = count,
-           .Press = pressures,
-           .Height = heights,
-           .Temp = levels.Temp.Values().data(),
-           .Theta = levels.Theta.Values().data(),
-           .MixingRatio = mixings,
-           .Refractivity = refractivities,
-           .Modified = listing.Modified.Values().data(),
-           .Potential = listing.Potential.Values().data()});
-  const ListedColumns listed{.Count = count,
-                             .Press = pressures,
-                             .Height = heights,
-                             .VirtualTemp = levels.VirtualTemp.Values().data(),
-                             .Refractivity = refractivities,
-                             .Density = listing.Density.Values().data(),
-                             .Gradient = listing.Gradient.Values().data()};
-  FillDensities(listed);
-  FillGradients(listed);
-  double* differences = listing.DValue.Values().data();
-  FillIsaHeights(pressures, logs, count, differences);
-  ToDifferences(pressures, heights, count, differences);
-  double* waters = listing.WaterBelow.Values().data();
-  double water = 0;  // mm
-  for (std::size_t i = 0; i < count; ++i) {
-    const double press = pressures[i];
-    if (!(press > 0)) continue;
-    if (NotAvailable(mixings[i])) break;
-    if (i > 0) {
-      water += (mixings[i - 1] + mixings[i]) / 2 * (pressures[i - 1] - press) * 100 / kGravity;
-    }
-    waters[i] = water;
+  LevelListing listing;
+  for (Levels<double>* column : {&listing.Density, &listing.DValue, &listing.Refractivity,
+                                 &listing.Modified, &listing.Potential, &listing.Gradient}) {
+    column->Values().reserve(count);
   }
+  for (std::size_t from = 0; from < count; from += kAtATime) {
+    const std::size_t some = std::min(count - from, kAtATime);
+    const auto at = [from](const Levels<double>& column) { return column.Values().data() + from; };
+    parts.Refractivity[0] = parts.Refractivity[kAtATime];
+    const ListedColumns listed{.Count = some,
+                               .Press = at(levels.Press),
+                               .Height = at(levels.Height),
+                               .Temp = at(levels.Temp),
+                               .Theta = at(levels.Theta),
+                               .VirtualTemp = at(levels.VirtualTemp),
+                               .MixingRatio = at(levels.MixingRatio),
+                               .Density = parts.Density.data(),
+                               .DValue = parts.DValue.data(),
+                               .Refractivity = parts.Refractivity.data() + 1,
+                               .Modified = parts.Modified.data(),
+                               .Potential = parts.Potential.data(),
+                               .Gradient = parts.Gradient.data()};
+    FillAir(listed);
+    FillGradients(listed, from == 0 ? 1 : 0);
+    FillIsaHeights(listed.Press, at(levels.LogPress), some, listed.DValue);
+    ToDifferences(listed);
+    const auto add = [some](Levels<double>& column, const double* part) {
+      column.Values().insert(column.Values().end(), part, part + some);
+    };
+    add(listing.Density, listed.Density);
+    add(listing.DValue, listed.DValue);
+    add(listing.Refractivity, listed.Refractivity);
+    add(listing.Modified, listed.Modified);
+    add(listing.Potential, listed.Potential);
+    add(listing.Gradient, listed.Gradient);
+  }
+  listing.WaterBelow = WaterBelow(levels);
   return listing;
 }
 

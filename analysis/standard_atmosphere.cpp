@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "analysis/column_math.h"
+#include "analysis/column_scan.h"
 #include "analysis/moist_air.h"
 #include "core/markers.h"
 #include "core/units.h"
@@ -83,6 +84,14 @@ VEXA_WIDE void FillLayerHeights(IsaLayer layer, const double* logs, std::size_t 
   }
 }
 
+// The first place from one on whose pressure does not lie in a layer.
+VEXA_WIDE std::size_t EndOfLayer(const double* pressures, std::size_t from, std::size_t count,
+                                 double least, double most) {
+  return FirstThat(from, count, [=](std::size_t i) {
+    return !((pressures[i] > least) & (pressures[i] <= most));
+  });
+}
+
 }  // namespace
 
 double IsaPressure(double height) {
@@ -120,8 +129,7 @@ void FillIsaHeights(const double* pressures, const double* logs, std::size_t cou
                                     [&](const IsaLayer& next) { return next.Press < press; });
     const double least = above == layers.end() ? Isa().TopPress : above->Press;
     const double most = above - 1 == layers.begin() ? kHighest : (above - 1)->Press;
-    std::size_t end = i + 1;
-    while (end < count && pressures[end] > least && pressures[end] <= most) ++end;
+    const std::size_t end = EndOfLayer(pressures, i + 1, count, least, most);
     FillLayerHeights(*(above - 1), logs + i, end - i, heights + i);
     i = end;
   }
