@@ -16,7 +16,7 @@ namespace vexa::analysis {
 namespace {
 
 constexpr double kApart = 5;  // hPa between the levels that are tried
-constexpr int kSpan = 32;     // hPa of an ascent at a time: most are decided in a few spans
+constexpr int kSpan = 64;     // hPa of an ascent at a time: most are decided in a few spans
 
 // Sums of the values above and below zero.
 struct SignedSums {
@@ -24,18 +24,21 @@ struct SignedSums {
   double Below = 0;
 };
 
-// Four steps at a time.
-using Lanes = double __attribute__((vector_size(4 * sizeof(double))));
+// Eight steps at a time.
+constexpr std::size_t kLanes = 8;
+using Lanes = double __attribute__((vector_size(kLanes * sizeof(double))));
 
 // The same where they stand in a column.
-using LanesThere = double __attribute__((vector_size(4 * sizeof(double)), aligned(8), may_alias));
+using LanesThere =
+    double __attribute__((vector_size(kLanes * sizeof(double)), aligned(8), may_alias));
 
-const LanesThere& LanesAt(const double* values) {
+inline const LanesThere& LanesAt(const double* values) {
   return *reinterpret_cast<const LanesThere*>(values);
 }
 
-double SumOf(const Lanes& lanes) {
-  return (lanes[0] + lanes[1]) + (lanes[2] + lanes[3]);
+inline double SumOf(const Lanes& lanes) {
+  return ((lanes[0] + lanes[1]) + (lanes[2] + lanes[3])) +
+         ((lanes[4] + lanes[5]) + (lanes[6] + lanes[7]));
 }
 
 using Columns = AdiabatTable::Adiabat::Columns;
@@ -50,7 +53,7 @@ struct Piece {
 
 // J/kg that a parcel gains and loses in some steps of a piece, from the step below them on.
 //
-// count        a multiple of 4
+// count        a multiple of kLanes
 // difference   K, parcel minus environment at the step below; becomes that of the highest
 VEXA_WIDE SignedSums SumThrough(const Piece& piece, std::size_t from, std::size_t count,
                                 double& difference) {
@@ -60,18 +63,18 @@ VEXA_WIDE SignedSums SumThrough(const Piece& piece, std::size_t from, std::size_
   const double* d = piece.Parcel.Temps[3];
   const auto [wa, wb, wc, wd] = piece.Parcel.Weights;
   Lanes above{}, below{};
-  Lanes last = {0, 0, 0, difference};
-  for (std::size_t i = from; i < from + count; i += 4) {
+  Lanes last = {0, 0, 0, 0, 0, 0, 0, difference};
+  for (std::size_t i = from; i < from + count; i += kLanes) {
     const Lanes parcel =
         wa * LanesAt(a + i) + wb * LanesAt(b + i) + wc * LanesAt(c + i) + wd * LanesAt(d + i);
     const Lanes here = parcel + piece.Offset - LanesAt(piece.Environment + i);
-    const Lanes oneBelow = __builtin_shufflevector(last, here, 3, 4, 5, 6);
+    const Lanes oneBelow = __builtin_shufflevector(last, here, 7, 8, 9, 10, 11, 12, 13, 14);
     const Lanes energy = kDryGasConstant * (oneBelow + here) / 2 * LanesAt(piece.LogSteps + i);
     above += energy > 0.0 ? energy : Lanes{};
     below += energy < 0.0 ? energy : Lanes{};
     last = here;
   }
-  difference = last[3];
+  difference = last[kLanes - 1];
   return {SumOf(above), SumOf(below)};
 }
 
@@ -139,7 +142,7 @@ class InflowTest {
   void Rise(const Piece& piece, int top, Gain gain) {
     const auto count = static_cast<std::size_t>(next_ - top) + 1;
     for (std::size_t i = 0; i < count && !IsDecided();) {
-      const std::size_t steps = std::min<std::size_t>(count - i, kSpan) / 4 * 4;
+      const std::size_t steps = std::min<std::size_t>(count - i, kSpan) / kLanes * kLanes;
       if (isFirst_ || steps == 0) {
         Step(piece, i, gain);
         ++i;

@@ -83,8 +83,8 @@ VEXA_WIDE void FillGradients(ListedColumns air, std::ptrdiff_t first) {
   for (std::ptrdiff_t i = first; i < count; ++i) {
     const double depth = air.Height[i] - air.Height[i - 1];
     const double low = air.Refractivity[i - 1], high = air.Refractivity[i];
-    const bool isKnown = (air.Press[i] > 0) & (air.Height[i] > air.Height[i - 1]) & IsThere(low) &
-                         IsThere(high);
+    const bool isKnown =
+        (air.Press[i] > 0) & (air.Height[i] > air.Height[i - 1]) & IsThere(low) & IsThere(high);
     air.Gradient[i] = isKnown ? (high - low) / depth * 1000 : kMissing;
   }
 }
@@ -105,16 +105,15 @@ VEXA_WIDE void FillWater(const double* pressures, const double* mixings, std::si
                          double* waters) {
   VEXA_INDEPENDENT
   for (std::size_t i = 1; i < count; ++i) {
-    waters[i] = (mixings[i - 1] + mixings[i]) * (pressures[i - 1] - pressures[i]) *
-                (100 / kGravity / 2);
+    waters[i] =
+        (mixings[i - 1] + mixings[i]) * (pressures[i - 1] - pressures[i]) * (100 / kGravity / 2);
   }
 }
 
 VEXA_WIDE std::size_t CountMoist(const double* pressures, const double* mixings,
                                  std::size_t count) {
-  return FirstThat(0, count, [=](std::size_t i) {
-    return !((pressures[i] > 0) & IsThere(mixings[i]));
-  });
+  return FirstThat(0, count,
+                   [=](std::size_t i) { return !((pressures[i] > 0) & IsThere(mixings[i])); });
 }
 
 // From the ground to each level; up to the first without a dew point.
