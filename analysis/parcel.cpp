@@ -25,27 +25,25 @@ inline double ToThousandths(double value) {
   return (value * 1000 + kRounder - kRounder) * 0.001;
 }
 
-// What the parcel is warmer by, and what is shown of it and its surroundings. Only that is rounded:
-// thousandths on one side alone would make air warmer than itself.
-VEXA_WIDE void FillDifferences(const double* parcel, const double* environment, std::size_t count,
-                               bool isVirtual, double* differences, double* shownParcel,
-                               double* shownEnvironment) {
+// Virtual temperatures as they are shown. Only that is rounded: thousandths on one side of a
+// comparison alone would make air warmer than itself.
+VEXA_WIDE void FillShown(const double* virtuals, std::size_t count, double* shown) {
   VEXA_INDEPENDENT
-  for (std::size_t i = 0; i < count; ++i) {
-    const double temp = std::max(parcel[i], kColdestParcel);
-    differences[i] = temp - environment[i];
-    shownParcel[i] = isVirtual ? ToThousandths(temp) : temp;
-    shownEnvironment[i] = environment[i];
-  }
+  for (std::size_t i = 0; i < count; ++i) shown[i] = ToThousandths(virtuals[i]);
 }
 
-VEXA_WIDE void FillIncrements(const double* differences, const double* logs, std::size_t count,
-                              double* increments) {
-  increments[0] = 0;
+// What a parcel gains between two steps, J/kg.
+inline double Gain(double differenceBelow, double difference, double logBelow, double log) {
+  return -kDryGasConstant * ((differenceBelow + difference) / 2) * (log - logBelow);
+}
+
+VEXA_WIDE void FillIncrements(const double* parcel, const double* environment, const double* logs,
+                              std::size_t count, double* increments) {
+  if (count > 0) increments[0] = 0;
   VEXA_INDEPENDENT
   for (std::size_t i = 1; i < count; ++i) {
     increments[i] =
-        -kDryGasConstant * ((differences[i - 1] + differences[i]) / 2) * (logs[i] - logs[i - 1]);
+        Gain(parcel[i - 1] - environment[i - 1], parcel[i] - environment[i], logs[i - 1], logs[i]);
   }
 }
 
@@ -96,13 +94,13 @@ double ParcelLifter::LogPressAt(std::size_t step) const {
 // Number of steps of the path at pressures not less than this one.
 std::size_t ParcelLifter::StepsDownTo(double press) const {
   const double steps = std::floor((first_ - press) / settings_.Step) + 1;
-  return static_cast<std::size_t>(std::clamp(steps, 0.0, static_cast<double>(differences_.size())));
+  return static_cast<std::size_t>(std::clamp(steps, 0.0, static_cast<double>(steps_)));
 }
 
 // Pressure at which the difference vanishes between a point below, given by ln p and difference,
 // and a step; linear in ln p.
 double ParcelLifter::Crossing(double lowLog, double low, std::size_t step) const {
-  const double high = differences_[step];
+  const double high = Difference(step);
   return std::exp(lowLog + (LogPressAt(step) - lowLog) * low / (low - high));
 }
 
@@ -111,11 +109,11 @@ LevelPoint ParcelLifter::PointAt(double press) const {
   LevelPoint point{.Press = press};
   const Sample height = SampleAt(levels_, press, Quantity::Height);
   if (height.Ok()) point.Height = height.Value;
-  const double place = std::clamp(first_ - press, 0.0, static_cast<double>(temps_.size() - 1));
+  const std::vector<double>& temps = *path_;
+  const double place = std::clamp(first_ - press, 0.0, static_cast<double>(temps.size() - 1));
   const auto below = static_cast<std::size_t>(place);
-  const std::size_t above = std::min(below + 1, temps_.size() - 1);
-  point.Temp =
-      temps_[below] + (temps_[above] - temps_[below]) * (place - static_cast<double>(below));
+  const std::size_t above = std::min(below + 1, temps.size() - 1);
+  point.Temp = temps[below] + (temps[above] - temps[below]) * (place - static_cast<double>(below));
   return point;
 }
 
@@ -167,7 +165,9 @@ void ParcelLifter::Lift(const ParcelStart& start, const CondensationPoint& conde
                : static_cast<int>(std::min<double>(start.Press, grid_.Bottom));
   into.FirstPress = first_;
   if (first_ < grid_.Top) return withoutPath();
-  FillPath(source);
+  // A path that is compared and shown as it is goes where it will be shown.
+  const bool isShown = !settings_.Virtual && settings_.Step == 1;
+  FillPath(source, isShown ? into.ParcelTemps : temps_);
   FillSteps(into);
   FindFreeLayer(source, mode, into);
   // No layer cools upward faster than a dry adiabat from the sounding's end, and no parcel gets
@@ -178,24 +178,25 @@ void ParcelLifter::Lift(const ParcelStart& start, const CondensationPoint& conde
 }
 
 // The parcel's temperatures at every hPa from the first to the top.
-void ParcelLifter::FillPath(const Source& source) {
+void ParcelLifter::FillPath(const Source& source, std::vector<double>& path) {
   const auto count = static_cast<std::size_t>(first_ - grid_.Top) + 1;
   const std::size_t offset = GridIndex(first_);
   const WholePressures& whole = WholeHpa();
-  temps_.resize(count);
+  path.resize(count);
+  path_ = &path;
   if (settings_.Virtual) virtuals_.resize(count);
 
   // Dry while p > condensation pressure.
   const double dryDepth = std::ceil(first_ - source.Condensation.Press);
   const auto dry = static_cast<std::size_t>(std::clamp(dryDepth, 0.0, static_cast<double>(count)));
   for (std::size_t i = 0; i < dry; ++i) {
-    temps_[i] = source.Theta * whole.Poisson[offset + i] - kKelvinOffset;
+    path[i] = source.Theta * whole.Poisson[offset + i] - kKelvinOffset;
   }
   if (settings_.Virtual) {
     // VirtualTemp with its mixing ratio taken out of the loop.
     const double moist = 1 + source.MixingRatio / kEpsilon;
     const double total = 1 + source.MixingRatio;
-    const double* temps = temps_.data();
+    const double* temps = path.data();
     double* virtuals = virtuals_.data();
     for (std::size_t i = 0; i < dry; ++i) {
       virtuals[i] = (temps[i] + kKelvinOffset) * moist / total - kKelvinOffset;
@@ -204,34 +205,42 @@ void ParcelLifter::FillPath(const Source& source) {
   if (dry < count) {
     const int bottom = first_ - static_cast<int>(dry);
     double* virtuals = settings_.Virtual ? virtuals_.data() + dry : nullptr;
-    double* temps = temps_.data() + dry;
+    double* temps = path.data() + dry;
     if (table_ != nullptr) {
       table_->Blend(source.ThetaE, settings_.Over, bottom, grid_.Top, temps, virtuals);
     } else {
       SolveAdiabat(source.ThetaE, settings_.Over, bottom, grid_.Top, temps, virtuals);
     }
   }
-  const auto saturated = temps_.begin() + static_cast<std::ptrdiff_t>(dry);
-  std::fill(std::partition_point(saturated, temps_.end(),
-                                 [](double temp) { return temp > kColdestParcel; }),
-            temps_.end(), kColdestParcel);
+  const auto cold = std::partition_point(path.begin(), path.end(),
+                                         [](double temp) { return temp > kColdestParcel; });
+  std::fill(cold, path.end(), kColdestParcel);
+  if (!settings_.Virtual) return;
+  for (double& temp : virtuals_) temp = std::max(temp, kColdestParcel);
 }
 
-// Parcel and surroundings, step by step, with their differences.
+// Parcel and surroundings, step by step.
 void ParcelLifter::FillSteps(ParcelAscent& into) {
   const bool isVirtual = settings_.Virtual;
-  const double* parcel = (isVirtual ? virtuals_ : temps_).data();
+  const std::vector<double>& parcel = isVirtual ? virtuals_ : *path_;
   const double* environment =
       (isVirtual ? grid_.VirtualTemp : grid_.Temp).data() + (grid_.Bottom - first_);
   const auto stride = static_cast<std::size_t>(settings_.Step);
-  const std::size_t steps = (temps_.size() - 1) / stride + 1;
-  into.ParcelTemps.resize(steps);
-  into.EnvTemps.resize(steps);
-  differences_.resize(steps);
-  std::vector<double> thinParcel, thinEnvironment;
-  FillDifferences(Thinned(parcel, stride, steps, thinParcel),
-                  Thinned(environment, stride, steps, thinEnvironment), steps, isVirtual,
-                  differences_.data(), into.ParcelTemps.data(), into.EnvTemps.data());
+  steps_ = (parcel.size() - 1) / stride + 1;
+  parcel_ = Thinned(parcel.data(), stride, steps_, thinParcel_);
+  environment_ = Thinned(environment, stride, steps_, thinEnvironment_);
+  into.EnvTemps.assign(environment_, environment_ + steps_);
+  if (isVirtual) {
+    into.ParcelTemps.resize(steps_);
+    FillShown(parcel_, steps_, into.ParcelTemps.data());
+  } else if (path_ != &into.ParcelTemps) {
+    into.ParcelTemps.assign(parcel_, parcel_ + steps_);
+  }
+}
+
+// Parcel minus surroundings at a step, °C.
+double ParcelLifter::Difference(std::size_t step) const {
+  return parcel_[step] - environment_[step];
 }
 
 // Below this the parcel is as warm as its surroundings: what is left is rounding.
@@ -242,7 +251,7 @@ double WithoutRounding(double difference) {
 }
 
 // Parcel minus environment at the condensation level itself, which lies between two steps.
-double ParcelLifter::DifferenceAt(const Source& source) const {
+double ParcelLifter::CondensationDifference(const Source& source) const {
   const CondensationPoint& at = source.Condensation;
   const Sample environment =
       SampleAt(levels_, at.Press, settings_.Virtual ? Quantity::VirtualTemp : Quantity::Temp);
@@ -254,11 +263,11 @@ double ParcelLifter::DifferenceAt(const Source& source) const {
 
 // Free level and equilibrium level, by one pass from the condensation level to the top.
 void ParcelLifter::FindFreeLayer(const Source& source, LiftMode mode, ParcelAscent& into) {
-  const std::size_t steps = differences_.size();
+  const std::size_t steps = steps_;
   const double condensation = source.Condensation.Press;
   const std::size_t from = StepsDownTo(condensation);  // first step above it
   const double baseLog = std::log(condensation);
-  double base = DifferenceAt(source);
+  double base = CondensationDifference(source);
   std::size_t free = from;  // first step above the free level
 
   if (mode == LiftMode::Ccl) {
@@ -268,20 +277,20 @@ void ParcelLifter::FindFreeLayer(const Source& source, LiftMode mode, ParcelAsce
   } else if (base > 0) {
     into.FreeLevel = into.Condensation;
   } else {
-    while (free < steps && !(differences_[free] > 0)) ++free;
+    while (free < steps && !(Difference(free) > 0)) ++free;
     if (free == steps) return;
     into.FreeLevel =
         PointAt(free == from ? Crossing(baseLog, base, free)
-                             : Crossing(LogPressAt(free - 1), differences_[free - 1], free));
+                             : Crossing(LogPressAt(free - 1), Difference(free - 1), free));
   }
 
   std::size_t above = steps;  // first step above the last one where the parcel is warmer
-  while (above > free && !(differences_[above - 1] > 0)) --above;
+  while (above > free && !(Difference(above - 1) > 0)) --above;
   double press = kNone;
   if (above == steps && steps > free) {
     press = levels_.Press.Top();  // still warmer at the top
   } else if (above > free) {
-    press = Crossing(LogPressAt(above - 1), differences_[above - 1], above);
+    press = Crossing(LogPressAt(above - 1), Difference(above - 1), above);
   } else if (base > 0 && above < steps) {
     press = Crossing(baseLog, base, above);
   }
@@ -292,16 +301,13 @@ void ParcelLifter::FindFreeLayer(const Source& source, LiftMode mode, ParcelAsce
 }
 
 void ParcelLifter::Integrate(ParcelAscent& into) {
-  const std::size_t steps = differences_.size();
-  const auto stride = static_cast<std::size_t>(settings_.Step);
-  std::vector<double> thinLogs;
-  const double* logs = Thinned(WholeHpa().Log.data() + GridIndex(first_), stride, steps, thinLogs);
-  increments_.resize(steps);
-  const double* increments = increments_.data();
-  FillIncrements(differences_.data(), logs, steps, increments_.data());
-
   const bool hasEnd = into.Equilibrium.Exists();
-  const std::size_t end = hasEnd ? StepsDownTo(std::floor(into.Equilibrium.Press)) : steps;
+  const std::size_t end = hasEnd ? StepsDownTo(std::floor(into.Equilibrium.Press)) : steps_;
+  const auto stride = static_cast<std::size_t>(settings_.Step);
+  const double* logs = Thinned(WholeHpa().Log.data() + GridIndex(first_), stride, end, thinLogs_);
+  increments_.resize(end);
+  const double* increments = increments_.data();
+  FillIncrements(parcel_, environment_, logs, end, increments_.data());
   MarkHailZone(end, into);
   into.Increments.resize(end);
   Narrow(increments, end, into.Increments.data());
@@ -333,9 +339,9 @@ void ParcelLifter::MarkHailZone(std::size_t end, ParcelAscent& into) const {
   const auto stride = static_cast<std::size_t>(settings_.Step);
   const double* environment = grid_.Temp.data() + (grid_.Bottom - first_);
   const auto mark = [&](double temp) {
-    const auto found = std::partition_point(temps_.begin(), temps_.end(),
+    const auto found = std::partition_point(path_->begin(), path_->end(),
                                             [&](double value) { return value > temp; });
-    const auto whole = static_cast<std::size_t>(found - temps_.begin());
+    const auto whole = static_cast<std::size_t>(found - path_->begin());
     std::size_t step = (whole + stride - 1) / stride;
     while (step < end && !(environment[step * stride] < 0)) ++step;
     return step < end ? PressAt(step) : kNone;
@@ -348,8 +354,9 @@ void ParcelLifter::MarkHailZone(std::size_t end, ParcelAscent& into) const {
 // increments are taken off CAPE until nothing is left.
 void ParcelLifter::FindMaximum(std::size_t end, ParcelAscent& into) const {
   double energy = into.CapeTotal;
-  for (std::size_t i = end; i < increments_.size(); ++i) {
-    energy += std::min(increments_[i], 0.0);
+  for (std::size_t i = std::max<std::size_t>(end, 1); i < steps_; ++i) {
+    const double gain = Gain(Difference(i - 1), Difference(i), LogPressAt(i - 1), LogPressAt(i));
+    energy += std::min(gain, 0.0);
     if (energy <= 0) {
       into.MaximumParcel = PointAt(PressAt(i));
       return;

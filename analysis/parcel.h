@@ -53,9 +53,10 @@ class ParcelLifter {
 
   void Lift(const ParcelStart& start, const CondensationPoint& condensation, LiftMode mode,
             ParcelAscent& into);
-  void FillPath(const Source& source);
+  void FillPath(const Source& source, std::vector<double>& path);
   void FillSteps(ParcelAscent& into);
-  double DifferenceAt(const Source& source) const;
+  double CondensationDifference(const Source& source) const;
+  double Difference(std::size_t step) const;
   void FindFreeLayer(const Source& source, LiftMode mode, ParcelAscent& into);
   void Integrate(ParcelAscent& into);
   void MarkHailZone(std::size_t end, ParcelAscent& into) const;
@@ -72,11 +73,15 @@ class ParcelLifter {
   LiftSettings settings_;
   AdiabatTable* table_;
 
-  int first_ = 0;                      // hPa, where the path starts
-  std::vector<double> temps_{};        // °C, parcel at every whole hPa of the path, dry bulb
-  std::vector<double> virtuals_{};     // °C, the same, virtual
-  std::vector<double> differences_{};  // °C, parcel minus environment at each step
-  std::vector<double> increments_{};   // J/kg at each step; the first is 0
+  int first_ = 0;                              // hPa, where the path starts
+  const std::vector<double>* path_ = nullptr;  // °C, parcel at every whole hPa, dry bulb
+  std::vector<double> temps_{};                // the path where it is not shown as it is
+  std::vector<double> virtuals_{};             // °C, the same, virtual
+  std::size_t steps_ = 0;                      // of the path, each of so many hPa
+  const double* parcel_ = nullptr;             // °C at each step, as compared …
+  const double* environment_ = nullptr;        // °C … with this
+  std::vector<double> thinParcel_{}, thinEnvironment_{}, thinLogs_{};  // of steps beyond 1 hPa
+  std::vector<double> increments_{};  // J/kg at each step; the first is 0
 };
 
 }  // namespace vexa::analysis
