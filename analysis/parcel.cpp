@@ -32,18 +32,15 @@ VEXA_WIDE void FillShown(const double* virtuals, std::size_t count, double* show
   for (std::size_t i = 0; i < count; ++i) shown[i] = ToThousandths(virtuals[i]);
 }
 
-// What a parcel gains between two steps, J/kg.
-inline double Gain(double differenceBelow, double difference, double logBelow, double log) {
-  return -kDryGasConstant * ((differenceBelow + difference) / 2) * (log - logBelow);
-}
-
+// What the parcel gains up to each step, J/kg.
 VEXA_WIDE void FillIncrements(const double* parcel, const double* environment, const double* logs,
                               std::size_t count, double* increments) {
-  if (count > 0) increments[0] = 0;
+  increments[0] = 0;
   VEXA_INDEPENDENT
   for (std::size_t i = 1; i < count; ++i) {
-    increments[i] =
-        Gain(parcel[i - 1] - environment[i - 1], parcel[i] - environment[i], logs[i - 1], logs[i]);
+    const double below = parcel[i - 1] - environment[i - 1];
+    const double here = parcel[i] - environment[i];
+    increments[i] = -kDryGasConstant * ((below + here) / 2) * (logs[i] - logs[i - 1]);
   }
 }
 
@@ -301,13 +298,15 @@ void ParcelLifter::FindFreeLayer(const Source& source, LiftMode mode, ParcelAsce
 }
 
 void ParcelLifter::Integrate(ParcelAscent& into) {
+  const auto stride = static_cast<std::size_t>(settings_.Step);
+  const double* logs =
+      Thinned(WholeHpa().Log.data() + GridIndex(first_), stride, steps_, thinLogs_);
+  increments_.resize(steps_);
+  const double* increments = increments_.data();
+  FillIncrements(parcel_, environment_, logs, steps_, increments_.data());
+
   const bool hasEnd = into.Equilibrium.Exists();
   const std::size_t end = hasEnd ? StepsDownTo(std::floor(into.Equilibrium.Press)) : steps_;
-  const auto stride = static_cast<std::size_t>(settings_.Step);
-  const double* logs = Thinned(WholeHpa().Log.data() + GridIndex(first_), stride, end, thinLogs_);
-  increments_.resize(end);
-  const double* increments = increments_.data();
-  FillIncrements(parcel_, environment_, logs, end, increments_.data());
   MarkHailZone(end, into);
   into.Increments.resize(end);
   Narrow(increments, end, into.Increments.data());
@@ -354,9 +353,8 @@ void ParcelLifter::MarkHailZone(std::size_t end, ParcelAscent& into) const {
 // increments are taken off CAPE until nothing is left.
 void ParcelLifter::FindMaximum(std::size_t end, ParcelAscent& into) const {
   double energy = into.CapeTotal;
-  for (std::size_t i = std::max<std::size_t>(end, 1); i < steps_; ++i) {
-    const double gain = Gain(Difference(i - 1), Difference(i), LogPressAt(i - 1), LogPressAt(i));
-    energy += std::min(gain, 0.0);
+  for (std::size_t i = end; i < steps_; ++i) {
+    energy += std::min(increments_[i], 0.0);
     if (energy <= 0) {
       into.MaximumParcel = PointAt(PressAt(i));
       return;

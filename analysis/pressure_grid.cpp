@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 
 #include "analysis/column_math.h"
 #include "analysis/moist_air.h"
@@ -34,6 +35,9 @@ std::vector<double> AreasOverLog(const std::vector<double>& values, int bottom) 
 
 namespace {
 
+// Whole pressures that are filled at a time.
+constexpr std::size_t kAtATime = 8;
+
 // Levels and whole pressures side by side.
 struct GridColumns {
   const double* Press;  // hPa, of the levels
@@ -45,9 +49,10 @@ struct GridColumns {
   double* GridVirtualTemp;
 };
 
+using Eight = double __attribute__((vector_size(kAtATime * sizeof(double))));
+
 // Fills layer by layer and gives the number of whole pressures that lie in the sounding.
 VEXA_WIDE std::size_t FillGrid(GridColumns all, std::size_t levels, int bottom) {
-  constexpr std::size_t kAtATime = 8;
   const auto most = static_cast<std::size_t>(bottom);
   std::size_t filled = 0;
   std::size_t low = 0;  // the level below the layer in work
@@ -66,19 +71,23 @@ VEXA_WIDE std::size_t FillGrid(GridColumns all, std::size_t levels, int bottom) 
     const double span = high == low ? 1 : all.Log[high] - lowLog;
     const double rise = (all.Temp[high] - lowTemp) / span;
     const double virtualRise = (all.VirtualTemp[high] - lowVirtual) / span;
-    const auto fill = [=](std::size_t from, std::size_t count) {
-      VEXA_INDEPENDENT
-      for (std::size_t i = from; i < from + count; ++i) {
-        const double depth = all.WholeLog[i] - lowLog;
-        all.GridTemp[i] = lowTemp + rise * depth;
-        all.GridVirtualTemp[i] = lowVirtual + virtualRise * depth;
-      }
-    };
-    // Of a deep layer some at a time, beyond it too: the next layer writes over them.
+    // Of a deep layer eight at a time, beyond it too: the next layer writes over them.
     std::size_t from = filled;
     const bool isDeep = end - filled > 2;
-    for (; isDeep && from < end && from + kAtATime <= most; from += kAtATime) fill(from, kAtATime);
-    for (; from < end; ++from) fill(from, 1);
+    for (; isDeep && from < end && from + kAtATime <= most; from += kAtATime) {
+      Eight depth;
+      std::memcpy(&depth, all.WholeLog + from, sizeof(Eight));
+      depth -= lowLog;
+      const Eight temps = lowTemp + rise * depth;
+      const Eight virtuals = lowVirtual + virtualRise * depth;
+      std::memcpy(all.GridTemp + from, &temps, sizeof(Eight));
+      std::memcpy(all.GridVirtualTemp + from, &virtuals, sizeof(Eight));
+    }
+    for (; from < end; ++from) {
+      const double depth = all.WholeLog[from] - lowLog;
+      all.GridTemp[from] = lowTemp + rise * depth;
+      all.GridVirtualTemp[from] = lowVirtual + virtualRise * depth;
+    }
     if (end > filled && static_cast<double>(most - end + 1) == press) {
       all.GridTemp[end - 1] = all.Temp[high];
       all.GridVirtualTemp[end - 1] = all.VirtualTemp[high];
