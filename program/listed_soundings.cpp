@@ -84,11 +84,12 @@ LoadPolicy PolicyOf(const Program& program) {
 }
 
 std::vector<SharedSounding> SoundingsBeside(const Program& program, std::size_t most) {
+  const LoadPolicy nobodyAsked{.Stations = &program.Stations, .Ask = nullptr};
+  SoundingReader reader;
   std::vector<SharedSounding> beside = program.Others;
   for (std::size_t i = 0; i < program.Listed.Size() && beside.size() < most; ++i) {
     if (i == program.Listed.Now()) continue;
-    Outcome<SharedSounding> listed =
-        program.Listed.Get(i, {.Stations = &program.Stations, .Ask = nullptr});
+    Outcome<SharedSounding> listed = program.Listed.Get(i, nobodyAsked, reader);
     if (listed) beside.push_back(std::move(listed.Value()));
   }
   if (beside.size() > most) beside.resize(most);

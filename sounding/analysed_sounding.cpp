@@ -21,10 +21,13 @@ const analysis::AnalysisResults& AnalysedSounding::Results(const AnalysisSetting
   return *results_;
 }
 
-Outcome<SharedSounding> LoadAnalysed(const Source& from, const LoadPolicy& policy) {
-  Loading loading = LoadSounding(from, policy);
+Outcome<SharedSounding> Share(Loading loading) {
   if (loading.Failed) return *std::move(loading.Failed);
   return SharedSounding(std::make_shared<const AnalysedSounding>(*std::move(loading.Sounding)));
+}
+
+Outcome<SharedSounding> LoadAnalysed(const Source& from, const LoadPolicy& policy) {
+  return Share(LoadSounding(from, policy));
 }
 
 }  // namespace vexa

@@ -78,7 +78,9 @@ class AnalysedSounding {
 
 using SharedSounding = std::shared_ptr<const AnalysedSounding>;
 
-/// Loads a sounding that is whole; a damaged native file is a fault here.
+/// What was loaded, to be shared, if it is whole; a damaged native file is a fault here.
+Outcome<SharedSounding> Share(Loading loading);
+/// Loads a sounding that is whole.
 Outcome<SharedSounding> LoadAnalysed(const Source& from, const LoadPolicy& policy);
 
 }  // namespace vexa

@@ -23,6 +23,12 @@ void SoundingSet::GoTo(std::size_t member) {
 }
 
 Outcome<SharedSounding> SoundingSet::Get(std::size_t member, const LoadPolicy& policy) const {
+  SoundingReader reader;
+  return Get(member, policy, reader);
+}
+
+Outcome<SharedSounding> SoundingSet::Get(std::size_t member, const LoadPolicy& policy,
+                                         SoundingReader& reader) const {
   const Member& wanted = members_.at(member);
   const auto known = std::ranges::find(kept_, member, &Kept::Member);
   if (known != kept_.end()) {
@@ -34,7 +40,7 @@ Outcome<SharedSounding> SoundingSet::Get(std::size_t member, const LoadPolicy& p
     }
   }
   Outcome<SharedSounding> loaded =
-      LoadAnalysed({.File = wanted.File, .Index = wanted.Index}, policy);
+      Share(reader.Load({.File = wanted.File, .Index = wanted.Index}, policy));
   if (loaded) {
     if (kept_.size() == kMostKept) kept_.erase(kept_.begin());
     kept_.push_back({member, loaded.Value()});

@@ -9,6 +9,7 @@
 
 #include "core/fault.h"
 #include "sounding/analysed_sounding.h"
+#include "sounding/sounding_reader.h"
 
 namespace vexa {
 
@@ -36,6 +37,11 @@ class SoundingSet {
   void SetTitle(std::size_t member, std::string title) { members_.at(member).Title = title; }
 
   /// A member, loaded anew when its file has changed since. The last kMostKept are kept.
+  ///
+  /// reader  keeps its place from one member to the next: many of a long file are one pass through
+  /// it
+  Outcome<SharedSounding> Get(std::size_t member, const LoadPolicy& policy,
+                              SoundingReader& reader) const;
   Outcome<SharedSounding> Get(std::size_t member, const LoadPolicy& policy) const;
   static constexpr std::size_t kMostKept = 64;
 

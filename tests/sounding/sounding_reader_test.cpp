@@ -4,8 +4,11 @@
 
 #include <fstream>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "core/numbers.h"
+#include "sounding/sounding_set.h"
 #include "support/igra_file.h"
 #include "support/soundings.h"
 
@@ -62,6 +65,24 @@ TEST_F(SoundingReaders, ReadAFileOnceForAllItsSoundings) {
   EXPECT_LT(Passes([&] { another.Load(Numbered(10), {}); }), 0.3);
   SoundingReader byIndex(kPiece);
   EXPECT_LT(Passes([&] { byIndex.Load({.File = file_, .Index = 9}, {}); }), 0.3);
+}
+
+// So do the members of a set, which are read again only when they are no longer kept.
+TEST_F(SoundingReaders, ReadALongFileOnceForASet) {
+  if (BytesRead() == 0) GTEST_SKIP() << "the system counts no bytes";
+  std::vector<SoundingSet::Member> members;
+  for (int day = 0; day < kDays; day += 4) members.push_back({.File = file_, .Index = day});
+  const SoundingSet set(std::move(members));
+  SoundingReader reader(kPiece);
+  const auto getAll = [&] {
+    for (std::size_t i = 0; i < set.Size(); ++i) {
+      const Outcome<SharedSounding> got = set.Get(i, {}, reader);
+      ASSERT_TRUE(got) << i;
+      EXPECT_NEAR(got.Value()->Record().Temp(1), 28 + set.At(i).Index / 10.0, 1e-9);
+    }
+  };
+  EXPECT_LT(Passes(getAll), 1.5);
+  EXPECT_LT(Passes(getAll), 0.1);
 }
 
 // FILE#10 names a sounding and says no more; by an index the number of the others is told, as far
