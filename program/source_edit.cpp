@@ -8,7 +8,7 @@
 #include "ingest/archive.h"
 #include "program/edit_commands.h"
 #include "program/listed_soundings.h"
-#include "sounding/sounding_source.h"
+#include "sounding/sounding_walk.h"
 
 namespace vexa {
 namespace {
@@ -55,15 +55,31 @@ Outcome<EditableText> PartToEdit(const SourceText& source, const ingest::SourceE
   return part;
 }
 
-// The edited text under the name that its file has in an archive, which may tell the date.
-Outcome<SoundingRecord> Decode(Program& program, const std::string& bytes) {
+// The sounding in work with the text that holds it: of a long file a piece, of an archive a member.
+struct TextInWork {
+  SoundingSource Source;
+  ingest::SoundingPlace Sounding{};
+};
+
+Outcome<TextInWork> OpenTextInWork(const Program& program) {
+  const int index = program.Doc.IndexInFile();
+  Outcome<SoundingWalk::Place> place = SoundingWalk(program.Current.FilePath()).Take(index);
+  if (!place) return place.Error();
+  TextInWork text{std::move(place.Value().Source)};
+  text.Sounding = ingest::PlaceOf(text.Source.Text(), index - place.Value().Before);
+  return text;
+}
+
+// The edited text, a file's whole or that in work, under the name that its file has in an archive,
+// which may tell the date.
+Outcome<SoundingRecord> Decode(Program& program, const std::string& bytes, bool entireFile) {
   int index = program.Doc.IndexInFile();
   SourceText edited(program.Current.FileName, bytes);
-  if (const auto onDisk = SoundingSource::Open(program.Current.FilePath())) {
-    const ingest::SoundingPlace place = ingest::PlaceOf(onDisk.Value().Text(), index);
+  if (const Outcome<TextInWork> onDisk = OpenTextInWork(program)) {
+    const ingest::SoundingPlace& place = onDisk.Value().Sounding;
     edited = SourceText(place.Text->Name(), bytes);
     edited.SetWrittenOn(place.Text->WrittenOn());
-    index = place.Index;
+    if (!entireFile) index = place.Index;
   }
   Loading loading = SoundingSource(std::move(edited)).Load(index, PolicyOf(program));
   if (loading.Failed) return *loading.Failed;
@@ -107,16 +123,14 @@ Outcome<std::string> BytesOf(const EditableText& original, std::string_view edit
 
 Outcome<EditableText> SourceToEdit(const Program& program, bool entireFile) {
   const std::string& name = program.Current.FileName;
-  const std::filesystem::path path = program.Current.FilePath();
   if (entireFile) {
-    const Outcome<std::string> bytes = ReadFile(path);
+    const Outcome<std::string> bytes = ReadFile(program.Current.FilePath());
     if (!bytes) return bytes.Error();
     return TextToEdit(bytes.Value(), name);
   }
-  const Outcome<SoundingSource> source = SoundingSource::Open(path);
-  if (!source) return source.Error();
-  const ingest::SoundingPlace place =
-      ingest::PlaceOf(source.Value().Text(), program.Doc.IndexInFile());
+  const Outcome<TextInWork> inWork = OpenTextInWork(program);
+  if (!inWork) return inWork.Error();
+  const ingest::SoundingPlace& place = inWork.Value().Sounding;
   const std::vector<ingest::SourceEntry> entries = ingest::ListSoundings(*place.Text);
   const auto index = static_cast<std::size_t>(place.Index);
   if (entries.size() > 1 && index < entries.size() && entries[index].FirstLine > 0) {
@@ -137,14 +151,14 @@ std::string SourceRemark(const Program& program) {
 }
 
 std::optional<Fault> AdoptSource(Program& program, const std::string& bytes, Changes& changes) {
-  Outcome<SoundingRecord> record = Decode(program, bytes);
+  Outcome<SoundingRecord> record = Decode(program, bytes, false);
   if (!record) return record.Error();
   changes = AdoptEdit(program, std::move(record.Value()), "edit source data");
   return std::nullopt;
 }
 
 std::optional<Fault> SaveSource(Program& program, const std::string& bytes, Changes& changes) {
-  Outcome<SoundingRecord> record = Decode(program, bytes);
+  Outcome<SoundingRecord> record = Decode(program, bytes, true);
   if (!record) return record.Error();
   if (!MayReplaceOnDisk(program)) {
     return Fault{kFaultPathAccess, "SaveSource",

@@ -14,6 +14,7 @@
 #include "program/source_edit.h"
 #include "program/view_commands.h"
 #include "support/document.h"
+#include "support/igra_file.h"
 #include "support/soundings.h"
 
 namespace vexa {
@@ -311,6 +312,36 @@ TEST_F(EditCommands, TheSourceOfOneOfSeveralSoundingsIsItsOwn) {
   EXPECT_EQ(program.Current.Record.Time.Hour, time);
   const auto& temps = program.Current.Record.Temp.Values();
   EXPECT_EQ(std::count(temps.begin(), temps.end(), 14.0), 1);
+}
+
+// A file of some 6 MB is read in pieces: the editor has a sounding behind the first of them with
+// what stands around it there, and not the file.
+TEST_F(EditCommands, TheSourceInALongFileComesWithItsPieceAlone) {
+  constexpr int kDays = 14000, kDay = 10000;
+  std::string whole;
+  for (int day = 0; day < kDays; ++day) {
+    whole += test::IgraSounding(72558, 1950 + day / 360, 1 + day / 30 % 12, 1 + day % 30, 12,
+                                day == kDay ? 1.5 : 0);
+  }
+  program.ChooseSoundings = [](const auto&) { return std::vector<int>{kDay}; };
+  ASSERT_TRUE(OpenSoundings(program, {Saved("long.txt", whole)}).Sounding);
+  EXPECT_NEAR(program.Current.Record.Temp(1), 29.5, 1e-9);
+  const Outcome<EditableText> part = SourceToEdit(program, false);
+  ASSERT_TRUE(part);
+  const EditableText& source = part.Value();
+  EXPECT_EQ(source.Text, test::IgraSounding(72558, 1977, 10, 11, 12, 1.5));
+  const std::string piece = source.Before + source.Text + source.After;
+  EXPECT_LT(piece.size(), whole.size() * 2 / 3);
+  EXPECT_NE(whole.find(piece), std::string::npos);
+
+  std::string text = source.Text;
+  text.replace(text.find("  295 "), 6, "  305 ");  // the first temperature, tenths
+  Changes changes;
+  EXPECT_FALSE(AdoptSource(program, BytesOf(source, text).Value(), changes));
+  EXPECT_NEAR(program.Current.Record.Temp(1), 30.5, 1e-9);
+  EXPECT_EQ(program.Current.Record.Time.Year, 1977);
+  EXPECT_FALSE(SaveSource(program, whole, changes));
+  EXPECT_NEAR(program.Current.Record.Temp(1), 29.5, 1e-9);
 }
 
 TEST_F(EditCommands, ChecksAreSwitchedOffByTheirOptions) {
