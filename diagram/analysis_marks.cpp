@@ -64,10 +64,6 @@ bool Shows(const Plot& plot, const LeftBar& bar) {
   return bar.BaseY <= plot.At.Frame().Bottom && bar.BaseY >= plot.At.Frame().Top;
 }
 
-}  // namespace
-
-namespace {
-
 void DrawMarkLeader(Plot& plot, const Mark& mark, double from, Point to) {
   DrawSegment(plot.Page, "leader", {from, mark.Y}, to, {mark.Ink, 8, LineStyle::Solid});
 }

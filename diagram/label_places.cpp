@@ -52,10 +52,6 @@ std::vector<Shift> Shifts() {
   return shifts;
 }
 
-}  // namespace
-
-namespace {
-
 // What a place has to be beside free.
 using IsGood = std::function<bool(Point at, const Rect& place)>;
 
@@ -129,8 +125,8 @@ std::vector<Rect> LinesWithin(const Plot& plot, const Rect& place) {
     for (const std::vector<Point>& piece : ClipPolyline(line->Points, place)) {
       const auto [left, right] = std::ranges::minmax(piece, {}, &Point::X);
       const auto [top, bottom] = std::ranges::minmax(piece, {}, &Point::Y);
-      found.push_back({left.X - kLineReach, top.Y - kLineReach, right.X + kLineReach,
-                       bottom.Y + kLineReach});
+      found.push_back(
+          {left.X - kLineReach, top.Y - kLineReach, right.X + kLineReach, bottom.Y + kLineReach});
     }
   }
   return found;
