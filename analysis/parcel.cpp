@@ -72,7 +72,7 @@ LiftSettings LiftSettingsOf(const AnalysisSettings& options, double depthTopPres
 struct ParcelLifter::Source {
   double Theta = 0;        // K, of the dry ascent
   double ThetaE = 0;       // K, of the saturated ascent
-  double MixingRatio = 0;  // kg/kg, below condensation
+  double MixingRatio = 0;  // kg/kg, below condensation; for virtual temperatures alone
   CondensationPoint Condensation{};
 };
 
@@ -143,11 +143,11 @@ void ParcelLifter::Lift(const ParcelStart& start, const CondensationPoint& conde
   };
 
   if (!start.Exists() || !condensation.Exists()) return withoutPath();
-  const PointThermo saturated = ThetaPoint(condensation.Press, condensation.Temp, settings_.Over);
   const Source source{
-      .Theta = ThetaPoint(start.Press, start.Temp, settings_.Over).Theta,
-      .ThetaE = saturated.ThetaE,
-      .MixingRatio = ThetaPoint(start.Press, start.Dewpt, settings_.Over).MixingRatio,
+      .Theta = DryTheta(start.Press, start.Temp),
+      .ThetaE = ThetaPoint(condensation.Press, condensation.Temp, settings_.Over).ThetaE,
+      .MixingRatio =
+          settings_.Virtual ? ThetaPoint(start.Press, start.Dewpt, settings_.Over).MixingRatio : 0,
       .Condensation = condensation};
   if (!(source.Theta > 0) || !(source.ThetaE > 0)) return withoutPath();  // 0 is no value
 
