@@ -39,29 +39,31 @@ namespace vexa::analysis {
 inline constexpr double kLn2High = 0x1.62e42feep-1;
 inline constexpr double kLn2Low = 0x1.a39ef35793c76p-33;
 
+template <std::size_t kCount>
+using Coefficients = std::array<double, kCount>;
+
+VEXA_INLINE double PolynomialOf(double, const Coefficients<1>& all) {
+  return all[0];
+}
+
+template <std::size_t kCount>
+VEXA_INLINE double PolynomialOf(double x, const Coefficients<kCount>& all) {
+  Coefficients<(kCount + 1) / 2> pairs;
+  for (std::size_t i = 0; i + 1 < kCount; i += 2) pairs[i / 2] = all[i] + all[i + 1] * x;
+  if constexpr (kCount % 2 == 1) pairs.back() = all.back();
+  return PolynomialOf(x * x, pairs);
+}
+
 /// c0 + c1 x + c2 x² … in pairs, and pairs of these: a column waits for its longest chain of sums,
 /// which this keeps short.
-template <class... Coefficients>
-constexpr double Polynomial(double x, Coefficients... coefficients) {
-  constexpr std::size_t kCount = sizeof...(coefficients);
-  const std::array<double, kCount> all{coefficients...};
-  if constexpr (kCount == 1) {
-    return all[0];
-  } else {
-    const auto halved = [&]<std::size_t... I>(std::index_sequence<I...>) {
-      if constexpr (kCount % 2 == 0) {
-        return Polynomial(x * x, (all[2 * I] + all[2 * I + 1] * x)...);
-      } else {
-        return Polynomial(x * x, (all[2 * I] + all[2 * I + 1] * x)..., all[kCount - 1]);
-      }
-    };
-    return halved(std::make_index_sequence<kCount / 2>{});
-  }
+template <class... Terms>
+VEXA_INLINE double Polynomial(double x, Terms... coefficients) {
+  return PolynomialOf(x, Coefficients<sizeof...(coefficients)>{coefficients...});
 }
 
 /// 2 artanh(s) - 2 s, for |s| < 0.18: what a logarithm is beside its first term. The polynomial is
 /// the nearest over that range, to 1e-17 of the logarithm; a Taylor series takes ten terms.
-inline double ArtanhRest(double s) {
+VEXA_INLINE double ArtanhRest(double s) {
   const double z = s * s;
   return Polynomial(z, 0.6666666666666673, 0.3999999999981964, 0.28571428660360426,
                     0.22222205803102535, 0.18183258393797846, 0.15320044808038014,
@@ -70,13 +72,13 @@ inline double ArtanhRest(double s) {
 }
 
 /// ln(a / b) of numbers that are not far apart: a / b from 0.7 to 1.43.
-inline double LogOfRatio(double a, double b) {
+VEXA_INLINE double LogOfRatio(double a, double b) {
   const double s = (a - b) / (a + b);
   return 2 * s + ArtanhRest(s);
 }
 
 /// The same of numbers that are near each other: a / b from 0.87 to 1.15.
-inline double LogOfNearRatio(double a, double b) {
+VEXA_INLINE double LogOfNearRatio(double a, double b) {
   const double s = (a - b) / (a + b);
   const double z = s * s;
   const double rest = Polynomial(z, 0.6666666666666675, 0.3999999999912471, 0.2857142999983892,
@@ -85,7 +87,7 @@ inline double LogOfNearRatio(double a, double b) {
 }
 
 /// ln x of a positive number that is not denormal, to the last place or the one before it.
-inline double ColumnLog(double x) {
+VEXA_INLINE double ColumnLog(double x) {
   constexpr std::uint64_t kHalfRoot = 0x3fe6a09e667f3bcd;  // the bits of sqrt(1/2)
   constexpr std::uint64_t kOne = 0x3ff0000000000000;
   constexpr std::uint64_t kWhole = 0x4330000000000000;  // 2^52: its low bits count from 0
@@ -102,19 +104,19 @@ inline double ColumnLog(double x) {
 }
 
 /// (e to the x - 1 - x) / x², for |x| < 0.35: the nearest polynomial, to 2e-17 of e to the x.
-inline double ExpRest(double x) {
+VEXA_INLINE double ExpRest(double x) {
   return Polynomial(x, 0.5, 1.0 / 6, 0.04166666666662068, 0.008333333333329796,
                     0.0013888888918918907, 0.00019841269864364933, 2.4801518672268355e-05,
                     2.7557266442353424e-06, 2.7621324269313687e-07, 2.5101335854788522e-08);
 }
 
 /// e to the x - 1, for |x| < 0.35.
-inline double ColumnExpm1(double x) {
+VEXA_INLINE double ColumnExpm1(double x) {
   return ExpRest(x) * (x * x) + x;
 }
 
 /// e to the x for |x| < 700, to the last place or the one before it.
-inline double ColumnExp(double x) {
+VEXA_INLINE double ColumnExp(double x) {
   constexpr double kRounder = 0x1.8p52;
   // x = n ln 2 + r, |r| < 0.35.
   const double shifted = x * std::numbers::log2e + kRounder;
@@ -131,7 +133,7 @@ struct SinCos {
 };
 
 /// Sine and cosine of an angle in radians, |x| < 1e5, to the last place or the one before it.
-inline SinCos ColumnSinCos(double x) {
+VEXA_INLINE SinCos ColumnSinCos(double x) {
   constexpr double kRounder = 0x1.8p52;
   constexpr double kQuarterHigh = 0x1.921fb544p+0;  // a quarter turn, as ln 2 above
   constexpr double kQuarterLow = 0x1.0b4611a626331p-34;
@@ -140,22 +142,14 @@ inline SinCos ColumnSinCos(double x) {
   const double n = shifted - kRounder;
   const double r = (x - n * kQuarterHigh) - n * kQuarterLow;
   const double z = r * r;
-  double sine = -1.0 / 1307674368000;
-  sine = sine * z + 1.0 / 6227020800;
-  sine = sine * z - 1.0 / 39916800;
-  sine = sine * z + 1.0 / 362880;
-  sine = sine * z - 1.0 / 5040;
-  sine = sine * z + 1.0 / 120;
-  sine = sine * z - 1.0 / 6;
-  sine = sine * z * r + r;
-  double cosine = 1.0 / 20922789888000;
-  cosine = cosine * z - 1.0 / 87178291200;
-  cosine = cosine * z + 1.0 / 479001600;
-  cosine = cosine * z - 1.0 / 3628800;
-  cosine = cosine * z + 1.0 / 40320;
-  cosine = cosine * z - 1.0 / 720;
-  cosine = cosine * z + 1.0 / 24;
-  cosine = cosine * z * z - 0.5 * z + 1;
+  const double sine = Polynomial(z, -1.0 / 6, 1.0 / 120, -1.0 / 5040, 1.0 / 362880, -1.0 / 39916800,
+                                 1.0 / 6227020800, -1.0 / 1307674368000) *
+                          (z * r) +
+                      r;
+  const double cosine = Polynomial(z, 1.0 / 24, -1.0 / 720, 1.0 / 40320, -1.0 / 3628800,
+                                   1.0 / 479001600, -1.0 / 87178291200, 1.0 / 20922789888000) *
+                            (z * z) -
+                        0.5 * z + 1;
   // Odd quarters change them over, and each has two of the four in which it is negative.
   const auto quarter = std::bit_cast<std::uint64_t>(shifted);
   const bool isOdd = (quarter & 1) != 0;

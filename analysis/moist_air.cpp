@@ -98,10 +98,12 @@ LiftSatResult LiftSat(double thetaE, double press, SaturationOver over, std::str
     return Error{point.LogThetaE - target, point.Slope};
   };
 
-  double low = kColdestLift;
-  if (errorAt(low).Value > 0) return {.Temp = low, .Failed = true};
   // Dry air would be this warm; saturated air is colder.
   double high = std::min(kWarmestLift, std::exp(target - logPoisson) - kKelvinOffset + 1e-6);
+  double low = kColdestLift;
+  // Where that is well above the cold end, so little vapour is there that the adiabat goes through.
+  const bool isAbove = high > kColdestLift + 10 && press >= 1;
+  if (!isAbove && errorAt(low).Value > 0) return {.Temp = low, .Failed = true};
   double temp = high > 40 ? 30 : high;
   for (int step = 0; step < kLiftSatMaxSteps; ++step) {
     const Error error = errorAt(temp);

@@ -5,6 +5,7 @@
 #include <cstddef>
 
 #include "analysis/column_math.h"
+#include "analysis/column_scan.h"
 #include "analysis/interpolate.h"
 #include "analysis/moist_air.h"
 #include "core/units.h"
@@ -44,6 +45,17 @@ VEXA_WIDE void FillIncrements(const double* parcel, const double* environment, c
   }
 }
 
+// How many of the first values remain when those at the end that are not above others are left out.
+VEXA_WIDE std::size_t CountToLastAbove(const double* values, const double* others,
+                                       std::size_t count) {
+  const auto isSo = [=](std::size_t i) { return values[i] - others[i] > 0; };
+  while (count >= kScannedAtATime && !HasAny(count - kScannedAtATime, isSo)) {
+    count -= kScannedAtATime;
+  }
+  while (count > 0 && !isSo(count - 1)) --count;
+  return count;
+}
+
 VEXA_WIDE void Narrow(const double* from, std::size_t count, float* to) {
   for (std::size_t i = 0; i < count; ++i) to[i] = static_cast<float>(from[i]);
 }
@@ -74,6 +86,7 @@ struct ParcelLifter::Source {
   double ThetaE = 0;       // K, of the saturated ascent
   double MixingRatio = 0;  // kg/kg, below condensation; for virtual temperatures alone
   CondensationPoint Condensation{};
+  PressurePlace Place{};  // of the condensation
 };
 
 ParcelLifter::ParcelLifter(const LevelProfile& levels, const PressureGrid& grid,
@@ -148,13 +161,14 @@ void ParcelLifter::Lift(const ParcelStart& start, const CondensationPoint& conde
       .ThetaE = ThetaPoint(condensation.Press, condensation.Temp, settings_.Over).ThetaE,
       .MixingRatio =
           settings_.Virtual ? ThetaPoint(start.Press, start.Dewpt, settings_.Over).MixingRatio : 0,
-      .Condensation = condensation};
+      .Condensation = condensation,
+      .Place = PressurePlace(levels_, condensation.Press)};
   if (!(source.Theta > 0) || !(source.ThetaE > 0)) return withoutPath();  // 0 is no value
 
   into.Start = start;
   into.Step = settings_.Step;
   into.Condensation = {.Press = condensation.Press, .Temp = condensation.Temp};
-  const Sample height = SampleAt(levels_, condensation.Press, Quantity::Height);
+  const Sample height = source.Place.Read(levels_, Quantity::Height);
   if (height.Ok()) into.Condensation.Height = height.Value;
 
   first_ = grid_.Empty() || !(start.Press >= grid_.Top)
@@ -235,11 +249,6 @@ void ParcelLifter::FillSteps(ParcelAscent& into) {
   }
 }
 
-// Parcel minus surroundings at a step, °C.
-double ParcelLifter::Difference(std::size_t step) const {
-  return parcel_[step] - environment_[step];
-}
-
 // Below this the parcel is as warm as its surroundings: what is left is rounding.
 constexpr double kNoDifference = 1e-5;  // K
 
@@ -251,7 +260,7 @@ double WithoutRounding(double difference) {
 double ParcelLifter::CondensationDifference(const Source& source) const {
   const CondensationPoint& at = source.Condensation;
   const Sample environment =
-      SampleAt(levels_, at.Press, settings_.Virtual ? Quantity::VirtualTemp : Quantity::Temp);
+      source.Place.Read(levels_, settings_.Virtual ? Quantity::VirtualTemp : Quantity::Temp);
   if (!environment.Ok()) return 0;
   if (!settings_.Virtual) return WithoutRounding(at.Temp - environment.Value);
   const double mixing = ThetaPoint(at.Press, at.Temp, settings_.Over).MixingRatio;
@@ -281,8 +290,9 @@ void ParcelLifter::FindFreeLayer(const Source& source, LiftMode mode, ParcelAsce
                              : Crossing(LogPressAt(free - 1), Difference(free - 1), free));
   }
 
-  std::size_t above = steps;  // first step above the last one where the parcel is warmer
-  while (above > free && !(Difference(above - 1) > 0)) --above;
+  // First step above the last one where the parcel is warmer.
+  const std::size_t above =
+      free + CountToLastAbove(parcel_ + free, environment_ + free, steps - free);
   double press = kNone;
   if (above == steps && steps > free) {
     press = levels_.Press.Top();  // still warmer at the top

@@ -56,7 +56,7 @@ class ParcelLifter {
   void FillPath(const Source& source, std::vector<double>& path);
   void FillSteps(ParcelAscent& into);
   double CondensationDifference(const Source& source) const;
-  double Difference(std::size_t step) const;
+  double Difference(std::size_t step) const { return parcel_[step] - environment_[step]; }
   void FindFreeLayer(const Source& source, LiftMode mode, ParcelAscent& into);
   void Integrate(ParcelAscent& into);
   void MarkHailZone(std::size_t end, ParcelAscent& into) const;
