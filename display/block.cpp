@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <optional>
+#include <utility>
 
 #include "core/numbers.h"
 #include "picture/decimal_point.h"
@@ -160,39 +162,68 @@ class BlockDrawing {
     const auto down = static_cast<std::size_t>(lines - head);
     const std::size_t across = Across(rows, down);
     for (const SheetRow* row : KeepBest(rows, down * across)) left_.push_back(row->Label);
-    const double width = (region_.Width() - static_cast<double>(across - 1) * kFlowGap * scale_) /
-                         static_cast<double>(across);
-    Widths widths(block_, rows, scale_);
-    FitColumns(rows, widths, width);
+    std::vector<Pile> piles = Piles(rows, across);
+    for (Pile& pile : piles) FitColumns(pile);
     if (!block_.Heading.empty()) {
       DrawHeading(y);
       y += step_;
     }
     if (!block_.Columns.empty()) {
-      DrawCaptions(y, widths);
+      DrawCaptions(y, piles.front().Of);
       y += step_;
     }
-    const std::size_t perColumn = (rows.size() + across - 1) / across;
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-      const auto column = static_cast<double>(i / perColumn);
-      const auto line = static_cast<double>(i % perColumn);
-      DrawRow(*rows[i],
-              {region_.Left + column * (width + kFlowGap * scale_), y + line * step_, 0, 0}, width,
-              widths);
+    double x = region_.Left;
+    for (const Pile& pile : piles) {
+      Point at{x, y};
+      for (const SheetRow* row : pile.Rows) {
+        DrawRow(*row, at, pile.Width, pile.Of);
+        at.Y += step_;
+      }
+      x += pile.Width + kFlowGap * scale_;
     }
     return std::move(left_);
   }
 
  private:
+  // Rows below each other.
+  struct Pile {
+    std::vector<const SheetRow*> Rows{};
+    Widths Of;
+    double Width = 0;
+  };
+
+  // The rows in their order as piles side by side, of one width where all of them have room in it,
+  // else of as much as each one wants.
+  std::vector<Pile> Piles(const std::vector<const SheetRow*>& rows, std::size_t across) const {
+    const auto count = static_cast<double>(across);
+    const double room = region_.Width() - (count - 1) * kFlowGap * scale_;
+    const Widths common(block_, rows, scale_);
+    const bool isCommon = across == 1 || common.All() <= room / count;
+    const std::size_t most = (rows.size() + across - 1) / across;
+    std::vector<Pile> piles;
+    double spare = room;
+    for (std::size_t from = 0; from < rows.size() || piles.empty(); from += most) {
+      const auto first = rows.begin() + static_cast<std::ptrdiff_t>(from);
+      std::vector<const SheetRow*> part(
+          first, first + static_cast<std::ptrdiff_t>(std::min(most, rows.size() - from)));
+      Widths own = isCommon ? common : Widths(block_, part, scale_);
+      spare -= own.All();
+      piles.push_back({.Rows = std::move(part), .Of = std::move(own), .Width = room / count});
+    }
+    if (isCommon) return piles;
+    for (Pile& pile : piles) pile.Width = pile.Of.All() + spare / count;
+    return piles;
+  }
+
   // As many rows side by side as the width has room for, of those that would be drawn then.
   std::size_t Across(const std::vector<const SheetRow*>& rows, std::size_t down) const {
     if (!block_.Flows) return 1;
-    const double gap = kFlowGap * scale_;
     for (std::size_t across = kMostAcross; across > 1; --across) {
       std::vector<const SheetRow*> kept = rows;
       KeepBest(kept, down * across);
-      const double wanted = Widths(block_, kept, scale_).All() + gap;
-      if (static_cast<double>(across) * wanted - gap <= region_.Width()) return across;
+      const std::vector<Pile> piles = Piles(kept, across);
+      if (std::ranges::all_of(piles, [](const Pile& pile) { return pile.Of.All() <= pile.Width; }))
+        return across;
     }
     return 1;
   }
@@ -212,23 +243,23 @@ class BlockDrawing {
 
   // Further columns leave from the right until the rest fits, then the notes; the label is cut
   // last.
-  void FitColumns(const std::vector<const SheetRow*>& rows, Widths& widths, double width) {
-    while (widths.All() > width && widths.Columns.size() > 1) {
+  void FitColumns(Pile& pile) {
+    Widths& widths = pile.Of;
+    while (widths.All() > pile.Width && widths.Columns.size() > 1) {
       const std::size_t last = widths.Columns.size() - 1;
       left_.push_back(last < block_.Columns.size() ? block_.Columns[last] : std::string("value"));
       widths.Columns.pop_back();
     }
-    shown_ = widths.Columns.size();
-    if (widths.All() > width && widths.Note > 0) {
+    if (widths.All() > pile.Width && widths.Note > 0) {
       // A note may reach as far as the region does.
       const double others = widths.All() - widths.Note;
-      widths.Note = std::max(0.0, width - others);
-      for (const SheetRow* row : rows) {
+      widths.Note = std::max(0.0, pile.Width - others);
+      for (const SheetRow* row : pile.Rows) {
         if (TextWidth(row->Note, widths.NoteSize) > widths.Note) left_.push_back(row->Label);
       }
     }
-    if (widths.All() > width) {
-      widths.Label = std::max(kLeastLabel, widths.Label - (widths.All() - width));
+    if (widths.All() > pile.Width) {
+      widths.Label = std::max(kLeastLabel, widths.Label - (widths.All() - pile.Width));
     }
   }
 
@@ -273,26 +304,26 @@ class BlockDrawing {
     }
   }
 
-  void DrawRow(const SheetRow& row, Rect place, double width, const Widths& widths) {
-    const double y = place.Top + step_ / 2;
-    Write("label", {place.Left, y},
+  void DrawRow(const SheetRow& row, Point corner, double width, const Widths& widths) {
+    const double y = corner.Y + step_ / 2;
+    Write("label", {corner.X, y},
           Elided(row.Label, widths.LabelSize, IsBare(row) ? width : widths.Label), widths.LabelSize,
           inks_.Faint, false);
-    double x = place.Left + widths.Label;
+    double x = corner.X + widths.Label;
     if (IsLoose(block_, row)) {
-      DrawLoose(row, x + widths.Gap, y, place.Left + width, widths);
+      DrawLoose(row, x + widths.Gap, y, corner.X + width, widths);
       return;
     }
-    for (std::size_t i = 0; i < shown_; ++i) {
+    for (std::size_t i = 0; i < widths.Columns.size(); ++i) {
       x += widths.Gap;
-      if (i < ValuesOf(row)) DrawValue(row, i, {x, place.Top}, widths);
+      if (i < ValuesOf(row)) DrawValue(row, i, {x, corner.Y}, widths);
       x += widths.Columns[i].Width;
     }
     if (widths.Note > 0 && TextWidth(row.Note, widths.NoteSize) <= widths.Note + 1e-6) {
       Write("note", {x + widths.Gap, y}, row.Note, widths.NoteSize, inks_.Faint, false);
     }
     if (row.Index.empty()) return;
-    page_.AddHotSpot({{place.Left, place.Top, place.Left + width, place.Top + step_},
+    page_.AddHotSpot({{corner.X, corner.Y, corner.X + width, corner.Y + step_},
                       std::string(kIndexSpot),
                       row.Index});
   }
@@ -365,7 +396,6 @@ class BlockDrawing {
   const BlockInks& inks_;
   double scale_;
   double step_;
-  std::size_t shown_ = 0;  // columns of values
   std::vector<std::string> left_{};
 };
 

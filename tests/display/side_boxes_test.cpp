@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "config/options.h"
 #include "display/shown_texts.h"
@@ -236,6 +238,24 @@ TEST(SideBoxes, AlignNumbersOnTheirDecimalPoints) {
   ASSERT_EQ(points.size(), 3u);
   EXPECT_NEAR(points[0], points[1], 0.01);
   EXPECT_NEAR(points[0], points[2], 0.01);
+}
+
+// Rows stand side by side as soon as each pile of them has the room that it wants itself, 14 pixels
+// between them, be the other much narrower.
+TEST(SideBoxes, PilesOfRowsTakeNoMoreRoomThanTheyWant) {
+  const std::vector<SheetRow> few = {{"a", "1"}, {"b", "2"}};
+  const std::vector<SheetRow> wide = {{"a long label", "-1234.56 J/kg"}, {"c", "0.5 C"}};
+  SheetBlock both{.Rows = few, .Flows = true};
+  both.Rows.insert(both.Rows.end(), wide.begin(), wide.end());
+  const double least = WidthOf({.Rows = few}) + WidthOf({.Rows = wide}) + 14 * kUnitsPerPixel;
+  EXPECT_GT(2 * WidthOf({.Rows = wide}), least);
+  for (const auto& [width, shown] : {std::pair(least + 1, 4U), std::pair(least - 1, 2U)}) {
+    Picture page(12000, 9000, {});
+    const Rect region{0, 0, width, BoxHeight(2)};
+    EXPECT_EQ(DrawBlock(page, region, both, BlockInksFor({})).size(), 4U - shown);
+    EXPECT_EQ(test::Texts(page, "value").size(), shown);
+    test::ExpectOrderly(page, region);
+  }
 }
 
 // Above the weather inversions follow one another by the dozen.
