@@ -9,7 +9,7 @@
 namespace vexa::analysis {
 namespace {
 
-constexpr double kMeanApart = 100;   // m: winds nearer to each other do not change a mean
+constexpr double kMeanApart = 100;   // m: a mean needs no winds between two that are this near
 constexpr double kDeepBottom = 850;  // hPa
 constexpr double kDeepTop = 300;     // hPa
 constexpr double kJetDepth = 1500;   // m
@@ -81,7 +81,8 @@ std::vector<WindPoint> WindsBetween(const WindProfile& winds, double bottom, dou
     if (next > 0 && height - heights[next - 1] > kWidestWindGap) return {};
     if (height >= top) break;
     const double below = between[count - 1].Height;
-    if (height - below < apart || !(height > below)) continue;
+    const double above = next + 1 < winds.Count() ? std::min(heights[next + 1], top) : top;
+    if (above - below < apart || !(height > below)) continue;
     between[count] = {height, winds.Vectors[next]};
     ++count;
   }

@@ -17,7 +17,7 @@ struct WindPoint {
 /// The winds from a bottom to a top in m above sea level, both ends interpolated. Empty where an
 /// end has no wind or two neighbours are further apart than kWidestWindGap.
 ///
-/// apart  m at least between those that are taken inside the layer
+/// apart  m: winds between two that are nearer than that are left out
 std::vector<WindPoint> WindsBetween(const WindProfile& winds, double bottom, double top,
                                     double apart = 0);
 
