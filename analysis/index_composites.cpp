@@ -223,7 +223,8 @@ VEXA_WIDE void FillPulls(EnergyColumns air, ColumnVapor table, const double* ene
 }
 
 // What air loses in buoyancy by mixing with the mean of all air below it, m²/s²: from the free
-// level to the EL the saturated static energy at a height minus the mean of the air's own.
+// level to the EL the saturated static energy at a height minus the mean of the air's own. Air that
+// would gain loses nothing.
 double DilutionPotential(const LevelProfile& levels, SaturationOver over, double free, double end) {
   const std::vector<double>& heights = levels.Height.Values();
   const EnergyColumns air{.Press = levels.Press.Values().data(),
@@ -262,7 +263,7 @@ double DilutionPotential(const LevelProfile& levels, SaturationOver over, double
   const std::size_t whole = first + 2;  // the first that is not the lowest
   double sum = cut(first + 1);
   if (last >= whole) sum += SumOfAll(parts, whole - first, last - first) + cut(last);
-  return sum;
+  return std::max(sum, 0.0);
 }
 
 }  // namespace
@@ -272,7 +273,7 @@ double EntrainedEnergy(double cape, double dilution, double inflowMs, double dep
   constexpr double kPrandtl = 1.0 / 3;
   constexpr double kKarmanSquared = 0.18;
   constexpr double kMeanToPeak = 0.8;  // updraft, mean over its width to its peak
-  constexpr double kInflowToUpdraft = 1.6;
+  constexpr double kInflowToUpdraft = 1.1;
   const double psi = kKarmanSquared * std::pow(kMeanToPeak * std::numbers::pi, 2) * kMixingLength /
                      (4 * kPrandtl * kInflowToUpdraft * kInflowToUpdraft * depth);
   const double kinetic = inflowMs * inflowMs / 2;
