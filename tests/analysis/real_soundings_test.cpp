@@ -209,5 +209,44 @@ TEST(RealSoundings, OmahaBesideItsReference) {
   EXPECT_NEAR(mixed.CinTotal, -59.0, 7);
 }
 
+// By a library for sounding calculations: its parcels along the exact pseudoadiabat, its means,
+// shears and energies, and our storm motion, virtual temperatures; ECAPE by its authors' formula of
+// these.
+TEST(RealSoundings, InflowBesideALibrary) {
+  VEXA_REAL_DATA(folder, "");
+  const char* const labels[] = {"Corfidi Up", "Corfidi Dn", "Eff Wind",   "LCL-EL Wnd", "EBWD",
+                                "s-rH 500m",  "s-rH Eff",   "Crit Angle", "ECAPE"};
+  const double tolerances[] = {0.04, 0.04, 0.05, 0.06, 0.25, 0.3, 0.15, 0.1, 20};
+  const struct {
+    const char* File;
+    double Values[std::size(labels)];  // kNone: its layer ends elsewhere, or there is none
+    double Latitude = 40;
+  } cases[] = {
+      {"spc/hail_98062900.TOP", {33.32, 59.65, kNone, kNone, 47.52, 55.98, kNone, 100.94, 4992}},
+      {"spc/hail_04071300.LBF", {15.20, 30.15, 4.92, 18.14, 33.78, 7.50, 3.63, 1.54, 3017}},
+      {"spc/14072800.BNA", {20.82, 62.15, 25.62, 41.62, 35.86, 102.60, 129.32, 60.69, 2958}},
+      {"temp/72712_Caribou_20220713_00z.txt",
+       {28.62, 75.68, 30.08, 47.62, 40.64, 159.32, 244.45, 68.72, 952}},
+      {"temp/72208_Charleston_20220713_00z.txt",
+       {12.34, 35.08, 12.68, 21.25, 23.68, 67.42, 84.38, 85.41, 2186}},
+      {"temp/83746_Galeao_20230223_00z.txt",
+       {8.89, 14.90, 2.63, 4.51, 11.76, -4.01, -5.48, 85.34, kNone},
+       -22.8},
+      {"temp/94672_Adelaide_20260206_00z.txt",
+       {19.09, 39.96, kNone, 33.21, kNone, -29.56, kNone, 144.18, 103},
+       -35}};
+  Options options;
+  options.CapeTempBase = TempBase::Virtual;
+  for (const auto& c : cases) {
+    SoundingRecord sounding = RealSounding(folder / c.File);
+    SetDecimalPosition(sounding, c.Latitude, 0);
+    const AnalysisResults results = Analyse(sounding, options);
+    for (std::size_t i = 0; i < std::size(labels); ++i) {
+      if (c.Values[i] == kNone) continue;
+      EXPECT_NEAR(ValueIn(results, labels[i]), c.Values[i], tolerances[i]) << labels[i] << c.File;
+    }
+  }
+}
+
 }  // namespace
 }  // namespace vexa::analysis
