@@ -62,7 +62,8 @@ VEXA_INLINE void FillThetas(const AirColumns& air, AirBlock& block) {
     const double tempK = static_cast<double>(static_cast<float>(air.Temp[i] + kKelvinOffset));
     const double theta = tempK * ColumnExp(kPoisson * (kLogReference - air.LogPress[i]));
     block.ThetaTemp[i] = tempK;
-    air.Theta[i] = (air.Press[i] > 0) & (tempK > 0) ? theta : 0;
+    const bool hasTheta = (air.Press[i] > 0) & (tempK > 0);
+    air.Theta[i] = hasTheta ? theta : 0;
   }
 }
 
@@ -169,7 +170,7 @@ VEXA_INLINE bool FillWetBulb(const AirColumns& air, AirBlock& block, ColumnVapor
           std::min(std::max(wetK - change - kKelvinOffset, block.Dewpt[i]), block.Temp[i]);
       const bool isNear = std::fabs(change) < kFar;
       block.At[i] = within(i, wetK - change);
-      air.WetBulb[i] = isNear | !isLast ? wetBulb : kNoNumber;
+      air.WetBulb[i] = (isNear | !isLast) ? wetBulb : kNoNumber;
       others |= isNear ? 0 : 1;
     }
     if (others == 0) break;

@@ -12,8 +12,7 @@ enum class Sign { Any, Positive, Negative };
 
 // Those of four values that have a sign, added to their sums.
 template <Sign sign>
-VEXA_INLINE void AddTo(Lanes& sums, const double* values,
-                                                 std::size_t count = 4) {
+VEXA_INLINE void AddTo(Lanes& sums, const double* values, std::size_t count = 4) {
   Lanes lanes{};
   std::memcpy(&lanes, values, count * sizeof(double));
   if constexpr (sign == Sign::Any) {
@@ -27,8 +26,7 @@ VEXA_INLINE void AddTo(Lanes& sums, const double* values,
 
 // Sixteen sums side by side: as many as keep a processor busy while one of them is added to.
 template <Sign sign>
-VEXA_INLINE double SumOver(const double* values, std::size_t from,
-                                                     std::size_t to) {
+VEXA_INLINE double SumOver(const double* values, std::size_t from, std::size_t to) {
   Lanes a{}, b{}, c{}, d{};
   std::size_t i = from;
   for (; i + 16 <= to; i += 16) {

@@ -64,7 +64,8 @@ VEXA_WIDE bool MaySaturate(const double* temps, int bottom, double mixingRatio, 
     const double pressure = vapor.At(i).Pressure;
     const double dry = bottom - static_cast<int>(i) - pressure;
     const double mixing = dry == 0 ? 0 : kEpsilon * pressure / dry;
-    found |= (mixing >= 0) & (mixing <= mixingRatio) ? 1 : 0;
+    const bool isSaturated = (mixing >= 0) & (mixing <= mixingRatio);
+    found |= isSaturated ? 1 : 0;
   }
   return found != 0;
 }

@@ -212,5 +212,33 @@ TEST(DeriveLevels, OfAnyAirAsTheRoutinesForOneLevelGiveThem) {
   }
 }
 
+// Levels are derived so many at a time, and what pads the last of them is no level.
+TEST(DeriveLevels, OfFewLevelsAsOfManyAboveThem) {
+  SoundingRecord all;
+  for (int i = 0; i < 100; ++i) {
+    all.AddTemp(1000 - 7 * i, 25 - 0.6 * i, i % 41 == 40 ? kMissing : 20 - 0.9 * i);
+  }
+  const LevelProfile many = DeriveLevels(all, Options{});
+  for (const int count : {0, 1, 31, 32, 33, 64, 65, 99}) {
+    SCOPED_TRACE(count);
+    SoundingRecord part;
+    for (int i = 1; i <= count; ++i) part.AddTemp(all.Press(i), all.Temp(i), all.Dewpt(i));
+    const LevelProfile few = DeriveLevels(part, Options{});
+    for (const auto array :
+         {&LevelProfile::Press, &LevelProfile::LogPress, &LevelProfile::Temp, &LevelProfile::Dewpt,
+          &LevelProfile::Height, &LevelProfile::ThetaE, &LevelProfile::Theta,
+          &LevelProfile::VirtualTemp, &LevelProfile::MixingRatio, &LevelProfile::RelHumidity}) {
+      Levels<double> expected = many.*array;
+      expected.Resize(count);
+      EXPECT_EQ(few.*array, expected);
+    }
+    ASSERT_EQ(few.WetBulb.Count(), count);
+    for (int i = 1; i <= count; ++i) {  // closer where a neighbour needs a further step
+      EXPECT_NEAR(few.WetBulb(i), many.WetBulb(i), 2e-6) << i;
+    }
+    EXPECT_EQ(DeriveHeights(part, SaturationOver::Water), few.Height);
+  }
+}
+
 }  // namespace
 }  // namespace vexa::analysis

@@ -178,6 +178,37 @@ TEST(ProfileLimits, SourcesOfParcels) {
   EXPECT_EQ(CandidateParcels(levels, 300).size(), 2u);
 }
 
+// The first air from below that a mixing ratio saturates, between two whole pressures at which the
+// formula itself says so: of levels that lie farther apart than those, and nearer.
+TEST(ProfileLimits, FreeCondensationOfAnyMixingRatio) {
+  for (const double depth : {23.0, 0.37}) {
+    SoundingRecord sounding;
+    for (double press = 987.3; press > 300; press -= depth) {
+      sounding.AddTemp(press, 24 + 55 * std::log(press / 987.3) + 2 * std::sin(press / 9), 0);
+    }
+    const LevelProfile levels = DeriveLevels(sounding, {});
+    const PressureGrid grid = MakePressureGrid(levels);
+    for (double ratio = 0.0199; ratio > 0.0005; ratio *= 0.93) {
+      SCOPED_TRACE(testing::Message() << depth << ' ' << ratio);
+      const CondensationPoint ccl =
+          FindConvectiveCondensation(levels, grid, ratio, SaturationOver::Water);
+      ASSERT_TRUE(ccl.Exists());
+      const auto saturates = [&](double press) {
+        const Sample temp = SampleAt(levels, press, Quantity::Temp);
+        return ThetaPoint(press, temp.Value).MixingRatio / ratio;
+      };
+      EXPECT_EQ(ccl.Temp, SampleAt(levels, ccl.Press, Quantity::Temp).Value);
+      if (ccl.Press < levels.Press(1)) {
+        EXPECT_NEAR(saturates(ccl.Press), 1, 1e-5);
+      }
+      for (double press = 987; press > ccl.Press; --press) {
+        EXPECT_GT(saturates(press), 1) << press;
+      }
+    }
+    EXPECT_FALSE(FindConvectiveCondensation(levels, grid, 1e-7, SaturationOver::Water).Exists());
+  }
+}
+
 // Means weighted by pressure: 300 K to 960 hPa, 302 K from 960 to 900 hPa rising to 304 at 840.
 TEST(ProfileLimits, MeansOfTheLowestLayer) {
   LevelProfile levels =
