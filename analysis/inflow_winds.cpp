@@ -9,7 +9,7 @@
 namespace vexa::analysis {
 namespace {
 
-constexpr double kMeanApart = 100;   // m: a mean needs no winds between two that are this near
+constexpr double kPieceDepth = 100;  // m: all air of a piece weighs the same in a mean
 constexpr double kDeepBottom = 850;  // hPa
 constexpr double kDeepTop = 300;     // hPa
 constexpr double kJetDepth = 1500;   // m
@@ -41,22 +41,31 @@ class PressureWalk {
 // as the mean winds of effective layer and cloud are published.
 enum class Weighing { ByMass, ByPressure };
 
+// Pieces of the layer weigh by the pressures at their ends, and their winds by height.
 std::optional<WindVector> MeanOfLayer(const AnalysisResults& results, double bottom, double top,
                                       Weighing weighing) {
-  const std::vector<WindPoint> winds = WindsBetween(results.Winds, bottom, top, kMeanApart);
+  const std::vector<WindPoint> winds = WindsBetween(results.Winds, bottom, top);
   if (winds.size() < 2) return std::nullopt;
   PressureWalk walk(results.Levels, bottom);
-  double below = walk.At(winds.front().Height);
+  double base = bottom;
+  double below = walk.At(base);
   double weights = 0;
-  WindVector sum;
+  WindVector sum, piece;  // the piece's times its depth, m
   for (std::size_t i = 1; i < winds.size(); ++i) {
-    const double press = walk.At(winds[i].Height);
+    const double height = winds[i].Height;
+    const double half = (height - winds[i - 1].Height) / 2;
+    piece.U += half * (winds[i - 1].Wind.U + winds[i].Wind.U);
+    piece.V += half * (winds[i - 1].Wind.V + winds[i].Wind.V);
+    if (i + 1 < winds.size() && winds[i + 1].Height - base < kPieceDepth) continue;
+    const double press = walk.At(height);
     const double weight =
         (below - press) * (weighing == Weighing::ByPressure ? (below + press) / 2 : 1);
-    sum.U += weight * (winds[i - 1].Wind.U + winds[i].Wind.U) / 2;
-    sum.V += weight * (winds[i - 1].Wind.V + winds[i].Wind.V) / 2;
+    sum.U += weight * piece.U / (height - base);
+    sum.V += weight * piece.V / (height - base);
     weights += weight;
     below = press;
+    base = height;
+    piece = {};
   }
   if (!(weights > 0)) return std::nullopt;
   return WindVector{sum.U / weights, sum.V / weights};
@@ -64,8 +73,7 @@ std::optional<WindVector> MeanOfLayer(const AnalysisResults& results, double bot
 
 }  // namespace
 
-std::vector<WindPoint> WindsBetween(const WindProfile& winds, double bottom, double top,
-                                    double apart) {
+std::vector<WindPoint> WindsBetween(const WindProfile& winds, double bottom, double top) {
   const std::optional<WindVector> first = VectorAtHeight(winds, bottom);
   const std::optional<WindVector> last = VectorAtHeight(winds, top);
   if (!(top > bottom) || !first || !last) return {};
@@ -80,9 +88,7 @@ std::vector<WindPoint> WindsBetween(const WindProfile& winds, double bottom, dou
     const double height = heights[next];
     if (next > 0 && height - heights[next - 1] > kWidestWindGap) return {};
     if (height >= top) break;
-    const double below = between[count - 1].Height;
-    const double above = next + 1 < winds.Count() ? std::min(heights[next + 1], top) : top;
-    if (above - below < apart || !(height > below)) continue;
+    if (!(height > between[count - 1].Height)) continue;
     between[count] = {height, winds.Vectors[next]};
     ++count;
   }

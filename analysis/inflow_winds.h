@@ -16,10 +16,7 @@ struct WindPoint {
 
 /// The winds from a bottom to a top in m above sea level, both ends interpolated. Empty where an
 /// end has no wind or two neighbours are further apart than kWidestWindGap.
-///
-/// apart  m: winds between two that are nearer than that are left out
-std::vector<WindPoint> WindsBetween(const WindProfile& winds, double bottom, double top,
-                                    double apart = 0);
+std::vector<WindPoint> WindsBetween(const WindProfile& winds, double bottom, double top);
 
 /// Helicity of winds relative to a motion, m²/s²; 0 of fewer than two.
 double HelicityOf(const std::vector<WindPoint>& winds, const WindVector& motion);
