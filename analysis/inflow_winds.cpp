@@ -60,8 +60,9 @@ std::optional<WindVector> MeanOfLayer(const AnalysisResults& results, double bot
     const double press = walk.At(height);
     const double weight =
         (below - press) * (weighing == Weighing::ByPressure ? (below + press) / 2 : 1);
-    sum.U += weight * piece.U / (height - base);
-    sum.V += weight * piece.V / (height - base);
+    const double perMetre = weight / (height - base);
+    sum.U += perMetre * piece.U;
+    sum.V += perMetre * piece.V;
     weights += weight;
     below = press;
     base = height;
