@@ -148,13 +148,11 @@ void DrawTitle(Plot& plot) {
     DrawTextOver(plot, "title", {frame.Left + Px(8), frame.Top + Px(14)},
                  Elided(title, size, frame.Width() - Px(16)), plot.Inks.Ink, size);
   } else {
-    // A long one is written a step smaller, and cut where that is not enough.
-    const bool isLong = TextWidth(title, LetterSize(Type::Title), true) > width;
-    const double size = LetterSize(isLong ? Type::Value : Type::Title);
-    used = TextWidth(title, size, true) + Px(20);
+    const FittedTitle fitted = FitTitle(title, width);
+    used = TextWidth(fitted.Text, fitted.Size, true) + Px(20);
     plot.Page.Add("title", Label{.At = {region->Left, y},
-                                 .Text = Elided(title, size, width, true),
-                                 .Size = size,
+                                 .Text = fitted.Text,
+                                 .Size = fitted.Size,
                                  .Ink = plot.Inks.Ink,
                                  .Bold = true});
   }

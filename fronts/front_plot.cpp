@@ -206,11 +206,10 @@ void DrawTitle(FrontPage& page, const Rect& place) {
   constexpr std::string_view kName = "Frontal Analysis";
   const double size = LetterSize(Type::Title);
   const double y = (place.Top + place.Bottom) / 2;
-  const std::string& title = page.In.Winds.Sounding.StationTitle;
+  const FittedTitle title = FitTitle(page.In.Winds.Sounding.StationTitle, place.Width());
   const double name = TextWidth(kName, size) + Px(20);
-  const bool hasBoth = TextWidth(title, size, true) + name <= place.Width();
-  Write(page, "title", {place.Left, y}, Elided(title, size, place.Width(), true), size,
-        AnchorX::Left, true);
+  const bool hasBoth = TextWidth(title.Text, title.Size, true) + name <= place.Width();
+  Write(page, "title", {place.Left, y}, title.Text, title.Size, AnchorX::Left, true);
   if (hasBoth) {
     Write(page, "diagram name", {place.Right, y}, std::string(kName), size, AnchorX::Right);
   }

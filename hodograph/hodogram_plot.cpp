@@ -133,22 +133,29 @@ class Drawing : PlotPage {
   double MetersPerUnit() const { return Miles() ? kMetersPerMile : 1000; }
   double GridStep() const { return NiceStep(view_.Reach / MetersPerUnit() / 5); }
 
-  // Two texts on a line, the right one only where both have room.
-  void Pair(std::string_view left, std::string leftText, std::string_view right,
-            std::string rightText, const Rect& line, double size, bool bold) {
+  // Station left, the diagram's name right of it where both find room.
+  void Title(const Rect& line) {
+    constexpr std::string_view kName = "3-D Trajectory Diagram";
     const double y = (line.Top + line.Bottom) / 2;
-    const double wide = TextWidth(leftText, size, bold) + size + TextWidth(rightText, size);
-    Text(left, {line.Left, y}, Elided(leftText, size, line.Width(), bold), size, AnchorX::Left,
-         bold);
+    const FittedTitle title = FitTitle(hodogram_.Title, line.Width());
+    Text("title", {line.Left, y}, title.Text, title.Size, AnchorX::Left, true);
+    const double wide = TextWidth(title.Text, title.Size, true) + kTitleText;
+    if (wide + TextWidth(kName, kTitleText) > line.Width()) return;
+    Text("diagram name", {line.Right, y}, std::string(kName), kTitleText, AnchorX::Right);
+  }
+
+  // Two captions on a line, the right one only where both have room.
+  void Pair(std::string_view left, const std::string& leftText, const std::string& rightText,
+            const Rect& line) {
+    const double y = (line.Top + line.Bottom) / 2;
+    const double wide = TextWidth(leftText, kText) + kText + TextWidth(rightText, kText);
+    Text(left, {line.Left, y}, Elided(leftText, kText, line.Width()), kText, AnchorX::Left);
     if (wide > line.Width() || rightText.empty()) return;
-    Text(right, {line.Right, y}, std::move(rightText), size, AnchorX::Right);
+    Text("scale caption", {line.Right, y}, rightText, kText, AnchorX::Right);
   }
 
   void Captions() {
-    if (const Rect* title = layout_.Find("title")) {
-      Pair("title", hodogram_.Title, "diagram name", "3-D Trajectory Diagram", *title, kTitleText,
-           true);
-    }
+    if (const Rect* title = layout_.Find("title")) Title(*title);
     const Rect* foot = layout_.Find("captions");
     if (foot == nullptr) return;
     const double middle = (foot->Top + foot->Bottom) / 2;
@@ -156,8 +163,7 @@ class Drawing : PlotPage {
     const std::string step =
         hasPath ? Shortest(GridStep()) + (Miles() ? " Mile" : " Kilometer") + " Intervals" : "";
     const std::string tilt = "Vertical Tilt: " + Mask(settings_.Tilt, "##0");
-    Pair("tilt caption", tilt, "scale caption", step, {foot->Left, foot->Top, foot->Right, middle},
-         kText, false);
+    Pair("tilt caption", tilt, step, {foot->Left, foot->Top, foot->Right, middle});
     const std::string unit = Miles() ? "   Miles" : "Kilometers";
     const double taken = TextWidth(tilt + unit + step, kText) + 2 * kText;
     if (hasPath && taken <= foot->Width()) {
@@ -167,11 +173,10 @@ class Drawing : PlotPage {
     Pair("azimuth caption",
          "Azimuth View: " + Mask(settings_.Azimuth, "##0") + " " +
              std::string(CompassName(ToWhole(settings_.Azimuth))),
-         "scale caption",
          hasPath ? "Heights " + Mask(view_.PerHeightMeter / view_.PerMeter, "##0.0") +
                        " times the distances; rise of " + Shortest(kAscentRate) + " m/s"
                  : "",
-         {foot->Left, middle, foot->Right, foot->Bottom}, kText, false);
+         {foot->Left, middle, foot->Right, foot->Bottom});
   }
 
   // Lines across a round ground, so that no turn moves its corners over the captions.

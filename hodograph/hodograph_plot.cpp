@@ -168,10 +168,9 @@ void DrawTitle(Canvas& canvas, const Rect& place) {
   const double y = (place.Top + place.Bottom) / 2;
   const double name = TextWidth(kName, size);
   const double gap = Px(20);
-  const std::string& title = canvas.In.Sounding.StationTitle;
-  const bool hasBoth = TextWidth(title, size, true) + gap + name <= place.Width();
-  DrawText(canvas, "title", {place.Left, y}, Elided(title, size, place.Width(), true), size,
-           AnchorX::Left, true);
+  const FittedTitle title = FitTitle(canvas.In.Sounding.StationTitle, place.Width());
+  const bool hasBoth = TextWidth(title.Text, title.Size, true) + gap + name <= place.Width();
+  DrawText(canvas, "title", {place.Left, y}, title.Text, title.Size, AnchorX::Left, true);
   if (hasBoth) {
     DrawText(canvas, "diagram name", {place.Right, y}, std::string(kName), size, AnchorX::Right);
   }

@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "picture/surface.h"
+
 namespace vexa {
 namespace {
 
@@ -61,6 +63,22 @@ std::string Elided(std::string_view text, double size, double room, bool bold) {
     if (TextWidth(cut, size, bold) <= room) return cut;
   }
   return {};
+}
+
+FittedTitle FitTitle(std::string_view title, double room) {
+  for (const Type type : {Type::Title, Type::Value}) {
+    const double size = LetterSize(type);
+    if (TextWidth(title, size, true) <= room) return {std::string(title), size};
+  }
+  const double size = LetterSize(Type::Value);
+  const std::size_t date = title.rfind("  ");
+  if (date != std::string_view::npos) {
+    const std::string_view behind = title.substr(date);
+    const std::string station =
+        Elided(title.substr(0, date), size, room - TextWidth(behind, size, true), true);
+    if (!station.empty()) return {station + std::string(behind), size};
+  }
+  return {Elided(title, size, room, true), size};
 }
 
 std::vector<std::string> Wrapped(std::string_view text, double size, double room) {

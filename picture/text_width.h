@@ -17,6 +17,16 @@ double TextWidth(std::string_view text, double size, bool bold = false, Face fac
 /// and the ellipsis fit.
 std::string Elided(std::string_view text, double size, double room, bool bold = false);
 
+/// A bold title as it finds room.
+struct FittedTitle {
+  std::string Text{};
+  double Size = 0;  // of its letters
+};
+
+/// A sounding's title, "station  hour and date": a long one is written a step smaller, and where
+/// that is not enough the station is cut before the date is.
+FittedTitle FitTitle(std::string_view title, double room);
+
 /// The text in lines no wider than the room, broken at blanks; a word that is wider is cut.
 std::vector<std::string> Wrapped(std::string_view text, double size, double room);
 

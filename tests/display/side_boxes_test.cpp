@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -282,6 +283,28 @@ TEST(TextWidth, IsThatOfThePublishedMetrics) {
   EXPECT_NEAR(TextWidth("m\xC2\xB2", 100), 83.3 + 55.6, 1e-9);
   EXPECT_EQ(Elided("Precipitable water", 100, TextWidth("Precipit...", 100)), "Precipit...");
   EXPECT_EQ(Elided("Precipitable", 100, 50), "");
+}
+
+TEST(FitTitle, TheDateStaysLongestOfASoundingsTitle) {
+  constexpr double kLarge = LetterSize(Type::Title), kSmall = LetterSize(Type::Value);
+  const std::string title = "03808 - CAMBORNE, UNITED KINGDOM  00Z 06 FEB 2026";
+  const double large = TextWidth(title, kLarge, true), small = TextWidth(title, kSmall, true);
+  const std::string cut = "03808 - CAMB...  00Z 06 FEB 2026";
+  const std::tuple<double, std::string, double> cases[] = {
+      {large, title, kLarge},
+      {large - 1, title, kSmall},
+      {small, title, kSmall},
+      {TextWidth(cut, kSmall, true), cut, kSmall},
+      {TextWidth("00Z 06 FEB", kSmall, true),
+       Elided(title, kSmall, TextWidth("00Z 06 FEB", kSmall, true), true), kSmall}};
+  for (const auto& [room, text, size] : cases) {
+    const FittedTitle fitted = FitTitle(title, room);
+    EXPECT_EQ(fitted.Text, text);
+    EXPECT_EQ(fitted.Size, size) << text;
+  }
+  const std::string plain = "A title without a date that stands behind blanks";
+  EXPECT_EQ(FitTitle(plain, TextWidth("A title without...", kSmall, true)).Text,
+            "A title without...");
 }
 
 }  // namespace
