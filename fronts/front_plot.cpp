@@ -208,7 +208,8 @@ void DrawTitle(FrontPage& page, const Rect& place) {
   const double y = (place.Top + place.Bottom) / 2;
   const FittedTitle title = FitTitle(page.In.Winds.Sounding.StationTitle, place.Width());
   const double name = TextWidth(kName, size) + Px(20);
-  const bool hasBoth = TextWidth(title.Text, title.Size, true) + name <= place.Width();
+  const bool hasBoth =
+      title.Size == size && TextWidth(title.Text, size, true) + name <= place.Width();
   Write(page, "title", {place.Left, y}, title.Text, title.Size, AnchorX::Left, true);
   if (hasBoth) {
     Write(page, "diagram name", {place.Right, y}, std::string(kName), size, AnchorX::Right);

@@ -140,7 +140,7 @@ class Drawing : PlotPage {
     const FittedTitle title = FitTitle(hodogram_.Title, line.Width());
     Text("title", {line.Left, y}, title.Text, title.Size, AnchorX::Left, true);
     const double wide = TextWidth(title.Text, title.Size, true) + kTitleText;
-    if (wide + TextWidth(kName, kTitleText) > line.Width()) return;
+    if (title.Size < kTitleText || wide + TextWidth(kName, kTitleText) > line.Width()) return;
     Text("diagram name", {line.Right, y}, std::string(kName), kTitleText, AnchorX::Right);
   }
 

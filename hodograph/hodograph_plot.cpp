@@ -169,7 +169,8 @@ void DrawTitle(Canvas& canvas, const Rect& place) {
   const double name = TextWidth(kName, size);
   const double gap = Px(20);
   const FittedTitle title = FitTitle(canvas.In.Sounding.StationTitle, place.Width());
-  const bool hasBoth = TextWidth(title.Text, title.Size, true) + gap + name <= place.Width();
+  const bool hasBoth =
+      title.Size == size && TextWidth(title.Text, size, true) + gap + name <= place.Width();
   DrawText(canvas, "title", {place.Left, y}, title.Text, title.Size, AnchorX::Left, true);
   if (hasBoth) {
     DrawText(canvas, "diagram name", {place.Right, y}, std::string(kName), size, AnchorX::Right);
