@@ -144,15 +144,16 @@ void LabelIsotherm(Plot& plot, double temp, TempUnits units, double y, bool top,
   DrawText(plot.Page, "temperature label", {*x, y}, text, plot.Inks.Ink, size, AnchorX::Center);
 }
 
-// A label of the grid, where none stands yet; further rows above it are tried. One that finds no
-// place is told by its neighbours.
+// A label of the grid, where none stands yet, a digit apart from the next one on its line; further
+// rows above it are tried. One that finds no place is told by its neighbours.
 void DrawGridLabel(Plot& plot, std::string_view tag, Point at, const std::string& text, Color ink,
                    int rows = 1) {
+  const double digit = TextWidth("0", kSmallText);
   for (int row = 0; row < rows; ++row) {
     const Point there{at.X, at.Y - row * kSmallText};
     const Rect place = TextPlace(there, text, kSmallText, AnchorX::Center);
     if (!plot.GridLabels.IsFree(place)) continue;
-    plot.GridLabels.Take(place);
+    plot.GridLabels.Take({place.Left - digit, place.Top, place.Right + digit, place.Bottom});
     DrawTextOver(plot, tag, there, text, ink, kSmallText, AnchorX::Center);
     return;
   }
@@ -363,8 +364,9 @@ void DrawMixingRatioLines(Plot& plot) {
   }
 }
 
-// Labels stand at the lower edge where no trace runs, on the tephigram above the lines' ends: at their top pressure or,
-// where the frame ends before, at its right edge or below the numbers of its upper one.
+// Labels stand at the lower edge where no trace runs, on the tephigram above the lines' ends: at
+// their top pressure or, where the frame ends before, at its right edge or below the numbers of its
+// upper one.
 void DrawMixingRatioLabels(Plot& plot) {
   const DisplaySettings& set = plot.Set();
   if (!set.MixingLines || !set.WetLabel) return;

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "diagram/drawn.h"
+#include "support/page_checks.h"
 
 namespace vexa::diagram {
 namespace {
@@ -55,6 +56,22 @@ TEST(DrawingRules, MixingRatiosAreWrittenShort) {
   EXPECT_EQ(Texts(drawn().Page, "mixing ratio label"),
             (LabelTexts{"0.2", "0.4", "0.7", "1", "1.5", "2", "3", "4", "6", "8", "10", "13", "16",
                         "20", "25", "30", "36"}));
+}
+
+// On a small page some are left out: "0.7" and "1" next to each other would read 0.71.
+TEST(DrawingRules, NumbersOfTheGridStandADigitApart) {
+  Drawn drawn = OnEmagram();
+  drawn.Set.MixingLines = drawn.Set.WetLabel = true;
+  for (const int width : {300, 380, 500, 1600}) {
+    drawn.On = WindowSurface(width, 500);
+    const SoundingPlot plot = drawn();
+    const std::vector<Label> labels = Tagged<Label>(plot.Page, "mixing ratio label");
+    EXPECT_GT(labels.size(), 4U) << width;
+    for (std::size_t i = 1; i < labels.size(); ++i) {
+      const double gap = test::PlaceOf(labels[i]).Left - test::PlaceOf(labels[i - 1]).Right;
+      EXPECT_GE(gap, TextWidth("0", labels[i].Size)) << width << ' ' << labels[i].Text;
+    }
+  }
 }
 
 TEST(DrawingRules, TheFrameLeavesRoomForWhatStandsAroundIt) {
