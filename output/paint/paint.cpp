@@ -2,22 +2,20 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <QColor>
 #include <QImage>
 #include <QPainter>
 #include <span>
-#include <utility>
 #include <vector>
 
+#include "output/paint/drawn_pixels.h"
 #include "output/paint/painter.h"
 #include "picture/picture.h"
 
 namespace vexa::paint {
 
 struct KeptGround::Kept {
-  QImage Image{};    // what there is besides paper
-  QPointF Left{};    // its left upper corner in the target
+  DrawnPixels Pixels{};
   double Ratio = 0;  // device pixels for one of the target
   QSizeF Target{};
   Color Paper{};
@@ -34,35 +32,6 @@ struct KeptGround::Kept {
                                   KeptFonts& fonts);
 };
 
-namespace {
-
-// The part of an image of paper on which something is drawn, in its pixels. Paper is compared as a
-// block of memory; single pixels are looked at where the part grows only.
-QRect DrawnPart(const QImage& image, QRgb paper) {
-  const int width = image.width();
-  const std::vector<QRgb> blank(static_cast<std::size_t>(width), paper);
-  int left = width, right = 0, top = 0, bottom = 0;  // the last two excluded
-  for (int y = 0; y < image.height(); ++y) {
-    const auto* row = reinterpret_cast<const QRgb*>(image.constScanLine(y));
-    const auto isPaper = [&](int from, int to) {
-      const auto bytes = static_cast<std::size_t>(to - from) * sizeof(QRgb);
-      return std::memcmp(row + from, blank.data(), bytes) == 0;
-    };
-    if (isPaper(0, width)) continue;
-    if (bottom == 0) top = y;
-    bottom = y + 1;
-    if (!isPaper(0, left)) {
-      for (left = 0; row[left] == paper;) ++left;
-    }
-    if (!isPaper(right, width)) {
-      for (right = width; row[right - 1] == paper;) --right;
-    }
-  }
-  return bottom == 0 ? QRect() : QRect(left, top, right - left, bottom - top);
-}
-
-}  // namespace
-
 std::unique_ptr<KeptGround::Kept> KeptGround::Kept::Of(const Picture& picture, double ratio,
                                                        const QSizeF& target, KeptFonts& fonts) {
   QImage image(static_cast<int>(std::ceil(target.width() * ratio)),
@@ -74,10 +43,8 @@ std::unique_ptr<KeptGround::Kept> KeptGround::Kept::Of(const Picture& picture, d
     QPainter fresh(&image);
     Painter(fresh, &fonts).Page(picture, QRectF(QPointF(0, 0), target), Painter::Part::Ground);
   }
-  const QRect drawn = DrawnPart(image, paper.rgb());
   const std::span<const Item> items = picture.Ground();
-  return std::make_unique<Kept>(Kept{drawn.isEmpty() ? QImage() : image.copy(drawn),
-                                     QPointF(drawn.topLeft()) / ratio,
+  return std::make_unique<Kept>(Kept{DrawnPixels(image, paper.rgb()),
                                      ratio,
                                      target,
                                      picture.Paper(),
@@ -113,7 +80,7 @@ void Paint(const Picture& picture, QPainter& painter, const QRectF& target, Kept
   }
   const KeptGround::Kept& kept = *ground->kept_;
   painter.fillRect(target, ToColor(picture.Paper()));
-  if (!kept.Image.isNull()) painter.drawImage(target.topLeft() + kept.Left, kept.Image);
+  kept.Pixels.DrawOn(painter, target.topLeft());
   on.Page(picture, target, Painter::Part::Rest);
   painter.restore();
 }

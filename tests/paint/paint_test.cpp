@@ -194,14 +194,23 @@ TEST(Paint, ADocumentIsTheSameWhateverWasPaintedBefore) {
   EXPECT_TRUE(document(800, 600) == before);
 }
 
-// A grid under a trace that changes, at several sizes and with another grid in between.
+// A grid under a trace that changes, at several sizes, on screens of several ratios, and with
+// another ground in between: none, along the page's edges, and far from them.
 TEST(Paint, AKeptGroundGivesTheSamePixels) {
-  const auto page = [](int shift, Color grid) {
+  enum class Ground { Grid, None, Edges, Inside };
+  const auto page = [](int shift, Color grid, Ground kind) {
     Picture made(1000, 700, kWhite);
-    for (int i = 0; i < 20; ++i) {
+    for (int i = 0; kind == Ground::Grid && i < 20; ++i) {
       made.Add("grid",
                Polyline{{{50.0 * i, 0}, {50.0 * i + 170, 700}}, {grid, 9, LineStyle::Dash}});
     }
+    const auto box = [&](double left, double top, double right, double bottom) {
+      made.Add("box",
+               Polyline{{{left, top}, {right, top}, {right, bottom}, {left, bottom}, {left, top}},
+                        {grid, 3}});
+    };
+    if (kind == Ground::Edges) box(0, 0, 1000, 700);
+    if (kind == Ground::Inside) box(313, 207, 611, 498);
     made.EndGround();
     made.Add("trace", Polyline{{{100, 600}, {300.0 + shift, 350}, {800, 80}},
                                {{200, 0, 0, 120}, 30, LineStyle::Solid}});
@@ -212,15 +221,26 @@ TEST(Paint, AKeptGroundGivesTheSamePixels) {
     int Shift;
     Color Grid;
     QSize Size;
-  } const steps[] = {{0, kBlack, {500, 350}},       {90, kBlack, {500, 350}},
-                     {90, {0, 120, 0}, {500, 350}}, {40, {0, 120, 0}, {613, 350}},
-                     {40, kBlack, {613, 350}},      {41, kBlack, {613, 350}}};
+    Ground Kind = Ground::Grid;
+    double Ratio = 1;
+  } const steps[] = {{0, kBlack, {500, 350}},
+                     {90, kBlack, {500, 350}},
+                     {90, {0, 120, 0}, {500, 350}},
+                     {40, {0, 120, 0}, {613, 350}},
+                     {40, kBlack, {613, 350}},
+                     {41, kBlack, {613, 350}},
+                     {41, kBlack, {613, 350}, Ground::None},
+                     {42, kBlack, {613, 350}, Ground::Edges},
+                     {42, kBlack, {613, 350}, Ground::Inside},
+                     {43, kBlack, {612, 352}, Ground::Grid, 1.25},
+                     {44, kBlack, {612, 352}, Ground::Inside, 1.5},
+                     {45, kBlack, {612, 352}, Ground::Edges, 2}};
   KeptGround ground;
   for (const auto& step : steps) {
-    const Picture picture = page(step.Shift, step.Grid);
-    EXPECT_TRUE(Painted(picture, step.Size, &ground) ==
-                ToImage(picture, step.Size.width(), step.Size.height()))
-        << step.Shift;
+    const Picture picture = page(step.Shift, step.Grid, step.Kind);
+    EXPECT_TRUE(Painted(picture, step.Size, &ground, step.Ratio) ==
+                Painted(picture, step.Size, nullptr, step.Ratio))
+        << step.Shift << ' ' << static_cast<int>(step.Kind) << ' ' << step.Ratio;
   }
 }
 
