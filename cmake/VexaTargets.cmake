@@ -93,6 +93,9 @@ function(_vexa_common target)
     endif()
     if(NOT WIN32)  # the same for programs and libraries, or they could share no precompiled header
       target_compile_options(${target} PRIVATE -fPIC)
+      if(NOT CMAKE_BUILD_TYPE STREQUAL "Debug")
+        target_compile_options(${target} PRIVATE -ffunction-sections)  # for vexa_order_start
+      endif()
     endif()
     if(VEXA_WERROR)
       target_compile_options(${target} PRIVATE -Werror)
@@ -142,6 +145,27 @@ function(vexa_executable target)
   _vexa_common(${target})
   _vexa_include_root(${target} ${ARG_FOLDER})
   target_link_libraries(${target} PRIVATE ${ARG_LINKS})
+endfunction()
+
+# vexa_order_start(<target> <list>): a program takes less memory where the functions that its start runs
+# lie side by side, in the order of a list (scripts/start_order), and where the addresses that the loader
+# has to fill in are told in their short form. Where the linker cannot do so the program is linked as usual.
+include(CheckLinkerFlag)
+function(vexa_order_start target list)
+  if(NOT UNIX OR CMAKE_BUILD_TYPE STREQUAL "Debug")
+    return()
+  endif()
+  set(order LINKER:-T,${list})
+  check_linker_flag(CXX ${order} VEXA_LINKS_IN_ORDER)
+  if(VEXA_LINKS_IN_ORDER)
+    target_link_options(${target} PRIVATE ${order})
+    set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${list})
+  endif()
+  set(short LINKER:-z,pack-relative-relocs)
+  check_linker_flag(CXX ${short} VEXA_LINKS_SHORT_ADDRESSES)
+  if(VEXA_LINKS_SHORT_ADDRESSES)
+    target_link_options(${target} PRIVATE ${short})
+  endif()
 endfunction()
 
 # vexa_late_library(<target> <NAME> <library> [file...]): a library that few runs need is opened when
