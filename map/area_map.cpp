@@ -275,17 +275,24 @@ class Drawing : PlotPage {
     return way;
   }
 
-  // What a symbol covers stays free of names.
-  void TakeItemsFrom(std::size_t first, LabelRoom& room) const {
+  // What a symbol covers stays free of names, and the station's own stands outside its circles, the
+  // largest of which reaches so far.
+  double TakeItemsFrom(std::size_t first, LabelRoom& room) const {
+    double reach = 0;
     for (std::size_t i = first; i < Page.Items().size(); ++i) {
       if (const auto* line = std::get_if<Polyline>(&Page.Items()[i].Shape)) {
         room.AvoidLine(line->Points, kBesideLine);
+      } else if (const auto* circle = std::get_if<Circle>(&Page.Items()[i].Shape)) {
+        room.Avoid(circle->Center, circle->Radius);
+        reach = std::max(reach, circle->Radius + circle->Stroke.Width / 2);
       }
     }
+    return reach;
   }
 
   void Stations() {
     LabelRoom& room = room_.emplace(on_);
+    reaches_.assign(input_.Stations.size(), 0);
     std::vector<Place> line;
     for (const MapStation& station : input_.Stations) {
       if (!station.IsAside) line.push_back(station.At);
@@ -314,16 +321,18 @@ class Drawing : PlotPage {
       room.Take({at->X - 60, at->Y - 60, at->X + 60, at->Y + 60});
       const std::size_t drawn = Page.Items().size();
       if (input_.Symbol) input_.Symbol(Page, *at, at_.NorthAt(station.At), i);
-      TakeItemsFrom(drawn, room);
+      reaches_[i] = TakeItemsFrom(drawn, room);
     }
   }
 
   void StationNames(bool isAside, LabelRoom& room) {
-    for (const MapStation& station : input_.Stations) {
+    for (std::size_t i = 0; i < input_.Stations.size(); ++i) {
+      const MapStation& station = input_.Stations[i];
       const std::optional<Point> at = at_.ToPage(station.At);
       if (station.IsAside != isAside || !at || !on_.Contains(*at)) continue;
       const double width = TextWidth(station.Name, kNote);
-      if (const auto middle = room.Beside(*at, width, kNote, 90)) {
+      const double gap = std::max(90.0, reaches_[i] + kBesideLine);
+      if (const auto middle = room.Beside(*at, width, kNote, gap)) {
         Text("station name", *middle, station.Name, kNote, AnchorX::Center,
              isAside ? inks_.Faint : inks_.Ink);
       }
@@ -342,6 +351,7 @@ class Drawing : PlotPage {
   Rect on_{};
   MapFrame at_{};
   std::vector<GridLabel> gridLabels_{};
+  std::vector<double> reaches_{};  // of each station's symbol
   std::optional<LabelRoom> room_{};
 };
 

@@ -6,6 +6,7 @@
 
 #include "core/files.h"
 #include "map/area_map.h"
+#include "support/page_checks.h"
 #include "support/soundings.h"
 #include "support/tagged_items.h"
 
@@ -174,6 +175,29 @@ TEST(AreaMap, ShowsStationsAndTheirLine) {
   EXPECT_EQ(count("coast"), 0u);  // elsewhere
   EXPECT_EQ(symbols, 2);
   EXPECT_GT(count("graticule"), 4u);
+}
+
+// A ring round a station, as that of a chosen one, is no place for its name nor for its
+// neighbour's.
+TEST(AreaMap, NamesStandOutsideTheRingsOfSymbols) {
+  const std::vector<MapStation> stations = {{{50.2, -5.3}, "CAMBORNE"}, {{50.3, -4.1}, "PLYMOUTH"}};
+  const std::vector<MapLine> none;
+  constexpr double kRadius = 130;
+  const auto symbol = [](Picture& page, Point at, double, std::size_t) {
+    page.Add("ring", Circle{.Center = at, .Radius = kRadius, .Stroke = {.Width = 44}});
+  };
+  const AreaMap map = PlotAreaMap(
+      {.Title = "Area", .Stations = stations, .Lines = none, .Symbol = symbol}, {10000, 8000});
+  const std::vector<Label> names = test::Tagged<Label>(map.Page, "station name");
+  ASSERT_EQ(names.size(), 2U);
+  for (const Circle& ring : test::Tagged<Circle>(map.Page, "ring")) {
+    for (const Label& name : names) {
+      const Rect place = test::PlaceOf(name);
+      const double dx = std::max({place.Left - ring.Center.X, ring.Center.X - place.Right, 0.0});
+      const double dy = std::max({place.Top - ring.Center.Y, ring.Center.Y - place.Bottom, 0.0});
+      EXPECT_GE(std::hypot(dx, dy), kRadius + 22) << name.Text;
+    }
+  }
 }
 
 TEST(AreaMap, ALineBetweenFarPlacesIsNotPassedOver) {
