@@ -87,6 +87,7 @@ PlainDisplayWindow::PlainDisplayWindow(Program& program, const DisplayRow& row, 
   layout->addWidget(around_, 1);
   line_ = new QHBoxLayout;
   if (row.Controls != nullptr) {
+    line_->setContentsMargins(4, 2, 4, 2);
     for (const ControlRow& control : row.Controls()) line_->addWidget(MakeControl(control));
     line_->addStretch(1);
   }

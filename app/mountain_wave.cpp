@@ -134,10 +134,11 @@ void MountainWave::BuildControls(QWidget& above) {
     box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     box->setMinimumContentsLength(14);
     for (const std::string_view word : words) box->addItem(ToQString(word));
-    line->addWidget(box, 1);
+    line->addWidget(box, 2);
     return box;
   };
   wave_ = list("cboWave", "The wave that the diagram shows, by the order of the listing", {});
+  line->setStretchFactor(wave_, 3);  // a wave's entry is the longest
   mountains_ = list("cboMountains", "Which mountains", kMountains);
   layers_ = list("ToolSkewT", "Waves that the thermodynamic diagram marks", kLayers);
   auto* enter = new QPushButton(QStringLiteral("&Mountains..."), this);
