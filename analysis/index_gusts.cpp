@@ -74,7 +74,7 @@ double SecondSpeed(In& in) {
   const WindVector low = in.MeanWind(0, kLowWindTop);
   const double carried = in.Note("mean wind 0-5000 ft", std::hypot(low.U, low.V), "kt") / 3;
   const WindVector steering = in.MeanWind(kSteerBottom, kSteerTop);
-  in.Note("gusts come from", FromComponents(steering).Dir, "deg");
+  if (in.Keeps()) in.Note("gusts come from", FromComponents(steering).Dir, "deg");
   return carried + GustOf((first + second) / 2);
 }
 

@@ -40,7 +40,7 @@ double IndexReader::Part(double (*compute)(IndexReader& in)) {
     return known->Reason.empty() ? known->Value : Fail(known->Reason);
   }
   const double value = compute(*this);
-  shared_.parts_.push_back({.Compute = compute, .Value = value, .Reason = reason_});
+  shared_.parts_.push_back({.Compute = compute, .Value = value, .Reason = told_.Reason});
   return value;
 }
 
@@ -59,7 +59,7 @@ void IndexReader::Setting(std::string_view label, std::string_view value) {
 }
 
 double IndexReader::Fail(std::string reason) {
-  if (reason_.empty()) reason_ = std::move(reason);
+  if (told_.Reason.empty()) told_.Reason = std::move(reason);
   return 0;
 }
 

@@ -43,9 +43,16 @@ class IndexReader {
   /// Whether each value that is read is noted down, or only the reason for a missing one.
   enum class Notes { Keep, Drop };
 
+  /// told   takes what is told beside the number and the reason why there is none
   IndexReader(const SoundingRecord& sounding, const AnalysisResults& results,
-              const AnalysisSettings& options, SharedReadings& shared, Notes notes)
-      : sounding_(sounding), results_(results), options_(options), shared_(shared), notes_(notes) {}
+              const AnalysisSettings& options, SharedReadings& shared, Notes notes,
+              IndexValue& told)
+      : sounding_(sounding),
+        results_(results),
+        options_(options),
+        shared_(shared),
+        notes_(notes),
+        told_(told) {}
 
   // Each gives 0 once something is missing: the index goes through its formula and is dropped.
   double Temp(double press);         // °C, as GetTEMP gives it
@@ -84,14 +91,12 @@ class IndexReader {
   void SayDirection(double degrees) { told_.Direction = degrees; }
   void SayBoth(double first, double second) { told_.Both = {first, second}; }
   void SayBound();
-  IndexValue TakeTold() { return std::move(told_); }
   /// There is no value, for this reason; the first reason stays. Gives 0.
   double Fail(std::string reason);
 
   /// Whether values are noted down: a note that costs something to make is made then only.
   bool Keeps() const { return notes_ == Notes::Keep && !Failed(); }
-  bool Failed() const { return !reason_.empty(); }
-  std::string TakeReason() { return std::exchange(reason_, {}); }
+  bool Failed() const { return !told_.Reason.empty(); }
   std::vector<IndexInput>& Inputs() { return inputs_; }
 
   const SoundingRecord& Sounding() const { return sounding_; }
@@ -109,9 +114,8 @@ class IndexReader {
   const AnalysisSettings& options_;
   SharedReadings& shared_;
   Notes notes_;
+  IndexValue& told_;
   std::vector<IndexInput> inputs_{};
-  std::string reason_{};
-  IndexValue told_{};
 };
 
 }  // namespace vexa::analysis

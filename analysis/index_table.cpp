@@ -322,27 +322,21 @@ const IndexRow* FindIndex(std::string_view label) {
 
 namespace {
 
-IndexValue Finish(const IndexRow& row, IndexReader& reader, double value) {
+// Computes a row through its reader, into the index of which the reader tells.
+void Compute(const IndexRow& row, IndexReader& reader, IndexValue& index) {
+  const double value = row.Compute(reader);
   if (!reader.Failed() && !std::isfinite(value)) {
     reader.Fail("the formula has no value for these inputs");
   }
-  if (reader.Failed()) {
-    IndexValue none{.Row = &row};
-    none.Reason = reader.TakeReason();
-    return none;
-  }
-  IndexValue index = reader.TakeTold();
+  if (reader.Failed()) index = {.Reason = std::move(index.Reason)};
   index.Row = &row;
-  index.Value = value;
-  return index;
+  if (!reader.Failed()) index.Value = value;
 }
 
-IndexValue ComputeRow(const IndexRow& row, const SoundingRecord& sounding,
-                      const AnalysisResults& results, const AnalysisSettings& options,
-                      SharedReadings& shared) {
-  IndexReader reader(sounding, results, options, shared, IndexReader::Notes::Drop);
-  const double value = row.Compute(reader);
-  return Finish(row, reader, value);
+void ComputeRow(const IndexRow& row, const SoundingRecord& sounding, const AnalysisResults& results,
+                const AnalysisSettings& options, SharedReadings& shared, IndexValue& index) {
+  IndexReader reader(sounding, results, options, shared, IndexReader::Notes::Drop, index);
+  Compute(row, reader, index);
 }
 
 }  // namespace
@@ -350,17 +344,18 @@ IndexValue ComputeRow(const IndexRow& row, const SoundingRecord& sounding,
 IndexValue ComputeIndex(const IndexRow& row, const SoundingRecord& sounding,
                         const AnalysisResults& results, const AnalysisSettings& options) {
   SharedReadings shared;
-  return ComputeRow(row, sounding, results, options, shared);
+  IndexValue index;
+  ComputeRow(row, sounding, results, options, shared, index);
+  return index;
 }
 
 std::vector<IndexValue> ComputeIndices(const SoundingRecord& sounding,
                                        const AnalysisResults& results,
                                        const AnalysisSettings& options) {
-  std::vector<IndexValue> indices;
-  indices.reserve(std::size(kRows));
+  std::vector<IndexValue> indices(std::size(kRows));
   SharedReadings shared;
-  for (const IndexRow& row : kRows) {
-    indices.push_back(ComputeRow(row, sounding, results, options, shared));
+  for (std::size_t i = 0; i < indices.size(); ++i) {
+    ComputeRow(kRows[i], sounding, results, options, shared, indices[i]);
   }
   return indices;
 }
@@ -461,9 +456,9 @@ std::string ShownValue(const IndexValue& index, const UnitSettings& settings, do
 std::string Explain(const IndexRow& row, const SoundingRecord& sounding,
                     const AnalysisResults& results, const AnalysisSettings& options) {
   SharedReadings shared;
-  IndexReader reader(sounding, results, options, shared, IndexReader::Notes::Keep);
-  const double value = row.Compute(reader);
-  const IndexValue index = Finish(row, reader, value);
+  IndexValue index;
+  IndexReader reader(sounding, results, options, shared, IndexReader::Notes::Keep, index);
+  Compute(row, reader, index);
   std::string text = std::string(Trim(row.Label)) + "  " + std::string(row.Name) + ": ";
   if (!index.Exists()) {
     text += "-- (" + index.Reason + ")";
