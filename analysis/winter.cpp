@@ -200,9 +200,9 @@ WinterResults AnalyseWinter(const AnalysisResults& results) {
   FindPrecipitation(results, winter);
   if (levels.Press.Top() <= kHighest && levels.Press(1) > kHighest) {
     double warmest = SampleAt(levels, kHighest, Quantity::Temp).Value;
-    for (int i = 1; i <= levels.Count() && levels.Press(i) >= kHighest; ++i) {
-      warmest = std::max(warmest, levels.Temp(i));
-    }
+    const std::vector<double>& pressures = levels.Press.Values();
+    const std::size_t end = FirstBelow(pressures.data(), 0, pressures.size(), kHighest);
+    warmest = std::max(warmest, MostOf(levels.Temp.Values().data(), 0, end));
     winter.SnowRatio = SnowRatio(warmest);
   }
   winter.SnowSquall = SnowSquall(results.Winds, levels);
