@@ -1,6 +1,7 @@
 // Composite parameters of severe storms, and the energy of parcels that they are made of.
 #include <algorithm>
 #include <cmath>
+#include <memory>
 #include <numbers>
 #include <string>
 
@@ -209,16 +210,27 @@ VEXA_WIDE void FillTrapezoids(const double* values, const double* heights, std::
 VEXA_WIDE void FillPulls(EnergyColumns air, ColumnVapor table, const double* energies,
                          const double* areas, std::size_t from, std::size_t end, double* pulls) {
   constexpr double kColdest = 125, kWarmest = 395;  // K, on the ladder
-  VEXA_INDEPENDENT
-  for (std::size_t i = from; i < end; ++i) {
-    const double tempK = std::min(std::max(air.Temp[i] + kKelvinOffset, kColdest), kWarmest);
-    const double vapor = table.At(tempK - kKelvinOffset, tempK).Pressure;
-    const double dry = air.Press[i] - vapor;
-    const double share = dry > 0 ? kEpsilon * vapor / (dry + kEpsilon * vapor) : 0;
-    const double saturated = DryEnergy(air, i) + kVaporHeat * share;
-    const double depth = air.Height[i] - air.Ground;
-    const double mean = depth > 0 ? areas[i] / depth : energies[i];
-    pulls[i] = kGravity / kHeatCapacity / tempK * (saturated - mean);
+  constexpr std::size_t kAtATime = ColumnVapor::Block::kCount;
+  ColumnVapor::Block rungs;
+  ColumnVapor::Block::Column tempsK;
+  for (; from < end; from += kAtATime) {
+    const std::size_t count = std::min(end - from, kAtATime);
+    if (count < kAtATime) tempsK.fill(kColdest);
+    for (std::size_t k = 0; k < count; ++k) {
+      tempsK[k] = std::min(std::max(kColdest, air.Temp[from + k] + kKelvinOffset), kWarmest);
+    }
+    table.Find(tempsK, rungs);
+    VEXA_INDEPENDENT
+    for (std::size_t k = 0; k < count; ++k) {
+      const std::size_t i = from + k;
+      const double vapor = rungs.At(k).Pressure;
+      const double dry = air.Press[i] - vapor;
+      const double share = dry > 0 ? kEpsilon * vapor / (dry + kEpsilon * vapor) : 0;
+      const double saturated = DryEnergy(air, i) + kVaporHeat * share;
+      const double depth = air.Height[i] - air.Ground;
+      const double mean = depth > 0 ? areas[i] / depth : energies[i];
+      pulls[i] = kGravity / kHeatCapacity / tempsK[k] * (saturated - mean);
+    }
   }
 }
 
@@ -238,8 +250,8 @@ double DilutionPotential(const LevelProfile& levels, SaturationOver over, double
   const std::size_t above = FirstAbove(heights.data(), 0, last, free);
   const std::size_t first = above > 0 ? above - 1 : 0;
   const std::size_t count = last + 1;
-  std::vector<double> scratch(3 * count);
-  double* energies = scratch.data();
+  const auto scratch = std::make_unique_for_overwrite<double[]>(3 * count);
+  double* energies = scratch.get();
   double* areas = energies + count;
   double* pulls = areas + count;
   FillEnergies(air, count, energies);
