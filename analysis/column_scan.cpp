@@ -69,6 +69,11 @@ VEXA_WIDE std::size_t FirstRise(const double* values, std::size_t from, std::siz
   return found == end - 1 ? end : found;
 }
 
+VEXA_WIDE bool HasFall(const double* values, std::size_t count) {
+  const auto falls = [=](std::size_t i) { return values[i] > values[i + 1]; };
+  return count > 1 && FirstThat(0, count - 1, falls) < count - 1;
+}
+
 VEXA_WIDE std::size_t FirstSlowFall(const double* values, const double* along, std::size_t from,
                                     std::size_t end, double rate) {
   if (from + 1 >= end) return end;

@@ -46,6 +46,9 @@ std::size_t FirstNotBelow(const double* values, std::size_t from, std::size_t en
 /// The first place in [from, end - 1) whose value is less than the next one.
 std::size_t FirstRise(const double* values, std::size_t from, std::size_t end);
 
+/// Whether any value is greater than the next one.
+bool HasFall(const double* values, std::size_t count);
+
 /// The first place in [from, end - 1) from which on to the next the values fall by at most, or by
 /// more than, a rate times the rise of another column.
 std::size_t FirstSlowFall(const double* values, const double* along, std::size_t from,

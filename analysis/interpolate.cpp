@@ -1,6 +1,7 @@
 #include "analysis/interpolate.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdint>
 #include <functional>
@@ -8,6 +9,7 @@
 #include <stdexcept>
 
 #include "analysis/column_math.h"
+#include "analysis/column_scan.h"
 #include "analysis/moist_air.h"
 #include "analysis/pressure_grid.h"
 #include "analysis/standard_atmosphere.h"
@@ -97,13 +99,39 @@ std::optional<Bracket> WindsAbout(const std::vector<double>& heights, double hei
 }
 
 // What Components gives, many at a time.
-VEXA_WIDE void TurnWinds(const double* dirs, const double* spds, std::size_t count,
-                         WindVector* vectors) {
+template <class Number>
+inline __attribute__((always_inline)) void TurnSome(const Number* dirs, const Number* spds,
+                                                    std::size_t count, WindVector* vectors) {
   VEXA_INDEPENDENT
   for (std::size_t i = 0; i < count; ++i) {
-    const SinCos turned = ColumnSinCos(Radians(dirs[i]));
-    vectors[i] = {spds[i] * turned.Sin, spds[i] * turned.Cos};
+    const SinCos turned = ColumnSinCos(Radians(static_cast<double>(dirs[i])));
+    const auto speed = static_cast<double>(spds[i]);
+    vectors[i] = {speed * turned.Sin, speed * turned.Cos};
   }
+}
+
+VEXA_WIDE void Turn(const double* dirs, const double* spds, std::size_t count,
+                    WindVector* vectors) {
+  TurnSome(dirs, spds, count, vectors);
+}
+
+VEXA_WIDE void Turn(const float* dirs, const float* spds, std::size_t count, WindVector* vectors) {
+  TurnSome(dirs, spds, count, vectors);
+}
+
+// Some at a time, so that none is written before it is known.
+template <class Number>
+std::vector<WindVector> TurnWinds(const Number* dirs, const Number* spds, std::size_t count) {
+  constexpr std::size_t kAtATime = 256;
+  std::array<WindVector, kAtATime> some;
+  std::vector<WindVector> vectors;
+  vectors.reserve(count);
+  for (std::size_t from = 0; from < count; from += kAtATime) {
+    const std::size_t part = std::min(count - from, kAtATime);
+    Turn(dirs + from, spds + from, part, some.data());
+    vectors.insert(vectors.end(), some.data(), some.data() + part);
+  }
+  return vectors;
 }
 
 // Whether every level has a wind and no value is near a marker: so it is of nearly every sounding.
@@ -302,17 +330,13 @@ WindProfile DeriveWinds(const SoundingRecord& sounding, double highest) {
   const std::vector<float>& workDirs = sounding.WorkWindDir.Values();
   const std::vector<float>& workSpds = sounding.WorkWindSpd.Values();
   WindProfile winds;
-  std::vector<double> dirs, spds;
   if (HasWindThroughout(heights.data(), observedDirs, observedSpds, count) &&
       !(highest < kNotReached)) {
     winds.Heights = heights;
-    if (isWorking) {
-      dirs.assign(workDirs.begin(), workDirs.end());
-      spds.assign(workSpds.begin(), workSpds.end());
-      observedDirs = dirs.data();
-      observedSpds = spds.data();
-    }
+    winds.Vectors = isWorking ? TurnWinds(workDirs.data(), workSpds.data(), count)
+                              : TurnWinds(observedDirs, observedSpds, count);
   } else {
+    std::vector<double> dirs, spds;
     dirs.reserve(count);
     spds.reserve(count);
     winds.Heights.reserve(count);
@@ -326,12 +350,9 @@ WindProfile DeriveWinds(const SoundingRecord& sounding, double highest) {
       spds.push_back(isWorking ? static_cast<double>(workSpds[i]) : observedSpds[i]);
       if (height > highest) break;
     }
-    observedDirs = dirs.data();
-    observedSpds = spds.data();
+    winds.Vectors = TurnWinds(dirs.data(), spds.data(), dirs.size());
   }
-  winds.Vectors.resize(winds.Heights.size());
-  TurnWinds(observedDirs, observedSpds, winds.Vectors.size(), winds.Vectors.data());
-  winds.IsOrdered = std::ranges::is_sorted(winds.Heights);
+  winds.IsOrdered = !HasFall(winds.Heights.data(), winds.Heights.size());
   return winds;
 }
 
