@@ -193,7 +193,9 @@ class InflowTest {
 class LiftableLevels {
  public:
   LiftableLevels(const LevelProfile& levels, const PressureGrid& grid)
-      : levels_(levels), top_(grid.Top) {}
+      : levels_(levels), top_(grid.Top) {
+    found_.reserve(levels.Press.Values().size());
+  }
 
   /// Whether there is a level of this place among them, from 0.
   bool Has(std::size_t place) {

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <span>
 
+#include "analysis/column_scan.h"
 #include "analysis/moist_air.h"
 #include "analysis/profile_walk.h"
 #include "core/units.h"
@@ -109,14 +110,18 @@ std::vector<WindPair> PairWinds(const WindProfile& winds, const LevelProfile& le
   // The last wind may stand a little above the last temperature, whose height is worked out.
   const double reach = top + kBeyondShare * (top - bottom);
   constexpr double kRounding = 0.01;  // m
-  if (leastThickness == 0) pairs.reserve(winds.Count());
+  constexpr double kNoLimit = 1e9;
+  const bool isAllLow = winds.IsOrdered && winds.Count() > 0 && winds.Heights.back() <= highest;
+  const std::size_t end = isAllLow ? winds.Count()
+                                   : FirstAbove(winds.Heights.data(), 0, winds.Count(), highest);
+  const double most = leastThickness > 0 ? (reach - bottom) / leastThickness + 1 : kNoLimit;
+  pairs.reserve(std::min(end, static_cast<std::size_t>(std::min(std::max(0.0, most), kNoLimit))));
   ProfileWalk walk(levels);
   AirPoint low;
   WindVector lowWind;
   bool begun = false;
-  for (std::size_t i = 0; i < winds.Count(); ++i) {
+  for (std::size_t i = 0; i < end; ++i) {
     const double height = winds.Heights[i];
-    if (height > highest) break;
     if (height < bottom || height > reach) continue;
     if (begun && !(height - low.Height >= std::max(leastThickness, 1e-6))) {
       const double near = std::min(low.Height + leastThickness - kRounding, highest);
