@@ -109,6 +109,12 @@ void SolveAdiabat(double thetaE, SaturationOver over, int bottom, int top, doubl
   }
 }
 
+// Of the cubic through four columns, a share of the way from the second to the third.
+inline std::array<double, 4> CubicWeights(double u) {
+  return {-u * (u - 1) * (u - 2) / 6, (u + 1) * (u - 1) * (u - 2) / 2, -(u + 1) * u * (u - 2) / 2,
+          (u + 1) * u * (u - 1) / 6};
+}
+
 VEXA_WIDE void SumColumns(const double* a, const double* b, const double* c, const double* d,
                           std::array<double, 4> weights, std::size_t count, double* out) {
   const auto [wa, wb, wc, wd] = weights;
@@ -165,25 +171,28 @@ void AdiabatTable::Fill(VaporFormula formula, int rung) {
   column.VirtualAreas = AreasOverLog(column.VirtualTemps, kGridBottom);
 }
 
+AdiabatTable::Rung AdiabatTable::RungBelow(double thetaE) {
+  const double place = (thetaE - kFirstRung) / kRungHeight;
+  const int number = static_cast<int>(place);
+  return {number, place - number};
+}
+
 bool AdiabatTable::IsOnLadder(double thetaE) {
   return thetaE >= kFirstRung + kRungHeight && thetaE < kFirstRung + kRungHeight * (kRungs - 2);
 }
 
 AdiabatTable::Weighted AdiabatTable::Neighbours(VaporFormula formula, double thetaE) {
-  const double place = (thetaE - kFirstRung) / kRungHeight;
-  const int rung = static_cast<int>(place);
-  const double u = place - rung;  // 0 … 1 between the two middle columns
+  const Rung at = RungBelow(thetaE);
   const std::vector<Column>& columns = columns_[static_cast<std::size_t>(formula)];
   int& latest = latest_[static_cast<std::size_t>(formula)];
-  if (latest != rung || columns.empty()) {
-    for (int i = 0; i < 4; ++i) At(formula, rung - 1 + i);
-    latest = rung;
+  if (latest != at.Number || columns.empty()) {
+    for (int i = 0; i < 4; ++i) At(formula, at.Number - 1 + i);
+    latest = at.Number;
   }
   Weighted blend;
-  const Column* lowest = columns.data() + rung - 1;
+  const Column* lowest = columns.data() + at.Number - 1;
   blend.Columns = {lowest, lowest + 1, lowest + 2, lowest + 3};
-  blend.Weights = {-u * (u - 1) * (u - 2) / 6, (u + 1) * (u - 1) * (u - 2) / 2,
-                   -(u + 1) * u * (u - 2) / 2, (u + 1) * u * (u - 1) / 6};
+  blend.Weights = CubicWeights(at.Share);
   return blend;
 }
 
@@ -243,17 +252,50 @@ AdiabatTable::Adiabat::Columns AdiabatTable::Adiabat::From(int press) const {
   return columns;
 }
 
-std::optional<AdiabatPiece> AdiabatTable::Piece(double thetaE, SaturationOver over, int bottom,
-                                                int top, bool isVirtual) {
+void AdiabatTable::Pieces::Take(int rung) {
+  const std::size_t first = GridIndex(bottom_);
+  for (std::size_t i = 0; i < 4; ++i) {
+    const Column& column = table_.At(VaporFormula::Water, rung - 1 + static_cast<int>(i));
+    temps_[i] = (isVirtual_ ? column.VirtualTemps : column.Temps).data();
+    areas_[i] = (isVirtual_ ? column.VirtualAreas : column.Areas).data();
+    bottoms_[i] = temps_[i][first];
+    seconds_[i] = temps_[i][first + 1];
+    starts_[i] = areas_[i][first + 1];
+  }
+  rung_ = rung;
+}
+
+std::optional<AdiabatPiece> AdiabatTable::Pieces::Up(double thetaE, int top) {
   if (!IsOnLadder(thetaE)) return std::nullopt;
-  const auto temps = isVirtual ? &Column::VirtualTemps : &Column::Temps;
-  const auto areas = isVirtual ? &Column::VirtualAreas : &Column::Areas;
-  const std::size_t first = GridIndex(bottom);
+  if (over_ == SaturationOver::Ice) return ThroughIce(thetaE, top);
+  const Rung at = RungBelow(thetaE);
+  if (at.Number != rung_) Take(at.Number);
+  const std::array<double, 4> weights = CubicWeights(at.Share);
+  const auto sum = [&weights](double a, double b, double c, double d) {
+    return weights[0] * a + weights[1] * b + weights[2] * c + weights[3] * d;
+  };
+  const auto sumOf = [&sum](const std::array<double, 4>& values) {
+    return sum(values[0], values[1], values[2], values[3]);
+  };
+  const auto sumAt = [&sum](const std::array<const double*, 4>& columns, std::size_t i) {
+    return sum(columns[0][i], columns[1][i], columns[2][i], columns[3][i]);
+  };
   const std::size_t last = GridIndex(top);
-  const Weighted water = Neighbours(VaporFormula::Water, thetaE);
-  const std::size_t icy =
-      over == SaturationOver::Ice ? water.FirstFrozen(first, last + 1) : last + 1;
-  const Weighted above = icy <= last ? Neighbours(VaporFormula::Ice, thetaE) : water;
+  return AdiabatPiece{.Bottom = sumOf(bottoms_),
+                      .Second = sumOf(seconds_),
+                      .Top = sumAt(temps_, last),
+                      .Area = sumAt(areas_, last) - sumOf(starts_)};
+}
+
+// Where it is colder than 0 °C the columns of ice hold.
+AdiabatPiece AdiabatTable::Pieces::ThroughIce(double thetaE, int top) const {
+  const auto temps = isVirtual_ ? &Column::VirtualTemps : &Column::Temps;
+  const auto areas = isVirtual_ ? &Column::VirtualAreas : &Column::Areas;
+  const std::size_t first = GridIndex(bottom_);
+  const std::size_t last = GridIndex(top);
+  const Weighted water = table_.Neighbours(VaporFormula::Water, thetaE);
+  const std::size_t icy = water.FirstFrozen(first, last + 1);
+  const Weighted above = icy <= last ? table_.Neighbours(VaporFormula::Ice, thetaE) : water;
   const auto at = [&](std::size_t i) { return (i < icy ? water : above).At(temps, i); };
   const auto area = [&](const Weighted& columns, std::size_t from, std::size_t to) {
     return columns.At(areas, to) - columns.At(areas, from);

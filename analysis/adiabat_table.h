@@ -82,14 +82,35 @@ class AdiabatTable {
   /// isVirtual   virtual temperatures of the saturated air instead of its temperatures
   Adiabat Along(double thetaE, SaturationOver over, bool isVirtual);
 
-  /// The piece of the adiabat that Blend gives, without walking along it: its area is a difference
-  /// of sums that each column keeps. Takes as long for one hPa as for a thousand. Empty for an
-  /// equivalent potential temperature beyond the ladder.
-  ///
-  /// bottom, top   hPa, kGridBottom >= bottom > top >= 1
-  /// isVirtual     virtual temperatures of the saturated air instead of its temperatures
-  std::optional<AdiabatPiece> Piece(double thetaE, SaturationOver over, int bottom, int top,
-                                    bool isVirtual);
+  /// Pieces of adiabats that begin at one pressure. Refers to the table.
+  class Pieces {
+   public:
+    /// bottom      hPa, at most kGridBottom
+    /// isVirtual   virtual temperatures of the saturated air instead of its temperatures
+    Pieces(AdiabatTable& table, SaturationOver over, int bottom, bool isVirtual)
+        : table_(table), over_(over), bottom_(bottom), isVirtual_(isVirtual) {}
+
+    /// The piece of the adiabat that Blend gives, without walking along it: its area is a
+    /// difference of sums that each column keeps. Takes as long for one hPa as for a thousand.
+    /// Empty for an equivalent potential temperature beyond the ladder.
+    ///
+    /// top   hPa, bottom > top >= 1
+    std::optional<AdiabatPiece> Up(double thetaE, int top);
+
+   private:
+    void Take(int rung);
+    AdiabatPiece ThroughIce(double thetaE, int top) const;
+
+    AdiabatTable& table_;
+    SaturationOver over_;
+    int bottom_;
+    bool isVirtual_;
+    // The columns about the latest adiabat, with what they have where all pieces begin: the next
+    // one's are often the same.
+    int rung_ = -1;
+    std::array<const double*, 4> temps_{}, areas_{};
+    std::array<double, 4> bottoms_{}, seconds_{}, starts_{};
+  };
 
  private:
   static constexpr double kFirstRung = 200;  // K
@@ -100,6 +121,12 @@ class AdiabatTable {
   void Fill(VaporFormula formula, int rung);
   Weighted Neighbours(VaporFormula formula, double thetaE);
   static bool IsOnLadder(double thetaE);
+
+  struct Rung {
+    int Number = 0;
+    double Share = 0;  // 0 … 1, of the way to the next
+  };
+  static Rung RungBelow(double thetaE);
 
   // One set for each formula, each smooth through 0 °C: a blend across the kink between water and
   // ice would be off by tenths of a degree.

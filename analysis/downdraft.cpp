@@ -33,34 +33,39 @@ VEXA_WIDE void FillGains(const double* environment, const double* parcel, const 
 class Descent {
  public:
   explicit Descent(const ParcelAir& air)
-      : air_(air), lowest_(LowestWhole()), areas_(air.Environment().size()) {}
+      : air_(air),
+        lowest_(LowestWhole()),
+        areas_(air.Environment().size()),
+        pieces_(air.Table, air.Over, std::min(lowest_ + 1, kGridBottom), air.IsVirtual) {}
 
   // What ByWholeHpa gives, to 1e-4 J/kg, from sums along the columns: for finding a source among
   // thousands, each at the same small cost.
   double Estimate(int source) {
-    const double ground = air_.Levels.Press(1);
-    const double top = air_.Levels.Press(source);
+    const auto at = static_cast<std::size_t>(source) - 1;
+    const double top = air_.Levels.Press.Values()[at];
     const int last = static_cast<int>(std::ceil(top));
-    const int below = lowest_ + 1;
     const std::optional<AdiabatPiece> parcel =
-        below <= kGridBottom && last <= lowest_
-            ? air_.Table.Piece(air_.Levels.ThetaE(source), air_.Over, below, last, air_.IsVirtual)
-            : std::nullopt;
+        lowest_ < kGridBottom && last <= lowest_ ? pieces_.Up(air_.Levels.ThetaE.Values()[at], last)
+                                                 : std::nullopt;
     if (!parcel) return ByWholeHpa(source, GroundTemp(source));
 
-    const std::vector<double>& environment = air_.Environment();
-    const auto& logs = WholeHpa().Log;
+    const double* environment = air_.Environment().data();
+    const double* logs = WholeHpa().Log.data();
+    const std::vector<double>& levelTemps = air_.LevelEnvironment();
+    const std::vector<double>& levelLogs = air_.Levels.LogPress.Values();
     const auto first = static_cast<std::size_t>(air_.Grid.Bottom - lowest_);
     const auto end = static_cast<std::size_t>(air_.Grid.Bottom - last);
+    const double ground = air_.Levels.Press.Values()[0];
     const double atGround = parcel->Second + (parcel->Bottom - parcel->Second) * (ground - lowest_);
-    Begin(air_.Levels.LogPress(1),
-          (air_.IsVirtual ? air_.Levels.VirtualTemp(1) : air_.Levels.Temp(1)) - atGround);
-    Add(logs[GridIndex(lowest_)], environment[first] - parcel->Second);
-    energy_ += kDryGasConstant * (AreaTo(end) - AreaTo(first) - parcel->Area);
-    log_ = logs[GridIndex(last)];
-    difference_ = environment[end] - parcel->Top;
-    if (last > top) Add(air_.Levels.LogPress(source), TabledDifference(source, SourceTemp(source)));
-    return energy_;
+    const double lowestLog = logs[GridIndex(lowest_)];
+    double energy = Gain(levelTemps[0] - atGround, environment[first] - parcel->Second,
+                         levelLogs[0] - lowestLog);
+    energy += kDryGasConstant * (AreaTo(end) - AreaTo(first) - parcel->Area);
+    if (last > top) {
+      energy += Gain(environment[end] - parcel->Top, TabledDifference(source, SourceTemp(source)),
+                     logs[GridIndex(last)] - levelLogs[at]);
+    }
+    return energy;
   }
 
   // By whole hPa between the source and the ground, and the pieces at both ends.
@@ -165,6 +170,11 @@ class Descent {
     summed_ = to;
   }
 
+  // From a pressure to a lower one, J/kg.
+  static double Gain(double below, double above, double depth) {
+    return kDryGasConstant * (below + above) / 2 * depth;
+  }
+
   void Begin(double logPress, double difference) {
     energy_ = 0;
     log_ = logPress;
@@ -172,7 +182,7 @@ class Descent {
   }
 
   void Add(double logPress, double difference) {
-    energy_ += kDryGasConstant * (difference_ + difference) / 2 * (log_ - logPress);
+    energy_ += Gain(difference_, difference, log_ - logPress);
     log_ = logPress;
     difference_ = difference;
   }
@@ -181,6 +191,7 @@ class Descent {
   int lowest_;                 // hPa
   std::vector<double> areas_;  // K, of the surroundings, from the grid's bottom up
   std::size_t summed_ = 0;     // of them behind the first
+  AdiabatTable::Pieces pieces_;
   std::vector<double> temps_{};
   std::vector<double> virtuals_{};
   std::vector<double> gains_{};  // J/kg from each whole hPa to the next
@@ -200,16 +211,19 @@ Downdraft FindDowndraft(const LevelProfile& levels, const PressureGrid& grid,
   Descent descent(ParcelAir(levels, grid, options, table));
   int source = 0;
   double most = 0;  // J/kg
-  for (int i = 2; i <= levels.Count() && levels.Height(i) <= highest; ++i) {
-    if (!(levels.Press(i) >= grid.Top)) break;
-    if (NotAvailable(levels.ThetaE(i)) || !(levels.Press(i) < levels.Press(i - 1))) continue;
+  const double* pressures = levels.Press.Values().data();
+  const double* thetas = levels.ThetaE.Values().data();
+  const double* heights = levels.Height.Values().data();
+  for (int i = 2; i <= levels.Count() && heights[i - 1] <= highest; ++i) {
+    if (!(pressures[i - 1] >= grid.Top)) break;
+    if (NotAvailable(thetas[i - 1]) || !(pressures[i - 1] < pressures[i - 2])) continue;
     if (options.Dcape == DcapeMode::Best) {
       const double energy = descent.Estimate(i);
       if (source == 0 || energy > most) {
         most = energy;
         source = i;
       }
-    } else if (source == 0 || levels.ThetaE(i) < levels.ThetaE(source)) {
+    } else if (source == 0 || thetas[i - 1] < thetas[source - 1]) {
       source = i;
     }
   }

@@ -26,6 +26,11 @@ struct ParcelAir {
     return IsVirtual ? Grid.VirtualTemp : Grid.Temp;
   }
 
+  /// The same of the levels.
+  const std::vector<double>& LevelEnvironment() const {
+    return (IsVirtual ? Levels.VirtualTemp : Levels.Temp).Values();
+  }
+
   const LevelProfile& Levels;
   const PressureGrid& Grid;
   AdiabatTable& Table;
