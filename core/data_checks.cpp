@@ -106,16 +106,22 @@ Status SortData(SoundingRecord& record) {
   return ReorderWinds(record, Ordered(winds, hasWind, rises));
 }
 
-std::vector<std::string> KeepPossible(SoundingRecord& record) {
-  std::vector<std::string> notes;
-  const auto asTheyStand = [](std::size_t a, std::size_t b) { return a < b; };
-  const auto leave = [&notes](std::string_view what, int count, const std::string& first) {
-    if (count == 0) return;
-    notes.push_back(std::string(what) + " with impossible values, left out: " + Shortest(count) +
-                    "; the first: " + first + '.');
-  };
+namespace {
+
+bool AsTheyStand(std::size_t a, std::size_t b) {
+  return a < b;
+}
+
+void NoteLeftOut(std::string_view what, int count, const std::string& first,
+                 std::vector<std::string>& notes) {
+  if (count == 0) return;
+  notes.push_back(std::string(what) + " with impossible values, left out: " + Shortest(count) +
+                  "; the first: " + first + '.');
+}
+
+void KeepPossibleTemps(SoundingRecord& record, std::vector<std::string>& notes) {
   std::string first;
-  const auto isPossibleTemp = [&](std::size_t i) {
+  const auto isPossible = [&](std::size_t i) {
     const TempLevel level{record.Press.Values()[i], record.Temp.Values()[i],
                           record.Dewpt.Values()[i]};
     if (IsPossible(level)) return true;
@@ -126,13 +132,15 @@ std::vector<std::string> KeepPossible(SoundingRecord& record) {
     return false;
   };
   const int temps = record.NumTempLevels();
-  if (!IsInOrder(temps, isPossibleTemp, asTheyStand)) {
-    ReorderTemps(record, Ordered(temps, isPossibleTemp, asTheyStand));
+  if (!IsInOrder(temps, isPossible, AsTheyStand)) {
+    ReorderTemps(record, Ordered(temps, isPossible, AsTheyStand));
   }
-  leave("Temperature levels", temps - record.NumTempLevels(), first);
+  NoteLeftOut("Temperature levels", temps - record.NumTempLevels(), first, notes);
+}
 
-  first.clear();
-  const auto isPossibleWind = [&](std::size_t i) {
+void KeepPossibleWinds(SoundingRecord& record, std::vector<std::string>& notes) {
+  std::string first;
+  const auto isPossible = [&](std::size_t i) {
     const WindLevel level{record.WindHgt.Values()[i], record.WindDir.Values()[i],
                           record.WindSpd.Values()[i]};
     if (IsPossible(level)) return true;
@@ -143,34 +151,54 @@ std::vector<std::string> KeepPossible(SoundingRecord& record) {
     return false;
   };
   const int winds = record.NumWindLevels();
-  if (!IsInOrder(winds, isPossibleWind, asTheyStand)) {
-    ReorderWinds(record, Ordered(winds, isPossibleWind, asTheyStand));
+  if (!IsInOrder(winds, isPossible, AsTheyStand)) {
+    ReorderWinds(record, Ordered(winds, isPossible, AsTheyStand));
   }
-  leave("Winds", winds - record.NumWindLevels(), first);
+  NoteLeftOut("Winds", winds - record.NumWindLevels(), first, notes);
+}
 
+void KeepPossibleClouds(SoundingRecord& record, std::vector<std::string>& notes) {
   const auto layers = std::erase_if(record.Clouds.Values(),
                                     [](const CloudLayer& layer) { return !IsPossible(layer); });
-  if (layers > 0) {
-    notes.push_back("Cloud layers with impossible bases, left out: " +
-                    Shortest(static_cast<int>(layers)) + '.');
-  }
+  if (layers == 0) return;
+  notes.push_back(
+      "Cloud layers with impossible bases, left out: " + Shortest(static_cast<int>(layers)) + '.');
+}
+
+void KeepPossibleExtras(SoundingRecord& record, std::vector<std::string>& notes) {
   constexpr double kMostExtra = 1e6;  // their first value is a height in feet
   const auto isWild = [](double value) { return !(std::fabs(value) <= kMostExtra); };
-  if (std::ranges::any_of(record.ExtraRecord1, isWild) ||
-      std::ranges::any_of(record.ExtraRecord2, isWild)) {
-    record.ExtraRecord1 = {};
-    record.ExtraRecord2 = {};
-    notes.emplace_back("Supplementary values that are impossible were left out.");
+  if (std::ranges::none_of(record.ExtraRecord1, isWild) &&
+      std::ranges::none_of(record.ExtraRecord2, isWild)) {
+    return;
   }
+  record.ExtraRecord1 = {};
+  record.ExtraRecord2 = {};
+  notes.emplace_back("Supplementary values that are impossible were left out.");
+}
+
+void KeepPossibleElevation(SoundingRecord& record, std::vector<std::string>& notes) {
   constexpr int kLowestElevM = -500, kHighestPossibleM = 9000;
-  if (!record.ElevUnknown && (record.ElevM < kLowestElevM || record.ElevM > kHighestPossibleM)) {
-    // The record holds the largest whole number for whatever was larger.
-    constexpr int kMostToldM = 1000000;
-    const bool isTold = record.ElevM > -kMostToldM && record.ElevM < kMostToldM;
-    notes.push_back("The elevation" + (isTold ? " of " + Shortest(record.ElevM) + " m" : "") +
-                    " is impossible.");
-    SetElevationUnknown(record);
+  if (record.ElevUnknown || (record.ElevM >= kLowestElevM && record.ElevM <= kHighestPossibleM)) {
+    return;
   }
+  // The record holds the largest whole number for whatever was larger.
+  constexpr int kMostToldM = 1000000;
+  const bool isTold = record.ElevM > -kMostToldM && record.ElevM < kMostToldM;
+  notes.push_back("The elevation" + (isTold ? " of " + Shortest(record.ElevM) + " m" : "") +
+                  " is impossible.");
+  SetElevationUnknown(record);
+}
+
+}  // namespace
+
+std::vector<std::string> KeepPossible(SoundingRecord& record) {
+  std::vector<std::string> notes;
+  KeepPossibleTemps(record, notes);
+  KeepPossibleWinds(record, notes);
+  KeepPossibleClouds(record, notes);
+  KeepPossibleExtras(record, notes);
+  KeepPossibleElevation(record, notes);
   return notes;
 }
 
