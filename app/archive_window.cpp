@@ -131,6 +131,21 @@ void ArchiveWindow::BuildForm() {
   rows_->verticalHeader()->hide();
   remark_ = named(new QLabel(this), "Remark");
   remark_->setWordWrap(true);
+  connect(rows_, &QTableWidget::cellDoubleClicked, this, [this](int row, int) { OpenRow(row); });
+  connect(catalogue_, &QLineEdit::textChanged, this, [this] { FollowOption(); });
+  connect(percentiles_, &QCheckBox::clicked, this,
+          [this](bool isChosen) { ChooseForPercentiles(isChosen); });
+  catalogue_->setText(ToQString(program_.Set.System.Catalogue));
+  FollowOption();
+  auto* column = new QVBoxLayout(this);
+  column->addLayout(form);
+  column->addWidget(rows_, 1);
+  column->addWidget(remark_);
+  column->addLayout(BuildButtons());
+  resize(760, 560);
+}
+
+QHBoxLayout* ArchiveWindow::BuildButtons() {
   auto* buttons = new QHBoxLayout;
   auto* search = AddButton(*buttons, this, "cmdSearch", "Sea&rch", [this] { Search(); });
   search->setDefault(true);
@@ -152,18 +167,7 @@ void ArchiveWindow::BuildForm() {
   });
   AddButton(*buttons, this, "cmdOpen", "&Open", [this] { OpenRow(rows_->currentRow()); });
   AddButton(*buttons, this, "cmdCancel", "&Close", [this] { close(); });
-  connect(rows_, &QTableWidget::cellDoubleClicked, this, [this](int row, int) { OpenRow(row); });
-  connect(catalogue_, &QLineEdit::textChanged, this, [this] { FollowOption(); });
-  connect(percentiles_, &QCheckBox::clicked, this,
-          [this](bool isChosen) { ChooseForPercentiles(isChosen); });
-  catalogue_->setText(ToQString(program_.Set.System.Catalogue));
-  FollowOption();
-  auto* column = new QVBoxLayout(this);
-  column->addLayout(form);
-  column->addWidget(rows_, 1);
-  column->addWidget(remark_);
-  column->addLayout(buttons);
-  resize(760, 560);
+  return buttons;
 }
 
 void ArchiveWindow::ChooseCatalogue() {

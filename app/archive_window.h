@@ -18,6 +18,7 @@
 
 class QCheckBox;
 class QComboBox;
+class QHBoxLayout;
 class QLabel;
 class QLineEdit;
 class QTableWidget;
@@ -39,6 +40,7 @@ class ArchiveWindow : public QDialog {
 
  private:
   void BuildForm();
+  QHBoxLayout* BuildButtons();
   void ChooseCatalogue();
   std::optional<archive::Catalogue> OpenCatalogue();
   std::optional<AnalysedSounding> InWork();

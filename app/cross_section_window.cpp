@@ -80,70 +80,77 @@ void CrossSectionWindow::Add(QMenu& menu, const char* name, const char* caption,
 
 QMenuBar* CrossSectionWindow::BuildMenus() {
   auto* bar = new QMenuBar(this);
-  QMenu* file = bar->addMenu(QStringLiteral("&File"));
-  Add(*file, "mnuOpen", "&Open DataSet...", "Ctrl+O", [this] { Open(); });
-  Add(*file, "mnuEditDataSet", "&Edit DataSet...", "", [this] { Edit(); });
-  Add(*file, "mnuSaveDataSet", "&Save DataSet...", "Ctrl+Shift+S", [this] { Save(); });
-  recent_ = file->addMenu(QStringLiteral("&Recent DataSet"));
+  FillFileMenu(*bar->addMenu(QStringLiteral("&File")));
+  FillSectionMenu(*bar->addMenu(QStringLiteral("&Section")));
+  FillOptionsMenu(*bar->addMenu(QStringLiteral("&Options")));
+  return bar;
+}
+
+void CrossSectionWindow::FillFileMenu(QMenu& file) {
+  Add(file, "mnuOpen", "&Open DataSet...", "Ctrl+O", [this] { Open(); });
+  Add(file, "mnuEditDataSet", "&Edit DataSet...", "", [this] { Edit(); });
+  Add(file, "mnuSaveDataSet", "&Save DataSet...", "Ctrl+Shift+S", [this] { Save(); });
+  recent_ = file.addMenu(QStringLiteral("&Recent DataSet"));
   recent_->menuAction()->setObjectName(QStringLiteral("mnuRecentFile"));
-  Add(*file, "mnuAutoLoad", "Auto-&Load This Cross-Section", "", [this] {
+  Add(file, "mnuAutoLoad", "Auto-&Load This Cross-Section", "", [this] {
     commands::AutoLoadSection(program_);
     ShowControls();
   });
-  autoLoad_ = file->actions().last();
+  autoLoad_ = file.actions().last();
   autoLoad_->setCheckable(true);
-  Add(*file, "mnuUpdateSection", "&Update Cross-Section...", "", [this] {
+  Add(file, "mnuUpdateSection", "&Update Cross-Section...", "", [this] {
     const int added = commands::UpdateSection(program_);
     Changed();
     readout_->setText(ToQString(Shortest(added) + " soundings were added."));
   });
-  update_ = file->actions().last();
-  file->addSeparator();
-  Add(*file, "mnuCopy", "&Copy Image to ClipBoard", "", [this] { Press("mnuCopyPicture"); });
-  Add(*file, "mnuSaveImage", "Save &Image to File...", "", [this] { Press("mnuSavePicture"); });
-  Add(*file, "mnuPrint", "&Print Image...", "", [this] { Press("mnuPrintPicture"); });
-  Add(*file, "mnuListing", "Lis&ting...", "", [this] { Press("mnuPictureListing"); });
-  file->addSeparator();
-  Add(*file, "mnuClose", "Cl&ose", "", [this] { close(); });
+  update_ = file.actions().last();
+  file.addSeparator();
+  Add(file, "mnuCopy", "&Copy Image to ClipBoard", "", [this] { Press("mnuCopyPicture"); });
+  Add(file, "mnuSaveImage", "Save &Image to File...", "", [this] { Press("mnuSavePicture"); });
+  Add(file, "mnuPrint", "&Print Image...", "", [this] { Press("mnuPrintPicture"); });
+  Add(file, "mnuListing", "Lis&ting...", "", [this] { Press("mnuPictureListing"); });
+  file.addSeparator();
+  Add(file, "mnuClose", "Cl&ose", "", [this] { close(); });
+}
 
-  QMenu* section = bar->addMenu(QStringLiteral("&Section"));
-  Add(*section, "mnuCrossSectionX", "S&oundings and Time Span...", "F7",
+void CrossSectionWindow::FillSectionMenu(QMenu& section) {
+  Add(section, "mnuCrossSectionX", "S&oundings and Time Span...", "F7",
       [this] { ShowSoundings(); });
   auto* kinds = new QActionGroup(this);
   const auto addKind = [&](const char* name, const char* caption, SectionKind kind) {
-    Add(*section, name, caption, "", [this, kind] {
+    Add(section, name, caption, "", [this, kind] {
       commands::ChooseKind(program_, kind);
       Changed();
     });
-    QAction* action = section->actions().last();
+    QAction* action = section.actions().last();
     action->setCheckable(true);
     kinds->addAction(action);
     return action;
   };
   along_ = addKind("mnuDistance", "&Distance", SectionKind::Distance);
   inTime_ = addKind("mnuTime", "&Time", SectionKind::Time);
-  Add(*section, "FlipTime", "&Reverse", "Ctrl+R", [this] {
+  Add(section, "FlipTime", "&Reverse", "Ctrl+R", [this] {
     commands::TurnSection(program_);
     Changed();
   });
-  Add(*section, "cmdInterpolate", "&Automatic Sounding Interpolation", "", [this] {
+  Add(section, "cmdInterpolate", "&Automatic Sounding Interpolation", "", [this] {
     commands::InterpolateSection(program_, interpolate_->isChecked());
     Changed();
   });
-  interpolate_ = section->actions().last();
+  interpolate_ = section.actions().last();
   interpolate_->setCheckable(true);
-  Add(*section, "TransferToSounding", "Show &Sounding in the Main Window", "Return",
+  Add(section, "TransferToSounding", "Show &Sounding in the Main Window", "Return",
       [this] { Transfer(); });
-
-  Add(*section, "TransferToAreaMapPlot", "Area &Map...", "Ctrl+M", [this] {
+  Add(section, "TransferToAreaMapPlot", "Area &Map...", "Ctrl+M", [this] {
     SectionView& view = SectionViewOf(program_);
     view.OnMap = under_ ? view.Of.Columns[*under_].Order : 0;
     events_.Open("AreaMapForm", "");
     events_.Changed({.View = true});
   });
+}
 
-  QMenu* options = bar->addMenu(QStringLiteral("&Options"));
-  Add(*options, "mnuDiagramX", "&Diagram Options...", "F8", [this] {
+void CrossSectionWindow::FillOptionsMenu(QMenu& options) {
+  Add(options, "mnuDiagramX", "&Diagram Options...", "F8", [this] {
     auto* form = new DiagramX(
         SectionViewOf(program_).Set,
         [this](const crosssection::SectionOptions& set) {
@@ -154,7 +161,7 @@ QMenuBar* CrossSectionWindow::BuildMenus() {
     form->setAttribute(Qt::WA_DeleteOnClose);
     form->show();
   });
-  Add(*options, "mnuIntervalSet", "&Interval Settings...", "", [this] {
+  Add(options, "mnuIntervalSet", "&Interval Settings...", "", [this] {
     const SectionView& view = SectionViewOf(program_);
     auto* form = new IntervalSet(
         view.Intervals, ContextOf(view.Of, view.Set),
@@ -166,8 +173,7 @@ QMenuBar* CrossSectionWindow::BuildMenus() {
     form->setAttribute(Qt::WA_DeleteOnClose);
     form->show();
   });
-  Add(*options, "mnuRedraw", "&Redraw Analyses", "F5", [this] { Changed(); });
-  return bar;
+  Add(options, "mnuRedraw", "&Redraw Analyses", "F5", [this] { Changed(); });
 }
 
 // A button for each field of the table.

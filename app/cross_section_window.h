@@ -38,6 +38,9 @@ class CrossSectionWindow final : public DisplayWindow {
 
  private:
   QMenuBar* BuildMenus();
+  void FillFileMenu(QMenu& file);
+  void FillSectionMenu(QMenu& section);
+  void FillOptionsMenu(QMenu& options);
   QWidget* BuildSelector();
   void Add(QMenu& menu, const char* name, const char* caption, const char* key,
            std::function<void()> does);
