@@ -63,6 +63,7 @@ TEST(ColumnMath, SumsOfOneSignOfAnyLength) {
 // One odd value in a column of any length, at any place: where it stands is where it is found.
 TEST(ColumnScan, FindsWhatIsOddWhereverItStands) {
   constexpr double kNoNumber = std::numeric_limits<double>::quiet_NaN();
+  constexpr double kInfinity = std::numeric_limits<double>::infinity();
   for (const std::size_t count : {1u, 31u, 32u, 33u, 100u}) {
     for (std::size_t odd = 0; odd < count; ++odd) {
       const auto column = [&](double common, double value) {
@@ -83,6 +84,12 @@ TEST(ColumnScan, FindsWhatIsOddWhereverItStands) {
       EXPECT_EQ(CountToLastNotBelow(high.data(), count, 6), odd + 1);
       EXPECT_EQ(CountToLastNotBelow(none.data(), count, 6), 0u);
       EXPECT_EQ(FirstRise(high.data(), 0, count), odd == 0 ? count : odd - 1);
+      EXPECT_EQ(LeastOf(low.data(), 0, count), 4);
+      EXPECT_EQ(MostOf(high.data(), 0, count), 6);
+      EXPECT_EQ(LeastOf(none.data(), 0, count), count > 1 ? 5 : kInfinity);
+      EXPECT_EQ(MostOf(high.data(), odd + 1, count), odd + 1 < count ? 5 : -kInfinity);
+      EXPECT_EQ(HasFall(high.data(), count), odd + 1 < count);
+      EXPECT_EQ(HasFall(low.data(), count), odd > 0);
       EXPECT_EQ(FirstRise(low.data(), 0, count), odd + 1 == count ? count : odd);
     }
   }
@@ -141,6 +148,57 @@ TEST(FreezingLevels, AreFoundAmongHundredsOfLevels) {
       ASSERT_EQ(found.size(), 1u);
       const double above = 1000 - 3 * warm;
       EXPECT_NEAR(found[0].Press, first == 0 ? above : std::sqrt(above * (above + 3)), 1e-6);
+    }
+  }
+}
+
+// 6.5 K/km up to 10 km and from 15 to 20 km, none above either: both tropopauses stand where the
+// lapse rate ends, wherever among hundreds of levels that is.
+TEST(Tropopauses, AreFoundAmongHundredsOfLevels) {
+  for (const int steps : {30, 31, 32, 33, 250, 411}) {
+    SoundingRecord sounding;
+    SetElevation(sounding, 0);
+    const double step = 5000.0 / steps;
+    double temp = 15;
+    for (int i = 0; i <= 5 * steps; ++i) {
+      const double height = step * i;
+      sounding.AddTemp(1013 * std::exp(-height / 7500), temp, kMissing);
+      const bool isStable = (i >= 2 * steps && i < 3 * steps) || i >= 4 * steps;
+      if (!isStable) temp -= 0.0065 * step;
+    }
+    LevelProfile levels = DeriveLevels(sounding, Options{});
+    for (int i = 1; i <= levels.Count(); ++i) levels.Height(i) = step * (i - 1);
+    const std::vector<LevelPoint> found = FindTropopauses(levels);
+    ASSERT_EQ(found.size(), 2u) << steps;
+    EXPECT_NEAR(found[0].Height, 10000, 1e-6);
+    EXPECT_NEAR(found[1].Height, 20000, 1e-6);
+  }
+}
+
+// Where all others are too warm by a degree, one that is cold enough, or humid enough, makes a
+// layer wherever it stands.
+TEST(Contrails, OfOneLevelAmongHundreds) {
+  constexpr int kLevels = 500;
+  const auto pressAt = [](int i) { return 400 * std::exp(-0.006 * i); };
+  for (const int odd : {1, 15, 16, 17, 64, 127, 128, 129, 143, 144, 300, 498}) {
+    for (const bool isCold : {true, false}) {
+      SCOPED_TRACE(testing::Message() << odd << (isCold ? " cold" : " humid"));
+      SoundingRecord sounding;
+      for (int i = 0; i < kLevels; ++i) {
+        const double press = pressAt(i);
+        sounding.AddTemp(press, ContrailTemp(press, 60) + 1, kMissing);
+      }
+      LevelProfile levels = DeriveLevels(sounding, Options{});
+      for (int i = 1; i <= kLevels; ++i) levels.RelHumidity(i) = 60;
+      const int level = odd + 1;
+      if (isCold) levels.Temp(level) -= 2;
+      if (!isCold) levels.RelHumidity(level) = 100;
+      const std::vector<AirLayer> layers = FindContrails(levels, 0);
+      ASSERT_EQ(layers.size(), 1u);
+      EXPECT_LT(layers[0].Base.Height, levels.Height(level));
+      EXPECT_GT(layers[0].Base.Height, levels.Height(level - 1));
+      EXPECT_GT(layers[0].Top.Height, levels.Height(level));
+      EXPECT_LT(layers[0].Top.Height, levels.Height(level + 1));
     }
   }
 }
