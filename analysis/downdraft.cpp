@@ -216,7 +216,8 @@ Downdraft FindDowndraft(const LevelProfile& levels, const PressureGrid& grid,
   const double* heights = levels.Height.Values().data();
   for (int i = 2; i <= levels.Count() && heights[i - 1] <= highest; ++i) {
     if (!(pressures[i - 1] >= grid.Top)) break;
-    if (NotAvailable(thetas[i - 1]) || !(pressures[i - 1] < pressures[i - 2])) continue;
+    const double below = std::min(pressures[0], pressures[i - 2]);
+    if (NotAvailable(thetas[i - 1]) || !(pressures[i - 1] < below)) continue;
     if (options.Dcape == DcapeMode::Best) {
       const double energy = descent.Estimate(i);
       if (source == 0 || energy > most) {

@@ -310,6 +310,28 @@ TEST(Downdraft, BeginsAtTheLevelThatGivesTheMost) {
   }
 }
 
+// Pressures that rise at first, as of a damaged message: what sinks begins above the ground.
+TEST(Downdraft, BeginsAboveTheGround) {
+  for (const DcapeMode mode : {DcapeMode::Fast, DcapeMode::Best}) {
+    Options options;
+    options.Dcape = mode;
+    for (const double highest : {1012.4, 1100.5}) {
+      const auto descent =
+          Analyse(Profile({{1000, 20, 15}, {highest, 20, 15}, {highest - 5, 18, -5}}), options)
+              .Descent;
+      EXPECT_TRUE(NotAvailable(descent.Energy)) << highest;
+      const auto above = Analyse(Profile({{1000, 20, 15},
+                                          {highest, 20, 15},
+                                          {highest - 5, 18, -5},
+                                          {900, 14, 4},
+                                          {700, 2, -10}}),
+                                 options)
+                             .Descent;
+      EXPECT_LT(above.Source.Press, 1000) << highest;
+    }
+  }
+}
+
 // The march along an adiabat against the search at each single pressure, up to where that ends.
 TEST(SolveAdiabat, AgreesWithLiftSatAtEveryPressure) {
   for (const double thetaE : {215.0, 260.0, 300.0, 346.0, 420.0, 640.0}) {
