@@ -6,28 +6,28 @@ namespace vexa::analysis {
 namespace {
 
 // Four numbers that are added at a time.
-using Lanes = double __attribute__((vector_size(4 * sizeof(double))));
+using FourLanes = double __attribute__((vector_size(4 * sizeof(double))));
 
 enum class Sign { Any, Positive, Negative };
 
 // Those of four values that have a sign, added to their sums.
 template <Sign sign>
-VEXA_INLINE void AddTo(Lanes& sums, const double* values, std::size_t count = 4) {
-  Lanes lanes{};
+VEXA_INLINE void AddTo(FourLanes& sums, const double* values, std::size_t count = 4) {
+  FourLanes lanes{};
   std::memcpy(&lanes, values, count * sizeof(double));
   if constexpr (sign == Sign::Any) {
     sums += lanes;
   } else if constexpr (sign == Sign::Positive) {
-    sums += lanes > 0.0 ? lanes : Lanes{};
+    sums += lanes > 0.0 ? lanes : FourLanes{};
   } else {
-    sums += lanes < 0.0 ? lanes : Lanes{};
+    sums += lanes < 0.0 ? lanes : FourLanes{};
   }
 }
 
 // Sixteen sums side by side: as many as keep a processor busy while one of them is added to.
 template <Sign sign>
 VEXA_INLINE double SumOver(const double* values, std::size_t from, std::size_t to) {
-  Lanes a{}, b{}, c{}, d{};
+  FourLanes a{}, b{}, c{}, d{};
   std::size_t i = from;
   for (; i + 16 <= to; i += 16) {
     AddTo<sign>(a, values + i);
@@ -37,7 +37,7 @@ VEXA_INLINE double SumOver(const double* values, std::size_t from, std::size_t t
   }
   for (; i + 4 <= to; i += 4) AddTo<sign>(a, values + i);
   if (i < to) AddTo<sign>(b, values + i, to - i);
-  const Lanes sum = (a + b) + (c + d);
+  const FourLanes sum = (a + b) + (c + d);
   return (sum[0] + sum[1]) + (sum[2] + sum[3]);
 }
 
