@@ -325,9 +325,10 @@ void ParcelLifter::Integrate(ParcelAscent& into) {
   // Steps with p < free level, of which those with p >= layer top lie in the 0-x km layer.
   const std::size_t free =
       std::clamp<std::size_t>(StepsDownTo(into.FreeLevel.Press), 1, std::max<std::size_t>(end, 1));
-  const std::size_t deep = settings_.DepthTopPress == kNotReached
-                               ? end
-                               : std::clamp(StepsDownTo(settings_.DepthTopPress), free, end);
+  const std::size_t deep =
+      settings_.DepthTopPress == kNotReached
+          ? end
+          : std::clamp(StepsDownTo(settings_.DepthTopPress), free, std::max(free, end));
   into.CapeDepth = PositiveSum(increments, free, deep);
   into.CapeTotal = into.CapeDepth + PositiveSum(increments, deep, end);
   into.CapePlusOnly = PositiveSum(increments, 1, free) + into.CapeTotal;
