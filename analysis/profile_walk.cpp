@@ -109,8 +109,8 @@ std::vector<AirLayer> JoinRuns(std::span<const ClassedPoint> points) {
 }
 
 std::string_view Text(Intensity intensity) {
-  constexpr std::string_view kWords[] = {"none", "TRC", "LGT", "L-M", "MDT",
-                                         "M-S",  "SVR", "S-X", "XTR"};
+  static constexpr std::string_view kWords[] = {"none", "TRC", "LGT", "L-M", "MDT",
+                                                "M-S",  "SVR", "S-X", "XTR"};
   return kWords[static_cast<std::size_t>(intensity)];
 }
 

@@ -67,12 +67,6 @@ inline AdiabatPoint AdiabatWith(const VaporPoint& vapor, double tempK, double lo
   return point;
 }
 
-/// The same at a temperature whose vapour pressure comes from the formula.
-inline AdiabatPoint AdiabatAt(VaporFormula formula, double tempK, double press, double logPoisson) {
-  const double logTempK = std::log(tempK);
-  return AdiabatWith(SaturationAt(formula, tempK, logTempK), tempK, logTempK, press, logPoisson);
-}
-
 /// Which formula holds at a temperature in °C over a reference.
 inline VaporFormula FormulaAt(SaturationOver over, double temp) {
   return over == SaturationOver::Ice && temp <= 0 ? VaporFormula::Ice : VaporFormula::Water;

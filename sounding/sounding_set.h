@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <filesystem>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "core/fault.h"
@@ -34,7 +35,9 @@ class SoundingSet {
 
   std::size_t Now() const { return now_; }
   void GoTo(std::size_t member);
-  void SetTitle(std::size_t member, std::string title) { members_.at(member).Title = title; }
+  void SetTitle(std::size_t member, std::string title) {
+    members_.at(member).Title = std::move(title);
+  }
 
   /// A member, loaded anew when its file has changed since. The last kMostKept are kept.
   ///
