@@ -152,11 +152,8 @@ class InflowTest {
       const SignedSums sums = SumThrough(piece, i, steps, difference);
       const double gained = gain == Gain::Counts ? sums.Above : 0;
       if (cape_ + gained >= kFeedingCape && cin_ + sums.Below < kFeedingCin) {
-        while (!IsDecided()) {
-          Step(piece, i, gain);
-          ++i;
-        }
-        return;
+        for (const std::size_t end = i + steps; i < end && !IsDecided(); ++i) Step(piece, i, gain);
+        continue;
       }
       cape_ += gained;
       cin_ += sums.Below;
